@@ -1,0 +1,34 @@
+# Settings that every target shares: warnings as errors, sanitizers, the compiler cache.
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  # Precompiled headers are cached only when their time stamps are not compared.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
+endif()
+
+add_library(ktr_options INTERFACE)
+target_compile_options(ktr_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Wold-style-cast
+  -Wcast-qual -Wimplicit-fallthrough -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(ktr_options INTERFACE -fpch-preprocess)
+endif()
+target_compile_definitions(ktr_options INTERFACE
+  QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS QT_USE_QSTRINGBUILDER
+  KTR_VERSION_MAJOR=${PROJECT_VERSION_MAJOR} KTR_VERSION_MINOR=${PROJECT_VERSION_MINOR}
+  KTR_VERSION_REVISION=${PROJECT_VERSION_PATCH})
+
+if(KTR_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# A room of the house: a static library in src/<name>, linking only what is named.
+function(ktr_room name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(ktr_${name} STATIC ${ARG_SOURCES})
+  target_include_directories(ktr_${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
+  target_link_libraries(ktr_${name} PUBLIC ${ARG_LINKS} PRIVATE ktr_options)
+  target_precompile_headers(ktr_${name} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h)
+endfunction()

@@ -1,0 +1,145 @@
+#include "config/configuration_file.h"
+
+#include "config/fields.h"
+#include "config/xml_document.h"
+#include "platform/files.h"
+
+namespace ktr {
+
+namespace {
+
+constexpr qint64 longestFile = qint64{64} << 20;
+const QString konfiguration = QStringLiteral("Konfiguration");
+const QString versionElement = QStringLiteral("Version");
+
+QString holidayElement(int index)
+{
+    return QStringLiteral("Feiertag%1").arg(index);
+}
+
+using Attributes = QList<std::pair<QString, QString>>;
+
+void writeVersion(XmlWriter &xml, const Configuration &configuration, const Environment &environment)
+{
+    const QDateTime now = environment.now();
+    const QLocale &locale = environment.locale;
+    xml.attributesElement(
+        versionElement,
+        Attributes{{QStringLiteral("Nummer"), programVersion()},
+                   {QStringLiteral("Datum"), locale.toString(now.date(), QLocale::ShortFormat)},
+                   {QStringLiteral("Zeit"), locale.toString(now.time(), QLocale::ShortFormat)},
+                   {QStringLiteral("Version"), configuration.versionText}});
+}
+
+void writeHolidays(XmlWriter &xml, const HolidayList &holidays)
+{
+    for (int index = 0; index < HolidayList::capacity; ++index) {
+        xml.textElement(holidayElement(index), holidays.lines().value(index));
+    }
+}
+
+} // namespace
+
+QString programVersion()
+{
+    return QStringLiteral("%1.%2.%3").arg(KTR_VERSION_MAJOR).arg(KTR_VERSION_MINOR).arg(KTR_VERSION_REVISION);
+}
+
+QByteArray writeConfiguration(const Configuration &configuration, const Environment &environment)
+{
+    const QString root = QStringLiteral("KTR");
+    XmlWriter xml;
+    xml.open(root);
+    writeVersion(xml, configuration, environment);
+
+    Parent parent = Parent::Root;
+    visitRecords(configuration, [&]<class ConstRecord>(const Group &group, ConstRecord &record, int index) {
+        using Record = std::remove_const_t<ConstRecord>;
+        if (group.parent != parent) {
+            if (group.parent == Parent::Konfiguration) {
+                xml.open(konfiguration);
+            } else {
+                writeHolidays(xml, configuration.holidays);
+                xml.close(konfiguration);
+            }
+            parent = group.parent;
+        }
+        Attributes attributes;
+        for (const Field<Record> &field : fieldsOf<Record>()) {
+            if (!field.appliesTo(index)) {
+                continue;
+            }
+            const QString text = fieldText(field, record, environment.locale);
+            if (group.form == Form::TextElements) {
+                xml.textElement(group.elementName(field.xmlName, index), text);
+            } else {
+                attributes.append({QString::fromUtf16(field.xmlName), text});
+            }
+        }
+        if (group.form == Form::Attributes) {
+            xml.attributesElement(group.elementName(nullptr, index), attributes);
+        }
+    });
+    xml.close(root);
+    return xml.document();
+}
+
+ReadReport readConfiguration(const QByteArray &document, Configuration &configuration,
+                             const Environment &environment)
+{
+    visitRecords(configuration, [&]<class Record>(const Group &, Record &record, int index) {
+        for (const Field<Record> &field : fieldsOf<Record>()) {
+            applyPreset(field, record, field.beforeReading, environment, index);
+        }
+    });
+
+    ReadReport report;
+    XmlDocument xml;
+    report.document = xml.load(document);
+
+    visitRecords(configuration, [&]<class Record>(const Group &group, Record &record, int index) {
+        for (const Field<Record> &field : fieldsOf<Record>()) {
+            if (!field.appliesTo(index)) {
+                continue;
+            }
+            const QString element = group.elementName(field.xmlName, index);
+            const QString name = QString::fromUtf16(field.xmlName);
+            const QString text =
+                group.form == Form::Attributes ? xml.attribute(element, name) : xml.text(element);
+            if (text.isEmpty()) {
+                applyPreset(field, record, field.whenEmpty, environment, index);
+            } else if (!setFieldText(field, record,
+                                     field.whenRead != nullptr ? field.whenRead(text) : text)) {
+                report.remarks += QStringLiteral("%1 %2: \"%3\" is of no use here, \"%4\" is kept")
+                                      .arg(element, name, text, fieldText(field, record, environment.locale));
+            }
+        }
+    });
+
+    configuration.holidays.clear();
+    for (int index = 0; index < HolidayList::capacity; ++index) {
+        configuration.holidays.append(xml.text(holidayElement(index)));
+    }
+    configuration.versionText = xml.attribute(versionElement, versionElement);
+    return report;
+}
+
+ReadReport readConfigurationFile(const QString &path, Configuration &configuration,
+                                 const Environment &environment)
+{
+    QByteArray document;
+    const Status read = readFile(path, document, longestFile);
+    ReadReport report = readConfiguration(document, configuration, environment);
+    if (!read) {
+        report.document = read;
+    } else if (!report.document) {
+        report.document =
+            Status::failed(path + QLatin1String(": not a configuration: ") + report.document.message());
+    }
+    for (QString &remark : report.remarks) {
+        remark.prepend(path + QLatin1String(": "));
+    }
+    return report;
+}
+
+} // namespace ktr

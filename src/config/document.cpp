@@ -1,0 +1,99 @@
+#include "config/document.h"
+
+#include "config/fields.h"
+#include "platform/files.h"
+
+#include <QFileInfo>
+
+namespace ktr {
+
+Document::Document(Environment environment, QObject *parent)
+    : QObject(parent), m_environment(std::move(environment))
+{
+    ktr::makeNew(m_configuration, m_environment);
+}
+
+QString Document::stamp(const QDateTime &now)
+{
+    return now.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+}
+
+void Document::edit(const std::function<void(Configuration &)> &change)
+{
+    change(m_configuration);
+    m_configuration.versionText = stamp(m_environment.now());
+    m_configuration.info.version = m_configuration.versionText;
+    setModified(true);
+    Q_EMIT changed();
+}
+
+void Document::adjust(const std::function<void(Configuration &)> &change)
+{
+    change(m_configuration);
+    Q_EMIT changed();
+}
+
+void Document::restore(const Configuration &snapshot, bool modified)
+{
+    m_configuration = snapshot;
+    setModified(modified);
+    Q_EMIT changed();
+}
+
+void Document::makeNew()
+{
+    adjust([this](Configuration &configuration) { ktr::makeNew(configuration, m_environment); });
+}
+
+void Document::setFileName(const QString &fileName)
+{
+    if (fileName != m_fileName) {
+        m_fileName = fileName;
+        Q_EMIT fileNameChanged(m_fileName);
+    }
+}
+
+void Document::setModified(bool modified)
+{
+    if (modified != m_modified) {
+        m_modified = modified;
+        Q_EMIT modifiedChanged(m_modified);
+    }
+}
+
+ReadReport Document::load(const QString &fileName)
+{
+    // Asked before anything is touched: a file that is not there must not cost the present edits.
+    if (const QFileInfo info(fileName); !info.exists() || !info.isReadable() || info.isDir()) {
+        ReadReport report;
+        report.document = Status::failed(fileName + QLatin1String(": cannot be opened for reading"));
+        return report;
+    }
+    setFileName(fileName);
+    return readPresentFile();
+}
+
+ReadReport Document::readPresentFile()
+{
+    const ReadReport report = readConfigurationFile(m_fileName, m_configuration, m_environment);
+    if (!report.document) {
+        setFileName(QString());
+    }
+    setModified(false);
+    Q_EMIT changed();
+    return report;
+}
+
+Status Document::save()
+{
+    if (m_fileName.isEmpty()) {
+        return Status::failed(QStringLiteral("there is no file name to save under"));
+    }
+    const Status written = replaceFile(m_fileName, writeConfiguration(m_configuration, m_environment));
+    if (written) {
+        setModified(false);
+    }
+    return written;
+}
+
+} // namespace ktr

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "config/configuration.h"
+#include "config/configuration_file.h"
+#include "platform/environment.h"
+#include "platform/status.h"
+
+#include <QObject>
+#include <QString>
+
+#include <functional>
+
+namespace ktr {
+
+/// The one configuration that is being edited, with its file. Snapshots are copies of the configuration:
+/// an undo stack keeps what configuration() gives and hands it back to restore().
+class Document : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit Document(Environment environment, QObject *parent = nullptr);
+
+    const Configuration &configuration() const { return m_configuration; }
+    const Environment &environment() const { return m_environment; }
+
+    /// A user's edit: marks the configuration modified and stamps it with the present time.
+    void edit(const std::function<void(Configuration &)> &change);
+
+    /// A change that is no edit: neither the mark nor the stamp move (a holiday removed, an entry shown).
+    void adjust(const std::function<void(Configuration &)> &change);
+
+    /// Puts a snapshot in place together with the mark that belonged to it.
+    void restore(const Configuration &snapshot, bool modified);
+
+    /// The menu command "new": neither the file name nor the mark move.
+    void makeNew();
+
+    const QString &fileName() const { return m_fileName; }
+    void setFileName(const QString &fileName);
+
+    bool isModified() const { return m_modified; }
+    void setModified(bool modified);
+
+    /// Opens a file: it must exist, else nothing changes. Becomes the present file and is read; when it
+    /// cannot be loaded, the fall-backs stand in the editor and there is no present file.
+    ReadReport load(const QString &fileName);
+
+    /// Reads the present file, whether it exists or not.
+    ReadReport readPresentFile();
+
+    /// Writes the present file, which must have a name. The mark stays set when that fails.
+    Status save();
+
+    /// The stamp that an edit at `now` leaves: date and time, no comma (it travels in a command).
+    static QString stamp(const QDateTime &now);
+
+Q_SIGNALS:
+    void changed();
+    void fileNameChanged(const QString &fileName);
+    void modifiedChanged(bool modified);
+
+private:
+    Environment m_environment;
+    Configuration m_configuration;
+    QString m_fileName;
+    bool m_modified = false;
+};
+
+} // namespace ktr

@@ -1,0 +1,140 @@
+#pragma once
+
+#include "config/configuration.h"
+#include "platform/environment.h"
+
+#include <QLocale>
+#include <QString>
+
+#include <span>
+#include <variant>
+
+namespace ktr {
+
+/// A value that a field takes by itself: none (it keeps what it holds), a fixed text, or one computed
+/// for the record's index in its array.
+struct Preset
+{
+    const char16_t *text = nullptr;
+    QString (*compute)(const Environment &environment, int index) = nullptr;
+
+    constexpr bool keepsValue() const { return text == nullptr && compute == nullptr; }
+    QString value(const Environment &environment, int index) const
+    {
+        return compute != nullptr ? compute(environment, index) : QString::fromUtf16(text);
+    }
+};
+
+inline constexpr Preset keep{};
+constexpr Preset is(const char16_t *text)
+{
+    return {.text = text};
+}
+constexpr Preset is(QString (*compute)(const Environment &, int))
+{
+    return {.compute = compute};
+}
+
+/// The control that shows a field; in an array of controls, the element for a record's index.
+struct ControlName
+{
+    static constexpr int noArray = -100;
+
+    const char *name = nullptr;
+    int first = noArray; ///< the element that would show the record with index 0
+
+    QString forIndex(int index) const;
+};
+
+/// The text that a field stores when `text` is given to it.
+using TextRule = QString (*)(const QString &text);
+
+template <class Record>
+using Member =
+    std::variant<QString Record::*, qint16 Record::*, quint8 Record::*, double Record::*, bool Record::*>;
+
+/// A field of a record, described once: file, "new", reader, comparison, printout and pages go by it.
+template <class Record> struct Field
+{
+    const char16_t *xmlName;
+    Member<Record> member;
+    ControlName control;
+    Preset whenNew = keep;                          ///< what "new" sets
+    Preset beforeReading = keep;                    ///< what the reader sets before it opens the file
+    Preset whenEmpty = is(u"");                     ///< what the reader sets when the file has no text for it
+    TextRule rule = nullptr;                        ///< runs whoever sets the field
+    TextRule whenRead = nullptr;                    ///< runs before it, on a text from a file
+    bool (*accepts)(const QString &text) = nullptr; ///< the texts of a list's items; null: any text
+    bool (*applies)(int index) = nullptr;           ///< which records of the array have the field; null: all
+
+    bool appliesTo(int index) const { return applies == nullptr || applies(index); }
+};
+
+/// The fields of a record type, in the order of the file.
+template <class Record> std::span<const Field<Record>> fieldsOf();
+
+/// A field's value as text; numbers in the locale's general form, check boxes as "0" and "1".
+template <class Record>
+QString fieldText(const Field<Record> &field, const Record &record, const QLocale &locale);
+
+/// Stores a text in a field after running its rule. Gives false and leaves the field as it was when the
+/// text cannot be converted to the field's type or is none of its list's items.
+template <class Record> bool setFieldText(const Field<Record> &field, Record &record, const QString &text);
+
+/// Sets a preset; the rules for texts from outside do not run on it.
+template <class Record>
+void applyPreset(const Field<Record> &field, Record &record, const Preset &preset,
+                 const Environment &environment, int index);
+
+enum class Form { Attributes, TextElements };
+enum class Parent { Root, Konfiguration };
+
+/// Where the file keeps the records of one type.
+struct Group
+{
+    const char16_t *element; ///< the element's name, for text elements empty
+    bool numbered;           ///< the record's index follows the name
+    Form form = Form::Attributes;
+    Parent parent = Parent::Konfiguration;
+
+    /// The element that keeps a field of the record with this index.
+    QString elementName(const char16_t *xmlName, int index) const;
+};
+
+/// Calls visitor(group, record, index) for every record of a configuration, in the order of the file.
+/// Holidays and the version text, which are no records, are left out.
+template <class AnyConfiguration, class Visitor>
+void visitRecords(AnyConfiguration &configuration, const Visitor &visitor)
+{
+    const auto each = [&visitor](const Group &group, auto &records) {
+        int index = 0;
+        for (auto &record : records) {
+            visitor(group, record, index++);
+        }
+    };
+    visitor(Group{u"Info", false, Form::Attributes, Parent::Root}, configuration.info, 0);
+    visitor(Group{u"", false, Form::TextElements}, configuration.gsm, 0);
+    each(Group{u"", true, Form::TextElements}, configuration.administrators);
+    each(Group{u"Grenzwert", true}, configuration.limitValues);
+    each(Group{u"Archivierung", true}, configuration.archiving);
+    each(Group{u"Digitaleingang", true}, configuration.digitalInputs);
+    each(Group{u"BStZDigOut", true}, configuration.outputHours);
+    each(Group{u"sendValue", false}, configuration.sendValues);
+    each(Group{u"Skalierung", true}, configuration.scaling);
+    each(Group{u"Ausgangswert", true}, configuration.outputValues);
+    each(Group{u"Schaltpunkt", true}, configuration.switchPoints);
+    visitor(Group{u"Ethernet", false, Form::Attributes, Parent::Root}, configuration.ethernet, 0);
+}
+
+/// The menu command "new": every field takes its value for a new configuration. What has none (the
+/// station type, the history export file, a limit value's reference and repetitions) stays as it was, as
+/// does the version text.
+void makeNew(Configuration &configuration, const Environment &environment);
+
+/// The six two-digit bytes of the MAC address, the maker's three first.
+QStringList macBytes(const EthernetSettings &ethernet);
+
+/// The lines "element field: expected … found …" for every field in which two configurations differ.
+QStringList differences(const Configuration &expected, const Configuration &found, const QLocale &locale);
+
+} // namespace ktr

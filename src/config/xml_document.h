@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/status.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+namespace ktr {
+
+/// What the reader asks of a document: of each element name, the first element anywhere in it.
+class XmlDocument
+{
+public:
+    /// Takes a document apart. Nothing outside it is read whatever it says, and nothing in it expands: a
+    /// document type declaration is refused. After a failure the document is empty.
+    Status load(const QByteArray &document);
+
+    /// The value of the first text in the first element of this name, empty when there is none or only
+    /// white space.
+    QString text(const QString &element) const;
+
+    /// An attribute of the first element of this name, empty when there is none.
+    QString attribute(const QString &element, const QString &name) const;
+
+private:
+    struct Element
+    {
+        QString text;
+        QHash<QString, QString> attributes;
+    };
+    QHash<QString, Element> m_elements;
+};
+
+/// Writes elements as a document object model saves them: no white space between them, an empty text as
+/// <a></a>, an element without content as <a/>.
+class XmlWriter
+{
+public:
+    void open(const QString &element);
+    void close(const QString &element);
+    void textElement(const QString &element, const QString &text);
+    void attributesElement(const QString &element, const QList<std::pair<QString, QString>> &attributes);
+
+    const QByteArray &document() const { return m_document; }
+
+private:
+    QByteArray m_document;
+};
+
+} // namespace ktr

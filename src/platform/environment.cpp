@@ -1,0 +1,35 @@
+#include "platform/environment.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QRandomGenerator>
+#include <QStandardPaths>
+
+namespace ktr {
+
+QString programFolder()
+{
+    const QString beside = QCoreApplication::applicationDirPath();
+    if (QFileInfo(beside).isWritable()) {
+        return QDir::toNativeSeparators(beside);
+    }
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    return QDir::toNativeSeparators(data + QLatin1String("/KTRconfig"));
+}
+
+QString joinPath(const QString &folder, const QString &name)
+{
+    return folder + QDir::separator() + name;
+}
+
+Environment systemEnvironment()
+{
+    Environment environment;
+    environment.locale = QLocale::system();
+    environment.random = [] { return QRandomGenerator::global()->generateDouble(); };
+    environment.programFolder = programFolder();
+    return environment;
+}
+
+} // namespace ktr

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QDateTime>
+#include <QLocale>
+#include <QString>
+
+#include <functional>
+
+namespace ktr {
+
+/// What the system asks of the world around it when it fills in a value. Handed in, so that tests and
+/// replays decide about locale, time and chance.
+struct Environment
+{
+    QLocale locale = QLocale::c();
+    std::function<QDateTime()> now = [] { return QDateTime::currentDateTime(); };
+    std::function<double()> random = [] { return 0.0; }; ///< in [0, 1)
+    QString programFolder;                               ///< without a separator at its end
+};
+
+/// The environment of this process: the user's locale, the clock, seeded chance and the program folder.
+Environment systemEnvironment();
+
+/// The folder of the executable where it can be written, otherwise the user's data folder for this program.
+QString programFolder();
+
+/// A file of the program folder, joined with the platform's separator.
+QString joinPath(const QString &folder, const QString &name);
+
+} // namespace ktr

@@ -1,0 +1,184 @@
+#include "platform/text_rules.h"
+
+#include <array>
+#include <cfenv>
+#include <cmath>
+
+namespace ktr {
+
+namespace {
+
+// Bytes 0x80 to 0x9F; all others equal their code points.
+constexpr std::array<char16_t, 32> upperControls = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+bool isDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
+
+// Length of the number at the start of a text: sign, digits, one point, an exponent with digits.
+qsizetype numberLength(QStringView text)
+{
+    qsizetype at = 0;
+    const auto digits = [&] {
+        const qsizetype before = at;
+        while (at < text.size() && isDigit(text[at])) {
+            ++at;
+        }
+        return at - before;
+    };
+    if (at < text.size() && (text[at] == u'-' || text[at] == u'+')) {
+        ++at;
+    }
+    qsizetype mantissa = digits();
+    if (at < text.size() && text[at] == u'.') {
+        ++at;
+        mantissa += digits();
+    }
+    if (mantissa == 0) {
+        return 0;
+    }
+    const qsizetype withoutExponent = at;
+    if (at < text.size() && (text[at] == u'e' || text[at] == u'E')) {
+        ++at;
+        if (at < text.size() && (text[at] == u'-' || text[at] == u'+')) {
+            ++at;
+        }
+        if (digits() == 0) {
+            at = withoutExponent;
+        }
+    }
+    return at;
+}
+
+} // namespace
+
+double leadingNumber(QStringView text)
+{
+    QString packed;
+    packed.reserve(text.size());
+    for (const QChar c : text) {
+        if (c != u' ' && c != u'\t' && c != u'\n' && c != u'\r') {
+            packed += c;
+        }
+    }
+    const qsizetype length = numberLength(packed);
+    return length == 0 ? 0.0 : QStringView(packed).left(length).toDouble();
+}
+
+std::optional<double> toNumber(QStringView text)
+{
+    QString plain = text.trimmed().toString();
+    plain.replace(u',', u'.');
+    if (plain.isEmpty() || numberLength(plain) != plain.size()) {
+        return std::nullopt;
+    }
+    bool ok = false;
+    const double value = plain.toDouble(&ok);
+    if (!ok || !std::isfinite(value)) {
+        return std::nullopt;
+    }
+    return value;
+}
+
+std::optional<int> toWholeNumber(QStringView text, int lowest, int highest)
+{
+    const std::optional<double> value = toNumber(text);
+    if (!value) {
+        return std::nullopt;
+    }
+    const double rounded = std::nearbyint(*value); // half to even in the default rounding mode
+    if (rounded < lowest || rounded > highest) {
+        return std::nullopt;
+    }
+    return static_cast<int>(rounded);
+}
+
+QString numberText(double value, const QLocale &locale)
+{
+    QString text = QString::number(value, 'G', 15);
+    const QString point = locale.decimalPoint();
+    if (point != QLatin1String(".")) {
+        text.replace(QLatin1String("."), point);
+    }
+    return text;
+}
+
+QString withDecimalPoint(QString text)
+{
+    text.replace(u',', u'.');
+    return text;
+}
+
+QString withoutUmlauts(QString text)
+{
+    text.replace(QStringLiteral("ö"), QStringLiteral("oe"));
+    text.replace(QStringLiteral("ä"), QStringLiteral("ae"));
+    text.replace(QStringLiteral("ü"), QStringLiteral("ue"));
+    text.replace(QStringLiteral("ß"), QStringLiteral("ss"));
+    return text;
+}
+
+std::optional<QDate> toDate(const QString &text, const QLocale &locale)
+{
+    const QString plain = text.trimmed();
+    // A year of two digits is one of this century: no module is older.
+    const auto inThisCentury = [](QDate date) { return date.year() < 2000 ? date.addYears(100) : date; };
+    for (const QLocale::FormatType type : {QLocale::ShortFormat, QLocale::LongFormat}) {
+        const QString format = locale.dateFormat(type);
+        const QDate date = locale.toDate(plain, format);
+        if (date.isValid()) {
+            return format.count(u'y') <= 2 ? inThisCentury(date) : date;
+        }
+    }
+    const QLocale c = QLocale::c();
+    for (const QLatin1String format : {QLatin1String("d.M.yyyy"), QLatin1String("yyyy-M-d")}) {
+        const QDate date = c.toDate(plain, format);
+        if (date.isValid()) {
+            return date;
+        }
+    }
+    const QDate date = c.toDate(plain, QLatin1String("d.M.yy"));
+    return date.isValid() ? std::optional(inThisCentury(date)) : std::nullopt;
+}
+
+QByteArray toWindows1252(QStringView text)
+{
+    QByteArray bytes;
+    bytes.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
+        if (c < 0x80 || (c >= 0xA0 && c <= 0xFF)) {
+            bytes += static_cast<char>(c);
+            continue;
+        }
+        char byte = '?';
+        for (std::size_t k = 0; k < upperControls.size(); ++k) {
+            if (upperControls[k] == c) {
+                byte = static_cast<char>(0x80 + k);
+            }
+        }
+        bytes += byte;
+        if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            ++i; // one character, one byte
+        }
+    }
+    return bytes;
+}
+
+QString fromWindows1252(QByteArrayView bytes)
+{
+    QString text;
+    text.reserve(bytes.size());
+    for (const char byte : bytes) {
+        const auto code = static_cast<unsigned char>(byte);
+        const bool upper = code >= 0x80 && code <= 0x9F;
+        text += QChar(upper ? upperControls[code - 0x80U] : char16_t{code});
+    }
+    return text;
+}
+
+} // namespace ktr

@@ -1,0 +1,42 @@
+#pragma once
+
+// How texts become numbers and numbers texts, wherever the user, a file or the module brings them.
+
+#include <QByteArray>
+#include <QDate>
+#include <QLocale>
+#include <QString>
+
+#include <optional>
+
+namespace ktr {
+
+/// The number that a text begins with, 0 when it begins with none. Blanks are skipped wherever they
+/// stand, the decimal separator is always "."; what follows the number is ignored ("12abc" is 12).
+double leadingNumber(QStringView text);
+
+/// The number that the whole text is, blanks around it allowed. Both "." and "," count as the decimal
+/// separator, so that a file written under another locale reads as it was meant; digit grouping is refused.
+std::optional<double> toNumber(QStringView text);
+
+/// As toNumber, rounded half to even; nothing when the result lies outside lowest..highest.
+std::optional<int> toWholeNumber(QStringView text, int lowest, int highest);
+
+/// A number in its general form: up to 15 significant digits, the locale's decimal separator, no grouping.
+QString numberText(double value, const QLocale &locale);
+
+/// Every "," becomes ".": the module separates fields by "," and knows the decimal point only.
+QString withDecimalPoint(QString text);
+
+/// "ö", "ä", "ü", "ß" become "oe", "ae", "ue", "ss", as the module's SMS texts need it; capitals stay.
+QString withoutUmlauts(QString text);
+
+/// A date as the user writes it: the locale's own forms first, then day.month.year and year-month-day.
+std::optional<QDate> toDate(const QString &text, const QLocale &locale);
+
+/// The bytes on the wire and in 8-bit files: Windows-1252, one byte a character. A character that has no
+/// place there becomes "?". The five bytes that the code page leaves open stand for themselves.
+QByteArray toWindows1252(QStringView text);
+QString fromWindows1252(QByteArrayView bytes);
+
+} // namespace ktr
