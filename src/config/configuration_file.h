@@ -19,6 +19,7 @@ QByteArray writeConfiguration(const Configuration &configuration, const Environm
 
 struct ReadReport
 {
+    bool opened = true;               ///< false: there was no such file, nothing was touched
     Status document = Status::done(); ///< whether the document could be loaded at all
     QStringList remarks;              ///< fields whose text was of no use and that kept a fall-back
 };

@@ -66,6 +66,7 @@ ReadReport Document::load(const QString &fileName)
     // Asked before anything is touched: a file that is not there must not cost the present edits.
     if (const QFileInfo info(fileName); !info.exists() || !info.isReadable() || info.isDir()) {
         ReadReport report;
+        report.opened = false;
         report.document = Status::failed(fileName + QLatin1String(": cannot be opened for reading"));
         return report;
     }

@@ -1,0 +1,306 @@
+#include "link/command_sequence.h"
+
+#include "config/channels.h"
+#include "config/fields.h"
+#include "platform/text_rules.h"
+
+#include <array>
+#include <limits>
+
+namespace ktr {
+
+namespace {
+
+constexpr int periodBound = 525600; // a year of minutes
+constexpr int outputsFirst = 30;    // output values are sent in steps 30 to 33, or not at all
+constexpr int outputsDigitalLast = 31;
+constexpr int outputsEnd = 34;
+
+/// What a row of the table is given: which of its steps it is, and the number that the module counts it by.
+struct StepInput
+{
+    Configuration &configuration;
+    const CommandContext &context;
+    int index;  ///< 0 for the row's first step
+    int number; ///< the channel or entry number
+};
+
+QString comma(const QString &field)
+{
+    return u',' + field;
+}
+
+QString commaFlag(bool flag)
+{
+    return flag ? QStringLiteral(",1") : QStringLiteral(",0");
+}
+
+/// A field in which the user may have typed a decimal comma.
+QString commaNumber(const QString &field)
+{
+    return comma(withDecimalPoint(field));
+}
+
+template <class Array> auto &at(Array &array, int index)
+{
+    return array[static_cast<std::size_t>(index)];
+}
+
+QString versionQuery(const StepInput &)
+{
+    return QStringLiteral(",§");
+}
+
+QString stationNumbers(const StepInput &in)
+{
+    QString fields = comma(in.configuration.gsm.pin) + comma(in.configuration.gsm.stationId);
+    for (const Administrator &administrator : in.configuration.administrators) {
+        fields += comma(administrator.number);
+    }
+    return fields;
+}
+
+// The fields are texts that may hold commas, so they are first joined with a character that no field
+// holds; only then is every comma in them turned into a point. The message text comes last and unchanged.
+QString limitValue(const StepInput &in)
+{
+    const LimitValue &value = at(in.configuration.limitValues, in.number - 1);
+    const QChar joint = u'°';
+    QString fields;
+    for (const QString &field :
+         {QString::number(in.number), QStringLiteral("1"), QString::number(value.repetitions),
+          value.repetitionInterval, QString::number(value.channel), value.limit, value.hysteresis,
+          value.delay, QString::number(value.comparison), QString::number(value.recipients)}) {
+        fields += joint + field;
+    }
+    fields.replace(u',', u'.');
+    fields.replace(joint, u',');
+    return fields + comma(value.alarm);
+}
+
+// No replacement here: under a decimal comma the reference brings a comma of its own. Modules count on it.
+QString referenceValue(const StepInput &in)
+{
+    const LimitValue &value = at(in.configuration.limitValues, in.number - 1);
+    return comma(QString::number(in.number)) + QStringLiteral(",1") +
+           comma(QString::number(value.repetitions)) + comma(value.repetitionInterval) +
+           comma(numberText(value.reference, in.context.locale)) + comma(QString::number(value.recipients)) +
+           comma(value.alarm);
+}
+
+QString counterStart(const StepInput &in, const DigitalInput &input)
+{
+    return in.configuration.sendValues.front().enabled ? commaNumber(input.value) : QStringLiteral(",");
+}
+
+QString pulseCounter(const StepInput &in)
+{
+    const DigitalInput &input = at(in.configuration.digitalInputs, in.number - 1);
+    return comma(QString::number(in.number)) + commaFlag(input.countsPulses) + commaFlag(input.inverted) +
+           counterStart(in, input) + commaNumber(input.divider);
+}
+
+QString hoursCounter(const StepInput &in)
+{
+    const DigitalInput &input = at(in.configuration.digitalInputs, in.number - 1);
+    return comma(QString::number(in.number)) + commaFlag(input.countsHours) + commaFlag(input.inverted) +
+           counterStart(in, input);
+}
+
+QString scaling(const StepInput &in, int firstIndex)
+{
+    const Scaling &scaling = at(in.configuration.scaling, firstIndex + in.index);
+    return comma(QString::number(in.number)) + commaNumber(scaling.offset) + commaNumber(scaling.factor);
+}
+
+QString inputScaling(const StepInput &in)
+{
+    return scaling(in, 0);
+}
+
+QString outputScaling(const StepInput &in)
+{
+    return scaling(in, 2);
+}
+
+QString digitalOutput(const StepInput &in)
+{
+    return comma(QString::number(in.number)) + commaFlag(at(in.configuration.outputValues, in.index).digital);
+}
+
+QString analogOutput(const StepInput &in)
+{
+    return comma(QString::number(in.number)) +
+           commaNumber(at(in.configuration.outputValues, in.index).analog);
+}
+
+QString archive(const StepInput &in)
+{
+    const Archiving &archiving = at(in.configuration.archiving, in.index);
+    return comma(QString::number(in.number)) + commaNumber(archiving.interval) + commaNumber(archiving.delta);
+}
+
+QString switchPoint(const StepInput &in)
+{
+    SwitchPoint &point = at(in.configuration.switchPoints, in.index);
+    if (leadingNumber(point.period) >= periodBound) {
+        point.value = QStringLiteral("1");
+    }
+    QString fields = comma(QString::number(in.number)) + comma(QString::number(targetCode(point.target))) +
+                     comma(QString::number(point.type)) + commaNumber(point.value) +
+                     comma(point.start.isEmpty() ? QStringLiteral("0001010000") : point.start);
+    if (point.reactsToLimitValue()) {
+        fields += comma(QString::number(point.limitValue + 1));
+    }
+    return fields + comma(point.period);
+}
+
+QString holidays(const StepInput &in)
+{
+    QString fields;
+    for (int slot = 0; slot < HolidayList::capacity; ++slot) {
+        const QString line = in.configuration.holidays.lines().value(slot);
+        fields += comma(line.isEmpty() ? QStringLiteral("000101") : line.left(6));
+    }
+    return fields;
+}
+
+QString outputHours(const StepInput &in)
+{
+    const OutputHours &hours = at(in.configuration.outputHours, in.index);
+    return comma(QString::number(in.number)) + commaFlag(hours.inverted) + commaNumber(hours.value);
+}
+
+QString aliveCycle(const StepInput &in)
+{
+    return commaNumber(in.configuration.gsm.aliveCycle);
+}
+
+/// A dotted address as the number it stands for, empty when it is none of four whole numbers.
+QString addressNumber(const QString &address)
+{
+    const QStringList parts = address.split(u'.');
+    if (parts.size() != 4) {
+        return {};
+    }
+    qint64 number = 0;
+    for (const QString &part : parts) {
+        bool ok = false;
+        const int value = part.trimmed().toInt(&ok);
+        if (!ok) {
+            return {};
+        }
+        number = number * 256 + value;
+    }
+    const bool fits = number >= 0 && number <= std::numeric_limits<quint32>::max();
+    return fits ? QString::number(number) : QString();
+}
+
+/// The MAC address as decimal numbers joined by points, empty when a part is no hexadecimal number of 16
+/// bits.
+QString macNumber(const QStringList &bytes)
+{
+    QStringList numbers;
+    for (const QString &byte : bytes) {
+        bool ok = false;
+        const ushort value = byte.toUShort(&ok, 16);
+        if (!ok) {
+            return {};
+        }
+        numbers += QString::number(static_cast<qint16>(value));
+    }
+    return numbers.join(u'.');
+}
+
+QString ethernet(const StepInput &in)
+{
+    const EthernetSettings &settings = in.configuration.ethernet;
+    return comma(addressNumber(settings.ip)) + comma(addressNumber(settings.subnet)) +
+           comma(macNumber(macBytes(settings)));
+}
+
+QString clock(const StepInput &in)
+{
+    return comma(clockFields(in.context.now));
+}
+
+QString closing(const StepInput &in)
+{
+    return comma(in.configuration.versionText);
+}
+
+enum class Letter { AsAnswered, Fixed };
+
+/// A run of steps whose commands are built alike.
+struct StepRow
+{
+    int first;
+    int last;
+    const char16_t *letter;
+    int firstNumber; ///< the number that the first step's command carries
+    QString (*fields)(
+        const StepInput &); ///< everything after the letter, each field with its comma before it
+    Letter letterCase = Letter::AsAnswered;
+};
+
+constexpr std::array table = {
+    StepRow{0, 0, u"V", 0, versionQuery, Letter::Fixed},
+    StepRow{1, 1, u"N", 0, stationNumbers},
+    StepRow{2, 17, u"G", 1, limitValue},
+    StepRow{18, 21, u"G", 17, referenceValue},
+    StepRow{22, 23, u"D", 1, pulseCounter},
+    StepRow{24, 25, u"D", 3, hoursCounter},
+    StepRow{26, 27, u"D", 9, inputScaling},
+    StepRow{28, 29, u"D", 13, outputScaling},
+    StepRow{30, 31, u"S", 11, digitalOutput},
+    StepRow{32, 33, u"S", 13, analogOutput},
+    StepRow{34, 51, u"H", 1, archive},
+    StepRow{52, 71, u"Z", 1, switchPoint},
+    StepRow{72, 72, u"F", 0, holidays},
+    StepRow{73, 74, u"D", 15, outputHours},
+    StepRow{75, 75, u"C", 0, aliveCycle},
+    StepRow{76, 76, u"E", 0, ethernet},
+    StepRow{77, 77, u"T", 0, clock},
+    StepRow{78, 78, u"v", 0, closing, Letter::Fixed},
+};
+
+QString build(int step, Configuration &configuration, const CommandContext &context)
+{
+    for (const StepRow &row : table) {
+        if (step >= row.first && step <= row.last) {
+            const int index = step - row.first;
+            const QString letter = QString::fromUtf16(row.letter);
+            const bool lower = row.letterCase == Letter::AsAnswered && !context.answer;
+            return (lower ? letter.toLower() : letter) +
+                   row.fields({configuration, context, index, row.firstNumber + index});
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+QString clockFields(const QDateTime &now)
+{
+    return now.date().toString(QStringLiteral("yy,MM,dd,")) +
+           now.time().addSecs(2).toString(QStringLiteral("HH,mm,ss,")) +
+           QString::number(now.date().dayOfWeek());
+}
+
+std::optional<StepCommand> CommandSequence::next(Configuration &configuration, const CommandContext &context)
+{
+    if (!isRunning()) {
+        return std::nullopt;
+    }
+    if (m_step >= outputsFirst && m_step <= outputsDigitalLast && !configuration.sendValues.front().enabled) {
+        m_step = outputsEnd;
+    }
+    StepCommand built{m_step, build(m_step, configuration, context)};
+    ++m_step;
+    if (m_step > steps::last) {
+        m_step = steps::idle;
+    }
+    return built;
+}
+
+} // namespace ktr

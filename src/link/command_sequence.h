@@ -1,0 +1,63 @@
+#pragma once
+
+#include "config/configuration.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QString>
+
+#include <optional>
+
+namespace ktr {
+
+/// What a command depends on besides the configuration.
+struct CommandContext
+{
+    bool answer = false; ///< the module is to answer: command letters in upper case
+    QLocale locale = QLocale::c();
+    QDateTime now; ///< the module's clock is set to its date and its time two seconds later
+};
+
+/// A command longer than this does not fit an SMS and is not sent.
+inline constexpr int longestCommand = 160;
+
+/// The program's clock as the module's clock command: date, time two seconds on, weekday (Monday 1).
+/// The date is not carried over at midnight, as the module expects from this program.
+QString clockFields(const QDateTime &now);
+
+/// The steps of a transmission. 0 to 78 each stand for one command; the numbers are those that a user
+/// sees as progress and that an interrupted transmission names.
+namespace steps {
+inline constexpr int first = 0;
+inline constexpr int last = 78;
+inline constexpr int idle = 999;
+} // namespace steps
+
+struct StepCommand
+{
+    int step;
+    QString command;
+};
+
+/// Walks a configuration's transmission, a command a call.
+class CommandSequence
+{
+public:
+    /// Starts at a step 0..78.
+    void start(int step = steps::first) { m_step = static_cast<qint16>(step); }
+    void stop() { m_step = steps::idle; }
+
+    /// The step whose command comes next; steps::idle when no transmission runs.
+    int step() const { return m_step; }
+    bool isRunning() const { return m_step >= 0 && m_step < steps::idle; }
+
+    /// Builds the command of the present step and goes on to the next; after step 78 the sequence is idle.
+    /// Nothing when no transmission runs. A switch point whose period reaches a year has its value set to
+    /// "1" in the configuration before it is sent.
+    std::optional<StepCommand> next(Configuration &configuration, const CommandContext &context);
+
+private:
+    qint16 m_step = steps::idle;
+};
+
+} // namespace ktr

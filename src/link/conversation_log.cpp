@@ -1,0 +1,73 @@
+#include "link/conversation_log.h"
+
+#include <QDateTime>
+#include <QRegularExpression>
+
+namespace ktr {
+
+namespace {
+
+const QString hidden = QStringLiteral("****");
+
+/// The numbers command carries the PIN as its first field.
+QString withoutNumbersPin(const QString &line)
+{
+    static const QRegularExpression numbersCommand(QStringLiteral("(^|----> )([Nn],)[^,]*,"),
+                                                   QRegularExpression::DotMatchesEverythingOption);
+    QString masked = line;
+    return masked.replace(numbersCommand, QStringLiteral("\\1\\2") + hidden + u',');
+}
+
+} // namespace
+
+QString logText(const QString &line)
+{
+    if (line.contains(QLatin1String("at+cpin="), Qt::CaseInsensitive)) {
+        return QLatin1String("at+cpin=\"") + hidden + u'"';
+    }
+    qsizetype length = line.size();
+    while (length > 0 && (line[length - 1] == u'\r' || line[length - 1] == u'\n')) {
+        --length;
+    }
+    QString text;
+    text.reserve(length);
+    for (const QChar c : withoutNumbersPin(line.left(length))) {
+        if (c == u'\r') {
+            text += QLatin1String("\\r");
+        } else if (c == u'\n') {
+            text += QLatin1String("\\n");
+        } else if (c < u' ' || c == u'\x7F') {
+            text += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
+        } else {
+            text += c;
+        }
+    }
+    return text;
+}
+
+Status ConversationLog::open(const QString &path)
+{
+    m_file.setFileName(path);
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
+        return Status::failed(path + QLatin1String(": ") + m_file.errorString());
+    }
+    return Status::done();
+}
+
+void ConversationLog::write(const QDateTime &now, const QString &line)
+{
+    if (m_file.isOpen()) {
+        const QString text = now.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz ")) + logText(line) + u'\n';
+        m_file.write(text.toUtf8());
+    }
+}
+
+Status ConversationLog::status() const
+{
+    if (m_file.error() == QFileDevice::NoError) {
+        return Status::done();
+    }
+    return Status::failed(m_file.fileName() + QLatin1String(": ") + m_file.errorString());
+}
+
+} // namespace ktr

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/status.h"
+
+#include <QFile>
+#include <QString>
+
+namespace ktr {
+
+/// A line of the conversation as it may be shown and kept: the line end removed, other control characters
+/// made visible, and no PIN: neither that of the module's "at+cpin=" nor that of the numbers command.
+QString logText(const QString &line);
+
+/// The conversation log in a file: each line with the time, appended at once. A file that cannot be written
+/// never disturbs the conversation; what became of it is told by status().
+class ConversationLog
+{
+public:
+    Status open(const QString &path);
+    void write(const QDateTime &now, const QString &line);
+    Status status() const;
+
+private:
+    QFile m_file;
+};
+
+} // namespace ktr

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <memory>
+
+namespace asio {
+class io_context;
+}
+
+namespace ktr {
+
+/// The one thread that moves bytes between the operating system and the transports. It runs no logic.
+class IoThread
+{
+public:
+    IoThread();
+    ~IoThread(); ///< all transports must be closed
+    IoThread(const IoThread &) = delete;
+    IoThread &operator=(const IoThread &) = delete;
+
+    asio::io_context &context();
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace ktr

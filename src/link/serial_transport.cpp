@@ -1,0 +1,187 @@
+#include "link/serial_transport.h"
+
+#include "platform/serial_device.h"
+
+#include <asio/io_context.hpp>
+#include <asio/post.hpp>
+#include <asio/serial_port.hpp>
+#include <asio/steady_timer.hpp>
+#include <asio/write.hpp>
+
+#include <array>
+#include <future>
+
+namespace ktr {
+
+/// The part of a port that lives on the I/O thread. Everything below but the constructor runs there.
+class SerialTransport::Port : public std::enable_shared_from_this<Port>
+{
+public:
+    Port(asio::io_context &context, SerialTransport &transport, SerialHandle handle)
+        : m_port(context), m_poll(context), m_transport(&transport)
+    {
+        m_port.assign(handle);
+    }
+
+    void read()
+    {
+        m_port.async_read_some(asio::buffer(m_input), [self = shared_from_this()](
+                                                          const asio::error_code &error, std::size_t count) {
+            if (error) {
+                self->fail(error);
+                return;
+            }
+            self->notify([bytes = QByteArray(self->m_input.data(), qsizetype(count))](
+                             SerialTransport &transport) { Q_EMIT transport.received(bytes); });
+            self->read();
+        });
+    }
+
+    void write(const QByteArray &bytes)
+    {
+        if (m_transport == nullptr) {
+            return;
+        }
+        m_waiting += bytes;
+        if (m_writing.isEmpty()) {
+            writeNext();
+        }
+    }
+
+    void whenDrained(std::function<void()> drained)
+    {
+        m_drained = std::move(drained);
+        checkDrained();
+    }
+
+    void close()
+    {
+        m_transport = nullptr; // nothing is told any more
+        asio::error_code ignored;
+        m_port.close(ignored);
+        m_poll.cancel();
+    }
+
+private:
+    void writeNext()
+    {
+        m_writing = std::exchange(m_waiting, QByteArray());
+        asio::async_write(m_port, asio::buffer(m_writing.constData(), std::size_t(m_writing.size())),
+                          [self = shared_from_this()](const asio::error_code &error, std::size_t) {
+                              self->m_writing.clear();
+                              if (error) {
+                                  self->fail(error);
+                              } else if (!self->m_waiting.isEmpty()) {
+                                  self->writeNext();
+                              } else {
+                                  self->checkDrained();
+                              }
+                          });
+    }
+
+    /// The system keeps what was written in a queue that empties at the line's speed.
+    void checkDrained()
+    {
+        if (!m_drained || !m_writing.isEmpty() || m_transport == nullptr) {
+            return;
+        }
+        if (bytesNotYetSent(m_port.native_handle()) == 0) {
+            notify([drained = std::exchange(m_drained, nullptr)](SerialTransport &) { drained(); });
+            return;
+        }
+        m_poll.expires_after(std::chrono::milliseconds(2));
+        m_poll.async_wait([self = shared_from_this()](const asio::error_code &error) {
+            if (!error) {
+                self->checkDrained();
+            }
+        });
+    }
+
+    /// A port that hangs up reports errors without end: the first one closes it.
+    void fail(const asio::error_code &error)
+    {
+        if (m_transport == nullptr) {
+            return;
+        }
+        const QString reason = QString::fromStdString(error.message());
+        notify([reason, self = shared_from_this()](SerialTransport &transport) {
+            if (transport.m_port == self) {
+                transport.close();
+                Q_EMIT transport.lost(reason);
+            }
+        });
+    }
+
+    template <class Message> void notify(Message message)
+    {
+        if (m_transport != nullptr) {
+            QMetaObject::invokeMethod(
+                m_transport,
+                [self = shared_from_this(), transport = m_transport, message] {
+                    if (transport->m_port == self) { // not closed meanwhile
+                        message(*transport);
+                    }
+                },
+                Qt::QueuedConnection);
+        }
+    }
+
+    asio::serial_port m_port;
+    asio::steady_timer m_poll;
+    SerialTransport *m_transport;
+    std::array<char, 4096> m_input{};
+    QByteArray m_waiting;
+    QByteArray m_writing;
+    std::function<void()> m_drained;
+};
+
+SerialTransport::SerialTransport(IoThread &io, QObject *parent) : Transport(parent), m_io(io) {}
+
+SerialTransport::~SerialTransport()
+{
+    close();
+}
+
+Status SerialTransport::open(const QString &address)
+{
+    close();
+    SerialHandle handle{};
+    if (Status opened = openSerialDevice(address, handle); !opened) {
+        return opened;
+    }
+    m_port = std::make_shared<Port>(m_io.context(), *this, handle);
+    asio::post(m_io.context(), [port = m_port] { port->read(); });
+    return Status::done();
+}
+
+void SerialTransport::close()
+{
+    if (m_port == nullptr) {
+        return;
+    }
+    // Waits until the I/O thread has let go, so that nothing reaches a transport that is being destroyed.
+    std::promise<void> closed;
+    asio::post(m_io.context(), [port = std::exchange(m_port, nullptr), &closed] {
+        port->close();
+        closed.set_value();
+    });
+    closed.get_future().wait();
+}
+
+void SerialTransport::send(const QByteArray &bytes)
+{
+    if (m_port != nullptr) {
+        asio::post(m_io.context(), [port = m_port, bytes] { port->write(bytes); });
+    }
+}
+
+void SerialTransport::whenDrained(std::function<void()> drained)
+{
+    if (m_port != nullptr) {
+        asio::post(m_io.context(), [port = m_port, drained = std::move(drained)]() mutable {
+            port->whenDrained(std::move(drained));
+        });
+    }
+}
+
+} // namespace ktr

@@ -1,0 +1,123 @@
+#include "platform/serial_device.h"
+
+#include <QCollator>
+#include <QDir>
+#include <QFile>
+
+#ifdef Q_OS_UNIX
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+#endif
+
+namespace ktr {
+
+#ifdef Q_OS_UNIX
+
+namespace {
+
+/// A built-in port's device exists even where no chip answers; the system then calls its type 0.
+bool hasHardware(const QString &classFolder, const QString &name)
+{
+    QFile type(classFolder + u'/' + name + QLatin1String("/type"));
+    return !type.open(QIODevice::ReadOnly) || type.readAll().trimmed() != "0";
+}
+
+Status refused(const QString &path, int reason)
+{
+    const QString text = reason == EBUSY || reason == EWOULDBLOCK
+                             ? QStringLiteral("the port is already in use")
+                         : reason == ENOENT || reason == ENXIO || reason == ENODEV || reason == EIO
+                             ? QStringLiteral("there is no such port")
+                         : reason == ENOTTY ? QStringLiteral("is no serial port")
+                                            : QString::fromLocal8Bit(std::strerror(reason));
+    return Status::failed(path + QLatin1String(": ") + text);
+}
+
+bool setUp(int descriptor)
+{
+    termios line = {};
+    if (::tcgetattr(descriptor, &line) != 0) {
+        return false;
+    }
+    ::cfmakeraw(&line);
+    line.c_cflag &= ~static_cast<tcflag_t>(CSIZE | PARENB | CSTOPB | CRTSCTS);
+    line.c_cflag |= CS8 | CREAD | CLOCAL;
+    line.c_iflag |= IGNPAR;
+    line.c_cc[VMIN] = 1;
+    line.c_cc[VTIME] = 0;
+    ::cfsetispeed(&line, B9600);
+    ::cfsetospeed(&line, B9600);
+    return ::tcsetattr(descriptor, TCSANOW, &line) == 0;
+}
+
+} // namespace
+
+QStringList serialPorts(const QString &deviceFolder, const QString &classFolder)
+{
+    QCollator byNumber{QLocale::c()};
+    byNumber.setNumericMode(true);
+    QStringList ports;
+    for (const QString &pattern :
+         {QStringLiteral("ttyUSB*"), QStringLiteral("ttyACM*"), QStringLiteral("ttyS*")}) {
+        QStringList names = QDir(deviceFolder).entryList({pattern}, QDir::System | QDir::Files);
+        std::sort(names.begin(), names.end(), byNumber);
+        for (const QString &name : names) {
+            if (hasHardware(classFolder, name)) {
+                ports += deviceFolder + u'/' + name;
+            }
+        }
+    }
+    return ports;
+}
+
+Status openSerialDevice(const QString &path, SerialHandle &handle)
+{
+    const int descriptor =
+        ::open(QFile::encodeName(path).constData(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) {
+        return refused(path, errno);
+    }
+    // The lock keeps other careful programs away, the ioctl those that know no locks.
+    const bool ready =
+        ::isatty(descriptor) == 1 && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0 && setUp(descriptor);
+    if (!ready) {
+        const int reason = errno;
+        ::close(descriptor);
+        return refused(path, reason);
+    }
+    ::ioctl(descriptor, TIOCEXCL);
+    handle = descriptor;
+    return Status::done();
+}
+
+qint64 bytesNotYetSent(SerialHandle handle)
+{
+    int count = 0;
+    return ::ioctl(handle, TIOCOUTQ, &count) == 0 ? count : 0;
+}
+
+#else
+
+QStringList serialPorts(const QString &, const QString &)
+{
+    return {};
+}
+
+Status openSerialDevice(const QString &path, SerialHandle &)
+{
+    return Status::failed(path + QLatin1String(": serial ports are not supported on this system"));
+}
+
+qint64 bytesNotYetSent(SerialHandle)
+{
+    return 0;
+}
+
+#endif
+
+} // namespace ktr

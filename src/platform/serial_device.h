@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/status.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace ktr {
+
+#ifdef Q_OS_WIN
+using SerialHandle = void *;
+#else
+using SerialHandle = int;
+#endif
+
+/// The machine's serial ports, adapters first, each group by number. Ports without hardware behind them are
+/// left out. The folders can be named for machines that keep them elsewhere.
+QStringList serialPorts(const QString &deviceFolder = QStringLiteral("/dev"),
+                        const QString &classFolder = QStringLiteral("/sys/class/tty"));
+
+/// Opens a port for this program alone, as bytes go in and out: 9600 baud, 8 data bits, no parity, one stop
+/// bit, no flow control. The message tells whether the port is missing, in use or none.
+Status openSerialDevice(const QString &path, SerialHandle &handle);
+
+/// Bytes that were written and have not left the machine; 0 where the system does not tell.
+qint64 bytesNotYetSent(SerialHandle handle);
+
+} // namespace ktr
