@@ -7,13 +7,16 @@ if(CCACHE)
       ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime ${CCACHE})
 endif()
 
-add_library(ktr_options INTERFACE)
-target_compile_options(ktr_options INTERFACE
+add_library(ktr_warnings INTERFACE)
+target_compile_options(ktr_warnings INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Wold-style-cast
   -Wcast-qual -Wimplicit-fallthrough -Werror)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-  target_compile_options(ktr_options INTERFACE -fpch-preprocess)
+  target_compile_options(ktr_warnings INTERFACE -fpch-preprocess)
 endif()
+
+add_library(ktr_options INTERFACE)
+target_link_libraries(ktr_options INTERFACE ktr_warnings)
 target_compile_definitions(ktr_options INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS QT_USE_QSTRINGBUILDER
   KTR_VERSION_MAJOR=${PROJECT_VERSION_MAJOR} KTR_VERSION_MINOR=${PROJECT_VERSION_MINOR}

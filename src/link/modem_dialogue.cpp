@@ -55,7 +55,7 @@ std::vector<ModemDialogue::Action> ModemDialogue::lineReceived(const QString &li
         m_actions.emplace_back(
             Reply{ReplyKind::Message, {}, withoutLineEnds(QStringView(line).mid(message + 1))});
     }
-    const qsizetype confirmed = line.indexOf(QLatin1String("OK: §"));
+    const qsizetype confirmed = line.indexOf(QStringLiteral("OK: §"));
     if (confirmed >= 0) {
         m_actions.emplace_back(ServiceConfirmed{withoutLineEnds(QStringView(line).mid(confirmed + 6))});
     }
@@ -118,7 +118,7 @@ void ModemDialogue::handOverCommand()
         sendLogged(smsHeader);
         sendLogged(command);
         m_actions.emplace_back(CommandSent{step, command});
-        if (command.contains(QLatin1String("§88"))) {
+        if (command.contains(QStringLiteral("§88"))) {
             m_actions.emplace_back(FirmwareAnnounced{});
         }
     }

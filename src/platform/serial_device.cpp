@@ -1,8 +1,9 @@
 #include "platform/serial_device.h"
 
-#include <QCollator>
 #include <QDir>
 #include <QFile>
+
+#include <algorithm>
 
 #ifdef Q_OS_UNIX
 #include <cerrno>
@@ -59,8 +60,10 @@ bool setUp(int descriptor)
 
 QStringList serialPorts(const QString &deviceFolder, const QString &classFolder)
 {
-    QCollator byNumber{QLocale::c()};
-    byNumber.setNumericMode(true);
+    // Names of one pattern differ in their number alone, so the shorter comes first.
+    const auto byNumber = [](const QString &a, const QString &b) {
+        return a.size() != b.size() ? a.size() < b.size() : a < b;
+    };
     QStringList ports;
     for (const QString &pattern :
          {QStringLiteral("ttyUSB*"), QStringLiteral("ttyACM*"), QStringLiteral("ttyS*")}) {

@@ -1,0 +1,60 @@
+#include "cli/arguments.h"
+
+#include "cli/console.h"
+
+namespace ktr::cli {
+
+Arguments::Arguments(const QString &command, const QString &summary, const QStringList &names)
+    : m_command(command), m_names(names)
+{
+    m_parser.setApplicationDescription(summary);
+    m_parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this text.")});
+    m_parser.addPositionalArgument(command, QString(), command);
+    for (const QString &name : names) {
+        m_parser.addPositionalArgument(name, QString(), name);
+    }
+}
+
+std::optional<int> Arguments::parse(const QStringList &words)
+{
+    if (!m_parser.parse(QStringList{QStringLiteral("ktrcli")} + words)) {
+        return wrong(m_parser.errorText());
+    }
+    if (m_parser.isSet(QStringLiteral("help"))) {
+        QString help = m_parser.helpText();
+        help.replace(QLatin1String("[options] ") + m_command, m_command + QLatin1String(" [options]"));
+        const qsizetype arguments = help.indexOf(QLatin1String("\nArguments:"));
+        print(help.left(arguments < 0 ? help.size() : arguments).trimmed());
+        return done;
+    }
+    const QStringList given = m_parser.positionalArguments();
+    if (given.size() < m_names.size()) {
+        return wrong(m_names[given.size()] + QLatin1String(" is missing"));
+    }
+    if (given.size() > m_names.size()) {
+        return wrong(QStringLiteral("\"%1\" is one argument too many").arg(given[m_names.size()]));
+    }
+    return std::nullopt;
+}
+
+std::optional<int> Arguments::number(const QString &option, int lowest, int highest) const
+{
+    bool ok = false;
+    const int number = value(option).toInt(&ok);
+    if (!ok || number < lowest || number > highest) {
+        complain(QStringLiteral("--%1: \"%2\" is no whole number from %3 to %4")
+                     .arg(option, value(option))
+                     .arg(lowest)
+                     .arg(highest));
+        return std::nullopt;
+    }
+    return number;
+}
+
+int Arguments::wrong(const QString &message) const
+{
+    complain(QStringLiteral("%1: %2 (see ktrcli %1 --help)").arg(m_command, message));
+    return wrongUsage;
+}
+
+} // namespace ktr::cli

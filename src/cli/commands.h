@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QStringList>
+
+namespace ktr::cli {
+
+// The commands of ktrcli. Each takes the words behind its name and gives the exit code.
+
+int newFile(const QStringList &words);
+int convert(const QStringList &words);
+int commands(const QStringList &words);
+int compare(const QStringList &words);
+int transmit(const QStringList &words);
+int send(const QStringList &words);
+int simulate(const QStringList &words);
+int ports(const QStringList &words);
+
+} // namespace ktr::cli

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+
+namespace ktr::cli {
+
+/// Exit codes of ktrcli.
+inline constexpr int done = 0;
+inline constexpr int failed = 1;
+inline constexpr int wrongUsage = 2;
+
+/// A line on standard output, in UTF-8 whatever the locale.
+void print(const QString &line);
+
+/// One line on stderr, beginning "ktrcli: "; a progress bar that stands there ends first.
+void complain(const QString &message);
+
+/// A complaint and the exit code of a job that failed.
+int fail(const QString &message);
+
+/// False, after a complaint, when not all of the output could be written.
+bool flushOutput();
+
+/// How far a transmission has come: a bar that stays in its place on a terminal, plain lines elsewhere.
+class Progress
+{
+public:
+    explicit Progress(int maximum);
+    ~Progress();
+    Progress(const Progress &) = delete;
+    Progress &operator=(const Progress &) = delete;
+
+    void show(int value, const QString &what);
+
+    /// Leaves the bar's line, so that what follows stands below it.
+    void end();
+
+private:
+    int m_maximum;
+    bool m_onTerminal;
+    bool m_barShown = false;
+};
+
+} // namespace ktr::cli

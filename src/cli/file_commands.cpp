@@ -1,0 +1,125 @@
+#include "cli/arguments.h"
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/loading.h"
+#include "config/fields.h"
+#include "lang/text_table.h"
+#include "link/command_sequence.h"
+#include "link/conversation_log.h"
+#include "platform/serial_device.h"
+#include "simulator/held_form.h"
+
+namespace ktr::cli {
+
+int newFile(const QStringList &words)
+{
+    Arguments arguments(QStringLiteral("new"), QStringLiteral("Writes a new configuration to FILE."),
+                        {QStringLiteral("FILE")});
+    if (const auto end = arguments.parse(words)) {
+        return *end;
+    }
+    Document document(systemEnvironment());
+    document.setFileName(arguments.positional(0));
+    const Status saved = document.save();
+    return saved ? done : fail(saved.message());
+}
+
+int convert(const QStringList &words)
+{
+    Arguments arguments(
+        QStringLiteral("convert"),
+        QStringLiteral("Opens the configuration IN and saves it as OUT. What IN lacks takes its "
+                       "fall-back; what cannot be used is told."),
+        {QStringLiteral("IN"), QStringLiteral("OUT")});
+    if (const auto end = arguments.parse(words)) {
+        return *end;
+    }
+    Document document(systemEnvironment());
+    if (load(document, arguments.positional(0)) == Loaded::NotOpened) {
+        return failed;
+    }
+    document.setFileName(arguments.positional(1));
+    const Status saved = document.save();
+    return saved ? done : fail(saved.message());
+}
+
+int commands(const QStringList &words)
+{
+    Arguments arguments(
+        QStringLiteral("commands"),
+        QStringLiteral("Shows the commands that a transmission of the configuration FILE sends, a line "
+                       "each: the step, a tab, the command."),
+        {QStringLiteral("FILE")});
+    arguments.addOption({QStringLiteral("answer"), QStringLiteral("The module is to answer each command.")});
+    if (const auto end = arguments.parse(words)) {
+        return *end;
+    }
+    Document document(systemEnvironment());
+    if (load(document, arguments.positional(0)) == Loaded::NotOpened) {
+        return failed;
+    }
+    const Environment &environment = document.environment();
+    Configuration configuration = document.configuration();
+    CommandSequence sequence;
+    sequence.start();
+    while (const auto next = sequence.next(configuration, {arguments.isSet(QStringLiteral("answer")),
+                                                           environment.locale, environment.now()})) {
+        if (next->command.size() > longestCommand) {
+            complainTooLong(next->step, next->command);
+        } else {
+            print(QString::number(next->step) + u'\t' + next->command);
+        }
+    }
+    return done;
+}
+
+int compare(const QStringList &words)
+{
+    Arguments arguments(
+        QStringLiteral("compare"),
+        QStringLiteral("Compares, field by field, what the configuration FILE means to a module with "
+                       "HELD, the configuration that a module was given (ktrcli simulate --save). "
+                       "Prints a line for each difference; fields that are never sent are left out."),
+        {QStringLiteral("FILE"), QStringLiteral("HELD")});
+    if (const auto end = arguments.parse(words)) {
+        return *end;
+    }
+    // Fall-backs that depend on time or chance must be the same for both.
+    Environment environment = systemEnvironment();
+    environment.now = [now = QDateTime::currentDateTime()] { return now; };
+    environment.random = [] { return 0.0; };
+    Document meant(environment);
+    Document held(environment);
+    held.restore(Configuration(), false); // as a module's memory begins: without the values of "new"
+    if (load(meant, arguments.positional(0)) != Loaded::Whole ||
+        load(held, arguments.positional(1)) != Loaded::Whole) {
+        return failed;
+    }
+    // What is expected takes the way through a file, too: there an empty text becomes its fall-back.
+    Configuration expected;
+    readConfiguration(writeConfiguration(asHeld(meant.configuration(), environment.locale), environment),
+                      expected, environment);
+    const QStringList lines = differences(expected, held.configuration(), environment.locale);
+    for (const QString &line : lines) {
+        print(line);
+    }
+    if (lines.isEmpty()) {
+        print(QStringLiteral("no difference: the module holds what %1 means").arg(arguments.positional(0)));
+    }
+    return lines.isEmpty() ? done : fail(QStringLiteral("%1 fields differ").arg(lines.size()));
+}
+
+int ports(const QStringList &words)
+{
+    Arguments arguments(QStringLiteral("ports"), QStringLiteral("Lists the serial ports found, a line each."),
+                        {});
+    if (const auto end = arguments.parse(words)) {
+        return *end;
+    }
+    for (const QString &port : serialPorts()) {
+        print(port);
+    }
+    return done;
+}
+
+} // namespace ktr::cli

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "link/io_thread.h"
+
+#include <functional>
+#include <memory>
+
+namespace ktr::cli {
+
+/// Ctrl-C and the request to terminate, told on the thread that made this object.
+class Interruption
+{
+public:
+    Interruption(IoThread &io, std::function<void()> interrupted);
+    ~Interruption();
+    Interruption(const Interruption &) = delete;
+    Interruption &operator=(const Interruption &) = delete;
+
+private:
+    struct Private;
+    std::shared_ptr<Private> d;
+};
+
+} // namespace ktr::cli

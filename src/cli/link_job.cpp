@@ -1,0 +1,115 @@
+#include "cli/link_job.h"
+
+#include "cli/console.h"
+#include "platform/serial_device.h"
+
+#include <QCoreApplication>
+
+namespace ktr::cli {
+
+namespace {
+
+const QString serialOption = QStringLiteral("serial");
+const QString ethernetOption = QStringLiteral("ethernet");
+const QString logOption = QStringLiteral("log");
+const QString timeoutOption = QStringLiteral("timeout");
+
+constexpr int longestTimeout = 24 * 60 * 60;
+
+} // namespace
+
+LinkJob::LinkJob() : m_interruption(m_io, [this] { abandon(QStringLiteral("interrupted")); })
+{
+    QObject::connect(&m_serial, &Transport::lost, &m_session, [this](const QString &reason) {
+        abandon(QStringLiteral("the line is lost: %1").arg(reason));
+    });
+    QObject::connect(&m_session, &ModuleSession::silent, &m_session, [this] {
+        abandon(QStringLiteral("nothing was heard from the module for %1 s").arg(m_timeout.count() / 1000));
+    });
+    QObject::connect(&m_session, &ModuleSession::logged, &m_session, [this](const QString &line) {
+        m_log.write(m_environment.now(), line);
+        if (const Status status = m_log.status(); !status && !m_logComplained) {
+            m_logComplained = true; // the conversation goes on without its log
+            complain(status.message());
+        }
+    });
+}
+
+void LinkJob::addOptions(Arguments &arguments)
+{
+    arguments.addOption(
+        {serialOption, QStringLiteral("The module is at the serial port PATH; \"auto\" searches the ports."),
+         QStringLiteral("PATH")});
+    arguments.addOption(
+        {ethernetOption, QStringLiteral("The module is at the address HOST."), QStringLiteral("HOST")});
+    arguments.addOption(
+        {logOption, QStringLiteral("Appends the conversation to FILE."), QStringLiteral("FILE")});
+    arguments.addOption({timeoutOption,
+                         QStringLiteral("Gives up when nothing is heard from the module for so long (60)."),
+                         QStringLiteral("SECONDS"), QStringLiteral("60")});
+}
+
+std::optional<int> LinkJob::open(const Arguments &arguments)
+{
+    if (arguments.isSet(serialOption) == arguments.isSet(ethernetOption)) {
+        return arguments.wrong(QStringLiteral("either --serial or --ethernet is needed"));
+    }
+    const auto seconds = arguments.number(timeoutOption, 1, longestTimeout);
+    if (!seconds) {
+        return wrongUsage;
+    }
+    m_timeout = std::chrono::seconds(*seconds);
+    if (arguments.isSet(ethernetOption)) {
+        return fail(QStringLiteral("the Ethernet link is not available in this version; use --serial"));
+    }
+    if (arguments.isSet(logOption)) {
+        if (const Status opened = m_log.open(arguments.value(logOption)); !opened) {
+            complain(opened.message());
+        }
+    }
+    const QString path = arguments.value(serialOption);
+    if (path == QLatin1String("auto")) {
+        m_search = std::make_unique<PortSearch>(m_serial, m_timers, [] { return serialPorts(); });
+        QObject::connect(m_search.get(), &PortSearch::refused, &m_session,
+                         [](const QString &reason) { complain(reason); });
+        QObject::connect(m_search.get(), &PortSearch::gaveUp, &m_session,
+                         [this] { abandon(QStringLiteral("no module was found at any serial port")); });
+        QObject::connect(&m_session, &ModuleSession::caught, m_search.get(), &PortSearch::stop);
+        m_search->start();
+    } else if (const Status opened = m_serial.open(path); !opened) {
+        return fail(opened.message());
+    }
+    m_session.setTimeout(m_timeout);
+    return std::nullopt;
+}
+
+int LinkJob::run()
+{
+    return m_exitCode ? *m_exitCode : QCoreApplication::exec();
+}
+
+void LinkJob::finish(int code)
+{
+    if (!m_exitCode) {
+        m_exitCode = code;
+        QCoreApplication::exit(code);
+    }
+}
+
+void LinkJob::abandon(const QString &message)
+{
+    if (!m_exitCode) {
+        finish(failed);
+        const int step = m_session.step();
+        complain(step == steps::idle ? message
+                                     : QStringLiteral("%1; stopped at step %2").arg(message).arg(step));
+    }
+}
+
+void LinkJob::finishWhenDrained(int code)
+{
+    m_session.setTimeout(Milliseconds{0});
+    m_serial.whenDrained([this, code] { finish(code); });
+}
+
+} // namespace ktr::cli

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "cli/arguments.h"
+#include "cli/interruption.h"
+#include "link/conversation_log.h"
+#include "link/io_thread.h"
+#include "link/module_session.h"
+#include "link/port_search.h"
+#include "link/serial_transport.h"
+#include "platform/environment.h"
+#include "platform/timers.h"
+
+#include <memory>
+#include <optional>
+
+namespace ktr::cli {
+
+/// What every command that talks to a module has: the line, the conversation, the log, the time-out, and an
+/// end by Ctrl-C. The command connects to session() and ends the job.
+class LinkJob
+{
+public:
+    LinkJob();
+
+    /// The options --serial, --ethernet, --log and --timeout.
+    static void addOptions(Arguments &arguments);
+
+    /// Opens the line and the log. Gives the exit code when that fails.
+    std::optional<int> open(const Arguments &arguments);
+
+    /// Runs until finish(); gives the exit code.
+    int run();
+
+    void finish(int code);
+    /// Complains and finishes; `state` tells where the job stood.
+    void abandon(const QString &message);
+    /// Finishes well once everything sent has left the machine.
+    void finishWhenDrained(int code);
+
+    ModuleSession &session() { return m_session; }
+    Timers &timers() { return m_timers; }
+    const Environment &environment() const { return m_environment; }
+    Milliseconds timeout() const { return m_timeout; }
+
+private:
+    Environment m_environment = systemEnvironment();
+    EventLoopTimers m_timers;
+    IoThread m_io;
+    SerialTransport m_serial{m_io};
+    ModuleSession m_session{m_serial, m_timers, m_environment};
+    std::unique_ptr<PortSearch> m_search;
+    ConversationLog m_log;
+    bool m_logComplained = false;
+    Milliseconds m_timeout{0};
+    std::optional<int> m_exitCode;
+    Interruption m_interruption;
+};
+
+} // namespace ktr::cli

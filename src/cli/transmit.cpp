@@ -1,0 +1,132 @@
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/link_job.h"
+#include "cli/loading.h"
+
+namespace ktr::cli {
+
+int transmit(const QStringList &words)
+{
+    Arguments arguments(
+        QStringLiteral("transmit"),
+        QStringLiteral("Transmits the configuration FILE: waits until the module starts its modem, then "
+                       "hands it the commands of steps 0 to 78."),
+        {QStringLiteral("FILE")});
+    LinkJob::addOptions(arguments);
+    arguments.addOption({QStringLiteral("answer"), QStringLiteral("The module is to answer each command.")});
+    if (const auto end = arguments.parse(words)) {
+        return *end;
+    }
+    Document document(systemEnvironment());
+    if (load(document, arguments.positional(0)) != Loaded::Whole) {
+        return failed; // fall-backs are no configuration that anybody meant
+    }
+
+    LinkJob job;
+    if (const auto end = job.open(arguments)) {
+        return *end;
+    }
+    ModuleSession &session = job.session();
+    Configuration configuration = document.configuration();
+    Progress progress(steps::last);
+    int sent = 0;
+    int refused = 0;
+    bool started = false;
+    const auto uncaught = job.timers().create();
+
+    QObject::connect(&session, &ModuleSession::caught, &session, [&] {
+        uncaught->stop();
+        if (!started) { // a module that starts anew in the middle goes on where it was
+            started = true;
+            session.startTransmission(configuration, arguments.isSet(QStringLiteral("answer")));
+        }
+    });
+    QObject::connect(&session, &ModuleSession::nothingToRead, &session, [&] {
+        if (!started && !uncaught->isRunning()) {
+            uncaught->start(job.timeout(), [&job] {
+                job.abandon(
+                    QStringLiteral("the module reads its messages but does not start its modem (at+cpin); "
+                                   "switch it off and on"));
+            });
+        }
+    });
+    QObject::connect(&session, &ModuleSession::commandSent, &session,
+                     [&](std::optional<int> step, const QString &command) {
+                         ++sent;
+                         progress.show(step.value_or(0), logText(command));
+                     });
+    QObject::connect(&session, &ModuleSession::commandRefused, &session,
+                     [&](std::optional<int> step, const QString &command) {
+                         ++refused;
+                         complainTooLong(step, command);
+                     });
+    QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
+        if (reply.text.startsWith(QLatin1String("fail"))) {
+            complain(QLatin1String("the module answers: ") + logText(reply.text));
+        }
+    });
+    QObject::connect(&session, &ModuleSession::transmitted, &session, [&] {
+        // A configuration that arrived in part is none.
+        job.finishWhenDrained(refused == 0 ? done : failed);
+    });
+
+    print(QStringLiteral("waiting for the module"));
+    std::fflush(stdout);
+    const int code = job.run();
+    progress.end();
+    print(QStringLiteral("%1 commands sent, %2 refused").arg(sent).arg(refused));
+    return code;
+}
+
+int send(const QStringList &words)
+{
+    Arguments arguments(
+        QStringLiteral("send"),
+        QStringLiteral("Hands one command to the module when it next reads a message, and prints what "
+                       "it answers. A command whose letter is lower-case is not answered."),
+        {QStringLiteral("COMMAND")});
+    LinkJob::addOptions(arguments);
+    if (const auto end = arguments.parse(words)) {
+        return *end;
+    }
+    const QString command = arguments.positional(0);
+    if (command.isEmpty()) {
+        return arguments.wrong(QStringLiteral("the command is empty"));
+    }
+    const bool expectsAnswer = !command.front().isLower();
+
+    LinkJob job;
+    if (const auto end = job.open(arguments)) {
+        return *end;
+    }
+    ModuleSession &session = job.session();
+    bool sent = false;
+    bool history = false;
+    session.place(command);
+    QObject::connect(&session, &ModuleSession::commandSent, &session, [&] {
+        sent = true;
+        if (!expectsAnswer) {
+            job.finishWhenDrained(done);
+        }
+    });
+    QObject::connect(&session, &ModuleSession::commandRefused, &session,
+                     [&](std::optional<int> step, const QString &text) {
+                         complainTooLong(step, text);
+                         job.finish(failed);
+                     });
+    QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
+        print(reply.text);
+        history = reply.kind == ModemDialogue::ReplyKind::History;
+        if (sent && !history) {
+            job.finishWhenDrained(done);
+        }
+    });
+    QObject::connect(&session, &ModuleSession::nothingToRead, &session, [&] {
+        if (history) { // the archive's last line was before this
+            job.finishWhenDrained(done);
+        }
+    });
+    return job.run();
+}
+
+} // namespace ktr::cli

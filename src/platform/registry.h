@@ -1,0 +1,56 @@
+#pragma once
+
+#include "platform/timers.h"
+
+#include <QString>
+
+namespace ktr {
+
+/// The registry as the program uses it: texts below named keys. Every call opens the registry, does one
+/// thing and closes it again. Nothing is reported but the code of the last error.
+namespace MRegistry {
+
+/// Numbered as the system's registry numbers its errors, so that the native one can hand on its own.
+enum class Error : int {
+    None = 0,
+    NotFound = 2,     ///< no such key or value
+    AccessDenied = 5, ///< the registry cannot be opened or written
+    NoRoot = 6,       ///< the root's name is not known
+    Busy = 170,       ///< another program kept the registry locked
+    TooLong = 234,    ///< the text does not fit into the buffer of GetRegistryString
+    Corrupt = 1009,   ///< what stands in the registry's file is no registry
+};
+
+/// The handle of a root by its name, with or without "hkey_" and whatever the case; 0 for any other name.
+quint32 GetRootKey(const QString &name);
+
+/// Creates a key and its parents; one that exists stays as it is.
+void CreateRegistryKey(const QString &rootName, const QString &subkey);
+
+/// Sets a text of a key, which must exist. What the 8-bit code page lacks becomes "?"; a zero ends the text.
+void SetRegistryString(const QString &rootName, const QString &subkey, const QString &valueName,
+                       const QString &value);
+
+/// A text of at most 49998 characters. Empty when it is longer, or when there is no such root, key or value.
+QString GetRegistryString(const QString &rootName, const QString &subkey, const QString &valueName);
+
+/// How this thread's last call of one of the three above ended.
+Error lastError();
+
+/// Keeps the registry in another file than the user's own; an empty path goes back to that. A call that
+/// writes waits up to `lockWait` for another program to finish its own.
+void setRegistryFile(const QString &path, Milliseconds lockWait = std::chrono::seconds(5));
+
+} // namespace MRegistry
+
+/// What keeps the keys and their texts, in full Unicode: this is what a system with a registry of its own
+/// replaces. Keys and value names are compared without regard to case. A zero ends a name or a text.
+namespace RegistryBackEnd {
+
+MRegistry::Error createKey(quint32 root, const QString &subkey);
+MRegistry::Error setText(quint32 root, const QString &subkey, const QString &valueName, const QString &text);
+MRegistry::Error getText(quint32 root, const QString &subkey, const QString &valueName, QString &text);
+
+} // namespace RegistryBackEnd
+
+} // namespace ktr

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+namespace ktr {
+
+/// The user's settings of this and related programs: texts addressed by application, section and key. They
+/// stand in the registry below one fixed key, where other programs look for them.
+class SettingsStore
+{
+public:
+    /// The stored text, which may be empty; `fallback` when there is none or it cannot be read.
+    QString GetSetting(const QString &application, const QString &section, const QString &key,
+                       const QString &fallback = QString()) const;
+
+    /// Stores a text, up to its first zero. Gives false when that failed; what was stored then stays.
+    bool SaveSetting(const QString &application, const QString &section, const QString &key,
+                     const QString &value);
+};
+
+} // namespace ktr

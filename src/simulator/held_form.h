@@ -1,0 +1,25 @@
+#pragma once
+
+#include "config/configuration.h"
+
+#include <QLocale>
+#include <QString>
+
+namespace ktr {
+
+/// The configuration that a neutral module holds once it was given every command for `meant`: texts in the
+/// wire's character set, numbers with a decimal point, what no command carries at its neutral value. The
+/// program's locale writes the combined limit values' references. A field that no module would take
+/// stays as meant, so that comparing shows it.
+Configuration asHeld(const Configuration &meant, const QLocale &locale);
+
+/// An address in the form that the configuration keeps: "010.000.000.001".
+QString addressForm(quint32 address);
+
+/// The holiday list's line for a slot of the form "YYMMDD"; empty when that is no date of this century.
+QString holidayLine(QStringView slot);
+
+/// The slot of a holiday that was not given.
+inline constexpr char16_t emptyHolidaySlot[] = u"000101";
+
+} // namespace ktr

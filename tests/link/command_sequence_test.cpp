@@ -1,0 +1,221 @@
+#include "config/fields.h"
+#include "link/command_sequence.h"
+#include "support/environment.h"
+
+#include <QMap>
+#include <QTest>
+
+using namespace ktr;
+
+namespace {
+
+Configuration newConfiguration()
+{
+    Configuration configuration;
+    makeNew(configuration, test::fixedEnvironment());
+    return configuration;
+}
+
+CommandContext context(bool answer = false, const QLocale &locale = QLocale::c())
+{
+    return {answer, locale, test::fixedEnvironment().now()};
+}
+
+QMap<int, QString> allCommands(Configuration configuration, const CommandContext &context)
+{
+    QMap<int, QString> commands;
+    CommandSequence sequence;
+    sequence.start();
+    while (const auto next = sequence.next(configuration, context)) {
+        commands.insert(next->step, next->command);
+    }
+    return commands;
+}
+
+} // namespace
+
+class CommandSequenceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aNewConfigurationGivesTheseCommands()
+    {
+        Configuration configuration = newConfiguration();
+        configuration.versionText = QStringLiteral("stamp");
+        const QMap<int, QString> commands = allCommands(configuration, context());
+        QCOMPARE(commands.size(), 79);
+        const QMap<int, QString> expected{
+            {0, QStringLiteral("V,§")},
+            {1, QStringLiteral("n,,,+49,+49,+49,+49,+49,+49")},
+            {2, QStringLiteral("g,1,1,0,,0,0,0,0,1,255,")},
+            {17, QStringLiteral("g,16,1,0,,0,0,0,0,1,255,")},
+            {18, QStringLiteral("g,17,1,0,,0,255,")},
+            {21, QStringLiteral("g,20,1,0,,0,255,")},
+            {22, QStringLiteral("d,1,0,0,0,1")},
+            {25, QStringLiteral("d,4,0,0,0")},
+            {26, QStringLiteral("d,9,0,1")},
+            {29, QStringLiteral("d,14,0,1")},
+            {30, QStringLiteral("s,11,0")},
+            {33, QStringLiteral("s,14,0")},
+            {34, QStringLiteral("h,1,0,0")},
+            {51, QStringLiteral("h,18,0,0")},
+            {52, QStringLiteral("z,1,0,0,0,0001010000,0")},
+            {71, QStringLiteral("z,20,0,0,0,0001010000,0")},
+            {72, u'f' + QStringLiteral(",000101").repeated(20)},
+            {73, QStringLiteral("d,15,0,0")},
+            {74, QStringLiteral("d,16,0,0")},
+            {75, QStringLiteral("c,0")},
+            {76, QStringLiteral("e,167772161,4294967040,0.96.169.0.0.0")},
+            {77, QStringLiteral("t,09,11,15,14,05,37,7")},
+            {78, QStringLiteral("v,stamp")},
+        };
+        for (auto it = expected.begin(); it != expected.end(); ++it) {
+            QCOMPARE(commands.value(it.key()), it.value());
+        }
+
+        // In answer mode the letter is all that changes, and not in the first and the last command.
+        const QMap<int, QString> answered = allCommands(configuration, context(true));
+        for (auto it = commands.begin(); it != commands.end(); ++it) {
+            const bool fixed = it.key() == 0 || it.key() == 78;
+            QCOMPARE(answered.value(it.key()), (fixed ? it->left(1) : it->left(1).toUpper()) + it->mid(1));
+        }
+    }
+
+    void filledFieldsGiveTheseCommands_data()
+    {
+        QTest::addColumn<int>("step");
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QString>("underDecimalComma"); // empty: the same
+        const QString same;
+        QTest::newRow("numbers") << 1 << "n,0042,PW 3,+49301,,+49,+49,+49,+49" << same;
+        QTest::newRow("limit value") << 4 << "g,3,1,2,30,9,2.5,0.1,5,3,251,level high, pump 1,2" << same;
+        QTest::newRow("limit value, joint in a field") << 5 << "g,4,1,0,,0,1,2,0,0,1,255," << same;
+        QTest::newRow("reference") << 18 << "g,17,1,1,60,2.5,63,a,b" << "g,17,1,1,60,2,5,63,a,b";
+        QTest::newRow("pulses") << 22 << "d,1,1,0,12.5,10.5" << same;
+        QTest::newRow("pulses without start value") << 23 << "d,2,0,1,,1" << same;
+        QTest::newRow("hours") << 24 << "d,3,1,1,7" << same;
+        QTest::newRow("input scaling") << 27 << "d,10,-0.5,1.25" << same;
+        QTest::newRow("output scaling") << 28 << "d,13,0.5,2" << same;
+        QTest::newRow("digital output") << 31 << "s,12,1" << same;
+        QTest::newRow("analog output") << 32 << "s,13,9.5" << same;
+        QTest::newRow("archive") << 51 << "h,18,15,0.5" << same;
+        QTest::newRow("switch point") << 52 << "z,1,65,12,1.5,0912241800,0" << same;
+        QTest::newRow("switch point at a limit value") << 53 << "z,2,11,15,1,0001010000,4,1,5" << same;
+        QTest::newRow("switch point beyond a year") << 54 << "z,3,14,14,1,0001010000,525600" << same;
+        QTest::newRow("target outside the list") << 55 << "z,4,0,16,0,0001010000,20,0" << same;
+        QTest::newRow("holidays") << 72 << "f,091224,091225" + QStringLiteral(",000101").repeated(18) << same;
+        QTest::newRow("output hours") << 74 << "d,16,1,100.5" << same;
+        QTest::newRow("alive cycle") << 75 << "c,1.5" << same;
+        QTest::newRow("addresses") << 76 << "e,3232235777,,0.96.169.171.205.1" << same;
+    }
+    void filledFieldsGiveTheseCommands()
+    {
+        QFETCH(int, step);
+        QFETCH(QString, command);
+        QFETCH(QString, underDecimalComma);
+        Configuration c = newConfiguration();
+        c.gsm = {QStringLiteral("0042"), QStringLiteral("KTR"), QStringLiteral("PW 3"), QStringLiteral("1,5")};
+        c.administrators[0].number = QStringLiteral("+49301");
+        c.administrators[1].number.clear();
+        c.limitValues[2] = {9, QStringLiteral("level high, pump 1,2"), QStringLiteral("2,5"), QStringLiteral("0,1"),
+                            QStringLiteral("5"), 3, 251, 0, 2, QStringLiteral("30")};
+        c.limitValues[3].limit = QStringLiteral("1°2");
+        c.limitValues[16].alarm = QStringLiteral("a,b");
+        c.limitValues[16].reference = 2.5;
+        c.limitValues[16].repetitions = 1;
+        c.limitValues[16].repetitionInterval = QStringLiteral("60");
+        c.limitValues[16].recipients = 63;
+        c.digitalInputs[0] = {true, QStringLiteral("10,5"), false, false, QStringLiteral("12,5")};
+        c.digitalInputs[1] = {false, QStringLiteral("1"), true, true, QString()};
+        c.digitalInputs[2] = {false, QStringLiteral("9"), true, true, QStringLiteral("7")};
+        c.scaling[1] = {QStringLiteral("-0,5"), QStringLiteral("1,25"), QStringLiteral("m")};
+        c.scaling[2] = {QStringLiteral("0.5"), QStringLiteral("2"), QStringLiteral("V")};
+        c.outputValues[1] = {true, QStringLiteral("1")};
+        c.outputValues[0] = {false, QStringLiteral("9,5")};
+        c.archiving[17] = {QStringLiteral("15"), QStringLiteral("0,5")};
+        c.switchPoints[0] = {6, 12, QStringLiteral("0912241800"), QStringLiteral("0"), QStringLiteral("1,5"), 3};
+        c.switchPoints[1] = {1, 15, QString(), QStringLiteral("1,5"), QStringLiteral("1"), 3};
+        c.switchPoints[2] = {4, 14, QString(), QStringLiteral("525600"), QStringLiteral("7"), 0};
+        c.switchPoints[3] = {11, 16, QString(), QStringLiteral("0"), QStringLiteral("0"), 19};
+        c.holidays.add(QDate(2009, 12, 24));
+        c.holidays.add(QDate(2009, 12, 25));
+        c.outputHours[1] = {true, QStringLiteral("100,5")};
+        c.ethernet = {QStringLiteral("192.168.001.001"), QStringLiteral("255.255.255"), QStringLiteral("ab"),
+                      QStringLiteral("CD"), QStringLiteral("1")};
+        QCOMPARE(allCommands(c, context()).value(step), command);
+        QCOMPARE(allCommands(c, context(false, test::german())).value(step),
+                 underDecimalComma.isEmpty() ? command : underDecimalComma);
+    }
+
+    void addressesThatAreNoneLeaveTheirFieldEmpty_data()
+    {
+        QTest::addColumn<QString>("ip");
+        QTest::addColumn<QString>("mac5");
+        QTest::addColumn<QString>("command");
+        QTest::newRow("three parts") << "1.2.3" << "00" << "e,,4294967040,0.96.169.0.0.0";
+        QTest::newRow("empty part") << "1..2.3" << "00" << "e,,4294967040,0.96.169.0.0.0";
+        QTest::newRow("letters") << "1.2.3.x" << "00" << "e,,4294967040,0.96.169.0.0.0";
+        QTest::newRow("beyond 32 bits") << "300.0.0.0" << "00" << "e,,4294967040,0.96.169.0.0.0";
+        QTest::newRow("highest") << "255.255.255.255" << "FF" << "e,4294967295,4294967040,0.96.169.0.0.255";
+        QTest::newRow("no hexadecimal") << "0.0.0.1" << "G0" << "e,1,4294967040,";
+        QTest::newRow("empty byte") << "0.0.0.1" << "" << "e,1,4294967040,";
+    }
+    void addressesThatAreNoneLeaveTheirFieldEmpty()
+    {
+        QFETCH(QString, ip);
+        QFETCH(QString, mac5);
+        QFETCH(QString, command);
+        Configuration c = newConfiguration();
+        c.ethernet.ip = ip;
+        c.ethernet.mac5 = mac5;
+        QCOMPARE(allCommands(c, context()).value(76), command);
+    }
+
+    void withoutOutputValuesTheSequenceJumpsAndStartValuesStayEmpty()
+    {
+        Configuration c = newConfiguration();
+        c.sendValues[0].enabled = false;
+        const QMap<int, QString> commands = allCommands(c, context());
+        QCOMPARE(commands.size(), 75);
+        QVERIFY(commands.contains(29) && commands.contains(34));
+        QVERIFY(!commands.contains(30) && !commands.contains(33));
+        QCOMPARE(commands.value(22), "d,1,0,0,,1");
+        QCOMPARE(commands.value(24), "d,3,0,0,");
+        QCOMPARE(commands.value(73), "d,15,0,0"); // these are always sent
+    }
+
+    void aPeriodOfAYearSetsTheValueInTheConfiguration()
+    {
+        Configuration c = newConfiguration();
+        c.switchPoints[0].period = QStringLiteral("525599.9");
+        c.switchPoints[1].period = QStringLiteral("525600 min");
+        CommandSequence sequence;
+        sequence.start(52);
+        sequence.next(c, context());
+        sequence.next(c, context());
+        QCOMPARE(c.switchPoints[0].value, "0");
+        QCOMPARE(c.switchPoints[1].value, "1");
+        QCOMPARE(sequence.step(), 54);
+    }
+
+    void theClockTakesTheDateBeforeAndTheTimeAfterMidnight()
+    {
+        QCOMPARE(clockFields(QDateTime(QDate(2009, 12, 31), QTime(23, 59, 59))), "09,12,31,00,00,01,4");
+    }
+
+    void anIdleSequenceGivesNothing()
+    {
+        Configuration c = newConfiguration();
+        CommandSequence sequence;
+        QVERIFY(!sequence.next(c, context()));
+        sequence.start(78);
+        QVERIFY(sequence.next(c, context()));
+        QCOMPARE(sequence.step(), steps::idle);
+        QVERIFY(!sequence.isRunning());
+        QVERIFY(!sequence.next(c, context()));
+    }
+};
+
+QTEST_GUILESS_MAIN(CommandSequenceTest)
+#include "command_sequence_test.moc"

@@ -1,0 +1,88 @@
+#include "platform/text_rules.h"
+#include "support/environment.h"
+
+#include <QTest>
+
+using namespace ktr;
+
+class TextRulesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void leadingNumbersAreRead_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<double>("number");
+        QTest::newRow("plain") << "12" << 12.0;
+        QTest::newRow("followed by letters") << "12abc" << 12.0;
+        QTest::newRow("blanks inside") << " 1 2.5" << 12.5;
+        QTest::newRow("comma ends it") << "2,5" << 2.0;
+        QTest::newRow("exponent") << "1e3x" << 1000.0;
+        QTest::newRow("exponent without digits") << "7e" << 7.0;
+        QTest::newRow("sign") << "-3" << -3.0;
+        QTest::newRow("none") << "abc" << 0.0;
+        QTest::newRow("lone point") << "." << 0.0;
+    }
+    void leadingNumbersAreRead()
+    {
+        QFETCH(QString, text);
+        QFETCH(double, number);
+        QCOMPARE(leadingNumber(text), number);
+    }
+
+    void wholeNumbersAreRoundedHalfToEvenWithinTheirRange_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("number"); // -1: none
+        QTest::newRow("leading zeros") << "007" << 7;
+        QTest::newRow("half down to even") << "2.5" << 2;
+        QTest::newRow("half up to even") << "3,5" << 4;
+        QTest::newRow("blanks around") << " 5 " << 5;
+        QTest::newRow("highest") << "255.4" << 255;
+        QTest::newRow("too high") << "256" << -1;
+        QTest::newRow("grouped") << "1.234,5" << -1;
+        QTest::newRow("letters behind") << "5x" << -1;
+        QTest::newRow("empty") << "" << -1;
+        QTest::newRow("beyond any double") << "1e999" << -1;
+    }
+    void wholeNumbersAreRoundedHalfToEvenWithinTheirRange()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, number);
+        QCOMPARE(toWholeNumber(text, 0, 255).value_or(-1), number);
+    }
+
+    void numbersTakeTheLocalesDecimalSeparatorAndNoGrouping()
+    {
+        QCOMPARE(numberText(2.5, test::german()), "2,5");
+        QCOMPARE(numberText(2.5, test::english()), "2.5");
+        QCOMPARE(numberText(65535, test::german()), "65535");
+        QCOMPARE(numberText(0.1 + 0.2, test::english()), "0.3");
+    }
+
+    void datesAreReadAsTheUserWritesThem()
+    {
+        const QDate christmas(2026, 12, 24);
+        QCOMPARE(toDate(QStringLiteral("24.12.26"), test::german()), christmas);
+        QCOMPARE(toDate(QStringLiteral("24.12.2026"), test::german()), christmas);
+        QCOMPARE(toDate(QStringLiteral("12/24/26"), test::english()), christmas);
+        QCOMPARE(toDate(QStringLiteral("2026-12-24"), test::english()), christmas);
+        QVERIFY(!toDate(QStringLiteral("31.02.2026"), test::german()));
+        QVERIFY(!toDate(QStringLiteral("soon"), test::english()));
+    }
+
+    void everyByteSurvivesTheCodePageAndUnknownCharactersCostOneByte()
+    {
+        QByteArray all;
+        for (int byte = 0; byte < 256; ++byte) {
+            all += static_cast<char>(byte);
+        }
+        QCOMPARE(toWindows1252(fromWindows1252(all)), all);
+        QCOMPARE(fromWindows1252("\x80\xA7\xB0"), u"€§°");
+        QCOMPARE(toWindows1252(u"a\u0416\U0001F600z"), QByteArrayLiteral("a??z"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TextRulesTest)
+#include "text_rules_test.moc"
