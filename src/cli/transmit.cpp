@@ -115,7 +115,7 @@ int send(const QStringList &words)
                          job.finish(failed);
                      });
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
-        print(reply.text);
+        print(logText(reply.text)); // no control character of a device reaches the terminal
         history = reply.kind == ModemDialogue::ReplyKind::History;
         if (sent && !history) {
             job.finishWhenDrained(done);

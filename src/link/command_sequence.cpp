@@ -204,8 +204,8 @@ QString macNumber(const QStringList &bytes)
     for (const QString &byte : bytes) {
         bool ok = false;
         const ushort value = byte.toUShort(&ok, 16);
-        if (!ok) {
-            return {};
+        if (!ok || !byte.front().isLetterOrNumber() || byte.contains(u'x', Qt::CaseInsensitive)) {
+            return {}; // a sign, blanks or a prefix are no digits
         }
         numbers += QString::number(static_cast<qint16>(value));
     }

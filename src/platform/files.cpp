@@ -34,7 +34,14 @@ Status readFile(const QString &path, QByteArray &content, qint64 limit)
     if (!file.open(QIODevice::ReadOnly)) {
         return failure(path, file.errorString());
     }
-    content = file.read(limit + 1);
+    // In pieces: what is asked for is reserved, however short the file is.
+    constexpr qint64 piece = 64 * 1024;
+    content.clear();
+    QByteArray read;
+    do {
+        read = file.read(piece);
+        content += read;
+    } while (!read.isEmpty() && content.size() <= limit);
     if (file.error() != QFileDevice::NoError) {
         return failure(path, file.errorString());
     }

@@ -42,7 +42,7 @@ public:
     /// the limit are dropped whole writes at a time, and told.
     void write(const QByteArray &bytes);
 
-    /// Bytes written that no client has read.
+    /// Bytes written that no client has read, without those that the system has just taken over.
     qsizetype untaken() const;
     void discardUntaken();
 

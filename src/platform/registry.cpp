@@ -106,7 +106,7 @@ Error lastError()
 
 namespace {
 
-constexpr qint64 longestFile = qint64{64} << 20;
+constexpr qint64 longestFile = qint64{16} << 20;
 
 struct Place
 {

@@ -26,14 +26,14 @@ struct ModuleTimes
 struct ModuleFaults
 {
     Milliseconds delayBeforeLine{0};
-    std::optional<int> silentAfterLines; ///< sends this many lines and nothing more
-    qsizetype chunkSize = 0;             ///< bytes sent at once; 0: whole lines
-    Milliseconds chunkPause{0};          ///< between the chunks of a line
-    bool mergesStatus = false;           ///< "+CSQ: 18,0" CR LF in front of every line, in the same write
-    bool garbageInFront = false;         ///< random bytes in front of every line
-    bool garbageLines = false;           ///< a line of random bytes before every line
-    quint32 seed = 1;                    ///< of the random bytes, which are never CR or Ctrl-Z
-    std::optional<qint64> hangUpAtByte;  ///< sends this many bytes, then the line is gone
+    std::optional<int> silentAfterLines{}; ///< sends this many lines and nothing more
+    qsizetype chunkSize = 0;               ///< bytes sent at once; 0: whole lines
+    Milliseconds chunkPause{0};            ///< between the chunks of a line
+    bool mergesStatus = false;             ///< "+CSQ: 18,0" CR LF in front of every line, in the same write
+    bool garbageInFront = false;           ///< random bytes in front of every line
+    bool garbageLines = false;             ///< a line of random bytes before every line
+    quint32 seed = 1;                      ///< of the random bytes, which are never CR or Ctrl-Z
+    std::optional<qint64> hangUpAtByte{};  ///< sends this many bytes, then the line is gone
 };
 
 struct ModuleOptions

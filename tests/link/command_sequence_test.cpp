@@ -159,6 +159,7 @@ private Q_SLOTS:
         QTest::newRow("beyond 32 bits") << "300.0.0.0" << "00" << "e,,4294967040,0.96.169.0.0.0";
         QTest::newRow("highest") << "255.255.255.255" << "FF" << "e,4294967295,4294967040,0.96.169.0.0.255";
         QTest::newRow("no hexadecimal") << "0.0.0.1" << "G0" << "e,1,4294967040,";
+        QTest::newRow("prefix") << "0.0.0.1" << "0x1" << "e,1,4294967040,";
         QTest::newRow("empty byte") << "0.0.0.1" << "" << "e,1,4294967040,";
     }
     void addressesThatAreNoneLeaveTheirFieldEmpty()

@@ -122,7 +122,7 @@ private:
 
 QString holidays(const QString &first)
 {
-    return u"F," + first + QStringLiteral(",000101").repeated(20 - first.count(u',') - 1);
+    return QStringLiteral("F,") + first + QStringLiteral(",000101").repeated(20 - first.count(u',') - 1);
 }
 
 } // namespace
@@ -288,9 +288,10 @@ void VirtualModuleTest::aMalformedCommandIsRefusedAndChangesNothing()
     QCOMPARE(changes(memory.configuration), QStringList());
     QVERIFY(!memory.clock.isValid() && !memory.archiveBlocked);
     QVERIFY2(understood.answerText.startsWith(QLatin1String("fail: ")) &&
-                 understood.answerText.contains(u"expected " + expected),
+                 understood.answerText.contains(QStringLiteral("expected ") + expected),
              qPrintable(understood.answerText));
-    QVERIFY(CommandInterpreter(memory).apply(u"G,1" + QString(300, u'9')).answerText.size() <= 160);
+    QVERIFY(CommandInterpreter(memory).apply(QStringLiteral("G,1") + QString(300, u'9')).answerText.size() <=
+            160);
 }
 
 void VirtualModuleTest::serviceCommandsActOnTheModuleItself()
@@ -313,7 +314,7 @@ void VirtualModuleTest::serviceCommandsActOnTheModuleItself()
     QCOMPARE(memory.accepted, 5);
     QCOMPARE(changes(memory.configuration), QStringList());
 
-    interpreter.apply(u"v," + QString(200, u'x'));
+    interpreter.apply(QStringLiteral("v,") + QString(200, u'x'));
     const QString version = interpreter.apply("V,§").answerText;
     QCOMPARE(version.size(), 160);
     QVERIFY(version.endsWith(QLatin1String("x,KTR")));
@@ -493,7 +494,9 @@ void VirtualModuleTest::theArchiveComesLineByLine()
 {
     Modem modem;
     modem.configure({"t,09,11,15,00,05,37,7", "§,77", "C,5"});
-    const auto history = modem.lines.filter("H,");
+    QByteArrayList history;
+    std::ranges::copy_if(modem.lines, std::back_inserter(history),
+                         [](const QByteArray &line) { return line.startsWith("H,"); });
     QCOMPARE(history.size(), 3);
     QCOMPARE(history.first(),
              "H,1,0911142250,100,1.0,15,101,1.5,15,102,2.0,15,103,2.5,15,104,3.0,15,105,3.5\r");

@@ -1,0 +1,231 @@
+#include "link/module_session.h"
+#include "link/serial_transport.h"
+#include "platform/pseudo_terminal.h"
+#include "simulator/held_form.h"
+#include "simulator/module_on_terminal.h"
+#include "simulator/virtual_module.h"
+#include "support/environment.h"
+#include "support/manual_timers.h"
+#include "support/random_configuration.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace ktr;
+
+namespace {
+
+/// A line to a virtual module in the same process; bytes arrive one piece after the other, as sent.
+class DirectLine : public Transport
+{
+public:
+    explicit DirectLine(Timers &timers, const ModuleFaults &faults = {})
+        : module(timers, [this](const QByteArray &bytes) { m_toProgram.push_back(bytes); }, {{}, faults, {}})
+    {
+    }
+
+    Status open(const QString &) override { return Status::done(); }
+    void close() override {}
+    bool isOpen() const override { return true; }
+    void send(const QByteArray &bytes) override { m_toModule.push_back(bytes); }
+    void whenDrained(std::function<void()> drained) override { drained(); }
+
+    /// Carries bytes both ways until nobody has anything to say.
+    void carry()
+    {
+        while (!m_toProgram.empty() || !m_toModule.empty()) {
+            for (const QByteArray &bytes : std::exchange(m_toProgram, {})) {
+                Q_EMIT received(bytes);
+            }
+            for (const QByteArray &bytes : std::exchange(m_toModule, {})) {
+                module.receive(bytes);
+            }
+        }
+    }
+
+    VirtualModule module;
+
+private:
+    std::vector<QByteArray> m_toProgram;
+    std::vector<QByteArray> m_toModule;
+};
+
+struct Outcome
+{
+    bool transmitted = false;
+    QStringList differences;
+    int refusedByModule = 0;
+};
+
+/// Transmits a configuration to a virtual module with these faults.
+Outcome transmitted(Configuration configuration, bool answer, const QLocale &locale, const ModuleFaults &faults = {})
+{
+    const Configuration expected = asHeld(configuration, locale);
+    test::ManualTimers timers;
+    DirectLine line(timers, faults);
+    ModuleSession session(line, timers, test::fixedEnvironment(locale));
+    Outcome outcome;
+    bool started = false;
+    QObject::connect(&session, &ModuleSession::caught, &session, [&] {
+        if (!std::exchange(started, true)) {
+            session.startTransmission(configuration, answer);
+        }
+    });
+    QObject::connect(&session, &ModuleSession::transmitted, &session, [&] { outcome.transmitted = true; });
+    line.module.start();
+    bool configured = false;
+    line.module.onConfigured([&](const ModuleMemory &memory) {
+        configured = true;
+        outcome.differences = differences(expected, memory.configuration, locale);
+        outcome.refusedByModule = memory.refused;
+    });
+    for (int i = 0; i < 100000 && !configured; ++i) {
+        line.carry();
+        timers.advance(Milliseconds(10));
+    }
+    if (!configured) {
+        outcome.differences = QStringList{QStringLiteral("the module was never configured")};
+    }
+    return outcome;
+}
+
+} // namespace
+
+class TransmissionTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void theModuleUnderstandsWhatWasMeantInAThousandConfigurations()
+    {
+        for (unsigned seed = 0; seed < 1000; ++seed) {
+            const QLocale locale = seed % 2 == 0 ? QLocale::c() : test::german();
+            const Configuration configuration = test::RandomConfiguration(seed).make(locale);
+            const Outcome outcome = transmitted(configuration, seed % 3 == 0, locale);
+            QVERIFY2(outcome.differences.isEmpty(),
+                     qPrintable(QStringLiteral("seed %1: ").arg(seed) + outcome.differences.join(u'\n')));
+            QVERIFY(outcome.transmitted);
+            QCOMPARE(outcome.refusedByModule, 0);
+        }
+    }
+
+    void aBadLineChangesNothing_data()
+    {
+        QTest::addColumn<ModuleFaults>("faults");
+        const auto row = [](const char *name, const auto &set) {
+            ModuleFaults faults;
+            set(faults);
+            QTest::newRow(name) << faults;
+        };
+        row("byte by byte", [](ModuleFaults &f) { f.chunkSize = 1; });
+        row("in sevens", [](ModuleFaults &f) { f.chunkSize = 7; });
+        row("merged with status lines", [](ModuleFaults &f) { f.mergesStatus = true; });
+        row("garbage in front", [](ModuleFaults &f) { f.garbageInFront = true; });
+        row("lines of garbage", [](ModuleFaults &f) { f.garbageLines = true; });
+        row("slow", [](ModuleFaults &f) { f.delayBeforeLine = Milliseconds(700); });
+        row("all of it", [](ModuleFaults &f) {
+            f.chunkSize = 3;
+            f.mergesStatus = f.garbageInFront = f.garbageLines = true;
+        });
+    }
+    void aBadLineChangesNothing()
+    {
+        QFETCH(ModuleFaults, faults);
+        for (unsigned seed = 0; seed < 10; ++seed) {
+            faults.seed = seed + 1;
+            const Configuration configuration = test::RandomConfiguration(seed).make(QLocale::c());
+            const Outcome outcome = transmitted(configuration, seed % 2 == 0, QLocale::c(), faults);
+            QVERIFY2(outcome.differences.isEmpty(),
+                     qPrintable(QStringLiteral("seed %1: ").arg(seed) + outcome.differences.join(u'\n')));
+        }
+    }
+
+    void anOverlongCommandIsMissingAndAllOthersArrive()
+    {
+        Configuration configuration = test::RandomConfiguration(1).make(QLocale::c());
+        configuration.limitValues[4].alarm = QString(160, u'x');
+        const Outcome outcome = transmitted(configuration, false, QLocale::c());
+        QVERIFY(outcome.transmitted);
+        QVERIFY(!outcome.differences.isEmpty());
+        for (const QString &line : outcome.differences) {
+            QVERIFY2(line.startsWith(QStringLiteral("Grenzwert4 ")), qPrintable(line));
+        }
+    }
+
+    void aWholeTransmissionOverASerialPort()
+    {
+        EventLoopTimers timers;
+        ModuleOnTerminal module(timers);
+        QVERIFY(module.open());
+        IoThread io;
+        SerialTransport port(io);
+        QVERIFY(port.open(module.path()));
+        ModuleSession session(port, timers, test::fixedEnvironment());
+        Configuration configuration = test::RandomConfiguration(7).make(QLocale::c());
+        const Configuration expected = asHeld(configuration, QLocale::c());
+        connect(&session, &ModuleSession::caught, &session,
+                [&] { session.startTransmission(configuration, true); });
+        std::optional<Configuration> held;
+        module.module().onConfigured([&](const ModuleMemory &memory) { held = memory.configuration; });
+        QTRY_VERIFY_WITH_TIMEOUT(held.has_value(), 60000);
+        QCOMPARE(differences(expected, *held, QLocale::c()), QStringList());
+    }
+
+    void aSerialPortCarriesEveryByteAndBelongsToOneProgram()
+    {
+        PseudoTerminal terminal;
+        QVERIFY(terminal.open());
+        IoThread io;
+        SerialTransport port(io);
+        QVERIFY(port.open(terminal.slavePath()));
+        SerialTransport second(io);
+        const Status refused = second.open(terminal.slavePath());
+        QVERIFY(!refused);
+        QVERIFY2(refused.message().contains(QStringLiteral("in use")), qPrintable(refused.message()));
+
+        QByteArray all;
+        for (int byte = 0; byte < 256; ++byte) {
+            all += static_cast<char>(byte);
+        }
+        const QByteArray much = all.repeated(200);
+        QByteArray atProgram;
+        QByteArray atModule;
+        connect(&port, &Transport::received, &port, [&](const QByteArray &bytes) { atProgram += bytes; });
+        connect(&terminal, &PseudoTerminal::readyRead, &terminal, [&] { atModule += terminal.readAll(); });
+        terminal.write(much);
+        for (const char byte : much) {
+            port.send(QByteArray(1, byte));
+        }
+        bool drained = false;
+        port.whenDrained([&drained] { drained = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(drained && atProgram.size() == much.size() && atModule.size() == much.size(), 60000);
+        QCOMPARE(atProgram, much);
+        QCOMPARE(atModule, much);
+
+        port.close();
+        QVERIFY(second.open(terminal.slavePath()));
+    }
+
+    void aPortThatGoesAwayIsToldOnceAndCanBeOpenedAgain()
+    {
+        IoThread io;
+        SerialTransport port(io);
+        QSignalSpy lost(&port, &Transport::lost);
+        for (int round = 1; round <= 2; ++round) {
+            PseudoTerminal terminal;
+            QVERIFY(terminal.open());
+            QVERIFY(port.open(terminal.slavePath()));
+            terminal.hangUp();
+            QTRY_COMPARE_WITH_TIMEOUT(lost.count(), round, 60000);
+            QVERIFY(!port.isOpen());
+            port.send("into the void");
+        }
+        const Status missing = port.open(QStringLiteral("/dev/ttyUSB999"));
+        QVERIFY(!missing);
+        QVERIFY2(missing.message().contains(QStringLiteral("no such port")), qPrintable(missing.message()));
+        QVERIFY(!port.open(QStringLiteral("/dev/null")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TransmissionTest)
+#include "transmission_test.moc"
