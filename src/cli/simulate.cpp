@@ -30,14 +30,18 @@ constexpr int many = 1'000'000'000;
 
 void addFaults(Arguments &arguments)
 {
-    arguments.addOption({slowOption, QStringLiteral("Waits so long before each line."), QStringLiteral("MS")});
-    arguments.addOption({silentOption, QStringLiteral("Falls silent after so many lines."), QStringLiteral("LINES")});
-    arguments.addOption({splitOption, QStringLiteral("Sends so many bytes at a time."), QStringLiteral("BYTES")});
+    arguments.addOption(
+        {slowOption, QStringLiteral("Waits so long before each line."), QStringLiteral("MS")});
+    arguments.addOption(
+        {silentOption, QStringLiteral("Falls silent after so many lines."), QStringLiteral("LINES")});
+    arguments.addOption(
+        {splitOption, QStringLiteral("Sends so many bytes at a time."), QStringLiteral("BYTES")});
     arguments.addOption({mergeOption, QStringLiteral("Sends a status line in one piece with each line.")});
-    arguments.addOption({garbageOption, QStringLiteral("Sends random bytes between the lines; SEED chooses them."),
+    arguments.addOption({garbageOption,
+                         QStringLiteral("Sends random bytes between the lines; SEED chooses them."),
                          QStringLiteral("SEED")});
-    arguments.addOption({hangUpOption, QStringLiteral("Hangs up when it has sent so many bytes."),
-                         QStringLiteral("BYTE")});
+    arguments.addOption(
+        {hangUpOption, QStringLiteral("Hangs up when it has sent so many bytes."), QStringLiteral("BYTE")});
 }
 
 /// The faults asked for, nothing after a complaint.
@@ -80,17 +84,20 @@ void report(const QString &event)
 
 int simulate(const QStringList &words)
 {
-    Arguments arguments(QStringLiteral("simulate"),
-                        QStringLiteral("Plays a module: it starts its modem, takes commands, keeps the configuration "
-                                       "it is given and answers. Runs until it is asked to terminate."),
-                        {});
-    arguments.addOption({serialOption, QStringLiteral("Opens a pseudo-terminal and links it at LINK, to be opened like "
-                                                      "a serial port."),
+    Arguments arguments(
+        QStringLiteral("simulate"),
+        QStringLiteral("Plays a module: it starts its modem, takes commands, keeps the configuration "
+                       "it is given and answers. Runs until it is asked to terminate."),
+        {});
+    arguments.addOption({serialOption,
+                         QStringLiteral("Opens a pseudo-terminal and links it at LINK, to be opened like "
+                                        "a serial port."),
                          QStringLiteral("LINK")});
     arguments.addOption({ethernetOption, QStringLiteral("Plays the module at a network address."),
                          QStringLiteral("ADDRESS")});
-    arguments.addOption({saveOption, QStringLiteral("Saves the configuration it was given when the closing command "
-                                                    "has come."),
+    arguments.addOption({saveOption,
+                         QStringLiteral("Saves the configuration it was given when the closing command "
+                                        "has come."),
                          QStringLiteral("FILE")});
     addFaults(arguments);
     if (const auto end = arguments.parse(words)) {
@@ -120,7 +127,9 @@ int simulate(const QStringList &words)
         }
     });
     module.module().onConfigured([&](const ModuleMemory &memory) {
-        report(QStringLiteral("configured: %1 commands taken, %2 not understood").arg(memory.accepted).arg(memory.refused));
+        report(QStringLiteral("configured: %1 commands taken, %2 not understood")
+                   .arg(memory.accepted)
+                   .arg(memory.refused));
         if (arguments.isSet(saveOption)) {
             const QString path = arguments.value(saveOption);
             const Status saved = replaceFile(path, writeConfiguration(memory.configuration, environment));

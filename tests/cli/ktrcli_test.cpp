@@ -42,7 +42,8 @@ class Module
 public:
     explicit Module(const QString &link, const QStringList &options = {})
     {
-        m_process.start(QStringLiteral(KTRCLI), QStringList{QStringLiteral("simulate"), QStringLiteral("--serial"), link} + options);
+        m_process.start(QStringLiteral(KTRCLI),
+                        QStringList{QStringLiteral("simulate"), QStringLiteral("--serial"), link} + options);
         await(QStringLiteral("listening"));
     }
     ~Module()
@@ -128,7 +129,8 @@ private Q_SLOTS:
     {
         const Result overview = ktrcli({QStringLiteral("--help")});
         QCOMPARE(overview.code, 0);
-        for (const QString command : {"new", "convert", "commands", "compare", "transmit", "send", "simulate", "ports"}) {
+        for (const QString command :
+             {"new", "convert", "commands", "compare", "transmit", "send", "simulate", "ports"}) {
             QVERIFY(overview.output.contains(QStringLiteral("\n  ") + command + u' '));
             const Result help = ktrcli({command, QStringLiteral("--help")});
             QCOMPARE(help.code, 0);
@@ -145,8 +147,10 @@ private Q_SLOTS:
         out.close();
         const QString point = QStringLiteral("18\tg,17,1,0,30,2.5,255,Ä\n");
         QVERIFY(ktrcli({QStringLiteral("commands"), file}).output.contains(point));
-        QVERIFY(ktrcli({QStringLiteral("commands"), file}, QStringLiteral("en_US.UTF-8")).output.contains(point));
-        QVERIFY(ktrcli({QStringLiteral("commands"), file, QStringLiteral("--answer")}, QStringLiteral("de_DE.UTF-8"))
+        QVERIFY(
+            ktrcli({QStringLiteral("commands"), file}, QStringLiteral("en_US.UTF-8")).output.contains(point));
+        QVERIFY(ktrcli({QStringLiteral("commands"), file, QStringLiteral("--answer")},
+                       QStringLiteral("de_DE.UTF-8"))
                     .output.contains(QStringLiteral("18\tG,17,1,0,30,2,5,255,Ä\n")));
     }
 
@@ -157,7 +161,10 @@ private Q_SLOTS:
             return document.remove(start, document.indexOf(" Version=", start) - start);
         };
         QCOMPARE(ktrcli({QStringLiteral("convert"), sample, path(QStringLiteral("1.xml"))}).code, 0);
-        QCOMPARE(ktrcli({QStringLiteral("convert"), path(QStringLiteral("1.xml")), path(QStringLiteral("2.xml"))}).code, 0);
+        QCOMPARE(
+            ktrcli({QStringLiteral("convert"), path(QStringLiteral("1.xml")), path(QStringLiteral("2.xml"))})
+                .code,
+            0);
         QCOMPARE(withoutTime(contentOf(path(QStringLiteral("1.xml")))), withoutTime(contentOf(sample)));
         QCOMPARE(withoutTime(contentOf(path(QStringLiteral("2.xml")))), withoutTime(contentOf(sample)));
     }
@@ -169,13 +176,18 @@ private Q_SLOTS:
         QVERIFY(out.open(QIODevice::WriteOnly));
         out.write("<KTR><PIN>");
         out.close();
-        for (const QStringList &words : {QStringList{QStringLiteral("convert"), path(QStringLiteral("none.xml")), path(QStringLiteral("x"))},
-                                         QStringList{QStringLiteral("convert"), sample, QStringLiteral("/dev/full")},
-                                         QStringList{QStringLiteral("new"), path(QStringLiteral("no/such/folder.xml"))},
-                                         QStringList{QStringLiteral("transmit"), garbage, QStringLiteral("--serial"), QStringLiteral("/dev/null")},
-                                         QStringList{QStringLiteral("transmit"), sample, QStringLiteral("--serial"), path(QStringLiteral("none"))},
-                                         QStringList{QStringLiteral("transmit"), sample, QStringLiteral("--ethernet"), QStringLiteral("127.0.0.1")},
-                                         QStringList{QStringLiteral("simulate"), QStringLiteral("--serial"), garbage}}) {
+        for (const QStringList &words :
+             {QStringList{QStringLiteral("convert"), path(QStringLiteral("none.xml")),
+                          path(QStringLiteral("x"))},
+              QStringList{QStringLiteral("convert"), sample, QStringLiteral("/dev/full")},
+              QStringList{QStringLiteral("new"), path(QStringLiteral("no/such/folder.xml"))},
+              QStringList{QStringLiteral("transmit"), garbage, QStringLiteral("--serial"),
+                          QStringLiteral("/dev/null")},
+              QStringList{QStringLiteral("transmit"), sample, QStringLiteral("--serial"),
+                          path(QStringLiteral("none"))},
+              QStringList{QStringLiteral("transmit"), sample, QStringLiteral("--ethernet"),
+                          QStringLiteral("127.0.0.1")},
+              QStringList{QStringLiteral("simulate"), QStringLiteral("--serial"), garbage}}) {
             const Result result = ktrcli(words);
             QVERIFY2(result.code == 1, qPrintable(words.join(u' ') + result.errors));
             QVERIFY2(result.errors.startsWith(QStringLiteral("ktrcli: ")), qPrintable(result.errors));
@@ -183,7 +195,8 @@ private Q_SLOTS:
         }
         QCOMPARE(contentOf(garbage), "<KTR><PIN>"); // not replaced by a link
         // A file that is no configuration reads as the fall-backs, and that is told.
-        const Result converted = ktrcli({QStringLiteral("convert"), garbage, path(QStringLiteral("fallback.xml"))});
+        const Result converted =
+            ktrcli({QStringLiteral("convert"), garbage, path(QStringLiteral("fallback.xml"))});
         QCOMPARE(converted.code, 0);
         QCOMPARE(converted.errors.count(u'\n'), 1);
         QVERIFY(contentOf(path(QStringLiteral("fallback.xml"))).contains("Einheit=\"Volt\""));
@@ -195,9 +208,10 @@ private Q_SLOTS:
         QTest::addColumn<QStringList>("options");
         const QString answer = QStringLiteral("--answer");
         QTest::newRow("plain") << QStringList{} << QStringList{};
-        QTest::newRow("bad line, answered") << QStringList{QStringLiteral("--garbage"), QStringLiteral("7"), QStringLiteral("--merge"),
-                                                           QStringLiteral("--split"), QStringLiteral("5")}
-                                            << QStringList{answer};
+        QTest::newRow("bad line, answered")
+            << QStringList{QStringLiteral("--garbage"), QStringLiteral("7"), QStringLiteral("--merge"),
+                           QStringLiteral("--split"), QStringLiteral("5")}
+            << QStringList{answer};
     }
     void aModuleHoldsWhatWasTransmittedAndNoLogTellsThePin()
     {
@@ -209,8 +223,9 @@ private Q_SLOTS:
         QFile::remove(held);
         QFile::remove(log);
         Module module(link, QStringList{QStringLiteral("--save"), held} + faults);
-        const Result sent = ktrcli(QStringList{QStringLiteral("transmit"), sample, QStringLiteral("--serial"), link,
-                                               QStringLiteral("--log"), log} + options);
+        const Result sent = ktrcli(QStringList{QStringLiteral("transmit"), sample, QStringLiteral("--serial"),
+                                               link, QStringLiteral("--log"), log} +
+                                   options);
         QVERIFY2(sent.code == 0, qPrintable(sent.errors));
         QVERIFY(sent.output.contains(QStringLiteral("79 commands sent, 0 refused")));
         QVERIFY(module.await(QStringLiteral("saved")));
@@ -227,10 +242,14 @@ private Q_SLOTS:
         QVERIFY(!logged.contains(QRegularExpression(numbers)));
         QVERIFY(!sent.output.contains(QRegularExpression(numbers)));
 
-        const Result answered = ktrcli({QStringLiteral("send"), QStringLiteral("V,§"), QStringLiteral("--serial"), link});
+        const Result answered =
+            ktrcli({QStringLiteral("send"), QStringLiteral("V,§"), QStringLiteral("--serial"), link});
         QCOMPARE(answered.code, 0);
-        QVERIFY2(answered.output.contains(QStringLiteral("V,2.1.05,2026-11-16 09:30:00,KTR\n")), qPrintable(answered.output));
-        QCOMPARE(ktrcli({QStringLiteral("send"), QStringLiteral("h,0,1"), QStringLiteral("--serial"), link}).code, 0);
+        QVERIFY2(answered.output.contains(QStringLiteral("V,2.1.05,2026-11-16 09:30:00,KTR\n")),
+                 qPrintable(answered.output));
+        QCOMPARE(
+            ktrcli({QStringLiteral("send"), QStringLiteral("h,0,1"), QStringLiteral("--serial"), link}).code,
+            0);
         QCOMPARE(module.terminate(), 0);
         QVERIFY(!QFileInfo(link).isSymLink());
     }
@@ -264,7 +283,8 @@ private Q_SLOTS:
         const QString link = path(QStringLiteral("module"));
         Module module(link, {QStringLiteral("--silent-after"), QStringLiteral("7")});
         QProcess process;
-        process.start(QStringLiteral(KTRCLI), {QStringLiteral("transmit"), sample, QStringLiteral("--serial"), link});
+        process.start(QStringLiteral(KTRCLI),
+                      {QStringLiteral("transmit"), sample, QStringLiteral("--serial"), link});
         QByteArray output;
         while (!output.contains("  3/78")) {
             QVERIFY(process.waitForReadyRead(60000));

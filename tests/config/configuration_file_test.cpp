@@ -30,8 +30,8 @@ Configuration freshConfiguration(const Environment &environment = fixedEnvironme
 Configuration read(const QString &elements, const Environment &environment = fixedEnvironment())
 {
     Configuration configuration = freshConfiguration(environment);
-    const ReadReport report =
-        readConfiguration((QLatin1String("<KTR>") + elements + QLatin1String("</KTR>")).toUtf8(), configuration, environment);
+    const ReadReport report = readConfiguration(
+        (QLatin1String("<KTR>") + elements + QLatin1String("</KTR>")).toUtf8(), configuration, environment);
     if (!report.document) {
         qWarning() << report.document.message();
     }
@@ -68,12 +68,14 @@ private Q_SLOTS:
                     if (!preset.keepsValue()) {
                         const QString text = preset.value(fixedEnvironment(), index);
                         QVERIFY2(text.isEmpty() || setFieldText(field, record, text), qPrintable(place));
-                        QVERIFY2(text.isEmpty() || fieldText(field, record, QLocale::c()) == text, qPrintable(place));
+                        QVERIFY2(text.isEmpty() || fieldText(field, record, QLocale::c()) == text,
+                                 qPrintable(place));
                     }
                 }
             }
         });
-        QCOMPARE(places.size(), 6 + 4 + 12 + 16 * 9 + 4 * 5 + 36 + (2 * 4 + 2 * 3) + 4 + 1 + 12 + 4 + 120 + 5);
+        QCOMPARE(places.size(),
+                 6 + 4 + 12 + 16 * 9 + 4 * 5 + 36 + (2 * 4 + 2 * 3) + 4 + 1 + 12 + 4 + 120 + 5);
         QVERIFY(controls.contains(QStringLiteral("Chk_ip_bstz_1")));
         QVERIFY(controls.contains(QStringLiteral("Txt_ip_zaehler_5")));
         QVERIFY(controls.contains(QStringLiteral("Txt_Ethernet_MAC_3")));
@@ -99,7 +101,8 @@ private Q_SLOTS:
         QCOMPARE(configuration.limitValues[3].repetitionInterval, "60");
         QCOMPARE(configuration.versionText, "stamp");
 
-        QCOMPARE(configuration.administrators[2], (Administrator{QStringLiteral("Admin 3"), QStringLiteral("+49")}));
+        QCOMPARE(configuration.administrators[2],
+                 (Administrator{QStringLiteral("Admin 3"), QStringLiteral("+49")}));
         QCOMPARE(configuration.limitValues[3].alarm, "");
         QCOMPARE(configuration.limitValues[7].recipients, quint8(255));
         QCOMPARE(configuration.digitalInputs[1].divider, "1");
@@ -120,29 +123,34 @@ private Q_SLOTS:
         configuration.limitValues[18].reference = 2.5;
         const QString text = QString::fromUtf8(writeConfiguration(configuration, environment));
 
-        QVERIFY2(text.startsWith(QStringLiteral(
-                     "<KTR><Version Nummer=\"") + programVersion() + QStringLiteral("\" Datum=\"15.11.09\" Zeit=\"14:05\" "
-                     "Version=\"a&lt;b&gt;&amp;&quot;c'&#9;&#13;&#10;\"/><Info Autor=\"\" Version=\"1.0\" "
-                     "Datum=\"15.11.09\" Kommentar=\"\" Logfile=\"/opt/ktr/Log.txt\" HistoryExportFile=\"\"/>"
-                     "<Konfiguration><PIN></PIN><Stationstyp>KTR</Stationstyp><Stationskennung>x&lt;y&gt;&amp;\"z'"
-                     "</Stationskennung><Alivecycle>0</Alivecycle><GSM-Name0>Admin 1</GSM-Name0>"
-                     "<GSM-Nummer0>+49</GSM-Nummer0><GSM-Name1>")),
-                 qPrintable(text.left(700)));
+        QVERIFY2(
+            text.startsWith(
+                QStringLiteral("<KTR><Version Nummer=\"") + programVersion() +
+                QStringLiteral(
+                    "\" Datum=\"15.11.09\" Zeit=\"14:05\" "
+                    "Version=\"a&lt;b&gt;&amp;&quot;c'&#9;&#13;&#10;\"/><Info Autor=\"\" Version=\"1.0\" "
+                    "Datum=\"15.11.09\" Kommentar=\"\" Logfile=\"/opt/ktr/Log.txt\" HistoryExportFile=\"\"/>"
+                    "<Konfiguration><PIN></PIN><Stationstyp>KTR</"
+                    "Stationstyp><Stationskennung>x&lt;y&gt;&amp;\"z'"
+                    "</Stationskennung><Alivecycle>0</Alivecycle><GSM-Name0>Admin 1</GSM-Name0>"
+                    "<GSM-Nummer0>+49</GSM-Nummer0><GSM-Name1>")),
+            qPrintable(text.left(700)));
         QVERIFY(text.contains(QStringLiteral(
-            "<Grenzwert15 Alarm=\"\" Delay=\"0\" Grenzwert=\"0\" Hysterese=\"0\" IP=\"0\" Vergleich=\"1\" MSN=\"255\" "
+            "<Grenzwert15 Alarm=\"\" Delay=\"0\" Grenzwert=\"0\" Hysterese=\"0\" IP=\"0\" Vergleich=\"1\" "
+            "MSN=\"255\" "
             "Wiederholung=\"0\" Wiederholungsintervall=\"\"/><Grenzwert16 Alarm=\"\" Bezug=\"0\" MSN=\"255\" "
             "Wiederholung=\"0\" Wiederholungsintervall=\"\"/>")));
         QVERIFY(text.contains(QStringLiteral("<Grenzwert18 Alarm=\"\" Bezug=\"2,5\"")));
-        QVERIFY(text.contains(QStringLiteral(
-            "<Archivierung17 Interval=\"0\" Delta=\"0\"/><Digitaleingang0 Zähler=\"0\" Teiler=\"1\" Invers=\"0\" "
-            "Wert=\"0\"/>")));
+        QVERIFY(text.contains(QStringLiteral("<Archivierung17 Interval=\"0\" Delta=\"0\"/><Digitaleingang0 "
+                                             "Zähler=\"0\" Teiler=\"1\" Invers=\"0\" "
+                                             "Wert=\"0\"/>")));
         QVERIFY(text.contains(QStringLiteral(
             "<Digitaleingang3 Invers=\"0\" Betriebsstundenzähler=\"0\" Wert=\"0\"/><BStZDigOut0 Invers=\"0\" "
             "Wert=\"0\"/><BStZDigOut1 Invers=\"0\" Wert=\"0\"/><sendValue Wert=\"1\"/>"
             "<Skalierung0 Offset=\"0\" Faktor=\"1\" Einheit=\"\"/>")));
-        QVERIFY(text.contains(QStringLiteral(
-            "<Ausgangswert1 Digital=\"0\" Analog=\"0\"/><Schaltpunkt0 IP=\"0\" Periode=\"0\" Start=\"\" Typ=\"0\" "
-            "Wert=\"0\" GW-Bezug=\"0\"/>")));
+        QVERIFY(text.contains(QStringLiteral("<Ausgangswert1 Digital=\"0\" Analog=\"0\"/><Schaltpunkt0 "
+                                             "IP=\"0\" Periode=\"0\" Start=\"\" Typ=\"0\" "
+                                             "Wert=\"0\" GW-Bezug=\"0\"/>")));
         QVERIFY2(text.endsWith(QStringLiteral(
                      "<Feiertag19></Feiertag19></Konfiguration><Ethernet IP=\"010.000.000.001\" "
                      "Subnet=\"255.255.255.000\" MAC3=\"00\" MAC4=\"00\" MAC5=\"00\"/></KTR>")),
@@ -162,7 +170,8 @@ private Q_SLOTS:
             configuration.holidays.add(QDate(2009, 12, 24));
             configuration.versionText = QStringLiteral("2009-11-15 14:05:35");
             Configuration again = freshConfiguration(environment);
-            QVERIFY(readConfiguration(writeConfiguration(configuration, environment), again, environment).document);
+            QVERIFY(readConfiguration(writeConfiguration(configuration, environment), again, environment)
+                        .document);
             QCOMPARE(differences(configuration, again, locale), QStringList());
             QVERIFY(configuration == again);
         }
@@ -174,7 +183,9 @@ private Q_SLOTS:
         configuration.info.comment = QStringLiteral("a\x01z") + QChar(0xD800) + QChar(0xFFFE) + QChar(0);
         configuration.info.author = QStringLiteral("Ä\U0001F600");
         Configuration again;
-        QVERIFY(readConfiguration(writeConfiguration(configuration, fixedEnvironment()), again, fixedEnvironment()).document);
+        QVERIFY(readConfiguration(writeConfiguration(configuration, fixedEnvironment()), again,
+                                  fixedEnvironment())
+                    .document);
         QCOMPARE(again.info.comment, "az\uFFFD");
         QCOMPARE(again.info.author, configuration.info.author);
     }
@@ -204,9 +215,10 @@ private Q_SLOTS:
         QCOMPARE(configuration.sendValues[0].enabled, false);
         QCOMPARE(configuration.digitalInputs[0].value, "");
         QCOMPARE(configuration.digitalInputs[0].divider, "1");
-        QCOMPARE(configuration.scaling[3], (Scaling{QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("Volt")}));
-        QCOMPARE(configuration.switchPoints[5],
-                 (SwitchPoint{4, 12, QStringLiteral("0911151405"), QStringLiteral("1"), QStringLiteral("0"), 0}));
+        QCOMPARE(configuration.scaling[3],
+                 (Scaling{QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("Volt")}));
+        QCOMPARE(configuration.switchPoints[5], (SwitchPoint{4, 12, QStringLiteral("0911151405"),
+                                                             QStringLiteral("1"), QStringLiteral("0"), 0}));
         QCOMPARE(configuration.ethernet.ip, "010.000.000.001");
         QCOMPARE(configuration.ethernet.mac5, "80"); // the whole part of 255 × 0.5, plus 1
         QVERIFY(configuration.holidays.lines().isEmpty());
@@ -217,31 +229,73 @@ private Q_SLOTS:
         QTest::addColumn<QString>("document");
         QTest::addColumn<QString>("place");
         QTest::addColumn<QString>("text");
-        QTest::newRow("PIN filled") << "<PIN>12</PIN>" << "PIN/PIN" << "0012";
-        QTest::newRow("long PIN") << "<PIN>123456</PIN>" << "PIN/PIN" << "123456";
-        QTest::newRow("old < ") << "<Grenzwert3 Vergleich='0'/>" << "Grenzwert3/Vergleich" << "1";
-        QTest::newRow("old >") << "<Grenzwert3 Vergleich='4'/>" << "Grenzwert3/Vergleich" << "3";
-        QTest::newRow("no number") << "<Grenzwert3 Vergleich='x'/>" << "Grenzwert3/Vergleich" << "1";
-        QTest::newRow("recipients beyond a byte") << "<Grenzwert3 MSN='256'/>" << "Grenzwert3/MSN" << "255";
-        QTest::newRow("umlauts") << "<Grenzwert3 Alarm='Größe Öl'/>" << "Grenzwert3/Alarm" << "Groesse Öl";
+        QTest::newRow("PIN filled") << "<PIN>12</PIN>"
+                                    << "PIN/PIN"
+                                    << "0012";
+        QTest::newRow("long PIN") << "<PIN>123456</PIN>"
+                                  << "PIN/PIN"
+                                  << "123456";
+        QTest::newRow("old < ") << "<Grenzwert3 Vergleich='0'/>"
+                                << "Grenzwert3/Vergleich"
+                                << "1";
+        QTest::newRow("old >") << "<Grenzwert3 Vergleich='4'/>"
+                               << "Grenzwert3/Vergleich"
+                               << "3";
+        QTest::newRow("no number") << "<Grenzwert3 Vergleich='x'/>"
+                                   << "Grenzwert3/Vergleich"
+                                   << "1";
+        QTest::newRow("recipients beyond a byte") << "<Grenzwert3 MSN='256'/>"
+                                                  << "Grenzwert3/MSN"
+                                                  << "255";
+        QTest::newRow("umlauts") << "<Grenzwert3 Alarm='Größe Öl'/>"
+                                 << "Grenzwert3/Alarm"
+                                 << "Groesse Öl";
         QTest::newRow("interval clamped") << "<Grenzwert18 Wiederholungsintervall='2000'/>"
-                                          << "Grenzwert18/Wiederholungsintervall" << "1440";
-        QTest::newRow("divider clamped") << "<Digitaleingang1 Teiler='0'/>" << "Digitaleingang1/Teiler" << "1";
-        QTest::newRow("number with plus") << "<GSM-Nummer2>4917</GSM-Nummer2>" << "GSM-Nummer2/GSM-Nummer" << "+4917";
-        QTest::newRow("alive cycle") << "<Alivecycle>007</Alivecycle>" << "Alivecycle/Alivecycle" << "7";
-        QTest::newRow("alive cycle beyond") << "<Alivecycle>40000</Alivecycle>" << "Alivecycle/Alivecycle" << "40000";
-        QTest::newRow("unknown type") << "<Stationstyp>XYZ</Stationstyp>" << "Stationstyp/Stationstyp" << "KTR";
-        QTest::newRow("other type") << "<Stationstyp>NVA</Stationstyp>" << "Stationstyp/Stationstyp" << "NVA";
-        QTest::newRow("reference") << "<Grenzwert16 Bezug='2,5'/>" << "Grenzwert16/Bezug" << "2.5";
-        QTest::newRow("16-bit") << "<Schaltpunkt0 IP='40000'/>" << "Schaltpunkt0/IP" << "0";
-        QTest::newRow("check box") << "<sendValue Wert='2'/>" << "sendValue/Wert" << "1"; // as "new" left it
+                                          << "Grenzwert18/Wiederholungsintervall"
+                                          << "1440";
+        QTest::newRow("divider clamped") << "<Digitaleingang1 Teiler='0'/>"
+                                         << "Digitaleingang1/Teiler"
+                                         << "1";
+        QTest::newRow("number with plus") << "<GSM-Nummer2>4917</GSM-Nummer2>"
+                                          << "GSM-Nummer2/GSM-Nummer"
+                                          << "+4917";
+        QTest::newRow("alive cycle") << "<Alivecycle>007</Alivecycle>"
+                                     << "Alivecycle/Alivecycle"
+                                     << "7";
+        QTest::newRow("alive cycle beyond") << "<Alivecycle>40000</Alivecycle>"
+                                            << "Alivecycle/Alivecycle"
+                                            << "40000";
+        QTest::newRow("unknown type") << "<Stationstyp>XYZ</Stationstyp>"
+                                      << "Stationstyp/Stationstyp"
+                                      << "KTR";
+        QTest::newRow("other type") << "<Stationstyp>NVA</Stationstyp>"
+                                    << "Stationstyp/Stationstyp"
+                                    << "NVA";
+        QTest::newRow("reference") << "<Grenzwert16 Bezug='2,5'/>"
+                                   << "Grenzwert16/Bezug"
+                                   << "2.5";
+        QTest::newRow("16-bit") << "<Schaltpunkt0 IP='40000'/>"
+                                << "Schaltpunkt0/IP"
+                                << "0";
+        QTest::newRow("check box") << "<sendValue Wert='2'/>"
+                                   << "sendValue/Wert"
+                                   << "1"; // as "new" left it
         // Where an element stands, and what else stands in it, does not matter; the first of its name counts.
-        QTest::newRow("elsewhere") << "<a><b><PIN>1111</PIN></b></a><PIN>2222</PIN>" << "PIN/PIN" << "1111";
-        QTest::newRow("first is empty") << "<PIN/><PIN>2222</PIN>" << "PIN/PIN" << "";
-        QTest::newRow("first text child") << "<PIN> <x>9</x><!-- c -->1234<y/>5</PIN>" << "PIN/PIN" << "1234";
-        QTest::newRow("white space only") << "<PIN>  \n </PIN>" << "PIN/PIN" << "";
+        QTest::newRow("elsewhere") << "<a><b><PIN>1111</PIN></b></a><PIN>2222</PIN>"
+                                   << "PIN/PIN"
+                                   << "1111";
+        QTest::newRow("first is empty") << "<PIN/><PIN>2222</PIN>"
+                                        << "PIN/PIN"
+                                        << "";
+        QTest::newRow("first text child") << "<PIN> <x>9</x><!-- c -->1234<y/>5</PIN>"
+                                          << "PIN/PIN"
+                                          << "1234";
+        QTest::newRow("white space only") << "<PIN>  \n </PIN>"
+                                          << "PIN/PIN"
+                                          << "";
         QTest::newRow("entities") << "<Stationskennung>a&amp;&#65;&lt;</Stationskennung>"
-                                  << "Stationskennung/Stationskennung" << "a&A<";
+                                  << "Stationskennung/Stationskennung"
+                                  << "a&A<";
     }
     void storedTextsPassTheirRules()
     {
@@ -266,7 +320,8 @@ private Q_SLOTS:
         Configuration configuration = freshConfiguration();
         const ReadReport report =
             readConfiguration("<KTR><Grenzwert3 IP='abc'/></KTR>", configuration, fixedEnvironment());
-        QCOMPARE(report.remarks, QStringList{QStringLiteral("Grenzwert3 IP: \"abc\" is of no use here, \"0\" is kept")});
+        QCOMPARE(report.remarks,
+                 QStringList{QStringLiteral("Grenzwert3 IP: \"abc\" is of no use here, \"0\" is kept")});
     }
 
     void encodingsAreReadByMarkAndDeclaration_data()
@@ -287,8 +342,10 @@ private Q_SLOTS:
         QTest::newRow("UTF-16 little end") << encode(QStringConverter::Utf16LE, withMark);
         QTest::newRow("UTF-16 big end") << encode(QStringConverter::Utf16BE, withMark);
         QTest::newRow("UTF-16 without mark") << encode(QStringConverter::Utf16LE, withoutMark);
-        QTest::newRow("windows-1252") << declared("windows-1252") + "<KTR><Info Autor=\"J\xF6rg \x80\"/></KTR>";
-        QTest::newRow("ISO-8859-1") << declared("ISO-8859-1") + "<KTR><Info Autor=\"J\xF6rg &#8364;\"/></KTR>";
+        QTest::newRow("windows-1252")
+            << declared("windows-1252") + "<KTR><Info Autor=\"J\xF6rg \x80\"/></KTR>";
+        QTest::newRow("ISO-8859-1") << declared("ISO-8859-1") +
+                                           "<KTR><Info Autor=\"J\xF6rg &#8364;\"/></KTR>";
     }
     void encodingsAreReadByMarkAndDeclaration()
     {
@@ -308,8 +365,10 @@ private Q_SLOTS:
         QTest::newRow("invalid UTF-8") << QByteArray("<KTR><PIN>1234</PIN>\xF6</KTR>");
         QTest::newRow("control character") << QByteArray("<KTR><PIN>1234</PIN>\x01</KTR>");
         QTest::newRow("zero byte") << QByteArray("<KTR><PIN>1234</PIN>\0</KTR>", 27);
-        QTest::newRow("unknown encoding") << QByteArray("<?xml version='1.0' encoding='x-y'?><KTR><PIN>1234</PIN></KTR>");
-        QTest::newRow("100,000 levels") << QByteArray("<KTR><PIN>1234</PIN>") + QByteArray("<a>").repeated(100000);
+        QTest::newRow("unknown encoding")
+            << QByteArray("<?xml version='1.0' encoding='x-y'?><KTR><PIN>1234</PIN></KTR>");
+        QTest::newRow("100,000 levels")
+            << QByteArray("<KTR><PIN>1234</PIN>") + QByteArray("<a>").repeated(100000);
         QByteArray bomb = "<!DOCTYPE KTR [<!ENTITY a0 '1234'>";
         for (int i = 1; i < 30; ++i) {
             const QByteArray inner = "&a" + QByteArray::number(i - 1) + ';';

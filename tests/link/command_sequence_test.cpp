@@ -91,7 +91,8 @@ private Q_SLOTS:
         QTest::newRow("numbers") << 1 << "n,0042,PW 3,+49301,,+49,+49,+49,+49" << same;
         QTest::newRow("limit value") << 4 << "g,3,1,2,30,9,2.5,0.1,5,3,251,level high, pump 1,2" << same;
         QTest::newRow("limit value, joint in a field") << 5 << "g,4,1,0,,0,1,2,0,0,1,255," << same;
-        QTest::newRow("reference") << 18 << "g,17,1,1,60,2.5,63,a,b" << "g,17,1,1,60,2,5,63,a,b";
+        QTest::newRow("reference") << 18 << "g,17,1,1,60,2.5,63,a,b"
+                                   << "g,17,1,1,60,2,5,63,a,b";
         QTest::newRow("pulses") << 22 << "d,1,1,0,12.5,10.5" << same;
         QTest::newRow("pulses without start value") << 23 << "d,2,0,1,,1" << same;
         QTest::newRow("hours") << 24 << "d,3,1,1,7" << same;
@@ -115,11 +116,20 @@ private Q_SLOTS:
         QFETCH(QString, command);
         QFETCH(QString, underDecimalComma);
         Configuration c = newConfiguration();
-        c.gsm = {QStringLiteral("0042"), QStringLiteral("KTR"), QStringLiteral("PW 3"), QStringLiteral("1,5")};
+        c.gsm = {QStringLiteral("0042"), QStringLiteral("KTR"), QStringLiteral("PW 3"),
+                 QStringLiteral("1,5")};
         c.administrators[0].number = QStringLiteral("+49301");
         c.administrators[1].number.clear();
-        c.limitValues[2] = {9, QStringLiteral("level high, pump 1,2"), QStringLiteral("2,5"), QStringLiteral("0,1"),
-                            QStringLiteral("5"), 3, 251, 0, 2, QStringLiteral("30")};
+        c.limitValues[2] = {9,
+                            QStringLiteral("level high, pump 1,2"),
+                            QStringLiteral("2,5"),
+                            QStringLiteral("0,1"),
+                            QStringLiteral("5"),
+                            3,
+                            251,
+                            0,
+                            2,
+                            QStringLiteral("30")};
         c.limitValues[3].limit = QStringLiteral("1°2");
         c.limitValues[16].alarm = QStringLiteral("a,b");
         c.limitValues[16].reference = 2.5;
@@ -134,7 +144,8 @@ private Q_SLOTS:
         c.outputValues[1] = {true, QStringLiteral("1")};
         c.outputValues[0] = {false, QStringLiteral("9,5")};
         c.archiving[17] = {QStringLiteral("15"), QStringLiteral("0,5")};
-        c.switchPoints[0] = {6, 12, QStringLiteral("0912241800"), QStringLiteral("0"), QStringLiteral("1,5"), 3};
+        c.switchPoints[0] = {6, 12, QStringLiteral("0912241800"), QStringLiteral("0"), QStringLiteral("1,5"),
+                             3};
         c.switchPoints[1] = {1, 15, QString(), QStringLiteral("1,5"), QStringLiteral("1"), 3};
         c.switchPoints[2] = {4, 14, QString(), QStringLiteral("525600"), QStringLiteral("7"), 0};
         c.switchPoints[3] = {11, 16, QString(), QStringLiteral("0"), QStringLiteral("0"), 19};
@@ -153,14 +164,30 @@ private Q_SLOTS:
         QTest::addColumn<QString>("ip");
         QTest::addColumn<QString>("mac5");
         QTest::addColumn<QString>("command");
-        QTest::newRow("three parts") << "1.2.3" << "00" << "e,,4294967040,0.96.169.0.0.0";
-        QTest::newRow("empty part") << "1..2.3" << "00" << "e,,4294967040,0.96.169.0.0.0";
-        QTest::newRow("letters") << "1.2.3.x" << "00" << "e,,4294967040,0.96.169.0.0.0";
-        QTest::newRow("beyond 32 bits") << "300.0.0.0" << "00" << "e,,4294967040,0.96.169.0.0.0";
-        QTest::newRow("highest") << "255.255.255.255" << "FF" << "e,4294967295,4294967040,0.96.169.0.0.255";
-        QTest::newRow("no hexadecimal") << "0.0.0.1" << "G0" << "e,1,4294967040,";
-        QTest::newRow("prefix") << "0.0.0.1" << "0x1" << "e,1,4294967040,";
-        QTest::newRow("empty byte") << "0.0.0.1" << "" << "e,1,4294967040,";
+        QTest::newRow("three parts") << "1.2.3"
+                                     << "00"
+                                     << "e,,4294967040,0.96.169.0.0.0";
+        QTest::newRow("empty part") << "1..2.3"
+                                    << "00"
+                                    << "e,,4294967040,0.96.169.0.0.0";
+        QTest::newRow("letters") << "1.2.3.x"
+                                 << "00"
+                                 << "e,,4294967040,0.96.169.0.0.0";
+        QTest::newRow("beyond 32 bits") << "300.0.0.0"
+                                        << "00"
+                                        << "e,,4294967040,0.96.169.0.0.0";
+        QTest::newRow("highest") << "255.255.255.255"
+                                 << "FF"
+                                 << "e,4294967295,4294967040,0.96.169.0.0.255";
+        QTest::newRow("no hexadecimal") << "0.0.0.1"
+                                        << "G0"
+                                        << "e,1,4294967040,";
+        QTest::newRow("prefix") << "0.0.0.1"
+                                << "0x1"
+                                << "e,1,4294967040,";
+        QTest::newRow("empty byte") << "0.0.0.1"
+                                    << ""
+                                    << "e,1,4294967040,";
     }
     void addressesThatAreNoneLeaveTheirFieldEmpty()
     {

@@ -25,7 +25,9 @@ QStringList outcome(ModemDialogue &dialogue, const QString &line)
         if (const auto *send = std::get_if<ModemDialogue::Send>(&action)) {
             texts += QStringLiteral("> ") + send->line;
         } else if (const auto *reply = std::get_if<ModemDialogue::Reply>(&action)) {
-            texts += QStringLiteral("= reply %1 %2 %3").arg(static_cast<int>(reply->kind)).arg(reply->number, reply->text);
+            texts += QStringLiteral("= reply %1 %2 %3")
+                         .arg(static_cast<int>(reply->kind))
+                         .arg(reply->number, reply->text);
         } else if (const auto *sent = std::get_if<ModemDialogue::CommandSent>(&action)) {
             texts += QStringLiteral("= sent %1 %2").arg(sent->step.value_or(-1)).arg(sent->command);
         } else if (const auto *refused = std::get_if<ModemDialogue::CommandRefused>(&action)) {
@@ -114,9 +116,8 @@ private Q_SLOTS:
 
     void aTransmissionGoesLikeThis()
     {
-        std::deque<StepCommand> commands{{0, QStringLiteral("V,§")},
-                                         {1, QString(161, u'n')},
-                                         {2, QStringLiteral("g,1,1")}};
+        std::deque<StepCommand> commands{
+            {0, QStringLiteral("V,§")}, {1, QString(161, u'n')}, {2, QStringLiteral("g,1,1")}};
         ModemDialogue dialogue([&]() -> std::optional<StepCommand> {
             if (commands.empty()) {
                 return std::nullopt;
@@ -127,36 +128,44 @@ private Q_SLOTS:
         });
         const QString reads = QStringLiteral("at+cmgr=1\r");
         QCOMPARE(outcome(dialogue, QStringLiteral("at+cpin?\r")),
-                 (QStringList{QStringLiteral("> at+cpin?"), QStringLiteral("= caught"), QStringLiteral("> config"),
-                              QStringLiteral("> OK")}));
-        QCOMPARE(outcome(dialogue, reads),
-                 (QStringList{QStringLiteral("> at+cmgr=1"), QStringLiteral("> ,\"+IP\""), QStringLiteral("> V,§"),
-                              QStringLiteral("= sent 0 V,§"), QStringLiteral("> OK")}));
+                 (QStringList{QStringLiteral("> at+cpin?"), QStringLiteral("= caught"),
+                              QStringLiteral("> config"), QStringLiteral("> OK")}));
+        QCOMPARE(
+            outcome(dialogue, reads),
+            (QStringList{QStringLiteral("> at+cmgr=1"), QStringLiteral("> ,\"+IP\""), QStringLiteral("> V,§"),
+                         QStringLiteral("= sent 0 V,§"), QStringLiteral("> OK")}));
         // The module's answer, as two lines and as one: it is told once.
         QCOMPARE(outcome(dialogue, QStringLiteral("at+cmgs=\"+4930\"\r")),
                  (QStringList{QStringLiteral("> at+cmgs=\"+4930\""), QStringLiteral("> OK")}));
         QCOMPARE(outcome(dialogue, QStringLiteral("V,2.1 --> 05\x1A")),
-                 (QStringList{QStringLiteral("> V,2.1 --> 05"), QStringLiteral("= reply 0 +4930 V,2.1 --> 05"),
-                              QStringLiteral("> OK")}));
+                 (QStringList{QStringLiteral("> V,2.1 --> 05"),
+                              QStringLiteral("= reply 0 +4930 V,2.1 --> 05"), QStringLiteral("> OK")}));
         QCOMPARE(outcome(dialogue, QStringLiteral("at+cmgs=\"+IP\"\rOK: §,3,0\x1A")),
-                 (QStringList{QStringLiteral("> at+cmgs=\"+IP\"\rOK: §,3,0"), QStringLiteral("= reply 0 +IP OK: §,3,0"),
-                              QStringLiteral("= confirmed 3,0"), QStringLiteral("> OK")}));
+                 (QStringList{QStringLiteral("> at+cmgs=\"+IP\"\rOK: §,3,0"),
+                              QStringLiteral("= reply 0 +IP OK: §,3,0"), QStringLiteral("= confirmed 3,0"),
+                              QStringLiteral("> OK")}));
         // An over-long command is left out and the next one follows on the next reading.
-        QCOMPARE(outcome(dialogue, reads), (QStringList{QStringLiteral("> at+cmgr=1"), QStringLiteral("= refused 1"),
-                                                        QStringLiteral("> OK")}));
+        QCOMPARE(outcome(dialogue, reads),
+                 (QStringList{QStringLiteral("> at+cmgr=1"), QStringLiteral("= refused 1"),
+                              QStringLiteral("> OK")}));
         QCOMPARE(outcome(dialogue, QStringLiteral("noise") + reads).value(3), "= sent 2 g,1,1");
-        QCOMPARE(outcome(dialogue, reads), (QStringList{QStringLiteral("> at+cmgr=1"), QStringLiteral("= nothing"),
-                                                        QStringLiteral("> OK")}));
+        QCOMPARE(outcome(dialogue, reads),
+                 (QStringList{QStringLiteral("> at+cmgr=1"), QStringLiteral("= nothing"),
+                              QStringLiteral("> OK")}));
     }
 
     void otherLinesOfTheModuleAreTold_data()
     {
         QTest::addColumn<QString>("line");
         QTest::addColumn<QString>("told");
-        QTest::newRow("history") << "H,1,0911151400,1,12.5\r" << "= reply 1  H,1,0911151400,1,12.5";
-        QTest::newRow("history by SMS") << "at+cmgs=\"+IP\"\rH,1,2\x1A" << "= reply 1 +IP H,1,2";
-        QTest::newRow("message") << "\n+49 --> M,fail\r" << "= reply 2  --> M,fail";
-        QTest::newRow("confirmation") << "OK: §,0,6\r" << "= confirmed 0,6";
+        QTest::newRow("history") << "H,1,0911151400,1,12.5\r"
+                                 << "= reply 1  H,1,0911151400,1,12.5";
+        QTest::newRow("history by SMS") << "at+cmgs=\"+IP\"\rH,1,2\x1A"
+                                        << "= reply 1 +IP H,1,2";
+        QTest::newRow("message") << "\n+49 --> M,fail\r"
+                                 << "= reply 2  --> M,fail";
+        QTest::newRow("confirmation") << "OK: §,0,6\r"
+                                      << "= confirmed 0,6";
     }
     void otherLinesOfTheModuleAreTold()
     {
@@ -182,7 +191,8 @@ private Q_SLOTS:
         dialogue.place(QStringLiteral("§88"));
         QCOMPARE(outcome(dialogue, QStringLiteral("+CSQ: 18,0\r")).size(), 2);
         QCOMPARE(outcome(dialogue, QStringLiteral("at+cmgr=1\r")).mid(3),
-                 (QStringList{QStringLiteral("= sent -1 §88"), QStringLiteral("= firmware"), QStringLiteral("> OK")}));
+                 (QStringList{QStringLiteral("= sent -1 §88"), QStringLiteral("= firmware"),
+                              QStringLiteral("> OK")}));
         QCOMPARE(dialogue.outgoing(), "");
     }
 
@@ -190,13 +200,20 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("line");
         QTest::addColumn<QString>("logged");
-        QTest::newRow("PIN entry") << "com <---- at+cpin=\"4711\"\r" << "at+cpin=\"****\"";
-        QTest::newRow("PIN question") << "com <---- at+cpin?\r" << "com <---- at+cpin?";
-        QTest::newRow("numbers") << "com ----> n,4711,PW,+49" << "com ----> n,****,PW,+49";
-        QTest::newRow("numbers, answered") << "N,4711,PW,+49" << "N,****,PW,+49";
-        QTest::newRow("other command") << "com ----> g,1,1,0" << "com ----> g,1,1,0";
-        QTest::newRow("Ctrl-Z") << "com <---- text\x1A" << "com <---- text\\x1a";
-        QTest::newRow("lines in one piece") << "com <---- a\rb\r\n" << "com <---- a\\rb";
+        QTest::newRow("PIN entry") << "com <---- at+cpin=\"4711\"\r"
+                                   << "at+cpin=\"****\"";
+        QTest::newRow("PIN question") << "com <---- at+cpin?\r"
+                                      << "com <---- at+cpin?";
+        QTest::newRow("numbers") << "com ----> n,4711,PW,+49"
+                                 << "com ----> n,****,PW,+49";
+        QTest::newRow("numbers, answered") << "N,4711,PW,+49"
+                                           << "N,****,PW,+49";
+        QTest::newRow("other command") << "com ----> g,1,1,0"
+                                       << "com ----> g,1,1,0";
+        QTest::newRow("Ctrl-Z") << "com <---- text\x1A"
+                                << "com <---- text\\x1a";
+        QTest::newRow("lines in one piece") << "com <---- a\rb\r\n"
+                                            << "com <---- a\\rb";
     }
     void noLogLineShowsAPinOrAControlCharacter()
     {

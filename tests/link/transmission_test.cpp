@@ -8,8 +8,10 @@
 #include "support/manual_timers.h"
 #include "support/random_configuration.h"
 
+#include <QEventLoop>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace ktr;
 
@@ -21,8 +23,7 @@ class DirectLine : public Transport
 public:
     explicit DirectLine(Timers &timers, const ModuleFaults &faults = {})
         : module(timers, [this](const QByteArray &bytes) { m_toProgram.push_back(bytes); }, {{}, faults, {}})
-    {
-    }
+    {}
 
     Status open(const QString &) override { return Status::done(); }
     void close() override {}
@@ -58,7 +59,8 @@ struct Outcome
 };
 
 /// Transmits a configuration to a virtual module with these faults.
-Outcome transmitted(Configuration configuration, bool answer, const QLocale &locale, const ModuleFaults &faults = {})
+Outcome transmitted(Configuration configuration, bool answer, const QLocale &locale,
+                    const ModuleFaults &faults = {})
 {
     const Configuration expected = asHeld(configuration, locale);
     test::ManualTimers timers;
@@ -166,8 +168,14 @@ private Q_SLOTS:
         connect(&session, &ModuleSession::caught, &session,
                 [&] { session.startTransmission(configuration, true); });
         std::optional<Configuration> held;
-        module.module().onConfigured([&](const ModuleMemory &memory) { held = memory.configuration; });
-        QTRY_VERIFY_WITH_TIMEOUT(held.has_value(), 60000);
+        QEventLoop loop;
+        module.module().onConfigured([&](const ModuleMemory &memory) {
+            held = memory.configuration;
+            loop.quit();
+        });
+        QTimer::singleShot(60000, &loop, &QEventLoop::quit);
+        loop.exec();
+        QVERIFY(held.has_value());
         QCOMPARE(differences(expected, *held, QLocale::c()), QStringList());
     }
 
@@ -198,7 +206,8 @@ private Q_SLOTS:
         }
         bool drained = false;
         port.whenDrained([&drained] { drained = true; });
-        QTRY_VERIFY_WITH_TIMEOUT(drained && atProgram.size() == much.size() && atModule.size() == much.size(), 60000);
+        QTRY_VERIFY_WITH_TIMEOUT(drained && atProgram.size() == much.size() && atModule.size() == much.size(),
+                                 60000);
         QCOMPARE(atProgram, much);
         QCOMPARE(atModule, much);
 

@@ -46,7 +46,8 @@ private Q_SLOTS:
         QVERIFY(replaceFile(path(QStringLiteral("a")), "two"));
         QCOMPARE(QFile::permissions(path(QStringLiteral("a"))) & relevant, visible);
         QCOMPARE(contentOf(path(QStringLiteral("a"))), "two");
-        QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("a")});
+        QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{QStringLiteral("a")});
     }
 
     void aLinkStaysALinkAndItsTargetIsReplaced()
@@ -72,13 +73,15 @@ private Q_SLOTS:
         const QString file = folder.filePath(QStringLiteral("file"));
         write(file, "the old content");
         QProcess process;
-        process.start(QStringLiteral("sh"), {QStringLiteral("-c"), limits + QStringLiteral(" exec \"$0\" --replace \"$1\""),
-                                             QCoreApplication::applicationFilePath(), file});
+        process.start(QStringLiteral("sh"),
+                      {QStringLiteral("-c"), limits + QStringLiteral(" exec \"$0\" --replace \"$1\""),
+                       QCoreApplication::applicationFilePath(), file});
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QVERIFY(process.exitCode() != 0);
         QCOMPARE(contentOf(file), "the old content");
-        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{QStringLiteral("file")});
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList{QStringLiteral("file")});
     }
 
     void whatIsNoFileIsRefusedOrWrittenTo()

@@ -1,0 +1,332 @@
+// The program's own share of its main job: reading, writing, building commands, answering the module, and a
+// whole transmission over a line of 9600 baud, as ratios to floors measured in the same run.
+
+#include "config/configuration_file.h"
+#include "config/fields.h"
+#include "link/line_assembler.h"
+#include "link/module_session.h"
+#include "link/serial_transport.h"
+#include "platform/files.h"
+#include "platform/pseudo_terminal.h"
+#include "simulator/virtual_module.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QTimer>
+#include <QXmlStreamReader>
+
+#include <algorithm>
+#include <benchmark/benchmark.h>
+
+using namespace ktr;
+
+namespace {
+
+Environment benchmarkEnvironment()
+{
+    Environment environment;
+    environment.now = [] { return QDateTime(QDate(2026, 11, 16), QTime(9, 30)); };
+    return environment;
+}
+
+QByteArray sampleDocument()
+{
+    QByteArray document;
+    if (!readFile(QStringLiteral(KTR_SOURCE_DIR "/samples/pumping-station.xml"), document, 1 << 20)) {
+        std::abort();
+    }
+    return document;
+}
+
+Configuration sampleConfiguration()
+{
+    Configuration configuration;
+    if (!readConfiguration(sampleDocument(), configuration, benchmarkEnvironment()).document) {
+        std::abort();
+    }
+    return configuration;
+}
+
+void readingAConfiguration(benchmark::State &state)
+{
+    const QByteArray document = sampleDocument();
+    const Environment environment = benchmarkEnvironment();
+    Configuration configuration;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(readConfiguration(document, configuration, environment).document);
+    }
+    state.SetBytesProcessed(state.iterations() * document.size());
+}
+BENCHMARK(readingAConfiguration)->Unit(benchmark::kMicrosecond);
+
+void writingAConfiguration(benchmark::State &state)
+{
+    const Configuration configuration = sampleConfiguration();
+    const Environment environment = benchmarkEnvironment();
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(writeConfiguration(configuration, environment));
+    }
+}
+BENCHMARK(writingAConfiguration)->Unit(benchmark::kMicrosecond);
+
+void savingAConfiguration(benchmark::State &state)
+{
+    const Configuration configuration = sampleConfiguration();
+    const Environment environment = benchmarkEnvironment();
+    const QString path = QCoreApplication::applicationDirPath() + QStringLiteral("/core_benchmark.xml");
+    for (auto _ : state) {
+        if (!replaceFile(path, writeConfiguration(configuration, environment))) {
+            state.SkipWithError("cannot write beside the program");
+            break;
+        }
+    }
+    QFile::remove(path);
+}
+BENCHMARK(savingAConfiguration)->Unit(benchmark::kMicrosecond);
+
+void theWholeCommandSequence(benchmark::State &state)
+{
+    Configuration configuration = sampleConfiguration();
+    const CommandContext context{true, QLocale::c(), benchmarkEnvironment().now()};
+    for (auto _ : state) {
+        CommandSequence sequence;
+        sequence.start();
+        while (const auto next = sequence.next(configuration, context)) {
+            benchmark::DoNotOptimize(next->command.size());
+        }
+    }
+}
+BENCHMARK(theWholeCommandSequence)->Unit(benchmark::kMicrosecond);
+
+/// An exchange in the program alone: the module's line comes, the answer is ready to be written.
+class CountingLine : public Transport
+{
+public:
+    Status open(const QString &) override { return Status::done(); }
+    void close() override {}
+    bool isOpen() const override { return true; }
+    void send(const QByteArray &bytes) override { sent += bytes.size(); }
+    void whenDrained(std::function<void()> drained) override { drained(); }
+    qint64 sent = 0;
+};
+
+void anExchangeInTheProgram(benchmark::State &state)
+{
+    EventLoopTimers timers;
+    CountingLine line;
+    ModuleSession session(line, timers, benchmarkEnvironment());
+    session.setTimeout(Milliseconds(60000));
+    Configuration configuration = sampleConfiguration();
+    for (auto _ : state) {
+        if (session.step() == steps::idle) {
+            session.startTransmission(configuration, false);
+        }
+        Q_EMIT line.received("at+cmgr=1\r");
+    }
+    benchmark::DoNotOptimize(line.sent);
+}
+BENCHMARK(anExchangeInTheProgram)->Unit(benchmark::kMicrosecond);
+
+/// The median time from the module's last byte to the program's whole answer, over a terminal and two
+/// threads; beside it, as the floor, a loop that echoes bytes on the same kind of terminal.
+void anExchangeOverATerminal(benchmark::State &state)
+{
+    EventLoopTimers timers;
+    PseudoTerminal terminal;
+    IoThread io;
+    SerialTransport port(io);
+    if (!terminal.open() || !port.open(terminal.slavePath())) {
+        state.SkipWithError("no terminal");
+        return;
+    }
+    ModuleSession session(port, timers, benchmarkEnvironment());
+    Configuration configuration = sampleConfiguration();
+    QEventLoop loop;
+    QByteArray answer;
+    QObject::connect(&terminal, &PseudoTerminal::readyRead, &terminal, [&] {
+        answer += terminal.readAll();
+        if (answer.endsWith("\r\nOK\r\n")) {
+            loop.quit();
+        }
+    });
+    std::vector<double> times;
+    for (auto _ : state) {
+        if (session.step() == steps::idle) {
+            session.startTransmission(configuration, false);
+        }
+        answer.clear();
+        QElapsedTimer timer;
+        timer.start();
+        terminal.write("at+cmgr=1\r");
+        loop.exec();
+        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e3);
+    }
+    std::nth_element(times.begin(), times.begin() + static_cast<qsizetype>(times.size() / 2), times.end());
+    state.counters["median_us"] = times[times.size() / 2];
+}
+BENCHMARK(anExchangeOverATerminal)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+/// Passes bytes on at 9600 baud: a byte of ten bits each 1/960 s, in each direction by itself.
+class SlowWire
+{
+public:
+    using Arrive = std::function<void(const QByteArray &)>;
+
+    explicit SlowWire(Arrive arrive) : m_arrive(std::move(arrive))
+    {
+        m_clock.start();
+        m_timer.setTimerType(Qt::PreciseTimer);
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { deliver(); });
+    }
+
+    void send(const QByteArray &bytes)
+    {
+        for (const char byte : bytes) {
+            m_free = std::max(m_free, now()) + byteTime;
+            m_onTheWay.push_back({m_free, byte});
+        }
+        carried += bytes.size();
+        if (!m_timer.isActive()) {
+            m_timer.start(1);
+        }
+    }
+
+    static constexpr double byteTime = 10.0 / 9600;
+    qint64 carried = 0;
+
+private:
+    struct Byte
+    {
+        double arrival;
+        char byte;
+    };
+    double now() const { return static_cast<double>(m_clock.nsecsElapsed()) / 1e9; }
+    void deliver()
+    {
+        QByteArray bytes;
+        std::size_t count = 0;
+        while (count < m_onTheWay.size() && m_onTheWay[count].arrival <= now()) {
+            bytes += m_onTheWay[count++].byte;
+        }
+        m_onTheWay.erase(m_onTheWay.begin(), m_onTheWay.begin() + static_cast<qsizetype>(count));
+        if (m_onTheWay.empty()) {
+            m_timer.stop();
+        }
+        if (!bytes.isEmpty()) {
+            m_arrive(bytes);
+        }
+    }
+
+    Arrive m_arrive;
+    QElapsedTimer m_clock;
+    QTimer m_timer;
+    double m_free = 0;
+    std::vector<Byte> m_onTheWay;
+};
+
+/// A whole transmission to a module that answers at once, its bytes held back to 9600 baud. The floor is
+/// the time that the bytes of both directions need on the line one after the other.
+void aTransmissionAt9600Baud(benchmark::State &state)
+{
+    for (auto _ : state) {
+        EventLoopTimers timers;
+        PseudoTerminal terminal;
+        IoThread io;
+        SerialTransport port(io);
+        if (!terminal.open() || !port.open(terminal.slavePath())) {
+            state.SkipWithError("no terminal");
+            return;
+        }
+        ModuleSession session(port, timers, benchmarkEnvironment());
+        Configuration configuration = sampleConfiguration();
+        QEventLoop loop;
+        VirtualModule *module = nullptr;
+        SlowWire toProgram([&](const QByteArray &bytes) { terminal.write(bytes); });
+        SlowWire toModule([&](const QByteArray &bytes) { module->receive(bytes); });
+        VirtualModule virtualModule(timers, [&](const QByteArray &bytes) { toProgram.send(bytes); });
+        module = &virtualModule;
+        QObject::connect(&terminal, &PseudoTerminal::readyRead, &terminal,
+                         [&] { toModule.send(terminal.readAll()); });
+        QObject::connect(&session, &ModuleSession::caught, &session,
+                         [&] { session.startTransmission(configuration, false); });
+        bool configured = false;
+        virtualModule.onConfigured([&](const ModuleMemory &memory) {
+            configured = memory.refused == 0;
+            loop.quit();
+        });
+        QElapsedTimer timer;
+        timer.start();
+        virtualModule.start();
+        loop.exec();
+        const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+        if (!configured) {
+            state.SkipWithError("the module did not understand everything");
+            return;
+        }
+        const double floor = static_cast<double>(toProgram.carried + toModule.carried) * SlowWire::byteTime;
+        state.counters["line_bytes"] = static_cast<double>(toProgram.carried + toModule.carried);
+        state.counters["floor_s"] = floor;
+        state.counters["ratio_to_floor"] = seconds / floor;
+    }
+}
+BENCHMARK(aTransmissionAt9600Baud)->Iterations(1)->Unit(benchmark::kSecond)->UseRealTime();
+
+// Floors
+
+/// The least that reading a document costs: the toolkit's reader passing over it.
+void floorPassingOverTheDocument(benchmark::State &state)
+{
+    const QByteArray document = sampleDocument();
+    for (auto _ : state) {
+        QXmlStreamReader reader(document);
+        while (!reader.atEnd()) {
+            reader.readNext();
+        }
+        benchmark::DoNotOptimize(reader.hasError());
+    }
+}
+BENCHMARK(floorPassingOverTheDocument)->Unit(benchmark::kMicrosecond);
+
+/// A port whose bytes the I/O thread hands to this thread and back, without any conversation.
+void floorEchoOverATerminal(benchmark::State &state)
+{
+    PseudoTerminal terminal;
+    IoThread io;
+    SerialTransport port(io);
+    if (!terminal.open() || !port.open(terminal.slavePath())) {
+        state.SkipWithError("no terminal");
+        return;
+    }
+    QObject::connect(&port, &Transport::received, &port, [&](const QByteArray &bytes) { port.send(bytes); });
+    QEventLoop loop;
+    QObject::connect(&terminal, &PseudoTerminal::readyRead, &terminal, [&] {
+        terminal.readAll();
+        loop.quit();
+    });
+    std::vector<double> times;
+    for (auto _ : state) {
+        QElapsedTimer timer;
+        timer.start();
+        terminal.write("at+cmgr=1\r");
+        loop.exec();
+        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e3);
+    }
+    std::nth_element(times.begin(), times.begin() + static_cast<qsizetype>(times.size() / 2), times.end());
+    state.counters["median_us"] = times[times.size() / 2];
+}
+BENCHMARK(floorEchoOverATerminal)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) {
+        return 1;
+    }
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
