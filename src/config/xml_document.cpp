@@ -6,6 +6,9 @@
 #include <QStringDecoder>
 #include <QXmlStreamReader>
 
+#include <algorithm>
+#include <array>
+
 namespace ktr {
 
 namespace {
@@ -19,10 +22,88 @@ QByteArray declaredEncoding(const QByteArray &document)
     return match.hasMatch() ? match.captured(1).toLower().toLatin1() : QByteArrayLiteral("utf-8");
 }
 
-std::optional<QString> decode(QStringDecoder decoder, QByteArrayView bytes)
+std::optional<QString> decode(QStringConverter::Encoding encoding, QByteArrayView bytes)
 {
+    QStringDecoder decoder(encoding,
+                           QStringConverter::Flag::Stateless); // half a character at the end is an error
     QString text = decoder.decode(bytes);
-    return decoder.hasError() ? std::nullopt : std::optional(text);
+    const bool halfUnit = encoding != QStringConverter::Utf8 && bytes.size() % 2 != 0;
+    return decoder.hasError() || halfUnit || !text.isValidUtf16() ? std::nullopt : std::optional(text);
+}
+
+bool isXmlCharacter(char32_t c)
+{
+    return c == 0x9 || c == 0xA || c == 0xD || (c >= 0x20 && c <= 0xD7FF) || (c >= 0xE000 && c <= 0xFFFD) ||
+           (c >= 0x10000 && c <= 0x10FFFF);
+}
+
+/// More attributes than any element of ours has. The reader compares each with all others of its element, so
+/// that a million of them would keep it busy for hours.
+constexpr int mostAttributes = 1000;
+
+/// Where the tag that begins at `start` ends, nothing when it does not; counts its attributes on the way.
+std::optional<qsizetype> tagEnd(QStringView text, qsizetype start, int &attributes)
+{
+    QChar quote;
+    attributes = 0;
+    for (qsizetype at = start; at < text.size(); ++at) {
+        const QChar c = text[at];
+        if (!quote.isNull()) {
+            quote = c == quote ? QChar() : quote;
+        } else if (c == u'"' || c == u'\'') {
+            quote = c;
+            ++attributes;
+        } else if (c == u'>') {
+            return at;
+        }
+    }
+    return std::nullopt;
+}
+
+/// Refuses what the reader would take or choke on: characters that XML does not know, document type
+/// declarations, elements of endless attributes. Other faults are left to the reader.
+Status isReadable(const QString &text)
+{
+    for (const QChar c : text) {
+        if (!c.isSurrogate() && !isXmlCharacter(c.unicode())) {
+            return Status::failed(QStringLiteral("there is a character of number %1").arg(c.unicode()));
+        }
+    }
+    struct Section
+    {
+        QLatin1String start;
+        QLatin1String end;
+    };
+    constexpr std::array sections = {Section{QLatin1String("<!--"), QLatin1String("-->")},
+                                     Section{QLatin1String("<![CDATA["), QLatin1String("]]>")},
+                                     Section{QLatin1String("<?"), QLatin1String("?>")}};
+    const QStringView view = text;
+    for (qsizetype at = text.indexOf(u'<'); at >= 0; at = text.indexOf(u'<', at + 1)) {
+        const QStringView rest = view.mid(at);
+        const auto section = std::ranges::find_if(
+            sections, [&rest](const Section &candidate) { return rest.startsWith(candidate.start); });
+        if (section != sections.end()) {
+            const qsizetype end = text.indexOf(section->end, at + section->start.size());
+            if (end < 0) {
+                return Status::done(); // cut off: the reader says where
+            }
+            at = end + section->end.size() - 1;
+        } else if (rest.startsWith(QLatin1String("<!"))) {
+            return Status::failed(QStringLiteral("a document type declaration is not accepted"));
+        } else {
+            int attributes = 0;
+            const std::optional<qsizetype> end = tagEnd(view, at + 1, attributes);
+            if (attributes > mostAttributes) {
+                return Status::failed(
+                    QStringLiteral("an element has more than %1 attributes").arg(mostAttributes));
+            }
+            if (!end) {
+                return Status::done();
+            }
+            at = *end;
+        }
+    }
+    return Status::done();
 }
 
 /// The document's characters, by its byte-order mark, its first bytes or its declaration.
@@ -33,14 +114,14 @@ Status toText(const QByteArray &document, QString &text)
     };
     std::optional<QString> decoded;
     if (startsWith(QByteArrayView("\xFF\xFE", 2)) || startsWith(QByteArrayView("<\0", 2))) {
-        decoded = decode(QStringDecoder(QStringDecoder::Utf16LE), document);
+        decoded = decode(QStringConverter::Utf16LE, document);
     } else if (startsWith(QByteArrayView("\xFE\xFF", 2)) || startsWith(QByteArrayView("\0<", 2))) {
-        decoded = decode(QStringDecoder(QStringDecoder::Utf16BE), document);
+        decoded = decode(QStringConverter::Utf16BE, document);
     } else {
         const QByteArray encoding =
             startsWith("\xEF\xBB\xBF") ? QByteArrayLiteral("utf-8") : declaredEncoding(document);
         if (encoding == "utf-8") {
-            decoded = decode(QStringDecoder(QStringDecoder::Utf8), document);
+            decoded = decode(QStringConverter::Utf8, document);
         } else if (encoding == "windows-1252" || encoding == "cp1252") {
             decoded = fromWindows1252(document);
         } else if (encoding == "iso-8859-1" || encoding == "latin1" || encoding == "us-ascii") {
@@ -54,13 +135,7 @@ Status toText(const QByteArray &document, QString &text)
         return Status::failed(QStringLiteral("the bytes are not in the encoding of the document"));
     }
     text = decoded->startsWith(QChar::ByteOrderMark) ? decoded->mid(1) : *decoded;
-    return Status::done();
-}
-
-bool isXmlCharacter(char32_t c)
-{
-    return c == 0x9 || c == 0xA || c == 0xD || (c >= 0x20 && c <= 0xD7FF) || (c >= 0xE000 && c <= 0xFFFD) ||
-           (c >= 0x10000 && c <= 0x10FFFF);
+    return isReadable(text);
 }
 
 enum class Context { Text, Attribute };
@@ -108,8 +183,6 @@ Status XmlDocument::load(const QByteArray &document)
     reader.setNamespaceProcessing(false);
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
-        case QXmlStreamReader::DTD:
-            return Status::failed(QStringLiteral("a document type declaration is not accepted"));
         case QXmlStreamReader::StartElement: {
             const QString name = reader.qualifiedName().toString();
             const bool first = !elements.contains(name);

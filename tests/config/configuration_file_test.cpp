@@ -365,6 +365,9 @@ private Q_SLOTS:
         QTest::newRow("invalid UTF-8") << QByteArray("<KTR><PIN>1234</PIN>\xF6</KTR>");
         QTest::newRow("control character") << QByteArray("<KTR><PIN>1234</PIN>\x01</KTR>");
         QTest::newRow("zero byte") << QByteArray("<KTR><PIN>1234</PIN>\0</KTR>", 27);
+        QTest::newRow("zero byte in a name") << QByteArray("<KTR><PIN>1234</PIN><a\0b/></KTR>", 31);
+        QTest::newRow("half a UTF-16 character") << QByteArray("\xFF\xFE<\0a\0/\0>\0\n", 11);
+        QTest::newRow("lone surrogate") << QByteArray("\xFF\xFE<\0a\0>\0\0\xD8<\0/\0a\0>\0", 18);
         QTest::newRow("unknown encoding")
             << QByteArray("<?xml version='1.0' encoding='x-y'?><KTR><PIN>1234</PIN></KTR>");
         QTest::newRow("100,000 levels")
@@ -377,6 +380,11 @@ private Q_SLOTS:
         QTest::newRow("entity bomb") << bomb + "]><KTR><PIN>&a29;</PIN></KTR>";
         QTest::newRow("foreign file") << QByteArray(
             "<!DOCTYPE KTR [<!ENTITY f SYSTEM 'file:///etc/passwd'>]><KTR><PIN>&f;</PIN></KTR>");
+        QByteArray attributes = "<KTR><PIN>1234</PIN><!-- don't --><a";
+        for (int i = 0; i < 300000; ++i) {
+            attributes += " a" + QByteArray::number(i) + "=\"=\"";
+        }
+        QTest::newRow("300,000 attributes") << attributes + "/></KTR>";
         QByteArray garbage(10 << 20, '\0');
         quint32 state = 1;
         for (char &byte : garbage) {
