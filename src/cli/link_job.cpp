@@ -100,14 +100,13 @@ void LinkJob::abandon(const QString &message)
 {
     if (!m_exitCode) {
         finish(failed);
-        const int step = m_session.step();
-        complain(step == steps::idle ? message
-                                     : QStringLiteral("%1; stopped at step %2").arg(message).arg(step));
+        complain(m_state ? message + QLatin1String("; ") + m_state() : message);
     }
 }
 
 void LinkJob::finishWhenDrained(int code)
 {
+    m_codeWhenDrained = code;
     m_session.setTimeout(Milliseconds{0});
     m_serial.whenDrained([this, code] { finish(code); });
 }

@@ -32,9 +32,11 @@ public:
     int run();
 
     void finish(int code);
-    /// Complains and finishes; `state` tells where the job stood.
+    /// Complains and finishes as failed.
     void abandon(const QString &message);
-    /// Finishes well once everything sent has left the machine.
+    /// What a complaint about an end before the end says of the job.
+    void setState(std::function<QString()> state) { m_state = std::move(state); }
+    /// Finishes once everything sent has left the machine.
     void finishWhenDrained(int code);
 
     ModuleSession &session() { return m_session; }
@@ -52,6 +54,8 @@ private:
     ConversationLog m_log;
     bool m_logComplained = false;
     Milliseconds m_timeout{0};
+    std::function<QString()> m_state;
+    std::optional<int> m_codeWhenDrained;
     std::optional<int> m_exitCode;
     Interruption m_interruption;
 };

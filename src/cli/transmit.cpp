@@ -3,6 +3,8 @@
 #include "cli/link_job.h"
 #include "cli/loading.h"
 
+#include <algorithm>
+
 namespace ktr::cli {
 
 int transmit(const QStringList &words)
@@ -23,16 +25,16 @@ int transmit(const QStringList &words)
     }
 
     LinkJob job;
-    if (const auto end = job.open(arguments)) {
-        return *end;
-    }
     ModuleSession &session = job.session();
     Configuration configuration = document.configuration();
     Progress progress(steps::last);
     int sent = 0;
     int refused = 0;
     bool started = false;
+    int nextStep = steps::first;
     const auto uncaught = job.timers().create();
+    job.setState(
+        [&nextStep] { return QStringLiteral("stopped at step %1").arg(std::min(nextStep, steps::last)); });
 
     QObject::connect(&session, &ModuleSession::caught, &session, [&] {
         uncaught->stop();
@@ -53,11 +55,13 @@ int transmit(const QStringList &words)
     QObject::connect(&session, &ModuleSession::commandSent, &session,
                      [&](std::optional<int> step, const QString &command) {
                          ++sent;
+                         nextStep = step.value_or(0) + 1;
                          progress.show(step.value_or(0), logText(command));
                      });
     QObject::connect(&session, &ModuleSession::commandRefused, &session,
                      [&](std::optional<int> step, const QString &command) {
                          ++refused;
+                         nextStep = step.value_or(0) + 1;
                          complainTooLong(step, command);
                      });
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
@@ -70,6 +74,9 @@ int transmit(const QStringList &words)
         job.finishWhenDrained(refused == 0 ? done : failed);
     });
 
+    if (const auto end = job.open(arguments)) {
+        return *end;
+    }
     print(QStringLiteral("waiting for the module"));
     std::fflush(stdout);
     const int code = job.run();

@@ -43,6 +43,7 @@ public:
             return;
         }
         m_waiting += bytes;
+        m_left = false;
         if (m_writing.isEmpty()) {
             writeNext();
         }
@@ -69,6 +70,7 @@ private:
         asio::async_write(m_port, asio::buffer(m_writing.constData(), std::size_t(m_writing.size())),
                           [self = shared_from_this()](const asio::error_code &error, std::size_t) {
                               self->m_writing.clear();
+                              self->m_left = !error && bytesNotYetSent(self->m_port.native_handle()) == 0;
                               if (error) {
                                   self->fail(error);
                               } else if (!self->m_waiting.isEmpty()) {
@@ -85,7 +87,8 @@ private:
         if (!m_drained || !m_writing.isEmpty() || m_transport == nullptr) {
             return;
         }
-        if (bytesNotYetSent(m_port.native_handle()) == 0) {
+        m_left = m_left || bytesNotYetSent(m_port.native_handle()) == 0;
+        if (m_left) {
             notify([drained = std::exchange(m_drained, nullptr)](SerialTransport &) { drained(); });
             return;
         }
@@ -97,19 +100,19 @@ private:
         });
     }
 
-    /// A port that hangs up reports errors without end: the first one closes it.
+    /// A port that hangs up reports errors without end: the first one closes it. A write that was done before
+    /// may still wait to be told of; it comes first.
     void fail(const asio::error_code &error)
     {
-        if (m_transport == nullptr) {
-            return;
-        }
-        const QString reason = QString::fromStdString(error.message());
-        notify([reason, self = shared_from_this()](SerialTransport &transport) {
-            if (transport.m_port == self) {
-                transport.close();
-                Q_EMIT transport.lost(reason);
-            }
-        });
+        asio::post(m_port.get_executor(),
+                   [self = shared_from_this(), reason = QString::fromStdString(error.message())] {
+                       const bool everythingSent =
+                           self->m_left && self->m_writing.isEmpty() && self->m_waiting.isEmpty();
+                       self->notify([reason, everythingSent](SerialTransport &transport) {
+                           transport.close();
+                           Q_EMIT transport.lost(reason, everythingSent);
+                       });
+                   });
     }
 
     template <class Message> void notify(Message message)
@@ -133,6 +136,7 @@ private:
     QByteArray m_waiting;
     QByteArray m_writing;
     std::function<void()> m_drained;
+    bool m_left = true; ///< all that was written has left the machine
 };
 
 SerialTransport::SerialTransport(IoThread &io, QObject *parent) : Transport(parent), m_io(io) {}

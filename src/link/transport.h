@@ -31,8 +31,9 @@ public:
 Q_SIGNALS:
     /// What one receive event brought.
     void received(const QByteArray &bytes);
-    /// The line broke; it is closed by then.
-    void lost(const QString &reason);
+    /// The line broke; it is closed by then. `everythingSent` tells whether all that was sent before had
+    /// left the machine.
+    void lost(const QString &reason, bool everythingSent);
 };
 
 } // namespace ktr

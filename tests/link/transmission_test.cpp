@@ -224,8 +224,16 @@ private Q_SLOTS:
             PseudoTerminal terminal;
             QVERIFY(terminal.open());
             QVERIFY(port.open(terminal.slavePath()));
-            terminal.hangUp();
+            // The last that the other end hears, and it is gone: all of it was sent.
+            QByteArray heard;
+            connect(&terminal, &PseudoTerminal::readyRead, &terminal, [&] {
+                heard += terminal.readAll();
+                terminal.hangUp();
+            });
+            port.send("v,end\r\nOK\r\n");
             QTRY_COMPARE_WITH_TIMEOUT(lost.count(), round, 60000);
+            QCOMPARE(heard, "v,end\r\nOK\r\n");
+            QCOMPARE(lost.last().at(1).toBool(), true);
             QVERIFY(!port.isOpen());
             port.send("into the void");
         }

@@ -266,8 +266,8 @@ void VirtualModuleTest::aMalformedCommandIsRefusedAndChangesNothing_data()
     row(qPrintable(holidays("090229")), "a date");
     row("F,091224", "20 fields");
     row("E,4294967296,0,", "address");
-    row("E,1,2,0.96.169.1.2", "six numbers");
-    row("E,1,2,0.96.168.1.2.3", "maker's");
+    row("E,1,2,0.96.169.1.2", "a MAC address of six numbers");
+    row("E,1,2,0.96.168.1.2.3", "the maker's MAC bytes");
     row("E,1,2,0.96.169.1.2.256", "MAC byte");
     row("T,09,11,15,14,05,37,1", "day of the week from 7 to 7"); // a Sunday
     row("T,9,11,15,14,05,37,7", "year of two digits");
@@ -442,7 +442,7 @@ void VirtualModuleTest::aConfigurationEndsWithTheClosingCommand()
              (QStringList{"V,2.1.05,,KTR", "OK: C", "fail: C: expected 1 fields, found \"0\""}));
     QCOMPARE(modem.lines.mid(2, 4),
              (QByteArrayList{"at+cmgs=\"+IP\"\r", "V,2.1.05,,KTR\x1A", "at+cmgr=1\r", "at+cmgs=\"+IP\"\r"}));
-    QCOMPARE(modem.timers.now(), 200ms); // nothing but the wait for the first one costs time
+    QCOMPARE(modem.timers.now(), 0ms); // it reads the next command at once
     QCOMPARE(modem.accepted, 4);
     QCOMPARE(modem.configured, 1);
     QCOMPARE(changes(modem.module.memory().configuration),
@@ -567,9 +567,7 @@ void VirtualModuleTest::faultsKeepTheContentOfTheLines()
 
     QByteArray noise;
     for (quint32 seed = 1; seed < 30; ++seed) {
-        for (const QByteArray &line : run({.garbageLines = true, .seed = seed})->lines) {
-            noise += line;
-        }
+        noise += run({.garbageLines = true, .seed = seed})->lines.join();
     }
     QCOMPARE(std::set<char>(noise.begin(), noise.end()).size(), 256U);
 }
