@@ -20,9 +20,17 @@ constexpr int longestTimeout = 24 * 60 * 60;
 
 LinkJob::LinkJob() : m_interruption(m_io, [this] { abandon(QStringLiteral("interrupted")); })
 {
-    QObject::connect(&m_serial, &Transport::lost, &m_session, [this](const QString &reason) {
-        abandon(QStringLiteral("the line is lost: %1").arg(reason));
-    });
+    QObject::connect(&m_serial, &Transport::lost, &m_session,
+                     [this](const QString &reason, bool everythingSent) {
+                         if (m_search != nullptr && m_search->isRunning()) {
+                             return; // the search goes on without this port
+                         }
+                         if (m_codeWhenDrained && everythingSent) {
+                             finish(*m_codeWhenDrained); // the module left after it had heard everything
+                         } else {
+                             abandon(QStringLiteral("the line is lost: %1").arg(reason));
+                         }
+                     });
     QObject::connect(&m_session, &ModuleSession::silent, &m_session, [this] {
         abandon(QStringLiteral("nothing was heard from the module for %1 s").arg(m_timeout.count() / 1000));
     });
@@ -75,6 +83,7 @@ std::optional<int> LinkJob::open(const Arguments &arguments)
         QObject::connect(m_search.get(), &PortSearch::gaveUp, &m_session,
                          [this] { abandon(QStringLiteral("no module was found at any serial port")); });
         QObject::connect(&m_session, &ModuleSession::caught, m_search.get(), &PortSearch::stop);
+        QObject::connect(&m_session, &ModuleSession::commandSent, m_search.get(), &PortSearch::stop);
         m_search->start();
     } else if (const Status opened = m_serial.open(path); !opened) {
         return fail(opened.message());

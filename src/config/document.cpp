@@ -76,7 +76,7 @@ ReadReport Document::load(const QString &fileName)
 
 ReadReport Document::readPresentFile()
 {
-    const ReadReport report = readConfigurationFile(m_fileName, m_configuration, m_environment);
+    ReadReport report = readConfigurationFile(m_fileName, m_configuration, m_environment);
     if (!report.document) {
         setFileName(QString());
     }
@@ -90,7 +90,7 @@ Status Document::save()
     if (m_fileName.isEmpty()) {
         return Status::failed(QStringLiteral("there is no file name to save under"));
     }
-    const Status written = replaceFile(m_fileName, writeConfiguration(m_configuration, m_environment));
+    Status written = replaceFile(m_fileName, writeConfiguration(m_configuration, m_environment));
     if (written) {
         setModified(false);
     }

@@ -1,6 +1,7 @@
 #include "config/fields.h"
 
 #include "config/channels.h"
+#include "platform/overloaded.h"
 #include "platform/text_rules.h"
 
 #include <array>
@@ -203,11 +204,6 @@ constexpr std::array ethernetFields = {
 
 // clang-format on
 
-template <class... Handlers> struct Overloaded : Handlers...
-{
-    using Handlers::operator()...;
-};
-
 template <class Value, class Number> bool assign(Value &target, const std::optional<Number> &number)
 {
     if (number) {
@@ -359,6 +355,7 @@ QStringList differences(const Configuration &expected, const Configuration &foun
 }
 
 // The templates above serve these record types.
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a type
 #define KTR_RECORD(Record)                                                                                   \
     template QString fieldText(const Field<Record> &, const Record &, const QLocale &);                      \
     template bool setFieldText(const Field<Record> &, Record &, const QString &);                            \
@@ -376,5 +373,6 @@ KTR_RECORD(OutputValue)
 KTR_RECORD(SwitchPoint)
 KTR_RECORD(EthernetSettings)
 #undef KTR_RECORD
+// NOLINTEND(bugprone-macro-parentheses)
 
 } // namespace ktr

@@ -4,6 +4,7 @@
 #include "config/fields.h"
 #include "platform/text_rules.h"
 
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -204,8 +205,11 @@ QString macNumber(const QStringList &bytes)
     for (const QString &byte : bytes) {
         bool ok = false;
         const ushort value = byte.toUShort(&ok, 16);
-        if (!ok || !byte.front().isLetterOrNumber() || byte.contains(u'x', Qt::CaseInsensitive)) {
-            return {}; // a sign, blanks or a prefix are no digits
+        const auto isDigit = [](QChar c) {
+            return (c >= u'0' && c <= u'9') || (c.toUpper() >= u'A' && c.toUpper() <= u'F');
+        };
+        if (!ok || !std::ranges::all_of(byte, isDigit)) {
+            return {}; // nor are a sign, blanks or a prefix taken
         }
         numbers += QString::number(static_cast<qint16>(value));
     }
@@ -271,8 +275,8 @@ QString build(int step, Configuration &configuration, const CommandContext &cont
             const int index = step - row.first;
             const QString letter = QString::fromUtf16(row.letter);
             const bool lower = row.letterCase == Letter::AsAnswered && !context.answer;
-            return (lower ? letter.toLower() : letter) +
-                   row.fields({configuration, context, index, row.firstNumber + index});
+            return asOneLine((lower ? letter.toLower() : letter) +
+                             row.fields({configuration, context, index, row.firstNumber + index}));
         }
     }
     return {};
@@ -285,6 +289,16 @@ QString clockFields(const QDateTime &now)
     return now.date().toString(QStringLiteral("yy,MM,dd,")) +
            now.time().addSecs(2).toString(QStringLiteral("HH,mm,ss,")) +
            QString::number(now.date().dayOfWeek());
+}
+
+QString asOneLine(QString text)
+{
+    for (QChar &c : text) {
+        if ((c < u' ' && c != u'\t') || c == u'\x7F') {
+            c = u' ';
+        }
+    }
+    return text;
 }
 
 std::optional<StepCommand> CommandSequence::next(Configuration &configuration, const CommandContext &context)

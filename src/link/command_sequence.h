@@ -21,6 +21,10 @@ struct CommandContext
 /// A command longer than this does not fit an SMS and is not sent.
 inline constexpr int longestCommand = 160;
 
+/// A command is one line: control characters other than tabs, which a file may bring into a text, become
+/// blanks. A line end within would reach the module as the end of one SMS and the start of anything.
+QString asOneLine(QString text);
+
 /// The program's clock as the module's clock command: date, time two seconds on, weekday (Monday 1).
 /// The date is not carried over at midnight, as the module expects from this program.
 QString clockFields(const QDateTime &now);

@@ -13,7 +13,7 @@ class LineAssembler
 {
 public:
     /// A line whose end never comes is dropped when it grows beyond this many bytes.
-    static constexpr qsizetype longestLine = 64 * 1024;
+    static constexpr qsizetype longestLine = qsizetype{64} * 1024;
 
     /// Adds received bytes and gives the line that they complete, if they do.
     std::optional<QByteArray> push(QByteArrayView bytes);

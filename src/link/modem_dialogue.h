@@ -94,7 +94,7 @@ public:
 
     /// Places a service command; the module gets it when it next reads an SMS. A transmission that runs
     /// then goes first and overwrites it.
-    void place(const QString &command) { m_outgoing = command; }
+    void place(const QString &command) { m_outgoing = asOneLine(command); }
     const QString &outgoing() const { return m_outgoing; }
 
     /// The sender's number of the last line that followed a command of a transmission, else empty.

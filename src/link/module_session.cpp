@@ -1,17 +1,9 @@
 #include "link/module_session.h"
 
+#include "platform/overloaded.h"
 #include "platform/text_rules.h"
 
 namespace ktr {
-
-namespace {
-
-template <class... Handlers> struct Overloaded : Handlers...
-{
-    using Handlers::operator()...;
-};
-
-} // namespace
 
 ModuleSession::ModuleSession(Transport &transport, Timers &timers, Environment environment, QObject *parent)
     : QObject(parent),

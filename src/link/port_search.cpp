@@ -27,14 +27,12 @@ void PortSearch::stop()
 
 void PortSearch::tick()
 {
-    if (m_port.isEmpty()) {
-        openNext();
-    } else if (const QStringList ports = m_ports(); !ports.contains(m_port)) {
-        leavePort(); // unplugged
-        openNext();
-    } else if (++m_ticksOnPort >= ticksPerPort && ports.size() > 1) {
+    const QStringList ports = m_ports();
+    const bool unplugged = !ports.contains(m_port);
+    const bool heardLongEnough = ++m_ticksOnPort >= ticksPerPort && ports.size() > 1;
+    if (unplugged || heardLongEnough) {
         leavePort();
-        openNext();
+        openNext(ports);
     }
     if (!m_running) {
         return;
@@ -57,12 +55,11 @@ void PortSearch::leavePort()
 }
 
 /// Tries the ports behind the one tried last, round once, and stays at the first that opens.
-void PortSearch::openNext()
+void PortSearch::openNext(const QStringList &ports)
 {
-    const QStringList ports = m_ports();
     const qsizetype after = ports.indexOf(m_lastTried) + 1;
     for (qsizetype i = 0; i < ports.size(); ++i) {
-        const QString port = ports[(after + i) % ports.size()];
+        const QString &port = ports[(after + i) % ports.size()];
         m_lastTried = port;
         if (const Status status = m_transport.open(port); !status) {
             if (!m_refusals.contains(status.message())) {

@@ -45,7 +45,7 @@ Q_SIGNALS:
     void gaveUp();
 
 private:
-    void openNext();
+    void openNext(const QStringList &ports);
     void leavePort();
 
     Transport &m_transport;

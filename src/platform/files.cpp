@@ -35,7 +35,7 @@ Status readFile(const QString &path, QByteArray &content, qint64 limit)
         return failure(path, file.errorString());
     }
     // In pieces: what is asked for is reserved, however short the file is.
-    constexpr qint64 piece = 64 * 1024;
+    constexpr qint64 piece = qint64{64} * 1024;
     content.clear();
     QByteArray read;
     do {

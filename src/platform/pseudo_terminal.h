@@ -19,7 +19,7 @@ class PseudoTerminal : public QObject
     Q_OBJECT
 
 public:
-    static constexpr qsizetype outputLimit = 1024 * 1024; ///< bytes that no client has taken yet
+    static constexpr qsizetype outputLimit = qsizetype{1024} * 1024; ///< bytes that no client has taken yet
 
     explicit PseudoTerminal(QObject *parent = nullptr);
     ~PseudoTerminal() override;

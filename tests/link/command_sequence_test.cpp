@@ -91,6 +91,7 @@ private Q_SLOTS:
         QTest::newRow("numbers") << 1 << "n,0042,PW 3,+49301,,+49,+49,+49,+49" << same;
         QTest::newRow("limit value") << 4 << "g,3,1,2,30,9,2.5,0.1,5,3,251,level high, pump 1,2" << same;
         QTest::newRow("limit value, joint in a field") << 5 << "g,4,1,0,,0,1,2,0,0,1,255," << same;
+        QTest::newRow("line ends in a text") << 6 << "g,5,1,0,,0,0,0,0,1,255,a  at+cmgr=1 \tb" << same;
         QTest::newRow("reference") << 18 << "g,17,1,1,60,2.5,63,a,b"
                                    << "g,17,1,1,60,2,5,63,a,b";
         QTest::newRow("pulses") << 22 << "d,1,1,0,12.5,10.5" << same;
@@ -131,6 +132,7 @@ private Q_SLOTS:
                             2,
                             QStringLiteral("30")};
         c.limitValues[3].limit = QStringLiteral("1°2");
+        c.limitValues[4].alarm = QStringLiteral("a\r\nat+cmgr=1\x1A\tb");
         c.limitValues[16].alarm = QStringLiteral("a,b");
         c.limitValues[16].reference = 2.5;
         c.limitValues[16].repetitions = 1;
@@ -182,6 +184,7 @@ private Q_SLOTS:
         QTest::newRow("no hexadecimal") << "0.0.0.1"
                                         << "G0"
                                         << "e,1,4294967040,";
+        QTest::newRow("blank behind") << "0.0.0.1" << "A " << "e,1,4294967040,";
         QTest::newRow("prefix") << "0.0.0.1"
                                 << "0x1"
                                 << "e,1,4294967040,";
