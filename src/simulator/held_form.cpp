@@ -12,9 +12,16 @@ namespace {
 
 constexpr int minutesOfAYear = 525'600;
 
+/// What arrives of a text: a byte a character, and blanks for line ends, which a command cannot hold.
 QString onTheWire(const QString &text)
 {
-    return fromWindows1252(toWindows1252(text));
+    QString arrived = fromWindows1252(toWindows1252(text));
+    for (QChar &c : arrived) {
+        if (c.category() == QChar::Other_Control && c != u'\t' && c < u'\x80') {
+            c = u' ';
+        }
+    }
+    return arrived;
 }
 
 QString number(const QString &text)

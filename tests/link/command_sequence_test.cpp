@@ -184,7 +184,9 @@ private Q_SLOTS:
         QTest::newRow("no hexadecimal") << "0.0.0.1"
                                         << "G0"
                                         << "e,1,4294967040,";
-        QTest::newRow("blank behind") << "0.0.0.1" << "A " << "e,1,4294967040,";
+        QTest::newRow("blank behind") << "0.0.0.1"
+                                      << "A "
+                                      << "e,1,4294967040,";
         QTest::newRow("prefix") << "0.0.0.1"
                                 << "0x1"
                                 << "e,1,4294967040,";

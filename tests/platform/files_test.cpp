@@ -11,6 +11,8 @@ using namespace ktr;
 
 namespace {
 
+constexpr qsizetype replacementSize = 1 << 20;
+
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
@@ -84,6 +86,28 @@ private Q_SLOTS:
                  QStringList{QStringLiteral("file")});
     }
 
+    void aKillInTheMiddleLeavesAWholeFile()
+    {
+        QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("file"));
+        for (int round = 0; round < 40; ++round) {
+            QProcess process;
+            process.start(QCoreApplication::applicationFilePath(),
+                          {QStringLiteral("--replace-forever"), path});
+            // It says a dot for each replacement; the kill falls somewhere behind a number of them.
+            QByteArray dots;
+            while (dots.size() < round % 7 + 2) {
+                QVERIFY(process.waitForReadyRead(60000));
+                dots += process.readAllStandardOutput();
+            }
+            process.kill();
+            QVERIFY(process.waitForFinished());
+            const QByteArray content = contentOf(path);
+            QCOMPARE(content.size(), replacementSize);
+            QCOMPARE(content.count(content.front()), replacementSize);
+        }
+    }
+
     void whatIsNoFileIsRefusedOrWrittenTo()
     {
         QVERIFY(!replaceFile(m_folder.path(), "x"));
@@ -122,13 +146,23 @@ private Q_SLOTS:
     }
 };
 
-// Called with "--replace FILE" this program is the one that fails to replace a file.
+// Called with "--replace FILE" this program is the one that fails to replace a file, with
+// "--replace-forever FILE" the one that is killed over it.
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     const QStringList words = QCoreApplication::arguments();
     if (words.value(1) == QStringLiteral("--replace")) {
-        return replaceFile(words.value(2), QByteArray(1 << 20, 'n')) ? 0 : 1;
+        return replaceFile(words.value(2), QByteArray(replacementSize, 'n')) ? 0 : 1;
+    }
+    while (words.value(1) == QStringLiteral("--replace-forever")) {
+        static char letter = 'a';
+        letter = letter == 'a' ? 'b' : 'a';
+        if (!replaceFile(words.value(2), QByteArray(replacementSize, letter))) {
+            return 1;
+        }
+        std::fputc('.', stdout);
+        std::fflush(stdout);
     }
     FilesTest test;
     return QTest::qExec(&test, argc, argv);

@@ -105,7 +105,7 @@ private:
     }
     QString text(int longest, bool withCommas = true)
     {
-        static const QString letters = QStringLiteral("abcXYZ 0189.;:-_#\"'<>&=?!()ÄÖÜ€°§µ,");
+        static const QString letters = QStringLiteral("abcXYZ 0189.;:-_#\"'<>&=?!()ÄÖÜ€°§µ\r\x1A,");
         QString text;
         for (int count = whole(0, longest); count > 0; --count) {
             text += letters[whole(0, static_cast<int>(letters.size()) - (withCommas ? 1 : 2))];
