@@ -58,6 +58,7 @@ public:
     void close()
     {
         m_transport = nullptr; // nothing is told any more
+        releaseSerialDevice(m_port.native_handle());
         asio::error_code ignored;
         m_port.close(ignored);
         m_poll.cancel();

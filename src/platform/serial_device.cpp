@@ -98,6 +98,11 @@ Status openSerialDevice(const QString &path, SerialHandle &handle)
     return Status::done();
 }
 
+void releaseSerialDevice(SerialHandle handle)
+{
+    ::ioctl(handle, TIOCNXCL);
+}
+
 qint64 bytesNotYetSent(SerialHandle handle)
 {
     int count = 0;
@@ -115,6 +120,8 @@ Status openSerialDevice(const QString &path, SerialHandle &)
 {
     return Status::failed(path + QLatin1String(": serial ports are not supported on this system"));
 }
+
+void releaseSerialDevice(SerialHandle) {}
 
 qint64 bytesNotYetSent(SerialHandle)
 {

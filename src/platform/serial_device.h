@@ -22,6 +22,10 @@ QStringList serialPorts(const QString &deviceFolder = QStringLiteral("/dev"),
 /// bit, no flow control. The message tells whether the port is missing, in use or none.
 Status openSerialDevice(const QString &path, SerialHandle &handle);
 
+/// Gives up the claim of openSerialDevice before the handle is closed: on a line that another program keeps
+/// open the claim would outlive this one.
+void releaseSerialDevice(SerialHandle handle);
+
 /// Bytes that were written and have not left the machine; 0 where the system does not tell.
 qint64 bytesNotYetSent(SerialHandle handle);
 

@@ -4,8 +4,8 @@
 #include "config/xml_document.h"
 #include "platform/files.h"
 #include "support/environment.h"
+#include "support/random_configuration.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
@@ -15,6 +15,7 @@
 #include <QTest>
 
 using namespace ktr;
+using namespace Qt::StringLiterals;
 using test::fixedEnvironment;
 
 namespace {
@@ -76,112 +77,72 @@ private Q_SLOTS:
         });
         QCOMPARE(places.size(),
                  6 + 4 + 12 + 16 * 9 + 4 * 5 + 36 + (2 * 4 + 2 * 3) + 4 + 1 + 12 + 4 + 120 + 5);
-        QVERIFY(controls.contains(QStringLiteral("Chk_ip_bstz_1")));
-        QVERIFY(controls.contains(QStringLiteral("Txt_ip_zaehler_5")));
-        QVERIFY(controls.contains(QStringLiteral("Txt_Ethernet_MAC_3")));
+        QVERIFY(controls.contains(u"Chk_ip_bstz_1"_s));
+        QVERIFY(controls.contains(u"Txt_ip_zaehler_5"_s));
+        QVERIFY(controls.contains(u"Txt_Ethernet_MAC_3"_s));
     }
 
     void newSetsItsValuesAndLeavesWhatItMust()
     {
-        Configuration configuration;
-        configuration.gsm.stationType = QStringLiteral("NVA");
-        configuration.info.historyExportFile = QStringLiteral("h.csv");
-        configuration.limitValues[17].reference = 5;
-        configuration.limitValues[3].repetitions = 4;
-        configuration.limitValues[3].repetitionInterval = QStringLiteral("60");
-        configuration.limitValues[3].alarm = QStringLiteral("x");
-        configuration.versionText = QStringLiteral("stamp");
-        configuration.holidays.add(QDate(2027, 1, 1));
-        makeNew(configuration, fixedEnvironment(test::german()));
-
-        QCOMPARE(configuration.gsm.stationType, "NVA");
-        QCOMPARE(configuration.info.historyExportFile, "h.csv");
-        QCOMPARE(configuration.limitValues[17].reference, 5.0);
-        QCOMPARE(configuration.limitValues[3].repetitions, qint16(4));
-        QCOMPARE(configuration.limitValues[3].repetitionInterval, "60");
-        QCOMPARE(configuration.versionText, "stamp");
-
-        QCOMPARE(configuration.administrators[2],
-                 (Administrator{QStringLiteral("Admin 3"), QStringLiteral("+49")}));
-        QCOMPARE(configuration.limitValues[3].alarm, "");
-        QCOMPARE(configuration.limitValues[7].recipients, quint8(255));
-        QCOMPARE(configuration.digitalInputs[1].divider, "1");
-        QCOMPARE(configuration.sendValues[0].enabled, true);
-        QCOMPARE(configuration.switchPoints[4].period, "0");
-        QCOMPARE(configuration.info.date, "15.11.09");
-        QCOMPARE(configuration.info.logFile, QDir::toNativeSeparators(QStringLiteral("/opt/ktr/Log.txt")));
-        QCOMPARE(configuration.ethernet.mac4, "00");
-        QVERIFY(configuration.holidays.lines().isEmpty());
-    }
-
-    void aNewConfigurationIsWrittenInTheOrderOfTheFile()
-    {
-        Environment environment = fixedEnvironment(test::german());
-        Configuration configuration = freshConfiguration(environment);
-        configuration.versionText = QStringLiteral("a<b>&\"c'\t\r\n");
-        configuration.gsm.stationId = QStringLiteral("x<y>&\"z'");
-        configuration.limitValues[18].reference = 2.5;
-        const QString text = QString::fromUtf8(writeConfiguration(configuration, environment));
-
-        QVERIFY2(
-            text.startsWith(
-                QStringLiteral("<KTR><Version Nummer=\"") + programVersion() +
-                QStringLiteral(
-                    "\" Datum=\"15.11.09\" Zeit=\"14:05\" "
-                    "Version=\"a&lt;b&gt;&amp;&quot;c'&#9;&#13;&#10;\"/><Info Autor=\"\" Version=\"1.0\" "
-                    "Datum=\"15.11.09\" Kommentar=\"\" Logfile=\"/opt/ktr/Log.txt\" HistoryExportFile=\"\"/>"
-                    "<Konfiguration><PIN></PIN><Stationstyp>KTR</"
-                    "Stationstyp><Stationskennung>x&lt;y&gt;&amp;\"z'"
-                    "</Stationskennung><Alivecycle>0</Alivecycle><GSM-Name0>Admin 1</GSM-Name0>"
-                    "<GSM-Nummer0>+49</GSM-Nummer0><GSM-Name1>")),
-            qPrintable(text.left(700)));
-        QVERIFY(text.contains(QStringLiteral(
-            "<Grenzwert15 Alarm=\"\" Delay=\"0\" Grenzwert=\"0\" Hysterese=\"0\" IP=\"0\" Vergleich=\"1\" "
-            "MSN=\"255\" "
-            "Wiederholung=\"0\" Wiederholungsintervall=\"\"/><Grenzwert16 Alarm=\"\" Bezug=\"0\" MSN=\"255\" "
-            "Wiederholung=\"0\" Wiederholungsintervall=\"\"/>")));
-        QVERIFY(text.contains(QStringLiteral("<Grenzwert18 Alarm=\"\" Bezug=\"2,5\"")));
-        QVERIFY(text.contains(QStringLiteral("<Archivierung17 Interval=\"0\" Delta=\"0\"/><Digitaleingang0 "
-                                             "Zähler=\"0\" Teiler=\"1\" Invers=\"0\" "
-                                             "Wert=\"0\"/>")));
-        QVERIFY(text.contains(QStringLiteral(
-            "<Digitaleingang3 Invers=\"0\" Betriebsstundenzähler=\"0\" Wert=\"0\"/><BStZDigOut0 Invers=\"0\" "
-            "Wert=\"0\"/><BStZDigOut1 Invers=\"0\" Wert=\"0\"/><sendValue Wert=\"1\"/>"
-            "<Skalierung0 Offset=\"0\" Faktor=\"1\" Einheit=\"\"/>")));
-        QVERIFY(text.contains(QStringLiteral("<Ausgangswert1 Digital=\"0\" Analog=\"0\"/><Schaltpunkt0 "
-                                             "IP=\"0\" Periode=\"0\" Start=\"\" Typ=\"0\" "
-                                             "Wert=\"0\" GW-Bezug=\"0\"/>")));
-        QVERIFY2(text.endsWith(QStringLiteral(
-                     "<Feiertag19></Feiertag19></Konfiguration><Ethernet IP=\"010.000.000.001\" "
-                     "Subnet=\"255.255.255.000\" MAC3=\"00\" MAC4=\"00\" MAC5=\"00\"/></KTR>")),
-                 qPrintable(text.right(300)));
+        Configuration c;
+        c.gsm.stationType = u"NVA"_s;
+        c.info.historyExportFile = u"h.csv"_s;
+        c.limitValues[17] = {3, u"x"_s, u"1"_s, u"2"_s, u"3"_s, 3, 1, 5, 4, u"60"_s};
+        c.versionText = u"a<b>&\"c'\t\r\n"_s;
+        c.holidays.add(QDate(2027, 1, 1));
+        makeNew(c, fixedEnvironment(test::german()));
+        c.gsm.stationId = u"x<y>&\"z'"_s;
+        c.limitValues[18].reference = 2.5;
+        const QString text = QString::fromUtf8(writeConfiguration(c, fixedEnvironment(test::german())));
+        // clang-format off
+        const QStringList fragments{
+            u"<KTR><Version Nummer=\"%1\" Datum=\"15.11.09\" Zeit=\"14:05\" Version=\"a&lt;b&gt;&amp;&quot;c'&#9;&#13;&#10;\"/>"_s.arg(programVersion()),
+            u"<Info Autor=\"\" Version=\"1.0\" Datum=\"15.11.09\" Kommentar=\"\" Logfile=\"/opt/ktr/Log.txt\" HistoryExportFile=\"h.csv\"/><Konfiguration>"_s,
+            u"<PIN></PIN><Stationstyp>NVA</Stationstyp><Stationskennung>x&lt;y&gt;&amp;\"z'</Stationskennung><Alivecycle>0</Alivecycle>"_s,
+            u"<GSM-Name5>Admin 6</GSM-Name5><GSM-Nummer5>+49</GSM-Nummer5><Grenzwert0 "_s,
+            u"<Grenzwert15 Alarm=\"\" Delay=\"0\" Grenzwert=\"0\" Hysterese=\"0\" IP=\"0\" Vergleich=\"1\" MSN=\"255\" Wiederholung=\"0\" Wiederholungsintervall=\"\"/>"_s,
+            u"<Grenzwert17 Alarm=\"\" Bezug=\"5\" MSN=\"255\" Wiederholung=\"4\" Wiederholungsintervall=\"60\"/><Grenzwert18 Alarm=\"\" Bezug=\"2,5\""_s,
+            u"<Archivierung17 Interval=\"0\" Delta=\"0\"/><Digitaleingang0 Zähler=\"0\" Teiler=\"1\" Invers=\"0\" Wert=\"0\"/>"_s,
+            u"<Digitaleingang3 Invers=\"0\" Betriebsstundenzähler=\"0\" Wert=\"0\"/><BStZDigOut0 Invers=\"0\" Wert=\"0\"/><BStZDigOut1 "_s,
+            u"<sendValue Wert=\"1\"/><Skalierung0 Offset=\"0\" Faktor=\"1\" Einheit=\"\"/>"_s,
+            u"<Ausgangswert1 Digital=\"0\" Analog=\"0\"/><Schaltpunkt0 IP=\"0\" Periode=\"0\" Start=\"\" Typ=\"0\" Wert=\"0\" GW-Bezug=\"0\"/>"_s,
+            u"<Feiertag0></Feiertag0>"_s,
+            u"<Feiertag19></Feiertag19></Konfiguration><Ethernet IP=\"010.000.000.001\" Subnet=\"255.255.255.000\" MAC3=\"00\" MAC4=\"00\" MAC5=\"00\"/></KTR>"_s};
+        // clang-format on
+        QVERIFY(text.startsWith(fragments.first()) && text.endsWith(fragments.last()));
+        qsizetype at = 0; // each behind the one before
+        for (const QString &fragment : fragments) {
+            at = text.indexOf(fragment, at);
+            QVERIFY2(at >= 0, qPrintable(fragment));
+        }
     }
 
     void whatIsWrittenIsReadAgain()
     {
-        for (const QLocale &locale : {QLocale::c(), test::german()}) {
+        for (unsigned seed = 0; seed < 50; ++seed) {
+            const QLocale locale = seed % 2 == 0 ? QLocale::c() : test::german();
             const Environment environment = fixedEnvironment(locale);
-            Configuration configuration = read(QString(), environment);
-            configuration.info.comment = QStringLiteral("tabs\tand\nlines & <marks> \"'");
-            configuration.gsm.pin = QStringLiteral("0042");
-            configuration.limitValues[19].reference = 1234.5;
-            configuration.limitValues[2].limit = QStringLiteral("2,5");
-            configuration.switchPoints[19].limitValue = 7;
-            configuration.holidays.add(QDate(2009, 12, 24));
-            configuration.versionText = QStringLiteral("2009-11-15 14:05:35");
+            Configuration meant = test::RandomConfiguration(seed).make(locale);
+            meant.limitValues[19].reference = 1234.5;
+            // Reading fills what is empty, so the second round must change nothing.
+            Configuration once = freshConfiguration(environment);
+            QVERIFY(readConfiguration(writeConfiguration(meant, environment), once, environment).document);
             Configuration again = freshConfiguration(environment);
-            QVERIFY(readConfiguration(writeConfiguration(configuration, environment), again, environment)
-                        .document);
-            QCOMPARE(differences(configuration, again, locale), QStringList());
-            QVERIFY(configuration == again);
+            QVERIFY(readConfiguration(writeConfiguration(once, environment), again, environment).document);
+            QCOMPARE(differences(once, again, locale), QStringList());
+            QCOMPARE(again.limitValues[2].limit, meant.limitValues[2].limit);
+            QCOMPARE(again.switchPoints[19].limitValue, meant.switchPoints[19].limitValue);
+            QCOMPARE(again.limitValues[19].reference, 1234.5);
+            QCOMPARE(again.holidays.lines(), meant.holidays.lines());
+            QCOMPARE(again.versionText, meant.versionText);
         }
     }
 
     void charactersThatNoFileCanHoldDoNotCostTheFile()
     {
         Configuration configuration = freshConfiguration();
-        configuration.info.comment = QStringLiteral("a\x01z") + QChar(0xD800) + QChar(0xFFFE) + QChar(0);
-        configuration.info.author = QStringLiteral("Ä\U0001F600");
+        configuration.info.comment = u"a\x01z"_s + QChar(0xD800) + QChar(0xFFFE) + QChar(0);
+        configuration.info.author = u"Ä\U0001F600"_s;
         Configuration again;
         QVERIFY(readConfiguration(writeConfiguration(configuration, fixedEnvironment()), again,
                                   fixedEnvironment())
@@ -193,7 +154,7 @@ private Q_SLOTS:
     void aMissingFieldTakesItsFallback()
     {
         Configuration before = freshConfiguration();
-        before.info.logFile = QStringLiteral("kept.txt");
+        before.info.logFile = u"kept.txt"_s;
         before.limitValues[17].repetitions = 3;
         before.switchPoints[5].type = 12;
         before.switchPoints[5].target = 4;
@@ -215,10 +176,8 @@ private Q_SLOTS:
         QCOMPARE(configuration.sendValues[0].enabled, false);
         QCOMPARE(configuration.digitalInputs[0].value, "");
         QCOMPARE(configuration.digitalInputs[0].divider, "1");
-        QCOMPARE(configuration.scaling[3],
-                 (Scaling{QStringLiteral("0"), QStringLiteral("1"), QStringLiteral("Volt")}));
-        QCOMPARE(configuration.switchPoints[5], (SwitchPoint{4, 12, QStringLiteral("0911151405"),
-                                                             QStringLiteral("1"), QStringLiteral("0"), 0}));
+        QCOMPARE(configuration.scaling[3], (Scaling{u"0"_s, u"1"_s, u"Volt"_s}));
+        QCOMPARE(configuration.switchPoints[5], (SwitchPoint{4, 12, u"0911151405"_s, u"1"_s, u"0"_s, 0}));
         QCOMPARE(configuration.ethernet.ip, "010.000.000.001");
         QCOMPARE(configuration.ethernet.mac5, "80"); // the whole part of 255 × 0.5, plus 1
         QVERIFY(configuration.holidays.lines().isEmpty());
@@ -229,73 +188,33 @@ private Q_SLOTS:
         QTest::addColumn<QString>("document");
         QTest::addColumn<QString>("place");
         QTest::addColumn<QString>("text");
-        QTest::newRow("PIN filled") << "<PIN>12</PIN>"
-                                    << "PIN/PIN"
-                                    << "0012";
-        QTest::newRow("long PIN") << "<PIN>123456</PIN>"
-                                  << "PIN/PIN"
-                                  << "123456";
-        QTest::newRow("old < ") << "<Grenzwert3 Vergleich='0'/>"
-                                << "Grenzwert3/Vergleich"
-                                << "1";
-        QTest::newRow("old >") << "<Grenzwert3 Vergleich='4'/>"
-                               << "Grenzwert3/Vergleich"
-                               << "3";
-        QTest::newRow("no number") << "<Grenzwert3 Vergleich='x'/>"
-                                   << "Grenzwert3/Vergleich"
-                                   << "1";
-        QTest::newRow("recipients beyond a byte") << "<Grenzwert3 MSN='256'/>"
-                                                  << "Grenzwert3/MSN"
-                                                  << "255";
-        QTest::newRow("umlauts") << "<Grenzwert3 Alarm='Größe Öl'/>"
-                                 << "Grenzwert3/Alarm"
-                                 << "Groesse Öl";
-        QTest::newRow("interval clamped") << "<Grenzwert18 Wiederholungsintervall='2000'/>"
-                                          << "Grenzwert18/Wiederholungsintervall"
-                                          << "1440";
-        QTest::newRow("divider clamped") << "<Digitaleingang1 Teiler='0'/>"
-                                         << "Digitaleingang1/Teiler"
-                                         << "1";
-        QTest::newRow("number with plus") << "<GSM-Nummer2>4917</GSM-Nummer2>"
-                                          << "GSM-Nummer2/GSM-Nummer"
-                                          << "+4917";
-        QTest::newRow("alive cycle") << "<Alivecycle>007</Alivecycle>"
-                                     << "Alivecycle/Alivecycle"
-                                     << "7";
-        QTest::newRow("alive cycle beyond") << "<Alivecycle>40000</Alivecycle>"
-                                            << "Alivecycle/Alivecycle"
-                                            << "40000";
-        QTest::newRow("unknown type") << "<Stationstyp>XYZ</Stationstyp>"
-                                      << "Stationstyp/Stationstyp"
-                                      << "KTR";
-        QTest::newRow("other type") << "<Stationstyp>NVA</Stationstyp>"
-                                    << "Stationstyp/Stationstyp"
-                                    << "NVA";
-        QTest::newRow("reference") << "<Grenzwert16 Bezug='2,5'/>"
-                                   << "Grenzwert16/Bezug"
-                                   << "2.5";
-        QTest::newRow("16-bit") << "<Schaltpunkt0 IP='40000'/>"
-                                << "Schaltpunkt0/IP"
-                                << "0";
-        QTest::newRow("check box") << "<sendValue Wert='2'/>"
-                                   << "sendValue/Wert"
-                                   << "1"; // as "new" left it
-        // Where an element stands, and what else stands in it, does not matter; the first of its name counts.
-        QTest::newRow("elsewhere") << "<a><b><PIN>1111</PIN></b></a><PIN>2222</PIN>"
-                                   << "PIN/PIN"
-                                   << "1111";
-        QTest::newRow("first is empty") << "<PIN/><PIN>2222</PIN>"
-                                        << "PIN/PIN"
-                                        << "";
-        QTest::newRow("first text child") << "<PIN> <x>9</x><!-- c -->1234<y/>5</PIN>"
-                                          << "PIN/PIN"
-                                          << "1234";
-        QTest::newRow("white space only") << "<PIN>  \n </PIN>"
-                                          << "PIN/PIN"
-                                          << "";
-        QTest::newRow("entities") << "<Stationskennung>a&amp;&#65;&lt;</Stationskennung>"
-                                  << "Stationskennung/Stationskennung"
-                                  << "a&A<";
+        // What it is about | document | element/field | what the field holds
+        for (const auto *row :
+             {"PIN filled|<PIN>12</PIN>|PIN/PIN|0012", "long PIN|<PIN>123456</PIN>|PIN/PIN|123456",
+              "old <|<Grenzwert3 Vergleich='0'/>|Grenzwert3/Vergleich|1",
+              "old >|<Grenzwert3 Vergleich='4'/>|Grenzwert3/Vergleich|3",
+              "no number|<Grenzwert3 Vergleich='x'/>|Grenzwert3/Vergleich|1",
+              "recipients beyond a byte|<Grenzwert3 MSN='256'/>|Grenzwert3/MSN|255",
+              "umlauts|<Grenzwert3 Alarm='Größe Öl'/>|Grenzwert3/Alarm|Groesse Öl",
+              "clamped|<Grenzwert18 Wiederholungsintervall='2000'/>|Grenzwert18/Wiederholungsintervall|1440",
+              "divider clamped|<Digitaleingang1 Teiler='0'/>|Digitaleingang1/Teiler|1",
+              "number with plus|<GSM-Nummer2>4917</GSM-Nummer2>|GSM-Nummer2/GSM-Nummer|+4917",
+              "alive cycle|<Alivecycle>007</Alivecycle>|Alivecycle/Alivecycle|7",
+              "alive cycle beyond|<Alivecycle>40000</Alivecycle>|Alivecycle/Alivecycle|40000",
+              "unknown type|<Stationstyp>XYZ</Stationstyp>|Stationstyp/Stationstyp|KTR",
+              "other type|<Stationstyp>NVA</Stationstyp>|Stationstyp/Stationstyp|NVA",
+              "reference|<Grenzwert16 Bezug='2,5'/>|Grenzwert16/Bezug|2.5",
+              "16-bit|<Schaltpunkt0 IP='40000'/>|Schaltpunkt0/IP|0",
+              "check box stays|<sendValue Wert='2'/>|sendValue/Wert|1", // as "new" left it
+              // Where an element stands, and what else stands in it, does not matter; the first counts.
+              "elsewhere|<a><b><PIN>1111</PIN></b></a><PIN>2222</PIN>|PIN/PIN|1111",
+              "first is empty|<PIN/><PIN>2222</PIN>|PIN/PIN|",
+              "first text child|<PIN> <x>9</x><!-- c -->1234<y/>5</PIN>|PIN/PIN|1234",
+              "white space only|<PIN>  \n </PIN>|PIN/PIN|",
+              "entities|<PIN>a&amp;&#65;&lt;</PIN>|PIN/PIN|a&A<"}) {
+            const QStringList parts = QString::fromUtf8(row).split(u'|');
+            QTest::newRow(qPrintable(parts[0])) << parts[1] << parts[2] << parts[3];
+        }
     }
     void storedTextsPassTheirRules()
     {
@@ -303,7 +222,7 @@ private Q_SLOTS:
         QFETCH(QString, place);
         QFETCH(QString, text);
         const Configuration configuration = read(document);
-        QString found = QStringLiteral("(no such place)");
+        QString found = u"(no such place)"_s;
         visitRecords(configuration, [&]<class Record>(const Group &group, const Record &record, int index) {
             for (const auto &field : fieldsOf<std::remove_const_t<Record>>()) {
                 const QString name = QString::fromUtf16(field.xmlName);
@@ -320,14 +239,13 @@ private Q_SLOTS:
         Configuration configuration = freshConfiguration();
         const ReadReport report =
             readConfiguration("<KTR><Grenzwert3 IP='abc'/></KTR>", configuration, fixedEnvironment());
-        QCOMPARE(report.remarks,
-                 QStringList{QStringLiteral("Grenzwert3 IP: \"abc\" is of no use here, \"0\" is kept")});
+        QCOMPARE(report.remarks, QStringList{u"Grenzwert3 IP: \"abc\" is of no use here, \"0\" is kept"_s});
     }
 
     void encodingsAreReadByMarkAndDeclaration_data()
     {
         QTest::addColumn<QByteArray>("document");
-        const QString elements = QStringLiteral("<KTR><Info Autor=\"Jörg €\"/></KTR>");
+        const QString elements = u"<KTR><Info Autor=\"Jörg €\"/></KTR>"_s;
         const auto declared = [](const char *encoding) {
             return QByteArrayLiteral("<?xml version=\"1.0\" encoding=\"") + encoding + "\"?>";
         };
@@ -433,16 +351,16 @@ private Q_SLOTS:
     void theDocumentKeepsFileMarkAndStamp()
     {
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("a.xml"));
+        const QString path = folder.filePath(u"a.xml"_s);
         Document document(fixedEnvironment());
         QVERIFY(!document.save()); // no name
-        document.edit([](Configuration &c) { c.gsm.pin = QStringLiteral("4711"); });
+        document.edit([](Configuration &c) { c.gsm.pin = u"4711"_s; });
         QVERIFY(document.isModified());
         QCOMPARE(document.configuration().versionText, "2009-11-15 14:05:35");
         QCOMPARE(document.configuration().info.version, document.configuration().versionText);
         const Configuration snapshot = document.configuration();
 
-        document.setFileName(folder.filePath(QStringLiteral("missing/a.xml")));
+        document.setFileName(folder.filePath(u"missing/a.xml"_s));
         QVERIFY(!document.save());
         QVERIFY(document.isModified()); // nothing was saved, nothing may be thought saved
         document.setFileName(path);
@@ -458,7 +376,7 @@ private Q_SLOTS:
         QVERIFY(document.isModified());
 
         // A file that is not there costs nothing; one that is no configuration gives the fall-backs.
-        QVERIFY(!document.load(folder.filePath(QStringLiteral("none.xml"))).opened);
+        QVERIFY(!document.load(folder.filePath(u"none.xml"_s)).opened);
         QVERIFY(document.configuration() == snapshot);
         QCOMPARE(document.fileName(), path);
         QVERIFY(document.load(path).document);
@@ -467,7 +385,7 @@ private Q_SLOTS:
         QVERIFY(replaceFile(path, "no configuration"));
         const ReadReport report = document.load(path);
         QVERIFY(report.opened && !report.document);
-        QVERIFY(report.document.message().startsWith(path + QStringLiteral(": not a configuration")));
+        QVERIFY(report.document.message().startsWith(path + u": not a configuration"_s));
         QCOMPARE(document.fileName(), "");
         QCOMPARE(document.configuration().gsm.pin, "");
     }

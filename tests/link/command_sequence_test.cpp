@@ -6,6 +6,7 @@
 #include <QTest>
 
 using namespace ktr;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -42,33 +43,33 @@ private Q_SLOTS:
     void aNewConfigurationGivesTheseCommands()
     {
         Configuration configuration = newConfiguration();
-        configuration.versionText = QStringLiteral("stamp");
+        configuration.versionText = u"stamp"_s;
         const QMap<int, QString> commands = allCommands(configuration, context());
         QCOMPARE(commands.size(), 79);
         const QMap<int, QString> expected{
-            {0, QStringLiteral("V,§")},
-            {1, QStringLiteral("n,,,+49,+49,+49,+49,+49,+49")},
-            {2, QStringLiteral("g,1,1,0,,0,0,0,0,1,255,")},
-            {17, QStringLiteral("g,16,1,0,,0,0,0,0,1,255,")},
-            {18, QStringLiteral("g,17,1,0,,0,255,")},
-            {21, QStringLiteral("g,20,1,0,,0,255,")},
-            {22, QStringLiteral("d,1,0,0,0,1")},
-            {25, QStringLiteral("d,4,0,0,0")},
-            {26, QStringLiteral("d,9,0,1")},
-            {29, QStringLiteral("d,14,0,1")},
-            {30, QStringLiteral("s,11,0")},
-            {33, QStringLiteral("s,14,0")},
-            {34, QStringLiteral("h,1,0,0")},
-            {51, QStringLiteral("h,18,0,0")},
-            {52, QStringLiteral("z,1,0,0,0,0001010000,0")},
-            {71, QStringLiteral("z,20,0,0,0,0001010000,0")},
-            {72, u'f' + QStringLiteral(",000101").repeated(20)},
-            {73, QStringLiteral("d,15,0,0")},
-            {74, QStringLiteral("d,16,0,0")},
-            {75, QStringLiteral("c,0")},
-            {76, QStringLiteral("e,167772161,4294967040,0.96.169.0.0.0")},
-            {77, QStringLiteral("t,09,11,15,14,05,37,7")},
-            {78, QStringLiteral("v,stamp")},
+            {0, u"V,§"_s},
+            {1, u"n,,,+49,+49,+49,+49,+49,+49"_s},
+            {2, u"g,1,1,0,,0,0,0,0,1,255,"_s},
+            {17, u"g,16,1,0,,0,0,0,0,1,255,"_s},
+            {18, u"g,17,1,0,,0,255,"_s},
+            {21, u"g,20,1,0,,0,255,"_s},
+            {22, u"d,1,0,0,0,1"_s},
+            {25, u"d,4,0,0,0"_s},
+            {26, u"d,9,0,1"_s},
+            {29, u"d,14,0,1"_s},
+            {30, u"s,11,0"_s},
+            {33, u"s,14,0"_s},
+            {34, u"h,1,0,0"_s},
+            {51, u"h,18,0,0"_s},
+            {52, u"z,1,0,0,0,0001010000,0"_s},
+            {71, u"z,20,0,0,0,0001010000,0"_s},
+            {72, u'f' + u",000101"_s.repeated(20)},
+            {73, u"d,15,0,0"_s},
+            {74, u"d,16,0,0"_s},
+            {75, u"c,0"_s},
+            {76, u"e,167772161,4294967040,0.96.169.0.0.0"_s},
+            {77, u"t,09,11,15,14,05,37,7"_s},
+            {78, u"v,stamp"_s},
         };
         for (auto it = expected.begin(); it != expected.end(); ++it) {
             QCOMPARE(commands.value(it.key()), it.value());
@@ -106,7 +107,7 @@ private Q_SLOTS:
         QTest::newRow("switch point at a limit value") << 53 << "z,2,11,15,1,0001010000,4,1,5" << same;
         QTest::newRow("switch point beyond a year") << 54 << "z,3,14,14,1,0001010000,525600" << same;
         QTest::newRow("target outside the list") << 55 << "z,4,0,16,0,0001010000,20,0" << same;
-        QTest::newRow("holidays") << 72 << "f,091224,091225" + QStringLiteral(",000101").repeated(18) << same;
+        QTest::newRow("holidays") << 72 << "f,091224,091225" + u",000101"_s.repeated(18) << same;
         QTest::newRow("output hours") << 74 << "d,16,1,100.5" << same;
         QTest::newRow("alive cycle") << 75 << "c,1.5" << same;
         QTest::newRow("addresses") << 76 << "e,3232235777,,0.96.169.171.205.1" << same;
@@ -117,45 +118,33 @@ private Q_SLOTS:
         QFETCH(QString, command);
         QFETCH(QString, underDecimalComma);
         Configuration c = newConfiguration();
-        c.gsm = {QStringLiteral("0042"), QStringLiteral("KTR"), QStringLiteral("PW 3"),
-                 QStringLiteral("1,5")};
-        c.administrators[0].number = QStringLiteral("+49301");
+        c.gsm = {u"0042"_s, u"KTR"_s, u"PW 3"_s, u"1,5"_s};
+        c.administrators[0].number = u"+49301"_s;
         c.administrators[1].number.clear();
-        c.limitValues[2] = {9,
-                            QStringLiteral("level high, pump 1,2"),
-                            QStringLiteral("2,5"),
-                            QStringLiteral("0,1"),
-                            QStringLiteral("5"),
-                            3,
-                            251,
-                            0,
-                            2,
-                            QStringLiteral("30")};
-        c.limitValues[3].limit = QStringLiteral("1°2");
-        c.limitValues[4].alarm = QStringLiteral("a\r\nat+cmgr=1\x1A\tb");
-        c.limitValues[16].alarm = QStringLiteral("a,b");
+        c.limitValues[2] = {9, u"level high, pump 1,2"_s, u"2,5"_s, u"0,1"_s, u"5"_s, 3, 251, 0, 2, u"30"_s};
+        c.limitValues[3].limit = u"1°2"_s;
+        c.limitValues[4].alarm = u"a\r\nat+cmgr=1\x1A\tb"_s;
+        c.limitValues[16].alarm = u"a,b"_s;
         c.limitValues[16].reference = 2.5;
         c.limitValues[16].repetitions = 1;
-        c.limitValues[16].repetitionInterval = QStringLiteral("60");
+        c.limitValues[16].repetitionInterval = u"60"_s;
         c.limitValues[16].recipients = 63;
-        c.digitalInputs[0] = {true, QStringLiteral("10,5"), false, false, QStringLiteral("12,5")};
-        c.digitalInputs[1] = {false, QStringLiteral("1"), true, true, QString()};
-        c.digitalInputs[2] = {false, QStringLiteral("9"), true, true, QStringLiteral("7")};
-        c.scaling[1] = {QStringLiteral("-0,5"), QStringLiteral("1,25"), QStringLiteral("m")};
-        c.scaling[2] = {QStringLiteral("0.5"), QStringLiteral("2"), QStringLiteral("V")};
-        c.outputValues[1] = {true, QStringLiteral("1")};
-        c.outputValues[0] = {false, QStringLiteral("9,5")};
-        c.archiving[17] = {QStringLiteral("15"), QStringLiteral("0,5")};
-        c.switchPoints[0] = {6, 12, QStringLiteral("0912241800"), QStringLiteral("0"), QStringLiteral("1,5"),
-                             3};
-        c.switchPoints[1] = {1, 15, QString(), QStringLiteral("1,5"), QStringLiteral("1"), 3};
-        c.switchPoints[2] = {4, 14, QString(), QStringLiteral("525600"), QStringLiteral("7"), 0};
-        c.switchPoints[3] = {11, 16, QString(), QStringLiteral("0"), QStringLiteral("0"), 19};
+        c.digitalInputs[0] = {true, u"10,5"_s, false, false, u"12,5"_s};
+        c.digitalInputs[1] = {false, u"1"_s, true, true, QString()};
+        c.digitalInputs[2] = {false, u"9"_s, true, true, u"7"_s};
+        c.scaling[1] = {u"-0,5"_s, u"1,25"_s, u"m"_s};
+        c.scaling[2] = {u"0.5"_s, u"2"_s, u"V"_s};
+        c.outputValues[1] = {true, u"1"_s};
+        c.outputValues[0] = {false, u"9,5"_s};
+        c.archiving[17] = {u"15"_s, u"0,5"_s};
+        c.switchPoints[0] = {6, 12, u"0912241800"_s, u"0"_s, u"1,5"_s, 3};
+        c.switchPoints[1] = {1, 15, QString(), u"1,5"_s, u"1"_s, 3};
+        c.switchPoints[2] = {4, 14, QString(), u"525600"_s, u"7"_s, 0};
+        c.switchPoints[3] = {11, 16, QString(), u"0"_s, u"0"_s, 19};
         c.holidays.add(QDate(2009, 12, 24));
         c.holidays.add(QDate(2009, 12, 25));
-        c.outputHours[1] = {true, QStringLiteral("100,5")};
-        c.ethernet = {QStringLiteral("192.168.001.001"), QStringLiteral("255.255.255"), QStringLiteral("ab"),
-                      QStringLiteral("CD"), QStringLiteral("1")};
+        c.outputHours[1] = {true, u"100,5"_s};
+        c.ethernet = {u"192.168.001.001"_s, u"255.255.255"_s, u"ab"_s, u"CD"_s, u"1"_s};
         QCOMPARE(allCommands(c, context()).value(step), command);
         QCOMPARE(allCommands(c, context(false, test::german())).value(step),
                  underDecimalComma.isEmpty() ? command : underDecimalComma);
@@ -221,8 +210,8 @@ private Q_SLOTS:
     void aPeriodOfAYearSetsTheValueInTheConfiguration()
     {
         Configuration c = newConfiguration();
-        c.switchPoints[0].period = QStringLiteral("525599.9");
-        c.switchPoints[1].period = QStringLiteral("525600 min");
+        c.switchPoints[0].period = u"525599.9"_s;
+        c.switchPoints[1].period = u"525600 min"_s;
         CommandSequence sequence;
         sequence.start(52);
         sequence.next(c, context());

@@ -13,6 +13,7 @@
 #include <deque>
 
 using namespace ktr;
+using namespace Qt::StringLiterals;
 using Action = ModemDialogue::Action;
 
 namespace {
@@ -23,23 +24,21 @@ QStringList outcome(ModemDialogue &dialogue, const QString &line)
     QStringList texts;
     for (const Action &action : dialogue.lineReceived(line)) {
         if (const auto *send = std::get_if<ModemDialogue::Send>(&action)) {
-            texts += QStringLiteral("> ") + send->line;
+            texts += u"> "_s + send->line;
         } else if (const auto *reply = std::get_if<ModemDialogue::Reply>(&action)) {
-            texts += QStringLiteral("= reply %1 %2 %3")
-                         .arg(static_cast<int>(reply->kind))
-                         .arg(reply->number, reply->text);
+            texts += u"= reply %1 %2 %3"_s.arg(static_cast<int>(reply->kind)).arg(reply->number, reply->text);
         } else if (const auto *sent = std::get_if<ModemDialogue::CommandSent>(&action)) {
-            texts += QStringLiteral("= sent %1 %2").arg(sent->step.value_or(-1)).arg(sent->command);
+            texts += u"= sent %1 %2"_s.arg(sent->step.value_or(-1)).arg(sent->command);
         } else if (const auto *refused = std::get_if<ModemDialogue::CommandRefused>(&action)) {
-            texts += QStringLiteral("= refused %1").arg(refused->step.value_or(-1));
+            texts += u"= refused %1"_s.arg(refused->step.value_or(-1));
         } else if (std::holds_alternative<ModemDialogue::Caught>(action)) {
-            texts += QStringLiteral("= caught");
+            texts += u"= caught"_s;
         } else if (std::holds_alternative<ModemDialogue::NothingToRead>(action)) {
-            texts += QStringLiteral("= nothing");
+            texts += u"= nothing"_s;
         } else if (std::holds_alternative<ModemDialogue::FirmwareAnnounced>(action)) {
-            texts += QStringLiteral("= firmware");
+            texts += u"= firmware"_s;
         } else if (const auto *confirmed = std::get_if<ModemDialogue::ServiceConfirmed>(&action)) {
-            texts += QStringLiteral("= confirmed ") + confirmed->text;
+            texts += u"= confirmed "_s + confirmed->text;
         }
     }
     return texts;
@@ -53,7 +52,7 @@ public:
     {
         opened += address;
         if (refused.contains(address)) {
-            return Status::failed(address + QStringLiteral(": the port is already in use"));
+            return Status::failed(address + u": the port is already in use"_s);
         }
         present = address;
         return Status::done();
@@ -116,8 +115,7 @@ private Q_SLOTS:
 
     void aTransmissionGoesLikeThis()
     {
-        std::deque<StepCommand> commands{
-            {0, QStringLiteral("V,§")}, {1, QString(161, u'n')}, {2, QStringLiteral("g,1,1")}};
+        std::deque<StepCommand> commands{{0, u"V,§"_s}, {1, QString(161, u'n')}, {2, u"g,1,1"_s}};
         ModemDialogue dialogue([&]() -> std::optional<StepCommand> {
             if (commands.empty()) {
                 return std::nullopt;
@@ -126,100 +124,65 @@ private Q_SLOTS:
             commands.pop_front();
             return next;
         });
-        const QString reads = QStringLiteral("at+cmgr=1\r");
-        QCOMPARE(outcome(dialogue, QStringLiteral("at+cpin?\r")),
-                 (QStringList{QStringLiteral("> at+cpin?"), QStringLiteral("= caught"),
-                              QStringLiteral("> config"), QStringLiteral("> OK")}));
-        QCOMPARE(
-            outcome(dialogue, reads),
-            (QStringList{QStringLiteral("> at+cmgr=1"), QStringLiteral("> ,\"+IP\""), QStringLiteral("> V,§"),
-                         QStringLiteral("= sent 0 V,§"), QStringLiteral("> OK")}));
+        const QString reads = u"at+cmgr=1\r"_s;
+        QCOMPARE(outcome(dialogue, u"at+cpin?\r"_s),
+                 (QStringList{u"> at+cpin?"_s, u"= caught"_s, u"> config"_s, u"> OK"_s}));
+        QCOMPARE(outcome(dialogue, reads),
+                 (QStringList{u"> at+cmgr=1"_s, u"> ,\"+IP\""_s, u"> V,§"_s, u"= sent 0 V,§"_s, u"> OK"_s}));
         // The module's answer, as two lines and as one: it is told once.
-        QCOMPARE(outcome(dialogue, QStringLiteral("at+cmgs=\"+4930\"\r")),
-                 (QStringList{QStringLiteral("> at+cmgs=\"+4930\""), QStringLiteral("> OK")}));
-        QCOMPARE(outcome(dialogue, QStringLiteral("V,2.1 --> 05\x1A")),
-                 (QStringList{QStringLiteral("> V,2.1 --> 05"),
-                              QStringLiteral("= reply 0 +4930 V,2.1 --> 05"), QStringLiteral("> OK")}));
-        QCOMPARE(outcome(dialogue, QStringLiteral("at+cmgs=\"+IP\"\rOK: §,3,0\x1A")),
-                 (QStringList{QStringLiteral("> at+cmgs=\"+IP\"\rOK: §,3,0"),
-                              QStringLiteral("= reply 0 +IP OK: §,3,0"), QStringLiteral("= confirmed 3,0"),
-                              QStringLiteral("> OK")}));
+        QCOMPARE(outcome(dialogue, u"at+cmgs=\"+4930\"\r"_s),
+                 (QStringList{u"> at+cmgs=\"+4930\""_s, u"> OK"_s}));
+        QCOMPARE(outcome(dialogue, u"V,2.1 --> 05\x1A"_s),
+                 (QStringList{u"> V,2.1 --> 05"_s, u"= reply 0 +4930 V,2.1 --> 05"_s, u"> OK"_s}));
+        QCOMPARE(outcome(dialogue, u"at+cmgs=\"+IP\"\rOK: §,3,0\x1A"_s),
+                 (QStringList{u"> at+cmgs=\"+IP\"\rOK: §,3,0"_s, u"= reply 0 +IP OK: §,3,0"_s,
+                              u"= confirmed 3,0"_s, u"> OK"_s}));
         // An over-long command is left out and the next one follows on the next reading.
-        QCOMPARE(outcome(dialogue, reads),
-                 (QStringList{QStringLiteral("> at+cmgr=1"), QStringLiteral("= refused 1"),
-                              QStringLiteral("> OK")}));
-        QCOMPARE(outcome(dialogue, QStringLiteral("noise") + reads).value(3), "= sent 2 g,1,1");
-        QCOMPARE(outcome(dialogue, reads),
-                 (QStringList{QStringLiteral("> at+cmgr=1"), QStringLiteral("= nothing"),
-                              QStringLiteral("> OK")}));
+        QCOMPARE(outcome(dialogue, reads), (QStringList{u"> at+cmgr=1"_s, u"= refused 1"_s, u"> OK"_s}));
+        QCOMPARE(outcome(dialogue, u"noise"_s + reads).value(3), "= sent 2 g,1,1");
+        QCOMPARE(outcome(dialogue, reads), (QStringList{u"> at+cmgr=1"_s, u"= nothing"_s, u"> OK"_s}));
     }
 
-    void otherLinesOfTheModuleAreTold_data()
-    {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("told");
-        QTest::newRow("history") << "H,1,0911151400,1,12.5\r"
-                                 << "= reply 1  H,1,0911151400,1,12.5";
-        QTest::newRow("history by SMS") << "at+cmgs=\"+IP\"\rH,1,2\x1A"
-                                        << "= reply 1 +IP H,1,2";
-        QTest::newRow("message") << "\n+49 --> M,fail\r"
-                                 << "= reply 2  --> M,fail";
-        QTest::newRow("confirmation") << "OK: §,0,6\r"
-                                      << "= confirmed 0,6";
-    }
     void otherLinesOfTheModuleAreTold()
     {
-        QFETCH(QString, line);
-        QFETCH(QString, told);
-        ModemDialogue dialogue([] { return std::nullopt; });
-        QCOMPARE(outcome(dialogue, line),
-                 (QStringList{QStringLiteral("> ") + line.chopped(1), told, QStringLiteral("> OK")}));
+        const QList<std::pair<QString, QString>> rows{
+            {u"H,1,0911151400,1,12.5\r"_s, u"= reply 1  H,1,0911151400,1,12.5"_s},
+            {u"at+cmgs=\"+IP\"\rH,1,2\x1A"_s, u"= reply 1 +IP H,1,2"_s},
+            {u"\n+49 --> M,fail\r"_s, u"= reply 2  --> M,fail"_s},
+            {u"OK: §,0,6\r"_s, u"= confirmed 0,6"_s}};
+        for (const auto &[line, told] : rows) {
+            ModemDialogue dialogue([] { return std::nullopt; });
+            QCOMPARE(outcome(dialogue, line), (QStringList{u"> "_s + line.chopped(1), told, u"> OK"_s}));
+        }
     }
 
     void anSmsThatIsBrokenOffIsNotMixedWithTheNextLine()
     {
         ModemDialogue dialogue([] { return std::nullopt; });
-        outcome(dialogue, QStringLiteral("at+cmgs=\"+IP\"\r"));
-        QCOMPARE(outcome(dialogue, QStringLiteral("at+cpin?\r")).value(1), "= caught");
-        QCOMPARE(outcome(dialogue, QStringLiteral("stray\x1A")),
-                 (QStringList{QStringLiteral("> stray"), QStringLiteral("> OK")}));
+        outcome(dialogue, u"at+cmgs=\"+IP\"\r"_s);
+        QCOMPARE(outcome(dialogue, u"at+cpin?\r"_s).value(1), "= caught");
+        QCOMPARE(outcome(dialogue, u"stray\x1A"_s), (QStringList{u"> stray"_s, u"> OK"_s}));
     }
 
     void aServiceCommandWaitsForTheNextReading()
     {
         ModemDialogue dialogue([] { return std::nullopt; });
-        dialogue.place(QStringLiteral("§88"));
-        QCOMPARE(outcome(dialogue, QStringLiteral("+CSQ: 18,0\r")).size(), 2);
-        QCOMPARE(outcome(dialogue, QStringLiteral("at+cmgr=1\r")).mid(3),
-                 (QStringList{QStringLiteral("= sent -1 §88"), QStringLiteral("= firmware"),
-                              QStringLiteral("> OK")}));
+        dialogue.place(u"§88"_s);
+        QCOMPARE(outcome(dialogue, u"+CSQ: 18,0\r"_s).size(), 2);
+        QCOMPARE(outcome(dialogue, u"at+cmgr=1\r"_s).mid(3),
+                 (QStringList{u"= sent -1 §88"_s, u"= firmware"_s, u"> OK"_s}));
         QCOMPARE(dialogue.outgoing(), "");
     }
 
-    void noLogLineShowsAPinOrAControlCharacter_data()
-    {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("logged");
-        QTest::newRow("PIN entry") << "com <---- at+cpin=\"4711\"\r"
-                                   << "at+cpin=\"****\"";
-        QTest::newRow("PIN question") << "com <---- at+cpin?\r"
-                                      << "com <---- at+cpin?";
-        QTest::newRow("numbers") << "com ----> n,4711,PW,+49"
-                                 << "com ----> n,****,PW,+49";
-        QTest::newRow("numbers, answered") << "N,4711,PW,+49"
-                                           << "N,****,PW,+49";
-        QTest::newRow("other command") << "com ----> g,1,1,0"
-                                       << "com ----> g,1,1,0";
-        QTest::newRow("Ctrl-Z") << "com <---- text\x1A"
-                                << "com <---- text\\x1a";
-        QTest::newRow("lines in one piece") << "com <---- a\rb\r\n"
-                                            << "com <---- a\\rb";
-    }
     void noLogLineShowsAPinOrAControlCharacter()
     {
-        QFETCH(QString, line);
-        QFETCH(QString, logged);
-        QCOMPARE(logText(line), logged);
+        QCOMPARE(logText(u"com <---- at+cpin=\"4711\"\r"_s), "at+cpin=\"****\"");
+        QCOMPARE(logText(u"com <---- at+cpin?\r"_s), "com <---- at+cpin?");
+        QCOMPARE(logText(u"com ----> n,4711,PW,+49"_s), "com ----> n,****,PW,+49");
+        QCOMPARE(logText(u"N,4711,PW,+49"_s), "N,****,PW,+49");
+        QCOMPARE(logText(u"com ----> g,1,1,0"_s), "com ----> g,1,1,0");
+        QCOMPARE(logText(u"com <---- a\rtext\x1A"_s), "com <---- a\\rtext\\x1a");
+        QCOMPARE(logText(u"com <---- b\r\n"_s), "com <---- b");
     }
 
     void theSessionSendsWhatALineLeadsToAndTellsItsEnd()
@@ -230,7 +193,7 @@ private Q_SLOTS:
         QSignalSpy transmitted(&session, &ModuleSession::transmitted);
         QSignalSpy silent(&session, &ModuleSession::silent);
         Configuration configuration;
-        configuration.versionText = QStringLiteral("Käse");
+        configuration.versionText = u"Käse"_s;
         session.startTransmission(configuration, false, 77);
         session.setTimeout(Milliseconds(60000));
         timers.advance(Milliseconds(59999));
@@ -251,13 +214,13 @@ private Q_SLOTS:
     void theSearchGoesRoundThePortsAndComesBackToOneThatReturns()
     {
         ScriptedTransport line;
-        line.refused = {QStringLiteral("A")};
+        line.refused = {u"A"_s};
         test::ManualTimers timers;
-        QStringList ports{QStringLiteral("A"), QStringLiteral("B"), QStringLiteral("C")};
+        QStringList ports{u"A"_s, u"B"_s, u"C"_s};
         PortSearch search(line, timers, [&ports] { return ports; });
         QSignalSpy refused(&search, &PortSearch::refused);
         search.start();
-        QCOMPARE(line.opened, (QStringList{QStringLiteral("A"), QStringLiteral("B")}));
+        QCOMPARE(line.opened, (QStringList{u"A"_s, u"B"_s}));
         QCOMPARE(refused.count(), 1);
         timers.advance(PortSearch::tickInterval * PortSearch::ticksPerPort);
         QCOMPARE(search.port(), "C");
@@ -266,11 +229,11 @@ private Q_SLOTS:
         QCOMPARE(search.port(), "B");
         QCOMPARE(refused.count(), 1);
 
-        ports = {QStringLiteral("A")};
+        ports = {u"A"_s};
         timers.advance(PortSearch::tickInterval);
         QCOMPARE(search.port(), "");
         QVERIFY(!line.isOpen());
-        ports = {QStringLiteral("A"), QStringLiteral("B")};
+        ports = {u"A"_s, u"B"_s};
         timers.advance(PortSearch::tickInterval);
         QCOMPARE(search.port(), "B");
         search.stop();
@@ -284,7 +247,7 @@ private Q_SLOTS:
     {
         ScriptedTransport line;
         test::ManualTimers timers;
-        PortSearch search(line, timers, [] { return QStringList{QStringLiteral("A")}; });
+        PortSearch search(line, timers, [] { return QStringList{u"A"_s}; });
         QSignalSpy gaveUp(&search, &PortSearch::gaveUp);
         search.start();
         timers.advance(PortSearch::tickInterval * 248);
@@ -298,7 +261,7 @@ private Q_SLOTS:
     void theLogIsAppendedAndAnUnwritableOneIsToldOnly()
     {
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("log.txt"));
+        const QString path = folder.filePath(u"log.txt"_s);
         for (const QString line : {"com <---- at+cpin?\r", "com ----> OK"}) {
             ConversationLog log;
             QVERIFY(log.open(path));
@@ -312,10 +275,10 @@ private Q_SLOTS:
 
         ConversationLog log;
         QVERIFY(!log.open(folder.path()));
-        log.write(QDateTime(), QStringLiteral("x"));
+        log.write(QDateTime(), u"x"_s);
         ConversationLog full;
-        QVERIFY(full.open(QStringLiteral("/dev/full")));
-        full.write(QDateTime(), QStringLiteral("x"));
+        QVERIFY(full.open(u"/dev/full"_s));
+        full.write(QDateTime(), u"x"_s);
         QVERIFY(!full.status());
     }
 };

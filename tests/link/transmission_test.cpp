@@ -14,6 +14,7 @@
 #include <QTimer>
 
 using namespace ktr;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -86,7 +87,7 @@ Outcome transmitted(Configuration configuration, bool answer, const QLocale &loc
         timers.advance(Milliseconds(10));
     }
     if (!configured) {
-        outcome.differences = QStringList{QStringLiteral("the module was never configured")};
+        outcome.differences = QStringList{u"the module was never configured"_s};
     }
     return outcome;
 }
@@ -105,7 +106,7 @@ private Q_SLOTS:
             const Configuration configuration = test::RandomConfiguration(seed).make(locale);
             const Outcome outcome = transmitted(configuration, seed % 3 == 0, locale);
             QVERIFY2(outcome.differences.isEmpty(),
-                     qPrintable(QStringLiteral("seed %1: ").arg(seed) + outcome.differences.join(u'\n')));
+                     qPrintable(u"seed %1: "_s.arg(seed) + outcome.differences.join(u'\n')));
             QVERIFY(outcome.transmitted);
             QCOMPARE(outcome.refusedByModule, 0);
         }
@@ -138,7 +139,7 @@ private Q_SLOTS:
             const Configuration configuration = test::RandomConfiguration(seed).make(QLocale::c());
             const Outcome outcome = transmitted(configuration, seed % 2 == 0, QLocale::c(), faults);
             QVERIFY2(outcome.differences.isEmpty(),
-                     qPrintable(QStringLiteral("seed %1: ").arg(seed) + outcome.differences.join(u'\n')));
+                     qPrintable(u"seed %1: "_s.arg(seed) + outcome.differences.join(u'\n')));
         }
     }
 
@@ -150,7 +151,7 @@ private Q_SLOTS:
         QVERIFY(outcome.transmitted);
         QVERIFY(!outcome.differences.isEmpty());
         for (const QString &line : outcome.differences) {
-            QVERIFY2(line.startsWith(QStringLiteral("Grenzwert4 ")), qPrintable(line));
+            QVERIFY2(line.startsWith(u"Grenzwert4 "_s), qPrintable(line));
         }
     }
 
@@ -189,7 +190,7 @@ private Q_SLOTS:
         SerialTransport second(io);
         const Status refused = second.open(terminal.slavePath());
         QVERIFY(!refused);
-        QVERIFY2(refused.message().contains(QStringLiteral("in use")), qPrintable(refused.message()));
+        QVERIFY2(refused.message().contains(u"in use"_s), qPrintable(refused.message()));
 
         QByteArray all;
         for (int byte = 0; byte < 256; ++byte) {
@@ -237,10 +238,10 @@ private Q_SLOTS:
             QVERIFY(!port.isOpen());
             port.send("into the void");
         }
-        const Status missing = port.open(QStringLiteral("/dev/ttyUSB999"));
+        const Status missing = port.open(u"/dev/ttyUSB999"_s);
         QVERIFY(!missing);
-        QVERIFY2(missing.message().contains(QStringLiteral("no such port")), qPrintable(missing.message()));
-        QVERIFY(!port.open(QStringLiteral("/dev/null")));
+        QVERIFY2(missing.message().contains(u"no such port"_s), qPrintable(missing.message()));
+        QVERIFY(!port.open(u"/dev/null"_s));
     }
 };
 

@@ -8,6 +8,7 @@
 #include <QTest>
 
 using namespace ktr;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -42,23 +43,22 @@ private Q_SLOTS:
         const auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
         const auto visible = ownerOnly | QFileDevice::ReadGroup | QFileDevice::ReadOther;
         const auto relevant = visible | QFileDevice::WriteGroup | QFileDevice::WriteOther;
-        QVERIFY(replaceFile(path(QStringLiteral("a")), "one"));
-        QCOMPARE(QFile::permissions(path(QStringLiteral("a"))) & relevant, ownerOnly);
-        QFile::setPermissions(path(QStringLiteral("a")), visible);
-        QVERIFY(replaceFile(path(QStringLiteral("a")), "two"));
-        QCOMPARE(QFile::permissions(path(QStringLiteral("a"))) & relevant, visible);
-        QCOMPARE(contentOf(path(QStringLiteral("a"))), "two");
-        QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden),
-                 QStringList{QStringLiteral("a")});
+        QVERIFY(replaceFile(path(u"a"_s), "one"));
+        QCOMPARE(QFile::permissions(path(u"a"_s)) & relevant, ownerOnly);
+        QFile::setPermissions(path(u"a"_s), visible);
+        QVERIFY(replaceFile(path(u"a"_s), "two"));
+        QCOMPARE(QFile::permissions(path(u"a"_s)) & relevant, visible);
+        QCOMPARE(contentOf(path(u"a"_s)), "two");
+        QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"a"_s});
     }
 
     void aLinkStaysALinkAndItsTargetIsReplaced()
     {
-        write(path(QStringLiteral("target")), "old");
-        QVERIFY(QFile::link(path(QStringLiteral("target")), path(QStringLiteral("link"))));
-        QVERIFY(replaceFile(path(QStringLiteral("link")), "new"));
-        QVERIFY(QFileInfo(path(QStringLiteral("link"))).isSymLink());
-        QCOMPARE(contentOf(path(QStringLiteral("target"))), "new");
+        write(path(u"target"_s), "old");
+        QVERIFY(QFile::link(path(u"target"_s), path(u"link"_s)));
+        QVERIFY(replaceFile(path(u"link"_s), "new"));
+        QVERIFY(QFileInfo(path(u"link"_s)).isSymLink());
+        QCOMPARE(contentOf(path(u"target"_s)), "new");
     }
 
     void aFailureLeavesTheOldFileAndNoRemains_data()
@@ -72,28 +72,25 @@ private Q_SLOTS:
     {
         QFETCH(QString, limits);
         QTemporaryDir folder;
-        const QString file = folder.filePath(QStringLiteral("file"));
+        const QString file = folder.filePath(u"file"_s);
         write(file, "the old content");
         QProcess process;
-        process.start(QStringLiteral("sh"),
-                      {QStringLiteral("-c"), limits + QStringLiteral(" exec \"$0\" --replace \"$1\""),
-                       QCoreApplication::applicationFilePath(), file});
+        process.start(u"sh"_s, {u"-c"_s, limits + u" exec \"$0\" --replace \"$1\""_s,
+                                QCoreApplication::applicationFilePath(), file});
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitStatus(), QProcess::NormalExit);
         QVERIFY(process.exitCode() != 0);
         QCOMPARE(contentOf(file), "the old content");
-        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
-                 QStringList{QStringLiteral("file")});
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"file"_s});
     }
 
     void aKillInTheMiddleLeavesAWholeFile()
     {
         QTemporaryDir folder;
-        const QString path = folder.filePath(QStringLiteral("file"));
+        const QString path = folder.filePath(u"file"_s);
         for (int round = 0; round < 40; ++round) {
             QProcess process;
-            process.start(QCoreApplication::applicationFilePath(),
-                          {QStringLiteral("--replace-forever"), path});
+            process.start(QCoreApplication::applicationFilePath(), {u"--replace-forever"_s, path});
             // It says a dot for each replacement; the kill falls somewhere behind a number of them.
             QByteArray dots;
             while (dots.size() < round % 7 + 2) {
@@ -111,38 +108,37 @@ private Q_SLOTS:
     void whatIsNoFileIsRefusedOrWrittenTo()
     {
         QVERIFY(!replaceFile(m_folder.path(), "x"));
-        QVERIFY(!replaceFile(path(QStringLiteral("missing/file")), "x"));
-        const Status full = replaceFile(QStringLiteral("/dev/full"), "x");
+        QVERIFY(!replaceFile(path(u"missing/file"_s), "x"));
+        const Status full = replaceFile(u"/dev/full"_s, "x");
         QVERIFY(!full);
-        QVERIFY(full.message().startsWith(QStringLiteral("/dev/full: ")));
-        QVERIFY(replaceFile(QStringLiteral("/dev/null"), "x"));
-        QVERIFY(!QFileInfo(QStringLiteral("/dev/null")).isFile());
+        QVERIFY(full.message().startsWith(u"/dev/full: "_s));
+        QVERIFY(replaceFile(u"/dev/null"_s, "x"));
+        QVERIFY(!QFileInfo(u"/dev/null"_s).isFile());
     }
 
     void aFileBeyondTheLimitIsNotRead()
     {
-        write(path(QStringLiteral("long")), QByteArray(11, 'x'));
+        write(path(u"long"_s), QByteArray(11, 'x'));
         QByteArray content;
-        QVERIFY(!readFile(path(QStringLiteral("long")), content, 10));
-        QVERIFY(readFile(path(QStringLiteral("long")), content, 11));
+        QVERIFY(!readFile(path(u"long"_s), content, 10));
+        QVERIFY(readFile(path(u"long"_s), content, 11));
         QCOMPARE(content.size(), 11);
     }
 
     void portsAreListedByKindAndNumberAndOnlyWhereThereIsHardware()
     {
-        QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("dev")));
+        QVERIFY(QDir(m_folder.path()).mkpath(u"dev"_s));
         for (const QString name : {"ttyS0", "ttyS1", "ttyUSB10", "ttyUSB2", "ttyACM0", "tty1", "null"}) {
-            write(path(QStringLiteral("dev/") + name), "");
+            write(path(u"dev/"_s + name), "");
         }
         for (const QString name : {"ttyS0", "ttyS1"}) {
-            QVERIFY(QDir(m_folder.path()).mkpath(QStringLiteral("class/") + name));
-            write(path(QStringLiteral("class/") + name + QStringLiteral("/type")),
-                  name == QStringLiteral("ttyS0") ? "0\n" : "4\n");
+            QVERIFY(QDir(m_folder.path()).mkpath(u"class/"_s + name));
+            write(path(u"class/"_s + name + u"/type"_s), name == u"ttyS0"_s ? "0\n" : "4\n");
         }
-        const QString dev = path(QStringLiteral("dev"));
-        const QStringList expected{dev + QStringLiteral("/ttyUSB2"), dev + QStringLiteral("/ttyUSB10"),
-                                   dev + QStringLiteral("/ttyACM0"), dev + QStringLiteral("/ttyS1")};
-        QCOMPARE(serialPorts(dev, path(QStringLiteral("class"))), expected);
+        const QString dev = path(u"dev"_s);
+        const QStringList expected{dev + u"/ttyUSB2"_s, dev + u"/ttyUSB10"_s, dev + u"/ttyACM0"_s,
+                                   dev + u"/ttyS1"_s};
+        QCOMPARE(serialPorts(dev, path(u"class"_s)), expected);
     }
 };
 
@@ -152,10 +148,10 @@ int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv);
     const QStringList words = QCoreApplication::arguments();
-    if (words.value(1) == QStringLiteral("--replace")) {
+    if (words.value(1) == u"--replace"_s) {
         return replaceFile(words.value(2), QByteArray(replacementSize, 'n')) ? 0 : 1;
     }
-    while (words.value(1) == QStringLiteral("--replace-forever")) {
+    while (words.value(1) == u"--replace-forever"_s) {
         static char letter = 'a';
         letter = letter == 'a' ? 'b' : 'a';
         if (!replaceFile(words.value(2), QByteArray(replacementSize, letter))) {

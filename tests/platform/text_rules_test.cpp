@@ -4,6 +4,7 @@
 #include <QTest>
 
 using namespace ktr;
+using namespace Qt::StringLiterals;
 
 class TextRulesTest : public QObject
 {
@@ -64,12 +65,12 @@ private Q_SLOTS:
     void datesAreReadAsTheUserWritesThem()
     {
         const QDate christmas(2026, 12, 24);
-        QCOMPARE(toDate(QStringLiteral("24.12.26"), test::german()), christmas);
-        QCOMPARE(toDate(QStringLiteral("24.12.2026"), test::german()), christmas);
-        QCOMPARE(toDate(QStringLiteral("12/24/26"), test::english()), christmas);
-        QCOMPARE(toDate(QStringLiteral("2026-12-24"), test::english()), christmas);
-        QVERIFY(!toDate(QStringLiteral("31.02.2026"), test::german()));
-        QVERIFY(!toDate(QStringLiteral("soon"), test::english()));
+        QCOMPARE(toDate(u"24.12.26"_s, test::german()), christmas);
+        QCOMPARE(toDate(u"24.12.2026"_s, test::german()), christmas);
+        QCOMPARE(toDate(u"12/24/26"_s, test::english()), christmas);
+        QCOMPARE(toDate(u"2026-12-24"_s, test::english()), christmas);
+        QVERIFY(!toDate(u"31.02.2026"_s, test::german()));
+        QVERIFY(!toDate(u"soon"_s, test::english()));
     }
 
     void everyByteSurvivesTheCodePageAndUnknownCharactersCostOneByte()

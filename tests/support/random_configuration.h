@@ -9,6 +9,8 @@
 
 namespace ktr::test {
 
+using namespace Qt::StringLiterals;
+
 /// Configurations as people could fill them in: every field used, within what a module takes.
 class RandomConfiguration
 {
@@ -19,9 +21,8 @@ public:
     {
         m_point = locale.decimalPoint();
         Configuration c;
-        c.versionText = QStringLiteral("2026-11-%1 12:00:00").arg(whole(10, 30));
-        c.gsm = {digits(4), whole(0, 1) == 0 ? QStringLiteral("KTR") : QStringLiteral("NVA"), text(12, false),
-                 decimal()};
+        c.versionText = u"2026-11-%1 12:00:00"_s.arg(whole(10, 30));
+        c.gsm = {digits(4), whole(0, 1) == 0 ? u"KTR"_s : u"NVA"_s, text(12, false), decimal()};
         for (Administrator &administrator : c.administrators) {
             administrator = {text(10), whole(0, 4) == 0 ? QString() : u'+' + digits(11)};
         }
@@ -60,8 +61,7 @@ public:
         for (SwitchPoint &point : c.switchPoints) {
             point.target = static_cast<qint16>(whole(0, 10));
             point.type = static_cast<qint16>(whole(0, 16));
-            point.start =
-                flag() ? QString() : date() + QStringLiteral("%1%2").arg(whole(10, 23)).arg(whole(10, 59));
+            point.start = flag() ? QString() : date() + u"%1%2"_s.arg(whole(10, 23)).arg(whole(10, 59));
             point.period = QString::number(flag() ? whole(0, 1440) : whole(525590, 525610));
             point.value = decimal();
             point.limitValue = static_cast<qint16>(whole(0, 19));
@@ -69,12 +69,8 @@ public:
         for (int i = whole(0, HolidayList::capacity); i > 0; --i) {
             c.holidays.add(QDate(whole(2000, 2099), whole(1, 12), whole(1, 28)));
         }
-        const auto group = [this] {
-            return QStringLiteral("%1").arg(whole(0, 255), 3, 10, QLatin1Char('0'));
-        };
-        const auto byte = [this] {
-            return QStringLiteral("%1").arg(whole(0, 255), 2, 16, QLatin1Char('0')).toUpper();
-        };
+        const auto group = [this] { return u"%1"_s.arg(whole(0, 255), 3, 10, QLatin1Char('0')); };
+        const auto byte = [this] { return u"%1"_s.arg(whole(0, 255), 2, 16, QLatin1Char('0')).toUpper(); };
         const auto address = [&group] { return group() + u'.' + group() + u'.' + group() + u'.' + group(); };
         c.ethernet = {address(), address(), byte(), byte(), byte()};
         return c;
@@ -86,10 +82,7 @@ private:
         return std::uniform_int_distribution<int>(lowest, highest)(m_random);
     }
     bool flag() { return whole(0, 1) == 1; }
-    QString date()
-    {
-        return QDate(whole(2001, 2099), whole(1, 12), whole(1, 28)).toString(QStringLiteral("yyMMdd"));
-    }
+    QString date() { return QDate(whole(2001, 2099), whole(1, 12), whole(1, 28)).toString(u"yyMMdd"_s); }
     QString decimal()
     {
         const QString number = QString::number(whole(-999, 9999));
@@ -105,7 +98,7 @@ private:
     }
     QString text(int longest, bool withCommas = true)
     {
-        static const QString letters = QStringLiteral("abcXYZ 0189.;:-_#\"'<>&=?!()ÄÖÜ€°§µ\r\x1A,");
+        static const QString letters = u"abcXYZ 0189.;:-_#\"'<>&=?!()ÄÖÜ€°§µ\r\x1A,"_s;
         QString text;
         for (int count = whole(0, longest); count > 0; --count) {
             text += letters[whole(0, static_cast<int>(letters.size()) - (withCommas ? 1 : 2))];
