@@ -9,6 +9,7 @@ namespace ktr::cli {
 int newFile(const QStringList &words);
 int convert(const QStringList &words);
 int commands(const QStringList &words);
+int check(const QStringList &words);
 int compare(const QStringList &words);
 int transmit(const QStringList &words);
 int send(const QStringList &words);

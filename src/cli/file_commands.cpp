@@ -6,6 +6,7 @@
 #include "lang/text_table.h"
 #include "link/command_sequence.h"
 #include "link/conversation_log.h"
+#include "link/problems.h"
 #include "platform/serial_device.h"
 #include "simulator/held_form.h"
 
@@ -71,6 +72,29 @@ int commands(const QStringList &words)
         }
     }
     return done;
+}
+
+int check(const QStringList &words)
+{
+    Arguments arguments(
+        QStringLiteral("check"),
+        QStringLiteral("Tells what the file or the module would choke on in the configuration FILE, a "
+                       "line each: the place, a tab, what is wrong there."),
+        {QStringLiteral("FILE")});
+    if (const auto end = arguments.parse(words)) {
+        return *end;
+    }
+    Document document(systemEnvironment());
+    if (load(document, arguments.positional(0)) != Loaded::Whole) {
+        return failed;
+    }
+    const Environment &environment = document.environment();
+    const QList<Problem> problems =
+        findProblems(document.configuration(), {false, environment.locale, environment.now()});
+    for (const Problem &problem : problems) {
+        print(problem.place + u'\t' + problem.message);
+    }
+    return problems.isEmpty() ? done : fail(QStringLiteral("%1 problems").arg(problems.size()));
 }
 
 int compare(const QStringList &words)

@@ -22,6 +22,7 @@ constexpr std::array table = {
     Command{"new", "FILE", "writes a new configuration", newFile},
     Command{"convert", "IN OUT", "reads a configuration and saves it as another file", convert},
     Command{"commands", "FILE", "shows the commands that a transmission sends", commands},
+    Command{"check", "FILE", "tells what the module would choke on", check},
     Command{"compare", "FILE HELD", "tells whether a module that holds HELD has what FILE means", compare},
     Command{"transmit", "FILE", "transmits a configuration to a module", transmit},
     Command{"send", "COMMAND", "sends one command and prints the module's answer", send},

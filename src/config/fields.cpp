@@ -4,6 +4,9 @@
 #include "platform/overloaded.h"
 #include "platform/text_rules.h"
 
+#include <QCoreApplication>
+
+#include <algorithm>
 #include <array>
 #include <limits>
 
@@ -62,6 +65,78 @@ QString presentComparison(const QString &text)
 {
     const auto number = toWholeNumber(text, 0, 4);
     return number == 0 ? QStringLiteral("1") : number == 4 ? QStringLiteral("3") : text;
+}
+
+// Checks
+
+QString told(const char *text)
+{
+    return QCoreApplication::translate("Problems", text);
+}
+
+QString numeric(const QString &text)
+{
+    return toNumber(text) ? QString() : told("is no number");
+}
+
+QString numericOrEmpty(const QString &text)
+{
+    return text.isEmpty() ? QString() : numeric(text);
+}
+
+/// For fields that are sent as typed, where a comma would begin another field.
+QString withoutComma(const QString &text)
+{
+    return text.contains(u',') ? told("has a comma, which separates fields") : QString();
+}
+
+QString numericWithoutComma(const QString &text)
+{
+    return text.contains(u',') ? withoutComma(text) : numericOrEmpty(text);
+}
+
+bool isDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
+
+bool isHexadecimalDigit(QChar c)
+{
+    return isDigit(c) || (c.toUpper() >= u'A' && c.toUpper() <= u'F');
+}
+
+QString simPin(const QString &text)
+{
+    const bool length = text.isEmpty() || (text.size() >= 4 && text.size() <= 8);
+    return length && std::ranges::all_of(text, isDigit) ? QString() : told("is no PIN of 4 to 8 digits");
+}
+
+QString phoneNumber(const QString &text)
+{
+    const bool sound = text.isEmpty() || (text.startsWith(u'+') && std::ranges::all_of(text.mid(1), isDigit));
+    return sound ? QString() : told("is no phone number of \"+\" and digits");
+}
+
+QString dottedAddress(const QString &text)
+{
+    const QStringList parts = text.split(u'.');
+    const auto isByte = [](const QString &part) { return toWholeNumber(part, 0, 255).has_value(); };
+    const bool sound = parts.size() == 4 && std::ranges::all_of(parts, isByte);
+    return sound ? QString() : told("is no address of four numbers from 0 to 255");
+}
+
+QString hexadecimalByte(const QString &text)
+{
+    const bool sound = text.size() == 2 && std::ranges::all_of(text, isHexadecimalDigit);
+    return sound ? QString() : told("is no byte of two hexadecimal digits");
+}
+
+QString startTime(const QString &text)
+{
+    const QString inThisCentury = QLatin1String("20") + text;
+    const bool date = text.size() == 10 && std::ranges::all_of(text, isDigit) &&
+                      QDateTime::fromString(inThisCentury, QStringLiteral("yyyyMMddhhmm")).isValid();
+    return text.isEmpty() || date ? QString() : told("is no date and time of the form YYMMDDhhmm");
 }
 
 // Presets
@@ -127,46 +202,46 @@ constexpr std::array infoFields = {
 };
 
 constexpr std::array gsmFields = {
-    Field<GsmSettings>{.xmlName = u"PIN", .member = &GsmSettings::pin, .control = {"txt_gsm_pin"}, .whenNew = is(u""), .whenRead = pinOfFourDigits},
+    Field<GsmSettings>{.xmlName = u"PIN", .member = &GsmSettings::pin, .control = {"txt_gsm_pin"}, .whenNew = is(u""), .whenRead = pinOfFourDigits, .check = simPin, .secret = true},
     Field<GsmSettings>{.xmlName = u"Stationstyp", .member = &GsmSettings::stationType, .control = {"Combo_gsm_type"}, .whenEmpty = keep, .accepts = isStationType},
-    Field<GsmSettings>{.xmlName = u"Stationskennung", .member = &GsmSettings::stationId, .control = {"txt_gsm_id"}, .whenNew = is(u""), .rule = umlautsReplaced},
-    Field<GsmSettings>{.xmlName = u"Alivecycle", .member = &GsmSettings::aliveCycle, .control = {"txt_gsm_alive"}, .whenNew = is(u"0"), .rule = wholeNumber},
+    Field<GsmSettings>{.xmlName = u"Stationskennung", .member = &GsmSettings::stationId, .control = {"txt_gsm_id"}, .whenNew = is(u""), .rule = umlautsReplaced, .check = withoutComma},
+    Field<GsmSettings>{.xmlName = u"Alivecycle", .member = &GsmSettings::aliveCycle, .control = {"txt_gsm_alive"}, .whenNew = is(u"0"), .rule = wholeNumber, .check = numeric},
 };
 
 constexpr std::array administratorFields = {
     Field<Administrator>{.xmlName = u"GSM-Name", .member = &Administrator::name, .control = {"txt_gsm_name", 0}, .whenNew = is(administratorName), .whenEmpty = is(administratorName)},
-    Field<Administrator>{.xmlName = u"GSM-Nummer", .member = &Administrator::number, .control = {"txt_gsm_num", 0}, .whenNew = is(u"+49"), .rule = internationalNumber},
+    Field<Administrator>{.xmlName = u"GSM-Nummer", .member = &Administrator::number, .control = {"txt_gsm_num", 0}, .whenNew = is(u"+49"), .rule = internationalNumber, .check = phoneNumber},
 };
 
 constexpr std::array limitValueFields = {
     Field<LimitValue>{.xmlName = u"Alarm", .member = &LimitValue::alarm, .control = {"Txt_gw_meldung"}, .whenNew = is(u""), .beforeReading = is(u""), .rule = umlautsReplaced},
-    Field<LimitValue>{.xmlName = u"Delay", .member = &LimitValue::delay, .control = {"Txt_gw_delay"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"Grenzwert", .member = &LimitValue::limit, .control = {"Txt_gw_gw"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"Hysterese", .member = &LimitValue::hysteresis, .control = {"Txt_gw_hysterese"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"Delay", .member = &LimitValue::delay, .control = {"Txt_gw_delay"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"Grenzwert", .member = &LimitValue::limit, .control = {"Txt_gw_gw"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"Hysterese", .member = &LimitValue::hysteresis, .control = {"Txt_gw_hysterese"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"IP", .member = &LimitValue::channel, .control = {"Cbo_gw_ip"}, .whenNew = is(u"0"), .beforeReading = is(u"0"), .whenEmpty = is(u"0"), .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Vergleich", .member = &LimitValue::comparison, .control = {"Opt_gw_vergleich"}, .whenNew = is(u"1"), .beforeReading = is(u"1"), .whenEmpty = is(u"1"), .whenRead = presentComparison, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Bezug", .member = &LimitValue::reference, .control = {"Check_gw_Bezug"}, .whenEmpty = is(u"0"), .applies = combinesLimitValues},
     Field<LimitValue>{.xmlName = u"MSN", .member = &LimitValue::recipients, .control = {"chk_gw_msn"}, .whenNew = is(u"255"), .beforeReading = is(u"255"), .whenEmpty = keep},
     Field<LimitValue>{.xmlName = u"Wiederholung", .member = &LimitValue::repetitions, .control = {"Combo_gw_wiederholung"}, .whenEmpty = is(u"0")},
-    Field<LimitValue>{.xmlName = u"Wiederholungsintervall", .member = &LimitValue::repetitionInterval, .control = {"Text_gw_wiederholungsintervall"}, .whenEmpty = is(u"30"), .rule = minutesOfADay},
+    Field<LimitValue>{.xmlName = u"Wiederholungsintervall", .member = &LimitValue::repetitionInterval, .control = {"Text_gw_wiederholungsintervall"}, .whenEmpty = is(u"30"), .rule = minutesOfADay, .check = numericWithoutComma},
 };
 
 constexpr std::array archivingFields = {
-    Field<Archiving>{.xmlName = u"Interval", .member = &Archiving::interval, .control = {"Txt_ip_interval", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
-    Field<Archiving>{.xmlName = u"Delta", .member = &Archiving::delta, .control = {"Txt_ip_delta", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
+    Field<Archiving>{.xmlName = u"Interval", .member = &Archiving::interval, .control = {"Txt_ip_interval", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric},
+    Field<Archiving>{.xmlName = u"Delta", .member = &Archiving::delta, .control = {"Txt_ip_delta", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric},
 };
 
 constexpr std::array digitalInputFields = {
     Field<DigitalInput>{.xmlName = u"Zähler", .member = &DigitalInput::countsPulses, .control = {"Chk_ip_zaehler", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .applies = mayCountPulses},
-    Field<DigitalInput>{.xmlName = u"Teiler", .member = &DigitalInput::divider, .control = {"Txt_ip_teiler", 0}, .whenNew = is(u"1"), .whenEmpty = is(u"1"), .rule = pulseDivider, .applies = mayCountPulses},
+    Field<DigitalInput>{.xmlName = u"Teiler", .member = &DigitalInput::divider, .control = {"Txt_ip_teiler", 0}, .whenNew = is(u"1"), .whenEmpty = is(u"1"), .rule = pulseDivider, .check = numeric, .applies = mayCountPulses},
     Field<DigitalInput>{.xmlName = u"Invers", .member = &DigitalInput::inverted, .control = {"Chk_ip_invers", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
     Field<DigitalInput>{.xmlName = u"Betriebsstundenzähler", .member = &DigitalInput::countsHours, .control = {"Chk_ip_bstz", -2}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .applies = mayCountHours},
-    Field<DigitalInput>{.xmlName = u"Wert", .member = &DigitalInput::value, .control = {"Txt_ip_zaehler", 0}, .whenNew = is(u"0")},
+    Field<DigitalInput>{.xmlName = u"Wert", .member = &DigitalInput::value, .control = {"Txt_ip_zaehler", 0}, .whenNew = is(u"0"), .check = numericOrEmpty},
 };
 
 constexpr std::array outputHoursFields = {
     Field<OutputHours>{.xmlName = u"Invers", .member = &OutputHours::inverted, .control = {"Chk_ip_invers", 4}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
-    Field<OutputHours>{.xmlName = u"Wert", .member = &OutputHours::value, .control = {"Txt_ip_zaehler", 4}, .whenNew = is(u"0")},
+    Field<OutputHours>{.xmlName = u"Wert", .member = &OutputHours::value, .control = {"Txt_ip_zaehler", 4}, .whenNew = is(u"0"), .check = numericOrEmpty},
 };
 
 constexpr std::array sendValuesFields = {
@@ -174,32 +249,32 @@ constexpr std::array sendValuesFields = {
 };
 
 constexpr std::array scalingFields = {
-    Field<Scaling>{.xmlName = u"Offset", .member = &Scaling::offset, .control = {"Txt_ip_offset", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
-    Field<Scaling>{.xmlName = u"Faktor", .member = &Scaling::factor, .control = {"Txt_ip_faktor", 0}, .whenNew = is(u"1"), .whenEmpty = is(u"1")},
+    Field<Scaling>{.xmlName = u"Offset", .member = &Scaling::offset, .control = {"Txt_ip_offset", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric},
+    Field<Scaling>{.xmlName = u"Faktor", .member = &Scaling::factor, .control = {"Txt_ip_faktor", 0}, .whenNew = is(u"1"), .whenEmpty = is(u"1"), .check = numeric},
     Field<Scaling>{.xmlName = u"Einheit", .member = &Scaling::unit, .control = {"Txt_ip_einheit", 0}, .whenNew = is(u""), .whenEmpty = is(u"Volt")},
 };
 
 constexpr std::array outputValueFields = {
     Field<OutputValue>{.xmlName = u"Digital", .member = &OutputValue::digital, .control = {"Chk_ip_value", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
-    Field<OutputValue>{.xmlName = u"Analog", .member = &OutputValue::analog, .control = {"Txt_ip_value", 0}, .whenNew = is(u"0")},
+    Field<OutputValue>{.xmlName = u"Analog", .member = &OutputValue::analog, .control = {"Txt_ip_value", 0}, .whenNew = is(u"0"), .check = numericOrEmpty},
 };
 
 constexpr std::array switchPointFields = {
     Field<SwitchPoint>{.xmlName = u"IP", .member = &SwitchPoint::target, .control = {"Cmb_swtch_ip"}, .whenNew = is(u"0"), .whenEmpty = keep},
     // "new" gives 0, a file without a period 1: both are wanted.
-    Field<SwitchPoint>{.xmlName = u"Periode", .member = &SwitchPoint::period, .control = {"Txt_swtch_periode"}, .whenNew = is(u"0"), .whenEmpty = is(u"1")},
-    Field<SwitchPoint>{.xmlName = u"Start", .member = &SwitchPoint::start, .control = {"Txt_swtch_start"}, .whenNew = is(u""), .whenEmpty = is(presentMinute)},
+    Field<SwitchPoint>{.xmlName = u"Periode", .member = &SwitchPoint::period, .control = {"Txt_swtch_periode"}, .whenNew = is(u"0"), .whenEmpty = is(u"1"), .check = numericWithoutComma},
+    Field<SwitchPoint>{.xmlName = u"Start", .member = &SwitchPoint::start, .control = {"Txt_swtch_start"}, .whenNew = is(u""), .whenEmpty = is(presentMinute), .check = startTime},
     Field<SwitchPoint>{.xmlName = u"Typ", .member = &SwitchPoint::type, .control = {"Cmb_swtch_typ"}, .whenNew = is(u"0"), .whenEmpty = keep},
-    Field<SwitchPoint>{.xmlName = u"Wert", .member = &SwitchPoint::value, .control = {"Txt_swtch_wert"}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
+    Field<SwitchPoint>{.xmlName = u"Wert", .member = &SwitchPoint::value, .control = {"Txt_swtch_wert"}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric},
     Field<SwitchPoint>{.xmlName = u"GW-Bezug", .member = &SwitchPoint::limitValue, .control = {"Cmb_swtch_gw"}, .whenNew = is(u"0"), .whenEmpty = keep},
 };
 
 constexpr std::array ethernetFields = {
-    Field<EthernetSettings>{.xmlName = u"IP", .member = &EthernetSettings::ip, .control = {"Txt_Ethernet_IP"}, .whenNew = is(u"010.000.000.001"), .whenEmpty = is(u"010.000.000.001")},
-    Field<EthernetSettings>{.xmlName = u"Subnet", .member = &EthernetSettings::subnet, .control = {"Txt_Ethernet_Subnet"}, .whenNew = is(u"255.255.255.000"), .whenEmpty = is(u"255.255.255.000")},
-    Field<EthernetSettings>{.xmlName = u"MAC3", .member = &EthernetSettings::mac3, .control = {"Txt_Ethernet_MAC", 3}, .whenNew = is(u"00"), .whenEmpty = is(randomByte)},
-    Field<EthernetSettings>{.xmlName = u"MAC4", .member = &EthernetSettings::mac4, .control = {"Txt_Ethernet_MAC", 4}, .whenNew = is(u"00"), .whenEmpty = is(randomByte)},
-    Field<EthernetSettings>{.xmlName = u"MAC5", .member = &EthernetSettings::mac5, .control = {"Txt_Ethernet_MAC", 5}, .whenNew = is(u"00"), .whenEmpty = is(randomByte)},
+    Field<EthernetSettings>{.xmlName = u"IP", .member = &EthernetSettings::ip, .control = {"Txt_Ethernet_IP"}, .whenNew = is(u"010.000.000.001"), .whenEmpty = is(u"010.000.000.001"), .check = dottedAddress},
+    Field<EthernetSettings>{.xmlName = u"Subnet", .member = &EthernetSettings::subnet, .control = {"Txt_Ethernet_Subnet"}, .whenNew = is(u"255.255.255.000"), .whenEmpty = is(u"255.255.255.000"), .check = dottedAddress},
+    Field<EthernetSettings>{.xmlName = u"MAC3", .member = &EthernetSettings::mac3, .control = {"Txt_Ethernet_MAC", 3}, .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
+    Field<EthernetSettings>{.xmlName = u"MAC4", .member = &EthernetSettings::mac4, .control = {"Txt_Ethernet_MAC", 4}, .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
+    Field<EthernetSettings>{.xmlName = u"MAC5", .member = &EthernetSettings::mac5, .control = {"Txt_Ethernet_MAC", 5}, .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
 };
 
 // clang-format on

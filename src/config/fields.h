@@ -46,6 +46,10 @@ struct ControlName
     QString forIndex(int index) const;
 };
 
+/// What a module or a reader would choke on in a field's text, for the user; empty when nothing. It never
+/// keeps a text from being stored or sent.
+using TextCheck = QString (*)(const QString &text);
+
 /// The text that a field stores when `text` is given to it.
 using TextRule = QString (*)(const QString &text);
 
@@ -65,7 +69,9 @@ template <class Record> struct Field
     TextRule rule = nullptr;                        ///< runs whoever sets the field
     TextRule whenRead = nullptr;                    ///< runs before it, on a text from a file
     bool (*accepts)(const QString &text) = nullptr; ///< the texts of a list's items; null: any text
-    bool (*applies)(int index) = nullptr;           ///< which records of the array have the field; null: all
+    TextCheck check = nullptr;
+    bool secret = false;                  ///< its text is not to be shown outside its control
+    bool (*applies)(int index) = nullptr; ///< which records of the array have the field; null: all
 
     bool appliesTo(int index) const { return applies == nullptr || applies(index); }
 };

@@ -119,7 +119,7 @@ private Q_SLOTS:
     {
         const QString overview = ktrcli(u"--help"_s).output;
         for (const QString command :
-             {"new", "convert", "commands", "compare", "transmit", "send", "simulate", "ports"}) {
+             {"new", "convert", "commands", "check", "compare", "transmit", "send", "simulate", "ports"}) {
             QVERIFY(overview.contains(u"\n  "_s + command + u' '));
             const Result help = ktrcli(command + u" --help"_s);
             QVERIFY2(help.code == 0 && help.output.contains(command + u" [options]"_s), qPrintable(command));
@@ -166,6 +166,27 @@ private Q_SLOTS:
         QCOMPARE(converted.code, 0);
         QCOMPARE(converted.errors.count(u'\n'), 1);
         QVERIFY(contentOf(path(u"fallback.xml"_s)).contains("Einheit=\"Volt\""));
+    }
+
+    void aConfigurationIsCheckedWithoutBeingChanged()
+    {
+        QCOMPARE(ktrcli(u"check @sample"_s).code, 0);
+        write(
+            u"faulty.xml"_s,
+            "<KTR><PIN>12x4</PIN><Stationskennung>a,b</Stationskennung><GSM-Nummer1>+4 9</GSM-Nummer1>"
+            "<Grenzwert2 Alarm='\xD0\x96' Grenzwert='low'/><Schaltpunkt0 IP='1' Typ='12' Start='2613010000'/>"
+            "<Schaltpunkt1 IP='1' Typ='15' Start='soon'/><Ethernet IP='1.2.3.256' Subnet='255.255.255.0' "
+            "MAC3='0'/></KTR>");
+        const Result result = ktrcli(u"check @faulty.xml"_s);
+        QCOMPARE(result.code, 1);
+        QStringList places;
+        for (const QString &line : result.output.split(u'\n', Qt::SkipEmptyParts)) {
+            places += line.section(u'\t', 0, 0);
+        }
+        QCOMPARE(places, (QStringList{u"PIN"_s, u"Stationskennung"_s, u"Alivecycle"_s, u"GSM-Nummer1"_s,
+                                      u"Grenzwert2 Grenzwert"_s, u"Schaltpunkt0 Start"_s, u"Ethernet IP"_s,
+                                      u"Ethernet MAC3"_s, u"Grenzwert2 IP"_s, u"step 4"_s}));
+        QVERIFY(!result.output.contains("12x4"_L1));
     }
 
     void aModuleHoldsWhatWasTransmittedAndNoLogTellsThePin_data()

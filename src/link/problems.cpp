@@ -1,0 +1,116 @@
+#include "link/problems.h"
+
+#include "config/fields.h"
+#include "platform/text_rules.h"
+
+#include <QCoreApplication>
+
+namespace ktr {
+
+namespace {
+
+QString told(const char *text)
+{
+    return QCoreApplication::translate("Problems", text);
+}
+
+/// A switch point without a target does nothing, and one that reacts to a limit value has no start.
+bool isUsed(const SwitchPoint &point, const Field<SwitchPoint> &field)
+{
+    const auto *const text = std::get_if<QString SwitchPoint::*>(&field.member);
+    const bool isStart = text != nullptr && *text == &SwitchPoint::start;
+    return point.target != 0 && !(isStart && point.reactsToLimitValue());
+}
+
+template <class Record> bool isUsed(const Record &, const Field<Record> &)
+{
+    return true;
+}
+
+void checkFields(const Configuration &configuration, const QLocale &locale, QList<Problem> &problems)
+{
+    visitRecords(configuration, [&]<class ConstRecord>(const Group &group, ConstRecord &record, int index) {
+        using Record = std::remove_const_t<ConstRecord>;
+        for (const Field<Record> &field : fieldsOf<Record>()) {
+            if (field.check == nullptr || !field.appliesTo(index) || !isUsed(record, field)) {
+                continue;
+            }
+            const QString text = fieldText(field, record, locale);
+            const QString message = field.check(text);
+            if (!message.isEmpty()) {
+                QString place = group.elementName(field.xmlName, index);
+                if (group.form == Form::Attributes) {
+                    place += u' ' + QString::fromUtf16(field.xmlName);
+                }
+                const QString shown = field.secret ? QStringLiteral("****") : text;
+                problems.append({place, field.control.forIndex(index), index,
+                                 u'"' + shown + QLatin1String("\" ") + message});
+            }
+        }
+    });
+}
+
+void checkLimitValues(const Configuration &configuration, QList<Problem> &problems)
+{
+    for (int index = 0; index < LimitValue::firstReference; ++index) {
+        const LimitValue &value = configuration.limitValues[static_cast<std::size_t>(index)];
+        if (value.channel == 0 && !value.alarm.isEmpty()) {
+            problems.append({QStringLiteral("Grenzwert%1 IP").arg(index), QStringLiteral("Cbo_gw_ip"), index,
+                             told("there is a text but no channel")});
+        }
+    }
+}
+
+/// The field that decides how long a step's command is.
+QString controlOfStep(int step, int &entry)
+{
+    struct Range
+    {
+        int first;
+        int last;
+        const char16_t *control;
+    };
+    constexpr std::array ranges = {Range{1, 1, u"txt_gsm_id"}, Range{2, 21, u"Txt_gw_meldung"},
+                                   Range{52, 71, u"Txt_swtch_wert"}};
+    for (const Range &range : ranges) {
+        if (step >= range.first && step <= range.last) {
+            entry = step - range.first;
+            return QString::fromUtf16(range.control);
+        }
+    }
+    return {};
+}
+
+void checkCommands(Configuration configuration, const CommandContext &context, QList<Problem> &problems)
+{
+    CommandSequence sequence;
+    sequence.start();
+    while (const auto next = sequence.next(configuration, context)) {
+        Problem problem;
+        problem.place = told("step %1").arg(next->step);
+        problem.control = controlOfStep(next->step, problem.entry);
+        if (next->command.size() > longestCommand) {
+            problem.message = told("the command is too long: %1 characters of %2 at most")
+                                  .arg(next->command.size())
+                                  .arg(longestCommand);
+            problems.append(problem);
+        }
+        if (fromWindows1252(toWindows1252(next->command)) != next->command) {
+            problem.message = told("the command has characters that the module does not know");
+            problems.append(problem);
+        }
+    }
+}
+
+} // namespace
+
+QList<Problem> findProblems(const Configuration &configuration, const CommandContext &context)
+{
+    QList<Problem> problems;
+    checkFields(configuration, context.locale, problems);
+    checkLimitValues(configuration, problems);
+    checkCommands(configuration, context, problems);
+    return problems;
+}
+
+} // namespace ktr

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "config/configuration.h"
+#include "link/command_sequence.h"
+
+#include <QList>
+#include <QString>
+
+namespace ktr {
+
+/// Something in a configuration that the file or the module would choke on.
+struct Problem
+{
+    QString place;   ///< the file's element and field, or the transmission's step
+    QString control; ///< the control that shows it, empty when it is none alone
+    int entry = 0;   ///< of its record in the array of records
+    QString message; ///< for the user, after the place
+
+    bool operator==(const Problem &) const = default;
+};
+
+/// What is wrong with a configuration, in the order of the file, then of the steps: texts that are not what
+/// their fields are for, limit values that tell something about no channel, commands that are too long or
+/// hold characters that the module's code page lacks. Nothing is changed by it.
+QList<Problem> findProblems(const Configuration &configuration, const CommandContext &context);
+
+} // namespace ktr
