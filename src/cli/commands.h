@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <QStringList>
+
+#include <memory>
 
 namespace ktr::cli {
 
@@ -15,5 +18,10 @@ int transmit(const QStringList &words);
 int send(const QStringList &words);
 int simulate(const QStringList &words);
 int ports(const QStringList &words);
+int printFile(const QStringList &words);
+
+/// The application object of a command that draws texts: it knows fonts and needs no display. `argc` must
+/// outlive it.
+std::unique_ptr<QCoreApplication> drawingApplication(int &argc, char **argv);
 
 } // namespace ktr::cli

@@ -11,10 +11,21 @@ namespace ktr::cli {
 
 namespace {
 
+int outputError = 0; ///< why standard output could not be written, the first time
+
+void keepOutputError(bool written)
+{
+    if (!written && outputError == 0) {
+        outputError = errno;
+    }
+}
+
 void put(std::FILE *stream, const QString &text)
 {
     const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stream);
+    const auto size = static_cast<std::size_t>(bytes.size());
+    const bool written = std::fwrite(bytes.constData(), 1, size, stream) == size;
+    keepOutputError(written || stream != stdout);
 }
 
 Progress *shownProgress = nullptr;
@@ -31,7 +42,7 @@ void complain(const QString &message)
     if (shownProgress != nullptr) {
         shownProgress->end();
     }
-    std::fflush(stdout); // where both go to one place, they stand in the order of events
+    showNow(); // where both go to one place, they stand in the order of events
     QString line = message;
     line.replace(u'\r', u' ').replace(u'\n', u' ');
     put(stderr, QLatin1String("ktrcli: ") + line + u'\n');
@@ -43,12 +54,18 @@ int fail(const QString &message)
     return failed;
 }
 
+void showNow()
+{
+    keepOutputError(std::fflush(stdout) == 0);
+}
+
 bool flushOutput()
 {
-    if (std::fflush(stdout) == 0 && std::ferror(stdout) == 0) {
+    showNow();
+    if (outputError == 0 || outputError == EPIPE) { // whoever read it had enough
         return true;
     }
-    complain(QLatin1String("standard output: ") + QString::fromLocal8Bit(std::strerror(errno)));
+    complain(QLatin1String("standard output: ") + QString::fromLocal8Bit(std::strerror(outputError)));
     return false;
 }
 
@@ -68,7 +85,7 @@ void Progress::show(int value, const QString &what)
     const QString count = QStringLiteral("%1/%2").arg(value, 3).arg(m_maximum);
     if (!m_onTerminal) {
         print(count + QLatin1String("  ") + what);
-        std::fflush(stdout);
+        showNow();
         return;
     }
     constexpr int barWidth = 30;
@@ -77,7 +94,7 @@ void Progress::show(int value, const QString &what)
     const int space = std::max(0, terminalWidth(stdout) - 1 - barWidth - 4 - static_cast<int>(count.size()));
     put(stdout, QLatin1String("\r[") + bar + QLatin1String("] ") + count + u' ' +
                     what.left(space).leftJustified(space));
-    std::fflush(stdout);
+    showNow();
     m_barShown = true;
 }
 
@@ -85,7 +102,7 @@ void Progress::end()
 {
     if (m_barShown) {
         put(stdout, QStringLiteral("\n"));
-        std::fflush(stdout);
+        showNow();
         m_barShown = false;
     }
 }

@@ -18,6 +18,9 @@ void complain(const QString &message);
 /// A complaint and the exit code of a job that failed.
 int fail(const QString &message);
 
+/// Shows what was printed so far; for a person, or a program that waits for it.
+void showNow();
+
 /// False, after a complaint, when not all of the output could be written.
 bool flushOutput();
 

@@ -1,12 +1,21 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "config/configuration_file.h"
+#include "platform/terminal.h"
 
 #include <QCoreApplication>
 
+#include <algorithm>
 #include <array>
+#include <cstdlib>
+#include <memory>
 
 namespace {
+
+std::unique_ptr<QCoreApplication> plainApplication(int &argc, char **argv)
+{
+    return std::make_unique<QCoreApplication>(argc, argv);
+}
 
 struct Command
 {
@@ -14,6 +23,7 @@ struct Command
     const char *arguments;
     const char *summary;
     int (*run)(const QStringList &words);
+    std::unique_ptr<QCoreApplication> (*application)(int &argc, char **argv) = plainApplication;
 };
 
 using namespace ktr::cli;
@@ -23,12 +33,20 @@ constexpr std::array table = {
     Command{"convert", "IN OUT", "reads a configuration and saves it as another file", convert},
     Command{"commands", "FILE", "shows the commands that a transmission sends", commands},
     Command{"check", "FILE", "tells what the module would choke on", check},
+    Command{"print", "FILE OUT.pdf", "prints a configuration into a PDF", printFile, drawingApplication},
     Command{"compare", "FILE HELD", "tells whether a module that holds HELD has what FILE means", compare},
     Command{"transmit", "FILE", "transmits a configuration to a module", transmit},
     Command{"send", "COMMAND", "sends one command and prints the module's answer", send},
     Command{"simulate", "", "plays a module", simulate},
     Command{"ports", "", "lists the serial ports found", ports},
 };
+
+const Command *find(const QString &name)
+{
+    const auto command = std::ranges::find_if(
+        table, [&name](const Command &each) { return name == QLatin1String(each.name); });
+    return command == table.end() ? nullptr : &*command;
+}
 
 void printHelp()
 {
@@ -54,10 +72,8 @@ int run(const QStringList &words)
         print(QLatin1String("ktrcli ") + ktr::programVersion());
         return done;
     }
-    for (const Command &command : table) {
-        if (name == QLatin1String(command.name)) {
-            return command.run(words.mid(1));
-        }
+    if (const Command *command = find(name)) {
+        return command->run(words.mid(1));
     }
     complain(name.isEmpty() ? QStringLiteral("a command is missing (see ktrcli --help)")
                             : QStringLiteral("\"%1\" is no command (see ktrcli --help)").arg(name));
@@ -69,8 +85,14 @@ int run(const QStringList &words)
 int main(int argc, char **argv)
 {
     // Errors are told in this program's own words, one line each.
-    qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
-    QCoreApplication application(argc, argv);
+    qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &message) {
+        if (type == QtFatalMsg) {
+            std::_Exit(fail(message)); // the toolkit would abort
+        }
+    });
+    ktr::ignoreClosedOutput();
+    const Command *command = argc > 1 ? find(QString::fromLocal8Bit(argv[1])) : nullptr;
+    const auto application = (command != nullptr ? command->application : plainApplication)(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("KTRconfig"));
     const int code = run(QCoreApplication::arguments().mid(1));
     return flushOutput() ? code : std::max(code, failed);

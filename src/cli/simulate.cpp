@@ -9,8 +9,6 @@
 
 #include <QCoreApplication>
 
-#include <cstdio>
-
 namespace ktr::cli {
 
 namespace {
@@ -77,7 +75,7 @@ std::optional<ModuleFaults> faults(const Arguments &arguments)
 void report(const QString &event)
 {
     print(event);
-    std::fflush(stdout); // a program that waits for an event reads it at once
+    showNow(); // a program that waits for an event reads it at once
 }
 
 } // namespace

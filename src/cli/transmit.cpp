@@ -78,7 +78,7 @@ int transmit(const QStringList &words)
         return *end;
     }
     print(QStringLiteral("waiting for the module"));
-    std::fflush(stdout);
+    showNow();
     const int code = job.run();
     progress.end();
     print(QStringLiteral("%1 commands sent, %2 refused").arg(sent).arg(refused));

@@ -18,6 +18,12 @@ QString programFolder()
     return QDir::toNativeSeparators(data + QLatin1String("/KTRconfig"));
 }
 
+QString deliveredFile(const QString &name)
+{
+    const QString own = joinPath(programFolder(), name);
+    return QFileInfo::exists(own) ? own : joinPath(QCoreApplication::applicationDirPath(), name);
+}
+
 QString joinPath(const QString &folder, const QString &name)
 {
     return folder + QDir::separator() + name;

@@ -24,6 +24,9 @@ Environment systemEnvironment();
 /// The folder of the executable where it can be written, otherwise the user's data folder for this program.
 QString programFolder();
 
+/// Where a file that is delivered with the program stands: in the program folder, or beside the executable.
+QString deliveredFile(const QString &name);
+
 /// A file of the program folder, joined with the platform's separator.
 QString joinPath(const QString &folder, const QString &name);
 

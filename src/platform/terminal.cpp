@@ -3,6 +3,7 @@
 #include <QtGlobal>
 
 #ifdef Q_OS_UNIX
+#include <csignal>
 #include <sys/ioctl.h>
 #include <unistd.h>
 #else
@@ -25,7 +26,14 @@ int terminalWidth(std::FILE *stream)
     return known ? size.ws_col : 80;
 }
 
+void ignoreClosedOutput()
+{
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
 #else
+
+void ignoreClosedOutput() {}
 
 bool isTerminal(std::FILE *stream)
 {

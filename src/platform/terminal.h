@@ -10,4 +10,7 @@ bool isTerminal(std::FILE *stream);
 /// The width in characters of the terminal behind a stream, 80 where it does not tell.
 int terminalWidth(std::FILE *stream);
 
+/// A reader of this program's output that goes away must not end the program in the middle of its work.
+void ignoreClosedOutput();
+
 } // namespace ktr

@@ -108,7 +108,7 @@ private Q_SLOTS:
              {"", "frobnicate", "new", "new @a @b", "convert @a", "commands @a --loud", "transmit @sample",
               "transmit @sample --serial @b --ethernet c", "transmit @sample --serial @b --timeout soon",
               "transmit @sample --serial @b --timeout 0", "simulate", "simulate --serial @a --split 0",
-              "send --serial @a"}) {
+              "send --serial @a", "print @sample", "print @sample @a.pdf --language klingon"}) {
             const Result result = ktrcli(QString::fromLatin1(line));
             QVERIFY2(result.code == 2 && result.output.isEmpty(), line);
             QVERIFY2(result.errors.startsWith("ktrcli: "_L1) && result.errors.count(u'\n') == 1, line);
@@ -118,8 +118,8 @@ private Q_SLOTS:
     void everyCommandHelps()
     {
         const QString overview = ktrcli(u"--help"_s).output;
-        for (const QString command :
-             {"new", "convert", "commands", "check", "compare", "transmit", "send", "simulate", "ports"}) {
+        for (const QString command : {"new", "convert", "commands", "check", "print", "compare", "transmit",
+                                      "send", "simulate", "ports"}) {
             QVERIFY(overview.contains(u"\n  "_s + command + u' '));
             const Result help = ktrcli(command + u" --help"_s);
             QVERIFY2(help.code == 0 && help.output.contains(command + u" [options]"_s), qPrintable(command));
@@ -154,6 +154,7 @@ private Q_SLOTS:
         write(u"garbage.xml"_s, "<KTR><PIN>");
         for (const auto *line :
              {"convert @none.xml @x", "convert @sample /dev/full", "new @no/such/folder.xml",
+              "print @garbage.xml @x.pdf", "print @sample /dev/full",
               "transmit @garbage.xml --serial /dev/null", "transmit @sample --serial @none",
               "transmit @sample --ethernet 127.0.0.1", "simulate --serial @garbage.xml"}) {
             const Result result = ktrcli(QString::fromLatin1(line));

@@ -1,0 +1,57 @@
+#include "cli/arguments.h"
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/loading.h"
+#include "lang/load_texts.h"
+#include "printout/printout.h"
+
+#include <QGuiApplication>
+
+namespace ktr::cli {
+
+std::unique_ptr<QCoreApplication> drawingApplication(int &argc, char **argv)
+{
+    // Fonts are needed, a display is not; a desktop's theme would look for one.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qunsetenv("QT_QPA_PLATFORMTHEME");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+int printFile(const QStringList &words)
+{
+    Arguments arguments(
+        QStringLiteral("print"),
+        QStringLiteral("Prints the configuration FILE into OUT.pdf, on A4. The PIN is masked."),
+        {QStringLiteral("FILE"), QStringLiteral("OUT.pdf")});
+    arguments.addOption({QStringLiteral("all"),
+                         QStringLiteral("Prints limit values and switch points that are not in use, too.")});
+    arguments.addOption({QStringLiteral("language"),
+                         QStringLiteral("The titles' language: english or deutsch (english)."),
+                         QStringLiteral("LANGUAGE"), QStringLiteral("english")});
+    if (const auto end = arguments.parse(words)) {
+        return *end;
+    }
+    const QString language = arguments.value(QStringLiteral("language"));
+    if (language != QLatin1String("english") && language != QLatin1String("deutsch")) {
+        return arguments.wrong(QStringLiteral("\"%1\" is no language").arg(language));
+    }
+    Document document(systemEnvironment());
+    if (load(document, arguments.positional(0)) != Loaded::Whole) {
+        return failed; // fall-backs are no configuration that anybody meant
+    }
+    TextTable texts;
+    const LoadedTexts loaded = LoadTexts(texts, language, deliveredFile(QStringLiteral("language.ini")));
+    if (!loaded.message.isEmpty()) {
+        complain(loaded.message);
+        texts.fillEnglish();
+    }
+    const Environment &environment = document.environment();
+    const PrintedEntries entries =
+        arguments.isSet(QStringLiteral("all")) ? PrintedEntries::All : PrintedEntries::InUse;
+    const Printout printout(document.configuration(), texts,
+                            {document.fileName(), environment.locale, environment.now(), entries});
+    const Status written = printout.writePdf(arguments.positional(1));
+    return written ? done : fail(written.message());
+}
+
+} // namespace ktr::cli

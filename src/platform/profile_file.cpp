@@ -1,0 +1,94 @@
+#include "platform/profile_file.h"
+
+#include "platform/files.h"
+#include "platform/text_rules.h"
+
+#include <QStringConverter>
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+constexpr qint64 longestFile = qint64{16} * 1024 * 1024;
+
+QString decoded(const QByteArray &bytes)
+{
+    if (const auto encoding = QStringConverter::encodingForData(bytes)) {
+        return QStringDecoder(*encoding)(bytes);
+    }
+    return fromWindows1252(bytes);
+}
+
+// Not QStringView::trimmed: the no-break space of Windows-1252 belongs to the text.
+QStringView withoutBlanks(QStringView text)
+{
+    const auto isBlank = [](QChar c) { return c == u' ' || (c >= u'\t' && c <= u'\r'); };
+    while (!text.isEmpty() && isBlank(text.front())) {
+        text = text.sliced(1);
+    }
+    while (!text.isEmpty() && isBlank(text.back())) {
+        text.chop(1);
+    }
+    return text;
+}
+
+QStringView withoutQuotes(QStringView text)
+{
+    const bool quoted =
+        text.size() >= 2 && text.front() == text.back() && (text.front() == u'"' || text.front() == u'\'');
+    return quoted ? text.sliced(1, text.size() - 2) : text;
+}
+
+QString folded(QStringView name)
+{
+    return withoutBlanks(name).toString().toCaseFolded();
+}
+
+} // namespace
+
+Status ProfileFile::load(const QString &path)
+{
+    m_sections.clear();
+    QByteArray content;
+    if (Status read = readFile(path, content, longestFile); !read) {
+        return read;
+    }
+    const QString text = decoded(content);
+    Section *section = nullptr; // none before the first header, nor below a header that is there already
+    for (QStringView rest = text; !rest.isEmpty();) {
+        const auto *const end =
+            std::find_if(rest.begin(), rest.end(), [](QChar c) { return c == u'\n' || c == u'\r'; });
+        const qsizetype length = end - rest.begin();
+        const QStringView line = withoutBlanks(rest.first(length));
+        rest = rest.sliced(std::min(length + 1, rest.size()));
+
+        if (line.startsWith(u'[') && line.contains(u']')) {
+            const QString name = folded(line.sliced(1, line.indexOf(u']') - 1));
+            section = m_sections.contains(name) ? nullptr : &m_sections[name];
+            continue;
+        }
+        const qsizetype equals = line.indexOf(u'=');
+        if (section == nullptr || equals < 0 || line.startsWith(u';')) {
+            continue;
+        }
+        if (const QString key = folded(line.first(equals)); !section->contains(key)) {
+            section->insert(key, withoutQuotes(withoutBlanks(line.sliced(equals + 1))).toString());
+        }
+    }
+    return Status::done();
+}
+
+QString ProfileFile::value(const QString &section, const QString &key, qsizetype limit) const
+{
+    return m_sections.value(folded(section)).value(folded(key)).left(std::max<qsizetype>(limit, 0));
+}
+
+QString profileString(const QString &path, const QString &section, const QString &key, int bufferSize)
+{
+    ProfileFile file;
+    return file.load(path) ? file.value(section, key, qsizetype{bufferSize} - 1) : QString();
+}
+
+} // namespace ktr

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/status.h"
+
+#include <QHash>
+#include <QString>
+
+namespace ktr {
+
+/// A file of "[section]" lines with "key=value" lines below them. Names go without regard to case, the first
+/// section and the first key of a name count, lines that begin with ";" are comments, and a value loses the
+/// blanks around it, then one pair of quotes, single or double. 8-bit files are Windows-1252; a byte-order
+/// mark tells of UTF-8, UTF-16 or UTF-32.
+class ProfileFile
+{
+public:
+    /// Reads a file of at most 16 MiB. After a failure nothing is in it.
+    Status load(const QString &path);
+
+    /// At most `limit` characters of a value; empty when there is no such section or key.
+    QString value(const QString &section, const QString &key, qsizetype limit) const;
+
+private:
+    using Section = QHash<QString, QString>;
+
+    QHash<QString, Section> m_sections; ///< by folded names, as the keys within
+};
+
+/// At most `bufferSize` - 1 characters of one value, the room that a closing zero would leave; empty when
+/// there is no such file, section or key. Reads the file at every call.
+QString profileString(const QString &path, const QString &section, const QString &key, int bufferSize);
+
+} // namespace ktr
