@@ -129,42 +129,59 @@ void anExchangeInTheProgram(benchmark::State &state)
 }
 BENCHMARK(anExchangeInTheProgram)->Unit(benchmark::kMicrosecond);
 
-/// The median time from the module's last byte to the program's whole answer, over a terminal and two
-/// threads; beside it, as the floor, a loop that echoes bytes on the same kind of terminal.
-void anExchangeOverATerminal(benchmark::State &state)
+/// A terminal whose other end is a serial port of the program.
+struct Line
 {
-    EventLoopTimers timers;
     PseudoTerminal terminal;
     IoThread io;
-    SerialTransport port(io);
-    if (!terminal.open() || !port.open(terminal.slavePath())) {
-        state.SkipWithError("no terminal");
-        return;
-    }
-    ModuleSession session(port, timers, benchmarkEnvironment());
-    Configuration configuration = sampleConfiguration();
+    SerialTransport port{io};
+    bool isOpen = terminal.open() && port.open(terminal.slavePath());
+};
+
+/// The median time from a line of the module to what comes back, when that ends as told.
+void timeRoundTrips(benchmark::State &state, Line &line, const QByteArray &end,
+                    const std::function<void()> &before)
+{
     QEventLoop loop;
     QByteArray answer;
-    QObject::connect(&terminal, &PseudoTerminal::readyRead, &terminal, [&] {
-        answer += terminal.readAll();
-        if (answer.endsWith("\r\nOK\r\n")) {
+    const auto connection = QObject::connect(&line.terminal, &PseudoTerminal::readyRead, &line.terminal, [&] {
+        answer += line.terminal.readAll();
+        if (answer.endsWith(end)) {
             loop.quit();
         }
     });
     std::vector<double> times;
     for (auto _ : state) {
-        if (session.step() == steps::idle) {
-            session.startTransmission(configuration, false);
-        }
+        before();
         answer.clear();
         QElapsedTimer timer;
         timer.start();
-        terminal.write("at+cmgr=1\r");
+        line.terminal.write("at+cmgr=1\r");
         loop.exec();
         times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e3);
     }
-    std::nth_element(times.begin(), times.begin() + static_cast<qsizetype>(times.size() / 2), times.end());
-    state.counters["median_us"] = times[times.size() / 2];
+    QObject::disconnect(connection);
+    const auto middle = times.begin() + static_cast<qsizetype>(times.size() / 2);
+    std::nth_element(times.begin(), middle, times.end());
+    state.counters["median_us"] = *middle;
+}
+
+/// An exchange over a terminal and two threads.
+void anExchangeOverATerminal(benchmark::State &state)
+{
+    EventLoopTimers timers;
+    Line line;
+    if (!line.isOpen) {
+        state.SkipWithError("no terminal");
+        return;
+    }
+    ModuleSession session(line.port, timers, benchmarkEnvironment());
+    Configuration configuration = sampleConfiguration();
+    timeRoundTrips(state, line, "\r\nOK\r\n", [&] {
+        if (session.step() == steps::idle) {
+            session.startTransmission(configuration, false);
+        }
+    });
 }
 BENCHMARK(anExchangeOverATerminal)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
@@ -232,23 +249,21 @@ void aTransmissionAt9600Baud(benchmark::State &state)
 {
     for (auto _ : state) {
         EventLoopTimers timers;
-        PseudoTerminal terminal;
-        IoThread io;
-        SerialTransport port(io);
-        if (!terminal.open() || !port.open(terminal.slavePath())) {
+        Line line;
+        if (!line.isOpen) {
             state.SkipWithError("no terminal");
             return;
         }
-        ModuleSession session(port, timers, benchmarkEnvironment());
+        ModuleSession session(line.port, timers, benchmarkEnvironment());
         Configuration configuration = sampleConfiguration();
         QEventLoop loop;
         VirtualModule *module = nullptr;
-        SlowWire toProgram([&](const QByteArray &bytes) { terminal.write(bytes); });
+        SlowWire toProgram([&](const QByteArray &bytes) { line.terminal.write(bytes); });
         SlowWire toModule([&](const QByteArray &bytes) { module->receive(bytes); });
         VirtualModule virtualModule(timers, [&](const QByteArray &bytes) { toProgram.send(bytes); });
         module = &virtualModule;
-        QObject::connect(&terminal, &PseudoTerminal::readyRead, &terminal,
-                         [&] { toModule.send(terminal.readAll()); });
+        QObject::connect(&line.terminal, &PseudoTerminal::readyRead, &line.terminal,
+                         [&] { toModule.send(line.terminal.readAll()); });
         QObject::connect(&session, &ModuleSession::caught, &session,
                          [&] { session.startTransmission(configuration, false); });
         bool configured = false;
@@ -292,29 +307,14 @@ BENCHMARK(floorPassingOverTheDocument)->Unit(benchmark::kMicrosecond);
 /// A port whose bytes the I/O thread hands to this thread and back, without any conversation.
 void floorEchoOverATerminal(benchmark::State &state)
 {
-    PseudoTerminal terminal;
-    IoThread io;
-    SerialTransport port(io);
-    if (!terminal.open() || !port.open(terminal.slavePath())) {
+    Line line;
+    if (!line.isOpen) {
         state.SkipWithError("no terminal");
         return;
     }
-    QObject::connect(&port, &Transport::received, &port, [&](const QByteArray &bytes) { port.send(bytes); });
-    QEventLoop loop;
-    QObject::connect(&terminal, &PseudoTerminal::readyRead, &terminal, [&] {
-        terminal.readAll();
-        loop.quit();
-    });
-    std::vector<double> times;
-    for (auto _ : state) {
-        QElapsedTimer timer;
-        timer.start();
-        terminal.write("at+cmgr=1\r");
-        loop.exec();
-        times.push_back(static_cast<double>(timer.nsecsElapsed()) / 1e3);
-    }
-    std::nth_element(times.begin(), times.begin() + static_cast<qsizetype>(times.size() / 2), times.end());
-    state.counters["median_us"] = times[times.size() / 2];
+    QObject::connect(&line.port, &Transport::received, &line.port,
+                     [&](const QByteArray &bytes) { line.port.send(bytes); });
+    timeRoundTrips(state, line, "\r", [] {});
 }
 BENCHMARK(floorEchoOverATerminal)->Unit(benchmark::kMicrosecond)->UseRealTime();
 

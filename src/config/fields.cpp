@@ -95,25 +95,17 @@ QString numericWithoutComma(const QString &text)
     return text.contains(u',') ? withoutComma(text) : numericOrEmpty(text);
 }
 
-bool isDigit(QChar c)
-{
-    return c >= u'0' && c <= u'9';
-}
-
-bool isHexadecimalDigit(QChar c)
-{
-    return isDigit(c) || (c.toUpper() >= u'A' && c.toUpper() <= u'F');
-}
-
 QString simPin(const QString &text)
 {
     const bool length = text.isEmpty() || (text.size() >= 4 && text.size() <= 8);
-    return length && std::ranges::all_of(text, isDigit) ? QString() : told("is no PIN of 4 to 8 digits");
+    return length && std::ranges::all_of(text, isDecimalDigit) ? QString()
+                                                               : told("is no PIN of 4 to 8 digits");
 }
 
 QString phoneNumber(const QString &text)
 {
-    const bool sound = text.isEmpty() || (text.startsWith(u'+') && std::ranges::all_of(text.mid(1), isDigit));
+    const bool sound =
+        text.isEmpty() || (text.startsWith(u'+') && std::ranges::all_of(text.mid(1), isDecimalDigit));
     return sound ? QString() : told("is no phone number of \"+\" and digits");
 }
 
@@ -134,7 +126,7 @@ QString hexadecimalByte(const QString &text)
 QString startTime(const QString &text)
 {
     const QString inThisCentury = QLatin1String("20") + text;
-    const bool date = text.size() == 10 && std::ranges::all_of(text, isDigit) &&
+    const bool date = text.size() == 10 && std::ranges::all_of(text, isDecimalDigit) &&
                       QDateTime::fromString(inThisCentury, QStringLiteral("yyyyMMddhhmm")).isValid();
     return text.isEmpty() || date ? QString() : told("is no date and time of the form YYMMDDhhmm");
 }

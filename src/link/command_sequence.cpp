@@ -205,10 +205,7 @@ QString macNumber(const QStringList &bytes)
     for (const QString &byte : bytes) {
         bool ok = false;
         const ushort value = byte.toUShort(&ok, 16);
-        const auto isDigit = [](QChar c) {
-            return (c >= u'0' && c <= u'9') || (c.toUpper() >= u'A' && c.toUpper() <= u'F');
-        };
-        if (!ok || !std::ranges::all_of(byte, isDigit)) {
+        if (!ok || !std::ranges::all_of(byte, isHexadecimalDigit)) {
             return {}; // nor are a sign, blanks or a prefix taken
         }
         numbers += QString::number(static_cast<qint16>(value));

@@ -85,10 +85,4 @@ QString ProfileFile::value(const QString &section, const QString &key, qsizetype
     return m_sections.value(folded(section)).value(folded(key)).left(std::max<qsizetype>(limit, 0));
 }
 
-QString profileString(const QString &path, const QString &section, const QString &key, int bufferSize)
-{
-    ProfileFile file;
-    return file.load(path) ? file.value(section, key, qsizetype{bufferSize} - 1) : QString();
-}
-
 } // namespace ktr

@@ -26,8 +26,4 @@ private:
     QHash<QString, Section> m_sections; ///< by folded names, as the keys within
 };
 
-/// At most `bufferSize` - 1 characters of one value, the room that a closing zero would leave; empty when
-/// there is no such file, section or key. Reads the file at every call.
-QString profileString(const QString &path, const QString &section, const QString &key, int bufferSize);
-
 } // namespace ktr

@@ -14,18 +14,13 @@ constexpr std::array<char16_t, 32> upperControls = {
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
-bool isDigit(QChar c)
-{
-    return c >= u'0' && c <= u'9';
-}
-
 // Length of the number at the start of a text: sign, digits, one point, an exponent with digits.
 qsizetype numberLength(QStringView text)
 {
     qsizetype at = 0;
     const auto digits = [&] {
         const qsizetype before = at;
-        while (at < text.size() && isDigit(text[at])) {
+        while (at < text.size() && isDecimalDigit(text[at])) {
             ++at;
         }
         return at - before;
@@ -55,6 +50,16 @@ qsizetype numberLength(QStringView text)
 }
 
 } // namespace
+
+bool isDecimalDigit(QChar c)
+{
+    return c >= u'0' && c <= u'9';
+}
+
+bool isHexadecimalDigit(QChar c)
+{
+    return isDecimalDigit(c) || (c.toUpper() >= u'A' && c.toUpper() <= u'F');
+}
 
 double leadingNumber(QStringView text)
 {

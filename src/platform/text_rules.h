@@ -11,6 +11,10 @@
 
 namespace ktr {
 
+/// The digits that numbers are written with here; other scripts' digits are none.
+bool isDecimalDigit(QChar c);
+bool isHexadecimalDigit(QChar c);
+
 /// The number that a text begins with, 0 when it begins with none. Blanks are skipped wherever they
 /// stand, the decimal separator is always "."; what follows the number is ignored ("12abc" is 12).
 double leadingNumber(QStringView text);
