@@ -41,7 +41,6 @@ public:
 
     ModuleSession &session() { return m_session; }
     Timers &timers() { return m_timers; }
-    const Environment &environment() const { return m_environment; }
     Milliseconds timeout() const { return m_timeout; }
 
 private:

@@ -31,10 +31,11 @@ int transmit(const QStringList &words)
     int sent = 0;
     int refused = 0;
     bool started = false;
-    int nextStep = steps::first;
     const auto uncaught = job.timers().create();
-    job.setState(
-        [&nextStep] { return QStringLiteral("stopped at step %1").arg(std::min(nextStep, steps::last)); });
+    job.setState([&] {
+        const int step = started ? std::min(session.step(), steps::last) : steps::first;
+        return QStringLiteral("stopped at step %1").arg(step);
+    });
 
     QObject::connect(&session, &ModuleSession::caught, &session, [&] {
         uncaught->stop();
@@ -55,13 +56,11 @@ int transmit(const QStringList &words)
     QObject::connect(&session, &ModuleSession::commandSent, &session,
                      [&](std::optional<int> step, const QString &command) {
                          ++sent;
-                         nextStep = step.value_or(0) + 1;
                          progress.show(step.value_or(0), logText(command));
                      });
     QObject::connect(&session, &ModuleSession::commandRefused, &session,
                      [&](std::optional<int> step, const QString &command) {
                          ++refused;
-                         nextStep = step.value_or(0) + 1;
                          complainTooLong(step, command);
                      });
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {

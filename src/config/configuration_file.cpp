@@ -110,8 +110,9 @@ ReadReport readConfiguration(const QByteArray &document, Configuration &configur
                 applyPreset(field, record, field.whenEmpty, environment, index);
             } else if (!setFieldText(field, record,
                                      field.whenRead != nullptr ? field.whenRead(text) : text)) {
-                report.remarks += QStringLiteral("%1 %2: \"%3\" is of no use here, \"%4\" is kept")
-                                      .arg(element, name, text, fieldText(field, record, environment.locale));
+                report.remarks += QStringLiteral("%1: \"%2\" is of no use here, \"%3\" is kept")
+                                      .arg(group.place(field.xmlName, index), text,
+                                           fieldText(field, record, environment.locale));
             }
         }
     });

@@ -125,10 +125,8 @@ QString hexadecimalByte(const QString &text)
 
 QString startTime(const QString &text)
 {
-    const QString inThisCentury = QLatin1String("20") + text;
-    const bool date = text.size() == 10 && std::ranges::all_of(text, isDecimalDigit) &&
-                      QDateTime::fromString(inThisCentury, QStringLiteral("yyyyMMddhhmm")).isValid();
-    return text.isEmpty() || date ? QString() : told("is no date and time of the form YYMMDDhhmm");
+    const bool sound = text.isEmpty() || toMinute(text);
+    return sound ? QString() : told("is no date and time of the form YYMMDDhhmm");
 }
 
 // Presets
@@ -361,6 +359,12 @@ QString Group::elementName(const char16_t *xmlName, int index) const
     return name;
 }
 
+QString Group::place(const char16_t *xmlName, int index) const
+{
+    const QString name = elementName(xmlName, index);
+    return form == Form::Attributes ? name + u' ' + QString::fromUtf16(xmlName) : name;
+}
+
 void makeNew(Configuration &configuration, const Environment &environment)
 {
     visitRecords(configuration, [&]<class Record>(const Group &, Record &record, int index) {
@@ -406,11 +410,7 @@ QStringList differences(const Configuration &expected, const Configuration &foun
             if (!field.appliesTo(index)) {
                 continue;
             }
-            QString name = group.elementName(field.xmlName, index);
-            if (group.form == Form::Attributes) {
-                name += u' ' + QString::fromUtf16(field.xmlName);
-            }
-            compare(name, expectedTexts[at++], texts(field, record));
+            compare(group.place(field.xmlName, index), expectedTexts[at++], texts(field, record));
         }
     });
     for (int index = 0; index < HolidayList::capacity; ++index) {

@@ -6,6 +6,7 @@
 #include <QLocale>
 #include <QString>
 
+#include <algorithm>
 #include <span>
 #include <variant>
 
@@ -79,6 +80,13 @@ template <class Record> struct Field
 /// The fields of a record type, in the order of the file.
 template <class Record> std::span<const Field<Record>> fieldsOf();
 
+/// The row of a record's member.
+template <class Record> const Field<Record> &fieldOf(Member<Record> member)
+{
+    const auto fields = fieldsOf<Record>();
+    return *std::ranges::find(fields, member, &Field<Record>::member);
+}
+
 /// A field's value as text; numbers in the locale's general form, check boxes as "0" and "1".
 template <class Record>
 QString fieldText(const Field<Record> &field, const Record &record, const QLocale &locale);
@@ -105,6 +113,9 @@ struct Group
 
     /// The element that keeps a field of the record with this index.
     QString elementName(const char16_t *xmlName, int index) const;
+
+    /// What messages call a field: the element, and the attribute where it is one.
+    QString place(const char16_t *xmlName, int index) const;
 };
 
 /// Calls visitor(group, record, index) for every record of a configuration, in the order of the file.

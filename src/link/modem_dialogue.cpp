@@ -85,7 +85,8 @@ bool ModemDialogue::takeSms(const QString &line)
     m_smsText += text;
     if (line.endsWith(endOfSms)) {
         const QString whole = withoutLineEnds(m_smsText);
-        const ReplyKind kind = whole.contains(QLatin1String("H,")) ? ReplyKind::History : ReplyKind::Sms;
+        // By how it begins: an alarm's text may have an "H," anywhere.
+        const ReplyKind kind = whole.startsWith(QLatin1String("H,")) ? ReplyKind::History : ReplyKind::Sms;
         m_actions.emplace_back(Reply{kind, *m_smsNumber, whole});
         m_smsNumber.reset();
     }

@@ -31,12 +31,6 @@ void ModuleSession::startTransmission(Configuration &configuration, bool answer,
     m_sequence.start(step);
 }
 
-void ModuleSession::cancelTransmission()
-{
-    m_sequence.stop();
-    m_configuration = nullptr;
-}
-
 void ModuleSession::setTimeout(Milliseconds timeout)
 {
     m_timeout = timeout;

@@ -27,7 +27,6 @@ public:
     /// Transmits a configuration, which must outlive the transmission: the module gets a command each time
     /// it reads an SMS. `answer` asks it to answer each one.
     void startTransmission(Configuration &configuration, bool answer, int step = steps::first);
-    void cancelTransmission();
 
     /// Places one command; the module gets it when it next reads an SMS.
     void place(const QString &command) { m_dialogue.place(command); }

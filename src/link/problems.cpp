@@ -17,8 +17,7 @@ QString told(const char *text)
 /// A switch point without a target does nothing, and one that reacts to a limit value has no start.
 bool isUsed(const SwitchPoint &point, const Field<SwitchPoint> &field)
 {
-    const auto *const text = std::get_if<QString SwitchPoint::*>(&field.member);
-    const bool isStart = text != nullptr && *text == &SwitchPoint::start;
+    const bool isStart = &field == &fieldOf<SwitchPoint>(&SwitchPoint::start);
     return point.target != 0 && !(isStart && point.reactsToLimitValue());
 }
 
@@ -38,12 +37,8 @@ void checkFields(const Configuration &configuration, const QLocale &locale, QLis
             const QString text = fieldText(field, record, locale);
             const QString message = field.check(text);
             if (!message.isEmpty()) {
-                QString place = group.elementName(field.xmlName, index);
-                if (group.form == Form::Attributes) {
-                    place += u' ' + QString::fromUtf16(field.xmlName);
-                }
                 const QString shown = field.secret ? QStringLiteral("****") : text;
-                problems.append({place, field.control.forIndex(index), index,
+                problems.append({group.place(field.xmlName, index), field.control.forIndex(index), index,
                                  u'"' + shown + QLatin1String("\" ") + message});
             }
         }
@@ -52,13 +47,15 @@ void checkFields(const Configuration &configuration, const QLocale &locale, QLis
 
 void checkLimitValues(const Configuration &configuration, QList<Problem> &problems)
 {
-    for (int index = 0; index < LimitValue::firstReference; ++index) {
-        const LimitValue &value = configuration.limitValues[static_cast<std::size_t>(index)];
-        if (value.channel == 0 && !value.alarm.isEmpty()) {
-            problems.append({QStringLiteral("Grenzwert%1 IP").arg(index), QStringLiteral("Cbo_gw_ip"), index,
-                             told("there is a text but no channel")});
+    visitRecords(configuration, [&]<class Record>(const Group &group, Record &record, int index) {
+        if constexpr (std::is_same_v<Record, const LimitValue>) {
+            if (!LimitValue::isReference(index) && record.channel == 0 && !record.alarm.isEmpty()) {
+                const Field<LimitValue> &channel = fieldOf<LimitValue>(&LimitValue::channel);
+                problems.append({group.place(channel.xmlName, index), channel.control.forIndex(index), index,
+                                 told("there is a text but no channel")});
+            }
         }
-    }
+    });
 }
 
 /// The field that decides how long a step's command is.
@@ -68,14 +65,15 @@ QString controlOfStep(int step, int &entry)
     {
         int first;
         int last;
-        const char16_t *control;
+        const ControlName &control;
     };
-    constexpr std::array ranges = {Range{1, 1, u"txt_gsm_id"}, Range{2, 21, u"Txt_gw_meldung"},
-                                   Range{52, 71, u"Txt_swtch_wert"}};
+    const std::array ranges = {Range{1, 1, fieldOf<GsmSettings>(&GsmSettings::stationId).control},
+                               Range{2, 21, fieldOf<LimitValue>(&LimitValue::alarm).control},
+                               Range{52, 71, fieldOf<SwitchPoint>(&SwitchPoint::value).control}};
     for (const Range &range : ranges) {
         if (step >= range.first && step <= range.last) {
             entry = step - range.first;
-            return QString::fromUtf16(range.control);
+            return range.control.forIndex(entry);
         }
     }
     return {};

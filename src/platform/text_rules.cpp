@@ -1,5 +1,6 @@
 #include "platform/text_rules.h"
 
+#include <algorithm>
 #include <array>
 #include <cfenv>
 #include <cmath>
@@ -148,6 +149,15 @@ std::optional<QDate> toDate(const QString &text, const QLocale &locale)
     }
     const QDate date = c.toDate(plain, QLatin1String("d.M.yy"));
     return date.isValid() ? std::optional(inThisCentury(date)) : std::nullopt;
+}
+
+std::optional<QDateTime> toMinute(const QString &text)
+{
+    if (text.size() != 10 || !std::ranges::all_of(text, isDecimalDigit)) {
+        return std::nullopt;
+    }
+    const QDateTime time = QDateTime::fromString(QLatin1String("20") + text, QStringLiteral("yyyyMMddhhmm"));
+    return time.isValid() ? std::optional(time) : std::nullopt;
 }
 
 QByteArray toWindows1252(QStringView text)

@@ -3,7 +3,7 @@
 // How texts become numbers and numbers texts, wherever the user, a file or the module brings them.
 
 #include <QByteArray>
-#include <QDate>
+#include <QDateTime>
 #include <QLocale>
 #include <QString>
 
@@ -37,6 +37,9 @@ QString withoutUmlauts(QString text);
 
 /// A date as the user writes it: the locale's own forms first, then day.month.year and year-month-day.
 std::optional<QDate> toDate(const QString &text, const QLocale &locale);
+
+/// The time that ten digits YYMMDDhhmm name, in this century.
+std::optional<QDateTime> toMinute(const QString &text);
 
 /// The bytes on the wire and in 8-bit files: Windows-1252, one byte a character. A character that has no
 /// place there becomes "?". The five bytes that the code page leaves open stand for themselves.

@@ -397,12 +397,10 @@ private:
 
     QString startTime(const QString &start) const
     {
-        const bool digits = std::ranges::all_of(start, [](QChar c) { return c >= u'0' && c <= u'9'; });
-        const QDateTime moment =
-            digits ? QDateTime::fromString(u"20" + start, QStringLiteral("yyyyMMddhhmm")) : QDateTime();
-        return moment.isValid() ? words({m_locale.toString(moment.date(), QLocale::ShortFormat),
-                                         moment.toString(QStringLiteral("hh:mm"))})
-                                : orNone(start);
+        const std::optional<QDateTime> moment = toMinute(start);
+        return moment ? words({m_locale.toString(moment->date(), QLocale::ShortFormat),
+                               moment->toString(QStringLiteral("hh:mm"))})
+                      : orNone(start);
     }
 
     QString watchedLimitValue(int number) const

@@ -148,6 +148,7 @@ private Q_SLOTS:
         const QList<std::pair<QString, QString>> rows{
             {u"H,1,0911151400,1,12.5\r"_s, u"= reply 1  H,1,0911151400,1,12.5"_s},
             {u"at+cmgs=\"+IP\"\rH,1,2\x1A"_s, u"= reply 1 +IP H,1,2"_s},
+            {u"at+cmgs=\"+IP\"\rM,TEMP HIGH, pump 1\x1A"_s, u"= reply 0 +IP M,TEMP HIGH, pump 1"_s},
             {u"\n+49 --> M,fail\r"_s, u"= reply 2  --> M,fail"_s},
             {u"OK: §,0,6\r"_s, u"= confirmed 0,6"_s}};
         for (const auto &[line, told] : rows) {
