@@ -27,11 +27,15 @@ if(KTR_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
-# A room of the house: a static library in src/<name>, linking only what is named.
+# A room of the house: a static library in src/<name>, linking only what is named. WINDOWS: it draws windows.
 function(ktr_room name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS" ${ARGN})
+  cmake_parse_arguments(ARG "WINDOWS" "" "SOURCES;LINKS" ${ARGN})
   add_library(ktr_${name} STATIC ${ARG_SOURCES})
   target_include_directories(ktr_${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
   target_link_libraries(ktr_${name} PUBLIC ${ARG_LINKS} PRIVATE ktr_options)
   target_precompile_headers(ktr_${name} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h)
+  if(ARG_WINDOWS)
+    target_link_libraries(ktr_${name} PUBLIC Qt6::Widgets)
+    target_precompile_headers(ktr_${name} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled_windows.h)
+  endif()
 endfunction()

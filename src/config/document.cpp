@@ -7,6 +7,19 @@
 
 namespace ktr {
 
+namespace {
+
+QString fileCalled(const QString &name)
+{
+    if (!name.endsWith(u' ') || QFileInfo::exists(name)) {
+        return name;
+    }
+    const auto last = std::find_if(name.crbegin(), name.crend(), [](QChar c) { return c != u' '; });
+    return name.left(name.crend() - last);
+}
+
+} // namespace
+
 Document::Document(Environment environment, QObject *parent)
     : QObject(parent), m_environment(std::move(environment))
 {
@@ -64,7 +77,7 @@ void Document::setModified(bool modified)
 ReadReport Document::load(const QString &fileName)
 {
     // Asked before anything is touched: a file that is not there must not cost the present edits.
-    if (const QFileInfo info(fileName); !info.exists() || !info.isReadable() || info.isDir()) {
+    if (const QFileInfo info(fileCalled(fileName)); !info.exists() || !info.isReadable() || info.isDir()) {
         ReadReport report;
         report.opened = false;
         report.document = Status::failed(fileName + QLatin1String(": cannot be opened for reading"));
@@ -76,7 +89,7 @@ ReadReport Document::load(const QString &fileName)
 
 ReadReport Document::readPresentFile()
 {
-    ReadReport report = readConfigurationFile(m_fileName, m_configuration, m_environment);
+    ReadReport report = readConfigurationFile(fileCalled(m_fileName), m_configuration, m_environment);
     if (!report.document) {
         setFileName(QString());
     }
@@ -90,9 +103,10 @@ Status Document::save()
     if (m_fileName.isEmpty()) {
         return Status::failed(QStringLiteral("there is no file name to save under"));
     }
-    Status written = replaceFile(m_fileName, writeConfiguration(m_configuration, m_environment));
+    Status written = replaceFile(fileCalled(m_fileName), writeConfiguration(m_configuration, m_environment));
     if (written) {
         setModified(false);
+        Q_EMIT saved();
     }
     return written;
 }

@@ -36,6 +36,8 @@ public:
     /// The menu command "new": neither the file name nor the mark move.
     void makeNew();
 
+    /// Blanks at the end of the name do not count where the file is looked for, unless one is called so:
+    /// the command line leaves them there.
     const QString &fileName() const { return m_fileName; }
     void setFileName(const QString &fileName);
 
@@ -59,6 +61,7 @@ Q_SIGNALS:
     void changed();
     void fileNameChanged(const QString &fileName);
     void modifiedChanged(bool modified);
+    void saved();
 
 private:
     Environment m_environment;

@@ -190,6 +190,14 @@ constexpr std::array englishTexts = {
 
 } // namespace
 
+Text switchTypeText(int type)
+{
+    constexpr int saturdays = 6; // came later than the others
+    const int first = static_cast<int>(Text::OnSundays);
+    return type == saturdays ? Text::OnSaturdays
+                             : static_cast<Text>(first + type - (type > saturdays ? 1 : 0));
+}
+
 void TextTable::fillEnglish()
 {
     std::transform(englishTexts.begin(), englishTexts.end(), m_texts.begin() + 1,

@@ -1,5 +1,6 @@
 #include "printout/content.h"
 
+#include "config/channel_use.h"
 #include "config/channels.h"
 #include "config/fields.h"
 #include "platform/text_rules.h"
@@ -11,64 +12,6 @@ namespace ktr {
 namespace {
 
 using Style = PrintColumn::Style;
-
-/// The numbers of the texts that title the printout.
-enum Title : int {
-    Ethernet = 13,
-    Gsm = 18,
-    PhoneNumber = 19,
-    Admin = 20,
-    Pin = 21,
-    StationId = 22,
-    AliveCycle = 23,
-    Ip = 24,
-    Identifier = 25,
-    Interval = 26,
-    InMinutes = 27,
-    Delta = 28,
-    Counter = 29,
-    Invert = 31,
-    Divider = 32,
-    StartValue = 33,
-    Scale = 34,
-    Offset = 35,
-    Factor = 36,
-    Unit = 37,
-    Hours = 39,
-    LimitValueTitle = 40,
-    LimitValueShort = 41,
-    Notification = 42,
-    Invalid = 43,
-    Hysteresis = 44,
-    Delay = 45,
-    Comparison = 46,
-    NotificationTo = 47,
-    Type = 49,
-    FirstSwitchType = 50,
-    SwitchValue = 66,
-    Start = 67,
-    Holidays = 69,
-    Send = 78,
-    FileInformation = 85,
-    Author = 86,
-    ConfigurationVersion = 87,
-    Date = 90,
-    Comment = 91,
-    LogFile = 92,
-    Subnet = 94,
-    Mac = 95,
-    Channel = 97,
-    Export = 108,
-    On = 112,
-    Off = 113,
-    History = 119,
-    Period = 122,
-    Pulses = 138,
-    Kelvin = 151,
-    Switchpoints = 165,
-    OnSaturdays = 170,
-    Repetitions = 171,
-};
 
 const QString none = QStringLiteral("–");
 
@@ -99,8 +42,8 @@ public:
     }
 
 private:
-    QString text(int title) const { return m_texts.text(title).trimmed(); }
-    QString onOff(bool value) const { return text(value ? On : Off); }
+    QString text(Text title) const { return m_texts.text(title).trimmed(); }
+    QString onOff(bool value) const { return text(value ? Text::On : Text::Off); }
     bool all() const { return m_entries == PrintedEntries::All; }
 
     /// A table of names and values.
@@ -128,14 +71,14 @@ private:
         const FileInfo &info = m_configuration.info;
         const QString &stamp = m_configuration.versionText;
         const bool stamped = !stamp.isEmpty() && stamp != info.version;
-        return {text(FileInformation),
-                {facts({{text(Author), info.author},
-                        {text(ConfigurationVersion),
+        return {text(Text::FileInformation),
+                {facts({{text(Text::Author), info.author},
+                        {text(Text::ConfigurationVersion),
                          words({info.version, stamped ? u'(' + stamp + u')' : QString()})},
-                        {text(Date), info.date},
-                        {text(Comment), info.comment},
-                        {text(LogFile), info.logFile},
-                        {words({text(History), text(Export)}), info.historyExportFile}})}};
+                        {text(Text::Date), info.date},
+                        {text(Text::Comment), info.comment},
+                        {text(Text::LogFile), info.logFile},
+                        {words({text(Text::History), text(Text::Export)}), info.historyExportFile}})}};
     }
 
     PrintSection gsm() const
@@ -143,75 +86,64 @@ private:
         const GsmSettings &settings = m_configuration.gsm;
         // A printout lies around: it tells that there is a PIN, not which and not how long.
         const QString pin = settings.pin.isEmpty() ? QString() : QStringLiteral("****");
-        PrintTable administrators{{{text(Admin), 16}, {text(Identifier), 82}, {text(PhoneNumber), 82}}, {}};
+        PrintTable administrators{
+            {{text(Text::Admin), 16}, {text(Text::Identifier), 82}, {text(Text::PhoneNumber), 82}}, {}};
         for (int index = 0; const Administrator &administrator : m_configuration.administrators) {
             administrators.rows +=
                 {QString::number(++index), orNone(administrator.name), orNone(administrator.number)};
         }
-        return {text(Gsm),
-                {facts({{text(StationId), settings.stationId},
-                        {text(Type), settings.stationType},
-                        {text(Pin), pin},
-                        {text(AliveCycle), settings.aliveCycle}}),
+        return {text(Text::Gsm),
+                {facts({{text(Text::StationId), settings.stationId},
+                        {text(Text::Type), settings.stationType},
+                        {text(Text::Pin), pin},
+                        {text(Text::AliveCycle), settings.aliveCycle}}),
                  administrators}};
     }
-
-    // Which record describes a channel, null where none does.
-
-    const DigitalInput *countingInput(int channel) const
-    {
-        return channel >= 1 && channel <= 4 ? &m_configuration.digitalInputs[index(channel - 1)] : nullptr;
-    }
-    const OutputHours *outputHours(int channel) const
-    {
-        return channel == 15 || channel == 16 ? &m_configuration.outputHours[index(channel - 15)] : nullptr;
-    }
-    const Scaling *scaling(int channel) const
-    {
-        const bool input = channel == 9 || channel == 10;
-        const bool output = channel == 13 || channel == 14;
-        return input || output ? &m_configuration.scaling[index(channel - (input ? 9 : 11))] : nullptr;
-    }
-    static std::size_t index(int number) { return static_cast<std::size_t>(number); }
 
     /// What a channel counts: pulses, hours or, as an empty text, nothing.
     QString counted(int channel) const
     {
-        const DigitalInput *input = countingInput(channel);
-        if (input == nullptr) {
-            return outputHours(channel) != nullptr ? text(Hours) : QString();
+        switch (channelMeasure(m_configuration, channel)) {
+        case Measure::Pulses:
+            return text(Text::Pulses);
+        case Measure::Hours:
+            return text(Text::Hours);
+        default:
+            return {};
         }
-        const bool pulses = channel <= 2;
-        return (pulses ? input->countsPulses : input->countsHours) ? text(pulses ? Pulses : Hours)
-                                                                   : QString();
     }
 
     QString limitUnit(int channel) const
     {
-        const Scaling *scaled = scaling(channel);
+        const Scaling *scaled = scalingOf(m_configuration, channel);
         return scaled != nullptr        ? scaled->unit
                : isTemperature(channel) ? QStringLiteral("°C")
                                         : counted(channel);
     }
     QString hysteresisUnit(int channel) const
     {
-        return isTemperature(channel) ? text(Kelvin) : limitUnit(channel);
+        return isTemperature(channel) ? text(Text::Kelvin) : limitUnit(channel);
     }
-    static bool isTemperature(int channel) { return channel == 17 || channel == 18; }
+    bool isTemperature(int channel) const
+    {
+        return channelMeasure(m_configuration, channel) == Measure::Temperature;
+    }
+
+    static std::size_t index(int number) { return static_cast<std::size_t>(number); }
 
     QString channelName(int channel) const
     {
         const QString name = channelText(channel);
-        return channel == 0 ? text(Invalid) : name.isEmpty() ? QString::number(channel) : name;
+        return channel == 0 ? text(Text::Invalid) : name.isEmpty() ? QString::number(channel) : name;
     }
 
     QStringList counterCells(int channel) const
     {
         const QString kind = counted(channel);
-        if (const OutputHours *output = outputHours(channel)) {
+        if (const OutputHours *output = outputHoursOf(m_configuration, channel)) {
             return {kind, {}, onOff(output->inverted), orNone(output->value)};
         }
-        const DigitalInput *input = countingInput(channel);
+        const DigitalInput *input = countingInputOf(m_configuration, channel);
         if (input == nullptr) {
             return {{}, {}, {}, {}};
         }
@@ -224,7 +156,7 @@ private:
 
     QStringList scalingCells(int channel) const
     {
-        const Scaling *scaled = scaling(channel);
+        const Scaling *scaled = scalingOf(m_configuration, channel);
         return scaled == nullptr
                    ? QStringList{{}, {}, {}}
                    : QStringList{orNone(scaled->offset), orNone(scaled->factor), orNone(scaled->unit)};
@@ -232,18 +164,18 @@ private:
 
     PrintSection channels() const
     {
-        const QString counter = text(Counter);
-        const QString scale = text(Scale);
-        PrintTable table{{{text(Channel), 33},
-                          {words({text(Interval), text(InMinutes)}), 17, Style::Number},
-                          {text(Delta), 15, Style::Number},
-                          {text(Type), 17, Style::Text, counter},
-                          {text(Divider), 15, Style::Number, counter},
-                          {text(Invert), 14, Style::Text, counter},
-                          {text(StartValue), 19, Style::Number, counter},
-                          {text(Offset), 16, Style::Number, scale},
-                          {text(Factor), 16, Style::Number, scale},
-                          {text(Unit), 18, Style::Text, scale}},
+        const QString counter = text(Text::Counter);
+        const QString scale = text(Text::Scaling);
+        PrintTable table{{{text(Text::Channel), 33},
+                          {words({text(Text::Interval), text(Text::InMinutes)}), 17, Style::Number},
+                          {text(Text::Delta), 15, Style::Number},
+                          {text(Text::Type), 17, Style::Text, counter},
+                          {text(Text::Divider), 15, Style::Number, counter},
+                          {text(Text::Invert), 14, Style::Text, counter},
+                          {text(Text::StartValue), 19, Style::Number, counter},
+                          {text(Text::Offset), 16, Style::Number, scale},
+                          {text(Text::Factor), 16, Style::Number, scale},
+                          {text(Text::Unit), 18, Style::Text, scale}},
                          {}};
         for (int channel = 1; channel <= channelCount; ++channel) {
             const Archiving &archiving = m_configuration.archiving[index(channel - 1)];
@@ -251,7 +183,7 @@ private:
                 QStringList{channelName(channel), orNone(archiving.interval), orNone(archiving.delta)} +
                 counterCells(channel) + scalingCells(channel);
         }
-        return {text(Channel), {table}};
+        return {text(Text::Channel), {table}};
     }
 
     PrintSection outputValues() const
@@ -261,17 +193,19 @@ private:
             rows += {channelName(channel++), onOff(value.digital)};
         }
         for (int channel = 13; const OutputValue &value : m_configuration.outputValues) {
-            rows += {channelName(channel), words({orNone(value.analog), scaling(channel)->unit})};
+            rows += {channelName(channel),
+                     words({orNone(value.analog), scalingOf(m_configuration, channel)->unit})};
             ++channel;
         }
-        rows += {text(Send), onOff(m_configuration.sendValues.front().enabled)};
-        return {text(SwitchValue), {facts(rows)}};
+        rows += {text(Text::Send), onOff(m_configuration.sendValues.front().enabled)};
+        return {text(Text::SwitchValue), {facts(rows)}};
     }
 
     QString administratorName(std::size_t administrator) const
     {
         const QString &name = m_configuration.administrators[administrator].name;
-        return name.trimmed().isEmpty() ? words({text(Admin), QString::number(administrator + 1)}) : name;
+        return name.trimmed().isEmpty() ? words({text(Text::Admin), QString::number(administrator + 1)})
+                                        : name;
     }
 
     QString recipients(const LimitValue &limitValue) const
@@ -284,8 +218,9 @@ private:
             }
         }
         // Six names in each row would bury the rows that name a few.
-        return names.size() == qsizetype(count) ? words({text(Admin), QStringLiteral("1–%1").arg(count)})
-                                                : orNone(names.join(u'\n'));
+        return names.size() == qsizetype(count)
+                   ? words({text(Text::Admin), QStringLiteral("1–%1").arg(count)})
+                   : orNone(names.join(u'\n'));
     }
 
     QString repetitions(const LimitValue &limitValue) const
@@ -295,7 +230,7 @@ private:
                    : QStringLiteral("%1 × %2").arg(QString::number(limitValue.repetitions),
                                                    orNone(limitValue.repetitionInterval));
     }
-    QString repetitionsTitle() const { return words({text(Repetitions), text(InMinutes)}); }
+    QString repetitionsTitle() const { return words({text(Text::Repetitions), text(Text::InMinutes)}); }
 
     QString comparison(const LimitValue &limitValue) const
     {
@@ -344,15 +279,15 @@ private:
 
     PrintSection limitValues() const
     {
-        return list(text(LimitValueTitle) + u" 1–16",
-                    {{{text(LimitValueShort), 7},
-                      {text(Channel), 27},
-                      {text(Comparison), 24},
-                      {text(Hysteresis), 17},
-                      {text(Delay), 12, Style::Number},
-                      {text(NotificationTo), 33},
+        return list(text(Text::LimitValue) + u" 1–16",
+                    {{{text(Text::LimitValueShort), 7},
+                      {text(Text::Channel), 27},
+                      {text(Text::Comparison), 24},
+                      {text(Text::Hysteresis), 17},
+                      {text(Text::Delay), 12, Style::Number},
+                      {text(Text::NotificationTo), 33},
                       {repetitionsTitle(), 20},
-                      {text(Notification), 40}},
+                      {text(Text::Notification), 40}},
                      limitValueRows(0, LimitValue::firstReference, [this](const LimitValue &limitValue) {
                          const int channel = limitValue.channel;
                          return QStringList{channelName(channel), comparison(limitValue),
@@ -363,12 +298,12 @@ private:
 
     PrintSection combinations() const
     {
-        return list(text(LimitValueTitle) + u" 17–20",
-                    {{{text(LimitValueShort), 8},
-                      {text(LimitValueTitle), 40},
-                      {text(NotificationTo), 48},
+        return list(text(Text::LimitValue) + u" 17–20",
+                    {{{text(Text::LimitValueShort), 8},
+                      {text(Text::LimitValue), 40},
+                      {text(Text::NotificationTo), 48},
                       {repetitionsTitle(), 30},
-                      {text(Notification), 54}},
+                      {text(Text::Notification), 54}},
                      limitValueRows(LimitValue::firstReference, LimitValue::count,
                                     [this](const LimitValue &limitValue) {
                                         return QStringList{combined(limitValue.reference)};
@@ -382,17 +317,14 @@ private:
             return administratorName(index(position - firstAdministrator));
         }
         const QString name = targetText(position);
-        return position == 0 ? text(Invalid) : name.isEmpty() ? QString::number(position) : name;
+        return position == 0 ? text(Text::Invalid) : name.isEmpty() ? QString::number(position) : name;
     }
 
     /// With its number: the two types that react to a limit value may read alike.
     QString switchType(int type) const
     {
-        constexpr int saturdays = 6; // came to the text table later than the others
-        const int number =
-            type == saturdays ? int{OnSaturdays} : FirstSwitchType + type - (type > saturdays ? 1 : 0);
         const bool known = type >= 0 && type <= 16;
-        return words({QString::number(type), known ? text(number) : QString()});
+        return words({QString::number(type), known ? text(switchTypeText(type)) : QString()});
     }
 
     QString startTime(const QString &start) const
@@ -416,12 +348,12 @@ private:
     {
         constexpr int periodic = 14;
         PrintTable table{{{QStringLiteral("#"), 8},
-                          {text(Channel), 36},
-                          {text(Type), 34},
-                          {text(Start), 34},
-                          {text(SwitchValue), 18, Style::Number},
-                          {words({text(Period), text(InMinutes)}), 16, Style::Number},
-                          {text(LimitValueTitle), 34}},
+                          {text(Text::Channel), 36},
+                          {text(Text::Type), 34},
+                          {text(Text::Start), 34},
+                          {text(Text::SwitchValue), 18, Style::Number},
+                          {words({text(Text::Period), text(Text::InMinutes)}), 16, Style::Number},
+                          {text(Text::LimitValue), 34}},
                          {}};
         for (int number = 0; const SwitchPoint &point : m_configuration.switchPoints) {
             ++number;
@@ -437,7 +369,7 @@ private:
                            point.type == periodic ? orNone(point.period) : QString(),
                            reacts ? watchedLimitValue(point.limitValue) : QString()};
         }
-        return list(text(Switchpoints), table);
+        return list(text(Text::Switchpoints), table);
     }
 
     PrintSection holidays() const
@@ -453,16 +385,16 @@ private:
             table.rows.back()[(at - 1) % columns] =
                 date.isValid() ? m_locale.toString(date, QLocale::ShortFormat) : line;
         }
-        return list(text(Holidays), table);
+        return list(text(Text::Holidays), table);
     }
 
     PrintSection ethernet() const
     {
         const EthernetSettings &settings = m_configuration.ethernet;
-        return {text(Ethernet),
-                {facts({{text(Ip), settings.ip},
-                        {text(Subnet), settings.subnet},
-                        {text(Mac), macBytes(settings).join(u'-')}})}};
+        return {text(Text::Ethernet),
+                {facts({{text(Text::Ip), settings.ip},
+                        {text(Text::Subnet), settings.subnet},
+                        {text(Text::Mac), macBytes(settings).join(u'-')}})}};
     }
 
     const Configuration &m_configuration;

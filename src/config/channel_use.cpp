@@ -1,0 +1,46 @@
+#include "config/channel_use.h"
+
+namespace ktr {
+
+namespace {
+
+template <class Records> auto at(const Records &records, int index) -> decltype(records.data())
+{
+    return &records[static_cast<std::size_t>(index)];
+}
+
+} // namespace
+
+const DigitalInput *countingInputOf(const Configuration &configuration, int channel)
+{
+    return channel >= 1 && channel <= 4 ? at(configuration.digitalInputs, channel - 1) : nullptr;
+}
+
+const OutputHours *outputHoursOf(const Configuration &configuration, int channel)
+{
+    return channel == 15 || channel == 16 ? at(configuration.outputHours, channel - 15) : nullptr;
+}
+
+const Scaling *scalingOf(const Configuration &configuration, int channel)
+{
+    const bool input = channel == 9 || channel == 10;
+    const bool output = channel == 13 || channel == 14;
+    return input || output ? at(configuration.scaling, channel - (input ? 9 : 11)) : nullptr;
+}
+
+Measure channelMeasure(const Configuration &configuration, int channel)
+{
+    if (const DigitalInput *input = countingInputOf(configuration, channel)) {
+        const bool first = channel <= 2;
+        return first && input->countsPulses   ? Measure::Pulses
+               : !first && input->countsHours ? Measure::Hours
+                                              : Measure::Binary;
+    }
+    return outputHoursOf(configuration, channel) != nullptr ? Measure::Hours
+           : scalingOf(configuration, channel) != nullptr   ? Measure::Scaled
+           : channel == 17 || channel == 18                 ? Measure::Temperature
+           : channel >= 1 && channel <= 12                  ? Measure::Binary
+                                                            : Measure::None;
+}
+
+} // namespace ktr

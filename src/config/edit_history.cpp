@@ -1,0 +1,116 @@
+#include "config/edit_history.h"
+
+#include "config/fields.h"
+
+namespace ktr {
+
+EditHistory::EditHistory(Document &document, QObject *parent) : QObject(parent), m_document(document)
+{
+    connect(&m_document, &Document::saved, this, &EditHistory::noteSaved);
+}
+
+EditHistory::State EditHistory::present() const
+{
+    return {m_document.configuration(), m_document.isModified(), m_document.fileName()};
+}
+
+void EditHistory::record(State before, const EditPlace &place)
+{
+    // Clicking what is chosen already marks the document modified and changes nothing else.
+    Configuration unstamped = m_document.configuration();
+    unstamped.versionText = before.configuration.versionText;
+    if (place.control != fieldOf<FileInfo>(&FileInfo::version).control.forIndex(0)) {
+        unstamped.info.version = before.configuration.info.version;
+    }
+    if (unstamped == before.configuration && m_document.fileName() == before.fileName) {
+        return;
+    }
+    m_redo.clear();
+    if (!m_open || m_undo.empty() || m_undo.back().place != place) {
+        m_undo.push_back({std::move(before), place});
+        if (m_undo.size() > longest) {
+            m_undo.pop_front();
+        }
+    }
+    m_open = !place.control.isEmpty();
+    Q_EMIT availabilityChanged();
+}
+
+void EditHistory::edit(const EditPlace &place, const std::function<void(Configuration &)> &change)
+{
+    State before = present();
+    m_document.edit(change);
+    record(std::move(before), place);
+}
+
+void EditHistory::adjust(const EditPlace &place, const std::function<void(Configuration &)> &change)
+{
+    State before = present();
+    m_document.adjust(change);
+    record(std::move(before), place);
+}
+
+void EditHistory::makeNew()
+{
+    State before = present();
+    m_document.makeNew();
+    record(std::move(before), {});
+}
+
+ReadReport EditHistory::load(const QString &fileName)
+{
+    State before = present();
+    ReadReport report = m_document.load(fileName);
+    if (report.opened) {
+        record(std::move(before), {});
+    }
+    return report;
+}
+
+void EditHistory::move(std::deque<Step> &from, std::deque<Step> &to)
+{
+    if (from.empty()) {
+        return;
+    }
+    Step step = std::move(from.back());
+    from.pop_back();
+    to.push_back({present(), step.place});
+    m_open = false;
+    m_document.setFileName(step.state.fileName);
+    m_document.restore(step.state.configuration, step.state.modified);
+    Q_EMIT availabilityChanged();
+    Q_EMIT moved(step.place);
+}
+
+void EditHistory::undo()
+{
+    move(m_undo, m_redo);
+}
+
+void EditHistory::redo()
+{
+    move(m_redo, m_undo);
+}
+
+void EditHistory::clear()
+{
+    m_undo.clear();
+    m_redo.clear();
+    m_open = false;
+    Q_EMIT availabilityChanged();
+}
+
+/// Whatever differs from the file now is modified, once it is brought back.
+void EditHistory::noteSaved()
+{
+    endGroup();
+    for (std::deque<Step> *steps : {&m_undo, &m_redo}) {
+        for (Step &step : *steps) {
+            if (step.state.fileName == m_document.fileName() || step.state.fileName.isEmpty()) {
+                step.state.modified = true;
+            }
+        }
+    }
+}
+
+} // namespace ktr

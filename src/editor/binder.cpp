@@ -1,0 +1,1 @@
+#include "editor/field_ref.h"
