@@ -57,9 +57,14 @@ int targetPosition(int code)
     return found == targets.end() ? 0 : static_cast<int>(found - targets.begin());
 }
 
+QStringList stationTypes()
+{
+    return {QStringLiteral("KTR"), QStringLiteral("NVA")};
+}
+
 bool isStationType(const QString &text)
 {
-    return text == QLatin1String("KTR") || text == QLatin1String("NVA");
+    return stationTypes().contains(text);
 }
 
 } // namespace ktr

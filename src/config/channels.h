@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace ktr {
 
@@ -23,6 +24,7 @@ int targetCode(int position);
 int targetPosition(int code);
 
 /// Station types that the module may be: "KTR" and "NVA".
+QStringList stationTypes();
 bool isStationType(const QString &text);
 
 } // namespace ktr

@@ -3,6 +3,7 @@
 #include "config/fields.h"
 
 #include <functional>
+#include <type_traits>
 
 namespace ktr {
 
@@ -18,20 +19,19 @@ struct FieldRef
 
 namespace detail {
 
-template <class Record>
-FieldRef fieldRef(const Field<Record> &field, QString control, std::function<int()> entry,
-                  std::function<Record &(Configuration &, int)> record)
+/// `access(configuration, index)` gives the record, constant or not as the configuration is.
+template <class Record, class Access>
+FieldRef fieldRef(const Field<Record> &field, const QString &control, std::function<int()> entry,
+                  Access access)
 {
     FieldRef ref;
-    ref.control = std::move(control);
+    ref.control = control;
     ref.rule = field.rule;
-    ref.text = [&field, entry, record](const Configuration &configuration) {
-        // The accessor serves both directions; nothing is written through it here.
-        return fieldText(field, std::as_const(record(const_cast<Configuration &>(configuration), entry())),
-                         QLocale::c());
+    ref.text = [&field, entry, access](const Configuration &configuration) {
+        return fieldText(field, access(configuration, entry()), QLocale::c());
     };
-    ref.store = [&field, entry, record](Configuration &configuration, const QString &text) {
-        setFieldText(field, record(configuration, entry()), text);
+    ref.store = [&field, entry, access](Configuration &configuration, const QString &text) {
+        setFieldText(field, access(configuration, entry()), text);
     };
     ref.entry = std::move(entry);
     return ref;
@@ -40,36 +40,44 @@ FieldRef fieldRef(const Field<Record> &field, QString control, std::function<int
 } // namespace detail
 
 /// A field of a record that stands alone.
-template <class Record> FieldRef fieldRef(Record Configuration::*record, Member<Record> member)
+template <class Record>
+FieldRef fieldRef(Record Configuration::*record, std::type_identity_t<Member<Record>> member)
 {
     const Field<Record> &field = fieldOf<Record>(member);
+    const auto access = [record](auto &configuration, int) -> auto &
+    {
+        return configuration.*record;
+    };
     return detail::fieldRef<Record>(
-        field, field.control.forIndex(0), [] { return 0; },
-        [record](Configuration &configuration, int) -> Record & { return configuration.*record; });
+        field, field.control.forIndex(0), [] { return 0; }, access);
+}
+
+/// The records of an array, by index.
+template <class Record, std::size_t N> auto recordOf(std::array<Record, N> Configuration::*records)
+{
+    return [records](auto &configuration, int index) -> auto &
+    {
+        return (configuration.*records)[static_cast<std::size_t>(index)];
+    };
 }
 
 /// A field of the record with a fixed index; each has a control of its own.
 template <class Record, std::size_t N>
-FieldRef fieldRef(std::array<Record, N> Configuration::*records, int index, Member<Record> member)
+FieldRef fieldRef(std::array<Record, N> Configuration::*records, int index,
+                  std::type_identity_t<Member<Record>> member)
 {
     const Field<Record> &field = fieldOf<Record>(member);
     return detail::fieldRef<Record>(
-        field, field.control.forIndex(index), [index] { return index; },
-        [records](Configuration &configuration, int at) -> Record & {
-            return (configuration.*records)[static_cast<std::size_t>(at)];
-        });
+        field, field.control.forIndex(index), [index] { return index; }, recordOf(records));
 }
 
 /// A field of the record that the page shows at the time: one control for all.
 template <class Record, std::size_t N>
 FieldRef fieldRef(std::array<Record, N> Configuration::*records, std::function<int()> shown,
-                  Member<Record> member)
+                  std::type_identity_t<Member<Record>> member)
 {
     const Field<Record> &field = fieldOf<Record>(member);
-    return detail::fieldRef<Record>(field, field.control.forIndex(0), std::move(shown),
-                                    [records](Configuration &configuration, int at) -> Record & {
-                                        return (configuration.*records)[static_cast<std::size_t>(at)];
-                                    });
+    return detail::fieldRef<Record>(field, field.control.forIndex(0), std::move(shown), recordOf(records));
 }
 
 } // namespace ktr

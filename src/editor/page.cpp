@@ -1,0 +1,56 @@
+#include "editor/page.h"
+
+#include <QGridLayout>
+#include <QLabel>
+
+namespace ktr {
+
+Page::Page(EditorContext &context, QWidget *parent) : QWidget(parent), m_context(context), m_binder(context)
+{}
+
+void Page::applyTexts()
+{
+    for (const TextPart &part : m_textParts) {
+        part();
+    }
+}
+
+void Page::showRecords()
+{
+    m_binder.show();
+    for (const auto &part : m_recordParts) {
+        part();
+    }
+}
+
+void Page::showEntry(int) {}
+
+void Page::setProblems(const QList<Problem> &problems)
+{
+    m_problems = problems;
+    refreshMarks();
+}
+
+QLabel *Page::labelFor(QWidget *control, Text name, const QString &suffix)
+{
+    auto *label = captioned(new QLabel(this), name, suffix);
+    label->setBuddy(control);
+    onTexts([control, label] { control->setAccessibleName(label->text()); });
+    return label;
+}
+
+void Page::tip(QWidget *control, std::function<QString()> text)
+{
+    onTexts([control, text = std::move(text)] { control->setToolTip(text()); });
+}
+
+QLabel *Page::addRow(QGridLayout *grid, Text name, QWidget *control)
+{
+    auto *label = labelFor(control, name);
+    const int row = grid->rowCount();
+    grid->addWidget(label, row, 0);
+    grid->addWidget(control, row, 1);
+    return label;
+}
+
+} // namespace ktr

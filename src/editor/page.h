@@ -1,0 +1,83 @@
+#pragma once
+
+#include "editor/binder.h"
+#include "link/problems.h"
+
+#include <QWidget>
+
+class QGridLayout;
+class QLabel;
+
+namespace ktr {
+
+/// A page of the main window. It is made without texts; applyTexts() and showRecords() fill it.
+class Page : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit Page(EditorContext &context, QWidget *parent = nullptr);
+
+    /// Gives every caption its text in the language of the table.
+    void applyTexts();
+
+    /// Shows the present configuration.
+    void showRecords();
+
+    /// The page was chosen in the tab strip.
+    virtual void entered() {}
+
+    /// Shows an entry, on pages that show one of several at a time.
+    virtual void showEntry(int entry);
+
+    /// Marks the fields that have problems.
+    void setProblems(const QList<Problem> &problems);
+
+protected:
+    using TextPart = std::function<void()>;
+
+    EditorContext &context() const { return m_context; }
+    const Configuration &configuration() const { return m_context.document.configuration(); }
+    Binder &binder() { return m_binder; }
+    QString text(Text name) const { return m_context.texts.text(name); }
+
+    /// Runs at each applyTexts(): for own texts, tool tips and everything composed.
+    void onTexts(TextPart part) { m_textParts.push_back(std::move(part)); }
+    /// Runs at each showRecords(), after the bound controls.
+    void onRecords(std::function<void()> part) { m_recordParts.push_back(std::move(part)); }
+    /// Marks again what setProblems() gave: another entry is shown.
+    void refreshMarks() { m_binder.mark(m_problems); }
+
+    /// A caption from the table, with what stands behind it.
+    template <class Captioned>
+    Captioned *captioned(Captioned *control, Text name, const QString &suffix = QString())
+    {
+        onTexts([this, control, name, suffix] {
+            const QString caption = text(name) + suffix;
+            if constexpr (requires { control->setTitle(caption); }) {
+                control->setTitle(caption);
+            } else {
+                control->setText(caption);
+            }
+        });
+        return control;
+    }
+
+    /// A label for a control: its buddy, and the name that screen readers tell.
+    QLabel *labelFor(QWidget *control, Text name, const QString &suffix = QString());
+
+    /// A tool tip that tr() gives at each change of the language.
+    void tip(QWidget *control, std::function<QString()> text);
+
+    /// A row of a form: label and control.
+    QLabel *addRow(QGridLayout *grid, Text name, QWidget *control);
+
+private:
+    EditorContext &m_context;
+    Binder m_binder;
+    std::vector<TextPart> m_textParts;
+    std::vector<std::function<void()>> m_recordParts;
+    QList<Problem> m_problems;
+};
+
+} // namespace ktr
