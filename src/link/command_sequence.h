@@ -50,6 +50,8 @@ public:
     /// Starts at a step 0..78.
     void start(int step = steps::first) { m_step = static_cast<qint16>(step); }
 
+    void stop() { m_step = steps::idle; }
+
     /// The step whose command comes next; steps::idle when no transmission runs.
     int step() const { return m_step; }
     bool isRunning() const { return m_step >= 0 && m_step < steps::idle; }

@@ -31,6 +31,12 @@ void ModuleSession::startTransmission(Configuration &configuration, bool answer,
     m_sequence.start(step);
 }
 
+void ModuleSession::stopTransmission()
+{
+    m_sequence.stop();
+    m_configuration = nullptr;
+}
+
 void ModuleSession::setTimeout(Milliseconds timeout)
 {
     m_timeout = timeout;

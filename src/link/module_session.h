@@ -28,6 +28,8 @@ public:
     /// it reads an SMS. `answer` asks it to answer each one.
     void startTransmission(Configuration &configuration, bool answer, int step = steps::first);
 
+    void stopTransmission();
+
     /// Places one command; the module gets it when it next reads an SMS.
     void place(const QString &command) { m_dialogue.place(command); }
 

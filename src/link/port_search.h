@@ -31,8 +31,11 @@ public:
     void stop();
     bool isRunning() const { return m_running; }
 
-    /// One step of the search.
+    /// One step of the search; outside a search it opens a port and stays there.
     void tick();
+
+    /// The transport was closed by somebody else.
+    void forgetPort() { m_port.clear(); }
 
     /// The port that is open, empty when none is.
     const QString &port() const { return m_port; }
