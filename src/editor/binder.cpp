@@ -15,6 +15,8 @@
 #include <QStyle>
 #include <QToolTip>
 
+#include <algorithm>
+
 namespace ktr {
 
 namespace {
@@ -236,6 +238,12 @@ void Binder::mark(const QList<Problem> &problems)
     for (const Bound &bound : m_bound) {
         showProblem(bound.control, messages.value({bound.field.control, bound.field.entry()}));
     }
+}
+
+bool Binder::isBound(const QString &control) const
+{
+    return std::ranges::any_of(m_bound,
+                               [&control](const Bound &bound) { return bound.field.control == control; });
 }
 
 bool Binder::eventFilter(QObject *watched, QEvent *event)

@@ -45,6 +45,8 @@ public:
     /// Marks the controls of fields that have problems in the entries shown, and unmarks the others.
     void mark(const QList<Problem> &problems);
 
+    bool isBound(const QString &control) const;
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

@@ -25,6 +25,13 @@ void Page::showRecords()
 
 void Page::showEntry(int) {}
 
+void Page::showPlace(const EditPlace &place)
+{
+    if (hasEntries() && m_binder.isBound(place.control)) {
+        showEntry(place.entry);
+    }
+}
+
 void Page::setProblems(const QList<Problem> &problems)
 {
     m_problems = problems;

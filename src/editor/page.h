@@ -27,8 +27,12 @@ public:
     /// The page was chosen in the tab strip.
     virtual void entered() {}
 
-    /// Shows an entry, on pages that show one of several at a time.
+    /// Whether the page shows one of several entries at a time, and shows the one with this index.
+    virtual bool hasEntries() const { return false; }
     virtual void showEntry(int entry);
+
+    /// Shows the entry that a bound control was changed in.
+    void showPlace(const EditPlace &place);
 
     /// Marks the fields that have problems.
     void setProblems(const QList<Problem> &problems);

@@ -1,0 +1,148 @@
+#pragma once
+
+#include "app/command_line.h"
+#include "app/file_dialogs.h"
+#include "app/page_tabs.h"
+#include "app/recent_files.h"
+#include "app/single_instance.h"
+#include "app/translations.h"
+#include "link/conversation_log.h"
+#include "link/module_link.h"
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QTimer>
+
+namespace ktr {
+
+class CalibrationPage;
+class ConnectionPage;
+class InfoPage;
+class MainMenu;
+class ProblemPanel;
+class StatusLine;
+class TestPage;
+class frmAbout;
+class frmSettings;
+class frm_preview;
+
+/// What the main window needs of the world around it.
+struct Services
+{
+    Environment environment;
+    Timers &timers;
+    Transport &serial;
+    std::function<QStringList()> ports;
+    QString instanceName; ///< under which instances find each other; empty for the user's own
+};
+
+/// The main window. start() is the start of the program, and closing the window is its end.
+class FormMain : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit FormMain(const Services &services);
+    ~FormMain() override;
+
+    /// Language, second instance, port search, "new", last file, command line, in this order; then the
+    /// window is shown. Where another instance runs, this takes a second longer.
+    void start(const QStringList &arguments);
+
+    Document &document() { return m_document; }
+    PageTabs &tabs() { return *m_tabs; }
+    /// The image for the module's firmware is then taken from a developer's place.
+    bool isDesign() const { return m_options.design; }
+
+    /// Loads the texts of a language for this run and puts them everywhere.
+    void setLanguage(const QString &language);
+
+Q_SIGNALS:
+    /// The window was closed: the program may end.
+    void closed();
+    /// The exit menu: the program ends at once.
+    void exitWanted();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    // start-up
+    void startWithOtherEnding();
+    void finishStart();
+    bool applyCommandLine();
+    void buildRemainingPages();
+
+    // window
+    void layOut();
+    void connectMenu();
+    void connectDocument();
+    void connectLink();
+    Page *buildPage(PageIndex index);
+    void applyTexts();
+    void updateTitle();
+    void tell(const QString &line);
+    void showMessage(const QString &text);
+
+    // files
+    void makeNew();
+    void save();
+    void saveAs();
+    void load(const QString &fileName);
+    void loadChosen();
+    void tellRead(const ReadReport &report, const QString &fileName);
+    void askToSave();
+    void addRecent();
+
+    // printing
+    PrintoutOptions printoutOptions() const;
+    void print();
+    void showPreview();
+
+    // link
+    void showLink();
+    void refreshPorts();
+    void notAvailable();
+    void transmit();
+    void writeLog(const QString &line);
+    void takeOverTransmitted();
+
+    // problems
+    void findProblemsSoon();
+    void findProblemsNow();
+
+    Services m_services;
+    CommandLine m_options;
+    TextTable m_texts;
+    Translations m_translations;
+    Document m_document;
+    EditHistory m_history;
+    EditorContext m_context;
+    ModuleLink m_link;
+    FileDialogs m_dialogs;
+    RecentFiles m_recent;
+    SingleInstance m_instance;
+    ConversationLog m_log;
+    QString m_logPath;
+    QString m_missingTexts; ///< what is to be said once the window is there
+
+    MainMenu *m_menu;
+    PageTabs *m_tabs;
+    ProblemPanel *m_problemPanel;
+    StatusLine *m_status;
+    QTimer m_problemTimer;
+    QTimer m_wait; ///< Tmr_wait
+    QPointer<frm_preview> m_preview;
+    QPointer<frmAbout> m_about;
+    QPointer<frmSettings> m_settings;
+    TestPage *m_testPage = nullptr;
+    ConnectionPage *m_connectionPage = nullptr;
+    CalibrationPage *m_calibrationPage = nullptr;
+    bool m_firstShow = true;
+};
+
+} // namespace ktr

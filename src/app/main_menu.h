@@ -1,0 +1,79 @@
+#pragma once
+
+#include "lang/text_table.h"
+
+#include <QObject>
+#include <QStringList>
+
+class QAction;
+class QActionGroup;
+class QMainWindow;
+class QMenu;
+class QToolBar;
+
+namespace ktr {
+
+enum class IconName;
+
+/// The main window's menus and tool bar. It holds the actions; what they do is connected by the window.
+class MainMenu : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit MainMenu(QMainWindow &window);
+
+    void applyTexts(const TextTable &texts);
+
+    /// The files used last, for their menu.
+    void showRecent(const QStringList &names);
+
+    /// The serial ports found, for the connection menu. `chosen` is ticked.
+    void showPorts(const QStringList &ports, QAction *chosen);
+    /// The action of a port's menu entry; null when there is none.
+    QAction *portAction(const QString &port) const;
+
+    QAction *neu;
+    QAction *load;
+    QAction *save;
+    QAction *saveAs;
+    QAction *preview;
+    QAction *print;
+    QAction *exit;
+    QAction *undo;
+    QAction *redo;
+    QAction *doConfig;
+    QAction *doApplication;
+    QAction *search; ///< all serial ports
+    QAction *ethernet;
+    QAction *exclusive;
+    QAction *offline;
+    QAction *operationalMode;
+    QAction *settings;
+    QAction *problems;
+    QAction *about;
+
+Q_SIGNALS:
+    void recentChosen(const QString &fileName);
+    void portChosen(const QString &port);
+    /// The connection menu opens: the ports may have changed.
+    void portsWanted();
+
+private:
+    QAction *add(QMenu *menu, const char *name, const QKeySequence &shortcut = {});
+    void giveMnemonics();
+
+    QMainWindow &m_window;
+    QMenu *m_file;
+    QMenu *m_recent;
+    QMenu *m_edit;
+    QMenu *m_transmit;
+    QMenu *m_connection;
+    QMenu *m_tools;
+    QToolBar *m_bar;
+    QActionGroup *m_lines;
+    QAction *m_endOfPorts;
+    QList<QAction *> m_ports;
+};
+
+} // namespace ktr

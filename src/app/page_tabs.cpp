@@ -1,0 +1,138 @@
+#include "app/page_tabs.h"
+
+#include <QScrollArea>
+#include <QTabBar>
+
+namespace ktr {
+
+namespace {
+
+constexpr std::array tabTexts = {Text::Gsm,        Text::Ip,       Text::LimitValue,
+                                 Text::Switchpoint, Text::Test,     Text::FileInformation,
+                                 Text::Ethernet,   Text::Connection, Text::Calibration};
+static_assert(tabTexts.size() == pageCount);
+
+} // namespace
+
+PageTabs::PageTabs(EditorContext &context, Builder build, QWidget *parent)
+    : QTabWidget(parent), m_context(context), m_build(std::move(build))
+{
+    setObjectName(QStringLiteral("TabStrip1"));
+    setDocumentMode(true);
+    tabBar()->setUsesScrollButtons(true);
+    for (int index = 0; index < pageCount; ++index) {
+        auto *area = new QScrollArea(this);
+        area->setFrameShape(QFrame::NoFrame);
+        area->setWidgetResizable(true);
+        addTab(area, QString());
+    }
+    connect(this, &QTabWidget::currentChanged, this, &PageTabs::enterPage);
+}
+
+Page *PageTabs::page(PageIndex index)
+{
+    Page *&page = m_pages[static_cast<std::size_t>(index)];
+    if (page == nullptr) {
+        page = m_build(index);
+        page->applyTexts();
+        page->showRecords();
+        page->setProblems(m_problems);
+        static_cast<QScrollArea *>(widget(static_cast<int>(index)))->setWidget(page);
+    }
+    return page;
+}
+
+bool PageTabs::buildNext()
+{
+    for (int index = 0; index < pageCount; ++index) {
+        if (builtPage(static_cast<PageIndex>(index)) == nullptr) {
+            page(static_cast<PageIndex>(index));
+            return true;
+        }
+    }
+    return false;
+}
+
+PageTabs::Found PageTabs::find(const QString &control)
+{
+    if (control.isEmpty()) {
+        return {};
+    }
+    while (buildNext()) {
+    }
+    for (int index = 0; index < pageCount; ++index) {
+        const Page *owner = builtPage(static_cast<PageIndex>(index));
+        // The first element stands for an array of which only the name is known.
+        for (const QString &name : {control, control + u"_0", control + u"_1"}) {
+            if (auto *found = owner->findChild<QWidget *>(name)) {
+                return {index, found};
+            }
+        }
+    }
+    return {};
+}
+
+void PageTabs::goTo(const EditPlace &place)
+{
+    const Found found = find(place.control);
+    if (found.control == nullptr) {
+        return;
+    }
+    setCurrentIndex(found.page);
+    builtPage(static_cast<PageIndex>(found.page))->showPlace(place);
+    found.control->setFocus(Qt::OtherFocusReason);
+    static_cast<QScrollArea *>(widget(found.page))->ensureWidgetVisible(found.control);
+}
+
+QString PageTabs::describe(const EditPlace &place)
+{
+    const Found found = find(place.control);
+    if (found.control == nullptr) {
+        return {};
+    }
+    QStringList parts{tabText(found.page)};
+    if (builtPage(static_cast<PageIndex>(found.page))->hasEntries()) {
+        parts += QString::number(place.entry + 1);
+    }
+    const QString name = found.control->accessibleName();
+    return parts.join(u' ') + (name.isEmpty() ? QString() : QStringLiteral(", ") + name);
+}
+
+void PageTabs::applyTexts()
+{
+    for (int index = 0; index < pageCount; ++index) {
+        QString caption = m_context.texts.text(tabTexts[static_cast<std::size_t>(index)]);
+        setTabText(index, caption.replace(u'&', QLatin1String("&&")));
+        if (Page *built = builtPage(static_cast<PageIndex>(index))) {
+            built->applyTexts();
+            built->showRecords();
+        }
+    }
+}
+
+void PageTabs::showRecords()
+{
+    for (Page *built : m_pages) {
+        if (built != nullptr) {
+            built->showRecords();
+        }
+    }
+}
+
+void PageTabs::setProblems(const QList<Problem> &problems)
+{
+    m_problems = problems;
+    for (Page *built : m_pages) {
+        if (built != nullptr) {
+            built->setProblems(problems);
+        }
+    }
+}
+
+void PageTabs::enterPage()
+{
+    m_context.history.endGroup();
+    page(static_cast<PageIndex>(currentIndex()))->entered();
+}
+
+} // namespace ktr

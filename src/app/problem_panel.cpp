@@ -1,0 +1,93 @@
+#include "app/problem_panel.h"
+
+#include <QListWidget>
+#include <QStyle>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+namespace ktr {
+
+namespace {
+
+constexpr int shownRows = 4;
+
+} // namespace
+
+ProblemPanel::ProblemPanel(Where where, QWidget *parent)
+    : QWidget(parent), m_where(std::move(where)), m_header(new QToolButton(this)), m_list(new QListWidget(this))
+{
+    m_header->setObjectName(QStringLiteral("cmd_problems"));
+    m_header->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_header->setAutoRaise(true);
+    m_header->setCheckable(true);
+    m_header->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    m_list->setObjectName(QStringLiteral("lst_problems"));
+    m_list->setUniformItemSizes(true);
+    m_list->setFixedHeight(shownRows * (fontMetrics().height() + 8) + 4);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(12, 0, 12, 4);
+    layout->setSpacing(2);
+    layout->addWidget(m_header);
+    layout->addWidget(m_list);
+
+    connect(m_header, &QToolButton::toggled, this, [this](bool on) {
+        unfold(on);
+        Q_EMIT unfolded(on);
+    });
+    const auto choose = [this](QListWidgetItem *item) {
+        const int row = m_list->row(item);
+        if (row >= 0 && row < m_problems.size()) {
+            Q_EMIT chosen(m_problems[row]);
+        }
+    };
+    connect(m_list, &QListWidget::itemClicked, this, choose);
+    connect(m_list, &QListWidget::itemActivated, this, choose);
+    unfold(false);
+    showSummary();
+}
+
+void ProblemPanel::show(const QList<Problem> &problems)
+{
+    if (problems == m_problems) {
+        return;
+    }
+    m_problems = problems;
+    applyTexts();
+}
+
+void ProblemPanel::applyTexts()
+{
+    const int row = m_list->currentRow();
+    m_list->clear();
+    for (const Problem &problem : m_problems) {
+        const QString where = m_where(problem);
+        auto *item = new QListWidgetItem(style()->standardIcon(QStyle::SP_MessageBoxWarning),
+                                         (where.isEmpty() ? problem.place : where) + u": " + problem.message);
+        item->setToolTip(problem.place + u": " + problem.message);
+        m_list->addItem(item);
+    }
+    m_list->setCurrentRow(std::min(row, m_list->count() - 1));
+    showSummary();
+}
+
+void ProblemPanel::showSummary()
+{
+    const bool none = m_problems.isEmpty();
+    m_header->setText(none ? tr("No problems") : tr("Problems: %1").arg(m_problems.size()));
+    m_header->setIcon(none ? QIcon() : style()->standardIcon(QStyle::SP_MessageBoxWarning));
+    m_header->setToolTip(tr("What the file or the module would choke on; a click on a row goes to its field"));
+    m_list->setAccessibleName(tr("Problems"));
+}
+
+bool ProblemPanel::isUnfolded() const
+{
+    return m_header->isChecked();
+}
+
+void ProblemPanel::unfold(bool unfolded)
+{
+    m_header->setChecked(unfolded);
+    m_list->setVisible(unfolded);
+}
+
+} // namespace ktr

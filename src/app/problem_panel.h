@@ -1,0 +1,44 @@
+#pragma once
+
+#include "link/problems.h"
+
+#include <QWidget>
+
+class QListWidget;
+class QToolButton;
+
+namespace ktr {
+
+/// What the file or the module would choke on, a row each. It keeps its height, so that nothing jumps while
+/// the user types.
+class ProblemPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Tells where a problem is in the user's words, empty when that is not known.
+    using Where = std::function<QString(const Problem &)>;
+
+    explicit ProblemPanel(Where where, QWidget *parent = nullptr);
+
+    void show(const QList<Problem> &problems);
+    void applyTexts();
+
+    bool isUnfolded() const;
+    void unfold(bool unfolded);
+
+Q_SIGNALS:
+    /// The user wants to go to the field.
+    void chosen(const ktr::Problem &problem);
+    void unfolded(bool unfolded);
+
+private:
+    void showSummary();
+
+    Where m_where;
+    QList<Problem> m_problems;
+    QToolButton *m_header;
+    QListWidget *m_list;
+};
+
+} // namespace ktr

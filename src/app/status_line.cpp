@@ -1,0 +1,121 @@
+#include "app/status_line.h"
+
+#include <QEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QProgressBar>
+#include <QResizeEvent>
+
+namespace ktr {
+
+namespace {
+
+const QColor connectedGreen(0, 192, 0);
+constexpr int lampSize = 14;
+
+/// A lamp: filled with its background colour, round and still clear to those who see no green from its
+/// filling.
+class Lamp : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const QRectF circle = QRectF(rect()).adjusted(1, 1, -1, -1);
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.setBrush(palette().color(QPalette::Window));
+        painter.drawEllipse(circle);
+    }
+};
+
+} // namespace
+
+StatusLine::StatusLine(QWidget *parent)
+    : QStatusBar(parent),
+      m_lamp(new Lamp(this)),
+      m_link(new QLabel(this)),
+      m_event(new QLabel(this)),
+      m_modified(new QLabel(this)),
+      m_progress(new QProgressBar(this))
+{
+    m_lamp->setObjectName(QStringLiteral("Opt_connected"));
+    m_lamp->setFixedSize(lampSize, lampSize);
+    m_link->setObjectName(QStringLiteral("lbl_link"));
+    m_event->setObjectName(QStringLiteral("lbl_event"));
+    m_event->setTextFormat(Qt::PlainText);
+    m_event->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_event->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_modified->setObjectName(QStringLiteral("lbl_modified"));
+    m_modified->hide();
+    m_progress->setObjectName(QStringLiteral("ProgressBar1"));
+    m_progress->setMaximum(77);
+    m_progress->setTextVisible(false);
+    m_progress->setMaximumWidth(180);
+    addWidget(m_lamp);
+    addWidget(m_link);
+    addWidget(m_event, 1);
+    addPermanentWidget(m_modified);
+    addPermanentWidget(m_progress);
+    showLink(QString(), false);
+    applyTexts();
+}
+
+void StatusLine::tell(const QString &line)
+{
+    m_lastEvent = line;
+    m_event->setToolTip(line);
+    elide();
+}
+
+void StatusLine::elide()
+{
+    const QString line = m_lastEvent.simplified();
+    m_event->setText(m_event->fontMetrics().elidedText(line, Qt::ElideRight, m_event->width()));
+}
+
+void StatusLine::showLink(const QString &text, bool connected)
+{
+    m_link->setText(text);
+    m_lamp->setAccessibleName(text);
+    m_lamp->setToolTip(text);
+    QPalette palette;
+    palette.setColor(QPalette::Window, connected ? connectedGreen : palette.color(QPalette::Mid));
+    m_lamp->setPalette(palette);
+}
+
+void StatusLine::showModified(bool modified)
+{
+    m_modified->setVisible(modified);
+}
+
+void StatusLine::showProgress(int step)
+{
+    m_progress->setValue(std::min(step, m_progress->maximum()));
+}
+
+void StatusLine::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        applyTexts();
+    }
+    QStatusBar::changeEvent(event);
+}
+
+void StatusLine::resizeEvent(QResizeEvent *event)
+{
+    QStatusBar::resizeEvent(event);
+    elide();
+}
+
+void StatusLine::applyTexts()
+{
+    m_modified->setText(u"● " + tr("modified"));
+    m_modified->setToolTip(tr("There are changes that are not saved"));
+    m_progress->setAccessibleName(tr("Progress of the transmission"));
+}
+
+} // namespace ktr

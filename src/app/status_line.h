@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QStatusBar>
+
+class QLabel;
+class QProgressBar;
+
+namespace ktr {
+
+/// The status bar: the state of the link, the last event, whether the configuration is modified, and how
+/// far a transmission is.
+class StatusLine : public QStatusBar
+{
+    Q_OBJECT
+
+public:
+    explicit StatusLine(QWidget *parent = nullptr);
+
+    /// The last event; it stays until the next one.
+    void tell(const QString &line);
+    const QString &lastEvent() const { return m_lastEvent; }
+
+    /// What the link is doing; green once the module was heard.
+    void showLink(const QString &text, bool connected);
+
+    void showModified(bool modified);
+
+    /// Steps of a transmission, 0 for none.
+    void showProgress(int step);
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void applyTexts();
+    void elide();
+
+    QString m_lastEvent;
+    QLabel *m_lamp; ///< Opt_connected
+    QLabel *m_link;
+    QLabel *m_event;
+    QLabel *m_modified;
+    QProgressBar *m_progress;
+};
+
+} // namespace ktr
