@@ -1,0 +1,125 @@
+#include "app/about_window.h"
+
+#include "app/program_name.h"
+#include "lang/text_table.h"
+#include "platform/helper_program.h"
+#include "platform/registry.h"
+
+#include <QFileInfo>
+#include <QMessageBox>
+
+namespace ktr {
+
+namespace {
+
+constexpr int iconSize = 64;
+
+QString versionText()
+{
+    return QStringLiteral("%1.%2.%3")
+        .arg(KTR_VERSION_MAJOR)
+        .arg(KTR_VERSION_MINOR)
+        .arg(KTR_VERSION_REVISION, 2, 10, QLatin1Char('0'));
+}
+
+QString machineSetting(const char *subkey, const char *valueName)
+{
+    constexpr qsizetype buffer = 1024;
+    return MRegistry::GetRegistryString(QLatin1String("hkey_local_machine"), QLatin1String(subkey),
+                                        QLatin1String(valueName))
+        .left(buffer);
+}
+
+/// Where the system's information program should be; empty when the registry names none.
+QString systemInformationProgram()
+{
+    const QString path = machineSetting("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO", "PATH");
+    if (!path.isEmpty()) {
+        return path;
+    }
+    const QString folder = machineSetting("SOFTWARE\\Microsoft\\Shared Tools Location", "MSINFO");
+    return folder.isEmpty() ? QString() : QString(folder + QLatin1String("\\MSINFO32.EXE"));
+}
+
+} // namespace
+
+frmAbout::frmAbout(const TextTable &texts, QWidget *parent)
+    : QDialog(parent),
+      m_texts(texts),
+      m_icon(new QLabel(this)),
+      m_title(new QLabel(programName, this)),
+      m_version(new QLabel(this)),
+      m_purpose(new QLabel(this)),
+      m_systemInformation(new QPushButton(this)),
+      m_ok(new QPushButton(this))
+{
+    setObjectName(QLatin1String("frmAbout"));
+    m_icon->setObjectName(QLatin1String("imgIcon"));
+    m_title->setObjectName(QLatin1String("lblTitle"));
+    m_version->setObjectName(QLatin1String("lblVersion"));
+    m_purpose->setObjectName(QLatin1String("lblPurpose"));
+    m_systemInformation->setObjectName(QLatin1String("cmdSysInfo"));
+    m_ok->setObjectName(QLatin1String("cmdOK"));
+
+    QFont large = m_title->font();
+    large.setPointSizeF(large.pointSizeF() * 1.6);
+    large.setBold(true);
+    m_title->setFont(large);
+    m_version->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_purpose->setWordWrap(true);
+    m_purpose->setMinimumWidth(m_purpose->fontMetrics().averageCharWidth() * 42);
+    m_icon->setPixmap(windowIcon().pixmap(iconSize));
+    connect(this, &QWidget::windowIconChanged, this,
+            [this](const QIcon &icon) { m_icon->setPixmap(icon.pixmap(iconSize)); });
+    m_ok->setDefault(true);
+
+    auto *const lines = new QVBoxLayout;
+    lines->setSpacing(6);
+    lines->addWidget(m_title);
+    lines->addWidget(m_version);
+    lines->addSpacing(6);
+    lines->addWidget(m_purpose);
+    auto *const head = new QHBoxLayout;
+    head->setSpacing(20);
+    head->addWidget(m_icon, 0, Qt::AlignTop);
+    head->addLayout(lines, 1);
+    auto *const buttons = new QHBoxLayout;
+    buttons->addWidget(m_systemInformation);
+    buttons->addStretch();
+    buttons->addWidget(m_ok);
+    auto *const all = new QVBoxLayout(this);
+    all->setContentsMargins(24, 24, 24, 16);
+    all->setSpacing(24);
+    all->addLayout(head);
+    all->addLayout(buttons);
+    all->setSizeConstraint(QLayout::SetFixedSize);
+    m_ok->setFocus();
+
+    connect(m_ok, &QPushButton::clicked, this, &QWidget::close);
+    connect(m_systemInformation, &QPushButton::clicked, this, &frmAbout::showSystemInformation);
+    applyTexts();
+}
+
+void frmAbout::applyTexts()
+{
+    setWindowTitle(m_texts.text(Text::About) + u' ' + programName);
+    m_version->setText(m_texts.text(Text::Version) + u' ' + versionText());
+    m_systemInformation->setText(m_texts.text(Text::SystemInformation));
+    m_ok->setText(m_texts.text(Text::Ok));
+    m_purpose->setText(tr("Sets up and watches telemetry and alarm modules."));
+}
+
+void frmAbout::showSystemInformation()
+{
+    const QString program = systemInformationProgram();
+    if (!program.isEmpty() && QFileInfo(program).isFile() && startProgram(program)) {
+        return;
+    }
+    auto *const box = new QMessageBox(QMessageBox::Information, programName,
+                                      m_texts.text(Text::NoSystemInformation), QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->button(QMessageBox::Ok)->setText(m_texts.text(Text::Ok));
+    box->open();
+}
+
+} // namespace ktr

@@ -1,0 +1,121 @@
+#include "app/file_dialogs.h"
+
+#include "platform/helper_program.h"
+#include "platform/settings_store.h"
+
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QScopeGuard>
+#include <QStandardPaths>
+#include <QTimer>
+
+namespace ktr {
+
+namespace {
+
+const QLatin1String helperName("CommonDialog");
+constexpr char16_t endMark = u'§';
+constexpr int pollMs = 1;
+
+// The helper finds the proposal where it leaves its answer.
+const QLatin1String section("Filename");
+const QLatin1String key("LastSelectedFilename");
+
+/// A proposal is made of free text; a file name must not lead into another folder.
+QString asFileName(QString text)
+{
+    static const QRegularExpression forbidden(QStringLiteral(R"([/\\:*?"<>|\x00-\x1f])"));
+    return text.replace(forbidden, QLatin1String("_"));
+}
+
+} // namespace
+
+NameFilters nameFilters(const QString &filter)
+{
+    NameFilters result;
+    const QStringList parts = filter.split(u'|');
+    for (qsizetype at = 0; at + 1 < parts.size(); at += 2) {
+        QString patterns = parts[at + 1];
+        patterns.replace(u';', u' ');
+        result.filters +=
+            parts[at] == parts[at + 1] ? patterns : QString(parts[at] + u" (" + patterns + u')');
+    }
+    static const QRegularExpression suffix(QStringLiteral(R"(^\*\.([^*?;]+))"));
+    result.suffix = suffix.match(parts.value(1)).captured(1);
+    return result;
+}
+
+FileDialogs::FileDialogs(QWidget *parent, QString programFolder)
+    : m_parent(parent), m_programFolder(std::move(programFolder))
+{}
+
+QString FileDialogs::askSave(const QString &proposedName, const QString &filter)
+{
+    return ask(Purpose::Save, proposedName, filter);
+}
+
+QString FileDialogs::askOpen(const QString &filter)
+{
+    return ask(Purpose::Open, QString(), filter);
+}
+
+QString FileDialogs::ask(Purpose purpose, const QString &proposedName, const QString &filter)
+{
+    if (m_busy) {
+        return {};
+    }
+    const QString helper = findHelper(m_programFolder, helperName);
+    // Without the store there is no exchange, and what stands in it would be taken for the answer.
+    const bool prepared =
+        !helper.isEmpty() && SettingsStore().SaveSetting(helperName, section, key, proposedName);
+    m_busy = true;
+    const auto ended = qScopeGuard([this] { m_busy = false; });
+    const QLatin1String command(purpose == Purpose::Save ? "ShowSave" : "ShowOpen");
+    if (prepared && startProgram(helper, {command, filter})) {
+        return waitForHelper();
+    }
+    return askInProcess(purpose, proposedName, filter);
+}
+
+QString FileDialogs::waitForHelper()
+{
+    QString answer;
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&answer, &loop] {
+        answer = SettingsStore().GetSetting(helperName, section, key);
+        if (answer.contains(endMark)) {
+            loop.quit();
+        }
+    });
+    poll.start(pollMs);
+    loop.exec();
+    return answer.contains(endMark) ? answer.chopped(1) : QString();
+}
+
+QString FileDialogs::askInProcess(Purpose purpose, const QString &proposedName, const QString &filter)
+{
+    const QPointer<QFileDialog> dialog = new QFileDialog(m_parent);
+    const NameFilters filters = nameFilters(filter);
+    dialog->setObjectName(helperName);
+    dialog->setNameFilters(filters.filters);
+    dialog->setDirectory(m_currentFile.isEmpty()
+                             ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
+                             : QFileInfo(m_currentFile).absolutePath());
+    if (purpose == Purpose::Save) {
+        dialog->setAcceptMode(QFileDialog::AcceptSave);
+        dialog->setDefaultSuffix(filters.suffix);
+        dialog->selectFile(asFileName(proposedName));
+    } else {
+        dialog->setFileMode(QFileDialog::ExistingFile);
+    }
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    // The parent may have been destroyed meanwhile, and the dialog with it.
+    const QString answer = accepted && dialog ? dialog->selectedFiles().value(0) : QString();
+    delete dialog.data();
+    return answer;
+}
+
+} // namespace ktr

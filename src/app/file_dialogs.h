@@ -1,0 +1,56 @@
+#pragma once
+
+#include <QPointer>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+
+namespace ktr {
+
+/// Asks the user for file names: through the program `CommonDialog` where one stands in the program folder,
+/// otherwise with the system's dialog. Events are processed meanwhile. The answer is empty for "cancel", when
+/// the program ends, and at once when a dialog is open already.
+///
+/// A filter is made of pairs "description|patterns", joined by "|"; patterns are parted by ";".
+class FileDialogs
+{
+public:
+    /// `parent` gets the dialogs that are shown in-process; `programFolder` is where the helper is looked
+    /// for.
+    FileDialogs(QWidget *parent, QString programFolder);
+
+    /// The file that is being edited; dialogs in-process start in its folder.
+    void setCurrentFile(const QString &path) { m_currentFile = path; }
+
+    /// In-process, a name typed without a suffix gets that of the pattern, and the user is asked before a
+    /// file is replaced.
+    QString askSave(const QString &proposedName, const QString &filter);
+
+    /// An existing file.
+    QString askOpen(const QString &filter);
+
+    /// A dialog is open. The main window must stay until it is closed.
+    bool isBusy() const { return m_busy; }
+
+private:
+    enum class Purpose { Save, Open };
+
+    QString ask(Purpose purpose, const QString &proposedName, const QString &filter);
+    QString waitForHelper();
+    QString askInProcess(Purpose purpose, const QString &proposedName, const QString &filter);
+
+    QPointer<QWidget> m_parent;
+    QString m_programFolder;
+    QString m_currentFile;
+    bool m_busy = false;
+};
+
+/// The filters of a dialog in-process, and the suffix of the first pattern ("xml"; empty when it names none).
+struct NameFilters
+{
+    QStringList filters;
+    QString suffix;
+};
+NameFilters nameFilters(const QString &filter);
+
+} // namespace ktr

@@ -1,0 +1,250 @@
+#include "app/message_dialog.h"
+
+#include "app/program_name.h"
+#include "lang/text_table.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QEventLoop>
+#include <QFontMetrics>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QScreen>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+/// Long enough for the waiting caller to read the answer, too short to be noticed.
+constexpr int unloadMs = 50;
+
+/// A length of the window's design, given in twips, in logical pixels.
+constexpr int twips(int length)
+{
+    return (length + 7) / 15;
+}
+
+constexpr int heightAroundLabel = twips(1400);
+constexpr int widthAroundLabel = twips(640);
+constexpr int belowButtons = twips(600);
+constexpr int besideOkAlone = twips(220);
+constexpr int okFromRight = twips(2900);
+constexpr int cancelFromRight = twips(1500);
+constexpr int buttonWidth = twips(1215);
+constexpr int widestButton = okFromRight - cancelFromRight - twips(120); // or the two would touch
+constexpr int buttonHeight = twips(375);
+constexpr int highestButton = twips(540);
+constexpr int narrowestLabel = okFromRight; // the left margin and the space beside Cancel are the rest
+constexpr int widestLabel = twips(6300);
+constexpr int narrowestInput = twips(4200);
+constexpr int aboveInput = twips(120);
+
+/// The size at which the text wraps sensibly. A word that is wider than that stays whole while it fits the
+/// screen.
+QSize wrappedSize(const QLabel &label, const QRect &screen)
+{
+    const QRect bounds(0, 0, std::min(widestLabel, screen.width() - widthAroundLabel), screen.height());
+    const QSize text = label.fontMetrics().boundingRect(bounds, Qt::TextWordWrap, label.text()).size();
+    const int width = std::min(std::max(text.width() + 1, narrowestLabel), screen.width() - widthAroundLabel);
+    return {width, std::max(text.height(), label.heightForWidth(width))};
+}
+
+} // namespace
+
+Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString &text)
+    : QWidget(parent, Qt::Dialog),
+      m_kind(kind),
+      m_label(new QLabel(this)),
+      m_input(new QLineEdit(this)),
+      m_ok(new QPushButton(texts.text(Text::Ok), this)),
+      m_cancel(new QPushButton(texts.text(Text::Cancel), this)),
+      m_unload(new QTimer(this))
+{
+    setObjectName(QLatin1String("Dialog"));
+    m_label->setObjectName(QLatin1String("Label_msg"));
+    m_input->setObjectName(QLatin1String("Text_input"));
+    m_ok->setObjectName(QLatin1String("OKButton"));
+    m_cancel->setObjectName(QLatin1String("CancelButton"));
+    m_unload->setObjectName(QLatin1String("Timer_unload"));
+
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(programName);
+    QString lines = text;
+    lines.replace(QLatin1String("\r\n"), QLatin1String("\n"));
+    m_label->setTextFormat(Qt::PlainText);
+    m_label->setWordWrap(true);
+    m_label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_label->setText(lines);
+    setAccessibleName(lines);
+    m_input->setAccessibleName(lines);
+    m_input->setVisible(kind == Kind::Input);
+    m_ok->setDefault(true);
+    m_cancel->setVisible(kind != Kind::Message);
+
+    m_unload->setInterval(unloadMs);
+    m_unload->setSingleShot(true);
+    connect(m_unload, &QTimer::timeout, this, &QWidget::close);
+    connect(m_ok, &QPushButton::clicked, this, [this] { answer(true); });
+    connect(m_cancel, &QPushButton::clicked, this, [this] { answer(false); });
+}
+
+void Dialog::message(QWidget *parent, const TextTable &texts, const QString &text)
+{
+    // Below a question that is open, this window would be blocked and might hide it; above it, it is not.
+    auto *const open = qobject_cast<Dialog *>(QApplication::activeModalWidget());
+    (new Dialog(open != nullptr ? open : parent, Kind::Message, texts, text))->appear();
+}
+
+bool Dialog::question(QWidget *parent, const TextTable &texts, const QString &text)
+{
+    return (new Dialog(parent, Kind::Question, texts, text))->wait();
+}
+
+std::optional<QString> Dialog::input(QWidget *parent, const TextTable &texts, const QString &prompt,
+                                     const QString &proposal)
+{
+    const QPointer<Dialog> dialog = new Dialog(parent, Kind::Input, texts, prompt);
+    dialog->m_input->setText(proposal);
+    dialog->m_input->selectAll();
+    return dialog->wait() ? std::optional(dialog->m_input->text()) : std::nullopt;
+}
+
+void Dialog::appear()
+{
+    arrange();
+    centre();
+    (m_kind == Kind::Input ? static_cast<QWidget *>(m_input) : m_ok)->setFocus();
+    show();
+    raise();
+    activateWindow();
+}
+
+bool Dialog::wait()
+{
+    const QPointer<Dialog> self(this);
+    setWindowModality(Qt::ApplicationModal);
+    appear();
+    QEventLoop loop;
+    connect(this, &Dialog::answered, &loop, &QEventLoop::quit);
+    connect(this, &QObject::destroyed, &loop, &QEventLoop::quit);
+    loop.exec();
+    if (self && !m_answered) { // the program ends
+        close();
+    }
+    return self && m_accepted;
+}
+
+void Dialog::answer(bool accepted)
+{
+    if (m_answered) {
+        return;
+    }
+    m_answered = true;
+    m_accepted = accepted;
+    m_unload->start();
+    Q_EMIT answered();
+}
+
+void Dialog::arrange()
+{
+    const bool question = m_kind != Kind::Message;
+    const QSize button(std::clamp(std::max(m_ok->sizeHint().width(), m_cancel->sizeHint().width()),
+                                  buttonWidth, widestButton),
+                       std::clamp(m_ok->sizeHint().height(), buttonHeight, highestButton));
+    QSize label = wrappedSize(*m_label, screen()->availableGeometry());
+    QSize window = label + QSize(widthAroundLabel, heightAroundLabel);
+    const int labelTop = (heightAroundLabel - belowButtons - button.height()) / 2;
+    const int left = widthAroundLabel / 2;
+    if (m_kind == Kind::Input) {
+        const int inputHeight = m_input->sizeHint().height();
+        label.setWidth(std::max(label.width(), narrowestInput));
+        window = {label.width() + widthAroundLabel, window.height() + aboveInput + inputHeight};
+        m_input->setGeometry(left, labelTop + label.height() + aboveInput, label.width(), inputHeight);
+    }
+    const int top = window.height() - button.height() - belowButtons;
+    m_label->setGeometry({{left, labelTop}, label});
+    m_ok->setGeometry(
+        {{window.width() - (question ? okFromRight : button.width() + besideOkAlone), top}, button});
+    m_cancel->setGeometry({{window.width() - cancelFromRight, top}, button});
+    setFixedSize(window);
+}
+
+void Dialog::centre()
+{
+    const QRect space = screen()->availableGeometry();
+    const QPoint middle = parentWidget() != nullptr && parentWidget()->window()->isVisible()
+                              ? parentWidget()->window()->frameGeometry().center()
+                              : space.center();
+    const QPoint corner = middle - rect().center();
+    move(std::clamp(corner.x(), space.left(), std::max(space.left(), space.right() - width())),
+         std::clamp(corner.y(), space.top(), std::max(space.top(), space.bottom() - height())));
+}
+
+/// A message that came up over this question is still to be read when the question is answered.
+void Dialog::handOnMessages()
+{
+    for (Dialog *message : findChildren<Dialog *>(Qt::FindDirectChildrenOnly)) {
+        if (message->isVisible()) {
+            const QPoint place = message->pos();
+            message->setParent(parentWidget(), message->windowFlags());
+            message->move(place);
+            message->show();
+        }
+    }
+}
+
+bool Dialog::event(QEvent *event)
+{
+    if (event->type() == QEvent::LayoutRequest) { // text or font of the label or a button changed
+        arrange();
+    }
+    return QWidget::event(event);
+}
+
+void Dialog::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        arrange();
+    }
+    QWidget::changeEvent(event);
+}
+
+void Dialog::closeEvent(QCloseEvent *event)
+{
+    m_unload->stop();
+    handOnMessages();
+    if (!m_answered) {
+        m_answered = true;
+        Q_EMIT answered();
+    }
+    event->accept();
+}
+
+void Dialog::keyPressEvent(QKeyEvent *event)
+{
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        (m_cancel->hasFocus() ? m_cancel : m_ok)->click();
+        break;
+    case Qt::Key_Escape:
+        answer(false);
+        break;
+    default:
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void Dialog::showEvent(QShowEvent *event)
+{
+    arrange();
+    QWidget::showEvent(event);
+}
+
+} // namespace ktr

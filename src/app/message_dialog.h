@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+
+#include <optional>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QTimer;
+
+namespace ktr {
+
+class TextTable;
+
+/// The program's small window for messages, questions and one line of input. It sizes itself to its text,
+/// stands centred over its parent and deletes itself after closing. Enter is OK, Escape is Cancel.
+///
+/// question() and input() block the other windows and process events until a button is pressed, so any
+/// handler can run meanwhile. They end as cancelled when the window is closed, the parent is destroyed or the
+/// program ends.
+class Dialog : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Shows a text and returns at once; several can be open at a time.
+    static void message(QWidget *parent, const TextTable &texts, const QString &text);
+
+    /// True for OK.
+    static bool question(QWidget *parent, const TextTable &texts, const QString &text);
+
+    /// The text that stands in the field at OK, which may be empty; nothing for Cancel.
+    static std::optional<QString> input(QWidget *parent, const TextTable &texts, const QString &prompt,
+                                        const QString &proposal);
+
+Q_SIGNALS:
+    /// A button was pressed, or the window closed without one.
+    void answered();
+
+protected:
+    bool event(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void closeEvent(QCloseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    enum class Kind { Message, Question, Input };
+
+    Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString &text);
+
+    void appear();
+    bool wait();
+    void answer(bool accepted);
+    void arrange();
+    void centre();
+    void handOnMessages();
+
+    const Kind m_kind;
+    QLabel *m_label;
+    QLineEdit *m_input;
+    QPushButton *m_ok;
+    QPushButton *m_cancel;
+    QTimer *m_unload;
+    bool m_answered = false;
+    bool m_accepted = false;
+};
+
+} // namespace ktr

@@ -1,0 +1,131 @@
+#include "app/settings_window.h"
+
+#include "app/language_setting.h"
+#include "lang/text_table.h"
+
+#include <QRadioButton>
+#include <QShowEvent>
+
+namespace ktr {
+
+namespace {
+
+/// A group of radio buttons, named by the group's control array.
+template <std::size_t N>
+QGroupBox *choice(const char *name, const char *arrayName, std::array<QRadioButton *, N> &options)
+{
+    auto *const group = new QGroupBox;
+    group->setObjectName(QLatin1String(name));
+    auto *const lines = new QVBoxLayout(group);
+    for (std::size_t index = 0; index < N; ++index) {
+        options[index] = new QRadioButton(group);
+        options[index]->setObjectName(QLatin1String(arrayName) + u'_' + QString::number(index));
+        lines->addWidget(options[index]);
+    }
+    return group;
+}
+
+QPushButton *button(const char *name)
+{
+    auto *const made = new QPushButton;
+    made->setObjectName(QLatin1String(name));
+    return made;
+}
+
+} // namespace
+
+frmSettings::frmSettings(const TextTable &texts, ChangeLanguage changeLanguage, Appearance appearance,
+                         ChangeAppearance changeAppearance, QWidget *parent)
+    : QDialog(parent),
+      m_texts(texts),
+      m_changeLanguage(std::move(changeLanguage)),
+      m_appearance(appearance),
+      m_changeAppearance(std::move(changeAppearance)),
+      m_language(choice("frmLanguage", "optLanguage", m_languages)),
+      m_looks(choice("frmAppearance", "optAppearance", m_appearances)),
+      m_ok(button("btnOk")),
+      m_abort(button("btnAbort")),
+      m_apply(button("btnApply"))
+{
+    setObjectName(QLatin1String("frmSettings"));
+    auto *const buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(m_ok);
+    buttons->addWidget(m_abort);
+    buttons->addWidget(m_apply);
+    auto *const all = new QVBoxLayout(this);
+    all->setSpacing(12);
+    all->addWidget(m_language);
+    all->addWidget(m_looks);
+    all->addStretch();
+    all->addLayout(buttons);
+    m_ok->setDefault(true);
+
+    const auto offerToApply = [this] { m_apply->setEnabled(true); };
+    for (QRadioButton *option : m_languages) {
+        connect(option, &QRadioButton::toggled, this, offerToApply);
+    }
+    for (QRadioButton *option : m_appearances) {
+        connect(option, &QRadioButton::toggled, this, offerToApply);
+    }
+    connect(m_apply, &QPushButton::clicked, this, &frmSettings::apply);
+    connect(m_abort, &QPushButton::clicked, this, &QWidget::close);
+    connect(m_ok, &QPushButton::clicked, this, [this] {
+        apply();
+        close();
+    });
+    applyTexts();
+    readSettings();
+}
+
+void frmSettings::applyTexts()
+{
+    setWindowTitle(m_texts.text(Text::Settings));
+    m_language->setTitle(m_texts.text(Text::Languages));
+    m_languages[0]->setText(m_texts.text(Text::English));
+    m_languages[1]->setText(m_texts.text(Text::German));
+    m_ok->setText(m_texts.text(Text::Ok));
+    m_abort->setText(m_texts.text(Text::Cancel));
+    m_apply->setText(m_texts.text(Text::Apply));
+    m_looks->setTitle(tr("Appearance"));
+    m_appearances[0]->setText(tr("Follow the system"));
+    m_appearances[1]->setText(tr("Light"));
+    m_appearances[2]->setText(tr("Dark"));
+}
+
+void frmSettings::showEvent(QShowEvent *event)
+{
+    if (!event->spontaneous()) {
+        readSettings();
+    }
+    QDialog::showEvent(event);
+}
+
+void frmSettings::readSettings()
+{
+    m_languages[languageSetting() == germanLanguage ? 1 : 0]->setChecked(true);
+    m_appearances[static_cast<std::size_t>(m_appearance)]->setChecked(true);
+    m_apply->setEnabled(false);
+}
+
+void frmSettings::apply()
+{
+    // Loading the texts may show a message, under which nothing here may be pressed.
+    m_ok->setEnabled(false);
+    m_abort->setEnabled(false);
+    setLanguageSetting(m_languages[0]->isChecked() ? englishLanguage : germanLanguage);
+    m_apply->setEnabled(false);
+    m_changeLanguage(languageSetting());
+    applyTexts();
+    for (std::size_t index = 0; index < m_appearances.size(); ++index) {
+        const auto chosen = static_cast<Appearance>(index);
+        if (m_appearances[index]->isChecked() && chosen != m_appearance) {
+            m_appearance = chosen;
+            m_changeAppearance(chosen);
+        }
+    }
+    m_ok->setEnabled(true);
+    m_abort->setEnabled(true);
+}
+
+} // namespace ktr

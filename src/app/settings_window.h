@@ -1,0 +1,57 @@
+#pragma once
+
+#include "app/appearance.h"
+
+#include <QDialog>
+
+#include <array>
+#include <functional>
+
+class QGroupBox;
+class QPushButton;
+class QRadioButton;
+
+namespace ktr {
+
+class TextTable;
+
+/// Language and appearance of the program. The language is kept in the registry by this window; everything
+/// else is done by whoever opens it.
+class frmSettings : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// Loads the texts of a language and puts them in place everywhere but here.
+    using ChangeLanguage = std::function<void(const QString &language)>;
+    /// Shows the appearance and keeps it.
+    using ChangeAppearance = std::function<void(Appearance)>;
+
+    /// `texts` must outlive the window. `appearance` is the one that the program has now.
+    frmSettings(const TextTable &texts, ChangeLanguage changeLanguage, Appearance appearance,
+                ChangeAppearance changeAppearance, QWidget *parent = nullptr);
+
+    /// Takes the captions from the table again.
+    void applyTexts();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void readSettings();
+    void apply();
+
+    const TextTable &m_texts;
+    ChangeLanguage m_changeLanguage;
+    Appearance m_appearance;
+    ChangeAppearance m_changeAppearance;
+    QGroupBox *m_language;
+    std::array<QRadioButton *, 2> m_languages;
+    QGroupBox *m_looks;
+    std::array<QRadioButton *, 3> m_appearances; ///< in the order of Appearance
+    QPushButton *m_ok;
+    QPushButton *m_abort;
+    QPushButton *m_apply;
+};
+
+} // namespace ktr

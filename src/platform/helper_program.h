@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/status.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace ktr {
+
+/// How a program's window is to come up, where the system lets the one who starts it decide.
+enum class ProgramWindow { Normal, Minimised };
+
+/// The path of a program that stands in a folder, given its name without the system's suffix for programs.
+/// Empty when there is none, or none that may be executed.
+QString findHelper(const QString &folder, const QString &name);
+
+/// Starts a program that goes on without being waited for.
+Status startProgram(const QString &path, const QStringList &arguments = {},
+                    ProgramWindow window = ProgramWindow::Normal);
+
+} // namespace ktr
