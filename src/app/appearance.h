@@ -1,0 +1,5 @@
+#pragma once
+namespace ktr {
+/// Which colours the windows take.
+enum class Appearance { System, Light, Dark };
+}
