@@ -76,7 +76,7 @@ QString told(const char *text)
 
 QString numeric(const QString &text)
 {
-    return toNumber(text) ? QString() : told("is no number");
+    return toNumber(text) ? QString() : told(QT_TRANSLATE_NOOP("Problems", "is no number"));
 }
 
 QString numericOrEmpty(const QString &text)
@@ -87,7 +87,8 @@ QString numericOrEmpty(const QString &text)
 /// For fields that are sent as typed, where a comma would begin another field.
 QString withoutComma(const QString &text)
 {
-    return text.contains(u',') ? told("has a comma, which separates fields") : QString();
+    return text.contains(u',') ? told(QT_TRANSLATE_NOOP("Problems", "has a comma, which separates fields"))
+                               : QString();
 }
 
 QString numericWithoutComma(const QString &text)
@@ -98,15 +99,16 @@ QString numericWithoutComma(const QString &text)
 QString simPin(const QString &text)
 {
     const bool length = text.isEmpty() || (text.size() >= 4 && text.size() <= 8);
-    return length && std::ranges::all_of(text, isDecimalDigit) ? QString()
-                                                               : told("is no PIN of 4 to 8 digits");
+    return length && std::ranges::all_of(text, isDecimalDigit)
+               ? QString()
+               : told(QT_TRANSLATE_NOOP("Problems", "is no PIN of 4 to 8 digits"));
 }
 
 QString phoneNumber(const QString &text)
 {
     const bool sound =
         text.isEmpty() || (text.startsWith(u'+') && std::ranges::all_of(text.mid(1), isDecimalDigit));
-    return sound ? QString() : told("is no phone number of \"+\" and digits");
+    return sound ? QString() : told(QT_TRANSLATE_NOOP("Problems", "is no phone number of \"+\" and digits"));
 }
 
 QString dottedAddress(const QString &text)
@@ -114,19 +116,21 @@ QString dottedAddress(const QString &text)
     const QStringList parts = text.split(u'.');
     const auto isByte = [](const QString &part) { return toWholeNumber(part, 0, 255).has_value(); };
     const bool sound = parts.size() == 4 && std::ranges::all_of(parts, isByte);
-    return sound ? QString() : told("is no address of four numbers from 0 to 255");
+    return sound ? QString()
+                 : told(QT_TRANSLATE_NOOP("Problems", "is no address of four numbers from 0 to 255"));
 }
 
 QString hexadecimalByte(const QString &text)
 {
     const bool sound = text.size() == 2 && std::ranges::all_of(text, isHexadecimalDigit);
-    return sound ? QString() : told("is no byte of two hexadecimal digits");
+    return sound ? QString() : told(QT_TRANSLATE_NOOP("Problems", "is no byte of two hexadecimal digits"));
 }
 
 QString startTime(const QString &text)
 {
     const bool sound = text.isEmpty() || toMinute(text);
-    return sound ? QString() : told("is no date and time of the form YYMMDDhhmm");
+    return sound ? QString()
+                 : told(QT_TRANSLATE_NOOP("Problems", "is no date and time of the form YYMMDDhhmm"));
 }
 
 // Presets

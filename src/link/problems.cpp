@@ -52,7 +52,7 @@ void checkLimitValues(const Configuration &configuration, QList<Problem> &proble
             if (!LimitValue::isReference(index) && record.channel == 0 && !record.alarm.isEmpty()) {
                 const Field<LimitValue> &channel = fieldOf<LimitValue>(&LimitValue::channel);
                 problems.append({group.place(channel.xmlName, index), channel.control.forIndex(index), index,
-                                 told("there is a text but no channel")});
+                                 told(QT_TRANSLATE_NOOP("Problems", "there is a text but no channel"))});
             }
         }
     });
@@ -85,16 +85,18 @@ void checkCommands(Configuration configuration, const CommandContext &context, Q
     sequence.start();
     while (const auto next = sequence.next(configuration, context)) {
         Problem problem;
-        problem.place = told("step %1").arg(next->step);
+        problem.place = told(QT_TRANSLATE_NOOP("Problems", "step %1")).arg(next->step);
         problem.control = controlOfStep(next->step, problem.entry);
         if (next->command.size() > longestCommand) {
-            problem.message = told("the command is too long: %1 characters of %2 at most")
-                                  .arg(next->command.size())
-                                  .arg(longestCommand);
+            problem.message =
+                told(QT_TRANSLATE_NOOP("Problems", "the command is too long: %1 characters of %2 at most"))
+                    .arg(next->command.size())
+                    .arg(longestCommand);
             problems.append(problem);
         }
         if (fromWindows1252(toWindows1252(next->command)) != next->command) {
-            problem.message = told("the command has characters that the module does not know");
+            problem.message = told(
+                QT_TRANSLATE_NOOP("Problems", "the command has characters that the module does not know"));
             problems.append(problem);
         }
     }

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QIcon>
+
+namespace ktr {
+
+enum class IconName {
+    Application,
+    New,
+    Open,
+    Save,
+    SaveAs,
+    Print,
+    PrintPreview,
+    Undo,
+    Redo,
+    Transmit,
+    Connection,
+    Offline,
+    Settings,
+    About,
+    OperationalMode,
+    Warning,
+    Information,
+    Question,
+    Error,
+    Add,
+    Delete,
+    Search,
+    Clear,
+    Recent
+};
+
+/// Drawn when shown, so sharp at any size and scale, in the text colour of the application's present palette;
+/// the application's own icon and those of messages have their own colours.
+QIcon icon(IconName name);
+
+} // namespace ktr

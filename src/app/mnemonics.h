@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QStringList>
+
+namespace ktr {
+
+/// The captions of one menu, each with a "&" before a letter or digit that no other of them has: the first
+/// character where it is free, then the first of a word, then any. A caption for which nothing is free gets
+/// none. "&" in a caption stands for itself and comes out as "&&".
+QStringList withMnemonics(const QStringList &captions);
+
+} // namespace ktr

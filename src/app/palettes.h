@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QPalette>
+
+namespace ktr {
+
+/// The two sets of colours. Text has a contrast of at least 4.5 : 1 on every ground it is drawn on, disabled
+/// text and placeholders at least 3 : 1.
+QPalette lightPalette();
+QPalette darkPalette();
+
+/// Whether light text stands on dark ground.
+bool isDark(const QPalette &palette);
+
+// Colours beyond the palette's roles, fitting to a palette of the above.
+QColor cardColour(const QPalette &palette);
+/// Lines that divide, such as a card's border.
+QColor hairline(const QPalette &palette);
+/// The border of what can be changed: fields, boxes, buttons; at least 3 : 1 against the ground.
+QColor fieldBorder(const QPalette &palette);
+/// Marks focus, choice and check marks.
+QColor accent(const QPalette &palette);
+/// For text and marks on the accent colour.
+QColor accentText(const QPalette &palette);
+/// A thin veil over what the mouse is on, or with double strength over what is pressed.
+QColor veil(const QPalette &palette, int strength = 1);
+
+} // namespace ktr
