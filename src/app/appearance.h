@@ -2,4 +2,4 @@
 namespace ktr {
 /// Which colours the windows take.
 enum class Appearance { System, Light, Dark };
-}
+} // namespace ktr

@@ -8,6 +8,7 @@
 #include "app/translations.h"
 #include "link/conversation_log.h"
 #include "link/module_link.h"
+#include "printout/printout.h"
 
 #include <QMainWindow>
 #include <QPointer>

@@ -7,9 +7,9 @@ namespace ktr {
 
 namespace {
 
-constexpr std::array tabTexts = {Text::Gsm,        Text::Ip,       Text::LimitValue,
-                                 Text::Switchpoint, Text::Test,     Text::FileInformation,
-                                 Text::Ethernet,   Text::Connection, Text::Calibration};
+constexpr std::array tabTexts = {Text::Gsm,         Text::Ip,         Text::LimitValue,
+                                 Text::Switchpoint, Text::Test,       Text::FileInformation,
+                                 Text::Ethernet,    Text::Connection, Text::Calibration};
 static_assert(tabTexts.size() == pageCount);
 
 } // namespace
@@ -63,7 +63,7 @@ PageTabs::Found PageTabs::find(const QString &control)
     for (int index = 0; index < pageCount; ++index) {
         const Page *owner = builtPage(static_cast<PageIndex>(index));
         // The first element stands for an array of which only the name is known.
-        for (const QString &name : {control, control + u"_0", control + u"_1"}) {
+        for (const QString &name : QStringList{control, control + u"_0", control + u"_1"}) {
             if (auto *found = owner->findChild<QWidget *>(name)) {
                 return {index, found};
             }

@@ -10,7 +10,17 @@
 namespace ktr {
 
 /// The pages of the main window, in the order of their tabs.
-enum class PageIndex { Gsm, Ip, LimitValues, SwitchPoints, Test, FileInformation, Ethernet, Connection, Calibration };
+enum class PageIndex {
+    Gsm,
+    Ip,
+    LimitValues,
+    SwitchPoints,
+    Test,
+    FileInformation,
+    Ethernet,
+    Connection,
+    Calibration
+};
 inline constexpr int pageCount = 9;
 
 /// The tab strip with its pages. A page is built when it is first needed, or when there is time after the

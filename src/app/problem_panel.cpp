@@ -14,20 +14,22 @@ constexpr int shownRows = 4;
 } // namespace
 
 ProblemPanel::ProblemPanel(Where where, QWidget *parent)
-    : QWidget(parent), m_where(std::move(where)), m_header(new QToolButton(this)), m_list(new QListWidget(this))
+    : QWidget(parent),
+      m_where(std::move(where)),
+      m_header(new QToolButton(this)),
+      m_list(new QListWidget(this))
 {
     m_header->setObjectName(QStringLiteral("cmd_problems"));
     m_header->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_header->setAutoRaise(true);
     m_header->setCheckable(true);
-    m_header->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     m_list->setObjectName(QStringLiteral("lst_problems"));
     m_list->setUniformItemSizes(true);
     m_list->setFixedHeight(shownRows * (fontMetrics().height() + 8) + 4);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 0, 12, 4);
     layout->setSpacing(2);
-    layout->addWidget(m_header);
+    layout->addWidget(m_header, 0, Qt::AlignLeft);
     layout->addWidget(m_list);
 
     connect(m_header, &QToolButton::toggled, this, [this](bool on) {
@@ -75,7 +77,8 @@ void ProblemPanel::showSummary()
     const bool none = m_problems.isEmpty();
     m_header->setText(none ? tr("No problems") : tr("Problems: %1").arg(m_problems.size()));
     m_header->setIcon(none ? QIcon() : style()->standardIcon(QStyle::SP_MessageBoxWarning));
-    m_header->setToolTip(tr("What the file or the module would choke on; a click on a row goes to its field"));
+    m_header->setToolTip(
+        tr("What the file or the module would choke on; a click on a row goes to its field"));
     m_list->setAccessibleName(tr("Problems"));
 }
 

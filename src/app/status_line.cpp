@@ -55,6 +55,7 @@ StatusLine::StatusLine(QWidget *parent)
     m_progress->setMaximum(77);
     m_progress->setTextVisible(false);
     m_progress->setMaximumWidth(180);
+    m_progress->hide();
     addWidget(m_lamp);
     addWidget(m_link);
     addWidget(m_event, 1);
@@ -95,6 +96,7 @@ void StatusLine::showModified(bool modified)
 void StatusLine::showProgress(int step)
 {
     m_progress->setValue(std::min(step, m_progress->maximum()));
+    m_progress->setVisible(step > 0);
 }
 
 void StatusLine::changeEvent(QEvent *event)

@@ -1,0 +1,26 @@
+#include "app/appearance_setting.h"
+#include "app/form_main.h"
+#include "app/program_name.h"
+#include "app/style.h"
+#include "link/serial_transport.h"
+#include "platform/serial_device.h"
+
+#include <QApplication>
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setApplicationName(QString(ktr::programName));
+    QApplication::setQuitOnLastWindowClosed(false); // the main window's end is the program's
+    ktr::applyAppearance(application, ktr::appearanceSetting());
+
+    ktr::IoThread io;
+    ktr::SerialTransport serial(io);
+    ktr::EventLoopTimers timers;
+    ktr::FormMain window({ktr::systemEnvironment(), timers, serial, [] { return ktr::serialPorts(); }, {}});
+    const auto end = [] { QCoreApplication::exit(0); };
+    QObject::connect(&window, &ktr::FormMain::closed, &application, end, Qt::QueuedConnection);
+    QObject::connect(&window, &ktr::FormMain::exitWanted, &application, end);
+    window.start(QCoreApplication::arguments().mid(1));
+    return QApplication::exec();
+}
