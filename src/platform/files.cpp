@@ -27,6 +27,9 @@ Status failure(const QString &path, const QString &reason)
 
 Status readFile(const QString &path, QByteArray &content, qint64 limit)
 {
+    if (path.isEmpty()) {
+        return Status::failed(QStringLiteral("there is no file name"));
+    }
     QFile file(path);
     if (QFileInfo(path).isDir()) {
         return failure(path, QStringLiteral("is a folder"));

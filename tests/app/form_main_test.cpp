@@ -1,0 +1,326 @@
+#include "app/form_main.h"
+#include "config/configuration_file.h"
+#include "platform/files.h"
+#include "platform/registry.h"
+#include "platform/settings_store.h"
+#include "support/page_fixture.h"
+#include "support/silent_line.h"
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTabBar>
+#include <QTemporaryDir>
+#include <QToolButton>
+
+using namespace ktr;
+using namespace ktr::test;
+
+namespace {
+
+const QString settings = "KTR_Config";
+const QString program = "Software\\Korvane\\KTRconfig";
+
+/// Answers the next message box with a button once it is open, and keeps what it said.
+struct BoxAnswer
+{
+    explicit BoxAnswer(QMessageBox::StandardButton button)
+    {
+        QTimer::singleShot(0, &timer, [this, button] {
+            auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            QVERIFY(box != nullptr);
+            text = box->text();
+            caption = box->windowTitle();
+            QTest::keyClick(box, Qt::Key_Escape); // there is no way out but an answer
+            QVERIFY(box->isVisible());
+            QTest::mouseClick(box->button(button), Qt::LeftButton);
+        });
+    }
+    QTimer timer;
+    QString text;
+    QString caption;
+};
+
+} // namespace
+
+class FormMainTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        MRegistry::setRegistryFile(path("registry.json"));
+        QVERIFY(QFile::copy(KTR_SOURCE_DIR "/data/language.ini", path("language.ini")));
+        m_line = std::make_unique<SilentLine>();
+        m_ports.clear();
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        m_folder.reset();
+    }
+
+    void theFirstStartCreatesTheLanguageAndShowsFallBacks()
+    {
+        m_ports = {"/dev/ttyUSB0", "/dev/ttyUSB1"};
+        start({});
+        QCOMPARE(MRegistry::GetRegistryString("hkey_current_user", program, "Language"), "english");
+        QCOMPARE(m_window->windowTitle(), "KTRconfig  ");
+        QVERIFY(!m_window->document().isModified());
+        QCOMPARE(m_line->opened, QStringList("/dev/ttyUSB0")); // one tick of the search
+        const Configuration &configuration = m_window->document().configuration();
+        QCOMPARE(configuration.switchPoints[4].period, "1"); // as a file without it reads
+        QVERIFY(configuration.ethernet.mac3 != u"00");
+    }
+
+    void theLastFileComesBackWithItsLanguage()
+    {
+        const QString file = fileWith("Werk 7");
+        SettingsStore().SaveSetting(settings, "Startup", "filename", file);
+        MRegistry::CreateRegistryKey("hkey_current_user", program);
+        MRegistry::SetRegistryString("hkey_current_user", program, "Language", "deutsch");
+        start({});
+        QCOMPARE(m_window->windowTitle(), "KTRconfig  " + file.right(74));
+        QCOMPARE(field("txt_gsm_id")->text(), "Werk 7");
+        QCOMPARE(m_window->tabs().tabText(2), "Grenzwert");
+        QCOMPARE(plain(m_window->menuBar()->actions().front()), "Datei");
+    }
+
+    void theCommandLineNamesFileAndLanguage()
+    {
+        const QString file = fileWith("by option");
+        start({"-Deutsch", "-English", "-load", file, "-EXPERT"});
+        // The blank before an option stays at the end of the name.
+        QCOMPARE(m_window->document().fileName().toLower(), file.toLower() + u' ');
+        QCOMPARE(field("txt_gsm_id")->text(), "by option");
+        QCOMPARE(m_window->tabs().tabText(3), "Schaltpunkt");
+        QCOMPARE(MRegistry::GetRegistryString("hkey_current_user", program, "Language"), "english");
+        clickMenu("mnu_Save");
+        QVERIFY(!QFileInfo::exists(m_window->document().fileName()));
+        QCOMPARE(stationIn(file), "by option");
+    }
+
+    void aFileThatCannotBeOpenedEndsTheStartWithDefaults()
+    {
+        SettingsStore().SaveSetting(settings, "Startup", "filename", "/kept/until/close.xml");
+        start({"-load", path("missing.xml")});
+        QCOMPARE(m_window->windowTitle(), "KTRconfig  ");
+        QCOMPARE(m_window->document().configuration().switchPoints[4].period, "0"); // as "new" gives it
+        QVERIFY(m_window->findChild<QLabel *>("lbl_event")->toolTip().contains("missing.xml"));
+        QCOMPARE(SettingsStore().GetSetting(settings, "Startup", "filename"), "/kept/until/close.xml");
+        m_window->close();
+        QCOMPARE(SettingsStore().GetSetting(settings, "Startup", "filename", "none"), "");
+    }
+
+    void whatIsBrokenAroundItKeepsNothingFromStarting()
+    {
+        QVERIFY(replaceFile(path("registry.json"), "{ this is garbage"));
+        QVERIFY(QFile::remove(path("language.ini")));
+        start({});
+        const auto *box = m_window->findChild<QMessageBox *>();
+        // Beside the executable of the tests there is a language file; without one the box tells.
+        if (box != nullptr) {
+            QVERIFY(box->text().startsWith("The File language.ini doesn't exists.\r\nUsing"));
+        }
+        QVERIFY(m_window->isVisible());
+        typeOver(field("txt_gsm_id"), "still works");
+        QCOMPARE(m_window->document().configuration().gsm.stationId, "still works");
+    }
+
+    void closingAsksToSaveAndKeepsTheFileName()
+    {
+        const QString file = fileWith("before");
+        start({"-load", file});
+        typeOver(field("txt_gsm_id"), "after");
+        QVERIFY(m_window->findChild<QLabel *>("lbl_modified")->isVisible());
+        const BoxAnswer answer(QMessageBox::Yes);
+        const QSignalSpy closed(m_window.get(), &FormMain::closed);
+        m_window->close();
+        QCOMPARE(answer.text, "save? " + m_window->document().fileName());
+        QCOMPARE(answer.caption, "Save");
+        QCOMPARE(stationIn(file), "after");
+        QCOMPARE(closed.size(), 1);
+        QCOMPARE(SettingsStore().GetSetting(settings, "Startup", "filename"),
+                 m_window->document().fileName());
+    }
+
+    void answeringNoClosesWithoutSaving()
+    {
+        const QString file = fileWith("before");
+        start({"-load", file});
+        typeOver(field("txt_gsm_id"), "after");
+        const BoxAnswer answer(QMessageBox::No);
+        m_window->close();
+        QVERIFY(!m_window->isVisible());
+        QCOMPARE(stationIn(file), "before");
+    }
+
+    void exitAsksNothing()
+    {
+        start({});
+        typeOver(field("txt_gsm_id"), "lost");
+        const QSignalSpy exit(m_window.get(), &FormMain::exitWanted);
+        QTest::keyClick(m_window.get(), Qt::Key_Q, Qt::ControlModifier);
+        QCOMPARE(exit.size(), 1);
+        QVERIFY(SettingsStore().GetSetting(settings, "Startup", "filename", "untouched") == u"untouched");
+    }
+
+    void aSaveThatFailsKeepsTheMark()
+    {
+        const QString file = fileWith("before");
+        start({"-load", file});
+        typeOver(field("txt_gsm_id"), "after");
+        QVERIFY(QFile::remove(file) && QDir().mkpath(file + "/in the way"));
+        QTest::keyClick(m_window.get(), Qt::Key_S, Qt::ControlModifier);
+        QVERIFY(m_window->document().isModified());
+        QVERIFY(
+            m_window->findChild<QLabel *>("lbl_event")->toolTip().startsWith("Saving was not successful"));
+        // Closing then offers another name; here it is declined.
+        QStringList asked;
+        QTimer poll;
+        connect(&poll, &QTimer::timeout, this, [&asked] {
+            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                asked += box->text();
+                box->button(asked.size() == 1 ? QMessageBox::Yes : QMessageBox::No)->click();
+            }
+        });
+        poll.start(0);
+        m_window->close();
+        QCOMPARE(asked.size(), 2);
+        QVERIFY(asked[1].endsWith("save with other name?"));
+    }
+
+    void editsReplacedByAnotherFileComeBack()
+    {
+        const QString first = fileWith("first");
+        start({"-load", first});
+        typeOver(field("txt_gsm_id"), "unsaved");
+        const QString second = fileWith("second");
+        drop(second);
+        QCOMPARE(field("txt_gsm_id")->text(), "second");
+        QVERIFY(!m_window->document().isModified());
+        QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(field("txt_gsm_id")->text(), "unsaved");
+        QVERIFY(m_window->document().isModified());
+        QCOMPARE(m_window->windowTitle().toLower(), ("KTRconfig  " + first.right(74)).toLower());
+        QCOMPARE(m_window->findChildren<QAction *>(QRegularExpression("mnu_recent_\\d")).size(), 2);
+    }
+
+    void undoGoesBackThroughNewAndTyping()
+    {
+        start({"-load", fileWith("kept")});
+        typeOver(field("txt_gsm_id"), "typed");
+        QTest::keyClick(m_window.get(), Qt::Key_N, Qt::ControlModifier);
+        QCOMPARE(field("txt_gsm_id")->text(), "");
+        QVERIFY(m_window->document().isModified()); // "new" leaves the mark as it is
+        m_window->tabs().setCurrentIndex(0);
+        field("txt_gsm_id")->setFocus();
+        QTest::keyClick(field("txt_gsm_id"), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(field("txt_gsm_id")->text(), "typed");
+        QTest::keyClick(field("txt_gsm_id"), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(field("txt_gsm_id")->text(), "kept");
+        QVERIFY(!m_window->document().isModified());
+        QTest::keyClick(m_window.get(), Qt::Key_Y, Qt::ControlModifier);
+        QCOMPARE(field("txt_gsm_id")->text(), "typed");
+    }
+
+    void theLanguageChangesWhileRunning()
+    {
+        start({});
+        clickMenu("mnu_settings");
+        auto *german = control<QAbstractButton>(*m_window, "optLanguage_1");
+        QTest::mouseClick(german, Qt::LeftButton, {}, {10, german->height() / 2});
+        QTest::mouseClick(control<QAbstractButton>(*m_window, "btnOk"), Qt::LeftButton);
+        QCOMPARE(m_window->tabs().tabText(2), "Grenzwert");
+        QCOMPARE(plain(action("mnu_undo")), QStringLiteral("Rückgängig"));
+        QCOMPARE(MRegistry::GetRegistryString("hkey_current_user", program, "Language"), "deutsch");
+    }
+
+    void aClickOnAProblemGoesToItsField()
+    {
+        start({});
+        typeOver(field("txt_gsm_pin"), "12x4");
+        m_window->tabs().setCurrentIndex(5);
+        QTest::keyClick(m_window.get(), Qt::Key_F8);
+        auto *list = control<QListWidget>(*m_window, "lst_problems");
+        QTRY_COMPARE(list->count(), 1);
+        QVERIFY(!list->item(0)->text().contains("12x4")); // a PIN is shown in its field alone
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(0)).center());
+        QCOMPARE(m_window->tabs().currentIndex(), 0);
+        QCOMPARE(m_window->focusWidget(), field("txt_gsm_pin"));
+        typeOver(field("txt_gsm_pin"), "1234");
+        QTRY_COMPARE(list->count(), 0);
+    }
+
+    void transmittingWithoutAConnectionSaysSo()
+    {
+        start({});
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        QTRY_COMPARE(control<QLabel>(*m_window, "Label_msg")->text(), "Please establish a connection");
+    }
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+
+    QString fileWith(const QString &station) const
+    {
+        const Environment environment = fixedEnvironment();
+        Configuration configuration;
+        makeNew(configuration, environment);
+        configuration.gsm.stationId = station;
+        const QString file = path(QString(station).replace(u' ', u'-').toLower() + ".xml");
+        return replaceFile(file, writeConfiguration(configuration, environment)) ? file : QString();
+    }
+
+    static QString stationIn(const QString &file)
+    {
+        Configuration configuration;
+        const auto report = readConfigurationFile(file, configuration, fixedEnvironment());
+        return report.document ? configuration.gsm.stationId : report.document.message();
+    }
+
+    void start(const QStringList &arguments)
+    {
+        Environment environment = fixedEnvironment();
+        environment.programFolder = m_folder->path();
+        m_window = std::make_unique<FormMain>(Services{
+            environment, m_timers, *m_line, [this] { return m_ports; }, m_folder->path() + "/instance"});
+        m_window->start(arguments);
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    }
+
+    QLineEdit *field(const QString &name) { return control<QLineEdit>(*m_window, name); }
+    QAction *action(const QString &name) { return m_window->findChild<QAction *>(name); }
+    void clickMenu(const QString &name) { action(name)->trigger(); }
+    static QString plain(const QAction *action) { return action->text().remove(u'&'); }
+
+    void drop(const QString &file)
+    {
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(file)});
+        QDragEnterEvent enter({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(m_window.get(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
+        QApplication::sendEvent(m_window.get(), &event);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    EventLoopTimers m_timers;
+    std::unique_ptr<SilentLine> m_line;
+    QStringList m_ports;
+    std::unique_ptr<FormMain> m_window;
+};
+
+QTEST_MAIN(FormMainTest)
+#include "form_main_test.moc"

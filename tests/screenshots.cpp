@@ -1,0 +1,80 @@
+// Pictures of every page of the main window: screenshots FOLDER [--all]. Without --all only those that the
+// documentation shows.
+
+#include "app/form_main.h"
+#include "app/style.h"
+#include "platform/environment.h"
+#include "platform/registry.h"
+#include "support/silent_line.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+
+#include <cstdio>
+
+using namespace ktr;
+
+namespace {
+
+constexpr QSize laptop(1366, 728); // what a task bar leaves
+constexpr std::array pageNames = {"gsm",  "ip",       "limit-values", "switch-points", "test",
+                                  "info", "ethernet", "connection",   "calibration"};
+
+void settle()
+{
+    for (int turn = 0; turn < 50; ++turn) {
+        QCoreApplication::processEvents();
+    }
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (arguments.isEmpty() || !QDir().mkpath(arguments.front())) {
+        std::fprintf(stderr, "usage: screenshots FOLDER [--all]\n");
+        return 2;
+    }
+    const bool all = arguments.contains(QStringLiteral("--all"));
+    const QTemporaryDir folder;
+    MRegistry::setRegistryFile(folder.filePath(QStringLiteral("registry.json")));
+
+    for (const Appearance appearance : {Appearance::Light, Appearance::Dark}) {
+        applyAppearance(application, appearance);
+        for (const char *language : {"english", "deutsch"}) {
+            const bool dark = appearance == Appearance::Dark;
+            const bool german = language[0] == 'd';
+            if (!all && dark != german) {
+                continue; // the documentation shows each language and each appearance once
+            }
+            test::SilentLine line;
+            EventLoopTimers timers;
+            Environment environment = systemEnvironment();
+            environment.locale = german ? QLocale(QLocale::German) : QLocale(QLocale::English);
+            FormMain window({environment, timers, line,
+                             [] { return QStringList{QStringLiteral("/dev/ttyUSB0")}; },
+                             folder.filePath(QStringLiteral("instance"))});
+            window.resize(laptop);
+            window.start({u'-' + QString::fromLatin1(language), QStringLiteral("-load"),
+                          QStringLiteral(KTR_SOURCE_DIR "/samples/pumping-station.xml")});
+            settle();
+            for (int page = 0; page < pageCount; ++page) {
+                window.tabs().setCurrentIndex(page);
+                settle();
+                const QString name = QStringLiteral("%1-%2-%3.png")
+                                         .arg(QLatin1String(pageNames[static_cast<std::size_t>(page)]),
+                                              german ? QStringLiteral("de") : QStringLiteral("en"),
+                                              dark ? QStringLiteral("dark") : QStringLiteral("light"));
+                if (!window.grab().save(QDir(arguments.front()).filePath(name))) {
+                    std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(name));
+                    return 1;
+                }
+            }
+        }
+    }
+    return 0;
+}
