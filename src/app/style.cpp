@@ -3,7 +3,9 @@
 #include "app/icons.h"
 #include "app/palettes.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
+#include <QGroupBox>
 #include <QHeaderView>
 #include <QPainter>
 #include <QStyleFactory>
@@ -20,6 +22,7 @@ constexpr int cardMargin = 12;
 constexpr int titleTop = 9;
 constexpr int arrowWidth = 24;
 constexpr int indicatorSize = 22;
+constexpr int markGap = 5;   ///< between a mark and its text
 constexpr int focusRoom = 3; ///< around a check mark's box, for the focus ring
 
 /// Saves the painter, and draws smoothly as long as it lives.
@@ -201,7 +204,7 @@ QRect groupBoxPart(const QStyleOptionGroupBox &box, QStyle::SubControl part, con
         break;
     case QStyle::SC_GroupBoxLabel:
         if (checkable) {
-            title.setLeft(title.left() + indicator + 5);
+            title.setLeft(title.left() + indicator + markGap);
         }
         break;
     default:
@@ -427,7 +430,7 @@ int CalmStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const
         return indicatorSize;
     case PM_CheckBoxLabelSpacing:
     case PM_RadioButtonLabelSpacing:
-        return 5;
+        return markGap;
     case PM_TabBarTabHSpace:
         return 28;
     case PM_TabBarTabVSpace:
@@ -512,7 +515,9 @@ QSize CalmStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
         }
         const int title = QFontMetrics(titleFont(widget)).size(Qt::TextShowMnemonic, box->text).width();
         return size.expandedTo(
-            {title + 2 * cardMargin + (box->subControls.testFlag(SC_GroupBoxCheckBox) ? 26 : 0), 0});
+            {title + 2 * cardMargin +
+                 (box->subControls.testFlag(SC_GroupBoxCheckBox) ? indicatorSize + markGap : 0),
+             0});
     }
     default:
         return size;
