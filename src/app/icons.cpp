@@ -231,7 +231,7 @@ QPainterPath lineOf(IconName name)
             .circle(8.5, 12, 2.5)
             .circle(13.5, 18, 2.5);
     case IconName::About:
-        return Line::from(12, 11).to(12, 16.5).circle(12, 12, 9).circle(12, 7.6, 0.3);
+        return Line::from(12, 11).to(12, 16.5).circle(12, 12, 9).at(12, 7.5).to(12, 7.51);
     case IconName::OperationalMode:
         return Line::from(9, 21)
             .to(15, 21)

@@ -7,7 +7,7 @@ namespace {
 struct Colours
 {
     QRgb window, card, base, alternate, button, text, faintText, disabledText, placeholder, accent,
-        accentText, highlight, link, toolTip, toolTipText, hairline, fieldBorder;
+        accentText, tint, highlight, link, toolTip, toolTipText, hairline, fieldBorder;
 };
 
 constexpr Colours light = {.window = 0xfff2f4f6,
@@ -21,12 +21,13 @@ constexpr Colours light = {.window = 0xfff2f4f6,
                            .placeholder = 0xff6b7780,
                            .accent = 0xff0e7490,
                            .accentText = 0xffffffff,
+                           .tint = 0xffd5e8ee,
                            .highlight = 0xff0e7490,
                            .link = 0xff0b6783,
                            .toolTip = 0xff26323a,
                            .toolTipText = 0xfff4f7f9,
                            .hairline = 0xffdde2e6,
-                           .fieldBorder = 0xff87929b};
+                           .fieldBorder = 0xff7f8a94};
 
 constexpr Colours dark = {.window = 0xff181c20,
                           .card = 0xff21272c,
@@ -39,6 +40,7 @@ constexpr Colours dark = {.window = 0xff181c20,
                           .placeholder = 0xff8d99a3,
                           .accent = 0xff45b3cf,
                           .accentText = 0xff06222b,
+                          .tint = 0xff214552,
                           .highlight = 0xff14697f,
                           .link = 0xff6cc5dc,
                           .toolTip = 0xff38434b,
@@ -129,6 +131,11 @@ QColor accent(const QPalette &palette)
 QColor accentText(const QPalette &palette)
 {
     return QColor(coloursOf(palette).accentText);
+}
+
+QColor tint(const QPalette &palette)
+{
+    return QColor(coloursOf(palette).tint);
 }
 
 QColor veil(const QPalette &palette, int strength)

@@ -22,6 +22,8 @@ QColor fieldBorder(const QPalette &palette);
 QColor accent(const QPalette &palette);
 /// For text and marks on the accent colour.
 QColor accentText(const QPalette &palette);
+/// A ground of a shade of the accent for what is chosen and keeps the colour of its text.
+QColor tint(const QPalette &palette);
 /// A thin veil over what the mouse is on, or with double strength over what is pressed.
 QColor veil(const QPalette &palette, int strength = 1);
 

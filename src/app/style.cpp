@@ -3,13 +3,13 @@
 #include "app/icons.h"
 #include "app/palettes.h"
 
+#include <QAbstractSpinBox>
 #include <QApplication>
+#include <QGroupBox>
+#include <QHeaderView>
 #include <QPainter>
-#include <QPainterPath>
-#include <QScrollBar>
 #include <QStyleFactory>
 #include <QStyleOption>
-#include <QTabBar>
 
 namespace ktr {
 
@@ -21,6 +21,9 @@ constexpr int fieldHeight = 28;
 constexpr int cardMargin = 12;
 constexpr int titleTop = 9;
 constexpr int arrowWidth = 24;
+constexpr int indicatorSize = 22;
+constexpr int markGap = 5;   ///< between a mark and its text
+constexpr int focusRoom = 3; ///< around a check mark's box, for the focus ring
 
 /// Saves the painter, and draws smoothly as long as it lives.
 class Smooth
@@ -101,12 +104,16 @@ void drawIndicator(QPainter *painter, const QStyleOption *option, bool round)
     const bool enabled = has(option, QStyle::State_Enabled);
     const bool partly = has(option, QStyle::State_NoChange);
     const bool chosen = has(option, QStyle::State_On) || partly;
-    const int side = std::min(option->rect.width(), option->rect.height());
+    const int room = std::min(option->rect.width(), option->rect.height());
+    const int side = room < indicatorSize ? room : room - 2 * focusRoom; // menus have less room
     QRect box(0, 0, side, side);
     box.moveCenter(option->rect.center());
     const QColor filled = enabled ? accent(palette) : palette.color(QPalette::Disabled, QPalette::WindowText);
     const QColor border = chosen ? filled : enabled ? fieldBorder(palette) : hairline(palette);
-    const QColor hover = isHovered(option) ? accent(palette) : border;
+    const bool onSelection = has(option, QStyle::State_Selected); // in a list
+    const QColor hover = onSelection         ? palette.color(QPalette::HighlightedText)
+                         : isHovered(option) ? accent(palette)
+                                             : border;
     const QColor ground = chosen && !round ? filled : palette.color(QPalette::Base);
     const QColor mark = enabled ? accentText(palette) : palette.color(QPalette::Window);
     if (!round) {
@@ -118,7 +125,7 @@ void drawIndicator(QPainter *painter, const QStyleOption *option, bool round)
     }
     drawRounded(painter, box, side / 2.0, hover, ground, chosen ? 1.8 : 1.3);
     if (chosen) {
-        const int inset = side * 5 / 18;
+        const int inset = side / 4;
         drawRounded(painter, box.adjusted(inset, inset, -inset, -inset), side, QColor(), filled);
     }
 }
@@ -197,7 +204,7 @@ QRect groupBoxPart(const QStyleOptionGroupBox &box, QStyle::SubControl part, con
         break;
     case QStyle::SC_GroupBoxLabel:
         if (checkable) {
-            title.setLeft(title.left() + indicator + 8);
+            title.setLeft(title.left() + indicator + markGap);
         }
         break;
     default:
@@ -301,6 +308,10 @@ void drawTab(const QStyleOptionTab &tab, QPainter *painter)
         const QRect line(tab.rect.left() + 8, tab.rect.bottom() - 2, tab.rect.width() - 16, 3);
         drawRounded(painter, line, 1.5, QColor(), accent(tab.palette));
     }
+    if (has(&tab, QStyle::State_HasFocus)) {
+        drawRounded(painter, tab.rect.adjusted(3, 3, -3, -5), fieldRadius, accent(tab.palette), Qt::NoBrush,
+                    2);
+    }
 }
 
 void drawHeaderSection(const QStyleOptionHeader &header, QPainter *painter)
@@ -324,15 +335,22 @@ void drawProgress(const QStyleOptionProgressBar &bar, QPainter *painter)
     QRect done = bar.rect;
     done.setWidth(static_cast<int>(bar.rect.width() * std::clamp(part, 0.0, 1.0)));
     if (done.width() > 0) {
+        const bool enabled = has(&bar, QStyle::State_Enabled);
         drawRounded(painter, QStyle::visualRect(bar.direction, bar.rect, done), 4, QColor(),
-                    accent(bar.palette));
+                    enabled ? accent(bar.palette) : fieldBorder(bar.palette));
     }
 }
 
 /// A ring of accent colour around what has the focus.
 void drawFocus(QPainter *painter, const QStyleOption *option)
 {
-    drawRounded(painter, option->rect, 4, accent(option->palette), Qt::NoBrush, 2);
+    // On a selected row the accent would not be seen.
+    const QPalette &palette = option->palette;
+    const auto *focus = qstyleoption_cast<const QStyleOptionFocusRect *>(option);
+    const bool onSelection =
+        focus != nullptr && focus->backgroundColor == palette.color(QPalette::Active, QPalette::Highlight);
+    const QColor ring = onSelection ? palette.color(QPalette::HighlightedText) : accent(palette);
+    drawRounded(painter, option->rect, 4, ring, Qt::NoBrush, 2);
 }
 
 void drawMenuBarItem(const QStyleOptionMenuItem &item, QPainter *painter, const QStyle &style)
@@ -353,8 +371,12 @@ CalmStyle::CalmStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusio
 void CalmStyle::polish(QWidget *widget)
 {
     QProxyStyle::polish(widget);
-    if (auto *bar = qobject_cast<QTabBar *>(widget)) {
-        bar->setElideMode(Qt::ElideNone);
+    if (auto *header = qobject_cast<QHeaderView *>(widget)) {
+        // Bold captions over the selected cells would only be restless.
+        header->setHighlightSections(false);
+        if (header->orientation() == Qt::Horizontal) {
+            header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        }
     }
 }
 
@@ -405,10 +427,10 @@ int CalmStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const
     case PM_IndicatorHeight:
     case PM_ExclusiveIndicatorWidth:
     case PM_ExclusiveIndicatorHeight:
-        return 18;
+        return indicatorSize;
     case PM_CheckBoxLabelSpacing:
     case PM_RadioButtonLabelSpacing:
-        return 8;
+        return markGap;
     case PM_TabBarTabHSpace:
         return 28;
     case PM_TabBarTabVSpace:
@@ -460,8 +482,11 @@ QSize CalmStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
 {
     QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
     switch (type) {
-    case CT_LineEdit:
-        return {size.width() + 8, std::max(size.height(), fieldHeight)};
+    case CT_LineEdit: {
+        const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
+        const bool framed = frame != nullptr && frame->lineWidth > 0;
+        return framed ? QSize(size.width() + 8, std::max(size.height(), fieldHeight)) : size;
+    }
     case CT_ComboBox:
         return {size.width() + 8, std::max(size.height(), fieldHeight)};
     case CT_SpinBox:
@@ -490,7 +515,9 @@ QSize CalmStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
         }
         const int title = QFontMetrics(titleFont(widget)).size(Qt::TextShowMnemonic, box->text).width();
         return size.expandedTo(
-            {title + 2 * cardMargin + (box->subControls.testFlag(SC_GroupBoxCheckBox) ? 26 : 0), 0});
+            {title + 2 * cardMargin +
+                 (box->subControls.testFlag(SC_GroupBoxCheckBox) ? indicatorSize + markGap : 0),
+             0});
     }
     default:
         return size;
@@ -535,6 +562,11 @@ QRect CalmStyle::subControlRect(ComplexControl control, const QStyleOptionComple
                                      ? QRect(rect.right() - arrowWidth, rect.top(), arrowWidth, rect.height())
                                      : rect.adjusted(6, 2, -arrowWidth, -2);
             return visualRect(option->direction, rect, inside);
+        }
+        break;
+    case CC_SpinBox:
+        if (part == SC_SpinBoxEditField) {
+            return QProxyStyle::subControlRect(control, option, part, widget).adjusted(2, 0, 0, 0);
         }
         break;
     default:
@@ -670,6 +702,22 @@ void CalmStyle::drawControl(ControlElement element, const QStyleOption *option, 
             QProxyStyle::drawControl(element, &label, painter, widget);
         }
         return;
+    case CE_CheckBox:
+    case CE_RadioButton:
+        if (const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option)) {
+            // The ring goes around the mark, where it is seen without a text too.
+            QStyleOptionButton plain(*button);
+            plain.state.setFlag(State_HasFocus, false);
+            QProxyStyle::drawControl(element, &plain, painter, widget);
+            if (has(option, State_HasFocus)) {
+                const bool round = element == CE_RadioButton;
+                const QRect mark =
+                    subElementRect(round ? SE_RadioButtonIndicator : SE_CheckBoxIndicator, option, widget);
+                drawRounded(painter, mark, round ? indicatorSize / 2.0 : fieldRadius, accent(palette),
+                            Qt::NoBrush, 2);
+            }
+        }
+        return;
     case CE_TabBarTabShape:
         if (const auto *tab = qstyleoption_cast<const QStyleOptionTab *>(option)) {
             drawTab(*tab, painter);
@@ -681,6 +729,7 @@ void CalmStyle::drawControl(ControlElement element, const QStyleOption *option, 
             if (has(option, State_Selected) && has(option, State_Enabled)) {
                 label.palette.setColor(QPalette::WindowText, accent(palette));
             }
+            label.state.setFlag(State_HasFocus, false); // the shape has drawn the ring
             QProxyStyle::drawControl(element, &label, painter, widget);
         }
         return;
@@ -719,6 +768,22 @@ void CalmStyle::drawControl(ControlElement element, const QStyleOption *option, 
                 static_cast<int>(visualAlignment(option->direction, Qt::AlignLeft)) | Qt::AlignVCenter,
                 palette, has(option, State_Enabled), dock->title, QPalette::WindowText);
             painter->setFont(before);
+        }
+        return;
+    case CE_MenuItem:
+        if (const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option)) {
+            // A tint, on which texts and icons keep their colour.
+            QStyleOptionMenuItem tinted(*item);
+            tinted.palette.setColor(QPalette::Highlight, tint(palette));
+            tinted.palette.setColor(QPalette::HighlightedText, palette.color(QPalette::Text));
+            QProxyStyle::drawControl(element, &tinted, painter, widget);
+        }
+        return;
+    case CE_ProgressBarLabel:
+        if (const auto *bar = qstyleoption_cast<const QStyleOptionProgressBar *>(option)) {
+            QStyleOptionProgressBar label(*bar);
+            label.palette.setColor(QPalette::HighlightedText, accentText(palette));
+            QProxyStyle::drawControl(element, &label, painter, widget);
         }
         return;
     case CE_ProgressBarGroove:

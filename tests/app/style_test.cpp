@@ -1,0 +1,162 @@
+#include "app/icons.h"
+#include "app/palettes.h"
+#include "app/style.h"
+
+#include <QApplication>
+#include <QGroupBox>
+#include <QScrollBar>
+#include <QStyleOption>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include <cmath>
+
+using namespace ktr;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+double luminance(const QColor &colour)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+           0.0722 * linear(colour.blueF());
+}
+
+double contrast(const QColor &one, const QColor &other)
+{
+    const auto [low, high] = std::minmax(luminance(one), luminance(other));
+    return (high + 0.05) / (low + 0.05);
+}
+
+qsizetype differentPixels(const QImage &one, const QImage &other)
+{
+    qsizetype count = 0;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            count += one.pixel(x, y) != other.pixel(x, y) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+QImage drawn(IconName name, QIcon::Mode mode = QIcon::Normal)
+{
+    return icon(name).pixmap(QSize(24, 24), 1.0, mode).toImage();
+}
+
+} // namespace
+
+class StyleTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { applyAppearance(*qApp, Appearance::Light); }
+
+    void textsCanBeReadOnEveryGroundInLightAndDark()
+    {
+        for (const QPalette &palette : {lightPalette(), darkPalette()}) {
+            const auto colour = [&palette](QPalette::ColorRole role,
+                                           QPalette::ColorGroup group = QPalette::Active) {
+                return palette.color(group, role);
+            };
+            const QColor base = colour(QPalette::Base);
+            for (const QColor &ground : {colour(QPalette::Window), cardColour(palette), base, tint(palette),
+                                         colour(QPalette::AlternateBase), colour(QPalette::Button)}) {
+                QVERIFY(contrast(colour(QPalette::WindowText), ground) >= 4.5);
+            }
+            for (const QColor &ground : {colour(QPalette::Window), cardColour(palette), base}) {
+                QVERIFY(contrast(colour(QPalette::WindowText, QPalette::Disabled), ground) >= 3);
+                QVERIFY(contrast(fieldBorder(palette), ground) >= 3);
+                QVERIFY(contrast(accent(palette), ground) >= 4.5);
+                QVERIFY(contrast(colour(QPalette::Link), ground) >= 4.5);
+            }
+            QVERIFY(contrast(colour(QPalette::HighlightedText), colour(QPalette::Highlight)) >= 4.5);
+            QVERIFY(contrast(accentText(palette), accent(palette)) >= 4.5);
+            QVERIFY(contrast(colour(QPalette::ToolTipText), colour(QPalette::ToolTipBase)) >= 4.5);
+            QVERIFY(contrast(colour(QPalette::PlaceholderText), base) >= 4.5);
+        }
+    }
+
+    void theAppearanceChangesWhileRunning()
+    {
+        QWidget window;
+        window.show();
+        applyAppearance(*qApp, Appearance::Dark);
+        QTRY_VERIFY(isDark(window.palette()));
+        const QStyle *style = QApplication::style();
+        // The platform of the tests is light.
+        applyAppearance(*qApp, Appearance::System);
+        QTRY_VERIFY(!isDark(window.palette()));
+        QCOMPARE(QApplication::style(), style);
+    }
+
+    void onlyTheOuterGroupBoxIsACard()
+    {
+        QGroupBox outer(u"Outer"_s);
+        auto *inner = new QGroupBox(u"Inner"_s);
+        auto *column = new QVBoxLayout(&outer);
+        column->addWidget(inner);
+        auto *rows = new QVBoxLayout(inner);
+        rows->addWidget(new QWidget);
+        outer.resize(300, 200);
+        const QImage image = outer.grab().toImage();
+        const QPalette palette = outer.palette();
+        QCOMPARE(image.pixelColor(150, 195), cardColour(palette));
+        QCOMPARE(image.pixelColor(150, 0), hairline(palette));
+        // Contents of the inner box begin at its very edge, in line with what else stands on the card.
+        QCOMPARE(rows->contentsMargins().left(), 0);
+        QCOMPARE(column->contentsMargins().left(), 12);
+        for (int y = inner->y(); y <= inner->geometry().bottom(); ++y) {
+            QCOMPARE(image.pixelColor(inner->geometry().right(), y), cardColour(palette));
+        }
+    }
+
+    void theThumbOfAScrollBarReachesBothEndsHoweverLongTheList()
+    {
+        QScrollBar bar(Qt::Vertical);
+        bar.resize(12, 300);
+        bar.setRange(0, 2'000'000'000);
+        bar.setPageStep(20);
+        const auto thumb = [&bar] {
+            QStyleOptionSlider option;
+            option.initFrom(&bar);
+            option.orientation = Qt::Vertical;
+            option.minimum = bar.minimum();
+            option.maximum = bar.maximum();
+            option.pageStep = bar.pageStep();
+            option.sliderPosition = bar.sliderPosition();
+            return bar.style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider,
+                                               &bar);
+        };
+        QCOMPARE(thumb().top(), 0);
+        QVERIFY(thumb().height() >= 30);
+        bar.setValue(bar.maximum());
+        QCOMPARE(thumb().bottom(), 299);
+        // No page step and no range, as an empty list has them.
+        bar.setRange(0, 0);
+        QCOMPARE(thumb().height(), 300);
+    }
+
+    void everyIconIsDrawnDifferentlyAndLineIconsFollowTheTextColour()
+    {
+        const int last = static_cast<int>(IconName::Recent);
+        QList<QImage> light;
+        for (int name = 0; name <= last; ++name) {
+            light += drawn(static_cast<IconName>(name));
+            for (int other = 0; other < name; ++other) {
+                QVERIFY(differentPixels(light[name], light[other]) > 20);
+            }
+        }
+        QVERIFY(drawn(IconName::Save, QIcon::Disabled) != drawn(IconName::Save));
+        applyAppearance(*qApp, Appearance::Dark);
+        QVERIFY(drawn(IconName::Save) != light[static_cast<int>(IconName::Save)]);
+        QVERIFY(drawn(IconName::Warning) == light[static_cast<int>(IconName::Warning)]);
+    }
+};
+
+QTEST_MAIN(StyleTest)
+#include "style_test.moc"
