@@ -37,7 +37,8 @@ constexpr int besideOkAlone = twips(220);
 constexpr int okFromRight = twips(2900);
 constexpr int cancelFromRight = twips(1500);
 constexpr int buttonWidth = twips(1215);
-constexpr int widestButton = okFromRight - cancelFromRight - twips(120); // or the two would touch
+constexpr int widestOk = okFromRight - cancelFromRight - twips(120); // or the two would touch
+constexpr int widestCancel = cancelFromRight - twips(90);
 constexpr int buttonHeight = twips(375);
 constexpr int highestButton = twips(540);
 constexpr int narrowestLabel = okFromRight; // the left margin and the space beside Cancel are the rest
@@ -154,12 +155,16 @@ void Dialog::answer(bool accepted)
 void Dialog::arrange()
 {
     const bool question = m_kind != Kind::Message;
-    const QSize button(std::clamp(std::max(m_ok->sizeHint().width(), m_cancel->sizeHint().width()),
-                                  buttonWidth, widestButton),
-                       std::clamp(m_ok->sizeHint().height(), buttonHeight, highestButton));
+    if (m_cancel->sizeHint().width() > widestCancel && styleSheet().isEmpty()) {
+        // What a style leaves free beside a caption is the first to go.
+        setStyleSheet(QLatin1String("QPushButton { padding-left: 1px; padding-right: 1px; min-width: 0; }"));
+    }
+    const int buttonsHeight = std::clamp(m_ok->sizeHint().height(), buttonHeight, highestButton);
+    const QSize ok(std::clamp(m_ok->sizeHint().width(), buttonWidth, widestOk), buttonsHeight);
+    const QSize cancel(std::clamp(m_cancel->sizeHint().width(), buttonWidth, widestCancel), buttonsHeight);
     QSize label = wrappedSize(*m_label, screen()->availableGeometry());
     QSize window = label + QSize(widthAroundLabel, heightAroundLabel);
-    const int labelTop = (heightAroundLabel - belowButtons - button.height()) / 2;
+    const int labelTop = (heightAroundLabel - belowButtons - buttonsHeight) / 2;
     const int left = widthAroundLabel / 2;
     if (m_kind == Kind::Input) {
         const int inputHeight = m_input->sizeHint().height();
@@ -167,11 +172,10 @@ void Dialog::arrange()
         window = {label.width() + widthAroundLabel, window.height() + aboveInput + inputHeight};
         m_input->setGeometry(left, labelTop + label.height() + aboveInput, label.width(), inputHeight);
     }
-    const int top = window.height() - button.height() - belowButtons;
+    const int top = window.height() - buttonsHeight - belowButtons;
     m_label->setGeometry({{left, labelTop}, label});
-    m_ok->setGeometry(
-        {{window.width() - (question ? okFromRight : button.width() + besideOkAlone), top}, button});
-    m_cancel->setGeometry({{window.width() - cancelFromRight, top}, button});
+    m_ok->setGeometry({{window.width() - (question ? okFromRight : ok.width() + besideOkAlone), top}, ok});
+    m_cancel->setGeometry({{window.width() - cancelFromRight, top}, cancel});
     setFixedSize(window);
 }
 

@@ -3,11 +3,11 @@
 #include "app/printing.h"
 #include "app/program_name.h"
 
+#include <QAbstractScrollArea>
 #include <QAction>
 #include <QActionGroup>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QPainter>
 #include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QSignalBlocker>
@@ -24,11 +24,11 @@ namespace {
 constexpr QSize startSize(900, 760);
 constexpr int noticeMs = 8000;
 
-/// What an action does, on its button, in its tool tip and for a screen reader.
-void caption(QAction *action, const QString &text, const QString &onButton)
+/// What an action does, on its button, in its tool tip and for a screen reader. Some buttons show a sign.
+void caption(QAction *action, const QString &text, const QString &onButton = QString())
 {
     action->setText(text);
-    action->setIconText(onButton);
+    action->setIconText(onButton.isEmpty() ? text : onButton);
     const QString keys = action->shortcut().toString(QKeySequence::NativeText);
     action->setToolTip(keys.isEmpty() ? text : QString(text + u" (" + keys + u')'));
 }
@@ -47,6 +47,9 @@ frm_preview::frm_preview(const TextTable &texts, QWidget *parent)
     m_preview = new QPrintPreviewWidget(m_printer.get(), this);
     m_preview->setObjectName(QLatin1String("preview"));
     m_preview->fitInView();
+    if (auto *const view = m_preview->findChild<QAbstractScrollArea *>()) {
+        m_preview->setFocusProxy(view); // the keys scroll
+    }
     setCentralWidget(m_preview);
     statusBar()->setObjectName(QLatin1String("statusBar"));
 
@@ -63,8 +66,7 @@ frm_preview::frm_preview(const TextTable &texts, QWidget *parent)
                         [this] { turnTo(m_preview->currentPage() - 1); });
     m_next = action("act_next_page", {QKeySequence(QLatin1String("Ctrl+PgDown"))},
                     [this] { turnTo(m_preview->currentPage() + 1); });
-    m_print = action("act_print", {QKeySequence::Print},
-                     [this] { tellFailure(this, printWithDialog(this, *m_printout)); });
+    m_print = action("act_print", {QKeySequence::Print}, [this] { printWithDialog(this, *m_printout); });
     m_savePdf = action("act_save_pdf", {QKeySequence(QLatin1String("Ctrl+S"))}, [this] { savePdf(); });
     m_close =
         action("act_close", {QKeySequence(QLatin1String("Esc")), QKeySequence::Close}, [this] { close(); });
@@ -88,7 +90,11 @@ QAction *frm_preview::action(const char *name, const QList<QKeySequence> &shortc
     auto *const made = new QAction(this);
     made->setObjectName(QLatin1String(name));
     made->setShortcuts(shortcuts);
-    connect(made, &QAction::triggered, this, triggered);
+    // The preview tells of some of its changes only.
+    connect(made, &QAction::triggered, this, [this, triggered] {
+        triggered();
+        showState();
+    });
     return made;
 }
 
@@ -133,6 +139,7 @@ void frm_preview::showConfiguration(const Configuration &configuration, const Pr
     m_configuration = configuration;
     m_options = options;
     layOutAgain();
+    m_preview->setFocus();
     show();
     raise();
     activateWindow();
@@ -141,19 +148,19 @@ void frm_preview::showConfiguration(const Configuration &configuration, const Pr
 void frm_preview::applyTexts()
 {
     setWindowTitle(m_texts.text(Text::PrintPreview) + u" – " + programName);
-    caption(m_entriesInUse, tr("Entries in use"), tr("In use"));
+    caption(m_entriesInUse, tr("Entries in use"));
     m_entriesInUse->setToolTip(tr("Only the limit values and switch points that are in use"));
-    caption(m_allEntries, tr("All entries"), tr("All"));
+    caption(m_allEntries, tr("All entries"));
     m_allEntries->setToolTip(tr("All 20 limit values and 20 switch points"));
     caption(m_zoomOut, tr("Zoom out"), QStringLiteral("−"));
     caption(m_zoomIn, tr("Zoom in"), QStringLiteral("+"));
-    caption(m_fitPage, tr("Fit the page"), tr("Page"));
-    caption(m_fitWidth, tr("Fit the width"), tr("Width"));
+    caption(m_fitPage, tr("Fit page"));
+    caption(m_fitWidth, tr("Fit width"));
     caption(m_previous, tr("Previous page"), QStringLiteral("‹"));
     caption(m_next, tr("Next page"), QStringLiteral("›"));
     caption(m_print, m_texts.text(Text::Print), m_texts.text(Text::Print) + u'…');
     caption(m_savePdf, tr("Save as PDF"), tr("Save as PDF…"));
-    caption(m_close, tr("Close"), tr("Close"));
+    caption(m_close, tr("Close"));
     m_page->setAccessibleName(tr("Page"));
     layOutAgain();
 }
@@ -164,7 +171,6 @@ void frm_preview::layOutAgain()
     m_printout = std::make_unique<Printout>(m_configuration, m_texts, m_options);
     m_preview->updatePreview();
     turnTo(page);
-    showState();
 }
 
 void frm_preview::showEntries(PrintedEntries entries)
@@ -176,6 +182,7 @@ void frm_preview::showEntries(PrintedEntries entries)
 void frm_preview::turnTo(int page)
 {
     m_preview->setCurrentPage(std::clamp(page, 1, m_printout->pageCount()));
+    showState();
 }
 
 void frm_preview::showState()

@@ -8,7 +8,6 @@
 #include <memory>
 
 class QAction;
-class QLabel;
 class QPrintPreviewWidget;
 class QPrinter;
 class QSpinBox;

@@ -6,11 +6,13 @@
 #include <QCoreApplication>
 #include <QMessageBox>
 #include <QPainter>
+#include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 namespace ktr {
@@ -87,21 +89,29 @@ Status printTo(QPrinter &printer, const Printout &printout)
                                     .arg(printer.printerName()));
 }
 
-Status printWithDialog(QWidget *parent, const Printout &printout)
+void printWithDialog(QWidget *parent, const Printout &printout)
 {
     if (QPrinterInfo::availablePrinterNames().isEmpty()) {
-        return Status::failed(QCoreApplication::translate(
-            "Printing", "No printer is installed. The print preview can save the configuration as a PDF."));
+        tellFailure(parent,
+                    Status::failed(QCoreApplication::translate(
+                        "Printing",
+                        "No printer is installed. The print preview can save the configuration as a PDF.")));
+        return;
     }
-    QPrinter printer(QPrinter::HighResolution);
-    preparePrinter(printer);
-    QPrintDialog dialog(&printer, parent);
-    dialog.setObjectName(QLatin1String("PrintDialog"));
-    dialog.setOption(QAbstractPrintDialog::PrintPageRange);
-    dialog.setMinMax(1, printout.pageCount());
-    dialog.setFromTo(1, printout.pageCount());
-    dialog.setPrintRange(QAbstractPrintDialog::AllPages);
-    return dialog.exec() == QDialog::Accepted ? printTo(printer, printout) : Status::done();
+    const auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+    preparePrinter(*printer);
+    auto *const dialog = new QPrintDialog(printer.get(), parent);
+    dialog->setObjectName(QLatin1String("PrintDialog"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setOption(QAbstractPrintDialog::PrintPageRange);
+    dialog->setMinMax(1, printout.pageCount());
+    dialog->setFromTo(1, printout.pageCount());
+    dialog->setPrintRange(QAbstractPrintDialog::AllPages);
+    // The dialog keeps what it prints, and on what: both may be gone elsewhere by then.
+    QObject::connect(
+        dialog, qOverload<>(&QDialog::accepted), dialog,
+        [parent = QPointer(parent), printer, printout] { tellFailure(parent, printTo(*printer, printout)); });
+    dialog->open();
 }
 
 void tellFailure(QWidget *parent, const Status &status)

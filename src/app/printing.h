@@ -16,9 +16,9 @@ void preparePrinter(QPrinter &printer);
 /// when none is left or the printer cannot be opened.
 Status printTo(QPrinter &printer, const Printout &printout);
 
-/// Lets the user choose a printer, pages and copies, and prints. Done, too, when the user cancels; fails when
-/// no printer is installed.
-Status printWithDialog(QWidget *parent, const Printout &printout);
+/// Lets the user choose a printer, pages and copies, then prints; returns while the dialog is open. Failures
+/// are told in a box, and so is that no printer is installed.
+void printWithDialog(QWidget *parent, const Printout &printout);
 
 /// Tells in a box why something was not printed or written, and returns at once. Nothing is told of success.
 void tellFailure(QWidget *parent, const Status &status);

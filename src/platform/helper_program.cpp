@@ -2,6 +2,7 @@
 
 #include "platform/environment.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QProcess>
 
@@ -36,11 +37,15 @@ void minimise(QProcess &) {}
 
 } // namespace
 
-QString findHelper(const QString &folder, const QString &name)
+QString findHelper(const QString &programFolder, const QString &name)
 {
-    const QString path = joinPath(folder, name + programSuffix);
-    const QFileInfo file(path);
-    return file.isFile() && file.isExecutable() ? path : QString();
+    for (const QString &folder : {programFolder, QCoreApplication::applicationDirPath()}) {
+        const QString path = joinPath(folder, name + programSuffix);
+        if (const QFileInfo file(path); file.isFile() && file.isExecutable()) {
+            return path;
+        }
+    }
+    return {};
 }
 
 Status startProgram(const QString &path, const QStringList &arguments, ProgramWindow window)

@@ -10,9 +10,9 @@ namespace ktr {
 /// How a program's window is to come up, where the system lets the one who starts it decide.
 enum class ProgramWindow { Normal, Minimised };
 
-/// The path of a program that stands in a folder, given its name without the system's suffix for programs.
-/// Empty when there is none, or none that may be executed.
-QString findHelper(const QString &folder, const QString &name);
+/// The path of a program that stands in the program folder or beside the executable, given its name without
+/// the system's suffix for programs. Empty when there is none, or none that may be executed.
+QString findHelper(const QString &programFolder, const QString &name);
 
 /// Starts a program that goes on without being waited for.
 Status startProgram(const QString &path, const QStringList &arguments = {},
