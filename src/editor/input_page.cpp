@@ -42,7 +42,7 @@ constexpr int groupRow = 0;
 constexpr int captionRow = 1;
 constexpr int firstRow = 2;
 
-constexpr int lineWidth = 76;
+constexpr int lineWidth = 88;
 
 QString indexed(const char *name, int index)
 {
@@ -85,7 +85,7 @@ InputPage::InputPage(EditorContext &context, QWidget *parent)
     layout->addStretch();
     m_grid->setContentsMargins(10, 4, 10, 4);
     m_grid->setVerticalSpacing(2);
-    m_grid->setHorizontalSpacing(10);
+    m_grid->setHorizontalSpacing(14);
     addHeader();
     for (int channel = 1; channel <= channelCount; ++channel) {
         addRow(channel);
@@ -225,6 +225,9 @@ QLineEdit *InputPage::addLine(const FieldRef &field, int channel, Column column)
 {
     auto *edit = new QLineEdit(m_card);
     edit->setFixedWidth(lineWidth);
+    // Rows may be drawn closer than the style likes, so that all of them stay in sight.
+    edit->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+    edit->setMinimumHeight(edit->fontMetrics().height() + 4);
     binder().line(edit, field);
     place(edit, channel, column);
     return edit;
