@@ -40,9 +40,17 @@ void Page::setProblems(const QList<Problem> &problems)
 
 QLabel *Page::labelFor(QWidget *control, Text name, const QString &suffix)
 {
-    auto *label = captioned(new QLabel(this), name, suffix);
+    return labelFor(control, [this, name, suffix]() -> QString { return text(name) + suffix; });
+}
+
+QLabel *Page::labelFor(QWidget *control, std::function<QString()> caption)
+{
+    auto *label = new QLabel(this);
     label->setBuddy(control);
-    onTexts([control, label] { control->setAccessibleName(label->text()); });
+    onTexts([control, label, caption = std::move(caption)] {
+        label->setText(caption());
+        control->setAccessibleName(label->text());
+    });
     return label;
 }
 
@@ -53,7 +61,13 @@ void Page::tip(QWidget *control, std::function<QString()> text)
 
 QLabel *Page::addRow(QGridLayout *grid, Text name, QWidget *control)
 {
-    auto *label = labelFor(control, name);
+    return addRow(
+        grid, [this, name] { return text(name); }, control);
+}
+
+QLabel *Page::addRow(QGridLayout *grid, std::function<QString()> caption, QWidget *control)
+{
+    auto *label = labelFor(control, std::move(caption));
     const int row = grid->rowCount();
     grid->addWidget(label, row, 0);
     grid->addWidget(control, row, 1);

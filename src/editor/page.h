@@ -69,12 +69,15 @@ protected:
 
     /// A label for a control: its buddy, and the name that screen readers tell.
     QLabel *labelFor(QWidget *control, Text name, const QString &suffix = QString());
+    /// The same with a caption that is composed, or this program's own.
+    QLabel *labelFor(QWidget *control, std::function<QString()> caption);
 
     /// A tool tip that tr() gives at each change of the language.
     void tip(QWidget *control, std::function<QString()> text);
 
     /// A row of a form: label and control.
     QLabel *addRow(QGridLayout *grid, Text name, QWidget *control);
+    QLabel *addRow(QGridLayout *grid, std::function<QString()> caption, QWidget *control);
 
 private:
     EditorContext &m_context;

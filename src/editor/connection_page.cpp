@@ -1,0 +1,194 @@
+#include "editor/connection_page.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+namespace ktr {
+
+namespace {
+
+constexpr int widestCard = 640;
+
+/// "010.000.000.001" as the address that the operating system takes for it: 10.0.0.1.
+QString withoutLeadingZeros(const QString &address)
+{
+    QStringList parts = address.split(u'.');
+    for (QString &part : parts) {
+        while (part.size() > 1 && part.startsWith(u'0')) {
+            part.remove(0, 1);
+        }
+    }
+    return parts.join(u'.');
+}
+
+} // namespace
+
+ConnectionPage::ConnectionPage(EditorContext &context, QWidget *parent) : Page(context, parent)
+{
+    auto *layout = new QGridLayout(this);
+    layout->addWidget(serialCard(), 0, 0);
+    layout->addWidget(ethernetCard(), 0, 1);
+    layout->addWidget(stateCard(), 1, 0, 1, 2);
+    layout->setColumnStretch(0, 1);
+    layout->setColumnStretch(1, 1);
+    layout->setRowStretch(1, 1);
+}
+
+QWidget *ConnectionPage::serialCard()
+{
+    auto *card = new QGroupBox(this);
+    card->setMaximumWidth(widestCard);
+    onTexts([card] { card->setTitle(tr("Serial port")); });
+    auto *rows = new QVBoxLayout(card);
+    auto *row = new QHBoxLayout;
+    m_ports = new QComboBox(card);
+    m_ports->setObjectName(QStringLiteral("Cmb_connection_port"));
+    m_ports->setEditable(true);
+    m_ports->setInsertPolicy(QComboBox::NoInsert);
+    m_ports->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_ports->setMinimumContentsLength(24);
+    ignoreWheelUnlessFocused(m_ports);
+    m_ports->addItem(QString());
+    onTexts([this] { m_ports->setItemText(0, tr("Search all ports")); });
+    tip(m_ports, [] { return tr("A port of the list, or one typed; 9600 baud, 8 data bits"); });
+    row->addWidget(labelFor(m_ports, [] { return tr("Port"); }));
+    row->addWidget(m_ports, 1);
+    rows->addLayout(row);
+
+    auto *buttons = new QHBoxLayout;
+    QPushButton *open =
+        addButton(buttons, "cmd_connection_serial", [this] { Q_EMIT serialWanted(chosenPort()); });
+    onTexts([open] { open->setText(tr("Connect")); });
+    buttons->addStretch();
+    rows->addLayout(buttons);
+    return card;
+}
+
+QWidget *ConnectionPage::ethernetCard()
+{
+    auto *card = captioned(new QGroupBox(this), Text::Ethernet);
+    card->setMaximumWidth(widestCard);
+    auto *rows = new QVBoxLayout(card);
+    auto *row = new QHBoxLayout;
+    m_address = new QLineEdit(card);
+    m_address->setObjectName(QStringLiteral("Txt_connection_address"));
+    tip(m_address, [] { return tr("Where the module is reached: four numbers from 0 to 255, or a name"); });
+    // The configuration's address is proposed until the user types another.
+    onRecords([this] {
+        if (!m_address->isModified()) {
+            m_address->setText(withoutLeadingZeros(configuration().ethernet.ip));
+        }
+    });
+    row->addWidget(labelFor(m_address, Text::Ip));
+    row->addWidget(m_address, 1);
+    rows->addLayout(row);
+
+    auto *buttons = new QHBoxLayout;
+    const auto add = [&](const char *name, Text kind, bool exclusive) {
+        QPushButton *button = addButton(buttons, name, [this, exclusive] {
+            Q_EMIT ethernetWanted(m_address->text().trimmed(), exclusive);
+        });
+        onTexts([this, button, kind] { button->setText(text(Text::Ethernet) + u' ' + text(kind)); });
+        return button;
+    };
+    tip(add("cmd_connection_ethernet", Text::PlusGsm, false),
+        [] { return tr("The module keeps its GSM connection beside this one"); });
+    tip(add("cmd_connection_exclusive", Text::ExclusiveInBrackets, true),
+        [] { return tr("The module uses this connection alone"); });
+    buttons->addStretch();
+    rows->addLayout(buttons);
+    return card;
+}
+
+QWidget *ConnectionPage::stateCard()
+{
+    auto *card = captioned(new QGroupBox(this), Text::Connection);
+    card->setMaximumWidth(2 * widestCard);
+    auto *rows = new QVBoxLayout(card);
+    auto *row = new QHBoxLayout;
+    m_lamp = new QLabel(card);
+    m_lamp->setObjectName(QStringLiteral("lbl_connection_lamp"));
+    m_state = new QLabel(card);
+    m_state->setObjectName(QStringLiteral("lbl_connection_state"));
+    m_state->setTextFormat(Qt::PlainText);
+    m_state->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    row->addWidget(m_lamp);
+    row->addWidget(m_state, 1);
+    captioned(addButton(row, "cmd_connection_offline", [this] { Q_EMIT offlineWanted(); }), Text::Offline);
+    rows->addLayout(row);
+
+    m_events = new QPlainTextEdit(card);
+    m_events->setObjectName(QStringLiteral("txt_connection_events"));
+    m_events->setReadOnly(true);
+    m_events->setTabChangesFocus(true);
+    m_events->setMaximumBlockCount(longestEvents);
+    onTexts([this] {
+        m_events->setAccessibleName(tr("Events of the connection"));
+        showState();
+    });
+    rows->addWidget(m_events, 1);
+    return card;
+}
+
+QPushButton *ConnectionPage::addButton(QBoxLayout *row, const char *name, std::function<void()> clicked)
+{
+    auto *button = new QPushButton(this);
+    button->setObjectName(QLatin1String(name));
+    connect(button, &QPushButton::clicked, this, std::move(clicked));
+    row->addWidget(button);
+    return button;
+}
+
+QString ConnectionPage::chosenPort() const
+{
+    const QString text = m_ports->currentText().trimmed();
+    return text == m_ports->itemText(0) ? QString() : text;
+}
+
+void ConnectionPage::setPorts(const QStringList &ports)
+{
+    const QString chosen = chosenPort();
+    const QSignalBlocker blocker(m_ports);
+    while (m_ports->count() > 1) {
+        m_ports->removeItem(m_ports->count() - 1);
+    }
+    m_ports->addItems(ports);
+    const int index = chosen.isEmpty() ? 0 : m_ports->findText(chosen);
+    m_ports->setCurrentIndex(index);
+    if (index < 0) {
+        m_ports->setEditText(chosen);
+    }
+}
+
+void ConnectionPage::setState(const QString &text, bool connected)
+{
+    m_stateText = text;
+    m_connected = connected;
+    showState();
+}
+
+void ConnectionPage::showState()
+{
+    const QString word = m_connected ? tr("connected") : tr("not connected");
+    m_lamp->setText(QString(m_connected ? QChar(u'●') : QChar(u'○')));
+    m_lamp->setAccessibleName(word);
+    QPalette palette;
+    if (m_connected) {
+        palette.setColor(QPalette::WindowText, QColor(0x00, 0xc0, 0x00));
+    }
+    m_lamp->setPalette(palette);
+    m_state->setText(m_stateText.isEmpty() ? word : m_stateText);
+}
+
+void ConnectionPage::addEvent(const QString &line)
+{
+    m_events->appendPlainText(line);
+}
+
+} // namespace ktr

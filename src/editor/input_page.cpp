@@ -1,0 +1,270 @@
+#include "editor/input_page.h"
+
+#include "config/channel_use.h"
+#include "config/channels.h"
+#include "editor/striped_card.h"
+#include "platform/text_rules.h"
+
+#include <QCheckBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace ktr {
+
+enum InputPage::Column : int {
+    NumberColumn,
+    NameColumn,
+    IntervalColumn,
+    DeltaColumn,
+    CounterColumn,
+    HoursColumn,
+    InvertColumn,
+    DividerColumn,
+    ValueColumn,
+    ValueUnitColumn,
+    OffsetColumn,
+    FactorColumn,
+    UnitColumn,
+    columnCount,
+};
+
+struct InputPage::ColumnText
+{
+    Text caption;
+    const char *tip = nullptr;
+};
+
+namespace {
+
+// The group captions stand above the columns' own.
+constexpr int groupRow = 0;
+constexpr int captionRow = 1;
+constexpr int firstRow = 2;
+
+constexpr int lineWidth = 88;
+
+QString indexed(const char *name, int index)
+{
+    return QLatin1String(name) + u'_' + QString::number(index);
+}
+
+QString wholeNumberForm(const QString &text)
+{
+    return QString::number(leadingNumber(text), 'f', 0);
+}
+
+} // namespace
+
+const InputPage::ColumnText &InputPage::textOf(Column column)
+{
+    static const std::array<ColumnText, columnCount> texts = {{
+        {Text::Ip},
+        {Text::Identifier},
+        {Text::Interval, QT_TR_NOOP("Minutes between two archive entries, a whole number; 0: none by time")},
+        {Text::Delta, QT_TR_NOOP("Change that triggers an archive entry, in the channel's unit")},
+        {Text::Counter, QT_TR_NOOP("Count the pulses of this input")},
+        {Text::HoursCounter, QT_TR_NOOP("Count the operating hours of this input")},
+        {Text::Invert, QT_TR_NOOP("Invert the counted signal")},
+        {Text::Divider, QT_TR_NOOP("Pulses that count as one, 1 to 10000")},
+        {Text::StartValue, QT_TR_NOOP("Value that the module starts with")},
+        {Text::StartValue},
+        {Text::Offset, QT_TR_NOOP("Value shown at a signal of 0, in the unit beside it")},
+        {Text::Factor, QT_TR_NOOP("Change of the value with each step of the signal")},
+        {Text::Unit, QT_TR_NOOP("Unit of the scaled value")},
+    }};
+    return texts[static_cast<std::size_t>(column)];
+}
+
+InputPage::InputPage(EditorContext &context, QWidget *parent)
+    : Page(context, parent), m_card(new StripedCard(firstRow, this)), m_grid(m_card->grid())
+{
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(6, 4, 6, 4);
+    layout->addWidget(m_card, 0, Qt::AlignTop);
+    layout->addStretch();
+    m_grid->setContentsMargins(10, 4, 10, 4);
+    m_grid->setVerticalSpacing(2);
+    m_grid->setHorizontalSpacing(14);
+    addHeader();
+    for (int channel = 1; channel <= channelCount; ++channel) {
+        addRow(channel);
+    }
+}
+
+void InputPage::addHeader()
+{
+    auto *sent = new QCheckBox(m_card);
+    binder().check(sent, fieldRef(&Configuration::sendValues, 0, &SendValues::enabled));
+    onTexts([sent] {
+        sent->setText(tr("Send start and output values"));
+        sent->setToolTip(tr("Without it a transmission leaves counters and outputs as they are"));
+    });
+    m_grid->addWidget(sent, groupRow, InvertColumn, 1, OffsetColumn - InvertColumn);
+    auto *scaling = captioned(new QLabel(m_card), Text::Scaling);
+    m_grid->addWidget(scaling, groupRow, OffsetColumn, 1, columnCount - OffsetColumn);
+
+    for (int at = NumberColumn; at < columnCount; ++at) {
+        const auto column = static_cast<Column>(at);
+        if (column == ValueUnitColumn) {
+            continue;
+        }
+        auto *label = new QLabel(m_card);
+        onTexts([this, label, column] { label->setText(caption(column)); });
+        if (column == NumberColumn) {
+            label->setObjectName(indexed("lbl_ip_ip", 0));
+        } else if (column == NameColumn) {
+            label->setObjectName(indexed("lbl_ip_bezeichnung", 0));
+        }
+        m_grid->addWidget(label, captionRow, column);
+    }
+}
+
+void InputPage::addRow(int channel)
+{
+    // "10 Analog In 2": the number and the name
+    const QString text = channelText(channel);
+    const qsizetype blank = text.indexOf(u' ');
+    auto *number = new QLabel(text.left(blank), m_card);
+    number->setObjectName(indexed("lbl_ip_ip", channel));
+    number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    auto *name = new QLabel(text.mid(blank + 1), m_card);
+    name->setObjectName(indexed("lbl_ip_bezeichnung", channel));
+    m_grid->addWidget(number, firstRow + channel - 1, NumberColumn);
+    m_grid->addWidget(name, firstRow + channel - 1, NameColumn);
+
+    QLineEdit *interval = addLine(fieldRef(&Configuration::archiving, channel - 1, &Archiving::interval),
+                                  channel, IntervalColumn);
+    name->setBuddy(interval);
+    connect(interval, &QLineEdit::textChanged, this, [this, interval] { filterInterval(interval); });
+    addLine(fieldRef(&Configuration::archiving, channel - 1, &Archiving::delta), channel, DeltaColumn);
+
+    addCounter(channel);
+    addOutputValue(channel);
+    addScaling(channel);
+}
+
+void InputPage::addCounter(int channel)
+{
+    const DigitalInput *input = countingInputOf(configuration(), channel);
+    if (input == nullptr && outputHoursOf(configuration(), channel) == nullptr) {
+        return;
+    }
+    std::vector<QWidget *> whileCounting;
+    int index = channel - 1;
+    if (input != nullptr) {
+        const auto field = [index](auto member) {
+            return fieldRef(&Configuration::digitalInputs, index, member);
+        };
+        if (fieldOf<DigitalInput>(&DigitalInput::countsPulses).appliesTo(index)) {
+            addCheck(field(&DigitalInput::countsPulses), channel, CounterColumn);
+            whileCounting.push_back(addCheck(field(&DigitalInput::inverted), channel, InvertColumn));
+            whileCounting.push_back(addLine(field(&DigitalInput::divider), channel, DividerColumn));
+        } else {
+            addCheck(field(&DigitalInput::countsHours), channel, HoursColumn);
+            whileCounting.push_back(addCheck(field(&DigitalInput::inverted), channel, InvertColumn));
+        }
+        whileCounting.push_back(addLine(field(&DigitalInput::value), channel, ValueColumn));
+    } else {
+        const int output = channel - 15;
+        addCheck(fieldRef(&Configuration::outputHours, output, &OutputHours::inverted), channel,
+                 InvertColumn);
+        addLine(fieldRef(&Configuration::outputHours, output, &OutputHours::value), channel, ValueColumn);
+        index = output + 4;
+    }
+    QLabel *unit = addUnit(indexed("lbl_ip_digineinheit", index), channel);
+    const auto refresh = [this, channel, unit, whileCounting] {
+        const Measure measure = channelMeasure(configuration(), channel);
+        for (QWidget *control : whileCounting) {
+            control->setEnabled(measure != Measure::Binary);
+        }
+        unit->setText(measure == Measure::Pulses  ? text(Text::Pulses)
+                      : measure == Measure::Hours ? text(Text::Hours)
+                                                  : QString());
+    };
+    onTexts(refresh);
+    onRecords(refresh);
+}
+
+void InputPage::addOutputValue(int channel)
+{
+    if (channel == 11 || channel == 12) {
+        QCheckBox *on = addCheck(fieldRef(&Configuration::outputValues, channel - 11, &OutputValue::digital),
+                                 channel, ValueColumn);
+        captioned(on, Text::On);
+    } else if (channel == 13 || channel == 14) {
+        const int output = channel - 13;
+        addLine(fieldRef(&Configuration::outputValues, output, &OutputValue::analog), channel, ValueColumn);
+        QLabel *unit = addUnit(indexed("lbl_ip_einheit", output), channel);
+        onRecords([this, unit, channel] { unit->setText(scalingOf(configuration(), channel)->unit); });
+    }
+}
+
+void InputPage::addScaling(int channel)
+{
+    const Scaling *scaling = scalingOf(configuration(), channel);
+    if (scaling == nullptr) {
+        return;
+    }
+    const int index = static_cast<int>(scaling - configuration().scaling.data());
+    addLine(fieldRef(&Configuration::scaling, index, &Scaling::offset), channel, OffsetColumn);
+    addLine(fieldRef(&Configuration::scaling, index, &Scaling::factor), channel, FactorColumn);
+    addLine(fieldRef(&Configuration::scaling, index, &Scaling::unit), channel, UnitColumn);
+}
+
+void InputPage::place(QWidget *control, int channel, Column column)
+{
+    m_grid->addWidget(control, firstRow + channel - 1, column);
+    onTexts([this, control, channel, column] {
+        control->setAccessibleName(channelText(channel) + u' ' + caption(column));
+        control->setToolTip(tr(textOf(column).tip));
+    });
+}
+
+QLineEdit *InputPage::addLine(const FieldRef &field, int channel, Column column)
+{
+    auto *edit = new QLineEdit(m_card);
+    edit->setFixedWidth(lineWidth);
+    // Rows may be drawn closer than the style likes, so that all of them stay in sight.
+    edit->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+    edit->setMinimumHeight(edit->fontMetrics().height() + 4);
+    binder().line(edit, field);
+    place(edit, channel, column);
+    return edit;
+}
+
+QCheckBox *InputPage::addCheck(const FieldRef &field, int channel, Column column)
+{
+    auto *box = new QCheckBox(m_card);
+    binder().check(box, field);
+    place(box, channel, column);
+    return box;
+}
+
+QLabel *InputPage::addUnit(const QString &name, int channel)
+{
+    auto *unit = new QLabel(m_card);
+    unit->setObjectName(name);
+    unit->setTextFormat(Qt::PlainText); // the user's own unit is no markup
+    unit->setFixedWidth(lineWidth);
+    m_grid->addWidget(unit, firstRow + channel - 1, ValueUnitColumn);
+    return unit;
+}
+
+QString InputPage::caption(Column column) const
+{
+    const QString own = text(textOf(column).caption);
+    return column == IntervalColumn ? own + u' ' + text(Text::InMinutes) : own;
+}
+
+void InputPage::filterInterval(QLineEdit *edit)
+{
+    if (m_filtering || edit->text() == wholeNumberForm(edit->text())) {
+        return;
+    }
+    m_filtering = true;
+    edit->backspace();
+    m_filtering = false;
+}
+
+} // namespace ktr

@@ -1,0 +1,43 @@
+#pragma once
+
+#include "editor/page.h"
+
+class QGridLayout;
+
+namespace ktr {
+
+class StripedCard;
+
+/// The module's 18 channels, a row each: archiving, counting, start and output values, scaling.
+class InputPage : public Page
+{
+    Q_OBJECT
+
+public:
+    explicit InputPage(EditorContext &context, QWidget *parent = nullptr);
+
+private:
+    enum Column : int;
+    struct ColumnText;
+    static const ColumnText &textOf(Column column);
+
+    void addHeader();
+    void addRow(int channel);
+    void addCounter(int channel);
+    void addScaling(int channel);
+    void addOutputValue(int channel);
+
+    void place(QWidget *control, int channel, Column column);
+    QLineEdit *addLine(const FieldRef &field, int channel, Column column);
+    QCheckBox *addCheck(const FieldRef &field, int channel, Column column);
+    QLabel *addUnit(const QString &name, int channel);
+
+    QString caption(Column column) const;
+    void filterInterval(QLineEdit *edit);
+
+    StripedCard *m_card;
+    QGridLayout *m_grid;
+    bool m_filtering = false; ///< what the filter itself changes is not filtered again
+};
+
+} // namespace ktr

@@ -1,0 +1,221 @@
+#include "editor/test_page.h"
+
+#include "link/command_sequence.h"
+#include "link/conversation_log.h"
+
+#include <QCheckBox>
+#include <QFontDatabase>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTextBlock>
+
+namespace ktr {
+
+namespace {
+
+// The displays end with the line that holds this character, counted from 1.
+constexpr int lastOfLog = 8000;
+constexpr int lastOfReplies = 200000;
+
+void putInFront(QPlainTextEdit *display, const QString &line, int last)
+{
+    QScrollBar *bar = display->verticalScrollBar();
+    const bool atTop = bar->value() == bar->minimum();
+    QTextCursor cursor(display->document());
+    cursor.beginEditBlock();
+    cursor.insertText(line + u'\n');
+    const QTextBlock block = display->document()->findBlock(last - 1);
+    if (block.isValid() && block.next().isValid()) {
+        cursor.setPosition(block.position() + block.length() - 1);
+        cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+        cursor.removeSelectedText();
+    }
+    cursor.endEditBlock();
+    if (atTop) {
+        bar->setValue(bar->minimum());
+    }
+}
+
+} // namespace
+
+TestPage::TestPage(EditorContext &context, QWidget *parent) : Page(context, parent)
+{
+    auto *layout = new QGridLayout(this);
+    layout->addWidget(commandCard(), 0, 0, 1, 2);
+    layout->addWidget(logCard(), 1, 0);
+    layout->addWidget(repliesCard(), 1, 1);
+    layout->setColumnStretch(0, 1);
+    layout->setColumnStretch(1, 1);
+    layout->setRowStretch(1, 1);
+}
+
+QWidget *TestPage::commandCard()
+{
+    auto *card = captioned(new QGroupBox(this), Text::SendSms);
+    auto *rows = new QVBoxLayout(card);
+
+    auto *typed = new QHBoxLayout;
+    m_input = new QLineEdit(card);
+    m_input->setObjectName(QStringLiteral("txt_test_send"));
+    m_input->setMaximumWidth(560);
+    m_input->installEventFilter(this);
+    onTexts([this] { m_input->setAccessibleName(text(Text::SendSms)); });
+    tip(m_input, [] {
+        return tr("A command, up to %1 characters; Enter sends it, Up and Down bring back earlier ones")
+            .arg(longestCommand);
+    });
+    connect(m_input, &QLineEdit::returnPressed, this, &TestPage::send);
+    typed->addWidget(m_input, 1);
+    m_send = captioned(addButton(typed, "cmd_test_send", [this] { send(); }), Text::Send);
+    m_answer = captioned(new QCheckBox(card), Text::ConfigureWithAnswer);
+    m_answer->setObjectName(QStringLiteral("chk_test_answer"));
+    tip(m_answer, [] { return tr("The module confirms each command of a transmission"); });
+    typed->addSpacing(12);
+    typed->addWidget(m_answer);
+    typed->addStretch();
+    rows->addLayout(typed);
+
+    auto *ready = new QHBoxLayout;
+    const auto fixed = [](const QString &command) { return [command] { return command; }; };
+    captioned(addCommand(ready, "cmd_test_settime",
+                         [this]() -> QString {
+                             const Environment &environment = this->context().document.environment();
+                             return QLatin1String("T,") + clockFields(environment.now());
+                         }),
+              Text::SetTime);
+    captioned(addCommand(ready, "cmd_test_free", fixed(QStringLiteral("H,0,1"))), Text::SendArchive);
+    captioned(addCommand(ready, "cmd_test_block", fixed(QStringLiteral("H,0,0"))), Text::BlockArchive);
+    captioned(addCommand(ready, "cmd_kill",
+                         [this] { return answerWanted() ? QStringLiteral("K") : QStringLiteral("k"); }),
+              Text::DeleteNotifications);
+    QPushButton *fast = addCommand(ready, "cmd_historyFastExport", fixed(QStringLiteral("§,77")));
+    onTexts([fast] { fast->setText(tr("Fast history export")); });
+    ready->addStretch();
+    captioned(addButton(ready, "cmd_test_clear",
+                        [this] {
+                            m_log->clear();
+                            m_replies->clear();
+                        }),
+              Text::ClearDisplay);
+    rows->addLayout(ready);
+    return card;
+}
+
+QWidget *TestPage::logCard()
+{
+    auto *card = captioned(new QGroupBox(this), Text::Debug);
+    auto *layout = new QVBoxLayout(card);
+    m_logOption = new QCheckBox(card);
+    m_logOption->setObjectName(QStringLiteral("chk_test_debug"));
+    m_logOption->hide();
+    onTexts([this] { m_logOption->setText(tr("Show the conversation")); });
+    m_log = newDisplay("txt_test_debug");
+    onTexts([this] { m_log->setAccessibleName(text(Text::Debug)); });
+    connect(m_logOption, &QCheckBox::toggled, m_log, &QWidget::setVisible);
+    layout->addWidget(m_logOption);
+    layout->addWidget(m_log, 1);
+    layout->addStretch();
+    return card;
+}
+
+QWidget *TestPage::repliesCard()
+{
+    auto *card = captioned(new QGroupBox(this), Text::ReceivedSms);
+    auto *layout = new QVBoxLayout(card);
+    m_replies = newDisplay("txt_test_receive");
+    onTexts([this] { m_replies->setAccessibleName(text(Text::ReceivedSms)); });
+    layout->addWidget(m_replies);
+    return card;
+}
+
+QPushButton *TestPage::addButton(QBoxLayout *row, const char *name, std::function<void()> clicked)
+{
+    auto *button = new QPushButton(this);
+    button->setObjectName(QLatin1String(name));
+    connect(button, &QPushButton::clicked, this, std::move(clicked));
+    row->addWidget(button);
+    return button;
+}
+
+QPushButton *TestPage::addCommand(QBoxLayout *row, const char *name, std::function<QString()> command)
+{
+    QPushButton *button = addButton(row, name, [this, command] { Q_EMIT commandPlaced(command()); });
+    tip(button, [command] { return tr("Sends %1").arg(command()); });
+    return button;
+}
+
+QPlainTextEdit *TestPage::newDisplay(const char *name)
+{
+    auto *display = new QPlainTextEdit(this);
+    display->setObjectName(QLatin1String(name));
+    display->setReadOnly(true);
+    display->setUndoRedoEnabled(false);
+    display->setTabChangesFocus(true);
+    display->setLineWrapMode(QPlainTextEdit::NoWrap);
+    display->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    return display;
+}
+
+void TestPage::send()
+{
+    const QString command = m_input->text();
+    if (m_idle && !command.isEmpty()) {
+        m_sent.add(command);
+        Q_EMIT commandPlaced(command);
+    }
+}
+
+void TestPage::setIdle(bool idle)
+{
+    m_idle = idle;
+    m_send->setEnabled(idle);
+}
+
+bool TestPage::answerWanted() const
+{
+    return m_answer->isChecked();
+}
+
+void TestPage::showDebugOption()
+{
+    m_logOption->show();
+    m_logOption->setChecked(true);
+}
+
+void TestPage::appendLog(const QString &line)
+{
+    putInFront(m_log, logText(line), lastOfLog);
+}
+
+void TestPage::showReply(const QString &text)
+{
+    const QDateTime now = context().document.environment().now();
+    putInFront(m_replies, now.toString(QStringLiteral("yy,MM,dd HH:mm:ss ")) + logText(text), lastOfReplies);
+}
+
+void TestPage::clearInput()
+{
+    m_input->clear();
+}
+
+bool TestPage::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_input && event->type() == QEvent::KeyPress) {
+        const int key = static_cast<QKeyEvent *>(event)->key();
+        if (key == Qt::Key_Up || key == Qt::Key_Down) {
+            if (const auto command = key == Qt::Key_Up ? m_sent.back() : m_sent.forth()) {
+                m_input->setText(*command);
+            }
+            return true;
+        }
+    }
+    return Page::eventFilter(watched, event);
+}
+
+} // namespace ktr
