@@ -31,7 +31,7 @@ public:
     virtual void showEntry(int entry);
 
     /// Marks the fields that have problems.
-    void setProblems(const QList<Problem> &problems);
+    virtual void setProblems(const QList<Problem> &problems);
 
 protected:
     using TextPart = std::function<void()>;
