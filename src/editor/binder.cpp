@@ -157,7 +157,7 @@ void Binder::check(QCheckBox *box, const FieldRef &field)
     add(field, box, [box](const QString &text) { box->setChecked(text != u'0'); });
 }
 
-void Binder::index(QComboBox *box, const FieldRef &field)
+void Binder::index(QComboBox *box, const FieldRef &field, Again again)
 {
     name(box, field.control);
     ignoreWheelUnlessFocused(box);
@@ -167,7 +167,9 @@ void Binder::index(QComboBox *box, const FieldRef &field)
         }
     };
     connect(box, &QComboBox::currentIndexChanged, this, store);
-    connect(box, &QComboBox::activated, this, store); // the item that is chosen already counts as a choice
+    if (again == Again::Counts) {
+        connect(box, &QComboBox::activated, this, store);
+    }
     add(field, box, [box](const QString &text) {
         const QSignalBlocker blocker(box);
         box->setCurrentIndex(text.toInt());
@@ -198,6 +200,11 @@ void Binder::choice(QButtonGroup *buttons, const FieldRef &field)
     add(field, all.front(), [buttons](const QString &text) {
         if (QAbstractButton *button = buttons->button(text.toInt())) {
             button->setChecked(true);
+        } else if (QAbstractButton *other = buttons->checkedButton()) {
+            // No button stands for the value, and another entry's must not.
+            buttons->setExclusive(false);
+            other->setChecked(false);
+            buttons->setExclusive(true);
         }
     });
 }

@@ -24,6 +24,7 @@ class Binder : public QObject
 
 public:
     enum class Counts { AsEdit, NotAsEdit }; ///< whether a change marks the configuration modified
+    enum class Again { Counts, IsIgnored };  ///< whether choosing what is chosen already is an edit
 
     explicit Binder(EditorContext &context, QObject *parent = nullptr);
 
@@ -31,7 +32,7 @@ public:
     void text(QPlainTextEdit *edit, const FieldRef &field);
     void check(QCheckBox *box, const FieldRef &field);
     /// The field holds the index of the chosen item.
-    void index(QComboBox *box, const FieldRef &field);
+    void index(QComboBox *box, const FieldRef &field, Again again = Again::Counts);
     /// The field holds the text of the chosen item.
     void item(QComboBox *box, const FieldRef &field);
     /// The field holds the id of the chosen button; the buttons are named by their ids.

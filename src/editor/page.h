@@ -35,7 +35,7 @@ public:
     void showPlace(const EditPlace &place);
 
     /// Marks the fields that have problems.
-    void setProblems(const QList<Problem> &problems);
+    virtual void setProblems(const QList<Problem> &problems);
 
 protected:
     using TextPart = std::function<void()>;

@@ -1,0 +1,33 @@
+#include "editor/channel_captions.h"
+
+#include "config/channel_use.h"
+#include "config/channels.h"
+
+namespace ktr {
+
+QString channelItem(int channel, const TextTable &texts)
+{
+    return channel == 0 ? texts.text(Text::Invalid) : channelText(channel);
+}
+
+LimitUnits limitUnits(const Configuration &configuration, int channel, const TextTable &texts)
+{
+    const auto both = [](const QString &unit) { return LimitUnits{unit, unit}; };
+    switch (channelMeasure(configuration, channel)) {
+    case Measure::None:
+        return {};
+    case Measure::Binary:
+        return {QStringLiteral("0/1"), QStringLiteral("0")}; // two states leave no room for a hysteresis
+    case Measure::Pulses:
+        return both(texts.text(Text::Pulses));
+    case Measure::Hours:
+        return both(texts.text(Text::Hours));
+    case Measure::Scaled:
+        return both(scalingOf(configuration, channel)->unit);
+    case Measure::Temperature:
+        return {QStringLiteral("°C"), texts.text(Text::Kelvin)};
+    }
+    return {};
+}
+
+} // namespace ktr

@@ -1,0 +1,111 @@
+#include "editor/entry_chooser.h"
+
+#include "editor/entry_model.h"
+#include "platform/text_rules.h"
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QTableView>
+
+namespace ktr {
+
+EntryChooser::EntryChooser(const Names &names, EntryModel *model, const Widths &widths, QWidget *parent)
+    : QWidget(parent), m_overview(new QTableView(this)), m_scrollBar(new QScrollBar(Qt::Vertical, this))
+{
+    m_overview->setObjectName(names.overview);
+    m_overview->setModel(model);
+    setUpOverview(widths);
+
+    m_scrollBar->setObjectName(names.scrollBar);
+    m_scrollBar->setRange(0, model->rowCount() - 1);
+    m_scrollBar->setPageStep(5);
+    m_scrollBar->setFocusPolicy(Qt::StrongFocus);
+
+    connect(m_scrollBar, &QScrollBar::valueChanged, this, [this](int entry) {
+        showEntry(entry);
+        Q_EMIT entryChanged(entry);
+    });
+    connect(m_overview->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+            [this](const QModelIndex &current) {
+                if (current.isValid()) {
+                    setEntry(current.row());
+                }
+            });
+    showEntry(0);
+
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->setSpacing(0);
+    layout->addWidget(m_overview);
+    layout->addWidget(m_scrollBar);
+}
+
+void EntryChooser::setUpOverview(const Widths &widths)
+{
+    m_overview->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_overview->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_overview->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_overview->setTabKeyNavigation(false);
+    m_overview->setShowGrid(false);
+    m_overview->setWordWrap(false);
+    m_overview->setCornerButtonEnabled(false);
+    m_overview->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    // The scroll bar beside it moves through the entries, and the overview with them.
+    m_overview->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_overview->setIconSize({16, 16});
+
+    const QFontMetrics metrics = m_overview->fontMetrics();
+    QHeaderView *rows = m_overview->verticalHeader();
+    rows->hide();
+    rows->setSectionResizeMode(QHeaderView::Fixed);
+    rows->setDefaultSectionSize(metrics.height() + 6);
+
+    QHeaderView *columns = m_overview->horizontalHeader();
+    columns->setHighlightSections(false);
+    columns->setSectionsClickable(false);
+    constexpr int margins = 20;
+    for (int column = 0; column < widths.size(); ++column) {
+        if (widths[column].isEmpty()) {
+            columns->setSectionResizeMode(column, QHeaderView::Stretch);
+        } else {
+            m_overview->setColumnWidth(column, metrics.horizontalAdvance(widths[column]) + margins);
+        }
+    }
+}
+
+int EntryChooser::entry() const
+{
+    return m_scrollBar->value();
+}
+
+void EntryChooser::setEntry(int entry)
+{
+    Q_ASSERT(entry >= m_scrollBar->minimum() && entry <= m_scrollBar->maximum());
+    m_scrollBar->setValue(entry);
+}
+
+void EntryChooser::setEntryName(const QString &name)
+{
+    m_overview->setAccessibleName(name);
+    m_scrollBar->setAccessibleName(name);
+}
+
+void EntryChooser::showEntry(int entry)
+{
+    if (m_overview->currentIndex().row() != entry) {
+        const int column = std::max(m_overview->currentIndex().column(), 0);
+        m_overview->setCurrentIndex(m_overview->model()->index(entry, column));
+    }
+}
+
+QString numberedCaption(const QString &present, int length, int number)
+{
+    QString front = present.left(length);
+    while (!front.isEmpty() && isDecimalDigit(front.back())) {
+        front.chop(1); // a text shorter than it should be: the number would grow
+    }
+    return front + QString::number(number);
+}
+
+} // namespace ktr

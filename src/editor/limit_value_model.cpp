@@ -1,0 +1,72 @@
+#include "editor/limit_value_model.h"
+
+#include "config/channel_use.h"
+#include "editor/channel_captions.h"
+
+namespace ktr {
+
+namespace {
+
+QString condition(const Configuration &configuration, const LimitValue &value, const TextTable &texts)
+{
+    const int channel = value.channel;
+    if (channel == 0) {
+        return {};
+    }
+    QString text = comparisonSigns().value(value.comparison - 1) + u' ' + value.limit;
+    if (channelMeasure(configuration, channel) != Measure::Binary) {
+        text += u' ' + limitUnits(configuration, channel, texts).limit;
+    }
+    return text.trimmed();
+}
+
+} // namespace
+
+LimitValueModel::LimitValueModel(QObject *parent) : EntryModel(parent)
+{
+    setTitles(QStringList(4));
+    setRows(std::vector<EntryRow>(LimitValue::count));
+}
+
+void LimitValueModel::setTexts(const TextTable &texts)
+{
+    setTitles({texts.text(Text::LimitValueShort), texts.text(Text::Channel), texts.text(Text::Comparison),
+               texts.text(Text::Notification)});
+}
+
+void LimitValueModel::show(const Configuration &configuration, const TextTable &texts)
+{
+    std::vector<EntryRow> rows;
+    rows.reserve(LimitValue::count);
+    for (int entry = 0; const LimitValue &value : configuration.limitValues) {
+        if (LimitValue::isReference(entry++)) {
+            rows.push_back({{combinedEntries(value.reference), {}, value.alarm}, value.reference != 0});
+        } else {
+            const bool inUse = value.channel != 0;
+            const QString channel = inUse ? channelItem(value.channel, texts) : QString();
+            rows.push_back({{channel, condition(configuration, value, texts), value.alarm}, inUse});
+        }
+    }
+    setRows(std::move(rows));
+}
+
+QStringList comparisonSigns()
+{
+    return {QStringLiteral("<"), QStringLiteral("="), QStringLiteral(">")};
+}
+
+QString combinedEntries(double reference)
+{
+    QStringList numbers;
+    if (reference > 0 && reference <= 0xFFFF) {
+        const auto mask = static_cast<unsigned>(reference);
+        for (unsigned bit = 0; bit < LimitValue::firstReference; ++bit) {
+            if ((mask >> bit & 1U) != 0) {
+                numbers += QString::number(bit + 1);
+            }
+        }
+    }
+    return numbers.join(u'+');
+}
+
+} // namespace ktr

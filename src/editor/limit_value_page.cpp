@@ -1,0 +1,378 @@
+#include "editor/limit_value_page.h"
+
+#include "config/channel_use.h"
+#include "config/channels.h"
+#include "editor/channel_captions.h"
+#include "editor/combo_items.h"
+#include "editor/entry_chooser.h"
+#include "editor/limit_value_model.h"
+
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QStackedWidget>
+
+namespace ktr {
+
+namespace {
+
+constexpr int captionLength = 3; ///< of "GW" and a blank
+constexpr int allRecipients = 255;
+constexpr int allReferences = 65535;
+constexpr int mostRepetitions = 15;
+
+QLineEdit *numberEdit(QWidget *parent)
+{
+    auto *edit = new QLineEdit(parent);
+    edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(u'0') * 12);
+    edit->setInputMethodHints(Qt::ImhPreferNumbers);
+    return edit;
+}
+
+QStringList numbers(int first, int last)
+{
+    QStringList texts;
+    for (int number = first; number <= last; ++number) {
+        texts += QString::number(number);
+    }
+    return texts;
+}
+
+} // namespace
+
+LimitValuePage::LimitValuePage(EditorContext &context, QWidget *parent)
+    : Page(context, parent),
+      m_model(new LimitValueModel(this)),
+      m_chooser(new EntryChooser({QStringLiteral("Tbl_gw"), QStringLiteral("Scr_gw")}, m_model,
+                                 {QStringLiteral("00 ---"), QStringLiteral("16 BStZ DOut 2"),
+                                  QStringLiteral("> 10000 Stunden"), QString()},
+                                 this))
+{
+    auto *layout = new QHBoxLayout(this);
+    layout->addWidget(m_chooser, 1);
+    layout->addWidget(entryFrame(), 1);
+
+    connect(m_chooser, &EntryChooser::entryChanged, this, &LimitValuePage::load);
+    onTexts([this] {
+        m_chooser->setEntryName(text(Text::LimitValue));
+        m_model->setTexts(this->context().texts);
+        showUnits();
+        showRecipients();
+        showOverview();
+    });
+    onRecords([this] {
+        showUnits();
+        showRecipients();
+        showOverview();
+    });
+}
+
+int LimitValuePage::entry() const
+{
+    return m_chooser->entry();
+}
+
+const LimitValue &LimitValuePage::shown() const
+{
+    return configuration().limitValues[static_cast<std::size_t>(entry())];
+}
+
+FieldRef LimitValuePage::field(Member<LimitValue> member) const
+{
+    return fieldRef(
+        &Configuration::limitValues, [this] { return entry(); }, member);
+}
+
+void LimitValuePage::entered()
+{
+    load();
+}
+
+void LimitValuePage::showEntry(int entry)
+{
+    m_chooser->setEntry(entry);
+}
+
+void LimitValuePage::setProblems(const QList<Problem> &problems)
+{
+    Page::setProblems(problems);
+    m_model->setProblems(problemsByEntry<LimitValue>(problems));
+}
+
+// Controls
+
+QWidget *LimitValuePage::entryFrame()
+{
+    m_frame = new QGroupBox(this);
+    m_frame->setObjectName(QStringLiteral("Fra_gw"));
+    onTexts([this] { m_frame->setTitle(text(Text::LimitValueShort) + u' ' + QString::number(entry() + 1)); });
+
+    m_kinds = new QStackedWidget(m_frame);
+    m_kinds->addWidget(thresholdPart());
+    m_kinds->addWidget(referencePart());
+    m_kinds->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+
+    auto *layout = new QVBoxLayout(m_frame);
+    layout->addWidget(m_kinds);
+    layout->addLayout(notificationLine());
+    layout->addWidget(recipientsPart());
+    layout->addLayout(repetitionLine());
+    layout->addStretch();
+    return m_frame;
+}
+
+QLabel *LimitValuePage::fixedLabel(const QString &name)
+{
+    auto *label = new QLabel(this);
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText); // units are the user's
+    label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    return label;
+}
+
+QWidget *LimitValuePage::thresholdPart()
+{
+    auto *part = new QWidget(m_frame);
+    auto *grid = new QGridLayout(part);
+    grid->setContentsMargins({});
+    grid->setColumnStretch(1, 2);
+    grid->setColumnStretch(2, 1);
+
+    m_channel = new QComboBox(part);
+    onTexts([this] {
+        QStringList items;
+        for (int channel = 0; channel <= channelCount; ++channel) {
+            items += channelItem(channel, context().texts);
+        }
+        setItems(m_channel, items);
+    });
+    setItems(m_channel, QStringList(channelCount + 1));
+    binder().index(m_channel, field(&LimitValue::channel), Binder::Again::IsIgnored);
+    connect(m_channel, &QComboBox::activated, this, &LimitValuePage::load);
+    tip(m_channel, [] { return tr("The input or output that is watched"); });
+    auto *channelLabel = labelFor(m_channel, Text::Channel);
+    channelLabel->setObjectName(QStringLiteral("lbl_gw_ip"));
+    grid->addWidget(channelLabel, 0, 0);
+    grid->addWidget(m_channel, 0, 1, 1, 2);
+
+    const auto addNumber = [&](Text name, Member<LimitValue> member, const QString &captionName,
+                               QLabel *behind) {
+        auto *edit = numberEdit(part);
+        binder().line(edit, field(member));
+        const int row = grid->rowCount();
+        addRow(grid, name, edit)->setObjectName(captionName);
+        grid->addWidget(behind, row, 2);
+        return edit;
+    };
+    m_limitUnit = fixedLabel(QStringLiteral("lbl_gw_gw_0"));
+    m_hysteresisUnit = fixedLabel(QStringLiteral("lbl_gw_hysterese_0"));
+    m_delayMeaning = fixedLabel(QStringLiteral("lbl_gw_verzögerung_1"));
+    auto *limit = addNumber(Text::LimitValue, &LimitValue::limit, QStringLiteral("lbl_gw_gw_1"), m_limitUnit);
+    auto *hysteresis = addNumber(Text::Hysteresis, &LimitValue::hysteresis,
+                                 QStringLiteral("lbl_gw_hysterese_1"), m_hysteresisUnit);
+    auto *delay =
+        addNumber(Text::Delay, &LimitValue::delay, QStringLiteral("lbl_gw_verzögerung_0"), m_delayMeaning);
+    tip(limit, [] { return tr("Number, in the unit of the channel"); });
+    tip(hysteresis,
+        [] { return tr("How far the value must come back; number, in the unit of the channel"); });
+    tip(delay, [] { return tr("Number; on inputs that count pulses the count per interval"); });
+
+    auto *comparison = captioned(new QGroupBox(part), Text::Comparison);
+    comparison->setObjectName(QStringLiteral("Fra_gw_vergleich"));
+    auto *buttons = new QButtonGroup(comparison);
+    auto *column = new QVBoxLayout(comparison);
+    for (int id = 1; const QString &sign : comparisonSigns()) {
+        auto *button = new QRadioButton(sign, comparison);
+        buttons->addButton(button, id++);
+        column->addWidget(button);
+    }
+    binder().choice(buttons, field(&LimitValue::comparison));
+    onTexts([buttons] {
+        const QStringList names{tr("less than the limit"), tr("equal to the limit"),
+                                tr("greater than the limit")};
+        for (int id = 1; const QString &name : names) {
+            buttons->button(id)->setAccessibleName(name);
+            buttons->button(id)->setToolTip(name);
+            ++id;
+        }
+    });
+    grid->addWidget(comparison, 0, 3, grid->rowCount(), 1);
+    return part;
+}
+
+QWidget *LimitValuePage::referencePart()
+{
+    auto *part = new QGroupBox(m_frame);
+    part->setObjectName(QStringLiteral("Frame_gw_Bezug"));
+    onTexts([part] { part->setTitle(tr("Reference")); });
+    auto *grid = new QGridLayout(part);
+    constexpr int columns = 8;
+    for (int index = 0; index < LimitValue::firstReference; ++index) {
+        const int row = index / columns;
+        const int column = index % columns;
+        if (column == 0) {
+            auto *label = new QLabel(QStringLiteral("%1 – %2").arg(index + 1).arg(index + columns), part);
+            label->setObjectName(QStringLiteral("Label_gw_gwbezug_%1").arg(row));
+            grid->addWidget(label, row, 0);
+        }
+        auto *box = new QCheckBox(QString::number(index + 1), part);
+        onTexts([this, box, index] {
+            box->setAccessibleName(text(Text::LimitValue) + u' ' + QString::number(index + 1));
+        });
+        m_references.push_back(box);
+        grid->addWidget(box, row, column + 1);
+        grid->setColumnStretch(column + 1, 1);
+    }
+    binder().bits(m_references, allReferences, field(&LimitValue::reference));
+    return part;
+}
+
+QWidget *LimitValuePage::recipientsPart()
+{
+    auto *part = captioned(new QGroupBox(m_frame), Text::NotificationTo);
+    part->setObjectName(QStringLiteral("Fra_gw_msm"));
+    auto *grid = new QGridLayout(part);
+    constexpr int columns = 3;
+    const int count = static_cast<int>(configuration().administrators.size());
+    for (int index = 0; index < count; ++index) {
+        auto *box = new QCheckBox(part);
+        // Names are as long as the user likes: they must not widen the window.
+        box->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        m_recipients.push_back(box);
+        grid->addWidget(box, index / columns, index % columns);
+        grid->setColumnStretch(index % columns, 1);
+    }
+    binder().bits(m_recipients, allRecipients, field(&LimitValue::recipients));
+    return part;
+}
+
+QLayout *LimitValuePage::notificationLine()
+{
+    auto *edit = new QLineEdit(m_frame);
+    binder().line(edit, field(&LimitValue::alarm));
+    tip(edit, [] { return tr("Text of the message; small umlauts are written out"); });
+    auto *label = labelFor(edit, Text::Notification);
+    label->setObjectName(QStringLiteral("lbl_gw_meldung"));
+    auto *line = new QHBoxLayout;
+    line->addWidget(label);
+    line->addWidget(edit);
+    return line;
+}
+
+QLayout *LimitValuePage::repetitionLine()
+{
+    auto *count = new QComboBox(m_frame);
+    setItems(count, numbers(0, mostRepetitions));
+    binder().index(count, field(&LimitValue::repetitions));
+    tip(count, [] { return tr("How often the message is repeated, 0 to 15"); });
+
+    m_interval = numberEdit(m_frame);
+    m_interval->setMaximumWidth(m_interval->minimumWidth());
+    binder().line(m_interval, field(&LimitValue::repetitionInterval));
+    m_interval->installEventFilter(this);
+    tip(m_interval, [] { return tr("Minutes between two messages, 1 to 1440"); });
+
+    QLabel *labels[] = {labelFor(count, Text::Repetitions), labelFor(m_interval, Text::TimesEvery),
+                        captioned(new QLabel(m_frame), Text::RepetitionMinutes)};
+    for (int index = 0; QLabel * label : labels) {
+        label->setObjectName(QStringLiteral("lbl_gw_wiederholung_%1").arg(index++));
+    }
+    auto *line = new QHBoxLayout;
+    line->addWidget(labels[0]);
+    line->addWidget(count);
+    line->addWidget(labels[1]);
+    line->addWidget(m_interval);
+    line->addWidget(labels[2]);
+    line->addStretch();
+    return line;
+}
+
+// The entry shown
+
+void LimitValuePage::load()
+{
+    fillDefaults();
+    m_kinds->setCurrentIndex(LimitValue::isReference(entry()) ? 1 : 0);
+    m_frame->setTitle(numberedCaption(m_frame->title(), captionLength, entry() + 1));
+    showRecords();
+    refreshMarks();
+}
+
+void LimitValuePage::fillDefaults()
+{
+    struct Default
+    {
+        QString LimitValue::*member;
+        QString text;
+    };
+    static const std::array defaults = {Default{&LimitValue::limit, QStringLiteral("0")},
+                                        Default{&LimitValue::hysteresis, QStringLiteral("0")},
+                                        Default{&LimitValue::delay, QStringLiteral("0")},
+                                        Default{&LimitValue::repetitionInterval, QStringLiteral("30")}};
+    const auto lacks = [](const LimitValue &value) {
+        return std::ranges::any_of(defaults,
+                                   [&value](const Default &row) { return (value.*row.member).isEmpty(); });
+    };
+    if (std::ranges::none_of(configuration().limitValues, lacks)) {
+        return;
+    }
+    context().document.adjust([](Configuration &configuration) {
+        for (LimitValue &value : configuration.limitValues) {
+            for (const Default &row : defaults) {
+                if ((value.*row.member).isEmpty()) {
+                    value.*row.member = row.text;
+                }
+            }
+        }
+    });
+}
+
+void LimitValuePage::showUnits()
+{
+    const LimitUnits units = limitUnits(configuration(), shown().channel, context().texts);
+    m_limitUnit->setText(units.limit);
+    m_hysteresisUnit->setText(units.hysteresis);
+    const bool counts = channelMeasure(configuration(), shown().channel) == Measure::Pulses;
+    m_delayMeaning->setText(counts ? QStringLiteral("pro Intervall") : text(Text::DelayOfLimit));
+}
+
+void LimitValuePage::showRecipients()
+{
+    for (std::size_t index = 0; index < m_recipients.size(); ++index) {
+        const QString &name = configuration().administrators[index].name;
+        QString caption = name;
+        m_recipients[index]->setText(caption.replace(u'&', QStringLiteral("&&")));
+        const QString described =
+            name.trimmed().isEmpty() ? text(Text::Admin) + u' ' + QString::number(index + 1) : name;
+        m_recipients[index]->setAccessibleName(described);
+        m_recipients[index]->setToolTip(described);
+    }
+}
+
+void LimitValuePage::showOverview()
+{
+    m_model->show(configuration(), context().texts);
+    for (int entry = 0; QCheckBox * box : m_references) {
+        box->setToolTip(m_model->description(entry++));
+    }
+}
+
+bool LimitValuePage::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_interval && event->type() == QEvent::FocusOut && m_interval->text().isEmpty()) {
+        const FieldRef interval = field(&LimitValue::repetitionInterval);
+        context().history.adjust({interval.control, interval.entry()}, [&interval](Configuration &changed) {
+            interval.store(changed, QStringLiteral("1"));
+        });
+        showRecords();
+    }
+    return Page::eventFilter(watched, event);
+}
+
+} // namespace ktr
