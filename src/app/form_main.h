@@ -1,12 +1,9 @@
 #pragma once
 
 #include "app/command_line.h"
-#include "app/file_dialogs.h"
 #include "app/page_tabs.h"
-#include "app/recent_files.h"
 #include "app/single_instance.h"
 #include "app/translations.h"
-#include "link/conversation_log.h"
 #include "link/module_link.h"
 #include "printout/printout.h"
 
@@ -16,13 +13,12 @@
 
 namespace ktr {
 
-class CalibrationPage;
-class ConnectionPage;
+class FileCommands;
 class InfoPage;
+class LinkPresenter;
 class MainMenu;
 class ProblemPanel;
 class StatusLine;
-class TestPage;
 class frmAbout;
 class frmSettings;
 class frm_preview;
@@ -52,11 +48,6 @@ public:
 
     Document &document() { return m_document; }
     PageTabs &tabs() { return *m_tabs; }
-    /// The image for the module's firmware is then taken from a developer's place.
-    bool isDesign() const { return m_options.design; }
-
-    /// Loads the texts of a language for this run and puts them everywhere.
-    void setLanguage(const QString &language);
 
 Q_SIGNALS:
     /// The window was closed: the program may end.
@@ -72,47 +63,33 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    // start-up
-    void startWithOtherEnding();
+    void layOut();
+    void connectMenu();
+    void connectDocument();
+    void connectProblems();
+
+    void endOther();
     void finishStart();
     bool applyCommandLine();
     void buildRemainingPages();
 
-    // window
-    void layOut();
-    void connectMenu();
-    void connectDocument();
-    void connectLink();
     Page *buildPage(PageIndex index);
+    void connectInfoPage(InfoPage &page);
+    void openFile(const QString &path);
+
+    void setLanguage(const QString &language);
     void applyTexts();
+    void tellMissingTexts();
     void updateTitle();
     void tell(const QString &line);
     void showMessage(const QString &text);
 
-    // files
-    void makeNew();
-    void save();
-    void saveAs();
-    void load(const QString &fileName);
-    void loadChosen();
-    void tellRead(const ReadReport &report, const QString &fileName);
-    void askToSave();
-    void addRecent();
-
-    // printing
     PrintoutOptions printoutOptions() const;
     void print();
     void showPreview();
+    void showSettings();
+    void showAbout();
 
-    // link
-    void showLink();
-    void refreshPorts();
-    void notAvailable();
-    void transmit();
-    void writeLog(const QString &line);
-    void takeOverTransmitted();
-
-    // problems
     void findProblemsSoon();
     void findProblemsNow();
 
@@ -124,25 +101,20 @@ private:
     EditHistory m_history;
     EditorContext m_context;
     ModuleLink m_link;
-    FileDialogs m_dialogs;
-    RecentFiles m_recent;
     SingleInstance m_instance;
-    ConversationLog m_log;
-    QString m_logPath;
     QString m_missingTexts; ///< what is to be said once the window is there
 
     MainMenu *m_menu;
     PageTabs *m_tabs;
     ProblemPanel *m_problemPanel;
     StatusLine *m_status;
+    std::unique_ptr<FileCommands> m_files;
+    std::unique_ptr<LinkPresenter> m_linkPresenter;
     QTimer m_problemTimer;
     QTimer m_wait; ///< Tmr_wait
     QPointer<frm_preview> m_preview;
     QPointer<frmAbout> m_about;
     QPointer<frmSettings> m_settings;
-    TestPage *m_testPage = nullptr;
-    ConnectionPage *m_connectionPage = nullptr;
-    CalibrationPage *m_calibrationPage = nullptr;
     bool m_firstShow = true;
 };
 

@@ -179,7 +179,7 @@ void MainMenu::showRecent(const QStringList &names)
     }
 }
 
-void MainMenu::showPorts(const QStringList &ports, QAction *chosen)
+void MainMenu::showPorts(const QStringList &ports)
 {
     qDeleteAll(m_ports);
     m_ports.clear();
@@ -194,9 +194,6 @@ void MainMenu::showPorts(const QStringList &ports, QAction *chosen)
         connect(action, &QAction::triggered, this, [this, port] { Q_EMIT portChosen(port); });
         m_connection->insertAction(m_endOfPorts, action);
         m_ports += action;
-    }
-    if (chosen != nullptr) {
-        chosen->setChecked(true);
     }
 }
 

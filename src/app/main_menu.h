@@ -28,8 +28,8 @@ public:
     /// The files used last, for their menu.
     void showRecent(const QStringList &names);
 
-    /// The serial ports found, for the connection menu. `chosen` is ticked.
-    void showPorts(const QStringList &ports, QAction *chosen);
+    /// The serial ports found, for the connection menu.
+    void showPorts(const QStringList &ports);
     /// The action of a port's menu entry; null when there is none.
     QAction *portAction(const QString &port) const;
 

@@ -51,6 +51,8 @@ ModuleLink::ModuleLink(Transport &serial, Timers &timers, const Environment &env
         if (step) {
             ++m_sent;
             Q_EMIT stepSent(*step);
+        } else {
+            Q_EMIT commandLeft();
         }
     });
     connect(&m_session, &ModuleSession::commandRefused, this,

@@ -67,6 +67,8 @@ Q_SIGNALS:
     void replied(const QString &text);
     void serviceConfirmed(const QString &text);
     void stepSent(int step);
+    /// A single command was handed to the module.
+    void commandLeft();
     void transmissionEnded(int sent, int refused);
     /// The link broke while a transmission ran, before this step was sent.
     void transmissionBroke(int step);

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "app/file_dialogs.h"
+#include "app/recent_files.h"
+#include "config/edit_history.h"
+#include "lang/text_table.h"
+
+#include <QObject>
+
+#include <functional>
+
+class QWidget;
+
+namespace ktr {
+
+/// What the file menu does with the document.
+class FileCommands : public QObject
+{
+    Q_OBJECT
+
+public:
+    FileCommands(QWidget &window, Document &document, EditHistory &history, const TextTable &texts);
+
+    FileDialogs &dialogs() { return m_dialogs; }
+    const QStringList &recent() const { return m_recent.names(); }
+
+    void makeNew();
+    void save();
+    void saveAs();
+    /// Asks for a file and loads it.
+    void loadChosen();
+    void load(const QString &fileName);
+
+    /// Reads the present file at the start; without a name all fields take their fall-backs silently.
+    void readPresent();
+    /// Loads the file of the command line, and gives false when it cannot be opened under either spelling.
+    bool loadFirst(const QString &fileName, const QString &asWritten);
+
+    /// Before the end: asks whether to save what is modified. It goes on whatever the answer.
+    void askToSave();
+
+    /// The file name of the last start, and of this one for the next.
+    static QString lastFileName();
+    void keepFileName() const;
+
+Q_SIGNALS:
+    void told(const QString &line);
+    /// Another configuration stands in the pages.
+    void replaced();
+    /// The title has to name the file.
+    void titleChanged();
+    void recentChanged();
+
+private:
+    void tellRead(const ReadReport &report, const QString &fileName);
+    void addRecent();
+
+    QWidget &m_window;
+    Document &m_document;
+    EditHistory &m_history;
+    const TextTable &m_texts;
+    FileDialogs m_dialogs;
+    RecentFiles m_recent;
+    QString m_failure; ///< why the last save failed, empty when it did not
+};
+
+} // namespace ktr

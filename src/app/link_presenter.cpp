@@ -1,0 +1,187 @@
+#include "app/link_presenter.h"
+
+#include "app/main_menu.h"
+#include "app/status_line.h"
+#include "config/document.h"
+#include "editor/calibration_page.h"
+#include "editor/connection_page.h"
+#include "editor/test_page.h"
+#include "lang/text_table.h"
+
+#include <QAction>
+
+namespace ktr {
+
+LinkPresenter::LinkPresenter(ModuleLink &link, Document &document, const TextTable &texts, MainMenu &menu,
+                             StatusLine &status)
+    : m_link(link), m_document(document), m_texts(texts), m_menu(menu), m_status(status)
+{
+    connectLink();
+    connectMenu();
+}
+
+void LinkPresenter::connectLink()
+{
+    connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::show);
+    connect(&m_link, &ModuleLink::told, this, &LinkPresenter::told);
+    connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
+    connect(&m_link, &ModuleLink::stepSent, this, [this](int step) {
+        showProgress(step);
+        Q_EMIT told(tr("Step %1 of %2 sent").arg(step).arg(steps::last));
+    });
+    connect(&m_link, &ModuleLink::transmissionEnded, this, [this](int sent, int refused) {
+        showProgress(0);
+        takeOverTransmitted();
+        Q_EMIT told(refused == 0
+                        ? tr("Configuration transmitted: %1 commands").arg(sent)
+                        : tr("Transmission ended: %1 commands sent, %2 refused").arg(sent).arg(refused));
+    });
+    connect(&m_link, &ModuleLink::transmissionBroke, this, [this](int step) {
+        showProgress(0);
+        Q_EMIT told(tr("The transmission was broken off before step %1").arg(step));
+    });
+}
+
+void LinkPresenter::connectMenu()
+{
+    connect(m_menu.doConfig, &QAction::triggered, this, &LinkPresenter::transmit);
+    connect(m_menu.doApplication, &QAction::triggered, this, &LinkPresenter::notAvailable);
+    connect(m_menu.search, &QAction::triggered, this, [this] { m_link.connectSerial(QString()); });
+    connect(&m_menu, &MainMenu::portChosen, &m_link, &ModuleLink::connectSerial);
+    connect(&m_menu, &MainMenu::portsWanted, this, &LinkPresenter::showPorts);
+    connect(m_menu.ethernet, &QAction::triggered, this, &LinkPresenter::notAvailable);
+    connect(m_menu.exclusive, &QAction::triggered, this, &LinkPresenter::notAvailable);
+    connect(m_menu.offline, &QAction::triggered, &m_link, &ModuleLink::goOffline);
+    connect(m_menu.operationalMode, &QAction::triggered, this, [this] {
+        m_link.goOffline();
+        notAvailable();
+    });
+}
+
+void LinkPresenter::attach(TestPage &page)
+{
+    m_test = &page;
+    connect(&page, &TestPage::commandPlaced, this, &LinkPresenter::place);
+    connect(&m_link, &ModuleLink::logged, &page, &TestPage::appendLog);
+    connect(&m_link, &ModuleLink::replied, &page, &TestPage::showReply);
+    connect(&m_link, &ModuleLink::commandLeft, &page, &TestPage::clearInput);
+    page.setIdle(!m_link.isTransmitting());
+}
+
+void LinkPresenter::attach(ConnectionPage &page)
+{
+    m_connection = &page;
+    connect(&page, &ConnectionPage::serialWanted, &m_link, &ModuleLink::connectSerial);
+    connect(&page, &ConnectionPage::ethernetWanted, this, &LinkPresenter::notAvailable);
+    connect(&page, &ConnectionPage::offlineWanted, &m_link, &ModuleLink::goOffline);
+    connect(this, &LinkPresenter::told, &page, &ConnectionPage::addEvent);
+    show();
+}
+
+void LinkPresenter::attach(CalibrationPage &page)
+{
+    m_calibration = &page;
+    connect(&page, &CalibrationPage::commandPlaced, this, &LinkPresenter::place);
+    connect(&m_link, &ModuleLink::serviceConfirmed, &page, &CalibrationPage::confirm);
+}
+
+void LinkPresenter::show()
+{
+    QString text;
+    switch (m_link.state()) {
+    case ModuleLink::State::Offline:
+        text = m_texts.text(Text::Offline);
+        break;
+    case ModuleLink::State::Searching:
+        text = m_link.port().isEmpty() ? tr("searching") : tr("listening on %1").arg(m_link.port());
+        break;
+    case ModuleLink::State::Caught:
+        text = m_link.port();
+        break;
+    }
+    m_status.showLink(text, m_link.isConnected());
+    if (m_connection != nullptr) {
+        m_connection->setState(text, m_link.isConnected());
+    }
+    showPorts();
+}
+
+void LinkPresenter::showPorts()
+{
+    QStringList ports = m_link.ports();
+    const QString &wanted = m_link.wantedPort();
+    if (!wanted.isEmpty() && !ports.contains(wanted)) {
+        ports += wanted;
+    }
+    m_menu.showPorts(ports);
+    const bool offline = m_link.state() == ModuleLink::State::Offline;
+    QAction *chosen = offline ? m_menu.offline : wanted.isEmpty() ? m_menu.search : m_menu.portAction(wanted);
+    if (chosen != nullptr) {
+        chosen->setChecked(true);
+    }
+    if (m_connection != nullptr) {
+        m_connection->setPorts(ports);
+    }
+}
+
+void LinkPresenter::showProgress(int step)
+{
+    m_status.showProgress(step);
+    if (m_test != nullptr) {
+        m_test->setIdle(!m_link.isTransmitting());
+    }
+}
+
+void LinkPresenter::notAvailable()
+{
+    showPorts();
+    Q_EMIT told(tr("This is not part of the program yet"));
+}
+
+void LinkPresenter::transmit()
+{
+    if (m_link.state() == ModuleLink::State::Offline) {
+        Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection));
+        return;
+    }
+    m_link.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
+    showProgress(0);
+    Q_EMIT told(tr("Waiting until the module reads its messages"));
+}
+
+void LinkPresenter::place(const QString &command)
+{
+    m_link.place(command);
+    Q_EMIT told(m_link.state() == ModuleLink::State::Offline
+                    ? m_texts.text(Text::EstablishConnection)
+                    : tr("%1 leaves when the module reads its messages").arg(logText(command)));
+}
+
+/// The command sequence may have set a value; the user sees what the module got.
+void LinkPresenter::takeOverTransmitted()
+{
+    m_document.adjust([this](Configuration &configuration) {
+        const Configuration &sent = m_link.transmitted();
+        for (std::size_t i = 0; i < configuration.switchPoints.size(); ++i) {
+            SwitchPoint asSent = sent.switchPoints[i];
+            asSent.value = configuration.switchPoints[i].value;
+            if (asSent == configuration.switchPoints[i]) {
+                configuration.switchPoints[i] = sent.switchPoints[i];
+            }
+        }
+    });
+}
+
+void LinkPresenter::writeLog(const QString &line)
+{
+    const QString &path = m_document.configuration().info.logFile;
+    if (path != m_logPath) {
+        m_logPath = path;
+        if (const Status opened = m_log.open(path); !opened) {
+            Q_EMIT told(opened.message());
+        }
+    }
+    m_log.write(m_document.environment().now(), line);
+}
+
+} // namespace ktr

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "link/conversation_log.h"
+#include "link/module_link.h"
+
+#include <QObject>
+
+#include <functional>
+
+namespace ktr {
+
+class CalibrationPage;
+class ConnectionPage;
+class Document;
+class MainMenu;
+class StatusLine;
+class TestPage;
+class TextTable;
+
+/// Brings the link to the module and the windows together: what is chosen there goes to the link, what
+/// happens on the link is shown in the menu, the status bar and the pages that are there, and logged.
+class LinkPresenter : public QObject
+{
+    Q_OBJECT
+
+public:
+    LinkPresenter(ModuleLink &link, Document &document, const TextTable &texts, MainMenu &menu,
+                  StatusLine &status);
+
+    void attach(TestPage &page);
+    void attach(ConnectionPage &page);
+    void attach(CalibrationPage &page);
+
+    /// Shows state and ports as they are, in the language of the table.
+    void show();
+
+    /// Transmits the configuration once the module reads its messages.
+    void transmit();
+
+Q_SIGNALS:
+    /// A line for the status bar.
+    void told(const QString &line);
+    /// A message that must not be overlooked.
+    void messageWanted(const QString &text);
+
+private:
+    void connectLink();
+    void connectMenu();
+    void showPorts();
+    void showProgress(int step);
+    void place(const QString &command);
+    void notAvailable();
+    void takeOverTransmitted();
+    void writeLog(const QString &line);
+
+    ModuleLink &m_link;
+    Document &m_document;
+    const TextTable &m_texts;
+    MainMenu &m_menu;
+    StatusLine &m_status;
+    TestPage *m_test = nullptr;
+    ConnectionPage *m_connection = nullptr;
+    CalibrationPage *m_calibration = nullptr;
+    ConversationLog m_log;
+    QString m_logPath;
+};
+
+} // namespace ktr
