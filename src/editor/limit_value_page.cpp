@@ -124,6 +124,7 @@ QWidget *LimitValuePage::entryFrame()
     layout->addWidget(recipientsPart());
     layout->addLayout(repetitionLine());
     layout->addStretch();
+    onTexts([this] { alignCaptions(); });
     return m_frame;
 }
 
@@ -158,6 +159,7 @@ QWidget *LimitValuePage::thresholdPart()
     tip(m_channel, [] { return tr("The input or output that is watched"); });
     auto *channelLabel = labelFor(m_channel, Text::Channel);
     channelLabel->setObjectName(QStringLiteral("lbl_gw_ip"));
+    m_captions.push_back(channelLabel);
     grid->addWidget(channelLabel, 0, 0);
     grid->addWidget(m_channel, 0, 1, 1, 2);
 
@@ -166,7 +168,9 @@ QWidget *LimitValuePage::thresholdPart()
         auto *edit = numberEdit(part);
         binder().line(edit, field(member));
         const int row = grid->rowCount();
-        addRow(grid, name, edit)->setObjectName(captionName);
+        auto *label = addRow(grid, name, edit);
+        label->setObjectName(captionName);
+        m_captions.push_back(label);
         grid->addWidget(behind, row, 2);
         return edit;
     };
@@ -259,6 +263,7 @@ QLayout *LimitValuePage::notificationLine()
     tip(edit, [] { return tr("Text of the message; small umlauts are written out"); });
     auto *label = labelFor(edit, Text::Notification);
     label->setObjectName(QStringLiteral("lbl_gw_meldung"));
+    m_captions.push_back(label);
     auto *line = new QHBoxLayout;
     line->addWidget(label);
     line->addWidget(edit);
@@ -283,6 +288,7 @@ QLayout *LimitValuePage::repetitionLine()
     for (int index = 0; QLabel * label : labels) {
         label->setObjectName(QStringLiteral("lbl_gw_wiederholung_%1").arg(index++));
     }
+    m_captions.push_back(labels[0]);
     auto *line = new QHBoxLayout;
     line->addWidget(labels[0]);
     line->addWidget(count);
@@ -291,6 +297,18 @@ QLayout *LimitValuePage::repetitionLine()
     line->addWidget(labels[2]);
     line->addStretch();
     return line;
+}
+
+/// The lines stand in several layouts, and their fields are to begin at one place.
+void LimitValuePage::alignCaptions()
+{
+    int width = 0;
+    for (const QLabel *caption : m_captions) {
+        width = std::max(width, caption->sizeHint().width());
+    }
+    for (QLabel *caption : m_captions) {
+        caption->setMinimumWidth(width);
+    }
 }
 
 // The entry shown

@@ -40,6 +40,8 @@ private:
     FieldRef field(Member<LimitValue> member) const;
     QLabel *fixedLabel(const QString &name);
 
+    void alignCaptions();
+
     void load();
     void fillDefaults();
     void showUnits();
@@ -55,6 +57,7 @@ private:
     QLabel *m_hysteresisUnit = nullptr;
     QLabel *m_delayMeaning = nullptr;
     QLineEdit *m_interval = nullptr;
+    std::vector<QLabel *> m_captions;
     std::vector<QCheckBox *> m_recipients;
     std::vector<QCheckBox *> m_references;
 };

@@ -1,0 +1,120 @@
+#include "editor/switch_point_model.h"
+
+#include "config/channels.h"
+#include "editor/channel_captions.h"
+#include "platform/text_rules.h"
+
+namespace ktr {
+
+namespace {
+
+// Not from the table of texts: they are German whatever stands there.
+constexpr std::array<const char16_t *, switchTypeCount> germanTypes = {
+    u"0 sonntags",      u"1 montags",        u"2 dienstags",  u"3 mittwochs",  u"4 donnerstags",
+    u"5 freitags",      u"6 samstags",       u"7 wochentags", u"8 Wochenende", u"9 w.end & feiert.",
+    u"10 werktags",     u"11 feiertags",     u"12 täglich",   u"13 einmalig",  u"14 periodisch",
+    u"15 GW-Überschr.", u"16 GW-Unterschr.",
+};
+
+constexpr int firstAdministratorTarget = 5;
+
+QString startTime(const QString &start, const QLocale &locale)
+{
+    const std::optional<QDateTime> moment = toMinute(start);
+    return moment ? locale.toString(moment->date(), QLocale::ShortFormat) + u' ' +
+                        moment->toString(QStringLiteral("hh:mm"))
+                  : start;
+}
+
+QStringList targetItems(const EditorContext &context)
+{
+    QStringList items;
+    for (int position = 0; position < targetCount; ++position) {
+        items += targetText(position);
+    }
+    if (!context.isGerman()) {
+        items[0] = context.texts.text(Text::Invalid);
+    }
+    for (int index = 0;
+         const Administrator &administrator : context.document.configuration().administrators) {
+        // A name that nobody has given yet tells less than the list's own item.
+        const QString given = QStringLiteral("Admin %1").arg(index + 1);
+        if (!administrator.name.isEmpty() && administrator.name != given) {
+            items[firstAdministratorTarget + index] = administrator.name;
+        }
+        ++index;
+    }
+    return items;
+}
+
+QStringList switchTypeItems(const EditorContext &context)
+{
+    QStringList items;
+    for (int type = 0; const char16_t *german : germanTypes) {
+        items += context.isGerman() ? QString::fromUtf16(german)
+                                    : QString::number(type) + u' ' + context.texts.text(switchTypeText(type));
+        ++type;
+    }
+    return items;
+}
+
+QStringList limitValueItems(const EditorContext &context)
+{
+    QStringList items;
+    for (int entry = 0; const LimitValue &value : context.document.configuration().limitValues) {
+        items +=
+            QString::number(++entry) + QLatin1String("  IP:") + channelItem(value.channel, context.texts);
+    }
+    return items;
+}
+
+} // namespace
+
+SwitchPointModel::SwitchPointModel(QObject *parent) : EntryModel(parent)
+{
+    setTitles(QStringList(4));
+    setRows(std::vector<EntryRow>(SwitchPoint::count));
+}
+
+void SwitchPointModel::setTexts(const EditorContext &context)
+{
+    m_types = switchTypeItems(context);
+    setTitles({QStringLiteral("#"), tr("Target"), context.texts.text(Text::Type),
+               context.texts.text(Text::SwitchValue)});
+}
+
+void SwitchPointModel::show(const EditorContext &context)
+{
+    m_targets = targetItems(context);
+    m_limitValues = limitValueItems(context);
+    std::vector<EntryRow> rows;
+    rows.reserve(SwitchPoint::count);
+    auto start = m_starts.begin();
+    for (const SwitchPoint &point : context.document.configuration().switchPoints) {
+        if (start->stored != point.start) {
+            *start = {point.start, startTime(point.start, context.document.environment().locale)};
+        }
+        const bool inUse = point.target != 0;
+        const QString target =
+            inUse ? m_targets.value(point.target, QString::number(point.target)) : QString();
+        rows.push_back({{target, condition(point, start->shown, context.texts), point.value}, inUse});
+        ++start;
+    }
+    setRows(std::move(rows));
+}
+
+QString SwitchPointModel::condition(const SwitchPoint &point, const QString &start,
+                                    const TextTable &texts) const
+{
+    QStringList parts{m_types.value(point.type, QString::number(point.type))};
+    parts += point.reactsToLimitValue()
+                 ? m_limitValues.value(point.limitValue, QString::number(point.limitValue + 1))
+                 : start;
+    if (point.type == periodicType) {
+        parts += point.period + u' ' + texts.text(Text::Minutes);
+    }
+    parts.removeAll(QString());
+    return parts.join(QLatin1String(", "));
+}
+
+} // namespace ktr

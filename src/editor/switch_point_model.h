@@ -1,0 +1,42 @@
+#pragma once
+
+#include "editor/editor_context.h"
+#include "editor/entry_model.h"
+
+namespace ktr {
+
+inline constexpr int switchTypeCount = 17;
+inline constexpr int periodicType = 14;
+
+/// All switch points: target, condition, value.
+class SwitchPointModel : public EntryModel
+{
+    Q_OBJECT
+
+public:
+    explicit SwitchPointModel(QObject *parent = nullptr);
+
+    void setTexts(const EditorContext &context);
+    void show(const EditorContext &context);
+
+    // The items of the page's lists, as last shown.
+    const QStringList &targets() const { return m_targets; }
+    const QStringList &types() const { return m_types; }
+    const QStringList &limitValues() const { return m_limitValues; }
+
+private:
+    struct Start
+    {
+        QString stored;
+        QString shown;
+    };
+
+    QString condition(const SwitchPoint &point, const QString &start, const TextTable &texts) const;
+
+    std::array<Start, SwitchPoint::count> m_starts; ///< dates are slow to format for each keystroke
+    QStringList m_targets;
+    QStringList m_types;
+    QStringList m_limitValues;
+};
+
+} // namespace ktr

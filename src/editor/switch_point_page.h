@@ -1,0 +1,49 @@
+#pragma once
+
+#include "editor/page.h"
+
+class QComboBox;
+class QGroupBox;
+
+namespace ktr {
+
+class EntryChooser;
+class HolidayCard;
+class SwitchPointModel;
+
+/// The twenty switch points, one at a time, and the holidays.
+class SwitchPointPage : public Page
+{
+    Q_OBJECT
+
+public:
+    explicit SwitchPointPage(EditorContext &context, QWidget *parent = nullptr);
+
+    void entered() override;
+    void showEntry(int entry) override;
+    void setProblems(const QList<Problem> &problems) override;
+
+private:
+    QWidget *entryFrame();
+
+    int entry() const;
+    const SwitchPoint &shown() const;
+    FieldRef field(Member<SwitchPoint> member) const;
+
+    void load();
+    void showItems();
+    void showKind();
+
+    SwitchPointModel *m_model;
+    EntryChooser *m_chooser;
+    HolidayCard *m_holidays = nullptr;
+    QGroupBox *m_frame = nullptr;
+    QComboBox *m_target = nullptr;
+    QComboBox *m_type = nullptr;
+    QComboBox *m_limitValue = nullptr;
+    std::vector<QWidget *> m_forLimitValues; ///< shown for the types that react to a limit value
+    std::vector<QWidget *> m_forTimes;       ///< shown for all other types
+    std::vector<QWidget *> m_forPeriods;
+};
+
+} // namespace ktr
