@@ -12,7 +12,7 @@ namespace ktr {
 InfoPage::InfoPage(EditorContext &context, QWidget *parent) : Page(context, parent)
 {
     auto *layout = new QGridLayout(this);
-    layout->addWidget(informationCard(), 0, 0, Qt::AlignTop);
+    layout->addWidget(informationCard(), 0, 0);
     layout->addWidget(commentCard(), 0, 1);
     layout->addWidget(filesCard(), 1, 0, 1, 2);
     layout->setColumnStretch(0, 4);
@@ -50,6 +50,7 @@ QWidget *InfoPage::informationCard()
     m_applicationVersion =
         addTold(grid, QStringLiteral("txt_info_appVer"), [this] { return text(Text::ApplicationVersion); });
     tip(m_applicationVersion, [] { return tr("The program in the module, as it told last"); });
+    grid->setRowStretch(grid->rowCount(), 1);
     return card;
 }
 
@@ -82,7 +83,8 @@ QWidget *InfoPage::filesCard()
     card->setMaximumWidth(1280);
     onTexts([card] { card->setTitle(tr("Files")); });
     auto *grid = new QGridLayout(card);
-    grid->setColumnStretch(1, 1);
+    grid->setColumnStretch(1, 10);
+    grid->setColumnStretch(4, 1);
 
     m_logFile = addFile(grid, Text::LogFile, &FileInfo::logFile);
     tip(m_logFile, [] { return tr("The conversation with the module is appended to this file"); });
@@ -100,6 +102,7 @@ QWidget *InfoPage::filesCard()
 QLineEdit *InfoPage::addFile(QGridLayout *grid, Text name, QString FileInfo::*member)
 {
     auto *edit = new QLineEdit(this);
+    edit->setMaximumWidth(720);
     binder().line(edit, fieldRef(&Configuration::info, member));
     addRow(grid, name, edit);
     return edit;
