@@ -13,8 +13,6 @@ namespace ktr {
 
 namespace {
 
-constexpr int widestCard = 640;
-
 /// "010.000.000.001" as the address that the operating system takes for it: 10.0.0.1.
 QString withoutLeadingZeros(const QString &address)
 {
@@ -43,7 +41,6 @@ ConnectionPage::ConnectionPage(EditorContext &context, QWidget *parent) : Page(c
 QWidget *ConnectionPage::serialCard()
 {
     auto *card = new QGroupBox(this);
-    card->setMaximumWidth(widestCard);
     onTexts([card] { card->setTitle(tr("Serial port")); });
     auto *row = new QHBoxLayout(card);
     m_ports = new QComboBox(card);
@@ -69,7 +66,6 @@ QWidget *ConnectionPage::serialCard()
 QWidget *ConnectionPage::ethernetCard()
 {
     auto *card = captioned(new QGroupBox(this), Text::Ethernet);
-    card->setMaximumWidth(widestCard);
     auto *row = new QHBoxLayout(card);
     m_address = new QLineEdit(card);
     m_address->setObjectName(QStringLiteral("Txt_connection_address"));
@@ -100,7 +96,6 @@ QWidget *ConnectionPage::ethernetCard()
 QWidget *ConnectionPage::stateCard()
 {
     auto *card = captioned(new QGroupBox(this), Text::Connection);
-    card->setMaximumWidth(2 * widestCard);
     auto *rows = new QVBoxLayout(card);
     auto *row = new QHBoxLayout;
     m_lamp = new QLabel(card);

@@ -23,7 +23,6 @@ InfoPage::InfoPage(EditorContext &context, QWidget *parent) : Page(context, pare
 QWidget *InfoPage::informationCard()
 {
     auto *card = captioned(new QGroupBox(this), Text::FileInformation);
-    card->setMaximumWidth(560);
     auto *grid = new QGridLayout(card);
 
     auto *author = new QLineEdit(card);
@@ -50,6 +49,12 @@ QWidget *InfoPage::informationCard()
     m_applicationVersion =
         addTold(grid, QStringLiteral("txt_info_appVer"), [this] { return text(Text::ApplicationVersion); });
     tip(m_applicationVersion, [] { return tr("The program in the module, as it told last"); });
+    const auto edits = card->findChildren<QLineEdit *>();
+    for (QLineEdit *edit : edits) {
+        edit->setMaximumWidth(400);
+    }
+    grid->setColumnStretch(1, 10);
+    grid->setColumnStretch(2, 1);
     grid->setRowStretch(grid->rowCount(), 1);
     return card;
 }
@@ -66,7 +71,6 @@ QLineEdit *InfoPage::addTold(QGridLayout *grid, const QString &name, std::functi
 QWidget *InfoPage::commentCard()
 {
     auto *card = captioned(new QGroupBox(this), Text::Comment);
-    card->setMaximumWidth(720);
     auto *layout = new QVBoxLayout(card);
     auto *comment = new QPlainTextEdit(card);
     comment->setTabChangesFocus(true);
@@ -80,7 +84,6 @@ QWidget *InfoPage::commentCard()
 QWidget *InfoPage::filesCard()
 {
     auto *card = new QGroupBox(this);
-    card->setMaximumWidth(1280);
     onTexts([card] { card->setTitle(tr("Files")); });
     auto *grid = new QGridLayout(card);
     grid->setColumnStretch(1, 10);

@@ -43,6 +43,7 @@ private:
     QWidget *repliesCard();
     QPushButton *addButton(QBoxLayout *row, const char *name, std::function<void()> clicked);
     QPushButton *addCommand(QBoxLayout *row, const char *name, std::function<QString()> command);
+    QPushButton *addCommand(QBoxLayout *row, const char *name, const QString &command);
     QPlainTextEdit *newDisplay(const char *name);
     void send();
 
