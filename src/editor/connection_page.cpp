@@ -124,9 +124,7 @@ QWidget *ConnectionPage::stateCard()
 
 QPushButton *ConnectionPage::addButton(QBoxLayout *row, const char *name, std::function<void()> clicked)
 {
-    auto *button = new QPushButton(this);
-    button->setObjectName(QLatin1String(name));
-    connect(button, &QPushButton::clicked, this, std::move(clicked));
+    QPushButton *button = newButton(name, std::move(clicked));
     row->addWidget(button);
     return button;
 }

@@ -113,9 +113,7 @@ QLineEdit *InfoPage::addFile(QGridLayout *grid, Text name, QString FileInfo::*me
 
 QPushButton *InfoPage::addButton(QGridLayout *grid, int column, const char *name, void (InfoPage::*clicked)())
 {
-    auto *button = new QPushButton(this);
-    button->setObjectName(QLatin1String(name));
-    connect(button, &QPushButton::clicked, this, clicked);
+    QPushButton *button = newButton(name, [this, clicked] { (this->*clicked)(); });
     grid->addWidget(button, grid->rowCount() - 1, column);
     return button;
 }

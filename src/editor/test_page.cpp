@@ -136,9 +136,7 @@ QWidget *TestPage::repliesCard()
 
 QPushButton *TestPage::addButton(QBoxLayout *row, const char *name, std::function<void()> clicked)
 {
-    auto *button = new QPushButton(this);
-    button->setObjectName(QLatin1String(name));
-    connect(button, &QPushButton::clicked, this, std::move(clicked));
+    QPushButton *button = newButton(name, std::move(clicked));
     row->addWidget(button);
     return button;
 }

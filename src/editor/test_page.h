@@ -4,7 +4,6 @@
 #include "editor/page.h"
 
 class QBoxLayout;
-class QPushButton;
 
 namespace ktr {
 
