@@ -82,6 +82,7 @@ QWidget *CalibrationPage::confirmationsCard()
     m_done->setObjectName(QStringLiteral("lbl_kal_done"));
     m_done->setTextFormat(Qt::PlainText);
     m_done->setWordWrap(true);
+    m_done->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_done->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     m_done->setMinimumHeight(4 * m_done->fontMetrics().lineSpacing());
     m_scroll = new QScrollBar(Qt::Vertical, card);

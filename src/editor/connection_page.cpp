@@ -13,8 +13,6 @@ namespace ktr {
 
 namespace {
 
-constexpr int widestCard = 640;
-
 /// "010.000.000.001" as the address that the operating system takes for it: 10.0.0.1.
 QString withoutLeadingZeros(const QString &address)
 {
@@ -43,41 +41,35 @@ ConnectionPage::ConnectionPage(EditorContext &context, QWidget *parent) : Page(c
 QWidget *ConnectionPage::serialCard()
 {
     auto *card = new QGroupBox(this);
-    card->setMaximumWidth(widestCard);
     onTexts([card] { card->setTitle(tr("Serial port")); });
-    auto *rows = new QVBoxLayout(card);
-    auto *row = new QHBoxLayout;
+    auto *row = new QHBoxLayout(card);
     m_ports = new QComboBox(card);
     m_ports->setObjectName(QStringLiteral("Cmb_connection_port"));
     m_ports->setEditable(true);
     m_ports->setInsertPolicy(QComboBox::NoInsert);
     m_ports->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    m_ports->setMinimumContentsLength(24);
+    m_ports->setMinimumContentsLength(16);
+    m_ports->setMaximumWidth(320);
     ignoreWheelUnlessFocused(m_ports);
     m_ports->addItem(QString());
     onTexts([this] { m_ports->setItemText(0, tr("Search all ports")); });
     tip(m_ports, [] { return tr("A port of the list, or one typed; 9600 baud, 8 data bits"); });
     row->addWidget(labelFor(m_ports, [] { return tr("Port"); }));
-    row->addWidget(m_ports, 1);
-    rows->addLayout(row);
-
-    auto *buttons = new QHBoxLayout;
+    row->addWidget(m_ports, 10);
     QPushButton *open =
-        addButton(buttons, "cmd_connection_serial", [this] { Q_EMIT serialWanted(chosenPort()); });
+        addButton(row, "cmd_connection_serial", [this] { Q_EMIT serialWanted(chosenPort()); });
     onTexts([open] { open->setText(tr("Connect")); });
-    buttons->addStretch();
-    rows->addLayout(buttons);
+    row->addStretch();
     return card;
 }
 
 QWidget *ConnectionPage::ethernetCard()
 {
     auto *card = captioned(new QGroupBox(this), Text::Ethernet);
-    card->setMaximumWidth(widestCard);
-    auto *rows = new QVBoxLayout(card);
-    auto *row = new QHBoxLayout;
+    auto *row = new QHBoxLayout(card);
     m_address = new QLineEdit(card);
     m_address->setObjectName(QStringLiteral("Txt_connection_address"));
+    m_address->setMaximumWidth(240);
     tip(m_address, [] { return tr("Where the module is reached: four numbers from 0 to 255, or a name"); });
     // The configuration's address is proposed until the user types another.
     onRecords([this] {
@@ -86,14 +78,10 @@ QWidget *ConnectionPage::ethernetCard()
         }
     });
     row->addWidget(labelFor(m_address, Text::Ip));
-    row->addWidget(m_address, 1);
-    rows->addLayout(row);
-
-    auto *buttons = new QHBoxLayout;
+    row->addWidget(m_address, 10);
     const auto add = [&](const char *name, Text kind, bool exclusive) {
-        QPushButton *button = addButton(buttons, name, [this, exclusive] {
-            Q_EMIT ethernetWanted(m_address->text().trimmed(), exclusive);
-        });
+        QPushButton *button = addButton(
+            row, name, [this, exclusive] { Q_EMIT ethernetWanted(m_address->text().trimmed(), exclusive); });
         onTexts([this, button, kind] { button->setText(text(Text::Ethernet) + u' ' + text(kind)); });
         return button;
     };
@@ -101,15 +89,13 @@ QWidget *ConnectionPage::ethernetCard()
         [] { return tr("The module keeps its GSM connection beside this one"); });
     tip(add("cmd_connection_exclusive", Text::ExclusiveInBrackets, true),
         [] { return tr("The module uses this connection alone"); });
-    buttons->addStretch();
-    rows->addLayout(buttons);
+    row->addStretch();
     return card;
 }
 
 QWidget *ConnectionPage::stateCard()
 {
     auto *card = captioned(new QGroupBox(this), Text::Connection);
-    card->setMaximumWidth(2 * widestCard);
     auto *rows = new QVBoxLayout(card);
     auto *row = new QHBoxLayout;
     m_lamp = new QLabel(card);
@@ -138,9 +124,7 @@ QWidget *ConnectionPage::stateCard()
 
 QPushButton *ConnectionPage::addButton(QBoxLayout *row, const char *name, std::function<void()> clicked)
 {
-    auto *button = new QPushButton(this);
-    button->setObjectName(QLatin1String(name));
-    connect(button, &QPushButton::clicked, this, std::move(clicked));
+    QPushButton *button = newButton(name, std::move(clicked));
     row->addWidget(button);
     return button;
 }

@@ -3,7 +3,6 @@
 #include "editor/page.h"
 
 class QBoxLayout;
-class QPushButton;
 
 namespace ktr {
 

@@ -12,7 +12,7 @@ namespace ktr {
 InfoPage::InfoPage(EditorContext &context, QWidget *parent) : Page(context, parent)
 {
     auto *layout = new QGridLayout(this);
-    layout->addWidget(informationCard(), 0, 0, Qt::AlignTop);
+    layout->addWidget(informationCard(), 0, 0);
     layout->addWidget(commentCard(), 0, 1);
     layout->addWidget(filesCard(), 1, 0, 1, 2);
     layout->setColumnStretch(0, 4);
@@ -23,7 +23,6 @@ InfoPage::InfoPage(EditorContext &context, QWidget *parent) : Page(context, pare
 QWidget *InfoPage::informationCard()
 {
     auto *card = captioned(new QGroupBox(this), Text::FileInformation);
-    card->setMaximumWidth(560);
     auto *grid = new QGridLayout(card);
 
     auto *author = new QLineEdit(card);
@@ -50,6 +49,13 @@ QWidget *InfoPage::informationCard()
     m_applicationVersion =
         addTold(grid, QStringLiteral("txt_info_appVer"), [this] { return text(Text::ApplicationVersion); });
     tip(m_applicationVersion, [] { return tr("The program in the module, as it told last"); });
+    const auto edits = card->findChildren<QLineEdit *>();
+    for (QLineEdit *edit : edits) {
+        edit->setMaximumWidth(400);
+    }
+    grid->setColumnStretch(1, 10);
+    grid->setColumnStretch(2, 1);
+    grid->setRowStretch(grid->rowCount(), 1);
     return card;
 }
 
@@ -65,7 +71,6 @@ QLineEdit *InfoPage::addTold(QGridLayout *grid, const QString &name, std::functi
 QWidget *InfoPage::commentCard()
 {
     auto *card = captioned(new QGroupBox(this), Text::Comment);
-    card->setMaximumWidth(720);
     auto *layout = new QVBoxLayout(card);
     auto *comment = new QPlainTextEdit(card);
     comment->setTabChangesFocus(true);
@@ -79,10 +84,10 @@ QWidget *InfoPage::commentCard()
 QWidget *InfoPage::filesCard()
 {
     auto *card = new QGroupBox(this);
-    card->setMaximumWidth(1280);
     onTexts([card] { card->setTitle(tr("Files")); });
     auto *grid = new QGridLayout(card);
-    grid->setColumnStretch(1, 1);
+    grid->setColumnStretch(1, 10);
+    grid->setColumnStretch(4, 1);
 
     m_logFile = addFile(grid, Text::LogFile, &FileInfo::logFile);
     tip(m_logFile, [] { return tr("The conversation with the module is appended to this file"); });
@@ -100,6 +105,7 @@ QWidget *InfoPage::filesCard()
 QLineEdit *InfoPage::addFile(QGridLayout *grid, Text name, QString FileInfo::*member)
 {
     auto *edit = new QLineEdit(this);
+    edit->setMaximumWidth(720);
     binder().line(edit, fieldRef(&Configuration::info, member));
     addRow(grid, name, edit);
     return edit;
@@ -107,9 +113,7 @@ QLineEdit *InfoPage::addFile(QGridLayout *grid, Text name, QString FileInfo::*me
 
 QPushButton *InfoPage::addButton(QGridLayout *grid, int column, const char *name, void (InfoPage::*clicked)())
 {
-    auto *button = new QPushButton(this);
-    button->setObjectName(QLatin1String(name));
-    connect(button, &QPushButton::clicked, this, clicked);
+    QPushButton *button = newButton(name, [this, clicked] { (this->*clicked)(); });
     grid->addWidget(button, grid->rowCount() - 1, column);
     return button;
 }

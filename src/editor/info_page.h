@@ -2,8 +2,6 @@
 
 #include "editor/page.h"
 
-class QPushButton;
-
 namespace ktr {
 
 /// Who made the configuration and when, its version here and in the module, and the files that go with it.

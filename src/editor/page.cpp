@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QPushButton>
 
 namespace ktr {
 
@@ -52,6 +53,14 @@ QLabel *Page::labelFor(QWidget *control, std::function<QString()> caption)
         control->setAccessibleName(label->text());
     });
     return label;
+}
+
+QPushButton *Page::newButton(const char *name, std::function<void()> clicked)
+{
+    auto *button = new QPushButton(this);
+    button->setObjectName(QLatin1String(name));
+    connect(button, &QPushButton::clicked, this, std::move(clicked));
+    return button;
 }
 
 void Page::tip(QWidget *control, std::function<QString()> text)

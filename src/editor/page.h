@@ -7,6 +7,7 @@
 
 class QGridLayout;
 class QLabel;
+class QPushButton;
 
 namespace ktr {
 
@@ -71,6 +72,9 @@ protected:
     QLabel *labelFor(QWidget *control, Text name, const QString &suffix = QString());
     /// The same with a caption that is composed, or this program's own.
     QLabel *labelFor(QWidget *control, std::function<QString()> caption);
+
+    /// A button with that object name, without a caption yet.
+    QPushButton *newButton(const char *name, std::function<void()> clicked);
 
     /// A tool tip that tr() gives at each change of the language.
     void tip(QWidget *control, std::function<QString()> text);

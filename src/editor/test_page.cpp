@@ -5,8 +5,8 @@
 
 #include <QCheckBox>
 #include <QFontDatabase>
+#include <QGridLayout>
 #include <QGroupBox>
-#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -82,19 +82,19 @@ QWidget *TestPage::commandCard()
     rows->addLayout(typed);
 
     auto *ready = new QHBoxLayout;
-    const auto fixed = [](const QString &command) { return [command] { return command; }; };
-    captioned(addCommand(ready, "cmd_test_settime",
-                         [this]() -> QString {
-                             const Environment &environment = this->context().document.environment();
-                             return QLatin1String("T,") + clockFields(environment.now());
-                         }),
-              Text::SetTime);
-    captioned(addCommand(ready, "cmd_test_free", fixed(QStringLiteral("H,0,1"))), Text::SendArchive);
-    captioned(addCommand(ready, "cmd_test_block", fixed(QStringLiteral("H,0,0"))), Text::BlockArchive);
-    captioned(addCommand(ready, "cmd_kill",
-                         [this] { return answerWanted() ? QStringLiteral("K") : QStringLiteral("k"); }),
-              Text::DeleteNotifications);
-    QPushButton *fast = addCommand(ready, "cmd_historyFastExport", fixed(QStringLiteral("§,77")));
+    QPushButton *clock = addCommand(ready, "cmd_test_settime", [this]() -> QString {
+        const Environment &environment = this->context().document.environment();
+        return QLatin1String("T,") + clockFields(environment.now());
+    });
+    captioned(clock, Text::SetTime);
+    tip(clock, [] { return tr("Sets the module's clock by this computer's"); });
+    captioned(addCommand(ready, "cmd_test_free", QStringLiteral("H,0,1")), Text::SendArchive);
+    captioned(addCommand(ready, "cmd_test_block", QStringLiteral("H,0,0")), Text::BlockArchive);
+    QPushButton *kill = addCommand(
+        ready, "cmd_kill", [this] { return answerWanted() ? QStringLiteral("K") : QStringLiteral("k"); });
+    captioned(kill, Text::DeleteNotifications);
+    tip(kill, [] { return tr("Sends k, or K where an answer is wanted"); });
+    QPushButton *fast = addCommand(ready, "cmd_historyFastExport", QStringLiteral("§,77"));
     onTexts([fast] { fast->setText(tr("Fast history export")); });
     ready->addStretch();
     captioned(addButton(ready, "cmd_test_clear",
@@ -136,17 +136,20 @@ QWidget *TestPage::repliesCard()
 
 QPushButton *TestPage::addButton(QBoxLayout *row, const char *name, std::function<void()> clicked)
 {
-    auto *button = new QPushButton(this);
-    button->setObjectName(QLatin1String(name));
-    connect(button, &QPushButton::clicked, this, std::move(clicked));
+    QPushButton *button = newButton(name, std::move(clicked));
     row->addWidget(button);
     return button;
 }
 
 QPushButton *TestPage::addCommand(QBoxLayout *row, const char *name, std::function<QString()> command)
 {
-    QPushButton *button = addButton(row, name, [this, command] { Q_EMIT commandPlaced(command()); });
-    tip(button, [command] { return tr("Sends %1").arg(command()); });
+    return addButton(row, name, [this, command = std::move(command)] { Q_EMIT commandPlaced(command()); });
+}
+
+QPushButton *TestPage::addCommand(QBoxLayout *row, const char *name, const QString &command)
+{
+    QPushButton *button = addCommand(row, name, [command] { return command; });
+    tip(button, [command] { return tr("Sends %1").arg(command); });
     return button;
 }
 

@@ -4,7 +4,6 @@
 #include "editor/page.h"
 
 class QBoxLayout;
-class QPushButton;
 
 namespace ktr {
 
@@ -43,6 +42,7 @@ private:
     QWidget *repliesCard();
     QPushButton *addButton(QBoxLayout *row, const char *name, std::function<void()> clicked);
     QPushButton *addCommand(QBoxLayout *row, const char *name, std::function<QString()> command);
+    QPushButton *addCommand(QBoxLayout *row, const char *name, const QString &command);
     QPlainTextEdit *newDisplay(const char *name);
     void send();
 
