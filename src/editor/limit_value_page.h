@@ -22,6 +22,7 @@ public:
     explicit LimitValuePage(EditorContext &context, QWidget *parent = nullptr);
 
     void entered() override;
+    bool hasEntries() const override { return true; }
     void showEntry(int entry) override;
     void setProblems(const QList<Problem> &problems) override;
 

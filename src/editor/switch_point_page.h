@@ -20,6 +20,7 @@ public:
     explicit SwitchPointPage(EditorContext &context, QWidget *parent = nullptr);
 
     void entered() override;
+    bool hasEntries() const override { return true; }
     void showEntry(int entry) override;
     void setProblems(const QList<Problem> &problems) override;
 
