@@ -43,7 +43,7 @@ QVariant EntryModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return column == 0 ? QString::number(index.row() + 1) : row.cells.value(column - 1);
     case Qt::ForegroundRole:
-        return row.inUse ? QVariant() : QGuiApplication::palette().color(QPalette::Disabled, QPalette::Text);
+        return row.inUse ? QVariant() : QGuiApplication::palette().color(QPalette::PlaceholderText);
     case Qt::DecorationRole:
         return column != 0 || problem.isEmpty()
                    ? QVariant()

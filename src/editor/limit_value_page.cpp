@@ -10,7 +10,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QEvent>
+#include <QFocusEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -26,6 +26,7 @@ constexpr int captionLength = 3; ///< of "GW" and a blank
 constexpr int allRecipients = 255;
 constexpr int allReferences = 65535;
 constexpr int mostRepetitions = 15;
+const QString countPerInterval = QStringLiteral("pro Intervall"); ///< in all languages
 
 QLineEdit *numberEdit(QWidget *parent)
 {
@@ -177,6 +178,7 @@ QWidget *LimitValuePage::thresholdPart()
     m_limitUnit = fixedLabel(QStringLiteral("lbl_gw_gw_0"));
     m_hysteresisUnit = fixedLabel(QStringLiteral("lbl_gw_hysterese_0"));
     m_delayMeaning = fixedLabel(QStringLiteral("lbl_gw_verzögerung_1"));
+    m_delayMeaning->setMinimumWidth(m_delayMeaning->fontMetrics().horizontalAdvance(countPerInterval));
     auto *limit = addNumber(Text::LimitValue, &LimitValue::limit, QStringLiteral("lbl_gw_gw_1"), m_limitUnit);
     auto *hysteresis = addNumber(Text::Hysteresis, &LimitValue::hysteresis,
                                  QStringLiteral("lbl_gw_hysterese_1"), m_hysteresisUnit);
@@ -357,7 +359,7 @@ void LimitValuePage::showUnits()
     m_limitUnit->setText(units.limit);
     m_hysteresisUnit->setText(units.hysteresis);
     const bool counts = channelMeasure(configuration(), shown().channel) == Measure::Pulses;
-    m_delayMeaning->setText(counts ? QStringLiteral("pro Intervall") : text(Text::DelayOfLimit));
+    m_delayMeaning->setText(counts ? countPerInterval : text(Text::DelayOfLimit));
 }
 
 void LimitValuePage::showRecipients()
@@ -384,11 +386,15 @@ void LimitValuePage::showOverview()
 bool LimitValuePage::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_interval && event->type() == QEvent::FocusOut && m_interval->text().isEmpty()) {
-        const FieldRef interval = field(&LimitValue::repetitionInterval);
-        context().history.adjust({interval.control, interval.entry()}, [&interval](Configuration &changed) {
-            interval.store(changed, QStringLiteral("1"));
-        });
-        showRecords();
+        // A menu of the field, or another window, is no leaving of the field.
+        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
+        if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) {
+            const FieldRef interval = field(&LimitValue::repetitionInterval);
+            context().history.adjust(
+                {interval.control, interval.entry()},
+                [&interval](Configuration &changed) { interval.store(changed, QStringLiteral("1")); });
+            showRecords();
+        }
     }
     return Page::eventFilter(watched, event);
 }

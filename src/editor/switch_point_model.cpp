@@ -95,21 +95,32 @@ void SwitchPointModel::show(const EditorContext &context)
             *start = {point.start, startTime(point.start, context.document.environment().locale)};
         }
         const bool inUse = point.target != 0;
-        const QString target =
-            inUse ? m_targets.value(point.target, QString::number(point.target)) : QString();
-        rows.push_back({{target, condition(point, start->shown, context.texts), point.value}, inUse});
+        const bool untouched = !inUse && point.start.isEmpty();
+        rows.push_back({untouched ? QStringList()
+                                  : QStringList{target(point), condition(point, start->shown, context.texts),
+                                                point.value},
+                        inUse});
         ++start;
     }
     setRows(std::move(rows));
+}
+
+QString SwitchPointModel::target(const SwitchPoint &point) const
+{
+    return point.target == 0 ? QString() : m_targets.value(point.target, QString::number(point.target));
 }
 
 QString SwitchPointModel::condition(const SwitchPoint &point, const QString &start,
                                     const TextTable &texts) const
 {
     QStringList parts{m_types.value(point.type, QString::number(point.type))};
-    parts += point.reactsToLimitValue()
-                 ? m_limitValues.value(point.limitValue, QString::number(point.limitValue + 1))
-                 : start;
+    if (!point.reactsToLimitValue()) {
+        parts += start;
+    } else if (LimitValue::isReference(point.limitValue)) {
+        parts += QString::number(point.limitValue + 1); // combinations have no channel
+    } else {
+        parts += m_limitValues.value(point.limitValue, QString::number(point.limitValue + 1));
+    }
     if (point.type == periodicType) {
         parts += point.period + u' ' + texts.text(Text::Minutes);
     }

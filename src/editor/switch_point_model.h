@@ -31,6 +31,7 @@ private:
         QString shown;
     };
 
+    QString target(const SwitchPoint &point) const;
     QString condition(const SwitchPoint &point, const QString &start, const TextTable &texts) const;
 
     std::array<Start, SwitchPoint::count> m_starts; ///< dates are slow to format for each keystroke

@@ -35,9 +35,7 @@ SwitchPointPage::SwitchPointPage(EditorContext &context, QWidget *parent)
       m_chooser(new EntryChooser(
           {QStringLiteral("Tbl_swtch"), QStringLiteral("Scr_swtch")}, m_model,
           {QStringLiteral("00 ---"), QStringLiteral("13 AnalogOut 1"), QString(), QStringLiteral("00000.00")},
-          this)),
-      m_holidays(new HolidayCard(
-          context, [this] { return entry(); }, this))
+          this))
 {
     auto *frame = entryFrame();
     m_holidays = new HolidayCard(
