@@ -199,7 +199,7 @@ constexpr std::array gsmFields = {
     Field<GsmSettings>{.xmlName = u"PIN", .member = &GsmSettings::pin, .control = {"txt_gsm_pin"}, .whenNew = is(u""), .whenRead = pinOfFourDigits, .check = simPin, .secret = true},
     Field<GsmSettings>{.xmlName = u"Stationstyp", .member = &GsmSettings::stationType, .control = {"Combo_gsm_type"}, .whenEmpty = keep, .accepts = isStationType},
     Field<GsmSettings>{.xmlName = u"Stationskennung", .member = &GsmSettings::stationId, .control = {"txt_gsm_id"}, .whenNew = is(u""), .rule = umlautsReplaced, .check = withoutComma},
-    Field<GsmSettings>{.xmlName = u"Alivecycle", .member = &GsmSettings::aliveCycle, .control = {"txt_gsm_alive"}, .whenNew = is(u"0"), .rule = wholeNumber, .check = numeric},
+    Field<GsmSettings>{.xmlName = u"Alivecycle", .member = &GsmSettings::aliveCycle, .control = {"txt_gsm_alive"}, .whenNew = is(u"0"), .rule = wholeNumber, .check = numericOrEmpty},
 };
 
 constexpr std::array administratorFields = {
