@@ -5,19 +5,19 @@
     <name>Printing</name>
     <message>
         <source>Not printed: there are %1 pages, none of which was chosen.</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht gedruckt: Von %1 Seiten wurde keine gewählt.</translation>
     </message>
     <message>
         <source>Not printed: the printer &quot;%1&quot; cannot be used.</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht gedruckt: Der Drucker „%1“ ist nicht verwendbar.</translation>
     </message>
     <message>
         <source>The printer &quot;%1&quot; stopped.</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Drucker „%1“ hat abgebrochen.</translation>
     </message>
     <message>
         <source>No printer is installed. The print preview can save the configuration as a PDF.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es ist kein Drucker eingerichtet. Die Druckvorschau kann die Konfiguration als PDF speichern.</translation>
     </message>
 </context>
 <context>
@@ -48,7 +48,7 @@
     </message>
     <message>
         <source>is no date and time of the form YYMMDDhhmm</source>
-        <translation>ist kein Zeitpunkt der Form JJMMTTSSMM</translation>
+        <translation>ist kein Zeitpunkt der Form JJMMTThhmm</translation>
     </message>
     <message>
         <source>there is a text but no channel</source>
@@ -71,627 +71,627 @@
     <name>ktr::CalibrationPage</name>
     <message>
         <source>Sends %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Sendet %1</translation>
     </message>
     <message>
         <source>Confirmation of the module</source>
-        <translation type="unfinished"></translation>
+        <translation>Bestätigung des Moduls</translation>
     </message>
     <message>
         <source>Earlier confirmations</source>
-        <translation type="unfinished"></translation>
+        <translation>Frühere Bestätigungen</translation>
     </message>
 </context>
 <context>
     <name>ktr::ConnectionPage</name>
     <message>
         <source>Serial port</source>
-        <translation type="unfinished"></translation>
+        <translation>Serielle Schnittstelle</translation>
     </message>
     <message>
         <source>Search all ports</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Ports durchsuchen</translation>
     </message>
     <message>
         <source>A port of the list, or one typed; 9600 baud, 8 data bits</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Port aus der Liste oder ein eingegebener; 9600 Baud, 8 Datenbits</translation>
     </message>
     <message>
         <source>Port</source>
-        <translation type="unfinished"></translation>
+        <translation>Port</translation>
     </message>
     <message>
         <source>Connect</source>
-        <translation type="unfinished"></translation>
+        <translation>Verbinden</translation>
     </message>
     <message>
         <source>Where the module is reached: four numbers from 0 to 255, or a name</source>
-        <translation type="unfinished"></translation>
+        <translation>Adresse des Moduls: vier Zahlen von 0 bis 255 oder ein Name</translation>
     </message>
     <message>
         <source>The module keeps its GSM connection beside this one</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Modul behält daneben seine GSM-Verbindung</translation>
     </message>
     <message>
         <source>The module uses this connection alone</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Modul nutzt nur diese Verbindung</translation>
     </message>
     <message>
         <source>Events of the connection</source>
-        <translation type="unfinished"></translation>
+        <translation>Ereignisse der Verbindung</translation>
     </message>
     <message>
         <source>connected</source>
-        <translation type="unfinished"></translation>
+        <translation>verbunden</translation>
     </message>
     <message>
         <source>not connected</source>
-        <translation type="unfinished"></translation>
+        <translation>nicht verbunden</translation>
     </message>
 </context>
 <context>
     <name>ktr::EthernetPage</name>
     <message>
         <source>Four numbers from 0 to 255 with dots between them</source>
-        <translation type="unfinished"></translation>
+        <translation>Vier Zahlen von 0 bis 255, mit Punkten getrennt</translation>
     </message>
     <message>
         <source>The maker&apos;s part of the address; it is the same in every module</source>
-        <translation type="unfinished"></translation>
+        <translation>Herstellerteil der Adresse; in jedem Modul derselbe</translation>
     </message>
     <message>
         <source>Two hexadecimal digits; editable in expert mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Zwei hexadezimale Ziffern; im Expertenmodus änderbar</translation>
     </message>
 </context>
 <context>
     <name>ktr::FileCommands</name>
     <message>
         <source>New configuration</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Konfiguration</translation>
     </message>
     <message>
         <source>Not saved: no file was chosen</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht gespeichert: Es wurde keine Datei gewählt</translation>
     </message>
     <message>
         <source>Saved: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Gespeichert: %1</translation>
     </message>
     <message>
         <source>Loaded: %1. What was not saved before comes back with %2.</source>
-        <translation type="unfinished"></translation>
+        <translation>Geladen: %1. Der vorherige, nicht gespeicherte Stand kommt mit %2 zurück.</translation>
     </message>
     <message>
         <source>Loaded: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Geladen: %1</translation>
     </message>
     <message>
         <source>Loaded: %1. Not everything in it could be used: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Geladen: %1. Nicht alles darin war verwendbar: %2</translation>
     </message>
     <message>
         <source>The list of recent files could not be kept</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Liste der zuletzt verwendeten Dateien konnte nicht gespeichert werden</translation>
     </message>
 </context>
 <context>
     <name>ktr::FormMain</name>
     <message>
         <source>There is no file %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Datei %1 gibt es nicht</translation>
     </message>
     <message>
         <source>%1 cannot be opened</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 lässt sich nicht öffnen</translation>
     </message>
 </context>
 <context>
     <name>ktr::GsmPage</name>
     <message>
         <source>Name under which the module reports; small umlauts are written out</source>
-        <translation type="unfinished"></translation>
+        <translation>Name, unter dem sich das Modul meldet; ä, ö, ü, ß werden zu ae, oe, ue, ss</translation>
     </message>
     <message>
         <source>PIN of the SIM card, 4 to 8 digits</source>
-        <translation type="unfinished"></translation>
+        <translation>PIN der SIM-Karte, 4 bis 8 Ziffern</translation>
     </message>
     <message>
         <source>Whole number from -32768 to 32767</source>
-        <translation type="unfinished"></translation>
+        <translation>Ganze Zahl von -32768 bis 32767</translation>
     </message>
     <message>
         <source>Shown as recipient of notifications and as target of switch points</source>
-        <translation type="unfinished"></translation>
+        <translation>Erscheint als Empfänger von Meldungen und als Ziel von Schaltpunkten</translation>
     </message>
     <message>
         <source>International form: + and digits</source>
-        <translation type="unfinished"></translation>
+        <translation>Internationale Schreibweise: + und Ziffern</translation>
     </message>
 </context>
 <context>
     <name>ktr::HolidayCard</name>
     <message>
         <source>Date of a holiday, such as 24.12.2027</source>
-        <translation type="unfinished"></translation>
+        <translation>Datum eines Feiertags, zum Beispiel 24.12.2027</translation>
     </message>
     <message>
         <source>A click or the Delete key removes a date; at most %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Klick oder die Entf-Taste entfernt ein Datum; höchstens %1</translation>
     </message>
     <message>
         <source>Replaces the list by the one that is kept for you</source>
-        <translation type="unfinished"></translation>
+        <translation>Ersetzt die Liste durch die für diesen Benutzer gespeicherte</translation>
     </message>
     <message>
         <source>Keeps the list for other configurations</source>
-        <translation type="unfinished"></translation>
+        <translation>Speichert die Liste für andere Konfigurationen</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is no date</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ ist kein Datum</translation>
     </message>
     <message>
         <source>%1 is in the list already</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 steht bereits in der Liste</translation>
     </message>
     <message>
         <source>Holiday removed: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Feiertag entfernt: %1</translation>
     </message>
     <message>
         <source>Holidays loaded: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Feiertage geladen: %1</translation>
     </message>
     <message>
         <source>Holidays stored: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Feiertage gespeichert: %1</translation>
     </message>
     <message>
         <source>The holidays could not be stored in your settings</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Feiertage konnten nicht in den Benutzereinstellungen gespeichert werden</translation>
     </message>
 </context>
 <context>
     <name>ktr::InfoPage</name>
     <message>
         <source>Who answers for this configuration</source>
-        <translation type="unfinished"></translation>
+        <translation>Wer für diese Konfiguration verantwortlich ist</translation>
     </message>
     <message>
         <source>Any text; a new configuration is given the date of today</source>
-        <translation type="unfinished"></translation>
+        <translation>Beliebiger Text; eine neue Konfiguration erhält das heutige Datum</translation>
     </message>
     <message>
         <source>Every edit writes its date and time here</source>
-        <translation type="unfinished"></translation>
+        <translation>Jede Änderung trägt hier Datum und Uhrzeit ein</translation>
     </message>
     <message>
         <source>What the module holds, as it told last</source>
-        <translation type="unfinished"></translation>
+        <translation>Stand im Modul, wie zuletzt von ihm gemeldet</translation>
     </message>
     <message>
         <source>The program in the module, as it told last</source>
-        <translation type="unfinished"></translation>
+        <translation>Applikation im Modul, wie zuletzt von ihm gemeldet</translation>
     </message>
     <message>
         <source>Files</source>
-        <translation type="unfinished"></translation>
+        <translation>Dateien</translation>
     </message>
     <message>
         <source>The conversation with the module is appended to this file</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Datenverkehr mit dem Modul wird an diese Datei angehängt</translation>
     </message>
     <message>
         <source>Choose the log file</source>
-        <translation type="unfinished"></translation>
+        <translation>Logdatei wählen</translation>
     </message>
     <message>
         <source>The module&apos;s archive is appended to this file (*.csv)</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Archiv des Moduls wird an diese Datei angehängt (*.csv)</translation>
     </message>
     <message>
         <source>Choose the history export file</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportdatei der Historie wählen</translation>
     </message>
     <message>
         <source>Choose…</source>
-        <translation type="unfinished"></translation>
+        <translation>Wählen…</translation>
     </message>
 </context>
 <context>
     <name>ktr::InputPage</name>
     <message>
         <source>Minutes between two archive entries, a whole number; 0: none by time</source>
-        <translation type="unfinished"></translation>
+        <translation>Minuten zwischen zwei Archiveinträgen, ganze Zahl; 0: keine Einträge nach Zeit</translation>
     </message>
     <message>
         <source>Change that triggers an archive entry, in the channel&apos;s unit</source>
-        <translation type="unfinished"></translation>
+        <translation>Änderung, die einen Archiveintrag auslöst, in der Einheit des Kanals</translation>
     </message>
     <message>
         <source>Count the pulses of this input</source>
-        <translation type="unfinished"></translation>
+        <translation>Impulse dieses Eingangs zählen</translation>
     </message>
     <message>
         <source>Count the operating hours of this input</source>
-        <translation type="unfinished"></translation>
+        <translation>Betriebsstunden dieses Eingangs zählen</translation>
     </message>
     <message>
         <source>Invert the counted signal</source>
-        <translation type="unfinished"></translation>
+        <translation>Das gezählte Signal umkehren</translation>
     </message>
     <message>
         <source>Pulses that count as one, 1 to 10000</source>
-        <translation type="unfinished"></translation>
+        <translation>Impulse, die als einer zählen, 1 bis 10000</translation>
     </message>
     <message>
         <source>Value that the module starts with</source>
-        <translation type="unfinished"></translation>
+        <translation>Wert, mit dem das Modul startet</translation>
     </message>
     <message>
         <source>Value shown at a signal of 0, in the unit beside it</source>
-        <translation type="unfinished"></translation>
+        <translation>Angezeigter Wert bei einem Signal von 0, in der Einheit daneben</translation>
     </message>
     <message>
         <source>Change of the value with each step of the signal</source>
-        <translation type="unfinished"></translation>
+        <translation>Änderung des Wertes je Schritt des Signals</translation>
     </message>
     <message>
         <source>Unit of the scaled value</source>
-        <translation type="unfinished"></translation>
+        <translation>Einheit des skalierten Wertes</translation>
     </message>
     <message>
         <source>Send start and output values</source>
-        <translation type="unfinished"></translation>
+        <translation>Start- und Ausgangswerte senden</translation>
     </message>
     <message>
         <source>Without it a transmission leaves counters and outputs as they are</source>
-        <translation type="unfinished"></translation>
+        <translation>Ohne Haken lässt eine Übertragung Zähler und Ausgänge unverändert</translation>
     </message>
 </context>
 <context>
     <name>ktr::LimitValuePage</name>
     <message>
         <source>The input or output that is watched</source>
-        <translation type="unfinished"></translation>
+        <translation>Der überwachte Eingang oder Ausgang</translation>
     </message>
     <message>
         <source>Number, in the unit of the channel</source>
-        <translation type="unfinished"></translation>
+        <translation>Zahl, in der Einheit des Kanals</translation>
     </message>
     <message>
         <source>How far the value must come back; number, in the unit of the channel</source>
-        <translation type="unfinished"></translation>
+        <translation>Wie weit der Wert zurückgehen muss; Zahl, in der Einheit des Kanals</translation>
     </message>
     <message>
         <source>Number; on inputs that count pulses the count per interval</source>
-        <translation type="unfinished"></translation>
+        <translation>Zahl; bei Eingängen, die Impulse zählen, die Anzahl pro Intervall</translation>
     </message>
     <message>
         <source>less than the limit</source>
-        <translation type="unfinished"></translation>
+        <translation>kleiner als der Grenzwert</translation>
     </message>
     <message>
         <source>equal to the limit</source>
-        <translation type="unfinished"></translation>
+        <translation>gleich dem Grenzwert</translation>
     </message>
     <message>
         <source>greater than the limit</source>
-        <translation type="unfinished"></translation>
+        <translation>größer als der Grenzwert</translation>
     </message>
     <message>
         <source>Reference</source>
-        <translation type="unfinished"></translation>
+        <translation>Bezug</translation>
     </message>
     <message>
         <source>Text of the message; small umlauts are written out</source>
-        <translation type="unfinished"></translation>
+        <translation>Text der Meldung; ä, ö, ü, ß werden zu ae, oe, ue, ss</translation>
     </message>
     <message>
         <source>How often the message is repeated, 0 to 15</source>
-        <translation type="unfinished"></translation>
+        <translation>Wie oft die Meldung wiederholt wird, 0 bis 15</translation>
     </message>
     <message>
         <source>Minutes between two messages, 1 to 1440</source>
-        <translation type="unfinished"></translation>
+        <translation>Minuten zwischen zwei Meldungen, 1 bis 1440</translation>
     </message>
 </context>
 <context>
     <name>ktr::LinkPresenter</name>
     <message>
         <source>Step %1 of %2 sent</source>
-        <translation type="unfinished"></translation>
+        <translation>Schritt %1 von %2 gesendet</translation>
     </message>
     <message>
         <source>Configuration transmitted: %1 commands</source>
-        <translation type="unfinished"></translation>
+        <translation>Konfiguration übertragen: %1 Befehle</translation>
     </message>
     <message>
         <source>Transmission ended: %1 commands sent, %2 refused</source>
-        <translation type="unfinished"></translation>
+        <translation>Übertragung beendet: %1 Befehle gesendet, %2 abgewiesen</translation>
     </message>
     <message>
         <source>The transmission was broken off before step %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Übertragung wurde vor Schritt %1 abgebrochen</translation>
     </message>
     <message>
         <source>searching</source>
-        <translation type="unfinished"></translation>
+        <translation>Suche läuft</translation>
     </message>
     <message>
         <source>listening on %1</source>
-        <translation type="unfinished"></translation>
+        <translation>wartet an %1</translation>
     </message>
     <message>
         <source>This is not part of the program yet</source>
-        <translation type="unfinished"></translation>
+        <translation>Das ist noch nicht Teil des Programms</translation>
     </message>
     <message>
         <source>Waiting until the module reads its messages</source>
-        <translation type="unfinished"></translation>
+        <translation>Warten, bis das Modul seine SMS liest</translation>
     </message>
     <message>
         <source>%1 leaves when the module reads its messages</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 wird gesendet, sobald das Modul seine SMS liest</translation>
     </message>
 </context>
 <context>
     <name>ktr::MainMenu</name>
     <message>
         <source>Recent files</source>
-        <translation type="unfinished"></translation>
+        <translation>Zuletzt verwendete Dateien</translation>
     </message>
     <message>
         <source>Edit</source>
-        <translation type="unfinished"></translation>
+        <translation>Bearbeiten</translation>
     </message>
     <message>
         <source>Undo</source>
-        <translation type="unfinished"></translation>
+        <translation>Rückgängig</translation>
     </message>
     <message>
         <source>Redo</source>
-        <translation type="unfinished"></translation>
+        <translation>Wiederholen</translation>
     </message>
     <message>
         <source>Search serial ports</source>
-        <translation type="unfinished"></translation>
+        <translation>Serielle Ports durchsuchen</translation>
     </message>
     <message>
         <source>Show problems</source>
-        <translation type="unfinished"></translation>
+        <translation>Probleme anzeigen</translation>
     </message>
     <message>
         <source>Tool bar</source>
-        <translation type="unfinished"></translation>
+        <translation>Symbolleiste</translation>
     </message>
 </context>
 <context>
     <name>ktr::ModuleLink</name>
     <message>
         <source>Listening on %1</source>
-        <translation type="unfinished"></translation>
+        <translation>An %1 wird auf das Modul gewartet</translation>
     </message>
     <message>
         <source>No module was heard at any serial port</source>
-        <translation type="unfinished"></translation>
+        <translation>An keinem seriellen Port hat sich ein Modul gemeldet</translation>
     </message>
     <message>
         <source>The module is in configuration mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Modul ist im Konfigurationsmodus</translation>
     </message>
     <message>
         <source>Step %1: the command is too long and was not sent</source>
-        <translation type="unfinished"></translation>
+        <translation>Schritt %1: Der Befehl ist zu lang und wurde nicht gesendet</translation>
     </message>
     <message>
         <source>The command is too long and was not sent</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Befehl ist zu lang und wurde nicht gesendet</translation>
     </message>
     <message>
         <source>The line is lost: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Verbindung ist unterbrochen: %1</translation>
     </message>
 </context>
 <context>
     <name>ktr::ProblemPanel</name>
     <message>
         <source>No problems</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Probleme</translation>
     </message>
     <message>
         <source>Problems: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Probleme: %1</translation>
     </message>
     <message>
         <source>What the file or the module would choke on; a click on a row goes to its field</source>
-        <translation type="unfinished"></translation>
+        <translation>Was der Datei oder dem Modul Schwierigkeiten machen würde; ein Klick auf eine Zeile führt zum Feld</translation>
     </message>
     <message>
         <source>Problems</source>
-        <translation type="unfinished"></translation>
+        <translation>Probleme</translation>
     </message>
 </context>
 <context>
     <name>ktr::StatusLine</name>
     <message>
         <source>modified</source>
-        <translation type="unfinished"></translation>
+        <translation>geändert</translation>
     </message>
     <message>
         <source>There are changes that are not saved</source>
-        <translation type="unfinished"></translation>
+        <translation>Es gibt nicht gespeicherte Änderungen</translation>
     </message>
     <message>
         <source>Progress of the transmission</source>
-        <translation type="unfinished"></translation>
+        <translation>Fortschritt der Übertragung</translation>
     </message>
 </context>
 <context>
     <name>ktr::SwitchPointModel</name>
     <message>
         <source>Target</source>
-        <translation type="unfinished"></translation>
+        <translation>Ziel</translation>
     </message>
 </context>
 <context>
     <name>ktr::SwitchPointPage</name>
     <message>
         <source>Target</source>
-        <translation type="unfinished"></translation>
+        <translation>Ziel</translation>
     </message>
     <message>
         <source>The output that is switched, or the number that is called</source>
-        <translation type="unfinished"></translation>
+        <translation>Der geschaltete Ausgang oder die angerufene Rufnummer</translation>
     </message>
     <message>
         <source>When it switches</source>
-        <translation type="unfinished"></translation>
+        <translation>Wann geschaltet wird</translation>
     </message>
     <message>
         <source>Year, month, day, hour and minute, two digits each</source>
-        <translation type="unfinished"></translation>
+        <translation>Jahr, Monat, Tag, Stunde und Minute, je zwei Ziffern</translation>
     </message>
     <message>
         <source>The limit value that it reacts to, 1 to 20</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Grenzwert, auf den reagiert wird, 1 bis 20</translation>
     </message>
     <message>
         <source>Number that the target is set to</source>
-        <translation type="unfinished"></translation>
+        <translation>Zahl, auf die das Ziel gesetzt wird</translation>
     </message>
     <message>
         <source>Minutes, 1 to 525600 (a year)</source>
-        <translation type="unfinished"></translation>
+        <translation>Minuten, 1 bis 525600 (ein Jahr)</translation>
     </message>
 </context>
 <context>
     <name>ktr::TestPage</name>
     <message>
         <source>A command, up to %1 characters; Enter sends it, Up and Down bring back earlier ones</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Befehl, bis zu %1 Zeichen; die Eingabetaste sendet ihn, Pfeil auf und Pfeil ab holen frühere zurück</translation>
     </message>
     <message>
         <source>The module confirms each command of a transmission</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Modul bestätigt jeden Befehl einer Übertragung</translation>
     </message>
     <message>
         <source>Sets the module&apos;s clock by this computer&apos;s</source>
-        <translation type="unfinished"></translation>
+        <translation>Stellt die Uhr des Moduls nach der Uhr dieses Rechners</translation>
     </message>
     <message>
         <source>Sends k, or K where an answer is wanted</source>
-        <translation type="unfinished"></translation>
+        <translation>Sendet k, oder K, wenn eine Antwort gewünscht ist</translation>
     </message>
     <message>
         <source>Fast history export</source>
-        <translation type="unfinished"></translation>
+        <translation>Schneller Historienexport</translation>
     </message>
     <message>
         <source>Show the conversation</source>
-        <translation type="unfinished"></translation>
+        <translation>Datenverkehr anzeigen</translation>
     </message>
     <message>
         <source>Sends %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Sendet %1</translation>
     </message>
 </context>
 <context>
     <name>ktr::frmAbout</name>
     <message>
         <source>Sets up and watches telemetry and alarm modules.</source>
-        <translation type="unfinished"></translation>
+        <translation>Konfiguriert und überwacht Telemetrie- und Alarmmodule.</translation>
     </message>
 </context>
 <context>
     <name>ktr::frmSettings</name>
     <message>
         <source>Appearance</source>
-        <translation type="unfinished"></translation>
+        <translation>Darstellung</translation>
     </message>
     <message>
         <source>Follow the system</source>
-        <translation type="unfinished"></translation>
+        <translation>Wie das System</translation>
     </message>
     <message>
         <source>Light</source>
-        <translation type="unfinished"></translation>
+        <translation>Hell</translation>
     </message>
     <message>
         <source>Dark</source>
-        <translation type="unfinished"></translation>
+        <translation>Dunkel</translation>
     </message>
 </context>
 <context>
     <name>ktr::frm_preview</name>
     <message>
         <source>Entries in use</source>
-        <translation type="unfinished"></translation>
+        <translation>Verwendete Einträge</translation>
     </message>
     <message>
         <source>Only the limit values and switch points that are in use</source>
-        <translation type="unfinished"></translation>
+        <translation>Nur die verwendeten Grenzwerte und Schaltpunkte</translation>
     </message>
     <message>
         <source>All entries</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Einträge</translation>
     </message>
     <message>
         <source>All 20 limit values and 20 switch points</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle 20 Grenzwerte und 20 Schaltpunkte</translation>
     </message>
     <message>
         <source>Zoom out</source>
-        <translation type="unfinished"></translation>
+        <translation>Verkleinern</translation>
     </message>
     <message>
         <source>Zoom in</source>
-        <translation type="unfinished"></translation>
+        <translation>Vergrößern</translation>
     </message>
     <message>
         <source>Fit page</source>
-        <translation type="unfinished"></translation>
+        <translation>Ganze Seite</translation>
     </message>
     <message>
         <source>Fit width</source>
-        <translation type="unfinished"></translation>
+        <translation>Seitenbreite</translation>
     </message>
     <message>
         <source>Previous page</source>
-        <translation type="unfinished"></translation>
+        <translation>Vorherige Seite</translation>
     </message>
     <message>
         <source>Next page</source>
-        <translation type="unfinished"></translation>
+        <translation>Nächste Seite</translation>
     </message>
     <message>
         <source>Save as PDF</source>
-        <translation type="unfinished"></translation>
+        <translation>Als PDF speichern</translation>
     </message>
     <message>
         <source>Save as PDF…</source>
-        <translation type="unfinished"></translation>
+        <translation>Als PDF speichern…</translation>
     </message>
     <message>
         <source>Close</source>
-        <translation type="unfinished"></translation>
+        <translation>Schließen</translation>
     </message>
     <message>
         <source>Page</source>
-        <translation type="unfinished"></translation>
+        <translation>Seite</translation>
     </message>
     <message>
         <source>Page, 1 to %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Seite, 1 bis %1</translation>
     </message>
     <message>
         <source>PDF documents</source>
-        <translation type="unfinished"></translation>
+        <translation>PDF-Dokumente</translation>
     </message>
     <message>
         <source>Saved as %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Gespeichert als %1</translation>
     </message>
 </context>
 </TS>
