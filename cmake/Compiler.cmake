@@ -36,7 +36,6 @@ function(ktr_room name)
   target_precompile_headers(ktr_${name} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled.h)
   if(ARG_WINDOWS)
     target_link_libraries(ktr_${name} PUBLIC Qt6::Widgets)
-    # moc is to look at files that the globbing has found since its last run; it does not notice them itself.
-    file(REMOVE ${CMAKE_CURRENT_BINARY_DIR}/ktr_${name}_autogen/timestamp)
+    target_precompile_headers(ktr_${name} PRIVATE ${CMAKE_SOURCE_DIR}/cmake/precompiled_windows.h)
   endif()
 endfunction()

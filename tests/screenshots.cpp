@@ -9,7 +9,7 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QElapsedTimer>
+#include <QTabBar>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -64,6 +64,7 @@ int main(int argc, char **argv)
             settle();
             for (int page = 0; page < pageCount; ++page) {
                 window.tabs().setCurrentIndex(page);
+                window.tabs().tabBar()->clearFocus();
                 settle();
                 const QString name = QStringLiteral("%1-%2-%3.png")
                                          .arg(QLatin1String(pageNames[static_cast<std::size_t>(page)]),

@@ -6,7 +6,11 @@
 #include "platform/registry.h"
 
 #include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QMessageBox>
+#include <QPushButton>
+#include <QVBoxLayout>
 
 namespace ktr {
 

@@ -48,7 +48,7 @@ void LinkPresenter::connectMenu()
     connect(m_menu.doApplication, &QAction::triggered, this, &LinkPresenter::notAvailable);
     connect(m_menu.search, &QAction::triggered, this, [this] { m_link.connectSerial(QString()); });
     connect(&m_menu, &MainMenu::portChosen, &m_link, &ModuleLink::connectSerial);
-    connect(&m_menu, &MainMenu::portsWanted, this, &LinkPresenter::showPorts);
+    connect(&m_menu, &MainMenu::portsWanted, this, &LinkPresenter::findPorts);
     connect(m_menu.ethernet, &QAction::triggered, this, &LinkPresenter::notAvailable);
     connect(m_menu.exclusive, &QAction::triggered, this, &LinkPresenter::notAvailable);
     connect(m_menu.offline, &QAction::triggered, &m_link, &ModuleLink::goOffline);
@@ -75,6 +75,7 @@ void LinkPresenter::attach(ConnectionPage &page)
     connect(&page, &ConnectionPage::ethernetWanted, this, &LinkPresenter::notAvailable);
     connect(&page, &ConnectionPage::offlineWanted, &m_link, &ModuleLink::goOffline);
     connect(this, &LinkPresenter::told, &page, &ConnectionPage::addEvent);
+    findPorts();
     show();
 }
 
@@ -103,10 +104,11 @@ void LinkPresenter::show()
     if (m_connection != nullptr) {
         m_connection->setState(text, m_link.isConnected());
     }
-    showPorts();
+    tickLine();
 }
 
-void LinkPresenter::showPorts()
+/// Looked for when somebody is about to see them: it takes a while.
+void LinkPresenter::findPorts()
 {
     QStringList ports = m_link.ports();
     const QString &wanted = m_link.wantedPort();
@@ -114,13 +116,22 @@ void LinkPresenter::showPorts()
         ports += wanted;
     }
     m_menu.showPorts(ports);
-    const bool offline = m_link.state() == ModuleLink::State::Offline;
-    QAction *chosen = offline ? m_menu.offline : wanted.isEmpty() ? m_menu.search : m_menu.portAction(wanted);
-    if (chosen != nullptr) {
-        chosen->setChecked(true);
-    }
+    tickLine();
     if (m_connection != nullptr) {
         m_connection->setPorts(ports);
+    }
+}
+
+/// Ticks the line in use in the connection menu.
+void LinkPresenter::tickLine()
+{
+    const bool offline = m_link.state() == ModuleLink::State::Offline;
+    const QString &wanted = m_link.wantedPort();
+    QAction *line = offline            ? m_menu.offline
+                    : wanted.isEmpty() ? m_menu.search
+                                       : m_menu.portAction(wanted);
+    if (line != nullptr) {
+        line->setChecked(true);
     }
 }
 
@@ -134,7 +145,7 @@ void LinkPresenter::showProgress(int step)
 
 void LinkPresenter::notAvailable()
 {
-    showPorts();
+    tickLine(); // the choice itself has ticked another
     Q_EMIT told(tr("This is not part of the program yet"));
 }
 

@@ -31,7 +31,7 @@ public:
     void attach(ConnectionPage &page);
     void attach(CalibrationPage &page);
 
-    /// Shows state and ports as they are, in the language of the table.
+    /// Shows the link's state in the language of the table.
     void show();
 
     /// Transmits the configuration once the module reads its messages.
@@ -46,7 +46,8 @@ Q_SIGNALS:
 private:
     void connectLink();
     void connectMenu();
-    void showPorts();
+    void findPorts();
+    void tickLine();
     void showProgress(int step);
     void place(const QString &command);
     void notAvailable();

@@ -2,6 +2,7 @@
 
 #include "lang/text_table.h"
 
+#include <QKeySequence>
 #include <QObject>
 #include <QStringList>
 

@@ -3,8 +3,12 @@
 #include "app/language_setting.h"
 #include "lang/text_table.h"
 
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QShowEvent>
+#include <QVBoxLayout>
 
 namespace ktr {
 

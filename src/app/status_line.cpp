@@ -115,7 +115,7 @@ void StatusLine::resizeEvent(QResizeEvent *event)
 
 void StatusLine::applyTexts()
 {
-    m_modified->setText(u"● " + tr("modified"));
+    m_modified->setText(u"• " + tr("modified"));
     m_modified->setToolTip(tr("There are changes that are not saved"));
     m_progress->setAccessibleName(tr("Progress of the transmission"));
 }

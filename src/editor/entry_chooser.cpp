@@ -59,6 +59,7 @@ void EntryChooser::setUpOverview(const Widths &widths)
     QHeaderView *rows = m_overview->verticalHeader();
     rows->hide();
     rows->setSectionResizeMode(QHeaderView::Fixed);
+    rows->setMinimumSectionSize(metrics.height() + 6);
     rows->setDefaultSectionSize(metrics.height() + 6);
 
     QHeaderView *columns = m_overview->horizontalHeader();
