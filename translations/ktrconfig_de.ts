@@ -2,6 +2,85 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>Files</name>
+    <message>
+        <source>%1: &quot;%2&quot; is of no use here, &quot;%3&quot; is kept</source>
+        <translation>%1: „%2“ ist hier nicht verwendbar, „%3“ bleibt</translation>
+    </message>
+    <message>
+        <source>not a configuration</source>
+        <translation>keine Konfiguration</translation>
+    </message>
+    <message>
+        <source>cannot be opened for reading</source>
+        <translation>kann nicht zum Lesen geöffnet werden</translation>
+    </message>
+    <message>
+        <source>there is no file name to save under</source>
+        <translation>es gibt keinen Dateinamen zum Speichern</translation>
+    </message>
+    <message>
+        <source>there is a character of number %1</source>
+        <translation>enthält ein Zeichen mit der Nummer %1</translation>
+    </message>
+    <message>
+        <source>a document type declaration is not accepted</source>
+        <translation>eine Dokumenttyp-Deklaration wird nicht angenommen</translation>
+    </message>
+    <message>
+        <source>an element has more than %1 attributes</source>
+        <translation>ein Element hat mehr als %1 Attribute</translation>
+    </message>
+    <message>
+        <source>the encoding &quot;%1&quot; is not known</source>
+        <translation>die Kodierung „%1“ ist nicht bekannt</translation>
+    </message>
+    <message>
+        <source>the bytes are not in the encoding of the document</source>
+        <translation>die Bytes entsprechen nicht der Kodierung des Dokuments</translation>
+    </message>
+    <message>
+        <source>line %1, column %2: %3</source>
+        <translation>Zeile %1, Spalte %2: %3</translation>
+    </message>
+    <message>
+        <source>%1 bytes without a line end dropped</source>
+        <translation>%1 Bytes ohne Zeilenende verworfen</translation>
+    </message>
+    <message>
+        <source>there is no file name</source>
+        <translation>es gibt keinen Dateinamen</translation>
+    </message>
+    <message>
+        <source>is a folder</source>
+        <translation>ist ein Ordner</translation>
+    </message>
+    <message>
+        <source>is longer than %1 MiB</source>
+        <translation>ist länger als %1 MiB</translation>
+    </message>
+    <message>
+        <source>the port is already in use</source>
+        <translation>der Port ist bereits belegt</translation>
+    </message>
+    <message>
+        <source>there is no such port</source>
+        <translation>diesen Port gibt es nicht</translation>
+    </message>
+    <message>
+        <source>is no serial port</source>
+        <translation>ist kein serieller Port</translation>
+    </message>
+    <message>
+        <source>serial ports are not supported on this system</source>
+        <translation>serielle Ports werden auf diesem System nicht unterstützt</translation>
+    </message>
+    <message>
+        <source>not written: no font is installed</source>
+        <translation>nicht geschrieben: es ist keine Schrift installiert</translation>
+    </message>
+</context>
+<context>
     <name>Printing</name>
     <message>
         <source>Not printed: there are %1 pages, none of which was chosen.</source>
@@ -189,7 +268,7 @@
 <context>
     <name>ktr::GsmPage</name>
     <message>
-        <source>Name under which the module reports; small umlauts are written out</source>
+        <source>Name under which the module reports; ä, ö, ü and ß become ae, oe, ue and ss</source>
         <translation>Name, unter dem sich das Modul meldet; ä, ö, ü, ß werden zu ae, oe, ue, ss</translation>
     </message>
     <message>
@@ -220,7 +299,7 @@
         <translation>Ein Klick oder die Entf-Taste entfernt ein Datum; höchstens %1</translation>
     </message>
     <message>
-        <source>Replaces the list by the one that is kept for you</source>
+        <source>Replaces the list with the one that is kept for you</source>
         <translation>Ersetzt die Liste durch die für diesen Benutzer gespeicherte</translation>
     </message>
     <message>
@@ -267,11 +346,11 @@
         <translation>Jede Änderung trägt hier Datum und Uhrzeit ein</translation>
     </message>
     <message>
-        <source>What the module holds, as it told last</source>
+        <source>What the module holds, as last reported</source>
         <translation>Stand im Modul, wie zuletzt von ihm gemeldet</translation>
     </message>
     <message>
-        <source>The program in the module, as it told last</source>
+        <source>The program in the module, as last reported</source>
         <translation>Applikation im Modul, wie zuletzt von ihm gemeldet</translation>
     </message>
     <message>
@@ -302,7 +381,7 @@
 <context>
     <name>ktr::InputPage</name>
     <message>
-        <source>Minutes between two archive entries, a whole number; 0: none by time</source>
+        <source>Minutes between two archive entries, a whole number; 0: no entries by time</source>
         <translation>Minuten zwischen zwei Archiveinträgen, ganze Zahl; 0: keine Einträge nach Zeit</translation>
     </message>
     <message>
@@ -361,7 +440,7 @@
         <translation>Zahl, in der Einheit des Kanals</translation>
     </message>
     <message>
-        <source>How far the value must come back; number, in the unit of the channel</source>
+        <source>How far the value must fall or rise back; number, in the unit of the channel</source>
         <translation>Wie weit der Wert zurückgehen muss; Zahl, in der Einheit des Kanals</translation>
     </message>
     <message>
@@ -385,7 +464,7 @@
         <translation>Bezug</translation>
     </message>
     <message>
-        <source>Text of the message; small umlauts are written out</source>
+        <source>Text of the notification; ä, ö, ü and ß become ae, oe, ue and ss</source>
         <translation>Text der Meldung; ä, ö, ü, ß werden zu ae, oe, ue, ss</translation>
     </message>
     <message>
@@ -428,11 +507,11 @@
         <translation>Das ist noch nicht Teil des Programms</translation>
     </message>
     <message>
-        <source>Waiting until the module reads its messages</source>
+        <source>Waiting until the module reads its SMS</source>
         <translation>Warten, bis das Modul seine SMS liest</translation>
     </message>
     <message>
-        <source>%1 leaves when the module reads its messages</source>
+        <source>%1 is sent when the module next reads an SMS</source>
         <translation>%1 wird gesendet, sobald das Modul seine SMS liest</translation>
     </message>
 </context>
@@ -463,7 +542,7 @@
         <translation>Probleme anzeigen</translation>
     </message>
     <message>
-        <source>Tool bar</source>
+        <source>Toolbar</source>
         <translation>Symbolleiste</translation>
     </message>
 </context>
@@ -490,7 +569,7 @@
         <translation>Der Befehl ist zu lang und wurde nicht gesendet</translation>
     </message>
     <message>
-        <source>The line is lost: %1</source>
+        <source>The connection is lost: %1</source>
         <translation>Die Verbindung ist unterbrochen: %1</translation>
     </message>
 </context>
@@ -505,7 +584,7 @@
         <translation>Probleme: %1</translation>
     </message>
     <message>
-        <source>What the file or the module would choke on; a click on a row goes to its field</source>
+        <source>What the file or the module cannot take as it is; a click on a row goes to its field</source>
         <translation>Was der Datei oder dem Modul Schwierigkeiten machen würde; ein Klick auf eine Zeile führt zum Feld</translation>
     </message>
     <message>
@@ -554,7 +633,7 @@
         <translation>Jahr, Monat, Tag, Stunde und Minute, je zwei Ziffern</translation>
     </message>
     <message>
-        <source>The limit value that it reacts to, 1 to 20</source>
+        <source>The limit value that the switch point reacts to, 1 to 20</source>
         <translation>Der Grenzwert, auf den reagiert wird, 1 bis 20</translation>
     </message>
     <message>

@@ -127,9 +127,7 @@ void LinkPresenter::tickLine()
 {
     const bool offline = m_link.state() == ModuleLink::State::Offline;
     const QString &wanted = m_link.wantedPort();
-    QAction *line = offline            ? m_menu.offline
-                    : wanted.isEmpty() ? m_menu.search
-                                       : m_menu.portAction(wanted);
+    QAction *line = offline ? m_menu.offline : wanted.isEmpty() ? m_menu.search : m_menu.portAction(wanted);
     if (line != nullptr) {
         line->setChecked(true);
     }
@@ -157,7 +155,7 @@ void LinkPresenter::transmit()
     }
     m_link.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
     showProgress(0);
-    Q_EMIT told(tr("Waiting until the module reads its messages"));
+    Q_EMIT told(tr("Waiting until the module reads its SMS"));
 }
 
 void LinkPresenter::place(const QString &command)
@@ -165,7 +163,7 @@ void LinkPresenter::place(const QString &command)
     m_link.place(command);
     Q_EMIT told(m_link.state() == ModuleLink::State::Offline
                     ? m_texts.text(Text::EstablishConnection)
-                    : tr("%1 leaves when the module reads its messages").arg(logText(command)));
+                    : tr("%1 is sent when the module next reads an SMS").arg(logText(command)));
 }
 
 /// The command sequence may have set a value; the user sees what the module got.

@@ -127,7 +127,7 @@ void MainMenu::applyTexts(const TextTable &texts)
     problems->setText(tr("Show problems"));
     settings->setText(text(Text::Settings));
     about->setText(text(Text::About));
-    m_bar->setWindowTitle(tr("Tool bar"));
+    m_bar->setWindowTitle(tr("Toolbar"));
     giveMnemonics();
 
     // In the tool bar the menu's title is missing that tells what is done with the configuration.

@@ -78,7 +78,7 @@ void ProblemPanel::showSummary()
     m_header->setText(none ? tr("No problems") : tr("Problems: %1").arg(m_problems.size()));
     m_header->setIcon(none ? QIcon() : style()->standardIcon(QStyle::SP_MessageBoxWarning));
     m_header->setToolTip(
-        tr("What the file or the module would choke on; a click on a row goes to its field"));
+        tr("What the file or the module cannot take as it is; a click on a row goes to its field"));
     m_list->setAccessibleName(tr("Problems"));
 }
 

@@ -4,6 +4,8 @@
 #include "config/xml_document.h"
 #include "platform/files.h"
 
+#include <QCoreApplication>
+
 namespace ktr {
 
 namespace {
@@ -110,9 +112,10 @@ ReadReport readConfiguration(const QByteArray &document, Configuration &configur
                 applyPreset(field, record, field.whenEmpty, environment, index);
             } else if (!setFieldText(field, record,
                                      field.whenRead != nullptr ? field.whenRead(text) : text)) {
-                report.remarks += QStringLiteral("%1: \"%2\" is of no use here, \"%3\" is kept")
-                                      .arg(group.place(field.xmlName, index), text,
-                                           fieldText(field, record, environment.locale));
+                report.remarks +=
+                    QCoreApplication::translate("Files", "%1: \"%2\" is of no use here, \"%3\" is kept")
+                        .arg(group.place(field.xmlName, index), text,
+                             fieldText(field, record, environment.locale));
             }
         }
     });
@@ -134,8 +137,9 @@ ReadReport readConfigurationFile(const QString &path, Configuration &configurati
     if (!read) {
         report.document = read;
     } else if (!report.document) {
-        report.document =
-            Status::failed(path + QLatin1String(": not a configuration: ") + report.document.message());
+        report.document = Status::failed(path + QLatin1String(": ") +
+                                         QCoreApplication::translate("Files", "not a configuration") +
+                                         QLatin1String(": ") + report.document.message());
     }
     for (QString &remark : report.remarks) {
         remark.prepend(path + QLatin1String(": "));

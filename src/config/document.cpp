@@ -3,6 +3,7 @@
 #include "config/fields.h"
 #include "platform/files.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 namespace ktr {
@@ -80,7 +81,9 @@ ReadReport Document::load(const QString &fileName)
     if (const QFileInfo info(fileCalled(fileName)); !info.exists() || !info.isReadable() || info.isDir()) {
         ReadReport report;
         report.opened = false;
-        report.document = Status::failed(fileName + QLatin1String(": cannot be opened for reading"));
+        report.document =
+            Status::failed(fileName + QLatin1String(": ") +
+                           QCoreApplication::translate("Files", "cannot be opened for reading"));
         return report;
     }
     setFileName(fileName);
@@ -101,7 +104,7 @@ ReadReport Document::readPresentFile()
 Status Document::save()
 {
     if (m_fileName.isEmpty()) {
-        return Status::failed(QStringLiteral("there is no file name to save under"));
+        return Status::failed(QCoreApplication::translate("Files", "there is no file name to save under"));
     }
     Status written = replaceFile(fileCalled(m_fileName), writeConfiguration(m_configuration, m_environment));
     if (written) {

@@ -2,6 +2,7 @@
 
 #include "platform/text_rules.h"
 
+#include <QCoreApplication>
 #include <QRegularExpression>
 #include <QStringDecoder>
 #include <QXmlStreamReader>
@@ -66,7 +67,8 @@ Status isReadable(const QString &text)
 {
     for (const QChar c : text) {
         if (!c.isSurrogate() && !isXmlCharacter(c.unicode())) {
-            return Status::failed(QStringLiteral("there is a character of number %1").arg(c.unicode()));
+            return Status::failed(
+                QCoreApplication::translate("Files", "there is a character of number %1").arg(c.unicode()));
         }
     }
     struct Section
@@ -89,13 +91,15 @@ Status isReadable(const QString &text)
             }
             at = end + section->end.size() - 1;
         } else if (rest.startsWith(QLatin1String("<!"))) {
-            return Status::failed(QStringLiteral("a document type declaration is not accepted"));
+            return Status::failed(
+                QCoreApplication::translate("Files", "a document type declaration is not accepted"));
         } else {
             int attributes = 0;
             const std::optional<qsizetype> end = tagEnd(view, at + 1, attributes);
             if (attributes > mostAttributes) {
                 return Status::failed(
-                    QStringLiteral("an element has more than %1 attributes").arg(mostAttributes));
+                    QCoreApplication::translate("Files", "an element has more than %1 attributes")
+                        .arg(mostAttributes));
             }
             if (!end) {
                 return Status::done();
@@ -127,12 +131,13 @@ Status toText(const QByteArray &document, QString &text)
         } else if (encoding == "iso-8859-1" || encoding == "latin1" || encoding == "us-ascii") {
             decoded = QString::fromLatin1(document);
         } else {
-            return Status::failed(
-                QStringLiteral("the encoding \"%1\" is not known").arg(QLatin1String(encoding)));
+            return Status::failed(QCoreApplication::translate("Files", "the encoding \"%1\" is not known")
+                                      .arg(QLatin1String(encoding)));
         }
     }
     if (!decoded) {
-        return Status::failed(QStringLiteral("the bytes are not in the encoding of the document"));
+        return Status::failed(
+            QCoreApplication::translate("Files", "the bytes are not in the encoding of the document"));
     }
     text = decoded->startsWith(QChar::ByteOrderMark) ? decoded->mid(1) : *decoded;
     return isReadable(text);
@@ -209,7 +214,7 @@ Status XmlDocument::load(const QByteArray &document)
         }
     }
     if (reader.hasError()) {
-        return Status::failed(QStringLiteral("line %1, column %2: %3")
+        return Status::failed(QCoreApplication::translate("Files", "line %1, column %2: %3")
                                   .arg(reader.lineNumber())
                                   .arg(reader.columnNumber())
                                   .arg(reader.errorString().simplified()));

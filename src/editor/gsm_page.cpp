@@ -24,7 +24,7 @@ QWidget *GsmPage::stationCard()
 
     auto *id = new QLineEdit(card);
     binder().line(id, fieldRef(&Configuration::gsm, &GsmSettings::stationId));
-    tip(id, [] { return tr("Name under which the module reports; small umlauts are written out"); });
+    tip(id, [] { return tr("Name under which the module reports; ä, ö, ü and ß become ae, oe, ue and ss"); });
     addRow(grid, Text::StationId, id);
 
     auto *type = new QComboBox(card);

@@ -70,7 +70,7 @@ void HolidayCard::applyTexts()
     m_date->setToolTip(tr("Date of a holiday, such as 24.12.2027"));
     m_list->setAccessibleName(texts.text(Text::Holidays));
     m_list->setToolTip(tr("A click or the Delete key removes a date; at most %1").arg(HolidayList::capacity));
-    m_load->setToolTip(tr("Replaces the list by the one that is kept for you"));
+    m_load->setToolTip(tr("Replaces the list with the one that is kept for you"));
     m_save->setToolTip(tr("Keeps the list for other configurations"));
 }
 

@@ -45,10 +45,10 @@ QWidget *InfoPage::informationCard()
     m_moduleVersion = addTold(grid, QStringLiteral("txt_info_version_ktr"), [this]() -> QString {
         return text(Text::ConfigurationVersion) + u' ' + text(Text::InModule);
     });
-    tip(m_moduleVersion, [] { return tr("What the module holds, as it told last"); });
+    tip(m_moduleVersion, [] { return tr("What the module holds, as last reported"); });
     m_applicationVersion =
         addTold(grid, QStringLiteral("txt_info_appVer"), [this] { return text(Text::ApplicationVersion); });
-    tip(m_applicationVersion, [] { return tr("The program in the module, as it told last"); });
+    tip(m_applicationVersion, [] { return tr("The program in the module, as last reported"); });
     const auto edits = card->findChildren<QLineEdit *>();
     for (QLineEdit *edit : edits) {
         edit->setMaximumWidth(400);

@@ -61,7 +61,8 @@ const InputPage::ColumnText &InputPage::textOf(Column column)
     static const std::array<ColumnText, columnCount> texts = {{
         {Text::Ip},
         {Text::Identifier},
-        {Text::Interval, QT_TR_NOOP("Minutes between two archive entries, a whole number; 0: none by time")},
+        {Text::Interval,
+         QT_TR_NOOP("Minutes between two archive entries, a whole number; 0: no entries by time")},
         {Text::Delta, QT_TR_NOOP("Change that triggers an archive entry, in the channel's unit")},
         {Text::Counter, QT_TR_NOOP("Count the pulses of this input")},
         {Text::HoursCounter, QT_TR_NOOP("Count the operating hours of this input")},

@@ -186,7 +186,7 @@ QWidget *LimitValuePage::thresholdPart()
         addNumber(Text::Delay, &LimitValue::delay, QStringLiteral("lbl_gw_verzögerung_0"), m_delayMeaning);
     tip(limit, [] { return tr("Number, in the unit of the channel"); });
     tip(hysteresis,
-        [] { return tr("How far the value must come back; number, in the unit of the channel"); });
+        [] { return tr("How far the value must fall or rise back; number, in the unit of the channel"); });
     tip(delay, [] { return tr("Number; on inputs that count pulses the count per interval"); });
 
     auto *comparison = captioned(new QGroupBox(part), Text::Comparison);
@@ -262,7 +262,7 @@ QLayout *LimitValuePage::notificationLine()
 {
     auto *edit = new QLineEdit(m_frame);
     binder().line(edit, field(&LimitValue::alarm));
-    tip(edit, [] { return tr("Text of the message; small umlauts are written out"); });
+    tip(edit, [] { return tr("Text of the notification; ä, ö, ü and ß become ae, oe, ue and ss"); });
     auto *label = labelFor(edit, Text::Notification);
     label->setObjectName(QStringLiteral("lbl_gw_meldung"));
     m_captions.push_back(label);

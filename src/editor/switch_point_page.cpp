@@ -146,7 +146,7 @@ QWidget *SwitchPointPage::entryFrame()
     });
     grid->addWidget(startForm, 2, 2);
     m_limitValue = list(&SwitchPoint::limitValue, QStringList(LimitValue::count));
-    tip(m_limitValue, [] { return tr("The limit value that it reacts to, 1 to 20"); });
+    tip(m_limitValue, [] { return tr("The limit value that the switch point reacts to, 1 to 20"); });
     auto *limitValueLabel =
         addLine(2, labelFor(m_limitValue, Text::LimitValue), QStringLiteral("lbl_swtch_gw"), m_limitValue);
 

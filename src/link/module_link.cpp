@@ -102,7 +102,7 @@ void ModuleLink::goOffline()
 
 void ModuleLink::lineLost(const QString &reason)
 {
-    Q_EMIT told(tr("The line is lost: %1").arg(reason));
+    Q_EMIT told(tr("The connection is lost: %1").arg(reason));
     m_connected = false;
     endTransmission();
     if (m_state == State::Caught) {

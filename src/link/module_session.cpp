@@ -3,6 +3,8 @@
 #include "platform/overloaded.h"
 #include "platform/text_rules.h"
 
+#include <QCoreApplication>
+
 namespace ktr {
 
 ModuleSession::ModuleSession(Transport &transport, Timers &timers, Environment environment, QObject *parent)
@@ -53,7 +55,8 @@ void ModuleSession::receive(const QByteArray &bytes)
     const qint64 dropped = m_lines.dropped();
     const std::optional<QByteArray> line = m_lines.push(bytes);
     if (m_lines.dropped() != dropped) {
-        Q_EMIT logged(QStringLiteral("%1 bytes without a line end dropped").arg(m_lines.dropped() - dropped));
+        Q_EMIT logged(QCoreApplication::translate("Files", "%1 bytes without a line end dropped")
+                          .arg(m_lines.dropped() - dropped));
     }
     if (line) {
         for (const ModemDialogue::Action &action : m_dialogue.lineReceived(fromWindows1252(*line))) {

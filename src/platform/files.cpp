@@ -1,5 +1,6 @@
 #include "platform/files.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
@@ -28,11 +29,11 @@ Status failure(const QString &path, const QString &reason)
 Status readFile(const QString &path, QByteArray &content, qint64 limit)
 {
     if (path.isEmpty()) {
-        return Status::failed(QStringLiteral("there is no file name"));
+        return Status::failed(QCoreApplication::translate("Files", "there is no file name"));
     }
     QFile file(path);
     if (QFileInfo(path).isDir()) {
-        return failure(path, QStringLiteral("is a folder"));
+        return failure(path, QCoreApplication::translate("Files", "is a folder"));
     }
     if (!file.open(QIODevice::ReadOnly)) {
         return failure(path, file.errorString());
@@ -50,7 +51,7 @@ Status readFile(const QString &path, QByteArray &content, qint64 limit)
     }
     if (content.size() > limit) {
         content.clear();
-        return failure(path, QStringLiteral("is longer than %1 MiB").arg(limit >> 20));
+        return failure(path, QCoreApplication::translate("Files", "is longer than %1 MiB").arg(limit >> 20));
     }
     return Status::done();
 }
@@ -98,7 +99,7 @@ Status replaceFile(const QString &path, const QByteArray &content)
     struct stat present = {};
     const bool exists = ::stat(QFile::encodeName(path).constData(), &present) == 0;
     if (exists && S_ISDIR(present.st_mode)) {
-        return failure(path, QStringLiteral("is a folder"));
+        return failure(path, QCoreApplication::translate("Files", "is a folder"));
     }
     if (exists && !S_ISREG(present.st_mode)) {
         return writeToDevice(path, content);

@@ -1,5 +1,6 @@
 #include "platform/serial_device.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 
@@ -31,10 +32,10 @@ bool hasHardware(const QString &classFolder, const QString &name)
 Status refused(const QString &path, int reason)
 {
     const QString text = reason == EBUSY || reason == EWOULDBLOCK
-                             ? QStringLiteral("the port is already in use")
+                             ? QCoreApplication::translate("Files", "the port is already in use")
                          : reason == ENOENT || reason == ENXIO || reason == ENODEV || reason == EIO
-                             ? QStringLiteral("there is no such port")
-                         : reason == ENOTTY ? QStringLiteral("is no serial port")
+                             ? QCoreApplication::translate("Files", "there is no such port")
+                         : reason == ENOTTY ? QCoreApplication::translate("Files", "is no serial port")
                                             : QString::fromLocal8Bit(std::strerror(reason));
     return Status::failed(path + QLatin1String(": ") + text);
 }
@@ -118,7 +119,9 @@ QStringList serialPorts(const QString &, const QString &)
 
 Status openSerialDevice(const QString &path, SerialHandle &)
 {
-    return Status::failed(path + QLatin1String(": serial ports are not supported on this system"));
+    return Status::failed(
+        path + QLatin1String(": ") +
+        QCoreApplication::translate("Files", "serial ports are not supported on this system"));
 }
 
 void releaseSerialDevice(SerialHandle) {}

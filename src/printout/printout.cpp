@@ -4,6 +4,7 @@
 #include "platform/files.h"
 
 #include <QBuffer>
+#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPainter>
 #include <QPdfWriter>
@@ -72,7 +73,8 @@ QString Printout::pageText(int page) const
 Status Printout::writePdf(const QString &path) const
 {
     if (!hasGlyphs(m_pages.front().texts.front().font)) {
-        return Status::failed(path + QLatin1String(": not written: no font is installed"));
+        return Status::failed(path + QLatin1String(": ") +
+                              QCoreApplication::translate("Files", "not written: no font is installed"));
     }
     QByteArray bytes;
     QBuffer buffer(&bytes);

@@ -174,7 +174,8 @@ private Q_SLOTS:
         QCOMPARE(ktrcli(u"check @sample"_s).code, 0);
         write(
             u"faulty.xml"_s,
-            "<KTR><PIN>12x4</PIN><Stationskennung>a,b</Stationskennung><GSM-Nummer1>+4 9</GSM-Nummer1>"
+            "<KTR><PIN>12x4</PIN><Stationskennung>a,b</Stationskennung><Alivecycle>x</"
+            "Alivecycle><GSM-Nummer1>+4 9</GSM-Nummer1>"
             "<Grenzwert2 Alarm='\xD0\x96' Grenzwert='low'/><Schaltpunkt0 IP='1' Typ='12' Start='2613010000'/>"
             "<Schaltpunkt1 IP='1' Typ='15' Start='soon'/><Ethernet IP='1.2.3.256' Subnet='255.255.255.0' "
             "MAC3='0'/></KTR>");
