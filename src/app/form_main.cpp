@@ -100,7 +100,8 @@ void FormMain::layOut()
     m_status = new StatusLine(this);
     setStatusBar(m_status);
 
-    resize(comfortableSize.boundedTo(screen()->availableSize()));
+    constexpr QSize frame(16, 56); // what the window manager puts around it, at most
+    resize(comfortableSize.boundedTo(screen()->availableSize() - frame));
     const SettingsStore store;
     restoreGeometry(
         QByteArray::fromBase64(store.GetSetting(storeName, windowSection, geometryKey).toLatin1()));

@@ -27,7 +27,7 @@ void LinkPresenter::connectLink()
     connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
     connect(&m_link, &ModuleLink::stepSent, this, [this](int step) {
         showProgress(step);
-        Q_EMIT told(tr("Step %1 of %2 sent").arg(step).arg(steps::last));
+        m_status.tell(tr("Step %1 of %2 sent").arg(step).arg(steps::last)); // the events would drown in them
     });
     connect(&m_link, &ModuleLink::transmissionEnded, this, [this](int sent, int refused) {
         showProgress(0);

@@ -1,38 +1,13 @@
 #include "app/status_line.h"
 
+#include "editor/lamp.h"
+
 #include <QEvent>
 #include <QLabel>
-#include <QPainter>
 #include <QProgressBar>
 #include <QResizeEvent>
 
 namespace ktr {
-
-namespace {
-
-const QColor connectedGreen(0, 192, 0);
-constexpr int lampSize = 14;
-
-/// A lamp: filled with its background colour, round and still clear to those who see no green from its
-/// filling.
-class Lamp : public QLabel
-{
-public:
-    using QLabel::QLabel;
-
-protected:
-    void paintEvent(QPaintEvent *) override
-    {
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::Antialiasing);
-        const QRectF circle = QRectF(rect()).adjusted(1, 1, -1, -1);
-        painter.setPen(palette().color(QPalette::WindowText));
-        painter.setBrush(palette().color(QPalette::Window));
-        painter.drawEllipse(circle);
-    }
-};
-
-} // namespace
 
 StatusLine::StatusLine(QWidget *parent)
     : QStatusBar(parent),
@@ -43,7 +18,6 @@ StatusLine::StatusLine(QWidget *parent)
       m_progress(new QProgressBar(this))
 {
     m_lamp->setObjectName(QStringLiteral("Opt_connected"));
-    m_lamp->setFixedSize(lampSize, lampSize);
     m_link->setObjectName(QStringLiteral("lbl_link"));
     m_event->setObjectName(QStringLiteral("lbl_event"));
     m_event->setTextFormat(Qt::PlainText);
@@ -81,11 +55,7 @@ void StatusLine::elide()
 void StatusLine::showLink(const QString &text, bool connected)
 {
     m_link->setText(text);
-    m_lamp->setAccessibleName(text);
-    m_lamp->setToolTip(text);
-    QPalette palette;
-    palette.setColor(QPalette::Window, connected ? connectedGreen : palette.color(QPalette::Mid));
-    m_lamp->setPalette(palette);
+    m_lamp->show(connected, text);
 }
 
 void StatusLine::showModified(bool modified)

@@ -7,6 +7,8 @@ class QProgressBar;
 
 namespace ktr {
 
+class Lamp;
+
 /// The status bar: the state of the link, the last event, whether the configuration is modified, and how
 /// far a transmission is.
 class StatusLine : public QStatusBar
@@ -37,7 +39,7 @@ private:
     void elide();
 
     QString m_lastEvent;
-    QLabel *m_lamp; ///< Opt_connected
+    Lamp *m_lamp; ///< Opt_connected
     QLabel *m_link;
     QLabel *m_event;
     QLabel *m_modified;

@@ -1,5 +1,7 @@
 #include "editor/connection_page.h"
 
+#include "editor/lamp.h"
+
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -98,7 +100,7 @@ QWidget *ConnectionPage::stateCard()
     auto *card = captioned(new QGroupBox(this), Text::Connection);
     auto *rows = new QVBoxLayout(card);
     auto *row = new QHBoxLayout;
-    m_lamp = new QLabel(card);
+    m_lamp = new Lamp(card);
     m_lamp->setObjectName(QStringLiteral("lbl_connection_lamp"));
     m_state = new QLabel(card);
     m_state->setObjectName(QStringLiteral("lbl_connection_state"));
@@ -160,13 +162,7 @@ void ConnectionPage::setState(const QString &text, bool connected)
 void ConnectionPage::showState()
 {
     const QString word = m_connected ? tr("connected") : tr("not connected");
-    m_lamp->setText(QString(m_connected ? QChar(u'●') : QChar(u'○')));
-    m_lamp->setAccessibleName(word);
-    QPalette palette;
-    if (m_connected) {
-        palette.setColor(QPalette::WindowText, QColor(0x00, 0xc0, 0x00));
-    }
-    m_lamp->setPalette(palette);
+    m_lamp->show(m_connected, word);
     m_state->setText(m_stateText.isEmpty() ? word : m_stateText);
 }
 

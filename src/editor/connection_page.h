@@ -6,6 +6,8 @@ class QBoxLayout;
 
 namespace ktr {
 
+class Lamp;
+
 /// The ways to reach a module, and what became of the way chosen. It shows and asks; others connect.
 class ConnectionPage : public Page
 {
@@ -38,7 +40,7 @@ private:
 
     QComboBox *m_ports = nullptr;
     QLineEdit *m_address = nullptr;
-    QLabel *m_lamp = nullptr;
+    Lamp *m_lamp = nullptr;
     QLabel *m_state = nullptr;
     QPlainTextEdit *m_events = nullptr;
     bool m_connected = false;
