@@ -39,6 +39,9 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "usage: screenshots FOLDER [--all]\n");
         return 2;
     }
+    const QDir pictures(QDir(arguments.front()).absolutePath());
+    QDir::setCurrent(
+        QStringLiteral(KTR_SOURCE_DIR)); // the status bar then tells a path that is the same anywhere
     const bool all = arguments.contains(QStringLiteral("--all"));
     const QTemporaryDir folder;
     MRegistry::setRegistryFile(folder.filePath(QStringLiteral("registry.json")));
@@ -60,7 +63,7 @@ int main(int argc, char **argv)
                              folder.filePath(QStringLiteral("instance"))});
             window.resize(laptop);
             window.start({u'-' + QString::fromLatin1(language), QStringLiteral("-load"),
-                          QStringLiteral(KTR_SOURCE_DIR "/samples/pumping-station.xml")});
+                          QStringLiteral("samples/pumping-station.xml")});
             settle();
             for (int page = 0; page < pageCount; ++page) {
                 window.tabs().setCurrentIndex(page);
@@ -70,7 +73,7 @@ int main(int argc, char **argv)
                                          .arg(QLatin1String(pageNames[static_cast<std::size_t>(page)]),
                                               german ? QStringLiteral("de") : QStringLiteral("en"),
                                               dark ? QStringLiteral("dark") : QStringLiteral("light"));
-                if (!window.grab().save(QDir(arguments.front()).filePath(name))) {
+                if (!window.grab().save(pictures.filePath(name))) {
                     std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(name));
                     return 1;
                 }
