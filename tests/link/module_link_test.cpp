@@ -1,0 +1,114 @@
+#include "config/fields.h"
+#include "link/module_link.h"
+#include "support/environment.h"
+#include "support/manual_timers.h"
+#include "support/silent_line.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace ktr;
+using namespace ktr::test;
+
+class ModuleLinkTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_link.goOffline();
+        m_line.opened.clear();
+        m_line.sent.clear();
+    }
+
+    void oneSearchAtTheStartStaysAtTheFirstPort()
+    {
+        m_link.searchOnce();
+        QCOMPARE(m_link.port(), "COM1");
+        m_timers.advance(std::chrono::minutes(5));
+        QCOMPARE(m_line.opened, QStringList("COM1"));
+        QVERIFY(!m_link.isConnected());
+        say("at+cpin?\r");
+        QVERIFY(m_link.isConnected());
+        QCOMPARE(m_link.state(), ModuleLink::State::Caught);
+    }
+
+    void aSearchThatFindsNobodyGoesOffline()
+    {
+        const QSignalSpy told(&m_link, &ModuleLink::told);
+        m_link.connectSerial({});
+        m_timers.advance(std::chrono::minutes(10));
+        QCOMPARE(m_link.state(), ModuleLink::State::Offline);
+        QVERIFY(!m_line.isOpen());
+        QVERIFY(m_line.opened.contains("COM2"));
+        QCOMPARE(told.last().front().toString(), "No module was heard at any serial port");
+    }
+
+    void aChosenPortIsTheOnlyOneTried()
+    {
+        m_link.connectSerial("COM2");
+        say("at+cpin?\r");
+        m_timers.advance(std::chrono::minutes(5));
+        QCOMPARE(m_line.opened, QStringList("COM2")); // the search has ended with the module
+    }
+
+    void aTransmissionSendsTheConfigurationOfItsStart()
+    {
+        const QSignalSpy ended(&m_link, &ModuleLink::transmissionEnded);
+        Configuration configuration;
+        makeNew(configuration, fixedEnvironment());
+        configuration.gsm.stationId = "as it was";
+        m_link.connectSerial("COM1");
+        m_link.transmit(configuration, false);
+        configuration.gsm.stationId = "edited later";
+        say("at+cpin?\r");
+        for (int step = steps::first; step <= steps::last; ++step) {
+            QVERIFY(m_link.isTransmitting());
+            say("at+cmgr=1\r");
+        }
+        QVERIFY(m_line.sent.contains("as it was"));
+        QVERIFY(!m_line.sent.contains("edited later"));
+        QCOMPARE(ended.size(), 1);
+        QCOMPARE(ended[0], (QVariantList{79, 0}));
+    }
+
+    void aLineThatBreaksTellsTheStepAndIsLookedForAgain()
+    {
+        const QSignalSpy broke(&m_link, &ModuleLink::transmissionBroke);
+        m_link.connectSerial("COM1");
+        m_link.transmit({}, false);
+        say("at+cpin?\r");
+        say("at+cmgr=1\r");
+        m_line.close();
+        Q_EMIT m_line.lost("unplugged", true);
+        QCOMPARE(broke.size(), 1);
+        QCOMPARE(broke[0].front().toInt(), 1);
+        QVERIFY(!m_link.isConnected() && !m_link.isTransmitting());
+        QCOMPARE(m_line.opened, QStringList({"COM1", "COM1"}));
+        m_line.sent.clear();
+        say("at+cmgr=1\r");
+        QVERIFY(!m_line.sent.contains("+IP")); // nothing goes on by itself
+    }
+
+    void offlineEndsEverything()
+    {
+        m_link.connectSerial("COM1");
+        say("at+cpin?\r");
+        m_link.transmit({}, false);
+        m_link.goOffline();
+        QVERIFY(!m_line.isOpen() && !m_link.isTransmitting() && !m_link.isConnected());
+        m_timers.advance(std::chrono::minutes(5));
+        QCOMPARE(m_line.opened.size(), 1);
+    }
+
+private:
+    void say(const QByteArray &line) { Q_EMIT m_line.received(line); }
+
+    SilentLine m_line;
+    ManualTimers m_timers;
+    ModuleLink m_link{m_line, m_timers, fixedEnvironment(), [] { return QStringList{"COM1", "COM2"}; }};
+};
+
+QTEST_GUILESS_MAIN(ModuleLinkTest)
+#include "module_link_test.moc"
