@@ -79,7 +79,11 @@ FormMain::FormMain(const Services &services)
     connect(&m_instance, &SingleInstance::closeRequested, this, &QWidget::close);
 }
 
-FormMain::~FormMain() = default;
+FormMain::~FormMain()
+{
+    // They look at the members to their end, for example when the focus leaves them.
+    qDeleteAll(findChildren<QWidget *>(Qt::FindDirectChildrenOnly));
+}
 
 void FormMain::layOut()
 {
