@@ -264,6 +264,10 @@
         <source>%1 cannot be opened</source>
         <translation>%1 lässt sich nicht öffnen</translation>
     </message>
+    <message>
+        <source>The settings could not be read; they are kept under another name beside the new ones</source>
+        <translation>Die Einstellungen waren nicht lesbar; sie bleiben unter anderem Namen neben den neuen erhalten</translation>
+    </message>
 </context>
 <context>
     <name>ktr::GsmPage</name>

@@ -26,6 +26,7 @@
 #include "editor/test_page.h"
 #include "lang/load_texts.h"
 #include "platform/helper_program.h"
+#include "platform/registry.h"
 #include "platform/settings_store.h"
 
 #include <QAction>
@@ -117,6 +118,8 @@ void FormMain::layOut()
 void FormMain::start(const QStringList &arguments)
 {
     m_options = CommandLine::parse(arguments);
+    languageSetting();
+    m_settingsLost = MRegistry::lastError() == MRegistry::Error::Corrupt; // the next writing moves them aside
     setLanguage(languageAtStart());
     if (!m_instance.otherIsRunning()) {
         m_instance.claim();
@@ -159,6 +162,9 @@ void FormMain::finishStart()
     updateTitle();
     m_linkPresenter->show();
     m_tabs->enterPage();
+    if (m_settingsLost) {
+        tell(tr("The settings could not be read; they are kept under another name beside the new ones"));
+    }
     show();
     tellMissingTexts();
 }

@@ -102,6 +102,7 @@ private:
     EditorContext m_context;
     ModuleLink m_link;
     SingleInstance m_instance;
+    bool m_settingsLost = false;
     QString m_missingTexts; ///< what is to be said once the window is there
 
     MainMenu *m_menu;

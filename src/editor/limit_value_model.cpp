@@ -1,7 +1,8 @@
 #include "editor/limit_value_model.h"
 
 #include "config/channel_use.h"
-#include "editor/channel_captions.h"
+#include "config/channels.h"
+#include "editor/limit_units.h"
 
 namespace ktr {
 
@@ -43,7 +44,7 @@ void LimitValueModel::show(const Configuration &configuration, const TextTable &
             rows.push_back({{combinedEntries(value.reference), {}, value.alarm}, value.reference != 0});
         } else {
             const bool inUse = value.channel != 0;
-            const QString channel = inUse ? channelItem(value.channel, texts) : QString();
+            const QString channel = inUse ? channelText(value.channel) : QString();
             rows.push_back({{channel, condition(configuration, value, texts), value.alarm}, inUse});
         }
     }

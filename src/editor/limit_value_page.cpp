@@ -2,7 +2,7 @@
 
 #include "config/channel_use.h"
 #include "config/channels.h"
-#include "editor/channel_captions.h"
+#include "editor/limit_units.h"
 #include "editor/combo_items.h"
 #include "editor/entry_chooser.h"
 #include "editor/limit_value_model.h"
@@ -147,14 +147,9 @@ QWidget *LimitValuePage::thresholdPart()
     grid->setColumnStretch(2, 1);
 
     m_channel = new QComboBox(part);
-    onTexts([this] {
-        QStringList items;
-        for (int channel = 0; channel <= channelCount; ++channel) {
-            items += channelItem(channel, context().texts);
-        }
-        setItems(m_channel, items);
-    });
-    setItems(m_channel, QStringList(channelCount + 1));
+    for (int channel = 0; channel <= channelCount; ++channel) {
+        m_channel->addItem(channelText(channel)); // the same in every language
+    }
     binder().index(m_channel, field(&LimitValue::channel), Binder::Again::IsIgnored);
     connect(m_channel, &QComboBox::activated, this, &LimitValuePage::load);
     tip(m_channel, [] { return tr("The input or output that is watched"); });

@@ -1,7 +1,7 @@
 #include "editor/switch_point_model.h"
 
 #include "config/channels.h"
-#include "editor/channel_captions.h"
+#include "editor/limit_units.h"
 #include "platform/text_rules.h"
 
 namespace ktr {
@@ -62,8 +62,7 @@ QStringList limitValueItems(const EditorContext &context)
 {
     QStringList items;
     for (int entry = 0; const LimitValue &value : context.document.configuration().limitValues) {
-        items +=
-            QString::number(++entry) + QLatin1String("  IP:") + channelItem(value.channel, context.texts);
+        items += QString::number(++entry) + QLatin1String("  IP:") + channelText(value.channel);
     }
     return items;
 }

@@ -133,6 +133,10 @@ private Q_SLOTS:
             QVERIFY(box->text().startsWith("The File language.ini doesn't exists.\r\nUsing"));
         }
         QVERIFY(m_window->isVisible());
+        QVERIFY(m_window->findChild<QLabel *>("lbl_event")
+                    ->toolTip()
+                    .startsWith("The settings could not be read"));
+        QCOMPARE(QDir(m_folder->path()).entryList({"registry.json.unreadable*"}).size(), 1);
         typeOver(field("txt_gsm_id"), "still works");
         QCOMPARE(m_window->document().configuration().gsm.stationId, "still works");
     }

@@ -104,7 +104,7 @@ private Q_SLOTS:
     {
         auto *channel = control<QComboBox>(m_page, "Cbo_gw_ip");
         QCOMPARE(channel->count(), 19);
-        QCOMPARE(channel->itemText(0), "invalid");
+        QCOMPARE(channel->itemText(0), QStringLiteral("ungültig"));
         choose(channel, 0);
         QVERIFY(!m_all.document.isModified());
         choose(channel, 9);

@@ -1,14 +1,8 @@
-#include "editor/channel_captions.h"
+#include "editor/limit_units.h"
 
 #include "config/channel_use.h"
-#include "config/channels.h"
 
 namespace ktr {
-
-QString channelItem(int channel, const TextTable &texts)
-{
-    return channel == 0 ? texts.text(Text::Invalid) : channelText(channel);
-}
 
 LimitUnits limitUnits(const Configuration &configuration, int channel, const TextTable &texts)
 {

@@ -5,9 +5,6 @@
 
 namespace ktr {
 
-/// The item of a channel 0..18 in lists that offer channels; empty outside.
-QString channelItem(int channel, const TextTable &texts);
-
 /// In what a channel's limit and hysteresis count; "0/1" and "0" where the channel has two states only.
 struct LimitUnits
 {
