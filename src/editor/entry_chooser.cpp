@@ -7,11 +7,36 @@
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QTableView>
+#include <QWheelEvent>
 
 namespace ktr {
 
+namespace {
+
+/// One entry a notch of the wheel, where a scroll bar otherwise passes several lines.
+class EntryScrollBar : public QScrollBar
+{
+public:
+    using QScrollBar::QScrollBar;
+
+protected:
+    void wheelEvent(QWheelEvent *event) override
+    {
+        constexpr int notch = 120;
+        m_turned += event->angleDelta().y();
+        setValue(value() - m_turned / notch);
+        m_turned %= notch;
+        event->accept();
+    }
+
+private:
+    int m_turned = 0;
+};
+
+} // namespace
+
 EntryChooser::EntryChooser(const Names &names, EntryModel *model, const Widths &widths, QWidget *parent)
-    : QWidget(parent), m_overview(new QTableView(this)), m_scrollBar(new QScrollBar(Qt::Vertical, this))
+    : QWidget(parent), m_overview(new QTableView(this)), m_scrollBar(new EntryScrollBar(Qt::Vertical, this))
 {
     m_overview->setObjectName(names.overview);
     m_overview->setModel(model);
