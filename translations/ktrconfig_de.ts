@@ -268,6 +268,10 @@
         <source>The settings could not be read; they are kept under another name beside the new ones</source>
         <translation>Die Einstellungen waren nicht lesbar; sie bleiben unter anderem Namen neben den neuen erhalten</translation>
     </message>
+    <message>
+        <source>The settings cannot be written; the choice holds for this run</source>
+        <translation>Die Einstellungen sind nicht schreibbar; die Wahl gilt für diesen Lauf</translation>
+    </message>
 </context>
 <context>
     <name>ktr::GsmPage</name>

@@ -485,8 +485,14 @@ void FormMain::showSettings()
             applyAppearance(*qApp, appearance);
         };
         m_settings = new frmSettings(
-            m_texts, [this](const QString &language) { setLanguage(language); }, appearanceSetting(),
-            changeAppearance, this);
+            m_texts,
+            [this](const QString &language) {
+                setLanguage(language);
+                if (languageSetting() != language) {
+                    tell(tr("The settings cannot be written; the choice holds for this run"));
+                }
+            },
+            appearanceSetting(), changeAppearance, this);
         m_settings->setAttribute(Qt::WA_DeleteOnClose);
     }
     m_settings->show();

@@ -28,7 +28,8 @@ QString languageAtStart()
         MRegistry::CreateRegistryKey(root, key);
         setLanguageSetting(englishLanguage);
     }
-    return languageSetting();
+    const QString language = languageSetting();
+    return language.isEmpty() ? QString(englishLanguage) : language; // a registry that cannot be written
 }
 
 } // namespace ktr

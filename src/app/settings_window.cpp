@@ -117,15 +117,17 @@ void frmSettings::apply()
     // Loading the texts may show a message, under which nothing here may be pressed.
     m_ok->setEnabled(false);
     m_abort->setEnabled(false);
-    setLanguageSetting(m_languages[0]->isChecked() ? englishLanguage : germanLanguage);
+    const QString chosen = m_languages[0]->isChecked() ? englishLanguage : germanLanguage;
+    setLanguageSetting(chosen);
     m_apply->setEnabled(false);
-    m_changeLanguage(languageSetting());
+    const QString kept = languageSetting();
+    m_changeLanguage(kept.isEmpty() ? chosen : kept); // for this run even where nothing can be kept
     applyTexts();
     for (std::size_t index = 0; index < m_appearances.size(); ++index) {
-        const auto chosen = static_cast<Appearance>(index);
-        if (m_appearances[index]->isChecked() && chosen != m_appearance) {
-            m_appearance = chosen;
-            m_changeAppearance(chosen);
+        const auto appearance = static_cast<Appearance>(index);
+        if (m_appearances[index]->isChecked() && appearance != m_appearance) {
+            m_appearance = appearance;
+            m_changeAppearance(appearance);
         }
     }
     m_ok->setEnabled(true);

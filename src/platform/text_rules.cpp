@@ -1,5 +1,7 @@
 #include "platform/text_rules.h"
 
+#include <QRegularExpression>
+
 #include <algorithm>
 #include <array>
 #include <cfenv>
@@ -128,27 +130,64 @@ QString withoutUmlauts(QString text)
     return text;
 }
 
+namespace {
+
+/// A year of two digits is one of this century: no module is older.
+QDate inThisCentury(int year, int month, int day)
+{
+    return QDate(year < 100 ? 2000 + year : year, month, day);
+}
+
+/// Three numbers: with dots day.month.year, with the year first the other way round, else in the locale's
+/// order, or day and month exchanged where that order makes no date.
+std::optional<QDate> numericDate(const QString &text, const QLocale &locale)
+{
+    static const QRegularExpression form(
+        QStringLiteral("^([0-9]{1,2}|[0-9]{4})\\s*([./-])\\s*([0-9]{1,2})\\s*\\2\\s*([0-9]{1,2}|[0-9]{4})$"));
+    const QRegularExpressionMatch match = form.match(text);
+    if (!match.hasMatch()) {
+        return std::nullopt;
+    }
+    const int first = match.captured(1).toInt();
+    const int second = match.captured(3).toInt();
+    const int third = match.captured(4).toInt();
+    const QString order = locale.dateFormat(QLocale::ShortFormat);
+    const bool dots = match.captured(2) == u".";
+    const bool yearFirst = match.capturedLength(1) == 4 || (!dots && order.startsWith(u'y'));
+    const bool monthFirst = !dots && order.indexOf(u'M') < order.indexOf(u'd');
+    QDate date = yearFirst    ? inThisCentury(first, second, third)
+                 : monthFirst ? inThisCentury(third, first, second)
+                              : inThisCentury(third, second, first);
+    if (!date.isValid() && monthFirst && !yearFirst) {
+        date = inThisCentury(third, second, first);
+    }
+    return date.isValid() ? std::optional(date) : std::nullopt;
+}
+
+} // namespace
+
 std::optional<QDate> toDate(const QString &text, const QLocale &locale)
 {
     const QString plain = text.trimmed();
-    // A year of two digits is one of this century: no module is older.
-    const auto inThisCentury = [](QDate date) { return date.year() < 2000 ? date.addYears(100) : date; };
-    for (const QLocale::FormatType type : {QLocale::ShortFormat, QLocale::LongFormat}) {
-        const QString format = locale.dateFormat(type);
+    if (const auto date = numericDate(plain, locale)) {
+        return date;
+    }
+    const QStringList worded = {locale.dateFormat(QLocale::ShortFormat),
+                                locale.dateFormat(QLocale::LongFormat),
+                                QStringLiteral("d. MMMM yyyy"),
+                                QStringLiteral("d MMMM yyyy"),
+                                QStringLiteral("MMMM d, yyyy"),
+                                QStringLiteral("d. MMM yyyy"),
+                                QStringLiteral("d MMM yyyy"),
+                                QStringLiteral("MMM d, yyyy")};
+    for (const QString &format : worded) {
         const QDate date = locale.toDate(plain, format);
         if (date.isValid()) {
-            return format.count(u'y') <= 2 ? inThisCentury(date) : date;
+            const bool shortYear = format.count(u'y') <= 2;
+            return inThisCentury(shortYear ? date.year() % 100 : date.year(), date.month(), date.day());
         }
     }
-    const QLocale c = QLocale::c();
-    for (const QLatin1String format : {QLatin1String("d.M.yyyy"), QLatin1String("yyyy-M-d")}) {
-        const QDate date = c.toDate(plain, format);
-        if (date.isValid()) {
-            return date;
-        }
-    }
-    const QDate date = c.toDate(plain, QLatin1String("d.M.yy"));
-    return date.isValid() ? std::optional(inThisCentury(date)) : std::nullopt;
+    return std::nullopt;
 }
 
 std::optional<QDateTime> toMinute(const QString &text)

@@ -69,6 +69,13 @@ private Q_SLOTS:
         QCOMPARE(toDate(u"24.12.2026"_s, test::german()), christmas);
         QCOMPARE(toDate(u"12/24/26"_s, test::english()), christmas);
         QCOMPARE(toDate(u"2026-12-24"_s, test::english()), christmas);
+        for (const QString &text : {u"12/24/2026"_s, u"24/12/2026"_s, u"24.12.2026"_s, u"December 24, 2026"_s,
+                                    u"24 Dec 2026"_s, u"2026/12/24"_s, u"12-24-26"_s}) {
+            QCOMPARE(toDate(text, test::english()), christmas);
+        }
+        QCOMPARE(toDate(u"5/6/2026"_s, QLocale(QLocale::English, QLocale::UnitedKingdom)), QDate(2026, 6, 5));
+        QCOMPARE(toDate(u"24. Dezember 2026"_s, test::german()), christmas);
+        QVERIFY(!toDate(u"24.12/2026"_s, test::english()));
         QVERIFY(!toDate(u"31.02.2026"_s, test::german()));
         QVERIFY(!toDate(u"soon"_s, test::english()));
     }
