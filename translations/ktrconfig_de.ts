@@ -145,6 +145,10 @@
         <source>the command has characters that the module does not know</source>
         <translation>der Befehl enthält Zeichen, die das Modul nicht kennt</translation>
     </message>
+    <message>
+        <source>is none of the choices</source>
+        <translation>gehört nicht zur Auswahl</translation>
+    </message>
 </context>
 <context>
     <name>ktr::CalibrationPage</name>
@@ -269,8 +273,12 @@
         <translation>Die Einstellungen waren nicht lesbar; sie bleiben unter anderem Namen neben den neuen erhalten</translation>
     </message>
     <message>
-        <source>The settings cannot be written; the choice holds for this run</source>
-        <translation>Die Einstellungen sind nicht schreibbar; die Wahl gilt für diesen Lauf</translation>
+        <source>The settings cannot be written; what is chosen holds for this run</source>
+        <translation>Die Einstellungen sind nicht schreibbar; was gewählt wird, gilt für diesen Lauf</translation>
+    </message>
+    <message>
+        <source>A file dialog is still open; the window can be closed after it</source>
+        <translation>Ein Dateidialog ist noch offen; danach lässt sich das Fenster schließen</translation>
     </message>
 </context>
 <context>
@@ -556,10 +564,6 @@
 </context>
 <context>
     <name>ktr::ModuleLink</name>
-    <message>
-        <source>Listening on %1</source>
-        <translation>An %1 wird auf das Modul gewartet</translation>
-    </message>
     <message>
         <source>No module was heard at any serial port</source>
         <translation>An keinem seriellen Port hat sich ein Modul gemeldet</translation>

@@ -121,14 +121,16 @@ void FileCommands::load(const QString &fileName)
 
 bool FileCommands::loadFirst(const QString &fileName, const QString &asWritten)
 {
-    ReadReport report = m_document.load(fileName);
+    QString loaded = fileName;
+    ReadReport report = m_document.load(loaded);
     if (!report.opened) {
-        report = m_document.load(asWritten); // where "A.xml" and "a.xml" are two files
+        loaded = asWritten; // where "A.xml" and "a.xml" are two files
+        report = m_document.load(loaded);
     }
     if (!report.opened) {
         m_document.setFileName(QString());
-        Q_EMIT told(report.document.message());
     }
+    tellRead(report, loaded);
     return report.opened;
 }
 

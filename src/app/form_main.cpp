@@ -99,12 +99,22 @@ void FormMain::layOut()
     };
     m_tabs = new PageTabs(m_context, build, body);
     m_problemPanel = new ProblemPanel(describe, body);
+    // Pages are built after the panel, and yet come before it.
+    connect(m_tabs, &PageTabs::built, m_problemPanel, [this](Page *page) {
+        QWidget *last = page;
+        while (page->isAncestorOf(last->nextInFocusChain())) {
+            last = last->nextInFocusChain();
+        }
+        m_problemPanel->followInTabOrder(last);
+    });
     layout->addWidget(m_tabs, 1);
     layout->addWidget(m_problemPanel);
     setCentralWidget(body);
     m_status = new StatusLine(this);
     setStatusBar(m_status);
 
+    constexpr QSize smallest(560, 320); // a laptop's screen at twice the scale still holds it
+    setMinimumSize(smallest);
     constexpr QSize frame(16, 56); // what the window manager puts around it, at most
     resize(comfortableSize.boundedTo(screen()->availableSize() - frame));
     const SettingsStore store;
@@ -119,8 +129,14 @@ void FormMain::start(const QStringList &arguments)
 {
     m_options = CommandLine::parse(arguments);
     languageSetting();
-    m_settingsLost = MRegistry::lastError() == MRegistry::Error::Corrupt; // the next writing moves them aside
+    if (MRegistry::lastError() == MRegistry::Error::Corrupt) { // the next writing moves them aside
+        m_settingsTrouble =
+            tr("The settings could not be read; they are kept under another name beside the new ones");
+    }
     setLanguage(languageAtStart());
+    if (languageSetting().isEmpty()) {
+        m_settingsTrouble = tr("The settings cannot be written; what is chosen holds for this run");
+    }
     if (!m_instance.otherIsRunning()) {
         m_instance.claim();
         finishStart();
@@ -162,8 +178,8 @@ void FormMain::finishStart()
     updateTitle();
     m_linkPresenter->show();
     m_tabs->enterPage();
-    if (m_settingsLost) {
-        tell(tr("The settings could not be read; they are kept under another name beside the new ones"));
+    if (!m_settingsTrouble.isEmpty()) {
+        tell(m_settingsTrouble);
     }
     show();
     tellMissingTexts();
@@ -203,6 +219,7 @@ void FormMain::closeEvent(QCloseEvent *event)
     if (m_files->dialogs().isBusy()) {
         event->ignore();
         QApplication::beep();
+        tell(tr("A file dialog is still open; the window can be closed after it"));
         return;
     }
     for (QWidget *window : std::initializer_list<QWidget *>{m_preview, m_about, m_settings}) {
@@ -489,7 +506,7 @@ void FormMain::showSettings()
             [this](const QString &language) {
                 setLanguage(language);
                 if (languageSetting() != language) {
-                    tell(tr("The settings cannot be written; the choice holds for this run"));
+                    tell(tr("The settings cannot be written; what is chosen holds for this run"));
                 }
             },
             appearanceSetting(), changeAppearance, this);

@@ -102,8 +102,8 @@ private:
     EditorContext m_context;
     ModuleLink m_link;
     SingleInstance m_instance;
-    bool m_settingsLost = false;
-    QString m_missingTexts; ///< what is to be said once the window is there
+    QString m_settingsTrouble; ///< told when the start is over
+    QString m_missingTexts;    ///< what is to be said once the window is there
 
     MainMenu *m_menu;
     PageTabs *m_tabs;

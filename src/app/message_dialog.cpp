@@ -59,7 +59,7 @@ QSize wrappedSize(const QLabel &label, const QRect &screen)
 } // namespace
 
 Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString &text)
-    : QWidget(parent, Qt::Dialog),
+    : QWidget(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint),
       m_kind(kind),
       m_label(new QLabel(this)),
       m_input(new QLineEdit(this)),
@@ -97,6 +97,15 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
 
 void Dialog::message(QWidget *parent, const TextTable &texts, const QString &text)
 {
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        auto *shown = qobject_cast<Dialog *>(window);
+        if (shown != nullptr && shown->m_kind == Kind::Message && shown->isVisible() && !shown->m_answered &&
+            shown->m_label->text() == text) {
+            shown->raise(); // told already, and not yet read
+            shown->activateWindow();
+            return;
+        }
+    }
     // Below a question that is open, this window would be blocked and might hide it; above it, it is not.
     auto *const open = qobject_cast<Dialog *>(QApplication::activeModalWidget());
     (new Dialog(open != nullptr ? open : parent, Kind::Message, texts, text))->appear();

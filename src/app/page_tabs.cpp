@@ -1,6 +1,7 @@
 #include "app/page_tabs.h"
 
 #include <QScrollArea>
+#include <QShortcut>
 #include <QTabBar>
 
 namespace ktr {
@@ -24,9 +25,17 @@ PageTabs::PageTabs(EditorContext &context, Builder build, QWidget *parent)
         auto *area = new QScrollArea(this);
         area->setFrameShape(QFrame::NoFrame);
         area->setWidgetResizable(true);
+        area->setFocusPolicy(Qt::NoFocus);
         addTab(area, QString());
     }
     connect(this, &QTabWidget::currentChanged, this, &PageTabs::enterPage);
+    const auto turn = [this](int by) { setCurrentIndex((currentIndex() + by + pageCount) % pageCount); };
+    const auto addKey = [this, turn](int key, int by) {
+        auto *shortcut = new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(key)), this);
+        connect(shortcut, &QShortcut::activated, this, [turn, by] { turn(by); });
+    };
+    addKey(Qt::Key_PageDown, 1);
+    addKey(Qt::Key_PageUp, -1);
 }
 
 Page *PageTabs::page(PageIndex index)
@@ -38,6 +47,7 @@ Page *PageTabs::page(PageIndex index)
         page->showRecords();
         page->setProblems(m_problems);
         static_cast<QScrollArea *>(widget(static_cast<int>(index)))->setWidget(page);
+        Q_EMIT built(page);
     }
     return page;
 }

@@ -54,6 +54,9 @@ public:
     /// Does what choosing the present page's tab does.
     void enterPage();
 
+Q_SIGNALS:
+    void built(ktr::Page *page);
+
 private:
     struct Found
     {

@@ -82,6 +82,12 @@ void ProblemPanel::showSummary()
     m_list->setAccessibleName(tr("Problems"));
 }
 
+void ProblemPanel::followInTabOrder(QWidget *control)
+{
+    setTabOrder(control, m_header);
+    setTabOrder(m_header, m_list);
+}
+
 bool ProblemPanel::isUnfolded() const
 {
     return m_header->isChecked();

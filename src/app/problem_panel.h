@@ -27,6 +27,9 @@ public:
     bool isUnfolded() const;
     void unfold(bool unfolded);
 
+    /// Lets the Tab key reach the panel after this control.
+    void followInTabOrder(QWidget *control);
+
 Q_SIGNALS:
     /// The user wants to go to the field.
     void chosen(const ktr::Problem &problem);

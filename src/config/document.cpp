@@ -78,7 +78,7 @@ void Document::setModified(bool modified)
 ReadReport Document::load(const QString &fileName)
 {
     // Asked before anything is touched: a file that is not there must not cost the present edits.
-    if (const QFileInfo info(fileCalled(fileName)); !info.exists() || !info.isReadable() || info.isDir()) {
+    if (const QFileInfo info(fileCalled(fileName)); !info.isFile() || !info.isReadable()) {
         ReadReport report;
         report.opened = false;
         report.document =

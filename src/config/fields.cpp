@@ -126,6 +126,14 @@ QString hexadecimalByte(const QString &text)
     return sound ? QString() : told(QT_TRANSLATE_NOOP("Problems", "is no byte of two hexadecimal digits"));
 }
 
+/// The numbers of a list's items or of a group's buttons.
+template <int lowest, int highest> QString chosenFrom(const QString &text)
+{
+    return toWholeNumber(text, lowest, highest)
+               ? QString()
+               : told(QT_TRANSLATE_NOOP("Problems", "is none of the choices"));
+}
+
 QString startTime(const QString &text)
 {
     const bool sound = text.isEmpty() || toMinute(text);
@@ -212,11 +220,11 @@ constexpr std::array limitValueFields = {
     Field<LimitValue>{.xmlName = u"Delay", .member = &LimitValue::delay, .control = {"Txt_gw_delay"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Grenzwert", .member = &LimitValue::limit, .control = {"Txt_gw_gw"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Hysterese", .member = &LimitValue::hysteresis, .control = {"Txt_gw_hysterese"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"IP", .member = &LimitValue::channel, .control = {"Cbo_gw_ip"}, .whenNew = is(u"0"), .beforeReading = is(u"0"), .whenEmpty = is(u"0"), .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"Vergleich", .member = &LimitValue::comparison, .control = {"Opt_gw_vergleich"}, .whenNew = is(u"1"), .beforeReading = is(u"1"), .whenEmpty = is(u"1"), .whenRead = presentComparison, .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"IP", .member = &LimitValue::channel, .control = {"Cbo_gw_ip"}, .whenNew = is(u"0"), .beforeReading = is(u"0"), .whenEmpty = is(u"0"), .check = chosenFrom<0, 18>, .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"Vergleich", .member = &LimitValue::comparison, .control = {"Opt_gw_vergleich"}, .whenNew = is(u"1"), .beforeReading = is(u"1"), .whenEmpty = is(u"1"), .whenRead = presentComparison, .check = chosenFrom<1, 3>, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Bezug", .member = &LimitValue::reference, .control = {"Check_gw_Bezug"}, .whenEmpty = is(u"0"), .applies = combinesLimitValues},
     Field<LimitValue>{.xmlName = u"MSN", .member = &LimitValue::recipients, .control = {"chk_gw_msn"}, .whenNew = is(u"255"), .beforeReading = is(u"255"), .whenEmpty = keep},
-    Field<LimitValue>{.xmlName = u"Wiederholung", .member = &LimitValue::repetitions, .control = {"Combo_gw_wiederholung"}, .whenEmpty = is(u"0")},
+    Field<LimitValue>{.xmlName = u"Wiederholung", .member = &LimitValue::repetitions, .control = {"Combo_gw_wiederholung"}, .whenEmpty = is(u"0"), .check = chosenFrom<0, 15>},
     Field<LimitValue>{.xmlName = u"Wiederholungsintervall", .member = &LimitValue::repetitionInterval, .control = {"Text_gw_wiederholungsintervall"}, .whenEmpty = is(u"30"), .rule = minutesOfADay, .check = numericWithoutComma},
 };
 
@@ -254,13 +262,13 @@ constexpr std::array outputValueFields = {
 };
 
 constexpr std::array switchPointFields = {
-    Field<SwitchPoint>{.xmlName = u"IP", .member = &SwitchPoint::target, .control = {"Cmb_swtch_ip"}, .whenNew = is(u"0"), .whenEmpty = keep},
+    Field<SwitchPoint>{.xmlName = u"IP", .member = &SwitchPoint::target, .control = {"Cmb_swtch_ip"}, .whenNew = is(u"0"), .whenEmpty = keep, .check = chosenFrom<0, 10>},
     // "new" gives 0, a file without a period 1: both are wanted.
     Field<SwitchPoint>{.xmlName = u"Periode", .member = &SwitchPoint::period, .control = {"Txt_swtch_periode"}, .whenNew = is(u"0"), .whenEmpty = is(u"1"), .check = numericWithoutComma},
     Field<SwitchPoint>{.xmlName = u"Start", .member = &SwitchPoint::start, .control = {"Txt_swtch_start"}, .whenNew = is(u""), .whenEmpty = is(presentMinute), .check = startTime},
-    Field<SwitchPoint>{.xmlName = u"Typ", .member = &SwitchPoint::type, .control = {"Cmb_swtch_typ"}, .whenNew = is(u"0"), .whenEmpty = keep},
+    Field<SwitchPoint>{.xmlName = u"Typ", .member = &SwitchPoint::type, .control = {"Cmb_swtch_typ"}, .whenNew = is(u"0"), .whenEmpty = keep, .check = chosenFrom<0, 16>},
     Field<SwitchPoint>{.xmlName = u"Wert", .member = &SwitchPoint::value, .control = {"Txt_swtch_wert"}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric},
-    Field<SwitchPoint>{.xmlName = u"GW-Bezug", .member = &SwitchPoint::limitValue, .control = {"Cmb_swtch_gw"}, .whenNew = is(u"0"), .whenEmpty = keep},
+    Field<SwitchPoint>{.xmlName = u"GW-Bezug", .member = &SwitchPoint::limitValue, .control = {"Cmb_swtch_gw"}, .whenNew = is(u"0"), .whenEmpty = keep, .check = chosenFrom<0, 19>},
 };
 
 constexpr std::array ethernetFields = {

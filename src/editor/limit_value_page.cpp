@@ -2,9 +2,9 @@
 
 #include "config/channel_use.h"
 #include "config/channels.h"
-#include "editor/limit_units.h"
 #include "editor/combo_items.h"
 #include "editor/entry_chooser.h"
+#include "editor/limit_units.h"
 #include "editor/limit_value_model.h"
 
 #include <QButtonGroup>

@@ -26,27 +26,6 @@ QString startTime(const QString &start, const QLocale &locale)
                   : start;
 }
 
-QStringList targetItems(const EditorContext &context)
-{
-    QStringList items;
-    for (int position = 0; position < targetCount; ++position) {
-        items += targetText(position);
-    }
-    if (!context.isGerman()) {
-        items[0] = context.texts.text(Text::Invalid);
-    }
-    for (int index = 0;
-         const Administrator &administrator : context.document.configuration().administrators) {
-        // A name that nobody has given yet tells less than the list's own item.
-        const QString given = QStringLiteral("Admin %1").arg(index + 1);
-        if (!administrator.name.isEmpty() && administrator.name != given) {
-            items[firstAdministratorTarget + index] = administrator.name;
-        }
-        ++index;
-    }
-    return items;
-}
-
 QStringList switchTypeItems(const EditorContext &context)
 {
     QStringList items;
@@ -80,6 +59,27 @@ void SwitchPointModel::setTexts(const EditorContext &context)
     m_types = switchTypeItems(context);
     setTitles({QStringLiteral("#"), tr("Target"), context.texts.text(Text::Type),
                context.texts.text(Text::SwitchValue)});
+}
+
+/// An administrator's name takes the place of the list's own item as soon as one is given, and stays there.
+QStringList SwitchPointModel::targetItems(const EditorContext &context)
+{
+    QStringList items;
+    for (int position = 0; position < targetCount; ++position) {
+        items += targetText(position);
+    }
+    if (!context.isGerman()) {
+        items[0] = context.texts.text(Text::Invalid);
+    }
+    const auto &administrators = context.document.configuration().administrators;
+    for (std::size_t index = 0; index < administrators.size(); ++index) {
+        const QString &name = administrators[index].name;
+        m_named[index] = m_named[index] || name != QStringLiteral("Admin %1").arg(index + 1);
+        if (m_named[index]) {
+            items[firstAdministratorTarget + static_cast<int>(index)] = name;
+        }
+    }
+    return items;
 }
 
 void SwitchPointModel::show(const EditorContext &context)

@@ -31,10 +31,12 @@ private:
         QString shown;
     };
 
+    QStringList targetItems(const EditorContext &context);
     QString target(const SwitchPoint &point) const;
     QString condition(const SwitchPoint &point, const QString &start, const TextTable &texts) const;
 
     std::array<Start, SwitchPoint::count> m_starts; ///< dates are slow to format for each keystroke
+    std::array<bool, 6> m_named{};                  ///< administrators whose names were ever given
     QStringList m_targets;
     QStringList m_types;
     QStringList m_limitValues;

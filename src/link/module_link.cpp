@@ -26,9 +26,8 @@ ModuleLink::ModuleLink(Transport &serial, Timers &timers, const Environment &env
         }
     });
     connect(&serial, &Transport::lost, this, &ModuleLink::lineLost);
-    connect(&m_search, &PortSearch::opened, this, [this](const QString &port) {
+    connect(&m_search, &PortSearch::opened, this, [this] {
         m_connected = false;
-        Q_EMIT told(tr("Listening on %1").arg(port));
         Q_EMIT changed();
     });
     connect(&m_search, &PortSearch::refused, this, &ModuleLink::told);

@@ -107,7 +107,7 @@ private Q_SLOTS:
             configuration.limitValues[2].channel = 9;
         });
         QCOMPARE(targets->currentText(), "Lobraile");
-        QCOMPARE(targets->itemText(7), "GSM Num. 3");
+        QCOMPARE(targets->itemText(7), ""); // a name that was given and taken away again
         QCOMPARE(limitValues->currentText(), "3  IP:9 AnalogIn 1");
         QCOMPARE(edits.size(), 1);
         QVERIFY(!m_all.document.isModified());
