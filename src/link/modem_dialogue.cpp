@@ -38,9 +38,15 @@ std::vector<ModemDialogue::Action> ModemDialogue::lineReceived(const QString &li
         m_actions.emplace_back(Caught{});
         sendLogged(QStringLiteral("config"));
     }
-    const bool sms = takeSms(line);
-    if (!sms && line.contains(QLatin1String("H,"))) {
-        m_actions.emplace_back(Reply{ReplyKind::History, {}, withoutLineEnds(line)});
+    QString other; // what belongs to no SMS
+    for (qsizetype at = 0; at < line.size();) {
+        const qsizetype end = line.indexOf(endOfSms, at);
+        const qsizetype next = end < 0 ? line.size() : end + 1;
+        other += takeSms(line.sliced(at, next - at));
+        at = next;
+    }
+    if (other.contains(QLatin1String("H,"))) {
+        m_actions.emplace_back(Reply{ReplyKind::History, {}, withoutLineEnds(other)});
     }
     if (m_transmissionSent) {
         takeNumber(line);
@@ -50,10 +56,10 @@ std::vector<ModemDialogue::Action> ModemDialogue::lineReceived(const QString &li
     if (line.contains(readSms)) {
         handOverCommand();
     }
-    const qsizetype message = line.indexOf(QLatin1String(" --> "));
-    if (!sms && message >= 0) {
+    const qsizetype message = other.indexOf(QLatin1String(" --> "));
+    if (message >= 0) {
         m_actions.emplace_back(
-            Reply{ReplyKind::Message, {}, withoutLineEnds(QStringView(line).mid(message + 1))});
+            Reply{ReplyKind::Message, {}, withoutLineEnds(QStringView(other).mid(message + 1))});
     }
     const qsizetype confirmed = line.indexOf(QStringLiteral("OK: §"));
     if (confirmed >= 0) {
@@ -64,23 +70,25 @@ std::vector<ModemDialogue::Action> ModemDialogue::lineReceived(const QString &li
 }
 
 /// Takes the lines of an SMS that the module sends, which may come as one or several; hands its text on
-/// once, at its Ctrl-Z. Whether the line belonged to an SMS.
-bool ModemDialogue::takeSms(const QString &line)
+/// once, at its Ctrl-Z. Gives back what does not belong to an SMS.
+QString ModemDialogue::takeSms(const QString &line)
 {
     QStringView text = line;
+    QString inFront;
     if (const qsizetype start = line.indexOf(sendSms); start >= 0) {
         // at+cmgs="number": the number begins with the tenth character.
         const QStringView number = text.mid(start + 9);
         const qsizetype quote = number.indexOf(u'"');
         m_smsNumber = quote < 0 ? QString() : number.first(quote).toString();
         m_smsText.clear();
+        inFront = line.first(start);
         const qsizetype end = line.indexOf(u'\r', start);
         text = end < 0 ? QStringView() : text.mid(end);
     } else if (line.contains(QLatin1String("at+"))) {
         m_smsNumber.reset(); // another command: the text will not come any more
     }
     if (!m_smsNumber) {
-        return false;
+        return line;
     }
     m_smsText += text;
     if (line.endsWith(endOfSms)) {
@@ -90,7 +98,7 @@ bool ModemDialogue::takeSms(const QString &line)
         m_actions.emplace_back(Reply{kind, *m_smsNumber, whole});
         m_smsNumber.reset();
     }
-    return true;
+    return inFront;
 }
 
 void ModemDialogue::takeNumber(const QString &line)

@@ -104,7 +104,7 @@ public:
     std::vector<Action> lineReceived(const QString &line);
 
 private:
-    bool takeSms(const QString &line);
+    QString takeSms(const QString &line);
     void takeNumber(const QString &line);
     void handOverCommand();
 
