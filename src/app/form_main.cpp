@@ -71,7 +71,8 @@ FormMain::FormMain(const Services &services)
     m_wait.setSingleShot(true);
     layOut();
     m_files = std::make_unique<FileCommands>(*this, m_document, m_history, m_texts);
-    m_linkPresenter = std::make_unique<LinkPresenter>(m_link, m_document, m_texts, *m_menu, *m_status);
+    m_linkPresenter =
+        std::make_unique<LinkPresenter>(m_link, m_services.timers, m_document, m_texts, *m_menu, *m_status);
     connectMenu();
     connectDocument();
     connectProblems();
@@ -270,7 +271,7 @@ Page *FormMain::buildPage(PageIndex index)
         break;
     }
     case PageIndex::FileInformation: {
-        auto *info = new InfoPage(m_context);
+        auto *info = made(new InfoPage(m_context));
         connectInfoPage(*info);
         page = info;
         break;

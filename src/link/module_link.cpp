@@ -17,7 +17,10 @@ ModuleLink::ModuleLink(Transport &serial, Timers &timers, const Environment &env
                    return QFileInfo::exists(m_wanted) || m_ports().contains(m_wanted) ? QStringList{m_wanted}
                                                                                       : QStringList();
                }),
-      m_session(serial, timers, environment)
+      m_session(serial, timers, environment),
+      m_firmware(joinPath(environment.programFolder, QStringLiteral("upgrade.bin"))),
+      m_selfProgram(timers.create()),
+      m_upload(serial, timers, serialPace)
 {
     connect(&serial, &Transport::received, this, [this] {
         if (!m_connected) {
@@ -41,19 +44,19 @@ ModuleLink::ModuleLink(Transport &serial, Timers &timers, const Environment &env
         setState(State::Caught);
         Q_EMIT told(tr("The module is in configuration mode"));
     });
-    connect(&m_session, &ModuleSession::replied, this,
-            [this](const ModemDialogue::Reply &reply) { Q_EMIT replied(reply.text); });
+    connect(&m_session, &ModuleSession::replied, this, &ModuleLink::replied);
     connect(&m_session, &ModuleSession::serviceConfirmed, this, &ModuleLink::serviceConfirmed);
-    connect(&m_session, &ModuleSession::commandSent, this, [this](std::optional<int> step, const QString &) {
-        m_search.stop(); // a module that reads its SMS is found
-        setState(State::Caught);
-        if (step) {
-            ++m_sent;
-            Q_EMIT stepSent(*step);
-        } else {
-            Q_EMIT commandLeft();
-        }
-    });
+    connect(&m_session, &ModuleSession::commandSent, this,
+            [this](std::optional<int> step, const QString &command) {
+                m_search.stop(); // a module that reads its SMS is found
+                setState(State::Caught);
+                if (step) {
+                    ++m_sent;
+                    Q_EMIT stepSent(*step);
+                } else {
+                    Q_EMIT commandLeft(command);
+                }
+            });
     connect(&m_session, &ModuleSession::commandRefused, this,
             [this](std::optional<int> step, const QString &) {
                 ++m_refused;
@@ -62,6 +65,11 @@ ModuleLink::ModuleLink(Transport &serial, Timers &timers, const Environment &env
             });
     connect(&m_session, &ModuleSession::transmitted, this,
             [this] { Q_EMIT transmissionEnded(m_sent, m_refused); });
+    connect(&m_session, &ModuleSession::firmwareAnnounced, this,
+            [this] { m_selfProgram->start(uploadDelay, [this] { startUpload(); }); });
+    connect(&m_upload, &FirmwareUpload::told, this, &ModuleLink::told);
+    connect(&m_upload, &FirmwareUpload::progressed, this, &ModuleLink::uploadProgressed);
+    connect(&m_upload, &FirmwareUpload::ended, this, &ModuleLink::uploadEnded);
 }
 
 void ModuleLink::setState(State state)
@@ -90,6 +98,8 @@ void ModuleLink::connectSerial(const QString &port)
 void ModuleLink::goOffline()
 {
     m_search.stop();
+    m_selfProgram->stop();
+    m_upload.cancel();
     m_serial.close();
     m_search.forgetPort();
     endTransmission();
@@ -103,6 +113,7 @@ void ModuleLink::lineLost(const QString &reason)
 {
     Q_EMIT told(tr("The connection is lost: %1").arg(reason));
     m_connected = false;
+    m_selfProgram->stop();
     endTransmission();
     if (m_state == State::Caught) {
         // It comes back where it was, or wherever it is plugged in again.
@@ -118,6 +129,13 @@ void ModuleLink::endTransmission()
         const int step = m_session.step();
         m_session.stopTransmission();
         Q_EMIT transmissionBroke(step);
+    }
+}
+
+void ModuleLink::startUpload()
+{
+    if (const Status started = m_upload.start(m_firmware); !started) {
+        Q_EMIT told(tr("No firmware is sent: %1").arg(started.message()));
     }
 }
 

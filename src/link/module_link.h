@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/firmware_upload.h"
 #include "link/module_session.h"
 #include "link/port_search.h"
 
@@ -52,6 +53,10 @@ public:
     bool isTransmitting() const { return m_session.step() != steps::idle; }
     int step() const { return m_session.step(); }
 
+    /// Between the command that announces a firmware image and its first byte.
+    static constexpr Milliseconds uploadDelay{1000};
+    bool isUploading() const { return m_upload.isRunning(); }
+
     /// What is or was transmitted last, with what the command sequence changed in it.
     const Configuration &transmitted() const { return m_configuration; }
 
@@ -64,12 +69,15 @@ Q_SIGNALS:
     /// What happened, in a line for the user.
     void told(const QString &line);
     void logged(const QString &line);
-    void replied(const QString &text);
+    void replied(const ktr::ModemDialogue::Reply &reply);
     void serviceConfirmed(const QString &text);
     void stepSent(int step);
     /// A single command was handed to the module.
-    void commandLeft();
+    void commandLeft(const QString &command);
     void transmissionEnded(int sent, int refused);
+    /// A firmware image goes to the module, which was told to expect it.
+    void uploadProgressed(qint64 sent, qint64 total);
+    void uploadEnded(bool complete);
     /// The link broke while a transmission ran, before this step was sent.
     void transmissionBroke(int step);
 
@@ -77,12 +85,16 @@ private:
     void setState(State state);
     void lineLost(const QString &reason);
     void endTransmission();
+    void startUpload();
 
     std::function<QStringList()> m_ports;
     QString m_wanted;
     Transport &m_serial;
     PortSearch m_search;
     ModuleSession m_session;
+    QString m_firmware;                          ///< the image file
+    std::unique_ptr<OneShotTimer> m_selfProgram; ///< Timer_selfProgram
+    FirmwareUpload m_upload;
     State m_state = State::Offline;
     bool m_connected = false;
     Configuration m_configuration;

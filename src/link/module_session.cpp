@@ -83,7 +83,7 @@ void ModuleSession::perform(const ModemDialogue::Action &action)
             [this](const ModemDialogue::CommandRefused &refused) {
                 Q_EMIT commandRefused(refused.step, refused.command);
             },
-            [](const ModemDialogue::FirmwareAnnounced &) {},
+            [this](const ModemDialogue::FirmwareAnnounced &) { Q_EMIT firmwareAnnounced(); },
             [this](const ModemDialogue::ServiceConfirmed &done) { Q_EMIT serviceConfirmed(done.text); }},
         action);
 }

@@ -19,17 +19,17 @@ void ReplyHandler::take(const ModemDialogue::Reply &reply)
 {
     for (const ReplyEvent &event : interpretReply(reply)) {
         std::visit(
-            Overloaded{[this](const VersionReply &version) { Q_EMIT versionTold(version); },
-                       [this](const HistoryReply &history) { take(history); }, [](const OtherReply &) {},
-                       [this](const UnusableReply &unusable) {
-                           Q_EMIT told(
-                               tr("A version reply that lacks fields: %1").arg(logText(unusable.text)));
-                       }},
+            Overloaded{
+                [this](const VersionReply &version) { Q_EMIT versionTold(version); },
+                [this](const HistoryReply &history) { exportLine(history); }, [](const OtherReply &) {},
+                [this](const UnusableReply &unusable) {
+                    Q_EMIT told(tr("A version reply that lacks fields: %1").arg(logText(unusable.text)));
+                }},
             event);
     }
 }
 
-void ReplyHandler::take(const HistoryReply &reply)
+void ReplyHandler::exportLine(const HistoryReply &reply)
 {
     m_fastExport.lineArrived();
     if (reply.direction == Direction::Answer && !m_fastExport.isRunning()) {

@@ -33,7 +33,7 @@ Q_SIGNALS:
     void told(const QString &line);
 
 private:
-    void take(const HistoryReply &reply);
+    void exportLine(const HistoryReply &reply);
 
     std::function<QString()> m_exportPath;
     HistoryExport m_export;
