@@ -79,6 +79,26 @@
         <source>not written: no font is installed</source>
         <translation>nicht geschrieben: es ist keine Schrift installiert</translation>
     </message>
+    <message>
+        <source>The history is not exported: %1: %2</source>
+        <translation>Die Historie wird nicht exportiert: %1: %2</translation>
+    </message>
+    <message>
+        <source>The history is not exported: no file is chosen for it</source>
+        <translation>Die Historie wird nicht exportiert: Es ist keine Datei dafür gewählt</translation>
+    </message>
+    <message>
+        <source>is not a file</source>
+        <translation>ist keine Datei</translation>
+    </message>
+    <message>
+        <source>The history is exported again: %1</source>
+        <translation>Die Historie wird wieder exportiert: %1</translation>
+    </message>
+    <message>
+        <source>there is no room for it</source>
+        <translation>dafür ist kein Platz</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
@@ -256,6 +276,37 @@
     <message>
         <source>The list of recent files could not be kept</source>
         <translation>Die Liste der zuletzt verwendeten Dateien konnte nicht gespeichert werden</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::FirmwareUpload</name>
+    <message>
+        <source>there is no such file</source>
+        <translation>diese Datei gibt es nicht</translation>
+    </message>
+    <message>
+        <source>is not a file</source>
+        <translation>ist keine Datei</translation>
+    </message>
+    <message>
+        <source>is empty</source>
+        <translation>ist leer</translation>
+    </message>
+    <message>
+        <source>A firmware upload is already running</source>
+        <translation>Es wird bereits eine Firmware übertragen</translation>
+    </message>
+    <message>
+        <source>No connection to send the firmware over</source>
+        <translation>Keine Verbindung, über die die Firmware gesendet werden kann</translation>
+    </message>
+    <message>
+        <source>%1 has %2 bytes; only the first %3 are sent</source>
+        <translation>%1 hat %2 Bytes; nur die ersten %3 werden gesendet</translation>
+    </message>
+    <message>
+        <source>%1 has %2 bytes; it is filled up to %3 with FF</source>
+        <translation>%1 hat %2 Bytes; bis %3 wird mit FF aufgefüllt</translation>
     </message>
 </context>
 <context>
@@ -530,6 +581,26 @@
         <source>%1 is sent when the module next reads an SMS</source>
         <translation>%1 wird gesendet, sobald das Modul seine SMS liest</translation>
     </message>
+    <message>
+        <source>Firmware: %1 of %2 bytes sent</source>
+        <translation>Firmware: %1 von %2 Bytes gesendet</translation>
+    </message>
+    <message>
+        <source>The firmware was sent</source>
+        <translation>Die Firmware wurde gesendet</translation>
+    </message>
+    <message>
+        <source>The sending of the firmware was broken off</source>
+        <translation>Das Senden der Firmware wurde abgebrochen</translation>
+    </message>
+    <message>
+        <source>The module reports a station type that is not known: %1</source>
+        <translation>Das Modul meldet einen unbekannten Stationstyp: %1</translation>
+    </message>
+    <message>
+        <source>The station type is %1, as the module reports</source>
+        <translation>Der Stationstyp ist %1, wie das Modul meldet</translation>
+    </message>
 </context>
 <context>
     <name>ktr::MainMenu</name>
@@ -584,6 +655,10 @@
         <source>The connection is lost: %1</source>
         <translation>Die Verbindung ist unterbrochen: %1</translation>
     </message>
+    <message>
+        <source>No firmware is sent: %1</source>
+        <translation>Es wird keine Firmware gesendet: %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ProblemPanel</name>
@@ -602,6 +677,29 @@
     <message>
         <source>Problems</source>
         <translation>Probleme</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ReplyHandler</name>
+    <message>
+        <source>A version reply that lacks fields: %1</source>
+        <translation>Einer Versionsantwort fehlen Felder: %1</translation>
+    </message>
+    <message>
+        <source>Lines of the archive that no fast export asked for are not exported</source>
+        <translation>Archivzeilen, die kein schneller Export angefordert hat, werden nicht exportiert</translation>
+    </message>
+    <message>
+        <source>Archive %1: &quot;%2&quot; is no time; the records from there on are exported without one</source>
+        <translation>Archiv %1: „%2“ ist keine Zeit; die Datensätze ab dort werden ohne Zeit exportiert</translation>
+    </message>
+    <message>
+        <source>Archive %1: &quot;%2&quot; is no whole record and is not exported</source>
+        <translation>Archiv %1: „%2“ ist kein ganzer Datensatz und wird nicht exportiert</translation>
+    </message>
+    <message>
+        <source>Archive %1: a line without a record</source>
+        <translation>Archiv %1: eine Zeile ohne Datensatz</translation>
     </message>
 </context>
 <context>

@@ -45,7 +45,9 @@ Status appendTo(const QString &path, const QByteArray &lines)
     }
     bytes += lines;
     if (file.write(bytes) != bytes.size()) {
-        const QString reason = file.errorString();
+        const QString reason = file.error() == QFileDevice::NoError
+                                   ? QCoreApplication::translate("Files", "there is no room for it")
+                                   : file.errorString();
         file.resize(before); // no half record
         return failure(path, reason);
     }

@@ -55,7 +55,6 @@ public:
 
     /// Between the command that announces a firmware image and its first byte.
     static constexpr Milliseconds uploadDelay{1000};
-    bool isUploading() const { return m_upload.isRunning(); }
 
     /// What is or was transmitted last, with what the command sequence changed in it.
     const Configuration &transmitted() const { return m_configuration; }

@@ -57,9 +57,8 @@ std::vector<ReplyEvent> interpretReply(const ModemDialogue::Reply &reply)
     const auto pieces = QStringView(text).split(lineEnds, Qt::SkipEmptyParts);
     for (QStringView piece : pieces) {
         const bool isLast = piece.end() == QStringView(text).end();
-        const qsizetype marker = isMessage ? piece.indexOf(insideLine) : -1;
-        if (marker >= 0) {
-            piece = piece.sliced(marker + 1);
+        if (isMessage && !piece.startsWith(byItself)) {
+            piece = piece.sliced(piece.indexOf(insideLine) + 1);
         }
         if (piece.startsWith(byItself)) {
             events.push_back(eventOf(piece.sliced(byItself.size()), Direction::ByItself));

@@ -81,6 +81,7 @@ private Q_SLOTS:
         row(Kind::Sms, "V,2.1.5,15.11.2009 14:05,KTR", {version});
         row(Kind::Message, "--> V,2.1.05,15.11.2009 14:05,KTR", {version});
         row(Kind::Sms, "<-- V,02.01.005,15.11.2009 14:05, KTR", {version});
+        row(Kind::Message, "--> V,2.1.5,a --> b,KTR\rx --> R,1", {"version 2.1.05|a --> b|KTR", "--> R,1"});
         row(Kind::Sms, "+CSQ: 18,0\r\nV,2.1.5,15.11.2009 14:05,KTR", {"<-- +CSQ: 18,0", version});
         row(Kind::Sms, "V,10.0.123,a,b,NVA", {"version 10.0.123|a,b|NVA"});
         row(Kind::Sms, "V,99999999999999999999.0.0,,", {"version 99999999999999999999.0.00||"});
