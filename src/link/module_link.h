@@ -10,6 +10,16 @@
 
 namespace ktr {
 
+/// What became of a transmission.
+struct TransmissionReport
+{
+    int sent = 0;
+    QList<int> refused;          ///< steps whose commands were too long to be sent
+    int answered = 0;            ///< in answer mode
+    QList<int> failed;           ///< steps that the module answered as failed
+    std::optional<int> brokenAt; ///< the first step that was not sent, when it did not get to its end
+};
+
 /// The link of the main window to one module: on which line it is looked for, whether it was heard, and
 /// what is being transmitted to it.
 ///
@@ -51,6 +61,16 @@ public:
     void transmit(const Configuration &configuration, bool answer);
     bool isTransmitting() const { return m_session.step() != steps::idle; }
     int step() const { return m_session.step(); }
+    /// Ends it before its next step.
+    void cancelTransmission() { endTransmission(); }
+
+    /// Of the transmission that runs, or of the last one.
+    const TransmissionReport &report() const { return m_report; }
+
+    /// Whether the last transmission broke off and may go on at its step: it must be the same configuration,
+    /// and the same line to the module.
+    bool canResume(const Configuration &configuration) const;
+    void resume();
 
     /// What is or was transmitted last, with what the command sequence changed in it.
     const Configuration &transmitted() const { return m_configuration; }
@@ -66,17 +86,19 @@ Q_SIGNALS:
     void logged(const QString &line);
     void replied(const QString &text);
     void serviceConfirmed(const QString &text);
-    void stepSent(int step);
+    void transmissionStarted();
+    /// A command was handed to the module, or refused because it is too long.
+    void stepDone(int step, const QString &command);
     /// A single command was handed to the module.
     void commandLeft();
-    void transmissionEnded(int sent, int refused);
-    /// The link broke while a transmission ran, before this step was sent.
-    void transmissionBroke(int step);
+    /// All commands were handed over, or the transmission was broken off: see report().
+    void transmissionEnded();
 
 private:
     void setState(State state);
     void lineLost(const QString &reason);
     void endTransmission();
+    void noteAnswer(const ModemDialogue::Reply &reply);
 
     std::function<QStringList()> m_ports;
     QString m_wanted;
@@ -85,9 +107,15 @@ private:
     ModuleSession m_session;
     State m_state = State::Offline;
     bool m_connected = false;
-    Configuration m_configuration;
-    int m_sent = 0;
-    int m_refused = 0;
+    void start(int step);
+    QString line() const { return m_wanted.isEmpty() ? port() : m_wanted; }
+
+    Configuration m_configuration; ///< what is transmitted
+    Configuration m_asGiven;       ///< the same before the command sequence changed anything in it
+    QString m_transmittedOver;     ///< the line that was used
+    bool m_answer = false;
+    std::optional<int> m_lastStep;
+    TransmissionReport m_report;
 };
 
 } // namespace ktr
