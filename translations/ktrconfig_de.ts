@@ -282,7 +282,7 @@
     </message>
     <message>
         <source>Saved: %1</source>
-        <translation type="unfinished">Gespeichert: %1</translation>
+        <translation>Gespeichert: %1</translation>
     </message>
 </context>
 <context>
@@ -723,7 +723,7 @@
     </message>
     <message>
         <source>Close</source>
-        <translation type="unfinished">Schließen</translation>
+        <translation>Schließen</translation>
     </message>
     <message>
         <source>Transmitting the configuration</source>
@@ -731,7 +731,7 @@
     </message>
     <message>
         <source>Waiting until the module reads its SMS</source>
-        <translation type="unfinished">Warten, bis das Modul seine SMS liest</translation>
+        <translation>Warten, bis das Modul seine SMS liest</translation>
     </message>
     <message>
         <source>about %1 s left</source>
@@ -743,11 +743,11 @@
     </message>
     <message>
         <source>step %1</source>
-        <translation type="unfinished">Schritt %1</translation>
+        <translation>Schritt %1</translation>
     </message>
     <message>
         <source>The transmission was broken off before step %1</source>
-        <translation type="unfinished">Die Übertragung wurde vor Schritt %1 abgebrochen</translation>
+        <translation>Die Übertragung wurde vor Schritt %1 abgebrochen</translation>
     </message>
     <message>
         <source>The configuration was transmitted</source>
