@@ -164,6 +164,14 @@
         <source>Earlier confirmations</source>
         <translation>Frühere Bestätigungen</translation>
     </message>
+    <message>
+        <source>A double click takes all marks away</source>
+        <translation>Ein Doppelklick nimmt alle Marken weg</translation>
+    </message>
+    <message>
+        <source>confirmed by the module</source>
+        <translation>vom Modul bestätigt</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ConnectionPage</name>

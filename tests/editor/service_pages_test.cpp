@@ -151,6 +151,7 @@ private Q_SLOTS:
         for (int index = 0; index < 8; ++index) {
             const QString name = QStringLiteral("cmd_kal_%1").arg(index);
             QTest::mouseClick(control<QPushButton>(page, name), Qt::LeftButton);
+            QVERIFY(!control<QPushButton>(page, name)->isEnabled()); // until the module confirms
         }
         QCOMPARE(commands(placed).join(u' '),
                  QStringLiteral("§,0,6 §,1,6 §,2,0 §,3,0 §,4,7 §,5,7 §,6,1 §,7,1"));
@@ -164,8 +165,18 @@ private Q_SLOTS:
         page.confirm("1,6");
         const auto *done = control<QLabel>(page, "lbl_kal_done");
         QCOMPARE(done->text(), "1,6");
+        const auto marked = [&page](int index) {
+            return !control<QPushButton>(page, QStringLiteral("cmd_kal_%1").arg(index))->icon().isNull();
+        };
+        QVERIFY(marked(0) && marked(1) && !marked(2));
+        press(page, "cmd_kal_5");
+        page.confirm("done"); // without a number: the button pressed last
+        QVERIFY(marked(5) && control<QPushButton>(page, "cmd_kal_5")->isEnabled());
+        QTest::keyClick(control<QScrollBar>(page, "VScr_kalib"), Qt::Key_Up);
         QTest::keyClick(control<QScrollBar>(page, "VScr_kalib"), Qt::Key_Up);
         QCOMPARE(done->text(), "0,6");
+        QTest::mouseDClick(control<QLabel>(page, "lbl_kal_done"), Qt::LeftButton);
+        QVERIFY(!marked(0) && done->text().isEmpty());
     }
 
     void theVersionTakesTextsWithoutCountingAsAnEdit()
