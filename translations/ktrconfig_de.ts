@@ -184,6 +184,14 @@
         <source>Earlier confirmations</source>
         <translation>Frühere Bestätigungen</translation>
     </message>
+    <message>
+        <source>A double click takes all marks away</source>
+        <translation>Ein Doppelklick nimmt alle Marken weg</translation>
+    </message>
+    <message>
+        <source>confirmed by the module</source>
+        <translation>vom Modul bestätigt</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ConnectionPage</name>
@@ -330,6 +338,10 @@
     <message>
         <source>A file dialog is still open; the window can be closed after it</source>
         <translation>Ein Dateidialog ist noch offen; danach lässt sich das Fenster schließen</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Gespeichert: %1</translation>
     </message>
 </context>
 <context>
@@ -546,10 +558,6 @@
 <context>
     <name>ktr::LinkPresenter</name>
     <message>
-        <source>Step %1 of %2 sent</source>
-        <translation>Schritt %1 von %2 gesendet</translation>
-    </message>
-    <message>
         <source>Configuration transmitted: %1 commands</source>
         <translation>Konfiguration übertragen: %1 Befehle</translation>
     </message>
@@ -603,6 +611,29 @@
     </message>
 </context>
 <context>
+    <name>ktr::LogView</name>
+    <message>
+        <source>Pause</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Holds the display; what comes meanwhile is shown afterwards</source>
+        <translation>Hält die Anzeige an; was inzwischen kommt, wird danach gezeigt</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Enter goes to the next place</source>
+        <translation>Die Eingabetaste geht zur nächsten Stelle</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>Speichern...</translation>
+    </message>
+</context>
+<context>
     <name>ktr::MainMenu</name>
     <message>
         <source>Recent files</source>
@@ -642,10 +673,6 @@
     <message>
         <source>The module is in configuration mode</source>
         <translation>Das Modul ist im Konfigurationsmodus</translation>
-    </message>
-    <message>
-        <source>Step %1: the command is too long and was not sent</source>
-        <translation>Schritt %1: Der Befehl ist zu lang und wurde nicht gesendet</translation>
     </message>
     <message>
         <source>The command is too long and was not sent</source>
@@ -784,6 +811,77 @@
     <message>
         <source>Sends %1</source>
         <translation>Sendet %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::TransmissionPanel</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Ends the transmission before its next step</source>
+        <translation>Beendet die Übertragung vor ihrem nächsten Schritt</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Fortsetzen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Transmitting the configuration</source>
+        <translation>Die Konfiguration wird übertragen</translation>
+    </message>
+    <message>
+        <source>Waiting until the module reads its SMS</source>
+        <translation>Warten, bis das Modul seine SMS liest</translation>
+    </message>
+    <message>
+        <source>about %1 s left</source>
+        <translation>noch etwa %1 s</translation>
+    </message>
+    <message>
+        <source>Transmitting the configuration: step %1 of %2</source>
+        <translation>Die Konfiguration wird übertragen: Schritt %1 von %2</translation>
+    </message>
+    <message>
+        <source>step %1</source>
+        <translation>Schritt %1</translation>
+    </message>
+    <message>
+        <source>The transmission was broken off before step %1</source>
+        <translation>Die Übertragung wurde vor Schritt %1 abgebrochen</translation>
+    </message>
+    <message>
+        <source>The configuration was transmitted</source>
+        <translation>Die Konfiguration wurde übertragen</translation>
+    </message>
+    <message>
+        <source>The configuration was transmitted in part</source>
+        <translation>Die Konfiguration wurde nur teilweise übertragen</translation>
+    </message>
+    <message>
+        <source>%1 commands sent, %2 refused, %3 answered</source>
+        <translation>%1 Befehle gesendet, %2 abgelehnt, %3 beantwortet</translation>
+    </message>
+    <message>
+        <source>Too long:</source>
+        <translation>Zu lang:</translation>
+    </message>
+    <message>
+        <source>Answered as failed:</source>
+        <translation>Als fehlgeschlagen beantwortet:</translation>
+    </message>
+    <message>
+        <source>Goes on at the step where the transmission stopped</source>
+        <translation>Geht bei dem Schritt weiter, an dem die Übertragung abbrach</translation>
+    </message>
+    <message>
+        <source>Possible with the same configuration over the same connection only</source>
+        <translation>Nur mit derselben Konfiguration über dieselbe Verbindung möglich</translation>
     </message>
 </context>
 <context>

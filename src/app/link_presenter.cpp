@@ -35,21 +35,24 @@ void LinkPresenter::connectLink()
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::show);
     connect(&m_link, &ModuleLink::told, this, &LinkPresenter::told);
     connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
-    connect(&m_link, &ModuleLink::stepSent, this, [this](int step) {
-        showProgress(step);
-        m_status.tell(tr("Step %1 of %2 sent").arg(step).arg(steps::last)); // the events would drown in them
-    });
-    connect(&m_link, &ModuleLink::transmissionEnded, this, [this](int sent, int refused) {
-        showProgress(0);
-        takeOverTransmitted();
-        Q_EMIT told(refused == 0
-                        ? tr("Configuration transmitted: %1 commands").arg(sent)
-                        : tr("Transmission ended: %1 commands sent, %2 refused").arg(sent).arg(refused));
-    });
-    connect(&m_link, &ModuleLink::transmissionBroke, this, [this](int step) {
-        showProgress(0);
-        Q_EMIT told(tr("The transmission was broken off before step %1").arg(step));
-    });
+    connect(&m_link, &ModuleLink::transmissionStarted, this, [this] { showProgress(0); });
+    connect(&m_link, &ModuleLink::stepDone, this, &LinkPresenter::showProgress);
+    connect(&m_link, &ModuleLink::transmissionEnded, this, &LinkPresenter::tellEnd);
+}
+
+void LinkPresenter::tellEnd()
+{
+    showProgress(0);
+    const TransmissionReport &report = m_link.report();
+    if (report.brokenAt) {
+        Q_EMIT told(tr("The transmission was broken off before step %1").arg(*report.brokenAt));
+        return;
+    }
+    takeOverTransmitted();
+    Q_EMIT told(report.refused.isEmpty() ? tr("Configuration transmitted: %1 commands").arg(report.sent)
+                                         : tr("Transmission ended: %1 commands sent, %2 refused")
+                                               .arg(report.sent)
+                                               .arg(report.refused.size()));
 }
 
 void LinkPresenter::connectReplies()
@@ -199,7 +202,6 @@ void LinkPresenter::transmit()
         return;
     }
     m_link.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
-    showProgress(0);
     Q_EMIT told(tr("Waiting until the module reads its SMS"));
 }
 

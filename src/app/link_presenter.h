@@ -54,6 +54,7 @@ private:
     void findPorts();
     void tickLine();
     void showProgress(int step);
+    void tellEnd();
     void place(const QString &command);
     void notAvailable();
     void takeOverTransmitted();

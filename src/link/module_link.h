@@ -11,6 +11,16 @@
 
 namespace ktr {
 
+/// What became of a transmission.
+struct TransmissionReport
+{
+    int sent = 0;
+    QList<int> refused;          ///< steps whose commands were too long to be sent
+    int answered = 0;            ///< in answer mode
+    QList<int> failed;           ///< steps that the module answered as failed
+    std::optional<int> brokenAt; ///< the first step that was not sent, when it did not get to its end
+};
+
 /// The link of the main window to one module: on which line it is looked for, whether it was heard, and
 /// what is being transmitted to it.
 ///
@@ -52,6 +62,16 @@ public:
     void transmit(const Configuration &configuration, bool answer);
     bool isTransmitting() const { return m_session.step() != steps::idle; }
     int step() const { return m_session.step(); }
+    /// Ends it before its next step.
+    void cancelTransmission() { endTransmission(); }
+
+    /// Of the transmission that runs, or of the last one.
+    const TransmissionReport &report() const { return m_report; }
+
+    /// Whether the last transmission broke off and may go on at its step: it must be the same configuration,
+    /// and the same line to the module.
+    bool canResume(const Configuration &configuration) const;
+    void resume();
 
     /// Between the command that announces a firmware image and its first byte.
     static constexpr Milliseconds uploadDelay{1000};
@@ -70,21 +90,25 @@ Q_SIGNALS:
     void logged(const QString &line);
     void replied(const ktr::ModemDialogue::Reply &reply);
     void serviceConfirmed(const QString &text);
-    void stepSent(int step);
+    void transmissionStarted();
+    /// A command was handed to the module, or refused because it is too long.
+    void stepDone(int step, const QString &command);
     /// A single command was handed to the module.
     void commandLeft(const QString &command);
-    void transmissionEnded(int sent, int refused);
+    /// All commands were handed over, or the transmission was broken off: see report().
+    void transmissionEnded();
     /// A firmware image goes to the module, which was told to expect it.
     void uploadProgressed(qint64 sent, qint64 total);
     void uploadEnded(bool complete);
-    /// The link broke while a transmission ran, before this step was sent.
-    void transmissionBroke(int step);
 
 private:
     void setState(State state);
     void lineLost(const QString &reason);
     void endTransmission();
     void startUpload();
+    void noteAnswer(const ModemDialogue::Reply &reply);
+    void start(int step);
+    QString line() const { return m_wanted.isEmpty() ? port() : m_wanted; }
 
     std::function<QStringList()> m_ports;
     QString m_wanted;
@@ -96,9 +120,12 @@ private:
     FirmwareUpload m_upload;
     State m_state = State::Offline;
     bool m_connected = false;
-    Configuration m_configuration;
-    int m_sent = 0;
-    int m_refused = 0;
+    Configuration m_configuration; ///< what is transmitted
+    Configuration m_asGiven;       ///< the same before the command sequence changed anything in it
+    QString m_transmittedOver;     ///< the line that was used
+    bool m_answer = false;
+    std::optional<int> m_lastStep;
+    TransmissionReport m_report;
 };
 
 } // namespace ktr
