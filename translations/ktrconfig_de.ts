@@ -79,6 +79,22 @@
         <source>not written: no font is installed</source>
         <translation>nicht geschrieben: es ist keine Schrift installiert</translation>
     </message>
+    <message>
+        <source>a doubled datagram dropped</source>
+        <translation>ein verdoppeltes Datagramm verworfen</translation>
+    </message>
+    <message>
+        <source>a line dropped: too many wait to be sent</source>
+        <translation>eine Zeile verworfen: zu viele warten auf das Senden</translation>
+    </message>
+    <message>
+        <source>%1: the name is not found</source>
+        <translation>%1: der Name wurde nicht gefunden</translation>
+    </message>
+    <message>
+        <source>%1: is no address of a module</source>
+        <translation>%1: ist keine Adresse eines Moduls</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
