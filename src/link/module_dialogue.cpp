@@ -35,9 +35,15 @@ void ModuleDialogue::sendLogged(const QString &line)
 
 void ModuleDialogue::dispatch(const QString &line)
 {
-    const bool sms = takeSms(line);
-    if (!sms && line.contains(QLatin1String("H,"))) {
-        act(Reply{ReplyKind::History, {}, withoutLineEnds(line)});
+    QString other; // what belongs to no SMS
+    for (qsizetype at = 0; at < line.size();) {
+        const qsizetype end = line.indexOf(endOfSms, at);
+        const qsizetype next = end < 0 ? line.size() : end + 1;
+        other += takeSms(line.sliced(at, next - at));
+        at = next;
+    }
+    if (other.contains(QLatin1String("H,"))) {
+        act(Reply{ReplyKind::History, {}, withoutLineEnds(other)});
     }
     if (m_transmissionSent) {
         takeNumber(line);
@@ -47,9 +53,9 @@ void ModuleDialogue::dispatch(const QString &line)
     if (line.contains(readSms)) {
         handOverCommand();
     }
-    const qsizetype message = line.indexOf(QLatin1String(" --> "));
-    if (!sms && message >= 0) {
-        act(Reply{ReplyKind::Message, {}, withoutLineEnds(QStringView(line).mid(message + 1))});
+    const qsizetype message = other.indexOf(QLatin1String(" --> "));
+    if (message >= 0) {
+        act(Reply{ReplyKind::Message, {}, withoutLineEnds(QStringView(other).mid(message + 1))});
     }
     const qsizetype confirmed = line.indexOf(QStringLiteral("OK: §"));
     if (confirmed >= 0) {
@@ -59,23 +65,25 @@ void ModuleDialogue::dispatch(const QString &line)
 }
 
 /// Takes the lines of an SMS that the module sends, which may come as one or several; hands its text on
-/// once, at its Ctrl-Z. Whether the line belonged to an SMS.
-bool ModuleDialogue::takeSms(const QString &line)
+/// once, at its Ctrl-Z. Gives back what does not belong to an SMS.
+QString ModuleDialogue::takeSms(const QString &line)
 {
     QStringView text = line;
+    QString inFront;
     if (const qsizetype start = line.indexOf(sendSms); start >= 0) {
         // at+cmgs="number": the number begins with the tenth character.
         const QStringView number = text.mid(start + 9);
         const qsizetype quote = number.indexOf(u'"');
         m_smsNumber = quote < 0 ? QString() : number.first(quote).toString();
         m_smsText.clear();
+        inFront = line.first(start);
         const qsizetype end = line.indexOf(u'\r', start);
         text = end < 0 ? QStringView() : text.mid(end);
     } else if (line.contains(QLatin1String("at+"))) {
         m_smsNumber.reset(); // another command: the text will not come any more
     }
     if (!m_smsNumber) {
-        return false;
+        return line;
     }
     m_smsText += text;
     if (line.endsWith(endOfSms)) {
@@ -85,7 +93,7 @@ bool ModuleDialogue::takeSms(const QString &line)
         act(Reply{kind, *m_smsNumber, whole});
         m_smsNumber.reset();
     }
-    return true;
+    return inFront;
 }
 
 void ModuleDialogue::takeNumber(const QString &line)

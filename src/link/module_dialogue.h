@@ -124,7 +124,7 @@ protected:
     std::vector<Action> takeActions() { return std::exchange(m_actions, {}); }
 
 private:
-    bool takeSms(const QString &line);
+    QString takeSms(const QString &line);
     void takeNumber(const QString &line);
     void handOverCommand();
 

@@ -179,7 +179,7 @@ void ModuleSession::perform(const ModuleDialogue::Action &action)
             [this](const ModuleDialogue::CommandRefused &refused) {
                 Q_EMIT commandRefused(refused.step, refused.command);
             },
-            [](const ModuleDialogue::FirmwareAnnounced &) {},
+            [this](const ModuleDialogue::FirmwareAnnounced &) { Q_EMIT firmwareAnnounced(); },
             [this](const ModuleDialogue::ServiceConfirmed &done) { Q_EMIT serviceConfirmed(done.text); }},
         action);
 }

@@ -64,6 +64,8 @@ Q_SIGNALS:
     void commandRefused(std::optional<int> step, const QString &command);
     void replied(const ktr::ModemDialogue::Reply &reply);
     void serviceConfirmed(const QString &text);
+    /// The module was told to expect a firmware image.
+    void firmwareAnnounced();
     /// The last step's command was handed to the line.
     void transmitted();
     void silent();
