@@ -2,9 +2,12 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/interruption.h"
+#include "cli/loading.h"
+#include "cli/replay.h"
 #include "config/configuration_file.h"
 #include "link/conversation_log.h"
 #include "platform/files.h"
+#include "simulator/held_form.h"
 #include "simulator/module_on_terminal.h"
 
 #include <QCoreApplication>
@@ -16,6 +19,8 @@ namespace {
 const QString serialOption = QStringLiteral("serial");
 const QString ethernetOption = QStringLiteral("ethernet");
 const QString saveOption = QStringLiteral("save");
+const QString holdOption = QStringLiteral("hold");
+const QString replayOption = QStringLiteral("replay");
 const QString slowOption = QStringLiteral("slow");
 const QString silentOption = QStringLiteral("silent-after");
 const QString splitOption = QStringLiteral("split");
@@ -95,14 +100,31 @@ int simulate(const QStringList &words)
                          QStringLiteral("ADDRESS")});
     arguments.addOption({saveOption,
                          QStringLiteral("Saves the configuration it was given when the closing command "
-                                        "has come."),
+                                        "has come, and what it holds when it hangs up."),
                          QStringLiteral("FILE")});
+    arguments.addOption(
+        {holdOption,
+         QStringLiteral("Holds the configuration FILE from the start, as if it had been given it."),
+         QStringLiteral("FILE")});
+    arguments.addOption(
+        {replayOption,
+         QStringLiteral("Plays the module's part of the conversation LOG instead, tells where "
+                        "the program differs from it, and ends with it."),
+         QStringLiteral("LOG")});
     addFaults(arguments);
     if (const auto end = arguments.parse(words)) {
         return *end;
     }
     if (arguments.isSet(serialOption) == arguments.isSet(ethernetOption)) {
         return arguments.wrong(QStringLiteral("either --serial or --ethernet is needed"));
+    }
+    if (arguments.isSet(replayOption)) {
+        for (const QString &option : {saveOption, holdOption, slowOption, silentOption, splitOption,
+                                      mergeOption, garbageOption, hangUpOption}) {
+            if (arguments.isSet(option)) {
+                return arguments.wrong(QStringLiteral("--replay does not go together with --") + option);
+            }
+        }
     }
     const std::optional<ModuleFaults> wanted = faults(arguments);
     if (!wanted) {
@@ -111,35 +133,50 @@ int simulate(const QStringList &words)
     if (arguments.isSet(ethernetOption)) {
         return fail(QStringLiteral("the Ethernet link is not available in this version; use --serial"));
     }
+    if (arguments.isSet(replayOption)) {
+        return replay(arguments.value(replayOption), arguments.value(serialOption));
+    }
 
     const Environment environment = systemEnvironment();
+    ModuleOptions options;
+    options.faults = *wanted;
+    if (arguments.isSet(holdOption)) {
+        Document held(environment);
+        if (load(held, arguments.value(holdOption)) != Loaded::Whole) {
+            return failed;
+        }
+        options.memory.configuration = asHeld(held.configuration(), QLocale::c());
+    }
     EventLoopTimers timers;
     IoThread io;
     Interruption interruption(io, [] { QCoreApplication::quit(); });
-    ModuleOptions options;
-    options.faults = *wanted;
     ModuleOnTerminal module(timers, options);
     module.module().onCommand([](const QString &command, const Understood &understood) {
         if (!understood.accepted) {
             complain(QStringLiteral("not understood: %1: %2").arg(logText(command), understood.answerText));
         }
     });
+    const auto save = [&](const ModuleMemory &memory) {
+        if (!arguments.isSet(saveOption)) {
+            return;
+        }
+        const QString path = arguments.value(saveOption);
+        const Status saved = replaceFile(path, writeConfiguration(memory.configuration, environment));
+        if (saved) {
+            report(QLatin1String("saved ") + path);
+        } else {
+            complain(saved.message());
+        }
+    };
     module.module().onConfigured([&](const ModuleMemory &memory) {
         report(QStringLiteral("configured: %1 commands taken, %2 not understood")
                    .arg(memory.accepted)
                    .arg(memory.refused));
-        if (arguments.isSet(saveOption)) {
-            const QString path = arguments.value(saveOption);
-            const Status saved = replaceFile(path, writeConfiguration(memory.configuration, environment));
-            if (saved) {
-                report(QLatin1String("saved ") + path);
-            } else {
-                complain(saved.message());
-            }
-        }
+        save(memory);
     });
-    module.module().onHangUp([&module] {
+    module.module().onHangUp([&] {
         report(QStringLiteral("hung up"));
+        save(module.module().memory());
         module.terminal().hangUp();
     });
     QObject::connect(&module.terminal(), &PseudoTerminal::statusMessage, &module.terminal(), &complain);

@@ -31,6 +31,7 @@ void ModuleSession::startTransmission(Configuration &configuration, bool answer,
     m_configuration = &configuration;
     m_answer = answer;
     m_sequence.start(step);
+    m_resumeStep = step;
 }
 
 void ModuleSession::stopTransmission()
@@ -59,6 +60,9 @@ void ModuleSession::receive(const QByteArray &bytes)
                           .arg(m_lines.dropped() - dropped));
     }
     if (line) {
+        if (m_sequence.isRunning() && line->contains("at+cmg")) {
+            m_resumeStep = m_sequence.step();
+        }
         for (const ModemDialogue::Action &action : m_dialogue.lineReceived(fromWindows1252(*line))) {
             perform(action);
         }

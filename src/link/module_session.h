@@ -25,7 +25,8 @@ public:
     ModuleSession(Transport &transport, Timers &timers, Environment environment, QObject *parent = nullptr);
 
     /// Transmits a configuration, which must outlive the transmission: the module gets a command each time
-    /// it reads an SMS. `answer` asks it to answer each one.
+    /// it reads an SMS. `answer` asks it to answer each one; a step other than the first resumes one that
+    /// broke off there.
     void startTransmission(Configuration &configuration, bool answer, int step = steps::first);
 
     void stopTransmission();
@@ -35,6 +36,10 @@ public:
 
     /// The step whose command comes next; steps::idle when no transmission runs.
     int step() const { return m_sequence.step(); }
+
+    /// Where a transmission that broke off goes on: the first step that the module is not known to have
+    /// taken. A command counts as taken when the module then reads or sends its next SMS.
+    int resumeStep() const { return m_resumeStep; }
 
     /// Calls silent() when nothing was heard from the module for so long; zero for never.
     void setTimeout(Milliseconds timeout);
@@ -66,6 +71,7 @@ private:
     ModemDialogue m_dialogue;
     Configuration *m_configuration = nullptr;
     bool m_answer = false;
+    int m_resumeStep = steps::first;
 };
 
 } // namespace ktr
