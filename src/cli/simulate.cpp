@@ -7,7 +7,6 @@
 #include "config/configuration_file.h"
 #include "link/conversation_log.h"
 #include "platform/files.h"
-#include "simulator/held_form.h"
 #include "simulator/module_on_terminal.h"
 
 #include <QCoreApplication>
@@ -102,10 +101,8 @@ int simulate(const QStringList &words)
                          QStringLiteral("Saves the configuration it was given when the closing command "
                                         "has come, and what it holds when it hangs up."),
                          QStringLiteral("FILE")});
-    arguments.addOption(
-        {holdOption,
-         QStringLiteral("Holds the configuration FILE from the start, as if it had been given it."),
-         QStringLiteral("FILE")});
+    arguments.addOption({holdOption, QStringLiteral("Holds from the start what it saved as FILE before."),
+                         QStringLiteral("FILE")});
     arguments.addOption(
         {replayOption,
          QStringLiteral("Plays the module's part of the conversation LOG instead, tells where "
@@ -142,10 +139,11 @@ int simulate(const QStringList &words)
     options.faults = *wanted;
     if (arguments.isSet(holdOption)) {
         Document held(environment);
+        held.restore(options.memory.configuration, false); // without the values of "new"
         if (load(held, arguments.value(holdOption)) != Loaded::Whole) {
             return failed;
         }
-        options.memory.configuration = asHeld(held.configuration(), QLocale::c());
+        options.memory.configuration = held.configuration();
     }
     EventLoopTimers timers;
     IoThread io;
