@@ -3,11 +3,14 @@
 
 #include "config/configuration_file.h"
 #include "config/fields.h"
+#include "link/history_export.h"
 #include "link/line_assembler.h"
 #include "link/module_session.h"
+#include "link/reply_interpreter.h"
 #include "link/serial_transport.h"
 #include "platform/files.h"
 #include "platform/pseudo_terminal.h"
+#include "platform/text_rules.h"
 #include "simulator/virtual_module.h"
 
 #include <QCoreApplication>
@@ -99,6 +102,37 @@ void theWholeCommandSequence(benchmark::State &state)
     }
 }
 BENCHMARK(theWholeCommandSequence)->Unit(benchmark::kMicrosecond);
+
+/// Lines of the archive as an SMS holds them, a day's worth.
+std::vector<QByteArray> archive()
+{
+    std::vector<QByteArray> lines;
+    for (int line = 0; line < 96; ++line) {
+        QByteArray text = "H,9,09111500" + QByteArray::number(10 + line % 50);
+        for (int record = 0; record < 12; ++record) {
+            text += (record == 0 ? QByteArray() : ",15") + "," + QByteArray::number(100 + record) + ",12.5";
+        }
+        lines.push_back(text);
+    }
+    return lines;
+}
+constexpr int recordsOfArchive = 96 * 12;
+
+/// From the bytes of the lines to those of the export file.
+void decodingTheArchive(benchmark::State &state)
+{
+    const std::vector<QByteArray> lines = archive();
+    for (auto _ : state) {
+        for (const QByteArray &line : lines) {
+            const auto events =
+                interpretReply({ModemDialogue::ReplyKind::History, {}, fromWindows1252(line)});
+            benchmark::DoNotOptimize(historyCsv(std::get<HistoryReply>(events.front()).line));
+        }
+    }
+    state.counters["records_per_second"] =
+        benchmark::Counter(recordsOfArchive, benchmark::Counter::kIsIterationInvariantRate);
+}
+BENCHMARK(decodingTheArchive)->Unit(benchmark::kMicrosecond);
 
 /// An exchange in the program alone: the module's line comes, the answer is ready to be written.
 class CountingLine : public Transport
@@ -303,6 +337,20 @@ void floorPassingOverTheDocument(benchmark::State &state)
     }
 }
 BENCHMARK(floorPassingOverTheDocument)->Unit(benchmark::kMicrosecond);
+
+/// The least that decoding the archive costs: the same bytes split at their commas.
+void floorSplittingTheArchive(benchmark::State &state)
+{
+    const std::vector<QByteArray> lines = archive();
+    for (auto _ : state) {
+        for (const QByteArray &line : lines) {
+            benchmark::DoNotOptimize(line.split(','));
+        }
+    }
+    state.counters["records_per_second"] =
+        benchmark::Counter(recordsOfArchive, benchmark::Counter::kIsIterationInvariantRate);
+}
+BENCHMARK(floorSplittingTheArchive)->Unit(benchmark::kMicrosecond);
 
 /// A port whose bytes the I/O thread hands to this thread and back, without any conversation.
 void floorEchoOverATerminal(benchmark::State &state)

@@ -79,6 +79,26 @@
         <source>not written: no font is installed</source>
         <translation>nicht geschrieben: es ist keine Schrift installiert</translation>
     </message>
+    <message>
+        <source>The history is not exported: %1: %2</source>
+        <translation>Die Historie wird nicht exportiert: %1: %2</translation>
+    </message>
+    <message>
+        <source>The history is not exported: no file is chosen for it</source>
+        <translation>Die Historie wird nicht exportiert: Es ist keine Datei dafür gewählt</translation>
+    </message>
+    <message>
+        <source>is not a file</source>
+        <translation>ist keine Datei</translation>
+    </message>
+    <message>
+        <source>The history is exported again: %1</source>
+        <translation>Die Historie wird wieder exportiert: %1</translation>
+    </message>
+    <message>
+        <source>there is no room for it</source>
+        <translation>dafür ist kein Platz</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
@@ -163,6 +183,14 @@
     <message>
         <source>Earlier confirmations</source>
         <translation>Frühere Bestätigungen</translation>
+    </message>
+    <message>
+        <source>A double click takes all marks away</source>
+        <translation>Ein Doppelklick nimmt alle Marken weg</translation>
+    </message>
+    <message>
+        <source>confirmed by the module</source>
+        <translation>vom Modul bestätigt</translation>
     </message>
 </context>
 <context>
@@ -259,6 +287,37 @@
     </message>
 </context>
 <context>
+    <name>ktr::FirmwareUpload</name>
+    <message>
+        <source>there is no such file</source>
+        <translation>diese Datei gibt es nicht</translation>
+    </message>
+    <message>
+        <source>is not a file</source>
+        <translation>ist keine Datei</translation>
+    </message>
+    <message>
+        <source>is empty</source>
+        <translation>ist leer</translation>
+    </message>
+    <message>
+        <source>A firmware upload is already running</source>
+        <translation>Es wird bereits eine Firmware übertragen</translation>
+    </message>
+    <message>
+        <source>No connection to send the firmware over</source>
+        <translation>Keine Verbindung, über die die Firmware gesendet werden kann</translation>
+    </message>
+    <message>
+        <source>%1 has %2 bytes; only the first %3 are sent</source>
+        <translation>%1 hat %2 Bytes; nur die ersten %3 werden gesendet</translation>
+    </message>
+    <message>
+        <source>%1 has %2 bytes; it is filled up to %3 with FF</source>
+        <translation>%1 hat %2 Bytes; bis %3 wird mit FF aufgefüllt</translation>
+    </message>
+</context>
+<context>
     <name>ktr::FormMain</name>
     <message>
         <source>There is no file %1</source>
@@ -279,6 +338,10 @@
     <message>
         <source>A file dialog is still open; the window can be closed after it</source>
         <translation>Ein Dateidialog ist noch offen; danach lässt sich das Fenster schließen</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Gespeichert: %1</translation>
     </message>
 </context>
 <context>
@@ -495,10 +558,6 @@
 <context>
     <name>ktr::LinkPresenter</name>
     <message>
-        <source>Step %1 of %2 sent</source>
-        <translation>Schritt %1 von %2 gesendet</translation>
-    </message>
-    <message>
         <source>Configuration transmitted: %1 commands</source>
         <translation>Konfiguration übertragen: %1 Befehle</translation>
     </message>
@@ -529,6 +588,49 @@
     <message>
         <source>%1 is sent when the module next reads an SMS</source>
         <translation>%1 wird gesendet, sobald das Modul seine SMS liest</translation>
+    </message>
+    <message>
+        <source>Firmware: %1 of %2 bytes sent</source>
+        <translation>Firmware: %1 von %2 Bytes gesendet</translation>
+    </message>
+    <message>
+        <source>The firmware was sent</source>
+        <translation>Die Firmware wurde gesendet</translation>
+    </message>
+    <message>
+        <source>The sending of the firmware was broken off</source>
+        <translation>Das Senden der Firmware wurde abgebrochen</translation>
+    </message>
+    <message>
+        <source>The module reports a station type that is not known: %1</source>
+        <translation>Das Modul meldet einen unbekannten Stationstyp: %1</translation>
+    </message>
+    <message>
+        <source>The station type is %1, as the module reports</source>
+        <translation>Der Stationstyp ist %1, wie das Modul meldet</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::LogView</name>
+    <message>
+        <source>Pause</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Holds the display; what comes meanwhile is shown afterwards</source>
+        <translation>Hält die Anzeige an; was inzwischen kommt, wird danach gezeigt</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Enter goes to the next place</source>
+        <translation>Die Eingabetaste geht zur nächsten Stelle</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>Speichern...</translation>
     </message>
 </context>
 <context>
@@ -573,16 +675,16 @@
         <translation>Das Modul ist im Konfigurationsmodus</translation>
     </message>
     <message>
-        <source>Step %1: the command is too long and was not sent</source>
-        <translation>Schritt %1: Der Befehl ist zu lang und wurde nicht gesendet</translation>
-    </message>
-    <message>
         <source>The command is too long and was not sent</source>
         <translation>Der Befehl ist zu lang und wurde nicht gesendet</translation>
     </message>
     <message>
         <source>The connection is lost: %1</source>
         <translation>Die Verbindung ist unterbrochen: %1</translation>
+    </message>
+    <message>
+        <source>No firmware is sent: %1</source>
+        <translation>Es wird keine Firmware gesendet: %1</translation>
     </message>
 </context>
 <context>
@@ -602,6 +704,29 @@
     <message>
         <source>Problems</source>
         <translation>Probleme</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ReplyHandler</name>
+    <message>
+        <source>A version reply that lacks fields: %1</source>
+        <translation>Einer Versionsantwort fehlen Felder: %1</translation>
+    </message>
+    <message>
+        <source>Lines of the archive that no fast export asked for are not exported</source>
+        <translation>Archivzeilen, die kein schneller Export angefordert hat, werden nicht exportiert</translation>
+    </message>
+    <message>
+        <source>Archive %1: &quot;%2&quot; is no time; the records from there on are exported without one</source>
+        <translation>Archiv %1: „%2“ ist keine Zeit; die Datensätze ab dort werden ohne Zeit exportiert</translation>
+    </message>
+    <message>
+        <source>Archive %1: &quot;%2&quot; is no whole record and is not exported</source>
+        <translation>Archiv %1: „%2“ ist kein ganzer Datensatz und wird nicht exportiert</translation>
+    </message>
+    <message>
+        <source>Archive %1: a line without a record</source>
+        <translation>Archiv %1: eine Zeile ohne Datensatz</translation>
     </message>
 </context>
 <context>
@@ -686,6 +811,77 @@
     <message>
         <source>Sends %1</source>
         <translation>Sendet %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::TransmissionPanel</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Ends the transmission before its next step</source>
+        <translation>Beendet die Übertragung vor ihrem nächsten Schritt</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Fortsetzen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Transmitting the configuration</source>
+        <translation>Die Konfiguration wird übertragen</translation>
+    </message>
+    <message>
+        <source>Waiting until the module reads its SMS</source>
+        <translation>Warten, bis das Modul seine SMS liest</translation>
+    </message>
+    <message>
+        <source>about %1 s left</source>
+        <translation>noch etwa %1 s</translation>
+    </message>
+    <message>
+        <source>Transmitting the configuration: step %1 of %2</source>
+        <translation>Die Konfiguration wird übertragen: Schritt %1 von %2</translation>
+    </message>
+    <message>
+        <source>step %1</source>
+        <translation>Schritt %1</translation>
+    </message>
+    <message>
+        <source>The transmission was broken off before step %1</source>
+        <translation>Die Übertragung wurde vor Schritt %1 abgebrochen</translation>
+    </message>
+    <message>
+        <source>The configuration was transmitted</source>
+        <translation>Die Konfiguration wurde übertragen</translation>
+    </message>
+    <message>
+        <source>The configuration was transmitted in part</source>
+        <translation>Die Konfiguration wurde nur teilweise übertragen</translation>
+    </message>
+    <message>
+        <source>%1 commands sent, %2 refused, %3 answered</source>
+        <translation>%1 Befehle gesendet, %2 abgelehnt, %3 beantwortet</translation>
+    </message>
+    <message>
+        <source>Too long:</source>
+        <translation>Zu lang:</translation>
+    </message>
+    <message>
+        <source>Answered as failed:</source>
+        <translation>Als fehlgeschlagen beantwortet:</translation>
+    </message>
+    <message>
+        <source>Goes on at the step where the transmission stopped</source>
+        <translation>Geht bei dem Schritt weiter, an dem die Übertragung abbrach</translation>
+    </message>
+    <message>
+        <source>Possible with the same configuration over the same connection only</source>
+        <translation>Nur mit derselben Konfiguration über dieselbe Verbindung möglich</translation>
     </message>
 </context>
 <context>

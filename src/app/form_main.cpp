@@ -15,6 +15,7 @@
 #include "app/settings_window.h"
 #include "app/status_line.h"
 #include "app/style.h"
+#include "app/transmission_panel.h"
 #include "editor/calibration_page.h"
 #include "editor/connection_page.h"
 #include "editor/ethernet_page.h"
@@ -25,6 +26,7 @@
 #include "editor/switch_point_page.h"
 #include "editor/test_page.h"
 #include "lang/load_texts.h"
+#include "platform/files.h"
 #include "platform/helper_program.h"
 #include "platform/registry.h"
 #include "platform/settings_store.h"
@@ -39,6 +41,7 @@
 #include <QScreen>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <QWindow>
 
 namespace ktr {
 
@@ -71,7 +74,8 @@ FormMain::FormMain(const Services &services)
     m_wait.setSingleShot(true);
     layOut();
     m_files = std::make_unique<FileCommands>(*this, m_document, m_history, m_texts);
-    m_linkPresenter = std::make_unique<LinkPresenter>(m_link, m_document, m_texts, *m_menu, *m_status);
+    m_linkPresenter =
+        std::make_unique<LinkPresenter>(m_link, m_services.timers, m_document, m_texts, *m_menu, *m_status);
     connectMenu();
     connectDocument();
     connectProblems();
@@ -107,7 +111,11 @@ void FormMain::layOut()
         }
         m_problemPanel->followInTabOrder(last);
     });
+    m_transmissionPanel = new TransmissionPanel(
+        m_link, m_document, [this](const EditPlace &place) { return m_tabs->describe(place); }, body);
+    connect(m_transmissionPanel, &TransmissionPanel::placeChosen, m_tabs, &PageTabs::goTo);
     layout->addWidget(m_tabs, 1);
+    layout->addWidget(m_transmissionPanel);
     layout->addWidget(m_problemPanel);
     setCentralWidget(body);
     m_status = new StatusLine(this);
@@ -202,6 +210,7 @@ void FormMain::showEvent(QShowEvent *event)
 {
     QMainWindow::showEvent(event);
     if (std::exchange(m_firstShow, false)) {
+        windowHandle()->installEventFilter(this);
         QTimer::singleShot(0, this, &FormMain::buildRemainingPages);
     }
 }
@@ -214,12 +223,17 @@ void FormMain::buildRemainingPages()
     }
 }
 
+void FormMain::refuseClose(QEvent &event)
+{
+    event.ignore();
+    QApplication::beep();
+    tell(tr("A file dialog is still open; the window can be closed after it"));
+}
+
 void FormMain::closeEvent(QCloseEvent *event)
 {
     if (m_files->dialogs().isBusy()) {
-        event->ignore();
-        QApplication::beep();
-        tell(tr("A file dialog is still open; the window can be closed after it"));
+        refuseClose(*event);
         return;
     }
     for (QWidget *window : std::initializer_list<QWidget *>{m_preview, m_about, m_settings}) {
@@ -266,11 +280,12 @@ Page *FormMain::buildPage(PageIndex index)
         if (m_options.debug) {
             test->showDebugOption();
         }
+        connect(test, &TestPage::saveWanted, this, &FormMain::saveText);
         page = test;
         break;
     }
     case PageIndex::FileInformation: {
-        auto *info = new InfoPage(m_context);
+        auto *info = made(new InfoPage(m_context));
         connectInfoPage(*info);
         page = info;
         break;
@@ -314,6 +329,15 @@ void FormMain::connectInfoPage(InfoPage &page)
             [this] { openFile(m_document.configuration().info.logFile); });
     connect(&page, &InfoPage::openHistoryFile, this,
             [this] { openFile(m_document.configuration().info.historyExportFile); });
+}
+
+void FormMain::saveText(const QString &text)
+{
+    const QString path = m_files->dialogs().askSave(QStringLiteral("KTR_log"), QStringLiteral("*.txt|*.txt"));
+    if (!path.isEmpty()) {
+        const Status saved = replaceFile(path, text.toUtf8());
+        tell(saved ? tr("Saved: %1").arg(path) : saved.message());
+    }
 }
 
 /// A path from a configuration opens in the system's program for texts and tables; programs are not started.
@@ -419,6 +443,7 @@ void FormMain::applyTexts()
     m_menu->applyTexts(m_texts);
     m_tabs->applyTexts();
     m_problemPanel->applyTexts();
+    m_transmissionPanel->applyTexts();
     m_linkPresenter->show();
     const auto apply = [](auto &window) {
         if (window != nullptr) {
@@ -464,6 +489,11 @@ void FormMain::dropEvent(QDropEvent *event)
 
 bool FormMain::eventFilter(QObject *watched, QEvent *event)
 {
+    // A dialog that a close has opened: the toolkit passes over a second close without a word.
+    if (watched == windowHandle() && event->type() == QEvent::Close && m_files->dialogs().isBusy()) {
+        refuseClose(*event);
+        return true;
+    }
     if (event->type() == QEvent::DragEnter && static_cast<QDragEnterEvent *>(event)->mimeData()->hasUrls()) {
         event->ignore(); // it goes on to the window
         return true;

@@ -19,6 +19,7 @@ class LinkPresenter;
 class MainMenu;
 class ProblemPanel;
 class StatusLine;
+class TransmissionPanel;
 class frmAbout;
 class frmSettings;
 class frm_preview;
@@ -68,6 +69,7 @@ private:
     void connectDocument();
     void connectProblems();
 
+    void refuseClose(QEvent &event);
     void endOther();
     void finishStart();
     bool applyCommandLine();
@@ -75,6 +77,7 @@ private:
 
     Page *buildPage(PageIndex index);
     void connectInfoPage(InfoPage &page);
+    void saveText(const QString &text);
     void openFile(const QString &path);
 
     void setLanguage(const QString &language);
@@ -108,6 +111,7 @@ private:
     MainMenu *m_menu;
     PageTabs *m_tabs;
     ProblemPanel *m_problemPanel;
+    TransmissionPanel *m_transmissionPanel;
     StatusLine *m_status;
     std::unique_ptr<FileCommands> m_files;
     std::unique_ptr<LinkPresenter> m_linkPresenter;

@@ -2,21 +2,31 @@
 
 #include "app/main_menu.h"
 #include "app/status_line.h"
+#include "config/channels.h"
 #include "config/document.h"
 #include "editor/calibration_page.h"
 #include "editor/connection_page.h"
+#include "editor/info_page.h"
 #include "editor/test_page.h"
 #include "lang/text_table.h"
+#include "platform/text_rules.h"
 
 #include <QAction>
 
 namespace ktr {
 
-LinkPresenter::LinkPresenter(ModuleLink &link, Document &document, const TextTable &texts, MainMenu &menu,
-                             StatusLine &status)
-    : m_link(link), m_document(document), m_texts(texts), m_menu(menu), m_status(status)
+LinkPresenter::LinkPresenter(ModuleLink &link, Timers &timers, Document &document, const TextTable &texts,
+                             MainMenu &menu, StatusLine &status)
+    : m_link(link),
+      m_document(document),
+      m_texts(texts),
+      m_menu(menu),
+      m_status(status),
+      m_replies(timers, [&document] { return document.configuration().info.historyExportFile; })
 {
     connectLink();
+    connectReplies();
+    connectUpload();
     connectMenu();
 }
 
@@ -25,20 +35,50 @@ void LinkPresenter::connectLink()
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::show);
     connect(&m_link, &ModuleLink::told, this, &LinkPresenter::told);
     connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
-    connect(&m_link, &ModuleLink::stepSent, this, [this](int step) {
-        showProgress(step);
-        m_status.tell(tr("Step %1 of %2 sent").arg(step).arg(steps::last)); // the events would drown in them
+    connect(&m_link, &ModuleLink::transmissionStarted, this, [this] { showProgress(0); });
+    connect(&m_link, &ModuleLink::stepDone, this, &LinkPresenter::showProgress);
+    connect(&m_link, &ModuleLink::transmissionEnded, this, &LinkPresenter::tellEnd);
+}
+
+void LinkPresenter::tellEnd()
+{
+    showProgress(0);
+    const TransmissionReport &report = m_link.report();
+    if (report.brokenAt) {
+        Q_EMIT told(tr("The transmission was broken off before step %1").arg(*report.brokenAt));
+        return;
+    }
+    takeOverTransmitted();
+    Q_EMIT told(report.refused.isEmpty() ? tr("Configuration transmitted: %1 commands").arg(report.sent)
+                                         : tr("Transmission ended: %1 commands sent, %2 refused")
+                                               .arg(report.sent)
+                                               .arg(report.refused.size()));
+}
+
+void LinkPresenter::connectReplies()
+{
+    connect(&m_link, &ModuleLink::replied, &m_replies, &ReplyHandler::take);
+    connect(&m_link, &ModuleLink::commandLeft, &m_replies, &ReplyHandler::commandLeft);
+    connect(&m_link, &ModuleLink::changed, this, [this] {
+        if (!m_link.isConnected()) {
+            m_replies.disconnected();
+            m_differenceTold = false;
+        }
     });
-    connect(&m_link, &ModuleLink::transmissionEnded, this, [this](int sent, int refused) {
-        showProgress(0);
-        takeOverTransmitted();
-        Q_EMIT told(refused == 0
-                        ? tr("Configuration transmitted: %1 commands").arg(sent)
-                        : tr("Transmission ended: %1 commands sent, %2 refused").arg(sent).arg(refused));
+    connect(&m_replies, &ReplyHandler::told, this, &LinkPresenter::told);
+    connect(&m_replies, &ReplyHandler::versionTold, this, &LinkPresenter::takeVersion);
+}
+
+void LinkPresenter::connectUpload()
+{
+    connect(&m_link, &ModuleLink::uploadProgressed, this, [this](qint64 sent, qint64 total) {
+        m_status.showProgress(static_cast<int>(sent), static_cast<int>(total));
+        m_status.tell(tr("Firmware: %1 of %2 bytes sent").arg(sent).arg(total));
     });
-    connect(&m_link, &ModuleLink::transmissionBroke, this, [this](int step) {
-        showProgress(0);
-        Q_EMIT told(tr("The transmission was broken off before step %1").arg(step));
+    connect(&m_link, &ModuleLink::uploadEnded, this, [this](bool complete) {
+        m_status.showProgress(0);
+        Q_EMIT told(complete ? tr("The firmware was sent")
+                             : tr("The sending of the firmware was broken off"));
     });
 }
 
@@ -63,7 +103,8 @@ void LinkPresenter::attach(TestPage &page)
     m_test = &page;
     connect(&page, &TestPage::commandPlaced, this, &LinkPresenter::place);
     connect(&m_link, &ModuleLink::logged, &page, &TestPage::appendLog);
-    connect(&m_link, &ModuleLink::replied, &page, &TestPage::showReply);
+    connect(&m_link, &ModuleLink::replied, &page,
+            [&page](const ModemDialogue::Reply &reply) { page.showReply(reply.text); });
     connect(&m_link, &ModuleLink::commandLeft, &page, &TestPage::clearInput);
     page.setIdle(!m_link.isTransmitting());
 }
@@ -84,6 +125,13 @@ void LinkPresenter::attach(CalibrationPage &page)
     m_calibration = &page;
     connect(&page, &CalibrationPage::commandPlaced, this, &LinkPresenter::place);
     connect(&m_link, &ModuleLink::serviceConfirmed, &page, &CalibrationPage::confirm);
+}
+
+void LinkPresenter::attach(InfoPage &page)
+{
+    m_info = &page;
+    page.setApplicationVersion(m_version.application);
+    page.setModuleVersion(m_version.configuration);
 }
 
 void LinkPresenter::show()
@@ -154,7 +202,6 @@ void LinkPresenter::transmit()
         return;
     }
     m_link.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
-    showProgress(0);
     Q_EMIT told(tr("Waiting until the module reads its SMS"));
 }
 
@@ -179,6 +226,44 @@ void LinkPresenter::takeOverTransmitted()
             }
         }
     });
+}
+
+void LinkPresenter::takeVersion(const VersionReply &version)
+{
+    m_version = version;
+    if (m_info != nullptr) {
+        m_info->setApplicationVersion(version.application);
+        m_info->setModuleVersion(version.configuration);
+    }
+    takeStationType(version.stationType);
+    tellDifference(version.configuration);
+}
+
+/// The module knows best what it is: no edit of the user.
+void LinkPresenter::takeStationType(const QString &type)
+{
+    if (type == m_document.configuration().gsm.stationType) {
+        return;
+    }
+    if (!isStationType(type)) {
+        Q_EMIT told(tr("The module reports a station type that is not known: %1").arg(logText(type)));
+        return;
+    }
+    m_document.adjust([&type](Configuration &configuration) { configuration.gsm.stationType = type; });
+    Q_EMIT told(tr("The station type is %1, as the module reports").arg(type));
+}
+
+void LinkPresenter::tellDifference(const QString &moduleVersion)
+{
+    const QString &local = m_document.configuration().versionText;
+    // The module has the text as it was on the wire.
+    if (m_differenceTold || moduleVersion == fromWindows1252(toWindows1252(local))) {
+        return;
+    }
+    m_differenceTold = true;
+    Q_EMIT messageWanted(m_texts.text(Text::DifferentVersions) + u'\n' +
+                         m_texts.text(Text::ConfigurationToolVersion) + u' ' + logText(local) + u'\n' +
+                         m_texts.text(Text::ModuleApplicationVersion) + u' ' + logText(moduleVersion));
 }
 
 void LinkPresenter::writeLog(const QString &line)

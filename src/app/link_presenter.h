@@ -2,6 +2,7 @@
 
 #include "link/conversation_log.h"
 #include "link/module_link.h"
+#include "link/reply_handler.h"
 
 #include <QObject>
 
@@ -12,6 +13,7 @@ namespace ktr {
 class CalibrationPage;
 class ConnectionPage;
 class Document;
+class InfoPage;
 class MainMenu;
 class StatusLine;
 class TestPage;
@@ -24,12 +26,13 @@ class LinkPresenter : public QObject
     Q_OBJECT
 
 public:
-    LinkPresenter(ModuleLink &link, Document &document, const TextTable &texts, MainMenu &menu,
-                  StatusLine &status);
+    LinkPresenter(ModuleLink &link, Timers &timers, Document &document, const TextTable &texts,
+                  MainMenu &menu, StatusLine &status);
 
     void attach(TestPage &page);
     void attach(ConnectionPage &page);
     void attach(CalibrationPage &page);
+    void attach(InfoPage &page);
 
     /// Shows the link's state in the language of the table.
     void show();
@@ -45,13 +48,19 @@ Q_SIGNALS:
 
 private:
     void connectLink();
+    void connectReplies();
+    void connectUpload();
     void connectMenu();
     void findPorts();
     void tickLine();
     void showProgress(int step);
+    void tellEnd();
     void place(const QString &command);
     void notAvailable();
     void takeOverTransmitted();
+    void takeVersion(const VersionReply &version);
+    void takeStationType(const QString &type);
+    void tellDifference(const QString &moduleVersion);
     void writeLog(const QString &line);
 
     ModuleLink &m_link;
@@ -62,6 +71,10 @@ private:
     TestPage *m_test = nullptr;
     ConnectionPage *m_connection = nullptr;
     CalibrationPage *m_calibration = nullptr;
+    InfoPage *m_info = nullptr;
+    ReplyHandler m_replies;
+    VersionReply m_version;        ///< as last reported
+    bool m_differenceTold = false; ///< on this connection
     ConversationLog m_log;
     QString m_logPath;
 };

@@ -26,7 +26,7 @@ StatusLine::StatusLine(QWidget *parent)
     m_modified->setObjectName(QStringLiteral("lbl_modified"));
     m_modified->hide();
     m_progress->setObjectName(QStringLiteral("ProgressBar1"));
-    m_progress->setMaximum(77);
+    m_progress->setMaximum(stepsShown);
     m_progress->setTextVisible(false);
     m_progress->setMaximumWidth(180);
     m_progress->hide();
@@ -63,10 +63,11 @@ void StatusLine::showModified(bool modified)
     m_modified->setVisible(modified);
 }
 
-void StatusLine::showProgress(int step)
+void StatusLine::showProgress(int done, int of)
 {
-    m_progress->setValue(std::min(step, m_progress->maximum()));
-    m_progress->setVisible(step > 0);
+    m_progress->setMaximum(of);
+    m_progress->setValue(std::min(done, of));
+    m_progress->setVisible(done > 0);
 }
 
 void StatusLine::changeEvent(QEvent *event)

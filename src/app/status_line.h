@@ -27,14 +27,16 @@ public:
 
     void showModified(bool modified);
 
-    /// Steps of a transmission, 0 for none.
-    void showProgress(int step);
+    /// Steps of a transmission or bytes of a firmware image; 0 for none.
+    void showProgress(int done, int of = stepsShown);
 
 protected:
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    static constexpr int stepsShown = 77;
+
     void applyTexts();
     void elide();
 

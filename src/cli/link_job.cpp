@@ -1,6 +1,8 @@
 #include "cli/link_job.h"
 
 #include "cli/console.h"
+#include "link/serial_transport.h"
+#include "link/udp_transport.h"
 #include "platform/serial_device.h"
 
 #include <QCoreApplication>
@@ -16,11 +18,24 @@ const QString timeoutOption = QStringLiteral("timeout");
 
 constexpr int longestTimeout = 24 * 60 * 60;
 
+std::unique_ptr<Transport> makeLine(LineKind kind, IoThread &io)
+{
+    if (kind == LineKind::Serial) {
+        return std::make_unique<SerialTransport>(io);
+    }
+    auto line = std::make_unique<UdpTransport>(io);
+    QObject::connect(line.get(), &UdpTransport::statusMessage, line.get(), &complain);
+    return line;
+}
+
 } // namespace
 
-LinkJob::LinkJob() : m_interruption(m_io, [this] { abandon(QStringLiteral("interrupted")); })
+LinkJob::LinkJob(const Arguments &arguments)
+    : m_kind(arguments.isSet(ethernetOption) ? LineKind::Ethernet : LineKind::Serial),
+      m_line(makeLine(m_kind, m_io)),
+      m_interruption(m_io, [this] { abandon(QStringLiteral("interrupted")); })
 {
-    QObject::connect(&m_serial, &Transport::lost, &m_session,
+    QObject::connect(m_line.get(), &Transport::lost, &m_session,
                      [this](const QString &reason, bool everythingSent) {
                          if (m_search != nullptr && m_search->isRunning()) {
                              return; // the search goes on without this port
@@ -48,8 +63,9 @@ void LinkJob::addOptions(Arguments &arguments)
     arguments.addOption(
         {serialOption, QStringLiteral("The module is at the serial port PATH; \"auto\" searches the ports."),
          QStringLiteral("PATH")});
-    arguments.addOption(
-        {ethernetOption, QStringLiteral("The module is at the address HOST."), QStringLiteral("HOST")});
+    arguments.addOption({ethernetOption,
+                         QStringLiteral("The module is at the address or name HOST, or HOST:PORT (49111)."),
+                         QStringLiteral("HOST")});
     arguments.addOption(
         {logOption, QStringLiteral("Appends the conversation to FILE."), QStringLiteral("FILE")});
     arguments.addOption({timeoutOption,
@@ -67,17 +83,14 @@ std::optional<int> LinkJob::open(const Arguments &arguments)
         return wrongUsage;
     }
     m_timeout = std::chrono::seconds(*seconds);
-    if (arguments.isSet(ethernetOption)) {
-        return fail(QStringLiteral("the Ethernet link is not available in this version; use --serial"));
-    }
     if (arguments.isSet(logOption)) {
         if (const Status opened = m_log.open(arguments.value(logOption)); !opened) {
             complain(opened.message());
         }
     }
-    const QString path = arguments.value(serialOption);
-    if (path == QLatin1String("auto")) {
-        m_search = std::make_unique<PortSearch>(m_serial, m_timers, [] { return serialPorts(); });
+    const QString address = arguments.value(isEthernet() ? ethernetOption : serialOption);
+    if (!isEthernet() && address == QLatin1String("auto")) {
+        m_search = std::make_unique<PortSearch>(*m_line, m_timers, [] { return serialPorts(); });
         QObject::connect(m_search.get(), &PortSearch::refused, &m_session,
                          [](const QString &reason) { complain(reason); });
         QObject::connect(m_search.get(), &PortSearch::gaveUp, &m_session,
@@ -85,7 +98,7 @@ std::optional<int> LinkJob::open(const Arguments &arguments)
         QObject::connect(&m_session, &ModuleSession::caught, m_search.get(), &PortSearch::stop);
         QObject::connect(&m_session, &ModuleSession::commandSent, m_search.get(), &PortSearch::stop);
         m_search->start();
-    } else if (const Status opened = m_serial.open(path); !opened) {
+    } else if (const Status opened = m_session.open(address); !opened) {
         return fail(opened.message());
     }
     m_session.setTimeout(m_timeout);
@@ -117,7 +130,7 @@ void LinkJob::finishWhenDrained(int code)
 {
     m_codeWhenDrained = code;
     m_session.setTimeout(Milliseconds{0});
-    m_serial.whenDrained([this, code] { finish(code); });
+    m_session.whenDrained([this, code] { finish(code); });
 }
 
 } // namespace ktr::cli

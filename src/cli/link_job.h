@@ -6,7 +6,7 @@
 #include "link/io_thread.h"
 #include "link/module_session.h"
 #include "link/port_search.h"
-#include "link/serial_transport.h"
+#include "link/transport.h"
 #include "platform/environment.h"
 #include "platform/timers.h"
 
@@ -20,7 +20,8 @@ namespace ktr::cli {
 class LinkJob
 {
 public:
-    LinkJob();
+    /// The arguments tell which kind of line it is.
+    explicit LinkJob(const Arguments &arguments);
 
     /// The options --serial, --ethernet, --log and --timeout.
     static void addOptions(Arguments &arguments);
@@ -40,6 +41,7 @@ public:
     void finishWhenDrained(int code);
 
     ModuleSession &session() { return m_session; }
+    bool isEthernet() const { return m_kind == LineKind::Ethernet; }
     Timers &timers() { return m_timers; }
     Milliseconds timeout() const { return m_timeout; }
 
@@ -47,8 +49,9 @@ private:
     Environment m_environment = systemEnvironment();
     EventLoopTimers m_timers;
     IoThread m_io;
-    SerialTransport m_serial{m_io};
-    ModuleSession m_session{m_serial, m_timers, m_environment};
+    LineKind m_kind;
+    std::unique_ptr<Transport> m_line;
+    ModuleSession m_session{*m_line, m_timers, m_environment, m_kind};
     std::unique_ptr<PortSearch> m_search;
     ConversationLog m_log;
     bool m_logComplained = false;

@@ -8,6 +8,7 @@
 #include "link/conversation_log.h"
 #include "platform/files.h"
 #include "simulator/module_on_terminal.h"
+#include "simulator/module_on_udp.h"
 
 #include <QCoreApplication>
 
@@ -26,6 +27,9 @@ const QString splitOption = QStringLiteral("split");
 const QString mergeOption = QStringLiteral("merge");
 const QString garbageOption = QStringLiteral("garbage");
 const QString hangUpOption = QStringLiteral("hang-up-at");
+const QString loseOption = QStringLiteral("lose");
+const QString doubleOption = QStringLiteral("double");
+const QString overtakeOption = QStringLiteral("overtake");
 
 constexpr int aDay = 24 * 60 * 60 * 1000;
 constexpr int many = 1'000'000'000;
@@ -44,12 +48,24 @@ void addFaults(Arguments &arguments)
                          QStringLiteral("SEED")});
     arguments.addOption(
         {hangUpOption, QStringLiteral("Hangs up when it has sent so many bytes."), QStringLiteral("BYTE")});
+    const QString percent = QStringLiteral("PERCENT");
+    arguments.addOption({loseOption, QStringLiteral("The network loses so many datagrams."), percent});
+    arguments.addOption({doubleOption, QStringLiteral("The network doubles so many datagrams."), percent});
+    arguments.addOption(
+        {overtakeOption, QStringLiteral("So many datagrams are overtaken by the next."), percent});
 }
 
-/// The faults asked for, nothing after a complaint.
-std::optional<ModuleFaults> faults(const Arguments &arguments)
+struct Faults
 {
-    ModuleFaults faults;
+    ModuleFaults module;
+    DatagramFaults network;
+};
+
+/// The faults asked for, nothing after a complaint.
+std::optional<Faults> faults(const Arguments &arguments)
+{
+    Faults all;
+    ModuleFaults &faults = all.module;
     bool usable = true;
     const auto take = [&](const QString &option, int lowest, int highest, const auto &use) {
         if (arguments.isSet(option)) {
@@ -72,8 +88,11 @@ std::optional<ModuleFaults> faults(const Arguments &arguments)
         faults.seed = static_cast<quint32>(seed);
     });
     take(hangUpOption, 0, many, [&](int byte) { faults.hangUpAtByte = byte; });
+    take(loseOption, 0, 100, [&](int percent) { all.network.lost = percent; });
+    take(doubleOption, 0, 100, [&](int percent) { all.network.doubled = percent; });
+    take(overtakeOption, 0, 100, [&](int percent) { all.network.overtaken = percent; });
     faults.mergesStatus = arguments.isSet(mergeOption);
-    return usable ? std::optional(faults) : std::nullopt;
+    return usable ? std::optional(all) : std::nullopt;
 }
 
 void report(const QString &event)
@@ -95,8 +114,10 @@ int simulate(const QStringList &words)
                          QStringLiteral("Opens a pseudo-terminal and links it at LINK, to be opened like "
                                         "a serial port."),
                          QStringLiteral("LINK")});
-    arguments.addOption({ethernetOption, QStringLiteral("Plays the module at a network address."),
-                         QStringLiteral("ADDRESS")});
+    arguments.addOption({ethernetOption,
+                         QStringLiteral("Plays the module at UDP port PORT of this machine, or of the "
+                                        "address ADDRESS:PORT; port 0 takes a free one."),
+                         QStringLiteral("PORT")});
     arguments.addOption({saveOption,
                          QStringLiteral("Saves the configuration it was given when the closing command "
                                         "has come, and what it holds when it hangs up."),
@@ -116,27 +137,22 @@ int simulate(const QStringList &words)
         return arguments.wrong(QStringLiteral("either --serial or --ethernet is needed"));
     }
     if (arguments.isSet(replayOption)) {
-        for (const QString &option : {saveOption, holdOption, slowOption, silentOption, splitOption,
-                                      mergeOption, garbageOption, hangUpOption}) {
+        for (const QString &option :
+             {ethernetOption, saveOption, holdOption, slowOption, silentOption, splitOption, mergeOption,
+              garbageOption, hangUpOption, loseOption, doubleOption, overtakeOption}) {
             if (arguments.isSet(option)) {
                 return arguments.wrong(QStringLiteral("--replay does not go together with --") + option);
             }
         }
+        return replay(arguments.value(replayOption), arguments.value(serialOption));
     }
-    const std::optional<ModuleFaults> wanted = faults(arguments);
+    const std::optional<Faults> wanted = faults(arguments);
     if (!wanted) {
         return wrongUsage;
     }
-    if (arguments.isSet(ethernetOption)) {
-        return fail(QStringLiteral("the Ethernet link is not available in this version; use --serial"));
-    }
-    if (arguments.isSet(replayOption)) {
-        return replay(arguments.value(replayOption), arguments.value(serialOption));
-    }
-
     const Environment environment = systemEnvironment();
     ModuleOptions options;
-    options.faults = *wanted;
+    options.faults = wanted->module;
     if (arguments.isSet(holdOption)) {
         Document held(environment);
         held.restore(options.memory.configuration, false); // without the values of "new"
@@ -148,8 +164,11 @@ int simulate(const QStringList &words)
     EventLoopTimers timers;
     IoThread io;
     Interruption interruption(io, [] { QCoreApplication::quit(); });
-    ModuleOnTerminal module(timers, options);
-    module.module().onCommand([](const QString &command, const Understood &understood) {
+    ModuleOnTerminal onTerminal(timers, options);
+    ModuleOnUdp onUdp(timers, options, wanted->network);
+    const bool isSerial = arguments.isSet(serialOption);
+    VirtualModule &module = isSerial ? onTerminal.module() : onUdp.module();
+    module.onCommand([](const QString &command, const Understood &understood) {
         if (!understood.accepted) {
             complain(QStringLiteral("not understood: %1: %2").arg(logText(command), understood.answerText));
         }
@@ -166,22 +185,26 @@ int simulate(const QStringList &words)
             complain(saved.message());
         }
     };
-    module.module().onConfigured([&](const ModuleMemory &memory) {
+    module.onConfigured([&](const ModuleMemory &memory) {
         report(QStringLiteral("configured: %1 commands taken, %2 not understood")
                    .arg(memory.accepted)
                    .arg(memory.refused));
         save(memory);
     });
-    module.module().onHangUp([&] {
+    module.onHangUp([&] {
         report(QStringLiteral("hung up"));
-        save(module.module().memory());
-        module.terminal().hangUp();
+        save(module.memory());
+        onTerminal.terminal().hangUp();
+        onUdp.close();
     });
-    QObject::connect(&module.terminal(), &PseudoTerminal::statusMessage, &module.terminal(), &complain);
-    if (const Status opened = module.open(arguments.value(serialOption)); !opened) {
+    QObject::connect(&onTerminal.terminal(), &PseudoTerminal::statusMessage, &onTerminal.terminal(),
+                     &complain);
+    const QString place = arguments.value(isSerial ? serialOption : ethernetOption);
+    if (const Status opened = isSerial ? onTerminal.open(place) : onUdp.open(place); !opened) {
         return fail(opened.message());
     }
-    report(QStringLiteral("listening at %1 (%2)").arg(arguments.value(serialOption), module.path()));
+    report(isSerial ? QStringLiteral("listening at %1 (%2)").arg(place, onTerminal.path())
+                    : QLatin1String("listening at ") + onUdp.address());
     return QCoreApplication::exec() == 0 ? done : failed;
 }
 

@@ -36,7 +36,7 @@ int transmit(const QStringList &words)
         return failed; // fall-backs are no configuration that anybody meant
     }
 
-    LinkJob job;
+    LinkJob job(arguments);
     ModuleSession &session = job.session();
     Configuration configuration = document.configuration();
     Progress progress(steps::last);
@@ -48,13 +48,14 @@ int transmit(const QStringList &words)
         return QStringLiteral("stopped at step %1").arg(started ? session.resumeStep() : *firstStep);
     });
 
-    QObject::connect(&session, &ModuleSession::caught, &session, [&] {
+    const auto start = [&] {
         uncaught->stop();
         if (!started) { // a module that starts anew in the middle goes on where it was
             started = true;
             session.startTransmission(configuration, arguments.isSet(QStringLiteral("answer")), *firstStep);
         }
-    });
+    };
+    QObject::connect(&session, &ModuleSession::caught, &session, start);
     QObject::connect(&session, &ModuleSession::nothingToRead, &session, [&] {
         if (!started && !uncaught->isRunning()) {
             uncaught->start(job.timeout(), [&job] {
@@ -87,6 +88,9 @@ int transmit(const QStringList &words)
     if (const auto end = job.open(arguments)) {
         return *end;
     }
+    if (job.isEthernet()) {
+        start(); // a module behind Ethernet is caught for a transmission that runs
+    }
     print(QStringLiteral("waiting for the module"));
     showNow();
     const int code = job.run();
@@ -112,7 +116,7 @@ int send(const QStringList &words)
     }
     const bool expectsAnswer = !command.front().isLower();
 
-    LinkJob job;
+    LinkJob job(arguments);
     if (const auto end = job.open(arguments)) {
         return *end;
     }

@@ -1,10 +1,14 @@
 #include "editor/calibration_page.h"
 
+#include "platform/text_rules.h"
+
+#include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QStyle>
 
 namespace ktr {
 
@@ -15,6 +19,7 @@ constexpr std::array codes = {6, 6, 0, 0, 7, 7, 1, 1};
 constexpr std::array referencePoints = {u"0,5 V", u"9,5 V"};
 constexpr int stepsEach = 2;
 constexpr int outputs = 2;
+constexpr std::chrono::seconds longestWait{10}; ///< for a module that does not confirm
 
 QString command(int index)
 {
@@ -25,6 +30,8 @@ QString command(int index)
 
 CalibrationPage::CalibrationPage(EditorContext &context, QWidget *parent) : Page(context, parent)
 {
+    m_patience.setSingleShot(true);
+    connect(&m_patience, &QTimer::timeout, this, &CalibrationPage::release);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(buttonsCard());
     layout->addWidget(confirmationsCard());
@@ -59,7 +66,14 @@ void CalibrationPage::addButton(QGridLayout *grid, int index)
     const int output = index / (stepsEach * static_cast<int>(referencePoints.size()));
     auto *button = new QPushButton(QString::number(step + 1), this);
     button->setObjectName(QStringLiteral("cmd_kal_%1").arg(index));
-    connect(button, &QPushButton::clicked, this, [this, index] { Q_EMIT commandPlaced(command(index)); });
+    connect(button, &QPushButton::clicked, this, [this, button, index] {
+        release();
+        m_waiting = button;
+        button->setEnabled(false);
+        m_patience.start(longestWait);
+        Q_EMIT commandPlaced(command(index));
+    });
+    m_buttons.push_back(button);
     tip(button, [index] { return tr("Sends %1").arg(command(index)); });
     onTexts([this, button, step, point, output] {
         const QString reference = QString::fromUtf16(referencePoints[static_cast<std::size_t>(point)]);
@@ -84,6 +98,8 @@ QWidget *CalibrationPage::confirmationsCard()
     m_done->setWordWrap(true);
     m_done->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_done->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    m_done->installEventFilter(this);
+    onTexts([this] { m_done->setToolTip(tr("A double click takes all marks away")); });
     m_done->setMinimumHeight(4 * m_done->fontMetrics().lineSpacing());
     m_scroll = new QScrollBar(Qt::Vertical, card);
     m_scroll->setObjectName(QStringLiteral("VScr_kalib"));
@@ -101,8 +117,44 @@ QWidget *CalibrationPage::confirmationsCard()
     return card;
 }
 
+/// A button that waits can be pressed again.
+void CalibrationPage::release()
+{
+    m_patience.stop();
+    if (m_waiting != nullptr) {
+        m_waiting->setEnabled(true);
+    }
+    m_waiting = nullptr;
+}
+
+void CalibrationPage::setDone(QPushButton *button, bool done)
+{
+    button->setIcon(done ? style()->standardIcon(QStyle::SP_DialogApplyButton) : QIcon());
+    button->setAccessibleDescription(done ? tr("confirmed by the module") : QString());
+}
+
+bool CalibrationPage::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_done && event->type() == QEvent::MouseButtonDblClick) {
+        for (QPushButton *button : m_buttons) {
+            setDone(button, false);
+        }
+        m_confirmations.clear();
+        m_scroll->setRange(0, 0);
+        m_done->clear();
+        return true;
+    }
+    return Page::eventFilter(watched, event);
+}
+
 void CalibrationPage::confirm(const QString &text)
 {
+    // The module repeats the button's number; an answer without one belongs to the button pressed last.
+    const auto number = toWholeNumber(text.section(u',', 0, 0), 0, static_cast<int>(m_buttons.size()) - 1);
+    if (QPushButton *button = number ? m_buttons[static_cast<std::size_t>(*number)] : m_waiting) {
+        setDone(button, true);
+    }
+    release();
     m_confirmations += text;
     m_scroll->setMaximum(static_cast<int>(m_confirmations.size()) - 1);
     m_scroll->setValue(m_scroll->maximum());

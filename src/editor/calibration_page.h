@@ -2,7 +2,10 @@
 
 #include "editor/page.h"
 
+#include <QTimer>
+
 class QGridLayout;
+class QPushButton;
 class QScrollBar;
 
 namespace ktr {
@@ -15,7 +18,10 @@ class CalibrationPage : public Page
 public:
     explicit CalibrationPage(EditorContext &context, QWidget *parent = nullptr);
 
-    /// What the module answered. The earlier ones can be scrolled back to.
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+    /// What the module answered: the button that was pressed last is done. The earlier answers can be
+    /// scrolled back to.
     void confirm(const QString &text);
 
 Q_SIGNALS:
@@ -26,6 +32,12 @@ private:
     QWidget *confirmationsCard();
     void addButton(QGridLayout *grid, int index);
 
+    void release();
+    void setDone(QPushButton *button, bool done);
+
+    std::vector<QPushButton *> m_buttons;
+    QPushButton *m_waiting = nullptr; ///< not to be pressed again before the module has confirmed
+    QTimer m_patience;
     QScrollBar *m_scroll = nullptr;
     QLabel *m_done = nullptr;
     QStringList m_confirmations;

@@ -1,19 +1,16 @@
 #include "editor/test_page.h"
 
+#include "editor/log_view.h"
 #include "link/command_sequence.h"
 #include "link/conversation_log.h"
 
 #include <QCheckBox>
-#include <QFontDatabase>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScrollBar>
-#include <QTextBlock>
 
 namespace ktr {
 
@@ -22,25 +19,6 @@ namespace {
 // The displays end with the line that holds this character, counted from 1.
 constexpr int lastOfLog = 8000;
 constexpr int lastOfReplies = 200000;
-
-void putInFront(QPlainTextEdit *display, const QString &line, int last)
-{
-    QScrollBar *bar = display->verticalScrollBar();
-    const bool atTop = bar->value() == bar->minimum();
-    QTextCursor cursor(display->document());
-    cursor.beginEditBlock();
-    cursor.insertText(line + u'\n');
-    const QTextBlock block = display->document()->findBlock(last - 1);
-    if (block.isValid() && block.next().isValid()) {
-        cursor.setPosition(block.position() + block.length() - 1);
-        cursor.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
-        cursor.removeSelectedText();
-    }
-    cursor.endEditBlock();
-    if (atTop) {
-        bar->setValue(bar->minimum());
-    }
-}
 
 } // namespace
 
@@ -115,7 +93,7 @@ QWidget *TestPage::logCard()
     m_logOption->setObjectName(QStringLiteral("chk_test_debug"));
     m_logOption->hide();
     onTexts([this] { m_logOption->setText(tr("Show the conversation")); });
-    m_log = newDisplay("txt_test_debug");
+    m_log = newDisplay("txt_test_debug", lastOfLog);
     onTexts([this] { m_log->setAccessibleName(text(Text::Debug)); });
     connect(m_logOption, &QCheckBox::toggled, m_log, &QWidget::setVisible);
     layout->addWidget(m_logOption);
@@ -128,7 +106,7 @@ QWidget *TestPage::repliesCard()
 {
     auto *card = captioned(new QGroupBox(this), Text::ReceivedSms);
     auto *layout = new QVBoxLayout(card);
-    m_replies = newDisplay("txt_test_receive");
+    m_replies = newDisplay("txt_test_receive", lastOfReplies);
     onTexts([this] { m_replies->setAccessibleName(text(Text::ReceivedSms)); });
     layout->addWidget(m_replies);
     return card;
@@ -153,15 +131,11 @@ QPushButton *TestPage::addCommand(QBoxLayout *row, const char *name, const QStri
     return button;
 }
 
-QPlainTextEdit *TestPage::newDisplay(const char *name)
+LogView *TestPage::newDisplay(const char *name, int last)
 {
-    auto *display = new QPlainTextEdit(this);
-    display->setObjectName(QLatin1String(name));
-    display->setReadOnly(true);
-    display->setUndoRedoEnabled(false);
-    display->setTabChangesFocus(true);
-    display->setLineWrapMode(QPlainTextEdit::NoWrap);
-    display->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    auto *display = new LogView(QLatin1String(name), last, this);
+    onTexts([display] { display->applyTexts(); });
+    connect(display, &LogView::saveWanted, this, &TestPage::saveWanted);
     return display;
 }
 
@@ -193,13 +167,13 @@ void TestPage::showDebugOption()
 
 void TestPage::appendLog(const QString &line)
 {
-    putInFront(m_log, logText(line), lastOfLog);
+    m_log->prepend(logText(line));
 }
 
 void TestPage::showReply(const QString &text)
 {
     const QDateTime now = context().document.environment().now();
-    putInFront(m_replies, now.toString(QStringLiteral("yy,MM,dd HH:mm:ss ")) + logText(text), lastOfReplies);
+    m_replies->prepend(now.toString(QStringLiteral("yy,MM,dd HH:mm:ss ")) + logText(text));
 }
 
 void TestPage::clearInput()

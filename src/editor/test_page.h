@@ -7,6 +7,8 @@ class QBoxLayout;
 
 namespace ktr {
 
+class LogView;
+
 /// Single commands to the module, and the conversation with it.
 class TestPage : public Page
 {
@@ -35,6 +37,8 @@ public:
 
 Q_SIGNALS:
     void commandPlaced(const QString &command);
+    /// The user wants what a display shows in a file.
+    void saveWanted(const QString &text);
 
 private:
     QWidget *commandCard();
@@ -43,7 +47,7 @@ private:
     QPushButton *addButton(QBoxLayout *row, const char *name, std::function<void()> clicked);
     QPushButton *addCommand(QBoxLayout *row, const char *name, std::function<QString()> command);
     QPushButton *addCommand(QBoxLayout *row, const char *name, const QString &command);
-    QPlainTextEdit *newDisplay(const char *name);
+    LogView *newDisplay(const char *name, int last);
     void send();
 
     CommandHistory m_sent;
@@ -52,8 +56,8 @@ private:
     QPushButton *m_send = nullptr;
     QCheckBox *m_answer = nullptr;
     QCheckBox *m_logOption = nullptr;
-    QPlainTextEdit *m_log = nullptr;
-    QPlainTextEdit *m_replies = nullptr;
+    LogView *m_log = nullptr;
+    LogView *m_replies = nullptr;
 };
 
 } // namespace ktr

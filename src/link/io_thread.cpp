@@ -2,7 +2,9 @@
 
 #include <asio/executor_work_guard.hpp>
 #include <asio/io_context.hpp>
+#include <asio/post.hpp>
 
+#include <future>
 #include <thread>
 
 namespace ktr {
@@ -25,6 +27,16 @@ IoThread::~IoThread()
 asio::io_context &IoThread::context()
 {
     return d->context;
+}
+
+void IoThread::run(const std::function<void()> &work)
+{
+    std::promise<void> done;
+    asio::post(d->context, [&] {
+        work();
+        done.set_value();
+    });
+    done.get_future().wait();
 }
 
 } // namespace ktr

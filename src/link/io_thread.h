@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 
 namespace asio {
@@ -18,6 +19,9 @@ public:
     IoThread &operator=(const IoThread &) = delete;
 
     asio::io_context &context();
+
+    /// Runs work on this thread and waits until it is done.
+    void run(const std::function<void()> &work);
 
 private:
     struct Private;

@@ -1,123 +1,23 @@
 #pragma once
 
-#include "link/command_sequence.h"
-
-#include <QString>
-
-#include <functional>
-#include <optional>
-#include <variant>
-#include <vector>
+#include "link/module_dialogue.h"
 
 namespace ktr {
 
-/// The program in the place of the module's GSM modem: a line of the module in, actions out. It knows no
-/// port and no clock.
+/// The dialogue over a serial line. Every line is answered in the order: log, echo, what the line asks for,
+/// OK.
 ///
 ///     module                 program
 ///     at+cpin?           ->  echo, config, OK          the module is caught in configuration mode
-///     at+cmgr=1          ->  echo, ,"+IP", command, OK  an incoming SMS: the next command, if there is one
-///     at+cmgs="number"   ->  echo, OK
-///     text Ctrl-Z        ->  echo, OK                  an outgoing SMS: the module's answer
-///
-/// Every line is answered in the order: log, echo, what the line asks for, OK.
-class ModemDialogue
+///     any other          ->  echo, see ModuleDialogue
+class ModemDialogue : public ModuleDialogue
 {
 public:
-    /// A line to the module, without its line end.
-    struct Send
-    {
-        QString line;
-        bool operator==(const Send &) const = default;
-    };
-    /// A line for the conversation log.
-    struct Log
-    {
-        QString line;
-        bool operator==(const Log &) const = default;
-    };
-    /// The module is in configuration mode: no port needs to be searched any longer.
-    struct Caught
-    {
-        bool operator==(const Caught &) const = default;
-    };
-    enum class ReplyKind {
-        Sms,     ///< an SMS of the module
-        History, ///< a line of its archive
-        Message, ///< a message that it sends by itself
-    };
-    /// A text of the module for the reply interpreter. `number` is the SMS's destination.
-    struct Reply
-    {
-        ReplyKind kind;
-        QString number;
-        QString text;
-        bool operator==(const Reply &) const = default;
-    };
-    /// The module read an SMS and there was none for it.
-    struct NothingToRead
-    {
-        bool operator==(const NothingToRead &) const = default;
-    };
-    /// A command was handed to the module. `step` is empty for a service command.
-    struct CommandSent
-    {
-        std::optional<int> step;
-        QString command;
-        bool operator==(const CommandSent &) const = default;
-    };
-    /// A command was not sent because it is too long for an SMS.
-    struct CommandRefused
-    {
-        std::optional<int> step;
-        QString command;
-        bool operator==(const CommandRefused &) const = default;
-    };
-    /// The module was told to expect a firmware image.
-    struct FirmwareAnnounced
-    {
-        bool operator==(const FirmwareAnnounced &) const = default;
-    };
-    /// The module confirmed a service command; `text` is what follows "OK: §,".
-    struct ServiceConfirmed
-    {
-        QString text;
-        bool operator==(const ServiceConfirmed &) const = default;
-    };
-    using Action = std::variant<Send, Log, Caught, Reply, NothingToRead, CommandSent, CommandRefused,
-                                FirmwareAnnounced, ServiceConfirmed>;
+    explicit ModemDialogue(NextCommand nextCommand)
+        : ModuleDialogue(std::move(nextCommand), QStringLiteral("com"))
+    {}
 
-    /// Gives the command of the transmission's next step, nothing when none runs.
-    using NextCommand = std::function<std::optional<StepCommand>()>;
-
-    explicit ModemDialogue(NextCommand nextCommand) : m_nextCommand(std::move(nextCommand)) {}
-
-    /// Places a service command; the module gets it when it next reads an SMS. A transmission that runs
-    /// then goes first and overwrites it.
-    void place(const QString &command) { m_outgoing = asOneLine(command); }
-    const QString &outgoing() const { return m_outgoing; }
-
-    /// The sender's number of the last line that followed a command of a transmission, else empty.
-    const QString &currentNumber() const { return m_currentNumber; }
-
-    /// What a line that ends with a carriage return or Ctrl-Z, its last character, leads to.
-    std::vector<Action> lineReceived(const QString &line);
-
-private:
-    bool takeSms(const QString &line);
-    void takeNumber(const QString &line);
-    void handOverCommand();
-
-    void send(const QString &line) { m_actions.emplace_back(Send{line}); }
-    void sendLogged(const QString &line);
-
-    NextCommand m_nextCommand;
-    QString m_outgoing;
-    std::optional<QString> m_smsNumber; ///< of the SMS whose text the module is about to send
-    QString m_smsText;
-    bool m_transmissionSent = false;
-    QString m_currentNumber;
-    std::vector<Action> m_actions;
+    std::vector<Action> lineReceived(const QString &line) override;
 };
 
 } // namespace ktr

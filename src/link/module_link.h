@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/firmware_upload.h"
 #include "link/module_session.h"
 #include "link/port_search.h"
 
@@ -9,6 +10,16 @@
 #include <functional>
 
 namespace ktr {
+
+/// What became of a transmission.
+struct TransmissionReport
+{
+    int sent = 0;
+    QList<int> refused;          ///< steps whose commands were too long to be sent
+    int answered = 0;            ///< in answer mode
+    QList<int> failed;           ///< steps that the module answered as failed
+    std::optional<int> brokenAt; ///< the first step that was not sent, when it did not get to its end
+};
 
 /// The link of the main window to one module: on which line it is looked for, whether it was heard, and
 /// what is being transmitted to it.
@@ -51,6 +62,19 @@ public:
     void transmit(const Configuration &configuration, bool answer);
     bool isTransmitting() const { return m_session.step() != steps::idle; }
     int step() const { return m_session.step(); }
+    /// Ends it before its next step.
+    void cancelTransmission() { endTransmission(); }
+
+    /// Of the transmission that runs, or of the last one.
+    const TransmissionReport &report() const { return m_report; }
+
+    /// Whether the last transmission broke off and may go on at its step: it must be the same configuration,
+    /// and the same line to the module.
+    bool canResume(const Configuration &configuration) const;
+    void resume();
+
+    /// Between the command that announces a firmware image and its first byte.
+    static constexpr Milliseconds uploadDelay{1000};
 
     /// What is or was transmitted last, with what the command sequence changed in it.
     const Configuration &transmitted() const { return m_configuration; }
@@ -64,30 +88,44 @@ Q_SIGNALS:
     /// What happened, in a line for the user.
     void told(const QString &line);
     void logged(const QString &line);
-    void replied(const QString &text);
+    void replied(const ktr::ModemDialogue::Reply &reply);
     void serviceConfirmed(const QString &text);
-    void stepSent(int step);
+    void transmissionStarted();
+    /// A command was handed to the module, or refused because it is too long.
+    void stepDone(int step, const QString &command);
     /// A single command was handed to the module.
-    void commandLeft();
-    void transmissionEnded(int sent, int refused);
-    /// The link broke while a transmission ran, before this step was sent.
-    void transmissionBroke(int step);
+    void commandLeft(const QString &command);
+    /// All commands were handed over, or the transmission was broken off: see report().
+    void transmissionEnded();
+    /// A firmware image goes to the module, which was told to expect it.
+    void uploadProgressed(qint64 sent, qint64 total);
+    void uploadEnded(bool complete);
 
 private:
     void setState(State state);
     void lineLost(const QString &reason);
     void endTransmission();
+    void startUpload();
+    void noteAnswer(const ModemDialogue::Reply &reply);
+    void start(int step);
+    QString line() const { return m_wanted.isEmpty() ? port() : m_wanted; }
 
     std::function<QStringList()> m_ports;
     QString m_wanted;
     Transport &m_serial;
     PortSearch m_search;
     ModuleSession m_session;
+    QString m_firmware;                          ///< the image file
+    std::unique_ptr<OneShotTimer> m_selfProgram; ///< Timer_selfProgram
+    FirmwareUpload m_upload;
     State m_state = State::Offline;
     bool m_connected = false;
-    Configuration m_configuration;
-    int m_sent = 0;
-    int m_refused = 0;
+    Configuration m_configuration; ///< what is transmitted
+    Configuration m_asGiven;       ///< the same before the command sequence changed anything in it
+    QString m_transmittedOver;     ///< the line that was used
+    bool m_answer = false;
+    std::optional<int> m_lastStep;
+    TransmissionReport m_report;
 };
 
 } // namespace ktr

@@ -1,5 +1,6 @@
 #include "link/module_session.h"
 
+#include "link/ethernet_dialogue.h"
 #include "platform/overloaded.h"
 #include "platform/text_rules.h"
 
@@ -7,37 +8,81 @@
 
 namespace ktr {
 
-ModuleSession::ModuleSession(Transport &transport, Timers &timers, Environment environment, QObject *parent)
+ModuleSession::ModuleSession(Transport &transport, Timers &timers, Environment environment, LineKind kind,
+                             QObject *parent)
     : QObject(parent),
       m_transport(transport),
       m_environment(std::move(environment)),
       m_silence(timers.create()),
-      m_dialogue([this]() -> std::optional<StepCommand> {
-          if (m_configuration == nullptr) {
-              return std::nullopt;
-          }
-          return m_sequence.next(*m_configuration, {m_answer, m_environment.locale, m_environment.now()});
-      })
+      m_dialogue(makeDialogue(kind))
 {
+    if (kind == LineKind::Ethernet) {
+        m_paced =
+            std::make_unique<PacedSender>(timers, [this](const QByteArray &line) { m_transport.send(line); });
+    }
     connect(&m_transport, &Transport::received, this, &ModuleSession::receive);
-    connect(&m_transport, &Transport::lost, this, [this] {
-        m_lines.reset(); // half a line is not continued on another connection
-        m_silence->stop();
+    connect(&m_transport, &Transport::lost, this, &ModuleSession::forgetLine);
+}
+
+std::unique_ptr<ModuleDialogue> ModuleSession::makeDialogue(LineKind kind)
+{
+    const auto next = [this] { return nextCommand(); };
+    if (kind == LineKind::Serial) {
+        return std::make_unique<ModemDialogue>(next);
+    }
+    return std::make_unique<EthernetDialogue>(next, [this] {
+        return m_isExclusive || m_sequence.isRunning() || !m_dialogue->outgoing().isEmpty();
     });
+}
+
+std::optional<StepCommand> ModuleSession::nextCommand()
+{
+    if (m_configuration == nullptr) {
+        return std::nullopt;
+    }
+    return m_sequence.next(*m_configuration, {m_answer, m_environment.locale, m_environment.now()});
+}
+
+Status ModuleSession::open(const QString &address)
+{
+    close();
+    const Status opened = m_transport.open(address);
+    if (opened) {
+        perform(m_dialogue->connected());
+    }
+    return opened;
+}
+
+void ModuleSession::close()
+{
+    m_transport.close();
+    forgetLine();
+}
+
+/// What was begun on one connection is not continued on another.
+void ModuleSession::forgetLine()
+{
+    m_lines.reset();
+    m_lastLine.clear();
+    m_silence->stop();
+    if (m_paced) {
+        m_paced->clear();
+    }
 }
 
 void ModuleSession::startTransmission(Configuration &configuration, bool answer, int step)
 {
     m_configuration = &configuration;
     m_answer = answer;
+    m_unconfirmedStep.reset();
     m_sequence.start(step);
-    m_resumeStep = step;
 }
 
 void ModuleSession::stopTransmission()
 {
     m_sequence.stop();
     m_configuration = nullptr;
+    m_dialogue->transmissionEnded();
 }
 
 void ModuleSession::setTimeout(Milliseconds timeout)
@@ -47,6 +92,15 @@ void ModuleSession::setTimeout(Milliseconds timeout)
         m_silence->start(m_timeout, [this] { Q_EMIT silent(); });
     } else {
         m_silence->stop();
+    }
+}
+
+void ModuleSession::whenDrained(std::function<void()> drained)
+{
+    if (m_paced) {
+        m_paced->whenSent([this, drained = std::move(drained)] { m_transport.whenDrained(drained); });
+    } else {
+        m_transport.whenDrained(std::move(drained));
     }
 }
 
@@ -60,35 +114,73 @@ void ModuleSession::receive(const QByteArray &bytes)
                           .arg(m_lines.dropped() - dropped));
     }
     if (line) {
-        if (m_sequence.isRunning() && line->contains("at+cmg")) {
-            m_resumeStep = m_sequence.step();
-        }
-        for (const ModemDialogue::Action &action : m_dialogue.lineReceived(fromWindows1252(*line))) {
-            perform(action);
-        }
-        m_transport.send(std::exchange(m_output, QByteArray()));
-        if (m_configuration != nullptr && !m_sequence.isRunning()) {
-            m_configuration = nullptr;
-            Q_EMIT transmitted();
-        }
+        take(*line);
     }
 }
 
-void ModuleSession::perform(const ModemDialogue::Action &action)
+void ModuleSession::take(const QByteArray &line)
+{
+    const bool reads = line.contains("at+cmgr=");
+    const bool isRepeated = line == std::exchange(m_lastLine, line);
+    if (reads && isRepeated && m_paced && m_paced->isWaiting()) {
+        // A module waits for its answer before it reads again: the network doubled the datagram, and a
+        // command handed over twice as fast would be missed.
+        Q_EMIT logged(QCoreApplication::translate("Files", "a doubled datagram dropped"));
+        return;
+    }
+    if (reads || line.contains("at+cmgs")) {
+        m_unconfirmedStep.reset();
+    }
+    perform(m_dialogue->lineReceived(fromWindows1252(line)));
+    if (m_configuration != nullptr && !m_sequence.isRunning()) {
+        m_configuration = nullptr;
+        m_dialogue->transmissionEnded();
+        Q_EMIT transmitted();
+    }
+}
+
+void ModuleSession::perform(const std::vector<ModuleDialogue::Action> &actions)
+{
+    for (const ModuleDialogue::Action &action : actions) {
+        perform(action);
+    }
+    if (!m_output.isEmpty()) {
+        m_transport.send(std::exchange(m_output, QByteArray()));
+    }
+}
+
+void ModuleSession::send(const QString &line)
+{
+    if (!m_paced) {
+        m_output += toWindows1252(line) + "\r\n";
+    } else if (!m_paced->send(toWindows1252(line))) {
+        Q_EMIT logged(QCoreApplication::translate("Files", "a line dropped: too many wait to be sent"));
+    }
+}
+
+void ModuleSession::perform(const ModuleDialogue::Action &action)
 {
     std::visit(
         Overloaded{
-            [this](const ModemDialogue::Send &send) { m_output += toWindows1252(send.line) + "\r\n"; },
-            [this](const ModemDialogue::Log &log) { Q_EMIT logged(log.line); },
-            [this](const ModemDialogue::Caught &) { Q_EMIT caught(); },
-            [this](const ModemDialogue::Reply &reply) { Q_EMIT replied(reply); },
-            [this](const ModemDialogue::NothingToRead &) { Q_EMIT nothingToRead(); },
-            [this](const ModemDialogue::CommandSent &sent) { Q_EMIT commandSent(sent.step, sent.command); },
-            [this](const ModemDialogue::CommandRefused &refused) {
+            [this](const ModuleDialogue::Send &line) { send(line.line); },
+            [this](const ModuleDialogue::Log &log) { Q_EMIT logged(log.line); },
+            [this](const ModuleDialogue::Caught &) {
+                if (m_unconfirmedStep && m_sequence.isRunning()) {
+                    m_sequence.start(*m_unconfirmedStep); // it started anew without having taken this command
+                }
+                Q_EMIT caught();
+            },
+            [this](const ModuleDialogue::Reply &reply) { Q_EMIT replied(reply); },
+            [this](const ModuleDialogue::NothingToRead &) { Q_EMIT nothingToRead(); },
+            [this](const ModuleDialogue::CommandSent &sent) {
+                m_unconfirmedStep = sent.step;
+                Q_EMIT commandSent(sent.step, sent.command);
+            },
+            [this](const ModuleDialogue::CommandRefused &refused) {
                 Q_EMIT commandRefused(refused.step, refused.command);
             },
-            [](const ModemDialogue::FirmwareAnnounced &) {},
-            [this](const ModemDialogue::ServiceConfirmed &done) { Q_EMIT serviceConfirmed(done.text); }},
+            [this](const ModuleDialogue::FirmwareAnnounced &) { Q_EMIT firmwareAnnounced(); },
+            [this](const ModuleDialogue::ServiceConfirmed &done) { Q_EMIT serviceConfirmed(done.text); }},
         action);
 }
 

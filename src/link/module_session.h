@@ -4,6 +4,7 @@
 #include "link/command_sequence.h"
 #include "link/line_assembler.h"
 #include "link/modem_dialogue.h"
+#include "link/paced_sender.h"
 #include "link/transport.h"
 #include "platform/environment.h"
 #include "platform/timers.h"
@@ -11,18 +12,27 @@
 #include <QObject>
 #include <QString>
 
+#include <algorithm>
 #include <memory>
 
 namespace ktr {
 
-/// The conversation with one module over a line that others open and close: lines are assembled and
-/// answered, commands handed over, the module's texts told.
+/// How a module is connected: as a modem's device at a serial port, or over the network.
+enum class LineKind { Serial, Ethernet };
+
+/// The conversation with one module over a line: lines are assembled and answered, commands handed over,
+/// the module's texts told. The line may also be opened and closed by others, as a search for ports does.
 class ModuleSession : public QObject
 {
     Q_OBJECT
 
 public:
-    ModuleSession(Transport &transport, Timers &timers, Environment environment, QObject *parent = nullptr);
+    ModuleSession(Transport &transport, Timers &timers, Environment environment,
+                  LineKind kind = LineKind::Serial, QObject *parent = nullptr);
+
+    /// Opens the line at an address; a module behind Ethernet is told that the program is there.
+    Status open(const QString &address);
+    void close();
 
     /// Transmits a configuration, which must outlive the transmission: the module gets a command each time
     /// it reads an SMS. `answer` asks it to answer each one; a step other than the first resumes one that
@@ -32,17 +42,24 @@ public:
     void stopTransmission();
 
     /// Places one command; the module gets it when it next reads an SMS.
-    void place(const QString &command) { m_dialogue.place(command); }
+    void place(const QString &command) { m_dialogue->place(command); }
+
+    /// Over Ethernet a module that starts its modem is caught while something waits for it; an exclusive
+    /// session catches it always.
+    void setExclusive(bool exclusive) { m_isExclusive = exclusive; }
 
     /// The step whose command comes next; steps::idle when no transmission runs.
     int step() const { return m_sequence.step(); }
 
     /// Where a transmission that broke off goes on: the first step that the module is not known to have
     /// taken. A command counts as taken when the module then reads or sends its next SMS.
-    int resumeStep() const { return m_resumeStep; }
+    int resumeStep() const { return m_unconfirmedStep.value_or(std::min(step(), steps::last)); }
 
     /// Calls silent() when nothing was heard from the module for so long; zero for never.
     void setTimeout(Milliseconds timeout);
+
+    /// Calls back once everything sent so far has left the machine.
+    void whenDrained(std::function<void()> drained);
 
 Q_SIGNALS:
     void logged(const QString &line);
@@ -53,25 +70,37 @@ Q_SIGNALS:
     void commandRefused(std::optional<int> step, const QString &command);
     void replied(const ktr::ModemDialogue::Reply &reply);
     void serviceConfirmed(const QString &text);
+    /// The module was told to expect a firmware image.
+    void firmwareAnnounced();
     /// The last step's command was handed to the line.
     void transmitted();
     void silent();
 
 private:
     void receive(const QByteArray &bytes);
-    void perform(const ModemDialogue::Action &action);
+    void take(const QByteArray &line);
+    void perform(const std::vector<ModuleDialogue::Action> &actions);
+    void perform(const ModuleDialogue::Action &action);
+    void send(const QString &line);
+    void forgetLine();
+    std::unique_ptr<ModuleDialogue> makeDialogue(LineKind kind);
+    std::optional<StepCommand> nextCommand();
 
     Transport &m_transport;
     Environment m_environment;
     std::unique_ptr<OneShotTimer> m_silence;
     Milliseconds m_timeout{0};
     LineAssembler m_lines;
-    QByteArray m_output; ///< what one line leads to leaves in one piece
+    QByteArray m_output;                  ///< what one line leads to leaves a serial port in one piece
+    std::unique_ptr<PacedSender> m_paced; ///< over Ethernet
+    QByteArray m_lastLine;
     CommandSequence m_sequence;
-    ModemDialogue m_dialogue;
+    std::unique_ptr<ModuleDialogue> m_dialogue;
+    bool m_isExclusive = false;
     Configuration *m_configuration = nullptr;
+    std::optional<int>
+        m_unconfirmedStep; ///< the module did not go on since it was handed this step's command
     bool m_answer = false;
-    int m_resumeStep = steps::first;
 };
 
 } // namespace ktr

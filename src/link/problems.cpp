@@ -58,27 +58,6 @@ void checkLimitValues(const Configuration &configuration, QList<Problem> &proble
     });
 }
 
-/// The field that decides how long a step's command is.
-QString controlOfStep(int step, int &entry)
-{
-    struct Range
-    {
-        int first;
-        int last;
-        const ControlName &control;
-    };
-    const std::array ranges = {Range{1, 1, fieldOf<GsmSettings>(&GsmSettings::stationId).control},
-                               Range{2, 21, fieldOf<LimitValue>(&LimitValue::alarm).control},
-                               Range{52, 71, fieldOf<SwitchPoint>(&SwitchPoint::value).control}};
-    for (const Range &range : ranges) {
-        if (step >= range.first && step <= range.last) {
-            entry = step - range.first;
-            return range.control.forIndex(entry);
-        }
-    }
-    return {};
-}
-
 void checkCommands(Configuration configuration, const CommandContext &context, QList<Problem> &problems)
 {
     CommandSequence sequence;
@@ -86,7 +65,9 @@ void checkCommands(Configuration configuration, const CommandContext &context, Q
     while (const auto next = sequence.next(configuration, context)) {
         Problem problem;
         problem.place = told(QT_TRANSLATE_NOOP("Problems", "step %1")).arg(next->step);
-        problem.control = controlOfStep(next->step, problem.entry);
+        const StepPlace at = placeOfStep(next->step);
+        problem.control = at.control;
+        problem.entry = at.entry;
         if (next->command.size() > longestCommand) {
             problem.message =
                 told(QT_TRANSLATE_NOOP("Problems", "the command is too long: %1 characters of %2 at most"))
@@ -103,6 +84,40 @@ void checkCommands(Configuration configuration, const CommandContext &context, Q
 }
 
 } // namespace
+
+StepPlace placeOfStep(int step)
+{
+    struct Range
+    {
+        int first;
+        int last;
+        const ControlName &control;
+    };
+    static constexpr ControlName holidays{"lst_swtch_frei"};
+    // Of each command the field that may be long, or the one that stands for the others.
+    const auto controls = std::to_array<Range>({
+        {1, 1, fieldOf<GsmSettings>(&GsmSettings::stationId).control},
+        {2, 21, fieldOf<LimitValue>(&LimitValue::alarm).control},
+        {22, 25, fieldOf<DigitalInput>(&DigitalInput::value).control},
+        {26, 29, fieldOf<Scaling>(&Scaling::offset).control},
+        {30, 31, fieldOf<OutputValue>(&OutputValue::digital).control},
+        {32, 33, fieldOf<OutputValue>(&OutputValue::analog).control},
+        {34, 51, fieldOf<Archiving>(&Archiving::interval).control},
+        {52, 71, fieldOf<SwitchPoint>(&SwitchPoint::value).control},
+        {72, 72, holidays},
+        {73, 74, fieldOf<OutputHours>(&OutputHours::value).control},
+        {75, 75, fieldOf<GsmSettings>(&GsmSettings::aliveCycle).control},
+        {76, 76, fieldOf<EthernetSettings>(&EthernetSettings::ip).control},
+        {78, 78, fieldOf<FileInfo>(&FileInfo::version).control},
+    });
+    for (const Range &range : controls) {
+        if (step >= range.first && step <= range.last) {
+            const int entry = step - range.first;
+            return {range.control.forIndex(entry), entry};
+        }
+    }
+    return {};
+}
 
 QList<Problem> findProblems(const Configuration &configuration, const CommandContext &context)
 {

@@ -19,6 +19,15 @@ struct Problem
     bool operator==(const Problem &) const = default;
 };
 
+/// Where the user edits what a step of a transmission, 0 to 78, tells the module; empty where there is no
+/// such place (the clock), or no single one.
+struct StepPlace
+{
+    QString control;
+    int entry = 0;
+};
+StepPlace placeOfStep(int step);
+
 /// What is wrong with a configuration, in the order of the file, then of the steps: texts that are not what
 /// their fields are for, limit values that tell something about no channel, commands that are too long or
 /// hold characters that the module's code page lacks. Nothing is changed by it.

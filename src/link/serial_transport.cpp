@@ -9,7 +9,6 @@
 #include <asio/write.hpp>
 
 #include <array>
-#include <future>
 
 namespace ktr {
 
@@ -161,16 +160,10 @@ Status SerialTransport::open(const QString &address)
 
 void SerialTransport::close()
 {
-    if (m_port == nullptr) {
-        return;
+    if (m_port != nullptr) {
+        // So that nothing reaches a transport that is being destroyed.
+        m_io.run([port = std::exchange(m_port, nullptr)] { port->close(); });
     }
-    // Waits until the I/O thread has let go, so that nothing reaches a transport that is being destroyed.
-    std::promise<void> closed;
-    asio::post(m_io.context(), [port = std::exchange(m_port, nullptr), &closed] {
-        port->close();
-        closed.set_value();
-    });
-    closed.get_future().wait();
 }
 
 void SerialTransport::send(const QByteArray &bytes)

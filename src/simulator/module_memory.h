@@ -26,7 +26,8 @@ struct ModuleMemory
 
 /// The archive as the module sends it, one line a channel without line end:
 /// "H,key,YYMMDDhhmm,value,scaled value" and then "minutes,value,scaled value" for each further record.
-/// The last record is as old as the clock; a module whose clock was never set counts from 2000-01-01.
+/// The last record is as old as the clock; in a module whose clock was never set the first one is of
+/// 2000-01-01.
 QStringList archiveLines(const ModuleMemory &memory);
 
 } // namespace ktr

@@ -18,6 +18,7 @@ VirtualModule::VirtualModule(Timers &timers, Send send, ModuleOptions options)
     : m_send(std::move(send)),
       m_times(options.times),
       m_faults(options.faults),
+      m_tellsEnd(options.tellsEnd),
       m_memory(std::move(options.memory)),
       m_interpreter(m_memory),
       m_wait(timers.create()),
@@ -42,10 +43,14 @@ void VirtualModule::enter(State state)
 
 void VirtualModule::boot()
 {
+    const bool ends = m_tellsEnd && isCaught();
     enter(State::Booting);
     ++m_counts.boots;
     m_output.clear();
     m_outputPause->stop();
+    if (ends) {
+        queueLine("donE\r");
+    }
     askForModem();
 }
 
@@ -55,8 +60,8 @@ void VirtualModule::askForModem()
     m_awaitedEcho = "at+cpin?";
     if (m_output.empty()) { // otherwise the last one is still on its way
         queueLine(m_awaitedEcho + '\r');
-        pump();
     }
+    pump();
 }
 
 void VirtualModule::read()
@@ -215,11 +220,11 @@ void VirtualModule::hearWhileReading(const QByteArray &line)
     if (hearEcho(line)) {
         return;
     }
-    if (m_smsFollows) {
+    if (line == ",\"+IP\"" && !m_command) {
+        m_smsFollows = true; // also when the network brings it twice
+    } else if (m_smsFollows) {
         m_smsFollows = false;
         m_command = fromWindows1252(line);
-    } else if (line == ",\"+IP\"" && !m_command) {
-        m_smsFollows = true;
     } else if (line != "OK") {
         ++m_counts.unexpectedLines;
     } else if (m_command) {

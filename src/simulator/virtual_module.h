@@ -41,6 +41,7 @@ struct ModuleOptions
     ModuleTimes times;
     ModuleFaults faults;
     ModuleMemory memory;
+    bool tellsEnd = false; ///< "donE" when it leaves configuration mode, as over Ethernet
 };
 
 struct ModuleCounts
@@ -141,6 +142,7 @@ private:
     Send m_send;
     ModuleTimes m_times;
     ModuleFaults m_faults;
+    bool m_tellsEnd;
     ModuleMemory m_memory;
     CommandInterpreter m_interpreter;
     ModuleCounts m_counts;

@@ -7,6 +7,7 @@
 #include "support/silent_line.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -14,6 +15,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTabBar>
@@ -271,6 +273,60 @@ private Q_SLOTS:
         start({});
         QTest::keyClick(m_window.get(), Qt::Key_F5);
         QTRY_COMPARE(control<QLabel>(*m_window, "Label_msg")->text(), "Please establish a connection");
+    }
+
+    void aVersionReplyIsShownAndTakesOverTheStationType()
+    {
+        m_ports = {"COM1"};
+        start({"-load", fileWith("Werk 7")});
+        m_window->document().adjust([](Configuration &configuration) { configuration.versionText = "ours"; });
+        const auto reportVersion = [this](const QByteArray &fields) {
+            Q_EMIT m_line->received("at+cmgs=\"+IP\"\r");
+            Q_EMIT m_line->received("V," + fields + "\x1A");
+        };
+        reportVersion("2.1.5,theirs,NVA");
+        QVERIFY(m_line->sent.endsWith("V,2.1.5,theirs,NVA\r\nOK\r\n")); // nothing waits for an answer
+        QTRY_VERIFY(m_window->findChild<QLineEdit *>("txt_info_appVer") != nullptr);
+        QCOMPARE(field("txt_info_appVer")->text(), "2.1.05");
+        QCOMPARE(field("txt_info_version_ktr")->text(), "theirs");
+        QCOMPARE(control<QComboBox>(*m_window, "Combo_gsm_type")->currentText(), "NVA");
+        QVERIFY(!m_window->document().isModified());
+        QCOMPARE(control<QLabel>(*m_window, "Label_msg")->text(),
+                 "Different Versions:\nConfig-Tool: ours\nKTR-Application: theirs");
+        reportVersion("2.1.5,others,KTR2"); // told on this connection already
+        QCOMPARE(m_window->findChildren<QLabel *>("Label_msg").size(), 1);
+        QCOMPARE(field("txt_info_version_ktr")->text(), "others");
+        QCOMPARE(m_window->document().configuration().gsm.stationType, "NVA");
+    }
+
+    void aFastExportTakesTheArchiveAndAnAnnouncedImageIsSent()
+    {
+        m_ports = {"COM1"};
+        start({"-load", fileWith("Werk 7")});
+        QTRY_VERIFY(m_window->findChild<QPushButton *>("cmd_historyFastExport") != nullptr);
+        m_window->document().edit([this](Configuration &configuration) {
+            configuration.info.historyExportFile = path("history.csv");
+        });
+        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::Test));
+        QTest::mouseClick(control<QPushButton>(*m_window, "cmd_historyFastExport"), Qt::LeftButton);
+        Q_EMIT m_line->received("H,1,0911151400,1,2\r");
+        QVERIFY(!QFileInfo::exists(path("history.csv"))); // the command has not left yet
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        QVERIFY(m_line->sent.contains("\xA7,77\r\n"));
+        Q_EMIT m_line->received("H,9,0911151400,1,12.5\r");
+        QByteArray exported;
+        QVERIFY(readFile(path("history.csv"), exported, 1000));
+        QCOMPARE(exported, "\xEF\xBB\xBF"
+                           "9;15.11.2009 14:00;1;12,5\r\n");
+
+        QVERIFY(replaceFile(path("upgrade.bin"), QByteArray(43008, 'f')));
+        typeOver(field("txt_test_send"), "§88");
+        QTest::mouseClick(control<QPushButton>(*m_window, "cmd_test_send"), Qt::LeftButton);
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        m_line->sent.clear();
+        QTRY_COMPARE(m_line->sent.size(), 43008);
+        QCOMPARE(m_line->sent.count('f'), 43008);
+        QVERIFY(!m_window->findChild<QProgressBar *>("ProgressBar1")->isVisible());
     }
 
 private:

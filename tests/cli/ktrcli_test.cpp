@@ -50,6 +50,8 @@ public:
         m_process.waitForFinished(60000);
         return m_process.exitCode();
     }
+    /// Where it listens, as it tells.
+    QString address() const { return m_output.section(u"listening at "_s, 1).section(u'\n', 0, 0); }
     bool terminate()
     {
         m_process.terminate();
@@ -164,7 +166,8 @@ private Q_SLOTS:
              {"convert @none.xml @x", "convert @sample /dev/full", "new @no/such/folder.xml",
               "print @garbage.xml @x.pdf", "print @sample /dev/full",
               "transmit @garbage.xml --serial /dev/null", "transmit @sample --serial @none",
-              "transmit @sample --ethernet 127.0.0.1", "simulate --serial @garbage.xml",
+              "transmit @sample --ethernet 127.0.0.1:0", "transmit @sample --ethernet no-such-module.invalid",
+              "simulate --serial @garbage.xml", "simulate --ethernet here",
               "simulate --serial @m --hold @garbage.xml", "simulate --serial @m --replay @none",
               "simulate --serial @m --replay @garbage.xml"}) {
             const Result result = ktrcli(QString::fromLatin1(line));
@@ -235,6 +238,26 @@ private Q_SLOTS:
         QCOMPARE(ktrcli(u"send h,0,1 --serial @module"_s).code, 0);
         QVERIFY(module.terminate());
         QVERIFY(!QFileInfo(path(u"module"_s)).isSymLink());
+    }
+
+    void aModuleBehindEthernetHoldsWhatWasTransmitted()
+    {
+        Module module(words(u"simulate --ethernet 0 --save @ethernet.xml --double 20"_s));
+        const QString at = u" --ethernet "_s + module.address();
+        const Result sent = ktrcli(u"transmit @sample --log @ethernet.txt"_s + at);
+        QVERIFY2(sent.code == 0, qPrintable(sent.errors));
+        QVERIFY(sent.output.contains("79 commands sent, 0 refused"_L1));
+        QVERIFY(module.await(u"saved"_s));
+        const Result compared = ktrcli(u"compare @sample @ethernet.xml"_s);
+        QVERIFY2(compared.code == 0, qPrintable(compared.output));
+        QVERIFY(contentOf(path(u"ethernet.txt"_s)).contains("eth ----> n,****,"));
+
+        const Result answered = ktrcli(u"send V,§"_s + at);
+        QVERIFY2(answered.output.contains("V,2.1.05,2026-11-16 09:30:00,KTR\n"_L1),
+                 qPrintable(answered.errors));
+        QVERIFY(module.terminate());
+        const Result nobody = ktrcli(u"transmit @sample --timeout 1"_s + at);
+        QCOMPARE(nobody.errors, "ktrcli: nothing was heard from the module for 1 s; stopped at step 0\n");
     }
 
     void anEndBeforeTheEndNamesTheStep_data()

@@ -90,17 +90,30 @@ private Q_SLOTS:
         auto *log = control<QPlainTextEdit>(page, "txt_test_debug");
         page.appendLog("com <---- at+cpin=\"1234\"\r");
         page.appendLog("com ----> OK\r\n");
-        QCOMPARE(log->toPlainText(), "com ----> OK\nat+cpin=\"****\"\n");
+        QTRY_COMPARE(log->toPlainText(), "com ----> OK\nat+cpin=\"****\"\n");
         // Lines of 10 characters with their ends: 7999 is within the 800th, whose end is the 8000th.
         for (int line = 0; line < 900; ++line) {
             page.appendLog(QStringLiteral("line %1").arg(line, 4, 10, QLatin1Char('0')));
         }
+        QTRY_COMPARE(log->toPlainText().size(), 7999);
         const QString kept = log->toPlainText();
-        QCOMPARE(kept.size(), 7999);
         QVERIFY(kept.startsWith("line 0899\n"));
         QVERIFY(kept.endsWith("\nline 0100"));
+        // Held, the display stays as it is, and nothing is lost but what would not be shown any more.
+        press(page, "txt_test_debug_pause");
+        for (int line = 0; line < 5000; ++line) {
+            page.appendLog("passing");
+        }
         page.appendLog("x");
+        QCOMPARE(log->toPlainText(), kept);
+        press(page, "txt_test_debug_pause");
+        QVERIFY(log->toPlainText().startsWith("x\npassing\n"));
         QCOMPARE(log->toPlainText().size(), 8001); // the 8000th character is within the last line
+        typeOver(control<QLineEdit>(page, "txt_test_debug_search"), "x");
+        QCOMPARE(log->textCursor().selectedText(), "x");
+        const QSignalSpy saved(&page, &TestPage::saveWanted);
+        press(page, "txt_test_debug_save");
+        QCOMPARE(saved.size(), 1);
         press(page, "cmd_test_clear");
         QVERIFY(log->toPlainText().isEmpty());
     }
@@ -111,7 +124,7 @@ private Q_SLOTS:
         m_all.open(page);
         page.showReply(" <-- V,2,4,7");
         const auto *replies = control<QPlainTextEdit>(page, "txt_test_receive");
-        QCOMPARE(replies->toPlainText(), "09,11,15 14:05:35  <-- V,2,4,7\n");
+        QTRY_COMPARE(replies->toPlainText(), "09,11,15 14:05:35  <-- V,2,4,7\n");
         press(page, "cmd_test_clear");
         QVERIFY(replies->toPlainText().isEmpty());
     }
@@ -138,6 +151,7 @@ private Q_SLOTS:
         for (int index = 0; index < 8; ++index) {
             const QString name = QStringLiteral("cmd_kal_%1").arg(index);
             QTest::mouseClick(control<QPushButton>(page, name), Qt::LeftButton);
+            QVERIFY(!control<QPushButton>(page, name)->isEnabled()); // until the module confirms
         }
         QCOMPARE(commands(placed).join(u' '),
                  QStringLiteral("§,0,6 §,1,6 §,2,0 §,3,0 §,4,7 §,5,7 §,6,1 §,7,1"));
@@ -151,8 +165,18 @@ private Q_SLOTS:
         page.confirm("1,6");
         const auto *done = control<QLabel>(page, "lbl_kal_done");
         QCOMPARE(done->text(), "1,6");
+        const auto marked = [&page](int index) {
+            return !control<QPushButton>(page, QStringLiteral("cmd_kal_%1").arg(index))->icon().isNull();
+        };
+        QVERIFY(marked(0) && marked(1) && !marked(2));
+        press(page, "cmd_kal_5");
+        page.confirm("done"); // without a number: the button pressed last
+        QVERIFY(marked(5) && control<QPushButton>(page, "cmd_kal_5")->isEnabled());
+        QTest::keyClick(control<QScrollBar>(page, "VScr_kalib"), Qt::Key_Up);
         QTest::keyClick(control<QScrollBar>(page, "VScr_kalib"), Qt::Key_Up);
         QCOMPARE(done->text(), "0,6");
+        QTest::mouseDClick(control<QLabel>(page, "lbl_kal_done"), Qt::LeftButton);
+        QVERIFY(!marked(0) && done->text().isEmpty());
     }
 
     void theVersionTakesTextsWithoutCountingAsAnEdit()

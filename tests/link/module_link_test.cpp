@@ -70,25 +70,57 @@ private Q_SLOTS:
         QVERIFY(m_line.sent.contains("as it was"));
         QVERIFY(!m_line.sent.contains("edited later"));
         QCOMPARE(ended.size(), 1);
-        QCOMPARE(ended[0], (QVariantList{79, 0}));
+        QCOMPARE(m_link.report().sent, 79);
+        QVERIFY(!m_link.report().brokenAt && !m_link.canResume(configuration));
     }
 
     void aLineThatBreaksTellsTheStepAndIsLookedForAgain()
     {
-        const QSignalSpy broke(&m_link, &ModuleLink::transmissionBroke);
+        const QSignalSpy ended(&m_link, &ModuleLink::transmissionEnded);
         m_link.connectSerial("COM1");
         m_link.transmit({}, false);
         say("at+cpin?\r");
         say("at+cmgr=1\r");
         m_line.close();
         Q_EMIT m_line.lost("unplugged", true);
-        QCOMPARE(broke.size(), 1);
-        QCOMPARE(broke[0].front().toInt(), 1);
+        QCOMPARE(ended.size(), 1);
+        QCOMPARE(m_link.report().brokenAt, 1);
         QVERIFY(!m_link.isConnected() && !m_link.isTransmitting());
         QCOMPARE(m_line.opened, QStringList({"COM1", "COM1"}));
         m_line.sent.clear();
         say("at+cmgr=1\r");
         QVERIFY(!m_line.sent.contains("+IP")); // nothing goes on by itself
+
+        Configuration edited;
+        edited.gsm.stationId = "another";
+        QVERIFY(!m_link.canResume(edited));
+        QVERIFY(m_link.canResume({}));
+        Configuration reported;
+        reported.gsm.stationType = "NVA"; // as the module says, and no command carries it
+        QVERIFY(m_link.canResume(reported));
+        m_link.resume();
+        say("at+cmgr=1\r");
+        QVERIFY(m_line.sent.contains("\r\nn,")); // step 1, after the version of step 0
+        m_link.cancelTransmission();
+        QCOMPARE(m_link.report().brokenAt, 2);
+        m_link.connectSerial("COM2");
+        QVERIFY(!m_link.canResume({})); // it may be another module
+    }
+
+    void answersAndRefusalsAreReportedByStep()
+    {
+        Configuration configuration;
+        configuration.limitValues[2].alarm = QString(200, u'x');
+        m_link.connectSerial("COM1");
+        m_link.transmit(configuration, true);
+        for (int step = 0; step < 6; ++step) {
+            say("at+cmgr=1\r");
+            say(step == 1 ? "at+cmgs=\"+IP\"\rfailed N\x1A" : "at+cmgs=\"+IP\"\rOK\x1A");
+        }
+        QCOMPARE(m_link.report().refused, QList<int>{4});
+        QCOMPARE(m_link.report().failed, QList<int>{1});
+        QCOMPARE(m_link.report().sent, 5);
+        QCOMPARE(m_link.report().answered, 5);
     }
 
     void offlineEndsEverything()

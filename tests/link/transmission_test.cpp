@@ -1,8 +1,10 @@
 #include "link/module_session.h"
 #include "link/serial_transport.h"
+#include "link/udp_transport.h"
 #include "platform/pseudo_terminal.h"
 #include "simulator/held_form.h"
 #include "simulator/module_on_terminal.h"
+#include "simulator/module_on_udp.h"
 #include "simulator/virtual_module.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
@@ -92,6 +94,41 @@ Outcome transmitted(Configuration configuration, bool answer, const QLocale &loc
     return outcome;
 }
 
+/// The event loop's timers at twenty times their speed.
+class QuickTimers : public Timers
+{
+public:
+    std::unique_ptr<OneShotTimer> create() override { return std::make_unique<Quick>(m_timers.create()); }
+
+private:
+    struct Quick : OneShotTimer
+    {
+        explicit Quick(std::unique_ptr<OneShotTimer> slow) : timer(std::move(slow)) {}
+        void start(Milliseconds wait, std::function<void()> fired) override
+        {
+            timer->start(wait / 20, std::move(fired));
+        }
+        void stop() override { timer->stop(); }
+        bool isRunning() const override { return timer->isRunning(); }
+        std::unique_ptr<OneShotTimer> timer;
+    };
+    EventLoopTimers m_timers;
+};
+
+/// Runs until the module has taken the closing command.
+bool awaitConfigured(VirtualModule &module)
+{
+    bool configured = false;
+    QEventLoop loop;
+    module.onConfigured([&](const ModuleMemory &) {
+        configured = true;
+        loop.quit();
+    });
+    QTimer::singleShot(60000, &loop, &QEventLoop::quit);
+    loop.exec();
+    return configured;
+}
+
 } // namespace
 
 class TransmissionTest : public QObject
@@ -162,22 +199,61 @@ private Q_SLOTS:
         QVERIFY(module.open());
         IoThread io;
         SerialTransport port(io);
-        QVERIFY(port.open(module.path()));
         ModuleSession session(port, timers, test::fixedEnvironment());
+        QVERIFY(session.open(module.path()));
         Configuration configuration = test::RandomConfiguration(7).make(QLocale::c());
         const Configuration expected = asHeld(configuration, QLocale::c());
         connect(&session, &ModuleSession::caught, &session,
                 [&] { session.startTransmission(configuration, true); });
-        std::optional<Configuration> held;
-        QEventLoop loop;
-        module.module().onConfigured([&](const ModuleMemory &memory) {
-            held = memory.configuration;
-            loop.quit();
-        });
-        QTimer::singleShot(60000, &loop, &QEventLoop::quit);
-        loop.exec();
-        QVERIFY(held.has_value());
-        QCOMPARE(differences(expected, *held, QLocale::c()), QStringList());
+        QVERIFY(awaitConfigured(module.module()));
+        QCOMPARE(differences(expected, module.module().memory().configuration, QLocale::c()), QStringList());
+    }
+
+    void aWholeTransmissionOverEthernet_data()
+    {
+        QTest::addColumn<ModuleFaults>("faults");
+        QTest::addColumn<int>("doubled");
+        QTest::newRow("plain") << ModuleFaults{} << 0;
+        ModuleFaults bad;
+        bad.chunkSize = 9;
+        bad.mergesStatus = true;
+        QTest::newRow("in pieces, with reports") << bad << 0;
+        QTest::newRow("every datagram twice") << ModuleFaults{} << 100;
+    }
+    void aWholeTransmissionOverEthernet()
+    {
+        QFETCH(ModuleFaults, faults);
+        QFETCH(int, doubled);
+        QuickTimers timers;
+        ModuleOptions options{{Milliseconds(1000), Milliseconds(200), Milliseconds(100000)}, faults, {}};
+        ModuleOnUdp module(timers, options, {.doubled = doubled});
+        QVERIFY(module.open(u"0"_s));
+        IoThread io;
+        UdpTransport transport(io);
+        ModuleSession session(transport, timers, test::fixedEnvironment(), LineKind::Ethernet);
+        Configuration configuration = test::RandomConfiguration(7).make(QLocale::c());
+        const Configuration expected = asHeld(configuration, QLocale::c());
+        QVERIFY(session.open(module.address()));
+        session.startTransmission(configuration, true);
+        QVERIFY(awaitConfigured(module.module()));
+        QCOMPARE(differences(expected, module.module().memory().configuration, QLocale::c()), QStringList());
+    }
+
+    void aTransmissionEndsThoughDatagramsAreLost()
+    {
+        QuickTimers timers;
+        ModuleOptions options{{Milliseconds(1000), Milliseconds(200), Milliseconds(5000)}, {}, {}};
+        ModuleOnUdp module(timers, options, {.lost = 3, .seed = 4});
+        QVERIFY(module.open(u"0"_s));
+        IoThread io;
+        UdpTransport transport(io);
+        ModuleSession session(transport, timers, test::fixedEnvironment(), LineKind::Ethernet);
+        QSignalSpy transmitted(&session, &ModuleSession::transmitted);
+        Configuration configuration = test::RandomConfiguration(7).make(QLocale::c());
+        QVERIFY(session.open(module.address()));
+        session.startTransmission(configuration, false);
+        QTRY_COMPARE_WITH_TIMEOUT(transmitted.count(), 1, 60000);
+        QVERIFY(module.module().counts().boots > 1); // it had to be caught again
     }
 
     void aSerialPortCarriesEveryByteAndBelongsToOneProgram()

@@ -1,0 +1,164 @@
+#include "app/transmission_panel.h"
+
+#include "link/conversation_log.h"
+#include "link/problems.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace ktr {
+
+TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where where, QWidget *parent)
+    : QWidget(parent),
+      m_link(link),
+      m_document(document),
+      m_where(std::move(where)),
+      m_title(new QLabel(this)),
+      m_detail(new QLabel(this)),
+      m_cancel(new QPushButton(this)),
+      m_resume(new QPushButton(this)),
+      m_close(new QPushButton(this))
+{
+    m_title->setObjectName(QStringLiteral("lbl_transmission"));
+    QFont bold = font();
+    bold.setBold(true);
+    m_title->setFont(bold);
+    m_detail->setObjectName(QStringLiteral("lbl_transmission_detail"));
+    m_detail->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_detail->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    m_cancel->setObjectName(QStringLiteral("cmd_transmission_cancel"));
+    m_resume->setObjectName(QStringLiteral("cmd_transmission_resume"));
+    m_close->setObjectName(QStringLiteral("cmd_transmission_close"));
+
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(2);
+    texts->addWidget(m_title);
+    texts->addWidget(m_detail);
+    auto *layout = new QHBoxLayout(this);
+    layout->setContentsMargins(12, 4, 12, 4);
+    layout->addLayout(texts, 1);
+    layout->addWidget(m_resume);
+    layout->addWidget(m_cancel);
+    layout->addWidget(m_close);
+    hide();
+
+    connect(&m_link, &ModuleLink::transmissionStarted, this, &TransmissionPanel::begin);
+    connect(&m_link, &ModuleLink::stepDone, this, &TransmissionPanel::showStep);
+    connect(&m_link, &ModuleLink::transmissionEnded, this, &TransmissionPanel::end);
+    connect(&m_link, &ModuleLink::changed, this, &TransmissionPanel::showButtons);
+    connect(&m_document, &Document::changed, this, &TransmissionPanel::showButtons);
+    connect(m_cancel, &QPushButton::clicked, &m_link, &ModuleLink::cancelTransmission);
+    connect(m_resume, &QPushButton::clicked, &m_link, &ModuleLink::resume);
+    connect(m_close, &QPushButton::clicked, this, &QWidget::hide);
+    connect(m_detail, &QLabel::linkActivated, this, [this](const QString &step) {
+        const StepPlace place = placeOfStep(step.toInt());
+        Q_EMIT placeChosen({place.control, place.entry});
+    });
+    applyTexts();
+}
+
+void TransmissionPanel::applyTexts()
+{
+    m_cancel->setText(tr("Cancel"));
+    m_cancel->setToolTip(tr("Ends the transmission before its next step"));
+    m_resume->setText(tr("Continue"));
+    m_close->setText(tr("Close"));
+    if (m_ended) {
+        showSummary();
+    }
+    showButtons();
+}
+
+void TransmissionPanel::begin()
+{
+    m_started = m_document.environment().now();
+    m_firstStep = m_link.step();
+    m_ended = false;
+    m_title->setText(tr("Transmitting the configuration"));
+    m_detail->setTextFormat(Qt::PlainText);
+    m_detail->setText(tr("Waiting until the module reads its SMS"));
+    show();
+    showButtons();
+}
+
+/// From the pace so far; empty while there is none.
+QString TransmissionPanel::timeLeft(int step) const
+{
+    const int done = step - m_firstStep;
+    if (done < 1) {
+        return {};
+    }
+    const qint64 spent = m_started.msecsTo(m_document.environment().now());
+    const qint64 left = spent * (steps::last - step) / done;
+    return tr("about %1 s left").arg((left + 999) / 1000);
+}
+
+void TransmissionPanel::showStep(int step, const QString &command)
+{
+    const QString left = timeLeft(step);
+    m_title->setText(tr("Transmitting the configuration: step %1 of %2").arg(step).arg(steps::last) +
+                     (left.isEmpty() ? QString() : QStringLiteral(", ") + left));
+    m_detail->setText(
+        m_detail->fontMetrics().elidedText(logText(command), Qt::ElideRight, m_detail->width()));
+}
+
+void TransmissionPanel::end()
+{
+    m_ended = true;
+    showSummary();
+    showButtons();
+}
+
+QString TransmissionPanel::links(const QList<int> &list) const
+{
+    QStringList parts;
+    for (const int step : list) {
+        const StepPlace place = placeOfStep(step);
+        const QString where = m_where({place.control, place.entry});
+        const QString name = where.isEmpty() ? tr("step %1").arg(step) : where;
+        parts += where.isEmpty()
+                     ? name.toHtmlEscaped()
+                     : QStringLiteral("<a href=\"%1\">%2</a>").arg(step).arg(name.toHtmlEscaped());
+    }
+    return parts.join(QStringLiteral(", "));
+}
+
+void TransmissionPanel::showSummary()
+{
+    const TransmissionReport &report = m_link.report();
+    const bool whole = !report.brokenAt && report.refused.isEmpty() && report.failed.isEmpty();
+    m_title->setText(report.brokenAt
+                         ? tr("The transmission was broken off before step %1").arg(*report.brokenAt)
+                     : whole ? tr("The configuration was transmitted")
+                             : tr("The configuration was transmitted in part"));
+    QString text = tr("%1 commands sent, %2 refused, %3 answered")
+                       .arg(report.sent)
+                       .arg(report.refused.size())
+                       .arg(report.answered);
+    if (!report.refused.isEmpty()) {
+        text += u". " + tr("Too long:") + u' ' + links(report.refused);
+    }
+    if (!report.failed.isEmpty()) {
+        text += u". " + tr("Answered as failed:") + u' ' + links(report.failed);
+    }
+    m_detail->setTextFormat(Qt::RichText);
+    m_detail->setText(text);
+    m_detail->setToolTip(text);
+}
+
+void TransmissionPanel::showButtons()
+{
+    const bool running = m_link.isTransmitting();
+    const bool broken = m_ended && m_link.report().brokenAt.has_value();
+    m_cancel->setVisible(running);
+    m_close->setVisible(!running);
+    m_resume->setVisible(broken);
+    m_resume->setEnabled(m_link.canResume(m_document.configuration()));
+    m_resume->setToolTip(m_resume->isEnabled()
+                             ? tr("Goes on at the step where the transmission stopped")
+                             : tr("Possible with the same configuration over the same connection only"));
+}
+
+} // namespace ktr

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "config/edit_history.h"
+#include "link/module_link.h"
+
+#include <QWidget>
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
+namespace ktr {
+
+/// While a configuration is transmitted: step, command, time left, and a way to cancel. Afterwards: what
+/// became of it, with links to the pages of what failed, until it is put away.
+class TransmissionPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Tells where a step is edited, in the user's words.
+    using Where = std::function<QString(const EditPlace &)>;
+
+    TransmissionPanel(ModuleLink &link, Document &document, Where where, QWidget *parent = nullptr);
+
+    void applyTexts();
+
+Q_SIGNALS:
+    /// The user wants to go to what failed.
+    void placeChosen(const ktr::EditPlace &place);
+
+private:
+    void begin();
+    void showStep(int step, const QString &command);
+    void end();
+    void showSummary();
+    void showButtons();
+    QString links(const QList<int> &steps) const;
+    QString timeLeft(int step) const;
+
+    ModuleLink &m_link;
+    Document &m_document;
+    Where m_where;
+    QDateTime m_started;
+    int m_firstStep = 0;
+    bool m_ended = false;
+    QLabel *m_title;
+    QLabel *m_detail;
+    QPushButton *m_cancel;
+    QPushButton *m_resume;
+    QPushButton *m_close;
+};
+
+} // namespace ktr

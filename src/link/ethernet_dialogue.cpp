@@ -1,0 +1,84 @@
+#include "link/ethernet_dialogue.h"
+
+namespace ktr {
+
+namespace {
+
+bool isReport(QStringView text)
+{
+    return text.startsWith(u'+') || text.startsWith(QLatin1String("OK\r")) ||
+           text.startsWith(QLatin1String("ERROR\r"));
+}
+
+/// Behind the first line end; a line feed after it stays.
+qsizetype endOfLine(QStringView text)
+{
+    qsizetype end = 0;
+    while (end < text.size() && text[end] != u'\r' && text[end] != u'\x1A') {
+        ++end;
+    }
+    return std::min(end + 1, text.size());
+}
+
+} // namespace
+
+std::vector<ModuleDialogue::Action> EthernetDialogue::connected()
+{
+    m_claimed = false;
+    m_isReading = false;
+    sendLogged(QStringLiteral("config"));
+    return takeActions();
+}
+
+std::vector<ModuleDialogue::Action> EthernetDialogue::lineReceived(const QString &piece)
+{
+    if (piece.contains(QLatin1String("donE"))) {
+        logReceived(piece);
+        m_claimed = false;
+        return takeActions();
+    }
+    QStringView rest = piece;
+    while (!rest.isEmpty()) {
+        if (rest.startsWith(u'\n')) {
+            rest = rest.sliced(1);
+            continue;
+        }
+        const qsizetype end = isReport(rest) ? endOfLine(rest) : rest.size();
+        const QString line = rest.first(end).toString();
+        isReport(rest) ? takeReport(line) : takeLine(line);
+        rest = rest.sliced(end);
+    }
+    return takeActions();
+}
+
+void EthernetDialogue::takeReport(const QString &line)
+{
+    QString report = line.chopped(1);
+    if (report.contains(QLatin1String("ERROR"))) {
+        if (m_isReading || report.contains(QLatin1String("321"))) {
+            report = QStringLiteral("+CMS NO SMS");
+        } else {
+            act(Reply{ReplyKind::Message, {}, QLatin1String("failed (") + report + u')'});
+        }
+    }
+    logReceived(u"gsm", report);
+}
+
+void EthernetDialogue::takeLine(const QString &line)
+{
+    logReceived(line);
+    m_isReading = line.contains(QLatin1String("at+cmgr="));
+    const bool asks = line.contains(QLatin1String("at+cpin?"));
+    m_asks = asks && m_claimed ? m_asks + 1 : 0;
+    if (asks && (!m_claimed || m_asks > asksUntilClaimedAnew) && m_isWanted()) {
+        m_claimed = true;
+        m_asks = 0;
+        act(Caught{});
+        sendLogged(QStringLiteral("config"));
+        return;
+    }
+    sendLogged(line.chopped(1));
+    dispatch(line);
+}
+
+} // namespace ktr

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "link/history_decoder.h"
+#include "platform/timers.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace ktr {
+
+/// A cell of the export as a spreadsheet reads it as text: what begins like a formula and is no number gets
+/// an apostrophe in front, what holds a separator or a quotation mark is quoted.
+QString historyCell(const QString &text);
+
+/// The records of a line as UTF-8: "key;stamp;value;value" CR LF each, which is how spreadsheets expect it.
+QByteArray historyCsv(const HistoryLine &line);
+
+/// The file that the archive is exported to. It is opened for each line of the archive, so that it can be
+/// moved or looked at meanwhile; a new one begins with a byte-order mark and has no header line.
+class HistoryExport
+{
+public:
+    /// Appends whole lines, or nothing of them. Gives what the user is to be told: why it cannot be written,
+    /// once until that changes, and that it can be again; empty otherwise.
+    QString append(const QString &path, const QByteArray &lines);
+
+private:
+    QString m_trouble; ///< what was told last; empty while all is well
+};
+
+/// Whether a fast export of the archive runs: from its command on until no line of the archive came for
+/// some time.
+class FastExport
+{
+public:
+    static inline const QString command = QStringLiteral("§,77");
+    static constexpr Milliseconds longestSilence{5000};
+
+    explicit FastExport(Timers &timers) : m_timer(timers.create()) {}
+
+    /// A single command was handed to the module.
+    void commandLeft(const QString &sent);
+    /// A line of the archive arrived.
+    void lineArrived();
+    /// The connection is gone.
+    void end();
+
+    bool isRunning() const { return m_running; }
+
+private:
+    void restart();
+
+    std::unique_ptr<OneShotTimer> m_timer; ///< Timer_fastHistoryReset
+    bool m_running = false;
+};
+
+} // namespace ktr

@@ -1,0 +1,58 @@
+#include "link/reply_handler.h"
+
+#include "link/conversation_log.h"
+#include "platform/overloaded.h"
+
+namespace ktr {
+
+ReplyHandler::ReplyHandler(Timers &timers, std::function<QString()> exportPath, QObject *parent)
+    : QObject(parent), m_exportPath(std::move(exportPath)), m_fastExport(timers)
+{}
+
+void ReplyHandler::disconnected()
+{
+    m_fastExport.end();
+    m_ignoredTold = false;
+}
+
+void ReplyHandler::take(const ModemDialogue::Reply &reply)
+{
+    for (const ReplyEvent &event : interpretReply(reply)) {
+        std::visit(
+            Overloaded{
+                [this](const VersionReply &version) { Q_EMIT versionTold(version); },
+                [this](const HistoryReply &history) { exportLine(history); }, [](const OtherReply &) {},
+                [this](const UnusableReply &unusable) {
+                    Q_EMIT told(tr("A version reply that lacks fields: %1").arg(logText(unusable.text)));
+                }},
+            event);
+    }
+}
+
+void ReplyHandler::exportLine(const HistoryReply &reply)
+{
+    m_fastExport.lineArrived();
+    if (reply.direction == Direction::Answer && !m_fastExport.isRunning()) {
+        if (!std::exchange(m_ignoredTold, true)) {
+            Q_EMIT told(tr("Lines of the archive that no fast export asked for are not exported"));
+        }
+        return;
+    }
+    const HistoryLine &line = reply.line;
+    if (!line.badTime.isEmpty()) {
+        Q_EMIT told(tr("Archive %1: \"%2\" is no time; the records from there on are exported without one")
+                        .arg(logText(line.key), logText(line.badTime)));
+    }
+    if (!line.incomplete.isEmpty()) {
+        Q_EMIT told(tr("Archive %1: \"%2\" is no whole record and is not exported")
+                        .arg(logText(line.key), logText(line.incomplete)));
+    } else if (line.records.isEmpty()) {
+        Q_EMIT told(tr("Archive %1: a line without a record").arg(logText(line.key)));
+    }
+    const QString trouble = m_export.append(m_exportPath(), historyCsv(line));
+    if (!trouble.isEmpty()) {
+        Q_EMIT told(trouble);
+    }
+}
+
+} // namespace ktr

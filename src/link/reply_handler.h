@@ -1,0 +1,44 @@
+#pragma once
+
+#include "link/history_export.h"
+#include "link/reply_interpreter.h"
+
+#include <QObject>
+
+#include <functional>
+
+namespace ktr {
+
+/// Does what a module's texts ask for: tells versions, exports the archive's lines. Nothing that goes wrong
+/// here disturbs the conversation.
+class ReplyHandler : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `exportPath` gives the file that the archive is exported to.
+    ReplyHandler(Timers &timers, std::function<QString()> exportPath, QObject *parent = nullptr);
+
+    void take(const ModemDialogue::Reply &reply);
+
+    /// A single command was handed to the module: the fast export begins with its own.
+    void commandLeft(const QString &command) { m_fastExport.commandLeft(command); }
+
+    /// The connection is gone: what was told once is told again on the next.
+    void disconnected();
+
+Q_SIGNALS:
+    void versionTold(const ktr::VersionReply &version);
+    /// What was of no use, in a line for the user.
+    void told(const QString &line);
+
+private:
+    void exportLine(const HistoryReply &reply);
+
+    std::function<QString()> m_exportPath;
+    HistoryExport m_export;
+    FastExport m_fastExport;
+    bool m_ignoredTold = false;
+};
+
+} // namespace ktr

@@ -1,0 +1,91 @@
+#include "link/reply_interpreter.h"
+
+#include <QRegularExpression>
+
+namespace ktr {
+
+namespace {
+
+const QString byItself = QStringLiteral("--> ");
+const QString insideLine = QStringLiteral(" --> ");
+const QString answer = QStringLiteral("<-- ");
+
+ReplyEvent versionOf(const QString &text)
+{
+    const QString fields = text.sliced(2);
+    const qsizetype first = fields.indexOf(u',');
+    const qsizetype last = fields.lastIndexOf(u',');
+    if (first < 0 || first == last) {
+        return UnusableReply{text};
+    }
+    return VersionReply{shownVersion(fields.first(first).trimmed()),
+                        fields.sliced(first + 1, last - first - 1), fields.sliced(last + 1).trimmed()};
+}
+
+/// Where a line of the archive begins that other characters have got in front of; -1 for nowhere.
+qsizetype historyBehindGarbage(QStringView text)
+{
+    static const QRegularExpression start(QStringLiteral("H,[^,]*,[0-9]{10},"));
+    return text.indexOf(start);
+}
+
+ReplyEvent eventOf(QStringView text, Direction direction)
+{
+    if (text.startsWith(u"V,")) {
+        return versionOf(text.toString());
+    }
+    if (text.startsWith(u"H,")) {
+        return HistoryReply{direction, decodeHistory(text.sliced(2))};
+    }
+    return OtherReply{direction, text.toString()};
+}
+
+} // namespace
+
+std::vector<ReplyEvent> interpretReply(const ModemDialogue::Reply &reply)
+{
+    QString text = reply.text;
+    const bool isArchive = reply.kind == ModemDialogue::ReplyKind::History;
+    const bool isMessage = reply.kind == ModemDialogue::ReplyKind::Message;
+    // From the first message on, a line comes as a message, too.
+    const qsizetype message = isArchive ? text.indexOf(insideLine) : -1;
+    if (message >= 0) {
+        text.truncate(message);
+    }
+    std::vector<ReplyEvent> events;
+    static const QRegularExpression lineEnds(QStringLiteral("[\r\n\x1A]+"));
+    const auto pieces = QStringView(text).split(lineEnds, Qt::SkipEmptyParts);
+    for (QStringView piece : pieces) {
+        const bool isLast = piece.end() == QStringView(text).end();
+        if (isMessage && !piece.startsWith(byItself)) {
+            piece = piece.sliced(piece.indexOf(insideLine) + 1);
+        }
+        if (piece.startsWith(byItself)) {
+            events.push_back(eventOf(piece.sliced(byItself.size()), Direction::ByItself));
+            continue;
+        }
+        if (piece.startsWith(answer)) {
+            piece = piece.sliced(answer.size());
+        } else if (isArchive || isMessage) {
+            const qsizetype history = historyBehindGarbage(piece);
+            if (history < 0 && message >= 0 && isLast) {
+                continue; // what stands in front of a message
+            }
+            piece = piece.sliced(qMax(history, 0));
+        }
+        events.push_back(eventOf(piece, Direction::Answer));
+    }
+    return events;
+}
+
+QString shownVersion(const QString &version)
+{
+    static const QRegularExpression form(QStringLiteral("^0*([0-9]+)\\.0*([0-9]+)\\.0*([0-9]+)$"));
+    const QRegularExpressionMatch match = form.match(version);
+    if (!match.hasMatch()) {
+        return version;
+    }
+    return match.captured(1) + u'.' + match.captured(2) + u'.' + match.captured(3).rightJustified(2, u'0');
+}
+
+} // namespace ktr
