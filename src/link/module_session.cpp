@@ -165,8 +165,8 @@ void ModuleSession::perform(const ModuleDialogue::Action &action)
             [this](const ModuleDialogue::Send &line) { send(line.line); },
             [this](const ModuleDialogue::Log &log) { Q_EMIT logged(log.line); },
             [this](const ModuleDialogue::Caught &) {
-                if (m_unconfirmedStep && m_sequence.isRunning()) {
-                    m_sequence.start(*m_unconfirmedStep); // it started anew without having taken this command
+                if (m_paced && m_unconfirmedStep && m_sequence.isRunning()) {
+                    m_sequence.start(*m_unconfirmedStep); // a network may have lost this command
                 }
                 Q_EMIT caught();
             },
