@@ -11,11 +11,8 @@
 #include "link/udp_transport.h"
 #include "platform/files.h"
 #include "platform/pseudo_terminal.h"
-<<<<<<< HEAD
-#include "simulator/module_on_udp.h"
-=======
 #include "platform/text_rules.h"
->>>>>>> main
+#include "simulator/module_on_udp.h"
 #include "simulator/virtual_module.h"
 
 #include <QCoreApplication>

@@ -2,6 +2,8 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/interruption.h"
+#include "cli/loading.h"
+#include "cli/replay.h"
 #include "config/configuration_file.h"
 #include "link/conversation_log.h"
 #include "platform/files.h"
@@ -17,6 +19,8 @@ namespace {
 const QString serialOption = QStringLiteral("serial");
 const QString ethernetOption = QStringLiteral("ethernet");
 const QString saveOption = QStringLiteral("save");
+const QString holdOption = QStringLiteral("hold");
+const QString replayOption = QStringLiteral("replay");
 const QString slowOption = QStringLiteral("slow");
 const QString silentOption = QStringLiteral("silent-after");
 const QString splitOption = QStringLiteral("split");
@@ -116,8 +120,15 @@ int simulate(const QStringList &words)
                          QStringLiteral("PORT")});
     arguments.addOption({saveOption,
                          QStringLiteral("Saves the configuration it was given when the closing command "
-                                        "has come."),
+                                        "has come, and what it holds when it hangs up."),
                          QStringLiteral("FILE")});
+    arguments.addOption({holdOption, QStringLiteral("Holds from the start what it saved as FILE before."),
+                         QStringLiteral("FILE")});
+    arguments.addOption(
+        {replayOption,
+         QStringLiteral("Plays the module's part of the conversation LOG instead, tells where "
+                        "the program differs from it, and ends with it."),
+         QStringLiteral("LOG")});
     addFaults(arguments);
     if (const auto end = arguments.parse(words)) {
         return *end;
@@ -125,16 +136,34 @@ int simulate(const QStringList &words)
     if (arguments.isSet(serialOption) == arguments.isSet(ethernetOption)) {
         return arguments.wrong(QStringLiteral("either --serial or --ethernet is needed"));
     }
+    if (arguments.isSet(replayOption)) {
+        for (const QString &option :
+             {ethernetOption, saveOption, holdOption, slowOption, silentOption, splitOption, mergeOption,
+              garbageOption, hangUpOption, loseOption, doubleOption, overtakeOption}) {
+            if (arguments.isSet(option)) {
+                return arguments.wrong(QStringLiteral("--replay does not go together with --") + option);
+            }
+        }
+        return replay(arguments.value(replayOption), arguments.value(serialOption));
+    }
     const std::optional<Faults> wanted = faults(arguments);
     if (!wanted) {
         return wrongUsage;
     }
     const Environment environment = systemEnvironment();
+    ModuleOptions options;
+    options.faults = wanted->module;
+    if (arguments.isSet(holdOption)) {
+        Document held(environment);
+        held.restore(options.memory.configuration, false); // without the values of "new"
+        if (load(held, arguments.value(holdOption)) != Loaded::Whole) {
+            return failed;
+        }
+        options.memory.configuration = held.configuration();
+    }
     EventLoopTimers timers;
     IoThread io;
     Interruption interruption(io, [] { QCoreApplication::quit(); });
-    ModuleOptions options;
-    options.faults = wanted->module;
     ModuleOnTerminal onTerminal(timers, options);
     ModuleOnUdp onUdp(timers, options, wanted->network);
     const bool isSerial = arguments.isSet(serialOption);
@@ -144,22 +173,27 @@ int simulate(const QStringList &words)
             complain(QStringLiteral("not understood: %1: %2").arg(logText(command), understood.answerText));
         }
     });
+    const auto save = [&](const ModuleMemory &memory) {
+        if (!arguments.isSet(saveOption)) {
+            return;
+        }
+        const QString path = arguments.value(saveOption);
+        const Status saved = replaceFile(path, writeConfiguration(memory.configuration, environment));
+        if (saved) {
+            report(QLatin1String("saved ") + path);
+        } else {
+            complain(saved.message());
+        }
+    };
     module.onConfigured([&](const ModuleMemory &memory) {
         report(QStringLiteral("configured: %1 commands taken, %2 not understood")
                    .arg(memory.accepted)
                    .arg(memory.refused));
-        if (arguments.isSet(saveOption)) {
-            const QString path = arguments.value(saveOption);
-            const Status saved = replaceFile(path, writeConfiguration(memory.configuration, environment));
-            if (saved) {
-                report(QLatin1String("saved ") + path);
-            } else {
-                complain(saved.message());
-            }
-        }
+        save(memory);
     });
     module.onHangUp([&] {
         report(QStringLiteral("hung up"));
+        save(module.memory());
         onTerminal.terminal().hangUp();
         onUdp.close();
     });

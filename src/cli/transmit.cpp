@@ -3,9 +3,13 @@
 #include "cli/link_job.h"
 #include "cli/loading.h"
 
-#include <algorithm>
-
 namespace ktr::cli {
+
+namespace {
+
+const QString resumeOption = QStringLiteral("resume");
+
+} // namespace
 
 int transmit(const QStringList &words)
 {
@@ -16,8 +20,16 @@ int transmit(const QStringList &words)
         {QStringLiteral("FILE")});
     LinkJob::addOptions(arguments);
     arguments.addOption({QStringLiteral("answer"), QStringLiteral("The module is to answer each command.")});
+    arguments.addOption({resumeOption,
+                         QStringLiteral("Goes on at the step at which an earlier transmission stopped; the "
+                                        "configuration and the module must be as they were."),
+                         QStringLiteral("STEP"), QString::number(steps::first)});
     if (const auto end = arguments.parse(words)) {
         return *end;
+    }
+    const std::optional<int> firstStep = arguments.number(resumeOption, steps::first, steps::last);
+    if (!firstStep) {
+        return wrongUsage;
     }
     Document document(systemEnvironment());
     if (load(document, arguments.positional(0)) != Loaded::Whole) {
@@ -33,15 +45,14 @@ int transmit(const QStringList &words)
     bool started = false;
     const auto uncaught = job.timers().create();
     job.setState([&] {
-        const int step = started ? std::min(session.step(), steps::last) : steps::first;
-        return QStringLiteral("stopped at step %1").arg(step);
+        return QStringLiteral("stopped at step %1").arg(started ? session.resumeStep() : *firstStep);
     });
 
     const auto start = [&] {
         uncaught->stop();
         if (!started) { // a module that starts anew in the middle goes on where it was
             started = true;
-            session.startTransmission(configuration, arguments.isSet(QStringLiteral("answer")));
+            session.startTransmission(configuration, arguments.isSet(QStringLiteral("answer")), *firstStep);
         }
     };
     QObject::connect(&session, &ModuleSession::caught, &session, start);

@@ -45,6 +45,24 @@ QString logText(const QString &line)
     return text;
 }
 
+QString fromLogText(const QString &text)
+{
+    // Only the escapes that are ever written; anything else behind a backslash is text.
+    static const QRegularExpression escape(QStringLiteral(R"(\\(?:([rn])|x([01][0-9a-f]|7f)))"));
+    QString line;
+    qsizetype end = 0;
+    for (const QRegularExpressionMatch &match : escape.globalMatch(text)) {
+        line += QStringView(text).mid(end, match.capturedStart() - end);
+        if (const QStringView letter = match.capturedView(1); !letter.isEmpty()) {
+            line += letter == u"r" ? u'\r' : u'\n';
+        } else {
+            line += QChar(match.capturedView(2).toUShort(nullptr, 16));
+        }
+        end = match.capturedEnd();
+    }
+    return line + QStringView(text).mid(end);
+}
+
 Status ConversationLog::open(const QString &path)
 {
     m_file.setFileName(path);

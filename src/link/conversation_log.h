@@ -11,6 +11,10 @@ namespace ktr {
 /// made visible, and no PIN: neither that of the module's "at+cpin=" nor that of the numbers command.
 QString logText(const QString &line);
 
+/// The line that logText() made such a text of, without the line end that was removed. A backslash that stood
+/// in the line itself is not told from one of the log.
+QString fromLogText(const QString &text);
+
 /// The conversation log in a file: each line with the time, appended at once. A file that cannot be written
 /// never disturbs the conversation; what became of it is told by status().
 class ConversationLog

@@ -12,6 +12,7 @@
 #include <QObject>
 #include <QString>
 
+#include <algorithm>
 #include <memory>
 
 namespace ktr {
@@ -34,7 +35,8 @@ public:
     void close();
 
     /// Transmits a configuration, which must outlive the transmission: the module gets a command each time
-    /// it reads an SMS. `answer` asks it to answer each one.
+    /// it reads an SMS. `answer` asks it to answer each one; a step other than the first resumes one that
+    /// broke off there.
     void startTransmission(Configuration &configuration, bool answer, int step = steps::first);
 
     void stopTransmission();
@@ -48,6 +50,10 @@ public:
 
     /// The step whose command comes next; steps::idle when no transmission runs.
     int step() const { return m_sequence.step(); }
+
+    /// Where a transmission that broke off goes on: the first step that the module is not known to have
+    /// taken. A command counts as taken when the module then reads or sends its next SMS.
+    int resumeStep() const { return m_unconfirmedStep.value_or(std::min(step(), steps::last)); }
 
     /// Calls silent() when nothing was heard from the module for so long; zero for never.
     void setTimeout(Milliseconds timeout);

@@ -44,6 +44,12 @@ public:
         }
         return true;
     }
+    /// Of a module that ends by itself.
+    int exitCode()
+    {
+        m_process.waitForFinished(60000);
+        return m_process.exitCode();
+    }
     /// Where it listens, as it tells.
     QString address() const { return m_output.section(u"listening at "_s, 1).section(u'\n', 0, 0); }
     bool terminate()
@@ -109,7 +115,9 @@ private Q_SLOTS:
         for (const auto *line :
              {"", "frobnicate", "new", "new @a @b", "convert @a", "commands @a --loud", "transmit @sample",
               "transmit @sample --serial @b --ethernet c", "transmit @sample --serial @b --timeout soon",
-              "transmit @sample --serial @b --timeout 0", "simulate", "simulate --serial @a --split 0",
+              "transmit @sample --serial @b --timeout 0", "transmit @sample --serial @b --resume 79",
+              "transmit @sample --serial @b --resume -1", "transmit @sample --serial @b --resume last",
+              "simulate --serial @a --replay @b --merge", "simulate", "simulate --serial @a --split 0",
               "send --serial @a", "print @sample", "print @sample @a.pdf --language klingon"}) {
             const Result result = ktrcli(QString::fromLatin1(line));
             QVERIFY2(result.code == 2 && result.output.isEmpty(), line);
@@ -159,7 +167,9 @@ private Q_SLOTS:
               "print @garbage.xml @x.pdf", "print @sample /dev/full",
               "transmit @garbage.xml --serial /dev/null", "transmit @sample --serial @none",
               "transmit @sample --ethernet 127.0.0.1:0", "transmit @sample --ethernet no-such-module.invalid",
-              "simulate --serial @garbage.xml", "simulate --ethernet here"}) {
+              "simulate --serial @garbage.xml", "simulate --ethernet here",
+              "simulate --serial @m --hold @garbage.xml", "simulate --serial @m --replay @none",
+              "simulate --serial @m --replay @garbage.xml"}) {
             const Result result = ktrcli(QString::fromLatin1(line));
             QVERIFY2(result.code == 1, line);
             QVERIFY2(result.errors.startsWith("ktrcli: "_L1) && result.errors.count(u'\n') == 1, line);
@@ -254,7 +264,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QString>("fault");
         QTest::addColumn<QString>("reason");
-        // A line asks for the modem, two answer the version query, all others read a message.
+        // A line asks for the modem, two answer the version query, all others read a message. The module did
+        // not read on after step 6.
         QTest::newRow("silence") << u" --silent-after 10"_s << u"nothing was heard from the module for 1 s"_s;
         QTest::newRow("hang-up") << u" --hang-up-at 109"_s << u"the line is lost"_s;
     }
@@ -266,7 +277,61 @@ private Q_SLOTS:
         const Result result = ktrcli(u"transmit @sample --serial @module --timeout 1"_s);
         QCOMPARE(result.code, 1);
         QVERIFY2(result.errors.startsWith(u"ktrcli: "_s + reason), qPrintable(result.errors));
-        QVERIFY2(result.errors.endsWith("; stopped at step 7\n"_L1), qPrintable(result.errors));
+        QVERIFY2(result.errors.endsWith("; stopped at step 6\n"_L1), qPrintable(result.errors));
+    }
+
+    void anInterruptedTransmissionGoesOnAtTheStepThatWasTold_data()
+    {
+        QTest::addColumn<int>("byte");
+        QTest::newRow("in the first reading") << 15;
+        QTest::newRow("in the module's answer") << 40;
+        QTest::newRow("in a reading") << 334;
+        // The command for this reading meets a module that is gone.
+        QTest::newRow("behind a reading") << 337;
+    }
+    void anInterruptedTransmissionGoesOnAtTheStepThatWasTold()
+    {
+        QFETCH(int, byte);
+        QString step;
+        {
+            Module module(words(u"simulate --serial @module --save @half.xml --hang-up-at %1"_s.arg(byte)));
+            const Result broken = ktrcli(u"transmit @sample --serial @module"_s);
+            QCOMPARE(broken.code, 1);
+            step = broken.errors.trimmed().section(u"stopped at step "_s, 1);
+            QVERIFY(module.await(u"saved"_s));
+        }
+        QCOMPARE(ktrcli(u"compare @sample @half.xml"_s).code, 1);
+        Module module(words(u"simulate --serial @module --hold @half.xml --save @whole.xml"_s));
+        const Result resumed = ktrcli(u"transmit @sample --serial @module --resume "_s + step);
+        QVERIFY2(resumed.code == 0, qPrintable(resumed.errors));
+        const QString summary = u"\n%1 commands sent, 0 refused\n"_s.arg(79 - step.toInt());
+        QVERIFY2(resumed.output.contains(summary), qPrintable(step + resumed.output));
+        QVERIFY(module.await(u"saved"_s));
+        const Result compared = ktrcli(u"compare @sample @whole.xml"_s);
+        QVERIFY2(compared.code == 0, qPrintable(compared.output));
+    }
+
+    void aLogIsReplayedAndTheProgramComparedWithIt()
+    {
+        {
+            Module module(words(u"simulate --serial @module --garbage 3 --merge"_s));
+            QCOMPARE(ktrcli(u"transmit @sample --serial @module --log @replayed.txt"_s).code, 0);
+        }
+        {
+            Module module(words(u"simulate --serial @module --replay @replayed.txt"_s));
+            QCOMPARE(ktrcli(u"transmit @sample --serial @module"_s).code, 0);
+            QVERIFY(module.await(u"as in the log"_s));
+            QCOMPARE(module.exitCode(), 0);
+        }
+        QByteArray log = contentOf(path(u"replayed.txt"_s));
+        const qsizetype station = log.indexOf("PS Mill Lane");
+        log[station] = 'Q';
+        write(u"replayed.txt"_s, log);
+        Module module(words(u"simulate --serial @module --replay @replayed.txt"_s));
+        QCOMPARE(ktrcli(u"transmit @sample --serial @module"_s).code, 0);
+        QVERIFY(module.await(
+            u"differs at line %1: expected \"n,****,QS Mill Lane"_s.arg(log.left(station).count('\n') + 1)));
+        QCOMPARE(module.exitCode(), 1);
     }
 
     void ctrlCEndsCleanly()
@@ -282,7 +347,7 @@ private Q_SLOTS:
         ::kill(static_cast<pid_t>(process.processId()), SIGINT);
         QVERIFY(process.waitForFinished());
         QCOMPARE(process.exitCode(), 1);
-        QCOMPARE(process.readAllStandardError(), "ktrcli: interrupted; stopped at step 4\n");
+        QCOMPARE(process.readAllStandardError(), "ktrcli: interrupted; stopped at step 3\n");
     }
 };
 
