@@ -8,9 +8,14 @@
 #include "link/module_session.h"
 #include "link/reply_interpreter.h"
 #include "link/serial_transport.h"
+#include "link/udp_transport.h"
 #include "platform/files.h"
 #include "platform/pseudo_terminal.h"
+<<<<<<< HEAD
+#include "simulator/module_on_udp.h"
+=======
 #include "platform/text_rules.h"
+>>>>>>> main
 #include "simulator/virtual_module.h"
 
 #include <QCoreApplication>
@@ -321,6 +326,54 @@ void aTransmissionAt9600Baud(benchmark::State &state)
     }
 }
 BENCHMARK(aTransmissionAt9600Baud)->Iterations(1)->Unit(benchmark::kSecond)->UseRealTime();
+
+/// A whole transmission over the loopback network to a module that answers at once. The floor is the sum of
+/// the pauses that the module is given behind each line up to the last.
+void aTransmissionOverEthernet(benchmark::State &state)
+{
+    for (auto _ : state) {
+        EventLoopTimers timers;
+        IoThread io;
+        UdpTransport transport(io);
+        ModuleOptions options;
+        options.times.readInterval = Milliseconds(0);
+        ModuleOnUdp module(timers, options);
+        ModuleSession session(transport, timers, benchmarkEnvironment(), LineKind::Ethernet);
+        if (!module.open(QStringLiteral("0")) || !session.open(module.address())) {
+            state.SkipWithError("no network");
+            return;
+        }
+        Milliseconds floor{0};
+        Milliseconds lastPause{0};
+        QObject::connect(&session, &ModuleSession::logged, &session, [&](const QString &line) {
+            const QString mark = QStringLiteral("eth ----> ");
+            if (line.startsWith(mark)) {
+                lastPause = Milliseconds(line.size() - mark.size() + 10);
+                floor += lastPause;
+            }
+        });
+        Configuration configuration = sampleConfiguration();
+        QEventLoop loop;
+        bool configured = false;
+        module.module().onConfigured([&](const ModuleMemory &memory) {
+            configured = memory.refused == 0;
+            loop.quit();
+        });
+        QElapsedTimer timer;
+        timer.start();
+        session.startTransmission(configuration, false);
+        loop.exec();
+        const double seconds = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+        if (!configured) {
+            state.SkipWithError("the module did not understand everything");
+            return;
+        }
+        const double floorSeconds = static_cast<double>((floor - lastPause).count()) / 1e3;
+        state.counters["floor_s"] = floorSeconds;
+        state.counters["ratio_to_floor"] = seconds / floorSeconds;
+    }
+}
+BENCHMARK(aTransmissionOverEthernet)->Iterations(1)->Unit(benchmark::kSecond)->UseRealTime();
 
 // Floors
 

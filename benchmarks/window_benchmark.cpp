@@ -87,7 +87,7 @@ public:
     std::unique_ptr<FormMain> open()
     {
         auto window = std::make_unique<FormMain>(
-            Services{systemEnvironment(), m_timers, m_line, [] { return QStringList(); },
+            Services{systemEnvironment(), m_timers, m_line, m_network, [] { return QStringList(); },
                      m_folder.filePath(QStringLiteral("instance%1").arg(++m_opened))});
         window->resize(size);
         window->start(
@@ -99,6 +99,7 @@ private:
     QTemporaryDir m_folder;
     EventLoopTimers m_timers;
     test::SilentLine m_line;
+    test::SilentLine m_network;
     int m_opened = 0; ///< each an instance of its own
 };
 

@@ -55,10 +55,11 @@ int main(int argc, char **argv)
                 continue; // the documentation shows each language and each appearance once
             }
             test::SilentLine line;
+            test::SilentLine network;
             EventLoopTimers timers;
             Environment environment = systemEnvironment();
             environment.locale = german ? QLocale(QLocale::German) : QLocale(QLocale::English);
-            FormMain window({environment, timers, line,
+            FormMain window({environment, timers, line, network,
                              [] { return QStringList{QStringLiteral("/dev/ttyUSB0")}; },
                              folder.filePath(QStringLiteral("instance"))});
             window.resize(laptop);

@@ -80,6 +80,22 @@
         <translation>nicht geschrieben: es ist keine Schrift installiert</translation>
     </message>
     <message>
+        <source>a doubled datagram dropped</source>
+        <translation>ein verdoppeltes Datagramm verworfen</translation>
+    </message>
+    <message>
+        <source>a line dropped: too many wait to be sent</source>
+        <translation>eine Zeile verworfen: zu viele warten auf das Senden</translation>
+    </message>
+    <message>
+        <source>%1: the name is not found</source>
+        <translation>%1: der Name wurde nicht gefunden</translation>
+    </message>
+    <message>
+        <source>%1: is no address of a module</source>
+        <translation>%1: ist keine Adresse eines Moduls</translation>
+    </message>
+    <message>
         <source>The history is not exported: %1: %2</source>
         <translation>Die Historie wird nicht exportiert: %1: %2</translation>
     </message>

@@ -16,6 +16,7 @@
 #include "app/status_line.h"
 #include "app/style.h"
 #include "app/transmission_panel.h"
+#include "editor/address_check.h"
 #include "editor/calibration_page.h"
 #include "editor/connection_page.h"
 #include "editor/ethernet_page.h"
@@ -62,7 +63,7 @@ FormMain::FormMain(const Services &services)
       m_document(services.environment),
       m_history(m_document),
       m_context{m_document, m_history, m_texts},
-      m_link(services.serial, services.timers, services.environment, services.ports),
+      m_link(services.serial, services.ethernet, services.timers, services.environment, services.ports),
       m_instance(services.timers, services.instanceName)
 {
     setObjectName(QStringLiteral("FormMain"));
@@ -80,6 +81,7 @@ FormMain::FormMain(const Services &services)
     connectDocument();
     connectProblems();
     connect(m_linkPresenter.get(), &LinkPresenter::told, this, &FormMain::tell);
+    connect(m_linkPresenter.get(), &LinkPresenter::addressWanted, this, &FormMain::askForAddress);
     connect(m_linkPresenter.get(), &LinkPresenter::messageWanted, this, &FormMain::showMessage);
     connect(&m_instance, &SingleInstance::closeRequested, this, &QWidget::close);
 }
@@ -469,6 +471,14 @@ void FormMain::tell(const QString &line)
 void FormMain::showMessage(const QString &text)
 {
     Dialog::message(this, m_texts, text);
+}
+
+void FormMain::askForAddress(bool exclusive)
+{
+    const QString proposal = withoutLeadingZeros(m_document.configuration().ethernet.ip);
+    if (const auto address = Dialog::input(this, m_texts, m_texts.text(Text::Ip), proposal)) {
+        m_link.connectEthernet(address->trimmed(), exclusive);
+    }
 }
 
 // Dropped files

@@ -30,6 +30,7 @@ struct Services
     Environment environment;
     Timers &timers;
     Transport &serial;
+    Transport &ethernet;
     std::function<QStringList()> ports;
     QString instanceName; ///< under which instances find each other; empty for the user's own
 };
@@ -86,6 +87,7 @@ private:
     void updateTitle();
     void tell(const QString &line);
     void showMessage(const QString &text);
+    void askForAddress(bool exclusive);
 
     PrintoutOptions printoutOptions() const;
     void print();

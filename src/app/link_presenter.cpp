@@ -9,6 +9,7 @@
 #include "editor/info_page.h"
 #include "editor/test_page.h"
 #include "lang/text_table.h"
+#include "link/udp_transport.h"
 #include "platform/text_rules.h"
 
 #include <QAction>
@@ -34,6 +35,14 @@ void LinkPresenter::connectLink()
 {
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::show);
     connect(&m_link, &ModuleLink::told, this, &LinkPresenter::told);
+    connect(&m_link, &ModuleLink::refused, this, [this](const QString &reason) {
+        Q_EMIT told(reason);
+        if (reason == UdpTransport::portInUse()) {
+            Q_EMIT messageWanted(m_texts.text(Text::PortInUse));
+        }
+    });
+    connect(&m_link, &ModuleLink::interrupted, this,
+            [this] { Q_EMIT messageWanted(m_texts.text(Text::ConnectionInterrupted)); });
     connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
     connect(&m_link, &ModuleLink::transmissionStarted, this, [this] { showProgress(0); });
     connect(&m_link, &ModuleLink::stepDone, this, &LinkPresenter::showProgress);
@@ -89,8 +98,14 @@ void LinkPresenter::connectMenu()
     connect(m_menu.search, &QAction::triggered, this, [this] { m_link.connectSerial(QString()); });
     connect(&m_menu, &MainMenu::portChosen, &m_link, &ModuleLink::connectSerial);
     connect(&m_menu, &MainMenu::portsWanted, this, &LinkPresenter::findPorts);
-    connect(m_menu.ethernet, &QAction::triggered, this, &LinkPresenter::notAvailable);
-    connect(m_menu.exclusive, &QAction::triggered, this, &LinkPresenter::notAvailable);
+    connect(m_menu.ethernet, &QAction::triggered, this, [this] {
+        tickLine(); // until an address is given
+        Q_EMIT addressWanted(false);
+    });
+    connect(m_menu.exclusive, &QAction::triggered, this, [this] {
+        tickLine();
+        Q_EMIT addressWanted(true);
+    });
     connect(m_menu.offline, &QAction::triggered, &m_link, &ModuleLink::goOffline);
     connect(m_menu.operationalMode, &QAction::triggered, this, [this] {
         m_link.goOffline();
@@ -113,7 +128,7 @@ void LinkPresenter::attach(ConnectionPage &page)
 {
     m_connection = &page;
     connect(&page, &ConnectionPage::serialWanted, &m_link, &ModuleLink::connectSerial);
-    connect(&page, &ConnectionPage::ethernetWanted, this, &LinkPresenter::notAvailable);
+    connect(&page, &ConnectionPage::ethernetWanted, &m_link, &ModuleLink::connectEthernet);
     connect(&page, &ConnectionPage::offlineWanted, &m_link, &ModuleLink::goOffline);
     connect(this, &LinkPresenter::told, &page, &ConnectionPage::addEvent);
     findPorts();
@@ -173,9 +188,21 @@ void LinkPresenter::findPorts()
 /// Ticks the line in use in the connection menu.
 void LinkPresenter::tickLine()
 {
-    const bool offline = m_link.state() == ModuleLink::State::Offline;
-    const QString &wanted = m_link.wantedPort();
-    QAction *line = offline ? m_menu.offline : wanted.isEmpty() ? m_menu.search : m_menu.portAction(wanted);
+    QAction *line = nullptr;
+    switch (m_link.line()) {
+    case ModuleLink::Line::Offline:
+        line = m_menu.offline;
+        break;
+    case ModuleLink::Line::Serial:
+        line = m_link.wantedPort().isEmpty() ? m_menu.search : m_menu.portAction(m_link.wantedPort());
+        break;
+    case ModuleLink::Line::Ethernet:
+        line = m_menu.ethernet;
+        break;
+    case ModuleLink::Line::EthernetExclusive:
+        line = m_menu.exclusive;
+        break;
+    }
     if (line != nullptr) {
         line->setChecked(true);
     }
@@ -257,7 +284,8 @@ void LinkPresenter::tellDifference(const QString &moduleVersion)
 {
     const QString &local = m_document.configuration().versionText;
     // The module has the text as it was on the wire.
-    if (m_differenceTold || moduleVersion == fromWindows1252(toWindows1252(local))) {
+    if (m_differenceTold || m_link.isTransmitting() ||
+        moduleVersion == fromWindows1252(toWindows1252(local))) {
         return;
     }
     m_differenceTold = true;

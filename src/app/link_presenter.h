@@ -43,6 +43,8 @@ public:
 Q_SIGNALS:
     /// A line for the status bar.
     void told(const QString &line);
+    /// The module's address is to be asked for, then ModuleLink::connectEthernet() does the rest.
+    void addressWanted(bool exclusive);
     /// A message that must not be overlooked.
     void messageWanted(const QString &text);
 

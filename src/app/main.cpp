@@ -3,6 +3,7 @@
 #include "app/program_name.h"
 #include "app/style.h"
 #include "link/serial_transport.h"
+#include "link/udp_transport.h"
 #include "platform/serial_device.h"
 
 #include <QApplication>
@@ -16,8 +17,10 @@ int main(int argc, char **argv)
 
     ktr::IoThread io;
     ktr::SerialTransport serial(io);
+    ktr::UdpTransport ethernet(io);
     ktr::EventLoopTimers timers;
-    ktr::FormMain window({ktr::systemEnvironment(), timers, serial, [] { return ktr::serialPorts(); }, {}});
+    ktr::FormMain window(
+        {ktr::systemEnvironment(), timers, serial, ethernet, [] { return ktr::serialPorts(); }, {}});
     const auto end = [] { QCoreApplication::exit(0); };
     QObject::connect(&window, &ktr::FormMain::closed, &application, end, Qt::QueuedConnection);
     QObject::connect(&window, &ktr::FormMain::exitWanted, &application, end);

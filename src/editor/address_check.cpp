@@ -24,4 +24,15 @@ std::optional<Text> addressProblem(const QString &address)
     return std::ranges::all_of(parts, isByte) ? std::nullopt : std::optional(Text::AddressNumberOutOfRange);
 }
 
+QString withoutLeadingZeros(const QString &address)
+{
+    QStringList parts = address.split(u'.');
+    for (QString &part : parts) {
+        while (part.size() > 1 && part.startsWith(u'0')) {
+            part.remove(0, 1);
+        }
+    }
+    return parts.join(u'.');
+}
+
 } // namespace ktr

@@ -12,4 +12,7 @@ namespace ktr {
 /// sound one. Leading zeros are sound.
 std::optional<Text> addressProblem(const QString &address);
 
+/// "010.000.000.001" as the address that the operating system takes for it: 10.0.0.1.
+QString withoutLeadingZeros(const QString &address);
+
 } // namespace ktr

@@ -1,5 +1,6 @@
 #include "editor/connection_page.h"
 
+#include "editor/address_check.h"
 #include "editor/lamp.h"
 
 #include <QComboBox>
@@ -12,22 +13,6 @@
 #include <QSignalBlocker>
 
 namespace ktr {
-
-namespace {
-
-/// "010.000.000.001" as the address that the operating system takes for it: 10.0.0.1.
-QString withoutLeadingZeros(const QString &address)
-{
-    QStringList parts = address.split(u'.');
-    for (QString &part : parts) {
-        while (part.size() > 1 && part.startsWith(u'0')) {
-            part.remove(0, 1);
-        }
-    }
-    return parts.join(u'.');
-}
-
-} // namespace
 
 ConnectionPage::ConnectionPage(EditorContext &context, QWidget *parent) : Page(context, parent)
 {

@@ -4,11 +4,13 @@
 
 namespace ktr {
 
-ModuleLink::ModuleLink(Transport &serial, Timers &timers, const Environment &environment,
+ModuleLink::ModuleLink(Transport &serial, Transport &ethernet, Timers &timers, const Environment &environment,
                        std::function<QStringList()> ports, QObject *parent)
     : QObject(parent),
       m_ports(std::move(ports)),
-      m_serial(serial),
+      m_serial{serial, {serial, timers, environment}, {serial, timers, serialPace}},
+      m_ethernet{
+          ethernet, {ethernet, timers, environment, LineKind::Ethernet}, {ethernet, timers, datagramPace}},
       m_search(serial, timers,
                [this]() -> QStringList {
                    if (m_wanted.isEmpty()) {
@@ -17,18 +19,13 @@ ModuleLink::ModuleLink(Transport &serial, Timers &timers, const Environment &env
                    return QFileInfo::exists(m_wanted) || m_ports().contains(m_wanted) ? QStringList{m_wanted}
                                                                                       : QStringList();
                }),
-      m_session(serial, timers, environment),
       m_firmware(joinPath(environment.programFolder, QStringLiteral("upgrade.bin"))),
-      m_selfProgram(timers.create()),
-      m_upload(serial, timers, serialPace)
+      m_selfProgram(timers.create())
 {
-    connect(&serial, &Transport::received, this, [this] {
-        if (!m_connected) {
-            m_connected = true;
-            Q_EMIT changed();
-        }
-    });
-    connect(&serial, &Transport::lost, this, &ModuleLink::lineLost);
+    connectPath(m_serial);
+    connectPath(m_ethernet);
+    connect(&serial, &Transport::lost, this, &ModuleLink::serialLost);
+    connect(&ethernet, &Transport::lost, this, &ModuleLink::ethernetLost);
     connect(&m_search, &PortSearch::opened, this, [this] {
         m_connected = false;
         Q_EMIT changed();
@@ -38,31 +35,30 @@ ModuleLink::ModuleLink(Transport &serial, Timers &timers, const Environment &env
         goOffline();
         Q_EMIT told(tr("No module was heard at any serial port"));
     });
-    connect(&m_session, &ModuleSession::logged, this, &ModuleLink::logged);
-    connect(&m_session, &ModuleSession::caught, this, [this] {
+}
+
+void ModuleLink::connectPath(Path &path)
+{
+    connect(&path.transport, &Transport::received, this, [this] {
+        if (!m_connected) {
+            m_connected = true;
+            Q_EMIT changed();
+        }
+    });
+    const ModuleSession *session = &path.session;
+    connect(session, &ModuleSession::logged, this, &ModuleLink::logged);
+    connect(session, &ModuleSession::caught, this, [this] {
         m_search.stop();
         setState(State::Caught);
         Q_EMIT told(tr("The module is in configuration mode"));
     });
-    connect(&m_session, &ModuleSession::replied, this, [this](const ModemDialogue::Reply &reply) {
+    connect(session, &ModuleSession::replied, this, [this](const ModemDialogue::Reply &reply) {
         noteAnswer(reply);
         Q_EMIT replied(reply);
     });
-    connect(&m_session, &ModuleSession::serviceConfirmed, this, &ModuleLink::serviceConfirmed);
-    connect(&m_session, &ModuleSession::commandSent, this,
-            [this](std::optional<int> step, const QString &command) {
-                m_search.stop(); // a module that reads its SMS is found
-                setState(State::Caught);
-                m_lastStep = step;
-                if (step) {
-                    ++m_report.sent;
-                    m_transmittedOver = line();
-                    Q_EMIT stepDone(*step, command);
-                } else {
-                    Q_EMIT commandLeft(command);
-                }
-            });
-    connect(&m_session, &ModuleSession::commandRefused, this,
+    connect(session, &ModuleSession::serviceConfirmed, this, &ModuleLink::serviceConfirmed);
+    connect(session, &ModuleSession::commandSent, this, &ModuleLink::commandSent);
+    connect(session, &ModuleSession::commandRefused, this,
             [this](std::optional<int> step, const QString &command) {
                 if (step) {
                     m_report.refused += *step;
@@ -71,12 +67,30 @@ ModuleLink::ModuleLink(Transport &serial, Timers &timers, const Environment &env
                     Q_EMIT told(tr("The command is too long and was not sent"));
                 }
             });
-    connect(&m_session, &ModuleSession::transmitted, this, &ModuleLink::transmissionEnded);
-    connect(&m_session, &ModuleSession::firmwareAnnounced, this,
+    connect(session, &ModuleSession::transmitted, this, [this] {
+        m_path->session.setTimeout(Milliseconds{0});
+        Q_EMIT transmissionEnded();
+    });
+    connect(session, &ModuleSession::silent, this, &ModuleLink::moduleSilent);
+    connect(session, &ModuleSession::firmwareAnnounced, this,
             [this] { m_selfProgram->start(uploadDelay, [this] { startUpload(); }); });
-    connect(&m_upload, &FirmwareUpload::told, this, &ModuleLink::told);
-    connect(&m_upload, &FirmwareUpload::progressed, this, &ModuleLink::uploadProgressed);
-    connect(&m_upload, &FirmwareUpload::ended, this, &ModuleLink::uploadEnded);
+    connect(&path.upload, &FirmwareUpload::told, this, &ModuleLink::told);
+    connect(&path.upload, &FirmwareUpload::progressed, this, &ModuleLink::uploadProgressed);
+    connect(&path.upload, &FirmwareUpload::ended, this, &ModuleLink::uploadEnded);
+}
+
+void ModuleLink::commandSent(std::optional<int> step, const QString &command)
+{
+    m_search.stop(); // a module that reads its SMS is found
+    setState(State::Caught);
+    m_lastStep = step;
+    if (step) {
+        ++m_report.sent;
+        m_transmittedOver = lineName();
+        Q_EMIT stepDone(*step, command);
+    } else {
+        Q_EMIT commandLeft(command);
+    }
 }
 
 /// In answer mode the module answers each command by an SMS before it reads the next.
@@ -100,41 +114,75 @@ void ModuleLink::setState(State state)
     }
 }
 
+void ModuleLink::setUsed(Path &path, Line line)
+{
+    m_path = &path;
+    m_line = line;
+}
+
 void ModuleLink::searchOnce()
 {
     m_search.tick();
-    setState(m_search.port().isEmpty() ? State::Offline : State::Searching);
+    if (!m_search.port().isEmpty()) {
+        setUsed(m_serial, Line::Serial);
+        setState(State::Searching);
+    }
 }
 
 void ModuleLink::connectSerial(const QString &port)
 {
     goOffline();
     m_wanted = port;
+    setUsed(m_serial, Line::Serial);
     setState(State::Searching);
     m_search.start();
     Q_EMIT changed();
+}
+
+void ModuleLink::connectEthernet(const QString &address, bool exclusive)
+{
+    goOffline();
+    m_ethernet.session.setExclusive(exclusive);
+    if (const Status opened = m_ethernet.session.open(address); !opened) {
+        Q_EMIT refused(opened.message());
+        return;
+    }
+    m_address = address;
+    setUsed(m_ethernet, exclusive ? Line::EthernetExclusive : Line::Ethernet);
+    setState(State::Searching);
 }
 
 void ModuleLink::goOffline()
 {
     m_search.stop();
     m_selfProgram->stop();
-    m_upload.cancel();
-    m_serial.close();
-    m_search.forgetPort();
+    m_path->upload.cancel();
     endTransmission();
+    m_serial.transport.close();
+    m_search.forgetPort();
+    m_ethernet.session.close();
     m_connected = false;
     m_wanted.clear();
+    m_address.clear();
+    setUsed(m_serial, Line::Offline);
     m_state = State::Offline;
     Q_EMIT changed();
 }
 
-void ModuleLink::lineLost(const QString &reason)
+void ModuleLink::leaveModule(const QString &reason)
 {
-    Q_EMIT told(tr("The connection is lost: %1").arg(reason));
-    m_connected = false;
+    const bool heard = std::exchange(m_connected, false);
     m_selfProgram->stop();
     endTransmission();
+    Q_EMIT told(tr("The connection is lost: %1").arg(reason));
+    if (heard) {
+        Q_EMIT interrupted();
+    }
+}
+
+void ModuleLink::serialLost(const QString &reason)
+{
+    leaveModule(reason);
     if (m_state == State::Caught) {
         // It comes back where it was, or wherever it is plugged in again.
         m_state = State::Searching;
@@ -143,18 +191,35 @@ void ModuleLink::lineLost(const QString &reason)
     Q_EMIT changed();
 }
 
+void ModuleLink::ethernetLost(const QString &reason)
+{
+    leaveModule(reason);
+    goOffline();
+}
+
+void ModuleLink::moduleSilent()
+{
+    if (!m_connected) {
+        m_path->session.setTimeout(longestSilence); // it was not heard yet: it may be switched on later
+        return;
+    }
+    leaveModule(tr("nothing was heard from the module for %1 s").arg(longestSilence.count() / 1000));
+    Q_EMIT changed();
+}
+
 void ModuleLink::endTransmission()
 {
     if (isTransmitting()) {
-        m_report.brokenAt = m_session.step();
-        m_session.stopTransmission();
+        m_report.brokenAt = step();
+        m_path->session.stopTransmission();
+        m_path->session.setTimeout(Milliseconds{0});
         Q_EMIT transmissionEnded();
     }
 }
 
 void ModuleLink::startUpload()
 {
-    if (const Status started = m_upload.start(m_firmware); !started) {
+    if (const Status started = m_path->upload.start(m_firmware); !started) {
         Q_EMIT told(tr("No firmware is sent: %1").arg(started.message()));
     }
 }
@@ -174,7 +239,8 @@ void ModuleLink::start(int step)
 {
     m_lastStep.reset();
     m_report.brokenAt.reset();
-    m_session.startTransmission(m_configuration, m_answer, step);
+    m_path->session.startTransmission(m_configuration, m_answer, step);
+    m_path->session.setTimeout(longestSilence);
     Q_EMIT transmissionStarted();
 }
 
@@ -184,7 +250,7 @@ bool ModuleLink::canResume(const Configuration &configuration) const
     Configuration compared = configuration;
     compared.gsm.stationType = m_configuration.gsm.stationType;
     const bool same = compared == m_configuration || compared == m_asGiven;
-    const bool sameLine = m_transmittedOver.isEmpty() || m_transmittedOver == line();
+    const bool sameLine = m_transmittedOver.isEmpty() || m_transmittedOver == lineName();
     return m_report.brokenAt && !isTransmitting() && m_state != State::Offline && same && sameLine;
 }
 

@@ -24,18 +24,22 @@ struct TransmissionReport
 /// The link of the main window to one module: on which line it is looked for, whether it was heard, and
 /// what is being transmitted to it.
 ///
-///     offline --connectSerial--> searching --"at+cpin" of the module--> caught
-///        ^                          |  ^-----------line lost------------'
-///        '---goOffline, gave up-----'
+///     offline --connectSerial----> searching --the module asks for its SIM or reads--> caught
+///        ^      connectEthernet       |  ^---------serial port lost--------------------'
+///        '-----goOffline, gave up-----'
 class ModuleLink : public QObject
 {
     Q_OBJECT
 
 public:
     enum class State { Offline, Searching, Caught };
+    enum class Line { Offline, Serial, Ethernet, EthernetExclusive };
+
+    /// A module that was heard and says nothing for so long during a transmission is gone.
+    static constexpr Milliseconds longestSilence{60'000};
 
     /// `ports` gives the names of the machine's serial ports.
-    ModuleLink(Transport &serial, Timers &timers, const Environment &environment,
+    ModuleLink(Transport &serial, Transport &ethernet, Timers &timers, const Environment &environment,
                std::function<QStringList()> ports, QObject *parent = nullptr);
 
     QStringList ports() const { return m_ports(); }
@@ -46,22 +50,27 @@ public:
     /// Looks for the module at one port, at all of them in turn when the name is empty.
     void connectSerial(const QString &port);
 
+    /// Talks to the module at a network address; an exclusive link catches it whenever it starts its modem.
+    /// A failure is told.
+    void connectEthernet(const QString &address, bool exclusive);
+
     /// Closes the line and ends a transmission that runs.
     void goOffline();
 
     State state() const { return m_state; }
+    Line line() const { return m_line; }
     /// Something was heard from the module since the line was opened.
     bool isConnected() const { return m_connected; }
-    /// The port that is open, empty when none is.
-    const QString &port() const { return m_search.port(); }
+    /// The port that is open, or the module's address; empty when there is none.
+    const QString &port() const { return m_path == &m_ethernet ? m_address : m_search.port(); }
     /// The port that connectSerial() was given.
     const QString &wantedPort() const { return m_wanted; }
 
     /// Transmits a configuration as it is now: later edits do not get into it. `answer` asks the module to
     /// answer each command.
     void transmit(const Configuration &configuration, bool answer);
-    bool isTransmitting() const { return m_session.step() != steps::idle; }
-    int step() const { return m_session.step(); }
+    bool isTransmitting() const { return step() != steps::idle; }
+    int step() const { return m_path->session.step(); }
     /// Ends it before its next step.
     void cancelTransmission() { endTransmission(); }
 
@@ -80,13 +89,17 @@ public:
     const Configuration &transmitted() const { return m_configuration; }
 
     /// Places one command; the module gets it when it next reads an SMS.
-    void place(const QString &command) { m_session.place(command); }
+    void place(const QString &command) { m_path->session.place(command); }
 
 Q_SIGNALS:
     /// State, port or connection changed.
     void changed();
     /// What happened, in a line for the user.
     void told(const QString &line);
+    /// No line to the address could be opened, for this reason.
+    void refused(const QString &reason);
+    /// A module that was heard is gone.
+    void interrupted();
     void logged(const QString &line);
     void replied(const ktr::ModemDialogue::Reply &reply);
     void serviceConfirmed(const QString &text);
@@ -102,22 +115,38 @@ Q_SIGNALS:
     void uploadEnded(bool complete);
 
 private:
+    /// A kind of line with what goes over it.
+    struct Path
+    {
+        Transport &transport;
+        ModuleSession session;
+        FirmwareUpload upload;
+    };
+
+    void connectPath(Path &path);
+    void commandSent(std::optional<int> step, const QString &command);
     void setState(State state);
-    void lineLost(const QString &reason);
+    void setUsed(Path &path, Line line);
+    void serialLost(const QString &reason);
+    void ethernetLost(const QString &reason);
+    void leaveModule(const QString &reason);
+    void moduleSilent();
     void endTransmission();
     void startUpload();
     void noteAnswer(const ModemDialogue::Reply &reply);
     void start(int step);
-    QString line() const { return m_wanted.isEmpty() ? port() : m_wanted; }
+    QString lineName() const { return m_wanted.isEmpty() ? port() : m_wanted; }
 
     std::function<QStringList()> m_ports;
     QString m_wanted;
-    Transport &m_serial;
+    QString m_address;
+    Path m_serial;
+    Path m_ethernet;
+    Path *m_path = &m_serial; ///< the one in use
     PortSearch m_search;
-    ModuleSession m_session;
     QString m_firmware;                          ///< the image file
     std::unique_ptr<OneShotTimer> m_selfProgram; ///< Timer_selfProgram
-    FirmwareUpload m_upload;
+    Line m_line = Line::Offline;
     State m_state = State::Offline;
     bool m_connected = false;
     Configuration m_configuration; ///< what is transmitted

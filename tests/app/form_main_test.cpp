@@ -353,8 +353,9 @@ private:
     {
         Environment environment = fixedEnvironment();
         environment.programFolder = m_folder->path();
-        m_window = std::make_unique<FormMain>(Services{
-            environment, m_timers, *m_line, [this] { return m_ports; }, m_folder->path() + "/instance"});
+        m_window =
+            std::make_unique<FormMain>(Services{environment, m_timers, *m_line, m_network,
+                                                [this] { return m_ports; }, m_folder->path() + "/instance"});
         m_window->start(arguments);
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
@@ -378,6 +379,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     EventLoopTimers m_timers;
     std::unique_ptr<SilentLine> m_line;
+    SilentLine m_network;
     QStringList m_ports;
     std::unique_ptr<FormMain> m_window;
 };

@@ -139,7 +139,10 @@ private:
 
     SilentLine m_line;
     ManualTimers m_timers;
-    ModuleLink m_link{m_line, m_timers, fixedEnvironment(), [] { return QStringList{"COM1", "COM2"}; }};
+    SilentLine m_net;
+    ModuleLink m_link{m_line, m_net, m_timers, fixedEnvironment(), [] {
+                          return QStringList{"COM1", "COM2"};
+                      }};
 };
 
 QTEST_GUILESS_MAIN(ModuleLinkTest)

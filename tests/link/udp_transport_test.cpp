@@ -134,6 +134,8 @@ private Q_SLOTS:
         std::unique_ptr<Peer> taken;
         for (quint16 port = 32'001; taken == nullptr; port = static_cast<quint16>(port + 10)) {
             try {
+                const Peer next("0.0.0.0", static_cast<quint16>(port + 1));
+                const Peer nextButOne("0.0.0.0", static_cast<quint16>(port + 2));
                 taken = std::make_unique<Peer>("0.0.0.0", port);
                 first = static_cast<quint16>(port - 1);
             } catch (const std::system_error &) { // another program's
