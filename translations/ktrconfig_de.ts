@@ -702,6 +702,10 @@
         <source>No firmware is sent: %1</source>
         <translation>Es wird keine Firmware gesendet: %1</translation>
     </message>
+    <message>
+        <source>nothing was heard from the module for %1 s</source>
+        <translation>vom Modul war %1 s lang nichts zu hören</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ProblemPanel</name>

@@ -210,7 +210,7 @@ void ModuleLink::moduleSilent()
 void ModuleLink::endTransmission()
 {
     if (isTransmitting()) {
-        m_report.brokenAt = step();
+        m_report.brokenAt = m_path->session.resumeStep();
         m_path->session.stopTransmission();
         m_path->session.setTimeout(Milliseconds{0});
         Q_EMIT transmissionEnded();
