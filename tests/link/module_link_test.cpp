@@ -84,7 +84,7 @@ private Q_SLOTS:
         m_line.close();
         Q_EMIT m_line.lost("unplugged", true);
         QCOMPARE(ended.size(), 1);
-        QCOMPARE(m_link.report().brokenAt, 1);
+        QCOMPARE(m_link.report().brokenAt, 0); // it was handed over, but did it arrive?
         QVERIFY(!m_link.isConnected() && !m_link.isTransmitting());
         QCOMPARE(m_line.opened, QStringList({"COM1", "COM1"}));
         m_line.sent.clear();
@@ -100,9 +100,10 @@ private Q_SLOTS:
         QVERIFY(m_link.canResume(reported));
         m_link.resume();
         say("at+cmgr=1\r");
+        say("at+cmgr=1\r");
         QVERIFY(m_line.sent.contains("\r\nn,")); // step 1, after the version of step 0
         m_link.cancelTransmission();
-        QCOMPARE(m_link.report().brokenAt, 2);
+        QCOMPARE(m_link.report().brokenAt, 1);
         m_link.connectSerial("COM2");
         QVERIFY(!m_link.canResume({})); // it may be another module
     }
