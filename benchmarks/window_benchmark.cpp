@@ -3,6 +3,8 @@
 
 #include "app/form_main.h"
 #include "app/style.h"
+#include "editor/log_view.h"
+#include "editor/test_page.h"
 #include "platform/registry.h"
 #include "support/silent_line.h"
 
@@ -203,5 +205,21 @@ int main(int argc, char **argv)
         }));
     }
     report("a character typed, median", median(keys), 16);
+
+    // A conversation of 10,000 lines a second, in the bursts that a frame of the display brings.
+    complete->tabs().setCurrentIndex(static_cast<int>(PageIndex::Test));
+    auto *test = static_cast<TestPage *>(complete->tabs().page(PageIndex::Test));
+    std::vector<double> frames;
+    constexpr int linesAFrame = 333;
+    for (int frame = 0; frame < 30; ++frame) {
+        frames.push_back(took([&] {
+            for (int line = 0; line < linesAFrame; ++line) {
+                test->appendLog(QStringLiteral("com <---- at+cmgr=%1").arg(line));
+            }
+            complete->findChild<LogView *>()->flush();
+            painted.wait();
+        }));
+    }
+    report("333 lines of a conversation shown, slowest", std::ranges::max(frames), 33);
     return 0;
 }

@@ -625,6 +625,10 @@
         <source>The station type is %1, as the module reports</source>
         <translation>Der Stationstyp ist %1, wie das Modul meldet</translation>
     </message>
+    <message>
+        <source>%1 is sent to the module as its new application: %2 bytes of the file&apos;s %3, filled up to %4.</source>
+        <translation>%1 wird als neue Applikation an das Modul gesendet: %2 Bytes von %3 der Datei, aufgefüllt auf %4.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::LogView</name>

@@ -36,6 +36,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDesktopServices>
+#include <QDir>
 #include <QFileInfo>
 #include <QMessageBox>
 #include <QMimeData>
@@ -82,6 +83,11 @@ FormMain::FormMain(const Services &services)
     connectProblems();
     connect(m_linkPresenter.get(), &LinkPresenter::told, this, &FormMain::tell);
     connect(m_linkPresenter.get(), &LinkPresenter::addressWanted, this, &FormMain::askForAddress);
+    connect(m_linkPresenter.get(), &LinkPresenter::firmwareReady, this, [this](const QString &what) {
+        if (Dialog::question(this, m_texts, what)) {
+            m_link.place(QStringLiteral("§88"));
+        }
+    });
     connect(m_linkPresenter.get(), &LinkPresenter::messageWanted, this, &FormMain::showMessage);
     connect(&m_instance, &SingleInstance::closeRequested, this, &QWidget::close);
 }
@@ -205,6 +211,9 @@ bool FormMain::applyCommandLine()
         setLanguage(germanLanguage);
     }
     m_context.expert = m_options.expert;
+    if (m_options.design) { // where developers build it
+        m_link.setFirmwareFile(joinPath(QDir::homePath(), QStringLiteral("KTRconfig/upgrade.bin")));
+    }
     return !m_options.load || m_files->loadFirst(m_options.fileName, m_options.fileNameAsWritten);
 }
 

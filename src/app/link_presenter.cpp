@@ -41,6 +41,8 @@ void LinkPresenter::connectLink()
             Q_EMIT messageWanted(m_texts.text(Text::PortInUse));
         }
     });
+    connect(&m_link, &ModuleLink::commandTooLong, this,
+            [this] { Q_EMIT messageWanted(m_texts.text(Text::MessageTooLong)); });
     connect(&m_link, &ModuleLink::interrupted, this,
             [this] { Q_EMIT messageWanted(m_texts.text(Text::ConnectionInterrupted)); });
     connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
@@ -94,7 +96,7 @@ void LinkPresenter::connectUpload()
 void LinkPresenter::connectMenu()
 {
     connect(m_menu.doConfig, &QAction::triggered, this, &LinkPresenter::transmit);
-    connect(m_menu.doApplication, &QAction::triggered, this, &LinkPresenter::notAvailable);
+    connect(m_menu.doApplication, &QAction::triggered, this, &LinkPresenter::sendFirmware);
     connect(m_menu.search, &QAction::triggered, this, [this] { m_link.connectSerial(QString()); });
     connect(&m_menu, &MainMenu::portChosen, &m_link, &ModuleLink::connectSerial);
     connect(&m_menu, &MainMenu::portsWanted, this, &LinkPresenter::findPorts);
@@ -230,6 +232,27 @@ void LinkPresenter::transmit()
     }
     m_link.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
     Q_EMIT told(tr("Waiting until the module reads its SMS"));
+}
+
+/// The image is looked at before anything is sent, and nothing is sent unasked.
+void LinkPresenter::sendFirmware()
+{
+    if (m_link.state() == ModuleLink::State::Offline) {
+        Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection));
+        return;
+    }
+    FirmwareImage image;
+    if (const Status read = readFirmware(m_link.firmwareFile(), image); !read) {
+        Q_EMIT told(read.message());
+        Q_EMIT messageWanted(read.message());
+        return;
+    }
+    Q_EMIT firmwareReady(tr("%1 is sent to the module as its new application: %2 bytes of the file's %3, "
+                            "filled up to %4.")
+                             .arg(m_link.firmwareFile())
+                             .arg(std::min<qint64>(image.fileLength, firmwareImageSize))
+                             .arg(image.fileLength)
+                             .arg(firmwareImageSize));
 }
 
 void LinkPresenter::place(const QString &command)

@@ -45,6 +45,8 @@ Q_SIGNALS:
     void told(const QString &line);
     /// The module's address is to be asked for, then ModuleLink::connectEthernet() does the rest.
     void addressWanted(bool exclusive);
+    /// The firmware image was found sound; `what` tells what is about to be sent, and is to be agreed to.
+    void firmwareReady(const QString &what);
     /// A message that must not be overlooked.
     void messageWanted(const QString &text);
 
@@ -57,6 +59,7 @@ private:
     void tickLine();
     void showProgress(int step);
     void tellEnd();
+    void sendFirmware();
     void place(const QString &command);
     void notAvailable();
     void takeOverTransmitted();

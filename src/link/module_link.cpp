@@ -66,6 +66,7 @@ void ModuleLink::connectPath(Path &path)
                 } else {
                     Q_EMIT told(tr("The command is too long and was not sent"));
                 }
+                Q_EMIT commandTooLong(command);
             });
     connect(session, &ModuleSession::transmitted, this, [this] {
         m_path->session.setTimeout(Milliseconds{0});

@@ -82,6 +82,10 @@ public:
     bool canResume(const Configuration &configuration) const;
     void resume();
 
+    /// Where the firmware image is taken from: "upgrade.bin" in the program folder unless told otherwise.
+    const QString &firmwareFile() const { return m_firmware; }
+    void setFirmwareFile(const QString &path) { m_firmware = path; }
+
     /// Between the command that announces a firmware image and its first byte.
     static constexpr Milliseconds uploadDelay{1000};
 
@@ -106,6 +110,8 @@ Q_SIGNALS:
     void transmissionStarted();
     /// A command was handed to the module, or refused because it is too long.
     void stepDone(int step, const QString &command);
+    /// A command does not fit an SMS and was not sent.
+    void commandTooLong(const QString &command);
     /// A single command was handed to the module.
     void commandLeft(const QString &command);
     /// All commands were handed over, or the transmission was broken off: see report().

@@ -268,6 +268,29 @@ private Q_SLOTS:
         QTRY_COMPARE(list->count(), 0);
     }
 
+    void aFirmwareImageIsShownBeforeItIsAnnounced()
+    {
+        m_ports = {"/dev/ttyUSB0"};
+        start({});
+        clickMenu("mnu_doApplication");
+        QTRY_VERIFY(control<QLabel>(*m_window, "Label_msg")->text().contains("upgrade.bin"));
+        QVERIFY(replaceFile(path("upgrade.bin"), QByteArray(1000, 'x')));
+        QString asked;
+        QTimer::singleShot(0, this, [&] {
+            const QWidget *question = QApplication::activeModalWidget();
+            QVERIFY(question != nullptr);
+            asked = control<QLabel>(*question, "Label_msg")->text();
+            QTest::mouseClick(control<QPushButton>(*question, "OKButton"), Qt::LeftButton);
+        });
+        clickMenu("mnu_doApplication");
+        QVERIFY2(asked.contains("1000 bytes") && asked.contains("43008"), qPrintable(asked));
+        QVERIFY(!m_line->sent.contains("\xA7"
+                                       "88"));
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        QVERIFY(m_line->sent.contains("\xA7"
+                                      "88\r\n"));
+    }
+
     void transmittingWithoutAConnectionSaysSo()
     {
         start({});
