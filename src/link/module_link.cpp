@@ -45,6 +45,7 @@ void ModuleLink::connectPath(Path &path)
             Q_EMIT changed();
         }
     });
+    connect(&path.transport, &Transport::statusMessage, this, &ModuleLink::told);
     const ModuleSession *session = &path.session;
     connect(session, &ModuleSession::logged, this, &ModuleLink::logged);
     connect(session, &ModuleSession::caught, this, [this] {

@@ -34,6 +34,8 @@ Q_SIGNALS:
     /// The line broke; it is closed by then. `everythingSent` tells whether all that was sent before had
     /// left the machine.
     void lost(const QString &reason, bool everythingSent);
+    /// Something cannot be sent at the moment, for this reason; told when it changes. The line stays open.
+    void statusMessage(const QString &text);
 };
 
 } // namespace ktr

@@ -50,10 +50,6 @@ public:
     qint64 foreignDatagrams() const { return m_foreign; }
     qint64 unsentDatagrams() const { return m_unsent; }
 
-Q_SIGNALS:
-    /// Datagrams cannot be sent for this reason; told when it changes. The line stays open.
-    void statusMessage(const QString &text);
-
 private:
     class Pair;
 
