@@ -626,8 +626,16 @@
         <translation>Der Stationstyp ist %1, wie das Modul meldet</translation>
     </message>
     <message>
-        <source>%1 is sent to the module as its new application: %2 bytes of the file&apos;s %3, filled up to %4.</source>
-        <translation>%1 wird als neue Applikation an das Modul gesendet: %2 Bytes von %3 der Datei, aufgefüllt auf %4.</translation>
+        <source>%1 is sent to the module as its new application: %2 bytes.</source>
+        <translation>%1 wird als neue Applikation an das Modul gesendet: %2 Bytes.</translation>
+    </message>
+    <message>
+        <source>%1 is sent to the module as its new application: %2 bytes, filled up to %3.</source>
+        <translation>%1 wird als neue Applikation an das Modul gesendet: %2 Bytes, aufgefüllt auf %3.</translation>
+    </message>
+    <message>
+        <source>%1 is sent to the module as its new application, cut off: the first %2 of its %3 bytes.</source>
+        <translation>%1 wird als neue Applikation an das Modul gesendet, abgeschnitten: die ersten %2 von %3 Bytes.</translation>
     </message>
 </context>
 <context>
@@ -709,6 +717,14 @@
     <message>
         <source>nothing was heard from the module for %1 s</source>
         <translation>vom Modul war %1 s lang nichts zu hören</translation>
+    </message>
+    <message>
+        <source>There is no serial port yet; the search goes on</source>
+        <translation>Es gibt noch keinen seriellen Port; die Suche geht weiter</translation>
+    </message>
+    <message>
+        <source>There is no port %1 yet; the search goes on</source>
+        <translation>Den Port %1 gibt es noch nicht; die Suche geht weiter</translation>
     </message>
 </context>
 <context>

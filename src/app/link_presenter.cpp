@@ -41,8 +41,9 @@ void LinkPresenter::connectLink()
             Q_EMIT messageWanted(m_texts.text(Text::PortInUse));
         }
     });
-    connect(&m_link, &ModuleLink::commandTooLong, this,
-            [this] { Q_EMIT messageWanted(m_texts.text(Text::MessageTooLong)); });
+    connect(&m_link, &ModuleLink::commandTooLong, this, [this](const QString &command) {
+        Q_EMIT messageWanted(m_texts.text(Text::MessageTooLong) + u'\n' + logText(command));
+    });
     connect(&m_link, &ModuleLink::interrupted, this,
             [this] { Q_EMIT messageWanted(m_texts.text(Text::ConnectionInterrupted)); });
     connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
@@ -212,7 +213,7 @@ void LinkPresenter::tickLine()
 
 void LinkPresenter::showProgress(int step)
 {
-    m_status.showProgress(step);
+    m_status.showProgress(step, steps::last);
     if (m_test != nullptr) {
         m_test->setIdle(!m_link.isTransmitting());
     }
@@ -226,7 +227,7 @@ void LinkPresenter::notAvailable()
 
 void LinkPresenter::transmit()
 {
-    if (m_link.state() == ModuleLink::State::Offline) {
+    if (m_link.port().isEmpty()) {
         Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection));
         return;
     }
@@ -237,7 +238,7 @@ void LinkPresenter::transmit()
 /// The image is looked at before anything is sent, and nothing is sent unasked.
 void LinkPresenter::sendFirmware()
 {
-    if (m_link.state() == ModuleLink::State::Offline) {
+    if (m_link.port().isEmpty()) {
         Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection));
         return;
     }
@@ -247,12 +248,20 @@ void LinkPresenter::sendFirmware()
         Q_EMIT messageWanted(read.message());
         return;
     }
-    Q_EMIT firmwareReady(tr("%1 is sent to the module as its new application: %2 bytes of the file's %3, "
-                            "filled up to %4.")
-                             .arg(m_link.firmwareFile())
-                             .arg(std::min<qint64>(image.fileLength, firmwareImageSize))
-                             .arg(image.fileLength)
-                             .arg(firmwareImageSize));
+    const QString &file = m_link.firmwareFile();
+    const qint64 length = image.fileLength;
+    Q_EMIT firmwareReady(
+        length == firmwareImageSize
+            ? tr("%1 is sent to the module as its new application: %2 bytes.").arg(file).arg(length)
+        : length < firmwareImageSize
+            ? tr("%1 is sent to the module as its new application: %2 bytes, filled up to %3.")
+                  .arg(file)
+                  .arg(length)
+                  .arg(firmwareImageSize)
+            : tr("%1 is sent to the module as its new application, cut off: the first %2 of its %3 bytes.")
+                  .arg(file)
+                  .arg(firmwareImageSize)
+                  .arg(length));
 }
 
 void LinkPresenter::place(const QString &command)

@@ -87,7 +87,8 @@ void TransmissionPanel::begin()
 QString TransmissionPanel::timeLeft(int step) const
 {
     const int done = step - m_firstStep;
-    if (done < 1) {
+    constexpr int enoughToTell = 5;
+    if (done < enoughToTell) {
         return {};
     }
     const qint64 spent = m_started.msecsTo(m_document.environment().now());

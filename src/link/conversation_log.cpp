@@ -12,10 +12,10 @@ const QString hidden = QStringLiteral("****");
 /// The numbers command carries the PIN as its first field.
 QString withoutNumbersPin(const QString &line)
 {
-    static const QRegularExpression numbersCommand(QStringLiteral("(^|----> )([Nn],)[^,]*,"),
+    static const QRegularExpression numbersCommand(QStringLiteral("(^|----> )([Nn],)[^,]*(,|$)"),
                                                    QRegularExpression::DotMatchesEverythingOption);
     QString masked = line;
-    return masked.replace(numbersCommand, QStringLiteral("\\1\\2") + hidden + u',');
+    return masked.replace(numbersCommand, QStringLiteral("\\1\\2") + hidden + QStringLiteral("\\3"));
 }
 
 } // namespace

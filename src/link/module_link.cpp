@@ -11,14 +11,7 @@ ModuleLink::ModuleLink(Transport &serial, Transport &ethernet, Timers &timers, c
       m_serial{serial, {serial, timers, environment}, {serial, timers, serialPace}},
       m_ethernet{
           ethernet, {ethernet, timers, environment, LineKind::Ethernet}, {ethernet, timers, datagramPace}},
-      m_search(serial, timers,
-               [this]() -> QStringList {
-                   if (m_wanted.isEmpty()) {
-                       return m_ports();
-                   }
-                   return QFileInfo::exists(m_wanted) || m_ports().contains(m_wanted) ? QStringList{m_wanted}
-                                                                                      : QStringList();
-               }),
+      m_search(serial, timers, [this] { return candidates(); }),
       m_firmware(joinPath(environment.programFolder, QStringLiteral("upgrade.bin"))),
       m_selfProgram(timers.create())
 {
@@ -35,6 +28,16 @@ ModuleLink::ModuleLink(Transport &serial, Transport &ethernet, Timers &timers, c
         goOffline();
         Q_EMIT told(tr("No module was heard at any serial port"));
     });
+}
+
+QStringList ModuleLink::candidates() const
+{
+    if (m_wanted.isEmpty()) {
+        return m_ports();
+    }
+    // Any device can be named, a pseudo-terminal too.
+    return QFileInfo::exists(m_wanted) || m_ports().contains(m_wanted) ? QStringList{m_wanted}
+                                                                       : QStringList();
 }
 
 void ModuleLink::connectPath(Path &path)
@@ -138,6 +141,10 @@ void ModuleLink::connectSerial(const QString &port)
     setUsed(m_serial, Line::Serial);
     setState(State::Searching);
     m_search.start();
+    if (candidates().isEmpty()) {
+        Q_EMIT told(port.isEmpty() ? tr("There is no serial port yet; the search goes on")
+                                   : tr("There is no port %1 yet; the search goes on").arg(port));
+    }
     Q_EMIT changed();
 }
 

@@ -129,6 +129,7 @@ private:
         FirmwareUpload upload;
     };
 
+    QStringList candidates() const;
     void connectPath(Path &path);
     void commandSent(std::optional<int> step, const QString &command);
     void setState(State state);

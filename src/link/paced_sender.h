@@ -16,7 +16,7 @@ class PacedSender
 {
 public:
     /// More waiting bytes than that mean that lines come in faster than they can be answered.
-    static constexpr qsizetype longestQueue = qsizetype{256} * 1024;
+    static constexpr qsizetype longestQueue = qsizetype{2} * 1024;
 
     /// `send` gets each line with CR LF; it and the timers must outlive the sender.
     PacedSender(Timers &timers, std::function<void(const QByteArray &)> send);
