@@ -9,6 +9,7 @@
 #include "link/reply_interpreter.h"
 #include "link/serial_transport.h"
 #include "link/udp_transport.h"
+#include "opmode/lite_timer.h"
 #include "platform/files.h"
 #include "platform/pseudo_terminal.h"
 #include "platform/text_rules.h"
@@ -371,6 +372,78 @@ void aTransmissionOverEthernet(benchmark::State &state)
     }
 }
 BENCHMARK(aTransmissionOverEthernet)->Iterations(1)->Unit(benchmark::kSecond)->UseRealTime();
+
+/// The single timer behind many, whose time passes in steps.
+struct SteppedTimers : Timers
+{
+    struct Step : OneShotTimer
+    {
+        explicit Step(SteppedTimers &timers) : owner(timers) {}
+        void start(Milliseconds wait, std::function<void()> callback) override
+        {
+            owner.due = owner.now + wait;
+            owner.fired = std::move(callback);
+        }
+        void stop() override { owner.due = Milliseconds::max(); }
+        bool isRunning() const override { return owner.due != Milliseconds::max(); }
+        SteppedTimers &owner;
+    };
+    std::unique_ptr<OneShotTimer> create() override { return std::make_unique<Step>(*this); }
+    void step()
+    {
+        now += QueuedCallbackTimers::resolution;
+        if (due <= now) {
+            due = Milliseconds::max();
+            const auto callback = fired;
+            callback();
+        }
+    }
+    Milliseconds now{0};
+    Milliseconds due = Milliseconds::max();
+    std::function<void()> fired;
+};
+
+/// Seconds that a minute's work takes with so many timers of that interval.
+double minuteOfTimers(int count, qint32 interval, qint64 &events)
+{
+    SteppedTimers stepped;
+    QueuedCallbackTimers queue(stepped, [&] { return stepped.now; });
+    MLiteTimer registry(queue);
+    std::vector<std::unique_ptr<CLiteTimer>> timers;
+    for (int i = 0; i < count; ++i) {
+        if (i % 20 == 0) {
+            stepped.step(); // stations connect one after the other
+        }
+        timers.push_back(std::make_unique<CLiteTimer>(registry));
+        timers.back()->Interval(interval);
+        timers.back()->Timer = [&] { ++events; };
+        timers.back()->Enabled(true);
+    }
+    events = 0;
+    QElapsedTimer timer;
+    timer.start();
+    const Milliseconds end = stepped.now + std::chrono::minutes(1);
+    while (stepped.now < end) {
+        stepped.step();
+    }
+    return static_cast<double>(timer.nsecsElapsed()) / 1e9;
+}
+
+/// The share of a processor that the running timers of 10,000 stations take, four each, and its ratio to one
+/// timer that fires as often as the queue wakes.
+void fortyThousandTimersForAMinute(benchmark::State &state)
+{
+    for (auto _ : state) {
+        qint64 events = 0;
+        const double one = minuteOfTimers(1, QueuedCallbackTimers::resolution.count(), events);
+        const double many = minuteOfTimers(40'000, 20'000, events);
+        state.SetIterationTime(many);
+        state.counters["share_of_a_core"] = many / 60;
+        state.counters["us_per_event"] = many * 1e6 / static_cast<double>(events);
+        state.counters["ratio_to_one_timer"] = many / one;
+    }
+}
+BENCHMARK(fortyThousandTimersForAMinute)->Unit(benchmark::kMillisecond)->UseManualTime();
 
 // Floors
 

@@ -7,6 +7,7 @@
 #include "link/command_sequence.h"
 #include "link/io_thread.h"
 #include "link/serial_transport.h"
+#include "opmode/station_sockets.h"
 #include "simulator/command_interpreter.h"
 #include "simulator/held_form.h"
 
@@ -52,6 +53,10 @@ int main(int argc, char **argv)
     SerialTransport port(io);
     if (port.open(QStringLiteral("/no/such/port")) || TextTable().text(Text::MessageTooLong).isEmpty()) {
         return fail("a port that is not there opens, or a text is missing");
+    }
+    StationSockets stations(io);
+    if (stations.createLine()->open(QString())) {
+        return fail("a station without an address is opened");
     }
 
     QFile maps(QStringLiteral("/proc/self/maps"));

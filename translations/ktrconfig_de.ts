@@ -64,6 +64,10 @@
         <translation>der Port ist bereits belegt</translation>
     </message>
     <message>
+        <source>the system allows no more connections at a time</source>
+        <translation>das System lässt nicht mehr Verbindungen zugleich zu</translation>
+    </message>
+    <message>
         <source>there is no such port</source>
         <translation>diesen Port gibt es nicht</translation>
     </message>
@@ -1019,6 +1023,13 @@
     <message>
         <source>Saved as %1</source>
         <translation>Gespeichert als %1</translation>
+    </message>
+</context>
+<context>
+    <name>Station</name>
+    <message>
+        <source>a line without an end was dropped</source>
+        <translation>eine Zeile ohne Ende wurde verworfen</translation>
     </message>
 </context>
 </TS>

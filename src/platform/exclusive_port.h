@@ -14,4 +14,10 @@ using SocketHandle = int;
 /// ports only when both ask for it need nothing done.
 void claimPortExclusively(SocketHandle socket);
 
+/// Lets the process have as many sockets and files as the system allows it; to be called at its start.
+void raiseDescriptorLimit();
+
+/// Whether so many more sockets or files can be opened beside a socket that was just opened.
+bool leavesDescriptors(SocketHandle socket, quint64 count);
+
 } // namespace ktr

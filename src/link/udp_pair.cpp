@@ -1,0 +1,466 @@
+#include "link/udp_pair.h"
+
+#include "link/io_thread.h"
+#include "platform/exclusive_port.h"
+
+#include <QCoreApplication>
+
+#include <asio/io_context.hpp>
+#include <asio/ip/udp.hpp>
+#include <asio/ip/v6_only.hpp>
+#include <asio/post.hpp>
+#include <asio/steady_timer.hpp>
+
+#include <deque>
+#include <thread>
+
+namespace ktr {
+
+namespace {
+
+using asio::ip::udp;
+
+constexpr std::chrono::milliseconds longestLookup{1900};
+constexpr std::chrono::milliseconds lookupPoll{20};
+constexpr std::chrono::milliseconds pauseAfterError{10};
+constexpr qsizetype longestDatagram = 65'507;
+constexpr int datagramsInARow = 64;
+
+struct ModuleAddress
+{
+    std::string host;
+    quint16 port = UdpPair::modulePort;
+};
+
+/// Numbers in an IPv4 address are decimal here, leading zeros or not: the system reads such as octal ones.
+QString withoutLeadingZeros(const QString &host)
+{
+    QStringList parts = host.split(u'.');
+    for (QString &part : parts) {
+        bool isNumber = false;
+        const uint number = part.toUInt(&isNumber);
+        if (!isNumber) {
+            return host;
+        }
+        part = QString::number(number);
+    }
+    return parts.join(u'.');
+}
+
+std::optional<ModuleAddress> parse(const QString &text)
+{
+    QString host = text.trimmed();
+    QString port;
+    if (host.startsWith(u'[')) {
+        const qsizetype end = host.indexOf(u']');
+        port = host.mid(end + 1);
+        host = host.mid(1, end - 1);
+        if (end < 0 || (!port.isEmpty() && !port.startsWith(u':'))) {
+            return std::nullopt;
+        }
+    } else if (host.count(u':') == 1) { // more of them are an IPv6 address
+        port = host.mid(host.indexOf(u':'));
+        host.chop(port.size());
+    }
+    ModuleAddress address{withoutLeadingZeros(host).toStdString()};
+    if (!port.isEmpty()) {
+        bool ok = false;
+        address.port = port.mid(1).toUShort(&ok);
+        if (!ok || address.port == 0) {
+            return std::nullopt;
+        }
+    }
+    return host.isEmpty() ? std::nullopt : std::optional(address);
+}
+
+asio::ip::address withoutMapping(const asio::ip::address &address)
+{
+    if (address.is_v6() && address.to_v6().is_v4_mapped()) {
+        return asio::ip::make_address_v4(asio::ip::v4_mapped, address.to_v6());
+    }
+    return address;
+}
+
+/// Whether two addresses are one host's; the interface of a link-local one may be known to one of them only.
+bool isSameHost(const asio::ip::address &a, const asio::ip::address &b)
+{
+    const asio::ip::address left = withoutMapping(a);
+    const asio::ip::address right = withoutMapping(b);
+    return left.is_v6() && right.is_v6() ? left.to_v6().to_bytes() == right.to_v6().to_bytes()
+                                         : left == right;
+}
+
+asio::error_code bindTo(udp::socket &socket, const udp &protocol, quint16 port)
+{
+    asio::error_code error;
+    socket.open(protocol, error);
+    if (error) {
+        return error;
+    }
+    claimPortExclusively(socket.native_handle());
+    if (protocol == udp::v6()) {
+        socket.set_option(asio::ip::v6_only(false), error); // IPv4 addresses are reached too
+    }
+    if (!error) {
+        socket.bind({protocol, port}, error);
+    }
+    if (error) {
+        asio::error_code ignored;
+        socket.close(ignored);
+    }
+    return error;
+}
+
+bool isTaken(const asio::error_code &error)
+{
+    return error == asio::error::address_in_use || error == asio::error::access_denied;
+}
+
+/// A name's addresses, found on a thread of its own, since the system's look-up cannot be broken off. It
+/// touches nothing but this.
+struct Lookup
+{
+    static inline std::atomic<int> running = 0;
+
+    std::atomic<bool> isDone = false;
+    std::vector<asio::ip::address> addresses; ///< none: the name is unknown
+
+    /// Throws when the system has no more threads.
+    static std::shared_ptr<Lookup> start(const std::string &host)
+    {
+        auto lookup = std::make_shared<Lookup>();
+        std::thread([lookup, host] {
+            asio::io_context context;
+            asio::error_code unknown;
+            for (const auto &entry : udp::resolver(context).resolve(host, std::string(), unknown)) {
+                lookup->addresses.push_back(entry.endpoint().address());
+            }
+            --running;
+            lookup->isDone = true;
+        }).detach();
+        return lookup;
+    }
+
+    /// Modules know IPv4; nothing when no address can be reached.
+    std::optional<asio::ip::address> best(bool reachesV6) const
+    {
+        for (const auto &address : addresses) {
+            if (address.is_v4()) {
+                return address;
+            }
+        }
+        return reachesV6 && !addresses.empty() ? std::optional(addresses.front()) : std::nullopt;
+    }
+};
+
+} // namespace
+
+/// The part that lives on the I/O thread. Everything below but the constructor, bind() and what asks
+/// about the ports runs there.
+class UdpPair::Ports : public std::enable_shared_from_this<Ports>
+{
+public:
+    Ports(asio::io_context &context, UdpPairEvents events, const UdpPairOptions &options)
+        : m_sendSocket(context),
+          m_receiveSocket(context),
+          m_timer(context),
+          m_retry(context),
+          m_events(std::move(events)),
+          m_lookupsAtOnce(options.lookupsAtOnce),
+          m_input(options.longestDatagram + 1)
+    {}
+
+    Status bind(const udp &protocol, const PortRange &ports)
+    {
+        static std::atomic<unsigned> turn = 0; // the last pair's neighbours are the likeliest to be free
+        const unsigned first = (ports.first + 1U) / 2 * 2;
+        const unsigned pairs = ports.last > first ? (ports.last - first + 1) / 2 : 0;
+        for (unsigned i = 0; i < pairs; ++i) {
+            const auto port = static_cast<quint16>(first + turn++ % pairs * 2);
+            asio::error_code error = bindTo(m_sendSocket, protocol, port);
+            if (!error) {
+                error = bindTo(m_receiveSocket, protocol, static_cast<quint16>(port + 1));
+            }
+            if (!error) {
+                m_receiveSocket.non_blocking(true, error);
+            }
+            if (!error) {
+                m_isV6 = protocol == udp::v6();
+                return Status::done();
+            }
+            asio::error_code ignored;
+            m_sendSocket.close(ignored);
+            if (!isTaken(error)) {
+                return Status::failed(QString::fromStdString(error.message()));
+            }
+        }
+        return Status::failed(UdpPair::portInUse());
+    }
+
+    bool leavesDescriptors(quint64 atLeast)
+    {
+        return atLeast == 0 || ktr::leavesDescriptors(m_receiveSocket.native_handle(), atLeast);
+    }
+    quint16 port() const { return m_sendSocket.local_endpoint().port(); }
+
+    void read()
+    {
+        m_receiveSocket.async_receive_from(
+            asio::buffer(m_input), m_sender,
+            [self = shared_from_this()](const asio::error_code &error, std::size_t count) {
+                if (self->m_isClosed) {
+                    return;
+                }
+                if (error) {
+                    // That nobody listened at the other end is reported here on some systems: it is over now.
+                    self->readAgainSoon();
+                    return;
+                }
+                self->take(count);
+                self->takeWaiting();
+                self->read();
+            });
+    }
+
+    void startLookup(const std::string &host, quint16 port, const QString &name)
+    {
+        const auto deadline = std::chrono::steady_clock::now() + longestLookup;
+        await(nullptr, host, port, name, deadline);
+    }
+
+    void aimAt(const asio::ip::address &address, quint16 port)
+    {
+        const bool maps = m_isV6 && address.is_v4();
+        m_target = udp::endpoint(
+            maps ? asio::ip::make_address_v6(asio::ip::v4_mapped, address.to_v4()) : address, port);
+        writeNext();
+    }
+
+    void write(const QByteArray &bytes)
+    {
+        for (qsizetype at = 0; at < bytes.size(); at += longestDatagram) {
+            m_waiting.push_back(bytes.mid(at, longestDatagram));
+        }
+        writeNext();
+    }
+
+    void whenDrained(std::function<void()> drained)
+    {
+        m_drained = std::move(drained);
+        checkDrained();
+    }
+
+    void close()
+    {
+        m_isClosed = true;
+        m_events = {}; // nothing is told any more
+        m_drained = nullptr;
+        asio::error_code ignored;
+        m_sendSocket.close(ignored);
+        m_receiveSocket.close(ignored);
+        m_timer.cancel();
+        m_retry.cancel();
+    }
+
+private:
+    void await(std::shared_ptr<Lookup> lookup, const std::string &host, quint16 port, const QString &name,
+               std::chrono::steady_clock::time_point deadline)
+    {
+        if (m_isClosed) {
+            return;
+        }
+        if (!lookup && Lookup::running < m_lookupsAtOnce) {
+            try {
+                lookup = Lookup::start(host);
+                ++Lookup::running;
+            } catch (const std::system_error &error) {
+                m_events.failed(name + QLatin1String(": ") + QString::fromLocal8Bit(error.what()));
+                return;
+            }
+        }
+        if (lookup && lookup->isDone) {
+            if (const auto address = lookup->best(m_isV6)) {
+                aimAt(*address, port);
+            } else {
+                m_events.failed(notFound(name));
+            }
+        } else if (std::chrono::steady_clock::now() >= deadline) {
+            m_events.failed(notFound(name));
+        } else {
+            m_timer.expires_after(lookupPoll);
+            m_timer.async_wait(
+                [self = shared_from_this(), lookup, host, port, name, deadline](const asio::error_code &) {
+                    self->await(lookup, host, port, name, deadline);
+                });
+        }
+    }
+
+    /// A datagram of the module; one of somebody else, or one longer than expected, is dropped.
+    void take(std::size_t count)
+    {
+        if (m_target && isSameHost(m_sender.address(), m_target->address()) && count < m_input.size()) {
+            m_events.received(QByteArray(m_input.data(), qsizetype(count)));
+        } else {
+            m_events.dropped();
+        }
+    }
+
+    /// What else has come already, without a way through the event queue; a busy socket leaves room for
+    /// others.
+    void takeWaiting()
+    {
+        for (int i = 0; i < datagramsInARow; ++i) {
+            asio::error_code error;
+            const std::size_t count = m_receiveSocket.receive_from(asio::buffer(m_input), m_sender, 0, error);
+            if (error) {
+                return; // none, or an error that read() meets again or that is over
+            }
+            take(count);
+        }
+    }
+
+    static QString notFound(const QString &host)
+    {
+        return QCoreApplication::translate("Files", "%1: the name is not found").arg(host);
+    }
+
+    void readAgainSoon()
+    {
+        m_retry.expires_after(pauseAfterError);
+        m_retry.async_wait([self = shared_from_this()](const asio::error_code &) {
+            if (!self->m_isClosed) {
+                self->read();
+            }
+        });
+    }
+
+    void writeNext()
+    {
+        if (m_isWriting || !m_target || m_waiting.empty() || m_isClosed) {
+            return;
+        }
+        m_isWriting = true;
+        m_sendSocket.async_send_to(
+            asio::buffer(m_waiting.front().constData(), std::size_t(m_waiting.front().size())), *m_target,
+            [self = shared_from_this()](const asio::error_code &error, std::size_t) {
+                self->m_isWriting = false;
+                self->m_waiting.pop_front();
+                if (self->m_isClosed) {
+                    return;
+                }
+                self->tell(error);
+                self->writeNext();
+                self->checkDrained();
+            });
+    }
+
+    void checkDrained()
+    {
+        if (m_drained && m_waiting.empty()) {
+            std::exchange(m_drained, nullptr)();
+        }
+    }
+
+    /// A network that is down for a while may come back: the pair stays open.
+    void tell(const asio::error_code &error)
+    {
+        m_events.sent(!error);
+        if (error && error != m_told) {
+            m_events.trouble(QString::fromStdString(error.message()));
+        }
+        m_told = error;
+    }
+
+    udp::socket m_sendSocket;
+    udp::socket m_receiveSocket;
+    asio::steady_timer m_timer;
+    asio::steady_timer m_retry;
+    UdpPairEvents m_events;
+    bool m_isClosed = false;
+    int m_lookupsAtOnce;
+    bool m_isV6 = false;
+    std::optional<udp::endpoint> m_target;
+    udp::endpoint m_sender;
+    std::vector<char> m_input;
+    std::deque<QByteArray> m_waiting;
+    bool m_isWriting = false;
+    std::function<void()> m_drained;
+    asio::error_code m_told;
+};
+
+QString UdpPair::portInUse()
+{
+    return QCoreApplication::translate("Files", "the port is already in use");
+}
+
+UdpPair::UdpPair(IoThread &io, const UdpPairOptions &options) : m_io(io), m_options(options) {}
+
+UdpPair::~UdpPair()
+{
+    close();
+}
+
+Status UdpPair::open(const QString &address, UdpPairEvents events)
+{
+    const std::optional<ModuleAddress> module = parse(address);
+    asio::error_code isName;
+    const asio::ip::address literal =
+        module ? asio::ip::make_address(module->host, isName) : asio::ip::address();
+    const bool isNumbers = module && module->host.find_first_not_of("0123456789.") == std::string::npos;
+    if (!module || (isName && isNumbers) ||
+        (!isName && (literal.is_unspecified() || literal.is_multicast()))) {
+        return Status::failed(
+            QCoreApplication::translate("Files", "%1: is no address of a module").arg(address));
+    }
+    close();
+    auto pair = std::make_shared<Ports>(m_io.context(), std::move(events), m_options);
+    const bool isV4 = !isName && literal.is_v4();
+    Status bound = pair->bind(isV4 ? udp::v4() : udp::v6(), m_options.ports);
+    if (!bound && isName && bound.message() != portInUse()) {
+        bound = pair->bind(udp::v4(), m_options.ports); // a machine without IPv6
+    }
+    if (!bound) {
+        return bound;
+    }
+    if (!pair->leavesDescriptors(m_options.descriptorsInReserve)) {
+        return Status::failed(
+            QCoreApplication::translate("Files", "the system allows no more connections at a time"));
+    }
+    m_pair = pair;
+    m_sendPort = pair->port();
+    asio::post(m_io.context(), [pair, isName = bool(isName), literal, module = *module, address] {
+        if (isName) {
+            pair->startLookup(module.host, module.port, address);
+        } else {
+            pair->aimAt(literal, module.port);
+        }
+        pair->read();
+    });
+    return Status::done();
+}
+
+void UdpPair::close()
+{
+    if (m_pair != nullptr) {
+        m_sendPort = 0;
+        m_io.run([pair = std::exchange(m_pair, nullptr)] { pair->close(); });
+    }
+}
+
+void UdpPair::send(const QByteArray &bytes)
+{
+    if (m_pair != nullptr) {
+        asio::post(m_io.context(), [pair = m_pair, bytes] { pair->write(bytes); });
+    }
+}
+
+void UdpPair::whenDrained(std::function<void()> drained)
+{
+    if (m_pair != nullptr) {
+        asio::post(m_io.context(), [pair = m_pair, drained = std::move(drained)]() mutable {
+            pair->whenDrained(std::move(drained));
+        });
+    }
+}
+
+} // namespace ktr

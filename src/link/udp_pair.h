@@ -1,0 +1,81 @@
+#pragma once
+
+#include "platform/status.h"
+
+#include <QByteArray>
+
+#include <functional>
+#include <limits>
+#include <memory>
+
+namespace ktr {
+
+class IoThread;
+
+/// The ports that pairs are taken from: below the system's own range, which runs out of free neighbours, and
+/// enough for the stations of the largest systems.
+struct PortRange
+{
+    quint16 first = 12'000;
+    quint16 last = 32'767;
+};
+
+struct UdpPairOptions
+{
+    PortRange ports;
+    std::size_t longestDatagram = 65'535; ///< longer ones that come are dropped
+    /// A name's look-up waits for its turn when so many run.
+    int lookupsAtOnce = std::numeric_limits<int>::max();
+    quint64 descriptorsInReserve = 0; ///< opening fails when fewer would be left for files and the like
+};
+
+/// What happens at a pair of ports. Called on the I/O thread, until the pair is closed.
+struct UdpPairEvents
+{
+    std::function<void(QByteArray &&datagram)> received;
+    std::function<void()> dropped;                ///< a datagram of somebody else, or one too long
+    std::function<void(bool done)> sent;          ///< one datagram, or it could not be sent
+    std::function<void(const QString &)> trouble; ///< why datagrams cannot be sent; told when it changes
+    std::function<void(const QString &)> failed;  ///< the name is not found: the pair is of no use
+};
+
+/// A pair of UDP ports to one module: it sends from an even port and receives on the next one, where the
+/// module answers. Only datagrams from the address that it was opened for are taken, whatever port they
+/// come from.
+class UdpPair
+{
+public:
+    static constexpr quint16 modulePort = 49111;
+
+    /// The message of open() when no pair of ports is free.
+    static QString portInUse();
+
+    explicit UdpPair(IoThread &io, const UdpPairOptions &options = {});
+    ~UdpPair();
+    Q_DISABLE_COPY_MOVE(UdpPair)
+
+    /// Opens a pair for "host", "host:port" or "[host]:port", where the host is an IPv4 or IPv6 address or a
+    /// name. A name is looked up meanwhile, for 2 s at most, and what is sent waits for that. Fails at once
+    /// when the address is none or no pair is free.
+    Status open(const QString &address, UdpPairEvents events);
+    /// Waits until the I/O thread has let go.
+    void close();
+    bool isOpen() const { return m_pair != nullptr; }
+    /// Sends one datagram; nothing happens while closed.
+    void send(const QByteArray &bytes);
+    /// Calls back, on the I/O thread, once all datagrams are with the system.
+    void whenDrained(std::function<void()> drained);
+
+    /// The even port of the pair, 0 while closed.
+    quint16 sendPort() const { return m_sendPort; }
+
+private:
+    class Ports;
+
+    IoThread &m_io;
+    UdpPairOptions m_options;
+    std::shared_ptr<Ports> m_pair;
+    quint16 m_sendPort = 0;
+};
+
+} // namespace ktr

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/status.h"
+
+#include <QByteArray>
+
+namespace ktr {
+
+/// What a station's line tells it.
+class StationLineListener
+{
+public:
+    virtual ~StationLineListener() = default;
+
+    /// One datagram of the module.
+    virtual void DataArrival(const QByteArray &data) = 0;
+    /// A datagram has left the machine.
+    virtual void socket_SendComplete() = 0;
+    /// Something is wrong with the line, or it was closed for that; told when it changes.
+    virtual void lineTrouble(const QString &text) = 0;
+};
+
+/// What carries datagrams between a station and its module. It tells its listener nothing while the listener
+/// calls it.
+class StationLine
+{
+public:
+    virtual ~StationLine() = default;
+
+    /// Opens the line to a module at an address or name, "host" or "host:port", anew when it is open.
+    virtual Status open(const QString &hostAddress) = 0;
+    /// Nothing is told of it any more, not even what came before.
+    virtual void close() = 0;
+    virtual bool isOpen() const = 0;
+    /// Sends one datagram; nothing happens while closed.
+    virtual void send(const QByteArray &datagram) = 0;
+
+    /// Must outlive the line's last event, or be replaced by nullptr.
+    void setListener(StationLineListener *listener) { m_listener = listener; }
+
+protected:
+    StationLineListener *m_listener = nullptr;
+};
+
+} // namespace ktr

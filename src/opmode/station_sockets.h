@@ -1,0 +1,56 @@
+#pragma once
+
+#include "link/udp_pair.h"
+#include "opmode/station_line.h"
+
+#include <QObject>
+
+#include <deque>
+#include <unordered_map>
+
+namespace ktr {
+
+class IoThread;
+
+/// The lines of all stations, a pair of UDP ports each, on the one I/O thread. What happens at them is handed
+/// over in batches, in its order, on the thread that owns this.
+class StationSockets : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What the module sends are lines and short texts.
+    static constexpr std::size_t longestDatagram = 2048;
+    static constexpr int lookupsAtOnce = 16;
+    /// Descriptors that are left for files, look-ups and the main window's line.
+    static constexpr quint64 descriptorsInReserve = 64;
+
+    /// Raises the process's limit of descriptors.
+    explicit StationSockets(IoThread &io, PortRange ports = {}, QObject *parent = nullptr);
+    ~StationSockets() override; ///< all lines must be gone
+
+    /// A line that is not open yet. Opening it fails when no pair of ports is free, or when too few
+    /// descriptors would be left.
+    std::unique_ptr<StationLine> createLine();
+
+    /// Datagrams dropped because they came from elsewhere or were too long, and those that could not be sent.
+    qint64 foreignDatagrams() const;
+    qint64 unsentDatagrams() const;
+
+private:
+    class Line;
+    struct Event;
+    class Batch;
+
+    void deliver();
+
+    IoThread &m_io;
+    UdpPairOptions m_options;
+    std::unique_ptr<Batch> m_batch;
+    std::deque<Event> m_waiting;                ///< taken over, not told yet
+    std::unordered_map<quint64, Line *> m_open; ///< by the number of the connection
+    quint64 m_connections = 0;
+    bool m_isFull = false; ///< no pair was free, and none was closed since: looking again takes long
+};
+
+} // namespace ktr

@@ -1,0 +1,186 @@
+#include "link/io_thread.h"
+#include "opmode/station.h"
+#include "opmode/station_sockets.h"
+#include "support/manual_timers.h"
+#include "support/udp_peer.h"
+
+#include <QTest>
+
+using namespace ktr;
+using test::Peer;
+
+namespace {
+
+struct RecordingOwner : StationOwner
+{
+    void station_message(const QString &kennung, const QString &text) override
+    {
+        messages += kennung + QLatin1Char(':') + text;
+        if (during) {
+            std::exchange(during, nullptr)();
+        }
+    }
+    void stationNeedsPuk(const QString &) override {}
+    void stationTrouble(const QString &, const QString &text) override { troubles += text; }
+
+    QStringList messages;
+    QStringList troubles;
+    std::function<void()> during;
+};
+
+/// A module at an address of its own, and the station that watches it.
+struct Watched
+{
+    Watched(int number, StationSockets &sockets, MLiteTimer &timers, RecordingOwner &owner)
+        : address(QByteArray("127.0.1.") + QByteArray::number(number + 1)),
+          module(address.constData()),
+          line(sockets.createLine()),
+          station(QString::number(number), *line, timers, owner)
+    {
+        station.setHostAddress(QString::fromLatin1(address) + QLatin1Char(':') +
+                               QString::number(module.port()));
+    }
+    /// Where the station listens, once it has announced itself.
+    quint16 port() const { return static_cast<quint16>(module.senderPort() + 1); }
+    void say(const QByteArray &text) { module.send(text, port()); }
+
+    QByteArray address;
+    Peer module;
+    std::unique_ptr<StationLine> line;
+    cStation station;
+};
+
+} // namespace
+
+class StationSocketsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void twoHundredStationsEachHearTheirOwnModule()
+    {
+        StationSockets sockets(m_io);
+        RecordingOwner owner;
+        std::vector<std::unique_ptr<Watched>> all = watch(200, sockets, owner);
+        std::set<quint16> ports;
+        for (const auto &watched : all) {
+            QVERIFY(watched->station.connectStation());
+            QCOMPARE(watched->module.await(), "config\r\n");
+            ports.insert(watched->port());
+            QVERIFY(watched->port() % 2 == 1 && watched->port() < 32768);
+        }
+        QCOMPARE(ports.size(), 200U);
+        for (int i = 0; i < 200; ++i) {
+            all[std::size_t(i)]->say("at+cmgs=\"" + QByteArray::number(i) + "\"\r");
+            all[std::size_t(i)]->say("alarm\x1A");
+        }
+        QTRY_COMPARE(owner.messages.size(), 200);
+        owner.messages.sort();
+        for (int i = 0; i < 200; ++i) {
+            QVERIFY(owner.messages.contains(QStringLiteral("%1:%1 --> alarm").arg(i)));
+        }
+
+        // A module that talks to another's station is not heard there.
+        all[0]->module.send("+CSQ: 1,0\r\n", all[1]->port());
+        all[1]->say("+CSQ: 2,0\r\n");
+        QTRY_COMPARE(all[1]->station.csq(), "2,0");
+        QCOMPARE(sockets.foreignDatagrams(), 1);
+        QCOMPARE(owner.troubles, QStringList());
+    }
+
+    void aQuestionInTheMiddleOfABatchKeepsTheOrder()
+    {
+        StationSockets sockets(m_io);
+        RecordingOwner owner;
+        const auto all = watch(2, sockets, owner);
+        for (const auto &watched : all) {
+            watched->station.connectStation();
+            watched->module.await();
+        }
+        owner.during = [&] { QVERIFY(QTest::qWaitFor([&] { return owner.messages.contains("1: --> d"); })); };
+        for (const char *text : {"a\x1A", "b\x1A", "c\x1A"}) {
+            all[0]->say(text);
+        }
+        all[1]->say("d\x1A");
+        QTRY_COMPARE(owner.messages.size(), 4);
+        owner.messages.removeOne("1: --> d");
+        QCOMPARE(owner.messages, (QStringList{"0: --> a", "0: --> b", "0: --> c"}));
+    }
+
+    void aStationThatWasDisconnectedHearsNothingMore()
+    {
+        StationSockets sockets(m_io);
+        RecordingOwner owner;
+        const auto all = watch(1, sockets, owner);
+        Watched &watched = *all.front();
+        watched.station.connectStation();
+        watched.module.await();
+        owner.during = [&] { watched.station.disconnect(); };
+        watched.say("first\x1A");
+        watched.say("second\x1A");
+        QTRY_COMPARE(owner.messages.size(), 1);
+        watched.station.connectStation();
+        QCOMPARE(watched.module.await(), "config\r\n");
+        watched.say("third\x1A");
+        QTRY_COMPARE(owner.messages.size(), 2);
+        QCOMPARE(owner.messages.last(), "0: --> third");
+    }
+
+    void aStationWithoutAPairIsToldAndComesInWhenOneIsFree()
+    {
+        StationSockets sockets(m_io, rangeOfTwoPairs());
+        RecordingOwner owner;
+        const auto all = watch(3, sockets, owner);
+        for (const auto &watched : all) {
+            watched->station.connectStation();
+        }
+        QCOMPARE(owner.troubles, QStringList{UdpPair::portInUse()});
+        all[0]->station.disconnect();
+        m_time.advance(std::chrono::seconds(20));
+        QCOMPARE(all[2]->module.await(), "config\r\n");
+    }
+
+    void aNameThatIsNotFoundIsTold()
+    {
+        StationSockets sockets(m_io);
+        RecordingOwner owner;
+        const auto all = watch(1, sockets, owner);
+        all[0]->station.setHostAddress(QStringLiteral("no-such-module.invalid"));
+        all[0]->station.connectStation();
+        QTRY_COMPARE_WITH_TIMEOUT(owner.troubles.size(), 1, 60'000);
+        QVERIFY(owner.troubles.first().contains("no-such-module.invalid"));
+        QVERIFY(all[0]->station.online() && !all[0]->line->isOpen());
+    }
+
+private:
+    PortRange rangeOfTwoPairs()
+    {
+        for (PortRange range{30'000, 30'003};; range.first += 4, range.last += 4) {
+            UdpPair first(m_io, {range});
+            UdpPair second(m_io, {range});
+            if (first.open("127.0.0.1", quiet()) && second.open("127.0.0.1", quiet())) {
+                return range;
+            }
+        }
+    }
+    static UdpPairEvents quiet()
+    {
+        return {[](QByteArray &&) {}, [] {}, [](bool) {}, [](const QString &) {}, [](const QString &) {}};
+    }
+    std::vector<std::unique_ptr<Watched>> watch(int count, StationSockets &sockets, RecordingOwner &owner)
+    {
+        std::vector<std::unique_ptr<Watched>> all;
+        for (int i = 0; i < count; ++i) {
+            all.push_back(std::make_unique<Watched>(i, sockets, m_registry, owner));
+        }
+        return all;
+    }
+
+    IoThread m_io;
+    test::ManualTimers m_time;
+    QueuedCallbackTimers m_timers{m_time, [this] { return m_time.now(); }};
+    MLiteTimer m_registry{m_timers};
+};
+
+QTEST_GUILESS_MAIN(StationSocketsTest)
+#include "station_sockets_test.moc"
