@@ -83,6 +83,7 @@ FormMain::FormMain(const Services &services)
     connectProblems();
     connect(m_linkPresenter.get(), &LinkPresenter::told, this, &FormMain::tell);
     connect(m_linkPresenter.get(), &LinkPresenter::addressWanted, this, &FormMain::askForAddress);
+    connect(m_linkPresenter.get(), &LinkPresenter::ethernetWanted, this, &FormMain::connectEthernet);
     connect(m_linkPresenter.get(), &LinkPresenter::firmwareReady, this, [this](const QString &what) {
         if (Dialog::question(this, m_texts, what)) {
             m_link.place(QStringLiteral("§88"));
@@ -486,8 +487,23 @@ void FormMain::askForAddress(bool exclusive)
 {
     const QString proposal = withoutLeadingZeros(m_document.configuration().ethernet.ip);
     if (const auto address = Dialog::input(this, m_texts, m_texts.text(Text::Ip), proposal)) {
-        m_link.connectEthernet(address->trimmed(), exclusive);
+        connectEthernet(address->trimmed(), exclusive);
     }
+}
+
+/// A module answers one program at a time: the operational mode has to let go of it first.
+void FormMain::connectEthernet(const QString &address, bool exclusive)
+{
+    const QString station = m_services.stationAt(address);
+    if (!station.isEmpty()) {
+        if (!Dialog::question(this, m_texts,
+                              station + u' ' + m_texts.text(Text::ActiveInOperationalMode) + u'\n' +
+                                  m_texts.text(Text::OperationalModeClosed))) {
+            return;
+        }
+        m_services.releaseStation(address);
+    }
+    m_link.connectEthernet(address, exclusive);
 }
 
 // Dropped files

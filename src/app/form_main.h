@@ -33,6 +33,11 @@ struct Services
     Transport &ethernet;
     std::function<QStringList()> ports;
     QString instanceName; ///< under which instances find each other; empty for the user's own
+
+    /// The name of the station that the operational mode holds online at an address, empty when none is, and
+    /// what lets go of it.
+    std::function<QString(const QString &address)> stationAt = [](const QString &) { return QString(); };
+    std::function<void(const QString &address)> releaseStation = [](const QString &) {};
 };
 
 /// The main window. start() is the start of the program, and closing the window is its end.
@@ -88,6 +93,7 @@ private:
     void tell(const QString &line);
     void showMessage(const QString &text);
     void askForAddress(bool exclusive);
+    void connectEthernet(const QString &address, bool exclusive);
 
     PrintoutOptions printoutOptions() const;
     void print();

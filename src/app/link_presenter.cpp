@@ -131,7 +131,7 @@ void LinkPresenter::attach(ConnectionPage &page)
 {
     m_connection = &page;
     connect(&page, &ConnectionPage::serialWanted, &m_link, &ModuleLink::connectSerial);
-    connect(&page, &ConnectionPage::ethernetWanted, &m_link, &ModuleLink::connectEthernet);
+    connect(&page, &ConnectionPage::ethernetWanted, this, &LinkPresenter::ethernetWanted);
     connect(&page, &ConnectionPage::offlineWanted, &m_link, &ModuleLink::goOffline);
     connect(this, &LinkPresenter::told, &page, &ConnectionPage::addEvent);
     findPorts();

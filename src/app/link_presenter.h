@@ -43,7 +43,8 @@ public:
 Q_SIGNALS:
     /// A line for the status bar.
     void told(const QString &line);
-    /// The module's address is to be asked for, then ModuleLink::connectEthernet() does the rest.
+    /// A link to this address is wanted; one whose address is to be asked for first.
+    void ethernetWanted(const QString &address, bool exclusive);
     void addressWanted(bool exclusive);
     /// The firmware image was found sound; `what` tells what is about to be sent, and is to be agreed to.
     void firmwareReady(const QString &what);

@@ -64,6 +64,9 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(KTR_SOURCE_DIR "/data/language.ini", path("language.ini")));
         m_line = std::make_unique<SilentLine>();
         m_ports.clear();
+        m_network.opened.clear();
+        m_station.clear();
+        m_released.clear();
     }
 
     void cleanup()
@@ -268,6 +271,32 @@ private Q_SLOTS:
         QTRY_COMPARE(list->count(), 0);
     }
 
+    void aStationOfTheOperationalModeIsAskedAboutBeforeItsModuleIsTaken()
+    {
+        start({});
+        m_station = "Works 4";
+        QStringList texts;
+        const auto answerNext = [&](const QString &button) {
+            QTimer::singleShot(0, this, [&texts, button] {
+                QWidget *question = QApplication::activeModalWidget();
+                QVERIFY(question != nullptr);
+                texts += control<QLabel>(*question, "Label_msg")->text();
+                QTest::mouseClick(control<QPushButton>(*question, button), Qt::LeftButton);
+            });
+        };
+        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::Connection));
+        typeOver(field("Txt_connection_address"), "10.0.0.7");
+        answerNext("CancelButton");
+        QTest::mouseClick(control<QPushButton>(*m_window, "cmd_connection_ethernet"), Qt::LeftButton);
+        QVERIFY(m_network.opened.isEmpty() && m_released.isEmpty());
+        answerNext("OKButton");
+        QTest::mouseClick(control<QPushButton>(*m_window, "cmd_connection_ethernet"), Qt::LeftButton);
+        QCOMPARE(m_released, QStringList("10.0.0.7"));
+        QCOMPARE(m_network.opened, QStringList("10.0.0.7"));
+        QCOMPARE(texts.last(), "Works 4 has a active connection in Operational Mode.\n"
+                               "The Connection in Operational Mode will now be closed.");
+    }
+
     void aFirmwareImageIsShownBeforeItIsAnnounced()
     {
         m_ports = {"/dev/ttyUSB0"};
@@ -376,9 +405,10 @@ private:
     {
         Environment environment = fixedEnvironment();
         environment.programFolder = m_folder->path();
-        m_window =
-            std::make_unique<FormMain>(Services{environment, m_timers, *m_line, m_network,
-                                                [this] { return m_ports; }, m_folder->path() + "/instance"});
+        m_window = std::make_unique<FormMain>(
+            Services{environment, m_timers, *m_line, m_network, [this] { return m_ports; },
+                     m_folder->path() + "/instance", [this](const QString &) { return m_station; },
+                     [this](const QString &address) { m_released += address; }});
         m_window->start(arguments);
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
@@ -404,6 +434,8 @@ private:
     std::unique_ptr<SilentLine> m_line;
     SilentLine m_network;
     QStringList m_ports;
+    QString m_station; ///< held by the operational mode
+    QStringList m_released;
     std::unique_ptr<FormMain> m_window;
 };
 
