@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t fewestSlots = 64;
 constexpr std::size_t toleratedWaste = std::size_t{1} << 20;
-constexpr std::size_t largestArena = 0xFFFFFFFE;
+constexpr std::size_t largestArena = 0xFFFFFF00;
 
 /// A length, seven bits a byte, the last one below 128.
 void putLength(std::string &arena, std::size_t length)
@@ -32,15 +32,6 @@ std::size_t takeLength(const char *&at)
             return length;
         }
     }
-}
-
-std::size_t lengthSize(std::size_t length)
-{
-    std::size_t size = 1;
-    for (; length >= 0x80; length >>= 7) {
-        ++size;
-    }
-    return size;
 }
 
 } // namespace
@@ -66,7 +57,7 @@ void NodeStore::reserve(std::size_t nodes, std::size_t bytes)
 std::optional<NodeStore::Id> NodeStore::add(Id parent, std::string_view name, std::string_view text,
                                             std::int32_t colour)
 {
-    if (child(parent, name) || m_nodes.size() >= dead) {
+    if (child(parent, name) || !hasRoom(name.size() + text.size())) {
         return std::nullopt;
     }
     const std::optional<std::uint32_t> stored = store(name, text);
@@ -124,10 +115,9 @@ bool NodeStore::setText(Id id, std::string_view text)
     if (before.text == text) {
         return true;
     }
-    const std::size_t offset = m_nodes[id].text;
-    if (storedSize(before.name, text) == before.size && before.name.data() != before.text.data()) {
+    if (text.size() == before.text.size() && before.name.data() != before.text.data()) {
         // Values mostly keep their length.
-        std::ranges::copy(text, m_arena.begin() + (before.text.data() - m_arena.data()));
+        m_arena.replace(static_cast<std::size_t>(before.text.data() - m_arena.data()), text.size(), text);
         return true;
     }
     const std::string name(before.name); // the arena moves
@@ -135,13 +125,18 @@ bool NodeStore::setText(Id id, std::string_view text)
     if (!stored) {
         return false;
     }
-    Q_ASSERT(*stored != offset);
     m_nodes[id].text = *stored;
     m_waste += before.size;
     if (m_waste > toleratedWaste && m_waste > m_arena.size() / 2) {
         compact();
     }
     return true;
+}
+
+bool NodeStore::hasRoom(std::size_t bytes) const
+{
+    constexpr std::size_t lengths = 20;
+    return m_nodes.size() < dead && bytes < largestArena && m_arena.size() < largestArena - bytes - lengths;
 }
 
 std::optional<NodeStore::Id> NodeStore::child(Id parent, std::string_view name) const
@@ -236,31 +231,35 @@ std::string_view NodeStore::text(Id id) const
 
 std::string NodeStore::key(Id id) const
 {
-    std::vector<std::string_view> names;
-    std::size_t size = 0;
-    for (; id != root; id = m_nodes[id].parent) {
-        names.push_back(name(id));
-        size += names.back().size() + 1;
-    }
     std::string key;
-    key.reserve(size);
-    for (auto part = names.rbegin(); part != names.rend(); ++part) {
-        key.append(key.empty() && part == names.rbegin() ? "" : "/").append(*part);
+    if (id != root) {
+        std::vector<Id> path{id};
+        while (m_nodes[path.back()].parent != root) {
+            path.push_back(m_nodes[path.back()].parent);
+        }
+        key = name(path.back());
+        for (auto node = path.rbegin() + 1; node != path.rend(); ++node) {
+            key.append(1, '/').append(name(*node));
+        }
     }
     return key;
 }
 
-std::size_t NodeStore::storedSize(std::string_view name, std::string_view text)
+void NodeStore::keyInNextRun(Id id, std::string &key) const
 {
-    const std::size_t behind = text == name ? 0 : text.size();
-    return lengthSize(name.size()) + name.size() + lengthSize(behind + 1) + behind;
+    Id station = id;
+    while (m_nodes[station].parent != root) {
+        station = m_nodes[station].parent;
+    }
+    const std::string_view stationText = text(station);
+    key = this->key(id).replace(0, name(station).size(), stationText);
 }
 
 /// The name's length, the name, the text's length plus one, the text; 0 stands for a text that is the name.
 std::optional<std::uint32_t> NodeStore::store(std::string_view name, std::string_view text)
 {
     const std::size_t offset = m_arena.size();
-    if (name.size() + text.size() + 20 > largestArena - offset) {
+    if (!hasRoom(name.size() + text.size())) {
         return std::nullopt;
     }
     putLength(m_arena, name.size());

@@ -59,9 +59,14 @@ public:
     std::string_view name(Id id) const;
     std::string_view text(Id id) const;
     std::string key(Id id) const;
+    /// As key(), with the station's text in place of its name.
+    void keyInNextRun(Id id, std::string &key) const;
     std::int32_t colour(Id id) const { return m_nodes[id].colour; }
 
-    std::size_t count() const { return m_alive; } ///< without the root
+    /// Whether a node whose name and text have that many bytes together still fits.
+    bool hasRoom(std::size_t bytes) const;
+    std::size_t arenaSize() const { return m_arena.size(); }
+    std::size_t count() const { return m_alive; }              ///< without the root
     Id end() const { return static_cast<Id>(m_nodes.size()); } ///< beyond the last number
     /// Room for that many nodes, whose names and texts have that many bytes together.
     void reserve(std::size_t nodes, std::size_t bytes);
@@ -89,7 +94,6 @@ private:
     };
 
     static NodeKind childKind(NodeKind parent, std::string_view name);
-    static std::size_t storedSize(std::string_view name, std::string_view text);
     std::optional<std::uint32_t> store(std::string_view name, std::string_view text);
     Texts texts(Id id) const;
     std::size_t hash(Id parent, std::string_view name) const;
