@@ -174,6 +174,24 @@ QByteArray escaped(const QString &text, Context context)
 
 } // namespace
 
+Status xmlToUtf8(const QByteArray &document, QByteArray &utf8)
+{
+    const bool isWide =
+        document.startsWith("\xFF\xFE") || document.startsWith("\xFE\xFF") || document.left(2).contains('\0');
+    const bool isUtf8 =
+        document.startsWith("\xEF\xBB\xBF") || (!isWide && declaredEncoding(document) == "utf-8");
+    // The usual case, without the detour: such a document may have millions of elements.
+    if (isUtf8 && document.isValidUtf8() && !document.contains("\xEF\xBF\xBE") &&
+        !document.contains("\xEF\xBF\xBF")) {
+        utf8 = document;
+        return Status::done();
+    }
+    QString characters;
+    Status read = toText(document, characters);
+    utf8 = characters.toUtf8();
+    return read;
+}
+
 Status XmlDocument::load(const QByteArray &document)
 {
     m_elements.clear();
