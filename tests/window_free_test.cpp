@@ -7,6 +7,8 @@
 #include "link/command_sequence.h"
 #include "link/io_thread.h"
 #include "link/serial_transport.h"
+#include "opmode/nodes_file.h"
+#include "opmode/station_tree.h"
 #include "simulator/command_interpreter.h"
 #include "simulator/held_form.h"
 
@@ -52,6 +54,12 @@ int main(int argc, char **argv)
     SerialTransport port(io);
     if (port.open(QStringLiteral("/no/such/port")) || TextTable().text(Text::MessageTooLong).isEmpty()) {
         return fail("a port that is not there opens, or a text is missing");
+    }
+
+    StationTree tree({});
+    tree.addStation(QStringLiteral("a"));
+    if (writeNodes(tree.nodes(), [](const QString &) { return StationAttributes(); }).count("<item") != 22) {
+        return fail("a station is not written with its nodes");
     }
 
     QFile maps(QStringLiteral("/proc/self/maps"));

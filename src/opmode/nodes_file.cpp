@@ -235,21 +235,23 @@ Status NodesFile::load(const std::function<bool(const NodeElement &)> &take)
 {
     m_checksum = ktr::checksum({});
     m_keepAside = false;
+    constexpr quint64 ofNoDocument = ~quint64{0};
     if (!QFileInfo::exists(m_path)) {
         return Status::done();
     }
     m_keepAside = true;
+    m_checksum = ofNoDocument;
     QByteArray document;
     if (Status read = readFile(m_path, document, longestFile); !read) {
         return read;
     }
-    m_checksum = ktr::checksum(document);
     qsizetype leftOut = 0;
     const Status read =
         readNodes(document, [&](const NodeElement &element) { leftOut += take(element) ? 0 : 1; });
     if (!read) {
         return Status::failed(m_path + QLatin1String(": ") + read.message());
     }
+    m_checksum = ktr::checksum(document);
     if (leftOut > 0) {
         return Status::failed(m_path + QLatin1String(": ") +
                               translated("nodes that belong nowhere were left out: %1").arg(leftOut));

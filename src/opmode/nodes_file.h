@@ -52,7 +52,8 @@ public:
     /// Replaces the file whole or not at all.
     Status save(const QByteArray &document);
 
-    /// The checksum of what was read or written last; of nothing when there was no file.
+    /// The checksum of what was read or written last; of nothing when there was no file. One that no journal
+    /// goes on from when the file could not be read: its changes would find no stations.
     quint64 checksum() const { return m_checksum; }
 
 private:

@@ -1,3 +1,4 @@
+#include "opmode/checksum.h"
 #include "opmode/nodes_file.h"
 #include "opmode/station_tree.h"
 #include "platform/files.h"
@@ -141,6 +142,7 @@ private Q_SLOTS:
         const Status torn = NodesFile(path).load(all);
         QVERIFY(torn.message().startsWith(path));
         QVERIFY(!file.load(all));
+        QVERIFY(file.checksum() != checksum("torn") && file.checksum() != checksum({}));
         QVERIFY(file.save("<KTR><a key='a'/></KTR>"));
         QVERIFY(!file.load(none)); // a node without a place is not lost either
         QVERIFY(file.save("<KTR/>"));
