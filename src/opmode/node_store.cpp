@@ -36,22 +36,11 @@ std::size_t takeLength(const char *&at)
 
 } // namespace
 
-NodeStore::NodeStore() : m_slots(fewestSlots, root), m_seed(QHashSeed::globalSeed())
+NodeStore::NodeStore() : m_slots(fewestSlots), m_seed(QHashSeed::globalSeed())
 {
     m_nodes.push_back({root, 0, 0});
     m_arena.assign(2, '\0');
     m_branches.insert(root, {NodeKind::Root, {}});
-}
-
-void NodeStore::reserve(std::size_t nodes, std::size_t bytes)
-{
-    m_nodes.reserve(m_nodes.size() + nodes);
-    m_arena.reserve(std::min(m_arena.size() + bytes, largestArena));
-    std::size_t slots = m_slots.size();
-    while (slots < (m_alive + nodes) * 3 / 2) {
-        slots *= 2;
-    }
-    rebuildSlots(slots);
 }
 
 std::optional<NodeStore::Id> NodeStore::add(Id parent, std::string_view name, std::string_view text,
@@ -79,9 +68,8 @@ std::optional<NodeStore::Id> NodeStore::add(Id parent, std::string_view name, st
     }
     if (m_alive * 3 / 2 > m_slots.size()) {
         rebuildSlots(m_slots.size() * 2);
-    } else {
-        insertSlot(id);
     }
+    insertSlot({id, hash(parent, this->name(id))});
     return id;
 }
 
@@ -142,9 +130,10 @@ bool NodeStore::hasRoom(std::size_t bytes) const
 std::optional<NodeStore::Id> NodeStore::child(Id parent, std::string_view name) const
 {
     const std::size_t mask = m_slots.size() - 1;
-    for (std::size_t slot = hash(parent, name) & mask; m_slots[slot] != root; slot = (slot + 1) & mask) {
-        const Id id = m_slots[slot];
-        if (m_nodes[id].parent == parent && texts(id).name == name) {
+    const std::uint32_t wanted = hash(parent, name);
+    for (std::size_t slot = wanted & mask; m_slots[slot].id != root; slot = (slot + 1) & mask) {
+        const Id id = m_slots[slot].id;
+        if (m_slots[slot].hash == wanted && m_nodes[id].parent == parent && texts(id).name == name) {
             return id;
         }
     }
@@ -286,45 +275,45 @@ NodeStore::Texts NodeStore::texts(Id id) const
     return {name, text, static_cast<std::size_t>(at - begin)};
 }
 
-std::size_t NodeStore::hash(Id parent, std::string_view name) const
+std::uint32_t NodeStore::hash(Id parent, std::string_view name) const
 {
-    return qHashBits(name.data(), name.size(), m_seed ^ (parent * std::size_t{0x9E3779B97F4A7C15}));
+    const std::size_t seed = m_seed ^ (parent * std::size_t{0x9E3779B97F4A7C15});
+    return static_cast<std::uint32_t>(qHashBits(name.data(), name.size(), seed));
 }
 
-void NodeStore::insertSlot(Id id)
+void NodeStore::insertSlot(Slot slot)
 {
     const std::size_t mask = m_slots.size() - 1;
-    std::size_t slot = hash(m_nodes[id].parent, name(id)) & mask;
-    while (m_slots[slot] != root) {
-        slot = (slot + 1) & mask;
+    std::size_t at = slot.hash & mask;
+    while (m_slots[at].id != root) {
+        at = (at + 1) & mask;
     }
-    m_slots[slot] = id;
+    m_slots[at] = slot;
 }
 
 void NodeStore::removeSlot(Id id)
 {
     const std::size_t mask = m_slots.size() - 1;
-    const auto home = [this, mask](Id of) { return hash(m_nodes[of].parent, name(of)) & mask; };
-    std::size_t gap = home(id);
-    while (m_slots[gap] != id) {
+    std::size_t gap = hash(m_nodes[id].parent, name(id)) & mask;
+    while (m_slots[gap].id != id) {
         gap = (gap + 1) & mask;
     }
     // What follows moves up, unless it would come to stand before its home.
-    for (std::size_t slot = (gap + 1) & mask; m_slots[slot] != root; slot = (slot + 1) & mask) {
-        if (((slot - home(m_slots[slot])) & mask) >= ((slot - gap) & mask)) {
+    for (std::size_t slot = (gap + 1) & mask; m_slots[slot].id != root; slot = (slot + 1) & mask) {
+        if (((slot - m_slots[slot].hash) & mask) >= ((slot - gap) & mask)) {
             m_slots[gap] = m_slots[slot];
             gap = slot;
         }
     }
-    m_slots[gap] = root;
+    m_slots[gap] = {};
 }
 
 void NodeStore::rebuildSlots(std::size_t slots)
 {
-    m_slots.assign(slots, root);
-    for (Id id = root + 1; id < end(); ++id) {
-        if (isAlive(id)) {
-            insertSlot(id);
+    const std::vector<Slot> before = std::exchange(m_slots, std::vector<Slot>(slots));
+    for (const Slot &slot : before) {
+        if (slot.id != root) {
+            insertSlot(slot);
         }
     }
 }

@@ -68,8 +68,6 @@ public:
     std::size_t arenaSize() const { return m_arena.size(); }
     std::size_t count() const { return m_alive; }              ///< without the root
     Id end() const { return static_cast<Id>(m_nodes.size()); } ///< beyond the last number
-    /// Room for that many nodes, whose names and texts have that many bytes together.
-    void reserve(std::size_t nodes, std::size_t bytes);
 
 private:
     struct Node
@@ -86,6 +84,11 @@ private:
         NodeKind kind;
         std::vector<Id> children; ///< in growing order
     };
+    struct Slot
+    {
+        Id id = root;           ///< root marks a free slot
+        std::uint32_t hash = 0; ///< kept, so that a search looks at few nodes that it does not want
+    };
     struct Texts
     {
         std::string_view name;
@@ -96,8 +99,8 @@ private:
     static NodeKind childKind(NodeKind parent, std::string_view name);
     std::optional<std::uint32_t> store(std::string_view name, std::string_view text);
     Texts texts(Id id) const;
-    std::size_t hash(Id parent, std::string_view name) const;
-    void insertSlot(Id id);
+    std::uint32_t hash(Id parent, std::string_view name) const;
+    void insertSlot(Slot slot);
     void removeSlot(Id id);
     void rebuildSlots(std::size_t slots);
     void compact();
@@ -107,7 +110,7 @@ private:
     std::string m_arena;
     std::size_t m_waste = 0; ///< bytes of the arena that no node uses
     std::size_t m_alive = 0;
-    std::vector<Id> m_slots; ///< open addressing; root marks a free slot
+    std::vector<Slot> m_slots; ///< open addressing
     std::size_t m_seed;
 };
 
