@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace ktr {
 
@@ -181,8 +182,9 @@ Status xmlToUtf8(const QByteArray &document, QByteArray &utf8)
     const bool isUtf8 =
         document.startsWith("\xEF\xBB\xBF") || (!isWide && declaredEncoding(document) == "utf-8");
     // The usual case, without the detour: such a document may have millions of elements.
-    if (isUtf8 && document.isValidUtf8() && !document.contains("\xEF\xBF\xBE") &&
-        !document.contains("\xEF\xBF\xBF")) {
+    const std::string_view bytes(document.constData(), static_cast<std::size_t>(document.size()));
+    const auto holds = [&bytes](const char *text) { return bytes.find(text) != std::string_view::npos; };
+    if (isUtf8 && document.isValidUtf8() && !holds("\xEF\xBF\xBE") && !holds("\xEF\xBF\xBF")) {
         utf8 = document;
         return Status::done();
     }

@@ -304,16 +304,17 @@ bool StationTree::load(std::string_view key, std::string_view text, std::int32_t
     if (!place || path.empty() || (isStation && place->parent != NodeStore::root)) {
         return false;
     }
-    std::optional<Id> node = m_nodes.child(place->parent, place->name);
-    if (node) {
-        m_nodes.setText(*node, text);
-    } else if (isStation) {
-        if (text.find('/') != std::string_view::npos) {
-            return false;
+    if (isStation && text.find('/') != std::string_view::npos) {
+        return false;
+    }
+    // Most nodes are new: looked up once.
+    std::optional<Id> node =
+        isStation ? addBranch(text) : m_nodes.add(place->parent, place->name, text, normalColour);
+    if (!node) {
+        node = m_nodes.child(place->parent, place->name);
+        if (node) {
+            m_nodes.setText(*node, text);
         }
-        node = addBranch(text);
-    } else {
-        node = m_nodes.add(place->parent, place->name, text, normalColour);
     }
     if (node) {
         colour(*node, newColour);
