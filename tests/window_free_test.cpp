@@ -7,7 +7,9 @@
 #include "link/command_sequence.h"
 #include "link/io_thread.h"
 #include "link/serial_transport.h"
+#include "opmode/nodes_file.h"
 #include "opmode/station_sockets.h"
+#include "opmode/station_tree.h"
 #include "simulator/command_interpreter.h"
 #include "simulator/held_form.h"
 
@@ -57,6 +59,12 @@ int main(int argc, char **argv)
     StationSockets stations(io);
     if (stations.createLine()->open(QString())) {
         return fail("a station without an address is opened");
+    }
+
+    StationTree tree({});
+    tree.addStation(QStringLiteral("a"));
+    if (writeNodes(tree.nodes(), [](const QString &) { return StationAttributes(); }).count("<item") != 22) {
+        return fail("a station is not written with its nodes");
     }
 
     QFile maps(QStringLiteral("/proc/self/maps"));

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string_view>
 
 namespace ktr {
 
@@ -173,6 +174,25 @@ QByteArray escaped(const QString &text, Context context)
 }
 
 } // namespace
+
+Status xmlToUtf8(const QByteArray &document, QByteArray &utf8)
+{
+    const bool isWide =
+        document.startsWith("\xFF\xFE") || document.startsWith("\xFE\xFF") || document.left(2).contains('\0');
+    const bool isUtf8 =
+        document.startsWith("\xEF\xBB\xBF") || (!isWide && declaredEncoding(document) == "utf-8");
+    // The usual case, without the detour: such a document may have millions of elements.
+    const std::string_view bytes(document.constData(), static_cast<std::size_t>(document.size()));
+    const auto holds = [&bytes](const char *text) { return bytes.find(text) != std::string_view::npos; };
+    if (isUtf8 && document.isValidUtf8() && !holds("\xEF\xBF\xBE") && !holds("\xEF\xBF\xBF")) {
+        utf8 = document;
+        return Status::done();
+    }
+    QString characters;
+    Status read = toText(document, characters);
+    utf8 = characters.toUtf8();
+    return read;
+}
 
 Status XmlDocument::load(const QByteArray &document)
 {

@@ -9,6 +9,10 @@
 
 namespace ktr {
 
+/// A document as UTF-8, by its byte-order mark, its first bytes or its declaration. A failure when it is not
+/// valid in its encoding or the encoding is not known.
+Status xmlToUtf8(const QByteArray &document, QByteArray &utf8);
+
 /// What the reader asks of a document: of each element name, the first element anywhere in it.
 class XmlDocument
 {

@@ -1,0 +1,336 @@
+#include "opmode/node_store.h"
+
+#include <QHashSeed>
+
+#include <algorithm>
+#include <utility>
+
+namespace ktr {
+
+namespace {
+
+constexpr std::size_t fewestSlots = 64;
+constexpr std::size_t toleratedWaste = std::size_t{1} << 20;
+constexpr std::size_t largestArena = 0xFFFFFF00;
+
+/// A length, seven bits a byte, the last one below 128.
+void putLength(std::string &arena, std::size_t length)
+{
+    for (; length >= 0x80; length >>= 7) {
+        arena.push_back(static_cast<char>(length | 0x80));
+    }
+    arena.push_back(static_cast<char>(length));
+}
+
+std::size_t takeLength(const char *&at)
+{
+    std::size_t length = 0;
+    for (int shift = 0;; shift += 7) {
+        const auto byte = static_cast<unsigned char>(*at++);
+        length |= static_cast<std::size_t>(byte & 0x7F) << shift;
+        if (byte < 0x80) {
+            return length;
+        }
+    }
+}
+
+} // namespace
+
+NodeStore::NodeStore() : m_slots(fewestSlots), m_seed(QHashSeed::globalSeed())
+{
+    m_nodes.push_back({root, 0, 0});
+    m_arena.assign(2, '\0');
+    m_branches.insert(root, {NodeKind::Root, {}});
+}
+
+std::optional<NodeStore::Id> NodeStore::add(Id parent, std::string_view name, std::string_view text,
+                                            std::int32_t colour)
+{
+    if (child(parent, name) || !hasRoom(name.size() + text.size())) {
+        return std::nullopt;
+    }
+    const std::optional<std::uint32_t> stored = store(name, text);
+    if (!stored) {
+        return std::nullopt;
+    }
+    const Id id = end();
+    m_nodes.push_back({parent, *stored, colour});
+    ++m_alive;
+    auto branch = m_branches.find(parent);
+    if (branch == m_branches.end()) {
+        branch = m_branches.insert(parent, {kind(parent), {}});
+    }
+    branch->children.push_back(id);
+    const NodeKind own = childKind(branch->kind, this->name(id));
+    if (own == NodeKind::Station || own == NodeKind::Notifications || own == NodeKind::History ||
+        own == NodeKind::InputValues) {
+        m_branches.insert(id, {own, {}});
+    }
+    if (m_alive * 3 / 2 > m_slots.size()) {
+        rebuildSlots(m_slots.size() * 2);
+    }
+    insertSlot({id, hash(parent, this->name(id))});
+    return id;
+}
+
+void NodeStore::remove(Id id)
+{
+    const auto above = m_branches.find(m_nodes[id].parent);
+    std::vector<Id> &siblings = above->children;
+    siblings.erase(std::ranges::lower_bound(siblings, id));
+
+    std::vector<Id> doomed{id};
+    while (!doomed.empty()) {
+        const Id last = doomed.back();
+        doomed.pop_back();
+        if (const auto branch = m_branches.constFind(last); branch != m_branches.constEnd()) {
+            doomed.insert(doomed.end(), branch->children.begin(), branch->children.end());
+            m_branches.erase(branch);
+        }
+        removeSlot(last);
+        m_waste += texts(last).size;
+        m_nodes[last].text = dead;
+        --m_alive;
+    }
+    if (m_waste > toleratedWaste && m_waste > m_arena.size() / 2) {
+        compact();
+    }
+}
+
+bool NodeStore::setText(Id id, std::string_view text)
+{
+    const Texts before = texts(id);
+    if (before.text == text) {
+        return true;
+    }
+    if (text.size() == before.text.size() && before.name.data() != before.text.data()) {
+        // Values mostly keep their length.
+        m_arena.replace(static_cast<std::size_t>(before.text.data() - m_arena.data()), text.size(), text);
+        return true;
+    }
+    const std::string name(before.name); // the arena moves
+    const std::optional<std::uint32_t> stored = store(name, text);
+    if (!stored) {
+        return false;
+    }
+    m_nodes[id].text = *stored;
+    m_waste += before.size;
+    if (m_waste > toleratedWaste && m_waste > m_arena.size() / 2) {
+        compact();
+    }
+    return true;
+}
+
+bool NodeStore::hasRoom(std::size_t bytes) const
+{
+    constexpr std::size_t lengths = 20;
+    return m_nodes.size() < dead && bytes < largestArena && m_arena.size() < largestArena - bytes - lengths;
+}
+
+std::optional<NodeStore::Id> NodeStore::child(Id parent, std::string_view name) const
+{
+    const std::size_t mask = m_slots.size() - 1;
+    const std::uint32_t wanted = hash(parent, name);
+    for (std::size_t slot = wanted & mask; m_slots[slot].id != root; slot = (slot + 1) & mask) {
+        const Id id = m_slots[slot].id;
+        if (m_slots[slot].hash == wanted && m_nodes[id].parent == parent && texts(id).name == name) {
+            return id;
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<NodeStore::Place> NodeStore::place(std::string_view key) const
+{
+    Id parent = root;
+    while (true) {
+        const NodeKind above = kind(parent);
+        const std::size_t slash = above == NodeKind::Notifications || above == NodeKind::History
+                                      ? std::string_view::npos
+                                      : key.find('/');
+        if (slash == std::string_view::npos) {
+            return Place{parent, key};
+        }
+        const std::optional<Id> next = child(parent, key.substr(0, slash));
+        if (!next) {
+            return std::nullopt;
+        }
+        parent = *next;
+        key.remove_prefix(slash + 1);
+    }
+}
+
+std::optional<NodeStore::Id> NodeStore::find(std::string_view key) const
+{
+    const std::optional<Place> found = place(key);
+    return found ? child(found->parent, found->name) : std::nullopt;
+}
+
+const std::vector<NodeStore::Id> &NodeStore::children(Id id) const
+{
+    static const std::vector<Id> none;
+    const auto branch = m_branches.constFind(id);
+    return branch == m_branches.constEnd() ? none : branch->children;
+}
+
+std::size_t NodeStore::row(Id id) const
+{
+    const std::vector<Id> &siblings = children(m_nodes[id].parent);
+    return static_cast<std::size_t>(std::ranges::lower_bound(siblings, id) - siblings.begin());
+}
+
+NodeKind NodeStore::kind(Id id) const
+{
+    if (const auto branch = m_branches.constFind(id); branch != m_branches.constEnd()) {
+        return branch->kind;
+    }
+    return childKind(m_branches.constFind(m_nodes[id].parent)->kind, name(id));
+}
+
+NodeKind NodeStore::childKind(NodeKind parent, std::string_view name)
+{
+    switch (parent) {
+    case NodeKind::Root:
+        return NodeKind::Station;
+    case NodeKind::Station:
+        return name == "meldung"   ? NodeKind::Notifications
+               : name == "history" ? NodeKind::History
+               : name == "ip"      ? NodeKind::InputValues
+                                   : NodeKind::Other;
+    case NodeKind::Notifications:
+        return NodeKind::Notification;
+    case NodeKind::History:
+        return NodeKind::HistoryEntry;
+    case NodeKind::InputValues:
+        return NodeKind::InputValue;
+    default:
+        return NodeKind::Other;
+    }
+}
+
+std::string_view NodeStore::name(Id id) const
+{
+    return texts(id).name;
+}
+
+std::string_view NodeStore::text(Id id) const
+{
+    return texts(id).text;
+}
+
+std::string NodeStore::key(Id id) const
+{
+    std::string key;
+    if (id != root) {
+        std::vector<Id> path{id};
+        while (m_nodes[path.back()].parent != root) {
+            path.push_back(m_nodes[path.back()].parent);
+        }
+        key = name(path.back());
+        for (auto node = path.rbegin() + 1; node != path.rend(); ++node) {
+            key.append(1, '/').append(name(*node));
+        }
+    }
+    return key;
+}
+
+void NodeStore::keyInNextRun(Id id, std::string &key) const
+{
+    Id station = id;
+    while (m_nodes[station].parent != root) {
+        station = m_nodes[station].parent;
+    }
+    const std::string_view stationText = text(station);
+    key = this->key(id).replace(0, name(station).size(), stationText);
+}
+
+/// The name's length, the name, the text's length plus one, the text; 0 stands for a text that is the name.
+std::optional<std::uint32_t> NodeStore::store(std::string_view name, std::string_view text)
+{
+    const std::size_t offset = m_arena.size();
+    if (!hasRoom(name.size() + text.size())) {
+        return std::nullopt;
+    }
+    putLength(m_arena, name.size());
+    m_arena.append(name);
+    if (text == name) {
+        putLength(m_arena, 0);
+    } else {
+        putLength(m_arena, text.size() + 1);
+        m_arena.append(text);
+    }
+    return static_cast<std::uint32_t>(offset);
+}
+
+NodeStore::Texts NodeStore::texts(Id id) const
+{
+    const char *const begin = m_arena.data() + m_nodes[id].text;
+    const char *at = begin;
+    const std::size_t nameLength = takeLength(at);
+    const std::string_view name(at, nameLength);
+    at += nameLength;
+    const std::size_t textLength = takeLength(at);
+    const std::string_view text = textLength == 0 ? name : std::string_view(at, textLength - 1);
+    at += textLength == 0 ? 0 : textLength - 1;
+    return {name, text, static_cast<std::size_t>(at - begin)};
+}
+
+std::uint32_t NodeStore::hash(Id parent, std::string_view name) const
+{
+    const std::size_t seed = m_seed ^ (parent * std::size_t{0x9E3779B97F4A7C15});
+    return static_cast<std::uint32_t>(qHashBits(name.data(), name.size(), seed));
+}
+
+void NodeStore::insertSlot(Slot slot)
+{
+    const std::size_t mask = m_slots.size() - 1;
+    std::size_t at = slot.hash & mask;
+    while (m_slots[at].id != root) {
+        at = (at + 1) & mask;
+    }
+    m_slots[at] = slot;
+}
+
+void NodeStore::removeSlot(Id id)
+{
+    const std::size_t mask = m_slots.size() - 1;
+    std::size_t gap = hash(m_nodes[id].parent, name(id)) & mask;
+    while (m_slots[gap].id != id) {
+        gap = (gap + 1) & mask;
+    }
+    // What follows moves up, unless it would come to stand before its home.
+    for (std::size_t slot = (gap + 1) & mask; m_slots[slot].id != root; slot = (slot + 1) & mask) {
+        if (((slot - m_slots[slot].hash) & mask) >= ((slot - gap) & mask)) {
+            m_slots[gap] = m_slots[slot];
+            gap = slot;
+        }
+    }
+    m_slots[gap] = {};
+}
+
+void NodeStore::rebuildSlots(std::size_t slots)
+{
+    const std::vector<Slot> before = std::exchange(m_slots, std::vector<Slot>(slots));
+    for (const Slot &slot : before) {
+        if (slot.id != root) {
+            insertSlot(slot);
+        }
+    }
+}
+
+void NodeStore::compact()
+{
+    std::string arena;
+    arena.reserve(m_arena.size() - m_waste);
+    for (Id id = root; id < end(); ++id) {
+        if (isAlive(id)) {
+            const std::string_view stored(m_arena.data() + m_nodes[id].text, texts(id).size);
+            m_nodes[id].text = static_cast<std::uint32_t>(arena.size());
+            arena.append(stored);
+        }
+    }
+    m_arena = std::move(arena);
+    m_waste = 0;
+}
+
+} // namespace ktr

@@ -1,0 +1,117 @@
+#pragma once
+
+#include <QHash>
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace ktr {
+
+/// What a node of the station tree is; it follows from where the node stands.
+enum class NodeKind {
+    Root,
+    Station,
+    Notifications,
+    History,
+    InputValues,
+    InputValue,
+    Notification,
+    HistoryEntry,
+    Other
+};
+
+/// The nodes of the station tree: twelve bytes each over one arena of texts (UTF-8), found by key in constant
+/// time. A number names a node for the whole run; numbers grow in the order of creation.
+class NodeStore
+{
+public:
+    using Id = std::uint32_t;
+    static constexpr Id root = 0;
+
+    NodeStore();
+
+    /// Appends a child; nothing when the parent has a child of that name already or there is no room left.
+    std::optional<Id> add(Id parent, std::string_view name, std::string_view text, std::int32_t colour);
+    /// Removes a node with all that is under it.
+    void remove(Id id);
+    bool setText(Id id, std::string_view text);
+    void setColour(Id id, std::int32_t colour) { m_nodes[id].colour = colour; }
+
+    std::optional<Id> child(Id parent, std::string_view name) const;
+    /// The node of a key. The names of notifications and of entries of the history may hold "/".
+    std::optional<Id> find(std::string_view key) const;
+    /// Where a node of this key belongs, and its name there; nothing when that place does not exist.
+    struct Place
+    {
+        Id parent;
+        std::string_view name;
+    };
+    std::optional<Place> place(std::string_view key) const;
+
+    bool isAlive(Id id) const { return id < m_nodes.size() && m_nodes[id].text != dead; }
+    Id parent(Id id) const { return m_nodes[id].parent; }
+    const std::vector<Id> &children(Id id) const;
+    std::size_t row(Id id) const; ///< among the children of its parent
+    NodeKind kind(Id id) const;
+    std::string_view name(Id id) const;
+    std::string_view text(Id id) const;
+    std::string key(Id id) const;
+    /// As key(), with the station's text in place of its name.
+    void keyInNextRun(Id id, std::string &key) const;
+    std::int32_t colour(Id id) const { return m_nodes[id].colour; }
+
+    /// Whether a node whose name and text have that many bytes together still fits.
+    bool hasRoom(std::size_t bytes) const;
+    std::size_t arenaSize() const { return m_arena.size(); }
+    std::size_t count() const { return m_alive; }              ///< without the root
+    Id end() const { return static_cast<Id>(m_nodes.size()); } ///< beyond the last number
+
+private:
+    struct Node
+    {
+        Id parent;
+        std::uint32_t text; ///< where its name and text begin in the arena
+        std::int32_t colour;
+    };
+    static_assert(sizeof(Node) == 12);
+    static constexpr std::uint32_t dead = 0xFFFFFFFF;
+
+    struct Branch
+    {
+        NodeKind kind;
+        std::vector<Id> children; ///< in growing order
+    };
+    struct Slot
+    {
+        Id id = root;           ///< root marks a free slot
+        std::uint32_t hash = 0; ///< kept, so that a search looks at few nodes that it does not want
+    };
+    struct Texts
+    {
+        std::string_view name;
+        std::string_view text;
+        std::size_t size; ///< in the arena
+    };
+
+    static NodeKind childKind(NodeKind parent, std::string_view name);
+    std::optional<std::uint32_t> store(std::string_view name, std::string_view text);
+    Texts texts(Id id) const;
+    std::uint32_t hash(Id parent, std::string_view name) const;
+    void insertSlot(Slot slot);
+    void removeSlot(Id id);
+    void rebuildSlots(std::size_t slots);
+    void compact();
+
+    std::vector<Node> m_nodes;
+    QHash<Id, Branch> m_branches; ///< of the nodes that have, or are made to have, children
+    std::string m_arena;
+    std::size_t m_waste = 0; ///< bytes of the arena that no node uses
+    std::size_t m_alive = 0;
+    std::vector<Slot> m_slots; ///< open addressing
+    std::size_t m_seed;
+};
+
+} // namespace ktr

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "opmode/exclusive_schedule.h"
+#include "opmode/node_store.h"
+#include "platform/status.h"
+
+#include <QByteArray>
+#include <QDateTime>
+
+#include <functional>
+
+namespace ktr {
+
+/// What the list of stations keeps of a station beside its nodes.
+struct StationAttributes
+{
+    bool exclusiveMode = false;
+    ExclusiveSchedule schedule;
+    QString hostAddress;
+    bool online = false;
+    bool operator==(const StationAttributes &) const = default;
+};
+
+/// A node as the file holds it. Valid while it is handed over.
+struct NodeElement
+{
+    std::string_view key;
+    std::string_view text;
+    std::int32_t colour;
+    const StationAttributes *station; ///< of a key without "/", else none
+};
+
+/// Hands over the nodes of a document in its order, all or none: a document that is not sound gives a
+/// failure and no node. Numbers and truth values that cannot be read take their value of a new station.
+Status readNodes(const QByteArray &document, const std::function<void(const NodeElement &)> &take);
+
+/// The document of all nodes in the order of their creation. The key of a station, and with it the keys
+/// under it, becomes the station's text. `attributes` is asked by the key of this run.
+QByteArray writeNodes(const NodeStore &nodes,
+                      const std::function<StationAttributes(const QString &kennung)> &attributes);
+
+/// `nodes.xml` of the program folder.
+class NodesFile
+{
+public:
+    explicit NodesFile(QString path) : m_path(std::move(path)) {}
+
+    /// Reads the file; one that does not exist gives no nodes. `take` gives false for a node that has no
+    /// place. After a failure, or when a node had no place, the file is kept aside before it is replaced.
+    Status load(const std::function<bool(const NodeElement &)> &take);
+
+    /// Replaces the file whole or not at all.
+    Status save(const QByteArray &document);
+
+    /// The checksum of what was read or written last; of nothing when there was no file. One that no journal
+    /// goes on from when the file could not be read: its changes would find no stations.
+    quint64 checksum() const { return m_checksum; }
+
+private:
+    QString m_path;
+    quint64 m_checksum = 0;
+    bool m_keepAside = false;
+};
+
+/// Renames a file so that another can take its place: "nodes.xml" to "nodes (1).xml" or the next free number.
+Status keepAside(const QString &path);
+
+} // namespace ktr

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include <variant>
+
+namespace ktr {
+
+inline constexpr int channelCount = 18;
+
+/// An entry to be made under a station's notifications or history.
+struct MessageEntry
+{
+    QString key; ///< of the entry under its branch; an entry whose key is there already is not made again
+    QString text;
+    bool operator==(const MessageEntry &) const = default;
+};
+
+struct NotificationMessage
+{
+    MessageEntry entry;
+    bool alarm = false; ///< to be shown in red until it is acknowledged
+    bool operator==(const NotificationMessage &) const = default;
+};
+
+/// The input values that a station reported; the time of the report is the time of its arrival.
+struct InputValuesMessage
+{
+    struct Value
+    {
+        int channel;  ///< 1 to 18
+        QString text; ///< as received
+        bool operator==(const Value &) const = default;
+    };
+    QList<Value> values;
+    bool operator==(const InputValuesMessage &) const = default;
+};
+
+struct HistoryMessage
+{
+    QList<MessageEntry> entries;
+    QString unusable; ///< the part of the report that is no record or has no time, as received
+    bool operator==(const HistoryMessage &) const = default;
+};
+
+/// A report that cannot be understood, whole.
+struct UnusableMessage
+{
+    QString text;
+    bool operator==(const UnusableMessage &) const = default;
+};
+
+/// A text that changes nothing in the tree.
+struct NoStationMessage
+{
+    bool operator==(const NoStationMessage &) const = default;
+};
+
+using StationMessage =
+    std::variant<NoStationMessage, NotificationMessage, InputValuesMessage, HistoryMessage, UnusableMessage>;
+
+/// What a station's text, number + " --> " + the text of the SMS, says. Every report of the history stands
+/// for itself: it begins with the time of its first record.
+StationMessage interpretStationMessage(const QString &message);
+
+} // namespace ktr

@@ -1,0 +1,162 @@
+#include "opmode/checksum.h"
+#include "opmode/nodes_file.h"
+#include "opmode/station_tree.h"
+#include "platform/files.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ktr;
+
+namespace {
+
+struct Read
+{
+    QStringList nodes; ///< key|text|colour
+    QList<StationAttributes> stations;
+    QString failure;
+};
+
+Read read(const QByteArray &document)
+{
+    Read result;
+    result.failure = readNodes(document, [&result](const NodeElement &element) {
+                         result.nodes += QStringLiteral("%1|%2|%3")
+                                             .arg(QString::fromStdString(std::string(element.key)),
+                                                  QString::fromStdString(std::string(element.text)))
+                                             .arg(element.colour);
+                         if (element.station != nullptr) {
+                             result.stations += *element.station;
+                         }
+                     }).message();
+    return result;
+}
+
+} // namespace
+
+class NodesFileTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+
+    void aTreeComesBackAsItWasWithItsNewNames()
+    {
+        StationTree tree({"Meldungen", "Historie", "IP"});
+        tree.addStation("new");
+        tree.addStation("x");
+        const QString text = QStringLiteral("a \"<&>'\t\r\n/\u00e4\U0001F600 fail");
+        tree.take("new", NotificationMessage{{text, text}, true}, QDateTime());
+        QVERIFY(tree.setData(tree.find("new"), "Pumpwerk & Co"));
+        const StationAttributes station{true, {"7:05", 2, "x\"", 10}, "10.0.0.7", true};
+        const QByteArray document = writeNodes(tree.nodes(), [&](const QString &kennung) {
+            return kennung == u"new" ? station : StationAttributes();
+        });
+        QVERIFY(document.startsWith(
+            "<KTR><item1 exclusiveMode=\"True\" exclusive_day_on=\"2\" exclusive_day_off=\"10\" "
+            "exclusive_hour_on=\"7:05\" exclusive_hour_off=\"x&quot;\" hostAddress=\"10.0.0.7\" "
+            "online=\"True\" "
+            "key=\"Pumpwerk &amp; Co\" text=\"Pumpwerk &amp; Co\" ForeColor=\"-2147483640\"/><item2 key="));
+        QVERIFY(document.contains("<item45 key=\"Pumpwerk &amp; Co/meldung/"));
+
+        StationTree again({"", "", ""});
+        QList<StationAttributes> stations;
+        again.beginLoading();
+        QVERIFY(readNodes(document, [&](const NodeElement &element) {
+            QVERIFY(again.load(element.key, element.text, element.colour));
+            if (element.station != nullptr) {
+                stations += *element.station;
+            }
+        }));
+        again.endLoading();
+        QCOMPARE(stations, (QList<StationAttributes>{station, {}}));
+        QCOMPARE(again.find("Pumpwerk & Co/meldung/" + text).data(), text);
+        QCOMPARE(again.find("Pumpwerk & Co/meldung").data(StationTree::AlarmCountRole), 1);
+        QCOMPARE(writeNodes(
+                     again.nodes(),
+                     [&](const QString &kennung) { return kennung == u"x" ? StationAttributes() : station; }),
+                 document);
+        QCOMPARE(writeNodes(StationTree({}).nodes(), {}), "<KTR/>");
+    }
+
+    void valuesAreReadInEveryFormThatWasEverWritten()
+    {
+        const Read result = read("<?xml version='1.0' encoding='windows-1252'?><KTR>\r\n"
+                                 "<item9 key='W\xE4sche' text='W\xE4sche' online='-1' exclusiveMode='0' "
+                                 "exclusive_day_on='x' ForeColor='' other='1'/><!-- -->"
+                                 "<a key='W\xE4sche/ip/ip1' text='\x80' ForeColor='255'/></KTR>");
+        QCOMPARE(result.failure, "");
+        QCOMPARE(result.nodes, (QStringList{QStringLiteral("W\u00e4sche|W\u00e4sche|-2147483640"),
+                                            QStringLiteral("W\u00e4sche/ip/ip1|\u20ac|255")}));
+        QCOMPARE(result.stations, (QList<StationAttributes>{{false, {}, "", true}}));
+    }
+
+    void anUnsoundDocumentGivesNoNode_data()
+    {
+        QTest::addColumn<QByteArray>("document");
+        const auto row = [](const char *name, const QByteArray &document) {
+            QTest::newRow(name) << document;
+        };
+        const QByteArray good = "<KTR><a key='b' text='b'/>";
+        row("empty", "");
+        row("cut off", good);
+        row("document type", "<!DOCTYPE KTR [<!ENTITY a 'b'>]>" + good + "</KTR>");
+        row("not UTF-8", good + "<a key='\xE4'/></KTR>");
+        row("declared UTF-8 but not",
+            "<?xml version='1.0' encoding='utf-8'?>" + good + "<a key='\xFF'/></KTR>");
+        row("unknown encoding", "<?xml version='1.0' encoding='koi8-r'?>" + good + "</KTR>");
+        row("control character", good + "<a key='\x01'/></KTR>");
+        row("zero", good + QByteArray("<a key='\0'/></KTR>", 16));
+        row("reference to zero", good + "<a key='&#0;'/></KTR>");
+        row("reference to a half", good + "<a key='&#xD800;'/></KTR>");
+        row("no character", good + "<a key='\xEF\xBF\xBF'/></KTR>");
+        row("another root", "<X/>");
+        row("two roots", good + "</KTR><KTR/>");
+        row("twice the same", good + "<a key='1' key='2'/></KTR>");
+        row("nested", good + "<a><b/></a></KTR>");
+        row("very deep",
+            good + QByteArray("<a>").repeated(200'000) + QByteArray("</a>").repeated(200'000) + "</KTR>");
+    }
+    void anUnsoundDocumentGivesNoNode()
+    {
+        QFETCH(const QByteArray, document);
+        const Read result = read(document);
+        QVERIFY(!result.failure.isEmpty());
+        QCOMPARE(result.nodes, QStringList());
+    }
+
+    void whatCouldNotBeReadIsKeptAside()
+    {
+        const QString path = m_folder->filePath("nodes.xml");
+        const auto all = [](const NodeElement &) { return true; };
+        const auto none = [](const NodeElement &) { return false; };
+        NodesFile file(path);
+        QVERIFY(file.load(all)); // no file
+        QVERIFY(file.save("<KTR/>"));
+        QVERIFY(file.load(all));
+        QVERIFY(file.save("torn"));
+        QCOMPARE(files(), QStringList{"nodes.xml"});
+
+        const Status torn = NodesFile(path).load(all);
+        QVERIFY(torn.message().startsWith(path));
+        QVERIFY(!file.load(all));
+        QVERIFY(file.checksum() != checksum("torn") && file.checksum() != checksum({}));
+        QVERIFY(file.save("<KTR><a key='a'/></KTR>"));
+        QVERIFY(!file.load(none)); // a node without a place is not lost either
+        QVERIFY(file.save("<KTR/>"));
+        QVERIFY(file.save("<KTR/>"));
+        QCOMPARE(files(), (QStringList{"nodes (1).xml", "nodes (2).xml", "nodes.xml"}));
+        QByteArray aside;
+        QVERIFY(readFile(m_folder->filePath("nodes (1).xml"), aside, 100));
+        QCOMPARE(aside, "torn");
+    }
+
+private:
+    QStringList files() const { return QDir(m_folder->path()).entryList(QDir::Files, QDir::Name); }
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+QTEST_GUILESS_MAIN(NodesFileTest)
+#include "nodes_file_test.moc"

@@ -1,0 +1,176 @@
+#include "opmode/nodes_file.h"
+#include "opmode/nodes_journal.h"
+#include "platform/files.h"
+#include "support/manual_timers.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ktr;
+using namespace ktr::test;
+
+namespace {
+
+constexpr quint64 base = 7;
+
+StationMessage alarm(const QString &text)
+{
+    return NotificationMessage{{text, text}, true};
+}
+
+} // namespace
+
+class NodesJournalTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_told.clear();
+    }
+
+    void aCrashLosesNeitherAnAlarmNorItsAcknowledgement()
+    {
+        StationTree tree(captions());
+        ManualTimers timers;
+        NodesJournal journal = opened(timers);
+        QVERIFY(journal.replay(base, {}).status);
+        tree.setObserver([&journal](const NodeChange &change) { journal.add(change); });
+        tree.addStation("a");
+        tree.addStation("gone");
+        tree.take("a", alarm("1/2 fail"), {});
+        tree.take("a", alarm("2 fail"), {});
+        tree.take("a", interpretStationMessage("+49 --> H,7,0911152359,1,12.5"), {});
+        tree.setColour(tree.find("a/meldung/2 fail"), StationTree::normalColour);
+        tree.remove(tree.find("gone"));
+        QVERIFY(tree.setData(tree.find("a"), QStringLiteral("Pumpwerk")));
+        timers.advance(NodesJournal::longestDelay);
+
+        // Another run finds it on the disk while this one never ends.
+        StationTree again(captions());
+        QCOMPARE(replayInto(again).dropped, 0);
+        const auto document = [](const StationTree &of) {
+            return writeNodes(of.nodes(), [](const QString &) { return StationAttributes(); });
+        };
+        // The numbers of the elements may differ, for what was removed.
+        QCOMPARE(document(again), document(tree));
+        QCOMPARE(again.find("a/meldung").data(StationTree::AlarmCountRole), 1);
+    }
+
+    void aTornOrDamagedRecordIsDroppedAlone()
+    {
+        ManualTimers timers;
+        {
+            NodesJournal journal = opened(timers);
+            QVERIFY(journal.replay(base, {}).status);
+            for (const char *key : {"a", "b", "c"}) {
+                journal.add({NodeChange::What::Added, key, key, 0});
+            }
+        }
+        const QByteArray whole = content();
+        const qsizetype record = (whole.size() - 16) / 3;
+        for (qsizetype size = 0; size <= whole.size(); ++size) {
+            QVERIFY(replaceFile(path(), whole.first(size)));
+            StationTree tree(captions());
+            const auto replayed = replayInto(tree, "d");
+            QVERIFY(replayed.status);
+            QCOMPARE(replayed.changes, qMax<qsizetype>(0, (size - 16) / record));
+            StationTree next(captions());
+            QCOMPARE(replayInto(next).changes, replayed.changes + 1); // it went on behind the last whole one
+            QVERIFY(next.find("d").isValid());
+        }
+        for (qsizetype at = 16; at < whole.size(); ++at) {
+            QByteArray damaged = whole;
+            damaged[at] = static_cast<char>(damaged[at] ^ 0x10);
+            QVERIFY(replaceFile(path(), damaged));
+            StationTree tree(captions());
+            const auto replayed = replayInto(tree);
+            QVERIFY(replayed.changes <= 2 && replayed.changes >= (at - 16) / record);
+            QVERIFY(replayed.dropped >= record);
+        }
+    }
+
+    void aJournalOfAnotherFileIsKeptAside()
+    {
+        ManualTimers timers;
+        {
+            NodesJournal journal = opened(timers);
+            QVERIFY(journal.restart(base + 1));
+            journal.add({NodeChange::What::Added, "a", "a", 0});
+        }
+        StationTree tree(captions());
+        const auto replayed = replayInto(tree, "b");
+        QVERIFY(!replayed.status);
+        QCOMPARE(tree.nodes().count(), 0U);
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files).size(), 2);
+        QCOMPARE(replayInto(tree).changes, 1); // b
+    }
+
+    void aWrittenFileEmptiesTheJournal()
+    {
+        ManualTimers timers;
+        NodesJournal journal = opened(timers);
+        journal.add({NodeChange::What::Added, "a", "a", 0});
+        QVERIFY(journal.restart(base));
+        timers.advance(NodesJournal::longestDelay);
+        StationTree tree(captions());
+        QCOMPARE(replayInto(tree).changes, 0);
+    }
+
+    void troubleIsToldOnceAndNothingOfItIsLost()
+    {
+        ManualTimers timers;
+        const QString folder = m_folder->filePath("later");
+        NodesJournal journal(folder + "/nodes.journal", timers,
+                             [this](const QString &text) { m_told += text; });
+        QVERIFY(!journal.replay(base, {}).status);
+        journal.add({NodeChange::What::Added, "a", "a", 0});
+        timers.advance(5 * NodesJournal::longestDelay);
+        QCOMPARE(m_told.size(), 1);
+        QVERIFY(m_told.first().startsWith(folder));
+        QVERIFY(QDir().mkdir(folder));
+        timers.advance(NodesJournal::longestDelay);
+        QCOMPARE(m_told.size(), 2);
+        QCOMPARE(m_told.last(), "");
+        qsizetype changes = NodesJournal(folder + "/nodes.journal", timers, {})
+                                .replay(base, [](const NodeChange &) {})
+                                .changes;
+        QCOMPARE(changes, 1);
+    }
+
+private:
+    static StationCaptions captions() { return {"Notifications", "History", "IP"}; }
+    QString path() const { return m_folder->filePath("nodes.journal"); }
+    QByteArray content() const
+    {
+        QByteArray bytes;
+        return readFile(path(), bytes, 1 << 20) ? bytes : QByteArray();
+    }
+    NodesJournal opened(Timers &timers)
+    {
+        return NodesJournal(path(), timers, [this](const QString &text) { m_told += text; });
+    }
+    /// What a run finds; it adds a station when it is given one.
+    NodesJournal::Replayed replayInto(StationTree &tree, const char *added = nullptr)
+    {
+        ManualTimers timers;
+        NodesJournal journal = opened(timers);
+        tree.beginLoading();
+        const auto replayed =
+            journal.replay(base, [&tree](const NodeChange &change) { tree.replay(change); });
+        tree.endLoading();
+        if (added != nullptr) {
+            journal.add({NodeChange::What::Added, added, added, 0});
+        }
+        return replayed;
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QStringList m_told;
+};
+
+QTEST_GUILESS_MAIN(NodesJournalTest)
+#include "nodes_journal_test.moc"

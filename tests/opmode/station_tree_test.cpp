@@ -1,0 +1,167 @@
+#include "opmode/station_tree.h"
+
+#include <QAbstractItemModelTester>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace ktr;
+
+namespace {
+
+const QDateTime now(QDate(2009, 12, 24), QTime(14, 5, 33));
+
+StationMessage said(const char *text)
+{
+    return interpretStationMessage(QStringLiteral("+49 --> ") + QString::fromUtf8(text));
+}
+
+} // namespace
+
+class StationTreeTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_tree = std::make_unique<StationTree>(StationCaptions{"Notifications", "History", "IP"});
+        m_tester = std::make_unique<QAbstractItemModelTester>(m_tree.get());
+    }
+    void cleanup() { m_tester.reset(); }
+
+    void aStationHasItsTwentyTwoNodesInOrder()
+    {
+        const QModelIndex station = m_tree->addStation("Station 1");
+        QCOMPARE(m_tree->nodes().count(), 22U);
+        QStringList texts;
+        for (int row = 0; row < 3; ++row) {
+            texts += m_tree->index(row, 0, station).data().toString();
+        }
+        QCOMPARE(texts, (QStringList{"Notifications", "History", "IP"}));
+        const QModelIndex seventh = m_tree->index(6, 0, m_tree->index(2, 0, station));
+        QCOMPARE(seventh.data(StationTree::KeyRole), "Station 1/ip/ip7");
+        QCOMPARE(seventh.data(), "Digital In 7      IP7 = ?");
+        QVERIFY(!m_tree->addStation("Station 1").isValid());
+        QVERIFY(!m_tree->addStation("a/b").isValid());
+        QVERIFY(!m_tree->addStation("").isValid());
+    }
+
+    void newNamesAreCounted()
+    {
+        for (const char *expected : {"new", "new (1)", "new (2)"}) {
+            const QString name = m_tree->freeName("new");
+            QCOMPARE(name, expected);
+            m_tree->addStation(name);
+        }
+        QVERIFY(m_tree->setData(m_tree->find("new"), "pump"));
+        QCOMPARE(m_tree->freeName("pump"), "pump (1)"); // its key in the next run
+        QCOMPARE(m_tree->freeName("new"), "new (3)");   // still a key in this one
+        QVERIFY(!m_tree->setData(m_tree->find("new (1)"), "pump"));
+        QVERIFY(!m_tree->setData(m_tree->find("new (1)"), "a/b"));
+        QVERIFY(!m_tree->setData(m_tree->find("new/ip"), "x"));
+    }
+
+    void messagesChangeTheirBranchOnly()
+    {
+        m_tree->addStation("a");
+        m_tree->addStation("b");
+        StationTree::Outcome outcome = m_tree->take("b", said(">M,Pump 1/2 fail"), now);
+        QVERIFY(outcome.alarm);
+        QCOMPARE(outcome.entry.data(StationTree::KeyRole), "b/meldung/+49 --> M,Pump 1/2 fail");
+        QCOMPARE(m_tree->find("b/meldung/+49 --> M,Pump 1/2 fail"), outcome.entry);
+        QCOMPARE(outcome.entry.data(StationTree::ColourRole), 255);
+        QCOMPARE(m_tree->find("b/meldung").data(StationTree::ColourRole), 255);
+        QVERIFY(!m_tree->take("b", said("M,Pump 1/2 fail"), now).entry.isValid()); // the same again
+        m_tree->take("b", said("M,all well"), now);
+        QCOMPARE(m_tree->rowCount(m_tree->find("b/meldung")), 2);
+        QCOMPARE(m_tree->find("b/meldung").data(StationTree::AlarmCountRole), 1);
+        m_tree->setColour(outcome.entry, StationTree::normalColour);
+        QCOMPARE(m_tree->find("b/meldung").data(StationTree::AlarmCountRole), 0);
+
+        m_tree->take("b", said("R,5,12.3"), now);
+        QCOMPARE(m_tree->find("b/ip").data(), "IP (14:05 24.12.2009)");
+        QCOMPARE(m_tree->find("b/ip/ip5").data(), "Digital In 5      IP5 = 12.3");
+        QCOMPARE(m_tree->find("b/ip/ip6").data(), "Digital In 6      IP6 = ?");
+        m_tree->take("b", said("H,7,0911152359,1,12.5,15,2,3"), now);
+        QCOMPARE(m_tree->index(1, 0, m_tree->find("b/history")).data(), "16.11.2009 00:14 : IP2 = 3");
+        m_tree->take("nobody", said("M,x"), now);
+        QCOMPARE(m_tree->nodes().count(), 2 * 22U + 4);
+        QCOMPARE(m_tree->rowCount(m_tree->find("a/meldung")), 0);
+    }
+
+    void entriesStayFoundWhileOthersComeAndGo()
+    {
+        QRandomGenerator chance(5);
+        QStringList kept;
+        m_tree->addStation("a");
+        const QPersistentModelIndex branch = m_tree->find("a/meldung");
+        QPersistentModelIndex witness;
+        for (int step = 0; step < 1500; ++step) {
+            if (chance.bounded(3) > 0 || kept.isEmpty()) {
+                const QString text = QStringLiteral("%1/%2").arg(chance.bounded(2000)).arg(step);
+                const auto entry = m_tree->take("a", NotificationMessage{{text, text}, false}, now).entry;
+                kept.append(text);
+                if (!witness.isValid()) {
+                    witness = entry;
+                }
+            } else {
+                const qsizetype at = chance.bounded(static_cast<int>(kept.size()));
+                m_tree->remove(m_tree->index(static_cast<int>(at), 0, branch));
+                kept.removeAt(at);
+            }
+            QVERIFY(!witness.isValid() || witness.data() == kept[witness.row()]);
+        }
+        QCOMPARE(m_tree->rowCount(branch), kept.size());
+        for (qsizetype row = 0; row < kept.size(); ++row) {
+            QCOMPARE(m_tree->find("a/meldung/" + kept[row]).row(), row);
+        }
+        m_tree->remove(m_tree->find("a"));
+        QCOMPARE(m_tree->nodes().count(), 0U);
+    }
+
+    void textsThatGrowAndShrinkDoNotPileUp()
+    {
+        NodeStore store;
+        const auto station = store.add(NodeStore::root, "a", "a", 0);
+        const auto other = store.add(NodeStore::root, "b", "text of b", 0);
+        for (std::size_t round = 0; round < 2000; ++round) { // 10 MB, unless room is used again
+            QVERIFY(store.setText(*station, std::string(1000 + round % 7 * 1000, 'x')));
+        }
+        QVERIFY(store.setText(*station, ""));
+        QVERIFY(store.setText(*station, "a"));
+        QCOMPARE(store.text(*station), "a");
+        QCOMPARE(store.text(*other), "text of b");
+        QVERIFY(store.arenaSize() < 3'000'000);
+    }
+
+    void aFileIsLoadedAsOneChange()
+    {
+        const QSignalSpy resets(m_tree.get(), &QAbstractItemModel::modelReset);
+        QStringList told;
+        m_tree->setObserver(
+            [&told](const NodeChange &change) { told += QString::fromStdString(change.key); });
+        m_tree->beginLoading();
+        QVERIFY(m_tree->load("a", "a", 1));
+        QVERIFY(m_tree->load("a/ip", "IP (now)", 0));
+        QVERIFY(m_tree->load("a/meldung/x", "x", 255));
+        QVERIFY(m_tree->load("a/meldung/x/y", "x/y", 0)); // an entry beside "x"
+        QVERIFY(!m_tree->load("b/meldung", "no station", 0));
+        QVERIFY(!m_tree->load("", "", 0));
+        m_tree->endLoading();
+        QCOMPARE(resets.size(), 1);
+        QCOMPARE(m_tree->nodes().count(), 24U);
+        QCOMPARE(m_tree->find("a/meldung").data(StationTree::AlarmCountRole), 1);
+        QCOMPARE(m_tree->find("a/ip").data(), "IP (now)");
+        QVERIFY(told.isEmpty());
+        m_tree->remove(m_tree->find("a/meldung/x"));
+        QCOMPARE(told, QStringList{"a/meldung/x"});
+    }
+
+private:
+    std::unique_ptr<StationTree> m_tree;
+    std::unique_ptr<QAbstractItemModelTester> m_tester;
+};
+
+QTEST_GUILESS_MAIN(StationTreeTest)
+#include "station_tree_test.moc"
