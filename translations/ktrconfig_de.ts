@@ -119,6 +119,14 @@
         <source>there is no room for it</source>
         <translation>dafür ist kein Platz</translation>
     </message>
+    <message>
+        <source>does not go on from the list of stations that is there</source>
+        <translation>setzt nicht bei der vorhandenen Stationsliste fort</translation>
+    </message>
+    <message>
+        <source>changes since the start are not kept until the list of stations is written</source>
+        <translation>Änderungen seit dem Start bleiben erst erhalten, wenn die Stationsliste geschrieben ist</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
@@ -188,6 +196,13 @@
     <message>
         <source>is none of the choices</source>
         <translation>gehört nicht zur Auswahl</translation>
+    </message>
+</context>
+<context>
+    <name>Station</name>
+    <message>
+        <source>a line without an end was dropped</source>
+        <translation>eine Zeile ohne Ende wurde verworfen</translation>
     </message>
 </context>
 <context>
@@ -1023,13 +1038,6 @@
     <message>
         <source>Saved as %1</source>
         <translation>Gespeichert als %1</translation>
-    </message>
-</context>
-<context>
-    <name>Station</name>
-    <message>
-        <source>a line without an end was dropped</source>
-        <translation>eine Zeile ohne Ende wurde verworfen</translation>
     </message>
 </context>
 </TS>
