@@ -36,12 +36,16 @@ private Q_SLOTS:
         Peer module("127.0.0.1");
         UdpTransport transport(m_io);
         QSignalSpy received(&transport, &Transport::received);
+        QSignalSpy lost(&transport, &Transport::lost);
         QVERIFY(transport.open(at(host, module.port())));
         bool drained = false;
         transport.send("config\r\n"); // a name's look-up may still run
         transport.whenDrained([&] { drained = true; });
+        QTRY_VERIFY(drained || !lost.isEmpty());
+        if (!lost.isEmpty() && host == u"localhost") {
+            QSKIP("this machine does not know the name localhost");
+        }
         QCOMPARE(module.await(), "config\r\n");
-        QTRY_VERIFY(drained);
         QCOMPARE(module.senderPort(), transport.sendPort());
         QVERIFY(transport.sendPort() % 2 == 0 && transport.sendPort() < 32768);
         module.send("at+cpin?\r", static_cast<quint16>(transport.sendPort() + 1));
