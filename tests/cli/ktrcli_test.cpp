@@ -317,6 +317,11 @@ private Q_SLOTS:
             Module module(words(u"simulate --serial @module --garbage 3 --merge"_s));
             QCOMPARE(ktrcli(u"transmit @sample --serial @module --log @replayed.txt"_s).code, 0);
         }
+        // Whether the module is heard once more before the program ends is a matter of chance.
+        QByteArray recorded = contentOf(path(u"replayed.txt"_s));
+        const qsizetype lastOk = recorded.indexOf("com ----> OK", recorded.indexOf("com ----> v,"));
+        recorded.truncate(recorded.indexOf('\n', lastOk) + 1);
+        write(u"replayed.txt"_s, recorded);
         {
             Module module(words(u"simulate --serial @module --replay @replayed.txt"_s));
             QCOMPARE(ktrcli(u"transmit @sample --serial @module"_s).code, 0);
