@@ -6,8 +6,8 @@ namespace {
 
 struct Colours
 {
-    QRgb window, card, base, alternate, button, text, faintText, disabledText, placeholder, accent,
-        accentText, tint, highlight, link, toolTip, toolTipText, hairline, fieldBorder;
+    QRgb window, card, base, alternate, button, text, faintText, disabledText, hint, accent, accentText, tint,
+        highlight, link, toolTip, toolTipText, hairline, fieldBorder;
 };
 
 constexpr Colours light = {.window = 0xfff2f4f6,
@@ -18,7 +18,7 @@ constexpr Colours light = {.window = 0xfff2f4f6,
                            .text = 0xff1d262d,
                            .faintText = 0xff56636e,
                            .disabledText = 0xff7d868e,
-                           .placeholder = 0xff6b7780,
+                           .hint = 0xff6b7780,
                            .accent = 0xff0e7490,
                            .accentText = 0xffffffff,
                            .tint = 0xffd5e8ee,
@@ -37,7 +37,7 @@ constexpr Colours dark = {.window = 0xff181c20,
                           .text = 0xffe3e8ec,
                           .faintText = 0xffa7b2bb,
                           .disabledText = 0xff808b94,
-                          .placeholder = 0xff8d99a3,
+                          .hint = 0xff8d99a3,
                           .accent = 0xff45b3cf,
                           .accentText = 0xff06222b,
                           .tint = 0xff214552,
@@ -67,7 +67,7 @@ QPalette paletteOf(const Colours &colours)
     palette.setColor(QPalette::BrightText, QColor(Qt::white));
     palette.setColor(QPalette::ToolTipBase, QColor(colours.toolTip));
     palette.setColor(QPalette::ToolTipText, QColor(colours.toolTipText));
-    palette.setColor(QPalette::PlaceholderText, QColor(colours.placeholder));
+    palette.setColor(QPalette::PlaceholderText, QColor(colours.hint));
     palette.setColor(QPalette::Highlight, QColor(colours.highlight));
     palette.setColor(QPalette::HighlightedText, QColor(Qt::white));
     palette.setColor(QPalette::Link, QColor(colours.link));

@@ -44,8 +44,9 @@ public:
     bool isModified() const { return m_modified; }
     void setModified(bool modified);
 
-    /// Opens a file: it must exist, else nothing changes. Pipes and devices, which may never end, are none. Becomes the present file and is read; when it
-    /// cannot be loaded, the fall-backs stand in the editor and there is no present file.
+    /// Opens a file: it must exist, else nothing changes. Pipes and devices, which may never end, are none.
+    /// Becomes the present file and is read; when it cannot be loaded, the fall-backs stand in the editor and
+    /// there is no present file.
     ReadReport load(const QString &fileName);
 
     /// Reads the present file, whether it exists or not.

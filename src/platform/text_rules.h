@@ -36,7 +36,8 @@ QString withDecimalPoint(QString text);
 QString withoutUmlauts(QString text);
 
 /// A date as the user writes it: in the locale's order or forms, as day.month.year or as year-month-day, with
-/// the month as a number or, in the locale's language, as a word. A year of two digits is one of this century.
+/// the month as a number or, in the locale's language, as a word. A year of two digits is one of this
+/// century.
 std::optional<QDate> toDate(const QString &text, const QLocale &locale);
 
 /// The time that ten digits YYMMDDhhmm name, in this century.
