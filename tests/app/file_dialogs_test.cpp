@@ -107,19 +107,6 @@ private Q_SLOTS:
         QCOMPARE(contentOf(path(u"arguments"_s)), u"ShowOpen\n*.xml|*.xml\n"_s);
     }
 
-    void theExchangeEndsWithTheProgram()
-    {
-        installHelper();
-        QString answer = u"none"_s;
-        QTimer::singleShot(0, qApp, [&] {
-            whenHelperRuns([] { QCoreApplication::exit(); });
-            answer = m_dialogs->askSave(u"KTR_1"_s, xmlFilter);
-        });
-        QApplication::exec();
-        QCOMPARE(answer, QString());
-        QVERIFY(!m_dialogs->isBusy());
-    }
-
     void withoutAUsableHelperTheDialogIsInProcess_data()
     {
         QTest::addColumn<QByteArray>("helper");
@@ -175,14 +162,6 @@ private Q_SLOTS:
         });
         QCOMPARE(m_dialogs->askSave(QString(), xmlFilter), QString());
         QVERIFY(asked);
-    }
-
-    void filtersComeInPairs()
-    {
-        const NameFilters filters = nameFilters(u"Logs (all)|*.txt;*.log|*.*|*.*"_s);
-        QCOMPARE(filters.filters, QStringList({u"Logs (all) (*.txt *.log)"_s, u"*.*"_s}));
-        QCOMPARE(filters.suffix, u"txt"_s);
-        QCOMPARE(nameFilters(u"*.*|*.*"_s).suffix, QString());
     }
 
 private:

@@ -220,31 +220,6 @@ private Q_SLOTS:
         QTRY_VERIFY(openDialogs().isEmpty());
     }
 
-    void aQuestionEndsAsCancelledWithTheProgram()
-    {
-        bool answer = true;
-        QTimer::singleShot(0, qApp, [this, &answer] {
-            whenItAsks([](QWidget *) { QCoreApplication::exit(); });
-            answer = Dialog::question(nullptr, m_texts, u"sure?"_s);
-        });
-        QApplication::exec();
-        QVERIFY(!answer);
-    }
-
-    void aMessageThatComesUpOverAQuestionOutlivesIt()
-    {
-        QWidget parent;
-        parent.show();
-        whenItAsks([this, &parent](QWidget *question) {
-            Dialog::message(&parent, m_texts, u"by the way"_s);
-            press(question, "OKButton"_L1);
-        });
-        QVERIFY(Dialog::question(&parent, m_texts, u"sure?"_s));
-        QTRY_COMPARE(openDialogs().size(), 1);
-        QCOMPARE(child<QLabel>(openDialogs()[0], "Label_msg"_L1)->text(), u"by the way"_s);
-        press(openDialogs()[0], "OKButton"_L1);
-    }
-
     void theAboutWindowNamesTheVersionAndTellsWhenThereIsNoSystemInformation()
     {
         frmAbout about(m_texts);
@@ -263,29 +238,6 @@ private Q_SLOTS:
         box->close();
         press(&about, "cmdOK"_L1);
         QVERIFY(!about.isVisible());
-    }
-
-    void theSystemInformationProgramIsStartedFromEitherPlace()
-    {
-        if (QDir::separator() != u'/') {
-            QSKIP("the programs are scripts");
-        }
-        const QString first = m_folder.filePath(u"first"_s);
-        const QString second = m_folder.filePath(u"second\\MSINFO32.EXE"_s);
-        for (const QString &path : {first, second}) {
-            QFile script(path);
-            QVERIFY(script.open(QIODevice::WriteOnly) && script.write("#!/bin/sh\ntouch \"$0.ran\"\n") > 0);
-            QVERIFY(script.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-        }
-        frmAbout about(m_texts);
-        about.show();
-        setMachineText(u"SOFTWARE\\Microsoft\\Shared Tools Location"_s, u"MSINFO"_s,
-                       m_folder.filePath(u"second"_s));
-        press(&about, "cmdSysInfo"_L1);
-        QTRY_VERIFY(QFile::exists(second + ".ran"_L1));
-        setMachineText(u"SOFTWARE\\Microsoft\\Shared Tools\\MSINFO"_s, u"PATH"_s, first);
-        press(&about, "cmdSysInfo"_L1);
-        QTRY_VERIFY(QFile::exists(first + ".ran"_L1));
     }
 
     void theSettingsWindowKeepsTheLanguageAndAppliesIt()

@@ -141,25 +141,6 @@ private Q_SLOTS:
         QCOMPARE(other.events, 2);
     }
 
-    void aHandlerThatWaitsForTheUserHoldsUpNoOtherTimer()
-    {
-        Counted asking(*m_registry, 100);
-        Counted other(*m_registry, 100);
-        Counted later(*m_registry, 250);
-        asking.timer.Timer = [&] {
-            asking.timer.Enabled(false);
-            m_time->advance(Milliseconds{1000});
-            ++asking.events;
-        };
-        for (Counted *counted : {&asking, &other, &later}) {
-            counted->timer.Enabled(true);
-        }
-        m_time->advance(Milliseconds{100});
-        QCOMPARE(asking.events, 1);
-        QCOMPARE(other.events, 11);
-        QCOMPARE(later.events, 4);
-    }
-
     void missedTicksAreMadeUpForByOneInTheOldRhythm()
     {
         Milliseconds asleep{0};
@@ -174,26 +155,6 @@ private Q_SLOTS:
         QCOMPARE(counted.events, 1);
         m_time->advance(Milliseconds{10});
         QCOMPARE(counted.events, 2);
-    }
-
-    void whatTheSystemRefusesLeavesTheTimerAsItWas()
-    {
-        StubbornTimers system;
-        MLiteTimer registry(system);
-        Counted counted(registry, 100);
-        counted.timer.Enabled(true);
-        counted.timer.Enabled(false);
-        QVERIFY(counted.timer.Enabled());
-        QCOMPARE(registry.count(), 1U);
-        registry.TimerProc(16);
-        registry.TimerProc(17);
-        QCOMPARE(counted.events, 1);
-        system.kills = true;
-        counted.timer.Enabled(false);
-        system.nextId = 0;
-        counted.timer.Enabled(true);
-        QVERIFY(!counted.timer.Enabled());
-        QCOMPARE(registry.count(), 0U);
     }
 
     void manyTimersEachKeepTheirInterval()

@@ -119,20 +119,6 @@ private Q_SLOTS:
         QCOMPARE(played.replay->differences(), 1);
     }
 
-    void aClockOfAnotherFormAndAPinOfAnotherCommandDiffer()
-    {
-        for (const QByteArray command :
-             {"T,26,01,02,03,04,05,6", "t,26,1,2,3,4,5,6", "t,26,01,02,03,04,05"}) {
-            Played played("com <---- x\ncom ----> t,09,11,15,14,05,37,7\ncom ----> OK\n");
-            played.hears("x\r\n" + command + "\r\nOK\r\n");
-            QCOMPARE(played.differences.size(), 1);
-        }
-        Played played("com <---- x\ncom ----> n,****,A\n");
-        played.hears("x\r\nn,1234,B\r\n");
-        QCOMPARE(played.differences,
-                 QStringList{u"differs at line 2: expected \"n,****,A\", heard \"n,****,B\""_s});
-    }
-
     void theFirstLineIsRepeatedAndASilentProgramEndsIt()
     {
         Played played(twoReadings);
@@ -146,18 +132,6 @@ private Q_SLOTS:
         QCOMPARE(played.ends, 1);
         QCOMPARE(played.differences,
                  QStringList{u"differs at line 5: expected \",\"+IP\"\", heard nothing for 60 s"_s});
-    }
-
-    void theNetworksLinesNeedNoEcho()
-    {
-        for (const QByteArray echo : {"", "at+cpin?\r\n"}) {
-            Played played("eth ----> config\ngsm <---- +CSQ: 18,0\neth <---- at+cpin?\neth ----> config\n");
-            QCOMPARE(played.hears("config\r\n"), "+CSQ: 18,0\r\nat+cpin?\r");
-            played.hears(echo + "config\r\n");
-            QCOMPARE(played.differences, QStringList());
-            QCOMPARE(played.ends, 1);
-        }
-        QVERIFY(!Played("nothing of a module\ncom ----> OK\n").readable);
     }
 
     void whatASessionLogsIsReplayedWithoutADifference()
