@@ -2,9 +2,9 @@
 // controls, in the same run. Each figure is the median of its repetitions.
 
 #include "app/form_main.h"
-#include "app/style.h"
 #include "editor/log_view.h"
 #include "editor/test_page.h"
+#include "look/style.h"
 #include "platform/registry.h"
 #include "support/silent_line.h"
 

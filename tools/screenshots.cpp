@@ -2,7 +2,7 @@
 // documentation shows.
 
 #include "app/form_main.h"
-#include "app/style.h"
+#include "look/style.h"
 #include "platform/environment.h"
 #include "platform/registry.h"
 #include "support/silent_line.h"

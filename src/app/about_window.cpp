@@ -1,7 +1,7 @@
 #include "app/about_window.h"
 
-#include "app/program_name.h"
 #include "lang/text_table.h"
+#include "look/program_name.h"
 #include "platform/helper_program.h"
 #include "platform/registry.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/appearance.h"
+#include "look/appearance.h"
 
 namespace ktr {
 

@@ -1,9 +1,9 @@
 #include "app/appearance_setting.h"
 #include "app/form_main.h"
-#include "app/program_name.h"
-#include "app/style.h"
 #include "link/serial_transport.h"
 #include "link/udp_transport.h"
+#include "look/program_name.h"
+#include "look/style.h"
 #include "platform/serial_device.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 #include "app/main_menu.h"
 
-#include "app/icons.h"
-#include "app/mnemonics.h"
+#include "look/icons.h"
+#include "look/mnemonics.h"
 
 #include <QActionGroup>
 #include <QDir>

@@ -1,7 +1,7 @@
 #include "app/preview_window.h"
 
 #include "app/printing.h"
-#include "app/program_name.h"
+#include "look/program_name.h"
 
 #include <QAbstractScrollArea>
 #include <QAction>

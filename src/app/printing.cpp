@@ -1,6 +1,6 @@
 #include "app/printing.h"
 
-#include "app/program_name.h"
+#include "look/program_name.h"
 #include "printout/printout.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include "app/single_instance.h"
 
-#include "app/program_name.h"
+#include "look/program_name.h"
 
 #include <QCryptographicHash>
 #include <QDir>

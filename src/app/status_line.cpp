@@ -1,6 +1,6 @@
 #include "app/status_line.h"
 
-#include "editor/lamp.h"
+#include "look/lamp.h"
 
 #include <QEvent>
 #include <QLabel>

@@ -1,7 +1,7 @@
 #include "editor/connection_page.h"
 
 #include "editor/address_check.h"
-#include "editor/lamp.h"
+#include "look/lamp.h"
 
 #include <QComboBox>
 #include <QGridLayout>

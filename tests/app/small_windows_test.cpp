@@ -1,11 +1,11 @@
 #include "app/about_window.h"
 #include "app/language_setting.h"
-#include "app/message_dialog.h"
 #include "app/preview_window.h"
 #include "app/printing.h"
 #include "app/settings_window.h"
 #include "config/fields.h"
 #include "lang/text_table.h"
+#include "look/message_dialog.h"
 #include "platform/registry.h"
 #include "support/environment.h"
 

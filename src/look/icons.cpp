@@ -1,4 +1,4 @@
-#include "app/icons.h"
+#include "look/icons.h"
 
 #include <QGuiApplication>
 #include <QIconEngine>

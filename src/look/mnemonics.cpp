@@ -1,4 +1,4 @@
-#include "app/mnemonics.h"
+#include "look/mnemonics.h"
 
 #include <QSet>
 

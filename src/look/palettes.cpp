@@ -1,4 +1,4 @@
-#include "app/palettes.h"
+#include "look/palettes.h"
 
 namespace ktr {
 

@@ -1,4 +1,4 @@
-#include "editor/lamp.h"
+#include "look/lamp.h"
 
 #include <QPainter>
 

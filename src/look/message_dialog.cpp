@@ -1,7 +1,7 @@
-#include "app/message_dialog.h"
+#include "look/message_dialog.h"
 
-#include "app/program_name.h"
 #include "lang/text_table.h"
+#include "look/program_name.h"
 
 #include <QApplication>
 #include <QCloseEvent>

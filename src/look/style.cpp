@@ -1,7 +1,7 @@
-#include "app/style.h"
+#include "look/style.h"
 
-#include "app/icons.h"
-#include "app/palettes.h"
+#include "look/icons.h"
+#include "look/palettes.h"
 
 #include <QAbstractSpinBox>
 #include <QApplication>

@@ -1,6 +1,6 @@
-#include "app/icons.h"
-#include "app/palettes.h"
-#include "app/style.h"
+#include "look/icons.h"
+#include "look/palettes.h"
+#include "look/style.h"
 
 #include <QApplication>
 #include <QGroupBox>
