@@ -17,6 +17,7 @@ int compare(const QStringList &words);
 int transmit(const QStringList &words);
 int send(const QStringList &words);
 int simulate(const QStringList &words);
+int monitor(const QStringList &words);
 int ports(const QStringList &words);
 int printFile(const QStringList &words);
 

@@ -38,6 +38,7 @@ constexpr std::array table = {
     Command{"transmit", "FILE", "transmits a configuration to a module", transmit},
     Command{"send", "COMMAND", "sends one command and prints the module's answer", send},
     Command{"simulate", "", "plays a module", simulate},
+    Command{"monitor", "NODES.xml", "watches stations and prints what they say", monitor},
     Command{"ports", "", "lists the serial ports found", ports},
 };
 

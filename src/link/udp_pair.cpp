@@ -428,6 +428,7 @@ Status UdpPair::open(const QString &address, UdpPairEvents events)
     }
     m_pair = pair;
     m_sendPort = pair->port();
+    m_isNamed = bool(isName);
     asio::post(m_io.context(), [pair, isName = bool(isName), literal, module = *module, address] {
         if (isName) {
             pair->startLookup(module.host, module.port, address);

@@ -61,6 +61,8 @@ public:
     /// Waits until the I/O thread has let go.
     void close();
     bool isOpen() const { return m_pair != nullptr; }
+    /// Whether it was opened for a name and not for an address.
+    bool isNamed() const { return m_isNamed; }
     /// Sends one datagram; nothing happens while closed.
     void send(const QByteArray &bytes);
     /// Calls back, on the I/O thread, once all datagrams are with the system.
@@ -76,6 +78,7 @@ private:
     UdpPairOptions m_options;
     std::shared_ptr<Ports> m_pair;
     quint16 m_sendPort = 0;
+    bool m_isNamed = false;
 };
 
 } // namespace ktr

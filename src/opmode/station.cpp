@@ -72,6 +72,7 @@ void cStation::disconnect()
     Tmr_pause.Enabled(false);
     handleArrivals(); // what came during the pause may be a text of the module
     m_state = 0;
+    m_liveness = Liveness::Unknown;
     m_csq = unknownQuality;
     m_trouble.clear();
 }
@@ -125,11 +126,15 @@ void cStation::Tmr_sendSettle_Timer()
 
 void cStation::Tmr_eth_brokenConnection_Timer()
 {
-    if (!m_line.isOpen()) {
+    // A silent module may have got another address behind its name.
+    if (!m_line.isOpen() || (m_liveness == Liveness::Silent && m_line.isNamed())) {
         openLine();
     }
     announce();
-    m_state = 0;
+    if (std::exchange(m_state, qint16{0}) == 0 && m_liveness != Liveness::Silent) {
+        m_liveness = Liveness::Silent;
+        m_stations.stationChanged(m_kennung, StationChange::Silent);
+    }
 }
 
 void cStation::Tmr_gsm_reset_Timer()
@@ -144,6 +149,7 @@ void cStation::Tmr_pause_Timer()
     if (m_dialogueOpen) { // otherwise it ended meanwhile: the text waits for the next one
         sendToModule(m_msgText + lineEnd);
         m_msgText.clear();
+        m_stations.stationChanged(m_kennung, StationChange::TextDelivered);
     }
     handleArrivals();
 }
@@ -173,6 +179,11 @@ void cStation::DataArrival(const QByteArray &data)
 {
     m_state = alive;
     m_trouble.clear();
+    m_lastHeard = QDateTime::currentMSecsSinceEpoch();
+    if (m_liveness != Liveness::Alive) {
+        m_liveness = Liveness::Alive;
+        m_stations.stationChanged(m_kennung, StationChange::Alive);
+    }
     m_arrivals.push_back(data);
     handleArrivals();
 }
@@ -227,14 +238,17 @@ void cStation::handleReport(QString report)
     const bool isReady = report.contains(QLatin1String("+CPIN: READY"));
     if (report.contains(QLatin1String("+CPIN: SIM PUK"))) {
         m_pukNeeded = true;
-        m_stations.stationNeedsPuk(m_kennung);
+        m_stations.stationChanged(m_kennung, StationChange::PukNeeded);
     }
     if (report.contains(QLatin1String("+CPIN: SIM PIN")) || (m_pukNeeded && isReady)) {
-        m_pukNeeded = false;
+        if (std::exchange(m_pukNeeded, false)) {
+            m_stations.stationChanged(m_kennung, StationChange::PukCleared);
+        }
     }
     const qsizetype quality = report.indexOf(QLatin1String("+CSQ:"));
     if (!m_exclusiveMode && quality >= 0) {
         m_csq = report.mid(quality + 6).remove(lineEnd);
+        m_stations.stationChanged(m_kennung, StationChange::Quality);
     }
 }
 

@@ -9,6 +9,9 @@
 
 namespace ktr {
 
+/// What of a station changed; PukNeeded and Quality are told with every report of the module.
+enum class StationChange { Alive, Silent, Quality, PukNeeded, PukCleared, TextDelivered };
+
 /// Who is told what a station learns. A station may be disconnected in there, not destroyed.
 class StationOwner
 {
@@ -17,8 +20,7 @@ public:
 
     /// A text of the module: number, " --> " or " <-- ", and the text.
     virtual void station_message(const QString &kennung, const QString &text) = 0;
-    /// What is shown of the station changed and the user is to notice: sound the beep.
-    virtual void stationNeedsPuk(const QString &kennung) = 0;
+    virtual void stationChanged(const QString &kennung, StationChange what) = 0;
     /// The station is not reached, or something of it was dropped; told when it changes.
     virtual void stationTrouble(const QString &kennung, const QString &text) = 0;
 };
@@ -75,6 +77,13 @@ public:
     bool online() const { return m_online; }
     /// 7 when the module was heard since the last announcement, else 0.
     qint16 state() const { return m_state; }
+    /// Silent after a whole period between two announcements without a word.
+    enum class Liveness { Unknown, Alive, Silent };
+    Liveness liveness() const { return m_liveness; }
+    /// When the module was heard last in this run, in ms since the epoch; 0 when it was not.
+    qint64 lastHeard() const { return m_lastHeard; }
+    /// Why the module is not reached, or what was dropped; empty once it is heard again.
+    const QString &trouble() const { return m_trouble; }
     const QString &msgText() const { return m_msgText; }
     /// As the module reports it ("18,0"); "99,99" is unknown.
     const QString &csq() const { return m_csq; }
@@ -110,6 +119,8 @@ private:
     QString m_openedFor;
     bool m_online = false;
     qint16 m_state = 0;
+    Liveness m_liveness = Liveness::Unknown;
+    qint64 m_lastHeard = 0;
     bool m_exclusiveMode = false;
     QString m_msgText;
     QString m_csq;

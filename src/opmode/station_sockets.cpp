@@ -64,6 +64,7 @@ public:
     Status open(const QString &hostAddress) override;
     void close() override;
     bool isOpen() const override { return m_pair.isOpen(); }
+    bool isNamed() const override { return m_pair.isNamed(); }
     void send(const QByteArray &datagram) override { m_pair.send(datagram); }
 
     void handOver(const Event &event);

@@ -50,6 +50,11 @@ std::string storedText(const QString &text)
     return clean.toStdString();
 }
 
+StationCaptions stationCaptions(const TextTable &texts)
+{
+    return {texts.text(Text::Notifications), texts.text(Text::History), texts.text(Text::Ip)};
+}
+
 QString channelCaption(int channel)
 {
     static const std::array<QString, channelCount> captions = {
@@ -122,7 +127,7 @@ void StationTree::removeNode(Id id)
     if (m_nodes.colour(id) == alarmColour) {
         countAlarm(id, -1);
     }
-    m_states.remove(id);
+    m_statuses.remove(id);
     m_renamed.remove(id);
     m_alarms.remove(id);
     for (const Id child : m_nodes.children(id)) {
@@ -231,13 +236,13 @@ void StationTree::setText(Id id, const QString &text)
     }
 }
 
-void StationTree::setState(const QString &kennung, State state)
+void StationTree::setStatus(const QString &kennung, const StationStatus &status)
 {
     const std::optional<Id> station = m_nodes.child(NodeStore::root, storedText(kennung));
-    if (station && m_states.value(*station, State::Offline) != state) {
-        m_states.insert(*station, state);
+    if (station && m_statuses.value(*station) != status) {
+        m_statuses.insert(*station, status);
         const QModelIndex index = indexOf(*station);
-        Q_EMIT dataChanged(index, index, {StateRole});
+        Q_EMIT dataChanged(index, index, {StatusRole});
     }
 }
 
@@ -408,9 +413,8 @@ QVariant StationTree::data(const QModelIndex &index, int role) const
         return QVariant::fromValue(m_nodes.kind(id));
     case ColourRole:
         return m_nodes.colour(id);
-    case StateRole:
-        return m_nodes.kind(id) == NodeKind::Station ? QVariant::fromValue(m_states.value(id, State::Offline))
-                                                     : QVariant();
+    case StatusRole:
+        return m_nodes.kind(id) == NodeKind::Station ? QVariant::fromValue(m_statuses.value(id)) : QVariant();
     case AlarmCountRole:
         return m_alarms.value(id);
     default:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lang/text_table.h"
 #include "opmode/node_store.h"
 #include "opmode/station_messages.h"
 
@@ -19,12 +20,24 @@ struct StationCaptions
     QString inputValues;
 };
 
+StationCaptions stationCaptions(const TextTable &texts);
+
 /// The caption of an input value, channel 1 to 18; the blanks at its end align the values.
 QString channelCaption(int channel);
 
 /// A text as nodes and their file hold it, UTF-8: without what no such file can hold, which are control
 /// characters and halves of characters.
 std::string storedText(const QString &text);
+
+/// How a station is, for the eyes.
+struct StationStatus
+{
+    enum class Line { Offline, Connecting, Alive, Silent };
+    Line line = Line::Offline;
+    bool exclusive = false;
+    bool pukNeeded = false;
+    bool operator==(const StationStatus &) const = default;
+};
 
 /// A change of the tree that is to outlive a crash. Input values are none: the module reports them again.
 struct NodeChange
@@ -45,8 +58,7 @@ class StationTree : public QAbstractItemModel
     Q_OBJECT
 
 public:
-    enum Role { KeyRole = Qt::UserRole, KindRole, ColourRole, StateRole, AlarmCountRole };
-    enum class State { Offline, Online, Exclusive };
+    enum Role { KeyRole = Qt::UserRole, KindRole, ColourRole, StatusRole, AlarmCountRole };
 
     static constexpr std::int32_t normalColour = -2147483640; ///< the system's colour of window texts
     static constexpr std::int32_t alarmColour = 255;          ///< red: not acknowledged
@@ -70,7 +82,7 @@ public:
     };
     Outcome take(const QString &kennung, const StationMessage &message, const QDateTime &now);
 
-    void setState(const QString &kennung, State state);
+    void setStatus(const QString &kennung, const StationStatus &status);
     /// Any signed 32-bit number; a notification that loses the alarm colour is acknowledged.
     void setColour(const QModelIndex &index, std::int32_t colour);
 
@@ -114,7 +126,7 @@ private:
 
     StationCaptions m_captions;
     NodeStore m_nodes;
-    QHash<Id, State> m_states;
+    QHash<Id, StationStatus> m_statuses;
     QHash<Id, int> m_alarms; ///< of a notifications node: its entries in the alarm colour
     QSet<Id> m_renamed;      ///< stations that were given a text since their creation
     std::function<void(const NodeChange &)> m_changed;
@@ -122,3 +134,5 @@ private:
 };
 
 } // namespace ktr
+
+Q_DECLARE_METATYPE(ktr::StationStatus)

@@ -20,7 +20,7 @@ struct RecordingOwner : StationOwner
             std::exchange(during, nullptr)();
         }
     }
-    void stationNeedsPuk(const QString &) override {}
+    void stationChanged(const QString &, StationChange) override {}
     void stationTrouble(const QString &, const QString &text) override { troubles += text; }
 
     QStringList messages;

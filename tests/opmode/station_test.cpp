@@ -39,11 +39,16 @@ struct RecordingOwner : StationOwner
             during();
         }
     }
-    void stationNeedsPuk(const QString &) override { ++puks; }
+    void stationChanged(const QString &, StationChange what) override
+    {
+        puks += what == StationChange::PukNeeded ? 1 : 0;
+        changes += what;
+    }
     void stationTrouble(const QString &, const QString &text) override { troubles += text; }
 
     QStringList messages;
     QStringList troubles;
+    QList<StationChange> changes;
     int puks = 0;
     std::function<void()> during;
 };

@@ -1,0 +1,112 @@
+#include "cli/arguments.h"
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/interruption.h"
+#include "opmode/operational_mode.h"
+#include "opmode/station_sockets.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QTimer>
+
+namespace ktr::cli {
+
+namespace {
+
+const QString forOption = QStringLiteral("for");
+constexpr int longestWatch = 1'000'000;
+
+QString nameOf(StationEvent::Kind kind)
+{
+    switch (kind) {
+    case StationEvent::Kind::Notification:
+        return QStringLiteral("notification");
+    case StationEvent::Kind::Values:
+        return QStringLiteral("values");
+    case StationEvent::Kind::History:
+        return QStringLiteral("history");
+    case StationEvent::Kind::Message:
+        return QStringLiteral("message");
+    case StationEvent::Kind::Quality:
+        return QStringLiteral("csq");
+    case StationEvent::Kind::Puk:
+        return QStringLiteral("puk");
+    case StationEvent::Kind::Alive:
+        return QStringLiteral("alive");
+    case StationEvent::Kind::Silent:
+        return QStringLiteral("silent");
+    }
+    return {};
+}
+
+/// The members in the order in which they are read, which a JSON object of the toolkit does not keep.
+QString lineOf(const StationEvent &event, const QDateTime &now)
+{
+    const auto quoted = [](const QString &text) {
+        const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+        return QString::fromUtf8(array.sliced(1, array.size() - 2));
+    };
+    return QStringLiteral("{\"time\":") + quoted(now.toUTC().toString(Qt::ISODateWithMs)) +
+           QStringLiteral(",\"station\":") + quoted(event.kennung) + QStringLiteral(",\"kind\":") +
+           quoted(nameOf(event.kind)) + QStringLiteral(",\"text\":") + quoted(event.text) + u'}';
+}
+
+} // namespace
+
+int monitor(const QStringList &words)
+{
+    Arguments arguments(
+        QStringLiteral("monitor"),
+        QStringLiteral("Watches the stations of a list as the operational mode does, and prints "
+                       "what they say, one JSON object a line. The list is not changed."),
+        {QStringLiteral("NODES.xml")});
+    arguments.addOption(
+        {forOption, QStringLiteral("Ends after so many seconds; otherwise when it is asked to terminate."),
+         QStringLiteral("SECONDS")});
+    if (const auto end = arguments.parse(words)) {
+        return *end;
+    }
+    std::optional<int> seconds;
+    if (arguments.isSet(forOption)) {
+        seconds = arguments.number(forOption, 0, longestWatch);
+        if (!seconds) {
+            return wrongUsage;
+        }
+    }
+    const QString path = arguments.positional(0);
+    if (!QFileInfo::exists(path)) {
+        return fail(path + QStringLiteral(": there is no such file"));
+    }
+    const Environment environment = systemEnvironment();
+    EventLoopTimers timers;
+    IoThread io;
+    StationSockets sockets(io);
+    Interruption interruption(io, [] { QCoreApplication::quit(); });
+    OperationalMode mode({environment, timers, [&sockets] { return sockets.createLine(); }},
+                         stationCaptions({}));
+    bool isShowing = false;
+    QObject::connect(&mode, &OperationalMode::told, &mode, &complain);
+    QObject::connect(&mode, &OperationalMode::happened, &mode, [&](const StationEvent &event) {
+        print(lineOf(event, environment.now()));
+        if (!std::exchange(isShowing, true)) { // a program that waits for it reads a batch at once
+            QMetaObject::invokeMethod(
+                &mode,
+                [&isShowing] {
+                    isShowing = false;
+                    showNow();
+                },
+                Qt::QueuedConnection);
+        }
+    });
+    if (!mode.open(path, OperationalMode::Use::Watch) && mode.stations().Count() == 0) {
+        return failed; // told already
+    }
+    if (seconds) {
+        QTimer::singleShot(std::chrono::seconds(*seconds), [] { QCoreApplication::quit(); });
+    }
+    return QCoreApplication::exec() == 0 ? done : failed;
+}
+
+} // namespace ktr::cli

@@ -1,0 +1,331 @@
+#include "opmode/operational_mode.h"
+
+#include "link/udp_pair.h"
+#include "platform/overloaded.h"
+
+#include <QFileInfo>
+
+namespace ktr {
+
+namespace {
+
+/// The module sends all its input values for it.
+const QString allValues = QStringLiteral("A*");
+
+constexpr Milliseconds aMinute{60'000};
+
+/// Addresses that name the same module are the same text.
+QString comparable(const QString &hostAddress)
+{
+    static const QString port = u':' + QString::number(UdpPair::modulePort);
+    const QString address = hostAddress.trimmed().toLower();
+    return address.endsWith(port) ? address.chopped(port.size()) : address;
+}
+
+} // namespace
+
+OperationalMode::OperationalMode(const Services &services, StationCaptions captions, QObject *parent)
+    : QObject(parent),
+      m_services(services),
+      m_callbacks(services.timers, services.steadyTime),
+      m_liteTimers(m_callbacks),
+      m_tree(std::move(captions)),
+      m_stations(m_tree, m_liteTimers, services.createLine),
+      m_minute(services.timers.create())
+{
+    connect(&m_stations, &cStations::message, this, &OperationalMode::takeMessage);
+    connect(&m_stations, &cStations::changed, this, &OperationalMode::takeChange);
+    connect(&m_stations, &cStations::trouble, this, [this](const QString &kennung, const QString &text) {
+        Q_EMIT told(kennung + QLatin1String(": ") + text);
+        Q_EMIT stationChanged(kennung);
+    });
+}
+
+OperationalMode::~OperationalMode() = default;
+
+Status OperationalMode::open(const QString &nodesPath, Use use)
+{
+    QHash<QString, StationAttributes> attributes;
+    m_use = use;
+    m_file.emplace(nodesPath);
+    m_tree.beginLoading();
+    const Status loaded = m_file->load([&](const NodeElement &element) {
+        const QString name = QString::fromUtf8(element.text.data(), qsizetype(element.text.size()));
+        if (element.station != nullptr && attributes.contains(name)) {
+            return false; // a second copy of a name
+        }
+        const bool taken = m_tree.load(element.key, element.text, element.colour);
+        if (taken && element.station != nullptr) {
+            attributes.insert(name, *element.station);
+        }
+        return taken;
+    });
+    m_tree.endLoading();
+    if (!loaded) {
+        Q_EMIT told(loaded.message());
+    }
+    createStations(attributes);
+    m_isOpen = true;
+    return loaded;
+}
+
+/// The stations of the tree come to life.
+void OperationalMode::createStations(const QHash<QString, StationAttributes> &attributes)
+{
+    for (int row = 0; row < m_tree.rowCount(); ++row) {
+        const QString kennung = m_tree.index(row, 0).data(StationTree::KeyRole).toString();
+        const StationAttributes station = attributes.value(kennung);
+        m_stations.addStation(kennung, station.hostAddress);
+        m_schedules.insert(kennung, station.schedule);
+        cStation &created = *m_stations.Item(kennung);
+        created.setExclusiveMode(station.exclusiveMode);
+        if (station.online) {
+            created.connectStation();
+        }
+    }
+    const WallMinute now = WallMinute::of(m_services.environment.now());
+    m_stations.forEach([&](cStation &station) {
+        if (station.online() && station.exclusiveMode()) {
+            station.send(allValues);
+        }
+        evaluate(station, now.plus(-WallMinute::minutesOfAWeek));
+        showStatus(station);
+    });
+    m_evaluateFrom = now.plus(1);
+    awaitNextMinute();
+}
+
+QString OperationalMode::addStation(const QString &name, const QString &hostAddress)
+{
+    const QString kennung = m_tree.freeName(QString::fromStdString(storedText(name)).trimmed());
+    if (!m_stations.addStation(kennung, hostAddress)) {
+        return {};
+    }
+    keep(kennung);
+    return kennung;
+}
+
+void OperationalMode::removeStation(const QString &kennung)
+{
+    m_stations.Remove(kennung);
+    m_schedules.remove(kennung);
+    m_lent.remove(kennung);
+    m_tree.remove(m_tree.find(kennung));
+}
+
+void OperationalMode::setHostAddress(const QString &kennung, const QString &hostAddress)
+{
+    cStation *station = m_stations.Item(kennung);
+    if (station == nullptr || station->hostAddress() == hostAddress) {
+        return;
+    }
+    station->setHostAddress(hostAddress);
+    if (station->online()) { // what the old address said last is no word of the new one
+        station->disconnect();
+        station->connectStation();
+    }
+    keep(kennung);
+    showStatus(*station);
+}
+
+void OperationalMode::setOnline(const QString &kennung, bool online)
+{
+    cStation *station = m_stations.Item(kennung);
+    if (station == nullptr) {
+        return;
+    }
+    m_lent.remove(kennung);
+    if (online) {
+        station->connectStation();
+    } else {
+        station->disconnect();
+    }
+    keep(kennung);
+    showStatus(*station);
+}
+
+void OperationalMode::setAllOnline(bool online)
+{
+    m_stations.forEach([&](cStation &station) {
+        if (station.online() != online || m_lent.contains(station.kennung())) {
+            setOnline(station.kennung(), online);
+        }
+    });
+}
+
+void OperationalMode::setExclusive(const QString &kennung, bool exclusive)
+{
+    if (cStation *station = m_stations.Item(kennung)) {
+        station->setExclusiveMode(exclusive);
+        keep(kennung);
+        showStatus(*station);
+    }
+}
+
+void OperationalMode::setSchedule(const QString &kennung, const ExclusiveSchedule &schedule)
+{
+    if (cStation *station = m_stations.Item(kennung)) {
+        m_schedules.insert(kennung, schedule);
+        evaluate(*station, WallMinute::of(m_services.environment.now()).plus(-WallMinute::minutesOfAWeek));
+        keep(kennung);
+        showStatus(*station);
+    }
+}
+
+StationAttributes OperationalMode::attributes(const QString &kennung) const
+{
+    const cStation *station = m_stations.Item(kennung);
+    return station == nullptr
+               ? StationAttributes()
+               : StationAttributes{station->exclusiveMode(), m_schedules.value(kennung),
+                                   station->hostAddress(), station->online() || m_lent.contains(kennung)};
+}
+
+bool OperationalMode::requestValues(const QString &kennung)
+{
+    cStation *station = m_stations.Item(kennung);
+    return station != nullptr && station->send(allValues);
+}
+
+QString OperationalMode::stationAt(const QString &hostAddress) const
+{
+    const QString wanted = comparable(hostAddress);
+    QString found;
+    m_stations.forEach([&](const cStation &station) {
+        if (found.isEmpty() && station.online() && comparable(station.hostAddress()) == wanted) {
+            found = station.kennung();
+        }
+    });
+    return found;
+}
+
+void OperationalMode::lend(const QString &kennung)
+{
+    cStation *station = m_stations.Item(kennung);
+    if (station != nullptr && station->online()) {
+        station->disconnect();
+        m_lent.insert(kennung);
+        showStatus(*station);
+    }
+}
+
+void OperationalMode::takeBack()
+{
+    for (const QString &kennung : std::exchange(m_lent, {})) {
+        setOnline(kennung, true);
+    }
+}
+
+void OperationalMode::takeMessage(const QString &kennung, const QString &text)
+{
+    using Kind = StationEvent::Kind;
+    const StationMessage message = interpretStationMessage(text);
+    const StationTree::Outcome outcome = m_tree.take(kennung, message, m_services.environment.now());
+    const auto event =
+        std::visit(Overloaded{[](const NotificationMessage &report) {
+                                  return std::pair(Kind::Notification, report.entry.text);
+                              },
+                              [&](const InputValuesMessage &) { return std::pair(Kind::Values, text); },
+                              [&](const HistoryMessage &) { return std::pair(Kind::History, text); },
+                              [&](const UnusableMessage &) { return std::pair(Kind::Values, text); },
+                              [&](const NoStationMessage &) { return std::pair(Kind::Message, text); }},
+                   message);
+    Q_EMIT happened({kennung, event.first, event.second});
+    if (!outcome.unusable.isEmpty()) {
+        Q_EMIT told(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
+    }
+    if (outcome.alarm) {
+        Q_EMIT alarmRaised(outcome.entry);
+    }
+}
+
+void OperationalMode::takeChange(const QString &kennung, StationChange what)
+{
+    using Kind = StationEvent::Kind;
+    const cStation &station = *m_stations.Item(kennung);
+    switch (what) {
+    case StationChange::Alive:
+        Q_EMIT happened({kennung, Kind::Alive, station.hostAddress()});
+        break;
+    case StationChange::Silent:
+        Q_EMIT happened({kennung, Kind::Silent, station.hostAddress()});
+        break;
+    case StationChange::Quality:
+        Q_EMIT happened({kennung, Kind::Quality, station.csq()});
+        break;
+    case StationChange::PukNeeded:
+        m_services.beep();
+        Q_EMIT happened({kennung, Kind::Puk, QStringLiteral("needed")});
+        break;
+    case StationChange::PukCleared:
+        Q_EMIT happened({kennung, Kind::Puk, QStringLiteral("cleared")});
+        break;
+    case StationChange::TextDelivered:
+        break;
+    }
+    showStatus(station);
+}
+
+/// Puts a station's attributes into the journal.
+void OperationalMode::keep(const QString &) {}
+
+Status OperationalMode::close()
+{
+    return Status::done();
+}
+
+Status OperationalMode::acknowledge(const QModelIndexList &)
+{
+    return Status::done();
+}
+
+void OperationalMode::evaluate(cStation &station, WallMinute from)
+{
+    const WallMinute now = WallMinute::of(m_services.environment.now());
+    if (const auto exclusive = switchedTo(m_schedules.value(station.kennung()), from, now)) {
+        station.setExclusiveMode(*exclusive);
+    }
+}
+
+void OperationalMode::evaluateAll()
+{
+    const WallMinute now = WallMinute::of(m_services.environment.now());
+    if (*m_evaluateFrom > now) { // a clock put back: no switch point acts twice
+        return;
+    }
+    m_stations.forEach([&](cStation &station) {
+        const bool before = station.exclusiveMode();
+        evaluate(station, *m_evaluateFrom);
+        if (station.exclusiveMode() != before) {
+            keep(station.kennung());
+            showStatus(station);
+        }
+    });
+    m_evaluateFrom = now.plus(1);
+}
+
+void OperationalMode::awaitNextMinute()
+{
+    const int intoMinute = m_services.environment.now().time().msecsSinceStartOfDay() % aMinute.count();
+    m_minute->start(aMinute - Milliseconds(intoMinute), [this] {
+        evaluateAll();
+        awaitNextMinute();
+    });
+}
+
+void OperationalMode::showStatus(const cStation &station)
+{
+    StationStatus status;
+    using Line = StationStatus::Line;
+    if (station.online()) {
+        status.line = station.liveness() == cStation::Liveness::Alive    ? Line::Alive
+                      : station.liveness() == cStation::Liveness::Silent ? Line::Silent
+                                                                         : Line::Connecting;
+    }
+    status.exclusive = station.exclusiveMode();
+    status.pukNeeded = station.pukNeeded();
+    m_tree.setStatus(station.kennung(), status);
+    Q_EMIT stationChanged(station.kennung());
+}
+
+} // namespace ktr

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "opmode/nodes_file.h"
+#include "opmode/nodes_journal.h"
+#include "opmode/stations.h"
+#include "platform/environment.h"
+
+#include <QSet>
+
+namespace ktr {
+
+/// Something that a station did, as it is told outside of the tree.
+struct StationEvent
+{
+    enum class Kind { Notification, Values, History, Message, Quality, Puk, Alive, Silent };
+    QString kennung;
+    Kind kind;
+    QString text;
+};
+
+/// The operational mode without its window: the stations of a `nodes.xml`, their tree, what their messages
+/// make of it, their schedules, and how all of it outlives the end and a crash.
+class OperationalMode : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Services
+    {
+        Environment environment;
+        Timers &timers;
+        cStations::LineFactory createLine;
+        std::function<void()> beep = [] {};
+        QueuedCallbackTimers::Clock steadyTime = &QueuedCallbackTimers::steadyTime;
+    };
+    enum class Use {
+        Keep, ///< changes are kept in the journal, and in the file at the end
+        Watch ///< the file is read only
+    };
+
+    OperationalMode(const Services &services, StationCaptions captions, QObject *parent = nullptr);
+    ~OperationalMode() override; ///< without close() the journal keeps what changed
+
+    /// Builds the tree from the file, connects the stations that were online and evaluates all schedules. A
+    /// file that cannot be used gives a failure, which is told too, and the tree stays empty.
+    Status open(const QString &nodesPath, Use use);
+
+    /// Writes the file, removes the journal and the stations. After a failure everything is as before.
+    Status close();
+    bool isOpen() const { return m_isOpen; }
+
+    StationTree &tree() { return m_tree; }
+    const StationTree &tree() const { return m_tree; }
+    const cStations &stations() const { return m_stations; }
+    /// Null when there is none.
+    const cStation *station(const QString &kennung) const { return m_stations.Item(kennung); }
+
+    /// Adds an offline station; the name becomes "name (1)", "name (2)", ... where one has it. Gives its key,
+    /// empty when no station can be called that.
+    QString addStation(const QString &name, const QString &hostAddress = {});
+    void removeStation(const QString &kennung);
+    /// Takes effect at once for a station that is online.
+    void setHostAddress(const QString &kennung, const QString &hostAddress);
+    void setOnline(const QString &kennung, bool online);
+    void setAllOnline(bool online);
+    void setExclusive(const QString &kennung, bool exclusive);
+    /// Also puts the station into the state that the schedule would have given it by now.
+    void setSchedule(const QString &kennung, const ExclusiveSchedule &schedule);
+    ExclusiveSchedule schedule(const QString &kennung) const { return m_schedules.value(kennung); }
+    StationAttributes attributes(const QString &kennung) const;
+
+    /// Asks a station for all input values. False when it has a text to deliver already.
+    bool requestValues(const QString &kennung);
+
+    /// Acknowledges alarms: on the disk first, then in the tree. After a failure nothing is acknowledged.
+    Status acknowledge(const QModelIndexList &entries);
+
+    /// The key of the online station at an address, empty when there is none.
+    QString stationAt(const QString &hostAddress) const;
+    /// Lets go of a station for a while; it counts as online, and takeBack() makes it so again.
+    void lend(const QString &kennung);
+    void takeBack();
+    bool isLent(const QString &kennung) const { return m_lent.contains(kennung); }
+
+Q_SIGNALS:
+    /// A line for the status bar.
+    void told(const QString &line);
+    void happened(const ktr::StationEvent &event);
+    /// An alarm arrived; the entry is in the tree and red.
+    void alarmRaised(const QModelIndex &entry);
+    /// Something of a station that is no node of the tree changed.
+    void stationChanged(const QString &kennung);
+
+private:
+    void takeMessage(const QString &kennung, const QString &text);
+    void takeChange(const QString &kennung, StationChange what);
+    void createStations(const QHash<QString, StationAttributes> &attributes);
+    void evaluate(cStation &station, WallMinute from);
+    void evaluateAll();
+    void awaitNextMinute();
+    void showStatus(const cStation &station);
+    void keep(const QString &kennung);
+    Status write();
+
+    Services m_services;
+    QueuedCallbackTimers m_callbacks;
+    MLiteTimer m_liteTimers;
+    StationTree m_tree;
+    cStations m_stations;
+    QHash<QString, ExclusiveSchedule> m_schedules;
+    QSet<QString> m_lent;
+    std::unique_ptr<OneShotTimer> m_minute;
+    std::optional<WallMinute> m_evaluateFrom;
+    std::optional<NodesFile> m_file;
+    std::optional<NodesJournal> m_journal;
+    Use m_use = Use::Watch;
+    bool m_isOpen = false;
+};
+
+} // namespace ktr
