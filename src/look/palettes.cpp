@@ -7,7 +7,7 @@ namespace {
 struct Colours
 {
     QRgb window, card, base, alternate, button, text, faintText, disabledText, hint, accent, accentText, tint,
-        highlight, link, toolTip, toolTipText, hairline, fieldBorder;
+        highlight, link, toolTip, toolTipText, hairline, fieldBorder, alarm, doubt, well, alarmGround;
 };
 
 constexpr Colours light = {.window = 0xfff2f4f6,
@@ -27,7 +27,11 @@ constexpr Colours light = {.window = 0xfff2f4f6,
                            .toolTip = 0xff26323a,
                            .toolTipText = 0xfff4f7f9,
                            .hairline = 0xffdde2e6,
-                           .fieldBorder = 0xff7f8a94};
+                           .fieldBorder = 0xff7f8a94,
+                           .alarm = 0xffb3171d,
+                           .doubt = 0xff8a5200,
+                           .well = 0xff0b7a3b,
+                           .alarmGround = 0xffb3171d};
 
 constexpr Colours dark = {.window = 0xff181c20,
                           .card = 0xff21272c,
@@ -46,7 +50,11 @@ constexpr Colours dark = {.window = 0xff181c20,
                           .toolTip = 0xff38434b,
                           .toolTipText = 0xffeef2f5,
                           .hairline = 0xff333b42,
-                          .fieldBorder = 0xff6c7882};
+                          .fieldBorder = 0xff6c7882,
+                          .alarm = 0xffff8a84,
+                          .doubt = 0xfff0b35a,
+                          .well = 0xff5fd08d,
+                          .alarmGround = 0xffa3191f};
 
 const Colours &coloursOf(const QPalette &palette)
 {
@@ -136,6 +144,26 @@ QColor accentText(const QPalette &palette)
 QColor tint(const QPalette &palette)
 {
     return QColor(coloursOf(palette).tint);
+}
+
+QColor alarmText(const QPalette &palette)
+{
+    return QColor(coloursOf(palette).alarm);
+}
+
+QColor doubtText(const QPalette &palette)
+{
+    return QColor(coloursOf(palette).doubt);
+}
+
+QColor wellText(const QPalette &palette)
+{
+    return QColor(coloursOf(palette).well);
+}
+
+QColor alarmGround(const QPalette &palette)
+{
+    return QColor(coloursOf(palette).alarmGround);
 }
 
 QColor veil(const QPalette &palette, int strength)

@@ -24,6 +24,12 @@ QColor accent(const QPalette &palette);
 QColor accentText(const QPalette &palette);
 /// A ground of a shade of the accent for what is chosen and keeps the colour of its text.
 QColor tint(const QPalette &palette);
+/// For texts and marks of what is wrong, of what is in doubt and of what is well; on any ground.
+QColor alarmText(const QPalette &palette);
+QColor doubtText(const QPalette &palette);
+QColor wellText(const QPalette &palette);
+/// A ground that cannot be overlooked, for white text.
+QColor alarmGround(const QPalette &palette);
 /// A thin veil over what the mouse is on, or with double strength over what is pressed.
 QColor veil(const QPalette &palette, int strength = 1);
 

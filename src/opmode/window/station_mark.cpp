@@ -1,0 +1,54 @@
+#include "opmode/window/station_mark.h"
+
+#include "look/palettes.h"
+
+#include <QCoreApplication>
+#include <QPainter>
+
+namespace ktr {
+
+void paintStationMark(QPainter &painter, const QRectF &where, const StationStatus &status,
+                      const QPalette &palette)
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const double side = std::min(where.width(), where.height());
+    const QPointF centre = where.center();
+    const double radius = side / 2 - 1.5;
+    using Line = StationStatus::Line;
+    const QColor colour = status.line == Line::Alive    ? wellText(palette)
+                          : status.line == Line::Silent ? doubtText(palette)
+                          : status.line == Line::Connecting
+                              ? palette.color(QPalette::WindowText)
+                              : palette.color(QPalette::Disabled, QPalette::WindowText);
+    painter.setPen(QPen(colour, status.line == Line::Offline ? 1.2 : 2));
+    painter.setBrush(status.line == Line::Alive ? QBrush(colour) : Qt::NoBrush);
+    painter.drawEllipse(centre, radius, radius);
+    if (status.line == Line::Silent) {
+        const double reach = radius * 0.7;
+        painter.drawLine(centre + QPointF(-reach, reach), centre + QPointF(reach, -reach));
+    } else if (status.line == Line::Connecting) {
+        painter.setBrush(colour);
+        painter.setPen(Qt::NoPen);
+        painter.drawEllipse(centre, radius / 3, radius / 3);
+    }
+    painter.restore();
+}
+
+QString statusText(const StationStatus &status)
+{
+    const auto text = [](const char *source) { return QCoreApplication::translate("StationMark", source); };
+    switch (status.line) {
+    case StationStatus::Line::Offline:
+        return text(QT_TRANSLATE_NOOP("StationMark", "offline"));
+    case StationStatus::Line::Connecting:
+        return text(QT_TRANSLATE_NOOP("StationMark", "not heard yet"));
+    case StationStatus::Line::Alive:
+        return text(QT_TRANSLATE_NOOP("StationMark", "alive"));
+    case StationStatus::Line::Silent:
+        return text(QT_TRANSLATE_NOOP("StationMark", "silent"));
+    }
+    return {};
+}
+
+} // namespace ktr

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "opmode/station_tree.h"
+
+#include <QPalette>
+#include <QString>
+
+class QPainter;
+
+namespace ktr {
+
+/// Draws how a station is as a small round mark, told apart by its form as well as by its colour: alive is
+/// a full disc, silent a ring with a bar through it, connecting a ring with a dot, offline a thin ring.
+void paintStationMark(QPainter &painter, const QRectF &where, const StationStatus &status,
+                      const QPalette &palette);
+
+/// How a station is, in words.
+QString statusText(const StationStatus &status);
+
+} // namespace ktr

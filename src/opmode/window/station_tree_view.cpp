@@ -1,0 +1,228 @@
+#include "opmode/window/station_tree_view.h"
+
+#include "look/palettes.h"
+#include "opmode/window/station_mark.h"
+
+#include <QCoreApplication>
+#include <QPainter>
+#include <QStyledItemDelegate>
+
+namespace ktr {
+
+namespace {
+
+constexpr int markSide = 14;
+constexpr int gap = 6;
+constexpr int refreshMs = 100;
+
+class NodeDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        QStyleOptionViewItem item = option;
+        initStyleOption(&item, index);
+        const bool isRed = index.data(StationTree::ColourRole).toInt() == StationTree::alarmColour;
+        const bool isSelected = (item.state & QStyle::State_Selected) != 0;
+        if (isRed && !isSelected) {
+            item.palette.setColor(QPalette::Text, alarmText(item.palette));
+        }
+        const QVariant status = index.data(StationTree::StatusRole);
+        if (!status.isValid()) {
+            item.font.setBold(isRed);
+            drawItem(*painter, item);
+            return;
+        }
+        item.font.setBold(true);
+        QStringList badges;
+        const auto station = status.value<StationStatus>();
+        const int alarms = index.model()->index(0, 0, index).data(StationTree::AlarmCountRole).toInt();
+        if (station.pukNeeded) {
+            badges += QStringLiteral("PUK");
+        }
+        if (station.exclusive) {
+            badges += QCoreApplication::translate("StationTreeView", "excl.");
+        }
+        if (alarms > 0) {
+            badges += QString::number(alarms) + u'!';
+        }
+        QStyleOptionViewItem background = item;
+        background.text.clear();
+        drawItem(*painter, background);
+        QRect rest = item.rect.adjusted(gap / 2, 0, -gap / 2, 0);
+        paintStationMark(*painter, QRect(rest.left(), rest.center().y() - markSide / 2, markSide, markSide),
+                         station, item.palette);
+        rest.setLeft(rest.left() + markSide + gap);
+        for (auto badge = badges.crbegin(); badge != badges.crend(); ++badge) {
+            rest.setRight(drawBadge(*painter, rest, *badge, badge->endsWith(u'!'), item));
+        }
+        painter->save();
+        painter->setFont(item.font);
+        painter->setPen(item.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
+        painter->drawText(rest, Qt::AlignVCenter | Qt::TextSingleLine,
+                          QFontMetrics(item.font).elidedText(item.text, Qt::ElideRight, rest.width()));
+        painter->restore();
+    }
+
+    void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                              const QModelIndex &) const override
+    {
+        editor->setGeometry(option.rect.adjusted(markSide + gap, 0, 0, 0));
+    }
+
+private:
+    static void drawItem(QPainter &painter, const QStyleOptionViewItem &item)
+    {
+        item.widget->style()->drawControl(QStyle::CE_ItemViewItem, &item, &painter, item.widget);
+    }
+
+    /// Gives where what stands left of it ends.
+    static int drawBadge(QPainter &painter, const QRect &rest, const QString &text, bool isAlarm,
+                         const QStyleOptionViewItem &item)
+    {
+        QFont font = item.font;
+        font.setPointSizeF(font.pointSizeF() * 0.85);
+        const QFontMetrics metrics(font);
+        const QSize size(metrics.horizontalAdvance(text) + 2 * gap, metrics.height() + 2);
+        const QRect badge(QPoint(rest.right() - size.width(), rest.center().y() - size.height() / 2), size);
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(isAlarm ? QPen(Qt::NoPen) : QPen(fieldBorder(item.palette)));
+        painter.setBrush(isAlarm ? alarmGround(item.palette) : cardColour(item.palette));
+        const double radius = size.height() / 2.0;
+        painter.drawRoundedRect(QRectF(badge).adjusted(0.5, 0.5, -0.5, -0.5), radius, radius);
+        painter.setFont(font);
+        painter.setPen(isAlarm ? QColor(Qt::white) : item.palette.color(QPalette::Text));
+        painter.drawText(badge, Qt::AlignCenter, text);
+        painter.restore();
+        return badge.left() - gap;
+    }
+};
+
+} // namespace
+
+StationTreeView::StationTreeView(StationTree &tree, QWidget *parent) : QTreeView(parent), m_tree(tree)
+{
+    setObjectName(QStringLiteral("TreeView_KTR_Nodes"));
+    setModel(&tree);
+    setItemDelegate(new NodeDelegate(this));
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setEditTriggers(EditKeyPressed | SelectedClicked);
+    setContextMenuPolicy(Qt::ActionsContextMenu);
+    setTextElideMode(Qt::ElideRight);
+    m_filterTimer.setSingleShot(true);
+    m_filterTimer.setInterval(refreshMs);
+    connect(&m_filterTimer, &QTimer::timeout, this, &StationTreeView::applyFilter);
+    Timer_doView.setObjectName(QStringLiteral("Timer_doView"));
+    Timer_doView.setSingleShot(true);
+    Timer_doView.setInterval(refreshMs);
+    connect(&Timer_doView, &QTimer::timeout, this, &StationTreeView::revealNow);
+    const auto filterSoon = [this] {
+        if (!m_filterTimer.isActive()) {
+            m_filterTimer.start();
+        }
+    };
+    const auto ofStations = [filterSoon](const QModelIndex &above) {
+        if (!above.isValid()) {
+            filterSoon();
+        }
+    };
+    connect(&tree, &QAbstractItemModel::rowsInserted, this, ofStations);
+    connect(&tree, &QAbstractItemModel::rowsRemoved, this, ofStations);
+    connect(&tree, &QAbstractItemModel::modelReset, this, filterSoon);
+    connect(&tree, &QAbstractItemModel::dataChanged, this,
+            [this, filterSoon](const QModelIndex &, const QModelIndex &, const QList<int> &roles) {
+                if (m_kind != Kind::All && !roles.contains(Qt::DisplayRole)) {
+                    filterSoon();
+                }
+            });
+}
+
+void StationTreeView::setAddressSource(std::function<QString(const QString &)> addressOf)
+{
+    m_addressOf = std::move(addressOf);
+}
+
+void StationTreeView::filter(const QString &text, Kind kind)
+{
+    m_text = text.trimmed();
+    m_kind = kind;
+    m_filterTimer.start();
+}
+
+bool StationTreeView::isWanted(const QModelIndex &station) const
+{
+    const auto status = station.data(StationTree::StatusRole).value<StationStatus>();
+    using Line = StationStatus::Line;
+    const bool isOfKind =
+        m_kind == Kind::All ||
+        (m_kind == Kind::InAlarm &&
+         m_tree.index(0, 0, station).data(StationTree::AlarmCountRole).toInt() > 0) ||
+        (m_kind == Kind::NotAlive && status.line != Line::Alive && status.line != Line::Offline) ||
+        (m_kind == Kind::Offline && status.line == Line::Offline);
+    if (!isOfKind || m_text.isEmpty()) {
+        return isOfKind;
+    }
+    const QString kennung = station.data(StationTree::KeyRole).toString();
+    return station.data().toString().contains(m_text, Qt::CaseInsensitive) ||
+           (m_addressOf && m_addressOf(kennung).contains(m_text, Qt::CaseInsensitive));
+}
+
+void StationTreeView::applyFilter()
+{
+    const bool isAll = m_kind == Kind::All && m_text.isEmpty();
+    m_shown = 0;
+    for (int row = 0; row < m_tree.rowCount(); ++row) {
+        const bool hidden = !isAll && !isWanted(m_tree.index(row, 0));
+        if (hidden != isRowHidden(row, {})) {
+            setRowHidden(row, {}, hidden);
+        }
+        m_shown += hidden ? 0 : 1;
+    }
+    Q_EMIT filtered();
+}
+
+void StationTreeView::reveal(const QModelIndex &entry)
+{
+    if (!entry.isValid()) {
+        return;
+    }
+    m_branchesToReveal.insert(entry.parent().data(StationTree::KeyRole).toString());
+    m_toReveal = entry;
+    if (!Timer_doView.isActive()) {
+        Timer_doView.start();
+    }
+}
+
+void StationTreeView::revealNow()
+{
+    scheduleDelayedItemsLayout(); // once for all branches
+    for (const QString &key : std::exchange(m_branchesToReveal, {})) {
+        const QModelIndex branch = m_tree.find(key);
+        expand(branch.parent());
+        expand(branch);
+    }
+    if (state() != EditingState) {
+        scrollTo(m_toReveal);
+    }
+    m_toReveal = QPersistentModelIndex();
+}
+
+QModelIndex StationTreeView::stationOf(QModelIndex index)
+{
+    while (index.parent().isValid()) {
+        index = index.parent();
+    }
+    return index;
+}
+
+void StationTreeView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTreeView::currentChanged(current, previous);
+    Q_EMIT currentNodeChanged(current);
+}
+
+} // namespace ktr

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "opmode/station_tree.h"
+
+#include <QSet>
+#include <QTimer>
+#include <QTreeView>
+
+namespace ktr {
+
+/// The tree of all stations, with the state of each in front of its name and what needs attention behind it.
+class StationTreeView : public QTreeView
+{
+    Q_OBJECT
+
+public:
+    explicit StationTreeView(StationTree &tree, QWidget *parent = nullptr);
+
+    /// Shows the stations whose name, key or address contains a text, and which are of a kind.
+    enum class Kind { All, InAlarm, NotAlive, Offline };
+    void filter(const QString &text, Kind kind);
+    /// What address() a station has, for the filter.
+    void setAddressSource(std::function<QString(const QString &kennung)> addressOf);
+    int shownStations() const { return m_shown; }
+
+    /// Makes an entry visible: expands its branch and scrolls to it. Of many in a moment the last is
+    /// scrolled to.
+    void reveal(const QModelIndex &entry);
+
+    /// The station that a node belongs to.
+    static QModelIndex stationOf(QModelIndex index);
+
+Q_SIGNALS:
+    void currentNodeChanged(const QModelIndex &index);
+    void filtered();
+
+protected:
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+
+private:
+    bool isWanted(const QModelIndex &station) const;
+    void applyFilter();
+    void revealNow();
+
+    StationTree &m_tree;
+    std::function<QString(const QString &)> m_addressOf;
+    QString m_text;
+    Kind m_kind = Kind::All;
+    int m_shown = 0;
+    QTimer m_filterTimer;
+    QTimer Timer_doView;
+    QSet<QString> m_branchesToReveal; ///< keys: nodes come and go until the timer fires
+    QPersistentModelIndex m_toReveal;
+};
+
+} // namespace ktr
