@@ -22,6 +22,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     options.english = has("-english");
     options.german = has("-deutsch");
     options.expert = has("-expert");
+    options.operationalMode = has("-operational");
 
     const QLatin1String load("-load");
     if (const qsizetype at = line.indexOf(load); at >= 0) {

@@ -15,6 +15,7 @@ struct CommandLine
     bool german = false; ///< wins over english
     bool expert = false;
     bool load = false;
+    bool operationalMode = false; ///< "-operational": the operational mode is opened at once
 
     /// The file to load, lower-case as the whole line is read, with the blank that stands before an option
     /// that follows it. Meaningless without `load`.

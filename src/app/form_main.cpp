@@ -65,7 +65,10 @@ FormMain::FormMain(const Services &services)
       m_history(m_document),
       m_context{m_document, m_history, m_texts},
       m_link(services.serial, services.ethernet, services.timers, services.environment, services.ports),
-      m_instance(services.timers, services.instanceName)
+      m_instance(services.timers, services.instanceName),
+      m_operationalMode(
+          {services.environment, services.timers, services.stationLine, [] { QApplication::beep(); }},
+          m_texts)
 {
     setObjectName(QStringLiteral("FormMain"));
     setWindowIcon(icon(IconName::Application));
@@ -91,6 +94,7 @@ FormMain::FormMain(const Services &services)
     });
     connect(m_linkPresenter.get(), &LinkPresenter::messageWanted, this, &FormMain::showMessage);
     connect(&m_instance, &SingleInstance::closeRequested, this, &QWidget::close);
+    connectOperationalMode();
 }
 
 FormMain::~FormMain()
@@ -198,8 +202,12 @@ void FormMain::finishStart()
     if (!m_settingsTrouble.isEmpty()) {
         tell(m_settingsTrouble);
     }
-    show();
-    tellMissingTexts();
+    if (m_options.operationalMode) {
+        openOperationalMode();
+    } else {
+        show();
+        tellMissingTexts();
+    }
 }
 
 /// Gives false when the file to load cannot be opened, which ends the start.
@@ -252,6 +260,10 @@ void FormMain::closeEvent(QCloseEvent *event)
         if (window != nullptr) {
             window->close();
         }
+    }
+    if (!m_operationalMode.close()) {
+        event->ignore();
+        return;
     }
     m_wait.stop();
     m_link.goOffline();
@@ -465,6 +477,7 @@ void FormMain::applyTexts()
     apply(m_preview);
     apply(m_about);
     apply(m_settings);
+    m_operationalMode.applyTexts();
     findProblemsSoon();
 }
 
@@ -494,16 +507,45 @@ void FormMain::askForAddress(bool exclusive)
 /// A module answers one program at a time: the operational mode has to let go of it first.
 void FormMain::connectEthernet(const QString &address, bool exclusive)
 {
-    const QString station = m_services.stationAt(address);
+    const QString station = m_operationalMode.stationAt(address);
     if (!station.isEmpty()) {
         if (!Dialog::question(this, m_texts,
                               station + u' ' + m_texts.text(Text::ActiveInOperationalMode) + u'\n' +
                                   m_texts.text(Text::OperationalModeClosed))) {
             return;
         }
-        m_services.releaseStation(address);
+        m_operationalMode.lend(address);
     }
     m_link.connectEthernet(address, exclusive);
+}
+
+/// It takes the place of this window; both are there while a module of it is configured.
+void FormMain::connectOperationalMode()
+{
+    connect(m_linkPresenter.get(), &LinkPresenter::operationalModeWanted, this,
+            &FormMain::openOperationalMode);
+    connect(&m_operationalMode, &OperationalModeOpener::closed, this, &QWidget::show);
+    connect(&m_operationalMode, &OperationalModeOpener::configurationWanted, this,
+            [this](const QString &address) {
+                show();
+                raise();
+                activateWindow();
+                m_tabs->goTo({QStringLiteral("Txt_connection_address"), 0});
+                connectEthernet(address, false);
+            });
+    // What was lent goes back as soon as this window lets go of it.
+    connect(&m_link, &ModuleLink::changed, this, [this] {
+        if (m_link.line() != ModuleLink::Line::Ethernet &&
+            m_link.line() != ModuleLink::Line::EthernetExclusive) {
+            m_operationalMode.takeBack();
+        }
+    });
+}
+
+void FormMain::openOperationalMode()
+{
+    hide();
+    m_operationalMode.open(pos());
 }
 
 // Dropped files

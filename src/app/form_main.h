@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/command_line.h"
+#include "app/operational_mode_opener.h"
 #include "app/page_tabs.h"
 #include "app/single_instance.h"
 #include "app/translations.h"
@@ -34,10 +35,8 @@ struct Services
     std::function<QStringList()> ports;
     QString instanceName; ///< under which instances find each other; empty for the user's own
 
-    /// The name of the station that the operational mode holds online at an address, empty when none is, and
-    /// what lets go of it.
-    std::function<QString(const QString &address)> stationAt = [](const QString &) { return QString(); };
-    std::function<void(const QString &address)> releaseStation = [](const QString &) {};
+    /// The lines of the stations of the operational mode.
+    cStations::LineFactory stationLine = {};
 };
 
 /// The main window. start() is the start of the program, and closing the window is its end.
@@ -94,6 +93,8 @@ private:
     void showMessage(const QString &text);
     void askForAddress(bool exclusive);
     void connectEthernet(const QString &address, bool exclusive);
+    void connectOperationalMode();
+    void openOperationalMode();
 
     PrintoutOptions printoutOptions() const;
     void print();
@@ -123,6 +124,7 @@ private:
     StatusLine *m_status;
     std::unique_ptr<FileCommands> m_files;
     std::unique_ptr<LinkPresenter> m_linkPresenter;
+    OperationalModeOpener m_operationalMode;
     QTimer m_problemTimer;
     QTimer m_wait; ///< Tmr_wait
     QPointer<frm_preview> m_preview;

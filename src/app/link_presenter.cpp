@@ -112,7 +112,7 @@ void LinkPresenter::connectMenu()
     connect(m_menu.offline, &QAction::triggered, &m_link, &ModuleLink::goOffline);
     connect(m_menu.operationalMode, &QAction::triggered, this, [this] {
         m_link.goOffline();
-        notAvailable();
+        Q_EMIT operationalModeWanted();
     });
 }
 
@@ -217,12 +217,6 @@ void LinkPresenter::showProgress(int step)
     if (m_test != nullptr) {
         m_test->setIdle(!m_link.isTransmitting());
     }
-}
-
-void LinkPresenter::notAvailable()
-{
-    tickLine(); // the choice itself has ticked another
-    Q_EMIT told(tr("This is not part of the program yet"));
 }
 
 void LinkPresenter::transmit()

@@ -50,6 +50,7 @@ Q_SIGNALS:
     void firmwareReady(const QString &what);
     /// A message that must not be overlooked.
     void messageWanted(const QString &text);
+    void operationalModeWanted();
 
 private:
     void connectLink();
@@ -62,7 +63,6 @@ private:
     void tellEnd();
     void sendFirmware();
     void place(const QString &command);
-    void notAvailable();
     void takeOverTransmitted();
     void takeVersion(const VersionReply &version);
     void takeStationType(const QString &type);

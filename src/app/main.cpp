@@ -4,6 +4,7 @@
 #include "link/udp_transport.h"
 #include "look/program_name.h"
 #include "look/style.h"
+#include "opmode/station_sockets.h"
 #include "platform/serial_device.h"
 
 #include <QApplication>
@@ -18,9 +19,15 @@ int main(int argc, char **argv)
     ktr::IoThread io;
     ktr::SerialTransport serial(io);
     ktr::UdpTransport ethernet(io);
+    ktr::StationSockets stations(io);
     ktr::EventLoopTimers timers;
-    ktr::FormMain window(
-        {ktr::systemEnvironment(), timers, serial, ethernet, [] { return ktr::serialPorts(); }, {}});
+    ktr::FormMain window({ktr::systemEnvironment(),
+                          timers,
+                          serial,
+                          ethernet,
+                          [] { return ktr::serialPorts(); },
+                          {},
+                          [&stations] { return stations.createLine(); }});
     const auto end = [] { QCoreApplication::exit(0); };
     QObject::connect(&window, &ktr::FormMain::closed, &application, end, Qt::QueuedConnection);
     QObject::connect(&window, &ktr::FormMain::exitWanted, &application, end);

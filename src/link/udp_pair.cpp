@@ -400,15 +400,25 @@ UdpPair::~UdpPair()
     close();
 }
 
+bool UdpPair::isAddress(const QString &address)
+{
+    const std::optional<ModuleAddress> module = parse(address);
+    if (!module) {
+        return false;
+    }
+    asio::error_code isName;
+    const asio::ip::address literal = asio::ip::make_address(module->host, isName);
+    const bool isNumbers = module->host.find_first_not_of("0123456789.") == std::string::npos;
+    return isName ? !isNumbers : !literal.is_unspecified() && !literal.is_multicast();
+}
+
 Status UdpPair::open(const QString &address, UdpPairEvents events)
 {
     const std::optional<ModuleAddress> module = parse(address);
     asio::error_code isName;
     const asio::ip::address literal =
         module ? asio::ip::make_address(module->host, isName) : asio::ip::address();
-    const bool isNumbers = module && module->host.find_first_not_of("0123456789.") == std::string::npos;
-    if (!module || (isName && isNumbers) ||
-        (!isName && (literal.is_unspecified() || literal.is_multicast()))) {
+    if (!isAddress(address)) {
         return Status::failed(
             QCoreApplication::translate("Files", "%1: is no address of a module").arg(address));
     }

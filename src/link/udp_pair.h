@@ -50,6 +50,9 @@ public:
     /// The message of open() when no pair of ports is free.
     static QString portInUse();
 
+    /// Whether open() takes it; a name is not looked up.
+    static bool isAddress(const QString &address);
+
     explicit UdpPair(IoThread &io, const UdpPairOptions &options = {});
     ~UdpPair();
     Q_DISABLE_COPY_MOVE(UdpPair)

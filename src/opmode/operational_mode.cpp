@@ -274,6 +274,8 @@ Status OperationalMode::close()
     return Status::done();
 }
 
+void OperationalMode::closeWithoutFile() {}
+
 Status OperationalMode::acknowledge(const QModelIndexList &)
 {
     return Status::done();

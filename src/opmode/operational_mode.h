@@ -47,6 +47,8 @@ public:
 
     /// Writes the file, removes the journal and the stations. After a failure everything is as before.
     Status close();
+    /// Removes the stations and leaves the file as it is; the journal keeps what changed.
+    void closeWithoutFile();
     bool isOpen() const { return m_isOpen; }
 
     StationTree &tree() { return m_tree; }

@@ -4,6 +4,7 @@
 #include "platform/registry.h"
 #include "platform/settings_store.h"
 #include "support/page_fixture.h"
+#include "support/recorded_line.h"
 #include "support/silent_line.h"
 
 #include <QApplication>
@@ -65,8 +66,6 @@ private Q_SLOTS:
         m_line = std::make_unique<SilentLine>();
         m_ports.clear();
         m_network.opened.clear();
-        m_station.clear();
-        m_released.clear();
     }
 
     void cleanup()
@@ -271,10 +270,18 @@ private Q_SLOTS:
         QTRY_COMPARE(list->count(), 0);
     }
 
-    void aStationOfTheOperationalModeIsAskedAboutBeforeItsModuleIsTaken()
+    void aStationOfTheOperationalModeIsLentForItsConfigurationAndTakenBack()
     {
+        QVERIFY(replaceFile(path("nodes.xml"),
+                            "<KTR><item1 hostAddress=\"10.0.0.7\" online=\"-1\" key=\"Works 4\" "
+                            "text=\"Works 4\" ForeColor=\"-2147483640\"/></KTR>"));
         start({});
-        m_station = "Works 4";
+        clickMenu("mnu_betriebsmodus");
+        QVERIFY(!m_window->isVisible());
+        QWidget *mode = operationalMode();
+        QVERIFY(mode != nullptr && QTest::qWaitForWindowActive(mode));
+        QCOMPARE(m_stationLine->opened, QStringList("10.0.0.7"));
+
         QStringList texts;
         const auto answerNext = [&](const QString &button) {
             QTimer::singleShot(0, this, [&texts, button] {
@@ -284,17 +291,22 @@ private Q_SLOTS:
                 QTest::mouseClick(control<QPushButton>(*question, button), Qt::LeftButton);
             });
         };
-        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::Connection));
-        typeOver(field("Txt_connection_address"), "10.0.0.7");
+        auto *configure = mode->findChild<QAction *>("mnu_konfiguration");
         answerNext("CancelButton");
-        QTest::mouseClick(control<QPushButton>(*m_window, "cmd_connection_ethernet"), Qt::LeftButton);
-        QVERIFY(m_network.opened.isEmpty() && m_released.isEmpty());
+        configure->trigger();
+        QVERIFY(m_window->isVisible() && m_network.opened.isEmpty() && m_stationLine->isOpen());
         answerNext("OKButton");
-        QTest::mouseClick(control<QPushButton>(*m_window, "cmd_connection_ethernet"), Qt::LeftButton);
-        QCOMPARE(m_released, QStringList("10.0.0.7"));
+        configure->trigger();
         QCOMPARE(m_network.opened, QStringList("10.0.0.7"));
+        QVERIFY(!m_stationLine->isOpen());
         QCOMPARE(texts.last(), "Works 4 has a active connection in Operational Mode.\n"
                                "The Connection in Operational Mode will now be closed.");
+        clickMenu("mnu_verbindung_offline");
+        QVERIFY(m_stationLine->isOpen());
+
+        m_window->close();
+        QTRY_VERIFY(operationalMode() == nullptr);
+        QVERIFY(!QFileInfo::exists(path("nodes.journal")));
     }
 
     void aFirmwareImageIsShownBeforeItIsAnnounced()
@@ -405,14 +417,24 @@ private:
     {
         Environment environment = fixedEnvironment();
         environment.programFolder = m_folder->path();
-        m_window = std::make_unique<FormMain>(
-            Services{environment, m_timers, *m_line, m_network, [this] { return m_ports; },
-                     m_folder->path() + "/instance", [this](const QString &) { return m_station; },
-                     [this](const QString &address) { m_released += address; }});
+        m_window =
+            std::make_unique<FormMain>(Services{environment, m_timers, *m_line, m_network,
+                                                [this] { return m_ports; }, m_folder->path() + "/instance",
+                                                [this] {
+                                                    auto line = std::make_unique<test::RecordedLine>();
+                                                    m_stationLine = line.get();
+                                                    return line;
+                                                }});
         m_window->start(arguments);
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
 
+    static QWidget *operationalMode()
+    {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        const auto found = std::ranges::find(windows, QString("Form_betriebsmodus"), &QObject::objectName);
+        return found == windows.end() ? nullptr : *found;
+    }
     QLineEdit *field(const QString &name) { return control<QLineEdit>(*m_window, name); }
     QAction *action(const QString &name) { return m_window->findChild<QAction *>(name); }
     void clickMenu(const QString &name) { action(name)->trigger(); }
@@ -434,8 +456,7 @@ private:
     std::unique_ptr<SilentLine> m_line;
     SilentLine m_network;
     QStringList m_ports;
-    QString m_station; ///< held by the operational mode
-    QStringList m_released;
+    test::RecordedLine *m_stationLine = nullptr; ///< of the station that was added last
     std::unique_ptr<FormMain> m_window;
 };
 

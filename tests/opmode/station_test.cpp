@@ -1,34 +1,13 @@
 #include "opmode/station.h"
 #include "support/manual_timers.h"
+#include "support/recorded_line.h"
 
 #include <QTest>
 
 using namespace ktr;
+using test::RecordedLine;
 
 namespace {
-
-struct RecordedLine : StationLine
-{
-    Status open(const QString &hostAddress) override
-    {
-        opened += hostAddress;
-        isOpened = failure.isEmpty();
-        return isOpened ? Status::done() : Status::failed(failure);
-    }
-    void close() override { isOpened = false; }
-    bool isOpen() const override { return isOpened; }
-    void send(const QByteArray &datagram) override
-    {
-        if (isOpened) {
-            sent += datagram;
-        }
-    }
-
-    QStringList opened;
-    QByteArrayList sent;
-    QString failure;
-    bool isOpened = false;
-};
 
 struct RecordingOwner : StationOwner
 {

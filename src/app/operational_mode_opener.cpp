@@ -1,0 +1,83 @@
+#include "app/operational_mode_opener.h"
+
+#include "opmode/window/form_betriebsmodus.h"
+
+namespace ktr {
+
+OperationalModeOpener::OperationalModeOpener(const OperationalMode::Services &services,
+                                             const TextTable &texts)
+    : m_services(services), m_texts(texts)
+{}
+
+OperationalModeOpener::~OperationalModeOpener() = default;
+
+void OperationalModeOpener::open(const QPoint &place)
+{
+    if (m_mode == nullptr) {
+        m_mode = std::make_unique<OperationalMode>(m_services, stationCaptions(m_texts));
+        m_window = std::make_unique<Form_betriebsmodus>(*m_mode, m_texts);
+        connectWindow();
+        m_window->move(place);
+        m_window->show();
+        m_window->open(joinPath(m_services.environment.programFolder, QStringLiteral("nodes.xml")));
+    }
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
+}
+
+void OperationalModeOpener::connectWindow()
+{
+    connect(m_window.get(), &Form_betriebsmodus::configurationWanted, this,
+            &OperationalModeOpener::configurationWanted);
+    // Not from inside the window's own event.
+    const auto end = [this] {
+        m_window.reset();
+        m_mode.reset();
+        Q_EMIT closed();
+    };
+    connect(m_window.get(), &Form_betriebsmodus::closed, this, end, Qt::QueuedConnection);
+}
+
+bool OperationalModeOpener::close()
+{
+    if (m_window != nullptr) {
+        m_window->disconnect(this); // nobody is to take its place
+        if (!m_window->close()) {
+            connectWindow();
+            return false;
+        }
+        m_window.reset();
+        m_mode.reset();
+    }
+    return true;
+}
+
+void OperationalModeOpener::applyTexts()
+{
+    if (m_window != nullptr) {
+        m_window->applyTexts();
+    }
+}
+
+QString OperationalModeOpener::stationAt(const QString &hostAddress) const
+{
+    const QString kennung = m_mode == nullptr ? QString() : m_mode->stationAt(hostAddress);
+    return kennung.isEmpty() ? QString() : m_mode->tree().find(kennung).data().toString();
+}
+
+void OperationalModeOpener::lend(const QString &hostAddress)
+{
+    if (m_mode != nullptr) {
+        m_mode->lend(m_mode->stationAt(hostAddress));
+    }
+}
+
+void OperationalModeOpener::takeBack()
+{
+    if (m_mode != nullptr) {
+        m_mode->takeBack();
+    }
+}
+
+} // namespace ktr

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "lang/text_table.h"
+#include "opmode/operational_mode.h"
+
+#include <QPointer>
+
+namespace ktr {
+
+class Form_betriebsmodus;
+
+/// Opens and closes the operational mode for the main window, and lends its stations to it.
+class OperationalModeOpener : public QObject
+{
+    Q_OBJECT
+
+public:
+    OperationalModeOpener(const OperationalMode::Services &services, const TextTable &texts);
+    ~OperationalModeOpener() override;
+
+    /// Shows the window at a place of the screen; the stations are loaded unless they are there.
+    void open(const QPoint &place);
+    /// False when the window refuses to close.
+    bool close();
+    bool isOpen() const { return m_mode != nullptr; }
+    void applyTexts();
+
+    /// The name of the station that is held online at an address, empty when none is, and what lets go of
+    /// it for a while.
+    QString stationAt(const QString &hostAddress) const;
+    void lend(const QString &hostAddress);
+    /// Holds again what was let go of.
+    void takeBack();
+
+Q_SIGNALS:
+    void closed();
+    void configurationWanted(const QString &hostAddress);
+
+private:
+    void connectWindow();
+
+    OperationalMode::Services m_services;
+    const TextTable &m_texts;
+    std::unique_ptr<OperationalMode> m_mode;
+    std::unique_ptr<Form_betriebsmodus> m_window; ///< goes first
+};
+
+} // namespace ktr

@@ -1,0 +1,430 @@
+#include "opmode/window/form_betriebsmodus.h"
+
+#include "look/icons.h"
+#include "look/message_dialog.h"
+#include "look/mnemonics.h"
+#include "look/program_name.h"
+#include "opmode/window/station_page.h"
+#include "opmode/window/station_tree_view.h"
+#include "platform/settings_store.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace ktr {
+
+namespace {
+
+const QString storeName = QStringLiteral("KTR_Config");
+const QString storeSection = QStringLiteral("OperationalMode");
+const QString geometryKey = QStringLiteral("geometry");
+const QString splitterKey = QStringLiteral("splitter");
+constexpr QSize comfortableSize(1180, 740);
+constexpr QSize smallest(600, 360);
+constexpr int countMs = 1000;
+constexpr int treeWidth = 320;
+
+} // namespace
+
+Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &texts, QWidget *parent)
+    : QMainWindow(parent), m_mode(mode), m_texts(texts)
+{
+    setObjectName(QStringLiteral("Form_betriebsmodus"));
+    setWindowIcon(icon(IconName::Application));
+    buildMenus();
+    layOut();
+    connect(&m_mode, &OperationalMode::told, this, &Form_betriebsmodus::tell);
+    m_countTimer.setInterval(countMs);
+    connect(&m_countTimer, &QTimer::timeout, this, &Form_betriebsmodus::showCounts);
+    setMinimumSize(smallest);
+    resize(comfortableSize.boundedTo(screen()->availableSize()));
+    const SettingsStore store;
+    const auto kept = [&store](const QString &key) {
+        return QByteArray::fromBase64(store.GetSetting(storeName, storeSection, key).toLatin1());
+    };
+    restoreGeometry(kept(geometryKey));
+    m_splitter->restoreState(kept(splitterKey));
+    applyTexts();
+}
+
+Form_betriebsmodus::~Form_betriebsmodus()
+{
+    // They look at the members to their end, for example when the focus leaves them.
+    qDeleteAll(findChildren<QWidget *>(Qt::FindDirectChildrenOnly));
+}
+
+// Parts of the window
+
+void Form_betriebsmodus::layOut()
+{
+    m_splitter = new QSplitter(this);
+    m_splitter->setChildrenCollapsible(false);
+    m_pages = new QTabWidget(m_splitter);
+    m_pages->setObjectName(QStringLiteral("TabStrip_pages"));
+    m_pages->setDocumentMode(true);
+    auto *stationPage = new StationPage(m_mode, m_texts);
+    addPage(stationPage);
+    m_splitter->addWidget(layOutTree());
+    m_splitter->addWidget(m_pages);
+    m_splitter->setStretchFactor(1, 1);
+    m_splitter->setSizes({treeWidth, comfortableSize.width() - treeWidth});
+    setCentralWidget(m_splitter);
+    connect(m_pages, &QTabWidget::currentChanged, this, &Form_betriebsmodus::showPage);
+
+    m_counts = new QLabel(this);
+    m_counts->setObjectName(QStringLiteral("lbl_counts"));
+    m_event = new QLabel(this);
+    m_event->setObjectName(QStringLiteral("lbl_event"));
+    m_event->setTextFormat(Qt::PlainText);
+    m_event->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    statusBar()->addWidget(m_event, 1);
+    statusBar()->addPermanentWidget(m_counts);
+}
+
+void Form_betriebsmodus::addPage(OpmodePage *page)
+{
+    m_pages->addTab(page, QString());
+    m_pageList += page;
+    connect(page, &OpmodePage::told, this, &Form_betriebsmodus::tell);
+}
+
+QWidget *Form_betriebsmodus::layOutTree()
+{
+    auto *side = new QWidget(m_splitter);
+    auto *column = new QVBoxLayout(side);
+    m_filter = new QLineEdit(side);
+    m_filter->setObjectName(QStringLiteral("Text_filter_station"));
+    m_filter->setClearButtonEnabled(true);
+    m_filter->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
+    m_filterKind = new QComboBox(side);
+    m_filterKind->setObjectName(QStringLiteral("Combo_filter_station"));
+    m_filterKind->addItems({QString(), QString(), QString(), QString()});
+    auto *filters = new QHBoxLayout;
+    filters->addWidget(m_filter, 1);
+    filters->addWidget(m_filterKind);
+    m_tree = new StationTreeView(m_mode.tree(), side);
+    m_tree->setAddressSource([this](const QString &kennung) {
+        const cStation *station = m_mode.station(kennung);
+        return station == nullptr ? QString() : station->hostAddress();
+    });
+    column->addLayout(filters);
+    column->addWidget(m_tree, 1);
+    connect(m_filter, &QLineEdit::textChanged, this, &Form_betriebsmodus::applyFilter);
+    connect(m_filterKind, &QComboBox::activated, this, &Form_betriebsmodus::applyFilter);
+    connect(m_tree, &StationTreeView::currentNodeChanged, this, &Form_betriebsmodus::showNode);
+    connect(m_tree, &StationTreeView::filtered, this, &Form_betriebsmodus::showCounts);
+    connect(&m_mode, &OperationalMode::alarmRaised, m_tree, &StationTreeView::reveal);
+    m_tree->addActions(m_stationMenu->actions());
+    return side;
+}
+
+QAction *Form_betriebsmodus::add(QMenu *menu, const char *name, const std::function<void()> &triggered,
+                                 const QKeySequence &shortcut)
+{
+    QAction *action = menu->addAction(QString());
+    action->setObjectName(QLatin1String(name));
+    action->setShortcut(shortcut);
+    connect(action, &QAction::triggered, this, triggered);
+    return action;
+}
+
+void Form_betriebsmodus::buildMenus()
+{
+    m_stationMenu = menuBar()->addMenu(QString());
+    mnu_station_add = add(
+        m_stationMenu, "mnu_station_add", [this] { addStation(); }, QKeySequence::New);
+    mnu_station_rename = add(
+        m_stationMenu, "mnu_station_rename", [this] { renameStation(); }, QKeySequence(Qt::Key_F2));
+    mnu_station_del = add(
+        m_stationMenu, "mnu_station_del", [this] { deleteStation(); },
+        QKeySequence(Qt::CTRL | Qt::Key_Delete));
+    m_stationMenu->addSeparator();
+    mnu_station_allonline =
+        add(m_stationMenu, "mnu_station_allonline", [this] { m_mode.setAllOnline(true); });
+    mnu_station_alloffline = add(m_stationMenu, "mnu_station_alloffline", [this] {
+        if (ask(tr("Put all stations offline? No alarm of any of them arrives then."))) {
+            m_mode.setAllOnline(false);
+        }
+    });
+    m_stationMenu->addSeparator();
+    mnu_konfiguration = add(
+        m_stationMenu, "mnu_konfiguration", [this] { configure(); }, QKeySequence(Qt::CTRL | Qt::Key_K));
+    m_stationMenu->addSeparator();
+    mnu_close = add(
+        m_stationMenu, "mnu_close", [this] { close(); }, QKeySequence::Close);
+
+    m_viewMenu = menuBar()->addMenu(QString());
+    mnu_ansicht_normal = add(
+        m_viewMenu, "mnu_ansicht_normal", [this] { showView(false); }, QKeySequence(Qt::CTRL | Qt::Key_1));
+    mnu_ansicht_treeview = add(
+        m_viewMenu, "mnu_ansicht_treeview", [this] { showView(true); }, QKeySequence(Qt::CTRL | Qt::Key_2));
+    auto *views = new QActionGroup(this);
+    for (QAction *view : {mnu_ansicht_normal, mnu_ansicht_treeview}) {
+        view->setCheckable(true);
+        views->addAction(view);
+    }
+    mnu_ansicht_normal->setChecked(true);
+    mnu_station_add->setIcon(icon(IconName::Add));
+    mnu_station_del->setIcon(icon(IconName::Delete));
+}
+
+void Form_betriebsmodus::applyTexts()
+{
+    const auto text = [this](Text name) { return m_texts.text(name); };
+    setWindowTitle(programName + QLatin1String("  ") + text(Text::OperationalMode));
+    m_stationMenu->setTitle(text(Text::Station));
+    mnu_station_add->setText(text(Text::AddStation));
+    mnu_station_rename->setText(tr("Rename"));
+    mnu_station_del->setText(text(Text::DeleteStation));
+    mnu_station_allonline->setText(text(Text::AllOnline));
+    mnu_station_alloffline->setText(text(Text::AllOffline));
+    mnu_konfiguration->setText(text(Text::ConfigurationMode));
+    mnu_close->setText(tr("Close the operational mode"));
+    m_viewMenu->setTitle(text(Text::View));
+    mnu_ansicht_normal->setText(text(Text::General));
+    mnu_ansicht_treeview->setText(text(Text::TreeView));
+    const std::array captions = {Text::Station, Text::Notifications, Text::History, Text::Ip};
+    for (int page = 0; page < m_pages->count(); ++page) {
+        m_pages->setTabText(page, text(captions[static_cast<std::size_t>(page)]));
+        m_pageList[page]->applyTexts();
+    }
+    m_filter->setPlaceholderText(tr("Find a station (name or address)"));
+    m_filter->setAccessibleName(m_filter->placeholderText());
+    const QStringList kinds = {tr("All"), tr("In alarm"), tr("Not alive"), tr("Offline")};
+    for (int kind = 0; kind < kinds.size(); ++kind) {
+        m_filterKind->setItemText(kind, kinds[kind]);
+    }
+    m_filterKind->setAccessibleName(tr("Stations shown"));
+    m_tree->setAccessibleName(tr("Stations"));
+    giveMnemonics();
+    showCounts();
+}
+
+void Form_betriebsmodus::giveMnemonics()
+{
+    const auto give = [](const QList<QAction *> &actions) {
+        QList<QAction *> captioned;
+        QStringList captions;
+        for (QAction *action : actions) {
+            if (!action->isSeparator()) {
+                captioned += action;
+                captions += action->text();
+            }
+        }
+        captions = withMnemonics(captions);
+        for (qsizetype i = 0; i < captioned.size(); ++i) {
+            captioned[i]->setText(captions[i]);
+        }
+    };
+    give(menuBar()->actions());
+    give(m_stationMenu->actions());
+    give(m_viewMenu->actions());
+}
+
+void Form_betriebsmodus::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange) {
+        applyTexts();
+    }
+}
+
+// Opening and closing
+
+void Form_betriebsmodus::open(const QString &nodesPath)
+{
+    static_cast<void>(m_mode.open(nodesPath, OperationalMode::Use::Keep)); // what is wrong is told
+    if (m_mode.stations().Count() == 0) {
+        m_mode.addStation(m_texts.text(Text::NewNotification));
+    }
+    m_tree->setCurrentIndex(m_mode.tree().index(0, 0));
+    m_tree->setFocus();
+    m_countTimer.start();
+    applyFilter();
+}
+
+void Form_betriebsmodus::closeEvent(QCloseEvent *event)
+{
+    event->ignore();
+    if (isBusy()) {
+        QApplication::beep();
+        return;
+    }
+    if (m_mode.isOpen()) {
+        if (const Status written = m_mode.close(); !written) {
+            tell(written.message());
+            if (!ask(written.message() + u"\n\n" +
+                     tr("The list of stations could not be written. What changed is kept in its journal and "
+                        "is taken up at the next opening. Close all the same?"))) {
+                return;
+            }
+            m_mode.closeWithoutFile();
+        }
+    }
+    m_countTimer.stop();
+    SettingsStore store;
+    store.SaveSetting(storeName, storeSection, geometryKey, QString::fromLatin1(saveGeometry().toBase64()));
+    store.SaveSetting(storeName, storeSection, splitterKey,
+                      QString::fromLatin1(m_splitter->saveState().toBase64()));
+    event->accept();
+    Q_EMIT closed();
+}
+
+// The tree and the pages
+
+QString Form_betriebsmodus::chosen() const
+{
+    return StationTreeView::stationOf(m_tree->currentIndex()).data(StationTree::KeyRole).toString();
+}
+
+void Form_betriebsmodus::showNode(const QModelIndex &node)
+{
+    const QString kennung = chosen();
+    for (OpmodePage *page : m_pageList) {
+        if (page->kennung() != kennung) {
+            page->showStation(kennung);
+        }
+    }
+    enableActions();
+    if (m_isFollowing || !node.isValid()) {
+        return;
+    }
+    const QModelIndex branch =
+        node.parent().isValid() && node.parent().parent().isValid() ? node.parent() : node;
+    const auto kind = branch.data(StationTree::KindRole).value<NodeKind>();
+    const PageIndex page = kind == NodeKind::Notifications ? PageIndex::Notifications
+                           : kind == NodeKind::History     ? PageIndex::History
+                           : kind == NodeKind::InputValues ? PageIndex::InputValues
+                                                           : PageIndex::Station;
+    const QScopedValueRollback following(m_isFollowing, true);
+    m_pages->setCurrentIndex(static_cast<int>(page));
+}
+
+/// The node that a page is about is selected, so that tree and page never tell different things.
+void Form_betriebsmodus::showPage(int index)
+{
+    const QModelIndex station = StationTreeView::stationOf(m_tree->currentIndex());
+    if (m_isFollowing || !station.isValid()) {
+        return;
+    }
+    const QScopedValueRollback following(m_isFollowing, true);
+    m_tree->setCurrentIndex(index == 0 ? station : m_mode.tree().index(index - 1, 0, station));
+}
+
+void Form_betriebsmodus::showView(bool treeOnly)
+{
+    m_pages->setVisible(!treeOnly);
+}
+
+void Form_betriebsmodus::applyFilter()
+{
+    m_tree->filter(m_filter->text(), static_cast<StationTreeView::Kind>(m_filterKind->currentIndex()));
+}
+
+void Form_betriebsmodus::showCounts()
+{
+    int alive = 0;
+    int silent = 0;
+    int offline = 0;
+    m_mode.stations().forEach([&](const cStation &station) {
+        offline += station.online() ? 0 : 1;
+        alive += station.liveness() == cStation::Liveness::Alive ? 1 : 0;
+        silent += station.liveness() == cStation::Liveness::Silent ? 1 : 0;
+    });
+    const int all = m_mode.stations().Count();
+    QString counts =
+        tr("Stations: %1, alive %2, silent %3, offline %4").arg(all).arg(alive).arg(silent).arg(offline);
+    if (m_tree->shownStations() != all) {
+        counts = tr("shown %1").arg(m_tree->shownStations()) + QLatin1String("  –  ") + counts;
+    }
+    m_counts->setText(counts);
+}
+
+void Form_betriebsmodus::tell(const QString &line)
+{
+    m_lastEvent = line;
+    m_event->setToolTip(line);
+    elideEvent();
+}
+
+void Form_betriebsmodus::elideEvent()
+{
+    m_event->setText(
+        m_event->fontMetrics().elidedText(m_lastEvent.simplified(), Qt::ElideRight, m_event->width()));
+}
+
+void Form_betriebsmodus::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    elideEvent();
+}
+
+// What the menus do
+
+void Form_betriebsmodus::enableActions()
+{
+    const bool isChosen = !chosen().isEmpty();
+    for (QAction *action : {mnu_station_rename, mnu_station_del, mnu_konfiguration}) {
+        action->setEnabled(isChosen);
+    }
+}
+
+bool Form_betriebsmodus::ask(const QString &question)
+{
+    const QScopedValueRollback busy(m_busy, m_busy + 1);
+    return Dialog::question(this, m_texts, question);
+}
+
+void Form_betriebsmodus::addStation()
+{
+    const QString kennung = m_mode.addStation(m_texts.text(Text::NewNotification));
+    if (kennung.isEmpty()) {
+        tell(tr("There is no room for another station"));
+        return;
+    }
+    m_tree->setCurrentIndex(m_mode.tree().find(kennung));
+}
+
+void Form_betriebsmodus::renameStation()
+{
+    if (m_tree->isVisible()) {
+        const QModelIndex station = StationTreeView::stationOf(m_tree->currentIndex());
+        m_tree->setCurrentIndex(station);
+        m_tree->edit(station);
+    }
+}
+
+void Form_betriebsmodus::deleteStation()
+{
+    const QString kennung = chosen();
+    const QString name = m_mode.tree().find(kennung).data().toString();
+    if (ask(tr("Delete the station \"%1\" with its notifications, its history and its values?").arg(name))) {
+        m_mode.removeStation(kennung);
+        tell(tr("The station \"%1\" was deleted").arg(name));
+    }
+}
+
+void Form_betriebsmodus::configure()
+{
+    const cStation *station = m_mode.station(chosen());
+    if (station == nullptr || station->hostAddress().isEmpty()) {
+        tell(tr("The station has no address yet"));
+        return;
+    }
+    Q_EMIT configurationWanted(station->hostAddress());
+}
+
+} // namespace ktr

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "lang/text_table.h"
+#include "opmode/operational_mode.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+class QAction;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QSplitter;
+class QTabWidget;
+
+namespace ktr {
+
+class OpmodePage;
+class StationTreeView;
+
+/// The window of the operational mode: the tree of all stations, and pages about the chosen one.
+class Form_betriebsmodus : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    enum class PageIndex { Station, Notifications, History, InputValues };
+    /// Asks for a file to write; empty for "cancel". A filter is made of pairs "description|patterns".
+    using AskForFile = std::function<QString(const QString &proposal, const QString &filter)>;
+
+    Form_betriebsmodus(OperationalMode &mode, const TextTable &texts, QWidget *parent = nullptr);
+    ~Form_betriebsmodus() override;
+
+    /// Opens the stations of a file and selects the first one.
+    void open(const QString &nodesPath);
+
+    /// Puts the texts of the table in place.
+    void applyTexts();
+
+    /// While it is busy the window refuses to close, with a beep.
+    bool isBusy() const { return m_busy > 0; }
+
+    void tell(const QString &line);
+
+Q_SIGNALS:
+    /// The window was closed and its stations are gone.
+    void closed();
+    /// A module is to be configured: the main window is to open its link at this address.
+    void configurationWanted(const QString &hostAddress);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void layOut();
+    QWidget *layOutTree();
+    void buildMenus();
+    QAction *add(QMenu *menu, const char *name, const std::function<void()> &triggered,
+                 const QKeySequence &shortcut = {});
+    void addPage(OpmodePage *page);
+
+    void showNode(const QModelIndex &node);
+    void showPage(int index);
+    QString chosen() const;
+    void addStation();
+    void deleteStation();
+    void renameStation();
+    void configure();
+    bool ask(const QString &question);
+    void showView(bool treeOnly);
+    void applyFilter();
+    void showCounts();
+    void elideEvent();
+    void enableActions();
+    void giveMnemonics();
+
+    OperationalMode &m_mode;
+    const TextTable &m_texts;
+    int m_busy = 0;
+    bool m_isFollowing = false; ///< tree and pages follow each other
+
+    QSplitter *m_splitter;
+    StationTreeView *m_tree;
+    QLineEdit *m_filter;
+    QComboBox *m_filterKind;
+    QTabWidget *m_pages;
+    QList<OpmodePage *> m_pageList;
+    QLabel *m_counts;
+    QLabel *m_event;
+    QString m_lastEvent;
+    QTimer m_countTimer;
+
+    QMenu *m_stationMenu;
+    QMenu *m_viewMenu;
+    QAction *mnu_station_add;
+    QAction *mnu_station_rename;
+    QAction *mnu_station_del;
+    QAction *mnu_station_allonline;
+    QAction *mnu_station_alloffline;
+    QAction *mnu_ansicht_normal;
+    QAction *mnu_ansicht_treeview;
+    QAction *mnu_konfiguration;
+    QAction *mnu_close;
+};
+
+} // namespace ktr

@@ -1,0 +1,389 @@
+#include "opmode/window/station_page.h"
+
+#include "link/udp_pair.h"
+#include "look/palettes.h"
+#include "opmode/window/quality_bars.h"
+#include "opmode/window/station_mark.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPainter>
+#include <QPushButton>
+#include <QScrollArea>
+
+#include <array>
+
+namespace ktr {
+
+/// The mark of the tree, large.
+class StatusMark : public QWidget
+{
+public:
+    explicit StatusMark(QWidget *parent) : QWidget(parent)
+    {
+        constexpr int side = 22;
+        setFixedSize(side, side);
+    }
+    void show(const StationStatus &status)
+    {
+        m_status = status;
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        paintStationMark(painter, rect(), m_status, palette());
+    }
+
+private:
+    StationStatus m_status;
+};
+
+namespace {
+
+constexpr int widestCard = 760;
+constexpr int refreshMs = 1000;
+
+/// The days of the lists; the position in the list is what is stored. The texts are the same in every
+/// language.
+const std::array<QString, 11> dayItems = {
+    QStringLiteral("ungültig"),   QStringLiteral("täglich"),     QStringLiteral("wochentags"),
+    QStringLiteral("Wochenende"), QStringLiteral("montags"),     QStringLiteral("dienstags"),
+    QStringLiteral("mittwochs"),  QStringLiteral("donnerstags"), QStringLiteral("freitags"),
+    QStringLiteral("samstags"),   QStringLiteral("sontags")};
+
+void paintText(QLabel *label, const QColor &colour)
+{
+    QPalette palette = label->palette();
+    if (palette.color(QPalette::WindowText) != colour) {
+        palette.setColor(QPalette::WindowText, colour);
+        label->setPalette(palette);
+    }
+}
+
+} // namespace
+
+StationPage::StationPage(OperationalMode &mode, const TextTable &texts, QWidget *parent)
+    : OpmodePage(mode, texts, parent)
+{
+    setObjectName(QStringLiteral("Page_station"));
+    auto *scroll = new QScrollArea(this);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    auto *body = new QWidget(scroll);
+    auto *column = new QVBoxLayout(body);
+    for (QWidget *card : {connectionCard(), signalCard(), exclusiveCard()}) {
+        card->setMaximumWidth(widestCard);
+        column->addWidget(card);
+    }
+    column->addStretch();
+    scroll->setWidget(body);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scroll);
+
+    connect(&mode, &OperationalMode::stationChanged, this, [this](const QString &kennung) {
+        if (kennung == this->kennung() && isVisible()) {
+            showNow();
+        }
+    });
+    connect(&mode.tree(), &QAbstractItemModel::dataChanged, this, [this](const QModelIndex &index) {
+        if (!index.parent().isValid() && index.data(StationTree::KeyRole).toString() == kennung()) {
+            showNow();
+        }
+    });
+    Timer_aktualisieren.setObjectName(QStringLiteral("Timer_aktualisieren"));
+    connect(&Timer_aktualisieren, &QTimer::timeout, this, [this] {
+        if (isVisible()) {
+            showLastHeard();
+        }
+    });
+    Timer_aktualisieren.start(refreshMs);
+}
+
+QLabel *StationPage::addRow(QGridLayout *grid, int row, QWidget *control)
+{
+    auto *caption = new QLabel(this);
+    caption->setBuddy(control);
+    grid->addWidget(caption, row, 0);
+    grid->addWidget(control, row, 1);
+    return caption;
+}
+
+QWidget *StationPage::connectionCard()
+{
+    m_connectionCard = new QGroupBox(this);
+    auto *grid = new QGridLayout(m_connectionCard);
+    grid->setColumnStretch(1, 1);
+    auto *state = new QHBoxLayout;
+    m_mark = new StatusMark(m_connectionCard);
+    m_status = new QLabel(m_connectionCard);
+    m_status->setObjectName(QStringLiteral("lbl_pic0_state"));
+    QFont large = m_status->font();
+    large.setPointSizeF(large.pointSizeF() * 1.25);
+    large.setBold(true);
+    m_status->setFont(large);
+    Check_pic0_online = new QCheckBox(m_connectionCard);
+    Check_pic0_online->setObjectName(QStringLiteral("Check_pic0_online"));
+    state->addWidget(m_mark);
+    state->addWidget(m_status, 1);
+    state->addWidget(Check_pic0_online);
+    grid->addLayout(state, 0, 0, 1, 2);
+
+    m_name = new QLineEdit(m_connectionCard);
+    m_name->setObjectName(QStringLiteral("Text_pic0_name"));
+    m_nameCaption = addRow(grid, 1, m_name);
+    m_address = new QLineEdit(m_connectionCard);
+    m_address->setObjectName(QStringLiteral("Text_pic0_hostAddress"));
+    m_addressCaption = addRow(grid, 2, m_address);
+    m_addressProblem = new QLabel(m_connectionCard);
+    m_addressProblem->setObjectName(QStringLiteral("lbl_pic0_address"));
+    m_addressProblem->setWordWrap(true);
+    grid->addWidget(m_addressProblem, 3, 1);
+    m_heard = new QLabel(m_connectionCard);
+    m_heard->setObjectName(QStringLiteral("lbl_pic0_heard"));
+    m_heardCaption = addRow(grid, 4, m_heard);
+    m_trouble = new QLabel(m_connectionCard);
+    m_trouble->setObjectName(QStringLiteral("lbl_pic0_trouble"));
+    m_trouble->setWordWrap(true);
+    m_trouble->setTextFormat(Qt::PlainText);
+    grid->addWidget(m_trouble, 5, 1);
+
+    connect(m_name, &QLineEdit::editingFinished, this, &StationPage::storeName);
+    connect(m_address, &QLineEdit::editingFinished, this, &StationPage::storeAddress);
+    connect(m_address, &QLineEdit::textEdited, this, [this] { showAddressProblem({}); });
+    connect(Check_pic0_online, &QCheckBox::clicked, this, [this](bool checked) {
+        storeAddress(); // one that was typed and not left yet counts
+        mode().setOnline(kennung(), checked);
+    });
+    return m_connectionCard;
+}
+
+QWidget *StationPage::signalCard()
+{
+    m_signalCard = new QGroupBox(this);
+    auto *row = new QHBoxLayout(m_signalCard);
+    m_bars = new QualityBars(m_signalCard);
+    m_quality = new QLabel(m_signalCard);
+    m_quality->setObjectName(QStringLiteral("lbl_pic0_csq"));
+    m_puk = new QLabel(m_signalCard);
+    m_puk->setObjectName(QStringLiteral("lbl_pic0_puk"));
+    row->addWidget(m_bars);
+    row->addWidget(m_quality, 1);
+    row->addWidget(m_puk);
+    return m_signalCard;
+}
+
+StationPage::Rule StationPage::addRule(QGridLayout *grid, int row, const char *day, const char *time)
+{
+    Rule rule{new QLabel(m_exclusiveCard), new QComboBox(m_exclusiveCard), new QLineEdit(m_exclusiveCard)};
+    rule.day->setObjectName(QLatin1String(day));
+    rule.day->addItems(QStringList(dayItems.begin(), dayItems.end()));
+    rule.time->setObjectName(QLatin1String(time));
+    rule.time->setMaximumWidth(rule.time->fontMetrics().horizontalAdvance(QStringLiteral("00:00:00000")));
+    rule.caption->setBuddy(rule.day);
+    grid->addWidget(rule.caption, row, 0);
+    grid->addWidget(rule.day, row, 1);
+    grid->addWidget(rule.time, row, 2);
+    connect(rule.day, &QComboBox::activated, this, &StationPage::storeSchedule);
+    connect(rule.time, &QLineEdit::textEdited, this, &StationPage::storeSchedule);
+    connect(rule.time, &QLineEdit::editingFinished, this, [this, edit = rule.time] {
+        const QString shown = shownTime(edit->text());
+        if (shown != edit->text()) {
+            edit->setText(shown);
+            storeSchedule();
+        }
+    });
+    return rule;
+}
+
+QWidget *StationPage::exclusiveCard()
+{
+    m_exclusiveCard = new QGroupBox(this);
+    auto *grid = new QGridLayout(m_exclusiveCard);
+    grid->setColumnStretch(3, 1);
+    Check_pic0_exclusive = new QCheckBox(m_exclusiveCard);
+    Check_pic0_exclusive->setObjectName(QStringLiteral("Check_pic0_exclusive"));
+    grid->addWidget(Check_pic0_exclusive, 0, 0, 1, 4);
+    m_on = addRule(grid, 1, "Combo_pic0_exclusiveON", "Text_pic0_exclusiveON");
+    m_off = addRule(grid, 2, "Combo_pic0_exclusiveOFF", "Text_pic0_exclusiveOFF");
+    m_exclusiveHint = new QLabel(m_exclusiveCard);
+    m_exclusiveHint->setWordWrap(true);
+    grid->addWidget(m_exclusiveHint, 3, 0, 1, 4);
+    connect(Check_pic0_exclusive, &QCheckBox::clicked, this, [this](bool checked) {
+        if (!m_isFilling) {
+            mode().setExclusive(kennung(), checked);
+        }
+    });
+    return m_exclusiveCard;
+}
+
+void StationPage::stationChosen()
+{
+    showAddressProblem({});
+    m_name->setModified(false);
+    m_address->setModified(false);
+    showNow();
+}
+
+void StationPage::showNow()
+{
+    const cStation *shown = station();
+    setEnabled(shown != nullptr);
+    if (shown == nullptr) {
+        return;
+    }
+    m_isFilling = true;
+    const QModelIndex node = mode().tree().find(kennung());
+    const auto status = node.data(StationTree::StatusRole).value<StationStatus>();
+    const bool isLent = mode().isLent(kennung());
+    m_mark->show(status);
+    m_status->setText(isLent ? tr("lent to the configuration") : statusText(status));
+    const auto fill = [](QLineEdit *edit, const QString &text) {
+        if (!edit->isModified() && edit->text() != text) {
+            edit->setText(text);
+        }
+    };
+    fill(m_name, node.data().toString());
+    fill(m_address, shown->hostAddress());
+    Check_pic0_online->setChecked(shown->online() || isLent);
+    m_trouble->setText(shown->trouble());
+    m_trouble->setVisible(!shown->trouble().isEmpty());
+    m_bars->show(shown->csq());
+    const QString level = QualityBars::decibels(shown->csq());
+    m_quality->setText(level.isEmpty() ? tr("unknown (%1)").arg(shown->csq())
+                                       : tr("%1 (reported: %2)").arg(level, shown->csq()));
+    m_puk->setText(shown->pukNeeded() ? text(Text::PukNeeded) : QString());
+    Check_pic0_exclusive->setChecked(shown->exclusiveMode());
+    const ExclusiveSchedule schedule = mode().schedule(kennung());
+    showRule(m_on, schedule.dayOn, schedule.hourOn);
+    showRule(m_off, schedule.dayOff, schedule.hourOff);
+    showLastHeard();
+    paintText(m_trouble, alarmText(palette()));
+    paintText(m_puk, alarmText(palette()));
+    paintText(m_addressProblem, alarmText(palette()));
+    m_isFilling = false;
+}
+
+void StationPage::showRule(const Rule &rule, int day, const QString &time)
+{
+    rule.day->setCurrentIndex(static_cast<int>(dayRule(day)));
+    if (rule.time->text() != time) {
+        rule.time->setText(time);
+    }
+}
+
+void StationPage::showLastHeard()
+{
+    const qint64 heard = station() == nullptr ? 0 : station()->lastHeard();
+    if (heard == 0) {
+        m_heard->setText(tr("not since the operational mode was opened"));
+        return;
+    }
+    const QDateTime moment = QDateTime::fromMSecsSinceEpoch(heard);
+    const qint64 seconds = std::max(qint64{0}, moment.secsTo(QDateTime::currentDateTime()));
+    const QString time = QLocale().toString(moment.time(), QStringLiteral("HH:mm:ss"));
+    constexpr qint64 aMinute = 60;
+    constexpr qint64 aDay = 24 * 60 * aMinute;
+    m_heard->setText(seconds < aMinute ? tr("%1, %2 s ago").arg(time).arg(seconds)
+                     : seconds < aDay  ? tr("%1, %2 min ago").arg(time).arg(seconds / aMinute)
+                                       : QLocale().toString(moment, QLocale::ShortFormat));
+}
+
+void StationPage::storeName()
+{
+    if (station() == nullptr || !m_name->isModified()) {
+        return;
+    }
+    const QString wanted = m_name->text();
+    m_name->setModified(false);
+    StationTree &tree = mode().tree();
+    const QModelIndex node = tree.find(kennung());
+    if (wanted != node.data().toString() && !tree.setData(node, wanted)) {
+        Q_EMIT told(
+            tr("\"%1\" cannot be the name: it is empty, holds \"/\" or another station has it").arg(wanted));
+    }
+    showNow();
+}
+
+void StationPage::storeAddress()
+{
+    if (station() == nullptr || !m_address->isModified()) {
+        return;
+    }
+    const QString wanted = m_address->text().trimmed();
+    if (!wanted.isEmpty() && !UdpPair::isAddress(wanted)) {
+        showAddressProblem(
+            tr("\"%1\" is no address of a module: four numbers from 0 to 255 with dots between "
+               "them, or a host name; \":port\" may follow")
+                .arg(wanted));
+        return;
+    }
+    m_address->setModified(false);
+    mode().setHostAddress(kennung(), wanted);
+    showNow();
+}
+
+void StationPage::showAddressProblem(const QString &problem)
+{
+    m_addressProblem->setText(problem);
+    m_addressProblem->setVisible(!problem.isEmpty());
+    if (!problem.isEmpty()) {
+        Q_EMIT told(problem);
+    }
+}
+
+void StationPage::storeSchedule()
+{
+    if (!m_isFilling) {
+        mode().setSchedule(kennung(), {m_on.time->text(), m_on.day->currentIndex(), m_off.time->text(),
+                                       m_off.day->currentIndex()});
+    }
+}
+
+void StationPage::changeEvent(QEvent *event)
+{
+    OpmodePage::changeEvent(event);
+    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::PaletteChange) {
+        showNow();
+    }
+}
+
+void StationPage::applyTexts()
+{
+    m_connectionCard->setTitle(text(Text::StationConnection));
+    Check_pic0_online->setText(text(Text::Online));
+    m_nameCaption->setText(tr("Name"));
+    m_addressCaption->setText(tr("Address"));
+    m_address->setToolTip(tr("Where the module is reached: four numbers from 0 to 255, or a name; port %1 "
+                             "unless \":port\" follows")
+                              .arg(UdpPair::modulePort));
+    m_heardCaption->setText(tr("Last heard"));
+    m_signalCard->setTitle(text(Text::SignalQuality));
+    m_exclusiveCard->setTitle(text(Text::ExclusiveMode));
+    Check_pic0_exclusive->setText(text(Text::Exclusive));
+    m_on.caption->setText(text(Text::On));
+    m_off.caption->setText(text(Text::Off));
+    const QString days = tr("The days on which exclusive mode is switched");
+    const QString times = tr("The time of the day, HH:MM");
+    for (const Rule &rule : {m_on, m_off}) {
+        rule.day->setToolTip(days);
+        rule.time->setToolTip(times);
+        rule.day->setAccessibleName(rule.caption->text() + u' ' + days);
+        rule.time->setAccessibleName(rule.caption->text() + u' ' + times);
+    }
+    m_exclusiveHint->setText(
+        tr("While it is exclusive the module uses this connection alone: it neither sends "
+           "nor receives by GSM. What is ticked by hand stays until the next switch."));
+    showNow();
+}
+
+} // namespace ktr

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "opmode/station_line.h"
+
+#include <QStringList>
+
+namespace ktr::test {
+
+/// A station's line that keeps what is sent and can be made to fail.
+struct RecordedLine : StationLine
+{
+    Status open(const QString &hostAddress) override
+    {
+        opened += hostAddress;
+        isOpened = failure.isEmpty();
+        return isOpened ? Status::done() : Status::failed(failure);
+    }
+    void close() override { isOpened = false; }
+    bool isOpen() const override { return isOpened; }
+    void send(const QByteArray &datagram) override
+    {
+        if (isOpened) {
+            sent += datagram;
+        }
+    }
+
+    QStringList opened;
+    QByteArrayList sent;
+    QString failure;
+    bool isOpened = false;
+};
+
+} // namespace ktr::test
