@@ -533,13 +533,14 @@ void FormMain::connectOperationalMode()
                 m_tabs->goTo({QStringLiteral("Txt_connection_address"), 0});
                 connectEthernet(address, false);
             });
-    // What was lent goes back as soon as this window lets go of it.
-    connect(&m_link, &ModuleLink::changed, this, [this] {
+    // What was lent goes back once this window has let go of it; a link that is opened anew lets go first.
+    const auto takeBack = [this] {
         if (m_link.line() != ModuleLink::Line::Ethernet &&
             m_link.line() != ModuleLink::Line::EthernetExclusive) {
             m_operationalMode.takeBack();
         }
-    });
+    };
+    connect(&m_link, &ModuleLink::changed, this, takeBack, Qt::QueuedConnection);
 }
 
 void FormMain::openOperationalMode()

@@ -301,8 +301,10 @@ private Q_SLOTS:
         QVERIFY(!m_stationLine->isOpen());
         QCOMPARE(texts.last(), "Works 4 has a active connection in Operational Mode.\n"
                                "The Connection in Operational Mode will now be closed.");
+        QTest::qWait(0);
+        QVERIFY(!m_stationLine->isOpen());
         clickMenu("mnu_verbindung_offline");
-        QVERIFY(m_stationLine->isOpen());
+        QTRY_VERIFY(m_stationLine->isOpen());
 
         m_window->close();
         QTRY_VERIFY(operationalMode() == nullptr);
