@@ -35,6 +35,8 @@ const QString splitterKey = QStringLiteral("splitter");
 constexpr QSize comfortableSize(1180, 740);
 constexpr QSize smallest(600, 360);
 constexpr int countMs = 1000;
+constexpr int toldMs = 50;
+constexpr qsizetype keptLines = 20;
 constexpr int treeWidth = 320;
 
 } // namespace
@@ -47,6 +49,8 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     buildMenus();
     layOut();
     connect(&m_mode, &OperationalMode::told, this, &Form_betriebsmodus::tell);
+    m_toldTimer.setSingleShot(true);
+    connect(&m_toldTimer, &QTimer::timeout, this, &Form_betriebsmodus::showTold);
     m_countTimer.setInterval(countMs);
     connect(&m_countTimer, &QTimer::timeout, this, &Form_betriebsmodus::showCounts);
     setMinimumSize(smallest);
@@ -355,21 +359,26 @@ void Form_betriebsmodus::showCounts()
 
 void Form_betriebsmodus::tell(const QString &line)
 {
-    m_lastEvent = line;
-    m_event->setToolTip(line);
-    elideEvent();
+    m_told.prepend(QLocale().toString(QTime::currentTime(), QStringLiteral("HH:mm:ss  ")) + line.simplified());
+    if (m_told.size() > keptLines) {
+        m_told.removeLast();
+    }
+    if (!m_toldTimer.isActive()) { // thousands may be told in a moment
+        m_toldTimer.start(toldMs);
+    }
 }
 
-void Form_betriebsmodus::elideEvent()
+void Form_betriebsmodus::showTold()
 {
-    m_event->setText(
-        m_event->fontMetrics().elidedText(m_lastEvent.simplified(), Qt::ElideRight, m_event->width()));
+    m_event->setText(m_event->fontMetrics().elidedText(m_told.value(0), Qt::ElideRight, m_event->width()));
+    m_event->setToolTip(m_told.join(u'\n'));
+    m_event->setAccessibleName(m_told.value(0));
 }
 
 void Form_betriebsmodus::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
-    elideEvent();
+    showTold();
 }
 
 // What the menus do

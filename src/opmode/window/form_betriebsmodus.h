@@ -41,6 +41,7 @@ public:
     /// While it is busy the window refuses to close, with a beep.
     bool isBusy() const { return m_busy > 0; }
 
+    /// Shows a line in the status bar. Of many at once the last one is shown; the tool tip has those before.
     void tell(const QString &line);
 
 Q_SIGNALS:
@@ -73,7 +74,7 @@ private:
     void showView(bool treeOnly);
     void applyFilter();
     void showCounts();
-    void elideEvent();
+    void showTold();
     void enableActions();
     void giveMnemonics();
 
@@ -90,7 +91,8 @@ private:
     QList<OpmodePage *> m_pageList;
     QLabel *m_counts;
     QLabel *m_event;
-    QString m_lastEvent;
+    QStringList m_told; ///< the latest first
+    QTimer m_toldTimer;
     QTimer m_countTimer;
 
     QMenu *m_stationMenu;
