@@ -37,14 +37,34 @@ bool isCharacterReference(std::string_view digits)
                         (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF));
 }
 
+bool isControlCharacter(char c)
+{
+    return static_cast<unsigned char>(c) < 0x20 && c != '\n' && c != '\r' && c != '\t';
+}
+
+/// -1 when there is none.
+int firstControlCharacter(QByteArrayView utf8)
+{
+    // In pieces without a way out of their middle: the compiler takes many characters at once.
+    constexpr qsizetype piece = 4096;
+    for (qsizetype at = 0; at < utf8.size(); at += piece) {
+        const QByteArrayView part = utf8.sliced(at, std::min(piece, utf8.size() - at));
+        unsigned char found = 0;
+        for (const char c : part) {
+            found |= static_cast<unsigned char>(isControlCharacter(c));
+        }
+        if (found != 0) {
+            return *std::ranges::find_if(part, isControlCharacter);
+        }
+    }
+    return -1;
+}
+
 /// Refuses what the parser would take: characters, and references to characters, that XML does not know.
 Status checkCharacters(const QByteArray &utf8)
 {
-    for (const char c : utf8) {
-        const auto byte = static_cast<unsigned char>(c);
-        if (byte < 0x20 && c != '\n' && c != '\r' && c != '\t') {
-            return Status::failed(translated("there is a character of number %1").arg(int{byte}));
-        }
+    if (const int c = firstControlCharacter(utf8); c >= 0) {
+        return Status::failed(translated("there is a character of number %1").arg(c));
     }
     const std::string_view text(utf8.constData(), static_cast<std::size_t>(utf8.size()));
     for (std::size_t at = text.find("&#"); at != std::string_view::npos; at = text.find("&#", at + 2)) {
@@ -81,32 +101,40 @@ public:
     /// Gives false when one stands twice.
     bool take(const pugi::xml_node &element)
     {
-        static constexpr std::array<std::string_view, Count> names = {"exclusiveMode",
-                                                                      "exclusive_day_on",
-                                                                      "exclusive_day_off",
-                                                                      "exclusive_hour_on",
-                                                                      "exclusive_hour_off",
-                                                                      "hostAddress",
-                                                                      "online",
-                                                                      "key",
-                                                                      "text",
-                                                                      "ForeColor"};
         m_values.fill({});
+        std::size_t expected = Key; // of all elements but stations, in the order in which they are written
         for (const pugi::xml_attribute &attribute : element.attributes()) {
-            const auto name = std::ranges::find(names, std::string_view(attribute.name()));
-            if (name != names.end()) {
-                std::string_view &value = m_values[static_cast<std::size_t>(name - names.begin())];
-                if (value.data() != nullptr) {
-                    return false;
-                }
-                value = attribute.value();
+            const std::string_view name = attribute.name();
+            const std::size_t which =
+                expected < Count && names[expected] == name ? expected++ : indexOf(name);
+            if (which == Count) {
+                continue;
             }
+            if (m_values[which].data() != nullptr) {
+                return false;
+            }
+            m_values[which] = attribute.value();
         }
         return true;
     }
     std::string_view operator[](Name name) const { return m_values[name]; }
 
 private:
+    static constexpr std::array<std::string_view, Count> names = {"exclusiveMode",
+                                                                  "exclusive_day_on",
+                                                                  "exclusive_day_off",
+                                                                  "exclusive_hour_on",
+                                                                  "exclusive_hour_off",
+                                                                  "hostAddress",
+                                                                  "online",
+                                                                  "key",
+                                                                  "text",
+                                                                  "ForeColor"};
+    static std::size_t indexOf(std::string_view name)
+    {
+        return static_cast<std::size_t>(std::ranges::find(names, name) - names.begin());
+    }
+
     std::array<std::string_view, Count> m_values;
 };
 
@@ -121,9 +149,54 @@ StationAttributes stationOf(const Attributes &attributes)
     return station;
 }
 
-/// The root, when the document is sound: one element `KTR` whose elements hold no others.
-Status rootOf(const pugi::xml_document &document, pugi::xml_node &root)
+/// An element in few bytes: the parser's own are far apart in memory and read only once.
+struct Record
 {
+    std::string_view key;
+    std::string_view text;
+    std::int32_t colour;
+};
+
+struct Records
+{
+    std::vector<Record> nodes;
+    std::vector<StationAttributes> stations; ///< of the keys without "/"
+    std::size_t bytes = 0;                   ///< of the texts, and the names that differ from them, about
+};
+
+bool isStation(std::string_view key)
+{
+    return key.find('/') == std::string_view::npos;
+}
+
+Status takeElement(const pugi::xml_node &element, Records &records)
+{
+    Attributes attributes;
+    if (!attributes.take(element)) {
+        return Status::failed(
+            translated("an attribute of \"%1\" stands twice").arg(QString::fromUtf8(element.name())));
+    }
+    if (!element.first_child().empty()) {
+        return Status::failed(translated("\"%1\" is not empty").arg(QString::fromUtf8(element.name())));
+    }
+    if (element.type() == pugi::node_element) {
+        constexpr std::size_t usualName = 4;
+        const std::string_view key = attributes[Attributes::Key];
+        const std::string_view text = attributes[Attributes::Text];
+        records.nodes.push_back(
+            {key, text, number(attributes[Attributes::Colour], StationTree::normalColour)});
+        records.bytes += key.ends_with(text) ? text.size() : text.size() + usualName;
+        if (isStation(key)) {
+            records.stations.push_back(stationOf(attributes));
+        }
+    }
+    return Status::done();
+}
+
+/// The elements, when the document is sound: one element `KTR` whose elements hold no others.
+Status takeElements(const pugi::xml_document &document, Records &records)
+{
+    pugi::xml_node root;
     for (const pugi::xml_node &node : document.children()) {
         if (node.type() == pugi::node_doctype) {
             return Status::failed(translated("a document type declaration is not accepted"));
@@ -135,14 +208,9 @@ Status rootOf(const pugi::xml_document &document, pugi::xml_node &root)
             root = node;
         }
     }
-    Attributes attributes;
     for (const pugi::xml_node &element : root.children()) {
-        if (!attributes.take(element)) {
-            return Status::failed(
-                translated("an attribute of \"%1\" stands twice").arg(QString::fromUtf8(element.name())));
-        }
-        if (!element.first_child().empty()) {
-            return Status::failed(translated("\"%1\" is not empty").arg(QString::fromUtf8(element.name())));
+        if (Status taken = takeElement(element, records); !taken) {
+            return taken;
         }
     }
     return Status::done();
@@ -150,12 +218,15 @@ Status rootOf(const pugi::xml_document &document, pugi::xml_node &root)
 
 } // namespace
 
-Status readNodes(const QByteArray &document, const std::function<void(const NodeElement &)> &take)
+Status readNodes(QByteArray document, const std::function<void(const NodeElement &)> &take,
+                 const std::function<void(std::size_t nodes, std::size_t bytes)> &expect)
 {
     QByteArray utf8;
     if (Status decoded = xmlToUtf8(document, utf8); !decoded) {
         return decoded;
     }
+    const auto size = static_cast<std::size_t>(document.size());
+    document.clear(); // mostly the same bytes, which are then parsed where they are
     if (Status characters = checkCharacters(utf8); !characters) {
         return characters;
     }
@@ -169,69 +240,24 @@ Status readNodes(const QByteArray &document, const std::function<void(const Node
         return Status::failed(
             translated("at byte %1: %2").arg(result.offset).arg(QString::fromLatin1(result.description())));
     }
-    pugi::xml_node root;
-    if (Status sound = rootOf(parsed, root); !sound) {
+    Records records;
+    constexpr std::size_t fewestBytesOfOurs = 96;
+    records.nodes.reserve(size / fewestBytesOfOurs);
+    if (Status sound = takeElements(parsed, records); !sound) {
         return sound;
     }
-    Attributes attributes;
-    for (const pugi::xml_node &element : root.children()) {
-        if (element.type() != pugi::node_element) {
-            continue;
-        }
-        attributes.take(element);
-        const std::string_view key = attributes[Attributes::Key];
-        const bool isStation = key.find('/') == std::string_view::npos;
-        const StationAttributes station = isStation ? stationOf(attributes) : StationAttributes();
-        take({key, attributes[Attributes::Text],
-              number(attributes[Attributes::Colour], StationTree::normalColour),
-              isStation ? &station : nullptr});
+    if (expect) {
+        expect(records.nodes.size(), records.bytes);
+    }
+    auto station = records.stations.cbegin();
+    for (const Record &record : records.nodes) {
+        take({record.key, record.text, record.colour, isStation(record.key) ? &*station++ : nullptr});
     }
     return Status::done();
 }
 
-QByteArray writeNodes(const NodeStore &nodes,
-                      const std::function<StationAttributes(const QString &kennung)> &attributes)
-{
-    pugi::xml_document document;
-    pugi::xml_node root = document.append_child("KTR");
-    const auto append = [](pugi::xml_node &element, const char *name, const std::string &value) {
-        element.append_attribute(name).set_value(value.c_str());
-    };
-    std::size_t index = 0;
-    std::string key;
-    for (NodeStore::Id id = NodeStore::root + 1; id < nodes.end(); ++id) {
-        if (!nodes.isAlive(id)) {
-            continue;
-        }
-        pugi::xml_node element = root.append_child(("item" + std::to_string(++index)).c_str());
-        if (nodes.parent(id) == NodeStore::root) {
-            const StationAttributes station = attributes(toText(nodes.name(id)));
-            append(element, "exclusiveMode", station.exclusiveMode ? "True" : "False");
-            append(element, "exclusive_day_on", std::to_string(station.schedule.dayOn));
-            append(element, "exclusive_day_off", std::to_string(station.schedule.dayOff));
-            append(element, "exclusive_hour_on", storedText(station.schedule.hourOn));
-            append(element, "exclusive_hour_off", storedText(station.schedule.hourOff));
-            append(element, "hostAddress", storedText(station.hostAddress));
-            append(element, "online", station.online ? "True" : "False");
-        }
-        nodes.keyInNextRun(id, key);
-        append(element, "key", key);
-        append(element, "text", std::string(nodes.text(id)));
-        element.append_attribute("ForeColor").set_value(nodes.colour(id));
-    }
-    struct Writer : pugi::xml_writer
-    {
-        void write(const void *data, std::size_t size) override
-        {
-            bytes.append(static_cast<const char *>(data), static_cast<qsizetype>(size));
-        }
-        QByteArray bytes;
-    } writer;
-    document.save(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
-    return writer.bytes;
-}
-
-Status NodesFile::load(const std::function<bool(const NodeElement &)> &take)
+Status NodesFile::load(const std::function<bool(const NodeElement &)> &take,
+                       const std::function<void(std::size_t nodes, std::size_t bytes)> &expect)
 {
     m_checksum = ktr::checksum({});
     m_keepAside = false;
@@ -245,13 +271,14 @@ Status NodesFile::load(const std::function<bool(const NodeElement &)> &take)
     if (Status read = readFile(m_path, document, longestFile); !read) {
         return read;
     }
+    const quint64 found = ktr::checksum(document);
     qsizetype leftOut = 0;
-    const Status read =
-        readNodes(document, [&](const NodeElement &element) { leftOut += take(element) ? 0 : 1; });
+    const Status read = readNodes(
+        std::move(document), [&](const NodeElement &element) { leftOut += take(element) ? 0 : 1; }, expect);
     if (!read) {
         return Status::failed(m_path + QLatin1String(": ") + read.message());
     }
-    m_checksum = ktr::checksum(document);
+    m_checksum = found;
     if (leftOut > 0) {
         return Status::failed(m_path + QLatin1String(": ") +
                               translated("nodes that belong nowhere were left out: %1").arg(leftOut));
