@@ -120,7 +120,7 @@ void readingAMillionEntriesBesideTheParserAlone(benchmark::State &state)
 BENCHMARK(readingAMillionEntriesBesideTheParserAlone)
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime()
-    ->Iterations(5);
+    ->Iterations(30);
 
 /// The document of a tree, element by element, as whoever has only the parser would make it.
 void build(pugi::xml_document &document, const NodeStore &nodes)
@@ -181,7 +181,7 @@ void writingAMillionEntriesBesideTheParserAlone(benchmark::State &state)
 BENCHMARK(writingAMillionEntriesBesideTheParserAlone)
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime()
-    ->Iterations(5);
+    ->Iterations(30);
 
 void writingAMillionEntriesBesideTheSaveOfABuiltDocument(benchmark::State &state)
 {
@@ -194,7 +194,7 @@ void writingAMillionEntriesBesideTheSaveOfABuiltDocument(benchmark::State &state
 BENCHMARK(writingAMillionEntriesBesideTheSaveOfABuiltDocument)
     ->Unit(benchmark::kMillisecond)
     ->UseManualTime()
-    ->Iterations(5);
+    ->Iterations(30);
 
 /// Alarms that arrive all at once, beside a million entries, with a journal.
 void adding100000Notifications(benchmark::State &state)

@@ -22,7 +22,7 @@ struct NodeElement
 /// Hands over the nodes of a document in its order, all or none: a document that is not sound gives a
 /// failure and no node. Numbers and truth values that cannot be read take their value of a new station.
 /// `expect` is told before how many nodes there are, and about how many bytes their names and texts have.
-Status readNodes(QByteArray document, const std::function<void(const NodeElement &)> &take,
+Status readNodes(const QByteArray &document, const std::function<void(const NodeElement &)> &take,
                  const std::function<void(std::size_t nodes, std::size_t bytes)> &expect = {});
 
 /// The document of all nodes in the order of their creation. The key of a station, and with it the keys
