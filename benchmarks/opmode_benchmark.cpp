@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
+#include <chrono>
 #include <pugixml.hpp>
 
 using namespace ktr;
@@ -17,6 +18,13 @@ namespace {
 
 constexpr int stations = 1000;
 constexpr int entries = 1'000'000;
+
+template <class Work> double secondsOf(Work work)
+{
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
 
 StationCaptions captions()
 {
@@ -67,66 +75,160 @@ void appendingAMillionEntries(benchmark::State &state)
     for (auto _ : state) {
         StationTree tree(captions());
         fill(tree, entries);
-        state.counters["bytes of text"] = static_cast<double>(tree.nodes().arenaSize());
+        state.counters["bytes an entry"] = static_cast<double>(tree.nodes().overhead()) / entries;
     }
 }
 BENCHMARK(appendingAMillionEntries)->Unit(benchmark::kMillisecond);
 
-void parsingAMillionEntriesWithTheParserAlone(benchmark::State &state)
+/// Runs both in turn, each several times; counts how often the time of the other one it takes.
+template <class Own, class Other> void compare(benchmark::State &state, Own own, Other other)
+{
+    double ownTime = 0;
+    double otherTime = 0;
+    for (auto _ : state) {
+        otherTime += secondsOf(other);
+        const double taken = secondsOf(own);
+        ownTime += taken;
+        state.SetIterationTime(taken);
+    }
+    state.counters["ratio"] = ownTime / otherTime;
+}
+
+void readingAMillionEntriesBesideTheParserAlone(benchmark::State &state)
 {
     document();
-    for (auto _ : state) {
+    const auto parser = [] {
         pugi::xml_document parsed;
         benchmark::DoNotOptimize(
             parsed.load_buffer(document().constData(), static_cast<std::size_t>(document().size())));
-    }
-}
-BENCHMARK(parsingAMillionEntriesWithTheParserAlone)->Unit(benchmark::kMillisecond);
-
-void readingAMillionEntries(benchmark::State &state)
-{
-    document();
-    for (auto _ : state) {
+    };
+    const auto own = [&state] {
         StationTree tree(captions());
         tree.beginLoading();
-        const Status read = readNodes(document(), [&tree](const NodeElement &element) {
-            tree.load(element.key, element.text, element.colour);
-        });
+        const Status read = readNodes(
+            document(),
+            [&tree](const NodeElement &element) { tree.load(element.key, element.text, element.colour); },
+            [&tree](std::size_t nodes, std::size_t bytes) { tree.reserve(nodes, bytes); });
         tree.endLoading();
         if (!read) {
             state.SkipWithError("not read");
         }
-    }
-}
-BENCHMARK(readingAMillionEntries)->Unit(benchmark::kMillisecond);
-
-void savingAMillionEntriesWithTheParserAlone(benchmark::State &state)
-{
-    struct Count : pugi::xml_writer
-    {
-        void write(const void *, std::size_t size) override { bytes += size; }
-        std::size_t bytes = 0;
+        state.counters["bytes an entry"] = static_cast<double>(tree.nodes().overhead()) / entries;
     };
-    pugi::xml_document parsed;
-    parsed.load_buffer(document().constData(), static_cast<std::size_t>(document().size()));
-    for (auto _ : state) {
-        Count count;
-        parsed.save(count, "", pugi::format_raw | pugi::format_no_declaration);
-        benchmark::DoNotOptimize(count.bytes);
-    }
+    compare(state, own, parser);
 }
-BENCHMARK(savingAMillionEntriesWithTheParserAlone)->Unit(benchmark::kMillisecond);
+BENCHMARK(readingAMillionEntriesBesideTheParserAlone)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(30);
 
-void writingAMillionEntries(benchmark::State &state)
+/// The document of a tree, element by element, as whoever has only the parser would make it.
+void build(pugi::xml_document &document, const NodeStore &nodes)
 {
-    StationTree tree(captions());
-    fill(tree, entries);
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(
-            writeNodes(tree.nodes(), [](const QString &) { return StationAttributes(); }));
+    pugi::xml_node root = document.append_child("KTR");
+    std::string name;
+    std::string text;
+    std::size_t index = 0;
+    for (NodeStore::Id id = NodeStore::root + 1; id < nodes.end(); ++id) {
+        pugi::xml_node element = root.append_child(("item" + std::to_string(++index)).c_str());
+        nodes.getKeyInNextRun(id, name);
+        text = nodes.text(id);
+        element.append_attribute("key").set_value(name.c_str());
+        element.append_attribute("text").set_value(text.c_str());
+        element.append_attribute("ForeColor").set_value(nodes.colour(id));
     }
 }
-BENCHMARK(writingAMillionEntries)->Unit(benchmark::kMillisecond);
+
+QByteArray saved(const pugi::xml_document &parsed)
+{
+    struct Writer : pugi::xml_writer
+    {
+        void write(const void *data, std::size_t size) override
+        {
+            bytes.append(static_cast<const char *>(data), static_cast<qsizetype>(size));
+        }
+        QByteArray bytes;
+    } writer;
+    writer.bytes.reserve(document().size());
+    parsed.save(writer, "", pugi::format_raw | pugi::format_no_declaration);
+    return writer.bytes;
+}
+
+StationTree &filledTree()
+{
+    static StationTree tree(captions());
+    if (tree.rowCount() == 0) {
+        fill(tree, entries);
+    }
+    return tree;
+}
+
+QByteArray written()
+{
+    return writeNodes(filledTree().nodes(), [](const QString &) { return StationAttributes(); });
+}
+
+void writingAMillionEntriesBesideTheParserAlone(benchmark::State &state)
+{
+    compare(
+        state, [] { benchmark::DoNotOptimize(written()); },
+        [] {
+            pugi::xml_document built;
+            build(built, filledTree().nodes());
+            benchmark::DoNotOptimize(saved(built));
+        });
+}
+BENCHMARK(writingAMillionEntriesBesideTheParserAlone)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(30);
+
+void writingAMillionEntriesBesideTheSaveOfABuiltDocument(benchmark::State &state)
+{
+    pugi::xml_document built;
+    built.load_buffer(document().constData(), static_cast<std::size_t>(document().size()));
+    compare(
+        state, [] { benchmark::DoNotOptimize(written()); },
+        [&built] { benchmark::DoNotOptimize(saved(built)); });
+}
+BENCHMARK(writingAMillionEntriesBesideTheSaveOfABuiltDocument)
+    ->Unit(benchmark::kMillisecond)
+    ->UseManualTime()
+    ->Iterations(30);
+
+/// Alarms that arrive all at once, beside a million entries, with a journal.
+void adding100000Notifications(benchmark::State &state)
+{
+    constexpr int notifications = 100'000;
+    const QTemporaryDir folder;
+    EventLoopTimers timers;
+    for (auto _ : state) {
+        StationTree tree(captions());
+        fill(tree, entries);
+        NodesJournal journal(folder.filePath(QStringLiteral("nodes.journal")), timers,
+                             [](const QString &) {});
+        if (!journal.restart(0)) {
+            state.SkipWithError("no journal");
+        }
+        tree.setObserver([&journal](const NodeChange &change) { journal.add(change); });
+        const QDateTime now = QDateTime::currentDateTime();
+        double longest = 0;
+        double all = 0;
+        for (int number = 0; number < notifications; ++number) {
+            const QString text = QStringLiteral("+4917012345 --> M,Alarm %1 fail").arg(number);
+            const QString station = QStringLiteral("Station %1").arg(number % stations);
+            const double taken = secondsOf([&] {
+                tree.take(station, NotificationMessage{{text, text}, true}, now);
+                QCoreApplication::processEvents();
+            });
+            longest = std::max(longest, taken);
+            all += taken;
+        }
+        state.SetIterationTime(all);
+        state.counters["longest piece, ms"] = longest * 1000;
+    }
+}
+BENCHMARK(adding100000Notifications)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(3);
 
 void keepingAnAlarmInTheJournal(benchmark::State &state)
 {
@@ -139,7 +241,9 @@ void keepingAnAlarmInTheJournal(benchmark::State &state)
     for (auto _ : state) {
         journal.add({NodeChange::What::Added, "Station 1/meldung/+4917012345 --> M,Alarm DI1 fail",
                      "+4917012345 --> M,Alarm DI1 fail", StationTree::alarmColour});
-        journal.flush();
+        if (!journal.flushNow()) {
+            state.SkipWithError("not kept");
+        }
     }
 }
 BENCHMARK(keepingAnAlarmInTheJournal)->Unit(benchmark::kMicrosecond)->UseRealTime();

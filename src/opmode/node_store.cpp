@@ -3,6 +3,7 @@
 #include <QHashSeed>
 
 #include <algorithm>
+#include <bit>
 #include <utility>
 
 namespace ktr {
@@ -46,7 +47,12 @@ NodeStore::NodeStore() : m_slots(fewestSlots), m_seed(QHashSeed::globalSeed())
 std::optional<NodeStore::Id> NodeStore::add(Id parent, std::string_view name, std::string_view text,
                                             std::int32_t colour)
 {
-    if (child(parent, name) || !hasRoom(name.size() + text.size())) {
+    if ((m_alive + 1) * 3 / 2 > m_slots.size()) {
+        rebuildSlots(m_slots.size() * 2);
+    }
+    const std::uint32_t hashed = hash(parent, name);
+    Slot &slot = m_slots[slotOf(hashed, parent, name)];
+    if (slot.id != root) {
         return std::nullopt;
     }
     const std::optional<std::uint32_t> stored = store(name, text);
@@ -55,22 +61,47 @@ std::optional<NodeStore::Id> NodeStore::add(Id parent, std::string_view name, st
     }
     const Id id = end();
     m_nodes.push_back({parent, *stored, colour});
+    slot = {id, hashed};
     ++m_alive;
     auto branch = m_branches.find(parent);
     if (branch == m_branches.end()) {
         branch = m_branches.insert(parent, {kind(parent), {}});
     }
     branch->children.push_back(id);
-    const NodeKind own = childKind(branch->kind, this->name(id));
+    const NodeKind own = childKind(branch->kind, name);
     if (own == NodeKind::Station || own == NodeKind::Notifications || own == NodeKind::History ||
         own == NodeKind::InputValues) {
         m_branches.insert(id, {own, {}});
     }
-    if (m_alive * 3 / 2 > m_slots.size()) {
-        rebuildSlots(m_slots.size() * 2);
-    }
-    insertSlot({id, hash(parent, this->name(id))});
     return id;
+}
+
+void NodeStore::reserve(std::size_t nodes, std::size_t bytes)
+{
+    constexpr std::size_t lengths = 2;
+    m_nodes.reserve(m_nodes.size() + nodes);
+    m_arena.reserve(std::min(largestArena, m_arena.size() + bytes + lengths * nodes));
+    const std::size_t slots = std::bit_ceil((m_alive + nodes) * 3 / 2 + 1);
+    if (slots > m_slots.size()) {
+        rebuildSlots(slots);
+    }
+}
+
+std::size_t NodeStore::overhead() const
+{
+    std::size_t bytes = m_nodes.capacity() * sizeof(Node) + m_slots.capacity() * sizeof(Slot) +
+                        static_cast<std::size_t>(m_branches.capacity()) * (sizeof(Id) + sizeof(Branch) + 1);
+    for (const Branch &branch : m_branches) {
+        bytes += branch.children.capacity() * sizeof(Id);
+    }
+    std::size_t held = 0;
+    for (Id id = root + 1; id < end(); ++id) {
+        if (isAlive(id)) {
+            const Texts both = texts(id);
+            held += both.name.size() + (both.text.data() == both.name.data() ? 0 : both.text.size());
+        }
+    }
+    return bytes + m_arena.capacity() - held;
 }
 
 void NodeStore::remove(Id id)
@@ -129,15 +160,22 @@ bool NodeStore::hasRoom(std::size_t bytes) const
 
 std::optional<NodeStore::Id> NodeStore::child(Id parent, std::string_view name) const
 {
+    const Id id = m_slots[slotOf(hash(parent, name), parent, name)].id;
+    return id == root ? std::nullopt : std::optional(id);
+}
+
+/// Where a node is listed, or the free slot where it would be.
+std::size_t NodeStore::slotOf(std::uint32_t hash, Id parent, std::string_view name) const
+{
     const std::size_t mask = m_slots.size() - 1;
-    const std::uint32_t wanted = hash(parent, name);
-    for (std::size_t slot = wanted & mask; m_slots[slot].id != root; slot = (slot + 1) & mask) {
-        const Id id = m_slots[slot].id;
-        if (m_slots[slot].hash == wanted && m_nodes[id].parent == parent && texts(id).name == name) {
-            return id;
+    std::size_t at = hash & mask;
+    for (; m_slots[at].id != root; at = (at + 1) & mask) {
+        const Id id = m_slots[at].id;
+        if (m_slots[at].hash == hash && m_nodes[id].parent == parent && texts(id).name == name) {
+            break;
         }
     }
-    return std::nullopt;
+    return at;
 }
 
 std::optional<NodeStore::Place> NodeStore::place(std::string_view key) const
@@ -208,40 +246,45 @@ NodeKind NodeStore::childKind(NodeKind parent, std::string_view name)
     }
 }
 
-std::string_view NodeStore::name(Id id) const
-{
-    return texts(id).name;
-}
-
-std::string_view NodeStore::text(Id id) const
-{
-    return texts(id).text;
-}
-
 std::string NodeStore::key(Id id) const
 {
     std::string key;
-    if (id != root) {
-        std::vector<Id> path{id};
-        while (m_nodes[path.back()].parent != root) {
-            path.push_back(m_nodes[path.back()].parent);
-        }
-        key = name(path.back());
-        for (auto node = path.rbegin() + 1; node != path.rend(); ++node) {
-            key.append(1, '/').append(name(*node));
-        }
-    }
+    getKey(id, key);
     return key;
 }
 
-void NodeStore::keyInNextRun(Id id, std::string &key) const
+void NodeStore::getKey(Id id, std::string &key) const
 {
     Id station = id;
     while (m_nodes[station].parent != root) {
         station = m_nodes[station].parent;
     }
-    const std::string_view stationText = text(station);
-    key = this->key(id).replace(0, name(station).size(), stationText);
+    getKey(id, name(station), key);
+}
+
+void NodeStore::getKeyInNextRun(Id id, std::string &key) const
+{
+    Id station = id;
+    while (m_nodes[station].parent != root) {
+        station = m_nodes[station].parent;
+    }
+    getKey(id, text(station), key);
+}
+
+void NodeStore::getKey(Id id, std::string_view stationName, std::string &key) const
+{
+    std::size_t size = stationName.size();
+    for (Id node = id; m_nodes[node].parent != root; node = m_nodes[node].parent) {
+        size += 1 + name(node).size();
+    }
+    key.resize(size);
+    for (Id node = id; m_nodes[node].parent != root; node = m_nodes[node].parent) {
+        const std::string_view own = name(node);
+        size -= own.size();
+        own.copy(key.data() + size, own.size());
+        key[--size] = '/';
+    }
+    stationName.copy(key.data(), stationName.size());
 }
 
 /// The name's length, the name, the text's length plus one, the text; 0 stands for a text that is the name.
@@ -281,16 +324,6 @@ std::uint32_t NodeStore::hash(Id parent, std::string_view name) const
     return static_cast<std::uint32_t>(qHashBits(name.data(), name.size(), seed));
 }
 
-void NodeStore::insertSlot(Slot slot)
-{
-    const std::size_t mask = m_slots.size() - 1;
-    std::size_t at = slot.hash & mask;
-    while (m_slots[at].id != root) {
-        at = (at + 1) & mask;
-    }
-    m_slots[at] = slot;
-}
-
 void NodeStore::removeSlot(Id id)
 {
     const std::size_t mask = m_slots.size() - 1;
@@ -311,9 +344,14 @@ void NodeStore::removeSlot(Id id)
 void NodeStore::rebuildSlots(std::size_t slots)
 {
     const std::vector<Slot> before = std::exchange(m_slots, std::vector<Slot>(slots));
+    const std::size_t mask = slots - 1;
     for (const Slot &slot : before) {
         if (slot.id != root) {
-            insertSlot(slot);
+            std::size_t at = slot.hash & mask;
+            while (m_slots[at].id != root) {
+                at = (at + 1) & mask;
+            }
+            m_slots[at] = slot;
         }
     }
 }

@@ -38,6 +38,8 @@ public:
     /// Removes a node with all that is under it.
     void remove(Id id);
     bool setText(Id id, std::string_view text);
+    /// Makes room for that many nodes more, whose names and texts have about that many bytes, at once.
+    void reserve(std::size_t nodes, std::size_t bytes);
     void setColour(Id id, std::int32_t colour) { m_nodes[id].colour = colour; }
 
     std::optional<Id> child(Id parent, std::string_view name) const;
@@ -56,16 +58,27 @@ public:
     const std::vector<Id> &children(Id id) const;
     std::size_t row(Id id) const; ///< among the children of its parent
     NodeKind kind(Id id) const;
-    std::string_view name(Id id) const;
-    std::string_view text(Id id) const;
+    struct Texts
+    {
+        std::string_view name;
+        std::string_view text; ///< mostly the very bytes of the name when it equals it
+        std::size_t size;      ///< of both in the arena
+    };
+    Texts texts(Id id) const;
+    std::string_view name(Id id) const { return texts(id).name; }
+    std::string_view text(Id id) const { return texts(id).text; }
     std::string key(Id id) const;
-    /// As key(), with the station's text in place of its name.
-    void keyInNextRun(Id id, std::string &key) const;
+    /// As key(), into a text that is used again and again.
+    void getKey(Id id, std::string &key) const;
+    /// The key that the node has after it was written and read: with the station's text in place of its name.
+    void getKeyInNextRun(Id id, std::string &key) const;
     std::int32_t colour(Id id) const { return m_nodes[id].colour; }
 
     /// Whether a node whose name and text have that many bytes together still fits.
     bool hasRoom(std::size_t bytes) const;
     std::size_t arenaSize() const { return m_arena.size(); }
+    /// Bytes in use and reserved for all but names and texts.
+    std::size_t overhead() const;
     std::size_t count() const { return m_alive; }              ///< without the root
     Id end() const { return static_cast<Id>(m_nodes.size()); } ///< beyond the last number
 
@@ -89,18 +102,12 @@ private:
         Id id = root;           ///< root marks a free slot
         std::uint32_t hash = 0; ///< kept, so that a search looks at few nodes that it does not want
     };
-    struct Texts
-    {
-        std::string_view name;
-        std::string_view text;
-        std::size_t size; ///< in the arena
-    };
 
     static NodeKind childKind(NodeKind parent, std::string_view name);
     std::optional<std::uint32_t> store(std::string_view name, std::string_view text);
-    Texts texts(Id id) const;
+    void getKey(Id id, std::string_view stationName, std::string &key) const;
+    std::size_t slotOf(std::uint32_t hash, Id parent, std::string_view name) const;
     std::uint32_t hash(Id parent, std::string_view name) const;
-    void insertSlot(Slot slot);
     void removeSlot(Id id);
     void rebuildSlots(std::size_t slots);
     void compact();

@@ -1,25 +1,14 @@
 #pragma once
 
-#include "opmode/exclusive_schedule.h"
 #include "opmode/node_store.h"
+#include "opmode/station_attributes.h"
 #include "platform/status.h"
 
 #include <QByteArray>
-#include <QDateTime>
 
 #include <functional>
 
 namespace ktr {
-
-/// What the list of stations keeps of a station beside its nodes.
-struct StationAttributes
-{
-    bool exclusiveMode = false;
-    ExclusiveSchedule schedule;
-    QString hostAddress;
-    bool online = false;
-    bool operator==(const StationAttributes &) const = default;
-};
 
 /// A node as the file holds it. Valid while it is handed over.
 struct NodeElement
@@ -32,7 +21,9 @@ struct NodeElement
 
 /// Hands over the nodes of a document in its order, all or none: a document that is not sound gives a
 /// failure and no node. Numbers and truth values that cannot be read take their value of a new station.
-Status readNodes(const QByteArray &document, const std::function<void(const NodeElement &)> &take);
+/// `expect` is told before how many nodes there are, and about how many bytes their names and texts have.
+Status readNodes(const QByteArray &document, const std::function<void(const NodeElement &)> &take,
+                 const std::function<void(std::size_t nodes, std::size_t bytes)> &expect = {});
 
 /// The document of all nodes in the order of their creation. The key of a station, and with it the keys
 /// under it, becomes the station's text. `attributes` is asked by the key of this run.
@@ -47,7 +38,8 @@ public:
 
     /// Reads the file; one that does not exist gives no nodes. `take` gives false for a node that has no
     /// place. After a failure, or when a node had no place, the file is kept aside before it is replaced.
-    Status load(const std::function<bool(const NodeElement &)> &take);
+    Status load(const std::function<bool(const NodeElement &)> &take,
+                const std::function<void(std::size_t nodes, std::size_t bytes)> &expect = {});
 
     /// Replaces the file whole or not at all.
     Status save(const QByteArray &document);

@@ -1,112 +1,54 @@
 #include "opmode/nodes_journal.h"
 
-#include "opmode/checksum.h"
+#include "opmode/journal_record.h"
 #include "opmode/nodes_file.h"
 #include "platform/files.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QtEndian>
 
 namespace ktr {
 
 namespace {
 
 constexpr qint64 longestJournal = qint64{1} << 30;
-constexpr quint64 mark = 0x3152'4E4A'5254'4BFF; ///< the first bytes of every journal
-constexpr qsizetype headerSize = 16;
-constexpr qsizetype recordHeaderSize = 12; ///< length and checksum
 
-template <class Number> void put(QByteArray &bytes, Number number)
+Status failure(const QString &path, const char *reason)
 {
-    char little[sizeof(Number)];
-    qToLittleEndian(number, little);
-    bytes.append(little, sizeof(Number));
-}
-
-template <class Number> Number numberAt(const char *at)
-{
-    return qFromLittleEndian<Number>(at);
-}
-
-/// Length, checksum; kind, colour, length of the key, key, text.
-QByteArray recordOf(const NodeChange &change)
-{
-    QByteArray content;
-    put(content, static_cast<quint8>(change.what));
-    put(content, static_cast<qint32>(change.colour));
-    put(content, static_cast<quint32>(change.key.size()));
-    content.append(change.key.data(), static_cast<qsizetype>(change.key.size()));
-    content.append(change.text.data(), static_cast<qsizetype>(change.text.size()));
-    QByteArray record;
-    put(record, static_cast<quint32>(content.size()));
-    put(record, checksum(content));
-    return record + content;
-}
-
-std::optional<NodeChange> changeOf(QByteArrayView content)
-{
-    constexpr qsizetype fixed = 9;
-    if (content.size() < fixed) {
-        return std::nullopt;
-    }
-    const auto what = numberAt<quint8>(content.data());
-    const auto keySize = static_cast<qsizetype>(numberAt<quint32>(content.data() + 5));
-    if (what < static_cast<quint8>(NodeChange::What::Added) ||
-        what > static_cast<quint8>(NodeChange::What::Removed) || keySize > content.size() - fixed) {
-        return std::nullopt;
-    }
-    const QByteArrayView key = content.sliced(fixed, keySize);
-    const QByteArrayView text = content.sliced(fixed + keySize);
-    return NodeChange{static_cast<NodeChange::What>(what),
-                      std::string(key.data(), static_cast<std::size_t>(key.size())),
-                      std::string(text.data(), static_cast<std::size_t>(text.size())),
-                      numberAt<qint32>(content.data() + 1)};
-}
-
-/// The content of the record at a place, whole or not; nothing when it would reach beyond the end.
-std::optional<QByteArrayView> contentAt(const QByteArray &journal, qsizetype at)
-{
-    if (journal.size() - at < recordHeaderSize) {
-        return std::nullopt;
-    }
-    const auto size = static_cast<qsizetype>(numberAt<quint32>(journal.constData() + at));
-    return size > journal.size() - at - recordHeaderSize
-               ? std::nullopt
-               : std::optional(QByteArrayView(journal).sliced(at + recordHeaderSize, size));
+    return Status::failed(path + QLatin1String(": ") + QCoreApplication::translate("Files", reason));
 }
 
 } // namespace
 
 NodesJournal::NodesJournal(QString path, Timers &timers, std::function<void(const QString &)> told)
-    : m_path(std::move(path)), m_told(std::move(told)), m_timer(timers.create())
+    : m_told(std::move(told)), m_timer(timers.create()), m_file(std::move(path))
 {}
 
 NodesJournal::~NodesJournal()
 {
-    flush();
+    (void)flushNow(); // what keeps it from the disk was told
 }
 
 NodesJournal::Replayed NodesJournal::replay(quint64 base,
-                                            const std::function<void(const NodeChange &)> &carryOut)
+                                            const std::function<bool(const NodeChange &)> &carryOut)
 {
+    settle();
     Replayed result;
     QByteArray journal;
-    if (QFileInfo::exists(m_path)) {
-        result.status = readFile(m_path, journal, longestJournal);
+    if (QFileInfo::exists(m_file.path())) {
+        result.status = readFile(m_file.path(), journal, longestJournal);
     }
-    if (result.status && journal.size() <= headerSize) { // new, or torn before its first change
+    if (result.status && journal.size() <= JournalFile::headerSize) { // new, or torn before its first change
         result.status = restart(base);
         return result;
     }
-    if (result.status && (numberAt<quint64>(journal.constData()) != mark ||
-                          numberAt<quint64>(journal.constData() + 8) != base)) {
-        result.status = Status::failed(
-            m_path + QLatin1String(": ") +
-            QCoreApplication::translate("Files", "does not go on from the list of stations that is there"));
+    if (result.status && !JournalFile::goesOnFrom(journal, base)) {
+        result.status =
+            failure(m_file.path(),
+                    QT_TRANSLATE_NOOP("Files", "does not go on from the list of stations that is there"));
     }
     if (!result.status) {
-        const Status aside = keepAside(m_path);
+        const Status aside = keepAside(m_file.path());
         if (!aside) {
             result.status = aside;
             return result; // rather no journal than one that destroys another
@@ -116,54 +58,45 @@ NodesJournal::Replayed NodesJournal::replay(quint64 base,
         }
         return result;
     }
-    qsizetype at = headerSize;
-    qsizetype end = at; // of the last whole record
-    result.dropped = journal.size() - headerSize;
-    while (const auto content = contentAt(journal, at)) {
-        const bool whole = checksum(*content) == numberAt<quint64>(journal.constData() + at + 4);
-        const std::optional<NodeChange> change = whole ? changeOf(*content) : std::nullopt;
-        const qsizetype size = recordHeaderSize + content->size();
-        at += size;
-        if (change) {
-            carryOut(*change);
-            ++result.changes;
-            result.dropped -= size;
-            end = at;
+    const QByteArrayView records = QByteArrayView(journal).sliced(JournalFile::headerSize);
+    qsizetype end = 0; // of the last whole record
+    result.dropped = records.size();
+    for (RecordReader record(records); record.next();) {
+        if (const std::optional<NodeChange> change = changeOf(record.content())) {
+            ++(carryOut(*change) ? result.changes : result.unfit);
+            result.dropped -= record.size();
+            end = record.start() + record.size();
         }
     }
-    result.status = m_file.open(m_path, end);
-    m_base = base;
+    result.status = m_file.goOn(QByteArrayView(journal).first(JournalFile::headerSize + end));
     m_isUsable = static_cast<bool>(result.status); // else beginning anew would destroy what it holds
     return result;
 }
 
 Status NodesJournal::restart(quint64 base)
 {
-    m_waiting.clear();
-    m_timer->stop();
-    m_base = base;
+    discard();
     m_isUsable = true;
-    return begin();
+    return m_file.begin(base);
 }
 
-Status NodesJournal::begin()
+Status NodesJournal::remove()
 {
-    QByteArray header;
-    put(header, mark);
-    put(header, m_base);
-    Status opened = m_file.open(m_path, 0);
-    if (opened) {
-        opened = m_file.append(header);
-        if (!opened) {
-            m_file.close();
-        }
-    }
-    return opened;
+    discard();
+    m_isUsable = false;
+    return m_file.remove();
+}
+
+void NodesJournal::discard()
+{
+    settle();
+    m_waiting.clear();
+    m_timer->stop();
 }
 
 void NodesJournal::add(const NodeChange &change)
 {
-    m_waiting += recordOf(change);
+    putRecord(m_waiting, change);
     if (!m_timer->isRunning()) {
         m_timer->start(longestDelay, [this] { flush(); });
     }
@@ -172,23 +105,69 @@ void NodesJournal::add(const NodeChange &change)
 void NodesJournal::flush()
 {
     m_timer->stop();
-    if (m_waiting.isEmpty()) {
+    m_isDue = m_isWriting;
+    if (!m_isWriting && !m_waiting.isEmpty()) {
+        write();
+    }
+}
+
+Status NodesJournal::flushNow()
+{
+    settle();
+    m_timer->stop();
+    if (!m_waiting.isEmpty()) {
+        write();
+        settle();
+    }
+    return m_waiting.isEmpty() ? Status::done() : Status::failed(m_trouble);
+}
+
+void NodesJournal::write()
+{
+    if (!m_isUsable) {
+        ended(failure(
+            m_file.path(),
+            QT_TRANSLATE_NOOP("Files",
+                              "changes since the start are not kept until the list of stations is written")));
         return;
     }
-    // A journal that could not be begun is tried again: a full disk may have room by now.
-    Status kept = m_file.isOpen() || !m_isUsable ? Status::done() : begin();
-    if (kept) {
-        kept = m_file.isOpen()
-                   ? m_file.append(m_waiting)
-                   : Status::failed(
-                         m_path + QLatin1String(": ") +
-                         QCoreApplication::translate(
-                             "Files",
-                             "changes since the start are not kept until the list of stations is written"));
+    m_isWriting = true;
+    m_isWritten = false;
+    m_inHand = std::exchange(m_waiting, {});
+    m_thread.start([this] {
+        m_kept = m_file.append(m_inHand);
+        m_isWritten = true;
+        QMetaObject::invokeMethod(
+            &m_receiver, [this] { collect(); }, Qt::QueuedConnection);
+    });
+}
+
+void NodesJournal::settle()
+{
+    m_thread.wait();
+    m_isDue = false;
+    collect();
+}
+
+void NodesJournal::collect()
+{
+    if (!m_isWriting || !m_isWritten) { // the report of one that was waited for
+        return;
     }
-    if (kept) {
-        m_waiting.clear();
-    } else {
+    m_isWriting = false;
+    if (!m_kept) {
+        m_waiting.prepend(m_inHand);
+    }
+    m_inHand.clear();
+    ended(m_kept);
+    if (std::exchange(m_isDue, false)) {
+        flush();
+    }
+}
+
+void NodesJournal::ended(const Status &kept)
+{
+    if (!kept) {
         m_timer->start(longestDelay, [this] { flush(); });
     }
     if (kept.message() != std::exchange(m_trouble, kept.message())) {

@@ -1,53 +1,77 @@
 #pragma once
 
-#include "opmode/station_tree.h"
-#include "platform/append_file.h"
+#include "opmode/journal_file.h"
+#include "opmode/node_change.h"
 #include "platform/timers.h"
+#include "platform/worker_thread.h"
+
+#include <QObject>
+
+#include <atomic>
 
 namespace ktr {
 
-/// What changed in the tree since `nodes.xml` was written, so that a crash loses neither an alarm nor its
+/// What changed since `nodes.xml` was written, so that a crash loses neither an alarm nor its
 /// acknowledgement. It names the file that it goes on from, and holds records of a length, a checksum and a
-/// change each; one that is damaged is dropped, as the last one is when it was torn.
+/// change each; one that is damaged is dropped, as the last one is when it was torn. A thread of its own
+/// writes it, so that a slow disk does not hold up the owner.
 class NodesJournal
 {
 public:
-    /// A change is on the disk this long after it was made, at the latest.
+    /// A change goes to the disk this long after it was made, at the latest.
     static constexpr Milliseconds longestDelay{500};
 
     /// `told` hears why changes cannot be kept, once until that is over; then an empty text.
     NodesJournal(QString path, Timers &timers, std::function<void(const QString &)> told);
+    /// Waits until the disk has the changes, or has refused them.
     ~NodesJournal();
 
     struct Replayed
     {
         Status status = Status::done(); ///< why the journal could not be used; it is kept aside then
-        qsizetype changes = 0;
-        qint64 dropped = 0; ///< bytes that were no whole record
+        qsizetype changes = 0;          ///< carried out
+        qsizetype unfit = 0;            ///< whole, but not carried out
+        qint64 dropped = 0;             ///< bytes that were no whole record
     };
     /// Carries out the changes of the last run, when they go on from the file of this checksum, and goes on
-    /// behind them.
-    Replayed replay(quint64 base, const std::function<void(const NodeChange &)> &carryOut);
+    /// behind them. `carryOut` gives false for a change that does not fit.
+    Replayed replay(quint64 base, const std::function<bool(const NodeChange &)> &carryOut);
 
     /// Begins anew, after the file of this checksum was written with all changes.
     Status restart(quint64 base);
+    /// Removes the journal, after the file was written with all changes. Later changes are not kept.
+    Status remove();
 
     /// Takes a change down; flush() follows by itself. Fit for StationTree::setObserver.
     void add(const NodeChange &change);
-    /// Puts what was taken down on the disk. After a failure it is tried again.
+    /// Begins to put what was taken down on the disk. After a failure it is tried again.
     void flush();
+    /// Puts all that was taken down on the disk and waits for it. A failure says that not all of it is there;
+    /// it is tried again.
+    Status flushNow();
 
 private:
-    Status begin();
+    void discard();
+    void write();
+    void settle();
+    void collect();
+    void ended(const Status &kept);
 
-    QString m_path;
     std::function<void(const QString &)> m_told;
     std::unique_ptr<OneShotTimer> m_timer;
-    AppendFile m_file;
-    quint64 m_base = 0;
     bool m_isUsable = false; ///< nothing of another run is in the way
     QByteArray m_waiting;
     QString m_trouble;
+
+    // While m_isWriting is set, the thread alone uses the file, and reads what is being written.
+    bool m_isWriting = false;
+    bool m_isDue = false; ///< the time to write came meanwhile
+    JournalFile m_file;
+    QByteArray m_inHand;
+    Status m_kept = Status::done();
+    std::atomic<bool> m_isWritten = false;
+    QObject m_receiver; ///< of the thread's reports, on the owner's thread
+    WorkerThread m_thread;
 };
 
 } // namespace ktr

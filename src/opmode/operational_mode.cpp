@@ -22,6 +22,12 @@ QString comparable(const QString &hostAddress)
     return address.endsWith(port) ? address.chopped(port.size()) : address;
 }
 
+QString journalPath(const QString &nodesPath)
+{
+    const QFileInfo info(nodesPath);
+    return joinPath(info.path(), info.completeBaseName() + QLatin1String(".journal"));
+}
+
 } // namespace
 
 OperationalMode::OperationalMode(const Services &services, StationCaptions captions, QObject *parent)
@@ -45,11 +51,32 @@ OperationalMode::~OperationalMode() = default;
 
 Status OperationalMode::open(const QString &nodesPath, Use use)
 {
-    QHash<QString, StationAttributes> attributes;
-    m_use = use;
     m_file.emplace(nodesPath);
+    QHash<QString, StationAttributes> attributes;
     m_tree.beginLoading();
-    const Status loaded = m_file->load([&](const NodeElement &element) {
+    const Status loaded = load(attributes);
+    if (!loaded) {
+        Q_EMIT told(loaded.message());
+    }
+    if (use == Use::Keep) {
+        m_times.emplace(nodesPath);
+        if (const Status times = m_times->load(m_tree); !times) {
+            Q_EMIT told(times.message());
+        }
+        replay(journalPath(nodesPath), attributes);
+    }
+    m_tree.endLoading();
+    if (m_journal) {
+        m_tree.setObserver([this](const NodeChange &change) { m_journal->add(change); });
+    }
+    createStations(attributes);
+    m_isOpen = true;
+    return loaded;
+}
+
+Status OperationalMode::load(QHash<QString, StationAttributes> &attributes)
+{
+    const auto take = [&](const NodeElement &element) {
         const QString name = QString::fromUtf8(element.text.data(), qsizetype(element.text.size()));
         if (element.station != nullptr && attributes.contains(name)) {
             return false; // a second copy of a name
@@ -59,14 +86,37 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
             attributes.insert(name, *element.station);
         }
         return taken;
+    };
+    return m_file->load(take, [this](std::size_t nodes, std::size_t bytes) { m_tree.reserve(nodes, bytes); });
+}
+
+/// Brings back what a run that ended by a crash had shown.
+void OperationalMode::replay(const QString &path, QHash<QString, StationAttributes> &attributes)
+{
+    m_journal.emplace(path, m_services.timers, [this](const QString &trouble) {
+        Q_EMIT told(trouble.isEmpty() ? tr("Changes are kept again") : trouble);
     });
-    m_tree.endLoading();
-    if (!loaded) {
-        Q_EMIT told(loaded.message());
+    const NodesJournal::Replayed replayed =
+        m_journal->replay(m_file->checksum(), [&](const NodeChange &change) {
+            if (change.what == NodeChange::What::Station) {
+                attributes.insert(QString::fromStdString(change.key), change.station);
+            } else if (change.what == NodeChange::What::Removed) {
+                attributes.remove(QString::fromStdString(change.key));
+            }
+            return m_tree.replay(change);
+        });
+    if (!replayed.status) {
+        Q_EMIT told(replayed.status.message());
     }
-    createStations(attributes);
-    m_isOpen = true;
-    return loaded;
+    if (replayed.changes > 0) {
+        Q_EMIT told(tr("The program did not end properly last time; changes taken up from the journal: %1")
+                        .arg(replayed.changes));
+    }
+    if (replayed.unfit > 0 || replayed.dropped > 0) {
+        Q_EMIT told(tr("Of the journal were not usable: %1 changes and %2 bytes at its end")
+                        .arg(replayed.unfit)
+                        .arg(replayed.dropped));
+    }
 }
 
 /// The stations of the tree come to life.
@@ -267,17 +317,72 @@ void OperationalMode::takeChange(const QString &kennung, StationChange what)
 }
 
 /// Puts a station's attributes into the journal.
-void OperationalMode::keep(const QString &) {}
+void OperationalMode::keep(const QString &kennung)
+{
+    if (m_journal) {
+        NodeChange change;
+        change.what = NodeChange::What::Station;
+        change.key = storedText(kennung);
+        change.station = attributes(kennung);
+        m_journal->add(change);
+    }
+}
 
 Status OperationalMode::close()
 {
+    if (m_journal) {
+        if (const Status written = write(); !written) {
+            return written;
+        }
+        m_tree.setObserver({});
+        if (const Status removed = m_journal->remove(); !removed) {
+            Q_EMIT told(removed.message()); // it does not fit the file any more and is put aside next time
+        }
+        m_journal.reset();
+    }
+    removeAll();
     return Status::done();
 }
 
-void OperationalMode::closeWithoutFile() {}
-
-Status OperationalMode::acknowledge(const QModelIndexList &)
+void OperationalMode::closeWithoutFile()
 {
+    m_tree.setObserver({});
+    m_journal.reset();
+    removeAll();
+}
+
+/// The times first: those of a file that is then not written are found again by its keys.
+Status OperationalMode::write()
+{
+    const Status times = m_times->save(m_tree);
+    return times ? m_file->save(writeNodes(m_tree.nodes(),
+                                           [this](const QString &kennung) { return attributes(kennung); }))
+                 : times;
+}
+
+void OperationalMode::removeAll()
+{
+    m_isOpen = false;
+    m_minute->stop();
+    QStringList keys;
+    m_stations.forEach([&keys](const cStation &station) { keys.prepend(station.kennung()); });
+    for (const QString &kennung : keys) {
+        m_stations.Remove(kennung);
+    }
+}
+
+Status OperationalMode::acknowledge(const QModelIndexList &entries)
+{
+    const QList<NodeChange> changes = m_tree.acknowledgement(entries, m_services.environment.now());
+    if (m_journal) {
+        for (const NodeChange &change : changes) {
+            m_journal->add(change);
+        }
+        if (const Status kept = m_journal->flushNow(); !kept) {
+            return kept;
+        }
+    }
+    m_tree.carryOut(changes);
     return Status::done();
 }
 

@@ -2,6 +2,7 @@
 
 #include "opmode/nodes_file.h"
 #include "opmode/nodes_journal.h"
+#include "opmode/notification_times.h"
 #include "opmode/stations.h"
 #include "platform/environment.h"
 
@@ -96,6 +97,8 @@ Q_SIGNALS:
 private:
     void takeMessage(const QString &kennung, const QString &text);
     void takeChange(const QString &kennung, StationChange what);
+    Status load(QHash<QString, StationAttributes> &attributes);
+    void replay(const QString &path, QHash<QString, StationAttributes> &attributes);
     void createStations(const QHash<QString, StationAttributes> &attributes);
     void evaluate(cStation &station, WallMinute from);
     void evaluateAll();
@@ -103,6 +106,7 @@ private:
     void showStatus(const cStation &station);
     void keep(const QString &kennung);
     Status write();
+    void removeAll();
 
     Services m_services;
     QueuedCallbackTimers m_callbacks;
@@ -114,8 +118,8 @@ private:
     std::unique_ptr<OneShotTimer> m_minute;
     std::optional<WallMinute> m_evaluateFrom;
     std::optional<NodesFile> m_file;
-    std::optional<NodesJournal> m_journal;
-    Use m_use = Use::Watch;
+    std::optional<NotificationTimes> m_times;
+    std::optional<NodesJournal> m_journal; ///< when changes are kept
     bool m_isOpen = false;
 };
 

@@ -1,9 +1,5 @@
 #include "opmode/station_tree.h"
 
-#include "platform/overloaded.h"
-
-#include <array>
-
 namespace ktr {
 
 namespace {
@@ -33,47 +29,15 @@ QString shown(std::string_view text)
 
 } // namespace
 
-std::string storedText(const QString &text)
-{
-    QString clean;
-    clean.reserve(text.size());
-    for (qsizetype at = 0; at < text.size(); ++at) {
-        const QChar c = text[at];
-        if (c.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate()) {
-            clean += c;
-            clean += text[++at];
-        } else if (!c.isSurrogate() && (c >= u' ' || c == u'\t' || c == u'\n' || c == u'\r') &&
-                   c < QChar(0xFFFE)) {
-            clean += c;
-        }
-    }
-    return clean.toStdString();
-}
-
-StationCaptions stationCaptions(const TextTable &texts)
-{
-    return {texts.text(Text::Notifications), texts.text(Text::History), texts.text(Text::Ip)};
-}
-
-QString channelCaption(int channel)
-{
-    static const std::array<QString, channelCount> captions = {
-        QStringLiteral("Digital In 1      "), QStringLiteral("Digital In 2      "),
-        QStringLiteral("Digital In 3      "), QStringLiteral("Digital In 4      "),
-        QStringLiteral("Digital In 5      "), QStringLiteral("Digital In 6      "),
-        QStringLiteral("Digital In 7      "), QStringLiteral("Digital In 8      "),
-        QStringLiteral("Analog In 1     "),   QStringLiteral("Analog In 2     "),
-        QStringLiteral("Digital Out 1   "),   QStringLiteral("Digital Out 2   "),
-        QStringLiteral("Analog Out 1  "),     QStringLiteral("Analog Out 2  "),
-        QStringLiteral("BStZ DOut 1   "),     QStringLiteral("BStZ DOut 2   "),
-        QStringLiteral("PT 1000 In 1   "),    QStringLiteral("PT 1000 In 2   ")};
-    return channel >= 1 && channel <= channelCount ? captions[static_cast<std::size_t>(channel - 1)]
-                                                   : QString();
-}
-
 StationTree::StationTree(StationCaptions captions, QObject *parent)
     : QAbstractItemModel(parent), m_captions(std::move(captions))
-{}
+{
+    for (int channel = 1; channel <= channelCount; ++channel) {
+        const QString text = channelCaption(channel) + m_captions.inputValues + QString::number(channel) +
+                             QLatin1String(" = ?");
+        m_unknownValues[static_cast<std::size_t>(channel - 1)] = text.toStdString();
+    }
+}
 
 QModelIndex StationTree::addStation(const QString &kennung)
 {
@@ -101,39 +65,64 @@ std::optional<StationTree::Id> StationTree::addBranch(std::string_view kennung)
     m_nodes.add(*station, "meldung", m_captions.notifications.toStdString(), normalColour);
     m_nodes.add(*station, "history", m_captions.history.toStdString(), normalColour);
     const auto values = m_nodes.add(*station, "ip", m_captions.inputValues.toStdString(), normalColour);
-    for (int channel = 1; values && channel <= channelCount; ++channel) {
-        const QString text = channelCaption(channel) + m_captions.inputValues + QString::number(channel) +
-                             QLatin1String(" = ?");
-        m_nodes.add(*values, "ip" + std::to_string(channel), text.toStdString(), normalColour);
+    for (std::size_t channel = 1; values && channel <= m_unknownValues.size(); ++channel) {
+        m_nodes.add(*values, "ip" + std::to_string(channel), m_unknownValues[channel - 1], normalColour);
     }
     return station;
 }
 
 void StationTree::remove(const QModelIndex &index)
 {
-    if (index.isValid()) {
-        const NodeChange change{NodeChange::What::Removed, m_nodes.key(idOf(index)), {}, 0};
-        beginRemoveRows(index.parent(), index.row(), index.row());
-        removeNode(idOf(index));
-        endRemoveRows();
-        if (m_changed) {
-            m_changed(change);
-        }
+    if (!index.isValid()) {
+        return;
     }
+    const Id id = idOf(index);
+    const bool red = m_nodes.colour(id) == alarmColour && m_nodes.kind(id) == NodeKind::Notification;
+    const Id above = m_nodes.parent(id);
+    NodeChange change;
+    change.what = NodeChange::What::Removed;
+    change.key = m_nodes.key(id);
+    beginRemoveRows(index.parent(), index.row(), index.row());
+    forget(id);
+    m_nodes.remove(id);
+    endRemoveRows();
+    if (m_changed) {
+        m_changed(change);
+    }
+    if (red) {
+        showAlarmCount(above);
+        calm(above);
+    }
+    tellAlarmCount();
 }
 
-void StationTree::removeNode(Id id)
+/// What is kept beside the nodes of a node that goes, and of those under it.
+void StationTree::forget(Id id)
 {
-    if (m_nodes.colour(id) == alarmColour) {
-        countAlarm(id, -1);
+    switch (m_nodes.kind(id)) {
+    case NodeKind::Station:
+        m_statuses.remove(id);
+        m_renamed.remove(id);
+        if (const auto notifications = m_nodes.child(id, "meldung")) {
+            forget(*notifications);
+        }
+        break;
+    case NodeKind::Notifications:
+        m_alarmCount -= m_alarms.take(id);
+        for (const Id child : m_nodes.children(id)) {
+            m_arrivals.remove(child);
+        }
+        break;
+    case NodeKind::Notification:
+        if (m_nodes.colour(id) == alarmColour) {
+            --m_alarms[m_nodes.parent(id)];
+            --m_alarmCount;
+        }
+        m_arrivals.remove(id);
+        break;
+    default:
+        break;
     }
-    m_statuses.remove(id);
-    m_renamed.remove(id);
-    m_alarms.remove(id);
-    for (const Id child : m_nodes.children(id)) {
-        m_alarms.remove(child);
-    }
-    m_nodes.remove(id);
 }
 
 QString StationTree::freeName(const QString &base) const
@@ -160,79 +149,11 @@ bool StationTree::isFreeName(const QString &name, Id except) const
         m_renamed, [&](Id station) { return station != except && m_nodes.text(station) == wanted; });
 }
 
-StationTree::Outcome StationTree::take(const QString &kennung, const StationMessage &message,
-                                       const QDateTime &now)
+void StationTree::showChanged(Id id, const QList<int> &roles)
 {
-    Outcome outcome;
-    const std::optional<Id> station = m_nodes.child(NodeStore::root, storedText(kennung));
-    if (!station) {
-        return outcome;
-    }
-    const auto notification = [&](const NotificationMessage &report) {
-        const auto branch = m_nodes.child(*station, "meldung");
-        const auto entry = branch ? addEntry(*branch, report.entry, report.alarm ? alarmColour : normalColour)
-                                  : std::nullopt;
-        outcome.alarm = report.alarm;
-        outcome.entry = entry ? indexOf(*entry) : QModelIndex();
-        if (branch && report.alarm) {
-            colour(*branch, alarmColour);
-        }
-    };
-    const auto values = [&](const InputValuesMessage &report) {
-        const auto branch = m_nodes.child(*station, "ip");
-        if (!branch) {
-            return;
-        }
-        setText(*branch, QStringLiteral("IP (") + now.toString(QStringLiteral("HH:mm dd.MM.yyyy")) + u')');
-        for (const InputValuesMessage::Value &value : report.values) {
-            const std::string number = std::to_string(value.channel);
-            if (const auto node = m_nodes.child(*branch, "ip" + number)) {
-                setText(*node, channelCaption(value.channel) + QLatin1String("IP") +
-                                   QString::fromStdString(number) + QLatin1String(" = ") + value.text);
-            }
-        }
-    };
-    const auto history = [&](const HistoryMessage &report) {
-        const auto branch = m_nodes.child(*station, "history");
-        for (const MessageEntry &entry : report.entries) {
-            const auto made = branch ? addEntry(*branch, entry, normalColour) : std::nullopt;
-            outcome.entry = made ? indexOf(*made) : outcome.entry;
-        }
-        outcome.unusable = report.unusable;
-    };
-    std::visit(Overloaded{notification, values, history,
-                          [&](const UnusableMessage &report) { outcome.unusable = report.text; },
-                          [](const NoStationMessage &) {}},
-               message);
-    return outcome;
-}
-
-std::optional<StationTree::Id> StationTree::addEntry(Id branch, const MessageEntry &entry,
-                                                     std::int32_t colour)
-{
-    const std::string name = storedText(entry.key);
-    const std::string text = storedText(entry.text);
-    if (m_nodes.child(branch, name) || !m_nodes.hasRoom(name.size() + text.size())) {
-        return std::nullopt;
-    }
-    const int row = static_cast<int>(m_nodes.children(branch).size());
-    beginInsertRows(indexOf(branch), row, row);
-    const std::optional<Id> id = m_nodes.add(branch, name, text, colour);
-    endInsertRows();
-    if (id) {
-        if (colour == alarmColour) {
-            countAlarm(*id, 1);
-        }
-        tell(NodeChange::What::Added, *id);
-    }
-    return id;
-}
-
-void StationTree::setText(Id id, const QString &text)
-{
-    if (m_nodes.setText(id, storedText(text))) {
+    if (!m_loading) {
         const QModelIndex index = indexOf(id);
-        Q_EMIT dataChanged(index, index, {Qt::DisplayRole, Qt::EditRole});
+        Q_EMIT dataChanged(index, index, roles);
     }
 }
 
@@ -241,119 +162,23 @@ void StationTree::setStatus(const QString &kennung, const StationStatus &status)
     const std::optional<Id> station = m_nodes.child(NodeStore::root, storedText(kennung));
     if (station && m_statuses.value(*station) != status) {
         m_statuses.insert(*station, status);
-        const QModelIndex index = indexOf(*station);
-        Q_EMIT dataChanged(index, index, {StatusRole});
+        showChanged(*station, {StatusRole});
     }
 }
 
-void StationTree::setColour(const QModelIndex &index, std::int32_t newColour)
+void StationTree::tell(NodeChange::What what, Id id, qint64 now, int count)
 {
-    if (index.isValid()) {
-        colour(idOf(index), newColour);
-    }
-}
-
-void StationTree::colour(Id id, std::int32_t colour)
-{
-    const std::int32_t before = m_nodes.colour(id);
-    if (before == colour) {
+    if (!m_changed || m_loading) {
         return;
     }
-    m_nodes.setColour(id, colour);
-    if (before == alarmColour || colour == alarmColour) {
-        countAlarm(id, colour == alarmColour ? 1 : -1);
-    }
-    if (!m_loading) {
-        const QModelIndex index = indexOf(id);
-        Q_EMIT dataChanged(index, index, {ColourRole});
-        tell(NodeChange::What::Colour, id);
-    }
-}
-
-void StationTree::countAlarm(Id id, int by)
-{
-    if (m_nodes.kind(id) == NodeKind::Notification) {
-        m_alarms[m_nodes.parent(id)] += by;
-        if (!m_loading) {
-            const QModelIndex above = indexOf(m_nodes.parent(id));
-            Q_EMIT dataChanged(above, above, {AlarmCountRole});
-        }
-    }
-}
-
-void StationTree::tell(NodeChange::What what, Id id)
-{
-    if (m_changed && !m_loading) {
-        m_changed({what, m_nodes.key(id), std::string(m_nodes.text(id)), m_nodes.colour(id)});
-    }
-}
-
-void StationTree::beginLoading()
-{
-    beginResetModel();
-    m_loading = true;
-}
-
-void StationTree::endLoading()
-{
-    m_loading = false;
-    endResetModel();
-}
-
-bool StationTree::load(std::string_view key, std::string_view text, std::int32_t newColour)
-{
-    Q_ASSERT(m_loading);
-    const bool isStation = key.find('/') == std::string_view::npos;
-    const std::string_view path = isStation ? text : key; // a station's text has become its key
-    const std::optional<NodeStore::Place> place = m_nodes.place(path);
-    if (!place || path.empty() || (isStation && place->parent != NodeStore::root)) {
-        return false;
-    }
-    if (isStation && text.find('/') != std::string_view::npos) {
-        return false;
-    }
-    // Most nodes are new: looked up once.
-    std::optional<Id> node =
-        isStation ? addBranch(text) : m_nodes.add(place->parent, place->name, text, normalColour);
-    if (!node) {
-        node = m_nodes.child(place->parent, place->name);
-        if (node) {
-            m_nodes.setText(*node, text);
-        }
-    }
-    if (node) {
-        colour(*node, newColour);
-    }
-    return node.has_value();
-}
-
-void StationTree::replay(const NodeChange &change)
-{
-    Q_ASSERT(m_loading);
-    if (change.what == NodeChange::What::Added) {
-        load(change.key, change.text, change.colour);
-        return;
-    }
-    const std::optional<Id> id = m_nodes.find(change.key);
-    if (!id) {
-        return;
-    }
-    switch (change.what) {
-    case NodeChange::What::Text:
-        m_nodes.setText(*id, change.text);
-        if (m_nodes.kind(*id) == NodeKind::Station) {
-            m_renamed.insert(*id);
-        }
-        break;
-    case NodeChange::What::Colour:
-        colour(*id, change.colour);
-        break;
-    case NodeChange::What::Removed:
-        removeNode(*id);
-        break;
-    case NodeChange::What::Added:
-        break;
-    }
+    m_told.what = what;
+    m_nodes.getKey(id, m_told.key);
+    const bool hasText = what == NodeChange::What::Added || what == NodeChange::What::Text;
+    m_told.text.assign(hasText ? m_nodes.text(id) : std::string_view());
+    m_told.colour = what == NodeChange::What::Text ? 0 : m_nodes.colour(id);
+    m_told.moment = now;
+    m_told.count = count;
+    m_changed(m_told);
 }
 
 QModelIndex StationTree::find(const QString &key) const
@@ -416,10 +241,27 @@ QVariant StationTree::data(const QModelIndex &index, int role) const
     case StatusRole:
         return m_nodes.kind(id) == NodeKind::Station ? QVariant::fromValue(m_statuses.value(id)) : QVariant();
     case AlarmCountRole:
-        return m_alarms.value(id);
+        return m_alarms.value(m_nodes.kind(id) == NodeKind::Station
+                                  ? m_nodes.child(id, "meldung").value_or(NodeStore::root)
+                                  : id);
+    case ReceivedRole:
+    case CountRole:
+    case AcknowledgedRole:
+        return arrivalData(id, role);
     default:
         return {};
     }
+}
+
+QVariant StationTree::arrivalData(Id id, int role) const
+{
+    if (m_nodes.kind(id) != NodeKind::Notification) {
+        return {};
+    }
+    const Arrival arrival = m_arrivals.value(id);
+    return role == CountRole      ? QVariant(arrival.count)
+           : role == ReceivedRole ? QVariant(arrival.received)
+                                  : QVariant(arrival.acknowledged);
 }
 
 Qt::ItemFlags StationTree::flags(const QModelIndex &index) const
@@ -439,9 +281,8 @@ bool StationTree::setData(const QModelIndex &index, const QVariant &value, int r
     if (text.isEmpty() || !isFreeName(text, id)) {
         return false;
     }
-    setText(id, text);
+    setText(id, text, 0);
     m_renamed.insert(id);
-    tell(NodeChange::What::Text, id);
     return true;
 }
 

@@ -1,33 +1,18 @@
 #pragma once
 
-#include "lang/text_table.h"
+#include "opmode/node_change.h"
 #include "opmode/node_store.h"
+#include "opmode/node_texts.h"
 #include "opmode/station_messages.h"
 
 #include <QAbstractItemModel>
 #include <QDateTime>
 #include <QSet>
 
+#include <array>
 #include <functional>
 
 namespace ktr {
-
-/// The texts of a station's fixed nodes in the language of the program.
-struct StationCaptions
-{
-    QString notifications;
-    QString history;
-    QString inputValues;
-};
-
-StationCaptions stationCaptions(const TextTable &texts);
-
-/// The caption of an input value, channel 1 to 18; the blanks at its end align the values.
-QString channelCaption(int channel);
-
-/// A text as nodes and their file hold it, UTF-8: without what no such file can hold, which are control
-/// characters and halves of characters.
-std::string storedText(const QString &text);
 
 /// How a station is, for the eyes.
 struct StationStatus
@@ -39,15 +24,13 @@ struct StationStatus
     bool operator==(const StationStatus &) const = default;
 };
 
-/// A change of the tree that is to outlive a crash. Input values are none: the module reports them again.
-struct NodeChange
+/// When a notification arrived, how often, and when it was acknowledged.
+struct Arrival
 {
-    enum class What : quint8 { Added = 1, Text, Colour, Removed };
-    What what;
-    std::string key;
-    std::string text;        ///< of Added and Text
-    std::int32_t colour = 0; ///< of Added and Colour
-    bool operator==(const NodeChange &) const = default;
+    qint64 received = 0;     ///< the latest time, in milliseconds since 1970, UTC; 0 when not known
+    qint64 acknowledged = 0; ///< 0 when it was not, or when that is not known
+    int count = 1;           ///< of the same text
+    bool operator==(const Arrival &) const = default;
 };
 
 /// All watched stations: a station at top level; its notifications, history and input values under it; their
@@ -58,7 +41,16 @@ class StationTree : public QAbstractItemModel
     Q_OBJECT
 
 public:
-    enum Role { KeyRole = Qt::UserRole, KindRole, ColourRole, StatusRole, AlarmCountRole };
+    enum Role {
+        KeyRole = Qt::UserRole,
+        KindRole,
+        ColourRole,
+        StatusRole,
+        AlarmCountRole, ///< of a station and its notifications node: how many are red
+        ReceivedRole,   ///< of a notification, as in Arrival: qint64
+        CountRole,      ///< int
+        AcknowledgedRole
+    };
 
     static constexpr std::int32_t normalColour = -2147483640; ///< the system's colour of window texts
     static constexpr std::int32_t alarmColour = 255;          ///< red: not acknowledged
@@ -76,14 +68,26 @@ public:
     /// What a message changed.
     struct Outcome
     {
-        QModelIndex entry;  ///< the last entry that it made
+        QModelIndex entry;  ///< the last entry that it made, or the notification that came again
         bool alarm = false; ///< to be shown to the user at once
         QString unusable;   ///< what of it could not be understood
     };
+    /// An identical notification is counted at the entry that is there; an alarm that was acknowledged
+    /// becomes red again. An alarm colours its station and its notifications node as well.
     Outcome take(const QString &kennung, const StationMessage &message, const QDateTime &now);
 
+    /// What acknowledging changes, without carrying it out: the red ones of these notifications, or all under
+    /// a notifications node or a station, and the nodes above when none stays red.
+    QList<NodeChange> acknowledgement(const QModelIndexList &entries, const QDateTime &now) const;
+    /// Carries out an acknowledgement that is in the journal; the observer is not told. An alarm that came
+    /// again meanwhile stays red.
+    void carryOut(const QList<NodeChange> &acknowledgement);
+    /// Red notifications of all stations.
+    int alarmCount() const { return m_alarmCount; }
+
     void setStatus(const QString &kennung, const StationStatus &status);
-    /// Any signed 32-bit number; a notification that loses the alarm colour is acknowledged.
+    /// Any signed 32-bit number; a notification that loses the alarm colour is acknowledged, at a time that
+    /// is not known.
     void setColour(const QModelIndex &index, std::int32_t colour);
 
     QModelIndex find(const QString &key) const;
@@ -94,12 +98,19 @@ public:
     /// Takes a node of a file: a station, the text of a node that is there, or a new entry. Gives false when
     /// it has no place.
     bool load(std::string_view key, std::string_view text, std::int32_t colour);
-    /// Carries a change of an earlier run out again. One that does not fit is passed over.
-    void replay(const NodeChange &change);
+    /// Makes room for that many nodes, whose names and texts have about that many bytes, at once.
+    void reserve(std::size_t nodes, std::size_t bytes) { m_nodes.reserve(nodes, bytes); }
+    /// Gives a notification that was loaded its times. Gives false when there is none of this key.
+    bool loadArrival(std::string_view key, const Arrival &arrival);
+    /// Carries a change of an earlier run out again. Gives false when it does not fit. Of a station's
+    /// attributes it tells whether there is that station.
+    bool replay(const NodeChange &change);
 
     /// Told of each change, after it.
     void setObserver(std::function<void(const NodeChange &)> changed) { m_changed = std::move(changed); }
     const NodeStore &nodes() const { return m_nodes; }
+    /// Of each notification of which more is known than that it is there.
+    const QHash<NodeStore::Id, Arrival> &arrivals() const { return m_arrivals; }
 
     QModelIndex index(int row, int column, const QModelIndex &parent = {}) const override;
     QModelIndex parent(const QModelIndex &child) const override;
@@ -110,6 +121,9 @@ public:
     /// Gives a station another text; not an empty one, one with "/" or one that another station has.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
+Q_SIGNALS:
+    void alarmCountChanged();
+
 private:
     using Id = NodeStore::Id;
 
@@ -117,20 +131,40 @@ private:
     QModelIndex indexOf(Id id) const;
     bool isFreeName(const QString &name, Id except = NodeStore::root) const;
     std::optional<Id> addBranch(std::string_view kennung);
-    std::optional<Id> addEntry(Id branch, const MessageEntry &entry, std::int32_t colour);
-    void setText(Id id, const QString &text);
-    void colour(Id id, std::int32_t colour);
+    Outcome takeNotification(Id station, const NotificationMessage &message, const QDateTime &now);
+    void takeValues(Id station, const InputValuesMessage &message, const QDateTime &now);
+    Outcome takeHistory(Id station, const HistoryMessage &message);
+    std::optional<Id> addEntry(Id branch, std::string_view name, const QString &text, std::int32_t colour,
+                               qint64 now);
+    /// Counts an arrival of a notification that is there.
+    void repeat(Id id, int count, std::int32_t colour, qint64 now);
+    void setText(Id id, const QString &text, qint64 now);
+    /// Gives true when it had another colour.
+    bool colour(Id id, std::int32_t colour);
+    void colourAndTell(Id id, std::int32_t colour, qint64 now);
+    /// Takes the alarm colour from a station and its notifications node when no notification is red.
+    void calm(Id notifications);
     void countAlarm(Id id, int by);
-    void removeNode(Id id);
-    void tell(NodeChange::What what, Id id);
+    void showAlarmCount(Id notifications);
+    void tellAlarmCount();
+    void forget(Id id);
+    void tell(NodeChange::What what, Id id, qint64 now = 0, int count = 0);
+    void showChanged(Id id, const QList<int> &roles);
+    QVariant arrivalData(Id id, int role) const;
 
     StationCaptions m_captions;
+    std::array<std::string, channelCount> m_unknownValues; ///< the texts of a new station's input values
     NodeStore m_nodes;
     QHash<Id, StationStatus> m_statuses;
     QHash<Id, int> m_alarms; ///< of a notifications node: its entries in the alarm colour
-    QSet<Id> m_renamed;      ///< stations that were given a text since their creation
+    int m_alarmCount = 0;    ///< all of them
+    int m_toldAlarmCount = 0;
+    QHash<Id, Arrival> m_arrivals;
+    QSet<Id> m_renamed; ///< stations that were given a text since their creation
     std::function<void(const NodeChange &)> m_changed;
+    NodeChange m_told{}; ///< kept for the room of its texts
     bool m_loading = false;
+    bool m_gathering = false; ///< counts of alarms are shown at the end of many changes
 };
 
 } // namespace ktr

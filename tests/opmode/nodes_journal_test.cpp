@@ -1,5 +1,6 @@
 #include "opmode/nodes_file.h"
 #include "opmode/nodes_journal.h"
+#include "opmode/station_tree.h"
 #include "platform/files.h"
 #include "support/manual_timers.h"
 

@@ -24,6 +24,9 @@ struct RecordedLine : StationLine
         }
     }
 
+    /// The module says something.
+    void say(const QByteArray &datagram) { m_listener->DataArrival(datagram); }
+
     QStringList opened;
     QByteArrayList sent;
     QString failure;

@@ -1,0 +1,143 @@
+#include "opmode/journal_file.h"
+
+#include "opmode/byte_fields.h"
+#include "opmode/checksum.h"
+#include "opmode/journal_record.h"
+#include "platform/files.h"
+
+#include <limits>
+
+namespace ktr {
+
+namespace {
+
+constexpr quint64 mark = 0x3252'4E4A'5254'4BFF; ///< the first bytes of every journal
+
+QByteArray headerOf(quint64 base)
+{
+    QByteArray header;
+    putNumber(header, mark);
+    putNumber(header, base);
+    return header;
+}
+
+/// The journal without the records that later ones supersede, in the same order.
+QByteArray shortened(QByteArrayView journal)
+{
+    const QByteArrayView records = journal.sliced(JournalFile::headerSize);
+    QHash<QByteArrayView, qsizetype> last;
+    for (RecordReader record(records); record.next();) {
+        if (const QByteArrayView subject = subjectOf(record.content()); !subject.isEmpty()) {
+            last.insert(subject, record.start());
+        }
+    }
+    QByteArray result = journal.first(JournalFile::headerSize).toByteArray();
+    for (RecordReader record(records); record.next();) {
+        const QByteArrayView subject = subjectOf(record.content());
+        if (subject.isEmpty() || last.value(subject) == record.start()) {
+            result += records.sliced(record.start(), record.size());
+        }
+    }
+    return result;
+}
+
+} // namespace
+
+bool JournalFile::goesOnFrom(QByteArrayView journal, quint64 base)
+{
+    return journal.startsWith(headerOf(base));
+}
+
+Status JournalFile::begin(quint64 base)
+{
+    m_base = base;
+    m_size = 0;
+    m_waste = 0;
+    m_rewriteFrom = 0;
+    m_last.clear();
+    m_file.close();
+    return reopen();
+}
+
+Status JournalFile::goOn(QByteArrayView journal)
+{
+    m_base = numberAt<quint64>(journal.data() + 8);
+    m_size = journal.size();
+    m_waste = 0;
+    m_last.clear();
+    count(journal.sliced(headerSize));
+    return m_file.open(m_path, m_size);
+}
+
+Status JournalFile::reopen()
+{
+    Status opened = m_file.open(m_path, m_size);
+    if (opened && m_size == 0) {
+        opened = m_file.append(headerOf(m_base));
+        if (opened) {
+            m_size = headerSize;
+        } else {
+            m_file.close();
+        }
+    }
+    return opened;
+}
+
+Status JournalFile::append(const QByteArray &records)
+{
+    if (!m_file.isOpen()) { // a full disk may have room by now
+        if (Status opened = reopen(); !opened) {
+            return opened;
+        }
+    }
+    if (Status appended = m_file.append(records); !appended) {
+        return appended;
+    }
+    m_size += records.size();
+    count(records);
+    if (m_waste > toleratedWaste && m_waste > m_size / 2 && m_size >= m_rewriteFrom && !rewrite()) {
+        m_rewriteFrom = m_size + toleratedWaste; // the records are safe in the long file
+    }
+    return Status::done();
+}
+
+void JournalFile::count(QByteArrayView records)
+{
+    for (RecordReader record(records); record.next();) {
+        if (const QByteArrayView subject = subjectOf(record.content()); !subject.isEmpty()) {
+            qsizetype &size = m_last[checksum(subject)];
+            m_waste += std::exchange(size, record.size());
+        }
+    }
+}
+
+Status JournalFile::rewrite()
+{
+    QByteArray journal;
+    if (Status read = readFile(m_path, journal, std::numeric_limits<qint64>::max()); !read) {
+        return read;
+    }
+    const QByteArray kept =
+        shortened(QByteArrayView(journal).first(std::min<qsizetype>(m_size, journal.size())));
+    m_file.close(); // some systems replace no file that is open
+    Status replaced = replaceFile(m_path, kept);
+    if (replaced) {
+        m_size = kept.size();
+        m_waste = 0;
+    }
+    // When it cannot be opened now it is tried again with the next records.
+    const Status opened = m_file.open(m_path, m_size);
+    return replaced ? opened : replaced;
+}
+
+Status JournalFile::remove()
+{
+    m_file.close();
+    m_size = 0;
+    QFile file(m_path);
+    return !file.exists() || file.remove()
+               ? Status::done()
+               : Status::failed(m_path + QLatin1String(": ") + file.errorString());
+}
+
+} // namespace ktr

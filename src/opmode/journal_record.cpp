@@ -1,0 +1,120 @@
+#include "opmode/journal_record.h"
+
+#include "opmode/byte_fields.h"
+#include "opmode/checksum.h"
+
+namespace ktr {
+
+namespace {
+
+constexpr qsizetype recordHeaderSize = 12; ///< length and checksum
+constexpr qsizetype kindAt = 16;           ///< in the content, behind colour, moment and count
+
+enum StationFlag : quint8 { IsOnline = 1, IsExclusive = 2 };
+
+void putStation(QByteArray &bytes, const StationAttributes &station)
+{
+    putNumber(bytes, static_cast<quint8>((station.online ? IsOnline : 0) |
+                                         (station.exclusiveMode ? IsExclusive : 0)));
+    putText(bytes, station.hostAddress.toStdString());
+    putText(bytes, station.schedule.hourOn.toStdString());
+    putNumber(bytes, static_cast<qint32>(station.schedule.dayOn));
+    putText(bytes, station.schedule.hourOff.toStdString());
+    putNumber(bytes, static_cast<qint32>(station.schedule.dayOff));
+}
+
+StationAttributes takeStation(FieldReader &fields)
+{
+    const auto text = [&fields] {
+        const std::string_view utf8 = fields.text();
+        return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+    };
+    StationAttributes station;
+    const auto flags = fields.number<quint8>();
+    station.online = (flags & IsOnline) != 0;
+    station.exclusiveMode = (flags & IsExclusive) != 0;
+    station.hostAddress = text();
+    station.schedule.hourOn = text();
+    station.schedule.dayOn = fields.number<qint32>();
+    station.schedule.hourOff = text();
+    station.schedule.dayOff = fields.number<qint32>();
+    return station;
+}
+
+} // namespace
+
+void putRecord(QByteArray &records, const NodeChange &change)
+{
+    const qsizetype start = records.size();
+    records.resize(start + recordHeaderSize);
+    putNumber(records, static_cast<qint32>(change.colour));
+    putNumber(records, change.moment);
+    putNumber(records, static_cast<qint32>(change.count));
+    putNumber(records, static_cast<quint8>(change.what));
+    putText(records, change.key);
+    putText(records, change.text);
+    if (change.what == NodeChange::What::Station) {
+        putStation(records, change.station);
+    }
+    const QByteArrayView content = QByteArrayView(records).sliced(start + recordHeaderSize);
+    const auto size = static_cast<quint32>(content.size());
+    const quint64 sum = checksum(content);
+    qToLittleEndian(size, records.data() + start);
+    qToLittleEndian(sum, records.data() + start + 4);
+}
+
+std::optional<NodeChange> changeOf(QByteArrayView content)
+{
+    FieldReader fields(content);
+    NodeChange change;
+    change.colour = fields.number<qint32>();
+    change.moment = fields.number<qint64>();
+    change.count = fields.number<qint32>();
+    const auto what = fields.number<quint8>();
+    change.key = fields.text();
+    change.text = fields.text();
+    change.what = static_cast<NodeChange::What>(what);
+    if (change.what == NodeChange::What::Station) {
+        change.station = takeStation(fields);
+    }
+    const bool isKnown = what >= static_cast<quint8>(NodeChange::What::Added) &&
+                         what <= static_cast<quint8>(NodeChange::What::Repeated);
+    return isKnown && fields.isSound() && fields.atEnd() ? std::optional(change) : std::nullopt;
+}
+
+bool RecordReader::next()
+{
+    while (m_records.size() - m_end >= recordHeaderSize) {
+        const char *const header = m_records.data() + m_end;
+        const auto size = static_cast<qsizetype>(numberAt<quint32>(header));
+        if (size > m_records.size() - m_end - recordHeaderSize) {
+            return false;
+        }
+        m_start = m_end;
+        m_content = m_records.sliced(m_start + recordHeaderSize, size);
+        m_end = m_start + recordHeaderSize + size;
+        if (checksum(m_content) == numberAt<quint64>(header + 4)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+QByteArrayView subjectOf(QByteArrayView content)
+{
+    FieldReader fields(content.sliced(std::min(kindAt, content.size())));
+    switch (static_cast<NodeChange::What>(fields.number<quint8>())) {
+    case NodeChange::What::Text:
+    case NodeChange::What::Colour:
+    case NodeChange::What::Station:
+    case NodeChange::What::Repeated: {
+        const std::string_view key = fields.text();
+        const char *const kind = content.data() + kindAt;
+        return fields.isSound() ? QByteArrayView(kind, key.data() + key.size() - kind) : QByteArrayView();
+    }
+    default:
+        return {};
+    }
+}
+
+} // namespace ktr

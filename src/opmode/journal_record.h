@@ -1,0 +1,40 @@
+#pragma once
+
+#include "opmode/node_change.h"
+
+#include <QByteArray>
+
+#include <optional>
+
+namespace ktr {
+
+/// Appends the record of a change: length, checksum, content.
+void putRecord(QByteArray &records, const NodeChange &change);
+
+/// The change of a record's content; nothing when it is none.
+std::optional<NodeChange> changeOf(QByteArrayView content);
+
+/// Walks over records.
+class RecordReader
+{
+public:
+    explicit RecordReader(QByteArrayView records) : m_records(records) {}
+
+    /// Goes to the next record that is not damaged; gives false when there is none.
+    bool next();
+    QByteArrayView content() const { return m_content; }
+    qsizetype start() const { return m_start; } ///< of the record
+    qsizetype size() const { return m_end - m_start; }
+
+private:
+    QByteArrayView m_records;
+    QByteArrayView m_content;
+    qsizetype m_start = 0;
+    qsizetype m_end = 0;
+};
+
+/// What the record sets, when only the last one that sets it counts: a text, a colour, a station's attributes
+/// or the arrivals of a notification. Empty for others.
+QByteArrayView subjectOf(QByteArrayView content);
+
+} // namespace ktr

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "lang/text_table.h"
+
+#include <QString>
+
+#include <string>
+
+namespace ktr {
+
+/// The texts of a station's fixed nodes in the language of the program.
+struct StationCaptions
+{
+    QString notifications;
+    QString history;
+    QString inputValues;
+};
+
+StationCaptions stationCaptions(const TextTable &texts);
+
+/// The caption of an input value, channel 1 to 18; the blanks at its end align the values.
+QString channelCaption(int channel);
+
+/// A text as nodes and their file hold it, UTF-8: without what no such file can hold, which are control
+/// characters and halves of characters.
+std::string storedText(const QString &text);
+
+} // namespace ktr

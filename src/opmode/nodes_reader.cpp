@@ -1,0 +1,147 @@
+#include "config/xml_document.h"
+#include "opmode/node_records.h"
+#include "opmode/nodes_file.h"
+#include "opmode/plain_nodes.h"
+
+#include <QCoreApplication>
+
+#include <charconv>
+#include <pugixml.hpp>
+
+namespace ktr {
+
+namespace {
+
+QString translated(const char *text)
+{
+    return QCoreApplication::translate("Files", text);
+}
+
+/// Whether a character reference, what follows "&#", names a character of XML.
+bool isCharacterReference(std::string_view digits)
+{
+    const bool hexadecimal = digits.starts_with('x');
+    digits.remove_prefix(hexadecimal ? 1 : 0);
+    std::uint32_t code = 0;
+    const auto [end, error] =
+        std::from_chars(digits.data(), digits.data() + digits.size(), code, hexadecimal ? 16 : 10);
+    const bool complete = error == std::errc() && end != digits.data() + digits.size() && *end == ';';
+    return complete && (code == 0x9 || code == 0xA || code == 0xD || (code >= 0x20 && code <= 0xD7FF) ||
+                        (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF));
+}
+
+/// Refuses what the parser would take: characters, and references to characters, that XML does not know.
+Status checkCharacters(const QByteArray &utf8)
+{
+    for (const char c : utf8) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 && c != '\n' && c != '\r' && c != '\t') {
+            return Status::failed(translated("there is a character of number %1").arg(int{byte}));
+        }
+    }
+    const std::string_view text(utf8.constData(), static_cast<std::size_t>(utf8.size()));
+    for (std::size_t at = text.find("&#"); at != std::string_view::npos; at = text.find("&#", at + 2)) {
+        if (!isCharacterReference(text.substr(at + 2, 12))) {
+            return Status::failed(translated("there is a reference to a character that does not exist"));
+        }
+    }
+    return Status::done();
+}
+
+/// Gives false when an attribute stands twice.
+bool takeAttributes(const pugi::xml_node &element, NodeAttributeValues &values)
+{
+    values.fill({});
+    for (const pugi::xml_attribute &attribute : element.attributes()) {
+        const auto name = std::ranges::find(nodeAttributeNames, std::string_view(attribute.name()));
+        if (name != nodeAttributeNames.end()) {
+            std::string_view &value = values[static_cast<std::size_t>(name - nodeAttributeNames.begin())];
+            if (value.data() != nullptr) {
+                return false;
+            }
+            value = attribute.value();
+        }
+    }
+    return true;
+}
+
+/// The elements, when the document is sound: one element `KTR` whose elements hold no others.
+Status takeElements(const pugi::xml_document &document, NodeRecords &records)
+{
+    pugi::xml_node root;
+    for (const pugi::xml_node &node : document.children()) {
+        if (node.type() == pugi::node_doctype) {
+            return Status::failed(translated("a document type declaration is not accepted"));
+        }
+        if (node.type() == pugi::node_element) {
+            if (!root.empty() || std::string_view(node.name()) != "KTR") {
+                return Status::failed(translated("the document is not a single element \"KTR\""));
+            }
+            root = node;
+        }
+    }
+    NodeAttributeValues values;
+    for (const pugi::xml_node &element : root.children()) {
+        if (!takeAttributes(element, values)) {
+            return Status::failed(
+                translated("an attribute of \"%1\" stands twice").arg(QString::fromUtf8(element.name())));
+        }
+        if (!element.first_child().empty()) {
+            return Status::failed(translated("\"%1\" is not empty").arg(QString::fromUtf8(element.name())));
+        }
+        if (element.type() == pugi::node_element) {
+            records.add(values);
+        }
+    }
+    return Status::done();
+}
+
+/// Any document. What the records refer to is kept in `utf8`.
+Status parseNodes(const QByteArray &document, QByteArray &utf8, pugi::xml_document &parsed,
+                  NodeRecords &records)
+{
+    if (Status decoded = xmlToUtf8(document, utf8); !decoded) {
+        return decoded;
+    }
+    if (Status characters = checkCharacters(utf8); !characters) {
+        return characters;
+    }
+    const pugi::xml_parse_result result =
+        parsed.load_buffer_inplace(utf8.data(), static_cast<std::size_t>(utf8.size()),
+                                   pugi::parse_escapes | pugi::parse_wconv_attribute | pugi::parse_eol |
+                                       pugi::parse_cdata | pugi::parse_doctype,
+                                   pugi::encoding_utf8);
+    return result ? takeElements(parsed, records)
+                  : Status::failed(translated("at byte %1: %2")
+                                       .arg(result.offset)
+                                       .arg(QString::fromLatin1(result.description())));
+}
+
+} // namespace
+
+Status readNodes(const QByteArray &document, const std::function<void(const NodeElement &)> &take,
+                 const std::function<void(std::size_t nodes, std::size_t bytes)> &expect)
+{
+    const std::string_view bytes(document.constData(), static_cast<std::size_t>(document.size()));
+    NodeRecords records;
+    PlainNodes plain;
+    QByteArray utf8;
+    pugi::xml_document parsed;
+    if (!plain.read(bytes, records)) {
+        records = {};
+        if (Status read = parseNodes(document, utf8, parsed, records); !read) {
+            return read;
+        }
+    }
+    if (expect) {
+        expect(records.nodes().size(), records.bytes());
+    }
+    auto station = records.stations().cbegin();
+    for (const NodeRecords::Record &record : records.nodes()) {
+        const bool isStation = NodeRecords::isStation(record.key);
+        take({record.key, record.text, record.colour, isStation ? &*station++ : nullptr});
+    }
+    return Status::done();
+}
+
+} // namespace ktr

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "opmode/station_tree.h"
+#include "platform/status.h"
+
+#include <QByteArray>
+
+namespace ktr {
+
+/// When the notifications of `nodes.xml` arrived and were acknowledged: `nodes.times` beside it, whose own
+/// attributes are fixed. Written before it, for the keys that it will have, and read after it.
+class NotificationTimes
+{
+public:
+    /// `nodesPath` is the path of `nodes.xml`.
+    explicit NotificationTimes(const QString &nodesPath);
+
+    /// Gives the notifications of a tree that is being loaded their times, all or none: without the file, or
+    /// when it is damaged, which is a failure, they are not known.
+    Status load(StationTree &tree) const;
+    /// Replaces the file whole or not at all.
+    Status save(const StationTree &tree) const;
+
+private:
+    QString m_path;
+};
+
+} // namespace ktr

@@ -1,0 +1,223 @@
+#include "opmode/operational_mode.h"
+#include "platform/files.h"
+#include "support/environment.h"
+#include "support/manual_timers.h"
+#include "support/recorded_line.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ktr;
+using test::RecordedLine;
+
+namespace {
+
+/// An operational mode over a folder, with a clock that goes on with the timers.
+struct Run
+{
+    explicit Run(const QString &folder, const QDateTime &start = QDateTime({2026, 11, 20}, {9, 59, 30}))
+        : path(folder + QStringLiteral("/nodes.xml"))
+    {
+        Environment environment = test::fixedEnvironment();
+        environment.now = [this, start] { return start.addMSecs(timers.now().count()); };
+        mode.emplace(OperationalMode::Services{environment, timers,
+                                               [this] {
+                                                   auto line = std::make_unique<RecordedLine>();
+                                                   lines += line.get();
+                                                   return line;
+                                               },
+                                               [this] { ++beeps; }, [this] { return timers.now(); }},
+                     StationCaptions{QStringLiteral("Notifications"), QStringLiteral("History"),
+                                     QStringLiteral("IP")});
+        QObject::connect(&*mode, &OperationalMode::told, &*mode,
+                         [this](const QString &line) { told += line; });
+        QObject::connect(&*mode, &OperationalMode::happened, &*mode,
+                         [this](const StationEvent &event) { events += event; });
+        QObject::connect(&*mode, &OperationalMode::alarmRaised, &*mode,
+                         [this](const QModelIndex &entry) { alarms += entry.data().toString(); });
+        opened = mode->open(path, OperationalMode::Use::Keep);
+    }
+    void say(int station, const QByteArray &sms)
+    {
+        lines[station]->say("at+cmgs=\"+4917012345\"\r");
+        lines[station]->say(sms + '\x1A');
+    }
+    QModelIndex node(const QString &key) const { return mode->tree().find(key); }
+    bool isRed(const QString &key) const
+    {
+        return node(key).data(StationTree::ColourRole).toInt() == StationTree::alarmColour;
+    }
+    QString textOf(const QString &key) const { return node(key).data().toString(); }
+
+    QString path;
+    test::ManualTimers timers;
+    QList<RecordedLine *> lines;
+    QStringList told;
+    QList<StationEvent> events;
+    QStringList alarms;
+    int beeps = 0;
+    std::optional<OperationalMode> mode;
+    Status opened = Status::done();
+};
+
+const QString alarmKey = QStringLiteral("S/meldung/+4917012345 --> M,Alarm DI1 fail");
+
+QByteArray station(const QByteArray &name, const QByteArray &attributes)
+{
+    return "<item1 " + attributes + " key=\"" + name + "\" text=\"" + name + "\" ForeColor=\"-2147483640\"/>";
+}
+
+} // namespace
+
+class OperationalModeTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void cleanup() { m_folder.reset(); }
+
+    void whatIsSavedComesBackAsItWas()
+    {
+        {
+            Run run(m_folder->path());
+            QVERIFY(run.opened);
+            QCOMPARE(run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7")), "S");
+            QCOMPARE(run.mode->addStation(QStringLiteral("S")), "S (1)");
+            run.mode->setOnline(QStringLiteral("S"), true);
+            QCOMPARE(run.lines[0]->sent, QByteArrayList{"config\r\n"});
+            run.say(0, "M,Alarm DI1 fail");
+            run.say(0, "R,5,12.3");
+            QCOMPARE(run.alarms, QStringList{QStringLiteral("+4917012345 --> M,Alarm DI1 fail")});
+            QVERIFY(run.isRed(alarmKey) && run.isRed(QStringLiteral("S/meldung")) &&
+                    run.isRed(QStringLiteral("S")));
+            QVERIFY(run.mode->tree().setData(run.node(QStringLiteral("S")), QStringLiteral("Works")));
+            QVERIFY(run.mode->close());
+            QVERIFY(!run.lines[0]->isOpen());
+        }
+        QVERIFY(!QFileInfo::exists(m_folder->filePath(QStringLiteral("nodes.journal"))));
+        Run run(m_folder->path());
+        QVERIFY(run.opened && run.told.isEmpty());
+        QCOMPARE(run.mode->stations().Count(), 2);
+        QCOMPARE(run.lines[0]->opened, QStringList{QStringLiteral("10.0.0.7")});
+        QVERIFY(run.isRed(QStringLiteral("Works/meldung/+4917012345 --> M,Alarm DI1 fail")));
+        QVERIFY(run.textOf(QStringLiteral("Works/ip/ip5")).endsWith(QLatin1String("IP5 = 12.3")));
+    }
+
+    void aCrashLosesNothingThatWasShown()
+    {
+        {
+            Run run(m_folder->path());
+            run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+            run.mode->addStation(QStringLiteral("T"));
+            run.mode->setOnline(QStringLiteral("S"), true);
+            run.mode->setSchedule(QStringLiteral("S"), {QStringLiteral("08:00"), 1, {}, 0});
+            run.say(0, "M,Alarm DI1 fail");
+            run.say(0, "M,Alarm DI2 fail");
+            run.say(0, "R,5,12.3");
+            run.mode->removeStation(QStringLiteral("T"));
+            QVERIFY(run.mode->acknowledge({run.node(alarmKey)}));
+            QVERIFY(!run.isRed(alarmKey) && run.isRed(QStringLiteral("S")));
+            run.timers.advance(Milliseconds(1000));
+        } // without close()
+        Run run(m_folder->path());
+        QVERIFY2(run.told.size() == 1 && run.told[0].contains(QLatin1String("journal")),
+                 qPrintable(run.told.join(u'\n')));
+        QCOMPARE(run.mode->stations().Count(), 1);
+        QCOMPARE(run.lines[0]->opened, QStringList{QStringLiteral("10.0.0.7")});
+        QVERIFY(!run.isRed(alarmKey) && run.isRed(QStringLiteral("S/meldung")));
+        QVERIFY(run.node(alarmKey).data(StationTree::AcknowledgedRole).toLongLong() > 0);
+        QVERIFY(run.textOf(QStringLiteral("S/ip/ip5")).endsWith(QLatin1String("12.3")));
+        QVERIFY(run.mode->station(QStringLiteral("S"))->exclusiveMode());
+        QCOMPARE(run.mode->station(QStringLiteral("S"))->msgText(), "A*");
+    }
+
+    void schedulesActAtOpeningAndOncePerMinute()
+    {
+        QVERIFY(replaceFile(m_folder->filePath(QStringLiteral("nodes.xml")),
+                            "<KTR>" +
+                                station("on", "exclusive_day_on=\"1\" exclusive_hour_on=\"08:00\" "
+                                              "hostAddress=\"10.0.0.1\" online=\"-1\"") +
+                                station("later", "exclusive_day_on=\"8\" exclusive_hour_on=\"10:00\" "
+                                                 "exclusive_day_off=\"1\" exclusive_hour_off=\"10:02\" "
+                                                 "hostAddress=\"10.0.0.2\" online=\"True\"") +
+                                "</KTR>"));
+        Run run(m_folder->path());
+        const auto isExclusive = [&run](const char *name) {
+            return run.mode->station(QString::fromLatin1(name))->exclusiveMode();
+        };
+        QVERIFY(isExclusive("on") && !isExclusive("later"));
+        run.timers.advance(Milliseconds(31'000)); // Friday, 10:00:01
+        QVERIFY(isExclusive("later"));
+        run.mode->setExclusive(QStringLiteral("later"), false);
+        run.timers.advance(Milliseconds(60'000));
+        QVERIFY(!isExclusive("later")); // by hand, until the next switch
+        run.mode->setExclusive(QStringLiteral("later"), true);
+        run.timers.advance(Milliseconds(60'000));
+        QVERIFY(!isExclusive("later"));
+    }
+
+    void aStationThatSaysNothingForAPeriodIsSilent()
+    {
+        Run run(m_folder->path());
+        run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+        run.mode->setOnline(QStringLiteral("S"), true);
+        const auto line = [&run] {
+            return run.node(QStringLiteral("S")).data(StationTree::StatusRole).value<StationStatus>().line;
+        };
+        QCOMPARE(line(), StationStatus::Line::Connecting);
+        run.lines[0]->say("OK\r\n");
+        QCOMPARE(line(), StationStatus::Line::Alive);
+        run.timers.advance(Milliseconds(20'000)); // heard in this period
+        QCOMPARE(line(), StationStatus::Line::Alive);
+        run.timers.advance(Milliseconds(20'000));
+        QCOMPARE(line(), StationStatus::Line::Silent);
+        run.mode->setHostAddress(QStringLiteral("S"), QStringLiteral("10.0.0.8"));
+        QCOMPARE(line(), StationStatus::Line::Connecting);
+        QCOMPARE(run.lines[0]->opened.last(), "10.0.0.8");
+        QList<StationEvent::Kind> kinds;
+        for (const StationEvent &event : run.events) {
+            kinds += event.kind;
+        }
+        QCOMPARE(kinds, (QList{StationEvent::Kind::Alive, StationEvent::Kind::Silent}));
+    }
+
+    void aFileThatCannotBeReadIsKeptAside()
+    {
+        const QString path = m_folder->filePath(QStringLiteral("nodes.xml"));
+        QVERIFY(replaceFile(path, "<KTR><item1"));
+        {
+            Run run(m_folder->path());
+            QVERIFY(!run.opened && run.told.size() == 1);
+            run.mode->addStation(QStringLiteral("S"));
+            QVERIFY(run.mode->close());
+        }
+        QByteArray kept;
+        QVERIFY(readFile(m_folder->filePath(QStringLiteral("nodes (1).xml")), kept, 1000));
+        QCOMPARE(kept, "<KTR><item1");
+        Run run(m_folder->path());
+        QVERIFY(run.opened);
+        QCOMPARE(run.mode->stations().Count(), 1);
+    }
+
+    void aLentStationIsSavedAsOnline()
+    {
+        Run run(m_folder->path());
+        run.mode->addStation(QStringLiteral("S"), QStringLiteral(" 10.0.0.7:49111"));
+        QCOMPARE(run.mode->stationAt(QStringLiteral("10.0.0.7")), "");
+        run.mode->setOnline(QStringLiteral("S"), true);
+        QCOMPARE(run.mode->stationAt(QStringLiteral("10.0.0.7")), "S");
+        run.mode->lend(QStringLiteral("S"));
+        QVERIFY(!run.lines[0]->isOpen() && run.mode->attributes(QStringLiteral("S")).online);
+        run.mode->takeBack();
+        QVERIFY(run.lines[0]->isOpen());
+    }
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+QTEST_GUILESS_MAIN(OperationalModeTest)
+#include "operational_mode_test.moc"
