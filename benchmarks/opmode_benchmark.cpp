@@ -106,8 +106,7 @@ void readingAMillionEntriesBesideTheParserAlone(benchmark::State &state)
         StationTree tree(captions());
         tree.beginLoading();
         const Status read = readNodes(
-            document(),
-            [&tree](const NodeElement &element) { tree.load(element.key, element.text, element.colour); },
+            document(), [&tree](const NodeElement &element) { tree.load(element); },
             [&tree](std::size_t nodes, std::size_t bytes) { tree.reserve(nodes, bytes); });
         tree.endLoading();
         if (!read) {

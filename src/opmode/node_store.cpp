@@ -1,5 +1,7 @@
 #include "opmode/node_store.h"
 
+#include "platform/prefetch.h"
+
 #include <QHashSeed>
 
 #include <algorithm>
@@ -162,6 +164,11 @@ std::optional<NodeStore::Id> NodeStore::child(Id parent, std::string_view name) 
 {
     const Id id = m_slots[slotOf(hash(parent, name), parent, name)].id;
     return id == root ? std::nullopt : std::optional(id);
+}
+
+void NodeStore::fetch(Id parent, std::string_view name) const
+{
+    prefetch(&m_slots[hash(parent, name) & (m_slots.size() - 1)]);
 }
 
 /// Where a node is listed, or the free slot where it would be.

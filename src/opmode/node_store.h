@@ -43,6 +43,8 @@ public:
     void setColour(Id id, std::int32_t colour) { m_nodes[id].colour = colour; }
 
     std::optional<Id> child(Id parent, std::string_view name) const;
+    /// Begins to fetch the memory that looking for this child, or adding it, will need.
+    void fetch(Id parent, std::string_view name) const;
     /// The node of a key. The names of notifications and of entries of the history may hold "/".
     std::optional<Id> find(std::string_view key) const;
     /// Where a node of this key belongs, and its name there; nothing when that place does not exist.

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "opmode/node_element.h"
 #include "opmode/node_store.h"
-#include "opmode/station_attributes.h"
 #include "platform/status.h"
 
 #include <QByteArray>
@@ -9,15 +9,6 @@
 #include <functional>
 
 namespace ktr {
-
-/// A node as the file holds it. Valid while it is handed over.
-struct NodeElement
-{
-    std::string_view key;
-    std::string_view text;
-    std::int32_t colour;
-    const StationAttributes *station; ///< of a key without "/", else none
-};
 
 /// Hands over the nodes of a document in its order, all or none: a document that is not sound gives a
 /// failure and no node. Numbers and truth values that cannot be read take their value of a new station.

@@ -136,10 +136,14 @@ Status readNodes(const QByteArray &document, const std::function<void(const Node
     if (expect) {
         expect(records.nodes().size(), records.bytes());
     }
+    constexpr std::size_t ahead = 12;
+    const std::vector<NodeRecords::Record> &nodes = records.nodes();
     auto station = records.stations().cbegin();
-    for (const NodeRecords::Record &record : records.nodes()) {
+    for (std::size_t at = 0; at < nodes.size(); ++at) {
+        const NodeRecords::Record &record = nodes[at];
         const bool isStation = NodeRecords::isStation(record.key);
-        take({record.key, record.text, record.colour, isStation ? &*station++ : nullptr});
+        take({record.key, record.text, record.colour, isStation ? &*station++ : nullptr,
+              at + ahead < nodes.size() ? nodes[at + ahead].key : std::string_view()});
     }
     return Status::done();
 }

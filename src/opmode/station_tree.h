@@ -1,8 +1,10 @@
 #pragma once
 
 #include "opmode/node_change.h"
+#include "opmode/node_element.h"
 #include "opmode/node_store.h"
 #include "opmode/node_texts.h"
+#include "opmode/parent_cache.h"
 #include "opmode/station_messages.h"
 
 #include <QAbstractItemModel>
@@ -97,6 +99,7 @@ public:
     void endLoading();
     /// Takes a node of a file: a station, the text of a node that is there, or a new entry. Gives false when
     /// it has no place.
+    bool load(const NodeElement &element);
     bool load(std::string_view key, std::string_view text, std::int32_t colour);
     /// Makes room for that many nodes, whose names and texts have about that many bytes, at once.
     void reserve(std::size_t nodes, std::size_t bytes) { m_nodes.reserve(nodes, bytes); }
@@ -162,7 +165,8 @@ private:
     QHash<Id, Arrival> m_arrivals;
     QSet<Id> m_renamed; ///< stations that were given a text since their creation
     std::function<void(const NodeChange &)> m_changed;
-    NodeChange m_told{}; ///< kept for the room of its texts
+    NodeChange m_told{};   ///< kept for the room of its texts
+    ParentCache m_parents; ///< while loading
     bool m_loading = false;
     bool m_gathering = false; ///< counts of alarms are shown at the end of many changes
 };

@@ -11,27 +11,45 @@ void StationTree::beginLoading()
 void StationTree::endLoading()
 {
     m_loading = false;
+    m_parents.clear();
     endResetModel();
     tellAlarmCount();
+}
+
+bool StationTree::load(const NodeElement &element)
+{
+    if (const auto place = m_parents.find(element.later)) {
+        m_nodes.fetch(place->parent, place->name);
+    }
+    return load(element.key, element.text, element.colour);
 }
 
 bool StationTree::load(std::string_view key, std::string_view text, std::int32_t newColour)
 {
     Q_ASSERT(m_loading);
-    const bool isStation = key.find('/') == std::string_view::npos;
-    const std::string_view path = isStation ? text : key; // a station's text has become its key
-    const std::optional<NodeStore::Place> place = m_nodes.place(path);
-    if (!place || path.empty() || (isStation && place->parent != NodeStore::root)) {
-        return false;
+    Id parent = NodeStore::root;
+    std::string_view name = text; // a station's text has become its key
+    std::optional<Id> node;
+    if (key.find('/') == std::string_view::npos) {
+        if (text.empty() || text.find('/') != std::string_view::npos) {
+            return false;
+        }
+        node = addBranch(text);
+    } else {
+        if (const auto known = m_parents.find(key)) {
+            parent = known->parent;
+            name = known->name;
+        } else if (const auto place = m_nodes.place(key)) {
+            parent = place->parent;
+            name = place->name;
+            m_parents.remember(key, parent, m_nodes.kind(parent));
+        } else {
+            return false;
+        }
+        node = m_nodes.add(parent, name, text, normalColour); // most nodes are new: looked up once
     }
-    if (isStation && text.find('/') != std::string_view::npos) {
-        return false;
-    }
-    // Most nodes are new: looked up once.
-    std::optional<Id> node =
-        isStation ? addBranch(text) : m_nodes.add(place->parent, place->name, text, normalColour);
     if (!node) {
-        node = m_nodes.child(place->parent, place->name);
+        node = m_nodes.child(parent, name);
         if (node) {
             m_nodes.setText(*node, text);
         }
@@ -84,6 +102,7 @@ bool StationTree::replay(const NodeChange &change)
     case NodeChange::What::Removed:
         forget(*id);
         m_nodes.remove(*id);
+        m_parents.clear();
         return true;
     case NodeChange::What::Station:
         return kind == NodeKind::Station;

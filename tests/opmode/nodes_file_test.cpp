@@ -4,8 +4,12 @@
 #include "platform/files.h"
 
 #include <QDir>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <pugixml.hpp>
+#include <sstream>
 
 using namespace ktr;
 
@@ -58,7 +62,7 @@ private Q_SLOTS:
             "<KTR><item1 exclusiveMode=\"True\" exclusive_day_on=\"2\" exclusive_day_off=\"10\" "
             "exclusive_hour_on=\"7:05\" exclusive_hour_off=\"x&quot;\" hostAddress=\"10.0.0.7\" "
             "online=\"True\" "
-            "key=\"Pumpwerk &amp; Co\" text=\"Pumpwerk &amp; Co\" ForeColor=\"-2147483640\"/><item2 key="));
+            "key=\"Pumpwerk &amp; Co\" text=\"Pumpwerk &amp; Co\" ForeColor=\"255\"/><item2 key="));
         QVERIFY(document.contains("<item45 key=\"Pumpwerk &amp; Co/meldung/"));
 
         StationTree again({"", "", ""});
@@ -79,6 +83,66 @@ private Q_SLOTS:
                      [&](const QString &kennung) { return kennung == u"x" ? StationAttributes() : station; }),
                  document);
         QCOMPARE(writeNodes(StationTree({}).nodes(), {}), "<KTR/>");
+    }
+
+    /// Writer and quick reader against the parser, over texts of everything that needs care.
+    void whatIsWrittenIsWhatTheParserWouldWriteAndReadsTheSame()
+    {
+        const std::array<QString, 12> pieces = {"a",
+                                                "/",
+                                                "&",
+                                                "<",
+                                                ">",
+                                                "\"",
+                                                "'",
+                                                "\t\r\n",
+                                                QString(QChar(0xE4)),
+                                                QString::fromUcs4(U"\U0001F600"),
+                                                " -- ",
+                                                "]]>"};
+        QRandomGenerator chance(7);
+        StationTree tree({"N", "H", "IP"});
+        for (int station = 0; station < 4; ++station) {
+            const QString name = QString::number(station) + pieces[static_cast<std::size_t>(station) + 2];
+            tree.addStation(name);
+            for (int entry = 0; entry < 300; ++entry) {
+                QString text;
+                for (int piece = chance.bounded(9); piece >= 0; --piece) {
+                    text += pieces[chance.bounded(static_cast<quint32>(pieces.size()))];
+                }
+                tree.take(name,
+                          NotificationMessage{{text, text + (entry % 2 == 0 ? "" : "&")}, entry % 3 == 0},
+                          {});
+            }
+            tree.remove(tree.index(5, 0, tree.find(name + "/meldung")));
+        }
+        tree.setData(tree.find("1<"), QStringLiteral("\"new\""));
+        const QByteArray written = writeNodes(tree.nodes(), [](const QString &) {
+            return StationAttributes{true, {"\t<", 3, "&", -4}, QString(QChar(0xFC)), false};
+        });
+        pugi::xml_document parsed;
+        QVERIFY(parsed.load_buffer(written.constData(), static_cast<std::size_t>(written.size())));
+        std::ostringstream saved;
+        parsed.save(saved, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf8);
+        QCOMPARE(written, QByteArray::fromStdString(saved.str()));
+
+        QByteArray other = written; // the same in a form that only the parser takes
+        other.replace("<KTR>", "<KTR >");
+        const Read quick = read(written);
+        const Read slow = read(other);
+        QCOMPARE(quick.nodes, slow.nodes);
+        QCOMPARE(quick.stations, slow.stations);
+        QCOMPARE(quick.nodes.size(), static_cast<qsizetype>(tree.nodes().count()));
+        for (int change = 0; change < 2000; ++change) { // never other nodes than the parser would give
+            const qsizetype at = 5 + chance.bounded(6000);
+            QByteArray damaged = written.first(written.indexOf("<item", at + 1)) + "</KTR>";
+            damaged[at] = "\"<>&/ =\x01\xE4k;'"[chance.bounded(12)];
+            QByteArray parsedOnly = damaged;
+            const Read damagedQuick = read(damaged);
+            const Read damagedSlow = read(parsedOnly.replace("<KTR>", "<KTR >"));
+            QCOMPARE(damagedQuick.nodes, damagedSlow.nodes);
+            QCOMPARE(damagedQuick.failure.isEmpty(), damagedSlow.failure.isEmpty());
+        }
     }
 
     void valuesAreReadInEveryFormThatWasEverWritten()

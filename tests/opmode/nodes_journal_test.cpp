@@ -14,6 +14,7 @@ using namespace ktr::test;
 namespace {
 
 constexpr quint64 base = 7;
+const QDateTime at(QDate(2009, 12, 24), QTime(14, 5, 33));
 
 StationMessage alarm(const QString &text)
 {
@@ -45,20 +46,67 @@ private Q_SLOTS:
         tree.take("a", alarm("1/2 fail"), {});
         tree.take("a", alarm("2 fail"), {});
         tree.take("a", interpretStationMessage("+49 --> H,7,0911152359,1,12.5"), {});
-        tree.setColour(tree.find("a/meldung/2 fail"), StationTree::normalColour);
+        tree.take("a", interpretStationMessage("+49 --> R,5,12.3"), QDateTime::currentDateTime());
+        const auto acknowledged = tree.acknowledgement({tree.find("a/meldung/2 fail")}, at);
+        for (const NodeChange &change : acknowledged) {
+            journal.add(change);
+        }
+        QVERIFY(journal.flushNow());
+        tree.carryOut(acknowledged);
+        tree.take("a", alarm("1/2 fail"), at);
         tree.remove(tree.find("gone"));
         QVERIFY(tree.setData(tree.find("a"), QStringLiteral("Pumpwerk")));
+        const NodeChange station{
+            NodeChange::What::Station, "a", {}, 0, 0, 0, {true, {"7:05", 2, "9", 10}, "10.0.0.7", true}};
+        journal.add(station);
         timers.advance(NodesJournal::longestDelay);
 
         // Another run finds it on the disk while this one never ends.
+        QTRY_VERIFY(content().contains("10.0.0.7"));
         StationTree again(captions());
-        QCOMPARE(replayInto(again).dropped, 0);
+        const auto replayed = replayInto(again);
+        QCOMPARE(replayed.dropped, 0);
+        QCOMPARE(replayed.unfit, 0);
+        QCOMPARE(m_attributes, QList<StationAttributes>{station.station});
         const auto document = [](const StationTree &of) {
             return writeNodes(of.nodes(), [](const QString &) { return StationAttributes(); });
         };
         // The numbers of the elements may differ, for what was removed.
         QCOMPARE(document(again), document(tree));
         QCOMPARE(again.find("a/meldung").data(StationTree::AlarmCountRole), 1);
+        for (const char *key : {"a/meldung/1/2 fail", "a/meldung/2 fail"}) {
+            for (const int role :
+                 {StationTree::ReceivedRole, StationTree::CountRole, StationTree::AcknowledgedRole}) {
+                QCOMPARE(again.find(key).data(role), tree.find(key).data(role));
+            }
+        }
+    }
+
+    void valuesThatChangeForMonthsDoNotFillTheDisk()
+    {
+        ManualTimers timers;
+        StationTree tree(captions());
+        {
+            NodesJournal journal = opened(timers);
+            QVERIFY(journal.restart(base));
+            tree.setObserver([&journal](const NodeChange &change) { journal.add(change); });
+            tree.addStation("a");
+            tree.take("a", alarm("1 fail"), at);
+            const std::string padding(4096, 'x');
+            for (int round = 0; round < 9000; ++round) { // 36 MB
+                const QString text = QString::number(round) + QString::fromStdString(padding);
+                tree.take("a", InputValuesMessage{{{round % 18 + 1, text}}}, at);
+                if (round % 1000 == 0) {
+                    QVERIFY(journal.flushNow());
+                }
+            }
+            tree.take("a", alarm("2 fail"), at);
+        }
+        QVERIFY(QFileInfo(path()).size() < 14'000'000);
+        StationTree again(captions());
+        QCOMPARE(replayInto(again).unfit, 0);
+        QCOMPARE(again.find("a/ip/ip18").data(), tree.find("a/ip/ip18").data());
+        QCOMPARE(again.find("a/meldung").data(StationTree::AlarmCountRole), 2);
     }
 
     void aTornOrDamagedRecordIsDroppedAlone()
@@ -129,15 +177,17 @@ private Q_SLOTS:
                              [this](const QString &text) { m_told += text; });
         QVERIFY(!journal.replay(base, {}).status);
         journal.add({NodeChange::What::Added, "a", "a", 0});
-        timers.advance(5 * NodesJournal::longestDelay);
+        timers.advance(NodesJournal::longestDelay);
+        QTRY_COMPARE(m_told.size(), 1);
+        QVERIFY(!journal.flushNow());
         QCOMPARE(m_told.size(), 1);
         QVERIFY(m_told.first().startsWith(folder));
         QVERIFY(QDir().mkdir(folder));
         timers.advance(NodesJournal::longestDelay);
-        QCOMPARE(m_told.size(), 2);
+        QTRY_COMPARE(m_told.size(), 2);
         QCOMPARE(m_told.last(), "");
         qsizetype changes = NodesJournal(folder + "/nodes.journal", timers, {})
-                                .replay(base, [](const NodeChange &) {})
+                                .replay(base, [](const NodeChange &) { return true; })
                                 .changes;
         QCOMPARE(changes, 1);
     }
@@ -160,8 +210,12 @@ private:
         ManualTimers timers;
         NodesJournal journal = opened(timers);
         tree.beginLoading();
-        const auto replayed =
-            journal.replay(base, [&tree](const NodeChange &change) { tree.replay(change); });
+        const auto replayed = journal.replay(base, [&](const NodeChange &change) {
+            if (change.what == NodeChange::What::Station) {
+                m_attributes += change.station;
+            }
+            return tree.replay(change);
+        });
         tree.endLoading();
         if (added != nullptr) {
             journal.add({NodeChange::What::Added, added, added, 0});
@@ -171,6 +225,7 @@ private:
 
     std::unique_ptr<QTemporaryDir> m_folder;
     QStringList m_told;
+    QList<StationAttributes> m_attributes;
 };
 
 QTEST_GUILESS_MAIN(NodesJournalTest)

@@ -72,12 +72,14 @@ private Q_SLOTS:
         QCOMPARE(m_tree->find("b/meldung/+49 --> M,Pump 1/2 fail"), outcome.entry);
         QCOMPARE(outcome.entry.data(StationTree::ColourRole), 255);
         QCOMPARE(m_tree->find("b/meldung").data(StationTree::ColourRole), 255);
-        QVERIFY(!m_tree->take("b", said("M,Pump 1/2 fail"), now).entry.isValid()); // the same again
+        QCOMPARE(m_tree->find("b").data(StationTree::ColourRole), 255);
+        QCOMPARE(m_tree->find("a").data(StationTree::ColourRole), StationTree::normalColour);
         m_tree->take("b", said("M,all well"), now);
         QCOMPARE(m_tree->rowCount(m_tree->find("b/meldung")), 2);
         QCOMPARE(m_tree->find("b/meldung").data(StationTree::AlarmCountRole), 1);
-        m_tree->setColour(outcome.entry, StationTree::normalColour);
+        m_tree->remove(outcome.entry);
         QCOMPARE(m_tree->find("b/meldung").data(StationTree::AlarmCountRole), 0);
+        QCOMPARE(m_tree->find("b").data(StationTree::ColourRole), StationTree::normalColour);
 
         m_tree->take("b", said("R,5,12.3"), now);
         QCOMPARE(m_tree->find("b/ip").data(), "IP (14:05 24.12.2009)");
@@ -86,8 +88,59 @@ private Q_SLOTS:
         m_tree->take("b", said("H,7,0911152359,1,12.5,15,2,3"), now);
         QCOMPARE(m_tree->index(1, 0, m_tree->find("b/history")).data(), "16.11.2009 00:14 : IP2 = 3");
         m_tree->take("nobody", said("M,x"), now);
-        QCOMPARE(m_tree->nodes().count(), 2 * 22U + 4);
+        QCOMPARE(m_tree->nodes().count(), 2 * 22U + 3);
         QCOMPARE(m_tree->rowCount(m_tree->find("a/meldung")), 0);
+    }
+
+    void anAcknowledgedAlarmThatComesBackIsRedAgain()
+    {
+        const QSignalSpy counts(m_tree.get(), &StationTree::alarmCountChanged);
+        QList<NodeChange> told;
+        m_tree->addStation("a");
+        const auto first = m_tree->take("a", said("M,1 fail"), now).entry;
+        const auto second = m_tree->take("a", said("M,2 fail"), now).entry;
+        m_tree->setObserver([&told](const NodeChange &change) { told += change; });
+        const QModelIndex branch = m_tree->find("a/meldung");
+        const QModelIndex station = m_tree->find("a");
+        const auto colours = [&] {
+            QList<int> result;
+            for (const QModelIndex &index : {first, second, branch, station}) {
+                result += index.data(StationTree::ColourRole).toInt();
+            }
+            return result;
+        };
+        constexpr int normal = StationTree::normalColour;
+
+        const auto one = m_tree->acknowledgement({first, first, station.siblingAtRow(7)}, now.addSecs(1));
+        QCOMPARE(one.size(), 1);
+        QCOMPARE(colours(), (QList<int>{255, 255, 255, 255})); // not before it is carried out
+        m_tree->carryOut(one);
+        QCOMPARE(colours(), (QList<int>{normal, 255, 255, 255}));
+        QCOMPARE(first.data(StationTree::AcknowledgedRole), now.addSecs(1).toMSecsSinceEpoch());
+        QCOMPARE(m_tree->acknowledgement({first}, now), QList<NodeChange>());
+
+        const auto rest = m_tree->acknowledgement({station}, now);
+        QCOMPARE(rest.size(), 3);
+        QVERIFY(told.isEmpty());
+        const auto again = m_tree->take("a", said(">M,2 fail"), now.addSecs(5)); // before it was carried out
+        QVERIFY(again.alarm && again.entry == second);
+        m_tree->carryOut(rest);
+        QCOMPARE(colours(), (QList<int>{normal, 255, 255, 255}));
+        m_tree->carryOut(m_tree->acknowledgement({branch}, now));
+        QCOMPARE(colours(), (QList<int>{normal, normal, normal, normal}));
+        QCOMPARE(m_tree->alarmCount(), 0);
+
+        const auto back = m_tree->take("a", said("M,1 fail"), now.addSecs(9));
+        QVERIFY(back.alarm && back.entry == first);
+        QCOMPARE(colours(), (QList<int>{255, normal, 255, 255}));
+        QCOMPARE(first.data(StationTree::AcknowledgedRole), 0);
+        QCOMPARE(first.data(StationTree::ReceivedRole), now.addSecs(9).toMSecsSinceEpoch());
+        QCOMPARE(first.data(StationTree::CountRole), 2);
+        QCOMPARE(m_tree->rowCount(branch), 2);
+        QCOMPARE(station.data(StationTree::AlarmCountRole), 1);
+        m_tree->remove(station);
+        QCOMPARE(m_tree->alarmCount(), 0);
+        QCOMPARE(counts.size(), 6); // 1, 2, 1, 0, 1, 0
     }
 
     void entriesStayFoundWhileOthersComeAndGo()
