@@ -379,6 +379,11 @@ Status OperationalMode::acknowledge(const QModelIndexList &entries)
             m_journal->add(change);
         }
         if (const Status kept = m_journal->flushNow(); !kept) {
+            for (NodeChange change :
+                 changes) { // the journal may get there later: what is shown is what counts
+                change.colour = StationTree::alarmColour;
+                m_journal->add(change);
+            }
             return kept;
         }
     }
