@@ -1,0 +1,211 @@
+#include "opmode/window/alarm_bar.h"
+
+#include "opmode/notifications.h"
+#include "opmode/window/alarm_look.h"
+#include "opmode/window/alarm_sound.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCheckBox>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+
+namespace ktr {
+
+namespace {
+
+constexpr int iconSize = 26;
+
+QPushButton *createButton(const QString &name, QWidget *parent)
+{
+    auto *button = new QPushButton(parent);
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+    return button;
+}
+
+QLabel *createLabel(const QString &name, QWidget *parent)
+{
+    auto *label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText); // it came from a module
+    return label;
+}
+
+} // namespace
+
+AlarmBar::AlarmBar(const AlarmCentre &centre, const StationTree &tree, Acknowledging &acknowledging,
+                   const TextTable &texts, const QLocale &locale, QWidget *parent)
+    : QWidget(parent),
+      m_centre(centre),
+      m_tree(tree),
+      m_acknowledging(acknowledging),
+      m_texts(texts),
+      m_locale(locale),
+      m_icon(createLabel(QStringLiteral("Img_alarm"), this)),
+      m_headline(createLabel(QStringLiteral("lbl_alarm"), this)),
+      m_lines{createLabel(QStringLiteral("lbl_alarm_first"), this),
+              createLabel(QStringLiteral("lbl_alarm_latest"), this)},
+      m_all(createButton(QStringLiteral("Cmd_alarm_all"), this)),
+      m_latest(createButton(QStringLiteral("Cmd_alarm_latest"), this)),
+      m_accept(createButton(QStringLiteral("Cmd_alarm_accept"), this)),
+      m_mute(new QCheckBox(this))
+{
+    setObjectName(QStringLiteral("AlarmBar"));
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    m_mute->setObjectName(QStringLiteral("Check_stumm"));
+    m_mute->setChecked(AlarmSound::isMutedInSettings());
+
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(12, 6, 10, 6);
+    row->setSpacing(8);
+    row->addWidget(m_icon);
+    row->addWidget(m_headline);
+    row->addSpacing(8);
+    row->addWidget(createLines(), 1);
+    for (QWidget *control : std::initializer_list<QWidget *>{m_all, m_latest, m_accept, m_mute}) {
+        row->addWidget(control);
+    }
+
+    connect(m_all, &QPushButton::clicked, this, &AlarmBar::allWanted);
+    connect(m_latest, &QPushButton::clicked, this, &AlarmBar::goToLatest);
+    connect(m_accept, &QPushButton::clicked, this, &AlarmBar::acknowledgeAll);
+    connect(m_mute, &QCheckBox::toggled, this, [this](bool muted) {
+        AlarmSound::keepMutedInSettings(muted);
+        Q_EMIT muteChanged(muted);
+    });
+    connect(&centre, &AlarmCentre::changed, this, &AlarmBar::refresh);
+    connect(&centre, &AlarmCentre::attention, this, &AlarmBar::announce);
+    takeColours();
+    applyTexts();
+}
+
+/// Two lines' room, whether there are two or one.
+QWidget *AlarmBar::createLines()
+{
+    auto *lines = new QWidget(this);
+    auto *column = new QVBoxLayout(lines);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(1);
+    column->addStretch();
+    for (QLabel *label : m_lines) {
+        // However long the text, the window need not be wider for it.
+        label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        column->addWidget(label);
+    }
+    column->addStretch();
+    lines->setFixedHeight(2 * fontMetrics().height() + 4);
+    return lines;
+}
+
+void AlarmBar::takeColours()
+{
+    const QPalette red = alarmBarPalette(QApplication::palette());
+    if (palette() != red) {
+        setPalette(red);
+    }
+    const QColor white = red.color(QPalette::WindowText);
+    m_icon->setPixmap(alarmIcon(white).pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    m_mute->setIcon(muteIcon(white));
+    QFont bold = font();
+    bold.setBold(true);
+    m_headline->setFont(bold);
+}
+
+void AlarmBar::applyTexts()
+{
+    m_all->setText(tr("Show all"));
+    m_all->setToolTip(tr("Lists the alarms of all stations that are not acknowledged"));
+    m_latest->setText(tr("Latest"));
+    m_latest->setToolTip(tr("Shows the latest alarm at its station"));
+    m_accept->setText(m_texts.text(Text::AcceptNotification));
+    m_accept->setToolTip(tr("Acknowledges all alarms of all stations"));
+    m_mute->setText(tr("Mute"));
+    m_mute->setToolTip(tr("Without it, new alarms sound, and every 60 seconds as long as one is not "
+                          "acknowledged. This bar and messages of the desktop stay."));
+    refresh();
+}
+
+void AlarmBar::refresh()
+{
+    const int count = m_centre.unacknowledged();
+    const auto first = m_centre.first();
+    const auto latest = m_centre.latest();
+    const QString alarms = count == 1 ? tr("1 alarm") : tr("%L1 alarms").arg(count);
+    m_headline->setText(alarms + u' ' + m_texts.text(Text::NotAcknowledged));
+    const bool isOne = count == 1 || !first || !latest;
+    m_lineTexts[0] = !latest ? QString() : isOne ? line(*latest) : tr("First: %1").arg(line(*first));
+    m_lineTexts[1] = isOne ? QString() : tr("Latest: %1").arg(line(*latest));
+    m_lines[1]->setVisible(!isOne);
+    setAccessibleName(m_headline->text());
+    setAccessibleDescription(m_lineTexts[0] + QStringLiteral(". ") + m_lineTexts[1]);
+    elide();
+    setVisible(count > 0);
+}
+
+/// The time in front: it is not what gets cut off.
+QString AlarmBar::line(const Alarm &alarm) const
+{
+    return shownTime(alarm.received, m_locale) + QStringLiteral("   ") + alarm.station +
+           QStringLiteral(" · ") + alarm.message;
+}
+
+void AlarmBar::elide()
+{
+    for (int i = 0; i < 2; ++i) {
+        QLabel &label = *m_lines[i];
+        const QString shown =
+            label.fontMetrics().elidedText(m_lineTexts[i], Qt::ElideRight, label.parentWidget()->width());
+        label.setText(shown);
+        label.setToolTip(shown == m_lineTexts[i] ? QString() : m_lineTexts[i].toHtmlEscaped());
+    }
+}
+
+void AlarmBar::announce()
+{
+    QAccessibleEvent event(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&event);
+}
+
+void AlarmBar::goToLatest()
+{
+    if (const auto latest = m_centre.latest()) {
+        Q_EMIT entryWanted(latest->kennung, latest->entry);
+    }
+}
+
+void AlarmBar::acknowledgeAll()
+{
+    QModelIndexList entries;
+    eachNotification(m_tree, [&](NodeStore::Id id) {
+        if (isAlarm(m_tree, id)) {
+            entries.append(nodeIndex(m_tree, id));
+        }
+    });
+    m_acknowledging.acknowledgeAll(this, entries);
+}
+
+void AlarmBar::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::FontChange) {
+        takeColours();
+    }
+    QWidget::changeEvent(event);
+}
+
+void AlarmBar::paintEvent(QPaintEvent *)
+{
+    QPainter(this).fillRect(rect(), palette().color(QPalette::Window));
+}
+
+void AlarmBar::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    layout()->activate();
+    elide();
+}
+
+} // namespace ktr

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "lang/text_table.h"
+#include "opmode/alarm_centre.h"
+#include "opmode/window/acknowledging.h"
+
+#include <QLocale>
+#include <QWidget>
+
+class QCheckBox;
+class QLabel;
+class QPushButton;
+
+namespace ktr {
+
+/// Stands under the menu bar as long as an alarm is not acknowledged, and tells how many, the first and the
+/// latest. It takes no focus when it comes and is as high with one alarm as with thousands.
+class AlarmBar : public QWidget
+{
+    Q_OBJECT
+
+public:
+    AlarmBar(const AlarmCentre &centre, const StationTree &tree, Acknowledging &acknowledging,
+             const TextTable &texts, const QLocale &locale, QWidget *parent = nullptr);
+
+    /// Puts the captions in place; called again when the language changes.
+    void applyTexts();
+
+Q_SIGNALS:
+    /// The user wants to see all alarms.
+    void allWanted();
+    /// The user wants to see an alarm of a station.
+    void entryWanted(const QString &kennung, const QModelIndex &entry);
+    /// The user wants the alarms' sound, or does not; it is remembered already.
+    void muteChanged(bool muted);
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    QWidget *createLines();
+    void takeColours();
+    void refresh();
+    void elide();
+    void announce();
+    void goToLatest();
+    void acknowledgeAll();
+    QString line(const Alarm &alarm) const;
+
+    const AlarmCentre &m_centre;
+    const StationTree &m_tree;
+    Acknowledging &m_acknowledging;
+    const TextTable &m_texts;
+    QLocale m_locale;
+    QLabel *m_icon;
+    QLabel *m_headline;
+    QLabel *m_lines[2];
+    QString m_lineTexts[2];
+    QPushButton *m_all;
+    QPushButton *m_latest;
+    QPushButton *m_accept;
+    QCheckBox *m_mute;
+};
+
+} // namespace ktr

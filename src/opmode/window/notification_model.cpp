@@ -1,0 +1,406 @@
+#include "opmode/window/notification_model.h"
+
+#include "opmode/notifications.h"
+#include "opmode/window/alarm_look.h"
+
+#include <QApplication>
+
+namespace ktr {
+
+namespace {
+
+/// More separate places than that are not told one by one: views do the work of a reset for each.
+constexpr int mostRuns = 64;
+
+} // namespace
+
+NotificationModel::NotificationModel(const StationTree &tree, Timers &timers, const QLocale &locale,
+                                     QObject *parent)
+    : QAbstractTableModel(parent), m_tree(tree), m_locale(locale), m_delay(timers.create())
+{
+    connect(&tree, &StationTree::rowsInserted, this, &NotificationModel::takeInserted);
+    connect(&tree, &StationTree::dataChanged, this, &NotificationModel::takeChanged);
+    // What is gone must not be drawn any more.
+    connect(&tree, &StationTree::rowsRemoved, this, &NotificationModel::update);
+    connect(&tree, &StationTree::modelReset, this, &NotificationModel::reset);
+}
+
+NotificationModel::~NotificationModel() = default;
+
+void NotificationModel::choose(const NotificationChoice &choice)
+{
+    if (choice != m_choice) {
+        m_choice = choice;
+        reset();
+    }
+}
+
+void NotificationModel::reset()
+{
+    m_noted.clear();
+    m_delay->stop();
+    beginResetModel();
+    fill();
+    endResetModel();
+    Q_EMIT updated();
+}
+
+void NotificationModel::fill()
+{
+    m_rows.clear();
+    const auto take = [this](Id id) {
+        if (isWanted(id)) {
+            m_rows.push_back(rowFor(id));
+        }
+    };
+    if (m_choice.allStations) {
+        eachNotification(m_tree, take);
+    } else if (const auto only = station()) {
+        eachNotificationOf(m_tree, *only, take);
+    }
+    std::ranges::sort(m_rows, [this](const Row &a, const Row &b) { return isBefore(a, b); });
+}
+
+bool NotificationModel::isInScope(Id id) const
+{
+    const NodeStore &nodes = m_tree.nodes();
+    return m_choice.allStations || station() == nodes.parent(nodes.parent(id));
+}
+
+std::optional<NodeStore::Id> NotificationModel::station() const
+{
+    return m_tree.nodes().child(NodeStore::root, m_choice.kennung.toStdString());
+}
+
+bool NotificationModel::isWanted(Id id) const
+{
+    if (m_choice.onlyUnacknowledged && !isAlarm(m_tree, id)) {
+        return false;
+    }
+    const auto holds = [this](const QString &text) {
+        return text.contains(m_choice.filter, Qt::CaseInsensitive);
+    };
+    if (m_choice.filter.isEmpty()) {
+        return true;
+    }
+    const NotificationText parts = splitNotification(text(id, columns));
+    return holds(parts.message) || holds(parts.number) || holds(text(id, Station));
+}
+
+NotificationModel::Row NotificationModel::rowFor(Id id) const
+{
+    return {m_tree.arrivals().value(id).received, id};
+}
+
+// What changes in the tree
+
+void NotificationModel::note(Id id)
+{
+    m_noted.insert(id);
+    if (!m_delay->isRunning()) {
+        m_delay->start(longestDelay, [this] { update(); });
+    }
+}
+
+std::optional<NodeStore::Id> NotificationModel::idOf(const QModelIndex &entry) const
+{
+    const QModelIndex branch = entry.parent();
+    const QModelIndex station = branch.parent();
+    if (!station.isValid() ||
+        branch.data(StationTree::KindRole).value<NodeKind>() != NodeKind::Notifications) {
+        return std::nullopt;
+    }
+    const auto child = [this](Id parent, int row) {
+        return m_tree.nodes().children(parent)[static_cast<std::size_t>(row)];
+    };
+    return child(child(child(NodeStore::root, station.row()), branch.row()), entry.row());
+}
+
+void NotificationModel::takeInserted(const QModelIndex &parent, int first, int last)
+{
+    for (int row = first; row <= last; ++row) {
+        const auto id = idOf(m_tree.index(row, 0, parent));
+        if (!id) {
+            return;
+        }
+        note(*id);
+    }
+}
+
+void NotificationModel::takeChanged(const QModelIndex &from, const QModelIndex &to, const QList<int> &roles)
+{
+    const bool isStation = !from.parent().isValid();
+    if (isStation && (roles.isEmpty() || roles.contains(Qt::DisplayRole)) && !m_rows.empty()) {
+        Q_EMIT dataChanged(index(0, Station), index(rowCount() - 1, Station));
+        return;
+    }
+    takeInserted(from.parent(), from.row(), to.row());
+}
+
+void NotificationModel::update()
+{
+    m_delay->stop();
+    const QSet<Id> noted = std::exchange(m_noted, {});
+    Q_EMIT aboutToUpdate();
+
+    std::vector<bool> gone(m_rows.size(), false);
+    Rows sorted;
+    sorted.reserve(m_rows.size());
+    QSet<Id> listed;
+    bool isMoved = false;
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
+        const Id id = m_rows[i].id;
+        const bool isNoted = noted.contains(id);
+        if (isNoted) {
+            listed.insert(id);
+        }
+        gone[i] = !m_tree.nodes().isAlive(id) || (isNoted && !isWanted(id));
+        if (!gone[i]) {
+            sorted.push_back(isNoted ? rowFor(id) : m_rows[i]);
+            isMoved = isMoved || sorted.back() != m_rows[i];
+        }
+    }
+    Rows added;
+    for (const Id id : noted) {
+        if (!listed.contains(id) && m_tree.nodes().isAlive(id) && isInScope(id) && isWanted(id)) {
+            added.push_back(rowFor(id));
+        }
+    }
+    if (!removeRows(gone)) {
+        reset();
+        return;
+    }
+    if (isMoved) {
+        moveRows(std::move(sorted));
+    }
+    insertNew(std::move(added));
+    if (!listed.isEmpty() && !m_rows.empty()) {
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
+    }
+    Q_EMIT updated();
+}
+
+/// False, and nothing is done, when they stand in too many places.
+bool NotificationModel::removeRows(const std::vector<bool> &gone)
+{
+    int runs = 0;
+    for (std::size_t i = 0; i < gone.size(); ++i) {
+        runs += gone[i] && (i == 0 || !gone[i - 1]) ? 1 : 0;
+    }
+    if (runs > mostRuns) {
+        return false;
+    }
+    for (std::size_t end = gone.size(); runs > 0; --runs) {
+        while (!gone[end - 1]) {
+            --end;
+        }
+        std::size_t begin = end;
+        while (begin > 0 && gone[begin - 1]) {
+            --begin;
+        }
+        beginRemoveRows({}, static_cast<int>(begin), static_cast<int>(end) - 1);
+        m_rows.erase(m_rows.begin() + static_cast<std::ptrdiff_t>(begin),
+                     m_rows.begin() + static_cast<std::ptrdiff_t>(end));
+        endRemoveRows();
+        end = begin;
+    }
+    return true;
+}
+
+/// `sorted` holds the same rows, in the old order.
+void NotificationModel::moveRows(Rows sorted)
+{
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    const QModelIndexList before = persistentIndexList();
+    Rows chosen;
+    for (const QModelIndex &index : before) {
+        chosen.push_back(sorted[static_cast<std::size_t>(index.row())]);
+    }
+    const auto order = [this](const Row &a, const Row &b) { return isBefore(a, b); };
+    std::ranges::sort(sorted, order);
+    m_rows = std::move(sorted);
+    QModelIndexList after;
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        const auto place = std::ranges::lower_bound(m_rows, chosen[static_cast<std::size_t>(i)], order);
+        after.append(index(static_cast<int>(place - m_rows.begin()), before[i].column()));
+    }
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged({}, VerticalSortHint);
+}
+
+void NotificationModel::insertNew(Rows rows)
+{
+    const auto order = [this](const Row &a, const Row &b) { return isBefore(a, b); };
+    std::ranges::sort(rows, order);
+    for (std::size_t from = 0; from < rows.size();) {
+        const auto place = std::ranges::lower_bound(m_rows, rows[from], order);
+        std::size_t to = from + 1;
+        while (to < rows.size() && (place == m_rows.end() || isBefore(rows[to], *place))) {
+            ++to;
+        }
+        const int at = static_cast<int>(place - m_rows.begin());
+        beginInsertRows({}, at, at + static_cast<int>(to - from) - 1);
+        m_rows.insert(place, rows.begin() + static_cast<std::ptrdiff_t>(from),
+                      rows.begin() + static_cast<std::ptrdiff_t>(to));
+        endInsertRows();
+        from = to;
+    }
+}
+
+// What the page asks
+
+QModelIndex NotificationModel::entry(int row) const
+{
+    return nodeIndex(m_tree, m_rows[static_cast<std::size_t>(row)].id);
+}
+
+int NotificationModel::rowOf(const QModelIndex &entry) const
+{
+    const auto id = idOf(entry);
+    const auto found = std::ranges::find_if(m_rows, [&](const Row &row) { return row.id == id; });
+    return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
+}
+
+QModelIndexList NotificationModel::unacknowledged() const
+{
+    QModelIndexList entries;
+    for (const Row &row : m_rows) {
+        if (isAlarm(m_tree, row.id)) {
+            entries.append(nodeIndex(m_tree, row.id));
+        }
+    }
+    return entries;
+}
+
+int NotificationModel::unacknowledgedCount() const
+{
+    return static_cast<int>(
+        std::ranges::count_if(m_rows, [this](const Row &row) { return isAlarm(m_tree, row.id); }));
+}
+
+void NotificationModel::setTexts(const QString &notAcknowledged)
+{
+    m_notAcknowledged = notAcknowledged;
+    if (!m_rows.empty()) {
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
+    }
+    Q_EMIT headerDataChanged(Qt::Horizontal, 0, columns - 1);
+}
+
+bool NotificationModel::isUnacknowledged(int row) const
+{
+    return isAlarm(m_tree, m_rows[static_cast<std::size_t>(row)].id);
+}
+
+// As a model
+
+int NotificationModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+int NotificationModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : columns;
+}
+
+QString NotificationModel::stateText(Id id) const
+{
+    if (isAlarm(m_tree, id)) {
+        return m_notAcknowledged;
+    }
+    const qint64 when = m_tree.arrivals().value(id).acknowledged;
+    return when == 0 ? QString() : acknowledgedAt(when);
+}
+
+QString NotificationModel::acknowledgedAt(qint64 moment)
+{
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(moment);
+    return tr("acknowledged %1").arg(time.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss")));
+}
+
+/// Of no column, the whole text of the notification.
+QString NotificationModel::text(Id id, int column) const
+{
+    const NodeStore &nodes = m_tree.nodes();
+    const auto textOf = [&nodes](Id node) {
+        const std::string_view text = nodes.text(node);
+        return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    };
+    switch (column) {
+    case Received:
+        return shownTime(m_tree.arrivals().value(id).received, m_locale);
+    case Station:
+        return textOf(nodes.parent(nodes.parent(id)));
+    case Message:
+        return splitNotification(textOf(id)).message;
+    case State:
+        return stateText(id);
+    case Count: {
+        const int count = m_tree.arrivals().value(id).count;
+        return count > 1 ? u'×' + m_locale.toString(count) : QString();
+    }
+    case Number:
+        return splitNotification(textOf(id)).number;
+    default:
+        return textOf(id);
+    }
+}
+
+QVariant NotificationModel::data(const QModelIndex &index, int role) const
+{
+    const Id id = m_rows[static_cast<std::size_t>(index.row())].id;
+    if (!m_tree.nodes().isAlive(id)) {
+        return {};
+    }
+    switch (role) {
+    case Qt::DisplayRole:
+        return text(id, index.column());
+    case Qt::ToolTipRole:
+        return index.column() == Message ? text(id, Message).toHtmlEscaped() : QVariant();
+    case Qt::ForegroundRole:
+        return isAlarm(m_tree, id) && (index.column() == State || index.column() == Message)
+                   ? QVariant(alarmTextColour(QApplication::palette()))
+                   : QVariant();
+    case Qt::DecorationRole:
+        return isAlarm(m_tree, id) && index.column() == State
+                   ? QVariant(alarmIcon(alarmTextColour(QApplication::palette())))
+                   : QVariant();
+    default:
+        return {};
+    }
+}
+
+QVariant NotificationModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
+        return QAbstractTableModel::headerData(section, orientation, role);
+    }
+    switch (section) {
+    case Received:
+        return tr("Received");
+    case Station:
+        return tr("Station");
+    case Message:
+        return tr("Text");
+    case State:
+        return tr("State");
+    case Count:
+        return tr("Arrived");
+    case Number:
+        return tr("Sender");
+    default:
+        return {};
+    }
+}
+
+void NotificationModel::sort(int column, Qt::SortOrder order)
+{
+    const bool newestFirst = order == Qt::DescendingOrder;
+    if (column == Received && newestFirst != m_newestFirst) {
+        m_newestFirst = newestFirst;
+        moveRows(m_rows);
+    }
+}
+
+} // namespace ktr

@@ -1,0 +1,339 @@
+#include "opmode/window/notification_page.h"
+
+#include "opmode/window/alarm_look.h"
+
+#include <QApplication>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QTableView>
+
+namespace ktr {
+
+namespace {
+
+constexpr int rowHeight = 28;
+constexpr qint64 sampleMoment = 1'261'659'903'000;
+
+template <class Control> Control *named(const QString &name, QWidget *parent)
+{
+    auto *control = new Control(parent);
+    control->setObjectName(name);
+    return control;
+}
+
+} // namespace
+
+NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts,
+                                   Acknowledging &acknowledging, Timers &timers, const QLocale &locale,
+                                   QWidget *parent)
+    : OpmodePage(mode, texts, parent),
+      m_acknowledging(acknowledging),
+      m_locale(locale),
+      m_model(new NotificationModel(mode.tree(), timers, locale, this)),
+      m_table(named<QTableView>(QStringLiteral("Tbl_meldung"), this)),
+      m_oneStation(named<QRadioButton>(QStringLiteral("Opt_meldung_0"), this)),
+      m_allStations(named<QRadioButton>(QStringLiteral("Opt_meldung_1"), this)),
+      m_onlyUnacknowledged(named<QCheckBox>(QStringLiteral("Check_meldung_offen"), this)),
+      m_filter(named<QLineEdit>(QStringLiteral("Text_filter"), this)),
+      m_accept(named<QPushButton>(QStringLiteral("Cmd_meldung_accept"), this)),
+      m_acceptAll(named<QPushButton>(QStringLiteral("Cmd_meldung_acceptAll"), this)),
+      m_copy(named<QPushButton>(QStringLiteral("Cmd_meldung_copy"), this)),
+      m_summary(named<QLabel>(QStringLiteral("lbl_meldung"), this)),
+      m_empty(named<QLabel>(QStringLiteral("lbl_meldung_leer"), m_table->viewport()))
+{
+    setObjectName(QStringLiteral("Page_meldung"));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(createChoice());
+    layout->addWidget(m_table, 1);
+    layout->addWidget(createButtons());
+    setUpTable();
+
+    connect(m_oneStation, &QRadioButton::toggled, this, &NotificationPage::choose);
+    connect(m_onlyUnacknowledged, &QCheckBox::toggled, this, &NotificationPage::choose);
+    connect(m_filter, &QLineEdit::textChanged, this, &NotificationPage::choose);
+    connect(m_accept, &QPushButton::clicked, this, &NotificationPage::acknowledgeSelected);
+    connect(m_acceptAll, &QPushButton::clicked, this,
+            [this] { m_acknowledging.acknowledgeAll(this, m_model->unacknowledged()); });
+    connect(&acknowledging, &Acknowledging::acknowledged, m_model, &NotificationModel::update);
+    connect(m_copy, &QPushButton::clicked, this, &NotificationPage::copySelected);
+    connect(m_model, &NotificationModel::aboutToUpdate, this, &NotificationPage::keepPlace);
+    connect(m_model, &NotificationModel::updated, this, [this] {
+        returnToPlace();
+        refresh();
+    });
+    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &NotificationPage::refreshButtons);
+    m_oneStation->setChecked(true);
+    applyTexts();
+}
+
+QWidget *NotificationPage::createChoice()
+{
+    auto *choice = new QWidget(this);
+    auto *row = new QHBoxLayout(choice);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(m_filter, 1);
+    row->addSpacing(8);
+    row->addWidget(m_oneStation);
+    row->addWidget(m_allStations);
+    row->addSpacing(8);
+    row->addWidget(m_onlyUnacknowledged);
+    m_filter->setClearButtonEnabled(true);
+    m_filter->setMinimumWidth(120);
+    return choice;
+}
+
+QWidget *NotificationPage::createButtons()
+{
+    auto *buttons = new QWidget(this);
+    auto *row = new QHBoxLayout(buttons);
+    row->setContentsMargins(0, 0, 0, 0);
+    m_summary->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    row->addWidget(m_summary, 1);
+    for (QPushButton *button : {m_copy, m_acceptAll, m_accept}) {
+        button->setAutoDefault(false);
+        row->addWidget(button);
+    }
+    return buttons;
+}
+
+void NotificationPage::setUpTable()
+{
+    m_table->setModel(m_model);
+    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_table->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_table->setAlternatingRowColors(true);
+    m_table->setShowGrid(false);
+    m_table->setWordWrap(false);
+    m_table->setTabKeyNavigation(false);
+    m_table->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+    m_table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_table->verticalHeader()->hide();
+    // Measuring each of 100,000 rows would take longer than anything else here.
+    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_table->verticalHeader()->setDefaultSectionSize(rowHeight);
+    QHeaderView *header = m_table->horizontalHeader();
+    header->setSortIndicator(NotificationModel::Received, Qt::DescendingOrder);
+    header->setSectionsMovable(false);
+    m_table->setSortingEnabled(true);
+    connect(header, &QHeaderView::sortIndicatorChanged, this, [header](int column, Qt::SortOrder order) {
+        if (column != NotificationModel::Received) { // the order of arrival is the only one
+            header->setSortIndicator(NotificationModel::Received, order);
+        }
+    });
+    m_table->installEventFilter(this);
+    m_table->viewport()->installEventFilter(this);
+    m_empty->setAlignment(Qt::AlignCenter);
+    m_empty->setForegroundRole(QPalette::PlaceholderText);
+}
+
+void NotificationPage::applyTexts()
+{
+    m_oneStation->setText(tr("This station"));
+    m_allStations->setText(tr("All stations"));
+    m_onlyUnacknowledged->setText(tr("Only %1").arg(text(Text::NotAcknowledged)));
+    m_filter->setPlaceholderText(tr("Filter"));
+    m_filter->setAccessibleName(tr("Filter"));
+    m_filter->setToolTip(tr("Lists what holds this in its text, sender or station"));
+    m_accept->setText(text(Text::AcceptNotification));
+    m_accept->setToolTip(tr("Acknowledges the selected notifications (Space or Enter in the list)"));
+    m_acceptAll->setText(tr("%1: all shown").arg(text(Text::AcceptNotification)));
+    m_acceptAll->setToolTip(tr("Acknowledges all alarms that are listed"));
+    m_copy->setText(tr("Copy"));
+    m_copy->setToolTip(tr("Copies the selected rows, their columns parted by tabs (Ctrl+C)"));
+    m_table->setAccessibleName(text(Text::Notifications));
+    m_model->setTexts(text(Text::NotAcknowledged));
+    fitColumns();
+    refresh();
+}
+
+// What is listed
+
+void NotificationPage::stationChosen()
+{
+    m_oneStation->setEnabled(!kennung().isEmpty());
+    choose();
+}
+
+void NotificationPage::choose()
+{
+    m_model->choose({kennung(), m_allStations->isChecked(), m_onlyUnacknowledged->isChecked(),
+                     m_filter->text().trimmed()});
+    m_table->setColumnHidden(NotificationModel::Station, !m_allStations->isChecked());
+    fitColumns();
+}
+
+void NotificationPage::showAllAlarms()
+{
+    m_filter->clear();
+    m_allStations->setChecked(true);
+    m_onlyUnacknowledged->setChecked(true);
+    m_table->scrollToTop();
+}
+
+void NotificationPage::showEntry(const QModelIndex &entry)
+{
+    m_model->update();
+    if (m_model->rowOf(entry) < 0) {
+        m_filter->clear();
+        m_onlyUnacknowledged->setChecked(false);
+    }
+    if (const int row = m_model->rowOf(entry); row >= 0) {
+        m_table->selectRow(row);
+        m_table->scrollTo(m_model->index(row, 0), QAbstractItemView::PositionAtCenter);
+    }
+}
+
+// How it is shown
+
+/// The text takes the room that is left; it does not get narrower than can be read.
+void NotificationPage::fitColumns()
+{
+    const QFontMetrics metrics(m_table->font());
+    const auto widthOf = [&metrics](const QString &sample) { return metrics.horizontalAdvance(sample) + 20; };
+    constexpr int iconWidth = 24;
+    const int state = std::max(widthOf(NotificationModel::acknowledgedAt(sampleMoment)),
+                               widthOf(text(Text::NotAcknowledged)) + iconWidth);
+    const auto header = [this](int column) { return m_model->headerData(column, Qt::Horizontal).toString(); };
+    using Model = NotificationModel;
+    constexpr int sortMark = 16;
+    const std::pair<int, int> widths[] = {
+        {Model::Received,
+         std::max(widthOf(shownTime(sampleMoment, m_locale)), widthOf(header(Model::Received)) + sortMark)},
+        {Model::Station, widthOf(QStringLiteral("Pumpwerk Nord-Ost"))},
+        {Model::State, state},
+        {Model::Count, std::max(widthOf(QStringLiteral("×1.000")), widthOf(header(Model::Count)))},
+        {Model::Number, widthOf(QStringLiteral("+49170123456789"))}};
+    int rest = m_table->viewport()->width();
+    for (const auto &[column, width] : widths) {
+        m_table->setColumnWidth(column, width);
+        rest -= m_table->isColumnHidden(column) ? 0 : width;
+    }
+    m_table->setColumnWidth(Model::Message, std::max(rest, widthOf(QString(24, u'n'))));
+}
+
+void NotificationPage::keepPlace()
+{
+    // At the top, the newest are to be seen.
+    const bool isAtTop = m_table->verticalScrollBar()->value() == 0;
+    m_place = isAtTop ? QModelIndex() : m_table->indexAt(QPoint(0, 0));
+}
+
+void NotificationPage::returnToPlace()
+{
+    if (m_place.isValid()) {
+        m_table->scrollTo(m_place, QAbstractItemView::PositionAtTop);
+        m_place = QModelIndex();
+    }
+}
+
+void NotificationPage::refresh()
+{
+    const int count = m_model->rowCount();
+    const int open = m_model->unacknowledgedCount();
+    m_summary->setText(
+        count == 0 ? QString()
+                   : tr("Listed: %L1, %2: %L3").arg(count).arg(text(Text::NotAcknowledged)).arg(open));
+    const bool isFiltered = !m_model->choice().filter.isEmpty() || m_model->choice().onlyUnacknowledged;
+    m_empty->setVisible(count == 0);
+    m_empty->setText(isFiltered ? tr("Nothing fits the filter") : tr("No notifications"));
+    m_acceptAll->setEnabled(open > 0);
+    refreshButtons();
+}
+
+void NotificationPage::refreshButtons()
+{
+    const QList<int> rows = selectedRows();
+    m_copy->setEnabled(!rows.isEmpty());
+    m_accept->setEnabled(
+        std::ranges::any_of(rows, [this](int row) { return m_model->isUnacknowledged(row); }));
+}
+
+bool NotificationPage::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_table->viewport() && event->type() == QEvent::Resize) {
+        fitColumns();
+        m_empty->setGeometry(m_table->viewport()->rect());
+    }
+    if (watched == m_table && event->type() == QEvent::KeyPress &&
+        takeKey(*static_cast<QKeyEvent *>(event))) {
+        return true;
+    }
+    return OpmodePage::eventFilter(watched, event);
+}
+
+// What the user does with it
+
+bool NotificationPage::takeKey(const QKeyEvent &event)
+{
+    if (event.matches(QKeySequence::Copy)) {
+        copySelected();
+        return true;
+    }
+    const bool accepts =
+        event.key() == Qt::Key_Space || event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (accepts && (event.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+        acknowledgeSelected();
+        return true;
+    }
+    return false;
+}
+
+QList<int> NotificationPage::selectedRows() const
+{
+    QList<int> rows;
+    // Not selectedRows(), which asks the model about each column of each row.
+    for (const QItemSelectionRange &range : m_table->selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            rows.append(row);
+        }
+    }
+    std::ranges::sort(rows);
+    const auto doubled = std::ranges::unique(rows);
+    rows.erase(doubled.begin(), doubled.end());
+    return rows;
+}
+
+QModelIndexList NotificationPage::selectedEntries() const
+{
+    QModelIndexList entries;
+    for (const int row : selectedRows()) {
+        entries.append(m_model->entry(row));
+    }
+    return entries;
+}
+
+void NotificationPage::acknowledgeSelected()
+{
+    m_acknowledging.acknowledge(this, selectedEntries());
+}
+
+void NotificationPage::copySelected()
+{
+    QStringList lines;
+    for (const int row : selectedRows()) {
+        QStringList fields;
+        for (int column = 0; column < NotificationModel::columns; ++column) {
+            if (!m_table->isColumnHidden(column)) {
+                fields += m_model->index(row, column).data().toString();
+            }
+        }
+        lines += fields.join(u'\t');
+    }
+    if (!lines.isEmpty()) {
+        QApplication::clipboard()->setText(lines.join(u'\n') + u'\n');
+    }
+}
+
+} // namespace ktr

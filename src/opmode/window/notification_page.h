@@ -1,0 +1,70 @@
+#pragma once
+
+#include "opmode/window/acknowledging.h"
+#include "opmode/window/notification_model.h"
+#include "opmode/window/opmode_page.h"
+
+class QCheckBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+class QTableView;
+
+namespace ktr {
+
+/// The notifications of a station, or of all: when they arrived, what they say, whether somebody has taken
+/// note.
+class NotificationPage : public OpmodePage
+{
+    Q_OBJECT
+
+public:
+    NotificationPage(OperationalMode &mode, const TextTable &texts, Acknowledging &acknowledging,
+                     Timers &timers, const QLocale &locale, QWidget *parent = nullptr);
+
+    void applyTexts() override;
+
+    /// Lists what is not acknowledged at any station.
+    void showAllAlarms();
+    /// Chooses a notification and brings it into view, widening the choice where it is not listed. Its
+    /// station is to be shown before.
+    void showEntry(const QModelIndex &entry);
+
+protected:
+    void stationChosen() override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QWidget *createChoice();
+    QWidget *createButtons();
+    void setUpTable();
+    bool takeKey(const QKeyEvent &event);
+    void choose();
+    void fitColumns();
+    void keepPlace();
+    void returnToPlace();
+    void refresh();
+    void refreshButtons();
+    QList<int> selectedRows() const;
+    QModelIndexList selectedEntries() const;
+    void acknowledgeSelected();
+    void copySelected();
+
+    Acknowledging &m_acknowledging;
+    QLocale m_locale;
+    NotificationModel *m_model;
+    QTableView *m_table;
+    QRadioButton *m_oneStation;
+    QRadioButton *m_allStations;
+    QCheckBox *m_onlyUnacknowledged;
+    QLineEdit *m_filter;
+    QPushButton *m_accept;
+    QPushButton *m_acceptAll;
+    QPushButton *m_copy;
+    QLabel *m_summary;
+    QLabel *m_empty;               ///< over the table
+    QPersistentModelIndex m_place; ///< the row at the top of the view, while changes are taken over
+};
+
+} // namespace ktr

@@ -1,0 +1,135 @@
+#include "platform/sound.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryFile>
+
+#ifdef Q_OS_WIN
+#include <windows.h>
+// after windows.h
+#include <mmsystem.h>
+#endif
+
+namespace ktr {
+
+#ifdef Q_OS_WIN
+
+class Sound::Player
+{
+public:
+    ~Player() { PlaySoundA(nullptr, nullptr, 0); }
+
+    void play(const QByteArray &wav, const std::function<void()> &fallback)
+    {
+        constexpr DWORD how = SND_MEMORY | SND_ASYNC | SND_NODEFAULT | SND_NOSTOP;
+        if (PlaySoundA(wav.constData(), nullptr, how) == FALSE && waveOutGetNumDevs() == 0) {
+            fallback();
+        }
+    }
+};
+
+#else
+
+namespace {
+
+struct Program
+{
+    QString path; ///< empty when there is none
+    QStringList arguments;
+};
+
+Program soundProgram(const QString &file)
+{
+    const Program known[] = {{QStringLiteral("pw-play"), {file}},
+                             {QStringLiteral("paplay"), {file}},
+                             {QStringLiteral("aplay"), {QStringLiteral("-q"), file}}};
+    for (const Program &program : known) {
+        if (const QString path = QStandardPaths::findExecutable(program.path); !path.isEmpty()) {
+            return {path, program.arguments};
+        }
+    }
+    return {};
+}
+
+} // namespace
+
+class Sound::Player
+{
+public:
+    Player()
+    {
+        QObject::connect(&m_process, &QProcess::finished, &m_process,
+                         [this](int code, QProcess::ExitStatus status) {
+                             if (code != 0 || status != QProcess::NormalExit) {
+                                 m_fallback();
+                             }
+                         });
+        QObject::connect(&m_process, &QProcess::errorOccurred, &m_process,
+                         [this](QProcess::ProcessError error) {
+                             if (error == QProcess::FailedToStart) {
+                                 m_fallback();
+                             }
+                         });
+    }
+    ~Player()
+    {
+        m_process.disconnect();
+        m_process.kill();
+    }
+
+    void play(const QByteArray &wav, const std::function<void()> &fallback)
+    {
+        if (m_process.state() != QProcess::NotRunning) {
+            if (m_started.hasExpired(longestMs)) { // it waits for a service that does not answer
+                m_process.kill();                  // which its end tells
+            }
+            return;
+        }
+        m_fallback = fallback;
+        const Program program = written(wav) ? soundProgram(m_file.fileName()) : Program();
+        if (program.path.isEmpty()) {
+            fallback();
+            return;
+        }
+        m_process.setStandardInputFile(QProcess::nullDevice());
+        m_process.setStandardOutputFile(QProcess::nullDevice());
+        m_process.setStandardErrorFile(QProcess::nullDevice());
+        m_started.start();
+        m_process.start(program.path, program.arguments);
+    }
+
+private:
+    /// Anew each time: a folder of temporary files is swept now and then.
+    bool written(const QByteArray &wav)
+    {
+        if (m_file.isOpen() && m_file.exists()) {
+            return true;
+        }
+        m_file.remove();
+        m_file.setFileTemplate(QString());
+        return m_file.open() && m_file.write(wav) == wav.size() && m_file.flush();
+    }
+
+    static constexpr qint64 longestMs = 10'000;
+
+    QTemporaryFile m_file;
+    QElapsedTimer m_started;
+    std::function<void()> m_fallback;
+    QProcess m_process;
+};
+
+#endif
+
+Sound::Sound(QByteArray wav, std::function<void()> fallback)
+    : m_wav(std::move(wav)), m_fallback(std::move(fallback)), m_player(std::make_unique<Player>())
+{}
+
+Sound::~Sound() = default;
+
+void Sound::play()
+{
+    m_player->play(m_wav, m_fallback);
+}
+
+} // namespace ktr
