@@ -18,12 +18,14 @@ namespace ktr {
 namespace {
 
 constexpr int iconSize = 26;
+constexpr int narrow = 1100; ///< less room than that goes to the alarms' texts first
 
 QPushButton *createButton(const QString &name, QWidget *parent)
 {
     auto *button = new QPushButton(parent);
     button->setObjectName(name);
     button->setAutoDefault(false);
+    button->setFocusPolicy(Qt::TabFocus); // the mouse leaves the focus where the user works
     return button;
 }
 
@@ -57,6 +59,7 @@ AlarmBar::AlarmBar(const AlarmCentre &centre, const StationTree &tree, Acknowled
     setObjectName(QStringLiteral("AlarmBar"));
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     m_mute->setObjectName(QStringLiteral("Check_stumm"));
+    m_mute->setFocusPolicy(Qt::TabFocus);
     m_mute->setChecked(AlarmSound::isMutedInSettings());
 
     auto *row = new QHBoxLayout(this);
@@ -117,15 +120,20 @@ void AlarmBar::takeColours()
 
 void AlarmBar::applyTexts()
 {
-    m_all->setText(tr("Show all"));
+    const std::pair<QPushButton *, QString> captions[] = {{m_all, tr("Show all")},
+                                                          {m_latest, tr("Latest")},
+                                                          {m_accept, m_texts.text(Text::AcceptNotification)}};
+    for (const auto &[button, caption] : captions) {
+        button->setText(caption);
+        button->setFixedWidth(button->fontMetrics().horizontalAdvance(caption) + 28);
+    }
     m_all->setToolTip(tr("Lists the alarms of all stations that are not acknowledged"));
-    m_latest->setText(tr("Latest"));
     m_latest->setToolTip(tr("Shows the latest alarm at its station"));
-    m_accept->setText(m_texts.text(Text::AcceptNotification));
     m_accept->setToolTip(tr("Acknowledges all alarms of all stations"));
-    m_mute->setText(tr("Mute"));
+    m_mute->setAccessibleName(tr("Mute"));
     m_mute->setToolTip(tr("Without it, new alarms sound, and every 60 seconds as long as one is not "
                           "acknowledged. This bar and messages of the desktop stay."));
+    fit();
     refresh();
 }
 
@@ -135,13 +143,15 @@ void AlarmBar::refresh()
     const auto first = m_centre.first();
     const auto latest = m_centre.latest();
     const QString alarms = count == 1 ? tr("1 alarm") : tr("%L1 alarms").arg(count);
-    m_headline->setText(alarms + u' ' + m_texts.text(Text::NotAcknowledged));
+    const QString state = m_texts.text(Text::NotAcknowledged);
+    m_headline->setText(alarms + (width() < narrow ? u'\n' : u' ') + state);
     const bool isOne = count == 1 || !first || !latest;
     m_lineTexts[0] = !latest ? QString() : isOne ? line(*latest) : tr("First: %1").arg(line(*first));
     m_lineTexts[1] = isOne ? QString() : tr("Latest: %1").arg(line(*latest));
     m_lines[1]->setVisible(!isOne);
-    setAccessibleName(m_headline->text());
+    setAccessibleName(alarms + u' ' + state);
     setAccessibleDescription(m_lineTexts[0] + QStringLiteral(". ") + m_lineTexts[1]);
+    layout()->activate();
     elide();
     setVisible(count > 0);
 }
@@ -162,6 +172,11 @@ void AlarmBar::elide()
         label.setText(shown);
         label.setToolTip(shown == m_lineTexts[i] ? QString() : m_lineTexts[i].toHtmlEscaped());
     }
+}
+
+void AlarmBar::fit()
+{
+    m_mute->setText(width() < narrow ? QString() : tr("Mute"));
 }
 
 void AlarmBar::announce()
@@ -204,8 +219,8 @@ void AlarmBar::paintEvent(QPaintEvent *)
 void AlarmBar::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    layout()->activate();
-    elide();
+    fit();
+    refresh();
 }
 
 } // namespace ktr

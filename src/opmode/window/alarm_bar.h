@@ -44,6 +44,7 @@ private:
     void takeColours();
     void refresh();
     void elide();
+    void fit();
     void announce();
     void goToLatest();
     void acknowledgeAll();

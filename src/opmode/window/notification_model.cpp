@@ -357,7 +357,7 @@ QVariant NotificationModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return text(id, index.column());
     case Qt::ToolTipRole:
-        return index.column() == Message ? text(id, Message).toHtmlEscaped() : QVariant();
+        return index.column() == Message ? text(id, columns).toHtmlEscaped() : QVariant();
     case Qt::ForegroundRole:
         return isAlarm(m_tree, id) && (index.column() == State || index.column() == Message)
                    ? QVariant(alarmTextColour(QApplication::palette()))

@@ -148,7 +148,7 @@ void NotificationPage::applyTexts()
     m_filter->setToolTip(tr("Lists what holds this in its text, sender or station"));
     m_accept->setText(text(Text::AcceptNotification));
     m_accept->setToolTip(tr("Acknowledges the selected notifications (Space or Enter in the list)"));
-    m_acceptAll->setText(tr("%1: all shown").arg(text(Text::AcceptNotification)));
+    m_acceptAll->setText(tr("%1 (all shown)").arg(text(Text::AcceptNotification)));
     m_acceptAll->setToolTip(tr("Acknowledges all alarms that are listed"));
     m_copy->setText(tr("Copy"));
     m_copy->setToolTip(tr("Copies the selected rows, their columns parted by tabs (Ctrl+C)"));
@@ -200,6 +200,7 @@ void NotificationPage::showEntry(const QModelIndex &entry)
 /// The text takes the room that is left; it does not get narrower than can be read.
 void NotificationPage::fitColumns()
 {
+    const int viewport = m_table->viewport()->width();
     const QFontMetrics metrics(m_table->font());
     const auto widthOf = [&metrics](const QString &sample) { return metrics.horizontalAdvance(sample) + 20; };
     constexpr int iconWidth = 24;
@@ -208,19 +209,24 @@ void NotificationPage::fitColumns()
     const auto header = [this](int column) { return m_model->headerData(column, Qt::Horizontal).toString(); };
     using Model = NotificationModel;
     constexpr int sortMark = 16;
+    const int number = widthOf(QStringLiteral("+49170123456789"));
     const std::pair<int, int> widths[] = {
         {Model::Received,
          std::max(widthOf(shownTime(sampleMoment, m_locale)), widthOf(header(Model::Received)) + sortMark)},
-        {Model::Station, widthOf(QStringLiteral("Pumpwerk Nord-Ost"))},
+        {Model::Station, std::clamp(viewport / 6, widthOf(QString(11, u'n')), widthOf(QString(28, u'n')))},
         {Model::State, state},
         {Model::Count, std::max(widthOf(QStringLiteral("×1.000")), widthOf(header(Model::Count)))},
-        {Model::Number, widthOf(QStringLiteral("+49170123456789"))}};
-    int rest = m_table->viewport()->width();
+        {Model::Number, number}};
+    int rest = viewport;
     for (const auto &[column, width] : widths) {
         m_table->setColumnWidth(column, width);
-        rest -= m_table->isColumnHidden(column) ? 0 : width;
+        rest -= m_table->isColumnHidden(column) && column == Model::Station ? 0 : width;
     }
-    m_table->setColumnWidth(Model::Message, std::max(rest, widthOf(QString(24, u'n'))));
+    // The sender is the first to go; the tool tip of the text has it, too.
+    const int narrowest = widthOf(QString(24, u'n'));
+    m_table->setColumnHidden(Model::Number, rest < narrowest);
+    rest += rest < narrowest ? number : 0;
+    m_table->setColumnWidth(Model::Message, std::max(rest, narrowest));
 }
 
 void NotificationPage::keepPlace()
@@ -325,7 +331,7 @@ void NotificationPage::copySelected()
     for (const int row : selectedRows()) {
         QStringList fields;
         for (int column = 0; column < NotificationModel::columns; ++column) {
-            if (!m_table->isColumnHidden(column)) {
+            if (column != NotificationModel::Station || m_model->choice().allStations) {
                 fields += m_model->index(row, column).data().toString();
             }
         }

@@ -1,1 +1,235 @@
-int main(){return 0;}
+#include "opmode/window/alarm_bar.h"
+#include "opmode/window/notification_page.h"
+#include "platform/registry.h"
+#include "support/choosing.h"
+#include "support/manual_timers.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QVBoxLayout>
+
+using namespace ktr;
+using namespace ktr::test;
+
+namespace {
+
+/// The stations stay offline.
+struct NoLine : StationLine
+{
+    Status open(const QString &) override { return Status::done(); }
+    void close() override {}
+    bool isOpen() const override { return false; }
+    void send(const QByteArray &) override {}
+};
+
+} // namespace
+
+class NotificationPageTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        MRegistry::setRegistryFile(m_folder->filePath("registry.json"));
+        m_disk = Status::done();
+        m_mode = std::make_unique<OperationalMode>(
+            OperationalMode::Services{{}, m_timers, [] { return std::make_unique<NoLine>(); }},
+            stationCaptions(m_texts));
+        m_mode->addStation("North");
+        m_mode->addStation("South");
+        m_centre = std::make_unique<AlarmCentre>(tree(), m_timers);
+        m_acknowledging =
+            std::make_unique<Acknowledging>(tree(), m_texts, [this](const QModelIndexList &entries) {
+                if (m_disk) {
+                    tree().carryOut(tree().acknowledgement(entries, m_now));
+                }
+                return m_disk;
+            });
+        m_window = std::make_unique<QWidget>();
+        m_bar = new AlarmBar(*m_centre, tree(), *m_acknowledging, m_texts, QLocale::c());
+        m_page = new NotificationPage(*m_mode, m_texts, *m_acknowledging, m_timers, QLocale::c());
+        auto *layout = new QVBoxLayout(m_window.get());
+        layout->addWidget(m_bar);
+        layout->addWidget(m_page);
+        m_window->resize(900, 500);
+        m_window->show();
+        m_page->showStation("North");
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    }
+
+    void cleanup() { m_window.reset(); }
+
+    void fiveHundredAlarmsOfOneTurnAreAllListedAndAcknowledgedByKeyboard()
+    {
+        table()->setFocus();
+        for (int i = 1; i <= 500; ++i) {
+            take("North", QString("pump %1 fail").arg(i));
+        }
+        settle();
+        QCOMPARE(shown().size(), 500);
+        QCOMPARE(shown().first(), "pump 500 fail");
+        QCOMPARE(shown().last(), "pump 1 fail");
+        QVERIFY(m_bar->isVisible());
+        QVERIFY(barText("lbl_alarm").startsWith("500 alarms"));
+        QVERIFY(barText("lbl_alarm_first").endsWith("pump 1 fail"));
+        QVERIFY(barText("lbl_alarm_latest").endsWith("pump 500 fail"));
+        QVERIFY(table()->hasFocus());
+
+        QTest::keyClick(table(), Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClick(table(), Qt::Key_Space);
+        QCOMPARE(tree().alarmCount(), 0);
+        const QString when = m_now.toString("dd.MM.yyyy HH:mm:ss");
+        QCOMPARE(rowTexts(table(), 499)[NotificationModel::State], "acknowledged " + when);
+        settle();
+        QVERIFY(!m_bar->isVisible());
+    }
+
+    void anAcknowledgementThatIsNotOnTheDiskIsToldAndLeavesTheAlarmRed()
+    {
+        take("North", "pump fail");
+        settle();
+        m_disk = Status::failed("nodes.xml: no room");
+        QStringList told;
+        connect(m_acknowledging.get(), &Acknowledging::told, this,
+                [&](const QString &line) { told += line; });
+        QTest::mouseClick(control<QPushButton>("Cmd_meldung_acceptAll"), Qt::LeftButton);
+        QCOMPARE(told.size(), 1);
+        QVERIFY(told.first().contains("no room"));
+        QCOMPARE(m_window->findChild<QLabel *>("Label_msg")->text(), told.first());
+        QCOMPARE(rowTexts(table(), 0)[NotificationModel::State], "not acknowledged");
+        settle();
+        QVERIFY(m_bar->isVisible());
+    }
+
+    void whatArrivesLeavesSelectionAndPlaceAlone()
+    {
+        for (int i = 0; i < 100; ++i) {
+            take("North", QString("report %1").arg(i));
+        }
+        settle();
+        table()->selectRow(50);
+        table()->verticalScrollBar()->setValue(45);
+        const QString atTop = shown().at(45);
+        const QString selected = shown().at(50);
+        take("North", "pump fail");
+        take("South", "pump fail");
+        take("North", "report 3"); // again: goes to the top
+        take("North", "report 4");
+        settle();
+        QCOMPARE(shown().first(), "report 4");
+        QCOMPARE(rowTexts(table(), 0)[NotificationModel::Count], QString::fromUtf8("×2"));
+        QCOMPARE(shown().size(), 101);
+        const QModelIndexList rows = table()->selectionModel()->selectedRows(NotificationModel::Message);
+        QCOMPARE(rows.size(), 1);
+        QCOMPARE(rows.first().data(), selected);
+        QCOMPARE(shown().at(table()->indexAt(QPoint(0, 0)).row()), atTop);
+
+        m_mode->removeStation("North"); // nothing of it is drawn any more
+        QCOMPARE(shown().size(), 0);
+    }
+
+    void theChoiceNarrowsAndWidensTheList()
+    {
+        take("North", "door open");
+        take("South", "pump fail");
+        take("South", "door fail");
+        settle();
+        QCOMPARE(shown(), {"door open"});
+        QTest::mouseClick(control<QRadioButton>("Opt_meldung_1"), Qt::LeftButton, {}, QPoint(8, 10));
+        QCOMPARE(shown(), QStringList({"door fail", "pump fail", "door open"}));
+        QTest::keyClicks(control<QLineEdit>("Text_filter"), "SOUTH");
+        QCOMPARE(shown(), QStringList({"door fail", "pump fail"}));
+        control<QLineEdit>("Text_filter")->clear();
+        QTest::keyClicks(control<QLineEdit>("Text_filter"), "door");
+        QTest::mouseClick(control<QCheckBox>("Check_meldung_offen"), Qt::LeftButton, {}, QPoint(8, 10));
+        QCOMPARE(shown(), {"door fail"});
+        table()->selectRow(0);
+        QTest::keyClick(table(), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text().split('\t').mid(1),
+                 QStringList({"South", "door fail", "not acknowledged", "", "+49\n"}));
+        QTest::keyClick(table(), Qt::Key_Return);
+        QCOMPARE(shown(), QStringList()); // acknowledged, and gone from what is not
+        m_page->showEntry(tree().find("South/meldung/+49 --> M,door fail"));
+        QCOMPARE(table()->currentIndex().siblingAtColumn(NotificationModel::Message).data(), "door fail");
+    }
+
+    void whatArrivesUnderTheQuestionIsNotAcknowledgedWithTheOthers()
+    {
+        take("North", "1 fail");
+        take("South", "2 fail");
+        settle();
+        QTimer::singleShot(0, this, [this] {
+            take("North", "3 fail");
+            take("South", "2 fail"); // once more
+            QWidget *question = QApplication::activeModalWidget();
+            QVERIFY(question != nullptr);
+            QTest::mouseClick(question->findChild<QPushButton *>("OKButton"), Qt::LeftButton);
+        });
+        QTest::mouseClick(m_bar->findChild<QPushButton *>("Cmd_alarm_accept"), Qt::LeftButton);
+        settle();
+        QCOMPARE(tree().alarmCount(), 2);
+        QVERIFY(barText("lbl_alarm_first").endsWith("3 fail"));
+        QVERIFY(barText("lbl_alarm_latest").endsWith("2 fail"));
+    }
+
+private:
+    StationTree &tree() { return m_mode->tree(); }
+
+    void take(const QString &kennung, const QString &text)
+    {
+        m_now = m_now.addMSecs(10);
+        const auto outcome = tree().take(kennung, interpretStationMessage("+49 --> M," + text), m_now);
+        if (outcome.alarm) {
+            m_centre->take(outcome.entry);
+        }
+    }
+
+    void settle()
+    {
+        m_timers.advance(Milliseconds(1000));
+        QCoreApplication::processEvents();
+    }
+
+    template <class Control> Control *control(const char *name) const
+    {
+        return m_page->findChild<Control *>(name);
+    }
+
+    QTableView *table() const { return control<QTableView>("Tbl_meldung"); }
+    QString barText(const char *name) const { return m_bar->findChild<QLabel *>(name)->text(); }
+
+    QStringList shown() const
+    {
+        QStringList texts;
+        for (int row = 0; row < table()->model()->rowCount(); ++row) {
+            texts += table()->model()->index(row, NotificationModel::Message).data().toString();
+        }
+        return texts;
+    }
+
+    TextTable m_texts;
+    ManualTimers m_timers;
+    QDateTime m_now = QDateTime(QDate(2009, 12, 24), QTime(14, 5));
+    Status m_disk = Status::done();
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<OperationalMode> m_mode;
+    std::unique_ptr<AlarmCentre> m_centre;
+    std::unique_ptr<Acknowledging> m_acknowledging;
+    std::unique_ptr<QWidget> m_window;
+    AlarmBar *m_bar = nullptr;
+    NotificationPage *m_page = nullptr;
+};
+
+QTEST_MAIN(NotificationPageTest)
+#include "notification_page_test.moc"
