@@ -65,17 +65,11 @@ private:
 
 } // namespace
 
-QColor alarmTextColour(const QPalette &palette)
-{
-    return isDark(palette) ? QColor(0xff, 0x8f, 0x86) : QColor(0xb3, 0x1d, 0x18);
-}
-
 QPalette alarmBarPalette(const QPalette &palette)
 {
-    const bool dark = isDark(palette);
     QPalette red = palette;
-    red.setColor(QPalette::Window, dark ? QColor(0x93, 0x1f, 0x1b) : QColor(0xb7, 0x22, 0x1c));
-    red.setColor(QPalette::Button, dark ? QColor(0x7a, 0x17, 0x14) : QColor(0x99, 0x19, 0x15));
+    red.setColor(QPalette::Window, alarmGround(palette));
+    red.setColor(QPalette::Button, alarmGround(palette).darker(120));
     for (const QPalette::ColorRole role :
          {QPalette::WindowText, QPalette::ButtonText, QPalette::Text, QPalette::BrightText}) {
         red.setColor(role, Qt::white);

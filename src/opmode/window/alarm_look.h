@@ -5,9 +5,6 @@
 
 namespace ktr {
 
-/// Text of what is not acknowledged, on the grounds of lists; at least 4.5 : 1 on them.
-QColor alarmTextColour(const QPalette &palette);
-
 /// For a bar that cannot be overlooked: light text on red in every appearance.
 QPalette alarmBarPalette(const QPalette &palette);
 

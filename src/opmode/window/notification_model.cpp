@@ -1,5 +1,6 @@
 #include "opmode/window/notification_model.h"
 
+#include "look/palettes.h"
 #include "opmode/notifications.h"
 #include "opmode/window/alarm_look.h"
 
@@ -360,11 +361,11 @@ QVariant NotificationModel::data(const QModelIndex &index, int role) const
         return index.column() == Message ? text(id, columns).toHtmlEscaped() : QVariant();
     case Qt::ForegroundRole:
         return isAlarm(m_tree, id) && (index.column() == State || index.column() == Message)
-                   ? QVariant(alarmTextColour(QApplication::palette()))
+                   ? QVariant(alarmText(QApplication::palette()))
                    : QVariant();
     case Qt::DecorationRole:
         return isAlarm(m_tree, id) && index.column() == State
-                   ? QVariant(alarmIcon(alarmTextColour(QApplication::palette())))
+                   ? QVariant(alarmIcon(alarmText(QApplication::palette())))
                    : QVariant();
     default:
         return {};
