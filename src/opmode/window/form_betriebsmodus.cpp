@@ -359,7 +359,8 @@ void Form_betriebsmodus::showCounts()
 
 void Form_betriebsmodus::tell(const QString &line)
 {
-    m_told.prepend(QLocale().toString(QTime::currentTime(), QStringLiteral("HH:mm:ss  ")) + line.simplified());
+    m_told.prepend(QLocale().toString(QTime::currentTime(), QStringLiteral("HH:mm:ss  ")) +
+                   line.simplified());
     if (m_told.size() > keptLines) {
         m_told.removeLast();
     }

@@ -1,5 +1,6 @@
 #include "opmode/window/notification_page.h"
 
+#include "look/icons.h"
 #include "opmode/window/alarm_look.h"
 
 #include <QApplication>
@@ -22,6 +23,8 @@ namespace ktr {
 namespace {
 
 constexpr int rowHeight = 28;
+constexpr int twoRowsBelow = 620; ///< the filter gets a row of its own
+constexpr int narrowest = 340;
 constexpr qint64 sampleMoment = 1'261'659'903'000;
 
 template <class Control> Control *named(const QString &name, QWidget *parent)
@@ -56,6 +59,7 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
     layout->addWidget(createChoice());
     layout->addWidget(m_table, 1);
     layout->addWidget(createButtons());
+    setMinimumWidth(narrowest); // where the direction of the choice would ask for more
     setUpTable();
 
     connect(m_oneStation, &QRadioButton::toggled, this, &NotificationPage::choose);
@@ -80,15 +84,18 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
 QWidget *NotificationPage::createChoice()
 {
     auto *choice = new QWidget(this);
-    auto *row = new QHBoxLayout(choice);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(m_filter, 1);
-    row->addSpacing(8);
+    m_choice = new QBoxLayout(QBoxLayout::LeftToRight, choice);
+    m_choice->setContentsMargins(0, 0, 0, 0);
+    auto *row = new QHBoxLayout;
+    row->setSpacing(14);
     row->addWidget(m_oneStation);
     row->addWidget(m_allStations);
-    row->addSpacing(8);
     row->addWidget(m_onlyUnacknowledged);
+    row->addStretch();
+    m_choice->addWidget(m_filter, 1);
+    m_choice->addLayout(row);
     m_filter->setClearButtonEnabled(true);
+    m_filter->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
     m_filter->setMinimumWidth(120);
     return choice;
 }
@@ -197,6 +204,12 @@ void NotificationPage::showEntry(const QModelIndex &entry)
 
 // How it is shown
 
+void NotificationPage::resizeEvent(QResizeEvent *event)
+{
+    OpmodePage::resizeEvent(event);
+    m_choice->setDirection(width() < twoRowsBelow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+}
+
 /// The text takes the room that is left; it does not get narrower than can be read.
 void NotificationPage::fitColumns()
 {
@@ -223,10 +236,10 @@ void NotificationPage::fitColumns()
         rest -= m_table->isColumnHidden(column) && column == Model::Station ? 0 : width;
     }
     // The sender is the first to go; the tool tip of the text has it, too.
-    const int narrowest = widthOf(QString(24, u'n'));
-    m_table->setColumnHidden(Model::Number, rest < narrowest);
-    rest += rest < narrowest ? number : 0;
-    m_table->setColumnWidth(Model::Message, std::max(rest, narrowest));
+    const int narrowestText = widthOf(QString(24, u'n'));
+    m_table->setColumnHidden(Model::Number, rest < narrowestText);
+    rest += rest < narrowestText ? number : 0;
+    m_table->setColumnWidth(Model::Message, std::max(rest, narrowestText));
 }
 
 void NotificationPage::keepPlace()

@@ -4,6 +4,7 @@
 #include "opmode/window/notification_model.h"
 #include "opmode/window/opmode_page.h"
 
+class QBoxLayout;
 class QCheckBox;
 class QLabel;
 class QLineEdit;
@@ -34,6 +35,7 @@ public:
 protected:
     void stationChosen() override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     QWidget *createChoice();
@@ -54,6 +56,7 @@ private:
     Acknowledging &m_acknowledging;
     QLocale m_locale;
     NotificationModel *m_model;
+    QBoxLayout *m_choice = nullptr;
     QTableView *m_table;
     QRadioButton *m_oneStation;
     QRadioButton *m_allStations;
