@@ -22,7 +22,10 @@ NotificationModel::NotificationModel(const StationTree &tree, Timers &timers, co
     connect(&tree, &StationTree::rowsInserted, this, &NotificationModel::takeInserted);
     connect(&tree, &StationTree::dataChanged, this, &NotificationModel::takeChanged);
     // What is gone must not be drawn any more.
-    connect(&tree, &StationTree::rowsRemoved, this, &NotificationModel::update);
+    connect(&tree, &StationTree::rowsRemoved, this, [this] {
+        m_isOldNoted = true;
+        update();
+    });
     connect(&tree, &StationTree::modelReset, this, &NotificationModel::reset);
 }
 
@@ -39,6 +42,7 @@ void NotificationModel::choose(const NotificationChoice &choice)
 void NotificationModel::reset()
 {
     m_noted.clear();
+    m_isOldNoted = false;
     m_delay->stop();
     beginResetModel();
     fill();
@@ -49,6 +53,7 @@ void NotificationModel::reset()
 void NotificationModel::fill()
 {
     m_rows.clear();
+    m_beyond = m_tree.nodes().end();
     const auto take = [this](Id id) {
         if (isWanted(id)) {
             m_rows.push_back(rowFor(id));
@@ -84,8 +89,14 @@ bool NotificationModel::isWanted(Id id) const
     if (m_choice.filter.isEmpty()) {
         return true;
     }
-    const NotificationText parts = splitNotification(text(id, columns));
-    return holds(parts.message) || holds(parts.number) || holds(text(id, Station));
+    const QString whole = text(id, columns);
+    if (holds(whole)) { // of 100,000 few, which are looked at closely
+        const NotificationText parts = splitNotification(whole);
+        if (holds(parts.message) || holds(parts.number)) {
+            return true;
+        }
+    }
+    return holds(text(id, Station));
 }
 
 NotificationModel::Row NotificationModel::rowFor(Id id) const
@@ -98,6 +109,7 @@ NotificationModel::Row NotificationModel::rowFor(Id id) const
 void NotificationModel::note(Id id)
 {
     m_noted.insert(id);
+    m_isOldNoted = m_isOldNoted || id < m_beyond;
     if (!m_delay->isRunning()) {
         m_delay->start(longestDelay, [this] { update(); });
     }
@@ -141,12 +153,30 @@ void NotificationModel::takeChanged(const QModelIndex &from, const QModelIndex &
 void NotificationModel::update()
 {
     m_delay->stop();
-    const QSet<Id> noted = std::exchange(m_noted, {});
     Q_EMIT aboutToUpdate();
+    QSet<Id> noted = std::exchange(m_noted, {});
+    m_beyond = m_tree.nodes().end();
+    if (std::exchange(m_isOldNoted, false) && !updateListed(noted)) {
+        reset();
+        return;
+    }
+    Rows added;
+    for (const Id id : noted) {
+        if (m_tree.nodes().isAlive(id) && isInScope(id) && isWanted(id)) {
+            added.push_back(rowFor(id));
+        }
+    }
+    insertNew(std::move(added));
+    Q_EMIT updated();
+}
 
+/// Takes those that are listed out of `noted`. False, and nothing is done, when too much would have to be
+/// told.
+bool NotificationModel::updateListed(QSet<Id> &noted)
+{
     std::vector<bool> gone(m_rows.size(), false);
-    Rows sorted;
-    sorted.reserve(m_rows.size());
+    Rows left;
+    left.reserve(m_rows.size());
     QSet<Id> listed;
     bool isMoved = false;
     for (std::size_t i = 0; i < m_rows.size(); ++i) {
@@ -157,28 +187,36 @@ void NotificationModel::update()
         }
         gone[i] = !m_tree.nodes().isAlive(id) || (isNoted && !isWanted(id));
         if (!gone[i]) {
-            sorted.push_back(isNoted ? rowFor(id) : m_rows[i]);
-            isMoved = isMoved || sorted.back() != m_rows[i];
-        }
-    }
-    Rows added;
-    for (const Id id : noted) {
-        if (!listed.contains(id) && m_tree.nodes().isAlive(id) && isInScope(id) && isWanted(id)) {
-            added.push_back(rowFor(id));
+            left.push_back(isNoted ? rowFor(id) : m_rows[i]);
+            isMoved = isMoved || left.back() != m_rows[i];
         }
     }
     if (!removeRows(gone)) {
-        reset();
-        return;
+        return false;
     }
+    noted.subtract(listed);
     if (isMoved) {
-        moveRows(std::move(sorted));
+        moveRows(left, sortedAgain(left));
     }
-    insertNew(std::move(added));
     if (!listed.isEmpty() && !m_rows.empty()) {
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
     }
-    Q_EMIT updated();
+    return true;
+}
+
+/// The rows of the list with new times, in their order; most have the time that they had.
+NotificationModel::Rows NotificationModel::sortedAgain(const Rows &rows) const
+{
+    const auto order = [this](const Row &a, const Row &b) { return isBefore(a, b); };
+    Rows same;
+    Rows other;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        (rows[i] == m_rows[i] ? same : other).push_back(rows[i]);
+    }
+    std::ranges::sort(other, order);
+    Rows sorted(rows.size());
+    std::ranges::merge(same, other, sorted.begin(), order);
+    return sorted;
 }
 
 /// False, and nothing is done, when they stand in too many places.
@@ -208,24 +246,21 @@ bool NotificationModel::removeRows(const std::vector<bool> &gone)
     return true;
 }
 
-/// `sorted` holds the same rows, in the old order.
-void NotificationModel::moveRows(Rows sorted)
+/// `before` are the rows of the list as they stand, `sorted` the same in their new order.
+void NotificationModel::moveRows(const Rows &before, Rows sorted)
 {
     Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
-    const QModelIndexList before = persistentIndexList();
-    Rows chosen;
-    for (const QModelIndex &index : before) {
-        chosen.push_back(sorted[static_cast<std::size_t>(index.row())]);
-    }
-    const auto order = [this](const Row &a, const Row &b) { return isBefore(a, b); };
-    std::ranges::sort(sorted, order);
     m_rows = std::move(sorted);
-    QModelIndexList after;
-    for (qsizetype i = 0; i < before.size(); ++i) {
-        const auto place = std::ranges::lower_bound(m_rows, chosen[static_cast<std::size_t>(i)], order);
-        after.append(index(static_cast<int>(place - m_rows.begin()), before[i].column()));
+    const auto order = [this](const Row &a, const Row &b) { return isBefore(a, b); };
+    const QModelIndexList from = persistentIndexList();
+    QModelIndexList to;
+    to.reserve(from.size());
+    for (const QModelIndex &kept : from) {
+        const auto place =
+            std::ranges::lower_bound(m_rows, before[static_cast<std::size_t>(kept.row())], order);
+        to.append(index(static_cast<int>(place - m_rows.begin()), kept.column()));
     }
-    changePersistentIndexList(before, after);
+    changePersistentIndexList(from, to);
     Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
@@ -400,7 +435,8 @@ void NotificationModel::sort(int column, Qt::SortOrder order)
     const bool newestFirst = order == Qt::DescendingOrder;
     if (column == Received && newestFirst != m_newestFirst) {
         m_newestFirst = newestFirst;
-        moveRows(m_rows);
+        const Rows before = m_rows;
+        moveRows(before, Rows(before.rbegin(), before.rend()));
     }
 }
 

@@ -93,8 +93,10 @@ private:
     void takeInserted(const QModelIndex &parent, int first, int last);
     void takeChanged(const QModelIndex &from, const QModelIndex &to, const QList<int> &roles);
     void note(Id id);
+    bool updateListed(QSet<Id> &noted);
     bool removeRows(const std::vector<bool> &gone);
-    void moveRows(Rows sorted);
+    Rows sortedAgain(const Rows &rows) const;
+    void moveRows(const Rows &before, Rows sorted);
     void insertNew(Rows rows);
 
     const StationTree &m_tree;
@@ -103,7 +105,9 @@ private:
     NotificationChoice m_choice;
     bool m_newestFirst = true;
     Rows m_rows;
-    QSet<Id> m_noted; ///< new or changed since the last update
+    QSet<Id> m_noted;          ///< new or changed since the last update
+    bool m_isOldNoted = false; ///< what was there at the last update changed, or is gone
+    Id m_beyond = 0;           ///< greater than what was there at the last update
     std::unique_ptr<OneShotTimer> m_delay;
 };
 
