@@ -19,6 +19,7 @@ namespace {
 
 constexpr int iconSize = 26;
 constexpr int narrow = 1100; ///< less room than that goes to the alarms' texts first
+constexpr int roomForTime = 300;
 
 QPushButton *createButton(const QString &name, QWidget *parent)
 {
@@ -142,35 +143,44 @@ void AlarmBar::refresh()
     const int count = m_centre.unacknowledged();
     const auto first = m_centre.first();
     const auto latest = m_centre.latest();
-    const QString alarms = count == 1 ? tr("1 alarm") : tr("%L1 alarms").arg(count);
+    const QString alarms = count == 1 ? tr("1 alarm") : tr("%1 alarms").arg(m_locale.toString(count));
     const QString state = m_texts.text(Text::NotAcknowledged);
     m_headline->setText(alarms + (width() < narrow ? u'\n' : u' ') + state);
     const bool isOne = count == 1 || !first || !latest;
-    m_lineTexts[0] = !latest ? QString() : isOne ? line(*latest) : tr("First: %1").arg(line(*first));
-    m_lineTexts[1] = isOne ? QString() : tr("Latest: %1").arg(line(*latest));
+    const auto lines = [&](bool withTime) -> Lines {
+        if (!latest || isOne) {
+            return {latest ? line(*latest, withTime) : QString(), QString()};
+        }
+        return {tr("First: %1").arg(line(*first, withTime)), tr("Latest: %1").arg(line(*latest, withTime))};
+    };
+    m_full = lines(true);
+    m_short = lines(false);
     m_lines[1]->setVisible(!isOne);
     setAccessibleName(alarms + u' ' + state);
-    setAccessibleDescription(m_lineTexts[0] + QStringLiteral(". ") + m_lineTexts[1]);
+    setAccessibleDescription(m_full.join(QStringLiteral(". ")));
     layout()->activate();
     elide();
-    setVisible(count > 0);
+    if (count == 0 || parentWidget() != nullptr) { // alone it would become a window
+        setVisible(count > 0);
+    }
 }
 
 /// The time in front: it is not what gets cut off.
-QString AlarmBar::line(const Alarm &alarm) const
+QString AlarmBar::line(const Alarm &alarm, bool withTime) const
 {
-    return shownTime(alarm.received, m_locale) + QStringLiteral("   ") + alarm.station +
-           QStringLiteral(" · ") + alarm.message;
+    const QString time = withTime ? shownTime(alarm.received, m_locale) + QStringLiteral("   ") : QString();
+    return time + alarm.station + QStringLiteral(" · ") + alarm.message;
 }
 
 void AlarmBar::elide()
 {
     for (int i = 0; i < 2; ++i) {
         QLabel &label = *m_lines[i];
-        const QString shown =
-            label.fontMetrics().elidedText(m_lineTexts[i], Qt::ElideRight, label.parentWidget()->width());
+        const int room = label.parentWidget()->width();
+        const QString &wanted = room < roomForTime ? m_short[i] : m_full[i];
+        const QString shown = label.fontMetrics().elidedText(wanted, Qt::ElideRight, room);
         label.setText(shown);
-        label.setToolTip(shown == m_lineTexts[i] ? QString() : m_lineTexts[i].toHtmlEscaped());
+        label.setToolTip(shown == m_full[i] ? QString() : m_full[i].toHtmlEscaped());
     }
 }
 

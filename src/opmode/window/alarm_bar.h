@@ -40,6 +40,8 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    using Lines = QStringList; ///< always two
+
     QWidget *createLines();
     void takeColours();
     void refresh();
@@ -48,7 +50,7 @@ private:
     void announce();
     void goToLatest();
     void acknowledgeAll();
-    QString line(const Alarm &alarm) const;
+    QString line(const Alarm &alarm, bool withTime) const;
 
     const AlarmCentre &m_centre;
     const StationTree &m_tree;
@@ -58,7 +60,8 @@ private:
     QLabel *m_icon;
     QLabel *m_headline;
     QLabel *m_lines[2];
-    QString m_lineTexts[2];
+    Lines m_full{QString(), QString()};
+    Lines m_short{QString(), QString()}; ///< without the time
     QPushButton *m_all;
     QPushButton *m_latest;
     QPushButton *m_accept;

@@ -3,6 +3,8 @@
 #include <QIcon>
 #include <QPalette>
 
+class QLocale;
+
 namespace ktr {
 
 /// For a bar that cannot be overlooked: light text on red in every appearance.

@@ -24,6 +24,7 @@ namespace {
 
 constexpr int rowHeight = 28;
 constexpr int twoRowsBelow = 620; ///< the filter gets a row of its own
+constexpr int roomForSummary = 520;
 constexpr int narrowest = 340;
 constexpr qint64 sampleMoment = 1'261'659'903'000;
 
@@ -208,6 +209,7 @@ void NotificationPage::resizeEvent(QResizeEvent *event)
 {
     OpmodePage::resizeEvent(event);
     m_choice->setDirection(width() < twoRowsBelow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    refresh();
 }
 
 /// The text takes the room that is left; it does not get narrower than can be read.
@@ -261,9 +263,12 @@ void NotificationPage::refresh()
 {
     const int count = m_model->rowCount();
     const int open = m_model->unacknowledgedCount();
+    const bool hasRoom = width() >= roomForSummary;
     m_summary->setText(
-        count == 0 ? QString()
-                   : tr("Listed: %L1, %2: %L3").arg(count).arg(text(Text::NotAcknowledged)).arg(open));
+        count == 0 || !hasRoom
+            ? QString()
+            : tr("Listed: %1, %2: %3")
+                  .arg(m_locale.toString(count), text(Text::NotAcknowledged), m_locale.toString(open)));
     const bool isFiltered = !m_model->choice().filter.isEmpty() || m_model->choice().onlyUnacknowledged;
     m_empty->setVisible(count == 0);
     m_empty->setText(isFiltered ? tr("Nothing fits the filter") : tr("No notifications"));

@@ -1,8 +1,10 @@
 #include "opmode/window/alarm_bar.h"
+#include "opmode/window/alarm_sound.h"
 #include "opmode/window/notification_page.h"
 #include "platform/registry.h"
 #include "support/choosing.h"
 #include "support/manual_timers.h"
+#include "support/recorded_line.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -20,19 +22,6 @@
 using namespace ktr;
 using namespace ktr::test;
 
-namespace {
-
-/// The stations stay offline.
-struct NoLine : StationLine
-{
-    Status open(const QString &) override { return Status::done(); }
-    void close() override {}
-    bool isOpen() const override { return false; }
-    void send(const QByteArray &) override {}
-};
-
-} // namespace
-
 class NotificationPageTest : public QObject
 {
     Q_OBJECT
@@ -44,7 +33,7 @@ private Q_SLOTS:
         MRegistry::setRegistryFile(m_folder->filePath("registry.json"));
         m_disk = Status::done();
         m_mode = std::make_unique<OperationalMode>(
-            OperationalMode::Services{{}, m_timers, [] { return std::make_unique<NoLine>(); }},
+            OperationalMode::Services{{}, m_timers, [] { return std::make_unique<RecordedLine>(); }},
             stationCaptions(m_texts));
         m_mode->addStation("North");
         m_mode->addStation("South");
@@ -181,6 +170,17 @@ private Q_SLOTS:
         QCOMPARE(tree().alarmCount(), 2);
         QVERIFY(barText("lbl_alarm_first").endsWith("3 fail"));
         QVERIFY(barText("lbl_alarm_latest").endsWith("2 fail"));
+    }
+
+    void theUsersWishForSilenceIsRememberedAndLeavesTheBar()
+    {
+        take("North", "pump fail");
+        settle();
+        QTest::mouseClick(m_bar->findChild<QCheckBox *>("Check_stumm"), Qt::LeftButton, {}, QPoint(8, 10));
+        QVERIFY(AlarmSound::isMutedInSettings());
+        QVERIFY(m_bar->isVisible());
+        const AlarmBar next(*m_centre, tree(), *m_acknowledging, m_texts, QLocale::c());
+        QVERIFY(next.findChild<QCheckBox *>("Check_stumm")->isChecked());
     }
 
 private:
