@@ -14,7 +14,7 @@ namespace ktr {
 namespace {
 
 const QString application = QStringLiteral("KTR_Config");
-const QString section = QStringLiteral("Betriebsmodus");
+const QString section = QStringLiteral("OperationalMode");
 const QString key = QStringLiteral("mute");
 
 constexpr int samplesPerSecond = 22'050;
