@@ -25,7 +25,6 @@ namespace {
 constexpr int rowHeight = 28;
 constexpr int twoRowsBelow = 620; ///< the filter gets a row of its own
 constexpr int roomForSummary = 520;
-constexpr int narrowest = 340;
 constexpr qint64 sampleMoment = 1'261'659'903'000;
 
 template <class Control> Control *named(const QString &name, QWidget *parent)
@@ -60,7 +59,6 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
     layout->addWidget(createChoice());
     layout->addWidget(m_table, 1);
     layout->addWidget(createButtons());
-    setMinimumWidth(narrowest); // where the direction of the choice would ask for more
     setUpTable();
 
     connect(m_oneStation, &QRadioButton::toggled, this, &NotificationPage::choose);
@@ -88,7 +86,7 @@ QWidget *NotificationPage::createChoice()
     m_choice = new QBoxLayout(QBoxLayout::LeftToRight, choice);
     m_choice->setContentsMargins(0, 0, 0, 0);
     auto *row = new QHBoxLayout;
-    row->setSpacing(14);
+    m_scope = row;
     row->addWidget(m_oneStation);
     row->addWidget(m_allStations);
     row->addWidget(m_onlyUnacknowledged);
@@ -162,6 +160,9 @@ void NotificationPage::applyTexts()
     m_copy->setToolTip(tr("Copies the selected rows, their columns parted by tabs (Ctrl+C)"));
     m_table->setAccessibleName(text(Text::Notifications));
     m_model->setTexts(text(Text::NotAcknowledged));
+    // In one row, the choice would ask for more.
+    const QMargins margins = layout()->contentsMargins();
+    setMinimumWidth(m_scope->sizeHint().width() + margins.left() + margins.right());
     fitColumns();
     refresh();
 }

@@ -56,7 +56,8 @@ private:
     Acknowledging &m_acknowledging;
     QLocale m_locale;
     NotificationModel *m_model;
-    QBoxLayout *m_choice = nullptr;
+    QBoxLayout *m_choice = nullptr; ///< the filter and the scope, beside or under each other
+    QBoxLayout *m_scope = nullptr;
     QTableView *m_table;
     QRadioButton *m_oneStation;
     QRadioButton *m_allStations;
