@@ -115,7 +115,7 @@ void readCsv(QStringView text, QChar separator,
 QChar csvSeparator(QStringView text)
 {
     constexpr int lookedAt = 100;
-    constexpr std::array<QChar, 3> candidates = {u';', u'\t', u','};
+    constexpr std::array<QChar, 3> candidates = {u'\t', u';', u','};
     std::array<int, 3> lines = {};
     qsizetype at = 0;
     for (int line = 0; line < lookedAt && at < text.size(); ++line) {

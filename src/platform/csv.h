@@ -22,7 +22,7 @@ QString csvCell(const QString &text);
 void readCsv(QStringView text, QChar separator,
              const std::function<bool(const QStringList &cells, int line)> &take);
 
-/// The one of ";", tab and "," that stands in most of the first lines; ";" when none does.
+/// The one of tab, ";" and "," that stands in most of the first lines; of several the first.
 QChar csvSeparator(QStringView text);
 
 } // namespace ktr
