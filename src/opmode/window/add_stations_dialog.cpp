@@ -36,50 +36,53 @@ AddStationsDialog::AddStationsDialog(OperationalMode &mode, const TextTable &tex
       m_mode(mode),
       m_askOpen(std::move(askOpen)),
       m_model(new StationListModel(this)),
-      m_count(new QLabel(this)),
-      m_problem(new ProblemLabel(this)),
-      m_online(new QCheckBox(tr("Go online at once"), this)),
-      m_add(new QPushButton(texts.text(Text::AddStation), this)),
       m_preview(new QTimer(this))
 {
     setObjectName(QStringLiteral("Form_stationen"));
     setWindowTitle(tr("Add stations"));
-    m_count->setObjectName(QStringLiteral("Label_stationen_count"));
-    m_problem->setObjectName(QStringLiteral("Label_stationen_problem"));
-    m_online->setObjectName(QStringLiteral("Check_stationen_online"));
-    m_online->setToolTip(tr("Connects every new station that has an address"));
-    m_add->setObjectName(QStringLiteral("Cmd_stationen_add"));
-    m_add->setDefault(true);
-    auto *cancel = new QPushButton(texts.text(Text::Cancel), this);
-    cancel->setObjectName(QStringLiteral("Cmd_stationen_cancel"));
-    cancel->setAutoDefault(false);
-
     auto *sides = new QSplitter(this);
     sides->setChildrenCollapsible(false);
     sides->addWidget(listSide());
     sides->addWidget(previewSide());
-    sides->setStretchFactor(0, 2);
-    sides->setStretchFactor(1, 3);
-    auto *buttons = new QHBoxLayout;
-    buttons->addWidget(m_online);
-    buttons->addStretch();
-    buttons->addWidget(m_add);
-    buttons->addWidget(cancel);
+    sides->setStretchFactor(0, 1);
+    sides->setStretchFactor(1, 2);
+    m_problem = new ProblemLabel(this);
+    m_problem->setObjectName(QStringLiteral("Label_stationen_problem"));
     auto *all = new QVBoxLayout(this);
     all->setSpacing(12);
     all->addWidget(sides, 1);
     all->addWidget(m_problem);
-    all->addLayout(buttons);
-    constexpr QSize comfortable(860, 480);
+    all->addLayout(buttons(texts));
+    constexpr QSize comfortable(960, 520);
     resize(comfortable);
+    m_text->setFocus();
 
     m_preview->setSingleShot(true);
     connect(m_preview, &QTimer::timeout, this, &AddStationsDialog::preview);
     connect(m_text, &QPlainTextEdit::textChanged, this,
             [this] { m_preview->start(m_text->document()->characterCount() < shortText ? 0 : restMs); });
+    preview();
+}
+
+QLayout *AddStationsDialog::buttons(const TextTable &texts)
+{
+    m_online = new QCheckBox(tr("Go online at once"), this);
+    m_online->setObjectName(QStringLiteral("Check_stationen_online"));
+    m_online->setToolTip(tr("Connects every new station that has an address"));
+    m_add = new QPushButton(texts.text(Text::AddStation), this);
+    m_add->setObjectName(QStringLiteral("Cmd_stationen_add"));
+    m_add->setDefault(true);
+    auto *cancel = new QPushButton(texts.text(Text::Cancel), this);
+    cancel->setObjectName(QStringLiteral("Cmd_stationen_cancel"));
+    cancel->setAutoDefault(false);
     connect(m_add, &QPushButton::clicked, this, &AddStationsDialog::add);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-    preview();
+    auto *line = new QHBoxLayout;
+    line->addWidget(m_online);
+    line->addStretch();
+    line->addWidget(m_add);
+    line->addWidget(cancel);
+    return line;
 }
 
 QWidget *AddStationsDialog::listSide()
@@ -92,7 +95,7 @@ QWidget *AddStationsDialog::listSide()
     m_text->setTabChangesFocus(true);
     m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    auto *caption = new QLabel(tr("One station a line, name;address"), side);
+    auto *caption = new QLabel(tr("One station per line: name;address"), side);
     caption->setBuddy(m_text);
     m_text->setAccessibleName(caption->text());
     auto *file = new QPushButton(icon(IconName::Open), tr("Read from a file"), side);
@@ -112,6 +115,8 @@ QWidget *AddStationsDialog::listSide()
 QWidget *AddStationsDialog::previewSide()
 {
     auto *side = new QWidget(this);
+    m_count = new QLabel(side);
+    m_count->setObjectName(QStringLiteral("Label_stationen_count"));
     m_table = new QTableView(side);
     m_table->setObjectName(QStringLiteral("tbl_stationen"));
     m_table->setAccessibleName(tr("What becomes of the lines"));
@@ -123,11 +128,13 @@ QWidget *AddStationsDialog::previewSide()
     m_table->setAlternatingRowColors(true);
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    constexpr int fewestRows = 6;
+    m_table->setMinimumHeight((fewestRows + 1) * m_table->verticalHeader()->defaultSectionSize());
     m_table->horizontalHeader()->setHighlightSections(false);
     m_table->horizontalHeader()->setStretchLastSection(true);
     m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     const int letter = fontMetrics().averageCharWidth();
-    constexpr int lettersOfAColumn = 20;
+    constexpr int lettersOfAColumn = 24;
     for (const int column : {StationListModel::Name, StationListModel::Address}) {
         m_table->setColumnWidth(column, letter * lettersOfAColumn);
     }

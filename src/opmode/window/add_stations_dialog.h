@@ -39,6 +39,7 @@ Q_SIGNALS:
 private:
     QWidget *listSide();
     QWidget *previewSide();
+    QLayout *buttons(const TextTable &texts);
     void readFile();
     void preview();
     void add();
@@ -48,10 +49,10 @@ private:
     QPlainTextEdit *m_text = nullptr;
     StationListModel *m_model;
     QTableView *m_table = nullptr;
-    QLabel *m_count;
-    ProblemLabel *m_problem;
-    QCheckBox *m_online;
-    QPushButton *m_add;
+    QLabel *m_count = nullptr;
+    ProblemLabel *m_problem = nullptr;
+    QCheckBox *m_online = nullptr;
+    QPushButton *m_add = nullptr;
     QTimer *m_preview; ///< the text changed
 };
 

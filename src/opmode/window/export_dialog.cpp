@@ -39,22 +39,11 @@ ExportDialog::ExportDialog(const StationTree &tree, const TextTable &texts, cons
       m_services(std::move(services)),
       m_chosen(tree.find(chosen).isValid() ? chosen : QString()),
       m_cards(new QWidget(this)),
-      m_count(new QLabel(this)),
-      m_problem(new ProblemLabel(this)),
-      m_export(new QPushButton(texts.text(Text::Export), this)),
-      m_cancel(new QPushButton(texts.text(Text::Cancel), this)),
       m_work(new QTimer(this)),
       m_recount(new QTimer(this))
 {
     setObjectName(QStringLiteral("Form_export"));
     setWindowTitle(texts.text(Text::ExportOperationalMode));
-    m_count->setObjectName(QStringLiteral("Label_export_count"));
-    m_problem->setObjectName(QStringLiteral("Label_export_problem"));
-    m_export->setObjectName(QStringLiteral("Cmd_export"));
-    m_export->setDefault(true);
-    m_cancel->setObjectName(QStringLiteral("Cmd_export_cancel"));
-    m_cancel->setAutoDefault(false);
-
     auto *cards = new QGridLayout(m_cards);
     cards->setContentsMargins(0, 0, 0, 0);
     cards->setSpacing(12);
@@ -63,18 +52,15 @@ ExportDialog::ExportDialog(const StationTree &tree, const TextTable &texts, cons
     cards->addWidget(stationsCard(m_chosen), 0, 1, 3, 1);
     cards->setRowStretch(2, 1);
     cards->setColumnStretch(1, 1);
-    auto *buttons = new QHBoxLayout;
-    buttons->addWidget(m_count, 1);
-    buttons->addWidget(m_export);
-    buttons->addWidget(m_cancel);
     auto *all = new QVBoxLayout(this);
     all->setSpacing(12);
     all->addWidget(m_cards, 1);
+    m_problem = new ProblemLabel(this);
+    m_problem->setObjectName(QStringLiteral("Label_export_problem"));
     all->addWidget(m_problem);
-    all->addLayout(buttons);
+    all->addLayout(buttons(texts));
+    m_kinds[0]->setFocus();
 
-    connect(m_export, &QPushButton::clicked, this, &ExportDialog::askAndExport);
-    connect(m_cancel, &QPushButton::clicked, this, &ExportDialog::reject);
     connect(m_work, &QTimer::timeout, this, &ExportDialog::work);
     m_recount->setSingleShot(true);
     m_recount->setInterval(recountMs);
@@ -178,6 +164,25 @@ QWidget *ExportDialog::stationsCard(const QString &chosen)
     lines->addWidget(m_list, 1);
     connect(m_list, &StationCheckList::changed, this, &ExportDialog::choiceChanged);
     return card;
+}
+
+QLayout *ExportDialog::buttons(const TextTable &texts)
+{
+    m_count = new QLabel(this);
+    m_count->setObjectName(QStringLiteral("Label_export_count"));
+    m_export = new QPushButton(texts.text(Text::Export), this);
+    m_export->setObjectName(QStringLiteral("Cmd_export"));
+    m_export->setDefault(true);
+    auto *cancel = new QPushButton(texts.text(Text::Cancel), this);
+    cancel->setObjectName(QStringLiteral("Cmd_export_cancel"));
+    cancel->setAutoDefault(false);
+    connect(m_export, &QPushButton::clicked, this, &ExportDialog::askAndExport);
+    connect(cancel, &QPushButton::clicked, this, &ExportDialog::reject);
+    auto *line = new QHBoxLayout;
+    line->addWidget(m_count, 1);
+    line->addWidget(m_export);
+    line->addWidget(cancel);
+    return line;
 }
 
 ExportChoice ExportDialog::choice() const

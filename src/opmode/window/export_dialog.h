@@ -54,6 +54,7 @@ private:
     QWidget *entriesCard(const TextTable &texts);
     QWidget *periodCard();
     QWidget *stationsCard(const QString &chosen);
+    QLayout *buttons(const TextTable &texts);
     QDateTimeEdit *timeField(const char *name, const QString &accessible);
     ExportChoice choice() const;
     void showPeriod();
@@ -78,10 +79,9 @@ private:
     std::array<QRadioButton *, 3> m_stations{};
     StationCheckList *m_list = nullptr;
     QWidget *m_cards;
-    QLabel *m_count;
-    ProblemLabel *m_problem;
-    QPushButton *m_export;
-    QPushButton *m_cancel;
+    QLabel *m_count = nullptr;
+    ProblemLabel *m_problem = nullptr;
+    QPushButton *m_export = nullptr;
     QTimer *m_work;    ///< the next part of what runs
     QTimer *m_recount; ///< the tree changed
     std::unique_ptr<ExportEntries> m_counting;

@@ -58,7 +58,7 @@ StationCheckList::StationCheckList(const StationTree &tree, QWidget *parent)
         m_shown->setFilterFixedString(text.trimmed());
         showAllBox();
     });
-    connect(m_all, &QCheckBox::clicked, this, [this] { tickShown(m_all->checkState() != Qt::Unchecked); });
+    connect(m_all, &QCheckBox::clicked, this, [this](bool on) { tickShown(on); });
     connect(m_stations, &QStandardItemModel::itemChanged, this, [this] {
         if (!m_isTickingMany) {
             showAllBox();
@@ -109,10 +109,11 @@ void StationCheckList::showAllBox()
         ticked += state == Qt::Checked ? 1 : 0;
     }
     m_all->setEnabled(m_shown->rowCount() > 0);
-    m_all->setCheckState(ticked == 0                     ? Qt::Unchecked
-                         : ticked == m_shown->rowCount() ? Qt::Checked
-                                                         : Qt::PartiallyChecked);
-    m_all->setTristate(false); // a click gives all or none
+    const Qt::CheckState state = ticked == 0                     ? Qt::Unchecked
+                                 : ticked == m_shown->rowCount() ? Qt::Checked
+                                                                 : Qt::PartiallyChecked;
+    m_all->setTristate(state == Qt::PartiallyChecked); // a click gives all or none, never some
+    m_all->setCheckState(state);
 }
 
 } // namespace ktr
