@@ -11,13 +11,17 @@ namespace ktr {
 
 namespace {
 
-QString line(const QStringList &cells)
+QString line(std::initializer_list<QString> cells)
 {
     QString text;
+    constexpr qsizetype usual = 120;
+    text.reserve(usual);
     for (const QString &cell : cells) {
-        text += (text.isEmpty() ? QLatin1String("") : QLatin1String(";")) + csvCell(cell);
+        text += csvCell(cell);
+        text += u';';
     }
-    return text + QLatin1String("\r\n");
+    text.chop(1);
+    return text += QLatin1String("\r\n");
 }
 
 QString header(ExportChoice::Kind kind)

@@ -20,6 +20,12 @@ bool isFormula(QStringView text)
            (plain.front() != u'-' || !toNumber(plain));
 }
 
+bool isControl(QChar c)
+{
+    return c < u' ' || (c >= QChar(0x7F) && c <= QChar(0x9F)) || c == QChar::LineSeparator ||
+           c == QChar::ParagraphSeparator;
+}
+
 /// A line ends with CR LF, LF or CR.
 qsizetype endOfLine(QStringView text, qsizetype from)
 {
@@ -55,11 +61,8 @@ std::pair<QString, qsizetype> quoted(QStringView text, qsizetype at)
 QString csvCell(const QString &text)
 {
     QString cell = text;
-    for (QChar &c : cell) {
-        if (c < u' ' || (c >= QChar(0x7F) && c <= QChar(0x9F)) || c == QChar::LineSeparator ||
-            c == QChar::ParagraphSeparator) {
-            c = u' ';
-        }
+    if (std::ranges::any_of(text, isControl)) { // most cells are not copied
+        std::ranges::replace_if(cell, isControl, u' ');
     }
     const bool guarded = isFormula(cell);
     if (guarded || cell.contains(u';') || cell.contains(u'"')) {

@@ -22,7 +22,8 @@ namespace ktr {
 namespace {
 
 /// A few milliseconds each.
-constexpr int entriesAtOnce = 4000;
+constexpr int countedAtOnce = 4000;
+constexpr int exportedAtOnce = 1000;
 constexpr int recountMs = 1000;
 
 QString numbered(const char *array, std::size_t index)
@@ -259,7 +260,7 @@ void ExportDialog::work()
 
 void ExportDialog::countOn()
 {
-    if (!m_counting->walk(entriesAtOnce, [](const ExportEntry &) {})) {
+    if (!m_counting->walk(countedAtOnce, [](const ExportEntry &) {})) {
         showCount();
         m_export->setEnabled(m_counting->taken() > 0);
         m_counting.reset();
@@ -297,7 +298,7 @@ void ExportDialog::askAndExport()
 
 void ExportDialog::exportOn()
 {
-    if (const Status written = m_exporting->step(entriesAtOnce); !written) {
+    if (const Status written = m_exporting->step(exportedAtOnce); !written) {
         fail(written.message());
         return;
     }
