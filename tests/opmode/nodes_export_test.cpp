@@ -9,27 +9,6 @@ using namespace ktr;
 
 namespace {
 
-/// Knows when its notifications came, by their texts.
-class TimedTree : public StationTree
-{
-public:
-    TimedTree() : StationTree({"Notifications", "History", "IP"}) {}
-
-    QVariant data(const QModelIndex &index, int role) const override
-    {
-        const bool isTime = role == ReceivedRole || role == AcknowledgedRole;
-        const auto &known = role == ReceivedRole ? received : acknowledged;
-        return isTime ? known.value(index.data().toString()).toMSecsSinceEpoch()
-                      : StationTree::data(index, role);
-    }
-    void say(const QString &kennung, const QString &text)
-    {
-        take(kennung, interpretStationMessage("+4917012345 --> " + text), {});
-    }
-
-    QHash<QString, QDateTime> received{}, acknowledged{};
-};
-
 QDateTime at(int day, int hour, int minute, int second = 0)
 {
     return QDateTime(QDate(2026, 11, day), QTime(hour, minute, second));
@@ -44,22 +23,24 @@ class NodesExportTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_tree = std::make_unique<TimedTree>();
-        for (const char *name : {"Pump; \"A\"", "b"}) {
+        m_tree = std::make_unique<StationTree>(StationCaptions{"Notifications", "History", "IP"});
+        for (const QString &name : m_all) {
             m_tree->addStation(name);
         }
-        m_tree->say("Pump; \"A\"", "M,tank 3 fail");
-        m_tree->say("Pump; \"A\"", "M,=HYPERLINK(1)\tx");
-        m_tree->say("b", "M,old fail");
-        m_tree->received = {{"+4917012345 --> M,tank 3 fail", at(21, 14, 5, 59)},
-                            {"+4917012345 --> M,=HYPERLINK(1)\tx", at(20, 0, 0)}};
-        m_tree->acknowledged = {{"+4917012345 --> M,old fail", at(21, 15, 0, 1)}};
-        m_tree->setColour(m_tree->find("b/meldung/+4917012345 --> M,old fail"), StationTree::normalColour);
-        m_tree->say("b", "H,1,2611211405,9,-12.5");
-        m_tree->say("b", "H,1,2611211406,17,+4.0");
+        const auto say = [this](const QString &kennung, const QString &text, const QDateTime &now) {
+            m_tree->take(kennung, interpretStationMessage("+4917012345 --> " + text), now);
+        };
+        say(m_all[0], "M,tank 3 fail", at(21, 14, 0));
+        say(m_all[0], "M,=HYPERLINK(1)\tx", at(20, 0, 0));
+        say(m_all[0], "M,tank 3 fail", at(21, 14, 5, 59));
+        say("b", "H,1,2611211405,9,-12.5", {});
+        say("b", "H,1,2611211406,17,+4.0", {});
         m_tree->beginLoading();
         m_tree->load("b/history/x", "? : IP20 = on", StationTree::normalColour);
         m_tree->load("b/history/y", "-1+2", StationTree::normalColour);
+        const char *old = "b/meldung/+4917012345 --> M,old fail";
+        m_tree->load(old, "+4917012345 --> M,old fail", StationTree::normalColour);
+        m_tree->loadArrival(old, {0, at(21, 15, 0, 1).toMSecsSinceEpoch(), 1});
         m_tree->endLoading();
     }
 
@@ -68,7 +49,7 @@ private Q_SLOTS:
         QCOMPARE(
             exported({ExportChoice::Kind::Notifications, m_all, {}, {}, false}),
             "\xEF\xBB\xBFStation;Received;Number;Text;Count;State;Acknowledged\r\n"
-            "\"Pump; \"\"A\"\"\";21.11.2026 14:05:59;\"'+4917012345\";tank 3 fail;1;not acknowledged;\r\n"
+            "\"Pump; \"\"A\"\"\";21.11.2026 14:05:59;\"'+4917012345\";tank 3 fail;2;not acknowledged;\r\n"
             "\"Pump; \"\"A\"\"\";20.11.2026 00:00:00;\"'+4917012345\";\"'=HYPERLINK(1) x\";1;no alarm;\r\n"
             "b;;\"'+4917012345\";old fail;1;acknowledged;21.11.2026 15:00:01\r\n");
     }
@@ -151,7 +132,7 @@ private:
 
     const QStringList m_all{"Pump; \"A\"", "b"};
     QTemporaryDir m_folder;
-    std::unique_ptr<TimedTree> m_tree;
+    std::unique_ptr<StationTree> m_tree;
     qint64 m_withoutTime = 0;
 };
 
