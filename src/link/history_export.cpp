@@ -1,7 +1,7 @@
 #include "link/history_export.h"
 
+#include "platform/csv.h"
 #include "platform/status.h"
-#include "platform/text_rules.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -56,27 +56,13 @@ Status appendTo(const QString &path, const QByteArray &lines)
 
 } // namespace
 
-QString historyCell(const QString &text)
-{
-    QString cell = text;
-    const QString plain = text.trimmed();
-    if (!plain.isEmpty() && QStringView(u"=+-@").contains(plain.front()) && !toNumber(plain)) {
-        cell.prepend(u'\'');
-    }
-    if (cell.contains(u';') || cell.contains(u'"')) {
-        cell.replace(u'"', QLatin1String("\"\""));
-        cell = u'"' + cell + u'"';
-    }
-    return cell;
-}
-
 QByteArray historyCsv(const HistoryLine &line)
 {
-    const QString key = historyCell(line.key);
+    const QString key = csvCell(line.key);
     QString text;
     for (const HistoryRecord &record : line.records) {
-        text += key + u';' + record.stamp + u';' + historyCell(record.first) + u';' +
-                historyCell(record.second) + QLatin1String("\r\n");
+        text += key + u';' + record.stamp + u';' + csvCell(record.first) + u';' + csvCell(record.second) +
+                QLatin1String("\r\n");
     }
     return text.toUtf8();
 }

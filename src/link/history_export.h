@@ -8,10 +8,6 @@
 
 namespace ktr {
 
-/// A cell of the export as a spreadsheet reads it as text: what begins like a formula and is no number gets
-/// an apostrophe in front, what holds a separator or a quotation mark is quoted.
-QString historyCell(const QString &text);
-
 /// The records of a line as UTF-8: "key;stamp;value;value" CR LF each, which is how spreadsheets expect it.
 QByteArray historyCsv(const HistoryLine &line);
 

@@ -11,6 +11,7 @@
 #include <asio/post.hpp>
 #include <asio/steady_timer.hpp>
 
+#include <algorithm>
 #include <deque>
 #include <thread>
 
@@ -29,8 +30,19 @@ constexpr int datagramsInARow = 64;
 struct ModuleAddress
 {
     std::string host;
+    std::optional<asio::ip::address> literal; ///< none: the host is a name
     quint16 port = UdpPair::modulePort;
 };
+
+/// Whether a host can be a name that is looked up. One without a letter is an address that went wrong.
+bool isHostName(const QString &host)
+{
+    constexpr qsizetype longest = 253;
+    const auto isPart = [](QChar c) { return c.isLetterOrNumber() || c.isMark() || c == u'-' || c == u'_'; };
+    return host.size() <= longest &&
+           std::ranges::all_of(host, [&](QChar c) { return isPart(c) || c == u'.'; }) &&
+           std::ranges::any_of(host, [](QChar c) { return c.isLetter(); });
+}
 
 /// Numbers in an IPv4 address are decimal here, leading zeros or not: the system reads such as octal ones.
 QString withoutLeadingZeros(const QString &host)
@@ -62,7 +74,7 @@ std::optional<ModuleAddress> parse(const QString &text)
         port = host.mid(host.indexOf(u':'));
         host.chop(port.size());
     }
-    ModuleAddress address{withoutLeadingZeros(host).toStdString()};
+    ModuleAddress address{withoutLeadingZeros(host).toStdString(), {}};
     if (!port.isEmpty()) {
         bool ok = false;
         address.port = port.mid(1).toUShort(&ok);
@@ -70,7 +82,13 @@ std::optional<ModuleAddress> parse(const QString &text)
             return std::nullopt;
         }
     }
-    return host.isEmpty() ? std::nullopt : std::optional(address);
+    asio::error_code isName;
+    const asio::ip::address literal = asio::ip::make_address(address.host, isName);
+    if (!isName) {
+        address.literal = literal;
+    }
+    const bool isOfAModule = isName ? isHostName(host) : !literal.is_unspecified() && !literal.is_multicast();
+    return isOfAModule ? std::optional(address) : std::nullopt;
 }
 
 asio::ip::address withoutMapping(const asio::ip::address &address)
@@ -402,29 +420,20 @@ UdpPair::~UdpPair()
 
 bool UdpPair::isAddress(const QString &address)
 {
-    const std::optional<ModuleAddress> module = parse(address);
-    if (!module) {
-        return false;
-    }
-    asio::error_code isName;
-    const asio::ip::address literal = asio::ip::make_address(module->host, isName);
-    const bool isNumbers = module->host.find_first_not_of("0123456789.") == std::string::npos;
-    return isName ? !isNumbers : !literal.is_unspecified() && !literal.is_multicast();
+    return parse(address).has_value();
 }
 
 Status UdpPair::open(const QString &address, UdpPairEvents events)
 {
     const std::optional<ModuleAddress> module = parse(address);
-    asio::error_code isName;
-    const asio::ip::address literal =
-        module ? asio::ip::make_address(module->host, isName) : asio::ip::address();
-    if (!isAddress(address)) {
+    if (!module) {
         return Status::failed(
             QCoreApplication::translate("Files", "%1: is no address of a module").arg(address));
     }
     close();
     auto pair = std::make_shared<Ports>(m_io.context(), std::move(events), m_options);
-    const bool isV4 = !isName && literal.is_v4();
+    const bool isName = !module->literal;
+    const bool isV4 = !isName && module->literal->is_v4();
     Status bound = pair->bind(isV4 ? udp::v4() : udp::v6(), m_options.ports);
     if (!bound && isName && bound.message() != portInUse()) {
         bound = pair->bind(udp::v4(), m_options.ports); // a machine without IPv6
@@ -438,12 +447,12 @@ Status UdpPair::open(const QString &address, UdpPairEvents events)
     }
     m_pair = pair;
     m_sendPort = pair->port();
-    m_isNamed = bool(isName);
-    asio::post(m_io.context(), [pair, isName = bool(isName), literal, module = *module, address] {
-        if (isName) {
-            pair->startLookup(module.host, module.port, address);
+    m_isNamed = isName;
+    asio::post(m_io.context(), [pair, module = *module, address] {
+        if (module.literal) {
+            pair->aimAt(*module.literal, module.port);
         } else {
-            pair->aimAt(literal, module.port);
+            pair->startLookup(module.host, module.port, address);
         }
         pair->read();
     });

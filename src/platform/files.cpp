@@ -6,8 +6,6 @@
 #include <QSaveFile>
 
 #ifdef Q_OS_UNIX
-#include <QScopeGuard>
-
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -82,65 +80,94 @@ bool writeAll(int descriptor, const QByteArray &content)
     return true;
 }
 
-Status writeToDevice(const QString &path, const QByteArray &content)
+/// How the descriptor of a new file is made, and what is to become of it.
+struct Target
 {
-    const int descriptor = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CLOEXEC);
-    if (descriptor < 0) {
-        return systemFailure(path);
-    }
-    const auto close = qScopeGuard([descriptor] { ::close(descriptor); });
-    return writeAll(descriptor, content) ? Status::done() : systemFailure(path);
-}
+    QByteArray temporary; ///< empty: a device or a pipe, which is written to as it is
+    QString file;
+    mode_t mode = S_IRUSR | S_IWUSR;
+};
 
 } // namespace
 
-Status replaceFile(const QString &path, const QByteArray &content)
+struct FileReplacement::Pending
 {
+    explicit Pending(QString givenPath) : path(std::move(givenPath)) {}
+    ~Pending()
+    {
+        if (descriptor >= 0) {
+            ::close(descriptor);
+        }
+        if (!target.temporary.isEmpty()) {
+            ::unlink(target.temporary.constData());
+        }
+    }
+    Q_DISABLE_COPY_MOVE(Pending)
+
+    QString path;
+    Target target;
+    int descriptor = -1;
+};
+
+Status FileReplacement::open(const QString &path)
+{
+    m_pending = std::make_unique<Pending>(path);
     struct stat present = {};
-    const bool exists = ::stat(QFile::encodeName(path).constData(), &present) == 0;
+    const QByteArray name = QFile::encodeName(path);
+    const bool exists = ::stat(name.constData(), &present) == 0;
     if (exists && S_ISDIR(present.st_mode)) {
         return failure(path, QCoreApplication::translate("Files", "is a folder"));
     }
     if (exists && !S_ISREG(present.st_mode)) {
-        return writeToDevice(path, content);
+        m_pending->descriptor = ::open(name.constData(), O_WRONLY | O_CLOEXEC);
+        return m_pending->descriptor < 0 ? systemFailure(path) : Status::done();
     }
-    if (exists && ::access(QFile::encodeName(path).constData(), W_OK) != 0) {
+    if (exists && ::access(name.constData(), W_OK) != 0) {
         return systemFailure(path); // a write-protected file is not to be replaced behind its owner's back
     }
 
     const QFileInfo info(path);
-    const QString target = exists ? info.canonicalFilePath() : info.isSymLink() ? info.symLinkTarget() : path;
-    const QString folder = QFileInfo(target).absolutePath();
-    QByteArray temporary = QFile::encodeName(folder + QLatin1String("/.") + QFileInfo(target).fileName() +
+    Target &target = m_pending->target;
+    target.file = exists ? info.canonicalFilePath() : info.isSymLink() ? info.symLinkTarget() : path;
+    const QFileInfo file(target.file);
+    QByteArray temporary = QFile::encodeName(file.absolutePath() + QLatin1String("/.") + file.fileName() +
                                              QLatin1String(".XXXXXX"));
-    const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
-    if (descriptor < 0) {
+    m_pending->descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
+    if (m_pending->descriptor < 0) {
         return systemFailure(path);
     }
-    bool open = true;
-    auto discard = qScopeGuard([&] {
-        const int reason = errno; // the message is made after this
-        if (open) {
-            ::close(descriptor);
-        }
-        ::unlink(temporary.constData());
-        errno = reason;
-    });
+    target.temporary = temporary;
+    target.mode = exists ? (present.st_mode & 07777U) : target.mode;
+    return Status::done();
+}
 
-    const mode_t mode = exists ? (present.st_mode & 07777U) : (S_IRUSR | S_IWUSR);
-    bool ok = ::fchmod(descriptor, mode) == 0 && writeAll(descriptor, content) && ::fsync(descriptor) == 0;
+Status FileReplacement::write(const QByteArray &bytes)
+{
+    return writeAll(m_pending->descriptor, bytes) ? Status::done() : systemFailure(m_pending->path);
+}
+
+Status FileReplacement::commit()
+{
+    const std::unique_ptr<Pending> pending = std::move(m_pending);
+    Target &target = pending->target;
+    if (target.temporary.isEmpty()) {
+        return Status::done();
+    }
+    const int descriptor = pending->descriptor;
+    bool ok = ::fchmod(descriptor, target.mode) == 0 && ::fsync(descriptor) == 0;
     if (ok) {
-        open = false;
+        pending->descriptor = -1;
         ok = ::close(descriptor) == 0;
     }
-    if (!ok || ::rename(temporary.constData(), QFile::encodeName(target).constData()) != 0) {
-        return systemFailure(path);
+    if (!ok || ::rename(target.temporary.constData(), QFile::encodeName(target.file).constData()) != 0) {
+        return systemFailure(pending->path);
     }
-    discard.dismiss();
+    target.temporary.clear();
 
     // The new name is safe only when the folder is, too. A folder that cannot be synchronised (a network
     // share) is no reason to report a failure: the file is there.
-    const int directory = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const QByteArray folder = QFile::encodeName(QFileInfo(target.file).absolutePath());
+    const int directory = ::open(folder.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (directory >= 0) {
         ::fsync(directory);
         ::close(directory);
@@ -150,15 +177,44 @@ Status replaceFile(const QString &path, const QByteArray &content)
 
 #else
 
-Status replaceFile(const QString &path, const QByteArray &content)
+struct FileReplacement::Pending
 {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit()) {
-        return failure(path, file.errorString());
-    }
-    return Status::done();
+    explicit Pending(const QString &path) : file(path) {}
+    Status done(bool ok) { return ok ? Status::done() : failure(file.fileName(), file.errorString()); }
+
+    QSaveFile file;
+};
+
+Status FileReplacement::open(const QString &path)
+{
+    m_pending = std::make_unique<Pending>(path);
+    return m_pending->done(m_pending->file.open(QIODevice::WriteOnly));
+}
+
+Status FileReplacement::write(const QByteArray &bytes)
+{
+    return m_pending->done(m_pending->file.write(bytes) == bytes.size());
+}
+
+Status FileReplacement::commit()
+{
+    const std::unique_ptr<Pending> pending = std::move(m_pending);
+    return pending->done(pending->file.commit());
 }
 
 #endif
+
+FileReplacement::FileReplacement() = default;
+FileReplacement::~FileReplacement() = default;
+
+Status replaceFile(const QString &path, const QByteArray &content)
+{
+    FileReplacement file;
+    Status status = file.open(path);
+    if (status) {
+        status = file.write(content);
+    }
+    return status ? file.commit() : status;
+}
 
 } // namespace ktr

@@ -5,6 +5,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <memory>
+
 namespace ktr {
 
 /// Reads a whole file of at most `limit` bytes into `content`.
@@ -15,5 +17,23 @@ Status readFile(const QString &path, QByteArray &content, qint64 limit);
 /// (a configuration holds the SIM's PIN); an existing one keeps its permissions, a link its target.
 /// A device or a pipe is simply written to.
 Status replaceFile(const QString &path, const QByteArray &content);
+
+/// The same for content that comes piece by piece. What is not committed is discarded.
+class FileReplacement
+{
+public:
+    FileReplacement();
+    ~FileReplacement();
+    Q_DISABLE_COPY_MOVE(FileReplacement)
+
+    /// Each fails with a message that names the file; after a failure nothing but open() is of use.
+    Status open(const QString &path);
+    Status write(const QByteArray &bytes);
+    Status commit();
+
+private:
+    struct Pending;
+    std::unique_ptr<Pending> m_pending;
+};
 
 } // namespace ktr

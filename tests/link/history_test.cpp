@@ -1,6 +1,7 @@
 #include "link/history_decoder.h"
 #include "link/history_export.h"
 #include "link/reply_handler.h"
+#include "platform/csv.h"
 #include "platform/files.h"
 #include "simulator/module_memory.h"
 #include "support/manual_timers.h"
@@ -68,14 +69,14 @@ private Q_SLOTS:
         QTest::addColumn<QString>("cell");
         QTest::newRow("number") << "-12,5"
                                 << "-12,5";
-        QTest::newRow("exponent") << "+1.5E3"
-                                  << "+1.5E3";
+        QTest::newRow("phone number") << "+4917012345"
+                                      << "\"'+4917012345\"";
         QTest::newRow("formula") << "=1+1"
-                                 << "'=1+1";
-        QTest::newRow("behind a blank") << " @SUM(A1)"
-                                        << "' @SUM(A1)";
+                                 << "\"'=1+1\"";
+        QTest::newRow("behind a tab") << "\t@SUM(A1)"
+                                      << "\"' @SUM(A1)\"";
         QTest::newRow("minus") << "-2+3"
-                               << "'-2+3";
+                               << "\"'-2+3\"";
         QTest::newRow("quoted") << "+a;\"b\""
                                 << "\"'+a;\"\"b\"\"\"";
         QTest::newRow("plain") << "a-b"
@@ -84,7 +85,7 @@ private Q_SLOTS:
     void aCellIsNoFormula()
     {
         QFETCH(const QString, text);
-        QTEST(historyCell(text), "cell");
+        QTEST(csvCell(text), "cell");
     }
 
     void theFileGrowsLineByLine()

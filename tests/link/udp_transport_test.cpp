@@ -135,8 +135,9 @@ private Q_SLOTS:
     void whatIsNoAddressIsRefusedAtOnce()
     {
         UdpTransport transport(m_io);
-        for (const char *address : {"", ":49111", "127.0.0.1:", "127.0.0.1:0", "127.0.0.1:65536", "[::1",
-                                    "[::1]x", "1.2.3", "1.2.3.256", "4711", "0.0.0.0", "224.0.0.1"}) {
+        for (const char *address :
+             {"", ":49111", "127.0.0.1:", "127.0.0.1:0", "127.0.0.1:65536", "[::1", "[::1]x", "1.2.3",
+              "1.2.3.256", "4711", "0.0.0.0", "224.0.0.1", "two words", "-.-"}) {
             QVERIFY2(!transport.open(QString::fromLatin1(address)), address);
             QVERIFY(!transport.isOpen());
         }

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "platform/status.h"
+
+#include <QList>
+#include <QString>
+
+#include <functional>
+
+namespace ktr {
+
+/// A line of a list of stations.
+struct ListedStation
+{
+    int line; ///< counted from 1
+    QString name;
+    QString address; ///< may be empty: a station without one is never reached
+    QString remark;  ///< a complaint, or what was done to the name; mostly empty
+    bool isUsable;   ///< a station can be made of it
+    bool operator==(const ListedStation &) const = default;
+};
+
+struct StationList
+{
+    static constexpr int mostLines = 20'000;
+
+    QList<ListedStation> lines;
+    int usable = 0;
+    bool isCut = false; ///< there are more lines; they are left out
+};
+
+/// Reads lines "name;address", with ";", tab or "," between them, quoted after RFC 4180 where needed. Blank
+/// lines and a header line are passed over; a header line may also turn the order round. A name that the
+/// list or the tree has already becomes "name (1)", "name (2)" and so on, as when a station is added;
+/// `freeName` gives the first of these that the tree does not have.
+StationList readStationList(QStringView text, const std::function<QString(const QString &)> &freeName);
+
+/// The text of a file that holds such a list: UTF-8, UTF-16 with its mark, or Windows-1252.
+Status readStationFile(const QString &path, QString &text);
+
+} // namespace ktr

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QDialog>
+
+#include <functional>
+
+class QCheckBox;
+class QLabel;
+class QPlainTextEdit;
+class QPushButton;
+class QTableView;
+class QTimer;
+
+namespace ktr {
+
+class OperationalMode;
+class ProblemLabel;
+class StationListModel;
+class TextTable;
+
+/// Adds many stations at once, from lines that are pasted or read from a file. What becomes of each line is
+/// shown before.
+class AddStationsDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// Asks for a file that exists; empty for "cancel". The filter is "description|patterns".
+    using AskOpen = std::function<QString(const QString &filter)>;
+
+    /// The operational mode must outlive the dialog.
+    AddStationsDialog(OperationalMode &mode, const TextTable &texts, AskOpen askOpen,
+                      QWidget *parent = nullptr);
+
+Q_SIGNALS:
+    /// A line for the status bar.
+    void told(const QString &line);
+
+private:
+    QWidget *listSide();
+    QWidget *previewSide();
+    QLayout *buttons(const TextTable &texts);
+    void readFile();
+    void preview();
+    void add();
+
+    OperationalMode &m_mode;
+    AskOpen m_askOpen;
+    QPlainTextEdit *m_text = nullptr;
+    StationListModel *m_model;
+    QTableView *m_table = nullptr;
+    QLabel *m_count = nullptr;
+    ProblemLabel *m_problem = nullptr;
+    QCheckBox *m_online = nullptr;
+    QPushButton *m_add = nullptr;
+    QTimer *m_preview; ///< the text changed
+};
+
+} // namespace ktr

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "opmode/station_list.h"
+
+#include <QAbstractTableModel>
+
+namespace ktr {
+
+/// A list of stations as it was read, each line with what is to be said about it.
+class StationListModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    enum Column { Name, Address, Remark, ColumnCount };
+
+    using QAbstractTableModel::QAbstractTableModel;
+
+    void show(StationList list);
+    const StationList &list() const { return m_list; }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    int columnCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+private:
+    StationList m_list;
+};
+
+} // namespace ktr

@@ -1,0 +1,28 @@
+#pragma once
+
+// Tables as text, as spreadsheets write and read them (RFC 4180).
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+namespace ktr {
+
+/// A cell for a file whose separator is ";", quoted where it has to be; control characters become blanks.
+///
+/// What a spreadsheet would take for a formula gets an apostrophe in front, inside of quotation marks. That
+/// is also done to a number with a "+": a phone number would lose it, and all but its first 15 digits. Such a
+/// cell reads '+4917012345, which people can read and dial. Negative numbers stay numbers.
+QString csvCell(const QString &text);
+
+/// Hands over the cells of each line that is not blank, without blanks around them, and the number of the
+/// line it begins at, counted from 1, until the call gives false. A quoted cell may hold separators, doubled
+/// quotation marks and line ends; one that is never closed ends with its line.
+void readCsv(QStringView text, QChar separator,
+             const std::function<bool(const QStringList &cells, int line)> &take);
+
+/// The one of tab, ";" and "," that stands in most of the first lines; of several the first.
+QChar csvSeparator(QStringView text);
+
+} // namespace ktr
