@@ -46,6 +46,18 @@ double processorTime()
     return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
 }
 
+/// In bytes, of the whole process.
+double residentMemory()
+{
+    long pages = 0;
+    std::FILE *file = std::fopen("/proc/self/statm", "r");
+    if (file == nullptr || std::fscanf(file, "%*s %ld", &pages) != 1) {
+        giveUp("/proc/self/statm");
+    }
+    std::fclose(file);
+    return double(pages) * double(::sysconf(_SC_PAGESIZE));
+}
+
 sockaddr_in loopback(quint16 port)
 {
     sockaddr_in address{};
@@ -76,8 +88,8 @@ struct Traffic
     int burst;
 };
 
-constexpr Traffic traffics[] = {{"one by one, 1,000/s", 6'000, 1'000, 1},
-                                {"bursts of 200, 10,000/s", 60'000, 10'000, 200},
+constexpr Traffic traffics[] = {{"one by one, 1,000/s", 3'000, 1'000, 1},
+                                {"bursts of 200, 10,000/s", 30'000, 10'000, 200},
                                 {"bursts of 2,000, 20,000/s", 60'000, 20'000, 2'000}};
 
 /// What modules say; every third is an SMS.
@@ -172,6 +184,16 @@ private:
     pid_t m_process;
 };
 
+/// The least of a few runs: other programs only ever add to it.
+template <class Measured> double least(Measured &measured, Load &load, const Traffic &traffic)
+{
+    double time = measured.measure(load, traffic);
+    for (int i = 1; i < 3; ++i) {
+        time = std::min(time, measured.measure(load, traffic));
+    }
+    return time;
+}
+
 // The floor --------------------------------------------------------------------------------------------
 
 class BareLoop
@@ -261,8 +283,8 @@ public:
     /// All of them, until the last announcement is with the system.
     void open()
     {
-        const auto memory = [] { return double(mallinfo2().uordblks) + double(mallinfo2().hblkhd); };
-        const double before = memory();
+        ::malloc_trim(0);
+        const double before = residentMemory();
         QElapsedTimer time;
         time.start();
         for (int i = 0; i < m_count; ++i) {
@@ -276,7 +298,7 @@ public:
         const double opened = double(time.nsecsElapsed()) * 1e-9;
         QCoreApplication::processEvents();
         std::printf("  opened and announced in %.2f s, %.1f KiB of memory a station\n", opened,
-                    (memory() - before) / m_count / 1024);
+                    (residentMemory() - before) / m_count / 1024);
     }
 
     /// The ports that the stations listen at, learnt from their announcements.
@@ -372,7 +394,7 @@ int main(int argc, char **argv)
         {
             BareLoop bare(count);
             for (const Traffic &traffic : traffics) {
-                floor.push_back(bare.measure(load, traffic));
+                floor.push_back(least(bare, load, traffic));
             }
         }
         std::printf("%d stations\n", count);
@@ -380,7 +402,7 @@ int main(int argc, char **argv)
         stations.open();
         stations.learnPorts();
         for (std::size_t i = 0; i < std::size(traffics); ++i) {
-            const double used = stations.measure(load, traffics[i]);
+            const double used = least(stations, load, traffics[i]);
             std::printf("  %-26s %6.1f us a datagram, bare loop %5.1f us: %.1f times\n", traffics[i].name,
                         used, floor[i], used / floor[i]);
         }
