@@ -43,13 +43,7 @@ void FieldModule::hear(const QString &line)
     if (m_step == Step::TakingText) {
         takeCommand(line);
     } else if (line == QLatin1String("config")) {
-        if (m_step == Step::Unknown) {
-            const auto spread = static_cast<int>(m_options.every.count());
-            waitFor(Step::Resting, Milliseconds(chance(spread + 1)));
-        } else if (m_step == Step::AskedForSim) {
-            say(readRequest);
-            waitFor(Step::Reading, longestWait);
-        }
+        hearConfig();
     } else if (line.contains(QLatin1String(",\"+IP\""))) {
         waitFor(Step::TakingText, longestWait);
     } else if (line == QLatin1String("OK")) {
@@ -59,6 +53,22 @@ void FieldModule::hear(const QString &line)
         } else if (m_step == Step::Reading || m_step == Step::Sending) {
             sendNextSms();
         }
+    }
+}
+
+/// An announcement, or the answer to its question for the SIM.
+void FieldModule::hearConfig()
+{
+    if (m_step == Step::AskedForSim) {
+        say(readRequest);
+        waitFor(Step::Reading, longestWait);
+        return;
+    }
+    if (m_step == Step::Unknown) { // what it has to tell at first is much: modules do not all begin together
+        waitFor(Step::Resting, Milliseconds(chance(static_cast<int>(m_options.every.count()) * 3 / 10 + 1)));
+    }
+    if (m_step == Step::Resting) { // so that it counts as alive
+        say(quality());
     }
 }
 
@@ -90,9 +100,8 @@ std::optional<Milliseconds> FieldModule::wake()
         }
         m_quality = std::clamp(m_quality + chance(5) - 2, 3, bestQuality);
         m_ownDialogue = {QStringLiteral("at+csq\r"),
-                         chance(50) == 0 ? QStringLiteral("ERROR\r\n")
-                                         : QStringLiteral("+CSQ: %1,0\r\n").arg(m_quality),
-                         QStringLiteral("OK\r\n"), readRequest, QStringLiteral("+CMS ERROR: 321\r\n")};
+                         chance(50) == 0 ? QStringLiteral("ERROR\r\n") : quality(), QStringLiteral("OK\r\n"),
+                         readRequest, QStringLiteral("+CMS ERROR: 321\r\n")};
         waitFor(Step::OnOwnModem, pace);
         break;
     case Step::OnOwnModem:

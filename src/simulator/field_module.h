@@ -19,7 +19,7 @@ struct FieldModuleOptions
 /// it.
 ///
 ///     program            module
-///     config         ->                            it knows the program now
+///     config         ->                            it knows the program now, and tells that it is alive
 ///                    <-  at+cpin?                  the beginning of each dialogue
 ///     config         ->                            taken over: the program is its modem
 ///                    <-  at+cmgr=1                 is there an SMS?
@@ -64,6 +64,7 @@ private:
 
     int chance(int below) { return static_cast<int>((m_random() >> 8U) % static_cast<unsigned>(below)); }
     void hear(const QString &line);
+    void hearConfig();
     void takeCommand(const QString &command);
     void begin();
     void useOwnModem();
@@ -72,6 +73,7 @@ private:
     void say(const QString &text);
     void waitFor(Step step, Milliseconds wait);
     QString addressing() const { return QStringLiteral("at+cmgs=\"%1\"\r").arg(m_number); }
+    QString quality() const { return QStringLiteral("+CSQ: %1,0\r\n").arg(m_quality); }
     QString takeSms();
 
     FieldModuleOptions m_options;
