@@ -254,7 +254,7 @@ private:
 struct CountingOwner : StationOwner
 {
     void station_message(const QString &, const QString &) override { ++messages; }
-    void stationNeedsPuk(const QString &) override {}
+    void stationChanged(const QString &, StationChange) override {}
     void stationTrouble(const QString &kennung, const QString &text) override
     {
         std::printf("    station %s: %s\n", qPrintable(kennung), qPrintable(text));

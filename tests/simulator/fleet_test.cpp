@@ -23,7 +23,7 @@ struct RecordingOwner : StationOwner
         messages[kennung] += interpretStationMessage(text);
         texts += text;
     }
-    void stationNeedsPuk(const QString &) override {}
+    void stationChanged(const QString &, StationChange) override {}
     void stationTrouble(const QString &, const QString &text) override { texts += text; }
 
     QMap<QString, QList<StationMessage>> messages;
