@@ -21,10 +21,9 @@ FieldModule::FieldModule(const FieldModuleOptions &options, Send send, Now now)
       m_send(std::move(send)),
       m_now(std::move(now)),
       m_texts(options.seed),
-      m_random(options.seed),
+      m_random(chanceFrom(~options.seed)),
       m_number(QStringLiteral("+49170%1").arg(options.seed % 10'000'000, 7, 10, QLatin1Char('0')))
 {
-    m_random.discard(3); // seeds that follow each other begin alike
     m_quality = 8 + chance(20);
 }
 

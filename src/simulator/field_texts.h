@@ -8,12 +8,19 @@
 
 namespace ktr {
 
+/// Chance that differs from the first number on between seeds that follow each other.
+inline std::minstd_rand chanceFrom(quint32 seed)
+{
+    std::seed_seq mixed{seed};
+    return std::minstd_rand(mixed);
+}
+
 /// The SMS texts that a module in the field has to send: reports of its values and its archive, alarms and
 /// the good messages after them.
 class FieldTexts
 {
 public:
-    explicit FieldTexts(quint32 seed) : m_values(seed), m_random(seed + 1) {}
+    explicit FieldTexts(quint32 seed) : m_values(seed), m_random(chanceFrom(seed)) {}
 
     /// All eighteen values: "R,v1,...,v18".
     QString allValues(const QDateTime &now) const { return QLatin1String("R,") + m_values.allValues(now); }
