@@ -4,6 +4,7 @@
 #include "cli/interruption.h"
 #include "cli/loading.h"
 #include "cli/replay.h"
+#include "cli/simulate_fleet.h"
 #include "config/configuration_file.h"
 #include "link/conversation_log.h"
 #include "platform/files.h"
@@ -95,6 +96,20 @@ std::optional<Faults> faults(const Arguments &arguments)
     return usable ? std::optional(all) : std::nullopt;
 }
 
+/// Of the faults, a fleet knows those of the network.
+int fleetFrom(const Arguments &arguments)
+{
+    for (const QString &option :
+         {serialOption, ethernetOption, saveOption, holdOption, replayOption, slowOption, silentOption,
+          splitOption, mergeOption, garbageOption, hangUpOption, overtakeOption}) {
+        if (arguments.isSet(option)) {
+            return arguments.wrong(QStringLiteral("--fleet does not go together with --") + option);
+        }
+    }
+    const std::optional<Faults> wanted = faults(arguments);
+    return wanted ? simulateFleet(arguments, wanted->network) : wrongUsage;
+}
+
 void report(const QString &event)
 {
     print(event);
@@ -130,8 +145,15 @@ int simulate(const QStringList &words)
                         "the program differs from it, and ends with it."),
          QStringLiteral("LOG")});
     addFaults(arguments);
+    addFleetOptions(arguments);
     if (const auto end = arguments.parse(words)) {
         return *end;
+    }
+    if (wantsFleet(arguments)) {
+        return fleetFrom(arguments);
+    }
+    if (const QString option = fleetOptionInUse(arguments); !option.isEmpty()) {
+        return arguments.wrong(QStringLiteral("--%1 needs --fleet").arg(option));
     }
     if (arguments.isSet(serialOption) == arguments.isSet(ethernetOption)) {
         return arguments.wrong(QStringLiteral("either --serial or --ethernet is needed"));

@@ -25,7 +25,6 @@ constexpr std::chrono::milliseconds longestLookup{1900};
 constexpr std::chrono::milliseconds lookupPoll{20};
 constexpr std::chrono::milliseconds pauseAfterError{10};
 constexpr qsizetype longestDatagram = 65'507;
-constexpr int datagramsInARow = 64;
 
 struct ModuleAddress
 {
@@ -235,8 +234,7 @@ public:
                     return;
                 }
                 self->take(count);
-                self->takeWaiting();
-                self->read();
+                self->read(); // what has come already is taken without waiting, others between
             });
     }
 
@@ -320,20 +318,6 @@ private:
             m_events.received(QByteArray(m_input.data(), qsizetype(count)));
         } else {
             m_events.dropped();
-        }
-    }
-
-    /// What else has come already, without a way through the event queue; a busy socket leaves room for
-    /// others.
-    void takeWaiting()
-    {
-        for (int i = 0; i < datagramsInARow; ++i) {
-            asio::error_code error;
-            const std::size_t count = m_receiveSocket.receive_from(asio::buffer(m_input), m_sender, 0, error);
-            if (error) {
-                return; // none, or an error that read() meets again or that is over
-            }
-            take(count);
         }
     }
 

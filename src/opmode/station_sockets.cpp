@@ -33,7 +33,7 @@ public:
     {
         const std::lock_guard lock(m_mutex);
         m_events.push_back(std::move(event));
-        if (m_events.size() == 1) { // the owner is not called yet
+        if (!std::exchange(m_ownerLooks, true)) {
             QMetaObject::invokeMethod(
                 &m_sockets, [this] { m_sockets.deliver(); }, Qt::QueuedConnection);
         }
@@ -45,6 +45,14 @@ public:
         return std::exchange(m_events, {});
     }
 
+    /// The owner is called for what comes from now on. False, and nothing is changed, when something came.
+    bool stopLooking()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_ownerLooks = !m_events.empty();
+        return !m_ownerLooks;
+    }
+
     std::atomic<qint64> foreign = 0;
     std::atomic<qint64> unsent = 0;
 
@@ -52,6 +60,7 @@ private:
     StationSockets &m_sockets;
     std::mutex m_mutex;
     std::vector<Event> m_events;
+    bool m_ownerLooks = false; ///< by itself, or it is called
 };
 
 class StationSockets::Line : public StationLine
@@ -145,6 +154,8 @@ StationSockets::StationSockets(IoThread &io, PortRange ports, QObject *parent)
       m_options{ports, longestDatagram, lookupsAtOnce, descriptorsInReserve},
       m_batch(std::make_unique<Batch>(*this))
 {
+    m_nextLook.setSingleShot(true);
+    m_nextLook.callOnTimeout(this, &StationSockets::deliver);
     raiseDescriptorLimit();
 }
 
@@ -167,10 +178,13 @@ qint64 StationSockets::unsentDatagrams() const
 
 void StationSockets::deliver()
 {
+    // While much comes, it is looked for now and then: to be called for each datagram costs more than the
+    // datagram itself.
+    const bool isBusy = m_sinceLook.isValid() && m_sinceLook.elapsed() < 2 * lookInterval.count();
+    m_sinceLook.start();
+    m_nextLook.start(lookInterval); // where a listener asks the user something, the rest is told from there
     std::ranges::move(m_batch->take(), std::back_inserter(m_waiting));
-    if (m_waiting.size() > 1) { // where a listener asks the user something, the rest is told from there
-        QMetaObject::invokeMethod(this, &StationSockets::deliver, Qt::QueuedConnection);
-    }
+    const bool isQuiet = m_waiting.empty();
     while (!m_waiting.empty()) {
         const Event event = std::move(m_waiting.front());
         m_waiting.pop_front();
@@ -178,6 +192,13 @@ void StationSockets::deliver()
         if (const auto line = m_open.find(event.connection); line != m_open.end()) {
             line->second->handOver(event);
         }
+        if (m_sinceLook.elapsed() >= longestTurn.count() && !m_waiting.empty()) {
+            m_nextLook.start(0); // a timer, since posted events would go in front of the user's
+            return;
+        }
+    }
+    if ((isQuiet || !isBusy) && m_batch->stopLooking()) {
+        m_nextLook.stop();
     }
 }
 

@@ -3,7 +3,9 @@
 #include "link/udp_pair.h"
 #include "opmode/station_line.h"
 
+#include <QElapsedTimer>
 #include <QObject>
+#include <QTimer>
 
 #include <deque>
 #include <unordered_map>
@@ -13,7 +15,7 @@ namespace ktr {
 class IoThread;
 
 /// The lines of all stations, a pair of UDP ports each, on the one I/O thread. What happens at them is handed
-/// over in batches, in its order, on the thread that owns this.
+/// over in batches, in its order, on the thread that owns this, which needs an event loop.
 class StationSockets : public QObject
 {
     Q_OBJECT
@@ -24,6 +26,11 @@ public:
     static constexpr int lookupsAtOnce = 16;
     /// Descriptors that are left for files, look-ups and the main window's line.
     static constexpr quint64 descriptorsInReserve = 64;
+    /// So long the owner's thread is kept at a time, an event more at most; the rest is told in its next
+    /// turn.
+    static constexpr std::chrono::milliseconds longestTurn{15};
+    /// While much comes, it is handed over no more often.
+    static constexpr std::chrono::milliseconds lookInterval{5};
 
     /// Raises the process's limit of descriptors.
     explicit StationSockets(IoThread &io, PortRange ports = {}, QObject *parent = nullptr);
@@ -47,7 +54,9 @@ private:
     IoThread &m_io;
     UdpPairOptions m_options;
     std::unique_ptr<Batch> m_batch;
-    std::deque<Event> m_waiting;                ///< taken over, not told yet
+    std::deque<Event> m_waiting; ///< taken over, not told yet
+    QTimer m_nextLook;
+    QElapsedTimer m_sinceLook;
     std::unordered_map<quint64, Line *> m_open; ///< by the number of the connection
     quint64 m_connections = 0;
     bool m_isFull = false; ///< no pair was free, and none was closed since: looking again takes long

@@ -4,7 +4,9 @@
 #include "support/manual_timers.h"
 #include "support/udp_peer.h"
 
+#include <QElapsedTimer>
 #include <QTest>
+#include <QTimer>
 
 using namespace ktr;
 using test::Peer;
@@ -16,6 +18,9 @@ struct RecordingOwner : StationOwner
     void station_message(const QString &kennung, const QString &text) override
     {
         messages += kennung + QLatin1Char(':') + text;
+        QElapsedTimer time;
+        for (time.start(); time.elapsed() < busyFor;) {
+        }
         if (during) {
             std::exchange(during, nullptr)();
         }
@@ -26,6 +31,7 @@ struct RecordingOwner : StationOwner
     QStringList messages;
     QStringList troubles;
     std::function<void()> during;
+    qint64 busyFor = 0; ///< ms
 };
 
 /// A module at an address of its own, and the station that watches it.
@@ -105,6 +111,28 @@ private Q_SLOTS:
         QTRY_COMPARE(owner.messages.size(), 4);
         owner.messages.removeOne("1: --> d");
         QCOMPARE(owner.messages, (QStringList{"0: --> a", "0: --> b", "0: --> c"}));
+    }
+
+    void whatTakesLongLeavesTurnsToOthersAndKeepsItsOrder()
+    {
+        StationSockets sockets(m_io);
+        RecordingOwner owner;
+        const auto all = watch(1, sockets, owner);
+        all[0]->station.connectStation();
+        all[0]->module.await();
+        owner.busyFor = StationSockets::longestTurn.count() + 1;
+        QTimer others;
+        others.callOnTimeout([&owner] { owner.messages += QStringLiteral("turn"); });
+        for (const char *text : {"a\x1A", "b\x1A", "c\x1A", "d\x1A"}) {
+            all[0]->say(text);
+        }
+        others.start(0);
+        QTRY_VERIFY(owner.messages.contains("0: --> d"));
+        for (const char *text : {"0: --> b", "0: --> c", "0: --> d"}) {
+            QCOMPARE(owner.messages.value(owner.messages.indexOf(text) - 1), "turn");
+        }
+        owner.messages.removeAll("turn");
+        QCOMPARE(owner.messages, (QStringList{"0: --> a", "0: --> b", "0: --> c", "0: --> d"}));
     }
 
     void aStationThatWasDisconnectedHearsNothingMore()

@@ -1,0 +1,453 @@
+// What watching many stations costs: the processor time of a datagram through the sockets and the stations
+// beside a bare epoll loop that receives the same datagrams on as many sockets, both fed by another process;
+// the memory of a station; the time of opening and announcing all of them.
+//
+//     stations_benchmark [stations ...]        1000 and 9900 unless named
+
+#include "link/io_thread.h"
+#include "opmode/operational_mode.h"
+#include "opmode/station.h"
+#include "opmode/station_sockets.h"
+#include "platform/exclusive_port.h"
+#include "platform/files.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <QTimer>
+
+#include <algorithm>
+#include <arpa/inet.h>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
+#include <malloc.h>
+#include <map>
+#include <random>
+#include <string_view>
+#include <sys/epoll.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace ktr;
+
+namespace {
+
+constexpr double microsecond = 1e-6;
+
+[[noreturn]] void giveUp(const char *what)
+{
+    std::perror(what);
+    std::_Exit(1);
+}
+
+double wallTime()
+{
+    return double(QueuedCallbackTimers::steadyTime().count()) / 1'000;
+}
+
+double processorTime()
+{
+    timespec now{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now); // of all threads; the load comes from another process
+    return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
+}
+
+/// In bytes, of the whole process.
+double residentMemory()
+{
+    long pages = 0;
+    std::FILE *file = std::fopen("/proc/self/statm", "r");
+    if (file == nullptr || std::fscanf(file, "%*s %ld", &pages) != 1) {
+        giveUp("/proc/self/statm");
+    }
+    std::fclose(file);
+    return double(pages) * double(::sysconf(_SC_PAGESIZE));
+}
+
+sockaddr_in loopback(quint16 port)
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    return address;
+}
+
+int boundSocket(quint16 port)
+{
+    const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK, 0);
+    const sockaddr_in address = loopback(port);
+    if (socket < 0 || ::bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
+        giveUp("socket");
+    }
+    return socket;
+}
+
+// The load ---------------------------------------------------------------------------------------------
+
+/// So many datagrams a second, in bursts of so many.
+struct Traffic
+{
+    const char *name;
+    int datagrams;
+    int perSecond;
+    int burst;
+};
+
+constexpr Traffic traffics[] = {{"one by one, 1,000/s", 3'000, 1'000, 1},
+                                {"bursts of 200, 10,000/s", 30'000, 10'000, 200},
+                                {"bursts of 2,000, 20,000/s", 60'000, 20'000, 2'000}};
+
+/// What modules say; every third is an SMS.
+constexpr std::string_view lines[] = {"+CSQ: 18,0\r\n", "at+cmgs=\"+4917012345\"\r", "R,5,12.3\x1A"};
+
+/// Another process that sends to ports of this machine when it is asked to.
+class Load
+{
+public:
+    Load()
+    {
+        if (::pipe(m_orders) != 0) {
+            giveUp("pipe");
+        }
+        m_process = ::fork();
+        if (m_process == 0) {
+            ::close(m_orders[1]);
+            serve();
+        }
+        ::close(m_orders[0]);
+    }
+    ~Load()
+    {
+        ::close(m_orders[1]);
+        ::waitpid(m_process, nullptr, 0);
+    }
+    Q_DISABLE_COPY_MOVE(Load)
+
+    void send(const Traffic &traffic, const std::vector<quint16> &ports)
+    {
+        const std::size_t count = ports.size();
+        write(&traffic, sizeof traffic);
+        write(&count, sizeof count);
+        write(ports.data(), count * sizeof(quint16));
+    }
+
+private:
+    void write(const void *data, std::size_t size)
+    {
+        if (::write(m_orders[1], data, size) != ssize_t(size)) {
+            giveUp("pipe");
+        }
+    }
+    bool read(void *data, std::size_t size)
+    {
+        auto *at = static_cast<char *>(data);
+        while (size > 0) {
+            const ssize_t count = ::read(m_orders[0], at, size);
+            if (count <= 0) {
+                return false;
+            }
+            at += count;
+            size -= std::size_t(count);
+        }
+        return true;
+    }
+
+    [[noreturn]] void serve()
+    {
+        const int socket = ::socket(AF_INET, SOCK_DGRAM, 0);
+        Traffic traffic{};
+        std::size_t count = 0;
+        while (read(&traffic, sizeof traffic) && read(&count, sizeof count)) {
+            std::vector<quint16> ports(count);
+            if (!read(ports.data(), count * sizeof(quint16))) {
+                break;
+            }
+            play(socket, traffic, ports);
+        }
+        std::_Exit(0);
+    }
+
+    static void play(int socket, const Traffic &traffic, const std::vector<quint16> &ports)
+    {
+        timespec next{};
+        clock_gettime(CLOCK_MONOTONIC, &next);
+        for (int i = 0; i < traffic.datagrams; ++i) {
+            if (i % traffic.burst == 0) {
+                next.tv_nsec += 1'000'000'000L / traffic.perSecond * traffic.burst;
+                next.tv_sec += next.tv_nsec / 1'000'000'000;
+                next.tv_nsec %= 1'000'000'000;
+                clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &next, nullptr);
+            }
+            const std::size_t station = std::size_t(i) % ports.size();
+            const std::string_view line = lines[std::size_t(i) % std::size(lines)];
+            const sockaddr_in to = loopback(ports[station]);
+            ::sendto(socket, line.data(), line.size(), 0, reinterpret_cast<const sockaddr *>(&to), sizeof to);
+        }
+    }
+
+    int m_orders[2]{};
+    pid_t m_process;
+};
+
+/// The least of a few runs: other programs only ever add to it.
+template <class Measured> double least(Measured &measured, Load &load, const Traffic &traffic)
+{
+    double time = measured.measure(load, traffic);
+    for (int i = 1; i < 3; ++i) {
+        time = std::min(time, measured.measure(load, traffic));
+    }
+    return time;
+}
+
+// The floor --------------------------------------------------------------------------------------------
+
+class BareLoop
+{
+public:
+    explicit BareLoop(int count) : m_epoll(::epoll_create1(0))
+    {
+        for (int i = 0; i < count; ++i) {
+            const auto port = quint16(firstPort + i);
+            const int socket = boundSocket(port);
+            epoll_event event{};
+            event.events = EPOLLIN;
+            event.data.fd = socket;
+            ::epoll_ctl(m_epoll, EPOLL_CTL_ADD, socket, &event);
+            m_sockets.push_back(socket);
+            m_ports.push_back(port);
+        }
+    }
+    ~BareLoop()
+    {
+        std::ranges::for_each(m_sockets, ::close);
+        ::close(m_epoll);
+    }
+    Q_DISABLE_COPY_MOVE(BareLoop)
+
+    /// Microseconds of the processor a datagram.
+    double measure(Load &load, const Traffic &traffic)
+    {
+        load.send(traffic, m_ports);
+        const double before = processorTime();
+        int received = 0;
+        while (received < traffic.datagrams) {
+            epoll_event events[256];
+            const int ready = ::epoll_wait(m_epoll, events, 256, 2'000);
+            if (ready <= 0) {
+                std::printf("    lost %d at the bare loop\n", traffic.datagrams - received);
+                break;
+            }
+            for (int i = 0; i < ready; ++i) {
+                char input[2048];
+                while (::recv(events[i].data.fd, input, sizeof input, 0) >= 0) {
+                    ++received;
+                }
+            }
+        }
+        return (processorTime() - before) / traffic.datagrams / microsecond;
+    }
+
+private:
+    static constexpr int firstPort = 40'000;
+    int m_epoll;
+    std::vector<int> m_sockets;
+    std::vector<quint16> m_ports;
+};
+
+// The stations -----------------------------------------------------------------------------------------
+
+struct CountingOwner : StationOwner
+{
+    void station_message(const QString &, const QString &) override { ++messages; }
+    void stationChanged(const QString &, StationChange) override {}
+    void stationTrouble(const QString &kennung, const QString &text) override
+    {
+        std::printf("    station %s: %s\n", qPrintable(kennung), qPrintable(text));
+    }
+    int messages = 0;
+};
+
+class Stations
+{
+public:
+    explicit Stations(int count) : m_count(count), m_module(boundSocket(0))
+    {
+        sockaddr_in address{};
+        socklen_t length = sizeof address;
+        ::getsockname(m_module, reinterpret_cast<sockaddr *>(&address), &length);
+        m_address = QStringLiteral("127.0.0.1:%1").arg(ntohs(address.sin_port));
+    }
+    ~Stations()
+    {
+        m_stations.clear();
+        m_lines.clear();
+        ::close(m_module);
+    }
+    Q_DISABLE_COPY_MOVE(Stations)
+
+    /// All of them, until the last announcement is with the system.
+    void open()
+    {
+        ::malloc_trim(0);
+        const double before = residentMemory();
+        const double start = wallTime();
+        for (int i = 0; i < m_count; ++i) {
+            m_lines.push_back(m_sockets.createLine());
+            m_stations.push_back(
+                std::make_unique<cStation>(QString::number(i), *m_lines.back(), m_registry, m_owner));
+            m_stations.back()->setHostAddress(m_address);
+            m_stations.back()->connectStation();
+        }
+        m_io.run([] {});
+        const double opened = wallTime() - start;
+        QCoreApplication::processEvents();
+        std::printf("  opened and announced in %.2f s, %.1f KiB of memory a station\n", opened,
+                    (residentMemory() - before) / m_count / 1024);
+    }
+
+    /// The ports that the stations listen at, learnt from their announcements.
+    void learnPorts()
+    {
+        std::map<quint16, bool> known;
+        for (int round = 0; round < 50 && int(known.size()) < m_count; ++round) {
+            for (const auto &station : m_stations) {
+                station->Tmr_eth_brokenConnection_Timer();
+                if (&station == &m_stations.back() || station->kennung().toInt() % 50 == 0) {
+                    m_io.run([] {});
+                    hear(known);
+                }
+            }
+        }
+        for (const auto &[port, heard] : known) {
+            m_ports.push_back(quint16(port + 1));
+        }
+        std::ranges::shuffle(m_ports, std::minstd_rand());
+        if (int(m_ports.size()) != m_count) {
+            std::printf("  only %d stations are heard\n", int(m_ports.size()));
+        }
+    }
+
+    double measure(Load &load, const Traffic &traffic)
+    {
+        QCoreApplication::processEvents();
+        const int expected = traffic.datagrams / int(std::size(lines));
+        m_owner.messages = 0;
+        QTimer deadline;
+        deadline.callOnTimeout([] { QCoreApplication::exit(1); });
+        QTimer check;
+        check.callOnTimeout([this, expected] {
+            if (m_owner.messages >= expected) {
+                QCoreApplication::exit(0);
+            }
+        });
+        deadline.start(traffic.datagrams * 1'000 / traffic.perSecond + 3'000);
+        check.start(100);
+        load.send(traffic, m_ports);
+        const double before = processorTime();
+        QCoreApplication::exec();
+        const double used = processorTime() - before;
+        if (m_owner.messages != expected) {
+            std::printf("    %d messages of %d\n", m_owner.messages, expected);
+        }
+        return used / traffic.datagrams / microsecond;
+    }
+
+private:
+    void hear(std::map<quint16, bool> &known) const
+    {
+        char input[64];
+        sockaddr_in from{};
+        socklen_t length = sizeof from;
+        while (::recvfrom(m_module, input, sizeof input, 0, reinterpret_cast<sockaddr *>(&from), &length) >=
+               0) {
+            known[ntohs(from.sin_port)] = true;
+        }
+    }
+
+    int m_count;
+    int m_module; ///< all stations watch the same one
+    QString m_address;
+    IoThread m_io;
+    EventLoopTimers m_timers;
+    QueuedCallbackTimers m_callbacks{m_timers};
+    MLiteTimer m_registry{m_callbacks};
+    CountingOwner m_owner;
+    StationSockets m_sockets{m_io};
+    std::vector<std::unique_ptr<StationLine>> m_lines;
+    std::vector<std::unique_ptr<cStation>> m_stations;
+    std::vector<quint16> m_ports;
+};
+
+// The operational mode ---------------------------------------------------------------------------------
+
+/// From the list of the stations to the last announcement and the tree.
+void openOperationalMode(int count)
+{
+    NodeStore nodes;
+    for (int i = 0; i < count; ++i) {
+        const std::string name = "Station " + std::to_string(i);
+        nodes.add(NodeStore::root, name, name, StationTree::normalColour);
+    }
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("nodes.xml"));
+    StationAttributes station;
+    station.hostAddress = QStringLiteral("127.0.0.1");
+    station.online = true;
+    if (!replaceFile(path, writeNodes(nodes, [&station](const QString &) { return station; }))) {
+        giveUp("nodes.xml");
+    }
+    ::malloc_trim(0);
+    const double before = residentMemory();
+    IoThread io;
+    EventLoopTimers timers;
+    StationSockets sockets(io);
+    const double start = wallTime();
+    OperationalMode mode({systemEnvironment(), timers, [&sockets] { return sockets.createLine(); }},
+                         {QStringLiteral("Notifications"), QStringLiteral("History"), QStringLiteral("IP")});
+    if (!mode.open(path, OperationalMode::Use::Keep)) {
+        giveUp("operational mode");
+    }
+    io.run([] {});
+    std::printf(
+        "  operational mode without its window: open in %.2f s, %.1f KiB a station with its 22 nodes\n",
+        wallTime() - start, (residentMemory() - before) / count / 1024);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    Load load; // before there are threads
+    QCoreApplication application(argc, argv);
+    raiseDescriptorLimit();
+    std::vector<int> counts;
+    for (int i = 1; i < argc; ++i) {
+        counts.push_back(std::atoi(argv[i]));
+    }
+    if (counts.empty()) {
+        counts = {1'000, 9'900};
+    }
+    for (const int count : counts) {
+        std::vector<double> floor;
+        {
+            BareLoop bare(count);
+            for (const Traffic &traffic : traffics) {
+                floor.push_back(least(bare, load, traffic));
+            }
+        }
+        std::printf("%d stations\n", count);
+        openOperationalMode(count);
+        Stations stations(count);
+        stations.open();
+        stations.learnPorts();
+        for (std::size_t i = 0; i < std::size(traffics); ++i) {
+            const double used = least(stations, load, traffics[i]);
+            std::printf("  %-26s %6.1f us a datagram, bare loop %5.1f us: %.1f times\n", traffics[i].name,
+                        used, floor[i], used / floor[i]);
+        }
+    }
+    return 0;
+}
