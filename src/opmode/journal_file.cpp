@@ -71,16 +71,14 @@ Status JournalFile::goOn(QByteArrayView journal)
 
 Status JournalFile::reopen()
 {
-    Status opened = m_file.open(m_path, m_size);
-    if (opened && m_size == 0) {
-        opened = m_file.append(headerOf(m_base));
-        if (opened) {
-            m_size = headerSize;
-        } else {
-            m_file.close();
+    if (m_size == 0) {
+        // The name of the new file, too, is to outlive a power cut.
+        if (Status begun = replaceFile(m_path, headerOf(m_base)); !begun) {
+            return begun;
         }
+        m_size = headerSize;
     }
-    return opened;
+    return m_file.open(m_path, m_size);
 }
 
 Status JournalFile::append(const QByteArray &records)

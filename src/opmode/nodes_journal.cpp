@@ -77,6 +77,7 @@ Status NodesJournal::restart(quint64 base)
 {
     discard();
     m_isUsable = true;
+    m_isRemoved = false;
     return m_file.begin(base);
 }
 
@@ -84,6 +85,7 @@ Status NodesJournal::remove()
 {
     discard();
     m_isUsable = false;
+    m_isRemoved = true;
     return m_file.remove();
 }
 
@@ -96,6 +98,9 @@ void NodesJournal::discard()
 
 void NodesJournal::add(const NodeChange &change)
 {
+    if (m_isRemoved) {
+        return;
+    }
     putRecord(m_waiting, change);
     if (!m_timer->isRunning()) {
         m_timer->start(longestDelay, [this] { flush(); });

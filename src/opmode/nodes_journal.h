@@ -60,6 +60,7 @@ private:
     std::function<void(const QString &)> m_told;
     std::unique_ptr<OneShotTimer> m_timer;
     bool m_isUsable = false; ///< nothing of another run is in the way
+    bool m_isRemoved = false;
     QByteArray m_waiting;
     QString m_trouble;
 

@@ -77,12 +77,12 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
 Status OperationalMode::load(QHash<QString, StationAttributes> &attributes)
 {
     const auto take = [&](const NodeElement &element) {
-        const QString name = QString::fromUtf8(element.text.data(), qsizetype(element.text.size()));
-        if (element.station != nullptr && attributes.contains(name)) {
-            return false; // a second copy of a name
+        if (element.station == nullptr) {
+            return m_tree.load(element);
         }
-        const bool taken = m_tree.load(element.key, element.text, element.colour);
-        if (taken && element.station != nullptr) {
+        const QString name = QString::fromUtf8(element.text.data(), qsizetype(element.text.size()));
+        const bool taken = !attributes.contains(name) && m_tree.load(element); // no second copy of a name
+        if (taken) {
             attributes.insert(name, *element.station);
         }
         return taken;

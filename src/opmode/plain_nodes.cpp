@@ -99,40 +99,41 @@ bool PlainNodes::takeValue(std::string_view &value)
     return true;
 }
 
-/// A value with references or characters beyond ASCII.
+/// A value with references or characters beyond ASCII. Only one with references is copied.
 bool PlainNodes::takeLongWay(const char *begin, std::string_view &value)
 {
-    std::string decoded(begin, m_at);
+    std::string decoded;
+    const char *rest = begin; // what is not decoded yet
     bool isAscii = true;
-    for (; m_at != m_end && *m_at != '"'; ++m_at) {
-        const char c = *m_at;
+    while (m_at != m_end && *m_at != '"') {
+        const auto c = static_cast<unsigned char>(*m_at);
         if (c == '&') {
+            decoded.append(rest, m_at);
             const auto *const reference = std::ranges::find_if(
                 references, [this](const auto &candidate) { return takeLiteral(candidate.first); });
             if (reference == references.end()) {
                 return false;
             }
             decoded += reference->second;
-            --m_at; // the loop goes on behind it
-            continue;
-        }
-        const bool wide = static_cast<unsigned char>(c) >= 0x80;
-        if (isSpecial[static_cast<unsigned char>(c)] && !wide) {
+            rest = m_at;
+        } else if (isSpecial[c] && c < 0x80) {
             return false;
+        } else {
+            isAscii = isAscii && c < 0x80;
+            ++m_at;
         }
-        isAscii = isAscii && !wide;
-        decoded += c;
     }
     if (m_at == m_end) {
         return false;
     }
-    ++m_at;
-    const QUtf8StringView utf8(decoded.data(), static_cast<qsizetype>(decoded.size()));
-    if (!isAscii && (!utf8.isValidUtf8() || decoded.find("\xEF\xBF\xBE") != std::string::npos ||
-                     decoded.find("\xEF\xBF\xBF") != std::string::npos)) {
+    const std::string_view raw(begin, static_cast<std::size_t>(m_at - begin));
+    if (!isAscii &&
+        (!QUtf8StringView(begin, m_at).isValidUtf8() || raw.find("\xEF\xBF\xBE") != std::string_view::npos ||
+         raw.find("\xEF\xBF\xBF") != std::string_view::npos)) {
         return false;
     }
-    value = m_decoded.emplace_back(std::move(decoded));
+    value = rest == begin ? raw : m_decoded.emplace_back(decoded.append(rest, m_at));
+    ++m_at;
     return true;
 }
 

@@ -13,6 +13,7 @@
 
 #include <array>
 #include <functional>
+#include <tuple>
 
 namespace ktr {
 
@@ -134,6 +135,7 @@ private:
     QModelIndex indexOf(Id id) const;
     bool isFreeName(const QString &name, Id except = NodeStore::root) const;
     std::optional<Id> addBranch(std::string_view kennung);
+    qint64 momentOf(const QDateTime &time);
     Outcome takeNotification(Id station, const NotificationMessage &message, const QDateTime &now);
     void takeValues(Id station, const InputValuesMessage &message, const QDateTime &now);
     Outcome takeHistory(Id station, const HistoryMessage &message);
@@ -165,7 +167,9 @@ private:
     QHash<Id, Arrival> m_arrivals;
     QSet<Id> m_renamed; ///< stations that were given a text since their creation
     std::function<void(const NodeChange &)> m_changed;
-    NodeChange m_told{};   ///< kept for the room of its texts
+    NodeChange m_told{}; ///< kept for the room of its texts
+    std::tuple<Qt::TimeSpec, QDate, QTime> m_lastTime;
+    qint64 m_lastMoment = 0;
     ParentCache m_parents; ///< while loading
     bool m_loading = false;
     bool m_gathering = false; ///< counts of alarms are shown at the end of many changes

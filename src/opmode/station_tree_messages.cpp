@@ -3,14 +3,16 @@
 
 namespace ktr {
 
-namespace {
-
-qint64 momentOf(const QDateTime &time)
+/// Asking for the offset from UTC costs more than all the rest of a message, and many come at one moment.
+qint64 StationTree::momentOf(const QDateTime &time)
 {
-    return time.isValid() ? time.toMSecsSinceEpoch() : 0;
+    const std::tuple shown(time.timeSpec(), time.date(), time.time());
+    if (!time.isValid() || m_lastTime != shown) {
+        m_lastTime = shown;
+        m_lastMoment = time.isValid() ? time.toMSecsSinceEpoch() : 0;
+    }
+    return m_lastMoment;
 }
-
-} // namespace
 
 StationTree::Outcome StationTree::take(const QString &kennung, const StationMessage &message,
                                        const QDateTime &now)

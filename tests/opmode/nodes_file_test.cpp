@@ -1,5 +1,6 @@
 #include "opmode/checksum.h"
 #include "opmode/nodes_file.h"
+#include "opmode/notification_times.h"
 #include "opmode/station_tree.h"
 #include "platform/files.h"
 
@@ -189,6 +190,52 @@ private Q_SLOTS:
         const Read result = read(document);
         QVERIFY(!result.failure.isEmpty());
         QCOMPARE(result.nodes, QStringList());
+    }
+
+    void timesOfNotificationsOutliveARestartAndAreNotNeeded()
+    {
+        const QDateTime at(QDate(2009, 12, 24), QTime(14, 5, 33));
+        const QString path = m_folder->filePath("nodes.xml");
+        StationTree tree({"N", "H", "IP"});
+        tree.addStation("old");
+        for (const char *text : {"1 fail", "1 fail", "2 fail"}) {
+            tree.take("old", NotificationMessage{{text, text}, true}, at);
+        }
+        tree.carryOut(tree.acknowledgement({tree.find("old/meldung/1 fail")}, at.addDays(1)));
+        QVERIFY(tree.setData(tree.find("old"), "new"));
+        QVERIFY(NotificationTimes(path).save(tree));
+        const QByteArray document =
+            writeNodes(tree.nodes(), [](const QString &) { return StationAttributes(); });
+        const auto loaded = [&](const char *key, bool sound) {
+            StationTree again({"N", "H", "IP"});
+            again.beginLoading();
+            const bool read = readNodes(document, [&](const NodeElement &element) { again.load(element); }) &&
+                              bool(NotificationTimes(path).load(again)) == sound;
+            again.endLoading();
+            const QModelIndex entry = again.find(QLatin1String(key));
+            return read && again.alarmCount() == 1
+                       ? QList<qint64>{entry.data(StationTree::ReceivedRole).toLongLong(),
+                                       entry.data(StationTree::AcknowledgedRole).toLongLong(),
+                                       entry.data(StationTree::CountRole).toLongLong()}
+                       : QList<qint64>();
+        };
+        const qint64 moment = at.toMSecsSinceEpoch();
+        const QList<qint64> unknown{0, 0, 1};
+        QCOMPARE(loaded("new/meldung/1 fail", true), (QList<qint64>{moment, moment + 86'400'000, 2}));
+        QCOMPARE(loaded("new/meldung/2 fail", true), (QList<qint64>{moment, 0, 1}));
+        const QString times = m_folder->filePath("nodes.times");
+        QByteArray whole;
+        QVERIFY(readFile(times, whole, 1000));
+        for (qsizetype size = 0; size < whole.size(); ++size) {
+            QVERIFY(replaceFile(times, whole.first(size)));
+            QCOMPARE(loaded("new/meldung/1 fail", false), unknown);
+            QByteArray damaged = whole;
+            damaged[size] = static_cast<char>(damaged[size] ^ 4);
+            QVERIFY(replaceFile(times, damaged));
+            QCOMPARE(loaded("new/meldung/1 fail", false), unknown);
+        }
+        QVERIFY(QFile::remove(times));
+        QCOMPARE(loaded("new/meldung/1 fail", true), unknown);
     }
 
     void whatCouldNotBeReadIsKeptAside()
