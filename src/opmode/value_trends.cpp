@@ -19,12 +19,12 @@ void ValueTrends::take(const QString &kennung, const QList<InputValuesMessage::V
         std::unique_ptr<Ring> &ring = m_stations[kennung][static_cast<std::size_t>(value.channel - 1)];
         if (!ring) {
             ring = std::make_unique<Ring>();
-            ring->last = time;
+            ring->last = static_cast<quint32>(time);
         }
         constexpr qint64 longestPause = std::numeric_limits<quint16>::max();
         ring->values[ring->next] = static_cast<float>(*number);
-        ring->pauses[ring->next] = static_cast<quint16>(qBound(0, time - ring->last, longestPause));
-        ring->last = time;
+        ring->pauses[ring->next] = static_cast<quint16>(qBound<qint64>(0, time - ring->last, longestPause));
+        ring->last = static_cast<quint32>(time);
         ring->next = static_cast<quint8>((ring->next + 1) % longest);
         ring->count = static_cast<quint8>(qMin(ring->count + 1, longest));
     }

@@ -35,7 +35,7 @@ private:
     {
         std::array<float, longest> values;
         std::array<quint16, longest> pauses; ///< seconds since the value before
-        qint64 last = 0;                     ///< when the newest came
+        quint32 last = 0;                    ///< when the newest came, seconds since the epoch
         quint8 count = 0;
         quint8 next = 0;
     };
