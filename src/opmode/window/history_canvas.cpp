@@ -104,7 +104,7 @@ void HistoryPlot::Canvas::removeCurves()
     arrange();
 }
 
-void HistoryPlot::Canvas::add(const QList<PlotPoint> &points)
+bool HistoryPlot::Canvas::add(const QList<PlotPoint> &points)
 {
     std::map<int, QList<QCPGraphData>> added;
     for (const PlotPoint &point : points) {
@@ -135,6 +135,7 @@ void HistoryPlot::Canvas::add(const QList<PlotPoint> &points)
     } else {
         scaleValues();
     }
+    return rearrange;
 }
 
 /// A graph stays with the part of the plot that it was made for.
@@ -179,6 +180,12 @@ bool HistoryPlot::Canvas::isShown(int channel) const
 {
     const auto found = m_curves.find(channel);
     return found != m_curves.end() && found->second.isShown;
+}
+
+bool HistoryPlot::Canvas::isSteps(int channel) const
+{
+    const auto found = m_curves.find(channel);
+    return found != m_curves.end() && found->second.isSteps;
 }
 
 bool HistoryPlot::Canvas::anyShown() const
@@ -339,7 +346,7 @@ void HistoryPlot::Canvas::scaleValues()
             axis->setRange(found->lower - margin, found->upper + margin);
         }
     }
-    replot(rpQueuedReplot);
+    redraw();
 }
 
 void HistoryPlot::Canvas::colour(int channel, Curve &curve)
@@ -381,7 +388,7 @@ void HistoryPlot::Canvas::takeColours()
     for (auto &[channel, curve] : m_curves) {
         colour(channel, curve);
     }
-    replot(rpQueuedReplot);
+    redraw();
 }
 
 void HistoryPlot::Canvas::setTitles(const QString &values, const QString &counters)
@@ -391,11 +398,26 @@ void HistoryPlot::Canvas::setTitles(const QString &values, const QString &counte
     arrange();
 }
 
+void HistoryPlot::Canvas::redraw()
+{
+    if (isVisible()) {
+        replot(rpQueuedReplot);
+    }
+}
+
+void HistoryPlot::Canvas::showEvent(QShowEvent *event)
+{
+    QCustomPlot::showEvent(event);
+    redraw();
+}
+
 void HistoryPlot::Canvas::resizeEvent(QResizeEvent *event)
 {
     constexpr int roomOfATick = 110;
     m_values->axis(QCPAxis::atBottom)->ticker()->setTickCount(qMax(2, width() / roomOfATick));
-    QCustomPlot::resizeEvent(event);
+    if (!size().isEmpty()) { // it cannot draw on nothing
+        QCustomPlot::resizeEvent(event);
+    }
 }
 
 } // namespace ktr

@@ -24,9 +24,11 @@ public:
     Canvas(QWidget *parent, std::function<void()> told);
 
     void removeCurves();
-    void add(const QList<PlotPoint> &points);
+    /// Whether a channel is new or drawn otherwise now.
+    bool add(const QList<PlotPoint> &points);
     void setShown(int channel, bool shown);
     bool isShown(int channel) const;
+    bool isSteps(int channel) const;
     bool anyShown() const;
     QList<int> channels() const;
 
@@ -54,6 +56,7 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     struct Curve
@@ -64,6 +67,7 @@ private:
         QCPAxis *lane; ///< the value axis of steps
     };
 
+    void redraw(); ///< not while nobody sees it
     void arrange();
     void placeLanes(const std::vector<int> &lanes, bool alone);
     void recreate(int channel, Curve &curve);

@@ -96,7 +96,9 @@ void HistoryPlot::Canvas::show(const std::optional<Place> &place)
         m_mark->position->setCoords(place->time, place->value);
         m_mark->setPen(QPen(graph->pen().color(), 2));
     }
-    layer(QStringLiteral("overlay"))->replot();
+    if (isVisible()) {
+        layer(QStringLiteral("overlay"))->replot();
+    }
     m_told();
 }
 

@@ -80,7 +80,6 @@ void HistoryModel::takeUp()
     if (end <= static_cast<int>(known)) {
         return;
     }
-    Q_EMIT aboutToAdd();
     beginInsertRows({}, static_cast<int>(known), end - 1);
     read(end);
     endInsertRows();
@@ -182,11 +181,14 @@ QVariant HistoryModel::data(const QModelIndex &index, int role) const
         const Qt::Alignment side = record.hasValue ? Qt::AlignRight : Qt::AlignLeft;
         return QVariant::fromValue(side | Qt::AlignVCenter);
     }
-    if (role != Qt::DisplayRole && role != Qt::ToolTipRole) {
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != WholeLineRole) {
         return {};
     }
     const QString text = textOf(number);
     const auto entry = historyEntry(text);
+    if (role == WholeLineRole) {
+        return !entry;
+    }
     if (role == Qt::ToolTipRole) {
         return entry ? QVariant() : QVariant(text);
     }

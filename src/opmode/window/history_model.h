@@ -27,7 +27,8 @@ class HistoryModel : public QAbstractTableModel
 
 public:
     enum Column { Time, Input, Value, ColumnCount };
-    static constexpr int batch = 100; ///< milliseconds
+    static constexpr int WholeLineRole = Qt::UserRole; ///< an entry of another form: its text is its value
+    static constexpr int batch = 100;                  ///< milliseconds
 
     explicit HistoryModel(const StationTree &tree, QObject *parent = nullptr);
 
@@ -50,7 +51,6 @@ Q_SIGNALS:
     void recordsAdded(std::size_t first);
     /// All records are others.
     void recordsReplaced();
-    void aboutToAdd();
 
 private:
     void load();

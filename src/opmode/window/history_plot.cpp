@@ -28,6 +28,7 @@ HistoryPlot::HistoryPlot(QWidget *parent)
     m_canvas->setObjectName(QStringLiteral("Plot_history_canvas"));
     m_readOut->setObjectName(QStringLiteral("Label_history_readout"));
     m_readOut->setContentsMargins(6, 2, 6, 2);
+    m_readOut->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(cardMargin, cardMargin, cardMargin, cardMargin);
     layout->setSpacing(2);
@@ -50,7 +51,9 @@ void HistoryPlot::clear()
 
 void HistoryPlot::add(const QList<PlotPoint> &points)
 {
-    m_canvas->add(points);
+    if (m_canvas->add(points)) {
+        Q_EMIT channelsChanged();
+    }
 }
 
 void HistoryPlot::setShown(int channel, bool shown)
@@ -62,6 +65,11 @@ void HistoryPlot::setShown(int channel, bool shown)
 bool HistoryPlot::isShown(int channel) const
 {
     return m_canvas->isShown(channel);
+}
+
+bool HistoryPlot::isSteps(int channel) const
+{
+    return m_canvas->isSteps(channel);
 }
 
 QList<int> HistoryPlot::channels() const
@@ -86,7 +94,7 @@ QString HistoryPlot::readOut() const
         return tr("No input with values is chosen.");
     }
     if (!place) {
-        return tr("Point at a curve, or press Ctrl and an arrow key, to read its values.");
+        return tr("Point at a curve to read its values.");
     }
     const QString value =
         numberText(place->channel > 0 ? place->value : double(float(place->value)), locale());
@@ -99,10 +107,11 @@ void HistoryPlot::applyTexts()
 {
     m_canvas->setTitles(tr("Values"), tr("Counters"));
     m_canvas->setAccessibleName(tr("History over time"));
-    m_canvas->setToolTip(QString());
-    m_canvas->setAccessibleDescription(
-        tr("Plus and minus zoom, the arrow keys move, Home shows the whole time, Ctrl and an arrow key go "
-           "from record to record."));
+    const QString keys =
+        tr("Plus and minus zoom, the arrow keys move, Home shows the whole time, Ctrl and an "
+           "arrow key go from record to record.");
+    m_canvas->setAccessibleDescription(keys);
+    m_readOut->setToolTip(keys);
     m_readOut->setText(readOut());
 }
 
@@ -146,12 +155,13 @@ QImage HistoryPlot::picture(const QString &title) const
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(QRect(margin, margin / 2, plot.width() - 2 * margin, line),
                      Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, title);
+    m_canvas->pointAway();
     QPixmap curves = m_canvas->toPixmap(plot.width(), plot.height(), scale);
     painter.drawPixmap(QRect(QPoint(0, margin + line), plot), curves);
     painter.setFont(font());
     for (const Entry &entry : legend) {
         const QRect row(entry.at, QSize(sample, line));
-        drawSeriesSample(painter, row, entry.channel, palette());
+        drawSeriesSample(painter, row, entry.channel, isSteps(entry.channel), palette());
         painter.drawText(QRect(row.right() + margin / 2, row.top(), plot.width(), line),
                          Qt::AlignLeft | Qt::AlignVCenter, channelCaption(entry.channel).trimmed());
     }
@@ -162,6 +172,9 @@ bool HistoryPlot::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::Leave) {
         m_canvas->pointAway();
+    } else if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+        m_canvas->takeColours(); // it has the new ones later than this
+        update();
     } else if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
         update(); // the focus ring
     } else if (event->type() == QEvent::KeyPress) {
@@ -200,9 +213,7 @@ bool HistoryPlot::eventFilter(QObject *watched, QEvent *event)
 
 void HistoryPlot::changeEvent(QEvent *event)
 {
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
-        m_canvas->takeColours();
-    } else if (event->type() == QEvent::LocaleChange) {
+    if (event->type() == QEvent::LocaleChange) {
         QLocale plain = locale();
         plain.setNumberOptions(QLocale::OmitGroupSeparator);
         m_canvas->setLocale(plain);

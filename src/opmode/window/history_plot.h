@@ -35,6 +35,8 @@ public:
     void add(const QList<PlotPoint> &points);
     void setShown(int channel, bool shown);
     bool isShown(int channel) const;
+    /// Whether it stands in a lane.
+    bool isSteps(int channel) const;
     /// Those with points, in their order.
     QList<int> channels() const;
 
@@ -47,6 +49,10 @@ public:
     void applyTexts();
     /// The plot as it is with a title and a legend, twice as fine as on the screen.
     QImage picture(const QString &title) const;
+
+Q_SIGNALS:
+    /// A channel is new, or no longer drawn as steps.
+    void channelsChanged();
 
 protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
