@@ -11,6 +11,7 @@ namespace {
 
 constexpr int padding = 12;
 constexpr double radius = 8;
+constexpr double tallestTrend = 110;
 
 // The value's letters, in those of the window: in the smallest tile, and at most.
 constexpr double large = 1.9;
@@ -77,7 +78,7 @@ void ValueTile::paintEvent(QPaintEvent *)
     const double valueHeight = QFontMetricsF(enlarged(font(), factor)).height();
     inner.setTop(top.bottom() + 4);
     drawValue(painter, QRectF(inner.topLeft(), QSizeF(inner.width(), valueHeight)), factor);
-    inner.setTop(inner.top() + valueHeight + 6);
+    inner.setTop(qMax(inner.top() + valueHeight + 6, inner.bottom() - tallestTrend));
     drawTrend(painter, inner);
 }
 

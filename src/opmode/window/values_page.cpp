@@ -16,7 +16,7 @@ namespace ktr {
 namespace {
 
 constexpr int batch = 100; ///< milliseconds: reports within are shown together
-constexpr int tallestTile = 230;
+constexpr int tallestTile = 280;
 
 /// Of a channel's values, where no module's configuration can say otherwise.
 QString knownUnit(int channel)
@@ -146,7 +146,8 @@ void ValuesPage::arrangeTiles()
     for (int column = 0; column < 6; ++column) {
         m_grid->setColumnStretch(column, column < columns ? 1 : 0);
     }
-    // A hidden page does not tell its scroll area by itself that it needs less room now.
+    // The scroll area takes what the layout needs from before otherwise.
+    m_scroll->widget()->layout()->activate();
     QCoreApplication::postEvent(m_scroll->widget(), new QEvent(QEvent::LayoutRequest));
 }
 
