@@ -284,7 +284,6 @@ QCPRange HistoryPlot::Canvas::wholeTime() const
 void HistoryPlot::Canvas::showWholeTime()
 {
     setTime(wholeTime());
-    m_isWhole = true;
 }
 
 void HistoryPlot::Canvas::setTime(QCPRange range)
@@ -314,7 +313,7 @@ void HistoryPlot::Canvas::timeChanged(const QCPRange &range)
         kept = {range.center() - shortestTime / 2, range.center() + shortestTime / 2};
     }
     kept = kept.bounded(whole.lower, whole.upper);
-    m_isWhole = false;
+    m_isWhole = kept.lower <= whole.lower && kept.upper >= whole.upper;
     m_values->axis(QCPAxis::atBottom)->setRange(kept); // ends here: told only when it is another one
     m_lanes->axis(QCPAxis::atBottom)->setRange(kept);
     scaleValues();

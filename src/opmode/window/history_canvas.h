@@ -38,7 +38,8 @@ public:
     void move(double parts);
     void zoom(double factor);
 
-    /// A record, or a place between records: then without a channel.
+    /// A record; or a place between records, then without a channel and with the value of the left axis,
+    /// which lanes have none of.
     struct Place
     {
         int channel;

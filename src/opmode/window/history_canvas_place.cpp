@@ -14,7 +14,8 @@ void HistoryPlot::Canvas::pointAt(const QPointF &position)
     }
     constexpr double reach = 60; // pixels
     const double moment = rect->axis(QCPAxis::atBottom)->pixelToCoord(position.x());
-    Place best{0, moment, rect->axis(QCPAxis::atLeft)->pixelToCoord(position.y())};
+    const double height = rect->axis(QCPAxis::atLeft)->pixelToCoord(position.y());
+    Place best{0, moment, rect == m_values ? height : qQNaN()};
     double bestDistance = reach * reach;
     for (const auto &[channel, curve] : m_curves) {
         if (!curve.isShown || curve.isSteps != (rect == m_lanes) || curve.graph->data()->isEmpty()) {

@@ -96,11 +96,15 @@ QString HistoryPlot::readOut() const
     if (!place) {
         return tr("Point at a curve to read its values.");
     }
-    const QString value =
-        numberText(place->channel > 0 ? place->value : double(float(place->value)), locale());
-    return place->channel > 0 ? shownTime(place->time) + QStringLiteral("   ") +
-                                    channelCaption(place->channel).trimmed() + QStringLiteral(" = ") + value
-                              : shownTime(place->time);
+    QString told = shownTime(place->time);
+    if (place->channel > 0) {
+        told += QStringLiteral("   ") + channelCaption(place->channel).trimmed() + QStringLiteral(" = ") +
+                numberText(place->value, locale());
+    } else if (!qIsNaN(place->value)) {
+        constexpr int digits = 4;
+        told += QStringLiteral("   ") + locale().toString(place->value, 'g', digits);
+    }
+    return told;
 }
 
 void HistoryPlot::applyTexts()
