@@ -97,9 +97,9 @@ HistoryPage::HistoryPage(OperationalMode &mode, const TextTable &texts, AskFileN
     connect(m_plot, &HistoryPlot::channelsChanged, this, &HistoryPage::listInputs);
     connect(m_wholeTime, &QPushButton::clicked, m_plot, &HistoryPlot::showWholeTime);
     connect(m_save, &QPushButton::clicked, this, &HistoryPage::savePicture);
-    connect(&mode, &OperationalMode::stationChanged, this, [this](const QString &changed) {
-        if (changed == this->kennung()) {
-            describe();
+    connect(&mode.tree(), &QAbstractItemModel::dataChanged, this, [this](const QModelIndex &index) {
+        if (!index.parent().isValid() && index.data(StationTree::KeyRole).toString() == this->kennung()) {
+            describe(); // it may have another name
         }
     });
     showAll();
@@ -204,9 +204,28 @@ void HistoryPage::setColumnWidths()
 
 void HistoryPage::stationChosen()
 {
+    m_isLoaded = false;
+    if (isVisible()) {
+        load();
+    } else {
+        m_model->show({});
+    }
+    describe();
+}
+
+void HistoryPage::showEvent(QShowEvent *event)
+{
+    if (!m_isLoaded) {
+        load();
+    }
+    OpmodePage::showEvent(event);
+}
+
+void HistoryPage::load()
+{
+    m_isLoaded = true;
     m_model->show(station() == nullptr ? QModelIndex()
                                        : mode().tree().find(kennung() + QLatin1String("/history")));
-    describe();
 }
 
 void HistoryPage::showAll()

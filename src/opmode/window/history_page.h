@@ -32,9 +32,11 @@ public:
 protected:
     void stationChosen() override;
     void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
 
 private:
     QWidget *createContent();
+    void load();
     void showAll();
     void showAdded(std::size_t first);
     void drawFrom(std::size_t first);
@@ -57,6 +59,7 @@ private:
     QPushButton *m_wholeTime;
     QPushButton *m_save;
     bool m_isAtEnd = true;
+    bool m_isLoaded = false; ///< long lists are read when they are looked at
 };
 
 } // namespace ktr

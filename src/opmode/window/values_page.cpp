@@ -71,6 +71,11 @@ ValuesPage::ValuesPage(OperationalMode &mode, const TextTable &texts, QWidget *p
             }
         }
     });
+    connect(&mode.tree(), &QAbstractItemModel::dataChanged, this, [this](const QModelIndex &index) {
+        if (!index.parent().isValid() && index.data(StationTree::KeyRole).toString() == kennung()) {
+            showHeading(); // it may have another name
+        }
+    });
     connect(&mode, &OperationalMode::stationChanged, this, [this](const QString &changed) {
         if (changed == kennung()) {
             showRefresh();
@@ -180,7 +185,7 @@ void ValuesPage::showValues()
     if (station() == nullptr) {
         return;
     }
-    m_heading->setText(mode().tree().find(kennung()).data().toString());
+    showHeading();
     showReportTime();
     showRefresh();
     for (int channel = 1; channel <= channelCount; ++channel) {
@@ -228,6 +233,11 @@ ValueTile::Content ValuesPage::contentOf(int channel) const
         content.mark = *number == 1 ? ValueTile::Content::Mark::On : ValueTile::Content::Mark::Off;
     }
     return content;
+}
+
+void ValuesPage::showHeading()
+{
+    m_heading->setText(mode().tree().find(kennung()).data().toString());
 }
 
 /// The node says it: "IP (HH:MM DD.MM.YYYY)".

@@ -32,6 +32,7 @@ private:
     void arrangeTiles();
     void showValues();
     ValueTile::Content contentOf(int channel) const;
+    void showHeading();
     void showReportTime();
     void showRefresh();
     void requestValues();

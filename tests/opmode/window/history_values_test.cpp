@@ -316,6 +316,16 @@ private Q_SLOTS:
         QVERIFY(!table().isVisible());
         give("well", {"14.11.2009 10:00 : IP9 = 1"});
         QTRY_VERIFY(table().isVisible());
+        giveHours("well", 20);
+        m_history->hide();
+        m_history->showStation("pump"); // nothing is read for a page that nobody sees
+        m_history->showStation("well");
+        QCOMPARE(table().model()->rowCount(), 0);
+        m_history->show();
+        QCOMPARE(table().model()->rowCount(), 21);
+        m_mode->tree().setData(m_mode->tree().find("well"), "deep well");
+        const QList<QLabel *> labels = m_history->findChildren<QLabel *>();
+        QVERIFY(std::ranges::count(labels, QStringLiteral("deep well"), &QLabel::text) == 1);
     }
 
 private:
