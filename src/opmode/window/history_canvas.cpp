@@ -237,6 +237,7 @@ void HistoryPlot::Canvas::arrange()
     m_values->setMaximumSize(QWIDGETSIZE_MAX, isAbove ? QWIDGETSIZE_MAX : 0);
     m_values->axis(QCPAxis::atBottom)->setTickLabels(lanes.empty());
     placeLanes(lanes, !isAbove);
+    fitTicks();
     scaleValues();
 }
 
@@ -366,10 +367,21 @@ void HistoryPlot::Canvas::showEvent(QShowEvent *event)
     redraw();
 }
 
+/// As many numbers at the axes as have room.
+void HistoryPlot::Canvas::fitTicks()
+{
+    constexpr int width = 110;
+    constexpr int height = 40;
+    const int above = QWidget::height() - (m_lanes->visible() ? m_lanes->minimumSize().height() : 0) - height;
+    m_values->axis(QCPAxis::atBottom)->ticker()->setTickCount(qMax(2, QWidget::width() / width));
+    for (const QCPAxis::AxisType side : {QCPAxis::atLeft, QCPAxis::atRight}) {
+        m_values->axis(side)->ticker()->setTickCount(qBound(2, above / height, 6));
+    }
+}
+
 void HistoryPlot::Canvas::resizeEvent(QResizeEvent *event)
 {
-    constexpr int roomOfATick = 110;
-    m_values->axis(QCPAxis::atBottom)->ticker()->setTickCount(qMax(2, width() / roomOfATick));
+    fitTicks();
     if (!size().isEmpty()) { // it cannot draw on nothing
         QCustomPlot::resizeEvent(event);
     }

@@ -70,6 +70,7 @@ private:
 
     void redraw(); ///< not while nobody sees it
     void arrange();
+    void fitTicks();
     void placeLanes(const std::vector<int> &lanes, bool alone);
     void recreate(int channel, Curve &curve);
     void colour(int channel, Curve &curve);

@@ -64,6 +64,7 @@ HistoryPage::HistoryPage(OperationalMode &mode, const TextTable &texts, AskFileN
       m_empty(new QLabel(this)),
       m_heading(new QLabel(this)),
       m_summary(new QLabel(this)),
+      m_parts(new QSplitter(this)),
       m_table(new QTableView(this)),
       m_plot(new HistoryPlot(this)),
       m_inputs(new QListWidget(this)),
@@ -153,17 +154,15 @@ QWidget *HistoryPage::createContent()
     beside->setContentsMargins({});
     beside->addWidget(m_plot, 1);
     beside->addWidget(m_inputs);
-    auto *splitter = new QSplitter(this);
-    splitter->setChildrenCollapsible(false);
-    splitter->addWidget(m_table);
-    splitter->addWidget(curves);
-    splitter->setStretchFactor(0, 0);
-    splitter->setStretchFactor(1, 1);
+    m_parts->setChildrenCollapsible(false);
+    m_parts->addWidget(m_table);
+    m_parts->addWidget(curves);
+    m_parts->setStretchFactor(1, 1);
 
     auto *content = new QWidget(this);
     auto *layout = new QVBoxLayout(content);
     layout->addLayout(top);
-    layout->addWidget(splitter, 1);
+    layout->addWidget(m_parts, 1);
     QWidget *before = m_table;
     for (QWidget *next : std::initializer_list<QWidget *>{m_plot, m_inputs, m_wholeTime, m_save}) {
         setTabOrder(before, next);
@@ -211,6 +210,23 @@ void HistoryPage::stationChosen()
         m_model->show({});
     }
     describe();
+}
+
+/// Where there is not room for both side by side, the curves stand above the table.
+void HistoryPage::resizeEvent(QResizeEvent *event)
+{
+    constexpr int narrow = 860;
+    const Qt::Orientation fitting = width() < narrow ? Qt::Vertical : Qt::Horizontal;
+    if (m_parts->orientation() != fitting) {
+        const bool isAbove = fitting == Qt::Vertical;
+        m_parts->setOrientation(fitting);
+        m_parts->insertWidget(isAbove ? 1 : 0, m_table);
+        m_parts->setStretchFactor(0, isAbove ? 3 : 0);
+        m_parts->setStretchFactor(1, isAbove ? 2 : 1);
+        m_parts->setSizes(isAbove ? QList{3 * height(), 2 * height()}
+                                  : QList{m_table->minimumWidth(), width()});
+    }
+    OpmodePage::resizeEvent(event);
 }
 
 void HistoryPage::showEvent(QShowEvent *event)

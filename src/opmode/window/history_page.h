@@ -7,6 +7,7 @@
 class QLabel;
 class QListWidget;
 class QPushButton;
+class QSplitter;
 class QStackedWidget;
 class QTableView;
 
@@ -32,6 +33,7 @@ public:
 protected:
     void stationChosen() override;
     void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
 
 private:
@@ -53,6 +55,7 @@ private:
     QLabel *m_empty;
     QLabel *m_heading;
     QLabel *m_summary;
+    QSplitter *m_parts;
     QTableView *m_table;
     HistoryPlot *m_plot;
     QListWidget *m_inputs;
