@@ -375,7 +375,7 @@ void HistoryPlot::Canvas::fitTicks()
     const int above = QWidget::height() - (m_lanes->visible() ? m_lanes->minimumSize().height() : 0) - height;
     m_values->axis(QCPAxis::atBottom)->ticker()->setTickCount(qMax(2, QWidget::width() / width));
     for (const QCPAxis::AxisType side : {QCPAxis::atLeft, QCPAxis::atRight}) {
-        m_values->axis(side)->ticker()->setTickCount(qBound(2, above / height, 6));
+        m_values->axis(side)->ticker()->setTickCount(qBound(3, above / height, 6));
     }
 }
 
