@@ -28,6 +28,16 @@ const Scaling *scalingOf(const Configuration &configuration, int channel)
     return input || output ? at(configuration.scaling, channel - (input ? 9 : 11)) : nullptr;
 }
 
+Measure fixedMeasure(int channel)
+{
+    const bool isOutput = channel == 11 || channel == 12;
+    return channel == 17 || channel == 18               ? Measure::Temperature
+           : channel == 15 || channel == 16             ? Measure::Hours
+           : (channel >= 5 && channel <= 8) || isOutput ? Measure::Binary
+           : channel >= 9 && channel <= 14              ? Measure::Scaled
+                                                        : Measure::None;
+}
+
 Measure channelMeasure(const Configuration &configuration, int channel)
 {
     if (const DigitalInput *input = countingInputOf(configuration, channel)) {
@@ -36,11 +46,7 @@ Measure channelMeasure(const Configuration &configuration, int channel)
                : !first && input->countsHours ? Measure::Hours
                                               : Measure::Binary;
     }
-    return outputHoursOf(configuration, channel) != nullptr ? Measure::Hours
-           : scalingOf(configuration, channel) != nullptr   ? Measure::Scaled
-           : channel == 17 || channel == 18                 ? Measure::Temperature
-           : channel >= 1 && channel <= 12                  ? Measure::Binary
-                                                            : Measure::None;
+    return fixedMeasure(channel);
 }
 
 } // namespace ktr

@@ -23,6 +23,8 @@ enum class Measure {
     Scaled, ///< in the unit of scalingOf()
     Temperature,
 };
+/// What holds with every configuration; None where that decides.
+Measure fixedMeasure(int channel);
 Measure channelMeasure(const Configuration &configuration, int channel);
 
 } // namespace ktr

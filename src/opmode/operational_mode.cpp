@@ -159,6 +159,7 @@ void OperationalMode::removeStation(const QString &kennung)
 {
     m_stations.Remove(kennung);
     m_schedules.remove(kennung);
+    m_trends.remove(kennung);
     m_lent.remove(kennung);
     m_tree.remove(m_tree.find(kennung));
 }
@@ -271,6 +272,9 @@ void OperationalMode::takeMessage(const QString &kennung, const QString &text)
     using Kind = StationEvent::Kind;
     const StationMessage message = interpretStationMessage(text);
     const StationTree::Outcome outcome = m_tree.take(kennung, message, m_services.environment.now());
+    if (const auto *report = std::get_if<InputValuesMessage>(&message)) {
+        m_trends.take(kennung, report->values, m_services.environment.now());
+    }
     const auto event =
         std::visit(Overloaded{[](const NotificationMessage &report) {
                                   return std::pair(Kind::Notification, report.entry.text);

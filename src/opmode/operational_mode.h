@@ -4,6 +4,7 @@
 #include "opmode/nodes_journal.h"
 #include "opmode/notification_times.h"
 #include "opmode/stations.h"
+#include "opmode/value_trends.h"
 #include "platform/environment.h"
 
 #include <QSet>
@@ -54,6 +55,7 @@ public:
 
     StationTree &tree() { return m_tree; }
     const StationTree &tree() const { return m_tree; }
+    const ValueTrends &trends() const { return m_trends; }
     const cStations &stations() const { return m_stations; }
     /// Null when there is none.
     const cStation *station(const QString &kennung) const { return m_stations.Item(kennung); }
@@ -112,6 +114,7 @@ private:
     QueuedCallbackTimers m_callbacks;
     MLiteTimer m_liteTimers;
     StationTree m_tree;
+    ValueTrends m_trends;
     cStations m_stations;
     QHash<QString, ExclusiveSchedule> m_schedules;
     QSet<QString> m_lent;

@@ -1,0 +1,390 @@
+#include "opmode/window/history_canvas.h"
+
+#include "config/channel_use.h"
+#include "opmode/station_tree.h"
+#include "opmode/window/time_ticks.h"
+
+namespace ktr {
+
+namespace {
+
+constexpr double shortestTime = 5 * 60;
+constexpr double laneStep = 1.6; ///< from lane to lane, in values of the steps
+constexpr int laneHeight = 26;
+
+bool canBeSteps(int channel)
+{
+    return channel <= 4 || fixedMeasure(channel) == Measure::Binary;
+}
+
+bool isCounter(int channel)
+{
+    return channel <= 8 || fixedMeasure(channel) == Measure::Hours ||
+           fixedMeasure(channel) == Measure::Binary;
+}
+
+bool isZeroOrOne(const QCPGraphData &point)
+{
+    return point.value == 0 || point.value == 1;
+}
+
+} // namespace
+
+HistoryPlot::Canvas::Canvas(QWidget *parent, std::function<void()> told)
+    : QCustomPlot(parent),
+      m_told(std::move(told)),
+      m_values(axisRect()),
+      m_lanes(new QCPAxisRect(this)),
+      m_cursorInValues(new QCPItemStraightLine(this)),
+      m_cursorInLanes(new QCPItemStraightLine(this)),
+      m_mark(new QCPItemTracer(this))
+{
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
+    setNoAntialiasingOnDrag(true);
+    plotLayout()->addElement(1, 0, m_lanes);
+    plotLayout()->setRowSpacing(0);
+    auto *sides = new QCPMarginGroup(this);
+    const QSharedPointer<TimeTicks> ticks(new TimeTicks);
+    for (QCPAxisRect *rect : {m_values, m_lanes}) {
+        rect->setMarginGroup(QCP::msLeft | QCP::msRight, sides);
+        rect->setMinimumMargins(QMargins(14, 10, 14, 4));
+        rect->setRangeDrag(Qt::Horizontal);
+        rect->setRangeZoom(Qt::Horizontal);
+        rect->setRangeZoomFactor(0.8);
+        rect->axis(QCPAxis::atBottom)->setTicker(ticks);
+        connect(rect->axis(QCPAxis::atBottom), qOverload<const QCPRange &>(&QCPAxis::rangeChanged), this,
+                &Canvas::timeChanged);
+    }
+    m_values->axis(QCPAxis::atLeft)->setNumberFormat(QStringLiteral("g"));
+    m_values->axis(QCPAxis::atRight)->setNumberFormat(QStringLiteral("g"));
+    m_values->axis(QCPAxis::atLeft)->setNumberPrecision(9);
+    m_values->axis(QCPAxis::atRight)->setNumberPrecision(9);
+    m_values->axis(QCPAxis::atRight)->setTickLabels(true);
+    m_lanes->axis(QCPAxis::atLeft)->grid()->setVisible(false);
+    m_lanes->axis(QCPAxis::atLeft)->setSubTicks(false);
+    m_lanes->axis(QCPAxis::atLeft)->setTickLength(0);
+    for (QCPItemStraightLine *cursor : {m_cursorInValues, m_cursorInLanes}) {
+        QCPAxisRect *rect = cursor == m_cursorInValues ? m_values : m_lanes;
+        cursor->setClipAxisRect(rect);
+        for (QCPItemPosition *point : {cursor->point1, cursor->point2}) {
+            point->setAxes(rect->axis(QCPAxis::atBottom), rect->axis(QCPAxis::atLeft));
+            point->setAxisRect(rect);
+            point->setTypeX(QCPItemPosition::ptPlotCoords);
+            point->setTypeY(QCPItemPosition::ptAxisRectRatio);
+        }
+    }
+    m_mark->setStyle(QCPItemTracer::tsCircle);
+    m_mark->setSize(9);
+    for (QCPAbstractItem *item :
+         std::initializer_list<QCPAbstractItem *>{m_cursorInValues, m_cursorInLanes, m_mark}) {
+        item->setLayer(QStringLiteral("overlay")); // drawn without the curves
+        item->setSelectable(false);
+        item->setVisible(false);
+    }
+    takeColours();
+    arrange();
+}
+
+void HistoryPlot::Canvas::removeCurves()
+{
+    pointAway();
+    m_mark->setGraph(nullptr);
+    for (auto &[channel, curve] : m_curves) {
+        removeGraph(curve.graph);
+        if (curve.lane != nullptr) {
+            m_lanes->removeAxis(curve.lane);
+        }
+    }
+    m_curves.clear();
+    m_isWhole = true;
+    arrange();
+}
+
+bool HistoryPlot::Canvas::add(const QList<PlotPoint> &points)
+{
+    std::map<int, QList<QCPGraphData>> added;
+    for (const PlotPoint &point : points) {
+        added[point.channel].append({double(point.time), point.value});
+    }
+    bool rearrange = false;
+    for (const auto &[channel, list] : added) {
+        const auto found = m_curves.find(channel);
+        rearrange = rearrange || found == m_curves.end();
+        Curve &curve = found != m_curves.end()
+                           ? found->second
+                           : m_curves.emplace(channel, Curve{nullptr, canBeSteps(channel), false, nullptr})
+                                 .first->second;
+        if (curve.isSteps && !std::ranges::all_of(list, isZeroOrOne)) {
+            curve.isSteps = false; // it counts
+            rearrange = true;
+        }
+        if (curve.graph == nullptr) {
+            recreate(channel, curve);
+        }
+        curve.graph->data()->add(list);
+    }
+    if (m_isWhole) {
+        showWholeTime();
+    }
+    if (rearrange) {
+        arrange();
+    } else {
+        scaleValues();
+    }
+    return rearrange;
+}
+
+/// A graph stays with the part of the plot that it was made for.
+void HistoryPlot::Canvas::recreate(int channel, Curve &curve)
+{
+    const QSharedPointer<QCPGraphDataContainer> points =
+        curve.graph != nullptr ? curve.graph->data() : QSharedPointer<QCPGraphDataContainer>::create();
+    if (curve.graph != nullptr) {
+        if (m_mark->graph() == curve.graph) {
+            pointAway();
+            m_mark->setGraph(nullptr);
+        }
+        removeGraph(curve.graph);
+    }
+    if (curve.isSteps && curve.lane == nullptr) {
+        curve.lane = m_lanes->addAxis(QCPAxis::atLeft);
+        curve.lane->setVisible(false);
+    } else if (!curve.isSteps && curve.lane != nullptr) {
+        m_lanes->removeAxis(curve.lane);
+        curve.lane = nullptr;
+    }
+    QCPAxisRect *rect = curve.isSteps ? m_lanes : m_values;
+    curve.graph =
+        addGraph(rect->axis(QCPAxis::atBottom), curve.isSteps ? curve.lane : m_values->axis(QCPAxis::atLeft));
+    curve.graph->setData(points);
+    curve.graph->setLineStyle(curve.isSteps ? QCPGraph::lsStepLeft : QCPGraph::lsLine);
+    curve.graph->setVisible(curve.isShown);
+    colour(channel, curve);
+}
+
+void HistoryPlot::Canvas::setShown(int channel, bool shown)
+{
+    const auto found = m_curves.find(channel);
+    if (found != m_curves.end() && found->second.isShown != shown) {
+        found->second.isShown = shown;
+        pointAway();
+        arrange();
+    }
+}
+
+bool HistoryPlot::Canvas::isShown(int channel) const
+{
+    const auto found = m_curves.find(channel);
+    return found != m_curves.end() && found->second.isShown;
+}
+
+bool HistoryPlot::Canvas::isSteps(int channel) const
+{
+    const auto found = m_curves.find(channel);
+    return found != m_curves.end() && found->second.isSteps;
+}
+
+bool HistoryPlot::Canvas::anyShown() const
+{
+    return std::ranges::any_of(m_curves, [](const auto &each) { return each.second.isShown; });
+}
+
+QList<int> HistoryPlot::Canvas::channels() const
+{
+    QList<int> list;
+    for (const auto &each : m_curves) {
+        list.append(each.first);
+    }
+    return list;
+}
+
+/// Gives every shown curve its axis, and the two parts of the plot their room.
+void HistoryPlot::Canvas::arrange()
+{
+    std::vector<int> lanes;
+    bool anyLine = false;
+    bool anyCounter = false;
+    for (auto &[channel, curve] : m_curves) {
+        if (curve.isSteps != (curve.lane != nullptr)) {
+            recreate(channel, curve);
+        }
+        curve.graph->setVisible(curve.isShown);
+        if (curve.isShown && curve.isSteps) {
+            lanes.push_back(channel);
+        } else if (curve.isShown) {
+            (isCounter(channel) ? anyCounter : anyLine) = true;
+        }
+    }
+    const bool both = anyLine && anyCounter;
+    for (auto &[channel, curve] : m_curves) {
+        if (!curve.isSteps) {
+            const bool right = both && isCounter(channel);
+            curve.graph->setValueAxis(m_values->axis(right ? QCPAxis::atRight : QCPAxis::atLeft));
+        }
+    }
+    QCPAxis *right = m_values->axis(QCPAxis::atRight);
+    right->setVisible(both);
+    right->setLabel(m_countersTitle);
+    m_values->axis(QCPAxis::atLeft)
+        ->setLabel(anyLine      ? m_valuesTitle
+                   : anyCounter ? m_countersTitle
+                                : QString());
+    const bool isAbove = anyLine || anyCounter || lanes.empty();
+    m_values->setVisible(isAbove);
+    m_values->setMinimumSize(0, isAbove ? 60 : 0);
+    m_values->setMaximumSize(QWIDGETSIZE_MAX, isAbove ? QWIDGETSIZE_MAX : 0);
+    m_values->axis(QCPAxis::atBottom)->setTickLabels(lanes.empty());
+    placeLanes(lanes, !isAbove);
+    fitTicks();
+    scaleValues();
+}
+
+void HistoryPlot::Canvas::placeLanes(const std::vector<int> &lanes, bool alone)
+{
+    const double whole = laneStep * double(lanes.size());
+    const QSharedPointer<QCPAxisTickerText> names(new QCPAxisTickerText);
+    double bottom = whole;
+    for (const int channel : lanes) {
+        bottom -= laneStep;
+        names->addTick(bottom + laneStep / 2, channelCaption(channel).trimmed());
+        m_curves.at(channel).lane->setRange(-bottom - 0.3, whole - bottom - 0.3);
+    }
+    m_lanes->axis(QCPAxis::atLeft)->setTicker(names);
+    m_lanes->axis(QCPAxis::atLeft)->setRange(0, lanes.empty() ? 1 : whole);
+    m_lanes->setVisible(!lanes.empty());
+    m_lanes->setSizeConstraintRect(QCPLayoutElement::scrInnerRect);
+    const int count = static_cast<int>(lanes.size());
+    const int height = qMin(laneHeight * count, 220);
+    m_lanes->setMinimumSize(0, height);
+    m_lanes->setMaximumSize(QWIDGETSIZE_MAX, lanes.empty() ? 0 : alone ? QWIDGETSIZE_MAX : height);
+    m_lanes->setAutoMargins(lanes.empty() ? QCP::msLeft | QCP::msRight : QCP::msAll);
+    if (lanes.empty()) {
+        m_lanes->setMargins(QMargins());
+    }
+}
+
+QCPRange HistoryPlot::Canvas::wholeTime() const
+{
+    std::optional<QCPRange> whole;
+    for (const auto &each : m_curves) {
+        bool found = false;
+        const QCPRange range = each.second.graph->data()->keyRange(found);
+        if (found) {
+            whole = whole ? whole->expanded(range) : range;
+        }
+    }
+    if (!whole) {
+        return {0, 86400};
+    }
+    const double margin = qMax(whole->size() * 0.02, 300.0);
+    return {whole->lower - margin, whole->upper + margin};
+}
+
+void HistoryPlot::Canvas::showWholeTime()
+{
+    setTime(wholeTime());
+}
+
+void HistoryPlot::Canvas::setTime(QCPRange range)
+{
+    m_values->axis(QCPAxis::atBottom)->setRange(range);
+}
+
+void HistoryPlot::Canvas::move(double parts)
+{
+    const QCPRange range = time();
+    setTime(range + range.size() * parts);
+}
+
+void HistoryPlot::Canvas::zoom(double factor)
+{
+    const QCPRange range = time();
+    const double centre = m_place && range.contains(m_place->time) ? m_place->time : range.center();
+    setTime({centre - (centre - range.lower) * factor, centre + (range.upper - centre) * factor});
+}
+
+/// Keeps the time within what there are values for, the same in both parts, and the values in sight.
+void HistoryPlot::Canvas::timeChanged(const QCPRange &range)
+{
+    const QCPRange whole = wholeTime();
+    QCPRange kept = range;
+    if (kept.size() < shortestTime) {
+        kept = {range.center() - shortestTime / 2, range.center() + shortestTime / 2};
+    }
+    kept = kept.bounded(whole.lower, whole.upper);
+    m_isWhole = kept.lower <= whole.lower && kept.upper >= whole.upper;
+    m_values->axis(QCPAxis::atBottom)->setRange(kept); // ends here: told only when it is another one
+    m_lanes->axis(QCPAxis::atBottom)->setRange(kept);
+    scaleValues();
+}
+
+void HistoryPlot::Canvas::scaleValues()
+{
+    for (QCPAxis *axis : {m_values->axis(QCPAxis::atLeft), m_values->axis(QCPAxis::atRight)}) {
+        std::optional<QCPRange> found;
+        for (auto &[channel, curve] : m_curves) {
+            if (!curve.isShown || curve.graph->valueAxis() != axis) {
+                continue;
+            }
+            const auto points = curve.graph->data();
+            const auto begin = points->findBegin(time().lower);
+            const auto end = points->findEnd(time().upper);
+            for (auto point = begin; point != end; ++point) {
+                found = found ? found->expanded(QCPRange(point->value, point->value))
+                              : QCPRange(point->value, point->value);
+            }
+            const auto count = end - begin; // marks at some of many
+            curve.graph->setScatterSkip(count > 40 ? static_cast<int>(count / 12) : 0);
+        }
+        if (found) {
+            const double margin =
+                found->size() > 0 ? found->size() * 0.06 : qMax(std::abs(found->lower) * 0.05, 0.5);
+            axis->setRange(found->lower - margin, found->upper + margin);
+        }
+    }
+    redraw();
+}
+
+void HistoryPlot::Canvas::setTitles(const QString &values, const QString &counters)
+{
+    m_valuesTitle = values;
+    m_countersTitle = counters;
+    arrange();
+}
+
+void HistoryPlot::Canvas::redraw()
+{
+    if (isVisible()) {
+        replot(rpQueuedReplot);
+    }
+}
+
+void HistoryPlot::Canvas::showEvent(QShowEvent *event)
+{
+    QCustomPlot::showEvent(event);
+    redraw();
+}
+
+/// As many numbers at the axes as have room.
+void HistoryPlot::Canvas::fitTicks()
+{
+    constexpr int width = 110;
+    constexpr int height = 40;
+    const int above = QWidget::height() - (m_lanes->visible() ? m_lanes->minimumSize().height() : 0) - height;
+    m_values->axis(QCPAxis::atBottom)->ticker()->setTickCount(qMax(2, QWidget::width() / width));
+    for (const QCPAxis::AxisType side : {QCPAxis::atLeft, QCPAxis::atRight}) {
+        m_values->axis(side)->ticker()->setTickCount(qBound(3, above / height, 6));
+    }
+}
+
+void HistoryPlot::Canvas::resizeEvent(QResizeEvent *event)
+{
+    fitTicks();
+    if (!size().isEmpty()) { // it cannot draw on nothing
+        QCustomPlot::resizeEvent(event);
+    }
+}
+
+} // namespace ktr

@@ -1,0 +1,391 @@
+#include "opmode/window/history_page.h"
+
+#include "opmode/window/history_model.h"
+#include "opmode/window/history_plot.h"
+#include "opmode/window/series_style.h"
+#include "platform/files.h"
+
+#include <QBuffer>
+#include <QEvent>
+#include <QHeaderView>
+#include <QImage>
+#include <QListWidget>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QStyledItemDelegate>
+#include <QTableView>
+
+namespace ktr {
+
+namespace {
+
+constexpr int shownAtFirst = 6; ///< more curves at once are hard to read
+constexpr QSize sampleSize(30, 14);
+constexpr qint64 secondsTo2000 = 946'684'800;
+
+QString minuteText(qint32 minute)
+{
+    return QDateTime::fromSecsSinceEpoch(secondsTo2000 + qint64(minute) * 60, Qt::UTC)
+        .toString(QStringLiteral("dd.MM.yyyy HH:mm"));
+}
+
+/// Draws an entry of another form over the whole row.
+class WholeLineDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        QStyleOptionViewItem line = option;
+        const auto *table = qobject_cast<const QTableView *>(option.widget);
+        if (table != nullptr && index.data(HistoryModel::WholeLineRole).toBool()) {
+            line.rect.setLeft(table->columnViewportPosition(HistoryModel::Time));
+        }
+        QStyledItemDelegate::paint(painter, line, index);
+    }
+};
+
+int channelOf(const QListWidgetItem &item)
+{
+    return item.data(Qt::UserRole).toInt();
+}
+
+} // namespace
+
+HistoryPage::HistoryPage(OperationalMode &mode, const TextTable &texts, AskFileName askFileName,
+                         QWidget *parent)
+    : OpmodePage(mode, texts, parent),
+      m_askFileName(std::move(askFileName)),
+      m_model(new HistoryModel(mode.tree(), this)),
+      m_stack(new QStackedWidget(this)),
+      m_empty(new QLabel(this)),
+      m_heading(new QLabel(this)),
+      m_summary(new QLabel(this)),
+      m_parts(new QSplitter(this)),
+      m_table(new QTableView(this)),
+      m_plot(new HistoryPlot(this)),
+      m_inputs(new QListWidget(this)),
+      m_wholeTime(new QPushButton(this)),
+      m_save(new QPushButton(this))
+{
+    setObjectName(QStringLiteral("Page_history"));
+    m_empty->setAlignment(Qt::AlignCenter);
+    m_empty->setWordWrap(true);
+    m_empty->setForegroundRole(QPalette::PlaceholderText);
+    m_stack->addWidget(m_empty);
+    m_stack->addWidget(createContent());
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(m_stack);
+
+    m_model->setLocale(locale());
+    connect(m_model, &HistoryModel::recordsReplaced, this, &HistoryPage::showAll);
+    connect(m_model, &HistoryModel::recordsAdded, this, &HistoryPage::showAdded);
+    QScrollBar *bar = m_table->verticalScrollBar();
+    connect(bar, &QScrollBar::valueChanged, this,
+            [this, bar](int value) { m_isAtEnd = value == bar->maximum(); });
+    connect(bar, &QScrollBar::rangeChanged, this, [this, bar](int, int maximum) {
+        if (m_isAtEnd) {
+            bar->setValue(maximum);
+        }
+    });
+    connect(m_inputs, &QListWidget::itemChanged, this, [this](const QListWidgetItem *item) {
+        m_plot->setShown(channelOf(*item), item->checkState() == Qt::Checked);
+    });
+    connect(m_plot, &HistoryPlot::channelsChanged, this, &HistoryPage::listInputs);
+    connect(m_wholeTime, &QPushButton::clicked, m_plot, &HistoryPlot::showWholeTime);
+    connect(m_save, &QPushButton::clicked, this, &HistoryPage::savePicture);
+    connect(&mode.tree(), &QAbstractItemModel::dataChanged, this, [this](const QModelIndex &index) {
+        if (!index.parent().isValid() && index.data(StationTree::KeyRole).toString() == this->kennung()) {
+            describe(); // it may have another name
+        }
+    });
+    showAll();
+}
+
+QWidget *HistoryPage::createContent()
+{
+    QFont large = m_heading->font();
+    large.setPointSizeF(large.pointSizeF() * 1.3);
+    large.setBold(true);
+    m_heading->setFont(large);
+    m_heading->setTextFormat(Qt::PlainText);
+    m_summary->setObjectName(QStringLiteral("Label_history_summary"));
+
+    m_table->setObjectName(QStringLiteral("Table_history"));
+    m_table->setModel(m_model);
+    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_table->setAlternatingRowColors(true);
+    m_table->setShowGrid(false);
+    m_table->setWordWrap(false);
+    m_table->setTabKeyNavigation(false);
+    m_table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_table->setItemDelegateForColumn(HistoryModel::Value, new WholeLineDelegate(m_table));
+    m_table->verticalHeader()->hide();
+    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    m_table->horizontalHeader()->setSectionResizeMode(HistoryModel::Value, QHeaderView::Stretch);
+    m_table->horizontalHeader()->setHighlightSections(false);
+    m_table->horizontalHeader()->setSortIndicator(HistoryModel::Time, Qt::AscendingOrder);
+    m_table->setSortingEnabled(true);
+
+    m_plot->setObjectName(QStringLiteral("Plot_history"));
+    m_inputs->setObjectName(QStringLiteral("List_history_inputs"));
+    m_inputs->setIconSize(sampleSize);
+    m_inputs->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_wholeTime->setObjectName(QStringLiteral("Cmd_history_whole"));
+    m_save->setObjectName(QStringLiteral("Cmd_history_picture"));
+
+    auto *title = new QVBoxLayout;
+    title->setSpacing(2);
+    title->addWidget(m_heading);
+    title->addWidget(m_summary);
+    auto *top = new QHBoxLayout;
+    top->addLayout(title, 1);
+    top->addWidget(m_wholeTime);
+    top->addWidget(m_save);
+
+    auto *curves = new QWidget(this);
+    auto *beside = new QHBoxLayout(curves);
+    beside->setContentsMargins({});
+    beside->addWidget(m_plot, 1);
+    beside->addWidget(m_inputs);
+    m_parts->setChildrenCollapsible(false);
+    m_parts->addWidget(m_table);
+    m_parts->addWidget(curves);
+    m_parts->setStretchFactor(1, 1);
+
+    auto *content = new QWidget(this);
+    auto *layout = new QVBoxLayout(content);
+    layout->addLayout(top);
+    layout->addWidget(m_parts, 1);
+    QWidget *before = m_table;
+    for (QWidget *next : std::initializer_list<QWidget *>{m_plot, m_inputs, m_wholeTime, m_save}) {
+        setTabOrder(before, next);
+        before = next;
+    }
+    return content;
+}
+
+void HistoryPage::applyTexts()
+{
+    m_table->setAccessibleName(text(Text::History));
+    m_inputs->setAccessibleName(tr("Inputs to draw"));
+    m_inputs->setToolTip(tr("The inputs that are drawn; the space bar chooses"));
+    m_wholeTime->setText(tr("Whole time"));
+    m_wholeTime->setToolTip(tr("Shows the whole time (double click into the plot, or Home)"));
+    m_save->setText(tr("Save picture..."));
+    m_save->setToolTip(tr("Saves the plot as it is shown as a PNG file"));
+    m_plot->applyTexts();
+    Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, HistoryModel::ColumnCount - 1);
+    setColumnWidths();
+    describe();
+}
+
+void HistoryPage::setColumnWidths()
+{
+    constexpr int room = 24;
+    const QFontMetrics metrics(m_table->font());
+    const int time = metrics.horizontalAdvance(QStringLiteral("00.00.0000 00:00")) + room;
+    const int input = metrics.horizontalAdvance(QStringLiteral("Digital Out 1")) + room;
+    const int value = metrics.horizontalAdvance(QStringLiteral("-000000,00")) + room;
+    m_table->setColumnWidth(HistoryModel::Time, time);
+    m_table->setColumnWidth(HistoryModel::Input, input);
+    const int scrollBar = m_table->verticalScrollBar()->sizeHint().width();
+    m_table->setMinimumWidth(time + input + value + scrollBar + 2 * m_table->frameWidth());
+    const int check = 40;
+    m_inputs->setFixedWidth(input + sampleSize.width() + check);
+}
+
+void HistoryPage::stationChosen()
+{
+    m_isLoaded = false;
+    if (isVisible()) {
+        load();
+    } else {
+        m_model->show({});
+    }
+    describe();
+}
+
+/// Where there is not room for both side by side, the curves stand above the table.
+void HistoryPage::resizeEvent(QResizeEvent *event)
+{
+    constexpr int narrow = 860;
+    const Qt::Orientation fitting = width() < narrow ? Qt::Vertical : Qt::Horizontal;
+    if (m_parts->orientation() != fitting) {
+        const bool isAbove = fitting == Qt::Vertical;
+        m_parts->setOrientation(fitting);
+        m_parts->insertWidget(isAbove ? 1 : 0, m_table);
+        m_parts->setStretchFactor(0, isAbove ? 3 : 0);
+        m_parts->setStretchFactor(1, isAbove ? 2 : 1);
+        m_parts->setSizes(isAbove ? QList{3 * height(), 2 * height()}
+                                  : QList{m_table->minimumWidth(), width()});
+    }
+    OpmodePage::resizeEvent(event);
+}
+
+void HistoryPage::showEvent(QShowEvent *event)
+{
+    if (!m_isLoaded) {
+        load();
+    }
+    OpmodePage::showEvent(event);
+}
+
+void HistoryPage::load()
+{
+    m_isLoaded = true;
+    m_model->show(station() == nullptr ? QModelIndex()
+                                       : mode().tree().find(kennung() + QLatin1String("/history")));
+}
+
+void HistoryPage::showAll()
+{
+    const QSignalBlocker quiet(m_inputs);
+    m_plot->clear();
+    m_inputs->clear();
+    drawFrom(0);
+    m_isAtEnd = true;
+    m_table->scrollToBottom();
+    describe();
+}
+
+void HistoryPage::showAdded(std::size_t first)
+{
+    drawFrom(first);
+    describe();
+}
+
+void HistoryPage::drawFrom(std::size_t first)
+{
+    QList<PlotPoint> points;
+    const std::vector<HistoryRecord> &records = m_model->records();
+    for (std::size_t at = first; at < records.size(); ++at) {
+        const HistoryRecord &record = records[at];
+        if (record.hasTime && record.hasValue && record.input >= 1 && record.input <= channelCount) {
+            points.append({record.input, secondsTo2000 + qint64(record.minute) * 60, record.value});
+        }
+    }
+    if (!points.isEmpty()) {
+        m_plot->add(points);
+    }
+}
+
+/// Lists the inputs that got their first values.
+void HistoryPage::listInputs()
+{
+    const QList<int> channels = m_plot->channels();
+    const QSignalBlocker quiet(m_inputs);
+    int shown = 0;
+    for (int row = 0; row < m_inputs->count(); ++row) {
+        shown += m_inputs->item(row)->checkState() == Qt::Checked ? 1 : 0;
+    }
+    for (int row = 0; row < channels.size(); ++row) {
+        const int channel = channels[row];
+        if (row < m_inputs->count() && channelOf(*m_inputs->item(row)) == channel) {
+            continue;
+        }
+        auto *item = new QListWidgetItem(channelCaption(channel).trimmed());
+        item->setData(Qt::UserRole, channel);
+        item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+        const bool isShown = shown < shownAtFirst;
+        shown += isShown ? 1 : 0;
+        item->setCheckState(isShown ? Qt::Checked : Qt::Unchecked);
+        m_inputs->insertItem(row, item);
+        m_plot->setShown(channel, isShown);
+    }
+    drawSamples();
+}
+
+void HistoryPage::drawSamples()
+{
+    const QSignalBlocker quiet(m_inputs);
+    for (int row = 0; row < m_inputs->count(); ++row) {
+        QPixmap sample(sampleSize * devicePixelRatioF());
+        sample.setDevicePixelRatio(devicePixelRatioF());
+        sample.fill(Qt::transparent);
+        QPainter painter(&sample);
+        drawSeriesSample(painter, QRectF(QPointF(), QSizeF(sampleSize)), channelOf(*m_inputs->item(row)),
+                         m_plot->isSteps(channelOf(*m_inputs->item(row))), palette());
+        painter.end();
+        QIcon icon(sample);
+        icon.addPixmap(sample, QIcon::Selected); // not tinted
+        m_inputs->item(row)->setIcon(icon);
+    }
+}
+
+QString HistoryPage::stationText() const
+{
+    return mode().tree().find(kennung()).data().toString();
+}
+
+void HistoryPage::describe()
+{
+    const std::vector<HistoryRecord> &records = m_model->records();
+    const bool any = station() != nullptr && !records.empty();
+    m_empty->setText(station() == nullptr ? tr("Choose a station to see its history.")
+                                          : tr("%1 has not sent any history yet.").arg(stationText()));
+    m_stack->setCurrentIndex(any ? 1 : 0);
+    if (!any) {
+        return;
+    }
+    m_heading->setText(stationText());
+    std::optional<std::pair<qint32, qint32>> span;
+    for (const HistoryRecord &record : records) {
+        if (record.hasTime) {
+            span = span ? std::pair(qMin(span->first, record.minute), qMax(span->second, record.minute))
+                        : std::pair(record.minute, record.minute);
+        }
+    }
+    const QString count = tr("Records: %1").arg(locale().toString(qulonglong(records.size())));
+    m_summary->setText(
+        span ? tr("%1, from %2 to %3").arg(count, minuteText(span->first), minuteText(span->second)) : count);
+    m_save->setEnabled(!m_plot->channels().isEmpty());
+    m_wholeTime->setEnabled(!m_plot->channels().isEmpty());
+}
+
+void HistoryPage::savePicture()
+{
+    QString name = stationText();
+    for (QChar &c : name) {
+        c = QStringView(u"\\/:*?\"<>|").contains(c) ? u'_' : c;
+    }
+    const QString path =
+        m_askFileName(name + QLatin1String(" history.png"), tr("PNG picture") + QLatin1String("|*.png"));
+    if (path.isEmpty()) {
+        return;
+    }
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    const bool drawn = m_plot->picture(stationText() + QStringLiteral(" \u2013 ") + text(Text::History))
+                           .save(&buffer, "PNG");
+    const Status written =
+        drawn ? replaceFile(path, bytes) : Status::failed(tr("%1: the picture is too large.").arg(path));
+    Q_EMIT told(written ? tr("Saved: %1").arg(path) : written.message());
+}
+
+void HistoryPage::changeEvent(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::PaletteChange:
+        drawSamples();
+        break;
+    case QEvent::LocaleChange:
+        m_model->setLocale(locale());
+        describe();
+        break;
+    case QEvent::FontChange:
+        setColumnWidths();
+        break;
+    default:
+        break;
+    }
+    OpmodePage::changeEvent(event);
+}
+
+} // namespace ktr

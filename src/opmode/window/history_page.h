@@ -1,0 +1,68 @@
+#pragma once
+
+#include "opmode/window/opmode_page.h"
+
+#include <functional>
+
+class QLabel;
+class QListWidget;
+class QPushButton;
+class QSplitter;
+class QStackedWidget;
+class QTableView;
+
+namespace ktr {
+
+class HistoryModel;
+class HistoryPlot;
+
+/// The history of the chosen station as a table and as curves over time.
+class HistoryPage : public OpmodePage
+{
+    Q_OBJECT
+
+public:
+    /// Asks for the name of a file to write; empty for "cancel". The filter is "description|patterns".
+    using AskFileName = std::function<QString(const QString &proposal, const QString &filter)>;
+
+    HistoryPage(OperationalMode &mode, const TextTable &texts, AskFileName askFileName,
+                QWidget *parent = nullptr);
+
+    void applyTexts() override;
+
+protected:
+    void stationChosen() override;
+    void changeEvent(QEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+
+private:
+    QWidget *createContent();
+    void load();
+    void showAll();
+    void showAdded(std::size_t first);
+    void drawFrom(std::size_t first);
+    void listInputs();
+    void drawSamples();
+    void describe();
+    void setColumnWidths();
+    void savePicture();
+    QString stationText() const;
+
+    AskFileName m_askFileName;
+    HistoryModel *m_model;
+    QStackedWidget *m_stack;
+    QLabel *m_empty;
+    QLabel *m_heading;
+    QLabel *m_summary;
+    QSplitter *m_parts;
+    QTableView *m_table;
+    HistoryPlot *m_plot;
+    QListWidget *m_inputs;
+    QPushButton *m_wholeTime;
+    QPushButton *m_save;
+    bool m_isAtEnd = true;
+    bool m_isLoaded = false; ///< long lists are read when they are looked at
+};
+
+} // namespace ktr

@@ -1,0 +1,241 @@
+#include "opmode/window/history_plot.h"
+
+#include "look/palettes.h"
+#include "opmode/station_tree.h"
+#include "opmode/window/history_canvas.h"
+#include "opmode/window/series_style.h"
+#include "platform/text_rules.h"
+
+namespace ktr {
+
+namespace {
+
+constexpr int cardMargin = 8;
+
+QString shownTime(double seconds)
+{
+    return QDateTime::fromSecsSinceEpoch(qRound64(seconds), Qt::UTC)
+        .toString(QStringLiteral("dd.MM.yyyy HH:mm"));
+}
+
+} // namespace
+
+HistoryPlot::HistoryPlot(QWidget *parent)
+    : QWidget(parent),
+      m_canvas(std::make_unique<Canvas>(nullptr, [this] { m_readOut->setText(readOut()); })),
+      m_readOut(new QLabel(this))
+{
+    m_canvas->setObjectName(QStringLiteral("Plot_history_canvas"));
+    m_readOut->setObjectName(QStringLiteral("Label_history_readout"));
+    m_readOut->setContentsMargins(6, 2, 6, 2);
+    m_readOut->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(cardMargin, cardMargin, cardMargin, cardMargin);
+    layout->setSpacing(2);
+    layout->addWidget(m_canvas.get(), 1);
+    layout->addWidget(m_readOut);
+    setFocusProxy(m_canvas.get());
+    m_canvas->installEventFilter(this);
+    connect(m_canvas.get(), &QCustomPlot::mouseMove, this,
+            [this](QMouseEvent *event) { m_canvas->pointAt(event->position()); });
+    connect(m_canvas.get(), &QCustomPlot::mouseDoubleClick, this, &HistoryPlot::showWholeTime);
+}
+
+HistoryPlot::~HistoryPlot() = default;
+
+void HistoryPlot::clear()
+{
+    m_canvas->removeCurves();
+    m_readOut->setText(readOut());
+}
+
+void HistoryPlot::add(const QList<PlotPoint> &points)
+{
+    if (m_canvas->add(points)) {
+        Q_EMIT channelsChanged();
+    }
+}
+
+void HistoryPlot::setShown(int channel, bool shown)
+{
+    m_canvas->setShown(channel, shown);
+    m_readOut->setText(readOut());
+}
+
+bool HistoryPlot::isShown(int channel) const
+{
+    return m_canvas->isShown(channel);
+}
+
+bool HistoryPlot::isSteps(int channel) const
+{
+    return m_canvas->isSteps(channel);
+}
+
+QList<int> HistoryPlot::channels() const
+{
+    return m_canvas->channels();
+}
+
+void HistoryPlot::showWholeTime()
+{
+    m_canvas->showWholeTime();
+}
+
+std::pair<double, double> HistoryPlot::timeShown() const
+{
+    return {m_canvas->time().lower, m_canvas->time().upper};
+}
+
+QString HistoryPlot::readOut() const
+{
+    const auto &place = m_canvas->place();
+    if (!m_canvas->anyShown()) {
+        return tr("No input with values is chosen.");
+    }
+    if (!place) {
+        return tr("Point at a curve to read its values.");
+    }
+    QString told = shownTime(place->time);
+    if (place->channel > 0) {
+        told += QStringLiteral("   ") + channelCaption(place->channel).trimmed() + QStringLiteral(" = ") +
+                numberText(place->value, locale());
+    } else if (!qIsNaN(place->value)) {
+        constexpr int digits = 4;
+        told += QStringLiteral("   ") + locale().toString(place->value, 'g', digits);
+    }
+    return told;
+}
+
+void HistoryPlot::applyTexts()
+{
+    m_canvas->setTitles(tr("Values"), tr("Counters"));
+    m_canvas->setAccessibleName(tr("History over time"));
+    const QString keys =
+        tr("Plus and minus zoom, the arrow keys move, Home shows the whole time, Ctrl and an "
+           "arrow key go from record to record.");
+    m_canvas->setAccessibleDescription(keys);
+    m_readOut->setToolTip(keys);
+    m_readOut->setText(readOut());
+}
+
+QImage HistoryPlot::picture(const QString &title) const
+{
+    constexpr int scale = 2;
+    constexpr int margin = 16;
+    constexpr int sample = 30;
+    constexpr QSize least(800, 450);
+    const QFontMetrics metrics(font());
+    const int line = metrics.height() + 8;
+    const QSize plot = m_canvas->size().expandedTo(least);
+
+    struct Entry
+    {
+        QPoint at;
+        int channel;
+    };
+    std::vector<Entry> legend;
+    QPoint at(margin, margin + line + plot.height());
+    for (const int channel : channels()) {
+        if (!isShown(channel)) {
+            continue;
+        }
+        const int width =
+            sample + 3 * margin / 2 + metrics.horizontalAdvance(channelCaption(channel).trimmed());
+        if (at.x() > margin && at.x() + width > plot.width()) {
+            at = {margin, at.y() + line};
+        }
+        legend.push_back({at, channel});
+        at.rx() += width;
+    }
+
+    QImage image(QSize(plot.width(), at.y() + line + margin) * scale, QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    image.fill(cardColour(palette()));
+    QPainter painter(&image);
+    QFont bold = font();
+    bold.setBold(true);
+    painter.setFont(bold);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(QRect(margin, margin / 2, plot.width() - 2 * margin, line),
+                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, title);
+    m_canvas->pointAway();
+    QPixmap curves = m_canvas->toPixmap(plot.width(), plot.height(), scale);
+    painter.drawPixmap(QRect(QPoint(0, margin + line), plot), curves);
+    painter.setFont(font());
+    for (const Entry &entry : legend) {
+        const QRect row(entry.at, QSize(sample, line));
+        drawSeriesSample(painter, row, entry.channel, isSteps(entry.channel), palette());
+        painter.drawText(QRect(row.right() + margin / 2, row.top(), plot.width(), line),
+                         Qt::AlignLeft | Qt::AlignVCenter, channelCaption(entry.channel).trimmed());
+    }
+    return image;
+}
+
+bool HistoryPlot::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Leave) {
+        m_canvas->pointAway();
+    } else if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+        m_canvas->takeColours(); // it has the new ones later than this
+        update();
+    } else if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        update(); // the focus ring
+    } else if (event->type() == QEvent::KeyPress) {
+        constexpr double zoomFactor = 0.8;
+        constexpr double part = 0.1;
+        const auto *key = static_cast<const QKeyEvent *>(event);
+        const bool stepping = key->modifiers().testFlag(Qt::ControlModifier);
+        switch (key->key()) {
+        case Qt::Key_Plus:
+        case Qt::Key_Up:
+            m_canvas->zoom(zoomFactor);
+            return true;
+        case Qt::Key_Minus:
+        case Qt::Key_Down:
+            m_canvas->zoom(1 / zoomFactor);
+            return true;
+        case Qt::Key_Left:
+        case Qt::Key_Right: {
+            const int direction = key->key() == Qt::Key_Right ? 1 : -1;
+            if (stepping) {
+                m_canvas->step(direction);
+            } else {
+                m_canvas->move(direction * part);
+            }
+            return true;
+        }
+        case Qt::Key_Home:
+            showWholeTime();
+            return true;
+        default:
+            break;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void HistoryPlot::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LocaleChange) {
+        QLocale plain = locale();
+        plain.setNumberOptions(QLocale::OmitGroupSeparator);
+        m_canvas->setLocale(plain);
+        m_canvas->replot(QCustomPlot::rpQueuedReplot);
+        m_readOut->setText(readOut());
+    }
+    QWidget::changeEvent(event);
+}
+
+void HistoryPlot::paintEvent(QPaintEvent *)
+{
+    constexpr double radius = 8;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const bool focused = m_canvas->hasFocus();
+    painter.setPen(QPen(focused ? accent(palette()) : hairline(palette()), focused ? 2 : 1));
+    painter.setBrush(cardColour(palette()));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
+}
+
+} // namespace ktr

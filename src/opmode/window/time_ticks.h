@@ -1,0 +1,36 @@
+#pragma once
+
+#include "opmode/window/history_canvas.h"
+
+namespace ktr {
+
+/// Round steps of wall time, named by date and time.
+class TimeTicks : public QCPAxisTicker
+{
+protected:
+    double getTickStep(const QCPRange &range) override
+    {
+        constexpr double minute = 60;
+        constexpr double hour = 60 * minute;
+        constexpr double day = 24 * hour;
+        static constexpr std::array steps = {
+            minute,   2 * minute, 5 * minute, 10 * minute, 15 * minute, 30 * minute, hour,
+            2 * hour, 3 * hour,   6 * hour,   12 * hour,   day,         2 * day,     5 * day,
+            10 * day, 20 * day,   50 * day,   100 * day,   200 * day,   500 * day,   1000 * day};
+        const double wanted = range.size() / tickCount();
+        const auto step = std::ranges::find_if(steps, [wanted](double each) { return each >= wanted; });
+        m_isDays = step == steps.end() || *step >= day;
+        return step == steps.end() ? 5000 * day : *step;
+    }
+    int getSubTickCount(double) override { return 1; }
+    QString getTickLabel(double tick, const QLocale &, QChar, int) override
+    {
+        const QDateTime moment = QDateTime::fromSecsSinceEpoch(qRound64(tick), Qt::UTC);
+        return moment.toString(m_isDays ? QStringLiteral("dd.MM.yyyy") : QStringLiteral("dd.MM. HH:mm"));
+    }
+
+private:
+    bool m_isDays = false;
+};
+
+} // namespace ktr

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QList>
+#include <QWidget>
+
+namespace ktr {
+
+/// An input's value, large, with its name, its unit and a small curve of what came before.
+class ValueTile : public QWidget
+{
+    Q_OBJECT
+
+public:
+    struct Content
+    {
+        QString caption;
+        QString number; ///< of the input: "IP5"
+        QString value;  ///< empty when there is none
+        QString unit;
+        /// A disc for on, a ring for off, nothing for values that have no two states.
+        enum class Mark { None, Off, On } mark = Mark::None;
+        QList<QPointF> trend; ///< time and value
+        bool operator==(const Content &) const = default;
+    };
+
+    explicit ValueTile(QWidget *parent = nullptr);
+
+    void show(const Content &content);
+    const Content &content() const { return m_content; }
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void drawValue(QPainter &painter, const QRectF &place, double factor) const;
+    void drawTrend(QPainter &painter, const QRectF &place) const;
+
+    Content m_content;
+};
+
+} // namespace ktr

@@ -1,0 +1,282 @@
+#include "opmode/window/values_page.h"
+
+#include "config/channel_use.h"
+#include "opmode/window/value_text.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+constexpr int batch = 100; ///< milliseconds: reports within are shown together
+constexpr int tallestTile = 280;
+
+/// Of a channel's values, where no module's configuration can say otherwise.
+QString knownUnit(int channel)
+{
+    switch (fixedMeasure(channel)) {
+    case Measure::Temperature:
+        return QStringLiteral("°C");
+    case Measure::Hours:
+        return QStringLiteral("h");
+    default:
+        return {};
+    }
+}
+
+bool isState(double value)
+{
+    return value == 0 || value == 1;
+}
+
+} // namespace
+
+ValuesPage::ValuesPage(OperationalMode &mode, const TextTable &texts, QWidget *parent)
+    : OpmodePage(mode, texts, parent),
+      m_stack(new QStackedWidget(this)),
+      m_empty(new QLabel(this)),
+      m_heading(new QLabel(this)),
+      m_time(new QLabel(this)),
+      m_answer(new QLabel(this)),
+      m_refresh(new QPushButton(this)),
+      m_scroll(new QScrollArea(this)),
+      m_batch(new QTimer(this))
+{
+    setObjectName(QStringLiteral("Page_ip"));
+    m_empty->setAlignment(Qt::AlignCenter);
+    m_empty->setWordWrap(true);
+    m_empty->setForegroundRole(QPalette::PlaceholderText);
+    m_stack->addWidget(m_empty);
+    m_stack->addWidget(createContent());
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins({});
+    layout->addWidget(m_stack);
+
+    m_batch->setSingleShot(true);
+    m_batch->setInterval(batch);
+    connect(m_batch, &QTimer::timeout, this, &ValuesPage::showValues);
+    connect(m_refresh, &QPushButton::clicked, this, &ValuesPage::requestValues);
+    connect(&mode, &OperationalMode::happened, this, [this](const StationEvent &event) {
+        if (event.kind == StationEvent::Kind::Values && event.kennung == kennung()) {
+            m_answer->clear();
+            if (!m_batch->isActive()) {
+                m_batch->start();
+            }
+        }
+    });
+    connect(&mode.tree(), &QAbstractItemModel::dataChanged, this, [this](const QModelIndex &index) {
+        if (!index.parent().isValid() && index.data(StationTree::KeyRole).toString() == kennung()) {
+            showHeading(); // it may have another name
+        }
+    });
+    connect(&mode, &OperationalMode::stationChanged, this, [this](const QString &changed) {
+        if (changed == kennung()) {
+            showRefresh();
+        }
+    });
+}
+
+QWidget *ValuesPage::createContent()
+{
+    QFont bold = m_heading->font();
+    bold.setPointSizeF(bold.pointSizeF() * 1.3);
+    bold.setBold(true);
+    m_heading->setFont(bold);
+    m_heading->setTextFormat(Qt::PlainText);
+    m_time->setObjectName(QStringLiteral("Label_ip_time"));
+    m_answer->setObjectName(QStringLiteral("Label_ip_answer"));
+    m_answer->setWordWrap(true);
+    m_answer->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_refresh->setObjectName(QStringLiteral("Cmd_aktualisieren"));
+
+    auto *title = new QVBoxLayout;
+    title->setSpacing(2);
+    title->addWidget(m_heading);
+    title->addWidget(m_time);
+    auto *top = new QHBoxLayout;
+    top->addLayout(title, 1);
+    top->addWidget(m_answer, 1);
+    top->addWidget(m_refresh);
+
+    auto *tiles = new QWidget;
+    m_grid = new QGridLayout;
+    m_grid->setSpacing(10);
+    for (int channel = 1; channel <= channelCount; ++channel) {
+        auto *tile = new ValueTile(tiles);
+        tile->setObjectName(QStringLiteral("Value_ip_%1").arg(channel));
+        tile->setMaximumHeight(tallestTile);
+        m_tiles[static_cast<std::size_t>(channel - 1)] = tile;
+    }
+    auto *above = new QVBoxLayout(tiles);
+    above->setContentsMargins({});
+    above->addLayout(m_grid, 1);
+    above->addStretch(0);
+    m_scroll->setWidget(tiles);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->viewport()->setAutoFillBackground(false);
+    tiles->setAutoFillBackground(false);
+    m_scroll->viewport()->installEventFilter(this);
+
+    auto *content = new QWidget(this);
+    auto *layout = new QVBoxLayout(content);
+    layout->addLayout(top);
+    layout->addWidget(m_scroll, 1);
+    return content;
+}
+
+/// Six, three or two tiles in a row: every row is full.
+void ValuesPage::arrangeTiles()
+{
+    const int wide = m_tiles.front()->minimumSizeHint().width() + m_grid->spacing();
+    const int room = m_scroll->viewport()->width() + m_grid->spacing();
+    const int columns = room >= 6 * wide ? 6 : room >= 3 * wide ? 3 : 2;
+    if (columns == m_columns) {
+        return;
+    }
+    m_columns = columns;
+    for (int at = 0; at < channelCount; ++at) {
+        m_grid->addWidget(m_tiles[static_cast<std::size_t>(at)], at / columns, at % columns);
+    }
+    for (int row = 0; row < channelCount / 2; ++row) {
+        m_grid->setRowStretch(row, row < channelCount / columns ? 1 : 0);
+    }
+    for (int column = 0; column < 6; ++column) {
+        m_grid->setColumnStretch(column, column < columns ? 1 : 0);
+    }
+    // The scroll area takes what the layout needs from before otherwise.
+    m_scroll->widget()->layout()->activate();
+    QCoreApplication::postEvent(m_scroll->widget(), new QEvent(QEvent::LayoutRequest));
+}
+
+bool ValuesPage::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize) {
+        arrangeTiles();
+    }
+    return OpmodePage::eventFilter(watched, event);
+}
+
+void ValuesPage::applyTexts()
+{
+    m_refresh->setText(text(Text::Refresh));
+    m_answer->clear();
+    showValues();
+}
+
+void ValuesPage::stationChosen()
+{
+    m_answer->clear();
+    showValues();
+}
+
+void ValuesPage::showValues()
+{
+    m_batch->stop();
+    m_empty->setText(tr("Choose a station to see its input values."));
+    m_stack->setCurrentIndex(station() == nullptr ? 0 : 1);
+    if (station() == nullptr) {
+        return;
+    }
+    showHeading();
+    showReportTime();
+    showRefresh();
+    for (int channel = 1; channel <= channelCount; ++channel) {
+        ValueTile &tile = *m_tiles[static_cast<std::size_t>(channel - 1)];
+        tile.show(contentOf(channel));
+        const QList<QPointF> &trend = tile.content().trend;
+        if (trend.size() < 2) {
+            tile.setToolTip({});
+            continue;
+        }
+        const auto [lowest, highest] =
+            std::ranges::minmax_element(trend, {}, [](const QPointF &point) { return point.y(); });
+        const auto since = QDateTime::fromSecsSinceEpoch(qint64(trend.front().x()));
+        const auto number = [this](double value) {
+            return locale().toString(value, 'g', QLocale::FloatingPointShortest);
+        };
+        tile.setToolTip(tr("Since %1: from %2 to %3")
+                            .arg(since.toString(QStringLiteral("HH:mm dd.MM.yyyy")), number(lowest->y()),
+                                 number(highest->y())));
+    }
+}
+
+ValueTile::Content ValuesPage::contentOf(int channel) const
+{
+    const QString key = QStringLiteral("%1/ip/ip%2").arg(kennung()).arg(channel);
+    const QString line = mode().tree().find(key).data().toString();
+    constexpr QLatin1StringView sign(" = ");
+    const qsizetype at = line.indexOf(sign);
+    const QString received = at < 0 ? QString() : line.sliced(at + sign.size());
+
+    ValueTile::Content content;
+    content.caption = channelCaption(channel).trimmed();
+    content.number = text(Text::Ip) + QString::number(channel);
+    content.value = received == u"?" ? QString() : localValue(received, locale());
+    content.unit = knownUnit(channel);
+    bool onlyStates = true;
+    for (const ValueTrends::Point &point : mode().trends().trend(kennung(), channel)) {
+        content.trend.append({double(point.time), double(point.value)});
+        onlyStates = onlyStates && isState(double(point.value));
+    }
+    // The first four inputs count where the configuration lets them.
+    const bool hasStates = fixedMeasure(channel) == Measure::Binary || (channel <= 4 && onlyStates);
+    const std::optional<double> number = toNumber(received);
+    if (hasStates && number && isState(*number)) {
+        content.mark = *number == 1 ? ValueTile::Content::Mark::On : ValueTile::Content::Mark::Off;
+    }
+    return content;
+}
+
+void ValuesPage::showHeading()
+{
+    m_heading->setText(mode().tree().find(kennung()).data().toString());
+}
+
+/// The node says it: "IP (HH:MM DD.MM.YYYY)".
+void ValuesPage::showReportTime()
+{
+    const QString line = mode().tree().find(kennung() + QLatin1String("/ip")).data().toString();
+    const qsizetype open = line.lastIndexOf(u'(');
+    const QString time =
+        open >= 0 && line.endsWith(u')') ? line.sliced(open + 1).chopped(1).trimmed() : QString();
+    m_time->setText(time.isEmpty() ? tr("No values reported yet") : tr("Report of %1").arg(time));
+}
+
+void ValuesPage::showRefresh()
+{
+    const bool online = station() != nullptr && station()->online();
+    m_refresh->setEnabled(online);
+    m_refresh->setToolTip(online ? tr("Asks the station for all its input values")
+                                 : tr("The station is offline and cannot be asked for its values"));
+}
+
+void ValuesPage::requestValues()
+{
+    answer(mode().requestValues(kennung())
+               ? tr("Requested; delivered when the module next looks for an SMS")
+               : QString(text(Text::RefreshNotPossible) + u' ' + text(Text::BeRequested)));
+}
+
+void ValuesPage::answer(const QString &line)
+{
+    m_answer->setText(line);
+    Q_EMIT told(line);
+}
+
+void ValuesPage::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LocaleChange) {
+        showValues();
+    }
+    OpmodePage::changeEvent(event);
+}
+
+} // namespace ktr

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "opmode/window/opmode_page.h"
+#include "opmode/window/value_tile.h"
+
+class QGridLayout;
+class QLabel;
+class QPushButton;
+class QScrollArea;
+class QStackedWidget;
+class QTimer;
+
+namespace ktr {
+
+/// The input values of the chosen station as it reported them last.
+class ValuesPage : public OpmodePage
+{
+    Q_OBJECT
+
+public:
+    ValuesPage(OperationalMode &mode, const TextTable &texts, QWidget *parent = nullptr);
+
+    void applyTexts() override;
+
+protected:
+    void stationChosen() override;
+    void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    QWidget *createContent();
+    void arrangeTiles();
+    void showValues();
+    ValueTile::Content contentOf(int channel) const;
+    void showHeading();
+    void showReportTime();
+    void showRefresh();
+    void requestValues();
+    void answer(const QString &line);
+
+    QStackedWidget *m_stack;
+    QLabel *m_empty;
+    QLabel *m_heading;
+    QLabel *m_time;
+    QLabel *m_answer;
+    QPushButton *m_refresh;
+    QScrollArea *m_scroll;
+    QGridLayout *m_grid;
+    std::array<ValueTile *, channelCount> m_tiles{};
+    int m_columns = 0;
+    QTimer *m_batch;
+};
+
+} // namespace ktr
