@@ -53,14 +53,23 @@ double residentMemory()
     return double(pages) * double(::sysconf(_SC_PAGESIZE));
 }
 
-int boundSocket(quint16 port)
+/// At a port that is free.
+int boundSocket()
 {
     const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK, 0);
-    const sockaddr_in address = loopback(port);
+    const sockaddr_in address = loopback(0);
     if (socket < 0 || ::bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
         giveUp("socket");
     }
     return socket;
+}
+
+quint16 portOf(int socket)
+{
+    sockaddr_in address{};
+    socklen_t length = sizeof address;
+    ::getsockname(socket, reinterpret_cast<sockaddr *>(&address), &length);
+    return ntohs(address.sin_port);
 }
 
 /// The least of a few runs: other programs only ever add to it.
@@ -81,14 +90,13 @@ public:
     explicit BareLoop(int count) : m_epoll(::epoll_create1(0))
     {
         for (int i = 0; i < count; ++i) {
-            const auto port = quint16(firstPort + i);
-            const int socket = boundSocket(port);
+            const int socket = boundSocket();
             epoll_event event{};
             event.events = EPOLLIN;
             event.data.fd = socket;
             ::epoll_ctl(m_epoll, EPOLL_CTL_ADD, socket, &event);
             m_sockets.push_back(socket);
-            m_ports.push_back(port);
+            m_ports.push_back(portOf(socket));
         }
     }
     ~BareLoop()
@@ -122,7 +130,6 @@ public:
     }
 
 private:
-    static constexpr int firstPort = 40'000;
     int m_epoll;
     std::vector<int> m_sockets;
     std::vector<quint16> m_ports;
@@ -144,12 +151,9 @@ struct CountingOwner : StationOwner
 class Stations
 {
 public:
-    explicit Stations(int count) : m_count(count), m_module(boundSocket(0))
+    explicit Stations(int count) : m_count(count), m_module(boundSocket())
     {
-        sockaddr_in address{};
-        socklen_t length = sizeof address;
-        ::getsockname(m_module, reinterpret_cast<sockaddr *>(&address), &length);
-        m_address = QStringLiteral("127.0.0.1:%1").arg(ntohs(address.sin_port));
+        m_address = QStringLiteral("127.0.0.1:%1").arg(portOf(m_module));
     }
     ~Stations()
     {
