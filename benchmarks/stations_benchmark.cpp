@@ -4,6 +4,7 @@
 //
 //     stations_benchmark [stations ...]        1000 and 9900 unless named
 
+#include "datagram_load.h"
 #include "link/io_thread.h"
 #include "opmode/operational_mode.h"
 #include "opmode/station.h"
@@ -16,30 +17,17 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <arpa/inet.h>
 #include <cstdio>
-#include <cstdlib>
-#include <ctime>
 #include <malloc.h>
 #include <map>
 #include <random>
-#include <string_view>
 #include <sys/epoll.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 using namespace ktr;
 
 namespace {
 
 constexpr double microsecond = 1e-6;
-
-[[noreturn]] void giveUp(const char *what)
-{
-    std::perror(what);
-    std::_Exit(1);
-}
 
 double wallTime()
 {
@@ -65,131 +53,24 @@ double residentMemory()
     return double(pages) * double(::sysconf(_SC_PAGESIZE));
 }
 
-sockaddr_in loopback(quint16 port)
-{
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
-
-int boundSocket(quint16 port)
+/// At a port that is free.
+int boundSocket()
 {
     const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_NONBLOCK, 0);
-    const sockaddr_in address = loopback(port);
+    const sockaddr_in address = loopback(0);
     if (socket < 0 || ::bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address) != 0) {
         giveUp("socket");
     }
     return socket;
 }
 
-// The load ---------------------------------------------------------------------------------------------
-
-/// So many datagrams a second, in bursts of so many.
-struct Traffic
+quint16 portOf(int socket)
 {
-    const char *name;
-    int datagrams;
-    int perSecond;
-    int burst;
-};
-
-constexpr Traffic traffics[] = {{"one by one, 1,000/s", 3'000, 1'000, 1},
-                                {"bursts of 200, 10,000/s", 30'000, 10'000, 200},
-                                {"bursts of 2,000, 20,000/s", 60'000, 20'000, 2'000}};
-
-/// What modules say; every third is an SMS.
-constexpr std::string_view lines[] = {"+CSQ: 18,0\r\n", "at+cmgs=\"+4917012345\"\r", "R,5,12.3\x1A"};
-
-/// Another process that sends to ports of this machine when it is asked to.
-class Load
-{
-public:
-    Load()
-    {
-        if (::pipe(m_orders) != 0) {
-            giveUp("pipe");
-        }
-        m_process = ::fork();
-        if (m_process == 0) {
-            ::close(m_orders[1]);
-            serve();
-        }
-        ::close(m_orders[0]);
-    }
-    ~Load()
-    {
-        ::close(m_orders[1]);
-        ::waitpid(m_process, nullptr, 0);
-    }
-    Q_DISABLE_COPY_MOVE(Load)
-
-    void send(const Traffic &traffic, const std::vector<quint16> &ports)
-    {
-        const std::size_t count = ports.size();
-        write(&traffic, sizeof traffic);
-        write(&count, sizeof count);
-        write(ports.data(), count * sizeof(quint16));
-    }
-
-private:
-    void write(const void *data, std::size_t size)
-    {
-        if (::write(m_orders[1], data, size) != ssize_t(size)) {
-            giveUp("pipe");
-        }
-    }
-    bool read(void *data, std::size_t size)
-    {
-        auto *at = static_cast<char *>(data);
-        while (size > 0) {
-            const ssize_t count = ::read(m_orders[0], at, size);
-            if (count <= 0) {
-                return false;
-            }
-            at += count;
-            size -= std::size_t(count);
-        }
-        return true;
-    }
-
-    [[noreturn]] void serve()
-    {
-        const int socket = ::socket(AF_INET, SOCK_DGRAM, 0);
-        Traffic traffic{};
-        std::size_t count = 0;
-        while (read(&traffic, sizeof traffic) && read(&count, sizeof count)) {
-            std::vector<quint16> ports(count);
-            if (!read(ports.data(), count * sizeof(quint16))) {
-                break;
-            }
-            play(socket, traffic, ports);
-        }
-        std::_Exit(0);
-    }
-
-    static void play(int socket, const Traffic &traffic, const std::vector<quint16> &ports)
-    {
-        timespec next{};
-        clock_gettime(CLOCK_MONOTONIC, &next);
-        for (int i = 0; i < traffic.datagrams; ++i) {
-            if (i % traffic.burst == 0) {
-                next.tv_nsec += 1'000'000'000L / traffic.perSecond * traffic.burst;
-                next.tv_sec += next.tv_nsec / 1'000'000'000;
-                next.tv_nsec %= 1'000'000'000;
-                clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &next, nullptr);
-            }
-            const std::size_t station = std::size_t(i) % ports.size();
-            const std::string_view line = lines[std::size_t(i) % std::size(lines)];
-            const sockaddr_in to = loopback(ports[station]);
-            ::sendto(socket, line.data(), line.size(), 0, reinterpret_cast<const sockaddr *>(&to), sizeof to);
-        }
-    }
-
-    int m_orders[2]{};
-    pid_t m_process;
-};
+    sockaddr_in address{};
+    socklen_t length = sizeof address;
+    ::getsockname(socket, reinterpret_cast<sockaddr *>(&address), &length);
+    return ntohs(address.sin_port);
+}
 
 /// The least of a few runs: other programs only ever add to it.
 template <class Measured> double least(Measured &measured, Load &load, const Traffic &traffic)
@@ -209,14 +90,13 @@ public:
     explicit BareLoop(int count) : m_epoll(::epoll_create1(0))
     {
         for (int i = 0; i < count; ++i) {
-            const auto port = quint16(firstPort + i);
-            const int socket = boundSocket(port);
+            const int socket = boundSocket();
             epoll_event event{};
             event.events = EPOLLIN;
             event.data.fd = socket;
             ::epoll_ctl(m_epoll, EPOLL_CTL_ADD, socket, &event);
             m_sockets.push_back(socket);
-            m_ports.push_back(port);
+            m_ports.push_back(portOf(socket));
         }
     }
     ~BareLoop()
@@ -250,7 +130,6 @@ public:
     }
 
 private:
-    static constexpr int firstPort = 40'000;
     int m_epoll;
     std::vector<int> m_sockets;
     std::vector<quint16> m_ports;
@@ -272,12 +151,9 @@ struct CountingOwner : StationOwner
 class Stations
 {
 public:
-    explicit Stations(int count) : m_count(count), m_module(boundSocket(0))
+    explicit Stations(int count) : m_count(count), m_module(boundSocket())
     {
-        sockaddr_in address{};
-        socklen_t length = sizeof address;
-        ::getsockname(m_module, reinterpret_cast<sockaddr *>(&address), &length);
-        m_address = QStringLiteral("127.0.0.1:%1").arg(ntohs(address.sin_port));
+        m_address = QStringLiteral("127.0.0.1:%1").arg(portOf(m_module));
     }
     ~Stations()
     {

@@ -30,7 +30,7 @@ public:
     /// turn.
     static constexpr std::chrono::milliseconds longestTurn{15};
     /// While much comes, it is handed over no more often.
-    static constexpr std::chrono::milliseconds lookInterval{5};
+    static constexpr std::chrono::milliseconds lookInterval{10};
 
     /// Raises the process's limit of descriptors.
     explicit StationSockets(IoThread &io, PortRange ports = {}, QObject *parent = nullptr);
