@@ -104,7 +104,7 @@ int avalanche(const QString &folder)
                               return line;
                           }},
                          stationCaptions(texts));
-    Form_betriebsmodus window(mode, texts);
+    Form_betriebsmodus window(mode, texts, {timers, {}, {}, {}});
     window.show();
     window.open(folder + QStringLiteral("/nodes.xml"));
     while (mode.stations().Count() < stations) {
@@ -157,7 +157,7 @@ int main(int argc, char **argv)
     clock.start();
     OperationalMode mode({systemEnvironment(), timers, [&sockets] { return sockets.createLine(); }},
                          stationCaptions(texts));
-    Form_betriebsmodus window(mode, texts);
+    Form_betriebsmodus window(mode, texts, {timers, {}, {}, {}});
     window.show();
     window.open(path);
     if (!waitUntil([&] { return modules.count() >= stationCount; })) {

@@ -1,5 +1,6 @@
 #include "app/operational_mode_opener.h"
 
+#include "app/file_dialogs.h"
 #include "opmode/window/form_betriebsmodus.h"
 
 namespace ktr {
@@ -15,7 +16,15 @@ void OperationalModeOpener::open(const QPoint &place)
 {
     if (m_mode == nullptr) {
         m_mode = std::make_unique<OperationalMode>(m_services, stationCaptions(m_texts));
-        m_window = std::make_unique<Form_betriebsmodus>(*m_mode, m_texts);
+        const Environment &environment = m_services.environment;
+        m_window = std::make_unique<Form_betriebsmodus>(
+            *m_mode, m_texts,
+            Form_betriebsmodus::Services{m_services.timers, environment.locale,
+                                         [this](const QString &proposal, const QString &filter) {
+                                             return m_files->askSave(proposal, filter);
+                                         },
+                                         [this](const QString &filter) { return m_files->askOpen(filter); }});
+        m_files = std::make_unique<FileDialogs>(m_window.get(), environment.programFolder);
         connectWindow();
         m_window->move(place);
         m_window->show();

@@ -7,6 +7,7 @@
 
 namespace ktr {
 
+class FileDialogs;
 class Form_betriebsmodus;
 
 /// Opens and closes the operational mode for the main window, and lends its stations to it.
@@ -42,6 +43,7 @@ private:
     OperationalMode::Services m_services;
     const TextTable &m_texts;
     std::unique_ptr<OperationalMode> m_mode;
+    std::unique_ptr<FileDialogs> m_files;
     std::unique_ptr<Form_betriebsmodus> m_window; ///< goes first
 };
 

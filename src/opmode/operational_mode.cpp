@@ -147,7 +147,11 @@ void OperationalMode::createStations(const QHash<QString, StationAttributes> &at
 
 QString OperationalMode::addStation(const QString &name, const QString &hostAddress)
 {
-    const QString kennung = m_tree.freeName(QString::fromStdString(storedText(name)).trimmed());
+    const QString wanted = QString::fromStdString(storedText(name)).trimmed();
+    if (wanted.isEmpty() || wanted.contains(u'/')) {
+        return {};
+    }
+    const QString kennung = m_tree.freeName(wanted);
     if (!m_stations.addStation(kennung, hostAddress)) {
         return {};
     }

@@ -4,8 +4,14 @@
 #include "look/message_dialog.h"
 #include "look/mnemonics.h"
 #include "look/program_name.h"
+#include "opmode/window/add_stations_dialog.h"
+#include "opmode/window/alarm_bar.h"
+#include "opmode/window/export_dialog.h"
+#include "opmode/window/history_page.h"
+#include "opmode/window/notification_page.h"
 #include "opmode/window/station_page.h"
 #include "opmode/window/station_tree_view.h"
+#include "opmode/window/values_page.h"
 #include "platform/settings_store.h"
 
 #include <QAction>
@@ -41,13 +47,24 @@ constexpr int treeWidth = 320;
 
 } // namespace
 
-Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &texts, QWidget *parent)
-    : QMainWindow(parent), m_mode(mode), m_texts(texts)
+Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &texts,
+                                       const Services &services, QWidget *parent)
+    : QMainWindow(parent),
+      m_mode(mode),
+      m_texts(texts),
+      m_services(services),
+      m_acknowledging(mode.tree(), texts,
+                      [&mode](const QModelIndexList &entries) { return mode.acknowledge(entries); }),
+      m_alarms(mode.tree(), services.timers),
+      m_sound(m_alarms, services.timers),
+      m_notifier(m_alarms, services.timers, *this)
 {
+    setLocale(services.locale);
     setObjectName(QStringLiteral("Form_betriebsmodus"));
     setWindowIcon(icon(IconName::Application));
     buildMenus();
     layOut();
+    connectAlarms();
     connect(&m_mode, &OperationalMode::told, this, &Form_betriebsmodus::tell);
     m_toldTimer.setSingleShot(true);
     connect(&m_toldTimer, &QTimer::timeout, this, &Form_betriebsmodus::showTold);
@@ -79,13 +96,19 @@ void Form_betriebsmodus::layOut()
     m_pages = new QTabWidget(m_splitter);
     m_pages->setObjectName(QStringLiteral("TabStrip_pages"));
     m_pages->setDocumentMode(true);
-    auto *stationPage = new StationPage(m_mode, m_texts);
-    addPage(stationPage);
+    buildPages();
     m_splitter->addWidget(layOutTree());
     m_splitter->addWidget(m_pages);
     m_splitter->setStretchFactor(1, 1);
     m_splitter->setSizes({treeWidth, comfortableSize.width() - treeWidth});
-    setCentralWidget(m_splitter);
+    auto *body = new QWidget(this);
+    auto *column = new QVBoxLayout(body);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    m_alarmBar = new AlarmBar(m_alarms, m_mode.tree(), m_acknowledging, m_texts, m_services.locale, body);
+    column->addWidget(m_alarmBar);
+    column->addWidget(m_splitter, 1);
+    setCentralWidget(body);
     connect(m_pages, &QTabWidget::currentChanged, this, &Form_betriebsmodus::showPage);
 
     m_counts = new QLabel(this);
@@ -96,6 +119,43 @@ void Form_betriebsmodus::layOut()
     m_event->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     statusBar()->addWidget(m_event, 1);
     statusBar()->addPermanentWidget(m_counts);
+}
+
+void Form_betriebsmodus::buildPages()
+{
+    addPage(new StationPage(m_mode, m_texts));
+    m_notifications =
+        new NotificationPage(m_mode, m_texts, m_acknowledging, m_services.timers, m_services.locale);
+    addPage(m_notifications);
+    addPage(new HistoryPage(m_mode, m_texts, m_services.askSave));
+    addPage(new ValuesPage(m_mode, m_texts));
+}
+
+void Form_betriebsmodus::connectAlarms()
+{
+    connect(&m_mode, &OperationalMode::alarmRaised, &m_alarms, &AlarmCentre::take);
+    connect(&m_alarms, &AlarmCentre::changed, this, &Form_betriebsmodus::showTitle);
+    connect(&m_acknowledging, &Acknowledging::told, this, &Form_betriebsmodus::tell);
+    connect(&m_notifier, &DesktopNotifier::told, this, &Form_betriebsmodus::tell);
+    connect(&m_notifier, &DesktopNotifier::chosen, this, [this] {
+        showNormal();
+        raise();
+        activateWindow();
+    });
+    connect(m_alarmBar, &AlarmBar::muteChanged, &m_sound, &AlarmSound::setMuted);
+    connect(m_alarmBar, &AlarmBar::entryWanted, this, &Form_betriebsmodus::goTo);
+    connect(m_alarmBar, &AlarmBar::allWanted, this, [this] {
+        showView(false);
+        m_pages->setCurrentWidget(m_notifications);
+        m_notifications->showAllAlarms();
+    });
+}
+
+void Form_betriebsmodus::goTo(const QString &kennung, const QModelIndex &entry)
+{
+    showView(false);
+    m_tree->setCurrentIndex(m_mode.tree().index(0, 0, m_mode.tree().find(kennung)));
+    m_notifications->showEntry(entry);
 }
 
 void Form_betriebsmodus::addPage(OpmodePage *page)
@@ -150,6 +210,7 @@ void Form_betriebsmodus::buildMenus()
     m_stationMenu = menuBar()->addMenu(QString());
     mnu_station_add = add(
         m_stationMenu, "mnu_station_add", [this] { addStation(); }, QKeySequence::New);
+    mnu_station_list = add(m_stationMenu, "mnu_station_list", [this] { addStations(); });
     mnu_station_rename = add(
         m_stationMenu, "mnu_station_rename", [this] { renameStation(); }, QKeySequence(Qt::Key_F2));
     mnu_station_del = add(
@@ -166,6 +227,8 @@ void Form_betriebsmodus::buildMenus()
     m_stationMenu->addSeparator();
     mnu_konfiguration = add(
         m_stationMenu, "mnu_konfiguration", [this] { configure(); }, QKeySequence(Qt::CTRL | Qt::Key_K));
+    mnu_export = add(
+        m_stationMenu, "mnu_export", [this] { exportEntries(); }, QKeySequence(Qt::CTRL | Qt::Key_E));
     m_stationMenu->addSeparator();
     mnu_close = add(
         m_stationMenu, "mnu_close", [this] { close(); }, QKeySequence::Close);
@@ -188,18 +251,21 @@ void Form_betriebsmodus::buildMenus()
 void Form_betriebsmodus::applyTexts()
 {
     const auto text = [this](Text name) { return m_texts.text(name); };
-    setWindowTitle(programName + QLatin1String("  ") + text(Text::OperationalMode));
+    showTitle();
     m_stationMenu->setTitle(text(Text::Station));
     mnu_station_add->setText(text(Text::AddStation));
+    mnu_station_list->setText(tr("Add several..."));
     mnu_station_rename->setText(tr("Rename"));
     mnu_station_del->setText(text(Text::DeleteStation));
     mnu_station_allonline->setText(text(Text::AllOnline));
     mnu_station_alloffline->setText(text(Text::AllOffline));
     mnu_konfiguration->setText(text(Text::ConfigurationMode));
+    mnu_export->setText(text(Text::Export) + QLatin1String("..."));
     mnu_close->setText(tr("Close the operational mode"));
     m_viewMenu->setTitle(text(Text::View));
     mnu_ansicht_normal->setText(text(Text::General));
     mnu_ansicht_treeview->setText(text(Text::TreeView));
+    m_alarmBar->applyTexts();
     const std::array captions = {Text::Station, Text::Notifications, Text::History, Text::Ip};
     for (int page = 0; page < m_pages->count(); ++page) {
         m_pages->setTabText(page, text(captions[static_cast<std::size_t>(page)]));
@@ -331,6 +397,7 @@ void Form_betriebsmodus::showPage(int index)
 void Form_betriebsmodus::showView(bool treeOnly)
 {
     m_pages->setVisible(!treeOnly);
+    (treeOnly ? mnu_ansicht_treeview : mnu_ansicht_normal)->setChecked(true);
 }
 
 void Form_betriebsmodus::applyFilter()
@@ -355,6 +422,12 @@ void Form_betriebsmodus::showCounts()
         counts = tr("shown %1").arg(m_tree->shownStations()) + QLatin1String("  –  ") + counts;
     }
     m_counts->setText(counts);
+}
+
+void Form_betriebsmodus::showTitle()
+{
+    const QString title = programName + QLatin1String("  ") + m_texts.text(Text::OperationalMode);
+    setWindowTitle(titleWithAlarms(title, m_alarms.unacknowledged()));
 }
 
 void Form_betriebsmodus::tell(const QString &line)
@@ -406,6 +479,22 @@ void Form_betriebsmodus::addStation()
         return;
     }
     m_tree->setCurrentIndex(m_mode.tree().find(kennung));
+}
+
+void Form_betriebsmodus::addStations()
+{
+    const QScopedValueRollback busy(m_busy, m_busy + 1);
+    AddStationsDialog dialog(m_mode, m_texts, m_services.askOpen, this);
+    connect(&dialog, &AddStationsDialog::told, this, &Form_betriebsmodus::tell);
+    dialog.exec();
+}
+
+void Form_betriebsmodus::exportEntries()
+{
+    const QScopedValueRollback busy(m_busy, m_busy + 1);
+    ExportDialog dialog(m_mode.tree(), m_texts, chosen(), {m_services.askSave}, this);
+    connect(&dialog, &ExportDialog::told, this, &Form_betriebsmodus::tell);
+    dialog.exec();
 }
 
 void Form_betriebsmodus::renameStation()

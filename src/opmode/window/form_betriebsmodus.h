@@ -1,7 +1,11 @@
 #pragma once
 
 #include "lang/text_table.h"
+#include "opmode/alarm_centre.h"
 #include "opmode/operational_mode.h"
+#include "opmode/window/acknowledging.h"
+#include "opmode/window/alarm_sound.h"
+#include "opmode/window/desktop_notifier.h"
 
 #include <QMainWindow>
 #include <QTimer>
@@ -16,6 +20,8 @@ class QTabWidget;
 
 namespace ktr {
 
+class AlarmBar;
+class NotificationPage;
 class OpmodePage;
 class StationTreeView;
 
@@ -26,10 +32,18 @@ class Form_betriebsmodus : public QMainWindow
 
 public:
     enum class PageIndex { Station, Notifications, History, InputValues };
-    /// Asks for a file to write; empty for "cancel". A filter is made of pairs "description|patterns".
-    using AskForFile = std::function<QString(const QString &proposal, const QString &filter)>;
+    struct Services
+    {
+        Timers &timers;
+        QLocale locale;
+        /// Ask for a file to write or to read; empty for "cancel". A filter is made of pairs
+        /// "description|patterns".
+        std::function<QString(const QString &proposal, const QString &filter)> askSave;
+        std::function<QString(const QString &filter)> askOpen;
+    };
 
-    Form_betriebsmodus(OperationalMode &mode, const TextTable &texts, QWidget *parent = nullptr);
+    Form_betriebsmodus(OperationalMode &mode, const TextTable &texts, const Services &services,
+                       QWidget *parent = nullptr);
     ~Form_betriebsmodus() override;
 
     /// Opens the stations of a file and selects the first one.
@@ -57,6 +71,8 @@ protected:
 
 private:
     void layOut();
+    void buildPages();
+    void connectAlarms();
     QWidget *layOutTree();
     void buildMenus();
     QAction *add(QMenu *menu, const char *name, const std::function<void()> &triggered,
@@ -67,6 +83,9 @@ private:
     void showPage(int index);
     QString chosen() const;
     void addStation();
+    void addStations();
+    void exportEntries();
+    void goTo(const QString &kennung, const QModelIndex &entry);
     void deleteStation();
     void renameStation();
     void configure();
@@ -74,15 +93,23 @@ private:
     void showView(bool treeOnly);
     void applyFilter();
     void showCounts();
+    void showTitle();
     void showTold();
     void enableActions();
     void giveMnemonics();
 
     OperationalMode &m_mode;
     const TextTable &m_texts;
+    Services m_services;
+    Acknowledging m_acknowledging;
+    AlarmCentre m_alarms;
+    AlarmSound m_sound;
+    DesktopNotifier m_notifier;
     int m_busy = 0;
     bool m_isFollowing = false; ///< tree and pages follow each other
 
+    AlarmBar *m_alarmBar;
+    NotificationPage *m_notifications;
     QSplitter *m_splitter;
     StationTreeView *m_tree;
     QLineEdit *m_filter;
@@ -98,6 +125,7 @@ private:
     QMenu *m_stationMenu;
     QMenu *m_viewMenu;
     QAction *mnu_station_add;
+    QAction *mnu_station_list;
     QAction *mnu_station_rename;
     QAction *mnu_station_del;
     QAction *mnu_station_allonline;
@@ -105,6 +133,7 @@ private:
     QAction *mnu_ansicht_normal;
     QAction *mnu_ansicht_treeview;
     QAction *mnu_konfiguration;
+    QAction *mnu_export;
     QAction *mnu_close;
 };
 
