@@ -2,6 +2,65 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>Export</name>
+    <message>
+        <source>Station</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Input</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Input name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Received</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Acknowledged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not acknowledged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>acknowledged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>no alarm</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>Files</name>
     <message>
         <source>%1: &quot;%2&quot; is of no use here, &quot;%3&quot; is kept</source>
@@ -127,6 +186,14 @@
         <source>changes since the start are not kept until the list of stations is written</source>
         <translation>Änderungen seit dem Start bleiben erst erhalten, wenn die Stationsliste geschrieben ist</translation>
     </message>
+    <message>
+        <source>nodes that belong nowhere were left out: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>is damaged; the times of the notifications are not known</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
@@ -206,6 +273,173 @@
     </message>
 </context>
 <context>
+    <name>StationList</name>
+    <message>
+        <source>There is no name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A name must not hold a &quot;/&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This is no address of a module</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is another &quot;%1&quot;</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Without an address</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>StationMark</name>
+    <message>
+        <source>offline</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not heard yet</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>alive</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>silent</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>StationTreeView</name>
+    <message>
+        <source>excl.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ktr::Acknowledging</name>
+    <message>
+        <source>Not acknowledged: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Acknowledge %L1 alarms?</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ktr::AddStationsDialog</name>
+    <message>
+        <source>Add stations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Go online at once</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Connects every new station that has an address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Pumping station North;10.0.0.17
+Water tower;tower.example.org:49111</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The address is a number or a name, with &quot;:port&quot; where the port is another</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>One station per line: name;address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Read from a file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>A CSV or text file with at most %1 lines</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>What becomes of the lines</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lists of stations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All files</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stations to be added: %1; lines left out: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only the first %1 stations are read</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stations added: %1; lines left out: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ktr::AlarmBar</name>
+    <message>
+        <source>Show all</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Latest</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lists the alarms of all stations that are not acknowledged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shows the latest alarm at its station</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Acknowledges all alarms of all stations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Mute</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Without it, new alarms sound, and every 60 seconds as long as one is not acknowledged. This bar and messages of the desktop stay.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>1 alarm</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 alarms</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>First: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Latest: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ktr::CalibrationPage</name>
     <message>
         <source>Sends %1</source>
@@ -276,6 +510,29 @@
     </message>
 </context>
 <context>
+    <name>ktr::DesktopNotifier</name>
+    <message>
+        <source>New alarm</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>New alarms: %L1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>First: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Latest: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This desktop shows no messages; alarms are shown in the window only.</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ktr::EthernetPage</name>
     <message>
         <source>Four numbers from 0 to 255 with dots between them</source>
@@ -288,6 +545,125 @@
     <message>
         <source>Two hexadecimal digits; editable in expert mode</source>
         <translation>Zwei hexadezimale Ziffern; im Expertenmodus änderbar</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ExportDialog</name>
+    <message>
+        <source>Entries</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only not acknowledged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Leaves out notifications that are no alarm or were acknowledged</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Entries whose time is not known are exported with &quot;Everything&quot; only</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Everything</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Today</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The last 7 days</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>This month</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>From a time to another</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Day, month, year, hour and minute; this minute is included</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All (%1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The chosen one</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>These:</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The first time is later than the second</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Entries: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Left out, time not known: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>history %1.csv</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>notifications %1.csv</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>CSV table</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Exported: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: entries exported: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>left out, time not known: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The export failed: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The export was cancelled; there is no new file</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -380,6 +756,81 @@
     </message>
 </context>
 <context>
+    <name>ktr::Form_betriebsmodus</name>
+    <message>
+        <source>Put all stations offline? No alarm of any of them arrives then.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Add several...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Close the operational mode</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Find a station (name or address)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>In alarm</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Not alive</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Offline</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stations shown</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The list of stations could not be written. What changed is kept in its journal and is taken up at the next opening. Close all the same?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stations: %1, alive %2, silent %3, offline %4</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>shown %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>There is no room for another station</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Delete the station &quot;%1&quot; with its notifications, its history and its values?</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The station &quot;%1&quot; was deleted</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The station has no address yet</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ktr::GsmPage</name>
     <message>
         <source>Name under which the module reports; ä, ö, ü and ß become ae, oe, ue and ss</source>
@@ -400,6 +851,103 @@
     <message>
         <source>International form: + and digits</source>
         <translation>Internationale Schreibweise: + und Ziffern</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::HistoryModel</name>
+    <message>
+        <source>Time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Input</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ktr::HistoryPage</name>
+    <message>
+        <source>Inputs to draw</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The inputs that are drawn; the space bar chooses</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Whole time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shows the whole time (double click into the plot, or Home)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Save picture...</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saves the plot as it is shown as a PNG file</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Choose a station to see its history.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 has not sent any history yet.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Records: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, from %2 to %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>PNG picture</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: the picture is too large.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation type="unfinished">Gespeichert: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::HistoryPlot</name>
+    <message>
+        <source>No input with values is chosen.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Point at a curve to read its values.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Counters</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>History over time</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Plus and minus zoom, the arrow keys move, Home shows the whole time, Ctrl and an arrow key go from record to record.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -613,10 +1161,6 @@
         <translation>wartet an %1</translation>
     </message>
     <message>
-        <source>This is not part of the program yet</source>
-        <translation>Das ist noch nicht Teil des Programms</translation>
-    </message>
-    <message>
         <source>Waiting until the module reads its SMS</source>
         <translation>Warten, bis das Modul seine SMS liest</translation>
     </message>
@@ -747,6 +1291,111 @@
     </message>
 </context>
 <context>
+    <name>ktr::NotificationModel</name>
+    <message>
+        <source>acknowledged %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Received</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Arrived</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Sender</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ktr::NotificationPage</name>
+    <message>
+        <source>This station</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>All stations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Only %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Lists what holds this in its text, sender or station</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Acknowledges the selected notifications (Space or Enter in the list)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (all shown)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Acknowledges all alarms that are listed</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Copies the selected rows, their columns parted by tabs (Ctrl+C)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Listed: %1, %2: %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Nothing fits the filter</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No notifications</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ktr::OperationalMode</name>
+    <message>
+        <source>Changes are kept again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The program did not end properly last time; changes taken up from the journal: %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Of the journal were not usable: %1 changes and %2 bytes at its end</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1: not understood: %2</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
     <name>ktr::ProblemPanel</name>
     <message>
         <source>No problems</source>
@@ -786,6 +1435,111 @@
     <message>
         <source>Archive %1: a line without a record</source>
         <translation>Archiv %1: eine Zeile ohne Datensatz</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationCheckList</name>
+    <message>
+        <source>All that are shown</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Find a station</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Shows the stations whose names hold this text</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Ticks the stations of the list, or none of them</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The space bar ticks the station that is chosen</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationListModel</name>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Remark</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationPage</name>
+    <message>
+        <source>lent to the configuration</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>unknown (%1)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1 (reported: %2)</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>not since the operational mode was opened</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, %2 s ago</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>%1, %2 min ago</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be the name: it is empty, holds &quot;/&quot; or another station has it</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no address of a module: four numbers from 0 to 255 with dots between them, or a host name; &quot;:port&quot; may follow</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Where the module is reached: four numbers from 0 to 255, or a name; port %1 unless &quot;:port&quot; follows</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Last heard</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The days on which exclusive mode is switched</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The time of the day, HH:MM</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>While it is exclusive the module uses this connection alone: it neither sends nor receives by GSM. What is ticked by hand stays until the next switch.</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -941,6 +1695,44 @@
     <message>
         <source>Possible with the same configuration over the same connection only</source>
         <translation>Nur mit derselben Konfiguration über dieselbe Verbindung möglich</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ValueTile</name>
+    <message>
+        <source>no value yet</source>
+        <translation type="unfinished"></translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ValuesPage</name>
+    <message>
+        <source>Choose a station to see its input values.</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Since %1: from %2 to %3</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>No values reported yet</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Report of %1</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Asks the station for all its input values</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>The station is offline and cannot be asked for its values</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>Requested; delivered when the module next looks for an SMS</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
