@@ -1,8 +1,11 @@
-// Pictures of every page of the main window: screenshots FOLDER [--all]. Without --all only those that the
-// documentation shows.
+// Pictures of every page of the main window and of the operational mode: screenshots FOLDER [--all]. Without
+// --all only those that the documentation shows.
 
 #include "app/form_main.h"
+#include "app/translations.h"
+#include "lang/load_texts.h"
 #include "look/style.h"
+#include "operational_pictures.h"
 #include "platform/environment.h"
 #include "platform/registry.h"
 #include "support/silent_line.h"
@@ -51,14 +54,28 @@ int main(int argc, char **argv)
         for (const char *language : {"english", "deutsch"}) {
             const bool dark = appearance == Appearance::Dark;
             const bool german = language[0] == 'd';
+            const QString suffix =
+                QStringLiteral("%1-%2").arg(german ? QStringLiteral("de") : QStringLiteral("en"),
+                                            dark ? QStringLiteral("dark") : QStringLiteral("light"));
+            const QLocale locale(german ? QLocale::German : QLocale::English);
+            TextTable texts;
+            LoadTexts(texts, QString::fromLatin1(language), QStringLiteral("data/language.ini"));
+            Translations translations;
+            translations.use(QString::fromLatin1(language));
+            if (const QString failed = takeOperationalPictures(pictures, texts, locale, suffix);
+                !failed.isEmpty()) {
+                std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(failed));
+                return 1;
+            }
             if (!all && dark != german) {
-                continue; // the documentation shows each language and each appearance once
+                continue; // the documentation shows the main window's pages once in each language and
+                          // appearance
             }
             test::SilentLine line;
             test::SilentLine network;
             EventLoopTimers timers;
             Environment environment = systemEnvironment();
-            environment.locale = german ? QLocale(QLocale::German) : QLocale(QLocale::English);
+            environment.locale = locale;
             FormMain window({environment, timers, line, network,
                              [] { return QStringList{QStringLiteral("/dev/ttyUSB0")}; },
                              folder.filePath(QStringLiteral("instance"))});
@@ -70,10 +87,9 @@ int main(int argc, char **argv)
                 window.tabs().setCurrentIndex(page);
                 window.tabs().tabBar()->clearFocus();
                 settle();
-                const QString name = QStringLiteral("%1-%2-%3.png")
-                                         .arg(QLatin1String(pageNames[static_cast<std::size_t>(page)]),
-                                              german ? QStringLiteral("de") : QStringLiteral("en"),
-                                              dark ? QStringLiteral("dark") : QStringLiteral("light"));
+                const QString name =
+                    QStringLiteral("%1-%2.png")
+                        .arg(QLatin1String(pageNames[static_cast<std::size_t>(page)]), suffix);
                 if (!window.grab().save(pictures.filePath(name))) {
                     std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(name));
                     return 1;

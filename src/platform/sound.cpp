@@ -87,7 +87,7 @@ public:
             return;
         }
         m_fallback = fallback;
-        const Program program = written(wav) ? soundProgram(m_file.fileName()) : Program();
+        const Program program = written(wav) ? soundProgram(m_file->fileName()) : Program();
         if (program.path.isEmpty()) {
             fallback();
             return;
@@ -103,17 +103,16 @@ private:
     /// Anew each time: a folder of temporary files is swept now and then.
     bool written(const QByteArray &wav)
     {
-        if (m_file.isOpen() && m_file.exists()) {
+        if (m_file != nullptr && m_file->exists()) {
             return true;
         }
-        m_file.remove();
-        m_file.setFileTemplate(QString());
-        return m_file.open() && m_file.write(wav) == wav.size() && m_file.flush();
+        m_file = std::make_unique<QTemporaryFile>();
+        return m_file->open() && m_file->write(wav) == wav.size() && m_file->flush();
     }
 
     static constexpr qint64 longestMs = 10'000;
 
-    QTemporaryFile m_file;
+    std::unique_ptr<QTemporaryFile> m_file;
     QElapsedTimer m_started;
     std::function<void()> m_fallback;
     QProcess m_process;

@@ -40,7 +40,7 @@ const QString geometryKey = QStringLiteral("geometry");
 const QString splitterKey = QStringLiteral("splitter");
 constexpr QSize comfortableSize(1180, 740);
 constexpr QSize smallest(600, 360);
-constexpr int countMs = 1000;
+constexpr int countMs = 250;
 constexpr int toldMs = 50;
 constexpr qsizetype keptLines = 20;
 constexpr int treeWidth = 320;
@@ -66,9 +66,14 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     layOut();
     connectAlarms();
     connect(&m_mode, &OperationalMode::told, this, &Form_betriebsmodus::tell);
+    connect(&m_mode, &OperationalMode::stationChanged, this, [this] {
+        if (!m_countTimer.isActive()) { // counting takes longer the more stations there are
+            m_countTimer.start(countMs);
+        }
+    });
     m_toldTimer.setSingleShot(true);
     connect(&m_toldTimer, &QTimer::timeout, this, &Form_betriebsmodus::showTold);
-    m_countTimer.setInterval(countMs);
+    m_countTimer.setSingleShot(true);
     connect(&m_countTimer, &QTimer::timeout, this, &Form_betriebsmodus::showCounts);
     setMinimumSize(smallest);
     resize(comfortableSize.boundedTo(screen()->availableSize()));
@@ -189,6 +194,8 @@ QWidget *Form_betriebsmodus::layOutTree()
     connect(m_filter, &QLineEdit::textChanged, this, &Form_betriebsmodus::applyFilter);
     connect(m_filterKind, &QComboBox::activated, this, &Form_betriebsmodus::applyFilter);
     connect(m_tree, &StationTreeView::currentNodeChanged, this, &Form_betriebsmodus::showNode);
+    connect(m_tree, &StationTreeView::nameRefused, this,
+            [this](const QString &name) { tell(StationTreeView::refusalOf(name)); });
     connect(m_tree, &StationTreeView::filtered, this, &Form_betriebsmodus::showCounts);
     connect(&m_mode, &OperationalMode::alarmRaised, m_tree, &StationTreeView::reveal);
     m_tree->addActions(m_stationMenu->actions());
@@ -322,7 +329,6 @@ void Form_betriebsmodus::open(const QString &nodesPath)
     }
     m_tree->setCurrentIndex(m_mode.tree().index(0, 0));
     m_tree->setFocus();
-    m_countTimer.start();
     applyFilter();
 }
 

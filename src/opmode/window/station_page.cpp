@@ -4,6 +4,7 @@
 #include "look/palettes.h"
 #include "opmode/window/quality_bars.h"
 #include "opmode/window/station_mark.h"
+#include "opmode/window/station_tree_view.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -308,8 +309,7 @@ void StationPage::storeName()
     StationTree &tree = mode().tree();
     const QModelIndex node = tree.find(kennung());
     if (wanted != node.data().toString() && !tree.setData(node, wanted)) {
-        Q_EMIT told(
-            tr("\"%1\" cannot be the name: it is empty, holds \"/\" or another station has it").arg(wanted));
+        Q_EMIT told(StationTreeView::refusalOf(wanted));
     }
     showNow();
 }

@@ -4,6 +4,7 @@
 #include "opmode/window/station_mark.h"
 
 #include <QCoreApplication>
+#include <QLineEdit>
 #include <QPainter>
 #include <QStyledItemDelegate>
 
@@ -18,7 +19,7 @@ constexpr int refreshMs = 100;
 class NodeDelegate : public QStyledItemDelegate
 {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    explicit NodeDelegate(StationTreeView *view) : QStyledItemDelegate(view), m_view(*view) {}
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
     {
@@ -52,8 +53,16 @@ public:
         background.text.clear();
         drawItem(*painter, background);
         QRect rest = item.rect.adjusted(gap / 2, 0, -gap / 2, 0);
-        paintStationMark(*painter, QRect(rest.left(), rest.center().y() - markSide / 2, markSide, markSide),
-                         station, item.palette);
+        const QRect mark(rest.left(), rest.center().y() - markSide / 2, markSide, markSide);
+        if (isSelected) { // its colours are for a plain ground
+            painter->save();
+            painter->setRenderHint(QPainter::Antialiasing);
+            painter->setPen(Qt::NoPen);
+            painter->setBrush(item.palette.color(QPalette::Base));
+            painter->drawEllipse(QRectF(mark).adjusted(-1, -1, 1, 1));
+            painter->restore();
+        }
+        paintStationMark(*painter, mark, station, item.palette);
         rest.setLeft(rest.left() + markSide + gap);
         for (auto badge = badges.crbegin(); badge != badges.crend(); ++badge) {
             rest.setRight(drawBadge(*painter, rest, *badge, badge->endsWith(u'!'), item));
@@ -70,6 +79,14 @@ public:
                               const QModelIndex &) const override
     {
         editor->setGeometry(option.rect.adjusted(markSide + gap, 0, 0, 0));
+    }
+
+    void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override
+    {
+        const QString name = static_cast<QLineEdit *>(editor)->text();
+        if (name != index.data().toString() && !model->setData(index, name)) {
+            Q_EMIT m_view.nameRefused(name);
+        }
     }
 
 private:
@@ -99,6 +116,8 @@ private:
         painter.restore();
         return badge.left() - gap;
     }
+
+    StationTreeView &m_view;
 };
 
 } // namespace
@@ -217,6 +236,11 @@ QModelIndex StationTreeView::stationOf(QModelIndex index)
         index = index.parent();
     }
     return index;
+}
+
+QString StationTreeView::refusalOf(const QString &name)
+{
+    return tr("\"%1\" cannot be the name: it is empty, holds \"/\" or another station has it").arg(name);
 }
 
 void StationTreeView::currentChanged(const QModelIndex &current, const QModelIndex &previous)

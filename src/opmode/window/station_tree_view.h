@@ -30,7 +30,12 @@ public:
     /// The station that a node belongs to.
     static QModelIndex stationOf(QModelIndex index);
 
+    /// Why a station cannot be called that.
+    static QString refusalOf(const QString &name);
+
 Q_SIGNALS:
+    /// A name that the user gave was not taken.
+    void nameRefused(const QString &name);
     void currentNodeChanged(const QModelIndex &index);
     void filtered();
 

@@ -1,0 +1,321 @@
+#include "opmode/window/form_betriebsmodus.h"
+#include "platform/files.h"
+#include "platform/registry.h"
+#include "support/environment.h"
+#include "support/manual_timers.h"
+#include "support/recorded_line.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QFileInfo>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTabWidget>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeView>
+
+using namespace ktr;
+
+class FormBetriebsmodusTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        MRegistry::setRegistryFile(path("registry.json"));
+    }
+    void cleanup()
+    {
+        m_window.reset();
+        m_mode.reset();
+        m_lines.clear();
+        m_folder.reset();
+    }
+
+    void withoutAListThereIsOneNewStationAndMoreGetNumbers()
+    {
+        open();
+        QCOMPARE(stationNames(), QStringList("new"));
+        click("mnu_station_add");
+        click("mnu_station_add");
+        QCOMPARE(stationNames(), (QStringList{"new", "new (1)", "new (2)"}));
+        QCOMPARE(tree()->currentIndex().data().toString(), "new (2)");
+        QCOMPARE(m_mode->tree().rowCount(tree()->currentIndex()), 3);
+    }
+
+    void renamingInTheTreeRefusesWhatAnotherStationHas()
+    {
+        open({"A", "B"});
+        const auto rename = [this](const QString &name) {
+            QTest::keyClick(tree(), Qt::Key_F2);
+            auto *editor = qobject_cast<QLineEdit *>(QApplication::focusWidget());
+            QVERIFY(editor != nullptr);
+            editor->selectAll();
+            QTest::keyClicks(editor, name);
+            QTest::keyClick(editor, Qt::Key_Return);
+            QTRY_COMPARE(QApplication::focusWidget(), tree());
+        };
+        rename("B");
+        QCOMPARE(stationNames(), (QStringList{"A", "B"}));
+        QTRY_VERIFY(m_window->findChild<QLabel *>("lbl_event")->text().contains("\"B\""));
+        rename("Works/4");
+        QCOMPARE(stationNames(), (QStringList{"A", "B"}));
+        rename("Works 4");
+        QCOMPARE(stationNames(), (QStringList{"Works 4", "B"}));
+        QVERIFY(m_window->close());
+        QByteArray file;
+        QVERIFY(readFile(path("nodes.xml"), file, 1 << 20));
+        QVERIFY(file.contains("key=\"Works 4/ip/ip18\"") && !file.contains("key=\"A"));
+    }
+
+    void treeAndPagesFollowEachOther()
+    {
+        open({"A", "B"});
+        auto *pages = m_window->findChild<QTabWidget *>("TabStrip_pages");
+        tree()->setCurrentIndex(m_mode->tree().find("B/history"));
+        QCOMPARE(pages->currentIndex(), 2);
+        pages->setCurrentIndex(3);
+        QCOMPARE(tree()->currentIndex().data(StationTree::KeyRole).toString(), "B/ip");
+        tree()->setCurrentIndex(m_mode->tree().find("A"));
+        QCOMPARE(pages->currentIndex(), 0);
+        QCOMPARE(field("Text_pic0_name")->text(), "A");
+    }
+
+    void anAddressIsCheckedBeforeTheStationTakesIt()
+    {
+        open({"A"});
+        typeOver(field("Text_pic0_hostAddress"), "300.1.2.3\n");
+        QCOMPARE(m_mode->station("A")->hostAddress(), "");
+        QVERIFY(m_window->findChild<QLabel *>("lbl_pic0_address")->isVisible());
+        typeOver(field("Text_pic0_hostAddress"), "10.0.0.7");
+        check("Check_pic0_online"); // counts what was typed and not left
+        QCOMPARE(m_mode->station("A")->hostAddress(), "10.0.0.7");
+        QCOMPARE(m_lines[0]->sent, QByteArrayList{"config\r\n"});
+        QVERIFY(!m_window->findChild<QLabel *>("lbl_pic0_address")->isVisible());
+        check("Check_pic0_online");
+        QVERIFY(!m_lines[0]->isOpen());
+    }
+
+    void theExclusiveScheduleIsEditedAndActsAtOnce()
+    {
+        open({"A"}); // it is Sunday, 14:05
+        auto *day = m_window->findChild<QComboBox *>("Combo_pic0_exclusiveON");
+        QCOMPARE(day->itemText(10), "sontags");
+        QCOMPARE(day->itemText(0), QString::fromUtf8("ungültig"));
+        day->setFocus();
+        QTest::keyClick(day, Qt::Key_End);
+        typeOver(field("Text_pic0_exclusiveON"), "7:5");
+        QVERIFY(m_mode->station("A")->exclusiveMode());
+        QVERIFY(m_window->findChild<QCheckBox *>("Check_pic0_exclusive")->isChecked());
+        QTest::keyClick(field("Text_pic0_exclusiveON"), Qt::Key_Tab);
+        QCOMPARE(field("Text_pic0_exclusiveON")->text(), "07:05");
+        QCOMPARE(m_mode->schedule("A").hourOn, "07:05");
+        check("Check_pic0_exclusive");
+        QVERIFY(!m_mode->station("A")->exclusiveMode());
+    }
+
+    void deletingAsksAndAlarmsOfTheStationGoWithIt()
+    {
+        open({"A", "B"});
+        online("A");
+        alarm(0, "DI1 fail");
+        QTRY_VERIFY(m_window->findChild<QWidget *>("AlarmBar")->isVisible());
+        QVERIFY(m_window->windowTitle().startsWith("(1!)"));
+        tree()->setCurrentIndex(m_mode->tree().find("A"));
+        answerNext("CancelButton");
+        click("mnu_station_del");
+        QCOMPARE(stationNames().size(), 2);
+        answerNext("OKButton");
+        click("mnu_station_del");
+        QCOMPARE(stationNames(), QStringList("B"));
+        m_timers.advance(Milliseconds(1000));
+        QTRY_VERIFY(!m_window->findChild<QWidget *>("AlarmBar")->isVisible());
+        QCOMPARE(field("Text_pic0_name")->text(), "B");
+    }
+
+    void anAlarmIsMadeVisibleAndAcknowledgedFromTheBar()
+    {
+        open({"A", "B"});
+        online("B");
+        alarm(1, "Pump 1 fail");
+        const QModelIndex branch = m_mode->tree().find("B/meldung");
+        QTRY_VERIFY(tree()->isExpanded(branch) && tree()->isExpanded(branch.parent()));
+        auto *bar = m_window->findChild<QWidget *>("AlarmBar");
+        QTRY_VERIFY(bar->isVisible());
+        QCOMPARE(m_mode->tree().alarmCount(), 1);
+        const auto buttons = bar->findChildren<QPushButton *>();
+        const auto accept = std::ranges::find(buttons, QString("Accept"), &QPushButton::text);
+        QVERIFY(accept != buttons.end());
+        QTest::mouseClick(*accept, Qt::LeftButton);
+        QCOMPARE(m_mode->tree().alarmCount(), 0);
+        m_timers.advance(Milliseconds(1000));
+        QTRY_VERIFY(!bar->isVisible());
+        QVERIFY(!m_window->windowTitle().contains('!'));
+    }
+
+    void theFilterHidesStationsAndCountsTellIt()
+    {
+        open({"Pump 1", "Tank", "Pump 2"});
+        m_mode->setHostAddress("Tank", "10.0.0.9");
+        const auto shown = [this] {
+            QStringList names;
+            for (int row = 0; row < m_mode->tree().rowCount(); ++row) {
+                if (!tree()->isRowHidden(row, {})) {
+                    names += m_mode->tree().index(row, 0).data().toString();
+                }
+            }
+            return names;
+        };
+        typeOver(field("Text_filter_station"), "pump");
+        QTRY_COMPARE(shown(), (QStringList{"Pump 1", "Pump 2"}));
+        typeOver(field("Text_filter_station"), "0.9");
+        QTRY_COMPARE(shown(), QStringList("Tank"));
+        QTRY_VERIFY(m_window->findChild<QLabel *>("lbl_counts")->text().contains('1'));
+        typeOver(field("Text_filter_station"), "");
+        QTRY_COMPARE(shown().size(), 3);
+    }
+
+    void whileAQuestionIsOpenTheWindowDoesNotClose()
+    {
+        open({"A"});
+        bool closed = true;
+        QTimer::singleShot(0, this, [&] {
+            closed = m_window->close();
+            press(QApplication::activeModalWidget(), "CancelButton");
+        });
+        click("mnu_station_del");
+        QVERIFY(!closed && m_window->isVisible() && m_mode->isOpen());
+        QSignalSpy gone(m_window.get(), &Form_betriebsmodus::closed);
+        QVERIFY(m_window->close());
+        QCOMPARE(gone.size(), 1);
+        QCOMPARE(m_mode->stations().Count(), 0);
+    }
+
+    void aListThatCannotBeWrittenIsAskedAboutAndNothingIsLost()
+    {
+        open({"A"});
+        online("A");
+        alarm(0, "DI1 fail");
+        QVERIFY(QFile::rename(path("nodes.xml"), path("old.xml")));
+        QVERIFY(QDir(m_folder->path()).mkdir("nodes.xml")); // nothing can take its place
+        answerNext("CancelButton");
+        QVERIFY(!m_window->close());
+        QVERIFY(m_mode->station("A")->online());
+        answerNext("OKButton");
+        QVERIFY(m_window->close());
+        QVERIFY(QDir(m_folder->path()).rmdir("nodes.xml") &&
+                QFile::rename(path("old.xml"), path("nodes.xml")));
+        cleanupWindow();
+        openWindow();
+        QCOMPARE(m_mode->tree().alarmCount(), 1);
+    }
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+
+    void open(const QStringList &stations = {})
+    {
+        QByteArray document;
+        for (const QString &station : stations) {
+            const QByteArray name = station.toUtf8();
+            document += "<item key=\"" + name + "\" text=\"" + name + "\" ForeColor=\"-2147483640\"/>";
+        }
+        if (!stations.isEmpty()) {
+            QVERIFY(replaceFile(path("nodes.xml"), "<KTR>" + document + "</KTR>"));
+        }
+        openWindow();
+    }
+
+    void openWindow()
+    {
+        const auto createLine = [this] {
+            auto line = std::make_unique<test::RecordedLine>();
+            m_lines += line.get();
+            return line;
+        };
+        m_mode = std::make_unique<OperationalMode>(
+            OperationalMode::Services{test::fixedEnvironment(), m_timers, createLine, [] {},
+                                      [this] { return m_timers.now(); }},
+            stationCaptions(m_texts));
+        m_window = std::make_unique<Form_betriebsmodus>(
+            *m_mode, m_texts, Form_betriebsmodus::Services{m_timers, test::english(), {}, {}});
+        m_window->show();
+        m_window->open(path("nodes.xml"));
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    }
+
+    void cleanupWindow()
+    {
+        m_window.reset();
+        m_mode.reset();
+        m_lines.clear();
+    }
+
+    QTreeView *tree() const { return m_window->findChild<QTreeView *>("TreeView_KTR_Nodes"); }
+    QLineEdit *field(const char *name) const { return m_window->findChild<QLineEdit *>(name); }
+    void click(const char *action) { m_window->findChild<QAction *>(action)->trigger(); }
+
+    void check(const char *name)
+    {
+        auto *box = m_window->findChild<QCheckBox *>(name);
+        QTest::mouseClick(box, Qt::LeftButton, {}, {8, box->height() / 2});
+    }
+
+    static void typeOver(QLineEdit *edit, const QString &text)
+    {
+        edit->setFocus();
+        edit->selectAll();
+        QTest::keyClick(edit, Qt::Key_Delete);
+        for (const QChar c : text) {
+            c == u'\n' ? QTest::keyClick(edit, Qt::Key_Return) : QTest::keyClick(edit, c.toLatin1());
+        }
+    }
+
+    static void press(QWidget *question, const char *button)
+    {
+        QVERIFY(question != nullptr);
+        QTest::mouseClick(question->findChild<QPushButton *>(button), Qt::LeftButton);
+    }
+    void answerNext(const char *button)
+    {
+        QTimer::singleShot(0, this, [button] { press(QApplication::activeModalWidget(), button); });
+    }
+
+    QStringList stationNames() const
+    {
+        QStringList names;
+        for (int row = 0; row < m_mode->tree().rowCount(); ++row) {
+            names += m_mode->tree().index(row, 0).data().toString();
+        }
+        return names;
+    }
+
+    void online(const QString &kennung)
+    {
+        m_mode->setHostAddress(kennung, "10.0.0.7");
+        m_mode->setOnline(kennung, true);
+    }
+    void alarm(int station, const QByteArray &text)
+    {
+        m_lines[station]->say("at+cmgs=\"+4917012345\"\r");
+        m_lines[station]->say("M," + text + '\x1A');
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    TextTable m_texts;
+    test::ManualTimers m_timers;
+    QList<test::RecordedLine *> m_lines;
+    std::unique_ptr<OperationalMode> m_mode;
+    std::unique_ptr<Form_betriebsmodus> m_window;
+};
+
+QTEST_MAIN(FormBetriebsmodusTest)
+#include "form_betriebsmodus_test.moc"
