@@ -5,59 +5,59 @@
     <name>Export</name>
     <message>
         <source>Station</source>
-        <translation type="unfinished"></translation>
+        <translation>Station</translation>
     </message>
     <message>
         <source>Time</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeit</translation>
     </message>
     <message>
         <source>Input</source>
-        <translation type="unfinished"></translation>
+        <translation>Eingang</translation>
     </message>
     <message>
         <source>Input name</source>
-        <translation type="unfinished"></translation>
+        <translation>Eingangsname</translation>
     </message>
     <message>
         <source>Value</source>
-        <translation type="unfinished"></translation>
+        <translation>Wert</translation>
     </message>
     <message>
         <source>Received</source>
-        <translation type="unfinished"></translation>
+        <translation>Empfangen</translation>
     </message>
     <message>
         <source>Number</source>
-        <translation type="unfinished"></translation>
+        <translation>Rufnummer</translation>
     </message>
     <message>
         <source>Text</source>
-        <translation type="unfinished"></translation>
+        <translation>Text</translation>
     </message>
     <message>
         <source>Count</source>
-        <translation type="unfinished"></translation>
+        <translation>Anzahl</translation>
     </message>
     <message>
         <source>State</source>
-        <translation type="unfinished"></translation>
+        <translation>Status</translation>
     </message>
     <message>
         <source>Acknowledged</source>
-        <translation type="unfinished"></translation>
+        <translation>Quittiert</translation>
     </message>
     <message>
         <source>not acknowledged</source>
-        <translation type="unfinished"></translation>
+        <translation>nicht quittiert</translation>
     </message>
     <message>
         <source>acknowledged</source>
-        <translation type="unfinished"></translation>
+        <translation>quittiert</translation>
     </message>
     <message>
         <source>no alarm</source>
-        <translation type="unfinished"></translation>
+        <translation>kein Alarm</translation>
     </message>
 </context>
 <context>
@@ -188,11 +188,11 @@
     </message>
     <message>
         <source>nodes that belong nowhere were left out: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>nicht zuzuordnende Knoten ausgelassen: %1</translation>
     </message>
     <message>
         <source>is damaged; the times of the notifications are not known</source>
-        <translation type="unfinished"></translation>
+        <translation>ist beschädigt; die Zeiten der Meldungen sind unbekannt</translation>
     </message>
 </context>
 <context>
@@ -276,167 +276,168 @@
     <name>StationList</name>
     <message>
         <source>There is no name</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Name fehlt</translation>
     </message>
     <message>
         <source>A name must not hold a &quot;/&quot;</source>
-        <translation type="unfinished"></translation>
+        <translation>Ein Name darf kein „/“ enthalten</translation>
     </message>
     <message>
         <source>This is no address of a module</source>
-        <translation type="unfinished"></translation>
+        <translation>Das ist keine Adresse eines Moduls</translation>
     </message>
     <message>
         <source>There is another &quot;%1&quot;</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ gibt es bereits</translation>
     </message>
     <message>
         <source>Without an address</source>
-        <translation type="unfinished"></translation>
+        <translation>Ohne Adresse</translation>
     </message>
 </context>
 <context>
     <name>StationMark</name>
     <message>
         <source>offline</source>
-        <translation type="unfinished"></translation>
+        <translation>offline</translation>
     </message>
     <message>
         <source>not heard yet</source>
-        <translation type="unfinished"></translation>
+        <translation>noch nicht gehört</translation>
     </message>
     <message>
         <source>alive</source>
-        <translation type="unfinished"></translation>
+        <translation>aktiv</translation>
     </message>
     <message>
         <source>silent</source>
-        <translation type="unfinished"></translation>
+        <translation>stumm</translation>
     </message>
 </context>
 <context>
     <name>StationTreeView</name>
     <message>
         <source>excl.</source>
-        <translation type="unfinished"></translation>
+        <translation>exkl.</translation>
     </message>
 </context>
 <context>
     <name>ktr::Acknowledging</name>
     <message>
         <source>Not acknowledged: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht quittiert: %1</translation>
     </message>
     <message>
         <source>Acknowledge %L1 alarms?</source>
-        <translation type="unfinished"></translation>
+        <translation>%L1 Alarme quittieren?</translation>
     </message>
 </context>
 <context>
     <name>ktr::AddStationsDialog</name>
     <message>
         <source>Add stations</source>
-        <translation type="unfinished"></translation>
+        <translation>Stationen hinzufügen</translation>
     </message>
     <message>
         <source>Go online at once</source>
-        <translation type="unfinished"></translation>
+        <translation>Sofort online schalten</translation>
     </message>
     <message>
         <source>Connects every new station that has an address</source>
-        <translation type="unfinished"></translation>
+        <translation>Verbindet jede neue Station, die eine Adresse hat</translation>
     </message>
     <message>
         <source>Pumping station North;10.0.0.17
 Water tower;tower.example.org:49111</source>
-        <translation type="unfinished"></translation>
+        <translation>Pumpwerk Nord;10.0.0.17
+Wasserturm;turm.example.org:49111</translation>
     </message>
     <message>
         <source>The address is a number or a name, with &quot;:port&quot; where the port is another</source>
-        <translation type="unfinished"></translation>
+        <translation>Als Adresse vier Zahlen oder ein Name, mit „:Port“, wenn der Port abweicht</translation>
     </message>
     <message>
         <source>One station per line: name;address</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Station pro Zeile: Name;Adresse</translation>
     </message>
     <message>
         <source>Read from a file</source>
-        <translation type="unfinished"></translation>
+        <translation>Aus Datei lesen</translation>
     </message>
     <message>
         <source>A CSV or text file with at most %1 lines</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine CSV- oder Textdatei mit höchstens %1 Zeilen</translation>
     </message>
     <message>
         <source>What becomes of the lines</source>
-        <translation type="unfinished"></translation>
+        <translation>Was aus den Zeilen wird</translation>
     </message>
     <message>
         <source>Lists of stations</source>
-        <translation type="unfinished"></translation>
+        <translation>Stationslisten</translation>
     </message>
     <message>
         <source>All files</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Dateien</translation>
     </message>
     <message>
         <source>Stations to be added: %1; lines left out: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Hinzuzufügende Stationen: %1; ausgelassene Zeilen: %2</translation>
     </message>
     <message>
         <source>Only the first %1 stations are read</source>
-        <translation type="unfinished"></translation>
+        <translation>Nur die ersten %1 Stationen werden gelesen</translation>
     </message>
     <message>
         <source>Stations added: %1; lines left out: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>Hinzugefügte Stationen: %1; ausgelassene Zeilen: %2</translation>
     </message>
 </context>
 <context>
     <name>ktr::AlarmBar</name>
     <message>
         <source>Show all</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle anzeigen</translation>
     </message>
     <message>
         <source>Latest</source>
-        <translation type="unfinished"></translation>
+        <translation>Neuester</translation>
     </message>
     <message>
         <source>Lists the alarms of all stations that are not acknowledged</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeigt die nicht quittierten Alarme aller Stationen</translation>
     </message>
     <message>
         <source>Shows the latest alarm at its station</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeigt den neuesten Alarm bei seiner Station</translation>
     </message>
     <message>
         <source>Acknowledges all alarms of all stations</source>
-        <translation type="unfinished"></translation>
+        <translation>Quittiert alle Alarme aller Stationen</translation>
     </message>
     <message>
         <source>Mute</source>
-        <translation type="unfinished"></translation>
+        <translation>Ton aus</translation>
     </message>
     <message>
         <source>Without it, new alarms sound, and every 60 seconds as long as one is not acknowledged. This bar and messages of the desktop stay.</source>
-        <translation type="unfinished"></translation>
+        <translation>Ohne Haken ertönt ein Signal bei neuen Alarmen und alle 60 Sekunden, solange einer nicht quittiert ist. Diese Leiste und Desktop-Benachrichtigungen bleiben.</translation>
     </message>
     <message>
         <source>1 alarm</source>
-        <translation type="unfinished"></translation>
+        <translation>1 Alarm</translation>
     </message>
     <message>
         <source>%1 alarms</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 Alarme</translation>
     </message>
     <message>
         <source>First: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Erster: %1</translation>
     </message>
     <message>
         <source>Latest: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Neuester: %1</translation>
     </message>
 </context>
 <context>
@@ -513,23 +514,23 @@ Water tower;tower.example.org:49111</source>
     <name>ktr::DesktopNotifier</name>
     <message>
         <source>New alarm</source>
-        <translation type="unfinished"></translation>
+        <translation>Neuer Alarm</translation>
     </message>
     <message>
         <source>New alarms: %L1</source>
-        <translation type="unfinished"></translation>
+        <translation>Neue Alarme: %L1</translation>
     </message>
     <message>
         <source>First: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Erster: %1</translation>
     </message>
     <message>
         <source>Latest: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Neuester: %1</translation>
     </message>
     <message>
         <source>This desktop shows no messages; alarms are shown in the window only.</source>
-        <translation type="unfinished"></translation>
+        <translation>Dieser Desktop zeigt keine Benachrichtigungen; Alarme erscheinen nur im Fenster.</translation>
     </message>
 </context>
 <context>
@@ -551,119 +552,119 @@ Water tower;tower.example.org:49111</source>
     <name>ktr::ExportDialog</name>
     <message>
         <source>Entries</source>
-        <translation type="unfinished"></translation>
+        <translation>Einträge</translation>
     </message>
     <message>
         <source>Only not acknowledged</source>
-        <translation type="unfinished"></translation>
+        <translation>Nur nicht quittierte</translation>
     </message>
     <message>
         <source>Leaves out notifications that are no alarm or were acknowledged</source>
-        <translation type="unfinished"></translation>
+        <translation>Lässt Meldungen aus, die kein Alarm oder bereits quittiert sind</translation>
     </message>
     <message>
         <source>Time</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeitraum</translation>
     </message>
     <message>
         <source>Entries whose time is not known are exported with &quot;Everything&quot; only</source>
-        <translation type="unfinished"></translation>
+        <translation>Einträge, deren Zeit unbekannt ist, werden nur mit „Alles“ exportiert</translation>
     </message>
     <message>
         <source>Everything</source>
-        <translation type="unfinished"></translation>
+        <translation>Alles</translation>
     </message>
     <message>
         <source>Today</source>
-        <translation type="unfinished"></translation>
+        <translation>Heute</translation>
     </message>
     <message>
         <source>The last 7 days</source>
-        <translation type="unfinished"></translation>
+        <translation>Die letzten 7 Tage</translation>
     </message>
     <message>
         <source>This month</source>
-        <translation type="unfinished"></translation>
+        <translation>Dieser Monat</translation>
     </message>
     <message>
         <source>From a time to another</source>
-        <translation type="unfinished"></translation>
+        <translation>Bestimmter Zeitraum</translation>
     </message>
     <message>
         <source>From</source>
-        <translation type="unfinished"></translation>
+        <translation>Von</translation>
     </message>
     <message>
         <source>To</source>
-        <translation type="unfinished"></translation>
+        <translation>Bis</translation>
     </message>
     <message>
         <source>Day, month, year, hour and minute; this minute is included</source>
-        <translation type="unfinished"></translation>
+        <translation>Tag, Monat, Jahr, Stunde und Minute; diese Minute gehört dazu</translation>
     </message>
     <message>
         <source>Stations</source>
-        <translation type="unfinished"></translation>
+        <translation>Stationen</translation>
     </message>
     <message>
         <source>All (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle (%1)</translation>
     </message>
     <message>
         <source>The chosen one</source>
-        <translation type="unfinished"></translation>
+        <translation>Die gewählte</translation>
     </message>
     <message>
         <source>Only %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nur %1</translation>
     </message>
     <message>
         <source>These:</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese:</translation>
     </message>
     <message>
         <source>The first time is later than the second</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Beginn liegt nach dem Ende</translation>
     </message>
     <message>
         <source>Entries: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Einträge: %1</translation>
     </message>
     <message>
         <source>Left out, time not known: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Ausgelassen, Zeit unbekannt: %1</translation>
     </message>
     <message>
         <source>history %1.csv</source>
-        <translation type="unfinished"></translation>
+        <translation>Historie %1.csv</translation>
     </message>
     <message>
         <source>notifications %1.csv</source>
-        <translation type="unfinished"></translation>
+        <translation>Meldungen %1.csv</translation>
     </message>
     <message>
         <source>CSV table</source>
-        <translation type="unfinished"></translation>
+        <translation>CSV-Tabelle</translation>
     </message>
     <message>
         <source>Exported: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Exportiert: %1</translation>
     </message>
     <message>
         <source>%1: entries exported: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: exportierte Einträge: %2</translation>
     </message>
     <message>
         <source>left out, time not known: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>ausgelassen, Zeit unbekannt: %1</translation>
     </message>
     <message>
         <source>The export failed: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Export ist fehlgeschlagen: %1</translation>
     </message>
     <message>
         <source>The export was cancelled; there is no new file</source>
-        <translation type="unfinished"></translation>
+        <translation>Der Export wurde abgebrochen; es gibt keine neue Datei</translation>
     </message>
 </context>
 <context>
@@ -759,75 +760,75 @@ Water tower;tower.example.org:49111</source>
     <name>ktr::Form_betriebsmodus</name>
     <message>
         <source>Put all stations offline? No alarm of any of them arrives then.</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Stationen offline schalten? Dann kommt von keiner mehr ein Alarm an.</translation>
     </message>
     <message>
         <source>Add several...</source>
-        <translation type="unfinished"></translation>
+        <translation>Mehrere hinzufügen...</translation>
     </message>
     <message>
         <source>Rename</source>
-        <translation type="unfinished"></translation>
+        <translation>Umbenennen</translation>
     </message>
     <message>
         <source>Close the operational mode</source>
-        <translation type="unfinished"></translation>
+        <translation>Betriebsmodus schließen</translation>
     </message>
     <message>
         <source>Find a station (name or address)</source>
-        <translation type="unfinished"></translation>
+        <translation>Station suchen (Name oder Adresse)</translation>
     </message>
     <message>
         <source>All</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle</translation>
     </message>
     <message>
         <source>In alarm</source>
-        <translation type="unfinished"></translation>
+        <translation>Mit Alarm</translation>
     </message>
     <message>
         <source>Not alive</source>
-        <translation type="unfinished"></translation>
+        <translation>Nicht aktiv</translation>
     </message>
     <message>
         <source>Offline</source>
-        <translation type="unfinished"></translation>
+        <translation>Offline</translation>
     </message>
     <message>
         <source>Stations shown</source>
-        <translation type="unfinished"></translation>
+        <translation>Angezeigte Stationen</translation>
     </message>
     <message>
         <source>Stations</source>
-        <translation type="unfinished"></translation>
+        <translation>Stationen</translation>
     </message>
     <message>
         <source>The list of stations could not be written. What changed is kept in its journal and is taken up at the next opening. Close all the same?</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Stationsliste konnte nicht geschrieben werden. Die Änderungen bleiben in ihrem Journal erhalten und werden beim nächsten Öffnen übernommen. Trotzdem schließen?</translation>
     </message>
     <message>
         <source>Stations: %1, alive %2, silent %3, offline %4</source>
-        <translation type="unfinished"></translation>
+        <translation>Stationen: %1, aktiv %2, stumm %3, offline %4</translation>
     </message>
     <message>
         <source>shown %1</source>
-        <translation type="unfinished"></translation>
+        <translation>angezeigt %1</translation>
     </message>
     <message>
         <source>There is no room for another station</source>
-        <translation type="unfinished"></translation>
+        <translation>Für eine weitere Station ist kein Platz</translation>
     </message>
     <message>
         <source>Delete the station &quot;%1&quot; with its notifications, its history and its values?</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Station „%1“ mit ihren Meldungen, ihrer Historie und ihren Werten löschen?</translation>
     </message>
     <message>
         <source>The station &quot;%1&quot; was deleted</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Station „%1“ wurde gelöscht</translation>
     </message>
     <message>
         <source>The station has no address yet</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Station hat noch keine Adresse</translation>
     </message>
 </context>
 <context>
@@ -857,97 +858,97 @@ Water tower;tower.example.org:49111</source>
     <name>ktr::HistoryModel</name>
     <message>
         <source>Time</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeit</translation>
     </message>
     <message>
         <source>Input</source>
-        <translation type="unfinished"></translation>
+        <translation>Eingang</translation>
     </message>
     <message>
         <source>Value</source>
-        <translation type="unfinished"></translation>
+        <translation>Wert</translation>
     </message>
 </context>
 <context>
     <name>ktr::HistoryPage</name>
     <message>
         <source>Inputs to draw</source>
-        <translation type="unfinished"></translation>
+        <translation>Darzustellende Eingänge</translation>
     </message>
     <message>
         <source>The inputs that are drawn; the space bar chooses</source>
-        <translation type="unfinished"></translation>
+        <translation>Die dargestellten Eingänge; die Leertaste wählt aus</translation>
     </message>
     <message>
         <source>Whole time</source>
-        <translation type="unfinished"></translation>
+        <translation>Ganzer Zeitraum</translation>
     </message>
     <message>
         <source>Shows the whole time (double click into the plot, or Home)</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeigt den ganzen Zeitraum (Doppelklick ins Diagramm oder Pos1)</translation>
     </message>
     <message>
         <source>Save picture...</source>
-        <translation type="unfinished"></translation>
+        <translation>Bild speichern...</translation>
     </message>
     <message>
         <source>Saves the plot as it is shown as a PNG file</source>
-        <translation type="unfinished"></translation>
+        <translation>Speichert das Diagramm wie angezeigt als PNG-Datei</translation>
     </message>
     <message>
         <source>Choose a station to see its history.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Station wählen, um ihre Historie zu sehen.</translation>
     </message>
     <message>
         <source>%1 has not sent any history yet.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 hat noch keine Historie gesendet.</translation>
     </message>
     <message>
         <source>Records: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Datensätze: %1</translation>
     </message>
     <message>
         <source>%1, from %2 to %3</source>
-        <translation type="unfinished"></translation>
+        <translation>%1, von %2 bis %3</translation>
     </message>
     <message>
         <source>PNG picture</source>
-        <translation type="unfinished"></translation>
+        <translation>PNG-Bild</translation>
     </message>
     <message>
         <source>%1: the picture is too large.</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: Das Bild ist zu groß.</translation>
     </message>
     <message>
         <source>Saved: %1</source>
-        <translation type="unfinished">Gespeichert: %1</translation>
+        <translation>Gespeichert: %1</translation>
     </message>
 </context>
 <context>
     <name>ktr::HistoryPlot</name>
     <message>
         <source>No input with values is chosen.</source>
-        <translation type="unfinished"></translation>
+        <translation>Es ist kein Eingang mit Werten gewählt.</translation>
     </message>
     <message>
         <source>Point at a curve to read its values.</source>
-        <translation type="unfinished"></translation>
+        <translation>Zum Ablesen der Werte auf eine Kurve zeigen.</translation>
     </message>
     <message>
         <source>Values</source>
-        <translation type="unfinished"></translation>
+        <translation>Werte</translation>
     </message>
     <message>
         <source>Counters</source>
-        <translation type="unfinished"></translation>
+        <translation>Zähler</translation>
     </message>
     <message>
         <source>History over time</source>
-        <translation type="unfinished"></translation>
+        <translation>Historie im Zeitverlauf</translation>
     </message>
     <message>
         <source>Plus and minus zoom, the arrow keys move, Home shows the whole time, Ctrl and an arrow key go from record to record.</source>
-        <translation type="unfinished"></translation>
+        <translation>Plus und Minus zoomen, die Pfeiltasten verschieben, Pos1 zeigt den ganzen Zeitraum, Strg mit einer Pfeiltaste geht von Datensatz zu Datensatz.</translation>
     </message>
 </context>
 <context>
@@ -1294,105 +1295,105 @@ Water tower;tower.example.org:49111</source>
     <name>ktr::NotificationModel</name>
     <message>
         <source>acknowledged %1</source>
-        <translation type="unfinished"></translation>
+        <translation>quittiert %1</translation>
     </message>
     <message>
         <source>Received</source>
-        <translation type="unfinished"></translation>
+        <translation>Empfangen</translation>
     </message>
     <message>
         <source>Station</source>
-        <translation type="unfinished"></translation>
+        <translation>Station</translation>
     </message>
     <message>
         <source>Text</source>
-        <translation type="unfinished"></translation>
+        <translation>Text</translation>
     </message>
     <message>
         <source>State</source>
-        <translation type="unfinished"></translation>
+        <translation>Status</translation>
     </message>
     <message>
         <source>Arrived</source>
-        <translation type="unfinished"></translation>
+        <translation>Anzahl</translation>
     </message>
     <message>
         <source>Sender</source>
-        <translation type="unfinished"></translation>
+        <translation>Absender</translation>
     </message>
 </context>
 <context>
     <name>ktr::NotificationPage</name>
     <message>
         <source>This station</source>
-        <translation type="unfinished"></translation>
+        <translation>Diese Station</translation>
     </message>
     <message>
         <source>All stations</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle Stationen</translation>
     </message>
     <message>
         <source>Only %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Nur %1</translation>
     </message>
     <message>
         <source>Filter</source>
-        <translation type="unfinished"></translation>
+        <translation>Filter</translation>
     </message>
     <message>
         <source>Lists what holds this in its text, sender or station</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeigt, was dies in Text, Absender oder Station enthält</translation>
     </message>
     <message>
         <source>Acknowledges the selected notifications (Space or Enter in the list)</source>
-        <translation type="unfinished"></translation>
+        <translation>Quittiert die gewählten Meldungen (Leertaste oder Eingabetaste in der Liste)</translation>
     </message>
     <message>
         <source>%1 (all shown)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (alle angezeigten)</translation>
     </message>
     <message>
         <source>Acknowledges all alarms that are listed</source>
-        <translation type="unfinished"></translation>
+        <translation>Quittiert alle angezeigten Alarme</translation>
     </message>
     <message>
         <source>Copy</source>
-        <translation type="unfinished"></translation>
+        <translation>Kopieren</translation>
     </message>
     <message>
         <source>Copies the selected rows, their columns parted by tabs (Ctrl+C)</source>
-        <translation type="unfinished"></translation>
+        <translation>Kopiert die gewählten Zeilen, Spalten durch Tabulatoren getrennt (Strg+C)</translation>
     </message>
     <message>
         <source>Listed: %1, %2: %3</source>
-        <translation type="unfinished"></translation>
+        <translation>Angezeigt: %1, %2: %3</translation>
     </message>
     <message>
         <source>Nothing fits the filter</source>
-        <translation type="unfinished"></translation>
+        <translation>Nichts passt zum Filter</translation>
     </message>
     <message>
         <source>No notifications</source>
-        <translation type="unfinished"></translation>
+        <translation>Keine Meldungen</translation>
     </message>
 </context>
 <context>
     <name>ktr::OperationalMode</name>
     <message>
         <source>Changes are kept again</source>
-        <translation type="unfinished"></translation>
+        <translation>Änderungen werden wieder gesichert</translation>
     </message>
     <message>
         <source>The program did not end properly last time; changes taken up from the journal: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Das Programm wurde zuletzt nicht ordnungsgemäß beendet; aus dem Journal übernommene Änderungen: %1</translation>
     </message>
     <message>
         <source>Of the journal were not usable: %1 changes and %2 bytes at its end</source>
-        <translation type="unfinished"></translation>
+        <translation>Vom Journal nicht verwendbar: %1 Änderungen und %2 Bytes am Ende</translation>
     </message>
     <message>
         <source>%1: not understood: %2</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: nicht verstanden: %2</translation>
     </message>
 </context>
 <context>
@@ -1441,105 +1442,105 @@ Water tower;tower.example.org:49111</source>
     <name>ktr::StationCheckList</name>
     <message>
         <source>All that are shown</source>
-        <translation type="unfinished"></translation>
+        <translation>Alle angezeigten</translation>
     </message>
     <message>
         <source>Find a station</source>
-        <translation type="unfinished"></translation>
+        <translation>Station suchen</translation>
     </message>
     <message>
         <source>Shows the stations whose names hold this text</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeigt die Stationen, deren Name diesen Text enthält</translation>
     </message>
     <message>
         <source>Ticks the stations of the list, or none of them</source>
-        <translation type="unfinished"></translation>
+        <translation>Setzt die Haken bei allen Stationen der Liste oder bei keiner</translation>
     </message>
     <message>
         <source>Stations</source>
-        <translation type="unfinished"></translation>
+        <translation>Stationen</translation>
     </message>
     <message>
         <source>The space bar ticks the station that is chosen</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Leertaste setzt den Haken bei der gewählten Station</translation>
     </message>
 </context>
 <context>
     <name>ktr::StationListModel</name>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Name</translation>
     </message>
     <message>
         <source>Address</source>
-        <translation type="unfinished"></translation>
+        <translation>Adresse</translation>
     </message>
     <message>
         <source>Remark</source>
-        <translation type="unfinished"></translation>
+        <translation>Bemerkung</translation>
     </message>
 </context>
 <context>
     <name>ktr::StationPage</name>
     <message>
         <source>lent to the configuration</source>
-        <translation type="unfinished"></translation>
+        <translation>von der Konfiguration belegt</translation>
     </message>
     <message>
         <source>unknown (%1)</source>
-        <translation type="unfinished"></translation>
+        <translation>unbekannt (%1)</translation>
     </message>
     <message>
         <source>%1 (reported: %2)</source>
-        <translation type="unfinished"></translation>
+        <translation>%1 (gemeldet: %2)</translation>
     </message>
     <message>
         <source>not since the operational mode was opened</source>
-        <translation type="unfinished"></translation>
+        <translation>nicht seit dem Öffnen des Betriebsmodus</translation>
     </message>
     <message>
         <source>%1, %2 s ago</source>
-        <translation type="unfinished"></translation>
+        <translation>%1, vor %2 s</translation>
     </message>
     <message>
         <source>%1, %2 min ago</source>
-        <translation type="unfinished"></translation>
+        <translation>%1, vor %2 min</translation>
     </message>
     <message>
         <source>&quot;%1&quot; cannot be the name: it is empty, holds &quot;/&quot; or another station has it</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ ist als Name nicht möglich: er ist leer, enthält „/“ oder gehört einer anderen Station</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is no address of a module: four numbers from 0 to 255 with dots between them, or a host name; &quot;:port&quot; may follow</source>
-        <translation type="unfinished"></translation>
+        <translation>„%1“ ist keine Adresse eines Moduls: vier Zahlen von 0 bis 255, mit Punkten getrennt, oder ein Hostname; „:Port“ kann folgen</translation>
     </message>
     <message>
         <source>Name</source>
-        <translation type="unfinished"></translation>
+        <translation>Name</translation>
     </message>
     <message>
         <source>Address</source>
-        <translation type="unfinished"></translation>
+        <translation>Adresse</translation>
     </message>
     <message>
         <source>Where the module is reached: four numbers from 0 to 255, or a name; port %1 unless &quot;:port&quot; follows</source>
-        <translation type="unfinished"></translation>
+        <translation>Adresse des Moduls: vier Zahlen von 0 bis 255 oder ein Name; Port %1, wenn nicht „:Port“ folgt</translation>
     </message>
     <message>
         <source>Last heard</source>
-        <translation type="unfinished"></translation>
+        <translation>Zuletzt gehört</translation>
     </message>
     <message>
         <source>The days on which exclusive mode is switched</source>
-        <translation type="unfinished"></translation>
+        <translation>Tage, an denen der Exklusivmodus geschaltet wird</translation>
     </message>
     <message>
         <source>The time of the day, HH:MM</source>
-        <translation type="unfinished"></translation>
+        <translation>Uhrzeit, HH:MM</translation>
     </message>
     <message>
         <source>While it is exclusive the module uses this connection alone: it neither sends nor receives by GSM. What is ticked by hand stays until the next switch.</source>
-        <translation type="unfinished"></translation>
+        <translation>Im Exklusivmodus nutzt das Modul nur diese Verbindung: Über GSM sendet und empfängt es nichts. Was von Hand gesetzt wird, gilt bis zum nächsten Schalten.</translation>
     </message>
 </context>
 <context>
@@ -1701,38 +1702,38 @@ Water tower;tower.example.org:49111</source>
     <name>ktr::ValueTile</name>
     <message>
         <source>no value yet</source>
-        <translation type="unfinished"></translation>
+        <translation>noch kein Wert</translation>
     </message>
 </context>
 <context>
     <name>ktr::ValuesPage</name>
     <message>
         <source>Choose a station to see its input values.</source>
-        <translation type="unfinished"></translation>
+        <translation>Eine Station wählen, um ihre Eingangswerte zu sehen.</translation>
     </message>
     <message>
         <source>Since %1: from %2 to %3</source>
-        <translation type="unfinished"></translation>
+        <translation>Seit %1: von %2 bis %3</translation>
     </message>
     <message>
         <source>No values reported yet</source>
-        <translation type="unfinished"></translation>
+        <translation>Noch keine Werte gemeldet</translation>
     </message>
     <message>
         <source>Report of %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Stand: %1</translation>
     </message>
     <message>
         <source>Asks the station for all its input values</source>
-        <translation type="unfinished"></translation>
+        <translation>Fordert alle Eingangswerte der Station an</translation>
     </message>
     <message>
         <source>The station is offline and cannot be asked for its values</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Station ist offline; ihre Werte können nicht angefordert werden</translation>
     </message>
     <message>
         <source>Requested; delivered when the module next looks for an SMS</source>
-        <translation type="unfinished"></translation>
+        <translation>Angefordert; wird zugestellt, sobald das Modul seine SMS liest</translation>
     </message>
 </context>
 <context>
