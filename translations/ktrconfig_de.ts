@@ -776,7 +776,7 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
     <message>
         <source>Find a station (name or address)</source>
-        <translation>Station suchen (Name oder Adresse)</translation>
+        <translation>Name, Adresse suchen</translation>
     </message>
     <message>
         <source>All</source>
@@ -1350,7 +1350,7 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
     <message>
         <source>%1 (all shown)</source>
-        <translation>%1 (alle angezeigten)</translation>
+        <translation>%1 (alle gezeigten)</translation>
     </message>
     <message>
         <source>Acknowledges all alarms that are listed</source>
