@@ -1507,10 +1507,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>%1, vor %2 min</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; cannot be the name: it is empty, holds &quot;/&quot; or another station has it</source>
-        <translation>„%1“ ist als Name nicht möglich: er ist leer, enthält „/“ oder gehört einer anderen Station</translation>
-    </message>
-    <message>
         <source>&quot;%1&quot; is no address of a module: four numbers from 0 to 255 with dots between them, or a host name; &quot;:port&quot; may follow</source>
         <translation>„%1“ ist keine Adresse eines Moduls: vier Zahlen von 0 bis 255, mit Punkten getrennt, oder ein Hostname; „:Port“ kann folgen</translation>
     </message>
@@ -1541,6 +1537,13 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>While it is exclusive the module uses this connection alone: it neither sends nor receives by GSM. What is ticked by hand stays until the next switch.</source>
         <translation>Im Exklusivmodus nutzt das Modul nur diese Verbindung: Über GSM sendet und empfängt es nichts. Was von Hand gesetzt wird, gilt bis zum nächsten Schalten.</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationTreeView</name>
+    <message>
+        <source>&quot;%1&quot; cannot be the name: it is empty, holds &quot;/&quot; or another station has it</source>
+        <translation>„%1“ ist als Name nicht möglich: er ist leer, enthält „/“ oder gehört einer anderen Station</translation>
     </message>
 </context>
 <context>
