@@ -28,10 +28,6 @@
         <translation>Empfangen</translation>
     </message>
     <message>
-        <source>Number</source>
-        <translation>Rufnummer</translation>
-    </message>
-    <message>
         <source>Text</source>
         <translation>Text</translation>
     </message>
@@ -58,6 +54,10 @@
     <message>
         <source>no alarm</source>
         <translation>kein Alarm</translation>
+    </message>
+    <message>
+        <source>Sender</source>
+        <translation type="unfinished">Absender</translation>
     </message>
 </context>
 <context>
@@ -287,12 +287,12 @@
         <translation>Das ist keine Adresse eines Moduls</translation>
     </message>
     <message>
-        <source>There is another &quot;%1&quot;</source>
-        <translation>„%1“ gibt es bereits</translation>
-    </message>
-    <message>
         <source>Without an address</source>
         <translation>Ohne Adresse</translation>
+    </message>
+    <message>
+        <source>There is a &quot;%1&quot; already</source>
+        <translation>„%1“ gibt es schon</translation>
     </message>
 </context>
 <context>
@@ -353,10 +353,6 @@ Water tower;tower.example.org:49111</source>
 Wasserturm;turm.example.org:49111</translation>
     </message>
     <message>
-        <source>The address is a number or a name, with &quot;:port&quot; where the port is another</source>
-        <translation>Als Adresse vier Zahlen oder ein Name, mit „:Port“, wenn der Port abweicht</translation>
-    </message>
-    <message>
         <source>One station per line: name;address</source>
         <translation>Eine Station pro Zeile: Name;Adresse</translation>
     </message>
@@ -367,10 +363,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>A CSV or text file with at most %1 lines</source>
         <translation>Eine CSV- oder Textdatei mit höchstens %1 Zeilen</translation>
-    </message>
-    <message>
-        <source>What becomes of the lines</source>
-        <translation>Was aus den Zeilen wird</translation>
     </message>
     <message>
         <source>Lists of stations</source>
@@ -391,6 +383,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Stations added: %1; lines left out: %2</source>
         <translation>Hinzugefügte Stationen: %1; ausgelassene Zeilen: %2</translation>
+    </message>
+    <message>
+        <source>The address is four numbers with dots between them or a host name; &quot;:port&quot; may follow</source>
+        <translation>Die Adresse besteht aus vier Zahlen mit Punkten dazwischen oder ist ein Rechnername; „:Port“ kann folgen</translation>
+    </message>
+    <message>
+        <source>Preview of the lines</source>
+        <translation>Vorschau der Zeilen</translation>
     </message>
 </context>
 <context>
@@ -420,10 +420,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Ton aus</translation>
     </message>
     <message>
-        <source>Without it, new alarms sound, and every 60 seconds as long as one is not acknowledged. This bar and messages of the desktop stay.</source>
-        <translation>Ohne Haken ertönt ein Signal bei neuen Alarmen und alle 60 Sekunden, solange einer nicht quittiert ist. Diese Leiste und Desktop-Benachrichtigungen bleiben.</translation>
-    </message>
-    <message>
         <source>1 alarm</source>
         <translation>1 Alarm</translation>
     </message>
@@ -438,6 +434,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Latest: %1</source>
         <translation>Neuester: %1</translation>
+    </message>
+    <message>
+        <source>When this is not ticked, new alarms sound, and every 60 seconds as long as one is not acknowledged. This bar and messages of the desktop stay.</source>
+        <translation>Ohne diesen Haken ertönen neue Alarme, und alle 60 Sekunden, solange einer nicht quittiert ist. Diese Leiste und Benachrichtigungen bleiben.</translation>
     </message>
 </context>
 <context>
@@ -587,10 +587,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Dieser Monat</translation>
     </message>
     <message>
-        <source>From a time to another</source>
-        <translation>Bestimmter Zeitraum</translation>
-    </message>
-    <message>
         <source>From</source>
         <translation>Von</translation>
     </message>
@@ -665,6 +661,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The export was cancelled; there is no new file</source>
         <translation>Der Export wurde abgebrochen; es gibt keine neue Datei</translation>
+    </message>
+    <message>
+        <source>From ... to ...</source>
+        <translation>Von ... bis ...</translation>
     </message>
 </context>
 <context>
@@ -759,10 +759,6 @@ Wasserturm;turm.example.org:49111</translation>
 <context>
     <name>ktr::Form_betriebsmodus</name>
     <message>
-        <source>Put all stations offline? No alarm of any of them arrives then.</source>
-        <translation>Alle Stationen offline schalten? Dann kommt von keiner mehr ein Alarm an.</translation>
-    </message>
-    <message>
         <source>Add several...</source>
         <translation>Mehrere hinzufügen...</translation>
     </message>
@@ -785,10 +781,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>In alarm</source>
         <translation>Mit Alarm</translation>
-    </message>
-    <message>
-        <source>Not alive</source>
-        <translation>Nicht aktiv</translation>
     </message>
     <message>
         <source>Offline</source>
@@ -829,6 +821,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The station has no address yet</source>
         <translation>Die Station hat noch keine Adresse</translation>
+    </message>
+    <message>
+        <source>Put all stations offline? Their alarms do not arrive until they are online again.</source>
+        <translation>Alle Stationen offline nehmen? Ihre Alarme kommen nicht an, bis sie wieder online sind.</translation>
+    </message>
+    <message>
+        <source>Not heard</source>
+        <translation>Nicht gehört</translation>
     </message>
 </context>
 <context>
@@ -1314,12 +1314,12 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Status</translation>
     </message>
     <message>
-        <source>Arrived</source>
-        <translation>Anzahl</translation>
-    </message>
-    <message>
         <source>Sender</source>
         <translation>Absender</translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation type="unfinished">Anzahl</translation>
     </message>
 </context>
 <context>
@@ -1333,16 +1333,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Alle Stationen</translation>
     </message>
     <message>
-        <source>Only %1</source>
-        <translation>Nur %1</translation>
-    </message>
-    <message>
         <source>Filter</source>
         <translation>Filter</translation>
-    </message>
-    <message>
-        <source>Lists what holds this in its text, sender or station</source>
-        <translation>Zeigt, was dies in Text, Absender oder Station enthält</translation>
     </message>
     <message>
         <source>Acknowledges the selected notifications (Space or Enter in the list)</source>
@@ -1361,10 +1353,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Kopieren</translation>
     </message>
     <message>
-        <source>Copies the selected rows, their columns parted by tabs (Ctrl+C)</source>
-        <translation>Kopiert die gewählten Zeilen, Spalten durch Tabulatoren getrennt (Strg+C)</translation>
-    </message>
-    <message>
         <source>Listed: %1, %2: %3</source>
         <translation>Angezeigt: %1, %2: %3</translation>
     </message>
@@ -1376,24 +1364,40 @@ Wasserturm;turm.example.org:49111</translation>
         <source>No notifications</source>
         <translation>Keine Meldungen</translation>
     </message>
+    <message>
+        <source>Only not acknowledged</source>
+        <translation type="unfinished">Nur nicht quittierte</translation>
+    </message>
+    <message>
+        <source>Searched for in text, sender and station</source>
+        <translation>Wird in Text, Absender und Station gesucht</translation>
+    </message>
+    <message>
+        <source>Copies the selected rows, columns separated by tabs (Ctrl+C)</source>
+        <translation>Kopiert die gewählten Zeilen, Spalten durch Tabulatoren getrennt (Strg+C)</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OperationalMode</name>
-    <message>
-        <source>Changes are kept again</source>
-        <translation>Änderungen werden wieder gesichert</translation>
-    </message>
     <message>
         <source>The program did not end properly last time; changes taken up from the journal: %1</source>
         <translation>Das Programm wurde zuletzt nicht ordnungsgemäß beendet; aus dem Journal übernommene Änderungen: %1</translation>
     </message>
     <message>
-        <source>Of the journal were not usable: %1 changes and %2 bytes at its end</source>
-        <translation>Vom Journal nicht verwendbar: %1 Änderungen und %2 Bytes am Ende</translation>
-    </message>
-    <message>
         <source>%1: not understood: %2</source>
         <translation>%1: nicht verstanden: %2</translation>
+    </message>
+    <message>
+        <source>There are two stations &quot;%1&quot; in the list; the second was left out</source>
+        <translation>In der Liste stehen zwei Stationen „%1“; die zweite wurde weggelassen</translation>
+    </message>
+    <message>
+        <source>Changes are written to the journal again</source>
+        <translation>Änderungen werden wieder ins Journal geschrieben</translation>
+    </message>
+    <message>
+        <source>Not all of the journal could be used; left out: %1 changes, %2 bytes at its end</source>
+        <translation>Nicht alles im Journal war brauchbar; weggelassen: %1 Änderungen, %2 Byte am Ende</translation>
     </message>
 </context>
 <context>
@@ -1483,10 +1487,6 @@ Wasserturm;turm.example.org:49111</translation>
 <context>
     <name>ktr::StationPage</name>
     <message>
-        <source>lent to the configuration</source>
-        <translation>von der Konfiguration belegt</translation>
-    </message>
-    <message>
         <source>unknown (%1)</source>
         <translation>unbekannt (%1)</translation>
     </message>
@@ -1537,6 +1537,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>While it is exclusive the module uses this connection alone: it neither sends nor receives by GSM. What is ticked by hand stays until the next switch.</source>
         <translation>Im Exklusivmodus nutzt das Modul nur diese Verbindung: Über GSM sendet und empfängt es nichts. Was von Hand gesetzt wird, gilt bis zum nächsten Schalten.</translation>
+    </message>
+    <message>
+        <source>being configured in the main window</source>
+        <translation>wird im Hauptfenster konfiguriert</translation>
     </message>
 </context>
 <context>

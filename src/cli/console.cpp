@@ -59,6 +59,11 @@ void showNow()
     keepOutputError(std::fflush(stdout) == 0);
 }
 
+bool outputIsGone()
+{
+    return outputError != 0;
+}
+
 bool flushOutput()
 {
     showNow();

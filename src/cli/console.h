@@ -21,6 +21,9 @@ int fail(const QString &message);
 /// Shows what was printed so far; for a person, or a program that waits for it.
 void showNow();
 
+/// Whether standard output cannot be written any more.
+bool outputIsGone();
+
 /// False, after a complaint, when not all of the output could be written.
 bool flushOutput();
 

@@ -26,6 +26,7 @@ Interruption::Interruption(IoThread &io, std::function<void()> interrupted)
         [d = d, interrupted = std::move(interrupted)](const asio::error_code &error, int) {
             if (!error) {
                 QMetaObject::invokeMethod(&d->receiver, interrupted, Qt::QueuedConnection);
+                d->signalSet.clear(); // a second request ends the program even when it hangs
             }
         });
 }

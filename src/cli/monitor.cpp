@@ -96,6 +96,9 @@ int monitor(const QStringList &words)
                 [&isShowing] {
                     isShowing = false;
                     showNow();
+                    if (outputIsGone()) { // nobody is watching any more
+                        QCoreApplication::quit();
+                    }
                 },
                 Qt::QueuedConnection);
         }
@@ -104,7 +107,8 @@ int monitor(const QStringList &words)
         return failed; // told already
     }
     if (seconds) {
-        QTimer::singleShot(std::chrono::seconds(*seconds), [] { QCoreApplication::quit(); });
+        QTimer::singleShot(std::chrono::seconds(*seconds), Qt::PreciseTimer, QCoreApplication::instance(),
+                           &QCoreApplication::quit);
     }
     return QCoreApplication::exec() == 0 ? done : failed;
 }

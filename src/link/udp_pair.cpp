@@ -183,8 +183,7 @@ public:
           m_timer(context),
           m_retry(context),
           m_events(std::move(events)),
-          m_lookupsAtOnce(options.lookupsAtOnce),
-          m_input(options.longestDatagram + 1)
+          m_lookupsAtOnce(options.lookupsAtOnce)
     {}
 
     Status bind(const udp &protocol, const PortRange &ports)
@@ -223,7 +222,7 @@ public:
     void read()
     {
         m_receiveSocket.async_receive_from(
-            asio::buffer(m_input), m_sender,
+            asio::buffer(m_input.get(), longestDatagram), m_sender,
             [self = shared_from_this()](const asio::error_code &error, std::size_t count) {
                 if (self->m_isClosed) {
                     return;
@@ -240,20 +239,26 @@ public:
 
     void startLookup(const std::string &host, quint16 port, const QString &name)
     {
-        const auto deadline = std::chrono::steady_clock::now() + longestLookup;
-        await(nullptr, host, port, name, deadline);
+        await(nullptr, host, port, name, {});
     }
+
+    /// Whether datagrams can go out. Called on any thread.
+    bool isAimed() const { return m_isAimed; }
 
     void aimAt(const asio::ip::address &address, quint16 port)
     {
         const bool maps = m_isV6 && address.is_v4();
         m_target = udp::endpoint(
             maps ? asio::ip::make_address_v6(asio::ip::v4_mapped, address.to_v4()) : address, port);
+        m_isAimed = true;
         writeNext();
     }
 
     void write(const QByteArray &bytes)
     {
+        if (!m_target && !m_waiting.empty() && m_waiting.back() == bytes) {
+            return; // an announcement that is repeated while the name is looked up
+        }
         for (qsizetype at = 0; at < bytes.size(); at += longestDatagram) {
             m_waiting.push_back(bytes.mid(at, longestDatagram));
         }
@@ -279,6 +284,7 @@ public:
     }
 
 private:
+    /// Waits for a turn, then for the look-up, which is given up on at the deadline.
     void await(std::shared_ptr<Lookup> lookup, const std::string &host, quint16 port, const QString &name,
                std::chrono::steady_clock::time_point deadline)
     {
@@ -289,6 +295,7 @@ private:
             try {
                 lookup = Lookup::start(host);
                 ++Lookup::running;
+                deadline = std::chrono::steady_clock::now() + longestLookup;
             } catch (const std::system_error &error) {
                 m_events.failed(name + QLatin1String(": ") + QString::fromLocal8Bit(error.what()));
                 return;
@@ -300,7 +307,7 @@ private:
             } else {
                 m_events.failed(notFound(name));
             }
-        } else if (std::chrono::steady_clock::now() >= deadline) {
+        } else if (lookup && std::chrono::steady_clock::now() >= deadline) {
             m_events.failed(notFound(name));
         } else {
             m_timer.expires_after(lookupPoll);
@@ -311,11 +318,11 @@ private:
         }
     }
 
-    /// A datagram of the module; one of somebody else, or one longer than expected, is dropped.
+    /// A datagram of the module; one of somebody else is dropped.
     void take(std::size_t count)
     {
-        if (m_target && isSameHost(m_sender.address(), m_target->address()) && count < m_input.size()) {
-            m_events.received(QByteArray(m_input.data(), qsizetype(count)));
+        if (m_target && isSameHost(m_sender.address(), m_target->address())) {
+            m_events.received(QByteArray(m_input.get(), qsizetype(count)));
         } else {
             m_events.dropped();
         }
@@ -382,8 +389,10 @@ private:
     int m_lookupsAtOnce;
     bool m_isV6 = false;
     std::optional<udp::endpoint> m_target;
+    std::atomic<bool> m_isAimed = false;
     udp::endpoint m_sender;
-    std::vector<char> m_input;
+    /// Room for any datagram. The system gives memory to what of it was used, a page for most pairs.
+    std::unique_ptr<char[]> m_input = std::make_unique_for_overwrite<char[]>(longestDatagram);
     std::deque<QByteArray> m_waiting;
     bool m_isWriting = false;
     std::function<void()> m_drained;
@@ -400,6 +409,11 @@ UdpPair::UdpPair(IoThread &io, const UdpPairOptions &options) : m_io(io), m_opti
 UdpPair::~UdpPair()
 {
     close();
+}
+
+bool UdpPair::mayMove() const
+{
+    return m_isNamed && m_pair != nullptr && m_pair->isAimed();
 }
 
 bool UdpPair::isAddress(const QString &address)

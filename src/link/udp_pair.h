@@ -23,7 +23,6 @@ struct PortRange
 struct UdpPairOptions
 {
     PortRange ports;
-    std::size_t longestDatagram = 65'535; ///< longer ones that come are dropped
     /// A name's look-up waits for its turn when so many run.
     int lookupsAtOnce = std::numeric_limits<int>::max();
     quint64 descriptorsInReserve = 0; ///< opening fails when fewer would be left for files and the like
@@ -33,7 +32,7 @@ struct UdpPairOptions
 struct UdpPairEvents
 {
     std::function<void(QByteArray &&datagram)> received;
-    std::function<void()> dropped;                ///< a datagram of somebody else, or one too long
+    std::function<void()> dropped;                ///< a datagram of somebody else
     std::function<void(bool done)> sent;          ///< one datagram, or it could not be sent
     std::function<void(const QString &)> trouble; ///< why datagrams cannot be sent; told when it changes
     std::function<void(const QString &)> failed;  ///< the name is not found: the pair is of no use
@@ -58,14 +57,14 @@ public:
     Q_DISABLE_COPY_MOVE(UdpPair)
 
     /// Opens a pair for "host", "host:port" or "[host]:port", where the host is an IPv4 or IPv6 address or a
-    /// name. A name is looked up meanwhile, for 2 s at most, and what is sent waits for that. Fails at once
+    /// name. A name is looked up meanwhile, for 2 s at most once it is its turn, and what is sent waits for that. Fails at once
     /// when the address is none or no pair is free.
     Status open(const QString &address, UdpPairEvents events);
     /// Waits until the I/O thread has let go.
     void close();
     bool isOpen() const { return m_pair != nullptr; }
-    /// Whether it was opened for a name and not for an address.
-    bool isNamed() const { return m_isNamed; }
+    /// Whether it talks to the address that a name had, which may be another by now.
+    bool mayMove() const;
     /// Sends one datagram; nothing happens while closed.
     void send(const QByteArray &bytes);
     /// Calls back, on the I/O thread, once all datagrams are with the system.

@@ -81,7 +81,11 @@ Status OperationalMode::load(QHash<QString, StationAttributes> &attributes)
             return m_tree.load(element);
         }
         const QString name = QString::fromUtf8(element.text.data(), qsizetype(element.text.size()));
-        const bool taken = !attributes.contains(name) && m_tree.load(element); // no second copy of a name
+        if (attributes.contains(name)) {
+            Q_EMIT told(tr("There are two stations \"%1\" in the list; the second was left out").arg(name));
+            return false;
+        }
+        const bool taken = m_tree.load(element);
         if (taken) {
             attributes.insert(name, *element.station);
         }
@@ -94,7 +98,7 @@ Status OperationalMode::load(QHash<QString, StationAttributes> &attributes)
 void OperationalMode::replay(const QString &path, QHash<QString, StationAttributes> &attributes)
 {
     m_journal.emplace(path, m_services.timers, [this](const QString &trouble) {
-        Q_EMIT told(trouble.isEmpty() ? tr("Changes are kept again") : trouble);
+        Q_EMIT told(trouble.isEmpty() ? tr("Changes are written to the journal again") : trouble);
     });
     const NodesJournal::Replayed replayed =
         m_journal->replay(m_file->checksum(), [&](const NodeChange &change) {
@@ -113,7 +117,7 @@ void OperationalMode::replay(const QString &path, QHash<QString, StationAttribut
                         .arg(replayed.changes));
     }
     if (replayed.unfit > 0 || replayed.dropped > 0) {
-        Q_EMIT told(tr("Of the journal were not usable: %1 changes and %2 bytes at its end")
+        Q_EMIT told(tr("Not all of the journal could be used; left out: %1 changes, %2 bytes at its end")
                         .arg(replayed.unfit)
                         .arg(replayed.dropped));
     }
@@ -279,16 +283,13 @@ void OperationalMode::takeMessage(const QString &kennung, const QString &text)
     if (const auto *report = std::get_if<InputValuesMessage>(&message)) {
         m_trends.take(kennung, report->values, m_services.environment.now());
     }
-    const auto event =
-        std::visit(Overloaded{[](const NotificationMessage &report) {
-                                  return std::pair(Kind::Notification, report.entry.text);
-                              },
-                              [&](const InputValuesMessage &) { return std::pair(Kind::Values, text); },
-                              [&](const HistoryMessage &) { return std::pair(Kind::History, text); },
-                              [&](const UnusableMessage &) { return std::pair(Kind::Values, text); },
-                              [&](const NoStationMessage &) { return std::pair(Kind::Message, text); }},
-                   message);
-    Q_EMIT happened({kennung, event.first, event.second});
+    const Kind kind = std::visit(Overloaded{[](const NotificationMessage &) { return Kind::Notification; },
+                                            [](const InputValuesMessage &) { return Kind::Values; },
+                                            [](const HistoryMessage &) { return Kind::History; },
+                                            [](const UnusableMessage &) { return Kind::Values; },
+                                            [](const NoStationMessage &) { return Kind::Message; }},
+                                 message);
+    Q_EMIT happened({kennung, kind, withoutMark(text)});
     if (!outcome.unusable.isEmpty()) {
         Q_EMIT told(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
     }

@@ -81,7 +81,6 @@ bool cStation::connectStation()
 {
     if (!m_online) { // what was begun on one connection is not continued on another
         m_receiveBuffer.clear();
-        m_lineFeedMayFollow = false;
     }
     if (!m_line.isOpen() || m_openedFor != m_hostAddress) {
         openLine();
@@ -127,7 +126,7 @@ void cStation::Tmr_sendSettle_Timer()
 void cStation::Tmr_eth_brokenConnection_Timer()
 {
     // A silent module may have got another address behind its name.
-    if (!m_line.isOpen() || (m_liveness == Liveness::Silent && m_line.isNamed())) {
+    if (!m_line.isOpen() || (m_liveness == Liveness::Silent && m_line.mayMove())) {
         openLine();
     }
     announce();
@@ -205,10 +204,6 @@ void cStation::handleArrivals()
 void cStation::handle(const QByteArray &data)
 {
     m_receiveBuffer += fromWindows1252(data);
-    if (m_lineFeedMayFollow && m_receiveBuffer.startsWith(u'\n')) {
-        m_receiveBuffer.remove(0, 1); // the rest of the line before
-    }
-    m_lineFeedMayFollow = m_lineFeedMayFollow && m_receiveBuffer.isEmpty();
     if (!m_receiveBuffer.contains(u'\r') && !m_receiveBuffer.contains(endOfSms)) {
         if (m_receiveBuffer.size() > LineAssembler::longestLine) {
             m_receiveBuffer.clear();
@@ -217,7 +212,6 @@ void cStation::handle(const QByteArray &data)
         return;
     }
     const QString line = std::exchange(m_receiveBuffer, QString());
-    m_lineFeedMayFollow = line.endsWith(u'\r');
     if (isReport(line)) {
         handleReport(line);
     } else {

@@ -131,7 +131,6 @@ private:
     QString m_smsNumber;
     QString m_replyFrom;
     QString m_receiveBuffer;
-    bool m_lineFeedMayFollow = false;
     QString m_trouble;
 
     std::deque<QByteArray> m_arrivals;

@@ -32,8 +32,8 @@ public:
     /// Nothing is told of it any more, not even what came before.
     virtual void close() = 0;
     virtual bool isOpen() const = 0;
-    /// Whether it was opened for a name, whose address may change, and not for an address.
-    virtual bool isNamed() const { return false; }
+    /// Whether it goes to the address that a name had, which may be another by now.
+    virtual bool mayMove() const { return false; }
     /// Sends one datagram; nothing happens while closed.
     virtual void send(const QByteArray &datagram) = 0;
 

@@ -115,7 +115,7 @@ StationList readStationList(QStringView text, const std::function<QString(const 
             const QString wanted = std::exchange(station.name, names.take(station.name));
             if (station.name != wanted) {
                 station.remark =
-                    QCoreApplication::translate("StationList", "There is another \"%1\"").arg(wanted);
+                    QCoreApplication::translate("StationList", "There is a \"%1\" already").arg(wanted);
             } else if (station.address.isEmpty()) {
                 station.remark = QCoreApplication::translate("StationList", "Without an address");
             }

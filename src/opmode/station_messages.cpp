@@ -95,4 +95,15 @@ StationMessage interpretStationMessage(const QString &message)
     return NoStationMessage{};
 }
 
+QString withoutMark(const QString &message)
+{
+    QString text = message;
+    for (const QChar kind : QStringView(u"MRH")) {
+        if (takeKind(text, kind)) {
+            break;
+        }
+    }
+    return text;
+}
+
 } // namespace ktr

@@ -64,4 +64,7 @@ using StationMessage =
 /// for itself: it begins with the time of its first record.
 StationMessage interpretStationMessage(const QString &message);
 
+/// The message without the ">" that may stand in front of its kind.
+QString withoutMark(const QString &message);
+
 } // namespace ktr

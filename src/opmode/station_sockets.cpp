@@ -73,7 +73,7 @@ public:
     Status open(const QString &hostAddress) override;
     void close() override;
     bool isOpen() const override { return m_pair.isOpen(); }
-    bool isNamed() const override { return m_pair.isNamed(); }
+    bool mayMove() const override { return m_pair.mayMove(); }
     void send(const QByteArray &datagram) override { m_pair.send(datagram); }
 
     void handOver(const Event &event);
@@ -151,7 +151,7 @@ void StationSockets::Line::handOver(const Event &event)
 StationSockets::StationSockets(IoThread &io, PortRange ports, QObject *parent)
     : QObject(parent),
       m_io(io),
-      m_options{ports, longestDatagram, lookupsAtOnce, descriptorsInReserve},
+      m_options{ports, lookupsAtOnce, descriptorsInReserve},
       m_batch(std::make_unique<Batch>(*this))
 {
     m_nextLook.setSingleShot(true);

@@ -21,9 +21,7 @@ class StationSockets : public QObject
     Q_OBJECT
 
 public:
-    /// What the module sends are lines and short texts.
-    static constexpr std::size_t longestDatagram = 2048;
-    static constexpr int lookupsAtOnce = 16;
+    static constexpr int lookupsAtOnce = 32;
     /// Descriptors that are left for files, look-ups and the main window's line.
     static constexpr quint64 descriptorsInReserve = 64;
     /// So long the owner's thread is kept at a time, an event more at most; the rest is told in its next
@@ -40,7 +38,7 @@ public:
     /// descriptors would be left.
     std::unique_ptr<StationLine> createLine();
 
-    /// Datagrams dropped because they came from elsewhere or were too long, and those that could not be sent.
+    /// Datagrams dropped because they came from elsewhere, and those that could not be sent.
     qint64 foreignDatagrams() const;
     qint64 unsentDatagrams() const;
 

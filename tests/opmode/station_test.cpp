@@ -128,9 +128,9 @@ private Q_SLOTS:
         f.openDialogue("x");
         QCOMPARE(f.say("at+"), nothing);
         QCOMPARE(f.say("csq\r"), (QByteArrayList{"at+csq\r\n", "OK\r\n"}));
-        QCOMPARE(f.say("\n"), nothing); // belongs to the line before
-        f.say("+CSQ: 18,0\r\n");
-        QCOMPARE(f.station.csq(), "18,0");
+        QCOMPARE(f.say("\n"), nothing); // stays, and is no report's beginning
+        QCOMPARE(f.say("+CSQ: 18,0\r\n"), (QByteArrayList{"\n+CSQ: 18,0\r\r\n", "OK\r\n"}));
+        QCOMPARE(f.station.csq(), "99,99");
         QCOMPARE(f.say("\xC4h\r"), (QByteArrayList{"\xC4h\r\n", "OK\r\n"}));
     }
 

@@ -91,7 +91,8 @@ QWidget *AddStationsDialog::listSide()
     m_text = new QPlainTextEdit(side);
     m_text->setObjectName(QStringLiteral("Text_stationen"));
     m_text->setPlaceholderText(tr("Pumping station North;10.0.0.17\nWater tower;tower.example.org:49111"));
-    m_text->setToolTip(tr("The address is a number or a name, with \":port\" where the port is another"));
+    m_text->setToolTip(
+        tr("The address is four numbers with dots between them or a host name; \":port\" may follow"));
     m_text->setTabChangesFocus(true);
     m_text->setLineWrapMode(QPlainTextEdit::NoWrap);
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
@@ -119,7 +120,7 @@ QWidget *AddStationsDialog::previewSide()
     m_count->setObjectName(QStringLiteral("Label_stationen_count"));
     m_table = new QTableView(side);
     m_table->setObjectName(QStringLiteral("tbl_stationen"));
-    m_table->setAccessibleName(tr("What becomes of the lines"));
+    m_table->setAccessibleName(tr("Preview of the lines"));
     m_table->setModel(m_model);
     m_table->setTabKeyNavigation(false);
     m_table->setSelectionBehavior(QAbstractItemView::SelectRows);

@@ -132,8 +132,9 @@ void AlarmBar::applyTexts()
     m_latest->setToolTip(tr("Shows the latest alarm at its station"));
     m_accept->setToolTip(tr("Acknowledges all alarms of all stations"));
     m_mute->setAccessibleName(tr("Mute"));
-    m_mute->setToolTip(tr("Without it, new alarms sound, and every 60 seconds as long as one is not "
-                          "acknowledged. This bar and messages of the desktop stay."));
+    m_mute->setToolTip(
+        tr("When this is not ticked, new alarms sound, and every 60 seconds as long as one is not "
+           "acknowledged. This bar and messages of the desktop stay."));
     fit();
     refresh();
 }

@@ -112,8 +112,8 @@ QWidget *ExportDialog::periodCard()
     m_period->setObjectName(QStringLiteral("Combo_export_period"));
     m_period->setAccessibleName(tr("Time"));
     m_period->setToolTip(tr("Entries whose time is not known are exported with \"Everything\" only"));
-    m_period->addItems({tr("Everything"), tr("Today"), tr("The last 7 days"), tr("This month"),
-                        tr("From a time to another")});
+    m_period->addItems(
+        {tr("Everything"), tr("Today"), tr("The last 7 days"), tr("This month"), tr("From ... to ...")});
     m_from = timeField("Date_export_from", tr("From"));
     m_to = timeField("Date_export_to", tr("To"));
     auto *from = new QLabel(tr("From"), card);

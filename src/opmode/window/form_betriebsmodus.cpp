@@ -227,7 +227,7 @@ void Form_betriebsmodus::buildMenus()
     mnu_station_allonline =
         add(m_stationMenu, "mnu_station_allonline", [this] { m_mode.setAllOnline(true); });
     mnu_station_alloffline = add(m_stationMenu, "mnu_station_alloffline", [this] {
-        if (ask(tr("Put all stations offline? No alarm of any of them arrives then."))) {
+        if (ask(tr("Put all stations offline? Their alarms do not arrive until they are online again."))) {
             m_mode.setAllOnline(false);
         }
     });
@@ -280,7 +280,7 @@ void Form_betriebsmodus::applyTexts()
     }
     m_filter->setPlaceholderText(tr("Find a station (name or address)"));
     m_filter->setAccessibleName(m_filter->placeholderText());
-    const QStringList kinds = {tr("All"), tr("In alarm"), tr("Not alive"), tr("Offline")};
+    const QStringList kinds = {tr("All"), tr("In alarm"), tr("Not heard"), tr("Offline")};
     for (int kind = 0; kind < kinds.size(); ++kind) {
         m_filterKind->setItemText(kind, kinds[kind]);
     }

@@ -236,7 +236,7 @@ QVariant NotificationModel::headerData(int section, Qt::Orientation orientation,
     case State:
         return tr("State");
     case Count:
-        return tr("Arrived");
+        return tr("Count");
     case Number:
         return tr("Sender");
     default:

@@ -148,16 +148,16 @@ void NotificationPage::applyTexts()
 {
     m_oneStation->setText(tr("This station"));
     m_allStations->setText(tr("All stations"));
-    m_onlyUnacknowledged->setText(tr("Only %1").arg(text(Text::NotAcknowledged)));
+    m_onlyUnacknowledged->setText(tr("Only not acknowledged"));
     m_filter->setPlaceholderText(tr("Filter"));
     m_filter->setAccessibleName(tr("Filter"));
-    m_filter->setToolTip(tr("Lists what holds this in its text, sender or station"));
+    m_filter->setToolTip(tr("Searched for in text, sender and station"));
     m_accept->setText(text(Text::AcceptNotification));
     m_accept->setToolTip(tr("Acknowledges the selected notifications (Space or Enter in the list)"));
     m_acceptAll->setText(tr("%1 (all shown)").arg(text(Text::AcceptNotification)));
     m_acceptAll->setToolTip(tr("Acknowledges all alarms that are listed"));
     m_copy->setText(tr("Copy"));
-    m_copy->setToolTip(tr("Copies the selected rows, their columns parted by tabs (Ctrl+C)"));
+    m_copy->setToolTip(tr("Copies the selected rows, columns separated by tabs (Ctrl+C)"));
     m_table->setAccessibleName(text(Text::Notifications));
     m_model->setTexts(text(Text::NotAcknowledged));
     // In one row, the choice would ask for more.

@@ -247,7 +247,7 @@ void StationPage::showNow()
     const auto status = node.data(StationTree::StatusRole).value<StationStatus>();
     const bool isLent = mode().isLent(kennung());
     m_mark->show(status);
-    m_status->setText(isLent ? tr("lent to the configuration") : statusText(status));
+    m_status->setText(isLent ? tr("being configured in the main window") : statusText(status));
     const auto fill = [](QLineEdit *edit, const QString &text) {
         if (!edit->isModified() && edit->text() != text) {
             edit->setText(text);
