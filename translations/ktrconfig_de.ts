@@ -57,7 +57,7 @@
     </message>
     <message>
         <source>Sender</source>
-        <translation type="unfinished">Absender</translation>
+        <translation>Absender</translation>
     </message>
 </context>
 <context>
@@ -1319,7 +1319,7 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
     <message>
         <source>Count</source>
-        <translation type="unfinished">Anzahl</translation>
+        <translation>Anzahl</translation>
     </message>
 </context>
 <context>
@@ -1366,7 +1366,7 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
     <message>
         <source>Only not acknowledged</source>
-        <translation type="unfinished">Nur nicht quittierte</translation>
+        <translation>Nur nicht quittierte</translation>
     </message>
     <message>
         <source>Searched for in text, sender and station</source>
