@@ -24,14 +24,14 @@ QByteArray contentOf(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : "(none)";
 }
 
-/// A virtual module in a process of its own.
+/// A virtual module, or what watches some, in a process of its own.
 class Module
 {
 public:
-    explicit Module(const QStringList &words)
+    explicit Module(const QStringList &words, const QString &firstEvent = u"listening"_s)
     {
         m_process.start(QStringLiteral(KTRCLI), words);
-        await(u"listening"_s);
+        await(firstEvent);
     }
     ~Module() { terminate(); }
     bool await(const QString &event)
@@ -112,13 +112,29 @@ private:
 private Q_SLOTS:
     void wrongUsageIsToldInOneLineWithCode2()
     {
-        for (const auto *line :
-             {"", "frobnicate", "new", "new @a @b", "convert @a", "commands @a --loud", "transmit @sample",
-              "transmit @sample --serial @b --ethernet c", "transmit @sample --serial @b --timeout soon",
-              "transmit @sample --serial @b --timeout 0", "transmit @sample --serial @b --resume 79",
-              "transmit @sample --serial @b --resume -1", "transmit @sample --serial @b --resume last",
-              "simulate --serial @a --replay @b --merge", "simulate", "simulate --serial @a --split 0",
-              "send --serial @a", "print @sample", "print @sample @a.pdf --language klingon"}) {
+        for (const auto *line : {"",
+                                 "frobnicate",
+                                 "new",
+                                 "new @a @b",
+                                 "convert @a",
+                                 "commands @a --loud",
+                                 "transmit @sample",
+                                 "transmit @sample --serial @b --ethernet c",
+                                 "transmit @sample --serial @b --timeout soon",
+                                 "transmit @sample --serial @b --timeout 0",
+                                 "transmit @sample --serial @b --resume 79",
+                                 "transmit @sample --serial @b --resume -1",
+                                 "transmit @sample --serial @b --resume last",
+                                 "simulate --serial @a --replay @b --merge",
+                                 "simulate",
+                                 "simulate --fleet 0",
+                                 "simulate --fleet 2 --serial @a",
+                                 "monitor",
+                                 "monitor @a --for x",
+                                 "simulate --serial @a --split 0",
+                                 "send --serial @a",
+                                 "print @sample",
+                                 "print @sample @a.pdf --language klingon"}) {
             const Result result = ktrcli(QString::fromLatin1(line));
             QVERIFY2(result.code == 2 && result.output.isEmpty(), line);
             QVERIFY2(result.errors.startsWith("ktrcli: "_L1) && result.errors.count(u'\n') == 1, line);
@@ -129,7 +145,7 @@ private Q_SLOTS:
     {
         const QString overview = ktrcli(u"--help"_s).output;
         for (const QString command : {"new", "convert", "commands", "check", "print", "compare", "transmit",
-                                      "send", "simulate", "ports"}) {
+                                      "send", "simulate", "monitor", "ports"}) {
             QVERIFY(overview.contains(u"\n  "_s + command + u' '));
             const Result help = ktrcli(command + u" --help"_s);
             QVERIFY2(help.code == 0 && help.output.contains(command + u" [options]"_s), qPrintable(command));
@@ -169,7 +185,7 @@ private Q_SLOTS:
               "transmit @sample --ethernet 127.0.0.1:0", "transmit @sample --ethernet no-such-module.invalid",
               "simulate --serial @garbage.xml", "simulate --ethernet here",
               "simulate --serial @m --hold @garbage.xml", "simulate --serial @m --replay @none",
-              "simulate --serial @m --replay @garbage.xml"}) {
+              "simulate --serial @m --replay @garbage.xml", "monitor @none", "monitor @garbage.xml"}) {
             const Result result = ktrcli(QString::fromLatin1(line));
             QVERIFY2(result.code == 1, line);
             QVERIFY2(result.errors.startsWith("ktrcli: "_L1) && result.errors.count(u'\n') == 1, line);
@@ -337,6 +353,22 @@ private Q_SLOTS:
         QVERIFY(module.await(
             u"differs at line %1: expected \"n,****,QS Mill Lane"_s.arg(log.left(station).count('\n') + 1)));
         QCOMPARE(module.exitCode(), 1);
+    }
+
+    void aFleetIsWatched()
+    {
+        Module fleet(words(u"simulate --fleet 3 --port 0 --nodes @nodes.xml --every 1"_s));
+        const QByteArray before = contentOf(path(u"nodes.xml"_s));
+        {
+            Module monitor(words(u"monitor @nodes.xml"_s), u"\"kind\":\"alive\""_s);
+            for (const QString &kind : {u"history"_s, u"values"_s, u"csq"_s}) {
+                QVERIFY2(monitor.await(u"\"kind\":\""_s + kind), qPrintable(kind));
+            }
+            QVERIFY(monitor.await(u",\"station\":\"Hochbehälter Süd\",\"kind\":\""_s));
+            QVERIFY(monitor.terminate());
+        }
+        QCOMPARE(contentOf(path(u"nodes.xml"_s)), before);
+        QVERIFY(fleet.terminate());
     }
 
     void ctrlCEndsCleanly()
