@@ -57,12 +57,9 @@ int channelOf(const QListWidgetItem &item)
 
 HistoryPage::HistoryPage(OperationalMode &mode, const TextTable &texts, AskFileName askFileName,
                          QWidget *parent)
-    : OpmodePage(mode, texts, parent),
+    : HeadedPage(mode, texts, parent),
       m_askFileName(std::move(askFileName)),
       m_model(new HistoryModel(mode.tree(), this)),
-      m_stack(new QStackedWidget(this)),
-      m_empty(new QLabel(this)),
-      m_heading(new QLabel(this)),
       m_summary(new QLabel(this)),
       m_parts(new QSplitter(this)),
       m_table(new QTableView(this)),
@@ -72,14 +69,7 @@ HistoryPage::HistoryPage(OperationalMode &mode, const TextTable &texts, AskFileN
       m_save(new QPushButton(this))
 {
     setObjectName(QStringLiteral("Page_history"));
-    m_empty->setAlignment(Qt::AlignCenter);
-    m_empty->setWordWrap(true);
-    m_empty->setForegroundRole(QPalette::PlaceholderText);
-    m_stack->addWidget(m_empty);
-    m_stack->addWidget(createContent());
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins({});
-    layout->addWidget(m_stack);
+    setContent(createContent());
 
     m_model->setLocale(locale());
     connect(m_model, &HistoryModel::recordsReplaced, this, &HistoryPage::showAll);
@@ -98,21 +88,11 @@ HistoryPage::HistoryPage(OperationalMode &mode, const TextTable &texts, AskFileN
     connect(m_plot, &HistoryPlot::channelsChanged, this, &HistoryPage::listInputs);
     connect(m_wholeTime, &QPushButton::clicked, m_plot, &HistoryPlot::showWholeTime);
     connect(m_save, &QPushButton::clicked, this, &HistoryPage::savePicture);
-    connect(&mode.tree(), &QAbstractItemModel::dataChanged, this, [this](const QModelIndex &index) {
-        if (!index.parent().isValid() && index.data(StationTree::KeyRole).toString() == this->kennung()) {
-            describe(); // it may have another name
-        }
-    });
     showAll();
 }
 
 QWidget *HistoryPage::createContent()
 {
-    QFont large = m_heading->font();
-    large.setPointSizeF(large.pointSizeF() * 1.3);
-    large.setBold(true);
-    m_heading->setFont(large);
-    m_heading->setTextFormat(Qt::PlainText);
     m_summary->setObjectName(QStringLiteral("Label_history_summary"));
 
     m_table->setObjectName(QStringLiteral("Table_history"));
@@ -142,7 +122,7 @@ QWidget *HistoryPage::createContent()
 
     auto *title = new QVBoxLayout;
     title->setSpacing(2);
-    title->addWidget(m_heading);
+    title->addWidget(heading());
     title->addWidget(m_summary);
     auto *top = new QHBoxLayout;
     top->addLayout(title, 1);
@@ -319,22 +299,16 @@ void HistoryPage::drawSamples()
     }
 }
 
-QString HistoryPage::stationText() const
-{
-    return mode().tree().find(kennung()).data().toString();
-}
-
 void HistoryPage::describe()
 {
     const std::vector<HistoryRecord> &records = m_model->records();
-    const bool any = station() != nullptr && !records.empty();
-    m_empty->setText(station() == nullptr ? tr("Choose a station to see its history.")
-                                          : tr("%1 has not sent any history yet.").arg(stationText()));
-    m_stack->setCurrentIndex(any ? 1 : 0);
-    if (!any) {
+    const QString nothing = station() == nullptr ? tr("Choose a station to see its history.")
+                            : records.empty()    ? tr("%1 has not sent any history yet.").arg(stationName())
+                                                 : QString();
+    showContent(nothing);
+    if (!nothing.isEmpty()) {
         return;
     }
-    m_heading->setText(stationText());
     std::optional<std::pair<qint32, qint32>> span;
     for (const HistoryRecord &record : records) {
         if (record.hasTime) {
@@ -351,7 +325,7 @@ void HistoryPage::describe()
 
 void HistoryPage::savePicture()
 {
-    QString name = stationText();
+    QString name = stationName();
     for (QChar &c : name) {
         c = QStringView(u"\\/:*?\"<>|").contains(c) ? u'_' : c;
     }
@@ -362,7 +336,7 @@ void HistoryPage::savePicture()
     }
     QByteArray bytes;
     QBuffer buffer(&bytes);
-    const bool drawn = m_plot->picture(stationText() + QStringLiteral(" \u2013 ") + text(Text::History))
+    const bool drawn = m_plot->picture(stationName() + QStringLiteral(" \u2013 ") + text(Text::History))
                            .save(&buffer, "PNG");
     const Status written =
         drawn ? replaceFile(path, bytes) : Status::failed(tr("%1: the picture is too large.").arg(path));

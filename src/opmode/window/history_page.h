@@ -8,7 +8,6 @@ class QLabel;
 class QListWidget;
 class QPushButton;
 class QSplitter;
-class QStackedWidget;
 class QTableView;
 
 namespace ktr {
@@ -17,7 +16,7 @@ class HistoryModel;
 class HistoryPlot;
 
 /// The history of the chosen station as a table and as curves over time.
-class HistoryPage : public OpmodePage
+class HistoryPage : public HeadedPage
 {
     Q_OBJECT
 
@@ -47,13 +46,9 @@ private:
     void describe();
     void setColumnWidths();
     void savePicture();
-    QString stationText() const;
 
     AskFileName m_askFileName;
     HistoryModel *m_model;
-    QStackedWidget *m_stack;
-    QLabel *m_empty;
-    QLabel *m_heading;
     QLabel *m_summary;
     QSplitter *m_parts;
     QTableView *m_table;

@@ -5,6 +5,9 @@
 
 #include <QWidget>
 
+class QLabel;
+class QStackedWidget;
+
 namespace ktr {
 
 /// A page of the operational mode's window. It shows one station at a time, or nothing.
@@ -29,6 +32,10 @@ Q_SIGNALS:
 protected:
     /// The chosen station is another one, or none.
     virtual void stationChosen() = 0;
+    /// The chosen station has another name.
+    virtual void stationRenamed() {}
+    /// What the user calls the chosen station.
+    QString stationName() const;
 
     OperationalMode &mode() { return m_mode; }
     const OperationalMode &mode() const { return m_mode; }
@@ -40,6 +47,28 @@ private:
     OperationalMode &m_mode;
     const TextTable &m_texts;
     QString m_kennung;
+};
+
+/// A page that has the station's name as its heading, and says in words when there is nothing to show.
+class HeadedPage : public OpmodePage
+{
+    Q_OBJECT
+
+public:
+    HeadedPage(OperationalMode &mode, const TextTable &texts, QWidget *parent = nullptr);
+
+protected:
+    void stationRenamed() override;
+
+    QLabel *heading() { return m_heading; }
+    void setContent(QWidget *content);
+    /// Shows the heading and the content, or, where there is a text, that in their place.
+    void showContent(const QString &otherwise = {});
+
+private:
+    QStackedWidget *m_stack;
+    QLabel *m_empty;
+    QLabel *m_heading;
 };
 
 } // namespace ktr

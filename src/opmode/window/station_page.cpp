@@ -96,11 +96,6 @@ StationPage::StationPage(OperationalMode &mode, const TextTable &texts, QWidget 
             showNow();
         }
     });
-    connect(&mode.tree(), &QAbstractItemModel::dataChanged, this, [this](const QModelIndex &index) {
-        if (!index.parent().isValid() && index.data(StationTree::KeyRole).toString() == kennung()) {
-            showNow();
-        }
-    });
     Timer_aktualisieren.setObjectName(QStringLiteral("Timer_aktualisieren"));
     connect(&Timer_aktualisieren, &QTimer::timeout, this, [this] {
         if (isVisible()) {
@@ -232,6 +227,11 @@ void StationPage::stationChosen()
     showAddressProblem({});
     m_name->setModified(false);
     m_address->setModified(false);
+    showNow();
+}
+
+void StationPage::stationRenamed()
+{
     showNow();
 }
 

@@ -32,6 +32,7 @@ Q_SIGNALS:
 
 protected:
     void stationChosen() override;
+    void stationRenamed() override;
     void changeEvent(QEvent *event) override;
 
 private:

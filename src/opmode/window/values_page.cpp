@@ -39,10 +39,7 @@ bool isState(double value)
 } // namespace
 
 ValuesPage::ValuesPage(OperationalMode &mode, const TextTable &texts, QWidget *parent)
-    : OpmodePage(mode, texts, parent),
-      m_stack(new QStackedWidget(this)),
-      m_empty(new QLabel(this)),
-      m_heading(new QLabel(this)),
+    : HeadedPage(mode, texts, parent),
       m_time(new QLabel(this)),
       m_answer(new QLabel(this)),
       m_refresh(new QPushButton(this)),
@@ -50,14 +47,7 @@ ValuesPage::ValuesPage(OperationalMode &mode, const TextTable &texts, QWidget *p
       m_batch(new QTimer(this))
 {
     setObjectName(QStringLiteral("Page_ip"));
-    m_empty->setAlignment(Qt::AlignCenter);
-    m_empty->setWordWrap(true);
-    m_empty->setForegroundRole(QPalette::PlaceholderText);
-    m_stack->addWidget(m_empty);
-    m_stack->addWidget(createContent());
-    auto *layout = new QVBoxLayout(this);
-    layout->setContentsMargins({});
-    layout->addWidget(m_stack);
+    setContent(createContent());
 
     m_batch->setSingleShot(true);
     m_batch->setInterval(batch);
@@ -71,11 +61,6 @@ ValuesPage::ValuesPage(OperationalMode &mode, const TextTable &texts, QWidget *p
             }
         }
     });
-    connect(&mode.tree(), &QAbstractItemModel::dataChanged, this, [this](const QModelIndex &index) {
-        if (!index.parent().isValid() && index.data(StationTree::KeyRole).toString() == kennung()) {
-            showHeading(); // it may have another name
-        }
-    });
     connect(&mode, &OperationalMode::stationChanged, this, [this](const QString &changed) {
         if (changed == kennung()) {
             showRefresh();
@@ -85,11 +70,6 @@ ValuesPage::ValuesPage(OperationalMode &mode, const TextTable &texts, QWidget *p
 
 QWidget *ValuesPage::createContent()
 {
-    QFont bold = m_heading->font();
-    bold.setPointSizeF(bold.pointSizeF() * 1.3);
-    bold.setBold(true);
-    m_heading->setFont(bold);
-    m_heading->setTextFormat(Qt::PlainText);
     m_time->setObjectName(QStringLiteral("Label_ip_time"));
     m_answer->setObjectName(QStringLiteral("Label_ip_answer"));
     m_answer->setWordWrap(true);
@@ -98,7 +78,7 @@ QWidget *ValuesPage::createContent()
 
     auto *title = new QVBoxLayout;
     title->setSpacing(2);
-    title->addWidget(m_heading);
+    title->addWidget(heading());
     title->addWidget(m_time);
     auto *top = new QHBoxLayout;
     top->addLayout(title, 1);
@@ -180,12 +160,10 @@ void ValuesPage::stationChosen()
 void ValuesPage::showValues()
 {
     m_batch->stop();
-    m_empty->setText(tr("Choose a station to see its input values."));
-    m_stack->setCurrentIndex(station() == nullptr ? 0 : 1);
+    showContent(station() == nullptr ? tr("Choose a station to see its input values.") : QString());
     if (station() == nullptr) {
         return;
     }
-    showHeading();
     showReportTime();
     showRefresh();
     for (int channel = 1; channel <= channelCount; ++channel) {
@@ -233,11 +211,6 @@ ValueTile::Content ValuesPage::contentOf(int channel) const
         content.mark = *number == 1 ? ValueTile::Content::Mark::On : ValueTile::Content::Mark::Off;
     }
     return content;
-}
-
-void ValuesPage::showHeading()
-{
-    m_heading->setText(mode().tree().find(kennung()).data().toString());
 }
 
 /// The node says it: "IP (HH:MM DD.MM.YYYY)".

@@ -7,13 +7,12 @@ class QGridLayout;
 class QLabel;
 class QPushButton;
 class QScrollArea;
-class QStackedWidget;
 class QTimer;
 
 namespace ktr {
 
 /// The input values of the chosen station as it reported them last.
-class ValuesPage : public OpmodePage
+class ValuesPage : public HeadedPage
 {
     Q_OBJECT
 
@@ -32,15 +31,11 @@ private:
     void arrangeTiles();
     void showValues();
     ValueTile::Content contentOf(int channel) const;
-    void showHeading();
     void showReportTime();
     void showRefresh();
     void requestValues();
     void answer(const QString &line);
 
-    QStackedWidget *m_stack;
-    QLabel *m_empty;
-    QLabel *m_heading;
     QLabel *m_time;
     QLabel *m_answer;
     QPushButton *m_refresh;
