@@ -427,8 +427,8 @@ void OperationalMode::evaluateAll()
 
 void OperationalMode::awaitNextMinute()
 {
-    const int intoMinute = m_services.environment.now().time().msecsSinceStartOfDay() % aMinute.count();
-    m_minute->start(aMinute - Milliseconds(intoMinute), [this] {
+    const Milliseconds time(m_services.environment.now().time().msecsSinceStartOfDay());
+    m_minute->start(aMinute - time % aMinute, [this] {
         evaluateAll();
         awaitNextMinute();
     });
