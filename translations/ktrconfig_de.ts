@@ -830,6 +830,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Not heard</source>
         <translation>Nicht gehört</translation>
     </message>
+    <message>
+        <source>Datagrams of strangers, not looked at: %1</source>
+        <translation>Datagramme von Fremden, nicht beachtet: %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::GsmPage</name>

@@ -57,6 +57,14 @@ constexpr QSize comfortableSize(1240, 760);
 constexpr Milliseconds otherEnds{1000};
 constexpr qsizetype titleCharacters = 74;
 
+OperationalMode::Services operationalServices(const Services &services)
+{
+    OperationalMode::Services result{services.environment, services.timers, services.stationLine,
+                                     [] { QApplication::beep(); }};
+    result.foreignDatagrams = services.foreignDatagrams;
+    return result;
+}
+
 } // namespace
 
 FormMain::FormMain(const Services &services)
@@ -66,9 +74,7 @@ FormMain::FormMain(const Services &services)
       m_context{m_document, m_history, m_texts},
       m_link(services.serial, services.ethernet, services.timers, services.environment, services.ports),
       m_instance(services.timers, services.instanceName),
-      m_operationalMode(
-          {services.environment, services.timers, services.stationLine, [] { QApplication::beep(); }},
-          m_texts)
+      m_operationalMode(operationalServices(services), m_texts)
 {
     setObjectName(QStringLiteral("FormMain"));
     setWindowIcon(icon(IconName::Application));

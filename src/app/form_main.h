@@ -35,8 +35,9 @@ struct Services
     std::function<QStringList()> ports;
     QString instanceName; ///< under which instances find each other; empty for the user's own
 
-    /// The lines of the stations of the operational mode.
+    /// The lines of the stations of the operational mode, and what they dropped as a stranger's.
     cStations::LineFactory stationLine = {};
+    std::function<qint64()> foreignDatagrams = [] { return 0; };
 };
 
 /// The main window. start() is the start of the program, and closing the window is its end.

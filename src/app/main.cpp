@@ -27,7 +27,8 @@ int main(int argc, char **argv)
                           ethernet,
                           [] { return ktr::serialPorts(); },
                           {},
-                          [&stations] { return stations.createLine(); }});
+                          [&stations] { return stations.createLine(); },
+                          [&stations] { return stations.foreignDatagrams(); }});
     const auto end = [] { QCoreApplication::exit(0); };
     QObject::connect(&window, &ktr::FormMain::closed, &application, end, Qt::QueuedConnection);
     QObject::connect(&window, &ktr::FormMain::exitWanted, &application, end);

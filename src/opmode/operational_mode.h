@@ -34,6 +34,8 @@ public:
         cStations::LineFactory createLine;
         std::function<void()> beep = [] {};
         QueuedCallbackTimers::Clock steadyTime = &QueuedCallbackTimers::steadyTime;
+        /// How many datagrams were dropped because they came from no module's address.
+        std::function<qint64()> foreignDatagrams = [] { return 0; };
     };
     enum class Use {
         Keep, ///< changes are kept in the journal, and in the file at the end
@@ -85,6 +87,7 @@ public:
     /// Lets go of a station for a while; it counts as online, and takeBack() makes it so again.
     void lend(const QString &kennung);
     void takeBack();
+    qint64 foreignDatagrams() const { return m_services.foreignDatagrams(); }
     bool isLent(const QString &kennung) const { return m_lent.contains(kennung); }
 
 Q_SIGNALS:

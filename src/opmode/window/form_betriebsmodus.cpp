@@ -428,6 +428,7 @@ void Form_betriebsmodus::showCounts()
         counts = tr("shown %1").arg(m_tree->shownStations()) + QLatin1String("  –  ") + counts;
     }
     m_counts->setText(counts);
+    m_counts->setToolTip(tr("Datagrams of strangers, not looked at: %1").arg(m_mode.foreignDatagrams()));
 }
 
 void Form_betriebsmodus::showTitle()
