@@ -53,6 +53,7 @@ class StationDialogsTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        m_mode.reset();
         m_timers = std::make_unique<ManualTimers>();
         m_mode = std::make_unique<OperationalMode>(
             OperationalMode::Services{fixedEnvironment(), *m_timers,
