@@ -38,6 +38,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QScreen>
@@ -537,7 +538,15 @@ void FormMain::connectOperationalMode()
                 raise();
                 activateWindow();
                 m_tabs->goTo({QStringLiteral("Txt_connection_address"), 0});
+                if (auto *field = findChild<QLineEdit *>(QStringLiteral("Txt_connection_address"))) {
+                    field->setText(address);
+                    field->setModified(true);
+                }
                 connectEthernet(address, false);
+                if (m_link.line() !=
+                    ModuleLink::Line::Ethernet) { // refused, or the user thought better of it
+                    openOperationalMode();
+                }
             });
     // What was lent goes back once this window has let go of it; a link that is opened anew lets go first.
     const auto takeBack = [this] {

@@ -3,6 +3,9 @@
 #include "app/file_dialogs.h"
 #include "opmode/window/form_betriebsmodus.h"
 
+#include <QFile>
+#include <QFileInfo>
+
 namespace ktr {
 
 OperationalModeOpener::OperationalModeOpener(const OperationalMode::Services &services,
@@ -28,11 +31,24 @@ void OperationalModeOpener::open(const QPoint &place)
         connectWindow();
         m_window->move(place);
         m_window->show();
-        m_window->open(joinPath(m_services.environment.programFolder, QStringLiteral("nodes.xml")));
+        m_window->open(nodesPath());
     }
     m_window->show();
     m_window->raise();
     m_window->activateWindow();
+}
+
+/// Where the program's own folder cannot be written, the first run begins with the list that stands there.
+QString OperationalModeOpener::nodesPath() const
+{
+    const QString name = QStringLiteral("nodes.xml");
+    QString own = joinPath(m_services.environment.programFolder, name);
+    const QString delivered = deliveredFile(name);
+    if (!QFileInfo::exists(own) && QFileInfo::exists(delivered)) {
+        QFile::copy(delivered, own);
+        QFile::setPermissions(own, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
+    }
+    return own;
 }
 
 void OperationalModeOpener::connectWindow()

@@ -38,6 +38,7 @@ Q_SIGNALS:
     void configurationWanted(const QString &hostAddress);
 
 private:
+    QString nodesPath() const;
     void connectWindow();
 
     OperationalMode::Services m_services;

@@ -113,8 +113,9 @@ void OperationalMode::replay(const QString &path, QHash<QString, StationAttribut
         Q_EMIT told(replayed.status.message());
     }
     if (replayed.changes > 0) {
-        Q_EMIT told(tr("The program did not end properly last time; changes taken up from the journal: %1")
-                        .arg(replayed.changes));
+        Q_EMIT recovered(
+            tr("The program did not end properly last time; changes taken up from the journal: %1")
+                .arg(replayed.changes));
     }
     if (replayed.unfit > 0 || replayed.dropped > 0) {
         Q_EMIT told(tr("Not all of the journal could be used; left out: %1 changes, %2 bytes at its end")

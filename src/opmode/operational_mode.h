@@ -54,6 +54,8 @@ public:
     /// Removes the stations and leaves the file as it is; the journal keeps what changed.
     void closeWithoutFile();
     bool isOpen() const { return m_isOpen; }
+    /// Whether all that changed is in the journal.
+    bool keepsChanges() { return m_journal && m_journal->flushNow(); }
 
     StationTree &tree() { return m_tree; }
     const StationTree &tree() const { return m_tree; }
@@ -93,6 +95,8 @@ public:
 Q_SIGNALS:
     /// A line for the status bar.
     void told(const QString &line);
+    /// The last run ended by a crash, and what it had shown was brought back.
+    void recovered(const QString &line);
     void happened(const ktr::StationEvent &event);
     /// An alarm arrived; the entry is in the tree and red.
     void alarmRaised(const QModelIndex &entry);

@@ -15,7 +15,9 @@ QString programFolder()
         return QDir::toNativeSeparators(beside);
     }
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    return QDir::toNativeSeparators(data + QLatin1String("/KTRconfig"));
+    const QString folder = data + QLatin1String("/KTRconfig");
+    QDir().mkpath(folder); // a new user has none yet
+    return QDir::toNativeSeparators(folder);
 }
 
 QString deliveredFile(const QString &name)

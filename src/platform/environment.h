@@ -21,7 +21,8 @@ struct Environment
 /// The environment of this process: the user's locale, the clock, seeded chance and the program folder.
 Environment systemEnvironment();
 
-/// The folder of the executable where it can be written, otherwise the user's data folder for this program.
+/// The folder of the executable where it can be written, otherwise the user's data folder for this
+/// program, which is made where it is missing.
 QString programFolder();
 
 /// Where a file that is delivered with the program stands: in the program folder, or beside the executable.

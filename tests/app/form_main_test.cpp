@@ -294,7 +294,7 @@ private Q_SLOTS:
         auto *configure = mode->findChild<QAction *>("mnu_konfiguration");
         answerNext("CancelButton");
         configure->trigger();
-        QVERIFY(m_window->isVisible() && m_network.opened.isEmpty() && m_stationLine->isOpen());
+        QVERIFY(!m_window->isVisible() && m_network.opened.isEmpty() && m_stationLine->isOpen());
         answerNext("OKButton");
         configure->trigger();
         QCOMPARE(m_network.opened, QStringList("10.0.0.7"));

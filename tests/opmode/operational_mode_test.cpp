@@ -37,6 +37,8 @@ struct Run
                          [this](const StationEvent &event) { events += event; });
         QObject::connect(&*mode, &OperationalMode::alarmRaised, &*mode,
                          [this](const QModelIndex &entry) { alarms += entry.data().toString(); });
+        QObject::connect(&*mode, &OperationalMode::recovered, &*mode,
+                         [this](const QString &line) { told += line; });
         opened = mode->open(path, OperationalMode::Use::Keep);
     }
     void say(int station, const QByteArray &sms)

@@ -119,6 +119,11 @@ void AlarmBar::takeColours()
     m_headline->setFont(bold);
 }
 
+void AlarmBar::setMuted(bool muted)
+{
+    m_mute->setChecked(muted);
+}
+
 void AlarmBar::applyTexts()
 {
     const std::pair<QPushButton *, QString> captions[] = {{m_all, tr("Show all")},

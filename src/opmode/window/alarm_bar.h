@@ -25,6 +25,8 @@ public:
 
     /// Puts the captions in place; called again when the language changes.
     void applyTexts();
+    /// As the user's click on the check box.
+    void setMuted(bool muted);
 
 Q_SIGNALS:
     /// The user wants to see all alarms.

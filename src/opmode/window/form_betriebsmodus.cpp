@@ -8,6 +8,7 @@
 #include "opmode/window/alarm_bar.h"
 #include "opmode/window/export_dialog.h"
 #include "opmode/window/history_page.h"
+#include "opmode/window/message_line.h"
 #include "opmode/window/notification_page.h"
 #include "opmode/window/station_page.h"
 #include "opmode/window/station_tree_view.h"
@@ -41,8 +42,6 @@ const QString splitterKey = QStringLiteral("splitter");
 constexpr QSize comfortableSize(1180, 740);
 constexpr QSize smallest(600, 360);
 constexpr int countMs = 250;
-constexpr int toldMs = 50;
-constexpr qsizetype keptLines = 20;
 constexpr int treeWidth = 320;
 
 } // namespace
@@ -66,13 +65,16 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     layOut();
     connectAlarms();
     connect(&m_mode, &OperationalMode::told, this, &Form_betriebsmodus::tell);
-    connect(&m_mode, &OperationalMode::stationChanged, this, [this] {
+    connect(&m_mode, &OperationalMode::recovered, m_messages, &MessageLine::pin);
+    connect(&m_mode, &OperationalMode::happened, this, &Form_betriebsmodus::tellLiveness);
+    connect(&m_mode, &OperationalMode::stationChanged, this, [this](const QString &kennung) {
+        if (kennung == chosen()) {
+            enableActions();
+        }
         if (!m_countTimer.isActive()) { // counting takes longer the more stations there are
             m_countTimer.start(countMs);
         }
     });
-    m_toldTimer.setSingleShot(true);
-    connect(&m_toldTimer, &QTimer::timeout, this, &Form_betriebsmodus::showTold);
     m_countTimer.setSingleShot(true);
     connect(&m_countTimer, &QTimer::timeout, this, &Form_betriebsmodus::showCounts);
     setMinimumSize(smallest);
@@ -118,11 +120,9 @@ void Form_betriebsmodus::layOut()
 
     m_counts = new QLabel(this);
     m_counts->setObjectName(QStringLiteral("lbl_counts"));
-    m_event = new QLabel(this);
-    m_event->setObjectName(QStringLiteral("lbl_event"));
-    m_event->setTextFormat(Qt::PlainText);
-    m_event->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    statusBar()->addWidget(m_event, 1);
+    m_counts->setContentsMargins(0, 0, 8, 0); // maximised, the corner has no grip
+    m_messages = new MessageLine(this);
+    statusBar()->addWidget(m_messages, 1);
     statusBar()->addPermanentWidget(m_counts);
 }
 
@@ -148,6 +148,8 @@ void Form_betriebsmodus::connectAlarms()
         activateWindow();
     });
     connect(m_alarmBar, &AlarmBar::muteChanged, &m_sound, &AlarmSound::setMuted);
+    connect(m_alarmBar, &AlarmBar::muteChanged, mnu_stumm, &QAction::setChecked);
+    connect(mnu_stumm, &QAction::triggered, m_alarmBar, &AlarmBar::setMuted);
     connect(m_alarmBar, &AlarmBar::entryWanted, this, &Form_betriebsmodus::goTo);
     connect(m_alarmBar, &AlarmBar::allWanted, this, [this] {
         showView(false);
@@ -180,16 +182,14 @@ QWidget *Form_betriebsmodus::layOutTree()
     m_filter->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
     m_filterKind = new QComboBox(side);
     m_filterKind->setObjectName(QStringLiteral("Combo_filter_station"));
-    m_filterKind->addItems({QString(), QString(), QString(), QString()});
-    auto *filters = new QHBoxLayout;
-    filters->addWidget(m_filter, 1);
-    filters->addWidget(m_filterKind);
+    m_filterKind->addItems(QStringList(6));
     m_tree = new StationTreeView(m_mode.tree(), side);
     m_tree->setAddressSource([this](const QString &kennung) {
         const cStation *station = m_mode.station(kennung);
         return station == nullptr ? QString() : station->hostAddress();
     });
-    column->addLayout(filters);
+    column->addWidget(m_filter);
+    column->addWidget(m_filterKind);
     column->addWidget(m_tree, 1);
     connect(m_filter, &QLineEdit::textChanged, this, &Form_betriebsmodus::applyFilter);
     connect(m_filterKind, &QComboBox::activated, this, &Form_betriebsmodus::applyFilter);
@@ -224,6 +224,9 @@ void Form_betriebsmodus::buildMenus()
         m_stationMenu, "mnu_station_del", [this] { deleteStation(); },
         QKeySequence(Qt::CTRL | Qt::Key_Delete));
     m_stationMenu->addSeparator();
+    mnu_station_online = add(m_stationMenu, "mnu_station_online",
+                             [this] { m_mode.setOnline(chosen(), mnu_station_online->isChecked()); });
+    mnu_station_online->setCheckable(true);
     mnu_station_allonline =
         add(m_stationMenu, "mnu_station_allonline", [this] { m_mode.setAllOnline(true); });
     mnu_station_alloffline = add(m_stationMenu, "mnu_station_alloffline", [this] {
@@ -233,9 +236,10 @@ void Form_betriebsmodus::buildMenus()
     });
     m_stationMenu->addSeparator();
     mnu_konfiguration = add(
-        m_stationMenu, "mnu_konfiguration", [this] { configure(); }, QKeySequence(Qt::CTRL | Qt::Key_K));
+        m_stationMenu, "mnu_konfiguration", [this] { configure(); }, QKeySequence(Qt::Key_F9));
     mnu_export = add(
-        m_stationMenu, "mnu_export", [this] { exportEntries(); }, QKeySequence(Qt::CTRL | Qt::Key_E));
+        m_stationMenu, "mnu_export", [this] { exportEntries(); },
+        QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
     m_stationMenu->addSeparator();
     mnu_close = add(
         m_stationMenu, "mnu_close", [this] { close(); }, QKeySequence::Close);
@@ -251,6 +255,11 @@ void Form_betriebsmodus::buildMenus()
         views->addAction(view);
     }
     mnu_ansicht_normal->setChecked(true);
+    m_viewMenu->addSeparator();
+    mnu_stumm = m_viewMenu->addAction(QString());
+    mnu_stumm->setObjectName(QStringLiteral("mnu_stumm"));
+    mnu_stumm->setCheckable(true);
+    mnu_stumm->setChecked(AlarmSound::isMutedInSettings());
     mnu_station_add->setIcon(icon(IconName::Add));
     mnu_station_del->setIcon(icon(IconName::Delete));
 }
@@ -264,6 +273,8 @@ void Form_betriebsmodus::applyTexts()
     mnu_station_list->setText(tr("Add several..."));
     mnu_station_rename->setText(tr("Rename"));
     mnu_station_del->setText(text(Text::DeleteStation));
+    mnu_station_online->setText(text(Text::Online));
+    mnu_stumm->setText(tr("Mute alarms"));
     mnu_station_allonline->setText(text(Text::AllOnline));
     mnu_station_alloffline->setText(text(Text::AllOffline));
     mnu_konfiguration->setText(text(Text::ConfigurationMode));
@@ -273,6 +284,7 @@ void Form_betriebsmodus::applyTexts()
     mnu_ansicht_normal->setText(text(Text::General));
     mnu_ansicht_treeview->setText(text(Text::TreeView));
     m_alarmBar->applyTexts();
+    m_messages->applyTexts();
     const std::array captions = {Text::Station, Text::Notifications, Text::History, Text::Ip};
     for (int page = 0; page < m_pages->count(); ++page) {
         m_pages->setTabText(page, text(captions[static_cast<std::size_t>(page)]));
@@ -280,7 +292,8 @@ void Form_betriebsmodus::applyTexts()
     }
     m_filter->setPlaceholderText(tr("Find a station (name or address)"));
     m_filter->setAccessibleName(m_filter->placeholderText());
-    const QStringList kinds = {tr("All"), tr("In alarm"), tr("Not heard"), tr("Offline")};
+    const QStringList kinds = {tr("All"),     tr("In alarm"),  tr("Not heard"),
+                               tr("Offline"), tr("Exclusive"), tr("PUK needed")};
     for (int kind = 0; kind < kinds.size(); ++kind) {
         m_filterKind->setItemText(kind, kinds[kind]);
     }
@@ -342,9 +355,12 @@ void Form_betriebsmodus::closeEvent(QCloseEvent *event)
     if (m_mode.isOpen()) {
         if (const Status written = m_mode.close(); !written) {
             tell(written.message());
-            if (!ask(written.message() + u"\n\n" +
-                     tr("The list of stations could not be written. What changed is kept in its journal and "
-                        "is taken up at the next opening. Close all the same?"))) {
+            const QString rest =
+                m_mode.keepsChanges()
+                    ? tr("What changed is kept in its journal and is taken up at the next opening.")
+                    : tr("The journal cannot be written either: what changed in this run is lost then.");
+            if (!ask(written.message() + u"\n\n" + tr("The list of stations could not be written.") + u' ' +
+                     rest + u' ' + tr("Close all the same?"))) {
                 return;
             }
             m_mode.closeWithoutFile();
@@ -387,6 +403,9 @@ void Form_betriebsmodus::showNode(const QModelIndex &node)
                                                            : PageIndex::Station;
     const QScopedValueRollback following(m_isFollowing, true);
     m_pages->setCurrentIndex(static_cast<int>(page));
+    if (kind == NodeKind::Notifications && branch != node) {
+        m_notifications->showEntry(node);
+    }
 }
 
 /// The node that a page is about is selected, so that tree and page never tell different things.
@@ -424,11 +443,25 @@ void Form_betriebsmodus::showCounts()
     const int all = m_mode.stations().Count();
     QString counts =
         tr("Stations: %1, alive %2, silent %3, offline %4").arg(all).arg(alive).arg(silent).arg(offline);
+    if (const int waiting = all - alive - silent - offline; waiting > 0) {
+        counts += tr(", not heard yet %1").arg(waiting);
+    }
     if (m_tree->shownStations() != all) {
-        counts = tr("shown %1").arg(m_tree->shownStations()) + QLatin1String("  –  ") + counts;
+        counts = tr("shown %1").arg(m_tree->shownStations()) + QStringLiteral("  –  ") + counts;
     }
     m_counts->setText(counts);
     m_counts->setToolTip(tr("Datagrams of strangers, not looked at: %1").arg(m_mode.foreignDatagrams()));
+}
+
+/// That a station falls silent is no alarm of it, and yet worth knowing.
+void Form_betriebsmodus::tellLiveness(const StationEvent &event)
+{
+    const QString name = m_mode.tree().find(event.kennung).data().toString();
+    if (event.kind == StationEvent::Kind::Silent) {
+        tell(tr("%1 is silent").arg(name));
+    } else if (event.kind == StationEvent::Kind::Alive) {
+        tell(tr("%1 is alive").arg(name));
+    }
 }
 
 void Form_betriebsmodus::showTitle()
@@ -439,37 +472,18 @@ void Form_betriebsmodus::showTitle()
 
 void Form_betriebsmodus::tell(const QString &line)
 {
-    m_told.prepend(QLocale().toString(QTime::currentTime(), QStringLiteral("HH:mm:ss  ")) +
-                   line.simplified());
-    if (m_told.size() > keptLines) {
-        m_told.removeLast();
-    }
-    if (!m_toldTimer.isActive()) { // thousands may be told in a moment
-        m_toldTimer.start(toldMs);
-    }
-}
-
-void Form_betriebsmodus::showTold()
-{
-    m_event->setText(m_event->fontMetrics().elidedText(m_told.value(0), Qt::ElideRight, m_event->width()));
-    m_event->setToolTip(m_told.join(u'\n'));
-    m_event->setAccessibleName(m_told.value(0));
-}
-
-void Form_betriebsmodus::resizeEvent(QResizeEvent *event)
-{
-    QMainWindow::resizeEvent(event);
-    showTold();
+    m_messages->tell(line);
 }
 
 // What the menus do
 
 void Form_betriebsmodus::enableActions()
 {
-    const bool isChosen = !chosen().isEmpty();
-    for (QAction *action : {mnu_station_rename, mnu_station_del, mnu_konfiguration}) {
-        action->setEnabled(isChosen);
+    const QString kennung = chosen();
+    for (QAction *action : {mnu_station_rename, mnu_station_del, mnu_station_online, mnu_konfiguration}) {
+        action->setEnabled(!kennung.isEmpty());
     }
+    mnu_station_online->setChecked(m_mode.attributes(kennung).online);
 }
 
 bool Form_betriebsmodus::ask(const QString &question)

@@ -21,6 +21,7 @@ class QTabWidget;
 namespace ktr {
 
 class AlarmBar;
+class MessageLine;
 class NotificationPage;
 class OpmodePage;
 class StationTreeView;
@@ -55,7 +56,7 @@ public:
     /// While it is busy the window refuses to close, with a beep.
     bool isBusy() const { return m_busy > 0; }
 
-    /// Shows a line in the status bar. Of many at once the last one is shown; the tool tip has those before.
+    /// A line for the status bar.
     void tell(const QString &line);
 
 Q_SIGNALS:
@@ -67,7 +68,6 @@ Q_SIGNALS:
 protected:
     void closeEvent(QCloseEvent *event) override;
     void changeEvent(QEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
 
 private:
     void layOut();
@@ -94,7 +94,7 @@ private:
     void applyFilter();
     void showCounts();
     void showTitle();
-    void showTold();
+    void tellLiveness(const StationEvent &event);
     void enableActions();
     void giveMnemonics();
 
@@ -117,9 +117,7 @@ private:
     QTabWidget *m_pages;
     QList<OpmodePage *> m_pageList;
     QLabel *m_counts;
-    QLabel *m_event;
-    QStringList m_told; ///< the latest first
-    QTimer m_toldTimer;
+    MessageLine *m_messages;
     QTimer m_countTimer;
 
     QMenu *m_stationMenu;
@@ -128,7 +126,9 @@ private:
     QAction *mnu_station_list;
     QAction *mnu_station_rename;
     QAction *mnu_station_del;
+    QAction *mnu_station_online;
     QAction *mnu_station_allonline;
+    QAction *mnu_stumm;
     QAction *mnu_station_alloffline;
     QAction *mnu_ansicht_normal;
     QAction *mnu_ansicht_treeview;

@@ -15,6 +15,8 @@ namespace {
 constexpr int markSide = 14;
 constexpr int gap = 6;
 constexpr int refreshMs = 100;
+constexpr int layoutMs = 250;
+constexpr int userRestMs = 4000;
 
 class NodeDelegate : public QStyledItemDelegate
 {
@@ -39,7 +41,7 @@ public:
         item.font.setBold(true);
         QStringList badges;
         const auto station = status.value<StationStatus>();
-        const int alarms = index.model()->index(0, 0, index).data(StationTree::AlarmCountRole).toInt();
+        const int alarms = index.data(StationTree::AlarmCountRole).toInt();
         if (station.pukNeeded) {
             badges += QStringLiteral("PUK");
         }
@@ -73,6 +75,13 @@ public:
         painter->drawText(rest, Qt::AlignVCenter | Qt::TextSingleLine,
                           QFontMetrics(item.font).elidedText(item.text, Qt::ElideRight, rest.width()));
         painter->restore();
+    }
+
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &) const override
+    {
+        auto *editor = new QLineEdit(parent);
+        editor->setAutoFillBackground(true); // the row's own text must not shine through
+        return editor;
     }
 
     void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
@@ -132,9 +141,13 @@ StationTreeView::StationTreeView(StationTree &tree, QWidget *parent) : QTreeView
     setEditTriggers(EditKeyPressed | SelectedClicked);
     setContextMenuPolicy(Qt::ActionsContextMenu);
     setTextElideMode(Qt::ElideRight);
+    viewport()->setMouseTracking(true);
     m_filterTimer.setSingleShot(true);
     m_filterTimer.setInterval(refreshMs);
     connect(&m_filterTimer, &QTimer::timeout, this, &StationTreeView::applyFilter);
+    m_layoutTimer.setSingleShot(true);
+    m_layoutTimer.setInterval(layoutMs);
+    connect(&m_layoutTimer, &QTimer::timeout, this, [this] { scheduleDelayedItemsLayout(); });
     Timer_doView.setObjectName(QStringLiteral("Timer_doView"));
     Timer_doView.setSingleShot(true);
     Timer_doView.setInterval(refreshMs);
@@ -176,12 +189,24 @@ bool StationTreeView::isWanted(const QModelIndex &station) const
 {
     const auto status = station.data(StationTree::StatusRole).value<StationStatus>();
     using Line = StationStatus::Line;
-    const bool isOfKind =
-        m_kind == Kind::All ||
-        (m_kind == Kind::InAlarm &&
-         m_tree.index(0, 0, station).data(StationTree::AlarmCountRole).toInt() > 0) ||
-        (m_kind == Kind::NotAlive && status.line != Line::Alive && status.line != Line::Offline) ||
-        (m_kind == Kind::Offline && status.line == Line::Offline);
+    const auto isOf = [&] {
+        switch (m_kind) {
+        case Kind::All:
+            return true;
+        case Kind::InAlarm:
+            return station.data(StationTree::AlarmCountRole).toInt() > 0;
+        case Kind::NotHeard:
+            return status.line != Line::Alive && status.line != Line::Offline;
+        case Kind::Offline:
+            return status.line == Line::Offline;
+        case Kind::Exclusive:
+            return status.exclusive;
+        case Kind::PukNeeded:
+            return status.pukNeeded;
+        }
+        return true;
+    };
+    const bool isOfKind = isOf();
     if (!isOfKind || m_text.isEmpty()) {
         return isOfKind;
     }
@@ -218,15 +243,17 @@ void StationTreeView::reveal(const QModelIndex &entry)
 
 void StationTreeView::revealNow()
 {
+    if (state() == EditingState || (m_lastInput.isValid() && !m_lastInput.hasExpired(userRestMs))) {
+        Timer_doView.start(); // nothing runs away from under the mouse
+        return;
+    }
     scheduleDelayedItemsLayout(); // once for all branches
     for (const QString &key : std::exchange(m_branchesToReveal, {})) {
         const QModelIndex branch = m_tree.find(key);
         expand(branch.parent());
         expand(branch);
     }
-    if (state() != EditingState) {
-        scrollTo(m_toReveal);
-    }
+    scrollTo(m_toReveal);
     m_toReveal = QPersistentModelIndex();
 }
 
@@ -236,6 +263,37 @@ QModelIndex StationTreeView::stationOf(QModelIndex index)
         index = index.parent();
     }
     return index;
+}
+
+/// Each layout goes through all rows that are to be seen, so many entries share one.
+void StationTreeView::rowsInserted(const QModelIndex &above, int start, int end)
+{
+    if (!above.isValid() || start == 0) {
+        QTreeView::rowsInserted(above, start, end);
+    } else if (isExpanded(above) && !m_layoutTimer.isActive()) { // at the end of what is there
+        m_layoutTimer.start();
+    }
+}
+
+bool StationTreeView::viewportEvent(QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::Wheel:
+        m_lastInput.start();
+        break;
+    default:
+        break;
+    }
+    return QTreeView::viewportEvent(event);
+}
+
+void StationTreeView::keyPressEvent(QKeyEvent *event)
+{
+    m_lastInput.start();
+    QTreeView::keyPressEvent(event);
 }
 
 QString StationTreeView::refusalOf(const QString &name)

@@ -1,0 +1,112 @@
+#include "opmode/window/message_line.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QTime>
+#include <QToolButton>
+
+namespace ktr {
+
+namespace {
+
+constexpr int soonMs = 50;
+constexpr int expiryMs = 60'000;
+constexpr QSize listSize(760, 300);
+
+} // namespace
+
+MessageLine::MessageLine(QWidget *parent)
+    : QWidget(parent),
+      m_pinned(new QToolButton(this)),
+      m_latest(new QLabel(this)),
+      m_button(new QToolButton(this)),
+      m_popup(new QFrame(this, Qt::Popup)),
+      m_list(new QPlainTextEdit(m_popup))
+{
+    m_pinned->setObjectName(QStringLiteral("Cmd_pinned"));
+    m_pinned->setAutoRaise(true);
+    m_pinned->hide();
+    m_latest->setObjectName(QStringLiteral("lbl_event"));
+    m_latest->setTextFormat(Qt::PlainText);
+    m_latest->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_button->setObjectName(QStringLiteral("Cmd_messages"));
+    m_button->setAutoRaise(true);
+    m_button->setEnabled(false);
+    m_list->setObjectName(QStringLiteral("txt_messages"));
+    m_list->setReadOnly(true);
+    m_list->setTabChangesFocus(true);
+    m_popup->setFrameShape(QFrame::StyledPanel);
+    auto *inPopup = new QVBoxLayout(m_popup);
+    inPopup->setContentsMargins(1, 1, 1, 1);
+    inPopup->addWidget(m_list);
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(4, 0, 4, 0);
+    row->addWidget(m_button);
+    row->addWidget(m_pinned);
+    row->addWidget(m_latest, 1);
+    m_soon.setSingleShot(true);
+    m_expiry.setSingleShot(true);
+    connect(&m_soon, &QTimer::timeout, this, &MessageLine::showLatest);
+    connect(&m_expiry, &QTimer::timeout, m_latest, &QLabel::clear);
+    connect(m_button, &QToolButton::clicked, this, &MessageLine::showList);
+    connect(m_pinned, &QToolButton::clicked, m_pinned, &QWidget::hide);
+    applyTexts();
+}
+
+void MessageLine::tell(const QString &line)
+{
+    m_lines.append(QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) + line.simplified());
+    if (m_lines.size() > kept) {
+        m_lines.removeFirst();
+    }
+    if (!m_soon.isActive()) { // thousands may be told in a moment
+        m_soon.start(soonMs);
+    }
+}
+
+void MessageLine::pin(const QString &line)
+{
+    tell(line);
+    m_pinned->setText(line.simplified());
+    m_pinned->show();
+}
+
+void MessageLine::showLatest()
+{
+    const QString latest = m_lines.isEmpty() ? QString() : m_lines.constLast();
+    m_latest->setText(m_latest->fontMetrics().elidedText(latest, Qt::ElideRight, m_latest->width()));
+    m_latest->setToolTip(latest);
+    m_latest->setAccessibleName(latest);
+    m_button->setEnabled(!m_lines.isEmpty());
+    m_expiry.start(expiryMs);
+}
+
+void MessageLine::showList()
+{
+    m_list->setPlainText(m_lines.join(u'\n'));
+    m_list->moveCursor(QTextCursor::End);
+    m_popup->resize(listSize.boundedTo(window()->size()));
+    m_popup->move(mapToGlobal(QPoint(0, -m_popup->height())));
+    m_popup->show();
+    m_list->setFocus();
+}
+
+void MessageLine::applyTexts()
+{
+    m_button->setText(tr("Messages"));
+    m_button->setToolTip(tr("Lists the messages since the operational mode was opened"));
+    m_pinned->setToolTip(tr("Click to take note"));
+    m_list->setAccessibleName(tr("Messages"));
+}
+
+void MessageLine::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    if (!m_latest->text().isEmpty()) {
+        m_soon.start(soonMs);
+    }
+}
+
+} // namespace ktr

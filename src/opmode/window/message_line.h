@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QStringList>
+#include <QTimer>
+#include <QWidget>
+
+class QFrame;
+class QLabel;
+class QPlainTextEdit;
+class QToolButton;
+
+namespace ktr {
+
+/// The line of a status bar: the latest message for a while, and a button that lists those before. What must
+/// not go under among others stays until it is clicked away.
+class MessageLine : public QWidget
+{
+    Q_OBJECT
+
+public:
+    static constexpr int kept = 500; ///< messages in the list
+
+    explicit MessageLine(QWidget *parent = nullptr);
+
+    /// Of many at once the last is shown.
+    void tell(const QString &line);
+    /// Also shows it in front until the user clicks it.
+    void pin(const QString &line);
+    void applyTexts();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    void showLatest();
+    void showList();
+
+    QToolButton *m_pinned;
+    QLabel *m_latest;
+    QToolButton *m_button;
+    QFrame *m_popup;
+    QPlainTextEdit *m_list;
+    QStringList m_lines; ///< the oldest first
+    QTimer m_soon;
+    QTimer m_expiry;
+};
+
+} // namespace ktr
