@@ -5,8 +5,26 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QScreen>
+
+#include <algorithm>
 
 namespace ktr {
+
+namespace {
+
+/// The place, or one beside it where the whole window is to be seen.
+QPoint onScreen(const QPoint &place, const QWidget &window)
+{
+    constexpr QSize frame(16, 56); // what the window manager puts around it, at most
+    const QRect available = window.screen()->availableGeometry();
+    const QSize rest = (available.size() - window.size() - frame).expandedTo({0, 0});
+    const QRect fitting(available.topLeft(), rest + QSize(1, 1));
+    return {std::clamp(place.x(), fitting.left(), fitting.right()),
+            std::clamp(place.y(), fitting.top(), fitting.bottom())};
+}
+
+} // namespace
 
 OperationalModeOpener::OperationalModeOpener(const OperationalMode::Services &services,
                                              const TextTable &texts)
@@ -29,7 +47,7 @@ void OperationalModeOpener::open(const QPoint &place)
                                          [this](const QString &filter) { return m_files->askOpen(filter); }});
         m_files = std::make_unique<FileDialogs>(m_window.get(), environment.programFolder);
         connectWindow();
-        m_window->move(place);
+        m_window->move(onScreen(place, *m_window));
         m_window->show();
         m_window->open(nodesPath());
     }

@@ -78,7 +78,8 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     m_countTimer.setSingleShot(true);
     connect(&m_countTimer, &QTimer::timeout, this, &Form_betriebsmodus::showCounts);
     setMinimumSize(smallest);
-    resize(comfortableSize.boundedTo(screen()->availableSize()));
+    constexpr QSize frame(16, 56); // what the window manager puts around it, at most
+    resize(comfortableSize.boundedTo(screen()->availableSize() - frame));
     const SettingsStore store;
     const auto kept = [&store](const QString &key) {
         return QByteArray::fromBase64(store.GetSetting(storeName, storeSection, key).toLatin1());

@@ -4,9 +4,11 @@
 #include "opmode/window/station_mark.h"
 
 #include <QCoreApplication>
+#include <QHelpEvent>
 #include <QLineEdit>
 #include <QPainter>
 #include <QStyledItemDelegate>
+#include <QToolTip>
 
 namespace ktr {
 
@@ -75,6 +77,16 @@ public:
         painter->drawText(rest, Qt::AlignVCenter | Qt::TextSingleLine,
                           QFontMetrics(item.font).elidedText(item.text, Qt::ElideRight, rest.width()));
         painter->restore();
+    }
+
+    bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &,
+                   const QModelIndex &index) override
+    {
+        const QVariant status = index.data(StationTree::StatusRole); // of a station
+        QToolTip::showText(
+            event->globalPos(),
+            status.isValid() ? statusText(status.value<StationStatus>()) : index.data().toString(), view);
+        return true;
     }
 
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &, const QModelIndex &) const override
