@@ -1,6 +1,7 @@
 #include "editor/binder.h"
 
 #include "link/problems.h"
+#include "look/wheel_guard.h"
 #include "platform/text_rules.h"
 
 #include <QAction>
@@ -22,21 +23,6 @@ namespace ktr {
 namespace {
 
 constexpr const char *problemProperty = "problem";
-
-class WheelGuard : public QObject
-{
-public:
-    using QObject::QObject;
-
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        if (event->type() == QEvent::Wheel && !static_cast<QWidget *>(watched)->hasFocus()) {
-            event->ignore();
-            return true;
-        }
-        return false;
-    }
-};
 
 int maskOf(const QString &text, int full)
 {
@@ -84,12 +70,6 @@ void showProblem(QWidget *control, const QString &message)
 }
 
 } // namespace
-
-void ignoreWheelUnlessFocused(QWidget *control)
-{
-    control->setFocusPolicy(Qt::StrongFocus);
-    control->installEventFilter(new WheelGuard(control));
-}
 
 Binder::Binder(EditorContext &context, QObject *parent) : QObject(parent), m_context(context) {}
 

@@ -67,7 +67,4 @@ private:
     std::vector<Bound> m_bound;
 };
 
-/// Makes a control take the wheel only while it has the focus, so that scrolling a page changes no value.
-void ignoreWheelUnlessFocused(QWidget *control);
-
 } // namespace ktr

@@ -2,6 +2,7 @@
 
 #include "editor/address_check.h"
 #include "look/lamp.h"
+#include "look/wheel_guard.h"
 
 #include <QComboBox>
 #include <QGridLayout>
