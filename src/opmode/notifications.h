@@ -8,8 +8,11 @@ namespace ktr {
 struct NotificationText
 {
     QString number;  ///< of the sender; empty when the text has another form
-    QString message; ///< what the module sent, or the whole text
+    QString message; ///< what the module sent, or the whole text; on one line
 };
+
+/// Line breaks and tabs, of which a module's text may hold any, become one blank each run of them.
+QString onOneLine(QString text);
 
 NotificationText splitNotification(const QString &text);
 

@@ -174,7 +174,7 @@ void AlarmBar::refresh()
 /// The time in front: it is not what gets cut off.
 QString AlarmBar::line(const Alarm &alarm, bool withTime) const
 {
-    const QString time = withTime ? shownTime(alarm.received, m_locale) + QStringLiteral("   ") : QString();
+    const QString time = withTime ? shownMoment(alarm.received) + QStringLiteral("   ") : QString();
     return time + alarm.station + QStringLiteral(" · ") + alarm.message;
 }
 

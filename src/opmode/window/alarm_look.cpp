@@ -4,7 +4,6 @@
 
 #include <QDateTime>
 #include <QIconEngine>
-#include <QLocale>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -87,17 +86,11 @@ QIcon muteIcon(const QColor &colour)
     return QIcon(new Bell(colour, true));
 }
 
-QString shownTime(qint64 moment, const QLocale &locale)
+QString shownMoment(qint64 moment)
 {
-    if (moment == 0) {
-        return QStringLiteral("—");
-    }
-    const QDateTime time = QDateTime::fromMSecsSinceEpoch(moment);
-    QString day = locale.dateFormat(QLocale::ShortFormat);
-    if (!day.contains(QLatin1String("yyyy"))) {
-        day.replace(QLatin1String("yy"), QLatin1String("yyyy"));
-    }
-    return locale.toString(time.date(), day) + u' ' + time.toString(QStringLiteral("HH:mm:ss"));
+    return moment == 0
+               ? QStringLiteral("—")
+               : QDateTime::fromMSecsSinceEpoch(moment).toString(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
 }
 
 } // namespace ktr

@@ -3,8 +3,6 @@
 #include <QIcon>
 #include <QPalette>
 
-class QLocale;
-
 namespace ktr {
 
 /// For a bar that cannot be overlooked: light text on red in every appearance.
@@ -15,8 +13,8 @@ QIcon alarmIcon(const QColor &colour);
 /// A bell crossed out.
 QIcon muteIcon(const QColor &colour);
 
-/// A time as the user's country writes it, with seconds; "—" for 0. `moment` is in milliseconds since 1970,
-/// UTC.
-QString shownTime(qint64 moment, const QLocale &locale);
+/// A moment as the whole operational mode writes it, in every language: "DD.MM.YYYY HH:MM:SS" of the wall
+/// clock; "—" for 0. `moment` is in milliseconds since 1970, UTC.
+QString shownMoment(qint64 moment);
 
 } // namespace ktr

@@ -165,8 +165,7 @@ QString NotificationModel::stateText(Id id) const
 
 QString NotificationModel::acknowledgedAt(qint64 moment)
 {
-    const QDateTime time = QDateTime::fromMSecsSinceEpoch(moment);
-    return tr("acknowledged %1").arg(time.toString(QStringLiteral("dd.MM.yyyy HH:mm:ss")));
+    return tr("acknowledged %1").arg(shownMoment(moment));
 }
 
 /// Of no column, the whole text of the notification.
@@ -179,7 +178,7 @@ QString NotificationModel::text(Id id, int column) const
     };
     switch (column) {
     case Received:
-        return shownTime(m_tree.arrivals().value(id).received, m_locale);
+        return shownMoment(m_tree.arrivals().value(id).received);
     case Station:
         return textOf(nodes.parent(nodes.parent(id)));
     case Message:
@@ -193,7 +192,7 @@ QString NotificationModel::text(Id id, int column) const
     case Number:
         return splitNotification(textOf(id)).number;
     default:
-        return textOf(id);
+        return onOneLine(textOf(id));
     }
 }
 

@@ -228,7 +228,7 @@ void NotificationPage::fitColumns()
     const int number = widthOf(QStringLiteral("+49170123456789"));
     const std::pair<int, int> widths[] = {
         {Model::Received,
-         std::max(widthOf(shownTime(sampleMoment, m_locale)), widthOf(header(Model::Received)) + sortMark)},
+         std::max(widthOf(shownMoment(sampleMoment)), widthOf(header(Model::Received)) + sortMark)},
         {Model::Station, std::clamp(viewport / 6, widthOf(QString(11, u'n')), widthOf(QString(28, u'n')))},
         {Model::State, state},
         {Model::Count, std::max(widthOf(QStringLiteral("×1.000")), widthOf(header(Model::Count)))},

@@ -2,6 +2,8 @@
 
 #include "link/udp_pair.h"
 #include "look/palettes.h"
+#include "look/wheel_guard.h"
+#include "opmode/window/alarm_look.h"
 #include "opmode/window/quality_bars.h"
 #include "opmode/window/station_mark.h"
 #include "opmode/window/station_tree_view.h"
@@ -183,6 +185,7 @@ StationPage::Rule StationPage::addRule(QGridLayout *grid, int row, const char *d
     Rule rule{new QLabel(m_exclusiveCard), new QComboBox(m_exclusiveCard), new QLineEdit(m_exclusiveCard)};
     rule.day->setObjectName(QLatin1String(day));
     rule.day->addItems(QStringList(dayItems.begin(), dayItems.end()));
+    ignoreWheelUnlessFocused(rule.day);
     rule.time->setObjectName(QLatin1String(time));
     rule.time->setMaximumWidth(rule.time->fontMetrics().horizontalAdvance(QStringLiteral("00:00:00000")));
     rule.caption->setBuddy(rule.day);
@@ -296,7 +299,7 @@ void StationPage::showLastHeard()
     constexpr qint64 aDay = 24 * 60 * aMinute;
     m_heard->setText(seconds < aMinute ? tr("%1, %2 s ago").arg(time).arg(seconds)
                      : seconds < aDay  ? tr("%1, %2 min ago").arg(time).arg(seconds / aMinute)
-                                       : QLocale().toString(moment, QLocale::ShortFormat));
+                                       : shownMoment(heard));
 }
 
 void StationPage::storeName()

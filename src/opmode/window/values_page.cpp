@@ -1,6 +1,7 @@
 #include "opmode/window/values_page.h"
 
 #include "config/channel_use.h"
+#include "opmode/window/alarm_look.h"
 #include "opmode/window/value_text.h"
 
 #include <QCoreApplication>
@@ -176,13 +177,12 @@ void ValuesPage::showValues()
         }
         const auto [lowest, highest] =
             std::ranges::minmax_element(trend, {}, [](const QPointF &point) { return point.y(); });
-        const auto since = QDateTime::fromSecsSinceEpoch(qint64(trend.front().x()));
+        constexpr qint64 msPerSecond = 1000;
+        const QString since = shownMoment(qint64(trend.front().x()) * msPerSecond);
         const auto number = [this](double value) {
             return locale().toString(value, 'g', QLocale::FloatingPointShortest);
         };
-        tile.setToolTip(tr("Since %1: from %2 to %3")
-                            .arg(since.toString(QStringLiteral("HH:mm dd.MM.yyyy")), number(lowest->y()),
-                                 number(highest->y())));
+        tile.setToolTip(tr("Since %1: from %2 to %3").arg(since, number(lowest->y()), number(highest->y())));
     }
 }
 
