@@ -161,7 +161,6 @@ QWidget *ExportDialog::stationsCard(const QString &chosen)
     m_stations[ChosenStation]->setToolTip(name);
     m_list = new StationCheckList(m_tree, card);
     m_list->setEnabled(false);
-    m_list->tick(chosen);
     lines->addWidget(m_list, 1);
     connect(m_list, &StationCheckList::changed, this, &ExportDialog::choiceChanged);
     return card;

@@ -4,6 +4,7 @@
 #include "opmode/station_tree.h"
 
 #include <QCheckBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QSortFilterProxyModel>
@@ -18,7 +19,8 @@ StationCheckList::StationCheckList(const StationTree &tree, QWidget *parent)
       m_shown(new QSortFilterProxyModel(this)),
       m_filter(new QLineEdit(this)),
       m_all(new QCheckBox(tr("All that are shown"), this)),
-      m_list(new QListView(this))
+      m_list(new QListView(this)),
+      m_count(new QLabel(this))
 {
     for (int row = 0; row < tree.rowCount(); ++row) {
         const QModelIndex station = tree.index(row, 0);
@@ -53,18 +55,21 @@ StationCheckList::StationCheckList(const StationTree &tree, QWidget *parent)
     lines->addWidget(m_filter);
     lines->addWidget(m_all);
     lines->addWidget(m_list, 1);
+    m_count->setObjectName(QStringLiteral("Label_export_chosen"));
+    lines->addWidget(m_count);
 
     connect(m_filter, &QLineEdit::textChanged, this, [this](const QString &text) {
         m_shown->setFilterFixedString(text.trimmed());
-        showAllBox();
+        showTicks();
     });
     connect(m_all, &QCheckBox::clicked, this, [this](bool on) { tickShown(on); });
     connect(m_stations, &QStandardItemModel::itemChanged, this, [this] {
         if (!m_isTickingMany) {
-            showAllBox();
+            showTicks();
             Q_EMIT changed();
         }
     });
+    showTicks();
 }
 
 QStringList StationCheckList::ticked() const
@@ -79,17 +84,6 @@ QStringList StationCheckList::ticked() const
     return keys;
 }
 
-void StationCheckList::tick(const QString &kennung)
-{
-    for (int row = 0; row < m_stations->rowCount(); ++row) {
-        QStandardItem *item = m_stations->item(row);
-        if (item->data(StationTree::KeyRole).toString() == kennung) {
-            item->setCheckState(Qt::Checked);
-            m_list->scrollTo(m_shown->mapFromSource(item->index()));
-        }
-    }
-}
-
 void StationCheckList::tickShown(bool on)
 {
     m_isTickingMany = true;
@@ -97,23 +91,28 @@ void StationCheckList::tickShown(bool on)
         m_shown->setData(m_shown->index(row, 0), on ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
     }
     m_isTickingMany = false;
-    showAllBox();
+    showTicks();
     Q_EMIT changed();
 }
 
-void StationCheckList::showAllBox()
+/// How many are ticked, those that the filter hides too: they are exported with the others.
+void StationCheckList::showTicks()
 {
-    int ticked = 0;
+    int shown = 0;
     for (int row = 0; row < m_shown->rowCount(); ++row) {
         const auto state = m_shown->index(row, 0).data(Qt::CheckStateRole).value<Qt::CheckState>();
-        ticked += state == Qt::Checked ? 1 : 0;
+        shown += state == Qt::Checked ? 1 : 0;
     }
     m_all->setEnabled(m_shown->rowCount() > 0);
-    const Qt::CheckState state = ticked == 0                     ? Qt::Unchecked
-                                 : ticked == m_shown->rowCount() ? Qt::Checked
-                                                                 : Qt::PartiallyChecked;
+    const Qt::CheckState state = shown == 0                     ? Qt::Unchecked
+                                 : shown == m_shown->rowCount() ? Qt::Checked
+                                                                : Qt::PartiallyChecked;
     m_all->setTristate(state == Qt::PartiallyChecked); // a click gives all or none, never some
     m_all->setCheckState(state);
+    const auto all = static_cast<int>(ticked().size());
+    const QString count = tr("%1 chosen").arg(locale().toString(all));
+    m_count->setText(
+        shown == all ? count : tr("%1, %2 of them not shown").arg(count, locale().toString(all - shown)));
 }
 
 } // namespace ktr

@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class QCheckBox;
+class QLabel;
 class QLineEdit;
 class QListView;
 class QSortFilterProxyModel;
@@ -18,25 +19,25 @@ class StationCheckList : public QWidget
     Q_OBJECT
 
 public:
-    /// Shows the stations that the tree has now.
+    /// Shows the stations that the tree has now, none of them ticked.
     explicit StationCheckList(const StationTree &tree, QWidget *parent = nullptr);
 
     /// The keys of those that are ticked, in the order of the tree; also of those not shown.
     QStringList ticked() const;
-    void tick(const QString &kennung);
 
 Q_SIGNALS:
     void changed();
 
 private:
     void tickShown(bool on);
-    void showAllBox();
+    void showTicks();
 
     QStandardItemModel *m_stations;
     QSortFilterProxyModel *m_shown;
     QLineEdit *m_filter;
     QCheckBox *m_all;
     QListView *m_list;
+    QLabel *m_count;
     bool m_isTickingMany = false;
 };
 

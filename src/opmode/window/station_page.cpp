@@ -1,12 +1,11 @@
 #include "opmode/window/station_page.h"
 
 #include "link/udp_pair.h"
-#include "look/palettes.h"
+#include "look/problem_label.h"
 #include "look/wheel_guard.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/quality_bars.h"
 #include "opmode/window/station_mark.h"
-#include "opmode/window/station_tree_view.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -19,6 +18,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QShortcut>
 
 #include <array>
 
@@ -63,15 +63,6 @@ const std::array<QString, 11> dayItems = {
     QStringLiteral("mittwochs"),  QStringLiteral("donnerstags"), QStringLiteral("freitags"),
     QStringLiteral("samstags"),   QStringLiteral("sontags")};
 
-void paintText(QLabel *label, const QColor &colour)
-{
-    QPalette palette = label->palette();
-    if (palette.color(QPalette::WindowText) != colour) {
-        palette.setColor(QPalette::WindowText, colour);
-        label->setPalette(palette);
-    }
-}
-
 } // namespace
 
 StationPage::StationPage(OperationalMode &mode, const TextTable &texts, QWidget *parent)
@@ -98,6 +89,8 @@ StationPage::StationPage(OperationalMode &mode, const TextTable &texts, QWidget 
             showNow();
         }
     });
+    connect(&mode.tree(), &QAbstractItemModel::rowsRemoved, this, &StationPage::recheckName);
+    connect(&mode.tree(), &QAbstractItemModel::dataChanged, this, &StationPage::recheckName);
     Timer_aktualisieren.setObjectName(QStringLiteral("Timer_aktualisieren"));
     connect(&Timer_aktualisieren, &QTimer::timeout, this, [this] {
         if (isVisible()) {
@@ -114,6 +107,14 @@ QLabel *StationPage::addRow(QGridLayout *grid, int row, QWidget *control)
     grid->addWidget(caption, row, 0);
     grid->addWidget(control, row, 1);
     return caption;
+}
+
+ProblemLabel *StationPage::addProblem(QGridLayout *grid, int row, const char *name)
+{
+    auto *problem = new ProblemLabel(this);
+    problem->setObjectName(QLatin1String(name));
+    grid->addWidget(problem, row, 1, 1, -1);
+    return problem;
 }
 
 QWidget *StationPage::connectionCard()
@@ -139,25 +140,23 @@ QWidget *StationPage::connectionCard()
     m_name = new QLineEdit(m_connectionCard);
     m_name->setObjectName(QStringLiteral("Text_pic0_name"));
     m_nameCaption = addRow(grid, 1, m_name);
+    m_nameProblem = addProblem(grid, 2, "lbl_pic0_name");
     m_address = new QLineEdit(m_connectionCard);
     m_address->setObjectName(QStringLiteral("Text_pic0_hostAddress"));
-    m_addressCaption = addRow(grid, 2, m_address);
-    m_addressProblem = new QLabel(m_connectionCard);
-    m_addressProblem->setObjectName(QStringLiteral("lbl_pic0_address"));
-    m_addressProblem->setWordWrap(true);
-    grid->addWidget(m_addressProblem, 3, 1);
+    m_addressCaption = addRow(grid, 3, m_address);
+    m_addressProblem = addProblem(grid, 4, "lbl_pic0_address");
     m_heard = new QLabel(m_connectionCard);
     m_heard->setObjectName(QStringLiteral("lbl_pic0_heard"));
-    m_heardCaption = addRow(grid, 4, m_heard);
-    m_trouble = new QLabel(m_connectionCard);
-    m_trouble->setObjectName(QStringLiteral("lbl_pic0_trouble"));
-    m_trouble->setWordWrap(true);
-    m_trouble->setTextFormat(Qt::PlainText);
-    grid->addWidget(m_trouble, 5, 1);
+    m_heardCaption = addRow(grid, 5, m_heard);
+    m_trouble = addProblem(grid, 6, "lbl_pic0_trouble");
 
     connect(m_name, &QLineEdit::editingFinished, this, &StationPage::storeName);
     connect(m_address, &QLineEdit::editingFinished, this, &StationPage::storeAddress);
-    connect(m_address, &QLineEdit::textEdited, this, [this] { showAddressProblem({}); });
+    for (const auto &[edit, problem] : {std::pair(m_name, m_nameProblem), {m_address, m_addressProblem}}) {
+        connect(edit, &QLineEdit::textEdited, problem, [problem] { problem->tell({}); });
+        connect(new QShortcut(QKeySequence(Qt::Key_Escape), edit, nullptr, nullptr, Qt::WidgetShortcut),
+                &QShortcut::activated, this, [this, edit, problem] { discard(edit, problem); });
+    }
     connect(Check_pic0_online, &QCheckBox::clicked, this, [this](bool checked) {
         storeAddress(); // one that was typed and not left yet counts
         mode().setOnline(kennung(), checked);
@@ -172,17 +171,20 @@ QWidget *StationPage::signalCard()
     m_bars = new QualityBars(m_signalCard);
     m_quality = new QLabel(m_signalCard);
     m_quality->setObjectName(QStringLiteral("lbl_pic0_csq"));
-    m_puk = new QLabel(m_signalCard);
+    m_puk = new ProblemLabel(m_signalCard);
     m_puk->setObjectName(QStringLiteral("lbl_pic0_puk"));
+    m_puk->setWordWrap(false);
     row->addWidget(m_bars);
     row->addWidget(m_quality, 1);
     row->addWidget(m_puk);
     return m_signalCard;
 }
 
-StationPage::Rule StationPage::addRule(QGridLayout *grid, int row, const char *day, const char *time)
+StationPage::Rule StationPage::addRule(QGridLayout *grid, int row, const char *day, const char *time,
+                                       const char *problem)
 {
-    Rule rule{new QLabel(m_exclusiveCard), new QComboBox(m_exclusiveCard), new QLineEdit(m_exclusiveCard)};
+    Rule rule{new QLabel(m_exclusiveCard), new QComboBox(m_exclusiveCard), new QLineEdit(m_exclusiveCard),
+              addProblem(grid, row + 1, problem)};
     rule.day->setObjectName(QLatin1String(day));
     rule.day->addItems(QStringList(dayItems.begin(), dayItems.end()));
     ignoreWheelUnlessFocused(rule.day);
@@ -192,14 +194,23 @@ StationPage::Rule StationPage::addRule(QGridLayout *grid, int row, const char *d
     grid->addWidget(rule.caption, row, 0);
     grid->addWidget(rule.day, row, 1);
     grid->addWidget(rule.time, row, 2);
-    connect(rule.day, &QComboBox::activated, this, &StationPage::storeSchedule);
-    connect(rule.time, &QLineEdit::textEdited, this, &StationPage::storeSchedule);
-    connect(rule.time, &QLineEdit::editingFinished, this, [this, edit = rule.time] {
-        const QString shown = shownTime(edit->text());
-        if (shown != edit->text()) {
-            edit->setText(shown);
+    connect(rule.day, &QComboBox::activated, this, [this, rule] {
+        storeSchedule();
+        showTimeProblem(rule);
+    });
+    connect(rule.time, &QLineEdit::textEdited, this, [this, rule](const QString &typed) {
+        storeSchedule();
+        if (minuteOfDay(typed)) { // what is being typed is not found fault with
+            showTimeProblem(rule);
+        }
+    });
+    connect(rule.time, &QLineEdit::editingFinished, this, [this, rule] {
+        const QString shown = shownTime(rule.time->text());
+        if (shown != rule.time->text()) {
+            rule.time->setText(shown);
             storeSchedule();
         }
+        showTimeProblem(rule);
     });
     return rule;
 }
@@ -212,11 +223,11 @@ QWidget *StationPage::exclusiveCard()
     Check_pic0_exclusive = new QCheckBox(m_exclusiveCard);
     Check_pic0_exclusive->setObjectName(QStringLiteral("Check_pic0_exclusive"));
     grid->addWidget(Check_pic0_exclusive, 0, 0, 1, 4);
-    m_on = addRule(grid, 1, "Combo_pic0_exclusiveON", "Text_pic0_exclusiveON");
-    m_off = addRule(grid, 2, "Combo_pic0_exclusiveOFF", "Text_pic0_exclusiveOFF");
+    m_on = addRule(grid, 1, "Combo_pic0_exclusiveON", "Text_pic0_exclusiveON", "lbl_pic0_exclusiveON");
+    m_off = addRule(grid, 3, "Combo_pic0_exclusiveOFF", "Text_pic0_exclusiveOFF", "lbl_pic0_exclusiveOFF");
     m_exclusiveHint = new QLabel(m_exclusiveCard);
     m_exclusiveHint->setWordWrap(true);
-    grid->addWidget(m_exclusiveHint, 3, 0, 1, 4);
+    grid->addWidget(m_exclusiveHint, 5, 0, 1, 4);
     connect(Check_pic0_exclusive, &QCheckBox::clicked, this, [this](bool checked) {
         if (!m_isFilling) {
             mode().setExclusive(kennung(), checked);
@@ -227,10 +238,13 @@ QWidget *StationPage::exclusiveCard()
 
 void StationPage::stationChosen()
 {
-    showAddressProblem({});
+    m_nameProblem->tell({});
+    m_addressProblem->tell({});
     m_name->setModified(false);
     m_address->setModified(false);
     showNow();
+    showTimeProblem(m_on);
+    showTimeProblem(m_off);
 }
 
 void StationPage::stationRenamed()
@@ -259,21 +273,17 @@ void StationPage::showNow()
     fill(m_name, node.data().toString());
     fill(m_address, shown->hostAddress());
     Check_pic0_online->setChecked(shown->online() || isLent);
-    m_trouble->setText(shown->trouble());
-    m_trouble->setVisible(!shown->trouble().isEmpty());
+    m_trouble->tell(shown->trouble());
     m_bars->show(shown->csq());
     const QString level = QualityBars::decibels(shown->csq());
     m_quality->setText(level.isEmpty() ? tr("unknown (%1)").arg(shown->csq())
                                        : tr("%1 (reported: %2)").arg(level, shown->csq()));
-    m_puk->setText(shown->pukNeeded() ? text(Text::PukNeeded) : QString());
+    m_puk->tell(shown->pukNeeded() ? text(Text::PukNeeded) : QString());
     Check_pic0_exclusive->setChecked(shown->exclusiveMode());
     const ExclusiveSchedule schedule = mode().schedule(kennung());
     showRule(m_on, schedule.dayOn, schedule.hourOn);
     showRule(m_off, schedule.dayOff, schedule.hourOff);
     showLastHeard();
-    paintText(m_trouble, alarmText(palette()));
-    paintText(m_puk, alarmText(palette()));
-    paintText(m_addressProblem, alarmText(palette()));
     m_isFilling = false;
 }
 
@@ -308,12 +318,39 @@ void StationPage::storeName()
         return;
     }
     const QString wanted = m_name->text();
-    m_name->setModified(false);
     StationTree &tree = mode().tree();
     const QModelIndex node = tree.find(kennung());
     if (wanted != node.data().toString() && !tree.setData(node, wanted)) {
-        Q_EMIT told(StationTreeView::refusalOf(wanted));
+        showProblem(m_nameProblem, nameProblem(wanted));
+        return;
     }
+    m_name->setModified(false);
+    showNow();
+}
+
+/// Why the tree refused a name.
+QString StationPage::nameProblem(const QString &wanted) const
+{
+    return wanted.trimmed().isEmpty() ? tr("A station needs a name")
+           : wanted.contains(u'/')    ? tr("A name must not hold a \"/\"")
+                                      : tr("Another station is called \"%1\" already").arg(wanted.trimmed());
+}
+
+/// The station that has the name may have gone or got another one.
+void StationPage::recheckName()
+{
+    const QString wanted = m_name->text().trimmed();
+    if (!m_nameProblem->text().isEmpty() && !wanted.isEmpty() && !wanted.contains(u'/') &&
+        mode().tree().freeName(wanted) == wanted) {
+        m_nameProblem->tell({});
+    }
+}
+
+/// Gives up what was typed.
+void StationPage::discard(QLineEdit *edit, ProblemLabel *problem)
+{
+    edit->setModified(false);
+    problem->tell({});
     showNow();
 }
 
@@ -324,10 +361,10 @@ void StationPage::storeAddress()
     }
     const QString wanted = m_address->text().trimmed();
     if (!wanted.isEmpty() && !UdpPair::isAddress(wanted)) {
-        showAddressProblem(
-            tr("\"%1\" is no address of a module: four numbers from 0 to 255 with dots between "
-               "them, or a host name; \":port\" may follow")
-                .arg(wanted));
+        showProblem(m_addressProblem,
+                    tr("\"%1\" is no address of a module: four numbers from 0 to 255 with dots between "
+                       "them, or a host name; \":port\" may follow")
+                        .arg(wanted));
         return;
     }
     m_address->setModified(false);
@@ -335,13 +372,20 @@ void StationPage::storeAddress()
     showNow();
 }
 
-void StationPage::showAddressProblem(const QString &problem)
+void StationPage::showProblem(ProblemLabel *label, const QString &problem)
 {
-    m_addressProblem->setText(problem);
-    m_addressProblem->setVisible(!problem.isEmpty());
-    if (!problem.isEmpty()) {
+    if (label->text() != problem) { // leaving the field is no news
+        label->tell(problem);
         Q_EMIT told(problem);
     }
+}
+
+void StationPage::showTimeProblem(const Rule &rule)
+{
+    const bool isSound =
+        dayRule(rule.day->currentIndex()) == DayRule::Never || minuteOfDay(rule.time->text());
+    rule.problem->tell(isSound ? QString()
+                               : tr("This is no time of the day, 00:00 to 23:59, so nothing is switched"));
 }
 
 void StationPage::storeSchedule()
@@ -355,7 +399,7 @@ void StationPage::storeSchedule()
 void StationPage::changeEvent(QEvent *event)
 {
     OpmodePage::changeEvent(event);
-    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::PaletteChange) {
+    if (event->type() == QEvent::LanguageChange) {
         showNow();
     }
 }
@@ -386,6 +430,14 @@ void StationPage::applyTexts()
     m_exclusiveHint->setText(
         tr("While it is exclusive the module uses this connection alone: it neither sends "
            "nor receives by GSM. What is ticked by hand stays until the next switch."));
+    if (!m_nameProblem->text().isEmpty()) {
+        storeName();
+    }
+    if (!m_addressProblem->text().isEmpty()) {
+        storeAddress();
+    }
+    showTimeProblem(m_on);
+    showTimeProblem(m_off);
     showNow();
 }
 

@@ -13,6 +13,7 @@ class QLineEdit;
 
 namespace ktr {
 
+class ProblemLabel;
 class QualityBars;
 class StatusMark;
 
@@ -42,38 +43,45 @@ private:
         QLabel *caption;
         QComboBox *day;
         QLineEdit *time;
+        ProblemLabel *problem;
     };
 
     QWidget *connectionCard();
     QWidget *signalCard();
     QWidget *exclusiveCard();
-    Rule addRule(QGridLayout *grid, int row, const char *day, const char *time);
+    Rule addRule(QGridLayout *grid, int row, const char *day, const char *time, const char *problem);
     QLabel *addRow(QGridLayout *grid, int row, QWidget *control);
+    ProblemLabel *addProblem(QGridLayout *grid, int row, const char *name);
     void showNow();
     void showRule(const Rule &rule, int day, const QString &time);
     void showLastHeard();
     void storeName();
     void storeAddress();
     void storeSchedule();
-    void showAddressProblem(const QString &problem);
+    QString nameProblem(const QString &wanted) const;
+    void recheckName();
+    void discard(QLineEdit *edit, ProblemLabel *problem);
+    void showProblem(ProblemLabel *label, const QString &problem);
+    void showTimeProblem(const Rule &rule);
 
     bool m_isFilling = false;
     StatusMark *m_mark;
     QLabel *m_status;
     QLabel *m_nameCaption;
     QLineEdit *m_name;
+    ProblemLabel *m_nameProblem;
     QLabel *m_addressCaption;
     QLineEdit *m_address;
-    QLabel *m_addressProblem;
+    ProblemLabel *m_addressProblem;
     QCheckBox *Check_pic0_online;
     QLabel *m_heardCaption;
     QLabel *m_heard;
-    QLabel *m_trouble;
+    ProblemLabel *m_trouble;
     QGroupBox *m_connectionCard;
     QGroupBox *m_signalCard;
     QualityBars *m_bars;
     QLabel *m_quality;
-    QLabel *m_puk;
+    ProblemLabel *m_puk;
     QGroupBox *m_exclusiveCard;
     QCheckBox *Check_pic0_exclusive;
     Rule m_on;

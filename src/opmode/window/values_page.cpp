@@ -65,6 +65,7 @@ ValuesPage::ValuesPage(OperationalMode &mode, const TextTable &texts, QWidget *p
     connect(&mode, &OperationalMode::stationChanged, this, [this](const QString &changed) {
         if (changed == kennung()) {
             showRefresh();
+            showDelivery();
         }
     });
 }
@@ -148,13 +149,14 @@ bool ValuesPage::eventFilter(QObject *watched, QEvent *event)
 void ValuesPage::applyTexts()
 {
     m_refresh->setText(text(Text::Refresh));
-    m_answer->clear();
+    m_answer->setText(isWaiting() ? waitingText() : QString());
     showValues();
 }
 
 void ValuesPage::stationChosen()
 {
-    m_answer->clear();
+    m_isWaiting = isWaiting();
+    m_answer->setText(m_isWaiting ? waitingText() : QString());
     showValues();
 }
 
@@ -231,11 +233,32 @@ void ValuesPage::showRefresh()
                                  : tr("The station is offline and cannot be asked for its values"));
 }
 
+/// Whether the module has not fetched what it was asked.
+bool ValuesPage::isWaiting() const
+{
+    return station() != nullptr && !station()->msgText().isEmpty();
+}
+
+QString ValuesPage::waitingText()
+{
+    return tr("Requested; delivered when the module next looks for an SMS");
+}
+
 void ValuesPage::requestValues()
 {
-    answer(mode().requestValues(kennung())
-               ? tr("Requested; delivered when the module next looks for an SMS")
-               : QString(text(Text::RefreshNotPossible) + u' ' + text(Text::BeRequested)));
+    const bool waited = isWaiting();
+    const bool isRequested = mode().requestValues(kennung());
+    m_isWaiting = isWaiting();
+    answer(isRequested ? waitingText()
+           : waited    ? tr("The request still waits; it is delivered when the module next looks for an SMS")
+                       : QString(text(Text::RefreshNotPossible) + u' ' + text(Text::BeRequested)));
+}
+
+void ValuesPage::showDelivery()
+{
+    if (std::exchange(m_isWaiting, isWaiting()) && !m_isWaiting) {
+        m_answer->setText(tr("Delivered; the values follow"));
+    }
 }
 
 void ValuesPage::answer(const QString &line)

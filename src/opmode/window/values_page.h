@@ -33,7 +33,10 @@ private:
     ValueTile::Content contentOf(int channel) const;
     void showReportTime();
     void showRefresh();
+    bool isWaiting() const;
+    static QString waitingText();
     void requestValues();
+    void showDelivery();
     void answer(const QString &line);
 
     QLabel *m_time;
@@ -43,6 +46,7 @@ private:
     QGridLayout *m_grid;
     std::array<ValueTile *, channelCount> m_tiles{};
     int m_columns = 0;
+    bool m_isWaiting = false; ///< as shown last
     QTimer *m_batch;
 };
 
