@@ -49,7 +49,6 @@ HistoryPlot::Canvas::Canvas(QWidget *parent, std::function<void()> told)
     const QSharedPointer<TimeTicks> ticks(new TimeTicks);
     for (QCPAxisRect *rect : {m_values, m_lanes}) {
         rect->setMarginGroup(QCP::msLeft | QCP::msRight, sides);
-        rect->setMinimumMargins(QMargins(14, 10, 14, 4));
         rect->setRangeDrag(Qt::Horizontal);
         rect->setRangeZoom(Qt::Horizontal);
         rect->setRangeZoomFactor(0.8);
@@ -370,10 +369,19 @@ void HistoryPlot::Canvas::showEvent(QShowEvent *event)
 /// As many numbers at the axes as have room.
 void HistoryPlot::Canvas::fitTicks()
 {
-    constexpr int width = 110;
+    constexpr int mostTimes = 8;
+    constexpr int gap = 16;
+    constexpr int sides = 130; ///< what stands beside the curves
+    const int label = fontMetrics().horizontalAdvance(QStringLiteral("00.00."));
     constexpr int height = 40;
+    const int half = label / 2 + 6; // one at the end is not drawn when it would be cut
+    for (QCPAxisRect *rect : {m_values, m_lanes}) {
+        rect->setMinimumMargins(QMargins(half, 10, half, 4));
+    }
     const int above = QWidget::height() - (m_lanes->visible() ? m_lanes->minimumSize().height() : 0) - height;
-    m_values->axis(QCPAxis::atBottom)->ticker()->setTickCount(qMax(2, QWidget::width() / width));
+    m_values->axis(QCPAxis::atBottom)
+        ->ticker()
+        ->setTickCount(qBound(2, (QWidget::width() - sides) / (label + gap), mostTimes));
     for (const QCPAxis::AxisType side : {QCPAxis::atLeft, QCPAxis::atRight}) {
         m_values->axis(side)->ticker()->setTickCount(qBound(3, above / height, 6));
     }

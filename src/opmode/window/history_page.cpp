@@ -11,6 +11,7 @@
 #include <QImage>
 #include <QListWidget>
 #include <QPainter>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QSplitter>
 #include <QStackedWidget>
@@ -120,12 +121,9 @@ QWidget *HistoryPage::createContent()
     m_wholeTime->setObjectName(QStringLiteral("Cmd_history_whole"));
     m_save->setObjectName(QStringLiteral("Cmd_history_picture"));
 
-    auto *title = new QVBoxLayout;
-    title->setSpacing(2);
-    title->addWidget(heading());
-    title->addWidget(m_summary);
+    m_summary->setWordWrap(true);
     auto *top = new QHBoxLayout;
-    top->addLayout(title, 1);
+    top->addWidget(heading(), 1);
     top->addWidget(m_wholeTime);
     top->addWidget(m_save);
 
@@ -139,16 +137,28 @@ QWidget *HistoryPage::createContent()
     m_parts->addWidget(curves);
     m_parts->setStretchFactor(1, 1);
 
-    auto *content = new QWidget(this);
+    constexpr int lowestTable = 130;
+    constexpr int lowestCurves = 200;
+    m_table->setMinimumHeight(lowestTable);
+    curves->setMinimumHeight(lowestCurves);
+
+    auto *scroll = new QScrollArea(this); // both keep a height at which they can be read
+    auto *content = new QWidget(scroll);
     auto *layout = new QVBoxLayout(content);
     layout->addLayout(top);
+    layout->addWidget(m_summary);
     layout->addWidget(m_parts, 1);
+    scroll->setWidget(content);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->viewport()->setAutoFillBackground(false);
+    content->setAutoFillBackground(false);
     QWidget *before = m_table;
     for (QWidget *next : std::initializer_list<QWidget *>{m_plot, m_inputs, m_wholeTime, m_save}) {
         setTabOrder(before, next);
         before = next;
     }
-    return content;
+    return scroll;
 }
 
 void HistoryPage::applyTexts()

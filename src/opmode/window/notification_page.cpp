@@ -3,12 +3,13 @@
 #include "look/icons.h"
 #include "opmode/window/alarm_look.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QEvent>
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
@@ -23,7 +24,7 @@ namespace ktr {
 namespace {
 
 constexpr int rowHeight = 28;
-constexpr int twoRowsBelow = 620; ///< the filter gets a row of its own
+constexpr int twoRowsBelow = 620;
 constexpr int roomForSummary = 520;
 constexpr qint64 sampleMoment = 1'261'659'903'000;
 
@@ -60,6 +61,13 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
     layout->addWidget(m_table, 1);
     layout->addWidget(createButtons());
     setUpTable();
+    setUpMenu();
+    QWidget *before = m_filter;
+    for (QWidget *next : std::initializer_list<QWidget *>{m_oneStation, m_allStations, m_onlyUnacknowledged,
+                                                          m_table, m_copy, m_acceptAll, m_accept}) {
+        setTabOrder(before, next);
+        before = next;
+    }
 
     connect(m_oneStation, &QRadioButton::toggled, this, &NotificationPage::choose);
     connect(m_onlyUnacknowledged, &QCheckBox::toggled, this, &NotificationPage::choose);
@@ -83,20 +91,33 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
 QWidget *NotificationPage::createChoice()
 {
     auto *choice = new QWidget(this);
-    m_choice = new QBoxLayout(QBoxLayout::LeftToRight, choice);
+    m_choice = new QGridLayout(choice);
     m_choice->setContentsMargins(0, 0, 0, 0);
-    auto *row = new QHBoxLayout;
-    m_scope = row;
-    row->addWidget(m_oneStation);
-    row->addWidget(m_allStations);
-    row->addWidget(m_onlyUnacknowledged);
-    row->addStretch();
-    m_choice->addWidget(m_filter, 1);
-    m_choice->addLayout(row);
+    m_choice->setColumnStretch(0, 1);
     m_filter->setClearButtonEnabled(true);
     m_filter->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
     m_filter->setMinimumWidth(120);
+    m_scope = new QWidget(choice);
+    auto *row = new QHBoxLayout(m_scope);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(m_oneStation);
+    row->addWidget(m_allStations);
+    row->addStretch();
+    m_choice->addWidget(m_filter, 0, 0);
+    m_choice->addWidget(m_onlyUnacknowledged, 0, 2);
     return choice;
+}
+
+/// Where there is little room the two scopes go below, and copying is left to the keys and the menu.
+void NotificationPage::arrange()
+{
+    const bool isNarrow = width() < twoRowsBelow;
+    m_choice->addWidget(m_scope, isNarrow ? 1 : 0, isNarrow ? 0 : 1, 1, isNarrow ? 3 : 1);
+    int buttons = layout()->contentsMargins().left() + layout()->contentsMargins().right();
+    for (const QPushButton *button : {m_copy, m_acceptAll, m_accept}) {
+        buttons += button->sizeHint().width() + m_choice->horizontalSpacing();
+    }
+    m_copy->setVisible(buttons <= width());
 }
 
 QWidget *NotificationPage::createButtons()
@@ -144,6 +165,17 @@ void NotificationPage::setUpTable()
     m_empty->setForegroundRole(QPalette::PlaceholderText);
 }
 
+void NotificationPage::setUpMenu()
+{
+    const std::array buttons = {m_copy, m_acceptAll, m_accept};
+    for (std::size_t i = 0; i < m_menu.size(); ++i) {
+        m_menu[i] = new QAction(this);
+        connect(m_menu[i], &QAction::triggered, buttons[i], &QPushButton::click);
+    }
+    m_table->addActions({m_menu[2], m_menu[1], m_menu[0]});
+    m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
+}
+
 void NotificationPage::applyTexts()
 {
     m_oneStation->setText(tr("This station"));
@@ -160,9 +192,19 @@ void NotificationPage::applyTexts()
     m_copy->setToolTip(tr("Copies the selected rows, columns separated by tabs (Ctrl+C)"));
     m_table->setAccessibleName(text(Text::Notifications));
     m_model->setTexts(text(Text::NotAcknowledged));
+    m_menu[0]->setText(m_copy->text() + u'\t' +
+                       QKeySequence(QKeySequence::Copy).toString(QKeySequence::NativeText));
+    m_menu[1]->setText(m_acceptAll->text());
+    m_menu[2]->setText(m_accept->text() + u'\t' +
+                       QKeySequence(Qt::Key_Space).toString(QKeySequence::NativeText));
     // In one row, the choice would ask for more.
     const QMargins margins = layout()->contentsMargins();
-    setMinimumWidth(m_scope->sizeHint().width() + margins.left() + margins.right());
+    const int spacing = m_choice->horizontalSpacing();
+    setMinimumWidth(margins.left() + margins.right() +
+                    std::max({m_filter->minimumWidth() + spacing + m_onlyUnacknowledged->sizeHint().width(),
+                              m_scope->sizeHint().width(),
+                              m_acceptAll->sizeHint().width() + spacing + m_accept->sizeHint().width()}));
+    arrange();
     fitColumns();
     refresh();
 }
@@ -194,13 +236,17 @@ void NotificationPage::showAllAlarms()
 void NotificationPage::showEntry(const QModelIndex &entry)
 {
     m_model->update();
+    const bool wasListed = m_model->rowOf(entry) >= 0;
+    if (!wasListed && entry.data(StationTree::ColourRole).toInt() != StationTree::alarmColour) {
+        m_onlyUnacknowledged->setChecked(false);
+    }
     if (m_model->rowOf(entry) < 0) {
         m_filter->clear();
-        m_onlyUnacknowledged->setChecked(false);
     }
     if (const int row = m_model->rowOf(entry); row >= 0) {
         m_table->selectRow(row);
-        m_table->scrollTo(m_model->index(row, 0), QAbstractItemView::PositionAtCenter);
+        m_table->scrollTo(m_model->index(row, 0),
+                          wasListed ? QAbstractItemView::EnsureVisible : QAbstractItemView::PositionAtCenter);
     }
 }
 
@@ -209,7 +255,7 @@ void NotificationPage::showEntry(const QModelIndex &entry)
 void NotificationPage::resizeEvent(QResizeEvent *event)
 {
     OpmodePage::resizeEvent(event);
-    m_choice->setDirection(width() < twoRowsBelow ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    arrange();
     refresh();
 }
 
@@ -238,8 +284,8 @@ void NotificationPage::fitColumns()
         m_table->setColumnWidth(column, width);
         rest -= m_table->isColumnHidden(column) && column == Model::Station ? 0 : width;
     }
-    // The sender is the first to go; the tool tip of the text has it, too.
-    const int narrowestText = widthOf(QString(24, u'n'));
+    // The text gets short first, then the sender goes; the tool tip of the text has both.
+    const int narrowestText = widthOf(QString(12, u'n'));
     m_table->setColumnHidden(Model::Number, rest < narrowestText);
     rest += rest < narrowestText ? number : 0;
     m_table->setColumnWidth(Model::Message, std::max(rest, narrowestText));
@@ -274,6 +320,7 @@ void NotificationPage::refresh()
     m_empty->setVisible(count == 0);
     m_empty->setText(isFiltered ? tr("Nothing fits the filter") : tr("No notifications"));
     m_acceptAll->setEnabled(open > 0);
+    m_menu[1]->setEnabled(open > 0);
     refreshButtons();
 }
 
@@ -283,6 +330,8 @@ void NotificationPage::refreshButtons()
     m_copy->setEnabled(!rows.isEmpty());
     m_accept->setEnabled(
         std::ranges::any_of(rows, [this](int row) { return m_model->isUnacknowledged(row); }));
+    m_menu[0]->setEnabled(m_copy->isEnabled());
+    m_menu[2]->setEnabled(m_accept->isEnabled());
 }
 
 bool NotificationPage::eventFilter(QObject *watched, QEvent *event)

@@ -4,8 +4,9 @@
 #include "opmode/window/notification_model.h"
 #include "opmode/window/opmode_page.h"
 
-class QBoxLayout;
+class QAction;
 class QCheckBox;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -26,9 +27,10 @@ public:
 
     void applyTexts() override;
 
+public Q_SLOTS:
     /// Lists what is not acknowledged at any station.
     void showAllAlarms();
-    /// Chooses a notification and brings it into view, widening the choice where it is not listed. Its
+    /// Chooses a notification and brings it into view, widening the choice only where it is not listed. Its
     /// station is to be shown before.
     void showEntry(const QModelIndex &entry);
 
@@ -41,8 +43,10 @@ private:
     QWidget *createChoice();
     QWidget *createButtons();
     void setUpTable();
+    void setUpMenu();
     bool takeKey(const QKeyEvent &event);
     void choose();
+    void arrange();
     void fitColumns();
     void keepPlace();
     void returnToPlace();
@@ -56,8 +60,8 @@ private:
     Acknowledging &m_acknowledging;
     QLocale m_locale;
     NotificationModel *m_model;
-    QBoxLayout *m_choice = nullptr; ///< the filter and the scope, beside or under each other
-    QBoxLayout *m_scope = nullptr;
+    QGridLayout *m_choice = nullptr; ///< in one row or in two
+    QWidget *m_scope = nullptr;
     QTableView *m_table;
     QRadioButton *m_oneStation;
     QRadioButton *m_allStations;
@@ -66,6 +70,7 @@ private:
     QPushButton *m_accept;
     QPushButton *m_acceptAll;
     QPushButton *m_copy;
+    std::array<QAction *, 3> m_menu{}; ///< what the three buttons do, in their order
     QLabel *m_summary;
     QLabel *m_empty;               ///< over the table
     QPersistentModelIndex m_place; ///< the row at the top of the view, while changes are taken over

@@ -4,7 +4,7 @@
 
 namespace ktr {
 
-/// Round steps of wall time, named by date and time.
+/// Round steps of wall time, named by time and date below each other. There are at most tickCount().
 class TimeTicks : public QCPAxisTicker
 {
 protected:
@@ -13,12 +13,14 @@ protected:
         constexpr double minute = 60;
         constexpr double hour = 60 * minute;
         constexpr double day = 24 * hour;
-        static constexpr std::array steps = {
-            minute,   2 * minute, 5 * minute, 10 * minute, 15 * minute, 30 * minute, hour,
-            2 * hour, 3 * hour,   6 * hour,   12 * hour,   day,         2 * day,     5 * day,
-            10 * day, 20 * day,   50 * day,   100 * day,   200 * day,   500 * day,   1000 * day};
-        const double wanted = range.size() / tickCount();
-        const auto step = std::ranges::find_if(steps, [wanted](double each) { return each >= wanted; });
+        // Each at most twice the one before: there are more than half as many as there is room for.
+        static constexpr std::array steps = {minute,      2 * minute,  3 * minute, 5 * minute, 10 * minute,
+                                             15 * minute, 30 * minute, hour,       2 * hour,   3 * hour,
+                                             6 * hour,    12 * hour,   day,        2 * day,    3 * day,
+                                             5 * day,     10 * day,    20 * day,   30 * day,   50 * day,
+                                             100 * day,   200 * day,   300 * day,  500 * day,  1000 * day};
+        const auto step =
+            std::ranges::find_if(steps, [&](double each) { return each * tickCount() > range.size(); });
         m_isDays = step == steps.end() || *step >= day;
         return step == steps.end() ? 5000 * day : *step;
     }
@@ -26,7 +28,7 @@ protected:
     QString getTickLabel(double tick, const QLocale &, QChar, int) override
     {
         const QDateTime moment = QDateTime::fromSecsSinceEpoch(qRound64(tick), Qt::UTC);
-        return moment.toString(m_isDays ? QStringLiteral("dd.MM.yyyy") : QStringLiteral("dd.MM. HH:mm"));
+        return moment.toString(m_isDays ? QStringLiteral("dd.MM.\nyyyy") : QStringLiteral("HH:mm\ndd.MM."));
     }
 
 private:
