@@ -46,6 +46,23 @@ std::optional<Columns> headerOf(const QStringList &cells)
     return columns.name >= 0 && columns.address >= 0 ? std::optional(columns) : std::nullopt;
 }
 
+/// Lines of several origins in one list: where the list's separator took nothing apart, another one does when
+/// an address stands behind it. A name alone may hold a comma.
+QStringList takenApart(const QStringList &cells)
+{
+    if (cells.size() != 1) {
+        return cells;
+    }
+    for (const QChar separator : {u'\t', u';', u','}) {
+        const qsizetype at = cells[0].lastIndexOf(separator);
+        const QString address = cells[0].sliced(at + 1).trimmed();
+        if (at > 0 && (address.contains(u'.') || address.contains(u':')) && UdpPair::isAddress(address)) {
+            return {cells[0].first(at).trimmed(), address};
+        }
+    }
+    return cells;
+}
+
 /// The names of a list, in the order they are given.
 class Names
 {
@@ -94,7 +111,8 @@ StationList readStationList(QStringView text, const std::function<QString(const 
     Names names(freeName);
     Columns columns;
     bool isFirst = true;
-    readCsv(text, csvSeparator(text), [&](const QStringList &cells, int line) {
+    readCsv(text, csvSeparator(text), [&](const QStringList &read, int line) {
+        const QStringList cells = takenApart(read);
         if (const auto header = std::exchange(isFirst, false) ? headerOf(cells) : std::nullopt) {
             columns = *header;
             return true;

@@ -29,10 +29,10 @@ struct StationList
     bool isCut = false; ///< there are more lines; they are left out
 };
 
-/// Reads lines "name;address", with ";", tab or "," between them, quoted after RFC 4180 where needed. Blank
-/// lines and a header line are passed over; a header line may also turn the order round. A name that the
-/// list or the tree has already becomes "name (1)", "name (2)" and so on, as when a station is added;
-/// `freeName` gives the first of these that the tree does not have.
+/// Reads lines "name;address", with ";", tab or "," between them, in one list also mixed, quoted after RFC
+/// 4180 where needed. Blank lines and a header line are passed over; a header line may also turn the order
+/// round. A name that the list or the tree has already becomes "name (1)", "name (2)" and so on, as when a
+/// station is added; `freeName` gives the first of these that the tree does not have.
 StationList readStationList(QStringView text, const std::function<QString(const QString &)> &freeName);
 
 /// The text of a file that holds such a list: UTF-8, UTF-16 with its mark, or Windows-1252.

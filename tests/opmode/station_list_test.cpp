@@ -22,6 +22,12 @@ private Q_SLOTS:
                                 << "a, left@::1 b@[::1]:5";
         QTest::newRow("tabs") << "a;b\t10.0.0.1\nc;d\t"
                               << "a;b@10.0.0.1 c;d@";
+        QTest::newRow("one with a tab") << "a b\t10.0.0.1"
+                                        << "a b@10.0.0.1";
+        QTest::newRow("one with a comma") << "a b,pump"
+                                          << "a b@pump";
+        QTest::newRow("mixed") << "a;10.0.0.1\nb,10.0.0.2\nc\t10.0.0.3\nd, left;10.0.0.4\ne;"
+                               << "a@10.0.0.1 b@10.0.0.2 c@10.0.0.3 d, left@10.0.0.4 e@";
         QTest::newRow("quoted") << "\"a \"\"x\"\"\nb\";10.0.0.1\nc;no address!"
                                 << "a \"x\" b@10.0.0.1 3";
         QTest::newRow("never closed") << "\"a;10.0.0.1\nb;10.0.0.2"

@@ -122,16 +122,20 @@ QWidget *HistoryPage::createContent()
     m_save->setObjectName(QStringLiteral("Cmd_history_picture"));
 
     m_summary->setWordWrap(true);
-    auto *top = new QHBoxLayout;
-    top->addWidget(heading(), 1);
-    top->addWidget(m_wholeTime);
-    top->addWidget(m_save);
+    heading()->setWordWrap(true);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(m_wholeTime);
+    buttons->addWidget(m_save);
+    buttons->addStretch();
+    m_top = new QBoxLayout(QBoxLayout::LeftToRight);
+    m_top->addWidget(heading(), 1);
+    m_top->addLayout(buttons);
 
     auto *curves = new QWidget(this);
-    auto *beside = new QHBoxLayout(curves);
-    beside->setContentsMargins({});
-    beside->addWidget(m_plot, 1);
-    beside->addWidget(m_inputs);
+    m_beside = new QBoxLayout(QBoxLayout::LeftToRight, curves);
+    m_beside->setContentsMargins({});
+    m_beside->addWidget(m_plot, 1);
+    m_beside->addWidget(m_inputs);
     m_parts->setChildrenCollapsible(false);
     m_parts->addWidget(m_table);
     m_parts->addWidget(curves);
@@ -140,17 +144,18 @@ QWidget *HistoryPage::createContent()
     constexpr int lowestTable = 130;
     constexpr int lowestCurves = 200;
     m_table->setMinimumHeight(lowestTable);
-    curves->setMinimumHeight(lowestCurves);
+    m_plot->setMinimumHeight(lowestCurves);
 
     auto *scroll = new QScrollArea(this); // both keep a height at which they can be read
     auto *content = new QWidget(scroll);
     auto *layout = new QVBoxLayout(content);
-    layout->addLayout(top);
+    layout->addLayout(m_top);
     layout->addWidget(m_summary);
     layout->addWidget(m_parts, 1);
     scroll->setWidget(content);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setFocusPolicy(Qt::NoFocus);
     scroll->viewport()->setAutoFillBackground(false);
     content->setAutoFillBackground(false);
     QWidget *before = m_table;
@@ -186,9 +191,10 @@ void HistoryPage::setColumnWidths()
     m_table->setColumnWidth(HistoryModel::Time, time);
     m_table->setColumnWidth(HistoryModel::Input, input);
     const int scrollBar = m_table->verticalScrollBar()->sizeHint().width();
-    m_table->setMinimumWidth(time + input + value + scrollBar + 2 * m_table->frameWidth());
-    const int check = 40;
-    m_inputs->setFixedWidth(input + sampleSize.width() + check);
+    m_tableWidth = time + input + value + scrollBar + 2 * m_table->frameWidth();
+    constexpr int check = 40;
+    m_inputsWidth = input + sampleSize.width() + check;
+    arrange();
 }
 
 void HistoryPage::stationChosen()
@@ -203,10 +209,21 @@ void HistoryPage::stationChosen()
 }
 
 /// Where there is not room for both side by side, the curves stand above the table.
-void HistoryPage::resizeEvent(QResizeEvent *event)
+void HistoryPage::arrange()
 {
     constexpr int narrow = 860;
+    constexpr int narrowest = 500; // there the buttons and the inputs go below, too
+    constexpr int fewInputs = 4;
+    const bool isNarrowest = width() < narrowest;
+    const auto direction = isNarrowest ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight;
+    m_top->setDirection(direction);
+    m_beside->setDirection(direction);
+    m_inputs->setMinimumWidth(isNarrowest ? 0 : m_inputsWidth);
+    m_inputs->setMaximumWidth(isNarrowest ? QWIDGETSIZE_MAX : m_inputsWidth);
+    m_inputs->setMaximumHeight(isNarrowest ? fewInputs * m_table->verticalHeader()->defaultSectionSize()
+                                           : QWIDGETSIZE_MAX);
     const Qt::Orientation fitting = width() < narrow ? Qt::Vertical : Qt::Horizontal;
+    m_table->setMinimumWidth(fitting == Qt::Vertical ? 0 : m_tableWidth);
     if (m_parts->orientation() != fitting) {
         const bool isAbove = fitting == Qt::Vertical;
         m_parts->setOrientation(fitting);
@@ -216,6 +233,11 @@ void HistoryPage::resizeEvent(QResizeEvent *event)
         m_parts->setSizes(isAbove ? QList{3 * height(), 2 * height()}
                                   : QList{m_table->minimumWidth(), width()});
     }
+}
+
+void HistoryPage::resizeEvent(QResizeEvent *event)
+{
+    arrange();
     OpmodePage::resizeEvent(event);
 }
 

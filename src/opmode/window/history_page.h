@@ -4,6 +4,7 @@
 
 #include <functional>
 
+class QBoxLayout;
 class QLabel;
 class QListWidget;
 class QPushButton;
@@ -44,18 +45,23 @@ private:
     void listInputs();
     void drawSamples();
     void describe();
+    void arrange();
     void setColumnWidths();
     void savePicture();
 
     AskFileName m_askFileName;
     HistoryModel *m_model;
     QLabel *m_summary;
+    QBoxLayout *m_top = nullptr;    ///< the heading and the buttons
+    QBoxLayout *m_beside = nullptr; ///< the plot and its inputs
     QSplitter *m_parts;
     QTableView *m_table;
     HistoryPlot *m_plot;
     QListWidget *m_inputs;
     QPushButton *m_wholeTime;
     QPushButton *m_save;
+    int m_tableWidth = 0;  ///< with all its columns
+    int m_inputsWidth = 0; ///< beside the plot
     bool m_isAtEnd = true;
     bool m_isLoaded = false; ///< long lists are read when they are looked at
 };

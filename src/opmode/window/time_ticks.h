@@ -14,11 +14,11 @@ protected:
         constexpr double hour = 60 * minute;
         constexpr double day = 24 * hour;
         // Each at most twice the one before: there are more than half as many as there is room for.
-        static constexpr std::array steps = {minute,      2 * minute,  3 * minute, 5 * minute, 10 * minute,
-                                             15 * minute, 30 * minute, hour,       2 * hour,   3 * hour,
-                                             6 * hour,    12 * hour,   day,        2 * day,    3 * day,
-                                             5 * day,     10 * day,    20 * day,   30 * day,   50 * day,
-                                             100 * day,   200 * day,   300 * day,  500 * day,  1000 * day};
+        static constexpr std::array steps = {
+            minute,      2 * minute, 3 * minute, 5 * minute, 10 * minute, 15 * minute, 20 * minute,
+            30 * minute, hour,       2 * hour,   3 * hour,   4 * hour,    6 * hour,    8 * hour,
+            12 * hour,   day,        2 * day,    3 * day,    5 * day,     10 * day,    20 * day,
+            30 * day,    50 * day,   100 * day,  200 * day,  300 * day,   500 * day,   1000 * day};
         const auto step =
             std::ranges::find_if(steps, [&](double each) { return each * tickCount() > range.size(); });
         m_isDays = step == steps.end() || *step >= day;

@@ -19,6 +19,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
+#include <QWheelEvent>
 
 using namespace ktr;
 
@@ -102,6 +103,43 @@ private Q_SLOTS:
         QVERIFY(!m_window->findChild<QLabel *>("lbl_pic0_address")->isVisible());
         check("Check_pic0_online");
         QVERIFY(!m_lines[0]->isOpen());
+    }
+
+    void aRefusedNameStaysWithItsReasonUntilItIsRightOrGivenUp()
+    {
+        open({"A", "B"});
+        auto *problem = m_window->findChild<QLabel *>("lbl_pic0_name");
+        for (const char *refused : {"", "A/1", "B"}) {
+            typeOver(field("Text_pic0_name"), QString::fromLatin1(refused) + '\n');
+            QVERIFY(problem->isVisible());
+            QCOMPARE(field("Text_pic0_name")->text(), refused);
+        }
+        QVERIFY(problem->text().contains("\"B\""));
+        m_mode->removeStation("B"); // the reason goes
+        QVERIFY(!problem->isVisible());
+        typeOver(field("Text_pic0_name"), "A/1\n");
+        QTest::keyClick(field("Text_pic0_name"), Qt::Key_Escape);
+        QVERIFY(!problem->isVisible());
+        QCOMPARE(field("Text_pic0_name")->text(), "A");
+    }
+
+    void aTimeThatIsNoneIsFoundFaultWithWhereADayIsChosen()
+    {
+        open({"A"});
+        auto *problem = m_window->findChild<QLabel *>("lbl_pic0_exclusiveOFF");
+        typeOver(field("Text_pic0_exclusiveOFF"), "25:99\n");
+        QVERIFY(!problem->isVisible());
+        auto *day = m_window->findChild<QComboBox *>("Combo_pic0_exclusiveOFF");
+        const QPointF middle = day->rect().center();
+        QWheelEvent wheel(middle, day->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+        QApplication::sendEvent(day, &wheel); // the page is scrolled, not the list
+        QCOMPARE(day->currentIndex(), 0);
+        day->setFocus();
+        QTest::keyClick(day, Qt::Key_Down);
+        QVERIFY(problem->isVisible());
+        typeOver(field("Text_pic0_exclusiveOFF"), "5:9");
+        QVERIFY(!problem->isVisible());
     }
 
     void theExclusiveScheduleIsEditedAndActsAtOnce()

@@ -153,6 +153,35 @@ private Q_SLOTS:
         QCOMPARE(table()->currentIndex().siblingAtColumn(NotificationModel::Message).data(), "door fail");
     }
 
+    void aTextOfSeveralLinesIsShownOnOne()
+    {
+        take("North", "pump\r\n1\tfail");
+        settle();
+        QCOMPARE(shown(), {"pump 1 fail"});
+        QVERIFY(barText("lbl_alarm_latest").isEmpty());
+        const QString when = m_now.toString("dd.MM.yyyy HH:mm:ss");
+        QCOMPARE(barText("lbl_alarm_first"), when + QString::fromUtf8("   North · pump 1 fail"));
+        QCOMPARE(rowTexts(table(), 0)[NotificationModel::Received], when);
+    }
+
+    void anEntryThatIsListedIsChosenWithoutAnotherChoice()
+    {
+        for (int i = 0; i < 100; ++i) {
+            take("North", QString("report %1").arg(i));
+        }
+        settle();
+        QTest::keyClicks(control<QLineEdit>("Text_filter"), "report");
+        table()->verticalScrollBar()->setValue(2);
+        m_page->showEntry(tree().find("North/meldung/+49 --> M,report 95"));
+        QCOMPARE(table()->currentIndex().siblingAtColumn(NotificationModel::Message).data(), "report 95");
+        QCOMPARE(table()->verticalScrollBar()->value(), 2);
+        QCOMPARE(control<QLineEdit>("Text_filter")->text(), "report");
+        QTest::keyClicks(control<QLineEdit>("Text_filter"), " 9");
+        m_page->showEntry(tree().find("North/meldung/+49 --> M,report 3"));
+        QCOMPARE(table()->currentIndex().siblingAtColumn(NotificationModel::Message).data(), "report 3");
+        QCOMPARE(control<QLineEdit>("Text_filter")->text(), "");
+    }
+
     void whatArrivesUnderTheQuestionIsNotAcknowledgedWithTheOthers()
     {
         take("North", "1 fail");
