@@ -2,13 +2,12 @@
 
 #include "link/udp_pair.h"
 #include "look/problem_label.h"
-#include "look/wheel_guard.h"
 #include "opmode/window/alarm_look.h"
+#include "opmode/window/exclusive_card.h"
 #include "opmode/window/quality_bars.h"
 #include "opmode/window/station_mark.h"
 
 #include <QCheckBox>
-#include <QComboBox>
 #include <QEvent>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -19,8 +18,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
-
-#include <array>
 
 namespace ktr {
 
@@ -55,14 +52,6 @@ namespace {
 constexpr int widestCard = 760;
 constexpr int refreshMs = 1000;
 
-/// The days of the lists; the position in the list is what is stored. The texts are the same in every
-/// language.
-const std::array<QString, 11> dayItems = {
-    QStringLiteral("ungültig"),   QStringLiteral("täglich"),     QStringLiteral("wochentags"),
-    QStringLiteral("Wochenende"), QStringLiteral("montags"),     QStringLiteral("dienstags"),
-    QStringLiteral("mittwochs"),  QStringLiteral("donnerstags"), QStringLiteral("freitags"),
-    QStringLiteral("samstags"),   QStringLiteral("sontags")};
-
 } // namespace
 
 StationPage::StationPage(OperationalMode &mode, const TextTable &texts, QWidget *parent)
@@ -74,7 +63,8 @@ StationPage::StationPage(OperationalMode &mode, const TextTable &texts, QWidget 
     scroll->setWidgetResizable(true);
     auto *body = new QWidget(scroll);
     auto *column = new QVBoxLayout(body);
-    for (QWidget *card : {connectionCard(), signalCard(), exclusiveCard()}) {
+    m_exclusiveCard = new ExclusiveCard(mode, texts, body);
+    for (QWidget *card : std::initializer_list<QWidget *>{connectionCard(), signalCard(), m_exclusiveCard}) {
         card->setMaximumWidth(widestCard);
         column->addWidget(card);
     }
@@ -180,71 +170,14 @@ QWidget *StationPage::signalCard()
     return m_signalCard;
 }
 
-StationPage::Rule StationPage::addRule(QGridLayout *grid, int row, const char *day, const char *time,
-                                       const char *problem)
-{
-    Rule rule{new QLabel(m_exclusiveCard), new QComboBox(m_exclusiveCard), new QLineEdit(m_exclusiveCard),
-              addProblem(grid, row + 1, problem)};
-    rule.day->setObjectName(QLatin1String(day));
-    rule.day->addItems(QStringList(dayItems.begin(), dayItems.end()));
-    ignoreWheelUnlessFocused(rule.day);
-    rule.time->setObjectName(QLatin1String(time));
-    rule.time->setMaximumWidth(rule.time->fontMetrics().horizontalAdvance(QStringLiteral("00:00:00000")));
-    rule.caption->setBuddy(rule.day);
-    grid->addWidget(rule.caption, row, 0);
-    grid->addWidget(rule.day, row, 1);
-    grid->addWidget(rule.time, row, 2);
-    connect(rule.day, &QComboBox::activated, this, [this, rule] {
-        storeSchedule();
-        showTimeProblem(rule);
-    });
-    connect(rule.time, &QLineEdit::textEdited, this, [this, rule](const QString &typed) {
-        storeSchedule();
-        if (minuteOfDay(typed)) { // what is being typed is not found fault with
-            showTimeProblem(rule);
-        }
-    });
-    connect(rule.time, &QLineEdit::editingFinished, this, [this, rule] {
-        const QString shown = shownTime(rule.time->text());
-        if (shown != rule.time->text()) {
-            rule.time->setText(shown);
-            storeSchedule();
-        }
-        showTimeProblem(rule);
-    });
-    return rule;
-}
-
-QWidget *StationPage::exclusiveCard()
-{
-    m_exclusiveCard = new QGroupBox(this);
-    auto *grid = new QGridLayout(m_exclusiveCard);
-    grid->setColumnStretch(3, 1);
-    Check_pic0_exclusive = new QCheckBox(m_exclusiveCard);
-    Check_pic0_exclusive->setObjectName(QStringLiteral("Check_pic0_exclusive"));
-    grid->addWidget(Check_pic0_exclusive, 0, 0, 1, 4);
-    m_on = addRule(grid, 1, "Combo_pic0_exclusiveON", "Text_pic0_exclusiveON", "lbl_pic0_exclusiveON");
-    m_off = addRule(grid, 3, "Combo_pic0_exclusiveOFF", "Text_pic0_exclusiveOFF", "lbl_pic0_exclusiveOFF");
-    m_exclusiveHint = new QLabel(m_exclusiveCard);
-    m_exclusiveHint->setWordWrap(true);
-    grid->addWidget(m_exclusiveHint, 5, 0, 1, 4);
-    connect(Check_pic0_exclusive, &QCheckBox::clicked, this, [this](bool checked) {
-        if (!m_isFilling) {
-            mode().setExclusive(kennung(), checked);
-        }
-    });
-    return m_exclusiveCard;
-}
-
 void StationPage::stationChosen()
 {
     m_nameProblem->tell({});
     m_addressProblem->tell({});
     m_name->setModified(false);
     m_address->setModified(false);
+    m_exclusiveCard->showStation(kennung());
     showNow();
-    showTimeProblem(m_on);
-    showTimeProblem(m_off);
 }
 
 void StationPage::stationRenamed()
@@ -259,7 +192,6 @@ void StationPage::showNow()
     if (shown == nullptr) {
         return;
     }
-    m_isFilling = true;
     const QModelIndex node = mode().tree().find(kennung());
     const auto status = node.data(StationTree::StatusRole).value<StationStatus>();
     const bool isLent = mode().isLent(kennung());
@@ -279,20 +211,8 @@ void StationPage::showNow()
     m_quality->setText(level.isEmpty() ? tr("unknown (%1)").arg(shown->csq())
                                        : tr("%1 (reported: %2)").arg(level, shown->csq()));
     m_puk->tell(shown->pukNeeded() ? text(Text::PukNeeded) : QString());
-    Check_pic0_exclusive->setChecked(shown->exclusiveMode());
-    const ExclusiveSchedule schedule = mode().schedule(kennung());
-    showRule(m_on, schedule.dayOn, schedule.hourOn);
-    showRule(m_off, schedule.dayOff, schedule.hourOff);
+    m_exclusiveCard->refresh();
     showLastHeard();
-    m_isFilling = false;
-}
-
-void StationPage::showRule(const Rule &rule, int day, const QString &time)
-{
-    rule.day->setCurrentIndex(static_cast<int>(dayRule(day)));
-    if (rule.time->text() != time) {
-        rule.time->setText(time);
-    }
 }
 
 void StationPage::showLastHeard()
@@ -380,22 +300,6 @@ void StationPage::showProblem(ProblemLabel *label, const QString &problem)
     }
 }
 
-void StationPage::showTimeProblem(const Rule &rule)
-{
-    const bool isSound =
-        dayRule(rule.day->currentIndex()) == DayRule::Never || minuteOfDay(rule.time->text());
-    rule.problem->tell(isSound ? QString()
-                               : tr("This is no time of the day, 00:00 to 23:59, so nothing is switched"));
-}
-
-void StationPage::storeSchedule()
-{
-    if (!m_isFilling) {
-        mode().setSchedule(kennung(), {m_on.time->text(), m_on.day->currentIndex(), m_off.time->text(),
-                                       m_off.day->currentIndex()});
-    }
-}
-
 void StationPage::changeEvent(QEvent *event)
 {
     OpmodePage::changeEvent(event);
@@ -415,29 +319,13 @@ void StationPage::applyTexts()
                               .arg(UdpPair::modulePort));
     m_heardCaption->setText(tr("Last heard"));
     m_signalCard->setTitle(text(Text::SignalQuality));
-    m_exclusiveCard->setTitle(text(Text::ExclusiveMode));
-    Check_pic0_exclusive->setText(text(Text::Exclusive));
-    m_on.caption->setText(text(Text::On));
-    m_off.caption->setText(text(Text::Off));
-    const QString days = tr("The days on which exclusive mode is switched");
-    const QString times = tr("The time of the day, HH:MM");
-    for (const Rule &rule : {m_on, m_off}) {
-        rule.day->setToolTip(days);
-        rule.time->setToolTip(times);
-        rule.day->setAccessibleName(rule.caption->text() + u' ' + days);
-        rule.time->setAccessibleName(rule.caption->text() + u' ' + times);
-    }
-    m_exclusiveHint->setText(
-        tr("While it is exclusive the module uses this connection alone: it neither sends "
-           "nor receives by GSM. What is ticked by hand stays until the next switch."));
+    m_exclusiveCard->applyTexts();
     if (!m_nameProblem->text().isEmpty()) {
         storeName();
     }
     if (!m_addressProblem->text().isEmpty()) {
         storeAddress();
     }
-    showTimeProblem(m_on);
-    showTimeProblem(m_off);
     showNow();
 }
 

@@ -5,7 +5,6 @@
 #include <QTimer>
 
 class QCheckBox;
-class QComboBox;
 class QGridLayout;
 class QGroupBox;
 class QLabel;
@@ -13,6 +12,7 @@ class QLineEdit;
 
 namespace ktr {
 
+class ExclusiveCard;
 class ProblemLabel;
 class QualityBars;
 class StatusMark;
@@ -27,44 +27,25 @@ public:
 
     void applyTexts() override;
 
-Q_SIGNALS:
-    /// The module is to be configured from the main window.
-    void configurationWanted();
-
 protected:
     void stationChosen() override;
     void stationRenamed() override;
     void changeEvent(QEvent *event) override;
 
 private:
-    /// When exclusive mode is switched one way: a day and a time.
-    struct Rule
-    {
-        QLabel *caption;
-        QComboBox *day;
-        QLineEdit *time;
-        ProblemLabel *problem;
-    };
-
     QWidget *connectionCard();
     QWidget *signalCard();
-    QWidget *exclusiveCard();
-    Rule addRule(QGridLayout *grid, int row, const char *day, const char *time, const char *problem);
     QLabel *addRow(QGridLayout *grid, int row, QWidget *control);
     ProblemLabel *addProblem(QGridLayout *grid, int row, const char *name);
     void showNow();
-    void showRule(const Rule &rule, int day, const QString &time);
     void showLastHeard();
     void storeName();
     void storeAddress();
-    void storeSchedule();
     QString nameProblem(const QString &wanted) const;
     void recheckName();
     void discard(QLineEdit *edit, ProblemLabel *problem);
     void showProblem(ProblemLabel *label, const QString &problem);
-    void showTimeProblem(const Rule &rule);
 
-    bool m_isFilling = false;
     StatusMark *m_mark;
     QLabel *m_status;
     QLabel *m_nameCaption;
@@ -82,11 +63,7 @@ private:
     QualityBars *m_bars;
     QLabel *m_quality;
     ProblemLabel *m_puk;
-    QGroupBox *m_exclusiveCard;
-    QCheckBox *Check_pic0_exclusive;
-    Rule m_on;
-    Rule m_off;
-    QLabel *m_exclusiveHint;
+    ExclusiveCard *m_exclusiveCard;
     QTimer Timer_aktualisieren;
 };
 

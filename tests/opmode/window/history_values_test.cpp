@@ -32,6 +32,7 @@ public:
     void close() override {}
     bool isOpen() const override { return true; }
     void send(const QByteArray &) override {}
+    void say(const char *line) { m_listener->DataArrival(line); }
     void arrive(const char *sms) { m_listener->DataArrival(QByteArray(sms) + '\x1a'); }
 };
 
@@ -56,7 +57,8 @@ private Q_SLOTS:
                                           auto line = std::make_unique<ModuleLine>();
                                           m_lines.push_back(line.get());
                                           return line;
-                                      }},
+                                      },
+                                      [] {}, [this] { return m_timers.now(); }},
             stationCaptions(m_texts));
         QVERIFY(m_mode->open(m_folder.filePath("none.xml"), OperationalMode::Use::Watch));
         for (const char *name : {"pump", "well"}) {
@@ -298,6 +300,11 @@ private Q_SLOTS:
         QCOMPARE(label("Label_ip_answer"), "");
         m_values->showStation("pump");
         QVERIFY(label("Label_ip_answer").contains("looks for an SMS"));
+        m_lines.front()->say("at+cpin?\r");
+        m_timers.advance(Milliseconds(cStation::settleTime));
+        m_lines.front()->say("at+cmgr=1\r");
+        m_timers.advance(Milliseconds(cStation::textDelay));
+        QVERIFY(label("Label_ip_answer").startsWith("Delivered"));
         m_lines.front()->arrive("R,9,1");
         QCOMPARE(label("Label_ip_answer"), "");
         m_mode->setOnline("pump", false);

@@ -6,6 +6,7 @@
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
@@ -180,6 +181,27 @@ private Q_SLOTS:
         m_page->showEntry(tree().find("North/meldung/+49 --> M,report 3"));
         QCOMPARE(table()->currentIndex().siblingAtColumn(NotificationModel::Message).data(), "report 3");
         QCOMPARE(control<QLineEdit>("Text_filter")->text(), "");
+    }
+
+    void everythingIsReachedAtAnyWidth()
+    {
+        take("North", "pump fail");
+        settle();
+        QStringList reached;
+        control<QLineEdit>("Text_filter")->setFocus();
+        while (!table()->hasFocus() && reached.size() < 9) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            reached += QApplication::focusWidget()->objectName();
+        }
+        reached.removeAll("Opt_meldung_1"); // the arrow keys lead there on some systems
+        QCOMPARE(reached, (QStringList{"Opt_meldung_0", "Check_meldung_offen", "Tbl_meldung"}));
+        QTest::mouseClick(control<QRadioButton>("Opt_meldung_1"), Qt::LeftButton, {}, QPoint(8, 10));
+        QTRY_COMPARE(table()->horizontalScrollBar()->maximum(), 0);
+        QVERIFY(!table()->isColumnHidden(NotificationModel::Number));
+        QVERIFY(m_page->minimumWidth() <= 340);
+        table()->selectRow(0);
+        table()->actions().constFirst()->trigger(); // of the menu
+        QCOMPARE(tree().alarmCount(), 0);
     }
 
     void whatArrivesUnderTheQuestionIsNotAcknowledgedWithTheOthers()
