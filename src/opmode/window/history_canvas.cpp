@@ -236,6 +236,9 @@ void HistoryPlot::Canvas::arrange()
     m_values->setMaximumSize(QWIDGETSIZE_MAX, isAbove ? QWIDGETSIZE_MAX : 0);
     m_values->axis(QCPAxis::atBottom)->setTickLabels(lanes.empty());
     placeLanes(lanes, !isAbove);
+    constexpr int lowestValues = 110;
+    constexpr int around = 64; // the times below, and the margins
+    setMinimumHeight((isAbove ? lowestValues : 0) + m_lanes->minimumSize().height() + around);
     fitTicks();
     scaleValues();
 }

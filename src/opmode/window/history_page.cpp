@@ -142,11 +142,9 @@ QWidget *HistoryPage::createContent()
     m_parts->setStretchFactor(1, 1);
 
     constexpr int lowestTable = 130;
-    constexpr int lowestCurves = 200;
     m_table->setMinimumHeight(lowestTable);
-    m_plot->setMinimumHeight(lowestCurves);
 
-    auto *scroll = new QScrollArea(this); // both keep a height at which they can be read
+    auto *scroll = new QScrollArea(this); // table and plot keep a height at which they can be read
     auto *content = new QWidget(scroll);
     auto *layout = new QVBoxLayout(content);
     layout->addLayout(m_top);
