@@ -549,6 +549,25 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::ExclusiveCard</name>
+    <message>
+        <source>This is no time of the day, 00:00 to 23:59, so nothing is switched</source>
+        <translation>Das ist keine Uhrzeit von 00:00 bis 23:59; es wird nicht geschaltet</translation>
+    </message>
+    <message>
+        <source>The days on which exclusive mode is switched</source>
+        <translation>Die Tage, an denen der Exklusivmodus geschaltet wird</translation>
+    </message>
+    <message>
+        <source>The time of the day, HH:MM</source>
+        <translation>Die Uhrzeit, HH:MM</translation>
+    </message>
+    <message>
+        <source>While it is exclusive the module uses this connection alone: it neither sends nor receives by GSM. What is ticked by hand stays until the next switch.</source>
+        <translation>Im Exklusivmodus nutzt das Modul nur diese Verbindung: es sendet und empfängt nicht über GSM. Was von Hand angehakt wird, gilt bis zum nächsten Schaltpunkt.</translation>
+    </message>
+</context>
+<context>
     <name>ktr::ExportDialog</name>
     <message>
         <source>Entries</source>
@@ -795,10 +814,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Stationen</translation>
     </message>
     <message>
-        <source>The list of stations could not be written. What changed is kept in its journal and is taken up at the next opening. Close all the same?</source>
-        <translation>Die Stationsliste konnte nicht geschrieben werden. Die Änderungen bleiben in ihrem Journal erhalten und werden beim nächsten Öffnen übernommen. Trotzdem schließen?</translation>
-    </message>
-    <message>
         <source>Stations: %1, alive %2, silent %3, offline %4</source>
         <translation>Stationen: %1, aktiv %2, stumm %3, offline %4</translation>
     </message>
@@ -833,6 +848,38 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Datagrams of strangers, not looked at: %1</source>
         <translation>Datagramme von Fremden, nicht beachtet: %1</translation>
+    </message>
+    <message>
+        <source>Mute alarms</source>
+        <translation>Alarme stumm schalten</translation>
+    </message>
+    <message>
+        <source>What changed is kept in its journal and is taken up at the next opening.</source>
+        <translation>Was sich geändert hat, steht in ihrem Journal und wird beim nächsten Öffnen übernommen.</translation>
+    </message>
+    <message>
+        <source>The journal cannot be written either: what changed in this run is lost then.</source>
+        <translation>Auch das Journal lässt sich nicht schreiben: was sich seit dem Öffnen geändert hat, geht dann verloren.</translation>
+    </message>
+    <message>
+        <source>The list of stations could not be written.</source>
+        <translation>Die Liste der Stationen konnte nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>Close all the same?</source>
+        <translation>Trotzdem schließen?</translation>
+    </message>
+    <message>
+        <source>, not heard yet %1</source>
+        <translation>, noch nicht gehört %1</translation>
+    </message>
+    <message>
+        <source>%1 is silent</source>
+        <translation>%1 ist stumm</translation>
+    </message>
+    <message>
+        <source>%1 is alive</source>
+        <translation>%1 ist aktiv</translation>
     </message>
 </context>
 <context>
@@ -1261,6 +1308,21 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::MessageLine</name>
+    <message>
+        <source>Messages</source>
+        <translation>Nachrichten</translation>
+    </message>
+    <message>
+        <source>Lists the messages since the operational mode was opened</source>
+        <translation>Listet die Nachrichten seit dem Öffnen des Betriebsmodus</translation>
+    </message>
+    <message>
+        <source>Click to take note</source>
+        <translation>Klicken zur Kenntnisnahme</translation>
+    </message>
+</context>
+<context>
     <name>ktr::ModuleLink</name>
     <message>
         <source>No module was heard at any serial port</source>
@@ -1472,6 +1534,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>The space bar ticks the station that is chosen</source>
         <translation>Die Leertaste setzt den Haken bei der gewählten Station</translation>
     </message>
+    <message>
+        <source>%1 chosen</source>
+        <translation>%1 gewählt</translation>
+    </message>
+    <message>
+        <source>%1, %2 of them not shown</source>
+        <translation>%1, davon %2 nicht angezeigt</translation>
+    </message>
 </context>
 <context>
     <name>ktr::StationListModel</name>
@@ -1531,18 +1601,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Zuletzt gehört</translation>
     </message>
     <message>
-        <source>The days on which exclusive mode is switched</source>
-        <translation>Tage, an denen der Exklusivmodus geschaltet wird</translation>
-    </message>
-    <message>
-        <source>The time of the day, HH:MM</source>
-        <translation>Uhrzeit, HH:MM</translation>
-    </message>
-    <message>
-        <source>While it is exclusive the module uses this connection alone: it neither sends nor receives by GSM. What is ticked by hand stays until the next switch.</source>
-        <translation>Im Exklusivmodus nutzt das Modul nur diese Verbindung: Über GSM sendet und empfängt es nichts. Was von Hand gesetzt wird, gilt bis zum nächsten Schalten.</translation>
-    </message>
-    <message>
         <source>being configured in the main window</source>
         <translation>wird im Hauptfenster konfiguriert</translation>
     </message>
@@ -1550,8 +1608,16 @@ Wasserturm;turm.example.org:49111</translation>
 <context>
     <name>ktr::StationTreeView</name>
     <message>
-        <source>&quot;%1&quot; cannot be the name: it is empty, holds &quot;/&quot; or another station has it</source>
-        <translation>„%1“ ist als Name nicht möglich: er ist leer, enthält „/“ oder gehört einer anderen Station</translation>
+        <source>A station needs a name</source>
+        <translation>Eine Station braucht einen Namen</translation>
+    </message>
+    <message>
+        <source>A name must not hold a &quot;/&quot;</source>
+        <translation>Ein Name darf kein „/“ enthalten</translation>
+    </message>
+    <message>
+        <source>Another station is called &quot;%1&quot; already</source>
+        <translation>Eine andere Station heißt schon „%1“</translation>
     </message>
 </context>
 <context>
@@ -1745,6 +1811,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Requested; delivered when the module next looks for an SMS</source>
         <translation>Angefordert; wird zugestellt, sobald das Modul seine SMS liest</translation>
+    </message>
+    <message>
+        <source>The request still waits; it is delivered when the module next looks for an SMS</source>
+        <translation>Die Anforderung wartet noch; sie wird zugestellt, wenn das Modul das nächste Mal nach einer SMS sieht</translation>
+    </message>
+    <message>
+        <source>Delivered; the values follow</source>
+        <translation>Zugestellt; die Werte folgen</translation>
     </message>
 </context>
 <context>

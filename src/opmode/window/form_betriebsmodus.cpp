@@ -293,8 +293,12 @@ void Form_betriebsmodus::applyTexts()
     }
     m_filter->setPlaceholderText(tr("Find a station (name or address)"));
     m_filter->setAccessibleName(m_filter->placeholderText());
-    const QStringList kinds = {tr("All"),     tr("In alarm"),  tr("Not heard"),
-                               tr("Offline"), tr("Exclusive"), tr("PUK needed")};
+    const QStringList kinds = {tr("All"),
+                               tr("In alarm"),
+                               tr("Not heard"),
+                               tr("Offline"),
+                               text(Text::ExclusiveMode),
+                               text(Text::PukNeeded)};
     for (int kind = 0; kind < kinds.size(); ++kind) {
         m_filterKind->setItemText(kind, kinds[kind]);
     }

@@ -6,6 +6,7 @@
 #include "opmode/window/exclusive_card.h"
 #include "opmode/window/quality_bars.h"
 #include "opmode/window/station_mark.h"
+#include "opmode/window/station_tree_view.h"
 
 #include <QCheckBox>
 #include <QEvent>
@@ -241,19 +242,11 @@ void StationPage::storeName()
     StationTree &tree = mode().tree();
     const QModelIndex node = tree.find(kennung());
     if (wanted != node.data().toString() && !tree.setData(node, wanted)) {
-        showProblem(m_nameProblem, nameProblem(wanted));
+        showProblem(m_nameProblem, StationTreeView::refusalOf(wanted));
         return;
     }
     m_name->setModified(false);
     showNow();
-}
-
-/// Why the tree refused a name.
-QString StationPage::nameProblem(const QString &wanted) const
-{
-    return wanted.trimmed().isEmpty() ? tr("A station needs a name")
-           : wanted.contains(u'/')    ? tr("A name must not hold a \"/\"")
-                                      : tr("Another station is called \"%1\" already").arg(wanted.trimmed());
 }
 
 /// The station that has the name may have gone or got another one.

@@ -41,7 +41,6 @@ private:
     void showLastHeard();
     void storeName();
     void storeAddress();
-    QString nameProblem(const QString &wanted) const;
     void recheckName();
     void discard(QLineEdit *edit, ProblemLabel *problem);
     void showProblem(ProblemLabel *label, const QString &problem);

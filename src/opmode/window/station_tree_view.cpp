@@ -310,7 +310,9 @@ void StationTreeView::keyPressEvent(QKeyEvent *event)
 
 QString StationTreeView::refusalOf(const QString &name)
 {
-    return tr("\"%1\" cannot be the name: it is empty, holds \"/\" or another station has it").arg(name);
+    return name.trimmed().isEmpty() ? tr("A station needs a name")
+           : name.contains(u'/')    ? tr("A name must not hold a \"/\"")
+                                    : tr("Another station is called \"%1\" already").arg(name.trimmed());
 }
 
 void StationTreeView::currentChanged(const QModelIndex &current, const QModelIndex &previous)

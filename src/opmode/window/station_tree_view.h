@@ -31,7 +31,7 @@ public:
     /// The station that a node belongs to.
     static QModelIndex stationOf(QModelIndex index);
 
-    /// Why a station cannot be called that.
+    /// Why the tree refused a name.
     static QString refusalOf(const QString &name);
 
 Q_SIGNALS:
