@@ -12,7 +12,7 @@ namespace ktr {
 namespace {
 
 constexpr qint64 longestFile = qint64{1} << 30;
-constexpr quint64 mark = 0x3153'4D54'5254'4BFF; ///< the first bytes of every such file
+constexpr quint64 mark = 0x3253'4D54'5254'4BFF; ///< the first bytes of every such file
 constexpr qsizetype headerSize = 16;            ///< mark and checksum of what follows
 
 } // namespace
@@ -46,26 +46,44 @@ Status NotificationTimes::load(StationTree &tree) const
         arrival.received = fields.number<qint64>();
         arrival.acknowledged = fields.number<qint64>();
         arrival.count = fields.number<qint32>();
+        arrival.raised = fields.number<qint64>();
         tree.loadArrival(key, arrival); // a node that has gone needs none
     }
     return Status::done();
 }
 
-Status NotificationTimes::save(const StationTree &tree) const
+QByteArray NotificationTimes::document(const StationTree &tree)
 {
+    const SavedKeys &saved = tree.savedKeys();
     QByteArray records;
     std::string key;
+    const auto put = [&records](std::string_view node, const Arrival &arrival) {
+        putText(records, node);
+        putNumber(records, arrival.received);
+        putNumber(records, arrival.acknowledged);
+        putNumber(records, static_cast<qint32>(arrival.count));
+        putNumber(records, arrival.raised);
+    };
     for (auto arrival = tree.arrivals().cbegin(); arrival != tree.arrivals().cend(); ++arrival) {
         tree.nodes().getKeyInNextRun(arrival.key(), key);
-        putText(records, key);
-        putNumber(records, arrival->received);
-        putNumber(records, arrival->acknowledged);
-        putNumber(records, static_cast<qint32>(arrival->count));
+        put(key, *arrival);
+        if (!saved.isEmpty()) {
+            for (const std::string &other : saved.inFiles(tree.nodes().key(arrival.key()))) {
+                if (other != key) {
+                    put(other, *arrival);
+                }
+            }
+        }
     }
     QByteArray header;
     putNumber(header, mark);
     putNumber(header, checksum(records));
-    return replaceFile(m_path, header + records);
+    return header + records;
+}
+
+Status NotificationTimes::save(const QByteArray &document) const
+{
+    return replaceFile(m_path, document);
 }
 
 } // namespace ktr
