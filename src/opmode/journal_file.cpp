@@ -5,6 +5,8 @@
 #include "opmode/journal_record.h"
 #include "platform/files.h"
 
+#include <QCoreApplication>
+
 #include <limits>
 
 namespace ktr {
@@ -145,7 +147,8 @@ Status JournalFile::goOnFrom(quint64 base)
             return replaced;
         }
     }
-    return Status::failed(m_path + QLatin1String(": ") + file.errorString());
+    return Status::failed(m_path + QLatin1String(": ") +
+                          QCoreApplication::translate("Files", "could not be shortened"));
 }
 
 /// Puts another content in the place of the journal's. What is counted is counted anew.
