@@ -26,7 +26,9 @@ void AlarmCentre::take(const QModelIndex &entry)
     if (!m_firstArrived.isValid()) {
         m_firstArrived = entry;
     }
-    if (m_first == entry) { // it came again, so another may be the oldest now
+    // One that was acknowledged and came again is the oldest no more; a clock put back makes others older.
+    const qint64 raised = entry.data(StationTree::RaisedRole).toLongLong();
+    if (m_first == entry ? raised != m_firstRaised : raised <= m_firstRaised) {
         m_first = QModelIndex();
     }
     m_latest = entry;
@@ -95,15 +97,18 @@ bool AlarmCentre::isRed(const QPersistentModelIndex &entry) const
 void AlarmCentre::search()
 {
     using Age = std::pair<qint64, NodeStore::Id>;
-    std::optional<Age> oldest;
-    std::optional<Age> newest;
+    std::optional<Age> oldest; // by when it became red
+    std::optional<Age> newest; // by its latest arrival
     eachNotification(m_tree, [&](NodeStore::Id id) {
         if (isAlarm(m_tree, id)) {
-            const Age age(m_tree.arrivals().value(id).received, id);
-            oldest = std::min(oldest.value_or(age), age);
-            newest = std::max(newest.value_or(age), age);
+            const Arrival arrival = m_tree.arrivals().value(id);
+            const Age raised(arrival.raised, id);
+            const Age received(arrival.received, id);
+            oldest = std::min(oldest.value_or(raised), raised);
+            newest = std::max(newest.value_or(received), received);
         }
     });
+    m_firstRaised = oldest ? oldest->first : 0;
     m_first = oldest ? nodeIndex(m_tree, oldest->second) : QModelIndex();
     m_latest = newest ? nodeIndex(m_tree, newest->second) : QModelIndex();
 }
@@ -114,9 +119,12 @@ std::optional<Alarm> AlarmCentre::alarm(const QModelIndex &entry) const
     if (m_unacknowledged == 0 || !station.isValid()) {
         return std::nullopt;
     }
-    return Alarm{station.data(StationTree::KeyRole).toString(), station.data().toString(),
+    return Alarm{station.data(StationTree::KeyRole).toString(),
+                 station.data().toString(),
                  splitNotification(entry.data().toString()).message,
-                 entry.data(StationTree::ReceivedRole).toLongLong(), entry};
+                 entry.data(StationTree::ReceivedRole).toLongLong(),
+                 entry.data(StationTree::RaisedRole).toLongLong(),
+                 entry};
 }
 
 } // namespace ktr

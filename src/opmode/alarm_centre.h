@@ -14,7 +14,8 @@ struct Alarm
     QString kennung;
     QString station; ///< its name
     QString message;
-    qint64 received = 0; ///< milliseconds since 1970, UTC; 0 when not known
+    qint64 received = 0; ///< the latest time, in milliseconds since 1970, UTC; 0 when not known
+    qint64 raised = 0;   ///< when it became red
     QModelIndex entry;   ///< in the tree
 };
 
@@ -41,7 +42,7 @@ public:
 
     /// As changed() told last.
     int unacknowledged() const { return m_unacknowledged; }
-    /// The oldest and the newest that are not acknowledged; nothing when there is none.
+    /// The one that has been red longest and the one that arrived last; nothing when there is none.
     std::optional<Alarm> first() const { return alarm(m_first); }
     std::optional<Alarm> latest() const { return alarm(m_latest); }
 
@@ -69,6 +70,7 @@ private:
     std::unique_ptr<OneShotTimer> m_soon;
     int m_unacknowledged = 0;
     QPersistentModelIndex m_first;
+    qint64 m_firstRaised = 0; ///< when it became red, as it was found
     QPersistentModelIndex m_latest;
     int m_arrived = 0; ///< not told of yet
     QPersistentModelIndex m_firstArrived;

@@ -5,13 +5,15 @@
 #include "opmode/journal_record.h"
 #include "platform/files.h"
 
+#include <QCoreApplication>
+
 #include <limits>
 
 namespace ktr {
 
 namespace {
 
-constexpr quint64 mark = 0x3252'4E4A'5254'4BFF; ///< the first bytes of every journal
+constexpr quint64 mark = 0x3352'4E4A'5254'4BFF; ///< the first bytes of every journal
 
 QByteArray headerOf(quint64 base)
 {
@@ -43,9 +45,16 @@ QByteArray shortened(QByteArrayView journal)
 
 } // namespace
 
-bool JournalFile::goesOnFrom(QByteArrayView journal, quint64 base)
+QByteArray JournalFile::goingOnFrom(const QByteArray &journal, quint64 base)
 {
-    return journal.startsWith(headerOf(base));
+    const QByteArray header = headerOf(base);
+    if (journal.startsWith(header)) {
+        return journal;
+    }
+    const bool isJournal = journal.size() >= headerSize && numberAt<quint64>(journal.constData()) == mark;
+    const auto records =
+        isJournal ? recordsBehindMark(QByteArrayView(journal).sliced(headerSize), base) : std::nullopt;
+    return records ? header + *records : QByteArray();
 }
 
 Status JournalFile::begin(quint64 base)
@@ -53,6 +62,7 @@ Status JournalFile::begin(quint64 base)
     m_base = base;
     m_size = 0;
     m_waste = 0;
+    m_mark = 0;
     m_rewriteFrom = 0;
     m_last.clear();
     m_file.close();
@@ -64,8 +74,9 @@ Status JournalFile::goOn(QByteArrayView journal)
     m_base = numberAt<quint64>(journal.data() + 8);
     m_size = journal.size();
     m_waste = 0;
+    m_mark = 0;
     m_last.clear();
-    count(journal.sliced(headerSize));
+    count(journal.sliced(headerSize), headerSize);
     return m_file.open(m_path, m_size);
 }
 
@@ -91,20 +102,22 @@ Status JournalFile::append(const QByteArray &records)
     if (Status appended = m_file.append(records); !appended) {
         return appended;
     }
+    count(records, m_size);
     m_size += records.size();
-    count(records);
     if (m_waste > toleratedWaste && m_waste > m_size / 2 && m_size >= m_rewriteFrom && !rewrite()) {
         m_rewriteFrom = m_size + toleratedWaste; // the records are safe in the long file
     }
     return Status::done();
 }
 
-void JournalFile::count(QByteArrayView records)
+void JournalFile::count(QByteArrayView records, qint64 start)
 {
     for (RecordReader record(records); record.next();) {
         if (const QByteArrayView subject = subjectOf(record.content()); !subject.isEmpty()) {
             qsizetype &size = m_last[checksum(subject)];
             m_waste += std::exchange(size, record.size());
+        } else if (isMark(record.content())) {
+            m_mark = start + record.start();
         }
     }
 }
@@ -117,15 +130,42 @@ Status JournalFile::rewrite()
     }
     const QByteArray kept =
         shortened(QByteArrayView(journal).first(std::min<qsizetype>(m_size, journal.size())));
+    return replace(kept);
+}
+
+Status JournalFile::goOnFrom(quint64 base)
+{
+    QByteArray journal = headerOf(base);
+    QFile file(m_path);
+    if (m_mark != 0 && file.open(QIODevice::ReadOnly) && file.seek(m_mark)) {
+        const QByteArray records = file.read(m_size - m_mark);
+        const auto kept = recordsBehindMark(records, base);
+        file.close();
+        if (kept && records.size() == m_size - m_mark) {
+            const Status replaced = replace(journal + *kept);
+            m_base = replaced ? base : m_base;
+            return replaced;
+        }
+    }
+    return Status::failed(m_path + QLatin1String(": ") +
+                          QCoreApplication::translate("Files", "could not be shortened"));
+}
+
+/// Puts another content in the place of the journal's. What is counted is counted anew.
+Status JournalFile::replace(const QByteArray &journal)
+{
     m_file.close(); // some systems replace no file that is open
-    Status replaced = replaceFile(m_path, kept);
+    Status replaced = replaceFile(m_path, journal);
     if (replaced) {
-        m_size = kept.size();
+        m_size = journal.size();
         m_waste = 0;
+        m_mark = 0;
+        m_last.clear();
+        count(QByteArrayView(journal).sliced(headerSize), headerSize);
     }
     // When it cannot be opened now it is tried again with the next records.
-    const Status opened = m_file.open(m_path, m_size);
-    return replaced ? opened : replaced;
+    (void)m_file.open(m_path, m_size);
+    return replaced;
 }
 
 Status JournalFile::remove()

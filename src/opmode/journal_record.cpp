@@ -41,9 +41,25 @@ StationAttributes takeStation(FieldReader &fields)
     return station;
 }
 
+/// The keys that savedMark() put into a text.
+StationKeys keysOf(std::string_view text)
+{
+    StationKeys keys;
+    const auto take = [&text] {
+        const std::string_view key = text.substr(0, text.find('/'));
+        text.remove_prefix(std::min(text.size(), key.size() + 1));
+        return std::string(key);
+    };
+    while (!text.empty()) {
+        const std::string before = take();
+        keys.emplace(before, take());
+    }
+    return keys;
+}
+
 } // namespace
 
-void putRecord(QByteArray &records, const NodeChange &change)
+void putRecord(QByteArray &records, const NodeChange &change, std::string_view key)
 {
     const qsizetype start = records.size();
     records.resize(start + recordHeaderSize);
@@ -51,10 +67,12 @@ void putRecord(QByteArray &records, const NodeChange &change)
     putNumber(records, change.moment);
     putNumber(records, static_cast<qint32>(change.count));
     putNumber(records, static_cast<quint8>(change.what));
-    putText(records, change.key);
+    putText(records, key);
     putText(records, change.text);
     if (change.what == NodeChange::What::Station) {
         putStation(records, change.station);
+    } else if (change.what == NodeChange::What::Repeated) {
+        putNumber(records, change.raised);
     }
     const QByteArrayView content = QByteArrayView(records).sliced(start + recordHeaderSize);
     const auto size = static_cast<quint32>(content.size());
@@ -76,10 +94,58 @@ std::optional<NodeChange> changeOf(QByteArrayView content)
     change.what = static_cast<NodeChange::What>(what);
     if (change.what == NodeChange::What::Station) {
         change.station = takeStation(fields);
+    } else if (change.what == NodeChange::What::Repeated) {
+        change.raised = fields.number<qint64>();
     }
     const bool isKnown = what >= static_cast<quint8>(NodeChange::What::Added) &&
-                         what <= static_cast<quint8>(NodeChange::What::Repeated);
+                         what <= static_cast<quint8>(NodeChange::What::Saved);
     return isKnown && fields.isSound() && fields.atEnd() ? std::optional(change) : std::nullopt;
+}
+
+bool isMark(QByteArrayView content)
+{
+    return content.size() > kindAt && content[kindAt] == static_cast<char>(NodeChange::What::Saved);
+}
+
+NodeChange savedMark(quint64 base, const StationKeys &renamings)
+{
+    NodeChange mark;
+    mark.what = NodeChange::What::Saved;
+    mark.moment = static_cast<qint64>(base);
+    for (const auto &[before, after] : renamings) { // no "/" stands in them
+        mark.text += before + '/' + after + '/';
+    }
+    return mark;
+}
+
+std::optional<QByteArray> recordsBehindMark(QByteArrayView records, quint64 base)
+{
+    qsizetype begin = -1;
+    std::string text;
+    for (RecordReader record(records); record.next();) {
+        if (isMark(record.content())) {
+            const std::optional<NodeChange> mark = changeOf(record.content());
+            if (mark && static_cast<quint64>(mark->moment) == base) {
+                begin = record.start() + record.size();
+                text = mark->text;
+            }
+        }
+    }
+    if (begin < 0) {
+        return std::nullopt;
+    }
+    StationKeys keys = keysOf(text);
+    QByteArray result;
+    for (RecordReader record(records.sliced(begin)); record.next();) {
+        const std::optional<NodeChange> change = changeOf(record.content());
+        if (change && change->what != NodeChange::What::Saved) { // what was begun later did not come about
+            putRecord(result, *change, withStationKey(change->key, keys));
+        }
+        if (change && change->what == NodeChange::What::Removed) {
+            keys.erase(change->key); // another station may take it up
+        }
+    }
+    return result;
 }
 
 bool RecordReader::next()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "opmode/node_change.h"
+#include "opmode/saved_keys.h"
 
 #include <QByteArray>
 
@@ -8,8 +9,21 @@
 
 namespace ktr {
 
-/// Appends the record of a change: length, checksum, content.
-void putRecord(QByteArray &records, const NodeChange &change);
+/// Appends the record of a change, under another key if need be: length, checksum, content.
+void putRecord(QByteArray &records, const NodeChange &change, std::string_view key);
+inline void putRecord(QByteArray &records, const NodeChange &change)
+{
+    putRecord(records, change, change.key);
+}
+
+/// The change that says that a file of this checksum was begun, and which keys of the journal's stations are
+/// others there.
+NodeChange savedMark(quint64 base, const StationKeys &renamings);
+/// Whether a record's content is such a mark.
+bool isMark(QByteArrayView content);
+
+/// The records behind the last mark of this file, with the keys that it has; nothing when there is no mark.
+std::optional<QByteArray> recordsBehindMark(QByteArrayView records, quint64 base);
 
 /// The change of a record's content; nothing when it is none.
 std::optional<NodeChange> changeOf(QByteArrayView content);

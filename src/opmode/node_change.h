@@ -15,8 +15,9 @@ struct NodeChange
         Text,
         Colour, ///< of a notification from red to another: it was acknowledged
         Removed,
-        Station, ///< a station's attributes; the tree does not keep them
-        Repeated ///< a notification arrived again
+        Station,  ///< a station's attributes; the tree does not keep them
+        Repeated, ///< a notification arrived again
+        Saved     ///< a file with all changes so far was begun; only the journal knows it
     };
     What what = What::Added;
     std::string key;
@@ -25,6 +26,7 @@ struct NodeChange
     qint64 moment = 0;       ///< milliseconds since 1970, UTC; 0 when not known
     int count = 0;           ///< of Repeated, and of an acknowledgement: arrivals of the notification so far
     StationAttributes station{}; ///< of Station
+    qint64 raised = 0;           ///< of Repeated: as in Arrival
     bool operator==(const NodeChange &) const = default;
 };
 

@@ -19,6 +19,7 @@ Status NodesFile::load(const std::function<bool(const NodeElement &)> &take,
                        const std::function<void(std::size_t nodes, std::size_t bytes)> &expect)
 {
     m_checksum = ktr::checksum({});
+    m_size = 0;
     m_keepAside = false;
     constexpr quint64 ofNoDocument = ~quint64{0};
     if (!QFileInfo::exists(m_path)) {
@@ -37,6 +38,7 @@ Status NodesFile::load(const std::function<bool(const NodeElement &)> &take,
         return Status::failed(m_path + QLatin1String(": ") + read.message());
     }
     m_checksum = ktr::checksum(document);
+    m_size = document.size();
     if (leftOut > 0) {
         return Status::failed(
             m_path + QLatin1String(": ") +
@@ -46,33 +48,52 @@ Status NodesFile::load(const std::function<bool(const NodeElement &)> &take,
     return Status::done();
 }
 
-Status NodesFile::save(const QByteArray &document)
+Status NodesFile::makeWay(const QString &companion)
 {
     if (m_keepAside && QFileInfo::exists(m_path)) {
-        if (Status aside = keepAside(m_path); !aside) {
+        // The companion first: left alone it would be lost.
+        if (Status aside =
+                keepAside(companion.isEmpty() ? QStringList{m_path} : QStringList{companion, m_path});
+            !aside) {
             return aside;
         }
+    }
+    m_keepAside = false;
+    return Status::done();
+}
+
+Status NodesFile::save(const QByteArray &document)
+{
+    if (Status free = makeWay(); !free) {
+        return free;
     }
     if (Status written = replaceFile(m_path, document); !written) {
         return written;
     }
-    m_keepAside = false;
     m_checksum = ktr::checksum(document);
+    m_size = document.size();
     return Status::done();
 }
 
-Status keepAside(const QString &path)
+Status keepAside(const QStringList &paths)
 {
-    const QFileInfo info(path);
-    QString aside;
+    const auto numbered = [](const QString &path, int n) -> QString {
+        const QFileInfo info(path);
+        return info.absolutePath() + u'/' + info.completeBaseName() + QStringLiteral(" (%1).").arg(n) +
+               info.suffix();
+    };
     int n = 1;
-    do {
-        aside = info.absolutePath() + u'/' + info.completeBaseName() + QStringLiteral(" (%1).").arg(n++) +
-                info.suffix();
-    } while (QFileInfo::exists(aside));
-    QFile file(path);
-    return file.rename(aside) ? Status::done()
-                              : Status::failed(path + QLatin1String(": ") + file.errorString());
+    while (std::ranges::any_of(paths,
+                               [&](const QString &path) { return QFileInfo::exists(numbered(path, n)); })) {
+        ++n;
+    }
+    for (const QString &path : paths) {
+        QFile file(path);
+        if (file.exists() && !file.rename(numbered(path, n))) {
+            return Status::failed(path + QLatin1String(": ") + file.errorString());
+        }
+    }
+    return Status::done();
 }
 
 } // namespace ktr

@@ -5,6 +5,7 @@
 #include "platform/status.h"
 
 #include <QByteArray>
+#include <QStringList>
 
 #include <functional>
 
@@ -32,20 +33,26 @@ public:
     Status load(const std::function<bool(const NodeElement &)> &take,
                 const std::function<void(std::size_t nodes, std::size_t bytes)> &expect = {});
 
+    /// Keeps a file aside that is not to be lost, and with it, under the same number, one that belongs to it.
+    Status makeWay(const QString &companion = {});
     /// Replaces the file whole or not at all.
     Status save(const QByteArray &document);
 
     /// The checksum of what was read or written last; of nothing when there was no file. One that no journal
     /// goes on from when the file could not be read: its changes would find no stations.
     quint64 checksum() const { return m_checksum; }
+    /// Bytes of what was read or written last.
+    qint64 size() const { return m_size; }
 
 private:
     QString m_path;
     quint64 m_checksum = 0;
+    qint64 m_size = 0;
     bool m_keepAside = false;
 };
 
-/// Renames a file so that another can take its place: "nodes.xml" to "nodes (1).xml" or the next free number.
-Status keepAside(const QString &path);
+/// Renames files so that others can take their places: "nodes.xml" to "nodes (1).xml" or the next number that
+/// is free for all of them. Those that do not exist are passed over.
+Status keepAside(const QStringList &paths);
 
 } // namespace ktr

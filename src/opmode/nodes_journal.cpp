@@ -20,8 +20,9 @@ Status failure(const QString &path, const char *reason)
 
 } // namespace
 
-NodesJournal::NodesJournal(QString path, Timers &timers, std::function<void(const QString &)> told)
-    : m_told(std::move(told)), m_timer(timers.create()), m_file(std::move(path))
+NodesJournal::NodesJournal(QString path, Timers &timers, std::function<void(const QString &)> told,
+                           const SavedKeys *keys)
+    : m_told(std::move(told)), m_timer(timers.create()), m_keys(keys), m_file(std::move(path))
 {}
 
 NodesJournal::~NodesJournal()
@@ -42,13 +43,14 @@ NodesJournal::Replayed NodesJournal::replay(quint64 base,
         result.status = restart(base);
         return result;
     }
-    if (result.status && !JournalFile::goesOnFrom(journal, base)) {
+    const QByteArray own = JournalFile::goingOnFrom(journal, base);
+    if (result.status && own.isEmpty()) {
         result.status =
             failure(m_file.path(),
                     QT_TRANSLATE_NOOP("Files", "does not go on from the list of stations that is there"));
     }
     if (!result.status) {
-        const Status aside = keepAside(m_file.path());
+        const Status aside = keepAside({m_file.path()});
         if (!aside) {
             result.status = aside;
             return result; // rather no journal than one that destroys another
@@ -58,17 +60,25 @@ NodesJournal::Replayed NodesJournal::replay(quint64 base,
         }
         return result;
     }
-    const QByteArrayView records = QByteArrayView(journal).sliced(JournalFile::headerSize);
+    const QByteArrayView records = QByteArrayView(own).sliced(JournalFile::headerSize);
     qsizetype end = 0; // of the last whole record
     result.dropped = records.size();
     for (RecordReader record(records); record.next();) {
         if (const std::optional<NodeChange> change = changeOf(record.content())) {
-            ++(carryOut(*change) ? result.changes : result.unfit);
+            if (change->what != NodeChange::What::Saved) {
+                ++(carryOut(*change) ? result.changes : result.unfit);
+            }
             result.dropped -= record.size();
             end = record.start() + record.size();
         }
     }
-    result.status = m_file.goOn(QByteArrayView(journal).first(JournalFile::headerSize + end));
+    if (own != journal) { // the last run ended before it could leave out what the file has
+        result.status = replaceFile(m_file.path(), own);
+    }
+    if (result.status) {
+        result.status = m_file.goOn(QByteArrayView(own).first(JournalFile::headerSize + end));
+    }
+    m_size = m_file.size();
     m_isUsable = static_cast<bool>(result.status); // else beginning anew would destroy what it holds
     return result;
 }
@@ -78,7 +88,25 @@ Status NodesJournal::restart(quint64 base)
     discard();
     m_isUsable = true;
     m_isRemoved = false;
-    return m_file.begin(base);
+    const Status begun = m_file.begin(base);
+    m_size = m_file.size();
+    return begun;
+}
+
+Status NodesJournal::begin(quint64 base)
+{
+    add(savedMark(base, m_keys == nullptr ? StationKeys() : m_keys->renamings()));
+    return flushNow();
+}
+
+Status NodesJournal::goOnFrom(quint64 base)
+{
+    if (Status flushed = flushNow(); !flushed) {
+        return flushed;
+    }
+    const Status gone = m_file.goOnFrom(base);
+    m_size = m_file.size();
+    return gone;
 }
 
 Status NodesJournal::remove()
@@ -101,7 +129,11 @@ void NodesJournal::add(const NodeChange &change)
     if (m_isRemoved) {
         return;
     }
-    putRecord(m_waiting, change);
+    if (m_keys == nullptr || m_keys->isEmpty()) {
+        putRecord(m_waiting, change);
+    } else {
+        putRecord(m_waiting, change, m_keys->inJournal(change.key));
+    }
     if (!m_timer->isRunning()) {
         m_timer->start(longestDelay, [this] { flush(); });
     }
@@ -160,6 +192,7 @@ void NodesJournal::collect()
         return;
     }
     m_isWriting = false;
+    m_size = m_file.size();
     if (!m_kept) {
         m_waiting.prepend(m_inHand);
     }

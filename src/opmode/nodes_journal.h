@@ -2,6 +2,7 @@
 
 #include "opmode/journal_file.h"
 #include "opmode/node_change.h"
+#include "opmode/saved_keys.h"
 #include "platform/timers.h"
 #include "platform/worker_thread.h"
 
@@ -22,7 +23,9 @@ public:
     static constexpr Milliseconds longestDelay{500};
 
     /// `told` hears why changes cannot be kept, once until that is over; then an empty text.
-    NodesJournal(QString path, Timers &timers, std::function<void(const QString &)> told);
+    /// Changes are kept under the keys that the files have; `keys` must outlive the journal.
+    NodesJournal(QString path, Timers &timers, std::function<void(const QString &)> told,
+                 const SavedKeys *keys = nullptr);
     /// Waits until the disk has the changes, or has refused them.
     ~NodesJournal();
 
@@ -36,6 +39,15 @@ public:
     /// Carries out the changes of the last run, when they go on from the file of this checksum, and goes on
     /// behind them. `carryOut` gives false for a change that does not fit.
     Replayed replay(quint64 base, const std::function<bool(const NodeChange &)> &carryOut);
+
+    /// A file of this checksum with all changes so far is going to be written: from then on the journal goes
+    /// on from this one as well as from the one before. After a failure the file must not be written.
+    Status begin(quint64 base);
+    /// The file that begin() was told of is there: what it has is left out. After a failure the journal is as
+    /// before.
+    Status goOnFrom(quint64 base);
+    /// Bytes in the file, or soon in it.
+    qint64 size() const { return m_size; }
 
     /// Begins anew, after the file of this checksum was written with all changes.
     Status restart(quint64 base);
@@ -61,7 +73,9 @@ private:
     std::unique_ptr<OneShotTimer> m_timer;
     bool m_isUsable = false; ///< nothing of another run is in the way
     bool m_isRemoved = false;
+    const SavedKeys *m_keys;
     QByteArray m_waiting;
+    qint64 m_size = 0; ///< of the file when the thread used it last
     QString m_trouble;
 
     // While m_isWriting is set, the thread alone uses the file, and reads what is being written.

@@ -18,8 +18,12 @@ public:
     /// Gives the notifications of a tree that is being loaded their times, all or none: without the file, or
     /// when it is damaged, which is a failure, they are not known.
     Status load(StationTree &tree) const;
+    /// What save() is to write: the times for each key that the file of nodes can have, that of now included,
+    /// so that they fit whether or not it is replaced after them.
+    static QByteArray document(const StationTree &tree);
     /// Replaces the file whole or not at all.
-    Status save(const StationTree &tree) const;
+    Status save(const QByteArray &document) const;
+    const QString &path() const { return m_path; }
 
 private:
     QString m_path;

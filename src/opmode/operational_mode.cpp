@@ -68,6 +68,10 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     m_tree.endLoading();
     if (m_journal) {
         m_tree.setObserver([this](const NodeChange &change) { m_journal->add(change); });
+        m_keeper.emplace(
+            m_tree, *m_file, *m_times, *m_journal,
+            [this](const QString &kennung) { return this->attributes(kennung); },
+            [this](const QString &trouble) { Q_EMIT told(trouble); }, m_services.filesInBetween);
     }
     createStations(attributes);
     m_isOpen = true;
@@ -97,9 +101,12 @@ Status OperationalMode::load(QHash<QString, StationAttributes> &attributes)
 /// Brings back what a run that ended by a crash had shown.
 void OperationalMode::replay(const QString &path, QHash<QString, StationAttributes> &attributes)
 {
-    m_journal.emplace(path, m_services.timers, [this](const QString &trouble) {
-        Q_EMIT told(trouble.isEmpty() ? tr("Changes are written to the journal again") : trouble);
-    });
+    m_journal.emplace(
+        path, m_services.timers,
+        [this](const QString &trouble) {
+            Q_EMIT told(trouble.isEmpty() ? tr("Changes are written to the journal again") : trouble);
+        },
+        &m_tree.savedKeys());
     const NodesJournal::Replayed replayed =
         m_journal->replay(m_file->checksum(), [&](const NodeChange &change) {
             if (change.what == NodeChange::What::Station) {
@@ -341,13 +348,14 @@ void OperationalMode::keep(const QString &kennung)
 Status OperationalMode::close()
 {
     if (m_journal) {
-        if (const Status written = write(); !written) {
+        if (const Status written = m_keeper->save(); !written) {
             return written;
         }
         m_tree.setObserver({});
         if (const Status removed = m_journal->remove(); !removed) {
             Q_EMIT told(removed.message()); // it does not fit the file any more and is put aside next time
         }
+        m_keeper.reset();
         m_journal.reset();
     }
     removeAll();
@@ -357,17 +365,9 @@ Status OperationalMode::close()
 void OperationalMode::closeWithoutFile()
 {
     m_tree.setObserver({});
+    m_keeper.reset();
     m_journal.reset();
     removeAll();
-}
-
-/// The times first: those of a file that is then not written are found again by its keys.
-Status OperationalMode::write()
-{
-    const Status times = m_times->save(m_tree);
-    return times ? m_file->save(writeNodes(m_tree.nodes(),
-                                           [this](const QString &kennung) { return attributes(kennung); }))
-                 : times;
 }
 
 void OperationalMode::removeAll()
@@ -431,6 +431,9 @@ void OperationalMode::awaitNextMinute()
     const Milliseconds time(m_services.environment.now().time().msecsSinceStartOfDay());
     m_minute->start(aMinute - time % aMinute, [this] {
         evaluateAll();
+        if (m_keeper) {
+            m_keeper->check();
+        }
         awaitNextMinute();
     });
 }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "opmode/nodes_file.h"
-#include "opmode/nodes_journal.h"
-#include "opmode/notification_times.h"
+#include "opmode/nodes_keeper.h"
 #include "opmode/stations.h"
 #include "opmode/value_trends.h"
 #include "platform/environment.h"
@@ -36,6 +34,7 @@ public:
         QueuedCallbackTimers::Clock steadyTime = &QueuedCallbackTimers::steadyTime;
         /// How many datagrams were dropped because they came from no module's address.
         std::function<qint64()> foreignDatagrams = [] { return 0; };
+        NodesKeeper::Limits filesInBetween = {};
     };
     enum class Use {
         Keep, ///< changes are kept in the journal, and in the file at the end
@@ -114,7 +113,6 @@ private:
     void awaitNextMinute();
     void showStatus(const cStation &station);
     void keep(const QString &kennung);
-    Status write();
     void removeAll();
 
     Services m_services;
@@ -130,6 +128,7 @@ private:
     std::optional<NodesFile> m_file;
     std::optional<NotificationTimes> m_times;
     std::optional<NodesJournal> m_journal; ///< when changes are kept
+    std::optional<NodesKeeper> m_keeper;   ///< with the journal
     bool m_isOpen = false;
 };
 

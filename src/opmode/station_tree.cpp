@@ -89,6 +89,7 @@ void StationTree::remove(const QModelIndex &index)
     if (m_changed) {
         m_changed(change);
     }
+    m_savedKeys.remove(change.key);
     if (red) {
         showAlarmCount(above);
         calm(above);
@@ -102,7 +103,6 @@ void StationTree::forget(Id id)
     switch (m_nodes.kind(id)) {
     case NodeKind::Station:
         m_statuses.remove(id);
-        m_renamed.remove(id);
         if (const auto notifications = m_nodes.child(id, "meldung")) {
             forget(*notifications);
         }
@@ -144,9 +144,27 @@ bool StationTree::isFreeName(const QString &name, Id except) const
     if (found && found != except) {
         return false;
     }
-    // A station that was given this text has it as its key in the next run.
-    return std::ranges::none_of(
-        m_renamed, [&](Id station) { return station != except && m_nodes.text(station) == wanted; });
+    // A station that was given this text has it as its key in the next run, as it has those of the files now.
+    bool isFree = true;
+    m_savedKeys.forEach([&](const std::string &kennung) {
+        const std::optional<Id> station = m_nodes.child(NodeStore::root, kennung);
+        isFree = isFree && (!station || station == except ||
+                            (m_nodes.text(*station) != wanted && !m_savedKeys.isOf(kennung, wanted)));
+    });
+    return isFree;
+}
+
+void StationTree::beginSaving()
+{
+    QList<std::pair<std::string, std::string>> stations;
+    m_savedKeys.forEach([&](const std::string &kennung) {
+        if (const std::optional<Id> station = m_nodes.child(NodeStore::root, kennung)) {
+            stations.emplaceBack(kennung, m_nodes.text(*station));
+        }
+    });
+    for (const auto &[kennung, text] : stations) {
+        m_savedKeys.beginSaving(kennung, text);
+    }
 }
 
 void StationTree::showChanged(Id id, const QList<int> &roles)
@@ -178,6 +196,7 @@ void StationTree::tell(NodeChange::What what, Id id, qint64 now, int count)
     m_told.colour = what == NodeChange::What::Text ? 0 : m_nodes.colour(id);
     m_told.moment = now;
     m_told.count = count;
+    m_told.raised = what == NodeChange::What::Repeated ? m_arrivals.value(id).raised : 0;
     m_changed(m_told);
 }
 
@@ -247,6 +266,7 @@ QVariant StationTree::data(const QModelIndex &index, int role) const
     case ReceivedRole:
     case CountRole:
     case AcknowledgedRole:
+    case RaisedRole:
         return arrivalData(id, role);
     default:
         return {};
@@ -261,6 +281,7 @@ QVariant StationTree::arrivalData(Id id, int role) const
     const Arrival arrival = m_arrivals.value(id);
     return role == CountRole      ? QVariant(arrival.count)
            : role == ReceivedRole ? QVariant(arrival.received)
+           : role == RaisedRole   ? QVariant(arrival.raised)
                                   : QVariant(arrival.acknowledged);
 }
 
@@ -281,8 +302,8 @@ bool StationTree::setData(const QModelIndex &index, const QVariant &value, int r
     if (text.isEmpty() || !isFreeName(text, id)) {
         return false;
     }
+    m_savedKeys.add(std::string(m_nodes.name(id)));
     setText(id, text, 0);
-    m_renamed.insert(id);
     return true;
 }
 

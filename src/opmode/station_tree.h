@@ -5,6 +5,7 @@
 #include "opmode/node_store.h"
 #include "opmode/node_texts.h"
 #include "opmode/parent_cache.h"
+#include "opmode/saved_keys.h"
 #include "opmode/station_messages.h"
 
 #include <QAbstractItemModel>
@@ -33,6 +34,7 @@ struct Arrival
     qint64 received = 0;     ///< the latest time, in milliseconds since 1970, UTC; 0 when not known
     qint64 acknowledged = 0; ///< 0 when it was not, or when that is not known
     int count = 1;           ///< of the same text
+    qint64 raised = 0;       ///< when it became red last; 0 for never, or when that is not known
     bool operator==(const Arrival &) const = default;
 };
 
@@ -52,7 +54,8 @@ public:
         AlarmCountRole, ///< of a station and its notifications node: how many are red
         ReceivedRole,   ///< of a notification, as in Arrival: qint64
         CountRole,      ///< int
-        AcknowledgedRole
+        AcknowledgedRole,
+        RaisedRole
     };
 
     static constexpr std::int32_t normalColour = -2147483640; ///< the system's colour of window texts
@@ -94,6 +97,12 @@ public:
     void setColour(const QModelIndex &index, std::int32_t colour);
 
     QModelIndex find(const QString &key) const;
+
+    /// All nodes are going to be written as they are now, with the texts of stations as their keys.
+    void beginSaving();
+    /// The journal goes on from the file that was begun last.
+    void endSaving() { m_savedKeys.endSaving(); }
+    const SavedKeys &savedKeys() const { return m_savedKeys; }
 
     /// Filling the tree from a file. Nothing of it is told as a change; views see it at its end.
     void beginLoading();
@@ -142,7 +151,7 @@ private:
     std::optional<Id> addEntry(Id branch, std::string_view name, const QString &text, std::int32_t colour,
                                qint64 now);
     /// Counts an arrival of a notification that is there.
-    void repeat(Id id, int count, std::int32_t colour, qint64 now);
+    void repeat(Id id, const NodeChange &change);
     void setText(Id id, const QString &text, qint64 now);
     /// Gives true when it had another colour.
     bool colour(Id id, std::int32_t colour);
@@ -165,7 +174,7 @@ private:
     int m_alarmCount = 0;    ///< all of them
     int m_toldAlarmCount = 0;
     QHash<Id, Arrival> m_arrivals;
-    QSet<Id> m_renamed; ///< stations that were given a text since their creation
+    SavedKeys m_savedKeys; ///< of the stations that were given a text since their creation
     std::function<void(const NodeChange &)> m_changed;
     NodeChange m_told{}; ///< kept for the room of its texts
     std::tuple<Qt::TimeSpec, QDate, QTime> m_lastTime;

@@ -85,12 +85,12 @@ bool StationTree::replay(const NodeChange &change)
     switch (change.what) {
     case NodeChange::What::Added:
         if (kind == NodeKind::Notification && change.moment != 0) {
-            m_arrivals.insert(*id, {change.moment, 0, 1});
+            m_arrivals.insert(*id, {change.moment, 0, 1, change.colour == alarmColour ? change.moment : 0});
         }
         return true;
     case NodeChange::What::Text:
         if (kind == NodeKind::Station) {
-            m_renamed.insert(*id);
+            m_savedKeys.add(change.key);
         }
         return m_nodes.setText(*id, change.text);
     case NodeChange::What::Colour:
@@ -102,15 +102,18 @@ bool StationTree::replay(const NodeChange &change)
     case NodeChange::What::Removed:
         forget(*id);
         m_nodes.remove(*id);
+        m_savedKeys.remove(change.key);
         m_parents.clear();
         return true;
     case NodeChange::What::Station:
         return kind == NodeKind::Station;
     case NodeChange::What::Repeated:
         if (kind == NodeKind::Notification) {
-            repeat(*id, change.count, change.colour, change.moment);
+            repeat(*id, change);
         }
         return kind == NodeKind::Notification;
+    case NodeChange::What::Saved:
+        return true;
     }
     return false;
 }

@@ -50,9 +50,15 @@ StationTree::Outcome StationTree::takeNotification(Id station, const Notificatio
     const std::string name = storedText(message.entry.key);
     std::optional<Id> entry = m_nodes.child(*branch, name);
     if (entry) {
-        const int count = m_arrivals.value(*entry).count + 1;
-        repeat(*entry, count, message.alarm ? alarmColour : m_nodes.colour(*entry), moment);
-        tell(NodeChange::What::Repeated, *entry, moment, count);
+        const Arrival before = m_arrivals.value(*entry);
+        const std::int32_t colourBefore = m_nodes.colour(*entry);
+        NodeChange change;
+        change.colour = message.alarm ? alarmColour : colourBefore;
+        change.moment = moment;
+        change.count = before.count + 1;
+        change.raised = message.alarm && colourBefore != alarmColour ? moment : before.raised;
+        repeat(*entry, change);
+        tell(NodeChange::What::Repeated, *entry, moment, change.count);
     } else {
         entry =
             addEntry(*branch, name, message.entry.text, message.alarm ? alarmColour : normalColour, moment);
@@ -65,16 +71,17 @@ StationTree::Outcome StationTree::takeNotification(Id station, const Notificatio
     return outcome;
 }
 
-void StationTree::repeat(Id id, int count, std::int32_t newColour, qint64 now)
+void StationTree::repeat(Id id, const NodeChange &change)
 {
     Arrival &arrival = m_arrivals[id];
-    arrival.count = count;
-    arrival.received = now;
-    if (newColour == alarmColour) {
+    arrival.count = change.count;
+    arrival.received = change.moment;
+    arrival.raised = change.raised;
+    if (change.colour == alarmColour) {
         arrival.acknowledged = 0;
     }
-    colour(id, newColour);
-    showChanged(id, {ReceivedRole, CountRole, AcknowledgedRole});
+    colour(id, change.colour);
+    showChanged(id, {ReceivedRole, CountRole, AcknowledgedRole, RaisedRole});
 }
 
 void StationTree::takeValues(Id station, const InputValuesMessage &message, const QDateTime &now)
@@ -121,7 +128,7 @@ std::optional<StationTree::Id> StationTree::addEntry(Id branch, std::string_view
     beginInsertRows(indexOf(branch), row, row);
     const std::optional<Id> id = m_nodes.add(branch, name, text, colour);
     if (id && now != 0) {
-        m_arrivals.insert(*id, {now, 0, 1});
+        m_arrivals.insert(*id, {now, 0, 1, colour == alarmColour ? now : 0});
     }
     endInsertRows();
     if (id) {

@@ -55,10 +55,18 @@ private Q_SLOTS:
         QCOMPARE(m_centre->first()->message, "2 fail");
         QCOMPARE(m_centre->latest()->message, "3 fail");
 
+        const qint64 raised = m_centre->first()->received;
         raise("a", "2 fail"); // the oldest comes again
         raise("a", "1 fail"); // and one that was acknowledged
         m_timers.advance(Milliseconds(1000));
         QCOMPARE(m_centre->unacknowledged(), 3);
+        QCOMPARE(m_centre->first()->message, "2 fail");
+        QCOMPARE(m_centre->first()->raised, raised);
+        QVERIFY(m_centre->first()->received > raised);
+        acknowledge({"2 fail"});
+        raise("a", "2 fail"); // before the acknowledgement was told
+        raise("a", "1 fail");
+        m_timers.advance(Milliseconds(1000));
         QCOMPARE(m_centre->first()->message, "3 fail");
         QCOMPARE(m_centre->latest()->message, "1 fail");
         const auto told = m_news.size();

@@ -203,7 +203,7 @@ private Q_SLOTS:
         }
         tree.carryOut(tree.acknowledgement({tree.find("old/meldung/1 fail")}, at.addDays(1)));
         QVERIFY(tree.setData(tree.find("old"), "new"));
-        QVERIFY(NotificationTimes(path).save(tree));
+        QVERIFY(NotificationTimes(path).save(NotificationTimes::document(tree)));
         const QByteArray document =
             writeNodes(tree.nodes(), [](const QString &) { return StationAttributes(); });
         const auto loaded = [&](const char *key, bool sound) {
@@ -216,13 +216,14 @@ private Q_SLOTS:
             return read && again.alarmCount() == 1
                        ? QList<qint64>{entry.data(StationTree::ReceivedRole).toLongLong(),
                                        entry.data(StationTree::AcknowledgedRole).toLongLong(),
-                                       entry.data(StationTree::CountRole).toLongLong()}
+                                       entry.data(StationTree::CountRole).toLongLong(),
+                                       entry.data(StationTree::RaisedRole).toLongLong()}
                        : QList<qint64>();
         };
         const qint64 moment = at.toMSecsSinceEpoch();
-        const QList<qint64> unknown{0, 0, 1};
-        QCOMPARE(loaded("new/meldung/1 fail", true), (QList<qint64>{moment, moment + 86'400'000, 2}));
-        QCOMPARE(loaded("new/meldung/2 fail", true), (QList<qint64>{moment, 0, 1}));
+        const QList<qint64> unknown{0, 0, 1, 0};
+        QCOMPARE(loaded("new/meldung/1 fail", true), (QList<qint64>{moment, moment + 86'400'000, 2, moment}));
+        QCOMPARE(loaded("new/meldung/2 fail", true), (QList<qint64>{moment, 0, 1, moment}));
         const QString times = m_folder->filePath("nodes.times");
         QByteArray whole;
         QVERIFY(readFile(times, whole, 1000));

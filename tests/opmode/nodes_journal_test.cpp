@@ -75,8 +75,8 @@ private Q_SLOTS:
         QCOMPARE(document(again), document(tree));
         QCOMPARE(again.find("a/meldung").data(StationTree::AlarmCountRole), 1);
         for (const char *key : {"a/meldung/1/2 fail", "a/meldung/2 fail"}) {
-            for (const int role :
-                 {StationTree::ReceivedRole, StationTree::CountRole, StationTree::AcknowledgedRole}) {
+            for (const int role : {StationTree::ReceivedRole, StationTree::CountRole,
+                                   StationTree::AcknowledgedRole, StationTree::RaisedRole}) {
                 QCOMPARE(again.find(key).data(role), tree.find(key).data(role));
             }
         }

@@ -17,7 +17,8 @@ namespace {
 /// An operational mode over a folder, with a clock that goes on with the timers.
 struct Run
 {
-    explicit Run(const QString &folder, const QDateTime &start = QDateTime({2026, 11, 20}, {9, 59, 30}))
+    explicit Run(const QString &folder, const NodesKeeper::Limits &limits = {},
+                 const QDateTime &start = QDateTime({2026, 11, 20}, {9, 59, 30}))
         : path(folder + QStringLiteral("/nodes.xml"))
     {
         Environment environment = test::fixedEnvironment();
@@ -28,7 +29,8 @@ struct Run
                                                    lines += line.get();
                                                    return line;
                                                },
-                                               [this] { ++beeps; }, [this] { return timers.now(); }},
+                                               [this] { ++beeps; }, [this] { return timers.now(); },
+                                               [] { return 0; }, limits},
                      StationCaptions{QStringLiteral("Notifications"), QStringLiteral("History"),
                                      QStringLiteral("IP")});
         QObject::connect(&*mode, &OperationalMode::told, &*mode,
@@ -136,6 +138,101 @@ private Q_SLOTS:
         QCOMPARE(run.mode->station(QStringLiteral("S"))->msgText(), "A*");
     }
 
+    void filesWrittenInTheMiddleOfTheRunFitTheJournal_data()
+    {
+        QTest::addColumn<bool>("isShortened");
+        QTest::addColumn<bool>("isWritten");
+        QTest::newRow("crash later") << true << true;
+        QTest::newRow("crash before the journal is shortened") << false << true;
+        QTest::newRow("crash before the file of nodes is written") << false << false;
+    }
+    void filesWrittenInTheMiddleOfTheRunFitTheJournal()
+    {
+        QFETCH(const bool, isShortened);
+        QFETCH(const bool, isWritten);
+        const QString s = QStringLiteral("S");
+        {
+            Run run(m_folder->path());
+            run.mode->addStation(s, QStringLiteral("10.0.0.7"));
+            run.mode->setOnline(s, true);
+            run.say(0, "M,Alarm DI1 fail");
+            run.say(0, "M,Alarm DI2 fail");
+            QVERIFY(run.mode->close());
+        }
+        const QString nodes = m_folder->filePath(QStringLiteral("nodes.xml"));
+        const QString journal = m_folder->filePath(QStringLiteral("nodes.journal"));
+        QByteArray before;
+        QVERIFY(readFile(nodes, before, 1 << 20));
+        qint64 raised = 0;
+        {
+            Run run(m_folder->path(), {2000, 0, 0});
+            QVERIFY(run.mode->tree().setData(run.node(s), QStringLiteral("Works")));
+            run.mode->addStation(QStringLiteral("gone"));
+            for (int n = 10; n < 50; ++n) {
+                run.say(0, "M,Alarm DI" + QByteArray::number(n) + " fail");
+            }
+            QVERIFY(run.mode->keepsChanges());
+            run.timers.advance(Milliseconds(60'000)); // begins to write
+            run.say(0, "M,Alarm DI3 fail");
+            run.mode->removeStation(QStringLiteral("gone"));
+            if (isShortened) {
+                QTRY_VERIFY(QFileInfo(journal).size() < 1000);
+            }
+            QVERIFY(run.mode->tree().setData(run.node(s), QStringLiteral("Pumps")));
+            QCOMPARE(run.mode->addStation(QStringLiteral("Works")), "Works (1)");
+            QVERIFY(run.mode->acknowledge({run.node(alarmKey)}));
+            run.timers.advance(Milliseconds(10));
+            run.say(0, "M,Alarm DI1 fail");
+            raised = run.node(alarmKey).data(StationTree::RaisedRole).toLongLong();
+            run.timers.advance(Milliseconds(10));
+            run.say(0, "M,Alarm DI1 fail");
+            QVERIFY(run.mode->acknowledge(
+                {run.node(QStringLiteral("S/meldung/+4917012345 --> M,Alarm DI3 fail"))}));
+            run.mode->setHostAddress(s, QStringLiteral("10.0.0.8"));
+        }
+        if (!isWritten) {
+            QVERIFY(replaceFile(nodes, before));
+        }
+        for (int round = 0; round < 2; ++round) {
+            Run run(m_folder->path());
+            QVERIFY2(run.opened && run.told.size() == 1, qPrintable(run.told.join(u'\n')));
+            const QString key = isWritten ? QStringLiteral("Works") : s;
+            QCOMPARE(run.mode->stations().Count(), 2);
+            QCOMPARE(run.textOf(key), "Pumps");
+            QCOMPARE(run.mode->attributes(key).hostAddress, "10.0.0.8");
+            QCOMPARE(run.node(key).data(StationTree::AlarmCountRole), 42);
+            const auto entry = [&](const char *which) {
+                return run.node(key + QLatin1String("/meldung/+4917012345 --> M,Alarm ") +
+                                QLatin1String(which) + QLatin1String(" fail"));
+            };
+            QCOMPARE(entry("DI1").data(StationTree::RaisedRole).toLongLong(), raised);
+            QCOMPARE(entry("DI1").data(StationTree::CountRole).toInt(), 3);
+            QVERIFY(entry("DI2").data(StationTree::ReceivedRole).toLongLong() > 0);
+            QVERIFY(entry("DI3").data(StationTree::AcknowledgedRole).toLongLong() > 0);
+        }
+    }
+
+    void filesThatCannotBeWrittenInTheMiddleOfTheRunAreTriedAgainLater()
+    {
+        const QString journal = m_folder->filePath(QStringLiteral("nodes.journal"));
+        const QString times = m_folder->filePath(QStringLiteral("nodes.times"));
+        Run run(m_folder->path(), {100, 0, 1});
+        QVERIFY(QDir().mkdir(times));
+        run.mode->addStation(QStringLiteral("S"));
+        run.mode->addStation(QStringLiteral("T"));
+        QVERIFY(run.mode->keepsChanges());
+        run.timers.advance(Milliseconds(60'000));
+        QTRY_COMPARE(run.told.size(), 1);
+        QVERIFY(QDir().rmdir(times));
+        const qint64 size = QFileInfo(journal).size();
+        run.timers.advance(Milliseconds(60'000));
+        QCOMPARE(QFileInfo(journal).size(), size); // nothing was begun
+        run.timers.advance(Milliseconds(60'000));
+        QTRY_VERIFY(QFileInfo(journal).size() < 100);
+        QVERIFY(QFileInfo::exists(run.path));
+        QCOMPARE(run.told.size(), 1);
+    }
+
     void schedulesActAtOpeningAndOncePerMinute()
     {
         QVERIFY(replaceFile(m_folder->filePath(QStringLiteral("nodes.xml")),
@@ -190,15 +287,18 @@ private Q_SLOTS:
     {
         const QString path = m_folder->filePath(QStringLiteral("nodes.xml"));
         QVERIFY(replaceFile(path, "<KTR><item1"));
+        QVERIFY(replaceFile(m_folder->filePath(QStringLiteral("nodes.times")), "of it"));
         {
             Run run(m_folder->path());
-            QVERIFY(!run.opened && run.told.size() == 1);
+            QVERIFY(!run.opened && run.told.size() == 2);
             run.mode->addStation(QStringLiteral("S"));
             QVERIFY(run.mode->close());
         }
         QByteArray kept;
         QVERIFY(readFile(m_folder->filePath(QStringLiteral("nodes (1).xml")), kept, 1000));
         QCOMPARE(kept, "<KTR><item1");
+        QVERIFY(readFile(m_folder->filePath(QStringLiteral("nodes (1).times")), kept, 1000));
+        QCOMPARE(kept, "of it");
         Run run(m_folder->path());
         QVERIFY(run.opened);
         QCOMPARE(run.mode->stations().Count(), 1);

@@ -147,7 +147,10 @@ void AlarmBar::applyTexts()
 void AlarmBar::refresh()
 {
     const int count = m_centre.unacknowledged();
-    const auto first = m_centre.first();
+    auto first = m_centre.first();
+    if (first) {
+        first->received = first->raised; // the time to be shown of it
+    }
     const auto latest = m_centre.latest();
     const QString alarms = count == 1 ? tr("1 alarm") : tr("%1 alarms").arg(m_locale.toString(count));
     const QString state = m_texts.text(Text::NotAcknowledged);
