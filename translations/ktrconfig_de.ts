@@ -194,6 +194,10 @@
         <source>is damaged; the times of the notifications are not known</source>
         <translation>ist beschädigt; die Zeiten der Meldungen sind unbekannt</translation>
     </message>
+    <message>
+        <source>could not be shortened</source>
+        <translation>konnte nicht gekürzt werden</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
