@@ -57,8 +57,8 @@ public:
     Q_DISABLE_COPY_MOVE(UdpPair)
 
     /// Opens a pair for "host", "host:port" or "[host]:port", where the host is an IPv4 or IPv6 address or a
-    /// name. A name is looked up meanwhile, for 2 s at most once it is its turn, and what is sent waits for that. Fails at once
-    /// when the address is none or no pair is free.
+    /// name. A name is looked up meanwhile, for 2 s at most once it is its turn, and what is sent waits for
+    /// that. Fails at once when the address is none or no pair is free.
     Status open(const QString &address, UdpPairEvents events);
     /// Waits until the I/O thread has let go.
     void close();

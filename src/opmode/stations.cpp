@@ -33,14 +33,15 @@ cStation *cStations::Item(const QString &key) const
 
 void cStations::Remove(const QString &key)
 {
+    if (cStation *station = Item(key)) {
+        station->disconnect(); // it may say something more
+    }
     const auto found = m_byKey.constFind(key);
     if (found == m_byKey.constEnd()) {
         return;
     }
-    const List::iterator member = *found;
+    m_removed.splice(m_removed.end(), m_list, *found);
     m_byKey.erase(found);
-    (*member)->station.disconnect();
-    m_removed.splice(m_removed.end(), m_list, member);
     QMetaObject::invokeMethod(
         this, [this] { m_removed.clear(); }, Qt::QueuedConnection);
 }

@@ -283,6 +283,23 @@ private Q_SLOTS:
         QCOMPARE(kinds, (QList{StationEvent::Kind::Alive, StationEvent::Kind::Silent}));
     }
 
+    void whatWaitsInAPauseIsHeardBeforeTheStationGoes()
+    {
+        Run run(m_folder->path());
+        run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+        run.mode->setOnline(QStringLiteral("S"), true);
+        QVERIFY(run.mode->requestValues(QStringLiteral("S")));
+        run.lines[0]->say("at+cpin?\r");
+        run.lines[0]->say("at+cmgr=1\r");
+        run.lines[0]->say("+CSQ: 18,0\r\n");
+        run.say(0, "M,Alarm DI1 fail");
+        QVERIFY(run.alarms.isEmpty());
+        run.mode->removeStation(QStringLiteral("S"));
+        QCOMPARE(run.alarms.size(), 1);
+        QCOMPARE(run.mode->tree().rowCount(), 0);
+        QCOMPARE(run.mode->tree().alarmCount(), 0);
+    }
+
     void aFileThatCannotBeReadIsKeptAside()
     {
         const QString path = m_folder->filePath(QStringLiteral("nodes.xml"));
