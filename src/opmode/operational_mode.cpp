@@ -47,7 +47,11 @@ OperationalMode::OperationalMode(const Services &services, StationCaptions capti
     });
 }
 
-OperationalMode::~OperationalMode() = default;
+OperationalMode::~OperationalMode()
+{
+    m_stations.disconnect(this); // what they still say when they go has nowhere to be kept
+    m_tree.setObserver({});
+}
 
 Status OperationalMode::open(const QString &nodesPath, Use use)
 {
@@ -389,8 +393,8 @@ Status OperationalMode::acknowledge(const QModelIndexList &entries)
             m_journal->add(change);
         }
         if (const Status kept = m_journal->flushNow(); !kept) {
-            for (NodeChange change :
-                 changes) { // the journal may get there later: what is shown is what counts
+            // The journal may get there later: what is shown is what counts.
+            for (NodeChange change : changes) {
                 change.colour = StationTree::alarmColour;
                 m_journal->add(change);
             }

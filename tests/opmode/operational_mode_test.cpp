@@ -300,6 +300,19 @@ private Q_SLOTS:
         QCOMPARE(run.mode->tree().alarmCount(), 0);
     }
 
+    void anEndInTheMiddleOfAPauseIsSurvived()
+    {
+        Run run(m_folder->path());
+        run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+        run.mode->setOnline(QStringLiteral("S"), true);
+        QVERIFY(run.mode->requestValues(QStringLiteral("S")));
+        run.lines[0]->say("at+cpin?\r");
+        run.lines[0]->say("at+cmgr=1\r");
+        run.say(0, "M,Alarm DI1 fail");
+        run.mode.reset(); // without close()
+        QVERIFY(run.alarms.isEmpty());
+    }
+
     void aFileThatCannotBeReadIsKeptAside()
     {
         const QString path = m_folder->filePath(QStringLiteral("nodes.xml"));
