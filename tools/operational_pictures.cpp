@@ -53,7 +53,7 @@ Waterworks::Waterworks(int stations, const TextTable &texts, const QLocale &loca
     };
     m_mode =
         std::make_unique<OperationalMode>(OperationalMode::Services{environment, m_timers, createLine, [] {},
-                                                                    [this] { return m_timers.now(); }},
+                                                                    test::manualCallbackTimers(m_timers)},
                                           stationCaptions(texts));
     m_window = std::make_unique<Form_betriebsmodus>(*m_mode, texts,
                                                     Form_betriebsmodus::Services{m_timers, locale, {}, {}});

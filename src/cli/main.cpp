@@ -91,7 +91,7 @@ int main(int argc, char **argv)
             std::_Exit(fail(message)); // the toolkit would abort
         }
     });
-    ktr::ignoreClosedOutput();
+    ktr::prepareConsole();
     const Command *command = argc > 1 ? find(QString::fromLocal8Bit(argv[1])) : nullptr;
     const auto application = (command != nullptr ? command->application : plainApplication)(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("KTRconfig"));

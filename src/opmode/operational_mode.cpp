@@ -33,8 +33,8 @@ QString journalPath(const QString &nodesPath)
 OperationalMode::OperationalMode(const Services &services, StationCaptions captions, QObject *parent)
     : QObject(parent),
       m_services(services),
-      m_callbacks(services.timers, services.steadyTime),
-      m_liteTimers(m_callbacks),
+      m_callbacks(services.callbackTimers(services.timers)),
+      m_liteTimers(*m_callbacks),
       m_tree(std::move(captions)),
       m_stations(m_tree, m_liteTimers, services.createLine),
       m_minute(services.timers.create())

@@ -31,7 +31,7 @@ public:
         Timers &timers;
         cStations::LineFactory createLine;
         std::function<void()> beep = [] {};
-        QueuedCallbackTimers::Clock steadyTime = &QueuedCallbackTimers::steadyTime;
+        std::function<std::unique_ptr<CallbackTimers>(Timers &)> callbackTimers = &systemCallbackTimers;
         /// How many datagrams were dropped because they came from no module's address.
         std::function<qint64()> foreignDatagrams = [] { return 0; };
         NodesKeeper::Limits filesInBetween = {};
@@ -116,7 +116,7 @@ private:
     void removeAll();
 
     Services m_services;
-    QueuedCallbackTimers m_callbacks;
+    std::unique_ptr<CallbackTimers> m_callbacks;
     MLiteTimer m_liteTimers;
     StationTree m_tree;
     ValueTrends m_trends;

@@ -72,4 +72,7 @@ private:
     std::unique_ptr<OneShotTimer> m_wake;
 };
 
+/// The callback timers to use on this system: its own where it has such timers, otherwise queued ones.
+std::unique_ptr<CallbackTimers> systemCallbackTimers(Timers &timers);
+
 } // namespace ktr

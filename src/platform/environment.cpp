@@ -1,5 +1,7 @@
 #include "platform/environment.h"
 
+#include "platform/files.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -11,7 +13,7 @@ namespace ktr {
 QString programFolder()
 {
     const QString beside = QCoreApplication::applicationDirPath();
-    if (QFileInfo(beside).isWritable()) {
+    if (canMakeFiles(beside)) {
         return QDir::toNativeSeparators(beside);
     }
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);

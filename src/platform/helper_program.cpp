@@ -18,11 +18,13 @@ namespace {
 
 const QLatin1String programSuffix(".exe");
 
-void minimise(QProcess &process)
+/// Both take the focus.
+void setWindow(QProcess &process, ProgramWindow window)
 {
-    process.setCreateProcessArgumentsModifier([](QProcess::CreateProcessArguments *arguments) {
+    process.setCreateProcessArgumentsModifier([window](QProcess::CreateProcessArguments *arguments) {
         arguments->startupInfo->dwFlags |= STARTF_USESHOWWINDOW;
-        arguments->startupInfo->wShowWindow = SW_SHOWMINIMIZED;
+        arguments->startupInfo->wShowWindow =
+            window == ProgramWindow::Minimised ? SW_SHOWMINIMIZED : SW_SHOWNORMAL;
     });
 }
 
@@ -31,7 +33,7 @@ void minimise(QProcess &process)
 const QLatin1String programSuffix("");
 
 /// The window manager's business here.
-void minimise(QProcess &) {}
+void setWindow(QProcess &, ProgramWindow) {}
 
 #endif
 
@@ -53,9 +55,7 @@ Status startProgram(const QString &path, const QStringList &arguments, ProgramWi
     QProcess process;
     process.setProgram(path);
     process.setArguments(arguments);
-    if (window == ProgramWindow::Minimised) {
-        minimise(process);
-    }
+    setWindow(process, window);
     return process.startDetached() ? Status::done()
                                    : Status::failed(path + QLatin1String(": ") + process.errorString());
 }

@@ -3,23 +3,13 @@
 #include "platform/files.h"
 #include "platform/text_rules.h"
 
-#include <QStringConverter>
+#include <QHash>
 
 #include <algorithm>
 
 namespace ktr {
 
 namespace {
-
-constexpr qint64 longestFile = qint64{16} * 1024 * 1024;
-
-QString decoded(const QByteArray &bytes)
-{
-    if (const auto encoding = QStringConverter::encodingForData(bytes)) {
-        return QStringDecoder(*encoding)(bytes);
-    }
-    return fromWindows1252(bytes);
-}
 
 // Not QStringView::trimmed: the no-break space of Windows-1252 belongs to the text.
 QStringView withoutBlanks(QStringView text)
@@ -48,14 +38,24 @@ QString folded(QStringView name)
 
 } // namespace
 
-Status ProfileFile::load(const QString &path)
+/// Sections with their keys and values, by folded names.
+class ProfileFile::Content
 {
-    m_sections.clear();
-    QByteArray content;
-    if (Status read = readFile(path, content, longestFile); !read) {
-        return read;
+public:
+    explicit Content(const QString &text);
+    QString value(const QString &section, const QString &key) const
+    {
+        return m_sections.value(folded(section)).value(folded(key));
     }
-    const QString text = decoded(content);
+
+private:
+    using Section = QHash<QString, QString>;
+
+    QHash<QString, Section> m_sections;
+};
+
+ProfileFile::Content::Content(const QString &text)
+{
     Section *section = nullptr; // none before the first header, nor below a header that is there already
     for (QStringView rest = text; !rest.isEmpty();) {
         const auto *const end =
@@ -77,12 +77,23 @@ Status ProfileFile::load(const QString &path)
             section->insert(key, withoutQuotes(withoutBlanks(line.sliced(equals + 1))).toString());
         }
     }
-    return Status::done();
+}
+
+Status ProfileFile::load(const QString &path)
+{
+    m_content.reset();
+    QByteArray content;
+    const Status read = readFile(path, content, longestFile);
+    if (read) {
+        m_content = std::make_shared<const Content>(textOfFile(content));
+    }
+    return read;
 }
 
 QString ProfileFile::value(const QString &section, const QString &key, qsizetype limit) const
 {
-    return m_sections.value(folded(section)).value(folded(key)).left(std::max<qsizetype>(limit, 0));
+    return m_content != nullptr ? m_content->value(section, key).left(std::max<qsizetype>(limit, 0))
+                                : QString();
 }
 
 } // namespace ktr

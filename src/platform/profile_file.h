@@ -2,8 +2,9 @@
 
 #include "platform/status.h"
 
-#include <QHash>
 #include <QString>
+
+#include <memory>
 
 namespace ktr {
 
@@ -14,16 +15,17 @@ namespace ktr {
 class ProfileFile
 {
 public:
-    /// Reads a file of at most 16 MiB. After a failure nothing is in it.
+    static constexpr qint64 longestFile = qint64{16} * 1024 * 1024; ///< bytes
+
+    /// Reads a file. After a failure nothing is in it.
     Status load(const QString &path);
 
     /// At most `limit` characters of a value; empty when there is no such section or key.
     QString value(const QString &section, const QString &key, qsizetype limit) const;
 
 private:
-    using Section = QHash<QString, QString>;
-
-    QHash<QString, Section> m_sections; ///< by folded names, as the keys within
+    class Content;
+    std::shared_ptr<const Content> m_content; ///< null when nothing is in it
 };
 
 } // namespace ktr

@@ -38,7 +38,8 @@ QString GetRegistryString(const QString &rootName, const QString &subkey, const 
 Error lastError();
 
 /// Keeps the registry in another file than the user's own; an empty path goes back to that. A call that
-/// writes waits up to `lockWait` for another program to finish its own.
+/// writes waits up to `lockWait` for another program to finish its own. A system with a registry of its own
+/// keeps no file: there the current user's root becomes a key that is named after it.
 void setRegistryFile(const QString &path, Milliseconds lockWait = std::chrono::seconds(5));
 
 } // namespace MRegistry
@@ -46,6 +47,9 @@ void setRegistryFile(const QString &path, Milliseconds lockWait = std::chrono::s
 /// What keeps the keys and their texts, in full Unicode: this is what a system with a registry of its own
 /// replaces. Keys and value names are compared without regard to case. A zero ends a name or a text.
 namespace RegistryBackEnd {
+
+/// "HKEY_CURRENT_USER" and the like; empty for a handle that is no root's.
+QLatin1String rootName(quint32 root);
 
 MRegistry::Error createKey(quint32 root, const QString &subkey);
 MRegistry::Error setText(quint32 root, const QString &subkey, const QString &valueName, const QString &text);

@@ -14,9 +14,11 @@ using SerialHandle = int;
 #endif
 
 /// The machine's serial ports, adapters first, each group by number. Ports without hardware behind them are
-/// left out. The folders can be named for machines that keep them elsewhere.
-QStringList serialPorts(const QString &deviceFolder = QStringLiteral("/dev"),
-                        const QString &classFolder = QStringLiteral("/sys/class/tty"));
+/// left out.
+QStringList serialPorts();
+
+/// The same where ports are files of a folder, described by files of another one.
+QStringList serialPorts(const QString &deviceFolder, const QString &classFolder);
 
 /// Opens a port for this program alone, as bytes go in and out: 9600 baud, 8 data bits, no parity, one stop
 /// bit, no flow control. The message tells whether the port is missing, in use or none.

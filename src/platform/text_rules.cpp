@@ -1,6 +1,7 @@
 #include "platform/text_rules.h"
 
 #include <QRegularExpression>
+#include <QStringConverter>
 
 #include <algorithm>
 #include <array>
@@ -233,6 +234,12 @@ QString fromWindows1252(QByteArrayView bytes)
         text += QChar(upper ? upperControls[code - 0x80U] : char16_t{code});
     }
     return text;
+}
+
+QString textOfFile(const QByteArray &bytes)
+{
+    const auto encoding = QStringConverter::encodingForData(bytes);
+    return encoding ? QString(QStringDecoder(*encoding)(bytes)) : fromWindows1252(bytes);
 }
 
 } // namespace ktr

@@ -48,4 +48,7 @@ std::optional<QDateTime> toMinute(const QString &text);
 QByteArray toWindows1252(QStringView text);
 QString fromWindows1252(QByteArrayView bytes);
 
+/// The text of a file: a byte-order mark tells of UTF-8, UTF-16 or UTF-32, otherwise it is Windows-1252.
+QString textOfFile(const QByteArray &bytes);
+
 } // namespace ktr

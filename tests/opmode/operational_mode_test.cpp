@@ -29,7 +29,7 @@ struct Run
                                                    lines += line.get();
                                                    return line;
                                                },
-                                               [this] { ++beeps; }, [this] { return timers.now(); },
+                                               [this] { ++beeps; }, manualCallbackTimers(timers),
                                                [] { return 0; }, limits},
                      StationCaptions{QStringLiteral("Notifications"), QStringLiteral("History"),
                                      QStringLiteral("IP")});

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/timers.h"
+#include "platform/callback_timers.h"
 
 #include <algorithm>
 #include <vector>
@@ -62,5 +62,13 @@ private:
     Milliseconds m_now{0};
     std::vector<Manual *> m_timers;
 };
+
+/// Callback timers that live in the manual time.
+inline auto manualCallbackTimers(const ManualTimers &time)
+{
+    return [&time](Timers &timers) {
+        return std::make_unique<QueuedCallbackTimers>(timers, [&time] { return time.now(); });
+    };
+}
 
 } // namespace ktr::test

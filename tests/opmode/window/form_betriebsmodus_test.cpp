@@ -281,7 +281,7 @@ private:
         };
         m_mode = std::make_unique<OperationalMode>(
             OperationalMode::Services{test::fixedEnvironment(), m_timers, createLine, [] {},
-                                      [this] { return m_timers.now(); }},
+                                      test::manualCallbackTimers(m_timers)},
             stationCaptions(m_texts));
         m_window = std::make_unique<Form_betriebsmodus>(
             *m_mode, m_texts, Form_betriebsmodus::Services{m_timers, test::english(), {}, {}});

@@ -5,8 +5,6 @@
 #include <QFile>
 
 #include <algorithm>
-
-#ifdef Q_OS_UNIX
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -14,11 +12,8 @@
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
-#endif
 
 namespace ktr {
-
-#ifdef Q_OS_UNIX
 
 namespace {
 
@@ -58,6 +53,11 @@ bool setUp(int descriptor)
 }
 
 } // namespace
+
+QStringList serialPorts()
+{
+    return serialPorts(QStringLiteral("/dev"), QStringLiteral("/sys/class/tty"));
+}
 
 QStringList serialPorts(const QString &deviceFolder, const QString &classFolder)
 {
@@ -109,28 +109,5 @@ qint64 bytesNotYetSent(SerialHandle handle)
     int count = 0;
     return ::ioctl(handle, TIOCOUTQ, &count) == 0 ? count : 0;
 }
-
-#else
-
-QStringList serialPorts(const QString &, const QString &)
-{
-    return {};
-}
-
-Status openSerialDevice(const QString &path, SerialHandle &)
-{
-    return Status::failed(
-        path + QLatin1String(": ") +
-        QCoreApplication::translate("Files", "serial ports are not supported on this system"));
-}
-
-void releaseSerialDevice(SerialHandle) {}
-
-qint64 bytesNotYetSent(SerialHandle)
-{
-    return 0;
-}
-
-#endif
 
 } // namespace ktr

@@ -1,0 +1,122 @@
+#include "platform/registry.h"
+
+#include <limits>
+#include <windows.h>
+
+namespace ktr {
+
+using MRegistry::Error;
+
+namespace {
+
+/// What the system's 8-bit functions take. The program's manifest makes that UTF-8.
+QByteArray systemText(const QString &text)
+{
+    return text.left(text.indexOf(QChar::Null)).toLocal8Bit(); // all of it when there is no zero
+}
+
+HKEY systemRoot(quint32 root)
+{
+    return reinterpret_cast<HKEY>(static_cast<qintptr>(static_cast<qint32>(root)));
+}
+
+/// A key as long as it is needed.
+class OpenKey
+{
+public:
+    OpenKey() = default;
+    ~OpenKey()
+    {
+        if (m_key != nullptr) {
+            ::RegCloseKey(m_key);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(OpenKey)
+
+    Error create(quint32 root, const QString &subkey)
+    {
+        return root == 0 ? Error::NoRoot
+                         : Error(::RegCreateKeyA(systemRoot(root), systemText(subkey).constData(), &m_key));
+    }
+    Error open(quint32 root, const QString &subkey)
+    {
+        return root == 0 ? Error::NoRoot
+                         : Error(::RegOpenKeyA(systemRoot(root), systemText(subkey).constData(), &m_key));
+    }
+    HKEY handle() const { return m_key; }
+
+private:
+    HKEY m_key = nullptr;
+};
+
+} // namespace
+
+void MRegistry::setRegistryFile(const QString &path, Milliseconds)
+{
+    const HKEY user = systemRoot(GetRootKey(QStringLiteral("hkey_current_user")));
+    ::RegOverridePredefKey(user, nullptr);
+    if (!path.isEmpty()) {
+        OpenKey standIn;
+        const QString name = QString(path).replace(u'\\', u'/');
+        standIn.create(GetRootKey(QStringLiteral("hkey_current_user")),
+                       QLatin1String("Software\\KTRconfig\\Registries\\") + name);
+        ::RegOverridePredefKey(user, standIn.handle());
+    }
+}
+
+namespace RegistryBackEnd {
+
+Error createKey(quint32 root, const QString &subkey)
+{
+    return OpenKey().create(root, subkey);
+}
+
+Error setText(quint32 root, const QString &subkey, const QString &valueName, const QString &text)
+{
+    OpenKey key;
+    if (const Error opened = key.open(root, subkey); opened != Error::None) {
+        return opened;
+    }
+    const QByteArray bytes = systemText(text);
+    if (bytes.size() >= std::numeric_limits<int>::max()) {
+        return Error::TooLong;
+    }
+    const auto size = static_cast<DWORD>(bytes.size() + 1); // with the zero at its end
+    return Error(::RegSetValueExA(key.handle(), systemText(valueName).constData(), 0, REG_SZ,
+                                  reinterpret_cast<const BYTE *>(bytes.constData()), size));
+}
+
+Error getText(quint32 root, const QString &subkey, const QString &valueName, QString &text)
+{
+    text.clear();
+    OpenKey key;
+    if (const Error opened = key.open(root, subkey); opened != Error::None) {
+        return opened;
+    }
+    const QByteArray name = systemText(valueName);
+    QByteArray buffer(1024, '\0');
+    DWORD type = REG_NONE;
+    DWORD size = 0;
+    LONG queried = ERROR_MORE_DATA;
+    while (queried == ERROR_MORE_DATA) { // another program may make it longer meanwhile
+        size = static_cast<DWORD>(buffer.size());
+        queried = ::RegQueryValueExA(key.handle(), name.constData(), nullptr, &type,
+                                     reinterpret_cast<BYTE *>(buffer.data()), &size);
+        if (queried == ERROR_MORE_DATA) {
+            buffer.resize(qsizetype(size) * 2);
+        }
+    }
+    if (queried != ERROR_SUCCESS) {
+        return Error(queried);
+    }
+    if (type != REG_SZ && type != REG_EXPAND_SZ) {
+        return Error::NotFound;
+    }
+    buffer.truncate(qsizetype(size));
+    text = QString::fromLocal8Bit(buffer.left(buffer.indexOf('\0')));
+    return Error::None;
+}
+
+} // namespace RegistryBackEnd
+
+} // namespace ktr

@@ -1,0 +1,125 @@
+#include "platform/files.h"
+#include "platform/serial_device.h"
+
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ktr;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qsizetype replacementSize = 1 << 20;
+
+QByteArray contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(none)");
+}
+
+void write(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+} // namespace
+
+class FilesUnixTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_folder;
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+private Q_SLOTS:
+    void aNewFileIsItsOwnersAndAnOldOneKeepsItsPermissions()
+    {
+        const auto ownerOnly = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+        const auto visible = ownerOnly | QFileDevice::ReadGroup | QFileDevice::ReadOther;
+        const auto relevant = visible | QFileDevice::WriteGroup | QFileDevice::WriteOther;
+        QVERIFY(replaceFile(path(u"a"_s), "one"));
+        QCOMPARE(QFile::permissions(path(u"a"_s)) & relevant, ownerOnly);
+        QFile::setPermissions(path(u"a"_s), visible);
+        QVERIFY(replaceFile(path(u"a"_s), "two"));
+        QCOMPARE(QFile::permissions(path(u"a"_s)) & relevant, visible);
+        QCOMPARE(contentOf(path(u"a"_s)), "two");
+        QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"a"_s});
+    }
+
+    void aLinkStaysALinkAndItsTargetIsReplaced()
+    {
+        write(path(u"target"_s), "old");
+        QVERIFY(QFile::link(path(u"target"_s), path(u"link"_s)));
+        QVERIFY(replaceFile(path(u"link"_s), "new"));
+        QVERIFY(QFileInfo(path(u"link"_s)).isSymLink());
+        QCOMPARE(contentOf(path(u"target"_s)), "new");
+    }
+
+    void aFailureLeavesTheOldFileAndNoRemains_data()
+    {
+        QTest::addColumn<QString>("limits");
+        // A file size limit stands for a full disk: the write fails in the middle.
+        QTest::newRow("full disk") << "trap '' XFSZ; ulimit -f 8;";
+        QTest::newRow("no descriptors") << "ulimit -n 3;";
+    }
+    void aFailureLeavesTheOldFileAndNoRemains()
+    {
+        QFETCH(QString, limits);
+        QTemporaryDir folder;
+        const QString file = folder.filePath(u"file"_s);
+        write(file, "the old content");
+        QProcess process;
+        process.start(u"sh"_s, {u"-c"_s, limits + u" exec \"$0\" --replace \"$1\""_s,
+                                QCoreApplication::applicationFilePath(), file});
+        QVERIFY(process.waitForFinished());
+        QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+        QVERIFY(process.exitCode() != 0);
+        QCOMPARE(contentOf(file), "the old content");
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"file"_s});
+    }
+
+    void aDeviceIsWrittenTo()
+    {
+        const Status full = replaceFile(u"/dev/full"_s, "x");
+        QVERIFY(!full);
+        QVERIFY(full.message().startsWith(u"/dev/full: "_s));
+        QVERIFY(replaceFile(u"/dev/null"_s, "x"));
+        QVERIFY(!QFileInfo(u"/dev/null"_s).isFile());
+    }
+
+    void portsAreListedByKindAndNumberAndOnlyWhereThereIsHardware()
+    {
+        QVERIFY(QDir(m_folder.path()).mkpath(u"dev"_s));
+        for (const QString name : {"ttyS0", "ttyS1", "ttyUSB10", "ttyUSB2", "ttyACM0", "tty1", "null"}) {
+            write(path(u"dev/"_s + name), "");
+        }
+        for (const QString name : {"ttyS0", "ttyS1"}) {
+            QVERIFY(QDir(m_folder.path()).mkpath(u"class/"_s + name));
+            write(path(u"class/"_s + name + u"/type"_s), name == u"ttyS0"_s ? "0\n" : "4\n");
+        }
+        const QString dev = path(u"dev"_s);
+        const QStringList expected{dev + u"/ttyUSB2"_s, dev + u"/ttyUSB10"_s, dev + u"/ttyACM0"_s,
+                                   dev + u"/ttyS1"_s};
+        QCOMPARE(serialPorts(dev, path(u"class"_s)), expected);
+    }
+};
+
+// Called with "--replace FILE" this program is the one that fails to replace a file.
+int main(int argc, char **argv)
+{
+    QCoreApplication application(argc, argv);
+    const QStringList words = QCoreApplication::arguments();
+    if (words.value(1) == u"--replace"_s) {
+        return replaceFile(words.value(2), QByteArray(replacementSize, 'n')) ? 0 : 1;
+    }
+    FilesUnixTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "files_unix_test.moc"
