@@ -7,7 +7,7 @@ file(COPY /usr/include/asio /usr/include/asio.hpp /usr/include/pugixml.hpp /usr/
   DESTINATION ${headers})
 find_path(QT_HEADERS QtCore/qglobal.h REQUIRED NO_CMAKE_FIND_ROOT_PATH
   PATHS /usr/include/${CMAKE_HOST_SYSTEM_PROCESSOR}-linux-gnu/qt6)
-find_program(MOC moc REQUIRED NO_CMAKE_FIND_ROOT_PATH PATHS /usr/lib/qt6/libexec)
+find_program(MOC moc REQUIRED NO_DEFAULT_PATH PATHS /usr/lib/qt6/libexec)
 
 foreach(module Core Test)
   add_library(Qt6::${module} INTERFACE IMPORTED)

@@ -12,4 +12,5 @@ target_compile_options(QCustomPlotQt6 PRIVATE -Wa,-mbig-obj)
 target_include_directories(QCustomPlotQt6 INTERFACE $<INSTALL_INTERFACE:include>)
 install(TARGETS QCustomPlotQt6 EXPORT QCustomPlotQt6Targets)
 install(FILES ${PLOT_SOURCES}/qcustomplot.h DESTINATION include)
-install(EXPORT QCustomPlotQt6Targets FILE QCustomPlotQt6Config.cmake DESTINATION lib/cmake/QCustomPlotQt6)
+install(EXPORT QCustomPlotQt6Targets NAMESPACE QCustomPlotQt6:: FILE QCustomPlotQt6Config.cmake
+  DESTINATION lib/cmake/QCustomPlotQt6)
