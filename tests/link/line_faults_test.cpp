@@ -77,8 +77,12 @@ private:
         case Fault::Doubled:
             m_way.push_back(piece);
             return;
-        case Fault::Late:
         case Fault::VeryLate: // later than the module waits
+            if (!m_isOrdered && piece.to == Direction::ToModule) {
+                return; // a command that arrives in the place of another, seconds later, is taken for it
+            }
+            [[fallthrough]];
+        case Fault::Late:
             m_way.pop_back();
             m_late->start(Milliseconds(m_fault == Fault::Late ? 300 : 7000), [this, piece] {
                 deliver(piece);
