@@ -65,7 +65,7 @@ class SavesTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_folder = std::make_unique<QTemporaryDir>();
+        m_folder = newFolder();
         m_outside = std::make_unique<QTemporaryDir>();
     }
 
@@ -118,7 +118,7 @@ private Q_SLOTS:
 
         int calls = 0;
         for (Ended ended{.struck = u"-"_s}; !ended.struck.isEmpty(); ++calls) {
-            m_folder = std::make_unique<QTemporaryDir>();
+            m_folder = newFolder();
             QVERIFY(replaceFile(m_folder->filePath(u"nodes.xml"_s), old));
             QVERIFY(replaceFile(m_folder->filePath(u"nodes.journal"_s), oldJournal));
             QVERIFY(replaceFile(m_folder->filePath(u"nodes.times"_s), oldTimes));
@@ -148,6 +148,14 @@ private Q_SLOTS:
     }
 
 private:
+    /// In memory where that can be: thousands of files are waited for until the disk has them.
+    static std::unique_ptr<QTemporaryDir> newFolder()
+    {
+        const QString inMemory = u"/dev/shm"_s;
+        const QString place = QFileInfo(inMemory).isWritable() ? inMemory : QDir::tempPath();
+        return std::make_unique<QTemporaryDir>(place + u"/saves_test-XXXXXX"_s);
+    }
+
     static void kinds()
     {
         QTest::addColumn<QString>("kind");
