@@ -91,7 +91,8 @@ QString TransmissionPanel::timeLeft(int step) const
     if (done < enoughToTell) {
         return {};
     }
-    const qint64 spent = m_started.msecsTo(m_document.environment().now());
+    // A clock that is put back meanwhile leaves nothing to go by.
+    const qint64 spent = std::max(qint64{0}, m_started.msecsTo(m_document.environment().now()));
     const qint64 left = spent * (steps::last - step) / done;
     return tr("about %1 s left").arg((left + 999) / 1000);
 }
