@@ -22,9 +22,10 @@ QString withoutPin(const QString &line)
     if (line.contains(QLatin1String("at+cpin="), Qt::CaseInsensitive)) {
         return QLatin1String("at+cpin=\"") + hidden + u'"';
     }
-    // The numbers command carries the PIN as its first field.
+    // The numbers command carries the PIN as its first field. A module that does not take a command repeats
+    // it.
     static const QRegularExpression numbersCommand(
-        QStringLiteral("(^|-> |<-- |<---- |[\\r\\n])([Nn],)[^,]*(,|$)"),
+        QStringLiteral("(^|: |-> |<-- |<---- |[\\r\\n])([Nn],)[^,]*(,|$)"),
         QRegularExpression::DotMatchesEverythingOption);
     QString masked = line;
     return masked.replace(numbersCommand, QStringLiteral("\\1\\2") + hidden + QStringLiteral("\\3"));
