@@ -129,6 +129,7 @@ private Q_SLOTS:
             const auto says = [&](const QString &what) { return !ended.lines.filter(what).isEmpty(); };
             const bool isWhole = says(u"closed"_s) && !says(u"lost"_s) && !says(u"refused"_s);
             QVERIFY2(isWhole || ended.wasKilled || says(u"told"_s), where);
+            QVERIFY2(!says(u"Unknown error"_s), where);
             const QString content = QString::number(checksum(contentOf(m_folder->filePath(u"nodes.xml"_s))));
             // Where an acknowledgement was refused the documents are others; the start reads them, too.
             QVERIFY2(documents.contains(content) || says(u"refused"_s), where);
