@@ -13,6 +13,7 @@
 #include "platform/text_rules.h"
 
 #include <QAction>
+#include <QFileInfo>
 
 namespace ktr {
 

@@ -296,6 +296,8 @@ private Q_SLOTS:
         QVERIFY(!run.isRed(alarmKey) && run.isRed(s));
         // Timers go on by another clock.
         QCOMPARE(run.events.last().kind, StationEvent::Kind::Notification);
+        run.say(0, "fail: N,4711,PW");
+        QCOMPARE(run.events.last().text, "+4917012345 --> fail: N,****,PW"); // no PIN
         run.timers.advance(Milliseconds(40'000));
         QCOMPARE(run.events.last().kind, StationEvent::Kind::Silent);
     }
