@@ -47,7 +47,7 @@ int main(int argc, char **argv)
                               return created;
                           },
                           [] {},
-                          [&timers] { return timers.now(); },
+                          &systemCallbackTimers,
                           [] { return 0; },
                           {100, 0, 15}},
                          {QStringLiteral("Notifications"), QStringLiteral("History"), QStringLiteral("IP")});

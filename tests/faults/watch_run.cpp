@@ -26,7 +26,7 @@ int main(int argc, char **argv)
                           timers,
                           [&sockets] { return sockets.createLine(); },
                           [] {},
-                          &QueuedCallbackTimers::steadyTime,
+                          &systemCallbackTimers,
                           [] { return 0; },
                           {2000, 0, 0}},
                          {QStringLiteral("Notifications"), QStringLiteral("History"), QStringLiteral("IP")});
