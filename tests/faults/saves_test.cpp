@@ -154,7 +154,7 @@ private:
     {
         const QString inMemory = u"/dev/shm"_s;
         const QString place = QFileInfo(inMemory).isWritable() ? inMemory : QDir::tempPath();
-        return std::make_unique<QTemporaryDir>(place + u"/saves_test-XXXXXX"_s);
+        return std::make_unique<QTemporaryDir>(place + u"/saves_test-"_s);
     }
 
     static void kinds()
