@@ -371,13 +371,17 @@ void FormMain::saveText(const QString &text)
     }
 }
 
-/// A path from a configuration opens in the system's program for texts and tables; programs are not started.
+/// A path from a configuration opens in the system's program for texts and tables. Nothing else does: what is
+/// a program to the system is told by its name, and there are many of them.
 void FormMain::openFile(const QString &path)
 {
+    static const QStringList opened = {QStringLiteral("txt"), QStringLiteral("log"), QStringLiteral("csv"),
+                                       QStringLiteral("tsv")};
     const QFileInfo file(path);
     if (!file.isFile()) {
         tell(tr("There is no file %1").arg(path));
-    } else if (file.isExecutable() || !QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
+    } else if (!opened.contains(file.suffix(), Qt::CaseInsensitive) || file.isExecutable() ||
+               !QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
         tell(tr("%1 cannot be opened").arg(path));
     }
 }

@@ -13,6 +13,7 @@
 #include "platform/text_rules.h"
 
 #include <QAction>
+#include <QFileInfo>
 
 namespace ktr {
 
@@ -61,6 +62,13 @@ void LinkPresenter::tellEnd()
         return;
     }
     takeOverTransmitted();
+    if (!report.unconfirmed.isEmpty()) {
+        Q_EMIT told(tr("Transmission ended: %1 commands sent, %2 of them not confirmed, %3 refused")
+                        .arg(report.sent)
+                        .arg(report.unconfirmed.size())
+                        .arg(report.refused.size()));
+        return;
+    }
     Q_EMIT told(report.refused.isEmpty() ? tr("Configuration transmitted: %1 commands").arg(report.sent)
                                          : tr("Transmission ended: %1 commands sent, %2 refused")
                                                .arg(report.sent)
@@ -325,7 +333,10 @@ void LinkPresenter::writeLog(const QString &line)
     const QString &path = m_document.configuration().info.logFile;
     if (path != m_logPath) {
         m_logPath = path;
-        if (const Status opened = m_log.open(path); !opened) {
+        m_log.close();
+        if (const QFileInfo info(path); info.exists() && !info.isFile()) { // a pipe would wait for its reader
+            Q_EMIT told(tr("%1 is not a file; there is no log").arg(path));
+        } else if (const Status opened = m_log.open(path); !opened) {
             Q_EMIT told(opened.message());
         }
     }

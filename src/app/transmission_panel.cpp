@@ -91,7 +91,8 @@ QString TransmissionPanel::timeLeft(int step) const
     if (done < enoughToTell) {
         return {};
     }
-    const qint64 spent = m_started.msecsTo(m_document.environment().now());
+    // A clock that is put back meanwhile leaves nothing to go by.
+    const qint64 spent = std::max(qint64{0}, m_started.msecsTo(m_document.environment().now()));
     const qint64 left = spent * (steps::last - step) / done;
     return tr("about %1 s left").arg((left + 999) / 1000);
 }
@@ -129,7 +130,8 @@ QString TransmissionPanel::links(const QList<int> &list) const
 void TransmissionPanel::showSummary()
 {
     const TransmissionReport &report = m_link.report();
-    const bool whole = !report.brokenAt && report.refused.isEmpty() && report.failed.isEmpty();
+    const bool whole = !report.brokenAt && report.refused.isEmpty() && report.failed.isEmpty() &&
+                       report.unconfirmed.isEmpty();
     m_title->setText(report.brokenAt
                          ? tr("The transmission was broken off before step %1").arg(*report.brokenAt)
                      : whole ? tr("The configuration was transmitted")
@@ -143,6 +145,12 @@ void TransmissionPanel::showSummary()
     }
     if (!report.failed.isEmpty()) {
         text += u". " + tr("Answered as failed:") + u' ' + links(report.failed);
+    }
+    if (!report.unconfirmed.isEmpty()) {
+        text += u". " + tr("Not confirmed by the module:") + u' ' + links(report.unconfirmed);
+    }
+    if (report.isUnwatched) {
+        text += u". " + tr("Whether the network lost a command is only known when the module answers");
     }
     m_detail->setTextFormat(Qt::RichText);
     m_detail->setText(text);

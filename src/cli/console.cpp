@@ -44,7 +44,8 @@ void complain(const QString &message)
     }
     showNow(); // where both go to one place, they stand in the order of events
     QString line = message;
-    line.replace(u'\r', u' ').replace(u'\n', u' ');
+    std::ranges::replace_if(
+        line, [](QChar c) { return c.category() == QChar::Other_Control; }, u' '); // names from files, too
     put(stderr, QLatin1String("ktrcli: ") + line + u'\n');
 }
 

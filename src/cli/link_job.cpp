@@ -107,7 +107,12 @@ std::optional<int> LinkJob::open(const Arguments &arguments)
 
 int LinkJob::run()
 {
-    return m_exitCode ? *m_exitCode : QCoreApplication::exec();
+    const int code = m_exitCode ? *m_exitCode : QCoreApplication::exec();
+    const auto *udp = qobject_cast<const UdpTransport *>(m_line.get());
+    if (udp != nullptr && udp->foreignDatagrams() > 0) {
+        complain(QStringLiteral("datagrams of strangers, not looked at: %1").arg(udp->foreignDatagrams()));
+    }
+    return code;
 }
 
 void LinkJob::finish(int code)

@@ -46,7 +46,13 @@ QString lineOf(const StationEvent &event, const QDateTime &now)
 {
     const auto quoted = [](const QString &text) {
         const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
-        return QString::fromUtf8(array.sliced(1, array.size() - 2));
+        QString json = QString::fromUtf8(array.sliced(1, array.size() - 2));
+        for (qsizetype at = json.size() - 1; at >= 0; --at) { // those that JSON takes and a terminal obeys
+            if (json[at].category() == QChar::Other_Control) {
+                json.replace(at, 1, QStringLiteral("\\u%1").arg(json[at].unicode(), 4, 16, QLatin1Char('0')));
+            }
+        }
+        return json;
     };
     return QStringLiteral("{\"time\":") + quoted(now.toUTC().toString(Qt::ISODateWithMs)) +
            QStringLiteral(",\"station\":") + quoted(event.kennung) + QStringLiteral(",\"kind\":") +
@@ -110,7 +116,11 @@ int monitor(const QStringList &words)
         QTimer::singleShot(std::chrono::seconds(*seconds), Qt::PreciseTimer, QCoreApplication::instance(),
                            &QCoreApplication::quit);
     }
-    return QCoreApplication::exec() == 0 ? done : failed;
+    const int code = QCoreApplication::exec();
+    if (sockets.foreignDatagrams() > 0) {
+        complain(QStringLiteral("datagrams of strangers, not looked at: %1").arg(sockets.foreignDatagrams()));
+    }
+    return code == 0 ? done : failed;
 }
 
 } // namespace ktr::cli

@@ -192,7 +192,8 @@ int simulate(const QStringList &words)
     VirtualModule &module = isSerial ? onTerminal.module() : onUdp.module();
     module.onCommand([](const QString &command, const Understood &understood) {
         if (!understood.accepted) {
-            complain(QStringLiteral("not understood: %1: %2").arg(logText(command), understood.answerText));
+            complain(QStringLiteral("not understood: %1: %2")
+                         .arg(logText(command), logText(understood.answerText)));
         }
     });
     const auto save = [&](const ModuleMemory &memory) {

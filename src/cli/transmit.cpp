@@ -7,6 +7,7 @@ namespace ktr::cli {
 
 namespace {
 
+const QString answerOption = QStringLiteral("answer");
 const QString resumeOption = QStringLiteral("resume");
 
 } // namespace
@@ -19,7 +20,9 @@ int transmit(const QStringList &words)
                        "hands it the commands of steps 0 to 78."),
         {QStringLiteral("FILE")});
     LinkJob::addOptions(arguments);
-    arguments.addOption({QStringLiteral("answer"), QStringLiteral("The module is to answer each command.")});
+    arguments.addOption(
+        {answerOption, QStringLiteral("The module is to answer each command; one that it does "
+                                      "not answer is told.")});
     arguments.addOption({resumeOption,
                          QStringLiteral("Goes on at the step at which an earlier transmission stopped; the "
                                         "configuration and the module must be as they were."),
@@ -42,6 +45,7 @@ int transmit(const QStringList &words)
     Progress progress(steps::last);
     int sent = 0;
     int refused = 0;
+    bool isDoubtful = false;
     bool started = false;
     const auto uncaught = job.timers().create();
     job.setState([&] {
@@ -52,7 +56,7 @@ int transmit(const QStringList &words)
         uncaught->stop();
         if (!started) { // a module that starts anew in the middle goes on where it was
             started = true;
-            session.startTransmission(configuration, arguments.isSet(QStringLiteral("answer")), *firstStep);
+            session.startTransmission(configuration, arguments.isSet(answerOption), *firstStep);
         }
     };
     QObject::connect(&session, &ModuleSession::caught, &session, start);
@@ -77,12 +81,17 @@ int transmit(const QStringList &words)
                      });
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
         if (reply.text.startsWith(QLatin1String("fail"))) {
+            isDoubtful = true;
             complain(QLatin1String("the module answers: ") + logText(reply.text));
         }
     });
+    QObject::connect(&session, &ModuleSession::unconfirmed, &session, [&](int step) {
+        isDoubtful = true;
+        complain(QStringLiteral("step %1: the module did not confirm the command").arg(step));
+    });
     QObject::connect(&session, &ModuleSession::transmitted, &session, [&] {
         // A configuration that arrived in part is none.
-        job.finishWhenDrained(refused == 0 ? done : failed);
+        job.finishWhenDrained(refused == 0 && !isDoubtful ? done : failed);
     });
 
     if (const auto end = job.open(arguments)) {
@@ -96,6 +105,9 @@ int transmit(const QStringList &words)
     const int code = job.run();
     progress.end();
     print(QStringLiteral("%1 commands sent, %2 refused").arg(sent).arg(refused));
+    if (job.isEthernet() && !arguments.isSet(answerOption) && code == done) {
+        print(QStringLiteral("whether the network lost one of them is only known with --answer"));
+    }
     return code;
 }
 

@@ -9,34 +9,42 @@ namespace {
 
 const QString hidden = QStringLiteral("****");
 
-/// The numbers command carries the PIN as its first field.
-QString withoutNumbersPin(const QString &line)
+/// Also those beyond ASCII: a terminal takes some of them for the beginning of a command.
+bool isControl(QChar c)
 {
-    static const QRegularExpression numbersCommand(QStringLiteral("(^|----> )([Nn],)[^,]*(,|$)"),
-                                                   QRegularExpression::DotMatchesEverythingOption);
-    QString masked = line;
-    return masked.replace(numbersCommand, QStringLiteral("\\1\\2") + hidden + QStringLiteral("\\3"));
+    return c < u' ' || (c >= QChar(0x7F) && c <= QChar(0x9F));
 }
 
 } // namespace
 
-QString logText(const QString &line)
+QString withoutPin(const QString &line)
 {
     if (line.contains(QLatin1String("at+cpin="), Qt::CaseInsensitive)) {
         return QLatin1String("at+cpin=\"") + hidden + u'"';
     }
+    // The numbers command carries the PIN as its first field. A module that does not take a command repeats
+    // it.
+    static const QRegularExpression numbersCommand(
+        QStringLiteral("(^|: |-> |<-- |<---- |[\\r\\n])([Nn],)[^,]*(,|$)"),
+        QRegularExpression::DotMatchesEverythingOption);
+    QString masked = line;
+    return masked.replace(numbersCommand, QStringLiteral("\\1\\2") + hidden + QStringLiteral("\\3"));
+}
+
+QString logText(const QString &line)
+{
     qsizetype length = line.size();
     while (length > 0 && (line[length - 1] == u'\r' || line[length - 1] == u'\n')) {
         --length;
     }
     QString text;
     text.reserve(length);
-    for (const QChar c : withoutNumbersPin(line.left(length))) {
+    for (const QChar c : withoutPin(line.left(length))) {
         if (c == u'\r') {
             text += QLatin1String("\\r");
         } else if (c == u'\n') {
             text += QLatin1String("\\n");
-        } else if (c < u' ' || c == u'\x7F') {
+        } else if (isControl(c)) {
             text += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
         } else {
             text += c;
@@ -48,7 +56,7 @@ QString logText(const QString &line)
 QString fromLogText(const QString &text)
 {
     // Only the escapes that are ever written; anything else behind a backslash is text.
-    static const QRegularExpression escape(QStringLiteral(R"(\\(?:([rn])|x([01][0-9a-f]|7f)))"));
+    static const QRegularExpression escape(QStringLiteral(R"(\\(?:([rn])|x([0189][0-9a-f]|7f)))"));
     QString line;
     qsizetype end = 0;
     for (const QRegularExpressionMatch &match : escape.globalMatch(text)) {

@@ -7,8 +7,11 @@
 
 namespace ktr {
 
+/// A line without a PIN: neither that of the module's "at+cpin=" nor that of the numbers command.
+QString withoutPin(const QString &line);
+
 /// A line of the conversation as it may be shown and kept: the line end removed, other control characters
-/// made visible, and no PIN: neither that of the module's "at+cpin=" nor that of the numbers command.
+/// made visible, and no PIN.
 QString logText(const QString &line);
 
 /// The line that logText() made such a text of, without the line end that was removed. A backslash that stood
@@ -21,6 +24,7 @@ class ConversationLog
 {
 public:
     Status open(const QString &path);
+    void close() { m_file.close(); }
     void write(const QDateTime &now, const QString &line);
     Status status() const;
 

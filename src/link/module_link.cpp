@@ -72,8 +72,10 @@ void ModuleLink::connectPath(Path &path)
                 }
                 Q_EMIT commandTooLong(command);
             });
+    connect(session, &ModuleSession::unconfirmed, this, &ModuleLink::noteUnconfirmed);
     connect(session, &ModuleSession::transmitted, this, [this] {
         m_path->session.setTimeout(Milliseconds{0});
+        awaitLastCommand();
         Q_EMIT transmissionEnded();
     });
     connect(session, &ModuleSession::silent, this, &ModuleLink::moduleSilent);
@@ -91,6 +93,8 @@ void ModuleLink::commandSent(std::optional<int> step, const QString &command)
     m_lastStep = step;
     if (step) {
         ++m_report.sent;
+        m_report.unconfirmed.removeAll(*step); // it was handed over once more
+        m_report.isUnwatched = m_report.isUnwatched || (!m_answer && m_path == &m_ethernet);
         m_transmittedOver = lineName();
         Q_EMIT stepDone(*step, command);
     } else {
@@ -109,6 +113,20 @@ void ModuleLink::noteAnswer(const ModemDialogue::Reply &reply)
         m_report.failed += *m_lastStep;
     }
     m_lastStep.reset();
+}
+
+void ModuleLink::noteUnconfirmed(int step)
+{
+    if (!m_report.unconfirmed.contains(step)) {
+        m_report.unconfirmed += step;
+    }
+}
+
+/// A line may break before it has carried what it was given.
+void ModuleLink::awaitLastCommand()
+{
+    m_isLastLeaving = true;
+    m_path->session.whenDrained([this] { m_isLastLeaving = false; });
 }
 
 void ModuleLink::setState(State state)
@@ -223,6 +241,9 @@ void ModuleLink::endTransmission()
         m_path->session.stopTransmission();
         m_path->session.setTimeout(Milliseconds{0});
         Q_EMIT transmissionEnded();
+    } else if (std::exchange(m_isLastLeaving, false)) {
+        m_report.brokenAt = steps::last;
+        Q_EMIT transmissionEnded();
     }
 }
 
@@ -247,6 +268,7 @@ void ModuleLink::transmit(const Configuration &configuration, bool answer)
 void ModuleLink::start(int step)
 {
     m_lastStep.reset();
+    m_isLastLeaving = false;
     m_report.brokenAt.reset();
     m_path->session.startTransmission(m_configuration, m_answer, step);
     m_path->session.setTimeout(longestSilence);

@@ -18,6 +18,8 @@ struct TransmissionReport
     QList<int> refused;          ///< steps whose commands were too long to be sent
     int answered = 0;            ///< in answer mode
     QList<int> failed;           ///< steps that the module answered as failed
+    QList<int> unconfirmed;      ///< steps whose commands may not have arrived
+    bool isUnwatched = false;    ///< over a network and without answers: a command lost there is not noticed
     std::optional<int> brokenAt; ///< the first step that was not sent, when it did not get to its end
 };
 
@@ -137,6 +139,8 @@ private:
     void serialLost(const QString &reason);
     void ethernetLost(const QString &reason);
     void leaveModule(const QString &reason);
+    void noteUnconfirmed(int step);
+    void awaitLastCommand();
     void moduleSilent();
     void endTransmission();
     void startUpload();
@@ -160,6 +164,7 @@ private:
     Configuration m_asGiven;       ///< the same before the command sequence changed anything in it
     QString m_transmittedOver;     ///< the line that was used
     bool m_answer = false;
+    bool m_isLastLeaving = false; ///< the closing command was handed over and may still be in the machine
     std::optional<int> m_lastStep;
     TransmissionReport m_report;
 };

@@ -75,6 +75,8 @@ void ModuleSession::startTransmission(Configuration &configuration, bool answer,
     m_configuration = &configuration;
     m_answer = answer;
     m_unconfirmedStep.reset();
+    m_unansweredStep.reset();
+    m_isAnswerDoubtful = false;
     m_sequence.start(step);
 }
 
@@ -131,6 +133,10 @@ void ModuleSession::take(const QByteArray &line)
     if (reads || line.contains("at+cmgs")) {
         m_unconfirmedStep.reset();
     }
+    if (reads && m_unansweredStep && m_sequence.isRunning()) {
+        m_isAnswerDoubtful = true;
+        Q_EMIT unconfirmed(*std::exchange(m_unansweredStep, std::nullopt));
+    }
     perform(m_dialogue->lineReceived(fromWindows1252(line)));
     if (m_configuration != nullptr && !m_sequence.isRunning()) {
         m_configuration = nullptr;
@@ -158,6 +164,35 @@ void ModuleSession::send(const QString &line)
     }
 }
 
+void ModuleSession::tellSent(std::optional<int> step, const QString &command)
+{
+    m_unconfirmedStep = step;
+    m_isDoubtTold = false;
+    Q_EMIT commandSent(step, command);
+    if (m_answer && step && step != steps::last) { // nobody answers the closing command
+        m_unansweredStep = step;
+    }
+    if (step && std::exchange(m_isAnswerDoubtful, false)) {
+        Q_EMIT unconfirmed(*step);
+    }
+}
+
+/// The module starts its modem: at the beginning, or anew in the middle of a transmission.
+void ModuleSession::noteStart()
+{
+    const std::optional<int> doubtful = m_unconfirmedStep ? m_unconfirmedStep : m_unansweredStep;
+    if (!doubtful || !m_sequence.isRunning()) {
+        return;
+    }
+    if (m_paced) {
+        m_sequence.start(*doubtful); // a network may have lost this command
+        m_unansweredStep.reset();
+    } else if (m_unconfirmedStep && !std::exchange(m_isDoubtTold, true)) {
+        m_unansweredStep.reset(); // told already
+        Q_EMIT unconfirmed(*m_unconfirmedStep);
+    }
+}
+
 void ModuleSession::perform(const ModuleDialogue::Action &action)
 {
     std::visit(
@@ -165,17 +200,17 @@ void ModuleSession::perform(const ModuleDialogue::Action &action)
             [this](const ModuleDialogue::Send &line) { send(line.line); },
             [this](const ModuleDialogue::Log &log) { Q_EMIT logged(log.line); },
             [this](const ModuleDialogue::Caught &) {
-                if (m_paced && m_unconfirmedStep && m_sequence.isRunning()) {
-                    m_sequence.start(*m_unconfirmedStep); // a network may have lost this command
-                }
+                noteStart();
                 Q_EMIT caught();
             },
-            [this](const ModuleDialogue::Reply &reply) { Q_EMIT replied(reply); },
-            [this](const ModuleDialogue::NothingToRead &) { Q_EMIT nothingToRead(); },
-            [this](const ModuleDialogue::CommandSent &sent) {
-                m_unconfirmedStep = sent.step;
-                Q_EMIT commandSent(sent.step, sent.command);
+            [this](const ModuleDialogue::Reply &reply) {
+                if (reply.kind == ModuleDialogue::ReplyKind::Sms) {
+                    m_unansweredStep.reset();
+                }
+                Q_EMIT replied(reply);
             },
+            [this](const ModuleDialogue::NothingToRead &) { Q_EMIT nothingToRead(); },
+            [this](const ModuleDialogue::CommandSent &sent) { tellSent(sent.step, sent.command); },
             [this](const ModuleDialogue::CommandRefused &refused) {
                 Q_EMIT commandRefused(refused.step, refused.command);
             },

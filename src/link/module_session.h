@@ -68,6 +68,9 @@ Q_SIGNALS:
     void nothingToRead();
     void commandSent(std::optional<int> step, const QString &command);
     void commandRefused(std::optional<int> step, const QString &command);
+    /// This step's command was handed over, but whether it arrived is not known: the module started anew
+    /// before it went on, or did not answer although it was asked to. The transmission goes on.
+    void unconfirmed(int step);
     void replied(const ktr::ModemDialogue::Reply &reply);
     void serviceConfirmed(const QString &text);
     /// The module was told to expect a firmware image.
@@ -81,6 +84,8 @@ private:
     void take(const QByteArray &line);
     void perform(const std::vector<ModuleDialogue::Action> &actions);
     void perform(const ModuleDialogue::Action &action);
+    void tellSent(std::optional<int> step, const QString &command);
+    void noteStart();
     void send(const QString &line);
     void forgetLine();
     std::unique_ptr<ModuleDialogue> makeDialogue(LineKind kind);
@@ -99,7 +104,10 @@ private:
     bool m_isExclusive = false;
     Configuration *m_configuration = nullptr;
     std::optional<int>
-        m_unconfirmedStep; ///< the module did not go on since it was handed this step's command
+        m_unconfirmedStep;               ///< the module did not go on since it was handed this step's command
+    std::optional<int> m_unansweredStep; ///< in answer mode, its command was handed over last
+    bool m_isDoubtTold = false;          ///< that m_unconfirmedStep may not have arrived
+    bool m_isAnswerDoubtful = false;     ///< the next answer may be that of the command before
     bool m_answer = false;
 };
 

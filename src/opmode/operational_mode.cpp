@@ -1,5 +1,6 @@
 #include "opmode/operational_mode.h"
 
+#include "link/conversation_log.h"
 #include "link/udp_pair.h"
 #include "platform/overloaded.h"
 
@@ -13,6 +14,9 @@ namespace {
 const QString allValues = QStringLiteral("A*");
 
 constexpr Milliseconds aMinute{60'000};
+
+/// A clock that is put back by more minutes had been wrong: it is not waited for until it is there again.
+constexpr qint64 longestSetBack = 120;
 
 /// Addresses that name the same module are the same text.
 QString comparable(const QString &hostAddress)
@@ -301,7 +305,7 @@ void OperationalMode::takeMessage(const QString &kennung, const QString &text)
                                             [](const UnusableMessage &) { return Kind::Values; },
                                             [](const NoStationMessage &) { return Kind::Message; }},
                                  message);
-    Q_EMIT happened({kennung, kind, withoutMark(text)});
+    Q_EMIT happened({kennung, kind, kind == Kind::Message ? withoutPin(text) : withoutMark(text)});
     if (!outcome.unusable.isEmpty()) {
         Q_EMIT told(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
     }
@@ -416,8 +420,11 @@ void OperationalMode::evaluate(cStation &station, WallMinute from)
 void OperationalMode::evaluateAll()
 {
     const WallMinute now = WallMinute::of(m_services.environment.now());
-    if (*m_evaluateFrom > now) { // a clock put back: no switch point acts twice
-        return;
+    if (*m_evaluateFrom > now) {
+        if (*m_evaluateFrom <= now.plus(longestSetBack)) { // no switch point acts twice
+            return;
+        }
+        m_evaluateFrom = now;
     }
     m_stations.forEach([&](cStation &station) {
         const bool before = station.exclusiveMode();

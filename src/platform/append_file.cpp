@@ -2,6 +2,8 @@
 
 #include "platform/files.h"
 
+#include <QCoreApplication>
+
 namespace ktr {
 
 Status AppendFile::open(const QString &path, qint64 size)
@@ -22,14 +24,23 @@ Status AppendFile::open(const QString &path, qint64 size)
 Status AppendFile::append(const QByteArray &bytes)
 {
     m_file.unsetError();
-    if (m_file.write(bytes) != bytes.size() || !flushToDisk(m_file.handle())) {
-        const Status failed = failure();
+    const bool written = m_file.write(bytes) == bytes.size();
+    if (!written || !flushToDisk(m_file.handle())) {
+        const Status failed = m_file.error() != QFileDevice::NoError ? failure() : systemFailure(written);
         m_file.resize(m_size); // no half record before the next one
         m_file.seek(m_size);
         return failed;
     }
     m_size += bytes.size();
     return Status::done();
+}
+
+/// What the file's object does not know of: the synchronisation, and a write that was cut.
+Status AppendFile::systemFailure(bool written) const
+{
+    const QString reason =
+        written ? qt_error_string() : QCoreApplication::translate("Files", "there is no room for it");
+    return Status::failed(m_file.fileName() + QLatin1String(": ") + reason);
 }
 
 Status AppendFile::failure() const

@@ -21,6 +21,7 @@ public:
 
 private:
     Status failure() const;
+    Status systemFailure(bool written) const;
 
     QFile m_file;
     qint64 m_size = 0;

@@ -15,7 +15,10 @@ constexpr QStringView formulaSigns = u"=+-@\uFF1D\uFF0B\uFF0D\uFF20";
 
 bool isFormula(QStringView text)
 {
-    const QStringView plain = text.trimmed();
+    QStringView plain = text.trimmed();
+    while (!plain.isEmpty() && plain.front().category() == QChar::Other_Format) { // nothing is seen of them
+        plain = plain.sliced(1).trimmed();
+    }
     return !plain.isEmpty() && formulaSigns.contains(plain.front()) &&
            (plain.front() != u'-' || !toNumber(plain));
 }

@@ -9,6 +9,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDesktopServices>
 #include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -16,6 +17,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -395,6 +397,36 @@ private Q_SLOTS:
         QVERIFY(!m_window->findChild<QProgressBar *>("ProgressBar1")->isVisible());
     }
 
+    void thePathsOfAConfigurationStartNoProgramAndWaitForNobody()
+    {
+        QDesktopServices::setUrlHandler("file", this, "noteOpened");
+        m_ports = {"COM1"};
+        start({"-load", fileWith("Werk 7")});
+        const auto logTo = [this](const QString &file) {
+            m_window->document().edit(
+                [&](Configuration &configuration) { configuration.info.logFile = file; });
+            Q_EMIT m_line->received("OK\r");
+        };
+        QTRY_VERIFY(m_window->findChild<QPushButton *>("cmd_logfile_open") != nullptr);
+        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::FileInformation));
+        for (const char *name : {"evil.desktop", "evil.js", "Log.txt"}) {
+            QVERIFY(replaceFile(path(name), "[Desktop Entry]"));
+            logTo(path(name));
+            QTest::mouseClick(control<QPushButton>(*m_window, "cmd_logfile_open"), Qt::LeftButton);
+        }
+        QDesktopServices::unsetUrlHandler("file");
+        QCOMPARE(m_opened, QList<QUrl>{QUrl::fromLocalFile(path("Log.txt"))});
+
+        logTo(path("missing/Log.txt"));
+        QVERIFY(!QFileInfo::exists(path("missing")));
+        if (QProcess::execute("mkfifo", {path("pipe")}) == 0) { // where there are such
+            logTo(path("pipe"));                                // would wait for a reader
+        }
+    }
+
+public Q_SLOTS:
+    void noteOpened(const QUrl &url) { m_opened += url; }
+
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
 
@@ -458,6 +490,7 @@ private:
     std::unique_ptr<SilentLine> m_line;
     SilentLine m_network;
     QStringList m_ports;
+    QList<QUrl> m_opened;
     test::RecordedLine *m_stationLine = nullptr; ///< of the station that was added last
     std::unique_ptr<FormMain> m_window;
 };

@@ -75,6 +75,10 @@ private Q_SLOTS:
                                  << "\"'=1+1\"";
         QTest::newRow("behind a tab") << "\t@SUM(A1)"
                                       << "\"' @SUM(A1)\"";
+        QTest::newRow("behind what is not seen") << "\u200B\uFEFF=1"
+                                                 << "\"'\u200B\uFEFF=1\"";
+        QTest::newRow("carriage return") << "\r=1"
+                                         << "\"' =1\"";
         QTest::newRow("minus") << "-2+3"
                                << "\"'-2+3\"";
         QTest::newRow("quoted") << "+a;\"b\""

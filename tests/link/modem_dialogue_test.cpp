@@ -183,6 +183,11 @@ private Q_SLOTS:
         QCOMPARE(logText(u"N,4711,PW,+49"_s), "N,****,PW,+49");
         QCOMPARE(logText(u"com ----> g,1,1,0"_s), "com ----> g,1,1,0");
         QCOMPARE(logText(u"com <---- a\rtext\x1A"_s), "com <---- a\\rtext\\x1a");
+        QCOMPARE(logText(u"com <---- fail: N,4711,PW: expected"_s), "com <---- fail: N,****,PW: expected");
+        QCOMPARE(withoutPin(u"+49 --> N,4711,PW"_s), "+49 --> N,****,PW");
+        const QString terminal = u"\x1B[2J\u009B31m\x7F"_s; // commands to it
+        QCOMPARE(logText(terminal), "\\x1b[2J\\x9b31m\\x7f");
+        QCOMPARE(fromLogText(logText(terminal)), terminal);
         QCOMPARE(logText(u"com <---- b\r\n"_s), "com <---- b");
     }
 

@@ -22,7 +22,7 @@ struct Run
         : path(folder + QStringLiteral("/nodes.xml"))
     {
         Environment environment = test::fixedEnvironment();
-        environment.now = [this, start] { return start.addMSecs(timers.now().count()); };
+        environment.now = [this, start] { return start.addMSecs((timers.now() + clockJump).count()); };
         mode.emplace(OperationalMode::Services{environment, timers,
                                                [this] {
                                                    auto line = std::make_unique<RecordedLine>();
@@ -57,6 +57,7 @@ struct Run
 
     QString path;
     test::ManualTimers timers;
+    Milliseconds clockJump{0};
     QList<RecordedLine *> lines;
     QStringList told;
     QList<StationEvent> events;
@@ -256,6 +257,49 @@ private Q_SLOTS:
         run.mode->setExclusive(QStringLiteral("later"), true);
         run.timers.advance(Milliseconds(60'000));
         QVERIFY(!isExclusive("later"));
+    }
+
+    void aClockThatJumpsLosesNoSwitchAndNoAlarm_data()
+    {
+        QTest::addColumn<int>("hours");
+        for (const int hours : {-24 * 365 * 4, -48, -1, 1, 48, 24 * 365 * 4}) {
+            QTest::addRow("%d hours", hours) << hours;
+        }
+    }
+    void aClockThatJumpsLosesNoSwitchAndNoAlarm()
+    {
+        QFETCH(int, hours);
+        Run run(m_folder->path());
+        const QString s = QStringLiteral("S");
+        run.mode->addStation(s, QStringLiteral("10.0.0.7"));
+        run.mode->setOnline(s, true);
+        run.timers.advance(Milliseconds(60'000)); // 10:00:30
+        run.say(0, "M,Alarm DI1 fail");
+        run.clockJump = std::chrono::hours(hours);
+        run.mode->setSchedule(s, {QStringLiteral("11:40"), 1, QStringLiteral("12:40"), 1});
+        const bool isExclusive = run.mode->attributes(s).exclusiveMode;
+        QList<bool> switched;
+        for (int minute = 0; minute < 3 * 24 * 60; ++minute) {
+            run.timers.advance(Milliseconds(60'000));
+            const bool now = run.mode->attributes(s).exclusiveMode;
+            if (switched.isEmpty() ? now != isExclusive : now != switched.last()) {
+                switched += now;
+            }
+        }
+        QVERIFY2(switched.size() == 6,
+                 qPrintable(QString::number(switched.size()))); // on and off, three days
+        run.say(0, "M,Alarm DI2 fail");
+        run.say(0, "M,Alarm DI1 fail");
+        QCOMPARE(run.alarms.size(), 3);
+        QCOMPARE(run.node(alarmKey).data(StationTree::CountRole).toInt(), 2);
+        QVERIFY(run.mode->acknowledge({run.node(alarmKey)}));
+        QVERIFY(!run.isRed(alarmKey) && run.isRed(s));
+        // Timers go on by another clock.
+        QCOMPARE(run.events.last().kind, StationEvent::Kind::Notification);
+        run.say(0, "fail: N,4711,PW");
+        QCOMPARE(run.events.last().text, "+4917012345 --> fail: N,****,PW"); // no PIN
+        run.timers.advance(Milliseconds(40'000));
+        QCOMPARE(run.events.last().kind, StationEvent::Kind::Silent);
     }
 
     void aStationThatSaysNothingForAPeriodIsSilent()

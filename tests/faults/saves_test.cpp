@@ -1,0 +1,244 @@
+#include "opmode/checksum.h"
+#include "opmode/operational_mode.h"
+#include "platform/files.h"
+#include "support/environment.h"
+#include "support/manual_timers.h"
+#include "support/recorded_line.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ktr;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Ended
+{
+    bool wasKilled = false;
+    int code = 0;
+    QString struck; ///< the call that went wrong and its file; empty: there were not so many calls
+    QStringList lines{};
+    QString errors{};
+};
+
+QByteArray contentOf(const QString &path)
+{
+    QByteArray bytes;
+    return readFile(path, bytes, 1 << 20) ? bytes : QByteArray();
+}
+
+/// What a start finds in a folder.
+struct Found
+{
+    explicit Found(const QString &folder)
+        : mode({test::fixedEnvironment(), timers, [] { return std::make_unique<test::RecordedLine>(); }},
+               {u"Notifications"_s, u"History"_s, u"IP"_s})
+    {
+        QObject::connect(&mode, &OperationalMode::told, &mode, [this](const QString &line) { told += line; });
+        opened = mode.open(folder + u"/nodes.xml"_s, OperationalMode::Use::Keep);
+    }
+    QModelIndex alarm(const QString &number) const
+    {
+        return mode.tree().find(u"S/meldung/+49 --> M,Alarm %1 fail"_s.arg(number));
+    }
+    bool isRed(const QString &number) const
+    {
+        return alarm(number).data(StationTree::ColourRole).toInt() == StationTree::alarmColour;
+    }
+
+    test::ManualTimers timers;
+    QStringList told;
+    OperationalMode mode;
+    Status opened = Status::done();
+};
+
+} // namespace
+
+class SavesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = newFolder();
+        m_outside = std::make_unique<QTemporaryDir>();
+    }
+
+    void aConfigurationIsTheOldOrTheNewOneWhateverFails_data() { kinds(); }
+    void aConfigurationIsTheOldOrTheNewOneWhateverFails()
+    {
+        QFETCH(QString, kind);
+        const QString source = m_outside->filePath(u"in.xml"_s);
+        const QString saved = m_folder->filePath(u"out.xml"_s);
+        QCOMPARE(run(QStringLiteral(KTRCLI), {u"new"_s, source}, {}, 0).code, 0);
+        const QStringList words{u"convert"_s, source, saved};
+        QCOMPARE(run(QStringLiteral(KTRCLI), words, {}, 0).code, 0);
+        const auto withoutTime = [&saved] {
+            static const QRegularExpression written(u"Datum=\"[^\"]*\" Zeit=\"[^\"]*\""_s);
+            return QString::fromUtf8(contentOf(saved)).replace(written, QString());
+        };
+        const QString fresh = withoutTime();
+        QVERIFY(!fresh.isEmpty());
+        const QByteArray old = "an older one";
+        int calls = 0;
+        for (Ended ended{.struck = u"-"_s}; !ended.struck.isEmpty(); ++calls) {
+            QVERIFY(replaceFile(saved, old));
+            ended = run(QStringLiteral(KTRCLI), words, kind, calls + 1);
+            const bool isNew = withoutTime() == fresh;
+            QVERIFY2(isNew || contentOf(saved) == old, qPrintable(ended.struck));
+            QCOMPARE(ended.wasKilled, kind == u"kill"_s && !ended.struck.isEmpty());
+            if (!ended.wasKilled) {
+                QVERIFY2(isNew == (ended.code == 0), qPrintable(ended.struck));
+                QVERIFY2(isNew || ended.errors.contains(saved), qPrintable(ended.errors));
+                QCOMPARE(allFiles(), QStringList{u"out.xml"_s});
+            }
+            clearHidden();
+        }
+        QVERIFY(calls > 4);
+    }
+
+    void theOperationalModeKeepsWhatItSaysItKeptWhateverFails_data() { kinds(); }
+    void theOperationalModeKeepsWhatItSaysItKeptWhateverFails()
+    {
+        QFETCH(QString, kind);
+        begin();
+        const QByteArray old = contentOf(m_folder->filePath(u"nodes.xml"_s));
+        const QByteArray oldJournal = contentOf(m_folder->filePath(u"nodes.journal"_s));
+        const QByteArray oldTimes = contentOf(m_folder->filePath(u"nodes.times"_s));
+        const Ended whole = run(QStringLiteral(KEPT_RUN), {m_folder->path()}, {}, 0);
+        QCOMPARE(whole.code, 0);
+        const QByteArray last = contentOf(m_folder->filePath(u"nodes.xml"_s));
+        QStringList documents{QString::number(checksum(old)), QString::number(checksum(last))};
+        documents += whole.lines.filter(u"document "_s).constFirst().mid(9);
+
+        int calls = 0;
+        for (Ended ended{.struck = u"-"_s}; !ended.struck.isEmpty(); ++calls) {
+            m_folder = newFolder();
+            QVERIFY(replaceFile(m_folder->filePath(u"nodes.xml"_s), old));
+            QVERIFY(replaceFile(m_folder->filePath(u"nodes.journal"_s), oldJournal));
+            QVERIFY(replaceFile(m_folder->filePath(u"nodes.times"_s), oldTimes));
+            ended = run(QStringLiteral(KEPT_RUN), {m_folder->path()}, kind, calls + 1);
+            const QByteArray where =
+                (u"call %1: "_s.arg(calls + 1) + ended.struck + u'\n' + ended.lines.join(u'\n')).toUtf8();
+            QCOMPARE(ended.wasKilled, kind == u"kill"_s && !ended.struck.isEmpty());
+            const auto says = [&](const QString &what) { return !ended.lines.filter(what).isEmpty(); };
+            const bool isWhole = says(u"closed"_s) && !says(u"lost"_s) && !says(u"refused"_s);
+            QVERIFY2(isWhole || ended.wasKilled || says(u"told"_s), where);
+            QVERIFY2(!says(u"Unknown error"_s), where);
+            const QString content = QString::number(checksum(contentOf(m_folder->filePath(u"nodes.xml"_s))));
+            // Where an acknowledgement was refused the documents are others; the start reads them, too.
+            QVERIFY2(documents.contains(content) || says(u"refused"_s), where);
+            clearHidden();
+            for (int start = 0; start < 2; ++start) {
+                Found found(m_folder->path());
+                QVERIFY2(found.opened, where);
+                QVERIFY2(found.told.isEmpty() || (ended.wasKilled && start == 0),
+                         where + "\nat the start: " + found.told.join(u'\n').toUtf8());
+                verifyKept(found, ended.lines, where);
+                QVERIFY2(found.mode.close(), where);
+            }
+            QVERIFY2(allFiles() == QStringList({u"nodes.times"_s, u"nodes.xml"_s}),
+                     allFiles().join(u' ').toUtf8() + where);
+        }
+        QVERIFY(calls > 30);
+    }
+
+private:
+    /// In memory where that can be: thousands of files are waited for until the disk has them.
+    static std::unique_ptr<QTemporaryDir> newFolder()
+    {
+        const QString inMemory = u"/dev/shm"_s;
+        const QString place = QFileInfo(inMemory).isWritable() ? inMemory : QDir::tempPath();
+        return std::make_unique<QTemporaryDir>(place + u"/saves_test-"_s);
+    }
+
+    static void kinds()
+    {
+        QTest::addColumn<QString>("kind");
+        for (const char *kind : {"error", "full", "short", "kill"}) {
+            QTest::newRow(kind) << QString::fromLatin1(kind);
+        }
+    }
+
+    /// A list with a station, an alarm, and a journal of a run that never ended.
+    void begin()
+    {
+        {
+            Found found(m_folder->path());
+            QCOMPARE(found.mode.addStation(u"S"_s, u"10.0.0.7"_s), u"S"_s);
+            found.mode.setOnline(u"S"_s, true);
+            QVERIFY(found.mode.close());
+        }
+        Found found(m_folder->path());
+        found.mode.addStation(u"T"_s);
+        found.mode.removeStation(u"T"_s);
+    }
+
+    Ended run(const QString &program, const QStringList &words, const QString &kind, int struckCall)
+    {
+        const QString report = m_outside->filePath(u"report"_s);
+        QFile::remove(report);
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"LD_PRELOAD"_s, QStringLiteral(FAULT_SHIM));
+        environment.insert(u"ASAN_OPTIONS"_s, u"verify_asan_link_order=0"_s);
+        environment.insert(u"KTR_FAULT_FOLDER"_s, m_folder->path());
+        environment.insert(u"KTR_FAULT_REPORT"_s, report);
+        environment.insert(u"KTR_FAULT_KIND"_s, kind);
+        environment.insert(u"KTR_FAULT_AT"_s, QString::number(struckCall));
+        process.setProcessEnvironment(environment);
+        process.start(program, words);
+        Ended ended;
+        if (!process.waitForFinished(60'000)) {
+            ended.errors = process.errorString();
+            ended.code = -1;
+            process.kill();
+            process.waitForFinished();
+            return ended;
+        }
+        ended.wasKilled = process.exitStatus() == QProcess::CrashExit;
+        ended.code = process.exitCode();
+        ended.lines = QString::fromUtf8(process.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+        ended.errors = QString::fromUtf8(process.readAllStandardError());
+        ended.struck = QString::fromUtf8(contentOf(report)).trimmed();
+        return ended;
+    }
+
+    static void verifyKept(const Found &found, const QStringList &lines, const QByteArray &where)
+    {
+        for (const QString &line : lines) {
+            const QString number = line.section(u' ', 1);
+            if (line.startsWith(u"kept "_s)) {
+                QVERIFY2(found.alarm(number).isValid(), line.toUtf8() + " at " + where);
+            } else if (line.startsWith(u"acknowledged "_s)) {
+                QVERIFY2(found.alarm(number).isValid() && !found.isRed(number),
+                         line.toUtf8() + " at " + where);
+            } else if (line.startsWith(u"refused "_s) && lines.last().startsWith(u"closed"_s)) {
+                QVERIFY2(found.isRed(number), line.toUtf8() + " at " + where);
+            }
+        }
+    }
+
+    QStringList allFiles() const
+    {
+        return QDir(m_folder->path()).entryList(QDir::Files | QDir::Hidden | QDir::System);
+    }
+    /// A program that was killed may leave a file behind that no start looks at.
+    void clearHidden() const
+    {
+        for (const QString &name : allFiles().filter(QRegularExpression(u"^\\."_s))) {
+            QFile::remove(m_folder->filePath(name));
+        }
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<QTemporaryDir> m_outside;
+};
+
+QTEST_GUILESS_MAIN(SavesTest)
+#include "saves_test.moc"
