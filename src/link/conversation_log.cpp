@@ -36,7 +36,7 @@ QString logText(const QString &line)
             text += QLatin1String("\\r");
         } else if (c == u'\n') {
             text += QLatin1String("\\n");
-        } else if (c < u' ' || c == u'\x7F') {
+        } else if (c.category() == QChar::Other_Control) { // also above 7f: a terminal acts on them
             text += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
         } else {
             text += c;
@@ -48,7 +48,7 @@ QString logText(const QString &line)
 QString fromLogText(const QString &text)
 {
     // Only the escapes that are ever written; anything else behind a backslash is text.
-    static const QRegularExpression escape(QStringLiteral(R"(\\(?:([rn])|x([01][0-9a-f]|7f)))"));
+    static const QRegularExpression escape(QStringLiteral(R"(\\(?:([rn])|x([0189][0-9a-f]|7f)))"));
     QString line;
     qsizetype end = 0;
     for (const QRegularExpressionMatch &match : escape.globalMatch(text)) {

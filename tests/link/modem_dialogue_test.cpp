@@ -183,6 +183,7 @@ private Q_SLOTS:
         QCOMPARE(logText(u"N,4711,PW,+49"_s), "N,****,PW,+49");
         QCOMPARE(logText(u"com ----> g,1,1,0"_s), "com ----> g,1,1,0");
         QCOMPARE(logText(u"com <---- a\rtext\x1A"_s), "com <---- a\\rtext\\x1a");
+        QCOMPARE(logText(u"com <---- \x9D"_s), "com <---- \\x9d"); // a terminal's command
         QCOMPARE(logText(u"com <---- b\r\n"_s), "com <---- b");
     }
 
