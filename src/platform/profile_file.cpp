@@ -95,8 +95,7 @@ Status ProfileFile::parse(const QByteArray &bytes)
 
 QString ProfileFile::value(const QString &section, const QString &key, qsizetype limit) const
 {
-    return m_content != nullptr ? m_content->value(section, key).left(std::max<qsizetype>(limit, 0))
-                                : QString();
+    return m_content != nullptr ? firstCharacters(m_content->value(section, key), limit) : QString();
 }
 
 } // namespace ktr

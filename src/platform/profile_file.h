@@ -25,7 +25,7 @@ public:
     /// them.
     Status parse(const QByteArray &bytes);
 
-    /// At most `limit` characters of a value; empty when there is no such section or key.
+    /// At most `limit` characters of a value, whole ones; empty when there is no such section or key.
     QString value(const QString &section, const QString &key, qsizetype limit) const;
 
 private:

@@ -38,7 +38,7 @@ public:
                                        buffer.data(), static_cast<DWORD>(buffer.size()),
                                        QDir::toNativeSeparators(m_copy.fileName()).toLocal8Bit().constData());
         buffer.truncate(static_cast<qsizetype>(length));
-        return QString::fromLocal8Bit(buffer).left(limit);
+        return firstCharacters(QString::fromLocal8Bit(buffer), limit);
     }
 
 private:
