@@ -54,17 +54,16 @@ void transmit(const Configuration &configuration, const Environment &environment
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QByteArray document(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
-    for (const QLocale &locale : {test::english(), test::german()}) {
-        const Environment environment = test::fixedEnvironment(locale);
-        Configuration read;
-        if (!readConfiguration(document, read, environment).document) {
-            return 0;
-        }
-        const Configuration again = throughFile(read, environment);
-        fuzz::require(differences(read, again, locale).isEmpty(), "what was written is read again");
-        fuzz::require(writeConfiguration(again, environment) == writeConfiguration(read, environment),
-                      "what was read again is written as before");
-        transmit(read, environment);
+    const QLocale locale = size % 2 == 0 ? test::english() : test::german();
+    const Environment environment = test::fixedEnvironment(locale);
+    Configuration read;
+    if (!readConfiguration(document, read, environment).document) {
+        return 0;
     }
+    const Configuration again = throughFile(read, environment);
+    fuzz::require(differences(read, again, locale).isEmpty(), "what was written is read again");
+    fuzz::require(writeConfiguration(again, environment) == writeConfiguration(read, environment),
+                  "what was read again is written as before");
+    transmit(read, environment);
     return 0;
 }

@@ -38,11 +38,12 @@ struct Step
 /// seeds can be written and findings read.
 inline std::vector<Step> stepsOf(const std::uint8_t *data, std::size_t size)
 {
-    constexpr std::size_t most = 200; // a longer one only takes longer
+    constexpr std::size_t most = 100; // a longer one only takes longer
+    int floods = 10;
     std::vector<Step> steps;
     const QByteArray input(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
     for (const QByteArray &step : input.split('|')) {
-        if (!step.isEmpty() && steps.size() < most) {
+        if (!step.isEmpty() && steps.size() < most && (step.front() != 'f' || floods-- > 0)) {
             steps.push_back({step.front(), step.mid(1)});
         }
     }
