@@ -39,7 +39,7 @@ struct Step
 inline std::vector<Step> stepsOf(const std::uint8_t *data, std::size_t size)
 {
     constexpr std::size_t most = 100; // a longer one only takes longer
-    int floods = 10;
+    int floods = 4;
     std::vector<Step> steps;
     const QByteArray input(reinterpret_cast<const char *>(data), static_cast<qsizetype>(size));
     for (const QByteArray &step : input.split('|')) {
