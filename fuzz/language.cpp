@@ -12,7 +12,7 @@ namespace {
 TextTable textsOf(const QByteArray &content, const QString &language)
 {
     ProfileFile file;
-    file.parse(content);
+    fuzz::require(bool(file.parse(content)), "no content is of no use");
     TextTable table;
     takeTexts(table, file, language);
     return table;

@@ -43,7 +43,7 @@ QByteArray opened(const QByteArray &document, const QString &path)
     test::ManualTimers timers;
     OperationalMode mode({test::fixedEnvironment(), timers,
                           [] { return std::make_unique<test::RecordedLine>(); }, [] {},
-                          [&timers] { return timers.now(); }},
+                          test::manualCallbackTimers(timers)},
                          stationCaptions({}));
     (void)mode.open(path, OperationalMode::Use::Watch); // a part of it may be in the tree all the same
     for (int row = 0; row < mode.tree().rowCount(); ++row) {

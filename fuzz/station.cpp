@@ -31,7 +31,7 @@ class Watched
 public:
     Watched()
         : m_mode({environment(), m_timers, [this] { return createLine(); }, [] {},
-                  [this] { return m_timers.now(); }},
+                  test::manualCallbackTimers(m_timers)},
                  stationCaptions({}))
     {
         (void)m_mode.open(QStringLiteral("/nonexistent/nodes.xml"), OperationalMode::Use::Watch);
