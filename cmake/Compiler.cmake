@@ -27,6 +27,11 @@ if(KTR_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(KTR_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
 # A room of the house: a static library in src/<name>, linking only what is named. WINDOWS: it draws windows.
 function(ktr_room name)
   cmake_parse_arguments(ARG "WINDOWS" "" "SOURCES;LINKS" ${ARGN})

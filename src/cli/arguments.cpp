@@ -4,10 +4,8 @@
 
 namespace ktr::cli {
 
-Arguments::Arguments(const QString &command, const QString &summary, const QStringList &names)
-    : m_command(command), m_names(names)
+Arguments::Arguments(const QString &command, const QStringList &names) : m_command(command), m_names(names)
 {
-    m_parser.setApplicationDescription(summary);
     m_parser.addOption({{QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Shows this text.")});
     m_parser.addPositionalArgument(command, QString(), command);
     for (const QString &name : names) {

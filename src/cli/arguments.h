@@ -14,8 +14,10 @@ class Arguments
 {
 public:
     /// `names` are the positional arguments, all of them needed.
-    Arguments(const QString &command, const QString &summary, const QStringList &names);
+    Arguments(const QString &command, const QStringList &names);
 
+    /// What the help text says of the command.
+    void setSummary(const QString &summary) { m_parser.setApplicationDescription(summary); }
     void addOption(const QCommandLineOption &option) { m_parser.addOption(option); }
 
     /// Takes the words behind the command. Gives the exit code when there is nothing left to do: after the

@@ -1,25 +1,52 @@
 #pragma once
 
+#include "cli/arguments.h"
+
 #include <QCoreApplication>
-#include <QStringList>
 
 #include <memory>
 
 namespace ktr::cli {
 
-// The commands of ktrcli. Each takes the words behind its name and gives the exit code.
+// The commands of ktrcli. What each takes and what of it is wrong is told without anything being done.
 
-int newFile(const QStringList &words);
-int convert(const QStringList &words);
-int commands(const QStringList &words);
-int check(const QStringList &words);
-int compare(const QStringList &words);
-int transmit(const QStringList &words);
-int send(const QStringList &words);
-int simulate(const QStringList &words);
-int monitor(const QStringList &words);
-int ports(const QStringList &words);
-int printFile(const QStringList &words);
+void describeNewFile(Arguments &arguments);
+int newFile(const Arguments &arguments);
+
+void describeConvert(Arguments &arguments);
+int convert(const Arguments &arguments);
+
+void describeCommands(Arguments &arguments);
+int commands(const Arguments &arguments);
+
+void describeCheck(Arguments &arguments);
+int check(const Arguments &arguments);
+
+void describeCompare(Arguments &arguments);
+int compare(const Arguments &arguments);
+
+void describeTransmit(Arguments &arguments);
+std::optional<int> checkTransmit(const Arguments &arguments);
+int transmit(const Arguments &arguments);
+
+void describeSend(Arguments &arguments);
+std::optional<int> checkSend(const Arguments &arguments);
+int send(const Arguments &arguments);
+
+void describeSimulate(Arguments &arguments);
+std::optional<int> checkSimulate(const Arguments &arguments);
+int simulate(const Arguments &arguments);
+
+void describeMonitor(Arguments &arguments);
+std::optional<int> checkMonitor(const Arguments &arguments);
+int monitor(const Arguments &arguments);
+
+void describePorts(Arguments &arguments);
+int ports(const Arguments &arguments);
+
+void describePrintFile(Arguments &arguments);
+std::optional<int> checkPrintFile(const Arguments &arguments);
+int printFile(const Arguments &arguments);
 
 /// The application object of a command that draws texts: it knows fonts and needs no display. `argc` must
 /// outlive it.

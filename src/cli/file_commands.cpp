@@ -1,4 +1,3 @@
-#include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/loading.h"
@@ -12,29 +11,28 @@
 
 namespace ktr::cli {
 
-int newFile(const QStringList &words)
+void describeNewFile(Arguments &arguments)
 {
-    Arguments arguments(QStringLiteral("new"), QStringLiteral("Writes a new configuration to FILE."),
-                        {QStringLiteral("FILE")});
-    if (const auto end = arguments.parse(words)) {
-        return *end;
-    }
+    arguments.setSummary(QStringLiteral("Writes a new configuration to FILE."));
+}
+
+int newFile(const Arguments &arguments)
+{
     Document document(systemEnvironment());
     document.setFileName(arguments.positional(0));
     const Status saved = document.save();
     return saved ? done : fail(saved.message());
 }
 
-int convert(const QStringList &words)
+void describeConvert(Arguments &arguments)
 {
-    Arguments arguments(
-        QStringLiteral("convert"),
+    arguments.setSummary(
         QStringLiteral("Opens the configuration IN and saves it as OUT. What IN lacks takes its "
-                       "fall-back; what cannot be used is told."),
-        {QStringLiteral("IN"), QStringLiteral("OUT")});
-    if (const auto end = arguments.parse(words)) {
-        return *end;
-    }
+                       "fall-back; what cannot be used is told."));
+}
+
+int convert(const Arguments &arguments)
+{
     Document document(systemEnvironment());
     if (load(document, arguments.positional(0)) == Loaded::NotOpened) {
         return failed;
@@ -44,17 +42,16 @@ int convert(const QStringList &words)
     return saved ? done : fail(saved.message());
 }
 
-int commands(const QStringList &words)
+void describeCommands(Arguments &arguments)
 {
-    Arguments arguments(
-        QStringLiteral("commands"),
+    arguments.setSummary(
         QStringLiteral("Shows the commands that a transmission of the configuration FILE sends, a line "
-                       "each: the step, a tab, the command."),
-        {QStringLiteral("FILE")});
+                       "each: the step, a tab, the command."));
     arguments.addOption({QStringLiteral("answer"), QStringLiteral("The module is to answer each command.")});
-    if (const auto end = arguments.parse(words)) {
-        return *end;
-    }
+}
+
+int commands(const Arguments &arguments)
+{
     Document document(systemEnvironment());
     if (load(document, arguments.positional(0)) == Loaded::NotOpened) {
         return failed;
@@ -74,16 +71,15 @@ int commands(const QStringList &words)
     return done;
 }
 
-int check(const QStringList &words)
+void describeCheck(Arguments &arguments)
 {
-    Arguments arguments(
-        QStringLiteral("check"),
+    arguments.setSummary(
         QStringLiteral("Tells what the file or the module would choke on in the configuration FILE, a "
-                       "line each: the place, a tab, what is wrong there."),
-        {QStringLiteral("FILE")});
-    if (const auto end = arguments.parse(words)) {
-        return *end;
-    }
+                       "line each: the place, a tab, what is wrong there."));
+}
+
+int check(const Arguments &arguments)
+{
     Document document(systemEnvironment());
     if (load(document, arguments.positional(0)) != Loaded::Whole) {
         return failed;
@@ -97,17 +93,16 @@ int check(const QStringList &words)
     return problems.isEmpty() ? done : fail(QStringLiteral("%1 problems").arg(problems.size()));
 }
 
-int compare(const QStringList &words)
+void describeCompare(Arguments &arguments)
 {
-    Arguments arguments(
-        QStringLiteral("compare"),
+    arguments.setSummary(
         QStringLiteral("Compares, field by field, what the configuration FILE means to a module with "
                        "HELD, the configuration that a module was given (ktrcli simulate --save). "
-                       "Prints a line for each difference; fields that are never sent are left out."),
-        {QStringLiteral("FILE"), QStringLiteral("HELD")});
-    if (const auto end = arguments.parse(words)) {
-        return *end;
-    }
+                       "Prints a line for each difference; fields that are never sent are left out."));
+}
+
+int compare(const Arguments &arguments)
+{
     // Fall-backs that depend on time or chance must be the same for both.
     Environment environment = systemEnvironment();
     environment.now = [now = QDateTime::currentDateTime()] { return now; };
@@ -133,13 +128,13 @@ int compare(const QStringList &words)
     return lines.isEmpty() ? done : fail(QStringLiteral("%1 fields differ").arg(lines.size()));
 }
 
-int ports(const QStringList &words)
+void describePorts(Arguments &arguments)
 {
-    Arguments arguments(QStringLiteral("ports"), QStringLiteral("Lists the serial ports found, a line each."),
-                        {});
-    if (const auto end = arguments.parse(words)) {
-        return *end;
-    }
+    arguments.setSummary(QStringLiteral("Lists the serial ports found, a line each."));
+}
+
+int ports(const Arguments &)
+{
     for (const QString &port : serialPorts()) {
         print(port);
     }

@@ -73,16 +73,17 @@ void LinkJob::addOptions(Arguments &arguments)
                          QStringLiteral("SECONDS"), QStringLiteral("60")});
 }
 
-std::optional<int> LinkJob::open(const Arguments &arguments)
+std::optional<int> LinkJob::check(const Arguments &arguments)
 {
     if (arguments.isSet(serialOption) == arguments.isSet(ethernetOption)) {
         return arguments.wrong(QStringLiteral("either --serial or --ethernet is needed"));
     }
-    const auto seconds = arguments.number(timeoutOption, 1, longestTimeout);
-    if (!seconds) {
-        return wrongUsage;
-    }
-    m_timeout = std::chrono::seconds(*seconds);
+    return arguments.number(timeoutOption, 1, longestTimeout) ? std::nullopt : std::optional(wrongUsage);
+}
+
+std::optional<int> LinkJob::open(const Arguments &arguments)
+{
+    m_timeout = std::chrono::seconds(*arguments.number(timeoutOption, 1, longestTimeout));
     if (arguments.isSet(logOption)) {
         if (const Status opened = m_log.open(arguments.value(logOption)); !opened) {
             complain(opened.message());

@@ -26,6 +26,9 @@ public:
     /// The options --serial, --ethernet, --log and --timeout.
     static void addOptions(Arguments &arguments);
 
+    /// The exit code after a complaint about what of them is wrong usage.
+    static std::optional<int> check(const Arguments &arguments);
+
     /// Opens the line and the log. Gives the exit code when that fails.
     std::optional<int> open(const Arguments &arguments);
 

@@ -1,4 +1,3 @@
-#include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/interruption.h"
@@ -61,26 +60,26 @@ QString lineOf(const StationEvent &event, const QDateTime &now)
 
 } // namespace
 
-int monitor(const QStringList &words)
+void describeMonitor(Arguments &arguments)
 {
-    Arguments arguments(
-        QStringLiteral("monitor"),
+    arguments.setSummary(
         QStringLiteral("Watches the stations of a list as the operational mode does, and prints "
-                       "what they say, one JSON object a line. The list is not changed."),
-        {QStringLiteral("NODES.xml")});
+                       "what they say, one JSON object a line. The list is not changed."));
     arguments.addOption(
         {forOption, QStringLiteral("Ends after so many seconds; otherwise when it is asked to terminate."),
          QStringLiteral("SECONDS")});
-    if (const auto end = arguments.parse(words)) {
-        return *end;
-    }
-    std::optional<int> seconds;
-    if (arguments.isSet(forOption)) {
-        seconds = arguments.number(forOption, 0, longestWatch);
-        if (!seconds) {
-            return wrongUsage;
-        }
-    }
+}
+
+std::optional<int> checkMonitor(const Arguments &arguments)
+{
+    const bool isSound = !arguments.isSet(forOption) || arguments.number(forOption, 0, longestWatch);
+    return isSound ? std::nullopt : std::optional(wrongUsage);
+}
+
+int monitor(const Arguments &arguments)
+{
+    const std::optional<int> seconds =
+        arguments.isSet(forOption) ? arguments.number(forOption, 0, longestWatch) : std::nullopt;
     const QString path = arguments.positional(0);
     if (!QFileInfo::exists(path)) {
         return fail(path + QStringLiteral(": there is no such file"));

@@ -1,4 +1,3 @@
-#include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/loading.h"
@@ -17,30 +16,35 @@ std::unique_ptr<QCoreApplication> drawingApplication(int &argc, char **argv)
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 
-int printFile(const QStringList &words)
+void describePrintFile(Arguments &arguments)
 {
-    Arguments arguments(
-        QStringLiteral("print"),
-        QStringLiteral("Prints the configuration FILE into OUT.pdf, on A4. The PIN is masked."),
-        {QStringLiteral("FILE"), QStringLiteral("OUT.pdf")});
+    arguments.setSummary(
+        QStringLiteral("Prints the configuration FILE into OUT.pdf, on A4. The PIN is masked."));
     arguments.addOption({QStringLiteral("all"),
                          QStringLiteral("Prints limit values and switch points that are not in use, too.")});
     arguments.addOption({QStringLiteral("language"),
                          QStringLiteral("The titles' language: english or deutsch (english)."),
                          QStringLiteral("LANGUAGE"), QStringLiteral("english")});
-    if (const auto end = arguments.parse(words)) {
-        return *end;
-    }
+}
+
+std::optional<int> checkPrintFile(const Arguments &arguments)
+{
     const QString language = arguments.value(QStringLiteral("language"));
     if (language != QLatin1String("english") && language != QLatin1String("deutsch")) {
         return arguments.wrong(QStringLiteral("\"%1\" is no language").arg(language));
     }
+    return std::nullopt;
+}
+
+int printFile(const Arguments &arguments)
+{
     Document document(systemEnvironment());
     if (load(document, arguments.positional(0)) != Loaded::Whole) {
         return failed; // fall-backs are no configuration that anybody meant
     }
     TextTable texts;
-    const LoadedTexts loaded = LoadTexts(texts, language, deliveredFile(QStringLiteral("language.ini")));
+    const LoadedTexts loaded = LoadTexts(texts, arguments.value(QStringLiteral("language")),
+                                         deliveredFile(QStringLiteral("language.ini")));
     if (!loaded.message.isEmpty()) {
         complain(loaded.message);
         texts.fillEnglish();

@@ -1,4 +1,3 @@
-#include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/interruption.h"
@@ -12,6 +11,8 @@
 #include "simulator/module_on_udp.h"
 
 #include <QCoreApplication>
+
+#include <algorithm>
 
 namespace ktr::cli {
 
@@ -96,18 +97,12 @@ std::optional<Faults> faults(const Arguments &arguments)
     return usable ? std::optional(all) : std::nullopt;
 }
 
-/// Of the faults, a fleet knows those of the network.
-int fleetFrom(const Arguments &arguments)
+/// Empty when none of them is set.
+QString firstSet(const Arguments &arguments, const QStringList &options)
 {
-    for (const QString &option :
-         {serialOption, ethernetOption, saveOption, holdOption, replayOption, slowOption, silentOption,
-          splitOption, mergeOption, garbageOption, hangUpOption, overtakeOption}) {
-        if (arguments.isSet(option)) {
-            return arguments.wrong(QStringLiteral("--fleet does not go together with --") + option);
-        }
-    }
-    const std::optional<Faults> wanted = faults(arguments);
-    return wanted ? simulateFleet(arguments, wanted->network) : wrongUsage;
+    const auto set = std::ranges::find_if(
+        options, [&arguments](const QString &option) { return arguments.isSet(option); });
+    return set == options.end() ? QString() : *set;
 }
 
 void report(const QString &event)
@@ -118,13 +113,11 @@ void report(const QString &event)
 
 } // namespace
 
-int simulate(const QStringList &words)
+void describeSimulate(Arguments &arguments)
 {
-    Arguments arguments(
-        QStringLiteral("simulate"),
+    arguments.setSummary(
         QStringLiteral("Plays a module: it starts its modem, takes commands, keeps the configuration "
-                       "it is given and answers. Runs until it is asked to terminate."),
-        {});
+                       "it is given and answers. Runs until it is asked to terminate."));
     arguments.addOption({serialOption,
                          QStringLiteral("Opens a pseudo-terminal and links it at LINK, to be opened like "
                                         "a serial port."),
@@ -146,11 +139,20 @@ int simulate(const QStringList &words)
          QStringLiteral("LOG")});
     addFaults(arguments);
     addFleetOptions(arguments);
-    if (const auto end = arguments.parse(words)) {
-        return *end;
-    }
+}
+
+std::optional<int> checkSimulate(const Arguments &arguments)
+{
+    const auto usable = [](bool isUsable) { return isUsable ? std::nullopt : std::optional(wrongUsage); };
     if (wantsFleet(arguments)) {
-        return fleetFrom(arguments);
+        // Of the faults, a fleet knows those of the network.
+        const QString option = firstSet(
+            arguments, {serialOption, ethernetOption, saveOption, holdOption, replayOption, slowOption,
+                        silentOption, splitOption, mergeOption, garbageOption, hangUpOption, overtakeOption});
+        if (!option.isEmpty()) {
+            return arguments.wrong(QStringLiteral("--fleet does not go together with --") + option);
+        }
+        return usable(faults(arguments) && isFleetUsable(arguments));
     }
     if (const QString option = fleetOptionInUse(arguments); !option.isEmpty()) {
         return arguments.wrong(QStringLiteral("--%1 needs --fleet").arg(option));
@@ -159,22 +161,28 @@ int simulate(const QStringList &words)
         return arguments.wrong(QStringLiteral("either --serial or --ethernet is needed"));
     }
     if (arguments.isSet(replayOption)) {
-        for (const QString &option :
-             {ethernetOption, saveOption, holdOption, slowOption, silentOption, splitOption, mergeOption,
-              garbageOption, hangUpOption, loseOption, doubleOption, overtakeOption}) {
-            if (arguments.isSet(option)) {
-                return arguments.wrong(QStringLiteral("--replay does not go together with --") + option);
-            }
-        }
-        return replay(arguments.value(replayOption), arguments.value(serialOption));
+        const QString option = firstSet(arguments, {ethernetOption, saveOption, holdOption, slowOption,
+                                                    silentOption, splitOption, mergeOption, garbageOption,
+                                                    hangUpOption, loseOption, doubleOption, overtakeOption});
+        return option.isEmpty() ? std::nullopt
+                                : std::optional(arguments.wrong(
+                                      QStringLiteral("--replay does not go together with --") + option));
     }
-    const std::optional<Faults> wanted = faults(arguments);
-    if (!wanted) {
-        return wrongUsage;
+    return usable(faults(arguments).has_value());
+}
+
+int simulate(const Arguments &arguments)
+{
+    const DatagramFaults network = faults(arguments)->network;
+    if (wantsFleet(arguments)) {
+        return simulateFleet(arguments, network);
+    }
+    if (arguments.isSet(replayOption)) {
+        return replay(arguments.value(replayOption), arguments.value(serialOption));
     }
     const Environment environment = systemEnvironment();
     ModuleOptions options;
-    options.faults = wanted->module;
+    options.faults = faults(arguments)->module;
     if (arguments.isSet(holdOption)) {
         Document held(environment);
         held.restore(options.memory.configuration, false); // without the values of "new"
@@ -187,7 +195,7 @@ int simulate(const QStringList &words)
     IoThread io;
     Interruption interruption(io, [] { QCoreApplication::quit(); });
     ModuleOnTerminal onTerminal(timers, options);
-    ModuleOnUdp onUdp(timers, options, wanted->network);
+    ModuleOnUdp onUdp(timers, options, network);
     const bool isSerial = arguments.isSet(serialOption);
     VirtualModule &module = isSerial ? onTerminal.module() : onUdp.module();
     module.onCommand([](const QString &command, const Understood &understood) {

@@ -104,12 +104,14 @@ QString fleetOptionInUse(const Arguments &arguments)
     return {};
 }
 
+bool isFleetUsable(const Arguments &arguments)
+{
+    return fleetOptions(arguments).has_value();
+}
+
 int simulateFleet(const Arguments &arguments, const DatagramFaults &network)
 {
     std::optional<FleetOptions> options = fleetOptions(arguments);
-    if (!options) {
-        return wrongUsage;
-    }
     options->network = network;
     EventLoopTimers timers;
     IoThread io;

@@ -12,13 +12,11 @@ const QString resumeOption = QStringLiteral("resume");
 
 } // namespace
 
-int transmit(const QStringList &words)
+void describeTransmit(Arguments &arguments)
 {
-    Arguments arguments(
-        QStringLiteral("transmit"),
+    arguments.setSummary(
         QStringLiteral("Transmits the configuration FILE: waits until the module starts its modem, then "
-                       "hands it the commands of steps 0 to 78."),
-        {QStringLiteral("FILE")});
+                       "hands it the commands of steps 0 to 78."));
     LinkJob::addOptions(arguments);
     arguments.addOption(
         {answerOption, QStringLiteral("The module is to answer each command; one that it does "
@@ -27,13 +25,19 @@ int transmit(const QStringList &words)
                          QStringLiteral("Goes on at the step at which an earlier transmission stopped; the "
                                         "configuration and the module must be as they were."),
                          QStringLiteral("STEP"), QString::number(steps::first)});
-    if (const auto end = arguments.parse(words)) {
-        return *end;
-    }
-    const std::optional<int> firstStep = arguments.number(resumeOption, steps::first, steps::last);
-    if (!firstStep) {
+}
+
+std::optional<int> checkTransmit(const Arguments &arguments)
+{
+    if (!arguments.number(resumeOption, steps::first, steps::last)) {
         return wrongUsage;
     }
+    return LinkJob::check(arguments);
+}
+
+int transmit(const Arguments &arguments)
+{
+    const std::optional<int> firstStep = arguments.number(resumeOption, steps::first, steps::last);
     Document document(systemEnvironment());
     if (load(document, arguments.positional(0)) != Loaded::Whole) {
         return failed; // fall-backs are no configuration that anybody meant
@@ -111,21 +115,23 @@ int transmit(const QStringList &words)
     return code;
 }
 
-int send(const QStringList &words)
+void describeSend(Arguments &arguments)
 {
-    Arguments arguments(
-        QStringLiteral("send"),
+    arguments.setSummary(
         QStringLiteral("Hands one command to the module when it next reads a message, and prints what "
-                       "it answers. A command whose letter is lower-case is not answered."),
-        {QStringLiteral("COMMAND")});
+                       "it answers. A command whose letter is lower-case is not answered."));
     LinkJob::addOptions(arguments);
-    if (const auto end = arguments.parse(words)) {
-        return *end;
-    }
+}
+
+std::optional<int> checkSend(const Arguments &arguments)
+{
+    return arguments.positional(0).isEmpty() ? arguments.wrong(QStringLiteral("the command is empty"))
+                                             : LinkJob::check(arguments);
+}
+
+int send(const Arguments &arguments)
+{
     const QString command = arguments.positional(0);
-    if (command.isEmpty()) {
-        return arguments.wrong(QStringLiteral("the command is empty"));
-    }
     const bool expectsAnswer = !command.front().isLower();
 
     LinkJob job(arguments);

@@ -134,6 +134,14 @@ template <int lowest, int highest> QString chosenFrom(const QString &text)
                : told(QT_TRANSLATE_NOOP("Problems", "is none of the choices"));
 }
 
+/// A bit per limit value, as the file has it; the module takes whole numbers only.
+QString combination(const QString &text)
+{
+    return std::ranges::all_of(text, isDecimalDigit)
+               ? chosenFrom<0, 65535>(text)
+               : told(QT_TRANSLATE_NOOP("Problems", "is none of the choices"));
+}
+
 QString startTime(const QString &text)
 {
     const bool sound = text.isEmpty() || toMinute(text);
@@ -222,7 +230,7 @@ constexpr std::array limitValueFields = {
     Field<LimitValue>{.xmlName = u"Hysterese", .member = &LimitValue::hysteresis, .control = {"Txt_gw_hysterese"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"IP", .member = &LimitValue::channel, .control = {"Cbo_gw_ip"}, .whenNew = is(u"0"), .beforeReading = is(u"0"), .whenEmpty = is(u"0"), .check = chosenFrom<0, 18>, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Vergleich", .member = &LimitValue::comparison, .control = {"Opt_gw_vergleich"}, .whenNew = is(u"1"), .beforeReading = is(u"1"), .whenEmpty = is(u"1"), .whenRead = presentComparison, .check = chosenFrom<1, 3>, .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"Bezug", .member = &LimitValue::reference, .control = {"Check_gw_Bezug"}, .whenEmpty = is(u"0"), .applies = combinesLimitValues},
+    Field<LimitValue>{.xmlName = u"Bezug", .member = &LimitValue::reference, .control = {"Check_gw_Bezug"}, .whenEmpty = is(u"0"), .check = combination, .applies = combinesLimitValues},
     Field<LimitValue>{.xmlName = u"MSN", .member = &LimitValue::recipients, .control = {"chk_gw_msn"}, .whenNew = is(u"255"), .beforeReading = is(u"255"), .whenEmpty = keep},
     Field<LimitValue>{.xmlName = u"Wiederholung", .member = &LimitValue::repetitions, .control = {"Combo_gw_wiederholung"}, .whenEmpty = is(u"0"), .check = chosenFrom<0, 15>},
     Field<LimitValue>{.xmlName = u"Wiederholungsintervall", .member = &LimitValue::repetitionInterval, .control = {"Text_gw_wiederholungsintervall"}, .whenEmpty = is(u"30"), .rule = minutesOfADay, .check = numericWithoutComma},

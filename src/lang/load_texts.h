@@ -4,6 +4,7 @@
 
 namespace ktr {
 
+class ProfileFile;
 class TextTable;
 
 /// Where a table's texts came from, and what the user is to be told about it.
@@ -26,5 +27,8 @@ QString languageFileMissing();
 /// each at most. A text or section that is missing there leaves empty texts. Without the file the built-in
 /// English texts are used, and the numbers beyond them keep what they hold.
 LoadedTexts LoadTexts(TextTable &table, const QString &language, const QString &path);
+
+/// The same from a file that was read.
+void takeTexts(TextTable &table, const ProfileFile &file, const QString &language);
 
 } // namespace ktr

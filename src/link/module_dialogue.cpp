@@ -1,5 +1,9 @@
 #include "link/module_dialogue.h"
 
+#include "link/line_assembler.h"
+
+#include <QCoreApplication>
+
 namespace ktr {
 
 namespace {
@@ -86,6 +90,13 @@ QString ModuleDialogue::takeSms(const QString &line)
         return line;
     }
     m_smsText += text;
+    if (m_smsText.size() > LineAssembler::longestLine) {
+        act(Log{QCoreApplication::translate("Files", "an SMS without an end was dropped: %1 characters")
+                    .arg(m_smsText.size())});
+        m_smsText.clear();
+        m_smsNumber.reset();
+        return inFront;
+    }
     if (line.endsWith(endOfSms)) {
         const QString whole = withoutLineEnds(m_smsText);
         // By how it begins: an alarm's text may have an "H," anywhere.

@@ -4,10 +4,15 @@
 #include "platform/text_rules.h"
 
 #include <QCoreApplication>
+#include <QDate>
+
+#include <algorithm>
 
 namespace ktr {
 
 namespace {
+
+constexpr QLatin1String holidaysControl("lst_swtch_frei");
 
 QString told(const char *text)
 {
@@ -58,6 +63,28 @@ void checkLimitValues(const Configuration &configuration, QList<Problem> &proble
     });
 }
 
+/// Whether a line of the list begins with the date that the module is sent.
+bool isHoliday(const QString &line)
+{
+    const QString digits = line.left(6);
+    const int number = digits.toInt();
+    return digits.size() == 6 && std::ranges::all_of(digits, isDecimalDigit) &&
+           QDate::isValid(2000 + number / 10'000, number / 100 % 100, number % 100);
+}
+
+/// The dates that the user adds are right; those of a file may be anything.
+void checkHolidays(const HolidayList &holidays, QList<Problem> &problems)
+{
+    for (int i = 0; i < holidays.lines().size(); ++i) {
+        const QString &line = holidays.lines()[i];
+        if (!isHoliday(line)) {
+            problems.append({QStringLiteral("Feiertag%1").arg(i), QString(holidaysControl), i,
+                             u'"' + line + QLatin1String("\" ") +
+                                 told(QT_TRANSLATE_NOOP("Problems", "is no date of the form YYMMDD"))});
+        }
+    }
+}
+
 void checkCommands(Configuration configuration, const CommandContext &context, QList<Problem> &problems)
 {
     CommandSequence sequence;
@@ -93,7 +120,7 @@ StepPlace placeOfStep(int step)
         int last;
         const ControlName &control;
     };
-    static constexpr ControlName holidays{"lst_swtch_frei"};
+    static constexpr ControlName holidays{holidaysControl.data()};
     // Of each command the field that may be long, or the one that stands for the others.
     const auto controls = std::to_array<Range>({
         {1, 1, fieldOf<GsmSettings>(&GsmSettings::stationId).control},
@@ -124,6 +151,7 @@ QList<Problem> findProblems(const Configuration &configuration, const CommandCon
     QList<Problem> problems;
     checkFields(configuration, context.locale, problems);
     checkLimitValues(configuration, problems);
+    checkHolidays(configuration.holidays, problems);
     checkCommands(configuration, context, problems);
     return problems;
 }

@@ -2,6 +2,7 @@
 
 #include "opmode/byte_fields.h"
 #include "opmode/checksum.h"
+#include "opmode/node_texts.h"
 
 namespace ktr {
 
@@ -25,18 +26,14 @@ void putStation(QByteArray &bytes, const StationAttributes &station)
 
 StationAttributes takeStation(FieldReader &fields)
 {
-    const auto text = [&fields] {
-        const std::string_view utf8 = fields.text();
-        return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-    };
     StationAttributes station;
     const auto flags = fields.number<quint8>();
     station.online = (flags & IsOnline) != 0;
     station.exclusiveMode = (flags & IsExclusive) != 0;
-    station.hostAddress = text();
-    station.schedule.hourOn = text();
+    station.hostAddress = textOf(fields.text());
+    station.schedule.hourOn = textOf(fields.text());
     station.schedule.dayOn = fields.number<qint32>();
-    station.schedule.hourOff = text();
+    station.schedule.hourOff = textOf(fields.text());
     station.schedule.dayOff = fields.number<qint32>();
     return station;
 }

@@ -1,5 +1,6 @@
 #include "opmode/node_records.h"
 
+#include "opmode/node_texts.h"
 #include "opmode/station_tree.h"
 
 #include <charconv>
@@ -20,18 +21,13 @@ template <class Number> Number number(std::string_view text, Number otherwise)
     return error == std::errc() && end == text.data() + text.size() ? value : otherwise;
 }
 
-QString toText(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 StationAttributes stationOf(const NodeAttributeValues &values)
 {
     StationAttributes station;
     station.exclusiveMode = truth(values[ExclusiveAttribute]);
-    station.schedule = {toText(values[HourOnAttribute]), number(values[DayOnAttribute], 0),
-                        toText(values[HourOffAttribute]), number(values[DayOffAttribute], 0)};
-    station.hostAddress = toText(values[HostAttribute]);
+    station.schedule = {textOf(values[HourOnAttribute]), number(values[DayOnAttribute], 0),
+                        textOf(values[HourOffAttribute]), number(values[DayOffAttribute], 0)};
+    station.hostAddress = textOf(values[HostAttribute]);
     station.online = truth(values[OnlineAttribute]);
     return station;
 }

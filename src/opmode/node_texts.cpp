@@ -42,6 +42,12 @@ std::string storedText(const QString &text)
     return plain;
 }
 
+QString textOf(std::string_view stored)
+{
+    const QString text = QString::fromUtf8(stored.data(), static_cast<qsizetype>(stored.size()));
+    return stored.starts_with("\xEF\xBB\xBF") ? QChar(QChar::ByteOrderMark) + text : text;
+}
+
 StationCaptions stationCaptions(const TextTable &texts)
 {
     return {texts.text(Text::Notifications), texts.text(Text::History), texts.text(Text::Ip)};

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <string>
+#include <string_view>
 
 namespace ktr {
 
@@ -24,5 +25,8 @@ QString channelCaption(int channel);
 /// A text as nodes and their file hold it, UTF-8: without what no such file can hold, which are control
 /// characters and halves of characters.
 std::string storedText(const QString &text);
+
+/// The text that is stored as these bytes. A byte-order mark that it begins with belongs to it.
+QString textOf(std::string_view stored);
 
 } // namespace ktr

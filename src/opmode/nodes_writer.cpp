@@ -157,10 +157,7 @@ QByteArray writeNodes(const NodeStore &nodes,
         const bool isStation = nodes.parent(id) == NodeStore::root;
         const auto [name, text, size] = nodes.texts(id);
         const std::string &beginning = beginnings.of(nodes.parent(id));
-        const std::string own =
-            isStation ? attributesOf(
-                            attributes(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))))
-                      : std::string();
+        const std::string own = isStation ? attributesOf(attributes(textOf(name))) : std::string();
         const std::string_view last = isStation ? text : name;
         out.makeRoom(markup + own.size() + beginning.size() + longestReference * (last.size() + text.size()));
         out.put("<item");

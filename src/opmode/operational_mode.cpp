@@ -92,7 +92,7 @@ Status OperationalMode::load(QHash<QString, StationAttributes> &attributes)
         if (element.station == nullptr) {
             return m_tree.load(element);
         }
-        const QString name = QString::fromUtf8(element.text.data(), qsizetype(element.text.size()));
+        const QString name = textOf(element.text);
         if (attributes.contains(name)) {
             Q_EMIT told(tr("There are two stations \"%1\" in the list; the second was left out").arg(name));
             return false;
@@ -118,9 +118,9 @@ void OperationalMode::replay(const QString &path, QHash<QString, StationAttribut
     const NodesJournal::Replayed replayed =
         m_journal->replay(m_file->checksum(), [&](const NodeChange &change) {
             if (change.what == NodeChange::What::Station) {
-                attributes.insert(QString::fromStdString(change.key), change.station);
+                attributes.insert(textOf(change.key), change.station);
             } else if (change.what == NodeChange::What::Removed) {
-                attributes.remove(QString::fromStdString(change.key));
+                attributes.remove(textOf(change.key));
             }
             return m_tree.replay(change);
         });

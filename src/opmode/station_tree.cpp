@@ -22,11 +22,6 @@ static_assert(spread * inverse(spread) == 1);
 /// Enough for the names and texts of a station's fixed nodes.
 constexpr std::size_t bytesOfABranch = 4096;
 
-QString shown(std::string_view text)
-{
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 } // namespace
 
 StationTree::StationTree(StationCaptions captions, QObject *parent)
@@ -42,7 +37,7 @@ StationTree::StationTree(StationCaptions captions, QObject *parent)
 QModelIndex StationTree::addStation(const QString &kennung)
 {
     const std::string name = storedText(kennung);
-    if (name.empty() || !isFreeName(shown(name)) || !m_nodes.hasRoom(bytesOfABranch + name.size())) {
+    if (name.empty() || !isFreeName(textOf(name)) || !m_nodes.hasRoom(bytesOfABranch + name.size())) {
         return {};
     }
     const int row = rowCount();
@@ -250,9 +245,9 @@ QVariant StationTree::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
     case Qt::EditRole:
     case Qt::AccessibleTextRole:
-        return shown(m_nodes.text(id));
+        return textOf(m_nodes.text(id));
     case KeyRole:
-        return shown(m_nodes.key(id));
+        return textOf(m_nodes.key(id));
     case KindRole:
         return QVariant::fromValue(m_nodes.kind(id));
     case ColourRole:
@@ -298,7 +293,7 @@ bool StationTree::setData(const QModelIndex &index, const QVariant &value, int r
     if (role != Qt::EditRole || m_nodes.kind(id) != NodeKind::Station) {
         return false;
     }
-    const QString text = shown(storedText(value.toString().trimmed()));
+    const QString text = textOf(storedText(value.toString().trimmed()));
     if (text.isEmpty() || !isFreeName(text, id)) {
         return false;
     }

@@ -82,18 +82,20 @@ ProfileFile::Content::Content(const QString &text)
 Status ProfileFile::load(const QString &path)
 {
     m_content.reset();
-    QByteArray content;
-    const Status read = readFile(path, content, longestFile);
-    if (read) {
-        m_content = std::make_shared<const Content>(textOfFile(content));
-    }
-    return read;
+    QByteArray bytes;
+    const Status read = readFile(path, bytes, longestFile);
+    return read ? parse(bytes) : read;
+}
+
+Status ProfileFile::parse(const QByteArray &bytes)
+{
+    m_content = std::make_shared<const Content>(textOfFile(bytes));
+    return Status::done();
 }
 
 QString ProfileFile::value(const QString &section, const QString &key, qsizetype limit) const
 {
-    return m_content != nullptr ? m_content->value(section, key).left(std::max<qsizetype>(limit, 0))
-                                : QString();
+    return m_content != nullptr ? firstCharacters(m_content->value(section, key), limit) : QString();
 }
 
 } // namespace ktr

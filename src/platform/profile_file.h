@@ -2,6 +2,7 @@
 
 #include "platform/status.h"
 
+#include <QByteArray>
 #include <QString>
 
 #include <memory>
@@ -20,7 +21,11 @@ public:
     /// Reads a file. After a failure nothing is in it.
     Status load(const QString &path);
 
-    /// At most `limit` characters of a value; empty when there is no such section or key.
+    /// Takes the bytes of such a file; there are none that are of no use, but a system may have no room for
+    /// them.
+    Status parse(const QByteArray &bytes);
+
+    /// At most `limit` characters of a value, whole ones; empty when there is no such section or key.
     QString value(const QString &section, const QString &key, qsizetype limit) const;
 
 private:

@@ -38,7 +38,7 @@ public:
                                        buffer.data(), static_cast<DWORD>(buffer.size()),
                                        QDir::toNativeSeparators(m_copy.fileName()).toLocal8Bit().constData());
         buffer.truncate(static_cast<qsizetype>(length));
-        return QString::fromLocal8Bit(buffer).left(limit);
+        return firstCharacters(QString::fromLocal8Bit(buffer), limit);
     }
 
 private:
@@ -52,9 +52,16 @@ Status ProfileFile::load(const QString &path)
     if (Status read = readFile(path, bytes, longestFile); !read) {
         return read;
     }
+    const Status parsed = parse(bytes);
+    return parsed ? parsed : fileFailure(path, parsed.message());
+}
+
+Status ProfileFile::parse(const QByteArray &bytes)
+{
+    m_content.reset();
     const auto content = std::make_shared<Content>();
     if (!content->write(textOfFile(bytes))) {
-        return fileFailure(path, QStringLiteral("the folder of temporary files cannot be written"));
+        return Status::failed(QStringLiteral("the folder of temporary files cannot be written"));
     }
     m_content = content;
     return Status::done();

@@ -239,7 +239,17 @@ QString fromWindows1252(QByteArrayView bytes)
 QString textOfFile(const QByteArray &bytes)
 {
     const auto encoding = QStringConverter::encodingForData(bytes);
-    return encoding ? QString(QStringDecoder(*encoding)(bytes)) : fromWindows1252(bytes);
+    const QString text = encoding ? QString(QStringDecoder(*encoding)(bytes)) : fromWindows1252(bytes);
+    return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
+}
+
+QString firstCharacters(const QString &text, qsizetype limit)
+{
+    QString first = text.left(std::max<qsizetype>(limit, 0));
+    if (!first.isEmpty() && first.back().isHighSurrogate()) {
+        first.chop(1);
+    }
+    return first;
 }
 
 } // namespace ktr

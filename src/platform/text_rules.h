@@ -49,6 +49,10 @@ QByteArray toWindows1252(QStringView text);
 QString fromWindows1252(QByteArrayView bytes);
 
 /// The text of a file: a byte-order mark tells of UTF-8, UTF-16 or UTF-32, otherwise it is Windows-1252.
+/// What UTF-32 names beyond Unicode is replaced.
 QString textOfFile(const QByteArray &bytes);
+
+/// At most `limit` code units of a text, and no half of a character at their end.
+QString firstCharacters(const QString &text, qsizetype limit);
 
 } // namespace ktr

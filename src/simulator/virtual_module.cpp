@@ -2,6 +2,7 @@
 
 #include "platform/text_rules.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace ktr {
@@ -129,17 +130,25 @@ void VirtualModule::receive(const QByteArray &bytes)
     if (m_state == State::Off) {
         return;
     }
-    if (m_state == State::TakingFirmware) {
-        takeFirmware(bytes.size());
-        return;
-    }
     m_received += bytes;
     if (m_isHearing) {
         return; // called while an answer to an earlier line is being sent: the loop below comes to it
     }
     m_isHearing = true;
-    while (const std::optional<QByteArray> line = takeLine()) {
-        hear(*line);
+    while (true) {
+        if (m_state == State::TakingFirmware) { // also what came in one piece with the line before it
+            const qint64 taken =
+                std::min(qint64{m_received.size()}, firmwareImageSize - m_counts.firmwareBytes);
+            if (taken == 0) {
+                break;
+            }
+            m_received.remove(0, taken);
+            takeFirmware(taken);
+        } else if (const std::optional<QByteArray> line = takeLine()) {
+            hear(*line);
+        } else {
+            break;
+        }
     }
     m_isHearing = false;
     if (m_received.size() > longestLine) {

@@ -20,14 +20,13 @@ HistoryModel::HistoryModel(const StationTree &tree, QObject *parent)
             m_batch->start();
         }
     });
-    connect(&tree, &QAbstractItemModel::rowsRemoved, this,
-            [this](const QModelIndex &branch, int first, int last) {
-                if (!m_branch.isValid()) {
-                    show({});
-                } else if (m_branch == branch) {
-                    removeRows(first, last);
-                }
-            });
+    connect(&tree, &QAbstractItemModel::rowsRemoved, this, [this](const QModelIndex &branch, int first) {
+        if (!m_branch.isValid()) {
+            show({});
+        } else if (m_branch == branch) {
+            takeRemoved(first);
+        }
+    });
     connect(&tree, &QAbstractItemModel::modelReset, this, [this] { show({}); });
 }
 
@@ -92,7 +91,7 @@ void HistoryModel::takeUp()
 }
 
 /// Few entries are ever removed by themselves, so all are read again.
-void HistoryModel::removeRows(int first, int)
+void HistoryModel::takeRemoved(int first)
 {
     if (first < static_cast<int>(m_records.size())) {
         load();

@@ -55,7 +55,7 @@ Q_SIGNALS:
 private:
     void load();
     void takeUp();
-    void removeRows(int first, int last);
+    void takeRemoved(int first);
     void read(int end);
     void sortRows();
     bool isBefore(quint32 left, quint32 right) const;

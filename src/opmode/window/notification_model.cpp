@@ -249,7 +249,7 @@ void NotificationModel::sort(int column, Qt::SortOrder order)
     if (column == Received && newestFirst != m_newestFirst) {
         m_newestFirst = newestFirst;
         const Rows before = m_rows;
-        moveRows(before, Rows(before.rbegin(), before.rend()));
+        reorder(before, Rows(before.rbegin(), before.rend()));
     }
 }
 

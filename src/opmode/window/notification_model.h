@@ -94,9 +94,9 @@ private:
     void takeChanged(const QModelIndex &from, const QModelIndex &to, const QList<int> &roles);
     void note(Id id);
     bool updateListed(QSet<Id> &noted);
-    bool removeRows(const std::vector<bool> &gone);
+    bool dropRows(const std::vector<bool> &gone);
     Rows sortedAgain(const Rows &rows) const;
-    void moveRows(const Rows &before, Rows sorted);
+    void reorder(const Rows &before, Rows sorted);
     void insertNew(Rows rows);
 
     const StationTree &m_tree;

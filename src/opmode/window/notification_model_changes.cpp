@@ -96,12 +96,12 @@ bool NotificationModel::updateListed(QSet<Id> &noted)
             isMoved = isMoved || left.back() != m_rows[i];
         }
     }
-    if (!removeRows(gone)) {
+    if (!dropRows(gone)) {
         return false;
     }
     noted.subtract(listed);
     if (isMoved) {
-        moveRows(left, sortedAgain(left));
+        reorder(left, sortedAgain(left));
     }
     if (!listed.isEmpty() && !m_rows.empty()) {
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
@@ -125,7 +125,7 @@ NotificationModel::Rows NotificationModel::sortedAgain(const Rows &rows) const
 }
 
 /// False, and nothing is done, when they stand in too many places.
-bool NotificationModel::removeRows(const std::vector<bool> &gone)
+bool NotificationModel::dropRows(const std::vector<bool> &gone)
 {
     int runs = 0;
     for (std::size_t i = 0; i < gone.size(); ++i) {
@@ -152,7 +152,7 @@ bool NotificationModel::removeRows(const std::vector<bool> &gone)
 }
 
 /// `before` are the rows of the list as they stand, `sorted` the same in their new order.
-void NotificationModel::moveRows(const Rows &before, Rows sorted)
+void NotificationModel::reorder(const Rows &before, Rows sorted)
 {
     Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
     m_rows = std::move(sorted);

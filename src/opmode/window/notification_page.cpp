@@ -374,8 +374,7 @@ QList<int> NotificationPage::selectedRows() const
         }
     }
     std::ranges::sort(rows);
-    const auto doubled = std::ranges::unique(rows);
-    rows.erase(doubled.begin(), doubled.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
 }
 

@@ -143,7 +143,9 @@ QWidget *StationPage::connectionCard()
 
     connect(m_name, &QLineEdit::editingFinished, this, &StationPage::storeName);
     connect(m_address, &QLineEdit::editingFinished, this, &StationPage::storeAddress);
-    for (const auto &[edit, problem] : {std::pair(m_name, m_nameProblem), {m_address, m_addressProblem}}) {
+    for (const auto &field : {std::pair(m_name, m_nameProblem), {m_address, m_addressProblem}}) {
+        QLineEdit *const edit = field.first;
+        auto *const problem = field.second;
         connect(edit, &QLineEdit::textEdited, problem, [problem] { problem->tell({}); });
         connect(new QShortcut(QKeySequence(Qt::Key_Escape), edit, nullptr, nullptr, Qt::WidgetShortcut),
                 &QShortcut::activated, this, [this, edit, problem] { discard(edit, problem); });

@@ -1,0 +1,105 @@
+#include "cli/usage.h"
+
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "config/configuration_file.h"
+
+#include <algorithm>
+#include <array>
+
+namespace ktr::cli {
+
+namespace {
+
+std::unique_ptr<QCoreApplication> plainApplication(int &argc, char **argv)
+{
+    return std::make_unique<QCoreApplication>(argc, argv);
+}
+
+struct Command
+{
+    const char *name;
+    const char *arguments;
+    const char *summary;
+    void (*describe)(Arguments &arguments);
+    int (*run)(const Arguments &arguments);
+    std::optional<int> (*check)(const Arguments &arguments) = nullptr; ///< the exit code for wrong usage
+    std::unique_ptr<QCoreApplication> (*application)(int &argc, char **argv) = plainApplication;
+};
+
+constexpr std::array table = {
+    Command{"new", "FILE", "writes a new configuration", describeNewFile, newFile},
+    Command{"convert", "IN OUT", "reads a configuration and saves it as another file", describeConvert,
+            convert},
+    Command{"commands", "FILE", "shows the commands that a transmission sends", describeCommands, commands},
+    Command{"check", "FILE", "tells what the module would choke on", describeCheck, check},
+    Command{"print", "FILE OUT.pdf", "prints a configuration into a PDF", describePrintFile, printFile,
+            checkPrintFile, drawingApplication},
+    Command{"compare", "FILE HELD", "tells whether a module that holds HELD has what FILE means",
+            describeCompare, compare},
+    Command{"transmit", "FILE", "transmits a configuration to a module", describeTransmit, transmit,
+            checkTransmit},
+    Command{"send", "COMMAND", "sends one command and prints the module's answer", describeSend, send,
+            checkSend},
+    Command{"simulate", "", "plays a module", describeSimulate, simulate, checkSimulate},
+    Command{"monitor", "NODES.xml", "watches stations and prints what they say", describeMonitor, monitor,
+            checkMonitor},
+    Command{"ports", "", "lists the serial ports found", describePorts, ports},
+};
+
+const Command *find(const QString &name)
+{
+    const auto command = std::ranges::find_if(
+        table, [&name](const Command &each) { return name == QLatin1String(each.name); });
+    return command == table.end() ? nullptr : &*command;
+}
+
+void printHelp()
+{
+    print(QStringLiteral("Usage: ktrcli COMMAND [options] ...\n\n"
+                         "Configures telemetry modules from the command line.\n\nCommands:"));
+    for (const Command &command : table) {
+        const QString call =
+            QStringLiteral("%1 %2").arg(QLatin1String(command.name), QLatin1String(command.arguments));
+        print(QStringLiteral("  %1 %2").arg(call.leftJustified(20), QLatin1String(command.summary)));
+    }
+    print(QStringLiteral("\nktrcli COMMAND --help tells a command's options; ktrcli --version the version.\n"
+                         "Exit codes: 0 done, 1 the job failed, 2 wrong usage."));
+}
+
+} // namespace
+
+Call understand(const QStringList &words)
+{
+    const QString name = words.value(0);
+    if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
+        printHelp();
+        return {done};
+    }
+    if (name == QLatin1String("--version")) {
+        print(QLatin1String("ktrcli ") + programVersion());
+        return {done};
+    }
+    const Command *const command = find(name);
+    if (command == nullptr) {
+        complain(name.isEmpty() ? QStringLiteral("a command is missing (see ktrcli --help)")
+                                : QStringLiteral("\"%1\" is no command (see ktrcli --help)").arg(name));
+        return {wrongUsage};
+    }
+    const QString names = QLatin1String(command->arguments);
+    auto arguments = std::make_unique<Arguments>(name, names.split(u' ', Qt::SkipEmptyParts));
+    command->describe(*arguments);
+    std::optional<int> code = arguments->parse(words.mid(1));
+    if (!code && command->check != nullptr) {
+        code = command->check(*arguments);
+    }
+    return {code, command->run, std::move(arguments)};
+}
+
+std::unique_ptr<QCoreApplication> applicationFor(int &argc, char **argv)
+{
+    const Command *const command = argc > 1 ? find(QString::fromLocal8Bit(argv[1])) : nullptr;
+    return (command != nullptr ? command->application : plainApplication)(argc, argv);
+}
+
+} // namespace ktr::cli
