@@ -135,10 +135,6 @@
         <translation>ist kein serieller Port</translation>
     </message>
     <message>
-        <source>serial ports are not supported on this system</source>
-        <translation>serielle Ports werden auf diesem System nicht unterstützt</translation>
-    </message>
-    <message>
         <source>not written: no font is installed</source>
         <translation>nicht geschrieben: es ist keine Schrift installiert</translation>
     </message>
@@ -197,6 +193,10 @@
     <message>
         <source>could not be shortened</source>
         <translation>konnte nicht gekürzt werden</translation>
+    </message>
+    <message>
+        <source>an SMS without an end was dropped: %1 characters</source>
+        <translation>eine SMS ohne Ende wurde verworfen: %1 Zeichen</translation>
     </message>
 </context>
 <context>
@@ -267,6 +267,10 @@
     <message>
         <source>is none of the choices</source>
         <translation>gehört nicht zur Auswahl</translation>
+    </message>
+    <message>
+        <source>is no date of the form YYMMDD</source>
+        <translation>ist kein Datum der Form JJMMTT</translation>
     </message>
 </context>
 <context>
@@ -1256,6 +1260,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>%1 is sent to the module as its new application, cut off: the first %2 of its %3 bytes.</source>
         <translation>%1 wird als neue Applikation an das Modul gesendet, abgeschnitten: die ersten %2 von %3 Bytes.</translation>
     </message>
+    <message>
+        <source>Transmission ended: %1 commands sent, %2 of them not confirmed, %3 refused</source>
+        <translation>Übertragung beendet: %1 Befehle gesendet, davon %2 nicht bestätigt, %3 abgelehnt</translation>
+    </message>
+    <message>
+        <source>%1 is not a file; there is no log</source>
+        <translation>%1 ist keine Datei; es wird kein Protokoll geführt</translation>
+    </message>
 </context>
 <context>
     <name>ktr::LogView</name>
@@ -1777,6 +1789,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Possible with the same configuration over the same connection only</source>
         <translation>Nur mit derselben Konfiguration über dieselbe Verbindung möglich</translation>
+    </message>
+    <message>
+        <source>Not confirmed by the module:</source>
+        <translation>Vom Modul nicht bestätigt:</translation>
+    </message>
+    <message>
+        <source>Whether the network lost a command is only known when the module answers</source>
+        <translation>Ob das Netz einen Befehl verloren hat, ist nur bekannt, wenn das Modul antwortet</translation>
     </message>
 </context>
 <context>
