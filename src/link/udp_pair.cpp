@@ -81,8 +81,10 @@ std::optional<ModuleAddress> parse(const QString &text)
             return std::nullopt;
         }
     }
-    asio::error_code isName;
-    const asio::ip::address literal = asio::ip::make_address(address.host, isName);
+    asio::error_code error;
+    const asio::ip::address literal = asio::ip::make_address(address.host, error);
+    // Some systems take three numbers and other forms for an address, too.
+    const bool isName = error || (literal.is_v4() && literal.to_string() != address.host);
     if (!isName) {
         address.literal = literal;
     }

@@ -7,7 +7,8 @@ namespace ktr {
 
 namespace {
 
-/// The system's timers without a window. It has about 32,000 of them; what goes beyond is queued.
+/// The system's timers without a window. It has some 32,000 ids for all of them and walks them one by one:
+/// what goes beyond a quarter of these is queued.
 class SystemCallbackTimers : public CallbackTimers
 {
 public:
@@ -28,6 +29,9 @@ public:
 
     quint32 set(Milliseconds interval) override
     {
+        if (owners().size() >= most) {
+            return m_queued.set(interval) | queuedBit;
+        }
         const auto wait =
             static_cast<UINT>(std::clamp<qint64>(interval.count(), USER_TIMER_MINIMUM, USER_TIMER_MAXIMUM));
         const UINT_PTR id = ::SetTimer(nullptr, 0, wait, &TimerProc);
@@ -52,6 +56,7 @@ public:
     }
 
 private:
+    static constexpr std::size_t most = 8'000;
     static constexpr quint32 queuedBit = 0x80000000; ///< tells a queued timer's id from the system's
 
     /// The system knows no more of a timer than its id. Its timers belong to the thread that set them.

@@ -3,6 +3,7 @@
 #include "platform/text_rules.h"
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QTemporaryFile>
 
 #include <algorithm>
@@ -17,9 +18,11 @@ class ProfileFile::Content
 public:
     bool write(const QString &text)
     {
-        QString lines = QChar(QChar::ByteOrderMark) + text;
-        lines.replace(QLatin1String("\r\n"), QLatin1String("\n")).replace(u'\r', u'\n');
-        lines.replace(QLatin1String("\n"), QLatin1String("\r\n"));
+        static const QRegularExpression lineEnd(QStringLiteral("\r\n|\r|\n"));
+        static const QRegularExpression comment(QStringLiteral("^\\s*;"));
+        QStringList kept = text.split(lineEnd);
+        kept.removeIf([](const QString &line) { return line.contains(comment); }); // some take them for keys
+        const QString lines = QChar(QChar::ByteOrderMark) + kept.join(QLatin1String("\r\n"));
         const qint64 size = lines.size() * qint64{sizeof(QChar)};
         const bool written =
             m_copy.open() && m_copy.write(reinterpret_cast<const char *>(lines.utf16()), size) == size;

@@ -19,6 +19,12 @@ class PseudoTerminal : public QObject
     Q_OBJECT
 
 public:
+    /// Whether this system has pseudo-terminals.
+#ifdef Q_OS_UNIX
+    static constexpr bool isSupported = true;
+#else
+    static constexpr bool isSupported = false;
+#endif
     static constexpr qsizetype outputLimit = qsizetype{1024} * 1024; ///< bytes that no client has taken yet
 
     explicit PseudoTerminal(QObject *parent = nullptr);
@@ -26,10 +32,16 @@ public:
 
     /// Fails on systems without pseudo-terminals and when none is left.
     Status open();
-    bool isOpen() const { return m_master >= 0; }
+    bool isOpen() const
+    {
+        return m_master >= 0;
+    }
 
     /// What a client opens; empty while not open.
-    const QString &slavePath() const { return m_slavePath; }
+    const QString &slavePath() const
+    {
+        return m_slavePath;
+    }
 
     /// Makes the terminal known by a name of the user's choice. A symbolic link that stands there is
     /// replaced, any other file is left alone; the link goes when the terminal does.

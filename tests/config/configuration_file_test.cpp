@@ -97,7 +97,7 @@ private Q_SLOTS:
         // clang-format off
         const QStringList fragments{
             u"<KTR><Version Nummer=\"%1\" Datum=\"15.11.09\" Zeit=\"14:05\" Version=\"a&lt;b&gt;&amp;&quot;c'&#9;&#13;&#10;\"/>"_s.arg(programVersion()),
-            u"<Info Autor=\"\" Version=\"1.0\" Datum=\"15.11.09\" Kommentar=\"\" Logfile=\"/opt/ktr/Log.txt\" HistoryExportFile=\"h.csv\"/><Konfiguration>"_s,
+            u"<Info Autor=\"\" Version=\"1.0\" Datum=\"15.11.09\" Kommentar=\"\" Logfile=\"%1\" HistoryExportFile=\"h.csv\"/><Konfiguration>"_s.arg(joinPath(u"/opt/ktr"_s, u"Log.txt"_s)),
             u"<PIN></PIN><Stationstyp>NVA</Stationstyp><Stationskennung>x&lt;y&gt;&amp;\"z'</Stationskennung><Alivecycle>0</Alivecycle>"_s,
             u"<GSM-Name5>Admin 6</GSM-Name5><GSM-Nummer5>+49</GSM-Nummer5><Grenzwert0 "_s,
             u"<Grenzwert15 Alarm=\"\" Delay=\"0\" Grenzwert=\"0\" Hysterese=\"0\" IP=\"0\" Vergleich=\"1\" MSN=\"255\" Wiederholung=\"0\" Wiederholungsintervall=\"\"/>"_s,

@@ -33,6 +33,15 @@ QString taken(BSTR text)
     return result;
 }
 
+/// The value as it stands; a node's "text" would be without blanks around it.
+QString valueOf(IXMLDOMNode *node)
+{
+    VARIANT value;
+    ::VariantInit(&value);
+    const bool isText = node->get_nodeValue(&value) == S_OK && value.vt == VT_BSTR;
+    return isText ? taken(value.bstrVal) : QString();
+}
+
 /// A text in the system's form for the time of a call.
 class SystemText
 {
@@ -65,7 +74,7 @@ public:
     {
         CLSID id;
         if (::CLSIDFromProgID(L"Msxml2.DOMDocument.3.0", &id) == S_OK) {
-            ::CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IXMLDOMDocument),
+            ::CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IXMLDOMDocument,
                                reinterpret_cast<void **>(&m_document));
         }
     }
@@ -82,7 +91,7 @@ public:
     {
         VARIANT_BOOL loaded = VARIANT_FALSE;
         m_document->put_async(VARIANT_FALSE);
-        m_document->put_preserveWhiteSpace(VARIANT_FALSE);
+        m_document->put_preserveWhiteSpace(VARIANT_TRUE); // blanks around a text are the user's
         return m_document->load(SystemText(path).variant(), &loaded) == S_OK && loaded == VARIANT_TRUE;
     }
 
@@ -139,10 +148,8 @@ private:
             IXMLDOMNode *attribute = nullptr;
             while (attributes->nextNode(&attribute) == S_OK) {
                 BSTR key = nullptr;
-                BSTR value = nullptr;
                 attribute->get_nodeName(&key);
-                attribute->get_text(&value);
-                element.attributes += {taken(key), taken(value)};
+                element.attributes += {taken(key), valueOf(attribute)};
                 attribute->Release();
             }
             attributes->Release();
@@ -157,9 +164,7 @@ private:
             if (type == NODE_ELEMENT) {
                 collect(child, depth + 1, found);
             } else if (type == NODE_TEXT) {
-                BSTR text = nullptr;
-                child->get_text(&text);
-                found[place].text += taken(text);
+                found[place].text += valueOf(child);
             }
             IXMLDOMNode *next = nullptr;
             child->get_nextSibling(&next);
@@ -272,8 +277,6 @@ private:
     QTemporaryDir m_folder;
     QString m_path = QDir::toNativeSeparators(m_folder.filePath(u"Pumpwerk Mühle €.xml"_s));
 };
-
-Q_DECLARE_METATYPE(ktr::Configuration)
 
 QTEST_GUILESS_MAIN(SystemXmlTest)
 #include "system_xml_test.moc"

@@ -55,6 +55,9 @@ private Q_SLOTS:
 
     void datagramsFromElsewhereAreDropped()
     {
+        if (!test::loopbackAddressesDiffer()) {
+            QSKIP("all loopback addresses are the same here");
+        }
         Peer module("127.0.0.1");
         Peer moduleElsewhere("127.0.0.1");
         Peer stranger("127.0.0.2");

@@ -65,6 +65,9 @@ class StationSocketsTest : public QObject
 private Q_SLOTS:
     void twoHundredStationsEachHearTheirOwnModule()
     {
+        if (!test::loopbackAddressesDiffer()) {
+            QSKIP("all loopback addresses are the same here");
+        }
         StationSockets sockets(m_io);
         RecordingOwner owner;
         std::vector<std::unique_ptr<Watched>> all = watch(200, sockets, owner);
@@ -96,6 +99,9 @@ private Q_SLOTS:
 
     void aQuestionInTheMiddleOfABatchKeepsTheOrder()
     {
+        if (!test::loopbackAddressesDiffer()) {
+            QSKIP("all loopback addresses are the same here");
+        }
         StationSockets sockets(m_io);
         RecordingOwner owner;
         const auto all = watch(2, sockets, owner);
@@ -115,6 +121,9 @@ private Q_SLOTS:
 
     void whatTakesLongLeavesTurnsToOthersAndKeepsItsOrder()
     {
+        if (!test::loopbackAddressesDiffer()) {
+            QSKIP("all loopback addresses are the same here");
+        }
         StationSockets sockets(m_io);
         RecordingOwner owner;
         const auto all = watch(1, sockets, owner);
@@ -137,6 +146,9 @@ private Q_SLOTS:
 
     void aStationThatWasDisconnectedHearsNothingMore()
     {
+        if (!test::loopbackAddressesDiffer()) {
+            QSKIP("all loopback addresses are the same here");
+        }
         StationSockets sockets(m_io);
         RecordingOwner owner;
         const auto all = watch(1, sockets, owner);

@@ -34,6 +34,7 @@ public:
         return came ? datagram : QByteArray();
     }
     quint16 senderPort() const { return m_sender.port(); }
+    asio::ip::address senderAddress() const { return m_sender.address(); }
 
 private:
     QByteArray receive()
@@ -48,5 +49,16 @@ private:
     asio::ip::udp::socket m_socket;
     asio::ip::udp::endpoint m_sender;
 };
+
+/// Whether what is sent from one of this machine's loopback addresses comes from it; Wine gives all of them
+/// the same.
+inline bool loopbackAddressesDiffer()
+{
+    const auto address = asio::ip::make_address("127.0.0.2");
+    Peer from("127.0.0.2");
+    Peer to("127.0.0.1");
+    from.send("x", to.port());
+    return to.await() == "x" && to.senderAddress() == address;
+}
 
 } // namespace ktr::test

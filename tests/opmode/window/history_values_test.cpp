@@ -58,7 +58,7 @@ private Q_SLOTS:
                                           m_lines.push_back(line.get());
                                           return line;
                                       },
-                                      [] {}, [this] { return m_timers.now(); }},
+                                      [] {}, test::manualCallbackTimers(m_timers)},
             stationCaptions(m_texts));
         QVERIFY(m_mode->open(m_folder.filePath("none.xml"), OperationalMode::Use::Watch));
         for (const char *name : {"pump", "well"}) {
