@@ -1,6 +1,6 @@
 ; The installer: for the user who runs it alone, so that the program may keep its files beside itself and nobody
 ; needs an administrator.
-Unicode true
+Target amd64-unicode
 !include "MUI2.nsh"
 
 !define PROGRAM "KTRconfig"

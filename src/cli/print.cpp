@@ -2,6 +2,7 @@
 #include "cli/console.h"
 #include "cli/loading.h"
 #include "lang/load_texts.h"
+#include "platform/terminal.h"
 #include "printout/printout.h"
 
 #include <QGuiApplication>
@@ -10,9 +11,7 @@ namespace ktr::cli {
 
 std::unique_ptr<QCoreApplication> drawingApplication(int &argc, char **argv)
 {
-    // Fonts are needed, a display is not; a desktop's theme would look for one.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    qunsetenv("QT_QPA_PLATFORMTHEME");
+    drawWithoutDisplay();
     return std::make_unique<QGuiApplication>(argc, argv);
 }
 

@@ -4,6 +4,10 @@
 
 namespace ktr {
 
+/// Lets a program that draws, but shows nothing, go without a display. To be called before its application
+/// object is made.
+void drawWithoutDisplay();
+
 /// Whether a stream shows its text to a person.
 bool isTerminal(std::FILE *stream);
 

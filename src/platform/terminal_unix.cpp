@@ -1,5 +1,7 @@
 #include "platform/terminal.h"
 
+#include <QtGlobal>
+
 #include <csignal>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -9,6 +11,12 @@ namespace ktr {
 void prepareConsole()
 {
     std::signal(SIGPIPE, SIG_IGN);
+}
+
+void drawWithoutDisplay()
+{
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    qunsetenv("QT_QPA_PLATFORMTHEME"); // a desktop's theme would look for a display
 }
 
 bool isTerminal(std::FILE *stream)

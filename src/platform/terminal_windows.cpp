@@ -31,6 +31,8 @@ void prepareConsole()
     }
 }
 
+void drawWithoutDisplay() {} // there always is one, and without it the toolkit would find no fonts
+
 bool isTerminal(std::FILE *stream)
 {
     DWORD mode = 0;
