@@ -1,6 +1,8 @@
 // The operational mode with many stations and long lists: schedules of 10,000 stations, a list of a million
 // entries read and written beside what the parser alone needs for the same document.
 
+#include "figures.h"
+#include "measured_runs.h"
 #include "opmode/nodes_file.h"
 #include "opmode/nodes_journal.h"
 #include "opmode/station_tree.h"
@@ -255,12 +257,44 @@ void keepingAnAlarmInTheJournal(benchmark::State &state)
 }
 BENCHMARK(keepingAnAlarmInTheJournal)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
+void printRows(const MeasuredRuns &runs)
+{
+    using figures::row;
+    using figures::Unit;
+    const auto beside = [&runs](const char *what, const std::string &name, const char *floor, double most) {
+        const double ratio = runs.counter(name, "ratio");
+        const double taken = runs.seconds(name);
+        row(what, taken, Unit::Seconds, figures::unbounded,
+            figures::Floor{ratio > 0 ? taken / ratio : 0, floor, most});
+    };
+    beside("a `nodes.xml` of a million entries read into the tree",
+           "readingAMillionEntriesBesideTheParserAlone", "pugixml parsing it", 2.5);
+    beside("the same written", "writingAMillionEntriesBesideTheParserAlone", "pugixml building and saving it",
+           1.5);
+    beside("the same written, beside the shorter way", "writingAMillionEntriesBesideTheSaveOfABuiltDocument",
+           "pugixml saving it when it is built already", figures::unbounded);
+    constexpr double mostAnEntry = 120;
+    row("memory of an entry of the history beside its text, read",
+        runs.counter("readingAMillionEntriesBesideTheParserAlone", "bytes an entry"), Unit::Bytes,
+        mostAnEntry);
+    row("the same, appended", runs.counter("appendingAMillionEntries", "bytes an entry"), Unit::Bytes,
+        mostAnEntry);
+    row("the schedules of 10,000 stations", runs.seconds("evaluatingTheSchedulesOf10000Stations"),
+        Unit::Seconds, 0.05);
+    row("an alarm on the disk (journal, fdatasync)", runs.seconds("keepingAnAlarmInTheJournal"),
+        Unit::Seconds, 1);
+    row("100,000 notifications put into a tree of a million entries",
+        runs.seconds("adding100000Notifications"), Unit::Seconds);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv); // the journal's timer needs it
     benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    MeasuredRuns runs;
+    benchmark::RunSpecifiedBenchmarks(&runs);
+    printRows(runs);
+    return figures::exitCode();
 }
