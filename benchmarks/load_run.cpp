@@ -61,14 +61,17 @@ public:
         : m_modules(modules),
           m_options(options),
           m_told(std::size_t(options.messages())),
-          m_seen(std::size_t(options.messages()))
+          m_seen(std::size_t(options.messages())),
+          m_latencies(m_seen.size()) // not to grow while memory is watched
     {
-        m_latencies.reserve(m_seen.size());
         StationTree &tree = mode.tree();
         QObject::connect(&mode, &OperationalMode::happened, &tree, [this](const StationEvent &event) {
             using Kind = StationEvent::Kind;
             if (event.kind == Kind::Notification || event.kind == Kind::Values) {
-                count(m_told, numberBehind(event.text, event.kind == Kind::Values ? u',' : u' '));
+                const int number = numberBehind(event.text, event.kind == Kind::Values ? u',' : u' ');
+                if (isMessage(number)) {
+                    ++m_told[std::size_t(number)];
+                }
             }
         });
         QObject::connect(&tree, &QAbstractItemModel::rowsInserted, &tree,
@@ -101,37 +104,38 @@ public:
     /// Milliseconds; share 1 for the slowest.
     double latency(double share)
     {
-        if (m_latencies.empty()) {
+        if (m_measured == 0) {
             return 0;
         }
+        m_latencies.resize(m_measured);
         std::ranges::sort(m_latencies);
-        const auto last = double(m_latencies.size() - 1);
+        const auto last = double(m_measured - 1);
         return double(m_latencies[std::size_t(share * last)]) * 1e-6;
     }
 
 private:
-    void count(std::vector<quint8> &counts, int number)
+    bool isMessage(int number)
     {
-        if (number < 0 || number >= m_options.messages()) {
-            ++m_wrong;
-            return;
-        }
-        ++counts[std::size_t(number)];
+        const bool known = number >= 0 && number < m_options.messages();
+        m_wrong += known ? 0 : 1;
+        return known;
     }
 
     void see(int number, int station, int channel)
     {
-        if (number >= 0 && number < m_options.messages() && m_modules.sent(number).channel != channel) {
-            return; // one of the other values of a report
-        }
-        count(m_seen, number);
-        if (number < 0 || number >= m_options.messages()) {
+        if (!isMessage(number)) {
             return;
         }
-        m_wrong += m_modules.sent(number).station == station ? 0 : 1;
-        m_seenOnce += m_seen[std::size_t(number)] == 1 ? 1 : 0;
-        if (!m_modules.sent(number).isReport) {
-            m_latencies.push_back(steadyNanoseconds() - m_modules.sent(number).at);
+        const SentMessage &sent = m_modules.sent(number);
+        if (sent.channel != channel) {
+            return; // one of the other values of a report
+        }
+        m_wrong += sent.station == station ? 0 : 1;
+        if (++m_seen[std::size_t(number)] == 1) {
+            ++m_seenOnce;
+            if (!sent.isReport) {
+                m_latencies[m_measured++] = steadyNanoseconds() - sent.at;
+            }
         }
     }
 
@@ -139,7 +143,8 @@ private:
     const Options &m_options;
     std::vector<quint8> m_told;
     std::vector<quint8> m_seen;
-    std::vector<qint64> m_latencies; ///< nanoseconds
+    std::vector<qint64> m_latencies; ///< nanoseconds, of those that were measured
+    std::size_t m_measured = 0;
     int m_seenOnce = 0;
     int m_wrong = 0; ///< without a number, or at another station
 };
