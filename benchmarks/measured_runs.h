@@ -18,14 +18,18 @@ public:
         }
     }
 
-    /// By the clock, of one iteration; 0 for a benchmark that gave up or did not run.
+    /// Of one iteration: of the processor, where a benchmark does not wait for anything, or by the clock. 0
+    /// for one that gave up or did not run.
     double seconds(const std::string &name) const
     {
-        const auto run = m_runs.find(name);
-        return run == m_runs.end() || run->second.iterations == 0
-                   ? 0
-                   : run->second.GetAdjustedRealTime() /
-                         benchmark::GetTimeUnitMultiplier(run->second.time_unit);
+        const auto found = m_runs.find(name);
+        if (found == m_runs.end() || found->second.iterations == 0) {
+            return 0;
+        }
+        const Run &run = found->second;
+        const double time =
+            run.run_name.time_type.empty() ? run.GetAdjustedCPUTime() : run.GetAdjustedRealTime();
+        return time / benchmark::GetTimeUnitMultiplier(run.time_unit);
     }
 
     /// 0 when there is none.
