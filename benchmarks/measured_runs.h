@@ -1,8 +1,30 @@
 #pragma once
 
 #include <benchmark/benchmark.h>
+#include <chrono>
 #include <map>
 #include <string>
+
+template <class Work> inline double secondsOf(Work work)
+{
+    const auto start = std::chrono::steady_clock::now();
+    work();
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+/// Runs both in turn, each several times; counts how often the time of the other one it takes.
+template <class Own, class Other> void compare(benchmark::State &state, Own own, Other other)
+{
+    double ownTime = 0;
+    double otherTime = 0;
+    for (auto _ : state) {
+        otherTime += secondsOf(other);
+        const double taken = secondsOf(own);
+        ownTime += taken;
+        state.SetIterationTime(taken);
+    }
+    state.counters["ratio"] = ownTime / otherTime;
+}
 
 /// Shows the runs of all benchmarks as they end, and keeps them to be set against each other.
 class MeasuredRuns : public benchmark::ConsoleReporter
@@ -41,6 +63,13 @@ public:
         }
         const auto found = run->second.counters.find(counter);
         return found == run->second.counters.end() ? 0 : double(found->second);
+    }
+
+    /// Of the other one in compare().
+    double otherSeconds(const std::string &name) const
+    {
+        const double ratio = counter(name, "ratio");
+        return ratio > 0 ? seconds(name) / ratio : 0;
     }
 
 private:

@@ -11,7 +11,6 @@
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
-#include <chrono>
 #include <pugixml.hpp>
 
 using namespace ktr;
@@ -20,13 +19,6 @@ namespace {
 
 constexpr int stations = 1000;
 constexpr int entries = 1'000'000;
-
-template <class Work> double secondsOf(Work work)
-{
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 StationCaptions captions()
 {
@@ -82,20 +74,6 @@ void appendingAMillionEntries(benchmark::State &state)
     }
 }
 BENCHMARK(appendingAMillionEntries)->Unit(benchmark::kMillisecond);
-
-/// Runs both in turn, each several times; counts how often the time of the other one it takes.
-template <class Own, class Other> void compare(benchmark::State &state, Own own, Other other)
-{
-    double ownTime = 0;
-    double otherTime = 0;
-    for (auto _ : state) {
-        otherTime += secondsOf(other);
-        const double taken = secondsOf(own);
-        ownTime += taken;
-        state.SetIterationTime(taken);
-    }
-    state.counters["ratio"] = ownTime / otherTime;
-}
 
 void readingAMillionEntriesBesideTheParserAlone(benchmark::State &state)
 {
@@ -262,10 +240,8 @@ void printRows(const MeasuredRuns &runs)
     using figures::row;
     using figures::Unit;
     const auto beside = [&runs](const char *what, const std::string &name, const char *floor, double most) {
-        const double ratio = runs.counter(name, "ratio");
-        const double taken = runs.seconds(name);
-        row(what, taken, Unit::Seconds, figures::unbounded,
-            figures::Floor{ratio > 0 ? taken / ratio : 0, floor, most});
+        row(what, runs.seconds(name), Unit::Seconds, figures::unbounded,
+            figures::Floor{runs.otherSeconds(name), floor, most});
     };
     beside("a `nodes.xml` of a million entries read into the tree",
            "readingAMillionEntriesBesideTheParserAlone", "pugixml parsing it", 2.5);
