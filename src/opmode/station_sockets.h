@@ -30,7 +30,7 @@ public:
     /// While much comes, it is handed over no more often. Much are so many events in the last two of these
     /// times; of less, each event is told at once.
     static constexpr std::chrono::milliseconds lookInterval{10};
-    static constexpr std::size_t manyEvents = 24;
+    static constexpr std::size_t manyEvents = 12;
 
     /// Raises the process's limit of descriptors.
     explicit StationSockets(IoThread &io, PortRange ports = {}, QObject *parent = nullptr);
