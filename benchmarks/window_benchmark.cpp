@@ -85,7 +85,12 @@ private:
 class Bench
 {
 public:
-    Bench() { MRegistry::setRegistryFile(m_folder.filePath(QStringLiteral("registry.json"))); }
+    /// The settings of an earlier start, in a folder, or none.
+    explicit Bench(const QString &settings)
+    {
+        const QString folder = settings.isEmpty() ? m_folder.path() : settings;
+        MRegistry::setRegistryFile(folder + QStringLiteral("/registry.json"));
+    }
 
     std::unique_ptr<FormMain> open()
     {
@@ -132,10 +137,9 @@ int main(int argc, char **argv)
 {
     QApplication application(argc, argv);
     applyAppearance(application, Appearance::Light);
-    Bench bench;
-
     // What the processes below do: show one window, and end with its first frame.
     const QStringList words = QCoreApplication::arguments().mid(1);
+    Bench bench(words.value(2));
     if (!words.isEmpty()) {
         const std::unique_ptr<QMainWindow> window =
             words.front() == u"empty" ? emptyWindow(words.value(1).toInt()) : bench.open();
@@ -155,11 +159,15 @@ int main(int argc, char **argv)
     std::printf("%d controls\n", controls);
     std::vector<double> ours;
     std::vector<double> empty;
+    const QTemporaryDir settings; // of the first start, which all others find
     const QString self = QCoreApplication::applicationFilePath();
     for (int i = 0; i < startRepetitions; ++i) {
-        ours.push_back(took([&] { QProcess::execute(self, {QStringLiteral("main")}); }));
+        const QString count = QString::number(controls);
+        ours.push_back(took([&] {
+            QProcess::execute(self, {QStringLiteral("main"), count, settings.path()});
+        }));
         empty.push_back(took([&] {
-            QProcess::execute(self, {QStringLiteral("empty"), QString::number(controls)});
+            QProcess::execute(self, {QStringLiteral("empty"), count, settings.path()});
         }));
     }
     const double floor = median(empty);
