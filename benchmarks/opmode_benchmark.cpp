@@ -1,6 +1,8 @@
 // The operational mode with many stations and long lists: schedules of 10,000 stations, a list of a million
 // entries read and written beside what the parser alone needs for the same document.
 
+#include "figures.h"
+#include "measured_runs.h"
 #include "opmode/nodes_file.h"
 #include "opmode/nodes_journal.h"
 #include "opmode/station_tree.h"
@@ -9,7 +11,6 @@
 #include <QTemporaryDir>
 
 #include <benchmark/benchmark.h>
-#include <chrono>
 #include <pugixml.hpp>
 
 using namespace ktr;
@@ -18,13 +19,6 @@ namespace {
 
 constexpr int stations = 1000;
 constexpr int entries = 1'000'000;
-
-template <class Work> double secondsOf(Work work)
-{
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
 
 StationCaptions captions()
 {
@@ -80,20 +74,6 @@ void appendingAMillionEntries(benchmark::State &state)
     }
 }
 BENCHMARK(appendingAMillionEntries)->Unit(benchmark::kMillisecond);
-
-/// Runs both in turn, each several times; counts how often the time of the other one it takes.
-template <class Own, class Other> void compare(benchmark::State &state, Own own, Other other)
-{
-    double ownTime = 0;
-    double otherTime = 0;
-    for (auto _ : state) {
-        otherTime += secondsOf(other);
-        const double taken = secondsOf(own);
-        ownTime += taken;
-        state.SetIterationTime(taken);
-    }
-    state.counters["ratio"] = ownTime / otherTime;
-}
 
 void readingAMillionEntriesBesideTheParserAlone(benchmark::State &state)
 {
@@ -255,12 +235,42 @@ void keepingAnAlarmInTheJournal(benchmark::State &state)
 }
 BENCHMARK(keepingAnAlarmInTheJournal)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
+void printRows(const MeasuredRuns &runs)
+{
+    using figures::row;
+    using figures::Unit;
+    const auto beside = [&runs](const char *what, const std::string &name, const char *floor, double most) {
+        row(what, runs.seconds(name), Unit::Seconds, figures::unbounded,
+            figures::Floor{runs.otherSeconds(name), floor, most});
+    };
+    beside("a `nodes.xml` of a million entries read into the tree",
+           "readingAMillionEntriesBesideTheParserAlone", "pugixml parsing it", 2.5);
+    beside("the same written", "writingAMillionEntriesBesideTheParserAlone", "pugixml building and saving it",
+           1.5);
+    beside("the same written, beside the shorter way", "writingAMillionEntriesBesideTheSaveOfABuiltDocument",
+           "pugixml saving it when it is built already", figures::unbounded);
+    constexpr double mostAnEntry = 120;
+    row("memory of an entry of the history beside its text, read",
+        runs.counter("readingAMillionEntriesBesideTheParserAlone", "bytes an entry"), Unit::Bytes,
+        mostAnEntry);
+    row("the same, appended", runs.counter("appendingAMillionEntries", "bytes an entry"), Unit::Bytes,
+        mostAnEntry);
+    row("the schedules of 10,000 stations", runs.seconds("evaluatingTheSchedulesOf10000Stations"),
+        Unit::Seconds, 0.05);
+    row("an alarm on the disk (journal, fdatasync)", runs.seconds("keepingAnAlarmInTheJournal"),
+        Unit::Seconds, 1);
+    row("100,000 notifications put into a tree of a million entries",
+        runs.seconds("adding100000Notifications"), Unit::Seconds);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     QCoreApplication application(argc, argv); // the journal's timer needs it
     benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    MeasuredRuns runs;
+    benchmark::RunSpecifiedBenchmarks(&runs);
+    printRows(runs);
+    return figures::exitCode();
 }

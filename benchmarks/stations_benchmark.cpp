@@ -5,12 +5,14 @@
 //     stations_benchmark [stations ...]        1000 and 9900 unless named
 
 #include "datagram_load.h"
+#include "figures.h"
 #include "link/io_thread.h"
 #include "opmode/operational_mode.h"
 #include "opmode/station.h"
 #include "opmode/station_sockets.h"
 #include "platform/exclusive_port.h"
 #include "platform/files.h"
+#include "process_cost.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -29,28 +31,14 @@ namespace {
 
 constexpr double microsecond = 1e-6;
 
+std::string named(const std::string &what, int stations)
+{
+    return what + ", " + std::to_string(stations) + " stations";
+}
+
 double wallTime()
 {
     return double(QueuedCallbackTimers::steadyTime().count()) / 1'000;
-}
-
-double processorTime()
-{
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now); // of all threads; the load comes from another process
-    return double(now.tv_sec) + double(now.tv_nsec) * 1e-9;
-}
-
-/// In bytes, of the whole process.
-double residentMemory()
-{
-    long pages = 0;
-    std::FILE *file = std::fopen("/proc/self/statm", "r");
-    if (file == nullptr || std::fscanf(file, "%*s %ld", &pages) != 1) {
-        giveUp("/proc/self/statm");
-    }
-    std::fclose(file);
-    return double(pages) * double(::sysconf(_SC_PAGESIZE));
 }
 
 /// At a port that is free.
@@ -179,8 +167,10 @@ public:
         m_io.run([] {});
         const double opened = wallTime() - start;
         QCoreApplication::processEvents();
-        std::printf("  opened and announced in %.2f s, %.1f KiB of memory a station\n", opened,
-                    (residentMemory() - before) / m_count / 1024);
+        std::printf("  opened and announced in %.2f s\n", opened);
+        constexpr double mostAStation = 12 * 1024;
+        figures::row(named("memory of a station beside its nodes", m_count),
+                     (residentMemory() - before) / m_count, figures::Unit::Bytes, mostAStation);
     }
 
     /// The ports that the stations listen at, learnt from their announcements.
@@ -321,9 +311,10 @@ int main(int argc, char **argv)
         stations.learnPorts();
         for (std::size_t i = 0; i < std::size(traffics); ++i) {
             const double used = least(stations, load, traffics[i]);
-            std::printf("  %-26s %6.1f us a datagram, bare loop %5.1f us: %.1f times\n", traffics[i].name,
-                        used, floor[i], used / floor[i]);
+            figures::row(named(std::string("a datagram, ") + traffics[i].name, count), used * microsecond,
+                         figures::Unit::Seconds, figures::unbounded,
+                         figures::Floor{floor[i] * microsecond, "bare epoll loop", 4});
         }
     }
-    return 0;
+    return figures::exitCode();
 }

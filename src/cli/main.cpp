@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <system_error>
 
 using namespace ktr::cli;
 
@@ -20,6 +21,11 @@ int main(int argc, char **argv)
     ktr::prepareConsole();
     const auto application = applicationFor(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("KTRconfig"));
-    const int code = understand(QCoreApplication::arguments().mid(1)).run();
+    int code = failed;
+    try {
+        code = understand(QCoreApplication::arguments().mid(1)).run();
+    } catch (const std::system_error &error) { // the system has no descriptor or thread left for the start
+        code = fail(QString::fromLocal8Bit(error.what()));
+    }
     return flushOutput() ? code : std::max(code, failed);
 }

@@ -13,7 +13,8 @@ namespace ktr {
 namespace {
 
 constexpr std::size_t fewestSlots = 64;
-constexpr std::size_t toleratedWaste = std::size_t{1} << 20;
+/// Of the arena: values that change for months are to take no more memory than this. Beyond, a quarter of it.
+constexpr std::size_t toleratedWaste = std::size_t{64} << 10;
 constexpr std::size_t largestArena = 0xFFFFFF00;
 
 /// A length, seven bits a byte, the last one below 128.
@@ -125,9 +126,7 @@ void NodeStore::remove(Id id)
         m_nodes[last].text = dead;
         --m_alive;
     }
-    if (m_waste > toleratedWaste && m_waste > m_arena.size() / 2) {
-        compact();
-    }
+    compactWhenWasteful();
 }
 
 bool NodeStore::setText(Id id, std::string_view text)
@@ -148,9 +147,7 @@ bool NodeStore::setText(Id id, std::string_view text)
     }
     m_nodes[id].text = *stored;
     m_waste += before.size;
-    if (m_waste > toleratedWaste && m_waste > m_arena.size() / 2) {
-        compact();
-    }
+    compactWhenWasteful();
     return true;
 }
 
@@ -363,10 +360,14 @@ void NodeStore::rebuildSlots(std::size_t slots)
     }
 }
 
-void NodeStore::compact()
+void NodeStore::compactWhenWasteful()
 {
+    if (m_waste <= std::max(toleratedWaste, m_arena.size() / 4)) {
+        return;
+    }
     std::string arena;
-    arena.reserve(m_arena.size() - m_waste);
+    const std::size_t used = m_arena.size() - m_waste;
+    arena.reserve(used + used / 2 + toleratedWaste); // it need not move until the next time
     for (Id id = root; id < end(); ++id) {
         if (isAlive(id)) {
             const std::string_view stored(m_arena.data() + m_nodes[id].text, texts(id).size);

@@ -112,7 +112,7 @@ private:
     std::uint32_t hash(Id parent, std::string_view name) const;
     void removeSlot(Id id);
     void rebuildSlots(std::size_t slots);
-    void compact();
+    void compactWhenWasteful();
 
     std::vector<Node> m_nodes;
     QHash<Id, Branch> m_branches; ///< of the nodes that have, or are made to have, children

@@ -176,14 +176,27 @@ qint64 StationSockets::unsentDatagrams() const
     return m_batch->unsent;
 }
 
+bool StationSockets::isMuch(std::size_t events)
+{
+    const qint64 elapsed = m_sinceCount.isValid() ? m_sinceCount.elapsed() : 2 * lookInterval.count();
+    if (elapsed >= lookInterval.count()) {
+        m_countedBefore = elapsed < 2 * lookInterval.count() ? m_counted : 0;
+        m_counted = 0;
+        m_sinceCount.start();
+    }
+    m_counted += events;
+    return m_countedBefore + m_counted >= manyEvents;
+}
+
 void StationSockets::deliver()
 {
     // While much comes, it is looked for now and then: to be called for each datagram costs more than the
     // datagram itself.
-    const bool isBusy = m_sinceLook.isValid() && m_sinceLook.elapsed() < 2 * lookInterval.count();
     m_sinceLook.start();
     m_nextLook.start(lookInterval); // where a listener asks the user something, the rest is told from there
-    std::ranges::move(m_batch->take(), std::back_inserter(m_waiting));
+    std::vector<Event> events = m_batch->take();
+    const bool isBusy = isMuch(events.size());
+    std::ranges::move(events, std::back_inserter(m_waiting));
     const bool isQuiet = m_waiting.empty();
     while (!m_waiting.empty()) {
         const Event event = std::move(m_waiting.front());

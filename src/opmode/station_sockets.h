@@ -27,8 +27,10 @@ public:
     /// So long the owner's thread is kept at a time, an event more at most; the rest is told in its next
     /// turn.
     static constexpr std::chrono::milliseconds longestTurn{15};
-    /// While much comes, it is handed over no more often.
+    /// While much comes, it is handed over no more often. Much are so many events in the last two of these
+    /// times; of less, each event is told at once.
     static constexpr std::chrono::milliseconds lookInterval{10};
+    static constexpr std::size_t manyEvents = 12;
 
     /// Raises the process's limit of descriptors.
     explicit StationSockets(IoThread &io, PortRange ports = {}, QObject *parent = nullptr);
@@ -48,6 +50,7 @@ private:
     class Batch;
 
     void deliver();
+    bool isMuch(std::size_t events);
 
     IoThread &m_io;
     UdpPairOptions m_options;
@@ -55,6 +58,9 @@ private:
     std::deque<Event> m_waiting; ///< taken over, not told yet
     QTimer m_nextLook;
     QElapsedTimer m_sinceLook;
+    QElapsedTimer m_sinceCount;
+    std::size_t m_counted = 0;                  ///< events since then
+    std::size_t m_countedBefore = 0;            ///< in the interval before that
     std::unordered_map<quint64, Line *> m_open; ///< by the number of the connection
     quint64 m_connections = 0;
     bool m_isFull = false; ///< no pair was free, and none was closed since: looking again takes long
