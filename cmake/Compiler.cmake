@@ -27,6 +27,12 @@ if(KTR_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(KTR_SANITIZE_THREADS)
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_compile_definitions(ASIO_DISABLE_FENCED_BLOCK) # fences are unknown to it; Asio's mutex orders the same
+  add_link_options(-fsanitize=thread)
+endif()
+
 if(KTR_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
