@@ -2,6 +2,7 @@
 #include "platform/helper_program.h"
 #include "platform/registry.h"
 #include "platform/settings_store.h"
+#include "support/test_files.h"
 
 #include <QApplication>
 #include <QDir>
@@ -16,6 +17,8 @@
 
 using namespace ktr;
 using namespace Qt::StringLiterals;
+using test::contentOf;
+using test::writeFile;
 
 namespace {
 
@@ -29,18 +32,6 @@ QString stored()
 void store(const QString &text)
 {
     QVERIFY(SettingsStore().SaveSetting(u"CommonDialog"_s, u"Filename"_s, u"LastSelectedFilename"_s, text));
-}
-
-QString contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
 }
 
 QFileDialog *openDialog()
@@ -96,7 +87,7 @@ private Q_SLOTS:
         QCOMPARE(proposal, u"KTR_Mill Lane"_s);
         QCOMPARE(whileBusy, QString());
         QVERIFY(!m_dialogs->isBusy());
-        QCOMPARE(contentOf(path(u"arguments"_s)), u"ShowSave\n*.xml|*.xml\n"_s);
+        QCOMPARE(contentOf(path(u"arguments"_s)), "ShowSave\n*.xml|*.xml\n");
 
         QVERIFY(QFile::remove(path(u"arguments"_s)));
         whenHelperRuns([&] {
@@ -104,7 +95,7 @@ private Q_SLOTS:
             store(answer);
         });
         QCOMPARE(m_dialogs->askOpen(xmlFilter), expected);
-        QCOMPARE(contentOf(path(u"arguments"_s)), u"ShowOpen\n*.xml|*.xml\n"_s);
+        QCOMPARE(contentOf(path(u"arguments"_s)), "ShowOpen\n*.xml|*.xml\n");
     }
 
     void withoutAUsableHelperTheDialogIsInProcess_data()
@@ -122,7 +113,7 @@ private Q_SLOTS:
         if (!helper.isEmpty()) {
             installHelper(helper);
         }
-        writeFile(path(u"station.xml"_s), "<KTR/>");
+        QVERIFY(writeFile(path(u"station.xml"_s), "<KTR/>"));
         if (!storeWorks) {
             MRegistry::setRegistryFile(path(u"station.xml/below-a-file.json"_s));
         }
@@ -147,7 +138,7 @@ private Q_SLOTS:
         });
         QCOMPARE(m_dialogs->askSave(u"KTR_a/b"_s, xmlFilter), path(u"KTR_a_b.xml"_s));
 
-        writeFile(path(u"there.xml"_s), "<KTR/>");
+        QVERIFY(writeFile(path(u"there.xml"_s), "<KTR/>"));
         bool asked = false;
         whenDialogOpens([&asked](QFileDialog *dialog) {
             QTimer::singleShot(0, qApp, [&asked, dialog] {
@@ -173,7 +164,7 @@ private:
         const QByteArray recording =
             "#!/bin/sh\nprintf '%s\\n' \"$@\" > '" + path(u"arguments.new"_s).toUtf8() + "'\nmv '" +
             path(u"arguments.new"_s).toUtf8() + "' '" + path(u"arguments"_s).toUtf8() + "'\n";
-        writeFile(file, script.isEmpty() ? recording : script);
+        QVERIFY(writeFile(file, script.isEmpty() ? recording : script));
         QVERIFY(QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
         QCOMPARE(findHelper(m_folder->path(), u"CommonDialog"_s), QDir::toNativeSeparators(file));
     }

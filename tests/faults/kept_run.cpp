@@ -8,12 +8,14 @@
 #include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
+#include "support/test_files.h"
 
 #include <QCoreApplication>
 
 #include <cstdio>
 
 using namespace ktr;
+using test::contentOf;
 
 namespace {
 
@@ -21,12 +23,6 @@ void say(const char *what, const QString &text)
 {
     std::printf("%s %s\n", what, qPrintable(text));
     std::fflush(stdout);
-}
-
-QByteArray contentOf(const QString &path)
-{
-    QByteArray bytes;
-    return readFile(path, bytes, 1 << 20) ? bytes : QByteArray();
 }
 
 } // namespace

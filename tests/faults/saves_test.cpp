@@ -4,6 +4,7 @@
 #include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
+#include "support/test_files.h"
 
 #include <QDir>
 #include <QProcess>
@@ -13,6 +14,7 @@
 
 using namespace ktr;
 using namespace Qt::StringLiterals;
+using test::contentOf;
 
 namespace {
 
@@ -24,12 +26,6 @@ struct Ended
     QStringList lines{};
     QString errors{};
 };
-
-QByteArray contentOf(const QString &path)
-{
-    QByteArray bytes;
-    return readFile(path, bytes, 1 << 20) ? bytes : QByteArray();
-}
 
 /// What a start finds in a folder.
 struct Found

@@ -1,4 +1,5 @@
 #include "platform/files.h"
+#include "support/test_files.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,23 +9,12 @@
 
 using namespace ktr;
 using namespace Qt::StringLiterals;
+using test::contentOf;
+using test::writeFile;
 
 namespace {
 
 constexpr qsizetype replacementSize = 1 << 20;
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(none)");
-}
-
-void write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
-}
 
 } // namespace
 
@@ -41,7 +31,7 @@ private Q_SLOTS:
     {
         QVERIFY(!replaceFile(m_folder.path(), "x"));
         QVERIFY(!replaceFile(path(u"missing/file"_s), "x"));
-        write(path(u"tür"_s), "the old content");
+        QVERIFY(writeFile(path(u"tür"_s), "the old content"));
         QVERIFY(replaceFile(path(u"tür"_s), "new"));
         QCOMPARE(contentOf(path(u"tür"_s)), "new");
         QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"tür"_s});
@@ -70,7 +60,7 @@ private Q_SLOTS:
 
     void aFileBeyondTheLimitIsNotRead()
     {
-        write(path(u"long"_s), QByteArray(11, 'x'));
+        QVERIFY(writeFile(path(u"long"_s), QByteArray(11, 'x')));
         QByteArray content;
         QVERIFY(!readFile(path(u"long"_s), content, 10));
         QVERIFY(readFile(path(u"long"_s), content, 11));

@@ -1,5 +1,6 @@
 #include "platform/files.h"
 #include "platform/serial_device.h"
+#include "support/test_files.h"
 
 #include <QDir>
 #include <QFile>
@@ -9,23 +10,12 @@
 
 using namespace ktr;
 using namespace Qt::StringLiterals;
+using test::contentOf;
+using test::writeFile;
 
 namespace {
 
 constexpr qsizetype replacementSize = 1 << 20;
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArrayLiteral("(none)");
-}
-
-void write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
-}
 
 } // namespace
 
@@ -54,7 +44,7 @@ private Q_SLOTS:
 
     void aLinkStaysALinkAndItsTargetIsReplaced()
     {
-        write(path(u"target"_s), "old");
+        QVERIFY(writeFile(path(u"target"_s), "old"));
         QVERIFY(QFile::link(path(u"target"_s), path(u"link"_s)));
         QVERIFY(replaceFile(path(u"link"_s), "new"));
         QVERIFY(QFileInfo(path(u"link"_s)).isSymLink());
@@ -73,7 +63,7 @@ private Q_SLOTS:
         QFETCH(QString, limits);
         QTemporaryDir folder;
         const QString file = folder.filePath(u"file"_s);
-        write(file, "the old content");
+        QVERIFY(writeFile(file, "the old content"));
         QProcess process;
         process.start(u"sh"_s, {u"-c"_s, limits + u" exec \"$0\" --replace \"$1\""_s,
                                 QCoreApplication::applicationFilePath(), file});
@@ -97,11 +87,11 @@ private Q_SLOTS:
     {
         QVERIFY(QDir(m_folder.path()).mkpath(u"dev"_s));
         for (const QString name : {"ttyS0", "ttyS1", "ttyUSB10", "ttyUSB2", "ttyACM0", "tty1", "null"}) {
-            write(path(u"dev/"_s + name), "");
+            QVERIFY(writeFile(path(u"dev/"_s + name), ""));
         }
         for (const QString name : {"ttyS0", "ttyS1"}) {
             QVERIFY(QDir(m_folder.path()).mkpath(u"class/"_s + name));
-            write(path(u"class/"_s + name + u"/type"_s), name == u"ttyS0"_s ? "0\n" : "4\n");
+            QVERIFY(writeFile(path(u"class/"_s + name + u"/type"_s), name == u"ttyS0"_s ? "0\n" : "4\n"));
         }
         const QString dev = path(u"dev"_s);
         const QStringList expected{dev + u"/ttyUSB2"_s, dev + u"/ttyUSB10"_s, dev + u"/ttyACM0"_s,

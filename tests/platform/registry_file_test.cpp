@@ -1,6 +1,7 @@
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "platform/settings_store.h"
+#include "support/test_files.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -12,17 +13,12 @@
 
 using namespace ktr;
 using namespace ktr::MRegistry;
+using test::contentOf;
 
 namespace {
 
 const QString user = "hkey_current_user";
 const QString program = "Software\\Korvane\\KTRconfig";
-
-QByteArray contentOf(const QString &path)
-{
-    QByteArray content;
-    return readFile(path, content, 1 << 20) ? content : QByteArray("(cannot be read)");
-}
 
 const auto store = [](const QString &text) { SetRegistryString(user, program, "Language", text); };
 const auto stored = [] { return GetRegistryString(user, program, "Language"); };

@@ -4,6 +4,7 @@
 #include "platform/registry.h"
 #include "platform/serial_device.h"
 #include "platform/terminal.h"
+#include "support/test_files.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -17,16 +18,7 @@
 
 using namespace ktr;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-QByteArray contentOf(const QString &path)
-{
-    QByteArray content;
-    return readFile(path, content, 1 << 20) ? content : QByteArray();
-}
-
-} // namespace
+using test::contentOf;
 
 /// What this system has otherwise than the others: window styles, its own timers, value types, access lists.
 class WindowsServicesTest : public QObject
