@@ -29,17 +29,14 @@ bool RecentFiles::add(const QString &fileName)
     if (!m_names.isEmpty() && m_names.front() == fileName) {
         return true;
     }
-    const QStringList before = m_names;
     m_names.removeAll(fileName);
     m_names.prepend(fileName);
     m_names.resize(std::min<qsizetype>(m_names.size(), longest));
-    bool kept = true;
+    QList<std::pair<QString, QString>> entries;
     for (int index = 0; index < longest; ++index) {
-        if (m_names.value(index) != before.value(index)) {
-            kept = m_store.SaveSetting(application, section, key(index), m_names.value(index)) && kept;
-        }
+        entries.emplace_back(key(index), m_names.value(index));
     }
-    return kept;
+    return m_store.SaveSettings(application, section, entries);
 }
 
 } // namespace ktr

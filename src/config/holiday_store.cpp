@@ -26,13 +26,12 @@ void loadHolidays(HolidayList &holidays, const SettingsStore &store)
 
 bool saveHolidays(const HolidayList &holidays, SettingsStore &store)
 {
+    QList<std::pair<QString, QString>> lines;
+    // The unused keys are written too, or a shorter list would keep the tail of a longer one.
     for (int index = 0; index < HolidayList::capacity; ++index) {
-        // The unused keys are written too, or a shorter list would keep the tail of a longer one.
-        if (!store.SaveSetting(application, section, lineKey(index), holidays.lines().value(index))) {
-            return false;
-        }
+        lines.emplace_back(lineKey(index), holidays.lines().value(index));
     }
-    return true;
+    return store.SaveSettings(application, section, lines);
 }
 
 } // namespace ktr

@@ -2,7 +2,10 @@
 
 #include "platform/timers.h"
 
+#include <QList>
 #include <QString>
+
+#include <utility>
 
 namespace ktr {
 
@@ -48,11 +51,15 @@ void setRegistryFile(const QString &path, Milliseconds lockWait = std::chrono::s
 /// replaces. Keys and value names are compared without regard to case. A zero ends a name or a text.
 namespace RegistryBackEnd {
 
+using NamedTexts = QList<std::pair<QString, QString>>;
+
 /// "HKEY_CURRENT_USER" and the like; empty for a handle that is no root's.
 QLatin1String rootName(quint32 root);
 
 MRegistry::Error createKey(quint32 root, const QString &subkey);
 MRegistry::Error setText(quint32 root, const QString &subkey, const QString &valueName, const QString &text);
+/// Sets texts of a key, which is created where it is missing: in a registry that is a file by one save.
+MRegistry::Error setTexts(quint32 root, const QString &subkey, const NamedTexts &texts);
 MRegistry::Error getText(quint32 root, const QString &subkey, const QString &valueName, QString &text);
 
 } // namespace RegistryBackEnd

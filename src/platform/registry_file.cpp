@@ -19,6 +19,7 @@
 namespace ktr {
 
 using MRegistry::Error;
+using RegistryBackEnd::NamedTexts;
 
 // One JSON file with an object a key, named by the key's whole path, in which the
 // values stand. Other programs write into it too, so it is read anew for every call. Writers exclude each
@@ -77,6 +78,31 @@ QStringList pathOf(quint32 root, const QString &subkey)
         return {};
     }
     return QStringList(name) + upToZero(subkey).split(u'\\', Qt::SkipEmptyParts);
+}
+
+/// Makes a key and its parents where they are missing, and gives it as it is spelled.
+QString makeKey(QJsonObject &keys, const QStringList &path)
+{
+    QString key;
+    for (const QString &name : path) {
+        const QString wanted = key.isEmpty() ? name : QString(key + u'\\' + name);
+        const auto present = spelling(keys, wanted);
+        key = present.value_or(wanted);
+        if (!present) {
+            keys.insert(key, QJsonObject());
+        }
+    }
+    return key;
+}
+
+void put(QJsonObject &keys, const QString &key, const NamedTexts &texts)
+{
+    QJsonObject values = keys.value(key).toObject();
+    for (const auto &[valueName, text] : texts) {
+        const QString name = upToZero(valueName);
+        values.insert(spelling(values, name).value_or(name), upToZero(text));
+    }
+    keys.insert(key, values);
 }
 
 /// A missing file is an empty registry, and so is an empty one: there is nothing in it to lose.
@@ -170,15 +196,7 @@ Error createKey(quint32 root, const QString &subkey)
         return Error::NoRoot;
     }
     return change([&path](QJsonObject &keys) {
-        QString key;
-        for (const QString &name : path) {
-            const QString wanted = key.isEmpty() ? name : QString(key + u'\\' + name);
-            const auto present = spelling(keys, wanted);
-            key = present.value_or(wanted);
-            if (!present) {
-                keys.insert(key, QJsonObject());
-            }
-        }
+        makeKey(keys, path);
         return Error::None;
     });
 }
@@ -194,10 +212,19 @@ Error setText(quint32 root, const QString &subkey, const QString &valueName, con
         if (!key) {
             return Error::NotFound;
         }
-        QJsonObject values = keys.value(*key).toObject();
-        const QString name = upToZero(valueName);
-        values.insert(spelling(values, name).value_or(name), upToZero(text));
-        keys.insert(*key, values);
+        put(keys, *key, {{valueName, text}});
+        return Error::None;
+    });
+}
+
+Error setTexts(quint32 root, const QString &subkey, const NamedTexts &texts)
+{
+    const QStringList path = pathOf(root, subkey);
+    if (path.isEmpty()) {
+        return Error::NoRoot;
+    }
+    return change([&](QJsonObject &keys) {
+        put(keys, makeKey(keys, path), texts);
         return Error::None;
     });
 }

@@ -43,6 +43,16 @@ public:
         return root == 0 ? Error::NoRoot
                          : Error(::RegOpenKeyA(systemRoot(root), systemText(subkey).constData(), &m_key));
     }
+    Error set(const QString &valueName, const QString &text)
+    {
+        const QByteArray bytes = systemText(text);
+        if (bytes.size() >= std::numeric_limits<int>::max()) {
+            return Error::TooLong;
+        }
+        const auto size = static_cast<DWORD>(bytes.size() + 1); // with the zero at its end
+        return Error(::RegSetValueExA(m_key, systemText(valueName).constData(), 0, REG_SZ,
+                                      reinterpret_cast<const BYTE *>(bytes.constData()), size));
+    }
     HKEY handle() const { return m_key; }
 
 private:
@@ -77,13 +87,20 @@ Error setText(quint32 root, const QString &subkey, const QString &valueName, con
     if (const Error opened = key.open(root, subkey); opened != Error::None) {
         return opened;
     }
-    const QByteArray bytes = systemText(text);
-    if (bytes.size() >= std::numeric_limits<int>::max()) {
-        return Error::TooLong;
+    return key.set(valueName, text);
+}
+
+Error setTexts(quint32 root, const QString &subkey, const NamedTexts &texts)
+{
+    OpenKey key;
+    Error error = key.create(root, subkey);
+    for (const auto &[valueName, text] : texts) {
+        if (error != Error::None) {
+            break;
+        }
+        error = key.set(valueName, text);
     }
-    const auto size = static_cast<DWORD>(bytes.size() + 1); // with the zero at its end
-    return Error(::RegSetValueExA(key.handle(), systemText(valueName).constData(), 0, REG_SZ,
-                                  reinterpret_cast<const BYTE *>(bytes.constData()), size));
+    return error;
 }
 
 Error getText(quint32 root, const QString &subkey, const QString &valueName, QString &text)

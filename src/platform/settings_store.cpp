@@ -31,9 +31,14 @@ QString SettingsStore::GetSetting(const QString &application, const QString &sec
 bool SettingsStore::SaveSetting(const QString &application, const QString &section, const QString &key,
                                 const QString &value)
 {
-    const QString path = keyOf(application, section);
-    return RegistryBackEnd::createKey(userRoot(), path) == MRegistry::Error::None &&
-           RegistryBackEnd::setText(userRoot(), path, key, value) == MRegistry::Error::None;
+    return SaveSettings(application, section, {{key, value}});
+}
+
+bool SettingsStore::SaveSettings(const QString &application, const QString &section,
+                                 const QList<std::pair<QString, QString>> &values)
+{
+    return RegistryBackEnd::setTexts(userRoot(), keyOf(application, section), values) ==
+           MRegistry::Error::None;
 }
 
 } // namespace ktr

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QList>
 #include <QString>
+
+#include <utility>
 
 namespace ktr {
 
@@ -16,6 +19,10 @@ public:
     /// Stores a text, up to its first zero. Gives false when that failed; what was stored then stays.
     bool SaveSetting(const QString &application, const QString &section, const QString &key,
                      const QString &value);
+
+    /// Stores several texts of a section (key, text) at once: waits for the disk one time only.
+    bool SaveSettings(const QString &application, const QString &section,
+                      const QList<std::pair<QString, QString>> &values);
 };
 
 } // namespace ktr

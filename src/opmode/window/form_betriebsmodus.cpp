@@ -372,10 +372,9 @@ void Form_betriebsmodus::closeEvent(QCloseEvent *event)
         }
     }
     m_countTimer.stop();
-    SettingsStore store;
-    store.SaveSetting(storeName, storeSection, geometryKey, QString::fromLatin1(saveGeometry().toBase64()));
-    store.SaveSetting(storeName, storeSection, splitterKey,
-                      QString::fromLatin1(m_splitter->saveState().toBase64()));
+    SettingsStore().SaveSettings(storeName, storeSection,
+                                 {{geometryKey, QString::fromLatin1(saveGeometry().toBase64())},
+                                  {splitterKey, QString::fromLatin1(m_splitter->saveState().toBase64())}});
     event->accept();
     Q_EMIT closed();
 }
