@@ -118,7 +118,9 @@ int compare(const Arguments &arguments)
     Configuration expected;
     readConfiguration(writeConfiguration(asHeld(meant.configuration(), environment.locale), environment),
                       expected, environment);
-    const QStringList lines = differences(expected, held.configuration(), environment.locale);
+    Configuration found = held.configuration();
+    takeUntold(found, expected);
+    const QStringList lines = differences(expected, found, environment.locale);
     for (const QString &line : lines) {
         print(line);
     }

@@ -173,6 +173,18 @@ Configuration asHeld(const Configuration &meant, const QLocale &locale)
     return held;
 }
 
+void takeUntold(Configuration &held, const Configuration &meant)
+{
+    held.info = meant.info;
+    held.gsm.stationType = meant.gsm.stationType;
+    for (std::size_t i = 0; i < held.administrators.size(); ++i) {
+        held.administrators[i].name = meant.administrators[i].name;
+    }
+    for (std::size_t i = 0; i < held.scaling.size(); ++i) {
+        held.scaling[i].unit = meant.scaling[i].unit;
+    }
+}
+
 QString addressForm(quint32 address)
 {
     QStringList groups;

@@ -13,6 +13,10 @@ namespace ktr {
 /// stays as meant, so that comparing shows it.
 Configuration asHeld(const Configuration &meant, const QLocale &locale);
 
+/// Gives `held` what no command tells a module (who made the file, the administrators' names, the units) as
+/// it stands in `meant`, so that a file which was never in a module can be compared, too.
+void takeUntold(Configuration &held, const Configuration &meant);
+
 /// An address in the form that the configuration keeps: "010.000.000.001".
 QString addressForm(quint32 address);
 

@@ -1,3 +1,5 @@
+#include "support/test_files.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -8,6 +10,7 @@
 #include <csignal>
 
 using namespace Qt::StringLiterals;
+using ktr::test::contentOf;
 
 namespace {
 
@@ -17,12 +20,6 @@ struct Result
     QString output;
     QString errors;
 };
-
-QByteArray contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : "(none)";
-}
 
 /// A virtual module, or what watches some, in a process of its own.
 class Module
@@ -172,6 +169,7 @@ private Q_SLOTS:
         QCOMPARE(ktrcli(u"convert @1.xml @2.xml"_s).code, 0);
         const QByteArray sample = withoutTime(contentOf(words(u"@sample"_s).first()));
         QCOMPARE(withoutTime(contentOf(path(u"1.xml"_s))), sample);
+        QCOMPARE(ktrcli(u"compare @sample @1.xml"_s).code, 0); // names and units are told to no module
         QCOMPARE(withoutTime(contentOf(path(u"2.xml"_s))), sample);
     }
 
