@@ -62,7 +62,7 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     m_file.emplace(nodesPath);
     QHash<QString, StationAttributes> attributes;
     m_tree.beginLoading();
-    const Status loaded = load(attributes);
+    Status loaded = load(attributes);
     if (!loaded) {
         Q_EMIT told(loaded.message());
     }
@@ -171,7 +171,7 @@ QString OperationalMode::addStation(const QString &name, const QString &hostAddr
     if (wanted.isEmpty() || wanted.contains(u'/')) {
         return {};
     }
-    const QString kennung = m_tree.freeName(wanted);
+    QString kennung = m_tree.freeName(wanted);
     if (!m_stations.addStation(kennung, hostAddress)) {
         return {};
     }
@@ -356,7 +356,8 @@ void OperationalMode::keep(const QString &kennung)
 Status OperationalMode::close()
 {
     if (m_journal) {
-        if (const Status written = m_keeper->save(); !written) {
+        m_stations.forEach([](cStation &station) { station.handleWaiting(); });
+        if (Status written = m_keeper->save(); !written) {
             return written;
         }
         m_tree.setObserver({});
@@ -396,7 +397,7 @@ Status OperationalMode::acknowledge(const QModelIndexList &entries)
         for (const NodeChange &change : changes) {
             m_journal->add(change);
         }
-        if (const Status kept = m_journal->flushNow(); !kept) {
+        if (Status kept = m_journal->flushNow(); !kept) {
             // The journal may get there later: what is shown is what counts.
             for (NodeChange change : changes) {
                 change.colour = StationTree::alarmColour;

@@ -187,13 +187,18 @@ void cStation::DataArrival(const QByteArray &data)
     handleArrivals();
 }
 
-void cStation::handleArrivals()
+void cStation::handleWaiting()
+{
+    handleArrivals(true);
+}
+
+void cStation::handleArrivals(bool inPausesToo)
 {
     if (m_isHandling) {
         return; // the owner asks the user something meanwhile
     }
     m_isHandling = true;
-    while (!m_arrivals.empty() && !Tmr_pause.Enabled()) {
+    while (!m_arrivals.empty() && (inPausesToo || !Tmr_pause.Enabled())) {
         const QByteArray data = std::move(m_arrivals.front());
         m_arrivals.pop_front();
         handle(data);

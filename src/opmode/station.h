@@ -69,6 +69,9 @@ public:
     void DataArrival(const QByteArray &data) override;
     void lineTrouble(const QString &text) override;
 
+    /// Deals at once with what waits for its turn, for an owner that is about to save and to end.
+    void handleWaiting();
+
     void Tmr_sendSettle_Timer();
     void Tmr_eth_brokenConnection_Timer();
     void Tmr_pause_Timer();
@@ -103,7 +106,7 @@ private:
     void report(const QString &text);
     void trace(QLatin1String direction, const QString &text) const;
 
-    void handleArrivals();
+    void handleArrivals(bool inPausesToo = false);
     void handle(const QByteArray &data);
     void handleReport(QString report);
     void handleLine(const QString &line);
