@@ -12,7 +12,6 @@
 #include <asio/steady_timer.hpp>
 
 #include <algorithm>
-#include <deque>
 #include <thread>
 
 namespace ktr {
@@ -258,7 +257,7 @@ public:
 
     void write(const QByteArray &bytes)
     {
-        if (!m_target && !m_waiting.empty() && m_waiting.back() == bytes) {
+        if (!m_target && !m_waiting.empty() && m_waiting.constLast() == bytes) {
             return; // an announcement that is repeated while the name is looked up
         }
         for (qsizetype at = 0; at < bytes.size(); at += longestDatagram) {
@@ -352,8 +351,8 @@ private:
         }
         m_isWriting = true;
         m_sendSocket.async_send_to(
-            asio::buffer(m_waiting.front().constData(), std::size_t(m_waiting.front().size())), *m_target,
-            [self = shared_from_this()](const asio::error_code &error, std::size_t) {
+            asio::buffer(m_waiting.constFirst().constData(), std::size_t(m_waiting.constFirst().size())),
+            *m_target, [self = shared_from_this()](const asio::error_code &error, std::size_t) {
                 self->m_isWriting = false;
                 self->m_waiting.pop_front();
                 if (self->m_isClosed) {
@@ -395,7 +394,7 @@ private:
     udp::endpoint m_sender;
     /// Room for any datagram. The system gives memory to what of it was used, a page for most pairs.
     std::unique_ptr<char[]> m_input = std::make_unique_for_overwrite<char[]>(longestDatagram);
-    std::deque<QByteArray> m_waiting;
+    QByteArrayList m_waiting; ///< mostly none or one, so no deque: its blocks are large beside that
     bool m_isWriting = false;
     std::function<void()> m_drained;
     asio::error_code m_told;

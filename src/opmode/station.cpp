@@ -199,8 +199,7 @@ void cStation::handleArrivals(bool inPausesToo)
     }
     m_isHandling = true;
     while (!m_arrivals.empty() && (inPausesToo || !Tmr_pause.Enabled())) {
-        const QByteArray data = std::move(m_arrivals.front());
-        m_arrivals.pop_front();
+        const QByteArray data = m_arrivals.takeFirst();
         handle(data);
     }
     m_isHandling = false;

@@ -3,9 +3,8 @@
 #include "opmode/lite_timer.h"
 #include "opmode/station_line.h"
 
+#include <QByteArrayList>
 #include <QStringList>
-
-#include <deque>
 
 namespace ktr {
 
@@ -136,7 +135,7 @@ private:
     QString m_receiveBuffer;
     QString m_trouble;
 
-    std::deque<QByteArray> m_arrivals;
+    QByteArrayList m_arrivals;
     bool m_isHandling = false;
 
     CLiteTimer Tmr_sendSettle;
