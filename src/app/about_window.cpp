@@ -37,7 +37,7 @@ QString machineSetting(const char *subkey, const char *valueName)
 /// Where the system's information program should be; empty when the registry names none.
 QString systemInformationProgram()
 {
-    const QString path = machineSetting("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO", "PATH");
+    QString path = machineSetting("SOFTWARE\\Microsoft\\Shared Tools\\MSINFO", "PATH");
     if (!path.isEmpty()) {
         return path;
     }

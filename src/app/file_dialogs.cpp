@@ -113,7 +113,7 @@ QString FileDialogs::askInProcess(Purpose purpose, const QString &proposedName, 
     }
     const bool accepted = dialog->exec() == QDialog::Accepted;
     // The parent may have been destroyed meanwhile, and the dialog with it.
-    const QString answer = accepted && dialog ? dialog->selectedFiles().value(0) : QString();
+    QString answer = accepted && dialog ? dialog->selectedFiles().value(0) : QString();
     delete dialog.data();
     return answer;
 }

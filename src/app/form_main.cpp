@@ -286,7 +286,7 @@ void FormMain::closeEvent(QCloseEvent *event)
 
 Page *FormMain::buildPage(PageIndex index)
 {
-    const auto made = [this]<class AnyPage>(AnyPage *page) {
+    const auto made = [this](auto *page) {
         if constexpr (requires { m_linkPresenter->attach(*page); }) {
             m_linkPresenter->attach(*page);
         }

@@ -37,6 +37,7 @@ public:
     /// The page, built by now.
     Page *page(PageIndex index);
     /// Null when it was not needed yet.
+    // cppcheck-suppress CastIntegerToAddressAtReturn ; the array is one of pointers
     Page *builtPage(PageIndex index) const { return m_pages[static_cast<std::size_t>(index)]; }
 
     /// Builds one page that is not built yet; gives false when there is none.

@@ -10,7 +10,7 @@ namespace ktr {
 
 namespace {
 
-constexpr qint64 minutesOfADay = 24 * 60;
+constexpr qint64 minutesOfADay = qint64{24} * 60;
 
 /// The fields of a line one after the other.
 class Fields
@@ -59,7 +59,7 @@ public:
         if (!date.isValid() || hour > 23 || minute > 59) {
             return false;
         }
-        m_minutes = firstDay().daysTo(date) * minutesOfADay + hour * 60 + minute;
+        m_minutes = firstDay().daysTo(date) * minutesOfADay + qint64{hour} * 60 + minute;
         return true;
     }
 

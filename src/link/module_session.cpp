@@ -46,7 +46,7 @@ std::optional<StepCommand> ModuleSession::nextCommand()
 Status ModuleSession::open(const QString &address)
 {
     close();
-    const Status opened = m_transport.open(address);
+    Status opened = m_transport.open(address);
     if (opened) {
         perform(m_dialogue->connected());
     }

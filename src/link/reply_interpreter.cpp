@@ -54,9 +54,10 @@ std::vector<ReplyEvent> interpretReply(const ModemDialogue::Reply &reply)
     }
     std::vector<ReplyEvent> events;
     static const QRegularExpression lineEnds(QStringLiteral("[\r\n\x1A]+"));
-    const auto pieces = QStringView(text).split(lineEnds, Qt::SkipEmptyParts);
+    const QStringView whole = text;
+    const auto pieces = whole.split(lineEnds, Qt::SkipEmptyParts);
     for (QStringView piece : pieces) {
-        const bool isLast = piece.end() == QStringView(text).end();
+        const bool isLast = piece.data() + piece.size() == whole.data() + whole.size();
         if (isMessage && !piece.startsWith(byItself)) {
             piece = piece.sliced(piece.indexOf(insideLine) + 1);
         }

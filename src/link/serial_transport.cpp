@@ -143,7 +143,7 @@ SerialTransport::SerialTransport(IoThread &io, QObject *parent) : Transport(pare
 
 SerialTransport::~SerialTransport()
 {
-    close();
+    SerialTransport::close();
 }
 
 Status SerialTransport::open(const QString &address)

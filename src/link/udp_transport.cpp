@@ -8,7 +8,7 @@ UdpTransport::UdpTransport(IoThread &io, QObject *parent, PortRange ports)
 
 UdpTransport::~UdpTransport()
 {
-    close();
+    UdpTransport::close();
 }
 
 Status UdpTransport::open(const QString &address)

@@ -58,7 +58,7 @@ public:
     int minuteOfDay() const; ///< 0 to 1439
     auto operator<=>(const WallMinute &) const = default;
 
-    static constexpr qint64 minutesOfADay = 24 * 60;
+    static constexpr qint64 minutesOfADay = qint64{24} * 60;
     static constexpr qint64 minutesOfAWeek = 7 * minutesOfADay;
 
 private:

@@ -142,7 +142,7 @@ Status JournalFile::goOnFrom(quint64 base)
         const auto kept = recordsBehindMark(records, base);
         file.close();
         if (kept && records.size() == m_size - m_mark) {
-            const Status replaced = replace(journal + *kept);
+            Status replaced = replace(journal + *kept);
             m_base = replaced ? base : m_base;
             return replaced;
         }

@@ -110,7 +110,7 @@ NodeChange savedMark(quint64 base, const StationKeys &renamings)
     mark.what = NodeChange::What::Saved;
     mark.moment = static_cast<qint64>(base);
     for (const auto &[before, after] : renamings) { // no "/" stands in them
-        mark.text += before + '/' + after + '/';
+        mark.text.append(before).append(1, '/').append(after).append(1, '/');
     }
     return mark;
 }

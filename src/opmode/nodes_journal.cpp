@@ -88,7 +88,7 @@ Status NodesJournal::restart(quint64 base)
     discard();
     m_isUsable = true;
     m_isRemoved = false;
-    const Status begun = m_file.begin(base);
+    Status begun = m_file.begin(base);
     m_size = m_file.size();
     return begun;
 }
@@ -104,7 +104,7 @@ Status NodesJournal::goOnFrom(quint64 base)
     if (Status flushed = flushNow(); !flushed) {
         return flushed;
     }
-    const Status gone = m_file.goOnFrom(base);
+    Status gone = m_file.goOnFrom(base);
     m_size = m_file.size();
     return gone;
 }

@@ -31,13 +31,15 @@ constexpr std::string_view reference(unsigned char c)
 }
 constexpr std::size_t longestReference = 6;
 
-constexpr std::array<bool, 256> needsReference = [] {
+consteval std::array<bool, 256> referencesNeeded()
+{
     std::array<bool, 256> result{};
     for (std::size_t c = 0; c < result.size(); ++c) {
         result[c] = !reference(static_cast<unsigned char>(c)).empty();
     }
     return result;
-}();
+}
+constexpr std::array<bool, 256> needsReference = referencesNeeded();
 
 /// The document while it grows. Room is made before many bytes are put.
 class Output

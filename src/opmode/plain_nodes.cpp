@@ -11,13 +11,15 @@ namespace {
 
 /// What a value is ended or interrupted by: its closing quote, references, control characters, which the
 /// parser would replace, and what is not ASCII.
-constexpr std::array<bool, 256> isSpecial = [] {
+consteval std::array<bool, 256> specialBytes()
+{
     std::array<bool, 256> result{};
     for (std::size_t c = 0; c < result.size(); ++c) {
         result[c] = c < 0x20 || c >= 0x80 || c == '"' || c == '&' || c == '<';
     }
     return result;
-}();
+}
+constexpr std::array<bool, 256> isSpecial = specialBytes();
 
 constexpr std::array<std::string_view, NodeAttributes> beginnings = {" exclusiveMode=\"",
                                                                      " exclusive_day_on=\"",
@@ -116,7 +118,7 @@ bool PlainNodes::takeLongWay(const char *begin, std::string_view &value)
             }
             decoded += reference->second;
             rest = m_at;
-        } else if (isSpecial[c] && c < 0x80) {
+        } else if (c < 0x80 && isSpecial[c]) {
             return false;
         } else {
             isAscii = isAscii && c < 0x80;

@@ -148,7 +148,7 @@ Status readStationFile(const QString &path, QString &text)
 {
     constexpr qint64 largest = qint64{16} << 20;
     QByteArray bytes;
-    const Status read = readFile(path, bytes, largest);
+    Status read = readFile(path, bytes, largest);
     if (!read) {
         return read;
     }

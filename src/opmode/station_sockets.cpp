@@ -67,7 +67,7 @@ class StationSockets::Line : public StationLine
 {
 public:
     explicit Line(StationSockets &sockets) : m_sockets(sockets), m_pair(sockets.m_io, sockets.m_options) {}
-    ~Line() override { close(); }
+    ~Line() override { Line::close(); }
     Q_DISABLE_COPY_MOVE(Line)
 
     Status open(const QString &hostAddress) override;
@@ -107,7 +107,7 @@ Status StationSockets::Line::open(const QString &hostAddress)
     events.failed = [batch, connection](const QString &text) {
         batch->add({connection, Event::Kind::Failed, {}, text});
     };
-    const Status opened = m_pair.open(hostAddress, std::move(events));
+    Status opened = m_pair.open(hostAddress, std::move(events));
     if (opened) {
         m_connection = connection;
         m_sockets.m_open.emplace(connection, this);

@@ -14,7 +14,7 @@ Status AppendFile::open(const QString &path, qint64 size)
         return opened;
     }
     if (!m_file.resize(size) || !m_file.seek(size)) {
-        const Status failed = failure();
+        Status failed = failure();
         m_file.close();
         return failed;
     }
@@ -26,7 +26,7 @@ Status AppendFile::append(const QByteArray &bytes)
     m_file.unsetError();
     const bool written = m_file.write(bytes) == bytes.size();
     if (!written || !flushToDisk(m_file.handle())) {
-        const Status failed = m_file.error() != QFileDevice::NoError ? failure() : systemFailure(written);
+        Status failed = m_file.error() != QFileDevice::NoError ? failure() : systemFailure(written);
         m_file.resize(m_size); // no half record before the next one
         m_file.seek(m_size);
         return failed;

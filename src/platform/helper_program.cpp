@@ -42,7 +42,7 @@ void setWindow(QProcess &, ProgramWindow) {}
 QString findHelper(const QString &programFolder, const QString &name)
 {
     for (const QString &folder : {programFolder, QCoreApplication::applicationDirPath()}) {
-        const QString path = joinPath(folder, name + programSuffix);
+        QString path = joinPath(folder, name + programSuffix);
         if (const QFileInfo file(path); file.isFile() && file.isExecutable()) {
             return path;
         }

@@ -1,5 +1,6 @@
 #include "platform/terminal.h"
 
+#include <QByteArray>
 #include <QtGlobal>
 
 #include <csignal>

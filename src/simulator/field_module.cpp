@@ -171,7 +171,7 @@ void FieldModule::sendNextSms()
 QString FieldModule::takeSms()
 {
     ++m_smsSent;
-    const QString text = m_toSend.front() + endOfSms;
+    QString text = m_toSend.front() + endOfSms;
     m_toSend.pop_front();
     return text;
 }

@@ -43,7 +43,7 @@ Milliseconds Fleet::livelyInterval(int modules)
 }
 
 Fleet::Fleet(IoThread &io, Timers &timers, const FleetOptions &options, QueuedCallbackTimers::Clock clock,
-             FieldModule::Now now)
+             const FieldModule::Now &now)
     : m_options(options),
       m_clock(std::move(clock)),
       m_toProgram(timers, options.network,

@@ -36,7 +36,7 @@ public:
     Fleet(
         IoThread &io, Timers &timers, const FleetOptions &options,
         QueuedCallbackTimers::Clock clock = &QueuedCallbackTimers::steadyTime,
-        FieldModule::Now now = [] { return QDateTime::currentDateTime(); });
+        const FieldModule::Now &now = [] { return QDateTime::currentDateTime(); });
 
     /// Opens all sockets; fails at the first that cannot be.
     Status open();

@@ -20,7 +20,8 @@ QStringList archiveLines(const ModuleMemory &memory)
 {
     const QDateTime earliest(QDate(2000, 1, 1), QTime(0, 0), Qt::UTC); // a stamp knows this century only
     const QDateTime last = memory.clock.isValid() ? memory.clock : earliest;
-    const QDateTime first = qMax(last.addSecs(-60 * minutesBetweenRecords * (recordsPerLine - 1)), earliest);
+    const QDateTime first =
+        qMax(last.addSecs(qint64{-60} * minutesBetweenRecords * (recordsPerLine - 1)), earliest);
     QStringList lines;
     for (const int channel : archivedChannels) {
         QString line =

@@ -10,11 +10,12 @@ namespace ktr {
 namespace {
 
 constexpr char ctrlZ = '\x1A';
-constexpr qsizetype longestLine = 64 * 1024;
+constexpr qsizetype longestLine = qsizetype{64} * 1024;
 constexpr qint64 firmwareImageSize = 43'008;
 
 } // namespace
 
+// cppcheck-suppress passedByValue ; its memory is moved out of it
 VirtualModule::VirtualModule(Timers &timers, Send send, ModuleOptions options)
     : m_send(std::move(send)),
       m_times(options.times),

@@ -144,9 +144,9 @@ private Q_SLOTS:
     void everyIconIsDrawnDifferentlyAndLineIconsFollowTheTextColour()
     {
         const int last = static_cast<int>(IconName::Recent);
-        QList<QImage> light;
+        QList<QImage> light(last + 1);
         for (int name = 0; name <= last; ++name) {
-            light += drawn(static_cast<IconName>(name));
+            light[name] = drawn(static_cast<IconName>(name));
             for (int other = 0; other < name; ++other) {
                 QVERIFY(differentPixels(light[name], light[other]) > 20);
             }

@@ -5,7 +5,8 @@
 // The header is written with the toolkit's keywords.
 #define signals Q_SIGNALS
 #define slots Q_SLOTS
-#define foreach(variable, container) for (variable : container)
+#define foreach(variable, container)                                                                         \
+    for (variable : container) // NOLINT(bugprone-macro-parentheses): a loop's head
 #include <qcustomplot.h>
 #undef signals
 #undef slots

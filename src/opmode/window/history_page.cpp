@@ -7,10 +7,13 @@
 
 #include <QBuffer>
 #include <QEvent>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QImage>
+#include <QLabel>
 #include <QListWidget>
 #include <QPainter>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSplitter>

@@ -85,7 +85,7 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
     connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &NotificationPage::refreshButtons);
     m_oneStation->setChecked(true);
-    applyTexts();
+    NotificationPage::applyTexts();
 }
 
 QWidget *NotificationPage::createChoice()

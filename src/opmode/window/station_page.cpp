@@ -229,7 +229,7 @@ void StationPage::showLastHeard()
     const qint64 seconds = std::max(qint64{0}, moment.secsTo(QDateTime::currentDateTime()));
     const QString time = QLocale().toString(moment.time(), QStringLiteral("HH:mm:ss"));
     constexpr qint64 aMinute = 60;
-    constexpr qint64 aDay = 24 * 60 * aMinute;
+    constexpr qint64 aDay = 24 * (60 * aMinute);
     m_heard->setText(seconds < aMinute ? tr("%1, %2 s ago").arg(time).arg(seconds)
                      : seconds < aDay  ? tr("%1, %2 min ago").arg(time).arg(seconds / aMinute)
                                        : shownMoment(heard));

@@ -6,9 +6,14 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QStackedWidget>
 #include <QTimer>
+#include <QVBoxLayout>
 
 #include <algorithm>
 
