@@ -20,7 +20,8 @@ public:
     bool SaveSetting(const QString &application, const QString &section, const QString &key,
                      const QString &value);
 
-    /// Stores several texts of a section (key, text) at once: waits for the disk one time only.
+    /// Stores several texts of a section (key, text), waiting for the disk once. Gives false when one of them
+    /// could not be stored; in a registry that is a file none is then.
     bool SaveSettings(const QString &application, const QString &section,
                       const QList<std::pair<QString, QString>> &values);
 };
