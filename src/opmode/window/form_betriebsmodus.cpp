@@ -348,6 +348,7 @@ void Form_betriebsmodus::open(const QString &nodesPath)
     m_tree->setCurrentIndex(m_mode.tree().index(0, 0));
     m_tree->setFocus();
     applyFilter();
+    showCounts(); // at once: until the timer's turn it would say that there are none
 }
 
 void Form_betriebsmodus::closeEvent(QCloseEvent *event)

@@ -202,6 +202,7 @@ private Q_SLOTS:
     void theFilterHidesStationsAndCountsTellIt()
     {
         open({"Pump 1", "Tank", "Pump 2"});
+        QVERIFY(m_window->findChild<QLabel *>("lbl_counts")->text().contains('3')); // at once
         m_mode->setHostAddress("Tank", "10.0.0.9");
         const auto shown = [this] {
             QStringList names;
