@@ -782,6 +782,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Saved: %1</source>
         <translation>Gespeichert: %1</translation>
     </message>
+    <message>
+        <source>Another KTRconfig is open and does not answer. It was not waited for. What is saved there and here into the same file replaces each other.</source>
+        <translation>Ein anderes KTRconfig ist offen und antwortet nicht. Es wurde nicht darauf gewartet. Was dort und hier in dieselbe Datei gespeichert wird, ersetzt sich gegenseitig.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::Form_betriebsmodus</name>
@@ -1687,6 +1691,29 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Minutes, 1 to 525600 (a year)</source>
         <translation>Minuten, 1 bis 525600 (ein Jahr)</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::TakeOver</name>
+    <message>
+        <source>The KTRconfig that is open already watches stations in its operational mode. When it is ended, nobody is told of their alarms until the operational mode is opened again.</source>
+        <translation>Das KTRconfig, das schon offen ist, überwacht in seinem Betriebsmodus Stationen. Wird es beendet, meldet niemand deren Alarme, bis der Betriebsmodus wieder geöffnet wird.</translation>
+    </message>
+    <message>
+        <source>End it and start here</source>
+        <translation>Dort beenden und hier starten</translation>
+    </message>
+    <message>
+        <source>Leave it running</source>
+        <translation>Weiterlaufen lassen</translation>
+    </message>
+    <message>
+        <source>Waiting for the other KTRconfig window to close. It may ask whether to save.</source>
+        <translation>Warten, bis sich das andere Fenster von KTRconfig schließt. Es fragt vielleicht, ob gespeichert werden soll.</translation>
+    </message>
+    <message>
+        <source>Do not wait, quit</source>
+        <translation>Nicht warten, beenden</translation>
     </message>
 </context>
 <context>

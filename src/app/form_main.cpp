@@ -55,7 +55,7 @@ const QString windowSection = QStringLiteral("Window");
 const QString geometryKey = QStringLiteral("geometry");
 const QString problemsKey = QStringLiteral("problems");
 constexpr QSize comfortableSize(1240, 760);
-constexpr Milliseconds otherEnds{1000};
+constexpr Milliseconds closeAgain{100};
 constexpr qsizetype titleCharacters = 74;
 
 OperationalMode::Services operationalServices(const Services &services)
@@ -74,8 +74,9 @@ FormMain::FormMain(const Services &services)
       m_history(m_document),
       m_context{m_document, m_history, m_texts},
       m_link(services.serial, services.ethernet, services.timers, services.environment, services.ports),
-      m_instance(services.timers, services.instanceName),
-      m_operationalMode(operationalServices(services), m_texts)
+      m_instance(services.timers, services.instanceName, [this] { return m_operationalMode.isOpen(); }),
+      m_operationalMode(operationalServices(services), m_texts),
+      m_takeOver(m_instance, m_texts, m_wait, services.environment.programFolder)
 {
     setObjectName(QStringLiteral("FormMain"));
     setWindowIcon(icon(IconName::Application));
@@ -100,7 +101,7 @@ FormMain::FormMain(const Services &services)
         }
     });
     connect(m_linkPresenter.get(), &LinkPresenter::messageWanted, this, &FormMain::showMessage);
-    connect(&m_instance, &SingleInstance::closeRequested, this, &QWidget::close);
+    connectInstances();
     connectOperationalMode();
 }
 
@@ -165,31 +166,60 @@ void FormMain::start(const QStringList &arguments)
     if (languageSetting().isEmpty()) {
         m_settingsTrouble = tr("The settings cannot be written; what is chosen holds for this run");
     }
-    if (!m_instance.otherIsRunning()) {
-        m_instance.claim();
+    if (m_instance.claim()) {
         finishStart();
-        return;
+    } else {
+        m_takeOver.begin();
     }
-    endOther();
-    connect(&m_wait, &QTimer::timeout, this, [this] {
-        m_instance.claim();
-        finishStart();
-    });
-    m_wait.start(otherEnds);
 }
 
-/// The helper ends what is called like this program; this one goes by another title meanwhile.
-void FormMain::endOther()
+void FormMain::connectInstances()
 {
-    setWindowTitle(m_texts.text(Text::ExclusiveInBrackets));
-    const QString helper = findHelper(m_services.environment.programFolder, QStringLiteral("tasklist"));
-    if (helper.isEmpty()) {
-        m_instance.askOtherToClose();
-        return;
+    connect(&m_takeOver, &TakeOver::titleWanted, this, &QWidget::setWindowTitle);
+    connect(&m_takeOver, &TakeOver::told, this, &FormMain::tell);
+    connect(&m_takeOver, &TakeOver::givenUp, this, &FormMain::exitWanted);
+    connect(&m_takeOver, &TakeOver::done, this, [this](bool otherIsSilent) {
+        finishStart();
+        if (otherIsSilent) {
+            showMessage(
+                tr("Another KTRconfig is open and does not answer. It was not waited for. What is saved "
+                   "there and here into the same file replaces each other."));
+        }
+    });
+    m_closeTimer.setSingleShot(true);
+    connect(&m_closeTimer, &QTimer::timeout, this, &FormMain::closeForOther);
+    connect(&m_instance, &SingleInstance::frontRequested, this, &FormMain::comeToFront);
+    connect(&m_instance, &SingleInstance::closeRequested, this, [this] {
+        if (m_document.isModified() || QApplication::activeModalWidget() != nullptr) {
+            comeToFront(); // the user will be asked, or is being asked
+        }
+        closeForOther();
+    });
+}
+
+/// A question that stands open is answered first: what it belongs to must not go away under it.
+void FormMain::closeForOther()
+{
+    if (QApplication::activeModalWidget() != nullptr || m_files->dialogs().isBusy()) {
+        m_closeTimer.start(closeAgain);
+    } else {
+        close();
     }
-    const Status started = startProgram(helper, {QString(programName)}, ProgramWindow::Minimised);
-    if (!started) {
-        tell(started.message());
+}
+
+void FormMain::comeToFront()
+{
+    QWidget *modal = QApplication::activeModalWidget();
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->isWindow() && window->isVisible() && window->isMinimized()) {
+            window->showNormal();
+        }
+    }
+    QWidget *wanted = modal != nullptr ? modal : isVisible() ? this : m_operationalMode.window();
+    if (wanted != nullptr) {
+        wanted->raise();
+        wanted->activateWindow();
+        QApplication::alert(wanted);
     }
 }
 

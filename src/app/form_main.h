@@ -4,6 +4,7 @@
 #include "app/operational_mode_opener.h"
 #include "app/page_tabs.h"
 #include "app/single_instance.h"
+#include "app/take_over.h"
 #include "app/translations.h"
 #include "link/module_link.h"
 #include "printout/printout.h"
@@ -50,7 +51,7 @@ public:
     ~FormMain() override;
 
     /// Language, second instance, port search, "new", last file, command line, in this order; then the
-    /// window is shown. Where another instance runs, this takes a second longer.
+    /// window is shown. Where another instance runs, this waits for its end.
     void start(const QStringList &arguments);
 
     Document &document() { return m_document; }
@@ -76,7 +77,9 @@ private:
     void connectProblems();
 
     void refuseClose(QEvent &event);
-    void endOther();
+    void connectInstances();
+    void closeForOther();
+    void comeToFront();
     void finishStart();
     bool applyCommandLine();
     void buildRemainingPages();
@@ -128,6 +131,8 @@ private:
     OperationalModeOpener m_operationalMode;
     QTimer m_problemTimer;
     QTimer m_wait; ///< Tmr_wait
+    QTimer m_closeTimer;
+    TakeOver m_takeOver;
     QPointer<frm_preview> m_preview;
     QPointer<frmAbout> m_about;
     QPointer<frmSettings> m_settings;

@@ -96,6 +96,11 @@ bool OperationalModeOpener::close()
     return true;
 }
 
+QWidget *OperationalModeOpener::window() const
+{
+    return m_window.get();
+}
+
 void OperationalModeOpener::applyTexts()
 {
     if (m_window != nullptr) {

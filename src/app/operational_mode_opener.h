@@ -24,6 +24,8 @@ public:
     /// False when the window refuses to close.
     bool close();
     bool isOpen() const { return m_mode != nullptr; }
+    /// Null when it is not open.
+    QWidget *window() const;
     void applyTexts();
 
     /// The name of the station that is held online at an address, empty when none is, and what lets go of

@@ -1,10 +1,14 @@
 #include "app/single_instance.h"
+#include "platform/instances.h"
 #include "support/manual_timers.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QLocalServer>
+#include <QLocalSocket>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QUuid>
 
@@ -17,39 +21,72 @@ class SingleInstanceTest : public QObject
 private Q_SLOTS:
     void init() { m_name = QStringLiteral("KTRconfig-test-") + QUuid::createUuid().toString(QUuid::Id128); }
 
-    void anInstanceThatIsAskedToCloseGivesUpItsNameFirst()
+    void theOtherTellsWhatItDoesAndKeepsItsNameUntilItEnds()
     {
-        SingleInstance first(m_timers, m_name);
+        auto first = std::make_unique<SingleInstance>(m_timers, m_name, [] { return true; });
+        QVERIFY(first->claim() && first->isClaimed());
+        QVERIFY(first->claim()); // it is the one itself
         SingleInstance second(m_timers, m_name);
-        second.askOtherToClose(); // there is none
-        first.claim();
-        QVERIFY(first.isClaimed());
-        QVERIFY(!first.otherIsRunning()); // it is the one itself
-        QVERIFY(second.otherIsRunning());
-        bool free = false;
-        connect(&first, &SingleInstance::closeRequested, this, [&] { free = !second.otherIsRunning(); });
-        const QSignalSpy asked(&first, &SingleInstance::closeRequested);
+        QVERIFY(!second.claim() && !second.isClaimed());
+        QSignalSpy answered(&second, &SingleInstance::otherAnswered);
+        second.askWhatOtherDoes();
+        QTRY_COMPARE(answered.count(), 1);
+        QCOMPARE(answered.front().front().toBool(), true);
+
+        const QSignalSpy ended(&second, &SingleInstance::otherEnded);
+        // What is asked of it may open a question, which must not stand inside the socket's own call.
+        connect(first.get(), &SingleInstance::closeRequested, this, [&] { first.reset(); });
         second.askOtherToClose();
-        QTRY_COMPARE(asked.count(), 1);
-        QVERIFY(free && !first.isClaimed());
-        second.claim();
-        QVERIFY(second.isClaimed());
+        QTRY_COMPARE(ended.count(), 1);
+        QVERIFY(first == nullptr && second.claim() && second.isClaimed());
+        m_timers.advance(SingleInstance::longestSilence);
+        QCOMPARE(answered.count(), 1);
     }
 
-    void aNameInUseIsTakenOnceItIsFree()
+    void whoDoesNotAnswerIsNotWaitedForLong_data()
     {
-        auto first = std::make_unique<SingleInstance>(m_timers, m_name);
-        first->claim();
-        SingleInstance second(m_timers, m_name);
-        second.claim();
-        QVERIFY(!second.isClaimed());
-        m_timers.advance(Milliseconds(1000));
-        QVERIFY(!second.isClaimed() && first->isClaimed());
-        first.reset();
-        m_timers.advance(Milliseconds(999));
-        QVERIFY(!second.isClaimed());
+        QTest::addColumn<QByteArray>("says");
+        QTest::newRow("nothing") << QByteArray();
+        QTest::newRow("something else") << QByteArray("HTTP/1.1 400 Bad Request\r\n\r\n");
+        QTest::newRow("no line") << QByteArray(100'000, 'x');
+    }
+    void whoDoesNotAnswerIsNotWaitedForLong()
+    {
+        QFETCH(QByteArray, says);
+        QLocalServer other;
+        QVERIFY(other.listen(m_name));
+        connect(&other, &QLocalServer::newConnection, this,
+                [&] { other.nextPendingConnection()->write(says); });
+        SingleInstance next(m_timers, m_name);
+        QVERIFY(!next.claim());
+        const QSignalSpy answered(&next, &SingleInstance::otherAnswered);
+        const QSignalSpy silent(&next, &SingleInstance::otherSilent);
+        next.askWhatOtherDoes();
+        m_timers.advance(SingleInstance::longestSilence - Milliseconds(1));
+        QCoreApplication::processEvents();
+        QCOMPARE(answered.count() + silent.count(), 0);
         m_timers.advance(Milliseconds(1));
-        QVERIFY(second.isClaimed());
+        QCOMPARE(silent.count(), 1);
+        next.claimFromSilent();
+        QVERIFY(next.isClaimed());
+    }
+
+    void theNameIsOutOfReachOfOthers()
+    {
+#ifdef Q_OS_UNIX
+        const QTemporaryDir session; // nobody else can enter it
+        const QTemporaryDir home;
+        qputenv("XDG_CACHE_HOME", QFile::encodeName(home.path()));
+        for (const QString &folder : {session.path(), QDir::tempPath(), QStringLiteral("/nowhere")}) {
+            qputenv("XDG_RUNTIME_DIR", QFile::encodeName(folder));
+            const QFileInfo name(privateSocketName(QStringLiteral("name")));
+            QCOMPARE(name.absolutePath(),
+                     folder == session.path() ? folder : home.filePath(QStringLiteral("KTRconfig")));
+            const auto others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup | QFile::ReadOther |
+                                QFile::WriteOther | QFile::ExeOther;
+            QCOMPARE(QFile::permissions(name.absolutePath()) & others, QFile::Permissions());
+        }
+#endif
     }
 
     void whatACrashedInstanceLeftIsNoObstacle()
@@ -63,10 +100,8 @@ private Q_SLOTS:
         QVERIFY(QFile::rename(left, QFileInfo(left).path() + u'/' + m_name));
         crashed.close();
         SingleInstance next(m_timers, m_name);
-        QVERIFY(!next.otherIsRunning());
-        next.claim();
-        QVERIFY(next.isClaimed());
-        QVERIFY(SingleInstance(m_timers, m_name).otherIsRunning());
+        QVERIFY(next.claim() && next.isClaimed());
+        QVERIFY(!SingleInstance(m_timers, m_name).claim());
     }
 
 private:

@@ -60,6 +60,7 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
 {
     setLocale(services.locale);
     setObjectName(QStringLiteral("Form_betriebsmodus"));
+    keepOpenWhileAskingForFiles();
     setWindowIcon(icon(IconName::Application));
     buildMenus();
     layOut();
@@ -96,6 +97,19 @@ Form_betriebsmodus::~Form_betriebsmodus()
 }
 
 // Parts of the window
+
+/// A dialog of a helper program blocks no window, and a page waits for its answer.
+void Form_betriebsmodus::keepOpenWhileAskingForFiles()
+{
+    m_services.askSave = [this, ask = m_services.askSave](const QString &proposal, const QString &filter) {
+        const QScopedValueRollback busy(m_busy, m_busy + 1);
+        return ask(proposal, filter);
+    };
+    m_services.askOpen = [this, ask = m_services.askOpen](const QString &filter) {
+        const QScopedValueRollback busy(m_busy, m_busy + 1);
+        return ask(filter);
+    };
+}
 
 void Form_betriebsmodus::layOut()
 {

@@ -70,6 +70,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    void keepOpenWhileAskingForFiles();
     void layOut();
     void buildPages();
     void connectAlarms();

@@ -1,0 +1,161 @@
+#include "app/take_over.h"
+
+#include "look/icons.h"
+#include "look/program_name.h"
+#include "platform/helper_program.h"
+
+#include <QPushButton>
+#include <QScreen>
+
+namespace ktr {
+
+namespace {
+
+constexpr Milliseconds otherEnds{1000};
+constexpr int noteMargin = 60; // with room for what the window manager puts around it
+
+QMessageBox *createBox(QMessageBox::Icon kind, const char *name, const QString &text)
+{
+    auto *box = new QMessageBox(kind, QString(programName), text);
+    box->setObjectName(QLatin1String(name));
+    box->setTextFormat(Qt::PlainText);
+    box->setWindowIcon(icon(IconName::Application));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    return box;
+}
+
+} // namespace
+
+TakeOver::TakeOver(SingleInstance &instance, const TextTable &texts, QTimer &wait, QString programFolder,
+                   QObject *parent)
+    : QObject(parent),
+      m_instance(instance),
+      m_texts(texts),
+      m_wait(wait),
+      m_programFolder(std::move(programFolder))
+{
+    connect(&m_instance, &SingleInstance::otherAnswered, this, &TakeOver::decide);
+    connect(&m_instance, &SingleInstance::otherEnded, this, [this] {
+        m_otherHasEnded = true;
+        if (m_phase != Phase::Ending) {
+            finish(false);
+        }
+    });
+    connect(&m_instance, &SingleInstance::otherSilent, this, [this] { finish(true); });
+    connect(&m_wait, &QTimer::timeout, this, &TakeOver::waited);
+}
+
+TakeOver::~TakeOver()
+{
+    delete m_question;
+    delete m_note;
+}
+
+void TakeOver::begin()
+{
+    m_phase = Phase::Asking;
+    m_otherHasEnded = false;
+    m_instance.askWhatOtherDoes();
+    m_wait.start(otherEnds);
+}
+
+void TakeOver::decide(bool otherWatches)
+{
+    if (!otherWatches) {
+        endOther();
+        return;
+    }
+    m_phase = Phase::Deciding;
+    m_wait.stop();
+    delete m_note;
+    m_question = createBox(QMessageBox::Warning, "box_otherWatches",
+                           tr("The KTRconfig that is open already watches stations in its operational mode. "
+                              "When it is ended, nobody "
+                              "is told of their alarms until the operational mode is opened again."));
+    QAbstractButton *end = m_question->addButton(tr("End it and start here"), QMessageBox::AcceptRole);
+    QPushButton *leave = m_question->addButton(tr("Leave it running"), QMessageBox::RejectRole);
+    m_question->setDefaultButton(leave);
+    m_question->setEscapeButton(leave);
+    connect(m_question, &QDialog::finished, this, [this, end] {
+        const bool agreed = m_question->clickedButton() == end;
+        agreed ? endOther() : giveUp();
+    });
+    m_question->show();
+}
+
+/// The helper ends what is called like this program; this one goes by another title meanwhile.
+void TakeOver::endOther()
+{
+    m_phase = Phase::Ending;
+    Q_EMIT titleWanted(m_texts.text(Text::ExclusiveInBrackets));
+    const QString helper = findHelper(m_programFolder, QStringLiteral("tasklist"));
+    if (helper.isEmpty()) {
+        m_instance.askOtherToClose();
+    } else if (const Status started = startProgram(helper, {QString(programName)}, ProgramWindow::Minimised);
+               !started) {
+        Q_EMIT told(started.message());
+    }
+    m_wait.start(otherEnds);
+}
+
+void TakeOver::waited()
+{
+    if (m_phase == Phase::Asking) {
+        showNote();
+        return;
+    }
+    Q_EMIT titleWanted(QString(programName));
+    if (m_otherHasEnded) {
+        finish(false);
+        return;
+    }
+    m_phase = Phase::Waiting;
+    showNote();
+    m_instance.askOtherToFront();
+}
+
+/// It stays in sight, and leaves the focus and the middle of the screen to what the other instance asks.
+void TakeOver::showNote()
+{
+    if (m_note != nullptr) {
+        return;
+    }
+    m_note = createBox(QMessageBox::Information, "box_waiting",
+                       tr("Waiting for the other KTRconfig window to close. It may ask whether to save."));
+    m_note->setAttribute(Qt::WA_ShowWithoutActivating);
+    m_note->setWindowFlag(Qt::WindowStaysOnTopHint);
+    m_note->setModal(false);
+    m_note->addButton(tr("Do not wait, quit"), QMessageBox::RejectRole);
+    connect(m_note, &QDialog::finished, this, &TakeOver::giveUp);
+    m_note->adjustSize();
+    m_note->move(m_note->screen()->availableGeometry().bottomRight() -
+                 QPoint(m_note->width() + noteMargin, m_note->height() + noteMargin));
+    m_note->show();
+}
+
+void TakeOver::giveUp()
+{
+    m_wait.stop();
+    m_instance.askOtherToFront();
+    Q_EMIT givenUp();
+}
+
+void TakeOver::finish(bool otherIsSilent)
+{
+    m_wait.stop();
+    for (const auto &box : {m_question, m_note}) {
+        if (box != nullptr) {
+            box->disconnect(this);
+            box->close();
+        }
+    }
+    if (otherIsSilent) {
+        m_instance.claimFromSilent();
+    } else if (!m_instance.claim()) { // others waited, too, and one of them was faster
+        begin();
+        return;
+    }
+    Q_EMIT done(otherIsSilent);
+}
+
+} // namespace ktr

@@ -1,0 +1,45 @@
+#include "platform/instances.h"
+
+#include <QDir>
+#include <QFile>
+#include <QStandardPaths>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ktr {
+
+namespace {
+
+bool isPrivate(const QString &folder)
+{
+    struct stat found = {};
+    return !folder.isEmpty() && ::lstat(QFile::encodeName(folder).constData(), &found) == 0 &&
+           S_ISDIR(found.st_mode) && found.st_uid == ::geteuid() &&
+           (found.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+}
+
+/// The session's folder, or where there is none, one in the user's own.
+QString privateFolder()
+{
+    QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
+    if (!isPrivate(folder)) {
+        folder = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
+                 QLatin1String("/KTRconfig");
+        QDir().mkpath(folder);
+        ::chmod(QFile::encodeName(folder).constData(), S_IRWXU);
+    }
+    return isPrivate(folder) ? folder : QString();
+}
+
+} // namespace
+
+QString privateSocketName(const QString &name)
+{
+    const QString folder = privateFolder();
+    return folder.isEmpty() ? QString() : QString(folder + u'/' + name);
+}
+
+void allowToFront(qint64) {} // the window manager's business here
+
+} // namespace ktr

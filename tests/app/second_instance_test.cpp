@@ -1,0 +1,326 @@
+// Each instance is a process of its own: this program, told on standard input what its user does.
+
+#include "app/form_main.h"
+#include "config/configuration_file.h"
+#include "platform/files.h"
+#include "platform/registry.h"
+#include "support/environment.h"
+#include "support/recorded_line.h"
+#include "support/silent_line.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QSocketNotifier>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <iostream>
+
+using namespace ktr;
+using namespace ktr::test;
+
+namespace {
+
+/// Tells what comes up, and does what the lines of standard input say.
+class User : public QObject
+{
+public:
+    explicit User(FormMain &window) : m_window(window)
+    {
+        qApp->installEventFilter(this);
+        connect(&m_input, &QSocketNotifier::activated, this, [this] {
+            std::string line;
+            if (std::getline(std::cin, line)) {
+                act(QString::fromStdString(line));
+            } else {
+                m_input.setEnabled(false);
+            }
+        });
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Show) {
+            if (watched == &m_window) {
+                say("shown " + m_window.document().configuration().gsm.stationId);
+            } else if (const auto *box = qobject_cast<QMessageBox *>(watched)) {
+                say("asks " + box->text());
+            } else if (watched->objectName() == u"Dialog") {
+                say("asks " + watched->findChild<QLabel *>("Label_msg")->text());
+            }
+        }
+        return false;
+    }
+
+private:
+    static void say(const QString &line) { std::cout << line.simplified().toStdString() << std::endl; }
+
+    void act(const QString &line)
+    {
+        const QString word = line.section(u' ', 0, 0);
+        const QString rest = line.section(u' ', 1);
+        if (word == u"edit") {
+            m_window.document().edit(
+                [&](Configuration &configuration) { configuration.gsm.stationId = rest; });
+        } else if (word == u"menu") {
+            m_window.findChild<QAction *>(rest)->trigger(); // comes back when a question is answered
+        } else {
+            for (QWidget *window : QApplication::topLevelWidgets()) {
+                for (auto *button : window->findChildren<QPushButton *>()) {
+                    const bool wanted =
+                        word == u"enter" ? button->isDefault() : rest == button->text().remove(u'&');
+                    if (wanted && window->isVisible() && window != &m_window) {
+                        QMetaObject::invokeMethod(button, "click", Qt::QueuedConnection);
+                        return;
+                    }
+                }
+            }
+            say("there is no such button: " + rest);
+        }
+    }
+
+    FormMain &m_window;
+    QSocketNotifier m_input{0, QSocketNotifier::Read};
+};
+
+/// Time that passes faster.
+class HurriedTimers : public EventLoopTimers
+{
+    struct Hurried : OneShotTimer
+    {
+        explicit Hurried(std::unique_ptr<OneShotTimer> inner) : timer(std::move(inner)) {}
+        void start(Milliseconds wait, std::function<void()> fired) override
+        {
+            timer->start(wait / 50, fired);
+        }
+        void stop() override { timer->stop(); }
+        bool isRunning() const override { return timer->isRunning(); }
+        std::unique_ptr<OneShotTimer> timer;
+    };
+
+public:
+    std::unique_ptr<OneShotTimer> create() override
+    {
+        return std::make_unique<Hurried>(EventLoopTimers::create());
+    }
+};
+
+int runInstance(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QStringList arguments = QApplication::arguments().mid(2);
+    const QString folder = arguments.takeFirst();
+    MRegistry::setRegistryFile(folder + "/registry.json");
+    EventLoopTimers timers;
+    HurriedTimers hurried;
+    const bool isHurried = arguments.removeAll("hurried") > 0;
+    SilentLine serial;
+    SilentLine ethernet;
+    Environment environment = fixedEnvironment();
+    environment.programFolder = folder;
+    FormMain window({environment, isHurried ? static_cast<Timers &>(hurried) : timers, serial, ethernet,
+                     [] { return QStringList(); }, folder + "/instance",
+                     [] { return std::make_unique<RecordedLine>(); }});
+    const User user(window);
+    const auto end = [] { QCoreApplication::exit(0); };
+    QObject::connect(&window, &FormMain::closed, &application, end, Qt::QueuedConnection);
+    QObject::connect(&window, &FormMain::exitWanted, &application, end);
+    window.start(arguments);
+    return QApplication::exec();
+}
+
+class Instance
+{
+public:
+    explicit Instance(const QStringList &arguments)
+    {
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start(QCoreApplication::applicationFilePath(), QStringList("--instance") + arguments);
+    }
+    ~Instance()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+
+    /// Waits for a line that begins like this; what was told before it is gone through.
+    bool tells(const QString &line)
+    {
+        return QTest::qWaitFor(
+            [&] {
+                while (m_process.canReadLine()) {
+                    m_told += QString::fromUtf8(m_process.readLine()).trimmed();
+                }
+                while (!m_told.isEmpty()) {
+                    if (m_told.takeFirst().startsWith(line)) {
+                        return true;
+                    }
+                }
+                return false;
+            },
+            patience);
+    }
+    bool hasTold(const QString &line)
+    {
+        m_told += QString::fromUtf8(m_process.readAllStandardOutput()).split(u'\n');
+        return !m_told.filter(line).isEmpty();
+    }
+    bool ends()
+    {
+        return QTest::qWaitFor([this] { return !isRunning(); }, patience) &&
+               m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
+    }
+    bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+    void does(const QByteArray &what) { m_process.write(what + '\n'); }
+    void stop() const { ::kill(static_cast<pid_t>(m_process.processId()), SIGSTOP); }
+
+private:
+    static constexpr int patience = 60'000;
+
+    QProcess m_process;
+    QStringList m_told;
+};
+
+} // namespace
+
+class SecondInstanceTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(QFile::copy(KTR_SOURCE_DIR "/data/language.ini", path("language.ini")));
+        Configuration configuration;
+        makeNew(configuration, fixedEnvironment());
+        configuration.gsm.stationId = "before";
+        QVERIFY(replaceFile(path("a.xml"), writeConfiguration(configuration, fixedEnvironment())));
+    }
+
+    void whatTheOtherSavesAtItsEndIsReadAfterwards_data()
+    {
+        QTest::addColumn<QByteArray>("answer");
+        QTest::addColumn<QString>("read");
+        QTest::newRow("Yes") << QByteArray("press Yes") << "before and after";
+        QTest::newRow("No") << QByteArray("press No") << "before";
+    }
+    void whatTheOtherSavesAtItsEndIsReadAfterwards()
+    {
+        QFETCH(QByteArray, answer);
+        QFETCH(QString, read);
+        Instance first(arguments());
+        QVERIFY(first.tells("shown before"));
+        first.does("edit before and after");
+        Instance second(arguments());
+        QVERIFY(first.tells("asks save?"));
+        QVERIFY(second.tells("asks Waiting for the other KTRconfig window"));
+        QVERIFY(first.isRunning() && !second.hasTold("shown"));
+        first.does(answer);
+        QVERIFY(first.ends());
+        QVERIFY(second.tells("shown " + read));
+        QCOMPARE(stationInFile(), read);
+    }
+
+    void whoDoesNotWaitEndsItself()
+    {
+        Instance first(arguments());
+        QVERIFY(first.tells("shown"));
+        first.does("edit after");
+        Instance second(arguments());
+        QVERIFY(second.tells("asks Waiting"));
+        second.does("press Do not wait, quit");
+        QVERIFY(second.ends());
+        QVERIFY(first.isRunning());
+        first.does("press No");
+        QVERIFY(first.ends());
+    }
+
+    void watchingIsEndedWithTheUsersConsentOnly()
+    {
+        Instance first(arguments());
+        QVERIFY(first.tells("shown"));
+        first.does("menu mnu_betriebsmodus");
+        {
+            Instance second(arguments());
+            QVERIFY(second.tells("asks The KTRconfig that is open already watches stations"));
+            second.does("enter");
+            QVERIFY(second.ends());
+        }
+        Instance third(arguments());
+        QVERIFY(third.tells("asks The KTRconfig that is open already watches stations"));
+        QVERIFY(first.isRunning());
+        third.does("press End it and start here");
+        QVERIFY(first.ends());
+        QVERIFY(third.tells("shown before"));
+    }
+
+    void aQuestionThatStandsOpenIsAnsweredBeforeTheEnd()
+    {
+        Instance first(arguments());
+        QVERIFY(first.tells("shown"));
+        first.does("menu mnu_verbindung_ethernet");
+        QVERIFY(first.tells("asks IP"));
+        first.does("edit after");
+        Instance second(arguments());
+        QVERIFY(second.tells("asks Waiting"));
+        QVERIFY(first.isRunning() && !first.hasTold("asks save?"));
+        first.does("press Cancel");
+        QVERIFY(first.tells("asks save?"));
+        first.does("press Yes");
+        QVERIFY(first.ends());
+        QVERIFY(second.tells("shown after"));
+    }
+
+    void anInstanceThatHangsIsNotWaitedFor()
+    {
+        Instance first(arguments());
+        QVERIFY(first.tells("shown"));
+        first.stop();
+        Instance second(arguments() << "hurried");
+        QVERIFY(second.tells("shown before"));
+        QVERIFY(second.tells("asks Another KTRconfig is open and does not answer"));
+    }
+
+    void ofTwoThatStartTogetherOneStays()
+    {
+        Instance one(arguments());
+        Instance two(arguments());
+        QVERIFY(QTest::qWaitFor([&] { return !one.isRunning() || !two.isRunning(); }, 60'000));
+        Instance &last = one.isRunning() ? one : two;
+        QVERIFY(last.tells("shown before"));
+        QVERIFY((one.isRunning() ? two : one).ends());
+        QVERIFY(last.isRunning());
+    }
+
+private:
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+    QStringList arguments() const { return {m_folder->path(), "-load", path("a.xml")}; }
+
+    QString stationInFile() const
+    {
+        Configuration configuration;
+        readConfigurationFile(path("a.xml"), configuration, fixedEnvironment());
+        return configuration.gsm.stationId;
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+int main(int argc, char **argv)
+{
+    if (argc > 2 && qstrcmp(argv[1], "--instance") == 0) {
+        return runInstance(argc, argv);
+    }
+    QCoreApplication application(argc, argv);
+    SecondInstanceTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "second_instance_test.moc"
