@@ -36,7 +36,6 @@ public:
 bool ask(QWidget *parent, const QString &caption, const QString &question)
 {
     QMessageBox box(QMessageBox::Question, caption, question, QMessageBox::Yes | QMessageBox::No, parent);
-    box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(QMessageBox::Yes);
     Answered answered;
     box.installEventFilter(&answered);

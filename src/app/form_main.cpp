@@ -25,6 +25,7 @@
 #include "lang/load_texts.h"
 #include "look/icons.h"
 #include "look/message_dialog.h"
+#include "look/outside_texts.h"
 #include "look/program_name.h"
 #include "look/style.h"
 #include "platform/files.h"
@@ -78,6 +79,7 @@ FormMain::FormMain(const Services &services)
       m_operationalMode(operationalServices(services), m_texts),
       m_takeOver(m_instance, m_texts, m_wait, services.environment.programFolder)
 {
+    showOutsideTextsPlain(*qApp);
     setObjectName(QStringLiteral("FormMain"));
     setWindowIcon(icon(IconName::Application));
     setAcceptDrops(true);

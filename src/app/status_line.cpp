@@ -20,7 +20,6 @@ StatusLine::StatusLine(QWidget *parent)
     m_lamp->setObjectName(QStringLiteral("Opt_connected"));
     m_link->setObjectName(QStringLiteral("lbl_link"));
     m_event->setObjectName(QStringLiteral("lbl_event"));
-    m_event->setTextFormat(Qt::PlainText);
     m_event->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_event->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_modified->setObjectName(QStringLiteral("lbl_modified"));

@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QTextDocumentFragment>
 #include <QVBoxLayout>
 
 namespace ktr {
@@ -77,8 +78,7 @@ void TransmissionPanel::begin()
     m_firstStep = m_link.step();
     m_ended = false;
     m_title->setText(tr("Transmitting the configuration"));
-    m_detail->setTextFormat(Qt::PlainText);
-    m_detail->setText(tr("Waiting until the module reads its SMS"));
+    showDetail(tr("Waiting until the module reads its SMS"));
     show();
     showButtons();
 }
@@ -102,8 +102,14 @@ void TransmissionPanel::showStep(int step, const QString &command)
     const QString left = timeLeft(step);
     m_title->setText(tr("Transmitting the configuration: step %1 of %2").arg(step).arg(steps::last) +
                      (left.isEmpty() ? QString() : QStringLiteral(", ") + left));
-    m_detail->setText(
-        m_detail->fontMetrics().elidedText(logText(command), Qt::ElideRight, m_detail->width()));
+    showDetail(m_detail->fontMetrics().elidedText(logText(command), Qt::ElideRight, m_detail->width()));
+}
+
+void TransmissionPanel::showDetail(const QString &text)
+{
+    m_detail->setTextFormat(Qt::PlainText);
+    m_detail->setText(text);
+    m_detail->setToolTip(QString());
 }
 
 void TransmissionPanel::end()
@@ -154,7 +160,7 @@ void TransmissionPanel::showSummary()
     }
     m_detail->setTextFormat(Qt::RichText);
     m_detail->setText(text);
-    m_detail->setToolTip(text);
+    m_detail->setToolTip(QTextDocumentFragment::fromHtml(text).toPlainText());
 }
 
 void TransmissionPanel::showButtons()

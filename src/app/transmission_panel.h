@@ -33,6 +33,7 @@ private:
     void begin();
     void showStep(int step, const QString &command);
     void end();
+    void showDetail(const QString &text);
     void showSummary();
     void showButtons();
     QString links(const QList<int> &steps) const;

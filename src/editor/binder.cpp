@@ -1,6 +1,7 @@
 #include "editor/binder.h"
 
 #include "link/problems.h"
+#include "look/outside_texts.h"
 #include "look/wheel_guard.h"
 #include "platform/text_rules.h"
 
@@ -254,7 +255,7 @@ bool Binder::eventFilter(QObject *watched, QEvent *event)
         if (!problem.isEmpty()) {
             const QString tip = control->toolTip();
             QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(),
-                               tip.isEmpty() ? problem : problem + u'\n' + tip, control);
+                               foldedTip(tip.isEmpty() ? problem : problem + u'\n' + tip), control);
             return true;
         }
         break;

@@ -94,7 +94,6 @@ QWidget *CalibrationPage::confirmationsCard()
     auto *layout = new QHBoxLayout(card);
     m_done = new QLabel(card);
     m_done->setObjectName(QStringLiteral("lbl_kal_done"));
-    m_done->setTextFormat(Qt::PlainText);
     m_done->setWordWrap(true);
     m_done->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_done->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -90,7 +90,6 @@ QWidget *ConnectionPage::stateCard()
     m_lamp->setObjectName(QStringLiteral("lbl_connection_lamp"));
     m_state = new QLabel(card);
     m_state->setObjectName(QStringLiteral("lbl_connection_state"));
-    m_state->setTextFormat(Qt::PlainText);
     m_state->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     row->addWidget(m_lamp);
     row->addWidget(m_state, 1);

@@ -246,7 +246,6 @@ QLabel *InputPage::addUnit(const QString &name, int channel)
 {
     auto *unit = new QLabel(m_card);
     unit->setObjectName(name);
-    unit->setTextFormat(Qt::PlainText); // the user's own unit is no markup
     unit->setFixedWidth(lineWidth);
     m_grid->addWidget(unit, firstRow + channel - 1, ValueUnitColumn);
     return unit;

@@ -133,7 +133,6 @@ QLabel *LimitValuePage::fixedLabel(const QString &name)
 {
     auto *label = new QLabel(this);
     label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText); // units are the user's
     label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     return label;
 }

@@ -78,7 +78,7 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
     setWindowTitle(programName);
     QString lines = text;
     lines.replace(QLatin1String("\r\n"), QLatin1String("\n"));
-    m_label->setTextFormat(Qt::PlainText);
+    m_label->setTextFormat(Qt::PlainText); // it is measured before the rule for all labels reaches it
     m_label->setWordWrap(true);
     m_label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     m_label->setText(lines);

@@ -8,7 +8,6 @@ namespace ktr {
 
 ProblemLabel::ProblemLabel(QWidget *parent) : QLabel(parent)
 {
-    setTextFormat(Qt::PlainText);
     setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     setWordWrap(true);
     takeColour();

@@ -34,7 +34,6 @@ QLabel *createLabel(const QString &name, QWidget *parent)
 {
     auto *label = new QLabel(parent);
     label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText); // it came from a module
     return label;
 }
 
@@ -189,7 +188,7 @@ void AlarmBar::elide()
         const QString &wanted = room < roomForTime ? m_short[i] : m_full[i];
         const QString shown = label.fontMetrics().elidedText(wanted, Qt::ElideRight, room);
         label.setText(shown);
-        label.setToolTip(shown == m_full[i] ? QString() : m_full[i].toHtmlEscaped());
+        label.setToolTip(shown == m_full[i] ? QString() : m_full[i]);
     }
 }
 

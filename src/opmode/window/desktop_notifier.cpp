@@ -3,6 +3,7 @@
 #include "look/icons.h"
 #include "look/program_name.h"
 #include "platform/helper_program.h"
+#include "platform/text_rules.h"
 
 #include <QApplication>
 #include <QStandardPaths>
@@ -13,16 +14,17 @@ namespace ktr {
 
 namespace {
 
+constexpr qsizetype longest = 200; ///< characters of an alarm that a message shows
+
+/// Some desktops read a message as mark-up, load the pictures it names and make its links work; others show
+/// it letter for letter, and which one this is cannot be asked. So the three characters that mark-up needs
+/// are shown by others that look like them.
 QString line(const Alarm &alarm)
 {
-    return alarm.station + QStringLiteral(": ") + alarm.message;
-}
-
-/// Such programs read backslashes and marks of a text's form; both came from a module.
-QString plain(QString text)
-{
-    text = text.toHtmlEscaped();
-    return text.replace(u'\\', QLatin1String("\\\\"));
+    QString text = firstCharacters(alarm.station + QStringLiteral(": ") + alarm.message, longest);
+    text.replace(u'<', u'‹');
+    text.replace(u'>', u'›');
+    return text.replace(u'&', u'＆');
 }
 
 } // namespace
@@ -91,11 +93,12 @@ bool DesktopNotifier::showInTray(const QString &title, const QString &text)
 bool DesktopNotifier::showByProgram(const QString &title, const QString &text)
 {
     const QString program = QStandardPaths::findExecutable(QStringLiteral("notify-send"));
-    return !program.isEmpty() && startProgram(program, {QStringLiteral("--urgency=critical"),
-                                                        QStringLiteral("--app-name=") + programName,
-                                                        QStringLiteral("--"), title, plain(text)})
-                                     .
-                                     operator bool();
+    return !program.isEmpty() &&
+           startProgram(program,
+                        {QStringLiteral("--urgency=critical"), QStringLiteral("--app-name=") + programName,
+                         QStringLiteral("--"), title, QString(text).replace(u'\\', QLatin1String("\\\\"))})
+               .
+               operator bool();
 }
 
 QString titleWithAlarms(const QString &title, int unacknowledged)

@@ -3,6 +3,7 @@
 #include "look/icons.h"
 #include "look/message_dialog.h"
 #include "look/mnemonics.h"
+#include "look/outside_texts.h"
 #include "look/program_name.h"
 #include "opmode/window/add_stations_dialog.h"
 #include "opmode/window/alarm_bar.h"
@@ -58,6 +59,7 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
       m_sound(m_alarms, services.timers),
       m_notifier(m_alarms, services.timers, *this)
 {
+    showOutsideTextsPlain(*qApp);
     setLocale(services.locale);
     setObjectName(QStringLiteral("Form_betriebsmodus"));
     keepOpenWhileAskingForFiles();

@@ -29,7 +29,6 @@ MessageLine::MessageLine(QWidget *parent)
     m_pinned->setAutoRaise(true);
     m_pinned->hide();
     m_latest->setObjectName(QStringLiteral("lbl_event"));
-    m_latest->setTextFormat(Qt::PlainText);
     m_latest->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_button->setObjectName(QStringLiteral("Cmd_messages"));
     m_button->setAutoRaise(true);

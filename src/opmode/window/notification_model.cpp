@@ -206,7 +206,7 @@ QVariant NotificationModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return text(id, index.column());
     case Qt::ToolTipRole:
-        return index.column() == Message ? text(id, columns).toHtmlEscaped() : QVariant();
+        return index.column() == Message ? text(id, columns) : QVariant();
     case Qt::ForegroundRole:
         return isAlarm(m_tree, id) && (index.column() == State || index.column() == Message)
                    ? QVariant(alarmText(QApplication::palette()))

@@ -43,7 +43,6 @@ HeadedPage::HeadedPage(OperationalMode &mode, const TextTable &texts, QWidget *p
     large.setPointSizeF(large.pointSizeF() * 1.3);
     large.setBold(true);
     m_heading->setFont(large);
-    m_heading->setTextFormat(Qt::PlainText);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins({});
     layout->addWidget(m_stack);

@@ -1,5 +1,6 @@
 #include "opmode/window/station_tree_view.h"
 
+#include "look/outside_texts.h"
 #include "look/palettes.h"
 #include "opmode/window/station_mark.h"
 
@@ -85,7 +86,8 @@ public:
         const QVariant status = index.data(StationTree::StatusRole); // of a station
         QToolTip::showText(
             event->globalPos(),
-            status.isValid() ? statusText(status.value<StationStatus>()) : index.data().toString(), view);
+            foldedTip(status.isValid() ? statusText(status.value<StationStatus>()) : index.data().toString()),
+            view);
         return true;
     }
 

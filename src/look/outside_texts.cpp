@@ -1,0 +1,128 @@
+#include "look/outside_texts.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QHeaderView>
+#include <QHelpEvent>
+#include <QLabel>
+#include <QToolTip>
+
+namespace ktr {
+
+namespace {
+
+constexpr qsizetype widestTip = 80;
+constexpr qsizetype highestTip = 15;
+
+/// How much of a text goes into one line: to a line break, or to the last blank where it would be too wide.
+qsizetype lineLength(QStringView text)
+{
+    const QStringView most = text.first(std::min(text.size(), widestTip + 1));
+    if (const qsizetype end = most.indexOf(u'\n'); end >= 0) {
+        return end;
+    }
+    if (text.size() <= widestTip) {
+        return text.size();
+    }
+    if (const qsizetype blank = most.lastIndexOf(u' '); blank > 0) {
+        return blank;
+    }
+    return text[widestTip - 1].isHighSurrogate() ? widestTip - 1 : widestTip;
+}
+
+/// Watches all widgets, those that the toolkit makes by itself as well (message boxes, tool tips).
+class PlainTexts : public QObject
+{
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        switch (event->type()) {
+        case QEvent::Polish: // comes before a label is measured or drawn
+            if (auto *label = qobject_cast<QLabel *>(watched);
+                label != nullptr && label->textFormat() == Qt::AutoText) {
+                label->setTextFormat(Qt::PlainText);
+            }
+            break;
+        case QEvent::ToolTipChange:
+            if (auto *widget = qobject_cast<QWidget *>(watched)) {
+                if (const QString folded = foldedTip(widget->toolTip()); folded != widget->toolTip()) {
+                    widget->setToolTip(folded);
+                }
+            }
+            break;
+        case QEvent::ToolTip:
+            if (auto *view = qobject_cast<QAbstractItemView *>(watched->parent());
+                view != nullptr && view->viewport() == watched) {
+                return showOwnTip(*view, *static_cast<QHelpEvent *>(event));
+            }
+            break;
+        default:
+            break;
+        }
+        return false;
+    }
+
+private:
+    /// Takes over from a view whose item has a tool tip that must be folded.
+    static bool showOwnTip(QAbstractItemView &view, const QHelpEvent &event)
+    {
+        QString tip;
+        QRect place;
+        if (auto *header = qobject_cast<QHeaderView *>(&view)) {
+            const int section = header->logicalIndexAt(event.pos());
+            tip = header->model()->headerData(section, header->orientation(), Qt::ToolTipRole).toString();
+        } else {
+            const QModelIndex index = view.indexAt(event.pos());
+            tip = index.data(Qt::ToolTipRole).toString();
+            place = view.visualRect(index);
+        }
+        const QString folded = foldedTip(tip);
+        if (folded == tip) {
+            return false;
+        }
+        QToolTip::showText(event.globalPos(), folded, view.viewport(), place);
+        return true;
+    }
+};
+
+} // namespace
+
+void showOutsideTextsPlain(QApplication &application)
+{
+    static const QString name = QStringLiteral("PlainTexts");
+    if (application.findChild<QObject *>(name, Qt::FindDirectChildrenOnly) != nullptr) {
+        return;
+    }
+    auto *texts = new PlainTexts(&application);
+    texts->setObjectName(name);
+    application.installEventFilter(texts);
+}
+
+QString foldedTip(const QString &text)
+{
+    QString folded;
+    QStringView rest = text;
+    for (qsizetype line = 1; !rest.isEmpty(); ++line) {
+        const qsizetype length = lineLength(rest);
+        QStringView shown = rest.first(length);
+        const bool isBreak = length < rest.size() && (rest[length] == u'\n' || rest[length] == u' ');
+        rest = rest.sliced(length + (isBreak ? 1 : 0));
+        if (line == highestTip && !rest.isEmpty()) {
+            if (shown.size() == widestTip) { // room for the mark
+                shown.chop(shown[widestTip - 2].isHighSurrogate() ? 2 : 1);
+            }
+            folded += shown;
+            folded += u'…';
+            return folded;
+        }
+        folded += shown;
+        if (isBreak || !rest.isEmpty()) {
+            folded += u'\n';
+        }
+    }
+    return folded;
+}
+
+} // namespace ktr
