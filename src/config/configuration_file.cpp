@@ -16,7 +16,7 @@ const QString versionElement = QStringLiteral("Version");
 
 QString holidayElement(int index)
 {
-    return QStringLiteral("Feiertag%1").arg(index);
+    return u"Feiertag" + QString::number(index);
 }
 
 using Attributes = QList<std::pair<QString, QString>>;
@@ -100,14 +100,14 @@ ReadReport readConfiguration(const QByteArray &document, Configuration &configur
     report.document = xml.load(document);
 
     visitRecords(configuration, [&]<class Record>(const Group &group, Record &record, int index) {
+        const bool inAttributes = group.form == Form::Attributes;
+        const QString common = inAttributes ? group.elementName(nullptr, index) : QString();
         for (const Field<Record> &field : fieldsOf<Record>()) {
             if (!field.appliesTo(index)) {
                 continue;
             }
-            const QString element = group.elementName(field.xmlName, index);
-            const QString name = QString::fromUtf16(field.xmlName);
-            const QString text =
-                group.form == Form::Attributes ? xml.attribute(element, name) : xml.text(element);
+            const QString text = inAttributes ? xml.attribute(common, field.xmlName)
+                                              : xml.text(group.elementName(field.xmlName, index));
             if (text.isEmpty()) {
                 applyPreset(field, record, field.whenEmpty, environment, index);
             } else if (!setFieldText(field, record,

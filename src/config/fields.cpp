@@ -372,17 +372,14 @@ QString ControlName::forIndex(int index) const
 
 QString Group::elementName(const char16_t *xmlName, int index) const
 {
-    QString name = QString::fromUtf16(form == Form::Attributes ? element : xmlName);
-    if (numbered) {
-        name += QString::number(index);
-    }
-    return name;
+    const QStringView name(form == Form::Attributes ? element : xmlName);
+    return numbered ? name + QString::number(index) : name.toString();
 }
 
 QString Group::place(const char16_t *xmlName, int index) const
 {
     const QString name = elementName(xmlName, index);
-    return form == Form::Attributes ? name + u' ' + QString::fromUtf16(xmlName) : name;
+    return form == Form::Attributes ? name + u' ' + QStringView(xmlName) : name;
 }
 
 void makeNew(Configuration &configuration, const Environment &environment)

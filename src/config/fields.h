@@ -22,7 +22,7 @@ struct Preset
     constexpr bool keepsValue() const { return text == nullptr && compute == nullptr; }
     QString value(const Environment &environment, int index) const
     {
-        return compute != nullptr ? compute(environment, index) : QString::fromUtf16(text);
+        return compute != nullptr ? compute(environment, index) : QStringView(text).toString();
     }
 };
 

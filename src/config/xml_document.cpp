@@ -18,6 +18,12 @@ namespace {
 /// The encoding that an 8-bit document declares, in lower case; "utf-8" when it declares none.
 QByteArray declaredEncoding(const QByteArray &document)
 {
+    const auto *const start =
+        std::ranges::find_if_not(document, [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); });
+    if (start == document.end() || *start != '<' ||
+        !std::string_view(start, document.end()).starts_with("<?xml")) {
+        return QByteArrayLiteral("utf-8"); // the usual file, without looking for more
+    }
     static const QRegularExpression declaration(
         QStringLiteral("^\\s*<\\?xml[^>]*?\\sencoding\\s*=\\s*[\"']([A-Za-z0-9._-]+)[\"']"));
     const auto match = declaration.match(QString::fromLatin1(document.left(512)));
@@ -29,8 +35,9 @@ std::optional<QString> decode(QStringConverter::Encoding encoding, QByteArrayVie
     QStringDecoder decoder(encoding,
                            QStringConverter::Flag::Stateless); // half a character at the end is an error
     QString text = decoder.decode(bytes);
-    const bool halfUnit = encoding != QStringConverter::Utf8 && bytes.size() % 2 != 0;
-    return decoder.hasError() || halfUnit || !text.isValidUtf16() ? std::nullopt : std::optional(text);
+    const bool isWide = encoding != QStringConverter::Utf8; // which may hold halves of characters
+    const bool isHalf = isWide && (bytes.size() % 2 != 0 || !text.isValidUtf16());
+    return decoder.hasError() || isHalf ? std::nullopt : std::optional(std::move(text));
 }
 
 bool isXmlCharacter(char32_t c)
@@ -46,31 +53,35 @@ constexpr int mostAttributes = 1000;
 /// Where the tag that begins at `start` ends, nothing when it does not; counts its attributes on the way.
 std::optional<qsizetype> tagEnd(QStringView text, qsizetype start, int &attributes)
 {
-    QChar quote;
     attributes = 0;
     for (qsizetype at = start; at < text.size(); ++at) {
         const QChar c = text[at];
-        if (!quote.isNull()) {
-            quote = c == quote ? QChar() : quote;
-        } else if (c == u'"' || c == u'\'') {
-            quote = c;
-            ++attributes;
-        } else if (c == u'>') {
+        if (c == u'>') {
             return at;
+        }
+        if (c == u'"' || c == u'\'') {
+            ++attributes;
+            at = text.indexOf(c, at + 1);
+            if (at < 0) {
+                break;
+            }
         }
     }
     return std::nullopt;
+}
+
+bool isUnreadable(QChar c)
+{
+    return (c < u' ' || c > QChar(0xFFFD)) && !isXmlCharacter(c.unicode());
 }
 
 /// Refuses what the reader would take or choke on: characters that XML does not know, document type
 /// declarations, elements of endless attributes. Other faults are left to the reader.
 Status isReadable(const QString &text)
 {
-    for (const QChar c : text) {
-        if (!c.isSurrogate() && !isXmlCharacter(c.unicode())) {
-            return Status::failed(
-                QCoreApplication::translate("Files", "there is a character of number %1").arg(c.unicode()));
-        }
+    if (const auto *const c = std::ranges::find_if(text, isUnreadable); c != text.end()) {
+        return Status::failed(
+            QCoreApplication::translate("Files", "there is a character of number %1").arg(c->unicode()));
     }
     struct Section
     {
@@ -81,17 +92,18 @@ Status isReadable(const QString &text)
                                      Section{QLatin1String("<![CDATA["), QLatin1String("]]>")},
                                      Section{QLatin1String("<?"), QLatin1String("?>")}};
     const QStringView view = text;
-    for (qsizetype at = text.indexOf(u'<'); at >= 0; at = text.indexOf(u'<', at + 1)) {
+    for (qsizetype at = view.indexOf(u'<'); at >= 0; at = view.indexOf(u'<', at + 1)) {
         const QStringView rest = view.mid(at);
+        const bool isTag = rest.size() < 2 || (rest[1] != u'!' && rest[1] != u'?');
         const auto section = std::ranges::find_if(
-            sections, [&rest](const Section &candidate) { return rest.startsWith(candidate.start); });
+            sections, [&](const Section &candidate) { return !isTag && rest.startsWith(candidate.start); });
         if (section != sections.end()) {
             const qsizetype end = text.indexOf(section->end, at + section->start.size());
             if (end < 0) {
                 return Status::done(); // cut off: the reader says where
             }
             at = end + section->end.size() - 1;
-        } else if (rest.startsWith(QLatin1String("<!"))) {
+        } else if (!isTag) {
             return Status::failed(
                 QCoreApplication::translate("Files", "a document type declaration is not accepted"));
         } else {
@@ -209,21 +221,19 @@ Status XmlDocument::load(const QByteArray &document)
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
         case QXmlStreamReader::StartElement: {
-            const QString name = reader.qualifiedName().toString();
+            QString name = reader.qualifiedName().toString();
             const bool first = !elements.contains(name);
             if (first) {
-                Element &element = elements[name];
-                for (const QXmlStreamAttribute &attribute : reader.attributes()) {
-                    element.attributes.insert(attribute.qualifiedName().toString(),
-                                              attribute.value().toString());
-                }
+                elements.insert(name, {QString(), reader.attributes()});
             }
-            open.append(first ? name : QString());
+            open.append(first ? std::move(name) : QString());
             break;
         }
         case QXmlStreamReader::Characters:
-            if (!open.last().isEmpty() && !reader.isWhitespace() && elements[open.last()].text.isNull()) {
-                elements[open.last()].text = reader.text().toString();
+            if (!open.last().isEmpty() && !reader.isWhitespace()) {
+                if (QString &text = elements[open.last()].text; text.isNull()) {
+                    text = reader.text().toString();
+                }
             }
             break;
         case QXmlStreamReader::EndElement:
@@ -245,13 +255,18 @@ Status XmlDocument::load(const QByteArray &document)
 
 QString XmlDocument::text(const QString &element) const
 {
-    return m_elements.value(element).text;
+    const auto found = m_elements.constFind(element);
+    return found == m_elements.constEnd() ? QString() : found->text;
 }
 
-QString XmlDocument::attribute(const QString &element, const QString &name) const
+QString XmlDocument::attribute(const QString &element, QStringView name) const
 {
     const auto found = m_elements.constFind(element);
-    return found == m_elements.constEnd() ? QString() : found->attributes.value(name);
+    if (found == m_elements.constEnd()) {
+        return {};
+    }
+    const auto attribute = std::ranges::find(found->attributes, name, &QXmlStreamAttribute::qualifiedName);
+    return attribute == found->attributes.end() ? QString() : attribute->value().toString();
 }
 
 void XmlWriter::open(const QString &element)

@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <QHash>
 #include <QString>
-#include <QStringList>
+#include <QXmlStreamAttributes>
 
 namespace ktr {
 
@@ -26,13 +26,13 @@ public:
     QString text(const QString &element) const;
 
     /// An attribute of the first element of this name, empty when there is none.
-    QString attribute(const QString &element, const QString &name) const;
+    QString attribute(const QString &element, QStringView name) const;
 
 private:
     struct Element
     {
         QString text;
-        QHash<QString, QString> attributes;
+        QXmlStreamAttributes attributes; ///< as the reader has them: nothing is copied
     };
     QHash<QString, Element> m_elements;
 };

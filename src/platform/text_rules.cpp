@@ -53,6 +53,23 @@ qsizetype numberLength(QStringView text)
     return at;
 }
 
+/// The number of a text that is nothing but a few digits, as most are; nothing of any other text.
+std::optional<double> plainNumber(QStringView text)
+{
+    constexpr qsizetype mostDigits = 9;
+    if (text.isEmpty() || text.size() > mostDigits) {
+        return std::nullopt;
+    }
+    int number = 0;
+    for (const QChar c : text) {
+        if (!isDecimalDigit(c)) {
+            return std::nullopt;
+        }
+        number = 10 * number + (c.unicode() - u'0');
+    }
+    return number;
+}
+
 } // namespace
 
 bool isDecimalDigit(QChar c)
@@ -67,6 +84,9 @@ bool isHexadecimalDigit(QChar c)
 
 double leadingNumber(QStringView text)
 {
+    if (const auto plain = plainNumber(text)) {
+        return *plain;
+    }
     QString packed;
     packed.reserve(text.size());
     for (const QChar c : text) {
@@ -80,6 +100,9 @@ double leadingNumber(QStringView text)
 
 std::optional<double> toNumber(QStringView text)
 {
+    if (const auto number = plainNumber(text)) {
+        return number;
+    }
     QString plain = text.trimmed().toString();
     plain.replace(u',', u'.');
     if (plain.isEmpty() || numberLength(plain) != plain.size()) {
@@ -124,6 +147,9 @@ QString withDecimalPoint(QString text)
 
 QString withoutUmlauts(QString text)
 {
+    if (std::ranges::all_of(text, [](QChar c) { return c < QChar(0x80); })) {
+        return text;
+    }
     text.replace(QStringLiteral("ö"), QStringLiteral("oe"));
     text.replace(QStringLiteral("ä"), QStringLiteral("ae"));
     text.replace(QStringLiteral("ü"), QStringLiteral("ue"));
