@@ -130,7 +130,7 @@ void LinkPresenter::attach(TestPage &page)
     connect(&page, &TestPage::commandPlaced, this, &LinkPresenter::place);
     connect(&m_link, &ModuleLink::logged, &page, &TestPage::appendLog);
     connect(&m_link, &ModuleLink::replied, &page,
-            [&page](const ModemDialogue::Reply &reply) { page.showReply(reply.text); });
+            [&page](const ModemDialogue::Reply &reply) { page.showReply(reply.shown()); });
     connect(&m_link, &ModuleLink::commandLeft, &page, &TestPage::clearInput);
     page.setIdle(!m_link.isTransmitting());
 }

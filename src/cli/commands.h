@@ -33,6 +33,10 @@ void describeSend(Arguments &arguments);
 std::optional<int> checkSend(const Arguments &arguments);
 int send(const Arguments &arguments);
 
+void describeFirmware(Arguments &arguments);
+std::optional<int> checkFirmware(const Arguments &arguments);
+int firmware(const Arguments &arguments);
+
 void describeSimulate(Arguments &arguments);
 std::optional<int> checkSimulate(const Arguments &arguments);
 int simulate(const Arguments &arguments);

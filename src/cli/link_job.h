@@ -44,6 +44,7 @@ public:
     void finishWhenDrained(int code);
 
     ModuleSession &session() { return m_session; }
+    Transport &line() { return *m_line; }
     bool isEthernet() const { return m_kind == LineKind::Ethernet; }
     Timers &timers() { return m_timers; }
     Milliseconds timeout() const { return m_timeout; }

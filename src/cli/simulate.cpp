@@ -222,6 +222,7 @@ int simulate(const Arguments &arguments)
                    .arg(memory.refused));
         save(memory);
     });
+    module.onFirmware([](qint64 bytes) { report(QStringLiteral("%1 bytes of firmware taken").arg(bytes)); });
     module.onHangUp([&] {
         report(QStringLiteral("hung up"));
         save(module.memory());

@@ -125,8 +125,15 @@ void describeSend(Arguments &arguments)
 
 std::optional<int> checkSend(const Arguments &arguments)
 {
-    return arguments.positional(0).isEmpty() ? arguments.wrong(QStringLiteral("the command is empty"))
-                                             : LinkJob::check(arguments);
+    const QString command = arguments.positional(0);
+    if (command.isEmpty()) {
+        return arguments.wrong(QStringLiteral("the command is empty"));
+    }
+    if (announcesFirmware(command)) { // the module would wait for an image in vain
+        return arguments.wrong(
+            QStringLiteral("§88 announces a firmware image; \"ktrcli firmware\" sends one"));
+    }
+    return LinkJob::check(arguments);
 }
 
 int send(const Arguments &arguments)

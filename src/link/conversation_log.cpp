@@ -19,13 +19,17 @@ bool isControl(QChar c)
 
 QString withoutPin(const QString &line)
 {
-    if (line.contains(QLatin1String("at+cpin="), Qt::CaseInsensitive)) {
-        return QLatin1String("at+cpin=\"") + hidden + u'"';
+    // It is given, changed and asked for no longer.
+    for (const QLatin1String &command :
+         {QLatin1String("at+cpin=\""), QLatin1String("at+cpwd=\""), QLatin1String("at+clck=\"")}) {
+        if (line.contains(command.chopped(1), Qt::CaseInsensitive)) {
+            return command + hidden + u'"';
+        }
     }
     // The numbers command carries the PIN as its first field. A module that does not take a command repeats
     // it.
     static const QRegularExpression numbersCommand(
-        QStringLiteral("(^|: |-> |<-- |<---- |[\\r\\n])([Nn],)[^,]*(,|$)"),
+        QStringLiteral("(^|: |-> |<-- |<---- |[\\r\\n\\x1A])([ >]*[Nn],)[^,]*(,|$)"),
         QRegularExpression::DotMatchesEverythingOption);
     QString masked = line;
     return masked.replace(numbersCommand, QStringLiteral("\\1\\2") + hidden + QStringLiteral("\\3"));

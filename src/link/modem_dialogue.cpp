@@ -2,8 +2,14 @@
 
 namespace ktr {
 
-std::vector<ModuleDialogue::Action> ModemDialogue::lineReceived(const QString &line)
+std::vector<ModuleDialogue::Action> ModemDialogue::lineReceived(const QString &received)
 {
+    // Where lines end with CR LF, the line feed belongs to the line before, which was answered already.
+    qsizetype start = 0;
+    while (start < received.size() && received[start] == u'\n') {
+        ++start;
+    }
+    const QString line = received.sliced(start);
     logReceived(line);
     act(Send{line.chopped(1)});
     if (line.contains(QLatin1String("at+cpin"))) {

@@ -17,7 +17,7 @@ public:
         : ModuleDialogue(std::move(nextCommand), QStringLiteral("com"))
     {}
 
-    std::vector<Action> lineReceived(const QString &line) override;
+    std::vector<Action> lineReceived(const QString &received) override;
 };
 
 } // namespace ktr

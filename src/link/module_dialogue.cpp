@@ -3,6 +3,9 @@
 #include "link/line_assembler.h"
 
 #include <QCoreApplication>
+#include <QRegularExpression>
+
+#include <algorithm>
 
 namespace ktr {
 
@@ -12,6 +15,39 @@ constexpr QChar endOfSms = u'\x1A';
 const QString sendSms = QStringLiteral("at+cmgs");
 const QString readSms = QStringLiteral("at+cmgr=");
 const QString smsHeader = QStringLiteral(",\"+IP\"");
+
+const QString insideLine = QStringLiteral(" --> ");
+
+/// Behind the first end of a line in a text that is not empty.
+qsizetype endOfLine(QStringView text)
+{
+    qsizetype end = 0;
+    while (end < text.size() && text[end] != u'\r' && text[end] != endOfSms) {
+        ++end;
+    }
+    return std::min(end + 1, text.size());
+}
+
+bool isMarked(QStringView text)
+{
+    return text.startsWith(QLatin1String("--> ")) || text.startsWith(QLatin1String("<-- "));
+}
+
+/// A report of the module holds any texts, also such as look like the confirmation of a service command.
+bool isReport(QStringView text)
+{
+    while (!text.isEmpty() && QStringView(u" <>-\n").contains(text.front())) {
+        text = text.sliced(1);
+    }
+    return text.size() > 1 && QStringView(u"MRH").contains(text[0]) && text[1] == u',';
+}
+
+/// A line that is a reply by itself, also where it comes in the middle of an SMS.
+bool isReplyLine(QStringView line)
+{
+    const QStringView text = withoutPrompt(line.startsWith(u'\n') ? line.sliced(1) : line);
+    return isMarked(text) || text.startsWith(QLatin1String("H,")) || text.contains(insideLine);
+}
 
 QString withoutLineEnds(QStringView text)
 {
@@ -25,6 +61,36 @@ QString withoutLineEnds(QStringView text)
 }
 
 } // namespace
+
+QStringView withoutPrompt(QStringView text)
+{
+    while (!text.isEmpty() && (text.front() == u' ' || text.front() == u'>')) {
+        text = text.sliced(1);
+    }
+    return text;
+}
+
+QString ModuleDialogue::Reply::shown() const
+{
+    const QStringView plain = withoutPrompt(text);
+    if (isMarked(plain)) {
+        return number + u' ' + plain;
+    }
+    const bool isOfModem = kind == ReplyKind::Message && number.isEmpty();
+    return isOfModem ? text : number + QLatin1String(" <-- ") + text;
+}
+
+bool announcesFirmware(QStringView command)
+{
+    return command.contains(QStringLiteral("§88"));
+}
+
+std::vector<ModuleDialogue::Action> ModuleDialogue::lineOverheard(const QString &line)
+{
+    logReceived(line);
+    dropSms(); // what comes later is not taken for its text
+    return takeActions();
+}
 
 void ModuleDialogue::logReceived(QStringView prefix, const QString &line)
 {
@@ -40,14 +106,13 @@ void ModuleDialogue::sendLogged(const QString &line)
 void ModuleDialogue::dispatch(const QString &line)
 {
     QString other; // what belongs to no SMS
-    for (qsizetype at = 0; at < line.size();) {
-        const qsizetype end = line.indexOf(endOfSms, at);
-        const qsizetype next = end < 0 ? line.size() : end + 1;
-        other += takeSms(line.sliced(at, next - at));
-        at = next;
+    for (QStringView rest = line; !rest.isEmpty();) {
+        const QStringView one = rest.first(endOfLine(rest));
+        other += takeSms(one);
+        rest = rest.sliced(one.size());
     }
     if (other.contains(QLatin1String("H,"))) {
-        act(Reply{ReplyKind::History, {}, withoutLineEnds(other)});
+        tell({ReplyKind::History, {}, withoutLineEnds(other)});
     }
     if (m_transmissionSent) {
         takeNumber(line);
@@ -57,36 +122,58 @@ void ModuleDialogue::dispatch(const QString &line)
     if (line.contains(readSms)) {
         handOverCommand();
     }
-    const qsizetype message = other.indexOf(QLatin1String(" --> "));
-    if (message >= 0) {
-        act(Reply{ReplyKind::Message, {}, withoutLineEnds(QStringView(other).mid(message + 1))});
+    if (const qsizetype message = other.indexOf(insideLine); message >= 0) {
+        static const QRegularExpression number(QStringLiteral("(?:^|[\\s\x1A])(\\+?[0-9]+|\\+IP)$"));
+        tell({ReplyKind::Message, number.match(other.first(message)).captured(1),
+              withoutLineEnds(QStringView(other).mid(message + 1))});
     }
-    const qsizetype confirmed = line.indexOf(QStringLiteral("OK: §"));
-    if (confirmed >= 0) {
-        act(ServiceConfirmed{withoutLineEnds(QStringView(line).mid(confirmed + 6))});
-    }
+    takeConfirmations(other);
     sendLogged(QStringLiteral("OK"));
 }
 
-/// Takes the lines of an SMS that the module sends, which may come as one or several; hands its text on
-/// once, at its Ctrl-Z. Gives back what does not belong to an SMS.
-QString ModuleDialogue::takeSms(const QString &line)
+void ModuleDialogue::tell(Reply reply)
 {
-    QStringView text = line;
-    QString inFront;
-    if (const qsizetype start = line.indexOf(sendSms); start >= 0) {
-        // at+cmgs="number": the number begins with the tenth character.
-        const QStringView number = text.mid(start + 9);
-        const qsizetype quote = number.indexOf(u'"');
-        m_smsNumber = quote < 0 ? QString() : number.first(quote).toString();
-        m_smsText.clear();
-        inFront = line.first(start);
-        const qsizetype end = line.indexOf(u'\r', start);
-        text = end < 0 ? QStringView() : text.mid(end);
-    } else if (line.contains(QLatin1String("at+"))) {
-        m_smsNumber.reset(); // another command: the text will not come any more
+    act(Log{reply.shown()});
+    act(std::move(reply));
+}
+
+void ModuleDialogue::takeConfirmations(QStringView text)
+{
+    while (!text.isEmpty()) {
+        const QStringView line = text.first(endOfLine(text));
+        text = text.sliced(line.size());
+        const qsizetype confirmed = line.indexOf(QStringLiteral("OK: §"));
+        if (confirmed < 0) {
+            continue;
+        }
+        const qsizetype message = line.first(confirmed).lastIndexOf(insideLine);
+        if (!isReport(line.sliced(message < 0 ? 0 : message))) {
+            act(ServiceConfirmed{withoutLineEnds(line.sliced(confirmed + 6))});
+        }
     }
-    if (!m_smsNumber) {
+}
+
+/// Takes a line of an SMS that the module sends; hands its text on once, at its Ctrl-Z. Gives back what does
+/// not belong to an SMS.
+QStringView ModuleDialogue::takeSms(QStringView line)
+{
+    const bool isEnd = line.endsWith(endOfSms);
+    QStringView text = line;
+    QStringView inFront;
+    if (const qsizetype start = line.indexOf(sendSms); start >= 0) {
+        dropSms();
+        // at+cmgs="number": the number begins with the tenth character.
+        text = line.mid(start + 9);
+        const qsizetype quote = text.indexOf(u'"');
+        m_smsNumber = quote < 0 ? QString() : text.first(quote).toString();
+        text = quote < 0 ? QStringView() : text.sliced(quote + 1);
+        inFront = line.first(start);
+    } else if (!m_smsNumber) {
+        return line;
+    } else if (!isEnd && line.contains(QLatin1String("at+"))) {
+        dropSms(); // another command: the text will not come any more
+        return line;
+    } else if (!isEnd && isReplyLine(line)) {
         return line;
     }
     m_smsText += text;
@@ -95,16 +182,25 @@ QString ModuleDialogue::takeSms(const QString &line)
                     .arg(m_smsText.size())});
         m_smsText.clear();
         m_smsNumber.reset();
-        return inFront;
-    }
-    if (line.endsWith(endOfSms)) {
-        const QString whole = withoutLineEnds(m_smsText);
+    } else if (isEnd) {
+        const QString whole = withoutLineEnds(std::exchange(m_smsText, QString()));
         // By how it begins: an alarm's text may have an "H," anywhere.
-        const ReplyKind kind = whole.startsWith(QLatin1String("H,")) ? ReplyKind::History : ReplyKind::Sms;
-        act(Reply{kind, *m_smsNumber, whole});
-        m_smsNumber.reset();
+        const bool isHistory = withoutPrompt(whole).startsWith(QLatin1String("H,"));
+        tell({isHistory ? ReplyKind::History : ReplyKind::Sms, *std::exchange(m_smsNumber, std::nullopt),
+              whole});
+        takeConfirmations(whole);
     }
     return inFront;
+}
+
+/// What has come of an SMS that was broken off is told: it may be half an answer, and is not taken for one.
+void ModuleDialogue::dropSms()
+{
+    const QString text = withoutLineEnds(std::exchange(m_smsText, QString()));
+    const std::optional<QString> number = std::exchange(m_smsNumber, std::nullopt);
+    if (number && !text.isEmpty()) {
+        tell({ReplyKind::Message, *number, text});
+    }
 }
 
 void ModuleDialogue::takeNumber(const QString &line)
@@ -133,7 +229,8 @@ void ModuleDialogue::handOverCommand()
         sendLogged(smsHeader);
         sendLogged(command);
         act(CommandSent{step, command});
-        if (command.contains(QStringLiteral("§88"))) {
+        // What a step carries are texts and numbers of the configuration, whatever they look like.
+        if (!step && announcesFirmware(command)) {
             act(FirmwareAnnounced{});
         }
     }

@@ -11,6 +11,12 @@
 
 namespace ktr {
 
+/// Whether a command of the user tells the module to expect a firmware image. No step of a transmission does.
+bool announcesFirmware(QStringView command);
+
+/// A text of the module without the blanks and ">" that may stand in front of it.
+QStringView withoutPrompt(QStringView text);
+
 /// The program in the place of the module's GSM modem: a line of the module in, actions out. It knows no
 /// port and no clock. What the kinds of line have in common: reading and sending SMS, the module's texts.
 ///
@@ -43,12 +49,17 @@ public:
         History, ///< a line of its archive
         Message, ///< a message that it sends by itself
     };
-    /// A text of the module for the reply interpreter. `number` is the SMS's destination.
+    /// A text of the module for the reply interpreter. `number` is the SMS's destination, or stood in front
+    /// of a message.
     struct Reply
     {
         ReplyKind kind;
         QString number;
         QString text;
+
+        /// The text behind its number and its marker: "+IP <-- OK: G,1", "+4917012345 --> M,Pump 1 fail".
+        QString shown() const;
+
         bool operator==(const Reply &) const = default;
     };
     /// The module read an SMS and there was none for it.
@@ -101,6 +112,9 @@ public:
     /// What a line that ends with a carriage return or Ctrl-Z, its last character, leads to.
     virtual std::vector<Action> lineReceived(const QString &line) = 0;
 
+    /// The same for a line that is only logged, since nothing may be sent at the moment.
+    std::vector<Action> lineOverheard(const QString &line);
+
     /// What the beginning of a connection leads to.
     virtual std::vector<Action> connected() { return {}; }
 
@@ -124,7 +138,10 @@ protected:
     std::vector<Action> takeActions() { return std::exchange(m_actions, {}); }
 
 private:
-    QString takeSms(const QString &line);
+    QStringView takeSms(QStringView line);
+    void dropSms();
+    void tell(Reply reply);
+    void takeConfirmations(QStringView text);
     void takeNumber(const QString &line);
     void handOverCommand();
 

@@ -8,12 +8,14 @@ ModuleLink::ModuleLink(Transport &serial, Transport &ethernet, Timers &timers, c
                        std::function<QStringList()> ports, QObject *parent)
     : QObject(parent),
       m_ports(std::move(ports)),
-      m_serial{serial, {serial, timers, environment}, {serial, timers, serialPace}},
-      m_ethernet{
-          ethernet, {ethernet, timers, environment, LineKind::Ethernet}, {ethernet, timers, datagramPace}},
+      m_serial{serial,
+               {serial, timers, environment},
+               {m_serial.session, serial, timers, serialPace, [this] { return m_firmware; }}},
+      m_ethernet{ethernet,
+                 {ethernet, timers, environment, LineKind::Ethernet},
+                 {m_ethernet.session, ethernet, timers, datagramPace, [this] { return m_firmware; }}},
       m_search(serial, timers, [this] { return candidates(); }),
-      m_firmware(joinPath(environment.programFolder, QStringLiteral("upgrade.bin"))),
-      m_selfProgram(timers.create())
+      m_firmware(joinPath(environment.programFolder, QStringLiteral("upgrade.bin")))
 {
     connectPath(m_serial);
     connectPath(m_ethernet);
@@ -79,11 +81,12 @@ void ModuleLink::connectPath(Path &path)
         Q_EMIT transmissionEnded();
     });
     connect(session, &ModuleSession::silent, this, &ModuleLink::moduleSilent);
-    connect(session, &ModuleSession::firmwareAnnounced, this,
-            [this] { m_selfProgram->start(uploadDelay, [this] { startUpload(); }); });
-    connect(&path.upload, &FirmwareUpload::told, this, &ModuleLink::told);
-    connect(&path.upload, &FirmwareUpload::progressed, this, &ModuleLink::uploadProgressed);
-    connect(&path.upload, &FirmwareUpload::ended, this, &ModuleLink::uploadEnded);
+    const SelfProgramming *programming = &path.programming;
+    connect(programming, &SelfProgramming::refused, this,
+            [this](const QString &reason) { Q_EMIT told(tr("No firmware is sent: %1").arg(reason)); });
+    connect(programming, &SelfProgramming::told, this, &ModuleLink::told);
+    connect(programming, &SelfProgramming::progressed, this, &ModuleLink::uploadProgressed);
+    connect(programming, &SelfProgramming::ended, this, &ModuleLink::uploadEnded);
 }
 
 void ModuleLink::commandSent(std::optional<int> step, const QString &command)
@@ -182,8 +185,7 @@ void ModuleLink::connectEthernet(const QString &address, bool exclusive)
 void ModuleLink::goOffline()
 {
     m_search.stop();
-    m_selfProgram->stop();
-    m_path->upload.cancel();
+    m_path->programming.cancel();
     endTransmission();
     m_serial.transport.close();
     m_search.forgetPort();
@@ -199,7 +201,7 @@ void ModuleLink::goOffline()
 void ModuleLink::leaveModule(const QString &reason)
 {
     const bool heard = std::exchange(m_connected, false);
-    m_selfProgram->stop();
+    m_path->programming.cancel();
     endTransmission();
     Q_EMIT told(tr("The connection is lost: %1").arg(reason));
     if (heard) {
@@ -244,13 +246,6 @@ void ModuleLink::endTransmission()
     } else if (std::exchange(m_isLastLeaving, false)) {
         m_report.brokenAt = steps::last;
         Q_EMIT transmissionEnded();
-    }
-}
-
-void ModuleLink::startUpload()
-{
-    if (const Status started = m_path->upload.start(m_firmware); !started) {
-        Q_EMIT told(tr("No firmware is sent: %1").arg(started.message()));
     }
 }
 

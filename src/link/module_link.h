@@ -1,8 +1,8 @@
 #pragma once
 
-#include "link/firmware_upload.h"
 #include "link/module_session.h"
 #include "link/port_search.h"
+#include "link/self_programming.h"
 
 #include <QObject>
 #include <QStringList>
@@ -88,9 +88,6 @@ public:
     const QString &firmwareFile() const { return m_firmware; }
     void setFirmwareFile(const QString &path) { m_firmware = path; }
 
-    /// Between the command that announces a firmware image and its first byte.
-    static constexpr Milliseconds uploadDelay{1000};
-
     /// What is or was transmitted last, with what the command sequence changed in it.
     const Configuration &transmitted() const { return m_configuration; }
 
@@ -128,7 +125,7 @@ private:
     {
         Transport &transport;
         ModuleSession session;
-        FirmwareUpload upload;
+        SelfProgramming programming;
     };
 
     QStringList candidates() const;
@@ -143,7 +140,6 @@ private:
     void awaitLastCommand();
     void moduleSilent();
     void endTransmission();
-    void startUpload();
     void noteAnswer(const ModemDialogue::Reply &reply);
     void start(int step);
     QString lineName() const { return m_wanted.isEmpty() ? port() : m_wanted; }
@@ -155,8 +151,7 @@ private:
     Path m_ethernet;
     Path *m_path = &m_serial; ///< the one in use
     PortSearch m_search;
-    QString m_firmware;                          ///< the image file
-    std::unique_ptr<OneShotTimer> m_selfProgram; ///< Timer_selfProgram
+    QString m_firmware; ///< the image file
     Line m_line = Line::Offline;
     State m_state = State::Offline;
     bool m_connected = false;

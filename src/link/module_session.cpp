@@ -62,6 +62,7 @@ void ModuleSession::close()
 /// What was begun on one connection is not continued on another.
 void ModuleSession::forgetLine()
 {
+    m_isQuiet = false;
     m_lines.reset();
     m_lastLine.clear();
     m_silence->stop();
@@ -122,6 +123,10 @@ void ModuleSession::receive(const QByteArray &bytes)
 
 void ModuleSession::take(const QByteArray &line)
 {
+    if (m_isQuiet) {
+        perform(m_dialogue->lineOverheard(fromWindows1252(line)));
+        return;
+    }
     const bool reads = line.contains("at+cmgr=");
     const bool isRepeated = line == std::exchange(m_lastLine, line);
     if (reads && isRepeated && m_paced && m_paced->isWaiting()) {

@@ -48,6 +48,9 @@ public:
     /// session catches it always.
     void setExclusive(bool exclusive) { m_isExclusive = exclusive; }
 
+    /// A quiet session sends nothing: what the module says meanwhile is only logged. Ends with the line.
+    void setQuiet(bool quiet) { m_isQuiet = quiet; }
+
     /// The step whose command comes next; steps::idle when no transmission runs.
     int step() const { return m_sequence.step(); }
 
@@ -102,6 +105,7 @@ private:
     CommandSequence m_sequence;
     std::unique_ptr<ModuleDialogue> m_dialogue;
     bool m_isExclusive = false;
+    bool m_isQuiet = false;
     Configuration *m_configuration = nullptr;
     std::optional<int>
         m_unconfirmedStep;               ///< the module did not go on since it was handed this step's command

@@ -58,15 +58,16 @@ std::vector<ReplyEvent> interpretReply(const ModemDialogue::Reply &reply)
     const auto pieces = whole.split(lineEnds, Qt::SkipEmptyParts);
     for (QStringView piece : pieces) {
         const bool isLast = piece.data() + piece.size() == whole.data() + whole.size();
+        piece = withoutPrompt(piece);
         if (isMessage && !piece.startsWith(byItself)) {
             piece = piece.sliced(piece.indexOf(insideLine) + 1);
         }
         if (piece.startsWith(byItself)) {
-            events.push_back(eventOf(piece.sliced(byItself.size()), Direction::ByItself));
+            events.push_back(eventOf(withoutPrompt(piece.sliced(byItself.size())), Direction::ByItself));
             continue;
         }
         if (piece.startsWith(answer)) {
-            piece = piece.sliced(answer.size());
+            piece = withoutPrompt(piece.sliced(answer.size()));
         } else if (isArchive || isMessage) {
             const qsizetype history = historyBehindGarbage(piece);
             if (history < 0 && message >= 0 && isLast) {

@@ -50,7 +50,7 @@ QByteArray moduleBytes(const Line &line)
 std::optional<Line> readLine(const QString &text)
 {
     static const QRegularExpression form(QStringLiteral(
-        R"(^(?:\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} )?(?:(com|eth|gsm) (<----|---->)(?: (.*))?|(at\+cpin=.*))$)"));
+        R"(^(?:\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} )?(?:(com|eth|gsm) (<----|---->)(?: (.*))?|(at\+(?:cpin|cpwd|clck)=.*))$)"));
     const QRegularExpressionMatch match = form.match(text);
     if (!match.hasMatch()) {
         return std::nullopt;
@@ -65,6 +65,14 @@ std::optional<Line> readLine(const QString &text)
     }
     line.overNetwork = match.capturedView(1) == u"eth";
     return line;
+}
+
+/// What a line of the module was understood as stands behind it.
+bool isReply(const QString &text)
+{
+    static const QRegularExpression form(
+        QStringLiteral(R"(^(?:\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3} )?\S* (?:<--|-->) )"));
+    return form.match(text).hasMatch();
 }
 
 } // namespace
@@ -85,7 +93,7 @@ Status readConversation(const QByteArray &log, RecordedConversation &conversatio
         const QString text = QString::fromUtf8(bytes);
         std::optional<Line> line = readLine(text);
         if (!line) {
-            ++conversation.leftOut;
+            conversation.leftOut += isReply(text) ? 0 : 1;
             continue;
         }
         const QDateTime time =
@@ -175,7 +183,11 @@ void Replay::expectEcho(const Line &line, const QByteArray &bytes)
     if (line.overNetwork && isLogged) {
         return;
     }
-    for (const QByteArray &part : bytes.chopped(1).split('\n')) {
+    QByteArray echo = bytes.chopped(1);
+    while (echo.startsWith('\n')) { // belongs to the line before
+        echo.remove(0, 1);
+    }
+    for (const QByteArray &part : echo.split('\n')) {
         m_expected.push_back({line.number, asLogged(fromWindows1252(part)), !line.overNetwork});
     }
 }

@@ -118,10 +118,18 @@ void VirtualModule::takeFirmware(qsizetype bytes)
 {
     m_counts.firmwareBytes += bytes;
     if (m_counts.firmwareBytes >= firmwareImageSize) {
-        boot();
+        endFirmware();
     } else {
-        m_wait->start(m_times.answerTimeout, [this] { boot(); });
+        m_wait->start(m_times.answerTimeout, [this] { endFirmware(); });
     }
+}
+
+void VirtualModule::endFirmware()
+{
+    if (m_onFirmware) {
+        m_onFirmware(m_counts.firmwareBytes);
+    }
+    boot();
 }
 
 // Hearing

@@ -84,6 +84,8 @@ public:
     {
         m_onCommand = std::move(call);
     }
+    /// Called with the number of bytes when a firmware image was taken, or no more of it comes.
+    void onFirmware(std::function<void(qint64)> call) { m_onFirmware = std::move(call); }
     /// Called when the fault of that name strikes; the module neither sends nor hears anything afterwards.
     void onHangUp(std::function<void()> call) { m_onHangUp = std::move(call); }
 
@@ -125,6 +127,7 @@ private:
     void act();
     void sendArchiveLine();
     void takeFirmware(qsizetype bytes);
+    void endFirmware();
 
     std::optional<QByteArray> takeLine();
     void hear(const QByteArray &line);
@@ -148,6 +151,7 @@ private:
     ModuleCounts m_counts;
     std::function<void(const ModuleMemory &)> m_onConfigured;
     std::function<void(const QString &, const Understood &)> m_onCommand;
+    std::function<void(qint64)> m_onFirmware;
     std::function<void()> m_onHangUp;
 
     State m_state = State::Off;

@@ -17,6 +17,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
@@ -386,6 +387,10 @@ private Q_SLOTS:
         QVERIFY(readFile(path("history.csv"), exported, 1000));
         QCOMPARE(exported, "\xEF\xBB\xBF"
                            "9;15.11.2009 14:00;1;12,5\r\n");
+        Q_EMIT m_line->received("at+cmgs=\"+4917012345\"\rM,fail\x1A");
+        const auto *replies = control<QPlainTextEdit>(*m_window, "txt_test_receive");
+        QTRY_VERIFY(replies->toPlainText().contains("\n09,11,15 14:05:35  <-- H,9,"));
+        QVERIFY(replies->toPlainText().startsWith("09,11,15 14:05:35 +4917012345 <-- M,fail\n"));
 
         QVERIFY(replaceFile(path("upgrade.bin"), QByteArray(43008, 'f')));
         typeOver(field("txt_test_send"), "§88");

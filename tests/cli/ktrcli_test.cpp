@@ -130,6 +130,10 @@ private Q_SLOTS:
                                  "monitor @a --for x",
                                  "simulate --serial @a --split 0",
                                  "send --serial @a",
+                                 "send \xA7\x38\x38 --serial @a",
+                                 "send G,1,\xA7\x38\x38 --serial @a",
+                                 "firmware --serial @a",
+                                 "firmware --image @a",
                                  "print @sample",
                                  "print @sample @a.pdf --language klingon"}) {
             const Result result = ktrcli(QString::fromLatin1(line));
@@ -142,7 +146,7 @@ private Q_SLOTS:
     {
         const QString overview = ktrcli(u"--help"_s).output;
         for (const QString command : {"new", "convert", "commands", "check", "print", "compare", "transmit",
-                                      "send", "simulate", "monitor", "ports"}) {
+                                      "send", "firmware", "simulate", "monitor", "ports"}) {
             QVERIFY(overview.contains(u"\n  "_s + command + u' '));
             const Result help = ktrcli(command + u" --help"_s);
             QVERIFY2(help.code == 0 && help.output.contains(command + u" [options]"_s), qPrintable(command));
@@ -181,6 +185,7 @@ private Q_SLOTS:
               "print @garbage.xml @x.pdf", "print @sample /dev/full",
               "transmit @garbage.xml --serial /dev/null", "transmit @sample --serial @none",
               "transmit @sample --ethernet 127.0.0.1:0", "transmit @sample --ethernet no-such-module.invalid",
+              "firmware --image @none --serial @none", "firmware --image /dev/null --serial @none",
               "simulate --serial @garbage.xml", "simulate --ethernet here",
               "simulate --serial @m --hold @garbage.xml", "simulate --serial @m --replay @none",
               "simulate --serial @m --replay @garbage.xml", "monitor @none", "monitor @garbage.xml"}) {
@@ -272,6 +277,29 @@ private Q_SLOTS:
         QVERIFY(module.terminate());
         const Result nobody = ktrcli(u"transmit @sample --timeout 1"_s + at);
         QCOMPARE(nobody.errors, "ktrcli: nothing was heard from the module for 1 s; stopped at step 0\n");
+    }
+
+    void anImageGoesToTheModule_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::newRow("serial") << u"--serial @module"_s;
+        QTest::newRow("Ethernet") << u"--ethernet 0"_s;
+    }
+    void anImageGoesToTheModule()
+    {
+        QFETCH(QString, line);
+        write(u"image.bin"_s, QByteArray(40000, 'f'));
+        QFile::remove(path(u"firmware.txt"_s));
+        Module module(words(u"simulate "_s + line));
+        line.replace(u"--ethernet 0"_s, u"--ethernet "_s + module.address());
+        const Result sent = ktrcli(u"firmware --image @image.bin --log @firmware.txt "_s + line);
+        QVERIFY2(sent.code == 0, qPrintable(sent.errors));
+        QVERIFY(sent.errors.contains("image.bin has 40000 bytes; it is filled up to 43008"_L1));
+        QVERIFY2(sent.output.endsWith("\n43008 bytes sent\n"_L1), qPrintable(sent.output));
+        QVERIFY(module.await(u"43008 bytes of firmware taken"_s));
+        QVERIFY(contentOf(path(u"firmware.txt"_s))
+                    .contains("----> \xC2\xA7"
+                              "88\n"));
     }
 
     void anEndBeforeTheEndNamesTheStep_data()

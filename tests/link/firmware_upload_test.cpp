@@ -1,5 +1,6 @@
 #include "link/firmware_upload.h"
 #include "link/module_session.h"
+#include "link/self_programming.h"
 #include "link/serial_transport.h"
 #include "platform/files.h"
 #include "platform/pseudo_terminal.h"
@@ -123,6 +124,34 @@ private Q_SLOTS:
         QVERIFY(upload.start(image(pattern(43008)))); // from the beginning
         timers.advance(Milliseconds(2000));
         QCOMPARE(m_line->sent, pattern(43008));
+    }
+
+    void nothingGetsAmongTheBytesOfTheImage()
+    {
+        ManualTimers timers;
+        ModuleSession session(*m_line, timers, fixedEnvironment(), LineKind::Ethernet);
+        const QString file = image(pattern(43008));
+        SelfProgramming programming(session, *m_line, timers, datagramPace, [&file] { return file; });
+        const QSignalSpy ended(&programming, &SelfProgramming::ended);
+        const QSignalSpy logged(&session, &ModuleSession::logged);
+        session.place("§88");
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        timers.advance(SelfProgramming::delay - Milliseconds(1));
+        QVERIFY(m_line->sent.endsWith("OK\r\n"));
+        m_line->sent.clear();
+        session.place("K");
+        timers.advance(Milliseconds(1 + 20));
+        for (const char *line : {"at+cmgr=1\r", "at+cpin?\r", "at+cmgs=\"+IP\"\rM,fail\x1A"}) {
+            Q_EMIT m_line->received(line);
+        }
+        QVERIFY(logged.last().first().toString().endsWith("M,fail\x1A"));
+        timers.advance(Milliseconds(2000));
+        QCOMPARE(m_line->sent, pattern(43008));
+        QCOMPARE(ended.size(), 1);
+        m_line->sent.clear();
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        timers.advance(Milliseconds(1000));
+        QVERIFY(m_line->sent.contains("K\r\n")); // the conversation goes on
     }
 
     void theModuleCountsEveryByteOverASerialPort()

@@ -149,11 +149,53 @@ private Q_SLOTS:
             {u"H,1,0911151400,1,12.5\r"_s, u"= reply 1  H,1,0911151400,1,12.5"_s},
             {u"at+cmgs=\"+IP\"\rH,1,2\x1A"_s, u"= reply 1 +IP H,1,2"_s},
             {u"at+cmgs=\"+IP\"\rM,TEMP HIGH, pump 1\x1A"_s, u"= reply 0 +IP M,TEMP HIGH, pump 1"_s},
-            {u"\n+49 --> M,fail\r"_s, u"= reply 2  --> M,fail"_s},
-            {u"OK: §,0,6\r"_s, u"= confirmed 0,6"_s}};
+            {u"+49 --> M,fail\r"_s, u"= reply 2 +49 --> M,fail"_s},
+            {u"OK: §,0,6\r"_s, u"= confirmed 0,6"_s},
+            // A report's text confirms nothing.
+            {u"at+cmgs=\"+49\"\rM,pump OK: §,0,6\x1A"_s, u"= reply 0 +49 M,pump OK: §,0,6"_s},
+            {u" --> >M,pump OK: §,0,6\r"_s, u"= reply 2  --> >M,pump OK: §,0,6"_s},
+            // A text may hold anything; a half one is told, and is no answer.
+            {u"at+cmgs=\"+49\"\rM,at+1\x1A"_s, u"= reply 0 +49 M,at+1"_s},
+            {u"at+cmgs=\"+49\"\rM,half\rat+cpas\r"_s, u"= reply 2 +49 M,half"_s}};
         for (const auto &[line, told] : rows) {
             ModemDialogue dialogue([] { return std::nullopt; });
             QCOMPARE(outcome(dialogue, line), (QStringList{u"> "_s + line.chopped(1), told, u"> OK"_s}));
+        }
+    }
+
+    void aReplyInTheMiddleOfAnSmsIsToldByItself()
+    {
+        ModemDialogue dialogue([] { return std::nullopt; });
+        outcome(dialogue, u"at+cmgs=\"+IP\"\r"_s);
+        QCOMPARE(outcome(dialogue, u"+49 --> M,fail\r"_s).value(1), "= reply 2 +49 --> M,fail");
+        QCOMPARE(outcome(dialogue, u"H,1,0911151400,1,2\r"_s).value(1), "= reply 1  H,1,0911151400,1,2");
+        QCOMPARE(outcome(dialogue, u"OK: G,1\x1A"_s).value(1), "= reply 0 +IP OK: G,1");
+    }
+
+    void aReplyIsShownWithItsNumberAndItsMarker()
+    {
+        using Kind = ModemDialogue::ReplyKind;
+        using Reply = ModemDialogue::Reply;
+        QCOMPARE((Reply{Kind::Sms, u"+IP"_s, u"OK: G,1"_s}.shown()), "+IP <-- OK: G,1");
+        QCOMPARE((Reply{Kind::Sms, u"+4917012345"_s, u"M,fail"_s}.shown()), "+4917012345 <-- M,fail");
+        QCOMPARE((Reply{Kind::Sms, u"+IP"_s, u" --> V,1"_s}.shown()), "+IP --> V,1");
+        QCOMPARE((Reply{Kind::Message, u"+49"_s, u"--> M,fail"_s}.shown()), "+49 --> M,fail");
+        QCOMPARE((Reply{Kind::History, {}, u"H,1"_s}.shown()), " <-- H,1");
+        QCOMPARE((Reply{Kind::Message, {}, u"failed (ERROR)"_s}.shown()), "failed (ERROR)");
+    }
+
+    void theLineFeedBehindALineIsNotEchoedWithTheNext()
+    {
+        for (const QByteArrayList &pieces : {QByteArrayList{"at+cpas\r\n", "at\r\n"},
+                                             {"at+cpas\r", "\nat\r", "\n"},
+                                             {"at+cpas\r", "\n", "at\r\n"}}) {
+            ScriptedTransport line;
+            test::ManualTimers timers;
+            ModuleSession session(line, timers, test::fixedEnvironment());
+            for (const QByteArray &piece : pieces) {
+                Q_EMIT line.received(piece);
+            }
+            QCOMPARE(line.sent, "at+cpas\r\nOK\r\nat\r\nOK\r\n");
         }
     }
 
@@ -175,9 +217,17 @@ private Q_SLOTS:
         QCOMPARE(dialogue.outgoing(), "");
     }
 
+    void aTextOfTheConfigurationAnnouncesNoFirmware()
+    {
+        ModemDialogue dialogue([] { return StepCommand{2, u"g,1,1,0,0,1,0,0,0,1,1,§88"_s}; });
+        QVERIFY(!outcome(dialogue, u"at+cmgr=1\r"_s).contains(u"= firmware"_s));
+    }
+
     void noLogLineShowsAPinOrAControlCharacter()
     {
         QCOMPARE(logText(u"com <---- at+cpin=\"4711\"\r"_s), "at+cpin=\"****\"");
+        QCOMPARE(logText(u"com <---- at+cpwd=\"SC\",\"4711\",\"1\"\r"_s), "at+cpwd=\"****\"");
+        QCOMPARE(logText(u"+IP <-- >n,4711,PW"_s), "+IP <-- >n,****,PW");
         QCOMPARE(logText(u"com <---- at+cpin?\r"_s), "com <---- at+cpin?");
         QCOMPARE(logText(u"com ----> n,4711,PW,+49"_s), "com ----> n,****,PW,+49");
         QCOMPARE(logText(u"N,4711,PW,+49"_s), "N,****,PW,+49");

@@ -74,6 +74,27 @@ private Q_SLOTS:
         QVERIFY(!m_link.report().brokenAt && !m_link.canResume(configuration));
     }
 
+    void noTextOfAConfigurationStartsAService()
+    {
+        const QSignalSpy told(&m_link, &ModuleLink::told);
+        const QSignalSpy left(&m_link, &ModuleLink::commandLeft);
+        Configuration configuration;
+        for (std::size_t i = 0; i < configuration.limitValues.size(); ++i) {
+            configuration.limitValues[i].alarm = QStringList{"§88", "§,77", "§,0,6"}[static_cast<int>(i) % 3];
+        }
+        configuration.gsm.stationId = configuration.versionText = "§88";
+        m_link.connectSerial("COM1");
+        m_link.transmit(configuration, false);
+        for (int step = steps::first; step <= steps::last; ++step) {
+            say("at+cmgr=1\r");
+            m_timers.advance(Milliseconds(1500));
+        }
+        QVERIFY(!m_link.isTransmitting() && left.isEmpty());
+        for (const QVariantList &line : told) {
+            QVERIFY2(!line.first().toString().contains("firmware"), qPrintable(line.first().toString()));
+        }
+    }
+
     void aLineThatBreaksTellsTheStepAndIsLookedForAgain()
     {
         const QSignalSpy ended(&m_link, &ModuleLink::transmissionEnded);

@@ -86,6 +86,11 @@ private Q_SLOTS:
         row(Kind::Sms, "V,10.0.123,a,b,NVA", {"version 10.0.123|a,b|NVA"});
         row(Kind::Sms, "V,99999999999999999999.0.0,,", {"version 99999999999999999999.0.00||"});
         row(Kind::Sms, "V,beta,,?", {"version beta||?"});
+        row(Kind::Sms, " --> V,2.1.5,15.11.2009 14:05,KTR", {version});
+        row(Kind::Sms, "> V,2.1.5,15.11.2009 14:05,KTR", {version});
+        row(Kind::Message, "--> >V,2.1.5,15.11.2009 14:05,KTR", {version});
+        row(Kind::Sms, ">H,1,0911151400,1,2", {"<-- history 1|15.11.2009 14:00 1 2"});
+        row(Kind::Message, "--> >M,fail", {"--> M,fail"});
 
         row(Kind::History, "H,1,0911151400,1,12.5", {"<-- history 1|15.11.2009 14:00 1 12,5"});
         row(Kind::History, "\x03zH,1,0911151400,1,2", {"<-- history 1|15.11.2009 14:00 1 2"});

@@ -1,0 +1,85 @@
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/link_job.h"
+#include "link/self_programming.h"
+
+namespace ktr::cli {
+
+namespace {
+
+const QString imageOption = QStringLiteral("image");
+
+} // namespace
+
+void describeFirmware(Arguments &arguments)
+{
+    arguments.setSummary(
+        QStringLiteral("Sends a firmware image to the module: announces it when the module next reads a "
+                       "message, and a second later sends %1 bytes. A shorter file is filled up with FF, a "
+                       "longer one cut.")
+            .arg(firmwareImageSize));
+    arguments.addOption({imageOption, QStringLiteral("The image."), QStringLiteral("FILE")});
+    LinkJob::addOptions(arguments);
+}
+
+std::optional<int> checkFirmware(const Arguments &arguments)
+{
+    return arguments.isSet(imageOption) ? LinkJob::check(arguments)
+                                        : arguments.wrong(QStringLiteral("--image is missing"));
+}
+
+int firmware(const Arguments &arguments)
+{
+    const QString file = arguments.value(imageOption);
+    FirmwareImage image;
+    if (const Status read = readFirmware(file, image); !read) {
+        return fail(read.message()); // before the module is told of one
+    }
+
+    LinkJob job(arguments);
+    ModuleSession &session = job.session();
+    SelfProgramming programming(session, job.line(), job.timers(),
+                                job.isEthernet() ? datagramPace : serialPace, [&file] { return file; });
+    Progress progress(firmwareImageSize);
+    qint64 sent = 0;
+    bool announced = false;
+    job.setState([&] {
+        return announced ? QStringLiteral("%1 of %2 bytes sent").arg(sent).arg(firmwareImageSize)
+                         : QStringLiteral("nothing of the image was sent");
+    });
+    session.place(QStringLiteral("§88"));
+    QObject::connect(&session, &ModuleSession::commandSent, &session, [&] { announced = true; });
+    QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
+        print(logText(reply.text));
+        if (announced && reply.text.startsWith(QLatin1String("fail"))) {
+            job.abandon(QStringLiteral("the module refuses the image"));
+        }
+    });
+    QObject::connect(&programming, &SelfProgramming::told, &session, &complain);
+    QObject::connect(&programming, &SelfProgramming::refused, &session,
+                     [&job](const QString &reason) { job.abandon(reason); });
+    QObject::connect(&programming, &SelfProgramming::progressed, &session, [&](qint64 bytes, qint64) {
+        sent = bytes;
+        progress.show(static_cast<int>(bytes), QStringLiteral("bytes"));
+        session.setTimeout(job.timeout()); // the module says nothing meanwhile
+    });
+    QObject::connect(&programming, &SelfProgramming::ended, &session, [&](bool complete) {
+        if (complete) {
+            job.finish(done);
+        }
+    });
+
+    if (const auto end = job.open(arguments)) {
+        return *end;
+    }
+    print(QStringLiteral("waiting for the module"));
+    showNow();
+    const int code = job.run();
+    progress.end();
+    if (code == done) {
+        print(QStringLiteral("%1 bytes sent").arg(sent));
+    }
+    return code;
+}
+
+} // namespace ktr::cli
