@@ -198,6 +198,18 @@
         <source>an SMS without an end was dropped: %1 characters</source>
         <translation>eine SMS ohne Ende wurde verworfen: %1 Zeichen</translation>
     </message>
+    <message>
+        <source>nothing was heard from the module for %1 s</source>
+        <translation>vom Modul war %1 s lang nichts zu hören</translation>
+    </message>
+    <message>
+        <source>no progress for %1 s; heard: %2 bytes without a line end</source>
+        <translation>seit %1 s kein Fortschritt; gehört: %2 Bytes ohne Zeilenende</translation>
+    </message>
+    <message>
+        <source>no progress for %1 s; heard: %2 lines, the last one &quot;%3&quot;</source>
+        <translation>seit %1 s kein Fortschritt; gehört: %2 Zeilen, zuletzt „%3“</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
@@ -327,6 +339,45 @@
     <message>
         <source>excl.</source>
         <translation>exkl.</translation>
+    </message>
+</context>
+<context>
+    <name>Transmission</name>
+    <message>
+        <source>The configuration was sent; whether all of it arrived is not known</source>
+        <translation>Die Konfiguration wurde gesendet; ob alles angekommen ist, ist nicht bekannt</translation>
+    </message>
+    <message>
+        <source>The configuration was transmitted in part</source>
+        <translation>Die Konfiguration wurde nur teilweise übertragen</translation>
+    </message>
+    <message>
+        <source>The transmission was broken off before step %1</source>
+        <translation>Die Übertragung wurde vor Schritt %1 abgebrochen</translation>
+    </message>
+    <message>
+        <source>The configuration was transmitted</source>
+        <translation>Die Konfiguration wurde übertragen</translation>
+    </message>
+    <message>
+        <source>%1 commands sent, %2 refused, %3 answered</source>
+        <translation>%1 Befehle gesendet, %2 abgelehnt, %3 beantwortet</translation>
+    </message>
+    <message>
+        <source>Too long:</source>
+        <translation>Zu lang:</translation>
+    </message>
+    <message>
+        <source>Answered as failed:</source>
+        <translation>Als fehlgeschlagen beantwortet:</translation>
+    </message>
+    <message>
+        <source>Not confirmed by the module:</source>
+        <translation>Vom Modul nicht bestätigt:</translation>
+    </message>
+    <message>
+        <source>Whether the network lost a command is only known when the module answers</source>
+        <translation>Ob das Netz einen Befehl verloren hat, ist nur bekannt, wenn das Modul antwortet</translation>
     </message>
 </context>
 <context>
@@ -1205,18 +1256,6 @@ Wasserturm;turm.example.org:49111</translation>
 <context>
     <name>ktr::LinkPresenter</name>
     <message>
-        <source>Configuration transmitted: %1 commands</source>
-        <translation>Konfiguration übertragen: %1 Befehle</translation>
-    </message>
-    <message>
-        <source>Transmission ended: %1 commands sent, %2 refused</source>
-        <translation>Übertragung beendet: %1 Befehle gesendet, %2 abgewiesen</translation>
-    </message>
-    <message>
-        <source>The transmission was broken off before step %1</source>
-        <translation>Die Übertragung wurde vor Schritt %1 abgebrochen</translation>
-    </message>
-    <message>
         <source>searching</source>
         <translation>Suche läuft</translation>
     </message>
@@ -1263,10 +1302,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1 is sent to the module as its new application, cut off: the first %2 of its %3 bytes.</source>
         <translation>%1 wird als neue Applikation an das Modul gesendet, abgeschnitten: die ersten %2 von %3 Bytes.</translation>
-    </message>
-    <message>
-        <source>Transmission ended: %1 commands sent, %2 of them not confirmed, %3 refused</source>
-        <translation>Übertragung beendet: %1 Befehle gesendet, davon %2 nicht bestätigt, %3 abgelehnt</translation>
     </message>
     <message>
         <source>%1 is not a file; there is no log</source>
@@ -1363,10 +1398,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>No firmware is sent: %1</source>
         <translation>Es wird keine Firmware gesendet: %1</translation>
-    </message>
-    <message>
-        <source>nothing was heard from the module for %1 s</source>
-        <translation>vom Modul war %1 s lang nichts zu hören</translation>
     </message>
     <message>
         <source>There is no serial port yet; the search goes on</source>
@@ -1786,44 +1817,12 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Schritt %1</translation>
     </message>
     <message>
-        <source>The transmission was broken off before step %1</source>
-        <translation>Die Übertragung wurde vor Schritt %1 abgebrochen</translation>
-    </message>
-    <message>
-        <source>The configuration was transmitted</source>
-        <translation>Die Konfiguration wurde übertragen</translation>
-    </message>
-    <message>
-        <source>The configuration was transmitted in part</source>
-        <translation>Die Konfiguration wurde nur teilweise übertragen</translation>
-    </message>
-    <message>
-        <source>%1 commands sent, %2 refused, %3 answered</source>
-        <translation>%1 Befehle gesendet, %2 abgelehnt, %3 beantwortet</translation>
-    </message>
-    <message>
-        <source>Too long:</source>
-        <translation>Zu lang:</translation>
-    </message>
-    <message>
-        <source>Answered as failed:</source>
-        <translation>Als fehlgeschlagen beantwortet:</translation>
-    </message>
-    <message>
         <source>Goes on at the step where the transmission stopped</source>
         <translation>Geht bei dem Schritt weiter, an dem die Übertragung abbrach</translation>
     </message>
     <message>
         <source>Possible with the same configuration over the same connection only</source>
         <translation>Nur mit derselben Konfiguration über dieselbe Verbindung möglich</translation>
-    </message>
-    <message>
-        <source>Not confirmed by the module:</source>
-        <translation>Vom Modul nicht bestätigt:</translation>
-    </message>
-    <message>
-        <source>Whether the network lost a command is only known when the module answers</source>
-        <translation>Ob das Netz einen Befehl verloren hat, ist nur bekannt, wenn das Modul antwortet</translation>
     </message>
 </context>
 <context>

@@ -57,22 +57,10 @@ void LinkPresenter::tellEnd()
 {
     showProgress(0);
     const TransmissionReport &report = m_link.report();
-    if (report.brokenAt) {
-        Q_EMIT told(tr("The transmission was broken off before step %1").arg(*report.brokenAt));
-        return;
+    if (!report.brokenAt) {
+        takeOverTransmitted();
     }
-    takeOverTransmitted();
-    if (!report.unconfirmed.isEmpty()) {
-        Q_EMIT told(tr("Transmission ended: %1 commands sent, %2 of them not confirmed, %3 refused")
-                        .arg(report.sent)
-                        .arg(report.unconfirmed.size())
-                        .arg(report.refused.size()));
-        return;
-    }
-    Q_EMIT told(report.refused.isEmpty() ? tr("Configuration transmitted: %1 commands").arg(report.sent)
-                                         : tr("Transmission ended: %1 commands sent, %2 refused")
-                                               .arg(report.sent)
-                                               .arg(report.refused.size()));
+    Q_EMIT told(report.title() + QLatin1String(": ") + report.counts());
 }
 
 void LinkPresenter::connectReplies()

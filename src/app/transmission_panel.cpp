@@ -47,6 +47,7 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
 
     connect(&m_link, &ModuleLink::transmissionStarted, this, &TransmissionPanel::begin);
     connect(&m_link, &ModuleLink::stepDone, this, &TransmissionPanel::showStep);
+    connect(&m_link, &ModuleLink::stalled, m_detail, &QLabel::setText);
     connect(&m_link, &ModuleLink::transmissionEnded, this, &TransmissionPanel::end);
     connect(&m_link, &ModuleLink::changed, this, &TransmissionPanel::showButtons);
     connect(&m_document, &Document::changed, this, &TransmissionPanel::showButtons);
@@ -136,27 +137,13 @@ QString TransmissionPanel::links(const QList<int> &list) const
 void TransmissionPanel::showSummary()
 {
     const TransmissionReport &report = m_link.report();
-    const bool whole = !report.brokenAt && report.refused.isEmpty() && report.failed.isEmpty() &&
-                       report.unconfirmed.isEmpty();
-    m_title->setText(report.brokenAt
-                         ? tr("The transmission was broken off before step %1").arg(*report.brokenAt)
-                     : whole ? tr("The configuration was transmitted")
-                             : tr("The configuration was transmitted in part"));
-    QString text = tr("%1 commands sent, %2 refused, %3 answered")
-                       .arg(report.sent)
-                       .arg(report.refused.size())
-                       .arg(report.answered);
-    if (!report.refused.isEmpty()) {
-        text += u". " + tr("Too long:") + u' ' + links(report.refused);
-    }
-    if (!report.failed.isEmpty()) {
-        text += u". " + tr("Answered as failed:") + u' ' + links(report.failed);
-    }
-    if (!report.unconfirmed.isEmpty()) {
-        text += u". " + tr("Not confirmed by the module:") + u' ' + links(report.unconfirmed);
-    }
-    if (report.isUnwatched) {
-        text += u". " + tr("Whether the network lost a command is only known when the module answers");
+    m_title->setText(report.title());
+    QString text = report.counts();
+    for (const TransmissionReport::Finding &finding : report.findings()) {
+        text += u". " + finding.text;
+        if (!finding.steps.isEmpty()) {
+            text += u' ' + links(finding.steps);
+        }
     }
     m_detail->setTextFormat(Qt::RichText);
     m_detail->setText(text);

@@ -8,6 +8,7 @@ namespace ktr::cli {
 inline constexpr int done = 0;
 inline constexpr int failed = 1;
 inline constexpr int wrongUsage = 2;
+inline constexpr int notKnown = 3; ///< all was sent, but what of it arrived is not known
 
 /// A line on standard output, in UTF-8 whatever the locale.
 void print(const QString &line);

@@ -46,8 +46,9 @@ LinkJob::LinkJob(const Arguments &arguments)
                              abandon(QStringLiteral("the line is lost: %1").arg(reason));
                          }
                      });
-    QObject::connect(&m_session, &ModuleSession::silent, &m_session, [this] {
-        abandon(QStringLiteral("nothing was heard from the module for %1 s").arg(m_timeout.count() / 1000));
+    QObject::connect(&m_session, &ModuleSession::stalled, &m_session, [this] {
+        const QString known = m_knownReason ? m_knownReason() : QString();
+        abandon(known.isEmpty() ? m_session.stallReason() : known);
     });
     QObject::connect(&m_session, &ModuleSession::logged, &m_session, [this](const QString &line) {
         m_log.write(m_environment.now(), line);
@@ -69,7 +70,8 @@ void LinkJob::addOptions(Arguments &arguments)
     arguments.addOption(
         {logOption, QStringLiteral("Appends the conversation to FILE."), QStringLiteral("FILE")});
     arguments.addOption({timeoutOption,
-                         QStringLiteral("Gives up when nothing is heard from the module for so long (60)."),
+                         QStringLiteral("Gives up when the job does not get on for so long, whatever "
+                                        "is heard from the module (60)."),
                          QStringLiteral("SECONDS"), QStringLiteral("60")});
 }
 

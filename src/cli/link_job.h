@@ -40,14 +40,16 @@ public:
     void abandon(const QString &message);
     /// What a complaint about an end before the end says of the job.
     void setState(std::function<QString()> state) { m_state = std::move(state); }
+    /// Why the job does not get on, where more is known than what was heard; else empty.
+    void setStallReason(std::function<QString()> reason) { m_knownReason = std::move(reason); }
     /// Finishes once everything sent has left the machine.
     void finishWhenDrained(int code);
 
     ModuleSession &session() { return m_session; }
     Transport &line() { return *m_line; }
-    bool isEthernet() const { return m_kind == LineKind::Ethernet; }
     Timers &timers() { return m_timers; }
     Milliseconds timeout() const { return m_timeout; }
+    bool isEthernet() const { return m_kind == LineKind::Ethernet; }
 
 private:
     Environment m_environment = systemEnvironment();
@@ -61,6 +63,7 @@ private:
     bool m_logComplained = false;
     Milliseconds m_timeout{0};
     std::function<QString()> m_state;
+    std::function<QString()> m_knownReason;
     std::optional<int> m_codeWhenDrained;
     std::optional<int> m_exitCode;
     Interruption m_interruption;

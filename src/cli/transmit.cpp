@@ -8,7 +8,36 @@ namespace ktr::cli {
 namespace {
 
 const QString answerOption = QStringLiteral("answer");
+const QString unconfirmedOption = QStringLiteral("unconfirmed");
 const QString resumeOption = QStringLiteral("resume");
+
+/// What became of the transmission, in the words of the panel of the main window.
+void tellReport(const TransmissionReport &report)
+{
+    print(report.title());
+    print(report.counts());
+    for (const TransmissionReport::Finding &finding : report.findings()) {
+        QStringList steps;
+        for (const int step : finding.steps) {
+            steps += QStringLiteral("step %1").arg(step);
+        }
+        complain(finding.text + (steps.isEmpty() ? QString() : u' ' + steps.join(QLatin1String(", "))));
+    }
+}
+
+int exitCode(TransmissionReport::Verdict verdict)
+{
+    switch (verdict) {
+    case TransmissionReport::Verdict::Whole:
+        return done;
+    case TransmissionReport::Verdict::Unknown:
+        return notKnown;
+    case TransmissionReport::Verdict::InPart:
+    case TransmissionReport::Verdict::BrokenOff:
+        break;
+    }
+    return failed; // a configuration that arrived in part is none
+}
 
 } // namespace
 
@@ -19,8 +48,12 @@ void describeTransmit(Arguments &arguments)
                        "hands it the commands of steps 0 to 78."));
     LinkJob::addOptions(arguments);
     arguments.addOption(
-        {answerOption, QStringLiteral("The module is to answer each command; one that it does "
-                                      "not answer is told.")});
+        {answerOption, QStringLiteral("The module is to answer each command; one that it does not answer is "
+                                      "told. Over Ethernet it always is, and what the network lost is handed "
+                                      "over again.")});
+    arguments.addOption({unconfirmedOption,
+                         QStringLiteral("The module is not to answer. Over Ethernet nobody knows then what "
+                                        "the network lost: the exit code is 3 at best.")});
     arguments.addOption({resumeOption,
                          QStringLiteral("Goes on at the step at which an earlier transmission stopped; the "
                                         "configuration and the module must be as they were."),
@@ -31,6 +64,9 @@ std::optional<int> checkTransmit(const Arguments &arguments)
 {
     if (!arguments.number(resumeOption, steps::first, steps::last)) {
         return wrongUsage;
+    }
+    if (arguments.isSet(answerOption) && arguments.isSet(unconfirmedOption)) {
+        return arguments.wrong(QStringLiteral("--answer and --unconfirmed exclude each other"));
     }
     return LinkJob::check(arguments);
 }
@@ -46,57 +82,42 @@ int transmit(const Arguments &arguments)
     LinkJob job(arguments);
     ModuleSession &session = job.session();
     Configuration configuration = document.configuration();
+    const bool answer =
+        arguments.isSet(answerOption) || (job.isEthernet() && !arguments.isSet(unconfirmedOption));
     Progress progress(steps::last);
-    int sent = 0;
-    int refused = 0;
-    bool isDoubtful = false;
     bool started = false;
-    const auto uncaught = job.timers().create();
+    bool readsInVain = false;
     job.setState([&] {
         return QStringLiteral("stopped at step %1").arg(started ? session.resumeStep() : *firstStep);
     });
+    job.setStallReason([&] {
+        return readsInVain && !started
+                   ? QStringLiteral("the module reads its messages but does not start its modem "
+                                    "(at+cpin); switch it off and on")
+                   : QString();
+    });
 
     const auto start = [&] {
-        uncaught->stop();
         if (!started) { // a module that starts anew in the middle goes on where it was
             started = true;
-            session.startTransmission(configuration, arguments.isSet(answerOption), *firstStep);
+            session.startTransmission(configuration, answer, *firstStep);
         }
     };
     QObject::connect(&session, &ModuleSession::caught, &session, start);
-    QObject::connect(&session, &ModuleSession::nothingToRead, &session, [&] {
-        if (!started && !uncaught->isRunning()) {
-            uncaught->start(job.timeout(), [&job] {
-                job.abandon(
-                    QStringLiteral("the module reads its messages but does not start its modem (at+cpin); "
-                                   "switch it off and on"));
-            });
-        }
-    });
+    QObject::connect(&session, &ModuleSession::nothingToRead, &session,
+                     [&] { readsInVain = readsInVain || !started; });
     QObject::connect(&session, &ModuleSession::commandSent, &session,
                      [&](std::optional<int> step, const QString &command) {
-                         ++sent;
                          progress.show(step.value_or(0), logText(command));
                      });
-    QObject::connect(&session, &ModuleSession::commandRefused, &session,
-                     [&](std::optional<int> step, const QString &command) {
-                         ++refused;
-                         complainTooLong(step, command);
-                     });
+    QObject::connect(&session, &ModuleSession::commandRefused, &session, &complainTooLong);
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
         if (reply.text.startsWith(QLatin1String("fail"))) {
-            isDoubtful = true;
-            complain(QLatin1String("the module answers: ") + logText(reply.text));
+            complain(QLatin1String("the module says: ") + logText(reply.text));
         }
     });
-    QObject::connect(&session, &ModuleSession::unconfirmed, &session, [&](int step) {
-        isDoubtful = true;
-        complain(QStringLiteral("step %1: the module did not confirm the command").arg(step));
-    });
-    QObject::connect(&session, &ModuleSession::transmitted, &session, [&] {
-        // A configuration that arrived in part is none.
-        job.finishWhenDrained(refused == 0 && !isDoubtful ? done : failed);
-    });
+    QObject::connect(&session, &ModuleSession::transmitted, &session,
+                     [&] { job.finishWhenDrained(exitCode(session.transmission().report().verdict())); });
 
     if (const auto end = job.open(arguments)) {
         return *end;
@@ -108,9 +129,12 @@ int transmit(const Arguments &arguments)
     showNow();
     const int code = job.run();
     progress.end();
-    print(QStringLiteral("%1 commands sent, %2 refused").arg(sent).arg(refused));
-    if (job.isEthernet() && !arguments.isSet(answerOption) && code == done) {
-        print(QStringLiteral("whether the network lost one of them is only known with --answer"));
+    if (started) {
+        session.stopTransmission();
+        if (code != exitCode(session.transmission().report().verdict())) {
+            session.loseLastCommand(); // the end came while it was still in the machine
+        }
+        tellReport(session.transmission().report());
     }
     return code;
 }

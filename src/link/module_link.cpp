@@ -58,29 +58,24 @@ void ModuleLink::connectPath(Path &path)
         setState(State::Caught);
         Q_EMIT told(tr("The module is in configuration mode"));
     });
-    connect(session, &ModuleSession::replied, this, [this](const ModemDialogue::Reply &reply) {
-        noteAnswer(reply);
-        Q_EMIT replied(reply);
-    });
+    connect(session, &ModuleSession::replied, this, &ModuleLink::replied);
     connect(session, &ModuleSession::serviceConfirmed, this, &ModuleLink::serviceConfirmed);
     connect(session, &ModuleSession::commandSent, this, &ModuleLink::commandSent);
     connect(session, &ModuleSession::commandRefused, this,
             [this](std::optional<int> step, const QString &command) {
                 if (step) {
-                    m_report.refused += *step;
                     Q_EMIT stepDone(*step, command);
                 } else {
                     Q_EMIT told(tr("The command is too long and was not sent"));
                 }
                 Q_EMIT commandTooLong(command);
             });
-    connect(session, &ModuleSession::unconfirmed, this, &ModuleLink::noteUnconfirmed);
     connect(session, &ModuleSession::transmitted, this, [this] {
         m_path->session.setTimeout(Milliseconds{0});
         awaitLastCommand();
         Q_EMIT transmissionEnded();
     });
-    connect(session, &ModuleSession::silent, this, &ModuleLink::moduleSilent);
+    connect(session, &ModuleSession::stalled, this, &ModuleLink::transmissionStalled);
     const SelfProgramming *programming = &path.programming;
     connect(programming, &SelfProgramming::refused, this,
             [this](const QString &reason) { Q_EMIT told(tr("No firmware is sent: %1").arg(reason)); });
@@ -93,35 +88,11 @@ void ModuleLink::commandSent(std::optional<int> step, const QString &command)
 {
     m_search.stop(); // a module that reads its SMS is found
     setState(State::Caught);
-    m_lastStep = step;
     if (step) {
-        ++m_report.sent;
-        m_report.unconfirmed.removeAll(*step); // it was handed over once more
-        m_report.isUnwatched = m_report.isUnwatched || (!m_answer && m_path == &m_ethernet);
         m_transmittedOver = lineName();
         Q_EMIT stepDone(*step, command);
     } else {
         Q_EMIT commandLeft(command);
-    }
-}
-
-/// In answer mode the module answers each command by an SMS before it reads the next.
-void ModuleLink::noteAnswer(const ModemDialogue::Reply &reply)
-{
-    if (!m_answer || !m_lastStep || reply.kind != ModemDialogue::ReplyKind::Sms) {
-        return;
-    }
-    ++m_report.answered;
-    if (reply.text.contains(QLatin1String("fail"), Qt::CaseInsensitive)) {
-        m_report.failed += *m_lastStep;
-    }
-    m_lastStep.reset();
-}
-
-void ModuleLink::noteUnconfirmed(int step)
-{
-    if (!m_report.unconfirmed.contains(step)) {
-        m_report.unconfirmed += step;
     }
 }
 
@@ -226,25 +197,31 @@ void ModuleLink::ethernetLost(const QString &reason)
     goOffline();
 }
 
-void ModuleLink::moduleSilent()
+void ModuleLink::transmissionStalled()
 {
+    const QString reason = m_path->session.stallReason();
+    const bool wasHeard = m_path->session.wasHeard();
+    m_path->session.setTimeout(longestSilence);
     if (!m_connected) {
-        m_path->session.setTimeout(longestSilence); // it was not heard yet: it may be switched on later
+        return; // it was not heard yet: it may be switched on later
+    }
+    if (wasHeard) {
+        Q_EMIT told(reason);
+        Q_EMIT stalled(reason);
         return;
     }
-    leaveModule(tr("nothing was heard from the module for %1 s").arg(longestSilence.count() / 1000));
+    leaveModule(reason);
     Q_EMIT changed();
 }
 
 void ModuleLink::endTransmission()
 {
     if (isTransmitting()) {
-        m_report.brokenAt = m_path->session.resumeStep();
         m_path->session.stopTransmission();
         m_path->session.setTimeout(Milliseconds{0});
         Q_EMIT transmissionEnded();
     } else if (std::exchange(m_isLastLeaving, false)) {
-        m_report.brokenAt = steps::last;
+        m_transmitter->loseLastCommand();
         Q_EMIT transmissionEnded();
     }
 }
@@ -254,18 +231,15 @@ void ModuleLink::transmit(const Configuration &configuration, bool answer)
     endTransmission();
     m_configuration = configuration;
     m_asGiven = configuration;
-    m_answer = answer;
-    m_report = {};
     m_transmittedOver.clear();
-    start(steps::first);
+    start(Transmission(m_configuration, answer));
 }
 
-void ModuleLink::start(int step)
+void ModuleLink::start(const Transmission &transmission)
 {
-    m_lastStep.reset();
     m_isLastLeaving = false;
-    m_report.brokenAt.reset();
-    m_path->session.startTransmission(m_configuration, m_answer, step);
+    m_path->session.startTransmission(transmission);
+    m_transmitter = &m_path->session;
     m_path->session.setTimeout(longestSilence);
     Q_EMIT transmissionStarted();
 }
@@ -277,13 +251,13 @@ bool ModuleLink::canResume(const Configuration &configuration) const
     compared.gsm.stationType = m_configuration.gsm.stationType;
     const bool same = compared == m_configuration || compared == m_asGiven;
     const bool sameLine = m_transmittedOver.isEmpty() || m_transmittedOver == lineName();
-    return m_report.brokenAt && !isTransmitting() && m_state != State::Offline && same && sameLine;
+    return report().brokenAt && !isTransmitting() && m_state != State::Offline && same && sameLine;
 }
 
 void ModuleLink::resume()
 {
-    if (m_report.brokenAt) {
-        start(*m_report.brokenAt);
+    if (report().brokenAt) {
+        start(Transmission(m_transmitter->transmission()));
     }
 }
 

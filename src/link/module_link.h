@@ -11,18 +11,6 @@
 
 namespace ktr {
 
-/// What became of a transmission.
-struct TransmissionReport
-{
-    int sent = 0;
-    QList<int> refused;          ///< steps whose commands were too long to be sent
-    int answered = 0;            ///< in answer mode
-    QList<int> failed;           ///< steps that the module answered as failed
-    QList<int> unconfirmed;      ///< steps whose commands may not have arrived
-    bool isUnwatched = false;    ///< over a network and without answers: a command lost there is not noticed
-    std::optional<int> brokenAt; ///< the first step that was not sent, when it did not get to its end
-};
-
 /// The link of the main window to one module: on which line it is looked for, whether it was heard, and
 /// what is being transmitted to it.
 ///
@@ -37,7 +25,8 @@ public:
     enum class State { Offline, Searching, Caught };
     enum class Line { Offline, Serial, Ethernet, EthernetExclusive };
 
-    /// A module that was heard and says nothing for so long during a transmission is gone.
+    /// A module that was heard and says nothing for so long during a transmission is gone; one that talks
+    /// and does not get on is told of.
     static constexpr Milliseconds longestSilence{60'000};
 
     /// `ports` gives the names of the machine's serial ports.
@@ -77,7 +66,7 @@ public:
     void cancelTransmission() { endTransmission(); }
 
     /// Of the transmission that runs, or of the last one.
-    const TransmissionReport &report() const { return m_report; }
+    const TransmissionReport &report() const { return m_transmitter->transmission().report(); }
 
     /// Whether the last transmission broke off and may go on at its step: it must be the same configuration,
     /// and the same line to the module.
@@ -113,6 +102,8 @@ Q_SIGNALS:
     void commandTooLong(const QString &command);
     /// A single command was handed to the module.
     void commandLeft(const QString &command);
+    /// The transmission does not get on, for this reason; it goes on waiting.
+    void stalled(const QString &reason);
     /// All commands were handed over, or the transmission was broken off: see report().
     void transmissionEnded();
     /// A firmware image goes to the module, which was told to expect it.
@@ -136,12 +127,10 @@ private:
     void serialLost(const QString &reason);
     void ethernetLost(const QString &reason);
     void leaveModule(const QString &reason);
-    void noteUnconfirmed(int step);
     void awaitLastCommand();
-    void moduleSilent();
+    void transmissionStalled();
     void endTransmission();
-    void noteAnswer(const ModemDialogue::Reply &reply);
-    void start(int step);
+    void start(const Transmission &transmission);
     QString lineName() const { return m_wanted.isEmpty() ? port() : m_wanted; }
 
     std::function<QStringList()> m_ports;
@@ -149,7 +138,8 @@ private:
     QString m_address;
     Path m_serial;
     Path m_ethernet;
-    Path *m_path = &m_serial; ///< the one in use
+    Path *m_path = &m_serial;                         ///< the one in use
+    ModuleSession *m_transmitter = &m_serial.session; ///< has the last transmission
     PortSearch m_search;
     QString m_firmware; ///< the image file
     Line m_line = Line::Offline;
@@ -158,10 +148,7 @@ private:
     Configuration m_configuration; ///< what is transmitted
     Configuration m_asGiven;       ///< the same before the command sequence changed anything in it
     QString m_transmittedOver;     ///< the line that was used
-    bool m_answer = false;
-    bool m_isLastLeaving = false; ///< the closing command was handed over and may still be in the machine
-    std::optional<int> m_lastStep;
-    TransmissionReport m_report;
+    bool m_isLastLeaving = false;  ///< the closing command was handed over and may still be in the machine
 };
 
 } // namespace ktr

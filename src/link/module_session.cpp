@@ -1,5 +1,6 @@
 #include "link/module_session.h"
 
+#include "link/conversation_log.h"
 #include "link/ethernet_dialogue.h"
 #include "platform/overloaded.h"
 #include "platform/text_rules.h"
@@ -13,7 +14,9 @@ ModuleSession::ModuleSession(Transport &transport, Timers &timers, Environment e
     : QObject(parent),
       m_transport(transport),
       m_environment(std::move(environment)),
-      m_silence(timers.create()),
+      m_patience(timers.create()),
+      m_settling(timers.create()),
+      m_closing(timers.create()),
       m_dialogue(makeDialogue(kind))
 {
     if (kind == LineKind::Ethernet) {
@@ -31,16 +34,13 @@ std::unique_ptr<ModuleDialogue> ModuleSession::makeDialogue(LineKind kind)
         return std::make_unique<ModemDialogue>(next);
     }
     return std::make_unique<EthernetDialogue>(next, [this] {
-        return m_isExclusive || m_sequence.isRunning() || !m_dialogue->outgoing().isEmpty();
+        return m_isExclusive || m_transmission.isRunning() || !m_dialogue->outgoing().isEmpty();
     });
 }
 
 std::optional<StepCommand> ModuleSession::nextCommand()
 {
-    if (m_configuration == nullptr) {
-        return std::nullopt;
-    }
-    return m_sequence.next(*m_configuration, {m_answer, m_environment.locale, m_environment.now()});
+    return m_transmission.next(m_environment.locale, m_environment.now());
 }
 
 Status ModuleSession::open(const QString &address)
@@ -65,37 +65,68 @@ void ModuleSession::forgetLine()
     m_isQuiet = false;
     m_lines.reset();
     m_lastLine.clear();
-    m_silence->stop();
+    m_patience->stop();
+    m_settling->stop();
+    m_closing->stop();
     if (m_paced) {
         m_paced->clear();
     }
 }
 
-void ModuleSession::startTransmission(Configuration &configuration, bool answer, int step)
+void ModuleSession::startTransmission(const Transmission &transmission)
 {
-    m_configuration = &configuration;
-    m_answer = answer;
-    m_unconfirmedStep.reset();
-    m_unansweredStep.reset();
-    m_isAnswerDoubtful = false;
-    m_sequence.start(step);
+    m_transmission = transmission;
+    m_transmission.run(m_paced ? LineKind::Ethernet : LineKind::Serial);
+    m_isTransmitting = true;
+    m_closing->stop();
+    noteProgress();
+    followTransmission();
 }
 
 void ModuleSession::stopTransmission()
 {
-    m_sequence.stop();
-    m_configuration = nullptr;
+    m_transmission.breakOff();
+    m_isTransmitting = false;
     m_dialogue->transmissionEnded();
 }
 
 void ModuleSession::setTimeout(Milliseconds timeout)
 {
     m_timeout = timeout;
+    m_heardBytes = 0;
+    m_heardLines = 0;
     if (m_timeout.count() > 0) {
-        m_silence->start(m_timeout, [this] { Q_EMIT silent(); });
+        m_patience->start(m_timeout, [this] { Q_EMIT stalled(); });
     } else {
-        m_silence->stop();
+        m_patience->stop();
     }
+}
+
+QString ModuleSession::stallReason() const
+{
+    const qint64 seconds = m_timeout.count() / 1000;
+    if (m_heardBytes == 0) {
+        return QCoreApplication::translate("Files", "nothing was heard from the module for %1 s")
+            .arg(seconds);
+    }
+    if (m_heardLines == 0) {
+        return QCoreApplication::translate("Files",
+                                           "no progress for %1 s; heard: %2 bytes without a line end")
+            .arg(seconds)
+            .arg(m_heardBytes);
+    }
+    constexpr qsizetype enough = 60;
+    return QCoreApplication::translate("Files", "no progress for %1 s; heard: %2 lines, the last one \"%3\"")
+        .arg(seconds)
+        .arg(m_heardLines)
+        .arg(logText(fromWindows1252(m_lastLine)).left(enough));
+}
+
+/// The job got on: its time begins anew.
+void ModuleSession::noteProgress()
+{
+    m_progress = m_transmission.progress();
+    setTimeout(m_timeout);
 }
 
 void ModuleSession::whenDrained(std::function<void()> drained)
@@ -109,7 +140,7 @@ void ModuleSession::whenDrained(std::function<void()> drained)
 
 void ModuleSession::receive(const QByteArray &bytes)
 {
-    setTimeout(m_timeout);
+    m_heardBytes += bytes.size();
     const qint64 dropped = m_lines.dropped();
     const std::optional<QByteArray> line = m_lines.push(bytes);
     if (m_lines.dropped() != dropped) {
@@ -127,24 +158,43 @@ void ModuleSession::take(const QByteArray &line)
         perform(m_dialogue->lineOverheard(fromWindows1252(line)));
         return;
     }
-    const bool reads = line.contains("at+cmgr=");
+    ++m_heardLines;
     const bool isRepeated = line == std::exchange(m_lastLine, line);
-    if (reads && isRepeated && m_paced && m_paced->isWaiting()) {
+    if (isRepeated && line.contains("at+cmgr=") && m_paced && m_paced->isWaiting()) {
         // A module waits for its answer before it reads again: the network doubled the datagram, and a
         // command handed over twice as fast would be missed.
         Q_EMIT logged(QCoreApplication::translate("Files", "a doubled datagram dropped"));
         return;
     }
-    if (reads || line.contains("at+cmgs")) {
-        m_unconfirmedStep.reset();
-    }
-    if (reads && m_unansweredStep && m_sequence.isRunning()) {
-        m_isAnswerDoubtful = true;
-        Q_EMIT unconfirmed(*std::exchange(m_unansweredStep, std::nullopt));
-    }
+    noteActs(line);
     perform(m_dialogue->lineReceived(fromWindows1252(line)));
-    if (m_configuration != nullptr && !m_sequence.isRunning()) {
-        m_configuration = nullptr;
+    followTransmission();
+}
+
+/// Tells the transmission what the module does, before that is answered.
+void ModuleSession::noteActs(const QByteArray &line)
+{
+    if (line.contains("at+cmgr=")) {
+        m_transmission.moduleReads();
+    } else if (line.contains("at+cmgs")) {
+        m_transmission.moduleSends();
+    } else if (line.contains("at+cpin") || (m_paced && line.contains("donE"))) {
+        m_settling->stop();
+        m_transmission.moduleStarts(m_closing->isRunning());
+    }
+}
+
+/// After anything that may have brought the transmission on, or to its end.
+void ModuleSession::followTransmission()
+{
+    if (m_transmission.isUnsettled() && !m_settling->isRunning()) {
+        m_settling->start(settlingTime, [this] { m_transmission.settle(); });
+    }
+    if (m_transmission.progress() != m_progress) {
+        noteProgress();
+    }
+    if (m_isTransmitting && !m_transmission.isRunning()) {
+        m_isTransmitting = false;
         m_dialogue->transmissionEnded();
         Q_EMIT transmitted();
     }
@@ -171,31 +221,15 @@ void ModuleSession::send(const QString &line)
 
 void ModuleSession::tellSent(std::optional<int> step, const QString &command)
 {
-    m_unconfirmedStep = step;
-    m_isDoubtTold = false;
+    if (!step) {
+        noteProgress();
+    } else {
+        m_transmission.handOver(*step, command);
+        if (m_transmission.awaitsEnd()) {
+            m_closing->start(promptStart, [] {});
+        }
+    }
     Q_EMIT commandSent(step, command);
-    if (m_answer && step && step != steps::last) { // nobody answers the closing command
-        m_unansweredStep = step;
-    }
-    if (step && std::exchange(m_isAnswerDoubtful, false)) {
-        Q_EMIT unconfirmed(*step);
-    }
-}
-
-/// The module starts its modem: at the beginning, or anew in the middle of a transmission.
-void ModuleSession::noteStart()
-{
-    const std::optional<int> doubtful = m_unconfirmedStep ? m_unconfirmedStep : m_unansweredStep;
-    if (!doubtful || !m_sequence.isRunning()) {
-        return;
-    }
-    if (m_paced) {
-        m_sequence.start(*doubtful); // a network may have lost this command
-        m_unansweredStep.reset();
-    } else if (m_unconfirmedStep && !std::exchange(m_isDoubtTold, true)) {
-        m_unansweredStep.reset(); // told already
-        Q_EMIT unconfirmed(*m_unconfirmedStep);
-    }
 }
 
 void ModuleSession::perform(const ModuleDialogue::Action &action)
@@ -204,19 +238,21 @@ void ModuleSession::perform(const ModuleDialogue::Action &action)
         Overloaded{
             [this](const ModuleDialogue::Send &line) { send(line.line); },
             [this](const ModuleDialogue::Log &log) { Q_EMIT logged(log.line); },
-            [this](const ModuleDialogue::Caught &) {
-                noteStart();
-                Q_EMIT caught();
-            },
+            [this](const ModuleDialogue::Caught &) { Q_EMIT caught(); },
             [this](const ModuleDialogue::Reply &reply) {
-                if (reply.kind == ModuleDialogue::ReplyKind::Sms) {
-                    m_unansweredStep.reset();
+                if (m_isTransmitting) {
+                    m_transmission.moduleSays(reply);
+                } else {
+                    noteProgress();
                 }
                 Q_EMIT replied(reply);
             },
             [this](const ModuleDialogue::NothingToRead &) { Q_EMIT nothingToRead(); },
             [this](const ModuleDialogue::CommandSent &sent) { tellSent(sent.step, sent.command); },
             [this](const ModuleDialogue::CommandRefused &refused) {
+                if (refused.step) {
+                    m_transmission.refuse(*refused.step);
+                }
                 Q_EMIT commandRefused(refused.step, refused.command);
             },
             [this](const ModuleDialogue::FirmwareAnnounced &) { Q_EMIT firmwareAnnounced(); },

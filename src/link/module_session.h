@@ -1,10 +1,10 @@
 #pragma once
 
 #include "config/configuration.h"
-#include "link/command_sequence.h"
 #include "link/line_assembler.h"
 #include "link/modem_dialogue.h"
 #include "link/paced_sender.h"
+#include "link/transmission.h"
 #include "link/transport.h"
 #include "platform/environment.h"
 #include "platform/timers.h"
@@ -12,13 +12,9 @@
 #include <QObject>
 #include <QString>
 
-#include <algorithm>
 #include <memory>
 
 namespace ktr {
-
-/// How a module is connected: as a modem's device at a serial port, or over the network.
-enum class LineKind { Serial, Ethernet };
 
 /// The conversation with one module over a line: lines are assembled and answered, commands handed over,
 /// the module's texts told. The line may also be opened and closed by others, as a search for ports does.
@@ -34,12 +30,29 @@ public:
     Status open(const QString &address);
     void close();
 
+    /// A network delivers a datagram within this time or hardly ever: so long nothing is handed over after
+    /// something went wrong.
+    static constexpr Milliseconds settlingTime{1000};
+    /// A module that starts anew within this time after the closing command has taken it; one that it did not
+    /// reach waits longer for an answer.
+    static constexpr Milliseconds promptStart{2000};
+
     /// Transmits a configuration, which must outlive the transmission: the module gets a command each time
     /// it reads an SMS. `answer` asks it to answer each one; a step other than the first resumes one that
     /// broke off there.
-    void startTransmission(Configuration &configuration, bool answer, int step = steps::first);
-
+    void startTransmission(Configuration &configuration, bool answer, int step = steps::first)
+    {
+        startTransmission(Transmission(configuration, answer, step));
+    }
+    /// Begins with one, or goes on with one that broke off.
+    void startTransmission(const Transmission &transmission);
+    /// Breaks it off.
     void stopTransmission();
+
+    /// The one that runs, or the last one.
+    const Transmission &transmission() const { return m_transmission; }
+    /// The line broke before it had carried the closing command.
+    void loseLastCommand() { m_transmission.loseLast(); }
 
     /// Places one command; the module gets it when it next reads an SMS.
     void place(const QString &command) { m_dialogue->place(command); }
@@ -52,14 +65,19 @@ public:
     void setQuiet(bool quiet) { m_isQuiet = quiet; }
 
     /// The step whose command comes next; steps::idle when no transmission runs.
-    int step() const { return m_sequence.step(); }
+    int step() const { return m_transmission.isRunning() ? m_transmission.step() : steps::idle; }
 
     /// Where a transmission that broke off goes on: the first step that the module is not known to have
-    /// taken. A command counts as taken when the module then reads or sends its next SMS.
-    int resumeStep() const { return m_unconfirmedStep.value_or(std::min(step(), steps::last)); }
+    /// taken.
+    int resumeStep() const { return m_transmission.resumeStep(); }
 
-    /// Calls silent() when nothing was heard from the module for so long; zero for never.
+    /// Calls stalled() when nothing of what is done here got on for so long, whatever was heard; zero for
+    /// never. The time begins anew now.
     void setTimeout(Milliseconds timeout);
+    /// Something was heard since the time began.
+    bool wasHeard() const { return m_heardBytes > 0; }
+    /// Why nothing got on, in the user's words.
+    QString stallReason() const;
 
     /// Calls back once everything sent so far has left the machine.
     void whenDrained(std::function<void()> drained);
@@ -71,16 +89,15 @@ Q_SIGNALS:
     void nothingToRead();
     void commandSent(std::optional<int> step, const QString &command);
     void commandRefused(std::optional<int> step, const QString &command);
-    /// This step's command was handed over, but whether it arrived is not known: the module started anew
-    /// before it went on, or did not answer although it was asked to. The transmission goes on.
-    void unconfirmed(int step);
     void replied(const ktr::ModemDialogue::Reply &reply);
     void serviceConfirmed(const QString &text);
     /// The module was told to expect a firmware image.
     void firmwareAnnounced();
-    /// The last step's command was handed to the line.
+    /// The transmission came to its end: the last step's command was handed to the line, and confirmed where
+    /// that is asked for, or given up.
     void transmitted();
-    void silent();
+    /// Nothing got on for the time given to setTimeout().
+    void stalled();
 
 private:
     void receive(const QByteArray &bytes);
@@ -88,7 +105,9 @@ private:
     void perform(const std::vector<ModuleDialogue::Action> &actions);
     void perform(const ModuleDialogue::Action &action);
     void tellSent(std::optional<int> step, const QString &command);
-    void noteStart();
+    void noteActs(const QByteArray &line);
+    void noteProgress();
+    void followTransmission();
     void send(const QString &line);
     void forgetLine();
     std::unique_ptr<ModuleDialogue> makeDialogue(LineKind kind);
@@ -96,23 +115,22 @@ private:
 
     Transport &m_transport;
     Environment m_environment;
-    std::unique_ptr<OneShotTimer> m_silence;
+    std::unique_ptr<OneShotTimer> m_patience;
+    std::unique_ptr<OneShotTimer> m_settling;
+    std::unique_ptr<OneShotTimer> m_closing; ///< the closing command was handed over
     Milliseconds m_timeout{0};
+    qint64 m_heardBytes = 0; ///< since the last progress
+    qint64 m_heardLines = 0;
     LineAssembler m_lines;
     QByteArray m_output;                  ///< what one line leads to leaves a serial port in one piece
     std::unique_ptr<PacedSender> m_paced; ///< over Ethernet
     QByteArray m_lastLine;
-    CommandSequence m_sequence;
+    Transmission m_transmission;
+    bool m_isTransmitting = false;
+    int m_progress = 0; ///< of the transmission, when it was last looked at
     std::unique_ptr<ModuleDialogue> m_dialogue;
     bool m_isExclusive = false;
     bool m_isQuiet = false;
-    Configuration *m_configuration = nullptr;
-    std::optional<int>
-        m_unconfirmedStep;               ///< the module did not go on since it was handed this step's command
-    std::optional<int> m_unansweredStep; ///< in answer mode, its command was handed over last
-    bool m_isDoubtTold = false;          ///< that m_unconfirmedStep may not have arrived
-    bool m_isAnswerDoubtful = false;     ///< the next answer may be that of the command before
-    bool m_answer = false;
 };
 
 } // namespace ktr

@@ -122,6 +122,7 @@ private Q_SLOTS:
                                  "transmit @sample --serial @b --resume 79",
                                  "transmit @sample --serial @b --resume -1",
                                  "transmit @sample --serial @b --resume last",
+                                 "transmit @sample --ethernet c --answer --unconfirmed",
                                  "simulate --serial @a --replay @b --merge",
                                  "simulate",
                                  "simulate --fleet 0",
@@ -265,10 +266,14 @@ private Q_SLOTS:
         const QString at = u" --ethernet "_s + module.address();
         const Result sent = ktrcli(u"transmit @sample --log @ethernet.txt"_s + at);
         QVERIFY2(sent.code == 0, qPrintable(sent.errors));
-        QVERIFY(sent.output.contains("79 commands sent, 0 refused"_L1));
+        QVERIFY(sent.output.contains("79 commands sent, 0 refused, 78 answered"_L1));
         QVERIFY(module.await(u"saved"_s));
         const Result compared = ktrcli(u"compare @sample @ethernet.xml"_s);
         QVERIFY2(compared.code == 0, qPrintable(compared.output));
+        QVERIFY(contentOf(path(u"ethernet.txt"_s)).contains("eth ----> N,****,"));
+        const Result unconfirmed = ktrcli(u"transmit @sample --unconfirmed --log @ethernet.txt"_s + at);
+        QVERIFY2(unconfirmed.code == 3, qPrintable(unconfirmed.errors));
+        QVERIFY(unconfirmed.output.contains("79 commands sent, 0 refused, 0 answered"_L1));
         QVERIFY(contentOf(path(u"ethernet.txt"_s)).contains("eth ----> n,****,"));
 
         const Result answered = ktrcli(u"send V,§"_s + at);
@@ -346,7 +351,7 @@ private Q_SLOTS:
         Module module(words(u"simulate --serial @module --hold @half.xml --save @whole.xml"_s));
         const Result resumed = ktrcli(u"transmit @sample --serial @module --resume "_s + step);
         QVERIFY2(resumed.code == 0, qPrintable(resumed.errors));
-        const QString summary = u"\n%1 commands sent, 0 refused\n"_s.arg(79 - step.toInt());
+        const QString summary = u"\n%1 commands sent, 0 refused, 0 answered\n"_s.arg(79 - step.toInt());
         QVERIFY2(resumed.output.contains(summary), qPrintable(step + resumed.output));
         QVERIFY(module.await(u"saved"_s));
         const Result compared = ktrcli(u"compare @sample @whole.xml"_s);

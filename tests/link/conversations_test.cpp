@@ -171,7 +171,7 @@ public:
                          [this](const ModemDialogue::Reply &reply) { m_outcome.told += reply.text; });
         QObject::connect(&m_session, &ModuleSession::transmitted, &m_session,
                          [this] { m_outcome.end = u"transmitted"_s; });
-        QObject::connect(&m_session, &ModuleSession::silent, &m_session, [this] { breakOff(u"silent"_s); });
+        QObject::connect(&m_session, &ModuleSession::stalled, &m_session, [this] { breakOff(u"silent"_s); });
         QObject::connect(&m_line, &Transport::lost, &m_session, [this] { breakOff(u"lost"_s); });
         m_session.setTimeout(Milliseconds(60000));
     }

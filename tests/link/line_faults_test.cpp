@@ -1,5 +1,7 @@
 #include "link/module_link.h"
+#include "simulator/held_form.h"
 #include "simulator/virtual_module.h"
+#include "support/bad_network.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/random_configuration.h"
@@ -139,6 +141,41 @@ private:
     std::function<void()> m_drained;
 };
 
+/// A bad network to a virtual module.
+class BadLine : public Transport
+{
+public:
+    BadLine(Timers &timers, unsigned seed)
+        : module(timers, [this](const QByteArray &bytes) { m_toProgram.send(bytes); }, {{}, {}, {}, true}),
+          m_timers(timers),
+          m_toProgram(seed, later(), [this](const QByteArray &bytes) { Q_EMIT received(bytes); }),
+          m_toModule(seed + 1'000'000, later(), [this](const QByteArray &bytes) { module.receive(bytes); })
+    {}
+
+    Status open(const QString &) override { return Status::done(); }
+    void close() override {}
+    bool isOpen() const override { return true; }
+    void send(const QByteArray &bytes) override { m_toModule.send(bytes); }
+    void whenDrained(std::function<void()> drained) override { drained(); }
+
+    VirtualModule module;
+
+private:
+    test::BadNetwork::Later later()
+    {
+        return [this](Milliseconds delay, std::function<void()> call) {
+            std::erase_if(m_delays, [](const auto &timer) { return !timer->isRunning(); });
+            m_delays.push_back(m_timers.create());
+            m_delays.back()->start(delay, std::move(call));
+        };
+    }
+
+    Timers &m_timers;
+    std::vector<std::unique_ptr<OneShotTimer>> m_delays;
+    test::BadNetwork m_toProgram;
+    test::BadNetwork m_toModule;
+};
+
 /// The commands of a transmission without faults, by step.
 QStringList planned(Configuration configuration, bool answer)
 {
@@ -264,6 +301,47 @@ private Q_SLOTS:
                      where);
             QVERIFY2(report.unconfirmed.size() <= 3, where);
         }
+    }
+
+    void aBadNetworkNeverMakesAModuleLookWhole()
+    {
+        const int runs = qEnvironmentVariableIsSet("KTR_THOROUGH") ? 5000 : 50;
+        int whole = 0;
+        for (int run = 0; run < runs; ++run) {
+            const unsigned seed = 4711 + static_cast<unsigned>(run);
+            Configuration configuration = test::RandomConfiguration(seed).make(QLocale::c());
+            const Configuration expected = asHeld(configuration, QLocale::c());
+            test::ManualTimers timers;
+            BadLine line(timers, seed);
+            ModuleSession session(line, timers, test::fixedEnvironment(), LineKind::Ethernet);
+            QStringList missing{u"the closing command"_s};
+            line.module.onConfigured([&](const ModuleMemory &memory) {
+                missing = differences(expected, memory.configuration, QLocale::c());
+            });
+            bool hasEnded = false;
+            bool hasStalled = false;
+            QObject::connect(&session, &ModuleSession::transmitted, &session, [&] { hasEnded = true; });
+            QObject::connect(&session, &ModuleSession::stalled, &session, [&] { hasStalled = true; });
+            line.module.start();
+            QVERIFY(session.open(QString()));
+            session.setTimeout(std::chrono::minutes(1));
+            session.startTransmission(configuration, true);
+            while (!hasEnded && !hasStalled) {
+                timers.advance(std::chrono::seconds(1));
+                QVERIFY2(timers.now() < std::chrono::hours(1), qPrintable(u"run %1 does not end"_s.arg(run)));
+            }
+            const TransmissionReport &report = session.transmission().report();
+            const bool isWhole = hasEnded && report.verdict() == TransmissionReport::Verdict::Whole;
+            whole += isWhole ? 1 : 0;
+            QVERIFY2(!isWhole || missing.isEmpty(), qPrintable(u"run %1: "_s.arg(run) + missing.join(u'\n')));
+            QVERIFY2(isWhole || !report.unconfirmed.isEmpty() || hasStalled, qPrintable(report.title()));
+            if (qEnvironmentVariableIsSet("KTR_SHOW")) {
+                qInfo() << run << isWhole << hasStalled << timers.now().count() / 1000 << report.unconfirmed
+                        << report.failed << report.answered << report.sent << session.resumeStep();
+            }
+        }
+        QVERIFY2(whole > runs * 9 / 10,
+                 qPrintable(QString::number(whole))); // what was lost was handed over again
     }
 };
 

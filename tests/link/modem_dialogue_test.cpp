@@ -247,7 +247,7 @@ private Q_SLOTS:
         test::ManualTimers timers;
         ModuleSession session(line, timers, test::fixedEnvironment());
         QSignalSpy transmitted(&session, &ModuleSession::transmitted);
-        QSignalSpy silent(&session, &ModuleSession::silent);
+        QSignalSpy silent(&session, &ModuleSession::stalled);
         Configuration configuration;
         configuration.versionText = u"Käse"_s;
         session.startTransmission(configuration, false, 77);

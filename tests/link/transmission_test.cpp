@@ -97,7 +97,7 @@ Outcome transmitted(Configuration configuration, bool answer, const QLocale &loc
         outcome.differences = differences(expected, memory.configuration, locale);
         outcome.refusedByModule = memory.refused;
     });
-    for (int i = 0; i < 100000 && !configured; ++i) {
+    for (int i = 0; i < 100000 && !(configured && outcome.transmitted); ++i) {
         line.carry();
         timers.advance(Milliseconds(10));
     }

@@ -1,0 +1,294 @@
+#include "link/transmission.h"
+
+#include <QCoreApplication>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+/// Whose answer a text of the module is.
+enum class Answers {
+    Nobody,  ///< it is a report, or an answer to another command
+    Unnamed, ///< an answer that does not tell to what
+    Command, ///< the command's
+};
+
+bool beginsWithOneOf(QStringView text, std::initializer_list<const char16_t *> beginnings)
+{
+    return std::ranges::any_of(beginnings, [text](const char16_t *each) { return text.startsWith(each); });
+}
+
+/// "OK: G,3", "OK: Z20" or "fail: F,..." name the command by its letter, mostly with the first number; a bad
+/// line may put something in front. A module that lost a line may have taken another one of ours for the
+/// command, and then names that.
+Answers namedBy(const QString &text, const QString &command)
+{
+    static const QRegularExpression answer(QStringLiteral("(?:OK|fail): (.*)"));
+    static const QRegularExpression head(QStringLiteral("^([A-Za-z§])(?:,?([0-9]+))?(?![A-Za-z0-9])"));
+    const QString named = answer.match(text).captured(1);
+    if (beginsWithOneOf(named, {u"OK", u"at+", u",\"+", u"config"})) {
+        return Answers::Nobody;
+    }
+    const QRegularExpressionMatch match = head.match(named);
+    if (!match.hasMatch()) {
+        return Answers::Unnamed;
+    }
+    const bool isLetter = match.captured(1).compare(command.left(1), Qt::CaseInsensitive) == 0;
+    const QString number = match.captured(2);
+    return isLetter && (number.isEmpty() || number == command.section(u',', 1, 1)) ? Answers::Command
+                                                                                   : Answers::Nobody;
+}
+
+/// Whether the module's text answers the command of a step: it is an SMS to "+IP" and none of the module's
+/// reports. The version may also be told by itself.
+Answers answersTo(int step, const QString &command, const ModuleDialogue::Reply &reply)
+{
+    QStringView text = withoutPrompt(reply.text);
+    if (beginsWithOneOf(text, {u"--> ", u"<-- "})) {
+        text = withoutPrompt(text.sliced(4));
+    }
+    const bool isForUs = reply.kind == ModuleDialogue::ReplyKind::Sms && reply.number == u"+IP";
+    if (step == steps::first) {
+        const bool mayTell = isForUs || reply.kind == ModuleDialogue::ReplyKind::Message;
+        return mayTell && text.contains(u"V,") ? Answers::Command : Answers::Nobody;
+    }
+    const bool isAnswer = isForUs && !beginsWithOneOf(text, {u"M,", u"R,", u"H,", u"V,"});
+    return isAnswer ? namedBy(text.toString(), command) : Answers::Nobody;
+}
+
+} // namespace
+
+// What became of it
+
+TransmissionReport::Verdict TransmissionReport::verdict() const
+{
+    if (brokenAt) {
+        return Verdict::BrokenOff;
+    }
+    if (!refused.isEmpty() || !failed.isEmpty() || !unconfirmed.isEmpty()) {
+        return Verdict::InPart;
+    }
+    return isUnwatched ? Verdict::Unknown : Verdict::Whole;
+}
+
+QString TransmissionReport::title() const
+{
+    switch (verdict()) {
+    case Verdict::Whole:
+        break;
+    case Verdict::Unknown:
+        return QCoreApplication::translate(
+            "Transmission", "The configuration was sent; whether all of it arrived is not known");
+    case Verdict::InPart:
+        return QCoreApplication::translate("Transmission", "The configuration was transmitted in part");
+    case Verdict::BrokenOff:
+        return QCoreApplication::translate("Transmission", "The transmission was broken off before step %1")
+            .arg(*brokenAt);
+    }
+    return QCoreApplication::translate("Transmission", "The configuration was transmitted");
+}
+
+QString TransmissionReport::counts() const
+{
+    return QCoreApplication::translate("Transmission", "%1 commands sent, %2 refused, %3 answered")
+        .arg(sent)
+        .arg(refused.size())
+        .arg(answered);
+}
+
+std::vector<TransmissionReport::Finding> TransmissionReport::findings() const
+{
+    std::vector<Finding> findings;
+    const auto add = [&findings](const QString &text, const QList<int> &steps) {
+        if (!steps.isEmpty()) {
+            findings.push_back({text, steps});
+        }
+    };
+    add(QCoreApplication::translate("Transmission", "Too long:"), refused);
+    add(QCoreApplication::translate("Transmission", "Answered as failed:"), failed);
+    add(QCoreApplication::translate("Transmission", "Not confirmed by the module:"), unconfirmed);
+    if (isUnwatched) {
+        findings.push_back(
+            {QCoreApplication::translate(
+                 "Transmission", "Whether the network lost a command is only known when the module answers"),
+             {}});
+    }
+    return findings;
+}
+
+// Its course
+
+Transmission::Transmission(Configuration &configuration, bool answer, int step)
+    : m_configuration(&configuration), m_answer(answer), m_firstStep(step)
+{}
+
+void Transmission::run(LineKind kind)
+{
+    m_kind = kind;
+    m_sequence.start(std::exchange(m_report.brokenAt, std::nullopt).value_or(m_firstStep));
+    m_open.reset();
+    m_unanswered.reset();
+    m_lastStep = steps::idle;
+    m_isDeaf = m_isAnswerDoubtful = m_isDoubtTold = m_awaitsEnd = false;
+    m_isDisturbed = isConfirmed() && m_sequence.step() == steps::last;
+}
+
+void Transmission::breakOff()
+{
+    if (!isRunning()) {
+        return;
+    }
+    m_report.brokenAt = resumeStep();
+    m_sequence.stop();
+    m_awaitsEnd = false;
+}
+
+int Transmission::resumeStep() const
+{
+    const std::optional<int> doubtful = m_kind == LineKind::Ethernet && m_unanswered ? m_unanswered : m_open;
+    return doubtful.value_or(std::min(step(), steps::last));
+}
+
+/// An answer that names its command is told from older ones; one that does not, and the start that confirms
+/// the closing command, are not.
+bool Transmission::isUnsettled() const
+{
+    return m_isDisturbed && isRunning() && (m_namesNothing || step() == steps::last);
+}
+
+std::optional<StepCommand> Transmission::next(const QLocale &locale, const QDateTime &now)
+{
+    if (m_configuration == nullptr || isUnsettled()) {
+        return std::nullopt;
+    }
+    return m_sequence.next(*m_configuration, {m_answer, locale, now});
+}
+
+void Transmission::handOver(int step, const QString &command)
+{
+    m_attempts = step == m_lastStep ? m_attempts + 1 : 1;
+    m_lastStep = step;
+    m_command = command;
+    m_open = step;
+    m_isDoubtTold = false;
+    m_report.unconfirmed.removeAll(step); // it was handed over once more
+    m_report.isUnwatched = m_report.isUnwatched || (m_kind == LineKind::Ethernet && !m_answer);
+    const auto bit = static_cast<std::size_t>(step);
+    if (!m_handedOver.test(bit)) {
+        m_handedOver.set(bit);
+        ++m_report.sent;
+    }
+    ++m_progress;              // also once more, since that has its bound
+    if (step == steps::last) { // nobody answers the closing command
+        m_awaitsEnd = isConfirmed();
+    } else if (m_answer) {
+        m_unanswered = step;
+    }
+    if (std::exchange(m_isAnswerDoubtful, false)) {
+        noteUnconfirmed(step);
+    }
+}
+
+void Transmission::refuse(int step)
+{
+    if (!m_report.refused.contains(step)) {
+        m_report.refused += step;
+    }
+    ++m_progress;
+}
+
+void Transmission::noteUnconfirmed(int step)
+{
+    if (!m_report.unconfirmed.contains(step)) {
+        m_report.unconfirmed += step;
+    }
+}
+
+/// The module goes on without this command.
+void Transmission::giveUp(int step)
+{
+    noteUnconfirmed(step);
+    m_unanswered.reset();
+    m_awaitsEnd = false;
+    m_isDeaf = true;
+    m_isAnswerDoubtful = m_answer && step != steps::last;
+    ++m_progress;
+}
+
+void Transmission::moduleReads()
+{
+    m_open.reset();
+    const std::optional<int> missed = m_awaitsEnd ? steps::last : m_unanswered;
+    if (!missed) {
+        return;
+    }
+    if (isRepeated() && mayRepeat()) {
+        m_unanswered.reset();
+        m_awaitsEnd = false;
+        m_sequence.start(*missed); // the network lost it, or this is an old reading: it does no harm
+    } else {
+        giveUp(*missed);
+    }
+}
+
+void Transmission::moduleStarts(bool isPrompt)
+{
+    if (!isRunning()) {
+        return;
+    }
+    if (m_awaitsEnd && isPrompt) {
+        m_awaitsEnd = false;
+        m_open.reset();
+        return;
+    }
+    m_isDisturbed = isConfirmed() && m_lastStep != steps::idle;
+    const std::optional<int> doubtful = m_awaitsEnd ? steps::last : m_open ? m_open : m_unanswered;
+    if (!doubtful) {
+        return;
+    }
+    if (!isRepeated()) {
+        if (m_open && !std::exchange(m_isDoubtTold, true)) {
+            m_unanswered.reset(); // told already
+            noteUnconfirmed(*m_open);
+        }
+        return;
+    }
+    m_open.reset();
+    if (mayRepeat()) {
+        m_unanswered.reset();
+        m_awaitsEnd = false;
+        m_sequence.start(*doubtful);
+    } else {
+        giveUp(*doubtful);
+    }
+}
+
+void Transmission::moduleSays(const ModuleDialogue::Reply &reply)
+{
+    if (!m_unanswered || !isRunning()) {
+        return;
+    }
+    const Answers answers = answersTo(*m_unanswered, m_command, reply);
+    if (answers == Answers::Nobody) {
+        return;
+    }
+    if (answers == Answers::Command) {
+        m_report.unconfirmed.removeAll(*m_unanswered);
+    }
+    m_namesNothing = m_namesNothing || answers == Answers::Unnamed;
+    m_isDisturbed = m_isDisturbed || (isConfirmed() && m_attempts > 1); // it may be answered twice, too
+    ++m_report.answered;
+    ++m_progress;
+    m_report.failed.removeAll(*m_unanswered);
+    if (reply.text.contains(QLatin1String("fail"), Qt::CaseInsensitive)) {
+        m_report.failed += *m_unanswered;
+    }
+    m_isDeaf = false;
+    m_open.reset();
+    m_unanswered.reset();
+}
+
+} // namespace ktr
