@@ -56,8 +56,8 @@
         <translation>kein Alarm</translation>
     </message>
     <message>
-        <source>Sender</source>
-        <translation>Absender</translation>
+        <source>Recipient</source>
+        <translation>Empfänger</translation>
     </message>
 </context>
 <context>
@@ -1431,12 +1431,12 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Status</translation>
     </message>
     <message>
-        <source>Sender</source>
-        <translation>Absender</translation>
-    </message>
-    <message>
         <source>Count</source>
         <translation>Anzahl</translation>
+    </message>
+    <message>
+        <source>Recipient</source>
+        <translation>Empfänger</translation>
     </message>
 </context>
 <context>
@@ -1486,12 +1486,12 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Nur nicht quittierte</translation>
     </message>
     <message>
-        <source>Searched for in text, sender and station</source>
-        <translation>Wird in Text, Absender und Station gesucht</translation>
-    </message>
-    <message>
         <source>Copies the selected rows, columns separated by tabs (Ctrl+C)</source>
         <translation>Kopiert die gewählten Zeilen, Spalten durch Tabulatoren getrennt (Strg+C)</translation>
+    </message>
+    <message>
+        <source>Searched for in text, recipient and station</source>
+        <translation>Wird in Text, Empfänger und Station gesucht</translation>
     </message>
 </context>
 <context>

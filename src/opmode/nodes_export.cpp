@@ -35,7 +35,7 @@ QString header(ExportChoice::Kind kind)
     }
     return line(
         {QCoreApplication::translate("Export", "Station"), QCoreApplication::translate("Export", "Received"),
-         QCoreApplication::translate("Export", "Sender"), QCoreApplication::translate("Export", "Text"),
+         QCoreApplication::translate("Export", "Recipient"), QCoreApplication::translate("Export", "Text"),
          QCoreApplication::translate("Export", "Count"), QCoreApplication::translate("Export", "State"),
          QCoreApplication::translate("Export", "Acknowledged")});
 }

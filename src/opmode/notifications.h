@@ -7,7 +7,7 @@ namespace ktr {
 /// A notification's text taken apart: "+4917012345 --> M,Pump 1 fail".
 struct NotificationText
 {
-    QString number;  ///< of the sender; empty when the text has another form
+    QString number;  ///< that the SMS was sent to; empty when the text has another form
     QString message; ///< what the module sent, or the whole text; on one line
 };
 

@@ -48,7 +48,7 @@ private Q_SLOTS:
     {
         QCOMPARE(
             exported({ExportChoice::Kind::Notifications, m_all, {}, {}, false}),
-            "\xEF\xBB\xBFStation;Received;Sender;Text;Count;State;Acknowledged\r\n"
+            "\xEF\xBB\xBFStation;Received;Recipient;Text;Count;State;Acknowledged\r\n"
             "\"Pump; \"\"A\"\"\";21.11.2026 14:05:59;\"'+4917012345\";tank 3 fail;2;not acknowledged;\r\n"
             "\"Pump; \"\"A\"\"\";20.11.2026 00:00:00;\"'+4917012345\";\"'=HYPERLINK(1) x\";1;no alarm;\r\n"
             "b;;\"'+4917012345\";old fail;1;acknowledged;21.11.2026 15:00:01\r\n");

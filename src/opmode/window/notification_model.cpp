@@ -237,7 +237,7 @@ QVariant NotificationModel::headerData(int section, Qt::Orientation orientation,
     case Count:
         return tr("Count");
     case Number:
-        return tr("Sender");
+        return tr("Recipient");
     default:
         return {};
     }

@@ -183,7 +183,7 @@ void NotificationPage::applyTexts()
     m_onlyUnacknowledged->setText(tr("Only not acknowledged"));
     m_filter->setPlaceholderText(tr("Filter"));
     m_filter->setAccessibleName(tr("Filter"));
-    m_filter->setToolTip(tr("Searched for in text, sender and station"));
+    m_filter->setToolTip(tr("Searched for in text, recipient and station"));
     m_accept->setText(text(Text::AcceptNotification));
     m_accept->setToolTip(tr("Acknowledges the selected notifications (Space or Enter in the list)"));
     m_acceptAll->setText(tr("%1 (all shown)").arg(text(Text::AcceptNotification)));
@@ -284,7 +284,7 @@ void NotificationPage::fitColumns()
         m_table->setColumnWidth(column, width);
         rest -= m_table->isColumnHidden(column) && column == Model::Station ? 0 : width;
     }
-    // The text gets short first, then the sender goes; the tool tip of the text has both.
+    // The text gets short first, then the recipient goes; the tool tip of the text has both.
     const int narrowestText = widthOf(QString(12, u'n'));
     m_table->setColumnHidden(Model::Number, rest < narrowestText);
     rest += rest < narrowestText ? number : 0;
