@@ -944,6 +944,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>%1 is alive</source>
         <translation>%1 ist aktiv</translation>
     </message>
+    <message>
+        <source>All alarms are acknowledged</source>
+        <translation>Alle Alarme sind quittiert</translation>
+    </message>
 </context>
 <context>
     <name>ktr::GsmPage</name>

@@ -21,6 +21,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -130,7 +131,19 @@ void Form_betriebsmodus::layOut()
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
     m_alarmBar = new AlarmBar(m_alarms, m_mode.tree(), m_acknowledging, m_texts, m_services.locale, body);
-    column->addWidget(m_alarmBar);
+    // Its room stays free without it: nothing gets away from under the mouse when an alarm comes.
+    QSizePolicy barsRoom = m_alarmBar->sizePolicy();
+    barsRoom.setRetainSizeWhenHidden(true);
+    m_alarmBar->setSizePolicy(barsRoom);
+    m_noAlarm = new QLabel(body);
+    m_noAlarm->setObjectName(QStringLiteral("lbl_no_alarm"));
+    m_noAlarm->setForegroundRole(QPalette::PlaceholderText);
+    m_noAlarm->setContentsMargins(16, 0, 16, 0);
+    auto *top = new QGridLayout;
+    top->addWidget(m_noAlarm, 0, 0);
+    top->addWidget(m_alarmBar, 0, 0);
+    m_alarmBar->raise();
+    column->addLayout(top);
     column->addWidget(m_splitter, 1);
     setCentralWidget(body);
     connect(m_pages, &QTabWidget::currentChanged, this, &Form_betriebsmodus::showPage);
@@ -301,6 +314,7 @@ void Form_betriebsmodus::applyTexts()
     mnu_ansicht_normal->setText(text(Text::General));
     mnu_ansicht_treeview->setText(text(Text::TreeView));
     m_alarmBar->applyTexts();
+    m_noAlarm->setText(tr("All alarms are acknowledged"));
     m_messages->applyTexts();
     const std::array captions = {Text::Station, Text::Notifications, Text::History, Text::Ip};
     for (int page = 0; page < m_pages->count(); ++page) {

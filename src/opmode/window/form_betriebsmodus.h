@@ -110,6 +110,7 @@ private:
     bool m_isFollowing = false; ///< tree and pages follow each other
 
     AlarmBar *m_alarmBar;
+    QLabel *m_noAlarm;
     NotificationPage *m_notifications;
     QSplitter *m_splitter;
     StationTreeView *m_tree;

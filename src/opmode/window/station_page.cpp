@@ -140,6 +140,10 @@ QWidget *StationPage::connectionCard()
     m_heard->setObjectName(QStringLiteral("lbl_pic0_heard"));
     m_heardCaption = addRow(grid, 5, m_heard);
     m_trouble = addProblem(grid, 6, "lbl_pic0_trouble");
+    QSizePolicy troublesRoom =
+        m_trouble->sizePolicy(); // it comes and goes by itself, and what is below stays
+    troublesRoom.setRetainSizeWhenHidden(true);
+    m_trouble->setSizePolicy(troublesRoom);
 
     connect(m_name, &QLineEdit::editingFinished, this, &StationPage::storeName);
     connect(m_address, &QLineEdit::editingFinished, this, &StationPage::storeAddress);

@@ -4,12 +4,16 @@
 #include "look/palettes.h"
 #include "opmode/window/station_mark.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QHelpEvent>
 #include <QLineEdit>
 #include <QPainter>
+#include <QScopedValueRollback>
+#include <QScrollBar>
 #include <QStyledItemDelegate>
 #include <QToolTip>
+
+#include <tuple>
 
 namespace ktr {
 
@@ -19,7 +23,9 @@ constexpr int markSide = 14;
 constexpr int gap = 6;
 constexpr int refreshMs = 100;
 constexpr int layoutMs = 250;
-constexpr int userRestMs = 4000;
+constexpr int closeMs = 60'000;
+constexpr Milliseconds handRest{1000}; ///< so long after the user's last move here nothing changes its place
+constexpr Milliseconds keysRest{60'000}; ///< the same for who has put the focus here
 
 class NodeDelegate : public QStyledItemDelegate
 {
@@ -152,20 +158,35 @@ StationTreeView::StationTreeView(StationTree &tree, QWidget *parent) : QTreeView
     setItemDelegate(new NodeDelegate(this));
     setHeaderHidden(true);
     setUniformRowHeights(true);
+    setVerticalScrollMode(ScrollPerItem);
     setEditTriggers(EditKeyPressed | SelectedClicked);
     setContextMenuPolicy(Qt::ActionsContextMenu);
     setTextElideMode(Qt::ElideRight);
     viewport()->setMouseTracking(true);
-    m_filterTimer.setSingleShot(true);
-    m_filterTimer.setInterval(refreshMs);
-    connect(&m_filterTimer, &QTimer::timeout, this, &StationTreeView::applyFilter);
-    m_layoutTimer.setSingleShot(true);
-    m_layoutTimer.setInterval(layoutMs);
-    connect(&m_layoutTimer, &QTimer::timeout, this, [this] { scheduleDelayedItemsLayout(); });
-    Timer_doView.setObjectName(QStringLiteral("Timer_doView"));
-    Timer_doView.setSingleShot(true);
-    Timer_doView.setInterval(refreshMs);
-    connect(&Timer_doView, &QTimer::timeout, this, &StationTreeView::revealNow);
+    const std::tuple<QTimer *, const char *, int, void (StationTreeView::*)()> timers[] = {
+        {&m_filterTimer, "Timer_filter", refreshMs, &StationTreeView::applyFilter},
+        {&m_layoutTimer, "Timer_layout", layoutMs, &StationTreeView::refresh},
+        {&m_closeTimer, "Timer_close", closeMs, &StationTreeView::closeOpened},
+        {&Timer_doView, "Timer_doView", refreshMs, &StationTreeView::revealNow}};
+    for (const auto &[timer, name, interval, fired] : timers) {
+        timer->setParent(this);
+        timer->setObjectName(QLatin1String(name));
+        timer->setSingleShot(true);
+        timer->setInterval(interval);
+        connect(timer, &QTimer::timeout, this, fired);
+    }
+    const auto isUsers = [this](const QModelIndex &branch) {
+        if (!m_isOpening) {
+            m_opened.remove(branch.data(StationTree::KeyRole).toString());
+        }
+    };
+    connect(this, &QTreeView::expanded, this, isUsers);
+    connect(this, &QTreeView::collapsed, this, isUsers);
+    connect(&tree, &StationTree::alarmCountChanged, this, [this] {
+        if (!m_opened.isEmpty()) {
+            m_closeTimer.start();
+        }
+    });
     const auto filterSoon = [this] {
         if (!m_filterTimer.isActive()) {
             m_filterTimer.start();
@@ -196,6 +217,7 @@ void StationTreeView::filter(const QString &text, Kind kind)
 {
     m_text = text.trimmed();
     m_kind = kind;
+    m_isFilterChosen = true;
     m_filterTimer.start();
 }
 
@@ -231,14 +253,31 @@ bool StationTreeView::isWanted(const QModelIndex &station) const
 
 void StationTreeView::applyFilter()
 {
+    if (std::exchange(m_isFilterChosen, false)) {
+        showWanted(true);
+    } else if (isHandled()) {
+        m_filterTimer.start();
+    } else {
+        changeInPlace([this] { showWanted(!isInUse()); });
+    }
+}
+
+/// Hides the others as well, or leaves that for later: what is below would move up.
+void StationTreeView::showWanted(bool mayHide)
+{
     const bool isAll = m_kind == Kind::All && m_text.isEmpty();
     m_shown = 0;
     for (int row = 0; row < m_tree.rowCount(); ++row) {
-        const bool hidden = !isAll && !isWanted(m_tree.index(row, 0));
-        if (hidden != isRowHidden(row, {})) {
-            setRowHidden(row, {}, hidden);
+        const bool isShown = !isRowHidden(row, {});
+        bool shows = isAll || isWanted(m_tree.index(row, 0));
+        if (isShown && !shows && !mayHide) {
+            m_filterTimer.start();
+            shows = true;
         }
-        m_shown += hidden ? 0 : 1;
+        if (shows != isShown) {
+            setRowHidden(row, {}, !shows);
+        }
+        m_shown += shows ? 1 : 0;
     }
     Q_EMIT filtered();
 }
@@ -257,18 +296,146 @@ void StationTreeView::reveal(const QModelIndex &entry)
 
 void StationTreeView::revealNow()
 {
-    if (state() == EditingState || (m_lastInput.isValid() && !m_lastInput.hasExpired(userRestMs))) {
-        Timer_doView.start(); // nothing runs away from under the mouse
+    if (isInUse()) {
+        Timer_doView.start();
+        return;
+    }
+    if (std::exchange(m_heldAt, 0) > 0) {
+        updateGeometries();
+    }
+    if (!m_toReveal.isValid()) {
         return;
     }
     scheduleDelayedItemsLayout(); // once for all branches
     for (const QString &key : std::exchange(m_branchesToReveal, {})) {
         const QModelIndex branch = m_tree.find(key);
-        expand(branch.parent());
-        expand(branch);
+        open(branch.parent());
+        open(branch);
     }
     scrollTo(m_toReveal);
-    m_toReveal = QPersistentModelIndex();
+    m_revealed = std::exchange(m_toReveal, {});
+    m_closeTimer.start();
+}
+
+void StationTreeView::open(const QModelIndex &branch)
+{
+    if (branch.isValid() && !isExpanded(branch)) {
+        const QScopedValueRollback opening(m_isOpening, true);
+        expand(branch);
+        m_opened.insert(branch.data(StationTree::KeyRole).toString());
+    }
+}
+
+void StationTreeView::closeOpened()
+{
+    if (isInUse()) {
+        m_closeTimer.start();
+        return;
+    }
+    QSet<QString> kept; // of the latest alarm
+    if (m_revealed.data(StationTree::ColourRole).toInt() == StationTree::alarmColour) {
+        for (QModelIndex above = m_revealed.parent(); above.isValid(); above = above.parent()) {
+            kept.insert(above.data(StationTree::KeyRole).toString());
+        }
+    }
+    kept.intersect(m_opened);
+    QSet<QString> closing = std::exchange(m_opened, kept) - kept;
+    for (QModelIndex above = currentIndex().parent(); above.isValid(); above = above.parent()) {
+        closing.remove(above.data(StationTree::KeyRole).toString()); // the user's from now on
+    }
+    if (closing.isEmpty()) {
+        return;
+    }
+    changeInPlace([&] {
+        scheduleDelayedItemsLayout();
+        for (const QString &key : std::as_const(closing)) {
+            collapse(m_tree.find(key));
+        }
+    });
+}
+
+// Nothing is to be moved away from under the user's hand.
+
+bool StationTreeView::hadInput(Milliseconds within) const
+{
+    return m_lastInput.isValid() && !m_lastInput.hasExpired(within.count());
+}
+
+/// Whether the user is just moving the mouse here, pressing a button, choosing from a menu or typing.
+bool StationTreeView::isHandled() const
+{
+    return state() == EditingState || QApplication::activePopupWidget() != nullptr ||
+           (underMouse() && QApplication::mouseButtons() != Qt::NoButton) || hadInput(handRest);
+}
+
+/// Whether the user points at the tree or has put the focus there.
+bool StationTreeView::isInUse() const
+{
+    return isHandled() || underMouse() || (hasFocus() && hadInput(keysRest));
+}
+
+/// What is to stay where it is: the node under the mouse, that of the keys, or the topmost that is seen.
+QModelIndex StationTreeView::heldNode() const
+{
+    const QModelIndex pointed = underMouse() ? indexAt(viewport()->mapFromGlobal(m_pointer)) : QModelIndex();
+    if (pointed.isValid()) {
+        return pointed;
+    }
+    const bool isSeen = viewport()->rect().intersects(visualRect(currentIndex()));
+    return hasFocus() && isSeen ? currentIndex() : indexAt({0, 0});
+}
+
+/// Carries out a change of which rows there are, and scrolls by as much as it moved the held one.
+void StationTreeView::changeInPlace(const std::function<void()> &change)
+{
+    const QPersistentModelIndex held = heldNode();
+    const QRect before = visualRect(held);
+    change();
+    scheduleDelayedItemsLayout();
+    executeDelayedItemsLayout();
+    const QRect after = visualRect(held);
+    if (!before.isValid() || !after.isValid()) {
+        return;
+    }
+    QScrollBar &bar = *verticalScrollBar();
+    const int wanted = bar.value() + (after.top() - before.top()) / after.height(); // it counts rows
+    if (wanted > bar.maximum() && isInUse()) {
+        m_heldAt = wanted;
+        updateGeometries();
+        Timer_doView.start();
+    }
+    bar.setValue(wanted);
+}
+
+/// Leaves room to scroll further than the rows go, as long as a row is to stay where it is.
+void StationTreeView::updateGeometries()
+{
+    QScrollBar &bar = *verticalScrollBar();
+    const int before = bar.value();
+    QTreeView::updateGeometries();
+    if (m_heldAt > 0) { // a bar that hides and shows itself thereby has been here in between
+        bar.setMaximum(std::max(bar.maximum(), m_heldAt));
+        bar.setValue(before);
+    }
+}
+
+/// The toolkit's scrolls back to where the rows end, also when there is nothing to be scrolled to.
+void StationTreeView::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    if (m_heldAt > 0 && hint == EnsureVisible && viewport()->rect().contains(visualRect(index))) {
+        return;
+    }
+    m_heldAt = 0;
+    QTreeView::scrollTo(index, hint);
+}
+
+void StationTreeView::refresh()
+{
+    if (isHandled()) {
+        m_layoutTimer.start();
+    } else {
+        changeInPlace([] {});
+    }
 }
 
 QModelIndex StationTreeView::stationOf(QModelIndex index)
@@ -282,15 +449,19 @@ QModelIndex StationTreeView::stationOf(QModelIndex index)
 /// Each layout goes through all rows that are to be seen, so many entries share one.
 void StationTreeView::rowsInserted(const QModelIndex &above, int start, int end)
 {
-    if (!above.isValid() || start == 0) {
-        QTreeView::rowsInserted(above, start, end);
-    } else if (isExpanded(above) && !m_layoutTimer.isActive()) { // at the end of what is there
+    const bool isOpen = above.isValid() && isExpanded(above);
+    if (isOpen && !m_layoutTimer.isActive()) {
         m_layoutTimer.start();
+    } else if (!isOpen && (!above.isValid() || start == 0)) {
+        QTreeView::rowsInserted(above, start, end);
     }
 }
 
 bool StationTreeView::viewportEvent(QEvent *event)
 {
+    if (event->isSinglePointEvent()) { // entering, moving, pressing
+        m_pointer = static_cast<QSinglePointEvent *>(event)->globalPosition().toPoint();
+    }
     switch (event->type()) {
     case QEvent::MouseMove:
     case QEvent::MouseButtonPress:
@@ -308,6 +479,14 @@ void StationTreeView::keyPressEvent(QKeyEvent *event)
 {
     m_lastInput.start();
     QTreeView::keyPressEvent(event);
+}
+
+void StationTreeView::focusInEvent(QFocusEvent *event)
+{
+    if (event->reason() != Qt::OtherFocusReason && event->reason() != Qt::ActiveWindowFocusReason) {
+        m_lastInput.start(); // the user wants it here
+    }
+    QTreeView::focusInEvent(event);
 }
 
 QString StationTreeView::refusalOf(const QString &name)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "opmode/station_tree.h"
+#include "platform/timers.h"
 
 #include <QElapsedTimer>
 #include <QSet>
@@ -25,8 +26,12 @@ public:
     int shownStations() const { return m_shown; }
 
     /// Makes an entry visible: expands its branch and scrolls to it. Of many in a moment the last is
-    /// scrolled to. Nothing moves while the user is at work in the tree.
+    /// scrolled to. It waits while the user points at the tree or works in it with keys. When it has been
+    /// quiet for a minute, what was expanded here is collapsed again, but for the latest alarm while it is
+    /// red, and for what the user expanded or is at.
     void reveal(const QModelIndex &entry);
+
+    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
     /// The station that a node belongs to.
     static QModelIndex stationOf(QModelIndex index);
@@ -45,23 +50,42 @@ protected:
     void rowsInserted(const QModelIndex &parent, int start, int end) override;
     bool viewportEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void updateGeometries() override;
 
 private:
+    bool hadInput(Milliseconds within) const;
+    bool isHandled() const;
+    bool isInUse() const;
+    QModelIndex heldNode() const;
+    void changeInPlace(const std::function<void()> &change);
     bool isWanted(const QModelIndex &station) const;
     void applyFilter();
+    void showWanted(bool mayHide);
+    void refresh();
     void revealNow();
+    void open(const QModelIndex &branch);
+    void closeOpened();
 
     StationTree &m_tree;
     std::function<QString(const QString &)> m_addressOf;
     QString m_text;
     Kind m_kind = Kind::All;
     int m_shown = 0;
+    bool m_isFilterChosen = false; ///< by the user, just now
     QTimer m_filterTimer;
     QTimer m_layoutTimer;
+    QTimer m_closeTimer;
     QElapsedTimer m_lastInput; ///< of the user, in this tree
+    QPoint m_pointer;          ///< where it was last here, on the screen
     QTimer Timer_doView;
     QSet<QString> m_branchesToReveal; ///< keys: nodes come and go until the timer fires
     QPersistentModelIndex m_toReveal;
+    QPersistentModelIndex m_revealed; ///< the latest
+    QSet<QString> m_opened;           ///< keys of what is expanded here, not by the user
+    bool m_isOpening = false;
+    int m_heldAt =
+        0; ///< how far it is to be scrolled although the rows end before, 0 for no further than they go
 };
 
 } // namespace ktr

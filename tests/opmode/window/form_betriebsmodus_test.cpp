@@ -199,6 +199,82 @@ private Q_SLOTS:
         QVERIFY(!m_window->windowTitle().contains('!'));
     }
 
+    void nothingMovesAwayFromUnderTheMouseInAnAlarmShower()
+    {
+        open({"A", "B", "C", "D", "E", "F", "G", "H"});
+        for (int station = 0; station < 8; ++station) {
+            online(QString(QChar(u'A' + station)));
+        }
+        alarm(0, "Pump 1 on");
+        tree()->expand(m_mode->tree().find("A"));
+        tree()->expand(m_mode->tree().find("A/meldung"));
+        QTRY_VERIFY(isSeen("A/meldung/+4917012345 --> M,Pump 1 on"));
+        const QPoint place = placeOf("F");
+        QTest::mouseMove(m_window->windowHandle(), m_window->mapFromGlobal(place));
+        QTRY_VERIFY(tree()->underMouse());
+        const auto shower = [this](const QByteArray &text) {
+            for (int number = 0; number < 24; ++number) {
+                alarm(number % 8, text + QByteArray::number(number) + " fail");
+            }
+        };
+        shower("first ");
+        // What is new above is to be seen, and the row stays.
+        QTRY_VERIFY(isSeen("A/meldung/+4917012345 --> M,first 16 fail"));
+        QVERIFY(awaitTurns());
+        QCOMPARE(placeOf("F"), place);
+        QVERIFY(!tree()->isExpanded(m_mode->tree().find("B")));
+        QTest::mouseClick(tree()->viewport(), Qt::LeftButton, {}, tree()->viewport()->mapFromGlobal(place));
+        QCOMPARE(tree()->currentIndex().data().toString(), "F");
+        QCOMPARE(field("Text_pic0_name")->text(), "F");
+
+        // The focus of the user's click holds it, too; when both are elsewhere the alarms are made visible.
+        QTest::mouseMove(m_window->windowHandle(), {5, 5});
+        QTRY_VERIFY(!tree()->underMouse());
+        shower("second ");
+        QTRY_VERIFY(isSeen("A/meldung/+4917012345 --> M,second 16 fail"));
+        QVERIFY(awaitTurns());
+        QCOMPARE(placeOf("F"), place);
+        QVERIFY(!tree()->isExpanded(m_mode->tree().find("B")));
+        field("Text_filter_station")->setFocus();
+        QTRY_VERIFY(tree()->isExpanded(m_mode->tree().find("B/meldung")));
+        QVERIFY(isInView("H/meldung/+4917012345 --> M,second 23 fail"));
+
+        // After the storm it closes what it opened, but for the latest alarm.
+        tree()->expand(m_mode->tree().find("C/history"));
+        tree()->setCurrentIndex(m_mode->tree().find("D/meldung"));
+        m_window->findChild<QTimer *>("Timer_close")->start(0);
+        QTRY_VERIFY(!tree()->isExpanded(m_mode->tree().find("B")));
+        for (const char *open : {"A", "A/meldung", "D", "H", "H/meldung"}) {
+            QVERIFY2(tree()->isExpanded(m_mode->tree().find(open)), open);
+        }
+        QVERIFY(!tree()->isExpanded(m_mode->tree().find("D/meldung")));
+    }
+
+    void aFilterThatFollowsTheAlarmsMovesNothingUnderTheMouse()
+    {
+        open({"A", "B", "C", "D"});
+        for (const char *station : {"A", "B", "C", "D"}) {
+            online(station);
+        }
+        alarm(0, "DI1 fail");
+        alarm(2, "DI1 fail");
+        auto *kind = m_window->findChild<QComboBox *>("Combo_filter_station");
+        kind->setFocus();
+        QTest::keyClick(kind, Qt::Key_Down); // in alarm
+        QTRY_VERIFY(tree()->isRowHidden(3, {}) && tree()->isExpanded(m_mode->tree().find("C/meldung")));
+        const QPoint place = placeOf("C");
+        QTest::mouseMove(m_window->windowHandle(), m_window->mapFromGlobal(place));
+        QTRY_VERIFY(tree()->underMouse());
+        alarm(1, "DI1 fail");
+        QTRY_VERIFY(!tree()->isRowHidden(1, {}));
+        QCOMPARE(placeOf("C"), place);
+        QVERIFY(m_mode->acknowledge({m_mode->tree().find("A")}));
+        QVERIFY(awaitTurns());
+        QCOMPARE(placeOf("C"), place);
+        QTest::mouseMove(m_window->windowHandle(), {5, 5});
+        QTRY_VERIFY(tree()->isRowHidden(0, {}));
+    }
+
     void theFilterHidesStationsAndCountsTellIt()
     {
         open({"Pump 1", "Tank", "Pump 2"});
@@ -298,6 +374,26 @@ private:
         m_lines.clear();
     }
 
+    /// A place in a node's row on the screen.
+    QPoint placeOf(const QString &key) const
+    {
+        const QRect row = tree()->visualRect(m_mode->tree().find(key));
+        return tree()->viewport()->mapToGlobal(QPoint(row.left() + 40, row.center().y()));
+    }
+    /// Whether a node has a row, in the part that is scrolled to or not.
+    bool isSeen(const QString &key) const { return tree()->visualRect(m_mode->tree().find(key)).isValid(); }
+    bool isInView(const QString &key) const
+    {
+        const QRect row = tree()->visualRect(m_mode->tree().find(key));
+        return tree()->viewport()->rect().contains(row.center());
+    }
+    /// Waits until the tree has several times had the opportunity to show what it keeps back.
+    bool awaitTurns()
+    {
+        auto *timer = m_window->findChild<QTimer *>("Timer_doView");
+        QSignalSpy turns(timer, &QTimer::timeout);
+        return QTest::qWaitFor([&] { return turns.size() >= 5; });
+    }
     QTreeView *tree() const { return m_window->findChild<QTreeView *>("TreeView_KTR_Nodes"); }
     QLineEdit *field(const char *name) const { return m_window->findChild<QLineEdit *>(name); }
     void click(const char *action) { m_window->findChild<QAction *>(action)->trigger(); }
