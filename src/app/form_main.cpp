@@ -98,7 +98,7 @@ FormMain::FormMain(const Services &services)
     connect(m_linkPresenter.get(), &LinkPresenter::addressWanted, this, &FormMain::askForAddress);
     connect(m_linkPresenter.get(), &LinkPresenter::ethernetWanted, this, &FormMain::connectEthernet);
     connect(m_linkPresenter.get(), &LinkPresenter::firmwareReady, this, [this](const QString &what) {
-        if (Dialog::question(this, m_texts, what)) {
+        if (Dialog::questionOfLoss(this, m_texts, what)) {
             m_link.place(QStringLiteral("§88"));
         }
     });

@@ -85,7 +85,7 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
     setAccessibleName(lines);
     m_input->setAccessibleName(lines);
     m_input->setVisible(kind == Kind::Input);
-    m_ok->setDefault(true);
+    makeDefault(m_ok);
     m_cancel->setVisible(kind != Kind::Message);
 
     m_unload->setInterval(unloadMs);
@@ -116,6 +116,20 @@ bool Dialog::question(QWidget *parent, const TextTable &texts, const QString &te
     return (new Dialog(parent, Kind::Question, texts, text))->wait();
 }
 
+bool Dialog::questionOfLoss(QWidget *parent, const TextTable &texts, const QString &text)
+{
+    auto *dialog = new Dialog(parent, Kind::Question, texts, text);
+    dialog->makeDefault(dialog->m_cancel);
+    return dialog->wait();
+}
+
+void Dialog::makeDefault(QPushButton *button)
+{
+    m_default = button;
+    m_ok->setDefault(button == m_ok);
+    m_cancel->setDefault(button == m_cancel);
+}
+
 std::optional<QString> Dialog::input(QWidget *parent, const TextTable &texts, const QString &prompt,
                                      const QString &proposal)
 {
@@ -129,7 +143,7 @@ void Dialog::appear()
 {
     arrange();
     centre();
-    (m_kind == Kind::Input ? static_cast<QWidget *>(m_input) : m_ok)->setFocus();
+    (m_kind == Kind::Input ? static_cast<QWidget *>(m_input) : m_default)->setFocus();
     show();
     raise();
     activateWindow();
@@ -244,7 +258,7 @@ void Dialog::keyPressEvent(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        (m_cancel->hasFocus() ? m_cancel : m_ok)->click();
+        (m_cancel->hasFocus() ? m_cancel : m_ok->hasFocus() ? m_ok : m_default)->click();
         break;
     case Qt::Key_Escape:
         answer(false);

@@ -15,7 +15,8 @@ namespace ktr {
 class TextTable;
 
 /// The program's small window for messages, questions and one line of input. It sizes itself to its text,
-/// stands centred over its parent and deletes itself after closing. Enter is OK, Escape is Cancel.
+/// stands centred over its parent and deletes itself after closing. Enter is OK unless the question says
+/// otherwise, Escape is Cancel.
 ///
 /// question() and input() block the other windows and process events until a button is pressed, so any
 /// handler can run meanwhile. They end as cancelled when the window is closed, the parent is destroyed or the
@@ -30,6 +31,8 @@ public:
 
     /// True for OK.
     static bool question(QWidget *parent, const TextTable &texts, const QString &text);
+    /// The same where OK cannot be taken back: Enter is Cancel.
+    static bool questionOfLoss(QWidget *parent, const TextTable &texts, const QString &text);
 
     /// The text that stands in the field at OK, which may be empty; nothing for Cancel.
     static std::optional<QString> input(QWidget *parent, const TextTable &texts, const QString &prompt,
@@ -51,6 +54,7 @@ private:
 
     Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString &text);
 
+    void makeDefault(QPushButton *button);
     void appear();
     bool wait();
     void answer(bool accepted);
@@ -63,6 +67,7 @@ private:
     QLineEdit *m_input;
     QPushButton *m_ok;
     QPushButton *m_cancel;
+    QPushButton *m_default = nullptr; ///< what Enter presses
     QTimer *m_unload;
     bool m_answered = false;
     bool m_accepted = false;

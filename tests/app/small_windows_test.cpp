@@ -192,6 +192,12 @@ private Q_SLOTS:
         whenItAsks([](QWidget *window) { QTest::keyClick(window, Qt::Key_Return); });
         QVERIFY(Dialog::question(nullptr, m_texts, u"sure?"_s));
         QTRY_VERIFY(openDialogs().isEmpty());
+        whenItAsks([](QWidget *window) { QTest::keyClick(window, Qt::Key_Return); });
+        QVERIFY(!Dialog::questionOfLoss(nullptr, m_texts, u"sure?"_s));
+        QTRY_VERIFY(openDialogs().isEmpty());
+        whenItAsks([](QWidget *window) { press(window, "OKButton"_L1); });
+        QVERIFY(Dialog::questionOfLoss(nullptr, m_texts, u"sure?"_s));
+        QTRY_VERIFY(openDialogs().isEmpty());
         whenItAsks([](QWidget *window) { QTest::keyClick(window, Qt::Key_Escape); });
         QVERIFY(!Dialog::question(nullptr, m_texts, u"sure?"_s));
         QTRY_VERIFY(openDialogs().isEmpty());

@@ -57,7 +57,7 @@ void Acknowledging::acknowledgeAll(QWidget *asker, const QModelIndexList &entrie
     }
     const QPointer<QWidget> stillThere(asker);
     if (seen.size() > 1 &&
-        !Dialog::question(asker->window(), m_texts, tr("Acknowledge %L1 alarms?").arg(seen.size()))) {
+        !Dialog::questionOfLoss(asker->window(), m_texts, tr("Acknowledge %L1 alarms?").arg(seen.size()))) {
         return;
     }
     if (!stillThere) {

@@ -524,7 +524,7 @@ void Form_betriebsmodus::enableActions()
 bool Form_betriebsmodus::ask(const QString &question)
 {
     const QScopedValueRollback busy(m_busy, m_busy + 1);
-    return Dialog::question(this, m_texts, question);
+    return Dialog::questionOfLoss(this, m_texts, question);
 }
 
 void Form_betriebsmodus::addStation()

@@ -168,6 +168,12 @@ private Q_SLOTS:
         QTRY_VERIFY(m_window->findChild<QWidget *>("AlarmBar")->isVisible());
         QVERIFY(m_window->windowTitle().startsWith("(1!)"));
         tree()->setCurrentIndex(m_mode->tree().find("A"));
+        for (const char *action : {"mnu_station_del", "mnu_station_alloffline"}) { // Enter loses nothing
+            QTimer::singleShot(0, this,
+                               [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Return); });
+            click(action);
+        }
+        QVERIFY(stationNames().size() == 2 && m_mode->station("A")->online());
         answerNext("CancelButton");
         click("mnu_station_del");
         QCOMPARE(stationNames().size(), 2);
