@@ -479,6 +479,9 @@ void FormMain::connectProblems()
 
 void FormMain::setLanguage(const QString &language)
 {
+    if (language != m_context.language) {
+        tell(QString()); // in the language of before
+    }
     const QString own = joinPath(m_services.environment.programFolder, QStringLiteral("language.ini"));
     const QString path = QFileInfo::exists(own) ? own : deliveredFile(QStringLiteral("language.ini"));
     const LoadedTexts loaded = LoadTexts(m_texts, language, path);

@@ -46,7 +46,7 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
     hide();
 
     connect(&m_link, &ModuleLink::transmissionStarted, this, &TransmissionPanel::begin);
-    connect(&m_link, &ModuleLink::stepDone, this, &TransmissionPanel::showStep);
+    connect(&m_link, &ModuleLink::stepDone, this, &TransmissionPanel::takeStep);
     connect(&m_link, &ModuleLink::stalled, m_detail, &QLabel::setText);
     connect(&m_link, &ModuleLink::transmissionEnded, this, &TransmissionPanel::end);
     connect(&m_link, &ModuleLink::changed, this, &TransmissionPanel::showButtons);
@@ -69,6 +69,8 @@ void TransmissionPanel::applyTexts()
     m_close->setText(tr("Close"));
     if (m_ended) {
         showSummary();
+    } else {
+        showRunning();
     }
     showButtons();
 }
@@ -78,8 +80,8 @@ void TransmissionPanel::begin()
     m_started = m_document.environment().now();
     m_firstStep = m_link.step();
     m_ended = false;
-    m_title->setText(tr("Transmitting the configuration"));
-    showDetail(tr("Waiting until the module reads its SMS"));
+    m_command.clear();
+    showRunning();
     show();
     showButtons();
 }
@@ -98,12 +100,24 @@ QString TransmissionPanel::timeLeft(int step) const
     return tr("about %1 s left").arg((left + 999) / 1000);
 }
 
-void TransmissionPanel::showStep(int step, const QString &command)
+void TransmissionPanel::takeStep(int step, const QString &command)
 {
-    const QString left = timeLeft(step);
-    m_title->setText(tr("Transmitting the configuration: step %1 of %2").arg(step).arg(steps::last) +
+    m_step = step;
+    m_command = command;
+    showRunning();
+}
+
+void TransmissionPanel::showRunning()
+{
+    if (m_command.isEmpty()) {
+        m_title->setText(tr("Transmitting the configuration"));
+        showDetail(tr("Waiting until the module reads its SMS"));
+        return;
+    }
+    const QString left = timeLeft(m_step);
+    m_title->setText(tr("Transmitting the configuration: step %1 of %2").arg(m_step).arg(steps::last) +
                      (left.isEmpty() ? QString() : QStringLiteral(", ") + left));
-    showDetail(m_detail->fontMetrics().elidedText(logText(command), Qt::ElideRight, m_detail->width()));
+    showDetail(m_detail->fontMetrics().elidedText(logText(m_command), Qt::ElideRight, m_detail->width()));
 }
 
 void TransmissionPanel::showDetail(const QString &text)

@@ -31,7 +31,8 @@ Q_SIGNALS:
 
 private:
     void begin();
-    void showStep(int step, const QString &command);
+    void takeStep(int step, const QString &command);
+    void showRunning();
     void end();
     void showDetail(const QString &text);
     void showSummary();
@@ -44,6 +45,8 @@ private:
     Where m_where;
     QDateTime m_started;
     int m_firstStep = 0;
+    int m_step = 0;    ///< the last one done
+    QString m_command; ///< what it sent; empty before the first
     bool m_ended = false;
     QLabel *m_title;
     QLabel *m_detail;

@@ -103,6 +103,10 @@ QWidget *ConnectionPage::stateCard()
     m_events->setMaximumBlockCount(longestEvents);
     onTexts([this] {
         m_events->setAccessibleName(tr("Events of the connection"));
+        if (m_language != context().language) {
+            m_language = context().language;
+            m_events->clear(); // they were told in the other one
+        }
         showState();
     });
     rows->addWidget(m_events, 1);

@@ -7,6 +7,7 @@
 #include "support/recorded_line.h"
 #include "support/silent_line.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QComboBox>
 #include <QDesktopServices>
@@ -257,6 +258,44 @@ private Q_SLOTS:
         QCOMPARE(MRegistry::GetRegistryString("hkey_current_user", program, "Language"), "deutsch");
     }
 
+    /// What is shown after a switch is what a start in that language shows.
+    void nothingStaysInTheOtherLanguage_data()
+    {
+        QTest::addColumn<int>("steps");
+        QTest::newRow("before the first step") << 0;
+        QTest::newRow("while it is transmitted") << 10;
+        QTest::newRow("afterwards") << 100;
+    }
+    void nothingStaysInTheOtherLanguage()
+    {
+        QFETCH(int, steps);
+        m_ports = {"COM1"};
+        const auto work = [this, steps](const QString &language) {
+            start({language});
+            QTRY_COMPARE(m_window->findChildren<Page *>().size(), m_window->tabs().count());
+            QTest::keyClick(m_window.get(), Qt::Key_F8);
+            typeOver(field("txt_gsm_pin"), "12x4");
+            Q_EMIT m_line->received("at+cpin?\r");
+            QTest::keyClick(m_window.get(), Qt::Key_F5);
+            for (int i = 0; i < steps; ++i) {
+                Q_EMIT m_line->received("at+cmgr=1\r");
+            }
+            QTRY_VERIFY(control<QListWidget>(*m_window, "lst_problems")->count() > 0);
+        };
+        work("-deutsch");
+        const QStringList wanted = shownTexts();
+        m_window.reset();
+        m_line = std::make_unique<SilentLine>();
+        work("-english");
+        clickMenu("mnu_settings");
+        QTest::mouseClick(control<QAbstractButton>(*m_window, "optLanguage_1"), Qt::LeftButton, {}, {10, 10});
+        QTest::mouseClick(control<QAbstractButton>(*m_window, "btnOk"), Qt::LeftButton);
+        QTRY_VERIFY(m_window->findChild<QDialog *>() == nullptr);
+        QStringList old = shownTexts();
+        old.removeIf([&wanted](const QString &text) { return wanted.contains(text); });
+        QVERIFY2(old.isEmpty(), qPrintable(old.join(u'\n')));
+    }
+
     void aClickOnAProblemGoesToItsField()
     {
         start({});
@@ -488,6 +527,47 @@ private:
         QVERIFY(enter.isAccepted());
         QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(m_window.get(), &event);
+    }
+
+    /// Of all controls, with their names in front: what they show, what a pointer or a screen reader is told.
+    QStringList shownTexts() const
+    {
+        QStringList texts;
+        for (const QObject *object : m_window->findChildren<QObject *>()) {
+            if (object->objectName() ==
+                u"txt_test_debug") { // bytes, and when they are shown is left to chance
+                continue;
+            }
+            for (const char *name :
+                 {"text", "plainText", "title", "windowTitle", "toolTip", "statusTip", "iconText",
+                  "placeholderText", "currentText", "accessibleName", "accessibleDescription"}) {
+                const QString text = object->property(name).toString();
+                if (!text.isEmpty()) {
+                    texts += object->objectName() + u' ' + QLatin1String(name) + u' ' + text;
+                }
+            }
+            const auto *view = qobject_cast<const QAbstractItemView *>(object);
+            const auto *box = qobject_cast<const QComboBox *>(object);
+            const QAbstractItemModel *model = view != nullptr  ? view->model()
+                                              : box != nullptr ? box->model()
+                                                               : nullptr;
+            for (int row = 0; model != nullptr && row < model->rowCount(); ++row) {
+                for (int column = 0; column < model->columnCount(); ++column) {
+                    for (const int role : {Qt::DisplayRole, Qt::ToolTipRole, Qt::AccessibleTextRole}) {
+                        texts +=
+                            object->objectName() + " item " + model->index(row, column).data(role).toString();
+                        texts += object->objectName() + " header " +
+                                 model->headerData(column, Qt::Horizontal, role).toString();
+                    }
+                }
+            }
+            if (const auto *tabs = qobject_cast<const QTabBar *>(object)) {
+                for (int i = 0; i < tabs->count(); ++i) {
+                    texts += tabs->tabText(i) + tabs->tabToolTip(i) + tabs->accessibleTabName(i);
+                }
+            }
+        }
+        return texts;
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;

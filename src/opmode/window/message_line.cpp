@@ -1,5 +1,6 @@
 #include "opmode/window/message_line.h"
 
+#include <QEvent>
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -98,6 +99,16 @@ void MessageLine::applyTexts()
     m_button->setToolTip(tr("Lists the messages since the operational mode was opened"));
     m_pinned->setToolTip(tr("Click to take note"));
     m_list->setAccessibleName(tr("Messages"));
+}
+
+/// What was told in another language goes; what is pinned waits to be noted, whatever its language.
+void MessageLine::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        m_lines.clear();
+        showLatest();
+    }
+    QWidget::changeEvent(event);
 }
 
 void MessageLine::resizeEvent(QResizeEvent *event)

@@ -29,6 +29,7 @@ public:
     void applyTexts();
 
 protected:
+    void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
