@@ -1,16 +1,54 @@
 #include "app/command_line.h"
 
+#include <algorithm>
+#include <initializer_list>
+
 namespace ktr {
+
+namespace {
+
+bool isOption(const QString &word)
+{
+    return word.startsWith(u'-');
+}
+
+bool contains(const QString &word, const char *option)
+{
+    return word.contains(QLatin1String(option), Qt::CaseInsensitive);
+}
+
+bool isLoad(const QString &word)
+{
+    return isOption(word) && contains(word, "-load");
+}
+
+bool isOperational(const QString &word)
+{
+    return word.compare(u"-operational", Qt::CaseInsensitive) == 0 ||
+           word.compare(u"--operational", Qt::CaseInsensitive) == 0;
+}
+
+bool isKnown(const QString &word)
+{
+    const auto known = {"-design", "-debug", "-english", "-deutsch", "-expert"};
+    return std::ranges::any_of(known, [&word](const char *option) { return contains(word, option); });
+}
+
+} // namespace
 
 CommandLine CommandLine::parse(const QStringList &arguments)
 {
+    CommandLine options;
+    QStringList words = arguments;
+    options.operationalMode = words.removeIf(isOperational) > 0; // or it would be a part of the file's name
+    options.takeWords(words);
+
     // Character by character, so that both spellings keep the same positions.
-    QString written = arguments.join(u' ');
+    QString written = words.join(u' ');
     QString line = written;
     for (QChar &c : line) {
         c = c.toLower();
     }
-    CommandLine options;
     const QLatin1String design("-design");
     for (qsizetype at = line.indexOf(design); at >= 0; at = line.indexOf(design)) {
         options.design = true;
@@ -22,10 +60,10 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     options.english = has("-english");
     options.german = has("-deutsch");
     options.expert = has("-expert");
-    options.operationalMode = has("-operational");
 
     const QLatin1String load("-load");
-    if (const qsizetype at = line.indexOf(load); at >= 0) {
+    const qsizetype at = options.bareFileName.isEmpty() ? line.indexOf(load) : -1;
+    if (at >= 0) {
         options.load = true;
         options.fileName = line.mid(at + load.size() + 1);
         // German is not cut off, and neither is the blank before an option.
@@ -36,6 +74,43 @@ CommandLine CommandLine::parse(const QStringList &arguments)
         options.fileNameAsWritten = written.mid(at + load.size() + 1, options.fileName.size());
     }
     return options;
+}
+
+/// What stands behind "-load" is the file's name, whatever it looks like.
+void CommandLine::takeWords(const QStringList &words)
+{
+    const auto end = std::ranges::find_if(words, isLoad);
+    for (auto word = words.begin(); word != end; ++word) {
+        if (*word == u"--help") {
+            help = true;
+        } else if (*word == u"--version") {
+            version = true;
+        } else if (!isOption(*word) && end == words.end() && bareFileName.isEmpty()) {
+            bareFileName = *word;
+        } else if (!isOption(*word) || (word->startsWith(u"--") && !isKnown(*word))) {
+            notUnderstood += *word;
+        }
+    }
+}
+
+QString CommandLine::helpText()
+{
+    return QStringLiteral(
+        "Usage: KTRconfig [OPTION...] [FILE]\n"
+        "       KTRconfig [OPTION...] -load FILE\n"
+        "\n"
+        "Configures and watches telemetry modules.\n"
+        "\n"
+        "  FILE          the configuration to open, its name exactly as written\n"
+        "  -load FILE    the same with the rest of the line, in lower case; a name that is not found is\n"
+        "                looked for as written\n"
+        "  -operational  opens the operational mode at once\n"
+        "  -english      English texts in this run\n"
+        "  -deutsch      German texts in this run\n"
+        "  -expert       lets the MAC address be edited\n"
+        "  -debug        offers the debug option of the test page\n"
+        "  --help        tells this\n"
+        "  --version     tells the version\n");
 }
 
 } // namespace ktr

@@ -6,7 +6,7 @@
 namespace ktr {
 
 /// What the command line asks of the program. Options are found anywhere in it, whatever the case, as parts
-/// of words too.
+/// of words too; those whose names are set in "quotes" below are words of their own.
 struct CommandLine
 {
     bool design = false;
@@ -15,7 +15,10 @@ struct CommandLine
     bool german = false; ///< wins over english
     bool expert = false;
     bool load = false;
-    bool operationalMode = false; ///< "-operational": the operational mode is opened at once
+    bool operationalMode =
+        false;            ///< "-operational", behind a file too: the operational mode is opened at once
+    bool help = false;    ///< "--help"
+    bool version = false; ///< "--version"
 
     /// The file to load, lower-case as the whole line is read, with the blank that stands before an option
     /// that follows it. Meaningless without `load`.
@@ -23,7 +26,19 @@ struct CommandLine
     /// The same part of the line as it was written, for systems on which "a.xml" and "A.xml" are two files.
     QString fileNameAsWritten;
 
+    /// Without `load`: the file that the first word without a hyphen names, exactly as written.
+    QString bareFileName;
+
+    /// Words with two hyphens that are no options, and words without one that name no file to open.
+    QStringList notUnderstood;
+
     static CommandLine parse(const QStringList &arguments);
+
+    /// What "--help" answers.
+    static QString helpText();
+
+private:
+    void takeWords(const QStringList &words);
 };
 
 } // namespace ktr

@@ -2,6 +2,7 @@
 
 #include "platform/settings_store.h"
 
+#include <QDir>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QMessageBox>
@@ -40,6 +41,14 @@ bool ask(QWidget *parent, const QString &caption, const QString &question)
     Answered answered;
     box.installEventFilter(&answered);
     return box.exec() == QMessageBox::Yes;
+}
+
+/// A name that is kept must mean the same file when the program is started in another folder.
+QString fromHere(const QString &name)
+{
+    return name.isEmpty() || QDir::isAbsolutePath(name)
+               ? name
+               : QDir::toNativeSeparators(QDir::cleanPath(QDir::current().absoluteFilePath(name)));
 }
 
 } // namespace
@@ -120,10 +129,10 @@ void FileCommands::load(const QString &fileName)
 
 bool FileCommands::loadFirst(const QString &fileName, const QString &asWritten)
 {
-    QString loaded = fileName;
+    QString loaded = fromHere(fileName);
     ReadReport report = m_document.load(loaded);
     if (!report.opened) {
-        loaded = asWritten; // where "A.xml" and "a.xml" are two files
+        loaded = fromHere(asWritten); // where "A.xml" and "a.xml" are two files
         report = m_document.load(loaded);
     }
     if (!report.opened) {

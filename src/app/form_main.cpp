@@ -262,6 +262,9 @@ bool FormMain::applyCommandLine()
     if (m_options.design) { // where developers build it
         m_link.setFirmwareFile(joinPath(QDir::homePath(), QStringLiteral("KTRconfig/upgrade.bin")));
     }
+    if (!m_options.bareFileName.isEmpty()) {
+        return m_files->loadFirst(m_options.bareFileName, m_options.bareFileName);
+    }
     return !m_options.load || m_files->loadFirst(m_options.fileName, m_options.fileNameAsWritten);
 }
 

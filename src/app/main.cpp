@@ -1,16 +1,52 @@
 #include "app/appearance_setting.h"
+#include "app/command_line.h"
 #include "app/form_main.h"
+#include "config/configuration_file.h"
 #include "link/serial_transport.h"
 #include "link/udp_transport.h"
 #include "look/program_name.h"
 #include "look/style.h"
 #include "opmode/station_sockets.h"
 #include "platform/serial_device.h"
+#include "platform/terminal.h"
 
 #include <QApplication>
 
+#include <cstdio>
+
+namespace {
+
+void print(std::FILE *stream, const QString &text)
+{
+    ktr::borrowConsole();
+    ktr::prepareConsole();
+    std::fputs(text.toUtf8().constData(), stream);
+    std::fflush(stream);
+}
+
+/// What needs no window, and no display: true when that was all.
+bool answerOnTerminal(int argc, char **argv)
+{
+    QStringList words;
+    for (int i = 1; i < argc; ++i) {
+        words += QString::fromLocal8Bit(argv[i]);
+    }
+    const auto asked = ktr::CommandLine::parse(words);
+    if (asked.help) {
+        print(stdout, ktr::CommandLine::helpText());
+    } else if (asked.version) {
+        print(stdout, ktr::programName + u' ' + ktr::programVersion() + u'\n');
+    }
+    return asked.help || asked.version;
+}
+
+} // namespace
+
 int main(int argc, char **argv)
 {
+    if (answerOnTerminal(argc, argv)) {
+        return 0;
+    }
     QApplication application(argc, argv);
     QApplication::setApplicationName(QString(ktr::programName));
     QApplication::setQuitOnLastWindowClosed(false); // the main window's end is the program's
@@ -32,6 +68,11 @@ int main(int argc, char **argv)
     const auto end = [] { QCoreApplication::exit(0); };
     QObject::connect(&window, &ktr::FormMain::closed, &application, end, Qt::QueuedConnection);
     QObject::connect(&window, &ktr::FormMain::exitWanted, &application, end);
-    window.start(QCoreApplication::arguments().mid(1));
+    const QStringList words = QCoreApplication::arguments().mid(1); // without the toolkit's own
+    for (const QString &word : ktr::CommandLine::parse(words).notUnderstood) {
+        print(stderr, ktr::programName + QLatin1String(": not understood: ") + word +
+                          QLatin1String("; --help tells the options\n"));
+    }
+    window.start(words);
     return QApplication::exec();
 }

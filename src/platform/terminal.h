@@ -18,4 +18,8 @@ int terminalWidth(std::FILE *stream);
 /// the middle of its work. To be called at the start of a program that prints.
 void prepareConsole();
 
+/// Lets a program with windows write to the console that it was started from, where the system gives it none.
+/// To be called before it prints.
+void borrowConsole();
+
 } // namespace ktr

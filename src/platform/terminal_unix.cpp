@@ -20,6 +20,8 @@ void drawWithoutDisplay()
     qunsetenv("QT_QPA_PLATFORMTHEME"); // a desktop's theme would look for a display
 }
 
+void borrowConsole() {} // it has its streams
+
 bool isTerminal(std::FILE *stream)
 {
     return ::isatty(::fileno(stream)) == 1;

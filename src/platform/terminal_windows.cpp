@@ -31,6 +31,21 @@ void prepareConsole()
     }
 }
 
+void borrowConsole()
+{
+    const auto isMissing = [](std::FILE *stream) { return ::_fileno(stream) < 0; }; // not so when redirected
+    const bool output = isMissing(stdout);
+    const bool errors = isMissing(stderr);
+    if ((output || errors) && ::AttachConsole(ATTACH_PARENT_PROCESS) != 0) {
+        if (output) {
+            std::freopen("CONOUT$", "w", stdout);
+        }
+        if (errors) {
+            std::freopen("CONOUT$", "w", stderr);
+        }
+    }
+}
+
 void drawWithoutDisplay() {} // there always is one, and without it the toolkit would find no fonts
 
 bool isTerminal(std::FILE *stream)

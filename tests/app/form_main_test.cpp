@@ -118,6 +118,34 @@ private Q_SLOTS:
         QCOMPARE(stationIn(file), "by option");
     }
 
+    void aFileIsNamedInAnyWayAndKeptByItsWholeName_data()
+    {
+        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("shown"); // behind the folder
+        QTest::newRow("-load, relative") << QStringList{"-load", "Pump.xml"} << "pump.xml";
+        QTest::newRow("-load, then an option") << QStringList{"-load", "Pump.xml", "-expert"} << "pump.xml ";
+        QTest::newRow("-load, then -operational")
+            << QStringList{"-load", "Pump.xml", "-Operational"} << "pump.xml";
+        QTest::newRow("as a file manager does") << QStringList{"%/UP -load.xml"} << "UP -load.xml";
+        QTest::newRow("bare, relative") << QStringList{"-expert", "./x/../UP -load.xml"} << "UP -load.xml";
+    }
+    void aFileIsNamedInAnyWayAndKeptByItsWholeName()
+    {
+        QFETCH(QStringList, arguments);
+        QFETCH(QString, shown);
+        QVERIFY(QFile::copy(fileWith("works"), path("pump.xml")));
+        QVERIFY(QFile::copy(path("pump.xml"), path("UP -load.xml")));
+        const QString before = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(m_folder->path()));
+        start(arguments.replaceInStrings("%", m_folder->path()));
+        QVERIFY(QDir::setCurrent(before));
+        QCOMPARE(m_window->document().fileName(), path(shown));
+        QCOMPARE(m_window->document().configuration().gsm.stationId, "works");
+        QCOMPARE(operationalMode() != nullptr, arguments.contains("-Operational"));
+        m_window->close();
+        QCOMPARE(SettingsStore().GetSetting(settings, "Startup", "filename"), path(shown));
+    }
+
     void aFileThatCannotBeOpenedEndsTheStartWithDefaults()
     {
         SettingsStore().SaveSetting(settings, "Startup", "filename", "/kept/until/close.xml");
@@ -504,7 +532,8 @@ private:
                                                     return line;
                                                 }});
         m_window->start(arguments);
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QWidget *mode = operationalMode();
+        QVERIFY(QTest::qWaitForWindowActive(mode != nullptr ? mode : m_window.get()));
     }
 
     static QWidget *operationalMode()

@@ -288,6 +288,35 @@ private Q_SLOTS:
         QVERIFY(second.tells("asks Another KTRconfig is open and does not answer"));
     }
 
+    void whatNeedsNoWindowIsAnsweredOnTheTerminal()
+    {
+        QProcess program;
+        auto environment = QProcessEnvironment::systemEnvironment();
+        for (const char *name : {"HOME", "XDG_RUNTIME_DIR", "XDG_CONFIG_HOME", "XDG_CACHE_HOME"}) {
+            environment.insert(name, m_folder->path());
+        }
+        environment.insert("QT_QPA_PLATFORM", "there is no display");
+        program.setProcessEnvironment(environment);
+        for (const QString option : {"--help", "--version"}) {
+            program.start(KTRCONFIG, {"-deutsch", option});
+            QVERIFY(program.waitForFinished());
+            QVERIFY(program.exitStatus() == QProcess::NormalExit && program.exitCode() == 0);
+            const QByteArray answer = program.readAllStandardOutput();
+            QVERIFY2(option == u"--help" ? answer.contains("-operational")
+                                         : answer.startsWith("KTRconfig 1."),
+                     answer);
+        }
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
+        program.setProcessEnvironment(environment);
+        program.start(KTRCONFIG, {"--wrong", "--expert", "a.xml", "b.xml"});
+        QByteArray told;
+        QVERIFY(QTest::qWaitFor([&] { return (told += program.readAllStandardError()).contains("b.xml"); },
+                                60'000));
+        QVERIFY2(told.contains("--wrong") && !told.contains("--expert") && !told.contains("a.xml"), told);
+        program.kill();
+        program.waitForFinished();
+    }
+
     void ofTwoThatStartTogetherOneStays()
     {
         Instance one(arguments());
