@@ -210,6 +210,10 @@
         <source>no progress for %1 s; heard: %2 lines, the last one &quot;%3&quot;</source>
         <translation>seit %1 s kein Fortschritt; gehört: %2 Zeilen, zuletzt „%3“</translation>
     </message>
+    <message>
+        <source>what stands in %1 cannot be kept as a backup: %2</source>
+        <translation>was in %1 steht, kann nicht als Sicherung aufgehoben werden: %2</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
@@ -774,6 +778,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The list of recent files could not be kept</source>
         <translation>Die Liste der zuletzt verwendeten Dateien konnte nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>New configuration. Saving it replaces %1</source>
+        <translation>Neue Konfiguration. Speichern ersetzt %1</translation>
+    </message>
+    <message>
+        <source>Saved: %1. What stood there before is kept in %2</source>
+        <translation>Gespeichert: %1. Was vorher dort stand, ist in %2 aufgehoben</translation>
     </message>
 </context>
 <context>
@@ -1364,6 +1376,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Toolbar</source>
         <translation>Symbolleiste</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>

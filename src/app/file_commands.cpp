@@ -68,38 +68,51 @@ void FileCommands::makeNew()
 {
     m_history.makeNew();
     Q_EMIT replaced();
-    Q_EMIT told(tr("New configuration"));
+    const QString &fileName = m_document.fileName();
+    Q_EMIT told(fileName.isEmpty() ? tr("New configuration")
+                                   : tr("New configuration. Saving it replaces %1").arg(fileName));
 }
 
-void FileCommands::save()
+/// Without a file name, the dialog begins at `presentFile`.
+void FileCommands::saveBeside(const QString &presentFile)
 {
     m_failure.clear();
     if (m_dialogs.isBusy()) {
         return;
     }
     if (m_document.fileName().isEmpty()) {
-        m_document.setFileName(m_dialogs.askSave(
-            QLatin1String("KTR_") + m_document.configuration().gsm.stationId, configurationFilter));
+        m_document.setFileName(
+            m_dialogs.askSave(QLatin1String("KTR_") + m_document.configuration().gsm.stationId,
+                              configurationFilter, presentFile));
     }
     if (m_document.fileName().isEmpty()) {
         Q_EMIT told(tr("Not saved: no file was chosen"));
         return;
     }
-    if (const Status saved = m_document.save(); !saved) {
+    QString backup;
+    Status saved = m_document.backUp(backup);
+    if (saved) {
+        saved = m_document.save();
+    }
+    if (!saved) {
         m_failure = m_texts.text(Text::SavingFailed) + u": " + saved.message();
         Q_EMIT told(m_failure);
         return;
     }
     Q_EMIT titleChanged();
-    Q_EMIT told(tr("Saved: %1").arg(m_document.fileName()));
+    Q_EMIT told(
+        backup.isEmpty()
+            ? tr("Saved: %1").arg(m_document.fileName())
+            : tr("Saved: %1. What stood there before is kept in %2").arg(m_document.fileName(), backup));
     addRecent();
 }
 
 void FileCommands::saveAs()
 {
     if (!m_dialogs.isBusy()) {
+        const QString presentFile = m_document.fileName();
         m_document.setFileName(QString());
-        save();
+        saveBeside(presentFile);
     }
 }
 

@@ -25,7 +25,7 @@ public:
     const QStringList &recent() const { return m_recent.names(); }
 
     void makeNew();
-    void save();
+    void save() { saveBeside(QString()); }
     void saveAs();
     /// Asks for a file and loads it.
     void loadChosen();
@@ -33,7 +33,8 @@ public:
 
     /// Reads the present file at the start; without a name all fields take their fall-backs silently.
     void readPresent();
-    /// Loads the file of the command line, and gives false when it cannot be opened under either spelling.
+    /// Loads the file of the command line, whose name may start from the present folder, and gives false when
+    /// it cannot be opened under either spelling.
     bool loadFirst(const QString &fileName, const QString &asWritten);
 
     /// Before the end: asks whether to save what is modified. It goes on whatever the answer.
@@ -52,6 +53,7 @@ Q_SIGNALS:
     void recentChanged();
 
 private:
+    void saveBeside(const QString &presentFile);
     void tellRead(const ReadReport &report, const QString &fileName);
     void addRecent();
 

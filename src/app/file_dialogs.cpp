@@ -51,17 +51,18 @@ FileDialogs::FileDialogs(QWidget *parent, QString programFolder)
     : m_parent(parent), m_programFolder(std::move(programFolder))
 {}
 
-QString FileDialogs::askSave(const QString &proposedName, const QString &filter)
+QString FileDialogs::askSave(const QString &proposedName, const QString &filter, const QString &presentFile)
 {
-    return ask(Purpose::Save, proposedName, filter);
+    return ask(Purpose::Save, proposedName, filter, presentFile);
 }
 
 QString FileDialogs::askOpen(const QString &filter)
 {
-    return ask(Purpose::Open, QString(), filter);
+    return ask(Purpose::Open, QString(), filter, m_currentFile);
 }
 
-QString FileDialogs::ask(Purpose purpose, const QString &proposedName, const QString &filter)
+QString FileDialogs::ask(Purpose purpose, const QString &proposedName, const QString &filter,
+                         const QString &presentFile)
 {
     if (m_busy) {
         return {};
@@ -76,7 +77,7 @@ QString FileDialogs::ask(Purpose purpose, const QString &proposedName, const QSt
     if (prepared && startProgram(helper, {command, filter})) {
         return waitForHelper();
     }
-    return askInProcess(purpose, proposedName, filter);
+    return askInProcess(purpose, proposedName, filter, presentFile);
 }
 
 QString FileDialogs::waitForHelper()
@@ -95,19 +96,21 @@ QString FileDialogs::waitForHelper()
     return answer.contains(endMark) ? answer.chopped(1) : QString();
 }
 
-QString FileDialogs::askInProcess(Purpose purpose, const QString &proposedName, const QString &filter)
+QString FileDialogs::askInProcess(Purpose purpose, const QString &proposedName, const QString &filter,
+                                  const QString &presentFile)
 {
     const QPointer<QFileDialog> dialog = new QFileDialog(m_parent);
     const NameFilters filters = nameFilters(filter);
     dialog->setObjectName(helperName);
     dialog->setNameFilters(filters.filters);
-    dialog->setDirectory(m_currentFile.isEmpty()
+    const QFileInfo present(presentFile.isEmpty() ? m_currentFile : presentFile);
+    dialog->setDirectory(present.filePath().isEmpty()
                              ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-                             : QFileInfo(m_currentFile).absolutePath());
+                             : present.absolutePath());
     if (purpose == Purpose::Save) {
         dialog->setAcceptMode(QFileDialog::AcceptSave);
         dialog->setDefaultSuffix(filters.suffix);
-        dialog->selectFile(asFileName(proposedName));
+        dialog->selectFile(presentFile.isEmpty() ? asFileName(proposedName) : present.fileName().trimmed());
     } else {
         dialog->setFileMode(QFileDialog::ExistingFile);
     }

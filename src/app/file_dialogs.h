@@ -19,12 +19,13 @@ public:
     /// for.
     FileDialogs(QWidget *parent, QString programFolder);
 
-    /// The file that is being edited; dialogs in-process start in its folder.
-    void setCurrentFile(const QString &path) { m_currentFile = path; }
+    /// The file that is being edited; dialogs in-process start in its folder, or without one in that of the
+    /// last.
+    void setCurrentFile(const QString &path) { m_currentFile = path.isEmpty() ? m_currentFile : path; }
 
     /// In-process, a name typed without a suffix gets that of the pattern, and the user is asked before a
-    /// file is replaced.
-    QString askSave(const QString &proposedName, const QString &filter);
+    /// file is replaced; where there is a present file, its folder and its name are proposed.
+    QString askSave(const QString &proposedName, const QString &filter, const QString &presentFile = {});
 
     /// An existing file.
     QString askOpen(const QString &filter);
@@ -35,9 +36,11 @@ public:
 private:
     enum class Purpose { Save, Open };
 
-    QString ask(Purpose purpose, const QString &proposedName, const QString &filter);
+    QString ask(Purpose purpose, const QString &proposedName, const QString &filter,
+                const QString &presentFile);
     QString waitForHelper();
-    QString askInProcess(Purpose purpose, const QString &proposedName, const QString &filter);
+    QString askInProcess(Purpose purpose, const QString &proposedName, const QString &filter,
+                         const QString &presentFile);
 
     QPointer<QWidget> m_parent;
     QString m_programFolder;

@@ -378,15 +378,15 @@ Page *FormMain::buildPage(PageIndex index)
 void FormMain::connectInfoPage(InfoPage &page)
 {
     connect(&page, &InfoPage::chooseLogFile, this, [this, &page] {
-        const QString path = m_files->dialogs().askSave(m_document.configuration().info.logFile,
-                                                        QStringLiteral("*.txt|*.txt"));
+        const QString &present = m_document.configuration().info.logFile;
+        const QString path = m_files->dialogs().askSave(present, QStringLiteral("*.txt|*.txt"), present);
         if (!path.isEmpty()) {
             page.setLogFile(path);
         }
     });
     connect(&page, &InfoPage::chooseHistoryFile, this, [this, &page] {
-        const QString path = m_files->dialogs().askSave(m_document.configuration().info.historyExportFile,
-                                                        InfoPage::historyFilter());
+        const QString &present = m_document.configuration().info.historyExportFile;
+        const QString path = m_files->dialogs().askSave(present, InfoPage::historyFilter(), present);
         if (!path.isEmpty()) {
             page.setHistoryFile(path);
         }
@@ -439,6 +439,7 @@ void FormMain::connectMenu()
 
     connect(m_menu->preview, &QAction::triggered, this, &FormMain::showPreview);
     connect(m_menu->print, &QAction::triggered, this, &FormMain::print);
+    connect(m_menu->close, &QAction::triggered, this, &QWidget::close);
     connect(m_menu->exit, &QAction::triggered, this, &FormMain::exitWanted);
     connect(m_menu->undo, &QAction::triggered, &m_history, &EditHistory::undo);
     connect(m_menu->redo, &QAction::triggered, &m_history, &EditHistory::redo);

@@ -26,7 +26,8 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
     preview = add(m_file, "mnu_preview", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
     print = add(m_file, "mnu_print", QKeySequence::Print);
     m_file->addSeparator();
-    exit = add(m_file, "nmu_Exit", QKeySequence(Qt::CTRL | Qt::Key_Q));
+    close = add(m_file, "mnu_close", QKeySequence(Qt::CTRL | Qt::Key_Q));
+    exit = add(m_file, "nmu_Exit");
 
     m_edit = bar->addMenu(QString());
     undo = add(m_edit, "mnu_undo", QKeySequence(Qt::CTRL | Qt::Key_Z));
@@ -110,6 +111,7 @@ void MainMenu::applyTexts(const TextTable &texts)
     saveAs->setText(text(Text::SaveAs));
     preview->setText(text(Text::PrintPreview));
     print->setText(text(Text::Print));
+    close->setText(tr("Close"));
     exit->setText(text(Text::Exit));
     m_edit->setTitle(tr("Edit"));
     undo->setText(tr("Undo"));

@@ -40,7 +40,8 @@ public:
     QAction *saveAs;
     QAction *preview;
     QAction *print;
-    QAction *exit;
+    QAction *close; ///< the window, with the question whether to save
+    QAction *exit;  ///< at once
     QAction *undo;
     QAction *redo;
     QAction *doConfig;

@@ -47,15 +47,17 @@ void Document::adjust(const std::function<void(Configuration &)> &change)
     Q_EMIT changed();
 }
 
-void Document::restore(const Configuration &snapshot, bool modified)
+void Document::restore(const Configuration &snapshot, bool modified, const QString &source)
 {
     m_configuration = snapshot;
+    m_source = source;
     setModified(modified);
     Q_EMIT changed();
 }
 
 void Document::makeNew()
 {
+    m_source.clear();
     adjust([this](Configuration &configuration) { ktr::makeNew(configuration, m_environment); });
 }
 
@@ -92,8 +94,10 @@ ReadReport Document::load(const QString &fileName)
 
 ReadReport Document::readPresentFile()
 {
-    ReadReport report = readConfigurationFile(fileCalled(m_fileName), m_configuration, m_environment);
+    m_source = fileCalled(m_fileName);
+    ReadReport report = readConfigurationFile(m_source, m_configuration, m_environment);
     if (!report.document) {
+        m_source.clear();
         setFileName(QString());
     }
     setModified(false);
@@ -101,13 +105,31 @@ ReadReport Document::readPresentFile()
     return report;
 }
 
+Status Document::backUp(QString &backup) const
+{
+    const QString file = fileCalled(m_fileName);
+    if (file == m_source || !QFileInfo(file).isFile()) {
+        return Status::done();
+    }
+    const QString name = file + u'~';
+    if (const Status copied = copyFile(file, name); !copied) {
+        return Status::failed(
+            QCoreApplication::translate("Files", "what stands in %1 cannot be kept as a backup: %2")
+                .arg(file, copied.message()));
+    }
+    backup = name;
+    return Status::done();
+}
+
 Status Document::save()
 {
     if (m_fileName.isEmpty()) {
         return Status::failed(QCoreApplication::translate("Files", "there is no file name to save under"));
     }
-    Status written = replaceFile(fileCalled(m_fileName), writeConfiguration(m_configuration, m_environment));
+    const QString file = fileCalled(m_fileName);
+    Status written = replaceFile(file, writeConfiguration(m_configuration, m_environment));
     if (written) {
+        m_source = file;
         setModified(false);
         Q_EMIT saved();
     }

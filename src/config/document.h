@@ -30,8 +30,8 @@ public:
     /// A change that is no edit: neither the mark nor the stamp move (a holiday removed, an entry shown).
     void adjust(const std::function<void(Configuration &)> &change);
 
-    /// Puts a snapshot in place together with the mark that belonged to it.
-    void restore(const Configuration &snapshot, bool modified);
+    /// Puts a snapshot in place together with the mark and the source that belonged to it.
+    void restore(const Configuration &snapshot, bool modified, const QString &source = {});
 
     /// The menu command "new": neither the file name nor the mark move.
     void makeNew();
@@ -52,6 +52,14 @@ public:
     /// Reads the present file, whether it exists or not.
     ReadReport readPresentFile();
 
+    /// The file that the configuration was read from or last saved to; empty for a new one.
+    const QString &source() const { return m_source; }
+
+    /// Before save(): where another file than the source stands under the present name, copies it beside
+    /// itself, with "~" behind its name, and gives the copy's name in `backup`. After a failure that file
+    /// must not be written over.
+    Status backUp(QString &backup) const;
+
     /// Writes the present file, which must have a name. The mark stays set when that fails.
     Status save();
 
@@ -68,6 +76,7 @@ private:
     Environment m_environment;
     Configuration m_configuration;
     QString m_fileName;
+    QString m_source;
     bool m_modified = false;
 };
 

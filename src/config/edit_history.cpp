@@ -11,7 +11,7 @@ EditHistory::EditHistory(Document &document, QObject *parent) : QObject(parent),
 
 EditHistory::State EditHistory::present() const
 {
-    return {m_document.configuration(), m_document.isModified(), m_document.fileName()};
+    return {m_document.configuration(), m_document.isModified(), m_document.fileName(), m_document.source()};
 }
 
 void EditHistory::record(State before, const EditPlace &place)
@@ -77,7 +77,7 @@ void EditHistory::move(std::deque<Step> &from, std::deque<Step> &to)
     to.push_back({present(), step.place});
     m_open = false;
     m_document.setFileName(step.state.fileName);
-    m_document.restore(step.state.configuration, step.state.modified);
+    m_document.restore(step.state.configuration, step.state.modified, step.state.source);
     Q_EMIT availabilityChanged();
     Q_EMIT moved(step.place);
 }

@@ -61,6 +61,7 @@ private:
         Configuration configuration;
         bool modified = false;
         QString fileName;
+        QString source;
     };
     struct Step
     {

@@ -42,6 +42,24 @@ Status readFile(const QString &path, QByteArray &content, qint64 limit)
     return Status::done();
 }
 
+Status copyFile(const QString &from, const QString &to)
+{
+    QFile source(from);
+    if (!source.open(QIODevice::ReadOnly)) {
+        return fileFailure(from, source.errorString());
+    }
+    FileReplacement copy;
+    Status status = copy.open(to);
+    constexpr qint64 piece = qint64{64} * 1024;
+    for (QByteArray read = source.read(piece); status && !read.isEmpty(); read = source.read(piece)) {
+        status = copy.write(read);
+    }
+    if (status && source.error() != QFileDevice::NoError) {
+        return fileFailure(from, source.errorString());
+    }
+    return status ? copy.commit() : status;
+}
+
 Status replaceFile(const QString &path, const QByteArray &content)
 {
     FileReplacement file;

@@ -50,4 +50,7 @@ private:
     std::unique_ptr<Pending> m_pending;
 };
 
+/// Copies a file of any length as replaceFile() writes one.
+Status copyFile(const QString &from, const QString &to);
+
 } // namespace ktr

@@ -136,7 +136,14 @@ private Q_SLOTS:
             QCOMPARE(name->text(), u"KTR_a_b"_s);
             QTest::keyClick(name, Qt::Key_Return);
         });
+        m_dialogs->setCurrentFile(QString()); // as "save as" leaves it
         QCOMPARE(m_dialogs->askSave(u"KTR_a/b"_s, xmlFilter), path(u"KTR_a_b.xml"_s));
+        QVERIFY(QDir().mkpath(path(u"deeper"_s)));
+        whenDialogOpens([](QFileDialog *dialog) {
+            QTest::keyClick(dialog->findChild<QLineEdit *>(u"fileNameEdit"_s), Qt::Key_Return);
+        });
+        QCOMPARE(m_dialogs->askSave(u"KTR_a"_s, xmlFilter, path(u"deeper/Mill.xml"_s)),
+                 path(u"deeper/Mill.xml"_s));
 
         QVERIFY(writeFile(path(u"there.xml"_s), "<KTR/>"));
         bool asked = false;

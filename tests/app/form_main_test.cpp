@@ -185,7 +185,7 @@ private Q_SLOTS:
         QVERIFY(m_window->findChild<QLabel *>("lbl_modified")->isVisible());
         const BoxAnswer answer(QMessageBox::Yes);
         const QSignalSpy closed(m_window.get(), &FormMain::closed);
-        m_window->close();
+        QTest::keyClick(m_window.get(), Qt::Key_Q, Qt::ControlModifier);
         QCOMPARE(answer.text, "save? " + m_window->document().fileName());
         QCOMPARE(answer.caption, "Save");
         QCOMPARE(stationIn(file), "after");
@@ -210,7 +210,7 @@ private Q_SLOTS:
         start({});
         typeOver(field("txt_gsm_id"), "lost");
         const QSignalSpy exit(m_window.get(), &FormMain::exitWanted);
-        QTest::keyClick(m_window.get(), Qt::Key_Q, Qt::ControlModifier);
+        clickMenu("nmu_Exit");
         QCOMPARE(exit.size(), 1);
         QVERIFY(SettingsStore().GetSetting(settings, "Startup", "filename", "untouched") == u"untouched");
     }
@@ -238,6 +238,36 @@ private Q_SLOTS:
         m_window->close();
         QCOMPARE(asked.size(), 2);
         QVERIFY(asked[1].endsWith("save with other name?"));
+    }
+
+    void whatANewConfigurationReplacesIsKept()
+    {
+        const QString file = fileWith("old");
+        start({file});
+        const auto newAndSave = [this](const QString &station) {
+            QTest::keyClick(m_window.get(), Qt::Key_N, Qt::ControlModifier);
+            QVERIFY(m_window->findChild<QLabel *>("lbl_event")
+                        ->toolTip()
+                        .endsWith("replaces " + path("old.xml")));
+            m_window->tabs().setCurrentIndex(0);
+            typeOver(field("txt_gsm_id"), station);
+            QTest::keyClick(m_window.get(), Qt::Key_S, Qt::ControlModifier);
+        };
+        newAndSave("new");
+        QCOMPARE(stationIn(file), "new");
+        QCOMPARE(stationIn(file + '~'), "old");
+        typeOver(field("txt_gsm_id"), "newer"); // now it is its own
+        clickMenu("mnu_Save");
+        QCOMPARE(stationIn(file), "newer");
+        QCOMPARE(stationIn(file + '~'), "old");
+        // Undone, the file's configuration stands there again, and "new" done again is none of the file's.
+        QVERIFY(QFile::remove(file + '~') && QDir().mkpath(file + "~/in the way"));
+        newAndSave("newest");
+        QCOMPARE(stationIn(file), "newer");
+        QVERIFY(m_window->document().isModified());
+        QVERIFY(
+            m_window->findChild<QLabel *>("lbl_event")->toolTip().startsWith("Saving was not successful"));
+        m_window->document().setModified(false);
     }
 
     void editsReplacedByAnotherFileComeBack()
