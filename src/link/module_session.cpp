@@ -6,6 +6,7 @@
 #include "platform/text_rules.h"
 
 #include <QCoreApplication>
+#include <QPointer>
 
 namespace ktr {
 
@@ -21,7 +22,14 @@ ModuleSession::ModuleSession(Transport &transport, Timers &timers, Environment e
 {
     if (kind == LineKind::Ethernet) {
         m_paced =
-            std::make_unique<PacedSender>(timers, [this](const QByteArray &line) { m_transport.send(line); });
+            std::make_unique<PacedSender>(timers, [this](const QByteArray &line, std::function<void()> left) {
+                m_transport.send(line);
+                m_transport.whenDrained([self = QPointer(this), left = std::move(left)] {
+                    if (self != nullptr) {
+                        left();
+                    }
+                });
+            });
     }
     connect(&m_transport, &Transport::received, this, &ModuleSession::receive);
     connect(&m_transport, &Transport::lost, this, &ModuleSession::forgetLine);

@@ -2,18 +2,16 @@
 
 namespace ktr {
 
-PacedSender::PacedSender(Timers &timers, std::function<void(const QByteArray &)> send)
-    : m_send(std::move(send)), m_pause(timers.create())
-{}
+PacedSender::PacedSender(Timers &timers, Send send) : m_send(std::move(send)), m_pause(timers.create()) {}
 
 bool PacedSender::send(const QByteArray &line)
 {
-    if (m_waitingBytes + line.size() > longestQueue) {
+    if (m_waitingBytes >= longestQueue) {
         return false;
     }
     m_waiting.push_back(line);
     m_waitingBytes += line.size();
-    if (!m_pause->isRunning()) {
+    if (!m_isLeaving && !m_pause->isRunning()) {
         sendNext();
     }
     return true;
@@ -27,8 +25,13 @@ void PacedSender::sendNext()
     const QByteArray line = std::move(m_waiting.front());
     m_waiting.pop_front();
     m_waitingBytes -= line.size();
-    m_pause->start(pauseAfter(line), [this] { sendNext(); });
-    m_send(line + "\r\n");
+    m_isLeaving = true;
+    m_send(line + "\r\n", [this, run = m_run, pause = pauseAfter(line)] {
+        if (run == m_run) {
+            m_isLeaving = false;
+            m_pause->start(pause, [this] { sendNext(); });
+        }
+    });
     if (m_waiting.empty() && m_sent) {
         std::exchange(m_sent, nullptr)();
     }
@@ -47,6 +50,8 @@ void PacedSender::clear()
 {
     m_waiting.clear();
     m_waitingBytes = 0;
+    m_isLeaving = false;
+    ++m_run;
     m_pause->stop();
     m_sent = nullptr;
 }

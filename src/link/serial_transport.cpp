@@ -9,6 +9,7 @@
 #include <asio/write.hpp>
 
 #include <array>
+#include <vector>
 
 namespace ktr {
 
@@ -50,7 +51,7 @@ public:
 
     void whenDrained(std::function<void()> drained)
     {
-        m_drained = std::move(drained);
+        m_drained.push_back(std::move(drained));
         checkDrained();
     }
 
@@ -84,12 +85,14 @@ private:
     /// The system keeps what was written in a queue that empties at the line's speed.
     void checkDrained()
     {
-        if (!m_drained || !m_writing.isEmpty() || m_transport == nullptr) {
+        if (m_drained.empty() || !m_writing.isEmpty() || m_transport == nullptr) {
             return;
         }
         m_left = m_left || bytesNotYetSent(m_port.native_handle()) == 0;
         if (m_left) {
-            notify([drained = std::exchange(m_drained, nullptr)](SerialTransport &) { drained(); });
+            for (auto &drained : std::exchange(m_drained, {})) {
+                notify([drained = std::move(drained)](SerialTransport &) { drained(); });
+            }
             return;
         }
         m_poll.expires_after(std::chrono::milliseconds(2));
@@ -135,7 +138,7 @@ private:
     std::array<char, 4096> m_input{};
     QByteArray m_waiting;
     QByteArray m_writing;
-    std::function<void()> m_drained;
+    std::vector<std::function<void()>> m_drained;
     bool m_left = true; ///< all that was written has left the machine
 };
 

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <thread>
+#include <vector>
 
 namespace ktr {
 
@@ -268,7 +269,7 @@ public:
 
     void whenDrained(std::function<void()> drained)
     {
-        m_drained = std::move(drained);
+        m_drained.push_back(std::move(drained));
         checkDrained();
     }
 
@@ -276,7 +277,7 @@ public:
     {
         m_isClosed = true;
         m_events = {}; // nothing is told any more
-        m_drained = nullptr;
+        m_drained.clear();
         asio::error_code ignored;
         m_sendSocket.close(ignored);
         m_receiveSocket.close(ignored);
@@ -366,8 +367,10 @@ private:
 
     void checkDrained()
     {
-        if (m_drained && m_waiting.empty()) {
-            std::exchange(m_drained, nullptr)();
+        if (m_waiting.empty()) {
+            for (const auto &drained : std::exchange(m_drained, {})) {
+                drained();
+            }
         }
     }
 
@@ -396,7 +399,7 @@ private:
     std::unique_ptr<char[]> m_input = std::make_unique_for_overwrite<char[]>(longestDatagram);
     QByteArrayList m_waiting; ///< mostly none or one, so no deque: its blocks are large beside that
     bool m_isWriting = false;
-    std::function<void()> m_drained;
+    std::vector<std::function<void()>> m_drained;
     asio::error_code m_told;
 };
 

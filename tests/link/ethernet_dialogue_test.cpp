@@ -86,7 +86,8 @@ private Q_SLOTS:
             {u"eth <---- at+cmgr=1"_s, u"eth ----> at+cmgr=1"_s, u"eth ----> ,\"+IP\""_s, u"eth ----> V,§"_s,
              u"eth ----> OK"_s});
         row("SMS text", "at+cmgs=\"+IP\"\r", "OK: G,3\x1A",
-            {u"eth <---- OK: G,3\x1A"_s, u"eth ----> OK: G,3"_s, u"= OK: G,3"_s, u"eth ----> OK"_s});
+            {u"eth <---- OK: G,3\x1A"_s, u"eth ----> OK: G,3"_s, u"+IP <-- OK: G,3"_s, u"= OK: G,3"_s,
+             u"eth ----> OK"_s});
         row("done", "", "donE\r", {u"eth <---- donE"_s});
     }
     void theSameIsUnderstoodHoweverTheBytesArrive()
@@ -152,9 +153,12 @@ private Q_SLOTS:
     {
         test::ManualTimers timers;
         QByteArrayList sent;
-        PacedSender sender(timers, [&](const QByteArray &line) {
+        bool isBusy = false; // the machine: lines leave it when their call is made
+        std::vector<std::function<void()>> leave;
+        PacedSender sender(timers, [&](const QByteArray &line, const std::function<void()> &left) {
             sent += QByteArray::number(qint64(timers.now().count())) + ' ' + line.trimmed();
             QVERIFY(line.endsWith("\r\n"));
+            isBusy ? leave.push_back(left) : left();
         });
         bool allSent = false;
         sender.send("config");
@@ -175,8 +179,26 @@ private Q_SLOTS:
         sender.send("d");
         QCOMPARE(sent, (QByteArrayList{"0 config", "16 at+cmgr=1", "35 OK", "47 a", "146 b", "246 d"}));
 
-        QVERIFY(sender.send(QByteArray(PacedSender::longestQueue, 'x')));
+        // No line is too long by itself; what waits is bounded.
+        QVERIFY(sender.send(QByteArray(PacedSender::longestQueue * 3, 'x')));
         QVERIFY(!sender.send("too much"));
+
+        // The pause counts from when the line has left; one that leaves after the end starts none.
+        sender.clear();
+        sent.clear();
+        isBusy = true;
+        sender.send("e");
+        sender.send("f");
+        timers.advance(Milliseconds(500));
+        leave[0]();
+        timers.advance(Milliseconds(11));
+        QCOMPARE(sent, (QByteArrayList{"246 e", "757 f"}));
+        sender.clear();
+        sender.send("g");
+        sender.send("h");
+        leave[1]();
+        timers.advance(Milliseconds(100));
+        QCOMPARE(sent.last(), "757 g");
     }
 
     void aSessionClaimsForWhatWaitsAndRepeatsWhatWasNotTaken()
@@ -218,6 +240,10 @@ private Q_SLOTS:
         QCOMPARE(sent.count(), 1);
         session.close();
         QCOMPARE(hear(""), "");
+
+        QVERIFY(session.open(u"module"_s));
+        const QByteArray longLine(3000, 'x');
+        QCOMPARE(hear(longLine + '\r'), longLine + "\r\n"); // echoed like any other
     }
 };
 

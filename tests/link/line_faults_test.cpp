@@ -40,7 +40,7 @@ public:
     void send(const QByteArray &bytes) override { pass(Direction::ToModule, bytes); }
     void whenDrained(std::function<void()> drained) override
     {
-        m_drained = std::move(drained);
+        m_drained.push_back(std::move(drained));
         checkDrained();
     }
 
@@ -125,8 +125,10 @@ private:
 
     void checkDrained()
     {
-        if (m_drained && m_isOpen && m_way.empty()) {
-            std::exchange(m_drained, nullptr)();
+        if (m_isOpen && m_way.empty()) {
+            for (const auto &drained : std::exchange(m_drained, {})) {
+                drained();
+            }
         }
     }
 
@@ -138,7 +140,7 @@ private:
     std::deque<Piece> m_way;
     std::unique_ptr<OneShotTimer> m_carry;
     std::unique_ptr<OneShotTimer> m_late;
-    std::function<void()> m_drained;
+    std::vector<std::function<void()>> m_drained;
 };
 
 /// A bad network to a virtual module.

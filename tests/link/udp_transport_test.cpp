@@ -40,7 +40,9 @@ private Q_SLOTS:
         QVERIFY(transport.open(at(host, module.port())));
         bool drained = false;
         transport.send("config\r\n"); // a name's look-up may still run
-        transport.whenDrained([&] { drained = true; });
+        int others = 0; // several may wait for it
+        transport.whenDrained([&] { ++others; });
+        transport.whenDrained([&] { drained = others > 0; });
         QTRY_VERIFY(drained || !lost.isEmpty());
         if (!lost.isEmpty() && host == u"localhost") {
             QSKIP("this machine does not know the name localhost");
