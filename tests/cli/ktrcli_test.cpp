@@ -1,3 +1,5 @@
+#include "platform/pseudo_terminal.h"
+#include "support/bad_proxy.h"
 #include "support/test_files.h"
 
 #include <QFile>
@@ -6,6 +8,7 @@
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include <csignal>
 
@@ -356,6 +359,69 @@ private Q_SLOTS:
         QVERIFY(module.await(u"saved"_s));
         const Result compared = ktrcli(u"compare @sample @whole.xml"_s);
         QVERIFY2(compared.code == 0, qPrintable(compared.output));
+    }
+
+    void whatIsHeardIsNoProgress_data()
+    {
+        QTest::addColumn<QByteArray>("noise");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("a module that hears nothing")
+            << QByteArray("at+cpin?\r") << u" lines, the last one \"at+cpin?\""_s;
+        QTest::newRow("noise") << QByteArray("x") << u" bytes without a line end"_s;
+    }
+    void whatIsHeardIsNoProgress()
+    {
+        QFETCH(QByteArray, noise);
+        QFETCH(QString, told);
+        ktr::PseudoTerminal terminal;
+        QVERIFY(terminal.open());
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, &timer, [&] {
+            terminal.readAll();
+            terminal.write(noise);
+        });
+        timer.start(100);
+        QProcess process;
+        process.start(QStringLiteral(KTRCLI),
+                      words(u"transmit @sample --timeout 1 --serial "_s + terminal.slavePath()));
+        QTRY_VERIFY_WITH_TIMEOUT(process.state() == QProcess::NotRunning, 60000);
+        QCOMPARE(process.exitCode(), 1);
+        const QString errors = QString::fromUtf8(process.readAllStandardError());
+        QVERIFY2(errors.startsWith("ktrcli: no progress for 1 s; heard: "_L1), qPrintable(errors));
+        QVERIFY2(errors.contains(told) && errors.endsWith("; stopped at step 0\n"_L1), qPrintable(errors));
+    }
+
+    void overABadNetworkNoModuleLooksWholeThatIsNot()
+    {
+        if (!qEnvironmentVariableIsSet("KTR_THOROUGH")) {
+            QSKIP(
+                "takes minutes, most of them the module's waits; line_faults_test does the same in no time");
+        }
+        constexpr unsigned runs = 12; // at the same time
+        struct Run
+        {
+            std::unique_ptr<Module> module;
+            std::unique_ptr<ktr::test::BadProxy> proxy;
+            QProcess transmitting;
+        };
+        std::array<Run, runs> all;
+        for (unsigned i = 0; i < runs; ++i) {
+            all[i].module =
+                std::make_unique<Module>(words(u"simulate --ethernet 0 --save @bad%1.xml"_s.arg(i)));
+            const quint16 port = all[i].module->address().section(u':', 1).toUShort();
+            all[i].proxy = std::make_unique<ktr::test::BadProxy>(i * 2, port);
+            all[i].transmitting.start(QStringLiteral(KTRCLI),
+                                      words(u"transmit @sample --ethernet "_s + all[i].proxy->address()));
+        }
+        int whole = 0;
+        for (unsigned i = 0; i < runs; ++i) {
+            QVERIFY(all[i].transmitting.waitForFinished(30 * 60 * 1000));
+            const Result held = ktrcli(u"compare @sample @bad%1.xml"_s.arg(i));
+            const int code = all[i].transmitting.exitCode();
+            QVERIFY2(code == 1 || (code == 0 && held.code == 0), qPrintable(held.output));
+            whole += code == 0 ? 1 : 0;
+        }
+        QVERIFY2(whole > 0, "none arrived");
     }
 
     void aLogIsReplayedAndTheProgramComparedWithIt()
