@@ -1323,6 +1323,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>%1 is not a file; there is no log</source>
         <translation>%1 ist keine Datei; es wird kein Protokoll geführt</translation>
     </message>
+    <message>
+        <source>%1 is not sent: a configuration is being transmitted</source>
+        <translation>%1 wird nicht gesendet: Es wird gerade eine Konfiguration übertragen</translation>
+    </message>
 </context>
 <context>
     <name>ktr::LogView</name>
@@ -1426,6 +1430,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>There is no port %1 yet; the search goes on</source>
         <translation>Den Port %1 gibt es noch nicht; die Suche geht weiter</translation>
+    </message>
+    <message>
+        <source>%1 was not sent and waits no longer</source>
+        <translation>%1 wurde nicht gesendet und wartet nicht mehr</translation>
     </message>
 </context>
 <context>
@@ -1704,6 +1712,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Progress of the transmission</source>
         <translation>Fortschritt der Übertragung</translation>
+    </message>
+    <message>
+        <source>Waiting: %1 – take back</source>
+        <translation>Wartet: %1 – zurücknehmen</translation>
+    </message>
+    <message>
+        <source>%1 is sent when the module next reads an SMS; a click takes it back</source>
+        <translation>%1 wird gesendet, sobald das Modul die nächste SMS liest; ein Klick nimmt es zurück</translation>
     </message>
 </context>
 <context>

@@ -99,7 +99,7 @@ FormMain::FormMain(const Services &services)
     connect(m_linkPresenter.get(), &LinkPresenter::ethernetWanted, this, &FormMain::connectEthernet);
     connect(m_linkPresenter.get(), &LinkPresenter::firmwareReady, this, [this](const QString &what) {
         if (Dialog::questionOfLoss(this, m_texts, what)) {
-            m_link.place(QStringLiteral("§88"));
+            m_linkPresenter->place(QStringLiteral("§88"));
         }
     });
     connect(m_linkPresenter.get(), &LinkPresenter::messageWanted, this, &FormMain::showMessage);

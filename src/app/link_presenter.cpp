@@ -42,9 +42,15 @@ void LinkPresenter::connectLink()
             Q_EMIT messageWanted(m_texts.text(Text::PortInUse));
         }
     });
-    connect(&m_link, &ModuleLink::commandTooLong, this, [this](const QString &command) {
-        Q_EMIT messageWanted(m_texts.text(Text::MessageTooLong) + u'\n' + logText(command));
+    connect(&m_link, &ModuleLink::commandsTooLong, this, [this](const QStringList &commands) {
+        QString text = m_texts.text(Text::MessageTooLong);
+        for (const QString &command : commands) {
+            text += u'\n' + logText(command);
+        }
+        Q_EMIT messageWanted(text);
     });
+    connect(&m_link, &ModuleLink::waitingChanged, this, [this] { m_status.showWaiting(m_link.waiting()); });
+    connect(&m_status, &StatusLine::takeBackWanted, &m_link, &ModuleLink::takeBack);
     connect(&m_link, &ModuleLink::interrupted, this,
             [this] { Q_EMIT messageWanted(m_texts.text(Text::ConnectionInterrupted)); });
     connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
@@ -256,10 +262,18 @@ void LinkPresenter::sendFirmware()
 
 void LinkPresenter::place(const QString &command)
 {
-    m_link.place(command);
-    Q_EMIT told(m_link.state() == ModuleLink::State::Offline
-                    ? m_texts.text(Text::EstablishConnection)
-                    : tr("%1 is sent when the module next reads an SMS").arg(logText(command)));
+    const QString shown = logText(command);
+    switch (m_link.place(command)) {
+    case ModuleLink::Placing::Waits:
+        Q_EMIT told(tr("%1 is sent when the module next reads an SMS").arg(shown));
+        break;
+    case ModuleLink::Placing::NoConnection:
+        Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection));
+        break;
+    case ModuleLink::Placing::Transmitting:
+        Q_EMIT told(tr("%1 is not sent: a configuration is being transmitted").arg(shown));
+        break;
+    }
 }
 
 /// The command sequence may have set a value; the user sees what the module got.

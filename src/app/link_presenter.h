@@ -40,6 +40,9 @@ public:
     /// Transmits the configuration once the module reads its messages.
     void transmit();
 
+    /// Places one command, and tells what becomes of it.
+    void place(const QString &command);
+
 Q_SIGNALS:
     /// A line for the status bar.
     void told(const QString &line);
@@ -62,7 +65,6 @@ private:
     void showProgress(int step);
     void tellEnd();
     void sendFirmware();
-    void place(const QString &command);
     void takeOverTransmitted();
     void takeVersion(const VersionReply &version);
     void takeStationType(const QString &type);

@@ -1,11 +1,13 @@
 #include "app/status_line.h"
 
+#include "link/conversation_log.h"
 #include "look/lamp.h"
 
 #include <QEvent>
 #include <QLabel>
 #include <QProgressBar>
 #include <QResizeEvent>
+#include <QToolButton>
 
 namespace ktr {
 
@@ -14,6 +16,7 @@ StatusLine::StatusLine(QWidget *parent)
       m_lamp(new Lamp(this)),
       m_link(new QLabel(this)),
       m_event(new QLabel(this)),
+      m_waiting(new QToolButton(this)),
       m_modified(new QLabel(this)),
       m_progress(new QProgressBar(this))
 {
@@ -22,6 +25,9 @@ StatusLine::StatusLine(QWidget *parent)
     m_event->setObjectName(QStringLiteral("lbl_event"));
     m_event->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_event->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_waiting->setObjectName(QStringLiteral("cmd_waiting"));
+    m_waiting->hide();
+    connect(m_waiting, &QToolButton::clicked, this, &StatusLine::takeBackWanted);
     m_modified->setObjectName(QStringLiteral("lbl_modified"));
     m_modified->hide();
     m_progress->setObjectName(QStringLiteral("ProgressBar1"));
@@ -32,6 +38,7 @@ StatusLine::StatusLine(QWidget *parent)
     addWidget(m_lamp);
     addWidget(m_link);
     addWidget(m_event, 1);
+    addPermanentWidget(m_waiting);
     addPermanentWidget(m_modified);
     addPermanentWidget(m_progress);
     showLink(QString(), false);
@@ -69,6 +76,13 @@ void StatusLine::showProgress(int done, int of)
     m_progress->setVisible(done > 0);
 }
 
+void StatusLine::showWaiting(const QString &command)
+{
+    m_waitingCommand = command;
+    m_waiting->setVisible(!command.isEmpty());
+    applyTexts();
+}
+
 void StatusLine::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::LanguageChange) {
@@ -85,6 +99,13 @@ void StatusLine::resizeEvent(QResizeEvent *event)
 
 void StatusLine::applyTexts()
 {
+    constexpr int widest = 160; // pixels; the tool tip has all of it
+    const QString command = logText(m_waitingCommand);
+    QString shown = m_waiting->fontMetrics().elidedText(command, Qt::ElideRight, widest);
+    shown.replace(u'&', QLatin1String("&&"));
+    m_waiting->setText(tr("Waiting: %1 – take back").arg(shown));
+    m_waiting->setToolTip(
+        tr("%1 is sent when the module next reads an SMS; a click takes it back").arg(command));
     m_modified->setText(u"• " + tr("modified"));
     m_modified->setToolTip(tr("There are changes that are not saved"));
     m_progress->setAccessibleName(tr("Progress of the transmission"));

@@ -4,6 +4,7 @@
 
 class QLabel;
 class QProgressBar;
+class QToolButton;
 
 namespace ktr {
 
@@ -30,6 +31,13 @@ public:
     /// Steps of a transmission or bytes of a firmware image; 0 for none.
     void showProgress(int done, int of = stepsShown);
 
+    /// A command that waits for the module; empty for none.
+    void showWaiting(const QString &command);
+
+Q_SIGNALS:
+    /// The command that waits is not to be sent.
+    void takeBackWanted();
+
 protected:
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -41,9 +49,11 @@ private:
     void elide();
 
     QString m_lastEvent;
+    QString m_waitingCommand;
     Lamp *m_lamp; ///< Opt_connected
     QLabel *m_link;
     QLabel *m_event;
+    QToolButton *m_waiting; ///< takes back the command that waits
     QLabel *m_modified;
     QProgressBar *m_progress;
 };

@@ -28,6 +28,7 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
     m_title->setFont(bold);
     m_detail->setObjectName(QStringLiteral("lbl_transmission_detail"));
     m_detail->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_detail->setWordWrap(true); // there may be many links
     m_detail->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
     m_cancel->setObjectName(QStringLiteral("cmd_transmission_cancel"));
     m_resume->setObjectName(QStringLiteral("cmd_transmission_resume"));

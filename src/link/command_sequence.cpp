@@ -14,8 +14,7 @@ namespace {
 
 constexpr int periodBound = 525600; // a year of minutes
 constexpr int outputsFirst = 30;    // output values are sent in steps 30 to 33, or not at all
-constexpr int outputsDigitalLast = 31;
-constexpr int outputsEnd = 34;
+constexpr int outputsLast = 33;
 
 /// What a row of the table is given: which of its steps it is, and the number that the module counts it by.
 struct StepInput
@@ -303,8 +302,8 @@ std::optional<StepCommand> CommandSequence::next(Configuration &configuration, c
     if (!isRunning()) {
         return std::nullopt;
     }
-    if (m_step >= outputsFirst && m_step <= outputsDigitalLast && !configuration.sendValues.front().enabled) {
-        m_step = outputsEnd;
+    if (m_step >= outputsFirst && m_step <= outputsLast && !configuration.sendValues.front().enabled) {
+        m_step = outputsLast + 1;
     }
     StepCommand built{m_step, build(m_step, configuration, context)};
     ++m_step;

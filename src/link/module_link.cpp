@@ -1,5 +1,7 @@
 #include "link/module_link.h"
 
+#include "link/conversation_log.h"
+
 #include <QFileInfo>
 
 namespace ktr {
@@ -22,6 +24,7 @@ ModuleLink::ModuleLink(Transport &serial, Transport &ethernet, Timers &timers, c
     connect(&serial, &Transport::lost, this, &ModuleLink::serialLost);
     connect(&ethernet, &Transport::lost, this, &ModuleLink::ethernetLost);
     connect(&m_search, &PortSearch::opened, this, [this] {
+        dropWaiting();
         m_connected = false;
         Q_EMIT changed();
     });
@@ -61,19 +64,11 @@ void ModuleLink::connectPath(Path &path)
     connect(session, &ModuleSession::replied, this, &ModuleLink::replied);
     connect(session, &ModuleSession::serviceConfirmed, this, &ModuleLink::serviceConfirmed);
     connect(session, &ModuleSession::commandSent, this, &ModuleLink::commandSent);
-    connect(session, &ModuleSession::commandRefused, this,
-            [this](std::optional<int> step, const QString &command) {
-                if (step) {
-                    Q_EMIT stepDone(*step, command);
-                } else {
-                    Q_EMIT told(tr("The command is too long and was not sent"));
-                }
-                Q_EMIT commandTooLong(command);
-            });
+    connect(session, &ModuleSession::commandRefused, this, &ModuleLink::commandRefused);
     connect(session, &ModuleSession::transmitted, this, [this] {
         m_path->session.setTimeout(Milliseconds{0});
         awaitLastCommand();
-        Q_EMIT transmissionEnded();
+        tellEnd();
     });
     connect(session, &ModuleSession::stalled, this, &ModuleLink::transmissionStalled);
     const SelfProgramming *programming = &path.programming;
@@ -93,7 +88,56 @@ void ModuleLink::commandSent(std::optional<int> step, const QString &command)
         Q_EMIT stepDone(*step, command);
     } else {
         Q_EMIT commandLeft(command);
+        Q_EMIT waitingChanged();
     }
+}
+
+void ModuleLink::commandRefused(std::optional<int> step, const QString &command)
+{
+    if (step) {
+        m_tooLong += command;
+        Q_EMIT stepDone(*step, command);
+    } else {
+        Q_EMIT told(tr("The command is too long and was not sent"));
+        Q_EMIT commandsTooLong({command});
+        Q_EMIT waitingChanged();
+    }
+}
+
+ModuleLink::Placing ModuleLink::place(const QString &command)
+{
+    if (port().isEmpty()) {
+        return Placing::NoConnection;
+    }
+    if (isTransmitting()) {
+        return Placing::Transmitting;
+    }
+    m_path->session.place(command);
+    Q_EMIT waitingChanged();
+    return Placing::Waits;
+}
+
+void ModuleLink::takeBack()
+{
+    m_path->session.place(QString());
+    Q_EMIT waitingChanged();
+}
+
+/// What waits is meant for the module that it was placed for.
+void ModuleLink::dropWaiting()
+{
+    if (const QString command = waiting(); !command.isEmpty()) {
+        takeBack();
+        Q_EMIT told(tr("%1 was not sent and waits no longer").arg(logText(command)));
+    }
+}
+
+void ModuleLink::tellEnd()
+{
+    if (!m_tooLong.isEmpty()) {
+        Q_EMIT commandsTooLong(std::exchange(m_tooLong, {}));
+    }
+    Q_EMIT transmissionEnded();
 }
 
 /// A line may break before it has carried what it was given.
@@ -158,6 +202,7 @@ void ModuleLink::goOffline()
     m_search.stop();
     m_path->programming.cancel();
     endTransmission();
+    dropWaiting();
     m_serial.transport.close();
     m_search.forgetPort();
     m_ethernet.session.close();
@@ -174,6 +219,7 @@ void ModuleLink::leaveModule(const QString &reason)
     const bool heard = std::exchange(m_connected, false);
     m_path->programming.cancel();
     endTransmission();
+    dropWaiting();
     Q_EMIT told(tr("The connection is lost: %1").arg(reason));
     if (heard) {
         Q_EMIT interrupted();
@@ -219,7 +265,7 @@ void ModuleLink::endTransmission()
     if (isTransmitting()) {
         m_path->session.stopTransmission();
         m_path->session.setTimeout(Milliseconds{0});
-        Q_EMIT transmissionEnded();
+        tellEnd();
     } else if (std::exchange(m_isLastLeaving, false)) {
         m_transmitter->loseLastCommand();
         Q_EMIT transmissionEnded();
@@ -238,6 +284,7 @@ void ModuleLink::transmit(const Configuration &configuration, bool answer)
 void ModuleLink::start(const Transmission &transmission)
 {
     m_isLastLeaving = false;
+    dropWaiting();
     m_path->session.startTransmission(transmission);
     m_transmitter = &m_path->session;
     m_path->session.setTimeout(longestSilence);

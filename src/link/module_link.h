@@ -80,8 +80,18 @@ public:
     /// What is or was transmitted last, with what the command sequence changed in it.
     const Configuration &transmitted() const { return m_configuration; }
 
-    /// Places one command; the module gets it when it next reads an SMS.
-    void place(const QString &command) { m_path->session.place(command); }
+    /// What becomes of a command that the user wants to send.
+    enum class Placing {
+        Waits,        ///< until the module next reads an SMS
+        NoConnection, ///< refused
+        Transmitting, ///< refused: the steps of the transmission go first
+    };
+    /// Places one command in the slot that all lines share, instead of what waits there.
+    Placing place(const QString &command);
+    /// The command that waits, empty when none does. It waits for one module: the slot is emptied when the line
+    /// is closed, and when a transmission begins.
+    const QString &waiting() const { return m_path->session.waiting(); }
+    void takeBack();
 
 Q_SIGNALS:
     /// State, port or connection changed.
@@ -98,8 +108,10 @@ Q_SIGNALS:
     void transmissionStarted();
     /// A command was handed to the module, or refused because it is too long.
     void stepDone(int step, const QString &command);
-    /// A command does not fit an SMS and was not sent.
-    void commandTooLong(const QString &command);
+    /// These commands do not fit an SMS and were not sent; those of a transmission are told together at its end.
+    void commandsTooLong(const QStringList &commands);
+    /// A command began to wait, or does so no longer: see waiting().
+    void waitingChanged();
     /// A single command was handed to the module.
     void commandLeft(const QString &command);
     /// The transmission does not get on, for this reason; it goes on waiting.
@@ -122,6 +134,9 @@ private:
     QStringList candidates() const;
     void connectPath(Path &path);
     void commandSent(std::optional<int> step, const QString &command);
+    void commandRefused(std::optional<int> step, const QString &command);
+    void dropWaiting();
+    void tellEnd();
     void setState(State state);
     void setUsed(Path &path, Line line);
     void serialLost(const QString &reason);
@@ -148,6 +163,7 @@ private:
     Configuration m_configuration; ///< what is transmitted
     Configuration m_asGiven;       ///< the same before the command sequence changed anything in it
     QString m_transmittedOver;     ///< the line that was used
+    QStringList m_tooLong;         ///< commands of the transmission
     bool m_isLastLeaving = false;  ///< the closing command was handed over and may still be in the machine
 };
 

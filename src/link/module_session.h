@@ -56,6 +56,8 @@ public:
 
     /// Places one command; the module gets it when it next reads an SMS.
     void place(const QString &command) { m_dialogue->place(command); }
+    /// The command that waits for that, empty when none does.
+    const QString &waiting() const { return m_dialogue->outgoing(); }
 
     /// Over Ethernet a module that starts its modem is caught while something waits for it; an exclusive
     /// session catches it always.

@@ -441,6 +441,37 @@ private Q_SLOTS:
         QTRY_COMPARE(control<QLabel>(*m_window, "Label_msg")->text(), "Please establish a connection");
     }
 
+    void aCommandThatWaitsIsShownAndCanBeTakenBack()
+    {
+        start({});
+        QTRY_VERIFY(m_window->findChild<QPushButton *>("cmd_test_block") != nullptr);
+        auto *block = control<QPushButton>(*m_window, "cmd_test_block");
+        auto *waiting = control<QToolButton>(*m_window, "cmd_waiting");
+        block->click();
+        QTRY_COMPARE(control<QLabel>(*m_window, "Label_msg")->text(), "Please establish a connection");
+        QVERIFY(!waiting->isVisible());
+        m_ports = {"COM1"};
+        clickMenu("mnu_verbindung_seriell");
+        const auto read = [this] {
+            m_line->sent.clear();
+            Q_EMIT m_line->received("at+cmgr=1\r");
+            return m_line->sent;
+        };
+        QCOMPARE(read(), "at+cmgr=1\r\nOK\r\n");
+        block->click();
+        QVERIFY2(waiting->isVisible() && waiting->text().contains("H,0,0"), qPrintable(waiting->text()));
+        waiting->click();
+        QVERIFY(!waiting->isVisible());
+        QCOMPARE(read(), "at+cmgr=1\r\nOK\r\n");
+        block->click();
+        QVERIFY(read().contains("H,0,0\r\n"));
+        QVERIFY(!waiting->isVisible());
+        clickMenu("mnu_doConfig");
+        block->click();
+        QVERIFY(!waiting->isVisible());
+        QVERIFY(m_window->findChild<QLabel *>("lbl_event")->toolTip().contains("is being transmitted"));
+    }
+
     void aVersionReplyIsShownAndTakesOverTheStationType()
     {
         m_ports = {"COM1"};

@@ -202,6 +202,11 @@ private Q_SLOTS:
         QCOMPARE(commands.size(), 75);
         QVERIFY(commands.contains(29) && commands.contains(34));
         QVERIFY(!commands.contains(30) && !commands.contains(33));
+        for (int step = 30; step <= 33; ++step) { // also where a transmission goes on there
+            CommandSequence sequence;
+            sequence.start(step);
+            QCOMPARE(sequence.next(c, context())->step, 34);
+        }
         QCOMPARE(commands.value(22), "d,1,0,0,,1");
         QCOMPARE(commands.value(24), "d,3,0,0,");
         QCOMPARE(commands.value(73), "d,15,0,0"); // these are always sent

@@ -155,6 +155,82 @@ private Q_SLOTS:
         QCOMPARE(m_link.report().unconfirmed, (QList<int>{6, 7})); // the next answer may be of either
     }
 
+    void aCommandWaitsForTheModuleThatItWasPlacedFor()
+    {
+        QSignalSpy told(&m_link, &ModuleLink::told);
+        QCOMPARE(m_link.place("k"), ModuleLink::Placing::NoConnection);
+        QVERIFY(m_link.waiting().isEmpty());
+        const std::initializer_list<std::function<void()>> leave{
+            [&] { m_link.connectEthernet("10.0.0.7", false); },
+            [&] { m_link.connectSerial("COM2"); },
+            [&] { Q_EMIT m_line.lost("unplugged", true); },
+            [&] { m_link.goOffline(); },
+            [&] { m_link.connectSerial({}), m_link.place("k"), m_timers.advance(std::chrono::minutes(1)); },
+            [&] { m_link.takeBack(); }};
+        for (const auto &change : leave) {
+            for (const auto &connect :
+                 {std::function<void()>([&] { m_link.connectSerial("COM1"); }),
+                  std::function<void()>([&] { m_link.connectEthernet("10.0.0.8", true); })}) {
+                connect();
+                QCOMPARE(m_link.place("k"), ModuleLink::Placing::Waits);
+                QCOMPARE(m_link.waiting(), "k");
+                change();
+                QVERIFY(m_link.waiting().isEmpty());
+                connect();
+                m_line.sent.clear();
+                m_net.sent.clear();
+                say("at+cmgr=1\r");
+                Q_EMIT m_net.received("at+cmgr=1\r");
+                m_timers.advance(std::chrono::seconds(1));
+                QVERIFY(!m_line.sent.contains("k\r\n") && !m_net.sent.contains("k\r\n"));
+            }
+        }
+        m_link.connectSerial("COM1");
+        m_link.place("k");
+        m_link.transmit({}, false);
+        QCOMPARE(told.last().front().toString(), "k was not sent and waits no longer");
+        QCOMPARE(m_link.place("k"), ModuleLink::Placing::Transmitting);
+        QVERIFY(m_link.waiting().isEmpty());
+    }
+
+    void commandsTooLongAreToldTogether()
+    {
+        const QSignalSpy tooLong(&m_link, &ModuleLink::commandsTooLong);
+        Configuration configuration;
+        configuration.limitValues[0].alarm = QString(200, u'x');
+        configuration.limitValues[19].alarm = QString(200, u'y');
+        m_link.connectSerial("COM1");
+        m_link.transmit(configuration, false);
+        for (int step = 0; m_link.isTransmitting(); ++step) {
+            QCOMPARE(tooLong.size(), 0);
+            say("at+cmgr=1\r");
+        }
+        QCOMPARE(tooLong.size(), 1);
+        QCOMPARE(tooLong[0].front().toStringList().size(), 2);
+        m_link.place(QString(161, u'z'));
+        say("at+cmgr=1\r");
+        QCOMPARE(tooLong.size(), 2);
+    }
+
+    void aModuleThatTalksAndDoesNotGetOnIsToldOf()
+    {
+        QSignalSpy stalled(&m_link, &ModuleLink::stalled);
+        const QSignalSpy interrupted(&m_link, &ModuleLink::interrupted);
+        m_link.connectSerial("COM1");
+        m_link.transmit({}, false);
+        for (int second = 0; second < 61; ++second) {
+            say("at+cpin?\r");
+            m_timers.advance(std::chrono::seconds(1));
+        }
+        QCOMPARE(stalled.size(), 1);
+        QCOMPARE(stalled[0].front().toString(),
+                 "no progress for 60 s; heard: 60 lines, the last one \"at+cpin?\"");
+        QVERIFY(m_link.isTransmitting() && interrupted.isEmpty());
+        m_timers.advance(std::chrono::minutes(3));
+        QVERIFY(!m_link.isTransmitting());
+        QCOMPARE(interrupted.size(), 1);
+    }
+
     void offlineEndsEverything()
     {
         m_link.connectSerial("COM1");
