@@ -214,6 +214,18 @@
         <source>what stands in %1 cannot be kept as a backup: %2</source>
         <translation>was in %1 steht, kann nicht als Sicherung aufgehoben werden: %2</translation>
     </message>
+    <message>
+        <source>Archive %1: &quot;%2&quot; is no time; the records from there on are exported without one</source>
+        <translation>Archiv %1: „%2“ ist keine Zeit; die Datensätze ab dort werden ohne Zeit exportiert</translation>
+    </message>
+    <message>
+        <source>Archive %1: &quot;%2&quot; is no whole record and is not exported</source>
+        <translation>Archiv %1: „%2“ ist kein ganzer Datensatz und wird nicht exportiert</translation>
+    </message>
+    <message>
+        <source>Archive %1: a line without a record</source>
+        <translation>Archiv %1: eine Zeile ohne Datensatz</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
@@ -1573,18 +1585,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Lines of the archive that no fast export asked for are not exported</source>
         <translation>Archivzeilen, die kein schneller Export angefordert hat, werden nicht exportiert</translation>
-    </message>
-    <message>
-        <source>Archive %1: &quot;%2&quot; is no time; the records from there on are exported without one</source>
-        <translation>Archiv %1: „%2“ ist keine Zeit; die Datensätze ab dort werden ohne Zeit exportiert</translation>
-    </message>
-    <message>
-        <source>Archive %1: &quot;%2&quot; is no whole record and is not exported</source>
-        <translation>Archiv %1: „%2“ ist kein ganzer Datensatz und wird nicht exportiert</translation>
-    </message>
-    <message>
-        <source>Archive %1: a line without a record</source>
-        <translation>Archiv %1: eine Zeile ohne Datensatz</translation>
     </message>
 </context>
 <context>

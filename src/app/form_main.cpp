@@ -102,6 +102,7 @@ FormMain::FormMain(const Services &services)
             m_linkPresenter->place(QStringLiteral("§88"));
         }
     });
+    connect(m_linkPresenter.get(), &LinkPresenter::exportFileWanted, this, &FormMain::askForExportFile);
     connect(m_linkPresenter.get(), &LinkPresenter::messageWanted, this, &FormMain::showMessage);
     connectInstances();
     connectOperationalMode();
@@ -395,6 +396,24 @@ void FormMain::connectInfoPage(InfoPage &page)
             [this] { openFile(m_document.configuration().info.logFile); });
     connect(&page, &InfoPage::openHistoryFile, this,
             [this] { openFile(m_document.configuration().info.historyExportFile); });
+}
+
+/// Then the fast export begins; without an answer nothing is sent.
+void FormMain::askForExportFile()
+{
+    const QString path = m_files->dialogs().askSave(m_document.configuration().info.historyExportFile,
+                                                    InfoPage::historyFilter());
+    if (path.isEmpty()) {
+        return;
+    }
+    if (const Status usable = HistoryExport::check(path); !usable) {
+        tell(usable.message());
+        showMessage(usable.message());
+        return;
+    }
+    m_history.edit({QStringLiteral("txt_historyExportFile"), 0},
+                   [&path](Configuration &changed) { changed.info.historyExportFile = path; });
+    m_linkPresenter->place(FastExport::command);
 }
 
 void FormMain::saveText(const QString &text)

@@ -86,6 +86,7 @@ private:
 
     Page *buildPage(PageIndex index);
     void connectInfoPage(InfoPage &page);
+    void askForExportFile();
     void saveText(const QString &text);
     void openFile(const QString &path);
 

@@ -262,6 +262,15 @@ void LinkPresenter::sendFirmware()
 
 void LinkPresenter::place(const QString &command)
 {
+    const bool mayBePlaced = m_link.state() != ModuleLink::State::Offline && !m_link.isTransmitting();
+    if (command == FastExport::command && mayBePlaced) { // the records would come and be lost
+        const QString &path = m_document.configuration().info.historyExportFile;
+        if (const Status usable = HistoryExport::check(path); !usable) {
+            Q_EMIT told(usable.message());
+            Q_EMIT exportFileWanted();
+            return;
+        }
+    }
     const QString shown = logText(command);
     switch (m_link.place(command)) {
     case ModuleLink::Placing::Waits:

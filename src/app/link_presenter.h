@@ -40,7 +40,8 @@ public:
     /// Transmits the configuration once the module reads its messages.
     void transmit();
 
-    /// Places one command, and tells what becomes of it.
+    /// Places one command, and tells what becomes of it; that of the fast export only when its file can be
+    /// written.
     void place(const QString &command);
 
 Q_SIGNALS:
@@ -51,6 +52,8 @@ Q_SIGNALS:
     void addressWanted(bool exclusive);
     /// The firmware image was found sound; `what` tells what is about to be sent, and is to be agreed to.
     void firmwareReady(const QString &what);
+    /// The fast export needs a file that can be written before it is placed.
+    void exportFileWanted();
     /// A message that must not be overlooked.
     void messageWanted(const QString &text);
     void operationalModeWanted();

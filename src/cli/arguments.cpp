@@ -26,7 +26,7 @@ std::optional<int> Arguments::parse(const QStringList &words)
         return done;
     }
     const QStringList given = m_parser.positionalArguments();
-    if (given.size() < m_names.size()) {
+    if (given.size() < m_names.size() && !m_names[given.size()].startsWith(u'[')) {
         return wrong(m_names[given.size()] + QLatin1String(" is missing"));
     }
     if (given.size() > m_names.size()) {

@@ -13,7 +13,7 @@ namespace ktr::cli {
 class Arguments
 {
 public:
-    /// `names` are the positional arguments, all of them needed.
+    /// `names` are the positional arguments, needed but for those in brackets: "[LOG]".
     Arguments(const QString &command, const QStringList &names);
 
     /// What the help text says of the command.

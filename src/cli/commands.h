@@ -37,6 +37,10 @@ void describeFirmware(Arguments &arguments);
 std::optional<int> checkFirmware(const Arguments &arguments);
 int firmware(const Arguments &arguments);
 
+void describeHistory(Arguments &arguments);
+std::optional<int> checkHistory(const Arguments &arguments);
+int history(const Arguments &arguments);
+
 void describeSimulate(Arguments &arguments);
 std::optional<int> checkSimulate(const Arguments &arguments);
 int simulate(const Arguments &arguments);

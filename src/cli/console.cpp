@@ -75,7 +75,8 @@ bool flushOutput()
     return false;
 }
 
-Progress::Progress(int maximum) : m_maximum(maximum), m_onTerminal(isTerminal(stdout))
+Progress::Progress(int maximum)
+    : m_maximum(maximum), m_stream(maximum == unknown ? stderr : stdout), m_onTerminal(isTerminal(m_stream))
 {
     shownProgress = this;
 }
@@ -88,6 +89,13 @@ Progress::~Progress()
 
 void Progress::show(int value, const QString &what)
 {
+    if (m_maximum == unknown) {
+        if (m_onTerminal) {
+            put(m_stream, QStringLiteral("\r%1 %2").arg(value).arg(what));
+            m_barShown = true;
+        }
+        return;
+    }
     const QString count = QStringLiteral("%1/%2").arg(value, 3).arg(m_maximum);
     if (!m_onTerminal) {
         print(count + QLatin1String("  ") + what);
@@ -107,7 +115,7 @@ void Progress::show(int value, const QString &what)
 void Progress::end()
 {
     if (m_barShown) {
-        put(stdout, QStringLiteral("\n"));
+        put(m_stream, QStringLiteral("\n"));
         showNow();
         m_barShown = false;
     }

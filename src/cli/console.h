@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <cstdio>
+
 namespace ktr::cli {
 
 /// Exit codes of ktrcli.
@@ -28,10 +30,14 @@ bool outputIsGone();
 /// False, after a complaint, when not all of the output could be written.
 bool flushOutput();
 
-/// How far a transmission has come: a bar that stays in its place on a terminal, plain lines elsewhere.
+/// How far a transmission has come: a bar that stays in its place on a terminal, plain lines elsewhere. Of a
+/// job whose end is not known, a count on stderr, where the results are not; nothing where that is no
+/// terminal.
 class Progress
 {
 public:
+    static constexpr int unknown = 0;
+
     explicit Progress(int maximum);
     ~Progress();
     Progress(const Progress &) = delete;
@@ -44,6 +50,7 @@ public:
 
 private:
     int m_maximum;
+    std::FILE *m_stream;
     bool m_onTerminal;
     bool m_barShown = false;
 };

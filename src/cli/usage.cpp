@@ -41,6 +41,8 @@ constexpr std::array table = {
             checkTransmit},
     Command{"send", "COMMAND", "sends one command and prints the module's answer", describeSend, send,
             checkSend},
+    Command{"history", "[LOG]", "fetches a module's archive as CSV, or takes it out of a log",
+            describeHistory, history, checkHistory},
     Command{"firmware", "", "sends a firmware image to a module", describeFirmware, firmware, checkFirmware},
     Command{"simulate", "", "plays a module", describeSimulate, simulate, checkSimulate},
     Command{"monitor", "NODES.xml", "watches stations and prints what they say", describeMonitor, monitor,

@@ -1,7 +1,7 @@
 #include "link/history_export.h"
 
+#include "link/conversation_log.h"
 #include "platform/csv.h"
-#include "platform/status.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -19,8 +19,9 @@ Status failure(const QString &path, const QString &reason)
         QCoreApplication::translate("Files", "The history is not exported: %1: %2").arg(path, reason));
 }
 
-Status appendTo(const QString &path, const QByteArray &lines)
+Status openToAppend(QFile &file)
 {
+    const QString path = file.fileName();
     if (path.isEmpty()) {
         return Status::failed(
             QCoreApplication::translate("Files", "The history is not exported: no file is chosen for it"));
@@ -29,9 +30,17 @@ Status appendTo(const QString &path, const QByteArray &lines)
     if (info.exists() && !info.isFile()) { // a pipe would wait for its reader
         return failure(path, QCoreApplication::translate("Files", "is not a file"));
     }
-    QFile file(path);
     if (!file.open(QIODevice::ReadWrite | QIODevice::Append | QIODevice::Unbuffered)) {
         return failure(path, file.errorString());
+    }
+    return Status::done();
+}
+
+Status appendTo(const QString &path, const QByteArray &lines)
+{
+    QFile file(path);
+    if (Status opened = openToAppend(file); !opened) {
+        return opened;
     }
     const qint64 before = file.size();
     QByteArray bytes;
@@ -56,15 +65,46 @@ Status appendTo(const QString &path, const QByteArray &lines)
 
 } // namespace
 
+QStringList historyRemarks(const HistoryLine &line)
+{
+    QStringList remarks;
+    if (!line.badTime.isEmpty()) {
+        remarks +=
+            QCoreApplication::translate(
+                "Files", "Archive %1: \"%2\" is no time; the records from there on are exported without one")
+                .arg(logText(line.key), logText(line.badTime));
+    }
+    if (!line.incomplete.isEmpty()) {
+        remarks +=
+            QCoreApplication::translate("Files", "Archive %1: \"%2\" is no whole record and is not exported")
+                .arg(logText(line.key), logText(line.incomplete));
+    } else if (line.records.isEmpty()) {
+        remarks += QCoreApplication::translate("Files", "Archive %1: a line without a record")
+                       .arg(logText(line.key));
+    }
+    return remarks;
+}
+
 QByteArray historyCsv(const HistoryLine &line)
 {
-    const QString key = csvCell(line.key);
+    const QString key = csvValue(line.key);
     QString text;
     for (const HistoryRecord &record : line.records) {
-        text += key + u';' + record.stamp + u';' + csvCell(record.first) + u';' + csvCell(record.second) +
+        text += key + u';' + record.stamp + u';' + csvValue(record.first) + u';' + csvValue(record.second) +
                 QLatin1String("\r\n");
     }
     return text.toUtf8();
+}
+
+Status HistoryExport::check(const QString &path)
+{
+    const bool isNew = !QFileInfo::exists(path);
+    QFile file(path);
+    Status opened = openToAppend(file);
+    if (opened && isNew) {
+        file.remove();
+    }
+    return opened;
 }
 
 QString HistoryExport::append(const QString &path, const QByteArray &lines)

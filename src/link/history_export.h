@@ -1,12 +1,17 @@
 #pragma once
 
 #include "link/history_decoder.h"
+#include "platform/status.h"
 #include "platform/timers.h"
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 namespace ktr {
+
+/// What of a line is of no use, in lines for the user.
+QStringList historyRemarks(const HistoryLine &line);
 
 /// The records of a line as UTF-8: "key;stamp;value;value" CR LF each, which is how spreadsheets expect it.
 QByteArray historyCsv(const HistoryLine &line);
@@ -19,6 +24,9 @@ public:
     /// Appends whole lines, or nothing of them. Gives what the user is to be told: why it cannot be written,
     /// once until that changes, and that it can be again; empty otherwise.
     QString append(const QString &path, const QByteArray &lines);
+
+    /// Whether a file can be written; one that is not there yet is not left behind.
+    static Status check(const QString &path);
 
 private:
     QString m_trouble; ///< what was told last; empty while all is well

@@ -38,18 +38,11 @@ void ReplyHandler::exportLine(const HistoryReply &reply)
         }
         return;
     }
-    const HistoryLine &line = reply.line;
-    if (!line.badTime.isEmpty()) {
-        Q_EMIT told(tr("Archive %1: \"%2\" is no time; the records from there on are exported without one")
-                        .arg(logText(line.key), logText(line.badTime)));
+    const QStringList remarks = historyRemarks(reply.line);
+    for (const QString &remark : remarks) {
+        Q_EMIT told(remark);
     }
-    if (!line.incomplete.isEmpty()) {
-        Q_EMIT told(tr("Archive %1: \"%2\" is no whole record and is not exported")
-                        .arg(logText(line.key), logText(line.incomplete)));
-    } else if (line.records.isEmpty()) {
-        Q_EMIT told(tr("Archive %1: a line without a record").arg(logText(line.key)));
-    }
-    const QString trouble = m_export.append(m_exportPath(), historyCsv(line));
+    const QString trouble = m_export.append(m_exportPath(), historyCsv(reply.line));
     if (!trouble.isEmpty()) {
         Q_EMIT told(trouble);
     }

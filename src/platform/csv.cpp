@@ -75,6 +75,11 @@ QString csvCell(const QString &text)
     return cell;
 }
 
+QString csvValue(const QString &text)
+{
+    return toNumber(text) ? text : csvCell(text);
+}
+
 void readCsv(QStringView text, QChar separator,
              const std::function<bool(const QStringList &cells, int line)> &take)
 {

@@ -16,6 +16,9 @@ namespace ktr {
 /// cell reads '+4917012345, which people can read and dial. Negative numbers stay numbers.
 QString csvCell(const QString &text);
 
+/// The same for a cell that holds a measured value: a number stays one, whatever its sign.
+QString csvValue(const QString &text);
+
 /// Hands over the cells of each line that is not blank, without blanks around them, and the number of the
 /// line it begins at, counted from 1, until the call gives false. A quoted cell may hold separators, doubled
 /// quotation marks and line ends; one that is never closed ends with its line.

@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QDropEvent>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -528,6 +529,36 @@ private Q_SLOTS:
         QTRY_COMPARE(m_line->sent.size(), 43008);
         QCOMPARE(m_line->sent.count('f'), 43008);
         QVERIFY(!m_window->findChild<QProgressBar *>("ProgressBar1")->isVisible());
+    }
+
+    void noArchiveIsFetchedIntoNothing()
+    {
+        m_ports = {"COM1"};
+        start({"-load", fileWith("Werk 7")});
+        QTRY_VERIFY(m_window->findChild<QPushButton *>("cmd_historyFastExport") != nullptr);
+        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::Test));
+        const QByteArray command = "\xA7,77\r\n";
+        const auto exportTo = [this](const QString &button, const QString &chosen) {
+            QTimer::singleShot(0, this, [&chosen] {
+                auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+                QVERIFY(dialog != nullptr);
+                dialog->findChild<QLineEdit *>("fileNameEdit")->setText(chosen);
+                QTest::keyClick(dialog, chosen.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+            });
+            QTest::mouseClick(control<QPushButton>(*m_window, button), Qt::LeftButton);
+            Q_EMIT m_line->received("at+cmgr=1\r");
+        };
+        for (const QString &unusable : {QString(), path("missing/history.csv")}) {
+            m_window->document().edit(
+                [&](Configuration &changed) { changed.info.historyExportFile = unusable; });
+            exportTo("cmd_historyFastExport", {});
+            typeOver(field("txt_test_send"), "§,77");
+            exportTo("cmd_test_send", {});
+            QVERIFY(!m_line->sent.contains(command));
+        }
+        exportTo("cmd_historyFastExport", path("chosen.csv"));
+        QVERIFY(m_line->sent.contains(command));
+        QCOMPARE(m_window->document().configuration().info.historyExportFile, path("chosen.csv"));
     }
 
     void thePathsOfAConfigurationStartNoProgramAndWaitForNobody()

@@ -136,6 +136,9 @@ private Q_SLOTS:
                                  "send --serial @a",
                                  "send \xA7\x38\x38 --serial @a",
                                  "send G,1,\xA7\x38\x38 --serial @a",
+                                 "history",
+                                 "history @a --serial @b",
+                                 "history @a @b",
                                  "firmware --serial @a",
                                  "firmware --image @a",
                                  "print @sample",
@@ -150,7 +153,7 @@ private Q_SLOTS:
     {
         const QString overview = ktrcli(u"--help"_s).output;
         for (const QString command : {"new", "convert", "commands", "check", "print", "compare", "transmit",
-                                      "send", "firmware", "simulate", "monitor", "ports"}) {
+                                      "send", "history", "firmware", "simulate", "monitor", "ports"}) {
             QVERIFY(overview.contains(u"\n  "_s + command + u' '));
             const Result help = ktrcli(command + u" --help"_s);
             QVERIFY2(help.code == 0 && help.output.contains(command + u" [options]"_s), qPrintable(command));
@@ -184,15 +187,28 @@ private Q_SLOTS:
     void whatCannotBeDoneIsToldInOneLineWithCode1()
     {
         write(u"garbage.xml"_s, "<KTR><PIN>");
-        for (const auto *line :
-             {"convert @none.xml @x", "convert @sample /dev/full", "new @no/such/folder.xml",
-              "print @garbage.xml @x.pdf", "print @sample /dev/full",
-              "transmit @garbage.xml --serial /dev/null", "transmit @sample --serial @none",
-              "transmit @sample --ethernet 127.0.0.1:0", "transmit @sample --ethernet no-such-module.invalid",
-              "firmware --image @none --serial @none", "firmware --image /dev/null --serial @none",
-              "simulate --serial @garbage.xml", "simulate --ethernet here",
-              "simulate --serial @m --hold @garbage.xml", "simulate --serial @m --replay @none",
-              "simulate --serial @m --replay @garbage.xml", "monitor @none", "monitor @garbage.xml"}) {
+        for (const auto *line : {"convert @none.xml @x",
+                                 "convert @sample /dev/full",
+                                 "new @no/such/folder.xml",
+                                 "print @garbage.xml @x.pdf",
+                                 "print @sample /dev/full",
+                                 "transmit @garbage.xml --serial /dev/null",
+                                 "transmit @sample --serial @none",
+                                 "transmit @sample --ethernet 127.0.0.1:0",
+                                 "transmit @sample --ethernet no-such-module.invalid",
+                                 "history @none",
+                                 "history @garbage.xml",
+                                 "history --serial @none",
+                                 "history --serial @m -o @no/such/folder.csv",
+                                 "firmware --image @none --serial @none",
+                                 "firmware --image /dev/null --serial @none",
+                                 "simulate --serial @garbage.xml",
+                                 "simulate --ethernet here",
+                                 "simulate --serial @m --hold @garbage.xml",
+                                 "simulate --serial @m --replay @none",
+                                 "simulate --serial @m --replay @garbage.xml",
+                                 "monitor @none",
+                                 "monitor @garbage.xml"}) {
             const Result result = ktrcli(QString::fromLatin1(line));
             QVERIFY2(result.code == 1, line);
             QVERIFY2(result.errors.startsWith("ktrcli: "_L1) && result.errors.count(u'\n') == 1, line);
@@ -285,6 +301,27 @@ private Q_SLOTS:
         QVERIFY(module.terminate());
         const Result nobody = ktrcli(u"transmit @sample --timeout 1"_s + at);
         QCOMPARE(nobody.errors, "ktrcli: nothing was heard from the module for 1 s; stopped at step 0\n");
+    }
+
+    void theArchiveIsFetchedOrTakenOutOfALog()
+    {
+        Module module(words(u"simulate --serial @module"_s));
+        const Result fetched = ktrcli(u"history --serial @module --log @archive.txt"_s);
+        QVERIFY2(fetched.code == 0, qPrintable(fetched.errors));
+        QCOMPARE(fetched.output.count("\r\n"_L1), 18);
+        QVERIFY(fetched.output.endsWith("17;01.01.2000 01:15;1705;19,5\r\n"_L1));
+        QCOMPARE(ktrcli(u"history --serial @module -o @archive.csv"_s).code, 0);
+        QCOMPARE(contentOf(path(u"archive.csv"_s)), "\xEF\xBB\xBF" + fetched.output.toUtf8());
+        QCOMPARE(ktrcli(u"history @archive.txt"_s).output, fetched.output);
+    }
+
+    void whatHadArrivedOfAnArchiveIsKept()
+    {
+        Module module(words(u"simulate --serial @module --hang-up-at 120"_s));
+        const Result broken = ktrcli(u"history --serial @module"_s);
+        QCOMPARE(broken.code, 1);
+        QVERIFY(broken.errors.startsWith("ktrcli: the line is lost"_L1));
+        QVERIFY2(broken.output.startsWith("1;01.01.2000 "_L1), qPrintable(broken.output));
     }
 
     void anImageGoesToTheModule_data()

@@ -6,6 +6,7 @@
 #include "simulator/module_memory.h"
 #include "support/manual_timers.h"
 
+#include <QFileInfo>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -90,6 +91,24 @@ private Q_SLOTS:
     {
         QFETCH(const QString, text);
         QTEST(csvCell(text), "cell");
+    }
+
+    void aValueIsANumberWhateverItsSign()
+    {
+        QCOMPARE(historyCsv(decodeHistory(u"7,0911151405,+7,+7.25,1,-3.5,-2+3,1,=1,+a")),
+                 "7;15.11.2009 14:05;+7;+7,25\r\n"
+                 "7;15.11.2009 14:06;-3.5;\"'-2+3\"\r\n"
+                 "7;15.11.2009 14:07;\"'=1\";\"'+a\"\r\n");
+    }
+
+    void aFileIsTriedWithoutATrace()
+    {
+        QVERIFY(HistoryExport::check(path()) && !QFileInfo::exists(path()));
+        QVERIFY(replaceFile(path(), "kept"));
+        QVERIFY(HistoryExport::check(path()));
+        QCOMPARE(content(), "kept");
+        QVERIFY(!HistoryExport::check({}) && !HistoryExport::check(m_folder->path()) &&
+                !HistoryExport::check(m_folder->filePath("missing/history.csv")));
     }
 
     void theFileGrowsLineByLine()

@@ -1,0 +1,190 @@
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "cli/link_job.h"
+#include "link/history_export.h"
+#include "link/reply_interpreter.h"
+#include "platform/terminal.h"
+#include "simulator/replay.h"
+
+#include <QFile>
+
+namespace ktr::cli {
+
+namespace {
+
+const QString outputOption = QStringLiteral("output");
+
+/// Where the records go, and how many there were.
+class Records
+{
+public:
+    /// An empty path stands for standard output.
+    explicit Records(const QString &path) : m_path(path) {}
+
+    /// Takes what of a text is a line of the archive. False when it could not be written.
+    bool take(const ModuleDialogue::Reply &reply)
+    {
+        bool isWritten = true;
+        for (const ReplyEvent &event : interpretReply(reply)) {
+            if (const auto *history = std::get_if<HistoryReply>(&event)) {
+                isWritten = write(history->line) && isWritten;
+            }
+        }
+        return isWritten;
+    }
+
+    int lines() const { return m_lines; }
+
+    /// The job's exit code, after a complaint when there was nothing.
+    int end(const QString &nothing)
+    {
+        m_progress.end();
+        if (m_count == 0) {
+            return fail(nothing);
+        }
+        if (!m_path.isEmpty()) {
+            print(QStringLiteral("%1 records appended to %2").arg(m_count).arg(m_path));
+        }
+        return m_isWhole ? done : failed;
+    }
+
+private:
+    bool write(const HistoryLine &line)
+    {
+        for (const QString &remark : historyRemarks(line)) {
+            complain(remark);
+        }
+        ++m_lines;
+        m_count += static_cast<int>(line.records.size());
+        m_isWhole = m_isWhole && line.badTime.isEmpty() && line.incomplete.isEmpty();
+        const QByteArray csv = historyCsv(line);
+        if (!m_path.isEmpty()) {
+            const QString trouble = m_file.append(m_path, csv);
+            if (!trouble.isEmpty()) {
+                complain(trouble);
+                return false;
+            }
+        } else if (!csv.isEmpty()) {
+            print(QString::fromUtf8(csv.chopped(1)));
+            showNow();
+        }
+        if (!m_path.isEmpty() || !isTerminal(stdout)) {
+            m_progress.show(m_count, QStringLiteral("records"));
+        }
+        return !outputIsGone();
+    }
+
+    QString m_path;
+    HistoryExport m_file;
+    Progress m_progress{Progress::unknown};
+    int m_lines = 0;
+    int m_count = 0;
+    bool m_isWhole = true;
+};
+
+int recordsOfLog(const QString &path, Records &records)
+{
+    QFile log(path);
+    if (!log.open(QIODevice::ReadOnly)) {
+        return fail(path + QLatin1String(": ") + log.errorString());
+    }
+    RecordedConversation conversation;
+    if (const Status read = readConversation(log.readAll(), conversation); !read) {
+        return fail(path + QLatin1String(": ") + read.message());
+    }
+    ModemDialogue dialogue([] { return std::nullopt; });
+    for (const RecordedConversation::Line &line : conversation.lines) {
+        if (line.from != RecordedConversation::Line::From::Module) {
+            continue;
+        }
+        QString text = fromLogText(line.text);
+        text += text.endsWith(u'\x1A') ? QString() : QString(u'\r'); // which the log leaves out
+        for (const ModuleDialogue::Action &action : dialogue.lineReceived(text)) {
+            const auto *reply = std::get_if<ModuleDialogue::Reply>(&action);
+            if (reply != nullptr && !records.take(*reply)) {
+                return failed;
+            }
+        }
+    }
+    return records.end(path + QLatin1String(": no record of the archive is in it"));
+}
+
+int recordsOfModule(const Arguments &arguments, Records &records)
+{
+    LinkJob job(arguments);
+    ModuleSession &session = job.session();
+    const auto silence = job.timers().create();
+    const QString nothing = QStringLiteral("the module sent no record of its archive");
+    bool isAsked = false;
+    const auto wait = [&] {
+        silence->start(FastExport::longestSilence, [&] { job.finishWhenDrained(done); });
+        session.setTimeout(job.timeout());
+    };
+    session.place(FastExport::command);
+    QObject::connect(&session, &ModuleSession::commandSent, &session, [&] {
+        isAsked = true;
+        wait();
+    });
+    QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
+        const int before = records.lines();
+        if (!records.take(reply)) {
+            job.finish(failed);
+        } else if (isAsked && records.lines() > before) {
+            wait();
+        } else if (isAsked && reply.text.startsWith(QLatin1String("fail"))) {
+            job.abandon(QLatin1String("the module says: ") + logText(reply.text));
+        }
+    });
+    QObject::connect(&session, &ModuleSession::nothingToRead, &session, [&] {
+        if (isAsked && records.lines() > 0) { // the archive's last line was before this
+            silence->stop();
+            job.finishWhenDrained(done);
+        }
+    });
+    if (const auto end = job.open(arguments)) {
+        return *end;
+    }
+    const int code = job.run();
+    return code == done ? records.end(nothing) : code;
+}
+
+} // namespace
+
+void describeHistory(Arguments &arguments)
+{
+    arguments.setSummary(
+        QStringLiteral("Fetches the module's archive, or takes the records out of the conversation LOG, and "
+                       "gives them as CSV: \"key;DD.MM.YYYY HH:MM;value;value\", lines end with CR LF."));
+    arguments.addOption({{QStringLiteral("o"), outputOption},
+                         QStringLiteral("Appends the records to FILE, a new one beginning with a byte-order "
+                                        "mark, instead of printing them."),
+                         QStringLiteral("FILE")});
+    LinkJob::addOptions(arguments);
+}
+
+std::optional<int> checkHistory(const Arguments &arguments)
+{
+    const bool hasLine =
+        arguments.isSet(QStringLiteral("serial")) || arguments.isSet(QStringLiteral("ethernet"));
+    if (arguments.positional(0).isEmpty()) {
+        return hasLine ? LinkJob::check(arguments)
+                       : arguments.wrong(QStringLiteral("a LOG, --serial or --ethernet is needed"));
+    }
+    return hasLine ? arguments.wrong(QStringLiteral("a LOG does not go together with --serial or --ethernet"))
+                   : std::optional<int>();
+}
+
+int history(const Arguments &arguments)
+{
+    const QString path = arguments.value(outputOption);
+    if (arguments.isSet(outputOption)) {
+        if (const Status usable = HistoryExport::check(path); !usable) {
+            return fail(usable.message()); // before anything is fetched into nothing
+        }
+    }
+    Records records(path);
+    const QString log = arguments.positional(0);
+    return log.isEmpty() ? recordsOfModule(arguments, records) : recordsOfLog(log, records);
+}
+
+} // namespace ktr::cli
