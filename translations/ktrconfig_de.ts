@@ -861,6 +861,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Another KTRconfig is open and does not answer. It was not waited for. What is saved there and here into the same file replaces each other.</source>
         <translation>Ein anderes KTRconfig ist offen und antwortet nicht. Es wurde nicht darauf gewartet. Was dort und hier in dieselbe Datei gespeichert wird, ersetzt sich gegenseitig.</translation>
     </message>
+    <message>
+        <source>Stop the transmission</source>
+        <translation>Übertragung abbrechen</translation>
+    </message>
+    <message>
+        <source>Go on</source>
+        <translation>Fortfahren</translation>
+    </message>
 </context>
 <context>
     <name>ktr::Form_betriebsmodus</name>
@@ -1181,6 +1189,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Choose…</source>
         <translation>Wählen…</translation>
+    </message>
+    <message>
+        <source>Read version</source>
+        <translation>Version lesen</translation>
+    </message>
+    <message>
+        <source>Asks the module what it holds: sends V,§</source>
+        <translation>Fragt das Modul, was es enthält: sendet V,§</translation>
     </message>
 </context>
 <context>

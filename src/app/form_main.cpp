@@ -42,6 +42,7 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPushButton>
 #include <QScreen>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -103,6 +104,7 @@ FormMain::FormMain(const Services &services)
         }
     });
     connect(m_linkPresenter.get(), &LinkPresenter::exportFileWanted, this, &FormMain::askForExportFile);
+    connect(m_linkPresenter.get(), &LinkPresenter::overwritingFound, this, &FormMain::offerToStop);
     connect(m_linkPresenter.get(), &LinkPresenter::messageWanted, this, &FormMain::showMessage);
     connectInstances();
     connectOperationalMode();
@@ -414,6 +416,25 @@ void FormMain::askForExportFile()
     m_history.edit({QStringLiteral("txt_historyExportFile"), 0},
                    [&path](Configuration &changed) { changed.info.historyExportFile = path; });
     m_linkPresenter->place(FastExport::command);
+}
+
+/// The transmission goes on meanwhile, unless the user stops it.
+void FormMain::offerToStop(const QString &text)
+{
+    auto *box =
+        new QMessageBox(QMessageBox::Warning, QString(programName), text, QMessageBox::NoButton, this);
+    box->setObjectName(QStringLiteral("msg_differentVersions"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setModal(false);
+    auto *stop = box->addButton(tr("Stop the transmission"), QMessageBox::DestructiveRole);
+    stop->setObjectName(QStringLiteral("cmd_stopTransmission"));
+    auto *goOn = box->addButton(tr("Go on"), QMessageBox::RejectRole);
+    box->setDefaultButton(goOn);
+    box->setEscapeButton(goOn);
+    connect(stop, &QPushButton::clicked, &m_link, &ModuleLink::cancelTransmission);
+    connect(&m_link, &ModuleLink::transmissionEnded, stop, [stop] { stop->setEnabled(false); });
+    box->show();
 }
 
 void FormMain::saveText(const QString &text)

@@ -87,6 +87,7 @@ private:
     Page *buildPage(PageIndex index);
     void connectInfoPage(InfoPage &page);
     void askForExportFile();
+    void offerToStop(const QString &text);
     void saveText(const QString &text);
     void openFile(const QString &path);
 

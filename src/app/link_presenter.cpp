@@ -10,7 +10,6 @@
 #include "editor/test_page.h"
 #include "lang/text_table.h"
 #include "link/udp_transport.h"
-#include "platform/text_rules.h"
 
 #include <QAction>
 #include <QFileInfo>
@@ -54,7 +53,14 @@ void LinkPresenter::connectLink()
     connect(&m_link, &ModuleLink::interrupted, this,
             [this] { Q_EMIT messageWanted(m_texts.text(Text::ConnectionInterrupted)); });
     connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
-    connect(&m_link, &ModuleLink::transmissionStarted, this, [this] { showProgress(0); });
+    connect(&m_link, &ModuleLink::transmissionStarted, this, [this] {
+        m_overwritingTold = false;
+        showProgress(0);
+    });
+    connect(&m_link, &ModuleLink::configured, this, [this](const QString &version) {
+        m_version.configuration = version;
+        showVersion();
+    });
     connect(&m_link, &ModuleLink::stepDone, this, &LinkPresenter::showProgress);
     connect(&m_link, &ModuleLink::transmissionEnded, this, &LinkPresenter::tellEnd);
 }
@@ -126,6 +132,7 @@ void LinkPresenter::attach(TestPage &page)
     connect(&m_link, &ModuleLink::replied, &page,
             [&page](const ModemDialogue::Reply &reply) { page.showReply(reply.shown()); });
     connect(&m_link, &ModuleLink::commandLeft, &page, &TestPage::clearInput);
+    connect(&page, &TestPage::answerWantedChanged, &m_link, &ModuleLink::setAnswer);
     page.setIdle(!m_link.isTransmitting());
 }
 
@@ -150,8 +157,9 @@ void LinkPresenter::attach(CalibrationPage &page)
 void LinkPresenter::attach(InfoPage &page)
 {
     m_info = &page;
-    page.setApplicationVersion(m_version.application);
-    page.setModuleVersion(m_version.configuration);
+    connect(&page, &InfoPage::versionWanted, this, [this] { place(QStringLiteral("V,§")); });
+    page.setIdle(!m_link.isTransmitting());
+    showVersion();
 }
 
 void LinkPresenter::show()
@@ -218,6 +226,9 @@ void LinkPresenter::showProgress(int step)
     m_status.showProgress(step, steps::last);
     if (m_test != nullptr) {
         m_test->setIdle(!m_link.isTransmitting());
+    }
+    if (m_info != nullptr) {
+        m_info->setIdle(!m_link.isTransmitting());
     }
 }
 
@@ -303,12 +314,17 @@ void LinkPresenter::takeOverTransmitted()
 void LinkPresenter::takeVersion(const VersionReply &version)
 {
     m_version = version;
-    if (m_info != nullptr) {
-        m_info->setApplicationVersion(version.application);
-        m_info->setModuleVersion(version.configuration);
-    }
+    showVersion();
     takeStationType(version.stationType);
     tellDifference(version.configuration);
+}
+
+void LinkPresenter::showVersion()
+{
+    if (m_info != nullptr) {
+        m_info->setApplicationVersion(m_version.application);
+        m_info->setModuleVersion(m_version.configuration);
+    }
 }
 
 /// The module knows best what it is: no edit of the user.
@@ -327,16 +343,21 @@ void LinkPresenter::takeStationType(const QString &type)
 
 void LinkPresenter::tellDifference(const QString &moduleVersion)
 {
-    const QString &local = m_document.configuration().versionText;
-    // The module has the text as it was on the wire.
-    if (m_differenceTold || m_link.isTransmitting() ||
-        moduleVersion == fromWindows1252(toWindows1252(local))) {
+    const bool isTransmitting = m_link.isTransmitting();
+    const Configuration &local = isTransmitting ? m_link.transmitted() : m_document.configuration();
+    bool &isTold = isTransmitting ? m_overwritingTold : m_differenceTold;
+    if (isTold || moduleVersion == ModuleLink::versionOnLine(local)) {
         return;
     }
-    m_differenceTold = true;
-    Q_EMIT messageWanted(m_texts.text(Text::DifferentVersions) + u'\n' +
-                         m_texts.text(Text::ConfigurationToolVersion) + u' ' + logText(local) + u'\n' +
-                         m_texts.text(Text::ModuleApplicationVersion) + u' ' + logText(moduleVersion));
+    isTold = true;
+    const QString text = m_texts.text(Text::DifferentVersions) + u'\n' +
+                         m_texts.text(Text::ConfigurationToolVersion) + u' ' + logText(local.versionText) +
+                         u'\n' + m_texts.text(Text::ModuleApplicationVersion) + u' ' + logText(moduleVersion);
+    if (isTransmitting) {
+        Q_EMIT overwritingFound(text);
+    } else {
+        Q_EMIT messageWanted(text);
+    }
 }
 
 void LinkPresenter::writeLog(const QString &line)

@@ -54,6 +54,8 @@ Q_SIGNALS:
     void firmwareReady(const QString &what);
     /// The fast export needs a file that can be written before it is placed.
     void exportFileWanted();
+    /// What the module holds is another configuration than the one that is being transmitted.
+    void overwritingFound(const QString &text);
     /// A message that must not be overlooked.
     void messageWanted(const QString &text);
     void operationalModeWanted();
@@ -70,6 +72,7 @@ private:
     void sendFirmware();
     void takeOverTransmitted();
     void takeVersion(const VersionReply &version);
+    void showVersion();
     void takeStationType(const QString &type);
     void tellDifference(const QString &moduleVersion);
     void writeLog(const QString &line);
@@ -84,8 +87,9 @@ private:
     CalibrationPage *m_calibration = nullptr;
     InfoPage *m_info = nullptr;
     ReplyHandler m_replies;
-    VersionReply m_version;        ///< as last reported
-    bool m_differenceTold = false; ///< on this connection
+    VersionReply m_version;         ///< as last reported
+    bool m_differenceTold = false;  ///< on this connection
+    bool m_overwritingTold = false; ///< in this transmission
     ConversationLog m_log;
     QString m_logPath;
 };

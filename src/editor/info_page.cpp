@@ -46,6 +46,9 @@ QWidget *InfoPage::informationCard()
         return text(Text::ConfigurationVersion) + u' ' + text(Text::InModule);
     });
     tip(m_moduleVersion, [] { return tr("What the module holds, as last reported"); });
+    m_readVersion = addButton(grid, 2, "cmd_info_readVersion", &InfoPage::versionWanted);
+    onTexts([this] { m_readVersion->setText(tr("Read version")); });
+    tip(m_readVersion, [] { return tr("Asks the module what it holds: sends V,§"); });
     m_applicationVersion =
         addTold(grid, QStringLiteral("txt_info_appVer"), [this] { return text(Text::ApplicationVersion); });
     tip(m_applicationVersion, [] { return tr("The program in the module, as last reported"); });
@@ -137,6 +140,11 @@ void InfoPage::setModuleVersion(const QString &version)
 void InfoPage::setApplicationVersion(const QString &version)
 {
     m_applicationVersion->setText(version);
+}
+
+void InfoPage::setIdle(bool idle)
+{
+    m_readVersion->setEnabled(idle);
 }
 
 void InfoPage::setLogFile(const QString &path)

@@ -20,11 +20,16 @@ public:
     /// The version of the program in the module.
     void setApplicationVersion(const QString &version);
 
+    /// Whether no transmission runs: only then the module is asked for its version.
+    void setIdle(bool idle);
+
     /// What was chosen; an edit like typing it.
     void setLogFile(const QString &path);
     void setHistoryFile(const QString &path);
 
 Q_SIGNALS:
+    /// The module is to be asked what it holds.
+    void versionWanted();
     void chooseLogFile();
     void openLogFile();
     void chooseHistoryFile();
@@ -42,6 +47,7 @@ private:
 
     QLineEdit *m_moduleVersion = nullptr;
     QLineEdit *m_applicationVersion = nullptr;
+    QPushButton *m_readVersion = nullptr;
     QLineEdit *m_logFile = nullptr;
     QLineEdit *m_historyFile = nullptr;
 };

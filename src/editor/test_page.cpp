@@ -53,6 +53,7 @@ QWidget *TestPage::commandCard()
     m_send = captioned(addButton(typed, "cmd_test_send", [this] { send(); }), Text::Send);
     m_answer = captioned(new QCheckBox(card), Text::ConfigureWithAnswer);
     m_answer->setObjectName(QStringLiteral("chk_test_answer"));
+    connect(m_answer, &QCheckBox::toggled, this, &TestPage::answerWantedChanged);
     tip(m_answer, [] { return tr("The module confirms each command of a transmission"); });
     typed->addSpacing(12);
     typed->addWidget(m_answer);

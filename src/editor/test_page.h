@@ -36,6 +36,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 Q_SIGNALS:
+    void answerWantedChanged(bool wanted);
     void commandPlaced(const QString &command);
     /// The user wants what a display shows in a file.
     void saveWanted(const QString &text);

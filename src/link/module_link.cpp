@@ -1,6 +1,7 @@
 #include "link/module_link.h"
 
 #include "link/conversation_log.h"
+#include "platform/text_rules.h"
 
 #include <QFileInfo>
 
@@ -144,7 +145,18 @@ void ModuleLink::tellEnd()
 void ModuleLink::awaitLastCommand()
 {
     m_isLastLeaving = true;
-    m_path->session.whenDrained([this] { m_isLastLeaving = false; });
+    m_path->session.whenDrained([this] {
+        const TransmissionReport &told = report();
+        if (std::exchange(m_isLastLeaving, false) && !told.refused.contains(steps::last) &&
+            !told.unconfirmed.contains(steps::last)) {
+            Q_EMIT configured(versionOnLine(m_configuration));
+        }
+    });
+}
+
+QString ModuleLink::versionOnLine(const Configuration &configuration)
+{
+    return fromWindows1252(toWindows1252(asOneLine(configuration.versionText)));
 }
 
 void ModuleLink::setState(State state)

@@ -60,6 +60,8 @@ public:
     /// Transmits a configuration as it is now: later edits do not get into it. `answer` asks the module to
     /// answer each command.
     void transmit(const Configuration &configuration, bool answer);
+    /// The same for its next steps, and for those of one that is resumed.
+    void setAnswer(bool answer) { m_transmitter->setAnswer(answer); }
     bool isTransmitting() const { return step() != steps::idle; }
     int step() const { return m_path->session.step(); }
     /// Ends it before its next step.
@@ -76,6 +78,9 @@ public:
     /// Where the firmware image is taken from: "upgrade.bin" in the program folder unless told otherwise.
     const QString &firmwareFile() const { return m_firmware; }
     void setFirmwareFile(const QString &path) { m_firmware = path; }
+
+    /// A configuration's version text as the module is told it.
+    static QString versionOnLine(const Configuration &configuration);
 
     /// What is or was transmitted last, with what the command sequence changed in it.
     const Configuration &transmitted() const { return m_configuration; }
@@ -116,6 +121,8 @@ Q_SIGNALS:
     void commandLeft(const QString &command);
     /// The transmission does not get on, for this reason; it goes on waiting.
     void stalled(const QString &reason);
+    /// The closing command has left: the module holds a configuration of this version.
+    void configured(const QString &version);
     /// All commands were handed over, or the transmission was broken off: see report().
     void transmissionEnded();
     /// A firmware image goes to the module, which was told to expect it.

@@ -49,6 +49,9 @@ public:
     /// Breaks it off.
     void stopTransmission();
 
+    /// Whether the module is asked to answer, from the next step on.
+    void setAnswer(bool answer) { m_transmission.setAnswer(answer); }
+
     /// The one that runs, or the last one.
     const Transmission &transmission() const { return m_transmission; }
     /// The line broke before it had carried the closing command.

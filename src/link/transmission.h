@@ -65,6 +65,9 @@ public:
     /// step other than the first goes on with one that broke off there.
     Transmission(Configuration &configuration, bool answer, int step = steps::first);
 
+    /// Whether the module is asked to answer the commands from the next one on.
+    void setAnswer(bool answer) { m_answer = answer; }
+
     /// Begins over such a line; where it broke off, goes on there.
     void run(LineKind kind);
     /// Ends it before its end.

@@ -9,6 +9,7 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDesktopServices>
 #include <QDropEvent>
@@ -495,6 +496,54 @@ private Q_SLOTS:
         QCOMPARE(m_window->findChildren<QLabel *>("Label_msg").size(), 1);
         QCOMPARE(field("txt_info_version_ktr")->text(), "others");
         QCOMPARE(m_window->document().configuration().gsm.stationType, "NVA");
+    }
+
+    void anotherConfigurationInTheModuleIsToldBeforeItIsOverwritten()
+    {
+        m_ports = {"COM1"};
+        start({"-load", fileWith("Werk 7")});
+        QTRY_VERIFY(m_window->findChild<QPushButton *>("cmd_info_readVersion") != nullptr);
+        m_window->document().adjust([](Configuration &changed) { changed.versionText = "ours"; });
+        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::FileInformation));
+        auto *read = control<QPushButton>(*m_window, "cmd_info_readVersion");
+        QTest::mouseClick(read, Qt::LeftButton);
+        const QByteArray readSms = "at+cmgr=1\r";
+        Q_EMIT m_line->received(readSms);
+        QVERIFY(m_line->sent.contains("V,\xA7\r\n"));
+
+        const auto transmitUntilTold = [&] {
+            clickMenu("mnu_doConfig");
+            Q_EMIT m_line->received(readSms);
+            Q_EMIT m_line->received("at+cmgs=\"+IP\"\rV,2.1.5,theirs,KTR\x1A");
+            return m_window->findChild<QMessageBox *>("msg_differentVersions");
+        };
+        QPointer<QMessageBox> box = transmitUntilTold();
+        QVERIFY(box != nullptr && box->isVisible() && !box->isModal() && !read->isEnabled());
+        QCOMPARE(box->text(), "Different Versions:\nConfig-Tool: ours\nKTR-Application: theirs");
+        Q_EMIT m_line->received(readSms); // it goes on meanwhile
+        QVERIFY(m_line->sent.contains("n,"));
+        QTest::mouseClick(control<QPushButton>(*box, "cmd_stopTransmission"), Qt::LeftButton);
+        m_line->sent.clear();
+        Q_EMIT m_line->received(readSms);
+        QCOMPARE(m_line->sent, "at+cmgr=1\r\nOK\r\n");
+        QTRY_VERIFY(box == nullptr);
+
+        box = transmitUntilTold();
+        QVERIFY(box != nullptr);
+        for (int step = 1; step <= 78; ++step) {
+            QCOMPARE(field("txt_info_version_ktr")->text(), "theirs");
+            // The answer box counts for each step anew, the values as they were at the beginning.
+            auto *answer = m_window->findChild<QCheckBox *>("chk_test_answer");
+            answer->setChecked(step == 2);
+            m_window->document().adjust([](Configuration &changed) { changed.limitValues[0].alarm = "new"; });
+            m_line->sent.clear();
+            Q_EMIT m_line->received(readSms);
+            QVERIFY(step != 2 || m_line->sent.contains("\r\nG,1,"));
+            QVERIFY(step != 3 || m_line->sent.contains("\r\ng,2,"));
+            QVERIFY(!m_line->sent.contains("new"));
+        }
+        QCOMPARE(field("txt_info_version_ktr")->text(), "ours");
+        QVERIFY(read->isEnabled() && !control<QPushButton>(*box, "cmd_stopTransmission")->isEnabled());
     }
 
     void aFastExportTakesTheArchiveAndAnAnnouncedImageIsSent()
