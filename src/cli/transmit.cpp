@@ -39,6 +39,16 @@ int exitCode(TransmissionReport::Verdict verdict)
     return failed; // a configuration that arrived in part is none
 }
 
+/// What the module tells others, or by itself, is no answer but for what was asked for.
+bool answers(const ModuleDialogue::Reply &reply, const QString &command)
+{
+    if (reply.kind == ModuleDialogue::ReplyKind::Sms && reply.number == QLatin1String("+IP")) {
+        return true;
+    }
+    const QString told = QLatin1String("--> ") + command.left(2);
+    return reply.kind == ModuleDialogue::ReplyKind::Message && reply.text.startsWith(told);
+}
+
 } // namespace
 
 void describeTransmit(Arguments &arguments)
@@ -185,9 +195,11 @@ int send(const Arguments &arguments)
                          job.finish(failed);
                      });
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
-        print(logText(reply.text)); // no control character of a device reaches the terminal
-        history = reply.kind == ModemDialogue::ReplyKind::History;
-        if (sent && !history) {
+        const bool isAnswer = answers(reply, command);
+        history = history || reply.kind == ModemDialogue::ReplyKind::History;
+        // No control character of a device reaches the terminal.
+        print(logText(isAnswer || history ? reply.text : reply.shown()));
+        if (sent && isAnswer) {
             job.finishWhenDrained(done);
         }
     });

@@ -303,6 +303,19 @@ private Q_SLOTS:
         QCOMPARE(nobody.errors, "ktrcli: nothing was heard from the module for 1 s; stopped at step 0\n");
     }
 
+    void anAlarmIsNoAnswerToACommand()
+    {
+        write(u"alarm.txt"_s, "com <---- at+cmgr=1\ncom ----> ,\"+IP\"\ncom ----> K\ncom ----> OK\n"
+                              "com <---- at+cmgs=\"+4917012345\"\ncom ----> OK\n"
+                              "com <---- M,Pump 1 fail\\x1a\ncom ----> OK\n"
+                              "com <---- at+cmgs=\"+IP\"\ncom ----> OK\n"
+                              "com <---- OK: K\\x1a\ncom ----> OK\n");
+        Module module(words(u"simulate --serial @module --replay @alarm.txt"_s));
+        const Result answered = ktrcli(u"send K --serial @module"_s);
+        QCOMPARE(answered.output, "+4917012345 <-- M,Pump 1 fail\nOK: K\n");
+        QCOMPARE(answered.code, 0);
+    }
+
     void theArchiveIsFetchedOrTakenOutOfALog()
     {
         Module module(words(u"simulate --serial @module"_s));
