@@ -3,9 +3,11 @@
 #include "link/conversation_log.h"
 #include "link/problems.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTextDocumentFragment>
 #include <QVBoxLayout>
 
@@ -18,6 +20,7 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
       m_where(std::move(where)),
       m_title(new QLabel(this)),
       m_detail(new QLabel(this)),
+      m_details(new QScrollArea(this)),
       m_cancel(new QPushButton(this)),
       m_resume(new QPushButton(this)),
       m_close(new QPushButton(this))
@@ -28,7 +31,15 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
     m_title->setFont(bold);
     m_detail->setObjectName(QStringLiteral("lbl_transmission_detail"));
     m_detail->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    m_detail->setWordWrap(true); // there may be many links
+    m_detail->setWordWrap(true);
+    m_detail->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_details->setWidget(m_detail);
+    m_details->setWidgetResizable(true);
+    m_details->setFrameShape(QFrame::NoFrame);
+    m_details->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_details->viewport()->setAutoFillBackground(false);
+    m_detail->setAutoFillBackground(false);
+    m_details->installEventFilter(this);
     m_detail->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
     m_cancel->setObjectName(QStringLiteral("cmd_transmission_cancel"));
     m_resume->setObjectName(QStringLiteral("cmd_transmission_resume"));
@@ -37,7 +48,7 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
     auto *texts = new QVBoxLayout;
     texts->setSpacing(2);
     texts->addWidget(m_title);
-    texts->addWidget(m_detail);
+    texts->addWidget(m_details);
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(12, 4, 12, 4);
     layout->addLayout(texts, 1);
@@ -48,7 +59,7 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
 
     connect(&m_link, &ModuleLink::transmissionStarted, this, &TransmissionPanel::begin);
     connect(&m_link, &ModuleLink::stepDone, this, &TransmissionPanel::takeStep);
-    connect(&m_link, &ModuleLink::stalled, m_detail, &QLabel::setText);
+    connect(&m_link, &ModuleLink::stalled, this, &TransmissionPanel::showDetail);
     connect(&m_link, &ModuleLink::transmissionEnded, this, &TransmissionPanel::end);
     connect(&m_link, &ModuleLink::changed, this, &TransmissionPanel::showButtons);
     connect(&m_document, &Document::changed, this, &TransmissionPanel::showButtons);
@@ -125,7 +136,24 @@ void TransmissionPanel::showDetail(const QString &text)
 {
     m_detail->setTextFormat(Qt::PlainText);
     m_detail->setText(text);
+    fitDetail();
     m_detail->setToolTip(QString());
+}
+
+/// As many lines as there are, up to a few; the rest is scrolled to.
+void TransmissionPanel::fitDetail()
+{
+    constexpr int mostLines = 6;
+    const int wanted = m_detail->heightForWidth(m_details->viewport()->width());
+    m_details->setFixedHeight(std::min(wanted, mostLines * m_detail->fontMetrics().lineSpacing()));
+}
+
+bool TransmissionPanel::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_details && event->type() == QEvent::Resize) {
+        fitDetail();
+    }
+    return QWidget::eventFilter(watched, event);
 }
 
 void TransmissionPanel::end()
@@ -162,6 +190,7 @@ void TransmissionPanel::showSummary()
     }
     m_detail->setTextFormat(Qt::RichText);
     m_detail->setText(text);
+    fitDetail();
     m_detail->setToolTip(QTextDocumentFragment::fromHtml(text).toPlainText());
 }
 

@@ -8,6 +8,7 @@
 class QLabel;
 class QProgressBar;
 class QPushButton;
+class QScrollArea;
 
 namespace ktr {
 
@@ -25,6 +26,8 @@ public:
 
     void applyTexts();
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 Q_SIGNALS:
     /// The user wants to go to what failed.
     void placeChosen(const ktr::EditPlace &place);
@@ -37,6 +40,7 @@ private:
     void showDetail(const QString &text);
     void showSummary();
     void showButtons();
+    void fitDetail();
     QString links(const QList<int> &steps) const;
     QString timeLeft(int step) const;
 
@@ -50,6 +54,7 @@ private:
     bool m_ended = false;
     QLabel *m_title;
     QLabel *m_detail;
+    QScrollArea *m_details; ///< holds it: there may be a link for each step
     QPushButton *m_cancel;
     QPushButton *m_resume;
     QPushButton *m_close;

@@ -245,6 +245,40 @@ private Q_SLOTS:
         const QByteArray longLine(3000, 'x');
         QCOMPARE(hear(longLine + '\r'), longLine + "\r\n"); // echoed like any other
     }
+
+    void aPromptStartConfirmsTheClosingCommandAndALateOneDoesNot()
+    {
+        test::SilentLine line;
+        test::ManualTimers timers;
+        ModuleSession session(line, timers, test::fixedEnvironment(), LineKind::Ethernet);
+        const QSignalSpy transmitted(&session, &ModuleSession::transmitted);
+        const auto hear = [&](const QByteArray &bytes, int ms = 400) {
+            line.sent.clear();
+            Q_EMIT line.received(bytes);
+            timers.advance(Milliseconds(ms));
+            return line.sent;
+        };
+        QVERIFY(session.open(u"module"_s));
+        Configuration configuration;
+        configuration.versionText = u"as it is"_s;
+        session.startTransmission(configuration, true, 77);
+        hear("at+cpin?\r");
+        QVERIFY(hear("at+cmgr=1\r").contains("\r\nT,"));
+        hear("at+cmgs=\"+IP\"\r");
+        hear("OK: T\x1A");
+        QVERIFY(hear("at+cmgr=1\r", 3000).contains("\r\nv,as it is\r\n"));
+        hear("donE\r"); // it waited in vain: some line did not reach it
+        QCOMPARE(hear("at+cpin?\r"), "config\r\n");
+        // A datagram of that start may still be on its way.
+        QCOMPARE(hear("at+cmgr=1\r"), "at+cmgr=1\r\nOK\r\n");
+        hear("at+cpin?\r", 1000);
+        QVERIFY(hear("at+cmgr=1\r").contains("\r\nv,as it is\r\n"));
+        QVERIFY(hear("at+cmgr=1\r").contains("\r\nv,as it is\r\n")); // its header was lost
+        QCOMPARE(transmitted.size(), 0);
+        QCOMPARE(hear("at+cpin?\r"), "at+cpin?\r\nOK\r\n"); // nobody wants it any more
+        QCOMPARE(transmitted.size(), 1);
+        QCOMPARE(session.transmission().report().verdict(), TransmissionReport::Verdict::Whole);
+    }
 };
 
 QTEST_GUILESS_MAIN(EthernetDialogueTest)
