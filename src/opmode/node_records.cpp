@@ -21,6 +21,13 @@ template <class Number> Number number(std::string_view text, Number otherwise)
     return error == std::errc() && end == text.data() + text.size() ? value : otherwise;
 }
 
+std::int32_t colourOf(std::string_view text)
+{
+    constexpr std::string_view usual = "-2147483640";
+    static_assert(StationTree::normalColour == -2147483640);
+    return text == usual ? StationTree::normalColour : number(text, StationTree::normalColour);
+}
+
 StationAttributes stationOf(const NodeAttributeValues &values)
 {
     StationAttributes station;
@@ -44,10 +51,16 @@ void NodeRecords::add(const NodeAttributeValues &values)
 {
     constexpr std::size_t usualName = 4;
     const std::string_view key = values[KeyAttribute];
-    const std::string_view text = values[TextAttribute];
-    m_nodes.push_back({key, text, number(values[ColourAttribute], StationTree::normalColour)});
-    m_bytes += key.ends_with(text) ? text.size() : text.size() + usualName;
-    if (isStation(key)) {
+    std::string_view text = values[TextAttribute];
+    m_bytes += text.size();
+    if (key.ends_with(text)) {
+        text = key.substr(key.size() - text.size()); // the very bytes of the name, as with most nodes
+    } else {
+        m_bytes += usualName;
+    }
+    const bool isStation = key.find('/') == std::string_view::npos;
+    m_nodes.push_back({key, text, colourOf(values[ColourAttribute]), isStation});
+    if (isStation) {
         m_stations.push_back(stationOf(values));
     }
 }

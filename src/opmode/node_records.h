@@ -1,6 +1,7 @@
 #pragma once
 
 #include "opmode/station_attributes.h"
+#include "platform/large_pages.h"
 
 #include <array>
 #include <optional>
@@ -44,14 +45,15 @@ public:
         std::string_view key;
         std::string_view text;
         std::int32_t colour;
+        bool isStation;
     };
 
     /// A document of that many bytes is going to be read.
     void reserve(std::size_t bytes);
     void add(const NodeAttributeValues &values);
 
-    static bool isStation(std::string_view key) { return key.find('/') == std::string_view::npos; }
-    const std::vector<Record> &nodes() const { return m_nodes; }
+    using Records = std::vector<Record, LargePageAllocator<Record>>;
+    const Records &nodes() const { return m_nodes; }
     const std::vector<StationAttributes> &stations() const { return m_stations; } ///< one for each station
     std::size_t bytes() const
     {
@@ -59,7 +61,7 @@ public:
     } ///< of the texts, and the names that differ from them, about
 
 private:
-    std::vector<Record> m_nodes;
+    Records m_nodes;
     std::vector<StationAttributes> m_stations;
     std::size_t m_bytes = 0;
 };

@@ -18,7 +18,7 @@ constexpr std::size_t toleratedWaste = std::size_t{64} << 10;
 constexpr std::size_t largestArena = 0xFFFFFF00;
 
 /// A length, seven bits a byte, the last one below 128.
-void putLength(std::string &arena, std::size_t length)
+template <class Arena> void putLength(Arena &arena, std::size_t length)
 {
     for (; length >= 0x80; length >>= 7) {
         arena.push_back(static_cast<char>(length | 0x80));
@@ -47,14 +47,13 @@ NodeStore::NodeStore() : m_slots(fewestSlots), m_seed(QHashSeed::globalSeed())
     m_branches.insert(root, {NodeKind::Root, {}});
 }
 
-std::optional<NodeStore::Id> NodeStore::add(Id parent, std::string_view name, std::string_view text,
-                                            std::int32_t colour)
+std::optional<NodeStore::Id> NodeStore::add(const Place &place, std::string_view text, std::int32_t colour)
 {
+    const auto [parent, name, hashed] = place;
     if ((m_alive + 1) * 3 / 2 > m_slots.size()) {
         rebuildSlots(m_slots.size() * 2);
     }
-    const std::uint32_t hashed = hash(parent, name);
-    Slot &slot = m_slots[slotOf(hashed, parent, name)];
+    Slot &slot = m_slots[slotOf(place)];
     if (slot.id != root) {
         return std::nullopt;
     }
@@ -157,25 +156,26 @@ bool NodeStore::hasRoom(std::size_t bytes) const
     return m_nodes.size() < dead && bytes < largestArena && m_arena.size() < largestArena - bytes - lengths;
 }
 
-std::optional<NodeStore::Id> NodeStore::child(Id parent, std::string_view name) const
+std::optional<NodeStore::Id> NodeStore::child(const Place &place) const
 {
-    const Id id = m_slots[slotOf(hash(parent, name), parent, name)].id;
+    const Id id = m_slots[slotOf(place)].id;
     return id == root ? std::nullopt : std::optional(id);
 }
 
-void NodeStore::fetch(Id parent, std::string_view name) const
+void NodeStore::fetch(const Place &place) const
 {
-    prefetch(&m_slots[hash(parent, name) & (m_slots.size() - 1)]);
+    prefetch(&m_slots[place.hash & (m_slots.size() - 1)]);
 }
 
 /// Where a node is listed, or the free slot where it would be.
-std::size_t NodeStore::slotOf(std::uint32_t hash, Id parent, std::string_view name) const
+std::size_t NodeStore::slotOf(const Place &place) const
 {
     const std::size_t mask = m_slots.size() - 1;
-    std::size_t at = hash & mask;
+    std::size_t at = place.hash & mask;
     for (; m_slots[at].id != root; at = (at + 1) & mask) {
         const Id id = m_slots[at].id;
-        if (m_slots[at].hash == hash && m_nodes[id].parent == parent && texts(id).name == name) {
+        if (m_slots[at].hash == place.hash && m_nodes[id].parent == place.parent &&
+            texts(id).name == place.name) {
             break;
         }
     }
@@ -191,7 +191,7 @@ std::optional<NodeStore::Place> NodeStore::place(std::string_view key) const
                                       ? std::string_view::npos
                                       : key.find('/');
         if (slash == std::string_view::npos) {
-            return Place{parent, key};
+            return place(parent, key);
         }
         const std::optional<Id> next = child(parent, key.substr(0, slash));
         if (!next) {
@@ -205,7 +205,7 @@ std::optional<NodeStore::Place> NodeStore::place(std::string_view key) const
 std::optional<NodeStore::Id> NodeStore::find(std::string_view key) const
 {
     const std::optional<Place> found = place(key);
-    return found ? child(found->parent, found->name) : std::nullopt;
+    return found ? child(*found) : std::nullopt;
 }
 
 const std::vector<NodeStore::Id> &NodeStore::children(Id id) const
@@ -300,7 +300,8 @@ std::optional<std::uint32_t> NodeStore::store(std::string_view name, std::string
     }
     putLength(m_arena, name.size());
     m_arena.append(name);
-    if (text == name) {
+    const bool isName = text.size() == name.size() && (text.data() == name.data() || text == name);
+    if (isName) {
         putLength(m_arena, 0);
     } else {
         putLength(m_arena, text.size() + 1);
@@ -347,7 +348,7 @@ void NodeStore::removeSlot(Id id)
 
 void NodeStore::rebuildSlots(std::size_t slots)
 {
-    const std::vector<Slot> before = std::exchange(m_slots, std::vector<Slot>(slots));
+    const Large<Slot> before = std::exchange(m_slots, Large<Slot>(slots));
     const std::size_t mask = slots - 1;
     for (const Slot &slot : before) {
         if (slot.id != root) {
@@ -365,7 +366,7 @@ void NodeStore::compactWhenWasteful()
     if (m_waste <= std::max(toleratedWaste, m_arena.size() / 4)) {
         return;
     }
-    std::string arena;
+    Arena arena;
     const std::size_t used = m_arena.size() - m_waste;
     arena.reserve(used + used / 2 + toleratedWaste); // it need not move until the next time
     for (Id id = root; id < end(); ++id) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/large_pages.h"
+
 #include <QHash>
 
 #include <cstdint>
@@ -33,8 +35,26 @@ public:
 
     NodeStore();
 
+    /// Where a node belongs, whether it is there or not, and its name there.
+    struct Place
+    {
+        Id parent;
+        std::string_view name;
+        std::uint32_t hash; ///< of both
+    };
+    Place place(Id parent, std::string_view name) const { return {parent, name, hash(parent, name)}; }
+    /// Of a key; nothing when there is no node above it. The names of notifications and of entries of the
+    /// history may hold "/".
+    std::optional<Place> place(std::string_view key) const;
+    /// Begins to fetch the memory that looking for a child there, or adding it, will need.
+    void fetch(const Place &place) const;
+
     /// Appends a child; nothing when the parent has a child of that name already or there is no room left.
-    std::optional<Id> add(Id parent, std::string_view name, std::string_view text, std::int32_t colour);
+    std::optional<Id> add(const Place &place, std::string_view text, std::int32_t colour);
+    std::optional<Id> add(Id parent, std::string_view name, std::string_view text, std::int32_t colour)
+    {
+        return add(place(parent, name), text, colour);
+    }
     /// Removes a node with all that is under it.
     void remove(Id id);
     bool setText(Id id, std::string_view text);
@@ -42,18 +62,10 @@ public:
     void reserve(std::size_t nodes, std::size_t bytes);
     void setColour(Id id, std::int32_t colour) { m_nodes[id].colour = colour; }
 
-    std::optional<Id> child(Id parent, std::string_view name) const;
-    /// Begins to fetch the memory that looking for this child, or adding it, will need.
-    void fetch(Id parent, std::string_view name) const;
-    /// The node of a key. The names of notifications and of entries of the history may hold "/".
+    std::optional<Id> child(const Place &place) const;
+    std::optional<Id> child(Id parent, std::string_view name) const { return child(place(parent, name)); }
+    /// The node of a key.
     std::optional<Id> find(std::string_view key) const;
-    /// Where a node of this key belongs, and its name there; nothing when that place does not exist.
-    struct Place
-    {
-        Id parent;
-        std::string_view name;
-    };
-    std::optional<Place> place(std::string_view key) const;
 
     bool isAlive(Id id) const { return id < m_nodes.size() && m_nodes[id].text != dead; }
     Id parent(Id id) const { return m_nodes[id].parent; }
@@ -105,21 +117,24 @@ private:
         std::uint32_t hash = 0; ///< kept, so that a search looks at few nodes that it does not want
     };
 
+    template <class Value> using Large = std::vector<Value, LargePageAllocator<Value>>;
+    using Arena = std::basic_string<char, std::char_traits<char>, LargePageAllocator<char>>;
+
     static NodeKind childKind(NodeKind parent, std::string_view name);
     std::optional<std::uint32_t> store(std::string_view name, std::string_view text);
     void getKey(Id id, std::string_view stationName, std::string &key) const;
-    std::size_t slotOf(std::uint32_t hash, Id parent, std::string_view name) const;
+    std::size_t slotOf(const Place &place) const;
     std::uint32_t hash(Id parent, std::string_view name) const;
     void removeSlot(Id id);
     void rebuildSlots(std::size_t slots);
     void compactWhenWasteful();
 
-    std::vector<Node> m_nodes;
+    Large<Node> m_nodes;
     QHash<Id, Branch> m_branches; ///< of the nodes that have, or are made to have, children
-    std::string m_arena;
+    Arena m_arena;
     std::size_t m_waste = 0; ///< bytes of the arena that no node uses
     std::size_t m_alive = 0;
-    std::vector<Slot> m_slots; ///< open addressing
+    Large<Slot> m_slots; ///< open addressing
     std::size_t m_seed;
 };
 

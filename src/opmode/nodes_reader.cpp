@@ -136,14 +136,12 @@ Status readNodes(const QByteArray &document, const std::function<void(const Node
     if (expect) {
         expect(records.nodes().size(), records.bytes());
     }
-    constexpr std::size_t ahead = 12;
-    const std::vector<NodeRecords::Record> &nodes = records.nodes();
+    const NodeRecords::Records &nodes = records.nodes();
     auto station = records.stations().cbegin();
     for (std::size_t at = 0; at < nodes.size(); ++at) {
         const NodeRecords::Record &record = nodes[at];
-        const bool isStation = NodeRecords::isStation(record.key);
-        take({record.key, record.text, record.colour, isStation ? &*station++ : nullptr,
-              at + ahead < nodes.size() ? nodes[at + ahead].key : std::string_view()});
+        take({record.key, record.text, record.colour, record.isStation ? &*station++ : nullptr,
+              at + nodesAhead < nodes.size() ? nodes[at + nodesAhead].key : std::string_view()});
     }
     return Status::done();
 }

@@ -3,7 +3,6 @@
 #include "opmode/node_store.h"
 
 #include <array>
-#include <memory>
 
 namespace ktr {
 
@@ -12,31 +11,33 @@ namespace ktr {
 class ParentCache
 {
 public:
-    struct Place
+    struct Found
     {
         NodeStore::Id parent;
         std::string_view name;
     };
-    /// The place of a key as NodeStore::place() gives it, when it is remembered.
-    std::optional<Place> find(std::string_view key) const;
+    /// Where a node of this key belongs, and its name there, when that is remembered.
+    std::optional<Found> find(std::string_view key) const;
     /// Remembers the parent of a node of this key.
     void remember(std::string_view key, NodeStore::Id parent, NodeKind parentKind);
-    void clear() { m_lines.reset(); }
+    void clear();
 
 private:
     struct Line
     {
-        NodeStore::Id parent = NodeStore::root;
+        NodeStore::Id parent = NodeStore::root; ///< root marks a free line
         std::uint32_t size = 0;
         std::array<char, 56> beginning{}; ///< of the key: two names, each with its "/"
+
+        std::string_view text() const { return {beginning.data(), size}; }
     };
     static_assert(sizeof(Line) == 64);
-    static constexpr std::size_t lines = 4096;
 
-    static std::string_view beginningOf(std::string_view key);
-    static std::size_t lineOf(std::string_view beginning);
+    std::size_t lineOf(std::string_view beginning) const;
+    void grow();
 
-    std::unique_ptr<std::array<Line, lines>> m_lines;
+    std::vector<Line> m_lines; ///< open addressing, half of them free at least
+    std::size_t m_taken = 0;
 };
 
 } // namespace ktr

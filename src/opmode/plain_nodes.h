@@ -19,11 +19,13 @@ public:
 private:
     bool takeLiteral(std::string_view literal);
     bool takeElement(NodeRecords &records);
+    bool takeStation();
     bool takeValue(std::string_view &value);
     bool takeLongWay(const char *begin, std::string_view &value);
 
     const char *m_at = nullptr;
     const char *m_end = nullptr;
+    NodeAttributeValues m_values;      ///< of the present element; empty where it has none
     std::deque<std::string> m_decoded; ///< values with references
 };
 

@@ -179,7 +179,18 @@ private:
     NodeChange m_told{}; ///< kept for the room of its texts
     std::tuple<Qt::TimeSpec, QDate, QTime> m_lastTime;
     qint64 m_lastMoment = 0;
-    ParentCache m_parents; ///< while loading
+    // While loading.
+    struct Announced
+    {
+        const char *key = nullptr;
+        NodeStore::Place place{};
+    };
+    std::optional<NodeStore::Place> rememberedPlace(std::string_view key) const;
+    bool load(const NodeStore::Place &place, std::string_view text, std::int32_t colour);
+    void forgetParents();
+    ParentCache m_parents;
+    std::array<Announced, nodesAhead> m_announced; ///< a ring
+    std::size_t m_nextAnnounced = 0;
     bool m_loading = false;
     bool m_gathering = false; ///< counts of alarms are shown at the end of many changes
 };

@@ -6,50 +6,68 @@ void StationTree::beginLoading()
 {
     beginResetModel();
     m_loading = true;
+    forgetParents();
 }
 
 void StationTree::endLoading()
 {
     m_loading = false;
-    m_parents.clear();
+    forgetParents();
     endResetModel();
     tellAlarmCount();
 }
 
-bool StationTree::load(const NodeElement &element)
+void StationTree::forgetParents()
 {
-    if (const auto place = m_parents.find(element.later)) {
-        m_nodes.fetch(place->parent, place->name);
-    }
-    return load(element.key, element.text, element.colour);
+    m_parents.clear();
+    m_announced.fill({});
 }
 
-bool StationTree::load(std::string_view key, std::string_view text, std::int32_t newColour)
+std::optional<NodeStore::Place> StationTree::rememberedPlace(std::string_view key) const
+{
+    const auto found = m_parents.find(key);
+    return found ? std::optional(m_nodes.place(found->parent, found->name)) : std::nullopt;
+}
+
+bool StationTree::load(const NodeElement &element)
+{
+    Announced &announced = m_announced[m_nextAnnounced];
+    m_nextAnnounced = (m_nextAnnounced + 1) % m_announced.size();
+    const Announced own = std::exchange(announced, {});
+    if (const auto place = rememberedPlace(element.later)) {
+        m_nodes.fetch(*place);
+        announced = {element.later.data(), *place};
+    }
+    return own.key != nullptr && own.key == element.key.data()
+               ? load(own.place, element.text, element.colour)
+               : load(element.key, element.text, element.colour);
+}
+
+bool StationTree::load(std::string_view key, std::string_view text, std::int32_t colour)
+{
+    if (key.find('/') == std::string_view::npos) {
+        const bool isName = !text.empty() && text.find('/') == std::string_view::npos;
+        return isName && load(m_nodes.place(NodeStore::root, text), text, colour); // the text becomes the key
+    }
+    std::optional<NodeStore::Place> place = rememberedPlace(key);
+    if (!place) {
+        place = m_nodes.place(key);
+        if (!place) {
+            return false;
+        }
+        m_parents.remember(key, place->parent, m_nodes.kind(place->parent));
+    }
+    return load(*place, text, colour);
+}
+
+bool StationTree::load(const NodeStore::Place &place, std::string_view text, std::int32_t newColour)
 {
     Q_ASSERT(m_loading);
-    Id parent = NodeStore::root;
-    std::string_view name = text; // a station's text has become its key
-    std::optional<Id> node;
-    if (key.find('/') == std::string_view::npos) {
-        if (text.empty() || text.find('/') != std::string_view::npos) {
-            return false;
-        }
-        node = addBranch(text);
-    } else {
-        if (const auto known = m_parents.find(key)) {
-            parent = known->parent;
-            name = known->name;
-        } else if (const auto place = m_nodes.place(key)) {
-            parent = place->parent;
-            name = place->name;
-            m_parents.remember(key, parent, m_nodes.kind(parent));
-        } else {
-            return false;
-        }
-        node = m_nodes.add(parent, name, text, normalColour); // most nodes are new: looked up once
-    }
+    // Most nodes are new: they are looked up once.
+    std::optional<Id> node =
+        place.parent == NodeStore::root ? addBranch(place.name) : m_nodes.add(place, text, normalColour);
     if (!node) {
-        node = m_nodes.child(parent, name);
+        node = m_nodes.child(place);
         if (node) {
             m_nodes.setText(*node, text);
         }
@@ -103,7 +121,7 @@ bool StationTree::replay(const NodeChange &change)
         forget(*id);
         m_nodes.remove(*id);
         m_savedKeys.remove(change.key);
-        m_parents.clear();
+        forgetParents();
         return true;
     case NodeChange::What::Station:
         return kind == NodeKind::Station;
