@@ -1,0 +1,47 @@
+#pragma once
+
+#include "platform/status.h"
+
+#include <QString>
+
+#include <memory>
+
+namespace ktr {
+
+/// Keeps a thing that programs share, on one machine or on a network share, to one of them at a time: a lock
+/// of the system on a file beside it. It ends with its holder, however that ends, so there is none to be
+/// cleared away after a crash or a power cut. The file names the holder for the others, and goes with the
+/// lock.
+class FileLock
+{
+public:
+    FileLock();
+    ~FileLock(); ///< releases it
+    Q_DISABLE_COPY_MOVE(FileLock)
+
+    enum class Outcome {
+        Taken,
+        Held,      ///< by another program
+        Impossible ///< the folder is not writable, or locks are not known there
+    };
+    /// Takes the lock of this file, which is made where it does not exist; does not wait.
+    Outcome take(const QString &path);
+    void release();
+
+    /// After Held: the user, the machine, the program and since when, in words for the user.
+    const QString &holder() const { return m_holder; }
+    /// After Impossible: why.
+    const Status &trouble() const { return m_trouble; }
+
+private:
+    struct Held;
+    std::unique_ptr<Held> m_held;
+    QString m_holder;
+    Status m_trouble = Status::done();
+};
+
+/// What a lock's file says of this program, and what others make of that.
+QByteArray lockHolderRecord(const QString &user);
+QString lockHolderText(const QByteArray &record);
+
+} // namespace ktr

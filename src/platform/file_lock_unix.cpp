@@ -1,0 +1,140 @@
+#include "platform/file_lock.h"
+#include "platform/files.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <pwd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ktr {
+
+namespace {
+
+/// Far behind what stands in the file: on some network shares nobody else can read a byte that is locked.
+constexpr off_t lockedByte = 0x4000'0000;
+
+/// Gives false, with the reason in errno. The lock is the descriptor's own where the system knows that.
+bool lockDescriptor(int descriptor, bool exclusive)
+{
+    struct flock lock = {};
+    lock.l_type = exclusive ? F_WRLCK : F_RDLCK;
+    lock.l_whence = SEEK_SET;
+    lock.l_start = lockedByte;
+    lock.l_len = 1;
+#ifdef F_OFD_SETLK
+    return ::fcntl(descriptor, F_OFD_SETLK, &lock) == 0;
+#else
+    return ::fcntl(descriptor, F_SETLK, &lock) == 0;
+#endif
+}
+
+QString userName()
+{
+    const struct passwd *user = ::getpwuid(::geteuid());
+    return user != nullptr ? QString::fromLocal8Bit(user->pw_name) : QString::number(::geteuid());
+}
+
+/// Whether the path still names this file: its last holder may have removed it in between.
+bool isStillThere(int descriptor, const QByteArray &path)
+{
+    struct stat held = {};
+    struct stat named = {};
+    return ::fstat(descriptor, &held) == 0 && ::lstat(path.constData(), &named) == 0 &&
+           held.st_dev == named.st_dev && held.st_ino == named.st_ino;
+}
+
+QByteArray contentOf(int descriptor)
+{
+    char record[1024];
+    const ssize_t size = ::pread(descriptor, record, sizeof record, 0);
+    return {record, size < 0 ? 0 : size};
+}
+
+/// Whoever may make files in the folder may take the lock, also after another user was killed with it.
+void giveModeOfFolder(int descriptor, const QByteArray &path)
+{
+    struct stat file = {};
+    struct stat folder = {};
+    const QByteArray folderPath = QFile::encodeName(QFileInfo(QFile::decodeName(path)).absolutePath());
+    if (::fstat(descriptor, &file) == 0 && file.st_uid == ::geteuid() &&
+        ::stat(folderPath.constData(), &folder) == 0) {
+        ::fchmod(descriptor, (folder.st_mode & 0666U) | S_IRUSR | S_IWUSR);
+    }
+}
+
+} // namespace
+
+struct FileLock::Held
+{
+    Held(QByteArray lockPath, int lockDescriptor) : path(std::move(lockPath)), descriptor(lockDescriptor) {}
+    ~Held()
+    {
+        if (isOwn) {
+            ::unlink(path.constData());
+        }
+        ::close(descriptor);
+    }
+    Q_DISABLE_COPY_MOVE(Held)
+
+    QByteArray path;
+    int descriptor;
+    bool isOwn = false; ///< and goes with the lock
+};
+
+FileLock::FileLock() = default;
+FileLock::~FileLock() = default;
+
+FileLock::Outcome FileLock::take(const QString &path)
+{
+    release();
+    const QByteArray name = QFile::encodeName(path);
+    while (true) {
+        constexpr int flags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
+        int descriptor = ::open(name.constData(), O_RDWR | O_CREAT | flags, S_IRUSR | S_IWUSR);
+        const bool isWritable = descriptor >= 0;
+        if (!isWritable) { // somebody else's file, or a folder that is not to be written
+            const int reason = errno;
+            descriptor = ::open(name.constData(), O_RDONLY | flags);
+            errno = reason;
+        }
+        if (descriptor < 0) {
+            m_trouble = fileFailure(path, QString::fromLocal8Bit(std::strerror(errno)));
+            return Outcome::Impossible;
+        }
+        auto held = std::make_unique<Held>(name, descriptor);
+        if (!lockDescriptor(descriptor, isWritable)) {
+            if (errno == EAGAIN || errno == EACCES) {
+                m_holder = lockHolderText(contentOf(descriptor));
+                return Outcome::Held;
+            }
+            m_trouble = fileFailure(path, QString::fromLocal8Bit(std::strerror(errno)));
+            held->isOwn = isWritable;
+            return Outcome::Impossible;
+        }
+        if (!isStillThere(descriptor, name)) {
+            continue;
+        }
+        if (isWritable) {
+            held->isOwn = true;
+            giveModeOfFolder(descriptor, name);
+            const QByteArray record = lockHolderRecord(userName());
+            // Without it the others are told less; the lock is the same.
+            (void)!::pwrite(descriptor, record.constData(), static_cast<std::size_t>(record.size()), 0);
+            (void)!::ftruncate(descriptor, record.size());
+        }
+        m_held = std::move(held);
+        return Outcome::Taken;
+    }
+}
+
+void FileLock::release()
+{
+    m_held.reset();
+}
+
+} // namespace ktr
