@@ -209,7 +209,7 @@ int simulate(const Arguments &arguments)
             return;
         }
         const QString path = arguments.value(saveOption);
-        const Status saved = replaceFile(path, writeConfiguration(memory.configuration, environment));
+        const Status saved = writeConfigurationFile(path, memory.configuration, environment);
         if (saved) {
             report(QLatin1String("saved ") + path);
         } else {

@@ -128,6 +128,18 @@ ReadReport readConfiguration(const QByteArray &document, Configuration &configur
     return report;
 }
 
+Status writeConfigurationFile(const QString &path, const Configuration &configuration,
+                              const Environment &environment)
+{
+    const QByteArray document = writeConfiguration(configuration, environment);
+    if (document.size() > longestFile) {
+        return fileFailure(path, QCoreApplication::translate("Files", "would be longer than %1 MiB, which is "
+                                                                      "not read again")
+                                     .arg(longestFile >> 20));
+    }
+    return replaceFile(path, document, configuration.gsm.pin.isEmpty() ? Readers::AsUsual : Readers::Owner);
+}
+
 ReadReport readConfigurationFile(const QString &path, Configuration &configuration,
                                  const Environment &environment)
 {

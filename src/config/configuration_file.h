@@ -17,6 +17,11 @@ QString programVersion();
 /// that XML cannot carry are left out.
 QByteArray writeConfiguration(const Configuration &configuration, const Environment &environment);
 
+/// Replaces a file whole or not at all. A new file with a PIN is readable for its owner only. A configuration
+/// that would be too long to be read again is refused.
+Status writeConfigurationFile(const QString &path, const Configuration &configuration,
+                              const Environment &environment);
+
 struct ReadReport
 {
     bool opened = true;               ///< false: there was no such file, nothing was touched

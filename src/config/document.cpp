@@ -127,7 +127,7 @@ Status Document::save()
         return Status::failed(QCoreApplication::translate("Files", "there is no file name to save under"));
     }
     const QString file = fileCalled(m_fileName);
-    Status written = replaceFile(file, writeConfiguration(m_configuration, m_environment));
+    Status written = writeConfigurationFile(file, m_configuration, m_environment);
     if (written) {
         m_source = file;
         setModified(false);

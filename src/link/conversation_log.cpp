@@ -78,7 +78,8 @@ QString fromLogText(const QString &text)
 Status ConversationLog::open(const QString &path)
 {
     m_file.setFileName(path);
-    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered)) {
+    constexpr QFileDevice::Permissions ownersAlone = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
+    if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered, ownersAlone)) {
         return Status::failed(path + QLatin1String(": ") + m_file.errorString());
     }
     return Status::done();

@@ -4,6 +4,10 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+#include <limits>
+#include <new>
+
 namespace ktr {
 
 Status fileFailure(const QString &path, const QString &reason)
@@ -23,9 +27,15 @@ Status readFile(const QString &path, QByteArray &content, qint64 limit)
     if (!file.open(QIODevice::ReadOnly)) {
         return fileFailure(path, file.errorString());
     }
-    // In pieces: what is asked for is reserved, however short the file is.
+    // In pieces: what is asked for is reserved, however little there is to read.
     constexpr qint64 piece = qint64{64} * 1024;
     content.clear();
+    try {
+        content.reserve(std::min(file.size(), limit)); // 0 for a pipe
+    } catch (const std::bad_alloc &) {
+        return fileFailure(path,
+                           QCoreApplication::translate("Files", "is longer than the memory that is free"));
+    }
     QByteArray read;
     do {
         read = file.read(piece);
@@ -40,6 +50,11 @@ Status readFile(const QString &path, QByteArray &content, qint64 limit)
                            QCoreApplication::translate("Files", "is longer than %1 MiB").arg(limit >> 20));
     }
     return Status::done();
+}
+
+Status readFile(const QString &path, QByteArray &content)
+{
+    return readFile(path, content, std::numeric_limits<qint64>::max());
 }
 
 Status copyFile(const QString &from, const QString &to)
@@ -60,10 +75,10 @@ Status copyFile(const QString &from, const QString &to)
     return status ? copy.commit() : status;
 }
 
-Status replaceFile(const QString &path, const QByteArray &content)
+Status replaceFile(const QString &path, const QByteArray &content, Readers ofNew)
 {
     FileReplacement file;
-    Status status = file.open(path);
+    Status status = file.open(path, ofNew);
     if (status) {
         status = file.write(content);
     }

@@ -11,8 +11,10 @@ class QFile;
 
 namespace ktr {
 
-/// Reads a whole file of at most `limit` bytes into `content`.
+/// Reads a whole file of at most `limit` bytes into `content`. For what comes from outside: what the program
+/// writes itself, it must be able to read at any length.
 Status readFile(const QString &path, QByteArray &content, qint64 limit);
+Status readFile(const QString &path, QByteArray &content);
 
 /// A failure that names its file.
 Status fileFailure(const QString &path, const QString &reason);
@@ -26,13 +28,22 @@ Status openOwnersFile(QFile &file, const QString &path);
 /// Waits until the disk has what was written to an open file; false when it cannot be known to.
 bool flushToDisk(int descriptor);
 
-/// Replaces a file whole or not at all, and so that it outlives a power cut: what stood there before
-/// stays untouched until the new content is on the disk. A new file is readable for its owner only
-/// (a configuration holds the SIM's PIN); an existing one keeps its permissions, a link its target.
-/// A device or a pipe is simply written to.
-Status replaceFile(const QString &path, const QByteArray &content);
+/// Who may read a file that is new.
+enum class Readers {
+    Owner,  ///< what may hold a secret, such as a configuration the SIM's PIN
+    AsUsual ///< as the user wants it of all files
+};
 
-/// The same for content that comes piece by piece. What is not committed is discarded.
+/// Replaces a file whole or not at all, and so that it outlives a power cut: what stood there before
+/// stays untouched until the new content is on the disk. An existing file keeps its permissions, a link its
+/// target. A device or a pipe is simply written to. What a program that was killed had begun of this file,
+/// hidden beside it, is removed.
+Status replaceFile(const QString &path, const QByteArray &content, Readers ofNew = Readers::Owner);
+
+/// Removes what programs that were killed had begun of a file that is not going to be replaced.
+void removeAbandoned(const QString &path);
+
+/// Replaces a file in the same way by content that comes piece by piece. What is not committed is discarded.
 class FileReplacement
 {
 public:
@@ -41,7 +52,7 @@ public:
     Q_DISABLE_COPY_MOVE(FileReplacement)
 
     /// Each fails with a message that names the file; after a failure nothing but open() is of use.
-    Status open(const QString &path);
+    Status open(const QString &path, Readers ofNew = Readers::Owner);
     Status write(const QByteArray &bytes);
     Status commit();
 

@@ -1,12 +1,16 @@
 #include "platform/files.h"
 
 #include <QCoreApplication>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QUuid>
 
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
+#include <optional>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -36,12 +40,62 @@ bool writeAll(int descriptor, const QByteArray &content)
     return true;
 }
 
-/// How the descriptor of a new file is made, and what is to become of it.
+/// A temporary file's name is ".NAME.ktr-" and eight digits. It is locked as long as its program writes it.
+const QString temporaryMark = QStringLiteral(".ktr-");
+constexpr qsizetype digits = 8;
+
+/// Removes what programs that were killed had begun of this file.
+void removeAbandoned(const QFileInfo &file)
+{
+    const QString begin = u'.' + file.fileName() + temporaryMark;
+    QDirIterator entries(file.absolutePath(), QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    while (entries.hasNext()) {
+        const QByteArray path = QFile::encodeName(entries.next());
+        const QString name = entries.fileName();
+        if (!name.startsWith(begin) || name.size() != begin.size() + digits) {
+            continue;
+        }
+        const int descriptor = ::open(path.constData(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+        if (descriptor >= 0) {
+            if (::flock(descriptor, LOCK_EX | LOCK_NB) == 0) {
+                ::unlink(path.constData());
+            }
+            ::close(descriptor);
+        }
+    }
+}
+
+/// Makes and locks a temporary file for this one; -1, with the reason in errno, when it cannot be made.
+int makeTemporary(const QFileInfo &file, mode_t mode, QByteArray &path)
+{
+    constexpr int tries = 10;
+    for (int i = 1;; ++i) {
+        path = QFile::encodeName(file.absolutePath() + QLatin1String("/.") + file.fileName() + temporaryMark +
+                                 QUuid::createUuid().toString(QUuid::Id128).left(digits));
+        const int descriptor = ::open(path.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        if (descriptor < 0 && errno == EEXIST && i < tries) {
+            continue;
+        }
+        if (descriptor < 0) {
+            return descriptor;
+        }
+        // Where locks are not known nobody takes it for abandoned either.
+        const bool isSeen = ::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+        struct stat made = {};
+        if (i == tries || (!isSeen && ::fstat(descriptor, &made) == 0 && made.st_nlink > 0)) {
+            return descriptor;
+        }
+        ::unlink(path.constData()); // somebody removed it, or is about to, before it was locked
+        ::close(descriptor);
+    }
+}
+
+/// What is to become of the file that is written.
 struct Target
 {
     QByteArray temporary; ///< empty: a device or a pipe, which is written to as it is
     QString file;
-    mode_t mode = S_IRUSR | S_IWUSR;
+    std::optional<mode_t> mode{}; ///< of the file that is replaced
 };
 
 } // namespace
@@ -65,7 +119,7 @@ struct FileReplacement::Pending
     int descriptor = -1;
 };
 
-Status FileReplacement::open(const QString &path)
+Status FileReplacement::open(const QString &path, Readers ofNew)
 {
     m_pending = std::make_unique<Pending>(path);
     struct stat present = {};
@@ -86,14 +140,19 @@ Status FileReplacement::open(const QString &path)
     Target &target = m_pending->target;
     target.file = exists ? info.canonicalFilePath() : info.isSymLink() ? info.symLinkTarget() : path;
     const QFileInfo file(target.file);
-    QByteArray temporary = QFile::encodeName(file.absolutePath() + QLatin1String("/.") + file.fileName() +
-                                             QLatin1String(".XXXXXX"));
-    m_pending->descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
+    removeAbandoned(file);
+    constexpr mode_t ownersAlone = S_IRUSR | S_IWUSR;
+    constexpr mode_t usual = 0666; // the system takes away what the user does not want
+    QByteArray temporary;
+    m_pending->descriptor =
+        makeTemporary(file, !exists && ofNew == Readers::AsUsual ? usual : ownersAlone, temporary);
     if (m_pending->descriptor < 0) {
         return systemFailure(path);
     }
     target.temporary = temporary;
-    target.mode = exists ? (present.st_mode & 07777U) : target.mode;
+    if (exists) {
+        target.mode = present.st_mode & 07777U;
+    }
     return Status::done();
 }
 
@@ -110,7 +169,7 @@ Status FileReplacement::commit()
         return Status::done();
     }
     const int descriptor = pending->descriptor;
-    bool ok = ::fchmod(descriptor, target.mode) == 0 && ::fsync(descriptor) == 0;
+    bool ok = (!target.mode || ::fchmod(descriptor, *target.mode) == 0) && ::fsync(descriptor) == 0;
     if (ok) {
         pending->descriptor = -1;
         ok = ::close(descriptor) == 0;
@@ -133,6 +192,11 @@ Status FileReplacement::commit()
 
 FileReplacement::FileReplacement() = default;
 FileReplacement::~FileReplacement() = default;
+
+void removeAbandoned(const QString &path)
+{
+    removeAbandoned(QFileInfo(path));
+}
 
 bool canMakeFiles(const QString &folder)
 {

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryFile>
@@ -77,6 +78,24 @@ bool moveOver(const QString &from, const QString &to)
     }
 }
 
+/// A temporary file's name is ".NAME.ktr-" and eight digits.
+const QString temporaryMark = QStringLiteral(".ktr-");
+constexpr qsizetype digits = 8;
+
+/// Removes what programs that were killed had begun of this file. What is still open is not removed.
+void removeAbandoned(const QFileInfo &file)
+{
+    const QString begin = u'.' + file.fileName() + temporaryMark;
+    QDirIterator entries(file.path(), QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    while (entries.hasNext()) {
+        const QString path = entries.next();
+        const QString name = entries.fileName();
+        if (name.startsWith(begin) && name.size() == begin.size() + digits) {
+            ::DeleteFileW(native(QDir::toNativeSeparators(path)));
+        }
+    }
+}
+
 } // namespace
 
 struct FileReplacement::Pending
@@ -99,7 +118,7 @@ struct FileReplacement::Pending
     HANDLE handle = INVALID_HANDLE_VALUE;
 };
 
-Status FileReplacement::open(const QString &path)
+Status FileReplacement::open(const QString &path, Readers ofNew)
 {
     m_pending = std::make_unique<Pending>(path);
     const QFileInfo info(path);
@@ -116,7 +135,9 @@ Status FileReplacement::open(const QString &path)
         if (::GetLastError() != ERROR_FILE_NOT_FOUND) {
             return systemFailure(path);
         }
-        security.ownersAlone();
+        if (ofNew == Readers::Owner) {
+            security.ownersAlone();
+        }
     } else if (::GetFileType(present) != FILE_TYPE_DISK) {
         m_pending->handle = present;
         return Status::done();
@@ -129,9 +150,10 @@ Status FileReplacement::open(const QString &path)
                          : info.isSymLink() ? info.symLinkTarget()
                                             : info.absoluteFilePath();
     m_pending->file = QDir::toNativeSeparators(file);
+    removeAbandoned(QFileInfo(file));
     const QString temporary =
-        QFileInfo(file).path() + QLatin1String("/.") + QFileInfo(file).fileName() + u'.' +
-        QUuid::createUuid().toString(QUuid::Id128).left(8); // eight digits, which no other save has by chance
+        QFileInfo(file).path() + QLatin1String("/.") + QFileInfo(file).fileName() + temporaryMark +
+        QUuid::createUuid().toString(QUuid::Id128).left(digits); // which no other save has by chance
     SECURITY_ATTRIBUTES attributes = security.attributes();
     m_pending->handle = createFile(QDir::toNativeSeparators(temporary), GENERIC_WRITE, FILE_SHARE_READ,
                                    &attributes, CREATE_NEW);
@@ -177,6 +199,11 @@ Status FileReplacement::commit()
 
 FileReplacement::FileReplacement() = default;
 FileReplacement::~FileReplacement() = default;
+
+void removeAbandoned(const QString &path)
+{
+    removeAbandoned(QFileInfo(path));
+}
 
 bool canMakeFiles(const QString &folder)
 {

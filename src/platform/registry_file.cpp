@@ -27,8 +27,6 @@ using RegistryBackEnd::NamedTexts;
 
 namespace {
 
-constexpr qint64 longestFile = qint64{16} << 20;
-
 struct Place
 {
     QString path;
@@ -109,7 +107,7 @@ void put(QJsonObject &keys, const QString &key, const NamedTexts &texts)
 Error load(const QString &path, QJsonObject &keys)
 {
     QByteArray content;
-    if (!readFile(path, content, longestFile)) {
+    if (!readFile(path, content)) {
         return QFileInfo::exists(path) ? Error::AccessDenied : Error::None;
     }
     if (content.isEmpty()) {

@@ -95,7 +95,7 @@ Status Printout::writePdf(const QString &path) const
             paintPage(painter, page);
         }
     }
-    return replaceFile(path, bytes);
+    return replaceFile(path, bytes, Readers::AsUsual);
 }
 
 } // namespace ktr

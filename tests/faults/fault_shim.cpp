@@ -107,11 +107,6 @@ int opened(const char *name, const char *path, int flags, mode_t mode)
     return real<int(const char *, int, ...)>(name)(path, flags, mode);
 }
 
-int made(const char *name, char *path, int flags)
-{
-    return fails(harm("mkostemp", path), true) ? -1 : real<int(char *, int)>(name)(path, flags);
-}
-
 /// Milliseconds that the wall clock is off by now.
 long long clockJump()
 {
@@ -179,16 +174,6 @@ int renameat2(int fromFolder, const char *from, int toFolder, const char *to, un
 int unlink(const char *path)
 {
     return fails(harm("unlink", path), false) ? -1 : real<int(const char *)>("unlink")(path);
-}
-
-int mkostemp(char *path, int flags)
-{
-    return made("mkostemp", path, flags);
-}
-
-int mkostemp64(char *path, int flags)
-{
-    return made("mkostemp64", path, flags);
 }
 
 int open(const char *path, int flags, ...)

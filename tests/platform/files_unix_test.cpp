@@ -1,3 +1,4 @@
+#include "platform/file_lock.h"
 #include "platform/files.h"
 #include "platform/serial_device.h"
 #include "support/test_files.h"
@@ -7,6 +8,9 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <sys/file.h>
+#include <sys/stat.h>
 
 using namespace ktr;
 using namespace Qt::StringLiterals;
@@ -40,6 +44,55 @@ private Q_SLOTS:
         QCOMPARE(QFile::permissions(path(u"a"_s)) & relevant, visible);
         QCOMPARE(contentOf(path(u"a"_s)), "two");
         QCOMPARE(QDir(m_folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"a"_s});
+        const mode_t mask = ::umask(027);
+        QVERIFY(replaceFile(path(u"b"_s), "one", Readers::AsUsual));
+        ::umask(mask);
+        QCOMPARE(QFile::permissions(path(u"b"_s)) & relevant, ownerOnly | QFileDevice::ReadGroup);
+    }
+
+    void whatAKilledProgramBeganIsRemovedAtTheNextSave()
+    {
+        QTemporaryDir folder;
+        const QStringList others{u".b.ktr-01234567"_s, u".c.backup"_s, u".c.ktr-backups"_s, u".c.xml"_s};
+        const QString abandoned = u".c.ktr-89abcdef"_s;
+        const QString inUse = u".c.ktr-01234567"_s; // a program is about to replace it
+        for (const QString &name : others + QStringList{abandoned, inUse}) {
+            QVERIFY(writeFile(folder.filePath(name), "x"));
+        }
+        QFile open(folder.filePath(inUse));
+        QVERIFY(open.open(QIODevice::ReadWrite) && ::flock(open.handle(), LOCK_EX) == 0);
+        QVERIFY(replaceFile(folder.filePath(u"c"_s), "new"));
+        const auto names = [&folder] {
+            const QStringList found = QDir(folder.path()).entryList(QDir::Files | QDir::Hidden);
+            return QSet<QString>(found.begin(), found.end());
+        };
+        QSet<QString> expected(others.begin(), others.end());
+        expected += u"c"_s;
+        QCOMPARE(names(), expected + QSet{inUse});
+        open.close();
+        removeAbandoned(folder.filePath(u"c"_s));
+        QCOMPARE(names(), expected);
+    }
+
+    /// As another program does, through a descriptor of its own.
+    void aLockIsHeldByOneAndGoesWithIt()
+    {
+        QTemporaryDir folder;
+        const QString file = folder.filePath(u"a.lock"_s);
+        FileLock first;
+        FileLock second;
+        QVERIFY(writeFile(file, "left by one that was killed"));
+        QCOMPARE(first.take(file), FileLock::Outcome::Taken);
+        QCOMPARE(second.take(file), FileLock::Outcome::Held);
+        QVERIFY(second.holder().contains(QString::number(QCoreApplication::applicationPid())));
+        QVERIFY(writeFile(file, "\x1b[31m\n\n"));
+        QCOMPARE(second.take(file), FileLock::Outcome::Held); // whatever stands there
+        QVERIFY(!second.holder().contains(u'\x1b'));
+        first.release();
+        QVERIFY(!QFileInfo::exists(file));
+        QCOMPARE(second.take(file), FileLock::Outcome::Taken);
+        QCOMPARE(first.take(folder.filePath(u"none/a.lock"_s)), FileLock::Outcome::Impossible);
+        QVERIFY(first.trouble().message().contains(u"none/a.lock"_s));
     }
 
     void aLinkStaysALinkAndItsTargetIsReplaced()

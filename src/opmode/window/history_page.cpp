@@ -371,8 +371,8 @@ void HistoryPage::savePicture()
     QBuffer buffer(&bytes);
     const bool drawn = m_plot->picture(stationName() + QStringLiteral(" \u2013 ") + text(Text::History))
                            .save(&buffer, "PNG");
-    const Status written =
-        drawn ? replaceFile(path, bytes) : Status::failed(tr("%1: the picture is too large.").arg(path));
+    const Status written = drawn ? replaceFile(path, bytes, Readers::AsUsual)
+                                 : Status::failed(tr("%1: the picture is too large.").arg(path));
     Q_EMIT told(written ? tr("Saved: %1").arg(path) : written.message());
 }
 
