@@ -190,8 +190,8 @@ int wrongNodes(const QString &path, const NumberedModules &modules, const Option
             expected.erase(found);
         }
     };
-    constexpr qint64 longest = 1 << 30;
-    if (!readFile(path, document, longest) || !readNodes(document, take)) {
+    QStringList remarks;
+    if (!readFile(path, document) || !readNodes(document, remarks, take) || !remarks.isEmpty()) {
         return options.messages();
     }
     return wrong + int(expected.size());

@@ -86,8 +86,9 @@ void readingAMillionEntriesBesideTheParserAlone(benchmark::State &state)
     const auto own = [&state] {
         StationTree tree(captions());
         tree.beginLoading();
+        QStringList remarks;
         const Status read = readNodes(
-            document(), [&tree](const NodeElement &element) { tree.load(element); },
+            document(), remarks, [&tree](const NodeElement &element) { tree.load(element); },
             [&tree](std::size_t nodes, std::size_t bytes) { tree.reserve(nodes, bytes); });
         tree.endLoading();
         if (!read) {

@@ -25,7 +25,8 @@ struct Node
 std::optional<std::vector<Node>> nodesOf(const QByteArray &document)
 {
     std::vector<Node> nodes;
-    const Status read = readNodes(document, [&nodes](const NodeElement &element) {
+    QStringList remarks;
+    const Status read = readNodes(document, remarks, [&nodes](const NodeElement &element) {
         nodes.push_back({std::string(element.key), std::string(element.text), element.colour,
                          element.station != nullptr ? std::optional(*element.station) : std::nullopt});
     });

@@ -187,12 +187,16 @@ QByteArray escaped(const QString &text, Context context)
 
 } // namespace
 
-Status xmlToUtf8(const QByteArray &document, QByteArray &utf8)
+bool isMeantAsUtf8(const QByteArray &document)
 {
     const bool isWide =
         document.startsWith("\xFF\xFE") || document.startsWith("\xFE\xFF") || document.left(2).contains('\0');
-    const bool isUtf8 =
-        document.startsWith("\xEF\xBB\xBF") || (!isWide && declaredEncoding(document) == "utf-8");
+    return document.startsWith("\xEF\xBB\xBF") || (!isWide && declaredEncoding(document) == "utf-8");
+}
+
+Status xmlToUtf8(const QByteArray &document, QByteArray &utf8)
+{
+    const bool isUtf8 = isMeantAsUtf8(document);
     // The usual case, without the detour: such a document may have millions of elements.
     const std::string_view bytes(document.constData(), static_cast<std::size_t>(document.size()));
     const auto holds = [&bytes](const char *text) { return bytes.find(text) != std::string_view::npos; };

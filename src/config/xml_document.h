@@ -13,6 +13,10 @@ namespace ktr {
 /// valid in its encoding or the encoding is not known.
 Status xmlToUtf8(const QByteArray &document, QByteArray &utf8);
 
+/// Whether a document is UTF-8 by its byte-order mark or its declaration, or says nothing of another
+/// encoding.
+bool isMeantAsUtf8(const QByteArray &document);
+
 /// What the reader asks of a document: of each element name, the first element anywhere in it.
 class XmlDocument
 {

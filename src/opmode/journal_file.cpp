@@ -7,8 +7,6 @@
 
 #include <QCoreApplication>
 
-#include <limits>
-
 namespace ktr {
 
 namespace {
@@ -21,6 +19,15 @@ QByteArray headerOf(quint64 base)
     putNumber(header, mark);
     putNumber(header, base);
     return header;
+}
+
+/// What every journal begins with. The mark names the file once more: one damaged byte of the header must not
+/// cost all changes.
+QByteArray beginningOf(quint64 base)
+{
+    QByteArray beginning = headerOf(base);
+    putRecord(beginning, savedMark(base, {}));
+    return beginning;
 }
 
 /// The journal without the records that later ones supersede, in the same order.
@@ -51,10 +58,13 @@ QByteArray JournalFile::goingOnFrom(const QByteArray &journal, quint64 base)
     if (journal.startsWith(header)) {
         return journal;
     }
-    const bool isJournal = journal.size() >= headerSize && numberAt<quint64>(journal.constData()) == mark;
-    const auto records =
-        isJournal ? recordsBehindMark(QByteArrayView(journal).sliced(headerSize), base) : std::nullopt;
-    return records ? header + *records : QByteArray();
+    const auto records = recordsBehindMark(QByteArrayView(journal).sliced(headerSize), base);
+    return records ? beginningOf(base) + *records : QByteArray();
+}
+
+bool JournalFile::hasHeader(const QByteArray &journal)
+{
+    return journal.size() >= headerSize && numberAt<quint64>(journal.constData()) == mark;
 }
 
 Status JournalFile::begin(quint64 base)
@@ -84,10 +94,11 @@ Status JournalFile::reopen()
 {
     if (m_size == 0) {
         // The name of the new file, too, is to outlive a power cut.
-        if (Status begun = replaceFile(m_path, headerOf(m_base)); !begun) {
+        const QByteArray beginning = beginningOf(m_base);
+        if (Status begun = replaceFile(m_path, beginning); !begun) {
             return begun;
         }
-        m_size = headerSize;
+        m_size = beginning.size();
     }
     return m_file.open(m_path, m_size);
 }
@@ -125,7 +136,7 @@ void JournalFile::count(QByteArrayView records, qint64 start)
 Status JournalFile::rewrite()
 {
     QByteArray journal;
-    if (Status read = readFile(m_path, journal, std::numeric_limits<qint64>::max()); !read) {
+    if (Status read = readFile(m_path, journal); !read) {
         return read;
     }
     const QByteArray kept =
@@ -135,7 +146,7 @@ Status JournalFile::rewrite()
 
 Status JournalFile::goOnFrom(quint64 base)
 {
-    QByteArray journal = headerOf(base);
+    QByteArray journal = beginningOf(base);
     QFile file(m_path);
     if (m_mark != 0 && file.open(QIODevice::ReadOnly) && file.seek(m_mark)) {
         const QByteArray records = file.read(m_size - m_mark);
@@ -172,6 +183,7 @@ Status JournalFile::remove()
 {
     m_file.close();
     m_size = 0;
+    removeAbandoned(m_path);
     QFile file(m_path);
     return !file.exists() || file.remove()
                ? Status::done()

@@ -19,8 +19,12 @@ public:
 
     const QString &path() const { return m_path; }
     /// The journal of the file of this checksum that one holds: all of it, or what follows the mark that the
-    /// file was begun, with the keys of that file. Empty when there is none.
+    /// file was begun, with the keys of that file. Empty when there is none. `journal` is longer than a
+    /// header.
     static QByteArray goingOnFrom(const QByteArray &journal, quint64 base);
+
+    /// Whether it begins as every journal does.
+    static bool hasHeader(const QByteArray &journal);
 
     /// Begins a new file. After a failure append() tries it again.
     Status begin(quint64 base);

@@ -8,8 +8,7 @@ namespace ktr {
 
 namespace {
 
-constexpr qsizetype recordHeaderSize = 12; ///< length and checksum
-constexpr qsizetype kindAt = 16;           ///< in the content, behind colour, moment and count
+constexpr qsizetype kindAt = 16; ///< in the content, behind colour, moment and count
 
 enum StationFlag : quint8 { IsOnline = 1, IsExclusive = 2 };
 
@@ -71,6 +70,11 @@ void putRecord(QByteArray &records, const NodeChange &change, std::string_view k
     } else if (change.what == NodeChange::What::Repeated) {
         putNumber(records, change.raised);
     }
+    sealRecord(records, start);
+}
+
+void sealRecord(QByteArray &records, qsizetype start)
+{
     const QByteArrayView content = QByteArrayView(records).sliced(start + recordHeaderSize);
     const auto size = static_cast<quint32>(content.size());
     const quint64 sum = checksum(content);
@@ -147,20 +151,38 @@ std::optional<QByteArray> recordsBehindMark(QByteArrayView records, quint64 base
 
 bool RecordReader::next()
 {
-    while (m_records.size() - m_end >= recordHeaderSize) {
-        const char *const header = m_records.data() + m_end;
+    // All records are longer than this; shorter ones could be found in the numbers of others.
+    constexpr qsizetype shortest = 24;
+    // Longer ones are not searched for, or all bytes would be looked at each time.
+    constexpr qsizetype longest = qsizetype{1} << 20;
+    for (qsizetype at = m_end; m_records.size() - at >= recordHeaderSize; ++at) {
+        const char *const header = m_records.data() + at;
         const auto size = static_cast<qsizetype>(numberAt<quint32>(header));
-        if (size > m_records.size() - m_end - recordHeaderSize) {
-            return false;
+        if (size < shortest || size > m_records.size() - at - recordHeaderSize ||
+            (at != m_end && size > longest)) {
+            continue;
         }
-        m_start = m_end;
-        m_content = m_records.sliced(m_start + recordHeaderSize, size);
-        m_end = m_start + recordHeaderSize + size;
-        if (checksum(m_content) == numberAt<quint64>(header + 4)) {
+        const QByteArrayView content = m_records.sliced(at + recordHeaderSize, size);
+        if (checksum(content) == numberAt<quint64>(header + 4)) {
+            m_skipped += at - m_end;
+            m_start = at;
+            m_content = content;
+            m_end = at + recordHeaderSize + size;
             return true;
         }
     }
     return false;
+}
+
+bool isDamaged(QByteArrayView records)
+{
+    RecordReader record(records);
+    while (record.next()) {
+    }
+    const QByteArrayView tail = records.sliced(record.start() + record.size());
+    const bool isTorn = tail.size() < recordHeaderSize ||
+                        numberAt<quint32>(tail.data()) > static_cast<quint64>(tail.size() - recordHeaderSize);
+    return record.skipped() > 0 || !isTorn;
 }
 
 QByteArrayView subjectOf(QByteArrayView content)

@@ -7,13 +7,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace ktr {
-
-namespace {
-
-constexpr qint64 longestFile = qint64{1} << 30;
-
-} // namespace
 
 Status NodesFile::load(const std::function<bool(const NodeElement &)> &take,
                        const std::function<void(std::size_t nodes, std::size_t bytes)> &expect)
@@ -21,6 +17,7 @@ Status NodesFile::load(const std::function<bool(const NodeElement &)> &take,
     m_checksum = ktr::checksum({});
     m_size = 0;
     m_keepAside = false;
+    m_remarks.clear();
     constexpr quint64 ofNoDocument = ~quint64{0};
     if (!QFileInfo::exists(m_path)) {
         return Status::done();
@@ -28,23 +25,25 @@ Status NodesFile::load(const std::function<bool(const NodeElement &)> &take,
     m_keepAside = true;
     m_checksum = ofNoDocument;
     QByteArray document;
-    if (Status read = readFile(m_path, document, longestFile); !read) {
+    if (Status read = readFile(m_path, document); !read) {
         return read;
     }
     qsizetype leftOut = 0;
     const Status read = readNodes(
-        document, [&](const NodeElement &element) { leftOut += take(element) ? 0 : 1; }, expect);
+        document, m_remarks, [&](const NodeElement &element) { leftOut += take(element) ? 0 : 1; }, expect);
     if (!read) {
         return Status::failed(m_path + QLatin1String(": ") + read.message());
     }
     m_checksum = ktr::checksum(document);
     m_size = document.size();
     if (leftOut > 0) {
-        return Status::failed(
-            m_path + QLatin1String(": ") +
-            QCoreApplication::translate("Files", "nodes that belong nowhere were left out: %1").arg(leftOut));
+        m_remarks +=
+            QCoreApplication::translate("Files", "nodes that belong nowhere were left out: %1").arg(leftOut);
     }
-    m_keepAside = false;
+    for (QString &remark : m_remarks) {
+        remark.prepend(m_path + QLatin1String(": "));
+    }
+    m_keepAside = !m_remarks.isEmpty();
     return Status::done();
 }
 
@@ -75,18 +74,44 @@ Status NodesFile::save(const QByteArray &document)
     return Status::done();
 }
 
-Status keepAside(const QStringList &paths)
+/// Beside the file itself, whatever links lead to it.
+QString listLockPath(const QString &nodesPath)
 {
-    const auto numbered = [](const QString &path, int n) -> QString {
-        const QFileInfo info(path);
-        return info.absolutePath() + u'/' + info.completeBaseName() + QStringLiteral(" (%1).").arg(n) +
-               info.suffix();
-    };
+    const QFileInfo link(nodesPath);
+    const QFileInfo info(link.exists() ? link.canonicalFilePath() : nodesPath);
+    return info.absolutePath() + u'/' + info.completeBaseName() + QLatin1String(".lock");
+}
+
+namespace {
+
+QString numbered(const QString &path, int n)
+{
+    const QFileInfo info(path);
+    return info.absolutePath() + u'/' + info.completeBaseName() + QStringLiteral(" (%1).").arg(n) +
+           info.suffix();
+}
+
+/// The first number that is free for all of them.
+int freeNumber(const QStringList &paths)
+{
     int n = 1;
     while (std::ranges::any_of(paths,
                                [&](const QString &path) { return QFileInfo::exists(numbered(path, n)); })) {
         ++n;
     }
+    return n;
+}
+
+} // namespace
+
+Status keepCopyAside(const QString &path, const QByteArray &content)
+{
+    return replaceFile(numbered(path, freeNumber({path})), content);
+}
+
+Status keepAside(const QStringList &paths)
+{
+    const int n = freeNumber(paths);
     for (const QString &path : paths) {
         QFile file(path);
         if (file.exists() && !file.rename(numbered(path, n))) {

@@ -11,10 +11,12 @@
 
 namespace ktr {
 
-/// Hands over the nodes of a document in its order, all or none: a document that is not sound gives a
-/// failure and no node. Numbers and truth values that cannot be read take their value of a new station.
-/// `expect` is told before how many nodes there are, and about how many bytes their names and texts have.
-Status readNodes(const QByteArray &document, const std::function<void(const NodeElement &)> &take,
+/// Hands over the nodes of a document in its order. Of a document that is not sound those are taken that are,
+/// and `remarks` tells what was left out; one of which nothing can be used gives a failure and no node.
+/// Numbers and truth values that cannot be read take their value of a new station. `expect` is told before
+/// how many nodes there are, and about how many bytes their names and texts have.
+Status readNodes(const QByteArray &document, QStringList &remarks,
+                 const std::function<void(const NodeElement &)> &take,
                  const std::function<void(std::size_t nodes, std::size_t bytes)> &expect = {});
 
 /// The document of all nodes in the order of their creation. The key of a station, and with it the keys
@@ -29,9 +31,12 @@ public:
     explicit NodesFile(QString path) : m_path(std::move(path)) {}
 
     /// Reads the file; one that does not exist gives no nodes. `take` gives false for a node that has no
-    /// place. After a failure, or when a node had no place, the file is kept aside before it is replaced.
+    /// place. After a failure, or when not all of it could be used, the file is kept aside before it is
+    /// replaced.
     Status load(const std::function<bool(const NodeElement &)> &take,
                 const std::function<void(std::size_t nodes, std::size_t bytes)> &expect = {});
+    /// What of the file that was loaded could not be used.
+    const QStringList &remarks() const { return m_remarks; }
 
     /// Keeps a file aside that is not to be lost, and with it, under the same number, one that belongs to it.
     Status makeWay(const QString &companion = {});
@@ -49,10 +54,16 @@ private:
     quint64 m_checksum = 0;
     qint64 m_size = 0;
     bool m_keepAside = false;
+    QStringList m_remarks;
 };
+
+/// The file that names who uses a list, and that is locked meanwhile.
+QString listLockPath(const QString &nodesPath);
 
 /// Renames files so that others can take their places: "nodes.xml" to "nodes (1).xml" or the next number that
 /// is free for all of them. Those that do not exist are passed over.
 Status keepAside(const QStringList &paths);
+/// Keeps a copy of a file's content aside under such a name.
+Status keepCopyAside(const QString &path, const QByteArray &content);
 
 } // namespace ktr

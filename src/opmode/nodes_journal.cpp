@@ -11,8 +11,6 @@ namespace ktr {
 
 namespace {
 
-constexpr qint64 longestJournal = qint64{1} << 30;
-
 Status failure(const QString &path, const char *reason)
 {
     return Status::failed(path + QLatin1String(": ") + QCoreApplication::translate("Files", reason));
@@ -37,7 +35,7 @@ NodesJournal::Replayed NodesJournal::replay(quint64 base,
     Replayed result;
     QByteArray journal;
     if (QFileInfo::exists(m_file.path())) {
-        result.status = readFile(m_file.path(), journal, longestJournal);
+        result.status = readFile(m_file.path(), journal);
     }
     if (result.status && journal.size() <= JournalFile::headerSize) { // new, or torn before its first change
         result.status = restart(base);
@@ -60,23 +58,29 @@ NodesJournal::Replayed NodesJournal::replay(quint64 base,
         }
         return result;
     }
+    const bool isSpoilt = !JournalFile::hasHeader(journal) ||
+                          isDamaged(QByteArrayView(journal).sliced(JournalFile::headerSize));
     const QByteArrayView records = QByteArrayView(own).sliced(JournalFile::headerSize);
-    qsizetype end = 0; // of the last whole record
+    QByteArray whole = own.first(JournalFile::headerSize);
     result.dropped = records.size();
     for (RecordReader record(records); record.next();) {
+        whole += records.sliced(record.start(), record.size());
         if (const std::optional<NodeChange> change = changeOf(record.content())) {
             if (change->what != NodeChange::What::Saved) {
                 ++(carryOut(*change) ? result.changes : result.unfit);
             }
             result.dropped -= record.size();
-            end = record.start() + record.size();
         }
     }
-    if (own != journal) { // the last run ended before it could leave out what the file has
-        result.status = replaceFile(m_file.path(), own);
+    if (isSpoilt) {
+        result.status = keepCopyAside(m_file.path(), journal);
+    }
+    // Or the last run ended before it could leave out what the file has.
+    if (result.status && (isSpoilt || own != journal)) {
+        result.status = replaceFile(m_file.path(), whole);
     }
     if (result.status) {
-        result.status = m_file.goOn(QByteArrayView(own).first(JournalFile::headerSize + end));
+        result.status = m_file.goOn(whole);
     }
     m_size = m_file.size();
     m_isUsable = static_cast<bool>(result.status); // else beginning anew would destroy what it holds
@@ -121,6 +125,7 @@ void NodesJournal::discard()
 {
     settle();
     m_waiting.clear();
+    m_onDisk = m_taken; // the file has them
     m_timer->stop();
 }
 
@@ -129,6 +134,7 @@ void NodesJournal::add(const NodeChange &change)
     if (m_isRemoved) {
         return;
     }
+    ++m_taken;
     if (m_keys == nullptr || m_keys->isEmpty()) {
         putRecord(m_waiting, change);
     } else {
@@ -171,11 +177,19 @@ void NodesJournal::write()
     m_isWriting = true;
     m_isWritten = false;
     m_inHand = std::exchange(m_waiting, {});
+    m_lastInHand = m_taken;
     m_thread.start([this] {
         m_kept = m_file.append(m_inHand);
         m_isWritten = true;
         QMetaObject::invokeMethod(
-            &m_receiver, [this] { collect(); }, Qt::QueuedConnection);
+            &m_receiver,
+            [this] {
+                collect();
+                if (m_settled) { // never from inside a call of the owner's
+                    m_settled();
+                }
+            },
+            Qt::QueuedConnection);
     });
 }
 
@@ -191,9 +205,12 @@ void NodesJournal::collect()
     if (!m_isWriting || !m_isWritten) { // the report of one that was waited for
         return;
     }
+    m_thread.wait(); // it has reported, but may not be free for the next job yet
     m_isWriting = false;
     m_size = m_file.size();
-    if (!m_kept) {
+    if (m_kept) {
+        m_onDisk = m_lastInHand;
+    } else {
         m_waiting.prepend(m_inHand);
     }
     m_inHand.clear();
@@ -206,7 +223,7 @@ void NodesJournal::collect()
 void NodesJournal::ended(const Status &kept)
 {
     if (!kept) {
-        m_timer->start(longestDelay, [this] { flush(); });
+        m_timer->start(retryDelay, [this] { flush(); });
     }
     if (kept.message() != std::exchange(m_trouble, kept.message())) {
         m_told(m_trouble);

@@ -19,8 +19,10 @@ namespace ktr {
 class NodesJournal
 {
 public:
-    /// A change goes to the disk this long after it was made, at the latest.
-    static constexpr Milliseconds longestDelay{500};
+    /// Changes are gathered this long, unless flush() is called for one that must not wait.
+    static constexpr Milliseconds longestDelay{10};
+    /// What the disk refused is tried again after this time.
+    static constexpr Milliseconds retryDelay{500};
 
     /// `told` hears why changes cannot be kept, once until that is over; then an empty text.
     /// Changes are kept under the keys that the files have; `keys` must outlive the journal.
@@ -54,9 +56,18 @@ public:
     /// Removes the journal, after the file was written with all changes. Later changes are not kept.
     Status remove();
 
+    /// Is called some time after changes came to the disk, or were refused by it.
+    void setSettled(std::function<void()> settled) { m_settled = std::move(settled); }
+    /// How many changes were taken down, and how many of them the disk has.
+    quint64 taken() const { return m_taken; }
+    quint64 kept() const { return m_onDisk; }
+    /// Whether the disk refused changes, and still does.
+    bool isFailing() const { return !m_trouble.isEmpty(); }
+
     /// Takes a change down; flush() follows by itself. Fit for StationTree::setObserver.
     void add(const NodeChange &change);
-    /// Begins to put what was taken down on the disk. After a failure it is tried again.
+    /// Begins to put what was taken down on the disk, at once or as soon as it has what was begun before.
+    /// After a failure it is tried again.
     void flush();
     /// Puts all that was taken down on the disk and waits for it. A failure says that not all of it is there;
     /// it is tried again.
@@ -75,6 +86,9 @@ private:
     bool m_isRemoved = false;
     const SavedKeys *m_keys;
     QByteArray m_waiting;
+    quint64 m_taken = 0;
+    quint64 m_onDisk = 0;
+    std::function<void()> m_settled;
     qint64 m_size = 0; ///< of the file when the thread used it last
     QString m_trouble;
 
@@ -83,6 +97,7 @@ private:
     bool m_isDue = false; ///< the time to write came meanwhile
     JournalFile m_file;
     QByteArray m_inHand;
+    quint64 m_lastInHand = 0; ///< taken() at the end of it
     Status m_kept = Status::done();
     std::atomic<bool> m_isWritten = false;
     QObject m_receiver; ///< of the thread's reports, on the owner's thread

@@ -4,9 +4,9 @@
 
 namespace ktr {
 
-NodesKeeper::NodesKeeper(StationTree &tree, NodesFile &file, const NotificationTimes &times,
-                         NodesJournal &journal, Attributes attributes,
-                         std::function<void(const QString &)> told, const Limits &limits)
+NodesKeeper::NodesKeeper(StationTree &tree, NodesFile &file, NotificationTimes &times, NodesJournal &journal,
+                         Attributes attributes, std::function<void(const QString &)> told,
+                         const Limits &limits)
     : m_tree(tree),
       m_file(file),
       m_times(times),

@@ -22,7 +22,7 @@ public:
     using Attributes = std::function<StationAttributes(const QString &kennung)>;
 
     /// All must outlive the keeper. `told` hears why the files could not be written in the middle of the run.
-    NodesKeeper(StationTree &tree, NodesFile &file, const NotificationTimes &times, NodesJournal &journal,
+    NodesKeeper(StationTree &tree, NodesFile &file, NotificationTimes &times, NodesJournal &journal,
                 Attributes attributes, std::function<void(const QString &)> told, const Limits &limits);
     /// Waits for files that are being written.
     ~NodesKeeper();
@@ -47,8 +47,8 @@ private:
     void fail(const Status &why);
 
     StationTree &m_tree;
-    NodesFile &m_file; ///< while m_isWriting is set, the thread alone uses it
-    const NotificationTimes &m_times;
+    NodesFile &m_file;          ///< while m_isWriting is set, the thread alone uses it
+    NotificationTimes &m_times; ///< likewise
     NodesJournal &m_journal;
     Attributes m_attributes;
     std::function<void(const QString &)> m_told;

@@ -1,9 +1,11 @@
 #include "config/xml_document.h"
+#include "opmode/damaged_nodes.h"
 #include "opmode/node_records.h"
 #include "opmode/nodes_file.h"
 #include "opmode/plain_nodes.h"
 
 #include <QCoreApplication>
+#include <QUtf8StringView>
 
 #include <charconv>
 #include <pugixml.hpp>
@@ -31,7 +33,7 @@ bool isCharacterReference(std::string_view digits)
 }
 
 /// Refuses what the parser would take: characters, and references to characters, that XML does not know.
-Status checkCharacters(const QByteArray &utf8)
+Status checkCharacters(std::string_view utf8)
 {
     for (const char c : utf8) {
         const auto byte = static_cast<unsigned char>(c);
@@ -39,9 +41,8 @@ Status checkCharacters(const QByteArray &utf8)
             return Status::failed(translated("there is a character of number %1").arg(int{byte}));
         }
     }
-    const std::string_view text(utf8.constData(), static_cast<std::size_t>(utf8.size()));
-    for (std::size_t at = text.find("&#"); at != std::string_view::npos; at = text.find("&#", at + 2)) {
-        if (!isCharacterReference(text.substr(at + 2, 12))) {
+    for (std::size_t at = utf8.find("&#"); at != std::string_view::npos; at = utf8.find("&#", at + 2)) {
+        if (!isCharacterReference(utf8.substr(at + 2, 12))) {
             return Status::failed(translated("there is a reference to a character that does not exist"));
         }
     }
@@ -89,11 +90,27 @@ Status takeElements(const pugi::xml_document &document, NodeRecords &records)
         if (!element.first_child().empty()) {
             return Status::failed(translated("\"%1\" is not empty").arg(QString::fromUtf8(element.name())));
         }
+        if (element.type() == pugi::node_pcdata || element.type() == pugi::node_cdata) {
+            return Status::failed(translated("there is text between the elements"));
+        }
         if (element.type() == pugi::node_element) {
             records.add(values);
         }
     }
     return Status::done();
+}
+
+constexpr unsigned asWritten = pugi::parse_escapes | pugi::parse_wconv_attribute | pugi::parse_eol |
+                               pugi::parse_cdata | pugi::parse_doctype;
+
+/// The attributes of one element, by the same rules as in a document that is sound.
+bool takeLoneElement(pugi::xml_document &parsed, const std::string &element, NodeAttributeValues &values)
+{
+    return QUtf8StringView(element.data(), std::ssize(element)).isValidUtf8() &&
+           element.find("\xEF\xBF\xBE") == std::string::npos &&
+           element.find("\xEF\xBF\xBF") == std::string::npos && checkCharacters(element) &&
+           parsed.load_buffer(element.data(), element.size(), asWritten, pugi::encoding_utf8) &&
+           takeAttributes(parsed.first_child(), values);
 }
 
 /// Any document. What the records refer to is kept in `utf8`.
@@ -103,14 +120,12 @@ Status parseNodes(const QByteArray &document, QByteArray &utf8, pugi::xml_docume
     if (Status decoded = xmlToUtf8(document, utf8); !decoded) {
         return decoded;
     }
-    if (Status characters = checkCharacters(utf8); !characters) {
+    const std::string_view text(utf8.constData(), static_cast<std::size_t>(utf8.size()));
+    if (Status characters = checkCharacters(text); !characters) {
         return characters;
     }
     const pugi::xml_parse_result result =
-        parsed.load_buffer_inplace(utf8.data(), static_cast<std::size_t>(utf8.size()),
-                                   pugi::parse_escapes | pugi::parse_wconv_attribute | pugi::parse_eol |
-                                       pugi::parse_cdata | pugi::parse_doctype,
-                                   pugi::encoding_utf8);
+        parsed.load_buffer_inplace(utf8.data(), text.size(), asWritten, pugi::encoding_utf8);
     return result ? takeElements(parsed, records)
                   : Status::failed(translated("at byte %1: %2")
                                        .arg(result.offset)
@@ -119,7 +134,8 @@ Status parseNodes(const QByteArray &document, QByteArray &utf8, pugi::xml_docume
 
 } // namespace
 
-Status readNodes(const QByteArray &document, const std::function<void(const NodeElement &)> &take,
+Status readNodes(const QByteArray &document, QStringList &remarks,
+                 const std::function<void(const NodeElement &)> &take,
                  const std::function<void(std::size_t nodes, std::size_t bytes)> &expect)
 {
     const std::string_view bytes(document.constData(), static_cast<std::size_t>(document.size()));
@@ -127,10 +143,21 @@ Status readNodes(const QByteArray &document, const std::function<void(const Node
     PlainNodes plain;
     QByteArray utf8;
     pugi::xml_document parsed;
+    DamagedNodes damaged([&parsed](const std::string &element, NodeAttributeValues &values) {
+        return takeLoneElement(parsed, element, values);
+    });
     if (!plain.read(bytes, records)) {
         records = {};
         if (Status read = parseNodes(document, utf8, parsed, records); !read) {
-            return read;
+            records = {};
+            // The parser changed what it read; and what is no text at all is read byte by byte.
+            if (!xmlToUtf8(document, utf8) && utf8.isEmpty() && isMeantAsUtf8(document)) {
+                utf8 = document;
+            }
+            if (!damaged.read({utf8.constData(), static_cast<std::size_t>(utf8.size())}, records)) {
+                return read;
+            }
+            remarks = damaged.remarks();
         }
     }
     if (expect) {

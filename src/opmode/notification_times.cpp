@@ -2,6 +2,8 @@
 
 #include "opmode/byte_fields.h"
 #include "opmode/checksum.h"
+#include "opmode/journal_record.h"
+#include "opmode/nodes_file.h"
 #include "platform/files.h"
 
 #include <QCoreApplication>
@@ -13,10 +15,12 @@ namespace ktr {
 
 namespace {
 
-constexpr qint64 longestFile = qint64{1} << 30;
-constexpr quint64 mark = 0x3253'4D54'5254'4BFF; ///< the first bytes of every such file
-constexpr qsizetype headerSize = 16;            ///< mark and checksum of what follows
-constexpr qsizetype arrivalSize = 28;           ///< of three moments and a count
+// The file: eight bytes that every one begins with, the number of the records, the records. The version
+// before had a checksum of all records in the place of their number, and none of a single one.
+constexpr quint64 mark = 0x3353'4D54'5254'4BFF;
+constexpr quint64 markBefore = 0x3253'4D54'5254'4BFF;
+constexpr qsizetype headerSize = 16;
+constexpr qsizetype arrivalSize = 28; ///< of three moments and a count
 
 /// What the keys of notifications begin with, in each file that there can be.
 std::vector<std::string> beginningsOf(const StationTree &tree, NodeStore::Id branch)
@@ -36,8 +40,9 @@ void putRecord(QByteArray &records, std::string_view beginning, std::string_view
 {
     const qsizetype start = records.size();
     const std::size_t keySize = beginning.size() + name.size();
-    records.resize(start + static_cast<qsizetype>(4 + keySize) + arrivalSize); // at once: there are many
-    char *at = records.data() + start;
+    records.resize(start + recordHeaderSize + static_cast<qsizetype>(4 + keySize) +
+                   arrivalSize); // at once: there are many
+    char *at = records.data() + start + recordHeaderSize;
     qToLittleEndian(static_cast<quint32>(keySize), at);
     at = std::ranges::copy(beginning, at + 4).out;
     at = std::ranges::copy(name, at).out;
@@ -45,6 +50,19 @@ void putRecord(QByteArray &records, std::string_view beginning, std::string_view
     qToLittleEndian(arrival.acknowledged, at + 8);
     qToLittleEndian(static_cast<qint32>(arrival.count), at + 16);
     qToLittleEndian(arrival.raised, at + 20);
+    sealRecord(records, start);
+}
+
+/// The notification that a record is about, and its times; an empty key when it is no such record.
+std::pair<std::string_view, Arrival> takeRecord(FieldReader &fields)
+{
+    std::pair<std::string_view, Arrival> record;
+    record.first = fields.text();
+    record.second.received = fields.number<qint64>();
+    record.second.acknowledged = fields.number<qint64>();
+    record.second.count = fields.number<qint32>();
+    record.second.raised = fields.number<qint64>();
+    return record;
 }
 
 } // namespace
@@ -55,31 +73,45 @@ NotificationTimes::NotificationTimes(const QString &nodesPath)
     m_path = info.path() + u'/' + info.completeBaseName() + QLatin1String(".times");
 }
 
-Status NotificationTimes::load(StationTree &tree) const
+Status NotificationTimes::load(StationTree &tree)
 {
+    m_keepAside = false;
     QByteArray bytes;
     if (!QFileInfo::exists(m_path)) {
         return Status::done();
     }
-    if (Status read = readFile(m_path, bytes, longestFile); !read) {
+    m_keepAside = true;
+    if (Status read = readFile(m_path, bytes); !read) {
         return read;
     }
     const QByteArrayView records = QByteArrayView(bytes).sliced(std::min(headerSize, bytes.size()));
-    if (bytes.size() < headerSize || numberAt<quint64>(bytes.constData()) != mark ||
-        numberAt<quint64>(bytes.constData() + 8) != checksum(records)) {
-        return Status::failed(
-            m_path + QLatin1String(": ") +
-            QCoreApplication::translate("Files", "is damaged; the times of the notifications are not known"));
+    const auto header = [&](qsizetype at) {
+        return bytes.size() < headerSize ? 0 : numberAt<quint64>(bytes.constData() + at);
+    };
+    if (header(0) == markBefore && header(8) == checksum(records)) {
+        // A node that has gone needs no times.
+        for (FieldReader fields(records); !fields.atEnd() && fields.isSound();) {
+            const auto [key, arrival] = takeRecord(fields);
+            tree.loadArrival(key, arrival);
+        }
+        m_keepAside = false;
+        return Status::done();
     }
-    FieldReader fields(records);
-    while (!fields.atEnd() && fields.isSound()) {
-        const std::string_view key = fields.text();
-        Arrival arrival;
-        arrival.received = fields.number<qint64>();
-        arrival.acknowledged = fields.number<qint64>();
-        arrival.count = fields.number<qint32>();
-        arrival.raised = fields.number<qint64>();
-        tree.loadArrival(key, arrival); // a node that has gone needs none
+    quint64 taken = 0;
+    RecordReader record(records);
+    while (record.next()) {
+        FieldReader fields(record.content());
+        const auto [key, arrival] = takeRecord(fields);
+        if (fields.isSound() && fields.atEnd()) {
+            tree.loadArrival(key, arrival);
+            ++taken;
+        }
+    }
+    m_keepAside = header(0) != mark || header(8) != taken || record.skipped() > 0;
+    if (m_keepAside) {
+        return fileFailure(m_path, QCoreApplication::translate(
+                                       "Files", "is damaged; times of notifications that are known: %1")
+                                       .arg(taken));
     }
     return Status::done();
 }
@@ -93,6 +125,7 @@ QByteArray NotificationTimes::document(const StationTree &tree)
     for (auto arrival = tree.arrivals().cbegin(); arrival != tree.arrivals().cend(); ++arrival) {
         arrivals[arrival.key()] = &*arrival;
     }
+    quint64 count = 0;
     QByteArray records;
     records.reserve(usualRecord * tree.arrivals().size());
     records.resize(headerSize);
@@ -106,18 +139,24 @@ QByteArray NotificationTimes::document(const StationTree &tree)
             if (const Arrival *const arrival = arrivals[id]) {
                 for (const std::string &beginning : beginnings) {
                     putRecord(records, beginning, nodes.name(id), *arrival);
+                    ++count;
                 }
             }
         }
     }
-    const quint64 sum = checksum(QByteArrayView(records).sliced(headerSize));
     qToLittleEndian(mark, records.data());
-    qToLittleEndian(sum, records.data() + 8);
+    qToLittleEndian(count, records.data() + 8);
     return records;
 }
 
-Status NotificationTimes::save(const QByteArray &document) const
+Status NotificationTimes::save(const QByteArray &document)
 {
+    if (m_keepAside) {
+        if (Status aside = keepAside({m_path}); !aside) {
+            return aside;
+        }
+        m_keepAside = false;
+    }
     return replaceFile(m_path, document);
 }
 

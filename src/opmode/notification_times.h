@@ -15,18 +15,20 @@ public:
     /// `nodesPath` is the path of `nodes.xml`.
     explicit NotificationTimes(const QString &nodesPath);
 
-    /// Gives the notifications of a tree that is being loaded their times, all or none: without the file, or
-    /// when it is damaged, which is a failure, they are not known.
-    Status load(StationTree &tree) const;
+    /// Gives the notifications of a tree that is being loaded their times; without the file they are not
+    /// known. A failure says that not all of the file could be used; it is then kept aside before it is
+    /// replaced.
+    Status load(StationTree &tree);
     /// What save() is to write: the times for each key that the file of nodes can have, that of now included,
     /// so that they fit whether or not it is replaced after them.
     static QByteArray document(const StationTree &tree);
     /// Replaces the file whole or not at all.
-    Status save(const QByteArray &document) const;
+    Status save(const QByteArray &document);
     const QString &path() const { return m_path; }
 
 private:
     QString m_path;
+    bool m_keepAside = false;
 };
 
 } // namespace ktr
