@@ -15,6 +15,9 @@ const QString allValues = QStringLiteral("A*");
 
 constexpr Milliseconds aMinute{60'000};
 
+/// A module does not wait longer than that for a slow disk.
+constexpr Milliseconds longestWaitForDisk{250};
+
 /// A clock that is put back by more minutes had been wrong: it is not waited for until it is there again.
 constexpr qint64 longestSetBack = 120;
 
@@ -41,8 +44,10 @@ OperationalMode::OperationalMode(const Services &services, StationCaptions capti
       m_liteTimers(*m_callbacks),
       m_tree(std::move(captions)),
       m_stations(m_tree, m_liteTimers, services.createLine),
-      m_minute(services.timers.create())
+      m_minute(services.timers.create()),
+      m_longestWait(services.timers.create())
 {
+    m_stations.setAnswersLater([this](const QString &kennung) { return answersLater(kennung); });
     connect(&m_stations, &cStations::message, this, &OperationalMode::takeMessage);
     connect(&m_stations, &cStations::changed, this, &OperationalMode::takeChange);
     connect(&m_stations, &cStations::trouble, this, [this](const QString &kennung, const QString &text) {
@@ -53,6 +58,7 @@ OperationalMode::OperationalMode(const Services &services, StationCaptions capti
 
 OperationalMode::~OperationalMode()
 {
+    m_stations.setAnswersLater({});
     m_stations.disconnect(this); // what they still say when they go has nowhere to be kept
     m_tree.setObserver({});
 }
@@ -65,6 +71,9 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     Status loaded = load(attributes);
     if (!loaded) {
         Q_EMIT told(loaded.message());
+    }
+    for (const QString &remark : m_file->remarks()) {
+        Q_EMIT told(remark);
     }
     if (use == Use::Keep) {
         m_times.emplace(nodesPath);
@@ -115,6 +124,7 @@ void OperationalMode::replay(const QString &path, QHash<QString, StationAttribut
             Q_EMIT told(trouble.isEmpty() ? tr("Changes are written to the journal again") : trouble);
         },
         &m_tree.savedKeys());
+    m_journal->setSettled([this] { answerKept(); });
     const NodesJournal::Replayed replayed =
         m_journal->replay(m_file->checksum(), [&](const NodeChange &change) {
             if (change.what == NodeChange::What::Station) {
@@ -309,8 +319,55 @@ void OperationalMode::takeMessage(const QString &kennung, const QString &text)
     if (!outcome.unusable.isEmpty()) {
         Q_EMIT told(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
     }
+    m_isAlarm = outcome.alarm;
     if (outcome.alarm) {
+        if (m_journal) {
+            m_journal->flush();
+        }
         Q_EMIT alarmRaised(outcome.entry);
+    }
+}
+
+/// A module that has its "OK" forgets the alarm: it gets it when the disk has the alarm.
+bool OperationalMode::answersLater(const QString &kennung)
+{
+    if (!std::exchange(m_isAlarm, false) || !m_journal || m_journal->isFailing()) {
+        return false;
+    }
+    m_unanswered.push_back({m_journal->taken(), kennung});
+    if (!m_longestWait->isRunning()) {
+        m_longestWait->start(longestWaitForDisk, [this] { answerAll(); });
+    }
+    return true;
+}
+
+void OperationalMode::answerKept()
+{
+    if (!m_journal || m_journal->isFailing()) {
+        answerAll();
+        return;
+    }
+    m_longestWait->stop();
+    const quint64 kept = m_journal->kept();
+    while (!m_unanswered.empty() && m_unanswered.front().change <= kept) {
+        const QString kennung = m_unanswered.front().kennung;
+        m_unanswered.pop_front();
+        if (cStation *station = m_stations.Item(kennung)) {
+            station->answer();
+        }
+    }
+    if (!m_unanswered.empty()) {
+        m_longestWait->start(longestWaitForDisk, [this] { answerAll(); });
+    }
+}
+
+void OperationalMode::answerAll()
+{
+    m_longestWait->stop();
+    for (const Unanswered &unanswered : std::exchange(m_unanswered, {})) {
+        if (cStation *station = m_stations.Item(unanswered.kennung)) {
+            station->answer();
+        }
     }
 }
 
@@ -383,6 +440,8 @@ void OperationalMode::removeAll()
 {
     m_isOpen = false;
     m_minute->stop();
+    m_longestWait->stop();
+    m_unanswered.clear();
     QStringList keys;
     m_stations.forEach([&keys](const cStation &station) { keys.prepend(station.kennung()); });
     for (const QString &kennung : keys) {

@@ -7,6 +7,8 @@
 
 #include <QSet>
 
+#include <deque>
+
 namespace ktr {
 
 /// Something that a station did, as it is told outside of the tree.
@@ -105,6 +107,9 @@ Q_SIGNALS:
 private:
     void takeMessage(const QString &kennung, const QString &text);
     void takeChange(const QString &kennung, StationChange what);
+    bool answersLater(const QString &kennung);
+    void answerKept();
+    void answerAll();
     Status load(QHash<QString, StationAttributes> &attributes);
     void replay(const QString &path, QHash<QString, StationAttributes> &attributes);
     void createStations(const QHash<QString, StationAttributes> &attributes);
@@ -130,6 +135,16 @@ private:
     std::optional<NodesJournal> m_journal; ///< when changes are kept
     std::optional<NodesKeeper> m_keeper;   ///< with the journal
     bool m_isOpen = false;
+
+    /// Stations whose modules wait for the answer to an alarm until the journal has that change.
+    struct Unanswered
+    {
+        quint64 change;
+        QString kennung;
+    };
+    std::deque<Unanswered> m_unanswered;
+    std::unique_ptr<OneShotTimer> m_longestWait;
+    bool m_isAlarm = false; ///< the text that a station said last
 };
 
 } // namespace ktr

@@ -70,6 +70,7 @@ void cStation::disconnect()
     m_line.close();
     m_online = false;
     Tmr_pause.Enabled(false);
+    m_owesAnswer = false;
     handleArrivals(); // what came during the pause may be a text of the module
     m_state = 0;
     m_liveness = Liveness::Unknown;
@@ -189,7 +190,16 @@ void cStation::DataArrival(const QByteArray &data)
 
 void cStation::handleWaiting()
 {
+    answer();
     handleArrivals(true);
+}
+
+void cStation::answer()
+{
+    if (std::exchange(m_owesAnswer, false)) {
+        sendToModule(QLatin1String("OK") + lineEnd);
+        handleArrivals();
+    }
 }
 
 void cStation::handleArrivals(bool inPausesToo)
@@ -198,7 +208,7 @@ void cStation::handleArrivals(bool inPausesToo)
         return; // the owner asks the user something meanwhile
     }
     m_isHandling = true;
-    while (!m_arrivals.empty() && (inPausesToo || !Tmr_pause.Enabled())) {
+    while (!m_arrivals.empty() && (inPausesToo || (!Tmr_pause.Enabled() && !m_owesAnswer))) {
         const QByteArray data = m_arrivals.takeFirst();
         handle(data);
     }
@@ -286,6 +296,10 @@ void cStation::handleCommand(const QString &line)
     }
     if (line.contains(endOfSms)) {
         report(m_smsNumber + QLatin1String(" --> ") + line.chopped(1));
+        m_owesAnswer = m_dialogueOpen && m_stations.answersLater(m_kennung);
+    }
+    if (m_owesAnswer) {
+        return;
     }
     sendToModule(QLatin1String("OK") + lineEnd);
 }

@@ -19,6 +19,9 @@ public:
 
     /// A text of the module: number, " --> " or " <-- ", and the text.
     virtual void station_message(const QString &kennung, const QString &text) = 0;
+    /// Asked after each text of the module: true when the module is to hear its "OK" only once answer() is
+    /// called.
+    virtual bool answersLater(const QString &) { return false; }
     virtual void stationChanged(const QString &kennung, StationChange what) = 0;
     /// The station is not reached, or something of it was dropped; told when it changes.
     virtual void stationTrouble(const QString &kennung, const QString &text) = 0;
@@ -32,8 +35,9 @@ public:
 ///     at+cmgr=1          ->  echo; ,"+IP"; text        an incoming SMS, 250 ms after its header
 ///     any other          ->  echo, OK
 ///
-/// Outside a dialogue nothing is answered, but texts are still taken. What arrives in one piece with a line
-/// end anywhere in it is one line. What arrives before a line is dealt with waits for its turn.
+/// Outside a dialogue nothing is answered, but texts are still taken. The "OK" to a text may wait for the
+/// owner. What arrives in one piece with a line end anywhere in it is one line. What arrives before a line is
+/// dealt with waits for its turn.
 class cStation : public StationLineListener
 {
 public:
@@ -70,6 +74,8 @@ public:
 
     /// Deals at once with what waits for its turn, for an owner that is about to save and to end.
     void handleWaiting();
+    /// Says "OK" to the text whose owner answers later, and goes on with what came meanwhile.
+    void answer();
 
     void Tmr_sendSettle_Timer();
     void Tmr_eth_brokenConnection_Timer();
@@ -137,6 +143,7 @@ private:
 
     QByteArrayList m_arrivals;
     bool m_isHandling = false;
+    bool m_owesAnswer = false;
 
     CLiteTimer Tmr_sendSettle;
     CLiteTimer Tmr_eth_brokenConnection;

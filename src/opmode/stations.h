@@ -19,8 +19,13 @@ class cStations : public QObject, public StationOwner
 public:
     using LineFactory = std::function<std::unique_ptr<StationLine>()>;
 
+    /// Tells whether the "OK" to a text that a station has just said waits for cStation::answer().
+    using Answering = std::function<bool(const QString &kennung)>;
+
     cStations(StationTree &tree, MLiteTimer &timers, LineFactory createLine, QObject *parent = nullptr);
     ~cStations() override; ///< removes them, the last one first
+
+    void setAnswersLater(Answering answersLater) { m_answersLater = std::move(answersLater); }
 
     /// Adds an offline station, and its branch of the tree where it is not there. False, and nothing is
     /// changed, when there is a station of that key, or none can have it.
@@ -59,12 +64,14 @@ private:
     };
 
     void station_message(const QString &kennung, const QString &text) override;
+    bool answersLater(const QString &kennung) override { return m_answersLater && m_answersLater(kennung); }
     void stationChanged(const QString &kennung, StationChange what) override;
     void stationTrouble(const QString &kennung, const QString &text) override;
 
     StationTree &m_tree;
     MLiteTimer &m_timers;
     LineFactory m_createLine;
+    Answering m_answersLater;
     List m_list;
     QHash<QString, List::iterator> m_byKey;
     List m_removed; ///< until no listener can be inside one of them

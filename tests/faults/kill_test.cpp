@@ -51,6 +51,48 @@ public:
     static void initMain() { qputenv("QTEST_FUNCTION_TIMEOUT", "7200000"); }
 
 private Q_SLOTS:
+    /// The module forgets an alarm that was answered with "OK": from then on only the disk knows it.
+    void anAlarmOutlivesAKillRightAfterItsModuleHeardOk()
+    {
+        const QTemporaryDir folder;
+        test::Peer module("127.0.0.1");
+        {
+            test::ManualTimers timers;
+            OperationalMode mode(
+                {test::fixedEnvironment(), timers, [] { return std::make_unique<test::RecordedLine>(); }},
+                {u"Notifications"_s, u"History"_s, u"IP"_s});
+            QVERIFY(mode.open(folder.filePath(u"nodes.xml"_s), OperationalMode::Use::Keep));
+            mode.addStation(u"S"_s, u"127.0.0.1:%1"_s.arg(module.port()));
+            mode.setExclusive(u"S"_s, true); // its module is answered
+            mode.setOnline(u"S"_s, true);
+            QVERIFY(mode.close());
+        }
+        for (int round = 0; round < 10; ++round) {
+            QProcess program;
+            program.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+            program.start(QStringLiteral(WATCH_RUN), {folder.path()});
+            QVERIFY(program.waitForStarted());
+            QCOMPARE(module.await(), "config\r\n");
+            const auto port = static_cast<quint16>(module.senderPort() + 1);
+            const auto say = [&](const QByteArray &line, const QByteArray &answer) {
+                module.send(line, port);
+                QByteArray heard = module.await();
+                while (!heard.isEmpty() && heard != answer) {
+                    heard = module.await();
+                }
+                return heard == answer;
+            };
+            QVERIFY(say("at+cpin?\r", "config\r\n"));
+            QVERIFY(say("at+cmgs=\"+49\"\r", "OK\r\n"));
+            const QByteArray alarm = "M,Alarm " + QByteArray::number(round) + " fail";
+            const bool isAnswered = say(alarm + '\x1A', "OK\r\n");
+            program.kill();
+            QVERIFY(isAnswered && program.waitForFinished());
+            const Found found{QDir(folder.path())};
+            QVERIFY(found.mode.tree().find(u"S/meldung/+49 --> "_s + QString::fromLatin1(alarm)).isValid());
+        }
+    }
+
     void aProgramKilledAtAnyMomentIsLessThanASecondBehindWhatItShowed()
     {
         const QTemporaryDir folder;
@@ -112,12 +154,9 @@ private Q_SLOTS:
             const qint64 killed = QDateTime::currentMSecsSinceEpoch();
             program.kill();
             QVERIFY(program.state() == QProcess::NotRunning || program.waitForFinished());
-            const QStringList unfinished = // of a file that was being written; no start looks at it
+            const QStringList unfinished = // of a file that was being written; the next save removes it
                 QDir(folder.path()).entryList({u".*"_s}, QDir::Files | QDir::Hidden);
             midSaves += unfinished.isEmpty() ? 0 : 1;
-            for (const QString &name : unfinished) {
-                QFile::remove(folder.filePath(name));
-            }
 
             QStringList due; // shown so long ago that it must be there
             for (const QString &line : QString::fromUtf8(program.readAllStandardOutput()).split(u'\n')) {
@@ -150,6 +189,15 @@ private Q_SLOTS:
             QVERIFY2(present.contains(kept), qPrintable(u"round %1: what was kept is lost"_s.arg(round)));
             kept = present;
         }
+        {
+            test::ManualTimers timers;
+            OperationalMode mode(
+                {test::fixedEnvironment(), timers, [] { return std::make_unique<test::RecordedLine>(); }},
+                {u"Notifications"_s, u"History"_s, u"IP"_s});
+            QVERIFY(mode.open(folder.filePath(u"nodes.xml"_s), OperationalMode::Use::Keep) && mode.close());
+        }
+        QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
+                 (QStringList{u"nodes.times"_s, u"nodes.xml"_s}));
         QVERIFY(!kept.isEmpty());
         qInfo() << rounds << "kills;" << shownAtAll << "alarms shown," << kept.size() << "kept;" << torn
                 << "torn ends," << midSaves << "in the middle of writing a file";
