@@ -15,6 +15,7 @@ namespace ktr::cli {
 namespace {
 
 const QString forOption = QStringLiteral("for");
+const QString evenIfWatchedOption = QStringLiteral("even-if-watched");
 constexpr int longestWatch = 1'000'000;
 
 QString nameOf(StationEvent::Kind kind)
@@ -68,6 +69,10 @@ void describeMonitor(Arguments &arguments)
     arguments.addOption(
         {forOption, QStringLiteral("Ends after so many seconds; otherwise when it is asked to terminate."),
          QStringLiteral("SECONDS")});
+    arguments.addOption(
+        {evenIfWatchedOption,
+         QStringLiteral("Watches stations that another program watches, too. Modules answer who "
+                        "announced last, so each of the two misses what the other is told.")});
 }
 
 std::optional<int> checkMonitor(const Arguments &arguments)
@@ -108,7 +113,13 @@ int monitor(const Arguments &arguments)
                 Qt::QueuedConnection);
         }
     });
-    if (!mode.open(path, OperationalMode::Use::Watch) && mode.stations().Count() == 0) {
+    using Use = OperationalMode::Use;
+    const Status opened =
+        mode.open(path, arguments.isSet(evenIfWatchedOption) ? Use::WatchAnyway : Use::Watch);
+    if (mode.hindrance() == OperationalMode::Hindrance::InUse) {
+        return fail(opened.message() + QStringLiteral("; --even-if-watched watches it all the same"));
+    }
+    if (!opened) {
         return failed; // told already
     }
     if (seconds) {

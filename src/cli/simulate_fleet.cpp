@@ -4,6 +4,7 @@
 #include "cli/interruption.h"
 #include "opmode/nodes_file.h"
 #include "opmode/station_tree.h"
+#include "platform/file_lock.h"
 #include "platform/files.h"
 #include "simulator/fleet.h"
 
@@ -121,7 +122,12 @@ int simulateFleet(const Arguments &arguments, const DatagramFaults &network)
         return fail(opened.message());
     }
     if (arguments.isSet(nodesOption)) {
-        const Status written = replaceFile(arguments.value(nodesOption), nodesOf(fleet, *options));
+        const QString nodes = arguments.value(nodesOption);
+        FileLock lock;
+        if (lock.take(listLockPath(nodes)) == FileLock::Outcome::Held) { // it would be written over
+            return fail(nodes + QStringLiteral(": the list is in use by ") + lock.holder());
+        }
+        const Status written = replaceFile(nodes, nodesOf(fleet, *options));
         if (!written) {
             return fail(written.message());
         }

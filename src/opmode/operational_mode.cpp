@@ -65,17 +65,24 @@ OperationalMode::~OperationalMode()
 
 Status OperationalMode::open(const QString &nodesPath, Use use)
 {
+    clearTree();
+    m_path = nodesPath;
+    if (Status locked = takeLock(use); !locked) {
+        m_hindrance = Hindrance::InUse;
+        return locked;
+    }
     m_file.emplace(nodesPath);
     QHash<QString, StationAttributes> attributes;
     m_tree.beginLoading();
     Status loaded = load(attributes);
+    m_hindrance = loaded ? Hindrance::None : Hindrance::Unusable;
     if (!loaded) {
         Q_EMIT told(loaded.message());
     }
     for (const QString &remark : m_file->remarks()) {
         Q_EMIT told(remark);
     }
-    if (use == Use::Keep) {
+    if (use == Use::Keep && loaded) { // else nothing is written over what cannot be read
         m_times.emplace(nodesPath);
         if (const Status times = m_times->load(m_tree); !times) {
             Q_EMIT told(times.message());
@@ -93,6 +100,38 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     createStations(attributes);
     m_isOpen = true;
     return loaded;
+}
+
+Status OperationalMode::takeLock(Use use)
+{
+    switch (m_lock.take(listLockPath(m_path))) {
+    case FileLock::Outcome::Taken:
+        break;
+    case FileLock::Outcome::Held:
+        if (use != Use::WatchAnyway) {
+            return Status::failed(tr("%1: the list is in use by %2").arg(m_path, m_lock.holder()));
+        }
+        Q_EMIT told(
+            tr("%1: the list is in use by %2. Modules answer who announced last: what is told here is "
+               "missing there, and the other way round")
+                .arg(m_path, m_lock.holder()));
+        break;
+    case FileLock::Outcome::Impossible:
+        Q_EMIT told(tr("%1; another program that uses the list at the same time is not noticed")
+                        .arg(m_lock.trouble().message()));
+        break;
+    }
+    return Status::done();
+}
+
+Status OperationalMode::openEmpty()
+{
+    const QString path = m_path;
+    if (Status aside = keepAside({journalPath(path), NotificationTimes(path).path(), path}); !aside) {
+        return aside;
+    }
+    closeWithoutFile();
+    return open(path, Use::Keep);
 }
 
 Status OperationalMode::load(QHash<QString, StationAttributes> &attributes)
@@ -447,6 +486,17 @@ void OperationalMode::removeAll()
     for (const QString &kennung : keys) {
         m_stations.Remove(kennung);
     }
+    m_lock.release();
+}
+
+/// Of what stayed when a list was closed.
+void OperationalMode::clearTree()
+{
+    while (m_tree.rowCount() > 0) {
+        m_tree.remove(m_tree.index(m_tree.rowCount() - 1, 0));
+    }
+    m_schedules.clear();
+    m_lent.clear();
 }
 
 Status OperationalMode::acknowledge(const QModelIndexList &entries)

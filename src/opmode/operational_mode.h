@@ -4,6 +4,7 @@
 #include "opmode/stations.h"
 #include "opmode/value_trends.h"
 #include "platform/environment.h"
+#include "platform/file_lock.h"
 
 #include <QSet>
 
@@ -39,16 +40,27 @@ public:
         NodesKeeper::Limits filesInBetween = {};
     };
     enum class Use {
-        Keep, ///< changes are kept in the journal, and in the file at the end
-        Watch ///< the file is read only
+        Keep,       ///< changes are kept in the journal, and in the file at the end
+        Watch,      ///< the file is read only
+        WatchAnyway ///< also while another program watches these stations: modules answer who announced last
+    };
+    /// What keeps a list from being watched.
+    enum class Hindrance {
+        None,
+        InUse,   ///< another program watches it; there is no tree
+        Unusable ///< the file is damaged or cannot be read; nothing is kept, and the file stays as it is
     };
 
     OperationalMode(const Services &services, StationCaptions captions, QObject *parent = nullptr);
     ~OperationalMode() override; ///< without close() the journal keeps what changed
 
-    /// Builds the tree from the file, connects the stations that were online and evaluates all schedules. A
-    /// file that cannot be used gives a failure, which is told too, and the tree stays empty.
+    /// Builds the tree from the file, connects the stations that were online and evaluates all schedules. No
+    /// other program does so with this list until close(). A failure leaves the tree empty; hindrance() tells
+    /// more. To be tried again after closeWithoutFile().
     Status open(const QString &nodesPath, Use use);
+    Hindrance hindrance() const { return m_hindrance; }
+    /// Puts a list that is unusable aside, with what belongs to it, and begins an empty one in its place.
+    Status openEmpty();
 
     /// Writes the file, removes the journal and the stations. After a failure everything is as before.
     Status close();
@@ -110,6 +122,7 @@ private:
     bool answersLater(const QString &kennung);
     void answerKept();
     void answerAll();
+    Status takeLock(Use use);
     Status load(QHash<QString, StationAttributes> &attributes);
     void replay(const QString &path, QHash<QString, StationAttributes> &attributes);
     void createStations(const QHash<QString, StationAttributes> &attributes);
@@ -119,6 +132,7 @@ private:
     void showStatus(const cStation &station);
     void keep(const QString &kennung);
     void removeAll();
+    void clearTree();
 
     Services m_services;
     std::unique_ptr<CallbackTimers> m_callbacks;
@@ -130,6 +144,9 @@ private:
     QSet<QString> m_lent;
     std::unique_ptr<OneShotTimer> m_minute;
     std::optional<WallMinute> m_evaluateFrom;
+    QString m_path;
+    FileLock m_lock;
+    Hindrance m_hindrance = Hindrance::None;
     std::optional<NodesFile> m_file;
     std::optional<NotificationTimes> m_times;
     std::optional<NodesJournal> m_journal; ///< when changes are kept

@@ -2,15 +2,18 @@
 #include "support/bad_proxy.h"
 #include "support/test_files.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSysInfo>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 
 #include <csignal>
+#include <sys/stat.h>
 
 using namespace Qt::StringLiterals;
 using ktr::test::contentOf;
@@ -516,6 +519,50 @@ private Q_SLOTS:
         }
         QCOMPARE(contentOf(path(u"nodes.xml"_s)), before);
         QVERIFY(fleet.terminate());
+    }
+
+    void aListThatIsWatchedIsNotWatchedTwiceUnlessThatIsWanted()
+    {
+        Module fleet(words(u"simulate --fleet 1 --port 0 --nodes @nodes.xml --every 1"_s));
+        const QString alive = u"\"kind\":\"alive\""_s;
+        {
+            const Module monitor(words(u"monitor @nodes.xml"_s), alive);
+            for (const QString &job :
+                 {u"monitor @nodes.xml"_s, u"simulate --fleet 1 --port 0 --nodes @nodes.xml"_s}) {
+                const Result refused = ktrcli(job);
+                QCOMPARE(refused.code, 1);
+                QCOMPARE(refused.errors.count(u'\n'), 1);
+                QVERIFY2(refused.errors.contains(u"in use by"_s) && refused.errors.contains(u"ktrcli ("_s) &&
+                             refused.errors.contains(QSysInfo::machineHostName()),
+                         qPrintable(refused.errors));
+            }
+            const Result anyway = ktrcli(u"monitor @nodes.xml --even-if-watched --for 0"_s);
+            QCOMPARE(anyway.code, 0);
+            QVERIFY2(anyway.errors.contains(u"who announced last"_s), qPrintable(anyway.errors));
+        }
+        QVERIFY(!QFileInfo::exists(path(u"nodes.lock"_s)));
+        QVERIFY(QDir().mkdir(path(u"nodes.lock"_s))); // as in a folder that cannot be written
+        const Result unlocked = ktrcli(u"monitor @nodes.xml --for 0"_s);
+        QVERIFY2(unlocked.code == 0 && unlocked.errors.contains(u"nodes.lock"_s),
+                 qPrintable(unlocked.errors));
+        QVERIFY(QDir().rmdir(path(u"nodes.lock"_s)) && QFile::remove(path(u"nodes.xml"_s)));
+        QVERIFY(fleet.terminate());
+    }
+
+    void whatMayHoldAPinIsItsOwners()
+    {
+        const auto readers = [this](const QString &name) {
+            return QFile::permissions(path(name)) & (QFileDevice::ReadGroup | QFileDevice::ReadOther);
+        };
+        const mode_t mask = ::umask(022);
+        Module module(words(u"simulate --serial @module"_s));
+        QCOMPARE(ktrcli(u"transmit @sample --serial @module --log @owners.txt"_s).code, 0);
+        QCOMPARE(ktrcli(u"new @usual.xml"_s).code, 0);
+        QCOMPARE(ktrcli(u"convert @sample @pin.xml"_s).code, 0);
+        ::umask(mask);
+        QVERIFY(contentOf(path(u"pin.xml"_s)).contains("<PIN>") && !readers(u"pin.xml"_s));
+        QVERIFY(!readers(u"owners.txt"_s));
+        QCOMPARE(readers(u"usual.xml"_s), QFileDevice::ReadGroup | QFileDevice::ReadOther);
     }
 
     void ctrlCEndsCleanly()

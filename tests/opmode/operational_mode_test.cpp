@@ -3,6 +3,7 @@
 #include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
+#include "support/test_files.h"
 
 #include <QDir>
 #include <QSignalSpy>
@@ -366,25 +367,89 @@ private Q_SLOTS:
         QVERIFY(run.alarms.isEmpty());
     }
 
-    void aFileThatCannotBeReadIsKeptAside()
+    void aDamagedFileIsKeptAsideBeforeItIsReplaced()
     {
-        const QString path = m_folder->filePath(QStringLiteral("nodes.xml"));
-        QVERIFY(replaceFile(path, "<KTR><item1"));
-        QVERIFY(replaceFile(m_folder->filePath(QStringLiteral("nodes.times")), "of it"));
+        const QByteArray damaged =
+            "<!DOCTYPE KTR><KTR>" + station("S", "hostAddress=\"10.0.0.7\"") + "<item2 key=\"\x01\"/></KTR>";
+        QVERIFY(test::writeFile(file("nodes.xml"), damaged));
+        QVERIFY(test::writeFile(file("nodes.times"), "of it"));
         {
             Run run(m_folder->path());
-            QVERIFY(!run.opened && run.told.size() == 2);
-            run.mode->addStation(QStringLiteral("S"));
+            QVERIFY(run.opened && run.told.size() == 3);
+            QCOMPARE(run.mode->stations().Count(), 1);
             QVERIFY(run.mode->close());
         }
-        QByteArray kept;
-        QVERIFY(readFile(m_folder->filePath(QStringLiteral("nodes (1).xml")), kept, 1000));
-        QCOMPARE(kept, "<KTR><item1");
-        QVERIFY(readFile(m_folder->filePath(QStringLiteral("nodes (1).times")), kept, 1000));
-        QCOMPARE(kept, "of it");
+        QCOMPARE(test::contentOf(file("nodes (1).xml")), damaged);
+        QCOMPARE(test::contentOf(file("nodes (1).times")), "of it");
         Run run(m_folder->path());
-        QVERIFY(run.opened);
-        QCOMPARE(run.mode->stations().Count(), 1);
+        QVERIFY(run.opened && run.told.isEmpty());
+        QCOMPARE(run.mode->attributes(QStringLiteral("S")).hostAddress, "10.0.0.7");
+    }
+
+    void aFileThatCannotBeUsedIsNotTouchedUntilTheUserWantsAnEmptyList()
+    {
+        const QMap<QString, QByteArray> files{{file("nodes.xml"), "torn"},
+                                              {file("nodes.times"), "of it"},
+                                              {file("nodes.journal"), QByteArray(50, 'j')}};
+        for (auto content = files.cbegin(); content != files.cend(); ++content) {
+            QVERIFY(test::writeFile(content.key(), *content));
+        }
+        Run run(m_folder->path());
+        QVERIFY(!run.opened);
+        QCOMPARE(run.mode->hindrance(), OperationalMode::Hindrance::Unusable);
+        run.mode->addStation(QStringLiteral("S"));
+        QVERIFY(run.mode->close());
+        QVERIFY(!run.mode->open(run.path, OperationalMode::Use::Keep));
+        for (auto content = files.cbegin(); content != files.cend(); ++content) {
+            QCOMPARE(test::contentOf(content.key()), *content);
+        }
+        QVERIFY(run.mode->openEmpty());
+        QCOMPARE(run.mode->hindrance(), OperationalMode::Hindrance::None);
+        QCOMPARE(run.mode->stations().Count(), 0);
+        run.mode->addStation(QStringLiteral("S"));
+        QVERIFY(run.mode->keepsChanges() && run.mode->close());
+        for (auto content = files.cbegin(); content != files.cend(); ++content) {
+            QCOMPARE(test::contentOf(QString(content.key()).replace(u'.', QLatin1String(" (1)."))), *content);
+        }
+    }
+
+    void aListIsWatchedByOneProgramAtATime()
+    {
+        Run first(m_folder->path());
+        first.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+        first.mode->setOnline(QStringLiteral("S"), true);
+        QVERIFY(first.mode->keepsChanges());
+        Run second(m_folder->path());
+        QVERIFY(!second.opened && second.lines.isEmpty());
+        QCOMPARE(second.mode->hindrance(), OperationalMode::Hindrance::InUse);
+        QVERIFY2(second.opened.message().contains(QSysInfo::machineHostName()) &&
+                     second.opened.message().contains(QString::number(QCoreApplication::applicationPid())),
+                 qPrintable(second.opened.message()));
+        QVERIFY(second.mode->close());
+        QVERIFY(first.mode->close());
+        QVERIFY(second.mode->open(second.path, OperationalMode::Use::Keep));
+        QCOMPARE(second.mode->stations().Count(), 1);
+        QVERIFY(second.mode->close());
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files),
+                 (QStringList{QStringLiteral("nodes.times"), QStringLiteral("nodes.xml")}));
+    }
+
+    /// Its module forgets an alarm once it is answered.
+    void anAlarmIsAnsweredWhenTheDiskHasIt()
+    {
+        Run run(m_folder->path());
+        run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+        run.mode->setExclusive(QStringLiteral("S"), true);
+        run.mode->setOnline(QStringLiteral("S"), true);
+        RecordedLine &line = *run.lines[0];
+        line.say("at+cpin?\r");
+        run.say(0, "M,Alarm DI1 fail");
+        line.say("at+csq\r"); // waits for its turn
+        QCOMPARE(line.sent.last(), "M,Alarm DI1 fail\r\n");
+        QTRY_COMPARE(line.sent.size(), 8);
+        QVERIFY(test::contentOf(file("nodes.journal")).contains("DI1 fail"));
+        QCOMPARE(line.sent.sliced(4),
+                 (QByteArrayList{"M,Alarm DI1 fail\r\n", "OK\r\n", "at+csq\r\n", "OK\r\n"}));
     }
 
     void aLentStationIsSavedAsOnline()
@@ -401,6 +466,8 @@ private Q_SLOTS:
     }
 
 private:
+    QString file(const char *name) const { return m_folder->filePath(QString::fromLatin1(name)); }
+
     std::unique_ptr<QTemporaryDir> m_folder;
 };
 

@@ -9,6 +9,7 @@
 #include "opmode/window/alarm_bar.h"
 #include "opmode/window/export_dialog.h"
 #include "opmode/window/history_page.h"
+#include "opmode/window/list_banner.h"
 #include "opmode/window/message_line.h"
 #include "opmode/window/notification_page.h"
 #include "opmode/window/station_page.h"
@@ -143,6 +144,13 @@ void Form_betriebsmodus::layOut()
     top->addWidget(m_noAlarm, 0, 0);
     top->addWidget(m_alarmBar, 0, 0);
     m_alarmBar->raise();
+    m_listBanner = new ListBanner(body);
+    connect(m_listBanner, &ListBanner::retryWanted, this, [this] {
+        m_mode.closeWithoutFile();
+        openList();
+    });
+    connect(m_listBanner, &ListBanner::emptyWanted, this, &Form_betriebsmodus::beginEmptyList);
+    column->addWidget(m_listBanner);
     column->addLayout(top);
     column->addWidget(m_splitter, 1);
     setCentralWidget(body);
@@ -315,6 +323,7 @@ void Form_betriebsmodus::applyTexts()
     mnu_ansicht_treeview->setText(text(Text::TreeView));
     m_alarmBar->applyTexts();
     m_noAlarm->setText(tr("All alarms are acknowledged"));
+    m_listBanner->applyTexts();
     m_messages->applyTexts();
     const std::array captions = {Text::Station, Text::Notifications, Text::History, Text::Ip};
     for (int page = 0; page < m_pages->count(); ++page) {
@@ -371,14 +380,54 @@ void Form_betriebsmodus::changeEvent(QEvent *event)
 
 void Form_betriebsmodus::open(const QString &nodesPath)
 {
-    static_cast<void>(m_mode.open(nodesPath, OperationalMode::Use::Keep)); // what is wrong is told
-    if (m_mode.stations().Count() == 0) {
+    m_nodesPath = nodesPath;
+    openList();
+}
+
+void Form_betriebsmodus::openList()
+{
+    showHindrance(m_mode.open(m_nodesPath, OperationalMode::Use::Keep));
+}
+
+/// Also when there is none (any more).
+void Form_betriebsmodus::showHindrance(const Status &opened)
+{
+    using Hindrance = OperationalMode::Hindrance;
+    const Hindrance hindrance = m_mode.hindrance();
+    if (m_mode.stations().Count() == 0 && hindrance != Hindrance::InUse) {
         m_mode.addStation(m_texts.text(Text::NewNotification));
     }
     m_tree->setCurrentIndex(m_mode.tree().index(0, 0));
-    m_tree->setFocus();
     applyFilter();
     showCounts(); // at once: until the timer's turn it would say that there are none
+    const bool isUsable = hindrance == Hindrance::None;
+    m_splitter->setEnabled(isUsable); // what would be done there is kept nowhere
+    m_noAlarm->setVisible(isUsable);  // none arrives
+    for (QAction *action : m_stationMenu->actions()) {
+        action->setEnabled(isUsable || action == mnu_close);
+    }
+    if (isUsable) {
+        m_listBanner->hide();
+        enableActions();
+        m_tree->setFocus();
+        return;
+    }
+    const QString reason =
+        hindrance == Hindrance::InUse
+            ? opened.message()
+            : tr("The list of stations cannot be used. It stays as it is: %1").arg(opened.message());
+    m_listBanner->appear(reason, hindrance == Hindrance::Unusable);
+    tell(reason);
+    Dialog::message(this, m_texts, tr("No station is watched") + QLatin1String(".\n\n") + reason);
+}
+
+void Form_betriebsmodus::beginEmptyList()
+{
+    if (!ask(tr("Begin with an empty list? The one that cannot be used is kept under another name."))) {
+        return;
+    }
+    const Status begun = m_mode.openEmpty();
+    showHindrance(begun);
 }
 
 void Form_betriebsmodus::closeEvent(QCloseEvent *event)
@@ -514,7 +563,7 @@ void Form_betriebsmodus::tell(const QString &line)
 
 void Form_betriebsmodus::enableActions()
 {
-    const QString kennung = chosen();
+    const QString kennung = m_mode.hindrance() == OperationalMode::Hindrance::None ? chosen() : QString();
     for (QAction *action : {mnu_station_rename, mnu_station_del, mnu_station_online, mnu_konfiguration}) {
         action->setEnabled(!kennung.isEmpty());
     }

@@ -21,6 +21,7 @@ class QTabWidget;
 namespace ktr {
 
 class AlarmBar;
+class ListBanner;
 class MessageLine;
 class NotificationPage;
 class OpmodePage;
@@ -47,7 +48,8 @@ public:
                        QWidget *parent = nullptr);
     ~Form_betriebsmodus() override;
 
-    /// Opens the stations of a file and selects the first one.
+    /// Opens the stations of a file and selects the first one. Where they cannot be watched a message and a
+    /// banner say so, and the user can try again.
     void open(const QString &nodesPath);
 
     /// Puts the texts of the table in place.
@@ -80,6 +82,9 @@ private:
                  const QKeySequence &shortcut = {});
     void addPage(OpmodePage *page);
 
+    void openList();
+    void showHindrance(const Status &opened);
+    void beginEmptyList();
     void showNode(const QModelIndex &node);
     void showPage(int index);
     QString chosen() const;
@@ -109,6 +114,8 @@ private:
     int m_busy = 0;
     bool m_isFollowing = false; ///< tree and pages follow each other
 
+    QString m_nodesPath;
+    ListBanner *m_listBanner;
     AlarmBar *m_alarmBar;
     QLabel *m_noAlarm;
     NotificationPage *m_notifications;

@@ -1,9 +1,12 @@
+#include "opmode/nodes_file.h"
 #include "opmode/window/form_betriebsmodus.h"
+#include "platform/file_lock.h"
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
+#include "support/test_files.h"
 
 #include <QAction>
 #include <QApplication>
@@ -12,8 +15,10 @@
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSysInfo>
 #include <QTabWidget>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -339,7 +344,70 @@ private Q_SLOTS:
         QCOMPARE(m_mode->tree().alarmCount(), 1);
     }
 
+    void aListThatCannotBeUsedIsToldUntilTheUserDealsWithIt()
+    {
+        QVERIFY(test::writeFile(path("nodes.xml"), "torn"));
+        openWindow();
+        answerMessage();
+        QVERIFY(banner()->isVisible() && banner()->findChild<QPushButton *>("Cmd_list_empty")->isVisible());
+        QVERIFY(banner()->findChild<QLabel *>("lbl_list_reason")->text().contains(path("nodes.xml")));
+        QCOMPARE(stationNames(), QStringList("new"));
+        QVERIFY(!tree()->isEnabled() && !m_window->findChild<QAction *>("mnu_station_add")->isEnabled());
+        QVERIFY(m_window->close());
+        QCOMPARE(test::contentOf(path("nodes.xml")), "torn"); // as it was
+        cleanupWindow();
+        openWindow();
+        answerMessage();
+        press(banner(), "Cmd_list_retry");
+        answerMessage();
+        QVERIFY(banner()->isVisible());
+        answerNext("OKButton");
+        press(banner(), "Cmd_list_empty");
+        QVERIFY(!banner()->isVisible() && tree()->isEnabled());
+        click("mnu_station_add");
+        QCOMPARE(stationNames(), (QStringList{"new", "new (1)"}));
+        QVERIFY(m_window->close());
+        QCOMPARE(test::contentOf(path("nodes (1).xml")), "torn");
+        QVERIFY(test::contentOf(path("nodes.xml")).contains("new (1)"));
+    }
+
+    void aListThatAnotherProgramWatchesIsWatchedOnceThatIsOver()
+    {
+        open({"A"});
+        m_mode->setHostAddress("A", "10.0.0.7");
+        m_mode->setOnline("A", true);
+        QVERIFY(m_window->close());
+        cleanupWindow();
+        FileLock other;
+        QCOMPARE(other.take(listLockPath(path("nodes.xml"))), FileLock::Outcome::Taken);
+        openWindow();
+        answerMessage();
+        QVERIFY(banner()->isVisible() && !banner()->findChild<QPushButton *>("Cmd_list_empty")->isVisible());
+        QVERIFY(
+            banner()->findChild<QLabel *>("lbl_list_reason")->text().contains(QSysInfo::machineHostName()));
+        QVERIFY(m_lines.isEmpty() && stationNames().isEmpty());
+        other.release();
+        press(banner(), "Cmd_list_retry");
+        QVERIFY(!banner()->isVisible() && tree()->isEnabled());
+        QCOMPARE(stationNames(), QStringList("A"));
+        QCOMPARE(m_lines[0]->sent, QByteArrayList{"config\r\n"});
+    }
+
 private:
+    QWidget *banner() const { return m_window->findChild<QWidget *>("ListBanner"); }
+    /// A message that names the list is there; it is read.
+    void answerMessage()
+    {
+        for (QWidget *window : QApplication::topLevelWidgets()) {
+            if (window->objectName() == "Dialog" && window->isVisible()) {
+                QVERIFY(window->accessibleName().contains(path("nodes.xml")));
+                QTest::mouseClick(window->findChild<QPushButton *>("OKButton"), Qt::LeftButton);
+                QVERIFY(QTest::qWaitFor([box = QPointer(window)] { return box.isNull(); }));
+                return;
+            }
+        }
+        QFAIL("no message");
+    }
     QString path(const QString &name) const { return m_folder->filePath(name); }
 
     void open(const QStringList &stations = {})
@@ -370,7 +438,10 @@ private:
             *m_mode, m_texts, Form_betriebsmodus::Services{m_timers, test::english(), {}, {}});
         m_window->show();
         m_window->open(path("nodes.xml"));
-        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QVERIFY(QTest::qWaitForWindowExposed(m_window.get())); // a message may be the active one
+        if (m_mode->hindrance() == OperationalMode::Hindrance::None) {
+            QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        }
     }
 
     void cleanupWindow()

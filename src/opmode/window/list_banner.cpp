@@ -1,0 +1,106 @@
+#include "opmode/window/list_banner.h"
+
+#include "look/icons.h"
+#include "opmode/window/alarm_look.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+
+namespace ktr {
+
+namespace {
+
+constexpr int iconSize = 26;
+
+} // namespace
+
+ListBanner::ListBanner(QWidget *parent)
+    : QWidget(parent),
+      m_icon(new QLabel(this)),
+      m_headline(new QLabel(this)),
+      m_reason(new QLabel(this)),
+      m_retry(new QPushButton(this)),
+      m_empty(new QPushButton(this))
+{
+    setObjectName(QStringLiteral("ListBanner"));
+    m_headline->setObjectName(QStringLiteral("lbl_list"));
+    m_headline->setTextFormat(Qt::PlainText);
+    m_reason->setObjectName(QStringLiteral("lbl_list_reason"));
+    m_reason->setTextFormat(Qt::PlainText); // another program wrote part of it
+    m_reason->setWordWrap(true);
+    m_reason->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_retry->setObjectName(QStringLiteral("Cmd_list_retry"));
+    m_empty->setObjectName(QStringLiteral("Cmd_list_empty"));
+    m_retry->setAutoDefault(false);
+    m_empty->setAutoDefault(false);
+
+    auto *texts = new QVBoxLayout;
+    texts->setSpacing(1);
+    texts->addWidget(m_headline);
+    texts->addWidget(m_reason);
+    auto *row = new QHBoxLayout(this);
+    row->setContentsMargins(12, 6, 10, 6);
+    row->setSpacing(8);
+    row->addWidget(m_icon);
+    row->addLayout(texts, 1);
+    row->addWidget(m_retry);
+    row->addWidget(m_empty);
+
+    connect(m_retry, &QPushButton::clicked, this, &ListBanner::retryWanted);
+    connect(m_empty, &QPushButton::clicked, this, &ListBanner::emptyWanted);
+    takeColours();
+    applyTexts();
+    hide();
+}
+
+void ListBanner::appear(const QString &reason, bool canBeginEmpty)
+{
+    m_reason->setText(reason);
+    m_empty->setVisible(canBeginEmpty);
+    setAccessibleName(m_headline->text());
+    setAccessibleDescription(reason);
+    show();
+}
+
+void ListBanner::applyTexts()
+{
+    m_headline->setText(tr("No station is watched"));
+    m_retry->setText(tr("Try again"));
+    m_retry->setToolTip(tr("Opens the list of stations again"));
+    m_empty->setText(tr("Begin an empty list"));
+    m_empty->setToolTip(tr("Keeps the list that cannot be used under another name and begins an empty one"));
+    for (QPushButton *button : {m_retry, m_empty}) {
+        button->setFixedWidth(button->fontMetrics().horizontalAdvance(button->text()) + 28);
+    }
+}
+
+void ListBanner::takeColours()
+{
+    const QPalette red = alarmBarPalette(QApplication::palette());
+    if (palette() != red) {
+        setPalette(red);
+    }
+    m_icon->setPixmap(icon(IconName::Warning).pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    QFont bold = font();
+    bold.setBold(true);
+    m_headline->setFont(bold);
+}
+
+void ListBanner::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::FontChange) {
+        takeColours();
+    }
+    QWidget::changeEvent(event);
+}
+
+void ListBanner::paintEvent(QPaintEvent *)
+{
+    QPainter(this).fillRect(rect(), palette().color(QPalette::Window));
+}
+
+} // namespace ktr
