@@ -187,10 +187,6 @@
         <translation>nicht zuzuordnende Knoten ausgelassen: %1</translation>
     </message>
     <message>
-        <source>is damaged; the times of the notifications are not known</source>
-        <translation>ist beschädigt; die Zeiten der Meldungen sind unbekannt</translation>
-    </message>
-    <message>
         <source>could not be shortened</source>
         <translation>konnte nicht gekürzt werden</translation>
     </message>
@@ -225,6 +221,70 @@
     <message>
         <source>Archive %1: a line without a record</source>
         <translation>Archiv %1: eine Zeile ohne Datensatz</translation>
+    </message>
+    <message>
+        <source>would be longer than %1 MiB, which is not read again</source>
+        <translation>würde länger als %1 MiB und könnte nicht wieder gelesen werden</translation>
+    </message>
+    <message>
+        <source>a document type declaration was passed over</source>
+        <translation>eine Dokumenttyp-Deklaration wurde übergangen</translation>
+    </message>
+    <message>
+        <source>damaged places, whose elements were left out: %1, the first at byte %2</source>
+        <translation>beschädigte Stellen, deren Elemente ausgelassen wurden: %1, die erste bei Byte %2</translation>
+    </message>
+    <message>
+        <source>what stood inside of elements was left out: %1</source>
+        <translation>was innerhalb von Elementen stand, wurde ausgelassen: %1</translation>
+    </message>
+    <message>
+        <source>defects that cost nothing: %1</source>
+        <translation>Schäden, durch die nichts fehlt: %1</translation>
+    </message>
+    <message>
+        <source>its end is missing; what stands before that is used</source>
+        <translation>das Ende fehlt; was davor steht, wird verwendet</translation>
+    </message>
+    <message>
+        <source>there is a reference to a character that does not exist</source>
+        <translation>es wird auf ein Zeichen verwiesen, das es nicht gibt</translation>
+    </message>
+    <message>
+        <source>the document is not a single element &quot;KTR&quot;</source>
+        <translation>das Dokument ist kein einzelnes Element „KTR“</translation>
+    </message>
+    <message>
+        <source>an attribute of &quot;%1&quot; stands twice</source>
+        <translation>ein Attribut von „%1“ steht zweimal da</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not empty</source>
+        <translation>„%1“ ist nicht leer</translation>
+    </message>
+    <message>
+        <source>there is text between the elements</source>
+        <translation>zwischen den Elementen steht Text</translation>
+    </message>
+    <message>
+        <source>at byte %1: %2</source>
+        <translation>bei Byte %1: %2</translation>
+    </message>
+    <message>
+        <source>is damaged; times of notifications that are known: %1</source>
+        <translation>ist beschädigt; Zeiten von Meldungen, die bekannt sind: %1</translation>
+    </message>
+    <message>
+        <source>another program</source>
+        <translation>einem anderen Programm</translation>
+    </message>
+    <message>
+        <source>%1 on %2, %3, since %4</source>
+        <translation>%1 auf %2, %3, seit %4</translation>
+    </message>
+    <message>
+        <source>is longer than the memory that is free</source>
+        <translation>ist länger als der freie Speicher</translation>
     </message>
 </context>
 <context>
@@ -980,6 +1040,18 @@ Wasserturm;turm.example.org:49111</translation>
         <source>All alarms are acknowledged</source>
         <translation>Alle Alarme sind quittiert</translation>
     </message>
+    <message>
+        <source>The list of stations cannot be used. It stays as it is: %1</source>
+        <translation>Die Stationsliste ist nicht verwendbar. Sie bleibt, wie sie ist: %1</translation>
+    </message>
+    <message>
+        <source>No station is watched</source>
+        <translation>Keine Station wird überwacht</translation>
+    </message>
+    <message>
+        <source>Begin with an empty list? The one that cannot be used is kept under another name.</source>
+        <translation>Mit einer leeren Liste beginnen? Die nicht verwendbare wird unter anderem Namen aufgehoben.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::GsmPage</name>
@@ -1357,6 +1429,29 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::ListBanner</name>
+    <message>
+        <source>No station is watched</source>
+        <translation>Keine Station wird überwacht</translation>
+    </message>
+    <message>
+        <source>Try again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>Opens the list of stations again</source>
+        <translation>Öffnet die Stationsliste noch einmal</translation>
+    </message>
+    <message>
+        <source>Begin an empty list</source>
+        <translation>Leere Liste beginnen</translation>
+    </message>
+    <message>
+        <source>Keeps the list that cannot be used under another name and begins an empty one</source>
+        <translation>Hebt die nicht verwendbare Liste unter anderem Namen auf und beginnt eine leere</translation>
+    </message>
+</context>
+<context>
     <name>ktr::LogView</name>
     <message>
         <source>Pause</source>
@@ -1571,6 +1666,18 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Not all of the journal could be used; left out: %1 changes, %2 bytes at its end</source>
         <translation>Nicht alles im Journal war brauchbar; weggelassen: %1 Änderungen, %2 Byte am Ende</translation>
+    </message>
+    <message>
+        <source>%1: the list is in use by %2</source>
+        <translation>%1: Die Liste wird schon benutzt, und zwar von %2</translation>
+    </message>
+    <message>
+        <source>%1: the list is in use by %2. Modules answer who announced last: what is told here is missing there, and the other way round</source>
+        <translation>%1: Die Liste wird schon benutzt, und zwar von %2. Module antworten dem, der sich zuletzt gemeldet hat: was hier ankommt, fehlt dort, und umgekehrt</translation>
+    </message>
+    <message>
+        <source>%1; another program that uses the list at the same time is not noticed</source>
+        <translation>%1; ein anderes Programm, das die Liste gleichzeitig benutzt, wird nicht bemerkt</translation>
     </message>
 </context>
 <context>

@@ -234,21 +234,25 @@ QStringList DamagedNodes::remarks() const
 {
     QStringList remarks;
     if (m_hasDoctype) {
-        remarks += translated("a document type declaration was passed over");
+        remarks += translated(QT_TRANSLATE_NOOP("Files", "a document type declaration was passed over"));
     }
     if (m_lost > 0) {
-        remarks += translated("damaged places, whose elements were left out: %1, the first at byte %2")
-                       .arg(m_lost)
-                       .arg(m_firstLost);
+        remarks +=
+            translated(QT_TRANSLATE_NOOP(
+                           "Files", "damaged places, whose elements were left out: %1, the first at byte %2"))
+                .arg(m_lost)
+                .arg(m_firstLost);
     }
     if (m_withContent > 0) {
-        remarks += translated("what stood inside of elements was left out: %1").arg(m_withContent);
+        remarks += translated(QT_TRANSLATE_NOOP("Files", "what stood inside of elements was left out: %1"))
+                       .arg(m_withContent);
     }
     if (m_harmless > 0) {
-        remarks += translated("defects that cost nothing: %1").arg(m_harmless);
+        remarks += translated(QT_TRANSLATE_NOOP("Files", "defects that cost nothing: %1")).arg(m_harmless);
     }
     if (!m_isEnded) {
-        remarks += translated("its end is missing; what stands before that is used");
+        remarks +=
+            translated(QT_TRANSLATE_NOOP("Files", "its end is missing; what stands before that is used"));
     }
     return remarks;
 }

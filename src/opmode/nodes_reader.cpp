@@ -38,12 +38,14 @@ Status checkCharacters(std::string_view utf8)
     for (const char c : utf8) {
         const auto byte = static_cast<unsigned char>(c);
         if (byte < 0x20 && c != '\n' && c != '\r' && c != '\t') {
-            return Status::failed(translated("there is a character of number %1").arg(int{byte}));
+            return Status::failed(
+                translated(QT_TRANSLATE_NOOP("Files", "there is a character of number %1")).arg(int{byte}));
         }
     }
     for (std::size_t at = utf8.find("&#"); at != std::string_view::npos; at = utf8.find("&#", at + 2)) {
         if (!isCharacterReference(utf8.substr(at + 2, 12))) {
-            return Status::failed(translated("there is a reference to a character that does not exist"));
+            return Status::failed(translated(
+                QT_TRANSLATE_NOOP("Files", "there is a reference to a character that does not exist")));
         }
     }
     return Status::done();
@@ -72,11 +74,13 @@ Status takeElements(const pugi::xml_document &document, NodeRecords &records)
     pugi::xml_node root;
     for (const pugi::xml_node &node : document.children()) {
         if (node.type() == pugi::node_doctype) {
-            return Status::failed(translated("a document type declaration is not accepted"));
+            return Status::failed(
+                translated(QT_TRANSLATE_NOOP("Files", "a document type declaration is not accepted")));
         }
         if (node.type() == pugi::node_element) {
             if (!root.empty() || std::string_view(node.name()) != "KTR") {
-                return Status::failed(translated("the document is not a single element \"KTR\""));
+                return Status::failed(
+                    translated(QT_TRANSLATE_NOOP("Files", "the document is not a single element \"KTR\"")));
             }
             root = node;
         }
@@ -85,13 +89,16 @@ Status takeElements(const pugi::xml_document &document, NodeRecords &records)
     for (const pugi::xml_node &element : root.children()) {
         if (!takeAttributes(element, values)) {
             return Status::failed(
-                translated("an attribute of \"%1\" stands twice").arg(QString::fromUtf8(element.name())));
+                translated(QT_TRANSLATE_NOOP("Files", "an attribute of \"%1\" stands twice"))
+                    .arg(QString::fromUtf8(element.name())));
         }
         if (!element.first_child().empty()) {
-            return Status::failed(translated("\"%1\" is not empty").arg(QString::fromUtf8(element.name())));
+            return Status::failed(translated(QT_TRANSLATE_NOOP("Files", "\"%1\" is not empty"))
+                                      .arg(QString::fromUtf8(element.name())));
         }
         if (element.type() == pugi::node_pcdata || element.type() == pugi::node_cdata) {
-            return Status::failed(translated("there is text between the elements"));
+            return Status::failed(
+                translated(QT_TRANSLATE_NOOP("Files", "there is text between the elements")));
         }
         if (element.type() == pugi::node_element) {
             records.add(values);
@@ -127,7 +134,7 @@ Status parseNodes(const QByteArray &document, QByteArray &utf8, pugi::xml_docume
     const pugi::xml_parse_result result =
         parsed.load_buffer_inplace(utf8.data(), text.size(), asWritten, pugi::encoding_utf8);
     return result ? takeElements(parsed, records)
-                  : Status::failed(translated("at byte %1: %2")
+                  : Status::failed(translated(QT_TRANSLATE_NOOP("Files", "at byte %1: %2"))
                                        .arg(result.offset)
                                        .arg(QString::fromLatin1(result.description())));
 }

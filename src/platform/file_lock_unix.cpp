@@ -97,8 +97,9 @@ FileLock::Outcome FileLock::take(const QString &path)
         constexpr int flags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
         int descriptor = ::open(name.constData(), O_RDWR | O_CREAT | flags, S_IRUSR | S_IWUSR);
         const bool isWritable = descriptor >= 0;
-        if (!isWritable) { // somebody else's file, or a folder that is not to be written
-            const int reason = errno;
+        // Somebody else's file, or one on a disk that cannot be written: whether it is locked can be told.
+        if (const int reason = errno;
+            !isWritable && (reason == EACCES || reason == EPERM || reason == EROFS)) {
             descriptor = ::open(name.constData(), O_RDONLY | flags);
             errno = reason;
         }
