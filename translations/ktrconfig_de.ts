@@ -828,10 +828,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Neue Konfiguration</translation>
     </message>
     <message>
-        <source>Not saved: no file was chosen</source>
-        <translation>Nicht gespeichert: Es wurde keine Datei gewählt</translation>
-    </message>
-    <message>
         <source>Saved: %1</source>
         <translation>Gespeichert: %1</translation>
     </message>
@@ -858,6 +854,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Saved: %1. What stood there before is kept in %2</source>
         <translation>Gespeichert: %1. Was vorher dort stand, ist in %2 aufgehoben</translation>
+    </message>
+    <message>
+        <source>Not saved: no file was chosen. The next save asks for one</source>
+        <translation>Nicht gespeichert: Es wurde keine Datei gewählt. Das nächste Speichern fragt danach</translation>
     </message>
 </context>
 <context>
@@ -1426,6 +1426,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1 is not sent: a configuration is being transmitted</source>
         <translation>%1 wird nicht gesendet: Es wird gerade eine Konfiguration übertragen</translation>
+    </message>
+    <message>
+        <source>The log is incomplete: %1</source>
+        <translation>Das Protokoll ist unvollständig: %1</translation>
     </message>
 </context>
 <context>

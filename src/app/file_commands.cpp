@@ -86,7 +86,7 @@ void FileCommands::saveBeside(const QString &presentFile)
                               configurationFilter, presentFile));
     }
     if (m_document.fileName().isEmpty()) {
-        Q_EMIT told(tr("Not saved: no file was chosen"));
+        Q_EMIT told(tr("Not saved: no file was chosen. The next save asks for one"));
         return;
     }
     QString backup;

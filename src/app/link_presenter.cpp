@@ -365,14 +365,19 @@ void LinkPresenter::writeLog(const QString &line)
     const QString &path = m_document.configuration().info.logFile;
     if (path != m_logPath) {
         m_logPath = path;
+        m_logFailureTold = false;
         m_log.close();
         if (const QFileInfo info(path); info.exists() && !info.isFile()) { // a pipe would wait for its reader
             Q_EMIT told(tr("%1 is not a file; there is no log").arg(path));
         } else if (const Status opened = m_log.open(path); !opened) {
+            m_logFailureTold = true;
             Q_EMIT told(opened.message());
         }
     }
     m_log.write(m_document.environment().now(), line);
+    if (const Status written = m_log.status(); !written && !std::exchange(m_logFailureTold, true)) {
+        Q_EMIT told(tr("The log is incomplete: %1").arg(written.message()));
+    }
 }
 
 } // namespace ktr

@@ -92,6 +92,7 @@ private:
     bool m_overwritingTold = false; ///< in this transmission
     ConversationLog m_log;
     QString m_logPath;
+    bool m_logFailureTold = false;
 };
 
 } // namespace ktr

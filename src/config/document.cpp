@@ -95,6 +95,7 @@ ReadReport Document::load(const QString &fileName)
 ReadReport Document::readPresentFile()
 {
     m_source = fileCalled(m_fileName);
+    m_known = known(m_source); // before it is read: what is changed meanwhile counts as changed afterwards
     ReadReport report = readConfigurationFile(m_source, m_configuration, m_environment);
     if (!report.document) {
         m_source.clear();
@@ -105,10 +106,17 @@ ReadReport Document::readPresentFile()
     return report;
 }
 
+Document::KnownFile Document::known(const QString &path)
+{
+    const QFileInfo file(path);
+    return {path, file.size(), file.lastModified()};
+}
+
 Status Document::backUp(QString &backup) const
 {
     const QString file = fileCalled(m_fileName);
-    if (file == m_source || !QFileInfo(file).isFile()) {
+    const bool isOwn = file == m_source && (file != m_known.path || m_known == known(file));
+    if (isOwn || !QFileInfo(file).isFile()) {
         return Status::done();
     }
     const QString name = file + u'~';
@@ -130,6 +138,7 @@ Status Document::save()
     Status written = writeConfigurationFile(file, m_configuration, m_environment);
     if (written) {
         m_source = file;
+        m_known = known(file);
         setModified(false);
         Q_EMIT saved();
     }

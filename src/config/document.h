@@ -5,6 +5,7 @@
 #include "platform/environment.h"
 #include "platform/status.h"
 
+#include <QDateTime>
 #include <QObject>
 #include <QString>
 
@@ -55,9 +56,9 @@ public:
     /// The file that the configuration was read from or last saved to; empty for a new one.
     const QString &source() const { return m_source; }
 
-    /// Before save(): where another file than the source stands under the present name, copies it beside
-    /// itself, with "~" behind its name, and gives the copy's name in `backup`. After a failure that file
-    /// must not be written over.
+    /// Before save(): where another file than the source stands under the present name, or the source was
+    /// changed by somebody else, copies it beside itself, with "~" behind its name, and gives the copy's name
+    /// in `backup`. After a failure that file must not be written over.
     Status backUp(QString &backup) const;
 
     /// Writes the present file, which must have a name. The mark stays set when that fails.
@@ -73,10 +74,22 @@ Q_SIGNALS:
     void saved();
 
 private:
+    /// A file as this program last read or wrote it.
+    struct KnownFile
+    {
+        QString path;
+        qint64 size = 0;
+        QDateTime modified;
+
+        bool operator==(const KnownFile &) const = default;
+    };
+    static KnownFile known(const QString &path);
+
     Environment m_environment;
     Configuration m_configuration;
     QString m_fileName;
     QString m_source;
+    KnownFile m_known;
     bool m_modified = false;
 };
 

@@ -262,7 +262,14 @@ private Q_SLOTS:
         clickMenu("mnu_Save");
         QCOMPARE(stationIn(file), "newer");
         QCOMPARE(stationIn(file + '~'), "old");
-        // Undone, the file's configuration stands there again, and "new" done again is none of the file's.
+        // Neither are somebody else's changes since then.
+        QVERIFY(replaceFile(file, "<KTR>theirs</KTR>"));
+        clickMenu("mnu_Save");
+        QCOMPARE(stationIn(file), "newer");
+        QByteArray kept;
+        QVERIFY(readFile(file + '~', kept, 1000));
+        QCOMPARE(kept, "<KTR>theirs</KTR>");
+        // What cannot be kept is not written over.
         QVERIFY(QFile::remove(file + '~') && QDir().mkpath(file + "~/in the way"));
         newAndSave("newest");
         QCOMPARE(stationIn(file), "newer");
