@@ -521,14 +521,18 @@ void FormMain::connectProblems()
 
 // Texts
 
+QString FormMain::languageFile() const
+{
+    const QString own = joinPath(m_services.environment.programFolder, QStringLiteral("language.ini"));
+    return QFileInfo::exists(own) ? own : deliveredFile(QStringLiteral("language.ini"));
+}
+
 void FormMain::setLanguage(const QString &language)
 {
     if (language != m_context.language) {
         tell(QString()); // in the language of before
     }
-    const QString own = joinPath(m_services.environment.programFolder, QStringLiteral("language.ini"));
-    const QString path = QFileInfo::exists(own) ? own : deliveredFile(QStringLiteral("language.ini"));
-    const LoadedTexts loaded = LoadTexts(m_texts, language, path);
+    const LoadedTexts loaded = LoadTexts(m_texts, language, languageFile());
     const bool builtIn = loaded.source == LoadedTexts::Source::BuiltIn;
     m_context.language = builtIn ? QString(englishLanguage) : language;
     if (builtIn) {
@@ -644,7 +648,13 @@ void FormMain::connectOperationalMode()
 void FormMain::openOperationalMode()
 {
     hide();
-    m_operationalMode.open(pos());
+    QList<StationCaptions> languages;
+    for (const QLatin1StringView language : {englishLanguage, germanLanguage}) {
+        TextTable texts;
+        LoadTexts(texts, language, languageFile());
+        languages += stationCaptions(texts);
+    }
+    m_operationalMode.open(pos(), languages);
 }
 
 // Dropped files

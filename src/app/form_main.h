@@ -91,6 +91,7 @@ private:
     void saveText(const QString &text);
     void openFile(const QString &path);
 
+    QString languageFile() const;
     void setLanguage(const QString &language);
     void applyTexts();
     void tellMissingTexts();

@@ -33,10 +33,13 @@ OperationalModeOpener::OperationalModeOpener(const OperationalMode::Services &se
 
 OperationalModeOpener::~OperationalModeOpener() = default;
 
-void OperationalModeOpener::open(const QPoint &place)
+void OperationalModeOpener::open(const QPoint &place, const QList<StationCaptions> &otherLanguages)
 {
     if (m_mode == nullptr) {
         m_mode = std::make_unique<OperationalMode>(m_services, stationCaptions(m_texts));
+        for (const StationCaptions &captions : otherLanguages) {
+            m_mode->tree().knowCaptions(captions);
+        }
         const Environment &environment = m_services.environment;
         m_window = std::make_unique<Form_betriebsmodus>(
             *m_mode, m_texts,

@@ -19,8 +19,9 @@ public:
     OperationalModeOpener(const OperationalMode::Services &services, const TextTable &texts);
     ~OperationalModeOpener() override;
 
-    /// Shows the window at a place of the screen; the stations are loaded unless they are there.
-    void open(const QPoint &place);
+    /// Shows the window at a place of the screen; the stations are loaded unless they are there. Their file
+    /// may have been written in another language.
+    void open(const QPoint &place, const QList<StationCaptions> &otherLanguages);
     /// False when the window refuses to close.
     bool close();
     bool isOpen() const { return m_mode != nullptr; }

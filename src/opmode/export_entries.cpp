@@ -53,13 +53,13 @@ bool ExportEntries::walk(int atMost, const std::function<void(const ExportEntry 
         m_choice.kind == ExportChoice::Kind::History ? QLatin1String("/history") : QLatin1String("/meldung");
     for (; m_station < m_choice.stations.size(); ++m_station, m_row = 0) {
         const QModelIndex parent = m_tree.find(m_choice.stations[m_station] + branch);
-        const QString station = parent.parent().data().toString();
+        const QString station = parent.parent().data(Qt::EditRole).toString();
         for (const int rows = parent.isValid() ? m_tree.rowCount(parent) : 0; m_row < rows; ++m_row) {
             if (atMost-- <= 0) {
                 return true;
             }
             const QModelIndex entry = m_tree.index(m_row, 0, parent);
-            const QString text = entry.data().toString();
+            const QString text = entry.data(Qt::EditRole).toString();
             if (isChosen(entry, text)) {
                 ++m_taken;
                 take({station, entry, text});

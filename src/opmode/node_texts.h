@@ -15,6 +15,7 @@ struct StationCaptions
     QString notifications;
     QString history;
     QString inputValues;
+    bool operator==(const StationCaptions &) const = default;
 };
 
 StationCaptions stationCaptions(const TextTable &texts);

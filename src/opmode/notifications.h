@@ -11,9 +11,6 @@ struct NotificationText
     QString message; ///< what the module sent, or the whole text; on one line
 };
 
-/// Line breaks and tabs, of which a module's text may hold any, become one blank each run of them.
-QString onOneLine(QString text);
-
 NotificationText splitNotification(const QString &text);
 
 /// Where a node that is alive stands in the tree.

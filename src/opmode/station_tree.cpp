@@ -1,5 +1,9 @@
 #include "opmode/station_tree.h"
 
+#include "platform/text_rules.h"
+
+#include <algorithm>
+
 namespace ktr {
 
 namespace {
@@ -24,13 +28,32 @@ constexpr std::size_t bytesOfABranch = 4096;
 
 } // namespace
 
-StationTree::StationTree(StationCaptions captions, QObject *parent)
-    : QAbstractItemModel(parent), m_captions(std::move(captions))
+StationTree::StationTree(const StationCaptions &captions, QObject *parent) : QAbstractItemModel(parent)
 {
+    knowCaptions(stationCaptions({}));
+    setCaptions(captions);
+}
+
+void StationTree::setCaptions(const StationCaptions &captions)
+{
+    m_captions = captions;
+    knowCaptions(captions);
     for (int channel = 1; channel <= channelCount; ++channel) {
         const QString text = channelCaption(channel) + m_captions.inputValues + QString::number(channel) +
                              QLatin1String(" = ?");
         m_unknownValues[static_cast<std::size_t>(channel - 1)] = text.toStdString();
+    }
+    for (const Id station : m_nodes.children(NodeStore::root)) {
+        if (const auto branches = m_nodes.children(station); !branches.empty()) {
+            Q_EMIT dataChanged(indexOf(branches.front()), indexOf(branches.back()), {Qt::DisplayRole});
+        }
+    }
+}
+
+void StationTree::knowCaptions(const StationCaptions &captions)
+{
+    if (!m_knownCaptions.contains(captions)) {
+        m_knownCaptions.append(captions);
     }
 }
 
@@ -243,8 +266,9 @@ QVariant StationTree::data(const QModelIndex &index, int role) const
     const Id id = idOf(index);
     switch (role) {
     case Qt::DisplayRole:
-    case Qt::EditRole:
     case Qt::AccessibleTextRole:
+        return shownText(id);
+    case Qt::EditRole:
         return textOf(m_nodes.text(id));
     case KeyRole:
         return textOf(m_nodes.key(id));
@@ -266,6 +290,19 @@ QVariant StationTree::data(const QModelIndex &index, int role) const
     default:
         return {};
     }
+}
+
+QString StationTree::shownText(Id id) const
+{
+    const QString text = textOf(m_nodes.text(id));
+    const NodeKind kind = m_nodes.kind(id);
+    const auto caption = kind == NodeKind::Notifications ? &StationCaptions::notifications
+                         : kind == NodeKind::History     ? &StationCaptions::history
+                         : kind == NodeKind::InputValues ? &StationCaptions::inputValues
+                                                         : nullptr;
+    const auto isIt = [&](const StationCaptions &known) { return known.*caption == text; };
+    return caption != nullptr && std::ranges::any_of(m_knownCaptions, isIt) ? m_captions.*caption
+                                                                            : onOneLine(text);
 }
 
 QVariant StationTree::arrivalData(Id id, int role) const

@@ -61,7 +61,13 @@ public:
     static constexpr std::int32_t normalColour = -2147483640; ///< the system's colour of window texts
     static constexpr std::int32_t alarmColour = 255;          ///< red: not acknowledged
 
-    explicit StationTree(StationCaptions captions, QObject *parent = nullptr);
+    explicit StationTree(const StationCaptions &captions, QObject *parent = nullptr);
+
+    /// The captions of the present language: new stations get them, and nodes that were called in another
+    /// language that is known are shown with them. What they are called stays, and so does their file.
+    void setCaptions(const StationCaptions &captions);
+    /// Those of another language, which a file may hold.
+    void knowCaptions(const StationCaptions &captions);
 
     /// Adds a station with its 3 fixed nodes and 18 input values. Not done, giving no index, when a node has
     /// that key, the name is empty or holds "/".
@@ -129,6 +135,7 @@ public:
     QModelIndex parent(const QModelIndex &child) const override;
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
+    /// The text as it is to be read is the display role's, on one line; as it is kept it is the edit role's.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
     /// Gives a station another text; not an empty one, one with "/" or one that another station has.
@@ -142,6 +149,7 @@ private:
 
     Id idOf(const QModelIndex &index) const;
     QModelIndex indexOf(Id id) const;
+    QString shownText(Id id) const;
     bool isFreeName(const QString &name, Id except = NodeStore::root) const;
     std::optional<Id> addBranch(std::string_view kennung);
     qint64 momentOf(const QDateTime &time);
@@ -167,6 +175,7 @@ private:
     QVariant arrivalData(Id id, int role) const;
 
     StationCaptions m_captions;
+    QList<StationCaptions> m_knownCaptions;
     std::array<std::string, channelCount> m_unknownValues; ///< the texts of a new station's input values
     NodeStore m_nodes;
     QHash<Id, StationStatus> m_statuses;

@@ -269,6 +269,31 @@ QString textOfFile(const QByteArray &bytes)
     return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
 }
 
+QString onOneLine(const QString &text)
+{
+    const auto breaks = [](QChar c) {
+        return (c >= u'\t' && c <= u'\r') || c == u'\x85' || c == QChar::LineSeparator ||
+               c == QChar::ParagraphSeparator;
+    };
+    const auto isUnseen = [](QChar c) {
+        return c.category() == QChar::Other_Control || (c >= u'\u202A' && c <= u'\u202E') ||
+               (c >= u'\u2066' && c <= u'\u2069');
+    };
+    if (std::ranges::none_of(text, [&](QChar c) { return breaks(c) || isUnseen(c); })) {
+        return text;
+    }
+    QString line;
+    bool wasBreak = false;
+    for (const QChar c : text) {
+        const bool isBreak = breaks(c);
+        if (isBreak ? !wasBreak : !isUnseen(c)) {
+            line += isBreak ? QChar(u' ') : c;
+        }
+        wasBreak = isBreak;
+    }
+    return line;
+}
+
 QString firstCharacters(const QString &text, qsizetype limit)
 {
     QString first = text.left(std::max<qsizetype>(limit, 0));

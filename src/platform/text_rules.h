@@ -52,6 +52,10 @@ QString fromWindows1252(QByteArrayView bytes);
 /// What UTF-32 names beyond Unicode is replaced.
 QString textOfFile(const QByteArray &bytes);
 
+/// A text from outside as it is shown on one line: each run of line breaks and tabs becomes a blank; other
+/// control characters and those that turn the direction of what follows are left out.
+QString onOneLine(const QString &text);
+
 /// At most `limit` code units of a text, and no half of a character at their end.
 QString firstCharacters(const QString &text, qsizetype limit);
 

@@ -379,6 +379,24 @@ private Q_SLOTS:
         QTRY_COMPARE(list->count(), 0);
     }
 
+    void captionsOfAListInAnotherLanguageAreShownInThePresentOneAndKeptInTheFile()
+    {
+        const QByteArray caption = " key=\"Works 4/meldung\" text=\"Meldungen\" ForeColor=\"255\"/>";
+        QVERIFY(
+            replaceFile(path("nodes.xml"), "<KTR><item1 key=\"Works 4\" text=\"Works 4\" ForeColor=\"255\"/>"
+                                           "<item2" +
+                                               caption + "</KTR>"));
+        start({});
+        clickMenu("mnu_betriebsmodus");
+        auto *tree = operationalMode()->findChild<QAbstractItemView *>("TreeView_KTR_Nodes")->model();
+        QCOMPARE(tree->index(0, 0, tree->index(0, 0)).data(), "Notifications");
+        m_window->close();
+        QTRY_VERIFY(operationalMode() == nullptr);
+        QByteArray file;
+        QVERIFY(readFile(path("nodes.xml"), file, 10'000));
+        QVERIFY2(file.contains("<item2" + caption), file.constData());
+    }
+
     void aStationOfTheOperationalModeIsLentForItsConfigurationAndTakenBack()
     {
         QVERIFY(replaceFile(path("nodes.xml"),

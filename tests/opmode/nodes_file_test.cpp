@@ -79,7 +79,7 @@ private Q_SLOTS:
         }));
         again.endLoading();
         QCOMPARE(stations, (QList<StationAttributes>{station, {}}));
-        QCOMPARE(again.find("Pumpwerk & Co/meldung/" + text).data(), text);
+        QCOMPARE(again.find("Pumpwerk & Co/meldung/" + text).data(Qt::EditRole), text);
         QCOMPARE(again.find("Pumpwerk & Co/meldung").data(StationTree::AlarmCountRole), 1);
         QCOMPARE(writeNodes(
                      again.nodes(),

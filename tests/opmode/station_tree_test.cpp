@@ -6,6 +6,7 @@
 #include <QTest>
 
 using namespace ktr;
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -45,6 +46,34 @@ private Q_SLOTS:
         QVERIFY(!m_tree->addStation("Station 1").isValid());
         QVERIFY(!m_tree->addStation("a/b").isValid());
         QVERIFY(!m_tree->addStation("").isValid());
+    }
+
+    void captionsFollowTheLanguageAndTextsStayOnTheirLineWhileTheirFileKeepsThem()
+    {
+        const StationCaptions german{"Meldungen", "Historie", "IP"};
+        m_tree->knowCaptions(german);
+        const QModelIndex station = m_tree->addStation("Pump");
+        m_tree->beginLoading();
+        QVERIFY(m_tree->load("Pump/meldung", "Meldungen", 255) && m_tree->load("Pump/history", "Mine", 0));
+        QVERIFY(m_tree->load("Pump/history/1",
+                             "a\n\xE2\x80\xAE"
+                             "b",
+                             0));
+        m_tree->endLoading();
+        const QModelIndex entry = m_tree->find("Pump/history/1");
+        QCOMPARE(m_tree->find("Pump/meldung").data(), "Notifications");
+        QCOMPARE(m_tree->find("Pump/history").data(), "Mine");
+        QCOMPARE(entry.data(), "a b");
+        QCOMPARE(entry.data(Qt::EditRole), u"a\n\u202Eb"_s);
+        QVERIFY(m_tree->setData(station, u"a\nb"_s));
+        QCOMPARE(m_tree->find("Pump").data(), "a b");
+        m_tree->setCaptions(german);
+        QCOMPARE(m_tree->find("Pump/meldung").data(), "Meldungen");
+        QCOMPARE(m_tree->find("Pump/meldung").data(Qt::EditRole), "Meldungen");
+        m_tree->addStation("Tank");
+        m_tree->setCaptions({"Notifications", "History", "IP"});
+        QCOMPARE(m_tree->find("Tank/history").data(), "History");
+        QCOMPARE(m_tree->find("Tank/history").data(Qt::EditRole), "Historie");
     }
 
     void newNamesAreCounted()

@@ -54,6 +54,13 @@ private Q_SLOTS:
         QCOMPARE(toWholeNumber(text, 0, 255).value_or(-1), number);
     }
 
+    void aTextOnOneLineTurnsNothingRound()
+    {
+        QCOMPARE(onOneLine(u"Pump 1 · 20 °C"_s), u"Pump 1 · 20 °C"_s);
+        QCOMPARE(onOneLine(u"A\r\n\tB \u202Eliaf\u2066 C\u0085\u2028D\u001B[2J\u007F"_s),
+                 u"A B liaf C D[2J"_s);
+    }
+
     void numbersTakeTheLocalesDecimalSeparatorAndNoGrouping()
     {
         QCOMPARE(numberText(2.5, test::german()), "2,5");

@@ -321,6 +321,7 @@ void Form_betriebsmodus::applyTexts()
     m_viewMenu->setTitle(text(Text::View));
     mnu_ansicht_normal->setText(text(Text::General));
     mnu_ansicht_treeview->setText(text(Text::TreeView));
+    m_mode.tree().setCaptions(stationCaptions(m_texts));
     m_alarmBar->applyTexts();
     m_noAlarm->setText(tr("All alarms are acknowledged"));
     m_listBanner->applyTexts();

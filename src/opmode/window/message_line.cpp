@@ -1,5 +1,7 @@
 #include "opmode/window/message_line.h"
 
+#include "platform/text_rules.h"
+
 #include <QEvent>
 #include <QFrame>
 #include <QHBoxLayout>
@@ -57,7 +59,8 @@ MessageLine::MessageLine(QWidget *parent)
 
 void MessageLine::tell(const QString &line)
 {
-    m_lines.append(QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) + line.simplified());
+    m_lines.append(QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) +
+                   onOneLine(line).simplified());
     if (m_lines.size() > kept) {
         m_lines.removeFirst();
     }
@@ -69,7 +72,7 @@ void MessageLine::tell(const QString &line)
 void MessageLine::pin(const QString &line)
 {
     tell(line);
-    m_pinned->setText(line.simplified());
+    m_pinned->setText(onOneLine(line).simplified());
     m_pinned->show();
 }
 

@@ -3,6 +3,7 @@
 #include "look/palettes.h"
 #include "opmode/notifications.h"
 #include "opmode/window/alarm_look.h"
+#include "platform/text_rules.h"
 
 #include <QApplication>
 
@@ -180,7 +181,7 @@ QString NotificationModel::text(Id id, int column) const
     case Received:
         return shownMoment(m_tree.arrivals().value(id).received);
     case Station:
-        return textOf(nodes.parent(nodes.parent(id)));
+        return onOneLine(textOf(nodes.parent(nodes.parent(id))));
     case Message:
         return splitNotification(textOf(id)).message;
     case State:

@@ -7,6 +7,7 @@
 #include "opmode/window/quality_bars.h"
 #include "opmode/window/station_mark.h"
 #include "opmode/window/station_tree_view.h"
+#include "platform/text_rules.h"
 
 #include <QCheckBox>
 #include <QEvent>
@@ -209,14 +210,15 @@ void StationPage::showNow()
             edit->setText(text);
         }
     };
-    fill(m_name, node.data().toString());
+    fill(m_name, node.data(Qt::EditRole).toString());
     fill(m_address, shown->hostAddress());
     Check_pic0_online->setChecked(shown->online() || isLent);
     m_trouble->tell(shown->trouble());
     m_bars->show(shown->csq());
     const QString level = QualityBars::decibels(shown->csq());
-    m_quality->setText(level.isEmpty() ? tr("unknown (%1)").arg(shown->csq())
-                                       : tr("%1 (reported: %2)").arg(level, shown->csq()));
+    const QString reported = onOneLine(shown->csq());
+    m_quality->setText(level.isEmpty() ? tr("unknown (%1)").arg(reported)
+                                       : tr("%1 (reported: %2)").arg(level, reported));
     m_puk->tell(shown->pukNeeded() ? text(Text::PukNeeded) : QString());
     m_exclusiveCard->refresh();
     showLastHeard();
@@ -247,7 +249,7 @@ void StationPage::storeName()
     const QString wanted = m_name->text();
     StationTree &tree = mode().tree();
     const QModelIndex node = tree.find(kennung());
-    if (wanted != node.data().toString() && !tree.setData(node, wanted)) {
+    if (wanted != node.data(Qt::EditRole).toString() && !tree.setData(node, wanted)) {
         showProblem(m_nameProblem, StationTreeView::refusalOf(wanted));
         return;
     }

@@ -113,7 +113,7 @@ public:
     void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override
     {
         const QString name = static_cast<QLineEdit *>(editor)->text();
-        if (name != index.data().toString() && !model->setData(index, name)) {
+        if (name != index.data(Qt::EditRole).toString() && !model->setData(index, name)) {
             Q_EMIT m_view.nameRefused(name);
         }
     }
