@@ -337,10 +337,6 @@ private Q_SLOTS:
             whole += isWhole ? 1 : 0;
             QVERIFY2(!isWhole || missing.isEmpty(), qPrintable(u"run %1: "_s.arg(run) + missing.join(u'\n')));
             QVERIFY2(isWhole || !report.unconfirmed.isEmpty() || hasStalled, qPrintable(report.title()));
-            if (qEnvironmentVariableIsSet("KTR_SHOW")) {
-                qInfo() << run << isWhole << hasStalled << timers.now().count() / 1000 << report.unconfirmed
-                        << report.failed << report.answered << report.sent << session.resumeStep();
-            }
         }
         QVERIFY2(whole > runs * 9 / 10,
                  qPrintable(QString::number(whole))); // what was lost was handed over again
