@@ -224,7 +224,7 @@ constexpr std::array administratorFields = {
 };
 
 constexpr std::array limitValueFields = {
-    Field<LimitValue>{.xmlName = u"Alarm", .member = &LimitValue::alarm, .control = {"Txt_gw_meldung"}, .whenNew = is(u""), .beforeReading = is(u""), .rule = umlautsReplaced},
+    Field<LimitValue>{.xmlName = u"Alarm", .member = &LimitValue::alarm, .control = {"Txt_gw_meldung"}, .whenNew = is(u""), .beforeReading = is(u""), .whenTyped = umlautsReplaced},
     Field<LimitValue>{.xmlName = u"Delay", .member = &LimitValue::delay, .control = {"Txt_gw_delay"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Grenzwert", .member = &LimitValue::limit, .control = {"Txt_gw_gw"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Hysterese", .member = &LimitValue::hysteresis, .control = {"Txt_gw_hysterese"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},

@@ -69,6 +69,7 @@ template <class Record> struct Field
     Preset whenEmpty = is(u"");                     ///< what the reader sets when the file has no text for it
     TextRule rule = nullptr;                        ///< runs whoever sets the field
     TextRule whenRead = nullptr;                    ///< runs before it, on a text from a file
+    TextRule whenTyped = nullptr;                   ///< runs before it, on what the user types
     bool (*accepts)(const QString &text) = nullptr; ///< the texts of a list's items; null: any text
     TextCheck check = nullptr;
     bool secret = false;                  ///< its text is not to be shown outside its control
@@ -90,6 +91,13 @@ template <class Record> const Field<Record> &fieldOf(Member<Record> member)
 /// A field's value as text; numbers in the locale's general form, check boxes as "0" and "1".
 template <class Record>
 QString fieldText(const Field<Record> &field, const Record &record, const QLocale &locale);
+
+/// What a field stores of a text that the user types.
+template <class Record> QString typedText(const Field<Record> &field, const QString &text)
+{
+    const QString typed = field.whenTyped != nullptr ? field.whenTyped(text) : text;
+    return field.rule != nullptr ? field.rule(typed) : typed;
+}
 
 /// Stores a text in a field after running its rule. Gives false and leaves the field as it was when the
 /// text cannot be converted to the field's type or is none of its list's items.

@@ -107,7 +107,7 @@ void Binder::line(QLineEdit *edit, const FieldRef &field, Counts counts)
         }
         // What stands before the caret goes through the same rule, so that the caret stays where it was.
         const QString before = edit->text().left(edit->cursorPosition());
-        const qsizetype caret = field.rule != nullptr ? field.rule(before).size() : before.size();
+        const qsizetype caret = field.asTyped(before).size();
         const QSignalBlocker blocker(edit);
         edit->setText(text);
         edit->setCursorPosition(edit->hasFocus() ? static_cast<int>(caret) : 0);

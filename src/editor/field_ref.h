@@ -14,7 +14,7 @@ struct FieldRef
     std::function<int()> entry;                                  ///< the index of its record
     std::function<QString(const Configuration &)> text;          ///< as stored
     std::function<void(Configuration &, const QString &)> store; ///< runs its rule; leaves what cannot be
-    TextRule rule = nullptr;
+    std::function<QString(const QString &)> asTyped;             ///< what is stored of a text that is typed
 };
 
 namespace detail {
@@ -26,12 +26,12 @@ FieldRef fieldRef(const Field<Record> &field, const QString &control, std::funct
 {
     FieldRef ref;
     ref.control = control;
-    ref.rule = field.rule;
+    ref.asTyped = [&field](const QString &text) { return typedText(field, text); };
     ref.text = [&field, entry, access](const Configuration &configuration) {
         return fieldText(field, access(configuration, entry()), QLocale::c());
     };
     ref.store = [&field, entry, access](Configuration &configuration, const QString &text) {
-        setFieldText(field, access(configuration, entry()), text);
+        setFieldText(field, access(configuration, entry()), typedText(field, text));
     };
     ref.entry = std::move(entry);
     return ref;

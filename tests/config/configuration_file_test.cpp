@@ -195,7 +195,9 @@ private Q_SLOTS:
               "old >|<Grenzwert3 Vergleich='4'/>|Grenzwert3/Vergleich|3",
               "no number|<Grenzwert3 Vergleich='x'/>|Grenzwert3/Vergleich|1",
               "recipients beyond a byte|<Grenzwert3 MSN='256'/>|Grenzwert3/MSN|255",
-              "umlauts|<Grenzwert3 Alarm='Größe Öl'/>|Grenzwert3/Alarm|Groesse Öl",
+              "umlauts|<Stationskennung>Größe Öl</Stationskennung>|Stationskennung/Stationskennung|Groesse "
+              "Öl",
+              "kept umlauts|<Grenzwert3 Alarm='Größe Öl'/>|Grenzwert3/Alarm|Größe Öl",
               "clamped|<Grenzwert18 Wiederholungsintervall='2000'/>|Grenzwert18/Wiederholungsintervall|1440",
               "divider clamped|<Digitaleingang1 Teiler='0'/>|Digitaleingang1/Teiler|1",
               "number with plus|<GSM-Nummer2>4917</GSM-Nummer2>|GSM-Nummer2/GSM-Nummer|+4917",

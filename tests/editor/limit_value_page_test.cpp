@@ -1,3 +1,4 @@
+#include "config/configuration_file.h"
 #include "editor/limit_value_page.h"
 #include "support/choosing.h"
 #include "support/page_fixture.h"
@@ -217,10 +218,21 @@ private Q_SLOTS:
         QVERIFY(!m_all.document.isModified());
     }
 
-    void umlautsOfTheTextAreWrittenOut()
+    void umlautsAreWrittenOutWhereTheUserTypesAndKeptWhereAFileHasThem()
     {
-        typeOver(control<QLineEdit>(m_page, "Txt_gw_meldung"), QStringLiteral("Größe"));
+        auto *text = control<QLineEdit>(m_page, "Txt_gw_meldung");
+        typeOver(text, QStringLiteral("Größe"));
         QCOMPARE(configuration().limitValues[0].alarm, "Groesse");
+        readConfiguration(QStringLiteral("<KTR><Grenzwert0 Alarm='Größe'/></KTR>").toUtf8(), m_read,
+                          m_all.document.environment());
+        change([this](Configuration &configuration) { configuration = m_read; });
+        m_page.entered();
+        QCOMPARE(text->text(), QStringLiteral("Größe"));
+        QCOMPARE(configuration().limitValues[0].alarm, QStringLiteral("Größe"));
+        text->setCursorPosition(3);
+        type(text, "x");
+        QCOMPARE(configuration().limitValues[0].alarm, "Groexsse");
+        QCOMPARE(text->cursorPosition(), 5);
     }
 
     void recipientsBearTheNamesOfTheAdministrators()
@@ -258,6 +270,7 @@ private:
     QStringList row(int row) { return rowTexts(control<QTableView>(m_page, "Tbl_gw"), row); }
 
     PageFixture m_all;
+    Configuration m_read;
     LimitValuePage m_page{m_all.context};
 };
 
