@@ -349,16 +349,152 @@
         <translation>der Befehl ist zu lang: %1 statt höchstens %2 Zeichen</translation>
     </message>
     <message>
-        <source>the command has characters that the module does not know</source>
-        <translation>der Befehl enthält Zeichen, die das Modul nicht kennt</translation>
-    </message>
-    <message>
         <source>is none of the choices</source>
         <translation>gehört nicht zur Auswahl</translation>
     </message>
     <message>
         <source>is no date of the form YYMMDD</source>
         <translation>ist kein Datum der Form JJMMTT</translation>
+    </message>
+    <message>
+        <source>is below 0</source>
+        <translation>ist kleiner als 0</translation>
+    </message>
+    <message>
+        <source>is no whole number of minutes</source>
+        <translation>ist keine ganze Zahl von Minuten</translation>
+    </message>
+    <message>
+        <source>is no whole number from %1 to %2</source>
+        <translation>ist keine ganze Zahl von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>makes all values the same</source>
+        <translation>macht alle Werte gleich</translation>
+    </message>
+    <message>
+        <source>has a control character at place %1</source>
+        <translation>enthält an Stelle %1 ein Steuerzeichen</translation>
+    </message>
+    <message>
+        <source>has &quot;%1&quot; at place %2, which no SMS carries</source>
+        <translation>enthält an Stelle %2 „%1“, das keine SMS überträgt</translation>
+    </message>
+    <message>
+        <source>has &quot;%1&quot; at place %2; write &quot;%3&quot; in an SMS</source>
+        <translation>enthält an Stelle %2 „%1“; in einer SMS steht dafür „%3“</translation>
+    </message>
+    <message>
+        <source>has no country code: none begins with 0</source>
+        <translation>hat keine Landesvorwahl: keine beginnt mit 0</translation>
+    </message>
+    <message>
+        <source>no complete phone number, but a recipient of limit value %1</source>
+        <translation>keine vollständige Telefonnummer, aber Empfänger von Grenzwert %1</translation>
+    </message>
+    <message>
+        <source>no complete phone number, but called by switch point %1</source>
+        <translation>keine vollständige Telefonnummer, wird aber von Schaltpunkt %1 angerufen</translation>
+    </message>
+    <message>
+        <source>is the number of administrator %1, too: limit value %2 notifies both</source>
+        <translation>ist auch die Nummer von Administrator %1: Grenzwert %2 benachrichtigt beide</translation>
+    </message>
+    <message>
+        <source>there is a text but no combined limit value</source>
+        <translation>ein Meldungstext ist angegeben, aber kein verknüpfter Grenzwert</translation>
+    </message>
+    <message>
+        <source>it combines limit value %1, which is not in use</source>
+        <translation>verknüpft ist Grenzwert %1, der nicht verwendet wird</translation>
+    </message>
+    <message>
+        <source>is neither 0 nor 1: the channel has no other values</source>
+        <translation>ist weder 0 noch 1: andere Werte hat der Kanal nicht</translation>
+    </message>
+    <message>
+        <source>is below 0, where no counter goes</source>
+        <translation>ist kleiner als 0; so weit zählt kein Zähler</translation>
+    </message>
+    <message>
+        <source>the channel is never %1 %2</source>
+        <translation>der Kanal ist nie %1 %2</translation>
+    </message>
+    <message>
+        <source>there are recipients but no text</source>
+        <translation>Empfänger sind angegeben, aber kein Meldungstext</translation>
+    </message>
+    <message>
+        <source>there is a text but no recipient</source>
+        <translation>ein Meldungstext ist angegeben, aber kein Empfänger</translation>
+    </message>
+    <message>
+        <source>there are neither text nor recipients, nor does a combination or switch point use the limit value</source>
+        <translation>es gibt weder Meldungstext noch Empfänger, und weder eine Verknüpfung noch ein Schaltpunkt nutzt den Grenzwert</translation>
+    </message>
+    <message>
+        <source>there are repetitions but no interval</source>
+        <translation>Wiederholungen sind angegeben, aber kein Abstand</translation>
+    </message>
+    <message>
+        <source>is neither 0 nor 1: a digital output has no other values</source>
+        <translation>ist weder 0 noch 1: andere Werte hat ein Digitalausgang nicht</translation>
+    </message>
+    <message>
+        <source>is a year or more: the value becomes 1</source>
+        <translation>ist ein Jahr oder mehr: der Wert wird zu 1</translation>
+    </message>
+    <message>
+        <source>is less than a minute</source>
+        <translation>ist weniger als eine Minute</translation>
+    </message>
+    <message>
+        <source>the start is past: it never switches</source>
+        <translation>der Start ist vorbei: es wird nie geschaltet</translation>
+    </message>
+    <message>
+        <source>there are no holidays to come</source>
+        <translation>es kommt kein Feiertag mehr</translation>
+    </message>
+    <message>
+        <source>limit value %1 is not in use</source>
+        <translation>Grenzwert %1 wird nicht verwendet</translation>
+    </message>
+    <message>
+        <source>switch point %1 does the same</source>
+        <translation>Schaltpunkt %1 tut dasselbe</translation>
+    </message>
+    <message>
+        <source>is not what switch point %1 sets at the same time</source>
+        <translation>ist nicht der Wert, den Schaltpunkt %1 zur selben Zeit setzt</translation>
+    </message>
+    <message>
+        <source>is no address that a module can have</source>
+        <translation>ist keine Adresse, die ein Modul haben kann</translation>
+    </message>
+    <message>
+        <source>is no mask: ones, then zeros</source>
+        <translation>ist keine Maske: erst Einsen, dann Nullen</translation>
+    </message>
+    <message>
+        <source>the last three MAC bytes are 0, as in every new configuration (edited in expert mode)</source>
+        <translation>die letzten drei Bytes der MAC-Adresse sind 0 wie in jeder neuen Konfiguration (im Expertenmodus änderbar)</translation>
+    </message>
+    <message>
+        <source>is in the list twice</source>
+        <translation>steht zweimal in der Liste</translation>
+    </message>
+    <message>
+        <source>the command has &quot;%1&quot;, which the module does not know</source>
+        <translation>der Befehl enthält „%1“, das das Modul nicht kennt</translation>
+    </message>
+    <message>
+        <source>the command has &quot;%1&quot;, which orders a service</source>
+        <translation>der Befehl enthält „%1“, was einen Dienst auslöst</translation>
+    </message>
+    <message>
+        <source>is no hysteresis: a channel of two states takes 0</source>
+        <translation>ist keine Hysterese: ein Kanal mit zwei Zuständen braucht 0</translation>
     </message>
 </context>
 <context>
@@ -1064,16 +1200,16 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>PIN der SIM-Karte, 4 bis 8 Ziffern</translation>
     </message>
     <message>
-        <source>Whole number from -32768 to 32767</source>
-        <translation>Ganze Zahl von -32768 bis 32767</translation>
-    </message>
-    <message>
         <source>Shown as recipient of notifications and as target of switch points</source>
         <translation>Erscheint als Empfänger von Meldungen und als Ziel von Schaltpunkten</translation>
     </message>
     <message>
         <source>International form: + and digits</source>
         <translation>Internationale Schreibweise: + und Ziffern</translation>
+    </message>
+    <message>
+        <source>Whole number from 0 to 32767</source>
+        <translation>Ganze Zahl von 0 bis 32767</translation>
     </message>
 </context>
 <context>
@@ -1318,8 +1454,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Start- und Ausgangswerte senden</translation>
     </message>
     <message>
-        <source>Without it a transmission leaves counters and outputs as they are</source>
-        <translation>Ohne Haken lässt eine Übertragung Zähler und Ausgänge unverändert</translation>
+        <source>Without it a transmission leaves the inputs&apos; counters and the outputs as they are; the outputs&apos; operating hours are sent all the same</source>
+        <translation>Ohne dies bleiben bei einer Übertragung die Zähler der Eingänge und die Ausgänge, wie sie sind; die Betriebsstunden der Ausgänge werden trotzdem gesendet</translation>
     </message>
 </context>
 <context>
@@ -1695,12 +1831,12 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Probleme: %1</translation>
     </message>
     <message>
-        <source>What the file or the module cannot take as it is; a click on a row goes to its field</source>
-        <translation>Was der Datei oder dem Modul Schwierigkeiten machen würde; ein Klick auf eine Zeile führt zum Feld</translation>
-    </message>
-    <message>
         <source>Problems</source>
         <translation>Probleme</translation>
+    </message>
+    <message>
+        <source>What the file or the module cannot take as it is, has no effect or is dangerous; a click on a row goes to its field</source>
+        <translation>Was Datei oder Modul so nicht aufnehmen können, was wirkungslos oder gefährlich ist; ein Klick auf eine Zeile führt zum Feld</translation>
     </message>
 </context>
 <context>
@@ -1883,8 +2019,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Zahl, auf die das Ziel gesetzt wird</translation>
     </message>
     <message>
-        <source>Minutes, 1 to 525600 (a year)</source>
-        <translation>Minuten, 1 bis 525600 (ein Jahr)</translation>
+        <source>Minutes, 1 to 525599 (less than a year)</source>
+        <translation>Minuten, 1 bis 525599 (weniger als ein Jahr)</translation>
     </message>
 </context>
 <context>

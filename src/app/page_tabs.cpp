@@ -1,5 +1,7 @@
 #include "app/page_tabs.h"
 
+#include <QButtonGroup>
+#include <QGroupBox>
 #include <QScrollArea>
 #include <QShortcut>
 #include <QTabBar>
@@ -75,7 +77,7 @@ PageTabs::Found PageTabs::find(const QString &control)
         // The first element stands for an array of which only the name is known.
         for (const QString &name : QStringList{control, control + u"_0", control + u"_1"}) {
             if (auto *found = owner->findChild<QWidget *>(name)) {
-                return {index, found};
+                return {index, found, name != control};
             }
         }
     }
@@ -90,7 +92,10 @@ void PageTabs::goTo(const EditPlace &place)
     }
     setCurrentIndex(found.page);
     builtPage(static_cast<PageIndex>(found.page))->showPlace(place);
-    found.control->setFocus(Qt::OtherFocusReason);
+    const auto *button = qobject_cast<QAbstractButton *>(found.control);
+    const QButtonGroup *group = button != nullptr ? button->group() : nullptr;
+    QWidget *chosen = group != nullptr ? group->checkedButton() : nullptr;
+    (chosen != nullptr ? chosen : found.control)->setFocus(Qt::OtherFocusReason);
     static_cast<QScrollArea *>(widget(found.page))->ensureWidgetVisible(found.control);
 }
 
@@ -104,7 +109,9 @@ QString PageTabs::describe(const EditPlace &place)
     if (builtPage(static_cast<PageIndex>(found.page))->hasEntries()) {
         parts += QString::number(place.entry + 1);
     }
-    const QString name = found.control->accessibleName();
+    const auto *group =
+        found.standsForArray ? qobject_cast<QGroupBox *>(found.control->parentWidget()) : nullptr;
+    const QString name = group != nullptr ? group->title() : found.control->accessibleName();
     return parts.join(u' ') + (name.isEmpty() ? QString() : QStringLiteral(", ") + name);
 }
 

@@ -63,6 +63,7 @@ private:
     {
         int page = -1;
         QWidget *control = nullptr;
+        bool standsForArray = false; ///< the control asked for is an array, and this its first element
     };
     Found find(const QString &control);
 

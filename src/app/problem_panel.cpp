@@ -2,6 +2,7 @@
 
 #include <QListWidget>
 #include <QStyle>
+#include <QStyledItemDelegate>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -10,6 +11,23 @@ namespace ktr {
 namespace {
 
 constexpr int shownRows = 4;
+
+/// Wraps a row's text at what the list shows of it; by itself it would be wrapped below the scroll bar.
+class WrappingDelegate : public QStyledItemDelegate
+{
+public:
+    explicit WrappingDelegate(QListWidget *list) : QStyledItemDelegate(list), m_list(list) {}
+
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        QStyleOptionViewItem shown = option;
+        shown.rect.setWidth(m_list->viewport()->width());
+        return QStyledItemDelegate::sizeHint(shown, index).boundedTo({shown.rect.width(), QWIDGETSIZE_MAX});
+    }
+
+private:
+    QListWidget *m_list;
+};
 
 } // namespace
 
@@ -24,7 +42,12 @@ ProblemPanel::ProblemPanel(Where where, QWidget *parent)
     m_header->setAutoRaise(true);
     m_header->setCheckable(true);
     m_list->setObjectName(QStringLiteral("lst_problems"));
-    m_list->setUniformItemSizes(true);
+    m_list->setItemDelegate(new WrappingDelegate(m_list));
+    m_list->setWordWrap(true);
+    m_list->setTextElideMode(Qt::ElideNone);
+    m_list->setResizeMode(QListView::Adjust);
+    m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_list->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_list->setFixedHeight(shownRows * (fontMetrics().height() + 8) + 4);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(12, 0, 12, 4);
@@ -77,8 +100,9 @@ void ProblemPanel::showSummary()
     const bool none = m_problems.isEmpty();
     m_header->setText(none ? tr("No problems") : tr("Problems: %1").arg(m_problems.size()));
     m_header->setIcon(none ? QIcon() : style()->standardIcon(QStyle::SP_MessageBoxWarning));
-    m_header->setToolTip(
-        tr("What the file or the module cannot take as it is; a click on a row goes to its field"));
+    m_header->setToolTip(tr(
+        "What the file or the module cannot take as it is, has no effect or is dangerous; a click on a row "
+        "goes to its field"));
     m_list->setAccessibleName(tr("Problems"));
 }
 

@@ -74,8 +74,9 @@ int commands(const Arguments &arguments)
 void describeCheck(Arguments &arguments)
 {
     arguments.setSummary(
-        QStringLiteral("Tells what the file or the module would choke on in the configuration FILE, a "
-                       "line each: the place, a tab, what is wrong there."));
+        QStringLiteral("Tells what the file or the module would choke on in the configuration FILE, what has "
+                       "no effect and what a dangerous one, a line each: the place, a tab, what is wrong "
+                       "there. \"Once\" and holidays are compared with this machine's clock."));
 }
 
 int check(const Arguments &arguments)
@@ -90,36 +91,55 @@ int check(const Arguments &arguments)
     for (const Problem &problem : problems) {
         print(problem.place + u'\t' + problem.message);
     }
-    return problems.isEmpty() ? done : fail(QStringLiteral("%1 problems").arg(problems.size()));
+    return problems.isEmpty()
+               ? done
+               : fail(problems.size() == 1 ? QStringLiteral("1 problem")
+                                           : QStringLiteral("%1 problems").arg(problems.size()));
 }
 
 void describeCompare(Arguments &arguments)
 {
-    arguments.setSummary(
-        QStringLiteral("Compares, field by field, what the configuration FILE means to a module with "
-                       "HELD, the configuration that a module was given (ktrcli simulate --save). "
-                       "Prints a line for each difference; fields that are never sent are left out."));
+    arguments.setSummary(QStringLiteral(
+        "Compares, field by field, what the configuration FILE means to a module with "
+        "HELD, the configuration that a module was given (ktrcli simulate --save). "
+        "Prints a line for each difference. Left out are fields that are never sent, the start of "
+        "switch points without a target, and what FILE leaves to time or chance."));
 }
+
+namespace {
+
+/// What a module would hold, as a file of it reads: there an empty text becomes its fall-back.
+Configuration throughAModule(const Configuration &meant, const Environment &environment)
+{
+    Configuration expected;
+    readConfiguration(writeConfiguration(asHeld(meant, environment.locale), environment), expected,
+                      environment);
+    return expected;
+}
+
+} // namespace
 
 int compare(const Arguments &arguments)
 {
-    // Fall-backs that depend on time or chance must be the same for both.
+    // Fall-backs that depend on time or chance must be the same for both, and known as such.
     Environment environment = systemEnvironment();
     environment.now = [now = QDateTime::currentDateTime()] { return now; };
     environment.random = [] { return 0.0; };
+    Environment later = environment;
+    later.now = [now = environment.now().addDays(1)] { return now; };
+    later.random = [] { return 0.5; };
     Document meant(environment);
+    Document meantLater(later);
     Document held(environment);
     held.restore(Configuration(), false); // as a module's memory begins: without the values of "new"
     if (load(meant, arguments.positional(0)) != Loaded::Whole ||
         load(held, arguments.positional(1)) != Loaded::Whole) {
         return failed;
     }
-    // What is expected takes the way through a file, too: there an empty text becomes its fall-back.
-    Configuration expected;
-    readConfiguration(writeConfiguration(asHeld(meant.configuration(), environment.locale), environment),
-                      expected, environment);
+    meantLater.load(arguments.positional(0));
     Configuration found = held.configuration();
-    takeUntold(found, expected);
+    const Configuration expected = throughAModule(meant.configuration(), environment);
+    takeUntold(found, expected, throughAModule(meantLater.configuration(), environment));
     const QStringList lines = differences(expected, found, environment.locale);
     for (const QString &line : lines) {
         print(line);

@@ -32,7 +32,7 @@ constexpr std::array table = {
     Command{"convert", "IN OUT", "reads a configuration and saves it as another file", describeConvert,
             convert},
     Command{"commands", "FILE", "shows the commands that a transmission sends", describeCommands, commands},
-    Command{"check", "FILE", "tells what the module would choke on", describeCheck, check},
+    Command{"check", "FILE", "tells what is wrong, without effect or dangerous in it", describeCheck, check},
     Command{"print", "FILE OUT.pdf", "prints a configuration into a PDF", describePrintFile, printFile,
             checkPrintFile, drawingApplication},
     Command{"compare", "FILE HELD", "tells whether a module that holds HELD has what FILE means",

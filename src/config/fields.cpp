@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <limits>
 
 namespace ktr {
@@ -84,11 +85,91 @@ QString numericOrEmpty(const QString &text)
     return text.isEmpty() ? QString() : numeric(text);
 }
 
+QString notBelowZero(const QString &text)
+{
+    return toNumber(text).value_or(0) < 0 ? told(QT_TRANSLATE_NOOP("Problems", "is below 0")) : numeric(text);
+}
+
+QString notBelowZeroOrEmpty(const QString &text)
+{
+    return text.isEmpty() ? QString() : notBelowZero(text);
+}
+
+bool isWhole(const QString &text, double lowest, double highest)
+{
+    const std::optional<double> number = toNumber(text);
+    return number && *number == std::floor(*number) && *number >= lowest && *number <= highest;
+}
+
+QString wholeMinutes(const QString &text)
+{
+    return isWhole(text, 0, std::numeric_limits<double>::max())
+               ? QString()
+               : told(QT_TRANSLATE_NOOP("Problems", "is no whole number of minutes"));
+}
+
+template <int lowest, int highest> QString wholeFrom(const QString &text)
+{
+    return isWhole(text, lowest, highest)
+               ? QString()
+               : told(QT_TRANSLATE_NOOP("Problems", "is no whole number from %1 to %2"))
+                     .arg(lowest)
+                     .arg(highest);
+}
+
+template <int lowest, int highest> QString wholeFromOrEmpty(const QString &text)
+{
+    return text.isEmpty() ? QString() : wholeFrom<lowest, highest>(text);
+}
+
+QString scalingFactor(const QString &text)
+{
+    return toNumber(text) == 0.0 ? told(QT_TRANSLATE_NOOP("Problems", "makes all values the same"))
+                                 : numeric(text);
+}
+
+/// What both the module's code page and the alphabet of an SMS have. ä, ö, ü and ß, which typing writes
+/// out, are none of it; their capitals stay as they are.
+bool isCarriedBySms(char32_t c)
+{
+    constexpr QStringView beyondAscii = u"£¥èéùìòÇØøÅåÆæÉ¤¡ÄÖÑÜ§¿ñà€";
+    return c < 0x7F ? c >= U' ' && c != U'`' : c <= 0xFFFF && beyondAscii.contains(QChar(c));
+}
+
+QString smsText(const QString &text)
+{
+    const QList<uint> characters = text.toUcs4();
+    const auto found = std::ranges::find_if_not(characters, isCarriedBySms);
+    if (found == characters.end()) {
+        return {};
+    }
+    const char32_t c = *found;
+    const auto place = std::distance(characters.begin(), found) + 1;
+    if (QChar::category(c) == QChar::Other_Control) {
+        return told(QT_TRANSLATE_NOOP("Problems", "has a control character at place %1")).arg(place);
+    }
+    const QString letter = QString::fromUcs4(&c, 1);
+    const QString plain = withoutUmlauts(letter);
+    return plain == letter
+               ? told(QT_TRANSLATE_NOOP("Problems", "has \"%1\" at place %2, which no SMS carries"))
+                     .arg(letter)
+                     .arg(place)
+               : told(QT_TRANSLATE_NOOP("Problems", "has \"%1\" at place %2; write \"%3\" in an SMS"))
+                     .arg(letter)
+                     .arg(place)
+                     .arg(plain);
+}
+
 /// For fields that are sent as typed, where a comma would begin another field.
 QString withoutComma(const QString &text)
 {
     return text.contains(u',') ? told(QT_TRANSLATE_NOOP("Problems", "has a comma, which separates fields"))
                                : QString();
+}
+
+QString smsTextWithoutComma(const QString &text)
+{
+    return text.contains(u',') ? withoutComma(text) : smsText(text);
 }
 
 QString numericWithoutComma(const QString &text)
@@ -108,7 +189,10 @@ QString phoneNumber(const QString &text)
 {
     const bool sound =
         text.isEmpty() || (text.startsWith(u'+') && std::ranges::all_of(text.mid(1), isDecimalDigit));
-    return sound ? QString() : told(QT_TRANSLATE_NOOP("Problems", "is no phone number of \"+\" and digits"));
+    return !sound ? told(QT_TRANSLATE_NOOP("Problems", "is no phone number of \"+\" and digits"))
+           : text.startsWith(QLatin1String("+0"))
+               ? told(QT_TRANSLATE_NOOP("Problems", "has no country code: none begins with 0"))
+               : QString();
 }
 
 QString dottedAddress(const QString &text)
@@ -214,8 +298,8 @@ constexpr std::array infoFields = {
 constexpr std::array gsmFields = {
     Field<GsmSettings>{.xmlName = u"PIN", .member = &GsmSettings::pin, .control = {"txt_gsm_pin"}, .whenNew = is(u""), .whenRead = pinOfFourDigits, .check = simPin, .secret = true},
     Field<GsmSettings>{.xmlName = u"Stationstyp", .member = &GsmSettings::stationType, .control = {"Combo_gsm_type"}, .whenEmpty = keep, .accepts = isStationType},
-    Field<GsmSettings>{.xmlName = u"Stationskennung", .member = &GsmSettings::stationId, .control = {"txt_gsm_id"}, .whenNew = is(u""), .rule = umlautsReplaced, .check = withoutComma},
-    Field<GsmSettings>{.xmlName = u"Alivecycle", .member = &GsmSettings::aliveCycle, .control = {"txt_gsm_alive"}, .whenNew = is(u"0"), .rule = wholeNumber, .check = numericOrEmpty},
+    Field<GsmSettings>{.xmlName = u"Stationskennung", .member = &GsmSettings::stationId, .control = {"txt_gsm_id"}, .whenNew = is(u""), .rule = umlautsReplaced, .check = smsTextWithoutComma},
+    Field<GsmSettings>{.xmlName = u"Alivecycle", .member = &GsmSettings::aliveCycle, .control = {"txt_gsm_alive"}, .whenNew = is(u"0"), .rule = wholeNumber, .check = wholeFromOrEmpty<0, 32767>, .number = true},
 };
 
 constexpr std::array administratorFields = {
@@ -224,34 +308,34 @@ constexpr std::array administratorFields = {
 };
 
 constexpr std::array limitValueFields = {
-    Field<LimitValue>{.xmlName = u"Alarm", .member = &LimitValue::alarm, .control = {"Txt_gw_meldung"}, .whenNew = is(u""), .beforeReading = is(u""), .whenTyped = umlautsReplaced},
-    Field<LimitValue>{.xmlName = u"Delay", .member = &LimitValue::delay, .control = {"Txt_gw_delay"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"Grenzwert", .member = &LimitValue::limit, .control = {"Txt_gw_gw"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"Hysterese", .member = &LimitValue::hysteresis, .control = {"Txt_gw_hysterese"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"Alarm", .member = &LimitValue::alarm, .control = {"Txt_gw_meldung"}, .whenNew = is(u""), .beforeReading = is(u""), .whenTyped = umlautsReplaced, .check = smsText},
+    Field<LimitValue>{.xmlName = u"Delay", .member = &LimitValue::delay, .control = {"Txt_gw_delay"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = notBelowZeroOrEmpty, .number = true, .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"Grenzwert", .member = &LimitValue::limit, .control = {"Txt_gw_gw"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .number = true, .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"Hysterese", .member = &LimitValue::hysteresis, .control = {"Txt_gw_hysterese"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = notBelowZeroOrEmpty, .number = true, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"IP", .member = &LimitValue::channel, .control = {"Cbo_gw_ip"}, .whenNew = is(u"0"), .beforeReading = is(u"0"), .whenEmpty = is(u"0"), .check = chosenFrom<0, 18>, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Vergleich", .member = &LimitValue::comparison, .control = {"Opt_gw_vergleich"}, .whenNew = is(u"1"), .beforeReading = is(u"1"), .whenEmpty = is(u"1"), .whenRead = presentComparison, .check = chosenFrom<1, 3>, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Bezug", .member = &LimitValue::reference, .control = {"Check_gw_Bezug"}, .whenEmpty = is(u"0"), .check = combination, .applies = combinesLimitValues},
     Field<LimitValue>{.xmlName = u"MSN", .member = &LimitValue::recipients, .control = {"chk_gw_msn"}, .whenNew = is(u"255"), .beforeReading = is(u"255"), .whenEmpty = keep},
     Field<LimitValue>{.xmlName = u"Wiederholung", .member = &LimitValue::repetitions, .control = {"Combo_gw_wiederholung"}, .whenEmpty = is(u"0"), .check = chosenFrom<0, 15>},
-    Field<LimitValue>{.xmlName = u"Wiederholungsintervall", .member = &LimitValue::repetitionInterval, .control = {"Text_gw_wiederholungsintervall"}, .whenEmpty = is(u"30"), .rule = minutesOfADay, .check = numericWithoutComma},
+    Field<LimitValue>{.xmlName = u"Wiederholungsintervall", .member = &LimitValue::repetitionInterval, .control = {"Text_gw_wiederholungsintervall"}, .whenEmpty = is(u"30"), .rule = minutesOfADay, .check = numericWithoutComma, .number = true},
 };
 
 constexpr std::array archivingFields = {
-    Field<Archiving>{.xmlName = u"Interval", .member = &Archiving::interval, .control = {"Txt_ip_interval", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric},
-    Field<Archiving>{.xmlName = u"Delta", .member = &Archiving::delta, .control = {"Txt_ip_delta", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric},
+    Field<Archiving>{.xmlName = u"Interval", .member = &Archiving::interval, .control = {"Txt_ip_interval", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = wholeMinutes, .number = true},
+    Field<Archiving>{.xmlName = u"Delta", .member = &Archiving::delta, .control = {"Txt_ip_delta", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = notBelowZero, .number = true},
 };
 
 constexpr std::array digitalInputFields = {
     Field<DigitalInput>{.xmlName = u"Zähler", .member = &DigitalInput::countsPulses, .control = {"Chk_ip_zaehler", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .applies = mayCountPulses},
-    Field<DigitalInput>{.xmlName = u"Teiler", .member = &DigitalInput::divider, .control = {"Txt_ip_teiler", 0}, .whenNew = is(u"1"), .whenEmpty = is(u"1"), .rule = pulseDivider, .check = numeric, .applies = mayCountPulses},
+    Field<DigitalInput>{.xmlName = u"Teiler", .member = &DigitalInput::divider, .control = {"Txt_ip_teiler", 0}, .whenNew = is(u"1"), .whenEmpty = is(u"1"), .rule = pulseDivider, .check = wholeFrom<1, 10000>, .number = true, .applies = mayCountPulses},
     Field<DigitalInput>{.xmlName = u"Invers", .member = &DigitalInput::inverted, .control = {"Chk_ip_invers", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
     Field<DigitalInput>{.xmlName = u"Betriebsstundenzähler", .member = &DigitalInput::countsHours, .control = {"Chk_ip_bstz", -2}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .applies = mayCountHours},
-    Field<DigitalInput>{.xmlName = u"Wert", .member = &DigitalInput::value, .control = {"Txt_ip_zaehler", 0}, .whenNew = is(u"0"), .check = numericOrEmpty},
+    Field<DigitalInput>{.xmlName = u"Wert", .member = &DigitalInput::value, .control = {"Txt_ip_zaehler", 0}, .whenNew = is(u"0"), .check = numericOrEmpty, .number = true},
 };
 
 constexpr std::array outputHoursFields = {
     Field<OutputHours>{.xmlName = u"Invers", .member = &OutputHours::inverted, .control = {"Chk_ip_invers", 4}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
-    Field<OutputHours>{.xmlName = u"Wert", .member = &OutputHours::value, .control = {"Txt_ip_zaehler", 4}, .whenNew = is(u"0"), .check = numericOrEmpty},
+    Field<OutputHours>{.xmlName = u"Wert", .member = &OutputHours::value, .control = {"Txt_ip_zaehler", 4}, .whenNew = is(u"0"), .check = numericOrEmpty, .number = true},
 };
 
 constexpr std::array sendValuesFields = {
@@ -259,23 +343,23 @@ constexpr std::array sendValuesFields = {
 };
 
 constexpr std::array scalingFields = {
-    Field<Scaling>{.xmlName = u"Offset", .member = &Scaling::offset, .control = {"Txt_ip_offset", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric},
-    Field<Scaling>{.xmlName = u"Faktor", .member = &Scaling::factor, .control = {"Txt_ip_faktor", 0}, .whenNew = is(u"1"), .whenEmpty = is(u"1"), .check = numeric},
+    Field<Scaling>{.xmlName = u"Offset", .member = &Scaling::offset, .control = {"Txt_ip_offset", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric, .number = true},
+    Field<Scaling>{.xmlName = u"Faktor", .member = &Scaling::factor, .control = {"Txt_ip_faktor", 0}, .whenNew = is(u"1"), .whenEmpty = is(u"1"), .check = scalingFactor, .number = true},
     Field<Scaling>{.xmlName = u"Einheit", .member = &Scaling::unit, .control = {"Txt_ip_einheit", 0}, .whenNew = is(u""), .whenEmpty = is(u"Volt")},
 };
 
 constexpr std::array outputValueFields = {
     Field<OutputValue>{.xmlName = u"Digital", .member = &OutputValue::digital, .control = {"Chk_ip_value", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
-    Field<OutputValue>{.xmlName = u"Analog", .member = &OutputValue::analog, .control = {"Txt_ip_value", 0}, .whenNew = is(u"0"), .check = numericOrEmpty},
+    Field<OutputValue>{.xmlName = u"Analog", .member = &OutputValue::analog, .control = {"Txt_ip_value", 0}, .whenNew = is(u"0"), .check = numericOrEmpty, .number = true},
 };
 
 constexpr std::array switchPointFields = {
     Field<SwitchPoint>{.xmlName = u"IP", .member = &SwitchPoint::target, .control = {"Cmb_swtch_ip"}, .whenNew = is(u"0"), .whenEmpty = keep, .check = chosenFrom<0, 10>},
     // "new" gives 0, a file without a period 1: both are wanted.
-    Field<SwitchPoint>{.xmlName = u"Periode", .member = &SwitchPoint::period, .control = {"Txt_swtch_periode"}, .whenNew = is(u"0"), .whenEmpty = is(u"1"), .check = numericWithoutComma},
+    Field<SwitchPoint>{.xmlName = u"Periode", .member = &SwitchPoint::period, .control = {"Txt_swtch_periode"}, .whenNew = is(u"0"), .whenEmpty = is(u"1"), .check = numericWithoutComma, .number = true},
     Field<SwitchPoint>{.xmlName = u"Start", .member = &SwitchPoint::start, .control = {"Txt_swtch_start"}, .whenNew = is(u""), .whenEmpty = is(presentMinute), .check = startTime},
     Field<SwitchPoint>{.xmlName = u"Typ", .member = &SwitchPoint::type, .control = {"Cmb_swtch_typ"}, .whenNew = is(u"0"), .whenEmpty = keep, .check = chosenFrom<0, 16>},
-    Field<SwitchPoint>{.xmlName = u"Wert", .member = &SwitchPoint::value, .control = {"Txt_swtch_wert"}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric},
+    Field<SwitchPoint>{.xmlName = u"Wert", .member = &SwitchPoint::value, .control = {"Txt_swtch_wert"}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric, .number = true},
     Field<SwitchPoint>{.xmlName = u"GW-Bezug", .member = &SwitchPoint::limitValue, .control = {"Cmb_swtch_gw"}, .whenNew = is(u"0"), .whenEmpty = keep, .check = chosenFrom<0, 19>},
 };
 

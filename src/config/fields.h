@@ -72,6 +72,7 @@ template <class Record> struct Field
     TextRule whenTyped = nullptr;                   ///< runs before it, on what the user types
     bool (*accepts)(const QString &text) = nullptr; ///< the texts of a list's items; null: any text
     TextCheck check = nullptr;
+    bool number = false;                  ///< its text is a number
     bool secret = false;                  ///< its text is not to be shown outside its control
     bool (*applies)(int index) = nullptr; ///< which records of the array have the field; null: all
 

@@ -15,6 +15,7 @@ struct FieldRef
     std::function<QString(const Configuration &)> text;          ///< as stored
     std::function<void(Configuration &, const QString &)> store; ///< runs its rule; leaves what cannot be
     std::function<QString(const QString &)> asTyped;             ///< what is stored of a text that is typed
+    bool number = false;                                         ///< its text is a number
 };
 
 namespace detail {
@@ -26,6 +27,7 @@ FieldRef fieldRef(const Field<Record> &field, const QString &control, std::funct
 {
     FieldRef ref;
     ref.control = control;
+    ref.number = field.number;
     ref.asTyped = [&field](const QString &text) { return typedText(field, text); };
     ref.text = [&field, entry, access](const Configuration &configuration) {
         return fieldText(field, access(configuration, entry()), QLocale::c());

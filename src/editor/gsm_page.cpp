@@ -39,7 +39,7 @@ QWidget *GsmPage::stationCard()
 
     auto *alive = new QLineEdit(card);
     binder().line(alive, fieldRef(&Configuration::gsm, &GsmSettings::aliveCycle));
-    tip(alive, [] { return tr("Whole number from -32768 to 32767"); });
+    tip(alive, [] { return tr("Whole number from 0 to 32767"); });
     addRow(grid, Text::AliveCycle, alive);
     return card;
 }

@@ -99,7 +99,9 @@ void InputPage::addHeader()
     binder().check(sent, fieldRef(&Configuration::sendValues, 0, &SendValues::enabled));
     onTexts([sent] {
         sent->setText(tr("Send start and output values"));
-        sent->setToolTip(tr("Without it a transmission leaves counters and outputs as they are"));
+        sent->setToolTip(tr(
+            "Without it a transmission leaves the inputs' counters and the outputs as they are; the outputs' "
+            "operating hours are sent all the same"));
     });
     m_grid->addWidget(sent, groupRow, InvertColumn, 1, OffsetColumn - InvertColumn);
     auto *scaling = captioned(new QLabel(m_card), Text::Scaling);

@@ -115,7 +115,6 @@ QWidget *SwitchPointPage::entryFrame()
     };
     const auto edit = [&](Member<SwitchPoint> member) {
         auto *line = new QLineEdit(m_frame);
-        line->setInputMethodHints(Qt::ImhPreferNumbers);
         binder().line(line, field(member));
         return line;
     };
@@ -136,6 +135,7 @@ QWidget *SwitchPointPage::entryFrame()
 
     // Start and limit value stand at the same place: only one of them is shown.
     auto *start = edit(&SwitchPoint::start);
+    start->setInputMethodHints(Qt::ImhPreferNumbers);
     tip(start, [] { return tr("Year, month, day, hour and minute, two digits each"); });
     auto *startLabel = addLine(2, labelFor(start, Text::Start), QStringLiteral("lbl_swtch_start_0"), start);
     auto *startForm = new QLabel(m_frame);
@@ -155,7 +155,7 @@ QWidget *SwitchPointPage::entryFrame()
     addLine(3, labelFor(value, Text::SwitchValue), QStringLiteral("lbl_swtch_wert"), value);
 
     auto *period = edit(&SwitchPoint::period);
-    tip(period, [] { return tr("Minutes, 1 to 525600 (a year)"); });
+    tip(period, [] { return tr("Minutes, 1 to 525599 (less than a year)"); });
     auto *periodLabel =
         addLine(4, labelFor(period, Text::Period), QStringLiteral("Lbl_swtch_periode_0"), period);
     auto *minutes = captioned(new QLabel(m_frame), Text::Minutes);

@@ -12,7 +12,6 @@ namespace ktr {
 
 namespace {
 
-constexpr int periodBound = 525600; // a year of minutes
 constexpr int outputsFirst = 30;    // output values are sent in steps 30 to 33, or not at all
 constexpr int outputsLast = 33;
 

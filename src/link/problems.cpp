@@ -1,10 +1,12 @@
 #include "link/problems.h"
 
 #include "config/fields.h"
+#include "link/effect_problems.h"
 #include "platform/text_rules.h"
 
 #include <QCoreApplication>
 #include <QDate>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -50,19 +52,6 @@ void checkFields(const Configuration &configuration, const QLocale &locale, QLis
     });
 }
 
-void checkLimitValues(const Configuration &configuration, QList<Problem> &problems)
-{
-    visitRecords(configuration, [&]<class Record>(const Group &group, Record &record, int index) {
-        if constexpr (std::is_same_v<Record, const LimitValue>) {
-            if (!LimitValue::isReference(index) && record.channel == 0 && !record.alarm.isEmpty()) {
-                const Field<LimitValue> &channel = fieldOf<LimitValue>(&LimitValue::channel);
-                problems.append({group.place(channel.xmlName, index), channel.control.forIndex(index), index,
-                                 told(QT_TRANSLATE_NOOP("Problems", "there is a text but no channel"))});
-            }
-        }
-    });
-}
-
 /// Whether a line of the list begins with the date that the module is sent.
 bool isHoliday(const QString &line)
 {
@@ -77,35 +66,73 @@ void checkHolidays(const HolidayList &holidays, QList<Problem> &problems)
 {
     for (int i = 0; i < holidays.lines().size(); ++i) {
         const QString &line = holidays.lines()[i];
-        if (!isHoliday(line)) {
+        const auto isSame = [&line](const QString &other) { return other.left(6) == line.left(6); };
+        const auto begin = holidays.lines().begin();
+        const QString fault = !isHoliday(line)
+                                  ? told(QT_TRANSLATE_NOOP("Problems", "is no date of the form YYMMDD"))
+                              : std::any_of(begin, begin + i, isSame)
+                                  ? told(QT_TRANSLATE_NOOP("Problems", "is in the list twice"))
+                                  : QString();
+        if (!fault.isEmpty()) {
             problems.append({QStringLiteral("Feiertag%1").arg(i), QString(holidaysControl), i,
-                             u'"' + line + QLatin1String("\" ") +
-                                 told(QT_TRANSLATE_NOOP("Problems", "is no date of the form YYMMDD"))});
+                             u'"' + line + QLatin1String("\" ") + fault});
         }
     }
 }
 
+QString lengthFault(const QString &command)
+{
+    return command.size() > longestCommand
+               ? told(QT_TRANSLATE_NOOP("Problems", "the command is too long: %1 characters of %2 at most"))
+                     .arg(command.size())
+                     .arg(longestCommand)
+               : QString();
+}
+
+QString letterFault(const QString &command)
+{
+    for (const uint c : command.toUcs4()) {
+        const char32_t code = c;
+        const QString letter = QString::fromUcs4(&code, 1);
+        if (fromWindows1252(toWindows1252(letter)) != letter) {
+            return told(QT_TRANSLATE_NOOP("Problems",
+                                          "the command has \"%1\", which the module does not know"))
+                .arg(letter);
+        }
+    }
+    return {};
+}
+
+/// A text that looks like a service command ("§88"): a module may take it for one.
+QString serviceFault(int step, const QString &command)
+{
+    static const QRegularExpression service(QStringLiteral("§,?[0-9]+"));
+    const QRegularExpressionMatch match = service.match(command);
+    return step != steps::first && match.hasMatch()
+               ? told(QT_TRANSLATE_NOOP("Problems", "the command has \"%1\", which orders a service"))
+                     .arg(match.captured())
+               : QString();
+}
+
 void checkCommands(Configuration configuration, const CommandContext &context, QList<Problem> &problems)
 {
+    const auto isTold = [&problems](const StepPlace &at) {
+        return std::ranges::any_of(problems, [&at](const Problem &problem) {
+            return problem.control == at.control && problem.entry == at.entry;
+        });
+    };
     CommandSequence sequence;
     sequence.start();
     while (const auto next = sequence.next(configuration, context)) {
-        Problem problem;
-        problem.place = told(QT_TRANSLATE_NOOP("Problems", "step %1")).arg(next->step);
         const StepPlace at = placeOfStep(next->step);
-        problem.control = at.control;
-        problem.entry = at.entry;
-        if (next->command.size() > longestCommand) {
-            problem.message =
-                told(QT_TRANSLATE_NOOP("Problems", "the command is too long: %1 characters of %2 at most"))
-                    .arg(next->command.size())
-                    .arg(longestCommand);
-            problems.append(problem);
-        }
-        if (fromWindows1252(toWindows1252(next->command)) != next->command) {
-            problem.message = told(
-                QT_TRANSLATE_NOOP("Problems", "the command has characters that the module does not know"));
-            problems.append(problem);
+        // The field says better which letter it is.
+        const QString letter = isTold(at) ? QString() : letterFault(next->command);
+        for (const QString &message :
+             {lengthFault(next->command), letter, serviceFault(next->step, next->command)}) {
+            if (!message.isEmpty()) {
+                problems.append({told(QT_TRANSLATE_NOOP("Problems", "step %1")).arg(next->step), at.control,
+                                 at.entry, message});
+            }
         }
     }
 }
@@ -150,7 +177,7 @@ QList<Problem> findProblems(const Configuration &configuration, const CommandCon
 {
     QList<Problem> problems;
     checkFields(configuration, context.locale, problems);
-    checkLimitValues(configuration, problems);
+    findEffectProblems(configuration, context.now, problems);
     checkHolidays(configuration.holidays, problems);
     checkCommands(configuration, context, problems);
     return problems;

@@ -8,7 +8,8 @@
 
 namespace ktr {
 
-/// Something in a configuration that the file or the module would choke on.
+/// Something in a configuration that the file or the module would choke on, that has no effect, or a
+/// dangerous one.
 struct Problem
 {
     QString place;   ///< the file's element and field, or the transmission's step
@@ -28,9 +29,10 @@ struct StepPlace
 };
 StepPlace placeOfStep(int step);
 
-/// What is wrong with a configuration, in the order of the file, then of the steps: texts that are not what
-/// their fields are for, limit values that tell something about no channel, commands that are too long or
-/// hold characters that the module's code page lacks. Nothing is changed by it.
+/// What is wrong with a configuration: texts that are not what their fields are for, in the order of the
+/// file; what together has no effect or a dangerous one (link/effect_problems.h); holidays; commands that are
+/// too long or hold what the module's code page lacks or takes for an order. A new configuration has none.
+/// Nothing is changed by it.
 QList<Problem> findProblems(const Configuration &configuration, const CommandContext &context);
 
 } // namespace ktr

@@ -222,8 +222,9 @@ std::optional<QDateTime> toMinute(const QString &text)
     if (text.size() != 10 || !std::ranges::all_of(text, isDecimalDigit)) {
         return std::nullopt;
     }
-    const QDateTime time = QDateTime::fromString(QLatin1String("20") + text, QStringLiteral("yyyyMMddhhmm"));
-    return time.isValid() ? std::optional(time) : std::nullopt;
+    const QDate date(2000 + text.left(2).toInt(), text.mid(2, 2).toInt(), text.mid(4, 2).toInt());
+    const QTime time(text.mid(6, 2).toInt(), text.mid(8, 2).toInt());
+    return date.isValid() && time.isValid() ? std::optional(QDateTime(date, time, Qt::UTC)) : std::nullopt;
 }
 
 QByteArray toWindows1252(QStringView text)

@@ -40,7 +40,8 @@ QString withoutUmlauts(QString text);
 /// century.
 std::optional<QDate> toDate(const QString &text, const QLocale &locale);
 
-/// The time that ten digits YYMMDDhhmm name, in this century.
+/// The time that ten digits YYMMDDhhmm name, in this century. It is given as UTC, which has every hour of
+/// every day: the module's clock knows no summer time.
 std::optional<QDateTime> toMinute(const QString &text);
 
 /// The bytes on the wire and in 8-bit files: Windows-1252, one byte a character. A character that has no

@@ -1,5 +1,6 @@
 #include "simulator/held_form.h"
 
+#include "config/fields.h"
 #include "platform/text_rules.h"
 
 #include <QDate>
@@ -102,6 +103,19 @@ SwitchPoint heldSwitchPoint(const SwitchPoint &meant)
     return held;
 }
 
+QStringList textsOf(const Configuration &configuration)
+{
+    QStringList texts;
+    visitRecords(configuration, [&texts]<class Record>(const Group &, const Record &record, int index) {
+        for (const Field<Record> &field : fieldsOf<Record>()) {
+            if (field.appliesTo(index)) {
+                texts += fieldText(field, record, QLocale::c());
+            }
+        }
+    });
+    return texts;
+}
+
 HolidayList heldHolidays(const HolidayList &meant)
 {
     HolidayList held;
@@ -173,8 +187,22 @@ Configuration asHeld(const Configuration &meant, const QLocale &locale)
     return held;
 }
 
-void takeUntold(Configuration &held, const Configuration &meant)
+void takeUntold(Configuration &held, const Configuration &meant, const Configuration &meantLater)
 {
+    const QStringList now = textsOf(meant);
+    const QStringList later = textsOf(meantLater);
+    qsizetype at = 0;
+    visitRecords(held, [&]<class Record>(const Group &, Record &record, int index) {
+        for (const Field<Record> &field : fieldsOf<Record>()) {
+            if (!field.appliesTo(index)) {
+                continue;
+            }
+            if (now[at] != later[at]) {
+                setFieldText(field, record, now[at]);
+            }
+            ++at;
+        }
+    });
     held.info = meant.info;
     held.gsm.stationType = meant.gsm.stationType;
     for (std::size_t i = 0; i < held.administrators.size(); ++i) {
@@ -182,6 +210,23 @@ void takeUntold(Configuration &held, const Configuration &meant)
     }
     for (std::size_t i = 0; i < held.scaling.size(); ++i) {
         held.scaling[i].unit = meant.scaling[i].unit;
+    }
+    if (!meant.sendValues[0].enabled) {
+        held.sendValues = meant.sendValues;
+        held.outputValues = meant.outputValues;
+        for (std::size_t i = 0; i < held.digitalInputs.size(); ++i) {
+            held.digitalInputs[i].value = meant.digitalInputs[i].value;
+        }
+    }
+    for (std::size_t i = 0; i < held.switchPoints.size(); ++i) {
+        SwitchPoint &point = held.switchPoints[i];
+        const SwitchPoint &wanted = meant.switchPoints[i];
+        if (point.target == 0 && wanted.target == 0) {
+            point.start = wanted.start; // never set: the minute in which some file was read
+        }
+        if (!wanted.reactsToLimitValue()) {
+            point.limitValue = wanted.limitValue;
+        }
     }
 }
 

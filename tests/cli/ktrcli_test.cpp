@@ -226,7 +226,12 @@ private Q_SLOTS:
 
     void aConfigurationIsCheckedWithoutBeingChanged()
     {
-        QCOMPARE(ktrcli(u"check @sample"_s).code, 0);
+        QByteArray sample = contentOf(words(u"@sample"_s).first());
+        sample.replace("2703150900", "9903150900"); // what lies in the future of any clock
+        sample.replace("<Feiertag19>", "<Feiertag19>991231");
+        write(u"sound.xml"_s, sample);
+        const Result sound = ktrcli(u"check @sound.xml"_s);
+        QVERIFY2(sound.code == 0, qPrintable(sound.output));
         write(
             u"faulty.xml"_s,
             "<KTR><PIN>12x4</PIN><Stationskennung>a,b</Stationskennung><Alivecycle>x</"
@@ -241,8 +246,9 @@ private Q_SLOTS:
             places += line.section(u'\t', 0, 0);
         }
         QCOMPARE(places, (QStringList{u"PIN"_s, u"Stationskennung"_s, u"Alivecycle"_s, u"GSM-Nummer1"_s,
-                                      u"Grenzwert2 Grenzwert"_s, u"Schaltpunkt0 Start"_s, u"Ethernet IP"_s,
-                                      u"Ethernet MAC3"_s, u"Grenzwert2 IP"_s, u"step 4"_s}));
+                                      u"Grenzwert2 Alarm"_s, u"Grenzwert2 Grenzwert"_s,
+                                      u"Schaltpunkt0 Start"_s, u"Ethernet IP"_s, u"Ethernet MAC3"_s,
+                                      u"Grenzwert2 IP"_s, u"Schaltpunkt1 GW-Bezug"_s}));
         QVERIFY(!result.output.contains("12x4"_L1));
     }
 
@@ -266,6 +272,20 @@ private Q_SLOTS:
         const Result compared = ktrcli(u"compare @sample @held.xml"_s);
         QVERIFY2(compared.code == 0, qPrintable(compared.output));
         QCOMPARE(ktrcli(u"compare @1.xml @fallback.xml"_s).code, 1);
+
+        // What a file leaves open, and what is never sent, is no difference; what is meant is one.
+        const QByteArray values = "<sendValue Wert='0'/><Ausgangswert0 Digital='1' Analog='7'/>"
+                                  "<Digitaleingang0 Wert='9'/>";
+        const QByteArray point = "<Schaltpunkt0 IP='1' Typ='2' Wert='1' GW-Bezug='3' Start='";
+        write(u"open.xml"_s, "<KTR>" + values + point + "2701010000'/></KTR>");
+        write(u"given.xml"_s,
+              "<KTR><sendValue Wert='1'/><Ausgangswert0 Digital='0' Analog='3'/>" + point +
+                  "2701010000'/><Schaltpunkt1 Start='2611220641'/><Ethernet MAC3='77'/></KTR>");
+        const Result open = ktrcli(u"compare @open.xml @given.xml"_s);
+        QVERIFY2(open.code == 0, qPrintable(open.output));
+        QVERIFY(ktrcli(u"compare @given.xml @open.xml"_s).output.contains("MAC3"_L1));
+        write(u"other.xml"_s, "<KTR>" + point + "2701010001'/></KTR>");
+        QCOMPARE(ktrcli(u"compare @open.xml @other.xml"_s).output.count(u'\n'), 1);
 
         const QByteArray sample = contentOf(words(u"@sample"_s).first());
         const QString pin = QString::fromLatin1(sample.mid(sample.indexOf("<PIN>") + 5, 4));
