@@ -2,6 +2,7 @@
 
 #include "link/problems.h"
 #include "look/outside_texts.h"
+#include "look/select_on_focus.h"
 #include "look/wheel_guard.h"
 #include "platform/text_rules.h"
 
@@ -101,6 +102,10 @@ void Binder::line(QLineEdit *edit, const FieldRef &field, Counts counts)
     name(edit, field.control);
     connect(edit, &QLineEdit::textChanged, this,
             [this, field, counts](const QString &text) { write(field, text, counts); });
+    if (field.number) {
+        edit->setInputMethodHints(Qt::ImhPreferNumbers);
+        selectAllOnFocus(edit);
+    }
     add(field, edit, [edit, field](const QString &text) {
         if (edit->text() == text) {
             return;

@@ -1,6 +1,7 @@
 #include "editor/ethernet_page.h"
 
 #include "editor/address_check.h"
+#include "look/select_on_focus.h"
 
 #include <QCoreApplication>
 #include <QFocusEvent>
@@ -90,7 +91,7 @@ QLineEdit *EthernetPage::addMacByte(int index)
         return edit;
     }
     binder().line(edit, fieldRef(&Configuration::ethernet, own[at - fixed]));
-    edit->installEventFilter(this);
+    selectAllOnFocus(edit);
     tip(edit, [] { return tr("Two hexadecimal digits; editable in expert mode"); });
     onRecords([this, edit] { edit->setEnabled(context().expert); });
     // The binder shows records without signals, so that these are the user's changes.
@@ -105,24 +106,11 @@ QLineEdit *EthernetPage::addMacByte(int index)
 
 bool EthernetPage::eventFilter(QObject *watched, QEvent *event)
 {
-    const auto isOneOf = [watched](const std::vector<QLineEdit *> &edits) {
-        return std::ranges::find(edits, watched) != edits.end();
-    };
-    if (event->type() == QEvent::FocusOut && isOneOf(m_addresses) &&
+    if (event->type() == QEvent::FocusOut && std::ranges::find(m_addresses, watched) != m_addresses.end() &&
         leavesForGood(static_cast<QFocusEvent *>(event)->reason())) {
         // A faulty address stays as it is: it may be what a module needs, and the field is marked.
         if (const auto problem = addressProblem(static_cast<QLineEdit *>(watched)->text())) {
             context().showMessage(text(*problem));
-        }
-    }
-    if (event->type() == QEvent::FocusIn && isOneOf(m_macBytes)) {
-        const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
-        auto *edit = static_cast<QLineEdit *>(watched);
-        if (reason == Qt::MouseFocusReason) {
-            // The press that brought the focus goes on to place the caret.
-            QMetaObject::invokeMethod(edit, &QLineEdit::selectAll, Qt::QueuedConnection);
-        } else if (leavesForGood(reason)) {
-            edit->selectAll();
         }
     }
     return Page::eventFilter(watched, event);

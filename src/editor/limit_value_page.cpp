@@ -32,7 +32,6 @@ QLineEdit *numberEdit(QWidget *parent)
 {
     auto *edit = new QLineEdit(parent);
     edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(u'0') * 12);
-    edit->setInputMethodHints(Qt::ImhPreferNumbers);
     return edit;
 }
 

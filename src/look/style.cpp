@@ -2,12 +2,14 @@
 
 #include "look/icons.h"
 #include "look/palettes.h"
+#include "look/radio_focus.h"
 
 #include <QAbstractSpinBox>
 #include <QApplication>
 #include <QGroupBox>
 #include <QHeaderView>
 #include <QPainter>
+#include <QRadioButton>
 #include <QStyleFactory>
 #include <QStyleOption>
 
@@ -377,6 +379,8 @@ void CalmStyle::polish(QWidget *widget)
         if (header->orientation() == Qt::Horizontal) {
             header->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
         }
+    } else if (auto *radio = qobject_cast<QRadioButton *>(widget)) {
+        letTabFindTheChosen(radio);
     }
 }
 

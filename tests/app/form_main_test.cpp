@@ -1,5 +1,6 @@
 #include "app/form_main.h"
 #include "config/configuration_file.h"
+#include "config/fields.h"
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "platform/settings_store.h"
@@ -395,6 +396,74 @@ private Q_SLOTS:
         QByteArray file;
         QVERIFY(readFile(path("nodes.xml"), file, 10'000));
         QVERIFY2(file.contains("<item2" + caption), file.constData());
+    }
+
+    void problemsOfGroupsAndEntriesAreReachedAndNothingIsCutOff()
+    {
+        start({});
+        clickMenu("mnu_settings");
+        auto *german = control<QAbstractButton>(*m_window, "optLanguage_1");
+        QTest::mouseClick(german, Qt::LeftButton, {}, {10, german->height() / 2});
+        QTest::mouseClick(control<QAbstractButton>(*m_window, "btnOk"), Qt::LeftButton);
+        m_window->document().edit([](Configuration &configuration) {
+            LimitValue &value = configuration.limitValues[8];
+            value = {5, "x", "1", "0", "0", 3, 0, 0, 0, "30"};
+            value.alarm = QStringLiteral("Störung der Pumpe: ") + QString(100, u'n');
+        });
+        QTest::keyClick(m_window.get(), Qt::Key_F8);
+        auto *list = control<QListWidget>(*m_window, "lst_problems");
+        QTRY_COMPARE(list->count(), 3);
+        QVERIFY(list->item(1)->text().startsWith("Grenzwert 9, Vergleich: "));
+        for (int row = 0; row < list->count(); ++row) {
+            const QRect shown = list->visualItemRect(list->item(row));
+            const QRect needed = list->fontMetrics().boundingRect(
+                shown.adjusted(24, 0, -8, 1000), Qt::TextWrapAnywhere, list->item(row)->text());
+            QVERIFY(shown.right() <= list->viewport()->width());
+            QVERIFY(shown.height() >= needed.height());
+        }
+        list->scrollToItem(list->item(1));
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(1)).center());
+        QCOMPARE(m_window->tabs().currentIndex(), 2);
+        QCOMPARE(m_window->focusWidget()->objectName(), "Opt_gw_vergleich_3");
+    }
+
+    void aClickSelectsANumberAndASecondPlacesTheCaret()
+    {
+        start({});
+        Configuration filled = m_window->document().configuration();
+        for (std::size_t i = 0; i < filled.digitalInputs.size(); ++i) {
+            filled.digitalInputs[i].countsPulses = filled.digitalInputs[i].countsHours = true;
+        }
+        filled.switchPoints[0].type = 14; // or there is no period
+        QStringList names;
+        visitRecords(filled, [&names]<class Record>(const Group &, Record &record, int index) {
+            for (const auto &field : fieldsOf<Record>()) {
+                if (field.number && field.appliesTo(index)) {
+                    setFieldText(field, record, "12");
+                    names += field.control.forIndex(index);
+                }
+            }
+        });
+        m_window->document().adjust([&filled](Configuration &configuration) { configuration = filled; });
+        names.removeDuplicates();
+        QVERIFY(names.size() > 60);
+        for (int page = 0; page < pageCount; ++page) {
+            m_window->tabs().setCurrentIndex(page);
+            for (const QString &name : QStringList(names)) {
+                auto *edit = m_window->tabs().currentWidget()->findChild<QLineEdit *>(name);
+                if (edit == nullptr) {
+                    continue;
+                }
+                names.removeOne(name);
+                QVERIFY2(edit->isVisible() && edit->isEnabled(), qPrintable(name));
+                m_window->setFocus();
+                QTest::mouseClick(edit, Qt::LeftButton);
+                QTRY_COMPARE(edit->selectedText(), "12");
+                QTest::mouseClick(edit, Qt::LeftButton);
+                QVERIFY2(!edit->hasSelectedText(), qPrintable(name));
+            }
+        }
+        QCOMPARE(names, QStringList());
     }
 
     void aStationOfTheOperationalModeIsLentForItsConfigurationAndTakenBack()

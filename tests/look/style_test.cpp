@@ -3,7 +3,10 @@
 #include "look/style.h"
 
 #include <QApplication>
+#include <QButtonGroup>
 #include <QGroupBox>
+#include <QLineEdit>
+#include <QRadioButton>
 #include <QScrollBar>
 #include <QStyleOption>
 #include <QTest>
@@ -55,6 +58,50 @@ class StyleTest : public QObject
 
 private Q_SLOTS:
     void init() { applyAppearance(*qApp, Appearance::Light); }
+
+    void tabComesToTheChosenRadioButtonAndArrowsChooseFromThere_data()
+    {
+        QTest::addColumn<bool>("grouped");
+        QTest::newRow("siblings") << false;
+        QTest::newRow("a group") << true;
+    }
+    void tabComesToTheChosenRadioButtonAndArrowsChooseFromThere()
+    {
+        QFETCH(const bool, grouped);
+        QWidget window;
+        QVBoxLayout layout(&window);
+        QLineEdit before;
+        QRadioButton first(u"1"_s);
+        QRadioButton second(u"2"_s);
+        QRadioButton third(u"3"_s);
+        QLineEdit after;
+        QButtonGroup group;
+        layout.addWidget(&before);
+        for (QRadioButton *button : {&first, &second, &third}) {
+            layout.addWidget(button);
+            if (grouped) {
+                group.addButton(button);
+            }
+        }
+        layout.addWidget(&after);
+        window.show();
+        window.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+
+        before.setFocus();
+        QTest::keyClick(&before, Qt::Key_Tab); // none is chosen yet
+        QCOMPARE(window.focusWidget(), &first);
+        third.setChecked(true); // as a page that shows a record does
+        before.setFocus();
+        QTest::keyClick(&before, Qt::Key_Tab);
+        QCOMPARE(window.focusWidget(), &third);
+        QTest::keyClick(&third, Qt::Key_Up);
+        QVERIFY(second.isChecked() && second.hasFocus());
+        QTest::keyClick(&second, Qt::Key_Tab);
+        QCOMPARE(window.focusWidget(), &after);
+        QTest::keyClick(&after, Qt::Key_Tab, Qt::ShiftModifier);
+        QCOMPARE(window.focusWidget(), &second);
+    }
 
     void textsCanBeReadOnEveryGroundInLightAndDark()
     {
