@@ -419,7 +419,9 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
             : tr("The list of stations cannot be used. It stays as it is: %1").arg(opened.message());
     m_listBanner->appear(reason, hindrance == Hindrance::Unusable);
     tell(reason);
-    Dialog::message(this, m_texts, tr("No station is watched") + QLatin1String(".\n\n") + reason);
+    const QString message = tr("No station is watched") + QLatin1String(".\n\n") + reason;
+    // Whoever opens this window raises it afterwards, and the message belongs above it.
+    QTimer::singleShot(0, this, [this, message] { Dialog::message(this, m_texts, message); });
 }
 
 void Form_betriebsmodus::beginEmptyList()

@@ -398,15 +398,18 @@ private:
     /// A message that names the list is there; it is read.
     void answerMessage()
     {
-        for (QWidget *window : QApplication::topLevelWidgets()) {
-            if (window->objectName() == "Dialog" && window->isVisible()) {
-                QVERIFY(window->accessibleName().contains(path("nodes.xml")));
-                QTest::mouseClick(window->findChild<QPushButton *>("OKButton"), Qt::LeftButton);
-                QVERIFY(QTest::qWaitFor([box = QPointer(window)] { return box.isNull(); }));
-                return;
+        QPointer<QWidget> box;
+        QVERIFY(QTest::qWaitFor([&box] {
+            for (QWidget *window : QApplication::topLevelWidgets()) {
+                if (window->objectName() == "Dialog" && window->isVisible()) {
+                    box = window;
+                }
             }
-        }
-        QFAIL("no message");
+            return !box.isNull();
+        }));
+        QVERIFY(box->accessibleName().contains(path("nodes.xml")));
+        press(box, "OKButton");
+        QVERIFY(QTest::qWaitFor([&box] { return box.isNull(); }));
     }
     QString path(const QString &name) const { return m_folder->filePath(name); }
 
