@@ -2,6 +2,33 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>DatagramLoss</name>
+    <message>
+        <source>the flood is over</source>
+        <translation>die Flut ist vorbei</translation>
+    </message>
+    <message>
+        <source>floods: datagrams are dropped</source>
+        <translation>überflutet: Datagramme werden verworfen</translation>
+    </message>
+    <message>
+        <source>the flood is over: %1 datagrams dropped</source>
+        <translation>die Flut ist vorbei: %1 Datagramme verworfen</translation>
+    </message>
+    <message>
+        <source>floods: %1 datagrams dropped</source>
+        <translation>überflutet: %1 Datagramme verworfen</translation>
+    </message>
+    <message>
+        <source>the loss is over: %1 datagrams dropped</source>
+        <translation>der Verlust ist vorbei: %1 Datagramme verworfen</translation>
+    </message>
+    <message>
+        <source>%1 datagrams dropped</source>
+        <translation>%1 Datagramme verworfen</translation>
+    </message>
+</context>
+<context>
     <name>Export</name>
     <message>
         <source>Station</source>
@@ -503,6 +530,10 @@
         <source>a line without an end was dropped</source>
         <translation>eine Zeile ohne Ende wurde verworfen</translation>
     </message>
+    <message>
+        <source>datagrams were dropped: too many wait for their turn</source>
+        <translation>Datagramme wurden verworfen: zu viele warten, bis sie an der Reihe sind</translation>
+    </message>
 </context>
 <context>
     <name>StationList</name>
@@ -551,6 +582,14 @@
     <message>
         <source>excl.</source>
         <translation>exkl.</translation>
+    </message>
+    <message>
+        <source>floods</source>
+        <translation>Flut</translation>
+    </message>
+    <message>
+        <source>losses</source>
+        <translation>Verlust</translation>
     </message>
 </context>
 <context>

@@ -37,6 +37,8 @@ QString nameOf(StationEvent::Kind kind)
         return QStringLiteral("alive");
     case StationEvent::Kind::Silent:
         return QStringLiteral("silent");
+    case StationEvent::Kind::Flood:
+        return QStringLiteral("flood");
     }
     return {};
 }
@@ -127,6 +129,7 @@ int monitor(const Arguments &arguments)
                            &QCoreApplication::quit);
     }
     const int code = QCoreApplication::exec();
+    mode.takeArrived();
     if (sockets.foreignDatagrams() > 0) {
         complain(QStringLiteral("datagrams of strangers, not looked at: %1").arg(sockets.foreignDatagrams()));
     }

@@ -4,6 +4,7 @@
 #include "platform/exclusive_port.h"
 
 #include <QCoreApplication>
+#include <QLocale>
 
 #include <asio/io_context.hpp>
 #include <asio/ip/udp.hpp>
@@ -25,6 +26,24 @@ constexpr std::chrono::milliseconds longestLookup{1900};
 constexpr std::chrono::milliseconds lookupPoll{20};
 constexpr std::chrono::milliseconds pauseAfterError{10};
 constexpr qsizetype longestDatagram = 65'507;
+/// The system's buffer for a pair, as far as the system allows it: what ten alarms a second bring in a minute
+/// in which the program stands still, two datagrams an alarm and almost a kilobyte a datagram. Linux doubles
+/// it.
+constexpr int systemBuffer = 1 << 20;
+/// While too much comes, it is read so often at most.
+constexpr std::chrono::milliseconds holdBack{20};
+constexpr std::chrono::seconds lossInterval{1};
+/// Less was read than fits into the smallest buffer: nothing can have been dropped.
+constexpr qint64 muchRead = 16 << 10;
+
+using Clock = std::chrono::steady_clock;
+/// What all owners have not dealt with yet.
+std::atomic<qint64> waitingOfAll = 0; // NOLINT
+
+qint64 costOf(qsizetype bytes)
+{
+    return bytes + IntakeLimits::ofADatagram;
+}
 
 struct ModuleAddress
 {
@@ -184,9 +203,14 @@ public:
           m_receiveSocket(context),
           m_timer(context),
           m_retry(context),
+          m_lossTimer(context),
           m_events(std::move(events)),
+          m_limits(options.intake),
+          m_credit(options.intake.burst),
           m_lookupsAtOnce(options.lookupsAtOnce)
     {}
+    ~Ports() { waitingOfAll -= m_waitingForOwner; }
+    Q_DISABLE_COPY_MOVE(Ports)
 
     Status bind(const udp &protocol, const PortRange &ports)
     {
@@ -203,6 +227,8 @@ public:
                 m_receiveSocket.non_blocking(true, error);
             }
             if (!error) {
+                asio::error_code ignored;
+                m_receiveSocket.set_option(udp::socket::receive_buffer_size(systemBuffer), ignored);
                 m_isV6 = protocol == udp::v6();
                 return Status::done();
             }
@@ -221,8 +247,15 @@ public:
     }
     quint16 port() const { return m_sendSocket.local_endpoint().port(); }
 
+    /// Reads the next datagram as soon as the limits allow it.
     void read()
     {
+        if (!mayRead()) {
+            m_wasHeldBack = true;
+            const std::chrono::milliseconds untilCredit(-m_credit * 1000 / m_limits.perSecond);
+            readAgainIn(std::max(holdBack, untilCredit));
+            return;
+        }
         m_receiveSocket.async_receive_from(
             asio::buffer(m_input.get(), longestDatagram), m_sender,
             [self = shared_from_this()](const asio::error_code &error, std::size_t count) {
@@ -231,12 +264,37 @@ public:
                 }
                 if (error) {
                     // That nobody listened at the other end is reported here on some systems: it is over now.
-                    self->readAgainSoon();
+                    self->readAgainIn(pauseAfterError);
                     return;
                 }
-                self->take(count);
+                self->take(self->m_sender, {self->m_input.get(), qsizetype(count)});
+                self->lookForLoss();
                 self->read(); // what has come already is taken without waiting, others between
             });
+    }
+
+    /// What stands in the system's buffer now.
+    void takeArrived()
+    {
+        const auto input = std::make_unique_for_overwrite<char[]>(longestDatagram);
+        udp::endpoint sender;
+        asio::error_code error;
+        for (qint64 taken = 0; !m_isClosed && taken < m_limits.waiting;) {
+            const std::size_t count =
+                m_receiveSocket.receive_from(asio::buffer(input.get(), longestDatagram), sender, 0, error);
+            if (error) {
+                return;
+            }
+            take(sender, {input.get(), qsizetype(count)});
+            taken += costOf(qsizetype(count));
+        }
+    }
+
+    /// Called on the owner's thread.
+    void took(qsizetype bytes)
+    {
+        m_waitingForOwner -= costOf(bytes);
+        waitingOfAll -= costOf(bytes);
     }
 
     void startLookup(const std::string &host, quint16 port, const QString &name)
@@ -283,6 +341,7 @@ public:
         m_receiveSocket.close(ignored);
         m_timer.cancel();
         m_retry.cancel();
+        m_lossTimer.cancel();
     }
 
 private:
@@ -321,13 +380,88 @@ private:
     }
 
     /// A datagram of the module; one of somebody else is dropped.
-    void take(std::size_t count)
+    void take(const udp::endpoint &sender, QByteArrayView datagram)
     {
-        if (m_target && isSameHost(m_sender.address(), m_target->address())) {
-            m_events.received(QByteArray(m_input.get(), qsizetype(count)));
+        m_credit -= costOf(datagram.size());
+        m_readSinceLook += costOf(datagram.size());
+        if (m_target && isSameHost(sender.address(), m_target->address())) {
+            m_waitingForOwner += costOf(datagram.size());
+            waitingOfAll += costOf(datagram.size());
+            m_events.received(datagram.toByteArray());
         } else {
-            m_events.dropped();
+            m_events.foreign();
         }
+    }
+
+    bool mayRead()
+    {
+        const qint64 waiting = m_waitingForOwner;
+        if (waiting > m_limits.waiting ||
+            (waiting > IntakeLimits::shareOfAPair && waitingOfAll > m_limits.waitingOfAll)) {
+            return false;
+        }
+        if (m_credit <= 0) {
+            const Clock::time_point now = Clock::now();
+            const std::chrono::duration<double> since = now - std::exchange(m_creditedAt, now);
+            const double more = since.count() * double(m_limits.perSecond);
+            m_credit = more < double(m_limits.burst - m_credit) ? m_credit + qint64(more) : m_limits.burst;
+        }
+        return m_credit > 0;
+    }
+
+    /// Once a second, with what arrives, the system is asked what it dropped; after much, and in a loss, by a
+    /// timer.
+    void lookForLoss()
+    {
+        const Clock::time_point now = Clock::now();
+        if (now >= m_nextLook) {
+            look(now);
+        } else if (m_readSinceLook > muchRead && !m_isLookDue) {
+            lookIn(m_nextLook - now);
+        }
+    }
+
+    void lookIn(Clock::duration time)
+    {
+        m_isLookDue = true;
+        m_lossTimer.expires_after(std::min<Clock::duration>(time, m_limits.calm));
+        m_lossTimer.async_wait([self = shared_from_this()](const asio::error_code &) {
+            self->m_isLookDue = false;
+            if (!self->m_isClosed) {
+                self->look(Clock::now());
+            }
+        });
+    }
+
+    void look(Clock::time_point now)
+    {
+        m_nextLook = now + lossInterval;
+        m_readSinceLook = 0;
+        DatagramLoss loss = m_loss.value_or(DatagramLoss());
+        if (countLoss(loss)) {
+            m_lastLoss = now;
+            m_loss = loss;
+            m_events.lost(loss);
+        } else if (m_loss && now - m_lastLoss >= m_limits.calm) {
+            loss.isOver = true;
+            m_loss.reset();
+            m_events.lost(loss);
+        }
+        if (m_loss && !m_isLookDue) {
+            lookIn(lossInterval);
+        }
+    }
+
+    /// Whether something was lost since the last time. Where the system does not tell, a flood is taken for a
+    /// loss.
+    bool countLoss(DatagramLoss &loss)
+    {
+        const bool floods = std::exchange(m_wasHeldBack, false);
+        const std::optional<quint32> dropped = droppedDatagrams(m_receiveSocket.native_handle());
+        const quint32 more = dropped ? *dropped - std::exchange(m_systemDropped, *dropped) : 0;
+        loss.dropped += more;
+        loss.isFlood = loss.isFlood || floods;
+        return dropped ? more > 0 : floods;
     }
 
     static QString notFound(const QString &host)
@@ -335,9 +469,9 @@ private:
         return QCoreApplication::translate("Files", "%1: the name is not found").arg(host);
     }
 
-    void readAgainSoon()
+    void readAgainIn(Clock::duration time)
     {
-        m_retry.expires_after(pauseAfterError);
+        m_retry.expires_after(time);
         m_retry.async_wait([self = shared_from_this()](const asio::error_code &) {
             if (!self->m_isClosed) {
                 self->read();
@@ -388,7 +522,19 @@ private:
     udp::socket m_receiveSocket;
     asio::steady_timer m_timer;
     asio::steady_timer m_retry;
+    asio::steady_timer m_lossTimer; ///< runs after much and in a loss
     UdpPairEvents m_events;
+    IntakeLimits m_limits;
+    qint64 m_credit; ///< what may be read at once; below 0 it has to be waited for
+    Clock::time_point m_creditedAt = Clock::now();
+    std::atomic<qint64> m_waitingForOwner = 0;
+    bool m_wasHeldBack = false; ///< since losses were counted last
+    qint64 m_readSinceLook = 0; ///< for losses, as are the following
+    bool m_isLookDue = false;
+    quint32 m_systemDropped = 0;
+    std::optional<DatagramLoss> m_loss; ///< while it goes on
+    Clock::time_point m_lastLoss;
+    Clock::time_point m_nextLook;
     bool m_isClosed = false;
     int m_lookupsAtOnce;
     bool m_isV6 = false;
@@ -402,6 +548,24 @@ private:
     std::vector<std::function<void()>> m_drained;
     asio::error_code m_told;
 };
+
+QString textOf(const DatagramLoss &loss)
+{
+    const auto text = [&loss](const char *source) {
+        return QCoreApplication::translate("DatagramLoss", source).arg(QLocale().toString(loss.dropped));
+    };
+    if (loss.isFlood && loss.dropped == 0) {
+        return loss.isOver ? text(QT_TRANSLATE_NOOP("DatagramLoss", "the flood is over"))
+                           : text(QT_TRANSLATE_NOOP("DatagramLoss", "floods: datagrams are dropped"));
+    }
+    if (loss.isFlood) {
+        return loss.isOver
+                   ? text(QT_TRANSLATE_NOOP("DatagramLoss", "the flood is over: %1 datagrams dropped"))
+                   : text(QT_TRANSLATE_NOOP("DatagramLoss", "floods: %1 datagrams dropped"));
+    }
+    return loss.isOver ? text(QT_TRANSLATE_NOOP("DatagramLoss", "the loss is over: %1 datagrams dropped"))
+                       : text(QT_TRANSLATE_NOOP("DatagramLoss", "%1 datagrams dropped"));
+}
 
 QString UdpPair::portInUse()
 {
@@ -473,6 +637,20 @@ void UdpPair::send(const QByteArray &bytes)
 {
     if (m_pair != nullptr) {
         asio::post(m_io.context(), [pair = m_pair, bytes] { pair->write(bytes); });
+    }
+}
+
+void UdpPair::took(const QByteArray &datagram)
+{
+    if (m_pair != nullptr) {
+        m_pair->took(datagram.size());
+    }
+}
+
+void UdpPair::takeArrived()
+{
+    if (m_pair != nullptr) {
+        m_io.run([pair = m_pair] { pair->takeArrived(); });
     }
 }
 

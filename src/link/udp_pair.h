@@ -3,7 +3,9 @@
 #include "platform/status.h"
 
 #include <QByteArray>
+#include <QString>
 
+#include <chrono>
 #include <functional>
 #include <limits>
 #include <memory>
@@ -20,9 +22,42 @@ struct PortRange
     quint16 last = 32'767;
 };
 
+/// How much is taken in of one module. A datagram counts as its bytes and some for the work that each takes.
+/// What comes beyond that stays with the system, which drops what its own buffer cannot hold: a module that
+/// floods costs no more than these.
+struct IntakeLimits
+{
+    static constexpr qint64 ofADatagram = 128;
+    static constexpr qint64 shareOfAPair = qint64{32} << 10;
+
+    /// Taken as fast as it comes: the longest archive, 20,000 lines, in one go.
+    qint64 burst = qint64{4} << 20;
+    /// What comes beyond a burst for long; some 1,400 lines a second.
+    qint64 perSecond = qint64{256} << 10;
+    /// What the owner has not dealt with yet, of one pair; of all pairs together, shareOfAPair for each
+    /// beyond.
+    qint64 waiting = qint64{4} << 20;
+    qint64 waitingOfAll = qint64{64} << 20;
+    /// Without further loss it is over.
+    std::chrono::milliseconds calm{10'000};
+};
+
+/// Datagrams that were dropped because more came than is taken in, or the program was not running.
+struct DatagramLoss
+{
+    qint64 dropped = 0;   ///< 0: the system does not tell how many
+    bool isFlood = false; ///< the module sent more than it may for long
+    bool isOver = false;
+    bool operator==(const DatagramLoss &) const = default;
+};
+
+/// What to tell the user of a loss.
+QString textOf(const DatagramLoss &loss);
+
 struct UdpPairOptions
 {
     PortRange ports;
+    IntakeLimits intake = {};
     /// A name's look-up waits for its turn when so many run.
     int lookupsAtOnce = std::numeric_limits<int>::max();
     quint64 descriptorsInReserve = 0; ///< opening fails when fewer would be left for files and the like
@@ -31,8 +66,10 @@ struct UdpPairOptions
 /// What happens at a pair of ports. Called on the I/O thread, until the pair is closed.
 struct UdpPairEvents
 {
-    std::function<void(QByteArray &&datagram)> received;
-    std::function<void()> dropped;                ///< a datagram of somebody else
+    std::function<void(QByteArray &&datagram)> received; ///< the owner tells took() once it is dealt with
+    std::function<void()> foreign;                       ///< a datagram of somebody else was dropped
+    /// Datagrams are lost: at the first one, then once a second while it goes on, and when it is over.
+    std::function<void(const DatagramLoss &)> lost;
     std::function<void(bool done)> sent;          ///< one datagram, or it could not be sent
     std::function<void(const QString &)> trouble; ///< why datagrams cannot be sent; told when it changes
     std::function<void(const QString &)> failed;  ///< the name is not found: the pair is of no use
@@ -67,6 +104,10 @@ public:
     bool mayMove() const;
     /// Sends one datagram; nothing happens while closed.
     void send(const QByteArray &bytes);
+    /// A datagram that was received is dealt with. Unless that is told, nothing more is taken in the end.
+    void took(const QByteArray &datagram);
+    /// Takes, on the I/O thread, what the system holds for the pair at this moment, whatever the limits are.
+    void takeArrived();
     /// Calls back, on the I/O thread, once all datagrams are with the system.
     void whenDrained(std::function<void()> drained);
 

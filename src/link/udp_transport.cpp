@@ -14,11 +14,21 @@ UdpTransport::~UdpTransport()
 Status UdpTransport::open(const QString &address)
 {
     close();
+    m_isLossTold = false;
     UdpPairEvents events;
     events.received = [this](QByteArray &&datagram) {
-        notify([this, bytes = std::move(datagram)] { Q_EMIT received(bytes); });
+        notify([this, bytes = std::move(datagram)] {
+            m_pair.took(bytes);
+            Q_EMIT received(bytes);
+        });
     };
-    events.dropped = [this] { ++m_foreign; };
+    events.foreign = [this] { ++m_foreign; };
+    events.lost = [this](const DatagramLoss &loss) {
+        if (loss.isOver || !std::exchange(m_isLossTold, true)) {
+            notify([this, loss] { Q_EMIT statusMessage(textOf(loss)); });
+        }
+        m_isLossTold = !loss.isOver;
+    };
     events.sent = [this](bool done) { m_unsent += done ? 0 : 1; };
     events.trouble = [this](const QString &text) { notify([this, text] { Q_EMIT statusMessage(text); }); };
     events.failed = [this](const QString &reason) {

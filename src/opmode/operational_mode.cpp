@@ -245,7 +245,7 @@ void OperationalMode::setHostAddress(const QString &kennung, const QString &host
     }
     station->setHostAddress(hostAddress);
     if (station->online()) { // what the old address said last is no word of the new one
-        station->disconnect();
+        letGo(*station);
         station->connectStation();
     }
     keep(kennung);
@@ -262,10 +262,22 @@ void OperationalMode::setOnline(const QString &kennung, bool online)
     if (online) {
         station->connectStation();
     } else {
-        station->disconnect();
+        letGo(*station);
     }
     keep(kennung);
     showStatus(*station);
+}
+
+/// What it has said by now is still heard.
+void OperationalMode::letGo(cStation &station)
+{
+    station.handleWaiting();
+    station.disconnect();
+}
+
+void OperationalMode::takeArrived()
+{
+    m_stations.forEach([](cStation &station) { station.handleWaiting(); });
 }
 
 void OperationalMode::setAllOnline(bool online)
@@ -327,7 +339,7 @@ void OperationalMode::lend(const QString &kennung)
 {
     cStation *station = m_stations.Item(kennung);
     if (station != nullptr && station->online()) {
-        station->disconnect();
+        letGo(*station);
         m_lent.insert(kennung);
         showStatus(*station);
     }
@@ -431,6 +443,16 @@ void OperationalMode::takeChange(const QString &kennung, StationChange what)
     case StationChange::PukCleared:
         Q_EMIT happened({kennung, Kind::Puk, QStringLiteral("cleared")});
         break;
+    case StationChange::LossBegan:
+        Q_EMIT told(kennung + QLatin1String(": ") + textOf(*station.loss()));
+        Q_EMIT happened({kennung, Kind::Flood, QStringLiteral("begins")});
+        break;
+    case StationChange::LossOver:
+        Q_EMIT told(kennung + QLatin1String(": ") + textOf(*station.loss()));
+        Q_EMIT happened({kennung, Kind::Flood,
+                         QStringLiteral("over: %1 datagrams dropped").arg(station.loss()->dropped)});
+        break;
+    case StationChange::LossGoesOn:
     case StationChange::TextDelivered:
         break;
     }
@@ -452,7 +474,7 @@ void OperationalMode::keep(const QString &kennung)
 Status OperationalMode::close()
 {
     if (m_journal) {
-        m_stations.forEach([](cStation &station) { station.handleWaiting(); });
+        takeArrived();
         if (Status written = m_keeper->save(); !written) {
             return written;
         }
@@ -570,6 +592,9 @@ void OperationalMode::showStatus(const cStation &station)
     }
     status.exclusive = station.exclusiveMode();
     status.pukNeeded = station.pukNeeded();
+    if (station.loss() && !station.loss()->isOver) {
+        status.loss = station.loss();
+    }
     m_tree.setStatus(station.kennung(), status);
     Q_EMIT stationChanged(station.kennung());
 }

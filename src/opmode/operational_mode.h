@@ -15,7 +15,7 @@ namespace ktr {
 /// Something that a station did, as it is told outside of the tree.
 struct StationEvent
 {
-    enum class Kind { Notification, Values, History, Message, Quality, Puk, Alive, Silent };
+    enum class Kind { Notification, Values, History, Message, Quality, Puk, Alive, Silent, Flood };
     QString kennung;
     Kind kind;
     QString text;
@@ -67,6 +67,8 @@ public:
     /// Removes the stations and leaves the file as it is; the journal keeps what changed.
     void closeWithoutFile();
     bool isOpen() const { return m_isOpen; }
+    /// Takes what of the stations has arrived by now, before the end.
+    void takeArrived();
     /// Whether all that changed is in the journal.
     bool keepsChanges() { return m_journal && m_journal->flushNow(); }
 
@@ -118,6 +120,7 @@ Q_SIGNALS:
 
 private:
     void takeMessage(const QString &kennung, const QString &text);
+    void letGo(cStation &station);
     void takeChange(const QString &kennung, StationChange what);
     bool answersLater(const QString &kennung);
     void answerKept();

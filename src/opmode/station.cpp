@@ -72,6 +72,11 @@ void cStation::disconnect()
     Tmr_pause.Enabled(false);
     m_owesAnswer = false;
     handleArrivals(); // what came during the pause may be a text of the module
+    if (m_loss) {
+        DatagramLoss loss = *m_loss;
+        loss.isOver = true;
+        linesLost(loss);
+    }
     m_state = 0;
     m_liveness = Liveness::Unknown;
     m_csq = unknownQuality;
@@ -115,6 +120,18 @@ void cStation::lineTrouble(const QString &text)
     if (text != m_trouble) {
         m_trouble = text;
         m_stations.stationTrouble(m_kennung, text);
+    }
+}
+
+void cStation::linesLost(const DatagramLoss &loss)
+{
+    const StationChange what = loss.isOver ? StationChange::LossOver
+                               : m_loss    ? StationChange::LossGoesOn
+                                           : StationChange::LossBegan;
+    m_loss = loss;
+    m_stations.stationChanged(m_kennung, what);
+    if (loss.isOver) {
+        m_loss.reset();
     }
 }
 
@@ -177,6 +194,11 @@ void cStation::trace(QLatin1String direction, const QString &text) const
 
 void cStation::DataArrival(const QByteArray &data)
 {
+    if (m_arrivals.size() >= mostArrivals) {
+        lineTrouble(
+            QCoreApplication::translate("Station", "datagrams were dropped: too many wait for their turn"));
+        return;
+    }
     m_state = alive;
     m_trouble.clear();
     m_lastHeard = QDateTime::currentMSecsSinceEpoch();
@@ -191,6 +213,7 @@ void cStation::DataArrival(const QByteArray &data)
 void cStation::handleWaiting()
 {
     answer();
+    m_line.takeArrived();
     handleArrivals(true);
 }
 

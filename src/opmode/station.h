@@ -6,10 +6,22 @@
 #include <QByteArrayList>
 #include <QStringList>
 
+#include <optional>
+
 namespace ktr {
 
 /// What of a station changed; PukNeeded and Quality are told with every report of the module.
-enum class StationChange { Alive, Silent, Quality, PukNeeded, PukCleared, TextDelivered };
+enum class StationChange {
+    Alive,
+    Silent,
+    Quality,
+    PukNeeded,
+    PukCleared,
+    TextDelivered,
+    LossBegan,
+    LossGoesOn,
+    LossOver
+};
 
 /// Who is told what a station learns. A station may be disconnected in there, not destroyed.
 class StationOwner
@@ -46,6 +58,8 @@ public:
     static constexpr qint32 dialogueTime = 15'000;
     static constexpr qint32 textDelay = 250;
     static constexpr qint16 alive = 7;
+    /// So many datagrams wait for their turn; what comes beyond is dropped and told.
+    static constexpr qsizetype mostArrivals = 20'000;
 
     cStation(const QString &kennung, StationLine &line, MLiteTimer &timers, StationOwner &stations);
     ~cStation() override;
@@ -71,8 +85,9 @@ public:
     void socket_SendComplete() override;
     void DataArrival(const QByteArray &data) override;
     void lineTrouble(const QString &text) override;
+    void linesLost(const DatagramLoss &loss) override;
 
-    /// Deals at once with what waits for its turn, for an owner that is about to save and to end.
+    /// Deals at once with what has arrived or waits for its turn, for an owner that is about to let it go.
     void handleWaiting();
     /// Says "OK" to the text whose owner answers later, and goes on with what came meanwhile.
     void answer();
@@ -92,6 +107,8 @@ public:
     qint64 lastHeard() const { return m_lastHeard; }
     /// Why the module is not reached, or what was dropped; empty once it is heard again.
     const QString &trouble() const { return m_trouble; }
+    /// Of its datagrams; nothing when it is over and that was told.
+    const std::optional<DatagramLoss> &loss() const { return m_loss; }
     const QString &msgText() const { return m_msgText; }
     /// As the module reports it ("18,0"); "99,99" is unknown.
     const QString &csq() const { return m_csq; }
@@ -140,6 +157,7 @@ private:
     QString m_replyFrom;
     QString m_receiveBuffer;
     QString m_trouble;
+    std::optional<DatagramLoss> m_loss;
 
     QByteArrayList m_arrivals;
     bool m_isHandling = false;

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "platform/status.h"
-
-#include <QByteArray>
+#include "link/udp_pair.h"
 
 namespace ktr {
 
@@ -18,6 +16,9 @@ public:
     virtual void socket_SendComplete() = 0;
     /// Something is wrong with the line, or it was closed for that; told when it changes.
     virtual void lineTrouble(const QString &text) = 0;
+    /// Datagrams of the module were dropped: at the first, then now and then while it goes on, and when it is
+    /// over.
+    virtual void linesLost(const DatagramLoss &loss) = 0;
 };
 
 /// What carries datagrams between a station and its module. It tells its listener nothing while the listener
@@ -36,6 +37,8 @@ public:
     virtual bool mayMove() const { return false; }
     /// Sends one datagram; nothing happens while closed.
     virtual void send(const QByteArray &datagram) = 0;
+    /// Tells at once what has arrived by now, in a flood the first of it.
+    virtual void takeArrived() {}
 
     /// Must outlive the line's last event, or be replaced by nullptr.
     void setListener(StationLineListener *listener) { m_listener = listener; }

@@ -1,26 +1,35 @@
 #include "opmode/station_sockets.h"
 
 #include "platform/exclusive_port.h"
+#include "platform/overloaded.h"
 
 #include <algorithm>
 #include <atomic>
-#include <iterator>
 #include <mutex>
+#include <variant>
 
 namespace ktr {
 
+namespace {
+
+constexpr qsizetype keptCapacity = 64;
+
+} // namespace
+
 struct StationSockets::Event
 {
-    enum class Kind {
-        Received,
-        Sent,
-        Trouble,
-        Failed, ///< the line is of no use any more
+    struct Sent
+    {};
+    struct Trouble
+    {
+        QString text;
+    };
+    struct Failed ///< the line is of no use any more
+    {
+        QString text;
     };
     quint64 connection;
-    Kind kind;
-    QByteArray datagram;
-    QString text;
+    std::variant<QByteArray, Sent, Trouble, Failed, DatagramLoss> what; ///< a datagram, or ...
 };
 
 /// What happened since the owner's thread last looked. Filled by the I/O thread.
@@ -76,12 +85,22 @@ public:
     bool mayMove() const override { return m_pair.mayMove(); }
     void send(const QByteArray &datagram) override { m_pair.send(datagram); }
 
-    void handOver(const Event &event);
+    void takeArrived() override;
+
+    void await(Event &&event);
+    /// Tells the oldest event, when there is one, and queues up again for the next. The line may be gone
+    /// after it.
+    void takeTurn();
 
 private:
+    void tellNext();
+    void queueUp();
+
     StationSockets &m_sockets;
     UdpPair m_pair;
     quint64 m_connection = 0;
+    QList<Event> m_waiting; ///< taken over, not told yet
+    bool m_isInTurns = false;
 };
 
 Status StationSockets::Line::open(const QString &hostAddress)
@@ -94,18 +113,19 @@ Status StationSockets::Line::open(const QString &hostAddress)
     Batch *batch = m_sockets.m_batch.get(); // outlives the pair
     UdpPairEvents events;
     events.received = [batch, connection](QByteArray &&datagram) {
-        batch->add({connection, Event::Kind::Received, std::move(datagram), {}});
+        batch->add({connection, std::move(datagram)});
     };
-    events.dropped = [batch] { ++batch->foreign; };
+    events.foreign = [batch] { ++batch->foreign; };
+    events.lost = [batch, connection](const DatagramLoss &loss) { batch->add({connection, loss}); };
     events.sent = [batch, connection](bool done) {
         batch->unsent += done ? 0 : 1;
-        batch->add({connection, Event::Kind::Sent, {}, {}});
+        batch->add({connection, Event::Sent()});
     };
     events.trouble = [batch, connection](const QString &text) {
-        batch->add({connection, Event::Kind::Trouble, {}, text});
+        batch->add({connection, Event::Trouble{text}});
     };
     events.failed = [batch, connection](const QString &text) {
-        batch->add({connection, Event::Kind::Failed, {}, text});
+        batch->add({connection, Event::Failed{text}});
     };
     Status opened = m_pair.open(hostAddress, std::move(events));
     if (opened) {
@@ -123,35 +143,74 @@ void StationSockets::Line::close()
         m_pair.close();
         m_sockets.m_open.erase(m_connection);
         m_sockets.m_isFull = false;
+        m_waiting = {};
+        if (std::exchange(m_isInTurns, false)) {
+            std::erase(m_sockets.m_turns, this);
+        }
     }
 }
 
-void StationSockets::Line::handOver(const Event &event)
+void StationSockets::Line::await(Event &&event)
 {
-    if (event.kind == Event::Kind::Failed) {
-        close();
+    m_waiting.push_back(std::move(event));
+    queueUp();
+}
+
+void StationSockets::Line::queueUp()
+{
+    if (!m_waiting.empty() && !std::exchange(m_isInTurns, true)) {
+        m_sockets.m_turns.push_back(this);
     }
-    if (m_listener == nullptr) {
+}
+
+void StationSockets::Line::takeArrived()
+{
+    const quint64 connection = m_connection;
+    StationSockets &sockets = m_sockets;
+    m_pair.takeArrived();
+    sockets.sortIn();
+    for (qsizetype left = std::min(m_waiting.size(), qsizetype{mostAtOnce}); left > 0; --left) {
+        tellNext();
+        if (!sockets.m_open.contains(connection)) {
+            return; // closed meanwhile
+        }
+    }
+}
+
+void StationSockets::Line::takeTurn()
+{
+    m_isInTurns = false;
+    tellNext();
+}
+
+void StationSockets::Line::tellNext()
+{
+    if (m_waiting.empty()) {
         return;
     }
-    switch (event.kind) {
-    case Event::Kind::Received:
-        m_listener->DataArrival(event.datagram);
-        break;
-    case Event::Kind::Sent:
-        m_listener->socket_SendComplete();
-        break;
-    case Event::Kind::Trouble:
-    case Event::Kind::Failed:
-        m_listener->lineTrouble(event.text);
-        break;
+    const Event event = m_waiting.takeFirst();
+    if (m_waiting.empty() && m_waiting.capacity() > keptCapacity) {
+        m_waiting = {};
+    }
+    queueUp();
+    if (const auto *datagram = std::get_if<QByteArray>(&event.what)) {
+        m_pair.took(*datagram);
+    } else if (std::holds_alternative<Event::Failed>(event.what)) {
+        close();
+    }
+    if (StationLineListener *const listener = m_listener) {
+        std::visit(Overloaded{[&](const QByteArray &datagram) { listener->DataArrival(datagram); },
+                              [&](const Event::Sent &) { listener->socket_SendComplete(); },
+                              [&](const Event::Trouble &trouble) { listener->lineTrouble(trouble.text); },
+                              [&](const Event::Failed &failure) { listener->lineTrouble(failure.text); },
+                              [&](const DatagramLoss &loss) { listener->linesLost(loss); }},
+                   event.what);
     }
 }
 
-StationSockets::StationSockets(IoThread &io, PortRange ports, QObject *parent)
-    : QObject(parent),
-      m_io(io),
-      m_options{ports, lookupsAtOnce, descriptorsInReserve},
+StationSockets::StationSockets(IoThread &io, PortRange ports, const IntakeLimits &intake)
+    : m_io(io),
+      m_options{ports, intake, lookupsAtOnce, descriptorsInReserve},
       m_batch(std::make_unique<Batch>(*this))
 {
     m_nextLook.setSingleShot(true);
@@ -188,24 +247,32 @@ bool StationSockets::isMuch(std::size_t events)
     return m_countedBefore + m_counted >= manyEvents;
 }
 
+/// Gives each event to its line. One of a connection that was closed meanwhile is told nobody.
+std::size_t StationSockets::sortIn()
+{
+    std::vector<Event> events = m_batch->take();
+    for (Event &event : events) {
+        if (const auto line = m_open.find(event.connection); line != m_open.end()) {
+            line->second->await(std::move(event));
+        }
+    }
+    return events.size();
+}
+
 void StationSockets::deliver()
 {
     // While much comes, it is looked for now and then: to be called for each datagram costs more than the
     // datagram itself.
     m_sinceLook.start();
     m_nextLook.start(lookInterval); // where a listener asks the user something, the rest is told from there
-    std::vector<Event> events = m_batch->take();
-    const bool isBusy = isMuch(events.size());
-    std::ranges::move(events, std::back_inserter(m_waiting));
-    const bool isQuiet = m_waiting.empty();
-    while (!m_waiting.empty()) {
-        const Event event = std::move(m_waiting.front());
-        m_waiting.pop_front();
-        // A connection that was closed meanwhile, perhaps by an event before, is told nothing.
-        if (const auto line = m_open.find(event.connection); line != m_open.end()) {
-            line->second->handOver(event);
-        }
-        if (m_sinceLook.elapsed() >= longestTurn.count() && !m_waiting.empty()) {
+    const std::size_t news = sortIn();
+    const bool isBusy = isMuch(news);
+    const bool isQuiet = m_turns.empty();
+    while (!m_turns.empty()) {
+        Line *const line = m_turns.front();
+        m_turns.pop_front();
+        line->takeTurn();
+        if (m_sinceLook.elapsed() >= longestTurn.count() && !m_turns.empty()) {
             m_nextLook.start(0); // a timer, since posted events would go in front of the user's
             return;
         }

@@ -15,13 +15,16 @@ namespace ktr {
 class IoThread;
 
 /// The lines of all stations, a pair of UDP ports each, on the one I/O thread. What happens at them is handed
-/// over in batches, in its order, on the thread that owns this, which needs an event loop.
+/// over in batches on the thread that owns this, which needs an event loop: of each line in its order, of
+/// those that have something one event in turn, so that none waits for another's many.
 class StationSockets : public QObject
 {
     Q_OBJECT
 
 public:
     static constexpr int lookupsAtOnce = 32;
+    /// What takeArrived() of a line tells at most: more than the system's buffer holds.
+    static constexpr int mostAtOnce = 4'096;
     /// Descriptors that are left for files, look-ups and the main window's line.
     static constexpr quint64 descriptorsInReserve = 64;
     /// So long the owner's thread is kept at a time, an event more at most; the rest is told in its next
@@ -33,7 +36,7 @@ public:
     static constexpr std::size_t manyEvents = 12;
 
     /// Raises the process's limit of descriptors.
-    explicit StationSockets(IoThread &io, PortRange ports = {}, QObject *parent = nullptr);
+    explicit StationSockets(IoThread &io, PortRange ports = {}, const IntakeLimits &intake = {});
     ~StationSockets() override; ///< all lines must be gone
 
     /// A line that is not open yet. Opening it fails when no pair of ports is free, or when too few
@@ -50,12 +53,13 @@ private:
     class Batch;
 
     void deliver();
+    std::size_t sortIn();
     bool isMuch(std::size_t events);
 
     IoThread &m_io;
     UdpPairOptions m_options;
     std::unique_ptr<Batch> m_batch;
-    std::deque<Event> m_waiting; ///< taken over, not told yet
+    std::deque<Line *> m_turns; ///< that have something to tell
     QTimer m_nextLook;
     QElapsedTimer m_sinceLook;
     QElapsedTimer m_sinceCount;

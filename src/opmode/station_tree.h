@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/udp_pair.h"
 #include "opmode/node_change.h"
 #include "opmode/node_element.h"
 #include "opmode/node_store.h"
@@ -14,6 +15,7 @@
 
 #include <array>
 #include <functional>
+#include <optional>
 #include <tuple>
 
 namespace ktr {
@@ -25,6 +27,7 @@ struct StationStatus
     Line line = Line::Offline;
     bool exclusive = false;
     bool pukNeeded = false;
+    std::optional<DatagramLoss> loss; ///< of what the module sends
     bool operator==(const StationStatus &) const = default;
 };
 

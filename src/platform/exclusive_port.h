@@ -2,6 +2,8 @@
 
 #include <QtGlobal>
 
+#include <optional>
+
 namespace ktr {
 
 #ifdef Q_OS_WIN
@@ -13,6 +15,10 @@ using SocketHandle = int;
 /// Keeps other programs from sharing the port that a socket is going to be bound to. Systems that share
 /// ports only when both ask for it need nothing done.
 void claimPortExclusively(SocketHandle socket);
+
+/// How many datagrams the system has dropped at a socket so far, because its buffer was full or else; it goes
+/// on from 0 after its largest value. Nothing where the system does not tell.
+std::optional<quint32> droppedDatagrams(SocketHandle socket);
 
 /// Lets the process have as many sockets and files as the system allows it; to be called at its start.
 void raiseDescriptorLimit();

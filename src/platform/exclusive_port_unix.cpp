@@ -1,10 +1,28 @@
 #include "platform/exclusive_port.h"
 
 #include <sys/resource.h>
+#include <sys/socket.h>
+
+#ifdef SO_MEMINFO
+#include <array>
+#include <linux/sock_diag.h>
+#endif
 
 namespace ktr {
 
 void claimPortExclusively(SocketHandle) {}
+
+std::optional<quint32> droppedDatagrams([[maybe_unused]] SocketHandle socket)
+{
+#ifdef SO_MEMINFO
+    std::array<quint32, SK_MEMINFO_VARS> values{};
+    socklen_t size = sizeof values;
+    if (::getsockopt(socket, SOL_SOCKET, SO_MEMINFO, values.data(), &size) == 0 && size == sizeof values) {
+        return values[SK_MEMINFO_DROPS];
+    }
+#endif
+    return std::nullopt;
+}
 
 void raiseDescriptorLimit()
 {

@@ -11,6 +11,11 @@ void claimPortExclusively(SocketHandle socket)
                  sizeof exclusive);
 }
 
+std::optional<quint32> droppedDatagrams(SocketHandle)
+{
+    return std::nullopt;
+}
+
 void raiseDescriptorLimit() {}
 
 bool leavesDescriptors(SocketHandle, quint64)

@@ -337,6 +337,51 @@ private Q_SLOTS:
         QCOMPARE(kinds, (QList{StationEvent::Kind::Alive, StationEvent::Kind::Silent}));
     }
 
+    void whatHasArrivedIsHeardBeforeAStationIsLetGo()
+    {
+        Run run(m_folder->path());
+        const QString s = QStringLiteral("S");
+        run.mode->addStation(s, QStringLiteral("10.0.0.7"));
+        const QList<std::function<void()>> ends = {
+            [&] { run.mode->setOnline(s, false); }, [&] { run.mode->setAllOnline(false); },
+            [&] { run.mode->setHostAddress(s, QStringLiteral("10.0.0.8")); }, [&] { run.mode->lend(s); },
+            [&] { QVERIFY(run.mode->close()); }};
+        for (qsizetype i = 0; i < ends.size(); ++i) {
+            run.mode->setOnline(s, true);
+            run.lines[0]->arrived = {"at+cmgs=\"+491\"\r", "M,fail " + QByteArray::number(i) + '\x1A'};
+            ends[i]();
+            QCOMPARE(run.alarms.size(), i + 1);
+        }
+    }
+
+    void aLossIsToldOnceAtItsBeginningAndOnceAtItsEnd()
+    {
+        Run run(m_folder->path());
+        const QString s = QStringLiteral("S");
+        run.mode->addStation(s, QStringLiteral("10.0.0.7"));
+        run.mode->setOnline(s, true);
+        const auto shown = [&] {
+            return run.node(s).data(StationTree::StatusRole).value<StationStatus>().loss;
+        };
+        run.lines[0]->lose({10, true, false});
+        run.lines[0]->lose({20, true, false});
+        QCOMPARE(shown()->dropped, 20);
+        run.lines[0]->lose({30, true, true});
+        QVERIFY(!shown());
+        run.lines[0]->lose({3, false, false});
+        run.mode->setOnline(s, false); // the end of it as well
+        QVERIFY(!shown());
+        QCOMPARE(run.told,
+                 (QStringList{"S: floods: 10 datagrams dropped", "S: the flood is over: 30 datagrams dropped",
+                              "S: 3 datagrams dropped", "S: the loss is over: 3 datagrams dropped"}));
+        QStringList events;
+        for (const StationEvent &event : run.events) {
+            events += event.kind == StationEvent::Kind::Flood ? event.text : QStringLiteral("other");
+        }
+        QCOMPARE(events, (QStringList{"begins", "over: 30 datagrams dropped", "begins",
+                                      "over: 3 datagrams dropped"}));
+    }
+
     void whatWaitsInAPauseIsHeardBeforeTheStationGoes()
     {
         Run run(m_folder->path());

@@ -1,12 +1,18 @@
 #include "link/io_thread.h"
 #include "opmode/station.h"
 #include "opmode/station_sockets.h"
+#include "platform/exclusive_port.h"
 #include "support/manual_timers.h"
 #include "support/udp_peer.h"
 
 #include <QElapsedTimer>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
+
+#include <asio/post.hpp>
+
+#include <future>
 
 using namespace ktr;
 using test::Peer;
@@ -25,11 +31,21 @@ struct RecordingOwner : StationOwner
             std::exchange(during, nullptr)();
         }
     }
-    void stationChanged(const QString &, StationChange) override {}
+    void stationChanged(const QString &kennung, StationChange what) override
+    {
+        if (what == StationChange::LossBegan || what == StationChange::LossOver) {
+            changes +=
+                kennung + (what == StationChange::LossOver ? QLatin1String(":over") : QLatin1String(":loss"));
+            loss = *flooded->loss();
+        }
+    }
     void stationTrouble(const QString &, const QString &text) override { troubles += text; }
 
     QStringList messages;
     QStringList troubles;
+    QStringList changes;
+    const cStation *flooded = nullptr; ///< the one that loses datagrams
+    DatagramLoss loss;
     std::function<void()> during;
     qint64 busyFor = 0; ///< ms
 };
@@ -144,6 +160,118 @@ private Q_SLOTS:
         QCOMPARE(owner.messages, (QStringList{"0: --> a", "0: --> b", "0: --> c", "0: --> d"}));
     }
 
+    void aFloodAtOneStationDelaysNoOtherAndIsCounted_data()
+    {
+        QTest::addColumn<QByteArray>("datagram");
+        QTest::addColumn<int>("count");
+        QTest::addColumn<bool>("isStranger");
+        QTest::newRow("small datagrams") << QByteArray("M,fail\x1A") << 20'000 << false;
+        QTest::newRow("large datagrams") << QByteArray(65'000, 'x') + '\x1A' << 500 << false;
+        QTest::newRow("datagrams of somebody else") << QByteArray("M,fail\x1A") << 20'000 << true;
+    }
+    void aFloodAtOneStationDelaysNoOtherAndIsCounted()
+    {
+        if (!test::loopbackAddressesDiffer()) {
+            QSKIP("all loopback addresses are the same here");
+        }
+        QFETCH(QByteArray, datagram);
+        QFETCH(int, count);
+        QFETCH(bool, isStranger);
+        IntakeLimits limits;
+        limits.burst = 100 * IntakeLimits::ofADatagram;
+        limits.perSecond = 8 << 20;
+        limits.waiting = 64 << 10;
+        limits.calm = std::chrono::milliseconds(300);
+        StationSockets sockets(m_io, {}, limits);
+        RecordingOwner owner;
+        const auto all = watch(21, sockets, owner);
+        for (const auto &watched : all) {
+            watched->station.connectStation();
+            watched->module.await();
+        }
+        owner.flooded = &all[0]->station;
+        Peer stranger("127.0.2.1");
+        Peer &from = isStranger ? stranger : all[0]->module;
+        const qint64 waitingMost = limits.waiting + datagram.size() + IntakeLimits::ofADatagram;
+        for (int i = 0; i < count; ++i) {
+            from.send(datagram, all[0]->port());
+        }
+        for (std::size_t i = 1; i < all.size(); ++i) {
+            all[i]->say("at+cmgs=\"+491\"\r");
+            all[i]->say("M,fail\x1A");
+        }
+        const auto floods = [&owner] { return owner.messages.filter(QRegularExpression("^0:")).size(); };
+        const auto isHeard = [&owner, &floods] { return owner.messages.size() - floods() == 20; };
+        QTRY_VERIFY_WITH_TIMEOUT(isHeard(), 60'000);
+        // Of the flood no more was told before than had been taken in, and in turns with the others.
+        const qsizetype last = owner.messages.lastIndexOf(QRegularExpression("^[^0].*"));
+        QVERIFY2((last - 19) * datagram.size() <= waitingMost, qPrintable(QString::number(last)));
+
+        if (!droppedDatagrams(test::Peer("127.0.0.1").handle())) {
+            QSKIP("this system does not tell what it dropped");
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(owner.changes, (QStringList{"0:loss", "0:over"}), 60'000);
+        const auto taken = [&] { return isStranger ? sockets.foreignDatagrams() : floods(); };
+        QTRY_COMPARE_WITH_TIMEOUT(taken() + owner.loss.dropped, count,
+                                  60'000); // the system's rest comes slowly
+        QVERIFY(owner.loss.isFlood && !all[0]->station.loss());
+    }
+
+    void nothingIsLostWhileTheProgramStandsStillForAMinute()
+    {
+        if (!test::loopbackAddressesDiffer()) {
+            QSKIP("all loopback addresses are the same here");
+        }
+        StationSockets sockets(m_io);
+        RecordingOwner owner;
+        const auto all = watch(1, sockets, owner);
+        owner.flooded = &all[0]->station;
+        all[0]->station.connectStation();
+        all[0]->module.await();
+        std::promise<void> goesOn;
+        asio::post(m_io.context(), [&goesOn] { goesOn.get_future().wait(); });
+        constexpr int alarms = 600; // ten a second
+        for (int i = 0; i < alarms; ++i) {
+            all[0]->say("at+cmgs=\"+4917012345\"\r");
+            all[0]->say("M,Alarm " + QByteArray::number(i) + " fail\x1A");
+        }
+        goesOn.set_value();
+        const auto isOver = [&owner] { return owner.messages.size() == alarms || !owner.changes.isEmpty(); };
+        QTRY_VERIFY_WITH_TIMEOUT(isOver(), 60'000);
+        if (owner.messages.size() < alarms) { // told, at least
+            QSKIP("this system allows no buffer that is large enough");
+        }
+        QCOMPARE(owner.changes, QStringList());
+    }
+
+    void whatHasArrivedIsHeardBeforeAStationIsLetGo()
+    {
+        if (!test::loopbackAddressesDiffer()) {
+            QSKIP("all loopback addresses are the same here");
+        }
+        IntakeLimits limits;
+        limits.burst = 1;
+        limits.perSecond = 1; // the first is taken in, the others stay with the system
+        StationSockets sockets(m_io, {}, limits);
+        RecordingOwner owner;
+        const auto all = watch(2, sockets, owner);
+        for (const auto &watched : all) {
+            watched->station.connectStation();
+            watched->module.await();
+            for (int i = 0; i < 50; ++i) {
+                watched->say(QByteArray::number(i) + "\x1A");
+            }
+        }
+        for (const auto &watched : all) {
+            watched->station.handleWaiting();
+            watched->station.disconnect();
+        }
+        QCOMPARE(owner.messages.size(), 100);
+        for (int i = 0; i < 50; ++i) {
+            QCOMPARE(owner.messages[i], QStringLiteral("0: --> %1").arg(i));
+        }
+    }
+
     void aStationThatWasDisconnectedHearsNothingMore()
     {
         if (!test::loopbackAddressesDiffer()) {
@@ -205,7 +333,9 @@ private:
     }
     static UdpPairEvents quiet()
     {
-        return {[](QByteArray &&) {}, [] {}, [](bool) {}, [](const QString &) {}, [](const QString &) {}};
+        return {[](QByteArray &&) {},        [] {},
+                [](const DatagramLoss &) {}, [](bool) {},
+                [](const QString &) {},      [](const QString &) {}};
     }
     std::vector<std::unique_ptr<Watched>> watch(int count, StationSockets &sockets, RecordingOwner &owner)
     {

@@ -26,9 +26,17 @@ struct RecordedLine : StationLine
 
     /// The module says something.
     void say(const QByteArray &datagram) { m_listener->DataArrival(datagram); }
+    void lose(const DatagramLoss &loss) { m_listener->linesLost(loss); }
+    void takeArrived() override
+    {
+        for (const QByteArray &datagram : std::exchange(arrived, {})) {
+            say(datagram);
+        }
+    }
 
     QStringList opened;
     QByteArrayList sent;
+    QByteArrayList arrived; ///< not told yet
     QString failure;
     bool isOpened = false;
 };

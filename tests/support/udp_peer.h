@@ -33,6 +33,7 @@ public:
         const bool came = QTest::qWaitFor([&] { return !(datagram = receive()).isEmpty(); }, 60000);
         return came ? datagram : QByteArray();
     }
+    auto handle() { return m_socket.native_handle(); }
     quint16 senderPort() const { return m_sender.port(); }
     asio::ip::address senderAddress() const { return m_sender.address(); }
 

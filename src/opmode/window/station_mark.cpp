@@ -35,10 +35,12 @@ void paintStationMark(QPainter &painter, const QRectF &where, const StationStatu
     painter.restore();
 }
 
-QString statusText(const StationStatus &status)
+namespace {
+
+QString lineText(StationStatus::Line line)
 {
     const auto text = [](const char *source) { return QCoreApplication::translate("StationMark", source); };
-    switch (status.line) {
+    switch (line) {
     case StationStatus::Line::Offline:
         return text(QT_TRANSLATE_NOOP("StationMark", "offline"));
     case StationStatus::Line::Connecting:
@@ -49,6 +51,14 @@ QString statusText(const StationStatus &status)
         return text(QT_TRANSLATE_NOOP("StationMark", "silent"));
     }
     return {};
+}
+
+} // namespace
+
+QString statusText(const StationStatus &status)
+{
+    const QString text = lineText(status.line);
+    return status.loss ? text + QLatin1String(", ") + textOf(*status.loss) : text;
 }
 
 } // namespace ktr

@@ -57,6 +57,10 @@ public:
         if (station.exclusive) {
             badges += QCoreApplication::translate("StationTreeView", "excl.");
         }
+        if (station.loss) {
+            badges += station.loss->isFlood ? QCoreApplication::translate("StationTreeView", "floods")
+                                            : QCoreApplication::translate("StationTreeView", "losses");
+        }
         if (alarms > 0) {
             badges += QString::number(alarms) + u'!';
         }
