@@ -11,15 +11,21 @@ namespace ktr {
 
 struct IoThread::Private
 {
+    explicit Private(const NameResolver::Options &options)
+        : names(std::make_unique<NameResolver>(context, options))
+    {}
+
     asio::io_context context{1};
+    std::unique_ptr<NameResolver> names;
     asio::executor_work_guard<asio::io_context::executor_type> work{context.get_executor()};
     std::thread thread{[this] { context.run(); }};
 };
 
-IoThread::IoThread() : d(std::make_unique<Private>()) {}
+IoThread::IoThread(const NameResolver::Options &names) : d(std::make_unique<Private>(names)) {}
 
 IoThread::~IoThread()
 {
+    run([this] { d->names.reset(); });
     d->work.reset();
     d->thread.join(); // what is still to be done ends first
 }
@@ -27,6 +33,11 @@ IoThread::~IoThread()
 asio::io_context &IoThread::context()
 {
     return d->context;
+}
+
+NameResolver &IoThread::names()
+{
+    return *d->names;
 }
 
 void IoThread::run(const std::function<void()> &work)

@@ -1,11 +1,9 @@
 #pragma once
 
+#include "link/name_resolver.h"
+
 #include <functional>
 #include <memory>
-
-namespace asio {
-class io_context;
-}
 
 namespace ktr {
 
@@ -13,12 +11,14 @@ namespace ktr {
 class IoThread
 {
 public:
-    IoThread();
+    explicit IoThread(const NameResolver::Options &names = {});
     ~IoThread(); ///< all transports must be closed
     IoThread(const IoThread &) = delete;
     IoThread &operator=(const IoThread &) = delete;
 
     asio::io_context &context();
+    /// To be used on this thread.
+    NameResolver &names();
 
     /// Runs work on this thread and waits until it is done.
     void run(const std::function<void()> &work);

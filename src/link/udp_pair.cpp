@@ -13,7 +13,7 @@
 #include <asio/steady_timer.hpp>
 
 #include <algorithm>
-#include <thread>
+#include <atomic>
 #include <vector>
 
 namespace ktr {
@@ -22,8 +22,6 @@ namespace {
 
 using asio::ip::udp;
 
-constexpr std::chrono::milliseconds longestLookup{1900};
-constexpr std::chrono::milliseconds lookupPoll{20};
 constexpr std::chrono::milliseconds pauseAfterError{10};
 constexpr qsizetype longestDatagram = 65'507;
 /// The system's buffer for a pair, as far as the system allows it: what ten alarms a second bring in a minute
@@ -154,43 +152,6 @@ bool isTaken(const asio::error_code &error)
     return error == asio::error::address_in_use || error == asio::error::access_denied;
 }
 
-/// A name's addresses, found on a thread of its own, since the system's look-up cannot be broken off. It
-/// touches nothing but this.
-struct Lookup
-{
-    static inline std::atomic<int> running = 0;
-
-    std::atomic<bool> isDone = false;
-    std::vector<asio::ip::address> addresses; ///< none: the name is unknown
-
-    /// Throws when the system has no more threads.
-    static std::shared_ptr<Lookup> start(const std::string &host)
-    {
-        auto lookup = std::make_shared<Lookup>();
-        std::thread([lookup, host] {
-            asio::io_context context;
-            asio::error_code unknown;
-            for (const auto &entry : udp::resolver(context).resolve(host, std::string(), unknown)) {
-                lookup->addresses.push_back(entry.endpoint().address());
-            }
-            --running;
-            lookup->isDone = true;
-        }).detach();
-        return lookup;
-    }
-
-    /// Modules know IPv4; nothing when no address can be reached.
-    std::optional<asio::ip::address> best(bool reachesV6) const
-    {
-        for (const auto &address : addresses) {
-            if (address.is_v4()) {
-                return address;
-            }
-        }
-        return reachesV6 && !addresses.empty() ? std::optional(addresses.front()) : std::nullopt;
-    }
-};
-
 } // namespace
 
 /// The part that lives on the I/O thread. Everything below but the constructor, bind() and what asks
@@ -198,16 +159,15 @@ struct Lookup
 class UdpPair::Ports : public std::enable_shared_from_this<Ports>
 {
 public:
-    Ports(asio::io_context &context, UdpPairEvents events, const UdpPairOptions &options)
-        : m_sendSocket(context),
-          m_receiveSocket(context),
-          m_timer(context),
-          m_retry(context),
-          m_lossTimer(context),
+    Ports(IoThread &io, UdpPairEvents events, const UdpPairOptions &options)
+        : m_names(io.names()),
+          m_sendSocket(io.context()),
+          m_receiveSocket(io.context()),
+          m_retry(io.context()),
+          m_lossTimer(io.context()),
           m_events(std::move(events)),
           m_limits(options.intake),
-          m_credit(options.intake.burst),
-          m_lookupsAtOnce(options.lookupsAtOnce)
+          m_credit(options.intake.burst)
     {}
     ~Ports() { waitingOfAll -= m_waitingForOwner; }
     Q_DISABLE_COPY_MOVE(Ports)
@@ -299,7 +259,15 @@ public:
 
     void startLookup(const std::string &host, quint16 port, const QString &name)
     {
-        await(nullptr, host, port, name, {});
+        // Not kept alive by what it waits for: a pair that is closed is not answered.
+        m_lookup =
+            m_names.lookUp(host, m_isV6, [this, port, name](const std::optional<asio::ip::address> &address) {
+                if (address) {
+                    aimAt(*address, port);
+                } else {
+                    m_events.failed(notFound(name));
+                }
+            });
     }
 
     /// Whether datagrams can go out. Called on any thread.
@@ -339,46 +307,12 @@ public:
         asio::error_code ignored;
         m_sendSocket.close(ignored);
         m_receiveSocket.close(ignored);
-        m_timer.cancel();
+        m_lookup.reset();
         m_retry.cancel();
         m_lossTimer.cancel();
     }
 
 private:
-    /// Waits for a turn, then for the look-up, which is given up on at the deadline.
-    void await(std::shared_ptr<Lookup> lookup, const std::string &host, quint16 port, const QString &name,
-               std::chrono::steady_clock::time_point deadline)
-    {
-        if (m_isClosed) {
-            return;
-        }
-        if (!lookup && Lookup::running < m_lookupsAtOnce) {
-            try {
-                lookup = Lookup::start(host);
-                ++Lookup::running;
-                deadline = std::chrono::steady_clock::now() + longestLookup;
-            } catch (const std::system_error &error) {
-                m_events.failed(name + QLatin1String(": ") + QString::fromLocal8Bit(error.what()));
-                return;
-            }
-        }
-        if (lookup && lookup->isDone) {
-            if (const auto address = lookup->best(m_isV6)) {
-                aimAt(*address, port);
-            } else {
-                m_events.failed(notFound(name));
-            }
-        } else if (lookup && std::chrono::steady_clock::now() >= deadline) {
-            m_events.failed(notFound(name));
-        } else {
-            m_timer.expires_after(lookupPoll);
-            m_timer.async_wait(
-                [self = shared_from_this(), lookup, host, port, name, deadline](const asio::error_code &) {
-                    self->await(lookup, host, port, name, deadline);
-                });
-        }
-    }
-
     /// A datagram of the module; one of somebody else is dropped.
     void take(const udp::endpoint &sender, QByteArrayView datagram)
     {
@@ -518,9 +452,10 @@ private:
         m_told = error;
     }
 
+    NameResolver &m_names;
+    NameResolver::Lookup m_lookup;
     udp::socket m_sendSocket;
     udp::socket m_receiveSocket;
-    asio::steady_timer m_timer;
     asio::steady_timer m_retry;
     asio::steady_timer m_lossTimer; ///< runs after much and in a loss
     UdpPairEvents m_events;
@@ -536,7 +471,6 @@ private:
     Clock::time_point m_lastLoss;
     Clock::time_point m_nextLook;
     bool m_isClosed = false;
-    int m_lookupsAtOnce;
     bool m_isV6 = false;
     std::optional<udp::endpoint> m_target;
     std::atomic<bool> m_isAimed = false;
@@ -597,7 +531,7 @@ Status UdpPair::open(const QString &address, UdpPairEvents events)
             QCoreApplication::translate("Files", "%1: is no address of a module").arg(address));
     }
     close();
-    auto pair = std::make_shared<Ports>(m_io.context(), std::move(events), m_options);
+    auto pair = std::make_shared<Ports>(m_io, std::move(events), m_options);
     const bool isName = !module->literal;
     const bool isV4 = !isName && module->literal->is_v4();
     Status bound = pair->bind(isV4 ? udp::v4() : udp::v6(), m_options.ports);

@@ -7,7 +7,6 @@
 
 #include <chrono>
 #include <functional>
-#include <limits>
 #include <memory>
 
 namespace ktr {
@@ -58,8 +57,6 @@ struct UdpPairOptions
 {
     PortRange ports;
     IntakeLimits intake = {};
-    /// A name's look-up waits for its turn when so many run.
-    int lookupsAtOnce = std::numeric_limits<int>::max();
     quint64 descriptorsInReserve = 0; ///< opening fails when fewer would be left for files and the like
 };
 

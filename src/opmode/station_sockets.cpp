@@ -209,9 +209,7 @@ void StationSockets::Line::tellNext()
 }
 
 StationSockets::StationSockets(IoThread &io, PortRange ports, const IntakeLimits &intake)
-    : m_io(io),
-      m_options{ports, intake, lookupsAtOnce, descriptorsInReserve},
-      m_batch(std::make_unique<Batch>(*this))
+    : m_io(io), m_options{ports, intake, descriptorsInReserve}, m_batch(std::make_unique<Batch>(*this))
 {
     m_nextLook.setSingleShot(true);
     m_nextLook.callOnTimeout(this, &StationSockets::deliver);

@@ -22,7 +22,6 @@ class StationSockets : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int lookupsAtOnce = 32;
     /// What takeArrived() of a line tells at most: more than the system's buffer holds.
     static constexpr int mostAtOnce = 4'096;
     /// Descriptors that are left for files, look-ups and the main window's line.

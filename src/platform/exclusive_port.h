@@ -20,6 +20,9 @@ void claimPortExclusively(SocketHandle socket);
 /// on from 0 after its largest value. Nothing where the system does not tell.
 std::optional<quint32> droppedDatagrams(SocketHandle socket);
 
+/// Another handle of the same socket; nothing when the system has none left.
+std::optional<SocketHandle> duplicateSocket(SocketHandle socket);
+
 /// Lets the process have as many sockets and files as the system allows it; to be called at its start.
 void raiseDescriptorLimit();
 

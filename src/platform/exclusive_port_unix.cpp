@@ -1,5 +1,6 @@
 #include "platform/exclusive_port.h"
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 
@@ -22,6 +23,12 @@ std::optional<quint32> droppedDatagrams([[maybe_unused]] SocketHandle socket)
     }
 #endif
     return std::nullopt;
+}
+
+std::optional<SocketHandle> duplicateSocket(SocketHandle socket)
+{
+    const int duplicate = ::fcntl(socket, F_DUPFD_CLOEXEC, 0);
+    return duplicate >= 0 ? std::optional(duplicate) : std::nullopt;
 }
 
 void raiseDescriptorLimit()

@@ -16,6 +16,17 @@ std::optional<quint32> droppedDatagrams(SocketHandle)
     return std::nullopt;
 }
 
+std::optional<SocketHandle> duplicateSocket(SocketHandle socket)
+{
+    WSAPROTOCOL_INFOW information{};
+    if (::WSADuplicateSocketW(socket, ::GetCurrentProcessId(), &information) != 0) {
+        return std::nullopt;
+    }
+    const SOCKET duplicate = ::WSASocketW(FROM_PROTOCOL_INFO, FROM_PROTOCOL_INFO, FROM_PROTOCOL_INFO,
+                                          &information, 0, WSA_FLAG_OVERLAPPED);
+    return duplicate != INVALID_SOCKET ? std::optional<SocketHandle>(duplicate) : std::nullopt;
+}
+
 void raiseDescriptorLimit() {}
 
 bool leavesDescriptors(SocketHandle, quint64)
