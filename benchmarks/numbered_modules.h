@@ -10,6 +10,7 @@
 #include <arpa/inet.h>
 #include <atomic>
 #include <chrono>
+#include <csignal>
 #include <fcntl.h>
 #include <random>
 #include <string>
@@ -37,6 +38,8 @@ public:
         int stations;
         int messages;
         int perSecond;
+        int floodPerSecond = 0; ///< datagrams of the first module, which then sends nothing else
+        int floodBytes = 0;     ///< of each of them
     };
     /// The first report of each station has all its values, and these come faster.
     static constexpr int reportsPerSecond = 500;
@@ -157,6 +160,10 @@ private:
             std::fprintf(stderr, "only %d of %d stations are heard\n", int(heard.size()), connected);
             std::_Exit(1);
         }
+        const pid_t flood = m_plan.floodPerSecond > 0 ? startFlood(heard.front()) : -1;
+        if (flood > 0) {
+            heard.erase(heard.begin());
+        }
         std::minstd_rand random;
         std::uniform_real_distribution<double> within(0, 1);
         qint64 due = steadyNanoseconds();
@@ -167,7 +174,30 @@ private:
             due += slot;
             send(number, heard[std::size_t(number) % heard.size()], isReport, int(heard.size()));
         }
+        if (flood > 0) {
+            ::kill(flood, SIGKILL);
+            ::waitpid(flood, nullptr, 0);
+        }
         std::_Exit(0);
+    }
+
+    /// Another process, so that the others keep their pace.
+    pid_t startFlood(int station) const
+    {
+        const pid_t process = ::fork();
+        if (process != 0) {
+            return process;
+        }
+        const std::string line = std::string(std::size_t(m_plan.floodBytes - 1), 'x') + '\r';
+        constexpr int burst = 20;
+        qint64 due = steadyNanoseconds();
+        for (;;) {
+            for (int i = 0; i < burst; ++i) {
+                say(m_modules[std::size_t(station)], line);
+            }
+            due += qint64{burst} * 1'000'000'000 / m_plan.floodPerSecond;
+            waitUntil(due);
+        }
     }
 
     void send(int number, int station, bool isReport, int heard)
