@@ -1,9 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <benchmark/benchmark.h>
 #include <chrono>
 #include <map>
 #include <string>
+#include <vector>
 
 template <class Work> inline double secondsOf(Work work)
 {
@@ -12,18 +14,35 @@ template <class Work> inline double secondsOf(Work work)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-/// Runs both in turn, each several times; counts how often the time of the other one it takes.
+inline double median(std::vector<double> values)
+{
+    const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
+
+/// Runs both in turn, each several times, and keeps the medians: a single run that something else on the
+/// machine delayed does not count, and what slows the machine down for longer meets both. `before` runs
+/// before each of them.
+template <class Own, class Other, class Before>
+void compare(benchmark::State &state, Own own, Other other, Before before)
+{
+    std::vector<double> ownTimes;
+    std::vector<double> otherTimes;
+    for (auto _ : state) {
+        before();
+        otherTimes.push_back(secondsOf(other));
+        before();
+        ownTimes.push_back(secondsOf(own));
+        state.SetIterationTime(ownTimes.back());
+    }
+    state.counters["median_s"] = median(ownTimes);
+    state.counters["other_median_s"] = median(otherTimes);
+}
+
 template <class Own, class Other> void compare(benchmark::State &state, Own own, Other other)
 {
-    double ownTime = 0;
-    double otherTime = 0;
-    for (auto _ : state) {
-        otherTime += secondsOf(other);
-        const double taken = secondsOf(own);
-        ownTime += taken;
-        state.SetIterationTime(taken);
-    }
-    state.counters["ratio"] = ownTime / otherTime;
+    compare(state, own, other, [] {});
 }
 
 /// Shows the runs of all benchmarks as they end, and keeps them to be set against each other.
@@ -65,12 +84,9 @@ public:
         return found == run->second.counters.end() ? 0 : double(found->second);
     }
 
-    /// Of the other one in compare().
-    double otherSeconds(const std::string &name) const
-    {
-        const double ratio = counter(name, "ratio");
-        return ratio > 0 ? seconds(name) / ratio : 0;
-    }
+    /// Of the two in compare().
+    double ownSeconds(const std::string &name) const { return counter(name, "median_s"); }
+    double otherSeconds(const std::string &name) const { return counter(name, "other_median_s"); }
 
 private:
     std::map<std::string, Run> m_runs;

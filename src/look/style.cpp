@@ -3,6 +3,7 @@
 #include "look/icons.h"
 #include "look/palettes.h"
 #include "look/radio_focus.h"
+#include "look/rounded.h"
 
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -43,17 +44,6 @@ public:
 private:
     QPainter *m_painter;
 };
-
-/// A border of the given width that lies inside the rectangle.
-void drawRounded(QPainter *painter, const QRect &rect, double radius, const QColor &border,
-                 const QBrush &fill, double width = 1)
-{
-    const Smooth smooth(painter);
-    const double inset = width / 2;
-    painter->setPen(border.isValid() ? QPen(border, width) : QPen(Qt::NoPen));
-    painter->setBrush(fill);
-    painter->drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset), radius, radius);
-}
 
 void drawChevron(QPainter *painter, const QRect &rect, Qt::ArrowType direction, const QColor &colour)
 {

@@ -1,11 +1,13 @@
 #include "look/icons.h"
 #include "look/palettes.h"
+#include "look/rounded.h"
 #include "look/style.h"
 
 #include <QApplication>
 #include <QButtonGroup>
 #include <QGroupBox>
 #include <QLineEdit>
+#include <QPainter>
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QStyleOption>
@@ -13,6 +15,7 @@
 #include <QVBoxLayout>
 
 #include <cmath>
+#include <functional>
 
 using namespace ktr;
 using namespace Qt::StringLiterals;
@@ -43,6 +46,21 @@ qsizetype differentPixels(const QImage &one, const QImage &other)
         }
     }
     return count;
+}
+
+/// How far the pixels that differ most are apart, 0 to 255.
+int farthest(const QImage &one, const QImage &other)
+{
+    int most = 0;
+    for (int y = 0; y < one.height(); ++y) {
+        for (int x = 0; x < one.width(); ++x) {
+            const QColor a = one.pixelColor(x, y);
+            const QColor b = other.pixelColor(x, y);
+            most = std::max({most, std::abs(a.red() - b.red()), std::abs(a.green() - b.green()),
+                             std::abs(a.blue() - b.blue())});
+        }
+    }
+    return most;
 }
 
 QImage drawn(IconName name, QIcon::Mode mode = QIcon::Normal)
@@ -186,6 +204,53 @@ private Q_SLOTS:
         // No page step and no range, as an empty list has them.
         bar.setRange(0, 0);
         QCOMPARE(thumb().height(), 300);
+    }
+
+    void aRoundedRectanglePutTogetherLooksLikeOneDrawnAtOnce()
+    {
+        const std::array sizes = {QSize(300, 28), QSize(28, 300), QSize(22, 22), QSize(40, 13),
+                                  QSize(13, 14),  QSize(12, 4),   QSize(3, 80),  QSize(5, 5)};
+        for (const int ratio : {1, 2}) {
+            for (const QSize size : sizes) {
+                for (const double width : {1.0, 1.3, 2.0}) {
+                    for (const double radius : {4.0, 5.0, 11.0}) {
+                        for (const QColor &fill : {QColor(), QColor(Qt::white), QColor(0, 90, 200, 40)}) {
+                            const auto paint = [&](const std::function<void(QPainter &)> &draw) {
+                                QImage image((size + QSize(12, 12)) * ratio,
+                                             QImage::Format_ARGB32_Premultiplied);
+                                image.setDevicePixelRatio(ratio);
+                                image.fill(QColor(230, 232, 240));
+                                QPainter painter(&image);
+                                painter.translate(3, 5);
+                                draw(painter);
+                                return image;
+                            };
+                            const QRect rect(QPoint(4, 2), size);
+                            const QColor border(90, 100, 120, 200);
+                            const QBrush brush = fill.isValid() ? QBrush(fill) : QBrush(Qt::NoBrush);
+                            const QImage found = paint([&](QPainter &painter) {
+                                drawRounded(&painter, rect, radius, border, brush, width);
+                            });
+                            const QImage meant = paint([&](QPainter &painter) {
+                                const double inset = width / 2;
+                                painter.setRenderHint(QPainter::Antialiasing);
+                                painter.setPen(QPen(border, width));
+                                painter.setBrush(brush);
+                                painter.drawRoundedRect(QRectF(rect).adjusted(inset, inset, -inset, -inset),
+                                                        radius, radius);
+                            });
+                            const int off = farthest(found, meant);
+                            QVERIFY2(off <= 3, qPrintable(u"%1 × %2, %3, %4, %5: %6"_s.arg(size.width())
+                                                              .arg(size.height())
+                                                              .arg(width)
+                                                              .arg(radius)
+                                                              .arg(ratio)
+                                                              .arg(off)));
+                        }
+                    }
+                }
+            }
+        }
     }
 
     void everyIconIsDrawnDifferentlyAndLineIconsFollowTheTextColour()
