@@ -323,7 +323,7 @@ void run(const Options &options)
         load += numbers(", one flooding with %d datagrams/s of %d bytes", options.floodPerSecond,
                         options.floodBytes);
     }
-    const int bound = options.floodPerSecond > 0 ? 50 : 20; // ms
+    const int latest = options.floodPerSecond > 0 ? 50 : 20; // ms
     const auto row = [&load](const char *what, const QString &measured, const char *bound, bool isKept) {
         figures::row((load + QLatin1String(what)).toStdString(), measured.toStdString(), bound, isKept);
     };
@@ -340,8 +340,8 @@ void run(const Options &options)
         wrong == 0);
     row(": datagram sent to entry in the tree, median / 99 % / slowest",
         numbers("%.1f / %.1f / %.1f ms", witness.latency(0.5), witness.latency(0.99), witness.latency(1)),
-        options.isBounded() ? qPrintable(numbers("99 %%: %d ms", bound)) : "",
-        !options.isBounded() || witness.latency(0.99) <= bound);
+        options.isBounded() ? qPrintable(numbers("99 %%: %d ms", latest)) : "",
+        !options.isBounded() || witness.latency(0.99) <= latest);
     row(": resident memory after a tenth of it / the most since",
         numbers("%.1f / %.1f MiB (+%.1f %%)", memory.warm / (1 << 20), memory.most / (1 << 20),
                 memory.growth()),
