@@ -106,6 +106,10 @@ FormMain::FormMain(const Services &services)
     connect(m_linkPresenter.get(), &LinkPresenter::exportFileWanted, this, &FormMain::askForExportFile);
     connect(m_linkPresenter.get(), &LinkPresenter::overwritingFound, this, &FormMain::offerToStop);
     connect(m_linkPresenter.get(), &LinkPresenter::messageWanted, this, &FormMain::showMessage);
+    connect(m_linkPresenter.get(), &LinkPresenter::lineWanted, this,
+            [this](const QString &heading, const QString &line) {
+                Dialog::message(this, m_texts, heading, line);
+            });
     connectInstances();
     connectOperationalMode();
 }

@@ -41,12 +41,8 @@ void LinkPresenter::connectLink()
             Q_EMIT messageWanted(m_texts.text(Text::PortInUse));
         }
     });
-    connect(&m_link, &ModuleLink::commandsTooLong, this, [this](const QStringList &commands) {
-        QString text = m_texts.text(Text::MessageTooLong);
-        for (const QString &command : commands) {
-            text += u'\n' + logText(command);
-        }
-        Q_EMIT messageWanted(text);
+    connect(&m_link, &ModuleLink::commandTooLong, this, [this](const QString &command) {
+        Q_EMIT lineWanted(m_texts.text(Text::MessageTooLong), logText(command));
     });
     connect(&m_link, &ModuleLink::waitingChanged, this, [this] { m_status.showWaiting(m_link.waiting()); });
     connect(&m_status, &StatusLine::takeBackWanted, &m_link, &ModuleLink::takeBack);

@@ -58,6 +58,8 @@ Q_SIGNALS:
     void overwritingFound(const QString &text);
     /// A message that must not be overlooked.
     void messageWanted(const QString &text);
+    /// The same, one of several of a kind that go into one message below the heading.
+    void lineWanted(const QString &heading, const QString &line);
     void operationalModeWanted();
 
 private:

@@ -69,7 +69,7 @@ void ModuleLink::connectPath(Path &path)
     connect(session, &ModuleSession::transmitted, this, [this] {
         m_path->session.setTimeout(Milliseconds{0});
         awaitLastCommand();
-        tellEnd();
+        Q_EMIT transmissionEnded();
     });
     connect(session, &ModuleSession::stalled, this, &ModuleLink::transmissionStalled);
     const SelfProgramming *programming = &path.programming;
@@ -95,12 +95,11 @@ void ModuleLink::commandSent(std::optional<int> step, const QString &command)
 
 void ModuleLink::commandRefused(std::optional<int> step, const QString &command)
 {
+    Q_EMIT commandTooLong(command);
     if (step) {
-        m_tooLong += command;
         Q_EMIT stepDone(*step, command);
     } else {
         Q_EMIT told(tr("The command is too long and was not sent"));
-        Q_EMIT commandsTooLong({command});
         Q_EMIT waitingChanged();
     }
 }
@@ -131,14 +130,6 @@ void ModuleLink::dropWaiting()
         takeBack();
         Q_EMIT told(tr("%1 was not sent and waits no longer").arg(logText(command)));
     }
-}
-
-void ModuleLink::tellEnd()
-{
-    if (!m_tooLong.isEmpty()) {
-        Q_EMIT commandsTooLong(std::exchange(m_tooLong, {}));
-    }
-    Q_EMIT transmissionEnded();
 }
 
 /// A line may break before it has carried what it was given.
@@ -277,7 +268,7 @@ void ModuleLink::endTransmission()
     if (isTransmitting()) {
         m_path->session.stopTransmission();
         m_path->session.setTimeout(Milliseconds{0});
-        tellEnd();
+        Q_EMIT transmissionEnded();
     } else if (std::exchange(m_isLastLeaving, false)) {
         m_transmitter->loseLastCommand();
         Q_EMIT transmissionEnded();

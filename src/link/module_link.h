@@ -93,8 +93,8 @@ public:
     };
     /// Places one command in the slot that all lines share, instead of what waits there.
     Placing place(const QString &command);
-    /// The command that waits, empty when none does. It waits for one module: the slot is emptied when the line
-    /// is closed, and when a transmission begins.
+    /// The command that waits, empty when none does. It waits for one module: the slot is emptied when the
+    /// line is closed, and when a transmission begins.
     const QString &waiting() const { return m_path->session.waiting(); }
     void takeBack();
 
@@ -113,8 +113,8 @@ Q_SIGNALS:
     void transmissionStarted();
     /// A command was handed to the module, or refused because it is too long.
     void stepDone(int step, const QString &command);
-    /// These commands do not fit an SMS and were not sent; those of a transmission are told together at its end.
-    void commandsTooLong(const QStringList &commands);
+    /// A command does not fit an SMS and was not sent.
+    void commandTooLong(const QString &command);
     /// A command began to wait, or does so no longer: see waiting().
     void waitingChanged();
     /// A single command was handed to the module.
@@ -143,7 +143,6 @@ private:
     void commandSent(std::optional<int> step, const QString &command);
     void commandRefused(std::optional<int> step, const QString &command);
     void dropWaiting();
-    void tellEnd();
     void setState(State state);
     void setUsed(Path &path, Line line);
     void serialLost(const QString &reason);
@@ -170,7 +169,6 @@ private:
     Configuration m_configuration; ///< what is transmitted
     Configuration m_asGiven;       ///< the same before the command sequence changed anything in it
     QString m_transmittedOver;     ///< the line that was used
-    QStringList m_tooLong;         ///< commands of the transmission
     bool m_isLastLeaving = false;  ///< the closing command was handed over and may still be in the machine
 };
 

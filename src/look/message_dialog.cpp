@@ -95,16 +95,37 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
     connect(m_cancel, &QPushButton::clicked, this, [this] { answer(false); });
 }
 
-void Dialog::message(QWidget *parent, const TextTable &texts, const QString &text)
+/// A message that was not answered yet and whose text is the wanted one; nullptr when there is none.
+Dialog *Dialog::openMessage(const std::function<bool(const QString &)> &isIt)
 {
     for (QWidget *window : QApplication::topLevelWidgets()) {
         auto *shown = qobject_cast<Dialog *>(window);
         if (shown != nullptr && shown->m_kind == Kind::Message && shown->isVisible() && !shown->m_answered &&
-            shown->m_label->text() == text) {
-            shown->raise(); // told already, and not yet read
-            shown->activateWindow();
-            return;
+            isIt(shown->m_label->text())) {
+            return shown;
         }
+    }
+    return nullptr;
+}
+
+void Dialog::message(QWidget *parent, const TextTable &texts, const QString &heading, const QString &line)
+{
+    const QString beginning = heading + u'\n';
+    Dialog *const shown = openMessage([&](const QString &text) { return text.startsWith(beginning); });
+    if (shown == nullptr) {
+        message(parent, texts, beginning + line);
+    } else if (!shown->m_label->text().mid(beginning.size()).split(u'\n').contains(line)) {
+        shown->m_label->setText(shown->m_label->text() + u'\n' + line);
+        shown->arrange();
+    }
+}
+
+void Dialog::message(QWidget *parent, const TextTable &texts, const QString &text)
+{
+    if (Dialog *const shown = openMessage([&](const QString &other) { return other == text; })) {
+        shown->raise(); // told already, and not yet read
+        shown->activateWindow();
+        return;
     }
     // Below a question that is open, this window would be blocked and might hide it; above it, it is not.
     auto *const open = qobject_cast<Dialog *>(QApplication::activeModalWidget());

@@ -3,6 +3,7 @@
 #include <QString>
 #include <QWidget>
 
+#include <functional>
 #include <optional>
 
 class QLabel;
@@ -28,6 +29,9 @@ class Dialog : public QWidget
 public:
     /// Shows a text and returns at once; several can be open at a time.
     static void message(QWidget *parent, const TextTable &texts, const QString &text);
+    /// Shows a heading with a line below it. While a message with that heading is still open, the line is
+    /// added to it, so that many of a kind stand in one box; a line that stands there already is not.
+    static void message(QWidget *parent, const TextTable &texts, const QString &heading, const QString &line);
 
     /// True for OK.
     static bool question(QWidget *parent, const TextTable &texts, const QString &text);
@@ -53,6 +57,8 @@ private:
     enum class Kind { Message, Question, Input };
 
     Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString &text);
+
+    static Dialog *openMessage(const std::function<bool(const QString &)> &isIt);
 
     void makeDefault(QPushButton *button);
     void appear();
