@@ -293,9 +293,19 @@ void NotificationPage::fitColumns()
 
 void NotificationPage::keepPlace()
 {
-    // At the top, the newest are to be seen.
+    // At the top, the newest are to be seen; but nothing moves away from under the mouse.
     const bool isAtTop = m_table->verticalScrollBar()->value() == 0;
-    m_place = isAtTop ? QModelIndex() : m_table->indexAt(QPoint(0, 0));
+    const bool isPointedAt = m_table->viewport()->underMouse();
+    m_place = isAtTop && !isPointedAt ? QModelIndex() : m_table->indexAt(QPoint(0, 0));
+    m_belongsAtTop = isPointedAt && (isAtTop || m_belongsAtTop);
+}
+
+/// Where new rows came above the first one while the mouse was over the list.
+void NotificationPage::returnToTop()
+{
+    if (std::exchange(m_belongsAtTop, false)) {
+        m_table->scrollToTop();
+    }
 }
 
 void NotificationPage::returnToPlace()
@@ -336,6 +346,11 @@ void NotificationPage::refreshButtons()
 
 bool NotificationPage::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_table->viewport() && event->type() == QEvent::Leave) {
+        returnToTop();
+    } else if (watched == m_table->viewport() && event->type() == QEvent::Wheel) {
+        m_belongsAtTop = false; // the user looks elsewhere
+    }
     if (watched == m_table->viewport() && event->type() == QEvent::Resize) {
         fitColumns();
         m_empty->setGeometry(m_table->viewport()->rect());

@@ -50,6 +50,7 @@ private:
     void fitColumns();
     void keepPlace();
     void returnToPlace();
+    void returnToTop();
     void refresh();
     void refreshButtons();
     QList<int> selectedRows() const;
@@ -74,6 +75,7 @@ private:
     QLabel *m_summary;
     QLabel *m_empty;               ///< over the table
     QPersistentModelIndex m_place; ///< the row at the top of the view, while changes are taken over
+    bool m_belongsAtTop = false;   ///< once the mouse has left
 };
 
 } // namespace ktr

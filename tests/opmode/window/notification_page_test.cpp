@@ -125,6 +125,19 @@ private Q_SLOTS:
         QCOMPARE(rows.first().data(), selected);
         QCOMPARE(shown().at(table()->indexAt(QPoint(0, 0)).row()), atTop);
 
+        table()->scrollToTop();
+        const auto middle = table()->viewport()->rect().center();
+        QTest::mouseMove(table()->viewport(), middle);
+        QTRY_VERIFY(table()->viewport()->underMouse());
+        const QString pointedAt =
+            table()->indexAt(middle).siblingAtColumn(NotificationModel::Message).data().toString();
+        take("North", "report under the mouse");
+        settle();
+        QCOMPARE(table()->indexAt(middle).siblingAtColumn(NotificationModel::Message).data().toString(),
+                 pointedAt);
+        QTest::mouseMove(m_window.get(), QPoint(1, 1));
+        QTRY_COMPARE(shown().at(table()->indexAt(QPoint(0, 0)).row()), "report under the mouse");
+
         m_mode->removeStation("North"); // nothing of it is drawn any more
         QCOMPARE(shown().size(), 0);
     }
