@@ -62,7 +62,8 @@ bool SingleInstance::claim()
     // Two that start together must not both find nobody. Listening would take the name from a living
     // instance, too, so it is looked for first.
     QLockFile lock(QDir(QDir::tempPath()).absoluteFilePath(m_name) + QLatin1String(".lock"));
-    lock.tryLock(lockMs);
+    // Whoever holds it for longer hangs; to start is better than to wait for that.
+    [[maybe_unused]] const bool isAlone = lock.tryLock(lockMs);
     if (findOther()) {
         return false;
     }

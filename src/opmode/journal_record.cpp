@@ -180,8 +180,11 @@ bool isDamaged(QByteArrayView records)
     while (record.next()) {
     }
     const QByteArrayView tail = records.sliced(record.start() + record.size());
-    const bool isTorn = tail.size() < recordHeaderSize ||
-                        numberAt<quint32>(tail.data()) > static_cast<quint64>(tail.size() - recordHeaderSize);
+    bool isTorn = tail.size() < recordHeaderSize;
+    if (!isTorn) {
+        const auto size = numberAt<quint32>(tail.data());
+        isTorn = size > static_cast<quint64>(tail.size() - recordHeaderSize);
+    }
     return record.skipped() > 0 || !isTorn;
 }
 
