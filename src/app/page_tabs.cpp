@@ -1,5 +1,6 @@
 #include "app/page_tabs.h"
 
+#include <QAbstractButton>
 #include <QButtonGroup>
 #include <QGroupBox>
 #include <QScrollArea>
