@@ -58,6 +58,9 @@ QByteArray JournalFile::goingOnFrom(const QByteArray &journal, quint64 base)
     if (journal.startsWith(header)) {
         return journal;
     }
+    if (journal.size() < headerSize) {
+        return {};
+    }
     const auto records = recordsBehindMark(QByteArrayView(journal).sliced(headerSize), base);
     return records ? beginningOf(base) + *records : QByteArray();
 }
