@@ -33,6 +33,21 @@ bool isMarked(QStringView text)
     return text.startsWith(QLatin1String("--> ")) || text.startsWith(QLatin1String("<-- "));
 }
 
+/// Where the first line that begins with a marker begins; -1 for nowhere.
+qsizetype markedLine(QStringView lines)
+{
+    for (qsizetype at = 0; at < lines.size(); at += endOfLine(lines.sliced(at))) {
+        qsizetype start = at;
+        while (start < lines.size() && lines[start] == u'\n') {
+            ++start;
+        }
+        if (isMarked(withoutPrompt(lines.sliced(start)))) {
+            return start;
+        }
+    }
+    return -1;
+}
+
 /// A report of the module holds any texts, also such as look like the confirmation of a service command.
 bool isReport(QStringView text)
 {
@@ -111,7 +126,8 @@ void ModuleDialogue::dispatch(const QString &line)
         other += takeSms(one);
         rest = rest.sliced(one.size());
     }
-    if (other.contains(QLatin1String("H,"))) {
+    const bool isHistory = other.contains(QLatin1String("H,"));
+    if (isHistory) {
         tell({ReplyKind::History, {}, withoutLineEnds(other)});
     }
     if (m_transmissionSent) {
@@ -126,6 +142,8 @@ void ModuleDialogue::dispatch(const QString &line)
         static const QRegularExpression number(QStringLiteral("(?:^|[\\s\x1A])(\\+?[0-9]+|\\+IP)$"));
         tell({ReplyKind::Message, number.match(other.first(message)).captured(1),
               withoutLineEnds(QStringView(other).mid(message + 1))});
+    } else if (const qsizetype marked = markedLine(other); marked >= 0 && !isHistory) {
+        tell({ReplyKind::Message, {}, withoutLineEnds(QStringView(other).sliced(marked))});
     }
     takeConfirmations(other);
     sendLogged(QStringLiteral("OK"));
@@ -170,10 +188,11 @@ QStringView ModuleDialogue::takeSms(QStringView line)
         inFront = line.first(start);
     } else if (!m_smsNumber) {
         return line;
-    } else if (!isEnd && line.contains(QLatin1String("at+"))) {
-        dropSms(); // another command: the text will not come any more
-        return line;
-    } else if (!isEnd && isReplyLine(line)) {
+    } else if (const bool isCommand = line.contains(QLatin1String("at+"));
+               !isEnd && (isCommand || isReplyLine(line))) {
+        if (isCommand) {
+            dropSms(); // the text will not come any more
+        }
         return line;
     }
     m_smsText += text;

@@ -99,13 +99,11 @@ void DamagedNodes::takeDeclaration()
             quote = c == quote ? '\0' : quote;
         } else if (c == '"' || c == '\'') {
             quote = c;
-        } else if (c == '<') {
+        } else if (c == '<' || c == '[') {
             ++depth;
         } else if (c == '>' && depth-- == 0) {
             m_at = at + 1;
             return;
-        } else if (c == '[') {
-            ++depth;
         } else if (c == ']') {
             --depth;
         }

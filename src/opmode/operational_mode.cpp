@@ -37,12 +37,12 @@ QString journalPath(const QString &nodesPath)
 
 } // namespace
 
-OperationalMode::OperationalMode(const Services &services, StationCaptions captions, QObject *parent)
+OperationalMode::OperationalMode(const Services &services, const StationCaptions &captions, QObject *parent)
     : QObject(parent),
       m_services(services),
       m_callbacks(services.callbackTimers(services.timers)),
       m_liteTimers(*m_callbacks),
-      m_tree(std::move(captions)),
+      m_tree(captions),
       m_stations(m_tree, m_liteTimers, services.createLine),
       m_minute(services.timers.create()),
       m_longestWait(services.timers.create())

@@ -51,7 +51,7 @@ public:
         Unusable ///< the file is damaged or cannot be read; nothing is kept, and the file stays as it is
     };
 
-    OperationalMode(const Services &services, StationCaptions captions, QObject *parent = nullptr);
+    OperationalMode(const Services &services, const StationCaptions &captions, QObject *parent = nullptr);
     ~OperationalMode() override; ///< without close() the journal keeps what changed
 
     /// Builds the tree from the file, connects the stations that were online and evaluates all schedules. No

@@ -150,6 +150,9 @@ private Q_SLOTS:
             {u"at+cmgs=\"+IP\"\rH,1,2\x1A"_s, u"= reply 1 +IP H,1,2"_s},
             {u"at+cmgs=\"+IP\"\rM,TEMP HIGH, pump 1\x1A"_s, u"= reply 0 +IP M,TEMP HIGH, pump 1"_s},
             {u"+49 --> M,fail\r"_s, u"= reply 2 +49 --> M,fail"_s},
+            {u"--> M,fail\r"_s, u"= reply 2  --> M,fail"_s},
+            {u"<-- M,fail\r"_s, u"= reply 2  <-- M,fail"_s},
+            {u"--> H,1,0911151400,1,12.5\r"_s, u"= reply 1  --> H,1,0911151400,1,12.5"_s},
             {u"OK: §,0,6\r"_s, u"= confirmed 0,6"_s},
             // A report's text confirms nothing.
             {u"at+cmgs=\"+49\"\rM,pump OK: §,0,6\x1A"_s, u"= reply 0 +49 M,pump OK: §,0,6"_s},
@@ -168,6 +171,8 @@ private Q_SLOTS:
         ModemDialogue dialogue([] { return std::nullopt; });
         outcome(dialogue, u"at+cmgs=\"+IP\"\r"_s);
         QCOMPARE(outcome(dialogue, u"+49 --> M,fail\r"_s).value(1), "= reply 2 +49 --> M,fail");
+        QCOMPARE(outcome(dialogue, u"--> M,two fail\r"_s).value(1), "= reply 2  --> M,two fail");
+        QCOMPARE(outcome(dialogue, u"<-- V,1,X,KTR\r"_s).value(1), "= reply 2  <-- V,1,X,KTR");
         QCOMPARE(outcome(dialogue, u"H,1,0911151400,1,2\r"_s).value(1), "= reply 1  H,1,0911151400,1,2");
         QCOMPARE(outcome(dialogue, u"OK: G,1\x1A"_s).value(1), "= reply 0 +IP OK: G,1");
     }
