@@ -30,7 +30,7 @@ std::optional<int> checkFirmware(const Arguments &arguments)
 
 int firmware(const Arguments &arguments)
 {
-    const QString file = arguments.value(imageOption);
+    QString file = arguments.value(imageOption);
     FirmwareImage image;
     if (const Status read = readFirmware(file, image); !read) {
         return fail(read.message()); // before the module is told of one
