@@ -12,7 +12,7 @@ namespace ktr {
 
 namespace {
 
-constexpr int outputsFirst = 30;    // output values are sent in steps 30 to 33, or not at all
+constexpr int outputsFirst = 30; // output values are sent in steps 30 to 33, or not at all
 constexpr int outputsLast = 33;
 
 /// What a row of the table is given: which of its steps it is, and the number that the module counts it by.

@@ -40,7 +40,7 @@ private Q_SLOTS:
         QVERIFY(transport.open(at(host, module.port())));
         bool drained = false;
         transport.send("config\r\n"); // a name's look-up may still run
-        int others = 0; // several may wait for it
+        int others = 0;               // several may wait for it
         transport.whenDrained([&] { ++others; });
         transport.whenDrained([&] { drained = others > 0; });
         QTRY_VERIFY(drained || !lost.isEmpty());
