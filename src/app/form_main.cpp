@@ -12,7 +12,7 @@
 #include "app/settings_window.h"
 #include "app/status_line.h"
 #include "app/transmission_panel.h"
-#include "editor/address_check.h"
+#include "config/address.h"
 #include "editor/calibration_page.h"
 #include "editor/connection_page.h"
 #include "editor/ethernet_page.h"

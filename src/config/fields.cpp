@@ -1,5 +1,6 @@
 #include "config/fields.h"
 
+#include "config/address.h"
 #include "config/channels.h"
 #include "platform/overloaded.h"
 #include "platform/text_rules.h"
@@ -197,11 +198,9 @@ QString phoneNumber(const QString &text)
 
 QString dottedAddress(const QString &text)
 {
-    const QStringList parts = text.split(u'.');
-    const auto isByte = [](const QString &part) { return toWholeNumber(part, 0, 255).has_value(); };
-    const bool sound = parts.size() == 4 && std::ranges::all_of(parts, isByte);
-    return sound ? QString()
-                 : told(QT_TRANSLATE_NOOP("Problems", "is no address of four numbers from 0 to 255"));
+    return addressDefect(text) == AddressDefect::None
+               ? QString()
+               : told(QT_TRANSLATE_NOOP("Problems", "is no address of four numbers from 0 to 255"));
 }
 
 QString hexadecimalByte(const QString &text)

@@ -1,6 +1,6 @@
 #include "editor/connection_page.h"
 
-#include "editor/address_check.h"
+#include "config/address.h"
 #include "look/lamp.h"
 #include "look/wheel_guard.h"
 

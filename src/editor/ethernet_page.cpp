@@ -1,6 +1,6 @@
 #include "editor/ethernet_page.h"
 
-#include "editor/address_check.h"
+#include "config/address.h"
 #include "look/select_on_focus.h"
 
 #include <QCoreApplication>
@@ -21,6 +21,21 @@ bool leavesForGood(Qt::FocusReason reason)
 {
     return reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason &&
            reason != Qt::MenuBarFocusReason;
+}
+
+std::optional<Text> messageOf(AddressDefect defect)
+{
+    switch (defect) {
+    case AddressDefect::None:
+        break;
+    case AddressDefect::NoDots:
+        return Text::AddressWithoutDots;
+    case AddressDefect::NotFourNumbers:
+        return Text::AddressNotFourNumbers;
+    case AddressDefect::NumberOutOfRange:
+        return Text::AddressNumberOutOfRange;
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -109,8 +124,8 @@ bool EthernetPage::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::FocusOut && std::ranges::find(m_addresses, watched) != m_addresses.end() &&
         leavesForGood(static_cast<QFocusEvent *>(event)->reason())) {
         // A faulty address stays as it is: it may be what a module needs, and the field is marked.
-        if (const auto problem = addressProblem(static_cast<QLineEdit *>(watched)->text())) {
-            context().showMessage(text(*problem));
+        if (const auto message = messageOf(addressDefect(static_cast<QLineEdit *>(watched)->text()))) {
+            context().showMessage(text(*message));
         }
     }
     return Page::eventFilter(watched, event);

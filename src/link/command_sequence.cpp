@@ -1,12 +1,12 @@
 #include "link/command_sequence.h"
 
+#include "config/address.h"
 #include "config/channels.h"
 #include "config/fields.h"
 #include "platform/text_rules.h"
 
 #include <algorithm>
 #include <array>
-#include <limits>
 
 namespace ktr {
 
@@ -175,24 +175,11 @@ QString aliveCycle(const StepInput &in)
     return commaNumber(in.configuration.gsm.aliveCycle);
 }
 
-/// A dotted address as the number it stands for, empty when it is none of four whole numbers.
-QString addressNumber(const QString &address)
+/// An address that is none leaves its field empty.
+QString addressField(const QString &address)
 {
-    const QStringList parts = address.split(u'.');
-    if (parts.size() != 4) {
-        return {};
-    }
-    qint64 number = 0;
-    for (const QString &part : parts) {
-        bool ok = false;
-        const int value = part.trimmed().toInt(&ok);
-        if (!ok) {
-            return {};
-        }
-        number = number * 256 + value;
-    }
-    const bool fits = number >= 0 && number <= std::numeric_limits<quint32>::max();
-    return fits ? QString::number(number) : QString();
+    const auto number = addressNumber(address);
+    return comma(number ? QString::number(*number) : QString());
 }
 
 /// The MAC address as decimal numbers joined by points, empty when a part is no hexadecimal number of 16
@@ -214,8 +201,7 @@ QString macNumber(const QStringList &bytes)
 QString ethernet(const StepInput &in)
 {
     const EthernetSettings &settings = in.configuration.ethernet;
-    return comma(addressNumber(settings.ip)) + comma(addressNumber(settings.subnet)) +
-           comma(macNumber(macBytes(settings)));
+    return addressField(settings.ip) + addressField(settings.subnet) + comma(macNumber(macBytes(settings)));
 }
 
 QString clock(const StepInput &in)

@@ -1,5 +1,6 @@
 #include "link/effect_problems.h"
 
+#include "config/address.h"
 #include "config/channel_use.h"
 #include "config/fields.h"
 #include "platform/text_rules.h"
@@ -63,18 +64,10 @@ bool isIncomplete(const QString &phoneNumber)
     return phoneNumber.size() <= 1 + longestCountryCode;
 }
 
+/// Nothing for a text that is told of by itself.
 std::optional<quint32> addressOf(const QString &text)
 {
-    quint32 address = 0;
-    const QStringList parts = text.split(u'.');
-    for (const QString &part : parts) {
-        const auto byte = toWholeNumber(part, 0, 255);
-        if (!byte || parts.size() != 4) {
-            return std::nullopt;
-        }
-        address = address << 8U | static_cast<quint32>(*byte);
-    }
-    return address;
+    return addressDefect(text) == AddressDefect::None ? addressNumber(text) : std::nullopt;
 }
 
 /// Ones, then zeros, with room for two addresses at least beside the network's own two.

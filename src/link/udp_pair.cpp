@@ -1,5 +1,6 @@
 #include "link/udp_pair.h"
 
+#include "config/address.h"
 #include "link/io_thread.h"
 #include "platform/exclusive_port.h"
 
@@ -58,21 +59,6 @@ bool isHostName(const QString &host)
     return host.size() <= longest &&
            std::ranges::all_of(host, [&](QChar c) { return isPart(c) || c == u'.'; }) &&
            std::ranges::any_of(host, [](QChar c) { return c.isLetter(); });
-}
-
-/// Numbers in an IPv4 address are decimal here, leading zeros or not: the system reads such as octal ones.
-QString withoutLeadingZeros(const QString &host)
-{
-    QStringList parts = host.split(u'.');
-    for (QString &part : parts) {
-        bool isNumber = false;
-        const uint number = part.toUInt(&isNumber);
-        if (!isNumber) {
-            return host;
-        }
-        part = QString::number(number);
-    }
-    return parts.join(u'.');
 }
 
 std::optional<ModuleAddress> parse(const QString &text)

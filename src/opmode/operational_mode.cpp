@@ -1,5 +1,6 @@
 #include "opmode/operational_mode.h"
 
+#include "config/address.h"
 #include "link/conversation_log.h"
 #include "link/udp_pair.h"
 #include "platform/overloaded.h"
@@ -26,7 +27,7 @@ QString comparable(const QString &hostAddress)
 {
     static const QString port = u':' + QString::number(UdpPair::modulePort);
     const QString address = hostAddress.trimmed().toLower();
-    return address.endsWith(port) ? address.chopped(port.size()) : address;
+    return withoutLeadingZeros(address.endsWith(port) ? address.chopped(port.size()) : address);
 }
 
 QString journalPath(const QString &nodesPath)

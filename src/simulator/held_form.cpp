@@ -1,5 +1,6 @@
 #include "simulator/held_form.h"
 
+#include "config/address.h"
 #include "config/fields.h"
 #include "platform/text_rules.h"
 
@@ -30,24 +31,11 @@ QString number(const QString &text)
     return withDecimalPoint(onTheWire(text));
 }
 
-/// The four groups weigh 256³ to 1; a group that is no number makes the whole address unknown.
+/// What is no address is not told to the module.
 QString address(const QString &text)
 {
-    const QStringList groups = text.split(u'.');
-    if (groups.size() != 4) {
-        return {};
-    }
-    qint64 sum = 0;
-    for (const QString &group : groups) {
-        const auto value =
-            toWholeNumber(group, std::numeric_limits<int>::min(), std::numeric_limits<int>::max());
-        if (!value) {
-            return {};
-        }
-        sum = sum * 256 + *value;
-    }
-    const bool fits = sum >= 0 && sum <= std::numeric_limits<quint32>::max();
-    return fits ? addressForm(static_cast<quint32>(sum)) : text;
+    const auto number = addressNumber(text);
+    return number ? addressForm(*number) : QString();
 }
 
 QString macByte(const QString &text)

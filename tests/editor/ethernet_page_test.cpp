@@ -1,4 +1,3 @@
-#include "editor/address_check.h"
 #include "editor/ethernet_page.h"
 #include "support/page_fixture.h"
 
@@ -13,28 +12,6 @@ class EthernetPageTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void anAddressIsFourNumbersFrom0To255_data()
-    {
-        QTest::addColumn<QString>("address");
-        QTest::addColumn<Text>("problem");
-        const Text none{};
-        QTest::newRow("sound") << "10.0.0.1" << none;
-        QTest::newRow("sound with leading zeros") << "010.000.255.001" << none;
-        QTest::newRow("no dot") << "1921681" << Text::AddressWithoutDots;
-        QTest::newRow("empty") << "" << Text::AddressWithoutDots;
-        QTest::newRow("three numbers") << "192.168.1" << Text::AddressNotFourNumbers;
-        QTest::newRow("five numbers") << "1.2.3.4.5" << Text::AddressNotFourNumbers;
-        QTest::newRow("a number too large") << "192.168.1.256" << Text::AddressNumberOutOfRange;
-        QTest::newRow("a number too small") << "-1.168.1.25" << Text::AddressNumberOutOfRange;
-        QTest::newRow("an empty part") << "192..1.2" << Text::AddressNumberOutOfRange;
-        QTest::newRow("a letter") << "192.168.1.1a" << Text::AddressNumberOutOfRange;
-    }
-    void anAddressIsFourNumbersFrom0To255()
-    {
-        QFETCH(QString, address);
-        QTEST(addressProblem(address).value_or(Text{}), "problem");
-    }
-
     void aFaultyAddressIsToldWhenTheFieldIsLeftAndStays()
     {
         auto *ip = control<QLineEdit>(m_page, "Txt_Ethernet_IP");

@@ -503,7 +503,7 @@ private Q_SLOTS:
         run.mode->addStation(QStringLiteral("S"), QStringLiteral(" 10.0.0.7:49111"));
         QCOMPARE(run.mode->stationAt(QStringLiteral("10.0.0.7")), "");
         run.mode->setOnline(QStringLiteral("S"), true);
-        QCOMPARE(run.mode->stationAt(QStringLiteral("10.0.0.7")), "S");
+        QCOMPARE(run.mode->stationAt(QStringLiteral("010.000.000.007")), "S");
         run.mode->lend(QStringLiteral("S"));
         QVERIFY(!run.lines[0]->isOpen() && run.mode->attributes(QStringLiteral("S")).online);
         run.mode->takeBack();

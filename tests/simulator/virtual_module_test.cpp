@@ -162,7 +162,7 @@ private Q_SLOTS:
         meant.ethernet = {"300.0.0.0", "255.255.255", "a", "zz", "0f"};
         const Configuration held = asHeld(meant, QLocale::German);
         QCOMPARE(held.limitValues[16].alarm, "63,Alarm"); // the decimal comma adds a field
-        QVERIFY((held.ethernet == EthernetSettings{"300.0.0.0", "", "0A", "", "0F"}));
+        QVERIFY((held.ethernet == EthernetSettings{"", "", "0A", "", "0F"}));
     }
 
     void itAsksForItsModemUntilItIsCaught()
