@@ -28,6 +28,11 @@ bool isOperational(const QString &word)
            word.compare(u"--operational", Qt::CaseInsensitive) == 0;
 }
 
+bool isOneOf(const QString &word, std::initializer_list<const char *> names)
+{
+    return std::ranges::any_of(names, [&word](const char *name) { return word == QLatin1String(name); });
+}
+
 bool isKnown(const QString &word)
 {
     const auto known = {"-design", "-debug", "-english", "-deutsch", "-expert"};
@@ -81,16 +86,50 @@ void CommandLine::takeWords(const QStringList &words)
 {
     const auto end = std::ranges::find_if(words, isLoad);
     for (auto word = words.begin(); word != end; ++word) {
-        if (*word == u"--help") {
+        if (isOneOf(*word, {"--help", "-help", "-h"})) {
             help = true;
-        } else if (*word == u"--version") {
+        } else if (isOneOf(*word, {"--version", "-version"})) {
             version = true;
         } else if (!isOption(*word) && end == words.end() && bareFileName.isEmpty()) {
             bareFileName = *word;
-        } else if (!isOption(*word) || (word->startsWith(u"--") && !isKnown(*word))) {
+        } else if (!isOption(*word) || !isKnown(*word)) {
             notUnderstood += *word;
         }
     }
+    const auto isNoOption = [](const QString &word) { return !isOption(word) || !isKnown(word); };
+    loadTakesSeveralWords = end != words.end() && std::count_if(end + 1, words.end(), isNoOption) > 1;
+}
+
+QStringList CommandLine::withoutToolkitOptions(const QStringList &arguments)
+{
+    QStringList rest;
+    for (auto word = arguments.begin(); word != arguments.end(); ++word) {
+        const QString name = word->startsWith(u"--") ? word->mid(1) : *word;
+        if (isOneOf(name, {"-platform", "-platformpluginpath", "-platformtheme", "-plugin",
+                           "-qwindowgeometry", "-qwindowicon", "-qwindowtitle", "-geometry", "-icon",
+                           "-title", "-name", "-display", "-session", "-style", "-stylesheet"})) {
+            if (word + 1 != arguments.end()) {
+                ++word; // its value
+            }
+        } else if (!isOneOf(name, {"-reverse", "-nograb", "-dograb", "-widgetcount"}) &&
+                   !name.startsWith(u"-style=") && !name.startsWith(u"-stylesheet=")) {
+            rest += *word;
+        }
+    }
+    return rest;
+}
+
+QStringList CommandLine::remarks() const
+{
+    QStringList lines;
+    for (const QString &word : notUnderstood) {
+        lines += QLatin1String("not understood and left out: ") + word +
+                 QLatin1String("; --help tells the options");
+    }
+    if (loadTakesSeveralWords) {
+        lines += QLatin1String("what follows -load is taken as one name: ") + fileNameAsWritten;
+    }
+    return lines;
 }
 
 QString CommandLine::helpText()
@@ -109,8 +148,11 @@ QString CommandLine::helpText()
         "  -deutsch      German texts in this run\n"
         "  -expert       lets the MAC address be edited\n"
         "  -debug        offers the debug option of the test page\n"
-        "  --help        tells this\n"
-        "  --version     tells the version\n");
+        "  --help, -h    tells this\n"
+        "  --version     tells the version\n"
+        "\n"
+        "A word that is not understood is told on standard error and left out. Where no window can be\n"
+        "opened, as without a display, the program tells why and ends with 1.\n");
 }
 
 } // namespace ktr

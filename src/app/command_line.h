@@ -17,8 +17,8 @@ struct CommandLine
     bool load = false;
     bool operationalMode =
         false;            ///< "-operational", behind a file too: the operational mode is opened at once
-    bool help = false;    ///< "--help"
-    bool version = false; ///< "--version"
+    bool help = false;    ///< "--help", "-help" or "-h"
+    bool version = false; ///< "--version" or "-version"
 
     /// The file to load, lower-case as the whole line is read, with the blank that stands before an option
     /// that follows it. Meaningless without `load`.
@@ -29,10 +29,18 @@ struct CommandLine
     /// Without `load`: the file that the first word without a hyphen names, exactly as written.
     QString bareFileName;
 
-    /// Words with two hyphens that are no options, and words without one that name no file to open.
+    /// Words with a hyphen that are no options, and words without one that name no file to open.
     QStringList notUnderstood;
+    /// Behind "-load" stands more than one word: all of them are one name.
+    bool loadTakesSeveralWords = false;
 
     static CommandLine parse(const QStringList &arguments);
+
+    /// A program's arguments without the options of the toolkit, which it takes out of them when it starts.
+    static QStringList withoutToolkitOptions(const QStringList &arguments);
+
+    /// What is to be told on the terminal, a line each.
+    QStringList remarks() const;
 
     /// What "--help" answers.
     static QString helpText();

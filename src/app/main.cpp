@@ -13,6 +13,7 @@
 #include <QApplication>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -25,29 +26,53 @@ void print(std::FILE *stream, const QString &text)
 }
 
 /// What needs no window, and no display: true when that was all.
-bool answerOnTerminal(int argc, char **argv)
+bool answerOnTerminal(const ktr::CommandLine &asked)
+{
+    if (asked.help) {
+        print(stdout, ktr::CommandLine::helpText());
+    } else if (asked.version) {
+        print(stdout, ktr::programName + u' ' + ktr::programVersion() + u'\n');
+    } else {
+        for (const QString &remark : asked.remarks()) {
+            print(stderr, ktr::programName + QLatin1String(": ") + remark + u'\n');
+        }
+    }
+    return asked.help || asked.version;
+}
+
+QStringList wordsOf(int argc, char **argv)
 {
     QStringList words;
     for (int i = 1; i < argc; ++i) {
         words += QString::fromLocal8Bit(argv[i]);
     }
-    const auto asked = ktr::CommandLine::parse(words);
-    if (asked.help) {
-        print(stdout, ktr::CommandLine::helpText());
-    } else if (asked.version) {
-        print(stdout, ktr::programName + u' ' + ktr::programVersion() + u'\n');
+    return ktr::CommandLine::withoutToolkitOptions(words);
+}
+
+/// Without a display that can be used the toolkit aborts. Whoever forgot to name one is to read a sentence
+/// instead.
+void tellWithoutDisplay(QtMsgType type, const QMessageLogContext &, const QString &message)
+{
+    if (type != QtFatalMsg) {
+        print(stderr, message + u'\n');
+        return;
     }
-    return asked.help || asked.version;
+    print(stderr,
+          ktr::programName + QLatin1String(": no window can be opened. Is DISPLAY or WAYLAND_DISPLAY set? "
+                                           "ktrcli works without.\n"));
+    std::_Exit(1);
 }
 
 } // namespace
 
 int main(int argc, char **argv)
 {
-    if (answerOnTerminal(argc, argv)) {
+    if (answerOnTerminal(ktr::CommandLine::parse(wordsOf(argc, argv)))) {
         return 0;
     }
+    const QtMessageHandler usual = qInstallMessageHandler(tellWithoutDisplay);
     QApplication application(argc, argv);
+    qInstallMessageHandler(usual);
     QApplication::setApplicationName(QString(ktr::programName));
     QApplication::setQuitOnLastWindowClosed(false); // the main window's end is the program's
     ktr::applyAppearance(application, ktr::appearanceSetting());
@@ -69,10 +94,6 @@ int main(int argc, char **argv)
     QObject::connect(&window, &ktr::FormMain::closed, &application, end, Qt::QueuedConnection);
     QObject::connect(&window, &ktr::FormMain::exitWanted, &application, end);
     const QStringList words = QCoreApplication::arguments().mid(1); // without the toolkit's own
-    for (const QString &word : ktr::CommandLine::parse(words).notUnderstood) {
-        print(stderr, ktr::programName + QLatin1String(": not understood: ") + word +
-                          QLatin1String("; --help tells the options\n"));
-    }
     window.start(words);
     return QApplication::exec();
 }
