@@ -2,6 +2,7 @@
 #include "cli/console.h"
 #include "cli/link_job.h"
 #include "cli/loading.h"
+#include "link/module_text.h"
 
 namespace ktr::cli {
 
@@ -45,8 +46,8 @@ bool answers(const ModuleDialogue::Reply &reply, const QString &command)
     if (reply.kind == ModuleDialogue::ReplyKind::Sms && reply.number == QLatin1String("+IP")) {
         return true;
     }
-    const QString told = QLatin1String("--> ") + command.left(2);
-    return reply.kind == ModuleDialogue::ReplyKind::Message && reply.text.startsWith(told);
+    return reply.kind == ModuleDialogue::ReplyKind::Message && markerOf(reply.text) == Direction::ByItself &&
+           plainText(reply.text).startsWith(command.left(2));
 }
 
 } // namespace

@@ -1,23 +1,15 @@
 #include "link/ethernet_dialogue.h"
 
+#include "link/module_text.h"
+
 namespace ktr {
 
 namespace {
 
-bool isReport(QStringView text)
+bool isModemReport(QStringView text)
 {
     return text.startsWith(u'+') || text.startsWith(QLatin1String("OK\r")) ||
            text.startsWith(QLatin1String("ERROR\r"));
-}
-
-/// Behind the first line end; a line feed after it stays.
-qsizetype endOfLine(QStringView text)
-{
-    qsizetype end = 0;
-    while (end < text.size() && text[end] != u'\r' && text[end] != u'\x1A') {
-        ++end;
-    }
-    return std::min(end + 1, text.size());
 }
 
 } // namespace
@@ -43,9 +35,9 @@ std::vector<ModuleDialogue::Action> EthernetDialogue::lineReceived(const QString
             rest = rest.sliced(1);
             continue;
         }
-        const qsizetype end = isReport(rest) ? endOfLine(rest) : rest.size();
+        const qsizetype end = isModemReport(rest) ? endOfLine(rest) : rest.size();
         const QString line = rest.first(end).toString();
-        isReport(rest) ? takeReport(line) : takeLine(line);
+        isModemReport(rest) ? takeReport(line) : takeLine(line);
         rest = rest.sliced(end);
     }
     return takeActions();

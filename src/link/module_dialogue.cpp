@@ -1,6 +1,7 @@
 #include "link/module_dialogue.h"
 
 #include "link/line_assembler.h"
+#include "link/module_text.h"
 
 #include <QCoreApplication>
 #include <QRegularExpression>
@@ -16,52 +17,18 @@ const QString sendSms = QStringLiteral("at+cmgs");
 const QString readSms = QStringLiteral("at+cmgr=");
 const QString smsHeader = QStringLiteral(",\"+IP\"");
 
-const QString insideLine = QStringLiteral(" --> ");
-
-/// Behind the first end of a line in a text that is not empty.
-qsizetype endOfLine(QStringView text)
-{
-    qsizetype end = 0;
-    while (end < text.size() && text[end] != u'\r' && text[end] != endOfSms) {
-        ++end;
-    }
-    return std::min(end + 1, text.size());
-}
-
-bool isMarked(QStringView text)
-{
-    return text.startsWith(QLatin1String("--> ")) || text.startsWith(QLatin1String("<-- "));
-}
-
-/// Where the first line that begins with a marker begins; -1 for nowhere.
-qsizetype markedLine(QStringView lines)
-{
-    for (qsizetype at = 0; at < lines.size(); at += endOfLine(lines.sliced(at))) {
-        qsizetype start = at;
-        while (start < lines.size() && lines[start] == u'\n') {
-            ++start;
-        }
-        if (isMarked(withoutPrompt(lines.sliced(start)))) {
-            return start;
-        }
-    }
-    return -1;
-}
-
-/// A report of the module holds any texts, also such as look like the confirmation of a service command.
-bool isReport(QStringView text)
-{
-    while (!text.isEmpty() && QStringView(u" <>-\n").contains(text.front())) {
-        text = text.sliced(1);
-    }
-    return text.size() > 1 && QStringView(u"MRH").contains(text[0]) && text[1] == u',';
-}
-
 /// A line that is a reply by itself, also where it comes in the middle of an SMS.
 bool isReplyLine(QStringView line)
 {
-    const QStringView text = withoutPrompt(line.startsWith(u'\n') ? line.sliced(1) : line);
-    return isMarked(text) || text.startsWith(QLatin1String("H,")) || text.contains(insideLine);
+    const QStringView text = line.startsWith(u'\n') ? line.sliced(1) : line;
+    return markerOf(text) || withoutPrompt(text).startsWith(QLatin1String("H,")) || insideMarker(text) >= 0;
+}
+
+/// The number in front of a marker inside a line.
+QString numberBefore(QStringView text)
+{
+    static const QRegularExpression number(QStringLiteral("(?:^|[\\s\x1A])(\\+?[0-9]+|\\+IP) $"));
+    return number.match(text.toString()).captured(1);
 }
 
 QString withoutLineEnds(QStringView text)
@@ -77,19 +44,10 @@ QString withoutLineEnds(QStringView text)
 
 } // namespace
 
-QStringView withoutPrompt(QStringView text)
-{
-    while (!text.isEmpty() && (text.front() == u' ' || text.front() == u'>')) {
-        text = text.sliced(1);
-    }
-    return text;
-}
-
 QString ModuleDialogue::Reply::shown() const
 {
-    const QStringView plain = withoutPrompt(text);
-    if (isMarked(plain)) {
-        return number + u' ' + plain;
+    if (markerOf(text)) {
+        return number + u' ' + withoutPrompt(text);
     }
     const bool isOfModem = kind == ReplyKind::Message && number.isEmpty();
     return isOfModem ? text : number + QLatin1String(" <-- ") + text;
@@ -138,12 +96,14 @@ void ModuleDialogue::dispatch(const QString &line)
     if (line.contains(readSms)) {
         handOverCommand();
     }
-    if (const qsizetype message = other.indexOf(insideLine); message >= 0) {
-        static const QRegularExpression number(QStringLiteral("(?:^|[\\s\x1A])(\\+?[0-9]+|\\+IP)$"));
-        tell({ReplyKind::Message, number.match(other.first(message)).captured(1),
-              withoutLineEnds(QStringView(other).mid(message + 1))});
-    } else if (const qsizetype marked = markedLine(other); marked >= 0 && !isHistory) {
-        tell({ReplyKind::Message, {}, withoutLineEnds(QStringView(other).sliced(marked))});
+    // A line of the archive has told what begins with a marker in front of it, or is marked itself.
+    const qsizetype leading = isHistory ? -1 : leadingMarker(other);
+    const qsizetype inside = insideMarker(other);
+    const bool isInside = inside >= 0 && (leading < 0 || inside < leading);
+    if (const qsizetype message = isInside ? inside : leading; message >= 0) {
+        const QStringView text(other);
+        tell({ReplyKind::Message, isInside ? numberBefore(text.first(message)) : QString(),
+              withoutLineEnds(text.sliced(message))});
     }
     takeConfirmations(other);
     sendLogged(QStringLiteral("OK"));
@@ -164,8 +124,8 @@ void ModuleDialogue::takeConfirmations(QStringView text)
         if (confirmed < 0) {
             continue;
         }
-        const qsizetype message = line.first(confirmed).lastIndexOf(insideLine);
-        if (!isReport(line.sliced(message < 0 ? 0 : message))) {
+        const qsizetype message = insideMarker(line.first(confirmed));
+        if (!isReport(line.sliced(std::max<qsizetype>(message, 0)))) {
             act(ServiceConfirmed{withoutLineEnds(line.sliced(confirmed + 6))});
         }
     }
@@ -204,7 +164,7 @@ QStringView ModuleDialogue::takeSms(QStringView line)
     } else if (isEnd) {
         const QString whole = withoutLineEnds(std::exchange(m_smsText, QString()));
         // By how it begins: an alarm's text may have an "H," anywhere.
-        const bool isHistory = withoutPrompt(whole).startsWith(QLatin1String("H,"));
+        const bool isHistory = plainText(whole).startsWith(QLatin1String("H,"));
         tell({isHistory ? ReplyKind::History : ReplyKind::Sms, *std::exchange(m_smsNumber, std::nullopt),
               whole});
         takeConfirmations(whole);

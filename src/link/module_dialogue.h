@@ -14,9 +14,6 @@ namespace ktr {
 /// Whether a command of the user tells the module to expect a firmware image. No step of a transmission does.
 bool announcesFirmware(QStringView command);
 
-/// A text of the module without the blanks and ">" that may stand in front of it.
-QStringView withoutPrompt(QStringView text);
-
 /// The program in the place of the module's GSM modem: a line of the module in, actions out. It knows no
 /// port and no clock. What the kinds of line have in common: reading and sending SMS, the module's texts.
 ///

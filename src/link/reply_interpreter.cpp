@@ -2,13 +2,11 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace ktr {
 
 namespace {
-
-const QString byItself = QStringLiteral("--> ");
-const QString insideLine = QStringLiteral(" --> ");
-const QString answer = QStringLiteral("<-- ");
 
 ReplyEvent versionOf(const QString &text)
 {
@@ -48,7 +46,7 @@ std::vector<ReplyEvent> interpretReply(const ModemDialogue::Reply &reply)
     const bool isArchive = reply.kind == ModemDialogue::ReplyKind::History;
     const bool isMessage = reply.kind == ModemDialogue::ReplyKind::Message;
     // From the first message on, a line comes as a message, too.
-    const qsizetype message = isArchive ? text.indexOf(insideLine) : -1;
+    const qsizetype message = isArchive ? insideMarker(text) : -1;
     if (message >= 0) {
         text.truncate(message);
     }
@@ -58,24 +56,19 @@ std::vector<ReplyEvent> interpretReply(const ModemDialogue::Reply &reply)
     const auto pieces = whole.split(lineEnds, Qt::SkipEmptyParts);
     for (QStringView piece : pieces) {
         const bool isLast = piece.data() + piece.size() == whole.data() + whole.size();
-        piece = withoutPrompt(piece);
-        if (isMessage && !piece.startsWith(byItself)) {
-            piece = piece.sliced(piece.indexOf(insideLine) + 1);
+        if (isMessage) {
+            piece = piece.sliced(std::max<qsizetype>(insideMarker(piece), 0));
         }
-        if (piece.startsWith(byItself)) {
-            events.push_back(eventOf(withoutPrompt(piece.sliced(byItself.size())), Direction::ByItself));
-            continue;
-        }
-        if (piece.startsWith(answer)) {
-            piece = withoutPrompt(piece.sliced(answer.size()));
-        } else if (isArchive || isMessage) {
+        const std::optional<Direction> marker = markerOf(piece);
+        piece = plainText(piece);
+        if (!marker && (isArchive || isMessage)) {
             const qsizetype history = historyBehindGarbage(piece);
             if (history < 0 && message >= 0 && isLast) {
                 continue; // what stands in front of a message
             }
-            piece = piece.sliced(qMax(history, 0));
+            piece = piece.sliced(std::max<qsizetype>(history, 0));
         }
-        events.push_back(eventOf(piece, Direction::Answer));
+        events.push_back(eventOf(piece, marker.value_or(Direction::Answer)));
     }
     return events;
 }

@@ -2,6 +2,7 @@
 
 #include "link/history_decoder.h"
 #include "link/modem_dialogue.h"
+#include "link/module_text.h"
 
 #include <QString>
 
@@ -9,9 +10,6 @@
 #include <vector>
 
 namespace ktr {
-
-/// How a text of the module came: told by itself ("--> ") or as the answer to a command ("<-- ").
-enum class Direction { ByItself, Answer };
 
 /// "V,application version,version text,station type". The version text may hold commas.
 struct VersionReply

@@ -1,5 +1,7 @@
 #include "link/transmission.h"
 
+#include "link/module_text.h"
+
 #include <QCoreApplication>
 #include <QRegularExpression>
 
@@ -46,16 +48,13 @@ Answers namedBy(const QString &text, const QString &command)
 /// reports. The version may also be told by itself.
 Answers answersTo(int step, const QString &command, const ModuleDialogue::Reply &reply)
 {
-    QStringView text = withoutPrompt(reply.text);
-    if (beginsWithOneOf(text, {u"--> ", u"<-- "})) {
-        text = withoutPrompt(text.sliced(4));
-    }
+    const QStringView text = plainText(reply.text);
     const bool isForUs = reply.kind == ModuleDialogue::ReplyKind::Sms && reply.number == u"+IP";
     if (step == steps::first) {
         const bool mayTell = isForUs || reply.kind == ModuleDialogue::ReplyKind::Message;
         return mayTell && text.contains(u"V,") ? Answers::Command : Answers::Nobody;
     }
-    const bool isAnswer = isForUs && !beginsWithOneOf(text, {u"M,", u"R,", u"H,", u"V,"});
+    const bool isAnswer = isForUs && !isReport(text) && !text.startsWith(u"V,");
     return isAnswer ? namedBy(text.toString(), command) : Answers::Nobody;
 }
 
@@ -283,7 +282,7 @@ void Transmission::moduleSays(const ModuleDialogue::Reply &reply)
     ++m_report.answered;
     ++m_progress;
     m_report.failed.removeAll(*m_unanswered);
-    if (reply.text.contains(QLatin1String("fail"), Qt::CaseInsensitive)) {
+    if (tellsFailure(reply.text)) {
         m_report.failed += *m_unanswered;
     }
     m_isDeaf = false;

@@ -152,6 +152,9 @@ private Q_SLOTS:
             {u"+49 --> M,fail\r"_s, u"= reply 2 +49 --> M,fail"_s},
             {u"--> M,fail\r"_s, u"= reply 2  --> M,fail"_s},
             {u"<-- M,fail\r"_s, u"= reply 2  <-- M,fail"_s},
+            {u"--> M,a\r+49 --> M,b\r"_s, u"= reply 2  --> M,a\r+49 --> M,b"_s},
+            {u"+49 --> M,a\r--> M,b\r"_s, u"= reply 2 +49 --> M,a\r--> M,b"_s},
+            {u"+49\r> --> M,a --> b\r"_s, u"= reply 2  --> M,a --> b"_s},
             {u"--> H,1,0911151400,1,12.5\r"_s, u"= reply 1  --> H,1,0911151400,1,12.5"_s},
             {u"OK: §,0,6\r"_s, u"= confirmed 0,6"_s},
             // A report's text confirms nothing.

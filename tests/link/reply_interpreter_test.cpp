@@ -102,6 +102,7 @@ private Q_SLOTS:
 
         row(Kind::Sms, "M,TEMP HIGH, H,1,0911151400,1,2", {"<-- M,TEMP HIGH, H,1,0911151400,1,2"});
         row(Kind::Message, "--> R,1", {"--> R,1"});
+        row(Kind::Message, "<-- V,2.1.5,a --> b,KTR", {"version 2.1.05|a --> b|KTR"});
         row(Kind::Sms, "", {});
         row(Kind::History, "H,", {"<-- history "});
         row(Kind::Sms, "V,2.1.5,KTR", {"unusable V,2.1.5,KTR"});
@@ -125,8 +126,8 @@ private Q_SLOTS:
         QCOMPARE(told({Kind::Sms, "+IP", answer}), QStringList("version 2.1.05|1, 2|NVA"));
     }
 
-    /// A line may be cut anywhere, and lines may arrive as one: each record counts once.
-    void noRecordIsLostOrDoubled()
+    /// A line may be cut anywhere, and lines may arrive as one: each text counts once.
+    void noTextIsLostOrDoubled()
     {
         const QByteArrayList lines = {
             "at+cpin?\r",
@@ -134,13 +135,17 @@ private Q_SLOTS:
             "x --> H,2,0911151400,1,2\r",
             "at+cmgs=\"+IP\"\r",
             "H,3,0911151400,1,2\x1A",
+            "--> V,3.1.5,a --> b,KTR\r",
+            "+49 --> V,4.1.5,stamp,KTR\r",
+            "<-- V,5.1.5,c --> d,KTR\r",
             "H,4,0911151400,1,2\r",
+            "> --> V,6.1.5,e --> f,KTR\r",
             "x --> V,2.1.5,stamp,KTR\r",
             "H,5,0911151400,1,2\r",
         };
         const QByteArray all = lines.join();
         QStringList expected = heard(lines);
-        QCOMPARE(expected.size(), 6);
+        QCOMPARE(expected.size(), 10);
         QCOMPARE(expected.filter("history").size(), 5);
         for (qsizetype cut = 0; cut <= all.size(); ++cut) {
             QByteArrayList pieces = {all.left(cut)};
