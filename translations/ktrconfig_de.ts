@@ -1034,6 +1034,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Not saved: no file was chosen. The next save asks for one</source>
         <translation>Nicht gespeichert: Es wurde keine Datei gewählt. Das nächste Speichern fragt danach</translation>
     </message>
+    <message>
+        <source>There is no present file</source>
+        <translation>Es gibt keine aktuelle Datei</translation>
+    </message>
+    <message>
+        <source>The present file is %1</source>
+        <translation>Die aktuelle Datei ist %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::FirmwareUpload</name>
@@ -1103,6 +1111,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Go on</source>
         <translation>Fortfahren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>
@@ -1606,6 +1618,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>The log is incomplete: %1</source>
         <translation>Das Protokoll ist unvollständig: %1</translation>
     </message>
+    <message>
+        <source>The configuration is being transmitted</source>
+        <translation>Die Konfiguration wird übertragen</translation>
+    </message>
+    <message>
+        <source>%1 is sent when the module next reads an SMS, in place of %2, which is not sent</source>
+        <translation>%1 wird gesendet, sobald das Modul seine SMS liest, anstelle von %2, das nicht gesendet wird</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ListBanner</name>
@@ -1736,6 +1756,22 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1 was not sent and waits no longer</source>
         <translation>%1 wurde nicht gesendet und wartet nicht mehr</translation>
+    </message>
+    <message>
+        <source>Looking for the module at %1</source>
+        <translation>Das Modul wird an %1 gesucht</translation>
+    </message>
+    <message>
+        <source>%1 was handed to the module</source>
+        <translation>%1 wurde dem Modul übergeben</translation>
+    </message>
+    <message>
+        <source>Looking for the module at all serial ports</source>
+        <translation>Das Modul wird an allen seriellen Ports gesucht</translation>
+    </message>
+    <message>
+        <source>The line was closed</source>
+        <translation>Die Leitung wurde geschlossen</translation>
     </message>
 </context>
 <context>

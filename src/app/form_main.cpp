@@ -105,11 +105,18 @@ FormMain::FormMain(const Services &services)
     });
     connect(m_linkPresenter.get(), &LinkPresenter::exportFileWanted, this, &FormMain::askForExportFile);
     connect(m_linkPresenter.get(), &LinkPresenter::overwritingFound, this, &FormMain::offerToStop);
-    connect(m_linkPresenter.get(), &LinkPresenter::messageWanted, this, &FormMain::showMessage);
-    connect(m_linkPresenter.get(), &LinkPresenter::lineWanted, this,
-            [this](const QString &heading, const QString &line) {
-                Dialog::message(this, m_texts, heading, line);
-            });
+    connect(m_linkPresenter.get(), &LinkPresenter::overwritingPassed, this, [this] {
+        if (m_overwriting != nullptr) {
+            m_overwriting->close();
+        }
+    });
+    connect(
+        m_linkPresenter.get(), &LinkPresenter::messageWanted, this,
+        [this](const QString &text, const QString &topic) { Dialog::message(this, m_texts, text, topic); });
+    connect(m_linkPresenter.get(), &LinkPresenter::messagePassed, this, &Dialog::withdraw);
+    connect(
+        m_linkPresenter.get(), &LinkPresenter::lineWanted, this,
+        [this](const QString &heading, const QString &line) { Dialog::line(this, m_texts, heading, line); });
     connectInstances();
     connectOperationalMode();
 }
@@ -427,6 +434,7 @@ void FormMain::offerToStop(const QString &text)
 {
     auto *box =
         new QMessageBox(QMessageBox::Warning, QString(programName), text, QMessageBox::NoButton, this);
+    m_overwriting = box;
     box->setObjectName(QStringLiteral("msg_differentVersions"));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setTextFormat(Qt::PlainText);
@@ -437,7 +445,10 @@ void FormMain::offerToStop(const QString &text)
     box->setDefaultButton(goOn);
     box->setEscapeButton(goOn);
     connect(stop, &QPushButton::clicked, &m_link, &ModuleLink::cancelTransmission);
-    connect(&m_link, &ModuleLink::transmissionEnded, stop, [stop] { stop->setEnabled(false); });
+    connect(&m_link, &ModuleLink::transmissionEnded, stop, [stop, goOn] { // it may not have been read yet
+        stop->hide();
+        goOn->setText(tr("Close"));
+    });
     box->show();
 }
 
@@ -533,9 +544,6 @@ QString FormMain::languageFile() const
 
 void FormMain::setLanguage(const QString &language)
 {
-    if (language != m_context.language) {
-        tell(QString()); // in the language of before
-    }
     const LoadedTexts loaded = LoadTexts(m_texts, language, languageFile());
     const bool builtIn = loaded.source == LoadedTexts::Source::BuiltIn;
     m_context.language = builtIn ? QString(englishLanguage) : language;
@@ -566,7 +574,7 @@ void FormMain::applyTexts()
     m_tabs->applyTexts();
     m_problemPanel->applyTexts();
     m_transmissionPanel->applyTexts();
-    m_linkPresenter->show();
+    m_linkPresenter->applyTexts();
     const auto apply = [](auto &window) {
         if (window != nullptr) {
             window->applyTexts();

@@ -13,6 +13,8 @@
 #include <QPointer>
 #include <QTimer>
 
+class QMessageBox;
+
 namespace ktr {
 
 class FileCommands;
@@ -139,6 +141,7 @@ private:
     QPointer<frm_preview> m_preview;
     QPointer<frmAbout> m_about;
     QPointer<frmSettings> m_settings;
+    QPointer<QMessageBox> m_overwriting; ///< offers to stop a transmission
     bool m_firstShow = true;
 };
 

@@ -16,6 +16,16 @@
 
 namespace ktr {
 
+namespace {
+
+// What messages are about.
+const QString connectionTopic = QStringLiteral("connection");
+const QString portTopic = QStringLiteral("port");
+const QString firmwareTopic = QStringLiteral("firmware");
+const QString versionsTopic = QStringLiteral("versions");
+
+} // namespace
+
 LinkPresenter::LinkPresenter(ModuleLink &link, Timers &timers, Document &document, const TextTable &texts,
                              MainMenu &menu, StatusLine &status)
     : m_link(link),
@@ -34,11 +44,12 @@ LinkPresenter::LinkPresenter(ModuleLink &link, Timers &timers, Document &documen
 void LinkPresenter::connectLink()
 {
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::show);
+    connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::withdrawPassed);
     connect(&m_link, &ModuleLink::told, this, &LinkPresenter::told);
     connect(&m_link, &ModuleLink::refused, this, [this](const QString &reason) {
         Q_EMIT told(reason);
         if (reason == UdpTransport::portInUse()) {
-            Q_EMIT messageWanted(m_texts.text(Text::PortInUse));
+            Q_EMIT messageWanted(m_texts.text(Text::PortInUse), portTopic);
         }
     });
     connect(&m_link, &ModuleLink::commandTooLong, this, [this](const QString &command) {
@@ -47,17 +58,28 @@ void LinkPresenter::connectLink()
     connect(&m_link, &ModuleLink::waitingChanged, this, [this] { m_status.showWaiting(m_link.waiting()); });
     connect(&m_status, &StatusLine::takeBackWanted, &m_link, &ModuleLink::takeBack);
     connect(&m_link, &ModuleLink::interrupted, this,
-            [this] { Q_EMIT messageWanted(m_texts.text(Text::ConnectionInterrupted)); });
+            [this] { Q_EMIT messageWanted(m_texts.text(Text::ConnectionInterrupted), connectionTopic); });
     connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
     connect(&m_link, &ModuleLink::transmissionStarted, this, [this] {
         m_overwritingTold = false;
+        Q_EMIT overwritingPassed();
+        Q_EMIT messagePassed(m_texts.text(Text::MessageTooLong));
         showProgress(0);
+        tellState([] { return tr("Waiting until the module reads its SMS"); });
     });
     connect(&m_link, &ModuleLink::configured, this, [this](const QString &version) {
         m_version.configuration = version;
         showVersion();
+        Q_EMIT messagePassed(versionsTopic);
     });
-    connect(&m_link, &ModuleLink::stepDone, this, &LinkPresenter::showProgress);
+    connect(&m_link, &ModuleLink::stepDone, this, [this](int step) {
+        showProgress(step);
+        if (isStateTold()) { // nothing newer: it does not wait any longer
+            tellState([] { return tr("The configuration is being transmitted"); });
+        }
+    });
+    connect(&m_link, &ModuleLink::stalled, this,
+            [this](const QString &reason) { tellState([reason] { return reason; }); });
     connect(&m_link, &ModuleLink::transmissionEnded, this, &LinkPresenter::tellEnd);
 }
 
@@ -68,7 +90,36 @@ void LinkPresenter::tellEnd()
     if (!report.brokenAt) {
         takeOverTransmitted();
     }
-    Q_EMIT told(report.title() + QLatin1String(": ") + report.counts());
+    tellState([this] {
+        const TransmissionReport &last = m_link.report();
+        return QString(last.title() + QLatin1String(": ") + last.counts());
+    });
+}
+
+/// Tells how the transmission stands, or what became of it.
+void LinkPresenter::tellState(const std::function<QString()> &line)
+{
+    const QString before = std::exchange(m_stateLine, line());
+    m_stateText = line;
+    if (m_stateLine != before || m_status.lastEvent() != before) {
+        Q_EMIT told(m_stateLine);
+    }
+}
+
+bool LinkPresenter::isStateTold() const
+{
+    return m_stateText && m_status.lastEvent() == m_stateLine;
+}
+
+/// A message that stands open is not to tell what is so no longer.
+void LinkPresenter::withdrawPassed()
+{
+    if (!m_link.port().isEmpty()) {
+        Q_EMIT messagePassed(portTopic);
+    }
+    if (m_link.isConnected()) {
+        Q_EMIT messagePassed(connectionTopic);
+    }
 }
 
 void LinkPresenter::connectReplies()
@@ -124,6 +175,7 @@ void LinkPresenter::attach(TestPage &page)
 {
     m_test = &page;
     connect(&page, &TestPage::commandPlaced, this, &LinkPresenter::place);
+    connect(&page, &TestPage::clockPlaced, this, &LinkPresenter::placeClock);
     connect(&m_link, &ModuleLink::logged, &page, &TestPage::appendLog);
     connect(&m_link, &ModuleLink::replied, &page,
             [&page](const ModemDialogue::Reply &reply) { page.showReply(reply.shown()); });
@@ -146,7 +198,13 @@ void LinkPresenter::attach(ConnectionPage &page)
 void LinkPresenter::attach(CalibrationPage &page)
 {
     m_calibration = &page;
-    connect(&page, &CalibrationPage::commandPlaced, this, &LinkPresenter::place);
+    const auto showWaiting = [this, &page] { page.showWaiting(m_link.waiting()); };
+    connect(&page, &CalibrationPage::commandPlaced, this, [this, showWaiting](const QString &command) {
+        place(command);
+        showWaiting(); // it may have been refused
+    });
+    connect(&m_link, &ModuleLink::commandLeft, &page, &CalibrationPage::commandLeft);
+    connect(&m_link, &ModuleLink::waitingChanged, &page, showWaiting);
     connect(&m_link, &ModuleLink::serviceConfirmed, &page, &CalibrationPage::confirm);
 }
 
@@ -156,6 +214,15 @@ void LinkPresenter::attach(InfoPage &page)
     connect(&page, &InfoPage::versionWanted, this, [this] { place(QStringLiteral("V,§")); });
     page.setIdle(!m_link.isTransmitting());
     showVersion();
+}
+
+void LinkPresenter::applyTexts()
+{
+    show();
+    if (isStateTold()) {
+        m_stateLine = m_stateText();
+        m_status.tell(m_stateLine);
+    }
 }
 
 void LinkPresenter::show()
@@ -231,26 +298,26 @@ void LinkPresenter::showProgress(int step)
 void LinkPresenter::transmit()
 {
     if (m_link.port().isEmpty()) {
-        Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection));
+        Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection), portTopic);
         return;
     }
     m_link.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
-    Q_EMIT told(tr("Waiting until the module reads its SMS"));
 }
 
 /// The image is looked at before anything is sent, and nothing is sent unasked.
 void LinkPresenter::sendFirmware()
 {
     if (m_link.port().isEmpty()) {
-        Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection));
+        Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection), portTopic);
         return;
     }
     FirmwareImage image;
     if (const Status read = readFirmware(m_link.firmwareFile(), image); !read) {
         Q_EMIT told(read.message());
-        Q_EMIT messageWanted(read.message());
+        Q_EMIT messageWanted(read.message(), firmwareTopic);
         return;
     }
+    Q_EMIT messagePassed(firmwareTopic);
     const QString &file = m_link.firmwareFile();
     const qint64 length = image.fileLength;
     Q_EMIT firmwareReady(
@@ -278,13 +345,31 @@ void LinkPresenter::place(const QString &command)
             return;
         }
     }
+    const QString replaced = m_link.waiting();
+    tellPlaced(m_link.place(command), command, replaced);
+}
+
+void LinkPresenter::placeClock()
+{
+    const QString replaced = m_link.waiting();
+    const ModuleLink::Placing placing = m_link.placeClock();
+    tellPlaced(placing, placing == ModuleLink::Placing::Waits ? m_link.waiting() : QStringLiteral("T,…"),
+               replaced);
+}
+
+void LinkPresenter::tellPlaced(ModuleLink::Placing placing, const QString &command, const QString &replaced)
+{
     const QString shown = logText(command);
-    switch (m_link.place(command)) {
+    switch (placing) {
     case ModuleLink::Placing::Waits:
-        Q_EMIT told(tr("%1 is sent when the module next reads an SMS").arg(shown));
+        Q_EMIT told(
+            replaced.isEmpty() || replaced == m_link.waiting()
+                ? tr("%1 is sent when the module next reads an SMS").arg(shown)
+                : tr("%1 is sent when the module next reads an SMS, in place of %2, which is not sent")
+                      .arg(shown, logText(replaced)));
         break;
     case ModuleLink::Placing::NoConnection:
-        Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection));
+        Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection), portTopic);
         break;
     case ModuleLink::Placing::Transmitting:
         Q_EMIT told(tr("%1 is not sent: a configuration is being transmitted").arg(shown));
@@ -346,13 +431,15 @@ void LinkPresenter::tellDifference(const QString &moduleVersion)
         return;
     }
     isTold = true;
+    Q_EMIT overwritingPassed();
     const QString text = m_texts.text(Text::DifferentVersions) + u'\n' +
                          m_texts.text(Text::ConfigurationToolVersion) + u' ' + logText(local.versionText) +
                          u'\n' + m_texts.text(Text::ModuleApplicationVersion) + u' ' + logText(moduleVersion);
     if (isTransmitting) {
+        Q_EMIT messagePassed(versionsTopic);
         Q_EMIT overwritingFound(text);
     } else {
-        Q_EMIT messageWanted(text);
+        Q_EMIT messageWanted(text, versionsTopic);
     }
 }
 

@@ -34,8 +34,10 @@ public:
     void attach(CalibrationPage &page);
     void attach(InfoPage &page);
 
-    /// Shows the link's state in the language of the table.
+    /// Shows the link's state.
     void show();
+    /// The same in another language.
+    void applyTexts();
 
     /// Transmits the configuration once the module reads its messages.
     void transmit();
@@ -43,6 +45,7 @@ public:
     /// Places one command, and tells what becomes of it; that of the fast export only when its file can be
     /// written.
     void place(const QString &command);
+    void placeClock();
 
 Q_SIGNALS:
     /// A line for the status bar.
@@ -56,9 +59,13 @@ Q_SIGNALS:
     void exportFileWanted();
     /// What the module holds is another configuration than the one that is being transmitted.
     void overwritingFound(const QString &text);
-    /// A message that must not be overlooked.
-    void messageWanted(const QString &text);
-    /// The same, one of several of a kind that go into one message below the heading.
+    /// That is told no longer: another transmission begins, or something newer is known.
+    void overwritingPassed();
+    /// A message that must not be overlooked, in place of an earlier one about the same topic.
+    void messageWanted(const QString &text, const QString &topic);
+    /// What the message about this topic told is so no longer.
+    void messagePassed(const QString &topic);
+    /// A message, one of several of a kind that go into one message below the heading.
     void lineWanted(const QString &heading, const QString &line);
     void operationalModeWanted();
 
@@ -67,6 +74,10 @@ private:
     void connectReplies();
     void connectUpload();
     void connectMenu();
+    void withdrawPassed();
+    void tellState(const std::function<QString()> &line);
+    bool isStateTold() const;
+    void tellPlaced(ModuleLink::Placing placing, const QString &command, const QString &replaced);
     void findPorts();
     void tickLine();
     void showProgress(int step);
@@ -95,6 +106,8 @@ private:
     ConversationLog m_log;
     QString m_logPath;
     bool m_logFailureTold = false;
+    std::function<QString()> m_stateText; ///< gives in the present language what was told of the transmission
+    QString m_stateLine;                  ///< the same as it was told
 };
 
 } // namespace ktr

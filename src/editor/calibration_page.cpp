@@ -19,7 +19,7 @@ constexpr std::array codes = {6, 6, 0, 0, 7, 7, 1, 1};
 constexpr std::array referencePoints = {u"0,5 V", u"9,5 V"};
 constexpr int stepsEach = 2;
 constexpr int outputs = 2;
-constexpr std::chrono::seconds longestWait{10}; ///< for a module that does not confirm
+constexpr std::chrono::seconds longestWait{10}; ///< for a module that has the command and does not confirm
 
 QString command(int index)
 {
@@ -69,9 +69,9 @@ void CalibrationPage::addButton(QGridLayout *grid, int index)
     connect(button, &QPushButton::clicked, this, [this, button, index] {
         release();
         m_waiting = button;
+        m_command = command(index);
         button->setEnabled(false);
-        m_patience.start(longestWait);
-        Q_EMIT commandPlaced(command(index));
+        Q_EMIT commandPlaced(m_command);
     });
     m_buttons.push_back(button);
     tip(button, [index] { return tr("Sends %1").arg(command(index)); });
@@ -124,6 +124,22 @@ void CalibrationPage::release()
         m_waiting->setEnabled(true);
     }
     m_waiting = nullptr;
+    m_command.clear();
+}
+
+void CalibrationPage::showWaiting(const QString &command)
+{
+    if (!m_command.isEmpty() && command != m_command) {
+        release();
+    }
+}
+
+void CalibrationPage::commandLeft(const QString &command)
+{
+    if (!m_command.isEmpty() && command == m_command) {
+        m_command.clear();
+        m_patience.start(longestWait);
+    }
 }
 
 void CalibrationPage::setDone(QPushButton *button, bool done)

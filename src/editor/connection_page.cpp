@@ -40,7 +40,13 @@ QWidget *ConnectionPage::serialCard()
     m_ports->setMaximumWidth(320);
     ignoreWheelUnlessFocused(m_ports);
     m_ports->addItem(QString());
-    onTexts([this] { m_ports->setItemText(0, tr("Search all ports")); });
+    onTexts([this] {
+        const QString chosen = chosenPort();
+        m_ports->setItemText(0, tr("Search all ports"));
+        if (!chosen.isEmpty()) { // typed beside the item chosen last
+            m_ports->setEditText(chosen);
+        }
+    });
     tip(m_ports, [] { return tr("A port of the list, or one typed; 9600 baud, 8 data bits"); });
     row->addWidget(labelFor(m_ports, [] { return tr("Port"); }));
     row->addWidget(m_ports, 10);
@@ -103,10 +109,6 @@ QWidget *ConnectionPage::stateCard()
     m_events->setMaximumBlockCount(longestEvents);
     onTexts([this] {
         m_events->setAccessibleName(tr("Events of the connection"));
-        if (m_language != context().language) {
-            m_language = context().language;
-            m_events->clear(); // they were told in the other one
-        }
         showState();
     });
     rows->addWidget(m_events, 1);

@@ -45,7 +45,6 @@ private:
     QPlainTextEdit *m_events = nullptr;
     bool m_connected = false;
     QString m_stateText;
-    QString m_language; ///< of the events
 };
 
 } // namespace ktr

@@ -61,10 +61,7 @@ QWidget *TestPage::commandCard()
     rows->addLayout(typed);
 
     auto *ready = new QHBoxLayout;
-    QPushButton *clock = addCommand(ready, "cmd_test_settime", [this]() -> QString {
-        const Environment &environment = this->context().document.environment();
-        return QLatin1String("T,") + clockFields(environment.now());
-    });
+    QPushButton *clock = addButton(ready, "cmd_test_settime", [this] { Q_EMIT clockPlaced(); });
     captioned(clock, Text::SetTime);
     tip(clock, [] { return tr("Sets the module's clock by this computer's"); });
     captioned(addCommand(ready, "cmd_test_free", QStringLiteral("H,0,1")), Text::SendArchive);

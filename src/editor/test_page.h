@@ -38,6 +38,8 @@ public:
 Q_SIGNALS:
     void answerWantedChanged(bool wanted);
     void commandPlaced(const QString &command);
+    /// The module's clock is to be set.
+    void clockPlaced();
     /// The user wants what a display shows in a file.
     void saveWanted(const QString &text);
 

@@ -194,9 +194,12 @@ void ModuleDialogue::takeNumber(const QString &line)
 void ModuleDialogue::handOverCommand()
 {
     std::optional<int> step;
+    const std::function<QString()> atHandOver = std::exchange(m_atHandOver, {});
     if (std::optional<StepCommand> next = m_nextCommand()) {
         step = next->step;
         m_outgoing = std::move(next->command);
+    } else if (atHandOver) {
+        m_outgoing = atHandOver();
     }
     m_transmissionSent = true;
     const QString command = std::exchange(m_outgoing, QString());

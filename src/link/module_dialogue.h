@@ -99,8 +99,13 @@ public:
     Q_DISABLE_COPY_MOVE(ModuleDialogue)
 
     /// Places a service command; the module gets it when it next reads an SMS. A transmission that runs
-    /// then goes first and overwrites it.
-    void place(const QString &command) { m_outgoing = asOneLine(command); }
+    /// then goes first and overwrites it. Where its text depends on when that is, `atHandOver` gives it then,
+    /// and `command` only says what waits.
+    void place(const QString &command, std::function<QString()> atHandOver = {})
+    {
+        m_outgoing = asOneLine(command);
+        m_atHandOver = std::move(atHandOver);
+    }
     const QString &outgoing() const { return m_outgoing; }
 
     /// The sender's number of the last line that followed a command of a transmission, else empty.
@@ -145,6 +150,7 @@ private:
     NextCommand m_nextCommand;
     QString m_linePrefix;
     QString m_outgoing;
+    std::function<QString()> m_atHandOver;
     std::optional<QString> m_smsNumber; ///< of the SMS whose text the module is about to send
     QString m_smsText;
     bool m_transmissionSent = false;

@@ -25,13 +25,19 @@ ModuleLink::ModuleLink(Transport &serial, Transport &ethernet, Timers &timers, c
     connect(&serial, &Transport::lost, this, &ModuleLink::serialLost);
     connect(&ethernet, &Transport::lost, this, &ModuleLink::ethernetLost);
     connect(&m_search, &PortSearch::opened, this, [this] {
-        dropWaiting();
+        takeBack();
         m_connected = false;
+        if (std::exchange(m_isPortMissing, false)) {
+            Q_EMIT told(tr("Looking for the module at %1").arg(m_search.port()));
+        }
         Q_EMIT changed();
     });
-    connect(&m_search, &PortSearch::refused, this, &ModuleLink::told);
+    connect(&m_search, &PortSearch::refused, this, [this](const QString &reason) {
+        m_isPortMissing = m_isPortMissing || !m_wanted.isEmpty();
+        Q_EMIT told(reason);
+    });
     connect(&m_search, &PortSearch::gaveUp, this, [this] {
-        goOffline();
+        closeLine();
         Q_EMIT told(tr("No module was heard at any serial port"));
     });
 }
@@ -88,6 +94,7 @@ void ModuleLink::commandSent(std::optional<int> step, const QString &command)
         m_transmittedOver = lineName();
         Q_EMIT stepDone(*step, command);
     } else {
+        Q_EMIT told(tr("%1 was handed to the module").arg(logText(command)));
         Q_EMIT commandLeft(command);
         Q_EMIT waitingChanged();
     }
@@ -104,30 +111,39 @@ void ModuleLink::commandRefused(std::optional<int> step, const QString &command)
     }
 }
 
+ModuleLink::Placing ModuleLink::mayPlace() const
+{
+    return port().isEmpty()   ? Placing::NoConnection
+           : isTransmitting() ? Placing::Transmitting
+                              : Placing::Waits;
+}
+
 ModuleLink::Placing ModuleLink::place(const QString &command)
 {
-    if (port().isEmpty()) {
-        return Placing::NoConnection;
+    const Placing placing = mayPlace();
+    if (placing == Placing::Waits) {
+        m_path->session.place(command);
+        Q_EMIT waitingChanged();
     }
-    if (isTransmitting()) {
-        return Placing::Transmitting;
-    }
-    m_path->session.place(command);
-    Q_EMIT waitingChanged();
-    return Placing::Waits;
+    return placing;
 }
 
+ModuleLink::Placing ModuleLink::placeClock()
+{
+    const Placing placing = mayPlace();
+    if (placing == Placing::Waits) {
+        m_path->session.placeClock();
+        Q_EMIT waitingChanged();
+    }
+    return placing;
+}
+
+/// Also where the line is closed: what waits is meant for the module that it was placed for.
 void ModuleLink::takeBack()
 {
-    m_path->session.place(QString());
-    Q_EMIT waitingChanged();
-}
-
-/// What waits is meant for the module that it was placed for.
-void ModuleLink::dropWaiting()
-{
     if (const QString command = waiting(); !command.isEmpty()) {
-        takeBack();
+        m_path->session.place(QString());
+        Q_EMIT waitingChanged();
         Q_EMIT told(tr("%1 was not sent and waits no longer").arg(logText(command)));
     }
 }
@@ -175,21 +191,22 @@ void ModuleLink::searchOnce()
 
 void ModuleLink::connectSerial(const QString &port)
 {
-    goOffline();
+    closeLine();
     m_wanted = port;
     setUsed(m_serial, Line::Serial);
     setState(State::Searching);
+    m_isPortMissing = candidates().isEmpty();
+    Q_EMIT told(!m_isPortMissing ? port.isEmpty() ? tr("Looking for the module at all serial ports")
+                                                  : tr("Looking for the module at %1").arg(port)
+                : port.isEmpty() ? tr("There is no serial port yet; the search goes on")
+                                 : tr("There is no port %1 yet; the search goes on").arg(port));
     m_search.start();
-    if (candidates().isEmpty()) {
-        Q_EMIT told(port.isEmpty() ? tr("There is no serial port yet; the search goes on")
-                                   : tr("There is no port %1 yet; the search goes on").arg(port));
-    }
     Q_EMIT changed();
 }
 
 void ModuleLink::connectEthernet(const QString &address, bool exclusive)
 {
-    goOffline();
+    closeLine();
     m_ethernet.session.setExclusive(exclusive);
     if (const Status opened = m_ethernet.session.open(address); !opened) {
         Q_EMIT refused(opened.message());
@@ -197,19 +214,29 @@ void ModuleLink::connectEthernet(const QString &address, bool exclusive)
     }
     m_address = address;
     setUsed(m_ethernet, exclusive ? Line::EthernetExclusive : Line::Ethernet);
+    Q_EMIT told(tr("Looking for the module at %1").arg(address));
     setState(State::Searching);
 }
 
 void ModuleLink::goOffline()
 {
+    const bool wasUsed = !port().isEmpty() || m_line != Line::Offline;
+    closeLine();
+    if (wasUsed) {
+        Q_EMIT told(tr("The line was closed"));
+    }
+}
+
+void ModuleLink::closeLine()
+{
     m_search.stop();
     m_path->programming.cancel();
     endTransmission();
-    dropWaiting();
+    takeBack();
     m_serial.transport.close();
     m_search.forgetPort();
     m_ethernet.session.close();
-    m_connected = false;
+    m_connected = m_isPortMissing = false;
     m_wanted.clear();
     m_address.clear();
     setUsed(m_serial, Line::Offline);
@@ -222,7 +249,7 @@ void ModuleLink::leaveModule(const QString &reason)
     const bool heard = std::exchange(m_connected, false);
     m_path->programming.cancel();
     endTransmission();
-    dropWaiting();
+    takeBack();
     Q_EMIT told(tr("The connection is lost: %1").arg(reason));
     if (heard) {
         Q_EMIT interrupted();
@@ -243,7 +270,7 @@ void ModuleLink::serialLost(const QString &reason)
 void ModuleLink::ethernetLost(const QString &reason)
 {
     leaveModule(reason);
-    goOffline();
+    closeLine();
 }
 
 void ModuleLink::transmissionStalled()
@@ -287,7 +314,7 @@ void ModuleLink::transmit(const Configuration &configuration, bool answer)
 void ModuleLink::start(const Transmission &transmission)
 {
     m_isLastLeaving = false;
-    dropWaiting();
+    takeBack();
     m_path->session.startTransmission(transmission);
     m_transmitter = &m_path->session;
     m_path->session.setTimeout(longestSilence);

@@ -93,9 +93,12 @@ public:
     };
     /// Places one command in the slot that all lines share, instead of what waits there.
     Placing place(const QString &command);
+    /// The same with the one that sets the module's clock, which carries the time at which it is handed over.
+    Placing placeClock();
     /// The command that waits, empty when none does. It waits for one module: the slot is emptied when the
     /// line is closed, and when a transmission begins.
     const QString &waiting() const { return m_path->session.waiting(); }
+    /// Gives up what waits, if anything does, and tells so.
     void takeBack();
 
 Q_SIGNALS:
@@ -142,7 +145,8 @@ private:
     void connectPath(Path &path);
     void commandSent(std::optional<int> step, const QString &command);
     void commandRefused(std::optional<int> step, const QString &command);
-    void dropWaiting();
+    Placing mayPlace() const;
+    void closeLine();
     void setState(State state);
     void setUsed(Path &path, Line line);
     void serialLost(const QString &reason);
@@ -166,6 +170,7 @@ private:
     Line m_line = Line::Offline;
     State m_state = State::Offline;
     bool m_connected = false;
+    bool m_isPortMissing = false;  ///< told, while the search goes on
     Configuration m_configuration; ///< what is transmitted
     Configuration m_asGiven;       ///< the same before the command sequence changed anything in it
     QString m_transmittedOver;     ///< the line that was used

@@ -81,6 +81,12 @@ void ModuleSession::forgetLine()
     }
 }
 
+void ModuleSession::placeClock()
+{
+    m_dialogue->place(QStringLiteral("T,…"),
+                      [this]() -> QString { return QLatin1String("T,") + clockFields(m_environment.now()); });
+}
+
 void ModuleSession::startTransmission(const Transmission &transmission)
 {
     m_transmission = transmission;

@@ -59,6 +59,8 @@ public:
 
     /// Places one command; the module gets it when it next reads an SMS.
     void place(const QString &command) { m_dialogue->place(command); }
+    /// The same with the command that sets the module's clock, to the time at which the module gets it.
+    void placeClock();
     /// The command that waits for that, empty when none does.
     const QString &waiting() const { return m_dialogue->outgoing(); }
 

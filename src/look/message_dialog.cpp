@@ -76,14 +76,10 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
 
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(programName);
-    QString lines = text;
-    lines.replace(QLatin1String("\r\n"), QLatin1String("\n"));
     m_label->setTextFormat(Qt::PlainText); // it is measured before the rule for all labels reaches it
     m_label->setWordWrap(true);
     m_label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    m_label->setText(lines);
-    setAccessibleName(lines);
-    m_input->setAccessibleName(lines);
+    setText(text);
     m_input->setVisible(kind == Kind::Input);
     makeDefault(m_ok);
     m_cancel->setVisible(kind != Kind::Message);
@@ -95,41 +91,67 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
     connect(m_cancel, &QPushButton::clicked, this, [this] { answer(false); });
 }
 
-/// A message that was not answered yet and whose text is the wanted one; nullptr when there is none.
-Dialog *Dialog::openMessage(const std::function<bool(const QString &)> &isIt)
+/// A message about the topic, or else one with that text, that was not answered yet; nullptr when there is
+/// none.
+Dialog *Dialog::openMessage(const QString &topic, const QString &text)
 {
+    Dialog *found = nullptr;
     for (QWidget *window : QApplication::topLevelWidgets()) {
         auto *shown = qobject_cast<Dialog *>(window);
-        if (shown != nullptr && shown->m_kind == Kind::Message && shown->isVisible() && !shown->m_answered &&
-            isIt(shown->m_label->text())) {
+        if (shown == nullptr || shown->m_kind != Kind::Message || !shown->isVisible() || shown->m_answered) {
+            continue;
+        }
+        if (!topic.isEmpty() && shown->m_topic == topic) {
             return shown;
         }
+        if (!text.isEmpty() && shown->m_label->text() == text) {
+            found = shown;
+        }
     }
-    return nullptr;
+    return found;
 }
 
-void Dialog::message(QWidget *parent, const TextTable &texts, const QString &heading, const QString &line)
+void Dialog::setText(const QString &text)
 {
-    const QString beginning = heading + u'\n';
-    Dialog *const shown = openMessage([&](const QString &text) { return text.startsWith(beginning); });
+    QString lines = text;
+    m_label->setText(lines.replace(QLatin1String("\r\n"), QLatin1String("\n")));
+    setAccessibleName(lines);
+    m_input->setAccessibleName(lines);
+}
+
+void Dialog::line(QWidget *parent, const TextTable &texts, const QString &heading, const QString &line)
+{
+    Dialog *const shown = openMessage(heading);
     if (shown == nullptr) {
-        message(parent, texts, beginning + line);
-    } else if (!shown->m_label->text().mid(beginning.size()).split(u'\n').contains(line)) {
-        shown->m_label->setText(shown->m_label->text() + u'\n' + line);
+        message(parent, texts, heading + u'\n' + line, heading);
+    } else if (!shown->m_label->text().mid(heading.size() + 1).split(u'\n').contains(line)) {
+        shown->setText(shown->m_label->text() + u'\n' + line);
         shown->arrange();
     }
 }
 
-void Dialog::message(QWidget *parent, const TextTable &texts, const QString &text)
+void Dialog::message(QWidget *parent, const TextTable &texts, const QString &text, const QString &topic)
 {
-    if (Dialog *const shown = openMessage([&](const QString &other) { return other == text; })) {
-        shown->raise(); // told already, and not yet read
+    if (Dialog *const shown = openMessage(topic, text)) {
+        shown->m_topic = topic;
+        shown->setText(text);
+        shown->arrange();
+        shown->raise(); // the same may have been told already, and not yet read
         shown->activateWindow();
         return;
     }
     // Below a question that is open, this window would be blocked and might hide it; above it, it is not.
     auto *const open = qobject_cast<Dialog *>(QApplication::activeModalWidget());
-    (new Dialog(open != nullptr ? open : parent, Kind::Message, texts, text))->appear();
+    auto *const shown = new Dialog(open != nullptr ? open : parent, Kind::Message, texts, text);
+    shown->m_topic = topic;
+    shown->appear();
+}
+
+void Dialog::withdraw(const QString &topic)
+{
+    if (Dialog *const shown = openMessage(topic)) {
+        shown->close();
+    }
 }
 
 bool Dialog::question(QWidget *parent, const TextTable &texts, const QString &text)

@@ -27,11 +27,16 @@ class Dialog : public QWidget
     Q_OBJECT
 
 public:
-    /// Shows a text and returns at once; several can be open at a time.
-    static void message(QWidget *parent, const TextTable &texts, const QString &text);
-    /// Shows a heading with a line below it. While a message with that heading is still open, the line is
-    /// added to it, so that many of a kind stand in one box; a line that stands there already is not.
-    static void message(QWidget *parent, const TextTable &texts, const QString &heading, const QString &line);
+    /// Shows a text and returns at once; several can be open at a time, but one about each topic only: the
+    /// new text takes the old one's place. Without a topic only the same text is not shown twice.
+    static void message(QWidget *parent, const TextTable &texts, const QString &text,
+                        const QString &topic = {});
+    /// Closes the message about a topic, if one is open: what it tells is so no longer.
+    static void withdraw(const QString &topic);
+    /// Shows a heading, which is the topic, with a line below it. While a message with that heading is still
+    /// open, the line is added to it, so that many of a kind stand in one box; a line that stands there
+    /// already is not.
+    static void line(QWidget *parent, const TextTable &texts, const QString &heading, const QString &line);
 
     /// True for OK.
     static bool question(QWidget *parent, const TextTable &texts, const QString &text);
@@ -58,7 +63,8 @@ private:
 
     Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString &text);
 
-    static Dialog *openMessage(const std::function<bool(const QString &)> &isIt);
+    static Dialog *openMessage(const QString &topic, const QString &text = {});
+    void setText(const QString &text);
 
     void makeDefault(QPushButton *button);
     void appear();
@@ -69,6 +75,7 @@ private:
     void handOnMessages();
 
     const Kind m_kind;
+    QString m_topic;
     QLabel *m_label;
     QLineEdit *m_input;
     QPushButton *m_ok;

@@ -355,6 +355,9 @@ private Q_SLOTS:
         m_window.reset();
         m_line = std::make_unique<SilentLine>();
         work("-english");
+        const auto *events = control<QPlainTextEdit>(*m_window, "txt_connection_events");
+        const QString told = events->toPlainText();
+        QVERIFY(told.contains("Waiting until the module reads its SMS") && !lastEvent().isEmpty());
         clickMenu("mnu_settings");
         QTest::mouseClick(control<QAbstractButton>(*m_window, "optLanguage_1"), Qt::LeftButton, {}, {10, 10});
         QTest::mouseClick(control<QAbstractButton>(*m_window, "btnOk"), Qt::LeftButton);
@@ -362,6 +365,7 @@ private Q_SLOTS:
         QStringList old = shownTexts();
         old.removeIf([&wanted](const QString &text) { return wanted.contains(text); });
         QVERIFY2(old.isEmpty(), qPrintable(old.join(u'\n')));
+        QVERIFY(events->toPlainText().startsWith(told) && !lastEvent().isEmpty());
     }
 
     void aClickOnAProblemGoesToItsField()
@@ -558,14 +562,45 @@ private Q_SLOTS:
         QVERIFY2(waiting->isVisible() && waiting->text().contains("H,0,0"), qPrintable(waiting->text()));
         waiting->click();
         QVERIFY(!waiting->isVisible());
+        QCOMPARE(lastEvent(), "H,0,0 was not sent and waits no longer");
         QCOMPARE(read(), "at+cmgr=1\r\nOK\r\n");
         block->click();
         QVERIFY(read().contains("H,0,0\r\n"));
         QVERIFY(!waiting->isVisible());
+        QCOMPARE(lastEvent(), "H,0,0 was handed to the module");
+        block->click();
+        control<QPushButton>(*m_window, "cmd_test_free")->click();
+        QCOMPARE(lastEvent(),
+                 "H,0,1 is sent when the module next reads an SMS, in place of H,0,0, which is not sent");
         clickMenu("mnu_doConfig");
         block->click();
         QVERIFY(!waiting->isVisible());
-        QVERIFY(m_window->findChild<QLabel *>("lbl_event")->toolTip().contains("is being transmitted"));
+        QVERIFY(lastEvent().contains("is being transmitted"));
+    }
+
+    void aCalibrationButtonWaitsForWhatTheModuleWillGetAlone()
+    {
+        start({});
+        QTRY_VERIFY(m_window->findChild<QPushButton *>("cmd_kal_0") != nullptr);
+        auto *button = control<QPushButton>(*m_window, "cmd_kal_0");
+        button->click();
+        QVERIFY(button->isEnabled()); // there is no connection
+        m_ports = {"COM1"};
+        clickMenu("mnu_verbindung_seriell");
+        const std::initializer_list<std::function<void()>> ways{
+            [&] { control<QToolButton>(*m_window, "cmd_waiting")->click(); },
+            [&] { control<QPushButton>(*m_window, "cmd_test_block")->click(); },
+            [&] { clickMenu("mnu_doConfig"); }, [&] { button->click(); }, // refused while that goes on
+            [&] { clickMenu("mnu_verbindung_offline"); }};
+        for (const auto &way : ways) {
+            button->click();
+            way();
+            QVERIFY(button->isEnabled());
+        }
+        clickMenu("mnu_verbindung_seriell");
+        button->click();
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        QVERIFY(!button->isEnabled());
     }
 
     void aVersionReplyIsShownAndTakesOverTheStationType()
@@ -624,6 +659,20 @@ private Q_SLOTS:
 
         box = transmitUntilTold();
         QVERIFY(box != nullptr);
+        clickMenu("mnu_verbindung_offline");
+        QVERIFY(!control<QPushButton>(*box, "cmd_stopTransmission")->isVisible());
+        clickMenu("mnu_verbindung_seriell");
+        Q_EMIT m_line->received("at+cmgs=\"+IP\"\rV,2.1.5,another,KTR\x1A"); // what the box tells is older
+        QTRY_VERIFY(box == nullptr);
+        Q_EMIT m_line->lost("unplugged", true);
+        QTRY_COMPARE(shownMessages().size(), 2);
+        clickMenu("mnu_verbindung_seriell");
+        Q_EMIT m_line->received("at+cmgs=\"+IP\"\rV,2.1.5,one more,KTR\x1A");
+        QTRY_COMPARE(shownMessages(),
+                     QStringList("Different Versions:\nConfig-Tool: ours\nKTR-Application: one more"));
+
+        box = transmitUntilTold();
+        QVERIFY(box != nullptr && shownMessages().isEmpty());
         for (int step = 1; step <= 78; ++step) {
             QCOMPARE(field("txt_info_version_ktr")->text(), "theirs");
             // The answer box counts for each step anew, the values as they were at the beginning.
@@ -637,7 +686,7 @@ private Q_SLOTS:
             QVERIFY(!m_line->sent.contains("new"));
         }
         QCOMPARE(field("txt_info_version_ktr")->text(), "ours");
-        QVERIFY(read->isEnabled() && !control<QPushButton>(*box, "cmd_stopTransmission")->isEnabled());
+        QVERIFY(read->isEnabled() && !control<QPushButton>(*box, "cmd_stopTransmission")->isVisible());
     }
 
     void aFastExportTakesTheArchiveAndAnAnnouncedImageIsSent()
@@ -778,8 +827,20 @@ private:
         return found == windows.end() ? nullptr : *found;
     }
     QLineEdit *field(const QString &name) { return control<QLineEdit>(*m_window, name); }
+    QString lastEvent() const { return m_window->findChild<QLabel *>("lbl_event")->toolTip().simplified(); }
     QAction *action(const QString &name) { return m_window->findChild<QAction *>(name); }
     void clickMenu(const QString &name) { action(name)->trigger(); }
+    /// The texts of the messages that stand open.
+    QStringList shownMessages() const
+    {
+        QStringList texts;
+        for (const QLabel *label : m_window->findChildren<QLabel *>("Label_msg")) {
+            if (label->isVisible()) {
+                texts += label->text();
+            }
+        }
+        return texts;
+    }
     static QString plain(const QAction *action) { return action->text().remove(u'&'); }
 
     void drop(const QString &file)
@@ -798,8 +859,9 @@ private:
     {
         QStringList texts;
         for (const QObject *object : m_window->findChildren<QObject *>()) {
-            if (object->objectName() ==
-                u"txt_test_debug") { // bytes, and when they are shown is left to chance
+            // Bytes, and when they are shown is left to chance; a journal, which keeps what it once told.
+            if (object->objectName() == u"txt_test_debug" ||
+                object->objectName() == u"txt_connection_events") {
                 continue;
             }
             for (const char *name :

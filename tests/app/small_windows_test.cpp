@@ -164,17 +164,17 @@ private Q_SLOTS:
     void linesBelowOneHeadingStandInOneMessageUntilItIsAnswered()
     {
         const QString heading = u"too long"_s;
-        Dialog::message(nullptr, m_texts, heading, u"first"_s);
+        Dialog::line(nullptr, m_texts, heading, u"first"_s);
         const int height = openDialogs().value(0)->height();
         for (const QString &line : {u"second"_s, u"first"_s}) { // what stands there is not told again
-            Dialog::message(nullptr, m_texts, heading, line);
+            Dialog::line(nullptr, m_texts, heading, line);
         }
         QCOMPARE(openDialogs().size(), 1);
         QWidget *const shown = openDialogs().front();
         QCOMPARE(shown->findChild<QLabel *>(u"Label_msg"_s)->text(), u"too long\nfirst\nsecond"_s);
         QVERIFY(shown->height() > height);
         QTest::keyClick(shown, Qt::Key_Enter);
-        Dialog::message(nullptr, m_texts, heading, u"third"_s);
+        Dialog::line(nullptr, m_texts, heading, u"third"_s);
         QTRY_COMPARE(openDialogs().size(), 1);
         QCOMPARE(openDialogs().front()->findChild<QLabel *>(u"Label_msg"_s)->text(), u"too long\nthird"_s);
         QTest::keyClick(openDialogs().front(), Qt::Key_Enter);

@@ -1,5 +1,6 @@
 #include "config/fields.h"
 #include "link/module_link.h"
+#include "platform/text_rules.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/silent_line.h"
@@ -18,6 +19,8 @@ private Q_SLOTS:
     void init()
     {
         m_link.goOffline();
+        m_now = fixedEnvironment().now();
+        m_ports = QStringList{"COM1", "COM2"};
         m_line.opened.clear();
         m_line.sent.clear();
     }
@@ -193,6 +196,36 @@ private Q_SLOTS:
         QVERIFY(m_link.waiting().isEmpty());
     }
 
+    void whatIsToldOfACommandAndItsTimeDoNotAge()
+    {
+        QSignalSpy told(&m_link, &ModuleLink::told);
+        const auto handedOver = [&] {
+            m_now = m_now.addSecs(3600);
+            m_line.sent.clear();
+            say("at+cmgr=1\r");
+            return fromWindows1252(m_line.sent).section("\r\n", 2, 2);
+        };
+        m_link.connectSerial("COM1");
+        m_link.placeClock();
+        QCOMPARE(m_link.waiting(), QStringLiteral("T,…"));
+        QCOMPARE(handedOver(), "T,09,11,15,15,05,37,7");
+        QCOMPARE(told.last().front().toString(), "T,09,11,15,15,05,37,7 was handed to the module");
+        m_link.placeClock();
+        m_link.place("k");
+        QCOMPARE(handedOver(), "k");
+        QCOMPARE(told.last().front().toString(), "k was handed to the module");
+        m_link.place("K");
+        m_link.takeBack();
+        QCOMPARE(told.last().front().toString(), "K was not sent and waits no longer");
+        m_link.goOffline();
+        QCOMPARE(told.last().front().toString(), "The line was closed");
+        m_link.connectSerial("COM3");
+        QCOMPARE(told.last().front().toString(), "There is no port COM3 yet; the search goes on");
+        m_ports += "COM3";
+        m_timers.advance(std::chrono::seconds(1));
+        QCOMPARE(told.last().front().toString(), "Looking for the module at COM3");
+    }
+
     void aCommandThatIsTooLongIsToldAtOnce()
     {
         const QSignalSpy tooLong(&m_link, &ModuleLink::commandTooLong);
@@ -251,9 +284,14 @@ private:
     SilentLine m_line;
     ManualTimers m_timers;
     SilentLine m_net;
-    ModuleLink m_link{m_line, m_net, m_timers, fixedEnvironment(), [] {
-                          return QStringList{"COM1", "COM2"};
-                      }};
+    QDateTime m_now;
+    QStringList m_ports;
+    Environment m_environment = [this] {
+        Environment environment = fixedEnvironment();
+        environment.now = [this] { return m_now; };
+        return environment;
+    }();
+    ModuleLink m_link{m_line, m_net, m_timers, m_environment, [this] { return m_ports; }};
 };
 
 QTEST_GUILESS_MAIN(ModuleLinkTest)
