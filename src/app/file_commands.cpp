@@ -68,9 +68,16 @@ void FileCommands::makeNew()
 {
     m_history.makeNew();
     Q_EMIT replaced();
+    tellPresent();
+}
+
+void FileCommands::tellPresent()
+{
     const QString &fileName = m_document.fileName();
-    Q_EMIT told(fileName.isEmpty() ? tr("New configuration")
-                                   : tr("New configuration. Saving it replaces %1").arg(fileName));
+    const bool isNew = m_document.source().isEmpty();
+    Q_EMIT told(fileName.isEmpty() ? isNew ? tr("New configuration") : tr("There is no present file")
+                : isNew ? tr("New configuration. Saving it replaces %1").arg(fileName)
+                                   : tr("The present file is %1").arg(fileName));
 }
 
 /// Without a file name, the dialog begins at `presentFile`.

@@ -25,6 +25,8 @@ public:
     const QStringList &recent() const { return m_recent.names(); }
 
     void makeNew();
+    /// What undo or redo led to.
+    void tellPresent();
     void save() { saveBeside(QString()); }
     void saveAs();
     /// Asks for a file and loads it.

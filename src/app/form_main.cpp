@@ -515,7 +515,11 @@ void FormMain::connectDocument()
     showAvailable();
     connect(&m_history, &EditHistory::moved, this, [this](const EditPlace &place) {
         m_tabs->goTo(place);
+        const QString title = windowTitle();
         updateTitle();
+        if (place.control.isEmpty() || windowTitle() != title) {
+            m_files->tellPresent();
+        }
     });
 }
 

@@ -13,6 +13,12 @@
 
 namespace ktr {
 
+namespace {
+
+constexpr std::chrono::milliseconds closeHeld{500};
+
+} // namespace
+
 TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where where, QWidget *parent)
     : QWidget(parent),
       m_link(link),
@@ -44,6 +50,8 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
     m_cancel->setObjectName(QStringLiteral("cmd_transmission_cancel"));
     m_resume->setObjectName(QStringLiteral("cmd_transmission_resume"));
     m_close->setObjectName(QStringLiteral("cmd_transmission_close"));
+    m_closeHeld.setSingleShot(true);
+    connect(&m_closeHeld, &QTimer::timeout, this, [this] { m_close->setEnabled(true); });
 
     auto *texts = new QVBoxLayout;
     texts->setSpacing(2);
@@ -159,8 +167,19 @@ bool TransmissionPanel::eventFilter(QObject *watched, QEvent *event)
 void TransmissionPanel::end()
 {
     m_ended = true;
+    holdClose();
     showSummary();
     showButtons();
+}
+
+/// A click or a key that was meant for "cancel" hits neither of the buttons that come instead.
+void TransmissionPanel::holdClose()
+{
+    if (m_cancel->hasFocus()) {
+        m_details->setFocus();
+    }
+    m_close->setEnabled(false);
+    m_closeHeld.start(closeHeld);
 }
 
 QString TransmissionPanel::links(const QList<int> &list) const

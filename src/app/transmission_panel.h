@@ -3,6 +3,7 @@
 #include "config/edit_history.h"
 #include "link/module_link.h"
 
+#include <QTimer>
 #include <QWidget>
 
 class QLabel;
@@ -41,6 +42,7 @@ private:
     void showSummary();
     void showButtons();
     void fitDetail();
+    void holdClose();
     QString links(const QList<int> &steps) const;
     QString timeLeft(int step) const;
 
@@ -58,6 +60,7 @@ private:
     QPushButton *m_cancel;
     QPushButton *m_resume;
     QPushButton *m_close;
+    QTimer m_closeHeld; ///< it takes the place of "cancel", and a click may still be meant for that
 };
 
 } // namespace ktr

@@ -44,7 +44,7 @@ void checkFields(const Configuration &configuration, const QLocale &locale, QLis
             const QString text = fieldText(field, record, locale);
             const QString message = field.check(text);
             if (!message.isEmpty()) {
-                const QString shown = field.secret ? QStringLiteral("****") : text;
+                const QString shown = field.secret ? QString(text.size(), u'*') : text;
                 problems.append({group.place(field.xmlName, index), field.control.forIndex(index), index,
                                  u'"' + shown + QLatin1String("\" ") + message});
             }

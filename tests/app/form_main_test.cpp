@@ -25,9 +25,12 @@
 #include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTemporaryDir>
+#include <QTextDocument>
 #include <QToolButton>
 
 using namespace ktr;
@@ -294,6 +297,12 @@ private Q_SLOTS:
         QVERIFY(m_window->document().isModified());
         QCOMPARE(m_window->windowTitle().toLower(), ("KTRconfig  " + first.right(74)).toLower());
         QCOMPARE(m_window->findChildren<QAction *>(QRegularExpression("mnu_recent_\\d")).size(), 2);
+        QCOMPARE(lastEvent(), "The present file is " + m_window->document().fileName());
+        m_window->document().setFileName(path("other.xml"));
+        clickMenu("mnu_Save");
+        QCOMPARE(lastEvent(), "Saved: " + path("other.xml"));
+        QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(lastEvent().toLower(), ("The present file is " + first).toLower());
     }
 
     void undoGoesBackThroughNewAndTyping()
@@ -307,6 +316,7 @@ private Q_SLOTS:
         field("txt_gsm_id")->setFocus();
         QTest::keyClick(field("txt_gsm_id"), Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(field("txt_gsm_id")->text(), "typed");
+        QCOMPARE(lastEvent(), "The present file is " + m_window->document().fileName());
         QTest::keyClick(field("txt_gsm_id"), Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(field("txt_gsm_id")->text(), "kept");
         QVERIFY(!m_window->document().isModified());
@@ -377,6 +387,9 @@ private Q_SLOTS:
         auto *list = control<QListWidget>(*m_window, "lst_problems");
         QTRY_COMPARE(list->count(), 1);
         QVERIFY(!list->item(0)->text().contains("12x4")); // a PIN is shown in its field alone
+        QVERIFY(list->item(0)->text().contains("\"****\""));
+        m_window->document().adjust([](Configuration &changed) { changed.gsm.pin = "12"; });
+        QTRY_VERIFY(list->item(0)->text().contains("\"**\""));
         QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(0)).center());
         QCOMPARE(m_window->tabs().currentIndex(), 0);
         QCOMPARE(m_window->focusWidget(), field("txt_gsm_pin"));
@@ -601,6 +614,51 @@ private Q_SLOTS:
         button->click();
         Q_EMIT m_line->received("at+cmgr=1\r");
         QVERIFY(!button->isEnabled());
+    }
+
+    void theTransmissionPanelWrapsItsLinksAndTakesNoClickForAnother()
+    {
+        m_ports = {"COM1"};
+        start({"-deutsch"});
+        m_window->document().adjust([](Configuration &changed) {
+            for (LimitValue &value : changed.limitValues) {
+                value.alarm = QString(200, u'x');
+            }
+        });
+        m_window->resize(560, 500);
+        clickMenu("mnu_doConfig");
+        auto *cancel = control<QPushButton>(*m_window, "cmd_transmission_cancel");
+        auto *close = control<QPushButton>(*m_window, "cmd_transmission_close");
+        QTRY_VERIFY(cancel->x() > 0); // laid out
+        cancel->setFocus();
+        while (cancel->isVisible()) {
+            Q_EMIT m_line->received("at+cmgr=1\r");
+        }
+        QTest::keyClick(m_window->focusWidget(), Qt::Key_Space);
+        QTest::mouseClick(close, Qt::LeftButton);
+        QVERIFY(close->isVisible());
+
+        auto *detail = control<QLabel>(*m_window, "lbl_transmission_detail");
+        QCOMPARE(detail->text().count("<a href"), 20);
+        const auto *area = qobject_cast<QScrollArea *>(detail->parentWidget()->parentWidget());
+        const auto checkFit = [&] {
+            QTextDocument document;
+            document.setDefaultFont(detail->font());
+            document.setDocumentMargin(0);
+            document.setHtml(detail->text());
+            document.setTextWidth(detail->width());
+            QVERIFY(document.idealWidth() <= area->viewport()->width());
+            QTRY_COMPARE(area->verticalScrollBar()->maximum(), detail->height() - area->viewport()->height());
+            QVERIFY(detail->height() >= document.size().height());
+        };
+        checkFit();
+        const int narrow = area->height();
+        m_window->resize(1240, 500);
+        QTRY_VERIFY(area->height() < narrow);
+        checkFit();
+        QTRY_VERIFY(close->isEnabled());
+        QTest::mouseClick(close, Qt::LeftButton);
+        QVERIFY(!close->isVisible());
     }
 
     void aVersionReplyIsShownAndTakesOverTheStationType()
