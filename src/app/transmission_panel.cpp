@@ -45,7 +45,7 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
     m_details->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_details->viewport()->setAutoFillBackground(false);
     m_detail->setAutoFillBackground(false);
-    m_details->installEventFilter(this);
+    m_details->viewport()->installEventFilter(this);
     m_detail->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
     m_cancel->setObjectName(QStringLiteral("cmd_transmission_cancel"));
     m_resume->setObjectName(QStringLiteral("cmd_transmission_resume"));
@@ -158,7 +158,7 @@ void TransmissionPanel::fitDetail()
 
 bool TransmissionPanel::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_details && event->type() == QEvent::Resize) {
+    if (watched == m_details->viewport() && event->type() == QEvent::Resize) {
         fitDetail();
     }
     return QWidget::eventFilter(watched, event);

@@ -642,6 +642,7 @@ private Q_SLOTS:
         QCOMPARE(detail->text().count("<a href"), 20);
         const auto *area = qobject_cast<QScrollArea *>(detail->parentWidget()->parentWidget());
         const auto checkFit = [&] {
+            QTRY_COMPARE(area->viewport()->width(), detail->width());
             QTextDocument document;
             document.setDefaultFont(detail->font());
             document.setDocumentMargin(0);
@@ -653,7 +654,7 @@ private Q_SLOTS:
         };
         checkFit();
         const int narrow = area->height();
-        m_window->resize(1240, 500);
+        m_window->resize(2400, 500);
         QTRY_VERIFY(area->height() < narrow);
         checkFit();
         QTRY_VERIFY(close->isEnabled());
