@@ -18,9 +18,9 @@ public:
     /// Begins to play and returns at once. While it plays already, nothing more happens.
     void play();
 
-private:
     class Player;
 
+private:
     QByteArray m_wav;
     std::function<void()> m_fallback;
     std::unique_ptr<Player> m_player;

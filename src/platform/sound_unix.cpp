@@ -1,0 +1,102 @@
+#include "platform/sound_player.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryFile>
+
+namespace ktr {
+
+namespace {
+
+struct Program
+{
+    QString path; ///< empty when there is none
+    QStringList arguments;
+};
+
+Program soundProgram(const QString &file)
+{
+    const Program known[] = {{QStringLiteral("pw-play"), {file}},
+                             {QStringLiteral("paplay"), {file}},
+                             {QStringLiteral("aplay"), {QStringLiteral("-q"), file}}};
+    for (const Program &program : known) {
+        if (const QString path = QStandardPaths::findExecutable(program.path); !path.isEmpty()) {
+            return {path, program.arguments};
+        }
+    }
+    return {};
+}
+
+class ProgramPlayer : public Sound::Player
+{
+public:
+    ProgramPlayer()
+    {
+        QObject::connect(&m_process, &QProcess::finished, &m_process,
+                         [this](int code, QProcess::ExitStatus status) {
+                             if (code != 0 || status != QProcess::NormalExit) {
+                                 m_fallback();
+                             }
+                         });
+        QObject::connect(&m_process, &QProcess::errorOccurred, &m_process,
+                         [this](QProcess::ProcessError error) {
+                             if (error == QProcess::FailedToStart) {
+                                 m_fallback();
+                             }
+                         });
+    }
+    ~ProgramPlayer() override
+    {
+        m_process.disconnect();
+        m_process.kill();
+    }
+
+    void play(const QByteArray &wav, const std::function<void()> &fallback) override
+    {
+        if (m_process.state() != QProcess::NotRunning) {
+            if (m_started.hasExpired(longestMs)) { // it waits for a service that does not answer
+                m_process.kill();                  // which its end tells
+            }
+            return;
+        }
+        m_fallback = fallback;
+        const Program program = written(wav) ? soundProgram(m_file->fileName()) : Program();
+        if (program.path.isEmpty()) {
+            fallback();
+            return;
+        }
+        m_process.setStandardInputFile(QProcess::nullDevice());
+        m_process.setStandardOutputFile(QProcess::nullDevice());
+        m_process.setStandardErrorFile(QProcess::nullDevice());
+        m_started.start();
+        m_process.start(program.path, program.arguments);
+    }
+
+private:
+    /// Anew each time: a folder of temporary files is swept now and then.
+    bool written(const QByteArray &wav)
+    {
+        if (m_file != nullptr && m_file->exists()) {
+            return true;
+        }
+        m_file = std::make_unique<QTemporaryFile>();
+        return m_file->open() && m_file->write(wav) == wav.size() && m_file->flush();
+    }
+
+    static constexpr qint64 longestMs = 10'000;
+
+    std::unique_ptr<QTemporaryFile> m_file;
+    QElapsedTimer m_started;
+    std::function<void()> m_fallback;
+    QProcess m_process;
+};
+
+} // namespace
+
+std::unique_ptr<Sound::Player> Sound::Player::create()
+{
+    return std::make_unique<ProgramPlayer>();
+}
+
+} // namespace ktr
