@@ -352,10 +352,14 @@ QColor lineColour(QIcon::Mode mode)
     return palette.color(QPalette::Active, QPalette::WindowText);
 }
 
+/// Draws on a field of 24 by 24, in the middle of whatever place there is; `side` is that field's size on the
+/// screen.
 class DrawnIcon : public QIconEngine
 {
 public:
-    explicit DrawnIcon(IconName name) : m_name(name) {}
+    using Draw = std::function<void(QPainter &painter, double side, QIcon::Mode mode)>;
+
+    explicit DrawnIcon(Draw draw) : m_draw(std::move(draw)) {}
 
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State) override
     {
@@ -364,15 +368,7 @@ public:
         painter->setRenderHint(QPainter::Antialiasing);
         painter->translate(rect.x() + (rect.width() - side) / 2, rect.y() + (rect.height() - side) / 2);
         painter->scale(side / grid, side / grid);
-        if (const QPainterPath path = lineOf(m_name); !path.isEmpty()) {
-            // Thinner than a little over a pixel, lines turn grey.
-            const double width = std::max(1.7, 1.25 * grid / side);
-            painter->setPen(QPen(lineColour(mode), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-            painter->drawPath(path);
-        } else {
-            painter->setOpacity(mode == QIcon::Disabled ? 0.4 : 1.0);
-            m_name == IconName::Application ? drawModule(*painter) : drawMessage(*painter, m_name);
-        }
+        m_draw(*painter, side, mode);
         painter->restore();
     }
 
@@ -394,14 +390,41 @@ public:
     QIconEngine *clone() const override { return new DrawnIcon(*this); }
 
 private:
-    IconName m_name;
+    Draw m_draw;
 };
+
+void fade(QPainter &painter, QIcon::Mode mode)
+{
+    painter.setOpacity(mode == QIcon::Disabled ? 0.4 : 1.0);
+}
+
+void draw(IconName name, QPainter &painter, double side, QIcon::Mode mode)
+{
+    if (const QPainterPath path = lineOf(name); !path.isEmpty()) {
+        // Thinner than a little over a pixel, lines turn grey.
+        const double width = std::max(1.7, 1.25 * grid / side);
+        painter.setPen(QPen(lineColour(mode), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        painter.drawPath(path);
+    } else {
+        fade(painter, mode);
+        name == IconName::Application ? drawModule(painter) : drawMessage(painter, name);
+    }
+}
 
 } // namespace
 
 QIcon icon(IconName name)
 {
-    return QIcon(new DrawnIcon(name));
+    return QIcon(new DrawnIcon(
+        [name](QPainter &painter, double side, QIcon::Mode mode) { draw(name, painter, side, mode); }));
+}
+
+QIcon drawnIcon(std::function<void(QPainter &)> draw)
+{
+    return QIcon(new DrawnIcon([draw = std::move(draw)](QPainter &painter, double, QIcon::Mode mode) {
+        fade(painter, mode);
+        draw(painter);
+    }));
 }
 
 } // namespace ktr
