@@ -3,6 +3,7 @@
 // Modules in a process of their own that send numbered messages at a steady pace, each from an address of its
 // own, and leave a note of every one of them in memory that both processes have.
 
+#include "config/channels.h"
 #include "datagram_load.h"
 #include "opmode/station_messages.h"
 #include "simulator/fleet.h"

@@ -1,5 +1,6 @@
 // Any text as what a module answers, tells and has in its archive.
 
+#include "config/channels.h"
 #include "link/history_export.h"
 #include "link/reply_interpreter.h"
 #include "opmode/history_entry.h"

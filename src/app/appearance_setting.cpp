@@ -8,7 +8,6 @@ namespace ktr {
 
 namespace {
 
-const QString application = QStringLiteral("KTR_Config");
 const QString section = QStringLiteral("Window");
 const QString key = QStringLiteral("appearance");
 
@@ -19,14 +18,14 @@ constexpr std::array names = {QLatin1StringView("system"), QLatin1StringView("li
 
 Appearance appearanceSetting()
 {
-    const QString name = SettingsStore().GetSetting(application, section, key);
+    const QString name = SettingsStore().GetSetting(settingsOwner, section, key);
     const auto found = std::ranges::find(names, name);
     return found == names.end() ? Appearance::System : static_cast<Appearance>(found - names.begin());
 }
 
 void setAppearanceSetting(Appearance appearance)
 {
-    SettingsStore().SaveSetting(application, section, key, names[static_cast<std::size_t>(appearance)]);
+    SettingsStore().SaveSetting(settingsOwner, section, key, names[static_cast<std::size_t>(appearance)]);
 }
 
 } // namespace ktr

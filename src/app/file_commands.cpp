@@ -11,7 +11,6 @@ namespace ktr {
 
 namespace {
 
-const QString storeName = QStringLiteral("KTR_Config");
 const QString startSection = QStringLiteral("Startup");
 const QString fileNameKey = QStringLiteral("filename");
 const QString configurationFilter = QStringLiteral("*.xml|*.xml");
@@ -208,12 +207,12 @@ void FileCommands::askToSave()
 
 QString FileCommands::lastFileName()
 {
-    return SettingsStore().GetSetting(storeName, startSection, fileNameKey);
+    return SettingsStore().GetSetting(settingsOwner, startSection, fileNameKey);
 }
 
 void FileCommands::keepFileName() const
 {
-    SettingsStore().SaveSetting(storeName, startSection, fileNameKey, m_document.fileName());
+    SettingsStore().SaveSetting(settingsOwner, startSection, fileNameKey, m_document.fileName());
 }
 
 } // namespace ktr

@@ -23,6 +23,7 @@
 #include "editor/switch_point_page.h"
 #include "editor/test_page.h"
 #include "lang/load_texts.h"
+#include "link/service_commands.h"
 #include "look/icons.h"
 #include "look/message_dialog.h"
 #include "look/outside_texts.h"
@@ -52,7 +53,6 @@ namespace ktr {
 
 namespace {
 
-const QString storeName = QStringLiteral("KTR_Config");
 const QString windowSection = QStringLiteral("Window");
 const QString geometryKey = QStringLiteral("geometry");
 const QString problemsKey = QStringLiteral("problems");
@@ -100,7 +100,7 @@ FormMain::FormMain(const Services &services)
     connect(m_linkPresenter.get(), &LinkPresenter::ethernetWanted, this, &FormMain::connectEthernet);
     connect(m_linkPresenter.get(), &LinkPresenter::firmwareReady, this, [this](const QString &what) {
         if (Dialog::questionOfLoss(this, m_texts, what)) {
-            m_linkPresenter->place(QStringLiteral("§88"));
+            m_linkPresenter->place(serviceCommands::firmware);
         }
     });
     connect(m_linkPresenter.get(), &LinkPresenter::exportFileWanted, this, &FormMain::askForExportFile);
@@ -164,8 +164,8 @@ void FormMain::layOut()
     resize(comfortableSize.boundedTo(screen()->availableSize() - frame));
     const SettingsStore store;
     restoreGeometry(
-        QByteArray::fromBase64(store.GetSetting(storeName, windowSection, geometryKey).toLatin1()));
-    m_problemPanel->unfold(store.GetSetting(storeName, windowSection, problemsKey) == u"1");
+        QByteArray::fromBase64(store.GetSetting(settingsOwner, windowSection, geometryKey).toLatin1()));
+    m_problemPanel->unfold(store.GetSetting(settingsOwner, windowSection, problemsKey) == u"1");
 }
 
 // Start and end
@@ -325,7 +325,7 @@ void FormMain::closeEvent(QCloseEvent *event)
     m_link.goOffline();
     m_files->askToSave();
     m_files->keepFileName();
-    SettingsStore().SaveSetting(storeName, windowSection, geometryKey,
+    SettingsStore().SaveSetting(settingsOwner, windowSection, geometryKey,
                                 QString::fromLatin1(saveGeometry().toBase64()));
     event->accept();
     Q_EMIT closed();
@@ -426,7 +426,7 @@ void FormMain::askForExportFile()
     }
     m_history.edit({QStringLiteral("txt_historyExportFile"), 0},
                    [&path](Configuration &changed) { changed.info.historyExportFile = path; });
-    m_linkPresenter->place(FastExport::command);
+    m_linkPresenter->place(serviceCommands::archive);
 }
 
 /// The transmission goes on meanwhile, unless the user stops it.
@@ -530,7 +530,8 @@ void FormMain::connectProblems()
     connect(m_menu->problems, &QAction::toggled, m_problemPanel, &ProblemPanel::unfold);
     connect(m_problemPanel, &ProblemPanel::unfolded, this, [this](bool unfolded) {
         m_menu->problems->setChecked(unfolded);
-        SettingsStore().SaveSetting(storeName, windowSection, problemsKey, QString::number(unfolded ? 1 : 0));
+        SettingsStore().SaveSetting(settingsOwner, windowSection, problemsKey,
+                                    QString::number(unfolded ? 1 : 0));
     });
     m_menu->problems->setChecked(m_problemPanel->isUnfolded());
     connect(m_problemPanel, &ProblemPanel::chosen, this, [this](const Problem &problem) {

@@ -9,6 +9,7 @@
 #include "editor/info_page.h"
 #include "editor/test_page.h"
 #include "lang/text_table.h"
+#include "link/service_commands.h"
 #include "link/udp_transport.h"
 
 #include <QAction>
@@ -337,7 +338,7 @@ void LinkPresenter::sendFirmware()
 void LinkPresenter::place(const QString &command)
 {
     const bool mayBePlaced = m_link.state() != ModuleLink::State::Offline && !m_link.isTransmitting();
-    if (command == FastExport::command && mayBePlaced) { // the records would come and be lost
+    if (command == serviceCommands::archive && mayBePlaced) { // the records would come and be lost
         const QString &path = m_document.configuration().info.historyExportFile;
         if (const Status usable = HistoryExport::check(path); !usable) {
             Q_EMIT told(usable.message());

@@ -4,7 +4,6 @@ namespace ktr {
 
 namespace {
 
-const QString application = QStringLiteral("KTR_Config");
 const QString section = QStringLiteral("Recent");
 
 QString key(int index)
@@ -17,7 +16,7 @@ QString key(int index)
 RecentFiles::RecentFiles()
 {
     for (int index = 0; index < longest; ++index) {
-        const QString name = m_store.GetSetting(application, section, key(index));
+        const QString name = m_store.GetSetting(settingsOwner, section, key(index));
         if (!name.isEmpty() && !m_names.contains(name)) {
             m_names += name;
         }
@@ -36,7 +35,7 @@ bool RecentFiles::add(const QString &fileName)
     for (int index = 0; index < longest; ++index) {
         entries.emplace_back(key(index), m_names.value(index));
     }
-    return m_store.SaveSettings(application, section, entries);
+    return m_store.SaveSettings(settingsOwner, section, entries);
 }
 
 } // namespace ktr

@@ -2,6 +2,7 @@
 #include "cli/console.h"
 #include "cli/link_job.h"
 #include "link/self_programming.h"
+#include "link/service_commands.h"
 
 namespace ktr::cli {
 
@@ -47,7 +48,7 @@ int firmware(const Arguments &arguments)
         return announced ? QStringLiteral("%1 of %2 bytes sent").arg(sent).arg(firmwareImageSize)
                          : QStringLiteral("nothing of the image was sent");
     });
-    session.place(QStringLiteral("§88"));
+    session.place(serviceCommands::firmware);
     QObject::connect(&session, &ModuleSession::commandSent, &session, [&] { announced = true; });
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
         print(logText(reply.text));

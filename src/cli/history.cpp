@@ -3,6 +3,7 @@
 #include "cli/link_job.h"
 #include "link/history_export.h"
 #include "link/reply_interpreter.h"
+#include "link/service_commands.h"
 #include "platform/terminal.h"
 #include "simulator/replay.h"
 
@@ -120,7 +121,7 @@ int recordsOfModule(const Arguments &arguments, Records &records)
         silence->start(FastExport::longestSilence, [&] { job.finishWhenDrained(done); });
         session.setTimeout(job.timeout());
     };
-    session.place(FastExport::command);
+    session.place(serviceCommands::archive);
     QObject::connect(&session, &ModuleSession::commandSent, &session, [&] {
         isAsked = true;
         wait();

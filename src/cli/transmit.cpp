@@ -3,6 +3,7 @@
 #include "cli/link_job.h"
 #include "cli/loading.h"
 #include "link/module_text.h"
+#include "link/service_commands.h"
 
 namespace ktr::cli {
 
@@ -165,8 +166,8 @@ std::optional<int> checkSend(const Arguments &arguments)
         return arguments.wrong(QStringLiteral("the command is empty"));
     }
     if (announcesFirmware(command)) { // the module would wait for an image in vain
-        return arguments.wrong(
-            QStringLiteral("§88 announces a firmware image; \"ktrcli firmware\" sends one"));
+        return arguments.wrong(serviceCommands::firmware +
+                               QLatin1String(" announces a firmware image; \"ktrcli firmware\" sends one"));
     }
     return LinkJob::check(arguments);
 }

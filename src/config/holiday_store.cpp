@@ -6,7 +6,6 @@ namespace ktr {
 
 namespace {
 
-const QString application = QStringLiteral("KTR_Config");
 const QString section = QStringLiteral("Feiertage");
 
 QString lineKey(int index)
@@ -20,7 +19,7 @@ void loadHolidays(HolidayList &holidays, const SettingsStore &store)
 {
     holidays.clear();
     for (int index = 0; index < HolidayList::capacity; ++index) {
-        holidays.append(store.GetSetting(application, section, lineKey(index)));
+        holidays.append(store.GetSetting(settingsOwner, section, lineKey(index)));
     }
 }
 
@@ -31,7 +30,7 @@ bool saveHolidays(const HolidayList &holidays, SettingsStore &store)
     for (int index = 0; index < HolidayList::capacity; ++index) {
         lines.emplace_back(lineKey(index), holidays.lines().value(index));
     }
-    return store.SaveSettings(application, section, lines);
+    return store.SaveSettings(settingsOwner, section, lines);
 }
 
 } // namespace ktr

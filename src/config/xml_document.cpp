@@ -40,12 +40,6 @@ std::optional<QString> decode(QStringConverter::Encoding encoding, QByteArrayVie
     return decoder.hasError() || isHalf ? std::nullopt : std::optional(std::move(text));
 }
 
-bool isXmlCharacter(char32_t c)
-{
-    return c == 0x9 || c == 0xA || c == 0xD || (c >= 0x20 && c <= 0xD7FF) || (c >= 0xE000 && c <= 0xFFFD) ||
-           (c >= 0x10000 && c <= 0x10FFFF);
-}
-
 /// More attributes than any element of ours has. The reader compares each with all others of its element, so
 /// that a million of them would keep it busy for hours.
 constexpr int mostAttributes = 1000;

@@ -1,5 +1,6 @@
 #include "editor/calibration_page.h"
 
+#include "link/service_commands.h"
 #include "platform/text_rules.h"
 
 #include <QEvent>
@@ -23,7 +24,7 @@ constexpr std::chrono::seconds longestWait{10}; ///< for a module that has the c
 
 QString command(int index)
 {
-    return QStringLiteral("§,%1,%2").arg(index).arg(codes[static_cast<std::size_t>(index)]);
+    return serviceCommands::calibration(index, codes[static_cast<std::size_t>(index)]);
 }
 
 } // namespace

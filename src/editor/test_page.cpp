@@ -3,6 +3,7 @@
 #include "editor/log_view.h"
 #include "link/command_sequence.h"
 #include "link/conversation_log.h"
+#include "link/service_commands.h"
 
 #include <QCheckBox>
 #include <QGridLayout>
@@ -70,7 +71,7 @@ QWidget *TestPage::commandCard()
         ready, "cmd_kill", [this] { return answerWanted() ? QStringLiteral("K") : QStringLiteral("k"); });
     captioned(kill, Text::DeleteNotifications);
     tip(kill, [] { return tr("Sends k, or K where an answer is wanted"); });
-    QPushButton *fast = addCommand(ready, "cmd_historyFastExport", QStringLiteral("§,77"));
+    QPushButton *fast = addCommand(ready, "cmd_historyFastExport", serviceCommands::archive);
     onTexts([fast] { fast->setText(tr("Fast history export")); });
     ready->addStretch();
     captioned(addButton(ready, "cmd_test_clear",

@@ -1,5 +1,6 @@
 #include "link/history_decoder.h"
 
+#include "platform/module_minutes.h"
 #include "platform/text_rules.h"
 
 #include <QDate>
@@ -9,8 +10,6 @@
 namespace ktr {
 
 namespace {
-
-constexpr qint64 minutesOfADay = qint64{24} * 60;
 
 /// The fields of a line one after the other.
 class Fields
@@ -59,7 +58,7 @@ public:
         if (!date.isValid() || hour > 23 || minute > 59) {
             return false;
         }
-        m_minutes = firstDay().daysTo(date) * minutesOfADay + qint64{hour} * 60 + minute;
+        m_minutes = moduleMinutes(date, hour, minute);
         return true;
     }
 
@@ -71,7 +70,7 @@ public:
             return false;
         }
         const qint64 sum = m_minutes + (back ? -*number : *number);
-        if (sum < 0 || sum >= days() * minutesOfADay) {
+        if (sum < 0 || sum >= days() * minutesPerDay) {
             return false;
         }
         m_minutes = sum;
@@ -85,12 +84,12 @@ public:
         if (!isKnown()) {
             return {};
         }
-        const qint64 day = m_minutes / minutesOfADay;
+        const qint64 day = m_minutes / minutesPerDay;
         if (day != m_day) { // most records are of the same day as the one before
             m_day = day;
-            m_text = firstDay().addDays(day).toString(QStringLiteral("dd.MM.yyyy 00:00"));
+            m_text = firstModuleDay.addDays(day).toString(QStringLiteral("dd.MM.yyyy 00:00"));
         }
-        const int minute = static_cast<int>(m_minutes % minutesOfADay);
+        const int minute = static_cast<int>(m_minutes % minutesPerDay);
         QString text(m_text.constData(), m_text.size());
         QChar *time = text.data() + text.size() - 5;
         time[0] = digit(minute / 600);
@@ -101,8 +100,7 @@ public:
     }
 
 private:
-    static QDate firstDay() { return QDate(2000, 1, 1); }
-    static qint64 days() { return firstDay().daysTo(QDate(2100, 1, 1)); }
+    static qint64 days() { return firstModuleDay.daysTo(QDate(2100, 1, 1)); }
     static QChar digit(int value) { return QChar(char16_t(u'0' + value)); }
 
     /// A number of one to ten digits.

@@ -1,6 +1,7 @@
 #include "link/history_export.h"
 
 #include "link/conversation_log.h"
+#include "link/service_commands.h"
 #include "platform/csv.h"
 
 #include <QCoreApplication>
@@ -124,7 +125,7 @@ QString HistoryExport::append(const QString &path, const QByteArray &lines)
 
 void FastExport::commandLeft(const QString &sent)
 {
-    if (sent == command) {
+    if (sent == serviceCommands::archive) {
         m_running = true;
         restart();
     }

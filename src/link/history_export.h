@@ -37,7 +37,6 @@ private:
 class FastExport
 {
 public:
-    static inline const QString command = QStringLiteral("§,77");
     static constexpr Milliseconds longestSilence{5000};
 
     explicit FastExport(Timers &timers) : m_timer(timers.create()) {}

@@ -2,6 +2,7 @@
 
 #include "link/line_assembler.h"
 #include "link/module_text.h"
+#include "link/service_commands.h"
 
 #include <QCoreApplication>
 #include <QRegularExpression>
@@ -55,7 +56,7 @@ QString ModuleDialogue::Reply::shown() const
 
 bool announcesFirmware(QStringView command)
 {
-    return command.contains(QStringLiteral("§88"));
+    return command.contains(serviceCommands::firmware);
 }
 
 std::vector<ModuleDialogue::Action> ModuleDialogue::lineOverheard(const QString &line)

@@ -2,6 +2,7 @@
 
 #include "opmode/history_entry.h"
 #include "opmode/station_tree.h"
+#include "platform/module_minutes.h"
 
 #include <limits>
 
@@ -20,12 +21,10 @@ qint64 received(const QDateTime &minute)
     return minute.toMSecsSinceEpoch();
 }
 
-/// In the unit of the history: minutes of wall time since 2000.
+/// In the unit of the history.
 qint64 recorded(const QDateTime &minute)
 {
-    constexpr qint64 minutesOfADay = qint64{24} * 60;
-    return QDate(2000, 1, 1).daysTo(minute.date()) * minutesOfADay + qint64{minute.time().hour()} * 60 +
-           minute.time().minute();
+    return moduleMinutes(minute.date(), minute.time().hour(), minute.time().minute());
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "opmode/history_entry.h"
 
+#include "platform/module_minutes.h"
 #include "platform/text_rules.h"
 
 #include <QDate>
@@ -39,8 +40,7 @@ std::optional<qint32> minuteOf(QStringView stamp)
     if (year < 2000 || year > 2099 || !date.isValid() || hour < 0 || hour > 23 || minute < 0 || minute > 59) {
         return std::nullopt;
     }
-    const qint64 days = QDate(2000, 1, 1).daysTo(date);
-    return static_cast<qint32>((days * 24 + hour) * 60 + minute);
+    return static_cast<qint32>(moduleMinutes(date, hour, minute));
 }
 
 } // namespace

@@ -235,10 +235,10 @@ NodeKind NodeStore::childKind(NodeKind parent, std::string_view name)
     case NodeKind::Root:
         return NodeKind::Station;
     case NodeKind::Station:
-        return name == "meldung"   ? NodeKind::Notifications
-               : name == "history" ? NodeKind::History
-               : name == "ip"      ? NodeKind::InputValues
-                                   : NodeKind::Other;
+        return name == branches::notifications ? NodeKind::Notifications
+               : name == branches::history     ? NodeKind::History
+               : name == branches::inputValues ? NodeKind::InputValues
+                                               : NodeKind::Other;
     case NodeKind::Notifications:
         return NodeKind::Notification;
     case NodeKind::History:

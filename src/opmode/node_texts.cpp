@@ -1,6 +1,7 @@
 #include "opmode/node_texts.h"
 
-#include "opmode/station_messages.h"
+#include "config/channels.h"
+#include "platform/text_rules.h"
 
 #include <array>
 
@@ -18,8 +19,7 @@ std::string cleaned(const QString &text)
         if (c.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate()) {
             clean += c;
             clean += text[++at];
-        } else if (!c.isSurrogate() && (c >= u' ' || c == u'\t' || c == u'\n' || c == u'\r') &&
-                   c < QChar(0xFFFE)) {
+        } else if (isXmlCharacter(c.unicode())) {
             clean += c;
         }
     }

@@ -1,6 +1,7 @@
 #include "opmode/nodes_export.h"
 
 #include "opmode/history_entry.h"
+#include "opmode/station_messages.h"
 #include "opmode/station_tree.h"
 #include "platform/csv.h"
 #include "platform/text_rules.h"
@@ -53,7 +54,7 @@ QString stateText(const ExportEntry &entry, qint64 acknowledged)
     if (entry.node.data(StationTree::ColourRole).toInt() == StationTree::alarmColour) {
         return QCoreApplication::translate("Export", "not acknowledged");
     }
-    const bool wasAlarm = acknowledged != 0 || entry.text.contains(QLatin1String("fail"));
+    const bool wasAlarm = acknowledged != 0 || isAlarmText(entry.text);
     return wasAlarm ? QCoreApplication::translate("Export", "acknowledged")
                     : QCoreApplication::translate("Export", "no alarm");
 }

@@ -3,6 +3,7 @@
 #include "opmode/node_records.h"
 #include "opmode/nodes_file.h"
 #include "opmode/plain_nodes.h"
+#include "platform/text_rules.h"
 
 #include <QCoreApplication>
 #include <QUtf8StringView>
@@ -28,8 +29,7 @@ bool isCharacterReference(std::string_view digits)
     const auto [end, error] =
         std::from_chars(digits.data(), digits.data() + digits.size(), code, hexadecimal ? 16 : 10);
     const bool complete = error == std::errc() && end != digits.data() + digits.size() && *end == ';';
-    return complete && (code == 0x9 || code == 0xA || code == 0xD || (code >= 0x20 && code <= 0xD7FF) ||
-                        (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF));
+    return complete && isXmlCharacter(code);
 }
 
 /// Refuses what the parser would take: characters, and references to characters, that XML does not know.

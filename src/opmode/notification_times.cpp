@@ -130,7 +130,7 @@ QByteArray NotificationTimes::document(const StationTree &tree)
     records.reserve(usualRecord * tree.arrivals().size());
     records.resize(headerSize);
     for (const NodeStore::Id station : nodes.children(NodeStore::root)) {
-        const std::optional<NodeStore::Id> branch = nodes.child(station, "meldung");
+        const std::optional<NodeStore::Id> branch = nodes.child(station, branches::notifications);
         if (!branch) {
             continue;
         }

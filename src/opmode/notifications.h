@@ -25,7 +25,7 @@ inline bool isAlarm(const StationTree &tree, NodeStore::Id notification)
 template <class Call>
 void eachNotificationOf(const StationTree &tree, NodeStore::Id station, const Call &call)
 {
-    if (const auto branch = tree.nodes().child(station, "meldung")) {
+    if (const auto branch = tree.nodes().child(station, branches::notifications)) {
         for (const NodeStore::Id id : tree.nodes().children(*branch)) {
             call(id);
         }

@@ -1,5 +1,6 @@
 #include "opmode/station_messages.h"
 
+#include "config/channels.h"
 #include "link/history_decoder.h"
 
 namespace ktr {
@@ -34,7 +35,7 @@ QStringView beforeComma(QStringView text)
 
 StationMessage notification(const QString &message)
 {
-    return NotificationMessage{{message, message}, message.contains(QLatin1String("fail"))};
+    return NotificationMessage{{message, message}, isAlarmText(message)};
 }
 
 StationMessage inputValues(const QString &message)
@@ -79,6 +80,11 @@ StationMessage history(const QString &message)
 }
 
 } // namespace
+
+bool isAlarmText(const QString &notification)
+{
+    return notification.contains(QLatin1String("fail"));
+}
 
 StationMessage interpretStationMessage(const QString &message)
 {

@@ -7,8 +7,6 @@
 
 namespace ktr {
 
-inline constexpr int channelCount = 18;
-
 /// An entry to be made under a station's notifications or history.
 struct MessageEntry
 {
@@ -59,6 +57,9 @@ struct NoStationMessage
 
 using StationMessage =
     std::variant<NoStationMessage, NotificationMessage, InputValuesMessage, HistoryMessage, UnusableMessage>;
+
+/// Whether a notification tells of an alarm, to be shown in red until it is acknowledged.
+bool isAlarmText(const QString &notification);
 
 /// What a station's text, number + " --> " + the text of the SMS, says. Every report of the history stands
 /// for itself: it begins with the time of its first record.

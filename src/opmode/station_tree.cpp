@@ -80,11 +80,12 @@ std::optional<StationTree::Id> StationTree::addBranch(std::string_view kennung)
     if (!station) {
         return std::nullopt;
     }
-    m_nodes.add(*station, "meldung", m_captions.notifications.toStdString(), normalColour);
-    m_nodes.add(*station, "history", m_captions.history.toStdString(), normalColour);
-    const auto values = m_nodes.add(*station, "ip", m_captions.inputValues.toStdString(), normalColour);
+    m_nodes.add(*station, branches::notifications, m_captions.notifications.toStdString(), normalColour);
+    m_nodes.add(*station, branches::history, m_captions.history.toStdString(), normalColour);
+    const auto values =
+        m_nodes.add(*station, branches::inputValues, m_captions.inputValues.toStdString(), normalColour);
     for (std::size_t channel = 1; values && channel <= m_unknownValues.size(); ++channel) {
-        m_nodes.add(*values, "ip" + std::to_string(channel), m_unknownValues[channel - 1], normalColour);
+        m_nodes.add(*values, inputValueName(channel), m_unknownValues[channel - 1], normalColour);
     }
     return station;
 }
@@ -121,7 +122,7 @@ void StationTree::forget(Id id)
     switch (m_nodes.kind(id)) {
     case NodeKind::Station:
         m_statuses.remove(id);
-        if (const auto notifications = m_nodes.child(id, "meldung")) {
+        if (const auto notifications = m_nodes.child(id, branches::notifications)) {
             forget(*notifications);
         }
         break;
@@ -280,7 +281,7 @@ QVariant StationTree::data(const QModelIndex &index, int role) const
         return m_nodes.kind(id) == NodeKind::Station ? QVariant::fromValue(m_statuses.value(id)) : QVariant();
     case AlarmCountRole:
         return m_alarms.value(m_nodes.kind(id) == NodeKind::Station
-                                  ? m_nodes.child(id, "meldung").value_or(NodeStore::root)
+                                  ? m_nodes.child(id, branches::notifications).value_or(NodeStore::root)
                                   : id);
     case ReceivedRole:
     case CountRole:

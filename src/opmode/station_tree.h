@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/channels.h"
 #include "link/udp_pair.h"
 #include "opmode/node_change.h"
 #include "opmode/node_element.h"

@@ -48,7 +48,7 @@ QList<NodeChange> StationTree::acknowledgement(const QModelIndexList &entries, c
             acknowledgeAll(id);
             break;
         case NodeKind::Station:
-            if (const auto branch = m_nodes.child(id, "meldung")) {
+            if (const auto branch = m_nodes.child(id, branches::notifications)) {
                 acknowledgeAll(*branch);
             }
             break;
@@ -82,7 +82,7 @@ void StationTree::carryOut(const QList<NodeChange> &acknowledgement)
                 branches.insert(m_nodes.parent(*id));
             }
         } else {
-            const auto branch = m_nodes.child(*id, "meldung");
+            const auto branch = m_nodes.child(*id, branches::notifications);
             if (m_alarms.value(branch.value_or(*id)) == 0) {
                 colour(*id, change.colour);
             }

@@ -42,7 +42,7 @@ StationTree::Outcome StationTree::takeNotification(Id station, const Notificatio
 {
     Outcome outcome;
     outcome.alarm = message.alarm;
-    const auto branch = m_nodes.child(station, "meldung");
+    const auto branch = m_nodes.child(station, branches::notifications);
     if (!branch) {
         return outcome;
     }
@@ -86,7 +86,7 @@ void StationTree::repeat(Id id, const NodeChange &change)
 
 void StationTree::takeValues(Id station, const InputValuesMessage &message, const QDateTime &now)
 {
-    const auto branch = m_nodes.child(station, "ip");
+    const auto branch = m_nodes.child(station, branches::inputValues);
     if (!branch) {
         return;
     }
@@ -94,7 +94,8 @@ void StationTree::takeValues(Id station, const InputValuesMessage &message, cons
     setText(*branch, QStringLiteral("IP (") + now.toString(QStringLiteral("HH:mm dd.MM.yyyy")) + u')',
             moment);
     for (const InputValuesMessage::Value &value : message.values) {
-        if (const auto node = m_nodes.child(*branch, "ip" + std::to_string(value.channel))) {
+        if (const auto node =
+                m_nodes.child(*branch, inputValueName(static_cast<std::size_t>(value.channel)))) {
             setText(*node,
                     channelCaption(value.channel) + QLatin1String("IP") + QString::number(value.channel) +
                         QLatin1String(" = ") + value.text,
@@ -107,7 +108,7 @@ StationTree::Outcome StationTree::takeHistory(Id station, const HistoryMessage &
 {
     Outcome outcome;
     outcome.unusable = message.unusable;
-    const auto branch = m_nodes.child(station, "history");
+    const auto branch = m_nodes.child(station, branches::history);
     for (const MessageEntry &entry : message.entries) {
         const std::string name = storedText(entry.key);
         const bool isNew = branch && !m_nodes.child(*branch, name);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/channels.h"
 #include "opmode/station_messages.h"
 
 #include <QDateTime>

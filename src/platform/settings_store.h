@@ -7,6 +7,9 @@
 
 namespace ktr {
 
+/// The application under which this program keeps its settings.
+inline const QString settingsOwner = QStringLiteral("KTR_Config");
+
 /// The user's settings of this and related programs: texts addressed by application, section and key. They
 /// stand in the registry below one fixed key, where other programs look for them.
 class SettingsStore

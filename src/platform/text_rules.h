@@ -19,6 +19,13 @@ bool isHexadecimalDigit(QChar c);
 /// stand, the decimal separator is always "."; what follows the number is ignored ("12abc" is 12).
 double leadingNumber(QStringView text);
 
+/// Whether XML knows the character; a file that holds another cannot be read. Halves of characters are none.
+constexpr bool isXmlCharacter(char32_t c)
+{
+    return c == 0x9 || c == 0xA || c == 0xD || (c >= 0x20 && c <= 0xD7FF) || (c >= 0xE000 && c <= 0xFFFD) ||
+           (c >= 0x10000 && c <= 0x10FFFF);
+}
+
 /// The number that the whole text is, blanks around it allowed. Both "." and "," count as the decimal
 /// separator, so that a file written under another locale reads as it was meant; digit grouping is refused.
 std::optional<double> toNumber(QStringView text);

@@ -1,5 +1,7 @@
 #include "simulator/module_memory.h"
 
+#include "platform/module_minutes.h"
+
 namespace ktr {
 
 namespace {
@@ -18,7 +20,7 @@ QString recordValues(int channel, int record)
 
 QStringList archiveLines(const ModuleMemory &memory)
 {
-    const QDateTime earliest(QDate(2000, 1, 1), QTime(0, 0), Qt::UTC); // a stamp knows this century only
+    const QDateTime earliest(firstModuleDay, QTime(0, 0), Qt::UTC); // a stamp knows this century only
     const QDateTime last = memory.clock.isValid() ? memory.clock : earliest;
     const QDateTime first =
         qMax(last.addSecs(qint64{-60} * minutesBetweenRecords * (recordsPerLine - 1)), earliest);

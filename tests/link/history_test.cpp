@@ -1,6 +1,7 @@
 #include "link/history_decoder.h"
 #include "link/history_export.h"
 #include "link/reply_handler.h"
+#include "link/service_commands.h"
 #include "platform/csv.h"
 #include "platform/files.h"
 #include "simulator/module_memory.h"
@@ -174,7 +175,7 @@ private Q_SLOTS:
         ManualTimers timers;
         ReplyHandler handler(timers, [this] { return path(); });
         const QSignalSpy told(&handler, &ReplyHandler::told);
-        handler.commandLeft(FastExport::command);
+        handler.commandLeft(serviceCommands::archive);
         for (const QString &line : archiveLines({})) {
             handler.take({ModemDialogue::ReplyKind::History, {}, line});
         }

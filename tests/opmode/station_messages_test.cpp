@@ -1,3 +1,4 @@
+#include "config/channels.h"
 #include "opmode/station_messages.h"
 
 #include <QRandomGenerator>

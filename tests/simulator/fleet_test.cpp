@@ -1,3 +1,4 @@
+#include "config/channels.h"
 #include "link/io_thread.h"
 #include "opmode/station.h"
 #include "opmode/station_messages.h"

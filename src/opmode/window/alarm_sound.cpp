@@ -13,7 +13,6 @@ namespace ktr {
 
 namespace {
 
-const QString application = QStringLiteral("KTR_Config");
 const QString section = QStringLiteral("OperationalMode");
 const QString key = QStringLiteral("mute");
 
@@ -89,12 +88,12 @@ AlarmSound::~AlarmSound() = default;
 
 bool AlarmSound::isMutedInSettings()
 {
-    return SettingsStore().GetSetting(application, section, key) == QLatin1String("1");
+    return SettingsStore().GetSetting(settingsOwner, section, key) == QLatin1String("1");
 }
 
 void AlarmSound::keepMutedInSettings(bool muted)
 {
-    SettingsStore().SaveSetting(application, section, key, QString::number(muted ? 1 : 0));
+    SettingsStore().SaveSetting(settingsOwner, section, key, QString::number(muted ? 1 : 0));
 }
 
 void AlarmSound::sound()

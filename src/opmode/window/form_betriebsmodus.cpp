@@ -38,7 +38,6 @@ namespace ktr {
 
 namespace {
 
-const QString storeName = QStringLiteral("KTR_Config");
 const QString storeSection = QStringLiteral("OperationalMode");
 const QString geometryKey = QStringLiteral("geometry");
 const QString splitterKey = QStringLiteral("splitter");
@@ -87,7 +86,7 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     resize(comfortableSize.boundedTo(screen()->availableSize() - frame));
     const SettingsStore store;
     const auto kept = [&store](const QString &key) {
-        return QByteArray::fromBase64(store.GetSetting(storeName, storeSection, key).toLatin1());
+        return QByteArray::fromBase64(store.GetSetting(settingsOwner, storeSection, key).toLatin1());
     };
     restoreGeometry(kept(geometryKey));
     m_splitter->restoreState(kept(splitterKey));
@@ -455,7 +454,7 @@ void Form_betriebsmodus::closeEvent(QCloseEvent *event)
         }
     }
     m_countTimer.stop();
-    SettingsStore().SaveSettings(storeName, storeSection,
+    SettingsStore().SaveSettings(settingsOwner, storeSection,
                                  {{geometryKey, QString::fromLatin1(saveGeometry().toBase64())},
                                   {splitterKey, QString::fromLatin1(m_splitter->saveState().toBase64())}});
     event->accept();
