@@ -46,10 +46,8 @@ LinkJob::LinkJob(const Arguments &arguments)
                              abandon(QStringLiteral("the line is lost: %1").arg(reason));
                          }
                      });
-    QObject::connect(&m_session, &ModuleSession::stalled, &m_session, [this] {
-        const QString known = m_knownReason ? m_knownReason() : QString();
-        abandon(known.isEmpty() ? m_session.stallReason() : known);
-    });
+    QObject::connect(&m_session, &ModuleSession::stalled, &m_session,
+                     [this] { abandon(m_session.stallReason()); });
     QObject::connect(&m_session, &ModuleSession::logged, &m_session, [this](const QString &line) {
         m_log.write(m_environment.now(), line);
         if (const Status status = m_log.status(); !status && !m_logComplained) {
@@ -120,6 +118,7 @@ int LinkJob::run()
 
 void LinkJob::finish(int code)
 {
+    m_session.setQuiet(true);
     if (!m_exitCode) {
         m_exitCode = code;
         QCoreApplication::exit(code);
@@ -137,6 +136,7 @@ void LinkJob::abandon(const QString &message)
 void LinkJob::finishWhenDrained(int code)
 {
     m_codeWhenDrained = code;
+    m_session.setQuiet(true); // a module that starts anew now is not caught by a program that leaves
     m_session.setTimeout(Milliseconds{0});
     m_session.whenDrained([this, code] { finish(code); });
 }

@@ -40,9 +40,7 @@ public:
     void abandon(const QString &message);
     /// What a complaint about an end before the end says of the job.
     void setState(std::function<QString()> state) { m_state = std::move(state); }
-    /// Why the job does not get on, where more is known than what was heard; else empty.
-    void setStallReason(std::function<QString()> reason) { m_knownReason = std::move(reason); }
-    /// Finishes once everything sent has left the machine.
+    /// Finishes once everything sent has left the machine. What the module says from now on is not answered.
     void finishWhenDrained(int code);
 
     ModuleSession &session() { return m_session; }
@@ -63,7 +61,6 @@ private:
     bool m_logComplained = false;
     Milliseconds m_timeout{0};
     std::function<QString()> m_state;
-    std::function<QString()> m_knownReason;
     std::optional<int> m_codeWhenDrained;
     std::optional<int> m_exitCode;
     Interruption m_interruption;

@@ -56,8 +56,8 @@ bool answers(const ModuleDialogue::Reply &reply, const QString &command)
 void describeTransmit(Arguments &arguments)
 {
     arguments.setSummary(
-        QStringLiteral("Transmits the configuration FILE: waits until the module starts its modem, then "
-                       "hands it the commands of steps 0 to 78."));
+        QStringLiteral("Transmits the configuration FILE: waits until the module starts its modem or reads a "
+                       "message, then hands it the commands of steps 0 to 78."));
     LinkJob::addOptions(arguments);
     arguments.addOption(
         {answerOption, QStringLiteral("The module is to answer each command; one that it does not answer is "
@@ -98,15 +98,8 @@ int transmit(const Arguments &arguments)
         arguments.isSet(answerOption) || (job.isEthernet() && !arguments.isSet(unconfirmedOption));
     Progress progress(steps::last);
     bool started = false;
-    bool readsInVain = false;
     job.setState([&] {
         return QStringLiteral("stopped at step %1").arg(started ? session.resumeStep() : *firstStep);
-    });
-    job.setStallReason([&] {
-        return readsInVain && !started
-                   ? QStringLiteral("the module reads its messages but does not start its modem "
-                                    "(at+cpin); switch it off and on")
-                   : QString();
     });
 
     const auto start = [&] {
@@ -116,8 +109,8 @@ int transmit(const Arguments &arguments)
         }
     };
     QObject::connect(&session, &ModuleSession::caught, &session, start);
-    QObject::connect(&session, &ModuleSession::nothingToRead, &session,
-                     [&] { readsInVain = readsInVain || !started; });
+    // It was caught before and has not left configuration mode: as long as it is answered, it reads on.
+    QObject::connect(&session, &ModuleSession::nothingToRead, &session, start);
     QObject::connect(&session, &ModuleSession::commandSent, &session,
                      [&](std::optional<int> step, const QString &command) {
                          progress.show(step.value_or(0), logText(command));

@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 #include <QPointer>
 
+#include <algorithm>
+
 namespace ktr {
 
 ModuleSession::ModuleSession(Transport &transport, Timers &timers, Environment environment, LineKind kind,
@@ -18,6 +20,7 @@ ModuleSession::ModuleSession(Transport &transport, Timers &timers, Environment e
       m_patience(timers.create()),
       m_settling(timers.create()),
       m_closing(timers.create()),
+      m_calling(timers.create()),
       m_dialogue(makeDialogue(kind))
 {
     if (kind == LineKind::Ethernet) {
@@ -55,10 +58,18 @@ Status ModuleSession::open(const QString &address)
 {
     close();
     Status opened = m_transport.open(address);
-    if (opened) {
-        perform(m_dialogue->connected());
+    if (opened && m_paced) {
+        call(shortestCall);
     }
     return opened;
+}
+
+/// The network may lose what a module is told at the beginning, and a module that was told nothing says
+/// nothing.
+void ModuleSession::call(Milliseconds pause)
+{
+    perform(m_dialogue->connected());
+    m_calling->start(pause, [this, pause] { call(std::min(2 * pause, longestCall)); });
 }
 
 void ModuleSession::close()
@@ -76,6 +87,8 @@ void ModuleSession::forgetLine()
     m_patience->stop();
     m_settling->stop();
     m_closing->stop();
+    m_calling->stop();
+    m_whenPerformed.clear();
     if (m_paced) {
         m_paced->clear();
     }
@@ -145,7 +158,9 @@ void ModuleSession::noteProgress()
 
 void ModuleSession::whenDrained(std::function<void()> drained)
 {
-    if (m_paced) {
+    if (m_isPerforming) {
+        m_whenPerformed.push_back(std::move(drained));
+    } else if (m_paced) {
         m_paced->whenSent([this, drained = std::move(drained)] { m_transport.whenDrained(drained); });
     } else {
         m_transport.whenDrained(std::move(drained));
@@ -154,6 +169,7 @@ void ModuleSession::whenDrained(std::function<void()> drained)
 
 void ModuleSession::receive(const QByteArray &bytes)
 {
+    m_calling->stop();
     m_heardBytes += bytes.size();
     const qint64 dropped = m_lines.dropped();
     const std::optional<QByteArray> line = m_lines.push(bytes);
@@ -216,11 +232,16 @@ void ModuleSession::followTransmission()
 
 void ModuleSession::perform(const std::vector<ModuleDialogue::Action> &actions)
 {
+    m_isPerforming = true;
     for (const ModuleDialogue::Action &action : actions) {
         perform(action);
     }
+    m_isPerforming = false;
     if (!m_output.isEmpty()) {
         m_transport.send(std::exchange(m_output, QByteArray()));
+    }
+    for (auto &drained : std::exchange(m_whenPerformed, {})) {
+        whenDrained(std::move(drained));
     }
 }
 

@@ -13,6 +13,7 @@
 #include <QString>
 
 #include <memory>
+#include <vector>
 
 namespace ktr {
 
@@ -36,6 +37,10 @@ public:
     /// A module that starts anew within this time after the closing command has taken it; one that it did not
     /// reach waits longer for an answer.
     static constexpr Milliseconds promptStart{2000};
+    /// A module behind Ethernet that was not heard yet is told again that the program is there: at first
+    /// after this time, then each time after twice as long, up to the longest.
+    static constexpr Milliseconds shortestCall{2000};
+    static constexpr Milliseconds longestCall{20'000};
 
     /// Transmits a configuration, which must outlive the transmission: the module gets a command each time
     /// it reads an SMS. `answer` asks it to answer each one; a step other than the first resumes one that
@@ -86,7 +91,7 @@ public:
     /// Why nothing got on, in the user's words.
     QString stallReason() const;
 
-    /// Calls back once everything sent so far has left the machine.
+    /// Calls back once everything sent so far, and what the line just heard leads to, has left the machine.
     void whenDrained(std::function<void()> drained);
 
 Q_SIGNALS:
@@ -116,6 +121,7 @@ private:
     void noteProgress();
     void followTransmission();
     void send(const QString &line);
+    void call(Milliseconds pause);
     void forgetLine();
     std::unique_ptr<ModuleDialogue> makeDialogue(LineKind kind);
     std::optional<StepCommand> nextCommand();
@@ -125,11 +131,14 @@ private:
     std::unique_ptr<OneShotTimer> m_patience;
     std::unique_ptr<OneShotTimer> m_settling;
     std::unique_ptr<OneShotTimer> m_closing; ///< the closing command was handed over
+    std::unique_ptr<OneShotTimer> m_calling; ///< nothing was heard yet on this connection
     Milliseconds m_timeout{0};
     qint64 m_heardBytes = 0; ///< since the last progress
     qint64 m_heardLines = 0;
     LineAssembler m_lines;
-    QByteArray m_output;                  ///< what one line leads to leaves a serial port in one piece
+    QByteArray m_output; ///< what one line leads to leaves a serial port in one piece
+    bool m_isPerforming = false;
+    std::vector<std::function<void()>> m_whenPerformed;
     std::unique_ptr<PacedSender> m_paced; ///< over Ethernet
     QByteArray m_lastLine;
     Transmission m_transmission;

@@ -13,7 +13,10 @@
 #include <QTimer>
 
 #include <csignal>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <termios.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using ktr::test::contentOf;
@@ -324,6 +327,56 @@ private Q_SLOTS:
         QVERIFY(module.terminate());
         const Result nobody = ktrcli(u"transmit @sample --timeout 1"_s + at);
         QCOMPARE(nobody.errors, "ktrcli: nothing was heard from the module for 1 s; stopped at step 0\n");
+    }
+
+    void aModuleThatIsSwitchedOnLaterIsReached()
+    {
+        const QString address = Module(words(u"simulate --ethernet 0"_s)).address();
+        for (const auto *job : {"transmit @sample --resume 77", "send V,\xA7"}) {
+            QFile::remove(path(u"late.txt"_s));
+            QProcess process;
+            process.start(QStringLiteral(KTRCLI),
+                          words(QString::fromLatin1(job) + u" --log @late.txt --ethernet "_s + address));
+            QTRY_VERIFY(contentOf(path(u"late.txt"_s)).contains("eth ----> config")); // nobody hears it
+            const Module late(words(u"simulate --ethernet "_s + address));
+            QVERIFY(process.waitForFinished(60000));
+            QVERIFY2(process.exitCode() == 0, process.readAllStandardError());
+        }
+    }
+
+    /// A module that starts anew behind the closing command is not caught, and one that still reads is not
+    /// waited for in vain.
+    void aProgramThatLeavesCatchesNoModule()
+    {
+        ktr::PseudoTerminal terminal;
+        QVERIFY(terminal.open());
+        const int port = ::open(terminal.slavePath().toLocal8Bit(), O_RDWR | O_NOCTTY);
+        QByteArray heard;
+        connect(&terminal, &ktr::PseudoTerminal::readyRead, &terminal, [&] { heard += terminal.readAll(); });
+        QTimer timer;
+        connect(&timer, &QTimer::timeout, &timer, [&] { terminal.write("at+cpas\r"); });
+        timer.start(20);
+        QProcess process;
+        process.start(
+            QStringLiteral(KTRCLI),
+            words(u"transmit @sample --resume 78 --log @leaving.txt --serial "_s + terminal.slavePath()));
+        const auto isLogged = [this](const char *text) {
+            return contentOf(path(u"leaving.txt"_s)).contains(text);
+        };
+        QTRY_VERIFY(heard.contains("at+cpas"));
+        timer.stop();
+        terminal.write("at+cmgr=1\r");
+        QTRY_VERIFY(heard.contains("at+cmgr"));
+        QCOMPARE(::tcflow(port, TCOOFF), 0); // as a line that is slow to carry what it was given
+        terminal.write("at+cmgr=1\r");
+        QTRY_VERIFY(isLogged("----> v,"));
+        terminal.write("at+cpin?\r");
+        QTRY_VERIFY(isLogged("<---- at+cpin?"));
+        QCOMPARE(::tcflow(port, TCOON), 0);
+        QTRY_VERIFY_WITH_TIMEOUT(process.state() == QProcess::NotRunning, 60000);
+        ::close(port);
+        QVERIFY2(process.exitCode() == 0, process.readAllStandardError());
+        QVERIFY(heard.contains("\r\nv,") && !heard.contains("config"));
     }
 
     void anAlarmIsNoAnswerToACommand()

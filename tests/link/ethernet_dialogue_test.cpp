@@ -201,6 +201,24 @@ private Q_SLOTS:
         QCOMPARE(sent.last(), "757 g");
     }
 
+    void aModuleIsCalledUntilItIsHeard()
+    {
+        test::SilentLine line;
+        test::ManualTimers timers;
+        ModuleSession session(line, timers, test::fixedEnvironment(), LineKind::Ethernet);
+        for (const bool isHeard : {true, false}) { // heard on one connection is not heard on the next
+            line.sent.clear();
+            QVERIFY(session.open(u"module"_s));
+            for (const auto &[second, calls] : {std::pair{1, 1}, {2, 2}, {6, 3}, {14, 4}, {30, 5}, {50, 6}}) {
+                timers.advance(std::chrono::seconds(second) - timers.now() % std::chrono::hours(1));
+                QCOMPARE(line.sent.count("config\r\n"), calls);
+            }
+            isHeard ? Q_EMIT line.received("+C") : session.close();
+            timers.advance(std::chrono::hours(1) - timers.now() % std::chrono::hours(1));
+            QCOMPARE(line.sent.count("config\r\n"), 6);
+        }
+    }
+
     void aSessionClaimsForWhatWaitsAndRepeatsWhatWasNotTaken()
     {
         test::SilentLine line;

@@ -258,11 +258,15 @@ private Q_SLOTS:
         QSignalSpy silent(&session, &ModuleSession::stalled);
         Configuration configuration;
         configuration.versionText = u"Käse"_s;
+        QByteArray drained; // what one line leads to is one piece, also where it is waited for
+        connect(&session, &ModuleSession::commandSent, &session,
+                [&] { session.whenDrained([&] { drained = line.sent; }); });
         session.startTransmission(configuration, false, 77);
         session.setTimeout(Milliseconds(60000));
         timers.advance(Milliseconds(59999));
         Q_EMIT line.received("at+cmgr=1\r");
         QCOMPARE(line.sent, "at+cmgr=1\r\n,\"+IP\"\r\nt,09,11,15,14,05,37,7\r\nOK\r\n");
+        QCOMPARE(drained, line.sent);
         line.sent.clear();
         timers.advance(Milliseconds(59999));
         QCOMPARE(transmitted.count() + silent.count(), 0);
