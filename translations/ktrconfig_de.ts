@@ -1101,10 +1101,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Gespeichert: %1</translation>
     </message>
     <message>
-        <source>Another KTRconfig is open and does not answer. It was not waited for. What is saved there and here into the same file replaces each other.</source>
-        <translation>Ein anderes KTRconfig ist offen und antwortet nicht. Es wurde nicht darauf gewartet. Was dort und hier in dieselbe Datei gespeichert wird, ersetzt sich gegenseitig.</translation>
-    </message>
-    <message>
         <source>Stop the transmission</source>
         <translation>Übertragung abbrechen</translation>
     </message>
@@ -1115,6 +1111,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Firmware is being sent to the module. Closing ends that: the module then has a part of it only and may not work until it gets all of it. Close nevertheless?</source>
+        <translation>Es wird Firmware an das Modul gesendet. Das Schließen beendet das: Das Modul hat dann nur einen Teil davon und arbeitet möglicherweise nicht, bis es sie ganz bekommt. Trotzdem schließen?</translation>
+    </message>
+    <message>
+        <source>A configuration is being transmitted. Closing ends that: the module then holds a part of it only. Close nevertheless?</source>
+        <translation>Es wird eine Konfiguration übertragen. Das Schließen beendet das: Das Modul enthält dann nur einen Teil davon. Trotzdem schließen?</translation>
     </message>
 </context>
 <context>
@@ -2119,6 +2123,26 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Do not wait, quit</source>
         <translation>Nicht warten, beenden</translation>
+    </message>
+    <message>
+        <source>The KTRconfig that is open already transmits a configuration. When it is ended, the module holds a part of it only.</source>
+        <translation>Das bereits geöffnete KTRconfig überträgt eine Konfiguration. Wird es beendet, enthält das Modul nur einen Teil davon.</translation>
+    </message>
+    <message>
+        <source>The KTRconfig that is open already sends firmware to a module. When it is ended, the module has a part of it only and may not work until it gets all of it.</source>
+        <translation>Das bereits geöffnete KTRconfig sendet Firmware an ein Modul. Wird es beendet, hat das Modul nur einen Teil davon und arbeitet möglicherweise nicht, bis es sie ganz bekommt.</translation>
+    </message>
+    <message>
+        <source>Another KTRconfig is open and does not answer. It was not waited for.</source>
+        <translation>Ein anderes KTRconfig ist geöffnet und antwortet nicht. Es wurde nicht darauf gewartet.</translation>
+    </message>
+    <message>
+        <source>Something stands in the place of an open KTRconfig and hangs up whenever it is asked. It was not waited for.</source>
+        <translation>An der Stelle eines geöffneten KTRconfig steht etwas, das bei jeder Frage auflegt. Es wurde nicht darauf gewartet.</translation>
+    </message>
+    <message>
+        <source>If one is open, what is saved there and here into the same file replaces each other.</source>
+        <translation>Ist eines geöffnet, ersetzt sich gegenseitig, was dort und hier in dieselbe Datei gespeichert wird.</translation>
     </message>
 </context>
 <context>

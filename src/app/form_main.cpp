@@ -76,7 +76,7 @@ FormMain::FormMain(const Services &services)
       m_history(m_document),
       m_context{m_document, m_history, m_texts},
       m_link(services.serial, services.ethernet, services.timers, services.environment, services.ports),
-      m_instance(services.timers, services.instanceName, [this] { return m_operationalMode.isOpen(); }),
+      m_instance(services.timers, services.instanceName, [this] { return works(); }),
       m_operationalMode(operationalServices(services), m_texts),
       m_takeOver(m_instance, m_texts, m_wait, services.environment.programFolder)
 {
@@ -194,12 +194,10 @@ void FormMain::connectInstances()
     connect(&m_takeOver, &TakeOver::titleWanted, this, &QWidget::setWindowTitle);
     connect(&m_takeOver, &TakeOver::told, this, &FormMain::tell);
     connect(&m_takeOver, &TakeOver::givenUp, this, &FormMain::exitWanted);
-    connect(&m_takeOver, &TakeOver::done, this, [this](bool otherIsSilent) {
+    connect(&m_takeOver, &TakeOver::done, this, [this](const QString &remark) {
         finishStart();
-        if (otherIsSilent) {
-            showMessage(
-                tr("Another KTRconfig is open and does not answer. It was not waited for. What is saved "
-                   "there and here into the same file replaces each other."));
+        if (!remark.isEmpty()) {
+            showMessage(remark);
         }
     });
     m_closeTimer.setSingleShot(true);
@@ -213,13 +211,24 @@ void FormMain::connectInstances()
     });
 }
 
+Works FormMain::works() const
+{
+    Works works;
+    works.setFlag(Work::Watching, m_operationalMode.isOpen());
+    works.setFlag(Work::Transmitting, m_link.isSending());
+    works.setFlag(Work::Uploading, m_link.isUploading());
+    return works;
+}
+
 /// A question that stands open is answered first: what it belongs to must not go away under it.
 void FormMain::closeForOther()
 {
     if (QApplication::activeModalWidget() != nullptr || m_files->dialogs().isBusy()) {
         m_closeTimer.start(closeAgain);
     } else {
+        m_isEndAgreed = true; // whoever asks for it has asked the user
         close();
+        m_isEndAgreed = false;
     }
 }
 
@@ -306,10 +315,31 @@ void FormMain::refuseClose(QEvent &event)
     tell(tr("A file dialog is still open; the window can be closed after it"));
 }
 
+/// What the module has then is worth a question; whoever wants none takes the menu's exit.
+bool FormMain::mayEndWork()
+{
+    const Works present = works();
+    QString question;
+    if (present.testFlag(Work::Uploading)) {
+        question = tr(
+            "Firmware is being sent to the module. Closing ends that: the module then has a part of it only "
+            "and may not work until it gets all of it. Close nevertheless?");
+    } else if (present.testFlag(Work::Transmitting)) {
+        question =
+            tr("A configuration is being transmitted. Closing ends that: the module then holds a part of it "
+               "only. Close nevertheless?");
+    }
+    return question.isEmpty() || Dialog::questionOfLoss(this, m_texts, question);
+}
+
 void FormMain::closeEvent(QCloseEvent *event)
 {
     if (m_files->dialogs().isBusy()) {
         refuseClose(*event);
+        return;
+    }
+    if (!m_isEndAgreed && !mayEndWork()) {
+        event->ignore();
         return;
     }
     for (QWidget *window : std::initializer_list<QWidget *>{m_preview, m_about, m_settings}) {

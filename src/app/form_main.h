@@ -80,7 +80,9 @@ private:
 
     void refuseClose(QEvent &event);
     void connectInstances();
+    Works works() const;
     void closeForOther();
+    bool mayEndWork();
     void comeToFront();
     void finishStart();
     bool applyCommandLine();
@@ -143,6 +145,7 @@ private:
     QPointer<frmSettings> m_settings;
     QPointer<QMessageBox> m_overwriting; ///< offers to stop a transmission
     bool m_firstShow = true;
+    bool m_isEndAgreed = false; ///< to what is being sent
 };
 
 } // namespace ktr

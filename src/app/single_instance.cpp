@@ -10,6 +10,8 @@
 #include <QLocalSocket>
 #include <QLockFile>
 
+#include <algorithm>
+
 namespace ktr {
 
 namespace {
@@ -18,10 +20,13 @@ constexpr int connectMs = 200;
 constexpr int lockMs = 1000;
 constexpr Milliseconds pingEvery = std::chrono::seconds(1);
 
-// A line each; the answer to the first is one of the two that follow, a blank and the process's number.
+// A line each; the answer to the first is one of the two that follow, the process's number, and what else it
+// does, with blanks between them.
 constexpr char stateQuestion[] = "state\n";
 constexpr char editing[] = "editing";
 constexpr char watching[] = "watching";
+constexpr char transmitting[] = "transmitting";
+constexpr char uploading[] = "uploading";
 constexpr char closeRequest[] = "close\n";
 constexpr char frontRequest[] = "front\n";
 constexpr qint64 longestLine = 64;
@@ -35,10 +40,10 @@ QString nameForUser()
 
 } // namespace
 
-SingleInstance::SingleInstance(Timers &timers, QString name, std::function<bool()> watches, QObject *parent)
+SingleInstance::SingleInstance(Timers &timers, QString name, std::function<Works()> works, QObject *parent)
     : QObject(parent),
       m_name(name.isEmpty() ? nameForUser() : std::move(name)),
-      m_watches(std::move(watches)),
+      m_works(std::move(works)),
       m_server(new QLocalServer(this)),
       m_ping(timers.create()),
       m_silence(timers.create())
@@ -59,42 +64,44 @@ bool SingleInstance::claim()
     if (m_name.isEmpty() || isClaimed()) {
         return true;
     }
-    // Two that start together must not both find nobody. Listening would take the name from a living
-    // instance, too, so it is looked for first.
+    // Two that start together must not both find nobody.
     QLockFile lock(QDir(QDir::tempPath()).absoluteFilePath(m_name) + QLatin1String(".lock"));
     // Whoever holds it for longer hangs; to start is better than to wait for that.
     [[maybe_unused]] const bool isAlone = lock.tryLock(lockMs);
     if (findOther()) {
         return false;
     }
-    listen();
+    m_server->listen(newSocketName(m_name));
     return true;
 }
 
-void SingleInstance::claimFromSilent()
+void SingleInstance::passOver()
 {
-    if (!m_name.isEmpty()) {
-        listen();
-    }
-}
-
-void SingleInstance::listen()
-{
-    QLocalServer::removeServer(m_name); // left by one that crashed
-    m_server->listen(m_name);
+    m_passedOver += m_otherName;
 }
 
 // Towards the other instance
 
 bool SingleInstance::findOther()
 {
+    const QStringList names = socketNames(m_name);
+    return std::ranges::any_of(
+        names, [this](const QString &name) { return !m_passedOver.contains(name) && connectTo(name); });
+}
+
+bool SingleInstance::connectTo(const QString &name)
+{
     auto other = std::make_unique<QLocalSocket>();
-    other->connectToServer(m_name);
+    other->connectToServer(name);
     if (!other->waitForConnected(connectMs)) {
+        if (other->error() == QLocalSocket::ConnectionRefusedError) {
+            QLocalServer::removeServer(name); // left by one that crashed
+        }
         return false;
     }
     m_other = std::move(other);
-    m_hasAnswered = false;
+    m_otherName = name;
+    m_otherWorks.reset();
     // A call that is still queued when its socket is gone is not about the next one.
     const auto ofThis = [this, socket = m_other.get()](void (SingleInstance::*handle)()) {
         return [this, socket, handle] {
@@ -116,8 +123,7 @@ void SingleInstance::askWhatOtherDoes()
         return;
     }
     if (m_other->state() != QLocalSocket::ConnectedState) { // ended before anybody listened for it
-        forgetOther();
-        QMetaObject::invokeMethod(this, &SingleInstance::otherEnded, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &SingleInstance::lost, Qt::QueuedConnection);
         return;
     }
     waitForSign();
@@ -154,9 +160,15 @@ void SingleInstance::heard()
             continue;
         }
         waitForSign();
-        if (!std::exchange(m_hasAnswered, true)) {
+        Works works;
+        works.setFlag(Work::Watching, watches);
+        works.setFlag(Work::Transmitting, words.contains(transmitting));
+        works.setFlag(Work::Uploading, words.contains(uploading));
+        if (!m_otherWorks) {
             allowToFront(words.value(1).toLongLong());
-            Q_EMIT otherAnswered(watches);
+        }
+        if (std::exchange(m_otherWorks, works) != works) {
+            Q_EMIT otherAnswered(works);
         }
     }
 }
@@ -164,6 +176,10 @@ void SingleInstance::heard()
 void SingleInstance::lost()
 {
     forgetOther();
+    if (++m_ends[m_otherName] >= mostEnds) {
+        m_metStranger = true;
+        passOver();
+    }
     Q_EMIT otherEnded();
 }
 
@@ -199,8 +215,12 @@ void SingleInstance::answer(QLocalSocket *asker)
     while (asker->canReadLine()) {
         const QByteArray line = asker->readLine(longestLine);
         if (line == stateQuestion) {
-            asker->write(QByteArray(m_watches() ? watching : editing) + ' ' +
-                         QByteArray::number(QCoreApplication::applicationPid()) + '\n');
+            const Works works = m_works();
+            asker->write(
+                QByteArray(works.testFlag(Work::Watching) ? watching : editing) + ' ' +
+                QByteArray::number(QCoreApplication::applicationPid()) +
+                (works.testFlag(Work::Transmitting) ? QByteArray(" ") + transmitting : QByteArray()) +
+                (works.testFlag(Work::Uploading) ? QByteArray(" ") + uploading : QByteArray()) + '\n');
         } else if (line == closeRequest) {
             QMetaObject::invokeMethod(this, &SingleInstance::closeRequested, Qt::QueuedConnection);
         } else if (line == frontRequest) {

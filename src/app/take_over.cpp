@@ -14,6 +14,27 @@ namespace {
 constexpr Milliseconds otherEnds{1000};
 constexpr int noteMargin = 60; // with room for what the window manager puts around it
 
+QString whatEndingCosts(Works works)
+{
+    QStringList costs;
+    if (works.testFlag(Work::Watching)) {
+        costs += TakeOver::tr("The KTRconfig that is open already watches stations in its operational mode. "
+                              "When it is ended, nobody "
+                              "is told of their alarms until the operational mode is opened again.");
+    }
+    if (works.testFlag(Work::Transmitting)) {
+        costs +=
+            TakeOver::tr("The KTRconfig that is open already transmits a configuration. When it is ended, "
+                         "the module holds a part of it only.");
+    }
+    if (works.testFlag(Work::Uploading)) {
+        costs +=
+            TakeOver::tr("The KTRconfig that is open already sends firmware to a module. When it is ended, "
+                         "the module has a part of it only and may not work until it gets all of it.");
+    }
+    return costs.join(QLatin1String("\n\n"));
+}
+
 QMessageBox *createBox(QMessageBox::Icon kind, const char *name, const QString &text)
 {
     auto *box = new QMessageBox(kind, QString(programName), text);
@@ -59,19 +80,22 @@ void TakeOver::begin()
     m_wait.start(otherEnds);
 }
 
-void TakeOver::decide(bool otherWatches)
+void TakeOver::decide(Works otherWorks)
 {
-    if (!otherWatches) {
+    if (m_phase == Phase::Deciding && otherWorks && m_question != nullptr) {
+        m_question->setText(whatEndingCosts(otherWorks));
+    }
+    if (m_phase != Phase::Asking) {
+        return;
+    }
+    if (!otherWorks) {
         endOther();
         return;
     }
     m_phase = Phase::Deciding;
     m_wait.stop();
     delete m_note;
-    m_question = createBox(QMessageBox::Warning, "box_otherWatches",
-                           tr("The KTRconfig that is open already watches stations in its operational mode. "
-                              "When it is ended, nobody "
-                              "is told of their alarms until the operational mode is opened again."));
+    m_question = createBox(QMessageBox::Warning, "box_otherWorks", whatEndingCosts(otherWorks));
     QAbstractButton *end = m_question->addButton(tr("End it and start here"), QMessageBox::AcceptRole);
     QPushButton *leave = m_question->addButton(tr("Leave it running"), QMessageBox::RejectRole);
     m_question->setDefaultButton(leave);
@@ -150,12 +174,26 @@ void TakeOver::finish(bool otherIsSilent)
         }
     }
     if (otherIsSilent) {
-        m_instance.claimFromSilent();
-    } else if (!m_instance.claim()) { // others waited, too, and one of them was faster
+        m_metSilent = true;
+        m_instance.passOver();
+    }
+    if (!m_instance.claim()) { // there is one more, or others waited, too, and one of them was faster
         begin();
         return;
     }
-    Q_EMIT done(otherIsSilent);
+    QStringList remarks;
+    if (m_metSilent) {
+        remarks += tr("Another KTRconfig is open and does not answer. It was not waited for.");
+    }
+    if (m_instance.metStranger()) {
+        remarks +=
+            tr("Something stands in the place of an open KTRconfig and hangs up whenever it is asked. It was "
+               "not waited for.");
+    }
+    if (!remarks.isEmpty()) {
+        remarks += tr("If one is open, what is saved there and here into the same file replaces each other.");
+    }
+    Q_EMIT done(remarks.join(u' '));
 }
 
 } // namespace ktr

@@ -10,8 +10,8 @@
 namespace ktr {
 
 /// A start while another instance runs: the other one is ended, after a question where it watches stations,
-/// and this one waits for its end, since what the other one still saves is to be read here. A second passes
-/// in any case.
+/// transmits or sends firmware, and this one waits for its end, since what the other one still saves is to be
+/// read here. A second passes in any case.
 class TakeOver : public QObject
 {
     Q_OBJECT
@@ -30,8 +30,9 @@ Q_SIGNALS:
     void titleWanted(const QString &title);
     /// A line for the status bar.
     void told(const QString &line);
-    /// The other instance has ended, or does not answer; the start goes on.
-    void done(bool otherIsSilent);
+    /// The other instance has ended, or was passed over for the reason that the remark tells; the start goes
+    /// on.
+    void done(const QString &remark);
     /// The user leaves the other instance running: this one is to end.
     void givenUp();
 
@@ -43,7 +44,7 @@ private:
         Waiting,  ///< until it has ended
     };
 
-    void decide(bool otherWatches);
+    void decide(ktr::Works otherWorks);
     void endOther();
     void waited();
     void showNote();
@@ -56,6 +57,7 @@ private:
     QString m_programFolder;
     Phase m_phase = Phase::Asking;
     bool m_otherHasEnded = false;
+    bool m_metSilent = false;
     QPointer<QMessageBox> m_question;
     QPointer<QMessageBox> m_note;
 };

@@ -64,6 +64,10 @@ public:
     void setAnswer(bool answer) { m_transmitter->setAnswer(answer); }
     bool isTransmitting() const { return step() != steps::idle; }
     int step() const { return m_path->session.step(); }
+    /// Commands of a transmission have left the machine, and not all of them.
+    bool isSending() const { return m_isLastLeaving || (isTransmitting() && report().sent > 0); }
+    /// Firmware goes to the module, or is about to.
+    bool isUploading() const { return m_path->programming.isRunning(); }
     /// Ends it before its next step.
     void cancelTransmission() { endTransmission(); }
 

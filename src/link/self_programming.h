@@ -20,6 +20,9 @@ public:
     SelfProgramming(ModuleSession &session, Transport &line, Timers &timers, UploadPace pace,
                     std::function<QString()> file, QObject *parent = nullptr);
 
+    /// From the announcement of an image to its end.
+    bool isRunning() const { return m_delay->isRunning() || m_isDraining || m_upload.isRunning(); }
+
     /// Nothing more is sent; the module itself decides what it makes of what it got.
     void cancel();
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace ktr {
 
@@ -8,6 +9,12 @@ namespace ktr {
 /// files, it leads into a folder that no other user can enter, so that nobody else can stand there; empty
 /// when there is no such folder.
 QString privateSocketName(const QString &name);
+
+/// Several programs meet under a name. Where sockets are files each of them has one of its own, so that none
+/// can take away another's: newSocketName() is a name for one more, and socketNames() are those that are
+/// there, the ones that killed programs left included.
+QString newSocketName(const QString &name);
+QStringList socketNames(const QString &name);
 
 /// Lets another process bring its window to the front, where the system would refuse that to a program that
 /// the user is not working with.

@@ -2,6 +2,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
 #include <QStandardPaths>
 
 #include <sys/stat.h>
@@ -38,6 +40,26 @@ QString privateSocketName(const QString &name)
 {
     const QString folder = privateFolder();
     return folder.isEmpty() ? QString() : QString(folder + u'/' + name);
+}
+
+QString newSocketName(const QString &name)
+{
+    return name + u'-' + QString::number(QRandomGenerator::system()->generate(), 16);
+}
+
+/// Also what listens under the name itself.
+QStringList socketNames(const QString &name)
+{
+    const QFileInfo meeting(QDir(QDir::tempPath()), name);
+    QStringList names;
+    for (const QString &file :
+         meeting.dir().entryList({meeting.fileName() + QLatin1String("-*")}, QDir::System)) {
+        names += meeting.dir().filePath(file);
+    }
+    if (meeting.exists()) {
+        names += meeting.filePath();
+    }
+    return names;
 }
 
 void allowToFront(qint64) {} // the window manager's business here

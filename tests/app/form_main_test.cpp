@@ -211,9 +211,52 @@ private Q_SLOTS:
         QCOMPARE(stationIn(file), "before");
     }
 
+    void closingAsksBeforeItCutsOffWhatIsSent_data()
+    {
+        QTest::addColumn<bool>("firmware");
+        QTest::newRow("a configuration") << false;
+        QTest::newRow("firmware") << true;
+    }
+    void closingAsksBeforeItCutsOffWhatIsSent()
+    {
+        QFETCH(bool, firmware);
+        m_ports = {"COM1"};
+        start({});
+        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::Test));
+        if (firmware) { // the image goes out a second later
+            typeOver(field("txt_test_send"), "§88");
+            QTest::mouseClick(control<QPushButton>(*m_window, "cmd_test_send"), Qt::LeftButton);
+        } else {
+            Q_EMIT m_line->received("at+cpin?\r");
+            QTest::keyClick(m_window.get(), Qt::Key_F5);
+            Q_EMIT m_line->received("at+cmgr=1\r");
+        }
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        const QSignalSpy closed(m_window.get(), &FormMain::closed);
+        for (const bool agreed : {false, true}) {
+            QTRY_VERIFY(QApplication::activeModalWidget() == nullptr);
+            QString asked;
+            QTimer::singleShot(0, this, [&] {
+                QWidget *box = QApplication::activeModalWidget();
+                asked = box->findChild<QLabel *>("Label_msg")->text();
+                agreed ? control<QPushButton>(*box, "OKButton")->click()
+                       : QTest::keyClick(box, Qt::Key_Return);
+            });
+            clickMenu("mnu_close");
+            QVERIFY2(asked.contains(firmware ? "Firmware is being sent" : "is being transmitted"),
+                     qPrintable(asked));
+            QVERIFY(m_line->isOpen() != agreed && m_window->isVisible() != agreed);
+            QCOMPARE(closed.size(), agreed ? 1 : 0);
+        }
+    }
+
     void exitAsksNothing()
     {
+        m_ports = {"COM1"};
         start({});
+        Q_EMIT m_line->received("at+cpin?\r");
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        Q_EMIT m_line->received("at+cmgr=1\r");
         typeOver(field("txt_gsm_id"), "lost");
         const QSignalSpy exit(m_window.get(), &FormMain::exitWanted);
         clickMenu("nmu_Exit");

@@ -11,6 +11,9 @@
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
+#include <QLineEdit>
+#include <QLocalServer>
+#include <QLocalSocket>
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
@@ -30,13 +33,15 @@ namespace {
 class User : public QObject
 {
 public:
-    explicit User(FormMain &window) : m_window(window)
+    User(FormMain &window, Transport &serial) : m_window(window), m_serial(serial)
     {
         qApp->installEventFilter(this);
         connect(&m_input, &QSocketNotifier::activated, this, [this] {
             std::string line;
             if (std::getline(std::cin, line)) {
-                act(QString::fromStdString(line));
+                for (const QString &action : QString::fromStdString(line).split("; ")) {
+                    act(action);
+                }
             } else {
                 m_input.setEnabled(false);
             }
@@ -67,6 +72,12 @@ private:
         if (word == u"edit") {
             m_window.document().edit(
                 [&](Configuration &configuration) { configuration.gsm.stationId = rest; });
+        } else if (word == u"module") {
+            Q_EMIT m_serial.received(rest.toLatin1() + '\r');
+        } else if (word == u"send") {
+            m_window.tabs().setCurrentIndex(static_cast<int>(PageIndex::Test));
+            m_window.findChild<QLineEdit *>("txt_test_send")->setText(rest);
+            m_window.findChild<QPushButton *>("cmd_test_send")->click();
         } else if (word == u"menu") {
             m_window.findChild<QAction *>(rest)->trigger(); // comes back when a question is answered
         } else {
@@ -85,6 +96,7 @@ private:
     }
 
     FormMain &m_window;
+    Transport &m_serial;
     QSocketNotifier m_input{0, QSocketNotifier::Read};
 };
 
@@ -110,6 +122,12 @@ public:
     }
 };
 
+/// Firmware takes long.
+class SlowLine : public SilentLine
+{
+    void whenDrained(std::function<void()>) override {}
+};
+
 int runInstance(int argc, char **argv)
 {
     QApplication application(argc, argv);
@@ -120,14 +138,14 @@ int runInstance(int argc, char **argv)
     EventLoopTimers timers;
     HurriedTimers hurried;
     const bool isHurried = arguments.removeAll("hurried") > 0;
-    SilentLine serial;
+    SlowLine serial;
     SilentLine ethernet;
     Environment environment = fixedEnvironment();
     environment.programFolder = folder;
     FormMain window({environment, isHurried ? static_cast<Timers &>(hurried) : timers, serial, ethernet,
-                     [] { return QStringList(); }, folder + "/instance",
+                     [] { return QStringList("COM1"); }, folder + "/instance",
                      [] { return std::make_unique<RecordedLine>(); }});
-    const User user(window);
+    const User user(window, serial);
     const auto end = [] { QCoreApplication::exit(0); };
     QObject::connect(&window, &FormMain::closed, &application, end, Qt::QueuedConnection);
     QObject::connect(&window, &FormMain::exitWanted, &application, end);
@@ -179,6 +197,7 @@ public:
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
     void does(const QByteArray &what) { m_process.write(what + '\n'); }
     void stop() const { ::kill(static_cast<pid_t>(m_process.processId()), SIGSTOP); }
+    void goOn() const { ::kill(static_cast<pid_t>(m_process.processId()), SIGCONT); }
 
 private:
     static constexpr int patience = 60'000;
@@ -242,19 +261,32 @@ private Q_SLOTS:
         QVERIFY(first.ends());
     }
 
-    void watchingIsEndedWithTheUsersConsentOnly()
+    void whatMustNotBeCutOffIsEndedWithTheUsersConsentOnly_data()
     {
+        QTest::addColumn<QByteArray>("work");
+        QTest::addColumn<QString>("question");
+        QTest::newRow("watching") << QByteArray("menu mnu_betriebsmodus") << "watches stations";
+        QTest::newRow("transmitting")
+            << QByteArray("module at+cpin?; menu mnu_doConfig; module at+cmgr=1; module at+cmgr=1")
+            << "transmits a configuration";
+        QTest::newRow("firmware") << QByteArray("send §88; module at+cmgr=1") << "sends firmware";
+    }
+    void whatMustNotBeCutOffIsEndedWithTheUsersConsentOnly()
+    {
+        QFETCH(QByteArray, work);
+        QFETCH(QString, question);
+        question.prepend("asks The KTRconfig that is open already ");
         Instance first(arguments());
         QVERIFY(first.tells("shown"));
-        first.does("menu mnu_betriebsmodus");
+        first.does(work);
         {
             Instance second(arguments());
-            QVERIFY(second.tells("asks The KTRconfig that is open already watches stations"));
+            QVERIFY(second.tells(question));
             second.does("enter");
             QVERIFY(second.ends());
         }
         Instance third(arguments());
-        QVERIFY(third.tells("asks The KTRconfig that is open already watches stations"));
+        QVERIFY(third.tells(question));
         QVERIFY(first.isRunning());
         third.does("press End it and start here");
         QVERIFY(first.ends());
@@ -286,6 +318,31 @@ private Q_SLOTS:
         Instance second(arguments() << "hurried");
         QVERIFY(second.tells("shown before"));
         QVERIFY(second.tells("asks Another KTRconfig is open and does not answer"));
+        first.goOn();
+        Instance third(arguments());
+        QVERIFY(third.tells("shown before"));
+        QVERIFY(first.ends() && second.ends());
+    }
+
+    void whatOnlyHangsUpKeepsNobodyFromStarting_data()
+    {
+        QTest::addColumn<QByteArray>("says");
+        QTest::newRow("at once") << QByteArray();
+        QTest::newRow("after an answer") << QByteArray("editing 1\n");
+    }
+    void whatOnlyHangsUpKeepsNobodyFromStarting()
+    {
+        QFETCH(QByteArray, says);
+        QLocalServer stranger;
+        QVERIFY(stranger.listen(path("instance")));
+        connect(&stranger, &QLocalServer::newConnection, this, [&] {
+            QLocalSocket *asker = stranger.nextPendingConnection();
+            asker->write(says);
+            asker->disconnectFromServer();
+        });
+        Instance next(arguments());
+        QVERIFY(next.tells("shown before"));
+        QVERIFY(next.tells("asks Something stands in the place of an open KTRconfig"));
     }
 
     void whatNeedsNoWindowIsAnsweredOnTheTerminal()

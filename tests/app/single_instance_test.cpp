@@ -23,7 +23,8 @@ private Q_SLOTS:
 
     void theOtherTellsWhatItDoesAndKeepsItsNameUntilItEnds()
     {
-        auto first = std::make_unique<SingleInstance>(m_timers, m_name, [] { return true; });
+        Works works = Work::Watching;
+        auto first = std::make_unique<SingleInstance>(m_timers, m_name, [&works] { return works; });
         QVERIFY(first->claim() && first->isClaimed());
         QVERIFY(first->claim()); // it is the one itself
         SingleInstance second(m_timers, m_name);
@@ -31,7 +32,11 @@ private Q_SLOTS:
         QSignalSpy answered(&second, &SingleInstance::otherAnswered);
         second.askWhatOtherDoes();
         QTRY_COMPARE(answered.count(), 1);
-        QCOMPARE(answered.front().front().toBool(), true);
+        QCOMPARE(answered.front().front().value<Works>(), Work::Watching);
+        works = Work::Transmitting | Work::Uploading;
+        m_timers.advance(std::chrono::seconds(1));
+        QTRY_COMPARE(answered.count(), 2);
+        QCOMPARE(answered.back().front().value<Works>(), Work::Transmitting | Work::Uploading);
 
         const QSignalSpy ended(&second, &SingleInstance::otherEnded);
         // What is asked of it may open a question, which must not stand inside the socket's own call.
@@ -40,7 +45,7 @@ private Q_SLOTS:
         QTRY_COMPARE(ended.count(), 1);
         QVERIFY(first == nullptr && second.claim() && second.isClaimed());
         m_timers.advance(SingleInstance::longestSilence);
-        QCOMPARE(answered.count(), 1);
+        QCOMPARE(answered.count(), 2);
     }
 
     void whoDoesNotAnswerIsNotWaitedForLong_data()
@@ -67,8 +72,28 @@ private Q_SLOTS:
         QCOMPARE(answered.count() + silent.count(), 0);
         m_timers.advance(Milliseconds(1));
         QCOMPARE(silent.count(), 1);
-        next.claimFromSilent();
-        QVERIFY(next.isClaimed());
+        next.passOver();
+        QVERIFY(next.claim() && next.isClaimed() && !next.metStranger());
+        QVERIFY(!SingleInstance(m_timers, m_name).claim()); // a third finds one of the two
+    }
+
+    void theOneThatWasPassedOverIsFoundAgainAndTakesNobodysPlace()
+    {
+        auto first = std::make_unique<SingleInstance>(m_timers, m_name);
+        QVERIFY(first->claim());
+        SingleInstance second(m_timers, m_name);
+        QVERIFY(!second.claim());
+        second.passOver();
+        QVERIFY(second.claim());
+        for (int others = 2; others > 0; --others) {
+            SingleInstance third(m_timers, m_name);
+            for (int met = 0; met < others; ++met) {
+                QVERIFY(!third.claim());
+                third.passOver();
+            }
+            QVERIFY(third.claim());
+            first.reset();
+        }
     }
 
     void theNameIsOutOfReachOfOthers()
