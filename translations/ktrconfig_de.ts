@@ -2275,6 +2275,18 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Sets up and watches telemetry and alarm modules.</source>
         <translation>Konfiguriert und überwacht Telemetrie- und Alarmmodule.</translation>
     </message>
+    <message>
+        <source>Works of others in it, and their licences:</source>
+        <translation>Werke anderer darin und ihre Lizenzen:</translation>
+    </message>
+    <message>
+        <source>The GPL asks of those who pass KTRconfig on that its source code, too, is to be had from them.</source>
+        <translation>Die GPL verlangt von denen, die KTRconfig weitergeben, dass auch sein Quelltext bei ihnen zu haben ist.</translation>
+    </message>
+    <message>
+        <source>The package for Windows holds %1 as well.</source>
+        <translation>Das Paket für Windows enthält außerdem %1.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::frmSettings</name>

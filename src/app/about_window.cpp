@@ -1,11 +1,13 @@
 #include "app/about_window.h"
 
+#include "app/third_parties.h"
 #include "lang/text_table.h"
 #include "look/program_name.h"
 #include "platform/helper_program.h"
 #include "platform/registry.h"
 
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QMessageBox>
@@ -45,6 +47,34 @@ QString systemInformationProgram()
     return folder.isEmpty() ? QString() : QString(folder + QLatin1String("\\MSINFO32.EXE"));
 }
 
+QString namesOf(ThirdParty::Where where)
+{
+    QStringList names;
+    for (const ThirdParty &party : thirdParties()) {
+        if (party.where == where) {
+            names += party.name;
+        }
+    }
+    return names.join(QLatin1String(", "));
+}
+
+/// What is in the program, and under which licence.
+QGridLayout *thirdPartyTable(QWidget *parent)
+{
+    auto *const table = new QGridLayout;
+    table->setHorizontalSpacing(20);
+    table->setVerticalSpacing(2);
+    table->setColumnStretch(1, 1);
+    for (const ThirdParty &party : thirdParties()) {
+        if (party.where == ThirdParty::Where::Program) {
+            const int row = table->rowCount();
+            table->addWidget(new QLabel(party.name, parent), row, 0);
+            table->addWidget(new QLabel(party.licence, parent), row, 1);
+        }
+    }
+    return table;
+}
+
 } // namespace
 
 frmAbout::frmAbout(const TextTable &texts, QWidget *parent)
@@ -54,6 +84,8 @@ frmAbout::frmAbout(const TextTable &texts, QWidget *parent)
       m_title(new QLabel(programName, this)),
       m_version(new QLabel(this)),
       m_purpose(new QLabel(this)),
+      m_others(new QLabel(this)),
+      m_passingOn(new QLabel(this)),
       m_systemInformation(new QPushButton(this)),
       m_ok(new QPushButton(this))
 {
@@ -62,6 +94,8 @@ frmAbout::frmAbout(const TextTable &texts, QWidget *parent)
     m_title->setObjectName(QLatin1String("lblTitle"));
     m_version->setObjectName(QLatin1String("lblVersion"));
     m_purpose->setObjectName(QLatin1String("lblPurpose"));
+    m_others->setObjectName(QLatin1String("lblThirdParties"));
+    m_passingOn->setObjectName(QLatin1String("lblPassingOn"));
     m_systemInformation->setObjectName(QLatin1String("cmdSysInfo"));
     m_ok->setObjectName(QLatin1String("cmdOK"));
 
@@ -70,8 +104,10 @@ frmAbout::frmAbout(const TextTable &texts, QWidget *parent)
     large.setBold(true);
     m_title->setFont(large);
     m_version->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    m_purpose->setWordWrap(true);
-    m_purpose->setMinimumWidth(m_purpose->fontMetrics().averageCharWidth() * 42);
+    for (QLabel *const text : {m_purpose, m_passingOn}) {
+        text->setWordWrap(true);
+        text->setMinimumWidth(text->fontMetrics().averageCharWidth() * 56);
+    }
     m_icon->setPixmap(windowIcon().pixmap(iconSize));
     connect(this, &QWidget::windowIconChanged, this,
             [this](const QIcon &icon) { m_icon->setPixmap(icon.pixmap(iconSize)); });
@@ -83,6 +119,11 @@ frmAbout::frmAbout(const TextTable &texts, QWidget *parent)
     lines->addWidget(m_version);
     lines->addSpacing(6);
     lines->addWidget(m_purpose);
+    lines->addSpacing(12);
+    lines->addWidget(m_others);
+    lines->addLayout(thirdPartyTable(this));
+    lines->addSpacing(6);
+    lines->addWidget(m_passingOn);
     auto *const head = new QHBoxLayout;
     head->setSpacing(20);
     head->addWidget(m_icon, 0, Qt::AlignTop);
@@ -111,6 +152,11 @@ void frmAbout::applyTexts()
     m_systemInformation->setText(m_texts.text(Text::SystemInformation));
     m_ok->setText(m_texts.text(Text::Ok));
     m_purpose->setText(tr("Sets up and watches telemetry and alarm modules."));
+    m_others->setText(tr("Works of others in it, and their licences:"));
+    m_passingOn->setText(
+        tr("The GPL asks of those who pass KTRconfig on that its source code, too, is to be had from them.") +
+        u' ' +
+        tr("The package for Windows holds %1 as well.").arg(namesOf(ThirdParty::Where::WindowsPackage)));
 }
 
 void frmAbout::showSystemInformation()

@@ -9,7 +9,8 @@ namespace ktr {
 
 class TextTable;
 
-/// The about window: the program's name and version, and a way to the system's own information program.
+/// The about window: the program's name and version, whose works are in it, and a way to the system's own
+/// information program.
 class frmAbout : public QDialog
 {
     Q_OBJECT
@@ -29,6 +30,8 @@ private:
     QLabel *m_title;
     QLabel *m_version;
     QLabel *m_purpose;
+    QLabel *m_others;    ///< above the table of works of others
+    QLabel *m_passingOn; ///< below it: what their licences ask of those who pass the program on
     QPushButton *m_systemInformation;
     QPushButton *m_ok;
 };

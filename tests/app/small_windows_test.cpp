@@ -3,6 +3,7 @@
 #include "app/preview_window.h"
 #include "app/printing.h"
 #include "app/settings_window.h"
+#include "app/third_parties.h"
 #include "config/fields.h"
 #include "lang/text_table.h"
 #include "look/message_dialog.h"
@@ -264,6 +265,33 @@ private Q_SLOTS:
         box->close();
         press(&about, "cmdOK"_L1);
         QVERIFY(!about.isVisible());
+    }
+
+    void theAboutWindowAndTheDocumentNameTheWorksOfOthers()
+    {
+        const frmAbout about(m_texts);
+        QStringList shown;
+        for (const QLabel *label : about.findChildren<QLabel *>()) {
+            shown += label->text();
+        }
+        QFile document(QStringLiteral(KTR_SOURCE_DIR "/docs/third-party.md"));
+        QVERIFY(document.open(QIODevice::ReadOnly));
+        static const QRegularExpression row(u"^\\| ([^|]*) \\| ([^|]*) \\|"_s,
+                                            QRegularExpression::MultilineOption);
+        QStringList documented;
+        for (const auto &match : row.globalMatch(QString::fromUtf8(document.readAll()))) {
+            documented += match.captured(1) + u": "_s + match.captured(2);
+        }
+        documented.removeAll(u"work: licence"_s);
+        QStringList listed;
+        for (const ThirdParty &party : thirdParties()) {
+            listed += party.name + u": "_s + party.licence;
+            const bool inProgram = party.where == ThirdParty::Where::Program;
+            const bool told = inProgram ? shown.contains(party.name) && shown.contains(party.licence)
+                                        : shown.join(u'\n').contains(party.name);
+            QCOMPARE(told, party.where != ThirdParty::Where::Development);
+        }
+        QCOMPARE(documented, listed);
     }
 
     void theSettingsWindowKeepsTheLanguageAndAppliesIt()
