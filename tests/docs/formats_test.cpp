@@ -1,0 +1,265 @@
+#include "config/configuration_file.h"
+#include "config/fields.h"
+#include "link/conversation_log.h"
+#include "link/history_export.h"
+#include "opmode/checksum.h"
+#include "opmode/nodes_export.h"
+#include "opmode/nodes_file.h"
+#include "opmode/nodes_journal.h"
+#include "opmode/notification_times.h"
+#include "opmode/station.h"
+#include "opmode/station_list.h"
+#include "platform/file_lock.h"
+#include "platform/profile_file.h"
+#include "platform/registry.h"
+#include "platform/settings_store.h"
+#include "platform/text_rules.h"
+#include "simulator/replay.h"
+#include "support/environment.h"
+#include "support/manual_timers.h"
+#include "support/recorded_line.h"
+#include "support/test_files.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ktr;
+using namespace ktr::test;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QDateTime now(QDate(2026, 11, 15), QTime(14, 5, 35), Qt::UTC);
+
+/// The excerpts of docs/formats.md by their names: "as it is", as hexadecimal bytes, or with escapes.
+QMap<QString, QByteArray> excerpts()
+{
+    const QString document = QString::fromUtf8(contentOf(QStringLiteral(KTR_SOURCE_DIR "/docs/formats.md")));
+    static const QRegularExpression block(u"<!-- excerpt: ([a-z-]+)(, [^>]*)? -->\\n```\\n(.*?)```"_s,
+                                          QRegularExpression::DotMatchesEverythingOption);
+    QMap<QString, QByteArray> result;
+    for (const QRegularExpressionMatch &match : block.globalMatch(document)) {
+        QByteArray bytes = match.captured(3).toUtf8();
+        if (match.captured(2) == u", hexadecimal") {
+            QByteArray digits;
+            for (const QByteArray &line : bytes.split('\n')) {
+                digits += line.split('#').first();
+            }
+            bytes = QByteArray::fromHex(digits);
+        } else if (match.captured(2).isEmpty()) {
+            bytes.replace("\n", "").replace("\\r", "\r").replace("\\n", "\n").replace("\\t", "\t");
+            bytes.replace("\\x1A", "\x1A").replace("\\xEF\\xBB\\xBF", "\xEF\xBB\xBF");
+        }
+        result.insert(match.captured(1), bytes);
+    }
+    return result;
+}
+
+/// Where an excerpt leaves something out, it says "...".
+bool isExcerptOf(const QByteArray &excerpt, const QByteArray &whole)
+{
+    const QStringList parts = QString::fromLatin1(excerpt).split("..."_L1);
+    const QString text = QString::fromLatin1(whole);
+    qsizetype at = 0;
+    for (const QString &part : parts) {
+        const qsizetype found = text.indexOf(part, at);
+        if (found < 0 || (at == 0 && found > 0)) {
+            return false;
+        }
+        at = found + part.size();
+    }
+    return !excerpt.isEmpty() && text.endsWith(parts.last());
+}
+
+Configuration someConfiguration()
+{
+    Configuration configuration;
+    makeNew(configuration, fixedEnvironment());
+    configuration.gsm.pin = u"4739"_s;
+    configuration.gsm.stationId = u"PS Mill Lane"_s;
+    configuration.limitValues[0].alarm = u"Well > 3 m, \"high\""_s;
+    configuration.holidays.add(QDate(2026, 12, 24));
+    return configuration;
+}
+
+/// What a run leaves that heard an alarm, values and a line of the archive.
+void fill(StationTree &tree)
+{
+    const QString from = u"+4917012345 --> "_s;
+    tree.addStation(u"Mühle"_s);
+    tree.take(u"Mühle"_s, interpretStationMessage(from + u"M,Pump \"1\" fail"_s), now);
+    tree.take(u"Mühle"_s, interpretStationMessage(from + u"R,9,12.5"_s), now);
+    tree.take(u"Mühle"_s, interpretStationMessage(from + u"H,9,2611151400,9,-3.25"_s), now);
+}
+
+const StationAttributes attributes{true, {u"7:30"_s, 2, u"16:00"_s, 1}, u"192.168.1.20"_s, true};
+
+} // namespace
+
+/// Keeps docs/formats.md true: what it shows is what the writers write and the readers read.
+class FormatsTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    static void initMain() { qputenv("TZ", "UTC"); }
+
+private Q_SLOTS:
+    void whatIsWrittenIsShown_data()
+    {
+        QTest::addColumn<QByteArray>("made");
+        StationTree tree({u"Notifications"_s, u"History"_s, u"IP"_s});
+        fill(tree);
+        QTest::newRow("configuration") << writeConfiguration(someConfiguration(), fixedEnvironment());
+        QTest::newRow("nodes") << writeNodes(tree.nodes(), [](const QString &) { return attributes; });
+        QTest::newRow("times") << NotificationTimes::document(tree);
+        QTest::newRow("journal") << journal();
+        QTest::newRow("log") << log();
+        QTest::newRow("archive") << archive();
+        QTest::newRow("notifications") << exported(tree, ExportChoice::Kind::Notifications);
+        QTest::newRow("history") << exported(tree, ExportChoice::Kind::History);
+        QTest::newRow("registry") << registry();
+    }
+    void whatIsWrittenIsShown()
+    {
+        QFETCH(const QByteArray, made);
+        const QByteArray shown = m_excerpts.take(QLatin1StringView(QTest::currentDataTag()));
+        QVERIFY2(isExcerptOf(shown, made), "the document shows\n" + shown + "\nand what is written is\n" +
+                                               made + "\n" + made.toHex(' '));
+    }
+
+    void whatIsShownIsRead()
+    {
+        const QMap<QString, QByteArray> all = excerpts();
+        Configuration read;
+        const ReadReport report = readConfiguration(QByteArray(all[u"configuration"_s]).replace("...", ""),
+                                                    read, fixedEnvironment());
+        QVERIFY2(report.document && report.remarks.isEmpty(), qPrintable(report.remarks.join(u'\n')));
+        QCOMPARE(read.limitValues[0].alarm, someConfiguration().limitValues[0].alarm);
+
+        QStringList remarks;
+        QStringList keys;
+        QVERIFY(
+            readNodes(QByteArray(all[u"nodes"_s]).replace("...", ""), remarks, [&](const NodeElement &node) {
+                keys += QString::fromStdString(std::string(node.key));
+                QVERIFY(node.station == nullptr || *node.station == attributes);
+            }));
+        QVERIFY(remarks.isEmpty() && keys.contains(u"Mühle/ip/ip9"_s));
+
+        ProfileFile texts;
+        QVERIFY(texts.parse(toWindows1252(QString::fromUtf8(all[u"language"_s]))));
+        QCOMPARE(texts.value(u"deutsch"_s, u"Text3"_s, 127), u"Öffnen"_s);
+        const QByteArray shipped = contentOf(QStringLiteral(KTR_SOURCE_DIR "/data/language.ini"));
+        for (const QByteArray &part : m_excerpts.take(u"language"_s).split('\n')) {
+            QVERIFY2(shipped.contains(toWindows1252(QString::fromUtf8(part))), part);
+        }
+
+        RecordedConversation conversation;
+        QVERIFY(readConversation(all[u"log"_s], conversation));
+        QCOMPARE(conversation.lines.size(), 4U);
+
+        QStringList stations;
+        const QString list = QString::fromUtf8(m_excerpts.take(u"stations"_s));
+        for (const ListedStation &station :
+             readStationList(list, [](const QString &name) { return name; }).lines) {
+            stations += station.name + u'@' + station.address + (station.isUsable ? u""_s : u"?"_s);
+        }
+        QCOMPARE(stations.join(u' '), u"Mühle@192.168.1.20 Pump; 2@pump2.example.org:49112 Spare@"_s);
+        QCOMPARE(lockHolderText(m_excerpts.take(u"lock"_s)),
+                 u"eva on desk-3, KTRconfig (4711), since 2026-11-15 14:05:35"_s);
+    }
+
+    /// A line that begins with "<" is a datagram of the module, one with ">" the program's.
+    void theDialogueIsHeld()
+    {
+        struct Owner : StationOwner
+        {
+            void station_message(const QString &, const QString &text) override { texts += text; }
+            void stationChanged(const QString &, StationChange) override {}
+            void stationTrouble(const QString &, const QString &) override {}
+            QStringList texts;
+        } owner;
+        ManualTimers time;
+        QueuedCallbackTimers timers{time, [&time] { return time.now(); }};
+        MLiteTimer registry{timers};
+        RecordedLine line;
+        cStation station(u"A"_s, line, registry, owner);
+        station.setHostAddress(u"10.0.0.7"_s);
+        QVERIFY(station.send(u"A*"_s));
+        station.connectStation();
+        static const QRegularExpression datagram(u"([<>]) ([^<>]*)"_s);
+        const QString dialogue = QString::fromUtf8(m_excerpts.take(u"datagrams"_s));
+        for (const QRegularExpressionMatch &match : datagram.globalMatch(dialogue)) {
+            if (match.captured(1) == u'<') {
+                station.DataArrival(match.captured(2).toUtf8());
+                continue;
+            }
+            for (int wait = 0; line.sent.isEmpty() && wait < 250; ++wait) {
+                time.advance(Milliseconds(1));
+            }
+            QVERIFY2(!line.sent.isEmpty(), qPrintable(match.captured(2)));
+            QCOMPARE(line.sent.takeFirst(), match.captured(2).toUtf8());
+        }
+        QCOMPARE(line.sent, QByteArrayList());
+        QCOMPARE(owner.texts, QStringList{u"+4917012345 --> M,Pump 1 fail"_s});
+        QCOMPARE(station.csq(), u"18,0"_s);
+    }
+
+    void cleanupTestCase() { QCOMPARE(m_excerpts.keys(), QStringList()); } ///< each was looked at
+
+private:
+    QString path(const QString &name) const { return m_folder.filePath(name); }
+
+    QByteArray journal() const
+    {
+        ManualTimers timers;
+        NodesJournal journal(path(u"nodes.journal"_s), timers, [](const QString &) {});
+        const bool begun = bool(journal.restart(checksum("<KTR/>")));
+        journal.add({NodeChange::What::Added, "A", "A", StationTree::normalColour});
+        return begun && journal.flushNow() ? contentOf(path(u"nodes.journal"_s)) : QByteArray();
+    }
+
+    QByteArray log() const
+    {
+        ConversationLog log;
+        (void)log.open(path(u"log"_s));
+        log.write(now, u"com <---- at+cmgr=1\r"_s);
+        log.write(now.addMSecs(12), u"com ----> N,4739,PS Mill Lane,+447700900112\r\n"_s);
+        log.write(now.addMSecs(60), u"com <---- at+cmgs=\"+IP\"\rOK: N\x1A"_s);
+        log.write(now.addMSecs(61), u"com ----> OK\r\n"_s);
+        return contentOf(path(u"log"_s));
+    }
+
+    QByteArray archive() const
+    {
+        HistoryExport file;
+        const HistoryLine line = decodeHistory(u"9,2611151400,1,12.5,15,1,-3.25");
+        return file.append(path(u"archive.csv"_s), historyCsv(line)).isEmpty()
+                   ? contentOf(path(u"archive.csv"_s))
+                   : QByteArray();
+    }
+
+    QByteArray exported(const StationTree &tree, ExportChoice::Kind kind) const
+    {
+        NodesExport file(tree, {kind, {u"Mühle"_s}, {}, {}, false});
+        const QString name = path(u"export.csv"_s);
+        return file.open(name) && file.step(1000) && file.isDone() ? contentOf(name) : QByteArray();
+    }
+
+    QByteArray registry() const
+    {
+        MRegistry::setRegistryFile(path(u"registry.json"_s));
+        SettingsStore().SaveSetting(u"KTR_Config"_s, u"Window"_s, u"appearance"_s, u"dark"_s);
+        MRegistry::CreateRegistryKey(u"hkey_current_user"_s, u"Software\\Korvane\\KTRconfig"_s);
+        MRegistry::SetRegistryString(u"hkey_current_user"_s, u"Software\\Korvane\\KTRconfig"_s, u"Language"_s,
+                                     u"deutsch"_s);
+        return contentOf(path(u"registry.json"_s));
+    }
+
+    QTemporaryDir m_folder;
+    QMap<QString, QByteArray> m_excerpts = excerpts();
+};
+
+QTEST_GUILESS_MAIN(FormatsTest)
+#include "formats_test.moc"
