@@ -210,10 +210,6 @@
         <translation>Änderungen seit dem Start bleiben erst erhalten, wenn die Stationsliste geschrieben ist</translation>
     </message>
     <message>
-        <source>nodes that belong nowhere were left out: %1</source>
-        <translation>nicht zuzuordnende Knoten ausgelassen: %1</translation>
-    </message>
-    <message>
         <source>could not be shortened</source>
         <translation>konnte nicht gekürzt werden</translation>
     </message>
@@ -312,6 +308,30 @@
     <message>
         <source>is longer than the memory that is free</source>
         <translation>ist länger als der freie Speicher</translation>
+    </message>
+    <message>
+        <source>they stand behind nodes of: %1</source>
+        <translation>sie stehen hinter Knoten von: %1</translation>
+    </message>
+    <message>
+        <source>none of its %1 nodes belongs to a station of the list</source>
+        <translation>keiner ihrer %1 Knoten gehört zu einer Station der Liste</translation>
+    </message>
+    <message>
+        <source>nodes that belong nowhere were left out: %1 (%2)</source>
+        <translation>Knoten, die nirgendwohin gehören, wurden ausgelassen: %1 (%2)</translation>
+    </message>
+    <message>
+        <source>an &quot;&amp;&quot; or &quot;&lt;&quot; that stands for itself was taken as text</source>
+        <translation>ein „&amp;“ oder „&lt;“, das für sich steht, wurde als Text genommen</translation>
+    </message>
+    <message>
+        <source>nodes with a value that cannot be read, which was left out: %1 (%2)</source>
+        <translation>Knoten mit einem Wert, der nicht zu lesen ist und ausgelassen wurde: %1 (%2)</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 und %2 weitere</translation>
     </message>
 </context>
 <context>
@@ -1243,6 +1263,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Begin with an empty list? The one that cannot be used is kept under another name.</source>
         <translation>Mit einer leeren Liste beginnen? Die nicht verwendbare wird unter anderem Namen aufgehoben.</translation>
     </message>
+    <message>
+        <source>Not all of the list of stations is as it was. What is there is watched; the damaged file is kept under another name.</source>
+        <translation>Nicht alles in der Stationsliste ist, wie es war. Was da ist, wird überwacht; die beschädigte Datei bleibt unter anderem Namen erhalten.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::GsmPage</name>
@@ -1653,6 +1677,18 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Keeps the list that cannot be used under another name and begins an empty one</source>
         <translation>Hebt die nicht verwendbare Liste unter anderem Namen auf und beginnt eine leere</translation>
     </message>
+    <message>
+        <source>Not all of the list of stations is as it was</source>
+        <translation>Nicht alles in der Stationsliste ist, wie es war</translation>
+    </message>
+    <message>
+        <source>Noted</source>
+        <translation>Gelesen</translation>
+    </message>
+    <message>
+        <source>Hides this message; the damaged file is kept under another name</source>
+        <translation>Blendet diese Meldung aus; die beschädigte Datei bleibt unter anderem Namen erhalten</translation>
+    </message>
 </context>
 <context>
     <name>ktr::LogView</name>
@@ -1897,6 +1933,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1; another program that uses the list at the same time is not noticed</source>
         <translation>%1; ein anderes Programm, das die Liste gleichzeitig benutzt, wird nicht bemerkt</translation>
+    </message>
+    <message>
+        <source>%1: stations that were damaged were rebuilt from what stands under them. Their addresses, schedules and whether they are online have to be checked: %2</source>
+        <translation>%1: Beschädigte Stationen wurden aus dem wiederhergestellt, was unter ihnen steht. Ihre Adressen, ihre Zeitpläne und ob sie online sind, müssen geprüft werden: %2</translation>
     </message>
 </context>
 <context>

@@ -226,6 +226,9 @@ bool DamagedNodes::usesUnknownEntity(std::string_view element) const
 void DamagedNodes::lose(std::size_t at)
 {
     m_firstLost = m_lost++ == 0 ? at : m_firstLost;
+    if (!m_nodes.empty()) {
+        m_lostBehind.add(m_nodes.back()[KeyAttribute]);
+    }
 }
 
 QStringList DamagedNodes::remarks() const
@@ -240,6 +243,10 @@ QStringList DamagedNodes::remarks() const
                            "Files", "damaged places, whose elements were left out: %1, the first at byte %2"))
                 .arg(m_lost)
                 .arg(m_firstLost);
+        if (!m_lostBehind.isEmpty()) {
+            remarks += translated(QT_TRANSLATE_NOOP("Files", "they stand behind nodes of: %1"))
+                           .arg(m_lostBehind.text());
+        }
     }
     if (m_withContent > 0) {
         remarks += translated(QT_TRANSLATE_NOOP("Files", "what stood inside of elements was left out: %1"))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "opmode/node_records.h"
+#include "opmode/station_names.h"
 
 #include <QStringList>
 
@@ -58,6 +59,7 @@ private:
     bool m_hasDoctype = false;
     std::size_t m_lost = 0;
     std::size_t m_firstLost = 0;
+    StationNames m_lostBehind; ///< of what stood before the damaged places
     std::size_t m_withContent = 0;
     std::size_t m_harmless = 0; ///< defects that cost nothing
 };

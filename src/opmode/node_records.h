@@ -55,6 +55,8 @@ public:
     using Records = std::vector<Record, LargePageAllocator<Record>>;
     const Records &nodes() const { return m_nodes; }
     const std::vector<StationAttributes> &stations() const { return m_stations; } ///< one for each station
+    /// Of the nodes with a number or truth value that is none; that of a new station stands in its place.
+    const std::vector<std::string_view> &unreadable() const { return m_unreadable; }
     std::size_t bytes() const
     {
         return m_bytes;
@@ -63,6 +65,7 @@ public:
 private:
     Records m_nodes;
     std::vector<StationAttributes> m_stations;
+    std::vector<std::string_view> m_unreadable;
     std::size_t m_bytes = 0;
 };
 

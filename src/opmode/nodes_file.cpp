@@ -1,6 +1,7 @@
 #include "opmode/nodes_file.h"
 
 #include "opmode/checksum.h"
+#include "opmode/station_names.h"
 #include "platform/files.h"
 
 #include <QCoreApplication>
@@ -28,17 +29,34 @@ Status NodesFile::load(const std::function<bool(const NodeElement &)> &take,
     if (Status read = readFile(m_path, document); !read) {
         return read;
     }
-    qsizetype leftOut = 0;
-    const Status read = readNodes(
-        document, m_remarks, [&](const NodeElement &element) { leftOut += take(element) ? 0 : 1; }, expect);
+    std::size_t taken = 0;
+    std::size_t leftOut = 0;
+    StationNames ofLeftOut;
+    Status read = readNodes(
+        document, m_remarks,
+        [&](const NodeElement &element) {
+            if (take(element)) {
+                ++taken;
+            } else {
+                ++leftOut;
+                ofLeftOut.add(element.key);
+            }
+        },
+        expect);
+    if (read && taken == 0 && leftOut > 0) {
+        read = Status::failed(
+            QCoreApplication::translate("Files", "none of its %1 nodes belongs to a station of the list")
+                .arg(leftOut));
+    }
     if (!read) {
+        m_remarks.clear();
         return Status::failed(m_path + QLatin1String(": ") + read.message());
     }
     m_checksum = ktr::checksum(document);
     m_size = document.size();
     if (leftOut > 0) {
-        m_remarks +=
-            QCoreApplication::translate("Files", "nodes that belong nowhere were left out: %1").arg(leftOut);
+        m_remarks += QCoreApplication::translate("Files", "nodes that belong nowhere were left out: %1 (%2)")
+                         .arg(QString::number(leftOut), ofLeftOut.text());
     }
     for (QString &remark : m_remarks) {
         remark.prepend(m_path + QLatin1String(": "));

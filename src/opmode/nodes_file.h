@@ -31,13 +31,16 @@ public:
     explicit NodesFile(QString path) : m_path(std::move(path)) {}
 
     /// Reads the file; one that does not exist gives no nodes. `take` gives false for a node that has no
-    /// place. After a failure, or when not all of it could be used, the file is kept aside before it is
-    /// replaced.
+    /// place; a file with nodes of which none has one is a failure. After a failure, or when not all of it
+    /// could be used, the file is kept aside before it is replaced.
     Status load(const std::function<bool(const NodeElement &)> &take,
                 const std::function<void(std::size_t nodes, std::size_t bytes)> &expect = {});
-    /// What of the file that was loaded could not be used.
+    /// What of the file that was loaded could not be used; before its first node is taken, how the document
+    /// was damaged.
     const QStringList &remarks() const { return m_remarks; }
 
+    /// Not all of what was loaded is what it was: the file is kept aside before it is replaced.
+    void mustKeepAside() { m_keepAside = true; }
     /// Keeps a file aside that is not to be lost, and with it, under the same number, one that belongs to it.
     Status makeWay(const QString &companion = {});
     /// Replaces the file whole or not at all.

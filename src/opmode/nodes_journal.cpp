@@ -60,6 +60,7 @@ NodesJournal::Replayed NodesJournal::replay(quint64 base,
     }
     const bool isSpoilt = !JournalFile::hasHeader(journal) ||
                           isDamaged(QByteArrayView(journal).sliced(JournalFile::headerSize));
+    result.damaged = isSpoilt;
     const QByteArrayView records = QByteArrayView(own).sliced(JournalFile::headerSize);
     QByteArray whole = own.first(JournalFile::headerSize);
     result.dropped = records.size();

@@ -37,6 +37,7 @@ public:
         qsizetype changes = 0;          ///< carried out
         qsizetype unfit = 0;            ///< whole, but not carried out
         qint64 dropped = 0;             ///< bytes that were no whole record
+        bool damaged = false;           ///< more of them than the record that a power cut tears
     };
     /// Carries out the changes of the last run, when they go on from the file of this checksum, and goes on
     /// behind them. `carryOut` gives false for a change that does not fit.

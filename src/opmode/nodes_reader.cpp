@@ -3,11 +3,14 @@
 #include "opmode/node_records.h"
 #include "opmode/nodes_file.h"
 #include "opmode/plain_nodes.h"
+#include "opmode/station_names.h"
 #include "platform/text_rules.h"
 
 #include <QCoreApplication>
 #include <QUtf8StringView>
 
+#include <algorithm>
+#include <array>
 #include <charconv>
 #include <pugixml.hpp>
 
@@ -49,6 +52,39 @@ Status checkCharacters(std::string_view utf8)
         }
     }
     return Status::done();
+}
+
+/// Whether what follows an "&" is one of the references that XML knows.
+bool isReference(std::string_view rest)
+{
+    return std::ranges::any_of(std::array<std::string_view, 6>{"#", "amp;", "lt;", "gt;", "quot;", "apos;"},
+                               [rest](std::string_view known) { return rest.starts_with(known); });
+}
+
+/// Whether an attribute has what must not stand there as it is. The parser takes it for text.
+bool hasRawMarkup(std::string_view text)
+{
+    char quote = 0; // of the value that `at` is in
+    bool isInTag = false;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const char c = text[at];
+        if (quote != 0) {
+            if (c == '<' || (c == '&' && !isReference(text.substr(at + 1, 5)))) {
+                return true;
+            }
+            quote = c == quote ? '\0' : quote;
+        } else if (isInTag) {
+            quote = c == '"' || c == '\'' ? c : '\0';
+            isInTag = c != '>';
+        } else if (c == '<') {
+            const std::string_view end = text.substr(at).starts_with("<!--") ? "-->"
+                                         : text.substr(at).starts_with("<?") ? "?>"
+                                                                             : std::string_view();
+            isInTag = end.empty();
+            at = isInTag ? at : std::min(text.find(end, at), text.size());
+        }
+    }
+    return false;
 }
 
 /// Gives false when an attribute stands twice.
@@ -122,7 +158,7 @@ bool takeLoneElement(pugi::xml_document &parsed, const std::string &element, Nod
 
 /// Any document. What the records refer to is kept in `utf8`.
 Status parseNodes(const QByteArray &document, QByteArray &utf8, pugi::xml_document &parsed,
-                  NodeRecords &records)
+                  NodeRecords &records, QStringList &remarks)
 {
     if (Status decoded = xmlToUtf8(document, utf8); !decoded) {
         return decoded;
@@ -131,12 +167,19 @@ Status parseNodes(const QByteArray &document, QByteArray &utf8, pugi::xml_docume
     if (Status characters = checkCharacters(text); !characters) {
         return characters;
     }
+    const bool isRaw = hasRawMarkup(text);
     const pugi::xml_parse_result result =
         parsed.load_buffer_inplace(utf8.data(), text.size(), asWritten, pugi::encoding_utf8);
-    return result ? takeElements(parsed, records)
-                  : Status::failed(translated(QT_TRANSLATE_NOOP("Files", "at byte %1: %2"))
-                                       .arg(result.offset)
-                                       .arg(QString::fromLatin1(result.description())));
+    if (!result) {
+        return Status::failed(translated(QT_TRANSLATE_NOOP("Files", "at byte %1: %2"))
+                                  .arg(result.offset)
+                                  .arg(QString::fromLatin1(result.description())));
+    }
+    if (isRaw) {
+        remarks += translated(
+            QT_TRANSLATE_NOOP("Files", "an \"&\" or \"<\" that stands for itself was taken as text"));
+    }
+    return takeElements(parsed, records);
 }
 
 } // namespace
@@ -155,7 +198,7 @@ Status readNodes(const QByteArray &document, QStringList &remarks,
     });
     if (!plain.read(bytes, records)) {
         records = {};
-        if (Status read = parseNodes(document, utf8, parsed, records); !read) {
+        if (Status read = parseNodes(document, utf8, parsed, records, remarks); !read) {
             records = {};
             // The parser changed what it read; and what is no text at all is read byte by byte.
             if (!xmlToUtf8(document, utf8) && utf8.isEmpty() && isMeantAsUtf8(document)) {
@@ -166,6 +209,14 @@ Status readNodes(const QByteArray &document, QStringList &remarks,
             }
             remarks = damaged.remarks();
         }
+    }
+    if (!records.unreadable().empty()) {
+        StationNames stations;
+        std::ranges::for_each(records.unreadable(), [&](std::string_view key) { stations.add(key); });
+        remarks +=
+            translated(QT_TRANSLATE_NOOP(
+                           "Files", "nodes with a value that cannot be read, which was left out: %1 (%2)"))
+                .arg(QString::number(records.unreadable().size()), stations.text());
     }
     if (expect) {
         expect(records.nodes().size(), records.bytes());

@@ -3,6 +3,7 @@
 #include "config/address.h"
 #include "link/conversation_log.h"
 #include "link/udp_pair.h"
+#include "opmode/station_names.h"
 #include "platform/overloaded.h"
 
 #include <QFileInfo>
@@ -67,6 +68,7 @@ OperationalMode::~OperationalMode()
 Status OperationalMode::open(const QString &nodesPath, Use use)
 {
     clearTree();
+    m_defects.clear();
     m_path = nodesPath;
     if (Status locked = takeLock(use); !locked) {
         m_hindrance = Hindrance::InUse;
@@ -81,12 +83,12 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
         Q_EMIT told(loaded.message());
     }
     for (const QString &remark : m_file->remarks()) {
-        Q_EMIT told(remark);
+        tellDefect(remark);
     }
     if (use == Use::Keep && loaded) { // else nothing is written over what cannot be read
         m_times.emplace(nodesPath);
         if (const Status times = m_times->load(m_tree); !times) {
-            Q_EMIT told(times.message());
+            tellDefect(times.message());
         }
         replay(journalPath(nodesPath), attributes);
     }
@@ -135,24 +137,89 @@ Status OperationalMode::openEmpty()
     return open(path, Use::Keep);
 }
 
+namespace {
+
+/// The name of the station under which a node stands that is one of a station's fixed nodes, or an entry.
+std::string_view stationOfBranch(std::string_view key)
+{
+    const std::string_view name = key.substr(0, key.find('/'));
+    const std::string_view below = key.substr(std::min(name.size() + 1, key.size()));
+    const std::string_view branch = below.substr(0, below.find('/'));
+    const bool isFixed = branch == "meldung" || branch == "history" || branch == "ip";
+    return isFixed ? name : std::string_view();
+}
+
+} // namespace
+
+/// A station whose own element is lost is rebuilt when something stands under it. In a sound document nothing
+/// stands under a station that is not there, unless that station's key and text differ.
 Status OperationalMode::load(QHash<QString, StationAttributes> &attributes)
 {
-    const auto take = [&](const NodeElement &element) {
-        if (element.station == nullptr) {
-            return m_tree.load(element);
-        }
-        const QString name = textOf(element.text);
-        if (attributes.contains(name)) {
-            Q_EMIT told(tr("There are two stations \"%1\" in the list; the second was left out").arg(name));
+    QHash<QString, StationAttributes> unnamed; // by key: stations whose text is another or of no use
+    QSet<QString> rebuilt;
+    StationNames toTell;
+    const auto rebuild = [&](std::string_view name) {
+        const QString kennung = textOf(name);
+        if (attributes.contains(kennung) || (m_file->remarks().isEmpty() && !unnamed.contains(kennung)) ||
+            !m_tree.load(name, name, StationTree::normalColour)) {
             return false;
         }
-        const bool taken = m_tree.load(element);
+        attributes.insert(kennung, unnamed.value(kennung));
+        rebuilt.insert(kennung);
+        toTell.add(kennung);
+        return true;
+    };
+    const auto take = [&](const NodeElement &element) {
+        if (element.station == nullptr) {
+            return m_tree.load(element) || (rebuild(stationOfBranch(element.key)) &&
+                                            m_tree.load(element.key, element.text, element.colour));
+        }
+        const QString name = textOf(element.text);
+        const bool isSecond = attributes.contains(name) && !rebuilt.contains(name);
+        const bool taken = !isSecond && m_tree.load(element);
+        if (isSecond) {
+            tellDefect(tr("There are two stations \"%1\" in the list; the second was left out").arg(name));
+        }
         if (taken) {
             attributes.insert(name, *element.station);
         }
+        if (element.key != element.text) {
+            unnamed.insert(textOf(element.key), taken ? StationAttributes() : *element.station);
+        }
         return taken;
     };
-    return m_file->load(take, [this](std::size_t nodes, std::size_t bytes) { m_tree.reserve(nodes, bytes); });
+    Status loaded =
+        m_file->load(take, [this](std::size_t nodes, std::size_t bytes) { m_tree.reserve(nodes, bytes); });
+    if (!toTell.isEmpty()) {
+        tellDefect(tr("%1: stations that were damaged were rebuilt from what stands under them. Their "
+                      "addresses, schedules and whether they are online have to be checked: %2")
+                       .arg(m_path, toTell.text()));
+        m_file->mustKeepAside();
+    }
+    if (!m_defects.isEmpty() || !m_file->remarks().isEmpty()) {
+        colourStationsInAlarm();
+    }
+    return loaded;
+}
+
+/// Their own colours, or the nodes that had them, may be what is damaged.
+void OperationalMode::colourStationsInAlarm()
+{
+    for (int row = 0; row < m_tree.rowCount(); ++row) {
+        const QModelIndex station = m_tree.index(row, 0);
+        const QModelIndex notifications = m_tree.index(0, 0, station);
+        if (notifications.data(StationTree::AlarmCountRole).toInt() > 0) {
+            m_tree.setColour(station, StationTree::alarmColour);
+            m_tree.setColour(notifications, StationTree::alarmColour);
+        }
+    }
+}
+
+/// In the status bar's list, and for who shows what is not to be missed.
+void OperationalMode::tellDefect(const QString &defect)
+{
+    m_defects += defect;
+    Q_EMIT told(defect);
 }
 
 /// Brings back what a run that ended by a crash had shown.
@@ -175,7 +242,7 @@ void OperationalMode::replay(const QString &path, QHash<QString, StationAttribut
             return m_tree.replay(change);
         });
     if (!replayed.status) {
-        Q_EMIT told(replayed.status.message());
+        tellDefect(replayed.status.message());
     }
     if (replayed.changes > 0) {
         Q_EMIT recovered(
@@ -183,9 +250,15 @@ void OperationalMode::replay(const QString &path, QHash<QString, StationAttribut
                 .arg(replayed.changes));
     }
     if (replayed.unfit > 0 || replayed.dropped > 0) {
-        Q_EMIT told(tr("Not all of the journal could be used; left out: %1 changes, %2 bytes at its end")
-                        .arg(replayed.unfit)
-                        .arg(replayed.dropped));
+        const QString leftOut =
+            tr("Not all of the journal could be used; left out: %1 changes, %2 bytes at its end")
+                .arg(replayed.unfit)
+                .arg(replayed.dropped);
+        if (replayed.unfit > 0 || replayed.damaged) {
+            tellDefect(leftOut);
+        } else { // the last record, which a power cut tore: nobody was told that it is kept
+            Q_EMIT told(leftOut);
+        }
     }
 }
 

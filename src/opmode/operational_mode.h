@@ -59,6 +59,8 @@ public:
     /// more. To be tried again after closeWithoutFile().
     Status open(const QString &nodesPath, Use use);
     Hindrance hindrance() const { return m_hindrance; }
+    /// What of the list and of what belongs to it was lost, or rebuilt and has to be looked at by the user.
+    const QStringList &defects() const { return m_defects; }
     /// Puts a list that is unusable aside, with what belongs to it, and begins an empty one in its place.
     Status openEmpty();
 
@@ -127,6 +129,8 @@ private:
     void answerAll();
     Status takeLock(Use use);
     Status load(QHash<QString, StationAttributes> &attributes);
+    void colourStationsInAlarm();
+    void tellDefect(const QString &defect);
     void replay(const QString &path, QHash<QString, StationAttributes> &attributes);
     void createStations(const QHash<QString, StationAttributes> &attributes);
     void evaluate(cStation &station, WallMinute from);
@@ -150,6 +154,7 @@ private:
     QString m_path;
     FileLock m_lock;
     Hindrance m_hindrance = Hindrance::None;
+    QStringList m_defects;
     std::optional<NodesFile> m_file;
     std::optional<NotificationTimes> m_times;
     std::optional<NodesJournal> m_journal; ///< when changes are kept

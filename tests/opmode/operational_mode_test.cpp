@@ -420,7 +420,7 @@ private Q_SLOTS:
         QVERIFY(test::writeFile(file("nodes.times"), "of it"));
         {
             Run run(m_folder->path());
-            QVERIFY(run.opened && run.told.size() == 3);
+            QVERIFY(run.opened && run.told.size() == 4);
             QCOMPARE(run.mode->stations().Count(), 1);
             QVERIFY(run.mode->close());
         }
@@ -431,9 +431,60 @@ private Q_SLOTS:
         QCOMPARE(run.mode->attributes(QStringLiteral("S")).hostAddress, "10.0.0.7");
     }
 
+    void aStationWhoseElementIsDamagedIsRebuiltAndTold_data()
+    {
+        QTest::addColumn<QByteArray>("find");
+        QTest::addColumn<QByteArray>("damage");
+        QTest::addColumn<QString>("address"); // of the station that is rebuilt
+        QTest::newRow("a quote") << QByteArray("key=\"S\"") << QByteArray("key=\"S") << "";
+        QTest::newRow("a bracket") << QByteArray("<item1 excl") << QByteArray("item1 excl") << "";
+        QTest::newRow("another text") << QByteArray("text=\"S\"") << QByteArray("text=\"X\"") << "";
+        QTest::newRow("no name") << QByteArray("text=\"S\"") << QByteArray("text=\"/\"") << "10.0.0.7";
+        QTest::newRow("not itself") << QByteArray("10.0.0.7") << QByteArray("10.0.0.&") << "10.0.0.&";
+        QTest::newRow("its colour") << QByteArray("text=\"S\" ForeColor=\"2")
+                                    << QByteArray("text=\"S\" ForeColor=\"x") << "10.0.0.7";
+    }
+    void aStationWhoseElementIsDamagedIsRebuiltAndTold()
+    {
+        QFETCH(const QByteArray, find);
+        QFETCH(const QByteArray, damage);
+        QFETCH(const QString, address);
+        {
+            Run run(m_folder->path());
+            run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+            run.mode->setOnline(QStringLiteral("S"), true);
+            run.say(0, "M,Alarm DI1 fail");
+            QVERIFY(run.mode->close());
+        }
+        QByteArray list = test::contentOf(file("nodes.xml"));
+        const qsizetype at = list.indexOf(find);
+        QVERIFY(at > 0 && test::writeFile(file("nodes.xml"), list.replace(at, find.size(), damage)));
+        {
+            Run run(m_folder->path());
+            QVERIFY(run.opened && run.isRed(alarmKey) && run.isRed(QStringLiteral("S")));
+            QCOMPARE(run.mode->attributes(QStringLiteral("S")).hostAddress, address);
+            const QString told = run.mode->defects().join(u'\n');
+            QVERIFY2(told.section(u'\n', 0, 0).endsWith(QLatin1String(": S")) ||
+                         told.endsWith(QLatin1String("(S)")) || (damage.endsWith('&') && told.contains(u'&')),
+                     qPrintable(told));
+            QVERIFY(run.mode->close());
+        }
+        QCOMPARE(test::contentOf(file("nodes (1).xml")), list);
+        Run run(m_folder->path());
+        QVERIFY(run.opened && run.isRed(alarmKey) && run.mode->defects().isEmpty());
+    }
+
+    void aFileThatCannotBeUsedIsNotTouchedUntilTheUserWantsAnEmptyList_data()
+    {
+        QTest::addColumn<QByteArray>("list");
+        QTest::newRow("torn") << QByteArray("torn");
+        QTest::newRow("sound, without a station")
+            << "<KTR>" + station("S/ip", "") + station("S/meldung/1 fail", "") + "</KTR>";
+    }
     void aFileThatCannotBeUsedIsNotTouchedUntilTheUserWantsAnEmptyList()
     {
-        const QMap<QString, QByteArray> files{{file("nodes.xml"), "torn"},
+        QFETCH(const QByteArray, list);
+        const QMap<QString, QByteArray> files{{file("nodes.xml"), list},
                                               {file("nodes.times"), "of it"},
                                               {file("nodes.journal"), QByteArray(50, 'j')}};
         for (auto content = files.cbegin(); content != files.cend(); ++content) {

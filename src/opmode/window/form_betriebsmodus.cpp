@@ -410,6 +410,7 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
         m_listBanner->hide();
         enableActions();
         m_tree->setFocus();
+        showDefects();
         return;
     }
     const QString reason =
@@ -418,7 +419,24 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
             : tr("The list of stations cannot be used. It stays as it is: %1").arg(opened.message());
     m_listBanner->appear(reason, hindrance == Hindrance::Unusable);
     tell(reason);
-    const QString message = tr("No station is watched") + QLatin1String(".\n\n") + reason;
+    showBox(tr("No station is watched") + QLatin1String(".\n\n") + reason);
+}
+
+/// What of the list was lost or rebuilt: the status bar would show its last line alone.
+void Form_betriebsmodus::showDefects()
+{
+    if (m_mode.defects().isEmpty()) {
+        return;
+    }
+    const QString defects = m_mode.defects().join(u'\n');
+    m_listBanner->tellDefects(defects);
+    showBox(tr("Not all of the list of stations is as it was. What is there is watched; the damaged file is "
+               "kept under another name.") +
+            QLatin1String("\n\n") + defects);
+}
+
+void Form_betriebsmodus::showBox(const QString &message)
+{
     // Whoever opens this window raises it afterwards, and the message belongs above it.
     QTimer::singleShot(0, this, [this, message] { Dialog::message(this, m_texts, message); });
 }

@@ -84,6 +84,8 @@ private:
 
     void openList();
     void showHindrance(const Status &opened);
+    void showDefects();
+    void showBox(const QString &message);
     void beginEmptyList();
     void showNode(const QModelIndex &node);
     void showPage(int index);

@@ -24,7 +24,8 @@ ListBanner::ListBanner(QWidget *parent)
       m_headline(new QLabel(this)),
       m_reason(new QLabel(this)),
       m_retry(new QPushButton(this)),
-      m_empty(new QPushButton(this))
+      m_empty(new QPushButton(this)),
+      m_noted(new QPushButton(this))
 {
     setObjectName(QStringLiteral("ListBanner"));
     m_headline->setObjectName(QStringLiteral("lbl_list"));
@@ -35,8 +36,10 @@ ListBanner::ListBanner(QWidget *parent)
     m_reason->setTextInteractionFlags(Qt::TextSelectableByMouse);
     m_retry->setObjectName(QStringLiteral("Cmd_list_retry"));
     m_empty->setObjectName(QStringLiteral("Cmd_list_empty"));
-    m_retry->setAutoDefault(false);
-    m_empty->setAutoDefault(false);
+    m_noted->setObjectName(QStringLiteral("Cmd_list_noted"));
+    for (QPushButton *button : {m_retry, m_empty, m_noted}) {
+        button->setAutoDefault(false);
+    }
 
     auto *texts = new QVBoxLayout;
     texts->setSpacing(1);
@@ -49,9 +52,11 @@ ListBanner::ListBanner(QWidget *parent)
     row->addLayout(texts, 1);
     row->addWidget(m_retry);
     row->addWidget(m_empty);
+    row->addWidget(m_noted);
 
     connect(m_retry, &QPushButton::clicked, this, &ListBanner::retryWanted);
     connect(m_empty, &QPushButton::clicked, this, &ListBanner::emptyWanted);
+    connect(m_noted, &QPushButton::clicked, this, &QWidget::hide);
     takeColours();
     applyTexts();
     hide();
@@ -59,21 +64,40 @@ ListBanner::ListBanner(QWidget *parent)
 
 void ListBanner::appear(const QString &reason, bool canBeginEmpty)
 {
-    m_reason->setText(reason);
+    m_isWatched = false;
     m_empty->setVisible(canBeginEmpty);
-    setAccessibleName(m_headline->text());
+    show(reason);
+}
+
+void ListBanner::tellDefects(const QString &defects)
+{
+    m_isWatched = true;
+    m_empty->hide();
+    show(defects);
+}
+
+void ListBanner::show(const QString &reason)
+{
+    m_retry->setVisible(!m_isWatched);
+    m_noted->setVisible(m_isWatched);
+    m_reason->setText(reason);
     setAccessibleDescription(reason);
-    show();
+    applyTexts();
+    QWidget::show();
 }
 
 void ListBanner::applyTexts()
 {
-    m_headline->setText(tr("No station is watched"));
+    m_headline->setText(m_isWatched ? tr("Not all of the list of stations is as it was")
+                                    : tr("No station is watched"));
+    setAccessibleName(m_headline->text());
     m_retry->setText(tr("Try again"));
     m_retry->setToolTip(tr("Opens the list of stations again"));
     m_empty->setText(tr("Begin an empty list"));
     m_empty->setToolTip(tr("Keeps the list that cannot be used under another name and begins an empty one"));
-    for (QPushButton *button : {m_retry, m_empty}) {
+    m_noted->setText(tr("Noted"));
+    m_noted->setToolTip(tr("Hides this message; the damaged file is kept under another name"));
+    for (QPushButton *button : {m_retry, m_empty, m_noted}) {
         button->setFixedWidth(button->fontMetrics().horizontalAdvance(button->text()) + 28);
     }
 }

@@ -371,6 +371,19 @@ private Q_SLOTS:
         QVERIFY(test::contentOf(path("nodes.xml")).contains("new (1)"));
     }
 
+    void whatOfAListWasLostIsToldUntilTheUserNotesIt()
+    {
+        QVERIFY(test::writeFile(path("nodes.xml"), "<KTR><item1 key=\"A text=\"A\"/>"
+                                                   "<item2 key=\"A/meldung\" text=\"N\"/></KTR>"));
+        openWindow();
+        answerMessage();
+        QVERIFY(banner()->isVisible() && tree()->isEnabled());
+        QVERIFY(banner()->findChild<QLabel *>("lbl_list_reason")->text().section('\n', 0, 0).endsWith(": A"));
+        QCOMPARE(stationNames(), QStringList("A"));
+        press(banner(), "Cmd_list_noted");
+        QVERIFY(!banner()->isVisible());
+    }
+
     void aListThatAnotherProgramWatchesIsWatchedOnceThatIsOver()
     {
         open({"A"});
