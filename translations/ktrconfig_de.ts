@@ -333,6 +333,10 @@
         <source>%1 and %2 more</source>
         <translation>%1 und %2 weitere</translation>
     </message>
+    <message>
+        <source>is no file, but a pipe, a device or the like</source>
+        <translation>ist keine Datei, sondern eine Pipe, ein Gerät oder Ähnliches</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
@@ -1068,10 +1072,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>there is no such file</source>
         <translation>diese Datei gibt es nicht</translation>
-    </message>
-    <message>
-        <source>is not a file</source>
-        <translation>ist keine Datei</translation>
     </message>
     <message>
         <source>is empty</source>

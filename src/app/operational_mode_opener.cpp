@@ -65,7 +65,7 @@ QString OperationalModeOpener::nodesPath() const
     const QString name = QStringLiteral("nodes.xml");
     QString own = joinPath(m_services.environment.programFolder, name);
     const QString delivered = deliveredFile(name);
-    if (!QFileInfo::exists(own) && QFileInfo::exists(delivered)) {
+    if (!QFileInfo::exists(own) && QFileInfo(delivered).isFile()) {
         QFile::copy(delivered, own);
         QFile::setPermissions(own, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     }

@@ -1,5 +1,7 @@
 #include "link/firmware_upload.h"
 
+#include "platform/files.h"
+
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
@@ -15,12 +17,9 @@ Status readFirmware(const QString &path, FirmwareImage &image)
     if (!info.exists()) {
         return failed(FirmwareUpload::tr("there is no such file"));
     }
-    if (!info.isFile()) {
-        return failed(FirmwareUpload::tr("is not a file"));
-    }
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        return failed(file.errorString());
+    QFile file;
+    if (Status opened = openToRead(file, path); !opened) {
+        return opened;
     }
     image.fileLength = file.size();
     image.bytes = file.read(firmwareImageSize);

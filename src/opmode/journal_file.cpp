@@ -150,8 +150,8 @@ Status JournalFile::rewrite()
 Status JournalFile::goOnFrom(quint64 base)
 {
     QByteArray journal = beginningOf(base);
-    QFile file(m_path);
-    if (m_mark != 0 && file.open(QIODevice::ReadOnly) && file.seek(m_mark)) {
+    QFile file;
+    if (m_mark != 0 && openToRead(file, m_path) && file.seek(m_mark)) {
         const QByteArray records = file.read(m_size - m_mark);
         const auto kept = recordsBehindMark(records, base);
         file.close();

@@ -15,23 +15,28 @@ Status fileFailure(const QString &path, const QString &reason)
     return Status::failed(path + QLatin1String(": ") + reason);
 }
 
+Status notRegular(const QString &path)
+{
+    return fileFailure(
+        path, QFileInfo(path).isDir()
+                  ? QCoreApplication::translate("Files", "is a folder")
+                  : QCoreApplication::translate("Files", "is no file, but a pipe, a device or the like"));
+}
+
 Status readFile(const QString &path, QByteArray &content, qint64 limit)
 {
     if (path.isEmpty()) {
         return Status::failed(QCoreApplication::translate("Files", "there is no file name"));
     }
-    QFile file(path);
-    if (QFileInfo(path).isDir()) {
-        return fileFailure(path, QCoreApplication::translate("Files", "is a folder"));
-    }
-    if (!file.open(QIODevice::ReadOnly)) {
-        return fileFailure(path, file.errorString());
+    QFile file;
+    if (Status opened = openToRead(file, path); !opened) {
+        return opened;
     }
     // In pieces: what is asked for is reserved, however little there is to read.
     constexpr qint64 piece = qint64{64} * 1024;
     content.clear();
     try {
-        content.reserve(std::min(file.size(), limit)); // 0 for a pipe
+        content.reserve(std::min(file.size(), limit));
     } catch (const std::bad_alloc &) {
         return fileFailure(path,
                            QCoreApplication::translate("Files", "is longer than the memory that is free"));
@@ -59,9 +64,9 @@ Status readFile(const QString &path, QByteArray &content)
 
 Status copyFile(const QString &from, const QString &to)
 {
-    QFile source(from);
-    if (!source.open(QIODevice::ReadOnly)) {
-        return fileFailure(from, source.errorString());
+    QFile source;
+    if (Status opened = openToRead(source, from); !opened) {
+        return opened;
     }
     FileReplacement copy;
     Status status = copy.open(to);

@@ -11,18 +11,26 @@ class QFile;
 
 namespace ktr {
 
-/// Reads a whole file of at most `limit` bytes into `content`. For what comes from outside: what the program
-/// writes itself, it must be able to read at any length.
+/// Opens a file to read. Only a regular one: a pipe would keep the program waiting for its writer, a device
+/// for ever, and what is opened by a fixed name, or one from outside, may be any of them.
+Status openToRead(QFile &file, const QString &path);
+
+/// Reads a whole regular file of at most `limit` bytes into `content`. For what comes from outside: what the
+/// program writes itself, it must be able to read at any length.
 Status readFile(const QString &path, QByteArray &content, qint64 limit);
 Status readFile(const QString &path, QByteArray &content);
 
 /// A failure that names its file.
 Status fileFailure(const QString &path, const QString &reason);
 
+/// The failure of what is no regular file.
+Status notRegular(const QString &path);
+
 /// Whether this user can make files in a folder.
 bool canMakeFiles(const QString &folder);
 
-/// Opens a file to read and write without a buffer, making it for its owner alone where it does not exist.
+/// Opens a regular file to read and write without a buffer, making it for its owner alone where it does not
+/// exist.
 Status openOwnersFile(QFile &file, const QString &path);
 
 /// Waits until the disk has what was written to an open file; false when it cannot be known to.

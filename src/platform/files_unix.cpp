@@ -203,9 +203,35 @@ bool canMakeFiles(const QString &folder)
     return QFileInfo(folder).isWritable();
 }
 
+Status openToRead(QFile &file, const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    struct stat found = {};
+    if (::stat(name.constData(), &found) == 0 && !S_ISREG(found.st_mode)) {
+        return notRegular(path); // opening alone moves some devices
+    }
+    // Without waiting, should it have become a pipe just now; a regular file does not mind.
+    const int descriptor = ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (descriptor < 0) {
+        return systemFailure(path);
+    }
+    file.setFileName(path);
+    if (::fstat(descriptor, &found) != 0 || !S_ISREG(found.st_mode)) {
+        ::close(descriptor);
+        return notRegular(path);
+    }
+    return file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)
+               ? Status::done()
+               : fileFailure(path, file.errorString());
+}
+
 Status openOwnersFile(QFile &file, const QString &path)
 {
     file.setFileName(path);
+    struct stat found = {};
+    if (::stat(QFile::encodeName(path).constData(), &found) == 0 && !S_ISREG(found.st_mode)) {
+        return notRegular(path);
+    }
     const bool opened = file.open(QIODevice::ReadWrite | QIODevice::Unbuffered,
                                   QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     return opened ? Status::done() : fileFailure(path, file.errorString());

@@ -11,6 +11,7 @@
 
 #include <aclapi.h>
 #include <algorithm>
+#include <fcntl.h>
 #include <io.h>
 #include <sddl.h>
 #include <windows.h>
@@ -209,6 +210,28 @@ bool canMakeFiles(const QString &folder)
 {
     QTemporaryFile probe(folder + QLatin1String("/.KTRconfig.XXXXXX")); // access lists tell only half
     return probe.open();
+}
+
+Status openToRead(QFile &file, const QString &path)
+{
+    if (QFileInfo(path).isDir()) {
+        return notRegular(path);
+    }
+    constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    const HANDLE handle =
+        createFile(QDir::toNativeSeparators(path), GENERIC_READ, shareAll, nullptr, OPEN_EXISTING);
+    if (handle == INVALID_HANDLE_VALUE) {
+        return systemFailure(path);
+    }
+    if (::GetFileType(handle) != FILE_TYPE_DISK) {
+        ::CloseHandle(handle);
+        return notRegular(path);
+    }
+    file.setFileName(path);
+    const int descriptor = ::_open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_RDONLY | _O_BINARY);
+    return file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)
+               ? Status::done()
+               : fileFailure(path, file.errorString());
 }
 
 Status openOwnersFile(QFile &file, const QString &path)

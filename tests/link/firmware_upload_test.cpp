@@ -89,7 +89,7 @@ private Q_SLOTS:
         const QSignalSpy ended(&upload, &FirmwareUpload::ended);
         const QString missing = m_folder->filePath("missing.bin");
         QCOMPARE(upload.start(missing).message(), missing + ": there is no such file");
-        QVERIFY(upload.start(m_folder->path()).message().endsWith("is not a file"));
+        QVERIFY(upload.start(m_folder->path()).message().endsWith("is a folder"));
         QVERIFY(upload.start(image({})).message().endsWith("is empty"));
         m_line->close();
         QVERIFY(!upload.start(image(pattern(1))));

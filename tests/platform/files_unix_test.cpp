@@ -95,6 +95,21 @@ private Q_SLOTS:
         QVERIFY(first.trouble().message().contains(u"none/a.lock"_s));
     }
 
+    void whatIsNoRegularFileIsRefusedAtOnce()
+    {
+        QCOMPARE(::mkfifo(QFile::encodeName(path(u"pipe"_s)).constData(), 0600), 0);
+        QVERIFY(QFile::link(path(u"pipe"_s), path(u"link to a pipe"_s)));
+        for (const QString &name :
+             {path(u"pipe"_s), path(u"link to a pipe"_s), u"/dev/zero"_s, m_folder.path()}) {
+            QByteArray content;
+            QFile file;
+            for (const Status &status : {readFile(name, content), openToRead(file, name),
+                                         openOwnersFile(file, name), copyFile(name, path(u"copy"_s))}) {
+                QVERIFY2(!status && status.message().startsWith(name), qPrintable(status.message()));
+            }
+        }
+    }
+
     void aLinkStaysALinkAndItsTargetIsReplaced()
     {
         QVERIFY(writeFile(path(u"target"_s), "old"));
