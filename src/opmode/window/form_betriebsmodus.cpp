@@ -235,8 +235,20 @@ QWidget *Form_betriebsmodus::layOutTree()
             [this](const QString &name) { tell(StationTreeView::refusalOf(name)); });
     connect(m_tree, &StationTreeView::filtered, this, &Form_betriebsmodus::showCounts);
     connect(&m_mode, &OperationalMode::alarmRaised, m_tree, &StationTreeView::reveal);
-    m_tree->addActions(m_stationMenu->actions());
+    connect(m_tree, &StationTreeView::menuWanted, this, &Form_betriebsmodus::showTreeMenu);
     return side;
+}
+
+/// Below the last row it offers nothing that would act on the station that happens to be chosen.
+void Form_betriebsmodus::showTreeMenu(const QPoint &place, bool isAboutStation)
+{
+    auto *menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("menu_tree"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addActions(isAboutStation ? m_stationMenu->actions()
+                                    : QList{mnu_station_add, mnu_station_list, mnu_station_allonline,
+                                            mnu_station_alloffline, mnu_close});
+    menu->popup(place);
 }
 
 QAction *Form_betriebsmodus::add(QMenu *menu, const char *name, const std::function<void()> &triggered,

@@ -88,6 +88,7 @@ private:
     void showBox(const QString &message);
     void beginEmptyList();
     void showNode(const QModelIndex &node);
+    void showTreeMenu(const QPoint &place, bool isAboutStation);
     void showPage(int index);
     QString chosen() const;
     void addStation();

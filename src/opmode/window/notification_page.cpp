@@ -8,6 +8,7 @@
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QContextMenuEvent>
 #include <QEvent>
 #include <QGridLayout>
 #include <QHeaderView>
@@ -350,6 +351,12 @@ bool NotificationPage::eventFilter(QObject *watched, QEvent *event)
         returnToTop();
     } else if (watched == m_table->viewport() && event->type() == QEvent::Wheel) {
         m_belongsAtTop = false; // the user looks elsewhere
+    }
+    if (watched == m_table->viewport() && event->type() == QEvent::ContextMenu) {
+        const auto &menu = *static_cast<QContextMenuEvent *>(event);
+        if (menu.reason() == QContextMenuEvent::Mouse && !m_table->indexAt(menu.pos()).isValid()) {
+            m_table->clearSelection(); // what is offered there must not be about other rows
+        }
     }
     if (watched == m_table->viewport() && event->type() == QEvent::Resize) {
         fitColumns();

@@ -5,6 +5,7 @@
 #include "opmode/window/station_mark.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QHelpEvent>
 #include <QLineEdit>
 #include <QPainter>
@@ -23,9 +24,23 @@ constexpr int markSide = 14;
 constexpr int gap = 6;
 constexpr int refreshMs = 100;
 constexpr int layoutMs = 250;
-constexpr int closeMs = 60'000;
+constexpr int closeMs = 3'000;
+constexpr int quietMs = 60'000;
+constexpr int restMs = 10'000; ///< so long who has moved the mouse over rows may be about to choose one
 constexpr Milliseconds handRest{1000}; ///< so long after the user's last move here nothing changes its place
 constexpr Milliseconds keysRest{60'000}; ///< the same for who has put the focus here
+constexpr Milliseconds keysPause{
+    10'000}; ///< the same for what merely closes: it keeps the user's row in place
+
+/// Of the nodes that a node stands under.
+QSet<QString> keysAbove(const QModelIndex &node)
+{
+    QSet<QString> keys;
+    for (QModelIndex above = node.parent(); above.isValid(); above = above.parent()) {
+        keys.insert(above.data(StationTree::KeyRole).toString());
+    }
+    return keys;
+}
 
 class NodeDelegate : public QStyledItemDelegate
 {
@@ -164,13 +179,14 @@ StationTreeView::StationTreeView(StationTree &tree, QWidget *parent) : QTreeView
     setUniformRowHeights(true);
     setVerticalScrollMode(ScrollPerItem);
     setEditTriggers(EditKeyPressed | SelectedClicked);
-    setContextMenuPolicy(Qt::ActionsContextMenu);
     setTextElideMode(Qt::ElideRight);
     viewport()->setMouseTracking(true);
     const std::tuple<QTimer *, const char *, int, void (StationTreeView::*)()> timers[] = {
         {&m_filterTimer, "Timer_filter", refreshMs, &StationTreeView::applyFilter},
         {&m_layoutTimer, "Timer_layout", layoutMs, &StationTreeView::refresh},
-        {&m_closeTimer, "Timer_close", closeMs, &StationTreeView::closeOpened},
+        {&m_closeTimer, "Timer_close", closeMs, &StationTreeView::closeAcknowledged},
+        {&m_quietTimer, "Timer_quiet", quietMs, &StationTreeView::closeOthers},
+        {&m_restTimer, "Timer_rest", restMs, &StationTreeView::refresh},
         {&Timer_doView, "Timer_doView", refreshMs, &StationTreeView::revealNow}};
     for (const auto &[timer, name, interval, fired] : timers) {
         timer->setParent(this);
@@ -188,7 +204,8 @@ StationTreeView::StationTreeView(StationTree &tree, QWidget *parent) : QTreeView
     connect(this, &QTreeView::collapsed, this, isUsers);
     connect(&tree, &StationTree::alarmCountChanged, this, [this] {
         if (!m_opened.isEmpty()) {
-            m_closeTimer.start();
+            m_quietTimer.start();
+            closeSoon();
         }
     });
     const auto filterSoon = [this] {
@@ -259,7 +276,7 @@ void StationTreeView::applyFilter()
 {
     if (std::exchange(m_isFilterChosen, false)) {
         showWanted(true);
-    } else if (isHandled()) {
+    } else if (isAboutToChoose()) {
         m_filterTimer.start();
     } else {
         changeInPlace([this] { showWanted(!isInUse()); });
@@ -318,7 +335,8 @@ void StationTreeView::revealNow()
     }
     scrollTo(m_toReveal);
     m_revealed = std::exchange(m_toReveal, {});
-    m_closeTimer.start();
+    m_quietTimer.start();
+    closeSoon(); // of an alarm that is acknowledged already
 }
 
 void StationTreeView::open(const QModelIndex &branch)
@@ -330,29 +348,53 @@ void StationTreeView::open(const QModelIndex &branch)
     }
 }
 
-void StationTreeView::closeOpened()
+/// Not put off by each alarm that is acknowledged or comes meanwhile.
+void StationTreeView::closeSoon()
 {
-    if (isInUse()) {
+    if (!m_closeTimer.isActive() && !m_opened.isEmpty()) {
+        m_closeTimer.start();
+    }
+}
+
+void StationTreeView::closeAcknowledged()
+{
+    if (isInUse(keysPause)) {
         m_closeTimer.start();
         return;
     }
-    QSet<QString> kept; // of the latest alarm
-    if (m_revealed.data(StationTree::ColourRole).toInt() == StationTree::alarmColour) {
-        for (QModelIndex above = m_revealed.parent(); above.isValid(); above = above.parent()) {
-            kept.insert(above.data(StationTree::KeyRole).toString());
+    QSet<QString> branches;
+    for (const QString &key : std::as_const(m_opened)) {
+        if (stationOf(m_tree.find(key)).data(StationTree::AlarmCountRole).toInt() == 0) {
+            branches.insert(key);
         }
     }
-    kept.intersect(m_opened);
-    QSet<QString> closing = std::exchange(m_opened, kept) - kept;
-    for (QModelIndex above = currentIndex().parent(); above.isValid(); above = above.parent()) {
-        closing.remove(above.data(StationTree::KeyRole).toString()); // the user's from now on
-    }
-    if (closing.isEmpty()) {
+    closeBranches(branches);
+}
+
+void StationTreeView::closeOthers()
+{
+    if (isInUse()) {
+        m_quietTimer.start();
         return;
     }
+    QSet<QString> branches = m_opened;
+    if (m_revealed.data(StationTree::ColourRole).toInt() == StationTree::alarmColour) {
+        branches -= keysAbove(m_revealed);
+    }
+    closeBranches(branches);
+}
+
+/// Closes what was opened here; what the user is at stays open until that is elsewhere.
+void StationTreeView::closeBranches(QSet<QString> branches)
+{
+    branches -= keysAbove(currentIndex());
+    if (branches.isEmpty()) {
+        return;
+    }
+    m_opened -= branches;
     changeInPlace([&] {
         scheduleDelayedItemsLayout();
-        for (const QString &key : std::as_const(closing)) {
+        for (const QString &key : std::as_const(branches)) {
             collapse(m_tree.find(key));
         }
     });
@@ -360,22 +402,34 @@ void StationTreeView::closeOpened()
 
 // Nothing is to be moved away from under the user's hand.
 
-bool StationTreeView::hadInput(Milliseconds within) const
+bool StationTreeView::isWithin(const QElapsedTimer &last, Milliseconds time)
 {
-    return m_lastInput.isValid() && !m_lastInput.hasExpired(within.count());
+    return last.isValid() && !last.hasExpired(time.count());
 }
 
 /// Whether the user is just moving the mouse here, pressing a button, choosing from a menu or typing.
 bool StationTreeView::isHandled() const
 {
     return state() == EditingState || QApplication::activePopupWidget() != nullptr ||
-           (underMouse() && QApplication::mouseButtons() != Qt::NoButton) || hadInput(handRest);
+           (underMouse() && QApplication::mouseButtons() != Qt::NoButton) || isWithin(m_lastInput, handRest);
 }
 
 /// Whether the user points at the tree or has put the focus there.
 bool StationTreeView::isInUse() const
 {
-    return isHandled() || underMouse() || (hasFocus() && hadInput(keysRest));
+    return isInUse(keysRest);
+}
+
+bool StationTreeView::isInUse(Milliseconds rest) const
+{
+    return isHandled() || underMouse() || (hasFocus() && isWithin(m_lastUse, rest));
+}
+
+/// Whether the user points at a row, and has done so for no longer than it takes to read it: then the rows
+/// around it stay as well. A mouse that just lies there does not keep new ones out of sight.
+bool StationTreeView::isAboutToChoose() const
+{
+    return isHandled() || (underMouse() && m_restTimer.isActive());
 }
 
 /// What is to stay where it is: the node under the mouse, that of the keys, or the topmost that is seen.
@@ -435,7 +489,7 @@ void StationTreeView::scrollTo(const QModelIndex &index, ScrollHint hint)
 
 void StationTreeView::refresh()
 {
-    if (isHandled()) {
+    if (isAboutToChoose()) {
         m_layoutTimer.start();
     } else {
         changeInPlace([] {});
@@ -467,11 +521,14 @@ bool StationTreeView::viewportEvent(QEvent *event)
         m_pointer = static_cast<QSinglePointEvent *>(event)->globalPosition().toPoint();
     }
     switch (event->type()) {
-    case QEvent::MouseMove:
     case QEvent::MouseButtonPress:
     case QEvent::MouseButtonDblClick:
+        m_lastUse.start(); // passing by with the mouse is none
+        [[fallthrough]];
+    case QEvent::MouseMove:
     case QEvent::Wheel:
         m_lastInput.start();
+        m_restTimer.start();
         break;
     default:
         break;
@@ -482,13 +539,22 @@ bool StationTreeView::viewportEvent(QEvent *event)
 void StationTreeView::keyPressEvent(QKeyEvent *event)
 {
     m_lastInput.start();
+    m_lastUse.start();
     QTreeView::keyPressEvent(event);
+}
+
+void StationTreeView::contextMenuEvent(QContextMenuEvent *event)
+{
+    const bool isAboutStation = currentIndex().isValid() && (event->reason() != QContextMenuEvent::Mouse ||
+                                                             indexAt(event->pos()).isValid());
+    Q_EMIT menuWanted(event->globalPos(), isAboutStation);
 }
 
 void StationTreeView::focusInEvent(QFocusEvent *event)
 {
     if (event->reason() != Qt::OtherFocusReason && event->reason() != Qt::ActiveWindowFocusReason) {
         m_lastInput.start(); // the user wants it here
+        m_lastUse.start();
     }
     QTreeView::focusInEvent(event);
 }
@@ -503,6 +569,7 @@ QString StationTreeView::refusalOf(const QString &name)
 void StationTreeView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QTreeView::currentChanged(current, previous);
+    closeSoon();
     Q_EMIT currentNodeChanged(current);
 }
 

@@ -26,9 +26,10 @@ public:
     int shownStations() const { return m_shown; }
 
     /// Makes an entry visible: expands its branch and scrolls to it. Of many in a moment the last is
-    /// scrolled to. It waits while the user points at the tree or works in it with keys. When it has been
-    /// quiet for a minute, what was expanded here is collapsed again, but for the latest alarm while it is
-    /// red, and for what the user expanded or is at.
+    /// scrolled to. It waits while the user points at the tree or works in it with keys. What was expanded
+    /// here is collapsed again a few seconds after all alarms of its station are acknowledged, and when it
+    /// has been quiet for a minute, but for the latest alarm while it is red; in both cases not while the
+    /// user is at it, and never what the user expanded.
     void reveal(const QModelIndex &entry);
 
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
@@ -44,8 +45,12 @@ Q_SIGNALS:
     void nameRefused(const QString &name);
     void currentNodeChanged(const QModelIndex &index);
     void filtered();
+    /// A menu is wanted at a place on the screen: about the chosen station, or for a right click where there
+    /// is none.
+    void menuWanted(const QPoint &place, bool isAboutStation);
 
 protected:
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void rowsInserted(const QModelIndex &parent, int start, int end) override;
     bool viewportEvent(QEvent *event) override;
@@ -54,9 +59,11 @@ protected:
     void updateGeometries() override;
 
 private:
-    bool hadInput(Milliseconds within) const;
+    static bool isWithin(const QElapsedTimer &last, Milliseconds time);
     bool isHandled() const;
     bool isInUse() const;
+    bool isInUse(Milliseconds rest) const;
+    bool isAboutToChoose() const;
     QModelIndex heldNode() const;
     void changeInPlace(const std::function<void()> &change);
     bool isWanted(const QModelIndex &station) const;
@@ -65,7 +72,10 @@ private:
     void refresh();
     void revealNow();
     void open(const QModelIndex &branch);
-    void closeOpened();
+    void closeSoon();
+    void closeAcknowledged();
+    void closeOthers();
+    void closeBranches(QSet<QString> branches);
 
     StationTree &m_tree;
     std::function<QString(const QString &)> m_addressOf;
@@ -76,7 +86,10 @@ private:
     QTimer m_filterTimer;
     QTimer m_layoutTimer;
     QTimer m_closeTimer;
+    QTimer m_quietTimer;
+    QTimer m_restTimer;        ///< runs while the mouse was moved here a moment ago
     QElapsedTimer m_lastInput; ///< of the user, in this tree
+    QElapsedTimer m_lastUse;   ///< the same, but for mere moves of the mouse
     QPoint m_pointer;          ///< where it was last here, on the screen
     QTimer Timer_doView;
     QSet<QString> m_branchesToReveal; ///< keys: nodes come and go until the timer fires

@@ -12,9 +12,11 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -208,6 +210,29 @@ private Q_SLOTS:
         m_timers.advance(Milliseconds(1000));
         QTRY_VERIFY(!bar->isVisible());
         QVERIFY(!m_window->windowTitle().contains('!'));
+        auto *closing = m_window->findChild<QTimer *>("Timer_close");
+        QVERIFY(closing->isActive() && closing->remainingTime() <= 10'000); // while one looks
+        closing->start(0);
+        QTRY_VERIFY(!tree()->isExpanded(branch.parent()));
+    }
+
+    void aRightClickBelowTheLastRowOffersNothingAboutAStation()
+    {
+        open({"A"});
+        for (const bool isBelow : {false, true}) {
+            const QRect row = tree()->visualRect(m_mode->tree().find("A"));
+            const QPoint place = row.center() + QPoint(0, isBelow ? 10 * row.height() : 0);
+            QContextMenuEvent event(QContextMenuEvent::Mouse, place, tree()->viewport()->mapToGlobal(place));
+            QApplication::sendEvent(tree()->viewport(), &event);
+            const auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+            QVERIFY(menu != nullptr);
+            for (const char *about : {"mnu_station_del", "mnu_station_rename", "mnu_station_online",
+                                      "mnu_konfiguration", "mnu_export"}) {
+                QCOMPARE(menu->actions().contains(m_window->findChild<QAction *>(about)), !isBelow);
+            }
+            QVERIFY(menu->actions().contains(m_window->findChild<QAction *>("mnu_station_add")));
+            QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+        }
     }
 
     void nothingMovesAwayFromUnderTheMouseInAnAlarmShower()
@@ -220,9 +245,22 @@ private Q_SLOTS:
         tree()->expand(m_mode->tree().find("A"));
         tree()->expand(m_mode->tree().find("A/meldung"));
         QTRY_VERIFY(isSeen("A/meldung/+4917012345 --> M,Pump 1 on"));
+        const auto pointAt = [this](const QPoint &place) {
+            QTest::mouseMove(m_window->windowHandle(), m_window->mapFromGlobal(place));
+            return QTest::qWaitFor([this] { return tree()->underMouse(); });
+        };
+        auto *rest = m_window->findChild<QTimer *>("Timer_rest");
+        QVERIFY(pointAt(placeOf("A"))); // nor below it, as long as the mouse was moved just now
+        const QPoint next = placeOf("B");
+        alarm(0, "Pump 1 fail");
+        QVERIFY(awaitTurns());
+        QCOMPARE(placeOf("B"), next);
+        rest->stop();
+        QTRY_VERIFY(isSeen("A/meldung/+4917012345 --> M,Pump 1 fail"));
         const QPoint place = placeOf("F");
-        QTest::mouseMove(m_window->windowHandle(), m_window->mapFromGlobal(place));
-        QTRY_VERIFY(tree()->underMouse());
+        QVERIFY(pointAt(place));
+        QTRY_VERIFY(rest->isActive());
+        rest->stop();
         const auto shower = [this](const QByteArray &text) {
             for (int number = 0; number < 24; ++number) {
                 alarm(number % 8, text + QByteArray::number(number) + " fail");
@@ -253,12 +291,20 @@ private Q_SLOTS:
         // After the storm it closes what it opened, but for the latest alarm.
         tree()->expand(m_mode->tree().find("C/history"));
         tree()->setCurrentIndex(m_mode->tree().find("D/meldung"));
-        m_window->findChild<QTimer *>("Timer_close")->start(0);
+        m_window->findChild<QTimer *>("Timer_quiet")->start(0);
         QTRY_VERIFY(!tree()->isExpanded(m_mode->tree().find("B")));
         for (const char *open : {"A", "A/meldung", "D", "H", "H/meldung"}) {
             QVERIFY2(tree()->isExpanded(m_mode->tree().find(open)), open);
         }
         QVERIFY(!tree()->isExpanded(m_mode->tree().find("D/meldung")));
+
+        // What is acknowledged closes as well, and what the user is at once that is elsewhere.
+        tree()->setCurrentIndex(m_mode->tree().find("A"));
+        QVERIFY(m_mode->acknowledge({m_mode->tree().find("D"), m_mode->tree().find("H")}));
+        m_window->findChild<QTimer *>("Timer_close")->start(0);
+        QTRY_VERIFY(!tree()->isExpanded(m_mode->tree().find("H")));
+        QVERIFY(!tree()->isExpanded(m_mode->tree().find("D")) &&
+                tree()->isExpanded(m_mode->tree().find("A")));
     }
 
     void aFilterThatFollowsTheAlarmsMovesNothingUnderTheMouse()
@@ -277,6 +323,8 @@ private Q_SLOTS:
         QTest::mouseMove(m_window->windowHandle(), m_window->mapFromGlobal(place));
         QTRY_VERIFY(tree()->underMouse());
         alarm(1, "DI1 fail");
+        QVERIFY(awaitTurns() && tree()->isRowHidden(1, {}));
+        m_window->findChild<QTimer *>("Timer_rest")->stop();
         QTRY_VERIFY(!tree()->isRowHidden(1, {}));
         QCOMPARE(placeOf("C"), place);
         QVERIFY(m_mode->acknowledge({m_mode->tree().find("A")}));
