@@ -1,8 +1,10 @@
 #include "cli/console.h"
 
+#include "cli/patient_output.h"
 #include "platform/terminal.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -11,18 +13,23 @@ namespace ktr::cli {
 
 namespace {
 
-int outputError = 0; ///< why standard output could not be written, the first time
+std::atomic<int> outputError = 0; ///< why standard output could not be written, the first time
+PatientOutput *patientOutput = nullptr;
 
 void keepOutputError(bool written)
 {
-    if (!written && outputError == 0) {
-        outputError = errno;
+    if (!written) {
+        setOutputGone(errno);
     }
 }
 
 void put(std::FILE *stream, const QString &text)
 {
     const QByteArray bytes = text.toUtf8();
+    if (patientOutput != nullptr) {
+        patientOutput->put(stream, bytes);
+        return;
+    }
     const auto size = static_cast<std::size_t>(bytes.size());
     const bool written = std::fwrite(bytes.constData(), 1, size, stream) == size;
     keepOutputError(written || stream != stdout);
@@ -55,8 +62,23 @@ int fail(const QString &message)
     return failed;
 }
 
+void printThrough(PatientOutput *output)
+{
+    showNow();
+    patientOutput = output;
+}
+
+void setOutputGone(int error)
+{
+    int none = 0;
+    outputError.compare_exchange_strong(none, error);
+}
+
 void showNow()
 {
+    if (patientOutput != nullptr) {
+        return;
+    }
     keepOutputError(std::fflush(stdout) == 0);
 }
 
@@ -71,7 +93,7 @@ bool flushOutput()
     if (outputError == 0 || outputError == EPIPE) { // whoever read it had enough
         return true;
     }
-    complain(QLatin1String("standard output: ") + QString::fromLocal8Bit(std::strerror(outputError)));
+    complain(QLatin1String("standard output: ") + QString::fromLocal8Bit(std::strerror(outputError.load())));
     return false;
 }
 

@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/interruption.h"
+#include "cli/patient_output.h"
 #include "opmode/operational_mode.h"
 #include "opmode/station_sockets.h"
 
@@ -44,10 +45,10 @@ QString nameOf(StationEvent::Kind kind)
 }
 
 /// The members in the order in which they are read, which a JSON object of the toolkit does not keep.
-QString lineOf(const StationEvent &event, const QDateTime &now)
+QString lineOf(const QString &station, const QString &kind, const QString &text, const QDateTime &now)
 {
-    const auto quoted = [](const QString &text) {
-        const QByteArray array = QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact);
+    const auto quoted = [](const QString &value) {
+        const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
         QString json = QString::fromUtf8(array.sliced(1, array.size() - 2));
         for (qsizetype at = json.size() - 1; at >= 0; --at) { // those that JSON takes and a terminal obeys
             if (json[at].category() == QChar::Other_Control) {
@@ -57,8 +58,43 @@ QString lineOf(const StationEvent &event, const QDateTime &now)
         return json;
     };
     return QStringLiteral("{\"time\":") + quoted(now.toUTC().toString(Qt::ISODateWithMs)) +
-           QStringLiteral(",\"station\":") + quoted(event.kennung) + QStringLiteral(",\"kind\":") +
-           quoted(nameOf(event.kind)) + QStringLiteral(",\"text\":") + quoted(event.text) + u'}';
+           QStringLiteral(",\"station\":") + quoted(station) + QStringLiteral(",\"kind\":") + quoted(kind) +
+           QStringLiteral(",\"text\":") + quoted(text) + u'}';
+}
+
+int watch(const Arguments &arguments, const Environment &environment, const QString &path)
+{
+    const std::optional<int> seconds =
+        arguments.isSet(forOption) ? arguments.number(forOption, 0, longestWatch) : std::nullopt;
+    EventLoopTimers timers;
+    IoThread io;
+    StationSockets sockets(io);
+    Interruption interruption(io, [] { QCoreApplication::quit(); });
+    OperationalMode mode({environment, timers, [&sockets] { return sockets.createLine(); }},
+                         stationCaptions({}));
+    QObject::connect(&mode, &OperationalMode::told, &mode, &complain);
+    QObject::connect(&mode, &OperationalMode::happened, &mode, [&](const StationEvent &event) {
+        print(lineOf(event.kennung, nameOf(event.kind), event.text, environment.now()));
+    });
+    using Use = OperationalMode::Use;
+    const Status opened =
+        mode.open(path, arguments.isSet(evenIfWatchedOption) ? Use::WatchAnyway : Use::Watch);
+    if (mode.hindrance() == OperationalMode::Hindrance::InUse) {
+        return fail(opened.message() + QStringLiteral("; --even-if-watched watches it all the same"));
+    }
+    if (!opened) {
+        return failed; // told already
+    }
+    if (seconds) {
+        QTimer::singleShot(std::chrono::seconds(*seconds), Qt::PreciseTimer, QCoreApplication::instance(),
+                           &QCoreApplication::quit);
+    }
+    const int code = QCoreApplication::exec();
+    mode.takeArrived();
+    if (sockets.foreignDatagrams() > 0) {
+        complain(QStringLiteral("datagrams of strangers, not looked at: %1").arg(sockets.foreignDatagrams()));
+    }
+    return code == 0 ? done : failed;
 }
 
 } // namespace
@@ -85,55 +121,26 @@ std::optional<int> checkMonitor(const Arguments &arguments)
 
 int monitor(const Arguments &arguments)
 {
-    const std::optional<int> seconds =
-        arguments.isSet(forOption) ? arguments.number(forOption, 0, longestWatch) : std::nullopt;
     const QString path = arguments.positional(0);
     if (!QFileInfo::exists(path)) {
         return fail(path + QStringLiteral(": there is no such file"));
     }
     const Environment environment = systemEnvironment();
-    EventLoopTimers timers;
-    IoThread io;
-    StationSockets sockets(io);
-    Interruption interruption(io, [] { QCoreApplication::quit(); });
-    OperationalMode mode({environment, timers, [&sockets] { return sockets.createLine(); }},
-                         stationCaptions({}));
-    bool isShowing = false;
-    QObject::connect(&mode, &OperationalMode::told, &mode, &complain);
-    QObject::connect(&mode, &OperationalMode::happened, &mode, [&](const StationEvent &event) {
-        print(lineOf(event, environment.now()));
-        if (!std::exchange(isShowing, true)) { // a program that waits for it reads a batch at once
-            QMetaObject::invokeMethod(
-                &mode,
-                [&isShowing] {
-                    isShowing = false;
-                    showNow();
-                    if (outputIsGone()) { // nobody is watching any more
-                        QCoreApplication::quit();
-                    }
-                },
-                Qt::QueuedConnection);
-        }
-    });
-    using Use = OperationalMode::Use;
-    const Status opened =
-        mode.open(path, arguments.isSet(evenIfWatchedOption) ? Use::WatchAnyway : Use::Watch);
-    if (mode.hindrance() == OperationalMode::Hindrance::InUse) {
-        return fail(opened.message() + QStringLiteral("; --even-if-watched watches it all the same"));
-    }
-    if (!opened) {
-        return failed; // told already
-    }
-    if (seconds) {
-        QTimer::singleShot(std::chrono::seconds(*seconds), Qt::PreciseTimer, QCoreApplication::instance(),
-                           &QCoreApplication::quit);
-    }
-    const int code = QCoreApplication::exec();
-    mode.takeArrived();
-    if (sockets.foreignDatagrams() > 0) {
-        complain(QStringLiteral("datagrams of strangers, not looked at: %1").arg(sockets.foreignDatagrams()));
-    }
-    return code == 0 ? done : failed;
+    // Watching goes on whatever becomes of who reads what is printed.
+    PatientOutput output({[now = environment.now](qint64 lines) {
+                              const QString text =
+                                  QStringLiteral("the reader stood still; lines left out: %1").arg(lines);
+                              return (lineOf({}, QStringLiteral("dropped"), text, now()) + u'\n').toUtf8();
+                          },
+                          [](int error) {
+                              setOutputGone(error); // nobody is watching any more
+                              QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
+                                                        Qt::QueuedConnection);
+                          }});
+    printThrough(&output);
+    const int code = watch(arguments, environment, path);
+    printThrough(nullptr);
+    return output.end() || outputIsGone() ? code : failed;
 }
 
 } // namespace ktr::cli

@@ -193,6 +193,8 @@ private Q_SLOTS:
     void whatCannotBeDoneIsToldInOneLineWithCode1()
     {
         write(u"garbage.xml"_s, "<KTR><PIN>");
+        write(u"orphans.xml"_s, "<KTR><item1 key='S/ip' text='IP'/></KTR>");
+        QCOMPARE(::mkfifo(QFile::encodeName(path(u"pipe"_s)).constData(), 0600), 0);
         for (const auto *line : {"convert @none.xml @x",
                                  "convert @sample /dev/full",
                                  "new @no/such/folder.xml",
@@ -214,7 +216,12 @@ private Q_SLOTS:
                                  "simulate --serial @m --replay @none",
                                  "simulate --serial @m --replay @garbage.xml",
                                  "monitor @none",
-                                 "monitor @garbage.xml"}) {
+                                 "monitor @garbage.xml",
+                                 "monitor @orphans.xml",
+                                 "monitor @pipe",
+                                 "monitor /dev/zero",
+                                 "firmware --image @pipe --serial @none",
+                                 "check @pipe"}) {
             const Result result = ktrcli(QString::fromLatin1(line));
             QVERIFY2(result.code == 1, line);
             QVERIFY2(result.errors.startsWith("ktrcli: "_L1) && result.errors.count(u'\n') == 1, line);
@@ -592,6 +599,24 @@ private Q_SLOTS:
         }
         QCOMPARE(contentOf(path(u"nodes.xml"_s)), before);
         QVERIFY(fleet.terminate());
+    }
+
+    void aMonitorWhoseReaderStandsStillGoesOn()
+    {
+        Module fleet(words(u"simulate --fleet 3 --port 0 --nodes @nodes.xml --every 1"_s));
+        const QByteArray name = QFile::encodeName(path(u"reader"_s));
+        QCOMPARE(::mkfifo(name.constData(), 0600), 0);
+        const int pipe = ::open(name.constData(), O_RDWR | O_NONBLOCK);
+        while (::write(pipe, "\n", 1) == 1) {
+        }
+        QProcess monitor;
+        monitor.setStandardOutputFile(path(u"reader"_s), QIODevice::Append);
+        monitor.start(QStringLiteral(KTRCLI), words(u"monitor @nodes.xml --for 3"_s));
+        QVERIFY(monitor.waitForFinished(60000));
+        QCOMPARE(monitor.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(monitor.exitCode(), 1); // nobody has read it
+        ::close(pipe);
+        QVERIFY(fleet.terminate() && QFile::remove(path(u"nodes.xml"_s)));
     }
 
     void aListThatIsWatchedIsNotWatchedTwiceUnlessThatIsWanted()
