@@ -173,8 +173,7 @@ public:
                 m_receiveSocket.non_blocking(true, error);
             }
             if (!error) {
-                asio::error_code ignored;
-                m_receiveSocket.set_option(udp::socket::receive_buffer_size(systemBuffer), ignored);
+                setReceiveBuffer(m_receiveSocket.native_handle(), systemBuffer);
                 m_isV6 = protocol == udp::v6();
                 return Status::done();
             }

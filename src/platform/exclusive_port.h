@@ -16,6 +16,10 @@ using SocketHandle = int;
 /// ports only when both ask for it need nothing done.
 void claimPortExclusively(SocketHandle socket);
 
+/// Gives a socket a buffer of so many bytes for what arrives: beyond what the system allows everybody where
+/// this process may, otherwise as far as that goes.
+void setReceiveBuffer(SocketHandle socket, int bytes);
+
 /// How many datagrams the system has dropped at a socket so far, because its buffer was full or else; it goes
 /// on from 0 after its largest value. Nothing where the system does not tell.
 std::optional<quint32> droppedDatagrams(SocketHandle socket);

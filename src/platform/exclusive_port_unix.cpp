@@ -13,6 +13,16 @@ namespace ktr {
 
 void claimPortExclusively(SocketHandle) {}
 
+void setReceiveBuffer(SocketHandle socket, int bytes)
+{
+#ifdef SO_RCVBUFFORCE
+    if (::setsockopt(socket, SOL_SOCKET, SO_RCVBUFFORCE, &bytes, sizeof bytes) == 0) {
+        return;
+    }
+#endif
+    ::setsockopt(socket, SOL_SOCKET, SO_RCVBUF, &bytes, sizeof bytes);
+}
+
 std::optional<quint32> droppedDatagrams([[maybe_unused]] SocketHandle socket)
 {
 #ifdef SO_MEMINFO

@@ -11,6 +11,11 @@ void claimPortExclusively(SocketHandle socket)
                  sizeof exclusive);
 }
 
+void setReceiveBuffer(SocketHandle socket, int bytes)
+{
+    ::setsockopt(socket, SOL_SOCKET, SO_RCVBUF, reinterpret_cast<const char *>(&bytes), sizeof bytes);
+}
+
 std::optional<quint32> droppedDatagrams(SocketHandle)
 {
     return std::nullopt;
