@@ -253,7 +253,7 @@ private Q_SLOTS:
         QVERIFY(pointAt(placeOf("A"))); // nor below it, as long as the mouse was moved just now
         const QPoint next = placeOf("B");
         alarm(0, "Pump 1 fail");
-        QVERIFY(awaitTurns());
+        QVERIFY(awaitTurns(15)); // more than the hand's own rest takes
         QCOMPARE(placeOf("B"), next);
         rest->stop();
         QTRY_VERIFY(isSeen("A/meldung/+4917012345 --> M,Pump 1 fail"));
@@ -529,11 +529,11 @@ private:
         return tree()->viewport()->rect().contains(row.center());
     }
     /// Waits until the tree has several times had the opportunity to show what it keeps back.
-    bool awaitTurns()
+    bool awaitTurns(int count = 5)
     {
         auto *timer = m_window->findChild<QTimer *>("Timer_doView");
         QSignalSpy turns(timer, &QTimer::timeout);
-        return QTest::qWaitFor([&] { return turns.size() >= 5; });
+        return QTest::qWaitFor([&] { return turns.size() >= count; });
     }
     QTreeView *tree() const { return m_window->findChild<QTreeView *>("TreeView_KTR_Nodes"); }
     QLineEdit *field(const char *name) const { return m_window->findChild<QLineEdit *>(name); }
