@@ -1,6 +1,7 @@
 #include "editor/holiday_card.h"
 
 #include "config/holiday_store.h"
+#include "look/field_width.h"
 #include "platform/settings_store.h"
 #include "platform/text_rules.h"
 
@@ -30,7 +31,7 @@ HolidayCard::HolidayCard(EditorContext &context, std::function<int()> shownEntry
     m_save = button(QStringLiteral("Cmd_swtch_save"), &HolidayCard::save);
 
     m_date->setObjectName(QStringLiteral("Text_switch_frei"));
-    m_date->setMinimumWidth(m_date->fontMetrics().horizontalAdvance(QStringLiteral("00.00.0000 -")));
+    m_date->setMinimumWidth(fieldWidth(m_date, QStringLiteral("00.00.0000")));
     connect(m_date, &QLineEdit::returnPressed, this, &HolidayCard::add);
 
     m_list->setObjectName(QStringLiteral("lst_swtch_frei"));

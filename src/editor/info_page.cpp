@@ -1,5 +1,7 @@
 #include "editor/info_page.h"
 
+#include "look/field_width.h"
+
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -54,6 +56,7 @@ QWidget *InfoPage::informationCard()
     tip(m_applicationVersion, [] { return tr("The program in the module, as last reported"); });
     const auto edits = card->findChildren<QLineEdit *>();
     for (QLineEdit *edit : edits) {
+        edit->setMinimumWidth(fieldWidth(edit, Document::stamp({QDate(2000, 1, 1), QTime(0, 0)})));
         edit->setMaximumWidth(400);
     }
     grid->setColumnStretch(1, 10);

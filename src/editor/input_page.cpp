@@ -3,6 +3,7 @@
 #include "config/channel_use.h"
 #include "config/channels.h"
 #include "editor/striped_card.h"
+#include "look/field_width.h"
 #include "platform/text_rules.h"
 
 #include <QCheckBox>
@@ -227,9 +228,10 @@ void InputPage::place(QWidget *control, int channel, Column column)
 QLineEdit *InputPage::addLine(const FieldRef &field, int channel, Column column)
 {
     auto *edit = new QLineEdit(m_card);
-    edit->setFixedWidth(lineWidth);
+    edit->setMinimumWidth(fieldWidth(edit, QStringLiteral("00000000")));
+    edit->setMaximumWidth(lineWidth);
     // Rows may be drawn closer than the style likes, so that all of them stay in sight.
-    edit->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+    edit->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     edit->setMinimumHeight(edit->fontMetrics().height() + 4);
     binder().line(edit, field);
     place(edit, channel, column);
@@ -248,7 +250,7 @@ QLabel *InputPage::addUnit(const QString &name, int channel)
 {
     auto *unit = new QLabel(m_card);
     unit->setObjectName(name);
-    unit->setFixedWidth(lineWidth);
+    unit->setMaximumWidth(lineWidth);
     m_grid->addWidget(unit, firstRow + channel - 1, ValueUnitColumn);
     return unit;
 }

@@ -237,7 +237,7 @@ QWidget *LimitValuePage::recipientsPart()
     auto *part = captioned(new QGroupBox(m_frame), Text::NotificationTo);
     part->setObjectName(QStringLiteral("Fra_gw_msm"));
     auto *grid = new QGridLayout(part);
-    constexpr int columns = 3;
+    constexpr int columns = 2; // of three a small window cuts ordinary names
     const int count = static_cast<int>(configuration().administrators.size());
     for (int index = 0; index < count; ++index) {
         auto *box = new QCheckBox(part);

@@ -702,6 +702,10 @@ void CalmStyle::drawControl(ControlElement element, const QStyleOption *option, 
             // The ring goes around the mark, where it is seen without a text too.
             QStyleOptionButton plain(*button);
             plain.state.setFlag(State_HasFocus, false);
+            const QRect room = subElementRect(
+                element == CE_RadioButton ? SE_RadioButtonContents : SE_CheckBoxContents, option, widget);
+            plain.text = option->fontMetrics.elidedText(plain.text, Qt::ElideRight, room.width(),
+                                                        Qt::TextShowMnemonic);
             QProxyStyle::drawControl(element, &plain, painter, widget);
             if (has(option, State_HasFocus)) {
                 const bool round = element == CE_RadioButton;

@@ -1,6 +1,8 @@
 #include "app/form_main.h"
 #include "config/configuration_file.h"
 #include "config/fields.h"
+#include "look/field_width.h"
+#include "look/style.h"
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "platform/settings_store.h"
@@ -28,6 +30,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QStyleOptionComboBox>
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QTextDocument>
@@ -370,10 +373,7 @@ private Q_SLOTS:
     void theLanguageChangesWhileRunning()
     {
         start({});
-        clickMenu("mnu_settings");
-        auto *german = control<QAbstractButton>(*m_window, "optLanguage_1");
-        QTest::mouseClick(german, Qt::LeftButton, {}, {10, german->height() / 2});
-        QTest::mouseClick(control<QAbstractButton>(*m_window, "btnOk"), Qt::LeftButton);
+        chooseLanguage("optLanguage_1");
         QCOMPARE(m_window->tabs().tabText(2), "Grenzwert");
         QCOMPARE(plain(action("mnu_undo")), QStringLiteral("Rückgängig"));
         QCOMPARE(MRegistry::GetRegistryString("hkey_current_user", program, "Language"), "deutsch");
@@ -411,14 +411,79 @@ private Q_SLOTS:
         const auto *events = control<QPlainTextEdit>(*m_window, "txt_connection_events");
         const QString told = events->toPlainText();
         QVERIFY(told.contains("Waiting until the module reads its SMS") && !lastEvent().isEmpty());
-        clickMenu("mnu_settings");
-        QTest::mouseClick(control<QAbstractButton>(*m_window, "optLanguage_1"), Qt::LeftButton, {}, {10, 10});
-        QTest::mouseClick(control<QAbstractButton>(*m_window, "btnOk"), Qt::LeftButton);
+        chooseLanguage("optLanguage_1");
         QTRY_VERIFY(m_window->findChild<QDialog *>() == nullptr);
         QStringList old = shownTexts();
         old.removeIf([&wanted](const QString &text) { return wanted.contains(text); });
         QVERIFY2(old.isEmpty(), qPrintable(old.join(u'\n')));
         QVERIFY(events->toPlainText().startsWith(told) && !lastEvent().isEmpty());
+    }
+
+    void aLanguageSwitchKeepsWhatWasTypedAndChosen()
+    {
+        QVERIFY(replaceFile(path("nodes.xml"), "<KTR><item1 key=\"Works 4\" text=\"Works 4\"/></KTR>"));
+        start({});
+        QTRY_COMPARE(m_window->findChildren<Page *>().size(), m_window->tabs().count());
+        clickMenu("mnu_betriebsmodus");
+        QList<QWidget *> controls = m_window->findChildren<QWidget *>();
+        controls += operationalMode()->findChildren<QWidget *>();
+        for (QWidget *control : controls) {
+            auto *edit = qobject_cast<QLineEdit *>(control);
+            auto *box = qobject_cast<QComboBox *>(control);
+            if (edit != nullptr && !edit->isReadOnly()) {
+                edit->selectAll();
+                edit->insert("7");
+            } else if (box != nullptr && !box->isEditable() && box->isEnabled()) {
+                box->setCurrentIndex(box->count() - 1);
+            }
+        }
+        m_window->tabs().setCurrentIndex(7);
+        const auto state = [&controls] {
+            QStringList texts;
+            for (const QWidget *control : controls) {
+                for (const char *name : {"currentIndex", "checked", "value"}) {
+                    texts += control->objectName() + u' ' + control->property(name).toString();
+                }
+                const auto *edit = qobject_cast<const QLineEdit *>(control);
+                texts += edit != nullptr && !edit->isReadOnly() ? edit->text() : QString();
+            }
+            return texts;
+        };
+        const QStringList before = state();
+        QVERIFY(before.count("7") > 60);
+        for (const char *language : {"optLanguage_1", "optLanguage_0"}) {
+            chooseLanguage(language);
+            QTRY_VERIFY(m_window->findChild<QDialog *>() == nullptr);
+            QCOMPARE(state(), before);
+        }
+    }
+
+    void nothingIsCutOffInASmallWindow_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::newRow("English") << "-english";
+        QTest::newRow("German") << "-deutsch";
+    }
+    void nothingIsCutOffInASmallWindow()
+    {
+        QFETCH(QString, language);
+        applyAppearance(*qApp, Appearance::Light);
+        start({language, "-load", KTR_SOURCE_DIR "/samples/pumping-station.xml"});
+        QTRY_COMPARE(m_window->findChildren<Page *>().size(), m_window->tabs().count());
+        m_window->document().adjust([this](Configuration &changed) {
+            changed.info.logFile = path("log.txt");
+            for (int day = 1; changed.holidays.add(QDate(2028, 1, day)) == HolidayList::Added::Yes; ++day) {
+            }
+        });
+        Q_EMIT m_line->received("at+cmgs=\"+IP\"\rV,2.1.5,2026-11-22 10:16:05,KTR\x1A");
+        m_window->resize(1024, 700);
+        QStringList cut;
+        for (int page = 0; page < pageCount; ++page) {
+            m_window->tabs().setCurrentIndex(page);
+            QCoreApplication::processEvents(); // all layouts are done
+            cut += cutOff();
+        }
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
     }
 
     void aClickOnAProblemGoesToItsField()
@@ -461,10 +526,7 @@ private Q_SLOTS:
     void problemsOfGroupsAndEntriesAreReachedAndNothingIsCutOff()
     {
         start({});
-        clickMenu("mnu_settings");
-        auto *german = control<QAbstractButton>(*m_window, "optLanguage_1");
-        QTest::mouseClick(german, Qt::LeftButton, {}, {10, german->height() / 2});
-        QTest::mouseClick(control<QAbstractButton>(*m_window, "btnOk"), Qt::LeftButton);
+        chooseLanguage("optLanguage_1");
         m_window->document().edit([](Configuration &configuration) {
             LimitValue &value = configuration.limitValues[8];
             value = {5, "x", "1", "0", "0", 3, 0, 0, 0, "30"};
@@ -943,6 +1005,13 @@ private:
         }
         return texts;
     }
+    void chooseLanguage(const QString &button)
+    {
+        clickMenu("mnu_settings");
+        auto *choice = control<QAbstractButton>(*m_window, button);
+        QTest::mouseClick(choice, Qt::LeftButton, {}, {10, choice->height() / 2});
+        QTest::mouseClick(control<QAbstractButton>(*m_window, "btnOk"), Qt::LeftButton);
+    }
     static QString plain(const QAction *action) { return action->text().remove(u'&'); }
 
     void drop(const QString &file)
@@ -954,6 +1023,41 @@ private:
         QVERIFY(enter.isAccepted());
         QDropEvent event({50, 50}, Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(m_window.get(), &event);
+    }
+
+    /// The visible controls that do not show all of their text.
+    QStringList cutOff() const
+    {
+        QStringList cut;
+        for (const QWidget *control : m_window->findChildren<QWidget *>()) {
+            if (!control->isVisible() || control->window() != m_window.get()) {
+                continue;
+            }
+            int lacking = 0;
+            if (const auto *page = qobject_cast<const Page *>(control)) {
+                lacking = page->width() - page->parentWidget()->width();
+            } else if (const auto *label = qobject_cast<const QLabel *>(control)) {
+                lacking = label->wordWrap() ? 0 : label->sizeHint().width() - label->width();
+            } else if (qobject_cast<const QAbstractButton *>(control) != nullptr) {
+                lacking = control->sizeHint().width() - control->width();
+            } else if (const auto *edit = qobject_cast<const QLineEdit *>(control)) {
+                lacking = fieldWidth(edit, edit->text()) - edit->width();
+            } else if (const auto *box = qobject_cast<const QComboBox *>(control)) {
+                QStyleOptionComboBox option;
+                option.initFrom(box);
+                lacking =
+                    box->fontMetrics().horizontalAdvance(box->currentText()) -
+                    box->style()
+                        ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, box)
+                        .width();
+            } else if (const auto *list = qobject_cast<const QListWidget *>(control)) {
+                lacking = list->sizeHintForColumn(0) - list->viewport()->width();
+            }
+            if (lacking > 0) {
+                cut += QStringLiteral("%1: %2 pixels").arg(control->objectName()).arg(lacking);
+            }
+        }
+        return cut;
     }
 
     /// Of all controls, with their names in front: what they show, what a pointer or a screen reader is told.
