@@ -1,6 +1,7 @@
 #include "cli/arguments.h"
 
 #include "cli/console.h"
+#include "platform/files.h"
 
 namespace ktr::cli {
 
@@ -15,7 +16,11 @@ Arguments::Arguments(const QString &command, const QStringList &names) : m_comma
 
 std::optional<int> Arguments::parse(const QStringList &words)
 {
-    if (!m_parser.parse(QStringList{QStringLiteral("ktrcli")} + words)) {
+    QStringList line{QStringLiteral("ktrcli")};
+    for (const QString &word : words) { // with one hyphen, too
+        line += word == QLatin1String("-help") ? QStringLiteral("--help") : word;
+    }
+    if (!m_parser.parse(line)) {
         return wrong(m_parser.errorText());
     }
     if (m_parser.isSet(QStringLiteral("help"))) {
@@ -47,6 +52,22 @@ std::optional<int> Arguments::number(const QString &option, int lowest, int high
         return std::nullopt;
     }
     return number;
+}
+
+std::optional<int> Arguments::distinctFiles(const QStringList &names) const
+{
+    const auto path = [this](const QString &name) {
+        const qsizetype index = m_names.indexOf(name);
+        return index < 0 ? value(name) : positional(static_cast<int>(index));
+    };
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        for (const QString &other : names.sliced(i + 1)) {
+            if (isSameFile(path(names[i]), path(other))) {
+                return wrong(QStringLiteral("%1 is named twice").arg(path(other)));
+            }
+        }
+    }
+    return std::nullopt;
 }
 
 int Arguments::wrong(const QString &message) const

@@ -31,6 +31,10 @@ public:
     /// An option's whole number within lowest..highest; a complaint and nothing when it is none.
     std::optional<int> number(const QString &option, int lowest, int highest) const;
 
+    /// The exit code after a complaint when a file would be written that is read, or written twice. Each name
+    /// is that of a positional argument or of an option.
+    std::optional<int> distinctFiles(const QStringList &names) const;
+
     /// A complaint about this command's usage and its exit code.
     int wrong(const QString &message) const;
 

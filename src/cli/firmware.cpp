@@ -25,8 +25,11 @@ void describeFirmware(Arguments &arguments)
 
 std::optional<int> checkFirmware(const Arguments &arguments)
 {
-    return arguments.isSet(imageOption) ? LinkJob::check(arguments)
-                                        : arguments.wrong(QStringLiteral("--image is missing"));
+    if (!arguments.isSet(imageOption)) {
+        return arguments.wrong(QStringLiteral("--image is missing"));
+    }
+    const std::optional<int> code = LinkJob::check(arguments);
+    return code ? code : arguments.distinctFiles({imageOption, QStringLiteral("log")});
 }
 
 int firmware(const Arguments &arguments)
@@ -52,7 +55,7 @@ int firmware(const Arguments &arguments)
     QObject::connect(&session, &ModuleSession::commandSent, &session, [&] { announced = true; });
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
         print(logText(reply.text));
-        if (announced && reply.text.startsWith(QLatin1String("fail"))) {
+        if (announced && reply.refuses()) {
             job.abandon(QStringLiteral("the module refuses the image"));
         }
     });

@@ -132,7 +132,7 @@ int recordsOfModule(const Arguments &arguments, Records &records)
             job.finish(failed);
         } else if (isAsked && records.lines() > before) {
             wait();
-        } else if (isAsked && reply.text.startsWith(QLatin1String("fail"))) {
+        } else if (isAsked && reply.refuses()) {
             job.abandon(QLatin1String("the module says: ") + logText(reply.text));
         }
     });
@@ -167,12 +167,16 @@ std::optional<int> checkHistory(const Arguments &arguments)
 {
     const bool hasLine =
         arguments.isSet(QStringLiteral("serial")) || arguments.isSet(QStringLiteral("ethernet"));
-    if (arguments.positional(0).isEmpty()) {
-        return hasLine ? LinkJob::check(arguments)
-                       : arguments.wrong(QStringLiteral("a LOG, --serial or --ethernet is needed"));
+    const bool hasLog = !arguments.positional(0).isEmpty();
+    if (!hasLog && !hasLine) {
+        return arguments.wrong(QStringLiteral("a LOG, --serial or --ethernet is needed"));
     }
-    return hasLine ? arguments.wrong(QStringLiteral("a LOG does not go together with --serial or --ethernet"))
-                   : std::optional<int>();
+    if (hasLog && hasLine) {
+        return arguments.wrong(QStringLiteral("a LOG does not go together with --serial or --ethernet"));
+    }
+    const std::optional<int> code = hasLine ? LinkJob::check(arguments) : std::nullopt;
+    return code ? code
+                : arguments.distinctFiles({QStringLiteral("[LOG]"), outputOption, QStringLiteral("log")});
 }
 
 int history(const Arguments &arguments)

@@ -78,6 +78,13 @@ std::optional<int> LinkJob::check(const Arguments &arguments)
     if (arguments.isSet(serialOption) == arguments.isSet(ethernetOption)) {
         return arguments.wrong(QStringLiteral("either --serial or --ethernet is needed"));
     }
+    if (arguments.isSet(ethernetOption) && !UdpPair::isAddress(arguments.value(ethernetOption))) {
+        return arguments.wrong(
+            QStringLiteral("\"%1\" is no address of a module").arg(arguments.value(ethernetOption)));
+    }
+    if (arguments.isSet(serialOption) && arguments.value(serialOption).isEmpty()) {
+        return arguments.wrong(QStringLiteral("--serial names no port"));
+    }
     return arguments.number(timeoutOption, 1, longestTimeout) ? std::nullopt : std::optional(wrongUsage);
 }
 
@@ -86,7 +93,7 @@ std::optional<int> LinkJob::open(const Arguments &arguments)
     m_timeout = std::chrono::seconds(*arguments.number(timeoutOption, 1, longestTimeout));
     if (arguments.isSet(logOption)) {
         if (const Status opened = m_log.open(arguments.value(logOption)); !opened) {
-            complain(opened.message());
+            return fail(opened.message()); // before the module hears of anything
         }
     }
     const QString address = arguments.value(isEthernet() ? ethernetOption : serialOption);

@@ -32,7 +32,7 @@ std::optional<int> checkPrintFile(const Arguments &arguments)
     if (language != QLatin1String("english") && language != QLatin1String("deutsch")) {
         return arguments.wrong(QStringLiteral("\"%1\" is no language").arg(language));
     }
-    return std::nullopt;
+    return arguments.distinctFiles({QStringLiteral("FILE"), QStringLiteral("OUT.pdf")});
 }
 
 int printFile(const Arguments &arguments)

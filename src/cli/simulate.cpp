@@ -160,6 +160,13 @@ std::optional<int> checkSimulate(const Arguments &arguments)
     if (arguments.isSet(serialOption) == arguments.isSet(ethernetOption)) {
         return arguments.wrong(QStringLiteral("either --serial or --ethernet is needed"));
     }
+    if (arguments.isSet(serialOption) && arguments.value(serialOption).isEmpty()) {
+        return arguments.wrong(QStringLiteral("--serial names no link"));
+    }
+    if (arguments.isSet(ethernetOption) && !ModuleOnUdp::isAddress(arguments.value(ethernetOption))) {
+        return arguments.wrong(
+            QStringLiteral("\"%1\" is neither PORT nor ADDRESS:PORT").arg(arguments.value(ethernetOption)));
+    }
     if (arguments.isSet(replayOption)) {
         const QString option = firstSet(arguments, {ethernetOption, saveOption, holdOption, slowOption,
                                                     silentOption, splitOption, mergeOption, garbageOption,
@@ -190,6 +197,11 @@ int simulate(const Arguments &arguments)
             return failed;
         }
         options.memory.configuration = held.configuration();
+    }
+    if (arguments.isSet(saveOption)) {
+        if (const Status usable = FileReplacement().open(arguments.value(saveOption)); !usable) {
+            return fail(usable.message()); // before anybody gives it a configuration
+        }
     }
     EventLoopTimers timers;
     IoThread io;

@@ -3,6 +3,7 @@
 #include "cli/link_job.h"
 #include "cli/loading.h"
 #include "link/module_text.h"
+#include "link/problems.h"
 #include "link/service_commands.h"
 
 namespace ktr::cli {
@@ -44,7 +45,7 @@ int exitCode(TransmissionReport::Verdict verdict)
 /// What the module tells others, or by itself, is no answer but for what was asked for.
 bool answers(const ModuleDialogue::Reply &reply, const QString &command)
 {
-    if (reply.kind == ModuleDialogue::ReplyKind::Sms && reply.number == QLatin1String("+IP")) {
+    if (reply.isForProgram()) {
         return true;
     }
     return reply.kind == ModuleDialogue::ReplyKind::Message && markerOf(reply.text) == Direction::ByItself &&
@@ -80,7 +81,8 @@ std::optional<int> checkTransmit(const Arguments &arguments)
     if (arguments.isSet(answerOption) && arguments.isSet(unconfirmedOption)) {
         return arguments.wrong(QStringLiteral("--answer and --unconfirmed exclude each other"));
     }
-    return LinkJob::check(arguments);
+    const std::optional<int> code = LinkJob::check(arguments);
+    return code ? code : arguments.distinctFiles({QStringLiteral("FILE"), QStringLiteral("log")});
 }
 
 int transmit(const Arguments &arguments)
@@ -117,7 +119,7 @@ int transmit(const Arguments &arguments)
                      });
     QObject::connect(&session, &ModuleSession::commandRefused, &session, &complainTooLong);
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
-        if (reply.text.startsWith(QLatin1String("fail"))) {
+        if (reply.refuses()) {
             complain(QLatin1String("the module says: ") + logText(reply.text));
         }
     });
@@ -148,7 +150,8 @@ void describeSend(Arguments &arguments)
 {
     arguments.setSummary(
         QStringLiteral("Hands one command to the module when it next reads a message, and prints what "
-                       "it answers. A command whose letter is lower-case is not answered."));
+                       "it answers. A command whose letter is lower-case is not answered; over Ethernet "
+                       "nobody knows then whether the network lost it, and the exit code is 3 at best."));
     LinkJob::addOptions(arguments);
 }
 
@@ -157,6 +160,12 @@ std::optional<int> checkSend(const Arguments &arguments)
     const QString command = arguments.positional(0);
     if (command.isEmpty()) {
         return arguments.wrong(QStringLiteral("the command is empty"));
+    }
+    if (const QString fault = commandFault(command); !fault.isEmpty()) {
+        return arguments.wrong(fault);
+    }
+    if (command != asOneLine(command)) {
+        return arguments.wrong(QStringLiteral("the command has a control character"));
     }
     if (announcesFirmware(command)) { // the module would wait for an image in vain
         return arguments.wrong(serviceCommands::firmware +
@@ -181,17 +190,17 @@ int send(const Arguments &arguments)
     QObject::connect(&session, &ModuleSession::commandSent, &session, [&] {
         sent = true;
         if (!expectsAnswer) {
-            job.finishWhenDrained(done);
+            job.finishWhenDrained(job.isEthernet() ? notKnown : done);
         }
     });
-    QObject::connect(&session, &ModuleSession::commandRefused, &session,
-                     [&](std::optional<int> step, const QString &text) {
-                         complainTooLong(step, text);
-                         job.finish(failed);
-                     });
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
         const bool isAnswer = answers(reply, command);
         history = history || reply.kind == ModemDialogue::ReplyKind::History;
+        if (sent && isAnswer && reply.refuses()) {
+            complain(QLatin1String("the module says: ") + logText(reply.text));
+            job.finishWhenDrained(failed);
+            return;
+        }
         // No control character of a device reaches the terminal.
         print(logText(isAnswer || history ? reply.text : reply.shown()));
         if (sent && isAnswer) {
@@ -203,7 +212,12 @@ int send(const Arguments &arguments)
             job.finishWhenDrained(done);
         }
     });
-    return job.run();
+    const int code = job.run();
+    if (code == notKnown) {
+        complain(QStringLiteral("the command was sent; whether it arrived is only known when its letter is "
+                                "upper-case and the module answers"));
+    }
+    return code;
 }
 
 } // namespace ktr::cli

@@ -69,7 +69,7 @@ void printHelp()
     print(
         QStringLiteral("\nktrcli COMMAND --help tells a command's options; ktrcli --version the version.\n"
                        "Exit codes: 0 done, 1 the job failed, 2 wrong usage, 3 all was sent over a network\n"
-                       "that nothing confirmed (transmit --unconfirmed)."));
+                       "that nothing confirmed (transmit --unconfirmed, send with a lower-case letter)."));
 }
 
 } // namespace
@@ -77,11 +77,11 @@ void printHelp()
 Call understand(const QStringList &words)
 {
     const QString name = words.value(0);
-    if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
+    if (QStringList{QStringLiteral("--help"), QStringLiteral("-help"), QStringLiteral("-h")}.contains(name)) {
         printHelp();
         return {done};
     }
-    if (name == QLatin1String("--version")) {
+    if (name == QLatin1String("--version") || name == QLatin1String("-version")) {
         print(QLatin1String("ktrcli ") + programVersion());
         return {done};
     }

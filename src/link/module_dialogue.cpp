@@ -54,6 +54,16 @@ QString ModuleDialogue::Reply::shown() const
     return isOfModem ? text : number + QLatin1String(" <-- ") + text;
 }
 
+bool ModuleDialogue::Reply::isForProgram() const
+{
+    return kind == ReplyKind::Sms && number == u"+IP";
+}
+
+bool ModuleDialogue::Reply::refuses() const
+{
+    return isForProgram() && tellsFailure(text);
+}
+
 bool announcesFirmware(QStringView command)
 {
     return command.contains(serviceCommands::firmware);

@@ -56,6 +56,10 @@ public:
 
         /// The text behind its number and its marker: "+IP <-- OK: G,1", "+4917012345 --> M,Pump 1 fail".
         QString shown() const;
+        /// An SMS to "+IP": an answer, or a report.
+        bool isForProgram() const;
+        /// An answer that tells that a command failed.
+        bool refuses() const;
 
         bool operator==(const Reply &) const = default;
     };

@@ -173,6 +173,12 @@ StepPlace placeOfStep(int step)
     return {};
 }
 
+QString commandFault(const QString &command)
+{
+    const QString length = lengthFault(command);
+    return length.isEmpty() ? letterFault(command) : length;
+}
+
 QList<Problem> findProblems(const Configuration &configuration, const CommandContext &context)
 {
     QList<Problem> problems;

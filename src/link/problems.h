@@ -35,4 +35,8 @@ StepPlace placeOfStep(int step);
 /// Nothing is changed by it.
 QList<Problem> findProblems(const Configuration &configuration, const CommandContext &context);
 
+/// Why a command cannot be sent: it is too long for an SMS, or has a letter that the line does not carry.
+/// Empty when it can.
+QString commandFault(const QString &command);
+
 } // namespace ktr

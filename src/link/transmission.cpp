@@ -49,12 +49,11 @@ Answers namedBy(const QString &text, const QString &command)
 Answers answersTo(int step, const QString &command, const ModuleDialogue::Reply &reply)
 {
     const QStringView text = plainText(reply.text);
-    const bool isForUs = reply.kind == ModuleDialogue::ReplyKind::Sms && reply.number == u"+IP";
     if (step == steps::first) {
-        const bool mayTell = isForUs || reply.kind == ModuleDialogue::ReplyKind::Message;
+        const bool mayTell = reply.isForProgram() || reply.kind == ModuleDialogue::ReplyKind::Message;
         return mayTell && text.contains(u"V,") ? Answers::Command : Answers::Nobody;
     }
-    const bool isAnswer = isForUs && !isReport(text) && !text.startsWith(u"V,");
+    const bool isAnswer = reply.isForProgram() && !isReport(text) && !text.startsWith(u"V,");
     return isAnswer ? namedBy(text.toString(), command) : Answers::Nobody;
 }
 

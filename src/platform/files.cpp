@@ -5,10 +5,27 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <filesystem>
 #include <limits>
 #include <new>
 
 namespace ktr {
+
+bool isSameFile(const QString &a, const QString &b)
+{
+    const std::filesystem::path left(a.toStdU16String());
+    const std::filesystem::path right(b.toStdU16String());
+    std::error_code missing;
+    if (std::filesystem::exists(left, missing) || std::filesystem::exists(right, missing)) {
+        return std::filesystem::is_regular_file(left, missing) &&
+               std::filesystem::equivalent(left, right, missing);
+    }
+    const auto place = [](const QString &path) -> QString {
+        const QFileInfo file(path);
+        return QFileInfo(file.absolutePath()).canonicalFilePath() + u'/' + file.fileName();
+    };
+    return !a.isEmpty() && !b.isEmpty() && place(a) == place(b); // neither is there yet
+}
 
 Status fileFailure(const QString &path, const QString &reason)
 {

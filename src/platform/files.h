@@ -26,6 +26,9 @@ Status fileFailure(const QString &path, const QString &reason);
 /// The failure of what is no regular file.
 Status notRegular(const QString &path);
 
+/// Whether two paths lead to one file, whatever links are between. Devices and pipes are no files here.
+bool isSameFile(const QString &a, const QString &b);
+
 /// Whether this user can make files in a folder.
 bool canMakeFiles(const QString &folder);
 

@@ -31,6 +31,17 @@ ModuleOptions overEthernet(ModuleOptions options)
     return options;
 }
 
+std::optional<udp::endpoint> endpointOf(const QString &address)
+{
+    const qsizetype colon = address.lastIndexOf(u':');
+    bool isPort = false;
+    const quint16 port = address.mid(colon + 1).toUShort(&isPort);
+    const QString host = colon < 0 ? QStringLiteral("127.0.0.1") : address.left(colon);
+    asio::error_code error;
+    const asio::ip::address_v4 local = asio::ip::make_address_v4(host.toStdString(), error);
+    return isPort && !error ? std::optional(udp::endpoint(local, port)) : std::nullopt;
+}
+
 } // namespace
 
 ModuleOnUdp::ModuleOnUdp(Timers &timers, ModuleOptions options, const DatagramFaults &faults)
@@ -45,22 +56,23 @@ ModuleOnUdp::ModuleOnUdp(Timers &timers, ModuleOptions options, const DatagramFa
 
 ModuleOnUdp::~ModuleOnUdp() = default;
 
+bool ModuleOnUdp::isAddress(const QString &address)
+{
+    return endpointOf(address).has_value();
+}
+
 Status ModuleOnUdp::open(const QString &address)
 {
-    const qsizetype colon = address.lastIndexOf(u':');
-    bool isPort = false;
-    const quint16 port = address.mid(colon + 1).toUShort(&isPort);
-    const QString host = colon < 0 ? QStringLiteral("127.0.0.1") : address.left(colon);
-    asio::error_code error;
-    const asio::ip::address_v4 local = asio::ip::make_address_v4(host.toStdString(), error);
-    if (!isPort || error) {
+    const std::optional<udp::endpoint> local = endpointOf(address);
+    if (!local) {
         return Status::failed(address + QStringLiteral(": is neither PORT nor ADDRESS:PORT"));
     }
+    asio::error_code error;
     auto opened = std::make_unique<Socket>();
     opened->socket.open(udp::v4(), error);
     if (!error) {
         claimPortExclusively(opened->socket.native_handle());
-        opened->socket.bind({local, port}, error);
+        opened->socket.bind(*local, error);
     }
     if (!error) {
         opened->socket.non_blocking(true, error);

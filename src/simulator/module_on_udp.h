@@ -19,6 +19,9 @@ public:
     ~ModuleOnUdp();
     Q_DISABLE_COPY_MOVE(ModuleOnUdp)
 
+    /// Whether a text has the form that open() takes.
+    static bool isAddress(const QString &address);
+
     /// Opens "port" of this machine alone, or "address:port" with the address of one of its interfaces
     /// (0.0.0.0 for all), and switches the module on. Port 0 takes any that is free.
     Status open(const QString &address);

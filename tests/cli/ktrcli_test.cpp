@@ -138,10 +138,23 @@ private Q_SLOTS:
                                  "simulate --fleet 2 --serial @a",
                                  "monitor",
                                  "monitor @a --for x",
+                                 "--bogus",
+                                 "--serial",
+                                 "transmit @sample --ethernet 127.0.0.1:0",
+                                 "transmit @sample --ethernet=",
+                                 "transmit @sample --serial=",
+                                 "send k --ethernet 300.1.1.1",
+                                 "send k --ethernet 1.2.3:49111",
+                                 "history --ethernet 1.2.3.4:65536",
+                                 "firmware --image @a --ethernet [::1",
+                                 "simulate --ethernet here",
+                                 "simulate --ethernet 300.1.1.1:0",
+                                 "simulate --serial=",
                                  "simulate --serial @a --split 0",
                                  "send --serial @a",
                                  "send \xA7\x38\x38 --serial @a",
                                  "send G,1,\xA7\x38\x38 --serial @a",
+                                 "send k\x1A --serial @a",
                                  "history",
                                  "history @a --serial @b",
                                  "history @a @b",
@@ -153,11 +166,39 @@ private Q_SLOTS:
             QVERIFY2(result.code == 2 && result.output.isEmpty(), line);
             QVERIFY2(result.errors.startsWith("ktrcli: "_L1) && result.errors.count(u'\n') == 1, line);
         }
+        for (const QString &command : {QString(161, u'k'), u"k\u0416"_s}) {
+            QCOMPARE(ktrcli(u"send --serial @a "_s + command).code, 2);
+        }
+    }
+
+    void noFileIsReadAndWritten()
+    {
+        write(u"both"_s, "com <---- H,1,0911151400,1,2\n");
+        QVERIFY(QFile::link(path(u"both"_s), path(u"link"_s)));
+        QCOMPARE(::link(qPrintable(path(u"both"_s)), qPrintable(path(u"hard"_s))), 0);
+        for (const auto *line :
+             {"history @both -o @both", "history @both -o @link", "history @link -o @hard",
+              "history --serial @a -o @new --log @new", "transmit @both --serial @a --log @hard",
+              "firmware --image @link --serial @a --log @both", "print @both @link"}) {
+            const Result result = ktrcli(QString::fromLatin1(line));
+            QVERIFY2(result.code == 2 &&
+                         result.errors.endsWith(" is named twice (see ktrcli "_L1 +
+                                                words(QString::fromLatin1(line)).first() + " --help)\n"_L1),
+                     line);
+        }
+        QCOMPARE(contentOf(path(u"both"_s)), "com <---- H,1,0911151400,1,2\n");
+        QVERIFY(!QFileInfo::exists(path(u"new"_s)));
+        QCOMPARE(ktrcli(u"history @both -o @other --log @none"_s).code, 0);
     }
 
     void everyCommandHelps()
     {
         const QString overview = ktrcli(u"--help"_s).output;
+        for (const QString &word : {u"-h"_s, u"-help"_s}) {
+            QVERIFY(!overview.isEmpty() && ktrcli(word).output == overview);
+            QCOMPARE(ktrcli(u"send "_s + word).code, 0);
+        }
+        QVERIFY(ktrcli(u"-version"_s).output == ktrcli(u"--version"_s).output);
         for (const QString command : {"new", "convert", "commands", "check", "print", "compare", "transmit",
                                       "send", "history", "firmware", "simulate", "monitor", "ports"}) {
             QVERIFY(overview.contains(u"\n  "_s + command + u' '));
@@ -202,7 +243,6 @@ private Q_SLOTS:
                                  "print @sample /dev/full",
                                  "transmit @garbage.xml --serial /dev/null",
                                  "transmit @sample --serial @none",
-                                 "transmit @sample --ethernet 127.0.0.1:0",
                                  "transmit @sample --ethernet no-such-module.invalid",
                                  "history @none",
                                  "history @garbage.xml",
@@ -211,7 +251,7 @@ private Q_SLOTS:
                                  "firmware --image @none --serial @none",
                                  "firmware --image /dev/null --serial @none",
                                  "simulate --serial @garbage.xml",
-                                 "simulate --ethernet here",
+                                 "simulate --serial @m --save @no/such/folder.xml",
                                  "simulate --serial @m --hold @garbage.xml",
                                  "simulate --serial @m --replay @none",
                                  "simulate --serial @m --replay @garbage.xml",
@@ -384,6 +424,22 @@ private Q_SLOTS:
         ::close(port);
         QVERIFY2(process.exitCode() == 0, process.readAllStandardError());
         QVERIFY(heard.contains("\r\nv,") && !heard.contains("config"));
+    }
+
+    void aCommandThatTheModuleRefusesOrThatNobodyConfirmedIsNotDone()
+    {
+        const Module module(words(u"simulate --ethernet 0"_s));
+        const QString at = u" --ethernet "_s + module.address();
+        const Result refused = ktrcli(u"send G,99"_s + at);
+        QCOMPARE(refused.code, 1);
+        QVERIFY2(refused.errors.startsWith("ktrcli: the module says: fail: G"_L1),
+                 qPrintable(refused.errors));
+        QCOMPARE(ktrcli(u"send h,0,1"_s + at).code, 3);
+        QCOMPARE(ktrcli(u"send H,0,1"_s + at).code, 0);
+        for (const auto *job : {"transmit @sample", "send K", "history", "firmware --image @sample"}) {
+            const Result unlogged = ktrcli(QString::fromLatin1(job) + u" --log @no/such/log.txt"_s + at);
+            QVERIFY2(unlogged.code == 1 && unlogged.errors.contains("log.txt: "_L1), job);
+        }
     }
 
     void anAlarmIsNoAnswerToACommand()
