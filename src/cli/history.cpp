@@ -19,8 +19,13 @@ const QString outputOption = QStringLiteral("output");
 class Records
 {
 public:
+    /// When a line of the archive goes to its file.
+    enum class Pace {
+        AtOnce,   ///< a module takes its time, and what has arrived is not to be lost
+        Together, ///< with others: opening the file a million times takes longer than all the rest
+    };
     /// An empty path stands for standard output.
-    explicit Records(const QString &path) : m_path(path) {}
+    Records(const QString &path, Pace pace) : m_path(path), m_pace(pace) {}
 
     /// Takes what of a text is a line of the archive. False when it could not be written.
     bool take(const ModuleDialogue::Reply &reply)
@@ -40,6 +45,9 @@ public:
     int end(const QString &nothing)
     {
         m_progress.end();
+        if (!flush()) {
+            return failed;
+        }
         if (m_count == 0) {
             return fail(nothing);
         }
@@ -59,6 +67,21 @@ private:
         m_count += static_cast<int>(line.records.size());
         m_isWhole = m_isWhole && line.badTime.isEmpty() && line.incomplete.isEmpty();
         const QByteArray csv = historyCsv(line);
+        constexpr qsizetype enough = qsizetype{1} << 20;
+        m_waiting += csv;
+        if ((m_pace == Pace::AtOnce || m_waiting.size() >= enough) && !flush()) {
+            return false;
+        }
+        if (!m_path.isEmpty() || !isTerminal(stdout)) {
+            m_progress.show(m_count, QStringLiteral("records"));
+        }
+        return !outputIsGone();
+    }
+
+    /// False, after a complaint, when the records cannot be written.
+    bool flush()
+    {
+        const QByteArray csv = std::exchange(m_waiting, QByteArray());
         if (!m_path.isEmpty()) {
             const QString trouble = m_file.append(m_path, csv);
             if (!trouble.isEmpty()) {
@@ -69,13 +92,12 @@ private:
             print(QString::fromUtf8(csv.chopped(1)));
             showNow();
         }
-        if (!m_path.isEmpty() || !isTerminal(stdout)) {
-            m_progress.show(m_count, QStringLiteral("records"));
-        }
-        return !outputIsGone();
+        return true;
     }
 
     QString m_path;
+    Pace m_pace;
+    QByteArray m_waiting;
     HistoryExport m_file;
     Progress m_progress{Progress::unknown};
     int m_lines = 0;
@@ -187,8 +209,8 @@ int history(const Arguments &arguments)
             return fail(usable.message()); // before anything is fetched into nothing
         }
     }
-    Records records(path);
     const QString log = arguments.positional(0);
+    Records records(path, log.isEmpty() ? Records::Pace::AtOnce : Records::Pace::Together);
     return log.isEmpty() ? recordsOfModule(arguments, records) : recordsOfLog(log, records);
 }
 

@@ -67,6 +67,16 @@ std::optional<Line> readLine(const QString &text)
     return line;
 }
 
+/// The time that a line begins with, "yyyy-MM-dd hh:mm:ss.zzz"; of use for differences alone.
+QDateTime timeOf(const QString &text)
+{
+    const auto number = [&text](qsizetype at, qsizetype digits) {
+        return QStringView(text).mid(at, digits).toInt();
+    };
+    return {QDate(number(0, 4), number(5, 2), number(8, 2)),
+            QTime(number(11, 2), number(14, 2), number(17, 2), number(20, 3)), Qt::UTC};
+}
+
 /// What a line of the module was understood as stands behind it.
 bool isReply(const QString &text)
 {
@@ -96,8 +106,7 @@ Status readConversation(const QByteArray &log, RecordedConversation &conversatio
             conversation.leftOut += isReply(text) ? 0 : 1;
             continue;
         }
-        const QDateTime time =
-            QDateTime::fromString(text.left(23), QStringLiteral("yyyy-MM-dd hh:mm:ss.zzz"));
+        const QDateTime time = timeOf(text);
         if (time.isValid() && before.isValid()) {
             line->pause =
                 Milliseconds(std::clamp<qint64>(before.msecsTo(time), 0, Replay::longestPause.count()));

@@ -189,6 +189,7 @@ private Q_SLOTS:
         QCOMPARE(contentOf(path(u"both"_s)), "com <---- H,1,0911151400,1,2\n");
         QVERIFY(!QFileInfo::exists(path(u"new"_s)));
         QCOMPARE(ktrcli(u"history @both -o @other --log @none"_s).code, 0);
+        QVERIFY(contentOf(path(u"other"_s)).endsWith("1;15.11.2009 14:00;1;2\r\n"));
     }
 
     void everyCommandHelps()

@@ -147,7 +147,7 @@ private Q_SLOTS:
                   "+IP\"\rH,1,0911151405,1,1", "+IP\"\rfail: G,9: expected", "+49\"\rOK"}) {
                 sms(text);
             }
-            sms(step == 0 ? "+IP\"\rV,2.1.05,as it was,KTR" : step == 1 ? "+IP\"\rfailed N" : "+IP\"\rOK");
+            sms(step == 0 ? "+IP\"\rV,2.1.05,failsafe,KTR" : step == 1 ? "+IP\"\rfailed N" : "+IP\"\rOK");
         }
         QCOMPARE(m_link.report().refused, QList<int>{4});
         QCOMPARE(m_link.report().failed, QList<int>{1});
