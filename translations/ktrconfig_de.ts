@@ -547,6 +547,10 @@
         <source>is no hysteresis: a channel of two states takes 0</source>
         <translation>ist keine Hysterese: ein Kanal mit zwei Zuständen braucht 0</translation>
     </message>
+    <message>
+        <source>has a tab at place %1, which no SMS carries</source>
+        <translation>enthält an Stelle %1 einen Tabulator, den keine SMS überträgt</translation>
+    </message>
 </context>
 <context>
     <name>Station</name>

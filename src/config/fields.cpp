@@ -146,6 +146,9 @@ QString smsText(const QString &text)
     }
     const char32_t c = *found;
     const auto place = std::distance(characters.begin(), found) + 1;
+    if (c == U'\t') {
+        return told(QT_TRANSLATE_NOOP("Problems", "has a tab at place %1, which no SMS carries")).arg(place);
+    }
     if (QChar::category(c) == QChar::Other_Control) {
         return told(QT_TRANSLATE_NOOP("Problems", "has a control character at place %1")).arg(place);
     }

@@ -70,12 +70,17 @@ std::optional<quint32> addressOf(const QString &text)
     return addressDefect(text) == AddressDefect::None ? addressNumber(text) : std::nullopt;
 }
 
-/// Ones, then zeros, with room for two addresses at least beside the network's own two.
 bool isMask(quint32 mask)
 {
-    constexpr int most = 30;
     const int ones = std::countl_one(mask);
-    return ones > 0 && ones <= most && std::popcount(mask) == ones;
+    return ones > 0 && std::popcount(mask) == ones;
+}
+
+/// A network of one or two addresses has none of its own among them.
+bool isOfNetwork(quint32 host, quint32 mask)
+{
+    constexpr int most = 30;
+    return std::countl_one(mask) <= most && (host == 0 || host == ~mask);
 }
 
 bool isAddressOfOne(quint32 address)
@@ -364,7 +369,7 @@ private:
         const auto mask = addressOf(ethernet.subnet);
         const quint32 host = address.value_or(0) & ~mask.value_or(0);
         const bool usable = mask && isMask(*mask);
-        if (address && (!isAddressOfOne(*address) || (usable && (host == 0 || host == ~*mask)))) {
+        if (address && (!isAddressOfOne(*address) || (usable && isOfNetwork(host, *mask)))) {
             add(ethernet, &EthernetSettings::ip,
                 told(QT_TRANSLATE_NOOP("Problems", "is no address that a module can have")));
         }
