@@ -1070,6 +1070,42 @@ Wasserturm;turm.example.org:49111</translation>
         <source>The present file is %1</source>
         <translation>Die aktuelle Datei ist %1</translation>
     </message>
+    <message>
+        <source>The edits are not saved. They are kept in %1, and the next start offers them.</source>
+        <translation>Die Änderungen sind nicht gespeichert. Sie sind in %1 aufgehoben, und der nächste Start bietet sie an.</translation>
+    </message>
+    <message>
+        <source>The edits are not saved, and they could not be kept for the next start: %1</source>
+        <translation>Die Änderungen sind nicht gespeichert und konnten auch nicht für den nächsten Start aufgehoben werden: %1</translation>
+    </message>
+    <message>
+        <source>Edits of %1 were not saved when the program ended. They were kept.</source>
+        <translation>Änderungen vom %1 waren nicht gespeichert, als das Programm endete. Sie wurden aufgehoben.</translation>
+    </message>
+    <message>
+        <source>Edits of %1 in %2 were not saved when the program ended. They were kept.</source>
+        <translation>Änderungen vom %1 in %2 waren nicht gespeichert, als das Programm endete. Sie wurden aufgehoben.</translation>
+    </message>
+    <message>
+        <source>Open them</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Discard them</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Später</translation>
+    </message>
+    <message>
+        <source>Opened: edits that are not saved yet</source>
+        <translation>Geöffnet: Änderungen, die noch nicht gespeichert sind</translation>
+    </message>
+    <message>
+        <source>Opened: edits that are not saved yet. Saving replaces %1</source>
+        <translation>Geöffnet: Änderungen, die noch nicht gespeichert sind. Das Speichern ersetzt %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::FirmwareUpload</name>
@@ -2185,8 +2221,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>An der Stelle eines geöffneten KTRconfig steht etwas, das bei jeder Frage auflegt. Es wurde nicht darauf gewartet.</translation>
     </message>
     <message>
-        <source>If one is open, what is saved there and here into the same file replaces each other.</source>
-        <translation>Ist eines geöffnet, ersetzt sich gegenseitig, was dort und hier in dieselbe Datei gespeichert wird.</translation>
+        <source>What is saved there and here into the same file replaces each other.</source>
+        <translation>Was dort und hier in dieselbe Datei gespeichert wird, ersetzt sich gegenseitig.</translation>
     </message>
 </context>
 <context>

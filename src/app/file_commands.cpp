@@ -1,11 +1,14 @@
 #include "app/file_commands.h"
 
+#include "look/program_name.h"
 #include "platform/settings_store.h"
 
 #include <QDir>
+#include <QFile>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QMessageBox>
+#include <QPushButton>
 
 namespace ktr {
 
@@ -57,8 +60,10 @@ FileCommands::FileCommands(QWidget &window, Document &document, EditHistory &his
       m_document(document),
       m_history(history),
       m_texts(texts),
-      m_dialogs(&window, document.environment().programFolder)
+      m_dialogs(&window, document.environment().programFolder),
+      m_kept(document.environment())
 {
+    connect(&m_document, &Document::saved, this, [this] { m_kept.drop(); });
     connect(&m_document, &Document::fileNameChanged, this,
             [this](const QString &fileName) { m_dialogs.setCurrentFile(fileName); });
 }
@@ -66,6 +71,7 @@ FileCommands::FileCommands(QWidget &window, Document &document, EditHistory &his
 void FileCommands::makeNew()
 {
     m_history.makeNew();
+    m_kept.leave();
     Q_EMIT replaced();
     tellPresent();
 }
@@ -138,6 +144,7 @@ void FileCommands::load(const QString &fileName)
     if (!report.opened) {
         return;
     }
+    m_kept.leave();
     Q_EMIT titleChanged();
     Q_EMIT replaced();
     if (unsaved && report.document) {
@@ -193,8 +200,13 @@ void FileCommands::addRecent()
 void FileCommands::askToSave()
 {
     const QString caption = m_texts.text(Text::SaveCaption);
-    if (!m_document.isModified() ||
-        !ask(&m_window, caption, m_texts.text(Text::SaveQuestion) + u' ' + m_document.fileName())) {
+    const QString fileName = m_document.fileName(); // a file dialog without an answer takes it away
+    if (!m_document.isModified()) {
+        return;
+    }
+    keepEdits();
+    if (!ask(&m_window, caption, m_texts.text(Text::SaveQuestion) + u' ' + fileName)) {
+        m_kept.drop();
         return;
     }
     save();
@@ -203,6 +215,82 @@ void FileCommands::askToSave()
            ask(&m_window, caption, m_failure + u'\n' + m_texts.text(Text::SaveUnderOtherName))) {
         saveAs();
     }
+    if (m_document.isModified()) {
+        const Status kept = m_kept.keep(m_document.configuration(), fileName);
+        QMessageBox box(
+            QMessageBox::Warning, caption,
+            kept ? tr("The edits are not saved. They are kept in %1, and the next start offers them.")
+                       .arg(m_kept.present())
+                 : tr("The edits are not saved, and they could not be kept for the next start: %1")
+                       .arg(kept.message()),
+            QMessageBox::Ok, &m_window);
+        box.exec();
+    }
+}
+
+void FileCommands::keepEdits()
+{
+    if (m_document.isModified()) {
+        // Where that fails there is still the question, and after it another try.
+        [[maybe_unused]] const Status kept = m_kept.keep(m_document.configuration(), m_document.fileName());
+    }
+}
+
+void FileCommands::offerKept()
+{
+    const QList<KeptEdits::Copy> copies = m_kept.found();
+    if (copies.isEmpty()) {
+        return;
+    }
+    const KeptEdits::Copy &copy = copies.front();
+    const QString when = m_document.environment().locale.toString(copy.when, QLocale::ShortFormat);
+    auto *box = new QMessageBox(
+        QMessageBox::Question, QString(programName),
+        copy.fileName.isEmpty()
+            ? tr("Edits of %1 were not saved when the program ended. They were kept.").arg(when)
+            : tr("Edits of %1 in %2 were not saved when the program ended. They were kept.")
+                  .arg(when, copy.fileName),
+        QMessageBox::NoButton, &m_window);
+    box->setObjectName(QStringLiteral("box_keptEdits"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setModal(false);
+    auto *open = box->addButton(tr("Open them"), QMessageBox::AcceptRole);
+    const auto *discard = box->addButton(tr("Discard them"), QMessageBox::DestructiveRole);
+    auto *later = box->addButton(tr("Later"), QMessageBox::RejectRole);
+    box->setDefaultButton(open);
+    box->setEscapeButton(later);
+    connect(box, &QDialog::finished, this, [this, box, open, discard, copy] {
+        if (box->clickedButton() == open) {
+            openKept(copy);
+        } else if (box->clickedButton() == discard) {
+            QFile::remove(copy.path);
+            offerKept();
+        }
+    });
+    box->show();
+}
+
+/// As one step, which undo takes back.
+void FileCommands::openKept(const KeptEdits::Copy &copy)
+{
+    Configuration configuration;
+    const ReadReport report = readConfigurationFile(copy.path, configuration, m_document.environment());
+    if (!report.opened || !report.document) {
+        Q_EMIT told(report.document.message());
+        return;
+    }
+    m_history.endGroup();
+    m_history.adjust({}, [&configuration](Configuration &changed) { changed = configuration; });
+    m_history.endGroup();
+    m_document.setFileName(copy.fileName);
+    m_document.setModified(true);
+    m_kept.adopt(copy.path);
+    Q_EMIT titleChanged();
+    Q_EMIT replaced();
+    Q_EMIT told(copy.fileName.isEmpty()
+                    ? tr("Opened: edits that are not saved yet")
+                    : tr("Opened: edits that are not saved yet. Saving replaces %1").arg(copy.fileName));
 }
 
 QString FileCommands::lastFileName()

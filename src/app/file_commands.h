@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/file_dialogs.h"
+#include "app/kept_edits.h"
 #include "app/recent_files.h"
 #include "config/edit_history.h"
 #include "lang/text_table.h"
@@ -39,8 +40,13 @@ public:
     /// it cannot be opened under either spelling.
     bool loadFirst(const QString &fileName, const QString &asWritten);
 
-    /// Before the end: asks whether to save what is modified. It goes on whatever the answer.
+    /// Before the end: asks whether to save what is modified. It goes on whatever the answer; what was to be
+    /// saved and could not be is kept for the next start, and that is told.
     void askToSave();
+    /// Keeps what is modified for the next start, in case that this run ends without another word.
+    void keepEdits();
+    /// Offers what earlier runs kept, in a box that is not waited for.
+    void offerKept();
 
     /// The file name of the last start, and of this one for the next.
     static QString lastFileName();
@@ -58,6 +64,7 @@ private:
     void saveBeside(const QString &presentFile);
     void tellRead(const ReadReport &report, const QString &fileName);
     void addRecent();
+    void openKept(const KeptEdits::Copy &copy);
 
     QWidget &m_window;
     Document &m_document;
@@ -65,6 +72,7 @@ private:
     const TextTable &m_texts;
     FileDialogs m_dialogs;
     RecentFiles m_recent;
+    KeptEdits m_kept;
     QString m_failure; ///< why the last save failed, empty when it did not
 };
 

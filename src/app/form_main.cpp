@@ -201,14 +201,34 @@ void FormMain::connectInstances()
         }
     });
     m_closeTimer.setSingleShot(true);
-    connect(&m_closeTimer, &QTimer::timeout, this, &FormMain::closeForOther);
+    connect(&m_closeTimer, &QTimer::timeout, this, &FormMain::closeWhenFree);
     connect(&m_instance, &SingleInstance::frontRequested, this, &FormMain::comeToFront);
     connect(&m_instance, &SingleInstance::closeRequested, this, [this] {
         if (m_document.isModified() || QApplication::activeModalWidget() != nullptr) {
             comeToFront(); // the user will be asked, or is being asked
         }
-        closeForOther();
+        m_isEndAgreed = true; // the other one has asked its user
+        closeWhenFree();
     });
+    connect(qApp, &QGuiApplication::commitDataRequest, this, &FormMain::keepEdits);
+}
+
+void FormMain::keepEdits()
+{
+    m_files->keepEdits();
+}
+
+void FormMain::endOnRequest()
+{
+    if (!m_isStarted) { // another instance is waited for: there is nothing to keep yet
+        Q_EMIT exitWanted();
+        return;
+    }
+    if (m_document.isModified()) {
+        m_files->keepEdits();
+        comeToFront();
+    }
+    closeWhenFree();
 }
 
 Works FormMain::works() const
@@ -221,12 +241,11 @@ Works FormMain::works() const
 }
 
 /// A question that stands open is answered first: what it belongs to must not go away under it.
-void FormMain::closeForOther()
+void FormMain::closeWhenFree()
 {
     if (QApplication::activeModalWidget() != nullptr || m_files->dialogs().isBusy()) {
         m_closeTimer.start(closeAgain);
     } else {
-        m_isEndAgreed = true; // whoever asks for it has asked the user
         close();
         m_isEndAgreed = false;
     }
@@ -250,6 +269,7 @@ void FormMain::comeToFront()
 
 void FormMain::finishStart()
 {
+    m_isStarted = true;
     m_link.searchOnce();
     m_document.makeNew();
     m_document.setFileName(FileCommands::lastFileName());
@@ -297,6 +317,7 @@ void FormMain::showEvent(QShowEvent *event)
     if (std::exchange(m_firstShow, false)) {
         windowHandle()->installEventFilter(this);
         QTimer::singleShot(0, this, &FormMain::buildRemainingPages);
+        QTimer::singleShot(0, m_files.get(), &FileCommands::offerKept);
     }
 }
 

@@ -56,6 +56,11 @@ public:
     /// window is shown. Where another instance runs, this waits for its end.
     void start(const QStringList &arguments);
 
+    /// The system asks the program to end: edits are kept, then the window closes as ever.
+    void endOnRequest();
+    /// The same without any window, when the program ends under its hands.
+    void keepEdits();
+
     Document &document() { return m_document; }
     PageTabs &tabs() { return *m_tabs; }
 
@@ -81,7 +86,7 @@ private:
     void refuseClose(QEvent &event);
     void connectInstances();
     Works works() const;
-    void closeForOther();
+    void closeWhenFree();
     bool mayEndWork();
     void comeToFront();
     void finishStart();
@@ -145,6 +150,7 @@ private:
     QPointer<frmSettings> m_settings;
     QPointer<QMessageBox> m_overwriting; ///< offers to stop a transmission
     bool m_firstShow = true;
+    bool m_isStarted = false;
     bool m_isEndAgreed = false; ///< to what is being sent
 };
 

@@ -7,6 +7,7 @@
 #include "look/program_name.h"
 #include "look/style.h"
 #include "opmode/station_sockets.h"
+#include "platform/ending_signals.h"
 #include "platform/serial_device.h"
 #include "platform/terminal.h"
 
@@ -63,6 +64,16 @@ void tellWithoutDisplay(QtMsgType type, const QMessageLogContext &, const QStrin
     std::_Exit(1);
 }
 
+ktr::FormMain *openWindow = nullptr;
+
+/// The toolkit calls exit() when the display goes away.
+void keepEdits()
+{
+    if (openWindow != nullptr) {
+        openWindow->keepEdits();
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -93,7 +104,12 @@ int main(int argc, char **argv)
     const auto end = [] { QCoreApplication::exit(0); };
     QObject::connect(&window, &ktr::FormMain::closed, &application, end, Qt::QueuedConnection);
     QObject::connect(&window, &ktr::FormMain::exitWanted, &application, end);
+    const ktr::EndingSignals endingSignals([&window] { window.endOnRequest(); });
     const QStringList words = QCoreApplication::arguments().mid(1); // without the toolkit's own
+    openWindow = &window;
+    std::atexit(keepEdits);
     window.start(words);
-    return QApplication::exec();
+    const int code = QApplication::exec();
+    openWindow = nullptr;
+    return code;
 }

@@ -191,7 +191,7 @@ void TakeOver::finish(bool otherIsSilent)
                "not waited for.");
     }
     if (!remarks.isEmpty()) {
-        remarks += tr("If one is open, what is saved there and here into the same file replaces each other.");
+        remarks += tr("What is saved there and here into the same file replaces each other.");
     }
     Q_EMIT done(remarks.join(u' '));
 }

@@ -10,14 +10,23 @@
 
 namespace ktr {
 
+namespace {
+
+QString userFolder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QLatin1String("/KTRconfig");
+}
+
+} // namespace
+
 QString programFolder()
 {
     const QString beside = QCoreApplication::applicationDirPath();
     if (canMakeFiles(beside)) {
         return QDir::toNativeSeparators(beside);
     }
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    const QString folder = data + QLatin1String("/KTRconfig");
+    const QString folder = userFolder();
     QDir().mkpath(folder); // a new user has none yet
     return QDir::toNativeSeparators(folder);
 }
@@ -39,6 +48,7 @@ Environment systemEnvironment()
     environment.locale = QLocale::system();
     environment.random = [] { return QRandomGenerator::global()->generateDouble(); };
     environment.programFolder = programFolder();
+    environment.dataFolder = QDir::toNativeSeparators(userFolder());
     return environment;
 }
 

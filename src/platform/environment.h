@@ -16,6 +16,7 @@ struct Environment
     std::function<QDateTime()> now = [] { return QDateTime::currentDateTime(); };
     std::function<double()> random = [] { return 0.0; }; ///< in [0, 1)
     QString programFolder;                               ///< without a separator at its end
+    QString dataFolder; ///< the user's, which may not exist yet; empty where nothing is to be left there
 };
 
 /// The environment of this process: the user's locale, the clock, seeded chance and the program folder.

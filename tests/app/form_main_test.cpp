@@ -277,19 +277,73 @@ private Q_SLOTS:
         QVERIFY(m_window->document().isModified());
         QVERIFY(
             m_window->findChild<QLabel *>("lbl_event")->toolTip().startsWith("Saving was not successful"));
-        // Closing then offers another name; here it is declined.
-        QStringList asked;
+    }
+
+    void whatCouldNotBeSavedAtTheEndIsOfferedByTheNextStart_data()
+    {
+        QTest::addColumn<bool>("hasFile");
+        QTest::addColumn<QString>("answers"); // Yes or No; a file dialog gets Escape
+        QTest::addColumn<bool>("opened");
+        QTest::newRow("another name is declined") << true << "Yes No" << true;
+        QTest::newRow("no other name is chosen") << true << "Yes Yes" << true;
+        QTest::newRow("no name is chosen") << false << "Yes" << true;
+        QTest::newRow("discarded") << true << "Yes No" << false;
+        QTest::newRow("not wanted") << true << "No" << false;
+    }
+    void whatCouldNotBeSavedAtTheEndIsOfferedByTheNextStart()
+    {
+        QFETCH(bool, hasFile);
+        QFETCH(QString, answers);
+        QFETCH(bool, opened);
+        const QString file = hasFile ? fileWith("before -- there") : QString();
+        start(hasFile ? QStringList{file} : QStringList());
+        typeOver(field("txt_gsm_id"), "after");
+        if (hasFile) {
+            QVERIFY(QFile::remove(file) && QDir().mkpath(file + "/in the way"));
+        }
+        QStringList left = answers.split(u' ');
+        QStringList told;
         QTimer poll;
-        connect(&poll, &QTimer::timeout, this, [&asked] {
-            if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
-                asked += box->text();
-                box->button(asked.size() == 1 ? QMessageBox::Yes : QMessageBox::No)->click();
+        connect(&poll, &QTimer::timeout, this, [&left, &told] {
+            QWidget *modal = QApplication::activeModalWidget();
+            if (auto *box = qobject_cast<QMessageBox *>(modal)) {
+                told += box->text();
+                auto *ok = box->button(QMessageBox::Ok);
+                ok != nullptr
+                    ? ok->click()
+                    : box->button(left.takeFirst() == u"Yes" ? QMessageBox::Yes : QMessageBox::No)->click();
+            } else if (modal != nullptr) {
+                QTest::keyClick(modal, Qt::Key_Escape);
             }
         });
         poll.start(0);
         m_window->close();
-        QCOMPARE(asked.size(), 2);
-        QVERIFY(asked[1].endsWith("save with other name?"));
+        poll.stop();
+        QVERIFY(left.isEmpty() && !m_window->isVisible());
+        const bool isKept = answers != u"No";
+        QCOMPARE(told.last().startsWith("The edits are not saved. They are kept in " + path("unsaved-")),
+                 isKept);
+        QCOMPARE(QDir(m_folder->path()).entryList({"unsaved-*"}).size(), isKept ? 1 : 0);
+
+        start({});
+        auto *box = m_window->findChild<QMessageBox *>("box_keptEdits");
+        QCOMPARE(box != nullptr, isKept);
+        if (isKept) {
+            QVERIFY2(box->text().contains(file), qPrintable(box->text()));
+            const QList<QAbstractButton *> buttons = box->buttons();
+            const QString wanted = opened ? "Open them" : "Discard them";
+            (*std::ranges::find(buttons, wanted, &QAbstractButton::text))->click();
+        }
+        QCOMPARE(m_window->document().configuration().gsm.stationId == u"after", opened);
+        QCOMPARE(m_window->document().isModified(), opened);
+        if (opened) {
+            QCOMPARE(m_window->document().fileName(), file);
+            QVERIFY(hasFile ? QDir(file).removeRecursively()
+                            : (m_window->document().setFileName(path("a.xml")), true));
+            clickMenu("mnu_Save");
+            QVERIFY(!m_window->document().isModified());
+        }
+        QVERIFY(QDir(m_folder->path()).entryList({"unsaved-*"}).isEmpty());
     }
 
     void whatANewConfigurationReplacesIsKept()

@@ -2,6 +2,7 @@
 
 #include "app/form_main.h"
 #include "config/configuration_file.h"
+#include "platform/ending_signals.h"
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "support/environment.h"
@@ -78,6 +79,8 @@ private:
             m_window.tabs().setCurrentIndex(static_cast<int>(PageIndex::Test));
             m_window.findChild<QLineEdit *>("txt_test_send")->setText(rest);
             m_window.findChild<QPushButton *>("cmd_test_send")->click();
+        } else if (word == u"close") {
+            QMetaObject::invokeMethod(&m_window, "close", Qt::QueuedConnection); // behind what was pressed
         } else if (word == u"menu") {
             m_window.findChild<QAction *>(rest)->trigger(); // comes back when a question is answered
         } else {
@@ -149,6 +152,7 @@ int runInstance(int argc, char **argv)
     const auto end = [] { QCoreApplication::exit(0); };
     QObject::connect(&window, &FormMain::closed, &application, end, Qt::QueuedConnection);
     QObject::connect(&window, &FormMain::exitWanted, &application, end);
+    const EndingSignals endingSignals([&window] { window.endOnRequest(); });
     window.start(arguments);
     return QApplication::exec();
 }
@@ -196,6 +200,8 @@ public:
     }
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
     void does(const QByteArray &what) { m_process.write(what + '\n'); }
+    void terminate() { m_process.terminate(); }
+    void kill() { m_process.kill(); }
     void stop() const { ::kill(static_cast<pid_t>(m_process.processId()), SIGSTOP); }
     void goOn() const { ::kill(static_cast<pid_t>(m_process.processId()), SIGCONT); }
 
@@ -245,6 +251,34 @@ private Q_SLOTS:
         QVERIFY(first.ends());
         QVERIFY(second.tells("shown " + read));
         QCOMPARE(stationInFile(), read);
+    }
+
+    void editsOfAProgramThatIsEndedAreKeptUntilSomebodyDecides()
+    {
+        {
+            Instance first(arguments());
+            QVERIFY(first.tells("shown"));
+            first.does("menu mnu_verbindung_ethernet");
+            QVERIFY(first.tells("asks IP"));
+            first.does("edit after; press Cancel");
+            first.terminate();
+            QVERIFY(first.tells("asks save?"));
+            first.terminate(); // does not wait for an answer
+            QVERIFY(QTest::qWaitFor([&first] { return !first.isRunning(); }, 60'000));
+        }
+        QCOMPARE(stationInFile(), "before");
+        Instance second(arguments());
+        QVERIFY(second.tells("asks Edits of "));
+        second.does("press Open them; close");
+        QVERIFY(second.tells("asks save?"));
+        second.does("press Yes");
+        QVERIFY(second.ends());
+        QCOMPARE(stationInFile(), "after");
+        Instance third(arguments());
+        QVERIFY(third.tells("shown after"));
+        third.terminate();
+        QVERIFY(third.ends());
+        QVERIFY(!third.hasTold("asks"));
     }
 
     void whoDoesNotWaitEndsItself()
