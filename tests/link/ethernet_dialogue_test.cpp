@@ -201,24 +201,6 @@ private Q_SLOTS:
         QCOMPARE(sent.last(), "757 g");
     }
 
-    void aModuleIsCalledUntilItIsHeard()
-    {
-        test::SilentLine line;
-        test::ManualTimers timers;
-        ModuleSession session(line, timers, test::fixedEnvironment(), LineKind::Ethernet);
-        for (const bool isHeard : {true, false}) { // heard on one connection is not heard on the next
-            line.sent.clear();
-            QVERIFY(session.open(u"module"_s));
-            for (const auto &[second, calls] : {std::pair{1, 1}, {2, 2}, {6, 3}, {14, 4}, {30, 5}, {50, 6}}) {
-                timers.advance(std::chrono::seconds(second) - timers.now() % std::chrono::hours(1));
-                QCOMPARE(line.sent.count("config\r\n"), calls);
-            }
-            isHeard ? Q_EMIT line.received("+C") : session.close();
-            timers.advance(std::chrono::hours(1) - timers.now() % std::chrono::hours(1));
-            QCOMPARE(line.sent.count("config\r\n"), 6);
-        }
-    }
-
     void aSessionClaimsForWhatWaitsAndRepeatsWhatWasNotTaken()
     {
         test::SilentLine line;
@@ -233,7 +215,11 @@ private Q_SLOTS:
         };
         QVERIFY(session.open(u"module"_s));
         QCOMPARE(line.sent, "config\r\n");
+        timers.advance(std::chrono::seconds(14)); // after 2, 4 and 8 s it is called again until it is heard
+        QCOMPARE(line.sent, QByteArray("config\r\n").repeated(4));
         QCOMPARE(hear("at+cpin?\r"), "at+cpin?\r\nOK\r\n"); // nothing waits
+        timers.advance(std::chrono::minutes(1));
+        QCOMPARE(line.sent, "at+cpin?\r\nOK\r\n");
         session.place(u"§1"_s);
         QCOMPARE(hear("at+cpin?\r"), "config\r\n");
         QCOMPARE(hear("at+cmgr=1\r"), "at+cmgr=1\r\n,\"+IP\"\r\n\xA7"
