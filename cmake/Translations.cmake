@@ -29,6 +29,7 @@ function(ktr_embed_translations target)
 </qresource></RCC>
 ]] @ONLY)
   qt_add_resources(resources ${list})
-  set_source_files_properties(${resources} PROPERTIES SKIP_AUTOMOC ON SKIP_PRECOMPILE_HEADERS ON)
+  set_source_files_properties(${resources} PROPERTIES SKIP_AUTOMOC ON SKIP_PRECOMPILE_HEADERS ON
+    SKIP_UNITY_BUILD_INCLUSION ON)
   target_sources(${target} PRIVATE ${resources} ${compiled})
 endfunction()
