@@ -198,7 +198,6 @@ void LinkPresenter::attach(ConnectionPage &page)
 
 void LinkPresenter::attach(CalibrationPage &page)
 {
-    m_calibration = &page;
     const auto showWaiting = [this, &page] { page.showWaiting(m_link.waiting()); };
     connect(&page, &CalibrationPage::commandPlaced, this, [this, showWaiting](const QString &command) {
         place(command);

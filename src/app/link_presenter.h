@@ -97,7 +97,6 @@ private:
     StatusLine &m_status;
     TestPage *m_test = nullptr;
     ConnectionPage *m_connection = nullptr;
-    CalibrationPage *m_calibration = nullptr;
     InfoPage *m_info = nullptr;
     ReplyHandler m_replies;
     VersionReply m_version;         ///< as last reported

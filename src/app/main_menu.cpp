@@ -130,7 +130,11 @@ void MainMenu::applyTexts(const TextTable &texts)
     settings->setText(text(Text::Settings));
     about->setText(text(Text::About));
     m_bar->setWindowTitle(tr("Toolbar"));
-    giveMnemonics();
+    giveMnemonics(m_window.menuBar()->actions());
+    for (const QMenu *menu : {m_file, m_edit, m_transmit, m_tools}) {
+        giveMnemonics(menu->actions());
+    }
+    giveMnemonics({search, ethernet, exclusive, offline});
 
     // In the tool bar the menu's title is missing that tells what is done with the configuration.
     const QString whole = text(Text::Transmit);
@@ -142,29 +146,6 @@ void MainMenu::applyTexts(const TextTable &texts)
         action->setIconText(plain);
         action->setToolTip(plain + u" (" + action->shortcut().toString(QKeySequence::NativeText) + u')');
     }
-}
-
-void MainMenu::giveMnemonics()
-{
-    const auto give = [](const QList<QAction *> &actions) {
-        QStringList captions;
-        QList<QAction *> named;
-        for (QAction *action : actions) {
-            if (!action->isSeparator()) {
-                captions += action->text();
-                named += action;
-            }
-        }
-        captions = withMnemonics(captions);
-        for (qsizetype i = 0; i < named.size(); ++i) {
-            named[i]->setText(captions[i]);
-        }
-    };
-    give(m_window.menuBar()->actions());
-    for (const QMenu *menu : {m_file, m_edit, m_transmit, m_tools}) {
-        give(menu->actions());
-    }
-    give({search, ethernet, exclusive, offline});
 }
 
 void MainMenu::showRecent(const QStringList &names)

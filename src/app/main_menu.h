@@ -63,7 +63,6 @@ Q_SIGNALS:
 
 private:
     QAction *add(QMenu *menu, const char *name, const QKeySequence &shortcut = {});
-    void giveMnemonics();
 
     QMainWindow &m_window;
     QMenu *m_file;

@@ -99,11 +99,6 @@ void ModuleDialogue::dispatch(const QString &line)
     if (isHistory) {
         tell({ReplyKind::History, {}, withoutLineEnds(other)});
     }
-    if (m_transmissionSent) {
-        takeNumber(line);
-    } else {
-        m_currentNumber.clear();
-    }
     if (line.contains(readSms)) {
         handOverCommand();
     }
@@ -193,15 +188,6 @@ void ModuleDialogue::dropSms()
     }
 }
 
-void ModuleDialogue::takeNumber(const QString &line)
-{
-    qsizetype start = line.indexOf(QLatin1String(",\"+"));
-    if (start < 0) {
-        start = line.indexOf(QLatin1String(",\"0"));
-    }
-    m_currentNumber = start < 0 ? QString() : line.mid(start + 3);
-}
-
 void ModuleDialogue::handOverCommand()
 {
     std::optional<int> step;
@@ -212,7 +198,6 @@ void ModuleDialogue::handOverCommand()
     } else if (atHandOver) {
         m_outgoing = atHandOver();
     }
-    m_transmissionSent = true;
     const QString command = std::exchange(m_outgoing, QString());
     if (command.isEmpty()) {
         act(NothingToRead{});

@@ -112,9 +112,6 @@ public:
     }
     const QString &outgoing() const { return m_outgoing; }
 
-    /// The sender's number of the last line that followed a command of a transmission, else empty.
-    const QString &currentNumber() const { return m_currentNumber; }
-
     /// What a line that ends with a carriage return or Ctrl-Z, its last character, leads to.
     virtual std::vector<Action> lineReceived(const QString &line) = 0;
 
@@ -148,7 +145,6 @@ private:
     void dropSms();
     void tell(Reply reply);
     void takeConfirmations(QStringView text);
-    void takeNumber(const QString &line);
     void handOverCommand();
 
     NextCommand m_nextCommand;
@@ -157,8 +153,6 @@ private:
     std::function<QString()> m_atHandOver;
     std::optional<QString> m_smsNumber; ///< of the SMS whose text the module is about to send
     QString m_smsText;
-    bool m_transmissionSent = false;
-    QString m_currentNumber;
     std::vector<Action> m_actions;
 };
 

@@ -430,7 +430,9 @@ private:
     /// A network that is down for a while may come back: the pair stays open.
     void tell(const asio::error_code &error)
     {
-        m_events.sent(!error);
+        if (m_events.sent) {
+            m_events.sent();
+        }
         if (error && error != m_told) {
             m_events.trouble(QString::fromStdString(error.message()));
         }

@@ -67,7 +67,7 @@ struct UdpPairEvents
     std::function<void()> foreign;                       ///< a datagram of somebody else was dropped
     /// Datagrams are lost: at the first one, then once a second while it goes on, and when it is over.
     std::function<void(const DatagramLoss &)> lost;
-    std::function<void(bool done)> sent;          ///< one datagram, or it could not be sent
+    std::function<void()> sent;                   ///< one datagram has left, or could not; may be empty
     std::function<void(const QString &)> trouble; ///< why datagrams cannot be sent; told when it changes
     std::function<void(const QString &)> failed;  ///< the name is not found: the pair is of no use
 };

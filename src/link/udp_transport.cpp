@@ -29,7 +29,6 @@ Status UdpTransport::open(const QString &address)
         }
         m_isLossTold = !loss.isOver;
     };
-    events.sent = [this](bool done) { m_unsent += done ? 0 : 1; };
     events.trouble = [this](const QString &text) { notify([this, text] { Q_EMIT statusMessage(text); }); };
     events.failed = [this](const QString &reason) {
         notify([this, reason] {

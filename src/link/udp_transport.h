@@ -36,9 +36,8 @@ public:
     /// The even port of the pair, 0 while closed.
     quint16 sendPort() const { return m_pair.sendPort(); }
 
-    /// Datagrams dropped because they came from elsewhere, and those that could not be sent.
+    /// Datagrams dropped because they came from elsewhere.
     qint64 foreignDatagrams() const { return m_foreign; }
-    qint64 unsentDatagrams() const { return m_unsent; }
 
 private:
     void notify(std::function<void()> message);
@@ -47,7 +46,6 @@ private:
     quint64 m_connection = 0;  ///< counts what was opened and closed
     bool m_isLossTold = false; ///< on the I/O thread while open
     std::atomic<qint64> m_foreign = 0;
-    std::atomic<qint64> m_unsent = 0;
 };
 
 } // namespace ktr

@@ -1,5 +1,6 @@
 #include "look/mnemonics.h"
 
+#include <QAction>
 #include <QSet>
 
 namespace ktr {
@@ -55,6 +56,22 @@ QStringList withMnemonics(const QStringList &captions)
         result += underlined(caption, letter);
     }
     return result;
+}
+
+void giveMnemonics(const QList<QAction *> &actions)
+{
+    QList<QAction *> captioned;
+    QStringList captions;
+    for (QAction *action : actions) {
+        if (!action->isSeparator()) {
+            captioned += action;
+            captions += action->text();
+        }
+    }
+    captions = withMnemonics(captions);
+    for (qsizetype i = 0; i < captioned.size(); ++i) {
+        captioned[i]->setText(captions[i]);
+    }
 }
 
 } // namespace ktr

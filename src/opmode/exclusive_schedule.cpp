@@ -118,14 +118,4 @@ std::optional<bool> switchedTo(const ExclusiveSchedule &schedule, WallMinute fro
     return on || off ? std::optional(on >= off) : std::nullopt; // nothing counts as before every minute
 }
 
-std::optional<bool> evaluateSchedule(const ExclusiveSchedule &schedule, WallMinute &from, WallMinute now)
-{
-    if (from > now) {
-        return std::nullopt;
-    }
-    const std::optional<bool> result = switchedTo(schedule, from, now);
-    from = now.plus(1);
-    return result;
-}
-
 } // namespace ktr

@@ -71,8 +71,4 @@ private:
 /// Where both act in the same minute, it is on. The work does not grow with the time between.
 std::optional<bool> switchedTo(const ExclusiveSchedule &schedule, WallMinute from, WallMinute now);
 
-/// As switchedTo; `from` becomes the minute after `now`, where the next evaluation begins. A clock that was
-/// put back leaves `from` as it is, so that no switch point acts twice.
-std::optional<bool> evaluateSchedule(const ExclusiveSchedule &schedule, WallMinute &from, WallMinute now);
-
 } // namespace ktr

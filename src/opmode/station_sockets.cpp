@@ -63,7 +63,6 @@ public:
     }
 
     std::atomic<qint64> foreign = 0;
-    std::atomic<qint64> unsent = 0;
 
 private:
     StationSockets &m_sockets;
@@ -117,10 +116,7 @@ Status StationSockets::Line::open(const QString &hostAddress)
     };
     events.foreign = [batch] { ++batch->foreign; };
     events.lost = [batch, connection](const DatagramLoss &loss) { batch->add({connection, loss}); };
-    events.sent = [batch, connection](bool done) {
-        batch->unsent += done ? 0 : 1;
-        batch->add({connection, Event::Sent()});
-    };
+    events.sent = [batch, connection] { batch->add({connection, Event::Sent()}); };
     events.trouble = [batch, connection](const QString &text) {
         batch->add({connection, Event::Trouble{text}});
     };
@@ -226,11 +222,6 @@ std::unique_ptr<StationLine> StationSockets::createLine()
 qint64 StationSockets::foreignDatagrams() const
 {
     return m_batch->foreign;
-}
-
-qint64 StationSockets::unsentDatagrams() const
-{
-    return m_batch->unsent;
 }
 
 bool StationSockets::isMuch(std::size_t events)

@@ -42,9 +42,8 @@ public:
     /// descriptors would be left.
     std::unique_ptr<StationLine> createLine();
 
-    /// Datagrams dropped because they came from elsewhere, and those that could not be sent.
+    /// Datagrams dropped because they came from elsewhere.
     qint64 foreignDatagrams() const;
-    qint64 unsentDatagrams() const;
 
 private:
     class Line;

@@ -333,9 +333,8 @@ private:
     }
     static UdpPairEvents quiet()
     {
-        return {[](QByteArray &&) {},        [] {},
-                [](const DatagramLoss &) {}, [](bool) {},
-                [](const QString &) {},      [](const QString &) {}};
+        return {[](QByteArray &&) {},  [] {}, [](const DatagramLoss &) {}, [] {}, [](const QString &) {},
+                [](const QString &) {}};
     }
     std::vector<std::unique_ptr<Watched>> watch(int count, StationSockets &sockets, RecordingOwner &owner)
     {

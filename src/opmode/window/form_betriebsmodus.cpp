@@ -355,29 +355,10 @@ void Form_betriebsmodus::applyTexts()
     }
     m_filterKind->setAccessibleName(tr("Stations shown"));
     m_tree->setAccessibleName(tr("Stations"));
-    giveMnemonics();
+    giveMnemonics(menuBar()->actions());
+    giveMnemonics(m_stationMenu->actions());
+    giveMnemonics(m_viewMenu->actions());
     showCounts();
-}
-
-void Form_betriebsmodus::giveMnemonics()
-{
-    const auto give = [](const QList<QAction *> &actions) {
-        QList<QAction *> captioned;
-        QStringList captions;
-        for (QAction *action : actions) {
-            if (!action->isSeparator()) {
-                captioned += action;
-                captions += action->text();
-            }
-        }
-        captions = withMnemonics(captions);
-        for (qsizetype i = 0; i < captioned.size(); ++i) {
-            captioned[i]->setText(captions[i]);
-        }
-    };
-    give(menuBar()->actions());
-    give(m_stationMenu->actions());
-    give(m_viewMenu->actions());
 }
 
 void Form_betriebsmodus::changeEvent(QEvent *event)

@@ -105,7 +105,6 @@ private:
     void showTitle();
     void tellLiveness(const StationEvent &event);
     void enableActions();
-    void giveMnemonics();
 
     OperationalMode &m_mode;
     const TextTable &m_texts;
