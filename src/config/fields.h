@@ -47,6 +47,9 @@ struct ControlName
     QString forIndex(int index) const;
 };
 
+/// The list of holidays, which are no fields.
+inline constexpr ControlName holidaysControl{"lst_swtch_frei"};
+
 /// What a module or a reader would choke on in a field's text, for the user; empty when nothing. It never
 /// keeps a text from being stored or sent.
 using TextCheck = QString (*)(const QString &text);

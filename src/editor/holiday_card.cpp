@@ -1,5 +1,6 @@
 #include "editor/holiday_card.h"
 
+#include "config/fields.h"
 #include "config/holiday_store.h"
 #include "look/field_width.h"
 #include "platform/settings_store.h"
@@ -34,7 +35,7 @@ HolidayCard::HolidayCard(EditorContext &context, std::function<int()> shownEntry
     m_date->setMinimumWidth(fieldWidth(m_date, QStringLiteral("00.00.0000")));
     connect(m_date, &QLineEdit::returnPressed, this, &HolidayCard::add);
 
-    m_list->setObjectName(QStringLiteral("lst_swtch_frei"));
+    m_list->setObjectName(holidaysControl.forIndex(0));
     connect(m_list, &QListWidget::itemClicked, this,
             [this](const QListWidgetItem *item) { remove(m_list->row(item)); });
     auto *deleting = new QShortcut(QKeySequence(Qt::Key_Delete), m_list);

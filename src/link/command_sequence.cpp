@@ -12,9 +12,6 @@ namespace ktr {
 
 namespace {
 
-constexpr int outputsFirst = 30; // output values are sent in steps 30 to 33, or not at all
-constexpr int outputsLast = 33;
-
 /// What a row of the table is given: which of its steps it is, and the number that the module counts it by.
 struct StepInput
 {
@@ -214,7 +211,21 @@ QString closing(const StepInput &in)
     return comma(in.configuration.versionText);
 }
 
+/// The control of a field, whose record is the member's.
+template <auto member> const ControlName &shownBy()
+{
+    return []<class Record, class Value>(Value Record::*field) -> const ControlName & {
+        return fieldOf<Record>(field).control;
+    }(member);
+}
+
+const ControlName &holidayControl()
+{
+    return holidaysControl;
+}
+
 enum class Letter { AsAnswered, Fixed };
+enum class Sent { Always, WithOutputValues };
 
 /// A run of steps whose commands are built alike.
 struct StepRow
@@ -224,43 +235,64 @@ struct StepRow
     const char16_t *letter;
     int firstNumber; ///< the number that the first step's command carries
     QString (*fields)(
-        const StepInput &); ///< everything after the letter, each field with its comma before it
+        const StepInput &);          ///< everything after the letter, each field with its comma before it
+    const ControlName &(*shownBy)(); ///< the field that may be long, or stands for the others; null: no place
     Letter letterCase = Letter::AsAnswered;
+    Sent sent = Sent::Always;
 };
 
 constexpr std::array table = {
-    StepRow{0, 0, u"V", 0, versionQuery, Letter::Fixed},
-    StepRow{1, 1, u"N", 0, stationNumbers},
-    StepRow{2, 17, u"G", 1, limitValue},
-    StepRow{18, 21, u"G", 17, referenceValue},
-    StepRow{22, 23, u"D", 1, pulseCounter},
-    StepRow{24, 25, u"D", 3, hoursCounter},
-    StepRow{26, 27, u"D", 9, inputScaling},
-    StepRow{28, 29, u"D", 13, outputScaling},
-    StepRow{30, 31, u"S", 11, digitalOutput},
-    StepRow{32, 33, u"S", 13, analogOutput},
-    StepRow{34, 51, u"H", 1, archive},
-    StepRow{52, 71, u"Z", 1, switchPoint},
-    StepRow{72, 72, u"F", 0, holidays},
-    StepRow{73, 74, u"D", 15, outputHours},
-    StepRow{75, 75, u"C", 0, aliveCycle},
-    StepRow{76, 76, u"E", 0, ethernet},
-    StepRow{77, 77, u"T", 0, clock},
-    StepRow{78, 78, u"v", 0, closing, Letter::Fixed},
+    StepRow{0, 0, u"V", 0, versionQuery, nullptr, Letter::Fixed},
+    StepRow{1, 1, u"N", 0, stationNumbers, shownBy<&GsmSettings::stationId>},
+    StepRow{2, 17, u"G", 1, limitValue, shownBy<&LimitValue::alarm>},
+    StepRow{18, 21, u"G", 17, referenceValue, shownBy<&LimitValue::alarm>},
+    StepRow{22, 23, u"D", 1, pulseCounter, shownBy<&DigitalInput::value>},
+    StepRow{24, 25, u"D", 3, hoursCounter, shownBy<&DigitalInput::value>},
+    StepRow{26, 27, u"D", 9, inputScaling, shownBy<&Scaling::offset>},
+    StepRow{28, 29, u"D", 13, outputScaling, shownBy<&Scaling::offset>},
+    StepRow{30, 31, u"S", 11, digitalOutput, shownBy<&OutputValue::digital>, Letter::AsAnswered,
+            Sent::WithOutputValues},
+    StepRow{32, 33, u"S", 13, analogOutput, shownBy<&OutputValue::analog>, Letter::AsAnswered,
+            Sent::WithOutputValues},
+    StepRow{34, 51, u"H", 1, archive, shownBy<&Archiving::interval>},
+    StepRow{52, 71, u"Z", 1, switchPoint, shownBy<&SwitchPoint::value>},
+    StepRow{72, 72, u"F", 0, holidays, holidayControl},
+    StepRow{73, 74, u"D", 15, outputHours, shownBy<&OutputHours::value>},
+    StepRow{75, 75, u"C", 0, aliveCycle, shownBy<&GsmSettings::aliveCycle>},
+    StepRow{76, 76, u"E", 0, ethernet, shownBy<&EthernetSettings::ip>},
+    StepRow{77, 77, u"T", 0, clock, nullptr},
+    StepRow{78, 78, u"v", 0, closing, shownBy<&FileInfo::version>, Letter::Fixed},
 };
+static_assert(table.front().first == steps::first && table.back().last == steps::last &&
+              std::ranges::adjacent_find(table, [](const StepRow &row, const StepRow &next) {
+                  return next.first != row.last + 1;
+              }) == table.end());
+
+/// Null for a number that is no step's.
+const StepRow *rowOf(int step)
+{
+    const auto *row =
+        std::ranges::find_if(table, [step](const StepRow &r) { return step >= r.first && step <= r.last; });
+    return row == table.end() ? nullptr : row;
+}
 
 QString build(int step, Configuration &configuration, const CommandContext &context)
 {
-    for (const StepRow &row : table) {
-        if (step >= row.first && step <= row.last) {
-            const int index = step - row.first;
-            const QString letter = QString::fromUtf16(row.letter);
-            const bool lower = row.letterCase == Letter::AsAnswered && !context.answer;
-            return asOneLine((lower ? letter.toLower() : letter) +
-                             row.fields({configuration, context, index, row.firstNumber + index}));
-        }
+    const StepRow *row = rowOf(step);
+    if (row == nullptr) {
+        return {};
     }
-    return {};
+    const int index = step - row->first;
+    const QString letter = QString::fromUtf16(row->letter);
+    const bool lower = row->letterCase == Letter::AsAnswered && !context.answer;
+    return asOneLine((lower ? letter.toLower() : letter) +
+                     row->fields({configuration, context, index, row->firstNumber + index}));
+}
+
+bool isLeftOut(int step, const Configuration &configuration)
+{
+    const StepRow *row = rowOf(step);
+    return row != nullptr && row->sent == Sent::WithOutputValues && !configuration.sendValues.front().enabled;
 }
 
 } // namespace
@@ -282,13 +314,26 @@ QString asOneLine(QString text)
     return text;
 }
 
+StepPlace placeOfStep(int step)
+{
+    const StepRow *row = rowOf(step);
+    if (row == nullptr || row->shownBy == nullptr) {
+        return {};
+    }
+    // Rows of one record go on counting its entries: the reference values are the limit values behind the
+    // others.
+    const auto isSameRecord = [row](const StepRow &r) { return r.shownBy == row->shownBy; };
+    const int entry = step - std::ranges::find_if(table, isSameRecord)->first;
+    return {row->shownBy().forIndex(entry), entry};
+}
+
 std::optional<StepCommand> CommandSequence::next(Configuration &configuration, const CommandContext &context)
 {
     if (!isRunning()) {
         return std::nullopt;
     }
-    if (m_step >= outputsFirst && m_step <= outputsLast && !configuration.sendValues.front().enabled) {
-        m_step = outputsLast + 1;
+    while (isLeftOut(m_step, configuration)) {
+        ++m_step;
     }
     StepCommand built{m_step, build(m_step, configuration, context)};
     ++m_step;

@@ -40,6 +40,15 @@ inline constexpr int last = 78;
 inline constexpr int idle = 999;
 } // namespace steps
 
+/// Where the user edits what a step of a transmission, 0 to 78, tells the module; empty where there is no
+/// such place (the clock), or no single one.
+struct StepPlace
+{
+    QString control;
+    int entry = 0;
+};
+StepPlace placeOfStep(int step);
+
 struct StepCommand
 {
     int step;

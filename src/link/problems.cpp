@@ -14,8 +14,6 @@ namespace ktr {
 
 namespace {
 
-constexpr QLatin1String holidaysControl("lst_swtch_frei");
-
 QString told(const char *text)
 {
     return QCoreApplication::translate("Problems", text);
@@ -74,7 +72,7 @@ void checkHolidays(const HolidayList &holidays, QList<Problem> &problems)
                                   ? told(QT_TRANSLATE_NOOP("Problems", "is in the list twice"))
                                   : QString();
         if (!fault.isEmpty()) {
-            problems.append({QStringLiteral("Feiertag%1").arg(i), QString(holidaysControl), i,
+            problems.append({QStringLiteral("Feiertag%1").arg(i), holidaysControl.forIndex(0), i,
                              u'"' + line + QLatin1String("\" ") + fault});
         }
     }
@@ -138,40 +136,6 @@ void checkCommands(Configuration configuration, const CommandContext &context, Q
 }
 
 } // namespace
-
-StepPlace placeOfStep(int step)
-{
-    struct Range
-    {
-        int first;
-        int last;
-        const ControlName &control;
-    };
-    static constexpr ControlName holidays{holidaysControl.data()};
-    // Of each command the field that may be long, or the one that stands for the others.
-    const auto controls = std::to_array<Range>({
-        {1, 1, fieldOf<GsmSettings>(&GsmSettings::stationId).control},
-        {2, 21, fieldOf<LimitValue>(&LimitValue::alarm).control},
-        {22, 25, fieldOf<DigitalInput>(&DigitalInput::value).control},
-        {26, 29, fieldOf<Scaling>(&Scaling::offset).control},
-        {30, 31, fieldOf<OutputValue>(&OutputValue::digital).control},
-        {32, 33, fieldOf<OutputValue>(&OutputValue::analog).control},
-        {34, 51, fieldOf<Archiving>(&Archiving::interval).control},
-        {52, 71, fieldOf<SwitchPoint>(&SwitchPoint::value).control},
-        {72, 72, holidays},
-        {73, 74, fieldOf<OutputHours>(&OutputHours::value).control},
-        {75, 75, fieldOf<GsmSettings>(&GsmSettings::aliveCycle).control},
-        {76, 76, fieldOf<EthernetSettings>(&EthernetSettings::ip).control},
-        {78, 78, fieldOf<FileInfo>(&FileInfo::version).control},
-    });
-    for (const Range &range : controls) {
-        if (step >= range.first && step <= range.last) {
-            const int entry = step - range.first;
-            return {range.control.forIndex(entry), entry};
-        }
-    }
-    return {};
-}
 
 QString commandFault(const QString &command)
 {

@@ -20,15 +20,6 @@ struct Problem
     bool operator==(const Problem &) const = default;
 };
 
-/// Where the user edits what a step of a transmission, 0 to 78, tells the module; empty where there is no
-/// such place (the clock), or no single one.
-struct StepPlace
-{
-    QString control;
-    int entry = 0;
-};
-StepPlace placeOfStep(int step);
-
 /// What is wrong with a configuration: texts that are not what their fields are for, in the order of the
 /// file; what together has no effect or a dangerous one (link/effect_problems.h); holidays; commands that are
 /// too long or hold what the module's code page lacks or takes for an order. A new configuration has none.
