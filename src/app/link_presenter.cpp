@@ -47,9 +47,9 @@ void LinkPresenter::connectLink()
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::show);
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::withdrawPassed);
     connect(&m_link, &ModuleLink::told, this, &LinkPresenter::told);
-    connect(&m_link, &ModuleLink::refused, this, [this](const QString &reason) {
-        Q_EMIT told(reason);
-        if (reason == UdpTransport::portInUse()) {
+    connect(&m_link, &ModuleLink::refused, this, [this](const Status &why) {
+        Q_EMIT told(why.message());
+        if (why.is(Failure::NoPortFree)) {
             Q_EMIT messageWanted(m_texts.text(Text::PortInUse), portTopic);
         }
     });

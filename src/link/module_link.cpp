@@ -209,7 +209,7 @@ void ModuleLink::connectEthernet(const QString &address, bool exclusive)
     closeLine();
     m_ethernet.session.setExclusive(exclusive);
     if (const Status opened = m_ethernet.session.open(address); !opened) {
-        Q_EMIT refused(opened.message());
+        Q_EMIT refused(opened);
         return;
     }
     m_address = address;

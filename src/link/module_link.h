@@ -111,7 +111,7 @@ Q_SIGNALS:
     /// What happened, in a line for the user.
     void told(const QString &line);
     /// No line to the address could be opened, for this reason.
-    void refused(const QString &reason);
+    void refused(const Status &why);
     /// A module that was heard is gone.
     void interrupted();
     void logged(const QString &line);

@@ -183,7 +183,7 @@ public:
                 return Status::failed(QString::fromStdString(error.message()));
             }
         }
-        return Status::failed(UdpPair::portInUse());
+        return UdpPair::noPortFree();
     }
 
     bool leavesDescriptors(quint64 atLeast)
@@ -488,9 +488,10 @@ QString textOf(const DatagramLoss &loss)
                        : text(QT_TRANSLATE_NOOP("DatagramLoss", "%1 datagrams dropped"));
 }
 
-QString UdpPair::portInUse()
+Status UdpPair::noPortFree()
 {
-    return QCoreApplication::translate("Files", "the port is already in use");
+    return Status::failed(QCoreApplication::translate("Files", "the port is already in use"),
+                          Failure::NoPortFree);
 }
 
 UdpPair::UdpPair(IoThread &io, const UdpPairOptions &options) : m_io(io), m_options(options) {}
@@ -522,7 +523,7 @@ Status UdpPair::open(const QString &address, UdpPairEvents events)
     const bool isName = !module->literal;
     const bool isV4 = !isName && module->literal->is_v4();
     Status bound = pair->bind(isV4 ? udp::v4() : udp::v6(), m_options.ports);
-    if (!bound && isName && bound.message() != portInUse()) {
+    if (!bound && isName && !bound.is(Failure::NoPortFree)) {
         bound = pair->bind(udp::v4(), m_options.ports); // a machine without IPv6
     }
     if (!bound) {

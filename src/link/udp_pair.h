@@ -80,8 +80,8 @@ class UdpPair
 public:
     static constexpr quint16 modulePort = 49111;
 
-    /// The message of open() when no pair of ports is free.
-    static QString portInUse();
+    /// What open() gives when no pair of ports is free.
+    static Status noPortFree();
 
     /// Whether open() takes it; a name is not looked up.
     static bool isAddress(const QString &address);

@@ -16,9 +16,6 @@ class UdpTransport : public Transport
 public:
     static constexpr quint16 modulePort = UdpPair::modulePort;
 
-    /// The message of open() when no pair of ports is free.
-    static QString portInUse() { return UdpPair::portInUse(); }
-
     explicit UdpTransport(IoThread &io, QObject *parent = nullptr, PortRange ports = {});
     ~UdpTransport() override;
 

@@ -106,7 +106,7 @@ Status StationSockets::Line::open(const QString &hostAddress)
 {
     close();
     if (m_sockets.m_isFull) {
-        return Status::failed(UdpPair::portInUse());
+        return UdpPair::noPortFree();
     }
     const quint64 connection = ++m_sockets.m_connections;
     Batch *batch = m_sockets.m_batch.get(); // outlives the pair
@@ -128,7 +128,7 @@ Status StationSockets::Line::open(const QString &hostAddress)
         m_connection = connection;
         m_sockets.m_open.emplace(connection, this);
     } else {
-        m_sockets.m_isFull = opened.message() == UdpPair::portInUse();
+        m_sockets.m_isFull = opened.is(Failure::NoPortFree);
     }
     return opened;
 }

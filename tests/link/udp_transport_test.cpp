@@ -115,8 +115,7 @@ private Q_SLOTS:
         QVERIFY(transport.open("127.0.0.1"));
         QCOMPARE(transport.sendPort(), first + 2);
         const Status refused = second.open("127.0.0.1");
-        QVERIFY(!refused && !second.isOpen());
-        QCOMPARE(refused.message(), UdpTransport::portInUse());
+        QVERIFY(refused.is(Failure::NoPortFree) && !second.isOpen());
         transport.close();
         QVERIFY(second.open("[::1]:49111") || second.open("127.0.0.1"));
     }

@@ -302,7 +302,7 @@ private Q_SLOTS:
         for (const auto &watched : all) {
             watched->station.connectStation();
         }
-        QCOMPARE(owner.troubles, QStringList{UdpPair::portInUse()});
+        QCOMPARE(owner.troubles, QStringList{UdpPair::noPortFree().message()});
         all[0]->station.disconnect();
         m_time.advance(std::chrono::seconds(20));
         QCOMPARE(all[2]->module.await(), "config\r\n");
