@@ -11,7 +11,7 @@
 #include "link/serial_transport.h"
 #include "link/udp_transport.h"
 #include "measured_runs.h"
-#include "opmode/lite_timer.h"
+#include "opmode/station/lite_timer.h"
 #include "platform/files.h"
 #include "platform/pseudo_terminal.h"
 #include "platform/text_rules.h"

@@ -5,7 +5,7 @@
 
 #include "config/channels.h"
 #include "datagram_load.h"
-#include "opmode/station_messages.h"
+#include "opmode/station/station_messages.h"
 #include "simulator/fleet.h"
 
 #include <arpa/inet.h>

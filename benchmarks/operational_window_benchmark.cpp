@@ -5,7 +5,7 @@
 #include "figures.h"
 #include "link/io_thread.h"
 #include "look/style.h"
-#include "opmode/station_sockets.h"
+#include "opmode/station/station_sockets.h"
 #include "opmode/window/form_betriebsmodus.h"
 #include "platform/files.h"
 #include "platform/registry.h"

@@ -3,9 +3,9 @@
 
 #include "figures.h"
 #include "measured_runs.h"
-#include "opmode/nodes_file.h"
-#include "opmode/nodes_journal.h"
-#include "opmode/station_tree.h"
+#include "opmode/keeping/nodes_file.h"
+#include "opmode/keeping/nodes_journal.h"
+#include "opmode/tree/station_tree.h"
 #include "process_cost.h"
 
 #include <QCoreApplication>

@@ -5,11 +5,11 @@
 //     repetition m              the mark that a file was begun x              bytes as the content of a
 //     record j              bytes as a journal
 
-#include "opmode/journal_file.h"
-#include "opmode/journal_record.h"
-#include "opmode/node_texts.h"
-#include "opmode/nodes_file.h"
-#include "opmode/station_tree.h"
+#include "opmode/keeping/journal_file.h"
+#include "opmode/keeping/journal_record.h"
+#include "opmode/keeping/nodes_file.h"
+#include "opmode/tree/node_texts.h"
+#include "opmode/tree/station_tree.h"
 #include "support/require.h"
 #include "support/script.h"
 

@@ -1,6 +1,6 @@
 // Any file as nodes.xml: both ways of reading it agree, and a tree that was written is read as the same tree.
 
-#include "opmode/nodes_file.h"
+#include "opmode/keeping/nodes_file.h"
 #include "opmode/operational_mode.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"

@@ -11,7 +11,7 @@
 //     l        lent and taken back
 //     +  -     a station more, or the first one removed
 
-#include "opmode/nodes_file.h"
+#include "opmode/keeping/nodes_file.h"
 #include "opmode/operational_mode.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"

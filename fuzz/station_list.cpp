@@ -1,6 +1,6 @@
 // Any text as a list of stations: what can be made of it are stations of different names.
 
-#include "opmode/station_list.h"
+#include "opmode/lists/station_list.h"
 
 #include "support/require.h"
 

@@ -7,9 +7,9 @@
 #include "link/command_sequence.h"
 #include "link/io_thread.h"
 #include "link/serial_transport.h"
-#include "opmode/nodes_file.h"
-#include "opmode/station_sockets.h"
-#include "opmode/station_tree.h"
+#include "opmode/keeping/nodes_file.h"
+#include "opmode/station/station_sockets.h"
+#include "opmode/tree/station_tree.h"
 #include "simulator/command_interpreter.h"
 #include "simulator/held_form.h"
 

@@ -6,7 +6,7 @@
 #include "link/udp_transport.h"
 #include "look/program_name.h"
 #include "look/style.h"
-#include "opmode/station_sockets.h"
+#include "opmode/station/station_sockets.h"
 #include "platform/ending_signals.h"
 #include "platform/serial_device.h"
 #include "platform/terminal.h"

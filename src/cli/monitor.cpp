@@ -3,7 +3,7 @@
 #include "cli/interruption.h"
 #include "cli/patient_output.h"
 #include "opmode/operational_mode.h"
-#include "opmode/station_sockets.h"
+#include "opmode/station/station_sockets.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>

@@ -2,8 +2,8 @@
 
 #include "cli/console.h"
 #include "cli/interruption.h"
-#include "opmode/nodes_file.h"
-#include "opmode/station_tree.h"
+#include "opmode/keeping/nodes_file.h"
+#include "opmode/tree/station_tree.h"
 #include "platform/file_lock.h"
 #include "platform/files.h"
 #include "simulator/fleet.h"

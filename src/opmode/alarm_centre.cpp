@@ -1,6 +1,6 @@
 #include "opmode/alarm_centre.h"
 
-#include "opmode/notifications.h"
+#include "opmode/tree/notifications.h"
 
 namespace ktr {
 

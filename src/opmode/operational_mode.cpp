@@ -3,7 +3,7 @@
 #include "config/address.h"
 #include "link/conversation_log.h"
 #include "link/udp_pair.h"
-#include "opmode/station_names.h"
+#include "opmode/keeping/station_names.h"
 #include "platform/overloaded.h"
 
 #include <QFileInfo>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "opmode/nodes_keeper.h"
+#include "opmode/keeping/nodes_keeper.h"
+#include "opmode/station/value_trends.h"
 #include "opmode/stations.h"
-#include "opmode/value_trends.h"
 #include "platform/environment.h"
 #include "platform/file_lock.h"
 

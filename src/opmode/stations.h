@@ -1,7 +1,7 @@
 #pragma once
 
-#include "opmode/station.h"
-#include "opmode/station_tree.h"
+#include "opmode/station/station.h"
+#include "opmode/tree/station_tree.h"
 
 #include <list>
 

@@ -2,7 +2,7 @@
 // files written in the middle of the run and at the end. Says what was kept, a line each, so that whoever
 // breaks its file system can tell whether that is true. Argument: the folder.
 
-#include "opmode/checksum.h"
+#include "opmode/keeping/checksum.h"
 #include "opmode/operational_mode.h"
 #include "platform/files.h"
 #include "support/environment.h"

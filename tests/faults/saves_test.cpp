@@ -1,4 +1,4 @@
-#include "opmode/checksum.h"
+#include "opmode/keeping/checksum.h"
 #include "opmode/operational_mode.h"
 #include "platform/files.h"
 #include "support/environment.h"

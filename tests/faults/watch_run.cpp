@@ -4,7 +4,7 @@
 
 #include "link/io_thread.h"
 #include "opmode/operational_mode.h"
-#include "opmode/station_sockets.h"
+#include "opmode/station/station_sockets.h"
 #include "support/environment.h"
 
 #include <QCoreApplication>

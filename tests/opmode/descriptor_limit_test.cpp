@@ -1,5 +1,5 @@
 #include "link/io_thread.h"
-#include "opmode/station_sockets.h"
+#include "opmode/station/station_sockets.h"
 
 #include <QFile>
 #include <QTest>

@@ -1,4 +1,4 @@
-#include "opmode/exclusive_schedule.h"
+#include "opmode/station/exclusive_schedule.h"
 
 #include <QRandomGenerator>
 #include <QTest>

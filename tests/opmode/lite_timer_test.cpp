@@ -1,4 +1,4 @@
-#include "opmode/lite_timer.h"
+#include "opmode/station/lite_timer.h"
 #include "support/manual_timers.h"
 
 #include <QTest>

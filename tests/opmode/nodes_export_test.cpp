@@ -1,5 +1,5 @@
-#include "opmode/nodes_export.h"
-#include "opmode/station_tree.h"
+#include "opmode/lists/nodes_export.h"
+#include "opmode/tree/station_tree.h"
 
 #include <QDir>
 #include <QTemporaryDir>

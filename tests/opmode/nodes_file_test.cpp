@@ -1,7 +1,7 @@
-#include "opmode/checksum.h"
-#include "opmode/nodes_file.h"
-#include "opmode/notification_times.h"
-#include "opmode/station_tree.h"
+#include "opmode/keeping/checksum.h"
+#include "opmode/keeping/nodes_file.h"
+#include "opmode/keeping/notification_times.h"
+#include "opmode/tree/station_tree.h"
 #include "platform/files.h"
 
 #include <QDir>

@@ -1,5 +1,5 @@
-#include "opmode/station_list.h"
-#include "opmode/station_tree.h"
+#include "opmode/lists/station_list.h"
+#include "opmode/tree/station_tree.h"
 #include "platform/files.h"
 
 #include <QTemporaryDir>

@@ -1,5 +1,5 @@
 #include "config/channels.h"
-#include "opmode/station_messages.h"
+#include "opmode/station/station_messages.h"
 
 #include <QRandomGenerator>
 #include <QTest>

@@ -1,6 +1,6 @@
 #include "link/io_thread.h"
-#include "opmode/station.h"
-#include "opmode/station_sockets.h"
+#include "opmode/station/station.h"
+#include "opmode/station/station_sockets.h"
 #include "platform/exclusive_port.h"
 #include "support/manual_timers.h"
 #include "support/udp_peer.h"

@@ -1,4 +1,4 @@
-#include "opmode/station.h"
+#include "opmode/station/station.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
 

@@ -1,4 +1,4 @@
-#include "opmode/station_tree.h"
+#include "opmode/tree/station_tree.h"
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/station_line.h"
+#include "opmode/station/station_line.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "lang/text_table.h"
-#include "opmode/station_tree.h"
+#include "opmode/tree/station_tree.h"
 #include "platform/status.h"
 
 #include <QPointer>

@@ -3,8 +3,8 @@
 #include "lang/text_table.h"
 #include "look/icons.h"
 #include "look/problem_label.h"
+#include "opmode/lists/station_list.h"
 #include "opmode/operational_mode.h"
-#include "opmode/station_list.h"
 #include "opmode/window/station_list_model.h"
 
 #include <QCheckBox>

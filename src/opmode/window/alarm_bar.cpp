@@ -1,6 +1,6 @@
 #include "opmode/window/alarm_bar.h"
 
-#include "opmode/notifications.h"
+#include "opmode/tree/notifications.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/alarm_sound.h"
 

@@ -2,7 +2,7 @@
 
 #include "lang/text_table.h"
 #include "look/problem_label.h"
-#include "opmode/station_tree.h"
+#include "opmode/tree/station_tree.h"
 #include "opmode/window/station_check_list.h"
 
 #include <QCheckBox>

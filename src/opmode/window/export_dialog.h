@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/nodes_export.h"
+#include "opmode/lists/nodes_export.h"
 
 #include <QDialog>
 

@@ -1,7 +1,7 @@
 #include "opmode/window/history_canvas.h"
 
 #include "config/channel_use.h"
-#include "opmode/station_tree.h"
+#include "opmode/tree/station_tree.h"
 #include "opmode/window/time_ticks.h"
 
 namespace ktr {

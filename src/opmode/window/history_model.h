@@ -1,7 +1,7 @@
 #pragma once
 
-#include "opmode/history_entry.h"
-#include "opmode/station_tree.h"
+#include "opmode/tree/history_entry.h"
+#include "opmode/tree/station_tree.h"
 
 #include <QAbstractTableModel>
 #include <QLocale>

@@ -1,7 +1,7 @@
 #include "opmode/window/history_plot.h"
 
 #include "look/palettes.h"
-#include "opmode/station_tree.h"
+#include "opmode/tree/station_tree.h"
 #include "opmode/window/history_canvas.h"
 #include "opmode/window/series_style.h"
 #include "platform/text_rules.h"

@@ -1,7 +1,7 @@
 #include "opmode/window/notification_model.h"
 
 #include "look/palettes.h"
-#include "opmode/notifications.h"
+#include "opmode/tree/notifications.h"
 #include "opmode/window/alarm_look.h"
 #include "platform/text_rules.h"
 

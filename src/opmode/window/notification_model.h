@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/station_tree.h"
+#include "opmode/tree/station_tree.h"
 #include "platform/timers.h"
 
 #include <QAbstractTableModel>

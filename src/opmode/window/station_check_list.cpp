@@ -1,7 +1,7 @@
 #include "opmode/window/station_check_list.h"
 
 #include "look/icons.h"
-#include "opmode/station_tree.h"
+#include "opmode/tree/station_tree.h"
 
 #include <QCheckBox>
 #include <QLabel>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/station_list.h"
+#include "opmode/lists/station_list.h"
 
 #include <QAbstractTableModel>
 

@@ -1,4 +1,4 @@
-#include "opmode/nodes_file.h"
+#include "opmode/keeping/nodes_file.h"
 #include "opmode/window/form_betriebsmodus.h"
 #include "platform/file_lock.h"
 #include "platform/files.h"

@@ -1,6 +1,6 @@
 #include "look/palettes.h"
 #include "look/style.h"
-#include "opmode/history_entry.h"
+#include "opmode/tree/history_entry.h"
 #include "opmode/window/history_page.h"
 #include "opmode/window/history_plot.h"
 #include "opmode/window/values_page.h"

@@ -1,0 +1,142 @@
+#include "opmode/keeping/nodes_file.h"
+
+#include "opmode/keeping/checksum.h"
+#include "opmode/keeping/station_names.h"
+#include "platform/files.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace ktr {
+
+Status NodesFile::load(const std::function<bool(const NodeElement &)> &take,
+                       const std::function<void(std::size_t nodes, std::size_t bytes)> &expect)
+{
+    m_checksum = ktr::checksum({});
+    m_size = 0;
+    m_keepAside = false;
+    m_remarks.clear();
+    constexpr quint64 ofNoDocument = ~quint64{0};
+    if (!QFileInfo::exists(m_path)) {
+        return Status::done();
+    }
+    m_keepAside = true;
+    m_checksum = ofNoDocument;
+    QByteArray document;
+    if (Status read = readFile(m_path, document); !read) {
+        return read;
+    }
+    std::size_t taken = 0;
+    std::size_t leftOut = 0;
+    StationNames ofLeftOut;
+    Status read = readNodes(
+        document, m_remarks,
+        [&](const NodeElement &element) {
+            if (take(element)) {
+                ++taken;
+            } else {
+                ++leftOut;
+                ofLeftOut.add(element.key);
+            }
+        },
+        expect);
+    if (read && taken == 0 && leftOut > 0) {
+        read = Status::failed(
+            QCoreApplication::translate("Files", "none of its %1 nodes belongs to a station of the list")
+                .arg(leftOut));
+    }
+    if (!read) {
+        m_remarks.clear();
+        return Status::failed(m_path + QLatin1String(": ") + read.message());
+    }
+    m_checksum = ktr::checksum(document);
+    m_size = document.size();
+    if (leftOut > 0) {
+        m_remarks += QCoreApplication::translate("Files", "nodes that belong nowhere were left out: %1 (%2)")
+                         .arg(QString::number(leftOut), ofLeftOut.text());
+    }
+    for (QString &remark : m_remarks) {
+        remark.prepend(m_path + QLatin1String(": "));
+    }
+    m_keepAside = !m_remarks.isEmpty();
+    return Status::done();
+}
+
+Status NodesFile::makeWay(const QString &companion)
+{
+    if (m_keepAside && QFileInfo::exists(m_path)) {
+        // The companion first: left alone it would be lost.
+        if (Status aside =
+                keepAside(companion.isEmpty() ? QStringList{m_path} : QStringList{companion, m_path});
+            !aside) {
+            return aside;
+        }
+    }
+    m_keepAside = false;
+    return Status::done();
+}
+
+Status NodesFile::save(const QByteArray &document)
+{
+    if (Status free = makeWay(); !free) {
+        return free;
+    }
+    if (Status written = replaceFile(m_path, document); !written) {
+        return written;
+    }
+    m_checksum = ktr::checksum(document);
+    m_size = document.size();
+    return Status::done();
+}
+
+/// Beside the file itself, whatever links lead to it.
+QString listLockPath(const QString &nodesPath)
+{
+    const QFileInfo link(nodesPath);
+    const QFileInfo info(link.exists() ? link.canonicalFilePath() : nodesPath);
+    return info.absolutePath() + u'/' + info.completeBaseName() + QLatin1String(".lock");
+}
+
+namespace {
+
+QString numbered(const QString &path, int n)
+{
+    const QFileInfo info(path);
+    return info.absolutePath() + u'/' + info.completeBaseName() + QStringLiteral(" (%1).").arg(n) +
+           info.suffix();
+}
+
+/// The first number that is free for all of them.
+int freeNumber(const QStringList &paths)
+{
+    int n = 1;
+    while (std::ranges::any_of(paths,
+                               [&](const QString &path) { return QFileInfo::exists(numbered(path, n)); })) {
+        ++n;
+    }
+    return n;
+}
+
+} // namespace
+
+Status keepCopyAside(const QString &path, const QByteArray &content)
+{
+    return replaceFile(numbered(path, freeNumber({path})), content);
+}
+
+Status keepAside(const QStringList &paths)
+{
+    const int n = freeNumber(paths);
+    for (const QString &path : paths) {
+        QFile file(path);
+        if (file.exists() && !file.rename(numbered(path, n))) {
+            return Status::failed(path + QLatin1String(": ") + file.errorString());
+        }
+    }
+    return Status::done();
+}
+
+} // namespace ktr

@@ -1,0 +1,134 @@
+#include "opmode/lists/nodes_export.h"
+
+#include "opmode/station/station_messages.h"
+#include "opmode/tree/history_entry.h"
+#include "opmode/tree/station_tree.h"
+#include "platform/csv.h"
+#include "platform/text_rules.h"
+
+#include <QCoreApplication>
+
+namespace ktr {
+
+namespace {
+
+QString line(std::initializer_list<QString> cells)
+{
+    QString text;
+    constexpr qsizetype usual = 120;
+    text.reserve(usual);
+    for (const QString &cell : cells) {
+        text += csvCell(cell);
+        text += u';';
+    }
+    text.chop(1);
+    return text += QLatin1String("\r\n");
+}
+
+QString header(ExportChoice::Kind kind)
+{
+    if (kind == ExportChoice::Kind::History) {
+        return line({QCoreApplication::translate("Export", "Station"),
+                     QCoreApplication::translate("Export", "Time"),
+                     QCoreApplication::translate("Export", "Input"),
+                     QCoreApplication::translate("Export", "Input name"),
+                     QCoreApplication::translate("Export", "Value")});
+    }
+    return line(
+        {QCoreApplication::translate("Export", "Station"), QCoreApplication::translate("Export", "Received"),
+         QCoreApplication::translate("Export", "Recipient"), QCoreApplication::translate("Export", "Text"),
+         QCoreApplication::translate("Export", "Count"), QCoreApplication::translate("Export", "State"),
+         QCoreApplication::translate("Export", "Acknowledged")});
+}
+
+/// Empty when it is not known.
+QString timeText(qint64 msSinceEpoch)
+{
+    return msSinceEpoch == 0
+               ? QString()
+               : QDateTime::fromMSecsSinceEpoch(msSinceEpoch).toString(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
+}
+
+QString stateText(const ExportEntry &entry, qint64 acknowledged)
+{
+    if (entry.node.data(StationTree::ColourRole).toInt() == StationTree::alarmColour) {
+        return QCoreApplication::translate("Export", "not acknowledged");
+    }
+    const bool wasAlarm = acknowledged != 0 || isAlarmText(entry.text);
+    return wasAlarm ? QCoreApplication::translate("Export", "acknowledged")
+                    : QCoreApplication::translate("Export", "no alarm");
+}
+
+QString notificationLine(const ExportEntry &entry)
+{
+    const QLatin1String arrow(" --> M,");
+    const qsizetype at = entry.text.indexOf(arrow);
+    const qint64 acknowledged = entry.node.data(StationTree::AcknowledgedRole).toLongLong();
+    const int count = entry.node.data(StationTree::CountRole).toInt();
+    return line({entry.station, timeText(entry.node.data(StationTree::ReceivedRole).toLongLong()),
+                 at < 0 ? QString() : entry.text.first(at),
+                 at < 0 ? entry.text : entry.text.sliced(at + arrow.size()),
+                 QString::number(std::max(1, count)), stateText(entry, acknowledged),
+                 timeText(acknowledged)});
+}
+
+/// A number as a spreadsheet with decimal commas takes it; any other text stays.
+QString valueText(QStringView value)
+{
+    QString text = value.toString();
+    if (toNumber(text)) {
+        text = text.trimmed();
+        text.replace(u'.', u',');
+        if (text.startsWith(u'+')) {
+            text.remove(0, 1);
+        }
+    }
+    return text;
+}
+
+QString historyLine(const ExportEntry &entry)
+{
+    const std::optional<HistoryEntry> read = historyEntry(entry.text);
+    if (!read) {
+        return line({entry.station, {}, {}, {}, entry.text});
+    }
+    return line({entry.station, read->minute ? read->time.toString() : QString(),
+                 QString::number(read->input), channelCaption(read->input).trimmed(),
+                 valueText(read->value)});
+}
+
+} // namespace
+
+NodesExport::NodesExport(const StationTree &tree, ExportChoice choice) : m_entries(tree, std::move(choice)) {}
+
+Status NodesExport::open(const QString &path)
+{
+    const Status opened = m_file.open(path, Readers::AsUsual);
+    return opened ? m_file.write("\xEF\xBB\xBF" + header(m_entries.choice().kind).toUtf8()) : opened;
+}
+
+Status NodesExport::step(int atMost)
+{
+    constexpr qsizetype piece = qsizetype{256} * 1024;
+    const auto toLine =
+        m_entries.choice().kind == ExportChoice::Kind::History ? historyLine : notificationLine;
+    Status written = Status::done();
+    QByteArray bytes;
+    const bool more = m_entries.walk(atMost, [&](const ExportEntry &entry) {
+        bytes += toLine(entry).toUtf8();
+        if (bytes.size() >= piece && written) {
+            written = m_file.write(bytes);
+            bytes.clear();
+        }
+    });
+    if (written) {
+        written = m_file.write(bytes);
+    }
+    if (written && !more) {
+        written = m_file.commit();
+        m_isDone = bool(written);
+    }
+    return written;
+}
+
+} // namespace ktr

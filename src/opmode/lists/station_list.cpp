@@ -1,0 +1,163 @@
+#include "opmode/lists/station_list.h"
+
+#include "link/udp_pair.h"
+#include "opmode/tree/node_texts.h"
+#include "platform/csv.h"
+#include "platform/files.h"
+#include "platform/text_rules.h"
+
+#include <QCoreApplication>
+#include <QHash>
+#include <QSet>
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <array>
+
+namespace ktr {
+
+namespace {
+
+/// Where the columns are, which a header line tells.
+struct Columns
+{
+    qsizetype name = 0;
+    qsizetype address = 1;
+};
+
+constexpr std::array<QStringView, 6> nameTitles = {u"name",    u"station",     u"station name",
+                                                   u"kennung", u"bezeichnung", u"stationsname"};
+constexpr std::array<QStringView, 9> addressTitles = {u"address",    u"host address", u"hostaddress",
+                                                      u"ip address", u"host",         u"ip",
+                                                      u"adresse",    u"ip-adresse",   u"hostadresse"};
+
+/// Nothing when the cells are a station's.
+std::optional<Columns> headerOf(const QStringList &cells)
+{
+    Columns columns{-1, -1};
+    for (qsizetype at = 0; at < cells.size(); ++at) {
+        const QString title = cells[at].toLower();
+        if (columns.name < 0 && std::ranges::find(nameTitles, title) != nameTitles.end()) {
+            columns.name = at;
+        } else if (columns.address < 0 && std::ranges::find(addressTitles, title) != addressTitles.end()) {
+            columns.address = at;
+        }
+    }
+    return columns.name >= 0 && columns.address >= 0 ? std::optional(columns) : std::nullopt;
+}
+
+/// Lines of several origins in one list: where the list's separator took nothing apart, another one does when
+/// an address stands behind it. A name alone may hold a comma.
+QStringList takenApart(const QStringList &cells)
+{
+    if (cells.size() != 1) {
+        return cells;
+    }
+    for (const QChar separator : {u'\t', u';', u','}) {
+        const qsizetype at = cells[0].lastIndexOf(separator);
+        const QString address = cells[0].sliced(at + 1).trimmed();
+        if (at > 0 && (address.contains(u'.') || address.contains(u':')) && UdpPair::isAddress(address)) {
+            return {cells[0].first(at).trimmed(), address};
+        }
+    }
+    return cells;
+}
+
+/// The names of a list, in the order they are given.
+class Names
+{
+public:
+    explicit Names(const std::function<QString(const QString &)> &freeName) : m_freeName(freeName) {}
+
+    QString take(const QString &base)
+    {
+        int &next = m_next[base]; // a list of one name only is not searched from its start each time
+        QString name = next == 0 ? base : numbered(base, next);
+        while (m_taken.contains(name) || m_freeName(name) != name) {
+            name = numbered(base, ++next);
+        }
+        m_taken.insert(name);
+        return name;
+    }
+
+private:
+    static QString numbered(const QString &base, int n) { return base + QStringLiteral(" (%1)").arg(n); }
+
+    const std::function<QString(const QString &)> &m_freeName;
+    QHash<QString, int> m_next;
+    QSet<QString> m_taken;
+};
+
+/// Empty when a station can be made of it.
+QString complaint(const ListedStation &station)
+{
+    if (station.name.isEmpty()) {
+        return QCoreApplication::translate("StationList", "There is no name");
+    }
+    if (station.name.contains(u'/')) {
+        return QCoreApplication::translate("StationList", "A name must not hold a \"/\"");
+    }
+    if (!station.address.isEmpty() && !UdpPair::isAddress(station.address)) {
+        return QCoreApplication::translate("StationList", "This is no address of a module");
+    }
+    return {};
+}
+
+} // namespace
+
+StationList readStationList(QStringView text, const std::function<QString(const QString &)> &freeName)
+{
+    StationList list;
+    Names names(freeName);
+    Columns columns;
+    bool isFirst = true;
+    readCsv(text, csvSeparator(text), [&](const QStringList &read, int line) {
+        const QStringList cells = takenApart(read);
+        if (const auto header = std::exchange(isFirst, false) ? headerOf(cells) : std::nullopt) {
+            columns = *header;
+            return true;
+        }
+        if (list.lines.size() == StationList::mostLines) {
+            list.isCut = true;
+            return false;
+        }
+        ListedStation station{line,
+                              QString::fromStdString(storedText(cells.value(columns.name))).simplified(),
+                              cells.value(columns.address),
+                              {},
+                              false};
+        station.remark = complaint(station);
+        station.isUsable = station.remark.isEmpty();
+        if (station.isUsable) {
+            ++list.usable;
+            const QString wanted = std::exchange(station.name, names.take(station.name));
+            if (station.name != wanted) {
+                station.remark =
+                    QCoreApplication::translate("StationList", "There is a \"%1\" already").arg(wanted);
+            } else if (station.address.isEmpty()) {
+                station.remark = QCoreApplication::translate("StationList", "Without an address");
+            }
+        }
+        list.lines.append(station);
+        return true;
+    });
+    return list;
+}
+
+Status readStationFile(const QString &path, QString &text)
+{
+    constexpr qint64 largest = qint64{16} << 20;
+    QByteArray bytes;
+    Status read = readFile(path, bytes, largest);
+    if (!read) {
+        return read;
+    }
+    // A byte-order mark tells; without one, what is no UTF-8 is of an older program.
+    QStringDecoder decoder(QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8),
+                           QStringConverter::Flag::Stateless);
+    const QString decoded = decoder(bytes);
+    text = decoder.hasError() ? fromWindows1252(bytes) : decoded;
+    return Status::done();
+}
+
+} // namespace ktr

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "config/channels.h"
+#include "opmode/station/station_messages.h"
+
+#include <QDateTime>
+
+#include <memory>
+#include <unordered_map>
+
+namespace ktr {
+
+/// The last input values of this run of every station that reports, for small curves. At most 4 KiB a
+/// station.
+class ValueTrends
+{
+public:
+    static constexpr int longest = 30; ///< values of a channel
+
+    struct Point
+    {
+        qint64 time; ///< seconds since the epoch; after a pause of over 18 h earlier ones are told too late
+        float value;
+        bool operator==(const Point &) const = default;
+    };
+
+    /// Values that are no number are passed over.
+    void take(const QString &kennung, const QList<InputValuesMessage::Value> &values, const QDateTime &now);
+    void remove(const QString &kennung) { m_stations.erase(kennung); }
+
+    /// Of a channel 1 to 18, the oldest first; empty when nothing was reported.
+    QList<Point> trend(const QString &kennung, int channel) const;
+
+private:
+    struct Ring
+    {
+        std::array<float, longest> values;
+        std::array<quint16, longest> pauses; ///< seconds since the value before
+        quint32 last = 0;                    ///< when the newest came, seconds since the epoch
+        quint8 count = 0;
+        quint8 next = 0;
+    };
+    using Station = std::array<std::unique_ptr<Ring>, channelCount>;
+    static_assert(sizeof(Station) + channelCount * (sizeof(Ring) + 2 * sizeof(void *)) < 4000);
+
+    std::unordered_map<QString, Station> m_stations;
+};
+
+} // namespace ktr

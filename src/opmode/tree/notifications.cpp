@@ -1,0 +1,24 @@
+#include "opmode/tree/notifications.h"
+
+#include "platform/text_rules.h"
+
+namespace ktr {
+
+NotificationText splitNotification(const QString &text)
+{
+    static const QString arrow = QStringLiteral(" --> M,");
+    const qsizetype at = text.indexOf(arrow);
+    return at < 0 ? NotificationText{{}, onOneLine(text.trimmed())}
+                  : NotificationText{onOneLine(text.first(at).trimmed()),
+                                     onOneLine(text.sliced(at + arrow.size()).trimmed())};
+}
+
+QModelIndex nodeIndex(const StationTree &tree, NodeStore::Id id)
+{
+    const NodeStore &nodes = tree.nodes();
+    return id == NodeStore::root
+               ? QModelIndex()
+               : tree.index(static_cast<int>(nodes.row(id)), 0, nodeIndex(tree, nodes.parent(id)));
+}
+
+} // namespace ktr

@@ -1,0 +1,153 @@
+#include "opmode/tree/station_tree.h"
+#include "platform/overloaded.h"
+
+namespace ktr {
+
+/// Asking for the offset from UTC costs more than all the rest of a message, and many come at one moment.
+qint64 StationTree::momentOf(const QDateTime &time)
+{
+    const std::tuple shown(time.timeSpec(), time.date(), time.time());
+    if (!time.isValid() || m_lastTime != shown) {
+        m_lastTime = shown;
+        m_lastMoment = time.isValid() ? time.toMSecsSinceEpoch() : 0;
+    }
+    return m_lastMoment;
+}
+
+StationTree::Outcome StationTree::take(const QString &kennung, const StationMessage &message,
+                                       const QDateTime &now)
+{
+    const std::optional<Id> station = m_nodes.child(NodeStore::root, storedText(kennung));
+    if (!station) {
+        return {};
+    }
+    return std::visit(
+        Overloaded{[&](const NotificationMessage &report) { return takeNotification(*station, report, now); },
+                   [&](const InputValuesMessage &report) {
+                       takeValues(*station, report, now);
+                       return Outcome();
+                   },
+                   [&](const HistoryMessage &report) { return takeHistory(*station, report); },
+                   [&](const UnusableMessage &report) {
+                       Outcome outcome;
+                       outcome.unusable = report.text;
+                       return outcome;
+                   },
+                   [](const NoStationMessage &) { return Outcome(); }},
+        message);
+}
+
+StationTree::Outcome StationTree::takeNotification(Id station, const NotificationMessage &message,
+                                                   const QDateTime &now)
+{
+    Outcome outcome;
+    outcome.alarm = message.alarm;
+    const auto branch = m_nodes.child(station, branches::notifications);
+    if (!branch) {
+        return outcome;
+    }
+    const qint64 moment = momentOf(now);
+    const std::string name = storedText(message.entry.key);
+    std::optional<Id> entry = m_nodes.child(*branch, name);
+    if (entry) {
+        const Arrival before = m_arrivals.value(*entry);
+        const std::int32_t colourBefore = m_nodes.colour(*entry);
+        NodeChange change;
+        change.colour = message.alarm ? alarmColour : colourBefore;
+        change.moment = moment;
+        change.count = before.count + 1;
+        change.raised = message.alarm && colourBefore != alarmColour ? moment : before.raised;
+        repeat(*entry, change);
+        tell(NodeChange::What::Repeated, *entry, moment, change.count);
+    } else {
+        entry =
+            addEntry(*branch, name, message.entry.text, message.alarm ? alarmColour : normalColour, moment);
+    }
+    if (message.alarm) {
+        colourAndTell(*branch, alarmColour, moment);
+        colourAndTell(station, alarmColour, moment);
+    }
+    outcome.entry = entry ? indexOf(*entry) : QModelIndex();
+    return outcome;
+}
+
+void StationTree::repeat(Id id, const NodeChange &change)
+{
+    Arrival &arrival = m_arrivals[id];
+    arrival.count = change.count;
+    arrival.received = change.moment;
+    arrival.raised = change.raised;
+    if (change.colour == alarmColour) {
+        arrival.acknowledged = 0;
+    }
+    colour(id, change.colour);
+    showChanged(id, {ReceivedRole, CountRole, AcknowledgedRole, RaisedRole});
+}
+
+void StationTree::takeValues(Id station, const InputValuesMessage &message, const QDateTime &now)
+{
+    const auto branch = m_nodes.child(station, branches::inputValues);
+    if (!branch) {
+        return;
+    }
+    const qint64 moment = momentOf(now);
+    setText(*branch, QStringLiteral("IP (") + now.toString(QStringLiteral("HH:mm dd.MM.yyyy")) + u')',
+            moment);
+    for (const InputValuesMessage::Value &value : message.values) {
+        if (const auto node =
+                m_nodes.child(*branch, inputValueName(static_cast<std::size_t>(value.channel)))) {
+            setText(*node,
+                    channelCaption(value.channel) + QLatin1String("IP") + QString::number(value.channel) +
+                        QLatin1String(" = ") + value.text,
+                    moment);
+        }
+    }
+}
+
+StationTree::Outcome StationTree::takeHistory(Id station, const HistoryMessage &message)
+{
+    Outcome outcome;
+    outcome.unusable = message.unusable;
+    const auto branch = m_nodes.child(station, branches::history);
+    for (const MessageEntry &entry : message.entries) {
+        const std::string name = storedText(entry.key);
+        const bool isNew = branch && !m_nodes.child(*branch, name);
+        const auto made = isNew ? addEntry(*branch, name, entry.text, normalColour, 0) : std::nullopt;
+        outcome.entry = made ? indexOf(*made) : outcome.entry;
+    }
+    return outcome;
+}
+
+std::optional<StationTree::Id> StationTree::addEntry(Id branch, std::string_view name, const QString &entry,
+                                                     std::int32_t colour, qint64 now)
+{
+    const std::string text = storedText(entry);
+    if (!m_nodes.hasRoom(name.size() + text.size())) {
+        return std::nullopt;
+    }
+    const int row = static_cast<int>(m_nodes.children(branch).size());
+    beginInsertRows(indexOf(branch), row, row);
+    const std::optional<Id> id = m_nodes.add(branch, name, text, colour);
+    if (id && now != 0) {
+        m_arrivals.insert(*id, {now, 0, 1, colour == alarmColour ? now : 0});
+    }
+    endInsertRows();
+    if (id) {
+        if (colour == alarmColour) {
+            countAlarm(*id, 1);
+        }
+        tell(NodeChange::What::Added, *id, now);
+    }
+    return id;
+}
+
+void StationTree::setText(Id id, const QString &text, qint64 now)
+{
+    const std::string stored = storedText(text);
+    if (m_nodes.text(id) != stored && m_nodes.setText(id, stored)) {
+        showChanged(id, {Qt::DisplayRole, Qt::EditRole});
+        tell(NodeChange::What::Text, id, now);
+    }
+}
+
+} // namespace ktr
