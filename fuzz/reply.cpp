@@ -15,11 +15,11 @@ using namespace ktr;
 
 namespace {
 
-void checkLine(const HistoryLine &line, QStringView fields)
+void checkLine(const ArchiveLine &line, QStringView fields)
 {
     fuzz::require(3 * line.records.size() <= fields.count(u','), "each record has three fields");
     QString rest = line.key;
-    for (const HistoryRecord &record : line.records) {
+    for (const ArchiveRecord &record : line.records) {
         const QString text = (record.stamp.isEmpty() ? QStringLiteral("?") : record.stamp) + u" : IP1 = 0";
         fuzz::require(historyEntry(text).has_value(), "a record's time can be read");
         fuzz::require(!record.stamp.isEmpty() || !line.badTime.isEmpty(), "a time that is lost is told");
@@ -71,7 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     for (const Kind kind : {Kind::Sms, Kind::History, Kind::Message}) {
         interpret(kind, text);
     }
-    checkLine(decodeHistory(text), text);
+    checkLine(decodeArchiveLine(text), text);
     const QString shown = shownVersion(text);
     fuzz::require(shownVersion(shown) == shown, "a version as shown is shown as it is");
     interpretMessage(text);

@@ -58,7 +58,7 @@ public:
     }
 
 private:
-    bool write(const HistoryLine &line)
+    bool write(const ArchiveLine &line)
     {
         for (const QString &remark : historyRemarks(line)) {
             complain(remark);

@@ -127,9 +127,9 @@ private:
 
 } // namespace
 
-HistoryLine decodeHistory(QStringView text)
+ArchiveLine decodeArchiveLine(QStringView text)
 {
-    HistoryLine line;
+    ArchiveLine line;
     Fields fields(text);
     line.key = fields.next()->toString(); // there is always a first one
     RunningTime time;

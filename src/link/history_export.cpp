@@ -66,7 +66,7 @@ Status appendTo(const QString &path, const QByteArray &lines)
 
 } // namespace
 
-QStringList historyRemarks(const HistoryLine &line)
+QStringList historyRemarks(const ArchiveLine &line)
 {
     QStringList remarks;
     if (!line.badTime.isEmpty()) {
@@ -86,11 +86,11 @@ QStringList historyRemarks(const HistoryLine &line)
     return remarks;
 }
 
-QByteArray historyCsv(const HistoryLine &line)
+QByteArray historyCsv(const ArchiveLine &line)
 {
     const QString key = csvValue(line.key);
     QString text;
-    for (const HistoryRecord &record : line.records) {
+    for (const ArchiveRecord &record : line.records) {
         text += key + u';' + record.stamp + u';' + csvValue(record.first) + u';' + csvValue(record.second) +
                 QLatin1String("\r\n");
     }

@@ -11,10 +11,10 @@
 namespace ktr {
 
 /// What of a line is of no use, in lines for the user.
-QStringList historyRemarks(const HistoryLine &line);
+QStringList historyRemarks(const ArchiveLine &line);
 
 /// The records of a line as UTF-8: "key;stamp;value;value" CR LF each, which is how spreadsheets expect it.
-QByteArray historyCsv(const HistoryLine &line);
+QByteArray historyCsv(const ArchiveLine &line);
 
 /// The file that the archive is exported to. It is opened for each line of the archive, so that it can be
 /// moved or looked at meanwhile; a new one begins with a byte-order mark and has no header line.

@@ -33,7 +33,7 @@ ReplyEvent eventOf(QStringView text, Direction direction)
         return versionOf(text.toString());
     }
     if (text.startsWith(u"H,")) {
-        return HistoryReply{direction, decodeHistory(text.sliced(2))};
+        return HistoryReply{direction, decodeArchiveLine(text.sliced(2))};
     }
     return OtherReply{direction, text.toString()};
 }

@@ -24,7 +24,7 @@ struct VersionReply
 struct HistoryReply
 {
     Direction direction;
-    HistoryLine line;
+    ArchiveLine line;
     bool operator==(const HistoryReply &) const = default;
 };
 

@@ -228,7 +228,7 @@ private:
     QByteArray archive() const
     {
         HistoryExport().append(path(u"archive.csv"_s),
-                               historyCsv(decodeHistory(u"9,2611151400,1,12.5,15,1,-3.25")));
+                               historyCsv(decodeArchiveLine(u"9,2611151400,1,12.5,15,1,-3.25")));
         return contentOf(path(u"archive.csv"_s));
     }
 

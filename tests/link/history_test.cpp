@@ -54,9 +54,9 @@ private Q_SLOTS:
     {
         QFETCH(const QString, fields);
         QFETCH(const QString, records);
-        const HistoryLine line = decodeHistory(fields);
+        const ArchiveLine line = decodeArchiveLine(fields);
         QStringList lines;
-        for (const HistoryRecord &record : line.records) {
+        for (const ArchiveRecord &record : line.records) {
             lines += QStringList{line.key, record.stamp, record.first, record.second}.join(u';');
         }
         // The date and the time of a stamp are one word here.
@@ -96,7 +96,7 @@ private Q_SLOTS:
 
     void aValueIsANumberWhateverItsSign()
     {
-        QCOMPARE(historyCsv(decodeHistory(u"7,0911151405,+7,+7.25,1,-3.5,-2+3,1,=1,+a")),
+        QCOMPARE(historyCsv(decodeArchiveLine(u"7,0911151405,+7,+7.25,1,-3.5,-2+3,1,=1,+a")),
                  "7;15.11.2009 14:05;+7;+7,25\r\n"
                  "7;15.11.2009 14:06;-3.5;\"'-2+3\"\r\n"
                  "7;15.11.2009 14:07;\"'=1\";\"'+a\"\r\n");

@@ -25,7 +25,7 @@ QString told(const ReplyEvent &event)
                    },
                    [&](const HistoryReply &history) -> QString {
                        QString text = mark(history.direction) + "history " + history.line.key;
-                       for (const HistoryRecord &record : history.line.records) {
+                       for (const ArchiveRecord &record : history.line.records) {
                            text += "|" + record.stamp + " " + record.first + " " + record.second;
                        }
                        return text;

@@ -62,9 +62,9 @@ StationMessage inputValues(const QString &message)
 
 StationMessage history(const QString &message)
 {
-    const HistoryLine line = decodeHistory(behindComma(message));
+    const ArchiveLine line = decodeArchiveLine(behindComma(message));
     HistoryMessage report;
-    for (const HistoryRecord &record : line.records) {
+    for (const ArchiveRecord &record : line.records) {
         QString value = record.second;
         value.replace(u',', u'.'); // as received, like all values in the tree
         const QString time = record.stamp.isEmpty() ? QStringLiteral("?") : record.stamp;
