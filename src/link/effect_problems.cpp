@@ -20,7 +20,7 @@ constexpr int periodic = 14;
 constexpr int less = 1;
 constexpr int greater = 3;
 
-QString told(const char *text)
+QString translated(const char *text)
 {
     return QCoreApplication::translate("Problems", text);
 }
@@ -152,15 +152,16 @@ private:
             if (!notifying.isEmpty()) {
                 add<Administrator>(
                     number,
-                    told(QT_TRANSLATE_NOOP("Problems",
-                                           "no complete phone number, but a recipient of limit value %1"))
+                    translated(QT_TRANSLATE_NOOP(
+                                   "Problems", "no complete phone number, but a recipient of limit value %1"))
                         .arg(numbers(notifying)));
             }
             if (!calling.isEmpty()) {
                 add<Administrator>(
-                    number, told(QT_TRANSLATE_NOOP("Problems",
-                                                   "no complete phone number, but called by switch point %1"))
-                                .arg(numbers(calling)));
+                    number,
+                    translated(QT_TRANSLATE_NOOP("Problems",
+                                                 "no complete phone number, but called by switch point %1"))
+                        .arg(numbers(calling)));
             }
             return;
         }
@@ -175,8 +176,9 @@ private:
             });
             if (!twice.isEmpty()) {
                 add(administrator, number,
-                    told(QT_TRANSLATE_NOOP("Problems", "is the number of administrator %1, too: limit value "
-                                                       "%2 notifies both"))
+                    translated(QT_TRANSLATE_NOOP("Problems",
+                                                 "is the number of administrator %1, too: limit value "
+                                                 "%2 notifies both"))
                         .arg(other + 1)
                         .arg(numbers(twice)));
             }
@@ -195,10 +197,10 @@ private:
             if (isReference) {
                 add<LimitValue>(
                     &LimitValue::reference,
-                    told(QT_TRANSLATE_NOOP("Problems", "there is a text but no combined limit value")));
+                    translated(QT_TRANSLATE_NOOP("Problems", "there is a text but no combined limit value")));
             } else {
                 add<LimitValue>(&LimitValue::channel,
-                                told(QT_TRANSLATE_NOOP("Problems", "there is a text but no channel")));
+                                translated(QT_TRANSLATE_NOOP("Problems", "there is a text but no channel")));
             }
             return;
         }
@@ -219,7 +221,7 @@ private:
         if (!idle.isEmpty()) {
             add<LimitValue>(
                 &LimitValue::reference,
-                told(QT_TRANSLATE_NOOP("Problems", "it combines limit value %1, which is not in use"))
+                translated(QT_TRANSLATE_NOOP("Problems", "it combines limit value %1, which is not in use"))
                     .arg(numbers(idle)));
         }
     }
@@ -235,20 +237,22 @@ private:
         }
         if (binary && *limit != 0 && *limit != 1) {
             add(value, &LimitValue::limit,
-                told(QT_TRANSLATE_NOOP("Problems", "is neither 0 nor 1: the channel has no other values")));
+                translated(
+                    QT_TRANSLATE_NOOP("Problems", "is neither 0 nor 1: the channel has no other values")));
         } else if (counted && *limit < 0) {
             add(value, &LimitValue::limit,
-                told(QT_TRANSLATE_NOOP("Problems", "is below 0, where no counter goes")));
+                translated(QT_TRANSLATE_NOOP("Problems", "is below 0, where no counter goes")));
         } else if ((value.comparison == less && *limit == 0) ||
                    (binary && value.comparison == greater && *limit == 1)) {
             const QString sign = value.comparison == less ? QStringLiteral("<") : QStringLiteral(">");
-            add<LimitValue>(
-                &LimitValue::comparison,
-                told(QT_TRANSLATE_NOOP("Problems", "the channel is never %1 %2")).arg(sign, value.limit));
+            add<LimitValue>(&LimitValue::comparison,
+                            translated(QT_TRANSLATE_NOOP("Problems", "the channel is never %1 %2"))
+                                .arg(sign, value.limit));
         }
         if (binary && toNumber(value.hysteresis).value_or(0) != 0) {
             add(value, &LimitValue::hysteresis,
-                told(QT_TRANSLATE_NOOP("Problems", "is no hysteresis: a channel of two states takes 0")));
+                translated(
+                    QT_TRANSLATE_NOOP("Problems", "is no hysteresis: a channel of two states takes 0")));
         }
     }
 
@@ -256,19 +260,20 @@ private:
     {
         if (value.alarm.isEmpty() && notifiesAnybody(value)) {
             add<LimitValue>(&LimitValue::alarm,
-                            told(QT_TRANSLATE_NOOP("Problems", "there are recipients but no text")));
+                            translated(QT_TRANSLATE_NOOP("Problems", "there are recipients but no text")));
         } else if (!value.alarm.isEmpty() && !notifiesAnybody(value)) {
             add<LimitValue>(&LimitValue::recipients,
-                            told(QT_TRANSLATE_NOOP("Problems", "there is a text but no recipient")));
+                            translated(QT_TRANSLATE_NOOP("Problems", "there is a text but no recipient")));
         } else if (value.alarm.isEmpty() && !isReferredTo()) {
             add<LimitValue>(
                 &LimitValue::alarm,
-                told(QT_TRANSLATE_NOOP("Problems", "there are neither text nor recipients, nor does a "
-                                                   "combination or switch point use the limit value")));
+                translated(QT_TRANSLATE_NOOP("Problems", "there are neither text nor recipients, nor does a "
+                                                         "combination or switch point use the limit value")));
         }
         if (value.repetitions > 0 && value.repetitionInterval.isEmpty()) {
-            add<LimitValue>(&LimitValue::repetitionInterval,
-                            told(QT_TRANSLATE_NOOP("Problems", "there are repetitions but no interval")));
+            add<LimitValue>(
+                &LimitValue::repetitionInterval,
+                translated(QT_TRANSLATE_NOOP("Problems", "there are repetitions but no interval")));
         }
     }
 
@@ -295,15 +300,16 @@ private:
         const std::optional<double> value = toNumber(point.value);
         if (isDigital && value && *value != 0 && *value != 1) {
             add(point, &SwitchPoint::value,
-                told(QT_TRANSLATE_NOOP("Problems",
-                                       "is neither 0 nor 1: a digital output has no other values")));
+                translated(QT_TRANSLATE_NOOP("Problems",
+                                             "is neither 0 nor 1: a digital output has no other values")));
         }
         const double period = leadingNumber(point.period);
         if (period >= periodBound && value != 1.0) {
             add(point, &SwitchPoint::period,
-                told(QT_TRANSLATE_NOOP("Problems", "is a year or more: the value becomes 1")));
+                translated(QT_TRANSLATE_NOOP("Problems", "is a year or more: the value becomes 1")));
         } else if (point.type == periodic && period < 1) {
-            add(point, &SwitchPoint::period, told(QT_TRANSLATE_NOOP("Problems", "is less than a minute")));
+            add(point, &SwitchPoint::period,
+                translated(QT_TRANSLATE_NOOP("Problems", "is less than a minute")));
         }
         checkTime(point);
         checkTwin(point);
@@ -314,21 +320,21 @@ private:
         const auto start = toMinute(point.start);
         const QDateTime now(m_now.date(), m_now.time(), Qt::UTC); // as the module's clock shows it
         if (point.type == once && (point.start.isEmpty() || (start && *start < now))) {
-            add<SwitchPoint>(&SwitchPoint::start,
-                             told(QT_TRANSLATE_NOOP("Problems", "the start is past: it never switches")));
+            add<SwitchPoint>(&SwitchPoint::start, translated(QT_TRANSLATE_NOOP(
+                                                      "Problems", "the start is past: it never switches")));
         }
         const QString today = m_now.toString(QStringLiteral("yyMMdd"));
         if (point.type == onHolidays &&
             std::ranges::none_of(m_configuration.holidays.lines(),
                                  [&today](const QString &line) { return line.left(6) >= today; })) {
             add<SwitchPoint>(&SwitchPoint::type,
-                             told(QT_TRANSLATE_NOOP("Problems", "there are no holidays to come")));
+                             translated(QT_TRANSLATE_NOOP("Problems", "there are no holidays to come")));
         }
         const auto limitValue = static_cast<std::size_t>(point.limitValue);
         if (point.reactsToLimitValue() && limitValue < m_configuration.limitValues.size() &&
             !isInUse(m_configuration.limitValues[limitValue], point.limitValue)) {
             add<SwitchPoint>(&SwitchPoint::limitValue,
-                             told(QT_TRANSLATE_NOOP("Problems", "limit value %1 is not in use"))
+                             translated(QT_TRANSLATE_NOOP("Problems", "limit value %1 is not in use"))
                                  .arg(point.limitValue + 1));
         }
     }
@@ -352,10 +358,11 @@ private:
             if (toNumber(twin->value) == toNumber(point.value)) {
                 add<SwitchPoint>(
                     &SwitchPoint::target,
-                    told(QT_TRANSLATE_NOOP("Problems", "switch point %1 does the same")).arg(number));
+                    translated(QT_TRANSLATE_NOOP("Problems", "switch point %1 does the same")).arg(number));
             } else {
                 add(point, &SwitchPoint::value,
-                    told(QT_TRANSLATE_NOOP("Problems", "is not what switch point %1 sets at the same time"))
+                    translated(
+                        QT_TRANSLATE_NOOP("Problems", "is not what switch point %1 sets at the same time"))
                         .arg(number));
             }
         }
@@ -371,18 +378,18 @@ private:
         const bool usable = mask && isMask(*mask);
         if (address && (!isAddressOfOne(*address) || (usable && isOfNetwork(host, *mask)))) {
             add(ethernet, &EthernetSettings::ip,
-                told(QT_TRANSLATE_NOOP("Problems", "is no address that a module can have")));
+                translated(QT_TRANSLATE_NOOP("Problems", "is no address that a module can have")));
         }
         if (mask && !usable) {
             add(ethernet, &EthernetSettings::subnet,
-                told(QT_TRANSLATE_NOOP("Problems", "is no mask: ones, then zeros")));
+                translated(QT_TRANSLATE_NOOP("Problems", "is no mask: ones, then zeros")));
         }
         const auto isZero = [](const QString &byte) { return byte == u"00"; };
         if (isBegun() && isZero(ethernet.mac3) && isZero(ethernet.mac4) && isZero(ethernet.mac5)) {
             add<EthernetSettings>(
                 &EthernetSettings::mac3,
-                told(QT_TRANSLATE_NOOP("Problems", "the last three MAC bytes are 0, as in every new "
-                                                   "configuration (edited in expert mode)")));
+                translated(QT_TRANSLATE_NOOP("Problems", "the last three MAC bytes are 0, as in every new "
+                                                         "configuration (edited in expert mode)")));
         }
     }
 

@@ -14,7 +14,7 @@ namespace ktr {
 
 namespace {
 
-QString told(const char *text)
+QString translated(const char *text)
 {
     return QCoreApplication::translate("Problems", text);
 }
@@ -67,9 +67,9 @@ void checkHolidays(const HolidayList &holidays, QList<Problem> &problems)
         const auto isSame = [&line](const QString &other) { return other.left(6) == line.left(6); };
         const auto begin = holidays.lines().begin();
         const QString fault = !isHoliday(line)
-                                  ? told(QT_TRANSLATE_NOOP("Problems", "is no date of the form YYMMDD"))
+                                  ? translated(QT_TRANSLATE_NOOP("Problems", "is no date of the form YYMMDD"))
                               : std::any_of(begin, begin + i, isSame)
-                                  ? told(QT_TRANSLATE_NOOP("Problems", "is in the list twice"))
+                                  ? translated(QT_TRANSLATE_NOOP("Problems", "is in the list twice"))
                                   : QString();
         if (!fault.isEmpty()) {
             problems.append({QStringLiteral("Feiertag%1").arg(i), holidaysControl.forIndex(0), i,
@@ -81,7 +81,8 @@ void checkHolidays(const HolidayList &holidays, QList<Problem> &problems)
 QString lengthFault(const QString &command)
 {
     return command.size() > longestCommand
-               ? told(QT_TRANSLATE_NOOP("Problems", "the command is too long: %1 characters of %2 at most"))
+               ? translated(
+                     QT_TRANSLATE_NOOP("Problems", "the command is too long: %1 characters of %2 at most"))
                      .arg(command.size())
                      .arg(longestCommand)
                : QString();
@@ -93,8 +94,8 @@ QString letterFault(const QString &command)
         const char32_t code = c;
         const QString letter = QString::fromUcs4(&code, 1);
         if (fromWindows1252(toWindows1252(letter)) != letter) {
-            return told(QT_TRANSLATE_NOOP("Problems",
-                                          "the command has \"%1\", which the module does not know"))
+            return translated(QT_TRANSLATE_NOOP("Problems",
+                                                "the command has \"%1\", which the module does not know"))
                 .arg(letter);
         }
     }
@@ -107,7 +108,7 @@ QString serviceFault(int step, const QString &command)
     static const QRegularExpression service(QStringLiteral("§,?[0-9]+"));
     const QRegularExpressionMatch match = service.match(command);
     return step != steps::first && match.hasMatch()
-               ? told(QT_TRANSLATE_NOOP("Problems", "the command has \"%1\", which orders a service"))
+               ? translated(QT_TRANSLATE_NOOP("Problems", "the command has \"%1\", which orders a service"))
                      .arg(match.captured())
                : QString();
 }
@@ -128,8 +129,8 @@ void checkCommands(Configuration configuration, const CommandContext &context, Q
         for (const QString &message :
              {lengthFault(next->command), letter, serviceFault(next->step, next->command)}) {
             if (!message.isEmpty()) {
-                problems.append({told(QT_TRANSLATE_NOOP("Problems", "step %1")).arg(next->step), at.control,
-                                 at.entry, message});
+                problems.append({translated(QT_TRANSLATE_NOOP("Problems", "step %1")).arg(next->step),
+                                 at.control, at.entry, message});
             }
         }
     }
