@@ -532,25 +532,25 @@ void FormMain::openFile(const QString &path)
 void FormMain::connectMenu()
 {
     FileCommands *files = m_files.get();
-    connect(m_menu->neu, &QAction::triggered, files, &FileCommands::makeNew);
-    connect(m_menu->load, &QAction::triggered, files, &FileCommands::loadChosen);
+    connect(m_menu->newFile, &QAction::triggered, files, &FileCommands::makeNew);
+    connect(m_menu->loadFile, &QAction::triggered, files, &FileCommands::loadChosen);
     connect(m_menu, &MainMenu::recentChosen, files, &FileCommands::load);
-    connect(m_menu->save, &QAction::triggered, files, &FileCommands::save);
-    connect(m_menu->saveAs, &QAction::triggered, files, &FileCommands::saveAs);
-    connect(files, &FileCommands::told, this, &FormMain::tell);
+    connect(m_menu->saveFile, &QAction::triggered, files, &FileCommands::save);
+    connect(m_menu->saveFileAs, &QAction::triggered, files, &FileCommands::saveAs);
+    connect(files, &FileCommands::statusMessage, this, &FormMain::tell);
     connect(files, &FileCommands::replaced, m_tabs, &PageTabs::enterPage);
     connect(files, &FileCommands::titleChanged, this, &FormMain::updateTitle);
     connect(files, &FileCommands::recentChanged, this, [this] { m_menu->showRecent(m_files->recent()); });
     m_menu->showRecent(files->recent());
 
-    connect(m_menu->preview, &QAction::triggered, this, &FormMain::showPreview);
-    connect(m_menu->print, &QAction::triggered, this, &FormMain::print);
-    connect(m_menu->close, &QAction::triggered, this, &QWidget::close);
-    connect(m_menu->exit, &QAction::triggered, this, &FormMain::exitWanted);
+    connect(m_menu->printPreview, &QAction::triggered, this, &FormMain::showPreview);
+    connect(m_menu->printConfiguration, &QAction::triggered, this, &FormMain::print);
+    connect(m_menu->closeWindow, &QAction::triggered, this, &QWidget::close);
+    connect(m_menu->exitAtOnce, &QAction::triggered, this, &FormMain::exitWanted);
     connect(m_menu->undo, &QAction::triggered, &m_history, &EditHistory::undo);
     connect(m_menu->redo, &QAction::triggered, &m_history, &EditHistory::redo);
-    connect(m_menu->settings, &QAction::triggered, this, &FormMain::showSettings);
-    connect(m_menu->about, &QAction::triggered, this, &FormMain::showAbout);
+    connect(m_menu->openSettings, &QAction::triggered, this, &FormMain::showSettings);
+    connect(m_menu->showAbout, &QAction::triggered, this, &FormMain::showAbout);
 }
 
 void FormMain::connectDocument()
@@ -578,13 +578,13 @@ void FormMain::connectProblems()
 {
     m_problemTimer.setSingleShot(true);
     connect(&m_problemTimer, &QTimer::timeout, this, &FormMain::findProblemsNow);
-    connect(m_menu->problems, &QAction::toggled, m_problemPanel, &ProblemPanel::unfold);
+    connect(m_menu->showProblems, &QAction::toggled, m_problemPanel, &ProblemPanel::unfold);
     connect(m_problemPanel, &ProblemPanel::unfolded, this, [this](bool unfolded) {
-        m_menu->problems->setChecked(unfolded);
+        m_menu->showProblems->setChecked(unfolded);
         SettingsStore().SaveSetting(settingsOwner, windowSection, problemsKey,
                                     QString::number(unfolded ? 1 : 0));
     });
-    m_menu->problems->setChecked(m_problemPanel->isUnfolded());
+    m_menu->showProblems->setChecked(m_problemPanel->isUnfolded());
     connect(m_problemPanel, &ProblemPanel::chosen, this, [this](const Problem &problem) {
         m_tabs->goTo({problem.control, problem.entry});
     });

@@ -152,21 +152,21 @@ void LinkPresenter::connectUpload()
 
 void LinkPresenter::connectMenu()
 {
-    connect(m_menu.doConfig, &QAction::triggered, this, &LinkPresenter::transmit);
-    connect(m_menu.doApplication, &QAction::triggered, this, &LinkPresenter::sendFirmware);
-    connect(m_menu.search, &QAction::triggered, this, [this] { m_link.connectSerial(QString()); });
+    connect(m_menu.transmitConfiguration, &QAction::triggered, this, &LinkPresenter::transmit);
+    connect(m_menu.sendFirmware, &QAction::triggered, this, &LinkPresenter::sendFirmware);
+    connect(m_menu.searchPorts, &QAction::triggered, this, [this] { m_link.connectSerial(QString()); });
     connect(&m_menu, &MainMenu::portChosen, &m_link, &ModuleLink::connectSerial);
     connect(&m_menu, &MainMenu::portsWanted, this, &LinkPresenter::findPorts);
-    connect(m_menu.ethernet, &QAction::triggered, this, [this] {
+    connect(m_menu.connectEthernet, &QAction::triggered, this, [this] {
         tickLine(); // until an address is given
         Q_EMIT addressWanted(false);
     });
-    connect(m_menu.exclusive, &QAction::triggered, this, [this] {
+    connect(m_menu.connectExclusively, &QAction::triggered, this, [this] {
         tickLine();
         Q_EMIT addressWanted(true);
     });
-    connect(m_menu.offline, &QAction::triggered, &m_link, &ModuleLink::goOffline);
-    connect(m_menu.operationalMode, &QAction::triggered, this, [this] {
+    connect(m_menu.goOffline, &QAction::triggered, &m_link, &ModuleLink::goOffline);
+    connect(m_menu.openOperationalMode, &QAction::triggered, this, [this] {
         m_link.goOffline();
         Q_EMIT operationalModeWanted();
     });
@@ -267,16 +267,16 @@ void LinkPresenter::tickLine()
     QAction *line = nullptr;
     switch (m_link.line()) {
     case ModuleLink::Line::Offline:
-        line = m_menu.offline;
+        line = m_menu.goOffline;
         break;
     case ModuleLink::Line::Serial:
-        line = m_link.wantedPort().isEmpty() ? m_menu.search : m_menu.portAction(m_link.wantedPort());
+        line = m_link.wantedPort().isEmpty() ? m_menu.searchPorts : m_menu.portAction(m_link.wantedPort());
         break;
     case ModuleLink::Line::Ethernet:
-        line = m_menu.ethernet;
+        line = m_menu.connectEthernet;
         break;
     case ModuleLink::Line::EthernetExclusive:
-        line = m_menu.exclusive;
+        line = m_menu.connectExclusively;
         break;
     }
     if (line != nullptr) {

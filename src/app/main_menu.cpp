@@ -16,18 +16,18 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
 {
     QMenuBar *bar = window.menuBar();
     m_file = bar->addMenu(QString());
-    neu = add(m_file, "mnu_neu", QKeySequence::New);
-    load = add(m_file, "mnu_Load", QKeySequence::Open);
+    newFile = add(m_file, "mnu_neu", QKeySequence::New);
+    loadFile = add(m_file, "mnu_Load", QKeySequence::Open);
     m_recent = m_file->addMenu(QString());
     m_recent->setObjectName(QStringLiteral("mnu_recent"));
-    save = add(m_file, "mnu_Save", QKeySequence::Save);
-    saveAs = add(m_file, "mnu_SaveAs", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
+    saveFile = add(m_file, "mnu_Save", QKeySequence::Save);
+    saveFileAs = add(m_file, "mnu_SaveAs", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S));
     m_file->addSeparator();
-    preview = add(m_file, "mnu_preview", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
-    print = add(m_file, "mnu_print", QKeySequence::Print);
+    printPreview = add(m_file, "mnu_preview", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_P));
+    printConfiguration = add(m_file, "mnu_print", QKeySequence::Print);
     m_file->addSeparator();
-    close = add(m_file, "mnu_close", QKeySequence(Qt::CTRL | Qt::Key_Q));
-    exit = add(m_file, "nmu_Exit");
+    closeWindow = add(m_file, "mnu_close", QKeySequence(Qt::CTRL | Qt::Key_Q));
+    exitAtOnce = add(m_file, "nmu_Exit");
 
     m_edit = bar->addMenu(QString());
     undo = add(m_edit, "mnu_undo", QKeySequence(Qt::CTRL | Qt::Key_Z));
@@ -35,57 +35,57 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
     redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
 
     m_transmit = bar->addMenu(QString());
-    doConfig = add(m_transmit, "mnu_doConfig", QKeySequence(Qt::Key_F5));
-    doApplication = add(m_transmit, "mnu_doApplication");
+    transmitConfiguration = add(m_transmit, "mnu_doConfig", QKeySequence(Qt::Key_F5));
+    sendFirmware = add(m_transmit, "mnu_doApplication");
 
     m_connection = bar->addMenu(QString());
-    search = add(m_connection, "mnu_verbindung_seriell");
+    searchPorts = add(m_connection, "mnu_verbindung_seriell");
     m_endOfPorts = m_connection->addSeparator();
-    ethernet = add(m_connection, "mnu_verbindung_ethernet");
-    exclusive = add(m_connection, "mnu_verbindung_exclusive");
+    connectEthernet = add(m_connection, "mnu_verbindung_ethernet");
+    connectExclusively = add(m_connection, "mnu_verbindung_exclusive");
     m_connection->addSeparator();
-    offline = add(m_connection, "mnu_verbindung_offline");
+    goOffline = add(m_connection, "mnu_verbindung_offline");
     m_lines = new QActionGroup(this);
-    for (QAction *line : {search, ethernet, exclusive, offline}) {
+    for (QAction *line : {searchPorts, connectEthernet, connectExclusively, goOffline}) {
         line->setCheckable(true);
         m_lines->addAction(line);
     }
-    offline->setChecked(true);
+    goOffline->setChecked(true);
     connect(m_connection, &QMenu::aboutToShow, this, &MainMenu::portsWanted);
 
-    operationalMode = bar->addAction(QString());
-    operationalMode->setObjectName(QStringLiteral("mnu_betriebsmodus"));
+    openOperationalMode = bar->addAction(QString());
+    openOperationalMode->setObjectName(QStringLiteral("mnu_betriebsmodus"));
 
     m_tools = bar->addMenu(QString());
-    problems = add(m_tools, "mnu_problems", QKeySequence(Qt::Key_F8));
-    problems->setCheckable(true);
-    settings = add(m_tools, "mnu_settings");
+    showProblems = add(m_tools, "mnu_problems", QKeySequence(Qt::Key_F8));
+    showProblems->setCheckable(true);
+    openSettings = add(m_tools, "mnu_settings");
 
-    about = bar->addAction(QString());
-    about->setObjectName(QStringLiteral("mnu_about"));
+    showAbout = bar->addAction(QString());
+    showAbout->setObjectName(QStringLiteral("mnu_about"));
 
     m_bar = window.addToolBar(QString());
     m_bar->setObjectName(QStringLiteral("toolBar"));
     m_bar->setMovable(false);
     m_bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     m_bar->setContextMenuPolicy(Qt::PreventContextMenu);
-    m_bar->addActions({neu, load, save});
+    m_bar->addActions({newFile, loadFile, saveFile});
     m_bar->addSeparator();
     m_bar->addActions({undo, redo});
     m_bar->addSeparator();
-    m_bar->addAction(doConfig);
+    m_bar->addAction(transmitConfiguration);
 
     const std::pair<QAction *, IconName> icons[] = {
-        {neu, IconName::New},
-        {load, IconName::Open},
-        {save, IconName::Save},
-        {saveAs, IconName::SaveAs},
-        {preview, IconName::PrintPreview},
-        {print, IconName::Print},
+        {newFile, IconName::New},
+        {loadFile, IconName::Open},
+        {saveFile, IconName::Save},
+        {saveFileAs, IconName::SaveAs},
+        {printPreview, IconName::PrintPreview},
+        {printConfiguration, IconName::Print},
         {undo, IconName::Undo},
         {redo, IconName::Redo},
-        {doConfig, IconName::Transmit},
-        {settings, IconName::Settings},
+        {transmitConfiguration, IconName::Transmit},
+        {openSettings, IconName::Settings},
     };
     for (const auto &[action, name] : icons) {
         action->setIcon(icon(name));
@@ -104,44 +104,45 @@ void MainMenu::applyTexts(const TextTable &texts)
 {
     const auto text = [&texts](Text name) { return texts.text(name); };
     m_file->setTitle(text(Text::File));
-    neu->setText(text(Text::New));
-    load->setText(text(Text::Open));
+    newFile->setText(text(Text::New));
+    loadFile->setText(text(Text::Open));
     m_recent->setTitle(tr("Recent files"));
-    save->setText(text(Text::Save));
-    saveAs->setText(text(Text::SaveAs));
-    preview->setText(text(Text::PrintPreview));
-    print->setText(text(Text::Print));
-    close->setText(tr("Close"));
-    exit->setText(text(Text::Exit));
+    saveFile->setText(text(Text::Save));
+    saveFileAs->setText(text(Text::SaveAs));
+    printPreview->setText(text(Text::PrintPreview));
+    printConfiguration->setText(text(Text::Print));
+    closeWindow->setText(tr("Close"));
+    exitAtOnce->setText(text(Text::Exit));
     m_edit->setTitle(tr("Edit"));
     undo->setText(tr("Undo"));
     redo->setText(tr("Redo"));
     m_transmit->setTitle(text(Text::Transmit));
-    doConfig->setText(text(Text::Configuration));
-    doApplication->setText(text(Text::Application));
+    transmitConfiguration->setText(text(Text::Configuration));
+    sendFirmware->setText(text(Text::Application));
     m_connection->setTitle(text(Text::Connection));
-    search->setText(tr("Search serial ports"));
-    ethernet->setText(text(Text::Ethernet) + u' ' + text(Text::PlusGsm));
-    exclusive->setText(text(Text::Ethernet) + u' ' + text(Text::ExclusiveInBrackets));
-    offline->setText(text(Text::Offline));
-    operationalMode->setText(text(Text::OperationalMode));
+    searchPorts->setText(tr("Search serial ports"));
+    connectEthernet->setText(text(Text::Ethernet) + u' ' + text(Text::PlusGsm));
+    connectExclusively->setText(text(Text::Ethernet) + u' ' + text(Text::ExclusiveInBrackets));
+    goOffline->setText(text(Text::Offline));
+    openOperationalMode->setText(text(Text::OperationalMode));
     m_tools->setTitle(text(Text::Tools));
-    problems->setText(tr("Show problems"));
-    settings->setText(text(Text::Settings));
-    about->setText(text(Text::About));
+    showProblems->setText(tr("Show problems"));
+    openSettings->setText(text(Text::Settings));
+    showAbout->setText(text(Text::About));
     m_bar->setWindowTitle(tr("Toolbar"));
     giveMnemonics(m_window.menuBar()->actions());
     for (const QMenu *menu : {m_file, m_edit, m_transmit, m_tools}) {
         giveMnemonics(menu->actions());
     }
-    giveMnemonics({search, ethernet, exclusive, offline});
+    giveMnemonics({searchPorts, connectEthernet, connectExclusively, goOffline});
 
     // In the tool bar the menu's title is missing that tells what is done with the configuration.
     const QString whole = text(Text::Transmit);
-    doConfig->setIconText(whole);
-    doConfig->setToolTip(whole + u": " + text(Text::Configuration) + u" (" +
-                         doConfig->shortcut().toString(QKeySequence::NativeText) + u')');
-    for (QAction *action : {neu, load, save, undo, redo}) {
+    transmitConfiguration->setIconText(whole);
+    transmitConfiguration->setToolTip(whole + u": " + text(Text::Configuration) + u" (" +
+                                      transmitConfiguration->shortcut().toString(QKeySequence::NativeText) +
+                                      u')');
+    for (QAction *action : {newFile, loadFile, saveFile, undo, redo}) {
         const QString plain = QString(action->text()).remove(u'&');
         action->setIconText(plain);
         action->setToolTip(plain + u" (" + action->shortcut().toString(QKeySequence::NativeText) + u')');

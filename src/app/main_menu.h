@@ -34,26 +34,26 @@ public:
     /// The action of a port's menu entry; null when there is none.
     QAction *portAction(const QString &port) const;
 
-    QAction *neu;
-    QAction *load;
-    QAction *save;
-    QAction *saveAs;
-    QAction *preview;
-    QAction *print;
-    QAction *close; ///< the window, with the question whether to save
-    QAction *exit;  ///< at once
+    QAction *newFile;
+    QAction *loadFile;
+    QAction *saveFile;
+    QAction *saveFileAs;
+    QAction *printPreview;
+    QAction *printConfiguration;
+    QAction *closeWindow; ///< with the question whether to save
+    QAction *exitAtOnce;  ///< without it
     QAction *undo;
     QAction *redo;
-    QAction *doConfig;
-    QAction *doApplication;
-    QAction *search; ///< all serial ports
-    QAction *ethernet;
-    QAction *exclusive;
-    QAction *offline;
-    QAction *operationalMode;
-    QAction *settings;
-    QAction *problems;
-    QAction *about;
+    QAction *transmitConfiguration;
+    QAction *sendFirmware;
+    QAction *searchPorts;
+    QAction *connectEthernet;
+    QAction *connectExclusively;
+    QAction *goOffline;
+    QAction *openOperationalMode;
+    QAction *openSettings;
+    QAction *showProblems;
+    QAction *showAbout;
 
 Q_SIGNALS:
     void recentChosen(const QString &fileName);
