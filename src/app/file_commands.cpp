@@ -80,9 +80,9 @@ void FileCommands::tellPresent()
 {
     const QString &fileName = m_document.fileName();
     const bool isNew = m_document.source().isEmpty();
-    Q_EMIT told(fileName.isEmpty() ? isNew ? tr("New configuration") : tr("There is no present file")
-                : isNew ? tr("New configuration. Saving it replaces %1").arg(fileName)
-                                   : tr("The present file is %1").arg(fileName));
+    Q_EMIT statusMessage(fileName.isEmpty() ? isNew ? tr("New configuration") : tr("There is no present file")
+                         : isNew ? tr("New configuration. Saving it replaces %1").arg(fileName)
+                                            : tr("The present file is %1").arg(fileName));
 }
 
 /// Without a file name, the dialog begins at `presentFile`.
@@ -98,7 +98,7 @@ void FileCommands::saveBeside(const QString &presentFile)
                               configurationFilter, presentFile));
     }
     if (m_document.fileName().isEmpty()) {
-        Q_EMIT told(tr("Not saved: no file was chosen. The next save asks for one"));
+        Q_EMIT statusMessage(tr("Not saved: no file was chosen. The next save asks for one"));
         return;
     }
     QString backup;
@@ -108,11 +108,11 @@ void FileCommands::saveBeside(const QString &presentFile)
     }
     if (!saved) {
         m_failure = m_texts.text(Text::SavingFailed) + u": " + saved.message();
-        Q_EMIT told(m_failure);
+        Q_EMIT statusMessage(m_failure);
         return;
     }
     Q_EMIT titleChanged();
-    Q_EMIT told(
+    Q_EMIT statusMessage(
         backup.isEmpty()
             ? tr("Saved: %1").arg(m_document.fileName())
             : tr("Saved: %1. What stood there before is kept in %2").arg(m_document.fileName(), backup));
@@ -148,8 +148,9 @@ void FileCommands::load(const QString &fileName)
     Q_EMIT titleChanged();
     Q_EMIT replaced();
     if (unsaved && report.document) {
-        Q_EMIT told(tr("Loaded: %1. What was not saved before comes back with %2.")
-                        .arg(fileName, QKeySequence(QKeySequence::Undo).toString(QKeySequence::NativeText)));
+        Q_EMIT statusMessage(
+            tr("Loaded: %1. What was not saved before comes back with %2.")
+                .arg(fileName, QKeySequence(QKeySequence::Undo).toString(QKeySequence::NativeText)));
     }
 }
 
@@ -180,19 +181,20 @@ void FileCommands::readPresent()
 void FileCommands::tellRead(const ReadReport &report, const QString &fileName)
 {
     if (!report.document) {
-        Q_EMIT told(report.document.message());
+        Q_EMIT statusMessage(report.document.message());
         return;
     }
     addRecent();
-    Q_EMIT told(report.remarks.isEmpty() ? tr("Loaded: %1").arg(fileName)
-                                         : tr("Loaded: %1. Not everything in it could be used: %2")
-                                               .arg(fileName, report.remarks.join(QLatin1String("; "))));
+    Q_EMIT statusMessage(report.remarks.isEmpty()
+                             ? tr("Loaded: %1").arg(fileName)
+                             : tr("Loaded: %1. Not everything in it could be used: %2")
+                                   .arg(fileName, report.remarks.join(QLatin1String("; "))));
 }
 
 void FileCommands::addRecent()
 {
     if (!m_recent.add(m_document.fileName())) {
-        Q_EMIT told(tr("The list of recent files could not be kept"));
+        Q_EMIT statusMessage(tr("The list of recent files could not be kept"));
     }
     Q_EMIT recentChanged();
 }
@@ -277,7 +279,7 @@ void FileCommands::openKept(const KeptEdits::Copy &copy)
     Configuration configuration;
     const ReadReport report = readConfigurationFile(copy.path, configuration, m_document.environment());
     if (!report.opened || !report.document) {
-        Q_EMIT told(report.document.message());
+        Q_EMIT statusMessage(report.document.message());
         return;
     }
     m_history.endGroup();
@@ -288,9 +290,10 @@ void FileCommands::openKept(const KeptEdits::Copy &copy)
     m_kept.adopt(copy.path);
     Q_EMIT titleChanged();
     Q_EMIT replaced();
-    Q_EMIT told(copy.fileName.isEmpty()
-                    ? tr("Opened: edits that are not saved yet")
-                    : tr("Opened: edits that are not saved yet. Saving replaces %1").arg(copy.fileName));
+    Q_EMIT statusMessage(
+        copy.fileName.isEmpty()
+            ? tr("Opened: edits that are not saved yet")
+            : tr("Opened: edits that are not saved yet. Saving replaces %1").arg(copy.fileName));
 }
 
 QString FileCommands::lastFileName()

@@ -53,7 +53,7 @@ public:
     void keepFileName() const;
 
 Q_SIGNALS:
-    void told(const QString &line);
+    void statusMessage(const QString &line);
     /// Another configuration stands in the pages.
     void replaced();
     /// The title has to name the file.

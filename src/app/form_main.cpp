@@ -95,7 +95,7 @@ FormMain::FormMain(const Services &services)
     connectMenu();
     connectDocument();
     connectProblems();
-    connect(m_linkPresenter.get(), &LinkPresenter::told, this, &FormMain::tell);
+    connect(m_linkPresenter.get(), &LinkPresenter::statusMessage, this, &FormMain::tell);
     connect(m_linkPresenter.get(), &LinkPresenter::addressWanted, this, &FormMain::askForAddress);
     connect(m_linkPresenter.get(), &LinkPresenter::ethernetWanted, this, &FormMain::connectEthernet);
     connect(m_linkPresenter.get(), &LinkPresenter::firmwareReady, this, [this](const QString &what) {
@@ -192,7 +192,7 @@ void FormMain::start(const QStringList &arguments)
 void FormMain::connectInstances()
 {
     connect(&m_takeOver, &TakeOver::titleWanted, this, &QWidget::setWindowTitle);
-    connect(&m_takeOver, &TakeOver::told, this, &FormMain::tell);
+    connect(&m_takeOver, &TakeOver::statusMessage, this, &FormMain::tell);
     connect(&m_takeOver, &TakeOver::givenUp, this, &FormMain::exitWanted);
     connect(&m_takeOver, &TakeOver::done, this, [this](const QString &remark) {
         finishStart();

@@ -46,9 +46,9 @@ void LinkPresenter::connectLink()
 {
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::show);
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::withdrawPassed);
-    connect(&m_link, &ModuleLink::told, this, &LinkPresenter::told);
+    connect(&m_link, &ModuleLink::statusMessage, this, &LinkPresenter::statusMessage);
     connect(&m_link, &ModuleLink::refused, this, [this](const Status &why) {
-        Q_EMIT told(why.message());
+        Q_EMIT statusMessage(why.message());
         if (why.is(Failure::NoPortFree)) {
             Q_EMIT messageWanted(m_texts.text(Text::PortInUse), portTopic);
         }
@@ -103,7 +103,7 @@ void LinkPresenter::tellState(const std::function<QString()> &line)
     const QString before = std::exchange(m_stateLine, line());
     m_stateText = line;
     if (m_stateLine != before || m_status.lastEvent() != before) {
-        Q_EMIT told(m_stateLine);
+        Q_EMIT statusMessage(m_stateLine);
     }
 }
 
@@ -133,7 +133,7 @@ void LinkPresenter::connectReplies()
             m_differenceTold = false;
         }
     });
-    connect(&m_replies, &ReplyHandler::told, this, &LinkPresenter::told);
+    connect(&m_replies, &ReplyHandler::statusMessage, this, &LinkPresenter::statusMessage);
     connect(&m_replies, &ReplyHandler::versionTold, this, &LinkPresenter::takeVersion);
 }
 
@@ -145,8 +145,8 @@ void LinkPresenter::connectUpload()
     });
     connect(&m_link, &ModuleLink::uploadEnded, this, [this](bool complete) {
         m_status.showProgress(0);
-        Q_EMIT told(complete ? tr("The firmware was sent")
-                             : tr("The sending of the firmware was broken off"));
+        Q_EMIT statusMessage(complete ? tr("The firmware was sent")
+                                      : tr("The sending of the firmware was broken off"));
     });
 }
 
@@ -191,7 +191,7 @@ void LinkPresenter::attach(ConnectionPage &page)
     connect(&page, &ConnectionPage::serialWanted, &m_link, &ModuleLink::connectSerial);
     connect(&page, &ConnectionPage::ethernetWanted, this, &LinkPresenter::ethernetWanted);
     connect(&page, &ConnectionPage::offlineWanted, &m_link, &ModuleLink::goOffline);
-    connect(this, &LinkPresenter::told, &page, &ConnectionPage::addEvent);
+    connect(this, &LinkPresenter::statusMessage, &page, &ConnectionPage::addEvent);
     findPorts();
     show();
 }
@@ -313,7 +313,7 @@ void LinkPresenter::sendFirmware()
     }
     FirmwareImage image;
     if (const Status read = readFirmware(m_link.firmwareFile(), image); !read) {
-        Q_EMIT told(read.message());
+        Q_EMIT statusMessage(read.message());
         Q_EMIT messageWanted(read.message(), firmwareTopic);
         return;
     }
@@ -340,7 +340,7 @@ void LinkPresenter::place(const QString &command)
     if (command == serviceCommands::archive && mayBePlaced) { // the records would come and be lost
         const QString &path = m_document.configuration().info.historyExportFile;
         if (const Status usable = HistoryExport::check(path); !usable) {
-            Q_EMIT told(usable.message());
+            Q_EMIT statusMessage(usable.message());
             Q_EMIT exportFileWanted();
             return;
         }
@@ -362,7 +362,7 @@ void LinkPresenter::tellPlaced(ModuleLink::Placing placing, const QString &comma
     const QString shown = logText(command);
     switch (placing) {
     case ModuleLink::Placing::Waits:
-        Q_EMIT told(
+        Q_EMIT statusMessage(
             replaced.isEmpty() || replaced == m_link.waiting()
                 ? tr("%1 is sent when the module next reads an SMS").arg(shown)
                 : tr("%1 is sent when the module next reads an SMS, in place of %2, which is not sent")
@@ -372,7 +372,7 @@ void LinkPresenter::tellPlaced(ModuleLink::Placing placing, const QString &comma
         Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection), portTopic);
         break;
     case ModuleLink::Placing::Transmitting:
-        Q_EMIT told(tr("%1 is not sent: a configuration is being transmitted").arg(shown));
+        Q_EMIT statusMessage(tr("%1 is not sent: a configuration is being transmitted").arg(shown));
         break;
     }
 }
@@ -415,11 +415,12 @@ void LinkPresenter::takeStationType(const QString &type)
         return;
     }
     if (!isStationType(type)) {
-        Q_EMIT told(tr("The module reports a station type that is not known: %1").arg(logText(type)));
+        Q_EMIT statusMessage(
+            tr("The module reports a station type that is not known: %1").arg(logText(type)));
         return;
     }
     m_document.adjust([&type](Configuration &configuration) { configuration.gsm.stationType = type; });
-    Q_EMIT told(tr("The station type is %1, as the module reports").arg(type));
+    Q_EMIT statusMessage(tr("The station type is %1, as the module reports").arg(type));
 }
 
 void LinkPresenter::tellDifference(const QString &moduleVersion)
@@ -451,15 +452,15 @@ void LinkPresenter::writeLog(const QString &line)
         m_logFailureTold = false;
         m_log.close();
         if (const QFileInfo info(path); info.exists() && !info.isFile()) { // a pipe would wait for its reader
-            Q_EMIT told(tr("%1 is not a file; there is no log").arg(path));
+            Q_EMIT statusMessage(tr("%1 is not a file; there is no log").arg(path));
         } else if (const Status opened = m_log.open(path); !opened) {
             m_logFailureTold = true;
-            Q_EMIT told(opened.message());
+            Q_EMIT statusMessage(opened.message());
         }
     }
     m_log.write(m_document.environment().now(), line);
     if (const Status written = m_log.status(); !written && !std::exchange(m_logFailureTold, true)) {
-        Q_EMIT told(tr("The log is incomplete: %1").arg(written.message()));
+        Q_EMIT statusMessage(tr("The log is incomplete: %1").arg(written.message()));
     }
 }
 

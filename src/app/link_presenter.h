@@ -49,7 +49,7 @@ public:
 
 Q_SIGNALS:
     /// A line for the status bar.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
     /// A link to this address is wanted; one whose address is to be asked for first.
     void ethernetWanted(const QString &address, bool exclusive);
     void addressWanted(bool exclusive);

@@ -117,7 +117,7 @@ void TakeOver::endOther()
         m_instance.askOtherToClose();
     } else if (const Status started = startProgram(helper, {QString(programName)}, ProgramWindow::Minimised);
                !started) {
-        Q_EMIT told(started.message());
+        Q_EMIT statusMessage(started.message());
     }
     m_wait.start(otherEnds);
 }

@@ -29,7 +29,7 @@ Q_SIGNALS:
     /// The application goes by this title now.
     void titleWanted(const QString &title);
     /// A line for the status bar.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
     /// The other instance has ended, or was passed over for the reason that the remark tells; the start goes
     /// on.
     void done(const QString &remark);

@@ -59,7 +59,7 @@ int firmware(const Arguments &arguments)
             job.abandon(QStringLiteral("the module refuses the image"));
         }
     });
-    QObject::connect(&programming, &SelfProgramming::told, &session, &complain);
+    QObject::connect(&programming, &SelfProgramming::statusMessage, &session, &complain);
     QObject::connect(&programming, &SelfProgramming::refused, &session,
                      [&job](const QString &reason) { job.abandon(reason); });
     QObject::connect(&programming, &SelfProgramming::progressed, &session, [&](qint64 bytes, qint64) {

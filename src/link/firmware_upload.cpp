@@ -57,15 +57,15 @@ Status FirmwareUpload::start(const QString &path)
     m_running = true;
     ++m_run;
     if (image.fileLength > firmwareImageSize) {
-        Q_EMIT told(tr("%1 has %2 bytes; only the first %3 are sent")
-                        .arg(path)
-                        .arg(image.fileLength)
-                        .arg(firmwareImageSize));
+        Q_EMIT statusMessage(tr("%1 has %2 bytes; only the first %3 are sent")
+                                 .arg(path)
+                                 .arg(image.fileLength)
+                                 .arg(firmwareImageSize));
     } else if (image.fileLength < firmwareImageSize) {
-        Q_EMIT told(tr("%1 has %2 bytes; it is filled up to %3 with FF")
-                        .arg(path)
-                        .arg(image.fileLength)
-                        .arg(firmwareImageSize));
+        Q_EMIT statusMessage(tr("%1 has %2 bytes; it is filled up to %3 with FF")
+                                 .arg(path)
+                                 .arg(image.fileLength)
+                                 .arg(firmwareImageSize));
     }
     Q_EMIT progressed(0, firmwareImageSize);
     sendNext();

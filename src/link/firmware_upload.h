@@ -51,7 +51,7 @@ public:
 Q_SIGNALS:
     void progressed(qint64 sent, qint64 total);
     /// The file is not as long as the image, in a line for the user.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
     /// The upload is over; `complete` when all of it has left the machine.
     void ended(bool complete);
 

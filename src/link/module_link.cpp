@@ -28,17 +28,17 @@ ModuleLink::ModuleLink(Transport &serial, Transport &ethernet, Timers &timers, c
         takeBack();
         m_connected = false;
         if (std::exchange(m_isPortMissing, false)) {
-            Q_EMIT told(tr("Looking for the module at %1").arg(m_search.port()));
+            Q_EMIT statusMessage(tr("Looking for the module at %1").arg(m_search.port()));
         }
         Q_EMIT changed();
     });
     connect(&m_search, &PortSearch::refused, this, [this](const QString &reason) {
         m_isPortMissing = m_isPortMissing || !m_wanted.isEmpty();
-        Q_EMIT told(reason);
+        Q_EMIT statusMessage(reason);
     });
     connect(&m_search, &PortSearch::gaveUp, this, [this] {
         closeLine();
-        Q_EMIT told(tr("No module was heard at any serial port"));
+        Q_EMIT statusMessage(tr("No module was heard at any serial port"));
     });
 }
 
@@ -60,13 +60,13 @@ void ModuleLink::connectPath(Path &path)
             Q_EMIT changed();
         }
     });
-    connect(&path.transport, &Transport::statusMessage, this, &ModuleLink::told);
+    connect(&path.transport, &Transport::statusMessage, this, &ModuleLink::statusMessage);
     const ModuleSession *session = &path.session;
     connect(session, &ModuleSession::logged, this, &ModuleLink::logged);
     connect(session, &ModuleSession::caught, this, [this] {
         m_search.stop();
         setState(State::Caught);
-        Q_EMIT told(tr("The module is in configuration mode"));
+        Q_EMIT statusMessage(tr("The module is in configuration mode"));
     });
     connect(session, &ModuleSession::replied, this, &ModuleLink::replied);
     connect(session, &ModuleSession::serviceConfirmed, this, &ModuleLink::serviceConfirmed);
@@ -79,9 +79,10 @@ void ModuleLink::connectPath(Path &path)
     });
     connect(session, &ModuleSession::stalled, this, &ModuleLink::transmissionStalled);
     const SelfProgramming *programming = &path.programming;
-    connect(programming, &SelfProgramming::refused, this,
-            [this](const QString &reason) { Q_EMIT told(tr("No firmware is sent: %1").arg(reason)); });
-    connect(programming, &SelfProgramming::told, this, &ModuleLink::told);
+    connect(programming, &SelfProgramming::refused, this, [this](const QString &reason) {
+        Q_EMIT statusMessage(tr("No firmware is sent: %1").arg(reason));
+    });
+    connect(programming, &SelfProgramming::statusMessage, this, &ModuleLink::statusMessage);
     connect(programming, &SelfProgramming::progressed, this, &ModuleLink::uploadProgressed);
     connect(programming, &SelfProgramming::ended, this, &ModuleLink::uploadEnded);
 }
@@ -94,7 +95,7 @@ void ModuleLink::commandSent(std::optional<int> step, const QString &command)
         m_transmittedOver = lineName();
         Q_EMIT stepDone(*step, command);
     } else {
-        Q_EMIT told(tr("%1 was handed to the module").arg(logText(command)));
+        Q_EMIT statusMessage(tr("%1 was handed to the module").arg(logText(command)));
         Q_EMIT commandLeft(command);
         Q_EMIT waitingChanged();
     }
@@ -106,7 +107,7 @@ void ModuleLink::commandRefused(std::optional<int> step, const QString &command)
     if (step) {
         Q_EMIT stepDone(*step, command);
     } else {
-        Q_EMIT told(tr("The command is too long and was not sent"));
+        Q_EMIT statusMessage(tr("The command is too long and was not sent"));
         Q_EMIT waitingChanged();
     }
 }
@@ -144,7 +145,7 @@ void ModuleLink::takeBack()
     if (const QString command = waiting(); !command.isEmpty()) {
         m_path->session.place(QString());
         Q_EMIT waitingChanged();
-        Q_EMIT told(tr("%1 was not sent and waits no longer").arg(logText(command)));
+        Q_EMIT statusMessage(tr("%1 was not sent and waits no longer").arg(logText(command)));
     }
 }
 
@@ -196,10 +197,10 @@ void ModuleLink::connectSerial(const QString &port)
     setUsed(m_serial, Line::Serial);
     setState(State::Searching);
     m_isPortMissing = candidates().isEmpty();
-    Q_EMIT told(!m_isPortMissing ? port.isEmpty() ? tr("Looking for the module at all serial ports")
-                                                  : tr("Looking for the module at %1").arg(port)
-                : port.isEmpty() ? tr("There is no serial port yet; the search goes on")
-                                 : tr("There is no port %1 yet; the search goes on").arg(port));
+    Q_EMIT statusMessage(!m_isPortMissing ? port.isEmpty() ? tr("Looking for the module at all serial ports")
+                                                           : tr("Looking for the module at %1").arg(port)
+                         : port.isEmpty() ? tr("There is no serial port yet; the search goes on")
+                                          : tr("There is no port %1 yet; the search goes on").arg(port));
     m_search.start();
     Q_EMIT changed();
 }
@@ -214,7 +215,7 @@ void ModuleLink::connectEthernet(const QString &address, bool exclusive)
     }
     m_address = address;
     setUsed(m_ethernet, exclusive ? Line::EthernetExclusive : Line::Ethernet);
-    Q_EMIT told(tr("Looking for the module at %1").arg(address));
+    Q_EMIT statusMessage(tr("Looking for the module at %1").arg(address));
     setState(State::Searching);
 }
 
@@ -223,7 +224,7 @@ void ModuleLink::goOffline()
     const bool wasUsed = !port().isEmpty() || m_line != Line::Offline;
     closeLine();
     if (wasUsed) {
-        Q_EMIT told(tr("The line was closed"));
+        Q_EMIT statusMessage(tr("The line was closed"));
     }
 }
 
@@ -250,7 +251,7 @@ void ModuleLink::leaveModule(const QString &reason)
     m_path->programming.cancel();
     endTransmission();
     takeBack();
-    Q_EMIT told(tr("The connection is lost: %1").arg(reason));
+    Q_EMIT statusMessage(tr("The connection is lost: %1").arg(reason));
     if (heard) {
         Q_EMIT interrupted();
     }
@@ -282,7 +283,7 @@ void ModuleLink::transmissionStalled()
         return; // it was not heard yet: it may be switched on later
     }
     if (wasHeard) {
-        Q_EMIT told(reason);
+        Q_EMIT statusMessage(reason);
         Q_EMIT stalled(reason);
         return;
     }

@@ -109,7 +109,7 @@ Q_SIGNALS:
     /// State, port or connection changed.
     void changed();
     /// What happened, in a line for the user.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
     /// No line to the address could be opened, for this reason.
     void refused(const Status &why);
     /// A module that was heard is gone.

@@ -19,12 +19,13 @@ void ReplyHandler::take(const ModemDialogue::Reply &reply)
 {
     for (const ReplyEvent &event : interpretReply(reply)) {
         std::visit(
-            Overloaded{
-                [this](const VersionReply &version) { Q_EMIT versionTold(version); },
-                [this](const HistoryReply &history) { exportLine(history); }, [](const OtherReply &) {},
-                [this](const UnusableReply &unusable) {
-                    Q_EMIT told(tr("A version reply that lacks fields: %1").arg(logText(unusable.text)));
-                }},
+            Overloaded{[this](const VersionReply &version) { Q_EMIT versionTold(version); },
+                       [this](const HistoryReply &history) { exportLine(history); },
+                       [](const OtherReply &) {},
+                       [this](const UnusableReply &unusable) {
+                           Q_EMIT statusMessage(
+                               tr("A version reply that lacks fields: %1").arg(logText(unusable.text)));
+                       }},
             event);
     }
 }
@@ -34,17 +35,17 @@ void ReplyHandler::exportLine(const HistoryReply &reply)
     m_fastExport.lineArrived();
     if (reply.direction == Direction::Answer && !m_fastExport.isRunning()) {
         if (!std::exchange(m_ignoredTold, true)) {
-            Q_EMIT told(tr("Lines of the archive that no fast export asked for are not exported"));
+            Q_EMIT statusMessage(tr("Lines of the archive that no fast export asked for are not exported"));
         }
         return;
     }
     const QStringList remarks = historyRemarks(reply.line);
     for (const QString &remark : remarks) {
-        Q_EMIT told(remark);
+        Q_EMIT statusMessage(remark);
     }
     const QString trouble = m_export.append(m_exportPath(), historyCsv(reply.line));
     if (!trouble.isEmpty()) {
-        Q_EMIT told(trouble);
+        Q_EMIT statusMessage(trouble);
     }
 }
 

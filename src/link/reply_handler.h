@@ -30,7 +30,7 @@ public:
 Q_SIGNALS:
     void versionTold(const ktr::VersionReply &version);
     /// What was of no use, in a line for the user.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
 
 private:
     void exportLine(const HistoryReply &reply);

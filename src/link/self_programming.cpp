@@ -15,7 +15,7 @@ SelfProgramming::SelfProgramming(ModuleSession &session, Transport &line, Timers
     connect(&session, &ModuleSession::firmwareAnnounced, this,
             [this] { m_delay->start(delay, [this] { begin(); }); });
     connect(&line, &Transport::lost, this, &SelfProgramming::cancel);
-    connect(&m_upload, &FirmwareUpload::told, this, &SelfProgramming::told);
+    connect(&m_upload, &FirmwareUpload::statusMessage, this, &SelfProgramming::statusMessage);
     connect(&m_upload, &FirmwareUpload::progressed, this, &SelfProgramming::progressed);
     connect(&m_upload, &FirmwareUpload::ended, this, [this](bool complete) {
         m_session.setQuiet(false);

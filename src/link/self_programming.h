@@ -30,7 +30,7 @@ Q_SIGNALS:
     /// The image is not sent, for this reason.
     void refused(const QString &reason);
     /// The file is not as long as the image, in a line for the user.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
     void progressed(qint64 sent, qint64 total);
     /// The upload is over; `complete` when all of it has left the machine.
     void ended(bool complete);

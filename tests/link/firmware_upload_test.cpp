@@ -55,7 +55,7 @@ private Q_SLOTS:
         QFETCH(const int, length);
         ManualTimers timers;
         FirmwareUpload upload(*m_line, timers, serialPace);
-        const QSignalSpy told(&upload, &FirmwareUpload::told);
+        const QSignalSpy told(&upload, &FirmwareUpload::statusMessage);
         const QSignalSpy ended(&upload, &FirmwareUpload::ended);
         const QSignalSpy progressed(&upload, &FirmwareUpload::progressed);
         QVERIFY(upload.start(image(pattern(length))));

@@ -141,7 +141,7 @@ private Q_SLOTS:
     {
         ManualTimers timers;
         ReplyHandler handler(timers, [this] { return path(); });
-        const QSignalSpy told(&handler, &ReplyHandler::told);
+        const QSignalSpy told(&handler, &ReplyHandler::statusMessage);
         const QString line = "H,%1,0911151405,1,12.5";
         const auto hear = [&](int key) {
             handler.take({ModemDialogue::ReplyKind::History, {}, line.arg(key)});
@@ -174,7 +174,7 @@ private Q_SLOTS:
     {
         ManualTimers timers;
         ReplyHandler handler(timers, [this] { return path(); });
-        const QSignalSpy told(&handler, &ReplyHandler::told);
+        const QSignalSpy told(&handler, &ReplyHandler::statusMessage);
         handler.commandLeft(serviceCommands::archive);
         for (const QString &line : archiveLines({})) {
             handler.take({ModemDialogue::ReplyKind::History, {}, line});

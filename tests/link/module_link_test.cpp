@@ -39,7 +39,7 @@ private Q_SLOTS:
 
     void aSearchThatFindsNobodyGoesOffline()
     {
-        const QSignalSpy told(&m_link, &ModuleLink::told);
+        const QSignalSpy told(&m_link, &ModuleLink::statusMessage);
         m_link.connectSerial({});
         m_timers.advance(std::chrono::minutes(10));
         QCOMPARE(m_link.state(), ModuleLink::State::Offline);
@@ -79,7 +79,7 @@ private Q_SLOTS:
 
     void noTextOfAConfigurationStartsAService()
     {
-        const QSignalSpy told(&m_link, &ModuleLink::told);
+        const QSignalSpy told(&m_link, &ModuleLink::statusMessage);
         const QSignalSpy left(&m_link, &ModuleLink::commandLeft);
         Configuration configuration;
         for (std::size_t i = 0; i < configuration.limitValues.size(); ++i) {
@@ -160,7 +160,7 @@ private Q_SLOTS:
 
     void aCommandWaitsForTheModuleThatItWasPlacedFor()
     {
-        QSignalSpy told(&m_link, &ModuleLink::told);
+        QSignalSpy told(&m_link, &ModuleLink::statusMessage);
         QCOMPARE(m_link.place("k"), ModuleLink::Placing::NoConnection);
         QVERIFY(m_link.waiting().isEmpty());
         const std::initializer_list<std::function<void()>> leave{
@@ -198,7 +198,7 @@ private Q_SLOTS:
 
     void whatIsToldOfACommandAndItsTimeDoNotAge()
     {
-        QSignalSpy told(&m_link, &ModuleLink::told);
+        QSignalSpy told(&m_link, &ModuleLink::statusMessage);
         const auto handedOver = [&] {
             m_now = m_now.addSecs(3600);
             m_line.sent.clear();
