@@ -1804,6 +1804,29 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::ModuleLine</name>
+    <message>
+        <source>Looking for the module at %1</source>
+        <translation>Das Modul wird an %1 gesucht</translation>
+    </message>
+    <message>
+        <source>No firmware is sent: %1</source>
+        <translation>Es wird keine Firmware gesendet: %1</translation>
+    </message>
+    <message>
+        <source>Looking for the module at all serial ports</source>
+        <translation>Das Modul wird an allen seriellen Ports gesucht</translation>
+    </message>
+    <message>
+        <source>There is no serial port yet; the search goes on</source>
+        <translation>Es gibt noch keinen seriellen Port; die Suche geht weiter</translation>
+    </message>
+    <message>
+        <source>There is no port %1 yet; the search goes on</source>
+        <translation>Den Port %1 gibt es noch nicht; die Suche geht weiter</translation>
+    </message>
+</context>
+<context>
     <name>ktr::ModuleLink</name>
     <message>
         <source>No module was heard at any serial port</source>
@@ -1814,40 +1837,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Das Modul ist im Konfigurationsmodus</translation>
     </message>
     <message>
-        <source>The command is too long and was not sent</source>
-        <translation>Der Befehl ist zu lang und wurde nicht gesendet</translation>
-    </message>
-    <message>
         <source>The connection is lost: %1</source>
         <translation>Die Verbindung ist unterbrochen: %1</translation>
-    </message>
-    <message>
-        <source>No firmware is sent: %1</source>
-        <translation>Es wird keine Firmware gesendet: %1</translation>
-    </message>
-    <message>
-        <source>There is no serial port yet; the search goes on</source>
-        <translation>Es gibt noch keinen seriellen Port; die Suche geht weiter</translation>
-    </message>
-    <message>
-        <source>There is no port %1 yet; the search goes on</source>
-        <translation>Den Port %1 gibt es noch nicht; die Suche geht weiter</translation>
-    </message>
-    <message>
-        <source>%1 was not sent and waits no longer</source>
-        <translation>%1 wurde nicht gesendet und wartet nicht mehr</translation>
-    </message>
-    <message>
-        <source>Looking for the module at %1</source>
-        <translation>Das Modul wird an %1 gesucht</translation>
-    </message>
-    <message>
-        <source>%1 was handed to the module</source>
-        <translation>%1 wurde dem Modul übergeben</translation>
-    </message>
-    <message>
-        <source>Looking for the module at all serial ports</source>
-        <translation>Das Modul wird an allen seriellen Ports gesucht</translation>
     </message>
     <message>
         <source>The line was closed</source>
@@ -2347,6 +2338,21 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Delivered; the values follow</source>
         <translation>Zugestellt; die Werte folgen</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::WaitingCommand</name>
+    <message>
+        <source>%1 was not sent and waits no longer</source>
+        <translation>%1 wurde nicht gesendet und wartet nicht mehr</translation>
+    </message>
+    <message>
+        <source>%1 was handed to the module</source>
+        <translation>%1 wurde dem Modul übergeben</translation>
+    </message>
+    <message>
+        <source>The command is too long and was not sent</source>
+        <translation>Der Befehl ist zu lang und wurde nicht gesendet</translation>
     </message>
 </context>
 <context>

@@ -235,8 +235,8 @@ Works FormMain::works() const
 {
     Works works;
     works.setFlag(Work::Watching, m_operationalMode.isOpen());
-    works.setFlag(Work::Transmitting, m_link.isSending());
-    works.setFlag(Work::Uploading, m_link.isUploading());
+    works.setFlag(Work::Transmitting, m_link.transmitter().isSending());
+    works.setFlag(Work::Uploading, m_link.line().isUploading());
     return works;
 }
 
@@ -303,7 +303,7 @@ bool FormMain::applyCommandLine()
     }
     m_context.expert = m_options.expert;
     if (m_options.design) { // where developers build it
-        m_link.setFirmwareFile(joinPath(QDir::homePath(), QStringLiteral("KTRconfig/upgrade.bin")));
+        m_link.line().setFirmwareFile(joinPath(QDir::homePath(), QStringLiteral("KTRconfig/upgrade.bin")));
     }
     if (!m_options.bareFileName.isEmpty()) {
         return m_files->loadFirst(m_options.bareFileName, m_options.bareFileName);
@@ -495,8 +495,8 @@ void FormMain::offerToStop(const QString &text)
     auto *goOn = box->addButton(tr("Go on"), QMessageBox::RejectRole);
     box->setDefaultButton(goOn);
     box->setEscapeButton(goOn);
-    connect(stop, &QPushButton::clicked, &m_link, &ModuleLink::cancelTransmission);
-    connect(&m_link, &ModuleLink::transmissionEnded, stop, [stop, goOn] { // it may not have been read yet
+    connect(stop, &QPushButton::clicked, &m_link.transmitter(), &Transmitter::cancel);
+    connect(&m_link.transmitter(), &Transmitter::ended, stop, [stop, goOn] { // it may not have been read yet
         stop->hide();
         goOn->setText(tr("Close"));
     });
@@ -698,15 +698,15 @@ void FormMain::connectOperationalMode()
                     field->setModified(true);
                 }
                 connectEthernet(address, false);
-                if (m_link.line() !=
-                    ModuleLink::Line::Ethernet) { // refused, or the user thought better of it
+                if (m_link.line().kind() !=
+                    ModuleLine::Kind::Ethernet) { // refused, or the user thought better of it
                     openOperationalMode();
                 }
             });
     // What was lent goes back once this window has let go of it; a link that is opened anew lets go first.
     const auto takeBack = [this] {
-        if (m_link.line() != ModuleLink::Line::Ethernet &&
-            m_link.line() != ModuleLink::Line::EthernetExclusive) {
+        if (m_link.line().kind() != ModuleLine::Kind::Ethernet &&
+            m_link.line().kind() != ModuleLine::Kind::EthernetExclusive) {
             m_operationalMode.takeBack();
         }
     };

@@ -30,6 +30,9 @@ const QString versionsTopic = QStringLiteral("versions");
 LinkPresenter::LinkPresenter(ModuleLink &link, Timers &timers, Document &document, const TextTable &texts,
                              MainMenu &menu, StatusLine &status)
     : m_link(link),
+      m_line(link.line()),
+      m_transmitter(link.transmitter()),
+      m_waiting(link.waitingCommand()),
       m_document(document),
       m_texts(texts),
       m_menu(menu),
@@ -56,24 +59,24 @@ void LinkPresenter::connectLink()
     connect(&m_link, &ModuleLink::commandTooLong, this, [this](const QString &command) {
         Q_EMIT lineWanted(m_texts.text(Text::MessageTooLong), logText(command));
     });
-    connect(&m_link, &ModuleLink::waitingChanged, this, [this] { m_status.showWaiting(m_link.waiting()); });
-    connect(&m_status, &StatusLine::takeBackWanted, &m_link, &ModuleLink::takeBack);
+    connect(&m_waiting, &WaitingCommand::changed, this, [this] { m_status.showWaiting(m_waiting.text()); });
+    connect(&m_status, &StatusLine::takeBackWanted, &m_waiting, &WaitingCommand::takeBack);
     connect(&m_link, &ModuleLink::interrupted, this,
             [this] { Q_EMIT messageWanted(m_texts.text(Text::ConnectionInterrupted), connectionTopic); });
     connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
-    connect(&m_link, &ModuleLink::transmissionStarted, this, [this] {
+    connect(&m_transmitter, &Transmitter::started, this, [this] {
         m_overwritingTold = false;
         Q_EMIT overwritingPassed();
         Q_EMIT messagePassed(m_texts.text(Text::MessageTooLong));
         showProgress(0);
         tellState([] { return tr("Waiting until the module reads its SMS"); });
     });
-    connect(&m_link, &ModuleLink::configured, this, [this](const QString &version) {
+    connect(&m_transmitter, &Transmitter::configured, this, [this](const QString &version) {
         m_version.configuration = version;
         showVersion();
         Q_EMIT messagePassed(versionsTopic);
     });
-    connect(&m_link, &ModuleLink::stepDone, this, [this](int step) {
+    connect(&m_transmitter, &Transmitter::stepDone, this, [this](int step) {
         showProgress(step);
         if (isStateTold()) { // nothing newer: it does not wait any longer
             tellState([] { return tr("The configuration is being transmitted"); });
@@ -81,18 +84,18 @@ void LinkPresenter::connectLink()
     });
     connect(&m_link, &ModuleLink::stalled, this,
             [this](const QString &reason) { tellState([reason] { return reason; }); });
-    connect(&m_link, &ModuleLink::transmissionEnded, this, &LinkPresenter::tellEnd);
+    connect(&m_transmitter, &Transmitter::ended, this, &LinkPresenter::tellEnd);
 }
 
 void LinkPresenter::tellEnd()
 {
     showProgress(0);
-    const TransmissionReport &report = m_link.report();
+    const TransmissionReport &report = m_transmitter.report();
     if (!report.brokenAt) {
         takeOverTransmitted();
     }
     tellState([this] {
-        const TransmissionReport &last = m_link.report();
+        const TransmissionReport &last = m_transmitter.report();
         return QString(last.title() + QLatin1String(": ") + last.counts());
     });
 }
@@ -115,7 +118,7 @@ bool LinkPresenter::isStateTold() const
 /// A message that stands open is not to tell what is so no longer.
 void LinkPresenter::withdrawPassed()
 {
-    if (!m_link.port().isEmpty()) {
+    if (!m_line.port().isEmpty()) {
         Q_EMIT messagePassed(portTopic);
     }
     if (m_link.isConnected()) {
@@ -126,7 +129,7 @@ void LinkPresenter::withdrawPassed()
 void LinkPresenter::connectReplies()
 {
     connect(&m_link, &ModuleLink::replied, &m_replies, &ReplyHandler::take);
-    connect(&m_link, &ModuleLink::commandLeft, &m_replies, &ReplyHandler::commandLeft);
+    connect(&m_waiting, &WaitingCommand::sent, &m_replies, &ReplyHandler::commandLeft);
     connect(&m_link, &ModuleLink::changed, this, [this] {
         if (!m_link.isConnected()) {
             m_replies.disconnected();
@@ -139,11 +142,11 @@ void LinkPresenter::connectReplies()
 
 void LinkPresenter::connectUpload()
 {
-    connect(&m_link, &ModuleLink::uploadProgressed, this, [this](qint64 sent, qint64 total) {
+    connect(&m_line, &ModuleLine::uploadProgressed, this, [this](qint64 sent, qint64 total) {
         m_status.showProgress(static_cast<int>(sent), static_cast<int>(total));
         m_status.tell(tr("Firmware: %1 of %2 bytes sent").arg(sent).arg(total));
     });
-    connect(&m_link, &ModuleLink::uploadEnded, this, [this](bool complete) {
+    connect(&m_line, &ModuleLine::uploadEnded, this, [this](bool complete) {
         m_status.showProgress(0);
         Q_EMIT statusMessage(complete ? tr("The firmware was sent")
                                       : tr("The sending of the firmware was broken off"));
@@ -180,9 +183,9 @@ void LinkPresenter::attach(TestPage &page)
     connect(&m_link, &ModuleLink::logged, &page, &TestPage::appendLog);
     connect(&m_link, &ModuleLink::replied, &page,
             [&page](const ModemDialogue::Reply &reply) { page.showReply(reply.shown()); });
-    connect(&m_link, &ModuleLink::commandLeft, &page, &TestPage::clearInput);
-    connect(&page, &TestPage::answerWantedChanged, &m_link, &ModuleLink::setAnswer);
-    page.setIdle(!m_link.isTransmitting());
+    connect(&m_waiting, &WaitingCommand::sent, &page, &TestPage::clearInput);
+    connect(&page, &TestPage::answerWantedChanged, &m_transmitter, &Transmitter::setAnswer);
+    page.setIdle(!m_transmitter.isTransmitting());
 }
 
 void LinkPresenter::attach(ConnectionPage &page)
@@ -198,13 +201,13 @@ void LinkPresenter::attach(ConnectionPage &page)
 
 void LinkPresenter::attach(CalibrationPage &page)
 {
-    const auto showWaiting = [this, &page] { page.showWaiting(m_link.waiting()); };
+    const auto showWaiting = [this, &page] { page.showWaiting(m_waiting.text()); };
     connect(&page, &CalibrationPage::commandPlaced, this, [this, showWaiting](const QString &command) {
         place(command);
         showWaiting(); // it may have been refused
     });
-    connect(&m_link, &ModuleLink::commandLeft, &page, &CalibrationPage::commandLeft);
-    connect(&m_link, &ModuleLink::waitingChanged, &page, showWaiting);
+    connect(&m_waiting, &WaitingCommand::sent, &page, &CalibrationPage::commandLeft);
+    connect(&m_waiting, &WaitingCommand::changed, &page, showWaiting);
     connect(&m_link, &ModuleLink::serviceConfirmed, &page, &CalibrationPage::confirm);
 }
 
@@ -212,7 +215,7 @@ void LinkPresenter::attach(InfoPage &page)
 {
     m_info = &page;
     connect(&page, &InfoPage::versionWanted, this, [this] { place(QStringLiteral("V,§")); });
-    page.setIdle(!m_link.isTransmitting());
+    page.setIdle(!m_transmitter.isTransmitting());
     showVersion();
 }
 
@@ -233,10 +236,10 @@ void LinkPresenter::show()
         text = m_texts.text(Text::Offline);
         break;
     case ModuleLink::State::Searching:
-        text = m_link.port().isEmpty() ? tr("searching") : tr("listening on %1").arg(m_link.port());
+        text = m_line.port().isEmpty() ? tr("searching") : tr("listening on %1").arg(m_line.port());
         break;
     case ModuleLink::State::Caught:
-        text = m_link.port();
+        text = m_line.port();
         break;
     }
     m_status.showLink(text, m_link.isConnected());
@@ -249,8 +252,8 @@ void LinkPresenter::show()
 /// Looked for when somebody is about to see them: it takes a while.
 void LinkPresenter::findPorts()
 {
-    QStringList ports = m_link.ports();
-    const QString &wanted = m_link.wantedPort();
+    QStringList ports = m_line.ports();
+    const QString &wanted = m_line.wantedPort();
     if (!wanted.isEmpty() && !ports.contains(wanted)) {
         ports += wanted;
     }
@@ -265,17 +268,17 @@ void LinkPresenter::findPorts()
 void LinkPresenter::tickLine()
 {
     QAction *line = nullptr;
-    switch (m_link.line()) {
-    case ModuleLink::Line::Offline:
+    switch (m_line.kind()) {
+    case ModuleLine::Kind::Offline:
         line = m_menu.goOffline;
         break;
-    case ModuleLink::Line::Serial:
-        line = m_link.wantedPort().isEmpty() ? m_menu.searchPorts : m_menu.portAction(m_link.wantedPort());
+    case ModuleLine::Kind::Serial:
+        line = m_line.wantedPort().isEmpty() ? m_menu.searchPorts : m_menu.portAction(m_line.wantedPort());
         break;
-    case ModuleLink::Line::Ethernet:
+    case ModuleLine::Kind::Ethernet:
         line = m_menu.connectEthernet;
         break;
-    case ModuleLink::Line::EthernetExclusive:
+    case ModuleLine::Kind::EthernetExclusive:
         line = m_menu.connectExclusively;
         break;
     }
@@ -288,37 +291,37 @@ void LinkPresenter::showProgress(int step)
 {
     m_status.showProgress(step, steps::last);
     if (m_test != nullptr) {
-        m_test->setIdle(!m_link.isTransmitting());
+        m_test->setIdle(!m_transmitter.isTransmitting());
     }
     if (m_info != nullptr) {
-        m_info->setIdle(!m_link.isTransmitting());
+        m_info->setIdle(!m_transmitter.isTransmitting());
     }
 }
 
 void LinkPresenter::transmit()
 {
-    if (m_link.port().isEmpty()) {
+    if (m_line.port().isEmpty()) {
         Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection), portTopic);
         return;
     }
-    m_link.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
+    m_transmitter.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
 }
 
 /// The image is looked at before anything is sent, and nothing is sent unasked.
 void LinkPresenter::sendFirmware()
 {
-    if (m_link.port().isEmpty()) {
+    if (m_line.port().isEmpty()) {
         Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection), portTopic);
         return;
     }
     FirmwareImage image;
-    if (const Status read = readFirmware(m_link.firmwareFile(), image); !read) {
+    if (const Status read = readFirmware(m_line.firmwareFile(), image); !read) {
         Q_EMIT statusMessage(read.message());
         Q_EMIT messageWanted(read.message(), firmwareTopic);
         return;
     }
     Q_EMIT messagePassed(firmwareTopic);
-    const QString &file = m_link.firmwareFile();
+    const QString &file = m_line.firmwareFile();
     const qint64 length = image.fileLength;
     Q_EMIT firmwareReady(
         length == firmwareImageSize
@@ -336,7 +339,7 @@ void LinkPresenter::sendFirmware()
 
 void LinkPresenter::place(const QString &command)
 {
-    const bool mayBePlaced = m_link.state() != ModuleLink::State::Offline && !m_link.isTransmitting();
+    const bool mayBePlaced = m_link.state() != ModuleLink::State::Offline && !m_transmitter.isTransmitting();
     if (command == serviceCommands::archive && mayBePlaced) { // the records would come and be lost
         const QString &path = m_document.configuration().info.historyExportFile;
         if (const Status usable = HistoryExport::check(path); !usable) {
@@ -345,33 +348,34 @@ void LinkPresenter::place(const QString &command)
             return;
         }
     }
-    const QString replaced = m_link.waiting();
-    tellPlaced(m_link.place(command), command, replaced);
+    const QString replaced = m_waiting.text();
+    tellPlaced(m_waiting.place(command), command, replaced);
 }
 
 void LinkPresenter::placeClock()
 {
-    const QString replaced = m_link.waiting();
-    const ModuleLink::Placing placing = m_link.placeClock();
-    tellPlaced(placing, placing == ModuleLink::Placing::Waits ? m_link.waiting() : QStringLiteral("T,…"),
+    const QString replaced = m_waiting.text();
+    const WaitingCommand::Placing placing = m_waiting.placeClock();
+    tellPlaced(placing, placing == WaitingCommand::Placing::Waits ? m_waiting.text() : QStringLiteral("T,…"),
                replaced);
 }
 
-void LinkPresenter::tellPlaced(ModuleLink::Placing placing, const QString &command, const QString &replaced)
+void LinkPresenter::tellPlaced(WaitingCommand::Placing placing, const QString &command,
+                               const QString &replaced)
 {
     const QString shown = logText(command);
     switch (placing) {
-    case ModuleLink::Placing::Waits:
+    case WaitingCommand::Placing::Waits:
         Q_EMIT statusMessage(
-            replaced.isEmpty() || replaced == m_link.waiting()
+            replaced.isEmpty() || replaced == m_waiting.text()
                 ? tr("%1 is sent when the module next reads an SMS").arg(shown)
                 : tr("%1 is sent when the module next reads an SMS, in place of %2, which is not sent")
                       .arg(shown, logText(replaced)));
         break;
-    case ModuleLink::Placing::NoConnection:
+    case WaitingCommand::Placing::NoConnection:
         Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection), portTopic);
         break;
-    case ModuleLink::Placing::Transmitting:
+    case WaitingCommand::Placing::Transmitting:
         Q_EMIT statusMessage(tr("%1 is not sent: a configuration is being transmitted").arg(shown));
         break;
     }
@@ -381,7 +385,7 @@ void LinkPresenter::tellPlaced(ModuleLink::Placing placing, const QString &comma
 void LinkPresenter::takeOverTransmitted()
 {
     m_document.adjust([this](Configuration &configuration) {
-        const Configuration &sent = m_link.transmitted();
+        const Configuration &sent = m_transmitter.transmitted();
         for (std::size_t i = 0; i < configuration.switchPoints.size(); ++i) {
             SwitchPoint asSent = sent.switchPoints[i];
             asSent.value = configuration.switchPoints[i].value;
@@ -425,10 +429,10 @@ void LinkPresenter::takeStationType(const QString &type)
 
 void LinkPresenter::tellDifference(const QString &moduleVersion)
 {
-    const bool isTransmitting = m_link.isTransmitting();
-    const Configuration &local = isTransmitting ? m_link.transmitted() : m_document.configuration();
+    const bool isTransmitting = m_transmitter.isTransmitting();
+    const Configuration &local = isTransmitting ? m_transmitter.transmitted() : m_document.configuration();
     bool &isTold = isTransmitting ? m_overwritingTold : m_differenceTold;
-    if (isTold || moduleVersion == ModuleLink::versionOnLine(local)) {
+    if (isTold || moduleVersion == Transmitter::versionOnLine(local)) {
         return;
     }
     isTold = true;

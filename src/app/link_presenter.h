@@ -77,7 +77,7 @@ private:
     void withdrawPassed();
     void tellState(const std::function<QString()> &line);
     bool isStateTold() const;
-    void tellPlaced(ModuleLink::Placing placing, const QString &command, const QString &replaced);
+    void tellPlaced(WaitingCommand::Placing placing, const QString &command, const QString &replaced);
     void findPorts();
     void tickLine();
     void showProgress(int step);
@@ -91,6 +91,9 @@ private:
     void writeLog(const QString &line);
 
     ModuleLink &m_link;
+    ModuleLine &m_line;
+    Transmitter &m_transmitter;
+    WaitingCommand &m_waiting;
     Document &m_document;
     const TextTable &m_texts;
     MainMenu &m_menu;

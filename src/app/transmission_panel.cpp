@@ -21,7 +21,7 @@ constexpr std::chrono::milliseconds closeHeld{500};
 
 TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where where, QWidget *parent)
     : QWidget(parent),
-      m_link(link),
+      m_transmitter(link.transmitter()),
       m_document(document),
       m_where(std::move(where)),
       m_title(new QLabel(this)),
@@ -65,14 +65,14 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
     layout->addWidget(m_close);
     hide();
 
-    connect(&m_link, &ModuleLink::transmissionStarted, this, &TransmissionPanel::begin);
-    connect(&m_link, &ModuleLink::stepDone, this, &TransmissionPanel::takeStep);
-    connect(&m_link, &ModuleLink::stalled, this, &TransmissionPanel::showDetail);
-    connect(&m_link, &ModuleLink::transmissionEnded, this, &TransmissionPanel::end);
-    connect(&m_link, &ModuleLink::changed, this, &TransmissionPanel::showButtons);
+    connect(&m_transmitter, &Transmitter::started, this, &TransmissionPanel::begin);
+    connect(&m_transmitter, &Transmitter::stepDone, this, &TransmissionPanel::takeStep);
+    connect(&link, &ModuleLink::stalled, this, &TransmissionPanel::showDetail);
+    connect(&m_transmitter, &Transmitter::ended, this, &TransmissionPanel::end);
+    connect(&link, &ModuleLink::changed, this, &TransmissionPanel::showButtons);
     connect(&m_document, &Document::changed, this, &TransmissionPanel::showButtons);
-    connect(m_cancel, &QPushButton::clicked, &m_link, &ModuleLink::cancelTransmission);
-    connect(m_resume, &QPushButton::clicked, &m_link, &ModuleLink::resume);
+    connect(m_cancel, &QPushButton::clicked, &m_transmitter, &Transmitter::cancel);
+    connect(m_resume, &QPushButton::clicked, &m_transmitter, &Transmitter::resume);
     connect(m_close, &QPushButton::clicked, this, &QWidget::hide);
     connect(m_detail, &QLabel::linkActivated, this, [this](const QString &step) {
         const StepPlace place = placeOfStep(step.toInt());
@@ -98,7 +98,7 @@ void TransmissionPanel::applyTexts()
 void TransmissionPanel::begin()
 {
     m_started = m_document.environment().now();
-    m_firstStep = m_link.step();
+    m_firstStep = m_transmitter.step();
     m_ended = false;
     m_command.clear();
     showRunning();
@@ -198,7 +198,7 @@ QString TransmissionPanel::links(const QList<int> &list) const
 
 void TransmissionPanel::showSummary()
 {
-    const TransmissionReport &report = m_link.report();
+    const TransmissionReport &report = m_transmitter.report();
     m_title->setText(report.title());
     QString text = report.counts();
     for (const TransmissionReport::Finding &finding : report.findings()) {
@@ -215,12 +215,12 @@ void TransmissionPanel::showSummary()
 
 void TransmissionPanel::showButtons()
 {
-    const bool running = m_link.isTransmitting();
-    const bool broken = m_ended && m_link.report().brokenAt.has_value();
+    const bool running = m_transmitter.isTransmitting();
+    const bool broken = m_ended && m_transmitter.report().brokenAt.has_value();
     m_cancel->setVisible(running);
     m_close->setVisible(!running);
     m_resume->setVisible(broken);
-    m_resume->setEnabled(m_link.canResume(m_document.configuration()));
+    m_resume->setEnabled(m_transmitter.canResume(m_document.configuration()));
     m_resume->setToolTip(m_resume->isEnabled()
                              ? tr("Goes on at the step where the transmission stopped")
                              : tr("Possible with the same configuration over the same connection only"));

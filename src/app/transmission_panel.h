@@ -46,7 +46,7 @@ private:
     QString links(const QList<int> &steps) const;
     QString timeLeft(int step) const;
 
-    ModuleLink &m_link;
+    Transmitter &m_transmitter;
     Document &m_document;
     Where m_where;
     QDateTime m_started;

@@ -219,25 +219,26 @@ Outcome transmitted(const Configuration &configuration, LineKind kind, bool answ
     const auto connectLink = [&] {
         isSerial ? link.connectSerial(u"COM1"_s) : link.connectEthernet(u"10.0.0.7"_s, false);
     };
-    QObject::connect(&link, &ModuleLink::transmissionEnded, &link, [&] { outcome.hasEnded = true; });
+    QObject::connect(&link.transmitter(), &Transmitter::ended, &link, [&] { outcome.hasEnded = true; });
     connectLink();
     line.module.start();
-    link.transmit(configuration, answer);
-    for (int second = 0; second < 400 && !(outcome.hasEnded && !link.report().brokenAt); ++second) {
+    link.transmitter().transmit(configuration, answer);
+    for (int second = 0; second < 400 && !(outcome.hasEnded && !link.transmitter().report().brokenAt);
+         ++second) {
         timers.advance(std::chrono::seconds(1));
-        if (outcome.hasEnded && link.report().brokenAt && outcome.resumed < 3) {
+        if (outcome.hasEnded && link.transmitter().report().brokenAt && outcome.resumed < 3) {
             // What a user does: connects again where the line has gone, and goes on.
             ++outcome.resumed;
             outcome.hasEnded = false;
             if (link.state() == ModuleLink::State::Offline) {
                 connectLink();
             }
-            link.resume();
+            link.transmitter().resume();
         }
     }
     timers.advance(std::chrono::seconds(20)); // the closing command may be late
     outcome.hasStruck = line.hasStruck();
-    outcome.report = link.report();
+    outcome.report = link.transmitter().report();
     return outcome;
 }
 

@@ -28,7 +28,7 @@ private Q_SLOTS:
     void oneSearchAtTheStartStaysAtTheFirstPort()
     {
         m_link.searchOnce();
-        QCOMPARE(m_link.port(), "COM1");
+        QCOMPARE(m_link.line().port(), "COM1");
         m_timers.advance(std::chrono::minutes(5));
         QCOMPARE(m_line.opened, QStringList("COM1"));
         QVERIFY(!m_link.isConnected());
@@ -58,41 +58,41 @@ private Q_SLOTS:
 
     void aTransmissionSendsTheConfigurationOfItsStart()
     {
-        const QSignalSpy ended(&m_link, &ModuleLink::transmissionEnded);
+        const QSignalSpy ended(&m_transmitter, &Transmitter::ended);
         Configuration configuration;
         makeNew(configuration, fixedEnvironment());
         configuration.gsm.stationId = "as it was";
         m_link.connectSerial("COM1");
-        m_link.transmit(configuration, false);
+        m_transmitter.transmit(configuration, false);
         configuration.gsm.stationId = "edited later";
         say("at+cpin?\r");
         for (int step = steps::first; step <= steps::last; ++step) {
-            QVERIFY(m_link.isTransmitting());
+            QVERIFY(m_transmitter.isTransmitting());
             say("at+cmgr=1\r");
         }
         QVERIFY(m_line.sent.contains("as it was"));
         QVERIFY(!m_line.sent.contains("edited later"));
         QCOMPARE(ended.size(), 1);
-        QCOMPARE(m_link.report().sent, 79);
-        QVERIFY(!m_link.report().brokenAt && !m_link.canResume(configuration));
+        QCOMPARE(m_transmitter.report().sent, 79);
+        QVERIFY(!m_transmitter.report().brokenAt && !m_transmitter.canResume(configuration));
     }
 
     void noTextOfAConfigurationStartsAService()
     {
         const QSignalSpy told(&m_link, &ModuleLink::statusMessage);
-        const QSignalSpy left(&m_link, &ModuleLink::commandLeft);
+        const QSignalSpy left(&m_waiting, &WaitingCommand::sent);
         Configuration configuration;
         for (std::size_t i = 0; i < configuration.limitValues.size(); ++i) {
             configuration.limitValues[i].alarm = QStringList{"§88", "§,77", "§,0,6"}[static_cast<int>(i) % 3];
         }
         configuration.gsm.stationId = configuration.versionText = "§88";
         m_link.connectSerial("COM1");
-        m_link.transmit(configuration, false);
+        m_transmitter.transmit(configuration, false);
         for (int step = steps::first; step <= steps::last; ++step) {
             say("at+cmgr=1\r");
             m_timers.advance(Milliseconds(1500));
         }
-        QVERIFY(!m_link.isTransmitting() && left.isEmpty());
+        QVERIFY(!m_transmitter.isTransmitting() && left.isEmpty());
         for (const QVariantList &line : told) {
             QVERIFY2(!line.first().toString().contains("firmware"), qPrintable(line.first().toString()));
         }
@@ -100,16 +100,16 @@ private Q_SLOTS:
 
     void aLineThatBreaksTellsTheStepAndIsLookedForAgain()
     {
-        const QSignalSpy ended(&m_link, &ModuleLink::transmissionEnded);
+        const QSignalSpy ended(&m_transmitter, &Transmitter::ended);
         m_link.connectSerial("COM1");
-        m_link.transmit({}, false);
+        m_transmitter.transmit({}, false);
         say("at+cpin?\r");
         say("at+cmgr=1\r");
         m_line.close();
         Q_EMIT m_line.lost("unplugged", true);
         QCOMPARE(ended.size(), 1);
-        QCOMPARE(m_link.report().brokenAt, 0); // it was handed over, but did it arrive?
-        QVERIFY(!m_link.isConnected() && !m_link.isTransmitting());
+        QCOMPARE(m_transmitter.report().brokenAt, 0); // it was handed over, but did it arrive?
+        QVERIFY(!m_link.isConnected() && !m_transmitter.isTransmitting());
         QCOMPARE(m_line.opened, QStringList({"COM1", "COM1"}));
         m_line.sent.clear();
         say("at+cmgr=1\r");
@@ -117,19 +117,19 @@ private Q_SLOTS:
 
         Configuration edited;
         edited.gsm.stationId = "another";
-        QVERIFY(!m_link.canResume(edited));
-        QVERIFY(m_link.canResume({}));
+        QVERIFY(!m_transmitter.canResume(edited));
+        QVERIFY(m_transmitter.canResume({}));
         Configuration reported;
         reported.gsm.stationType = "NVA"; // as the module says, and no command carries it
-        QVERIFY(m_link.canResume(reported));
-        m_link.resume();
+        QVERIFY(m_transmitter.canResume(reported));
+        m_transmitter.resume();
         say("at+cmgr=1\r");
         say("at+cmgr=1\r");
         QVERIFY(m_line.sent.contains("\r\nn,")); // step 1, after the version of step 0
-        m_link.cancelTransmission();
-        QCOMPARE(m_link.report().brokenAt, 1);
+        m_transmitter.cancel();
+        QCOMPARE(m_transmitter.report().brokenAt, 1);
         m_link.connectSerial("COM2");
-        QVERIFY(!m_link.canResume({})); // it may be another module
+        QVERIFY(!m_transmitter.canResume({})); // it may be another module
     }
 
     void answersAndRefusalsAreReportedByStep()
@@ -137,7 +137,7 @@ private Q_SLOTS:
         Configuration configuration;
         configuration.limitValues[2].alarm = QString(200, u'x');
         m_link.connectSerial("COM1");
-        m_link.transmit(configuration, true);
+        m_transmitter.transmit(configuration, true);
         for (int step = 0; step < 6; ++step) {
             say("at+cmgr=1\r");
             // What it tells others, its reports and its modem's errors answer nothing, nor does what names
@@ -149,36 +149,38 @@ private Q_SLOTS:
             }
             sms(step == 0 ? "+IP\"\rV,2.1.05,failsafe,KTR" : step == 1 ? "+IP\"\rfailed N" : "+IP\"\rOK");
         }
-        QCOMPARE(m_link.report().refused, QList<int>{4});
-        QCOMPARE(m_link.report().failed, QList<int>{1});
-        QCOMPARE(m_link.report().sent, 5);
-        QCOMPARE(m_link.report().answered, 5);
+        QCOMPARE(m_transmitter.report().refused, QList<int>{4});
+        QCOMPARE(m_transmitter.report().failed, QList<int>{1});
+        QCOMPARE(m_transmitter.report().sent, 5);
+        QCOMPARE(m_transmitter.report().answered, 5);
         say("at+cmgr=1\r");
         say("at+cmgr=1\r");
-        QCOMPARE(m_link.report().unconfirmed, (QList<int>{6, 7})); // the next answer may be of either
+        QCOMPARE(m_transmitter.report().unconfirmed, (QList<int>{6, 7})); // the next answer may be of either
     }
 
     void aCommandWaitsForTheModuleThatItWasPlacedFor()
     {
         QSignalSpy told(&m_link, &ModuleLink::statusMessage);
-        QCOMPARE(m_link.place("k"), ModuleLink::Placing::NoConnection);
-        QVERIFY(m_link.waiting().isEmpty());
+        QCOMPARE(m_waiting.place("k"), WaitingCommand::Placing::NoConnection);
+        QVERIFY(m_waiting.text().isEmpty());
         const std::initializer_list<std::function<void()>> leave{
             [&] { m_link.connectEthernet("10.0.0.7", false); },
             [&] { m_link.connectSerial("COM2"); },
             [&] { Q_EMIT m_line.lost("unplugged", true); },
             [&] { m_link.goOffline(); },
-            [&] { m_link.connectSerial({}), m_link.place("k"), m_timers.advance(std::chrono::minutes(1)); },
-            [&] { m_link.takeBack(); }};
+            [&] {
+                m_link.connectSerial({}), m_waiting.place("k"), m_timers.advance(std::chrono::minutes(1));
+            },
+            [&] { m_waiting.takeBack(); }};
         for (const auto &change : leave) {
             for (const auto &connect :
                  {std::function<void()>([&] { m_link.connectSerial("COM1"); }),
                   std::function<void()>([&] { m_link.connectEthernet("10.0.0.8", true); })}) {
                 connect();
-                QCOMPARE(m_link.place("k"), ModuleLink::Placing::Waits);
-                QCOMPARE(m_link.waiting(), "k");
+                QCOMPARE(m_waiting.place("k"), WaitingCommand::Placing::Waits);
+                QCOMPARE(m_waiting.text(), "k");
                 change();
-                QVERIFY(m_link.waiting().isEmpty());
+                QVERIFY(m_waiting.text().isEmpty());
                 connect();
                 m_line.sent.clear();
                 m_net.sent.clear();
@@ -189,11 +191,11 @@ private Q_SLOTS:
             }
         }
         m_link.connectSerial("COM1");
-        m_link.place("k");
-        m_link.transmit({}, false);
+        m_waiting.place("k");
+        m_transmitter.transmit({}, false);
         QCOMPARE(told.last().front().toString(), "k was not sent and waits no longer");
-        QCOMPARE(m_link.place("k"), ModuleLink::Placing::Transmitting);
-        QVERIFY(m_link.waiting().isEmpty());
+        QCOMPARE(m_waiting.place("k"), WaitingCommand::Placing::Transmitting);
+        QVERIFY(m_waiting.text().isEmpty());
     }
 
     void whatIsToldOfACommandAndItsTimeDoNotAge()
@@ -206,16 +208,16 @@ private Q_SLOTS:
             return fromWindows1252(m_line.sent).section("\r\n", 2, 2);
         };
         m_link.connectSerial("COM1");
-        m_link.placeClock();
-        QCOMPARE(m_link.waiting(), QStringLiteral("T,…"));
+        m_waiting.placeClock();
+        QCOMPARE(m_waiting.text(), QStringLiteral("T,…"));
         QCOMPARE(handedOver(), "T,09,11,15,15,05,37,7");
         QCOMPARE(told.last().front().toString(), "T,09,11,15,15,05,37,7 was handed to the module");
-        m_link.placeClock();
-        m_link.place("k");
+        m_waiting.placeClock();
+        m_waiting.place("k");
         QCOMPARE(handedOver(), "k");
         QCOMPARE(told.last().front().toString(), "k was handed to the module");
-        m_link.place("K");
-        m_link.takeBack();
+        m_waiting.place("K");
+        m_waiting.takeBack();
         QCOMPARE(told.last().front().toString(), "K was not sent and waits no longer");
         m_link.goOffline();
         QCOMPARE(told.last().front().toString(), "The line was closed");
@@ -233,16 +235,16 @@ private Q_SLOTS:
         configuration.limitValues[0].alarm = QString(200, u'x');
         configuration.limitValues[19].alarm = QString(200, u'y');
         m_link.connectSerial("COM1");
-        m_link.transmit(configuration, false);
-        while (m_link.isTransmitting() && tooLong.empty()) {
+        m_transmitter.transmit(configuration, false);
+        while (m_transmitter.isTransmitting() && tooLong.empty()) {
             say("at+cmgr=1\r");
         }
-        QVERIFY(m_link.isTransmitting());
-        while (m_link.isTransmitting()) {
+        QVERIFY(m_transmitter.isTransmitting());
+        while (m_transmitter.isTransmitting()) {
             say("at+cmgr=1\r");
         }
         QCOMPARE(tooLong.size(), 2);
-        m_link.place(QString(161, u'z'));
+        m_waiting.place(QString(161, u'z'));
         say("at+cmgr=1\r");
         QCOMPARE(tooLong.size(), 3);
     }
@@ -252,7 +254,7 @@ private Q_SLOTS:
         QSignalSpy stalled(&m_link, &ModuleLink::stalled);
         const QSignalSpy interrupted(&m_link, &ModuleLink::interrupted);
         m_link.connectSerial("COM1");
-        m_link.transmit({}, false);
+        m_transmitter.transmit({}, false);
         for (int second = 0; second < 61; ++second) {
             say("at+cpin?\r");
             m_timers.advance(std::chrono::seconds(1));
@@ -260,9 +262,9 @@ private Q_SLOTS:
         QCOMPARE(stalled.size(), 1);
         QCOMPARE(stalled[0].front().toString(),
                  "no progress for 60 s; heard: 60 lines, the last one \"at+cpin?\"");
-        QVERIFY(m_link.isTransmitting() && interrupted.isEmpty());
+        QVERIFY(m_transmitter.isTransmitting() && interrupted.isEmpty());
         m_timers.advance(std::chrono::minutes(3));
-        QVERIFY(!m_link.isTransmitting());
+        QVERIFY(!m_transmitter.isTransmitting());
         QCOMPARE(interrupted.size(), 1);
     }
 
@@ -270,9 +272,9 @@ private Q_SLOTS:
     {
         m_link.connectSerial("COM1");
         say("at+cpin?\r");
-        m_link.transmit({}, false);
+        m_transmitter.transmit({}, false);
         m_link.goOffline();
-        QVERIFY(!m_line.isOpen() && !m_link.isTransmitting() && !m_link.isConnected());
+        QVERIFY(!m_line.isOpen() && !m_transmitter.isTransmitting() && !m_link.isConnected());
         m_timers.advance(std::chrono::minutes(5));
         QCOMPARE(m_line.opened.size(), 1);
     }
@@ -292,6 +294,8 @@ private:
         return environment;
     }();
     ModuleLink m_link{m_line, m_net, m_timers, m_environment, [this] { return m_ports; }};
+    Transmitter &m_transmitter = m_link.transmitter();
+    WaitingCommand &m_waiting = m_link.waitingCommand();
 };
 
 QTEST_GUILESS_MAIN(ModuleLinkTest)
