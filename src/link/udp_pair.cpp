@@ -343,7 +343,7 @@ private:
     void lookIn(Clock::duration time)
     {
         m_isLookDue = true;
-        m_lossTimer.expires_after(std::min<Clock::duration>(time, m_limits.calm));
+        m_lossTimer.expires_after(std::min<Clock::duration>(time, m_limits.quietUntilOver));
         m_lossTimer.async_wait([self = shared_from_this()](const asio::error_code &) {
             self->m_isLookDue = false;
             if (!self->m_isClosed) {
@@ -361,7 +361,7 @@ private:
             m_lastLoss = now;
             m_loss = loss;
             m_events.lost(loss);
-        } else if (m_loss && now - m_lastLoss >= m_limits.calm) {
+        } else if (m_loss && now - m_lastLoss >= m_limits.quietUntilOver) {
             loss.isOver = true;
             m_loss.reset();
             m_events.lost(loss);

@@ -37,8 +37,8 @@ struct IntakeLimits
     /// beyond.
     qint64 waiting = qint64{4} << 20;
     qint64 waitingOfAll = qint64{64} << 20;
-    /// Without further loss it is over.
-    std::chrono::milliseconds calm{10'000};
+    /// A loss counts as over when none followed for so long.
+    std::chrono::milliseconds quietUntilOver{10'000};
 };
 
 /// Datagrams that were dropped because more came than is taken in, or the program was not running.

@@ -181,7 +181,7 @@ private Q_SLOTS:
         limits.burst = 100 * IntakeLimits::ofADatagram;
         limits.perSecond = 8 << 20;
         limits.waiting = 64 << 10;
-        limits.calm = std::chrono::milliseconds(300);
+        limits.quietUntilOver = std::chrono::milliseconds(300);
         StationSockets sockets(m_io, {}, limits);
         RecordingOwner owner;
         const auto all = watch(21, sockets, owner);
