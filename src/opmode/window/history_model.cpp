@@ -61,7 +61,7 @@ void HistoryModel::read(int end)
     m_rows.reserve(static_cast<std::size_t>(end));
     for (int row = static_cast<int>(m_records.size()); row < end; ++row) {
         const QString text = m_tree.index(row, 0, m_branch).data().toString();
-        HistoryRecord record{0, m_records.empty() ? 0 : m_records.back().minute, 0, false, false};
+        HistoryPoint record{0, m_records.empty() ? 0 : m_records.back().minute, 0, false, false};
         if (const auto entry = historyEntry(text)) {
             const std::optional<double> number = toNumber(entry->value);
             record = {number.value_or(0), entry->minute.value_or(record.minute),
@@ -103,8 +103,8 @@ bool HistoryModel::isBefore(quint32 left, quint32 right) const
     const bool ascending = m_order == Qt::AscendingOrder;
     const quint32 first = ascending ? left : right;
     const quint32 second = ascending ? right : left;
-    const HistoryRecord &a = m_records[first];
-    const HistoryRecord &b = m_records[second];
+    const HistoryPoint &a = m_records[first];
+    const HistoryPoint &b = m_records[second];
     if (m_column == Input && a.input != b.input) {
         return a.input < b.input;
     }
@@ -175,7 +175,7 @@ QVariant HistoryModel::data(const QModelIndex &index, int role) const
         return {};
     }
     const quint32 number = m_rows[static_cast<std::size_t>(index.row())];
-    const HistoryRecord &record = m_records[number];
+    const HistoryPoint &record = m_records[number];
     if (role == Qt::TextAlignmentRole && index.column() == Value) {
         const Qt::Alignment side = record.hasValue ? Qt::AlignRight : Qt::AlignLeft;
         return QVariant::fromValue(side | Qt::AlignVCenter);

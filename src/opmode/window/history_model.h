@@ -11,7 +11,7 @@ class QTimer;
 namespace ktr {
 
 /// What of an entry of the history is sorted and drawn; its text stays in the tree.
-struct HistoryRecord
+struct HistoryPoint
 {
     double value;
     qint32 minute; ///< of wall time since 2000; without a time that of the entry before, to stay beside it
@@ -38,7 +38,7 @@ public:
     void setLocale(const QLocale &locale);
 
     /// In the order of their arrival.
-    const std::vector<HistoryRecord> &records() const { return m_records; }
+    const std::vector<HistoryPoint> &records() const { return m_records; }
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -63,8 +63,8 @@ private:
 
     const StationTree &m_tree;
     QPersistentModelIndex m_branch;
-    std::vector<HistoryRecord> m_records; ///< as many of the branch's entries as were read
-    std::vector<quint32> m_rows;          ///< which record stands in a row
+    std::vector<HistoryPoint> m_records; ///< as many of the branch's entries as were read
+    std::vector<quint32> m_rows;         ///< which record stands in a row
     int m_column = Time;
     Qt::SortOrder m_order = Qt::AscendingOrder;
     QLocale m_locale = QLocale::c();

@@ -277,9 +277,9 @@ void HistoryPage::showAdded(std::size_t first)
 void HistoryPage::drawFrom(std::size_t first)
 {
     QList<PlotPoint> points;
-    const std::vector<HistoryRecord> &records = m_model->records();
+    const std::vector<HistoryPoint> &records = m_model->records();
     for (std::size_t at = first; at < records.size(); ++at) {
-        const HistoryRecord &record = records[at];
+        const HistoryPoint &record = records[at];
         if (record.hasTime && record.hasValue && record.input >= 1 && record.input <= channelCount) {
             points.append({record.input, secondsTo2000 + qint64(record.minute) * 60, record.value});
         }
@@ -334,7 +334,7 @@ void HistoryPage::drawSamples()
 
 void HistoryPage::describe()
 {
-    const std::vector<HistoryRecord> &records = m_model->records();
+    const std::vector<HistoryPoint> &records = m_model->records();
     const QString nothing = station() == nullptr ? tr("Choose a station to see its history.")
                             : records.empty()    ? tr("%1 has not sent any history yet.").arg(stationName())
                                                  : QString();
@@ -343,7 +343,7 @@ void HistoryPage::describe()
         return;
     }
     std::optional<std::pair<qint32, qint32>> span;
-    for (const HistoryRecord &record : records) {
+    for (const HistoryPoint &record : records) {
         if (record.hasTime) {
             span = span ? std::pair(qMin(span->first, record.minute), qMax(span->second, record.minute))
                         : std::pair(record.minute, record.minute);

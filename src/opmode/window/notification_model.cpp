@@ -47,7 +47,7 @@ void NotificationModel::reset()
 void NotificationModel::fill()
 {
     m_rows.clear();
-    m_beyond = m_tree.nodes().end();
+    m_seenEnd = m_tree.nodes().end();
     const auto take = [this](Id id) {
         if (isWanted(id)) {
             m_rows.push_back(rowFor(id));

@@ -107,7 +107,7 @@ private:
     Rows m_rows;
     QSet<Id> m_noted;          ///< new or changed since the last update
     bool m_isOldNoted = false; ///< what was there at the last update changed, or is gone
-    Id m_beyond = 0;           ///< greater than what was there at the last update
+    Id m_seenEnd = 0;          ///< the end of the numbers of nodes at the last update
     std::unique_ptr<OneShotTimer> m_delay;
 };
 

@@ -14,7 +14,7 @@ constexpr int mostRuns = 64;
 void NotificationModel::note(Id id)
 {
     m_noted.insert(id);
-    m_isOldNoted = m_isOldNoted || id < m_beyond;
+    m_isOldNoted = m_isOldNoted || id < m_seenEnd;
     if (!m_delay->isRunning()) {
         m_delay->start(longestDelay, [this] { update(); });
     }
@@ -60,7 +60,7 @@ void NotificationModel::update()
     m_delay->stop();
     Q_EMIT aboutToUpdate();
     QSet<Id> noted = std::exchange(m_noted, {});
-    m_beyond = m_tree.nodes().end();
+    m_seenEnd = m_tree.nodes().end();
     if (std::exchange(m_isOldNoted, false) && !updateListed(noted)) {
         reset();
         return;
