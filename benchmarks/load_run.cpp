@@ -299,7 +299,7 @@ void run(const Options &options)
     OperationalMode mode({systemEnvironment(), timers, [&sockets] { return sockets.createLine(); }},
                          {QStringLiteral("Notifications"), QStringLiteral("History"), QStringLiteral("IP")});
     int refused = 0;
-    QObject::connect(&mode, &OperationalMode::told, &mode, [&refused](const QString &line) {
+    QObject::connect(&mode, &OperationalMode::statusMessage, &mode, [&refused](const QString &line) {
         if (++refused == 1) {
             std::printf("told first: %s\n", qPrintable(line));
         }

@@ -72,7 +72,7 @@ int watch(const Arguments &arguments, const Environment &environment, const QStr
     Interruption interruption(io, [] { QCoreApplication::quit(); });
     OperationalMode mode({environment, timers, [&sockets] { return sockets.createLine(); }},
                          stationCaptions({}));
-    QObject::connect(&mode, &OperationalMode::told, &mode, &complain);
+    QObject::connect(&mode, &OperationalMode::statusMessage, &mode, &complain);
     QObject::connect(&mode, &OperationalMode::happened, &mode, [&](const StationEvent &event) {
         print(lineOf(event.kennung, nameOf(event.kind), event.text, environment.now()));
     });

@@ -53,7 +53,7 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
     connect(&m_stations, &cStations::message, this, &OperationalMode::takeMessage);
     connect(&m_stations, &cStations::changed, this, &OperationalMode::takeChange);
     connect(&m_stations, &cStations::trouble, this, [this](const QString &kennung, const QString &text) {
-        Q_EMIT told(kennung + QLatin1String(": ") + text);
+        Q_EMIT statusMessage(kennung + QLatin1String(": ") + text);
         Q_EMIT stationChanged(kennung);
     });
 }
@@ -80,7 +80,7 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     Status loaded = load(attributes);
     m_hindrance = loaded ? Hindrance::None : Hindrance::Unusable;
     if (!loaded) {
-        Q_EMIT told(loaded.message());
+        Q_EMIT statusMessage(loaded.message());
     }
     for (const QString &remark : m_file->remarks()) {
         tellDefect(remark);
@@ -98,7 +98,7 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
         m_keeper.emplace(
             m_tree, *m_file, *m_times, *m_journal,
             [this](const QString &kennung) { return this->attributes(kennung); },
-            [this](const QString &trouble) { Q_EMIT told(trouble); }, m_services.filesInBetween);
+            [this](const QString &trouble) { Q_EMIT statusMessage(trouble); }, m_services.filesInBetween);
     }
     createStations(attributes);
     m_isOpen = true;
@@ -114,14 +114,14 @@ Status OperationalMode::takeLock(Use use)
         if (use != Use::WatchAnyway) {
             return Status::failed(tr("%1: the list is in use by %2").arg(m_path, m_lock.holder()));
         }
-        Q_EMIT told(
+        Q_EMIT statusMessage(
             tr("%1: the list is in use by %2. Modules answer who announced last: what is told here is "
                "missing there, and the other way round")
                 .arg(m_path, m_lock.holder()));
         break;
     case FileLock::Outcome::Impossible:
-        Q_EMIT told(tr("%1; another program that uses the list at the same time is not noticed")
-                        .arg(m_lock.trouble().message()));
+        Q_EMIT statusMessage(tr("%1; another program that uses the list at the same time is not noticed")
+                                 .arg(m_lock.trouble().message()));
         break;
     }
     return Status::done();
@@ -219,7 +219,7 @@ void OperationalMode::colourStationsInAlarm()
 void OperationalMode::tellDefect(const QString &defect)
 {
     m_defects += defect;
-    Q_EMIT told(defect);
+    Q_EMIT statusMessage(defect);
 }
 
 /// Brings back what a run that ended by a crash had shown.
@@ -228,7 +228,8 @@ void OperationalMode::replay(const QString &path, QHash<QString, StationAttribut
     m_journal.emplace(
         path, m_services.timers,
         [this](const QString &trouble) {
-            Q_EMIT told(trouble.isEmpty() ? tr("Changes are written to the journal again") : trouble);
+            Q_EMIT statusMessage(trouble.isEmpty() ? tr("Changes are written to the journal again")
+                                                   : trouble);
         },
         &m_tree.savedKeys());
     m_journal->setSettled([this] { answerKept(); });
@@ -257,7 +258,7 @@ void OperationalMode::replay(const QString &path, QHash<QString, StationAttribut
         if (replayed.unfit > 0 || replayed.damaged) {
             tellDefect(leftOut);
         } else { // the last record, which a power cut tore: nobody was told that it is kept
-            Q_EMIT told(leftOut);
+            Q_EMIT statusMessage(leftOut);
         }
     }
 }
@@ -442,7 +443,7 @@ void OperationalMode::takeMessage(const QString &kennung, const QString &text)
                                  message);
     Q_EMIT happened({kennung, kind, kind == Kind::Message ? withoutPin(text) : withoutMark(text)});
     if (!outcome.unusable.isEmpty()) {
-        Q_EMIT told(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
+        Q_EMIT statusMessage(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
     }
     m_isAlarm = outcome.alarm;
     if (outcome.alarm) {
@@ -518,11 +519,11 @@ void OperationalMode::takeChange(const QString &kennung, StationChange what)
         Q_EMIT happened({kennung, Kind::Puk, QStringLiteral("cleared")});
         break;
     case StationChange::LossBegan:
-        Q_EMIT told(kennung + QLatin1String(": ") + textOf(*station.loss()));
+        Q_EMIT statusMessage(kennung + QLatin1String(": ") + textOf(*station.loss()));
         Q_EMIT happened({kennung, Kind::Flood, QStringLiteral("begins")});
         break;
     case StationChange::LossOver:
-        Q_EMIT told(kennung + QLatin1String(": ") + textOf(*station.loss()));
+        Q_EMIT statusMessage(kennung + QLatin1String(": ") + textOf(*station.loss()));
         Q_EMIT happened({kennung, Kind::Flood,
                          QStringLiteral("over: %1 datagrams dropped").arg(station.loss()->dropped)});
         break;
@@ -554,7 +555,8 @@ Status OperationalMode::close()
         }
         m_tree.setObserver({});
         if (const Status removed = m_journal->remove(); !removed) {
-            Q_EMIT told(removed.message()); // it does not fit the file any more and is put aside next time
+            Q_EMIT statusMessage(
+                removed.message()); // it does not fit the file any more and is put aside next time
         }
         m_keeper.reset();
         m_journal.reset();

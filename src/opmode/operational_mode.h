@@ -111,7 +111,7 @@ public:
 
 Q_SIGNALS:
     /// A line for the status bar.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
     /// The last run ended by a crash, and what it had shown was brought back.
     void recovered(const QString &line);
     void happened(const ktr::StationEvent &event);

@@ -51,7 +51,7 @@ int main(int argc, char **argv)
         wasTold = true;
         say("told", text);
     };
-    QObject::connect(&mode, &OperationalMode::told, &mode, tell);
+    QObject::connect(&mode, &OperationalMode::statusMessage, &mode, tell);
     if (!mode.open(nodes, OperationalMode::Use::Keep)) {
         return 1;
     }

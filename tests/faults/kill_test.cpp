@@ -29,7 +29,8 @@ struct Found
         for (const QString &name : folder.entryList(QDir::Files)) {
             QFile::copy(folder.filePath(name), copy.filePath(name));
         }
-        QObject::connect(&mode, &OperationalMode::told, &mode, [this](const QString &line) { told += line; });
+        QObject::connect(&mode, &OperationalMode::statusMessage, &mode,
+                         [this](const QString &line) { told += line; });
         opened = mode.open(copy.filePath(u"nodes.xml"_s), OperationalMode::Use::Keep);
     }
 

@@ -34,7 +34,8 @@ struct Found
         : mode({test::fixedEnvironment(), timers, [] { return std::make_unique<test::RecordedLine>(); }},
                {u"Notifications"_s, u"History"_s, u"IP"_s})
     {
-        QObject::connect(&mode, &OperationalMode::told, &mode, [this](const QString &line) { told += line; });
+        QObject::connect(&mode, &OperationalMode::statusMessage, &mode,
+                         [this](const QString &line) { told += line; });
         opened = mode.open(folder + u"/nodes.xml"_s, OperationalMode::Use::Keep);
     }
     QModelIndex alarm(const QString &number) const

@@ -35,7 +35,7 @@ int main(int argc, char **argv)
                     qPrintable(text));
         std::fflush(stdout);
     };
-    QObject::connect(&mode, &OperationalMode::told, &mode,
+    QObject::connect(&mode, &OperationalMode::statusMessage, &mode,
                      [&](const QString &line) { show(QLatin1String("told ") + line); });
     QObject::connect(&mode, &OperationalMode::happened, &mode,
                      [&](const StationEvent &event) { show(event.text); });

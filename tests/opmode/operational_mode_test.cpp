@@ -34,7 +34,7 @@ struct Run
                                                [] { return 0; }, limits},
                      StationCaptions{QStringLiteral("Notifications"), QStringLiteral("History"),
                                      QStringLiteral("IP")});
-        QObject::connect(&*mode, &OperationalMode::told, &*mode,
+        QObject::connect(&*mode, &OperationalMode::statusMessage, &*mode,
                          [this](const QString &line) { told += line; });
         QObject::connect(&*mode, &OperationalMode::happened, &*mode,
                          [this](const StationEvent &event) { events += event; });

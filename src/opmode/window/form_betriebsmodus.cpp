@@ -68,7 +68,7 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     buildMenus();
     layOut();
     connectAlarms();
-    connect(&m_mode, &OperationalMode::told, this, &Form_betriebsmodus::tell);
+    connect(&m_mode, &OperationalMode::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_mode, &OperationalMode::recovered, m_messages, &MessageLine::pin);
     connect(&m_mode, &OperationalMode::happened, this, &Form_betriebsmodus::tellLiveness);
     connect(&m_mode, &OperationalMode::stationChanged, this, [this](const QString &kennung) {
