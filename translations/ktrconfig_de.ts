@@ -1137,14 +1137,6 @@ Wasserturm;turm.example.org:49111</translation>
 <context>
     <name>ktr::FormMain</name>
     <message>
-        <source>There is no file %1</source>
-        <translation>Die Datei %1 gibt es nicht</translation>
-    </message>
-    <message>
-        <source>%1 cannot be opened</source>
-        <translation>%1 lässt sich nicht öffnen</translation>
-    </message>
-    <message>
         <source>The settings could not be read; they are kept under another name beside the new ones</source>
         <translation>Die Einstellungen waren nicht lesbar; sie bleiben unter anderem Namen neben den neuen erhalten</translation>
     </message>
@@ -1155,22 +1147,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>A file dialog is still open; the window can be closed after it</source>
         <translation>Ein Dateidialog ist noch offen; danach lässt sich das Fenster schließen</translation>
-    </message>
-    <message>
-        <source>Saved: %1</source>
-        <translation>Gespeichert: %1</translation>
-    </message>
-    <message>
-        <source>Stop the transmission</source>
-        <translation>Übertragung abbrechen</translation>
-    </message>
-    <message>
-        <source>Go on</source>
-        <translation>Fortfahren</translation>
-    </message>
-    <message>
-        <source>Close</source>
-        <translation>Schließen</translation>
     </message>
     <message>
         <source>Firmware is being sent to the module. Closing ends that: the module then has a part of it only and may not work until it gets all of it. Close nevertheless?</source>
@@ -1625,6 +1601,21 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::LinkDialogs</name>
+    <message>
+        <source>Stop the transmission</source>
+        <translation>Übertragung abbrechen</translation>
+    </message>
+    <message>
+        <source>Go on</source>
+        <translation>Fortfahren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
     <name>ktr::LinkPresenter</name>
     <message>
         <source>searching</source>
@@ -1968,6 +1959,21 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1: stations that were damaged were rebuilt from what stands under them. Their addresses, schedules and whether they are online have to be checked: %2</source>
         <translation>%1: Beschädigte Stationen wurden aus dem wiederhergestellt, was unter ihnen steht. Ihre Adressen, ihre Zeitpläne und ob sie online sind, müssen geprüft werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::PageBuilder</name>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>There is no file %1</source>
+        <translation>Die Datei %1 gibt es nicht</translation>
+    </message>
+    <message>
+        <source>%1 cannot be opened</source>
+        <translation>%1 lässt sich nicht öffnen</translation>
     </message>
 </context>
 <context>

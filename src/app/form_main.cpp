@@ -1,49 +1,28 @@
 #include "app/form_main.h"
 
-#include "app/about_window.h"
-#include "app/appearance_setting.h"
 #include "app/file_commands.h"
 #include "app/language_setting.h"
+#include "app/link_dialogs.h"
 #include "app/link_presenter.h"
 #include "app/main_menu.h"
-#include "app/preview_window.h"
-#include "app/printing.h"
+#include "app/page_builder.h"
 #include "app/problem_panel.h"
-#include "app/settings_window.h"
 #include "app/status_line.h"
 #include "app/transmission_panel.h"
 #include "config/address.h"
-#include "editor/calibration_page.h"
-#include "editor/connection_page.h"
-#include "editor/ethernet_page.h"
-#include "editor/gsm_page.h"
-#include "editor/info_page.h"
-#include "editor/input_page.h"
-#include "editor/limit_value_page.h"
-#include "editor/switch_point_page.h"
-#include "editor/test_page.h"
-#include "lang/load_texts.h"
-#include "link/service_commands.h"
 #include "look/icons.h"
 #include "look/message_dialog.h"
 #include "look/outside_texts.h"
 #include "look/program_name.h"
-#include "look/style.h"
-#include "platform/files.h"
-#include "platform/helper_program.h"
 #include "platform/registry.h"
 #include "platform/settings_store.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDesktopServices>
 #include <QDir>
-#include <QFileInfo>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QMimeData>
-#include <QPushButton>
 #include <QScreen>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -75,8 +54,10 @@ FormMain::FormMain(const Services &services)
       m_document(services.environment),
       m_history(m_document),
       m_context{m_document, m_history, m_texts},
+      m_language(*this, m_texts, m_context, services.environment.programFolder),
       m_link(services.serial, services.ethernet, services.timers, services.environment, services.ports),
       m_instance(services.timers, services.instanceName, [this] { return works(); }),
+      m_sideWindows(*this, m_document, m_texts),
       m_operationalMode(operationalServices(services), m_texts),
       m_takeOver(m_instance, m_texts, m_wait, services.environment.programFolder)
 {
@@ -88,35 +69,21 @@ FormMain::FormMain(const Services &services)
     m_context.showMessage = [this](const QString &text) { showMessage(text); };
     m_wait.setObjectName(QStringLiteral("Tmr_wait"));
     m_wait.setSingleShot(true);
+    connect(&m_language, &InterfaceLanguage::changed, this, &FormMain::applyTexts);
+    connect(&m_language, &InterfaceLanguage::statusMessage, this, &FormMain::tell);
     layOut();
     m_files = std::make_unique<FileCommands>(*this, m_document, m_history, m_texts);
     m_linkPresenter =
         std::make_unique<LinkPresenter>(m_link, m_services.timers, m_document, m_texts, *m_menu, *m_status);
+    m_linkDialogs = std::make_unique<LinkDialogs>(*this, m_context, *m_linkPresenter, m_link.transmitter(),
+                                                  m_files->dialogs());
+    m_pageBuilder = std::make_unique<PageBuilder>(m_context, *m_linkPresenter, m_files->dialogs(), m_options);
     connectMenu();
     connectDocument();
     connectProblems();
     connect(m_linkPresenter.get(), &LinkPresenter::statusMessage, this, &FormMain::tell);
     connect(m_linkPresenter.get(), &LinkPresenter::addressWanted, this, &FormMain::askForAddress);
     connect(m_linkPresenter.get(), &LinkPresenter::ethernetWanted, this, &FormMain::connectEthernet);
-    connect(m_linkPresenter.get(), &LinkPresenter::firmwareReady, this, [this](const QString &what) {
-        if (Dialog::questionOfLoss(this, m_texts, what)) {
-            m_linkPresenter->place(serviceCommands::firmware);
-        }
-    });
-    connect(m_linkPresenter.get(), &LinkPresenter::exportFileWanted, this, &FormMain::askForExportFile);
-    connect(m_linkPresenter.get(), &LinkPresenter::overwritingFound, this, &FormMain::offerToStop);
-    connect(m_linkPresenter.get(), &LinkPresenter::overwritingPassed, this, [this] {
-        if (m_overwriting != nullptr) {
-            m_overwriting->close();
-        }
-    });
-    connect(
-        m_linkPresenter.get(), &LinkPresenter::messageWanted, this,
-        [this](const QString &text, const QString &topic) { Dialog::message(this, m_texts, text, topic); });
-    connect(m_linkPresenter.get(), &LinkPresenter::messagePassed, this, &Dialog::withdraw);
-    connect(
-        m_linkPresenter.get(), &LinkPresenter::lineWanted, this,
-        [this](const QString &heading, const QString &line) { Dialog::line(this, m_texts, heading, line); });
     connectInstances();
     connectOperationalMode();
 }
@@ -134,7 +101,7 @@ void FormMain::layOut()
     auto *layout = new QVBoxLayout(body);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    const auto build = [this](PageIndex index) { return buildPage(index); };
+    const auto build = [this](PageIndex index) { return m_pageBuilder->build(index); };
     const auto describe = [this](const Problem &problem) {
         return m_tabs->describe({problem.control, problem.entry});
     };
@@ -178,7 +145,7 @@ void FormMain::start(const QStringList &arguments)
         m_settingsTrouble =
             tr("The settings could not be read; they are kept under another name beside the new ones");
     }
-    setLanguage(languageAtStart());
+    m_language.use(languageAtStart());
     if (languageSetting().isEmpty()) {
         m_settingsTrouble = tr("The settings cannot be written; what is chosen holds for this run");
     }
@@ -288,7 +255,7 @@ void FormMain::finishStart()
         openOperationalMode();
     } else {
         show();
-        tellMissingTexts();
+        m_language.showMissingTexts();
     }
 }
 
@@ -296,10 +263,10 @@ void FormMain::finishStart()
 bool FormMain::applyCommandLine()
 {
     if (m_options.english) {
-        setLanguage(englishLanguage);
+        m_language.use(englishLanguage);
     }
     if (m_options.german) {
-        setLanguage(germanLanguage);
+        m_language.use(germanLanguage);
     }
     m_context.expert = m_options.expert;
     if (m_options.design) { // where developers build it
@@ -363,11 +330,7 @@ void FormMain::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    for (QWidget *window : std::initializer_list<QWidget *>{m_preview, m_about, m_settings}) {
-        if (window != nullptr) {
-            window->close();
-        }
-    }
+    m_sideWindows.close();
     if (!m_operationalMode.close()) {
         event->ignore();
         return;
@@ -380,151 +343,6 @@ void FormMain::closeEvent(QCloseEvent *event)
                                 QString::fromLatin1(saveGeometry().toBase64()));
     event->accept();
     Q_EMIT closed();
-}
-
-// Pages
-
-Page *FormMain::buildPage(PageIndex index)
-{
-    const auto made = [this](auto *page) {
-        if constexpr (requires { m_linkPresenter->attach(*page); }) {
-            m_linkPresenter->attach(*page);
-        }
-        return page;
-    };
-    Page *page = nullptr;
-    switch (index) {
-    case PageIndex::Gsm:
-        page = new GsmPage(m_context);
-        break;
-    case PageIndex::Ip:
-        page = new InputPage(m_context);
-        break;
-    case PageIndex::LimitValues:
-        page = new LimitValuePage(m_context);
-        break;
-    case PageIndex::SwitchPoints:
-        page = new SwitchPointPage(m_context);
-        break;
-    case PageIndex::Test: {
-        auto *test = made(new TestPage(m_context));
-        if (m_options.debug) {
-            test->showDebugOption();
-        }
-        connect(test, &TestPage::saveWanted, this, &FormMain::saveText);
-        page = test;
-        break;
-    }
-    case PageIndex::FileInformation: {
-        auto *info = made(new InfoPage(m_context));
-        connectInfoPage(*info);
-        page = info;
-        break;
-    }
-    case PageIndex::Ethernet:
-        page = new EthernetPage(m_context);
-        break;
-    case PageIndex::Connection:
-        page = made(new ConnectionPage(m_context));
-        break;
-    case PageIndex::Calibration:
-        page = made(new CalibrationPage(m_context));
-        break;
-    }
-    // A file that is dropped on a field is meant for the window.
-    for (QWidget *field : page->findChildren<QWidget *>()) {
-        if (field->acceptDrops()) {
-            field->installEventFilter(this);
-        }
-    }
-    return page;
-}
-
-void FormMain::connectInfoPage(InfoPage &page)
-{
-    connect(&page, &InfoPage::chooseLogFile, this, [this, &page] {
-        const QString &present = m_document.configuration().info.logFile;
-        const QString path = m_files->dialogs().askSave(present, QStringLiteral("*.txt|*.txt"), present);
-        if (!path.isEmpty()) {
-            page.setLogFile(path);
-        }
-    });
-    connect(&page, &InfoPage::chooseHistoryFile, this, [this, &page] {
-        const QString &present = m_document.configuration().info.historyExportFile;
-        const QString path = m_files->dialogs().askSave(present, InfoPage::historyFilter(), present);
-        if (!path.isEmpty()) {
-            page.setHistoryFile(path);
-        }
-    });
-    connect(&page, &InfoPage::openLogFile, this,
-            [this] { openFile(m_document.configuration().info.logFile); });
-    connect(&page, &InfoPage::openHistoryFile, this,
-            [this] { openFile(m_document.configuration().info.historyExportFile); });
-}
-
-/// Then the fast export begins; without an answer nothing is sent.
-void FormMain::askForExportFile()
-{
-    const QString path = m_files->dialogs().askSave(m_document.configuration().info.historyExportFile,
-                                                    InfoPage::historyFilter());
-    if (path.isEmpty()) {
-        return;
-    }
-    if (const Status usable = HistoryExport::check(path); !usable) {
-        tell(usable.message());
-        showMessage(usable.message());
-        return;
-    }
-    m_history.edit({QStringLiteral("txt_historyExportFile"), 0},
-                   [&path](Configuration &changed) { changed.info.historyExportFile = path; });
-    m_linkPresenter->place(serviceCommands::archive);
-}
-
-/// The transmission goes on meanwhile, unless the user stops it.
-void FormMain::offerToStop(const QString &text)
-{
-    auto *box =
-        new QMessageBox(QMessageBox::Warning, QString(programName), text, QMessageBox::NoButton, this);
-    m_overwriting = box;
-    box->setObjectName(QStringLiteral("msg_differentVersions"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
-    box->setModal(false);
-    auto *stop = box->addButton(tr("Stop the transmission"), QMessageBox::DestructiveRole);
-    stop->setObjectName(QStringLiteral("cmd_stopTransmission"));
-    auto *goOn = box->addButton(tr("Go on"), QMessageBox::RejectRole);
-    box->setDefaultButton(goOn);
-    box->setEscapeButton(goOn);
-    connect(stop, &QPushButton::clicked, &m_link.transmitter(), &Transmitter::cancel);
-    connect(&m_link.transmitter(), &Transmitter::ended, stop, [stop, goOn] { // it may not have been read yet
-        stop->hide();
-        goOn->setText(tr("Close"));
-    });
-    box->show();
-}
-
-void FormMain::saveText(const QString &text)
-{
-    const QString path = m_files->dialogs().askSave(QStringLiteral("KTR_log"), QStringLiteral("*.txt|*.txt"));
-    if (!path.isEmpty()) {
-        const Status saved = replaceFile(path, text.toUtf8());
-        tell(saved ? tr("Saved: %1").arg(path) : saved.message());
-    }
-}
-
-/// A path from a configuration opens in the system's program for texts and tables. Nothing else does: what is
-/// a program to the system is told by its name, and there are many of them.
-void FormMain::openFile(const QString &path)
-{
-    static const QStringList opened = {QStringLiteral("txt"), QStringLiteral("log"), QStringLiteral("csv"),
-                                       QStringLiteral("tsv")};
-    const QFileInfo file(path);
-    if (!file.isFile()) {
-        tell(tr("There is no file %1").arg(path));
-    } else if (!opened.contains(file.suffix(), Qt::CaseInsensitive) || file.isExecutable() ||
-               !QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-        tell(tr("%1 cannot be opened").arg(path));
-    }
 }
 
 // Wiring
@@ -543,14 +361,20 @@ void FormMain::connectMenu()
     connect(files, &FileCommands::recentChanged, this, [this] { m_menu->showRecent(m_files->recent()); });
     m_menu->showRecent(files->recent());
 
-    connect(m_menu->printPreview, &QAction::triggered, this, &FormMain::showPreview);
-    connect(m_menu->printConfiguration, &QAction::triggered, this, &FormMain::print);
+    connect(m_menu->printPreview, &QAction::triggered, &m_sideWindows, &SideWindows::showPreview);
+    connect(m_menu->printConfiguration, &QAction::triggered, &m_sideWindows, &SideWindows::print);
     connect(m_menu->closeWindow, &QAction::triggered, this, &QWidget::close);
     connect(m_menu->exitAtOnce, &QAction::triggered, this, &FormMain::exitWanted);
     connect(m_menu->undo, &QAction::triggered, &m_history, &EditHistory::undo);
     connect(m_menu->redo, &QAction::triggered, &m_history, &EditHistory::redo);
-    connect(m_menu->openSettings, &QAction::triggered, this, &FormMain::showSettings);
-    connect(m_menu->showAbout, &QAction::triggered, this, &FormMain::showAbout);
+    connect(m_menu->openSettings, &QAction::triggered, &m_sideWindows, &SideWindows::showSettings);
+    connect(m_menu->showAbout, &QAction::triggered, &m_sideWindows, &SideWindows::showAbout);
+    connect(&m_sideWindows, &SideWindows::languageChosen, this, [this](const QString &language) {
+        m_language.use(language);
+        if (languageSetting() != language) {
+            tell(tr("The settings cannot be written; what is chosen holds for this run"));
+        }
+    });
 }
 
 void FormMain::connectDocument()
@@ -592,38 +416,6 @@ void FormMain::connectProblems()
 
 // Texts
 
-QString FormMain::languageFile() const
-{
-    const QString own = joinPath(m_services.environment.programFolder, QStringLiteral("language.ini"));
-    return QFileInfo::exists(own) ? own : deliveredFile(QStringLiteral("language.ini"));
-}
-
-void FormMain::setLanguage(const QString &language)
-{
-    const LoadedTexts loaded = LoadTexts(m_texts, language, languageFile());
-    const bool builtIn = loaded.source == LoadedTexts::Source::BuiltIn;
-    m_context.language = builtIn ? QString(englishLanguage) : language;
-    if (builtIn) {
-        m_missingTexts = loaded.message;
-        tellMissingTexts();
-    } else if (!loaded.message.isEmpty()) {
-        tell(loaded.message);
-    }
-    m_translations.use(m_context.language);
-    applyTexts();
-}
-
-/// In a box that the program does not wait for, and not before the window that it belongs to.
-void FormMain::tellMissingTexts()
-{
-    if (isVisible() && !m_missingTexts.isEmpty()) {
-        auto *box = new QMessageBox(QMessageBox::Information, QString(programName),
-                                    std::exchange(m_missingTexts, QString()), QMessageBox::Ok, this);
-        box->setAttribute(Qt::WA_DeleteOnClose);
-        box->open();
-    }
-}
-
 void FormMain::applyTexts()
 {
     m_menu->applyTexts(m_texts);
@@ -631,14 +423,7 @@ void FormMain::applyTexts()
     m_problemPanel->applyTexts();
     m_transmissionPanel->applyTexts();
     m_linkPresenter->applyTexts();
-    const auto apply = [](auto &window) {
-        if (window != nullptr) {
-            window->applyTexts();
-        }
-    };
-    apply(m_preview);
-    apply(m_about);
-    apply(m_settings);
+    m_sideWindows.applyTexts();
     m_operationalMode.applyTexts();
     findProblemsSoon();
 }
@@ -716,13 +501,7 @@ void FormMain::connectOperationalMode()
 void FormMain::openOperationalMode()
 {
     hide();
-    QList<StationCaptions> languages;
-    for (const QLatin1StringView language : {englishLanguage, germanLanguage}) {
-        TextTable texts;
-        LoadTexts(texts, language, languageFile());
-        languages += stationCaptions(texts);
-    }
-    m_operationalMode.open(pos(), languages);
+    m_operationalMode.open(pos(), m_language.captionsOfAll());
 }
 
 // Dropped files
@@ -748,66 +527,7 @@ bool FormMain::eventFilter(QObject *watched, QEvent *event)
         refuseClose(*event);
         return true;
     }
-    if (event->type() == QEvent::DragEnter && static_cast<QDragEnterEvent *>(event)->mimeData()->hasUrls()) {
-        event->ignore(); // it goes on to the window
-        return true;
-    }
     return QMainWindow::eventFilter(watched, event);
-}
-
-// Other windows
-
-PrintoutOptions FormMain::printoutOptions() const
-{
-    const Environment &environment = m_services.environment;
-    return {m_document.fileName(), environment.locale, environment.now()};
-}
-
-void FormMain::print()
-{
-    const Printout printout(m_document.configuration(), m_texts, printoutOptions());
-    printWithDialog(this, printout);
-}
-
-void FormMain::showPreview()
-{
-    if (m_preview == nullptr) {
-        m_preview = new frm_preview(m_texts, this);
-        m_preview->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    m_preview->showConfiguration(m_document.configuration(), printoutOptions());
-}
-
-void FormMain::showSettings()
-{
-    if (m_settings == nullptr) {
-        const auto changeAppearance = [](Appearance appearance) {
-            setAppearanceSetting(appearance);
-            applyAppearance(*qApp, appearance);
-        };
-        m_settings = new frmSettings(
-            m_texts,
-            [this](const QString &language) {
-                setLanguage(language);
-                if (languageSetting() != language) {
-                    tell(tr("The settings cannot be written; what is chosen holds for this run"));
-                }
-            },
-            appearanceSetting(), changeAppearance, this);
-        m_settings->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    m_settings->show();
-    m_settings->activateWindow();
-}
-
-void FormMain::showAbout()
-{
-    if (m_about == nullptr) {
-        m_about = new frmAbout(m_texts, this);
-        m_about->setAttribute(Qt::WA_DeleteOnClose);
-    }
-    m_about->show();
-    m_about->activateWindow();
 }
 
 // Problems

@@ -1,32 +1,27 @@
 #pragma once
 
 #include "app/command_line.h"
+#include "app/interface_language.h"
 #include "app/operational_mode_opener.h"
 #include "app/page_tabs.h"
+#include "app/side_windows.h"
 #include "app/single_instance.h"
 #include "app/take_over.h"
-#include "app/translations.h"
 #include "link/module_link.h"
-#include "printout/printout.h"
 
 #include <QMainWindow>
-#include <QPointer>
 #include <QTimer>
-
-class QMessageBox;
 
 namespace ktr {
 
 class FileCommands;
-class InfoPage;
+class LinkDialogs;
 class LinkPresenter;
 class MainMenu;
+class PageBuilder;
 class ProblemPanel;
 class StatusLine;
 class TransmissionPanel;
-class frmAbout;
-class frmSettings;
-class frm_preview;
 
 /// What the main window needs of the world around it.
 struct Services
@@ -93,17 +88,7 @@ private:
     bool applyCommandLine();
     void buildRemainingPages();
 
-    Page *buildPage(PageIndex index);
-    void connectInfoPage(InfoPage &page);
-    void askForExportFile();
-    void offerToStop(const QString &text);
-    void saveText(const QString &text);
-    void openFile(const QString &path);
-
-    QString languageFile() const;
-    void setLanguage(const QString &language);
     void applyTexts();
-    void tellMissingTexts();
     void updateTitle();
     void tell(const QString &line);
     void showMessage(const QString &text);
@@ -112,26 +97,19 @@ private:
     void connectOperationalMode();
     void openOperationalMode();
 
-    PrintoutOptions printoutOptions() const;
-    void print();
-    void showPreview();
-    void showSettings();
-    void showAbout();
-
     void findProblemsSoon();
     void findProblemsNow();
 
     Services m_services;
     CommandLine m_options;
     TextTable m_texts;
-    Translations m_translations;
     Document m_document;
     EditHistory m_history;
     EditorContext m_context;
+    InterfaceLanguage m_language;
     ModuleLink m_link;
     SingleInstance m_instance;
     QString m_settingsTrouble; ///< told when the start is over
-    QString m_missingTexts;    ///< what is to be said once the window is there
 
     MainMenu *m_menu;
     PageTabs *m_tabs;
@@ -140,15 +118,14 @@ private:
     StatusLine *m_status;
     std::unique_ptr<FileCommands> m_files;
     std::unique_ptr<LinkPresenter> m_linkPresenter;
+    std::unique_ptr<LinkDialogs> m_linkDialogs;
+    std::unique_ptr<PageBuilder> m_pageBuilder;
+    SideWindows m_sideWindows;
     OperationalModeOpener m_operationalMode;
     QTimer m_problemTimer;
     QTimer m_wait; ///< Tmr_wait
     QTimer m_closeTimer;
     TakeOver m_takeOver;
-    QPointer<frm_preview> m_preview;
-    QPointer<frmAbout> m_about;
-    QPointer<frmSettings> m_settings;
-    QPointer<QMessageBox> m_overwriting; ///< offers to stop a transmission
     bool m_firstShow = true;
     bool m_isStarted = false;
     bool m_isEndAgreed = false; ///< to what is being sent

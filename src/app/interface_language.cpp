@@ -1,0 +1,60 @@
+#include "app/interface_language.h"
+
+#include "app/language_setting.h"
+#include "lang/load_texts.h"
+#include "look/program_name.h"
+#include "platform/files.h"
+
+#include <QFileInfo>
+#include <QMessageBox>
+
+namespace ktr {
+
+InterfaceLanguage::InterfaceLanguage(QWidget &window, TextTable &texts, EditorContext &context,
+                                     QString programFolder)
+    : m_window(window), m_texts(texts), m_context(context), m_programFolder(std::move(programFolder))
+{}
+
+QString InterfaceLanguage::file() const
+{
+    const QString own = joinPath(m_programFolder, QStringLiteral("language.ini"));
+    return QFileInfo::exists(own) ? own : deliveredFile(QStringLiteral("language.ini"));
+}
+
+void InterfaceLanguage::use(const QString &language)
+{
+    const LoadedTexts loaded = LoadTexts(m_texts, language, file());
+    const bool builtIn = loaded.source == LoadedTexts::Source::BuiltIn;
+    m_context.language = builtIn ? QString(englishLanguage) : language;
+    if (builtIn) {
+        m_missingTexts = loaded.message;
+        showMissingTexts();
+    } else if (!loaded.message.isEmpty()) {
+        Q_EMIT statusMessage(loaded.message);
+    }
+    m_translations.use(m_context.language);
+    Q_EMIT changed();
+}
+
+void InterfaceLanguage::showMissingTexts()
+{
+    if (m_window.isVisible() && !m_missingTexts.isEmpty()) {
+        auto *box = new QMessageBox(QMessageBox::Information, QString(programName),
+                                    std::exchange(m_missingTexts, QString()), QMessageBox::Ok, &m_window);
+        box->setAttribute(Qt::WA_DeleteOnClose);
+        box->open();
+    }
+}
+
+QList<StationCaptions> InterfaceLanguage::captionsOfAll() const
+{
+    QList<StationCaptions> result;
+    for (const QLatin1StringView language : {englishLanguage, germanLanguage}) {
+        TextTable texts;
+        LoadTexts(texts, language, file());
+        result += stationCaptions(texts);
+    }
+    return result;
+}
+
+} // namespace ktr

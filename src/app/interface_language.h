@@ -1,0 +1,49 @@
+#pragma once
+
+#include "app/translations.h"
+#include "editor/binder.h"
+#include "opmode/operational_mode.h"
+
+#include <QObject>
+
+class QWidget;
+
+namespace ktr {
+
+/// The language of all windows: fills the text table from `language.ini` and installs the program's own
+/// translations.
+class InterfaceLanguage : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `window` gets the box about missing texts. All of them must outlive this.
+    InterfaceLanguage(QWidget &window, TextTable &texts, EditorContext &context, QString programFolder);
+
+    /// Takes a language by its name in `language.ini`; English, which is built in, where the file lacks it.
+    void use(const QString &language);
+
+    /// Says that texts are missing, if they are, in a box that the program does not wait for, and not before
+    /// the window that it belongs to.
+    void showMissingTexts();
+
+    /// The captions of stations in all languages.
+    QList<StationCaptions> captionsOfAll() const;
+
+Q_SIGNALS:
+    /// Everything that is shown needs its text anew.
+    void changed();
+    void statusMessage(const QString &line);
+
+private:
+    QString file() const;
+
+    QWidget &m_window;
+    TextTable &m_texts;
+    EditorContext &m_context;
+    QString m_programFolder;
+    Translations m_translations;
+    QString m_missingTexts; ///< what is to be said once the window is there
+};
+
+} // namespace ktr
