@@ -1,6 +1,6 @@
 #include "opmode/window/alarm_bar.h"
 #include "opmode/window/alarm_sound.h"
-#include "opmode/window/notification_page.h"
+#include "opmode/window/notifications/notification_page.h"
 #include "platform/registry.h"
 #include "support/choosing.h"
 #include "support/manual_timers.h"

@@ -1,9 +1,9 @@
-#include "opmode/window/history_plot.h"
+#include "opmode/window/history/history_plot.h"
 
 #include "look/palettes.h"
 #include "opmode/tree/station_tree.h"
-#include "opmode/window/history_canvas.h"
-#include "opmode/window/series_style.h"
+#include "opmode/window/history/history_canvas.h"
+#include "opmode/window/history/series_style.h"
 #include "platform/text_rules.h"
 
 namespace ktr {

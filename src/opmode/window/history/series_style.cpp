@@ -1,4 +1,4 @@
-#include "opmode/window/series_style.h"
+#include "opmode/window/history/series_style.h"
 
 #include "config/channels.h"
 #include "look/palettes.h"

@@ -1,6 +1,6 @@
 #include "look/palettes.h"
-#include "opmode/window/history_canvas.h"
-#include "opmode/window/series_style.h"
+#include "opmode/window/history/history_canvas.h"
+#include "opmode/window/history/series_style.h"
 
 namespace ktr {
 

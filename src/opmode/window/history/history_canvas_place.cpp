@@ -1,4 +1,4 @@
-#include "opmode/window/history_canvas.h"
+#include "opmode/window/history/history_canvas.h"
 
 // The place under the mouse, or that the keys went to.
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/window/history_plot.h"
+#include "opmode/window/history/history_plot.h"
 
 // The header is written with the toolkit's keywords.
 #define signals Q_SIGNALS

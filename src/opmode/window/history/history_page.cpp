@@ -1,8 +1,8 @@
-#include "opmode/window/history_page.h"
+#include "opmode/window/history/history_page.h"
 
-#include "opmode/window/history_model.h"
-#include "opmode/window/history_plot.h"
-#include "opmode/window/series_style.h"
+#include "opmode/window/history/history_model.h"
+#include "opmode/window/history/history_plot.h"
+#include "opmode/window/history/series_style.h"
 #include "platform/files.h"
 
 #include <QBuffer>

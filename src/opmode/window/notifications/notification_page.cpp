@@ -1,4 +1,4 @@
-#include "opmode/window/notification_page.h"
+#include "opmode/window/notifications/notification_page.h"
 
 #include "look/icons.h"
 #include "opmode/window/alarm_look.h"

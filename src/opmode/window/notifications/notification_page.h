@@ -1,7 +1,7 @@
 #pragma once
 
 #include "opmode/window/acknowledging.h"
-#include "opmode/window/notification_model.h"
+#include "opmode/window/notifications/notification_model.h"
 #include "opmode/window/opmode_page.h"
 
 class QAction;

@@ -1,4 +1,4 @@
-#include "opmode/window/notification_model.h"
+#include "opmode/window/notifications/notification_model.h"
 
 #include "look/palettes.h"
 #include "opmode/tree/notifications.h"

@@ -1,8 +1,8 @@
-#include "opmode/window/history_canvas.h"
+#include "opmode/window/history/history_canvas.h"
 
 #include "config/channel_use.h"
 #include "opmode/tree/station_tree.h"
-#include "opmode/window/time_ticks.h"
+#include "opmode/window/history/time_ticks.h"
 
 namespace ktr {
 

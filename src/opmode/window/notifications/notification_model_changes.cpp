@@ -1,6 +1,6 @@
 // What changes in the tree is taken over into the list.
 
-#include "opmode/window/notification_model.h"
+#include "opmode/window/notifications/notification_model.h"
 
 namespace ktr {
 

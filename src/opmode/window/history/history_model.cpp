@@ -1,4 +1,4 @@
-#include "opmode/window/history_model.h"
+#include "opmode/window/history/history_model.h"
 
 #include "opmode/window/value_text.h"
 
