@@ -5,7 +5,7 @@
 #include "measured_runs.h"
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/keeping/nodes_journal.h"
-#include "opmode/tree/station_tree.h"
+#include "opmode/tree/station_tree_loader.h"
 #include "process_cost.h"
 
 #include <QCoreApplication>
@@ -86,12 +86,12 @@ void readingAMillionEntriesBesideTheParserAlone(benchmark::State &state)
     };
     const auto own = [&state] {
         StationTree tree(captions());
-        tree.beginLoading();
+        std::optional<StationTreeLoader> loader(std::in_place, tree);
         QStringList remarks;
         const Status read = readNodes(
-            document(), remarks, [&tree](const NodeElement &element) { tree.load(element); },
-            [&tree](std::size_t nodes, std::size_t bytes) { tree.reserve(nodes, bytes); });
-        tree.endLoading();
+            document(), remarks, [&loader](const NodeElement &element) { loader->load(element); },
+            [&loader](std::size_t nodes, std::size_t bytes) { loader->reserve(nodes, bytes); });
+        loader.reset();
         if (!read) {
             state.SkipWithError("not read");
         }

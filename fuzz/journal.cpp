@@ -9,7 +9,7 @@
 #include "opmode/keeping/journal_record.h"
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/tree/node_texts.h"
-#include "opmode/tree/station_tree.h"
+#include "opmode/tree/station_tree_loader.h"
 #include "support/require.h"
 #include "support/script.h"
 
@@ -75,13 +75,14 @@ void checkBytes(const QByteArray &bytes)
 void replay(const std::vector<NodeChange> &changes)
 {
     StationTree tree(stationCaptions({}));
-    tree.beginLoading();
-    tree.load("A", "A", StationTree::normalColour);
-    tree.load("A/meldung/+49 --> M,1", "+49 --> M,1", StationTree::alarmColour);
-    for (const NodeChange &change : changes) {
-        tree.replay(change);
+    {
+        StationTreeLoader loader(tree);
+        loader.load("A", "A", StationTree::normalColour);
+        loader.load("A/meldung/+49 --> M,1", "+49 --> M,1", StationTree::alarmColour);
+        for (const NodeChange &change : changes) {
+            loader.replay(change);
+        }
     }
-    tree.endLoading();
     const QByteArray written = writeNodes(tree.nodes(), [](const QString &) { return StationAttributes(); });
     std::size_t nodes = 0;
     QStringList remarks;

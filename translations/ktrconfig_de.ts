@@ -337,6 +337,14 @@
         <source>is no file, but a pipe, a device or the like</source>
         <translation>ist keine Datei, sondern eine Pipe, ein Gerät oder Ähnliches</translation>
     </message>
+    <message>
+        <source>There are two stations &quot;%1&quot; in the list; the second was left out</source>
+        <translation>In der Liste stehen zwei Stationen „%1“; die zweite wurde weggelassen</translation>
+    </message>
+    <message>
+        <source>%1: stations that were damaged were rebuilt from what stands under them. Their addresses, schedules and whether they are online have to be checked: %2</source>
+        <translation>%1: Beschädigte Stationen wurden aus dem wiederhergestellt, was unter ihnen steht. Ihre Adressen, ihre Zeitpläne und ob sie online sind, müssen geprüft werden: %2</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
@@ -1933,10 +1941,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>%1: nicht verstanden: %2</translation>
     </message>
     <message>
-        <source>There are two stations &quot;%1&quot; in the list; the second was left out</source>
-        <translation>In der Liste stehen zwei Stationen „%1“; die zweite wurde weggelassen</translation>
-    </message>
-    <message>
         <source>Changes are written to the journal again</source>
         <translation>Änderungen werden wieder ins Journal geschrieben</translation>
     </message>
@@ -1955,10 +1959,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1; another program that uses the list at the same time is not noticed</source>
         <translation>%1; ein anderes Programm, das die Liste gleichzeitig benutzt, wird nicht bemerkt</translation>
-    </message>
-    <message>
-        <source>%1: stations that were damaged were rebuilt from what stands under them. Their addresses, schedules and whether they are online have to be checked: %2</source>
-        <translation>%1: Beschädigte Stationen wurden aus dem wiederhergestellt, was unter ihnen steht. Ihre Adressen, ihre Zeitpläne und ob sie online sind, müssen geprüft werden: %2</translation>
     </message>
 </context>
 <context>

@@ -3,7 +3,8 @@
 #include "config/address.h"
 #include "link/conversation_log.h"
 #include "link/udp_pair.h"
-#include "opmode/keeping/station_names.h"
+#include "opmode/list_loader.h"
+#include "opmode/tree/acknowledgement.h"
 #include "platform/overloaded.h"
 
 #include <QFileInfo>
@@ -76,23 +77,8 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     }
     m_file.emplace(nodesPath);
     QHash<QString, StationAttributes> attributes;
-    m_tree.beginLoading();
-    Status loaded = load(attributes);
+    Status loaded = load(use, attributes);
     m_hindrance = loaded ? Hindrance::None : Hindrance::Unusable;
-    if (!loaded) {
-        Q_EMIT statusMessage(loaded.message());
-    }
-    for (const QString &remark : m_file->remarks()) {
-        tellDefect(remark);
-    }
-    if (use == Use::Keep && loaded) { // else nothing is written over what cannot be read
-        m_times.emplace(nodesPath);
-        if (const Status times = m_times->load(m_tree); !times) {
-            tellDefect(times.message());
-        }
-        replay(journalPath(nodesPath), attributes);
-    }
-    m_tree.endLoading();
     if (m_journal) {
         m_tree.setObserver([this](const NodeChange &change) { m_journal->add(change); });
         m_keeper.emplace(
@@ -137,82 +123,29 @@ Status OperationalMode::openEmpty()
     return open(path, Use::Keep);
 }
 
-namespace {
-
-/// The name of the station under which a node stands that is one of a station's fixed nodes, or an entry.
-std::string_view stationOfBranch(std::string_view key)
+Status OperationalMode::load(Use use, QHash<QString, StationAttributes> &attributes)
 {
-    const std::string_view name = key.substr(0, key.find('/'));
-    const std::string_view below = key.substr(std::min(name.size() + 1, key.size()));
-    const std::string_view branch = below.substr(0, below.find('/'));
-    const bool isFixed = branch == "meldung" || branch == "history" || branch == "ip";
-    return isFixed ? name : std::string_view();
-}
-
-} // namespace
-
-/// A station whose own element is lost is rebuilt when something stands under it. In a sound document nothing
-/// stands under a station that is not there, unless that station's key and text differ.
-Status OperationalMode::load(QHash<QString, StationAttributes> &attributes)
-{
-    QHash<QString, StationAttributes> unnamed; // by key: stations whose text is another or of no use
-    QSet<QString> rebuilt;
-    StationNames toTell;
-    const auto rebuild = [&](std::string_view name) {
-        const QString kennung = textOf(name);
-        if (attributes.contains(kennung) || (m_file->remarks().isEmpty() && !unnamed.contains(kennung)) ||
-            !m_tree.load(name, name, StationTree::normalColour)) {
-            return false;
-        }
-        attributes.insert(kennung, unnamed.value(kennung));
-        rebuilt.insert(kennung);
-        toTell.add(kennung);
-        return true;
-    };
-    const auto take = [&](const NodeElement &element) {
-        if (element.station == nullptr) {
-            return m_tree.load(element) || (rebuild(stationOfBranch(element.key)) &&
-                                            m_tree.load(element.key, element.text, element.colour));
-        }
-        const QString name = textOf(element.text);
-        const bool isSecond = attributes.contains(name) && !rebuilt.contains(name);
-        const bool taken = !isSecond && m_tree.load(element);
-        if (isSecond) {
-            tellDefect(tr("There are two stations \"%1\" in the list; the second was left out").arg(name));
-        }
-        if (taken) {
-            attributes.insert(name, *element.station);
-        }
-        if (element.key != element.text) {
-            unnamed.insert(textOf(element.key), taken ? StationAttributes() : *element.station);
-        }
-        return taken;
-    };
-    Status loaded =
-        m_file->load(take, [this](std::size_t nodes, std::size_t bytes) { m_tree.reserve(nodes, bytes); });
-    if (!toTell.isEmpty()) {
-        tellDefect(tr("%1: stations that were damaged were rebuilt from what stands under them. Their "
-                      "addresses, schedules and whether they are online have to be checked: %2")
-                       .arg(m_path, toTell.text()));
-        m_file->mustKeepAside();
+    StationTreeLoader tree(m_tree);
+    ListLoader list(*m_file, tree);
+    Status loaded = list.load();
+    attributes = list.takeAttributes();
+    for (const QString &defect : list.defects()) {
+        tellDefect(defect);
     }
-    if (!m_defects.isEmpty() || !m_file->remarks().isEmpty()) {
-        colourStationsInAlarm();
+    if (!loaded) {
+        Q_EMIT statusMessage(loaded.message());
+    }
+    for (const QString &remark : m_file->remarks()) {
+        tellDefect(remark);
+    }
+    if (use == Use::Keep && loaded) { // else nothing is written over what cannot be read
+        m_times.emplace(m_path);
+        if (const Status times = m_times->load(tree); !times) {
+            tellDefect(times.message());
+        }
+        replay(tree, attributes);
     }
     return loaded;
-}
-
-/// Their own colours, or the nodes that had them, may be what is damaged.
-void OperationalMode::colourStationsInAlarm()
-{
-    for (int row = 0; row < m_tree.rowCount(); ++row) {
-        const QModelIndex station = m_tree.index(row, 0);
-        const QModelIndex notifications = m_tree.index(0, 0, station);
-        if (notifications.data(StationTree::AlarmCountRole).toInt() > 0) {
-            m_tree.setColour(station, StationTree::alarmColour);
-            m_tree.setColour(notifications, StationTree::alarmColour);
-        }
-    }
 }
 
 /// In the status bar's list, and for who shows what is not to be missed.
@@ -223,10 +156,10 @@ void OperationalMode::tellDefect(const QString &defect)
 }
 
 /// Brings back what a run that ended by a crash had shown.
-void OperationalMode::replay(const QString &path, QHash<QString, StationAttributes> &attributes)
+void OperationalMode::replay(StationTreeLoader &tree, QHash<QString, StationAttributes> &attributes)
 {
     m_journal.emplace(
-        path, m_services.timers,
+        journalPath(m_path), m_services.timers,
         [this](const QString &trouble) {
             Q_EMIT statusMessage(trouble.isEmpty() ? tr("Changes are written to the journal again")
                                                    : trouble);
@@ -240,7 +173,7 @@ void OperationalMode::replay(const QString &path, QHash<QString, StationAttribut
             } else if (change.what == NodeChange::What::Removed) {
                 attributes.remove(textOf(change.key));
             }
-            return m_tree.replay(change);
+            return tree.replay(change);
         });
     if (!replayed.status) {
         tellDefect(replayed.status.message());
@@ -599,7 +532,7 @@ void OperationalMode::clearTree()
 
 Status OperationalMode::acknowledge(const QModelIndexList &entries)
 {
-    const QList<NodeChange> changes = m_tree.acknowledgement(entries, m_services.environment.now());
+    const QList<NodeChange> changes = acknowledgementOf(entries, m_tree, m_services.environment.now());
     if (m_journal) {
         for (const NodeChange &change : changes) {
             m_journal->add(change);

@@ -12,6 +12,8 @@
 
 namespace ktr {
 
+class StationTreeLoader;
+
 /// Something that a station did, as it is told outside of the tree.
 struct StationEvent
 {
@@ -128,10 +130,9 @@ private:
     void answerKept();
     void answerAll();
     Status takeLock(Use use);
-    Status load(QHash<QString, StationAttributes> &attributes);
-    void colourStationsInAlarm();
+    Status load(Use use, QHash<QString, StationAttributes> &attributes);
     void tellDefect(const QString &defect);
-    void replay(const QString &path, QHash<QString, StationAttributes> &attributes);
+    void replay(StationTreeLoader &tree, QHash<QString, StationAttributes> &attributes);
     void createStations(const QHash<QString, StationAttributes> &attributes);
     void evaluate(cStation &station, WallMinute from);
     void evaluateAll();

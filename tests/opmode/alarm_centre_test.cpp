@@ -1,4 +1,6 @@
 #include "opmode/alarm_centre.h"
+#include "opmode/tree/acknowledgement.h"
+#include "opmode/tree/station_tree_loader.h"
 #include "support/manual_timers.h"
 
 #include <QTest>
@@ -79,12 +81,12 @@ private Q_SLOTS:
 
     void whatAnEarlierRunLeftRedIsToldOnce()
     {
-        m_tree->beginLoading();
+        std::optional<StationTreeLoader> loader(std::in_place, *m_tree);
         for (const char *text : {"1 fail", "2 fail", "3 fail"}) {
             const std::string key = std::string("b/meldung/+49 --> M,") + text;
-            m_tree->load(key, key.substr(10), StationTree::alarmColour);
+            loader->load(key, key.substr(10), StationTree::alarmColour);
         }
-        m_tree->endLoading();
+        loader.reset();
         m_timers.advance(Milliseconds(5000));
         QCOMPARE(m_news.size(), 1);
         QCOMPARE(m_news[0].unacknowledged, 3);
@@ -106,7 +108,7 @@ private:
         for (const QString &text : texts) {
             entries.append(m_tree->find("a/meldung/+49 --> M," + text));
         }
-        m_tree->carryOut(m_tree->acknowledgement(entries, m_now));
+        m_tree->carryOut(acknowledgementOf(entries, *m_tree, m_now));
     }
 
     ManualTimers m_timers;

@@ -1,5 +1,5 @@
 #include "opmode/lists/nodes_export.h"
-#include "opmode/tree/station_tree.h"
+#include "opmode/tree/station_tree_loader.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -35,13 +35,13 @@ private Q_SLOTS:
         say(m_all[0], "M,tank 3 fail", at(21, 14, 5, 59));
         say("b", "H,1,2611211405,9,-12.5", {});
         say("b", "H,1,2611211406,17,+4.0", {});
-        m_tree->beginLoading();
-        m_tree->load("b/history/x", "? : IP20 = on", StationTree::normalColour);
-        m_tree->load("b/history/y", "-1+2", StationTree::normalColour);
+        std::optional<StationTreeLoader> loader(std::in_place, *m_tree);
+        loader->load("b/history/x", "? : IP20 = on", StationTree::normalColour);
+        loader->load("b/history/y", "-1+2", StationTree::normalColour);
         const char *old = "b/meldung/+4917012345 --> M,old fail";
-        m_tree->load(old, "+4917012345 --> M,old fail", StationTree::normalColour);
-        m_tree->loadArrival(old, {0, at(21, 15, 0, 1).toMSecsSinceEpoch(), 1});
-        m_tree->endLoading();
+        loader->load(old, "+4917012345 --> M,old fail", StationTree::normalColour);
+        loader->loadArrival(old, {0, at(21, 15, 0, 1).toMSecsSinceEpoch(), 1});
+        loader.reset();
     }
 
     void notificationsAreATable()

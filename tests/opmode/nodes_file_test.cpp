@@ -1,7 +1,7 @@
 #include "opmode/keeping/checksum.h"
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/keeping/notification_times.h"
-#include "opmode/tree/station_tree.h"
+#include "opmode/tree/acknowledgement.h"
 #include "platform/files.h"
 
 #include <QDir>
@@ -69,15 +69,15 @@ private Q_SLOTS:
 
         StationTree again({"", "", ""});
         QList<StationAttributes> stations;
-        again.beginLoading();
+        std::optional<StationTreeLoader> loader(std::in_place, again);
         QStringList remarks;
         QVERIFY(readNodes(document, remarks, [&](const NodeElement &element) {
-            QVERIFY(again.load(element.key, element.text, element.colour));
+            QVERIFY(loader->load(element.key, element.text, element.colour));
             if (element.station != nullptr) {
                 stations += *element.station;
             }
         }));
-        again.endLoading();
+        loader.reset();
         QCOMPARE(stations, (QList<StationAttributes>{station, {}}));
         QCOMPARE(again.find("Pumpwerk & Co/meldung/" + text).data(Qt::EditRole), text);
         QCOMPARE(again.find("Pumpwerk & Co/meldung").data(StationTree::AlarmCountRole), 1);
@@ -245,19 +245,19 @@ private Q_SLOTS:
         for (const char *text : {"1 fail", "1 fail", "2 fail"}) {
             tree.take("old", NotificationMessage{{text, text}, true}, at);
         }
-        tree.carryOut(tree.acknowledgement({tree.find("old/meldung/1 fail")}, at.addDays(1)));
+        tree.carryOut(acknowledgementOf({tree.find("old/meldung/1 fail")}, tree, at.addDays(1)));
         QVERIFY(tree.setData(tree.find("old"), "new"));
         QVERIFY(NotificationTimes(path).save(NotificationTimes::document(tree)));
         const QByteArray document =
             writeNodes(tree.nodes(), [](const QString &) { return StationAttributes(); });
         const auto loaded = [&](const char *key, bool sound) {
             StationTree again({"N", "H", "IP"});
-            again.beginLoading();
+            std::optional<StationTreeLoader> loader(std::in_place, again);
             QStringList remarks;
             const bool read =
-                readNodes(document, remarks, [&](const NodeElement &element) { again.load(element); }) &&
-                bool(NotificationTimes(path).load(again)) == sound;
-            again.endLoading();
+                readNodes(document, remarks, [&](const NodeElement &element) { loader->load(element); }) &&
+                bool(NotificationTimes(path).load(*loader)) == sound;
+            loader.reset();
             const QModelIndex entry = again.find(QLatin1String(key));
             return read && again.alarmCount() == 1
                        ? QList<qint64>{entry.data(StationTree::ReceivedRole).toLongLong(),
@@ -300,9 +300,9 @@ private Q_SLOTS:
         QVERIFY(replaceFile(times, whole.first(whole.size() - 1)));
         NotificationTimes spoilt(path);
         StationTree again({"N", "H", "IP"});
-        again.beginLoading();
-        QVERIFY(!spoilt.load(again));
-        again.endLoading();
+        std::optional<StationTreeLoader> loader(std::in_place, again);
+        QVERIFY(!spoilt.load(*loader));
+        loader.reset();
         QVERIFY(spoilt.save(whole));
         QCOMPARE(files(), (QStringList{"nodes (1).times", "nodes.times"}));
         QVERIFY(QFile::remove(times));

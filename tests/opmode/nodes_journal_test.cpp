@@ -1,6 +1,7 @@
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/keeping/nodes_journal.h"
-#include "opmode/tree/station_tree.h"
+#include "opmode/tree/acknowledgement.h"
+#include "opmode/tree/station_tree_loader.h"
 #include "platform/files.h"
 #include "support/manual_timers.h"
 #include "support/test_files.h"
@@ -48,7 +49,7 @@ private Q_SLOTS:
         tree.take("a", alarm("2 fail"), {});
         tree.take("a", interpretStationMessage("+49 --> H,7,0911152359,1,12.5"), {});
         tree.take("a", interpretStationMessage("+49 --> R,5,12.3"), QDateTime::currentDateTime());
-        const auto acknowledged = tree.acknowledgement({tree.find("a/meldung/2 fail")}, at);
+        const auto acknowledged = acknowledgementOf({tree.find("a/meldung/2 fail")}, tree, at);
         for (const NodeChange &change : acknowledged) {
             journal.add(change);
         }
@@ -217,14 +218,13 @@ private:
     {
         ManualTimers timers;
         NodesJournal journal = opened(timers);
-        tree.beginLoading();
+        StationTreeLoader loader(tree);
         const auto replayed = journal.replay(base, [&](const NodeChange &change) {
             if (change.what == NodeChange::What::Station) {
                 m_attributes += change.station;
             }
-            return tree.replay(change);
+            return loader.replay(change);
         });
-        tree.endLoading();
         if (added != nullptr) {
             journal.add({NodeChange::What::Added, added, added, 0});
         }

@@ -1,4 +1,5 @@
-#include "opmode/tree/station_tree.h"
+#include "opmode/tree/acknowledgement.h"
+#include "opmode/tree/station_tree_loader.h"
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
@@ -53,13 +54,13 @@ private Q_SLOTS:
         const StationCaptions german{"Meldungen", "Historie", "IP"};
         m_tree->knowCaptions(german);
         const QModelIndex station = m_tree->addStation("Pump");
-        m_tree->beginLoading();
-        QVERIFY(m_tree->load("Pump/meldung", "Meldungen", 255) && m_tree->load("Pump/history", "Mine", 0));
-        QVERIFY(m_tree->load("Pump/history/1",
+        std::optional<StationTreeLoader> loader(std::in_place, *m_tree);
+        QVERIFY(loader->load("Pump/meldung", "Meldungen", 255) && loader->load("Pump/history", "Mine", 0));
+        QVERIFY(loader->load("Pump/history/1",
                              "a\n\xE2\x80\xAE"
                              "b",
                              0));
-        m_tree->endLoading();
+        loader.reset();
         const QModelIndex entry = m_tree->find("Pump/history/1");
         QCOMPARE(m_tree->find("Pump/meldung").data(), "Notifications");
         QCOMPARE(m_tree->find("Pump/history").data(), "Mine");
@@ -140,22 +141,22 @@ private Q_SLOTS:
         };
         constexpr int normal = StationTree::normalColour;
 
-        const auto one = m_tree->acknowledgement({first, first, station.siblingAtRow(7)}, now.addSecs(1));
+        const auto one = acknowledgementOf({first, first, station.siblingAtRow(7)}, *m_tree, now.addSecs(1));
         QCOMPARE(one.size(), 1);
         QCOMPARE(colours(), (QList<int>{255, 255, 255, 255})); // not before it is carried out
         m_tree->carryOut(one);
         QCOMPARE(colours(), (QList<int>{normal, 255, 255, 255}));
         QCOMPARE(first.data(StationTree::AcknowledgedRole), now.addSecs(1).toMSecsSinceEpoch());
-        QCOMPARE(m_tree->acknowledgement({first}, now), QList<NodeChange>());
+        QCOMPARE(acknowledgementOf({first}, *m_tree, now), QList<NodeChange>());
 
-        const auto rest = m_tree->acknowledgement({station}, now);
+        const auto rest = acknowledgementOf({station}, *m_tree, now);
         QCOMPARE(rest.size(), 3);
         QVERIFY(told.isEmpty());
         const auto again = m_tree->take("a", said(">M,2 fail"), now.addSecs(5)); // before it was carried out
         QVERIFY(again.alarm && again.entry == second);
         m_tree->carryOut(rest);
         QCOMPARE(colours(), (QList<int>{normal, 255, 255, 255}));
-        m_tree->carryOut(m_tree->acknowledgement({branch}, now));
+        m_tree->carryOut(acknowledgementOf({branch}, *m_tree, now));
         QCOMPARE(colours(), (QList<int>{normal, normal, normal, normal}));
         QCOMPARE(m_tree->alarmCount(), 0);
 
@@ -223,14 +224,14 @@ private Q_SLOTS:
         QStringList told;
         m_tree->setObserver(
             [&told](const NodeChange &change) { told += QString::fromStdString(change.key); });
-        m_tree->beginLoading();
-        QVERIFY(m_tree->load("a", "a", 1));
-        QVERIFY(m_tree->load("a/ip", "IP (now)", 0));
-        QVERIFY(m_tree->load("a/meldung/x", "x", 255));
-        QVERIFY(m_tree->load("a/meldung/x/y", "x/y", 0)); // an entry beside "x"
-        QVERIFY(!m_tree->load("b/meldung", "no station", 0));
-        QVERIFY(!m_tree->load("", "", 0));
-        m_tree->endLoading();
+        std::optional<StationTreeLoader> loader(std::in_place, *m_tree);
+        QVERIFY(loader->load("a", "a", 1));
+        QVERIFY(loader->load("a/ip", "IP (now)", 0));
+        QVERIFY(loader->load("a/meldung/x", "x", 255));
+        QVERIFY(loader->load("a/meldung/x/y", "x/y", 0)); // an entry beside "x"
+        QVERIFY(!loader->load("b/meldung", "no station", 0));
+        QVERIFY(!loader->load("", "", 0));
+        loader.reset();
         QCOMPARE(resets.size(), 1);
         QCOMPARE(m_tree->nodes().count(), 24U);
         QCOMPARE(m_tree->find("a/meldung").data(StationTree::AlarmCountRole), 1);

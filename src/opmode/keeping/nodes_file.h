@@ -30,6 +30,8 @@ class NodesFile
 public:
     explicit NodesFile(QString path) : m_path(std::move(path)) {}
 
+    const QString &path() const { return m_path; }
+
     /// Reads the file; one that does not exist gives no nodes. `take` gives false for a node that has no
     /// place; a file with nodes of which none has one is a failure. After a failure, or when not all of it
     /// could be used, the file is kept aside before it is replaced.

@@ -73,7 +73,7 @@ NotificationTimes::NotificationTimes(const QString &nodesPath)
     m_path = info.path() + u'/' + info.completeBaseName() + QLatin1String(".times");
 }
 
-Status NotificationTimes::load(StationTree &tree)
+Status NotificationTimes::load(StationTreeLoader &tree)
 {
     m_keepAside = false;
     QByteArray bytes;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/tree/station_tree.h"
+#include "opmode/tree/station_tree_loader.h"
 #include "platform/status.h"
 
 #include <QByteArray>
@@ -18,7 +18,7 @@ public:
     /// Gives the notifications of a tree that is being loaded their times; without the file they are not
     /// known. A failure says that not all of the file could be used; it is then kept aside before it is
     /// replaced.
-    Status load(StationTree &tree);
+    Status load(StationTreeLoader &tree);
     /// What save() is to write: the times for each key that the file of nodes can have, that of now included,
     /// so that they fit whether or not it is replaced after them.
     static QByteArray document(const StationTree &tree);

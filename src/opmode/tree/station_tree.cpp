@@ -23,9 +23,6 @@ constexpr quint64 inverse(quint64 odd)
 }
 static_assert(spread * inverse(spread) == 1);
 
-/// Enough for the names and texts of a station's fixed nodes.
-constexpr std::size_t bytesOfABranch = 4096;
-
 } // namespace
 
 StationTree::StationTree(const StationCaptions &captions, QObject *parent) : QAbstractItemModel(parent)
@@ -38,13 +35,9 @@ void StationTree::setCaptions(const StationCaptions &captions)
 {
     m_captions = captions;
     knowCaptions(captions);
-    for (int channel = 1; channel <= channelCount; ++channel) {
-        const QString text = channelCaption(channel) + m_captions.inputValues + QString::number(channel) +
-                             QLatin1String(" = ?");
-        m_unknownValues[static_cast<std::size_t>(channel - 1)] = text.toStdString();
-    }
-    for (const Id station : m_nodes.children(NodeStore::root)) {
-        if (const auto branches = m_nodes.children(station); !branches.empty()) {
+    m_nodes.setCaptions(captions);
+    for (const Id station : nodes().children(NodeStore::root)) {
+        if (const auto branches = nodes().children(station); !branches.empty()) {
             Q_EMIT dataChanged(indexOf(branches.front()), indexOf(branches.back()), {Qt::DisplayRole});
         }
     }
@@ -60,34 +53,18 @@ void StationTree::knowCaptions(const StationCaptions &captions)
 QModelIndex StationTree::addStation(const QString &kennung)
 {
     const std::string name = storedText(kennung);
-    if (name.empty() || !isFreeName(textOf(name)) || !m_nodes.hasRoom(bytesOfABranch + name.size())) {
+    if (name.empty() || !isFreeName(textOf(name)) || !m_nodes.hasRoomForStation(name)) {
         return {};
     }
     const int row = rowCount();
     beginInsertRows({}, row, row);
-    const std::optional<Id> station = addBranch(name);
+    const std::optional<Id> station = m_nodes.addStation(name);
     endInsertRows();
     if (!station) {
         return {};
     }
-    tell(NodeChange::What::Added, *station);
+    notifyObserver(NodeChange::What::Added, *station);
     return indexOf(*station);
-}
-
-std::optional<StationTree::Id> StationTree::addBranch(std::string_view kennung)
-{
-    const std::optional<Id> station = m_nodes.add(NodeStore::root, kennung, kennung, normalColour);
-    if (!station) {
-        return std::nullopt;
-    }
-    m_nodes.add(*station, branches::notifications, m_captions.notifications.toStdString(), normalColour);
-    m_nodes.add(*station, branches::history, m_captions.history.toStdString(), normalColour);
-    const auto values =
-        m_nodes.add(*station, branches::inputValues, m_captions.inputValues.toStdString(), normalColour);
-    for (std::size_t channel = 1; values && channel <= m_unknownValues.size(); ++channel) {
-        m_nodes.add(*values, inputValueName(channel), m_unknownValues[channel - 1], normalColour);
-    }
-    return station;
 }
 
 void StationTree::remove(const QModelIndex &index)
@@ -96,52 +73,24 @@ void StationTree::remove(const QModelIndex &index)
         return;
     }
     const Id id = idOf(index);
-    const bool red = m_nodes.colour(id) == alarmColour && m_nodes.kind(id) == NodeKind::Notification;
-    const Id above = m_nodes.parent(id);
+    const bool isRed = nodes().colour(id) == alarmColour && nodes().kind(id) == NodeKind::Notification;
+    const Id above = nodes().parent(id);
     NodeChange change;
     change.what = NodeChange::What::Removed;
-    change.key = m_nodes.key(id);
+    change.key = nodes().key(id);
     beginRemoveRows(index.parent(), index.row(), index.row());
-    forget(id);
+    m_statuses.remove(id);
     m_nodes.remove(id);
     endRemoveRows();
     if (m_changed) {
         m_changed(change);
     }
     m_savedKeys.remove(change.key);
-    if (red) {
+    if (isRed) {
         showAlarmCount(above);
-        calm(above);
+        clearAlarmColour(above);
     }
-    tellAlarmCount();
-}
-
-/// What is kept beside the nodes of a node that goes, and of those under it.
-void StationTree::forget(Id id)
-{
-    switch (m_nodes.kind(id)) {
-    case NodeKind::Station:
-        m_statuses.remove(id);
-        if (const auto notifications = m_nodes.child(id, branches::notifications)) {
-            forget(*notifications);
-        }
-        break;
-    case NodeKind::Notifications:
-        m_alarmCount -= m_alarms.take(id);
-        for (const Id child : m_nodes.children(id)) {
-            m_arrivals.remove(child);
-        }
-        break;
-    case NodeKind::Notification:
-        if (m_nodes.colour(id) == alarmColour) {
-            --m_alarms[m_nodes.parent(id)];
-            --m_alarmCount;
-        }
-        m_arrivals.remove(id);
-        break;
-    default:
-        break;
-    }
+    emitAlarmCount();
 }
 
 QString StationTree::freeName(const QString &base) const
@@ -159,16 +108,16 @@ bool StationTree::isFreeName(const QString &name, Id except) const
         return false;
     }
     const std::string wanted = name.toStdString();
-    const std::optional<Id> found = m_nodes.child(NodeStore::root, wanted);
+    const std::optional<Id> found = nodes().child(NodeStore::root, wanted);
     if (found && found != except) {
         return false;
     }
     // A station that was given this text has it as its key in the next run, as it has those of the files now.
     bool isFree = true;
     m_savedKeys.forEach([&](const std::string &kennung) {
-        const std::optional<Id> station = m_nodes.child(NodeStore::root, kennung);
+        const std::optional<Id> station = nodes().child(NodeStore::root, kennung);
         isFree = isFree && (!station || station == except ||
-                            (m_nodes.text(*station) != wanted && !m_savedKeys.isOf(kennung, wanted)));
+                            (nodes().text(*station) != wanted && !m_savedKeys.isOf(kennung, wanted)));
     });
     return isFree;
 }
@@ -177,8 +126,8 @@ void StationTree::beginSaving()
 {
     QList<std::pair<std::string, std::string>> stations;
     m_savedKeys.forEach([&](const std::string &kennung) {
-        if (const std::optional<Id> station = m_nodes.child(NodeStore::root, kennung)) {
-            stations.emplaceBack(kennung, m_nodes.text(*station));
+        if (const std::optional<Id> station = nodes().child(NodeStore::root, kennung)) {
+            stations.emplaceBack(kennung, nodes().text(*station));
         }
     });
     for (const auto &[kennung, text] : stations) {
@@ -188,44 +137,42 @@ void StationTree::beginSaving()
 
 void StationTree::showChanged(Id id, const QList<int> &roles)
 {
-    if (!m_loading) {
-        const QModelIndex index = indexOf(id);
-        Q_EMIT dataChanged(index, index, roles);
-    }
+    const QModelIndex index = indexOf(id);
+    Q_EMIT dataChanged(index, index, roles);
 }
 
 void StationTree::setStatus(const QString &kennung, const StationStatus &status)
 {
-    const std::optional<Id> station = m_nodes.child(NodeStore::root, storedText(kennung));
+    const std::optional<Id> station = nodes().child(NodeStore::root, storedText(kennung));
     if (station && m_statuses.value(*station) != status) {
         m_statuses.insert(*station, status);
         showChanged(*station, {StatusRole});
     }
 }
 
-void StationTree::tell(NodeChange::What what, Id id, qint64 now, int count)
+void StationTree::notifyObserver(NodeChange::What what, Id id, qint64 now, int count)
 {
-    if (!m_changed || m_loading) {
+    if (!m_changed) {
         return;
     }
-    m_told.what = what;
-    m_nodes.getKey(id, m_told.key);
+    m_change.what = what;
+    nodes().getKey(id, m_change.key);
     const bool hasText = what == NodeChange::What::Added || what == NodeChange::What::Text;
-    m_told.text.assign(hasText ? m_nodes.text(id) : std::string_view());
-    m_told.colour = what == NodeChange::What::Text ? 0 : m_nodes.colour(id);
-    m_told.moment = now;
-    m_told.count = count;
-    m_told.raised = what == NodeChange::What::Repeated ? m_arrivals.value(id).raised : 0;
-    m_changed(m_told);
+    m_change.text.assign(hasText ? nodes().text(id) : std::string_view());
+    m_change.colour = what == NodeChange::What::Text ? 0 : nodes().colour(id);
+    m_change.moment = now;
+    m_change.count = count;
+    m_change.raised = what == NodeChange::What::Repeated ? arrivals().value(id).raised : 0;
+    m_changed(m_change);
 }
 
 QModelIndex StationTree::find(const QString &key) const
 {
-    const std::optional<Id> id = m_nodes.find(storedText(key));
+    const std::optional<Id> id = nodes().find(storedText(key));
     return id ? indexOf(*id) : QModelIndex();
 }
 
-StationTree::Id StationTree::idOf(const QModelIndex &index) const
+NodeStore::Id StationTree::idOf(const QModelIndex &index)
 {
     return index.isValid() ? static_cast<Id>(index.internalId() * inverse(spread)) : NodeStore::root;
 }
@@ -233,7 +180,7 @@ StationTree::Id StationTree::idOf(const QModelIndex &index) const
 QModelIndex StationTree::indexOf(Id id) const
 {
     return id == NodeStore::root ? QModelIndex()
-                                 : createIndex(static_cast<int>(m_nodes.row(id)), 0, id * spread);
+                                 : createIndex(static_cast<int>(nodes().row(id)), 0, id * spread);
 }
 
 QModelIndex StationTree::index(int row, int column, const QModelIndex &parent) const
@@ -241,17 +188,17 @@ QModelIndex StationTree::index(int row, int column, const QModelIndex &parent) c
     if (row < 0 || column != 0 || row >= rowCount(parent)) {
         return {};
     }
-    return createIndex(row, 0, m_nodes.children(idOf(parent))[static_cast<std::size_t>(row)] * spread);
+    return createIndex(row, 0, nodes().children(idOf(parent))[static_cast<std::size_t>(row)] * spread);
 }
 
 QModelIndex StationTree::parent(const QModelIndex &child) const
 {
-    return child.isValid() ? indexOf(m_nodes.parent(idOf(child))) : QModelIndex();
+    return child.isValid() ? indexOf(nodes().parent(idOf(child))) : QModelIndex();
 }
 
 int StationTree::rowCount(const QModelIndex &parent) const
 {
-    return parent.column() > 0 ? 0 : static_cast<int>(m_nodes.children(idOf(parent)).size());
+    return parent.column() > 0 ? 0 : static_cast<int>(nodes().children(idOf(parent)).size());
 }
 
 int StationTree::columnCount(const QModelIndex &) const
@@ -270,18 +217,18 @@ QVariant StationTree::data(const QModelIndex &index, int role) const
     case Qt::AccessibleTextRole:
         return shownText(id);
     case Qt::EditRole:
-        return textOf(m_nodes.text(id));
+        return textOf(nodes().text(id));
     case KeyRole:
-        return textOf(m_nodes.key(id));
+        return textOf(nodes().key(id));
     case KindRole:
-        return QVariant::fromValue(m_nodes.kind(id));
+        return QVariant::fromValue(nodes().kind(id));
     case ColourRole:
-        return m_nodes.colour(id);
+        return nodes().colour(id);
     case StatusRole:
-        return m_nodes.kind(id) == NodeKind::Station ? QVariant::fromValue(m_statuses.value(id)) : QVariant();
+        return nodes().kind(id) == NodeKind::Station ? QVariant::fromValue(m_statuses.value(id)) : QVariant();
     case AlarmCountRole:
-        return m_alarms.value(m_nodes.kind(id) == NodeKind::Station
-                                  ? m_nodes.child(id, branches::notifications).value_or(NodeStore::root)
+        return alarms().under(nodes().kind(id) == NodeKind::Station
+                                  ? nodes().child(id, branches::notifications).value_or(NodeStore::root)
                                   : id);
     case ReceivedRole:
     case CountRole:
@@ -295,8 +242,8 @@ QVariant StationTree::data(const QModelIndex &index, int role) const
 
 QString StationTree::shownText(Id id) const
 {
-    const QString text = textOf(m_nodes.text(id));
-    const NodeKind kind = m_nodes.kind(id);
+    const QString text = textOf(nodes().text(id));
+    const NodeKind kind = nodes().kind(id);
     const auto caption = kind == NodeKind::Notifications ? &StationCaptions::notifications
                          : kind == NodeKind::History     ? &StationCaptions::history
                          : kind == NodeKind::InputValues ? &StationCaptions::inputValues
@@ -308,10 +255,10 @@ QString StationTree::shownText(Id id) const
 
 QVariant StationTree::arrivalData(Id id, int role) const
 {
-    if (m_nodes.kind(id) != NodeKind::Notification) {
+    if (nodes().kind(id) != NodeKind::Notification) {
         return {};
     }
-    const Arrival arrival = m_arrivals.value(id);
+    const Arrival arrival = arrivals().value(id);
     return role == CountRole      ? QVariant(arrival.count)
            : role == ReceivedRole ? QVariant(arrival.received)
            : role == RaisedRole   ? QVariant(arrival.raised)
@@ -321,23 +268,112 @@ QVariant StationTree::arrivalData(Id id, int role) const
 Qt::ItemFlags StationTree::flags(const QModelIndex &index) const
 {
     const Qt::ItemFlags usual = QAbstractItemModel::flags(index);
-    return index.isValid() && m_nodes.kind(idOf(index)) == NodeKind::Station ? usual | Qt::ItemIsEditable
+    return index.isValid() && nodes().kind(idOf(index)) == NodeKind::Station ? usual | Qt::ItemIsEditable
                                                                              : usual;
 }
 
 bool StationTree::setData(const QModelIndex &index, const QVariant &value, int role)
 {
     const Id id = idOf(index);
-    if (role != Qt::EditRole || m_nodes.kind(id) != NodeKind::Station) {
+    if (role != Qt::EditRole || nodes().kind(id) != NodeKind::Station) {
         return false;
     }
     const QString text = textOf(storedText(value.toString().trimmed()));
     if (text.isEmpty() || !isFreeName(text, id)) {
         return false;
     }
-    m_savedKeys.add(std::string(m_nodes.name(id)));
+    m_savedKeys.add(std::string(nodes().name(id)));
     setText(id, text, 0);
     return true;
+}
+
+void StationTree::carryOut(const QList<NodeChange> &acknowledgement)
+{
+    QSet<Id> branches;
+    m_isCarryingOut = true;
+    for (const NodeChange &change : acknowledgement) {
+        const std::optional<Id> id = nodes().find(change.key);
+        if (!id) {
+            continue;
+        }
+        if (nodes().kind(*id) == NodeKind::Notification) {
+            if (arrivals().value(*id).count == change.count && setColourOf(*id, change.colour)) {
+                m_nodes.setAcknowledged(*id, change.moment);
+                showChanged(*id, {AcknowledgedRole});
+                branches.insert(nodes().parent(*id));
+            }
+        } else {
+            const auto branch = nodes().child(*id, branches::notifications);
+            if (alarms().under(branch.value_or(*id)) == 0) {
+                setColourOf(*id, change.colour);
+            }
+        }
+    }
+    m_isCarryingOut = false;
+    for (const Id branch : branches) {
+        showAlarmCount(branch);
+    }
+    emitAlarmCount();
+}
+
+void StationTree::setColour(const QModelIndex &index, std::int32_t colour)
+{
+    const Id id = idOf(index);
+    if (!index.isValid() || !setColourOf(id, colour)) {
+        return;
+    }
+    notifyObserver(NodeChange::What::Colour, id);
+    if (nodes().kind(id) == NodeKind::Notification) {
+        m_nodes.setAcknowledged(id, 0);
+        clearAlarmColour(nodes().parent(id));
+    }
+}
+
+bool StationTree::setColourOf(Id id, std::int32_t colour)
+{
+    const bool wasRed = nodes().colour(id) == alarmColour;
+    if (!m_nodes.setColour(id, colour)) {
+        return false;
+    }
+    const bool isCounted = nodes().kind(id) == NodeKind::Notification && (wasRed || colour == alarmColour);
+    if (isCounted && !m_isCarryingOut) {
+        showAlarmCount(nodes().parent(id));
+        emitAlarmCount();
+    }
+    showChanged(id, {ColourRole});
+    return true;
+}
+
+void StationTree::changeColour(Id id, std::int32_t colour, qint64 now)
+{
+    if (setColourOf(id, colour)) {
+        notifyObserver(NodeChange::What::Colour, id, now);
+    }
+}
+
+void StationTree::clearAlarmColour(Id notifications)
+{
+    if (alarms().under(notifications) > 0) {
+        return;
+    }
+    for (const Id id : {notifications, nodes().parent(notifications)}) {
+        if (nodes().colour(id) == alarmColour) {
+            changeColour(id, normalColour, 0);
+        }
+    }
+}
+
+void StationTree::showAlarmCount(Id notifications)
+{
+    showChanged(notifications, {AlarmCountRole});
+    showChanged(nodes().parent(notifications), {AlarmCountRole});
+}
+
+void StationTree::emitAlarmCount()
+{
+    if (std::exchange(m_emittedAlarmCount, alarmCount()) != alarmCount()) {
+        Q_EMIT alarmCountChanged();
+    }
 }
 
 } // namespace ktr

@@ -17,7 +17,7 @@ qint64 StationTree::momentOf(const QDateTime &time)
 StationTree::Outcome StationTree::take(const QString &kennung, const StationMessage &message,
                                        const QDateTime &now)
 {
-    const std::optional<Id> station = m_nodes.child(NodeStore::root, storedText(kennung));
+    const std::optional<Id> station = nodes().child(NodeStore::root, storedText(kennung));
     if (!station) {
         return {};
     }
@@ -42,51 +42,45 @@ StationTree::Outcome StationTree::takeNotification(Id station, const Notificatio
 {
     Outcome outcome;
     outcome.alarm = message.alarm;
-    const auto branch = m_nodes.child(station, branches::notifications);
+    const auto branch = nodes().child(station, branches::notifications);
     if (!branch) {
         return outcome;
     }
     const qint64 moment = momentOf(now);
     const std::string name = storedText(message.entry.key);
-    std::optional<Id> entry = m_nodes.child(*branch, name);
+    std::optional<Id> entry = nodes().child(*branch, name);
     if (entry) {
-        const Arrival before = m_arrivals.value(*entry);
-        const std::int32_t colourBefore = m_nodes.colour(*entry);
+        const Arrival before = arrivals().value(*entry);
+        const std::int32_t colourBefore = nodes().colour(*entry);
         NodeChange change;
         change.colour = message.alarm ? alarmColour : colourBefore;
         change.moment = moment;
         change.count = before.count + 1;
         change.raised = message.alarm && colourBefore != alarmColour ? moment : before.raised;
-        repeat(*entry, change);
-        tell(NodeChange::What::Repeated, *entry, moment, change.count);
+        countAgain(*entry, change);
+        notifyObserver(NodeChange::What::Repeated, *entry, moment, change.count);
     } else {
         entry =
             addEntry(*branch, name, message.entry.text, message.alarm ? alarmColour : normalColour, moment);
     }
     if (message.alarm) {
-        colourAndTell(*branch, alarmColour, moment);
-        colourAndTell(station, alarmColour, moment);
+        changeColour(*branch, alarmColour, moment);
+        changeColour(station, alarmColour, moment);
     }
     outcome.entry = entry ? indexOf(*entry) : QModelIndex();
     return outcome;
 }
 
-void StationTree::repeat(Id id, const NodeChange &change)
+void StationTree::countAgain(Id id, const NodeChange &repeated)
 {
-    Arrival &arrival = m_arrivals[id];
-    arrival.count = change.count;
-    arrival.received = change.moment;
-    arrival.raised = change.raised;
-    if (change.colour == alarmColour) {
-        arrival.acknowledged = 0;
-    }
-    colour(id, change.colour);
+    m_nodes.countAgain(id, repeated);
+    setColourOf(id, repeated.colour);
     showChanged(id, {ReceivedRole, CountRole, AcknowledgedRole, RaisedRole});
 }
 
 void StationTree::takeValues(Id station, const InputValuesMessage &message, const QDateTime &now)
 {
-    const auto branch = m_nodes.child(station, branches::inputValues);
+    const auto branch = nodes().child(station, branches::inputValues);
     if (!branch) {
         return;
     }
@@ -95,7 +89,7 @@ void StationTree::takeValues(Id station, const InputValuesMessage &message, cons
             moment);
     for (const InputValuesMessage::Value &value : message.values) {
         if (const auto node =
-                m_nodes.child(*branch, inputValueName(static_cast<std::size_t>(value.channel)))) {
+                nodes().child(*branch, inputValueName(static_cast<std::size_t>(value.channel)))) {
             setText(*node,
                     channelCaption(value.channel) + QLatin1String("IP") + QString::number(value.channel) +
                         QLatin1String(" = ") + value.text,
@@ -108,10 +102,10 @@ StationTree::Outcome StationTree::takeHistory(Id station, const HistoryMessage &
 {
     Outcome outcome;
     outcome.unusable = message.unusable;
-    const auto branch = m_nodes.child(station, branches::history);
+    const auto branch = nodes().child(station, branches::history);
     for (const MessageEntry &entry : message.entries) {
         const std::string name = storedText(entry.key);
-        const bool isNew = branch && !m_nodes.child(*branch, name);
+        const bool isNew = branch && !nodes().child(*branch, name);
         const auto made = isNew ? addEntry(*branch, name, entry.text, normalColour, 0) : std::nullopt;
         outcome.entry = made ? indexOf(*made) : outcome.entry;
     }
@@ -122,21 +116,19 @@ std::optional<StationTree::Id> StationTree::addEntry(Id branch, std::string_view
                                                      std::int32_t colour, qint64 now)
 {
     const std::string text = storedText(entry);
-    if (!m_nodes.hasRoom(name.size() + text.size())) {
+    if (!nodes().hasRoom(name.size() + text.size())) {
         return std::nullopt;
     }
-    const int row = static_cast<int>(m_nodes.children(branch).size());
+    const int row = static_cast<int>(nodes().children(branch).size());
     beginInsertRows(indexOf(branch), row, row);
-    const std::optional<Id> id = m_nodes.add(branch, name, text, colour);
-    if (id && now != 0) {
-        m_arrivals.insert(*id, {now, 0, 1, colour == alarmColour ? now : 0});
-    }
+    const std::optional<Id> id = m_nodes.addEntry(branch, name, text, colour, now);
     endInsertRows();
     if (id) {
         if (colour == alarmColour) {
-            countAlarm(*id, 1);
+            showAlarmCount(branch);
+            emitAlarmCount();
         }
-        tell(NodeChange::What::Added, *id, now);
+        notifyObserver(NodeChange::What::Added, *id, now);
     }
     return id;
 }
@@ -144,9 +136,9 @@ std::optional<StationTree::Id> StationTree::addEntry(Id branch, std::string_view
 void StationTree::setText(Id id, const QString &text, qint64 now)
 {
     const std::string stored = storedText(text);
-    if (m_nodes.text(id) != stored && m_nodes.setText(id, stored)) {
+    if (nodes().text(id) != stored && m_nodes.setText(id, stored)) {
         showChanged(id, {Qt::DisplayRole, Qt::EditRole});
-        tell(NodeChange::What::Text, id, now);
+        notifyObserver(NodeChange::What::Text, id, now);
     }
 }
 

@@ -1,3 +1,4 @@
+#include "opmode/tree/acknowledgement.h"
 #include "opmode/window/alarm_bar.h"
 #include "opmode/window/alarm_sound.h"
 #include "opmode/window/notifications/notification_page.h"
@@ -42,7 +43,7 @@ private Q_SLOTS:
         m_acknowledging =
             std::make_unique<Acknowledging>(tree(), m_texts, [this](const QModelIndexList &entries) {
                 if (m_disk) {
-                    tree().carryOut(tree().acknowledgement(entries, m_now));
+                    tree().carryOut(acknowledgementOf(entries, tree(), m_now));
                 }
                 return m_disk;
             });
