@@ -88,6 +88,213 @@
     </message>
 </context>
 <context>
+    <name>Fields</name>
+    <message>
+        <source>whole number from %1 to %2</source>
+        <translation>ganze Zahl von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>number from %1 to %2</source>
+        <translation>Zahl von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>whole number from %1</source>
+        <translation>ganze Zahl ab %1</translation>
+    </message>
+    <message>
+        <source>number from %1</source>
+        <translation>Zahl ab %1</translation>
+    </message>
+    <message>
+        <source>number</source>
+        <translation>Zahl</translation>
+    </message>
+    <message>
+        <source>, in minutes</source>
+        <translation>, in Minuten</translation>
+    </message>
+    <message>
+        <source>, in the unit of the channel</source>
+        <translation>, in der Einheit des Kanals</translation>
+    </message>
+    <message>
+        <source>Who answers for this configuration</source>
+        <translation>Wer für diese Konfiguration verantwortlich ist</translation>
+    </message>
+    <message>
+        <source>Every edit writes its date and time here</source>
+        <translation>Jede Änderung trägt hier Datum und Uhrzeit ein</translation>
+    </message>
+    <message>
+        <source>Any text; a new configuration is given the date of today</source>
+        <translation>Beliebiger Text; eine neue Konfiguration erhält das heutige Datum</translation>
+    </message>
+    <message>
+        <source>Any text about this configuration</source>
+        <translation>Beliebiger Text zu dieser Konfiguration</translation>
+    </message>
+    <message>
+        <source>The conversation with the module is appended to this file</source>
+        <translation>Der Datenverkehr mit dem Modul wird an diese Datei angehängt</translation>
+    </message>
+    <message>
+        <source>The module&apos;s archive is appended to this file (*.csv)</source>
+        <translation>Das Archiv des Moduls wird an diese Datei angehängt (*.csv)</translation>
+    </message>
+    <message>
+        <source>PIN of the SIM card, 4 to 8 digits</source>
+        <translation>PIN der SIM-Karte, 4 bis 8 Ziffern</translation>
+    </message>
+    <message>
+        <source>Type of the module</source>
+        <translation>Typ des Moduls</translation>
+    </message>
+    <message>
+        <source>Name under which the module reports; ä, ö, ü and ß become ae, oe, ue and ss</source>
+        <translation>Name, unter dem sich das Modul meldet; ä, ö, ü, ß werden zu ae, oe, ue, ss</translation>
+    </message>
+    <message>
+        <source>Cycle in which the module reports that it is alive</source>
+        <translation>Zyklus, in dem das Modul meldet, dass es in Betrieb ist</translation>
+    </message>
+    <message>
+        <source>Shown as recipient of notifications and as target of switch points</source>
+        <translation>Erscheint als Empfänger von Meldungen und als Ziel von Schaltpunkten</translation>
+    </message>
+    <message>
+        <source>International form: + and digits</source>
+        <translation>Internationale Schreibweise: + und Ziffern</translation>
+    </message>
+    <message>
+        <source>Text of the notification; ä, ö, ü and ß become ae, oe, ue and ss</source>
+        <translation>Text der Meldung; ä, ö, ü, ß werden zu ae, oe, ue, ss</translation>
+    </message>
+    <message>
+        <source>Delay of the notification; on inputs that count pulses the count per interval</source>
+        <translation>Verzögerung der Meldung; bei Eingängen, die Impulse zählen, die Anzahl pro Intervall</translation>
+    </message>
+    <message>
+        <source>What the value is compared with</source>
+        <translation>Womit der Wert verglichen wird</translation>
+    </message>
+    <message>
+        <source>How far the value must fall or rise back</source>
+        <translation>Wie weit der Wert zurückgehen muss</translation>
+    </message>
+    <message>
+        <source>The input or output that is watched</source>
+        <translation>Der überwachte Eingang oder Ausgang</translation>
+    </message>
+    <message>
+        <source>How the value is compared with the limit</source>
+        <translation>Wie der Wert mit dem Grenzwert verglichen wird</translation>
+    </message>
+    <message>
+        <source>Reference</source>
+        <translation>Bezug</translation>
+    </message>
+    <message>
+        <source>The limit values that are combined</source>
+        <translation>Die Grenzwerte, die verknüpft werden</translation>
+    </message>
+    <message>
+        <source>Who is notified</source>
+        <translation>Wer benachrichtigt wird</translation>
+    </message>
+    <message>
+        <source>How often the message is repeated, %1 to %2</source>
+        <translation>Wie oft die Meldung wiederholt wird, %1 bis %2</translation>
+    </message>
+    <message>
+        <source>Time between two messages</source>
+        <translation>Zeit zwischen zwei Meldungen</translation>
+    </message>
+    <message>
+        <source>Time between two archive entries, 0 for none by time</source>
+        <translation>Zeit zwischen zwei Archiveinträgen, 0: keine nach Zeit</translation>
+    </message>
+    <message>
+        <source>Change that triggers an archive entry</source>
+        <translation>Änderung, die einen Archiveintrag auslöst</translation>
+    </message>
+    <message>
+        <source>Count the pulses of this input</source>
+        <translation>Impulse dieses Eingangs zählen</translation>
+    </message>
+    <message>
+        <source>Pulses that count as one</source>
+        <translation>Impulse, die als einer zählen</translation>
+    </message>
+    <message>
+        <source>Invert the counted signal</source>
+        <translation>Das gezählte Signal umkehren</translation>
+    </message>
+    <message>
+        <source>Count the operating hours of this input</source>
+        <translation>Betriebsstunden dieses Eingangs zählen</translation>
+    </message>
+    <message>
+        <source>Value that the module starts with</source>
+        <translation>Wert, mit dem das Modul startet</translation>
+    </message>
+    <message>
+        <source>Send start and output values</source>
+        <translation>Start- und Ausgangswerte senden</translation>
+    </message>
+    <message>
+        <source>Without it a transmission leaves the inputs&apos; counters and the outputs as they are; the outputs&apos; operating hours are sent all the same</source>
+        <translation>Ohne dies bleiben bei einer Übertragung die Zähler der Eingänge und die Ausgänge, wie sie sind; die Betriebsstunden der Ausgänge werden trotzdem gesendet</translation>
+    </message>
+    <message>
+        <source>Value shown at a signal of 0</source>
+        <translation>Angezeigter Wert bei einem Signal von 0</translation>
+    </message>
+    <message>
+        <source>Change of the value with each step of the signal</source>
+        <translation>Änderung des Wertes je Schritt des Signals</translation>
+    </message>
+    <message>
+        <source>Unit of the scaled value</source>
+        <translation>Einheit des skalierten Wertes</translation>
+    </message>
+    <message>
+        <source>Target</source>
+        <translation>Ziel</translation>
+    </message>
+    <message>
+        <source>The output that is switched, or the number that is called</source>
+        <translation>Der geschaltete Ausgang oder die angerufene Rufnummer</translation>
+    </message>
+    <message>
+        <source>Time from one switching to the next, less than a year</source>
+        <translation>Zeit von einem Schalten zum nächsten, weniger als ein Jahr</translation>
+    </message>
+    <message>
+        <source>Year, month, day, hour and minute, two digits each</source>
+        <translation>Jahr, Monat, Tag, Stunde und Minute, je zwei Ziffern</translation>
+    </message>
+    <message>
+        <source>When it switches</source>
+        <translation>Wann geschaltet wird</translation>
+    </message>
+    <message>
+        <source>What the target is set to</source>
+        <translation>Worauf das Ziel gesetzt wird</translation>
+    </message>
+    <message>
+        <source>The limit value that the switch point reacts to</source>
+        <translation>Der Grenzwert, auf den reagiert wird</translation>
+    </message>
+    <message>
+        <source>Four numbers from 0 to 255 with dots between them</source>
+        <translation>Vier Zahlen von 0 bis 255, mit Punkten getrennt</translation>
+    </message>
+    <message>
+        <source>Two hexadecimal digits; editable in expert mode</source>
+        <translation>Zwei hexadezimale Ziffern; im Expertenmodus änderbar</translation>
+    </message>
+</context>
+<context>
     <name>Files</name>
     <message>
         <source>%1: &quot;%2&quot; is of no use here, &quot;%3&quot; is kept</source>
@@ -416,10 +623,6 @@
         <translation>ist kein Datum der Form JJMMTT</translation>
     </message>
     <message>
-        <source>is below 0</source>
-        <translation>ist kleiner als 0</translation>
-    </message>
-    <message>
         <source>is no whole number of minutes</source>
         <translation>ist keine ganze Zahl von Minuten</translation>
     </message>
@@ -558,6 +761,18 @@
     <message>
         <source>has a tab at place %1, which no SMS carries</source>
         <translation>enthält an Stelle %1 einen Tabulator, den keine SMS überträgt</translation>
+    </message>
+    <message>
+        <source>is no whole number from %1</source>
+        <translation>ist keine ganze Zahl ab %1</translation>
+    </message>
+    <message>
+        <source>is below %1</source>
+        <translation>ist kleiner als %1</translation>
+    </message>
+    <message>
+        <source>is above %1</source>
+        <translation>ist größer als %1</translation>
     </message>
 </context>
 <context>
@@ -882,16 +1097,8 @@ Wasserturm;turm.example.org:49111</translation>
 <context>
     <name>ktr::EthernetPage</name>
     <message>
-        <source>Four numbers from 0 to 255 with dots between them</source>
-        <translation>Vier Zahlen von 0 bis 255, mit Punkten getrennt</translation>
-    </message>
-    <message>
         <source>The maker&apos;s part of the address; it is the same in every module</source>
         <translation>Herstellerteil der Adresse; in jedem Modul derselbe</translation>
-    </message>
-    <message>
-        <source>Two hexadecimal digits; editable in expert mode</source>
-        <translation>Zwei hexadezimale Ziffern; im Expertenmodus änderbar</translation>
     </message>
 </context>
 <context>
@@ -1293,29 +1500,6 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
-    <name>ktr::GsmPage</name>
-    <message>
-        <source>Name under which the module reports; ä, ö, ü and ß become ae, oe, ue and ss</source>
-        <translation>Name, unter dem sich das Modul meldet; ä, ö, ü, ß werden zu ae, oe, ue, ss</translation>
-    </message>
-    <message>
-        <source>PIN of the SIM card, 4 to 8 digits</source>
-        <translation>PIN der SIM-Karte, 4 bis 8 Ziffern</translation>
-    </message>
-    <message>
-        <source>Shown as recipient of notifications and as target of switch points</source>
-        <translation>Erscheint als Empfänger von Meldungen und als Ziel von Schaltpunkten</translation>
-    </message>
-    <message>
-        <source>International form: + and digits</source>
-        <translation>Internationale Schreibweise: + und Ziffern</translation>
-    </message>
-    <message>
-        <source>Whole number from 0 to 32767</source>
-        <translation>Ganze Zahl von 0 bis 32767</translation>
-    </message>
-</context>
-<context>
     <name>ktr::HistoryModel</name>
     <message>
         <source>Time</source>
@@ -1458,18 +1642,6 @@ Wasserturm;turm.example.org:49111</translation>
 <context>
     <name>ktr::InfoPage</name>
     <message>
-        <source>Who answers for this configuration</source>
-        <translation>Wer für diese Konfiguration verantwortlich ist</translation>
-    </message>
-    <message>
-        <source>Any text; a new configuration is given the date of today</source>
-        <translation>Beliebiger Text; eine neue Konfiguration erhält das heutige Datum</translation>
-    </message>
-    <message>
-        <source>Every edit writes its date and time here</source>
-        <translation>Jede Änderung trägt hier Datum und Uhrzeit ein</translation>
-    </message>
-    <message>
         <source>What the module holds, as last reported</source>
         <translation>Stand im Modul, wie zuletzt von ihm gemeldet</translation>
     </message>
@@ -1482,16 +1654,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Dateien</translation>
     </message>
     <message>
-        <source>The conversation with the module is appended to this file</source>
-        <translation>Der Datenverkehr mit dem Modul wird an diese Datei angehängt</translation>
-    </message>
-    <message>
         <source>Choose the log file</source>
         <translation>Logdatei wählen</translation>
-    </message>
-    <message>
-        <source>The module&apos;s archive is appended to this file (*.csv)</source>
-        <translation>Das Archiv des Moduls wird an diese Datei angehängt (*.csv)</translation>
     </message>
     <message>
         <source>Choose the history export file</source>
@@ -1511,74 +1675,7 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
-    <name>ktr::InputPage</name>
-    <message>
-        <source>Minutes between two archive entries, a whole number; 0: no entries by time</source>
-        <translation>Minuten zwischen zwei Archiveinträgen, ganze Zahl; 0: keine Einträge nach Zeit</translation>
-    </message>
-    <message>
-        <source>Change that triggers an archive entry, in the channel&apos;s unit</source>
-        <translation>Änderung, die einen Archiveintrag auslöst, in der Einheit des Kanals</translation>
-    </message>
-    <message>
-        <source>Count the pulses of this input</source>
-        <translation>Impulse dieses Eingangs zählen</translation>
-    </message>
-    <message>
-        <source>Count the operating hours of this input</source>
-        <translation>Betriebsstunden dieses Eingangs zählen</translation>
-    </message>
-    <message>
-        <source>Invert the counted signal</source>
-        <translation>Das gezählte Signal umkehren</translation>
-    </message>
-    <message>
-        <source>Pulses that count as one, 1 to 10000</source>
-        <translation>Impulse, die als einer zählen, 1 bis 10000</translation>
-    </message>
-    <message>
-        <source>Value that the module starts with</source>
-        <translation>Wert, mit dem das Modul startet</translation>
-    </message>
-    <message>
-        <source>Value shown at a signal of 0, in the unit beside it</source>
-        <translation>Angezeigter Wert bei einem Signal von 0, in der Einheit daneben</translation>
-    </message>
-    <message>
-        <source>Change of the value with each step of the signal</source>
-        <translation>Änderung des Wertes je Schritt des Signals</translation>
-    </message>
-    <message>
-        <source>Unit of the scaled value</source>
-        <translation>Einheit des skalierten Wertes</translation>
-    </message>
-    <message>
-        <source>Send start and output values</source>
-        <translation>Start- und Ausgangswerte senden</translation>
-    </message>
-    <message>
-        <source>Without it a transmission leaves the inputs&apos; counters and the outputs as they are; the outputs&apos; operating hours are sent all the same</source>
-        <translation>Ohne dies bleiben bei einer Übertragung die Zähler der Eingänge und die Ausgänge, wie sie sind; die Betriebsstunden der Ausgänge werden trotzdem gesendet</translation>
-    </message>
-</context>
-<context>
     <name>ktr::LimitValuePage</name>
-    <message>
-        <source>The input or output that is watched</source>
-        <translation>Der überwachte Eingang oder Ausgang</translation>
-    </message>
-    <message>
-        <source>Number, in the unit of the channel</source>
-        <translation>Zahl, in der Einheit des Kanals</translation>
-    </message>
-    <message>
-        <source>How far the value must fall or rise back; number, in the unit of the channel</source>
-        <translation>Wie weit der Wert zurückgehen muss; Zahl, in der Einheit des Kanals</translation>
-    </message>
-    <message>
-        <source>Number; on inputs that count pulses the count per interval</source>
-        <translation>Zahl; bei Eingängen, die Impulse zählen, die Anzahl pro Intervall</translation>
-    </message>
     <message>
         <source>less than the limit</source>
         <translation>kleiner als der Grenzwert</translation>
@@ -1590,22 +1687,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>greater than the limit</source>
         <translation>größer als der Grenzwert</translation>
-    </message>
-    <message>
-        <source>Reference</source>
-        <translation>Bezug</translation>
-    </message>
-    <message>
-        <source>Text of the notification; ä, ö, ü and ß become ae, oe, ue and ss</source>
-        <translation>Text der Meldung; ä, ö, ü, ß werden zu ae, oe, ue, ss</translation>
-    </message>
-    <message>
-        <source>How often the message is repeated, 0 to 15</source>
-        <translation>Wie oft die Meldung wiederholt wird, 0 bis 15</translation>
-    </message>
-    <message>
-        <source>Minutes between two messages, 1 to 1440</source>
-        <translation>Minuten zwischen zwei Meldungen, 1 bis 1440</translation>
     </message>
 </context>
 <context>
@@ -2139,44 +2220,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1 is sent when the module next reads an SMS; a click takes it back</source>
         <translation>%1 wird gesendet, sobald das Modul die nächste SMS liest; ein Klick nimmt es zurück</translation>
-    </message>
-</context>
-<context>
-    <name>ktr::SwitchPointModel</name>
-    <message>
-        <source>Target</source>
-        <translation>Ziel</translation>
-    </message>
-</context>
-<context>
-    <name>ktr::SwitchPointPage</name>
-    <message>
-        <source>Target</source>
-        <translation>Ziel</translation>
-    </message>
-    <message>
-        <source>The output that is switched, or the number that is called</source>
-        <translation>Der geschaltete Ausgang oder die angerufene Rufnummer</translation>
-    </message>
-    <message>
-        <source>When it switches</source>
-        <translation>Wann geschaltet wird</translation>
-    </message>
-    <message>
-        <source>Year, month, day, hour and minute, two digits each</source>
-        <translation>Jahr, Monat, Tag, Stunde und Minute, je zwei Ziffern</translation>
-    </message>
-    <message>
-        <source>The limit value that the switch point reacts to, 1 to 20</source>
-        <translation>Der Grenzwert, auf den reagiert wird, 1 bis 20</translation>
-    </message>
-    <message>
-        <source>Number that the target is set to</source>
-        <translation>Zahl, auf die das Ziel gesetzt wird</translation>
-    </message>
-    <message>
-        <source>Minutes, 1 to 525599 (less than a year)</source>
-        <translation>Minuten, 1 bis 525599 (weniger als ein Jahr)</translation>
     </message>
 </context>
 <context>

@@ -13,6 +13,7 @@ QString channelText(int channel);
 
 /// A switch point acts on an output or on an administrator's number: positions 0..10 of the target list.
 inline constexpr int targetCount = 11;
+inline constexpr int firstAdministratorTarget = 5;
 
 /// The list text of a target position 0..10, empty outside.
 QString targetText(int position);

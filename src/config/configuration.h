@@ -49,6 +49,8 @@ struct LimitValue
     static constexpr int count = 20;
     static constexpr int firstReference = 16;
     static constexpr bool isReference(int index) { return index >= firstReference; }
+    static constexpr int allRecipients = 255;
+    static constexpr int allReferences = 65535; ///< a bit for each entry that watches a channel
 
     qint16 channel = 0; ///< 0..18
     QString alarm;      ///< the notification's text
@@ -125,6 +127,10 @@ struct OutputValue
 struct SwitchPoint
 {
     static constexpr int count = 20;
+    static constexpr int typeCount = 17;
+    static constexpr int once = 13;
+    static constexpr int periodic = 14;         ///< the only type that has a period
+    static constexpr int periodBound = 525'600; ///< the minutes of a year, which no period reaches
     /// Types 15 and 16 react to a limit value instead of a time.
     bool reactsToLimitValue() const { return type == 15 || type == 16; }
 

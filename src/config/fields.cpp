@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
 
 namespace ktr {
@@ -29,25 +28,6 @@ QString wholeNumber(const QString &text)
     const auto number =
         toWholeNumber(text, std::numeric_limits<qint16>::min(), std::numeric_limits<qint16>::max());
     return number ? QString::number(*number) : text;
-}
-
-QString clamped(const QString &text, int lowest, int highest)
-{
-    const double value = leadingNumber(text);
-    if (text.isEmpty() || (value >= lowest && value <= highest)) {
-        return text;
-    }
-    return QString::number(value < lowest ? lowest : highest);
-}
-
-QString minutesOfADay(const QString &text)
-{
-    return clamped(text, 1, 1440);
-}
-
-QString pulseDivider(const QString &text)
-{
-    return clamped(text, 1, 10000);
 }
 
 QString umlautsReplaced(const QString &text)
@@ -71,62 +51,15 @@ QString presentComparison(const QString &text)
 
 // Checks
 
-QString told(const char *text)
+QString problem(const char *text)
 {
     return QCoreApplication::translate("Problems", text);
 }
 
-QString numeric(const QString &text)
+QString notZero(const QString &text)
 {
-    return toNumber(text) ? QString() : told(QT_TRANSLATE_NOOP("Problems", "is no number"));
-}
-
-QString numericOrEmpty(const QString &text)
-{
-    return text.isEmpty() ? QString() : numeric(text);
-}
-
-QString notBelowZero(const QString &text)
-{
-    return toNumber(text).value_or(0) < 0 ? told(QT_TRANSLATE_NOOP("Problems", "is below 0")) : numeric(text);
-}
-
-QString notBelowZeroOrEmpty(const QString &text)
-{
-    return text.isEmpty() ? QString() : notBelowZero(text);
-}
-
-bool isWhole(const QString &text, double lowest, double highest)
-{
-    const std::optional<double> number = toNumber(text);
-    return number && *number == std::floor(*number) && *number >= lowest && *number <= highest;
-}
-
-QString wholeMinutes(const QString &text)
-{
-    return isWhole(text, 0, std::numeric_limits<double>::max())
-               ? QString()
-               : told(QT_TRANSLATE_NOOP("Problems", "is no whole number of minutes"));
-}
-
-template <int lowest, int highest> QString wholeFrom(const QString &text)
-{
-    return isWhole(text, lowest, highest)
-               ? QString()
-               : told(QT_TRANSLATE_NOOP("Problems", "is no whole number from %1 to %2"))
-                     .arg(lowest)
-                     .arg(highest);
-}
-
-template <int lowest, int highest> QString wholeFromOrEmpty(const QString &text)
-{
-    return text.isEmpty() ? QString() : wholeFrom<lowest, highest>(text);
-}
-
-QString scalingFactor(const QString &text)
-{
-    return toNumber(text) == 0.0 ? told(QT_TRANSLATE_NOOP("Problems", "makes all values the same"))
-                                 : numeric(text);
+    return toNumber(text) == 0.0 ? problem(QT_TRANSLATE_NOOP("Problems", "makes all values the same"))
+                                 : QString();
 }
 
 /// What both the module's code page and the alphabet of an SMS have. ä, ö, ü and ß, which typing writes
@@ -147,18 +80,19 @@ QString smsText(const QString &text)
     const char32_t c = *found;
     const auto place = std::distance(characters.begin(), found) + 1;
     if (c == U'\t') {
-        return told(QT_TRANSLATE_NOOP("Problems", "has a tab at place %1, which no SMS carries")).arg(place);
+        return problem(QT_TRANSLATE_NOOP("Problems", "has a tab at place %1, which no SMS carries"))
+            .arg(place);
     }
     if (QChar::category(c) == QChar::Other_Control) {
-        return told(QT_TRANSLATE_NOOP("Problems", "has a control character at place %1")).arg(place);
+        return problem(QT_TRANSLATE_NOOP("Problems", "has a control character at place %1")).arg(place);
     }
     const QString letter = QString::fromUcs4(&c, 1);
     const QString plain = withoutUmlauts(letter);
     return plain == letter
-               ? told(QT_TRANSLATE_NOOP("Problems", "has \"%1\" at place %2, which no SMS carries"))
+               ? problem(QT_TRANSLATE_NOOP("Problems", "has \"%1\" at place %2, which no SMS carries"))
                      .arg(letter)
                      .arg(place)
-               : told(QT_TRANSLATE_NOOP("Problems", "has \"%1\" at place %2; write \"%3\" in an SMS"))
+               : problem(QT_TRANSLATE_NOOP("Problems", "has \"%1\" at place %2; write \"%3\" in an SMS"))
                      .arg(letter)
                      .arg(place)
                      .arg(plain);
@@ -167,7 +101,7 @@ QString smsText(const QString &text)
 /// For fields that are sent as typed, where a comma would begin another field.
 QString withoutComma(const QString &text)
 {
-    return text.contains(u',') ? told(QT_TRANSLATE_NOOP("Problems", "has a comma, which separates fields"))
+    return text.contains(u',') ? problem(QT_TRANSLATE_NOOP("Problems", "has a comma, which separates fields"))
                                : QString();
 }
 
@@ -176,26 +110,21 @@ QString smsTextWithoutComma(const QString &text)
     return text.contains(u',') ? withoutComma(text) : smsText(text);
 }
 
-QString numericWithoutComma(const QString &text)
-{
-    return text.contains(u',') ? withoutComma(text) : numericOrEmpty(text);
-}
-
 QString simPin(const QString &text)
 {
     const bool length = text.isEmpty() || (text.size() >= 4 && text.size() <= 8);
     return length && std::ranges::all_of(text, isDecimalDigit)
                ? QString()
-               : told(QT_TRANSLATE_NOOP("Problems", "is no PIN of 4 to 8 digits"));
+               : problem(QT_TRANSLATE_NOOP("Problems", "is no PIN of 4 to 8 digits"));
 }
 
 QString phoneNumber(const QString &text)
 {
     const bool sound =
         text.isEmpty() || (text.startsWith(u'+') && std::ranges::all_of(text.mid(1), isDecimalDigit));
-    return !sound ? told(QT_TRANSLATE_NOOP("Problems", "is no phone number of \"+\" and digits"))
+    return !sound ? problem(QT_TRANSLATE_NOOP("Problems", "is no phone number of \"+\" and digits"))
            : text.startsWith(QLatin1String("+0"))
-               ? told(QT_TRANSLATE_NOOP("Problems", "has no country code: none begins with 0"))
+               ? problem(QT_TRANSLATE_NOOP("Problems", "has no country code: none begins with 0"))
                : QString();
 }
 
@@ -203,36 +132,20 @@ QString dottedAddress(const QString &text)
 {
     return addressDefect(text) == AddressDefect::None
                ? QString()
-               : told(QT_TRANSLATE_NOOP("Problems", "is no address of four numbers from 0 to 255"));
+               : problem(QT_TRANSLATE_NOOP("Problems", "is no address of four numbers from 0 to 255"));
 }
 
 QString hexadecimalByte(const QString &text)
 {
     const bool sound = text.size() == 2 && std::ranges::all_of(text, isHexadecimalDigit);
-    return sound ? QString() : told(QT_TRANSLATE_NOOP("Problems", "is no byte of two hexadecimal digits"));
-}
-
-/// The numbers of a list's items or of a group's buttons.
-template <int lowest, int highest> QString chosenFrom(const QString &text)
-{
-    return toWholeNumber(text, lowest, highest)
-               ? QString()
-               : told(QT_TRANSLATE_NOOP("Problems", "is none of the choices"));
-}
-
-/// A bit per limit value, as the file has it; the module takes whole numbers only.
-QString combination(const QString &text)
-{
-    return std::ranges::all_of(text, isDecimalDigit)
-               ? chosenFrom<0, 65535>(text)
-               : told(QT_TRANSLATE_NOOP("Problems", "is none of the choices"));
+    return sound ? QString() : problem(QT_TRANSLATE_NOOP("Problems", "is no byte of two hexadecimal digits"));
 }
 
 QString startTime(const QString &text)
 {
     const bool sound = text.isEmpty() || toMinute(text);
     return sound ? QString()
-                 : told(QT_TRANSLATE_NOOP("Problems", "is no date and time of the form YYMMDDhhmm"));
+                 : problem(QT_TRANSLATE_NOOP("Problems", "is no date and time of the form YYMMDDhhmm"));
 }
 
 // Presets
@@ -289,88 +202,207 @@ bool mayCountHours(int index)
 // clang-format off
 
 constexpr std::array infoFields = {
-    Field<FileInfo>{.xmlName = u"Autor", .member = &FileInfo::author, .control = {"txt_info_autor"}, .whenNew = is(u"")},
-    Field<FileInfo>{.xmlName = u"Version", .member = &FileInfo::version, .control = {"txt_info_version"}, .whenNew = is(u"1.0")},
-    Field<FileInfo>{.xmlName = u"Datum", .member = &FileInfo::date, .control = {"txt_info_datum"}, .whenNew = is(today)},
-    Field<FileInfo>{.xmlName = u"Kommentar", .member = &FileInfo::comment, .control = {"txt_info_kommentar"}, .whenNew = is(u"")},
-    Field<FileInfo>{.xmlName = u"Logfile", .member = &FileInfo::logFile, .control = {"txt_logfile"}, .whenNew = is(defaultLogFile), .whenEmpty = keep},
-    Field<FileInfo>{.xmlName = u"HistoryExportFile", .member = &FileInfo::historyExportFile, .control = {"txt_historyExportFile"}, .whenEmpty = keep},
+    Field<FileInfo>{.xmlName = u"Autor", .member = &FileInfo::author, .control = {"txt_info_autor"},
+        .label = Text::Author, .meaning = QT_TRANSLATE_NOOP("Fields", "Who answers for this configuration"),
+        .whenNew = is(u"")},
+    Field<FileInfo>{.xmlName = u"Version", .member = &FileInfo::version, .control = {"txt_info_version"},
+        .label = Text::ConfigurationVersion, .meaning = QT_TRANSLATE_NOOP("Fields", "Every edit writes its date and time here"),
+        .whenNew = is(u"1.0")},
+    Field<FileInfo>{.xmlName = u"Datum", .member = &FileInfo::date, .control = {"txt_info_datum"},
+        .label = Text::Date, .meaning = QT_TRANSLATE_NOOP("Fields", "Any text; a new configuration is given the date of today"),
+        .whenNew = is(today)},
+    Field<FileInfo>{.xmlName = u"Kommentar", .member = &FileInfo::comment, .control = {"txt_info_kommentar"},
+        .label = Text::Comment, .meaning = QT_TRANSLATE_NOOP("Fields", "Any text about this configuration"),
+        .whenNew = is(u"")},
+    Field<FileInfo>{.xmlName = u"Logfile", .member = &FileInfo::logFile, .control = {"txt_logfile"},
+        .label = Text::LogFile, .meaning = QT_TRANSLATE_NOOP("Fields", "The conversation with the module is appended to this file"),
+        .whenNew = is(defaultLogFile), .whenEmpty = keep},
+    Field<FileInfo>{.xmlName = u"HistoryExportFile", .member = &FileInfo::historyExportFile, .control = {"txt_historyExportFile"},
+        .label = Text::History, .meaning = QT_TRANSLATE_NOOP("Fields", "The module's archive is appended to this file (*.csv)"),
+        .whenEmpty = keep},
 };
 
 constexpr std::array gsmFields = {
-    Field<GsmSettings>{.xmlName = u"PIN", .member = &GsmSettings::pin, .control = {"txt_gsm_pin"}, .whenNew = is(u""), .whenRead = pinOfFourDigits, .check = simPin, .secret = true},
-    Field<GsmSettings>{.xmlName = u"Stationstyp", .member = &GsmSettings::stationType, .control = {"Combo_gsm_type"}, .whenEmpty = keep, .accepts = isStationType},
-    Field<GsmSettings>{.xmlName = u"Stationskennung", .member = &GsmSettings::stationId, .control = {"txt_gsm_id"}, .whenNew = is(u""), .rule = umlautsReplaced, .check = smsTextWithoutComma},
-    Field<GsmSettings>{.xmlName = u"Alivecycle", .member = &GsmSettings::aliveCycle, .control = {"txt_gsm_alive"}, .whenNew = is(u"0"), .rule = wholeNumber, .check = wholeFromOrEmpty<0, 32767>, .number = true},
+    Field<GsmSettings>{.xmlName = u"PIN", .member = &GsmSettings::pin, .control = {"txt_gsm_pin"},
+        .label = Text::Pin, .meaning = QT_TRANSLATE_NOOP("Fields", "PIN of the SIM card, 4 to 8 digits"),
+        .whenNew = is(u""), .whenRead = pinOfFourDigits, .check = simPin, .secret = true},
+    Field<GsmSettings>{.xmlName = u"Stationstyp", .member = &GsmSettings::stationType, .control = {"Combo_gsm_type"},
+        .label = Text::Type, .meaning = QT_TRANSLATE_NOOP("Fields", "Type of the module"),
+        .whenEmpty = keep, .accepts = isStationType},
+    Field<GsmSettings>{.xmlName = u"Stationskennung", .member = &GsmSettings::stationId, .control = {"txt_gsm_id"},
+        .label = Text::StationId, .meaning = QT_TRANSLATE_NOOP("Fields", "Name under which the module reports; ä, ö, ü and ß become ae, oe, ue and ss"),
+        .whenNew = is(u""), .rule = umlautsReplaced, .check = smsTextWithoutComma},
+    Field<GsmSettings>{.xmlName = u"Alivecycle", .member = &GsmSettings::aliveCycle, .control = {"txt_gsm_alive"},
+        .label = Text::AliveCycle, .meaning = QT_TRANSLATE_NOOP("Fields", "Cycle in which the module reports that it is alive"),
+        .range = Range::wholeNumbers(0, 32767).orEmpty(),
+        .whenNew = is(u"0"), .rule = wholeNumber},
 };
 
 constexpr std::array administratorFields = {
-    Field<Administrator>{.xmlName = u"GSM-Name", .member = &Administrator::name, .control = {"txt_gsm_name", 0}, .whenNew = is(administratorName), .whenEmpty = is(administratorName)},
-    Field<Administrator>{.xmlName = u"GSM-Nummer", .member = &Administrator::number, .control = {"txt_gsm_num", 0}, .whenNew = is(u"+49"), .rule = internationalNumber, .check = phoneNumber},
+    Field<Administrator>{.xmlName = u"GSM-Name", .member = &Administrator::name, .control = {"txt_gsm_name", 0},
+        .label = Text::Identifier, .meaning = QT_TRANSLATE_NOOP("Fields", "Shown as recipient of notifications and as target of switch points"),
+        .whenNew = is(administratorName), .whenEmpty = is(administratorName)},
+    Field<Administrator>{.xmlName = u"GSM-Nummer", .member = &Administrator::number, .control = {"txt_gsm_num", 0},
+        .label = Text::PhoneNumber, .meaning = QT_TRANSLATE_NOOP("Fields", "International form: + and digits"),
+        .whenNew = is(u"+49"), .rule = internationalNumber, .check = phoneNumber},
 };
 
 constexpr std::array limitValueFields = {
-    Field<LimitValue>{.xmlName = u"Alarm", .member = &LimitValue::alarm, .control = {"Txt_gw_meldung"}, .whenNew = is(u""), .beforeReading = is(u""), .whenTyped = umlautsReplaced, .check = smsText},
-    Field<LimitValue>{.xmlName = u"Delay", .member = &LimitValue::delay, .control = {"Txt_gw_delay"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = notBelowZeroOrEmpty, .number = true, .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"Grenzwert", .member = &LimitValue::limit, .control = {"Txt_gw_gw"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = numericOrEmpty, .number = true, .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"Hysterese", .member = &LimitValue::hysteresis, .control = {"Txt_gw_hysterese"}, .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .check = notBelowZeroOrEmpty, .number = true, .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"IP", .member = &LimitValue::channel, .control = {"Cbo_gw_ip"}, .whenNew = is(u"0"), .beforeReading = is(u"0"), .whenEmpty = is(u"0"), .check = chosenFrom<0, 18>, .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"Vergleich", .member = &LimitValue::comparison, .control = {"Opt_gw_vergleich"}, .whenNew = is(u"1"), .beforeReading = is(u"1"), .whenEmpty = is(u"1"), .whenRead = presentComparison, .check = chosenFrom<1, 3>, .applies = watchesChannel},
-    Field<LimitValue>{.xmlName = u"Bezug", .member = &LimitValue::reference, .control = {"Check_gw_Bezug"}, .whenEmpty = is(u"0"), .check = combination, .applies = combinesLimitValues},
-    Field<LimitValue>{.xmlName = u"MSN", .member = &LimitValue::recipients, .control = {"chk_gw_msn"}, .whenNew = is(u"255"), .beforeReading = is(u"255"), .whenEmpty = keep},
-    Field<LimitValue>{.xmlName = u"Wiederholung", .member = &LimitValue::repetitions, .control = {"Combo_gw_wiederholung"}, .whenEmpty = is(u"0"), .check = chosenFrom<0, 15>},
-    Field<LimitValue>{.xmlName = u"Wiederholungsintervall", .member = &LimitValue::repetitionInterval, .control = {"Text_gw_wiederholungsintervall"}, .whenEmpty = is(u"30"), .rule = minutesOfADay, .check = numericWithoutComma, .number = true},
+    Field<LimitValue>{.xmlName = u"Alarm", .member = &LimitValue::alarm, .control = {"Txt_gw_meldung"},
+        .label = Text::Notification, .meaning = QT_TRANSLATE_NOOP("Fields", "Text of the notification; ä, ö, ü and ß become ae, oe, ue and ss"),
+        .whenNew = is(u""), .beforeReading = is(u""), .whenTyped = umlautsReplaced, .check = smsText},
+    Field<LimitValue>{.xmlName = u"Delay", .member = &LimitValue::delay, .control = {"Txt_gw_delay"},
+        .label = Text::Delay, .meaning = QT_TRANSLATE_NOOP("Fields", "Delay of the notification; on inputs that count pulses the count per interval"),
+        .range = Range::numbers(0).orEmpty(),
+        .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"Grenzwert", .member = &LimitValue::limit, .control = {"Txt_gw_gw"},
+        .label = Text::LimitValue, .meaning = QT_TRANSLATE_NOOP("Fields", "What the value is compared with"),
+        .range = Range::numbers().orEmpty(), .unit = Unit::OfChannel,
+        .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"Hysterese", .member = &LimitValue::hysteresis, .control = {"Txt_gw_hysterese"},
+        .label = Text::Hysteresis, .meaning = QT_TRANSLATE_NOOP("Fields", "How far the value must fall or rise back"),
+        .range = Range::numbers(0).orEmpty(), .unit = Unit::OfChannel,
+        .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"IP", .member = &LimitValue::channel, .control = {"Cbo_gw_ip"},
+        .label = Text::Channel, .meaning = QT_TRANSLATE_NOOP("Fields", "The input or output that is watched"),
+        .range = Range::choices(0, channelCount),
+        .whenNew = is(u"0"), .beforeReading = is(u"0"), .whenEmpty = is(u"0"), .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"Vergleich", .member = &LimitValue::comparison, .control = {"Opt_gw_vergleich"},
+        .label = Text::Comparison, .meaning = QT_TRANSLATE_NOOP("Fields", "How the value is compared with the limit"),
+        .range = Range::choices(1, 3),
+        .whenNew = is(u"1"), .beforeReading = is(u"1"), .whenEmpty = is(u"1"), .whenRead = presentComparison, .applies = watchesChannel},
+    Field<LimitValue>{.xmlName = u"Bezug", .member = &LimitValue::reference, .control = {"Check_gw_Bezug"},
+        .label = QT_TRANSLATE_NOOP("Fields", "Reference"), .meaning = QT_TRANSLATE_NOOP("Fields", "The limit values that are combined"),
+        .range = Range::choices(0, LimitValue::allReferences),
+        .whenEmpty = is(u"0"), .applies = combinesLimitValues},
+    Field<LimitValue>{.xmlName = u"MSN", .member = &LimitValue::recipients, .control = {"chk_gw_msn"},
+        .label = Text::NotificationTo, .meaning = QT_TRANSLATE_NOOP("Fields", "Who is notified"),
+        .range = Range::choices(0, LimitValue::allRecipients),
+        .whenNew = is(u"255"), .beforeReading = is(u"255"), .whenEmpty = keep},
+    Field<LimitValue>{.xmlName = u"Wiederholung", .member = &LimitValue::repetitions, .control = {"Combo_gw_wiederholung"},
+        .label = Text::Repetitions, .meaning = QT_TRANSLATE_NOOP("Fields", "How often the message is repeated, %1 to %2"),
+        .range = Range::choices(0, 15),
+        .whenEmpty = is(u"0")},
+    Field<LimitValue>{.xmlName = u"Wiederholungsintervall", .member = &LimitValue::repetitionInterval, .control = {"Text_gw_wiederholungsintervall"},
+        .label = Text::TimesEvery, .meaning = QT_TRANSLATE_NOOP("Fields", "Time between two messages"),
+        .range = Range::numbers(1, 1440).orEmpty().clamped(), .unit = Unit::Minutes, .unitBehind = Text::RepetitionMinutes,
+        .whenEmpty = is(u"30"), .check = withoutComma},
 };
 
 constexpr std::array archivingFields = {
-    Field<Archiving>{.xmlName = u"Interval", .member = &Archiving::interval, .control = {"Txt_ip_interval", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = wholeMinutes, .number = true},
-    Field<Archiving>{.xmlName = u"Delta", .member = &Archiving::delta, .control = {"Txt_ip_delta", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = notBelowZero, .number = true},
+    Field<Archiving>{.xmlName = u"Interval", .member = &Archiving::interval, .control = {"Txt_ip_interval", 0},
+        .label = Text::Interval, .meaning = QT_TRANSLATE_NOOP("Fields", "Time between two archive entries, 0 for none by time"),
+        .range = Range::wholeNumbers(0), .unit = Unit::Minutes,
+        .whenNew = is(u"0"), .whenEmpty = is(u"0")},
+    Field<Archiving>{.xmlName = u"Delta", .member = &Archiving::delta, .control = {"Txt_ip_delta", 0},
+        .label = Text::Delta, .meaning = QT_TRANSLATE_NOOP("Fields", "Change that triggers an archive entry"),
+        .range = Range::numbers(0), .unit = Unit::OfChannel,
+        .whenNew = is(u"0"), .whenEmpty = is(u"0")},
 };
 
 constexpr std::array digitalInputFields = {
-    Field<DigitalInput>{.xmlName = u"Zähler", .member = &DigitalInput::countsPulses, .control = {"Chk_ip_zaehler", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .applies = mayCountPulses},
-    Field<DigitalInput>{.xmlName = u"Teiler", .member = &DigitalInput::divider, .control = {"Txt_ip_teiler", 0}, .whenNew = is(u"1"), .whenEmpty = is(u"1"), .rule = pulseDivider, .check = wholeFrom<1, 10000>, .number = true, .applies = mayCountPulses},
-    Field<DigitalInput>{.xmlName = u"Invers", .member = &DigitalInput::inverted, .control = {"Chk_ip_invers", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
-    Field<DigitalInput>{.xmlName = u"Betriebsstundenzähler", .member = &DigitalInput::countsHours, .control = {"Chk_ip_bstz", -2}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .applies = mayCountHours},
-    Field<DigitalInput>{.xmlName = u"Wert", .member = &DigitalInput::value, .control = {"Txt_ip_zaehler", 0}, .whenNew = is(u"0"), .check = numericOrEmpty, .number = true},
+    Field<DigitalInput>{.xmlName = u"Zähler", .member = &DigitalInput::countsPulses, .control = {"Chk_ip_zaehler", 0},
+        .label = Text::Counter, .meaning = QT_TRANSLATE_NOOP("Fields", "Count the pulses of this input"),
+        .whenNew = is(u"0"), .whenEmpty = is(u"0"), .applies = mayCountPulses},
+    Field<DigitalInput>{.xmlName = u"Teiler", .member = &DigitalInput::divider, .control = {"Txt_ip_teiler", 0},
+        .label = Text::Divider, .meaning = QT_TRANSLATE_NOOP("Fields", "Pulses that count as one"),
+        .range = Range::wholeNumbers(1, 10000).clamped(),
+        .whenNew = is(u"1"), .whenEmpty = is(u"1"), .applies = mayCountPulses},
+    Field<DigitalInput>{.xmlName = u"Invers", .member = &DigitalInput::inverted, .control = {"Chk_ip_invers", 0},
+        .label = Text::Invert, .meaning = QT_TRANSLATE_NOOP("Fields", "Invert the counted signal"),
+        .whenNew = is(u"0"), .whenEmpty = is(u"0")},
+    Field<DigitalInput>{.xmlName = u"Betriebsstundenzähler", .member = &DigitalInput::countsHours, .control = {"Chk_ip_bstz", -2},
+        .label = Text::HoursCounter, .meaning = QT_TRANSLATE_NOOP("Fields", "Count the operating hours of this input"),
+        .whenNew = is(u"0"), .whenEmpty = is(u"0"), .applies = mayCountHours},
+    Field<DigitalInput>{.xmlName = u"Wert", .member = &DigitalInput::value, .control = {"Txt_ip_zaehler", 0},
+        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that the module starts with"),
+        .range = Range::numbers().orEmpty(), .unit = Unit::OfChannel,
+        .whenNew = is(u"0")},
 };
 
 constexpr std::array outputHoursFields = {
-    Field<OutputHours>{.xmlName = u"Invers", .member = &OutputHours::inverted, .control = {"Chk_ip_invers", 4}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
-    Field<OutputHours>{.xmlName = u"Wert", .member = &OutputHours::value, .control = {"Txt_ip_zaehler", 4}, .whenNew = is(u"0"), .check = numericOrEmpty, .number = true},
+    Field<OutputHours>{.xmlName = u"Invers", .member = &OutputHours::inverted, .control = {"Chk_ip_invers", 4},
+        .label = Text::Invert, .meaning = QT_TRANSLATE_NOOP("Fields", "Invert the counted signal"),
+        .whenNew = is(u"0"), .whenEmpty = is(u"0")},
+    Field<OutputHours>{.xmlName = u"Wert", .member = &OutputHours::value, .control = {"Txt_ip_zaehler", 4},
+        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that the module starts with"),
+        .range = Range::numbers().orEmpty(), .unit = Unit::OfChannel,
+        .whenNew = is(u"0")},
 };
 
 constexpr std::array sendValuesFields = {
-    Field<SendValues>{.xmlName = u"Wert", .member = &SendValues::enabled, .control = {"chk_ip_wert"}, .whenNew = is(u"1"), .whenEmpty = is(u"0")},
+    Field<SendValues>{.xmlName = u"Wert", .member = &SendValues::enabled, .control = {"chk_ip_wert"},
+        .label = QT_TRANSLATE_NOOP("Fields", "Send start and output values"), .meaning = QT_TRANSLATE_NOOP("Fields", "Without it a transmission leaves the inputs' counters and the outputs as they are; the outputs' operating hours are sent all the same"),
+        .whenNew = is(u"1"), .whenEmpty = is(u"0")},
 };
 
 constexpr std::array scalingFields = {
-    Field<Scaling>{.xmlName = u"Offset", .member = &Scaling::offset, .control = {"Txt_ip_offset", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric, .number = true},
-    Field<Scaling>{.xmlName = u"Faktor", .member = &Scaling::factor, .control = {"Txt_ip_faktor", 0}, .whenNew = is(u"1"), .whenEmpty = is(u"1"), .check = scalingFactor, .number = true},
-    Field<Scaling>{.xmlName = u"Einheit", .member = &Scaling::unit, .control = {"Txt_ip_einheit", 0}, .whenNew = is(u""), .whenEmpty = is(u"Volt")},
+    Field<Scaling>{.xmlName = u"Offset", .member = &Scaling::offset, .control = {"Txt_ip_offset", 0},
+        .label = Text::Offset, .meaning = QT_TRANSLATE_NOOP("Fields", "Value shown at a signal of 0"),
+        .range = Range::numbers(), .unit = Unit::OfChannel,
+        .whenNew = is(u"0"), .whenEmpty = is(u"0")},
+    Field<Scaling>{.xmlName = u"Faktor", .member = &Scaling::factor, .control = {"Txt_ip_faktor", 0},
+        .label = Text::Factor, .meaning = QT_TRANSLATE_NOOP("Fields", "Change of the value with each step of the signal"),
+        .range = Range::numbers(),
+        .whenNew = is(u"1"), .whenEmpty = is(u"1"), .check = notZero},
+    Field<Scaling>{.xmlName = u"Einheit", .member = &Scaling::unit, .control = {"Txt_ip_einheit", 0},
+        .label = Text::Unit, .meaning = QT_TRANSLATE_NOOP("Fields", "Unit of the scaled value"),
+        .whenNew = is(u""), .whenEmpty = is(u"Volt")},
 };
 
 constexpr std::array outputValueFields = {
-    Field<OutputValue>{.xmlName = u"Digital", .member = &OutputValue::digital, .control = {"Chk_ip_value", 0}, .whenNew = is(u"0"), .whenEmpty = is(u"0")},
-    Field<OutputValue>{.xmlName = u"Analog", .member = &OutputValue::analog, .control = {"Txt_ip_value", 0}, .whenNew = is(u"0"), .check = numericOrEmpty, .number = true},
+    Field<OutputValue>{.xmlName = u"Digital", .member = &OutputValue::digital, .control = {"Chk_ip_value", 0},
+        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that the module starts with"),
+        .whenNew = is(u"0"), .whenEmpty = is(u"0")},
+    Field<OutputValue>{.xmlName = u"Analog", .member = &OutputValue::analog, .control = {"Txt_ip_value", 0},
+        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that the module starts with"),
+        .range = Range::numbers().orEmpty(), .unit = Unit::OfChannel,
+        .whenNew = is(u"0")},
 };
 
 constexpr std::array switchPointFields = {
-    Field<SwitchPoint>{.xmlName = u"IP", .member = &SwitchPoint::target, .control = {"Cmb_swtch_ip"}, .whenNew = is(u"0"), .whenEmpty = keep, .check = chosenFrom<0, 10>},
+    Field<SwitchPoint>{.xmlName = u"IP", .member = &SwitchPoint::target, .control = {"Cmb_swtch_ip"},
+        .label = QT_TRANSLATE_NOOP("Fields", "Target"), .meaning = QT_TRANSLATE_NOOP("Fields", "The output that is switched, or the number that is called"),
+        .range = Range::choices(0, targetCount - 1),
+        .whenNew = is(u"0"), .whenEmpty = keep},
     // "new" gives 0, a file without a period 1: both are wanted.
-    Field<SwitchPoint>{.xmlName = u"Periode", .member = &SwitchPoint::period, .control = {"Txt_swtch_periode"}, .whenNew = is(u"0"), .whenEmpty = is(u"1"), .check = numericWithoutComma, .number = true},
-    Field<SwitchPoint>{.xmlName = u"Start", .member = &SwitchPoint::start, .control = {"Txt_swtch_start"}, .whenNew = is(u""), .whenEmpty = is(presentMinute), .check = startTime},
-    Field<SwitchPoint>{.xmlName = u"Typ", .member = &SwitchPoint::type, .control = {"Cmb_swtch_typ"}, .whenNew = is(u"0"), .whenEmpty = keep, .check = chosenFrom<0, 16>},
-    Field<SwitchPoint>{.xmlName = u"Wert", .member = &SwitchPoint::value, .control = {"Txt_swtch_wert"}, .whenNew = is(u"0"), .whenEmpty = is(u"0"), .check = numeric, .number = true},
-    Field<SwitchPoint>{.xmlName = u"GW-Bezug", .member = &SwitchPoint::limitValue, .control = {"Cmb_swtch_gw"}, .whenNew = is(u"0"), .whenEmpty = keep, .check = chosenFrom<0, 19>},
+    Field<SwitchPoint>{.xmlName = u"Periode", .member = &SwitchPoint::period, .control = {"Txt_swtch_periode"},
+        .label = Text::Period, .meaning = QT_TRANSLATE_NOOP("Fields", "Time from one switching to the next, less than a year"),
+        .range = Range::numbers(1, SwitchPoint::periodBound - 1).orEmpty().dependingOnOthers(), .unit = Unit::Minutes, .unitBehind = Text::Minutes,
+        .whenNew = is(u"0"), .whenEmpty = is(u"1"), .check = withoutComma},
+    Field<SwitchPoint>{.xmlName = u"Start", .member = &SwitchPoint::start, .control = {"Txt_swtch_start"},
+        .label = Text::Start, .meaning = QT_TRANSLATE_NOOP("Fields", "Year, month, day, hour and minute, two digits each"),
+        .whenNew = is(u""), .whenEmpty = is(presentMinute), .check = startTime},
+    Field<SwitchPoint>{.xmlName = u"Typ", .member = &SwitchPoint::type, .control = {"Cmb_swtch_typ"},
+        .label = Text::Type, .meaning = QT_TRANSLATE_NOOP("Fields", "When it switches"),
+        .range = Range::choices(0, SwitchPoint::typeCount - 1),
+        .whenNew = is(u"0"), .whenEmpty = keep},
+    Field<SwitchPoint>{.xmlName = u"Wert", .member = &SwitchPoint::value, .control = {"Txt_swtch_wert"},
+        .label = Text::SwitchValue, .meaning = QT_TRANSLATE_NOOP("Fields", "What the target is set to"),
+        .range = Range::numbers(),
+        .whenNew = is(u"0"), .whenEmpty = is(u"0")},
+    Field<SwitchPoint>{.xmlName = u"GW-Bezug", .member = &SwitchPoint::limitValue, .control = {"Cmb_swtch_gw"},
+        .label = Text::LimitValue, .meaning = QT_TRANSLATE_NOOP("Fields", "The limit value that the switch point reacts to"),
+        .range = Range::choices(0, LimitValue::count - 1),
+        .whenNew = is(u"0"), .whenEmpty = keep},
 };
 
 constexpr std::array ethernetFields = {
-    Field<EthernetSettings>{.xmlName = u"IP", .member = &EthernetSettings::ip, .control = {"Txt_Ethernet_IP"}, .whenNew = is(u"010.000.000.001"), .whenEmpty = is(u"010.000.000.001"), .check = dottedAddress},
-    Field<EthernetSettings>{.xmlName = u"Subnet", .member = &EthernetSettings::subnet, .control = {"Txt_Ethernet_Subnet"}, .whenNew = is(u"255.255.255.000"), .whenEmpty = is(u"255.255.255.000"), .check = dottedAddress},
-    Field<EthernetSettings>{.xmlName = u"MAC3", .member = &EthernetSettings::mac3, .control = {"Txt_Ethernet_MAC", 3}, .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
-    Field<EthernetSettings>{.xmlName = u"MAC4", .member = &EthernetSettings::mac4, .control = {"Txt_Ethernet_MAC", 4}, .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
-    Field<EthernetSettings>{.xmlName = u"MAC5", .member = &EthernetSettings::mac5, .control = {"Txt_Ethernet_MAC", 5}, .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
+    Field<EthernetSettings>{.xmlName = u"IP", .member = &EthernetSettings::ip, .control = {"Txt_Ethernet_IP"},
+        .label = Text::Ip, .meaning = QT_TRANSLATE_NOOP("Fields", "Four numbers from 0 to 255 with dots between them"),
+        .whenNew = is(u"010.000.000.001"), .whenEmpty = is(u"010.000.000.001"), .check = dottedAddress},
+    Field<EthernetSettings>{.xmlName = u"Subnet", .member = &EthernetSettings::subnet, .control = {"Txt_Ethernet_Subnet"},
+        .label = Text::Subnet, .meaning = QT_TRANSLATE_NOOP("Fields", "Four numbers from 0 to 255 with dots between them"),
+        .whenNew = is(u"255.255.255.000"), .whenEmpty = is(u"255.255.255.000"), .check = dottedAddress},
+    Field<EthernetSettings>{.xmlName = u"MAC3", .member = &EthernetSettings::mac3, .control = {"Txt_Ethernet_MAC", 3},
+        .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "Two hexadecimal digits; editable in expert mode"),
+        .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
+    Field<EthernetSettings>{.xmlName = u"MAC4", .member = &EthernetSettings::mac4, .control = {"Txt_Ethernet_MAC", 4},
+        .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "Two hexadecimal digits; editable in expert mode"),
+        .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
+    Field<EthernetSettings>{.xmlName = u"MAC5", .member = &EthernetSettings::mac5, .control = {"Txt_Ethernet_MAC", 5},
+        .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "Two hexadecimal digits; editable in expert mode"),
+        .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
 };
 
 // clang-format on
@@ -438,7 +470,7 @@ template <class Record> bool setFieldText(const Field<Record> &field, Record &re
     if (field.accepts != nullptr && !field.accepts(text)) {
         return false;
     }
-    return store(field, record, field.rule != nullptr ? field.rule(text) : text);
+    return store(field, record, field.stored(text));
 }
 
 template <class Record>
@@ -448,6 +480,30 @@ void applyPreset(const Field<Record> &field, Record &record, const Preset &prese
     if (!preset.keepsValue()) {
         store(field, record, preset.value(environment, index));
     }
+}
+
+QString labelText(const Label &label, const TextTable &texts)
+{
+    return std::visit(Overloaded{[&](Text name) { return texts.text(name); },
+                                 [](const char *own) { return QCoreApplication::translate("Fields", own); }},
+                      label);
+}
+
+QString headingText(const Label &label, Unit unit, const TextTable &texts)
+{
+    const QString text = labelText(label, texts);
+    return unit == Unit::Minutes ? text + u' ' + texts.text(Text::InMinutes) : text;
+}
+
+QString tipText(const char *meaning, const std::optional<Range> &range, Unit unit)
+{
+    const QString text = QCoreApplication::translate("Fields", meaning);
+    if (!range) {
+        return text;
+    }
+    return range->kind == Range::Kind::Choice
+               ? text.contains(QLatin1String("%1")) ? text.arg(range->lowest).arg(range->highest) : text
+               : text + QLatin1String("; ") + range->words(unit);
 }
 
 QString ControlName::forIndex(int index) const

@@ -1,12 +1,15 @@
 #pragma once
 
 #include "config/configuration.h"
+#include "config/field_range.h"
+#include "lang/text_table.h"
 #include "platform/environment.h"
 
 #include <QLocale>
 #include <QString>
 
 #include <algorithm>
+#include <optional>
 #include <span>
 #include <variant>
 
@@ -50,6 +53,9 @@ struct ControlName
 /// The list of holidays, which are no fields.
 inline constexpr ControlName holidaysControl{"lst_swtch_frei"};
 
+/// What a field is called: a text of the table, or one of our own for the context "Fields".
+using Label = std::variant<Text, const char *>;
+
 /// What a module or a reader would choke on in a field's text, for the user; empty when nothing. It never
 /// keeps a text from being stored or sent.
 using TextCheck = QString (*)(const QString &text);
@@ -67,19 +73,40 @@ template <class Record> struct Field
     const char16_t *xmlName;
     Member<Record> member;
     ControlName control;
+    Label label;                                    ///< its name on its page and in the printout
+    const char *meaning;                            ///< for its tool tip; %1 and %2: a choice's ends
+    std::optional<Range> range = std::nullopt;      ///< its text is a number; none: any text
+    Unit unit = Unit::None;                         ///< what the number counts
+    std::optional<Text> unitBehind = std::nullopt;  ///< names the unit behind the control
     Preset whenNew = keep;                          ///< what "new" sets
     Preset beforeReading = keep;                    ///< what the reader sets before it opens the file
     Preset whenEmpty = is(u"");                     ///< what the reader sets when the file has no text for it
-    TextRule rule = nullptr;                        ///< runs whoever sets the field
+    TextRule rule = nullptr;                        ///< runs whoever sets the field, as the range's does
     TextRule whenRead = nullptr;                    ///< runs before it, on a text from a file
     TextRule whenTyped = nullptr;                   ///< runs before it, on what the user types
     bool (*accepts)(const QString &text) = nullptr; ///< the texts of a list's items; null: any text
-    TextCheck check = nullptr;
-    bool number = false;                  ///< its text is a number
-    bool secret = false;                  ///< its text is not to be shown outside its control
-    bool (*applies)(int index) = nullptr; ///< which records of the array have the field; null: all
+    TextCheck check = nullptr;                      ///< runs before the range's
+    bool secret = false;                            ///< its text is not to be shown outside its control
+    bool (*applies)(int index) = nullptr;           ///< which records of the array have the field; null: all
 
     bool appliesTo(int index) const { return applies == nullptr || applies(index); }
+
+    /// Whether its text is a number that the user types.
+    bool isNumber() const { return range && range->kind != Range::Kind::Choice; }
+
+    /// What it stores of a text from anywhere.
+    QString stored(const QString &text) const
+    {
+        const QString ruled = rule != nullptr ? rule(text) : text;
+        return range ? range->stored(ruled) : ruled;
+    }
+
+    /// What is wrong with its text, to go on from it in a message; empty when nothing.
+    QString fault(const QString &text) const
+    {
+        const QString special = check != nullptr ? check(text) : QString();
+        return special.isEmpty() && range ? range->fault(text, unit) : special;
+    }
 };
 
 /// The fields of a record type, in the order of the file.
@@ -91,6 +118,18 @@ template <class Record> const Field<Record> &fieldOf(Member<Record> member)
     const auto fields = fieldsOf<Record>();
     return *std::ranges::find(fields, member, &Field<Record>::member);
 }
+template <class Record, class Value> const Field<Record> &fieldOf(Value Record::*member)
+{
+    return fieldOf<Record>(Member<Record>(member));
+}
+
+QString labelText(const Label &label, const TextTable &texts);
+
+/// The label with the unit behind it, as above a column: "Interval (min.)".
+QString headingText(const Label &label, Unit unit, const TextTable &texts);
+
+/// The tool tip: the meaning, the range and the unit.
+QString tipText(const char *meaning, const std::optional<Range> &range, Unit unit);
 
 /// A field's value as text; numbers in the locale's general form, check boxes as "0" and "1".
 template <class Record>
@@ -99,8 +138,7 @@ QString fieldText(const Field<Record> &field, const Record &record, const QLocal
 /// What a field stores of a text that the user types.
 template <class Record> QString typedText(const Field<Record> &field, const QString &text)
 {
-    const QString typed = field.whenTyped != nullptr ? field.whenTyped(text) : text;
-    return field.rule != nullptr ? field.rule(typed) : typed;
+    return field.stored(field.whenTyped != nullptr ? field.whenTyped(text) : text);
 }
 
 /// Stores a text in a field after running its rule. Gives false and leaves the field as it was when the

@@ -47,22 +47,19 @@ EthernetPage::EthernetPage(EditorContext &context, QWidget *parent) : Page(conte
     card->setMaximumWidth(560);
     auto *grid = new QGridLayout(card);
     grid->setColumnStretch(1, 1);
-    addAddress(grid, Text::Ip, &EthernetSettings::ip);
-    addAddress(grid, Text::Subnet, &EthernetSettings::subnet);
+    addAddress(grid, &EthernetSettings::ip);
+    addAddress(grid, &EthernetSettings::subnet);
     addMac(grid);
     layout->addWidget(card, 1, Qt::AlignTop);
     layout->addStretch();
 }
 
-QLineEdit *EthernetPage::addAddress(QGridLayout *grid, Text name, QString EthernetSettings::*member)
+QLineEdit *EthernetPage::addAddress(QGridLayout *grid, QString EthernetSettings::*member)
 {
-    auto *edit = new QLineEdit(this);
+    QLineEdit *edit = addLine(grid, fieldRef(&Configuration::ethernet, member));
     edit->setMaximumWidth(240);
-    binder().line(edit, fieldRef(&Configuration::ethernet, member));
     edit->installEventFilter(this);
     m_addresses.push_back(edit);
-    tip(edit, [] { return tr("Four numbers from 0 to 255 with dots between them"); });
-    addRow(grid, name, edit);
     return edit;
 }
 
@@ -78,7 +75,7 @@ void EthernetPage::addMac(QGridLayout *grid)
         bytes->addWidget(m_macBytes.back());
     }
     bytes->addStretch();
-    auto *label = captioned(new QLabel(this), Text::Mac);
+    auto *label = captioned(new QLabel(this), fieldRef(&Configuration::ethernet, &EthernetSettings::mac3));
     label->setBuddy(m_macBytes[EthernetSettings::makerBytes.size()]);
     const int row = grid->rowCount();
     grid->addWidget(label, row, 0);
@@ -105,9 +102,10 @@ QLineEdit *EthernetPage::addMacByte(int index)
         tip(edit, [] { return tr("The maker's part of the address; it is the same in every module"); });
         return edit;
     }
-    binder().line(edit, fieldRef(&Configuration::ethernet, own[at - fixed]));
+    const FieldRef field = fieldRef(&Configuration::ethernet, own[at - fixed]);
+    binder().line(edit, field);
     selectAllOnFocus(edit);
-    tip(edit, [] { return tr("Two hexadecimal digits; editable in expert mode"); });
+    tip(edit, field);
     onRecords([this, edit] { edit->setEnabled(context().expert); });
     // The binder shows records without signals, so that these are the user's changes.
     connect(edit, &QLineEdit::textChanged, this, [edit](const QString &byte) {

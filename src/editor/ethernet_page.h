@@ -15,7 +15,7 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    QLineEdit *addAddress(QGridLayout *grid, Text name, QString EthernetSettings::*member);
+    QLineEdit *addAddress(QGridLayout *grid, QString EthernetSettings::*member);
     void addMac(QGridLayout *grid);
     QLineEdit *addMacByte(int index);
 

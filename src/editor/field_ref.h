@@ -15,6 +15,9 @@ struct FieldRef
     std::function<QString(const Configuration &)> text;          ///< as stored
     std::function<void(Configuration &, const QString &)> store; ///< runs its rule; leaves what cannot be
     std::function<QString(const QString &)> asTyped;             ///< what is stored of a text that is typed
+    std::function<QString(const TextTable &)> label;             ///< its name
+    std::function<QString(const TextTable &)> heading;           ///< its name and unit
+    std::function<QString()> tip;                                ///< what it means, its range and unit
     bool number = false;                                         ///< its text is a number
 };
 
@@ -27,7 +30,10 @@ FieldRef fieldRef(const Field<Record> &field, const QString &control, std::funct
 {
     FieldRef ref;
     ref.control = control;
-    ref.number = field.number;
+    ref.number = field.isNumber();
+    ref.label = [&field](const TextTable &texts) { return labelText(field.label, texts); };
+    ref.heading = [&field](const TextTable &texts) { return headingText(field.label, field.unit, texts); };
+    ref.tip = [&field] { return tipText(field.meaning, field.range, field.unit); };
     ref.asTyped = [&field](const QString &text) { return typedText(field, text); };
     ref.text = [&field, entry, access](const Configuration &configuration) {
         return fieldText(field, access(configuration, entry()), QLocale::c());

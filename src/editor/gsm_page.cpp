@@ -22,25 +22,14 @@ QWidget *GsmPage::stationCard()
     auto *card = captioned(new QGroupBox(this), Text::Station);
     auto *grid = new QGridLayout(card);
 
-    auto *id = new QLineEdit(card);
-    binder().line(id, fieldRef(&Configuration::gsm, &GsmSettings::stationId));
-    tip(id, [] { return tr("Name under which the module reports; ä, ö, ü and ß become ae, oe, ue and ss"); });
-    addRow(grid, Text::StationId, id);
-
+    addLine(grid, fieldRef(&Configuration::gsm, &GsmSettings::stationId));
     auto *type = new QComboBox(card);
     type->addItems(stationTypes());
-    binder().item(type, fieldRef(&Configuration::gsm, &GsmSettings::stationType));
-    addRow(grid, Text::Type, type);
-
-    auto *pin = new QLineEdit(card);
-    binder().line(pin, fieldRef(&Configuration::gsm, &GsmSettings::pin));
-    tip(pin, [] { return tr("PIN of the SIM card, 4 to 8 digits"); });
-    addRow(grid, Text::Pin, pin);
-
-    auto *alive = new QLineEdit(card);
-    binder().line(alive, fieldRef(&Configuration::gsm, &GsmSettings::aliveCycle));
-    tip(alive, [] { return tr("Whole number from 0 to 32767"); });
-    addRow(grid, Text::AliveCycle, alive);
+    const FieldRef stationType = fieldRef(&Configuration::gsm, &GsmSettings::stationType);
+    binder().item(type, stationType);
+    addRow(grid, stationType, type);
+    addLine(grid, fieldRef(&Configuration::gsm, &GsmSettings::pin));
+    addLine(grid, fieldRef(&Configuration::gsm, &GsmSettings::aliveCycle));
     return card;
 }
 
@@ -48,23 +37,28 @@ QWidget *GsmPage::administratorsCard()
 {
     auto *card = captioned(new QGroupBox(this), Text::Admin);
     auto *grid = new QGridLayout(card);
-    grid->addWidget(captioned(new QLabel(card), Text::Identifier), 0, 1);
-    grid->addWidget(captioned(new QLabel(card), Text::PhoneNumber), 0, 2);
+    const auto field = [](int index, auto member) {
+        return fieldRef(&Configuration::administrators, index, member);
+    };
+    grid->addWidget(captioned(new QLabel(card), field(0, &Administrator::name)), 0, 1);
+    grid->addWidget(captioned(new QLabel(card), field(0, &Administrator::number)), 0, 2);
     const int count = static_cast<int>(configuration().administrators.size());
     for (int index = 0; index < count; ++index) {
         auto *number = new QLabel(QString::number(index + 1), card);
         auto *name = new QLineEdit(card);
         auto *phone = new QLineEdit(card);
-        binder().line(name, fieldRef(&Configuration::administrators, index, &Administrator::name));
-        binder().line(phone, fieldRef(&Configuration::administrators, index, &Administrator::number));
+        const FieldRef nameField = field(index, &Administrator::name);
+        const FieldRef phoneField = field(index, &Administrator::number);
+        binder().line(name, nameField);
+        binder().line(phone, phoneField);
         phone->setInputMethodHints(Qt::ImhDialableCharactersOnly);
         number->setBuddy(name);
-        tip(name, [] { return tr("Shown as recipient of notifications and as target of switch points"); });
-        tip(phone, [] { return tr("International form: + and digits"); });
-        onTexts([this, name, phone, index] {
-            const QString admin = text(Text::Admin) + u' ' + QString::number(index + 1);
-            name->setAccessibleName(admin + u' ' + text(Text::Identifier));
-            phone->setAccessibleName(admin + u' ' + text(Text::PhoneNumber));
+        tip(name, nameField);
+        tip(phone, phoneField);
+        onTexts([this, name, phone, index, nameField, phoneField] {
+            const QString admin = text(Text::Admin) + u' ' + QString::number(index + 1) + u' ';
+            name->setAccessibleName(admin + nameField.label(context().texts));
+            phone->setAccessibleName(admin + phoneField.label(context().texts));
         });
         grid->addWidget(number, index + 1, 0);
         grid->addWidget(name, index + 1, 1);

@@ -27,32 +27,25 @@ QWidget *InfoPage::informationCard()
     auto *card = captioned(new QGroupBox(this), Text::FileInformation);
     auto *grid = new QGridLayout(card);
 
-    auto *author = new QLineEdit(card);
-    binder().line(author, fieldRef(&Configuration::info, &FileInfo::author));
-    tip(author, [] { return tr("Who answers for this configuration"); });
-    addRow(grid, Text::Author, author);
-
-    auto *date = new QLineEdit(card);
-    binder().line(date, fieldRef(&Configuration::info, &FileInfo::date));
-    tip(date, [] { return tr("Any text; a new configuration is given the date of today"); });
-    addRow(grid, Text::Date, date);
+    addLine(grid, fieldRef(&Configuration::info, &FileInfo::author));
+    addLine(grid, fieldRef(&Configuration::info, &FileInfo::date));
 
     auto *version = new QLineEdit(card);
-    binder().line(version, fieldRef(&Configuration::info, &FileInfo::version), Binder::Counts::NotAsEdit);
-    tip(version, [] { return tr("Every edit writes its date and time here"); });
-    addRow(
-        grid, [this]() -> QString { return text(Text::ConfigurationVersion) + u' ' + text(Text::Local); },
-        version);
+    const FieldRef field = fieldRef(&Configuration::info, &FileInfo::version);
+    binder().line(version, field, Binder::Counts::NotAsEdit);
+    tip(version, field);
+    const auto versionOf = [this, label = field.label](Text where) {
+        return [this, label, where]() -> QString { return label(context().texts) + u' ' + text(where); };
+    };
+    addRow(grid, versionOf(Text::Local), version);
 
-    m_moduleVersion = addTold(grid, QStringLiteral("txt_info_version_ktr"), [this]() -> QString {
-        return text(Text::ConfigurationVersion) + u' ' + text(Text::InModule);
-    });
+    m_moduleVersion = addReadOnly(grid, QStringLiteral("txt_info_version_ktr"), versionOf(Text::InModule));
     tip(m_moduleVersion, [] { return tr("What the module holds, as last reported"); });
     m_readVersion = addButton(grid, 2, "cmd_info_readVersion", &InfoPage::versionWanted);
     onTexts([this] { m_readVersion->setText(tr("Read version")); });
     tip(m_readVersion, [] { return tr("Asks the module what it holds: sends V,§"); });
-    m_applicationVersion =
-        addTold(grid, QStringLiteral("txt_info_appVer"), [this] { return text(Text::ApplicationVersion); });
+    m_applicationVersion = addReadOnly(grid, QStringLiteral("txt_info_appVer"),
+                                       [this] { return text(Text::ApplicationVersion); });
     tip(m_applicationVersion, [] { return tr("The program in the module, as last reported"); });
     const auto edits = card->findChildren<QLineEdit *>();
     for (QLineEdit *edit : edits) {
@@ -65,7 +58,7 @@ QWidget *InfoPage::informationCard()
     return card;
 }
 
-QLineEdit *InfoPage::addTold(QGridLayout *grid, const QString &name, std::function<QString()> caption)
+QLineEdit *InfoPage::addReadOnly(QGridLayout *grid, const QString &name, std::function<QString()> caption)
 {
     auto *edit = new QLineEdit(this);
     edit->setObjectName(name);
@@ -76,13 +69,15 @@ QLineEdit *InfoPage::addTold(QGridLayout *grid, const QString &name, std::functi
 
 QWidget *InfoPage::commentCard()
 {
-    auto *card = captioned(new QGroupBox(this), Text::Comment);
+    const FieldRef field = fieldRef(&Configuration::info, &FileInfo::comment);
+    auto *card = captioned(new QGroupBox(this), field);
     auto *layout = new QVBoxLayout(card);
     auto *comment = new QPlainTextEdit(card);
     comment->setTabChangesFocus(true);
     comment->setMinimumHeight(80);
-    binder().text(comment, fieldRef(&Configuration::info, &FileInfo::comment));
-    onTexts([this, comment] { comment->setAccessibleName(text(Text::Comment)); });
+    binder().text(comment, field);
+    tip(comment, field);
+    onTexts([this, comment, label = field.label] { comment->setAccessibleName(label(context().texts)); });
     layout->addWidget(comment);
     return card;
 }
@@ -95,25 +90,21 @@ QWidget *InfoPage::filesCard()
     grid->setColumnStretch(1, 10);
     grid->setColumnStretch(4, 1);
 
-    m_logFile = addFile(grid, Text::LogFile, &FileInfo::logFile);
-    tip(m_logFile, [] { return tr("The conversation with the module is appended to this file"); });
+    m_logFile = addFile(grid, &FileInfo::logFile);
     addChooseButton(grid, "cmd_logfile", &InfoPage::chooseLogFile, [] { return tr("Choose the log file"); });
     captioned(addButton(grid, 3, "cmd_logfile_open", &InfoPage::openLogFile), Text::OpenLogFile);
 
-    m_historyFile = addFile(grid, Text::History, &FileInfo::historyExportFile);
-    tip(m_historyFile, [] { return tr("The module's archive is appended to this file (*.csv)"); });
+    m_historyFile = addFile(grid, &FileInfo::historyExportFile);
     addChooseButton(grid, "cmd_historyExportFile", &InfoPage::chooseHistoryFile,
                     [] { return tr("Choose the history export file"); });
     captioned(addButton(grid, 3, "cmd_history_open", &InfoPage::openHistoryFile), Text::OpenHistory);
     return card;
 }
 
-QLineEdit *InfoPage::addFile(QGridLayout *grid, Text name, QString FileInfo::*member)
+QLineEdit *InfoPage::addFile(QGridLayout *grid, QString FileInfo::*member)
 {
-    auto *edit = new QLineEdit(this);
+    QLineEdit *edit = addLine(grid, fieldRef(&Configuration::info, member));
     edit->setMaximumWidth(720);
-    binder().line(edit, fieldRef(&Configuration::info, member));
-    addRow(grid, name, edit);
     return edit;
 }
 
@@ -125,13 +116,13 @@ QPushButton *InfoPage::addButton(QGridLayout *grid, int column, const char *name
 }
 
 void InfoPage::addChooseButton(QGridLayout *grid, const char *name, void (InfoPage::*clicked)(),
-                               std::function<QString()> told)
+                               std::function<QString()> purpose)
 {
     QPushButton *button = addButton(grid, 2, name, clicked);
-    onTexts([button, told = std::move(told)] {
+    onTexts([button, purpose = std::move(purpose)] {
         button->setText(tr("Choose…"));
-        button->setAccessibleName(told());
-        button->setToolTip(told());
+        button->setAccessibleName(purpose());
+        button->setToolTip(purpose());
     });
 }
 

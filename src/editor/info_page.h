@@ -15,7 +15,7 @@ public:
     /// The file dialog's filter for the history export file.
     static QString historyFilter() { return QStringLiteral("*.csv|*.csv"); }
 
-    /// The version of the configuration that the module told.
+    /// The version of the configuration that the module reported.
     void setModuleVersion(const QString &version);
     /// The version of the program in the module.
     void setApplicationVersion(const QString &version);
@@ -39,11 +39,11 @@ private:
     QWidget *informationCard();
     QWidget *commentCard();
     QWidget *filesCard();
-    QLineEdit *addTold(QGridLayout *grid, const QString &name, std::function<QString()> caption);
-    QLineEdit *addFile(QGridLayout *grid, Text name, QString FileInfo::*member);
+    QLineEdit *addReadOnly(QGridLayout *grid, const QString &name, std::function<QString()> caption);
+    QLineEdit *addFile(QGridLayout *grid, QString FileInfo::*member);
     QPushButton *addButton(QGridLayout *grid, int column, const char *name, void (InfoPage::*clicked)());
     void addChooseButton(QGridLayout *grid, const char *name, void (InfoPage::*clicked)(),
-                         std::function<QString()> told);
+                         std::function<QString()> purpose);
 
     QLineEdit *m_moduleVersion = nullptr;
     QLineEdit *m_applicationVersion = nullptr;

@@ -30,12 +30,6 @@ enum InputPage::Column : int {
     columnCount,
 };
 
-struct InputPage::ColumnText
-{
-    Text caption;
-    const char *tip = nullptr;
-};
-
 namespace {
 
 // The group captions stand above the columns' own.
@@ -50,33 +44,24 @@ QString indexed(const char *name, int index)
     return QLatin1String(name) + u'_' + QString::number(index);
 }
 
+/// The name and the unit of the field that a column shows.
+template <auto member> QString heading(const TextTable &texts)
+{
+    const auto &field = fieldOf(member);
+    return headingText(field.label, field.unit, texts);
+}
+
+template <Text name> QString fromTable(const TextTable &texts)
+{
+    return texts.text(name);
+}
+
 QString wholeNumberForm(const QString &text)
 {
     return QString::number(leadingNumber(text), 'f', 0);
 }
 
 } // namespace
-
-const InputPage::ColumnText &InputPage::textOf(Column column)
-{
-    static const std::array<ColumnText, columnCount> texts = {{
-        {Text::Ip},
-        {Text::Identifier},
-        {Text::Interval,
-         QT_TR_NOOP("Minutes between two archive entries, a whole number; 0: no entries by time")},
-        {Text::Delta, QT_TR_NOOP("Change that triggers an archive entry, in the channel's unit")},
-        {Text::Counter, QT_TR_NOOP("Count the pulses of this input")},
-        {Text::HoursCounter, QT_TR_NOOP("Count the operating hours of this input")},
-        {Text::Invert, QT_TR_NOOP("Invert the counted signal")},
-        {Text::Divider, QT_TR_NOOP("Pulses that count as one, 1 to 10000")},
-        {Text::StartValue, QT_TR_NOOP("Value that the module starts with")},
-        {Text::StartValue},
-        {Text::Offset, QT_TR_NOOP("Value shown at a signal of 0, in the unit beside it")},
-        {Text::Factor, QT_TR_NOOP("Change of the value with each step of the signal")},
-        {Text::Unit, QT_TR_NOOP("Unit of the scaled value")},
-    }};
-    return texts[static_cast<std::size_t>(column)];
-}
 
 InputPage::InputPage(EditorContext &context, QWidget *parent)
     : Page(context, parent), m_card(new StripedCard(firstRow, this)), m_grid(m_card->grid())
@@ -97,13 +82,10 @@ InputPage::InputPage(EditorContext &context, QWidget *parent)
 void InputPage::addHeader()
 {
     auto *sent = new QCheckBox(m_card);
-    binder().check(sent, fieldRef(&Configuration::sendValues, 0, &SendValues::enabled));
-    onTexts([sent] {
-        sent->setText(tr("Send start and output values"));
-        sent->setToolTip(tr(
-            "Without it a transmission leaves the inputs' counters and the outputs as they are; the outputs' "
-            "operating hours are sent all the same"));
-    });
+    const FieldRef sendValues = fieldRef(&Configuration::sendValues, 0, &SendValues::enabled);
+    binder().check(sent, sendValues);
+    captioned(sent, sendValues);
+    tip(sent, sendValues);
     m_grid->addWidget(sent, groupRow, InvertColumn, 1, OffsetColumn - InvertColumn);
     auto *scaling = captioned(new QLabel(m_card), Text::Scaling);
     m_grid->addWidget(scaling, groupRow, OffsetColumn, 1, columnCount - OffsetColumn);
@@ -160,7 +142,7 @@ void InputPage::addCounter(int channel)
         const auto field = [index](auto member) {
             return fieldRef(&Configuration::digitalInputs, index, member);
         };
-        if (fieldOf<DigitalInput>(&DigitalInput::countsPulses).appliesTo(index)) {
+        if (fieldOf(&DigitalInput::countsPulses).appliesTo(index)) {
             addCheck(field(&DigitalInput::countsPulses), channel, CounterColumn);
             whileCounting.push_back(addCheck(field(&DigitalInput::inverted), channel, InvertColumn));
             whileCounting.push_back(addLine(field(&DigitalInput::divider), channel, DividerColumn));
@@ -216,12 +198,12 @@ void InputPage::addScaling(int channel)
     addLine(fieldRef(&Configuration::scaling, index, &Scaling::unit), channel, UnitColumn);
 }
 
-void InputPage::place(QWidget *control, int channel, Column column)
+void InputPage::place(QWidget *control, const FieldRef &field, int channel, Column column)
 {
     m_grid->addWidget(control, firstRow + channel - 1, column);
-    onTexts([this, control, channel, column] {
-        control->setAccessibleName(channelText(channel) + u' ' + caption(column));
-        control->setToolTip(tr(textOf(column).tip));
+    tip(control, field);
+    onTexts([this, control, channel, heading = field.heading] {
+        control->setAccessibleName(channelText(channel) + u' ' + heading(context().texts));
     });
 }
 
@@ -234,7 +216,7 @@ QLineEdit *InputPage::addLine(const FieldRef &field, int channel, Column column)
     edit->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     edit->setMinimumHeight(edit->fontMetrics().height() + 4);
     binder().line(edit, field);
-    place(edit, channel, column);
+    place(edit, field, channel, column);
     return edit;
 }
 
@@ -242,7 +224,7 @@ QCheckBox *InputPage::addCheck(const FieldRef &field, int channel, Column column
 {
     auto *box = new QCheckBox(m_card);
     binder().check(box, field);
-    place(box, channel, column);
+    place(box, field, channel, column);
     return box;
 }
 
@@ -257,8 +239,22 @@ QLabel *InputPage::addUnit(const QString &name, int channel)
 
 QString InputPage::caption(Column column) const
 {
-    const QString own = text(textOf(column).caption);
-    return column == IntervalColumn ? own + u' ' + text(Text::InMinutes) : own;
+    static constexpr std::array<QString (*)(const TextTable &), columnCount> captions = {
+        fromTable<Text::Ip>,
+        fromTable<Text::Identifier>,
+        heading<&Archiving::interval>,
+        heading<&Archiving::delta>,
+        heading<&DigitalInput::countsPulses>,
+        heading<&DigitalInput::countsHours>,
+        heading<&DigitalInput::inverted>,
+        heading<&DigitalInput::divider>,
+        heading<&DigitalInput::value>,
+        nullptr, // the units of the values stand without a caption
+        heading<&Scaling::offset>,
+        heading<&Scaling::factor>,
+        heading<&Scaling::unit>,
+    };
+    return captions[static_cast<std::size_t>(column)](context().texts);
 }
 
 void InputPage::filterInterval(QLineEdit *edit)

@@ -18,8 +18,6 @@ public:
 
 private:
     enum Column : int;
-    struct ColumnText;
-    static const ColumnText &textOf(Column column);
 
     void addHeader();
     void addRow(int channel);
@@ -27,7 +25,7 @@ private:
     void addScaling(int channel);
     void addOutputValue(int channel);
 
-    void place(QWidget *control, int channel, Column column);
+    void place(QWidget *control, const FieldRef &field, int channel, Column column);
     QLineEdit *addLine(const FieldRef &field, int channel, Column column);
     QCheckBox *addCheck(const FieldRef &field, int channel, Column column);
     QLabel *addUnit(const QString &name, int channel);

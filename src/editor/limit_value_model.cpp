@@ -2,6 +2,7 @@
 
 #include "config/channel_use.h"
 #include "config/channels.h"
+#include "config/fields.h"
 #include "editor/limit_units.h"
 
 namespace ktr {
@@ -31,8 +32,9 @@ LimitValueModel::LimitValueModel(QObject *parent) : EntryModel(parent)
 
 void LimitValueModel::setTexts(const TextTable &texts)
 {
-    setTitles({texts.text(Text::LimitValueShort), texts.text(Text::Channel), texts.text(Text::Comparison),
-               texts.text(Text::Notification)});
+    const auto label = [&texts](auto member) { return labelText(fieldOf(member).label, texts); };
+    setTitles({texts.text(Text::LimitValueShort), label(&LimitValue::channel), label(&LimitValue::comparison),
+               label(&LimitValue::alarm)});
 }
 
 void LimitValueModel::show(const Configuration &configuration, const TextTable &texts)

@@ -22,10 +22,7 @@ namespace ktr {
 
 namespace {
 
-constexpr int captionLength = 3; ///< of "GW" and a blank
-constexpr int allRecipients = 255;
-constexpr int allReferences = 65535;
-constexpr int mostRepetitions = 15;
+constexpr int captionLength = 3;                                  ///< of "GW" and a blank
 const QString countPerInterval = QStringLiteral("pro Intervall"); ///< in all languages
 
 QLineEdit *numberEdit(QWidget *parent)
@@ -35,10 +32,10 @@ QLineEdit *numberEdit(QWidget *parent)
     return edit;
 }
 
-QStringList numbers(int first, int last)
+QStringList numbers(const Range &range)
 {
     QStringList texts;
-    for (int number = first; number <= last; ++number) {
+    for (int number = static_cast<int>(range.lowest); number <= static_cast<int>(range.highest); ++number) {
         texts += QString::number(number);
     }
     return texts;
@@ -148,41 +145,36 @@ QWidget *LimitValuePage::thresholdPart()
     for (int channel = 0; channel <= channelCount; ++channel) {
         m_channel->addItem(channelText(channel)); // the same in every language
     }
-    binder().index(m_channel, field(&LimitValue::channel), Binder::Again::IsIgnored);
+    const FieldRef channelField = field(&LimitValue::channel);
+    binder().index(m_channel, channelField, Binder::Again::IsIgnored);
     connect(m_channel, &QComboBox::activated, this, &LimitValuePage::load);
-    tip(m_channel, [] { return tr("The input or output that is watched"); });
-    auto *channelLabel = labelFor(m_channel, Text::Channel);
+    auto *channelLabel = labelFor(m_channel, channelField);
     channelLabel->setObjectName(QStringLiteral("lbl_gw_ip"));
     m_captions.push_back(channelLabel);
     grid->addWidget(channelLabel, 0, 0);
     grid->addWidget(m_channel, 0, 1, 1, 2);
 
-    const auto addNumber = [&](Text name, Member<LimitValue> member, const QString &captionName,
-                               QLabel *behind) {
+    const auto addNumber = [&](Member<LimitValue> member, const QString &captionName, QLabel *behind) {
         auto *edit = numberEdit(part);
-        binder().line(edit, field(member));
+        const FieldRef number = field(member);
+        binder().line(edit, number);
         const int row = grid->rowCount();
-        auto *label = addRow(grid, name, edit);
+        auto *label = addRow(grid, number, edit);
         label->setObjectName(captionName);
         m_captions.push_back(label);
         grid->addWidget(behind, row, 2);
-        return edit;
     };
     m_limitUnit = fixedLabel(QStringLiteral("lbl_gw_gw_0"));
     m_hysteresisUnit = fixedLabel(QStringLiteral("lbl_gw_hysterese_0"));
     m_delayMeaning = fixedLabel(QStringLiteral("lbl_gw_verzögerung_1"));
     m_delayMeaning->setMinimumWidth(m_delayMeaning->fontMetrics().horizontalAdvance(countPerInterval));
-    auto *limit = addNumber(Text::LimitValue, &LimitValue::limit, QStringLiteral("lbl_gw_gw_1"), m_limitUnit);
-    auto *hysteresis = addNumber(Text::Hysteresis, &LimitValue::hysteresis,
-                                 QStringLiteral("lbl_gw_hysterese_1"), m_hysteresisUnit);
-    auto *delay =
-        addNumber(Text::Delay, &LimitValue::delay, QStringLiteral("lbl_gw_verzögerung_0"), m_delayMeaning);
-    tip(limit, [] { return tr("Number, in the unit of the channel"); });
-    tip(hysteresis,
-        [] { return tr("How far the value must fall or rise back; number, in the unit of the channel"); });
-    tip(delay, [] { return tr("Number; on inputs that count pulses the count per interval"); });
+    addNumber(&LimitValue::limit, QStringLiteral("lbl_gw_gw_1"), m_limitUnit);
+    addNumber(&LimitValue::hysteresis, QStringLiteral("lbl_gw_hysterese_1"), m_hysteresisUnit);
+    addNumber(&LimitValue::delay, QStringLiteral("lbl_gw_verzögerung_0"), m_delayMeaning);
 
-    auto *comparison = captioned(new QGroupBox(part), Text::Comparison);
+    const FieldRef comparisonField = field(&LimitValue::comparison);
+    auto *comparison = captioned(new QGroupBox(part), comparisonField);
+    tip(comparison, comparisonField);
     comparison->setObjectName(QStringLiteral("Fra_gw_vergleich"));
     auto *buttons = new QButtonGroup(comparison);
     auto *column = new QVBoxLayout(comparison);
@@ -191,7 +183,7 @@ QWidget *LimitValuePage::thresholdPart()
         buttons->addButton(button, id++);
         column->addWidget(button);
     }
-    binder().choice(buttons, field(&LimitValue::comparison));
+    binder().choice(buttons, comparisonField);
     onTexts([buttons] {
         const QStringList names{tr("less than the limit"), tr("equal to the limit"),
                                 tr("greater than the limit")};
@@ -207,9 +199,10 @@ QWidget *LimitValuePage::thresholdPart()
 
 QWidget *LimitValuePage::referencePart()
 {
-    auto *part = new QGroupBox(m_frame);
+    const FieldRef reference = field(&LimitValue::reference);
+    auto *part = captioned(new QGroupBox(m_frame), reference);
     part->setObjectName(QStringLiteral("Frame_gw_Bezug"));
-    onTexts([part] { part->setTitle(tr("Reference")); });
+    tip(part, reference);
     auto *grid = new QGridLayout(part);
     constexpr int columns = 8;
     for (int index = 0; index < LimitValue::firstReference; ++index) {
@@ -228,14 +221,16 @@ QWidget *LimitValuePage::referencePart()
         grid->addWidget(box, row, column + 1);
         grid->setColumnStretch(column + 1, 1);
     }
-    binder().bits(m_references, allReferences, field(&LimitValue::reference));
+    binder().bits(m_references, LimitValue::allReferences, reference);
     return part;
 }
 
 QWidget *LimitValuePage::recipientsPart()
 {
-    auto *part = captioned(new QGroupBox(m_frame), Text::NotificationTo);
+    const FieldRef recipients = field(&LimitValue::recipients);
+    auto *part = captioned(new QGroupBox(m_frame), recipients);
     part->setObjectName(QStringLiteral("Fra_gw_msm"));
+    tip(part, recipients);
     auto *grid = new QGridLayout(part);
     constexpr int columns = 2; // of three a small window cuts ordinary names
     const int count = static_cast<int>(configuration().administrators.size());
@@ -247,16 +242,16 @@ QWidget *LimitValuePage::recipientsPart()
         grid->addWidget(box, index / columns, index % columns);
         grid->setColumnStretch(index % columns, 1);
     }
-    binder().bits(m_recipients, allRecipients, field(&LimitValue::recipients));
+    binder().bits(m_recipients, LimitValue::allRecipients, recipients);
     return part;
 }
 
 QLayout *LimitValuePage::notificationLine()
 {
     auto *edit = new QLineEdit(m_frame);
-    binder().line(edit, field(&LimitValue::alarm));
-    tip(edit, [] { return tr("Text of the notification; ä, ö, ü and ß become ae, oe, ue and ss"); });
-    auto *label = labelFor(edit, Text::Notification);
+    const FieldRef alarm = field(&LimitValue::alarm);
+    binder().line(edit, alarm);
+    auto *label = labelFor(edit, alarm);
     label->setObjectName(QStringLiteral("lbl_gw_meldung"));
     m_captions.push_back(label);
     auto *line = new QHBoxLayout;
@@ -268,18 +263,18 @@ QLayout *LimitValuePage::notificationLine()
 QLayout *LimitValuePage::repetitionLine()
 {
     auto *count = new QComboBox(m_frame);
-    setItems(count, numbers(0, mostRepetitions));
-    binder().index(count, field(&LimitValue::repetitions));
-    tip(count, [] { return tr("How often the message is repeated, 0 to 15"); });
+    const FieldRef repetitions = field(&LimitValue::repetitions);
+    setItems(count, numbers(*fieldOf(&LimitValue::repetitions).range));
+    binder().index(count, repetitions);
 
     m_interval = numberEdit(m_frame);
     m_interval->setMaximumWidth(m_interval->minimumWidth());
-    binder().line(m_interval, field(&LimitValue::repetitionInterval));
+    const FieldRef interval = field(&LimitValue::repetitionInterval);
+    binder().line(m_interval, interval);
     m_interval->installEventFilter(this);
-    tip(m_interval, [] { return tr("Minutes between two messages, 1 to 1440"); });
 
-    QLabel *labels[] = {labelFor(count, Text::Repetitions), labelFor(m_interval, Text::TimesEvery),
-                        captioned(new QLabel(m_frame), Text::RepetitionMinutes)};
+    QLabel *labels[] = {labelFor(count, repetitions), labelFor(m_interval, interval),
+                        captioned(new QLabel(m_frame), *fieldOf(&LimitValue::repetitionInterval).unitBehind)};
     for (int index = 0; QLabel * label : labels) {
         label->setObjectName(QStringLiteral("lbl_gw_wiederholung_%1").arg(index++));
     }

@@ -2,6 +2,7 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 
 namespace ktr {
@@ -55,6 +56,12 @@ QLabel *Page::labelFor(QWidget *control, std::function<QString()> caption)
     return label;
 }
 
+QLabel *Page::labelFor(QWidget *control, const FieldRef &field)
+{
+    tip(control, field);
+    return labelFor(control, [this, label = field.label] { return label(m_context.texts); });
+}
+
 QPushButton *Page::newButton(const char *name, std::function<void()> clicked)
 {
     auto *button = new QPushButton(this);
@@ -76,11 +83,28 @@ QLabel *Page::addRow(QGridLayout *grid, Text name, QWidget *control)
 
 QLabel *Page::addRow(QGridLayout *grid, std::function<QString()> caption, QWidget *control)
 {
-    auto *label = labelFor(control, std::move(caption));
+    return addRow(grid, labelFor(control, std::move(caption)), control);
+}
+
+QLabel *Page::addRow(QGridLayout *grid, const FieldRef &field, QWidget *control)
+{
+    return addRow(grid, labelFor(control, field), control);
+}
+
+QLabel *Page::addRow(QGridLayout *grid, QLabel *label, QWidget *control)
+{
     const int row = grid->rowCount();
     grid->addWidget(label, row, 0);
     grid->addWidget(control, row, 1);
     return label;
+}
+
+QLineEdit *Page::addLine(QGridLayout *grid, const FieldRef &field)
+{
+    auto *edit = new QLineEdit(grid->parentWidget());
+    binder().line(edit, field);
+    addRow(grid, field, edit);
+    return edit;
 }
 
 } // namespace ktr

@@ -7,6 +7,7 @@
 
 class QGridLayout;
 class QLabel;
+class QLineEdit;
 class QPushButton;
 
 namespace ktr {
@@ -57,15 +58,12 @@ protected:
     template <class Captioned>
     Captioned *captioned(Captioned *control, Text name, const QString &suffix = QString())
     {
-        onTexts([this, control, name, suffix] {
-            const QString caption = text(name) + suffix;
-            if constexpr (requires { control->setTitle(caption); }) {
-                control->setTitle(caption);
-            } else {
-                control->setText(caption);
-            }
-        });
-        return control;
+        return captionedBy(control, [this, name, suffix]() -> QString { return text(name) + suffix; });
+    }
+    /// The field's label as a caption.
+    template <class Captioned> Captioned *captioned(Captioned *control, const FieldRef &field)
+    {
+        return captionedBy(control, [this, label = field.label] { return label(m_context.texts); });
     }
 
     /// A label for a control: its buddy, and the name that screen readers tell.
@@ -76,14 +74,35 @@ protected:
     /// A button with that object name, without a caption yet.
     QPushButton *newButton(const char *name, std::function<void()> clicked);
 
+    /// The field's label for a control, which takes its tool tip.
+    QLabel *labelFor(QWidget *control, const FieldRef &field);
+
     /// A tool tip that tr() gives at each change of the language.
     void tip(QWidget *control, std::function<QString()> text);
+    void tip(QWidget *control, const FieldRef &field) { tip(control, field.tip); }
 
     /// A row of a form: label and control.
     QLabel *addRow(QGridLayout *grid, Text name, QWidget *control);
     QLabel *addRow(QGridLayout *grid, std::function<QString()> caption, QWidget *control);
+    /// The same with the field's label and tool tip.
+    QLabel *addRow(QGridLayout *grid, const FieldRef &field, QWidget *control);
+    /// The same with a line edit that is bound to the field.
+    QLineEdit *addLine(QGridLayout *grid, const FieldRef &field);
 
 private:
+    static QLabel *addRow(QGridLayout *grid, QLabel *label, QWidget *control);
+    template <class Captioned> Captioned *captionedBy(Captioned *control, std::function<QString()> caption)
+    {
+        onTexts([control, caption = std::move(caption)] {
+            if constexpr (requires { control->setTitle(QString()); }) {
+                control->setTitle(caption());
+            } else {
+                control->setText(caption());
+            }
+        });
+        return control;
+    }
+
     EditorContext &m_context;
     Binder m_binder;
     std::vector<TextPart> m_textParts;

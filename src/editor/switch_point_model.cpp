@@ -1,6 +1,7 @@
 #include "editor/switch_point_model.h"
 
 #include "config/channels.h"
+#include "config/fields.h"
 #include "editor/limit_units.h"
 #include "platform/text_rules.h"
 
@@ -9,14 +10,12 @@ namespace ktr {
 namespace {
 
 // Not from the table of texts: they are German whatever stands there.
-constexpr std::array<const char16_t *, switchTypeCount> germanTypes = {
+constexpr std::array<const char16_t *, SwitchPoint::typeCount> germanTypes = {
     u"0 sonntags",      u"1 montags",        u"2 dienstags",  u"3 mittwochs",  u"4 donnerstags",
     u"5 freitags",      u"6 samstags",       u"7 wochentags", u"8 Wochenende", u"9 w.end & feiert.",
     u"10 werktags",     u"11 feiertags",     u"12 täglich",   u"13 einmalig",  u"14 periodisch",
     u"15 GW-Überschr.", u"16 GW-Unterschr.",
 };
-
-constexpr int firstAdministratorTarget = 5;
 
 QString startTime(const QString &start, const QLocale &locale)
 {
@@ -57,8 +56,9 @@ SwitchPointModel::SwitchPointModel(QObject *parent) : EntryModel(parent)
 void SwitchPointModel::setTexts(const EditorContext &context)
 {
     m_types = switchTypeItems(context);
-    setTitles({QStringLiteral("#"), tr("Target"), context.texts.text(Text::Type),
-               context.texts.text(Text::SwitchValue)});
+    const auto label = [&context](auto member) { return labelText(fieldOf(member).label, context.texts); };
+    setTitles({QStringLiteral("#"), label(&SwitchPoint::target), label(&SwitchPoint::type),
+               label(&SwitchPoint::value)});
 }
 
 /// An administrator's name takes the place of the list's own item as soon as one is given, and stays there.
@@ -120,7 +120,7 @@ QString SwitchPointModel::condition(const SwitchPoint &point, const QString &sta
     } else {
         parts += m_limitValues.value(point.limitValue, QString::number(point.limitValue + 1));
     }
-    if (point.type == periodicType) {
+    if (point.type == SwitchPoint::periodic) {
         parts += point.period + u' ' + texts.text(Text::Minutes);
     }
     parts.removeAll(QString());

@@ -5,9 +5,6 @@
 
 namespace ktr {
 
-inline constexpr int switchTypeCount = 17;
-inline constexpr int periodicType = 14;
-
 /// All switch points: target, condition, value.
 class SwitchPointModel : public EntryModel
 {

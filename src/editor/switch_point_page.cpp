@@ -120,24 +120,16 @@ QWidget *SwitchPointPage::entryFrame()
     };
 
     m_target = list(&SwitchPoint::target, QStringList(targetCount));
-    auto *targetLabel = new QLabel(m_frame);
-    targetLabel->setBuddy(m_target);
-    onTexts([this, targetLabel] {
-        targetLabel->setText(tr("Target"));
-        m_target->setAccessibleName(targetLabel->text());
-    });
-    tip(m_target, [] { return tr("The output that is switched, or the number that is called"); });
-    addLine(0, targetLabel, QStringLiteral("lbl_swtch_ip"), m_target);
+    addLine(0, labelFor(m_target, field(&SwitchPoint::target)), QStringLiteral("lbl_swtch_ip"), m_target);
 
-    m_type = list(&SwitchPoint::type, QStringList(switchTypeCount));
-    tip(m_type, [] { return tr("When it switches"); });
-    addLine(1, labelFor(m_type, Text::Type), QStringLiteral("lbl_swtch_typ"), m_type);
+    m_type = list(&SwitchPoint::type, QStringList(SwitchPoint::typeCount));
+    addLine(1, labelFor(m_type, field(&SwitchPoint::type)), QStringLiteral("lbl_swtch_typ"), m_type);
 
     // Start and limit value stand at the same place: only one of them is shown.
     auto *start = edit(&SwitchPoint::start);
     start->setInputMethodHints(Qt::ImhPreferNumbers);
-    tip(start, [] { return tr("Year, month, day, hour and minute, two digits each"); });
-    auto *startLabel = addLine(2, labelFor(start, Text::Start), QStringLiteral("lbl_swtch_start_0"), start);
+    auto *startLabel =
+        addLine(2, labelFor(start, field(&SwitchPoint::start)), QStringLiteral("lbl_swtch_start_0"), start);
     auto *startForm = new QLabel(m_frame);
     startForm->setObjectName(QStringLiteral("lbl_swtch_start_1"));
     onTexts([this, startForm] {
@@ -146,19 +138,16 @@ QWidget *SwitchPointPage::entryFrame()
     });
     grid->addWidget(startForm, 2, 2);
     m_limitValue = list(&SwitchPoint::limitValue, QStringList(LimitValue::count));
-    tip(m_limitValue, [] { return tr("The limit value that the switch point reacts to, 1 to 20"); });
-    auto *limitValueLabel =
-        addLine(2, labelFor(m_limitValue, Text::LimitValue), QStringLiteral("lbl_swtch_gw"), m_limitValue);
+    auto *limitValueLabel = addLine(2, labelFor(m_limitValue, field(&SwitchPoint::limitValue)),
+                                    QStringLiteral("lbl_swtch_gw"), m_limitValue);
 
     auto *value = edit(&SwitchPoint::value);
-    tip(value, [] { return tr("Number that the target is set to"); });
-    addLine(3, labelFor(value, Text::SwitchValue), QStringLiteral("lbl_swtch_wert"), value);
+    addLine(3, labelFor(value, field(&SwitchPoint::value)), QStringLiteral("lbl_swtch_wert"), value);
 
     auto *period = edit(&SwitchPoint::period);
-    tip(period, [] { return tr("Minutes, 1 to 525599 (less than a year)"); });
-    auto *periodLabel =
-        addLine(4, labelFor(period, Text::Period), QStringLiteral("Lbl_swtch_periode_0"), period);
-    auto *minutes = captioned(new QLabel(m_frame), Text::Minutes);
+    auto *periodLabel = addLine(4, labelFor(period, field(&SwitchPoint::period)),
+                                QStringLiteral("Lbl_swtch_periode_0"), period);
+    auto *minutes = captioned(new QLabel(m_frame), *fieldOf(&SwitchPoint::period).unitBehind);
     minutes->setObjectName(QStringLiteral("Lbl_swtch_periode_1"));
     grid->addWidget(minutes, 4, 2);
     grid->setRowStretch(5, 1);
@@ -207,7 +196,7 @@ void SwitchPointPage::showKind()
     };
     setVisible(m_forTimes, !reacts);
     setVisible(m_forLimitValues, reacts);
-    setVisible(m_forPeriods, shown().type == periodicType);
+    setVisible(m_forPeriods, shown().type == SwitchPoint::periodic);
 }
 
 } // namespace ktr

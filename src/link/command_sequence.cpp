@@ -139,7 +139,7 @@ QString archive(const StepInput &in)
 QString switchPoint(const StepInput &in)
 {
     SwitchPoint &point = at(in.configuration.switchPoints, in.index);
-    if (leadingNumber(point.period) >= periodBound) {
+    if (leadingNumber(point.period) >= SwitchPoint::periodBound) {
         point.value = QStringLiteral("1");
     }
     QString fields = comma(QString::number(in.number)) + comma(QString::number(targetCode(point.target))) +

@@ -21,9 +21,6 @@ struct CommandContext
 /// A command longer than this does not fit an SMS and is not sent.
 inline constexpr int longestCommand = 160;
 
-/// Minutes, a year of them: a switch point with such a period, or a longer one, has its value set to 1.
-inline constexpr int periodBound = 525600;
-
 /// A command is one line: control characters other than tabs, which a file may bring into a text, become
 /// blanks. A line end within would reach the module as the end of one SMS and the start of anything.
 QString asOneLine(QString text);

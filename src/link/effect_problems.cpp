@@ -2,6 +2,7 @@
 
 #include "config/address.h"
 #include "config/channel_use.h"
+#include "config/channels.h"
 #include "config/fields.h"
 #include "platform/text_rules.h"
 
@@ -13,10 +14,7 @@ namespace ktr {
 
 namespace {
 
-constexpr int firstAdministratorTarget = 5;
 constexpr int onHolidays = 11;
-constexpr int once = 13;
-constexpr int periodic = 14;
 constexpr int less = 1;
 constexpr int greater = 3;
 
@@ -304,10 +302,11 @@ private:
                                              "is neither 0 nor 1: a digital output has no other values")));
         }
         const double period = leadingNumber(point.period);
-        if (period >= periodBound && value != 1.0) {
+        if (period >= SwitchPoint::periodBound && value != 1.0) {
             add(point, &SwitchPoint::period,
                 translated(QT_TRANSLATE_NOOP("Problems", "is a year or more: the value becomes 1")));
-        } else if (point.type == periodic && period < 1) {
+        } else if (point.type == SwitchPoint::periodic &&
+                   period < fieldOf(&SwitchPoint::period).range->lowest) {
             add(point, &SwitchPoint::period,
                 translated(QT_TRANSLATE_NOOP("Problems", "is less than a minute")));
         }
@@ -319,7 +318,7 @@ private:
     {
         const auto start = toMinute(point.start);
         const QDateTime now(m_now.date(), m_now.time(), Qt::UTC); // as the module's clock shows it
-        if (point.type == once && (point.start.isEmpty() || (start && *start < now))) {
+        if (point.type == SwitchPoint::once && (point.start.isEmpty() || (start && *start < now))) {
             add<SwitchPoint>(&SwitchPoint::start, translated(QT_TRANSLATE_NOOP(
                                                       "Problems", "the start is past: it never switches")));
         }
@@ -343,12 +342,12 @@ private:
     void checkTwin(const SwitchPoint &point)
     {
         const auto isTwin = [&point](const SwitchPoint &other) {
-            const bool repeats = point.type < once;
+            const bool repeats = point.type < SwitchPoint::once;
             return other.target == point.target && other.type == point.type &&
                    (point.reactsToLimitValue() ? other.limitValue == point.limitValue
                                                : (repeats ? other.start.right(4) == point.start.right(4)
                                                           : other.start == point.start)) &&
-                   (point.type != periodic || other.period == point.period);
+                   (point.type != SwitchPoint::periodic || other.period == point.period);
         };
         const auto &points = m_configuration.switchPoints;
         const auto end = points.begin() + m_index;

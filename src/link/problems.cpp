@@ -36,11 +36,11 @@ void checkFields(const Configuration &configuration, const QLocale &locale, QLis
     visitRecords(configuration, [&]<class ConstRecord>(const Group &group, ConstRecord &record, int index) {
         using Record = std::remove_const_t<ConstRecord>;
         for (const Field<Record> &field : fieldsOf<Record>()) {
-            if (field.check == nullptr || !field.appliesTo(index) || !isUsed(record, field)) {
+            if (!field.appliesTo(index) || !isUsed(record, field)) {
                 continue;
             }
             const QString text = fieldText(field, record, locale);
-            const QString message = field.check(text);
+            const QString message = field.fault(text);
             if (!message.isEmpty()) {
                 const QString shown = field.secret ? QString(text.size(), u'*') : text;
                 problems.append({group.place(field.xmlName, index), field.control.forIndex(index), index,

@@ -44,13 +44,22 @@ public:
 private:
     QString text(Text title) const { return m_texts.text(title).trimmed(); }
     QString onOff(bool value) const { return text(value ? Text::On : Text::Off); }
+    template <class Record, class Value> QString label(Value Record::*member) const
+    {
+        return labelText(fieldOf(member).label, m_texts).trimmed();
+    }
+    template <class Record, class Value> QString heading(Value Record::*member) const
+    {
+        const Field<Record> &field = fieldOf(member);
+        return headingText(field.label, field.unit, m_texts);
+    }
     bool all() const { return m_entries == PrintedEntries::All; }
 
     /// A table of names and values.
     static PrintTable facts(const QList<QStringList> &rows)
     {
         constexpr double nameWidth = 42;
-        PrintTable table{{{{}, nameWidth, Style::Label}, {{}, printWidth - nameWidth}}, rows};
+        PrintTable table{{{{}, nameWidth, Style::Caption}, {{}, printWidth - nameWidth}}, rows};
         for (QStringList &row : table.rows) {
             row[1] = orNone(row[1]);
         }
@@ -72,13 +81,14 @@ private:
         const QString &stamp = m_configuration.versionText;
         const bool stamped = !stamp.isEmpty() && stamp != info.version;
         return {text(Text::FileInformation),
-                {facts({{text(Text::Author), info.author},
-                        {text(Text::ConfigurationVersion),
+                {facts({{label(&FileInfo::author), info.author},
+                        {label(&FileInfo::version),
                          words({info.version, stamped ? u'(' + stamp + u')' : QString()})},
-                        {text(Text::Date), info.date},
-                        {text(Text::Comment), info.comment},
-                        {text(Text::LogFile), info.logFile},
-                        {words({text(Text::History), text(Text::Export)}), info.historyExportFile}})}};
+                        {label(&FileInfo::date), info.date},
+                        {label(&FileInfo::comment), info.comment},
+                        {label(&FileInfo::logFile), info.logFile},
+                        {words({label(&FileInfo::historyExportFile), text(Text::Export)}),
+                         info.historyExportFile}})}};
     }
 
     PrintSection gsm() const
@@ -87,16 +97,17 @@ private:
         // A printout lies around: it tells that there is a PIN, not which and not how long.
         const QString pin = settings.pin.isEmpty() ? QString() : QStringLiteral("****");
         PrintTable administrators{
-            {{text(Text::Admin), 16}, {text(Text::Identifier), 82}, {text(Text::PhoneNumber), 82}}, {}};
+            {{text(Text::Admin), 16}, {label(&Administrator::name), 82}, {label(&Administrator::number), 82}},
+            {}};
         for (int index = 0; const Administrator &administrator : m_configuration.administrators) {
             administrators.rows +=
                 {QString::number(++index), orNone(administrator.name), orNone(administrator.number)};
         }
         return {text(Text::Gsm),
-                {facts({{text(Text::StationId), settings.stationId},
-                        {text(Text::Type), settings.stationType},
-                        {text(Text::Pin), pin},
-                        {text(Text::AliveCycle), settings.aliveCycle}}),
+                {facts({{label(&GsmSettings::stationId), settings.stationId},
+                        {label(&GsmSettings::stationType), settings.stationType},
+                        {label(&GsmSettings::pin), pin},
+                        {label(&GsmSettings::aliveCycle), settings.aliveCycle}}),
                  administrators}};
     }
 
@@ -167,15 +178,15 @@ private:
         const QString counter = text(Text::Counter);
         const QString scale = text(Text::Scaling);
         PrintTable table{{{text(Text::Channel), 33},
-                          {words({text(Text::Interval), text(Text::InMinutes)}), 17, Style::Number},
-                          {text(Text::Delta), 15, Style::Number},
+                          {heading(&Archiving::interval), 17, Style::Number},
+                          {label(&Archiving::delta), 15, Style::Number},
                           {text(Text::Type), 17, Style::Text, counter},
-                          {text(Text::Divider), 15, Style::Number, counter},
-                          {text(Text::Invert), 14, Style::Text, counter},
-                          {text(Text::StartValue), 19, Style::Number, counter},
-                          {text(Text::Offset), 16, Style::Number, scale},
-                          {text(Text::Factor), 16, Style::Number, scale},
-                          {text(Text::Unit), 18, Style::Text, scale}},
+                          {label(&DigitalInput::divider), 15, Style::Number, counter},
+                          {label(&DigitalInput::inverted), 14, Style::Text, counter},
+                          {label(&DigitalInput::value), 19, Style::Number, counter},
+                          {label(&Scaling::offset), 16, Style::Number, scale},
+                          {label(&Scaling::factor), 16, Style::Number, scale},
+                          {label(&Scaling::unit), 18, Style::Text, scale}},
                          {}};
         for (int channel = 1; channel <= channelCount; ++channel) {
             const Archiving &archiving = m_configuration.archiving[index(channel - 1)];
@@ -230,7 +241,11 @@ private:
                    : QStringLiteral("%1 × %2").arg(QString::number(limitValue.repetitions),
                                                    orNone(limitValue.repetitionInterval));
     }
-    QString repetitionsTitle() const { return words({text(Text::Repetitions), text(Text::InMinutes)}); }
+    QString repetitionsTitle() const
+    {
+        return headingText(fieldOf(&LimitValue::repetitions).label,
+                           fieldOf(&LimitValue::repetitionInterval).unit, m_texts);
+    }
 
     QString comparison(const LimitValue &limitValue) const
     {
@@ -281,13 +296,13 @@ private:
     {
         return list(text(Text::LimitValue) + u" 1–16",
                     {{{text(Text::LimitValueShort), 7},
-                      {text(Text::Channel), 27},
-                      {text(Text::Comparison), 24},
-                      {text(Text::Hysteresis), 17},
-                      {text(Text::Delay), 12, Style::Number},
-                      {text(Text::NotificationTo), 33},
+                      {label(&LimitValue::channel), 27},
+                      {label(&LimitValue::comparison), 24},
+                      {label(&LimitValue::hysteresis), 17},
+                      {label(&LimitValue::delay), 12, Style::Number},
+                      {label(&LimitValue::recipients), 33},
                       {repetitionsTitle(), 20},
-                      {text(Text::Notification), 40}},
+                      {label(&LimitValue::alarm), 40}},
                      limitValueRows(0, LimitValue::firstReference, [this](const LimitValue &limitValue) {
                          const int channel = limitValue.channel;
                          return QStringList{channelName(channel), comparison(limitValue),
@@ -301,9 +316,9 @@ private:
         return list(text(Text::LimitValue) + u" 17–20",
                     {{{text(Text::LimitValueShort), 8},
                       {text(Text::LimitValue), 40},
-                      {text(Text::NotificationTo), 48},
+                      {label(&LimitValue::recipients), 48},
                       {repetitionsTitle(), 30},
-                      {text(Text::Notification), 54}},
+                      {label(&LimitValue::alarm), 54}},
                      limitValueRows(LimitValue::firstReference, LimitValue::count,
                                     [this](const LimitValue &limitValue) {
                                         return QStringList{combined(limitValue.reference)};
@@ -312,9 +327,8 @@ private:
 
     QString target(int position) const
     {
-        constexpr int firstAdministrator = 5;
-        if (position >= firstAdministrator && position < targetCount) {
-            return administratorName(index(position - firstAdministrator));
+        if (position >= firstAdministratorTarget && position < targetCount) {
+            return administratorName(index(position - firstAdministratorTarget));
         }
         const QString name = targetText(position);
         return position == 0 ? text(Text::Invalid) : name.isEmpty() ? QString::number(position) : name;
@@ -323,7 +337,7 @@ private:
     /// With its number: the two types that react to a limit value may read alike.
     QString switchType(int type) const
     {
-        const bool known = type >= 0 && type <= 16;
+        const bool known = type >= 0 && type < SwitchPoint::typeCount;
         return words({QString::number(type), known ? text(switchTypeText(type)) : QString()});
     }
 
@@ -346,14 +360,13 @@ private:
 
     PrintSection switchPoints() const
     {
-        constexpr int periodic = 14;
         PrintTable table{{{QStringLiteral("#"), 8},
                           {text(Text::Channel), 36},
-                          {text(Text::Type), 34},
-                          {text(Text::Start), 34},
-                          {text(Text::SwitchValue), 18, Style::Number},
-                          {words({text(Text::Period), text(Text::InMinutes)}), 16, Style::Number},
-                          {text(Text::LimitValue), 34}},
+                          {label(&SwitchPoint::type), 34},
+                          {label(&SwitchPoint::start), 34},
+                          {label(&SwitchPoint::value), 18, Style::Number},
+                          {heading(&SwitchPoint::period), 16, Style::Number},
+                          {label(&SwitchPoint::limitValue), 34}},
                          {}};
         for (int number = 0; const SwitchPoint &point : m_configuration.switchPoints) {
             ++number;
@@ -366,7 +379,7 @@ private:
                            switchType(point.type),
                            reacts ? QString() : startTime(point.start),
                            orNone(point.value),
-                           point.type == periodic ? orNone(point.period) : QString(),
+                           point.type == SwitchPoint::periodic ? orNone(point.period) : QString(),
                            reacts ? watchedLimitValue(point.limitValue) : QString()};
         }
         return list(text(Text::Switchpoints), table);
@@ -392,9 +405,9 @@ private:
     {
         const EthernetSettings &settings = m_configuration.ethernet;
         return {text(Text::Ethernet),
-                {facts({{text(Text::Ip), settings.ip},
-                        {text(Text::Subnet), settings.subnet},
-                        {text(Text::Mac), macBytes(settings).join(u'-')}})}};
+                {facts({{label(&EthernetSettings::ip), settings.ip},
+                        {label(&EthernetSettings::subnet), settings.subnet},
+                        {label(&EthernetSettings::mac3), macBytes(settings).join(u'-')}})}};
     }
 
     const Configuration &m_configuration;

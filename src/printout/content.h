@@ -18,7 +18,7 @@ enum class PrintedEntries { InUse, All };
 
 struct PrintColumn
 {
-    enum class Style { Text, Number, Label };
+    enum class Style { Text, Number, Caption };
 
     QString title;
     double width = 0; ///< mm, when no word of a title needs more

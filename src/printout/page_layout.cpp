@@ -183,7 +183,7 @@ private:
 
     const Face &faceOf(const PrintColumn &column) const
     {
-        return column.style == PrintColumn::Style::Label ? m_label : m_body;
+        return column.style == PrintColumn::Style::Caption ? m_label : m_body;
     }
 
     /// The widths of a table's columns: those asked for, but the longest word of each title fits, and the

@@ -614,7 +614,7 @@ private Q_SLOTS:
         QStringList names;
         visitRecords(filled, [&names]<class Record>(const Group &, Record &record, int index) {
             for (const auto &field : fieldsOf<Record>()) {
-                if (field.number && field.appliesTo(index)) {
+                if (field.isNumber() && field.appliesTo(index)) {
                     setFieldText(field, record, "12");
                     names += field.control.forIndex(index);
                 }

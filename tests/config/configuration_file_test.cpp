@@ -65,6 +65,23 @@ private Q_SLOTS:
                 const QString control = field.control.forIndex(index);
                 QVERIFY2(arrayOfRecords || !controls.contains(control), qPrintable(control));
                 controls.insert(control);
+                QVERIFY2(!labelText(field.label, TextTable()).isEmpty() && *field.meaning != 0,
+                         qPrintable(place));
+                if (field.range) {
+                    const Range range = *field.range;
+                    for (const auto &[end, beyond] : {std::pair(range.lowest, range.lowest - 1),
+                                                      std::pair(range.highest, range.highest + 1)}) {
+                        const QString within = QString::number(end, 'f', 0);
+                        const QString outside = QString::number(beyond, 'f', 0);
+                        if (std::abs(end) < Range::noEnd) {
+                            QCOMPARE(field.stored(within), within);
+                            QCOMPARE(field.fault(within), QString());
+                            QVERIFY2(range.outside == Range::Outside::DependsOnOthers ||
+                                         field.stored(outside) == within || !field.fault(outside).isEmpty(),
+                                     qPrintable(place));
+                        }
+                    }
+                }
                 for (const Preset &preset : {field.whenNew, field.whenEmpty}) {
                     if (!preset.keepsValue()) {
                         const QString text = preset.value(fixedEnvironment(), index);
