@@ -71,8 +71,9 @@ private Q_SLOTS:
         const QString copy = folder.filePath(u"ktrconfig_de.ts"_s);
         QVERIFY(QFile::copy(QStringLiteral(KTR_SOURCE_DIR "/translations/ktrconfig_de.ts"), copy));
         QProcess process;
-        process.start(lupdate, {u"-silent"_s, QStringLiteral(KTR_SOURCE_DIR "/src"), u"-extensions"_s,
-                                u"cpp,h"_s, u"-locations"_s, u"none"_s, u"-no-obsolete"_s, u"-ts"_s, copy});
+        process.start(lupdate, {u"-silent"_s, QStringLiteral(KTR_SOURCE_DIR "/src"), u"-I"_s,
+                                QStringLiteral(KTR_SOURCE_DIR "/src"), u"-extensions"_s, u"cpp,h"_s,
+                                u"-locations"_s, u"none"_s, u"-no-obsolete"_s, u"-ts"_s, copy});
         QVERIFY(process.waitForFinished());
         QVERIFY2(process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0,
                  process.readAllStandardError());
