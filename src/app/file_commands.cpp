@@ -73,10 +73,10 @@ void FileCommands::makeNew()
     m_history.makeNew();
     m_kept.leave();
     Q_EMIT replaced();
-    tellPresent();
+    reportPresentFile();
 }
 
-void FileCommands::tellPresent()
+void FileCommands::reportPresentFile()
 {
     const QString &fileName = m_document.fileName();
     const bool isNew = m_document.source().isEmpty();
@@ -140,7 +140,7 @@ void FileCommands::load(const QString &fileName)
 {
     const bool unsaved = m_document.isModified();
     const ReadReport report = m_history.load(fileName);
-    tellRead(report, fileName);
+    reportReading(report, fileName);
     if (!report.opened) {
         return;
     }
@@ -165,7 +165,7 @@ bool FileCommands::loadFirst(const QString &fileName, const QString &asWritten)
     if (!report.opened) {
         m_document.setFileName(QString());
     }
-    tellRead(report, loaded);
+    reportReading(report, loaded);
     return report.opened;
 }
 
@@ -174,11 +174,11 @@ void FileCommands::readPresent()
     const QString fileName = m_document.fileName();
     const ReadReport report = m_document.readPresentFile();
     if (!fileName.isEmpty()) {
-        tellRead(report, fileName);
+        reportReading(report, fileName);
     }
 }
 
-void FileCommands::tellRead(const ReadReport &report, const QString &fileName)
+void FileCommands::reportReading(const ReadReport &report, const QString &fileName)
 {
     if (!report.document) {
         Q_EMIT statusMessage(report.document.message());

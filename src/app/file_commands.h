@@ -27,7 +27,7 @@ public:
 
     void makeNew();
     /// What undo or redo led to.
-    void tellPresent();
+    void reportPresentFile();
     void save() { saveBeside(QString()); }
     void saveAs();
     /// Asks for a file and loads it.
@@ -62,7 +62,7 @@ Q_SIGNALS:
 
 private:
     void saveBeside(const QString &presentFile);
-    void tellRead(const ReadReport &report, const QString &fileName);
+    void reportReading(const ReadReport &report, const QString &fileName);
     void addRecent();
     void openKept(const KeptEdits::Copy &copy);
 

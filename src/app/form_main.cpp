@@ -65,12 +65,12 @@ FormMain::FormMain(const Services &services)
     setObjectName(QStringLiteral("FormMain"));
     setWindowIcon(icon(IconName::Application));
     setAcceptDrops(true);
-    m_context.tell = [this](const QString &line) { tell(line); };
+    m_context.tell = [this](const QString &line) { showStatus(line); };
     m_context.showMessage = [this](const QString &text) { showMessage(text); };
     m_wait.setObjectName(QStringLiteral("Tmr_wait"));
     m_wait.setSingleShot(true);
     connect(&m_language, &InterfaceLanguage::changed, this, &FormMain::applyTexts);
-    connect(&m_language, &InterfaceLanguage::statusMessage, this, &FormMain::tell);
+    connect(&m_language, &InterfaceLanguage::statusMessage, this, &FormMain::showStatus);
     layOut();
     m_files = std::make_unique<FileCommands>(*this, m_document, m_history, m_texts);
     m_linkPresenter =
@@ -81,7 +81,7 @@ FormMain::FormMain(const Services &services)
     connectMenu();
     connectDocument();
     connectProblems();
-    connect(m_linkPresenter.get(), &LinkPresenter::statusMessage, this, &FormMain::tell);
+    connect(m_linkPresenter.get(), &LinkPresenter::statusMessage, this, &FormMain::showStatus);
     connect(m_linkPresenter.get(), &LinkPresenter::addressWanted, this, &FormMain::askForAddress);
     connect(m_linkPresenter.get(), &LinkPresenter::ethernetWanted, this, &FormMain::connectEthernet);
     connectInstances();
@@ -159,7 +159,7 @@ void FormMain::start(const QStringList &arguments)
 void FormMain::connectInstances()
 {
     connect(&m_takeOver, &TakeOver::titleWanted, this, &QWidget::setWindowTitle);
-    connect(&m_takeOver, &TakeOver::statusMessage, this, &FormMain::tell);
+    connect(&m_takeOver, &TakeOver::statusMessage, this, &FormMain::showStatus);
     connect(&m_takeOver, &TakeOver::givenUp, this, &FormMain::exitWanted);
     connect(&m_takeOver, &TakeOver::done, this, [this](const QString &remark) {
         finishStart();
@@ -249,7 +249,7 @@ void FormMain::finishStart()
     m_linkPresenter->show();
     m_tabs->enterPage();
     if (!m_settingsTrouble.isEmpty()) {
-        tell(m_settingsTrouble);
+        showStatus(m_settingsTrouble);
     }
     if (m_options.operationalMode) {
         openOperationalMode();
@@ -300,7 +300,7 @@ void FormMain::refuseClose(QEvent &event)
 {
     event.ignore();
     QApplication::beep();
-    tell(tr("A file dialog is still open; the window can be closed after it"));
+    showStatus(tr("A file dialog is still open; the window can be closed after it"));
 }
 
 /// What the module has then is worth a question; whoever wants none takes the menu's exit.
@@ -355,7 +355,7 @@ void FormMain::connectMenu()
     connect(m_menu, &MainMenu::recentChosen, files, &FileCommands::load);
     connect(m_menu->saveFile, &QAction::triggered, files, &FileCommands::save);
     connect(m_menu->saveFileAs, &QAction::triggered, files, &FileCommands::saveAs);
-    connect(files, &FileCommands::statusMessage, this, &FormMain::tell);
+    connect(files, &FileCommands::statusMessage, this, &FormMain::showStatus);
     connect(files, &FileCommands::replaced, m_tabs, &PageTabs::enterPage);
     connect(files, &FileCommands::titleChanged, this, &FormMain::updateTitle);
     connect(files, &FileCommands::recentChanged, this, [this] { m_menu->showRecent(m_files->recent()); });
@@ -372,7 +372,7 @@ void FormMain::connectMenu()
     connect(&m_sideWindows, &SideWindows::languageChosen, this, [this](const QString &language) {
         m_language.use(language);
         if (languageSetting() != language) {
-            tell(tr("The settings cannot be written; what is chosen holds for this run"));
+            showStatus(tr("The settings cannot be written; what is chosen holds for this run"));
         }
     });
 }
@@ -393,7 +393,7 @@ void FormMain::connectDocument()
         const QString title = windowTitle();
         updateTitle();
         if (place.control.isEmpty() || windowTitle() != title) {
-            m_files->tellPresent();
+            m_files->reportPresentFile();
         }
     });
 }
@@ -433,7 +433,7 @@ void FormMain::updateTitle()
     setWindowTitle(programName + QLatin1String("  ") + m_document.fileName().right(titleCharacters));
 }
 
-void FormMain::tell(const QString &line)
+void FormMain::showStatus(const QString &line)
 {
     m_status->tell(line);
 }

@@ -90,7 +90,7 @@ private:
 
     void applyTexts();
     void updateTitle();
-    void tell(const QString &line);
+    void showStatus(const QString &line);
     void showMessage(const QString &text);
     void askForAddress(bool exclusive);
     void connectEthernet(const QString &address, bool exclusive);

@@ -65,11 +65,11 @@ void LinkPresenter::connectLink()
             [this] { Q_EMIT messageWanted(m_texts.text(Text::ConnectionInterrupted), connectionTopic); });
     connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
     connect(&m_transmitter, &Transmitter::started, this, [this] {
-        m_overwritingTold = false;
+        m_isOverwritingReported = false;
         Q_EMIT overwritingPassed();
         Q_EMIT messagePassed(m_texts.text(Text::MessageTooLong));
         showProgress(0);
-        tellState([] { return tr("Waiting until the module reads its SMS"); });
+        showState([] { return tr("Waiting until the module reads its SMS"); });
     });
     connect(&m_transmitter, &Transmitter::configured, this, [this](const QString &version) {
         m_version.configuration = version;
@@ -78,30 +78,30 @@ void LinkPresenter::connectLink()
     });
     connect(&m_transmitter, &Transmitter::stepDone, this, [this](int step) {
         showProgress(step);
-        if (isStateTold()) { // nothing newer: it does not wait any longer
-            tellState([] { return tr("The configuration is being transmitted"); });
+        if (isStateShown()) { // nothing newer: it does not wait any longer
+            showState([] { return tr("The configuration is being transmitted"); });
         }
     });
     connect(&m_link, &ModuleLink::stalled, this,
-            [this](const QString &reason) { tellState([reason] { return reason; }); });
-    connect(&m_transmitter, &Transmitter::ended, this, &LinkPresenter::tellEnd);
+            [this](const QString &reason) { showState([reason] { return reason; }); });
+    connect(&m_transmitter, &Transmitter::ended, this, &LinkPresenter::showEnd);
 }
 
-void LinkPresenter::tellEnd()
+void LinkPresenter::showEnd()
 {
     showProgress(0);
     const TransmissionReport &report = m_transmitter.report();
     if (!report.brokenAt) {
         takeOverTransmitted();
     }
-    tellState([this] {
+    showState([this] {
         const TransmissionReport &last = m_transmitter.report();
         return QString(last.title() + QLatin1String(": ") + last.counts());
     });
 }
 
 /// Tells how the transmission stands, or what became of it.
-void LinkPresenter::tellState(const std::function<QString()> &line)
+void LinkPresenter::showState(const std::function<QString()> &line)
 {
     const QString before = std::exchange(m_stateLine, line());
     m_stateText = line;
@@ -110,7 +110,7 @@ void LinkPresenter::tellState(const std::function<QString()> &line)
     }
 }
 
-bool LinkPresenter::isStateTold() const
+bool LinkPresenter::isStateShown() const
 {
     return m_stateText && m_status.lastEvent() == m_stateLine;
 }
@@ -133,11 +133,11 @@ void LinkPresenter::connectReplies()
     connect(&m_link, &ModuleLink::changed, this, [this] {
         if (!m_link.isConnected()) {
             m_replies.disconnected();
-            m_differenceTold = false;
+            m_isDifferenceReported = false;
         }
     });
     connect(&m_replies, &ReplyHandler::statusMessage, this, &LinkPresenter::statusMessage);
-    connect(&m_replies, &ReplyHandler::versionTold, this, &LinkPresenter::takeVersion);
+    connect(&m_replies, &ReplyHandler::versionReported, this, &LinkPresenter::takeVersion);
 }
 
 void LinkPresenter::connectUpload()
@@ -214,7 +214,7 @@ void LinkPresenter::attach(CalibrationPage &page)
 void LinkPresenter::attach(InfoPage &page)
 {
     m_info = &page;
-    connect(&page, &InfoPage::versionWanted, this, [this] { place(QStringLiteral("V,§")); });
+    connect(&page, &InfoPage::versionWanted, this, [this] { place(serviceCommands::version); });
     page.setIdle(!m_transmitter.isTransmitting());
     showVersion();
 }
@@ -222,7 +222,7 @@ void LinkPresenter::attach(InfoPage &page)
 void LinkPresenter::applyTexts()
 {
     show();
-    if (isStateTold()) {
+    if (isStateShown()) {
         m_stateLine = m_stateText();
         m_status.tell(m_stateLine);
     }
@@ -349,19 +349,20 @@ void LinkPresenter::place(const QString &command)
         }
     }
     const QString replaced = m_waiting.text();
-    tellPlaced(m_waiting.place(command), command, replaced);
+    reportPlacing(m_waiting.place(command), command, replaced);
 }
 
 void LinkPresenter::placeClock()
 {
     const QString replaced = m_waiting.text();
     const WaitingCommand::Placing placing = m_waiting.placeClock();
-    tellPlaced(placing, placing == WaitingCommand::Placing::Waits ? m_waiting.text() : QStringLiteral("T,…"),
-               replaced);
+    reportPlacing(placing,
+                  placing == WaitingCommand::Placing::Waits ? m_waiting.text() : QStringLiteral("T,…"),
+                  replaced);
 }
 
-void LinkPresenter::tellPlaced(WaitingCommand::Placing placing, const QString &command,
-                               const QString &replaced)
+void LinkPresenter::reportPlacing(WaitingCommand::Placing placing, const QString &command,
+                                  const QString &replaced)
 {
     const QString shown = logText(command);
     switch (placing) {
@@ -401,7 +402,7 @@ void LinkPresenter::takeVersion(const VersionReply &version)
     m_version = version;
     showVersion();
     takeStationType(version.stationType);
-    tellDifference(version.configuration);
+    reportDifference(version.configuration);
 }
 
 void LinkPresenter::showVersion()
@@ -427,15 +428,15 @@ void LinkPresenter::takeStationType(const QString &type)
     Q_EMIT statusMessage(tr("The station type is %1, as the module reports").arg(type));
 }
 
-void LinkPresenter::tellDifference(const QString &moduleVersion)
+void LinkPresenter::reportDifference(const QString &moduleVersion)
 {
     const bool isTransmitting = m_transmitter.isTransmitting();
     const Configuration &local = isTransmitting ? m_transmitter.transmitted() : m_document.configuration();
-    bool &isTold = isTransmitting ? m_overwritingTold : m_differenceTold;
-    if (isTold || moduleVersion == Transmitter::versionOnLine(local)) {
+    bool &isReported = isTransmitting ? m_isOverwritingReported : m_isDifferenceReported;
+    if (isReported || moduleVersion == Transmitter::versionOnLine(local)) {
         return;
     }
-    isTold = true;
+    isReported = true;
     Q_EMIT overwritingPassed();
     const QString text = m_texts.text(Text::DifferentVersions) + u'\n' +
                          m_texts.text(Text::ConfigurationToolVersion) + u' ' + logText(local.versionText) +
@@ -453,17 +454,17 @@ void LinkPresenter::writeLog(const QString &line)
     const QString &path = m_document.configuration().info.logFile;
     if (path != m_logPath) {
         m_logPath = path;
-        m_logFailureTold = false;
+        m_isLogFailureReported = false;
         m_log.close();
         if (const QFileInfo info(path); info.exists() && !info.isFile()) { // a pipe would wait for its reader
             Q_EMIT statusMessage(tr("%1 is not a file; there is no log").arg(path));
         } else if (const Status opened = m_log.open(path); !opened) {
-            m_logFailureTold = true;
+            m_isLogFailureReported = true;
             Q_EMIT statusMessage(opened.message());
         }
     }
     m_log.write(m_document.environment().now(), line);
-    if (const Status written = m_log.status(); !written && !std::exchange(m_logFailureTold, true)) {
+    if (const Status written = m_log.status(); !written && !std::exchange(m_isLogFailureReported, true)) {
         Q_EMIT statusMessage(tr("The log is incomplete: %1").arg(written.message()));
     }
 }

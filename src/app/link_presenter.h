@@ -75,19 +75,19 @@ private:
     void connectUpload();
     void connectMenu();
     void withdrawPassed();
-    void tellState(const std::function<QString()> &line);
-    bool isStateTold() const;
-    void tellPlaced(WaitingCommand::Placing placing, const QString &command, const QString &replaced);
+    void showState(const std::function<QString()> &line);
+    bool isStateShown() const;
+    void reportPlacing(WaitingCommand::Placing placing, const QString &command, const QString &replaced);
     void findPorts();
     void tickLine();
     void showProgress(int step);
-    void tellEnd();
+    void showEnd();
     void sendFirmware();
     void takeOverTransmitted();
     void takeVersion(const VersionReply &version);
     void showVersion();
     void takeStationType(const QString &type);
-    void tellDifference(const QString &moduleVersion);
+    void reportDifference(const QString &moduleVersion);
     void writeLog(const QString &line);
 
     ModuleLink &m_link;
@@ -102,12 +102,12 @@ private:
     ConnectionPage *m_connection = nullptr;
     InfoPage *m_info = nullptr;
     ReplyHandler m_replies;
-    VersionReply m_version;         ///< as last reported
-    bool m_differenceTold = false;  ///< on this connection
-    bool m_overwritingTold = false; ///< in this transmission
+    VersionReply m_version;               ///< as last reported
+    bool m_isDifferenceReported = false;  ///< on this connection
+    bool m_isOverwritingReported = false; ///< in this transmission
     ConversationLog m_log;
     QString m_logPath;
-    bool m_logFailureTold = false;
+    bool m_isLogFailureReported = false;
     std::function<QString()> m_stateText; ///< gives in the present language what was told of the transmission
     QString m_stateLine;                  ///< the same as it was told
 };

@@ -75,7 +75,7 @@ frm_preview::frm_preview(const TextTable &texts, QWidget *parent)
     fillToolBar();
 
     connect(m_preview, &QPrintPreviewWidget::paintRequested, this,
-            [this](QPrinter *printer) { tellFailure(this, printTo(*printer, *m_printout)); });
+            [this](QPrinter *printer) { showFailure(this, printTo(*printer, *m_printout)); });
     connect(m_preview, &QPrintPreviewWidget::previewChanged, this, &frm_preview::showState);
     connect(m_page, &QSpinBox::valueChanged, this, &frm_preview::turnTo);
     resize(startSize);
@@ -222,7 +222,7 @@ void frm_preview::savePdf()
 void frm_preview::writePdf(const QString &path)
 {
     const Status written = m_printout->writePdf(path);
-    tellFailure(this, written);
+    showFailure(this, written);
     if (written) {
         statusBar()->showMessage(tr("Saved as %1").arg(path), noticeMs);
     }

@@ -92,7 +92,7 @@ Status printTo(QPrinter &printer, const Printout &printout)
 void printWithDialog(QWidget *parent, const Printout &printout)
 {
     if (QPrinterInfo::availablePrinterNames().isEmpty()) {
-        tellFailure(parent,
+        showFailure(parent,
                     Status::failed(QCoreApplication::translate(
                         "Printing",
                         "No printer is installed. The print preview can save the configuration as a PDF.")));
@@ -110,11 +110,11 @@ void printWithDialog(QWidget *parent, const Printout &printout)
     // The dialog keeps what it prints, and on what: both may be gone elsewhere by then.
     QObject::connect(
         dialog, qOverload<>(&QDialog::accepted), dialog,
-        [parent = QPointer(parent), printer, printout] { tellFailure(parent, printTo(*printer, printout)); });
+        [parent = QPointer(parent), printer, printout] { showFailure(parent, printTo(*printer, printout)); });
     dialog->open();
 }
 
-void tellFailure(QWidget *parent, const Status &status)
+void showFailure(QWidget *parent, const Status &status)
 {
     if (status) {
         return;

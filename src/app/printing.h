@@ -21,6 +21,6 @@ Status printTo(QPrinter &printer, const Printout &printout);
 void printWithDialog(QWidget *parent, const Printout &printout);
 
 /// Tells in a box why something was not printed or written, and returns at once. Nothing is told of success.
-void tellFailure(QWidget *parent, const Status &status);
+void showFailure(QWidget *parent, const Status &status);
 
 } // namespace ktr

@@ -15,7 +15,7 @@ const QString unconfirmedOption = QStringLiteral("unconfirmed");
 const QString resumeOption = QStringLiteral("resume");
 
 /// What became of the transmission, in the words of the panel of the main window.
-void tellReport(const TransmissionReport &report)
+void printReport(const TransmissionReport &report)
 {
     print(report.title());
     print(report.counts());
@@ -141,7 +141,7 @@ int transmit(const Arguments &arguments)
         if (code != exitCode(session.transmission().report().verdict())) {
             session.loseLastCommand(); // the end came while it was still in the machine
         }
-        tellReport(session.transmission().report());
+        printReport(session.transmission().report());
     }
     return code;
 }

@@ -61,7 +61,7 @@ bool ModuleDialogue::Reply::isForProgram() const
 
 bool ModuleDialogue::Reply::refuses() const
 {
-    return isForProgram() && tellsFailure(text);
+    return isForProgram() && reportsFailure(text);
 }
 
 bool announcesFirmware(QStringView command)
@@ -97,7 +97,7 @@ void ModuleDialogue::dispatch(const QString &line)
     }
     const bool isHistory = other.contains(QLatin1String("H,"));
     if (isHistory) {
-        tell({ReplyKind::History, {}, withoutLineEnds(other)});
+        addReply({ReplyKind::History, {}, withoutLineEnds(other)});
     }
     if (line.contains(readSms)) {
         handOverCommand();
@@ -108,14 +108,14 @@ void ModuleDialogue::dispatch(const QString &line)
     const bool isInside = inside >= 0 && (leading < 0 || inside < leading);
     if (const qsizetype message = isInside ? inside : leading; message >= 0) {
         const QStringView text(other);
-        tell({ReplyKind::Message, isInside ? numberBefore(text.first(message)) : QString(),
-              withoutLineEnds(text.sliced(message))});
+        addReply({ReplyKind::Message, isInside ? numberBefore(text.first(message)) : QString(),
+                  withoutLineEnds(text.sliced(message))});
     }
     takeConfirmations(other);
     sendLogged(QStringLiteral("OK"));
 }
 
-void ModuleDialogue::tell(Reply reply)
+void ModuleDialogue::addReply(Reply reply)
 {
     act(Log{reply.shown()});
     act(std::move(reply));
@@ -171,8 +171,8 @@ QStringView ModuleDialogue::takeSms(QStringView line)
         const QString whole = withoutLineEnds(std::exchange(m_smsText, QString()));
         // By how it begins: an alarm's text may have an "H," anywhere.
         const bool isHistory = plainText(whole).startsWith(QLatin1String("H,"));
-        tell({isHistory ? ReplyKind::History : ReplyKind::Sms, *std::exchange(m_smsNumber, std::nullopt),
-              whole});
+        addReply({isHistory ? ReplyKind::History : ReplyKind::Sms, *std::exchange(m_smsNumber, std::nullopt),
+                  whole});
         takeConfirmations(whole);
     }
     return inFront;
@@ -184,7 +184,7 @@ void ModuleDialogue::dropSms()
     const QString text = withoutLineEnds(std::exchange(m_smsText, QString()));
     const std::optional<QString> number = std::exchange(m_smsNumber, std::nullopt);
     if (number && !text.isEmpty()) {
-        tell({ReplyKind::Message, *number, text});
+        addReply({ReplyKind::Message, *number, text});
     }
 }
 

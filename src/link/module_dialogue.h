@@ -143,7 +143,7 @@ protected:
 private:
     QStringView takeSms(QStringView line);
     void dropSms();
-    void tell(Reply reply);
+    void addReply(Reply reply);
     void takeConfirmations(QStringView text);
     void handOverCommand();
 

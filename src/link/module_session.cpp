@@ -254,7 +254,7 @@ void ModuleSession::send(const QString &line)
     }
 }
 
-void ModuleSession::tellSent(std::optional<int> step, const QString &command)
+void ModuleSession::noteSent(std::optional<int> step, const QString &command)
 {
     if (!step) {
         noteProgress();
@@ -283,7 +283,7 @@ void ModuleSession::perform(const ModuleDialogue::Action &action)
                 Q_EMIT replied(reply);
             },
             [this](const ModuleDialogue::NothingToRead &) { Q_EMIT nothingToRead(); },
-            [this](const ModuleDialogue::CommandSent &sent) { tellSent(sent.step, sent.command); },
+            [this](const ModuleDialogue::CommandSent &sent) { noteSent(sent.step, sent.command); },
             [this](const ModuleDialogue::CommandRefused &refused) {
                 if (refused.step) {
                     m_transmission.refuse(*refused.step);

@@ -116,7 +116,7 @@ private:
     void take(const QByteArray &line);
     void perform(const std::vector<ModuleDialogue::Action> &actions);
     void perform(const ModuleDialogue::Action &action);
-    void tellSent(std::optional<int> step, const QString &command);
+    void noteSent(std::optional<int> step, const QString &command);
     void noteActs(const QByteArray &line);
     void noteProgress();
     void followTransmission();

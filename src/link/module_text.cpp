@@ -1,5 +1,6 @@
 #include "link/module_text.h"
 
+#include <QRegularExpression>
 #include <QString>
 
 #include <algorithm>
@@ -11,6 +12,8 @@ namespace {
 
 const QString byItself = QStringLiteral("--> ");
 const QString answer = QStringLiteral("<-- ");
+/// Stands in what a module says of a command that it cannot carry out.
+const QString failure = QStringLiteral("fail");
 
 /// Calls back with where each line begins, behind its line feeds, and the line; until that finds something.
 template <class Find> qsizetype findInLines(QStringView lines, Find find)
@@ -89,10 +92,16 @@ bool isReport(QStringView line)
     return beginsWithLetter(plainText(withoutLineFeed(line)), u"MRH");
 }
 
-bool tellsFailure(QStringView line)
+bool reportsFailure(QStringView line)
 {
     return !beginsWithLetter(plainText(withoutLineFeed(line)), u"MRHV") &&
-           line.contains(u"fail", Qt::CaseInsensitive);
+           line.contains(failure, Qt::CaseInsensitive);
+}
+
+QString namedInAnswer(const QString &text)
+{
+    static const QRegularExpression form(QStringLiteral("(?:OK|%1): (.*)").arg(failure));
+    return form.match(text).captured(1);
 }
 
 } // namespace ktr

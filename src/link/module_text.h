@@ -34,7 +34,10 @@ qsizetype insideMarker(QStringView lines);
 /// A report of the module (a notification, input values, a line of its archive), which may hold any text.
 bool isReport(QStringView line);
 
-/// A text that tells that a command failed, in whatever form; no report and no version reply.
-bool tellsFailure(QStringView line);
+/// Whether an answer says that a command failed, in whatever form. Reports and version replies never do.
+bool reportsFailure(QStringView line);
+
+/// What a plain answer names: "G,3" of "OK: G,3", "F,1" of "fail: F,1". Empty when it is of another form.
+QString namedInAnswer(const QString &text);
 
 } // namespace ktr

@@ -115,7 +115,7 @@ QString serviceFault(int step, const QString &command)
 
 void checkCommands(Configuration configuration, const CommandContext &context, QList<Problem> &problems)
 {
-    const auto isTold = [&problems](const StepPlace &at) {
+    const auto isReported = [&problems](const StepPlace &at) {
         return std::ranges::any_of(problems, [&at](const Problem &problem) {
             return problem.control == at.control && problem.entry == at.entry;
         });
@@ -125,7 +125,7 @@ void checkCommands(Configuration configuration, const CommandContext &context, Q
     while (const auto next = sequence.next(configuration, context)) {
         const StepPlace at = placeOfStep(next->step);
         // The field says better which letter it is.
-        const QString letter = isTold(at) ? QString() : letterFault(next->command);
+        const QString letter = isReported(at) ? QString() : letterFault(next->command);
         for (const QString &message :
              {lengthFault(next->command), letter, serviceFault(next->step, next->command)}) {
             if (!message.isEmpty()) {

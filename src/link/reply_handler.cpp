@@ -12,14 +12,14 @@ ReplyHandler::ReplyHandler(Timers &timers, std::function<QString()> exportPath, 
 void ReplyHandler::disconnected()
 {
     m_fastExport.end();
-    m_ignoredTold = false;
+    m_isIgnoringReported = false;
 }
 
 void ReplyHandler::take(const ModemDialogue::Reply &reply)
 {
     for (const ReplyEvent &event : interpretReply(reply)) {
         std::visit(
-            Overloaded{[this](const VersionReply &version) { Q_EMIT versionTold(version); },
+            Overloaded{[this](const VersionReply &version) { Q_EMIT versionReported(version); },
                        [this](const HistoryReply &history) { exportLine(history); },
                        [](const OtherReply &) {},
                        [this](const UnusableReply &unusable) {
@@ -34,7 +34,7 @@ void ReplyHandler::exportLine(const HistoryReply &reply)
 {
     m_fastExport.lineArrived();
     if (reply.direction == Direction::Answer && !m_fastExport.isRunning()) {
-        if (!std::exchange(m_ignoredTold, true)) {
+        if (!std::exchange(m_isIgnoringReported, true)) {
             Q_EMIT statusMessage(tr("Lines of the archive that no fast export asked for are not exported"));
         }
         return;

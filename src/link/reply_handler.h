@@ -28,8 +28,8 @@ public:
     void disconnected();
 
 Q_SIGNALS:
-    void versionTold(const ktr::VersionReply &version);
-    /// What was of no use, in a line for the user.
+    void versionReported(const ktr::VersionReply &version);
+    /// A line for the status bar: what could not be used.
     void statusMessage(const QString &line);
 
 private:
@@ -38,7 +38,7 @@ private:
     std::function<QString()> m_exportPath;
     HistoryExport m_export;
     FastExport m_fastExport;
-    bool m_ignoredTold = false;
+    bool m_isIgnoringReported = false;
 };
 
 } // namespace ktr

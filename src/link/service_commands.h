@@ -4,6 +4,9 @@
 
 namespace ktr::serviceCommands {
 
+/// The module says which application and which configuration it holds.
+inline const QString version = QStringLiteral("V,§");
+
 /// The module takes a firmware image next.
 inline const QString firmware = QStringLiteral("§88");
 

@@ -11,11 +11,11 @@ namespace ktr {
 
 namespace {
 
-/// Whose answer a text of the module is.
+/// Which command a text of the module answers.
 enum class Answers {
-    Nobody,  ///< it is a report, or an answer to another command
-    Unnamed, ///< an answer that does not tell to what
-    Command, ///< the command's
+    Nobody,  ///< none: it is a report, or it answers another command
+    Unnamed, ///< it does not say which
+    Command, ///< the one in question
 };
 
 bool beginsWithOneOf(QStringView text, std::initializer_list<const char16_t *> beginnings)
@@ -23,14 +23,13 @@ bool beginsWithOneOf(QStringView text, std::initializer_list<const char16_t *> b
     return std::ranges::any_of(beginnings, [text](const char16_t *each) { return text.startsWith(each); });
 }
 
-/// "OK: G,3", "OK: Z20" or "fail: F,..." name the command by its letter, mostly with the first number; a bad
-/// line may put something in front. A module that lost a line may have taken another one of ours for the
-/// command, and then names that.
+/// An answer names its command by the letter, mostly with the first number: "OK: G,3", "OK: Z20". A bad line
+/// may put something in front. A module that lost a line may have taken another line of ours for the command;
+/// then it names that, such as "OK: at+cmgr=1".
 Answers namedBy(const QString &text, const QString &command)
 {
-    static const QRegularExpression answer(QStringLiteral("(?:OK|fail): (.*)"));
     static const QRegularExpression head(QStringLiteral("^([A-Za-z§])(?:,?([0-9]+))?(?![A-Za-z0-9])"));
-    const QString named = answer.match(text).captured(1);
+    const QString named = namedInAnswer(text);
     if (beginsWithOneOf(named, {u"OK", u"at+", u",\"+", u"config"})) {
         return Answers::Nobody;
     }
@@ -130,7 +129,7 @@ void Transmission::run(LineKind kind)
     m_open.reset();
     m_unanswered.reset();
     m_lastStep = steps::idle;
-    m_isDeaf = m_isAnswerDoubtful = m_isDoubtTold = m_awaitsEnd = false;
+    m_isDeaf = m_isAnswerDoubtful = m_isDoubtReported = m_awaitsEnd = false;
     m_isDisturbed = isConfirmed() && m_sequence.step() == steps::last;
 }
 
@@ -171,7 +170,7 @@ void Transmission::handOver(int step, const QString &command)
     m_lastStep = step;
     m_command = command;
     m_open = step;
-    m_isDoubtTold = false;
+    m_isDoubtReported = false;
     m_report.unconfirmed.removeAll(step); // it was handed over once more
     m_report.isUnwatched = m_report.isUnwatched || (m_kind == LineKind::Ethernet && !m_answer);
     const auto bit = static_cast<std::size_t>(step);
@@ -248,7 +247,7 @@ void Transmission::moduleStarts(bool isPrompt)
         return;
     }
     if (!isRepeated()) {
-        if (m_open && !std::exchange(m_isDoubtTold, true)) {
+        if (m_open && !std::exchange(m_isDoubtReported, true)) {
             m_unanswered.reset(); // told already
             noteUnconfirmed(*m_open);
         }
@@ -281,7 +280,7 @@ void Transmission::moduleSays(const ModuleDialogue::Reply &reply)
     ++m_report.answered;
     ++m_progress;
     m_report.failed.removeAll(*m_unanswered);
-    if (tellsFailure(reply.text)) {
+    if (reportsFailure(reply.text)) {
         m_report.failed += *m_unanswered;
     }
     m_isDeaf = false;

@@ -123,9 +123,9 @@ private:
     QString m_command;               ///< the command handed over last
     int m_lastStep = steps::idle;    ///< its step
     int m_attempts = 0;              ///< times that it was handed over
-    bool m_isDeaf = false;           ///< the module answered nothing since a command was given up
-    bool m_isAnswerDoubtful = false; ///< the next answer may be that of the command before
-    bool m_isDoubtTold = false;      ///< that m_open may not have arrived
+    bool m_isDeaf = false;           ///< nothing was answered since a command was given up
+    bool m_isAnswerDoubtful = false; ///< the next answer may belong to the previous command
+    bool m_isDoubtReported = false;  ///< that m_open may be lost
     bool m_awaitsEnd = false;
     bool m_isDisturbed = false;  ///< what is on its way may be older than what was handed over last
     bool m_namesNothing = false; ///< the module's answers do not tell to what

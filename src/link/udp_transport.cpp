@@ -14,7 +14,7 @@ UdpTransport::~UdpTransport()
 Status UdpTransport::open(const QString &address)
 {
     close();
-    m_isLossTold = false;
+    m_isLossReported = false;
     UdpPairEvents events;
     events.received = [this](QByteArray &&datagram) {
         notify([this, bytes = std::move(datagram)] {
@@ -24,10 +24,10 @@ Status UdpTransport::open(const QString &address)
     };
     events.foreign = [this] { ++m_foreign; };
     events.lost = [this](const DatagramLoss &loss) {
-        if (loss.isOver || !std::exchange(m_isLossTold, true)) {
+        if (loss.isOver || !std::exchange(m_isLossReported, true)) {
             notify([this, loss] { Q_EMIT statusMessage(textOf(loss)); });
         }
-        m_isLossTold = !loss.isOver;
+        m_isLossReported = !loss.isOver;
     };
     events.trouble = [this](const QString &text) { notify([this, text] { Q_EMIT statusMessage(text); }); };
     events.failed = [this](const QString &reason) {

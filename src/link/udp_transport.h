@@ -40,8 +40,8 @@ private:
     void notify(std::function<void()> message);
 
     UdpPair m_pair;
-    quint64 m_connection = 0;  ///< counts what was opened and closed
-    bool m_isLossTold = false; ///< on the I/O thread while open
+    quint64 m_connection = 0;      ///< counts what was opened and closed
+    bool m_isLossReported = false; ///< on the I/O thread while open
     std::atomic<qint64> m_foreign = 0;
 };
 
