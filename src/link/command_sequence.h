@@ -21,24 +21,24 @@ struct CommandContext
 /// A command longer than this does not fit an SMS and is not sent.
 inline constexpr int longestCommand = 160;
 
-/// A command is one line: control characters other than tabs, which a file may bring into a text, become
-/// blanks. A line end within would reach the module as the end of one SMS and the start of anything.
+/// Makes a text fit for a command: control characters other than tabs, which a file may bring in, become
+/// blanks. A line end inside a command would end the SMS for the module, and the rest could mean anything.
 QString asOneLine(QString text);
 
 /// The program's clock as the module's clock command: date, time two seconds on, weekday (Monday 1).
 /// The date is not carried over at midnight, as the module expects from this program.
 QString clockFields(const QDateTime &now);
 
-/// The steps of a transmission. 0 to 78 each stand for one command; the numbers are those that a user
-/// sees as progress and that an interrupted transmission names.
+/// The steps of a transmission. 0 to 78 stand for one command each; the user sees these numbers as progress,
+/// and where a transmission broke off.
 namespace steps {
 inline constexpr int first = 0;
 inline constexpr int last = 78;
 inline constexpr int idle = 999;
 } // namespace steps
 
-/// Where the user edits what a step of a transmission, 0 to 78, tells the module; empty where there is no
-/// such place (the clock), or no single one.
+/// Where the user edits what a step of a transmission, 0 to 78, sends; empty where there is no such place
+/// (the clock) or more than one.
 struct StepPlace
 {
     QString control;
@@ -52,7 +52,7 @@ struct StepCommand
     QString command;
 };
 
-/// Walks a configuration's transmission, a command a call.
+/// Builds the commands that transmit a configuration, one with each call of next().
 class CommandSequence
 {
 public:

@@ -14,12 +14,12 @@ QString withoutPin(const QString &line);
 /// made visible, and no PIN.
 QString logText(const QString &line);
 
-/// The line that logText() made such a text of, without the line end that was removed. A backslash that stood
-/// in the line itself is not told from one of the log.
+/// The line that logText() turned into this text, without its line end. A backslash of the line itself cannot
+/// be distinguished from one that logText() added.
 QString fromLogText(const QString &text);
 
 /// The conversation log in a file: each line with the time, appended at once. A file that cannot be written
-/// never disturbs the conversation; what became of it is told by status().
+/// never disturbs the conversation; status() has what went wrong.
 class ConversationLog
 {
 public:

@@ -4,24 +4,24 @@
 
 namespace ktr {
 
-/// The dialogue over Ethernet. What comes is sorted: reports of the module's own modem are only looked at,
-/// lines of the module itself are echoed and answered.
+/// The dialogue over Ethernet. Here the module has a modem of its own, whose reports come over the same line:
+/// they are noted, but only lines of the module itself are echoed and answered.
 ///
 ///     module                 program
-///     +..., OK, ERROR    ->  nothing; an error is told as "failed (...)", or logged as "+CMS NO SMS"
+///     +..., OK, ERROR    ->  nothing; an error is shown as "failed (...)", or logged as "+CMS NO SMS"
 ///     donE               ->  nothing; the claim ends
-///     at+cpin?           ->  config                    the module is claimed: once, when it is wanted
+///     at+cpin?           ->  config                    the module is claimed: once, if there is a reason to
 ///     any other          ->  echo, see ModuleDialogue
 ///
-/// Reports that come in one piece with a line of the module are taken off its front; what else comes in one
-/// piece is one line. A line feed behind the end of a line belongs to that line.
+/// Reports in front of a line in the same piece are taken off; anything else in one piece counts as one line.
+/// A line feed after the end of a line belongs to that line.
 class EthernetDialogue : public ModuleDialogue
 {
 public:
-    /// A claimed module that asks so often in a row has not heard of it: it is claimed anew.
+    /// A module that asks so often in a row after it was claimed has missed that: it is claimed again.
     static constexpr int asksUntilClaimedAnew = 10;
 
-    /// `isWanted` tells whether something waits for the module.
+    /// `isWanted` returns whether something is waiting for the module, so that it should be claimed.
     EthernetDialogue(NextCommand nextCommand, std::function<bool()> isWanted)
         : ModuleDialogue(std::move(nextCommand), QStringLiteral("eth")), m_isWanted(std::move(isWanted))
     {}

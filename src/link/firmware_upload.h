@@ -14,13 +14,13 @@ inline constexpr qsizetype firmwareImageSize = 43'008;
 struct FirmwareImage
 {
     QByteArray bytes;      ///< firmwareImageSize of them, 0xFF (an erased memory) beyond the file's end
-    qint64 fileLength = 0; ///< of which what lies beyond the image is not sent
+    qint64 fileLength = 0; ///< may be longer than the image: the rest is not sent
 };
 
-/// Reads an image; a file that is missing, unreadable or empty is none.
+/// Reads an image; fails when the file is missing, unreadable or empty.
 Status readFirmware(const QString &path, FirmwareImage &image);
 
-/// How an image is cut, and what time passes between two blocks once one has left the machine.
+/// The size of the blocks that an image is sent in, and the pause after each has left the machine.
 struct UploadPace
 {
     qsizetype blockSize;
@@ -43,14 +43,14 @@ public:
     /// or an upload runs.
     Status start(const QString &path);
 
-    /// What was sent stays sent; the module itself decides what it makes of it.
+    /// Sends nothing more; what becomes of a part of an image is up to the module.
     void cancel();
 
     bool isRunning() const { return m_running; }
 
 Q_SIGNALS:
     void progressed(qint64 sent, qint64 total);
-    /// The file is not as long as the image, in a line for the user.
+    /// A line for the status bar: the file is shorter or longer than an image.
     void statusMessage(const QString &line);
     /// The upload is over; `complete` when all of it has left the machine.
     void ended(bool complete);
@@ -66,7 +66,7 @@ private:
     QByteArray m_image;
     qsizetype m_sent = 0;
     bool m_running = false;
-    int m_run = 0; ///< tells what comes back from an upload that is over
+    int m_run = 0; ///< grows with each upload: callbacks of earlier ones are ignored
 };
 
 } // namespace ktr

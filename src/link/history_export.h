@@ -10,7 +10,7 @@
 
 namespace ktr {
 
-/// What of a line is of no use, in lines for the user.
+/// What could not be used of a line, in lines for the user.
 QStringList historyRemarks(const ArchiveLine &line);
 
 /// The records of a line as UTF-8: "key;stamp;value;value" CR LF each, which is how spreadsheets expect it.
@@ -21,8 +21,8 @@ QByteArray historyCsv(const ArchiveLine &line);
 class HistoryExport
 {
 public:
-    /// Appends whole lines, or nothing of them. Gives what the user is to be told: why it cannot be written,
-    /// once until that changes, and that it can be again; empty otherwise.
+    /// Appends all lines or none. Returns what to tell the user: why the file cannot be written (once, until
+    /// that changes) or that it can be written again; empty otherwise.
     QString append(const QString &path, const QByteArray &lines);
 
     /// Whether a file can be written; one that is not there yet is not left behind.

@@ -4,8 +4,7 @@
 
 namespace ktr {
 
-/// The dialogue over a serial line. Every line is answered in the order: log, echo, what the line asks for,
-/// OK.
+/// The dialogue over a serial line. Every line is handled in this order: log it, echo it, answer it, send OK.
 ///
 ///     module                 program
 ///     at+cpin?           ->  echo, config, OK          the module is caught in configuration mode

@@ -11,16 +11,22 @@
 
 namespace ktr {
 
-/// Whether a command of the user tells the module to expect a firmware image. No step of a transmission does.
+/// Whether a command typed by the user tells the module to expect a firmware image. No step of a transmission
+/// does that.
 bool announcesFirmware(QStringView command);
 
-/// The program in the place of the module's GSM modem: a line of the module in, actions out. It knows no
-/// port and no clock. What the kinds of line have in common: reading and sending SMS, the module's texts.
+/// The program's part of the conversation. The module believes that it talks to its GSM modem: it sends modem
+/// commands, and the program answers them as a modem would. Takes one line of the module, returns what has to
+/// be done about it; has neither port nor clock. This class has what serial lines and Ethernet share, which
+/// is SMS in both directions; the derived ones have how a module is caught.
 ///
 ///     module                 program
 ///     at+cmgr=1          ->  ,"+IP", command, OK       an incoming SMS: the next command, if there is one
 ///     at+cmgs="number"   ->  OK
 ///     text Ctrl-Z        ->  OK                        an outgoing SMS: the module's answer
+///
+/// Example: after place("T,1"), lineReceived("at+cmgr=1\r") of a ModemDialogue returns, apart from what goes
+/// into the log: Send "at+cmgr=1" (the echo), Send ",\"+IP\"", Send "T,1", CommandSent "T,1", Send "OK".
 class ModuleDialogue
 {
 public:
@@ -36,7 +42,7 @@ public:
         QString line;
         bool operator==(const Log &) const = default;
     };
-    /// The module is in configuration mode: no port needs to be searched any longer.
+    /// The module is in configuration mode: the search for its port can end.
     struct Caught
     {
         bool operator==(const Caught &) const = default;
@@ -46,8 +52,8 @@ public:
         History, ///< a line of its archive
         Message, ///< a message that it sends by itself
     };
-    /// A text of the module for the reply interpreter. `number` is the SMS's destination, or stood in front
-    /// of a message.
+    /// A text of the module for the reply interpreter. `number` is where an SMS was sent to, or the number in
+    /// front of a message.
     struct Reply
     {
         ReplyKind kind;
@@ -58,24 +64,24 @@ public:
         QString shown() const;
         /// An SMS to "+IP": an answer, or a report.
         bool isForProgram() const;
-        /// An answer that tells that a command failed.
+        /// An answer saying that a command failed.
         bool refuses() const;
 
         bool operator==(const Reply &) const = default;
     };
-    /// The module read an SMS and there was none for it.
+    /// The module asked for an SMS, and no command was waiting.
     struct NothingToRead
     {
         bool operator==(const NothingToRead &) const = default;
     };
-    /// A command was handed to the module. `step` is empty for a service command.
+    /// A command was handed to the module. `step` is empty for a command of the user.
     struct CommandSent
     {
         std::optional<int> step;
         QString command;
         bool operator==(const CommandSent &) const = default;
     };
-    /// A command was not sent because it is too long for an SMS.
+    /// A command was dropped because it is too long for an SMS.
     struct CommandRefused
     {
         std::optional<int> step;
@@ -96,15 +102,15 @@ public:
     using Action = std::variant<Send, Log, Caught, Reply, NothingToRead, CommandSent, CommandRefused,
                                 FirmwareAnnounced, ServiceConfirmed>;
 
-    /// Gives the command of the transmission's next step, nothing when none runs.
+    /// Returns the command of the transmission's next step; nothing when no transmission runs.
     using NextCommand = std::function<std::optional<StepCommand>()>;
 
     virtual ~ModuleDialogue() = default;
     Q_DISABLE_COPY_MOVE(ModuleDialogue)
 
-    /// Places a service command; the module gets it when it next reads an SMS. A transmission that runs
-    /// then goes first and overwrites it. Where its text depends on when that is, `atHandOver` gives it then,
-    /// and `command` only says what waits.
+    /// Places a command of the user; the module gets it when it next reads an SMS. If a transmission is
+    /// running then, its step goes instead and the command is lost. `atHandOver` is for a text that depends
+    /// on that moment (the clock): it returns what is sent, and `command` only shows what is waiting.
     void place(const QString &command, std::function<QString()> atHandOver = {})
     {
         m_outgoing = asOneLine(command);
@@ -112,25 +118,25 @@ public:
     }
     const QString &outgoing() const { return m_outgoing; }
 
-    /// What a line that ends with a carriage return or Ctrl-Z, its last character, leads to.
+    /// What to do about a line. Its last character is the carriage return or Ctrl-Z that ended it.
     virtual std::vector<Action> lineReceived(const QString &line) = 0;
 
-    /// The same for a line that is only logged, since nothing may be sent at the moment.
+    /// The same while nothing may be sent: the line is only logged.
     std::vector<Action> lineOverheard(const QString &line);
 
-    /// What the beginning of a connection leads to.
+    /// What to do when a connection begins.
     virtual std::vector<Action> connected() { return {}; }
 
-    /// A transmission ended, whether with its last command or before.
+    /// A transmission has ended, with its last command or earlier.
     virtual void transmissionEnded() {}
 
 protected:
-    /// `linePrefix` names the kind of line in the log.
+    /// `linePrefix` stands for the kind of line in the log: "com" or "eth".
     ModuleDialogue(NextCommand nextCommand, const QString &linePrefix)
         : m_nextCommand(std::move(nextCommand)), m_linePrefix(linePrefix)
     {}
 
-    /// Answers a line that was logged and echoed: what it asks for, then OK.
+    /// Answers a line that has been logged and echoed already: what it asks for, then OK.
     void dispatch(const QString &line);
 
     void act(Action action) { m_actions.push_back(std::move(action)); }

@@ -17,8 +17,8 @@
 
 namespace ktr {
 
-/// The conversation with one module over a line: lines are assembled and answered, commands handed over,
-/// the module's texts told. The line may also be opened and closed by others, as a search for ports does.
+/// The conversation with one module over a line: assembles its lines, carries out what the dialogue answers,
+/// hands commands over and reports the module's texts. A search for ports may open and close the line itself.
 class ModuleSession : public QObject
 {
     Q_OBJECT
@@ -27,77 +27,75 @@ public:
     ModuleSession(Transport &transport, Timers &timers, Environment environment,
                   LineKind kind = LineKind::Serial, QObject *parent = nullptr);
 
-    /// Opens the line at an address; a module behind Ethernet is told that the program is there.
+    /// Opens the line to an address; to a module behind Ethernet the program announces itself.
     Status open(const QString &address);
     void close();
 
-    /// A network delivers a datagram within this time or hardly ever: so long nothing is handed over after
-    /// something went wrong.
+    /// A datagram that has not arrived after this time is most likely lost. After something went wrong
+    /// nothing is handed over for so long.
     static constexpr Milliseconds settlingTime{1000};
-    /// A module that starts anew within this time after the closing command has taken it; one that it did not
-    /// reach waits longer for an answer.
+    /// A module that restarts within this time after the closing command has taken it. One that the command
+    /// did not reach waits longer before it restarts.
     static constexpr Milliseconds promptStart{2000};
-    /// A module behind Ethernet that was not heard yet is told again that the program is there: at first
-    /// after this time, then each time after twice as long, up to the longest.
+    /// Until a module behind Ethernet is heard, the program announces itself again: first after this time,
+    /// then after twice the time before, up to the longest.
     static constexpr Milliseconds shortestCall{2000};
     static constexpr Milliseconds longestCall{20'000};
 
-    /// Transmits a configuration, which must outlive the transmission: the module gets a command each time
-    /// it reads an SMS. `answer` asks it to answer each one; a step other than the first resumes one that
-    /// broke off there.
+    /// Transmits a configuration, which must outlive the transmission: the module gets a command each time it
+    /// reads an SMS. `answer` asks it to answer each one; `step` is where an earlier transmission broke off.
     void startTransmission(Configuration &configuration, bool answer, int step = steps::first)
     {
         startTransmission(Transmission(configuration, answer, step));
     }
-    /// Begins with one, or goes on with one that broke off.
+    /// Begins a transmission, or goes on with one that broke off.
     void startTransmission(const Transmission &transmission);
     /// Breaks it off.
     void stopTransmission();
 
-    /// Whether the module is asked to answer, from the next step on.
+    /// Whether the module is to answer, from the next step on.
     void setAnswer(bool answer) { m_transmission.setAnswer(answer); }
 
     /// The one that runs, or the last one.
     const Transmission &transmission() const { return m_transmission; }
-    /// The line broke before it had carried the closing command.
+    /// The line broke while the closing command had not left yet.
     void loseLastCommand() { m_transmission.loseLast(); }
 
     /// Places one command; the module gets it when it next reads an SMS.
     void place(const QString &command) { m_dialogue->place(command); }
     /// The same with the command that sets the module's clock, to the time at which the module gets it.
     void placeClock();
-    /// The command that waits for that, empty when none does.
+    /// The command that is waiting for that; empty when none is.
     const QString &waiting() const { return m_dialogue->outgoing(); }
 
-    /// Over Ethernet a module that starts its modem is caught while something waits for it; an exclusive
-    /// session catches it always.
+    /// Over Ethernet a module that starts its modem is caught if something is waiting for it; by an exclusive
+    /// session in any case.
     void setExclusive(bool exclusive) { m_isExclusive = exclusive; }
 
-    /// A quiet session sends nothing: what the module says meanwhile is only logged. Ends with the line.
+    /// A quiet session sends nothing and only logs what the module says. Closing the line ends that.
     void setQuiet(bool quiet) { m_isQuiet = quiet; }
 
     /// The step whose command comes next; steps::idle when no transmission runs.
     int step() const { return m_transmission.isRunning() ? m_transmission.step() : steps::idle; }
 
-    /// Where a transmission that broke off goes on: the first step that the module is not known to have
-    /// taken.
+    /// Where a transmission that broke off goes on: the first step that may not have reached the module.
     int resumeStep() const { return m_transmission.resumeStep(); }
 
-    /// Calls stalled() when nothing of what is done here got on for so long, whatever was heard; zero for
-    /// never. The time begins anew now.
+    /// Emits stalled() when there was no progress for so long, whatever the module says; zero for never. The
+    /// time starts now.
     void setTimeout(Milliseconds timeout);
-    /// Something was heard since the time began.
+    /// Whether anything was heard since that time started.
     bool wasHeard() const { return m_heardBytes > 0; }
-    /// Why nothing got on, in the user's words.
+    /// Why there was no progress, in words for the user.
     QString stallReason() const;
 
-    /// Calls back once everything sent so far, and what the line just heard leads to, has left the machine.
+    /// Calls back once everything sent so far, with the answers to the line just heard, has left the machine.
     void whenDrained(std::function<void()> drained);
 
 Q_SIGNALS:
     void logged(const QString &line);
     void caught();
-    /// The module read an SMS and there was none for it.
+    /// The module asked for an SMS, and no command was waiting.
     void nothingToRead();
     void commandSent(std::optional<int> step, const QString &command);
     void commandRefused(std::optional<int> step, const QString &command);
@@ -105,10 +103,10 @@ Q_SIGNALS:
     void serviceConfirmed(const QString &text);
     /// The module was told to expect a firmware image.
     void firmwareAnnounced();
-    /// The transmission came to its end: the last step's command was handed to the line, and confirmed where
-    /// that is asked for, or given up.
+    /// The transmission is complete: the last step's command was handed over, and confirmed (where that is
+    /// asked for) or given up.
     void transmitted();
-    /// Nothing got on for the time given to setTimeout().
+    /// There was no progress for the time given to setTimeout().
     void stalled();
 
 private:
@@ -136,7 +134,7 @@ private:
     qint64 m_heardBytes = 0; ///< since the last progress
     qint64 m_heardLines = 0;
     LineAssembler m_lines;
-    QByteArray m_output; ///< what one line leads to leaves a serial port in one piece
+    QByteArray m_output; ///< all answers to one line, which leave a serial port in one piece
     bool m_isPerforming = false;
     std::vector<std::function<void()>> m_whenPerformed;
     std::unique_ptr<PacedSender> m_paced; ///< over Ethernet

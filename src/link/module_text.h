@@ -9,10 +9,11 @@ namespace ktr {
 // The form of what a module says: line ends, the prompt of its modem, markers. A text is what stands behind
 // the prompt and the marker.
 
-/// How a text of the module came: told by itself ("--> ") or as the answer to a command ("<-- ").
+/// How a text of the module came: by itself ("--> ") or as the answer to a command ("<-- ").
 enum class Direction { ByItself, Answer };
 
-/// Behind the first line end, a carriage return or Ctrl-Z. A line feed after it begins the next line.
+/// The place after the first line end, a carriage return or Ctrl-Z. A line feed after it begins the next
+/// line.
 qsizetype endOfLine(QStringView lines);
 
 /// A line without the blanks and ">" that may stand in front of its text.

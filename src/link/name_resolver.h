@@ -17,15 +17,15 @@
 
 namespace ktr {
 
-/// Finds the addresses of host names, of thousands at a time: those of the hosts file at once, the others at
-/// the name servers of the system. Names that nobody answers for keep none waiting: each look-up has the same
-/// time, and they begin at a steady pace that a name server bears. Everything happens on the thread of the
+/// Finds the addresses of host names, of thousands at a time: from the hosts file at once, from the system's
+/// name servers otherwise. A name that nobody answers for does not hold up the others: each look-up has the
+/// same time, and they start at a pace that a name server can bear. Everything happens on the thread of the
 /// context; with nothing to look up there are no sockets and no timers.
 class NameResolver
 {
 public:
     using Found = std::function<void(const std::optional<asio::ip::address> &)>;
-    /// A look-up that is dropped is not answered any more.
+    /// Dropping it cancels the look-up.
     using Lookup = std::shared_ptr<void>;
 
     struct Options
@@ -34,9 +34,9 @@ public:
         std::string servers = {}; ///< "address:port,..." instead of those that the system is set up for
     };
 
-    /// From its beginning on; then the name counts as unknown.
+    /// After this time a name counts as unknown.
     static constexpr std::chrono::milliseconds patience{1900};
-    /// So many begin a second: the names of the largest system within 2 s.
+    /// Look-ups started per second: the names of the largest system within 2 s.
     static constexpr int perSecond = 5'000;
     /// At a time, of the 65,536 that can be told apart.
     static constexpr int mostAtOnce = 16'384;
@@ -46,8 +46,8 @@ public:
     NameResolver(const NameResolver &) = delete;
     NameResolver &operator=(const NameResolver &) = delete;
 
-    /// Looks for the first IPv4 address of a name, or, where there is none, for one of IPv6 if that is of
-    /// use. Answers later, not from in here.
+    /// Looks for the first IPv4 address of a name; where there is none, for an IPv6 one if the caller takes
+    /// it. Never calls `found` before it returns.
     [[nodiscard]] Lookup lookUp(const std::string &host, bool takesV6, Found found);
 
 private:

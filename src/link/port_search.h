@@ -11,9 +11,9 @@
 
 namespace ktr {
 
-/// Looks for the port that the module is at: opens the machine's ports in turn and listens on each for a
-/// while, until the module was caught or the search gives up. A port that goes away is left at once and
-/// found again when it returns.
+/// Looks for the serial port that the module is at: opens the machine's ports in turn and listens on each for
+/// a while, until somebody calls stop() because the module was caught, or until it gives up. A port that is
+/// unplugged is left at once, and tried again when it returns.
 class PortSearch : public QObject
 {
     Q_OBJECT
@@ -26,12 +26,12 @@ public:
     PortSearch(Transport &transport, Timers &timers, std::function<QStringList()> ports,
                QObject *parent = nullptr);
 
-    /// Searches from the first port on; the first tick is now.
+    /// Starts with the first port, now.
     void start();
     void stop();
     bool isRunning() const { return m_running; }
 
-    /// One step of the search; outside a search it opens a port and stays there.
+    /// One step of the search. Without a search it opens the first port that can be opened and stays there.
     void tick();
 
     /// The transport was closed by somebody else.
@@ -42,9 +42,9 @@ public:
 
 Q_SIGNALS:
     void opened(const QString &port);
-    /// A port that cannot be opened, told once until it can or the reason changes.
+    /// A port that cannot be opened; once for each reason, until it can be opened again.
     void refused(const QString &reason);
-    /// 250 ticks went by without the module: the search has stopped and the port is closed.
+    /// No module was heard in 250 ticks: the search has stopped and the port is closed.
     void gaveUp();
 
 private:

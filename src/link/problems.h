@@ -8,22 +8,22 @@
 
 namespace ktr {
 
-/// Something in a configuration that the file or the module would choke on, that has no effect, or a
+/// Something wrong with a configuration: the file or the module would choke on it, it has no effect, or a
 /// dangerous one.
 struct Problem
 {
     QString place;   ///< the file's element and field, or the transmission's step
-    QString control; ///< the control that shows it, empty when it is none alone
+    QString control; ///< the control that shows it; empty when there is no single one
     int entry = 0;   ///< of its record in the array of records
     QString message; ///< for the user, after the place
 
     bool operator==(const Problem &) const = default;
 };
 
-/// What is wrong with a configuration: texts that are not what their fields are for, in the order of the
-/// file; what together has no effect or a dangerous one (link/effect_problems.h); holidays; commands that are
-/// too long or hold what the module's code page lacks or takes for an order. A new configuration has none.
-/// Nothing is changed by it.
+/// What is wrong with a configuration: texts that do not suit their fields, in the order of the file; fields
+/// that together have no effect or a dangerous one (link/effect_problems.h); holidays; commands that are too
+/// long, or hold what the module's code page lacks or what it takes for a service command. A new
+/// configuration has no problems.
 QList<Problem> findProblems(const Configuration &configuration, const CommandContext &context);
 
 /// Why a command cannot be sent: it is too long for an SMS, or has a letter that the line does not carry.

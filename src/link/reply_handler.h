@@ -9,7 +9,7 @@
 
 namespace ktr {
 
-/// Does what a module's texts ask for: tells versions, exports the archive's lines. Nothing that goes wrong
+/// Acts on a module's texts: reports its version, exports the lines of its archive. Nothing that goes wrong
 /// here disturbs the conversation.
 class ReplyHandler : public QObject
 {
@@ -24,7 +24,7 @@ public:
     /// A single command was handed to the module: the fast export begins with its own.
     void commandLeft(const QString &command) { m_fastExport.commandLeft(command); }
 
-    /// The connection is gone: what was told once is told again on the next.
+    /// The connection is gone: remarks made once per connection may be made again.
     void disconnected();
 
 Q_SIGNALS:

@@ -28,7 +28,7 @@ struct HistoryReply
     bool operator==(const HistoryReply &) const = default;
 };
 
-/// A text that is nobody's here: confirmations, notifications, input values.
+/// A text that nothing is done with here: confirmations, notifications, input values.
 struct OtherReply
 {
     Direction direction;
@@ -45,9 +45,11 @@ struct UnusableReply
 
 using ReplyEvent = std::variant<VersionReply, HistoryReply, OtherReply, UnusableReply>;
 
-/// What a text of the module means. SMS and lines of the archive come without a marker and are answers; what
-/// stands behind a marker counts as that says. Several lines that arrived as one are taken one by one; where
-/// the dialogue gives a line twice, as a line of the archive and as a message, each of its parts counts once.
+/// What a text of the module means. A marker says whether it came as an answer or by itself; SMS and lines of
+/// the archive have none and are answers. Several lines that arrived as one are interpreted one by one. A
+/// line that the dialogue gives twice, as a line of the archive and as a message, counts once.
+///
+/// Example: "V,2.1.5,my version,NVA" gives a VersionReply "2.1.05", "my version", "NVA".
 std::vector<ReplyEvent> interpretReply(const ModemDialogue::Reply &reply);
 
 /// The version as shown: "2.1.5" becomes "2.1.05". A text of another form stays as it is.

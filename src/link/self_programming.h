@@ -5,31 +5,32 @@
 
 namespace ktr {
 
-/// Gives a module a new firmware image: the session tells that the module was told to expect one, and a delay
-/// later the image goes out over the session's line. The session is quiet meanwhile, so that no answer gets
-/// among the bytes of the image.
+/// Gives a module a new firmware image, after which the module programs itself. While the image is on its way
+/// the session sends nothing, so that no answer gets between its bytes.
+///
+///     module reads an SMS, gets "§88" --delay 1 s--> session quiet, answers drained --> image --> ended
 class SelfProgramming : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Between the command that announces the image and its first byte.
+    /// From the command that announces the image to its first byte.
     static constexpr Milliseconds delay{1000};
 
-    /// `file` gives the image's path; `line` is the session's. All of them must outlive this.
+    /// `file` returns the image's path; `line` is the session's. All of them must outlive this.
     SelfProgramming(ModuleSession &session, Transport &line, Timers &timers, UploadPace pace,
                     std::function<QString()> file, QObject *parent = nullptr);
 
-    /// From the announcement of an image to its end.
+    /// True from the announcement of an image to its last byte.
     bool isRunning() const { return m_delay->isRunning() || m_isDraining || m_upload.isRunning(); }
 
-    /// Nothing more is sent; the module itself decides what it makes of what it got.
+    /// Sends nothing more; what becomes of a part of an image is up to the module.
     void cancel();
 
 Q_SIGNALS:
-    /// The image is not sent, for this reason.
+    /// The image cannot be sent, for this reason.
     void refused(const QString &reason);
-    /// The file is not as long as the image, in a line for the user.
+    /// A line for the status bar: the file is shorter or longer than an image.
     void statusMessage(const QString &line);
     void progressed(qint64 sent, qint64 total);
     /// The upload is over; `complete` when all of it has left the machine.
@@ -43,7 +44,7 @@ private:
     std::function<QString()> m_file;
     FirmwareUpload m_upload;
     std::unique_ptr<OneShotTimer> m_delay; ///< Timer_selfProgram
-    bool m_isDraining = false;             ///< answers of before are still leaving
+    bool m_isDraining = false;             ///< earlier answers are still leaving the machine
 };
 
 } // namespace ktr

@@ -10,7 +10,7 @@ inline const QString version = QStringLiteral("V,§");
 /// The module takes a firmware image next.
 inline const QString firmware = QStringLiteral("§88");
 
-/// The module sends its archive, a line a channel.
+/// The module sends its archive, one line for each channel.
 inline const QString archive = QStringLiteral("§,77");
 
 /// One of the two steps at a reference point of an analog output.

@@ -20,87 +20,95 @@ struct TransmissionReport
 {
     int sent = 0;                ///< commands handed over, each counted once
     QList<int> refused;          ///< steps whose commands were too long to be sent
-    int answered = 0;            ///< in answer mode
-    QList<int> failed;           ///< steps that the module answered as failed
-    QList<int> unconfirmed;      ///< steps whose commands may not have arrived
-    bool isUnwatched = false;    ///< over a network and without answers: a command lost there is not noticed
-    std::optional<int> brokenAt; ///< the first step that was not sent, when it did not get to its end
+    int answered = 0;            ///< commands, in answer mode
+    QList<int> failed;           ///< steps that the module answered with a failure
+    QList<int> unconfirmed;      ///< steps whose commands may be lost
+    bool isUnwatched = false;    ///< over a network without answers: nobody notices a lost command
+    std::optional<int> brokenAt; ///< the first step not sent, if it ended early
 
     enum class Verdict {
         Whole,     ///< the module has all of it
-        Unknown,   ///< all was sent, but nothing tells whether the network lost some of it
+        Unknown,   ///< all was sent, but the network may have lost some of it unnoticed
         InPart,    ///< some commands were refused, failed or not confirmed
-        BrokenOff, ///< it did not get to its end
+        BrokenOff, ///< it ended early
     };
     Verdict verdict() const;
 
-    /// Something that went wrong, in the user's words, and the steps that it is about.
+    /// Something that went wrong, in words for the user, and the steps concerned.
     struct Finding
     {
         QString text;
         QList<int> steps;
     };
-    /// The verdict, how many commands met what, and what went wrong, in the user's words.
+    // For the user: the verdict, the numbers of commands, and what went wrong.
     QString title() const;
     QString counts() const;
     std::vector<Finding> findings() const;
 };
 
-/// The bookkeeping of one transmission: which command comes next, and what became of those before. It is told
-/// what the module does and knows neither line nor clock.
+/// Keeps the books of one transmission: which command comes next, and what became of the earlier ones. It is
+/// informed of what the module does (moduleReads() and so on) and has neither line nor clock.
 ///
-/// Without answers a command counts as taken when the module has gone on: read or sent its next SMS without
-/// having started anew in between. In answer mode its answer confirms it. Over a network a command that was
-/// not confirmed is handed over again, a few times; the closing command, which nobody answers, is confirmed
-/// there by the module's starting anew at once. On a serial line it is told, and the next one follows.
+/// When is a command taken? Without answers: when the module goes on, that is reads or sends its next SMS
+/// without a restart in between. In answer mode: when its answer comes. On a serial line a command that was
+/// not confirmed is noted, and the next one follows. Over a network it is handed over again, a few times; the
+/// closing command, which is never answered, counts as taken when the module restarts right after it.
+///
+/// Example, over a network in answer mode; the network loses the command of step 2:
+///
+///     next() gives step 2, "G,1,1"; handOver(2, "G,1,1")
+///     moduleReads(): it goes on, but 2 was not answered
+///     next() gives step 2 again; handOver(2, "G,1,1"); moduleSays("OK: G,1"): answered
+///     moduleReads(); next() gives step 3
 class Transmission
 {
 public:
-    /// A command that is not confirmed is handed over so often at most.
+    /// An unconfirmed command is handed over at most so often.
     static constexpr int mostAttempts = 10;
 
     /// Nothing to transmit.
     Transmission() = default;
-    /// The configuration must outlive the transmission. `answer` asks the module to answer each command; a
-    /// step other than the first goes on with one that broke off there.
+    /// The configuration must outlive the transmission. `answer` asks the module to answer each command;
+    /// `step` is where an earlier transmission broke off.
     Transmission(Configuration &configuration, bool answer, int step = steps::first);
 
-    /// Whether the module is asked to answer the commands from the next one on.
+    /// Whether the module is to answer, from the next command on.
     void setAnswer(bool answer) { m_answer = answer; }
 
-    /// Begins over such a line; where it broke off, goes on there.
+    /// Begins, or goes on where it broke off, over a line of this kind.
     void run(LineKind kind);
-    /// Ends it before its end.
+    /// Ends it early.
     void breakOff();
-    /// The closing command was handed over last, and the line broke before it had carried it.
+    /// The line broke while the closing command, handed over last, had not left yet.
     void loseLast() { m_report.brokenAt = steps::last; }
 
     bool isRunning() const { return m_sequence.isRunning() || m_awaitsEnd; }
-    /// The step whose command comes next, or is waited for at the end; steps::idle when none does.
+    /// The step whose command comes next; the last one while its confirmation is awaited, steps::idle when
+    /// the transmission does not run.
     int step() const { return m_awaitsEnd ? steps::last : m_sequence.step(); }
-    /// Where it would go on if it broke off now: the first step that the module is not known to have taken.
+    /// Where it would go on if it broke off now: the first step that may not have reached the module.
     int resumeStep() const;
     const TransmissionReport &report() const { return m_report; }
-    /// Grows whenever it gets on: a command is handed over, confirmed or given up.
+    /// Grows with every step forward: a command is handed over, confirmed or given up.
     int progress() const { return m_progress; }
 
-    /// The closing command was handed over, and the module's starting anew is to confirm it.
+    /// The closing command was handed over, and the module's restart is to confirm it.
     bool awaitsEnd() const { return m_awaitsEnd; }
-    /// Datagrams from before something went wrong may still be on their way and be taken for what comes next:
-    /// nothing is handed over until settle() is called, a while later.
+    /// After something went wrong, late datagrams may still arrive and be taken for answers to what comes
+    /// next. Nothing is handed over until the owner calls settle(), a while later.
     bool isUnsettled() const;
     void settle() { m_isDisturbed = false; }
 
-    /// The command for the module's reading; nothing when it is to find none.
+    /// The command to hand over, now that the module reads; nothing when there is none.
     std::optional<StepCommand> next(const QLocale &locale, const QDateTime &now);
     void handOver(int step, const QString &command);
     void refuse(int step);
 
-    // What the module does.
+    // What the module does, in the order in which it happens.
     void moduleReads();
     void moduleSends() { m_open.reset(); }
-    /// It starts its modem, or says that it leaves configuration mode. `isPrompt`: right after the closing
-    /// command, too soon for a module that waited in vain.
+    /// It starts its modem, or says that it leaves configuration mode. `isPrompt`: so soon after the closing
+    /// command that it cannot be for want of an answer.
     void moduleStarts(bool isPrompt);
     void moduleSays(const ModuleDialogue::Reply &reply);
 
@@ -118,8 +126,8 @@ private:
     CommandSequence m_sequence;
     TransmissionReport m_report;
     std::bitset<steps::last + 1> m_handedOver;
-    std::optional<int> m_open;       ///< the module did not go on since it was handed this step's command
-    std::optional<int> m_unanswered; ///< in answer mode, its command was handed over last
+    std::optional<int> m_open;       ///< step whose command was handed over, and the module has not gone on
+    std::optional<int> m_unanswered; ///< in answer mode, step whose answer is awaited
     QString m_command;               ///< the command handed over last
     int m_lastStep = steps::idle;    ///< its step
     int m_attempts = 0;              ///< times that it was handed over
@@ -127,8 +135,8 @@ private:
     bool m_isAnswerDoubtful = false; ///< the next answer may belong to the previous command
     bool m_isDoubtReported = false;  ///< that m_open may be lost
     bool m_awaitsEnd = false;
-    bool m_isDisturbed = false;  ///< what is on its way may be older than what was handed over last
-    bool m_namesNothing = false; ///< the module's answers do not tell to what
+    bool m_isDisturbed = false;  ///< datagrams older than the last command may still arrive
+    bool m_namesNothing = false; ///< this module's answers do not name their command
     int m_progress = 0;
 };
 

@@ -31,10 +31,9 @@ public:
 Q_SIGNALS:
     /// What one receive event brought.
     void received(const QByteArray &bytes);
-    /// The line broke; it is closed by then. `everythingSent` tells whether all that was sent before had
-    /// left the machine.
+    /// The line broke, and is closed by now. `everythingSent`: all that was sent before had left the machine.
     void lost(const QString &reason, bool everythingSent);
-    /// Something cannot be sent at the moment, for this reason; told when it changes. The line stays open.
+    /// Something cannot be sent at the moment, for this reason; once until it changes. The line stays open.
     void statusMessage(const QString &text);
 };
 

@@ -21,17 +21,17 @@ struct PortRange
     quint16 last = 32'767;
 };
 
-/// How much is taken in of one module. A datagram counts as its bytes and some for the work that each takes.
-/// What comes beyond that stays with the system, which drops what its own buffer cannot hold: a module that
-/// floods costs no more than these.
+/// How much is received from one module. A datagram counts as its bytes, and some more for the work with
+/// each. What comes beyond that stays with the system, which drops what does not fit its buffer: a module
+/// that floods the program costs no more than this.
 struct IntakeLimits
 {
     static constexpr qint64 ofADatagram = 128;
     static constexpr qint64 shareOfAPair = qint64{32} << 10;
 
-    /// Taken as fast as it comes: the longest archive, 20,000 lines, in one go.
+    /// Received as fast as it comes: enough for the longest archive, 20,000 lines, in one go.
     qint64 burst = qint64{4} << 20;
-    /// What comes beyond a burst for long; some 1,400 lines a second.
+    /// Received after a burst; some 1,400 lines a second.
     qint64 perSecond = qint64{256} << 10;
     /// What the owner has not dealt with yet, of one pair; of all pairs together, shareOfAPair for each
     /// beyond.
@@ -44,13 +44,13 @@ struct IntakeLimits
 /// Datagrams that were dropped because more came than is taken in, or the program was not running.
 struct DatagramLoss
 {
-    qint64 dropped = 0;   ///< 0: the system does not tell how many
+    qint64 dropped = 0;   ///< 0: the system does not say how many
     bool isFlood = false; ///< the module sent more than it may for long
     bool isOver = false;
     bool operator==(const DatagramLoss &) const = default;
 };
 
-/// What to tell the user of a loss.
+/// A loss in words for the user.
 QString textOf(const DatagramLoss &loss);
 
 struct UdpPairOptions
@@ -63,13 +63,13 @@ struct UdpPairOptions
 /// What happens at a pair of ports. Called on the I/O thread, until the pair is closed.
 struct UdpPairEvents
 {
-    std::function<void(QByteArray &&datagram)> received; ///< the owner tells took() once it is dealt with
+    std::function<void(QByteArray &&datagram)> received; ///< the owner calls took() once it is dealt with
     std::function<void()> foreign;                       ///< a datagram of somebody else was dropped
     /// Datagrams are lost: at the first one, then once a second while it goes on, and when it is over.
     std::function<void(const DatagramLoss &)> lost;
     std::function<void()> sent;                   ///< one datagram has left, or could not; may be empty
-    std::function<void(const QString &)> trouble; ///< why datagrams cannot be sent; told when it changes
-    std::function<void(const QString &)> failed;  ///< the name is not found: the pair is of no use
+    std::function<void(const QString &)> trouble; ///< why datagrams cannot be sent; when that changes
+    std::function<void(const QString &)> failed;  ///< the name was not found: the pair is useless
 };
 
 /// A pair of UDP ports to one module: it sends from an even port and receives on the next one, where the
@@ -83,7 +83,7 @@ public:
     /// What open() gives when no pair of ports is free.
     static Status noPortFree();
 
-    /// Whether open() takes it; a name is not looked up.
+    /// Whether open() accepts it; a name is not looked up.
     static bool isAddress(const QString &address);
 
     explicit UdpPair(IoThread &io, const UdpPairOptions &options = {});
@@ -101,9 +101,10 @@ public:
     bool mayMove() const;
     /// Sends one datagram; nothing happens while closed.
     void send(const QByteArray &bytes);
-    /// A datagram that was received is dealt with. Unless that is told, nothing more is taken in the end.
+    /// A datagram that was received is dealt with. Without these calls, receiving stops in the end.
     void took(const QByteArray &datagram);
-    /// Takes, on the I/O thread, what the system holds for the pair at this moment, whatever the limits are.
+    /// Receives, on the I/O thread, all that the system holds for the pair at this moment, despite the
+    /// limits.
     void takeArrived();
     /// Calls back, on the I/O thread, once all datagrams are with the system.
     void whenDrained(std::function<void()> drained);
