@@ -45,10 +45,11 @@ CommandLine CommandLine::parse(const QStringList &arguments)
 {
     CommandLine options;
     QStringList words = arguments;
-    options.operationalMode = words.removeIf(isOperational) > 0; // or it would be a part of the file's name
+    options.operationalMode =
+        words.removeIf(isOperational) > 0; // otherwise it would be part of the file name
     options.takeWords(words);
 
-    // Character by character, so that both spellings keep the same positions.
+    // Character by character, so that positions are the same in both spellings.
     QString written = words.join(u' ');
     QString line = written;
     for (QChar &c : line) {
@@ -81,7 +82,7 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     return options;
 }
 
-/// What stands behind "-load" is the file's name, whatever it looks like.
+/// Everything after "-load" is the file name, whatever it looks like.
 void CommandLine::takeWords(const QStringList &words)
 {
     const auto end = std::ranges::find_if(words, isLoad);

@@ -5,8 +5,8 @@
 
 namespace ktr {
 
-/// What the command line asks of the program. Options are found anywhere in it, whatever the case, as parts
-/// of words too; those whose names are set in "quotes" below are words of their own.
+/// What the command line asks for. Options are found anywhere in it, in any case, even as part of a word;
+/// only those in "quotes" below must be words of their own.
 struct CommandLine
 {
     bool design = false;
@@ -16,7 +16,7 @@ struct CommandLine
     bool expert = false;
     bool load = false;
     bool operationalMode =
-        false;            ///< "-operational", behind a file too: the operational mode is opened at once
+        false;            ///< "-operational", after a file name, too: opens the operational mode at once
     bool help = false;    ///< "--help", "-help" or "-h"
     bool version = false; ///< "--version" or "-version"
 
@@ -29,20 +29,20 @@ struct CommandLine
     /// Without `load`: the file that the first word without a hyphen names, exactly as written.
     QString bareFileName;
 
-    /// Words with a hyphen that are no options, and words without one that name no file to open.
+    /// Words with a hyphen that are no options, and words without one that do not name a file.
     QStringList notUnderstood;
-    /// Behind "-load" stands more than one word: all of them are one name.
+    /// There is more than one word after "-load"; together they are one name.
     bool loadTakesSeveralWords = false;
 
     static CommandLine parse(const QStringList &arguments);
 
-    /// A program's arguments without the options of the toolkit, which it takes out of them when it starts.
+    /// The arguments without the toolkit's own options, which it would remove when it starts.
     static QStringList withoutToolkitOptions(const QStringList &arguments);
 
-    /// What is to be told on the terminal, a line each.
+    /// Remarks for the terminal, one in each line.
     QStringList remarks() const;
 
-    /// What "--help" answers.
+    /// The answer to "--help".
     static QString helpText();
 
 private:

@@ -18,7 +18,7 @@ const QString startSection = QStringLiteral("Startup");
 const QString fileNameKey = QStringLiteral("filename");
 const QString configurationFilter = QStringLiteral("*.xml|*.xml");
 
-/// A question without a way out: it must be answered.
+/// Makes a question one that must be answered: Escape and the close button do nothing.
 class Answered : public QObject
 {
 public:
@@ -45,7 +45,7 @@ bool ask(QWidget *parent, const QString &caption, const QString &question)
     return box.exec() == QMessageBox::Yes;
 }
 
-/// A name that is kept must mean the same file when the program is started in another folder.
+/// The name as an absolute path: the next start may be in another folder.
 QString fromHere(const QString &name)
 {
     return name.isEmpty() || QDir::isAbsolutePath(name)
@@ -85,7 +85,7 @@ void FileCommands::reportPresentFile()
                                             : tr("The present file is %1").arg(fileName));
 }
 
-/// Without a file name, the dialog begins at `presentFile`.
+/// Without a file name, the dialog starts at `presentFile`.
 void FileCommands::saveBeside(const QString &presentFile)
 {
     m_failure.clear();
@@ -202,7 +202,7 @@ void FileCommands::addRecent()
 void FileCommands::askToSave()
 {
     const QString caption = m_texts.text(Text::SaveCaption);
-    const QString fileName = m_document.fileName(); // a file dialog without an answer takes it away
+    const QString fileName = m_document.fileName(); // cancelling the file dialog clears it
     if (!m_document.isModified()) {
         return;
     }
@@ -212,7 +212,7 @@ void FileCommands::askToSave()
         return;
     }
     save();
-    // A disk that is full must not cost the edits: the end goes on, but not without another try.
+    // A full disk must not cost the edits: the program ends, but not without another try.
     while (!m_failure.isEmpty() &&
            ask(&m_window, caption, m_failure + u'\n' + m_texts.text(Text::SaveUnderOtherName))) {
         saveAs();
@@ -233,7 +233,7 @@ void FileCommands::askToSave()
 void FileCommands::keepEdits()
 {
     if (m_document.isModified()) {
-        // Where that fails there is still the question, and after it another try.
+        // If that fails, the question follows, and another try after it.
         [[maybe_unused]] const Status kept = m_kept.keep(m_document.configuration(), m_document.fileName());
     }
 }
@@ -273,7 +273,7 @@ void FileCommands::offerKept()
     box->show();
 }
 
-/// As one step, which undo takes back.
+/// As one step that undo takes back.
 void FileCommands::openKept(const KeptEdits::Copy &copy)
 {
     Configuration configuration;

@@ -34,18 +34,18 @@ public:
     void loadChosen();
     void load(const QString &fileName);
 
-    /// Reads the present file at the start; without a name all fields take their fall-backs silently.
+    /// Reads the present file at the start; without one all fields silently take their fall-backs.
     void readPresent();
     /// Loads the file of the command line, whose name may start from the present folder, and gives false when
     /// it cannot be opened under either spelling.
     bool loadFirst(const QString &fileName, const QString &asWritten);
 
-    /// Before the end: asks whether to save what is modified. It goes on whatever the answer; what was to be
-    /// saved and could not be is kept for the next start, and that is told.
+    /// Before the program ends: asks whether to save a modified configuration. The program ends whatever the
+    /// answer; edits that could not be saved are kept for the next start, and the user is told so.
     void askToSave();
-    /// Keeps what is modified for the next start, in case that this run ends without another word.
+    /// Keeps a modified configuration for the next start, in case this run ends abruptly.
     void keepEdits();
-    /// Offers what earlier runs kept, in a box that is not waited for.
+    /// Offers the edits that earlier runs kept, in a box that does not block.
     void offerKept();
 
     /// The file name of the last start, and of this one for the next.
@@ -53,10 +53,11 @@ public:
     void keepFileName() const;
 
 Q_SIGNALS:
+    /// A line for the status bar.
     void statusMessage(const QString &line);
-    /// Another configuration stands in the pages.
+    /// The pages show another configuration.
     void replaced();
-    /// The title has to name the file.
+    /// The window title has to name another file.
     void titleChanged();
     void recentChanged();
 

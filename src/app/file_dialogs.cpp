@@ -19,11 +19,11 @@ const QLatin1String helperName("CommonDialog");
 constexpr char16_t endMark = u'§';
 constexpr int pollMs = 1;
 
-// The helper finds the proposal where it leaves its answer.
+// The helper reads the proposal from where it puts its answer.
 const QLatin1String section("Filename");
 const QLatin1String key("LastSelectedFilename");
 
-/// A proposal is made of free text; a file name must not lead into another folder.
+/// A proposal comes from free text; it must not lead into another folder.
 QString asFileName(QString text)
 {
     static const QRegularExpression forbidden(QStringLiteral(R"([/\\:*?"<>|\x00-\x1f])"));
@@ -68,7 +68,7 @@ QString FileDialogs::ask(Purpose purpose, const QString &proposedName, const QSt
         return {};
     }
     const QString helper = findHelper(m_programFolder, helperName);
-    // Without the store there is no exchange, and what stands in it would be taken for the answer.
+    // If the store cannot be written, its old content would be taken for the answer.
     const bool prepared =
         !helper.isEmpty() && SettingsStore().SaveSetting(helperName, section, key, proposedName);
     m_busy = true;

@@ -7,11 +7,11 @@
 
 namespace ktr {
 
-/// Asks the user for file names: through the program `CommonDialog` where one stands in the program folder,
-/// otherwise with the system's dialog. Events are processed meanwhile. The answer is empty for "cancel", when
-/// the program ends, and at once when a dialog is open already.
+/// Asks the user for file names: with the program `CommonDialog` if there is one in the program folder,
+/// otherwise with the system's dialog. Events are processed meanwhile. The answer is empty when the user
+/// cancels, when the program ends, and when a dialog is open already.
 ///
-/// A filter is made of pairs "description|patterns", joined by "|"; patterns are parted by ";".
+/// A filter consists of pairs "description|patterns", joined by "|"; patterns are separated by ";".
 class FileDialogs
 {
 public:
@@ -19,8 +19,8 @@ public:
     /// for.
     FileDialogs(QWidget *parent, QString programFolder);
 
-    /// The file that is being edited; dialogs in-process start in its folder, or without one in that of the
-    /// last.
+    /// The file being edited. In-process dialogs start in its folder, or in that of the former one when there
+    /// is none.
     void setCurrentFile(const QString &path) { m_currentFile = path.isEmpty() ? m_currentFile : path; }
 
     /// In-process, a name typed without a suffix gets that of the pattern, and the user is asked before a

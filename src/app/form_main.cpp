@@ -90,7 +90,7 @@ FormMain::FormMain(const Services &services)
 
 FormMain::~FormMain()
 {
-    // They look at the members to their end, for example when the focus leaves them.
+    // The widgets use the members until they are gone, for example when they lose the focus.
     qDeleteAll(findChildren<QWidget *>(Qt::FindDirectChildrenOnly));
 }
 
@@ -107,7 +107,7 @@ void FormMain::layOut()
     };
     m_tabs = new PageTabs(m_context, build, body);
     m_problemPanel = new ProblemPanel(describe, body);
-    // Pages are built after the panel, and yet come before it.
+    // Pages are built after the panel, but the Tab key reaches them first.
     connect(m_tabs, &PageTabs::built, m_problemPanel, [this](Page *page) {
         QWidget *last = page;
         while (page->isAncestorOf(last->nextInFocusChain())) {
@@ -125,9 +125,9 @@ void FormMain::layOut()
     m_status = new StatusLine(this);
     setStatusBar(m_status);
 
-    constexpr QSize smallest(560, 320); // a laptop's screen at twice the scale still holds it
+    constexpr QSize smallest(560, 320); // fits the screen of a laptop at twice the scale
     setMinimumSize(smallest);
-    constexpr QSize frame(16, 56); // what the window manager puts around it, at most
+    constexpr QSize frame(16, 56); // of the window manager, at most
     resize(comfortableSize.boundedTo(screen()->availableSize() - frame));
     const SettingsStore store;
     restoreGeometry(
@@ -141,7 +141,7 @@ void FormMain::start(const QStringList &arguments)
 {
     m_options = CommandLine::parse(arguments);
     languageSetting();
-    if (MRegistry::lastError() == MRegistry::Error::Corrupt) { // the next writing moves them aside
+    if (MRegistry::lastError() == MRegistry::Error::Corrupt) { // the next write moves them aside
         m_settingsTrouble =
             tr("The settings could not be read; they are kept under another name beside the new ones");
     }
@@ -174,7 +174,7 @@ void FormMain::connectInstances()
         if (m_document.isModified() || QApplication::activeModalWidget() != nullptr) {
             comeToFront(); // the user will be asked, or is being asked
         }
-        m_isEndAgreed = true; // the other one has asked its user
+        m_isEndAgreed = true; // the other instance has asked its user
         closeWhenFree();
     });
     connect(qApp, &QGuiApplication::commitDataRequest, this, &FormMain::keepEdits);
@@ -187,7 +187,7 @@ void FormMain::keepEdits()
 
 void FormMain::endOnRequest()
 {
-    if (!m_isStarted) { // another instance is waited for: there is nothing to keep yet
+    if (!m_isStarted) { // waiting for another instance: there is nothing to keep yet
         Q_EMIT exitWanted();
         return;
     }
@@ -207,7 +207,7 @@ Works FormMain::works() const
     return works;
 }
 
-/// A question that stands open is answered first: what it belongs to must not go away under it.
+/// An open question is answered first: its window must not go away.
 void FormMain::closeWhenFree()
 {
     if (QApplication::activeModalWidget() != nullptr || m_files->dialogs().isBusy()) {
@@ -259,7 +259,7 @@ void FormMain::finishStart()
     }
 }
 
-/// Gives false when the file to load cannot be opened, which ends the start.
+/// False when the file to load cannot be opened; then no other file is loaded.
 bool FormMain::applyCommandLine()
 {
     if (m_options.english) {
@@ -269,7 +269,7 @@ bool FormMain::applyCommandLine()
         m_language.use(germanLanguage);
     }
     m_context.expert = m_options.expert;
-    if (m_options.design) { // where developers build it
+    if (m_options.design) { // the folder that developers build it in
         m_link.line().setFirmwareFile(joinPath(QDir::homePath(), QStringLiteral("KTRconfig/upgrade.bin")));
     }
     if (!m_options.bareFileName.isEmpty()) {
@@ -288,7 +288,7 @@ void FormMain::showEvent(QShowEvent *event)
     }
 }
 
-/// One a turn, so that the window answers meanwhile.
+/// One page for each turn of the event loop, so that the window stays responsive.
 void FormMain::buildRemainingPages()
 {
     if (m_tabs->buildNext()) {
@@ -303,7 +303,7 @@ void FormMain::refuseClose(QEvent &event)
     showStatus(tr("A file dialog is still open; the window can be closed after it"));
 }
 
-/// What the module has then is worth a question; whoever wants none takes the menu's exit.
+/// Ending the work leaves the module with part of it, so the user is asked. "Exit" in the menu does not ask.
 bool FormMain::mayEndWork()
 {
     const Works present = works();
@@ -451,7 +451,7 @@ void FormMain::askForAddress(bool exclusive)
     }
 }
 
-/// A module answers one program at a time: the operational mode has to let go of it first.
+/// A module answers one program at a time: the operational mode must release it first.
 void FormMain::connectEthernet(const QString &address, bool exclusive)
 {
     const QString station = m_operationalMode.stationAt(address);
@@ -466,7 +466,7 @@ void FormMain::connectEthernet(const QString &address, bool exclusive)
     m_link.connectEthernet(address, exclusive);
 }
 
-/// It takes the place of this window; both are there while a module of it is configured.
+/// It replaces this window; both are visible only while one of its modules is configured.
 void FormMain::connectOperationalMode()
 {
     connect(m_linkPresenter.get(), &LinkPresenter::operationalModeWanted, this,
@@ -484,11 +484,11 @@ void FormMain::connectOperationalMode()
                 }
                 connectEthernet(address, false);
                 if (m_link.line().kind() !=
-                    ModuleLine::Kind::Ethernet) { // refused, or the user thought better of it
+                    ModuleLine::Kind::Ethernet) { // refused, or the user changed his mind
                     openOperationalMode();
                 }
             });
-    // What was lent goes back once this window has let go of it; a link that is opened anew lets go first.
+    // A station that was lent goes back once this window has closed its line; opening a line closes it first.
     const auto takeBack = [this] {
         if (m_link.line().kind() != ModuleLine::Kind::Ethernet &&
             m_link.line().kind() != ModuleLine::Kind::EthernetExclusive) {
@@ -522,7 +522,7 @@ void FormMain::dropEvent(QDropEvent *event)
 
 bool FormMain::eventFilter(QObject *watched, QEvent *event)
 {
-    // A dialog that a close has opened: the toolkit passes over a second close without a word.
+    // The dialog was opened by a close: the toolkit would silently ignore a second one.
     if (watched == windowHandle() && event->type() == QEvent::Close && m_files->dialogs().isBusy()) {
         refuseClose(*event);
         return true;

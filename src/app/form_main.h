@@ -23,7 +23,7 @@ class ProblemPanel;
 class StatusLine;
 class TransmissionPanel;
 
-/// What the main window needs of the world around it.
+/// What the main window needs from its surroundings.
 struct Services
 {
     Environment environment;
@@ -31,14 +31,15 @@ struct Services
     Transport &serial;
     Transport &ethernet;
     std::function<QStringList()> ports;
-    QString instanceName; ///< under which instances find each other; empty for the user's own
+    QString instanceName; ///< by which instances find each other; empty for the name of this user
 
-    /// The lines of the stations of the operational mode, and what they dropped as a stranger's.
+    /// The lines of the stations of the operational mode, and how many datagrams of strangers they dropped.
     cStations::LineFactory stationLine = {};
     std::function<qint64()> foreignDatagrams = [] { return 0; };
 };
 
-/// The main window. start() is the start of the program, and closing the window is its end.
+/// The main window. start() is the start of the program, and closing the window is its end. It owns the parts
+/// of the program and connects them; what it does itself is starting and ending.
 class FormMain : public QMainWindow
 {
     Q_OBJECT
@@ -51,9 +52,9 @@ public:
     /// window is shown. Where another instance runs, this waits for its end.
     void start(const QStringList &arguments);
 
-    /// The system asks the program to end: edits are kept, then the window closes as ever.
+    /// The system asks the program to end: edits are kept, then the window closes as usual.
     void endOnRequest();
-    /// The same without any window, when the program ends under its hands.
+    /// Keeps the edits alone, when the program is about to end abruptly.
     void keepEdits();
 
     Document &document() { return m_document; }
@@ -109,7 +110,7 @@ private:
     InterfaceLanguage m_language;
     ModuleLink m_link;
     SingleInstance m_instance;
-    QString m_settingsTrouble; ///< told when the start is over
+    QString m_settingsTrouble; ///< shown when the start is over
 
     MainMenu *m_menu;
     PageTabs *m_tabs;
@@ -128,7 +129,7 @@ private:
     TakeOver m_takeOver;
     bool m_firstShow = true;
     bool m_isStarted = false;
-    bool m_isEndAgreed = false; ///< to what is being sent
+    bool m_isEndAgreed = false; ///< the user agreed that what is being sent ends, too
 };
 
 } // namespace ktr

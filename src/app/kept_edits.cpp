@@ -15,7 +15,7 @@ namespace {
 const QByteArray beginning = "<!--";
 const QByteArray end = "-->";
 
-/// Without hyphens, which end a comment.
+/// Without hyphens, because two of them end a comment.
 QByteArray asComment(const QString &fileName)
 {
     return beginning + fileName.toUtf8().toPercentEncoding("/:\\ ", "-") + end;
@@ -74,7 +74,7 @@ Status KeptEdits::keep(const Configuration &configuration, const QString &fileNa
         }
         written = replaceFile(path, document);
         if (written) {
-            drop(); // one that could not be replaced
+            drop(); // a former one that could not be replaced
             m_present = path;
             break;
         }

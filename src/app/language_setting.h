@@ -8,13 +8,13 @@ namespace ktr {
 inline constexpr QLatin1StringView englishLanguage("english");
 inline constexpr QLatin1StringView germanLanguage("deutsch");
 
-/// The language that the user's registry names, whatever it is; empty when there is none.
+/// The language in the user's registry, known or not; empty when there is none.
 QString languageSetting();
 
-/// Keeps the language for the next start. The key must exist; a failure is not told.
+/// Keeps the language for the next start. The key must exist; a failure is ignored.
 void setLanguageSetting(const QString &language);
 
-/// The language to start with. Where none is kept yet, English is, and its key is created.
+/// The language to start with. If none is kept yet, creates the key with English.
 QString languageAtStart();
 
 } // namespace ktr

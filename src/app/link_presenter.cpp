@@ -78,7 +78,7 @@ void LinkPresenter::connectLink()
     });
     connect(&m_transmitter, &Transmitter::stepDone, this, [this](int step) {
         showProgress(step);
-        if (isStateShown()) { // nothing newer: it does not wait any longer
+        if (isStateShown()) { // nothing newer is shown
             showState([] { return tr("The configuration is being transmitted"); });
         }
     });
@@ -100,7 +100,7 @@ void LinkPresenter::showEnd()
     });
 }
 
-/// Tells how the transmission stands, or what became of it.
+/// Shows how the transmission stands, or what became of it.
 void LinkPresenter::showState(const std::function<QString()> &line)
 {
     const QString before = std::exchange(m_stateLine, line());
@@ -115,7 +115,7 @@ bool LinkPresenter::isStateShown() const
     return m_stateText && m_status.lastEvent() == m_stateLine;
 }
 
-/// A message that stands open is not to tell what is so no longer.
+/// An open message must not say what is no longer so.
 void LinkPresenter::withdrawPassed()
 {
     if (!m_line.port().isEmpty()) {
@@ -249,7 +249,7 @@ void LinkPresenter::show()
     tickLine();
 }
 
-/// Looked for when somebody is about to see them: it takes a while.
+/// Only when the ports are about to be shown: finding them takes a while.
 void LinkPresenter::findPorts()
 {
     QStringList ports = m_line.ports();
@@ -307,7 +307,7 @@ void LinkPresenter::transmit()
     m_transmitter.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
 }
 
-/// The image is looked at before anything is sent, and nothing is sent unasked.
+/// The image is checked before anything is sent, and nothing is sent before the user agrees.
 void LinkPresenter::sendFirmware()
 {
     if (m_line.port().isEmpty()) {
@@ -340,7 +340,8 @@ void LinkPresenter::sendFirmware()
 void LinkPresenter::place(const QString &command)
 {
     const bool mayBePlaced = m_link.state() != ModuleLink::State::Offline && !m_transmitter.isTransmitting();
-    if (command == serviceCommands::archive && mayBePlaced) { // the records would come and be lost
+    if (command == serviceCommands::archive &&
+        mayBePlaced) { // otherwise the records would arrive and be lost
         const QString &path = m_document.configuration().info.historyExportFile;
         if (const Status usable = HistoryExport::check(path); !usable) {
             Q_EMIT statusMessage(usable.message());
@@ -413,7 +414,7 @@ void LinkPresenter::showVersion()
     }
 }
 
-/// The module knows best what it is: no edit of the user.
+/// The module knows best what it is. This is no edit of the user, so it is no step of undo.
 void LinkPresenter::takeStationType(const QString &type)
 {
     if (type == m_document.configuration().gsm.stationType) {

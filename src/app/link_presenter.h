@@ -19,8 +19,8 @@ class StatusLine;
 class TestPage;
 class TextTable;
 
-/// Brings the link to the module and the windows together: what is chosen there goes to the link, what
-/// happens on the link is shown in the menu, the status bar and the pages that are there, and logged.
+/// Connects the link to the module with the windows. What the user chooses in menu and pages goes to the
+/// link; what happens on the link is shown in the menu, the status bar and the pages, and written to the log.
 class LinkPresenter : public QObject
 {
     Q_OBJECT
@@ -39,11 +39,10 @@ public:
     /// The same in another language.
     void applyTexts();
 
-    /// Transmits the configuration once the module reads its messages.
+    /// Transmits the configuration, as soon as the module reads its SMS.
     void transmit();
 
-    /// Places one command, and tells what becomes of it; that of the fast export only when its file can be
-    /// written.
+    /// Places one command, and shows what becomes of it; the fast export's only if its file can be written.
     void place(const QString &command);
     void placeClock();
 
@@ -53,19 +52,19 @@ Q_SIGNALS:
     /// A link to this address is wanted; one whose address is to be asked for first.
     void ethernetWanted(const QString &address, bool exclusive);
     void addressWanted(bool exclusive);
-    /// The firmware image was found sound; `what` tells what is about to be sent, and is to be agreed to.
+    /// The firmware image can be sent. `what` says what that means, and the user has to agree.
     void firmwareReady(const QString &what);
-    /// The fast export needs a file that can be written before it is placed.
+    /// The fast export was not placed: it needs a file that can be written.
     void exportFileWanted();
-    /// What the module holds is another configuration than the one that is being transmitted.
+    /// The configuration in the module is not the one that is being transmitted.
     void overwritingFound(const QString &text);
-    /// That is told no longer: another transmission begins, or something newer is known.
+    /// That is out of date: another transmission begins, or something newer is known.
     void overwritingPassed();
     /// A message that must not be overlooked, in place of an earlier one about the same topic.
     void messageWanted(const QString &text, const QString &topic);
-    /// What the message about this topic told is so no longer.
+    /// The message about this topic is out of date.
     void messagePassed(const QString &topic);
-    /// A message, one of several of a kind that go into one message below the heading.
+    /// A line for the one message that collects all of its kind under this heading.
     void lineWanted(const QString &heading, const QString &line);
     void operationalModeWanted();
 
@@ -108,8 +107,8 @@ private:
     ConversationLog m_log;
     QString m_logPath;
     bool m_isLogFailureReported = false;
-    std::function<QString()> m_stateText; ///< gives in the present language what was told of the transmission
-    QString m_stateLine;                  ///< the same as it was told
+    std::function<QString()> m_stateText; ///< returns the state of the transmission in the present language
+    QString m_stateLine;                  ///< the same as it was shown last
 };
 
 } // namespace ktr

@@ -26,7 +26,7 @@ void print(std::FILE *stream, const QString &text)
     std::fflush(stream);
 }
 
-/// What needs no window, and no display: true when that was all.
+/// Does what needs no window and no display. True when that was all there is to do.
 bool answerOnTerminal(const ktr::CommandLine &asked)
 {
     if (asked.help) {
@@ -50,8 +50,7 @@ QStringList wordsOf(int argc, char **argv)
     return ktr::CommandLine::withoutToolkitOptions(words);
 }
 
-/// Without a display that can be used the toolkit aborts. Whoever forgot to name one is to read a sentence
-/// instead.
+/// Without a usable display the toolkit aborts. Say why instead.
 void tellWithoutDisplay(QtMsgType type, const QMessageLogContext &, const QString &message)
 {
     if (type != QtFatalMsg) {
@@ -85,7 +84,7 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     qInstallMessageHandler(usual);
     QApplication::setApplicationName(QString(ktr::programName));
-    QApplication::setQuitOnLastWindowClosed(false); // the main window's end is the program's
+    QApplication::setQuitOnLastWindowClosed(false); // the program ends with the main window
     ktr::applyAppearance(application, ktr::appearanceSetting());
 
     ktr::IoThread io;

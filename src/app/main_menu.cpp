@@ -136,7 +136,7 @@ void MainMenu::applyTexts(const TextTable &texts)
     }
     giveMnemonics({searchPorts, connectEthernet, connectExclusively, goOffline});
 
-    // In the tool bar the menu's title is missing that tells what is done with the configuration.
+    // In the menu the title above says what is done with the configuration; the tool bar has no title.
     const QString whole = text(Text::Transmit);
     transmitConfiguration->setIconText(whole);
     transmitConfiguration->setToolTip(whole + u": " + text(Text::Configuration) + u" (" +

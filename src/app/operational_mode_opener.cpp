@@ -13,7 +13,7 @@ namespace ktr {
 
 namespace {
 
-/// The place, or one beside it where the whole window is to be seen.
+/// The place, or one near it where the whole window is visible.
 QPoint onScreen(const QPoint &place, const QWidget &window)
 {
     constexpr QSize frame(16, 56); // what the window manager puts around it, at most
@@ -59,7 +59,7 @@ void OperationalModeOpener::open(const QPoint &place, const QList<StationCaption
     m_window->activateWindow();
 }
 
-/// Where the program's own folder cannot be written, the first run begins with the list that stands there.
+/// If the program folder cannot be written, the first run starts with the list in it.
 QString OperationalModeOpener::nodesPath() const
 {
     const QString name = QStringLiteral("nodes.xml");
@@ -88,7 +88,7 @@ void OperationalModeOpener::connectWindow()
 bool OperationalModeOpener::close()
 {
     if (m_window != nullptr) {
-        m_window->disconnect(this); // nobody is to take its place
+        m_window->disconnect(this); // the main window must not take its place
         if (!m_window->close()) {
             connectWindow();
             return false;

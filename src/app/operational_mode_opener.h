@@ -10,7 +10,8 @@ namespace ktr {
 class FileDialogs;
 class Form_betriebsmodus;
 
-/// Opens and closes the operational mode for the main window, and lends its stations to it.
+/// Opens and closes the operational mode for the main window. Lends a station to the main window while its
+/// module is configured there.
 class OperationalModeOpener : public QObject
 {
     Q_OBJECT
@@ -19,7 +20,7 @@ public:
     OperationalModeOpener(const OperationalMode::Services &services, const TextTable &texts);
     ~OperationalModeOpener() override;
 
-    /// Shows the window at a place of the screen; the stations are loaded unless they are there. Their file
+    /// Shows the window at a place of the screen and loads the stations, unless they are loaded. Their file
     /// may have been written in another language.
     void open(const QPoint &place, const QList<StationCaptions> &otherLanguages);
     /// False when the window refuses to close.
@@ -29,11 +30,11 @@ public:
     QWidget *window() const;
     void applyTexts();
 
-    /// The name of the station that is held online at an address, empty when none is, and what lets go of
-    /// it for a while.
+    /// The name of the station that is kept online at an address; empty when there is none.
     QString stationAt(const QString &hostAddress) const;
+    /// Takes that station offline until takeBack().
     void lend(const QString &hostAddress);
-    /// Holds again what was let go of.
+    /// Takes the lent station online again.
     void takeBack();
 
 Q_SIGNALS:

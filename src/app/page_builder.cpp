@@ -67,7 +67,6 @@ Page *PageBuilder::build(PageIndex index)
         page = attached(new CalibrationPage(m_context));
         break;
     }
-    // A file that is dropped on a field is meant for the window.
     for (QWidget *field : page->findChildren<QWidget *>()) {
         if (field->acceptDrops()) {
             field->installEventFilter(this);
@@ -107,8 +106,8 @@ void PageBuilder::saveText(const QString &text)
     }
 }
 
-/// A path from a configuration opens in the system's program for texts and tables. Nothing else does: what is
-/// a program to the system is told by its name, and there are many of them.
+/// Opens a file that a configuration names, in the system's program for it. Only texts and tables: a
+/// configuration may come from anybody, and there are too many endings that make the system run a file.
 void PageBuilder::openFile(const QString &path)
 {
     static const QStringList opened = {QStringLiteral("txt"), QStringLiteral("log"), QStringLiteral("csv"),

@@ -75,7 +75,7 @@ PageTabs::Found PageTabs::find(const QString &control)
     }
     for (int index = 0; index < pageCount; ++index) {
         const Page *owner = builtPage(static_cast<PageIndex>(index));
-        // The first element stands for an array of which only the name is known.
+        // Only the name of the array is known: its first element stands for it.
         for (const QString &name : QStringList{control, control + u"_0", control + u"_1"}) {
             if (auto *found = owner->findChild<QWidget *>(name)) {
                 return {index, found, name != control};

@@ -90,7 +90,7 @@ QAction *frm_preview::action(const char *name, const QList<QKeySequence> &shortc
     auto *const made = new QAction(this);
     made->setObjectName(QLatin1String(name));
     made->setShortcuts(shortcuts);
-    // The preview tells of some of its changes only.
+    // The preview has signals for some of its changes only.
     connect(made, &QAction::triggered, this, [this, triggered] {
         triggered();
         showState();

@@ -21,7 +21,7 @@ namespace {
 
 constexpr double pointsPerInch = 72;
 
-/// The pages to print, counted from 0, in the order and as often as they come out.
+/// The pages to print, counted from 0, with copies and in the order of printing.
 QList<int> chosenPages(const QPrinter &printer, int pageCount)
 {
     QList<int> pages;
@@ -35,7 +35,7 @@ QList<int> chosenPages(const QPrinter &printer, int pageCount)
         std::reverse(pages.begin(), pages.end());
     }
     if (printer.supportsMultipleCopies()) {
-        return pages; // the driver's business
+        return pages; // the driver does it
     }
     QList<int> all;
     const int sets = printer.collateCopies() ? printer.copyCount() : 1;

@@ -16,11 +16,11 @@ void preparePrinter(QPrinter &printer);
 /// when none is left or the printer cannot be opened.
 Status printTo(QPrinter &printer, const Printout &printout);
 
-/// Lets the user choose a printer, pages and copies, then prints; returns while the dialog is open. Failures
-/// are told in a box, and so is that no printer is installed.
+/// Lets the user choose a printer, pages and copies, then prints; returns while the dialog is open. A box
+/// says when printing fails or no printer is installed.
 void printWithDialog(QWidget *parent, const Printout &printout);
 
-/// Tells in a box why something was not printed or written, and returns at once. Nothing is told of success.
+/// Shows in a box why something was not printed or written, and returns at once. Does nothing on success.
 void showFailure(QWidget *parent, const Status &status);
 
 } // namespace ktr

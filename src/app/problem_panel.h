@@ -9,14 +9,14 @@ class QToolButton;
 
 namespace ktr {
 
-/// What the file or the module would choke on, a row each. It keeps its height, so that nothing jumps while
+/// Lists the problems of the configuration, one in each row. Its height stays, so that nothing jumps while
 /// the user types.
 class ProblemPanel : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// Tells where a problem is in the user's words, empty when that is not known.
+    /// Returns where a problem is, in words for the user; empty when that is not known.
     using Where = std::function<QString(const Problem &)>;
 
     explicit ProblemPanel(Where where, QWidget *parent = nullptr);

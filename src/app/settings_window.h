@@ -15,8 +15,8 @@ namespace ktr {
 
 class TextTable;
 
-/// Language and appearance of the program. The language is kept in the registry by this window; everything
-/// else is done by whoever opens it.
+/// Language and appearance of the program. This window keeps the language in the registry; everything else is
+/// up to its owner.
 class frmSettings : public QDialog
 {
     Q_OBJECT

@@ -64,9 +64,9 @@ bool SingleInstance::claim()
     if (m_name.isEmpty() || isClaimed()) {
         return true;
     }
-    // Two that start together must not both find nobody.
+    // Two that start together must not both think they are alone.
     QLockFile lock(QDir(QDir::tempPath()).absoluteFilePath(m_name) + QLatin1String(".lock"));
-    // Whoever holds it for longer hangs; to start is better than to wait for that.
+    // Whoever holds the lock for longer hangs; better start than wait for that.
     [[maybe_unused]] const bool isAlone = lock.tryLock(lockMs);
     if (findOther()) {
         return false;
@@ -95,14 +95,14 @@ bool SingleInstance::connectTo(const QString &name)
     other->connectToServer(name);
     if (!other->waitForConnected(connectMs)) {
         if (other->error() == QLocalSocket::ConnectionRefusedError) {
-            QLocalServer::removeServer(name); // left by one that crashed
+            QLocalServer::removeServer(name); // left behind by a crash
         }
         return false;
     }
     m_other = std::move(other);
     m_otherName = name;
     m_otherWorks.reset();
-    // A call that is still queued when its socket is gone is not about the next one.
+    // A queued call whose socket is gone must not act on the next one.
     const auto ofThis = [this, socket = m_other.get()](void (SingleInstance::*handle)()) {
         return [this, socket, handle] {
             if (m_other.get() == socket) {
@@ -122,7 +122,7 @@ void SingleInstance::askWhatOtherDoes()
     if (m_other == nullptr) {
         return;
     }
-    if (m_other->state() != QLocalSocket::ConnectedState) { // ended before anybody listened for it
+    if (m_other->state() != QLocalSocket::ConnectedState) { // it ended before the signals were connected
         QMetaObject::invokeMethod(this, &SingleInstance::lost, Qt::QueuedConnection);
         return;
     }
@@ -194,7 +194,7 @@ void SingleInstance::askOtherToFront()
 {
     if (m_other != nullptr) {
         m_other->write(frontRequest);
-        m_other->flush(); // this one may be about to end
+        m_other->flush(); // this instance may be about to end
     }
 }
 

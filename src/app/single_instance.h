@@ -16,7 +16,7 @@ class QLocalSocket;
 
 namespace ktr {
 
-/// What an instance does that must not be ended without a word.
+/// Work of an instance that must not be ended without a question.
 enum class Work {
     Watching = 1, ///< stations
     Transmitting = 2,
@@ -25,40 +25,41 @@ enum class Work {
 Q_DECLARE_FLAGS(Works, Work)
 Q_DECLARE_OPERATORS_FOR_FLAGS(Works)
 
-/// Lets the instances of the program that one user runs find each other by a name that they listen under
-/// until they end. A new one asks the one that runs what it does, asks it to close, and sees it end; where
-/// several run, because one of them did not answer in time, one after the other.
+/// Lets the instances of the program that one user runs find each other: until it ends, each listens on a
+/// socket of its own in a common place. A new instance asks the running one what it is doing, asks it to
+/// close, and notices its end. If several run, because one did not answer in time, it goes through them one
+/// by one.
 ///
-/// All signals come from the event loop, never from inside a socket's own: what they lead to may ask the
+/// Signals always come from the event loop, never from inside a signal of a socket: receivers may ask the
 /// user.
 class SingleInstance : public QObject
 {
     Q_OBJECT
 
 public:
-    /// An instance that answers nothing for this long is not waited for any longer.
+    /// An instance that does not answer for this long is given up.
     static constexpr Milliseconds longestSilence = std::chrono::seconds(10);
-    /// What ends so often and is still there is no instance.
+    /// Something that ended so often and is still there is no instance.
     static constexpr int mostEnds = 5;
 
-    /// An empty name stands for this program and user. `works` tells what this instance does.
+    /// An empty name stands for this program and user. `works` returns what this instance is doing.
     explicit SingleInstance(
         Timers &timers, QString name = QString(), std::function<Works()> works = [] { return Works(); },
         QObject *parent = nullptr);
     ~SingleInstance() override;
 
-    /// Begins to listen. False when another instance is there; this one is then connected to it. Where nobody
-    /// can listen that counts as done: the program runs without it. Takes up to a second when others start at
-    /// the same time, else up to 200 ms.
+    /// Starts to listen. False when another instance is there; this one is then connected to it. True as well
+    /// when listening is impossible: the program runs without it. Takes up to a second when others start at
+    /// the same time, otherwise up to 200 ms.
     bool claim();
-    /// The other instance does not answer: claim() is not to look for it again.
+    /// The other instance does not answer: claim() will not look for it again.
     void passOver();
-    /// Something was passed over because it ended whenever it was asked.
+    /// Whether something was skipped because it ended each time it was asked.
     bool metStranger() const { return m_metStranger; }
     bool isClaimed() const;
 
-    /// To the other instance, after claim() was false. Its first answer is otherAnswered(), again when it
-    /// does something else, and after that it has to give a sign of life now and then; otherSilent() or
+    /// Questions to the other instance, after claim() was false. Its answers come as otherAnswered(), a new
+    /// one whenever its work changes. From then on it has to give signs of life; otherSilent() or
     /// otherEnded() is the last that is heard of it.
     void askWhatOtherDoes();
     void askOtherToClose();
@@ -69,7 +70,7 @@ Q_SIGNALS:
     void otherSilent();
     void otherEnded();
 
-    /// A new instance asks this one to close, and to bring forward what it asks the user.
+    /// A new instance asks this one to close, and to bring its question to the front.
     void closeRequested();
     void frontRequested();
 

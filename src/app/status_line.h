@@ -10,8 +10,8 @@ namespace ktr {
 
 class Lamp;
 
-/// The status bar: the state of the link, the last event, whether the configuration is modified, and how
-/// far a transmission is.
+/// The status bar: the state of the link, the last event, whether the configuration is modified, and how far
+/// a transmission has got.
 class StatusLine : public QStatusBar
 {
     Q_OBJECT
@@ -19,23 +19,23 @@ class StatusLine : public QStatusBar
 public:
     explicit StatusLine(QWidget *parent = nullptr);
 
-    /// The last event; it stays until the next one.
+    /// Shows an event; it stays until the next one.
     void tell(const QString &line);
     const QString &lastEvent() const { return m_lastEvent; }
 
-    /// What the link is doing; green once the module was heard.
+    /// Shows what the link is doing; green once the module was heard.
     void showLink(const QString &text, bool connected);
 
     void showModified(bool modified);
 
-    /// Steps of a transmission or bytes of a firmware image; 0 for none.
+    /// Shows progress in steps of a transmission or bytes of a firmware image; nothing for 0.
     void showProgress(int done, int of = stepsShown);
 
-    /// A command that waits for the module; empty for none.
+    /// Shows the command that is waiting for the module; empty for none.
     void showWaiting(const QString &command);
 
 Q_SIGNALS:
-    /// The command that waits is not to be sent.
+    /// The user takes the waiting command back.
     void takeBackWanted();
 
 protected:

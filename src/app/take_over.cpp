@@ -12,7 +12,7 @@ namespace ktr {
 namespace {
 
 constexpr Milliseconds otherEnds{1000};
-constexpr int noteMargin = 60; // with room for what the window manager puts around it
+constexpr int noteMargin = 60; // with room for the frame of the window manager
 
 QString whatEndingCosts(Works works)
 {
@@ -107,7 +107,7 @@ void TakeOver::decide(Works otherWorks)
     m_question->show();
 }
 
-/// The helper ends what is called like this program; this one goes by another title meanwhile.
+/// The helper ends whatever has the name of this program, so this instance has another title meanwhile.
 void TakeOver::endOther()
 {
     m_phase = Phase::Ending;
@@ -138,7 +138,8 @@ void TakeOver::waited()
     m_instance.askOtherToFront();
 }
 
-/// It stays in sight, and leaves the focus and the middle of the screen to what the other instance asks.
+/// The note stays visible, but leaves the focus and the middle of the screen to the other instance's
+/// question.
 void TakeOver::showNote()
 {
     if (m_note != nullptr) {
@@ -177,7 +178,7 @@ void TakeOver::finish(bool otherIsSilent)
         m_metSilent = true;
         m_instance.passOver();
     }
-    if (!m_instance.claim()) { // there is one more, or others waited, too, and one of them was faster
+    if (!m_instance.claim()) { // there is one more, or another waiting instance was faster
         begin();
         return;
     }

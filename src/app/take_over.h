@@ -9,16 +9,16 @@
 
 namespace ktr {
 
-/// A start while another instance runs: the other one is ended, after a question where it watches stations,
-/// transmits or sends firmware, and this one waits for its end, since what the other one still saves is to be
-/// read here. A second passes in any case.
+/// A start while another instance runs: ends the other one and waits for that, because this one has to read
+/// what the other saves at its end. Asks first if the other one watches stations, transmits or sends
+/// firmware. Takes a second at least.
 class TakeOver : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `wait` is Tmr_wait; `programFolder` is where the program that ends the other one is looked for.
-    /// Without it, the other one is asked to close.
+    /// `wait` is Tmr_wait. `programFolder` may hold the helper program that ends the other instance; without
+    /// the helper it is asked to close.
     TakeOver(SingleInstance &instance, const TextTable &texts, QTimer &wait, QString programFolder,
              QObject *parent = nullptr);
     ~TakeOver() override;
@@ -26,21 +26,20 @@ public:
     void begin();
 
 Q_SIGNALS:
-    /// The application goes by this title now.
+    /// The window should have this title for now.
     void titleWanted(const QString &title);
     /// A line for the status bar.
     void statusMessage(const QString &line);
-    /// The other instance has ended, or was passed over for the reason that the remark tells; the start goes
-    /// on.
+    /// The start may go on: the other instance has ended, or was skipped for the reason in the remark.
     void done(const QString &remark);
-    /// The user leaves the other instance running: this one is to end.
+    /// The user keeps the other instance: this one has to end.
     void givenUp();
 
 private:
     enum class Phase {
-        Asking,   ///< what the other one does
+        Asking,   ///< the other one is asked what it is doing
         Deciding, ///< the user is asked
-        Ending,   ///< the second after the other one was told
+        Ending,   ///< the second after it was asked to end
         Waiting,  ///< until it has ended
     };
 

@@ -6,8 +6,8 @@
 
 namespace ktr {
 
-/// What others wrote and the program, or a package of it, has in it. docs/third-party.md tells what it is for
-/// and what its licence asks of those who pass the program on.
+/// A work of others in the program or in a package of it. docs/third-party.md says what it is for, and what
+/// its licence asks of those who pass the program on.
 struct ThirdParty
 {
     enum class Where {

@@ -106,7 +106,7 @@ void TransmissionPanel::begin()
     showButtons();
 }
 
-/// From the pace so far; empty while there is none.
+/// Estimated from the pace so far; empty while it is too early for that.
 QString TransmissionPanel::timeLeft(int step) const
 {
     const int done = step - m_firstStep;
@@ -114,7 +114,7 @@ QString TransmissionPanel::timeLeft(int step) const
     if (done < enoughToTell) {
         return {};
     }
-    // A clock that is put back meanwhile leaves nothing to go by.
+    // The clock may have been put back meanwhile.
     const qint64 spent = std::max(qint64{0}, m_started.msecsTo(m_document.environment().now()));
     const qint64 left = spent * (steps::last - step) / done;
     return tr("about %1 s left").arg((left + 999) / 1000);
@@ -148,7 +148,7 @@ void TransmissionPanel::showDetail(const QString &text)
     m_detail->setToolTip(QString());
 }
 
-/// As many lines as there are, up to a few; the rest is scrolled to.
+/// As high as its text, up to a few lines; beyond that it scrolls.
 void TransmissionPanel::fitDetail()
 {
     constexpr int mostLines = 6;
@@ -172,7 +172,7 @@ void TransmissionPanel::end()
     showButtons();
 }
 
-/// A click or a key that was meant for "cancel" hits neither of the buttons that come instead.
+/// A click or key press meant for "cancel" must not hit the buttons that take its place.
 void TransmissionPanel::holdClose()
 {
     if (m_cancel->hasFocus()) {

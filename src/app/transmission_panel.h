@@ -20,7 +20,7 @@ class TransmissionPanel : public QWidget
     Q_OBJECT
 
 public:
-    /// Tells where a step is edited, in the user's words.
+    /// Returns where a step is edited, in words for the user.
     using Where = std::function<QString(const EditPlace &)>;
 
     TransmissionPanel(ModuleLink &link, Document &document, Where where, QWidget *parent = nullptr);

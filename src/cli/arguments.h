@@ -13,14 +13,14 @@ namespace ktr::cli {
 class Arguments
 {
 public:
-    /// `names` are the positional arguments, needed but for those in brackets: "[LOG]".
+    /// `names` are the positional arguments. All are required except those in brackets: "[LOG]".
     Arguments(const QString &command, const QStringList &names);
 
-    /// What the help text says of the command.
+    /// What the help text says about the command.
     void setSummary(const QString &summary) { m_parser.setApplicationDescription(summary); }
     void addOption(const QCommandLineOption &option) { m_parser.addOption(option); }
 
-    /// Takes the words behind the command. Gives the exit code when there is nothing left to do: after the
+    /// Parses the words after the command. Returns the exit code if there is nothing left to do: after the
     /// help text, or after a complaint about wrong usage.
     std::optional<int> parse(const QStringList &words);
 
@@ -28,14 +28,14 @@ public:
     bool isSet(const QString &option) const { return m_parser.isSet(option); }
     QString value(const QString &option) const { return m_parser.value(option); }
 
-    /// An option's whole number within lowest..highest; a complaint and nothing when it is none.
+    /// An option's whole number within lowest..highest; nothing, after a complaint, when it is not one.
     std::optional<int> number(const QString &option, int lowest, int highest) const;
 
-    /// The exit code after a complaint when a file would be written that is read, or written twice. Each name
-    /// is that of a positional argument or of an option.
+    /// Complains and returns the exit code if the same file would be read and written, or written twice. The
+    /// names are those of positional arguments or options.
     std::optional<int> distinctFiles(const QStringList &names) const;
 
-    /// A complaint about this command's usage and its exit code.
+    /// Complains about wrong usage of this command and returns the exit code.
     int wrong(const QString &message) const;
 
 private:

@@ -8,7 +8,9 @@
 
 namespace ktr::cli {
 
-// The commands of ktrcli. What each takes and what of it is wrong is told without anything being done.
+// The commands of ktrcli. For each, describe...() adds its options and its help text, check...() complains
+// about wrong usage before anything is done, and the function itself carries it out and returns the exit
+// code.
 
 void describeNewFile(Arguments &arguments);
 int newFile(const Arguments &arguments);

@@ -18,20 +18,19 @@ void print(const QString &line);
 /// One line on stderr, beginning "ktrcli: "; a progress bar that stands there ends first.
 void complain(const QString &message);
 
-/// A complaint and the exit code of a job that failed.
+/// Complains and returns the exit code of a job that failed.
 int fail(const QString &message);
 
 class PatientOutput;
-/// From now on what is printed and complained goes there, and is shown soon without showNow(); null for
-/// straight to the streams again.
+/// From now on output and complaints go there, and appear soon without showNow(); null for the streams again.
 void printThrough(PatientOutput *output);
 
-/// Shows what was printed so far; for a person, or a program that waits for it.
+/// Flushes what was printed so far, for a person or program waiting for it.
 void showNow();
 
 /// Whether standard output cannot be written any more.
 bool outputIsGone();
-/// Keeps in mind that it cannot, for this reason; from any thread.
+/// Notes that it cannot, for this reason; from any thread.
 void setOutputGone(int error);
 
 /// False, after a complaint, when not all of the output could be written.

@@ -108,7 +108,7 @@ void describeCompare(Arguments &arguments)
 
 namespace {
 
-/// What a module would hold, as a file of it reads: there an empty text becomes its fall-back.
+/// The configuration as a module holds it and a file of that reads: an empty text becomes its fall-back.
 Configuration throughAModule(const Configuration &meant, const Environment &environment)
 {
     Configuration expected;
@@ -121,7 +121,7 @@ Configuration throughAModule(const Configuration &meant, const Environment &envi
 
 int compare(const Arguments &arguments)
 {
-    // Fall-backs that depend on time or chance must be the same for both, and known as such.
+    // Fall-backs that depend on time or chance must be the same for both, so that they can be recognized.
     Environment environment = systemEnvironment();
     environment.now = [now = QDateTime::currentDateTime()] { return now; };
     environment.random = [] { return 0.0; };

@@ -15,7 +15,7 @@ namespace {
 
 const QString outputOption = QStringLiteral("output");
 
-/// Where the records go, and how many there were.
+/// Writes the records and counts them.
 class Records
 {
 public:
@@ -27,7 +27,7 @@ public:
     /// An empty path stands for standard output.
     Records(const QString &path, Pace pace) : m_path(path), m_pace(pace) {}
 
-    /// Takes what of a text is a line of the archive. False when it could not be written.
+    /// Writes the lines of the archive in a text. False when they could not be written.
     bool take(const ModuleDialogue::Reply &reply)
     {
         bool isWritten = true;
@@ -206,7 +206,7 @@ int history(const Arguments &arguments)
     const QString path = arguments.value(outputOption);
     if (arguments.isSet(outputOption)) {
         if (const Status usable = HistoryExport::check(path); !usable) {
-            return fail(usable.message()); // before anything is fetched into nothing
+            return fail(usable.message()); // before records are fetched that cannot be kept
         }
     }
     const QString log = arguments.positional(0);

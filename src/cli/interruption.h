@@ -7,7 +7,7 @@
 
 namespace ktr::cli {
 
-/// Ctrl-C and the request to terminate, told on the thread that made this object.
+/// Calls back after Ctrl-C or a request to terminate, on the thread that made this object.
 class Interruption
 {
 public:

@@ -41,7 +41,7 @@ LinkJob::LinkJob(const Arguments &arguments)
                              return; // the search goes on without this port
                          }
                          if (m_codeWhenDrained && everythingSent) {
-                             finish(*m_codeWhenDrained); // the module left after it had heard everything
+                             finish(*m_codeWhenDrained); // the module hung up, but had got everything
                          } else {
                              abandon(QStringLiteral("the line is lost: %1").arg(reason));
                          }
@@ -143,7 +143,7 @@ void LinkJob::abandon(const QString &message)
 void LinkJob::finishWhenDrained(int code)
 {
     m_codeWhenDrained = code;
-    m_session.setQuiet(true); // a module that starts anew now is not caught by a program that leaves
+    m_session.setQuiet(true); // a module that restarts now must not be caught by a program that is ending
     m_session.setTimeout(Milliseconds{0});
     m_session.whenDrained([this, code] { finish(code); });
 }

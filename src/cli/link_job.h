@@ -15,8 +15,8 @@
 
 namespace ktr::cli {
 
-/// What every command that talks to a module has: the line, the conversation, the log, the time-out, and an
-/// end by Ctrl-C. The command connects to session() and ends the job.
+/// What all commands that talk to a module share: the line, the conversation, the log, the time-out, and an
+/// end by Ctrl-C. The command connects to session() and calls finish() when its work is done.
 class LinkJob
 {
 public:
@@ -26,21 +26,21 @@ public:
     /// The options --serial, --ethernet, --log and --timeout.
     static void addOptions(Arguments &arguments);
 
-    /// The exit code after a complaint about what of them is wrong usage.
+    /// Complains about wrong usage of these options and returns the exit code; nothing when all is well.
     static std::optional<int> check(const Arguments &arguments);
 
-    /// Opens the line and the log. Gives the exit code when that fails.
+    /// Opens the line and the log. Returns the exit code if that fails.
     std::optional<int> open(const Arguments &arguments);
 
-    /// Runs until finish(); gives the exit code.
+    /// Runs until finish(); returns the exit code.
     int run();
 
     void finish(int code);
     /// Complains and finishes as failed.
     void abandon(const QString &message);
-    /// What a complaint about an end before the end says of the job.
+    /// What abandon() adds about how far the job has got.
     void setState(std::function<QString()> state) { m_state = std::move(state); }
-    /// Finishes once everything sent has left the machine. What the module says from now on is not answered.
+    /// Finishes once everything sent has left the machine. From now on the module gets no answers.
     void finishWhenDrained(int code);
 
     ModuleSession &session() { return m_session; }

@@ -7,15 +7,15 @@
 namespace ktr::cli {
 
 enum class Loaded {
-    Whole,     ///< the document was read; fields that were of no use are told
+    Whole,     ///< the document was read; there were complaints about unusable fields
     Fallbacks, ///< it is no configuration: every field has its fall-back
     NotOpened, ///< there is no such file
 };
 
-/// Opens a file as the menu does, and tells on stderr what the menu keeps to itself.
+/// Opens a file as the menu does, and complains about what the menu does not mention.
 Loaded load(Document &document, const QString &fileName);
 
-/// Tells that a command is too long to be sent.
+/// Complains that a command is too long to be sent.
 void complainTooLong(std::optional<int> step, const QString &command);
 
 } // namespace ktr::cli

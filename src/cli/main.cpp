@@ -12,7 +12,7 @@ using namespace ktr::cli;
 
 int main(int argc, char **argv)
 {
-    // Errors are told in this program's own words, one line each.
+    // The toolkit's own messages are dropped: errors are reported in this program's words, one line each.
     qInstallMessageHandler([](QtMsgType type, const QMessageLogContext &, const QString &message) {
         if (type == QtFatalMsg) {
             std::_Exit(fail(message)); // the toolkit would abort
@@ -24,7 +24,7 @@ int main(int argc, char **argv)
     int code = failed;
     try {
         code = understand(QCoreApplication::arguments().mid(1)).run();
-    } catch (const std::system_error &error) { // the system has no descriptor or thread left for the start
+    } catch (const std::system_error &error) { // no descriptor or thread was left for the start
         code = fail(QString::fromLocal8Bit(error.what()));
     }
     return flushOutput() ? code : std::max(code, failed);

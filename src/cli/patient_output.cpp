@@ -46,7 +46,7 @@ struct PatientOutput::Shared
     bool isEnded = false;            ///< nothing comes any more
     bool isGivenUp = false;          ///< and nothing is written any more
     std::atomic<qint64> written = 0; ///< bytes
-    bool isReported = false;             ///< that standard output is gone; by the thread alone
+    bool isReported = false;         ///< that standard output is gone; by the thread alone
 };
 
 PatientOutput::PatientOutput(Options options) : d(std::make_shared<Shared>(std::move(options)))

@@ -39,7 +39,7 @@ int printFile(const Arguments &arguments)
 {
     Document document(systemEnvironment());
     if (load(document, arguments.positional(0)) != Loaded::Whole) {
-        return failed; // fall-backs are no configuration that anybody meant
+        return failed; // nobody means a configuration of fall-backs
     }
     TextTable texts;
     const LoadedTexts loaded = LoadTexts(texts, arguments.value(QStringLiteral("language")),

@@ -63,7 +63,7 @@ struct Faults
     DatagramFaults network;
 };
 
-/// The faults asked for, nothing after a complaint.
+/// The faults to play; nothing, after a complaint, when an option is wrong.
 std::optional<Faults> faults(const Arguments &arguments)
 {
     Faults all;
@@ -108,7 +108,7 @@ QString firstSet(const Arguments &arguments, const QStringList &options)
 void report(const QString &event)
 {
     print(event);
-    showNow(); // a program that waits for an event reads it at once
+    showNow(); // for a program that is waiting for this event
 }
 
 } // namespace

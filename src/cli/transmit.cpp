@@ -42,7 +42,7 @@ int exitCode(TransmissionReport::Verdict verdict)
     return failed; // a configuration that arrived in part is none
 }
 
-/// What the module tells others, or by itself, is no answer but for what was asked for.
+/// What the module sends to others or by itself is no answer, except when it is what the command asked for.
 bool answers(const ModuleDialogue::Reply &reply, const QString &command)
 {
     if (reply.isForProgram()) {
@@ -90,7 +90,7 @@ int transmit(const Arguments &arguments)
     const std::optional<int> firstStep = arguments.number(resumeOption, steps::first, steps::last);
     Document document(systemEnvironment());
     if (load(document, arguments.positional(0)) != Loaded::Whole) {
-        return failed; // fall-backs are no configuration that anybody meant
+        return failed; // nobody means a configuration of fall-backs
     }
 
     LinkJob job(arguments);
@@ -105,13 +105,14 @@ int transmit(const Arguments &arguments)
     });
 
     const auto start = [&] {
-        if (!started) { // a module that starts anew in the middle goes on where it was
+        if (!started) { // a module that restarts in the middle goes on where it was
             started = true;
             session.startTransmission(configuration, answer, *firstStep);
         }
     };
     QObject::connect(&session, &ModuleSession::caught, &session, start);
-    // It was caught before and has not left configuration mode: as long as it is answered, it reads on.
+    // A module that was caught earlier is still in configuration mode and goes on reading while it is
+    // answered.
     QObject::connect(&session, &ModuleSession::nothingToRead, &session, start);
     QObject::connect(&session, &ModuleSession::commandSent, &session,
                      [&](std::optional<int> step, const QString &command) {
@@ -130,7 +131,7 @@ int transmit(const Arguments &arguments)
         return *end;
     }
     if (job.isEthernet()) {
-        start(); // a module behind Ethernet is caught for a transmission that runs
+        start(); // over Ethernet a module is only caught while a transmission runs
     }
     print(QStringLiteral("waiting for the module"));
     showNow();
@@ -139,7 +140,7 @@ int transmit(const Arguments &arguments)
     if (started) {
         session.stopTransmission();
         if (code != exitCode(session.transmission().report().verdict())) {
-            session.loseLastCommand(); // the end came while it was still in the machine
+            session.loseLastCommand(); // the line ended while it was still in the machine
         }
         printReport(session.transmission().report());
     }
@@ -201,7 +202,7 @@ int send(const Arguments &arguments)
             job.finishWhenDrained(failed);
             return;
         }
-        // No control character of a device reaches the terminal.
+        // No control character of the module may reach the terminal.
         print(logText(isAnswer || history ? reply.text : reply.shown()));
         if (sent && isAnswer) {
             job.finishWhenDrained(done);

@@ -23,7 +23,8 @@ struct Command
     const char *summary;
     void (*describe)(Arguments &arguments);
     int (*run)(const Arguments &arguments);
-    std::optional<int> (*check)(const Arguments &arguments) = nullptr; ///< the exit code for wrong usage
+    std::optional<int> (*check)(const Arguments &arguments) =
+        nullptr; ///< returns the exit code for wrong usage
     std::unique_ptr<QCoreApplication> (*application)(int &argc, char **argv) = plainApplication;
 };
 

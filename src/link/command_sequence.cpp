@@ -12,7 +12,8 @@ namespace ktr {
 
 namespace {
 
-/// What a row of the table is given: which of its steps it is, and the number that the module counts it by.
+/// What a row of the table needs to build a command: which of its steps it is, and the number that the module
+/// knows it by.
 struct StepInput
 {
     Configuration &configuration;
@@ -31,7 +32,7 @@ QString commaFlag(bool flag)
     return flag ? QStringLiteral(",1") : QStringLiteral(",0");
 }
 
-/// A field in which the user may have typed a decimal comma.
+/// A number in which the user may have typed a decimal comma.
 QString commaNumber(const QString &field)
 {
     return comma(withDecimalPoint(field));
@@ -172,7 +173,7 @@ QString aliveCycle(const StepInput &in)
     return commaNumber(in.configuration.gsm.aliveCycle);
 }
 
-/// An address that is none leaves its field empty.
+/// An invalid address leaves its field empty.
 QString addressField(const QString &address)
 {
     const auto number = addressNumber(address);
@@ -188,7 +189,7 @@ QString macNumber(const QStringList &bytes)
         bool ok = false;
         const ushort value = byte.toUShort(&ok, 16);
         if (!ok || !std::ranges::all_of(byte, isHexadecimalDigit)) {
-            return {}; // nor are a sign, blanks or a prefix taken
+            return {}; // a sign, blanks or a prefix are refused, too
         }
         numbers += QString::number(static_cast<qint16>(value));
     }
@@ -227,7 +228,7 @@ const ControlName &holidayControl()
 enum class Letter { AsAnswered, Fixed };
 enum class Sent { Always, WithOutputValues };
 
-/// A run of steps whose commands are built alike.
+/// Consecutive steps whose commands are built alike.
 struct StepRow
 {
     int first;
@@ -236,7 +237,7 @@ struct StepRow
     int firstNumber; ///< the number that the first step's command carries
     QString (*fields)(
         const StepInput &);          ///< everything after the letter, each field with its comma before it
-    const ControlName &(*shownBy)(); ///< the field that may be long, or stands for the others; null: no place
+    const ControlName &(*shownBy)(); ///< the field that may be too long, or stands for the others; null: none
     Letter letterCase = Letter::AsAnswered;
     Sent sent = Sent::Always;
 };
@@ -268,7 +269,7 @@ static_assert(table.front().first == steps::first && table.back().last == steps:
                   return next.first != row.last + 1;
               }) == table.end());
 
-/// Null for a number that is no step's.
+/// Null when there is no step of this number.
 const StepRow *rowOf(int step)
 {
     const auto *row =

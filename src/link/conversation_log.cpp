@@ -9,7 +9,7 @@ namespace {
 
 const QString hidden = QStringLiteral("****");
 
-/// Also those beyond ASCII: a terminal takes some of them for the beginning of a command.
+/// Also those beyond ASCII: a terminal takes some of them for the start of a control sequence.
 bool isControl(QChar c)
 {
     return c < u' ' || (c >= QChar(0x7F) && c <= QChar(0x9F));
@@ -26,8 +26,7 @@ QString withoutPin(const QString &line)
             return command + hidden + u'"';
         }
     }
-    // The numbers command carries the PIN as its first field. A module that does not take a command repeats
-    // it.
+    // The numbers command has the PIN as its first field. A module that refuses a command repeats it.
     static const QRegularExpression numbersCommand(
         QStringLiteral("(^|: |-> |<-- |<---- |[\\r\\n\\x1A])([ >]*[Nn],)[^,]*(,|$)"),
         QRegularExpression::DotMatchesEverythingOption);
@@ -59,7 +58,7 @@ QString logText(const QString &line)
 
 QString fromLogText(const QString &text)
 {
-    // Only the escapes that are ever written; anything else behind a backslash is text.
+    // Only the escapes that logText() writes; anything else after a backslash is text.
     static const QRegularExpression escape(QStringLiteral(R"(\\(?:([rn])|x([0189][0-9a-f]|7f)))"));
     QString line;
     qsizetype end = 0;

@@ -23,7 +23,7 @@ QString translated(const char *text)
     return QCoreApplication::translate("Problems", text);
 }
 
-/// What the user counts from 1.
+/// Indexes as the user counts them, from 1.
 QString numbers(const QList<int> &indexes)
 {
     QStringList texts;
@@ -48,21 +48,21 @@ bool notifies(const LimitValue &value, int administrator)
     return (value.recipients >> administrator & 1) != 0;
 }
 
-/// The recipients' bits beyond the administrators stand for nobody.
+/// Bits beyond the number of administrators stand for nobody.
 bool notifiesAnybody(const LimitValue &value)
 {
     constexpr int administrators = 0x3F;
     return (value.recipients & administrators) != 0;
 }
 
-/// No longer than a country code, or not there at all; what is no number is told of the field itself.
+/// Empty, or no longer than a country code. Something that is no number is a problem of the field itself.
 bool isIncomplete(const QString &phoneNumber)
 {
     constexpr int longestCountryCode = 3;
     return phoneNumber.size() <= 1 + longestCountryCode;
 }
 
-/// Nothing for a text that is told of by itself.
+/// Nothing for a text that is a problem by itself.
 std::optional<quint32> addressOf(const QString &text)
 {
     return addressDefect(text) == AddressDefect::None ? addressNumber(text) : std::nullopt;
@@ -114,7 +114,7 @@ private:
             {m_group.place(field.xmlName, m_index), field.control.forIndex(m_index), m_index, message});
     }
 
-    /// A message that goes on from the field's text.
+    /// A message that continues the field's text.
     template <class Record> void add(const Record &record, QString Record::*member, const QString &message)
     {
         add<Record>(member, u'"' + record.*member + QLatin1String("\" ") + message);
@@ -392,7 +392,7 @@ private:
         }
     }
 
-    /// Whether there is anything yet that a module would be given: a new configuration has no problems.
+    /// Whether anything was entered yet: a new configuration has no problems.
     bool isBegun() const
     {
         return !m_configuration.gsm.stationId.isEmpty() ||
@@ -406,7 +406,7 @@ private:
     const QDateTime &m_now;
     QList<Problem> &m_problems;
     Group m_group{};
-    int m_index = 0; ///< of the record that is looked at
+    int m_index = 0; ///< of the present record
 };
 
 } // namespace

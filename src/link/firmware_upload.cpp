@@ -93,7 +93,7 @@ void FirmwareUpload::blockLeft()
     const int run = m_run;
     Q_EMIT progressed(m_sent, firmwareImageSize);
     if (!m_running || m_run != run) {
-        return; // cancelled by whom it was told
+        return; // cancelled by a receiver of the signal
     }
     if (m_sent == m_image.size()) {
         end(true);

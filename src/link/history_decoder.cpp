@@ -17,7 +17,7 @@ class Fields
 public:
     explicit Fields(QStringView text) : m_text(text) {}
 
-    /// Gives nothing behind the last field.
+    /// Nothing after the last field.
     std::optional<QStringView> next()
     {
         if (m_at > m_text.size()) {
@@ -38,7 +38,7 @@ private:
     qsizetype m_at = 0;
 };
 
-/// The running time of a line: wall time, so that no change of the clock makes a minute twice or never.
+/// The time within a line. It is counted as wall time: daylight saving neither repeats nor skips a minute.
 class RunningTime
 {
 public:
@@ -85,7 +85,7 @@ public:
             return {};
         }
         const qint64 day = m_minutes / minutesPerDay;
-        if (day != m_day) { // most records are of the same day as the one before
+        if (day != m_day) { // most records are of the same day as the previous one
             m_day = day;
             m_text = firstModuleDay.addDays(day).toString(QStringLiteral("dd.MM.yyyy 00:00"));
         }
@@ -142,7 +142,7 @@ ArchiveLine decodeArchiveLine(QStringView text)
         const auto second = fields.next();
         if (!second) {
             const QStringView rest = text.sliced(start);
-            // A comma behind the last record leaves nothing of worth.
+            // After a comma at the end there is nothing left to report.
             line.incomplete = rest.trimmed().isEmpty() ? QString() : rest.toString();
             return line;
         }

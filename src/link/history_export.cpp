@@ -50,7 +50,7 @@ Status appendTo(const QString &path, const QByteArray &lines)
     } else {
         char last = '\n';
         if (file.seek(before - 1) && file.getChar(&last) && last != '\n') {
-            bytes = "\r\n"; // edited by hand: the last record keeps its line
+            bytes = "\r\n"; // somebody edited the file: the last record keeps a line of its own
         }
     }
     bytes += lines;

@@ -27,7 +27,7 @@ IoThread::~IoThread()
 {
     run([this] { d->names.reset(); });
     d->work.reset();
-    d->thread.join(); // what is still to be done ends first
+    d->thread.join(); // after the pending work
 }
 
 asio::io_context &IoThread::context()

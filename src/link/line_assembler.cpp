@@ -6,7 +6,7 @@ namespace ktr {
 
 std::optional<QByteArray> LineAssembler::push(QByteArrayView bytes)
 {
-    // The buffer holds no line end from before: only what is new is searched.
+    // What was in the buffer has no line end: only the new bytes are searched.
     qsizetype end = bytes.size();
     while (end > 0 && bytes[end - 1] != '\r' && bytes[end - 1] != '\x1A') {
         --end;

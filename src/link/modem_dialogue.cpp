@@ -4,7 +4,7 @@ namespace ktr {
 
 std::vector<ModuleDialogue::Action> ModemDialogue::lineReceived(const QString &received)
 {
-    // Where lines end with CR LF, the line feed belongs to the line before, which was answered already.
+    // Where lines end with CR LF, this line feed belongs to the previous line, which was answered already.
     qsizetype start = 0;
     while (start < received.size() && received[start] == u'\n') {
         ++start;

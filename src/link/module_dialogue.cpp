@@ -18,7 +18,7 @@ const QString sendSms = QStringLiteral("at+cmgs");
 const QString readSms = QStringLiteral("at+cmgr=");
 const QString smsHeader = QStringLiteral(",\"+IP\"");
 
-/// A line that is a reply by itself, also where it comes in the middle of an SMS.
+/// Whether a line is a reply of its own, even in the middle of an SMS.
 bool isReplyLine(QStringView line)
 {
     const QStringView text = line.startsWith(u'\n') ? line.sliced(1) : line;
@@ -72,7 +72,7 @@ bool announcesFirmware(QStringView command)
 std::vector<ModuleDialogue::Action> ModuleDialogue::lineOverheard(const QString &line)
 {
     logReceived(line);
-    dropSms(); // what comes later is not taken for its text
+    dropSms(); // later lines are not part of it
     return takeActions();
 }
 
@@ -89,7 +89,7 @@ void ModuleDialogue::sendLogged(const QString &line)
 
 void ModuleDialogue::dispatch(const QString &line)
 {
-    QString other; // what belongs to no SMS
+    QString other; // what is not part of an SMS
     for (QStringView rest = line; !rest.isEmpty();) {
         const QStringView one = rest.first(endOfLine(rest));
         other += takeSms(one);
@@ -102,7 +102,7 @@ void ModuleDialogue::dispatch(const QString &line)
     if (line.contains(readSms)) {
         handOverCommand();
     }
-    // A line of the archive has told what begins with a marker in front of it, or is marked itself.
+    // With a line of the archive, a leading marker is part of the reply that was added above.
     const qsizetype leading = isHistory ? -1 : leadingMarker(other);
     const qsizetype inside = insideMarker(other);
     const bool isInside = inside >= 0 && (leading < 0 || inside < leading);
@@ -137,8 +137,8 @@ void ModuleDialogue::takeConfirmations(QStringView text)
     }
 }
 
-/// Takes a line of an SMS that the module sends; hands its text on once, at its Ctrl-Z. Gives back what does
-/// not belong to an SMS.
+/// Collects the lines of an SMS that the module sends; adds its text as one reply at its Ctrl-Z. Returns what
+/// is not part of an SMS.
 QStringView ModuleDialogue::takeSms(QStringView line)
 {
     const bool isEnd = line.endsWith(endOfSms);
@@ -146,7 +146,7 @@ QStringView ModuleDialogue::takeSms(QStringView line)
     QStringView inFront;
     if (const qsizetype start = line.indexOf(sendSms); start >= 0) {
         dropSms();
-        // at+cmgs="number": the number begins with the tenth character.
+        // at+cmgs="number": the number starts at the tenth character.
         text = line.mid(start + 9);
         const qsizetype quote = text.indexOf(u'"');
         m_smsNumber = quote < 0 ? QString() : text.first(quote).toString();
@@ -157,7 +157,7 @@ QStringView ModuleDialogue::takeSms(QStringView line)
     } else if (const bool isCommand = line.contains(QLatin1String("at+"));
                !isEnd && (isCommand || isReplyLine(line))) {
         if (isCommand) {
-            dropSms(); // the text will not come any more
+            dropSms(); // its text will not come any more
         }
         return line;
     }
@@ -169,7 +169,7 @@ QStringView ModuleDialogue::takeSms(QStringView line)
         m_smsNumber.reset();
     } else if (isEnd) {
         const QString whole = withoutLineEnds(std::exchange(m_smsText, QString()));
-        // By how it begins: an alarm's text may have an "H," anywhere.
+        // Only the beginning counts: an alarm's text may have an "H," anywhere.
         const bool isHistory = plainText(whole).startsWith(QLatin1String("H,"));
         addReply({isHistory ? ReplyKind::History : ReplyKind::Sms, *std::exchange(m_smsNumber, std::nullopt),
                   whole});
@@ -178,7 +178,8 @@ QStringView ModuleDialogue::takeSms(QStringView line)
     return inFront;
 }
 
-/// What has come of an SMS that was broken off is told: it may be half an answer, and is not taken for one.
+/// The part of an SMS that broke off is added as a message: it may be half an answer, but must not count as
+/// one.
 void ModuleDialogue::dropSms()
 {
     const QString text = withoutLineEnds(std::exchange(m_smsText, QString()));
@@ -207,7 +208,7 @@ void ModuleDialogue::handOverCommand()
         sendLogged(smsHeader);
         sendLogged(command);
         act(CommandSent{step, command});
-        // What a step carries are texts and numbers of the configuration, whatever they look like.
+        // A step carries texts and numbers of the configuration, whatever they look like.
         if (!step && announcesFirmware(command)) {
             act(FirmwareAnnounced{});
         }

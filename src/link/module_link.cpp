@@ -161,7 +161,7 @@ void ModuleLink::ethernetLost(const QString &reason)
 void ModuleLink::transmissionStalled(const QString &reason, bool wasHeard)
 {
     if (!m_connected) {
-        return; // it was not heard yet: it may be switched on later
+        return; // not heard yet: it may be switched on later
     }
     if (wasHeard) {
         Q_EMIT statusMessage(reason);

@@ -64,8 +64,7 @@ Status ModuleSession::open(const QString &address)
     return opened;
 }
 
-/// The network may lose what a module is told at the beginning, and a module that was told nothing says
-/// nothing.
+/// The network may lose the announcement, and a module that did not get one says nothing.
 void ModuleSession::call(Milliseconds pause)
 {
     perform(m_dialogue->connected());
@@ -78,7 +77,7 @@ void ModuleSession::close()
     forgetLine();
 }
 
-/// What was begun on one connection is not continued on another.
+/// Nothing that was begun on one connection goes on with another.
 void ModuleSession::forgetLine()
 {
     m_isQuiet = false;
@@ -149,7 +148,7 @@ QString ModuleSession::stallReason() const
         .arg(logText(fromWindows1252(m_lastLine)).left(enough));
 }
 
-/// The job got on: its time begins anew.
+/// There was progress: the time for setTimeout() starts again.
 void ModuleSession::noteProgress()
 {
     m_progress = m_transmission.progress();
@@ -191,8 +190,8 @@ void ModuleSession::take(const QByteArray &line)
     ++m_heardLines;
     const bool isRepeated = line == std::exchange(m_lastLine, line);
     if (isRepeated && line.contains("at+cmgr=") && m_paced && m_paced->isWaiting()) {
-        // A module waits for its answer before it reads again: the network doubled the datagram, and a
-        // command handed over twice as fast would be missed.
+        // A module does not read again before it is answered, so the network doubled the datagram. A second
+        // command in answer to it would be lost.
         Q_EMIT logged(QCoreApplication::translate("Files", "a doubled datagram dropped"));
         return;
     }
@@ -201,7 +200,7 @@ void ModuleSession::take(const QByteArray &line)
     followTransmission();
 }
 
-/// Tells the transmission what the module does, before that is answered.
+/// Informs the transmission of what the module does, before that is answered.
 void ModuleSession::noteActs(const QByteArray &line)
 {
     if (line.contains("at+cmgr=")) {
@@ -214,7 +213,7 @@ void ModuleSession::noteActs(const QByteArray &line)
     }
 }
 
-/// After anything that may have brought the transmission on, or to its end.
+/// To be called after anything that may have advanced or ended the transmission.
 void ModuleSession::followTransmission()
 {
     if (m_transmission.isUnsettled() && !m_settling->isRunning()) {

@@ -12,10 +12,11 @@ namespace {
 
 const QString byItself = QStringLiteral("--> ");
 const QString answer = QStringLiteral("<-- ");
-/// Stands in what a module says of a command that it cannot carry out.
+/// Is part of what a module says when it cannot carry out a command.
 const QString failure = QStringLiteral("fail");
 
-/// Calls back with where each line begins, behind its line feeds, and the line; until that finds something.
+/// Calls `find` with each line, without the line feeds in front of it, until it returns a place in the line;
+/// returns that place in `lines`.
 template <class Find> qsizetype findInLines(QStringView lines, Find find)
 {
     for (qsizetype at = 0; at < lines.size(); at += endOfLine(lines.sliced(at))) {

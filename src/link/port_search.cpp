@@ -54,7 +54,7 @@ void PortSearch::leavePort()
     }
 }
 
-/// Tries the ports behind the one tried last, round once, and stays at the first that opens.
+/// Tries the ports after the one tried last, each once, and stays at the first that opens.
 void PortSearch::openNext(const QStringList &ports)
 {
     const qsizetype after = ports.indexOf(m_lastTried) + 1;

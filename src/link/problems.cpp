@@ -59,7 +59,7 @@ bool isHoliday(const QString &line)
            QDate::isValid(2000 + number / 10'000, number / 100 % 100, number % 100);
 }
 
-/// The dates that the user adds are right; those of a file may be anything.
+/// Dates that the user adds are valid; those of a file may be anything.
 void checkHolidays(const HolidayList &holidays, QList<Problem> &problems)
 {
     for (int i = 0; i < holidays.lines().size(); ++i) {
@@ -124,7 +124,7 @@ void checkCommands(Configuration configuration, const CommandContext &context, Q
     sequence.start();
     while (const auto next = sequence.next(configuration, context)) {
         const StepPlace at = placeOfStep(next->step);
-        // The field says better which letter it is.
+        // The message of the field is more precise.
         const QString letter = isReported(at) ? QString() : letterFault(next->command);
         for (const QString &message :
              {lengthFault(next->command), letter, serviceFault(next->step, next->command)}) {

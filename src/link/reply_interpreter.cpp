@@ -20,7 +20,7 @@ ReplyEvent versionOf(const QString &text)
                         fields.sliced(first + 1, last - first - 1), fields.sliced(last + 1).trimmed()};
 }
 
-/// Where a line of the archive begins that other characters have got in front of; -1 for nowhere.
+/// Where a line of the archive begins when stray characters are in front of it; -1 when there is none.
 qsizetype historyBehindGarbage(QStringView text)
 {
     static const QRegularExpression start(QStringLiteral("H,[^,]*,[0-9]{10},"));
@@ -45,7 +45,7 @@ std::vector<ReplyEvent> interpretReply(const ModemDialogue::Reply &reply)
     QString text = reply.text;
     const bool isArchive = reply.kind == ModemDialogue::ReplyKind::History;
     const bool isMessage = reply.kind == ModemDialogue::ReplyKind::Message;
-    // From the first message on, a line comes as a message, too.
+    // From the first marker on, the dialogue gives the line as a message, too.
     const qsizetype message = isArchive ? insideMarker(text) : -1;
     if (message >= 0) {
         text.truncate(message);
@@ -64,7 +64,7 @@ std::vector<ReplyEvent> interpretReply(const ModemDialogue::Reply &reply)
         if (!marker && (isArchive || isMessage)) {
             const qsizetype history = historyBehindGarbage(piece);
             if (history < 0 && message >= 0 && isLast) {
-                continue; // what stands in front of a message
+                continue; // stray characters in front of a message
             }
             piece = piece.sliced(std::max<qsizetype>(history, 0));
         }

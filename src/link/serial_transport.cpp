@@ -57,7 +57,7 @@ public:
 
     void close()
     {
-        m_transport = nullptr; // nothing is told any more
+        m_transport = nullptr; // no more signals
         releaseSerialDevice(m_port.native_handle());
         asio::error_code ignored;
         m_port.close(ignored);
@@ -103,8 +103,8 @@ private:
         });
     }
 
-    /// A port that hangs up reports errors without end: the first one closes it. A write that was done before
-    /// may still wait to be told of; it comes first.
+    /// A port that hangs up reports errors endlessly: the first one closes it. The end of an earlier write
+    /// may still be queued; it is handled first.
     void fail(const asio::error_code &error)
     {
         asio::post(m_port.get_executor(),
@@ -164,7 +164,7 @@ Status SerialTransport::open(const QString &address)
 void SerialTransport::close()
 {
     if (m_port != nullptr) {
-        // So that nothing reaches a transport that is being destroyed.
+        // Nothing may reach a transport that is being destroyed.
         m_io.run([port = std::exchange(m_port, nullptr)] { port->close(); });
     }
 }

@@ -43,8 +43,8 @@ Answers namedBy(const QString &text, const QString &command)
                                                                                    : Answers::Nobody;
 }
 
-/// Whether the module's text answers the command of a step: it is an SMS to "+IP" and none of the module's
-/// reports. The version may also be told by itself.
+/// Which command a text answers. An answer is an SMS to "+IP" that is no report; the version may also come by
+/// itself.
 Answers answersTo(int step, const QString &command, const ModuleDialogue::Reply &reply)
 {
     const QStringView text = plainText(reply.text);
@@ -149,8 +149,8 @@ int Transmission::resumeStep() const
     return doubtful.value_or(std::min(step(), steps::last));
 }
 
-/// An answer that names its command is told from older ones; one that does not, and the start that confirms
-/// the closing command, are not.
+/// Answers that name their command cannot be mixed up with older ones. Those that do not can, and so can the
+/// restart that confirms the closing command.
 bool Transmission::isUnsettled() const
 {
     return m_isDisturbed && isRunning() && (m_namesNothing || step() == steps::last);
@@ -171,7 +171,7 @@ void Transmission::handOver(int step, const QString &command)
     m_command = command;
     m_open = step;
     m_isDoubtReported = false;
-    m_report.unconfirmed.removeAll(step); // it was handed over once more
+    m_report.unconfirmed.removeAll(step); // it gets another chance
     m_report.isUnwatched = m_report.isUnwatched || (m_kind == LineKind::Ethernet && !m_answer);
     const auto bit = static_cast<std::size_t>(step);
     if (!m_handedOver.test(bit)) {
@@ -179,7 +179,7 @@ void Transmission::handOver(int step, const QString &command)
         ++m_report.sent;
     }
     ++m_progress;              // also once more, since that has its bound
-    if (step == steps::last) { // nobody answers the closing command
+    if (step == steps::last) { // the closing command is never answered
         m_awaitsEnd = isConfirmed();
     } else if (m_answer) {
         m_unanswered = step;
@@ -204,7 +204,7 @@ void Transmission::noteUnconfirmed(int step)
     }
 }
 
-/// The module goes on without this command.
+/// The transmission goes on without this command.
 void Transmission::giveUp(int step)
 {
     noteUnconfirmed(step);
@@ -248,7 +248,7 @@ void Transmission::moduleStarts(bool isPrompt)
     }
     if (!isRepeated()) {
         if (m_open && !std::exchange(m_isDoubtReported, true)) {
-            m_unanswered.reset(); // told already
+            m_unanswered.reset(); // it is noted now
             noteUnconfirmed(*m_open);
         }
         return;
@@ -276,7 +276,8 @@ void Transmission::moduleSays(const ModuleDialogue::Reply &reply)
         m_report.unconfirmed.removeAll(*m_unanswered);
     }
     m_namesNothing = m_namesNothing || answers == Answers::Unnamed;
-    m_isDisturbed = m_isDisturbed || (isConfirmed() && m_attempts > 1); // it may be answered twice, too
+    m_isDisturbed =
+        m_isDisturbed || (isConfirmed() && m_attempts > 1); // a repeated command may be answered twice
     ++m_report.answered;
     ++m_progress;
     m_report.failed.removeAll(*m_unanswered);

@@ -53,7 +53,7 @@ void Transmitter::finish()
     Q_EMIT ended();
 }
 
-/// A line may break before it has carried what it was given.
+/// The line may still break before the closing command has left.
 void Transmitter::awaitLastCommand()
 {
     m_isLastLeaving = true;
@@ -84,7 +84,7 @@ void Transmitter::noteSent(int step, const QString &command)
 
 bool Transmitter::canResume(const Configuration &configuration) const
 {
-    // The module may have reported its station type meanwhile, which no command carries.
+    // The module may have reported its station type meanwhile, which no command sends.
     Configuration compared = configuration;
     compared.gsm.stationType = m_configuration.gsm.stationType;
     const bool same = compared == m_configuration || compared == m_asGiven;

@@ -51,7 +51,7 @@ struct ModuleAddress
     quint16 port = UdpPair::modulePort;
 };
 
-/// Whether a host can be a name that is looked up. One without a letter is an address that went wrong.
+/// Whether a host can be a name to look up. Without a letter it is a mistyped address.
 bool isHostName(const QString &host)
 {
     constexpr qsizetype longest = 253;
@@ -86,7 +86,7 @@ std::optional<ModuleAddress> parse(const QString &text)
     }
     asio::error_code error;
     const asio::ip::address literal = asio::ip::make_address(address.host, error);
-    // Some systems take three numbers and other forms for an address, too.
+    // Some systems also accept three numbers and other forms as an address.
     const bool isName = error || (literal.is_v4() && literal.to_string() != address.host);
     if (!isName) {
         address.literal = literal;
@@ -244,7 +244,7 @@ public:
 
     void startLookup(const std::string &host, quint16 port, const QString &name)
     {
-        // Not kept alive by what it waits for: a pair that is closed is not answered.
+        // The look-up does not keep the pair alive: a closed pair gets no answer.
         m_lookup =
             m_names.lookUp(host, m_isV6, [this, port, name](const std::optional<asio::ip::address> &address) {
                 if (address) {
@@ -270,7 +270,7 @@ public:
     void write(const QByteArray &bytes)
     {
         if (!m_target && !m_waiting.empty() && m_waiting.constLast() == bytes) {
-            return; // an announcement that is repeated while the name is looked up
+            return; // a repeated announcement while the name is looked up
         }
         for (qsizetype at = 0; at < bytes.size(); at += longestDatagram) {
             m_waiting.push_back(bytes.mid(at, longestDatagram));
@@ -287,7 +287,7 @@ public:
     void close()
     {
         m_isClosed = true;
-        m_events = {}; // nothing is told any more
+        m_events = {}; // no more callbacks
         m_drained.clear();
         asio::error_code ignored;
         m_sendSocket.close(ignored);
