@@ -1705,6 +1705,17 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::LinkLog</name>
+    <message>
+        <source>%1 is not a file; there is no log</source>
+        <translation>%1 ist keine Datei; es wird kein Protokoll geführt</translation>
+    </message>
+    <message>
+        <source>The log is incomplete: %1</source>
+        <translation>Das Protokoll ist unvollständig: %1</translation>
+    </message>
+</context>
+<context>
     <name>ktr::LinkPresenter</name>
     <message>
         <source>searching</source>
@@ -1735,14 +1746,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Das Senden der Firmware wurde abgebrochen</translation>
     </message>
     <message>
-        <source>The module reports a station type that is not known: %1</source>
-        <translation>Das Modul meldet einen unbekannten Stationstyp: %1</translation>
-    </message>
-    <message>
-        <source>The station type is %1, as the module reports</source>
-        <translation>Der Stationstyp ist %1, wie das Modul meldet</translation>
-    </message>
-    <message>
         <source>%1 is sent to the module as its new application: %2 bytes.</source>
         <translation>%1 wird als neue Applikation an das Modul gesendet: %2 Bytes.</translation>
     </message>
@@ -1755,16 +1758,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>%1 wird als neue Applikation an das Modul gesendet, abgeschnitten: die ersten %2 von %3 Bytes.</translation>
     </message>
     <message>
-        <source>%1 is not a file; there is no log</source>
-        <translation>%1 ist keine Datei; es wird kein Protokoll geführt</translation>
-    </message>
-    <message>
         <source>%1 is not sent: a configuration is being transmitted</source>
         <translation>%1 wird nicht gesendet: Es wird gerade eine Konfiguration übertragen</translation>
-    </message>
-    <message>
-        <source>The log is incomplete: %1</source>
-        <translation>Das Protokoll ist unvollständig: %1</translation>
     </message>
     <message>
         <source>The configuration is being transmitted</source>
@@ -2387,6 +2382,17 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Delivered; the values follow</source>
         <translation>Zugestellt; die Werte folgen</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::VersionCheck</name>
+    <message>
+        <source>The module reports a station type that is not known: %1</source>
+        <translation>Das Modul meldet einen unbekannten Stationstyp: %1</translation>
+    </message>
+    <message>
+        <source>The station type is %1, as the module reports</source>
+        <translation>Der Stationstyp ist %1, wie das Modul meldet</translation>
     </message>
 </context>
 <context>

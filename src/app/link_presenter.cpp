@@ -2,7 +2,6 @@
 
 #include "app/main_menu.h"
 #include "app/status_line.h"
-#include "config/channels.h"
 #include "config/document.h"
 #include "editor/calibration_page.h"
 #include "editor/connection_page.h"
@@ -13,7 +12,6 @@
 #include "link/udp_transport.h"
 
 #include <QAction>
-#include <QFileInfo>
 
 namespace ktr {
 
@@ -37,6 +35,8 @@ LinkPresenter::LinkPresenter(ModuleLink &link, Timers &timers, Document &documen
       m_texts(texts),
       m_menu(menu),
       m_status(status),
+      m_log(document),
+      m_versions(link, document, texts),
       m_replies(timers, [&document] { return document.configuration().info.historyExportFile; })
 {
     connectLink();
@@ -63,17 +63,16 @@ void LinkPresenter::connectLink()
     connect(&m_status, &StatusLine::takeBackWanted, &m_waiting, &WaitingCommand::takeBack);
     connect(&m_link, &ModuleLink::interrupted, this,
             [this] { Q_EMIT messageWanted(m_texts.text(Text::ConnectionInterrupted), connectionTopic); });
-    connect(&m_link, &ModuleLink::logged, this, &LinkPresenter::writeLog);
+    connect(&m_link, &ModuleLink::logged, &m_log, &LinkLog::write);
+    connect(&m_log, &LinkLog::statusMessage, this, &LinkPresenter::statusMessage);
     connect(&m_transmitter, &Transmitter::started, this, [this] {
-        m_isOverwritingReported = false;
         Q_EMIT overwritingPassed();
         Q_EMIT messagePassed(m_texts.text(Text::MessageTooLong));
         showProgress(0);
         showState([] { return tr("Waiting until the module reads its SMS"); });
     });
     connect(&m_transmitter, &Transmitter::configured, this, [this](const QString &version) {
-        m_version.configuration = version;
-        showVersion();
+        m_versions.takeConfigured(version);
         Q_EMIT messagePassed(versionsTopic);
     });
     connect(&m_transmitter, &Transmitter::stepDone, this, [this](int step) {
@@ -133,11 +132,21 @@ void LinkPresenter::connectReplies()
     connect(&m_link, &ModuleLink::changed, this, [this] {
         if (!m_link.isConnected()) {
             m_replies.disconnected();
-            m_isDifferenceReported = false;
         }
     });
     connect(&m_replies, &ReplyHandler::statusMessage, this, &LinkPresenter::statusMessage);
-    connect(&m_replies, &ReplyHandler::versionReported, this, &LinkPresenter::takeVersion);
+    connect(&m_replies, &ReplyHandler::versionReported, &m_versions, &VersionCheck::take);
+    connect(&m_versions, &VersionCheck::changed, this, &LinkPresenter::showVersion);
+    connect(&m_versions, &VersionCheck::statusMessage, this, &LinkPresenter::statusMessage);
+    connect(&m_versions, &VersionCheck::differenceFound, this, [this](const QString &text) {
+        Q_EMIT overwritingPassed();
+        Q_EMIT messageWanted(text, versionsTopic);
+    });
+    connect(&m_versions, &VersionCheck::overwritingFound, this, [this](const QString &text) {
+        Q_EMIT overwritingPassed();
+        Q_EMIT messagePassed(versionsTopic);
+        Q_EMIT overwritingFound(text);
+    });
 }
 
 void LinkPresenter::connectUpload()
@@ -398,75 +407,11 @@ void LinkPresenter::takeOverTransmitted()
     });
 }
 
-void LinkPresenter::takeVersion(const VersionReply &version)
-{
-    m_version = version;
-    showVersion();
-    takeStationType(version.stationType);
-    reportDifference(version.configuration);
-}
-
 void LinkPresenter::showVersion()
 {
     if (m_info != nullptr) {
-        m_info->setApplicationVersion(m_version.application);
-        m_info->setModuleVersion(m_version.configuration);
-    }
-}
-
-/// The module knows best what it is. This is no edit of the user, so it is no step of undo.
-void LinkPresenter::takeStationType(const QString &type)
-{
-    if (type == m_document.configuration().gsm.stationType) {
-        return;
-    }
-    if (!isStationType(type)) {
-        Q_EMIT statusMessage(
-            tr("The module reports a station type that is not known: %1").arg(logText(type)));
-        return;
-    }
-    m_document.adjust([&type](Configuration &configuration) { configuration.gsm.stationType = type; });
-    Q_EMIT statusMessage(tr("The station type is %1, as the module reports").arg(type));
-}
-
-void LinkPresenter::reportDifference(const QString &moduleVersion)
-{
-    const bool isTransmitting = m_transmitter.isTransmitting();
-    const Configuration &local = isTransmitting ? m_transmitter.transmitted() : m_document.configuration();
-    bool &isReported = isTransmitting ? m_isOverwritingReported : m_isDifferenceReported;
-    if (isReported || moduleVersion == Transmitter::versionOnLine(local)) {
-        return;
-    }
-    isReported = true;
-    Q_EMIT overwritingPassed();
-    const QString text = m_texts.text(Text::DifferentVersions) + u'\n' +
-                         m_texts.text(Text::ConfigurationToolVersion) + u' ' + logText(local.versionText) +
-                         u'\n' + m_texts.text(Text::ModuleApplicationVersion) + u' ' + logText(moduleVersion);
-    if (isTransmitting) {
-        Q_EMIT messagePassed(versionsTopic);
-        Q_EMIT overwritingFound(text);
-    } else {
-        Q_EMIT messageWanted(text, versionsTopic);
-    }
-}
-
-void LinkPresenter::writeLog(const QString &line)
-{
-    const QString &path = m_document.configuration().info.logFile;
-    if (path != m_logPath) {
-        m_logPath = path;
-        m_isLogFailureReported = false;
-        m_log.close();
-        if (const QFileInfo info(path); info.exists() && !info.isFile()) { // a pipe would wait for its reader
-            Q_EMIT statusMessage(tr("%1 is not a file; there is no log").arg(path));
-        } else if (const Status opened = m_log.open(path); !opened) {
-            m_isLogFailureReported = true;
-            Q_EMIT statusMessage(opened.message());
-        }
-    }
-    m_log.write(m_document.environment().now(), line);
-    if (const Status written = m_log.status(); !written && !std::exchange(m_isLogFailureReported, true)) {
-        Q_EMIT statusMessage(tr("The log is incomplete: %1").arg(written.message()));
+        m_info->setApplicationVersion(m_versions.module().application);
+        m_info->setModuleVersion(m_versions.module().configuration);
     }
 }
 

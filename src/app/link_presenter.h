@@ -1,6 +1,7 @@
 #pragma once
 
-#include "link/conversation_log.h"
+#include "app/link_log.h"
+#include "app/version_check.h"
 #include "link/module_link.h"
 #include "link/reply_handler.h"
 
@@ -83,11 +84,7 @@ private:
     void showEnd();
     void sendFirmware();
     void takeOverTransmitted();
-    void takeVersion(const VersionReply &version);
     void showVersion();
-    void takeStationType(const QString &type);
-    void reportDifference(const QString &moduleVersion);
-    void writeLog(const QString &line);
 
     ModuleLink &m_link;
     ModuleLine &m_line;
@@ -100,13 +97,9 @@ private:
     TestPage *m_test = nullptr;
     ConnectionPage *m_connection = nullptr;
     InfoPage *m_info = nullptr;
+    LinkLog m_log;
+    VersionCheck m_versions;
     ReplyHandler m_replies;
-    VersionReply m_version;               ///< as last reported
-    bool m_isDifferenceReported = false;  ///< on this connection
-    bool m_isOverwritingReported = false; ///< in this transmission
-    ConversationLog m_log;
-    QString m_logPath;
-    bool m_isLogFailureReported = false;
     std::function<QString()> m_stateText; ///< returns the state of the transmission in the present language
     QString m_stateLine;                  ///< the same as it was shown last
 };
