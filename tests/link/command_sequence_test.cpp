@@ -233,18 +233,6 @@ private Q_SLOTS:
     {
         QCOMPARE(clockFields(QDateTime(QDate(2009, 12, 31), QTime(23, 59, 59))), "09,12,31,00,00,01,4");
     }
-
-    void anIdleSequenceGivesNothing()
-    {
-        Configuration c = newConfiguration();
-        CommandSequence sequence;
-        QVERIFY(!sequence.next(c, context()));
-        sequence.start(78);
-        QVERIFY(sequence.next(c, context()));
-        QCOMPARE(sequence.step(), steps::idle);
-        QVERIFY(!sequence.isRunning());
-        QVERIFY(!sequence.next(c, context()));
-    }
 };
 
 QTEST_GUILESS_MAIN(CommandSequenceTest)

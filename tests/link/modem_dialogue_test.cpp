@@ -225,12 +225,6 @@ private Q_SLOTS:
         QCOMPARE(dialogue.outgoing(), "");
     }
 
-    void aTextOfTheConfigurationAnnouncesNoFirmware()
-    {
-        ModemDialogue dialogue([] { return StepCommand{2, u"g,1,1,0,0,1,0,0,0,1,1,§88"_s}; });
-        QVERIFY(!outcome(dialogue, u"at+cmgr=1\r"_s).contains(u"= firmware"_s));
-    }
-
     void noLogLineShowsAPinOrAControlCharacter()
     {
         QCOMPARE(logText(u"com <---- at+cpin=\"4711\"\r"_s), "at+cpin=\"****\"");
