@@ -18,12 +18,6 @@ const QString allValues = QStringLiteral("A*");
 
 constexpr Milliseconds aMinute{60'000};
 
-/// A module does not wait longer than that for a slow disk.
-constexpr Milliseconds longestWaitForDisk{250};
-
-/// A clock that is put back by more minutes had been wrong: it is not waited for until it is there again.
-constexpr qint64 longestSetBack = 120;
-
 /// Addresses that name the same module are the same text.
 QString comparable(const QString &hostAddress)
 {
@@ -47,8 +41,9 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_liteTimers(*m_callbacks),
       m_tree(captions),
       m_stations(m_tree, m_liteTimers, services.createLine),
-      m_minute(services.timers.create()),
-      m_longestWait(services.timers.create())
+      m_scheduler(m_stations, m_services.environment),
+      m_answers(m_stations, services.timers),
+      m_minute(services.timers.create())
 {
     m_stations.setAnswersLater([this](const QString &kennung) { return answersLater(kennung); });
     connect(&m_stations, &cStations::message, this, &OperationalMode::takeMessage);
@@ -203,22 +198,21 @@ void OperationalMode::createStations(const QHash<QString, StationAttributes> &at
         const QString kennung = m_tree.index(row, 0).data(StationTree::KeyRole).toString();
         const StationAttributes station = attributes.value(kennung);
         m_stations.addStation(kennung, station.hostAddress);
-        m_schedules.insert(kennung, station.schedule);
+        m_scheduler.setSchedule(kennung, station.schedule);
         cStation &created = *m_stations.Item(kennung);
         created.setExclusiveMode(station.exclusiveMode);
         if (station.online) {
             created.connectStation();
         }
     }
-    const WallMinute now = WallMinute::of(m_services.environment.now());
+    m_scheduler.start();
     m_stations.forEach([&](cStation &station) {
         if (station.online() && station.exclusiveMode()) {
             station.send(allValues);
         }
-        evaluate(station, now.plus(-WallMinute::minutesOfAWeek));
+        m_scheduler.switchToPresentState(station);
         showStatus(station);
     });
-    m_evaluateFrom = now.plus(1);
     awaitNextMinute();
 }
 
@@ -239,7 +233,7 @@ QString OperationalMode::addStation(const QString &name, const QString &hostAddr
 void OperationalMode::removeStation(const QString &kennung)
 {
     m_stations.Remove(kennung);
-    m_schedules.remove(kennung);
+    m_scheduler.remove(kennung);
     m_trends.remove(kennung);
     m_lent.remove(kennung);
     m_tree.remove(m_tree.find(kennung));
@@ -309,8 +303,8 @@ void OperationalMode::setExclusive(const QString &kennung, bool exclusive)
 void OperationalMode::setSchedule(const QString &kennung, const ExclusiveSchedule &schedule)
 {
     if (cStation *station = m_stations.Item(kennung)) {
-        m_schedules.insert(kennung, schedule);
-        evaluate(*station, WallMinute::of(m_services.environment.now()).plus(-WallMinute::minutesOfAWeek));
+        m_scheduler.setSchedule(kennung, schedule);
+        m_scheduler.switchToPresentState(*station);
         keep(kennung);
         showStatus(*station);
     }
@@ -321,7 +315,7 @@ StationAttributes OperationalMode::attributes(const QString &kennung) const
     const cStation *station = m_stations.Item(kennung);
     return station == nullptr
                ? StationAttributes()
-               : StationAttributes{station->exclusiveMode(), m_schedules.value(kennung),
+               : StationAttributes{station->exclusiveMode(), m_scheduler.schedule(kennung),
                                    station->hostAddress(), station->online() || m_lent.contains(kennung)};
 }
 
@@ -393,40 +387,16 @@ bool OperationalMode::answersLater(const QString &kennung)
     if (!std::exchange(m_isAlarm, false) || !m_journal || m_journal->isFailing()) {
         return false;
     }
-    m_unanswered.push_back({m_journal->taken(), kennung});
-    if (!m_longestWait->isRunning()) {
-        m_longestWait->start(longestWaitForDisk, [this] { answerAll(); });
-    }
+    m_answers.add(kennung, m_journal->taken());
     return true;
 }
 
 void OperationalMode::answerKept()
 {
-    if (!m_journal || m_journal->isFailing()) {
-        answerAll();
-        return;
-    }
-    m_longestWait->stop();
-    const quint64 kept = m_journal->kept();
-    while (!m_unanswered.empty() && m_unanswered.front().change <= kept) {
-        const QString kennung = m_unanswered.front().kennung;
-        m_unanswered.pop_front();
-        if (cStation *station = m_stations.Item(kennung)) {
-            station->answer();
-        }
-    }
-    if (!m_unanswered.empty()) {
-        m_longestWait->start(longestWaitForDisk, [this] { answerAll(); });
-    }
-}
-
-void OperationalMode::answerAll()
-{
-    m_longestWait->stop();
-    for (const Unanswered &unanswered : std::exchange(m_unanswered, {})) {
-        if (cStation *station = m_stations.Item(unanswered.kennung)) {
-            station->answer();
-        }
+    if (m_journal && !m_journal->isFailing()) {
+        m_answers.answerUpTo(m_journal->kept());
+    } else {
+        m_answers.answerAll();
     }
 }
 
@@ -510,8 +480,7 @@ void OperationalMode::removeAll()
 {
     m_isOpen = false;
     m_minute->stop();
-    m_longestWait->stop();
-    m_unanswered.clear();
+    m_answers.clear();
     QStringList keys;
     m_stations.forEach([&keys](const cStation &station) { keys.prepend(station.kennung()); });
     for (const QString &kennung : keys) {
@@ -526,7 +495,7 @@ void OperationalMode::clearTree()
     while (m_tree.rowCount() > 0) {
         m_tree.remove(m_tree.index(m_tree.rowCount() - 1, 0));
     }
-    m_schedules.clear();
+    m_scheduler.clear();
     m_lent.clear();
 }
 
@@ -550,39 +519,14 @@ Status OperationalMode::acknowledge(const QModelIndexList &entries)
     return Status::done();
 }
 
-void OperationalMode::evaluate(cStation &station, WallMinute from)
-{
-    const WallMinute now = WallMinute::of(m_services.environment.now());
-    if (const auto exclusive = switchedTo(m_schedules.value(station.kennung()), from, now)) {
-        station.setExclusiveMode(*exclusive);
-    }
-}
-
-void OperationalMode::evaluateAll()
-{
-    const WallMinute now = WallMinute::of(m_services.environment.now());
-    if (*m_evaluateFrom > now) {
-        if (*m_evaluateFrom <= now.plus(longestSetBack)) { // no switch point acts twice
-            return;
-        }
-        m_evaluateFrom = now;
-    }
-    m_stations.forEach([&](cStation &station) {
-        const bool before = station.exclusiveMode();
-        evaluate(station, *m_evaluateFrom);
-        if (station.exclusiveMode() != before) {
-            keep(station.kennung());
-            showStatus(station);
-        }
-    });
-    m_evaluateFrom = now.plus(1);
-}
-
 void OperationalMode::awaitNextMinute()
 {
     const Milliseconds time(m_services.environment.now().time().msecsSinceStartOfDay());
     m_minute->start(aMinute - time % aMinute, [this] {
-        evaluateAll();
+        m_scheduler.evaluate([this](const cStation &station) {
+            keep(station.kennung());
+            showStatus(station);
+        });
         if (m_keeper) {
             m_keeper->check();
         }

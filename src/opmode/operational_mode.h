@@ -1,14 +1,12 @@
 #pragma once
 
+#include "opmode/delayed_answers.h"
+#include "opmode/exclusive_scheduler.h"
 #include "opmode/keeping/nodes_keeper.h"
 #include "opmode/station/value_trends.h"
-#include "opmode/stations.h"
-#include "platform/environment.h"
 #include "platform/file_lock.h"
 
 #include <QSet>
-
-#include <deque>
 
 namespace ktr {
 
@@ -94,7 +92,7 @@ public:
     void setExclusive(const QString &kennung, bool exclusive);
     /// Also puts the station into the state that the schedule would have given it by now.
     void setSchedule(const QString &kennung, const ExclusiveSchedule &schedule);
-    ExclusiveSchedule schedule(const QString &kennung) const { return m_schedules.value(kennung); }
+    ExclusiveSchedule schedule(const QString &kennung) const { return m_scheduler.schedule(kennung); }
     StationAttributes attributes(const QString &kennung) const;
 
     /// Asks a station for all input values. False when it has a text to deliver already.
@@ -128,14 +126,11 @@ private:
     void takeChange(const QString &kennung, StationChange what);
     bool answersLater(const QString &kennung);
     void answerKept();
-    void answerAll();
     Status takeLock(Use use);
     Status load(Use use, QHash<QString, StationAttributes> &attributes);
     void tellDefect(const QString &defect);
     void replay(StationTreeLoader &tree, QHash<QString, StationAttributes> &attributes);
     void createStations(const QHash<QString, StationAttributes> &attributes);
-    void evaluate(cStation &station, WallMinute from);
-    void evaluateAll();
     void awaitNextMinute();
     void showStatus(const cStation &station);
     void keep(const QString &kennung);
@@ -148,10 +143,10 @@ private:
     StationTree m_tree;
     ValueTrends m_trends;
     cStations m_stations;
-    QHash<QString, ExclusiveSchedule> m_schedules;
+    ExclusiveScheduler m_scheduler;
+    DelayedAnswers m_answers;
     QSet<QString> m_lent;
     std::unique_ptr<OneShotTimer> m_minute;
-    std::optional<WallMinute> m_evaluateFrom;
     QString m_path;
     FileLock m_lock;
     Hindrance m_hindrance = Hindrance::None;
@@ -161,15 +156,6 @@ private:
     std::optional<NodesJournal> m_journal; ///< when changes are kept
     std::optional<NodesKeeper> m_keeper;   ///< with the journal
     bool m_isOpen = false;
-
-    /// Stations whose modules wait for the answer to an alarm until the journal has that change.
-    struct Unanswered
-    {
-        quint64 change;
-        QString kennung;
-    };
-    std::deque<Unanswered> m_unanswered;
-    std::unique_ptr<OneShotTimer> m_longestWait;
     bool m_isAlarm = false; ///< the text that a station said last
 };
 

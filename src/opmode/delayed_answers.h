@@ -1,0 +1,41 @@
+#pragma once
+
+#include "opmode/stations.h"
+#include "platform/timers.h"
+
+#include <deque>
+
+namespace ktr {
+
+/// The "OK"s that modules wait for. A module forgets an alarm once it has its "OK": it gets it when the
+/// journal has the alarm on the disk, or when the disk takes too long.
+class DelayedAnswers
+{
+public:
+    /// A module does not wait longer than that for a slow disk.
+    static constexpr Milliseconds longestWait{250};
+
+    DelayedAnswers(const cStations &stations, Timers &timers);
+
+    /// A station's module is answered when the journal has so many changes on the disk.
+    void add(const QString &kennung, quint64 changes);
+    /// The journal has so many changes on the disk.
+    void answerUpTo(quint64 changes);
+    void answerAll();
+    /// Answers nobody.
+    void clear();
+
+private:
+    struct Waiting
+    {
+        QString kennung;
+        quint64 changes;
+    };
+    void answer(const QString &kennung) const;
+
+    const cStations &m_stations;
+    std::deque<Waiting> m_waiting; ///< in the order of their changes
+    std::unique_ptr<OneShotTimer> m_longestWait;
+};
+
+} // namespace ktr
