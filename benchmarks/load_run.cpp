@@ -185,7 +185,7 @@ int wrongNodes(const QString &path, const NumberedModules &modules, const Option
     }
     QByteArray document;
     int wrong = 0;
-    const auto take = [&](const NodeElement &node) {
+    const auto take = [&](const StoredNode &node) {
         const auto found = expected.constFind(QString::fromUtf8(node.key.data(), qsizetype(node.key.size())));
         if (found != expected.cend()) {
             const QString text = QString::fromUtf8(node.text.data(), qsizetype(node.text.size()));

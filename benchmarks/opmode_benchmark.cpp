@@ -89,7 +89,7 @@ void readingAMillionEntriesBesideTheParserAlone(benchmark::State &state)
         std::optional<StationTreeLoader> loader(std::in_place, tree);
         QStringList remarks;
         const Status read = readNodes(
-            document(), remarks, [&loader](const NodeElement &element) { loader->load(element); },
+            document(), remarks, [&loader](const StoredNode &element) { loader->load(element); },
             [&loader](std::size_t nodes, std::size_t bytes) { loader->reserve(nodes, bytes); });
         loader.reset();
         if (!read) {

@@ -86,7 +86,7 @@ void replay(const std::vector<NodeChange> &changes)
     const QByteArray written = writeNodes(tree.nodes(), [](const QString &) { return StationAttributes(); });
     std::size_t nodes = 0;
     QStringList remarks;
-    const Status read = readNodes(written, remarks, [&nodes](const NodeElement &) { ++nodes; });
+    const Status read = readNodes(written, remarks, [&nodes](const StoredNode &) { ++nodes; });
     fuzz::require(read && remarks.isEmpty() && nodes == tree.nodes().count(), "the tree can be saved");
 }
 

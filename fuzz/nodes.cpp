@@ -26,7 +26,7 @@ std::optional<std::vector<Node>> nodesOf(const QByteArray &document)
 {
     std::vector<Node> nodes;
     QStringList remarks;
-    const Status read = readNodes(document, remarks, [&nodes](const NodeElement &element) {
+    const Status read = readNodes(document, remarks, [&nodes](const StoredNode &element) {
         nodes.push_back({std::string(element.key), std::string(element.text), element.colour,
                          element.station != nullptr ? std::optional(*element.station) : std::nullopt});
     });

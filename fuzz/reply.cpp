@@ -4,7 +4,7 @@
 #include "link/history_export.h"
 #include "link/reply_interpreter.h"
 #include "opmode/station/station_messages.h"
-#include "opmode/tree/history_entry.h"
+#include "opmode/tree/history_entry_text.h"
 #include "platform/overloaded.h"
 #include "platform/text_rules.h"
 #include "support/require.h"
@@ -21,7 +21,7 @@ void checkLine(const ArchiveLine &line, QStringView fields)
     QString rest = line.key;
     for (const ArchiveRecord &record : line.records) {
         const QString text = (record.stamp.isEmpty() ? QStringLiteral("?") : record.stamp) + u" : IP1 = 0";
-        fuzz::require(historyEntry(text).has_value(), "a record's time can be read");
+        fuzz::require(splitHistoryEntry(text).has_value(), "a record's time can be read");
         fuzz::require(!record.stamp.isEmpty() || !line.badTime.isEmpty(), "a time that is lost is told");
         fuzz::require(!record.second.contains(u'.'), "a value has a decimal comma");
         rest += record.first + record.second;

@@ -96,7 +96,7 @@ public:
             m_mode.tree().nodes(), [this](const QString &kennung) { return m_mode.attributes(kennung); });
         std::size_t nodes = 0;
         QStringList remarks;
-        const Status read = readNodes(written, remarks, [&nodes](const NodeElement &) { ++nodes; });
+        const Status read = readNodes(written, remarks, [&nodes](const StoredNode &) { ++nodes; });
         fuzz::require(read && remarks.isEmpty(), "nodes that were written can be read");
         fuzz::require(nodes == m_mode.tree().nodes().count(), "all nodes are written");
     }

@@ -1,7 +1,6 @@
 // Any text as a list of stations: what can be made of it are stations of different names.
 
-#include "opmode/lists/station_list.h"
-
+#include "opmode/lists/station_import.h"
 #include "support/require.h"
 
 #include <QSet>
@@ -11,12 +10,12 @@ using namespace ktr;
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QString text = QString::fromUtf8(QByteArrayView(data, static_cast<qsizetype>(size)));
-    const StationList list = readStationList(
+    const StationImport list = readStationImport(
         text, [](const QString &name) { return name == u"Taken" ? QStringLiteral("Taken (1)") : name; });
     QSet<QString> names;
     int usable = 0;
     int before = 0;
-    for (const ListedStation &station : list.lines) {
+    for (const StationImportLine &station : list.lines) {
         fuzz::require(station.line > before, "the lines are in order");
         before = station.line;
         if (station.isUsable) {

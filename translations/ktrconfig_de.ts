@@ -787,7 +787,7 @@
     </message>
 </context>
 <context>
-    <name>StationList</name>
+    <name>StationImport</name>
     <message>
         <source>There is no name</source>
         <translation>Der Name fehlt</translation>

@@ -26,7 +26,7 @@ ListLoader::ListLoader(NodesFile &file, StationTreeLoader &tree) : m_file(file),
 Status ListLoader::load()
 {
     Status loaded =
-        m_file.load([this](const NodeElement &element) { return load(element); },
+        m_file.load([this](const StoredNode &element) { return load(element); },
                     [this](std::size_t nodes, std::size_t bytes) { m_tree.reserve(nodes, bytes); });
     if (!m_rebuilt.isEmpty()) {
         m_defects += QCoreApplication::translate(
@@ -43,7 +43,7 @@ Status ListLoader::load()
     return loaded;
 }
 
-bool ListLoader::load(const NodeElement &element)
+bool ListLoader::load(const StoredNode &element)
 {
     if (element.station != nullptr) {
         return loadStation(element);
@@ -52,7 +52,7 @@ bool ListLoader::load(const NodeElement &element)
            (rebuild(stationOfBranch(element.key)) && m_tree.load(element.key, element.text, element.colour));
 }
 
-bool ListLoader::loadStation(const NodeElement &element)
+bool ListLoader::loadStation(const StoredNode &element)
 {
     const QString name = textOf(element.text);
     const bool isSecond = m_attributes.contains(name) && !m_rebuilt.contains(name);

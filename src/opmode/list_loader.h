@@ -23,8 +23,8 @@ public:
     const QStringList &defects() const { return m_defects; }
 
 private:
-    bool load(const NodeElement &element);
-    bool loadStation(const NodeElement &element);
+    bool load(const StoredNode &element);
+    bool loadStation(const StoredNode &element);
     bool rebuild(std::string_view name);
 
     NodesFile &m_file;

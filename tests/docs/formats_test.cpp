@@ -7,7 +7,7 @@
 #include "opmode/keeping/nodes_journal.h"
 #include "opmode/keeping/notification_times.h"
 #include "opmode/lists/nodes_export.h"
-#include "opmode/lists/station_list.h"
+#include "opmode/lists/station_import.h"
 #include "opmode/station/station.h"
 #include "platform/file_lock.h"
 #include "platform/profile_file.h"
@@ -134,7 +134,7 @@ private Q_SLOTS:
         QStringList remarks;
         QStringList keys;
         QVERIFY(
-            readNodes(QByteArray(all[u"nodes"_s]).replace("...", ""), remarks, [&](const NodeElement &node) {
+            readNodes(QByteArray(all[u"nodes"_s]).replace("...", ""), remarks, [&](const StoredNode &node) {
                 keys += QString::fromStdString(std::string(node.key));
                 QVERIFY(node.station == nullptr || *node.station == attributes);
             }));
@@ -154,8 +154,8 @@ private Q_SLOTS:
 
         QStringList stations;
         const QString list = QString::fromUtf8(m_excerpts.take(u"stations"_s));
-        for (const ListedStation &station :
-             readStationList(list, [](const QString &name) { return name; }).lines) {
+        for (const StationImportLine &station :
+             readStationImport(list, [](const QString &name) { return name; }).lines) {
             stations += station.name + u'@' + station.address + (station.isUsable ? u""_s : u"?"_s);
         }
         QCOMPARE(stations.join(u' '), u"Mühle@192.168.1.20 Pump; 2@pump2.example.org:49112 Spare@"_s);

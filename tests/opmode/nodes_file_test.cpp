@@ -27,7 +27,7 @@ struct Read
 Read read(const QByteArray &document)
 {
     Read result;
-    result.failure = readNodes(document, result.remarks, [&result](const NodeElement &element) {
+    result.failure = readNodes(document, result.remarks, [&result](const StoredNode &element) {
                          result.nodes += QStringLiteral("%1|%2|%3")
                                              .arg(QString::fromStdString(std::string(element.key)),
                                                   QString::fromStdString(std::string(element.text)))
@@ -71,7 +71,7 @@ private Q_SLOTS:
         QList<StationAttributes> stations;
         std::optional<StationTreeLoader> loader(std::in_place, again);
         QStringList remarks;
-        QVERIFY(readNodes(document, remarks, [&](const NodeElement &element) {
+        QVERIFY(readNodes(document, remarks, [&](const StoredNode &element) {
             QVERIFY(loader->load(element.key, element.text, element.colour));
             if (element.station != nullptr) {
                 stations += *element.station;
@@ -255,7 +255,7 @@ private Q_SLOTS:
             std::optional<StationTreeLoader> loader(std::in_place, again);
             QStringList remarks;
             const bool read =
-                readNodes(document, remarks, [&](const NodeElement &element) { loader->load(element); }) &&
+                readNodes(document, remarks, [&](const StoredNode &element) { loader->load(element); }) &&
                 bool(NotificationTimes(path).load(*loader)) == sound;
             loader.reset();
             const QModelIndex entry = again.find(QLatin1String(key));
@@ -312,8 +312,8 @@ private Q_SLOTS:
     void whatCouldNotBeReadIsKeptAside()
     {
         const QString path = m_folder->filePath("nodes.xml");
-        const auto all = [](const NodeElement &) { return true; };
-        const auto none = [](const NodeElement &) { return false; };
+        const auto all = [](const StoredNode &) { return true; };
+        const auto none = [](const StoredNode &) { return false; };
         NodesFile file(path);
         QVERIFY(file.load(all)); // no file
         QVERIFY(file.save("<KTR/>"));
@@ -327,7 +327,7 @@ private Q_SLOTS:
         QVERIFY(file.checksum() != checksum("torn") && file.checksum() != checksum({}));
         QVERIFY(file.save("<KTR><a key='a'/><a key='b'/></KTR>"));
         QVERIFY(!file.load(none)); // of no use, as a torn one
-        const auto first = [](const NodeElement &element) { return element.key == "a"; };
+        const auto first = [](const StoredNode &element) { return element.key == "a"; };
         QVERIFY(file.load(first) && file.remarks().join(u' ').contains("(b)")); // not lost either
         QVERIFY(file.save("<KTR/>"));
         QVERIFY(file.save("<KTR/>"));

@@ -12,7 +12,7 @@
 
 namespace ktr {
 
-Status NodesFile::load(const std::function<bool(const NodeElement &)> &take,
+Status NodesFile::load(const std::function<bool(const StoredNode &)> &take,
                        const std::function<void(std::size_t nodes, std::size_t bytes)> &expect)
 {
     m_checksum = ktr::checksum({});
@@ -34,7 +34,7 @@ Status NodesFile::load(const std::function<bool(const NodeElement &)> &take,
     StationNames ofLeftOut;
     Status read = readNodes(
         document, m_remarks,
-        [&](const NodeElement &element) {
+        [&](const StoredNode &element) {
             if (take(element)) {
                 ++taken;
             } else {

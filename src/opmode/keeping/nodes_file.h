@@ -1,7 +1,7 @@
 #pragma once
 
-#include "opmode/tree/node_element.h"
 #include "opmode/tree/node_store.h"
+#include "opmode/tree/stored_node.h"
 #include "platform/status.h"
 
 #include <QByteArray>
@@ -16,7 +16,7 @@ namespace ktr {
 /// Numbers and truth values that cannot be read take their value of a new station. `expect` is told before
 /// how many nodes there are, and about how many bytes their names and texts have.
 Status readNodes(const QByteArray &document, QStringList &remarks,
-                 const std::function<void(const NodeElement &)> &take,
+                 const std::function<void(const StoredNode &)> &take,
                  const std::function<void(std::size_t nodes, std::size_t bytes)> &expect = {});
 
 /// The document of all nodes in the order of their creation. The key of a station, and with it the keys
@@ -35,7 +35,7 @@ public:
     /// Reads the file; one that does not exist gives no nodes. `take` gives false for a node that has no
     /// place; a file with nodes of which none has one is a failure. After a failure, or when not all of it
     /// could be used, the file is kept aside before it is replaced.
-    Status load(const std::function<bool(const NodeElement &)> &take,
+    Status load(const std::function<bool(const StoredNode &)> &take,
                 const std::function<void(std::size_t nodes, std::size_t bytes)> &expect = {});
     /// What of the file that was loaded could not be used; before its first node is taken, how the document
     /// was damaged.

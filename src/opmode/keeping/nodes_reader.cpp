@@ -1,8 +1,8 @@
 #include "config/xml_document.h"
-#include "opmode/keeping/damaged_nodes.h"
-#include "opmode/keeping/node_records.h"
+#include "opmode/keeping/damaged_nodes_reader.h"
 #include "opmode/keeping/nodes_file.h"
-#include "opmode/keeping/plain_nodes.h"
+#include "opmode/keeping/parsed_nodes.h"
+#include "opmode/keeping/plain_nodes_reader.h"
 #include "opmode/keeping/station_names.h"
 #include "platform/text_rules.h"
 
@@ -105,7 +105,7 @@ bool takeAttributes(const pugi::xml_node &element, NodeAttributeValues &values)
 }
 
 /// The elements, when the document is sound: one element `KTR` whose elements hold no others.
-Status takeElements(const pugi::xml_document &document, NodeRecords &records)
+Status takeElements(const pugi::xml_document &document, ParsedNodes &nodes)
 {
     pugi::xml_node root;
     for (const pugi::xml_node &node : document.children()) {
@@ -137,7 +137,7 @@ Status takeElements(const pugi::xml_document &document, NodeRecords &records)
                 translated(QT_TRANSLATE_NOOP("Files", "there is text between the elements")));
         }
         if (element.type() == pugi::node_element) {
-            records.add(values);
+            nodes.add(values);
         }
     }
     return Status::done();
@@ -156,9 +156,9 @@ bool takeLoneElement(pugi::xml_document &parsed, const std::string &element, Nod
            takeAttributes(parsed.first_child(), values);
 }
 
-/// Any document. What the records refer to is kept in `utf8`.
+/// Any document. What the nodes refer to is kept in `utf8`.
 Status parseNodes(const QByteArray &document, QByteArray &utf8, pugi::xml_document &parsed,
-                  NodeRecords &records, QStringList &remarks)
+                  ParsedNodes &nodes, QStringList &remarks)
 {
     if (Status decoded = xmlToUtf8(document, utf8); !decoded) {
         return decoded;
@@ -179,54 +179,54 @@ Status parseNodes(const QByteArray &document, QByteArray &utf8, pugi::xml_docume
         remarks += translated(
             QT_TRANSLATE_NOOP("Files", "an \"&\" or \"<\" that stands for itself was taken as text"));
     }
-    return takeElements(parsed, records);
+    return takeElements(parsed, nodes);
 }
 
 } // namespace
 
 Status readNodes(const QByteArray &document, QStringList &remarks,
-                 const std::function<void(const NodeElement &)> &take,
+                 const std::function<void(const StoredNode &)> &take,
                  const std::function<void(std::size_t nodes, std::size_t bytes)> &expect)
 {
     const std::string_view bytes(document.constData(), static_cast<std::size_t>(document.size()));
-    NodeRecords records;
-    PlainNodes plain;
+    ParsedNodes nodes;
+    PlainNodesReader plain;
     QByteArray utf8;
     pugi::xml_document parsed;
-    DamagedNodes damaged([&parsed](const std::string &element, NodeAttributeValues &values) {
+    DamagedNodesReader damaged([&parsed](const std::string &element, NodeAttributeValues &values) {
         return takeLoneElement(parsed, element, values);
     });
-    if (!plain.read(bytes, records)) {
-        records = {};
-        if (Status read = parseNodes(document, utf8, parsed, records, remarks); !read) {
-            records = {};
+    if (!plain.read(bytes, nodes)) {
+        nodes = {};
+        if (Status read = parseNodes(document, utf8, parsed, nodes, remarks); !read) {
+            nodes = {};
             // The parser changed what it read; and what is no text at all is read byte by byte.
             if (!xmlToUtf8(document, utf8) && utf8.isEmpty() && isMeantAsUtf8(document)) {
                 utf8 = document;
             }
-            if (!damaged.read({utf8.constData(), static_cast<std::size_t>(utf8.size())}, records)) {
+            if (!damaged.read({utf8.constData(), static_cast<std::size_t>(utf8.size())}, nodes)) {
                 return read;
             }
             remarks = damaged.remarks();
         }
     }
-    if (!records.unreadable().empty()) {
+    if (!nodes.unreadable().empty()) {
         StationNames stations;
-        std::ranges::for_each(records.unreadable(), [&](std::string_view key) { stations.add(key); });
+        std::ranges::for_each(nodes.unreadable(), [&](std::string_view key) { stations.add(key); });
         remarks +=
             translated(QT_TRANSLATE_NOOP(
                            "Files", "nodes with a value that cannot be read, which was left out: %1 (%2)"))
-                .arg(QString::number(records.unreadable().size()), stations.text());
+                .arg(QString::number(nodes.unreadable().size()), stations.text());
     }
     if (expect) {
-        expect(records.nodes().size(), records.bytes());
+        expect(nodes.nodes().size(), nodes.bytes());
     }
-    const NodeRecords::Records &nodes = records.nodes();
-    auto station = records.stations().cbegin();
-    for (std::size_t at = 0; at < nodes.size(); ++at) {
-        const NodeRecords::Record &record = nodes[at];
-        take({record.key, record.text, record.colour, record.isStation ? &*station++ : nullptr,
-              at + nodesAhead < nodes.size() ? nodes[at + nodesAhead].key : std::string_view()});
+    const ParsedNodes::Nodes &all = nodes.nodes();
+    auto station = nodes.stations().cbegin();
+    for (std::size_t at = 0; at < all.size(); ++at) {
+        const ParsedNodes::Node &node = all[at];
+        take({node.key, node.text, node.colour, node.isStation ? &*station++ : nullptr,
+              at + nodesAhead < all.size() ? all[at + nodesAhead].key : std::string_view()});
     }
     return Status::done();
 }

@@ -1,6 +1,6 @@
 #include "opmode/lists/export_entries.h"
 
-#include "opmode/tree/history_entry.h"
+#include "opmode/tree/history_entry_text.h"
 #include "opmode/tree/station_tree.h"
 #include "platform/module_minutes.h"
 
@@ -85,7 +85,7 @@ bool ExportEntries::isChosen(const QModelIndex &entry, const QString &text)
     }
     std::optional<qint64> time;
     if (isHistory) {
-        const std::optional<HistoryEntry> read = historyEntry(text);
+        const std::optional<HistoryEntryText> read = splitHistoryEntry(text);
         time = read ? read->minute : std::nullopt;
     } else if (const qint64 at = entry.data(StationTree::ReceivedRole).toLongLong(); at != 0) {
         time = at;

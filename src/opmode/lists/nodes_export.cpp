@@ -1,7 +1,7 @@
 #include "opmode/lists/nodes_export.h"
 
 #include "opmode/station/station_messages.h"
-#include "opmode/tree/history_entry.h"
+#include "opmode/tree/history_entry_text.h"
 #include "opmode/tree/station_tree.h"
 #include "platform/csv.h"
 #include "platform/text_rules.h"
@@ -88,7 +88,7 @@ QString valueText(QStringView value)
 
 QString historyLine(const ExportEntry &entry)
 {
-    const std::optional<HistoryEntry> read = historyEntry(entry.text);
+    const std::optional<HistoryEntryText> read = splitHistoryEntry(entry.text);
     if (!read) {
         return line({entry.station, {}, {}, {}, entry.text});
     }

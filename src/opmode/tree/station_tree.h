@@ -3,9 +3,9 @@
 #include "config/channels.h"
 #include "link/udp_pair.h"
 #include "opmode/station/station_messages.h"
-#include "opmode/tree/node_element.h"
 #include "opmode/tree/saved_keys.h"
 #include "opmode/tree/station_nodes.h"
+#include "opmode/tree/stored_node.h"
 
 #include <QAbstractItemModel>
 #include <QDateTime>

@@ -19,7 +19,7 @@ std::optional<NodeStore::Place> StationTreeLoader::rememberedPlace(std::string_v
     return found ? std::optional(nodes().place(found->parent, found->name)) : std::nullopt;
 }
 
-bool StationTreeLoader::load(const NodeElement &element)
+bool StationTreeLoader::load(const StoredNode &element)
 {
     Announced &announced = m_announced[m_nextAnnounced];
     m_nextAnnounced = (m_nextAnnounced + 1) % m_announced.size();

@@ -18,7 +18,7 @@ public:
 
     /// Adds a node of a file: a station, the text of a node that is there, or a new entry. Gives false when
     /// it has no place.
-    bool load(const NodeElement &element);
+    bool load(const StoredNode &element);
     bool load(std::string_view key, std::string_view text, std::int32_t colour);
     /// Makes room for that many nodes, whose names and texts have about that many bytes, at once.
     void reserve(std::size_t nodes, std::size_t bytes) { m_nodes.reserve(nodes, bytes); }

@@ -3,7 +3,7 @@
 #include "lang/text_table.h"
 #include "look/icons.h"
 #include "look/problem_label.h"
-#include "opmode/lists/station_list.h"
+#include "opmode/lists/station_import.h"
 #include "opmode/operational_mode.h"
 #include "opmode/window/station_list_model.h"
 
@@ -102,7 +102,7 @@ QWidget *AddStationsDialog::listSide()
     auto *file = new QPushButton(icon(IconName::Open), tr("Read from a file"), side);
     file->setObjectName(QStringLiteral("Cmd_stationen_file"));
     file->setAutoDefault(false);
-    file->setToolTip(tr("A CSV or text file with at most %1 lines").arg(StationList::mostLines));
+    file->setToolTip(tr("A CSV or text file with at most %1 lines").arg(StationImport::mostLines));
     connect(file, &QPushButton::clicked, this, &AddStationsDialog::readFile);
 
     auto *lines = new QVBoxLayout(side);
@@ -155,7 +155,7 @@ void AddStationsDialog::readFile()
         return;
     }
     QString text;
-    const Status read = readStationFile(path, text);
+    const Status read = readStationImportFile(path, text);
     m_problem->tell(read.message());
     if (!read) {
         Q_EMIT told(read.message());
@@ -169,15 +169,16 @@ void AddStationsDialog::readFile()
 void AddStationsDialog::preview()
 {
     m_preview->stop();
-    m_model->show(readStationList(m_text->toPlainText(),
-                                  [this](const QString &name) { return m_mode.tree().freeName(name); }));
-    const StationList &list = m_model->list();
+    m_model->show(readStationImport(m_text->toPlainText(),
+                                    [this](const QString &name) { return m_mode.tree().freeName(name); }));
+    const StationImport &list = m_model->list();
     const auto leftOut = static_cast<int>(list.lines.size()) - list.usable;
     m_count->setText(tr("Stations to be added: %1; lines left out: %2")
                          .arg(locale().toString(list.usable), locale().toString(leftOut)));
     m_problem->tell(
-        list.isCut ? tr("Only the first %1 stations are read").arg(locale().toString(StationList::mostLines))
-                   : QString());
+        list.isCut
+            ? tr("Only the first %1 stations are read").arg(locale().toString(StationImport::mostLines))
+            : QString());
     m_add->setEnabled(list.usable > 0);
 }
 
@@ -185,8 +186,8 @@ void AddStationsDialog::add()
 {
     preview(); // typed a moment ago
     int added = 0;
-    const StationList &list = m_model->list();
-    for (const ListedStation &station : list.lines) {
+    const StationImport &list = m_model->list();
+    for (const StationImportLine &station : list.lines) {
         const QString kennung =
             station.isUsable ? m_mode.addStation(station.name, station.address) : QString();
         added += kennung.isEmpty() ? 0 : 1;

@@ -7,7 +7,7 @@
 
 namespace ktr {
 
-void StationListModel::show(StationList list)
+void StationListModel::show(StationImport list)
 {
     beginResetModel();
     m_list = std::move(list);
@@ -29,7 +29,7 @@ QVariant StationListModel::data(const QModelIndex &index, int role) const
     if (!index.isValid()) {
         return {};
     }
-    const ListedStation &station = m_list.lines[index.row()];
+    const StationImportLine &station = m_list.lines[index.row()];
     if (role == Qt::DisplayRole || role == Qt::ToolTipRole) {
         return index.column() == Name      ? station.name
                : index.column() == Address ? station.address

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/lists/station_list.h"
+#include "opmode/lists/station_import.h"
 
 #include <QAbstractTableModel>
 
@@ -16,8 +16,8 @@ public:
 
     using QAbstractTableModel::QAbstractTableModel;
 
-    void show(StationList list);
-    const StationList &list() const { return m_list; }
+    void show(StationImport list);
+    const StationImport &list() const { return m_list; }
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -25,7 +25,7 @@ public:
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
 private:
-    StationList m_list;
+    StationImport m_list;
 };
 
 } // namespace ktr

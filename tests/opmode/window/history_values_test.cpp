@@ -1,6 +1,6 @@
 #include "look/palettes.h"
 #include "look/style.h"
-#include "opmode/tree/history_entry.h"
+#include "opmode/tree/history_entry_text.h"
 #include "opmode/window/history/history_page.h"
 #include "opmode/window/history/history_plot.h"
 #include "opmode/window/values_page.h"
@@ -103,7 +103,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, text);
         QFETCH(int, minute);
-        const auto entry = historyEntry(text);
+        const auto entry = splitHistoryEntry(text);
         QCOMPARE(entry.has_value(), minute != -2);
         if (entry) {
             QCOMPARE(entry->minute.value_or(-1), minute);

@@ -62,7 +62,7 @@ void HistoryModel::read(int end)
     for (int row = static_cast<int>(m_records.size()); row < end; ++row) {
         const QString text = m_tree.index(row, 0, m_branch).data().toString();
         HistoryPoint record{0, m_records.empty() ? 0 : m_records.back().minute, 0, false, false};
-        if (const auto entry = historyEntry(text)) {
+        if (const auto entry = splitHistoryEntry(text)) {
             const std::optional<double> number = toNumber(entry->value);
             record = {number.value_or(0), entry->minute.value_or(record.minute),
                       static_cast<quint16>(entry->input), entry->minute.has_value(), number.has_value()};
@@ -184,7 +184,7 @@ QVariant HistoryModel::data(const QModelIndex &index, int role) const
         return {};
     }
     const QString text = textOf(number);
-    const auto entry = historyEntry(text);
+    const auto entry = splitHistoryEntry(text);
     if (role == WholeLineRole) {
         return !entry;
     }

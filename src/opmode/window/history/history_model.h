@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/tree/history_entry.h"
+#include "opmode/tree/history_entry_text.h"
 #include "opmode/tree/station_tree.h"
 
 #include <QAbstractTableModel>

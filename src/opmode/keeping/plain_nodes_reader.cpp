@@ -1,4 +1,4 @@
-#include "opmode/keeping/plain_nodes.h"
+#include "opmode/keeping/plain_nodes_reader.h"
 
 #include <QUtf8StringView>
 #include <QtEndian>
@@ -58,7 +58,7 @@ constexpr std::array<std::pair<std::string_view, char>, 6> references = {
 } // namespace
 
 /// Always in line, so that a literal's length is known where it is compared.
-[[gnu::always_inline]] inline bool PlainNodes::takeLiteral(std::string_view literal)
+[[gnu::always_inline]] inline bool PlainNodesReader::takeLiteral(std::string_view literal)
 {
     const bool found = static_cast<std::size_t>(m_end - m_at) >= literal.size() &&
                        std::memcmp(m_at, literal.data(), literal.size()) == 0;
@@ -66,23 +66,23 @@ constexpr std::array<std::pair<std::string_view, char>, 6> references = {
     return found;
 }
 
-bool PlainNodes::read(std::string_view document, NodeRecords &records)
+bool PlainNodesReader::read(std::string_view document, ParsedNodes &nodes)
 {
     m_at = document.data();
     m_end = m_at + document.size();
     if (!takeLiteral("<KTR>")) {
         return false;
     }
-    records.reserve(document.size());
+    nodes.reserve(document.size());
     while (takeLiteral("<item")) {
-        if (!takeElement(records)) {
+        if (!takeElement(nodes)) {
             return false;
         }
     }
     return takeLiteral("</KTR>") && m_at == m_end;
 }
 
-bool PlainNodes::takeElement(NodeRecords &records)
+bool PlainNodesReader::takeElement(ParsedNodes &nodes)
 {
     while (m_at != m_end && *m_at >= '0' && *m_at <= '9') {
         ++m_at;
@@ -95,7 +95,7 @@ bool PlainNodes::takeElement(NodeRecords &records)
                          takeValue(m_values[TextAttribute]) && takeLiteral(" ForeColor=\"") &&
                          takeValue(m_values[ColourAttribute]) && takeLiteral("/>");
     if (isWhole) {
-        records.add(m_values);
+        nodes.add(m_values);
     }
     if (isOfStation) {
         m_values.fill({}); // the other nodes have none of these
@@ -104,7 +104,7 @@ bool PlainNodes::takeElement(NodeRecords &records)
 }
 
 /// What stands before the key of a station alone.
-bool PlainNodes::takeStation()
+bool PlainNodesReader::takeStation()
 {
     for (std::size_t which = 0; which < beginningsOfStations.size(); ++which) {
         if (!takeLiteral(beginningsOfStations[which]) || !takeValue(m_values[which])) {
@@ -114,7 +114,7 @@ bool PlainNodes::takeStation()
     return true;
 }
 
-bool PlainNodes::takeValue(std::string_view &value)
+bool PlainNodesReader::takeValue(std::string_view &value)
 {
     const char *const begin = m_at;
     const char *const at = findSpecial(begin, m_end);
@@ -128,7 +128,7 @@ bool PlainNodes::takeValue(std::string_view &value)
 }
 
 /// A value with references or characters beyond ASCII. Only one with references is copied.
-bool PlainNodes::takeLongWay(const char *begin, std::string_view &value)
+bool PlainNodesReader::takeLongWay(const char *begin, std::string_view &value)
 {
     std::string decoded;
     const char *rest = begin; // what is not decoded yet

@@ -1,4 +1,4 @@
-#include "opmode/keeping/damaged_nodes.h"
+#include "opmode/keeping/damaged_nodes_reader.h"
 
 #include <QCoreApplication>
 
@@ -31,7 +31,7 @@ QString translated(const char *text)
 
 } // namespace
 
-bool DamagedNodes::read(std::string_view document, NodeRecords &records)
+bool DamagedNodesReader::read(std::string_view document, ParsedNodes &nodes)
 {
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     m_text = document.starts_with(byteOrderMark) ? document.substr(byteOrderMark.size()) : document;
@@ -47,12 +47,12 @@ bool DamagedNodes::read(std::string_view document, NodeRecords &records)
     if (m_isForeign || (m_nodes.empty() && (m_lost > 0 || !m_isEnded))) {
         return false;
     }
-    records.reserve(document.size());
-    std::ranges::for_each(m_nodes, [&records](const NodeAttributeValues &values) { records.add(values); });
+    nodes.reserve(document.size());
+    std::ranges::for_each(m_nodes, [&nodes](const NodeAttributeValues &values) { nodes.add(values); });
     return true;
 }
 
-void DamagedNodes::takeMarkup()
+void DamagedNodesReader::takeMarkup()
 {
     const std::string_view rest = m_text.substr(m_at);
     if (rest.starts_with("<!--")) {
@@ -71,7 +71,7 @@ void DamagedNodes::takeMarkup()
     }
 }
 
-void DamagedNodes::skipPast(std::string_view end, std::size_t from)
+void DamagedNodesReader::skipPast(std::string_view end, std::size_t from)
 {
     const bool isMissing = std::ranges::count(m_missing, end) > 0;
     const std::size_t found = isMissing ? std::string_view::npos : m_text.find(end, from);
@@ -87,7 +87,7 @@ void DamagedNodes::skipPast(std::string_view end, std::size_t from)
 }
 
 /// A document type declaration, which may hold others in brackets.
-void DamagedNodes::takeDeclaration()
+void DamagedNodesReader::takeDeclaration()
 {
     m_hasDoctype = true;
     int depth = 0;
@@ -115,7 +115,7 @@ void DamagedNodes::takeDeclaration()
     m_at += 2;
 }
 
-void DamagedNodes::takeText(std::string_view text)
+void DamagedNodesReader::takeText(std::string_view text)
 {
     if (text.find_first_not_of(space) == std::string_view::npos) {
         return;
@@ -127,7 +127,7 @@ void DamagedNodes::takeText(std::string_view text)
     }
 }
 
-void DamagedNodes::takeStartTag()
+void DamagedNodesReader::takeStartTag()
 {
     char quote = 0;
     std::size_t end = m_at + 1;
@@ -164,7 +164,7 @@ void DamagedNodes::takeStartTag()
     m_at = end + 1;
 }
 
-void DamagedNodes::takeElement(std::string_view tag)
+void DamagedNodesReader::takeElement(std::string_view tag)
 {
     const bool hasContent = !tag.ends_with('/');
     std::string element("<");
@@ -187,7 +187,7 @@ void DamagedNodes::takeElement(std::string_view tag)
     }
 }
 
-void DamagedNodes::takeEndTag()
+void DamagedNodesReader::takeEndTag()
 {
     constexpr std::ptrdiff_t deepest = 64; // an end whose beginning is lost is not looked for everywhere
     const std::size_t end = m_text.find_first_of("<>", m_at + 2);
@@ -209,7 +209,7 @@ void DamagedNodes::takeEndTag()
 }
 
 /// Only a document type declaration can have given them a meaning.
-bool DamagedNodes::usesUnknownEntity(std::string_view element) const
+bool DamagedNodesReader::usesUnknownEntity(std::string_view element) const
 {
     for (std::size_t at = element.find('&'); m_hasDoctype && at != std::string_view::npos;
          at = element.find('&', at + 1)) {
@@ -223,7 +223,7 @@ bool DamagedNodes::usesUnknownEntity(std::string_view element) const
     return false;
 }
 
-void DamagedNodes::lose(std::size_t at)
+void DamagedNodesReader::lose(std::size_t at)
 {
     m_firstLost = m_lost++ == 0 ? at : m_firstLost;
     if (!m_nodes.empty()) {
@@ -231,7 +231,7 @@ void DamagedNodes::lose(std::size_t at)
     }
 }
 
-QStringList DamagedNodes::remarks() const
+QStringList DamagedNodesReader::remarks() const
 {
     QStringList remarks;
     if (m_hasDoctype) {

@@ -1,4 +1,4 @@
-#include "opmode/lists/station_list.h"
+#include "opmode/lists/station_import.h"
 #include "opmode/tree/station_tree.h"
 #include "platform/files.h"
 
@@ -7,7 +7,7 @@
 
 using namespace ktr;
 
-class StationListTest : public QObject
+class StationImportTest : public QObject
 {
     Q_OBJECT
 
@@ -47,8 +47,8 @@ private Q_SLOTS:
         StationTree tree({"Notifications", "History", "IP"});
         tree.addStation("old");
         QStringList stations;
-        for (const ListedStation &station :
-             readStationList(text, [&](const QString &name) { return tree.freeName(name); }).lines) {
+        for (const StationImportLine &station :
+             readStationImport(text, [&](const QString &name) { return tree.freeName(name); }).lines) {
             stations += station.isUsable ? QString(station.name + '@' + station.address)
                                          : QString::number(station.line);
             QVERIFY(station.isUsable || !station.remark.isEmpty());
@@ -58,9 +58,9 @@ private Q_SLOTS:
 
     void aListHasItsLimit()
     {
-        const StationList list = readStationList(QString("a\n").repeated(StationList::mostLines + 1),
-                                                 [](const QString &name) { return name; });
-        QCOMPARE(list.lines.size(), StationList::mostLines);
+        const StationImport list = readStationImport(QString("a\n").repeated(StationImport::mostLines + 1),
+                                                     [](const QString &name) { return name; });
+        QCOMPARE(list.lines.size(), StationImport::mostLines);
         QCOMPARE(list.lines.constLast().name, "a (19999)");
         QVERIFY(list.isCut);
     }
@@ -79,10 +79,10 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         QVERIFY(replaceFile(folder.filePath("list.csv"), bytes));
         QString text;
-        QVERIFY(readStationFile(folder.filePath("list.csv"), text));
+        QVERIFY(readStationImportFile(folder.filePath("list.csv"), text));
         QCOMPARE(text, QString::fromUtf8("Öl;hÖ"));
     }
 };
 
-QTEST_GUILESS_MAIN(StationListTest)
-#include "station_list_test.moc"
+QTEST_GUILESS_MAIN(StationImportTest)
+#include "station_import_test.moc"

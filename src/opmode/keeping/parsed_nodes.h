@@ -36,11 +36,12 @@ inline constexpr std::array<std::string_view, NodeAttributes> nodeAttributeNames
                                                                                     "ForeColor"};
 using NodeAttributeValues = std::array<std::string_view, NodeAttributes>;
 
-/// The nodes of a document that is read, before they are handed over. The texts stay where they were found.
-class NodeRecords
+/// What a reader found in a document of nodes, before it is handed over as StoredNodes. The texts stay where
+/// they were found.
+class ParsedNodes
 {
 public:
-    struct Record
+    struct Node
     {
         std::string_view key;
         std::string_view text;
@@ -52,18 +53,16 @@ public:
     void reserve(std::size_t bytes);
     void add(const NodeAttributeValues &values);
 
-    using Records = std::vector<Record, LargePageAllocator<Record>>;
-    const Records &nodes() const { return m_nodes; }
+    using Nodes = std::vector<Node, LargePageAllocator<Node>>;
+    const Nodes &nodes() const { return m_nodes; }
     const std::vector<StationAttributes> &stations() const { return m_stations; } ///< one for each station
     /// Of the nodes with a number or truth value that is none; that of a new station stands in its place.
     const std::vector<std::string_view> &unreadable() const { return m_unreadable; }
-    std::size_t bytes() const
-    {
-        return m_bytes;
-    } ///< of the texts, and the names that differ from them, about
+    /// About how many bytes the texts have, and the names that differ from them.
+    std::size_t bytes() const { return m_bytes; }
 
 private:
-    Records m_nodes;
+    Nodes m_nodes;
     std::vector<StationAttributes> m_stations;
     std::vector<std::string_view> m_unreadable;
     std::size_t m_bytes = 0;

@@ -1,4 +1,4 @@
-#include "opmode/keeping/node_records.h"
+#include "opmode/keeping/parsed_nodes.h"
 
 #include "opmode/tree/node_texts.h"
 #include "opmode/tree/station_tree.h"
@@ -56,13 +56,13 @@ private:
 
 } // namespace
 
-void NodeRecords::reserve(std::size_t bytes)
+void ParsedNodes::reserve(std::size_t bytes)
 {
     constexpr std::size_t usualElement = 96;
     m_nodes.reserve(bytes / usualElement);
 }
 
-void NodeRecords::add(const NodeAttributeValues &values)
+void ParsedNodes::add(const NodeAttributeValues &values)
 {
     constexpr std::size_t usualName = 4;
     const std::string_view key = values[KeyAttribute];

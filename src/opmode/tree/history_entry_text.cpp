@@ -1,4 +1,4 @@
-#include "opmode/tree/history_entry.h"
+#include "opmode/tree/history_entry_text.h"
 
 #include "platform/module_minutes.h"
 #include "platform/text_rules.h"
@@ -45,7 +45,7 @@ std::optional<qint32> minuteOf(QStringView stamp)
 
 } // namespace
 
-std::optional<HistoryEntry> historyEntry(QStringView text)
+std::optional<HistoryEntryText> splitHistoryEntry(QStringView text)
 {
     constexpr QStringView behindTime = u" : IP";
     constexpr QStringView behindInput = u" = ";
@@ -55,10 +55,10 @@ std::optional<HistoryEntry> historyEntry(QStringView text)
         return std::nullopt;
     }
     const qsizetype inputAt = first + behindTime.size();
-    HistoryEntry entry{{},
-                       text.first(first),
-                       digits(text.sliced(inputAt, second - inputAt)),
-                       text.sliced(second + behindInput.size())};
+    HistoryEntryText entry{{},
+                           text.first(first),
+                           digits(text.sliced(inputAt, second - inputAt)),
+                           text.sliced(second + behindInput.size())};
     entry.minute = minuteOf(entry.time);
     if (entry.input < 0 || (!entry.minute && entry.time != u"?")) {
         return std::nullopt;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/keeping/node_records.h"
+#include "opmode/keeping/parsed_nodes.h"
 #include "opmode/keeping/station_names.h"
 
 #include <QStringList>
@@ -16,16 +16,16 @@ namespace ktr {
 /// stands in and not the list: a damaged tag, a character that does not exist, an attribute that stands
 /// twice, content where none belongs, an end that is missing. A document type declaration is passed over;
 /// what it declares stays unknown. Takes many times as long as the parser, which therefore comes first.
-class DamagedNodes
+class DamagedNodesReader
 {
 public:
     /// Takes the attributes of one element, "<" to "/>", when it is sound.
     using TakeElement = std::function<bool(const std::string &element, NodeAttributeValues &values)>;
 
-    explicit DamagedNodes(TakeElement takeElement) : m_takeElement(std::move(takeElement)) {}
+    explicit DamagedNodesReader(TakeElement takeElement) : m_takeElement(std::move(takeElement)) {}
 
-    /// UTF-8, or what should be. Gives false when nothing of it is a list. The records refer to this object.
-    bool read(std::string_view document, NodeRecords &records);
+    /// UTF-8, or what should be. Gives false when nothing of it is a list. The nodes refer to this object.
+    bool read(std::string_view document, ParsedNodes &nodes);
     /// What could not be used.
     QStringList remarks() const;
 

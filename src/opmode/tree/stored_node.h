@@ -11,7 +11,7 @@ namespace ktr {
 inline constexpr std::size_t nodesAhead = 12;
 
 /// A node as its file holds it. Valid while it is handed over.
-struct NodeElement
+struct StoredNode
 {
     std::string_view key;
     std::string_view text;

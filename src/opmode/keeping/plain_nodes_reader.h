@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/keeping/node_records.h"
+#include "opmode/keeping/parsed_nodes.h"
 
 #include <deque>
 #include <string>
@@ -9,16 +9,16 @@ namespace ktr {
 
 /// Reads a file of nodes in exactly the form in which writeNodes() writes it, several times faster than a
 /// parser that knows all of XML. Whatever differs from that form, sound or not, is left to the parser.
-class PlainNodes
+class PlainNodesReader
 {
 public:
-    /// Gives false, and records of no use, when the document has another form. The records refer to the
+    /// Gives false, and nodes of no use, when the document has another form. The nodes refer to the
     /// document and to this object.
-    bool read(std::string_view document, NodeRecords &records);
+    bool read(std::string_view document, ParsedNodes &nodes);
 
 private:
     bool takeLiteral(std::string_view literal);
-    bool takeElement(NodeRecords &records);
+    bool takeElement(ParsedNodes &nodes);
     bool takeStation();
     bool takeValue(std::string_view &value);
     bool takeLongWay(const char *begin, std::string_view &value);

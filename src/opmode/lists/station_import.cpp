@@ -1,4 +1,4 @@
-#include "opmode/lists/station_list.h"
+#include "opmode/lists/station_import.h"
 
 #include "link/udp_pair.h"
 #include "opmode/tree/node_texts.h"
@@ -89,25 +89,25 @@ private:
 };
 
 /// Empty when a station can be made of it.
-QString complaint(const ListedStation &station)
+QString complaint(const StationImportLine &station)
 {
     if (station.name.isEmpty()) {
-        return QCoreApplication::translate("StationList", "There is no name");
+        return QCoreApplication::translate("StationImport", "There is no name");
     }
     if (station.name.contains(u'/')) {
-        return QCoreApplication::translate("StationList", "A name must not hold a \"/\"");
+        return QCoreApplication::translate("StationImport", "A name must not hold a \"/\"");
     }
     if (!station.address.isEmpty() && !UdpPair::isAddress(station.address)) {
-        return QCoreApplication::translate("StationList", "This is no address of a module");
+        return QCoreApplication::translate("StationImport", "This is no address of a module");
     }
     return {};
 }
 
 } // namespace
 
-StationList readStationList(QStringView text, const std::function<QString(const QString &)> &freeName)
+StationImport readStationImport(QStringView text, const std::function<QString(const QString &)> &freeName)
 {
-    StationList list;
+    StationImport list;
     Names names(freeName);
     Columns columns;
     bool isFirst = true;
@@ -117,15 +117,15 @@ StationList readStationList(QStringView text, const std::function<QString(const 
             columns = *header;
             return true;
         }
-        if (list.lines.size() == StationList::mostLines) {
+        if (list.lines.size() == StationImport::mostLines) {
             list.isCut = true;
             return false;
         }
-        ListedStation station{line,
-                              QString::fromStdString(storedText(cells.value(columns.name))).simplified(),
-                              cells.value(columns.address),
-                              {},
-                              false};
+        StationImportLine station{line,
+                                  QString::fromStdString(storedText(cells.value(columns.name))).simplified(),
+                                  cells.value(columns.address),
+                                  {},
+                                  false};
         station.remark = complaint(station);
         station.isUsable = station.remark.isEmpty();
         if (station.isUsable) {
@@ -133,9 +133,9 @@ StationList readStationList(QStringView text, const std::function<QString(const 
             const QString wanted = std::exchange(station.name, names.take(station.name));
             if (station.name != wanted) {
                 station.remark =
-                    QCoreApplication::translate("StationList", "There is a \"%1\" already").arg(wanted);
+                    QCoreApplication::translate("StationImport", "There is a \"%1\" already").arg(wanted);
             } else if (station.address.isEmpty()) {
-                station.remark = QCoreApplication::translate("StationList", "Without an address");
+                station.remark = QCoreApplication::translate("StationImport", "Without an address");
             }
         }
         list.lines.append(station);
@@ -144,7 +144,7 @@ StationList readStationList(QStringView text, const std::function<QString(const 
     return list;
 }
 
-Status readStationFile(const QString &path, QString &text)
+Status readStationImportFile(const QString &path, QString &text)
 {
     constexpr qint64 largest = qint64{16} << 20;
     QByteArray bytes;

@@ -10,21 +10,21 @@
 namespace ktr {
 
 /// A line of a list of stations.
-struct ListedStation
+struct StationImportLine
 {
     int line; ///< counted from 1
     QString name;
     QString address; ///< may be empty: a station without one is never reached
     QString remark;  ///< a complaint, or what was done to the name; mostly empty
     bool isUsable;   ///< a station can be made of it
-    bool operator==(const ListedStation &) const = default;
+    bool operator==(const StationImportLine &) const = default;
 };
 
-struct StationList
+struct StationImport
 {
     static constexpr int mostLines = 20'000;
 
-    QList<ListedStation> lines;
+    QList<StationImportLine> lines;
     int usable = 0;
     bool isCut = false; ///< there are more lines; they are left out
 };
@@ -33,9 +33,9 @@ struct StationList
 /// 4180 where needed. Blank lines and a header line are passed over; a header line may also turn the order
 /// round. A name that the list or the tree has already becomes "name (1)", "name (2)" and so on, as when a
 /// station is added; `freeName` gives the first of these that the tree does not have.
-StationList readStationList(QStringView text, const std::function<QString(const QString &)> &freeName);
+StationImport readStationImport(QStringView text, const std::function<QString(const QString &)> &freeName);
 
 /// The text of a file that holds such a list: UTF-8, UTF-16 with its mark, or Windows-1252.
-Status readStationFile(const QString &path, QString &text);
+Status readStationImportFile(const QString &path, QString &text);
 
 } // namespace ktr
