@@ -64,7 +64,7 @@ void checkBytes(const QByteArray &bytes)
 {
     changesOf(bytes);
     subjectOf(bytes);
-    JournalFile::goingOnFrom(bytes, 0);
+    JournalFile::partFor(bytes, 0);
     if (const auto change = changeOf(bytes)) {
         QByteArray record;
         putRecord(record, *change);

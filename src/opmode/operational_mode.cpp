@@ -387,14 +387,14 @@ bool OperationalMode::answersLater(const QString &kennung)
     if (!std::exchange(m_isAlarm, false) || !m_journal || m_journal->isFailing()) {
         return false;
     }
-    m_answers.add(kennung, m_journal->taken());
+    m_answers.add(kennung, m_journal->addedCount());
     return true;
 }
 
 void OperationalMode::answerKept()
 {
     if (m_journal && !m_journal->isFailing()) {
-        m_answers.answerUpTo(m_journal->kept());
+        m_answers.answerUpTo(m_journal->onDiskCount());
     } else {
         m_answers.answerAll();
     }

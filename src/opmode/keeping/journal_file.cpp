@@ -13,20 +13,20 @@ namespace {
 
 constexpr quint64 mark = 0x3352'4E4A'5254'4BFF; ///< the first bytes of every journal
 
-QByteArray headerOf(quint64 base)
+QByteArray headerOf(quint64 nodesChecksum)
 {
     QByteArray header;
     putNumber(header, mark);
-    putNumber(header, base);
+    putNumber(header, nodesChecksum);
     return header;
 }
 
 /// What every journal begins with. The mark names the file once more: one damaged byte of the header must not
 /// cost all changes.
-QByteArray beginningOf(quint64 base)
+QByteArray beginningOf(quint64 nodesChecksum)
 {
-    QByteArray beginning = headerOf(base);
-    putRecord(beginning, savedMark(base, {}));
+    QByteArray beginning = headerOf(nodesChecksum);
+    putRecord(beginning, savedMark(nodesChecksum, {}));
     return beginning;
 }
 
@@ -52,17 +52,17 @@ QByteArray shortened(QByteArrayView journal)
 
 } // namespace
 
-QByteArray JournalFile::goingOnFrom(const QByteArray &journal, quint64 base)
+QByteArray JournalFile::partFor(const QByteArray &journal, quint64 nodesChecksum)
 {
-    const QByteArray header = headerOf(base);
+    const QByteArray header = headerOf(nodesChecksum);
     if (journal.startsWith(header)) {
         return journal;
     }
     if (journal.size() < headerSize) {
         return {};
     }
-    const auto records = recordsBehindMark(QByteArrayView(journal).sliced(headerSize), base);
-    return records ? beginningOf(base) + *records : QByteArray();
+    const auto records = recordsBehindMark(QByteArrayView(journal).sliced(headerSize), nodesChecksum);
+    return records ? beginningOf(nodesChecksum) + *records : QByteArray();
 }
 
 bool JournalFile::hasHeader(const QByteArray &journal)
@@ -70,9 +70,9 @@ bool JournalFile::hasHeader(const QByteArray &journal)
     return journal.size() >= headerSize && numberAt<quint64>(journal.constData()) == mark;
 }
 
-Status JournalFile::begin(quint64 base)
+Status JournalFile::begin(quint64 nodesChecksum)
 {
-    m_base = base;
+    m_nodesChecksum = nodesChecksum;
     m_size = 0;
     m_waste = 0;
     m_mark = 0;
@@ -82,9 +82,9 @@ Status JournalFile::begin(quint64 base)
     return reopen();
 }
 
-Status JournalFile::goOn(QByteArrayView journal)
+Status JournalFile::resume(QByteArrayView journal)
 {
-    m_base = numberAt<quint64>(journal.data() + 8);
+    m_nodesChecksum = numberAt<quint64>(journal.data() + 8);
     m_size = journal.size();
     m_waste = 0;
     m_mark = 0;
@@ -97,7 +97,7 @@ Status JournalFile::reopen()
 {
     if (m_size == 0) {
         // The name of the new file, too, is to outlive a power cut.
-        const QByteArray beginning = beginningOf(m_base);
+        const QByteArray beginning = beginningOf(m_nodesChecksum);
         if (Status begun = replaceFile(m_path, beginning); !begun) {
             return begun;
         }
@@ -147,22 +147,21 @@ Status JournalFile::rewrite()
     return replace(kept);
 }
 
-Status JournalFile::goOnFrom(quint64 base)
+Status JournalFile::rebase(quint64 nodesChecksum)
 {
-    QByteArray journal = beginningOf(base);
+    QByteArray journal = beginningOf(nodesChecksum);
     QFile file;
     if (m_mark != 0 && openToRead(file, m_path) && file.seek(m_mark)) {
         const QByteArray records = file.read(m_size - m_mark);
-        const auto kept = recordsBehindMark(records, base);
+        const auto kept = recordsBehindMark(records, nodesChecksum);
         file.close();
         if (kept && records.size() == m_size - m_mark) {
             Status replaced = replace(journal + *kept);
-            m_base = replaced ? base : m_base;
+            m_nodesChecksum = replaced ? nodesChecksum : m_nodesChecksum;
             return replaced;
         }
     }
-    return Status::failed(m_path + QLatin1String(": ") +
-                          QCoreApplication::translate("Files", "could not be shortened"));
+    return fileFailure(m_path, QCoreApplication::translate("Files", "could not be shortened"));
 }
 
 /// Puts another content in the place of the journal's. What is counted is counted anew.
@@ -188,9 +187,7 @@ Status JournalFile::remove()
     m_size = 0;
     removeAbandoned(m_path);
     QFile file(m_path);
-    return !file.exists() || file.remove()
-               ? Status::done()
-               : Status::failed(m_path + QLatin1String(": ") + file.errorString());
+    return !file.exists() || file.remove() ? Status::done() : fileFailure(m_path, file.errorString());
 }
 
 } // namespace ktr

@@ -108,25 +108,25 @@ bool isMark(QByteArrayView content)
     return content.size() > kindAt && content[kindAt] == static_cast<char>(NodeChange::What::Saved);
 }
 
-NodeChange savedMark(quint64 base, const StationKeys &renamings)
+NodeChange savedMark(quint64 nodesChecksum, const StationKeys &renamings)
 {
     NodeChange mark;
     mark.what = NodeChange::What::Saved;
-    mark.moment = static_cast<qint64>(base);
+    mark.moment = static_cast<qint64>(nodesChecksum);
     for (const auto &[before, after] : renamings) { // no "/" stands in them
         mark.text.append(before).append(1, '/').append(after).append(1, '/');
     }
     return mark;
 }
 
-std::optional<QByteArray> recordsBehindMark(QByteArrayView records, quint64 base)
+std::optional<QByteArray> recordsBehindMark(QByteArrayView records, quint64 nodesChecksum)
 {
     qsizetype begin = -1;
     std::string text;
     for (RecordReader record(records); record.next();) {
         if (isMark(record.content())) {
             const std::optional<NodeChange> mark = changeOf(record.content());
-            if (mark && static_cast<quint64>(mark->moment) == base) {
+            if (mark && static_cast<quint64>(mark->moment) == nodesChecksum) {
                 begin = record.start() + record.size();
                 text = mark->text;
             }

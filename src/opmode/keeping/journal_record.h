@@ -18,12 +18,12 @@ inline void putRecord(QByteArray &records, const NodeChange &change)
 
 /// The change that says that a file of this checksum was begun, and which keys of the journal's stations are
 /// others there.
-NodeChange savedMark(quint64 base, const StationKeys &renamings);
+NodeChange savedMark(quint64 nodesChecksum, const StationKeys &renamings);
 /// Whether a record's content is such a mark.
 bool isMark(QByteArrayView content);
 
 /// The records behind the last mark of this file, with the keys that it has; nothing when there is no mark.
-std::optional<QByteArray> recordsBehindMark(QByteArrayView records, quint64 base);
+std::optional<QByteArray> recordsBehindMark(QByteArrayView records, quint64 nodesChecksum);
 
 /// The change of a record's content; nothing when it is none.
 std::optional<NodeChange> changeOf(QByteArrayView content);

@@ -29,28 +29,28 @@ Status NodesFile::load(const std::function<bool(const StoredNode &)> &take,
     if (Status read = readFile(m_path, document); !read) {
         return read;
     }
-    std::size_t taken = 0;
+    std::size_t loaded = 0;
     std::size_t leftOut = 0;
     StationNames ofLeftOut;
     Status read = readNodes(
         document, m_remarks,
         [&](const StoredNode &element) {
             if (take(element)) {
-                ++taken;
+                ++loaded;
             } else {
                 ++leftOut;
                 ofLeftOut.add(element.key);
             }
         },
         expect);
-    if (read && taken == 0 && leftOut > 0) {
+    if (read && loaded == 0 && leftOut > 0) {
         read = Status::failed(
             QCoreApplication::translate("Files", "none of its %1 nodes belongs to a station of the list")
                 .arg(leftOut));
     }
     if (!read) {
         m_remarks.clear();
-        return Status::failed(m_path + QLatin1String(": ") + read.message());
+        return fileFailure(m_path, read.message());
     }
     m_checksum = ktr::checksum(document);
     m_size = document.size();
@@ -59,13 +59,13 @@ Status NodesFile::load(const std::function<bool(const StoredNode &)> &take,
                          .arg(QString::number(leftOut), ofLeftOut.text());
     }
     for (QString &remark : m_remarks) {
-        remark.prepend(m_path + QLatin1String(": "));
+        remark = fileFailure(m_path, remark).message();
     }
     m_keepAside = !m_remarks.isEmpty();
     return Status::done();
 }
 
-Status NodesFile::makeWay(const QString &companion)
+Status NodesFile::moveAsideIfDamaged(const QString &companion)
 {
     if (m_keepAside && QFileInfo::exists(m_path)) {
         // The companion first: left alone it would be lost.
@@ -81,7 +81,7 @@ Status NodesFile::makeWay(const QString &companion)
 
 Status NodesFile::save(const QByteArray &document)
 {
-    if (Status free = makeWay(); !free) {
+    if (Status free = moveAsideIfDamaged(); !free) {
         return free;
     }
     if (Status written = replaceFile(m_path, document); !written) {
@@ -133,7 +133,7 @@ Status keepAside(const QStringList &paths)
     for (const QString &path : paths) {
         QFile file(path);
         if (file.exists() && !file.rename(numbered(path, n))) {
-            return Status::failed(path + QLatin1String(": ") + file.errorString());
+            return fileFailure(path, file.errorString());
         }
     }
     return Status::done();

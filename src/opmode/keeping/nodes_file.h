@@ -24,7 +24,8 @@ Status readNodes(const QByteArray &document, QStringList &remarks,
 QByteArray writeNodes(const NodeStore &nodes,
                       const std::function<StationAttributes(const QString &kennung)> &attributes);
 
-/// `nodes.xml` of the program folder.
+/// The file `nodes.xml`: the stations with all that the tree shows of them. A file that could not be read
+/// whole is never written over; it is renamed to "nodes (1).xml" first.
 class NodesFile
 {
 public:
@@ -43,13 +44,14 @@ public:
 
     /// Not all of what was loaded is what it was: the file is kept aside before it is replaced.
     void mustKeepAside() { m_keepAside = true; }
-    /// Keeps a file aside that is not to be lost, and with it, under the same number, one that belongs to it.
-    Status makeWay(const QString &companion = {});
+    /// Renames the file when it could not be read whole, and with it, under the same number, one that belongs
+    /// to it: "nodes (1).xml" and "nodes (1).times". save() does so, too, without the second.
+    Status moveAsideIfDamaged(const QString &companion = {});
     /// Replaces the file whole or not at all.
     Status save(const QByteArray &document);
 
-    /// The checksum of what was read or written last; of nothing when there was no file. One that no journal
-    /// goes on from when the file could not be read: its changes would find no stations.
+    /// The checksum of what was read or written last; of no bytes when there was no file. When the file could
+    /// not be read it is one that no journal has: changes would find no stations.
     quint64 checksum() const { return m_checksum; }
     /// Bytes of what was read or written last.
     qint64 size() const { return m_size; }

@@ -13,14 +13,17 @@ namespace {
 
 Status failure(const QString &path, const char *reason)
 {
-    return Status::failed(path + QLatin1String(": ") + QCoreApplication::translate("Files", reason));
+    return fileFailure(path, QCoreApplication::translate("Files", reason));
 }
 
 } // namespace
 
-NodesJournal::NodesJournal(QString path, Timers &timers, std::function<void(const QString &)> told,
+NodesJournal::NodesJournal(QString path, Timers &timers, std::function<void(const QString &)> troubleChanged,
                            const SavedKeys *keys)
-    : m_told(std::move(told)), m_timer(timers.create()), m_keys(keys), m_file(std::move(path))
+    : m_troubleChanged(std::move(troubleChanged)),
+      m_timer(timers.create()),
+      m_keys(keys),
+      m_file(std::move(path))
 {}
 
 NodesJournal::~NodesJournal()
@@ -28,7 +31,7 @@ NodesJournal::~NodesJournal()
     (void)flushNow(); // what keeps it from the disk was told
 }
 
-NodesJournal::Replayed NodesJournal::replay(quint64 base,
+NodesJournal::Replayed NodesJournal::replay(quint64 nodesChecksum,
                                             const std::function<bool(const NodeChange &)> &carryOut)
 {
     settle();
@@ -38,10 +41,10 @@ NodesJournal::Replayed NodesJournal::replay(quint64 base,
         result.status = readFile(m_file.path(), journal);
     }
     if (result.status && journal.size() <= JournalFile::headerSize) { // new, or torn before its first change
-        result.status = restart(base);
+        result.status = restart(nodesChecksum);
         return result;
     }
-    const QByteArray own = JournalFile::goingOnFrom(journal, base);
+    const QByteArray own = JournalFile::partFor(journal, nodesChecksum);
     if (result.status && own.isEmpty()) {
         result.status =
             failure(m_file.path(),
@@ -53,7 +56,7 @@ NodesJournal::Replayed NodesJournal::replay(quint64 base,
             result.status = aside;
             return result; // rather no journal than one that destroys another
         }
-        if (const Status started = restart(base); !started) {
+        if (const Status started = restart(nodesChecksum); !started) {
             result.status = started;
         }
         return result;
@@ -81,35 +84,35 @@ NodesJournal::Replayed NodesJournal::replay(quint64 base,
         result.status = replaceFile(m_file.path(), whole);
     }
     if (result.status) {
-        result.status = m_file.goOn(whole);
+        result.status = m_file.resume(whole);
     }
     m_size = m_file.size();
     m_isUsable = static_cast<bool>(result.status); // else beginning anew would destroy what it holds
     return result;
 }
 
-Status NodesJournal::restart(quint64 base)
+Status NodesJournal::restart(quint64 nodesChecksum)
 {
     discard();
     m_isUsable = true;
     m_isRemoved = false;
-    Status begun = m_file.begin(base);
+    Status begun = m_file.begin(nodesChecksum);
     m_size = m_file.size();
     return begun;
 }
 
-Status NodesJournal::begin(quint64 base)
+Status NodesJournal::markSave(quint64 nodesChecksum)
 {
-    add(savedMark(base, m_keys == nullptr ? StationKeys() : m_keys->renamings()));
+    add(savedMark(nodesChecksum, m_keys == nullptr ? StationKeys() : m_keys->renamings()));
     return flushNow();
 }
 
-Status NodesJournal::goOnFrom(quint64 base)
+Status NodesJournal::rebase(quint64 nodesChecksum)
 {
     if (Status flushed = flushNow(); !flushed) {
         return flushed;
     }
-    Status gone = m_file.goOnFrom(base);
+    Status gone = m_file.rebase(nodesChecksum);
     m_size = m_file.size();
     return gone;
 }
@@ -126,7 +129,7 @@ void NodesJournal::discard()
 {
     settle();
     m_waiting.clear();
-    m_onDisk = m_taken; // the file has them
+    m_onDiskCount = m_addedCount; // the file has them
     m_timer->stop();
 }
 
@@ -135,7 +138,7 @@ void NodesJournal::add(const NodeChange &change)
     if (m_isRemoved) {
         return;
     }
-    ++m_taken;
+    ++m_addedCount;
     if (m_keys == nullptr || m_keys->isEmpty()) {
         putRecord(m_waiting, change);
     } else {
@@ -178,7 +181,7 @@ void NodesJournal::write()
     m_isWriting = true;
     m_isWritten = false;
     m_inHand = std::exchange(m_waiting, {});
-    m_lastInHand = m_taken;
+    m_lastInHand = m_addedCount;
     m_thread.start([this] {
         m_kept = m_file.append(m_inHand);
         m_isWritten = true;
@@ -210,7 +213,7 @@ void NodesJournal::collect()
     m_isWriting = false;
     m_size = m_file.size();
     if (m_kept) {
-        m_onDisk = m_lastInHand;
+        m_onDiskCount = m_lastInHand;
     } else {
         m_waiting.prepend(m_inHand);
     }
@@ -227,7 +230,7 @@ void NodesJournal::ended(const Status &kept)
         m_timer->start(retryDelay, [this] { flush(); });
     }
     if (kept.message() != std::exchange(m_trouble, kept.message())) {
-        m_told(m_trouble);
+        m_troubleChanged(m_trouble);
     }
 }
 

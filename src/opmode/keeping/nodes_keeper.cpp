@@ -5,14 +5,14 @@
 namespace ktr {
 
 NodesKeeper::NodesKeeper(StationTree &tree, NodesFile &file, NotificationTimes &times, NodesJournal &journal,
-                         Attributes attributes, std::function<void(const QString &)> told,
+                         Attributes attributes, std::function<void(const QString &)> failed,
                          const Limits &limits)
     : m_tree(tree),
       m_file(file),
       m_times(times),
       m_journal(journal),
       m_attributes(std::move(attributes)),
-      m_told(std::move(told)),
+      m_failed(std::move(failed)),
       m_limits(limits)
 {}
 
@@ -38,7 +38,7 @@ Status NodesKeeper::save()
 {
     collect();
     const Documents all = documents();
-    (void)m_journal.begin(
+    (void)m_journal.markSave(
         checksum(all.nodes)); // else it is put aside after a crash that is too near to the end
     return write(all);
 }
@@ -52,7 +52,7 @@ NodesKeeper::Documents NodesKeeper::documents()
 /// The times first: they have the keys of the file that is there, too.
 Status NodesKeeper::write(const Documents &documents)
 {
-    Status status = m_file.makeWay(m_times.path());
+    Status status = m_file.moveAsideIfDamaged(m_times.path());
     if (status) {
         status = m_times.save(documents.times);
     }
@@ -62,7 +62,7 @@ Status NodesKeeper::write(const Documents &documents)
 void NodesKeeper::begin()
 {
     Documents written = documents();
-    if (const Status begun = m_journal.begin(checksum(written.nodes)); !begun) {
+    if (const Status begun = m_journal.markSave(checksum(written.nodes)); !begun) {
         fail(begun);
         return;
     }
@@ -80,7 +80,7 @@ void NodesKeeper::collect()
     if (!std::exchange(m_isWriting, false)) { // the report of one that was waited for
         return;
     }
-    const Status gone = m_written ? m_journal.goOnFrom(m_file.checksum()) : m_written;
+    const Status gone = m_written ? m_journal.rebase(m_file.checksum()) : m_written;
     if (gone) {
         m_tree.endSaving();
     } else {
@@ -92,7 +92,7 @@ void NodesKeeper::collect()
 void NodesKeeper::fail(const Status &why)
 {
     m_pause = m_limits.pauseAfterFailure;
-    m_told(why.message());
+    m_failed(why.message());
 }
 
 } // namespace ktr

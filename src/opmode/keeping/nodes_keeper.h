@@ -7,8 +7,8 @@
 namespace ktr {
 
 /// Writes the files of a tree that is kept: at the end, and in the middle of the run when the journal has
-/// become long, for it could not be read any more some day. A thread of its own writes then; changes that
-/// come meanwhile are in the journal, which fits the files before and after.
+/// become long, which would otherwise grow for months. A thread of its own writes then; changes that come
+/// meanwhile are in the journal, which fits the files before and after.
 class NodesKeeper
 {
 public:
@@ -21,9 +21,10 @@ public:
     };
     using Attributes = std::function<StationAttributes(const QString &kennung)>;
 
-    /// All must outlive the keeper. `told` hears why the files could not be written in the middle of the run.
+    /// All must outlive the keeper. `failed` gets the reason when the files could not be written in the
+    /// middle of the run.
     NodesKeeper(StationTree &tree, NodesFile &file, NotificationTimes &times, NodesJournal &journal,
-                Attributes attributes, std::function<void(const QString &)> told, const Limits &limits);
+                Attributes attributes, std::function<void(const QString &)> failed, const Limits &limits);
     /// Waits for files that are being written.
     ~NodesKeeper();
     Q_DISABLE_COPY_MOVE(NodesKeeper)
@@ -51,7 +52,7 @@ private:
     NotificationTimes &m_times; ///< likewise
     NodesJournal &m_journal;
     Attributes m_attributes;
-    std::function<void(const QString &)> m_told;
+    std::function<void(const QString &)> m_failed;
     Limits m_limits;
     int m_pause = 0; ///< checks that are still left out
     bool m_isWriting = false;

@@ -97,21 +97,21 @@ Status NotificationTimes::load(StationTreeLoader &tree)
         m_keepAside = false;
         return Status::done();
     }
-    quint64 taken = 0;
+    quint64 known = 0;
     RecordReader record(records);
     while (record.next()) {
         FieldReader fields(record.content());
         const auto [key, arrival] = takeRecord(fields);
         if (fields.isSound() && fields.atEnd()) {
             tree.loadArrival(key, arrival);
-            ++taken;
+            ++known;
         }
     }
-    m_keepAside = header(0) != mark || header(8) != taken || record.skipped() > 0;
+    m_keepAside = header(0) != mark || header(8) != known || record.skipped() > 0;
     if (m_keepAside) {
         return fileFailure(m_path, QCoreApplication::translate(
                                        "Files", "is damaged; times of notifications that are known: %1")
-                                       .arg(taken));
+                                       .arg(known));
     }
     return Status::done();
 }

@@ -7,8 +7,11 @@
 
 namespace ktr {
 
-/// When the notifications of `nodes.xml` arrived and were acknowledged: `nodes.times` beside it, whose own
-/// attributes are fixed. Written before it, for the keys that it will have, and read after it.
+/// The file `nodes.times` beside `nodes.xml`: when notifications arrived, became red and were acknowledged,
+/// and how often they arrived, by their keys; the attributes of `nodes.xml` itself are fixed. It is written
+/// before `nodes.xml` and has to fit the old one and the new one, since the program may end between the two:
+/// of a station "A" that the user renamed to "B" it has both "A/meldung/..." and "B/meldung/...". It is read
+/// after `nodes.xml`.
 class NotificationTimes
 {
 public:
@@ -19,8 +22,8 @@ public:
     /// known. A failure says that not all of the file could be used; it is then kept aside before it is
     /// replaced.
     Status load(StationTreeLoader &tree);
-    /// What save() is to write: the times for each key that the file of nodes can have, that of now included,
-    /// so that they fit whether or not it is replaced after them.
+    /// What save() is to write: the times of each notification, once for each key that an old or new
+    /// `nodes.xml` may have for it.
     static QByteArray document(const StationTree &tree);
     /// Replaces the file whole or not at all.
     Status save(const QByteArray &document);

@@ -14,23 +14,23 @@ namespace ktr {
 
 class IoThread;
 
-/// The lines of all stations, a pair of UDP ports each, on the one I/O thread. What happens at them is handed
-/// over in batches on the thread that owns this, which needs an event loop: of each line in its order, of
-/// those that have something one event in turn, so that none waits for another's many.
+/// The UDP lines of all stations, each a pair of ports. Their sockets belong to the one I/O thread; what
+/// happens at them (a datagram arrived, one was sent, some were lost) is gathered there and told to the
+/// stations on the thread that owns this object, which needs an event loop. Stations take turns: when A has a
+/// thousand events and B has one, A hears its first, B its only one, and then A the others.
 class StationSockets : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What takeArrived() of a line tells at most: more than the system's buffer holds.
+    /// So many events takeArrived() of a line tells at most: more than the system's buffer holds.
     static constexpr int mostAtOnce = 4'096;
-    /// Descriptors that are left for files, look-ups and the main window's line.
+    /// File descriptors that stay free for files, look-ups of names and the main window's line.
     static constexpr quint64 descriptorsInReserve = 64;
-    /// So long the owner's thread is kept at a time, an event more at most; the rest is told in its next
-    /// turn.
+    /// Telling pauses after this time, so that the window answers; the rest follows from the event loop.
     static constexpr std::chrono::milliseconds longestTurn{15};
-    /// While much comes, it is handed over no more often. Much are so many events in the last two of these
-    /// times; of less, each event is told at once.
+    /// When many events come they are fetched from the I/O thread once in this time; when few come, each at
+    /// once. Many are `manyEvents` in the last two of these intervals.
     static constexpr std::chrono::milliseconds lookInterval{10};
     static constexpr std::size_t manyEvents = 12;
 
@@ -57,13 +57,13 @@ private:
     IoThread &m_io;
     UdpPairOptions m_options;
     std::unique_ptr<Batch> m_batch;
-    std::deque<Line *> m_turns; ///< that have something to tell
+    std::deque<Line *> m_turns; ///< lines that have something to tell, the next one first
     QTimer m_nextLook;
     QElapsedTimer m_sinceLook;
     QElapsedTimer m_sinceCount;
     std::size_t m_counted = 0;                  ///< events since then
     std::size_t m_countedBefore = 0;            ///< in the interval before that
-    std::unordered_map<quint64, Line *> m_open; ///< by the number of the connection
+    std::unordered_map<quint64, Line *> m_open; ///< each opening of a line has a number of its own
     quint64 m_connections = 0;
     bool m_isFull = false; ///< no pair was free, and none was closed since: looking again takes long
 };

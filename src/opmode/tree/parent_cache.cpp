@@ -42,11 +42,11 @@ void ParentCache::remember(std::string_view key, NodeStore::Id parent, NodeKind 
     if (!ofEntries || beginning.size() > sizeof(Line::beginning)) {
         return;
     }
-    if ((m_taken + 1) * 2 > m_lines.size()) {
+    if ((m_used + 1) * 2 > m_lines.size()) {
         grow();
     }
     Line &line = m_lines[lineOf(beginning)];
-    m_taken += line.parent == NodeStore::root ? 1 : 0;
+    m_used += line.parent == NodeStore::root ? 1 : 0;
     line.parent = parent;
     line.size = static_cast<std::uint32_t>(beginning.size());
     beginning.copy(line.beginning.data(), beginning.size());
@@ -55,7 +55,7 @@ void ParentCache::remember(std::string_view key, NodeStore::Id parent, NodeKind 
 void ParentCache::clear()
 {
     m_lines = {};
-    m_taken = 0;
+    m_used = 0;
 }
 
 /// Where a beginning is remembered, or the free line where it would be.

@@ -37,7 +37,7 @@ private:
     void grow();
 
     std::vector<Line> m_lines; ///< open addressing, half of them free at least
-    std::size_t m_taken = 0;
+    std::size_t m_used = 0;    ///< lines
 };
 
 } // namespace ktr

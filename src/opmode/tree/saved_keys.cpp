@@ -65,7 +65,7 @@ std::vector<std::string> SavedKeys::inFiles(std::string_view key) const
     return result;
 }
 
-bool SavedKeys::isOf(std::string_view kennung, std::string_view key) const
+bool SavedKeys::isInFilesAs(std::string_view kennung, std::string_view key) const
 {
     return std::ranges::count(inFiles(kennung), key) > 0;
 }

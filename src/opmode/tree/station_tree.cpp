@@ -114,10 +114,10 @@ bool StationTree::isFreeName(const QString &name, Id except) const
     }
     // A station that was given this text has it as its key in the next run, as it has those of the files now.
     bool isFree = true;
-    m_savedKeys.forEach([&](const std::string &kennung) {
+    m_savedKeys.forEachRenamed([&](const std::string &kennung) {
         const std::optional<Id> station = nodes().child(NodeStore::root, kennung);
         isFree = isFree && (!station || station == except ||
-                            (nodes().text(*station) != wanted && !m_savedKeys.isOf(kennung, wanted)));
+                            (nodes().text(*station) != wanted && !m_savedKeys.isInFilesAs(kennung, wanted)));
     });
     return isFree;
 }
@@ -125,7 +125,7 @@ bool StationTree::isFreeName(const QString &name, Id except) const
 void StationTree::beginSaving()
 {
     QList<std::pair<std::string, std::string>> stations;
-    m_savedKeys.forEach([&](const std::string &kennung) {
+    m_savedKeys.forEachRenamed([&](const std::string &kennung) {
         if (const std::optional<Id> station = nodes().child(NodeStore::root, kennung)) {
             stations.emplaceBack(kennung, nodes().text(*station));
         }
