@@ -35,7 +35,7 @@ QStringList fill(StationTree &tree, int count)
     }
     for (int entry = 0; entry < count; ++entry) {
         const QString text = QStringLiteral("15.11.2009 14:05 : IP%1 = 12.5").arg(entry);
-        tree.take(names[entry % stations], HistoryMessage{{{text, text}}, {}}, {});
+        tree.apply(names[entry % stations], HistoryMessage{{{text, text}}, {}}, {});
     }
     return names;
 }
@@ -205,7 +205,7 @@ void adding100000Notifications(benchmark::State &state)
         }
         const auto turn = [&](int first) { // of the event loop, with what came in one piece
             for (int number = first; number < first + batch; ++number) {
-                tree.take(names[number % stations], messages[static_cast<std::size_t>(number)], now);
+                tree.apply(names[number % stations], messages[static_cast<std::size_t>(number)], now);
             }
             QCoreApplication::processEvents();
         };

@@ -20,7 +20,7 @@ AlarmCentre::AlarmCentre(const StationTree &tree, Timers &timers, QObject *paren
 
 AlarmCentre::~AlarmCentre() = default;
 
-void AlarmCentre::take(const QModelIndex &entry)
+void AlarmCentre::addAlarm(const QModelIndex &entry)
 {
     ++m_arrived;
     if (!m_firstArrived.isValid()) {

@@ -48,7 +48,7 @@ public:
 
 public Q_SLOTS:
     /// An alarm arrived; its entry is in the tree and red.
-    void take(const QModelIndex &entry);
+    void addAlarm(const QModelIndex &entry);
 
 Q_SIGNALS:
     /// Something for the ear: at once for the first alarm, then at most once in `pauseBetweenNews`.

@@ -46,8 +46,8 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_minute(services.timers.create())
 {
     m_stations.setAnswersLater([this](const QString &kennung) { return answersLater(kennung); });
-    connect(&m_stations, &cStations::message, this, &OperationalMode::takeMessage);
-    connect(&m_stations, &cStations::changed, this, &OperationalMode::takeChange);
+    connect(&m_stations, &cStations::message, this, &OperationalMode::applyMessage);
+    connect(&m_stations, &cStations::changed, this, &OperationalMode::onStationChanged);
     connect(&m_stations, &cStations::trouble, this, [this](const QString &kennung, const QString &text) {
         Q_EMIT statusMessage(kennung + QLatin1String(": ") + text);
         Q_EMIT stationChanged(kennung);
@@ -354,13 +354,13 @@ void OperationalMode::takeBack()
     }
 }
 
-void OperationalMode::takeMessage(const QString &kennung, const QString &text)
+void OperationalMode::applyMessage(const QString &kennung, const QString &text)
 {
     using Kind = StationEvent::Kind;
     const StationMessage message = interpretStationMessage(text);
-    const StationTree::Outcome outcome = m_tree.take(kennung, message, m_services.environment.now());
+    const StationTree::Outcome outcome = m_tree.apply(kennung, message, m_services.environment.now());
     if (const auto *report = std::get_if<InputValuesMessage>(&message)) {
-        m_trends.take(kennung, report->values, m_services.environment.now());
+        m_trends.add(kennung, report->values, m_services.environment.now());
     }
     const Kind kind = std::visit(Overloaded{[](const NotificationMessage &) { return Kind::Notification; },
                                             [](const InputValuesMessage &) { return Kind::Values; },
@@ -400,7 +400,7 @@ void OperationalMode::answerKept()
     }
 }
 
-void OperationalMode::takeChange(const QString &kennung, StationChange what)
+void OperationalMode::onStationChanged(const QString &kennung, StationChange what)
 {
     using Kind = StationEvent::Kind;
     const cStation &station = *m_stations.Item(kennung);

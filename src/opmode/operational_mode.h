@@ -121,9 +121,9 @@ Q_SIGNALS:
     void stationChanged(const QString &kennung);
 
 private:
-    void takeMessage(const QString &kennung, const QString &text);
+    void applyMessage(const QString &kennung, const QString &text);
     void letGo(cStation &station);
-    void takeChange(const QString &kennung, StationChange what);
+    void onStationChanged(const QString &kennung, StationChange what);
     bool answersLater(const QString &kennung);
     void answerKept();
     Status takeLock(Use use);

@@ -102,7 +102,7 @@ private Q_SLOTS:
         StationTree tree({u"Notifications"_s, u"History"_s, u"IP"_s});
         tree.addStation(u"Mühle"_s);
         for (const QString &text : {u"M,Pump \"1\" fail"_s, u"R,9,12.5"_s, u"H,9,2611151400,9,-3.25"_s}) {
-            tree.take(u"Mühle"_s, interpretStationMessage(u"+4917012345 --> "_s + text), now);
+            tree.apply(u"Mühle"_s, interpretStationMessage(u"+4917012345 --> "_s + text), now);
         }
         QTest::newRow("configuration") << writeConfiguration(someConfiguration(), fixedEnvironment());
         QTest::newRow("nodes") << writeNodes(tree.nodes(), [](const QString &) { return attributes; });

@@ -99,7 +99,7 @@ private:
     void raise(const QString &kennung, const QString &text)
     {
         m_now = m_now.addMSecs(1);
-        m_centre->take(m_tree->take(kennung, interpretStationMessage("+49 --> M," + text), m_now).entry);
+        m_centre->addAlarm(m_tree->apply(kennung, interpretStationMessage("+49 --> M," + text), m_now).entry);
     }
 
     void acknowledge(const QStringList &texts)

@@ -28,7 +28,7 @@ private Q_SLOTS:
             m_tree->addStation(name);
         }
         const auto say = [this](const QString &kennung, const QString &text, const QDateTime &now) {
-            m_tree->take(kennung, interpretStationMessage("+4917012345 --> " + text), now);
+            m_tree->apply(kennung, interpretStationMessage("+4917012345 --> " + text), now);
         };
         say(m_all[0], "M,tank 3 fail", at(21, 14, 0));
         say(m_all[0], "M,=HYPERLINK(1)\tx", at(20, 0, 0));

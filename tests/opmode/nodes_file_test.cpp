@@ -54,7 +54,7 @@ private Q_SLOTS:
         tree.addStation("new");
         tree.addStation("x");
         const QString text = QStringLiteral("a \"<&>'\t\r\n/\u00e4\U0001F600 fail");
-        tree.take("new", NotificationMessage{{text, text}, true}, QDateTime());
+        tree.apply("new", NotificationMessage{{text, text}, true}, QDateTime());
         QVERIFY(tree.setData(tree.find("new"), "Pumpwerk & Co"));
         const StationAttributes station{true, {"7:05", 2, "x\"", 10}, "10.0.0.7", true};
         const QByteArray document = writeNodes(tree.nodes(), [&](const QString &kennung) {
@@ -113,9 +113,9 @@ private Q_SLOTS:
                 for (int piece = chance.bounded(9); piece >= 0; --piece) {
                     text += pieces[chance.bounded(static_cast<quint32>(pieces.size()))];
                 }
-                tree.take(name,
-                          NotificationMessage{{text, text + (entry % 2 == 0 ? "" : "&")}, entry % 3 == 0},
-                          {});
+                tree.apply(name,
+                           NotificationMessage{{text, text + (entry % 2 == 0 ? "" : "&")}, entry % 3 == 0},
+                           {});
             }
             tree.remove(tree.index(5, 0, tree.find(name + "/meldung")));
         }
@@ -243,7 +243,7 @@ private Q_SLOTS:
         StationTree tree({"N", "H", "IP"});
         tree.addStation("old");
         for (const char *text : {"1 fail", "1 fail", "2 fail"}) {
-            tree.take("old", NotificationMessage{{text, text}, true}, at);
+            tree.apply("old", NotificationMessage{{text, text}, true}, at);
         }
         tree.carryOut(acknowledgementOf({tree.find("old/meldung/1 fail")}, tree, at.addDays(1)));
         QVERIFY(tree.setData(tree.find("old"), "new"));

@@ -45,17 +45,17 @@ private Q_SLOTS:
         tree.setObserver([&journal](const NodeChange &change) { journal.add(change); });
         tree.addStation("a");
         tree.addStation("gone");
-        tree.take("a", alarm("1/2 fail"), {});
-        tree.take("a", alarm("2 fail"), {});
-        tree.take("a", interpretStationMessage("+49 --> H,7,0911152359,1,12.5"), {});
-        tree.take("a", interpretStationMessage("+49 --> R,5,12.3"), QDateTime::currentDateTime());
+        tree.apply("a", alarm("1/2 fail"), {});
+        tree.apply("a", alarm("2 fail"), {});
+        tree.apply("a", interpretStationMessage("+49 --> H,7,0911152359,1,12.5"), {});
+        tree.apply("a", interpretStationMessage("+49 --> R,5,12.3"), QDateTime::currentDateTime());
         const auto acknowledged = acknowledgementOf({tree.find("a/meldung/2 fail")}, tree, at);
         for (const NodeChange &change : acknowledged) {
             journal.add(change);
         }
         QVERIFY(journal.flushNow());
         tree.carryOut(acknowledged);
-        tree.take("a", alarm("1/2 fail"), at);
+        tree.apply("a", alarm("1/2 fail"), at);
         tree.remove(tree.find("gone"));
         QVERIFY(tree.setData(tree.find("a"), QStringLiteral("Pumpwerk")));
         const NodeChange station{
@@ -93,16 +93,16 @@ private Q_SLOTS:
             QVERIFY(journal.restart(base));
             tree.setObserver([&journal](const NodeChange &change) { journal.add(change); });
             tree.addStation("a");
-            tree.take("a", alarm("1 fail"), at);
+            tree.apply("a", alarm("1 fail"), at);
             const std::string padding(4096, 'x');
             for (int round = 0; round < 3000; ++round) { // 12 MB
                 const QString text = QString::number(round) + QString::fromStdString(padding);
-                tree.take("a", InputValuesMessage{{{round % 18 + 1, text}}}, at);
+                tree.apply("a", InputValuesMessage{{{round % 18 + 1, text}}}, at);
                 if (round % 300 == 0) {
                     QVERIFY(journal.flushNow());
                 }
             }
-            tree.take("a", alarm("2 fail"), at);
+            tree.apply("a", alarm("2 fail"), at);
         }
         QVERIFY(QFileInfo(path()).size() < 9'000'000);
         StationTree again(captions());

@@ -96,7 +96,7 @@ private Q_SLOTS:
     {
         m_tree->addStation("a");
         m_tree->addStation("b");
-        StationTree::Outcome outcome = m_tree->take("b", said(">M,Pump 1/2 fail"), now);
+        StationTree::Outcome outcome = m_tree->apply("b", said(">M,Pump 1/2 fail"), now);
         QVERIFY(outcome.alarm);
         QCOMPARE(outcome.entry.data(StationTree::KeyRole), "b/meldung/+49 --> M,Pump 1/2 fail");
         QCOMPARE(m_tree->find("b/meldung/+49 --> M,Pump 1/2 fail"), outcome.entry);
@@ -104,20 +104,20 @@ private Q_SLOTS:
         QCOMPARE(m_tree->find("b/meldung").data(StationTree::ColourRole), 255);
         QCOMPARE(m_tree->find("b").data(StationTree::ColourRole), 255);
         QCOMPARE(m_tree->find("a").data(StationTree::ColourRole), StationTree::normalColour);
-        m_tree->take("b", said("M,all well"), now);
+        m_tree->apply("b", said("M,all well"), now);
         QCOMPARE(m_tree->rowCount(m_tree->find("b/meldung")), 2);
         QCOMPARE(m_tree->find("b/meldung").data(StationTree::AlarmCountRole), 1);
         m_tree->remove(outcome.entry);
         QCOMPARE(m_tree->find("b/meldung").data(StationTree::AlarmCountRole), 0);
         QCOMPARE(m_tree->find("b").data(StationTree::ColourRole), StationTree::normalColour);
 
-        m_tree->take("b", said("R,5,12.3"), now);
+        m_tree->apply("b", said("R,5,12.3"), now);
         QCOMPARE(m_tree->find("b/ip").data(), "IP (14:05 24.12.2009)");
         QCOMPARE(m_tree->find("b/ip/ip5").data(), "Digital In 5      IP5 = 12.3");
         QCOMPARE(m_tree->find("b/ip/ip6").data(), "Digital In 6      IP6 = ?");
-        m_tree->take("b", said("H,7,0911152359,1,12.5,15,2,3"), now);
+        m_tree->apply("b", said("H,7,0911152359,1,12.5,15,2,3"), now);
         QCOMPARE(m_tree->index(1, 0, m_tree->find("b/history")).data(), "16.11.2009 00:14 : IP2 = 3");
-        m_tree->take("nobody", said("M,x"), now);
+        m_tree->apply("nobody", said("M,x"), now);
         QCOMPARE(m_tree->nodes().count(), 2 * 22U + 3);
         QCOMPARE(m_tree->rowCount(m_tree->find("a/meldung")), 0);
     }
@@ -127,8 +127,8 @@ private Q_SLOTS:
         const QSignalSpy counts(m_tree.get(), &StationTree::alarmCountChanged);
         QList<NodeChange> told;
         m_tree->addStation("a");
-        const auto first = m_tree->take("a", said("M,1 fail"), now).entry;
-        const auto second = m_tree->take("a", said("M,2 fail"), now).entry;
+        const auto first = m_tree->apply("a", said("M,1 fail"), now).entry;
+        const auto second = m_tree->apply("a", said("M,2 fail"), now).entry;
         m_tree->setObserver([&told](const NodeChange &change) { told += change; });
         const QModelIndex branch = m_tree->find("a/meldung");
         const QModelIndex station = m_tree->find("a");
@@ -152,7 +152,7 @@ private Q_SLOTS:
         const auto rest = acknowledgementOf({station}, *m_tree, now);
         QCOMPARE(rest.size(), 3);
         QVERIFY(told.isEmpty());
-        const auto again = m_tree->take("a", said(">M,2 fail"), now.addSecs(5)); // before it was carried out
+        const auto again = m_tree->apply("a", said(">M,2 fail"), now.addSecs(5)); // before it was carried out
         QVERIFY(again.alarm && again.entry == second);
         m_tree->carryOut(rest);
         QCOMPARE(colours(), (QList<int>{normal, 255, 255, 255}));
@@ -160,7 +160,7 @@ private Q_SLOTS:
         QCOMPARE(colours(), (QList<int>{normal, normal, normal, normal}));
         QCOMPARE(m_tree->alarmCount(), 0);
 
-        const auto back = m_tree->take("a", said("M,1 fail"), now.addSecs(9));
+        const auto back = m_tree->apply("a", said("M,1 fail"), now.addSecs(9));
         QVERIFY(back.alarm && back.entry == first);
         QCOMPARE(colours(), (QList<int>{255, normal, 255, 255}));
         QCOMPARE(first.data(StationTree::AcknowledgedRole), 0);
@@ -183,7 +183,7 @@ private Q_SLOTS:
         for (int step = 0; step < 1500; ++step) {
             if (chance.bounded(3) > 0 || kept.isEmpty()) {
                 const QString text = QStringLiteral("%1/%2").arg(chance.bounded(2000)).arg(step);
-                const auto entry = m_tree->take("a", NotificationMessage{{text, text}, false}, now).entry;
+                const auto entry = m_tree->apply("a", NotificationMessage{{text, text}, false}, now).entry;
                 kept.append(text);
                 if (!witness.isValid()) {
                     witness = entry;

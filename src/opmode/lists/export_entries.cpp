@@ -60,7 +60,7 @@ bool ExportEntries::walk(int atMost, const std::function<void(const ExportEntry 
             const QModelIndex entry = m_tree.index(m_row, 0, parent);
             const QString text = entry.data(Qt::EditRole).toString();
             if (isChosen(entry, text)) {
-                ++m_taken;
+                ++m_chosenCount;
                 take({station, entry, text});
             }
         }

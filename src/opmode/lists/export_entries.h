@@ -46,7 +46,7 @@ public:
     bool walk(int atMost, const std::function<void(const ExportEntry &)> &take);
 
     const ExportChoice &choice() const { return m_choice; }
-    qint64 taken() const { return m_taken; }
+    qint64 chosenCount() const { return m_chosenCount; }
     /// Left out because a range of time is asked for and theirs is not known.
     qint64 withoutTime() const { return m_withoutTime; }
 
@@ -61,7 +61,7 @@ private:
     qint64 m_end;
     qsizetype m_station = 0;
     int m_row = 0;
-    qint64 m_taken = 0;
+    qint64 m_chosenCount = 0;
     qint64 m_withoutTime = 0;
 };
 

@@ -19,7 +19,7 @@ public:
     Status step(int atMost);
     bool isDone() const { return m_isDone; }
 
-    qint64 lines() const { return m_entries.taken(); } ///< without the header line
+    qint64 lines() const { return m_entries.chosenCount(); } ///< without the header line
     qint64 withoutTime() const { return m_entries.withoutTime(); }
 
 private:

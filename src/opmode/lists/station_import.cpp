@@ -73,10 +73,10 @@ public:
     {
         int &next = m_next[base]; // a list of one name only is not searched from its start each time
         QString name = next == 0 ? base : numbered(base, next);
-        while (m_taken.contains(name) || m_freeName(name) != name) {
+        while (m_used.contains(name) || m_freeName(name) != name) {
             name = numbered(base, ++next);
         }
-        m_taken.insert(name);
+        m_used.insert(name);
         return name;
     }
 
@@ -85,7 +85,7 @@ private:
 
     const std::function<QString(const QString &)> &m_freeName;
     QHash<QString, int> m_next;
-    QSet<QString> m_taken;
+    QSet<QString> m_used;
 };
 
 /// Empty when a station can be made of it.

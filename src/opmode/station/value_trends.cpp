@@ -7,8 +7,8 @@
 
 namespace ktr {
 
-void ValueTrends::take(const QString &kennung, const QList<InputValuesMessage::Value> &values,
-                       const QDateTime &now)
+void ValueTrends::add(const QString &kennung, const QList<InputValuesMessage::Value> &values,
+                      const QDateTime &now)
 {
     const qint64 time = now.toSecsSinceEpoch();
     for (const InputValuesMessage::Value &value : values) {

@@ -25,7 +25,7 @@ public:
     };
 
     /// Values that are no number are passed over.
-    void take(const QString &kennung, const QList<InputValuesMessage::Value> &values, const QDateTime &now);
+    void add(const QString &kennung, const QList<InputValuesMessage::Value> &values, const QDateTime &now);
     void remove(const QString &kennung) { m_stations.erase(kennung); }
 
     /// Of a channel 1 to 18, the oldest first; empty when nothing was reported.

@@ -77,7 +77,7 @@ public:
     };
     /// An identical notification is counted at the entry that is there; an alarm that was acknowledged
     /// becomes red again. An alarm colours its station and its notifications node as well.
-    Outcome take(const QString &kennung, const StationMessage &message, const QDateTime &now);
+    Outcome apply(const QString &kennung, const StationMessage &message, const QDateTime &now);
 
     /// Carries out an acknowledgement (acknowledgementOf()) that is in the journal; the observer is not told.
     /// An alarm that came again meanwhile stays red.
@@ -128,9 +128,9 @@ private:
     QString shownText(Id id) const;
     bool isFreeName(const QString &name, Id except = NodeStore::root) const;
     qint64 momentOf(const QDateTime &time);
-    Outcome takeNotification(Id station, const NotificationMessage &message, const QDateTime &now);
-    void takeValues(Id station, const InputValuesMessage &message, const QDateTime &now);
-    Outcome takeHistory(Id station, const HistoryMessage &message);
+    Outcome applyNotification(Id station, const NotificationMessage &message, const QDateTime &now);
+    void applyValues(Id station, const InputValuesMessage &message, const QDateTime &now);
+    Outcome applyHistory(Id station, const HistoryMessage &message);
     std::optional<Id> addEntry(Id branch, std::string_view name, const QString &text, std::int32_t colour,
                                qint64 now);
     /// Counts an arrival of a notification that is there.

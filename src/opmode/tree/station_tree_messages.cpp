@@ -14,31 +14,32 @@ qint64 StationTree::momentOf(const QDateTime &time)
     return m_lastMoment;
 }
 
-StationTree::Outcome StationTree::take(const QString &kennung, const StationMessage &message,
-                                       const QDateTime &now)
+StationTree::Outcome StationTree::apply(const QString &kennung, const StationMessage &message,
+                                        const QDateTime &now)
 {
     const std::optional<Id> station = nodes().child(NodeStore::root, storedText(kennung));
     if (!station) {
         return {};
     }
-    return std::visit(
-        Overloaded{[&](const NotificationMessage &report) { return takeNotification(*station, report, now); },
-                   [&](const InputValuesMessage &report) {
-                       takeValues(*station, report, now);
-                       return Outcome();
-                   },
-                   [&](const HistoryMessage &report) { return takeHistory(*station, report); },
-                   [&](const UnusableMessage &report) {
-                       Outcome outcome;
-                       outcome.unusable = report.text;
-                       return outcome;
-                   },
-                   [](const NoStationMessage &) { return Outcome(); }},
-        message);
+    return std::visit(Overloaded{[&](const NotificationMessage &report) {
+                                     return applyNotification(*station, report, now);
+                                 },
+                                 [&](const InputValuesMessage &report) {
+                                     applyValues(*station, report, now);
+                                     return Outcome();
+                                 },
+                                 [&](const HistoryMessage &report) { return applyHistory(*station, report); },
+                                 [&](const UnusableMessage &report) {
+                                     Outcome outcome;
+                                     outcome.unusable = report.text;
+                                     return outcome;
+                                 },
+                                 [](const NoStationMessage &) { return Outcome(); }},
+                      message);
 }
 
-StationTree::Outcome StationTree::takeNotification(Id station, const NotificationMessage &message,
-                                                   const QDateTime &now)
+StationTree::Outcome StationTree::applyNotification(Id station, const NotificationMessage &message,
+                                                    const QDateTime &now)
 {
     Outcome outcome;
     outcome.alarm = message.alarm;
@@ -78,7 +79,7 @@ void StationTree::countAgain(Id id, const NodeChange &repeated)
     showChanged(id, {ReceivedRole, CountRole, AcknowledgedRole, RaisedRole});
 }
 
-void StationTree::takeValues(Id station, const InputValuesMessage &message, const QDateTime &now)
+void StationTree::applyValues(Id station, const InputValuesMessage &message, const QDateTime &now)
 {
     const auto branch = nodes().child(station, branches::inputValues);
     if (!branch) {
@@ -98,7 +99,7 @@ void StationTree::takeValues(Id station, const InputValuesMessage &message, cons
     }
 }
 
-StationTree::Outcome StationTree::takeHistory(Id station, const HistoryMessage &message)
+StationTree::Outcome StationTree::applyHistory(Id station, const HistoryMessage &message)
 {
     Outcome outcome;
     outcome.unusable = message.unusable;

@@ -261,14 +261,14 @@ void ExportDialog::countOn()
 {
     if (!m_counting->walk(countedAtOnce, [](const ExportEntry &) {})) {
         showCount();
-        m_export->setEnabled(m_counting->taken() > 0);
+        m_export->setEnabled(m_counting->chosenCount() > 0);
         m_counting.reset();
     }
 }
 
 void ExportDialog::showCount()
 {
-    QString text = tr("Entries: %1").arg(locale().toString(m_counting->taken()));
+    QString text = tr("Entries: %1").arg(locale().toString(m_counting->chosenCount()));
     if (m_counting->withoutTime() > 0) {
         text += u'\n' + tr("Left out, time not known: %1").arg(locale().toString(m_counting->withoutTime()));
     }

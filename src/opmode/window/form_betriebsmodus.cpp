@@ -175,7 +175,7 @@ void Form_betriebsmodus::buildPages()
 
 void Form_betriebsmodus::connectAlarms()
 {
-    connect(&m_mode, &OperationalMode::alarmRaised, &m_alarms, &AlarmCentre::take);
+    connect(&m_mode, &OperationalMode::alarmRaised, &m_alarms, &AlarmCentre::addAlarm);
     connect(&m_alarms, &AlarmCentre::changed, this, &Form_betriebsmodus::showTitle);
     connect(&m_acknowledging, &Acknowledging::told, this, &Form_betriebsmodus::tell);
     connect(&m_notifier, &DesktopNotifier::told, this, &Form_betriebsmodus::tell);

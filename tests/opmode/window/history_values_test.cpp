@@ -244,14 +244,14 @@ private Q_SLOTS:
         ValueTrends trends;
         const qint64 start = m_now.toSecsSinceEpoch();
         for (int minute = 0; minute < 40; ++minute) {
-            trends.take("a", {{5, QString::number(minute)}, {6, "broken"}}, m_now.addSecs(minute * 60));
+            trends.add("a", {{5, QString::number(minute)}, {6, "broken"}}, m_now.addSecs(minute * 60));
         }
         const auto trend = trends.trend("a", 5);
         QCOMPARE(trend.size(), ValueTrends::longest);
         QCOMPARE(trend.front(), (ValueTrends::Point{start + 600, 10}));
         QCOMPARE(trend.back(), (ValueTrends::Point{start + 2340, 39}));
         QVERIFY(trends.trend("a", 6).isEmpty());
-        trends.take("a", {{5, "1"}}, m_now); // a clock put back
+        trends.add("a", {{5, "1"}}, m_now); // a clock put back
         QCOMPARE(trends.trend("a", 5).back().time, start);
         QVERIFY(std::ranges::is_sorted(trends.trend("a", 5), {}, &ValueTrends::Point::time));
     }
@@ -346,7 +346,7 @@ private:
         for (const QString &text : texts) {
             report.entries.append(MessageEntry{text, text});
         }
-        m_mode->tree().take(QString::fromLatin1(kennung), report, m_now);
+        m_mode->tree().apply(QString::fromLatin1(kennung), report, m_now);
     }
     /// As many records, one an hour from the first of November on: 0.5, 1.5, ...
     void giveHours(const char *kennung, int count)

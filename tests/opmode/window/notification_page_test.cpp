@@ -254,9 +254,9 @@ private:
     void take(const QString &kennung, const QString &text)
     {
         m_now = m_now.addMSecs(10);
-        const auto outcome = tree().take(kennung, interpretStationMessage("+49 --> M," + text), m_now);
+        const auto outcome = tree().apply(kennung, interpretStationMessage("+49 --> M," + text), m_now);
         if (outcome.alarm) {
-            m_centre->take(outcome.entry);
+            m_centre->addAlarm(outcome.entry);
         }
     }
 

@@ -61,7 +61,7 @@ private Q_SLOTS:
             StationCaptions{"Notifications", "History", "IP"});
         for (const char *name : {"Pump 1", "Pump 2", "Tower"}) {
             m_mode->addStation(name);
-            m_mode->tree().take(name, interpretStationMessage("+49 --> H,1,0911151200,9,1.5"), {});
+            m_mode->tree().apply(name, interpretStationMessage("+49 --> H,1,0911151200,9,1.5"), {});
         }
     }
 
@@ -93,7 +93,7 @@ private Q_SLOTS:
         QCOMPARE(child<QLabel>(dialog, "Label_export_chosen")->text(), "1 chosen, 1 of them not shown");
         click(dialog, "Check_export_allShown");
         QTRY_COMPARE(count->text(), "Entries: 2"); // the one that is not shown stays
-        m_mode->tree().take("Tower", interpretStationMessage("+49 --> H,1,0911151300,9,2.5"), {});
+        m_mode->tree().apply("Tower", interpretStationMessage("+49 --> H,1,0911151300,9,2.5"), {});
         QTRY_COMPARE(count->text(), "Entries: 3");
 
         QTest::keyClick(&dialog, Qt::Key_Return);
