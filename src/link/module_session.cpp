@@ -17,10 +17,10 @@ ModuleSession::ModuleSession(Transport &transport, Timers &timers, Environment e
     : QObject(parent),
       m_transport(transport),
       m_environment(std::move(environment)),
-      m_patience(timers.create()),
-      m_settling(timers.create()),
-      m_closing(timers.create()),
-      m_calling(timers.create()),
+      m_stallTimer(timers.create()),
+      m_settlingTimer(timers.create()),
+      m_promptTimer(timers.create()),
+      m_announceTimer(timers.create()),
       m_dialogue(makeDialogue(kind))
 {
     if (kind == LineKind::Ethernet) {
@@ -59,16 +59,16 @@ Status ModuleSession::open(const QString &address)
     close();
     Status opened = m_transport.open(address);
     if (opened && m_paced) {
-        call(shortestCall);
+        announce(firstAnnouncementPause);
     }
     return opened;
 }
 
 /// The network may lose the announcement, and a module that did not get one says nothing.
-void ModuleSession::call(Milliseconds pause)
+void ModuleSession::announce(Milliseconds pause)
 {
     perform(m_dialogue->connected());
-    m_calling->start(pause, [this, pause] { call(std::min(2 * pause, longestCall)); });
+    m_announceTimer->start(pause, [this, pause] { announce(std::min(2 * pause, longestAnnouncementPause)); });
 }
 
 void ModuleSession::close()
@@ -83,10 +83,10 @@ void ModuleSession::forgetLine()
     m_isQuiet = false;
     m_lines.reset();
     m_lastLine.clear();
-    m_patience->stop();
-    m_settling->stop();
-    m_closing->stop();
-    m_calling->stop();
+    m_stallTimer->stop();
+    m_settlingTimer->stop();
+    m_promptTimer->stop();
+    m_announceTimer->stop();
     m_whenPerformed.clear();
     if (m_paced) {
         m_paced->clear();
@@ -104,7 +104,7 @@ void ModuleSession::startTransmission(const Transmission &transmission)
     m_transmission = transmission;
     m_transmission.run(m_paced ? LineKind::Ethernet : LineKind::Serial);
     m_isTransmitting = true;
-    m_closing->stop();
+    m_promptTimer->stop();
     noteProgress();
     followTransmission();
 }
@@ -122,9 +122,9 @@ void ModuleSession::setTimeout(Milliseconds timeout)
     m_heardBytes = 0;
     m_heardLines = 0;
     if (m_timeout.count() > 0) {
-        m_patience->start(m_timeout, [this] { Q_EMIT stalled(); });
+        m_stallTimer->start(m_timeout, [this] { Q_EMIT stalled(); });
     } else {
-        m_patience->stop();
+        m_stallTimer->stop();
     }
 }
 
@@ -168,7 +168,7 @@ void ModuleSession::whenDrained(std::function<void()> drained)
 
 void ModuleSession::receive(const QByteArray &bytes)
 {
-    m_calling->stop();
+    m_announceTimer->stop();
     m_heardBytes += bytes.size();
     const qint64 dropped = m_lines.dropped();
     const std::optional<QByteArray> line = m_lines.push(bytes);
@@ -195,29 +195,29 @@ void ModuleSession::take(const QByteArray &line)
         Q_EMIT logged(QCoreApplication::translate("Files", "a doubled datagram dropped"));
         return;
     }
-    noteActs(line);
+    informTransmission(line);
     perform(m_dialogue->lineReceived(fromWindows1252(line)));
     followTransmission();
 }
 
 /// Informs the transmission of what the module does, before that is answered.
-void ModuleSession::noteActs(const QByteArray &line)
+void ModuleSession::informTransmission(const QByteArray &line)
 {
     if (line.contains("at+cmgr=")) {
         m_transmission.moduleReads();
     } else if (line.contains("at+cmgs")) {
         m_transmission.moduleSends();
     } else if (line.contains("at+cpin") || (m_paced && line.contains("donE"))) {
-        m_settling->stop();
-        m_transmission.moduleStarts(m_closing->isRunning());
+        m_settlingTimer->stop();
+        m_transmission.moduleStarts(m_promptTimer->isRunning());
     }
 }
 
 /// To be called after anything that may have advanced or ended the transmission.
 void ModuleSession::followTransmission()
 {
-    if (m_transmission.isUnsettled() && !m_settling->isRunning()) {
-        m_settling->start(settlingTime, [this] { m_transmission.settle(); });
+    if (m_transmission.isUnsettled() && !m_settlingTimer->isRunning()) {
+        m_settlingTimer->start(settlingTime, [this] { m_transmission.settle(); });
     }
     if (m_transmission.progress() != m_progress) {
         noteProgress();
@@ -260,7 +260,7 @@ void ModuleSession::noteSent(std::optional<int> step, const QString &command)
     } else {
         m_transmission.handOver(*step, command);
         if (m_transmission.awaitsEnd()) {
-            m_closing->start(promptStart, [] {});
+            m_promptTimer->start(promptStart, [] {});
         }
     }
     Q_EMIT commandSent(step, command);

@@ -39,8 +39,8 @@ public:
     static constexpr Milliseconds promptStart{2000};
     /// Until a module behind Ethernet is heard, the program announces itself again: first after this time,
     /// then after twice the time before, up to the longest.
-    static constexpr Milliseconds shortestCall{2000};
-    static constexpr Milliseconds longestCall{20'000};
+    static constexpr Milliseconds firstAnnouncementPause{2000};
+    static constexpr Milliseconds longestAnnouncementPause{20'000};
 
     /// Transmits a configuration, which must outlive the transmission: the module gets a command each time it
     /// reads an SMS. `answer` asks it to answer each one; `step` is where an earlier transmission broke off.
@@ -115,21 +115,21 @@ private:
     void perform(const std::vector<ModuleDialogue::Action> &actions);
     void perform(const ModuleDialogue::Action &action);
     void noteSent(std::optional<int> step, const QString &command);
-    void noteActs(const QByteArray &line);
+    void informTransmission(const QByteArray &line);
     void noteProgress();
     void followTransmission();
     void send(const QString &line);
-    void call(Milliseconds pause);
+    void announce(Milliseconds pause);
     void forgetLine();
     std::unique_ptr<ModuleDialogue> makeDialogue(LineKind kind);
     std::optional<StepCommand> nextCommand();
 
     Transport &m_transport;
     Environment m_environment;
-    std::unique_ptr<OneShotTimer> m_patience;
-    std::unique_ptr<OneShotTimer> m_settling;
-    std::unique_ptr<OneShotTimer> m_closing; ///< the closing command was handed over
-    std::unique_ptr<OneShotTimer> m_calling; ///< nothing was heard yet on this connection
+    std::unique_ptr<OneShotTimer> m_stallTimer;
+    std::unique_ptr<OneShotTimer> m_settlingTimer;
+    std::unique_ptr<OneShotTimer> m_promptTimer;   ///< runs for promptStart after the closing command
+    std::unique_ptr<OneShotTimer> m_announceTimer; ///< runs until the module is heard
     Milliseconds m_timeout{0};
     qint64 m_heardBytes = 0; ///< since the last progress
     qint64 m_heardLines = 0;
