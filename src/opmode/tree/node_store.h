@@ -12,7 +12,6 @@
 
 namespace ktr {
 
-/// What a node of the station tree is; it follows from where the node stands.
 /// The names of a station's branches, the last parts of their keys; under the last stand "ip1" to "ip18".
 namespace branches {
 inline constexpr std::string_view notifications = "meldung";
@@ -25,6 +24,7 @@ inline std::string inputValueName(std::size_t channel)
     return std::string(branches::inputValues) + std::to_string(channel);
 }
 
+/// What a node of the station tree is; it follows from where the node stands.
 enum class NodeKind {
     Root,
     Station,
