@@ -149,9 +149,8 @@ ReadReport readConfigurationFile(const QString &path, Configuration &configurati
     if (!read) {
         report.document = read;
     } else if (!report.document) {
-        report.document = Status::failed(path + QLatin1String(": ") +
-                                         QCoreApplication::translate("Files", "not a configuration") +
-                                         QLatin1String(": ") + report.document.message());
+        report.document = fileFailure(path, QCoreApplication::translate("Files", "not a configuration") +
+                                                QLatin1String(": ") + report.document.message());
     }
     for (QString &remark : report.remarks) {
         remark.prepend(path + QLatin1String(": "));

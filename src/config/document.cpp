@@ -84,8 +84,7 @@ ReadReport Document::load(const QString &fileName)
         ReadReport report;
         report.opened = false;
         report.document =
-            Status::failed(fileName + QLatin1String(": ") +
-                           QCoreApplication::translate("Files", "cannot be opened for reading"));
+            fileFailure(fileName, QCoreApplication::translate("Files", "cannot be opened for reading"));
         return report;
     }
     setFileName(fileName);

@@ -1,5 +1,7 @@
 #include "link/conversation_log.h"
 
+#include "platform/files.h"
+
 #include <QDateTime>
 #include <QRegularExpression>
 
@@ -79,7 +81,7 @@ Status ConversationLog::open(const QString &path)
     m_file.setFileName(path);
     constexpr QFileDevice::Permissions ownersAlone = QFileDevice::ReadOwner | QFileDevice::WriteOwner;
     if (!m_file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::Unbuffered, ownersAlone)) {
-        return Status::failed(path + QLatin1String(": ") + m_file.errorString());
+        return fileFailure(path, m_file.errorString());
     }
     return Status::done();
 }
@@ -97,7 +99,7 @@ Status ConversationLog::status() const
     if (m_file.error() == QFileDevice::NoError) {
         return Status::done();
     }
-    return Status::failed(m_file.fileName() + QLatin1String(": ") + m_file.errorString());
+    return fileFailure(m_file.fileName(), m_file.errorString());
 }
 
 } // namespace ktr

@@ -10,9 +10,7 @@ namespace ktr {
 
 Status readFirmware(const QString &path, FirmwareImage &image)
 {
-    const auto failed = [&path](const QString &reason) {
-        return Status::failed(path + QLatin1String(": ") + reason);
-    };
+    const auto failed = [&path](const QString &reason) { return fileFailure(path, reason); };
     const QFileInfo info(path);
     if (!info.exists()) {
         return failed(FirmwareUpload::tr("there is no such file"));

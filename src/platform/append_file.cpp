@@ -40,12 +40,12 @@ Status AppendFile::systemFailure(bool written) const
 {
     const QString reason =
         written ? qt_error_string() : QCoreApplication::translate("Files", "there is no room for it");
-    return Status::failed(m_file.fileName() + QLatin1String(": ") + reason);
+    return fileFailure(m_file.fileName(), reason);
 }
 
 Status AppendFile::failure() const
 {
-    return Status::failed(m_file.fileName() + QLatin1String(": ") + m_file.errorString());
+    return fileFailure(m_file.fileName(), m_file.errorString());
 }
 
 } // namespace ktr

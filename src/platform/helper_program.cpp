@@ -1,6 +1,7 @@
 #include "platform/helper_program.h"
 
 #include "platform/environment.h"
+#include "platform/files.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -56,8 +57,7 @@ Status startProgram(const QString &path, const QStringList &arguments, ProgramWi
     process.setProgram(path);
     process.setArguments(arguments);
     setWindow(process, window);
-    return process.startDetached() ? Status::done()
-                                   : Status::failed(path + QLatin1String(": ") + process.errorString());
+    return process.startDetached() ? Status::done() : fileFailure(path, process.errorString());
 }
 
 } // namespace ktr

@@ -1,3 +1,4 @@
+#include "platform/files.h"
 #include "platform/serial_device.h"
 
 #include <QCoreApplication>
@@ -32,7 +33,7 @@ Status refused(const QString &path, int reason)
                              ? QCoreApplication::translate("Files", "there is no such port")
                          : reason == ENOTTY ? QCoreApplication::translate("Files", "is no serial port")
                                             : QString::fromLocal8Bit(std::strerror(reason));
-    return Status::failed(path + QLatin1String(": ") + text);
+    return fileFailure(path, text);
 }
 
 bool setUp(int descriptor)

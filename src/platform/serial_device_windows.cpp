@@ -1,3 +1,4 @@
+#include "platform/files.h"
 #include "platform/serial_device.h"
 
 #include <QCoreApplication>
@@ -45,7 +46,7 @@ Status refused(const QString &path, DWORD reason)
         : reason == ERROR_INVALID_FUNCTION || reason == ERROR_INVALID_HANDLE
             ? QCoreApplication::translate("Files", "is no serial port")
             : qt_error_string(static_cast<int>(reason));
-    return Status::failed(path + QLatin1String(": ") + text);
+    return fileFailure(path, text);
 }
 
 bool setUp(HANDLE handle)

@@ -73,8 +73,7 @@ QString Printout::pageText(int page) const
 Status Printout::writePdf(const QString &path) const
 {
     if (!hasGlyphs(m_pages.front().texts.front().font)) {
-        return Status::failed(path + QLatin1String(": ") +
-                              QCoreApplication::translate("Files", "not written: no font is installed"));
+        return fileFailure(path, QCoreApplication::translate("Files", "not written: no font is installed"));
     }
     QByteArray bytes;
     QBuffer buffer(&bytes);
