@@ -2,8 +2,8 @@
 
 #include "config/channel_use.h"
 #include "config/channels.h"
+#include "config/entry_texts.h"
 #include "config/fields.h"
-#include "editor/limit_units.h"
 
 namespace ktr {
 
@@ -15,7 +15,7 @@ QString condition(const Configuration &configuration, const LimitValue &value, c
     if (channel == 0) {
         return {};
     }
-    QString text = comparisonSigns().value(value.comparison - 1) + u' ' + value.limit;
+    QString text = comparisonSign(value.comparison) + u' ' + value.limit;
     if (channelMeasure(configuration, channel) != Measure::Binary) {
         text += u' ' + limitUnits(configuration, channel, texts).limit;
     }
@@ -43,7 +43,8 @@ void LimitValueModel::show(const Configuration &configuration, const TextTable &
     rows.reserve(LimitValue::count);
     for (int entry = 0; const LimitValue &value : configuration.limitValues) {
         if (LimitValue::isReference(entry++)) {
-            rows.push_back({{combinedEntries(value.reference), {}, value.alarm}, value.reference != 0});
+            rows.push_back(
+                {{combinedLimitValues(value.reference).join(u'+'), {}, value.alarm}, value.reference != 0});
         } else {
             const bool inUse = value.channel != 0;
             const QString channel = inUse ? channelText(value.channel) : QString();
@@ -51,25 +52,6 @@ void LimitValueModel::show(const Configuration &configuration, const TextTable &
         }
     }
     setRows(std::move(rows));
-}
-
-QStringList comparisonSigns()
-{
-    return {QStringLiteral("<"), QStringLiteral("="), QStringLiteral(">")};
-}
-
-QString combinedEntries(double reference)
-{
-    QStringList numbers;
-    if (reference > 0 && reference <= 0xFFFF) {
-        const auto mask = static_cast<unsigned>(reference);
-        for (unsigned bit = 0; bit < LimitValue::firstReference; ++bit) {
-            if ((mask >> bit & 1U) != 0) {
-                numbers += QString::number(bit + 1);
-            }
-        }
-    }
-    return numbers.join(u'+');
 }
 
 } // namespace ktr

@@ -17,10 +17,4 @@ public:
     void show(const Configuration &configuration, const TextTable &texts);
 };
 
-/// The comparisons of limit values in the order of their values, 1 to 3.
-QStringList comparisonSigns();
-
-/// The limit values that a combination refers to, as the user counts them: "1+3+5".
-QString combinedEntries(double reference);
-
 } // namespace ktr

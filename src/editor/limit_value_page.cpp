@@ -2,9 +2,9 @@
 
 #include "config/channel_use.h"
 #include "config/channels.h"
+#include "config/entry_texts.h"
 #include "editor/combo_items.h"
 #include "editor/entry_chooser.h"
-#include "editor/limit_units.h"
 #include "editor/limit_value_model.h"
 
 #include <QButtonGroup>
@@ -178,9 +178,9 @@ QWidget *LimitValuePage::thresholdPart()
     comparison->setObjectName(QStringLiteral("Fra_gw_vergleich"));
     auto *buttons = new QButtonGroup(comparison);
     auto *column = new QVBoxLayout(comparison);
-    for (int id = 1; const QString &sign : comparisonSigns()) {
-        auto *button = new QRadioButton(sign, comparison);
-        buttons->addButton(button, id++);
+    for (int id = 1; id <= 3; ++id) {
+        auto *button = new QRadioButton(comparisonSign(id), comparison);
+        buttons->addButton(button, id);
         column->addWidget(button);
     }
     binder().choice(buttons, comparisonField);
@@ -353,11 +353,9 @@ void LimitValuePage::showUnits()
 void LimitValuePage::showRecipients()
 {
     for (std::size_t index = 0; index < m_recipients.size(); ++index) {
-        const QString &name = configuration().administrators[index].name;
-        QString caption = name;
+        QString caption = configuration().administrators[index].name;
         m_recipients[index]->setText(caption.replace(u'&', QStringLiteral("&&")));
-        const QString described =
-            name.trimmed().isEmpty() ? text(Text::Admin) + u' ' + QString::number(index + 1) : name;
+        const QString described = administratorName(configuration(), index, context().texts);
         m_recipients[index]->setAccessibleName(described);
         m_recipients[index]->setToolTip(described);
     }

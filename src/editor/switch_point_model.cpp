@@ -1,9 +1,8 @@
 #include "editor/switch_point_model.h"
 
 #include "config/channels.h"
+#include "config/entry_texts.h"
 #include "config/fields.h"
-#include "editor/limit_units.h"
-#include "platform/text_rules.h"
 
 namespace ktr {
 
@@ -16,14 +15,6 @@ constexpr std::array<const char16_t *, SwitchPoint::typeCount> germanTypes = {
     u"10 werktags",     u"11 feiertags",     u"12 täglich",   u"13 einmalig",  u"14 periodisch",
     u"15 GW-Überschr.", u"16 GW-Unterschr.",
 };
-
-QString startTime(const QString &start, const QLocale &locale)
-{
-    const std::optional<QDateTime> moment = toMinute(start);
-    return moment ? locale.toString(moment->date(), QLocale::ShortFormat) + u' ' +
-                        moment->toString(QStringLiteral("hh:mm"))
-                  : start;
-}
 
 QStringList switchTypeItems(const EditorContext &context)
 {
@@ -91,7 +82,7 @@ void SwitchPointModel::show(const EditorContext &context)
     auto start = m_starts.begin();
     for (const SwitchPoint &point : context.document.configuration().switchPoints) {
         if (start->stored != point.start) {
-            *start = {point.start, startTime(point.start, context.document.environment().locale)};
+            *start = {point.start, startText(point.start, context.document.environment().locale)};
         }
         const bool inUse = point.target != 0;
         const bool untouched = !inUse && point.start.isEmpty();

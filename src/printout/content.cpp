@@ -2,6 +2,7 @@
 
 #include "config/channel_use.h"
 #include "config/channels.h"
+#include "config/entry_texts.h"
 #include "config/fields.h"
 #include "platform/text_rules.h"
 
@@ -124,20 +125,10 @@ private:
         }
     }
 
-    QString limitUnit(int channel) const
+    LimitUnits units(int channel) const
     {
-        const Scaling *scaled = scalingOf(m_configuration, channel);
-        return scaled != nullptr        ? scaled->unit
-               : isTemperature(channel) ? QStringLiteral("°C")
-                                        : counted(channel);
-    }
-    QString hysteresisUnit(int channel) const
-    {
-        return isTemperature(channel) ? text(Text::Kelvin) : limitUnit(channel);
-    }
-    bool isTemperature(int channel) const
-    {
-        return channelMeasure(m_configuration, channel) == Measure::Temperature;
+        const bool hasStates = channelMeasure(m_configuration, channel) == Measure::Binary;
+        return hasStates ? LimitUnits() : limitUnits(m_configuration, channel, m_texts);
     }
 
     static std::size_t index(int number) { return static_cast<std::size_t>(number); }
@@ -212,11 +203,9 @@ private:
         return {text(Text::SwitchValue), {facts(rows)}};
     }
 
-    QString administratorName(std::size_t administrator) const
+    QString nameOf(std::size_t administrator) const
     {
-        const QString &name = m_configuration.administrators[administrator].name;
-        return name.trimmed().isEmpty() ? words({text(Text::Admin), QString::number(administrator + 1)})
-                                        : name;
+        return administratorName(m_configuration, administrator, m_texts);
     }
 
     QString recipients(const LimitValue &limitValue) const
@@ -225,7 +214,7 @@ private:
         QStringList names;
         for (std::size_t administrator = 0; administrator < count; ++administrator) {
             if ((limitValue.recipients >> administrator & 1) != 0) {
-                names += administratorName(administrator);
+                names += nameOf(administrator);
             }
         }
         // Six names in each row would bury the rows that name a few.
@@ -249,26 +238,14 @@ private:
 
     QString comparison(const LimitValue &limitValue) const
     {
-        static const QStringList signs{QString(), QStringLiteral("<"), QStringLiteral("="),
-                                       QStringLiteral(">")};
-        const QString sign = signs.value(limitValue.comparison, QString::number(limitValue.comparison));
-        return words({sign, orNone(limitValue.limit), limitUnit(limitValue.channel)});
+        return words({comparisonSign(limitValue.comparison), orNone(limitValue.limit),
+                      units(limitValue.channel).limit});
     }
 
-    /// The numbers of the limit values that a mask combines.
     QString combined(double reference) const
     {
-        if (!(reference >= 0 && reference <= 0xFFFF)) {
-            return numberText(reference, m_locale); // no mask: shown as it is
-        }
-        const auto mask = static_cast<unsigned>(reference);
-        QStringList numbers;
-        for (unsigned bit = 0; bit < LimitValue::firstReference; ++bit) {
-            if ((mask >> bit & 1U) != 0) {
-                numbers += QString::number(bit + 1);
-            }
-        }
-        return orNone(numbers.join(u", "));
+        const bool isMask = reference >= 0 && reference <= LimitValue::allReferences;
+        return isMask ? orNone(combinedLimitValues(reference).join(u", ")) : numberText(reference, m_locale);
     }
 
     static bool inUse(const LimitValue &limitValue, int number)
@@ -306,7 +283,7 @@ private:
                      limitValueRows(0, LimitValue::firstReference, [this](const LimitValue &limitValue) {
                          const int channel = limitValue.channel;
                          return QStringList{channelName(channel), comparison(limitValue),
-                                            words({orNone(limitValue.hysteresis), hysteresisUnit(channel)}),
+                                            words({orNone(limitValue.hysteresis), units(channel).hysteresis}),
                                             orNone(limitValue.delay)};
                      })});
     }
@@ -328,7 +305,7 @@ private:
     QString target(int position) const
     {
         if (position >= firstAdministratorTarget && position < targetCount) {
-            return administratorName(index(position - firstAdministratorTarget));
+            return nameOf(index(position - firstAdministratorTarget));
         }
         const QString name = targetText(position);
         return position == 0 ? text(Text::Invalid) : name.isEmpty() ? QString::number(position) : name;
@@ -339,14 +316,6 @@ private:
     {
         const bool known = type >= 0 && type < SwitchPoint::typeCount;
         return words({QString::number(type), known ? text(switchTypeText(type)) : QString()});
-    }
-
-    QString startTime(const QString &start) const
-    {
-        const std::optional<QDateTime> moment = toMinute(start);
-        return moment ? words({m_locale.toString(moment->date(), QLocale::ShortFormat),
-                               moment->toString(QStringLiteral("hh:mm"))})
-                      : orNone(start);
     }
 
     QString watchedLimitValue(int number) const
@@ -377,7 +346,7 @@ private:
             table.rows += {QString::number(number),
                            target(point.target),
                            switchType(point.type),
-                           reacts ? QString() : startTime(point.start),
+                           reacts ? QString() : orNone(startText(point.start, m_locale)),
                            orNone(point.value),
                            point.type == SwitchPoint::periodic ? orNone(point.period) : QString(),
                            reacts ? watchedLimitValue(point.limitValue) : QString()};
