@@ -65,7 +65,7 @@ FormMain::FormMain(const Services &services)
     setObjectName(QStringLiteral("FormMain"));
     setWindowIcon(icon(IconName::Application));
     setAcceptDrops(true);
-    m_context.tell = [this](const QString &line) { showStatus(line); };
+    m_context.showStatus = [this](const QString &line) { showStatus(line); };
     m_context.showMessage = [this](const QString &text) { showMessage(text); };
     m_wait.setObjectName(QStringLiteral("Tmr_wait"));
     m_wait.setSingleShot(true);

@@ -48,7 +48,7 @@ void LinkDialogs::askForExportFile()
         return;
     }
     if (const Status usable = HistoryExport::check(path); !usable) {
-        m_context.tell(usable.message());
+        m_context.showStatus(usable.message());
         m_context.showMessage(usable.message());
         return;
     }

@@ -102,7 +102,7 @@ void PageBuilder::saveText(const QString &text)
     const QString path = m_files.askSave(QStringLiteral("KTR_log"), QStringLiteral("*.txt|*.txt"));
     if (!path.isEmpty()) {
         const Status saved = replaceFile(path, text.toUtf8());
-        m_context.tell(saved ? tr("Saved: %1").arg(path) : saved.message());
+        m_context.showStatus(saved ? tr("Saved: %1").arg(path) : saved.message());
     }
 }
 
@@ -114,10 +114,10 @@ void PageBuilder::openFile(const QString &path)
                                        QStringLiteral("tsv")};
     const QFileInfo file(path);
     if (!file.isFile()) {
-        m_context.tell(tr("There is no file %1").arg(path));
+        m_context.showStatus(tr("There is no file %1").arg(path));
     } else if (!opened.contains(file.suffix(), Qt::CaseInsensitive) || file.isExecutable() ||
                !QDesktopServices::openUrl(QUrl::fromLocalFile(path))) {
-        m_context.tell(tr("%1 cannot be opened").arg(path));
+        m_context.showStatus(tr("%1 cannot be opened").arg(path));
     }
 }
 

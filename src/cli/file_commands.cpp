@@ -139,7 +139,7 @@ int compare(const Arguments &arguments)
     meantLater.load(arguments.positional(0));
     Configuration found = held.configuration();
     const Configuration expected = throughAModule(meant.configuration(), environment);
-    takeUntold(found, expected, throughAModule(meantLater.configuration(), environment));
+    takeWhatIsNeverSent(found, expected, throughAModule(meantLater.configuration(), environment));
     const QStringList lines = differences(expected, found, environment.locale);
     for (const QString &line : lines) {
         print(line);

@@ -172,7 +172,8 @@ struct Configuration
     std::array<SwitchPoint, SwitchPoint::count> switchPoints;
     HolidayList holidays;
     EthernetSettings ethernet;
-    QString versionText; ///< the stamp of the last edit, by which the module tells later what it holds
+    QString
+        versionText; ///< the stamp of the last edit, which the module repeats when it is asked what it holds
 
     bool operator==(const Configuration &) const = default;
 };

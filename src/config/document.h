@@ -28,13 +28,13 @@ public:
     /// A user's edit: marks the configuration modified and stamps it with the present time.
     void edit(const std::function<void(Configuration &)> &change);
 
-    /// A change that is no edit: neither the mark nor the stamp move (a holiday removed, an entry shown).
+    /// A change that does not count as an edit, such as a holiday removed: mark and stamp stay as they are.
     void adjust(const std::function<void(Configuration &)> &change);
 
     /// Puts a snapshot in place together with the mark and the source that belonged to it.
     void restore(const Configuration &snapshot, bool modified, const QString &source = {});
 
-    /// The menu command "new": neither the file name nor the mark move.
+    /// The menu command "new": the file name and the mark stay as they are.
     void makeNew();
 
     /// Blanks at the end of the name do not count where the file is looked for, unless one is called so:
@@ -56,9 +56,9 @@ public:
     /// The file that the configuration was read from or last saved to; empty for a new one.
     const QString &source() const { return m_source; }
 
-    /// Before save(): where another file than the source stands under the present name, or the source was
-    /// changed by somebody else, copies it beside itself, with "~" behind its name, and gives the copy's name
-    /// in `backup`. After a failure that file must not be written over.
+    /// Before save(): where save() would replace a file that this program has not read, or that somebody else
+    /// has changed since, makes a copy beside it, with "~" behind its name, and returns the copy's name in
+    /// `backup`. After a failure that file must not be written over.
     Status backUp(QString &backup) const;
 
     /// Writes the present file, which must have a name. The mark stays set when that fails.

@@ -52,7 +52,7 @@ public:
 
 Q_SIGNALS:
     void availabilityChanged();
-    /// A step was undone or done again; it had been made there. An empty control stands for the whole.
+    /// A step was undone or redone; `place` is where it had been made, with an empty control for the whole.
     void moved(const ktr::EditPlace &place);
 
 private:

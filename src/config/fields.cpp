@@ -63,7 +63,7 @@ QString notZero(const QString &text)
 }
 
 /// What both the module's code page and the alphabet of an SMS have. ä, ö, ü and ß, which typing writes
-/// out, are none of it; their capitals stay as they are.
+/// out, are left out; their capitals stay as they are.
 bool isCarriedBySms(char32_t c)
 {
     constexpr QStringView beyondAscii = u"£¥èéùìòÇØøÅåÆæÉ¤¡ÄÖÑÜ§¿ñà€";

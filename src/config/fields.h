@@ -56,8 +56,8 @@ inline constexpr ControlName holidaysControl{"lst_swtch_frei"};
 /// What a field is called: a text of the table, or one of our own for the context "Fields".
 using Label = std::variant<Text, const char *>;
 
-/// What a module or a reader would choke on in a field's text, for the user; empty when nothing. It never
-/// keeps a text from being stored or sent.
+/// What is wrong with a field's text for the module or the reader, in words for the user; empty when nothing.
+/// The text is stored and sent all the same.
 using TextCheck = QString (*)(const QString &text);
 
 /// The text that a field stores when `text` is given to it.

@@ -40,8 +40,8 @@ std::optional<QString> decode(QStringConverter::Encoding encoding, QByteArrayVie
     return decoder.hasError() || isHalf ? std::nullopt : std::optional(std::move(text));
 }
 
-/// More attributes than any element of ours has. The reader compares each with all others of its element, so
-/// that a million of them would keep it busy for hours.
+/// More attributes than any element of a configuration has. The reader compares each with all others of its
+/// element, so that a million of them would keep it busy for hours.
 constexpr int mostAttributes = 1000;
 
 /// Where the tag that begins at `start` ends, nothing when it does not; counts its attributes on the way.
@@ -69,7 +69,7 @@ bool isUnreadable(QChar c)
     return (c < u' ' || c > QChar(0xFFFD)) && !isXmlCharacter(c.unicode());
 }
 
-/// Refuses what the reader would take or choke on: characters that XML does not know, document type
+/// Refuses what the reader would accept or be held up by: characters that XML does not know, document type
 /// declarations, elements of endless attributes. Other faults are left to the reader.
 Status isReadable(const QString &text)
 {

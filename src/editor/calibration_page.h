@@ -24,8 +24,8 @@ public:
     /// scrolled back to.
     void confirm(const QString &text);
 
-    /// The command that waits for the module now, and one that was handed to it. A button whose command
-    /// neither waits nor was handed over can be pressed again.
+    /// The command that waits for the module, and the command that was just sent to it. The button of any
+    /// other command can be pressed again.
     void showWaiting(const QString &command);
     void commandLeft(const QString &command);
 
@@ -42,7 +42,7 @@ private:
 
     std::vector<QPushButton *> m_buttons;
     QPushButton *m_waiting = nullptr; ///< not to be pressed again before the module has confirmed
-    QString m_command;                ///< its command, until that is handed over
+    QString m_command;                ///< its command, until that is sent
     QTimer m_patience;
     QScrollBar *m_scroll = nullptr;
     QLabel *m_done = nullptr;

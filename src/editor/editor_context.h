@@ -9,17 +9,17 @@
 
 namespace ktr {
 
-/// What the pages work on and whom they tell.
+/// What the pages work on, and where their messages go.
 struct EditorContext
 {
     Document &document;
     EditHistory &history;
     const TextTable &texts;
-    QString language = QStringLiteral("english"); ///< the section of the texts that stand in the table
+    QString language = QStringLiteral("english"); ///< the section of language.ini that is in the table
     bool expert = false;                          ///< the last three bytes of the MAC address may be edited
 
     /// A line in the status bar.
-    std::function<void(const QString &line)> tell = [](const QString &) {};
+    std::function<void(const QString &line)> showStatus = [](const QString &) {};
     /// A message in a window of its own; returns at once.
     std::function<void(const QString &text)> showMessage = [](const QString &) {};
 

@@ -109,7 +109,7 @@ void HolidayCard::add()
 {
     const std::optional<QDate> date = toDate(m_date->text(), m_context.document.environment().locale);
     if (!date) {
-        m_context.tell(tr("\"%1\" is no date").arg(m_date->text()));
+        m_context.showStatus(tr("\"%1\" is no date").arg(m_date->text()));
         return;
     }
     HolidayList extended = holidays();
@@ -121,7 +121,7 @@ void HolidayCard::add()
         m_date->selectAll();
         break;
     case HolidayList::Added::Duplicate:
-        m_context.tell(tr("%1 is in the list already").arg(m_date->text()));
+        m_context.showStatus(tr("%1 is in the list already").arg(m_date->text()));
         break;
     case HolidayList::Added::Full:
         m_context.showMessage(m_context.texts.text(Text::MaximalHolidays));
@@ -134,7 +134,7 @@ void HolidayCard::remove(int row)
     const QString line = holidays().lines().value(row);
     if (!line.isEmpty()) {
         m_context.history.adjust(newStep(), [row](Configuration &changed) { changed.holidays.remove(row); });
-        m_context.tell(tr("Holiday removed: %1").arg(line.section(u'\t', 1)));
+        m_context.showStatus(tr("Holiday removed: %1").arg(line.section(u'\t', 1)));
     }
 }
 
@@ -147,14 +147,15 @@ void HolidayCard::load()
 {
     m_context.history.adjust(newStep(),
                              [](Configuration &changed) { loadHolidays(changed.holidays, SettingsStore()); });
-    m_context.tell(tr("Holidays loaded: %1").arg(holidays().lines().size()));
+    m_context.showStatus(tr("Holidays loaded: %1").arg(holidays().lines().size()));
 }
 
 void HolidayCard::save()
 {
     SettingsStore store;
-    m_context.tell(saveHolidays(holidays(), store) ? tr("Holidays stored: %1").arg(holidays().lines().size())
-                                                   : tr("The holidays could not be stored in your settings"));
+    m_context.showStatus(saveHolidays(holidays(), store)
+                             ? tr("Holidays stored: %1").arg(holidays().lines().size())
+                             : tr("The holidays could not be stored in your settings"));
 }
 
 } // namespace ktr

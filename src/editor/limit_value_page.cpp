@@ -289,7 +289,7 @@ QLayout *LimitValuePage::repetitionLine()
     return line;
 }
 
-/// The lines stand in several layouts, and their fields are to begin at one place.
+/// The rows are in several layouts; their fields are to begin at the same place.
 void LimitValuePage::alignCaptions()
 {
     int width = 0;
@@ -372,7 +372,7 @@ void LimitValuePage::showOverview()
 bool LimitValuePage::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_interval && event->type() == QEvent::FocusOut && m_interval->text().isEmpty()) {
-        // A menu of the field, or another window, is no leaving of the field.
+        // Opening the field's menu, or going to another window, does not leave the field.
         const Qt::FocusReason reason = static_cast<QFocusEvent *>(event)->reason();
         if (reason != Qt::PopupFocusReason && reason != Qt::ActiveWindowFocusReason) {
             const FieldRef interval = field(&LimitValue::repetitionInterval);

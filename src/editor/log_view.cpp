@@ -92,7 +92,7 @@ void LogView::prepend(const QString &line)
 {
     m_pending += line;
     m_pendingSize += line.size() + 1;
-    // Of what waits, no more is needed than is shown at most.
+    // No more of what waits is needed than can be shown.
     while (m_pendingSize - m_pending.front().size() - 1 > m_last) {
         m_pendingSize -= m_pending.takeFirst().size() + 1;
     }
@@ -143,7 +143,7 @@ void LogView::clear()
     m_display->clear();
 }
 
-/// Goes to the next place that holds the text, from the top again behind the last.
+/// Goes to the next place that holds the text; behind the last one to the first.
 void LogView::find()
 {
     if (m_search->text().isEmpty() || m_display->find(m_search->text())) {

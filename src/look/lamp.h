@@ -13,7 +13,7 @@ class Lamp : public QWidget
 public:
     explicit Lamp(QWidget *parent = nullptr);
 
-    /// `meaning` is told by the tool tip and to screen readers.
+    /// `meaning` is the tool tip, which screen readers read, too.
     void show(bool lit, const QString &meaning);
 
 protected:

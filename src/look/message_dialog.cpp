@@ -136,7 +136,7 @@ void Dialog::message(QWidget *parent, const TextTable &texts, const QString &tex
         shown->m_topic = topic;
         shown->setText(text);
         shown->arrange();
-        shown->raise(); // the same may have been told already, and not yet read
+        shown->raise(); // the same message may be open already, unread
         shown->activateWindow();
         return;
     }

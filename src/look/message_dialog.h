@@ -31,7 +31,7 @@ public:
     /// new text takes the old one's place. Without a topic only the same text is not shown twice.
     static void message(QWidget *parent, const TextTable &texts, const QString &text,
                         const QString &topic = {});
-    /// Closes the message about a topic, if one is open: what it tells is so no longer.
+    /// Closes the message about a topic, if one is open, because it is no longer true.
     static void withdraw(const QString &topic);
     /// Shows a heading, which is the topic, with a line below it. While a message with that heading is still
     /// open, the line is added to it, so that many of a kind stand in one box; a line that stands there

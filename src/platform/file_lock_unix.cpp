@@ -97,7 +97,8 @@ FileLock::Outcome FileLock::take(const QString &path)
         constexpr int flags = O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK;
         int descriptor = ::open(name.constData(), O_RDWR | O_CREAT | flags, S_IRUSR | S_IWUSR);
         const bool isWritable = descriptor >= 0;
-        // Somebody else's file, or one on a disk that cannot be written: whether it is locked can be told.
+        // Somebody else's file, or one on a disk that cannot be written: it is still possible to see whether
+        // it is locked.
         if (const int reason = errno;
             !isWritable && (reason == EACCES || reason == EPERM || reason == EROFS)) {
             descriptor = ::open(name.constData(), O_RDONLY | flags);
@@ -124,7 +125,7 @@ FileLock::Outcome FileLock::take(const QString &path)
             held->isOwn = true;
             giveModeOfFolder(descriptor, name);
             const QByteArray record = lockHolderRecord(userName());
-            // Without it the others are told less; the lock is the same.
+            // Without it the others cannot see the holder; the lock works all the same.
             (void)!::pwrite(descriptor, record.constData(), static_cast<std::size_t>(record.size()), 0);
             (void)!::ftruncate(descriptor, record.size());
         }

@@ -60,7 +60,7 @@ FileLock::Outcome FileLock::take(const QString &path)
             m_held = std::make_unique<Held>(file);
             const QByteArray record = lockHolderRecord(qEnvironmentVariable("USERNAME"));
             DWORD written = 0;
-            // Without it the others are told less; the lock is the same.
+            // Without it the others cannot see the holder; the lock works all the same.
             (void)::WriteFile(file, record.constData(), static_cast<DWORD>(record.size()), &written, nullptr);
             (void)::SetEndOfFile(file);
             return Outcome::Taken;

@@ -6,8 +6,8 @@
 namespace ktr {
 
 /// The name of a local socket under which the programs of one user find each other. Where such sockets are
-/// files, it leads into a folder that no other user can enter, so that nobody else can stand there; empty
-/// when there is no such folder.
+/// files, it leads into a folder that no other user can enter, so that nobody else can put a socket there;
+/// empty when there is no such folder.
 QString privateSocketName(const QString &name);
 
 /// Several programs meet under a name. Where sockets are files each of them has one of its own, so that none

@@ -12,7 +12,7 @@ class QSocketNotifier;
 
 namespace ktr {
 
-/// A terminal that this process stands behind: another program opens its path like a serial port. Bytes
+/// A terminal whose other end this process holds: another program opens its path like a serial port. Bytes
 /// pass unchanged both ways from the first one. The path stays usable when a client leaves.
 class PseudoTerminal : public QObject
 {
@@ -51,7 +51,7 @@ public:
     QByteArray readAll();
 
     /// Never blocks; what the client does not take yet is kept. Does nothing while not open. Bytes beyond
-    /// the limit are dropped whole writes at a time, and told.
+    /// the limit are dropped, whole writes at a time, with a message.
     void write(const QByteArray &bytes);
 
     /// Bytes written that no client has read, without those that the system has just taken over.

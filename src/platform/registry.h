@@ -13,7 +13,7 @@ namespace ktr {
 /// thing and closes it again. Nothing is reported but the code of the last error.
 namespace MRegistry {
 
-/// Numbered as the system's registry numbers its errors, so that the native one can hand on its own.
+/// Numbered as the system's registry numbers its errors, so that the native registry can return its own.
 enum class Error : int {
     None = 0,
     NotFound = 2,     ///< no such key or value
@@ -21,7 +21,7 @@ enum class Error : int {
     NoRoot = 6,       ///< the root's name is not known
     Busy = 170,       ///< another program kept the registry locked
     TooLong = 234,    ///< the text does not fit into the buffer of GetRegistryString
-    Corrupt = 1009,   ///< what stands in the registry's file is no registry
+    Corrupt = 1009,   ///< the registry's file does not hold a registry
 };
 
 /// The handle of a root by its name, with or without "hkey_" and whatever the case; 0 for any other name.

@@ -15,11 +15,11 @@ struct FieldModuleOptions
     Milliseconds every{20'000}; ///< from one dialogue with its modem to the next, on average
 };
 
-/// A module in operation. It has no clock and no socket: it is told what arrives and woken when it asked for
-/// it.
+/// A module in operation. It has no clock and no socket: its owner passes on what arrives and wakes it when
+/// it asked for that.
 ///
 ///     program            module
-///     config         ->                            it knows the program now, and tells that it is alive
+///     config         ->                            it knows the program now and announces itself
 ///                    <-  at+cpin?                  the beginning of each dialogue
 ///     config         ->                            taken over: the program is its modem
 ///                    <-  at+cmgr=1                 is there an SMS?
@@ -42,9 +42,9 @@ public:
 
     FieldModule(const FieldModuleOptions &options, Send send, Now now);
 
-    /// Takes a datagram of the program; gives in how long wake() is to be called, nothing when that stays.
+    /// Takes a datagram of the program. Returns after which time wake() is to be called; nothing: as before.
     std::optional<Milliseconds> receive(const QByteArray &datagram);
-    /// Goes on; gives in how long it is to be called again.
+    /// Continues; returns after which time to call it again.
     std::optional<Milliseconds> wake();
 
     qint64 smsSent() const { return m_smsSent; }
@@ -57,7 +57,7 @@ private:
         AskedForSim,
         Reading,    ///< asked for an SMS
         TakingText, ///< the next line is the text of an SMS
-        Addressing, ///< told the number
+        Addressing, ///< sent the number
         Sending,    ///< sent the text
         OnOwnModem,
     };

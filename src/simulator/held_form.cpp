@@ -31,7 +31,7 @@ QString number(const QString &text)
     return withDecimalPoint(onTheWire(text));
 }
 
-/// What is no address is not told to the module.
+/// The module is sent nothing for a text that is no address.
 QString address(const QString &text)
 {
     const auto number = addressNumber(text);
@@ -175,7 +175,7 @@ Configuration asHeld(const Configuration &meant, const QLocale &locale)
     return held;
 }
 
-void takeUntold(Configuration &held, const Configuration &meant, const Configuration &meantLater)
+void takeWhatIsNeverSent(Configuration &held, const Configuration &meant, const Configuration &meantLater)
 {
     const QStringList now = textsOf(meant);
     const QStringList later = textsOf(meantLater);

@@ -13,11 +13,11 @@ namespace ktr {
 /// stays as meant, so that comparing shows it.
 Configuration asHeld(const Configuration &meant, const QLocale &locale);
 
-/// Gives `held` what no command tells a module (who made the file, the administrators' names, the units,
-/// values that are not to be sent) as it stands in `meant`, so that a file which was never in a module can be
-/// compared, too; so it does with the start of a switch point without a target, and with what the file of
-/// `meant` leaves to time or chance: there `meantLater`, the same file read at another time, differs.
-void takeUntold(Configuration &held, const Configuration &meant, const Configuration &meantLater);
+/// Copies from `meant` into `held` what no command sends to a module, so that a file which was never in a
+/// module can be compared, too: who made the file, the administrators' names, the units, values that are not
+/// to be sent, the start of a switch point without a target, and what the file of `meant` leaves to time or
+/// chance: that is where `meantLater`, the same file read at another time, differs.
+void takeWhatIsNeverSent(Configuration &held, const Configuration &meant, const Configuration &meantLater);
 
 /// An address in the form that the configuration keeps: "010.000.000.001".
 QString addressForm(quint32 address);

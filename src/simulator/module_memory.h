@@ -18,7 +18,7 @@ struct ModuleMemory
     bool archiveBlocked = false;
     QStringList notifications;
     std::array<bool, 8> calibrated{}; ///< reference points that were calibrated
-    bool firmwareRequested = false;   ///< told to expect a firmware image
+    bool firmwareRequested = false;   ///< a command announced a firmware image
     QString firmwareVersion = QStringLiteral("2.1.05");
     int accepted = 0; ///< commands applied
     int refused = 0;  ///< commands not applied

@@ -152,7 +152,7 @@ void Replay::say(const Line &line)
     m_number = line.number;
     m_expected.clear();
     m_met = 0;
-    m_told = false;
+    m_reported = false;
     expectEcho(line, bytes);
     expectAnswers();
     if (m_answered) {
@@ -260,16 +260,16 @@ void Replay::hear(const QString &text)
         } else {
             differs(awaited->number,
                     QStringLiteral("expected \"%1\", heard \"%2\"").arg(awaited->text, text));
-            m_told = true; // it may still come
+            m_reported = true; // it may still come
         }
         return;
     }
     for (auto passed = next; passed != met; ++passed) {
-        if (passed->needed && !std::exchange(m_told, false)) {
+        if (passed->needed && !std::exchange(m_reported, false)) {
             differs(passed->number, QStringLiteral("expected \"%1\", heard \"%2\"").arg(passed->text, text));
         }
     }
-    m_told = false;
+    m_reported = false;
     m_met = static_cast<std::size_t>(met - m_expected.begin()) + 1;
     goOn();
 }

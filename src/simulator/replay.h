@@ -29,7 +29,7 @@ struct RecordedConversation
         QString text;       ///< as in the log
     };
     std::vector<Line> lines;
-    int leftOut = 0; ///< lines of the file that are none of the conversation
+    int leftOut = 0; ///< lines of the file that do not belong to the conversation
 };
 
 /// Reads a log as the program writes it: "com <---- " and "eth <---- " are the module's lines, "gsm <---- "
@@ -42,14 +42,14 @@ Status readConversation(const QByteArray &log, RecordedConversation &conversatio
 ///
 /// After a line of the module it waits for all that the program said next, then sends the next line with the
 /// log's pause. A PIN that the log hides may be any, the clock command any of its form. A line that differs
-/// is told and passed over; what was expected in its place is still waited for.
+/// is reported and skipped; what was expected in its place is still waited for.
 class Replay
 {
 public:
     static constexpr Milliseconds longestPause{1000};
-    /// The first line is sent again so often until the program is heard.
+    /// The first line is repeated at this interval until the program is heard.
     static constexpr Milliseconds openingInterval{5000};
-    /// The program counts as silent after that; it has any time to come at first.
+    /// The program counts as silent after this time; before its first line it may take as long as it likes.
     static constexpr Milliseconds answerTimeout{60000};
 
     /// The timers and what `send` needs must outlive the replay. `send` may call receive() at once.
@@ -100,8 +100,8 @@ private:
     std::size_t m_next = 0; ///< of the conversation's lines
     int m_number = 0;       ///< in the file, of the line said last
     std::vector<Expected> m_expected;
-    std::size_t m_met = 0; ///< so many of the expected lines were heard or passed over
-    bool m_told = false;   ///< the line that is waited for was already told as differing
+    std::size_t m_met = 0;   ///< how many of the expected lines were heard or skipped
+    bool m_reported = false; ///< the line that is waited for was already reported as differing
     QByteArray m_received;
     bool m_answered = false;
     std::vector<QString> m_opening;   ///< what answers the first line
