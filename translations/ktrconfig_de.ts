@@ -1500,21 +1500,6 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
-    <name>ktr::HistoryModel</name>
-    <message>
-        <source>Time</source>
-        <translation>Zeit</translation>
-    </message>
-    <message>
-        <source>Input</source>
-        <translation>Eingang</translation>
-    </message>
-    <message>
-        <source>Value</source>
-        <translation>Wert</translation>
-    </message>
-</context>
-<context>
     <name>ktr::HistoryPage</name>
     <message>
         <source>Inputs to draw</source>
@@ -1597,6 +1582,21 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::HistoryTableModel</name>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Input</source>
+        <translation>Eingang</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+</context>
+<context>
     <name>ktr::HolidayCard</name>
     <message>
         <source>Date of a holiday, such as 24.12.2027</source>
@@ -1637,6 +1637,21 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The holidays could not be stored in your settings</source>
         <translation>Die Feiertage konnten nicht in den Benutzereinstellungen gespeichert werden</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ImportedStationsModel</name>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Adresse</translation>
+    </message>
+    <message>
+        <source>Remark</source>
+        <translation>Bemerkung</translation>
     </message>
 </context>
 <context>
@@ -2083,56 +2098,6 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
-    <name>ktr::StationCheckList</name>
-    <message>
-        <source>All that are shown</source>
-        <translation>Alle angezeigten</translation>
-    </message>
-    <message>
-        <source>Find a station</source>
-        <translation>Station suchen</translation>
-    </message>
-    <message>
-        <source>Shows the stations whose names hold this text</source>
-        <translation>Zeigt die Stationen, deren Name diesen Text enthält</translation>
-    </message>
-    <message>
-        <source>Ticks the stations of the list, or none of them</source>
-        <translation>Setzt die Haken bei allen Stationen der Liste oder bei keiner</translation>
-    </message>
-    <message>
-        <source>Stations</source>
-        <translation>Stationen</translation>
-    </message>
-    <message>
-        <source>The space bar ticks the station that is chosen</source>
-        <translation>Die Leertaste setzt den Haken bei der gewählten Station</translation>
-    </message>
-    <message>
-        <source>%1 chosen</source>
-        <translation>%1 gewählt</translation>
-    </message>
-    <message>
-        <source>%1, %2 of them not shown</source>
-        <translation>%1, davon %2 nicht angezeigt</translation>
-    </message>
-</context>
-<context>
-    <name>ktr::StationListModel</name>
-    <message>
-        <source>Name</source>
-        <translation>Name</translation>
-    </message>
-    <message>
-        <source>Address</source>
-        <translation>Adresse</translation>
-    </message>
-    <message>
-        <source>Remark</source>
-        <translation>Bemerkung</translation>
-    </message>
-</context>
-<context>
     <name>ktr::StationPage</name>
     <message>
         <source>unknown (%1)</source>
@@ -2177,6 +2142,41 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>being configured in the main window</source>
         <translation>wird im Hauptfenster konfiguriert</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationPicker</name>
+    <message>
+        <source>All that are shown</source>
+        <translation>Alle angezeigten</translation>
+    </message>
+    <message>
+        <source>Find a station</source>
+        <translation>Station suchen</translation>
+    </message>
+    <message>
+        <source>Shows the stations whose names hold this text</source>
+        <translation>Zeigt die Stationen, deren Name diesen Text enthält</translation>
+    </message>
+    <message>
+        <source>Ticks the stations of the list, or none of them</source>
+        <translation>Setzt die Haken bei allen Stationen der Liste oder bei keiner</translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation>Stationen</translation>
+    </message>
+    <message>
+        <source>The space bar ticks the station that is chosen</source>
+        <translation>Die Leertaste setzt den Haken bei der gewählten Station</translation>
+    </message>
+    <message>
+        <source>%1 chosen</source>
+        <translation>%1 gewählt</translation>
+    </message>
+    <message>
+        <source>%1, %2 of them not shown</source>
+        <translation>%1, davon %2 nicht angezeigt</translation>
     </message>
 </context>
 <context>

@@ -39,7 +39,7 @@ void Acknowledging::acknowledge(QWidget *asker, const QModelIndexList &entries)
     }
     if (const Status kept = m_carryOut(red); !kept) {
         const QString line = tr("Not acknowledged: %1").arg(kept.message());
-        Q_EMIT told(line);
+        Q_EMIT statusMessage(line);
         Dialog::message(asker->window(), m_texts, line);
         return;
     }

@@ -30,7 +30,7 @@ public:
 Q_SIGNALS:
     void acknowledged();
     /// A line for the status bar: it failed.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
 
 private:
     const StationTree &m_tree;

@@ -5,7 +5,7 @@
 #include "look/problem_label.h"
 #include "opmode/lists/station_import.h"
 #include "opmode/operational_mode.h"
-#include "opmode/window/station_list_model.h"
+#include "opmode/window/imported_stations_model.h"
 
 #include <QCheckBox>
 #include <QFontDatabase>
@@ -35,7 +35,7 @@ AddStationsDialog::AddStationsDialog(OperationalMode &mode, const TextTable &tex
     : QDialog(parent),
       m_mode(mode),
       m_askOpen(std::move(askOpen)),
-      m_model(new StationListModel(this)),
+      m_model(new ImportedStationsModel(this)),
       m_preview(new QTimer(this))
 {
     setObjectName(QStringLiteral("Form_stationen"));
@@ -136,7 +136,7 @@ QWidget *AddStationsDialog::previewSide()
     m_table->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     const int letter = fontMetrics().averageCharWidth();
     constexpr int lettersOfAColumn = 24;
-    for (const int column : {StationListModel::Name, StationListModel::Address}) {
+    for (const int column : {ImportedStationsModel::Name, ImportedStationsModel::Address}) {
         m_table->setColumnWidth(column, letter * lettersOfAColumn);
     }
     auto *lines = new QVBoxLayout(side);
@@ -158,7 +158,7 @@ void AddStationsDialog::readFile()
     const Status read = readStationImportFile(path, text);
     m_problem->tell(read.message());
     if (!read) {
-        Q_EMIT told(read.message());
+        Q_EMIT statusMessage(read.message());
         return;
     }
     QTextCursor cursor(m_text->document()); // so that it can be undone
@@ -195,8 +195,8 @@ void AddStationsDialog::add()
             m_mode.setOnline(kennung, true);
         }
     }
-    Q_EMIT told(tr("Stations added: %1; lines left out: %2")
-                    .arg(locale().toString(added), locale().toString(list.lines.size() - added)));
+    Q_EMIT statusMessage(tr("Stations added: %1; lines left out: %2")
+                             .arg(locale().toString(added), locale().toString(list.lines.size() - added)));
     accept();
 }
 

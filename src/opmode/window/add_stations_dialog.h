@@ -15,7 +15,7 @@ namespace ktr {
 
 class OperationalMode;
 class ProblemLabel;
-class StationListModel;
+class ImportedStationsModel;
 class TextTable;
 
 /// Adds many stations at once, from lines that are pasted or read from a file. What becomes of each line is
@@ -34,7 +34,7 @@ public:
 
 Q_SIGNALS:
     /// A line for the status bar.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
 
 private:
     QWidget *listSide();
@@ -47,7 +47,7 @@ private:
     OperationalMode &m_mode;
     AskOpen m_askOpen;
     QPlainTextEdit *m_text = nullptr;
-    StationListModel *m_model;
+    ImportedStationsModel *m_model;
     QTableView *m_table = nullptr;
     QLabel *m_count = nullptr;
     ProblemLabel *m_problem = nullptr;

@@ -70,7 +70,7 @@ void DesktopNotifier::showMessage()
     }
     if (!showInTray(title, text) && !showByProgram(title, text) && !m_isUnavailableTold) {
         m_isUnavailableTold = true;
-        Q_EMIT told(tr("This desktop shows no messages; alarms are shown in the window only."));
+        Q_EMIT statusMessage(tr("This desktop shows no messages; alarms are shown in the window only."));
     }
 }
 

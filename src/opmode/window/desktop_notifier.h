@@ -20,7 +20,7 @@ public:
 
 Q_SIGNALS:
     /// A line for the status bar.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
     /// The user chose the message: the window is to come to the front.
     void chosen();
 

@@ -3,7 +3,7 @@
 #include "lang/text_table.h"
 #include "look/problem_label.h"
 #include "opmode/tree/station_tree.h"
-#include "opmode/window/station_check_list.h"
+#include "opmode/window/station_picker.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -159,10 +159,10 @@ QWidget *ExportDialog::stationsCard(const QString &chosen)
     m_stations[ChosenStation]->setEnabled(!chosen.isEmpty());
     m_stations[ChosenStation]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // a name may be long
     m_stations[ChosenStation]->setToolTip(name);
-    m_list = new StationCheckList(m_tree, card);
+    m_list = new StationPicker(m_tree, card);
     m_list->setEnabled(false);
     lines->addWidget(m_list, 1);
-    connect(m_list, &StationCheckList::changed, this, &ExportDialog::choiceChanged);
+    connect(m_list, &StationPicker::changed, this, &ExportDialog::choiceChanged);
     return card;
 }
 
@@ -310,7 +310,7 @@ void ExportDialog::exportOn()
                     tr("left out, time not known: %1").arg(locale().toString(m_exporting->withoutTime()));
         }
         setExporting(false);
-        Q_EMIT told(line);
+        Q_EMIT statusMessage(line);
         accept();
     }
 }
@@ -320,7 +320,7 @@ void ExportDialog::fail(const QString &message)
     setExporting(false);
     count();
     m_problem->tell(tr("The export failed: %1").arg(message));
-    Q_EMIT told(m_problem->text());
+    Q_EMIT statusMessage(m_problem->text());
 }
 
 void ExportDialog::setExporting(bool exporting)
@@ -345,7 +345,7 @@ void ExportDialog::reject()
     setExporting(false);
     count();
     m_problem->tell(tr("The export was cancelled; there is no new file"));
-    Q_EMIT told(m_problem->text());
+    Q_EMIT statusMessage(m_problem->text());
 }
 
 } // namespace ktr

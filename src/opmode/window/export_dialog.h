@@ -18,7 +18,7 @@ class QTimer;
 namespace ktr {
 
 class ProblemLabel;
-class StationCheckList;
+class StationPicker;
 class StationTree;
 class TextTable;
 
@@ -45,7 +45,7 @@ public:
 
 Q_SIGNALS:
     /// A line for the status bar.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
 
 private:
     enum Stations { AllStations, ChosenStation, TickedStations };
@@ -77,7 +77,7 @@ private:
     QDateTimeEdit *m_from = nullptr;
     QDateTimeEdit *m_to = nullptr;
     std::array<QRadioButton *, 3> m_stations{};
-    StationCheckList *m_list = nullptr;
+    StationPicker *m_list = nullptr;
     QWidget *m_cards;
     QLabel *m_count = nullptr;
     ProblemLabel *m_problem = nullptr;

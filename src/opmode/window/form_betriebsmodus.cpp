@@ -177,8 +177,8 @@ void Form_betriebsmodus::connectAlarms()
 {
     connect(&m_mode, &OperationalMode::alarmRaised, &m_alarms, &AlarmCentre::addAlarm);
     connect(&m_alarms, &AlarmCentre::changed, this, &Form_betriebsmodus::showTitle);
-    connect(&m_acknowledging, &Acknowledging::told, this, &Form_betriebsmodus::tell);
-    connect(&m_notifier, &DesktopNotifier::told, this, &Form_betriebsmodus::tell);
+    connect(&m_acknowledging, &Acknowledging::statusMessage, this, &Form_betriebsmodus::tell);
+    connect(&m_notifier, &DesktopNotifier::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_notifier, &DesktopNotifier::chosen, this, [this] {
         showNormal();
         raise();
@@ -206,7 +206,7 @@ void Form_betriebsmodus::addPage(OpmodePage *page)
 {
     m_pages->addTab(page, QString());
     m_pageList += page;
-    connect(page, &OpmodePage::told, this, &Form_betriebsmodus::tell);
+    connect(page, &OpmodePage::statusMessage, this, &Form_betriebsmodus::tell);
 }
 
 QWidget *Form_betriebsmodus::layOutTree()
@@ -603,7 +603,7 @@ void Form_betriebsmodus::addStations()
 {
     const QScopedValueRollback busy(m_busy, m_busy + 1);
     AddStationsDialog dialog(m_mode, m_texts, m_services.askOpen, this);
-    connect(&dialog, &AddStationsDialog::told, this, &Form_betriebsmodus::tell);
+    connect(&dialog, &AddStationsDialog::statusMessage, this, &Form_betriebsmodus::tell);
     dialog.exec();
 }
 
@@ -611,7 +611,7 @@ void Form_betriebsmodus::exportEntries()
 {
     const QScopedValueRollback busy(m_busy, m_busy + 1);
     ExportDialog dialog(m_mode.tree(), m_texts, chosen(), {m_services.askSave}, this);
-    connect(&dialog, &ExportDialog::told, this, &Form_betriebsmodus::tell);
+    connect(&dialog, &ExportDialog::statusMessage, this, &Form_betriebsmodus::tell);
     dialog.exec();
 }
 

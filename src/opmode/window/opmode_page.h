@@ -27,7 +27,7 @@ public:
 
 Q_SIGNALS:
     /// A line for the status bar.
-    void told(const QString &line);
+    void statusMessage(const QString &line);
 
 protected:
     /// The chosen station is another one, or none.

@@ -297,7 +297,7 @@ void StationPage::showProblem(ProblemLabel *label, const QString &problem)
 {
     if (label->text() != problem) { // leaving the field is no news
         label->tell(problem);
-        Q_EMIT told(problem);
+        Q_EMIT statusMessage(problem);
     }
 }
 

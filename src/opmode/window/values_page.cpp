@@ -269,7 +269,7 @@ void ValuesPage::showDelivery()
 void ValuesPage::answer(const QString &line)
 {
     m_answer->setText(line);
-    Q_EMIT told(line);
+    Q_EMIT statusMessage(line);
 }
 
 void ValuesPage::changeEvent(QEvent *event)

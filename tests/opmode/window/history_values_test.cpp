@@ -221,7 +221,7 @@ private Q_SLOTS:
         giveHours("pump", 10);
         m_history->showStation("pump");
         auto *save = m_history->findChild<QPushButton *>("Cmd_history_picture");
-        const QSignalSpy told(m_history.get(), &OpmodePage::told);
+        const QSignalSpy told(m_history.get(), &OpmodePage::statusMessage);
         QTest::mouseClick(save, Qt::LeftButton); // cancelled
         QCOMPARE(told.size(), 0);
         m_pictureName = m_folder.filePath("a.png");
@@ -288,7 +288,7 @@ private Q_SLOTS:
     {
         m_values->showStation("pump");
         auto *refresh = m_values->findChild<QPushButton *>("Cmd_aktualisieren");
-        const QSignalSpy told(m_values.get(), &OpmodePage::told);
+        const QSignalSpy told(m_values.get(), &OpmodePage::statusMessage);
         refresh->setFocus();
         QTest::keyClick(refresh, Qt::Key_Space);
         QCOMPARE(m_mode->station("pump")->msgText(), "A*");

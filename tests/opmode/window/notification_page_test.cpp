@@ -92,7 +92,7 @@ private Q_SLOTS:
         settle();
         m_disk = Status::failed("nodes.xml: no room");
         QStringList told;
-        connect(m_acknowledging.get(), &Acknowledging::told, this,
+        connect(m_acknowledging.get(), &Acknowledging::statusMessage, this,
                 [&](const QString &line) { told += line; });
         QTest::mouseClick(control<QPushButton>("Cmd_meldung_acceptAll"), Qt::LeftButton);
         QCOMPARE(told.size(), 1);

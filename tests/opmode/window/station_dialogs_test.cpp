@@ -76,7 +76,7 @@ private Q_SLOTS:
                                  return path;
                              },
                              fixedEnvironment().now});
-        QSignalSpy told(&dialog, &ExportDialog::told);
+        QSignalSpy told(&dialog, &ExportDialog::statusMessage);
         dialog.show();
         auto *count = child<QLabel>(dialog, "Label_export_count");
         QTRY_COMPARE(count->text(), "Entries: 0");
@@ -117,7 +117,7 @@ private Q_SLOTS:
     void manyStationsAreAddedAtOnce()
     {
         AddStationsDialog dialog(*m_mode, m_texts, {});
-        QSignalSpy told(&dialog, &AddStationsDialog::told);
+        QSignalSpy told(&dialog, &AddStationsDialog::statusMessage);
         dialog.show();
         QVERIFY(!child<QPushButton>(dialog, "Cmd_stationen_add")->isEnabled());
         QTest::keyClicks(child<QPlainTextEdit>(dialog, "Text_stationen"),

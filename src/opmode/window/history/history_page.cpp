@@ -1,7 +1,7 @@
 #include "opmode/window/history/history_page.h"
 
-#include "opmode/window/history/history_model.h"
 #include "opmode/window/history/history_plot.h"
+#include "opmode/window/history/history_table_model.h"
 #include "opmode/window/history/series_style.h"
 #include "platform/files.h"
 
@@ -45,8 +45,8 @@ public:
     {
         QStyleOptionViewItem line = option;
         const auto *table = qobject_cast<const QTableView *>(option.widget);
-        if (table != nullptr && index.data(HistoryModel::WholeLineRole).toBool()) {
-            line.rect.setLeft(table->columnViewportPosition(HistoryModel::Time));
+        if (table != nullptr && index.data(HistoryTableModel::WholeLineRole).toBool()) {
+            line.rect.setLeft(table->columnViewportPosition(HistoryTableModel::Time));
         }
         QStyledItemDelegate::paint(painter, line, index);
     }
@@ -63,7 +63,7 @@ HistoryPage::HistoryPage(OperationalMode &mode, const TextTable &texts, AskFileN
                          QWidget *parent)
     : HeadedPage(mode, texts, parent),
       m_askFileName(std::move(askFileName)),
-      m_model(new HistoryModel(mode.tree(), this)),
+      m_model(new HistoryTableModel(mode.tree(), this)),
       m_summary(new QLabel(this)),
       m_parts(new QSplitter(this)),
       m_table(new QTableView(this)),
@@ -76,8 +76,8 @@ HistoryPage::HistoryPage(OperationalMode &mode, const TextTable &texts, AskFileN
     setContent(createContent());
 
     m_model->setLocale(locale());
-    connect(m_model, &HistoryModel::recordsReplaced, this, &HistoryPage::showAll);
-    connect(m_model, &HistoryModel::recordsAdded, this, &HistoryPage::showAdded);
+    connect(m_model, &HistoryTableModel::entriesReplaced, this, &HistoryPage::showAll);
+    connect(m_model, &HistoryTableModel::entriesAdded, this, &HistoryPage::showAdded);
     QScrollBar *bar = m_table->verticalScrollBar();
     connect(bar, &QScrollBar::valueChanged, this,
             [this, bar](int value) { m_isAtEnd = value == bar->maximum(); });
@@ -108,13 +108,13 @@ QWidget *HistoryPage::createContent()
     m_table->setWordWrap(false);
     m_table->setTabKeyNavigation(false);
     m_table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
-    m_table->setItemDelegateForColumn(HistoryModel::Value, new WholeLineDelegate(m_table));
+    m_table->setItemDelegateForColumn(HistoryTableModel::Value, new WholeLineDelegate(m_table));
     m_table->verticalHeader()->hide();
     m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
-    m_table->horizontalHeader()->setSectionResizeMode(HistoryModel::Value, QHeaderView::Stretch);
+    m_table->horizontalHeader()->setSectionResizeMode(HistoryTableModel::Value, QHeaderView::Stretch);
     m_table->horizontalHeader()->setHighlightSections(false);
-    m_table->horizontalHeader()->setSortIndicator(HistoryModel::Time, Qt::AscendingOrder);
+    m_table->horizontalHeader()->setSortIndicator(HistoryTableModel::Time, Qt::AscendingOrder);
     m_table->setSortingEnabled(true);
 
     m_plot->setObjectName(QStringLiteral("Plot_history"));
@@ -177,7 +177,7 @@ void HistoryPage::applyTexts()
     m_save->setText(tr("Save picture..."));
     m_save->setToolTip(tr("Saves the plot as it is shown as a PNG file"));
     m_plot->applyTexts();
-    Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, HistoryModel::ColumnCount - 1);
+    Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, HistoryTableModel::ColumnCount - 1);
     setColumnWidths();
     describe();
 }
@@ -189,8 +189,8 @@ void HistoryPage::setColumnWidths()
     const int time = metrics.horizontalAdvance(QStringLiteral("00.00.0000 00:00")) + room;
     const int input = metrics.horizontalAdvance(QStringLiteral("Digital Out 1")) + room;
     const int value = metrics.horizontalAdvance(QStringLiteral("-000000,00")) + room;
-    m_table->setColumnWidth(HistoryModel::Time, time);
-    m_table->setColumnWidth(HistoryModel::Input, input);
+    m_table->setColumnWidth(HistoryTableModel::Time, time);
+    m_table->setColumnWidth(HistoryTableModel::Input, input);
     const int scrollBar = m_table->verticalScrollBar()->sizeHint().width();
     m_tableWidth = time + input + value + scrollBar + 2 * m_table->frameWidth();
     constexpr int check = 40;
@@ -277,11 +277,11 @@ void HistoryPage::showAdded(std::size_t first)
 void HistoryPage::drawFrom(std::size_t first)
 {
     QList<PlotPoint> points;
-    const std::vector<HistoryPoint> &records = m_model->records();
-    for (std::size_t at = first; at < records.size(); ++at) {
-        const HistoryPoint &record = records[at];
-        if (record.hasTime && record.hasValue && record.input >= 1 && record.input <= channelCount) {
-            points.append({record.input, secondsTo2000 + qint64(record.minute) * 60, record.value});
+    const std::vector<EntryFigures> &entries = m_model->entries();
+    for (std::size_t at = first; at < entries.size(); ++at) {
+        const EntryFigures &entry = entries[at];
+        if (entry.hasTime && entry.hasValue && entry.input >= 1 && entry.input <= channelCount) {
+            points.append({entry.input, secondsTo2000 + qint64(entry.minute) * 60, entry.value});
         }
     }
     if (!points.isEmpty()) {
@@ -334,22 +334,22 @@ void HistoryPage::drawSamples()
 
 void HistoryPage::describe()
 {
-    const std::vector<HistoryPoint> &records = m_model->records();
+    const std::vector<EntryFigures> &entries = m_model->entries();
     const QString nothing = station() == nullptr ? tr("Choose a station to see its history.")
-                            : records.empty()    ? tr("%1 has not sent any history yet.").arg(stationName())
+                            : entries.empty()    ? tr("%1 has not sent any history yet.").arg(stationName())
                                                  : QString();
     showContent(nothing);
     if (!nothing.isEmpty()) {
         return;
     }
     std::optional<std::pair<qint32, qint32>> span;
-    for (const HistoryPoint &record : records) {
-        if (record.hasTime) {
-            span = span ? std::pair(qMin(span->first, record.minute), qMax(span->second, record.minute))
-                        : std::pair(record.minute, record.minute);
+    for (const EntryFigures &entry : entries) {
+        if (entry.hasTime) {
+            span = span ? std::pair(qMin(span->first, entry.minute), qMax(span->second, entry.minute))
+                        : std::pair(entry.minute, entry.minute);
         }
     }
-    const QString count = tr("Records: %1").arg(locale().toString(qulonglong(records.size())));
+    const QString count = tr("Records: %1").arg(locale().toString(qulonglong(entries.size())));
     m_summary->setText(
         span ? tr("%1, from %2 to %3").arg(count, minuteText(span->first), minuteText(span->second)) : count);
     m_save->setEnabled(!m_plot->channels().isEmpty());
@@ -373,7 +373,7 @@ void HistoryPage::savePicture()
                            .save(&buffer, "PNG");
     const Status written = drawn ? replaceFile(path, bytes, Readers::AsUsual)
                                  : Status::failed(tr("%1: the picture is too large.").arg(path));
-    Q_EMIT told(written ? tr("Saved: %1").arg(path) : written.message());
+    Q_EMIT statusMessage(written ? tr("Saved: %1").arg(path) : written.message());
 }
 
 void HistoryPage::changeEvent(QEvent *event)

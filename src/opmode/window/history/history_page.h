@@ -13,7 +13,7 @@ class QTableView;
 
 namespace ktr {
 
-class HistoryModel;
+class HistoryTableModel;
 class HistoryPlot;
 
 /// The history of the chosen station as a table and as curves over time.
@@ -50,7 +50,7 @@ private:
     void savePicture();
 
     AskFileName m_askFileName;
-    HistoryModel *m_model;
+    HistoryTableModel *m_model;
     QLabel *m_summary;
     QBoxLayout *m_top = nullptr;    ///< the heading and the buttons
     QBoxLayout *m_beside = nullptr; ///< the plot and its inputs

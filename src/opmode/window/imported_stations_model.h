@@ -6,8 +6,9 @@
 
 namespace ktr {
 
-/// A list of stations as it was read, each line with what is to be said about it.
-class StationListModel : public QAbstractTableModel
+/// The stations of a list that is about to be added: each line as it was read, with a remark where something
+/// is wrong with it. AddStationsDialog shows it as a preview.
+class ImportedStationsModel : public QAbstractTableModel
 {
     Q_OBJECT
 

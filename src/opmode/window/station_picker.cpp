@@ -1,4 +1,4 @@
-#include "opmode/window/station_check_list.h"
+#include "opmode/window/station_picker.h"
 
 #include "look/icons.h"
 #include "opmode/tree/station_tree.h"
@@ -13,7 +13,7 @@
 
 namespace ktr {
 
-StationCheckList::StationCheckList(const StationTree &tree, QWidget *parent)
+StationPicker::StationPicker(const StationTree &tree, QWidget *parent)
     : QWidget(parent),
       m_stations(new QStandardItemModel(this)),
       m_shown(new QSortFilterProxyModel(this)),
@@ -72,7 +72,7 @@ StationCheckList::StationCheckList(const StationTree &tree, QWidget *parent)
     showTicks();
 }
 
-QStringList StationCheckList::ticked() const
+QStringList StationPicker::ticked() const
 {
     QStringList keys;
     for (int row = 0; row < m_stations->rowCount(); ++row) {
@@ -84,7 +84,7 @@ QStringList StationCheckList::ticked() const
     return keys;
 }
 
-void StationCheckList::tickShown(bool on)
+void StationPicker::tickShown(bool on)
 {
     m_isTickingMany = true;
     for (int row = 0; row < m_shown->rowCount(); ++row) {
@@ -96,7 +96,7 @@ void StationCheckList::tickShown(bool on)
 }
 
 /// How many are ticked, those that the filter hides too: they are exported with the others.
-void StationCheckList::showTicks()
+void StationPicker::showTicks()
 {
     int shown = 0;
     for (int row = 0; row < m_shown->rowCount(); ++row) {

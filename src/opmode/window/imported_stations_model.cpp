@@ -1,4 +1,4 @@
-#include "opmode/window/station_list_model.h"
+#include "opmode/window/imported_stations_model.h"
 
 #include "look/palettes.h"
 
@@ -7,24 +7,24 @@
 
 namespace ktr {
 
-void StationListModel::show(StationImport list)
+void ImportedStationsModel::show(StationImport list)
 {
     beginResetModel();
     m_list = std::move(list);
     endResetModel();
 }
 
-int StationListModel::rowCount(const QModelIndex &parent) const
+int ImportedStationsModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(m_list.lines.size());
 }
 
-int StationListModel::columnCount(const QModelIndex &parent) const
+int ImportedStationsModel::columnCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : ColumnCount;
 }
 
-QVariant StationListModel::data(const QModelIndex &index, int role) const
+QVariant ImportedStationsModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid()) {
         return {};
@@ -43,7 +43,7 @@ QVariant StationListModel::data(const QModelIndex &index, int role) const
     return {};
 }
 
-QVariant StationListModel::headerData(int section, Qt::Orientation orientation, int role) const
+QVariant ImportedStationsModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (role != Qt::DisplayRole) {
         return {};

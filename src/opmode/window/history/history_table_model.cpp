@@ -1,4 +1,4 @@
-#include "opmode/window/history/history_model.h"
+#include "opmode/window/history/history_table_model.h"
 
 #include "opmode/window/value_text.h"
 
@@ -9,12 +9,12 @@
 
 namespace ktr {
 
-HistoryModel::HistoryModel(const StationTree &tree, QObject *parent)
+HistoryTableModel::HistoryTableModel(const StationTree &tree, QObject *parent)
     : QAbstractTableModel(parent), m_tree(tree), m_batch(new QTimer(this))
 {
     m_batch->setSingleShot(true);
     m_batch->setInterval(batch);
-    connect(m_batch, &QTimer::timeout, this, &HistoryModel::takeUp);
+    connect(m_batch, &QTimer::timeout, this, &HistoryTableModel::takeUp);
     connect(&tree, &QAbstractItemModel::rowsInserted, this, [this](const QModelIndex &branch) {
         if (m_branch.isValid() && m_branch == branch && !m_batch->isActive()) {
             m_batch->start();
@@ -30,51 +30,51 @@ HistoryModel::HistoryModel(const StationTree &tree, QObject *parent)
     connect(&tree, &QAbstractItemModel::modelReset, this, [this] { show({}); });
 }
 
-void HistoryModel::show(const QModelIndex &branch)
+void HistoryTableModel::show(const QModelIndex &branch)
 {
-    if (!branch.isValid() && m_records.empty() && !m_branch.isValid()) {
+    if (!branch.isValid() && m_entries.empty() && !m_branch.isValid()) {
         return;
     }
     m_branch = branch;
     load();
 }
 
-void HistoryModel::load()
+void HistoryTableModel::load()
 {
     beginResetModel();
     m_batch->stop();
-    m_records.clear();
+    m_entries.clear();
     m_rows.clear();
     read(m_tree.rowCount(m_branch));
     sortRows();
     endResetModel();
-    Q_EMIT recordsReplaced();
+    Q_EMIT entriesReplaced();
 }
 
 /// Reads the entries of the tree up to that row.
-void HistoryModel::read(int end)
+void HistoryTableModel::read(int end)
 {
     if (!m_branch.isValid()) {
         return;
     }
-    m_records.reserve(static_cast<std::size_t>(end));
+    m_entries.reserve(static_cast<std::size_t>(end));
     m_rows.reserve(static_cast<std::size_t>(end));
-    for (int row = static_cast<int>(m_records.size()); row < end; ++row) {
+    for (int row = static_cast<int>(m_entries.size()); row < end; ++row) {
         const QString text = m_tree.index(row, 0, m_branch).data().toString();
-        HistoryPoint record{0, m_records.empty() ? 0 : m_records.back().minute, 0, false, false};
+        EntryFigures figures{0, m_entries.empty() ? 0 : m_entries.back().minute, 0, false, false};
         if (const auto entry = splitHistoryEntry(text)) {
             const std::optional<double> number = toNumber(entry->value);
-            record = {number.value_or(0), entry->minute.value_or(record.minute),
-                      static_cast<quint16>(entry->input), entry->minute.has_value(), number.has_value()};
+            figures = {number.value_or(0), entry->minute.value_or(figures.minute),
+                       static_cast<quint16>(entry->input), entry->minute.has_value(), number.has_value()};
         }
-        m_rows.push_back(static_cast<quint32>(m_records.size()));
-        m_records.push_back(record);
+        m_rows.push_back(static_cast<quint32>(m_entries.size()));
+        m_entries.push_back(figures);
     }
 }
 
-void HistoryModel::takeUp()
+void HistoryTableModel::takeUp()
 {
-    const std::size_t known = m_records.size();
+    const std::size_t known = m_entries.size();
     const int end = m_branch.isValid() ? m_tree.rowCount(m_branch) : 0;
     if (end <= static_cast<int>(known)) {
         return;
@@ -87,24 +87,24 @@ void HistoryModel::takeUp()
                         before)) {
         sort(m_column, m_order);
     }
-    Q_EMIT recordsAdded(known);
+    Q_EMIT entriesAdded(known);
 }
 
 /// Few entries are ever removed by themselves, so all are read again.
-void HistoryModel::takeRemoved(int first)
+void HistoryTableModel::takeRemoved(int first)
 {
-    if (first < static_cast<int>(m_records.size())) {
+    if (first < static_cast<int>(m_entries.size())) {
         load();
     }
 }
 
-bool HistoryModel::isBefore(quint32 left, quint32 right) const
+bool HistoryTableModel::isBefore(quint32 left, quint32 right) const
 {
     const bool ascending = m_order == Qt::AscendingOrder;
     const quint32 first = ascending ? left : right;
     const quint32 second = ascending ? right : left;
-    const HistoryPoint &a = m_records[first];
-    const HistoryPoint &b = m_records[second];
+    const EntryFigures &a = m_entries[first];
+    const EntryFigures &b = m_entries[second];
     if (m_column == Input && a.input != b.input) {
         return a.input < b.input;
     }
@@ -114,13 +114,13 @@ bool HistoryModel::isBefore(quint32 left, quint32 right) const
     return a.minute != b.minute ? a.minute < b.minute : first < second;
 }
 
-void HistoryModel::sortRows()
+void HistoryTableModel::sortRows()
 {
     std::sort(m_rows.begin(), m_rows.end(),
               [this](quint32 left, quint32 right) { return isBefore(left, right); });
 }
 
-void HistoryModel::sort(int column, Qt::SortOrder order)
+void HistoryTableModel::sort(int column, Qt::SortOrder order)
 {
     Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
     const QModelIndexList before = persistentIndexList();
@@ -146,7 +146,7 @@ void HistoryModel::sort(int column, Qt::SortOrder order)
     Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
-void HistoryModel::setLocale(const QLocale &locale)
+void HistoryTableModel::setLocale(const QLocale &locale)
 {
     m_locale = locale;
     if (!m_rows.empty()) {
@@ -154,30 +154,30 @@ void HistoryModel::setLocale(const QLocale &locale)
     }
 }
 
-int HistoryModel::rowCount(const QModelIndex &parent) const
+int HistoryTableModel::rowCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
 }
 
-int HistoryModel::columnCount(const QModelIndex &parent) const
+int HistoryTableModel::columnCount(const QModelIndex &parent) const
 {
     return parent.isValid() ? 0 : ColumnCount;
 }
 
-QString HistoryModel::textOf(quint32 record) const
+QString HistoryTableModel::textOf(quint32 entry) const
 {
-    return m_tree.index(static_cast<int>(record), 0, m_branch).data().toString();
+    return m_tree.index(static_cast<int>(entry), 0, m_branch).data().toString();
 }
 
-QVariant HistoryModel::data(const QModelIndex &index, int role) const
+QVariant HistoryTableModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid()) {
         return {};
     }
     const quint32 number = m_rows[static_cast<std::size_t>(index.row())];
-    const HistoryPoint &record = m_records[number];
+    const EntryFigures &figures = m_entries[number];
     if (role == Qt::TextAlignmentRole && index.column() == Value) {
-        const Qt::Alignment side = record.hasValue ? Qt::AlignRight : Qt::AlignLeft;
+        const Qt::Alignment side = figures.hasValue ? Qt::AlignRight : Qt::AlignLeft;
         return QVariant::fromValue(side | Qt::AlignVCenter);
     }
     if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != WholeLineRole) {
@@ -202,11 +202,11 @@ QVariant HistoryModel::data(const QModelIndex &index, int role) const
         return caption.isEmpty() ? QLatin1String("IP") + QString::number(entry->input) : caption;
     }
     default:
-        return record.hasValue ? localValue(entry->value, m_locale) : entry->value.toString();
+        return figures.hasValue ? localValue(entry->value, m_locale) : entry->value.toString();
     }
 }
 
-QVariant HistoryModel::headerData(int section, Qt::Orientation orientation, int role) const
+QVariant HistoryTableModel::headerData(int section, Qt::Orientation orientation, int role) const
 {
     if (role == Qt::TextAlignmentRole && orientation == Qt::Horizontal) {
         return QVariant::fromValue((section == Value ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);

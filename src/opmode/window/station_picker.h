@@ -14,13 +14,13 @@ namespace ktr {
 class StationTree;
 
 /// All stations with a box to tick in front of each, and a field to find some of thousands.
-class StationCheckList : public QWidget
+class StationPicker : public QWidget
 {
     Q_OBJECT
 
 public:
     /// Shows the stations that the tree has now, none of them ticked.
-    explicit StationCheckList(const StationTree &tree, QWidget *parent = nullptr);
+    explicit StationPicker(const StationTree &tree, QWidget *parent = nullptr);
 
     /// The keys of those that are ticked, in the order of the tree; also of those not shown.
     QStringList ticked() const;

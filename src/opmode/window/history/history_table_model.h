@@ -10,8 +10,8 @@ class QTimer;
 
 namespace ktr {
 
-/// What of an entry of the history is sorted and drawn; its text stays in the tree.
-struct HistoryPoint
+/// The figures of an entry of the history, by which it is sorted and drawn; its text stays in the tree.
+struct EntryFigures
 {
     double value;
     qint32 minute; ///< of wall time since 2000; without a time that of the entry before, to stay beside it
@@ -21,7 +21,7 @@ struct HistoryPoint
 };
 
 /// The history of one station as a table, sorted by time at first. What arrives is taken up in batches.
-class HistoryModel : public QAbstractTableModel
+class HistoryTableModel : public QAbstractTableModel
 {
     Q_OBJECT
 
@@ -30,7 +30,7 @@ public:
     static constexpr int WholeLineRole = Qt::UserRole; ///< an entry of another form: its text is its value
     static constexpr int batch = 100;                  ///< milliseconds
 
-    explicit HistoryModel(const StationTree &tree, QObject *parent = nullptr);
+    explicit HistoryTableModel(const StationTree &tree, QObject *parent = nullptr);
 
     /// Shows the entries under a "/history" node, or with no index none.
     void show(const QModelIndex &branch);
@@ -38,7 +38,7 @@ public:
     void setLocale(const QLocale &locale);
 
     /// In the order of their arrival.
-    const std::vector<HistoryPoint> &records() const { return m_records; }
+    const std::vector<EntryFigures> &entries() const { return m_entries; }
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -47,10 +47,10 @@ public:
     void sort(int column, Qt::SortOrder order) override;
 
 Q_SIGNALS:
-    /// There are further records from this one on.
-    void recordsAdded(std::size_t first);
-    /// All records are others.
-    void recordsReplaced();
+    /// Entries from this one on were added.
+    void entriesAdded(std::size_t first);
+    /// All entries are others.
+    void entriesReplaced();
 
 private:
     void load();
@@ -59,12 +59,12 @@ private:
     void read(int end);
     void sortRows();
     bool isBefore(quint32 left, quint32 right) const;
-    QString textOf(quint32 record) const;
+    QString textOf(quint32 entry) const;
 
     const StationTree &m_tree;
     QPersistentModelIndex m_branch;
-    std::vector<HistoryPoint> m_records; ///< as many of the branch's entries as were read
-    std::vector<quint32> m_rows;         ///< which record stands in a row
+    std::vector<EntryFigures> m_entries; ///< as many of the branch's entries as were read
+    std::vector<quint32> m_rows;         ///< which entry stands in a row
     int m_column = Time;
     Qt::SortOrder m_order = Qt::AscendingOrder;
     QLocale m_locale = QLocale::c();
