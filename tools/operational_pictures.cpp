@@ -133,7 +133,7 @@ QString takeOperationalPictures(const QDir &pictures, const TextTable &texts, co
             pause.exec();
             works.settle();
             const QString name = QStringLiteral("operational-%1-%2-%3.png")
-                                     .arg(QLatin1String(pageNames[static_cast<std::size_t>(page)]))
+                                     .arg(QLatin1String(pageNames.at(static_cast<std::size_t>(page))))
                                      .arg(stations)
                                      .arg(suffix);
             if (!works.window().grab().save(pictures.filePath(name))) {

@@ -829,21 +829,6 @@
     </message>
 </context>
 <context>
-    <name>StationTreeView</name>
-    <message>
-        <source>excl.</source>
-        <translation>exkl.</translation>
-    </message>
-    <message>
-        <source>floods</source>
-        <translation>Flut</translation>
-    </message>
-    <message>
-        <source>losses</source>
-        <translation>Verlust</translation>
-    </message>
-</context>
-<context>
     <name>Transmission</name>
     <message>
         <source>The configuration was sent; whether all of it arrived is not known</source>
@@ -1375,50 +1360,6 @@ Wasserturm;turm.example.org:49111</translation>
 <context>
     <name>ktr::Form_betriebsmodus</name>
     <message>
-        <source>Add several...</source>
-        <translation>Mehrere hinzufügen...</translation>
-    </message>
-    <message>
-        <source>Rename</source>
-        <translation>Umbenennen</translation>
-    </message>
-    <message>
-        <source>Close the operational mode</source>
-        <translation>Betriebsmodus schließen</translation>
-    </message>
-    <message>
-        <source>Find a station (name or address)</source>
-        <translation>Name, Adresse suchen</translation>
-    </message>
-    <message>
-        <source>All</source>
-        <translation>Alle</translation>
-    </message>
-    <message>
-        <source>In alarm</source>
-        <translation>Mit Alarm</translation>
-    </message>
-    <message>
-        <source>Offline</source>
-        <translation>Offline</translation>
-    </message>
-    <message>
-        <source>Stations shown</source>
-        <translation>Angezeigte Stationen</translation>
-    </message>
-    <message>
-        <source>Stations</source>
-        <translation>Stationen</translation>
-    </message>
-    <message>
-        <source>Stations: %1, alive %2, silent %3, offline %4</source>
-        <translation>Stationen: %1, aktiv %2, stumm %3, offline %4</translation>
-    </message>
-    <message>
-        <source>shown %1</source>
-        <translation>angezeigt %1</translation>
-    </message>
-    <message>
         <source>There is no room for another station</source>
         <translation>Für eine weitere Station ist kein Platz</translation>
     </message>
@@ -1439,18 +1380,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Alle Stationen offline nehmen? Ihre Alarme kommen nicht an, bis sie wieder online sind.</translation>
     </message>
     <message>
-        <source>Not heard</source>
-        <translation>Nicht gehört</translation>
-    </message>
-    <message>
-        <source>Datagrams of strangers, not looked at: %1</source>
-        <translation>Datagramme von Fremden, nicht beachtet: %1</translation>
-    </message>
-    <message>
-        <source>Mute alarms</source>
-        <translation>Alarme stumm schalten</translation>
-    </message>
-    <message>
         <source>What changed is kept in its journal and is taken up at the next opening.</source>
         <translation>Was sich geändert hat, steht in ihrem Journal und wird beim nächsten Öffnen übernommen.</translation>
     </message>
@@ -1465,10 +1394,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Close all the same?</source>
         <translation>Trotzdem schließen?</translation>
-    </message>
-    <message>
-        <source>, not heard yet %1</source>
-        <translation>, noch nicht gehört %1</translation>
     </message>
     <message>
         <source>%1 is silent</source>
@@ -2053,6 +1978,25 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::OpmodeMenus</name>
+    <message>
+        <source>Add several...</source>
+        <translation>Mehrere hinzufügen...</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
+    <message>
+        <source>Mute alarms</source>
+        <translation>Alarme stumm schalten</translation>
+    </message>
+    <message>
+        <source>Close the operational mode</source>
+        <translation>Betriebsmodus schließen</translation>
+    </message>
+</context>
+<context>
     <name>ktr::PageBuilder</name>
     <message>
         <source>Saved: %1</source>
@@ -2095,6 +2039,44 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Lines of the archive that no fast export asked for are not exported</source>
         <translation>Archivzeilen, die kein schneller Export angefordert hat, werden nicht exportiert</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationCounts</name>
+    <message>
+        <source>Stations: %1, alive %2, silent %3, offline %4</source>
+        <translation>Stationen: %1, aktiv %2, stumm %3, offline %4</translation>
+    </message>
+    <message>
+        <source>, not heard yet %1</source>
+        <translation>, noch nicht gehört %1</translation>
+    </message>
+    <message>
+        <source>shown %1</source>
+        <translation>angezeigt %1</translation>
+    </message>
+    <message>
+        <source>Datagrams of strangers, not looked at: %1</source>
+        <translation>Datagramme von Fremden, nicht beachtet: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationFilter</name>
+    <message>
+        <source>All</source>
+        <translation>Alle</translation>
+    </message>
+    <message>
+        <source>In alarm</source>
+        <translation>Mit Alarm</translation>
+    </message>
+    <message>
+        <source>Not heard</source>
+        <translation>Nicht gehört</translation>
+    </message>
+    <message>
+        <source>Offline</source>
+        <translation>Offline</translation>
     </message>
 </context>
 <context>
@@ -2177,6 +2159,36 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1, %2 of them not shown</source>
         <translation>%1, davon %2 nicht angezeigt</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationTreeDelegate</name>
+    <message>
+        <source>excl.</source>
+        <translation>exkl.</translation>
+    </message>
+    <message>
+        <source>floods</source>
+        <translation>Flut</translation>
+    </message>
+    <message>
+        <source>losses</source>
+        <translation>Verlust</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationTreePane</name>
+    <message>
+        <source>Find a station (name or address)</source>
+        <translation>Name, Adresse suchen</translation>
+    </message>
+    <message>
+        <source>Stations shown</source>
+        <translation>Angezeigte Stationen</translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation>Stationen</translation>
     </message>
 </context>
 <context>

@@ -8,23 +8,19 @@
 #include "opmode/window/desktop_notifier.h"
 
 #include <QMainWindow>
-#include <QTimer>
 
-class QAction;
-class QComboBox;
 class QLabel;
-class QLineEdit;
-class QMenu;
 class QSplitter;
-class QTabWidget;
 
 namespace ktr {
 
 class AlarmBar;
 class ListBanner;
 class MessageLine;
-class NotificationPage;
-class OpmodePage;
+class OpmodeMenus;
+class OpmodePages;
+class StationCounts;
+class StationTreePane;
 class StationTreeView;
 
 /// The window of the operational mode: the tree of all stations, and pages about the chosen one.
@@ -33,7 +29,6 @@ class Form_betriebsmodus : public QMainWindow
     Q_OBJECT
 
 public:
-    enum class PageIndex { Station, Notifications, History, InputValues };
     struct Services
     {
         Timers &timers;
@@ -74,22 +69,18 @@ protected:
 private:
     void keepOpenWhileAskingForFiles();
     void layOut();
-    void buildPages();
+    void connectTree();
+    void connectMenus();
     void connectAlarms();
-    QWidget *layOutTree();
-    void buildMenus();
-    QAction *add(QMenu *menu, const char *name, const std::function<void()> &triggered,
-                 const QKeySequence &shortcut = {});
-    void addPage(OpmodePage *page);
+    void restorePlaces();
 
     void openList();
     void showHindrance(const Status &opened);
     void showDefects();
     void showBox(const QString &message);
     void beginEmptyList();
-    void showNode(const QModelIndex &node);
     void showTreeMenu(const QPoint &place, bool isAboutStation);
-    void showPage(int index);
+    QModelIndex chosenStation() const;
     QString chosen() const;
     void addStation();
     void addStations();
@@ -97,11 +88,10 @@ private:
     void goTo(const QString &kennung, const QModelIndex &entry);
     void deleteStation();
     void renameStation();
+    void putAllOffline();
     void configure();
     bool ask(const QString &question);
     void showView(bool treeOnly);
-    void applyFilter();
-    void showCounts();
     void showTitle();
     void tellLiveness(const StationEvent &event);
     void enableActions();
@@ -114,38 +104,18 @@ private:
     AlarmSound m_sound;
     DesktopNotifier m_notifier;
     int m_busy = 0;
-    bool m_isFollowing = false; ///< tree and pages follow each other
 
     QString m_nodesPath;
+    OpmodeMenus *m_menus;
     ListBanner *m_listBanner;
     AlarmBar *m_alarmBar;
     QLabel *m_noAlarm;
-    NotificationPage *m_notifications;
     QSplitter *m_splitter;
-    StationTreeView *m_tree;
-    QLineEdit *m_filter;
-    QComboBox *m_filterKind;
-    QTabWidget *m_pages;
-    QList<OpmodePage *> m_pageList;
-    QLabel *m_counts;
+    StationTreePane *m_treePane;
+    StationTreeView *m_tree; ///< that of the pane
+    OpmodePages *m_pages;
+    StationCounts *m_counts;
     MessageLine *m_messages;
-    QTimer m_countTimer;
-
-    QMenu *m_stationMenu;
-    QMenu *m_viewMenu;
-    QAction *mnu_station_add;
-    QAction *mnu_station_list;
-    QAction *mnu_station_rename;
-    QAction *mnu_station_del;
-    QAction *mnu_station_online;
-    QAction *mnu_station_allonline;
-    QAction *mnu_stumm;
-    QAction *mnu_station_alloffline;
-    QAction *mnu_ansicht_normal;
-    QAction *mnu_ansicht_treeview;
-    QAction *mnu_konfiguration;
-    QAction *mnu_export;
-    QAction *mnu_close;
 };
 
 } // namespace ktr

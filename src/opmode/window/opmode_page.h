@@ -25,6 +25,9 @@ public:
     /// Puts the captions of the text table in place; called again when the language changes.
     virtual void applyTexts() = 0;
 
+    /// Brings an entry under the page's node of the station into view.
+    virtual void showEntry(const QModelIndex &) {}
+
 Q_SIGNALS:
     /// A line for the status bar.
     void statusMessage(const QString &line);

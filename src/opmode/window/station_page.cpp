@@ -59,7 +59,6 @@ constexpr int refreshMs = 1000;
 StationPage::StationPage(OperationalMode &mode, const TextTable &texts, QWidget *parent)
     : OpmodePage(mode, texts, parent)
 {
-    setObjectName(QStringLiteral("Page_station"));
     auto *scroll = new QScrollArea(this);
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);

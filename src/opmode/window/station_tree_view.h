@@ -1,16 +1,18 @@
 #pragma once
 
 #include "opmode/tree/station_tree.h"
-#include "platform/timers.h"
+#include "opmode/window/station_filter.h"
 
-#include <QElapsedTimer>
-#include <QSet>
 #include <QTimer>
 #include <QTreeView>
 
 namespace ktr {
 
-/// The tree of all stations, with the state of each in front of its name and what needs attention behind it.
+class BranchOpener;
+class TreeActivity;
+
+/// The tree of all stations. Rows come, go and change places only where that moves nothing away from under
+/// the user's hand; else it waits, or the tree scrolls along.
 class StationTreeView : public QTreeView
 {
     Q_OBJECT
@@ -18,21 +20,20 @@ class StationTreeView : public QTreeView
 public:
     explicit StationTreeView(StationTree &tree, QWidget *parent = nullptr);
 
-    /// Shows the stations whose name, key or address contains a text, and which are of a kind.
-    enum class Kind { All, InAlarm, NotHeard, Offline, Exclusive, PukNeeded };
-    void filter(const QString &text, Kind kind);
-    /// What address() a station has, for the filter.
-    void setAddressSource(std::function<QString(const QString &kennung)> addressOf);
+    void setFilter(StationFilter filter);
     int shownStations() const { return m_shown; }
 
-    /// Makes an entry visible: expands its branch and scrolls to it. Of many in a moment the last is
-    /// scrolled to. It waits while the user points at the tree or works in it with keys. What was expanded
-    /// here is collapsed again a few seconds after all alarms of its station are acknowledged, and when it
-    /// has been quiet for a minute, but for the latest alarm while it is red; in both cases not while the
-    /// user is at it, and never what the user expanded.
+    /// Makes an entry visible as soon as the user is not at work here: see BranchOpener.
     void reveal(const QModelIndex &entry);
 
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
+
+    /// Carries out a change of which rows there are, and scrolls by as much as it moved the row that is to
+    /// stay where it is.
+    void changeInPlace(const std::function<void()> &change);
+    /// From now on the rows stand no longer further up than they would by themselves.
+    void endHold();
+    using QTreeView::scheduleDelayedItemsLayout;
 
     /// The station that a node belongs to.
     static QModelIndex stationOf(QModelIndex index);
@@ -59,46 +60,24 @@ protected:
     void updateGeometries() override;
 
 private:
-    static bool isWithin(const QElapsedTimer &last, Milliseconds time);
-    bool isHandled() const;
-    bool isInUse() const;
-    bool isInUse(Milliseconds rest) const;
-    bool isAboutToChoose() const;
+    void filterSoon();
     QModelIndex heldNode() const;
-    void changeInPlace(const std::function<void()> &change);
-    bool isWanted(const QModelIndex &station) const;
     void applyFilter();
-    void showWanted(bool mayHide);
+    void showPassing(bool mayHide);
     void refresh();
-    void revealNow();
-    void open(const QModelIndex &branch);
-    void closeSoon();
-    void closeAcknowledged();
-    void closeOthers();
-    void closeBranches(QSet<QString> branches);
 
     StationTree &m_tree;
-    std::function<QString(const QString &)> m_addressOf;
-    QString m_text;
-    Kind m_kind = Kind::All;
+    TreeActivity *m_activity;
+    BranchOpener *m_opener;
+    StationFilter m_filter;
     int m_shown = 0;
     bool m_isFilterChosen = false; ///< by the user, just now
     QTimer m_filterTimer;
     QTimer m_layoutTimer;
-    QTimer m_closeTimer;
-    QTimer m_quietTimer;
-    QTimer m_restTimer;        ///< runs while the mouse was moved here a moment ago
-    QElapsedTimer m_lastInput; ///< of the user, in this tree
-    QElapsedTimer m_lastUse;   ///< the same, but for mere moves of the mouse
-    QPoint m_pointer;          ///< where it was last here, on the screen
-    QTimer Timer_doView;
-    QSet<QString> m_branchesToReveal; ///< keys: nodes come and go until the timer fires
-    QPersistentModelIndex m_toReveal;
-    QPersistentModelIndex m_revealed; ///< the latest
-    QSet<QString> m_opened;           ///< keys of what is expanded here, not by the user
-    bool m_isOpening = false;
-    int m_heldAt =
-        0; ///< how far it is to be scrolled although the rows end before, 0 for no further than they go
+    /// How far it is scrolled although the rows end before, in rows; 0 for no further than they go. Example:
+    /// of ten rows the last five are to be seen, and three of them close. The scroll bar would end at two
+    /// now, and the row under the mouse would move down by three.
+    int m_heldAt = 0;
 };
 
 } // namespace ktr

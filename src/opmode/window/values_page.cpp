@@ -52,7 +52,6 @@ ValuesPage::ValuesPage(OperationalMode &mode, const TextTable &texts, QWidget *p
       m_scroll(new QScrollArea(this)),
       m_batch(new QTimer(this))
 {
-    setObjectName(QStringLiteral("Page_ip"));
     setContent(createContent());
 
     m_batch->setSingleShot(true);

@@ -72,7 +72,6 @@ HistoryPage::HistoryPage(OperationalMode &mode, const TextTable &texts, AskFileN
       m_wholeTime(new QPushButton(this)),
       m_save(new QPushButton(this))
 {
-    setObjectName(QStringLiteral("Page_history"));
     setContent(createContent());
 
     m_model->setLocale(locale());

@@ -56,7 +56,6 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
       m_summary(named<QLabel>(QStringLiteral("lbl_meldung"), this)),
       m_empty(named<QLabel>(QStringLiteral("lbl_meldung_leer"), m_table->viewport()))
 {
-    setObjectName(QStringLiteral("Page_meldung"));
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(createChoice());
     layout->addWidget(m_table, 1);

@@ -26,13 +26,11 @@ public:
                      Timers &timers, const QLocale &locale, QWidget *parent = nullptr);
 
     void applyTexts() override;
-
-public Q_SLOTS:
     /// Lists what is not acknowledged at any station.
     void showAllAlarms();
     /// Chooses a notification and brings it into view, widening the choice only where it is not listed. Its
     /// station is to be shown before.
-    void showEntry(const QModelIndex &entry);
+    void showEntry(const QModelIndex &entry) override;
 
 protected:
     void stationChosen() override;

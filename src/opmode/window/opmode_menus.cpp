@@ -1,0 +1,109 @@
+#include "opmode/window/opmode_menus.h"
+
+#include "look/icons.h"
+#include "look/mnemonics.h"
+
+#include <QActionGroup>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+
+namespace ktr {
+
+namespace {
+
+QAction *addAction(QMenu *menu, const char *name, const QKeySequence &shortcut = {})
+{
+    QAction *action = menu->addAction(QString());
+    action->setObjectName(QLatin1String(name));
+    action->setShortcut(shortcut);
+    return action;
+}
+
+} // namespace
+
+OpmodeMenus::OpmodeMenus(QMainWindow &window)
+    : QObject(&window),
+      m_stationMenu(window.menuBar()->addMenu(QString())),
+      m_viewMenu(window.menuBar()->addMenu(QString()))
+{
+    mnu_station_add = addAction(m_stationMenu, "mnu_station_add", QKeySequence::New);
+    mnu_station_list = addAction(m_stationMenu, "mnu_station_list");
+    mnu_station_rename = addAction(m_stationMenu, "mnu_station_rename", QKeySequence(Qt::Key_F2));
+    mnu_station_del = addAction(m_stationMenu, "mnu_station_del", QKeySequence(Qt::CTRL | Qt::Key_Delete));
+    m_stationMenu->addSeparator();
+    mnu_station_online = addAction(m_stationMenu, "mnu_station_online");
+    mnu_station_online->setCheckable(true);
+    mnu_station_allonline = addAction(m_stationMenu, "mnu_station_allonline");
+    mnu_station_alloffline = addAction(m_stationMenu, "mnu_station_alloffline");
+    m_stationMenu->addSeparator();
+    mnu_konfiguration = addAction(m_stationMenu, "mnu_konfiguration", QKeySequence(Qt::Key_F9));
+    mnu_export = addAction(m_stationMenu, "mnu_export", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
+    m_stationMenu->addSeparator();
+    mnu_close = addAction(m_stationMenu, "mnu_close", QKeySequence::Close);
+
+    mnu_ansicht_normal = addAction(m_viewMenu, "mnu_ansicht_normal", QKeySequence(Qt::CTRL | Qt::Key_1));
+    mnu_ansicht_treeview = addAction(m_viewMenu, "mnu_ansicht_treeview", QKeySequence(Qt::CTRL | Qt::Key_2));
+    auto *views = new QActionGroup(this);
+    for (QAction *view : {mnu_ansicht_normal, mnu_ansicht_treeview}) {
+        view->setCheckable(true);
+        views->addAction(view);
+    }
+    mnu_ansicht_normal->setChecked(true);
+    m_viewMenu->addSeparator();
+    mnu_stumm = addAction(m_viewMenu, "mnu_stumm");
+    mnu_stumm->setCheckable(true);
+    mnu_station_add->setIcon(icon(IconName::Add));
+    mnu_station_del->setIcon(icon(IconName::Delete));
+}
+
+void OpmodeMenus::applyTexts(const TextTable &texts)
+{
+    m_stationMenu->setTitle(texts.text(Text::Station));
+    mnu_station_add->setText(texts.text(Text::AddStation));
+    mnu_station_list->setText(tr("Add several..."));
+    mnu_station_rename->setText(tr("Rename"));
+    mnu_station_del->setText(texts.text(Text::DeleteStation));
+    mnu_station_online->setText(texts.text(Text::Online));
+    mnu_stumm->setText(tr("Mute alarms"));
+    mnu_station_allonline->setText(texts.text(Text::AllOnline));
+    mnu_station_alloffline->setText(texts.text(Text::AllOffline));
+    mnu_konfiguration->setText(texts.text(Text::ConfigurationMode));
+    mnu_export->setText(texts.text(Text::Export) + QLatin1String("..."));
+    mnu_close->setText(tr("Close the operational mode"));
+    m_viewMenu->setTitle(texts.text(Text::View));
+    mnu_ansicht_normal->setText(texts.text(Text::General));
+    mnu_ansicht_treeview->setText(texts.text(Text::TreeView));
+    giveMnemonics({m_stationMenu->menuAction(), m_viewMenu->menuAction()});
+    giveMnemonics(m_stationMenu->actions());
+    giveMnemonics(m_viewMenu->actions());
+}
+
+void OpmodeMenus::setListUsable(bool isUsable)
+{
+    for (QAction *action : m_stationMenu->actions()) {
+        action->setEnabled(isUsable || action == mnu_close);
+    }
+}
+
+void OpmodeMenus::setStation(bool isChosen, bool isOnline)
+{
+    for (QAction *action : {mnu_station_rename, mnu_station_del, mnu_station_online, mnu_konfiguration}) {
+        action->setEnabled(isChosen);
+    }
+    mnu_station_online->setChecked(isOnline);
+}
+
+void OpmodeMenus::setTreeOnly(bool treeOnly)
+{
+    (treeOnly ? mnu_ansicht_treeview : mnu_ansicht_normal)->setChecked(true);
+}
+
+QList<QAction *> OpmodeMenus::treeActions(bool isAboutStation) const
+{
+    return isAboutStation ? m_stationMenu->actions()
+                          : QList{mnu_station_add, mnu_station_list, mnu_station_allonline,
+                                  mnu_station_alloffline, mnu_close};
+}
+
+} // namespace ktr

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "lang/text_table.h"
+
+#include <QKeySequence>
+#include <QObject>
+
+class QAction;
+class QMainWindow;
+class QMenu;
+
+namespace ktr {
+
+/// The menus of the operational mode's window. It holds the actions; what they do is connected by the window.
+class OpmodeMenus : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit OpmodeMenus(QMainWindow &window);
+
+    void applyTexts(const TextTable &texts);
+
+    /// Where the list of stations cannot be used the window can only be closed.
+    void setListUsable(bool isUsable);
+    /// Enables what is about one station, and shows whether that is online.
+    void setStation(bool isChosen, bool isOnline);
+    void setTreeOnly(bool treeOnly);
+
+    /// What is offered about a station in the tree, or, below the last row, about none.
+    QList<QAction *> treeActions(bool isAboutStation) const;
+
+    QAction *mnu_station_add;
+    QAction *mnu_station_list;
+    QAction *mnu_station_rename;
+    QAction *mnu_station_del;
+    QAction *mnu_station_online;
+    QAction *mnu_station_allonline;
+    QAction *mnu_station_alloffline;
+    QAction *mnu_konfiguration;
+    QAction *mnu_export;
+    QAction *mnu_close;
+    QAction *mnu_ansicht_normal;
+    QAction *mnu_ansicht_treeview;
+    QAction *mnu_stumm;
+
+private:
+    QMenu *m_stationMenu;
+    QMenu *m_viewMenu;
+};
+
+} // namespace ktr

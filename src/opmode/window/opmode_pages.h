@@ -1,0 +1,64 @@
+#pragma once
+
+#include "opmode/window/opmode_page.h"
+
+#include <QTabWidget>
+
+#include <functional>
+
+namespace ktr {
+
+class Acknowledging;
+class NotificationPage;
+
+/// The pages of the window about the chosen station. There is one row for each in a table of
+/// opmode_pages.cpp. Page and tree follow each other, so that they never tell different things: the chosen
+/// node brings its page to the front, and a page that is chosen its node.
+class OpmodePages : public QTabWidget
+{
+    Q_OBJECT
+
+public:
+    /// What pages are made with.
+    struct Services
+    {
+        OperationalMode &mode;
+        const TextTable &texts;
+        Acknowledging &acknowledging;
+        Timers &timers;
+        QLocale locale;
+        /// Asks for the name of a file to write; empty for "cancel".
+        std::function<QString(const QString &proposal, const QString &filter)> askSave;
+    };
+
+    explicit OpmodePages(const Services &services, QWidget *parent = nullptr);
+
+    void applyTexts();
+
+    /// Shows the station of a node, on the page that the node belongs to; of a notification, that one.
+    void showNode(const QModelIndex &node);
+    /// Lists what is not acknowledged at any station.
+    void showAllAlarms();
+    /// Chooses a notification of the station that is shown, and brings it into view.
+    void showNotification(const QModelIndex &entry);
+
+    /// The node of a station that the page about its notifications belongs to.
+    static QModelIndex notificationsOf(const QModelIndex &station);
+
+Q_SIGNALS:
+    /// The user chose a page: its node is to be chosen in the tree.
+    void nodeWanted(const QModelIndex &node);
+    /// A line for the status bar.
+    void statusMessage(const QString &line);
+
+private:
+    void followPage(int index);
+
+    const TextTable &m_texts;
+    QPersistentModelIndex m_station; ///< the chosen one
+    QList<OpmodePage *> m_pages;     ///< one for each row of the table
+    NotificationPage *m_notifications;
+    bool m_isFollowing = false; ///< the page follows the tree, or the tree the page
+};
+
+} // namespace ktr
