@@ -1861,11 +1861,7 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
-    <name>ktr::NotificationModel</name>
-    <message>
-        <source>acknowledged %1</source>
-        <translation>quittiert %1</translation>
-    </message>
+    <name>ktr::NotificationCells</name>
     <message>
         <source>Received</source>
         <translation>Empfangen</translation>
@@ -1889,6 +1885,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Recipient</source>
         <translation>Empfänger</translation>
+    </message>
+    <message>
+        <source>acknowledged %1</source>
+        <translation>quittiert %1</translation>
     </message>
 </context>
 <context>

@@ -1,29 +1,28 @@
 #include "opmode/window/notifications/notification_model.h"
 
-#include "look/palettes.h"
 #include "opmode/tree/notifications.h"
-#include "opmode/window/alarm_look.h"
-#include "platform/text_rules.h"
-
-#include <QApplication>
 
 namespace ktr {
 
+namespace {
+
+/// Views do the work of a reset for each run of rows that goes; where there are more, one reset is cheaper.
+constexpr int mostRuns = 64;
+
+} // namespace
+
 NotificationModel::NotificationModel(const StationTree &tree, Timers &timers, const QLocale &locale,
                                      QObject *parent)
-    : QAbstractTableModel(parent), m_tree(tree), m_locale(locale), m_delay(timers.create())
+    : QAbstractTableModel(parent),
+      m_tree(tree),
+      m_cells(tree, locale),
+      m_changes(new NotificationChanges(tree, timers, this))
 {
-    connect(&tree, &StationTree::rowsInserted, this, &NotificationModel::takeInserted);
-    connect(&tree, &StationTree::dataChanged, this, &NotificationModel::takeChanged);
-    // What is gone must not be drawn any more.
-    connect(&tree, &StationTree::rowsRemoved, this, [this] {
-        m_isOldNoted = true;
-        update();
-    });
-    connect(&tree, &StationTree::modelReset, this, &NotificationModel::reset);
+    connect(m_changes, &NotificationChanges::due, this, &NotificationModel::update);
+    connect(m_changes, &NotificationChanges::removed, this, &NotificationModel::update);
+    connect(m_changes, &NotificationChanges::stationRenamed, this, &NotificationModel::showStationsAnew);
+    connect(m_changes, &NotificationChanges::replaced, this, &NotificationModel::reset);
 }
-
-NotificationModel::~NotificationModel() = default;
 
 void NotificationModel::choose(const NotificationChoice &choice)
 {
@@ -35,9 +34,7 @@ void NotificationModel::choose(const NotificationChoice &choice)
 
 void NotificationModel::reset()
 {
-    m_noted.clear();
-    m_isOldNoted = false;
-    m_delay->stop();
+    m_changes->take(); // all is read anew
     beginResetModel();
     fill();
     endResetModel();
@@ -47,7 +44,6 @@ void NotificationModel::reset()
 void NotificationModel::fill()
 {
     m_rows.clear();
-    m_seenEnd = m_tree.nodes().end();
     const auto take = [this](Id id) {
         if (isWanted(id)) {
             m_rows.push_back(rowFor(id));
@@ -83,14 +79,14 @@ bool NotificationModel::isWanted(Id id) const
     if (m_choice.filter.isEmpty()) {
         return true;
     }
-    const QString whole = text(id, columns);
+    const QString whole = m_cells.wholeText(id);
     if (holds(whole)) { // of 100,000 few, which are looked at closely
         const NotificationText parts = splitNotification(whole);
         if (holds(parts.message) || holds(parts.number)) {
             return true;
         }
     }
-    return holds(text(id, Station));
+    return holds(m_cells.text(id, Station));
 }
 
 NotificationModel::Row NotificationModel::rowFor(Id id) const
@@ -107,7 +103,7 @@ QModelIndex NotificationModel::entry(int row) const
 
 int NotificationModel::rowOf(const QModelIndex &entry) const
 {
-    const auto id = idOf(entry);
+    const auto id = notificationId(m_tree, entry);
     const auto found = std::ranges::find_if(m_rows, [&](const Row &row) { return row.id == id; });
     return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
 }
@@ -131,7 +127,7 @@ int NotificationModel::unacknowledgedCount() const
 
 void NotificationModel::setTexts(const QString &notAcknowledged)
 {
-    m_notAcknowledged = notAcknowledged;
+    m_cells.setNotAcknowledged(notAcknowledged);
     if (!m_rows.empty()) {
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
     }
@@ -155,70 +151,13 @@ int NotificationModel::columnCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : columns;
 }
 
-QString NotificationModel::stateText(Id id) const
-{
-    if (isAlarm(m_tree, id)) {
-        return m_notAcknowledged;
-    }
-    const qint64 when = m_tree.arrivals().value(id).acknowledged;
-    return when == 0 ? QString() : acknowledgedAt(when);
-}
-
-QString NotificationModel::acknowledgedAt(qint64 moment)
-{
-    return tr("acknowledged %1").arg(shownMoment(moment));
-}
-
-/// Of no column, the whole text of the notification.
-QString NotificationModel::text(Id id, int column) const
-{
-    const NodeStore &nodes = m_tree.nodes();
-    const auto textOf = [&nodes](Id node) {
-        const std::string_view text = nodes.text(node);
-        return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-    };
-    switch (column) {
-    case Received:
-        return shownMoment(m_tree.arrivals().value(id).received);
-    case Station:
-        return onOneLine(textOf(nodes.parent(nodes.parent(id))));
-    case Message:
-        return splitNotification(textOf(id)).message;
-    case State:
-        return stateText(id);
-    case Count: {
-        const int count = m_tree.arrivals().value(id).count;
-        return count > 1 ? u'×' + m_locale.toString(count) : QString();
-    }
-    case Number:
-        return splitNotification(textOf(id)).number;
-    default:
-        return onOneLine(textOf(id));
-    }
-}
-
 QVariant NotificationModel::data(const QModelIndex &index, int role) const
 {
     const Id id = m_rows[static_cast<std::size_t>(index.row())].id;
     if (!m_tree.nodes().isAlive(id)) {
         return {};
     }
-    switch (role) {
-    case Qt::DisplayRole:
-        return text(id, index.column());
-    case Qt::ToolTipRole:
-        return index.column() == Message ? text(id, columns) : QVariant();
-    case Qt::ForegroundRole:
-        return isAlarm(m_tree, id) && (index.column() == State || index.column() == Message)
-                   ? QVariant(alarmText(QApplication::palette()))
-                   : QVariant();
-    case Qt::DecorationRole:
-        return isAlarm(m_tree, id) && index.column() == State
-                   ? QVariant(alarmIcon(alarmText(QApplication::palette())))
-                   : QVariant();
-    default:
-        return {};
-    }
+    return m_cells.data(id, index.column(), role);
 }
 
 QVariant NotificationModel::headerData(int section, Qt::Orientation orientation, int role) const
@@ -226,22 +165,7 @@ QVariant NotificationModel::headerData(int section, Qt::Orientation orientation,
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole) {
         return QAbstractTableModel::headerData(section, orientation, role);
     }
-    switch (section) {
-    case Received:
-        return tr("Received");
-    case Station:
-        return tr("Station");
-    case Message:
-        return tr("Text");
-    case State:
-        return tr("State");
-    case Count:
-        return tr("Count");
-    case Number:
-        return tr("Recipient");
-    default:
-        return {};
-    }
+    return NotificationCells::header(section);
 }
 
 void NotificationModel::sort(int column, Qt::SortOrder order)
@@ -251,6 +175,146 @@ void NotificationModel::sort(int column, Qt::SortOrder order)
         m_newestFirst = newestFirst;
         const Rows before = m_rows;
         reorder(before, Rows(before.rbegin(), before.rend()));
+    }
+}
+
+// What changes in the tree is taken over.
+
+void NotificationModel::showStationsAnew()
+{
+    if (!m_rows.empty()) {
+        Q_EMIT dataChanged(index(0, Station), index(rowCount() - 1, Station));
+    }
+}
+
+void NotificationModel::update()
+{
+    Q_EMIT aboutToUpdate();
+    auto [noted, hasOld] = m_changes->take();
+    if (hasOld && !updateListed(noted)) {
+        reset();
+        return;
+    }
+    Rows added;
+    for (const Id id : noted) {
+        if (m_tree.nodes().isAlive(id) && isInScope(id) && isWanted(id)) {
+            added.push_back(rowFor(id));
+        }
+    }
+    insertNew(std::move(added));
+    Q_EMIT updated();
+}
+
+/// Takes those that are listed out of `noted`. False, and nothing is done, when the views would have to be
+/// told of too many single changes.
+bool NotificationModel::updateListed(QSet<Id> &noted)
+{
+    std::vector<bool> gone(m_rows.size(), false);
+    Rows left;
+    left.reserve(m_rows.size());
+    QSet<Id> listed;
+    bool isMoved = false;
+    for (std::size_t i = 0; i < m_rows.size(); ++i) {
+        const Id id = m_rows[i].id;
+        const bool isNoted = noted.contains(id);
+        if (isNoted) {
+            listed.insert(id);
+        }
+        gone[i] = !m_tree.nodes().isAlive(id) || (isNoted && !isWanted(id));
+        if (!gone[i]) {
+            left.push_back(isNoted ? rowFor(id) : m_rows[i]);
+            isMoved = isMoved || left.back() != m_rows[i];
+        }
+    }
+    if (!dropRows(gone)) {
+        return false;
+    }
+    noted.subtract(listed);
+    if (isMoved) {
+        reorder(left, sortedAgain(left));
+    }
+    if (!listed.isEmpty() && !m_rows.empty()) {
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
+    }
+    return true;
+}
+
+/// The rows of the list with new times, in their order; most have the time that they had.
+NotificationModel::Rows NotificationModel::sortedAgain(const Rows &rows) const
+{
+    const auto order = [this](const Row &a, const Row &b) { return isBefore(a, b); };
+    Rows same;
+    Rows other;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        (rows[i] == m_rows[i] ? same : other).push_back(rows[i]);
+    }
+    std::ranges::sort(other, order);
+    Rows sorted(rows.size());
+    std::ranges::merge(same, other, sorted.begin(), order);
+    return sorted;
+}
+
+/// False, and nothing is done, when they stand in too many places.
+bool NotificationModel::dropRows(const std::vector<bool> &gone)
+{
+    int runs = 0;
+    for (std::size_t i = 0; i < gone.size(); ++i) {
+        runs += gone[i] && (i == 0 || !gone[i - 1]) ? 1 : 0;
+    }
+    if (runs > mostRuns) {
+        return false;
+    }
+    for (std::size_t end = gone.size(); runs > 0; --runs) {
+        while (!gone[end - 1]) {
+            --end;
+        }
+        std::size_t begin = end;
+        while (begin > 0 && gone[begin - 1]) {
+            --begin;
+        }
+        beginRemoveRows({}, static_cast<int>(begin), static_cast<int>(end) - 1);
+        m_rows.erase(m_rows.begin() + static_cast<std::ptrdiff_t>(begin),
+                     m_rows.begin() + static_cast<std::ptrdiff_t>(end));
+        endRemoveRows();
+        end = begin;
+    }
+    return true;
+}
+
+/// `before` are the rows of the list as they stand, `sorted` the same in their new order.
+void NotificationModel::reorder(const Rows &before, Rows sorted)
+{
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    m_rows = std::move(sorted);
+    const auto order = [this](const Row &a, const Row &b) { return isBefore(a, b); };
+    const QModelIndexList from = persistentIndexList();
+    QModelIndexList to;
+    to.reserve(from.size());
+    for (const QModelIndex &kept : from) {
+        const auto place =
+            std::ranges::lower_bound(m_rows, before[static_cast<std::size_t>(kept.row())], order);
+        to.append(index(static_cast<int>(place - m_rows.begin()), kept.column()));
+    }
+    changePersistentIndexList(from, to);
+    Q_EMIT layoutChanged({}, VerticalSortHint);
+}
+
+void NotificationModel::insertNew(Rows rows)
+{
+    const auto order = [this](const Row &a, const Row &b) { return isBefore(a, b); };
+    std::ranges::sort(rows, order);
+    for (std::size_t from = 0; from < rows.size();) {
+        const auto place = std::ranges::lower_bound(m_rows, rows[from], order);
+        std::size_t to = from + 1;
+        while (to < rows.size() && (place == m_rows.end() || isBefore(rows[to], *place))) {
+            ++to;
+        }
+        const int at = static_cast<int>(place - m_rows.begin());
+        beginInsertRows({}, at, at + static_cast<int>(to - from) - 1);
+        m_rows.insert(place, rows.begin() + static_cast<std::ptrdiff_t>(from),
+                      rows.begin() + static_cast<std::ptrdiff_t>(to));
+        endInsertRows();
+        from = to;
     }
 }
 

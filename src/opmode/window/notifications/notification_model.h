@@ -1,13 +1,10 @@
 #pragma once
 
-#include "opmode/tree/station_tree.h"
-#include "platform/timers.h"
+#include "opmode/window/notifications/notification_cells.h"
+#include "opmode/window/notifications/notification_changes.h"
 
 #include <QAbstractTableModel>
-#include <QLocale>
-#include <QSet>
 
-#include <memory>
 #include <vector>
 
 namespace ktr {
@@ -30,13 +27,10 @@ class NotificationModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    enum Column { Received, Station, Message, State, Count, Number, columns };
-
-    static constexpr Milliseconds longestDelay{100};
+    using enum NotificationCells::Column;
 
     NotificationModel(const StationTree &tree, Timers &timers, const QLocale &locale,
                       QObject *parent = nullptr);
-    ~NotificationModel() override;
 
     void choose(const NotificationChoice &choice);
     const NotificationChoice &choice() const { return m_choice; }
@@ -51,9 +45,6 @@ public:
     QModelIndexList unacknowledged() const;
     int unacknowledgedCount() const;
     bool isUnacknowledged(int row) const;
-
-    /// The state of one that was acknowledged at a time, in milliseconds since 1970, UTC.
-    static QString acknowledgedAt(qint64 moment);
 
     /// The text for "not acknowledged".
     void setTexts(const QString &notAcknowledged);
@@ -84,15 +75,10 @@ private:
     bool isWanted(Id id) const;
     bool isInScope(Id id) const;
     Row rowFor(Id id) const;
-    QString text(Id id, int column) const;
-    QString stateText(Id id) const;
-    std::optional<Id> idOf(const QModelIndex &entry) const;
 
     void fill();
     void reset();
-    void takeInserted(const QModelIndex &parent, int first, int last);
-    void takeChanged(const QModelIndex &from, const QModelIndex &to, const QList<int> &roles);
-    void note(Id id);
+    void showStationsAnew();
     bool updateListed(QSet<Id> &noted);
     bool dropRows(const std::vector<bool> &gone);
     Rows sortedAgain(const Rows &rows) const;
@@ -100,15 +86,11 @@ private:
     void insertNew(Rows rows);
 
     const StationTree &m_tree;
-    QLocale m_locale;
-    QString m_notAcknowledged;
+    NotificationCells m_cells;
+    NotificationChanges *m_changes;
     NotificationChoice m_choice;
     bool m_newestFirst = true;
     Rows m_rows;
-    QSet<Id> m_noted;          ///< new or changed since the last update
-    bool m_isOldNoted = false; ///< what was there at the last update changed, or is gone
-    Id m_seenEnd = 0;          ///< the end of the numbers of nodes at the last update
-    std::unique_ptr<OneShotTimer> m_delay;
 };
 
 } // namespace ktr

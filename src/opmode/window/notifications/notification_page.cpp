@@ -266,7 +266,7 @@ void NotificationPage::fitColumns()
     const QFontMetrics metrics(m_table->font());
     const auto widthOf = [&metrics](const QString &sample) { return metrics.horizontalAdvance(sample) + 20; };
     constexpr int iconWidth = 24;
-    const int state = std::max(widthOf(NotificationModel::acknowledgedAt(sampleMoment)),
+    const int state = std::max(widthOf(NotificationCells::acknowledgedAt(sampleMoment)),
                                widthOf(text(Text::NotAcknowledged)) + iconWidth);
     const auto header = [this](int column) { return m_model->headerData(column, Qt::Horizontal).toString(); };
     using Model = NotificationModel;
