@@ -1,7 +1,10 @@
 #include "opmode/window/history/history_canvas.h"
 
 #include "config/channel_use.h"
+#include "look/palettes.h"
 #include "opmode/tree/station_tree.h"
+#include "opmode/window/history/history_plot.h"
+#include "opmode/window/history/plot_look.h"
 #include "opmode/window/history/time_ticks.h"
 
 namespace ktr {
@@ -30,14 +33,12 @@ bool isZeroOrOne(const QCPGraphData &point)
 
 } // namespace
 
-HistoryPlot::Canvas::Canvas(QWidget *parent, std::function<void()> told)
+HistoryCanvas::HistoryCanvas(QWidget *parent, std::function<void()> placeChanged)
     : QCustomPlot(parent),
-      m_told(std::move(told)),
+      m_placeChanged(std::move(placeChanged)),
       m_values(axisRect()),
       m_lanes(new QCPAxisRect(this)),
-      m_cursorInValues(new QCPItemStraightLine(this)),
-      m_cursorInLanes(new QCPItemStraightLine(this)),
-      m_mark(new QCPItemTracer(this))
+      m_cursor({m_values, m_lanes})
 {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
@@ -54,7 +55,7 @@ HistoryPlot::Canvas::Canvas(QWidget *parent, std::function<void()> told)
         rect->setRangeZoomFactor(0.8);
         rect->axis(QCPAxis::atBottom)->setTicker(ticks);
         connect(rect->axis(QCPAxis::atBottom), qOverload<const QCPRange &>(&QCPAxis::rangeChanged), this,
-                &Canvas::timeChanged);
+                &HistoryCanvas::timeChanged);
     }
     m_values->axis(QCPAxis::atLeft)->setNumberFormat(QStringLiteral("g"));
     m_values->axis(QCPAxis::atRight)->setNumberFormat(QStringLiteral("g"));
@@ -64,32 +65,13 @@ HistoryPlot::Canvas::Canvas(QWidget *parent, std::function<void()> told)
     m_lanes->axis(QCPAxis::atLeft)->grid()->setVisible(false);
     m_lanes->axis(QCPAxis::atLeft)->setSubTicks(false);
     m_lanes->axis(QCPAxis::atLeft)->setTickLength(0);
-    for (QCPItemStraightLine *cursor : {m_cursorInValues, m_cursorInLanes}) {
-        QCPAxisRect *rect = cursor == m_cursorInValues ? m_values : m_lanes;
-        cursor->setClipAxisRect(rect);
-        for (QCPItemPosition *point : {cursor->point1, cursor->point2}) {
-            point->setAxes(rect->axis(QCPAxis::atBottom), rect->axis(QCPAxis::atLeft));
-            point->setAxisRect(rect);
-            point->setTypeX(QCPItemPosition::ptPlotCoords);
-            point->setTypeY(QCPItemPosition::ptAxisRectRatio);
-        }
-    }
-    m_mark->setStyle(QCPItemTracer::tsCircle);
-    m_mark->setSize(9);
-    for (QCPAbstractItem *item :
-         std::initializer_list<QCPAbstractItem *>{m_cursorInValues, m_cursorInLanes, m_mark}) {
-        item->setLayer(QStringLiteral("overlay")); // drawn without the curves
-        item->setSelectable(false);
-        item->setVisible(false);
-    }
     takeColours();
     arrange();
 }
 
-void HistoryPlot::Canvas::removeCurves()
+void HistoryCanvas::removeCurves()
 {
     pointAway();
-    m_mark->setGraph(nullptr);
     for (auto &[channel, curve] : m_curves) {
         removeGraph(curve.graph);
         if (curve.lane != nullptr) {
@@ -101,7 +83,7 @@ void HistoryPlot::Canvas::removeCurves()
     arrange();
 }
 
-bool HistoryPlot::Canvas::add(const QList<PlotPoint> &points)
+bool HistoryCanvas::add(const QList<PlotPoint> &points)
 {
     std::map<int, QList<QCPGraphData>> added;
     for (const PlotPoint &point : points) {
@@ -111,10 +93,11 @@ bool HistoryPlot::Canvas::add(const QList<PlotPoint> &points)
     for (const auto &[channel, list] : added) {
         const auto found = m_curves.find(channel);
         rearrange = rearrange || found == m_curves.end();
-        Curve &curve = found != m_curves.end()
-                           ? found->second
-                           : m_curves.emplace(channel, Curve{nullptr, canBeSteps(channel), false, nullptr})
-                                 .first->second;
+        PlotCurve &curve =
+            found != m_curves.end()
+                ? found->second
+                : m_curves.emplace(channel, PlotCurve{nullptr, canBeSteps(channel), false, nullptr})
+                      .first->second;
         if (curve.isSteps && !std::ranges::all_of(list, isZeroOrOne)) {
             curve.isSteps = false; // it counts
             rearrange = true;
@@ -136,14 +119,13 @@ bool HistoryPlot::Canvas::add(const QList<PlotPoint> &points)
 }
 
 /// A graph stays with the part of the plot that it was made for.
-void HistoryPlot::Canvas::recreate(int channel, Curve &curve)
+void HistoryCanvas::recreate(int channel, PlotCurve &curve)
 {
     const QSharedPointer<QCPGraphDataContainer> points =
         curve.graph != nullptr ? curve.graph->data() : QSharedPointer<QCPGraphDataContainer>::create();
     if (curve.graph != nullptr) {
-        if (m_mark->graph() == curve.graph) {
+        if (place() && place()->channel == channel) {
             pointAway();
-            m_mark->setGraph(nullptr);
         }
         removeGraph(curve.graph);
     }
@@ -160,10 +142,10 @@ void HistoryPlot::Canvas::recreate(int channel, Curve &curve)
     curve.graph->setData(points);
     curve.graph->setLineStyle(curve.isSteps ? QCPGraph::lsStepLeft : QCPGraph::lsLine);
     curve.graph->setVisible(curve.isShown);
-    colour(channel, curve);
+    applySeriesLook(*curve.graph, channel, curve.isSteps, palette());
 }
 
-void HistoryPlot::Canvas::setShown(int channel, bool shown)
+void HistoryCanvas::setShown(int channel, bool shown)
 {
     const auto found = m_curves.find(channel);
     if (found != m_curves.end() && found->second.isShown != shown) {
@@ -173,24 +155,24 @@ void HistoryPlot::Canvas::setShown(int channel, bool shown)
     }
 }
 
-bool HistoryPlot::Canvas::isShown(int channel) const
+bool HistoryCanvas::isShown(int channel) const
 {
     const auto found = m_curves.find(channel);
     return found != m_curves.end() && found->second.isShown;
 }
 
-bool HistoryPlot::Canvas::isSteps(int channel) const
+bool HistoryCanvas::isSteps(int channel) const
 {
     const auto found = m_curves.find(channel);
     return found != m_curves.end() && found->second.isSteps;
 }
 
-bool HistoryPlot::Canvas::anyShown() const
+bool HistoryCanvas::anyShown() const
 {
     return std::ranges::any_of(m_curves, [](const auto &each) { return each.second.isShown; });
 }
 
-QList<int> HistoryPlot::Canvas::channels() const
+QList<int> HistoryCanvas::channels() const
 {
     QList<int> list;
     for (const auto &each : m_curves) {
@@ -200,7 +182,7 @@ QList<int> HistoryPlot::Canvas::channels() const
 }
 
 /// Gives every shown curve its axis, and the two parts of the plot their room.
-void HistoryPlot::Canvas::arrange()
+void HistoryCanvas::arrange()
 {
     std::vector<int> lanes;
     bool anyLine = false;
@@ -243,7 +225,7 @@ void HistoryPlot::Canvas::arrange()
     scaleValues();
 }
 
-void HistoryPlot::Canvas::placeLanes(const std::vector<int> &lanes, bool alone)
+void HistoryCanvas::placeLanes(const std::vector<int> &lanes, bool alone)
 {
     const double whole = laneStep * double(lanes.size());
     const QSharedPointer<QCPAxisTickerText> names(new QCPAxisTickerText);
@@ -267,7 +249,7 @@ void HistoryPlot::Canvas::placeLanes(const std::vector<int> &lanes, bool alone)
     }
 }
 
-QCPRange HistoryPlot::Canvas::wholeTime() const
+QCPRange HistoryCanvas::wholeTime() const
 {
     std::optional<QCPRange> whole;
     for (const auto &each : m_curves) {
@@ -284,31 +266,31 @@ QCPRange HistoryPlot::Canvas::wholeTime() const
     return {whole->lower - margin, whole->upper + margin};
 }
 
-void HistoryPlot::Canvas::showWholeTime()
+void HistoryCanvas::showWholeTime()
 {
     setTime(wholeTime());
 }
 
-void HistoryPlot::Canvas::setTime(QCPRange range)
+void HistoryCanvas::setTime(QCPRange range)
 {
     m_values->axis(QCPAxis::atBottom)->setRange(range);
 }
 
-void HistoryPlot::Canvas::move(double parts)
+void HistoryCanvas::move(double parts)
 {
     const QCPRange range = time();
     setTime(range + range.size() * parts);
 }
 
-void HistoryPlot::Canvas::zoom(double factor)
+void HistoryCanvas::zoom(double factor)
 {
     const QCPRange range = time();
-    const double centre = m_place && range.contains(m_place->time) ? m_place->time : range.center();
+    const double centre = place() && range.contains(place()->time) ? place()->time : range.center();
     setTime({centre - (centre - range.lower) * factor, centre + (range.upper - centre) * factor});
 }
 
 /// Keeps the time within what there are values for, the same in both parts, and the values in sight.
-void HistoryPlot::Canvas::timeChanged(const QCPRange &range)
+void HistoryCanvas::timeChanged(const QCPRange &range)
 {
     const QCPRange whole = wholeTime();
     QCPRange kept = range;
@@ -317,12 +299,12 @@ void HistoryPlot::Canvas::timeChanged(const QCPRange &range)
     }
     kept = kept.bounded(whole.lower, whole.upper);
     m_isWhole = kept.lower <= whole.lower && kept.upper >= whole.upper;
-    m_values->axis(QCPAxis::atBottom)->setRange(kept); // ends here: told only when it is another one
+    m_values->axis(QCPAxis::atBottom)->setRange(kept); // the signal does not come again for the same one
     m_lanes->axis(QCPAxis::atBottom)->setRange(kept);
     scaleValues();
 }
 
-void HistoryPlot::Canvas::scaleValues()
+void HistoryCanvas::scaleValues()
 {
     for (QCPAxis *axis : {m_values->axis(QCPAxis::atLeft), m_values->axis(QCPAxis::atRight)}) {
         std::optional<QCPRange> found;
@@ -349,28 +331,28 @@ void HistoryPlot::Canvas::scaleValues()
     redraw();
 }
 
-void HistoryPlot::Canvas::setTitles(const QString &values, const QString &counters)
+void HistoryCanvas::setTitles(const QString &values, const QString &counters)
 {
     m_valuesTitle = values;
     m_countersTitle = counters;
     arrange();
 }
 
-void HistoryPlot::Canvas::redraw()
+void HistoryCanvas::redraw()
 {
     if (isVisible()) {
         replot(rpQueuedReplot);
     }
 }
 
-void HistoryPlot::Canvas::showEvent(QShowEvent *event)
+void HistoryCanvas::showEvent(QShowEvent *event)
 {
     QCustomPlot::showEvent(event);
     redraw();
 }
 
 /// As many numbers at the axes as have room.
-void HistoryPlot::Canvas::fitTicks()
+void HistoryCanvas::fitTicks()
 {
     constexpr int mostTimes = 8;
     constexpr int gap = 16;
@@ -390,12 +372,67 @@ void HistoryPlot::Canvas::fitTicks()
     }
 }
 
-void HistoryPlot::Canvas::resizeEvent(QResizeEvent *event)
+void HistoryCanvas::resizeEvent(QResizeEvent *event)
 {
     fitTicks();
     if (!size().isEmpty()) { // it cannot draw on nothing
         QCustomPlot::resizeEvent(event);
     }
+}
+
+void HistoryCanvas::takeColours()
+{
+    setBackground(cardColour(palette()));
+    for (const QCPAxisRect *part : {m_values, m_lanes}) {
+        applyAxesLook(*part, palette(), font());
+    }
+    m_cursor.applyLook(palette());
+    for (auto &[channel, curve] : m_curves) {
+        applySeriesLook(*curve.graph, channel, curve.isSteps, palette());
+    }
+    redraw();
+}
+
+// The place under the mouse, or that the keys went to
+
+void HistoryCanvas::pointAt(const QPointF &position)
+{
+    const QPoint pixel = position.toPoint();
+    const bool isLanes = m_lanes->visible() && m_lanes->rect().contains(pixel);
+    const QCPAxisRect &part = isLanes ? *m_lanes : *m_values;
+    if (part.visible() && part.rect().contains(pixel)) {
+        show(placeAt(position, part, isLanes, m_curves));
+    } else {
+        pointAway();
+    }
+}
+
+void HistoryCanvas::pointAway()
+{
+    show(std::nullopt);
+}
+
+void HistoryCanvas::step(int direction)
+{
+    const double from = place() ? place()->time : direction > 0 ? time().lower : time().upper;
+    if (const auto next = nextPlace(from, direction, m_curves)) {
+        if (!time().contains(next->time)) {
+            setTime(time() + (next->time - time().center()));
+        }
+        show(next);
+    }
+}
+
+void HistoryCanvas::show(const std::optional<PlotPlace> &shown)
+{
+    if (!shown && !place()) {
+        return;
+    }
+    m_cursor.show(shown, shown && shown->channel > 0 ? m_curves.at(shown->channel).graph : nullptr);
+    if (isVisible()) {
+        layer(QStringLiteral("overlay"))->replot();
+    }
+    m_placeChanged();
 }
 
 } // namespace ktr

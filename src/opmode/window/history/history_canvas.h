@@ -1,28 +1,19 @@
 #pragma once
 
-#include "opmode/window/history/history_plot.h"
-
-// The header is written with the toolkit's keywords.
-#define signals Q_SIGNALS
-#define slots Q_SLOTS
-#define foreach(variable, container)                                                                         \
-    for (variable : container) // NOLINT(bugprone-macro-parentheses): a loop's head
-#include <qcustomplot.h>
-#undef signals
-#undef slots
-#undef foreach
-
-#include <map>
+#include "opmode/window/history/plot_cursor.h"
 
 namespace ktr {
 
-/// The drawing of HistoryPlot: curves above, lanes of steps below, one time for both. Nothing but the plot
-/// looks in here.
-class HistoryPlot::Canvas : public QCustomPlot
+struct PlotPoint;
+
+/// What HistoryPlot draws into: curves above, lanes of steps below, one time for both. It knows which curves
+/// there are, gives them axes and room, and keeps time and values in sight. It is a class of its own so that
+/// nobody who includes the plot's header has to compile that of QCustomPlot.
+class HistoryCanvas : public QCustomPlot
 {
 public:
-    /// `told` is called when another place is shown, or none.
-    Canvas(QWidget *parent, std::function<void()> told);
+    /// `placeChanged` is called when another place is shown, or none.
+    HistoryCanvas(QWidget *parent, std::function<void()> placeChanged);
 
     void removeCurves();
     /// Whether a channel is new or drawn otherwise now.
@@ -39,18 +30,10 @@ public:
     void move(double parts);
     void zoom(double factor);
 
-    /// A record; or a place between records, then without a channel and with the value of the left axis,
-    /// which lanes have none of.
-    struct Place
-    {
-        int channel;
-        double time;
-        double value;
-    };
-    const std::optional<Place> &place() const { return m_place; }
+    const std::optional<PlotPlace> &place() const { return m_cursor.place(); }
     void pointAt(const QPointF &position);
     void pointAway();
-    /// To the next record of the shown curves after the present place, or with -1 before it.
+    /// To the next entry of the shown curves after the present place, or with -1 before it.
     void step(int direction);
 
     void takeColours();
@@ -61,34 +44,22 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
-    struct Curve
-    {
-        QCPGraph *graph;
-        bool isSteps; ///< only 0 and 1 so far
-        bool isShown;
-        QCPAxis *lane; ///< the value axis of steps
-    };
-
     void redraw(); ///< not while nobody sees it
     void arrange();
     void fitTicks();
     void placeLanes(const std::vector<int> &lanes, bool alone);
-    void recreate(int channel, Curve &curve);
-    void colour(int channel, Curve &curve);
+    void recreate(int channel, PlotCurve &curve);
     void setTime(QCPRange range);
     void timeChanged(const QCPRange &range);
     void scaleValues();
-    void show(const std::optional<Place> &place);
+    void show(const std::optional<PlotPlace> &shown);
     QCPRange wholeTime() const;
 
-    std::function<void()> m_told;
-    std::map<int, Curve> m_curves;
+    std::function<void()> m_placeChanged;
+    PlotCurves m_curves;
     QCPAxisRect *m_values;
     QCPAxisRect *m_lanes;
-    QCPItemStraightLine *m_cursorInValues;
-    QCPItemStraightLine *m_cursorInLanes;
-    QCPItemTracer *m_mark;
-    std::optional<Place> m_place;
+    PlotCursor m_cursor;
     QString m_valuesTitle;
     QString m_countersTitle;
     bool m_isWhole = true;

@@ -3,7 +3,7 @@
 #include "look/palettes.h"
 #include "opmode/tree/station_tree.h"
 #include "opmode/window/history/history_canvas.h"
-#include "opmode/window/history/series_style.h"
+#include "opmode/window/history/history_picture.h"
 #include "platform/text_rules.h"
 
 namespace ktr {
@@ -22,7 +22,7 @@ QString shownTime(double seconds)
 
 HistoryPlot::HistoryPlot(QWidget *parent)
     : QWidget(parent),
-      m_canvas(std::make_unique<Canvas>(nullptr, [this] { m_readOut->setText(readOut()); })),
+      m_canvas(std::make_unique<HistoryCanvas>(nullptr, [this] { m_readOut->setText(readOut()); })),
       m_readOut(new QLabel(this))
 {
     m_canvas->setObjectName(QStringLiteral("Plot_history_canvas"));
@@ -96,15 +96,15 @@ QString HistoryPlot::readOut() const
     if (!place) {
         return tr("Point at a curve to read its values.");
     }
-    QString told = shownTime(place->time);
+    QString text = shownTime(place->time);
     if (place->channel > 0) {
-        told += QStringLiteral("   ") + channelCaption(place->channel).trimmed() + QStringLiteral(" = ") +
+        text += QStringLiteral("   ") + channelCaption(place->channel).trimmed() + QStringLiteral(" = ") +
                 numberText(place->value, locale());
     } else if (!qIsNaN(place->value)) {
         constexpr int digits = 4;
-        told += QStringLiteral("   ") + locale().toString(place->value, 'g', digits);
+        text += QStringLiteral("   ") + locale().toString(place->value, 'g', digits);
     }
-    return told;
+    return text;
 }
 
 void HistoryPlot::applyTexts()
@@ -121,55 +121,7 @@ void HistoryPlot::applyTexts()
 
 QImage HistoryPlot::picture(const QString &title) const
 {
-    constexpr int scale = 2;
-    constexpr int margin = 16;
-    constexpr int sample = 30;
-    constexpr QSize least(800, 450);
-    const QFontMetrics metrics(font());
-    const int line = metrics.height() + 8;
-    const QSize plot = m_canvas->size().expandedTo(least);
-
-    struct Entry
-    {
-        QPoint at;
-        int channel;
-    };
-    std::vector<Entry> legend;
-    QPoint at(margin, margin + line + plot.height());
-    for (const int channel : channels()) {
-        if (!isShown(channel)) {
-            continue;
-        }
-        const int width =
-            sample + 3 * margin / 2 + metrics.horizontalAdvance(channelCaption(channel).trimmed());
-        if (at.x() > margin && at.x() + width > plot.width()) {
-            at = {margin, at.y() + line};
-        }
-        legend.push_back({at, channel});
-        at.rx() += width;
-    }
-
-    QImage image(QSize(plot.width(), at.y() + line + margin) * scale, QImage::Format_RGB32);
-    image.setDevicePixelRatio(scale);
-    image.fill(cardColour(palette()));
-    QPainter painter(&image);
-    QFont bold = font();
-    bold.setBold(true);
-    painter.setFont(bold);
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(QRect(margin, margin / 2, plot.width() - 2 * margin, line),
-                     Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine, title);
-    m_canvas->pointAway();
-    QPixmap curves = m_canvas->toPixmap(plot.width(), plot.height(), scale);
-    painter.drawPixmap(QRect(QPoint(0, margin + line), plot), curves);
-    painter.setFont(font());
-    for (const Entry &entry : legend) {
-        const QRect row(entry.at, QSize(sample, line));
-        drawSeriesSample(painter, row, entry.channel, isSteps(entry.channel), palette());
-        painter.drawText(QRect(row.right() + margin / 2, row.top(), plot.width(), line),
-                         Qt::AlignLeft | Qt::AlignVCenter, channelCaption(entry.channel).trimmed());
-    }
-    return image;
+    return historyPicture(*m_canvas, title, font(), palette());
 }
 
 bool HistoryPlot::eventFilter(QObject *watched, QEvent *event)

@@ -9,6 +9,8 @@ class QLabel;
 
 namespace ktr {
 
+class HistoryCanvas;
+
 /// A value of an input at a moment.
 struct PlotPoint
 {
@@ -19,7 +21,7 @@ struct PlotPoint
 
 /// Curves over time. Inputs that are ever only 0 or 1 are steps, each in a lane of its own; counters have an
 /// axis of their own beside other values. The wheel zooms, dragging moves, a double click shows the whole
-/// time; with the keys: + and -, the arrows, Home, and Ctrl with the arrows from record to record. The value
+/// time; with the keys: + and -, the arrows, Home, and Ctrl with the arrows from entry to entry. The value
 /// axes follow by themselves.
 class HistoryPlot : public QWidget
 {
@@ -43,7 +45,7 @@ public:
     void showWholeTime();
     /// The shown time, in seconds like those of the points.
     std::pair<double, double> timeShown() const;
-    /// What is told about the place under the mouse or the cursor of the keys.
+    /// The words about the place under the mouse or the cursor of the keys.
     QString readOut() const;
 
     void applyTexts();
@@ -60,8 +62,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    class Canvas;
-    std::unique_ptr<Canvas> m_canvas;
+    std::unique_ptr<HistoryCanvas> m_canvas;
     QLabel *m_readOut;
 };
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/window/history/history_canvas.h"
+#include "opmode/window/history/qcustomplot_header.h"
 
 namespace ktr {
 
