@@ -69,7 +69,7 @@ int firmware(const Arguments &arguments)
     });
     QObject::connect(&programming, &SelfProgramming::ended, &session, [&](bool complete) {
         if (complete) {
-            job.finish(done);
+            job.finish(job.isEthernet() ? notKnown : done);
         }
     });
 
@@ -80,8 +80,11 @@ int firmware(const Arguments &arguments)
     showNow();
     const int code = job.run();
     progress.end();
-    if (code == done) {
+    if (code == done || code == notKnown) {
         print(QStringLiteral("%1 bytes sent").arg(sent));
+    }
+    if (code == notKnown) {
+        complain(QStringLiteral("whether the network lost some of them is not known"));
     }
     return code;
 }

@@ -167,8 +167,13 @@ int recordsOfModule(const Arguments &arguments, Records &records)
     if (const auto end = job.open(arguments)) {
         return *end;
     }
-    const int code = job.run();
-    return code == done ? records.end(nothing) : code;
+    const int ended = job.run();
+    const int code = ended == done ? records.end(nothing) : ended;
+    if (code != done || !job.isEthernet()) {
+        return code;
+    }
+    complain(QStringLiteral("whether the network lost some of the records is not known"));
+    return notKnown;
 }
 
 } // namespace

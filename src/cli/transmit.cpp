@@ -2,7 +2,6 @@
 #include "cli/console.h"
 #include "cli/link_job.h"
 #include "cli/loading.h"
-#include "link/module_text.h"
 #include "link/problems.h"
 #include "link/service_commands.h"
 
@@ -40,16 +39,6 @@ int exitCode(TransmissionReport::Verdict verdict)
         break;
     }
     return failed; // a configuration that arrived in part is none
-}
-
-/// What the module sends to others or by itself is no answer, except when it is what the command asked for.
-bool answers(const ModuleDialogue::Reply &reply, const QString &command)
-{
-    if (reply.isForProgram()) {
-        return true;
-    }
-    return reply.kind == ModuleDialogue::ReplyKind::Message && markerOf(reply.text) == Direction::ByItself &&
-           plainText(reply.text).startsWith(command.left(2));
 }
 
 } // namespace
@@ -195,7 +184,7 @@ int send(const Arguments &arguments)
         }
     });
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
-        const bool isAnswer = answers(reply, command);
+        const bool isAnswer = isAnswerTo(command, reply);
         history = history || reply.kind == ModemDialogue::ReplyKind::History;
         if (sent && isAnswer && reply.refuses()) {
             complain(QLatin1String("the module says: ") + logText(reply.text));

@@ -67,10 +67,10 @@ void printHelp()
             QStringLiteral("%1 %2").arg(QLatin1String(command.name), QLatin1String(command.arguments));
         print(QStringLiteral("  %1 %2").arg(call.leftJustified(20), QLatin1String(command.summary)));
     }
-    print(
-        QStringLiteral("\nktrcli COMMAND --help tells a command's options; ktrcli --version the version.\n"
-                       "Exit codes: 0 done, 1 the job failed, 2 wrong usage, 3 all was sent over a network\n"
-                       "that nothing confirmed (transmit --unconfirmed, send with a lower-case letter)."));
+    print(QStringLiteral("\nktrcli COMMAND --help tells a command's options; ktrcli --version the version.\n"
+                         "Exit codes: 0 done, 1 the job failed, 2 wrong usage, 3 all went over a network\n"
+                         "and nothing confirms it (transmit --unconfirmed, send with a lower-case letter,\n"
+                         "history, firmware)."));
 }
 
 } // namespace

@@ -76,6 +76,12 @@ std::vector<ModuleDialogue::Action> ModuleDialogue::lineOverheard(const QString 
     return takeActions();
 }
 
+std::vector<ModuleDialogue::Action> ModuleDialogue::lineClosed()
+{
+    dropSms();
+    return takeActions();
+}
+
 void ModuleDialogue::logReceived(QStringView prefix, const QString &line)
 {
     act(Log{prefix + QLatin1String(" <---- ") + line});

@@ -127,6 +127,9 @@ public:
     /// What to do when a connection begins.
     virtual std::vector<Action> connected() { return {}; }
 
+    /// The line was closed: what the module began to say will not be ended, least of all by another module.
+    std::vector<Action> lineClosed();
+
     /// A transmission has ended, with its last command or earlier.
     virtual void transmissionEnded() {}
 

@@ -24,6 +24,7 @@ ModuleLine::ModuleLine(Transport &serial, Transport &ethernet, Timers &timers, c
     connect(&serial, &Transport::lost, this, &ModuleLine::serialLost);
     connect(&ethernet, &Transport::lost, this, &ModuleLine::ethernetLost);
     connect(&m_search, &PortSearch::opened, this, [this] {
+        m_serial.session.forgetPieces();
         Q_EMIT portOpened();
         if (std::exchange(m_isPortMissing, false)) {
             Q_EMIT statusMessage(tr("Looking for the module at %1").arg(m_search.port()));
@@ -100,7 +101,7 @@ Status ModuleLine::openEthernet(const QString &address, bool exclusive)
 
 void ModuleLine::close()
 {
-    m_serial.transport.close();
+    m_serial.session.close();
     m_search.forgetPort();
     m_ethernet.session.close();
     m_isPortMissing = false;

@@ -81,8 +81,7 @@ void ModuleSession::close()
 void ModuleSession::forgetLine()
 {
     m_isQuiet = false;
-    m_lines.reset();
-    m_lastLine.clear();
+    forgetPieces();
     m_stallTimer->stop();
     m_settlingTimer->stop();
     m_promptTimer->stop();
@@ -90,6 +89,15 @@ void ModuleSession::forgetLine()
     m_whenPerformed.clear();
     if (m_paced) {
         m_paced->clear();
+    }
+}
+
+void ModuleSession::forgetPieces()
+{
+    m_lines.reset();
+    m_lastLine.clear();
+    for (const ModuleDialogue::Action &action : m_dialogue->lineClosed()) {
+        perform(action);
     }
 }
 

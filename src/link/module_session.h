@@ -72,6 +72,9 @@ public:
     /// session in any case.
     void setExclusive(bool exclusive) { m_isExclusive = exclusive; }
 
+    /// Another module may be at the line from now on: forgets what the one before left unfinished.
+    void forgetPieces();
+
     /// A quiet session sends nothing and only logs what the module says. Closing the line ends that.
     void setQuiet(bool quiet) { m_isQuiet = quiet; }
 

@@ -43,20 +43,30 @@ Answers namedBy(const QString &text, const QString &command)
                                                                                    : Answers::Nobody;
 }
 
-/// Which command a text answers. An answer is an SMS to "+IP" that is no report; the version may also come by
-/// itself.
-Answers answersTo(int step, const QString &command, const ModuleDialogue::Reply &reply)
+/// Whether a text answers the command. An answer is an SMS to "+IP" that is no report, but "A*" asks for one
+/// of all values; the version may also come by itself.
+Answers answersTo(const QString &command, const ModuleDialogue::Reply &reply)
 {
     const QStringView text = plainText(reply.text);
-    if (step == steps::first) {
+    if (command.startsWith(QLatin1String("V,"))) {
         const bool mayTell = reply.isForProgram() || reply.kind == ModuleDialogue::ReplyKind::Message;
         return mayTell && text.contains(u"V,") ? Answers::Command : Answers::Nobody;
     }
-    const bool isAnswer = reply.isForProgram() && !isReport(text) && !text.startsWith(u"V,");
-    return isAnswer ? namedBy(text.toString(), command) : Answers::Nobody;
+    if (!reply.isForProgram() || text.startsWith(u"V,")) {
+        return Answers::Nobody;
+    }
+    if (isReport(text)) {
+        return text.startsWith(u'R') && command.startsWith(u'A') ? Answers::Command : Answers::Nobody;
+    }
+    return namedBy(text.toString(), command);
 }
 
 } // namespace
+
+bool isAnswerTo(const QString &command, const ModuleDialogue::Reply &reply)
+{
+    return answersTo(command, reply) != Answers::Nobody;
+}
 
 // What became of it
 
@@ -141,6 +151,8 @@ void Transmission::breakOff()
     m_report.brokenAt = resumeStep();
     m_sequence.stop();
     m_awaitsEnd = false;
+    m_open.reset();
+    m_unanswered.reset();
 }
 
 int Transmission::resumeStep() const
@@ -219,7 +231,7 @@ void Transmission::moduleReads()
 {
     m_open.reset();
     const std::optional<int> missed = m_awaitsEnd ? steps::last : m_unanswered;
-    if (!missed) {
+    if (!missed || !isRunning()) { // one that was broken off must not reach whatever module reads next
         return;
     }
     if (isRepeated() && mayRepeat()) {
@@ -268,7 +280,7 @@ void Transmission::moduleSays(const ModuleDialogue::Reply &reply)
     if (!m_unanswered || !isRunning()) {
         return;
     }
-    const Answers answers = answersTo(*m_unanswered, m_command, reply);
+    const Answers answers = answersTo(m_command, reply);
     if (answers == Answers::Nobody) {
         return;
     }

@@ -46,6 +46,10 @@ struct TransmissionReport
     std::vector<Finding> findings() const;
 };
 
+/// Whether a text of the module answers this command, which has an upper-case letter: "OK: G,3" or "fail:
+/// G,3" answers "G,3,...", but neither "OK: Z,1" nor the alarm "M,Pump 1 fail" does.
+bool isAnswerTo(const QString &command, const ModuleDialogue::Reply &reply);
+
 /// Keeps the books of one transmission: which command comes next, and what became of the earlier ones. It is
 /// informed of what the module does (moduleReads() and so on) and has neither line nor clock.
 ///

@@ -34,6 +34,8 @@ constexpr std::chrono::milliseconds holdBack{20};
 constexpr std::chrono::seconds lossInterval{1};
 /// Less was read than fits into the smallest buffer: nothing can have been dropped.
 constexpr qint64 muchRead = 16 << 10;
+/// Datagrams of others than the module that are counted one by one; more are not even let in.
+constexpr int foreignAtMost = 100;
 
 using Clock = std::chrono::steady_clock;
 /// What all owners have not dealt with yet.
@@ -309,6 +311,22 @@ private:
             m_events.received(datagram.toByteArray());
         } else {
             m_events.foreign();
+            if (++m_foreign == foreignAtMost && m_target) {
+                shutOthersOut();
+            }
+        }
+    }
+
+    /// Somebody else sends so much that the module's datagrams would not find room in the system's buffer.
+    void shutOthersOut()
+    {
+        const asio::ip::address module = withoutMapping(m_target->address());
+        if (module.is_v4()) {
+            const auto bytes = module.to_v4().to_bytes();
+            admitOnlyFrom(m_receiveSocket.native_handle(), bytes);
+        } else {
+            const auto bytes = module.to_v6().to_bytes();
+            admitOnlyFrom(m_receiveSocket.native_handle(), bytes);
         }
     }
 
@@ -459,6 +477,7 @@ private:
     Clock::time_point m_nextLook;
     bool m_isClosed = false;
     bool m_isV6 = false;
+    int m_foreign = 0; ///< datagrams that came from no module
     std::optional<udp::endpoint> m_target;
     std::atomic<bool> m_isAimed = false;
     udp::endpoint m_sender;

@@ -3,6 +3,7 @@
 #include <QtGlobal>
 
 #include <optional>
+#include <span>
 
 namespace ktr {
 
@@ -19,6 +20,10 @@ void claimPortExclusively(SocketHandle socket);
 /// Gives a socket a buffer of so many bytes for what arrives: beyond what the system allows everybody where
 /// this process may, otherwise as far as that goes.
 void setReceiveBuffer(SocketHandle socket, int bytes);
+
+/// From now on the system drops at a socket what does not come from this address, of 4 bytes or 16, before it
+/// takes any of the buffer's room; droppedDatagrams() counts that, too. False where the system cannot do it.
+bool admitOnlyFrom(SocketHandle socket, std::span<const unsigned char> address);
 
 /// How many datagrams the system has dropped at a socket so far, because its buffer was full or else; it goes
 /// on from 0 after its largest value. Nothing where the system does not tell.

@@ -16,6 +16,11 @@ void setReceiveBuffer(SocketHandle socket, int bytes)
     ::setsockopt(socket, SOL_SOCKET, SO_RCVBUF, reinterpret_cast<const char *>(&bytes), sizeof bytes);
 }
 
+bool admitOnlyFrom(SocketHandle, std::span<const unsigned char>)
+{
+    return false;
+}
+
 std::optional<quint32> droppedDatagrams(SocketHandle)
 {
     return std::nullopt;

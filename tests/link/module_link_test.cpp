@@ -132,6 +132,44 @@ private Q_SLOTS:
         QVERIFY(!m_transmitter.canResume({})); // it may be another module
     }
 
+    /// Whoever ends it: the module that reads next may be another one, and the command has PIN and numbers.
+    void whatWasBrokenOffReachesNobody()
+    {
+        const auto ends = std::to_array<std::function<void()>>({
+            [this] { m_transmitter.cancel(); },
+            [this] { m_link.goOffline(); },
+            [this] { m_link.connectEthernet("10.0.0.2", true); },
+        });
+        for (const auto &end : ends) {
+            m_link.connectEthernet("10.0.0.1", true);
+            m_transmitter.transmit({}, true);
+            sayOverNet("at+cmgr=1\r");
+            sayOverNet("at+cmgs=\"+IP\"\rV,1,2,KTR\x1A");
+            sayOverNet("at+cmgr=1\r"); // the numbers, which it does not answer
+            end();
+            m_link.connectEthernet("10.0.0.2", true);
+            m_net.sent.clear();
+            sayOverNet("at+cmgr=1\r");
+            QVERIFY(!m_net.sent.contains("+IP") && !m_transmitter.isTransmitting());
+            QCOMPARE(m_transmitter.report().brokenAt, 1);
+        }
+    }
+
+    void whatOneModuleBeganAnotherOneDoesNotEnd()
+    {
+        const QSignalSpy replied(&m_link, &ModuleLink::replied);
+        m_link.connectSerial("COM1");
+        say("at+cmgs=\"+4917012345\"\r");
+        say("M,Pump of one module ");
+        m_link.connectSerial("COM2");
+        m_line.sent.clear();
+        say("fail\x1A");
+        QVERIFY(!m_line.sent.contains("Pump"));
+        for (const QVariantList &reply : replied) {
+            QVERIFY(!reply.first().value<ModuleDialogue::Reply>().text.contains("Pump of one module fail"));
+        }
+    }
+
     void answersAndRefusalsAreReportedByStep()
     {
         Configuration configuration;
@@ -281,6 +319,11 @@ private Q_SLOTS:
 
 private:
     void say(const QByteArray &line) { Q_EMIT m_line.received(line); }
+    void sayOverNet(const QByteArray &line)
+    {
+        Q_EMIT m_net.received(line);
+        m_timers.advance(std::chrono::seconds(2));
+    }
     void sms(const QByteArray &text) { say("at+cmgs=\"" + text + "\x1A"); }
 
     SilentLine m_line;
