@@ -140,6 +140,16 @@ void StationTreeDelegate::updateEditorGeometry(QWidget *editor, const QStyleOpti
     editor->setGeometry(option.rect.adjusted(markSide + gap, 0, 0, 0));
 }
 
+/// Each message of a station changes its node while the user edits the name: what is typed and what is
+/// selected to be typed over stays.
+void StationTreeDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    const auto &line = *static_cast<QLineEdit *>(editor);
+    if (!line.isModified() && line.text() != index.data(Qt::EditRole).toString()) {
+        QStyledItemDelegate::setEditorData(editor, index);
+    }
+}
+
 void StationTreeDelegate::setModelData(QWidget *editor, QAbstractItemModel *model,
                                        const QModelIndex &index) const
 {
