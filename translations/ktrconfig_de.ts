@@ -409,10 +409,6 @@
         <translation>dafür ist kein Platz</translation>
     </message>
     <message>
-        <source>does not go on from the list of stations that is there</source>
-        <translation>setzt nicht bei der vorhandenen Stationsliste fort</translation>
-    </message>
-    <message>
         <source>changes since the start are not kept until the list of stations is written</source>
         <translation>Änderungen seit dem Start bleiben erst erhalten, wenn die Stationsliste geschrieben ist</translation>
     </message>
@@ -551,6 +547,10 @@
     <message>
         <source>%1: stations that were damaged were rebuilt from what stands under them. Their addresses, schedules and whether they are online have to be checked: %2</source>
         <translation>%1: Beschädigte Stationen wurden aus dem wiederhergestellt, was unter ihnen steht. Ihre Adressen, ihre Zeitpläne und ob sie online sind, müssen geprüft werden: %2</translation>
+    </message>
+    <message>
+        <source>does not go on from the list of stations that is there; changes taken up for its stations: %1</source>
+        <translation>setzt nicht bei der vorhandenen Stationsliste fort; für deren Stationen übernommene Änderungen: %1</translation>
     </message>
 </context>
 <context>

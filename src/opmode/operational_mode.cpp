@@ -161,15 +161,18 @@ void OperationalMode::replay(StationTreeLoader &tree, QHash<QString, StationAttr
         },
         &m_tree.savedKeys());
     m_journal->setSettled([this] { answerKept(); });
-    const NodesJournal::Replayed replayed =
-        m_journal->replay(m_file->checksum(), [&](const NodeChange &change) {
+    ForeignChanges foreign(m_tree);
+    const NodesJournal::Replayed replayed = m_journal->replay(
+        m_file->checksum(),
+        [&](const NodeChange &change) {
             if (change.what == NodeChange::What::Station) {
                 attributes.insert(textOf(change.key), change.station);
             } else if (change.what == NodeChange::What::Removed) {
                 attributes.remove(textOf(change.key));
             }
             return tree.replay(change);
-        });
+        },
+        &foreign);
     if (!replayed.status) {
         tellDefect(replayed.status.message());
     }

@@ -6,6 +6,7 @@
 #include "support/test_files.h"
 
 #include <QDir>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -429,6 +430,78 @@ private Q_SLOTS:
         Run run(m_folder->path());
         QVERIFY(run.opened && run.told.isEmpty());
         QCOMPARE(run.mode->attributes(QStringLiteral("S")).hostAddress, "10.0.0.7");
+    }
+
+    void aJournalOfAnotherListIsTakenUpByKey_data()
+    {
+        QTest::addColumn<QByteArray>("find"); // in the list after a crash; nothing for one that went on
+        QTest::addColumn<QByteArray>("edit");
+        QTest::addColumn<QString>("address");
+        QTest::newRow("a blank") << QByteArray("<KTR>") << QByteArray("<KTR >") << "10.0.0.7";
+        QTest::newRow("a torn end") << QByteArray("</KTR>") << QByteArray("</KT") << "10.0.0.7";
+        QTest::newRow("a type") << QByteArray("<KTR>") << QByteArray("<!DOCTYPE KTR><KTR>") << "10.0.0.7";
+        QTest::newRow("an address") << QByteArray("10.0.0.7") << QByteArray("10.0.0.8") << "10.0.0.8";
+        QTest::newRow("a name") << QByteArray("=\"Wes") << QByteArray("=\"U") << "10.0.0.7";
+        QTest::newRow("a later list") << QByteArray() << QByteArray() << "10.0.0.9";
+    }
+    void aJournalOfAnotherListIsTakenUpByKey()
+    {
+        QFETCH(const QByteArray, find);
+        QFETCH(const QByteArray, edit);
+        const QString s = QStringLiteral("S");
+        const QString t = QStringLiteral("Wes");
+        const bool isLater = find.isEmpty();
+        const auto alarm = [](const QString &station, const char *which) {
+            return QStringLiteral("%1/meldung/+4917012345 --> M,Alarm %2 fail").arg(station, which);
+        };
+        {
+            Run run(m_folder->path());
+            run.mode->addStation(s, QStringLiteral("10.0.0.7"));
+            run.mode->addStation(t);
+            run.mode->setOnline(s, true);
+            run.say(0, "M,Alarm DI1 fail");
+            QVERIFY(run.mode->close());
+        }
+        {
+            Run run(m_folder->path(), {}, QDateTime({2026, 11, 20}, {10, 30}));
+            run.mode->setOnline(t, true);
+            run.say(1, "M,Alarm DI4 fail");
+            run.say(0, "M,Alarm DI2 fail");
+            run.say(0, "M,Alarm DI3 fail");
+            run.say(0, "R,5,12.3");
+            QVERIFY(run.mode->acknowledge({run.node(alarm(s, "DI1")), run.node(alarm(s, "DI3"))}));
+            QVERIFY(run.mode->tree().setData(run.node(t), QStringLiteral("U")));
+            run.mode->setHostAddress(s, QStringLiteral("10.0.0.9"));
+            run.mode->addStation(QStringLiteral("new"));
+            run.mode->removeStation(QStringLiteral("new"));
+        } // without close()
+        const QByteArray journal = test::contentOf(file("nodes.journal"));
+        if (isLater) {
+            Run run(m_folder->path(), {}, QDateTime({2026, 11, 20}, {11, 0}));
+            run.say(0, "M,Alarm DI1 fail");
+            run.say(0, "R,5,45.6");
+            QVERIFY(run.mode->acknowledge({run.node(alarm(s, "DI2"))}));
+            QVERIFY(run.mode->close());
+            QVERIFY(test::writeFile(file("nodes.journal"), journal));
+        } else {
+            QByteArray list = test::contentOf(file("nodes.xml"));
+            QVERIFY(list.contains(find) && test::writeFile(file("nodes.xml"), list.replace(find, edit)));
+        }
+        for (int round = 0; round < 2; ++round) { // what was taken up outlives a crash
+            Run run(m_folder->path(), {}, QDateTime({2026, 11, 20}, {12, 0}));
+            const QString told = run.mode->defects().join(u'\n');
+            QVERIFY2(told.contains(QRegularExpression("taken up for its stations: [1-9]")) == (round == 0),
+                     qPrintable(told));
+            QCOMPARE(run.mode->stations().Count(), 2);
+            QTEST(run.mode->attributes(s).hostAddress, "address");
+            QCOMPARE(run.isRed(alarm(s, "DI1")), isLater);
+            QCOMPARE(run.isRed(alarm(s, "DI2")), !isLater);
+            QVERIFY(run.node(alarm(s, "DI3")).isValid() && !run.isRed(alarm(s, "DI3")) && run.isRed(s));
+            QVERIFY(run.textOf(s + QLatin1String("/ip/ip5")).endsWith(isLater ? "45.6" : "12.3"));
+            const QString name = isLater || edit.endsWith('U') ? QStringLiteral("U") : t;
+            QVERIFY(run.isRed(alarm(name, "DI4")) && run.isRed(name) && run.textOf(name) == name);
+        }
+        QCOMPARE(test::contentOf(file("nodes (1).journal")), journal);
     }
 
     void aStationWhoseElementIsDamagedIsRebuiltAndTold_data()

@@ -21,15 +21,6 @@ QByteArray headerOf(quint64 nodesChecksum)
     return header;
 }
 
-/// What every journal begins with. The mark names the file once more: one damaged byte of the header must not
-/// cost all changes.
-QByteArray beginningOf(quint64 nodesChecksum)
-{
-    QByteArray beginning = headerOf(nodesChecksum);
-    putRecord(beginning, savedMark(nodesChecksum, {}));
-    return beginning;
-}
-
 /// The journal without the records that later ones supersede, in the same order.
 QByteArray shortened(QByteArrayView journal)
 {
@@ -51,6 +42,14 @@ QByteArray shortened(QByteArrayView journal)
 }
 
 } // namespace
+
+/// The mark names the file once more: one damaged byte of the header must not cost all changes.
+QByteArray JournalFile::beginningOf(quint64 nodesChecksum)
+{
+    QByteArray beginning = headerOf(nodesChecksum);
+    putRecord(beginning, savedMark(nodesChecksum, {}));
+    return beginning;
+}
 
 QByteArray JournalFile::partFor(const QByteArray &journal, quint64 nodesChecksum)
 {

@@ -25,6 +25,8 @@ public:
     /// longer than a header.
     static QByteArray partFor(const QByteArray &journal, quint64 nodesChecksum);
 
+    /// What a journal of the `nodes.xml` of this checksum begins with.
+    static QByteArray beginningOf(quint64 nodesChecksum);
     /// Whether it begins as every journal does.
     static bool hasHeader(const QByteArray &journal);
 

@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <algorithm>
+
 namespace ktr {
 
 namespace {
@@ -32,7 +34,8 @@ NodesJournal::~NodesJournal()
 }
 
 NodesJournal::Replayed NodesJournal::replay(quint64 nodesChecksum,
-                                            const std::function<bool(const NodeChange &)> &carryOut)
+                                            const std::function<bool(const NodeChange &)> &carryOut,
+                                            ForeignChanges *foreign)
 {
     settle();
     Replayed result;
@@ -46,9 +49,7 @@ NodesJournal::Replayed NodesJournal::replay(quint64 nodesChecksum,
     }
     const QByteArray own = JournalFile::partFor(journal, nodesChecksum);
     if (result.status && own.isEmpty()) {
-        result.status =
-            failure(m_file.path(),
-                    QT_TRANSLATE_NOOP("Files", "does not go on from the list of stations that is there"));
+        return takeUpForeign(journal, nodesChecksum, carryOut, foreign);
     }
     if (!result.status) {
         const Status aside = keepAside({m_file.path()});
@@ -88,6 +89,62 @@ NodesJournal::Replayed NodesJournal::replay(quint64 nodesChecksum,
     }
     m_size = m_file.size();
     m_isUsable = static_cast<bool>(result.status); // else beginning anew would destroy what it holds
+    return result;
+}
+
+/// The new journal is there as a whole or not at all: a crash meanwhile costs nothing of the other.
+NodesJournal::Replayed NodesJournal::takeUpForeign(const QByteArray &journal, quint64 nodesChecksum,
+                                                   const std::function<bool(const NodeChange &)> &carryOut,
+                                                   ForeignChanges *foreign)
+{
+    Replayed result;
+    const QByteArrayView records = QByteArrayView(journal).sliced(JournalFile::headerSize);
+    for (RecordReader record(records); record.next();) {
+        const std::optional<NodeChange> change = changeOf(record.content());
+        if (change && foreign != nullptr) {
+            foreign->learnName(*change);
+        }
+    }
+    QByteArray taken = JournalFile::beginningOf(nodesChecksum);
+    const auto take = [&](const NodeChange &change) {
+        const bool isTaken = carryOut(change);
+        if (isTaken) {
+            putRecord(taken, change);
+        }
+        return isTaken;
+    };
+    result.dropped = records.size();
+    for (RecordReader record(records); record.next();) {
+        if (const std::optional<NodeChange> change = changeOf(record.content())) {
+            result.dropped -= record.size();
+            if (change->what != NodeChange::What::Saved) {
+                const QList<NodeChange> fitting =
+                    foreign == nullptr ? QList<NodeChange>() : foreign->fit(*change);
+                const bool isTaken = !fitting.isEmpty() && std::ranges::all_of(fitting, take);
+                ++(isTaken ? result.changes : result.unfit);
+            }
+        }
+    }
+    for (const NodeChange &change : foreign == nullptr ? QList<NodeChange>() : foreign->colours()) {
+        (void)take(change);
+    }
+    result.damaged = isDamaged(records);
+    result.status = keepCopyAside(m_file.path(), journal);
+    if (result.status) {
+        result.status = replaceFile(m_file.path(), taken);
+    }
+    if (result.status) {
+        result.status = m_file.resume(taken);
+    }
+    m_size = m_file.size();
+    m_isUsable = static_cast<bool>(result.status);
+    if (result.status) {
+        result.status = fileFailure(
+            m_file.path(),
+            QCoreApplication::translate("Files", "does not go on from the list of stations that is there; "
+                                                 "changes taken up for its stations: %1")
+                .arg(result.changes));
+    }
     return result;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "opmode/keeping/foreign_changes.h"
 #include "opmode/keeping/journal_file.h"
 #include "opmode/tree/node_change.h"
 #include "opmode/tree/saved_keys.h"
@@ -39,8 +40,10 @@ public:
         bool damaged = false;           ///< more of them than the record that a power cut tears
     };
     /// Carries out the changes of the last run, when they belong to the `nodes.xml` of this checksum, and
-    /// appends behind them from now on. `carryOut` gives false for a change that does not fit.
-    Replayed replay(quint64 nodesChecksum, const std::function<bool(const NodeChange &)> &carryOut);
+    /// appends behind them from now on. `carryOut` gives false for a change that does not fit. Of a journal
+    /// of another file, what `foreign` makes fit is carried out and goes into the new one.
+    Replayed replay(quint64 nodesChecksum, const std::function<bool(const NodeChange &)> &carryOut,
+                    ForeignChanges *foreign = nullptr);
 
     /// Marks that a `nodes.xml` of this checksum with all changes so far is going to be written. From then on
     /// the journal fits the old file and the new one: it is replayed on the new one from the mark on. After a
@@ -75,6 +78,8 @@ public:
     Status flushNow();
 
 private:
+    Replayed takeUpForeign(const QByteArray &journal, quint64 nodesChecksum,
+                           const std::function<bool(const NodeChange &)> &carryOut, ForeignChanges *foreign);
     void discard();
     void write();
     void settle();
