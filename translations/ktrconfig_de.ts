@@ -552,6 +552,10 @@
         <source>does not go on from the list of stations that is there; changes taken up for its stations: %1</source>
         <translation>setzt nicht bei der vorhandenen Stationsliste fort; für deren Stationen übernommene Änderungen: %1</translation>
     </message>
+    <message>
+        <source>fits no notification of the list of stations that is there, and is kept aside; times in it: %1</source>
+        <translation>passt zu keiner Meldung der vorhandenen Stationsliste und wird beiseitegelegt; Zeiten darin: %1</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>

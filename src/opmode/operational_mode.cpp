@@ -138,7 +138,11 @@ Status OperationalMode::load(Use use, QHash<QString, StationAttributes> &attribu
         if (const Status times = m_times->load(tree); !times) {
             tellDefect(times.message());
         }
-        replay(tree, attributes);
+        const bool isChanged = replay(tree, attributes);
+        // Else the journal may have brought what they are of: they are written before the list.
+        if (m_times->fitsNothing() && !isChanged) {
+            tellDefect(m_times->mustKeepAside().message());
+        }
     }
     return loaded;
 }
@@ -150,8 +154,9 @@ void OperationalMode::tellDefect(const QString &defect)
     Q_EMIT statusMessage(defect);
 }
 
-/// Brings back what a run that ended by a crash had shown.
-void OperationalMode::replay(StationTreeLoader &tree, QHash<QString, StationAttributes> &attributes)
+/// Brings back what a run that ended by a crash had shown. Tells whether the journal goes on from the list
+/// and changed it.
+bool OperationalMode::replay(StationTreeLoader &tree, QHash<QString, StationAttributes> &attributes)
 {
     m_journal.emplace(
         journalPath(m_path), m_services.timers,
@@ -192,6 +197,7 @@ void OperationalMode::replay(StationTreeLoader &tree, QHash<QString, StationAttr
             Q_EMIT statusMessage(leftOut);
         }
     }
+    return replayed.status && replayed.changes > 0;
 }
 
 /// The stations of the tree come to life.

@@ -129,7 +129,7 @@ private:
     Status takeLock(Use use);
     Status load(Use use, QHash<QString, StationAttributes> &attributes);
     void tellDefect(const QString &defect);
-    void replay(StationTreeLoader &tree, QHash<QString, StationAttributes> &attributes);
+    bool replay(StationTreeLoader &tree, QHash<QString, StationAttributes> &attributes);
     void createStations(const QHash<QString, StationAttributes> &attributes);
     void awaitNextMinute();
     void showStatus(const cStation &station);

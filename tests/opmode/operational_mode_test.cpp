@@ -504,6 +504,35 @@ private Q_SLOTS:
         QCOMPARE(test::contentOf(file("nodes (1).journal")), journal);
     }
 
+    void whatBelongsToAListThatIsGoneIsKeptAside_data()
+    {
+        QTest::addColumn<QByteArray>("list");
+        QTest::newRow("none") << QByteArray();
+        QTest::newRow("another") << "<KTR>" + station("X", "") + "</KTR>";
+    }
+    void whatBelongsToAListThatIsGoneIsKeptAside()
+    {
+        QFETCH(const QByteArray, list);
+        for (const bool isClosed : {true, false}) {
+            Run run(m_folder->path());
+            run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+            run.mode->setOnline(QStringLiteral("S"), true);
+            run.say(0, "M,Alarm DI1 fail");
+            QVERIFY(!isClosed || run.mode->close());
+        }
+        const QByteArray times = test::contentOf(file("nodes.times"));
+        const QByteArray journal = test::contentOf(file("nodes.journal"));
+        QVERIFY(QFile::remove(file("nodes.xml")) &&
+                (list.isEmpty() || test::writeFile(file("nodes.xml"), list)));
+        Run run(m_folder->path());
+        const QString told = run.mode->defects().join(u'\n');
+        QVERIFY2(told.contains(file("nodes.times")) && told.contains(file("nodes.journal")),
+                 qPrintable(told));
+        QVERIFY(run.mode->close());
+        QCOMPARE(test::contentOf(file("nodes (1).times")), times);
+        QCOMPARE(test::contentOf(file("nodes (1).journal")), journal);
+    }
+
     void aStationWhoseElementIsDamagedIsRebuiltAndTold_data()
     {
         QTest::addColumn<QByteArray>("find");

@@ -76,6 +76,8 @@ NotificationTimes::NotificationTimes(const QString &nodesPath)
 Status NotificationTimes::load(StationTreeLoader &tree)
 {
     m_keepAside = false;
+    m_known = 0;
+    m_fitting = 0;
     QByteArray bytes;
     if (!QFileInfo::exists(m_path)) {
         return Status::done();
@@ -88,32 +90,45 @@ Status NotificationTimes::load(StationTreeLoader &tree)
     const auto header = [&](qsizetype at) {
         return bytes.size() < headerSize ? 0 : numberAt<quint64>(bytes.constData() + at);
     };
+    const auto give = [&](std::string_view key, const Arrival &arrival) {
+        ++m_known;
+        if (tree.loadArrival(key, arrival)) {
+            ++m_fitting;
+        }
+    };
     if (header(0) == markBefore && header(8) == checksum(records)) {
         // A node that has gone needs no times.
         for (FieldReader fields(records); !fields.atEnd() && fields.isSound();) {
             const auto [key, arrival] = takeRecord(fields);
-            tree.loadArrival(key, arrival);
+            give(key, arrival);
         }
         m_keepAside = false;
         return Status::done();
     }
-    quint64 known = 0;
     RecordReader record(records);
     while (record.next()) {
         FieldReader fields(record.content());
         const auto [key, arrival] = takeRecord(fields);
         if (fields.isSound() && fields.atEnd()) {
-            tree.loadArrival(key, arrival);
-            ++known;
+            give(key, arrival);
         }
     }
-    m_keepAside = header(0) != mark || header(8) != known || record.skipped() > 0;
+    m_keepAside = header(0) != mark || header(8) != m_known || record.skipped() > 0;
     if (m_keepAside) {
         return fileFailure(m_path, QCoreApplication::translate(
                                        "Files", "is damaged; times of notifications that are known: %1")
-                                       .arg(known));
+                                       .arg(m_known));
     }
     return Status::done();
+}
+
+Status NotificationTimes::mustKeepAside()
+{
+    m_keepAside = true;
+    return fileFailure(
+        m_path, QCoreApplication::translate("Files", "fits no notification of the list of stations that is "
+                                                     "there, and is kept aside; times in it: %1")
+                    .arg(m_known));
 }
 
 /// Station by station: the beginnings of keys are made once, and memory is walked in its order.

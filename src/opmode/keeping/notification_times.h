@@ -22,6 +22,10 @@ public:
     /// known. A failure says that not all of the file could be used; it is then kept aside before it is
     /// replaced.
     Status load(StationTreeLoader &tree);
+    /// Whether all of the file that was loaded is of other notifications than the list has.
+    bool fitsNothing() const { return !m_keepAside && m_known > 0 && m_fitting == 0; }
+    /// Keeps the file aside before it is replaced; the failure says so.
+    Status mustKeepAside();
     /// What save() is to write: the times of each notification, once for each key that an old or new
     /// `nodes.xml` may have for it.
     static QByteArray document(const StationTree &tree);
@@ -31,6 +35,8 @@ public:
 
 private:
     QString m_path;
+    quint64 m_known = 0;   ///< records of the file
+    quint64 m_fitting = 0; ///< those of notifications that the list has
     bool m_keepAside = false;
 };
 
