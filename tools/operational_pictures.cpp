@@ -59,11 +59,14 @@ Waterworks::Waterworks(int stations, const TextTable &texts, const QLocale &loca
                                                     Form_betriebsmodus::Services{m_timers, locale, {}, {}});
     m_window->resize(laptop);
     m_window->show();
+    m_window->open(m_folder.filePath(QStringLiteral("nodes.xml")));
+    const QString first = m_mode->tree().index(0, 0).data(StationTree::KeyRole).toString();
     for (int station = 0; station < stations; ++station) {
         m_mode->addStation(Fleet::name(station),
                            QStringLiteral("10.20.%1.%2").arg(station / 250).arg(station % 250 + 1));
     }
-    m_window->open(m_folder.filePath(QStringLiteral("nodes.xml")));
+    m_mode->removeStation(first); // the one that an empty list begins with, and its line
+    m_lines.removeFirst();
     m_mode->setAllOnline(true);
     m_mode->setSchedule(Fleet::name(0), {QStringLiteral("08:00"), 2, QStringLiteral("17:30"), 1});
     for (int station = 0; station < stations; ++station) {
