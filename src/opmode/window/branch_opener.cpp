@@ -1,7 +1,7 @@
 #include "opmode/window/branch_opener.h"
 
 #include "opmode/window/station_tree_view.h"
-#include "opmode/window/tree_activity.h"
+#include "opmode/window/view_activity.h"
 
 #include <QScopedValueRollback>
 
@@ -27,7 +27,7 @@ QSet<QString> keysAbove(const QModelIndex &node)
 
 } // namespace
 
-BranchOpener::BranchOpener(StationTreeView &view, StationTree &tree, const TreeActivity &activity)
+BranchOpener::BranchOpener(StationTreeView &view, StationTree &tree, const ViewActivity &activity)
     : QObject(&view), m_view(view), m_tree(tree), m_activity(activity)
 {
     const std::tuple<QTimer *, const char *, int, void (BranchOpener::*)()> timers[] = {
@@ -114,7 +114,7 @@ void BranchOpener::closeSoon()
 
 void BranchOpener::closeAcknowledged()
 {
-    if (m_activity.isInUse(TreeActivity::keysRestForClosing)) {
+    if (m_activity.isInUse(ViewActivity::keysRestForClosing)) {
         m_closeTimer.start();
         return;
     }

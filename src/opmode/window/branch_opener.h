@@ -8,7 +8,7 @@
 namespace ktr {
 
 class StationTreeView;
-class TreeActivity;
+class ViewActivity;
 
 /// Opens the branches of StationTreeView in which something new stands, and closes them again. It opens
 /// nothing while the user is at work in the tree. What it opened it closes a few seconds after all alarms of
@@ -19,7 +19,7 @@ class BranchOpener : public QObject
     Q_OBJECT
 
 public:
-    BranchOpener(StationTreeView &view, StationTree &tree, const TreeActivity &activity);
+    BranchOpener(StationTreeView &view, StationTree &tree, const ViewActivity &activity);
 
     /// Makes an entry visible in a moment: opens its branch and scrolls to it. Of many in a moment the last
     /// is scrolled to.
@@ -39,7 +39,7 @@ private:
 
     StationTreeView &m_view;
     StationTree &m_tree;
-    const TreeActivity &m_activity;
+    const ViewActivity &m_activity;
     QTimer Timer_doView;
     QTimer m_closeTimer;
     QTimer m_quietTimer;

@@ -2,7 +2,7 @@
 
 #include "opmode/window/branch_opener.h"
 #include "opmode/window/station_tree_delegate.h"
-#include "opmode/window/tree_activity.h"
+#include "opmode/window/view_activity.h"
 
 #include <QContextMenuEvent>
 #include <QScrollBar>
@@ -19,7 +19,7 @@ constexpr int layoutMs = 250;
 StationTreeView::StationTreeView(StationTree &tree, QWidget *parent)
     : QTreeView(parent),
       m_tree(tree),
-      m_activity(new TreeActivity(*this, [this] { return state() == EditingState; })),
+      m_activity(new ViewActivity(*this, [this] { return state() == EditingState; })),
       m_opener(new BranchOpener(*this, tree, *m_activity))
 {
     setObjectName(QStringLiteral("TreeView_KTR_Nodes"));
@@ -39,7 +39,7 @@ StationTreeView::StationTreeView(StationTree &tree, QWidget *parent)
     m_layoutTimer.setSingleShot(true);
     m_layoutTimer.setInterval(layoutMs);
     connect(&m_layoutTimer, &QTimer::timeout, this, &StationTreeView::refresh);
-    connect(m_activity, &TreeActivity::mouseRested, this, &StationTreeView::refresh);
+    connect(m_activity, &ViewActivity::mouseRested, this, &StationTreeView::refresh);
     const auto ofStations = [this](const QModelIndex &above) {
         if (!above.isValid()) {
             filterSoon();

@@ -9,7 +9,7 @@
 namespace ktr {
 
 class BranchOpener;
-class TreeActivity;
+class ViewActivity;
 
 /// The tree of all stations. Rows come, go and change places only where that moves nothing away from under
 /// the user's hand; else it waits, or the tree scrolls along.
@@ -67,7 +67,7 @@ private:
     void refresh();
 
     StationTree &m_tree;
-    TreeActivity *m_activity;
+    ViewActivity *m_activity;
     BranchOpener *m_opener;
     StationFilter m_filter;
     int m_shown = 0;

@@ -1,4 +1,4 @@
-#include "opmode/window/tree_activity.h"
+#include "opmode/window/view_activity.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -17,16 +17,16 @@ bool isWithin(const QElapsedTimer &last, Milliseconds time)
 
 } // namespace
 
-TreeActivity::TreeActivity(QAbstractItemView &view, std::function<bool()> isEditing)
+ViewActivity::ViewActivity(QAbstractItemView &view, std::function<bool()> isEditing)
     : QObject(&view), m_view(view), m_isEditing(std::move(isEditing)), m_restTimer(this)
 {
     m_restTimer.setObjectName(QStringLiteral("Timer_rest"));
     m_restTimer.setSingleShot(true);
     m_restTimer.setInterval(mouseRestMs);
-    connect(&m_restTimer, &QTimer::timeout, this, &TreeActivity::mouseRested);
+    connect(&m_restTimer, &QTimer::timeout, this, &ViewActivity::mouseRested);
 }
 
-void TreeActivity::noteViewportEvent(const QEvent &event)
+void ViewActivity::noteViewportEvent(const QEvent &event)
 {
     if (event.isSinglePointEvent()) { // entering, moving, pressing
         m_pointer = static_cast<const QSinglePointEvent &>(event).globalPosition().toPoint();
@@ -46,26 +46,26 @@ void TreeActivity::noteViewportEvent(const QEvent &event)
     }
 }
 
-void TreeActivity::noteKeys()
+void ViewActivity::noteKeys()
 {
     m_lastInput.start();
     m_lastUse.start();
 }
 
 /// Whether the user is just moving the mouse here, pressing a button, choosing from a menu or typing.
-bool TreeActivity::isHandled() const
+bool ViewActivity::isHandled() const
 {
     return m_isEditing() || QApplication::activePopupWidget() != nullptr ||
            (m_view.underMouse() && QApplication::mouseButtons() != Qt::NoButton) ||
            isWithin(m_lastInput, handRest);
 }
 
-bool TreeActivity::isInUse(Milliseconds rest) const
+bool ViewActivity::isInUse(Milliseconds rest) const
 {
     return isHandled() || m_view.underMouse() || (m_view.hasFocus() && isWithin(m_lastUse, rest));
 }
 
-bool TreeActivity::isAboutToChoose() const
+bool ViewActivity::isAboutToChoose() const
 {
     return isHandled() || (m_view.underMouse() && m_restTimer.isActive());
 }

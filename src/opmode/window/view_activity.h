@@ -11,7 +11,7 @@ namespace ktr {
 /// Whether the user is at work in a view, with the mouse or with keys: then nothing may move away from under
 /// the hand. The view tells it of the user's events. Example: somebody moves the mouse over a row to open its
 /// menu while alarms come; the row stays where it is until the mouse has rested for ten seconds or has left.
-class TreeActivity : public QObject
+class ViewActivity : public QObject
 {
     Q_OBJECT
 
@@ -22,7 +22,7 @@ public:
     static constexpr Milliseconds keysRestForClosing{10'000};
 
     /// `isEditing` tells whether the user is just typing into the view.
-    TreeActivity(QAbstractItemView &view, std::function<bool()> isEditing);
+    ViewActivity(QAbstractItemView &view, std::function<bool()> isEditing);
 
     void noteViewportEvent(const QEvent &event);
     /// A key was pressed, or the user put the focus here.
