@@ -252,7 +252,7 @@ private Q_SLOTS:
             QTest::mouseMove(m_window->windowHandle(), m_window->mapFromGlobal(place));
             return QTest::qWaitFor([this] { return tree()->underMouse(); });
         };
-        auto *rest = m_window->findChild<QTimer *>("Timer_rest");
+        auto *rest = tree()->findChild<QTimer *>("Timer_rest");
         QVERIFY(pointAt(placeOf("A"))); // nor below it, as long as the mouse was moved just now
         const QPoint next = placeOf("B");
         alarm(0, "Pump 1 fail");
@@ -327,7 +327,7 @@ private Q_SLOTS:
         QTRY_VERIFY(tree()->underMouse());
         alarm(1, "DI1 fail");
         QVERIFY(awaitTurns() && tree()->isRowHidden(1, {}));
-        m_window->findChild<QTimer *>("Timer_rest")->stop();
+        tree()->findChild<QTimer *>("Timer_rest")->stop();
         QTRY_VERIFY(!tree()->isRowHidden(1, {}));
         QCOMPARE(placeOf("C"), place);
         QVERIFY(m_mode->acknowledge({m_mode->tree().find("A")}));

@@ -143,6 +143,41 @@ private Q_SLOTS:
         QCOMPARE(shown().size(), 0);
     }
 
+    void noRowMovesUnderTheMouseAndAnActionIsAboutWhatWasChosen()
+    {
+        for (int i = 0; i < 5; ++i) { // all are in view: there is nothing to scroll
+            take("North", QString("pump %1 fail").arg(i));
+        }
+        settle();
+        const QStringList before = shown();
+        const QPoint place =
+            table()->visualRect(table()->model()->index(3, NotificationModel::Message)).center();
+        QTest::mouseMove(table()->viewport(), place);
+        QTRY_VERIFY(table()->viewport()->underMouse());
+        for (const char *text : {"pump 5 fail", "pump 6 fail", "pump 1 fail"}) { // the last is pointed at
+            take("North", text);
+        }
+        settle();
+        QCOMPARE(shown(), before);
+        QCOMPARE(rowTexts(table(), 3)[NotificationModel::Count], QString::fromUtf8("×2"));
+        QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, place);
+        QTest::mouseMove(m_window.get(), QPoint(1, 1));
+        QTRY_COMPARE(shown().mid(0, 3), QStringList({"pump 1 fail", "pump 6 fail", "pump 5 fail"}));
+        QTest::mouseClick(control<QPushButton>("Cmd_meldung_accept"), Qt::LeftButton);
+        QCOMPARE(tree().alarmCount(), 6);
+        QVERIFY(rowTexts(table(), 0)[NotificationModel::State].startsWith("acknowledged"));
+
+        // A mouse that just lies there does not keep what is new out of sight.
+        QTest::mouseMove(table()->viewport(), place);
+        auto *rest = table()->findChild<QTimer *>("Timer_rest");
+        QTRY_VERIFY(rest->isActive());
+        take("North", "pump 7 fail");
+        settle();
+        QVERIFY(!shown().contains("pump 7 fail"));
+        rest->stop();
+        QTRY_VERIFY((settle(), shown().contains("pump 7 fail")));
+    }
+
     void theChoiceNarrowsAndWidensTheList()
     {
         take("North", "door open");

@@ -37,6 +37,13 @@ NotificationChanges::Batch NotificationChanges::take()
     return std::exchange(m_noted, {});
 }
 
+void NotificationChanges::postpone()
+{
+    if (!m_delay->isRunning()) {
+        m_delay->start(longestDelay, [this] { Q_EMIT due(); });
+    }
+}
+
 void NotificationChanges::noteRows(const QModelIndex &parent, int first, int last)
 {
     for (int row = first; row <= last; ++row) {
@@ -46,9 +53,7 @@ void NotificationChanges::noteRows(const QModelIndex &parent, int first, int las
         }
         m_noted.ids.insert(*id);
         m_noted.hasOld = m_noted.hasOld || *id < m_firstNew;
-        if (!m_delay->isRunning()) {
-            m_delay->start(longestDelay, [this] { Q_EMIT due(); });
-        }
+        postpone();
     }
 }
 

@@ -33,6 +33,8 @@ public:
     };
     /// What changed since the last time.
     Batch take();
+    /// For a list that cannot take it over just now: it is due again in a moment.
+    void postpone();
 
 Q_SIGNALS:
     /// Something changed a moment ago.

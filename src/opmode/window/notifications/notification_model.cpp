@@ -18,8 +18,8 @@ NotificationModel::NotificationModel(const StationTree &tree, Timers &timers, co
       m_cells(tree, locale),
       m_changes(new NotificationChanges(tree, timers, this))
 {
-    connect(m_changes, &NotificationChanges::due, this, &NotificationModel::update);
-    connect(m_changes, &NotificationChanges::removed, this, &NotificationModel::update);
+    connect(m_changes, &NotificationChanges::due, this, &NotificationModel::updateInPlace);
+    connect(m_changes, &NotificationChanges::removed, this, &NotificationModel::updateInPlace);
     connect(m_changes, &NotificationChanges::stationRenamed, this, &NotificationModel::showStationsAnew);
     connect(m_changes, &NotificationChanges::replaced, this, &NotificationModel::reset);
 }
@@ -128,9 +128,7 @@ int NotificationModel::unacknowledgedCount() const
 void NotificationModel::setTexts(const QString &notAcknowledged)
 {
     m_cells.setNotAcknowledged(notAcknowledged);
-    if (!m_rows.empty()) {
-        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
-    }
+    showAnew();
     Q_EMIT headerDataChanged(Qt::Horizontal, 0, columns - 1);
 }
 
@@ -187,6 +185,34 @@ void NotificationModel::showStationsAnew()
     }
 }
 
+void NotificationModel::showAnew()
+{
+    if (!m_rows.empty()) {
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
+    }
+}
+
+void NotificationModel::updateInPlace()
+{
+    if (!m_isHeld()) {
+        update();
+        return;
+    }
+    m_changes->postpone();
+    std::vector<bool> gone;
+    gone.reserve(m_rows.size());
+    for (const Row &row : m_rows) {
+        gone.push_back(!m_tree.nodes().isAlive(row.id));
+    }
+    Q_EMIT aboutToUpdate();
+    if (!dropRows(gone)) { // what is gone must not be drawn any more
+        reset();
+        return;
+    }
+    showAnew();
+    Q_EMIT updated();
+}
+
 void NotificationModel::update()
 {
     Q_EMIT aboutToUpdate();
@@ -233,8 +259,8 @@ bool NotificationModel::updateListed(QSet<Id> &noted)
     if (isMoved) {
         reorder(left, sortedAgain(left));
     }
-    if (!listed.isEmpty() && !m_rows.empty()) {
-        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columns - 1));
+    if (!listed.isEmpty()) {
+        showAnew();
     }
     return true;
 }

@@ -5,6 +5,7 @@
 
 #include <QAbstractTableModel>
 
+#include <functional>
 #include <vector>
 
 namespace ktr {
@@ -36,6 +37,10 @@ public:
     const NotificationChoice &choice() const { return m_choice; }
     /// Takes over what changed in the tree now.
     void update();
+    /// The same, but for what moves rows while they are to stay in place: that waits until they need not.
+    void updateInPlace();
+    /// When rows are to stay in place. What a row tells is up to date meanwhile, too.
+    void setHold(std::function<bool()> isHeld) { m_isHeld = std::move(isHeld); }
 
     /// The node of a row in the tree.
     QModelIndex entry(int row) const;
@@ -80,6 +85,7 @@ private:
     void reset();
     void showStationsAnew();
     bool updateListed(QSet<Id> &noted);
+    void showAnew();
     bool dropRows(const std::vector<bool> &gone);
     Rows sortedAgain(const Rows &rows) const;
     void reorder(const Rows &before, Rows sorted);
@@ -89,6 +95,7 @@ private:
     NotificationCells m_cells;
     NotificationChanges *m_changes;
     NotificationChoice m_choice;
+    std::function<bool()> m_isHeld = [] { return false; };
     bool m_newestFirst = true;
     Rows m_rows;
 };

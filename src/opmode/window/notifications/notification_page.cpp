@@ -2,6 +2,7 @@
 
 #include "look/icons.h"
 #include "opmode/window/alarm_look.h"
+#include "opmode/window/view_activity.h"
 
 #include <QAction>
 #include <QApplication>
@@ -46,6 +47,7 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
       m_locale(locale),
       m_model(new NotificationModel(mode.tree(), timers, locale, this)),
       m_table(named<QTableView>(QStringLiteral("Tbl_meldung"), this)),
+      m_activity(new ViewActivity(*m_table, [] { return false; })),
       m_oneStation(named<QRadioButton>(QStringLiteral("Opt_meldung_0"), this)),
       m_allStations(named<QRadioButton>(QStringLiteral("Opt_meldung_1"), this)),
       m_onlyUnacknowledged(named<QCheckBox>(QStringLiteral("Check_meldung_offen"), this)),
@@ -75,8 +77,9 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
     connect(m_accept, &QPushButton::clicked, this, &NotificationPage::acknowledgeSelected);
     connect(m_acceptAll, &QPushButton::clicked, this,
             [this] { m_acknowledging.acknowledgeAll(this, m_model->unacknowledged()); });
-    connect(&acknowledging, &Acknowledging::acknowledged, m_model, &NotificationModel::update);
+    connect(&acknowledging, &Acknowledging::acknowledged, m_model, &NotificationModel::updateInPlace);
     connect(m_copy, &QPushButton::clicked, this, &NotificationPage::copySelected);
+    m_model->setHold([this] { return m_activity->isAboutToChoose(); });
     connect(m_model, &NotificationModel::aboutToUpdate, this, &NotificationPage::keepPlace);
     connect(m_model, &NotificationModel::updated, this, [this] {
         returnToPlace();
@@ -160,6 +163,7 @@ void NotificationPage::setUpTable()
         }
     });
     m_table->installEventFilter(this);
+    m_table->viewport()->setMouseTracking(true);
     m_table->viewport()->installEventFilter(this);
     m_empty->setAlignment(Qt::AlignCenter);
     m_empty->setForegroundRole(QPalette::PlaceholderText);
@@ -291,13 +295,30 @@ void NotificationPage::fitColumns()
     m_table->setColumnWidth(Model::Message, std::max(rest, narrowestText));
 }
 
+/// With the mouse, or in the menu, which the mouse leaves the table for.
+bool NotificationPage::isPointedAt() const
+{
+    return m_table->viewport()->underMouse() || QApplication::activePopupWidget() != nullptr;
+}
+
 void NotificationPage::keepPlace()
 {
+    if (!isPointedAt()) {
+        returnToTop(); // where it was left while a menu was open
+    }
     // At the top, the newest are to be seen; but nothing moves away from under the mouse.
     const bool isAtTop = m_table->verticalScrollBar()->value() == 0;
-    const bool isPointedAt = m_table->viewport()->underMouse();
-    m_place = isAtTop && !isPointedAt ? QModelIndex() : m_table->indexAt(QPoint(0, 0));
-    m_belongsAtTop = isPointedAt && (isAtTop || m_belongsAtTop);
+    m_place = isAtTop && !isPointedAt() ? QModelIndex() : m_table->indexAt(QPoint(0, 0));
+    m_belongsAtTop = isPointedAt() && (isAtTop || m_belongsAtTop);
+}
+
+/// What was kept back is shown at once.
+void NotificationPage::mouseLeft()
+{
+    if (!isPointedAt()) {
+        returnToTop();
+        m_model->update();
+    }
 }
 
 /// Where new rows came above the first one while the mouse was over the list.
@@ -346,8 +367,11 @@ void NotificationPage::refreshButtons()
 
 bool NotificationPage::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_table->viewport()) {
+        m_activity->noteViewportEvent(*event);
+    }
     if (watched == m_table->viewport() && event->type() == QEvent::Leave) {
-        returnToTop();
+        mouseLeft();
     } else if (watched == m_table->viewport() && event->type() == QEvent::Wheel) {
         m_belongsAtTop = false; // the user looks elsewhere
     }

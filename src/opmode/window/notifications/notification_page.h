@@ -15,6 +15,8 @@ class QTableView;
 
 namespace ktr {
 
+class ViewActivity;
+
 /// The notifications of a station, or of all: when they arrived, what they say, whether somebody has taken
 /// note.
 class NotificationPage : public OpmodePage
@@ -46,6 +48,8 @@ private:
     void choose();
     void arrange();
     void fitColumns();
+    bool isPointedAt() const;
+    void mouseLeft();
     void keepPlace();
     void returnToPlace();
     void returnToTop();
@@ -62,6 +66,7 @@ private:
     QGridLayout *m_choice = nullptr; ///< in one row or in two
     QWidget *m_scope = nullptr;
     QTableView *m_table;
+    ViewActivity *m_activity; ///< in the table
     QRadioButton *m_oneStation;
     QRadioButton *m_allStations;
     QCheckBox *m_onlyUnacknowledged;
