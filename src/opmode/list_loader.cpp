@@ -11,12 +11,12 @@ namespace {
 /// The name of the station under which a node stands that is one of a station's fixed nodes, or an entry.
 std::string_view stationOfBranch(std::string_view key)
 {
-    const std::string_view name = key.substr(0, key.find('/'));
-    const std::string_view below = key.substr(std::min(name.size() + 1, key.size()));
-    const std::string_view branch = below.substr(0, below.find('/'));
+    const auto name = std::find(key.begin(), key.end(), '/');
+    const auto below = name == key.end() ? name : std::next(name);
+    const std::string_view branch(below, std::find(below, key.end(), '/'));
     const bool isFixed =
         branch == branches::notifications || branch == branches::history || branch == branches::inputValues;
-    return isFixed ? name : std::string_view();
+    return isFixed ? std::string_view(key.begin(), name) : std::string_view();
 }
 
 } // namespace
