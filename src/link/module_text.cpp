@@ -13,7 +13,7 @@ namespace {
 const QString byItself = QStringLiteral("--> ");
 const QString answer = QStringLiteral("<-- ");
 /// Is part of what a module says when it cannot carry out a command.
-const QString failure = QStringLiteral("fail");
+const QString failWord = QStringLiteral("fail");
 
 /// Calls `find` with each line, without the line feeds in front of it, until it returns a place in the line;
 /// returns that place in `lines`.
@@ -96,12 +96,12 @@ bool isReport(QStringView line)
 bool reportsFailure(QStringView line)
 {
     return !beginsWithLetter(plainText(withoutLineFeed(line)), u"MRHV") &&
-           line.contains(failure, Qt::CaseInsensitive);
+           line.contains(failWord, Qt::CaseInsensitive);
 }
 
 QString namedInAnswer(const QString &text)
 {
-    static const QRegularExpression form(QStringLiteral("(?:OK|%1): (.*)").arg(failure));
+    static const QRegularExpression form(QStringLiteral("(?:OK|%1): (.*)").arg(failWord));
     return form.match(text).captured(1);
 }
 
