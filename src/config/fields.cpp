@@ -497,7 +497,7 @@ QString headingText(const Label &label, Unit unit, const TextTable &texts)
 
 QString tipText(const char *meaning, const std::optional<Range> &range, Unit unit)
 {
-    const QString text = QCoreApplication::translate("Fields", meaning);
+    QString text = QCoreApplication::translate("Fields", meaning);
     if (!range) {
         return text;
     }
