@@ -212,12 +212,15 @@ QString closing(const StepInput &in)
     return comma(in.configuration.versionText);
 }
 
-/// The control of a field, whose record is the member's.
+template <class Record, class Value> const ControlName &controlOf(Value Record::*member)
+{
+    return fieldOf<Record>(member).control;
+}
+
+/// The control of a field.
 template <auto member> const ControlName &shownBy()
 {
-    return []<class Record, class Value>(Value Record::*field) -> const ControlName & {
-        return fieldOf<Record>(field).control;
-    }(member);
+    return controlOf(member);
 }
 
 const ControlName &holidayControl()

@@ -462,6 +462,7 @@ private Q_SLOTS:
         m_window.reset();
         m_line = std::make_unique<SilentLine>();
         work("-english");
+        // cppcheck-suppress nullPointer ; work() has made another one
         const auto *events = control<QPlainTextEdit>(*m_window, "txt_connection_events");
         const QString told = events->toPlainText();
         QVERIFY(told.contains("Waiting until the module reads its SMS") && !lastEvent().isEmpty());
