@@ -11,7 +11,8 @@ inline constexpr qint64 minutesPerDay = 24 * 60;
 
 inline qint64 moduleMinutes(const QDate &day, int hour, int minute)
 {
-    return firstModuleDay.daysTo(day) * minutesPerDay + qint64{hour} * 60 + minute;
+    const qint64 days = firstModuleDay.daysTo(day);
+    return days * minutesPerDay + qint64{hour} * 60 + minute;
 }
 
 } // namespace ktr

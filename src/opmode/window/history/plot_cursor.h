@@ -12,8 +12,8 @@ class PlotCursor
 {
 public:
     explicit PlotCursor(const std::array<QCPAxisRect *, 2> &parts);
-    ~PlotCursor() = default; ///< its marks are the plot's
-    Q_DISABLE_COPY_MOVE(PlotCursor)
+    PlotCursor(const PlotCursor &) = delete; // its marks are the plot's
+    PlotCursor &operator=(const PlotCursor &) = delete;
 
     /// Where it is, null for nowhere.
     const std::optional<PlotPlace> &place() const { return m_place; }
