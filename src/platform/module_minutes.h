@@ -7,7 +7,7 @@ namespace ktr {
 /// The history's times are minutes of a module's wall clock, counted from the beginning of this day.
 inline const QDate firstModuleDay{2000, 1, 1};
 
-inline constexpr qint64 minutesPerDay = 24 * 60;
+inline constexpr qint64 minutesPerDay = qint64{24} * 60;
 
 inline qint64 moduleMinutes(const QDate &day, int hour, int minute)
 {
