@@ -311,7 +311,7 @@ private:
             m_events.received(datagram.toByteArray());
         } else {
             m_events.foreign();
-            if (++m_foreign == foreignAtMost && m_target) {
+            if (m_target && ++m_foreign == foreignAtMost) {
                 shutOthersOut();
             }
         }
@@ -477,7 +477,7 @@ private:
     Clock::time_point m_nextLook;
     bool m_isClosed = false;
     bool m_isV6 = false;
-    int m_foreign = 0; ///< datagrams that came from no module
+    int m_foreign = 0; ///< datagrams of others, since the module's address is known
     std::optional<udp::endpoint> m_target;
     std::atomic<bool> m_isAimed = false;
     udp::endpoint m_sender;
