@@ -51,7 +51,7 @@ struct PatientOutput::Shared
 
 PatientOutput::PatientOutput(Options options) : d(std::make_shared<Shared>(std::move(options)))
 {
-    std::thread([shared = d] { shared->run(); }).detach();
+    thread = std::thread([shared = d] { shared->run(); });
 }
 
 PatientOutput::~PatientOutput()
@@ -88,7 +88,14 @@ bool PatientOutput::end()
             d->changed.wait_for(lock, longestEnd, [this] { return d->queue.empty() && !d->isWriting; });
         d->isGivenUp = !isDone && d->written == before;
     }
-    return !d->isGivenUp;
+    const bool isComplete = !d->isGivenUp;
+    lock.unlock();
+    if (thread.joinable() && isComplete) {
+        thread.join(); // it has nothing left to do
+    } else if (thread.joinable()) {
+        thread.detach(); // a reader that stands still may keep it for ever
+    }
+    return isComplete;
 }
 
 void PatientOutput::Shared::run()

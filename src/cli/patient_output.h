@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <thread>
 
 namespace ktr::cli {
 
@@ -35,7 +36,8 @@ public:
 
 private:
     struct Shared;
-    std::shared_ptr<Shared> d; ///< with the thread, which a reader that stands still may keep for ever
+    std::shared_ptr<Shared> d; ///< with the thread, which may outlive this
+    std::thread thread;
 };
 
 } // namespace ktr::cli
