@@ -1,4 +1,5 @@
 #include "platform/instances.h"
+#include "platform/private_folder.h"
 
 #include <QDir>
 #include <QFile>
@@ -21,7 +22,8 @@ bool isPrivate(const QString &folder)
            (found.st_mode & (S_IRWXG | S_IRWXO)) == 0;
 }
 
-/// The session's folder, or where there is none, one in the user's own.
+} // namespace
+
 QString privateFolder()
 {
     QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
@@ -33,8 +35,6 @@ QString privateFolder()
     }
     return isPrivate(folder) ? folder : QString();
 }
-
-} // namespace
 
 QString privateSocketName(const QString &name)
 {

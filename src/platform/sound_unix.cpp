@@ -1,9 +1,12 @@
+#include "platform/files.h"
+#include "platform/private_folder.h"
 #include "platform/sound_player.h"
 
 #include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
 #include <QProcess>
 #include <QStandardPaths>
-#include <QTemporaryFile>
 
 namespace ktr {
 
@@ -61,7 +64,8 @@ public:
             return;
         }
         m_fallback = fallback;
-        const Program program = written(wav) ? soundProgram(m_file->fileName()) : Program();
+        const QString file = written(wav);
+        const Program program = file.isEmpty() ? Program() : soundProgram(file);
         if (program.path.isEmpty()) {
             fallback();
             return;
@@ -74,19 +78,24 @@ public:
     }
 
 private:
-    /// Anew each time: a folder of temporary files is swept now and then.
-    bool written(const QByteArray &wav)
+    /// One file for all instances of the user: those that are killed leave no more than that. Anew when it is
+    /// not there: a folder of temporary files is swept now and then. Empty when it cannot be written.
+    static QString written(const QByteArray &wav)
     {
-        if (m_file != nullptr && m_file->exists()) {
-            return true;
+        const QString folder = privateFolder();
+        const QString path = folder + QLatin1String("/KTRconfig-alarm.wav");
+        QByteArray present;
+        if (folder.isEmpty() || (readFile(path, present, wav.size()) && present == wav)) {
+            return folder.isEmpty() ? QString() : path;
         }
-        m_file = std::make_unique<QTemporaryFile>();
-        return m_file->open() && m_file->write(wav) == wav.size() && m_file->flush();
+        if (!QFileInfo(path).isFile()) {
+            QFile::remove(path); // a pipe would wait for its reader
+        }
+        return replaceFile(path, wav) ? path : QString();
     }
 
     static constexpr qint64 longestMs = 10'000;
 
-    std::unique_ptr<QTemporaryFile> m_file;
     QElapsedTimer m_started;
     std::function<void()> m_fallback;
     QProcess m_process;

@@ -1,6 +1,8 @@
 #include "platform/sound.h"
 
+#include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -15,22 +17,31 @@ private Q_SLOTS:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
-        qputenv("PATH", QFile::encodeName(m_folder->path()));
+        for (const char *name : {"PATH", "XDG_RUNTIME_DIR"}) {
+            qputenv(name, QFile::encodeName(m_folder->path()));
+        }
     }
 
     void aSoundIsPlayedByTheProgramThatIsThere()
     {
         const QString played = m_folder->filePath("played");
         addProgram("aplay", "/bin/cp \"$2\" '" + played + "'");
+        QCOMPARE(QProcess::execute("/usr/bin/mkfifo", {m_folder->filePath("KTRconfig-alarm.wav")}), 0);
         int beeps = 0;
-        Sound sound("tones", [&beeps] { ++beeps; });
-        sound.play();
+        Sound another("of another version", [&beeps] { ++beeps; });
+        another.play();
         const auto content = [&played] {
             QFile file(played);
             return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
         };
+        QTRY_COMPARE(content(), "of another version");
+        Sound sound("tones", [&beeps] { ++beeps; });
+        sound.play();
         QTRY_COMPARE(content(), "tones");
         QCOMPARE(beeps, 0);
+        // The one file that stays of any number of programs that are killed now.
+        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files, QDir::Name | QDir::IgnoreCase),
+                 QStringList({"aplay", "KTRconfig-alarm.wav", "played"}));
     }
 
     void whereNothingCanBeHeardTheFallbackRuns()

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QString>
+
+namespace ktr {
+
+/// A folder that no other user of a Unix system can enter: the session's, or where there is none, one in the
+/// user's own. It is made where it is missing; empty when there is none.
+QString privateFolder();
+
+} // namespace ktr
