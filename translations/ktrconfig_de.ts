@@ -556,6 +556,10 @@
         <source>fits no notification of the list of stations that is there, and is kept aside; times in it: %1</source>
         <translation>passt zu keiner Meldung der vorhandenen Stationsliste und wird beiseitegelegt; Zeiten darin: %1</translation>
     </message>
+    <message>
+        <source>is a link</source>
+        <translation>ist eine Verknüpfung</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>
@@ -1360,6 +1364,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>A configuration is being transmitted. Closing ends that: the module then holds a part of it only. Close nevertheless?</source>
         <translation>Es wird eine Konfiguration übertragen. Das Schließen beendet das: Das Modul enthält dann nur einen Teil davon. Trotzdem schließen?</translation>
     </message>
+    <message>
+        <source>Other KTRconfig windows may not be noticed: %1</source>
+        <translation>Andere KTRconfig-Fenster werden womöglich nicht bemerkt: %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::Form_betriebsmodus</name>
@@ -2043,6 +2051,13 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Lines of the archive that no fast export asked for are not exported</source>
         <translation>Archivzeilen, die kein schneller Export angefordert hat, werden nicht exportiert</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::SingleInstance</name>
+    <message>
+        <source>there is no folder that is the user&apos;s alone</source>
+        <translation>es gibt keinen Ordner, der dem Benutzer allein gehört</translation>
     </message>
 </context>
 <context>

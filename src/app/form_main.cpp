@@ -142,12 +142,16 @@ void FormMain::start(const QStringList &arguments)
     m_options = CommandLine::parse(arguments);
     languageSetting();
     if (MRegistry::lastError() == MRegistry::Error::Corrupt) { // the next write moves them aside
-        m_settingsTrouble =
+        m_startTroubles +=
             tr("The settings could not be read; they are kept under another name beside the new ones");
     }
     m_language.use(languageAtStart());
-    if (languageSetting().isEmpty()) {
-        m_settingsTrouble = tr("The settings cannot be written; what is chosen holds for this run");
+    const Status place = MRegistry::checkPlace();
+    if (!place || languageSetting().isEmpty()) {
+        m_startTroubles += tr("The settings cannot be written; what is chosen holds for this run");
+    }
+    if (!place) {
+        m_startTroubles += place.message();
     }
     if (m_instance.claim()) {
         finishStart();
@@ -248,8 +252,12 @@ void FormMain::finishStart()
     updateTitle();
     m_linkPresenter->show();
     m_tabs->enterPage();
-    if (!m_settingsTrouble.isEmpty()) {
-        showStatus(m_settingsTrouble);
+    if (!m_instance.trouble()) {
+        m_startTroubles +=
+            tr("Other KTRconfig windows may not be noticed: %1").arg(m_instance.trouble().message());
+    }
+    if (!m_startTroubles.isEmpty()) {
+        showStatus(m_startTroubles.join(u'\n'));
     }
     if (m_options.operationalMode) {
         openOperationalMode();

@@ -110,7 +110,7 @@ private:
     InterfaceLanguage m_language;
     ModuleLink m_link;
     SingleInstance m_instance;
-    QString m_settingsTrouble; ///< shown when the start is over
+    QStringList m_startTroubles; ///< told in the status bar
 
     MainMenu *m_menu;
     PageTabs *m_tabs;

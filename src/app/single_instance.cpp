@@ -1,6 +1,7 @@
 #include "app/single_instance.h"
 
 #include "look/program_name.h"
+#include "platform/files.h"
 #include "platform/instances.h"
 
 #include <QCoreApplication>
@@ -61,17 +62,24 @@ bool SingleInstance::isClaimed() const
 
 bool SingleInstance::claim()
 {
-    if (m_name.isEmpty() || isClaimed()) {
+    if (isClaimed()) {
+        return true;
+    }
+    if (m_name.isEmpty()) {
+        m_trouble = Status::failed(tr("there is no folder that is the user's alone"));
         return true;
     }
     // Two that start together must not both think they are alone.
     QLockFile lock(QDir(QDir::tempPath()).absoluteFilePath(m_name) + QLatin1String(".lock"));
+    m_trouble = checkLockFile(lock.fileName());
     // Whoever holds the lock for longer hangs; better start than wait for that.
-    [[maybe_unused]] const bool isAlone = lock.tryLock(lockMs);
+    [[maybe_unused]] const bool isAlone = m_trouble && lock.tryLock(lockMs);
     if (findOther()) {
         return false;
     }
-    m_server->listen(newSocketName(m_name));
+    if (!m_server->listen(newSocketName(m_name))) {
+        m_trouble = fileFailure(m_name, m_server->errorString());
+    }
     return true;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/status.h"
 #include "platform/timers.h"
 
 #include <QHash>
@@ -57,6 +58,8 @@ public:
     /// Whether something was skipped because it ended each time it was asked.
     bool metStranger() const { return m_metStranger; }
     bool isClaimed() const;
+    /// What keeps instances from finding each other; known after claim().
+    const Status &trouble() const { return m_trouble; }
 
     /// Questions to the other instance, after claim() was false. Its answers come as otherAnswered(), a new
     /// one whenever its work changes. From then on it has to give signs of life; otherSilent() or
@@ -94,6 +97,7 @@ private:
     QStringList m_passedOver;
     QHash<QString, int> m_ends;
     bool m_metStranger = false;
+    Status m_trouble = Status::done();
     std::unique_ptr<OneShotTimer> m_ping;
     std::unique_ptr<OneShotTimer> m_silence;
 };

@@ -1,6 +1,7 @@
 #include "platform/file_lock.h"
 #include "platform/files.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
 
@@ -105,7 +106,16 @@ FileLock::Outcome FileLock::take(const QString &path)
             errno = reason;
         }
         if (descriptor < 0) {
-            m_trouble = fileFailure(path, QString::fromLocal8Bit(std::strerror(errno)));
+            const int reason = errno;
+            m_trouble = reason == EISDIR || reason == ENXIO ? notRegular(path)
+                        : reason == ELOOP
+                            ? fileFailure(path, QCoreApplication::translate("Files", "is a link"))
+                            : fileFailure(path, QString::fromLocal8Bit(std::strerror(reason)));
+            return Outcome::Impossible;
+        }
+        if (struct stat found = {}; ::fstat(descriptor, &found) != 0 || !S_ISREG(found.st_mode)) {
+            ::close(descriptor);
+            m_trouble = notRegular(path);
             return Outcome::Impossible;
         }
         auto held = std::make_unique<Held>(name, descriptor);

@@ -40,6 +40,17 @@ Status notRegular(const QString &path)
                   : QCoreApplication::translate("Files", "is no file, but a pipe, a device or the like"));
 }
 
+Status checkLockFile(const QString &path)
+{
+    for (const QString &name : {path, QString(path + QLatin1String(".rmlock"))}) {
+        const QFileInfo found(name);
+        if ((found.exists() || found.isSymLink()) && !found.isFile()) {
+            return notRegular(name);
+        }
+    }
+    return Status::done();
+}
+
 Status readFile(const QString &path, QByteArray &content, qint64 limit)
 {
     if (path.isEmpty()) {

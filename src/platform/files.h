@@ -32,6 +32,10 @@ bool isSameFile(const QString &a, const QString &b);
 /// Whether this user can make files in a folder.
 bool canMakeFiles(const QString &folder);
 
+/// Whether a QLockFile can be tried here: it reads what stands in its place, and would wait at a pipe for
+/// ever. The failure names what is in the way.
+Status checkLockFile(const QString &path);
+
 /// Opens a regular file to read and write without a buffer, making it for its owner alone where it does not
 /// exist.
 Status openOwnersFile(QFile &file, const QString &path);

@@ -90,6 +90,23 @@ int makeTemporary(const QFileInfo &file, mode_t mode, QByteArray &path)
     }
 }
 
+/// A descriptor that was opened without waiting, should a pipe stand there since just now; a regular file
+/// does not mind.
+Status handOver(QFile &file, const QString &path, int descriptor, QIODevice::OpenMode mode)
+{
+    if (descriptor < 0) {
+        return systemFailure(path);
+    }
+    struct stat found = {};
+    if (::fstat(descriptor, &found) != 0 || !S_ISREG(found.st_mode)) {
+        ::close(descriptor);
+        return notRegular(path);
+    }
+    file.setFileName(path);
+    return file.open(descriptor, mode, QFileDevice::AutoCloseHandle) ? Status::done()
+                                                                     : fileFailure(path, file.errorString());
+}
+
 /// What is to become of the file that is written.
 struct Target
 {
@@ -210,31 +227,20 @@ Status openToRead(QFile &file, const QString &path)
     if (::stat(name.constData(), &found) == 0 && !S_ISREG(found.st_mode)) {
         return notRegular(path); // opening alone moves some devices
     }
-    // Without waiting, should it have become a pipe just now; a regular file does not mind.
     const int descriptor = ::open(name.constData(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (descriptor < 0) {
-        return systemFailure(path);
-    }
-    file.setFileName(path);
-    if (::fstat(descriptor, &found) != 0 || !S_ISREG(found.st_mode)) {
-        ::close(descriptor);
-        return notRegular(path);
-    }
-    return file.open(descriptor, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)
-               ? Status::done()
-               : fileFailure(path, file.errorString());
+    return handOver(file, path, descriptor, QIODevice::ReadOnly);
 }
 
 Status openOwnersFile(QFile &file, const QString &path)
 {
-    file.setFileName(path);
+    const QByteArray name = QFile::encodeName(path);
     struct stat found = {};
-    if (::stat(QFile::encodeName(path).constData(), &found) == 0 && !S_ISREG(found.st_mode)) {
+    if (::stat(name.constData(), &found) == 0 && !S_ISREG(found.st_mode)) {
         return notRegular(path);
     }
-    const bool opened = file.open(QIODevice::ReadWrite | QIODevice::Unbuffered,
-                                  QFileDevice::ReadOwner | QFileDevice::WriteOwner);
-    return opened ? Status::done() : fileFailure(path, file.errorString());
+    const int descriptor =
+        ::open(name.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, S_IRUSR | S_IWUSR);
+    return handOver(file, path, descriptor, QIODevice::ReadWrite | QIODevice::Unbuffered);
 }
 
 bool flushToDisk(int descriptor)

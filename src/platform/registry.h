@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/status.h"
 #include "platform/timers.h"
 
 #include <QList>
@@ -44,6 +45,9 @@ Error lastError();
 /// writes waits up to `lockWait` for another program to finish its own. A system with a registry of its own
 /// keeps no file: there the current user's root becomes a key that is named after it.
 void setRegistryFile(const QString &path, Milliseconds lockWait = std::chrono::seconds(5));
+
+/// Whether something that is no file stands where the registry or its lock has to be; the failure names it.
+Status checkPlace();
 
 } // namespace MRegistry
 

@@ -52,6 +52,11 @@ Place presentPlace()
     return place;
 }
 
+QString lockOf(const Place &place)
+{
+    return place.path + QLatin1String(".lock");
+}
+
 QString upToZero(const QString &text)
 {
     return text.left(text.indexOf(QChar::Null)); // all of it when there is none
@@ -158,7 +163,10 @@ Error change(const std::function<Error(QJsonObject &)> &edit)
     if (!QDir().mkpath(QFileInfo(place.path).absolutePath())) {
         return Error::AccessDenied;
     }
-    QLockFile lock(place.path + QLatin1String(".lock"));
+    QLockFile lock(lockOf(place));
+    if (!checkLockFile(lock.fileName())) {
+        return Error::AccessDenied;
+    }
     if (const Error locked = acquire(lock, place.lockWait); locked != Error::None) {
         return locked;
     }
@@ -183,6 +191,13 @@ void MRegistry::setRegistryFile(const QString &path, Milliseconds lockWait)
 {
     const QMutexLocker guard(&placeMutex);
     chosenPlace() = {path, lockWait};
+}
+
+Status MRegistry::checkPlace()
+{
+    const Place place = presentPlace();
+    const QFileInfo file(place.path);
+    return file.exists() && !file.isFile() ? notRegular(place.path) : checkLockFile(lockOf(place));
 }
 
 namespace RegistryBackEnd {

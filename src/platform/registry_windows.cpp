@@ -74,6 +74,11 @@ void MRegistry::setRegistryFile(const QString &path, Milliseconds)
     }
 }
 
+Status MRegistry::checkPlace()
+{
+    return Status::done(); // it is no file
+}
+
 namespace RegistryBackEnd {
 
 Error createKey(quint32 root, const QString &subkey)

@@ -184,6 +184,12 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_folder->path()).entryList({"registry.json.unreadable*"}).size(), 1);
         typeOver(field("txt_gsm_id"), "still works");
         QCOMPARE(m_window->document().configuration().gsm.stationId, "still works");
+        for (const char *lock : {"registry.json.lock", "instance.lock"}) {
+            m_window.reset();
+            QVERIFY(QDir(m_folder->path()).mkdir(lock));
+            start({});
+            QVERIFY2(lastEvent().contains(path(lock)), lock);
+        }
     }
 
     void closingAsksToSaveAndKeepsTheFileName()

@@ -7,6 +7,7 @@
 #include <QFileInfo>
 #include <QLocalServer>
 #include <QLocalSocket>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -124,8 +125,12 @@ private Q_SLOTS:
         }
         QVERIFY(QFile::rename(left, QFileInfo(left).path() + u'/' + m_name));
         crashed.close();
+        const QString lock = QDir(QDir::tempPath()).absoluteFilePath(m_name + QStringLiteral(".lock"));
+        QCOMPARE(QProcess::execute(QStringLiteral("mkfifo"), {lock}), 0); // nor is what nobody writes to
         SingleInstance next(m_timers, m_name);
         QVERIFY(next.claim() && next.isClaimed());
+        QVERIFY(QFile::remove(lock));
+        QVERIFY(next.trouble().message().startsWith(lock));
         QVERIFY(!SingleInstance(m_timers, m_name).claim());
     }
 

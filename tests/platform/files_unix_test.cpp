@@ -99,12 +99,17 @@ private Q_SLOTS:
     {
         QCOMPARE(::mkfifo(QFile::encodeName(path(u"pipe"_s)).constData(), 0600), 0);
         QVERIFY(QFile::link(path(u"pipe"_s), path(u"link to a pipe"_s)));
+        QVERIFY(QFile::link(path(u"none"_s), path(u"link to nothing"_s)));
+        QVERIFY(checkLockFile(path(u"none"_s)) && !checkLockFile(path(u"link to nothing"_s)));
         for (const QString &name :
              {path(u"pipe"_s), path(u"link to a pipe"_s), u"/dev/zero"_s, m_folder.path()}) {
             QByteArray content;
             QFile file;
-            for (const Status &status : {readFile(name, content), openToRead(file, name),
-                                         openOwnersFile(file, name), copyFile(name, path(u"copy"_s))}) {
+            FileLock lock;
+            QCOMPARE(lock.take(name), FileLock::Outcome::Impossible);
+            for (const Status &status :
+                 {readFile(name, content), openToRead(file, name), openOwnersFile(file, name),
+                  copyFile(name, path(u"copy"_s)), lock.trouble(), checkLockFile(name)}) {
                 QVERIFY2(!status && status.message().startsWith(name), qPrintable(status.message()));
             }
         }

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLockFile>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -79,6 +80,20 @@ private Q_SLOTS:
         setRegistryFile(m_file, Milliseconds(20));
         store("deutsch");
         QCOMPARE(lastError(), Error::Busy);
+    }
+
+    void aPipeInThePlaceOfTheLockHoldsNobodyUp()
+    {
+        CreateRegistryKey(user, program);
+        QVERIFY(checkPlace());
+        for (const QString &name : {m_file + ".lock", m_file + ".lock.rmlock", m_file}) {
+            QFile::remove(name);
+            QCOMPARE(QProcess::execute("mkfifo", {name}), 0);
+            store("deutsch");
+            QCOMPARE(lastError(), Error::AccessDenied);
+            QVERIFY2(checkPlace().message().startsWith(name), qPrintable(checkPlace().message()));
+            QVERIFY(QFile::remove(name));
+        }
     }
 
     void writersAtTheSameTimeLoseNothing()
