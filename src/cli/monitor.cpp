@@ -40,6 +40,8 @@ QString nameOf(StationEvent::Kind kind)
         return QStringLiteral("silent");
     case StationEvent::Kind::Flood:
         return QStringLiteral("flood");
+    case StationEvent::Kind::Loss:
+        return QStringLiteral("loss");
     }
     return {};
 }
@@ -91,6 +93,7 @@ int watch(const Arguments &arguments, const Environment &environment, const QStr
     }
     const int code = QCoreApplication::exec();
     mode.takeArrived();
+    mode.closeWithoutFile(); // ends, with their numbers, the losses that go on
     if (sockets.foreignDatagrams() > 0) {
         complain(QStringLiteral("datagrams of strangers, not looked at: %1").arg(sockets.foreignDatagrams()));
     }

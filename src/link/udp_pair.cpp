@@ -220,7 +220,7 @@ public:
             });
     }
 
-    /// What stands in the system's buffer now.
+    /// What stands in the system's buffer now, and how much found no room there.
     void takeArrived()
     {
         const auto input = std::make_unique_for_overwrite<char[]>(longestDatagram);
@@ -230,10 +230,13 @@ public:
             const std::size_t count =
                 m_receiveSocket.receive_from(asio::buffer(input.get(), longestDatagram), sender, 0, error);
             if (error) {
-                return;
+                break;
             }
             take(sender, {input.get(), qsizetype(count)});
             taken += costOf(qsizetype(count));
+        }
+        if (!m_isClosed) {
+            look(Clock::now());
         }
     }
 
@@ -313,6 +316,9 @@ private:
             m_events.foreign();
             if (m_target && ++m_foreign == foreignAtMost) {
                 shutOthersOut();
+                if (!m_isLookDue) {
+                    lookIn(lossInterval); // nothing of what is dropped from now on would be a reason to
+                }
             }
         }
     }

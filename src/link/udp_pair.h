@@ -104,7 +104,7 @@ public:
     /// A datagram that was received is dealt with. Without these calls, receiving stops in the end.
     void took(const QByteArray &datagram);
     /// Receives, on the I/O thread, all that the system holds for the pair at this moment, despite the
-    /// limits.
+    /// limits, and tells what was lost by now.
     void takeArrived();
     /// Calls back, on the I/O thread, once all datagrams are with the system.
     void whenDrained(std::function<void()> drained);

@@ -32,6 +32,17 @@ QString journalPath(const QString &nodesPath)
     return joinPath(info.path(), info.completeBaseName() + QLatin1String(".journal"));
 }
 
+StationEvent eventOf(const QString &kennung, StationChange what, const DatagramLoss &loss)
+{
+    QString text = what == StationChange::LossBegan  ? QStringLiteral("begins")
+                   : what == StationChange::LossOver ? QStringLiteral("over")
+                                                     : QStringLiteral("goes on");
+    if (loss.dropped > 0) {
+        text += QStringLiteral(": %1 datagrams dropped").arg(loss.dropped);
+    }
+    return {kennung, loss.isFlood ? StationEvent::Kind::Flood : StationEvent::Kind::Loss, text};
+}
+
 } // namespace
 
 OperationalMode::OperationalMode(const Services &services, const StationCaptions &captions, QObject *parent)
@@ -431,15 +442,12 @@ void OperationalMode::onStationChanged(const QString &kennung, StationChange wha
         Q_EMIT happened({kennung, Kind::Puk, QStringLiteral("cleared")});
         break;
     case StationChange::LossBegan:
-        Q_EMIT statusMessage(kennung + QLatin1String(": ") + textOf(*station.loss()));
-        Q_EMIT happened({kennung, Kind::Flood, QStringLiteral("begins")});
-        break;
     case StationChange::LossOver:
         Q_EMIT statusMessage(kennung + QLatin1String(": ") + textOf(*station.loss()));
-        Q_EMIT happened({kennung, Kind::Flood,
-                         QStringLiteral("over: %1 datagrams dropped").arg(station.loss()->dropped)});
-        break;
+        [[fallthrough]];
     case StationChange::LossGoesOn:
+        Q_EMIT happened(eventOf(kennung, what, *station.loss()));
+        break;
     case StationChange::TextDelivered:
         break;
     }

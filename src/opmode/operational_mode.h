@@ -15,7 +15,7 @@ class StationTreeLoader;
 /// Something that a station did, as it is told outside of the tree.
 struct StationEvent
 {
-    enum class Kind { Notification, Values, History, Message, Quality, Puk, Alive, Silent, Flood };
+    enum class Kind { Notification, Values, History, Message, Quality, Puk, Alive, Silent, Flood, Loss };
     QString kennung;
     Kind kind;
     QString text;

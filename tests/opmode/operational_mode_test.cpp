@@ -377,10 +377,15 @@ private Q_SLOTS:
                               "S: 3 datagrams dropped", "S: the loss is over: 3 datagrams dropped"}));
         QStringList events;
         for (const StationEvent &event : run.events) {
-            events += event.kind == StationEvent::Kind::Flood ? event.text : QStringLiteral("other");
+            events += (event.kind == StationEvent::Kind::Flood  ? "flood "
+                       : event.kind == StationEvent::Kind::Loss ? "loss "
+                                                                : "other ") +
+                      event.text;
         }
-        QCOMPARE(events, (QStringList{"begins", "over: 30 datagrams dropped", "begins",
-                                      "over: 3 datagrams dropped"}));
+        QCOMPARE(events,
+                 (QStringList{"flood begins: 10 datagrams dropped", "flood goes on: 20 datagrams dropped",
+                              "flood over: 30 datagrams dropped", "loss begins: 3 datagrams dropped",
+                              "loss over: 3 datagrams dropped"}));
     }
 
     void whatWaitsInAPauseIsHeardBeforeTheStationGoes()

@@ -278,6 +278,16 @@ private Q_SLOTS:
         for (int i = 0; i < 50; ++i) {
             QCOMPARE(owner.messages[i], QStringLiteral("0: --> %1").arg(i));
         }
+        if (droppedDatagrams(test::Peer("127.0.0.1").handle())) { // and what is lost by then is told
+            owner.flooded = &all[0]->station;
+            all[0]->station.connectStation();
+            all[0]->module.await();
+            for (int i = 0; i < 20'000; ++i) {
+                all[0]->say("fail\x1A");
+            }
+            all[0]->station.handleWaiting();
+            QCOMPARE(owner.messages.size() - 100 + owner.loss.dropped, 20'000);
+        }
     }
 
     void aStationThatWasDisconnectedHearsNothingMore()
