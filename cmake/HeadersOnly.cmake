@@ -15,7 +15,7 @@ find_path(QT_HEADERS QtCore/qglobal.h REQUIRED NO_CMAKE_FIND_ROOT_PATH
   PATHS /usr/include/${CMAKE_HOST_SYSTEM_PROCESSOR}-linux-gnu/qt6)
 find_program(MOC moc REQUIRED NO_DEFAULT_PATH PATHS /usr/lib/qt6/libexec)
 
-foreach(module Core Test)
+foreach(module Core Sql Test)
   add_library(Qt6::${module} INTERFACE IMPORTED)
   target_include_directories(Qt6::${module} INTERFACE ${headers} ${QT_HEADERS} ${QT_HEADERS}/Qt${module})
 endforeach()

@@ -1,5 +1,5 @@
-// Links every library without windows against Qt Core alone and lets them work together: a library that
-// comes to need more fails to link here, or shows among the loaded ones.
+// Links every library without windows against Qt Core and Sql alone and lets them work together: a library
+// that comes to need more fails to link here, or shows among the loaded ones.
 
 #include "config/configuration_file.h"
 #include "config/fields.h"
@@ -10,6 +10,7 @@
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/station/station_sockets.h"
 #include "opmode/tree/station_tree.h"
+#include "record/record_file.h"
 #include "simulator/command_interpreter.h"
 #include "simulator/held_form.h"
 
@@ -67,13 +68,18 @@ int main(int argc, char **argv)
         return fail("a station is not written with its nodes");
     }
 
+    if (openRecord(QStringLiteral("/no/such/folder/record")).status) {
+        return fail("a record is made where nothing can be");
+    }
+
     QFile maps(QStringLiteral("/proc/self/maps"));
     if (maps.open(QIODevice::ReadOnly)) { // where the system tells what is loaded
         static const QRegularExpression library(QStringLiteral("libQt6([A-Za-z]+)"));
         for (auto found = library.globalMatch(QString::fromUtf8(maps.readAll())); found.hasNext();) {
-            if (const QString name = found.next().captured(1); name != QStringLiteral("Core")) {
+            if (const QString name = found.next().captured(1);
+                name != QStringLiteral("Core") && name != QStringLiteral("Sql")) {
                 std::fprintf(stderr, "Qt6%s is loaded\n", qPrintable(name));
-                return fail("more than Qt Core is loaded");
+                return fail("more than Qt Core and Sql is loaded");
             }
         }
     }

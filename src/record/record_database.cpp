@@ -1,0 +1,172 @@
+#include "record/record_database.h"
+
+#include "platform/files.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QUrl>
+
+#include <atomic>
+
+namespace ktr {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+// The library's numbers for a file that is damaged, and for one that is no database.
+constexpr int damagedFile = 11;
+constexpr int noDatabase = 26;
+
+/// Of the library's own names only this form lets a file that is missing stay missing.
+QString addressOf(const QString &path, RecordDatabase::Use use)
+{
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    return u"file://"_s + (absolute.startsWith(u'/') ? QString() : u"/"_s) +
+           QString::fromLatin1(QUrl::toPercentEncoding(absolute, "/:")) +
+           (use == RecordDatabase::Use::Read ? u"?mode=ro"_s : u"?mode=rw"_s);
+}
+
+QString freshName()
+{
+    static std::atomic<int> last = 0;
+    return u"record-"_s + QString::number(++last);
+}
+
+} // namespace
+
+RecordDatabase::~RecordDatabase()
+{
+    close();
+}
+
+Status RecordDatabase::open(const QString &path, Use use)
+{
+    close();
+    m_path = path;
+    m_code = 0;
+    // Closing a file that is open as a database would end the locks that its connections in this process
+    // hold: one that is there is only looked at.
+    const QFileInfo info(path);
+    if (info.exists() && !info.isFile()) {
+        return notRegular(path);
+    }
+    if (!info.exists()) {
+        if (use != Use::Create) {
+            return fail(QCoreApplication::translate("Record", "does not exist"));
+        }
+        QFile file;
+        if (Status made = openOwnersFile(file, path); !made) {
+            return made;
+        }
+    }
+    m_name = freshName();
+    m_database = QSqlDatabase::addDatabase(u"QSQLITE"_s, m_name);
+    m_database.setDatabaseName(addressOf(path, use));
+    m_database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=2000"_s);
+    if (!m_database.open()) {
+        const Status failed = fails(m_database.lastError()) ? Status::done() : failure();
+        close();
+        return failed;
+    }
+    QStringList pragmas{u"PRAGMA cache_size=-32768"_s, u"PRAGMA temp_store=MEMORY"_s};
+    if (use != Use::Read) {
+        // What is committed is on the disk. The log is cut back after a burst.
+        pragmas += {u"PRAGMA journal_mode=WAL"_s, u"PRAGMA synchronous=FULL"_s,
+                    u"PRAGMA journal_size_limit=67108864"_s};
+    }
+    if (Status set = execute(pragmas); !set) {
+        close();
+        return set;
+    }
+    return Status::done();
+}
+
+void RecordDatabase::close()
+{
+    m_prepared.clear();
+    if (m_database.isValid()) {
+        m_database.close();
+        m_database = QSqlDatabase();
+        QSqlDatabase::removeDatabase(m_name);
+    }
+}
+
+Status RecordDatabase::execute(const QStringList &statements)
+{
+    for (const QString &statement : statements) {
+        QSqlQuery query(m_database);
+        if (!query.exec(statement)) {
+            (void)fails(query.lastError());
+            return failure();
+        }
+    }
+    return Status::done();
+}
+
+QSqlQuery *RecordDatabase::prepared(const QString &statement)
+{
+    if (const auto found = m_prepared.constFind(statement); found != m_prepared.cend()) {
+        return found->get();
+    }
+    auto query = std::make_shared<QSqlQuery>(m_database);
+    query->setForwardOnly(true);
+    if (!query->prepare(statement)) {
+        (void)fails(query->lastError());
+        return nullptr;
+    }
+    return m_prepared.insert(statement, std::move(query))->get();
+}
+
+bool RecordDatabase::run(QSqlQuery &query)
+{
+    return query.exec() || fails(query.lastError());
+}
+
+bool RecordDatabase::wasReadToItsEnd(const QSqlQuery &query)
+{
+    return !query.lastError().isValid() || fails(query.lastError());
+}
+
+bool RecordDatabase::begin()
+{
+    QSqlQuery *query = prepared(u"BEGIN IMMEDIATE"_s);
+    return query != nullptr && run(*query);
+}
+
+bool RecordDatabase::commit()
+{
+    QSqlQuery *query = prepared(u"COMMIT"_s);
+    return query != nullptr && run(*query);
+}
+
+void RecordDatabase::rollBack()
+{
+    if (m_database.isValid()) {
+        QSqlQuery(m_database).exec(u"ROLLBACK"_s);
+    }
+}
+
+bool RecordDatabase::isDamaged() const
+{
+    return m_code == damagedFile || m_code == noDatabase;
+}
+
+Status RecordDatabase::fail(const QString &reason)
+{
+    m_failure = fileFailure(m_path, reason).message();
+    m_code = 0;
+    return failure();
+}
+
+bool RecordDatabase::fails(const QSqlError &error)
+{
+    const QString reason = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    m_failure = fileFailure(m_path, reason).message();
+    m_code = error.nativeErrorCode().toInt() & 0xff;
+    return false;
+}
+
+} // namespace ktr

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "platform/status.h"
+
+#include <QHash>
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QStringList>
+
+#include <memory>
+
+namespace ktr {
+
+/// A connection to a record. It belongs to the thread that opened it, from open() to close().
+class RecordDatabase
+{
+public:
+    enum class Use {
+        Write,  ///< of a file that is there
+        Create, ///< makes the file, for its owner alone, where there is none
+        Read    ///< nothing is changed
+    };
+
+    RecordDatabase() = default;
+    ~RecordDatabase();
+    Q_DISABLE_COPY_MOVE(RecordDatabase)
+
+    /// A failure names the file. What is no regular file is refused.
+    Status open(const QString &path, Use use);
+    void close();
+    bool isOpen() const { return m_database.isValid(); }
+    const QString &path() const { return m_path; }
+
+    /// Carries out statements without a result, each by itself.
+    Status execute(const QStringList &statements);
+    Status execute(const QString &statement) { return execute(QStringList{statement}); }
+
+    /// A statement, prepared once, to be bound by place and handed to run(); nullptr where it cannot be
+    /// prepared, with the reason in failure(). After its rows were read, finish() it.
+    QSqlQuery *prepared(const QString &statement);
+    /// Carries out what was prepared and bound.
+    bool run(QSqlQuery &query);
+
+    /// Whether next() gave false because there were no more rows, and not because one could not be read.
+    bool wasReadToItsEnd(const QSqlQuery &query);
+
+    bool begin();
+    bool commit();
+    /// Also where the database did so by itself; what is told of a failure stays.
+    void rollBack();
+
+    /// The last failure, named by its file.
+    Status failure() const { return Status::failed(m_failure); }
+    /// Whether the last failure says that the file is damaged or no database at all.
+    bool isDamaged() const;
+    /// Tells a failure of our own, as fileFailure() does.
+    Status fail(const QString &reason);
+
+private:
+    bool fails(const class QSqlError &error);
+
+    QString m_path;
+    QString m_name;
+    QSqlDatabase m_database;
+    QHash<QString, std::shared_ptr<QSqlQuery>> m_prepared;
+    QString m_failure;
+    int m_code = 0; ///< of the library, without its extension
+};
+
+} // namespace ktr

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/status.h"
+
+#include <QString>
+#include <QStringList>
+
+namespace ktr {
+
+/// What openRecord() found, and made of it.
+struct OpenedRecord
+{
+    Status status = Status::done(); ///< why the record cannot be used
+    bool isNew = false;
+    bool endedBadly = false; ///< the last run did not close it
+
+    // Of a record that was damaged:
+    QString keptAside;  ///< where it is now; empty: it was sound
+    qint64 saved = 0;   ///< rows that were copied out of it
+    QStringList lost{}; ///< what of it could not be read, a line for each table
+
+    qint64 lastEvent = 0; ///< the highest numbers given so far
+    qint64 lastAlarm = 0;
+};
+
+/// Makes a record, for its owner alone, or brings one to the newest tables. After a bad end it is checked; of
+/// a damaged one, which is kept aside under a number, what can be read is taken into a new one. Nobody else
+/// may use it meanwhile. RecordWriter and RecordReader open it for themselves afterwards.
+OpenedRecord openRecord(const QString &path);
+
+} // namespace ktr

@@ -1,0 +1,61 @@
+#pragma once
+
+#include "platform/worker_thread.h"
+#include "record/record_reader.h"
+
+#include <QObject>
+
+#include <deque>
+
+namespace ktr {
+
+/// Asks the record on a thread of its own, for those who must not wait. Answers arrive on the owner's thread,
+/// in its event loop.
+class RecordQueries
+{
+public:
+    explicit RecordQueries(QString path);
+    /// Waits for the question that is being answered. No answer arrives afterwards.
+    ~RecordQueries();
+    Q_DISABLE_COPY_MOVE(RecordQueries)
+
+    /// Asks `question(reader)`, on the thread, and hands its result to `answer`. A question that the same
+    /// asker put before is withdrawn: only the newest one is answered. `question` must hold by value what it
+    /// needs.
+    template <class Question, class Answer> void ask(const void *asker, Question question, Answer answer)
+    {
+        put(asker, [question = std::move(question),
+                    answer = std::move(answer)](RecordReader &reader) mutable {
+            return std::function<void()>([result = question(reader), answer = std::move(answer)]() mutable {
+                answer(std::move(result));
+            });
+        });
+    }
+    /// No answer arrives for this asker any more.
+    void withdraw(const void *asker);
+    bool isWaitedFor(const void *asker) const;
+
+private:
+    /// Gives what is to be done with the result, on the owner's thread.
+    using Work = std::function<std::function<void()>(RecordReader &)>;
+    struct Question
+    {
+        const void *asker;
+        Work work;
+    };
+
+    void put(const void *asker, Work work);
+    void begin();
+    void ended();
+
+    QString m_path;
+    std::deque<Question> m_waiting;
+    bool m_isAsking = false;
+    const void *m_asker = nullptr;          ///< of the question in work; none: nobody waits for it any more
+    std::unique_ptr<RecordReader> m_reader; ///< of the thread
+    std::function<void()> m_answer;         ///< of the thread while m_isAsking is set
+    QObject m_receiver;
+    WorkerThread m_thread;
+};
+
+} // namespace ktr

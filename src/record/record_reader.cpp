@@ -1,0 +1,355 @@
+#include "record/record_reader.h"
+
+#include "record/schema.h"
+
+#include <QCoreApplication>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr qint64 anHour = 3'600'000;
+constexpr qint64 aDay = 24 * anHour;
+
+const QString eventColumns = u"id, at, station, kind, text, detail, operator, alarm"_s;
+const QString alarmColumns =
+    u"id, station, kind, text, priority, first, last, count, recipients, acknowledged,"
+    " acknowledged_by, comment, over, over_why, shelved_until, shelved_by, shelved_why"_s;
+
+EventRow eventOf(const QSqlQuery &query)
+{
+    return {query.value(0).toLongLong(), query.value(1).toLongLong(),
+            query.value(2).toLongLong(), static_cast<EventKind>(query.value(3).toInt()),
+            query.value(4).toString(),   query.value(5).toString(),
+            query.value(6).toString(),   query.value(7).toLongLong()};
+}
+
+AlarmRow alarmOf(const QSqlQuery &query)
+{
+    AlarmRow row;
+    row.id = query.value(0).toLongLong();
+    row.station = query.value(1).toLongLong();
+    row.kind = static_cast<AlarmKind>(query.value(2).toInt());
+    row.text = query.value(3).toString();
+    row.priority = query.value(4).toInt();
+    row.first = query.value(5).toLongLong();
+    row.last = query.value(6).toLongLong();
+    row.count = query.value(7).toLongLong();
+    for (const QJsonValue &name : QJsonDocument::fromJson(query.value(8).toString().toUtf8()).array()) {
+        row.recipients += name.toString();
+    }
+    row.acknowledged = query.value(9).toLongLong();
+    row.acknowledgedBy = query.value(10).toString();
+    row.comment = query.value(11).toString();
+    row.over = query.value(12).toLongLong();
+    row.overWhy = query.value(13).toString();
+    row.shelvedUntil = query.value(14).toLongLong();
+    row.shelvedBy = query.value(15).toString();
+    row.shelvedWhy = query.value(16).toString();
+    return row;
+}
+
+/// The conditions of a statement and what is bound in them.
+struct Conditions
+{
+    QStringList texts;
+    QVariantList values{};
+
+    void add(const QString &condition, const QVariantList &bound)
+    {
+        texts += condition;
+        values += bound;
+    }
+    QString all() const { return texts.isEmpty() ? u"1"_s : texts.join(u" AND "_s); }
+};
+
+QString listOf(const auto &numbers)
+{
+    QStringList texts;
+    for (const auto number : numbers) {
+        texts += QString::number(static_cast<qint64>(number));
+    }
+    return u'(' + texts.join(u',') + u')';
+}
+
+/// The pattern of LIKE for a text that is contained.
+QString containing(QString text)
+{
+    text.replace(u'\\', u"\\\\"_s).replace(u'%', u"\\%"_s).replace(u'_', u"\\_"_s);
+    return u'%' + text + u'%';
+}
+
+} // namespace
+
+Status RecordReader::open()
+{
+    if (m_database.isOpen()) {
+        return Status::done();
+    }
+    Status opened = m_database.open(m_path, RecordDatabase::Use::Read);
+    if (!opened) {
+        return opened;
+    }
+    const int schema = schemaOf(m_database);
+    if (schema == newestSchema()) {
+        return Status::done();
+    }
+    const Status failed =
+        schema < 0 ? m_database.failure()
+                   : m_database.fail(QCoreApplication::translate("Record", "has tables of another version"));
+    m_database.close();
+    return failed;
+}
+
+Status RecordReader::each(const QString &statement, const QVariantList &values,
+                          const std::function<bool(const QSqlQuery &)> &take)
+{
+    if (Status opened = open(); !opened) {
+        return opened;
+    }
+    QSqlQuery *query = m_database.prepared(statement);
+    if (query == nullptr) {
+        return m_database.failure();
+    }
+    for (int place = 0; place < values.size(); ++place) {
+        query->bindValue(place, values[place]);
+    }
+    if (!m_database.run(*query)) {
+        return m_database.failure();
+    }
+    bool goesOn = true;
+    while (goesOn && query->next()) {
+        goesOn = take(*query);
+    }
+    const bool isWhole = !goesOn || m_database.wasReadToItsEnd(*query);
+    query->finish(); // or the writer could not cut back its log
+    return isWhole ? Status::done() : m_database.failure();
+}
+
+Status RecordReader::stations(const std::function<void(const StationRow &)> &take)
+{
+    return each(u"SELECT id, name, listed, attributes FROM station ORDER BY id"_s, {},
+                [&](const QSqlQuery &row) {
+                    take({row.value(0).toLongLong(), row.value(1).toString(), row.value(2).toBool(),
+                          row.value(3).toString()});
+                    return true;
+                });
+}
+
+Status RecordReader::lastListFile(const QString &checksum, std::optional<qint64> &upto)
+{
+    upto.reset();
+    return each(u"SELECT upto FROM list_file WHERE checksum = ? ORDER BY id DESC LIMIT 1"_s, {checksum},
+                [&](const QSqlQuery &row) {
+                    upto = row.value(0).toLongLong();
+                    return true;
+                });
+}
+
+Status RecordReader::eventsAfter(qint64 id, const std::function<bool(const EventRow &)> &take)
+{
+    return each(u"SELECT "_s + eventColumns + u" FROM event WHERE id > ? ORDER BY id"_s, {id},
+                [&](const QSqlQuery &row) { return take(eventOf(row)); });
+}
+
+Status RecordReader::notifications(const std::function<void(const NotificationRow &)> &take)
+{
+    return each(u"SELECT station, entry, first, last, count, raised, acknowledged, listed FROM notification"
+                " ORDER BY station, entry"_s,
+                {}, [&](const QSqlQuery &row) {
+                    take({row.value(0).toLongLong(), row.value(1).toString(), row.value(2).toLongLong(),
+                          row.value(3).toLongLong(), row.value(4).toLongLong(), row.value(5).toLongLong(),
+                          row.value(6).toLongLong(), row.value(7).toBool()});
+                    return true;
+                });
+}
+
+Status RecordReader::openAlarms(const std::function<void(const AlarmRow &)> &take)
+{
+    return each(u"SELECT "_s + alarmColumns +
+                    u" FROM alarm WHERE acknowledged IS NULL OR over IS NULL ORDER BY first, id"_s,
+                {}, [&](const QSqlQuery &row) {
+                    take(alarmOf(row));
+                    return true;
+                });
+}
+
+Status RecordReader::setting(const QString &name, std::optional<QString> &value)
+{
+    value.reset();
+    return each(u"SELECT value FROM setting WHERE name = ?"_s, {name}, [&](const QSqlQuery &row) {
+        value = row.value(0).toString();
+        return true;
+    });
+}
+
+EventPage RecordReader::findEvents(const EventFilter &filter, const std::optional<RecordKey> &after,
+                                   int limit)
+{
+    EventPage page;
+    Conditions where;
+    if (filter.from != 0) {
+        where.add(u"at >= ?"_s, {filter.from});
+    }
+    if (filter.to != 0) {
+        where.add(u"at < ?"_s, {filter.to});
+    }
+    if (!filter.stations.isEmpty()) {
+        where.add(u"station IN "_s + listOf(filter.stations), {});
+    }
+    if (!filter.kinds.isEmpty()) {
+        where.add(u"kind IN "_s + listOf(filter.kinds), {});
+    }
+    if (!filter.operatorName.isEmpty()) {
+        where.add(u"operator = ?"_s, {filter.operatorName});
+    }
+    if (!filter.text.isEmpty()) {
+        where.add(u"kind IN "_s + listOf(searchableKinds()) + u" AND text LIKE ? ESCAPE '\\'"_s,
+                  {containing(filter.text)});
+    }
+    if (after) {
+        where.add(u"(at, id) < (?, ?)"_s, {after->at, after->id});
+    }
+    page.status = each(u"SELECT "_s + eventColumns + u" FROM event WHERE "_s + where.all() +
+                           u" ORDER BY at DESC, id DESC LIMIT ?"_s,
+                       where.values + QVariantList{limit}, [&](const QSqlQuery &row) {
+                           page.rows += eventOf(row);
+                           return true;
+                       });
+    if (page.rows.size() == limit) {
+        page.next = RecordKey{page.rows.last().at, page.rows.last().id};
+    }
+    return page;
+}
+
+AlarmPage RecordReader::findAlarms(const AlarmFilter &filter, const std::optional<RecordKey> &after,
+                                   int limit)
+{
+    AlarmPage page;
+    Conditions where;
+    if (filter.from != 0) {
+        where.add(u"first >= ?"_s, {filter.from});
+    }
+    if (filter.to != 0) {
+        where.add(u"first < ?"_s, {filter.to});
+    }
+    if (!filter.stations.isEmpty()) {
+        where.add(u"station IN "_s + listOf(filter.stations), {});
+    }
+    if (filter.state != AlarmFilter::State::Any) {
+        where.add(u"(acknowledged IS NULL OR over IS NULL)"_s, {}); // the condition of the index
+    }
+    if (filter.state == AlarmFilter::State::Unacknowledged) {
+        where.add(u"acknowledged IS NULL"_s, {});
+    }
+    if (filter.state == AlarmFilter::State::NotOver) {
+        where.add(u"over IS NULL"_s, {});
+    }
+    if (filter.leastUrgent < 3) {
+        where.add(u"priority <= ?"_s, {filter.leastUrgent});
+    }
+    if (!filter.text.isEmpty()) {
+        const QString pattern = containing(filter.text);
+        where.add(u"(text LIKE ? ESCAPE '\\' OR comment LIKE ? ESCAPE '\\')"_s, {pattern, pattern});
+    }
+    if (after) {
+        where.add(u"(first, id) < (?, ?)"_s, {after->at, after->id});
+    }
+    page.status = each(u"SELECT "_s + alarmColumns + u" FROM alarm WHERE "_s + where.all() +
+                           u" ORDER BY first DESC, id DESC LIMIT ?"_s,
+                       where.values + QVariantList{limit}, [&](const QSqlQuery &row) {
+                           page.rows += alarmOf(row);
+                           return true;
+                       });
+    if (page.rows.size() == limit) {
+        page.next = RecordKey{page.rows.last().first, page.rows.last().id};
+    }
+    return page;
+}
+
+Status RecordReader::history(qint64 station, int channel, qint64 from, qint64 to,
+                             const std::function<void(const HistoryRow &)> &take)
+{
+    return each(
+        u"SELECT at, first, second FROM history WHERE station = ? AND channel = ? AND at >= ? AND at < ?"
+        " ORDER BY at"_s,
+        {station, channel, from, to}, [&](const QSqlQuery &row) {
+            take({station, channel, row.value(0).toLongLong(), row.value(1).toString(),
+                  row.value(2).toString()});
+            return true;
+        });
+}
+
+Status RecordReader::curve(qint64 station, int channel, qint64 from, qint64 to, HistoryLevel level,
+                           const std::function<void(const HistoryPoint &)> &take)
+{
+    // A text without a digit is no number, and no 0 either. Some modules write a comma.
+    const auto number = [](const QString &column) -> QString {
+        return u"CASE WHEN "_s + column + u" GLOB '*[0-9]*' THEN CAST(replace("_s + column +
+               u", ',', '.') AS REAL) END"_s;
+    };
+    const auto rangeOf = [](const QSqlQuery &row, int place) -> std::optional<HistoryPoint::Range> {
+        if (row.isNull(place)) {
+            return std::nullopt;
+        }
+        return HistoryPoint::Range{row.value(place).toDouble(), row.value(place + 1).toDouble(),
+                                   row.value(place + 2).toDouble()};
+    };
+    const qint64 span = level == HistoryLevel::Day ? aDay : level == HistoryLevel::Hour ? anHour : 1;
+    return each(
+        u"SELECT at - at % ? AS beginning, count(*), min(a), avg(a), max(a), min(b), avg(b), max(b) FROM"
+        " (SELECT at, "_s +
+            number(u"first"_s) + u" AS a, "_s + number(u"second"_s) +
+            u" AS b FROM history WHERE station = ? AND channel = ? AND at >= ? AND at < ?)"
+            " GROUP BY beginning ORDER BY beginning"_s,
+        {span, station, channel, from, to}, [&](const QSqlQuery &row) {
+            take({row.value(0).toLongLong(), row.value(1).toLongLong(), rangeOf(row, 2), rangeOf(row, 5)});
+            return true;
+        });
+}
+
+Status RecordReader::values(qint64 station, int channel, qint64 from, qint64 to,
+                            const std::function<void(const ValueRow &)> &take)
+{
+    return each(u"SELECT at, value FROM value WHERE station = ? AND channel = ? AND at >= ? AND at < ?"
+                " ORDER BY at"_s,
+                {station, channel, from, to}, [&](const QSqlQuery &row) {
+                    take({station, channel, row.value(0).toLongLong(), row.value(1).toString()});
+                    return true;
+                });
+}
+
+Status RecordReader::size(qint64 &bytes)
+{
+    return each(u"SELECT page_count * page_size FROM pragma_page_count(), pragma_page_size()"_s, {},
+                [&](const QSqlQuery &row) {
+                    bytes = row.value(0).toLongLong();
+                    return true;
+                });
+}
+
+Status RecordReader::count(const QString &table, qint64 &rows)
+{
+    return each(u"SELECT count(*) FROM "_s + table, {}, [&](const QSqlQuery &row) {
+        rows = row.value(0).toLongLong();
+        return true;
+    });
+}
+
+qint64 RecordReader::dataVersion()
+{
+    qint64 version = 0;
+    const Status read = each(u"PRAGMA data_version"_s, {}, [&](const QSqlQuery &row) {
+        version = row.value(0).toLongLong();
+        return true;
+    });
+    return read ? version : 0;
+}
+
+} // namespace ktr

@@ -1,0 +1,137 @@
+#pragma once
+
+#include "record/record_database.h"
+#include "record/record_rows.h"
+
+#include <functional>
+#include <optional>
+
+namespace ktr {
+
+/// Which events are wanted; what is empty or 0 wants all.
+struct EventFilter
+{
+    qint64 from = 0; ///< this time and later
+    qint64 to = 0;   ///< before this time
+    QList<qint64> stations{};
+    QList<EventKind> kinds{};
+    QString operatorName{};
+    QString text{}; ///< contained in the text, letters A to Z in either case; of searchableKinds() alone
+    bool operator==(const EventFilter &) const = default;
+};
+
+/// Where a page of events or alarms ended, and the next one goes on.
+struct RecordKey
+{
+    qint64 at = 0; ///< of an alarm, when it came
+    qint64 id = 0;
+    bool operator==(const RecordKey &) const = default;
+};
+
+struct EventPage
+{
+    Status status = Status::done();
+    QList<EventRow> rows{};        ///< the newest first
+    std::optional<RecordKey> next; ///< there may be more behind this; nothing: these were the last
+};
+
+/// Which alarms are wanted; what is empty or 0 wants all.
+struct AlarmFilter
+{
+    enum class State {
+        Any,
+        Open,           ///< not acknowledged or not over
+        Unacknowledged, ///< nobody has seen to it
+        NotOver,        ///< what raised it is still so
+    };
+
+    qint64 from = 0; ///< came at this time or later
+    qint64 to = 0;   ///< came before this time
+    QList<qint64> stations{};
+    State state = State::Any;
+    int leastUrgent = 3; ///< priorities up to this number
+    QString text{};      ///< contained in text or comment, letters A to Z in either case
+    bool operator==(const AlarmFilter &) const = default;
+};
+
+struct AlarmPage
+{
+    Status status = Status::done();
+    QList<AlarmRow> rows{}; ///< the newest first
+    std::optional<RecordKey> next;
+};
+
+/// The times that a point of a curve stands for.
+enum class HistoryLevel { Raw, Hour, Day };
+
+/// A point of the curves of a channel.
+struct HistoryPoint
+{
+    struct Range
+    {
+        double least = 0;
+        double mean = 0;
+        double most = 0;
+        bool operator==(const Range &) const = default;
+    };
+
+    qint64 at = 0; ///< the beginning of its hour or day (UTC)
+    qint64 count = 0;
+    std::optional<Range> first; ///< nothing: none of the values is a number
+    std::optional<Range> second;
+    bool operator==(const HistoryPoint &) const = default;
+};
+
+/// Reads a record that somebody else may be writing, by a connection of the thread that made it.
+class RecordReader
+{
+public:
+    explicit RecordReader(QString path) : m_path(std::move(path)) {}
+
+    const QString &path() const { return m_path; }
+    /// Each of the others opens the record, too, where that was not done.
+    Status open();
+
+    /// All stations, also those that are no longer in the list, by number.
+    Status stations(const std::function<void(const StationRow &)> &take);
+    /// The events that the latest list file of this checksum holds; nothing in `upto` when there is none.
+    Status lastListFile(const QString &checksum, std::optional<qint64> &upto);
+    /// Events in the order of their numbers, from the one behind `id`, until `take` gives false.
+    Status eventsAfter(qint64 id, const std::function<bool(const EventRow &)> &take);
+    Status notifications(const std::function<void(const NotificationRow &)> &take);
+    /// The alarms that are not acknowledged or not over, the oldest first.
+    Status openAlarms(const std::function<void(const AlarmRow &)> &take);
+    /// The value of a setting; nothing when there is none.
+    Status setting(const QString &name, std::optional<QString> &value);
+
+    /// A page of at most `limit` events, from the newest or from where another page ended.
+    EventPage findEvents(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
+    AlarmPage findAlarms(const AlarmFilter &filter, const std::optional<RecordKey> &after, int limit);
+
+    /// What a channel's archive has of these times (from `from`, before `to`), the oldest first.
+    Status history(qint64 station, int channel, qint64 from, qint64 to,
+                   const std::function<void(const HistoryRow &)> &take);
+    /// The same as points of a curve.
+    Status curve(qint64 station, int channel, qint64 from, qint64 to, HistoryLevel level,
+                 const std::function<void(const HistoryPoint &)> &take);
+    /// The input values that a channel reported, likewise.
+    Status values(qint64 station, int channel, qint64 from, qint64 to,
+                  const std::function<void(const ValueRow &)> &take);
+
+    /// Bytes in the file.
+    Status size(qint64 &bytes);
+    /// How many rows a table has; this goes through all of them.
+    Status count(const QString &table, qint64 &rows);
+    /// A number that is another one after somebody else committed something. 0 after a failure.
+    qint64 dataVersion();
+
+private:
+    /// Carries out a statement and hands over its rows until `take` gives false.
+    Status each(const QString &statement, const QVariantList &values,
+                const std::function<bool(const QSqlQuery &)> &take);
+
+    QString m_path{};
+    RecordDatabase m_database;
+};
+
+} // namespace ktr

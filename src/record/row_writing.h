@@ -1,0 +1,36 @@
+#pragma once
+
+#include "record/record_database.h"
+#include "record/record_rows.h"
+
+namespace ktr {
+
+/// Writes rows into an open record, by statements that are prepared once. The transaction is the caller's.
+class RowWriting
+{
+public:
+    /// `again`: a commit failed, but some of what it held may be there after all.
+    explicit RowWriting(RecordDatabase &database, bool again = false) : m_database(database), m_again(again)
+    {}
+
+    /// False after a failure, which the database tells.
+    bool write(const RecordRow &row);
+
+private:
+    bool put(const EventRow &row);
+    bool put(const StationRow &row);
+    bool put(const NotificationRow &row);
+    bool put(const AlarmRow &row);
+    bool put(const HistoryRow &row);
+    bool put(const ValueRow &row);
+    bool put(const ListFileRow &row);
+    bool put(const SettingRow &row);
+    template <class... Values>
+    bool carryOut(std::size_t slot, const char *statement, const Values &...values);
+
+    RecordDatabase &m_database;
+    bool m_again;
+    QSqlQuery *m_queries[std::variant_size_v<RecordRow>] = {};
+};
+
+} // namespace ktr

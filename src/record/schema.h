@@ -1,0 +1,17 @@
+#pragma once
+
+#include "record/record_database.h"
+
+namespace ktr {
+
+/// The version of the tables that this program knows.
+int newestSchema();
+
+/// The version of a record's tables: 0 of an empty file, -1 of another program's database or after a failure.
+int schemaOf(RecordDatabase &database);
+
+/// Makes the tables, or brings older ones forward. A record of a newer program and another program's database
+/// are refused with a message.
+Status bringForward(RecordDatabase &database);
+
+} // namespace ktr
