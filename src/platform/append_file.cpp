@@ -9,6 +9,7 @@ namespace ktr {
 Status AppendFile::open(const QString &path, qint64 size)
 {
     m_file.close();
+    m_path = path;
     m_size = size;
     if (Status opened = openOwnersFile(m_file, path); !opened) {
         return opened;
@@ -40,12 +41,12 @@ Status AppendFile::systemFailure(bool written) const
 {
     const QString reason =
         written ? qt_error_string() : QCoreApplication::translate("Files", "there is no room for it");
-    return fileFailure(m_file.fileName(), reason);
+    return fileFailure(m_path, reason);
 }
 
 Status AppendFile::failure() const
 {
-    return fileFailure(m_file.fileName(), m_file.errorString());
+    return fileFailure(m_path, m_file.errorString());
 }
 
 } // namespace ktr

@@ -24,6 +24,7 @@ private:
     Status systemFailure(bool written) const;
 
     QFile m_file;
+    QString m_path; ///< which the file does not know of a descriptor
     qint64 m_size = 0;
 };
 

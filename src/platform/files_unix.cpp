@@ -102,7 +102,6 @@ Status handOver(QFile &file, const QString &path, int descriptor, QIODevice::Ope
         ::close(descriptor);
         return notRegular(path);
     }
-    file.setFileName(path);
     return file.open(descriptor, mode, QFileDevice::AutoCloseHandle) ? Status::done()
                                                                      : fileFailure(path, file.errorString());
 }

@@ -1,3 +1,4 @@
+#include "platform/append_file.h"
 #include "platform/file_lock.h"
 #include "platform/files.h"
 #include "platform/serial_device.h"
@@ -9,7 +10,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <csignal>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace ktr;
@@ -145,6 +148,22 @@ private Q_SLOTS:
         QVERIFY(process.exitCode() != 0);
         QCOMPARE(contentOf(file), "the old content");
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"file"_s});
+    }
+
+    void whatCannotBeAppendedIsCutOffAndToldWithItsFile()
+    {
+        AppendFile file;
+        QVERIFY(file.open(path(u"appended"_s), 0) && file.append("one"));
+        struct rlimit usual = {};
+        ::signal(SIGXFSZ, SIG_IGN);
+        QCOMPARE(::getrlimit(RLIMIT_FSIZE, &usual), 0);
+        const struct rlimit full = {5, usual.rlim_max};
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &full), 0);
+        const Status failed = file.append("two");
+        QCOMPARE(::setrlimit(RLIMIT_FSIZE, &usual), 0);
+        QVERIFY2(!failed && failed.message().startsWith(path(u"appended"_s)), qPrintable(failed.message()));
+        QVERIFY(file.append("three"));
+        QCOMPARE(contentOf(path(u"appended"_s)), "onethree");
     }
 
     void aDeviceIsWrittenTo()
