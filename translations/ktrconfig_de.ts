@@ -1435,6 +1435,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Not all of the list of stations is as it was. What is there is watched; the damaged file is kept under another name.</source>
         <translation>Nicht alles in der Stationsliste ist, wie es war. Was da ist, wird überwacht; die beschädigte Datei bleibt unter anderem Namen erhalten.</translation>
     </message>
+    <message>
+        <source>Since %1; changes that wait: %2. It is tried again all the time; what is not written when the program or the system ends is lost. %3</source>
+        <translation>Seit %1; wartende Änderungen: %2. Es wird laufend neu versucht; was nicht geschrieben ist, wenn das Programm oder das System endet, ist verloren. %3</translation>
+    </message>
 </context>
 <context>
     <name>ktr::HistoryPage</name>
@@ -1756,6 +1760,18 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Hides this message; the damaged file is kept under another name</source>
         <translation>Blendet diese Meldung aus; die beschädigte Datei bleibt unter anderem Namen erhalten</translation>
     </message>
+    <message>
+        <source>Another program could watch these stations unnoticed</source>
+        <translation>Ein anderes Programm könnte diese Stationen unbemerkt überwachen</translation>
+    </message>
+    <message>
+        <source>Alarms and changes cannot be written to the disk</source>
+        <translation>Alarme und Änderungen können nicht auf den Datenträger geschrieben werden</translation>
+    </message>
+    <message>
+        <source>Hides this message</source>
+        <translation>Blendet diese Meldung aus</translation>
+    </message>
 </context>
 <context>
     <name>ktr::LogView</name>
@@ -1987,6 +2003,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1; another program that uses the list at the same time is not noticed</source>
         <translation>%1; ein anderes Programm, das die Liste gleichzeitig benutzt, wird nicht bemerkt</translation>
+    </message>
+    <message>
+        <source>Not all of the journal could be used; left out: %1 changes, %2 bytes that are damaged</source>
+        <translation>Nicht alles im Journal war brauchbar; weggelassen: %1 Änderungen, %2 beschädigte Byte</translation>
     </message>
 </context>
 <context>

@@ -17,6 +17,7 @@ namespace {
 const QString allValues = QStringLiteral("A*");
 
 constexpr Milliseconds aMinute{60'000};
+constexpr Milliseconds aSecond{1000};
 
 /// Addresses that name the same module are the same text.
 QString comparable(const QString &hostAddress)
@@ -54,7 +55,8 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_stations(m_tree, m_liteTimers, services.createLine),
       m_scheduler(m_stations, m_services.environment),
       m_answers(m_stations, services.timers),
-      m_minute(services.timers.create())
+      m_minute(services.timers.create()),
+      m_tellAgain(services.timers.create())
 {
     m_stations.setAnswersLater([this](const QString &kennung) { return answersLater(kennung); });
     connect(&m_stations, &cStations::message, this, &OperationalMode::applyMessage);
@@ -99,6 +101,7 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
 
 Status OperationalMode::takeLock(Use use)
 {
+    m_lockTrouble.clear();
     switch (m_lock.take(listLockPath(m_path))) {
     case FileLock::Outcome::Taken:
         break;
@@ -112,8 +115,9 @@ Status OperationalMode::takeLock(Use use)
                 .arg(m_path, m_lock.holder()));
         break;
     case FileLock::Outcome::Impossible:
-        Q_EMIT statusMessage(tr("%1; another program that uses the list at the same time is not noticed")
-                                 .arg(m_lock.trouble().message()));
+        m_lockTrouble = tr("%1; another program that uses the list at the same time is not noticed")
+                            .arg(m_lock.trouble().message());
+        Q_EMIT statusMessage(m_lockTrouble);
         break;
     }
     return Status::done();
@@ -171,11 +175,7 @@ bool OperationalMode::replay(StationTreeLoader &tree, QHash<QString, StationAttr
 {
     m_journal.emplace(
         journalPath(m_path), m_services.timers,
-        [this](const QString &trouble) {
-            Q_EMIT statusMessage(trouble.isEmpty() ? tr("Changes are written to the journal again")
-                                                   : trouble);
-        },
-        &m_tree.savedKeys());
+        [this](const QString &trouble) { setKeepingTrouble(trouble); }, &m_tree.savedKeys());
     m_journal->setSettled([this] { answerKept(); });
     ForeignChanges foreign(m_tree);
     const NodesJournal::Replayed replayed = m_journal->replay(
@@ -199,7 +199,9 @@ bool OperationalMode::replay(StationTreeLoader &tree, QHash<QString, StationAttr
     }
     if (replayed.unfit > 0 || replayed.dropped > 0) {
         const QString leftOut =
-            tr("Not all of the journal could be used; left out: %1 changes, %2 bytes at its end")
+            (replayed.damaged
+                 ? tr("Not all of the journal could be used; left out: %1 changes, %2 bytes that are damaged")
+                 : tr("Not all of the journal could be used; left out: %1 changes, %2 bytes at its end"))
                 .arg(replayed.unfit)
                 .arg(replayed.dropped);
         if (replayed.unfit > 0 || replayed.damaged) {
@@ -209,6 +211,36 @@ bool OperationalMode::replay(StationTreeLoader &tree, QHash<QString, StationAttr
         }
     }
     return replayed.status && replayed.changes > 0;
+}
+
+/// The line is told once at the beginning and once at the end, also when the reason changes in between.
+void OperationalMode::setKeepingTrouble(const QString &trouble)
+{
+    const bool isOver = trouble.isEmpty();
+    if (m_keepingTrouble.isEmpty() != isOver) {
+        m_unkeptSince = m_services.environment.now();
+        Q_EMIT statusMessage(isOver ? tr("Changes are written to the journal again") : trouble);
+    }
+    m_keepingTrouble = trouble;
+    tellUnkept();
+}
+
+/// Again each second, since changes are added all the time.
+void OperationalMode::tellUnkept()
+{
+    m_tellAgain->stop();
+    if (!m_keepingTrouble.isEmpty()) {
+        m_tellAgain->start(aSecond, [this] { tellUnkept(); });
+    }
+    Q_EMIT unkeptChangesChanged();
+}
+
+std::optional<UnkeptChanges> OperationalMode::unkeptChanges() const
+{
+    if (m_keepingTrouble.isEmpty() || !m_journal) {
+        return std::nullopt;
+    }
+    return UnkeptChanges{m_keepingTrouble, m_unkeptSince, m_journal->addedCount() - m_journal->onDiskCount()};
 }
 
 /// The stations of the tree come to life.
@@ -504,6 +536,8 @@ void OperationalMode::removeAll()
         m_stations.Remove(kennung);
     }
     m_lock.release();
+    m_keepingTrouble.clear();
+    tellUnkept();
 }
 
 /// Of what stayed when a list was closed.

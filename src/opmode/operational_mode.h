@@ -21,6 +21,14 @@ struct StationEvent
     QString text;
 };
 
+/// What changed and cannot be written at the moment: a crash would lose it.
+struct UnkeptChanges
+{
+    QString reason;
+    QDateTime since;
+    quint64 count;
+};
+
 /// The operational mode without its window: the stations of a `nodes.xml`, their tree, what their messages
 /// make of it, their schedules, and how all of it outlives the end and a crash.
 class OperationalMode : public QObject
@@ -61,6 +69,10 @@ public:
     Hindrance hindrance() const { return m_hindrance; }
     /// What of the list and of what belongs to it was lost, or rebuilt and has to be looked at by the user.
     const QStringList &defects() const { return m_defects; }
+    /// Why it would not be noticed when another program watched the list, too; empty when it would.
+    const QString &lockTrouble() const { return m_lockTrouble; }
+    /// Nothing while all is written, or is about to be.
+    std::optional<UnkeptChanges> unkeptChanges() const;
     /// Puts a list that is unusable aside, with what belongs to it, and begins an empty one in its place.
     Status openEmpty();
 
@@ -114,6 +126,8 @@ Q_SIGNALS:
     void statusMessage(const QString &line);
     /// The last run ended by a crash, and what it had shown was brought back.
     void recovered(const QString &line);
+    /// Changes cannot be written, there are more of them, or they are written again.
+    void unkeptChangesChanged();
     void happened(const ktr::StationEvent &event);
     /// An alarm arrived; the entry is in the tree and red.
     void alarmRaised(const QModelIndex &entry);
@@ -129,6 +143,8 @@ private:
     Status takeLock(Use use);
     Status load(Use use, QHash<QString, StationAttributes> &attributes);
     void tellDefect(const QString &defect);
+    void setKeepingTrouble(const QString &trouble);
+    void tellUnkept();
     bool replay(StationTreeLoader &tree, QHash<QString, StationAttributes> &attributes);
     void createStations(const QHash<QString, StationAttributes> &attributes);
     void awaitNextMinute();
@@ -151,6 +167,10 @@ private:
     FileLock m_lock;
     Hindrance m_hindrance = Hindrance::None;
     QStringList m_defects;
+    QString m_lockTrouble;
+    QString m_keepingTrouble; ///< of the journal
+    QDateTime m_unkeptSince;
+    std::unique_ptr<OneShotTimer> m_tellAgain; ///< how many changes are not kept
     std::optional<NodesFile> m_file;
     std::optional<NotificationTimes> m_times;
     std::optional<NodesJournal> m_journal; ///< when changes are kept

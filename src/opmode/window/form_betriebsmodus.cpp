@@ -6,6 +6,7 @@
 #include "look/program_name.h"
 #include "opmode/window/add_stations_dialog.h"
 #include "opmode/window/alarm_bar.h"
+#include "opmode/window/alarm_look.h"
 #include "opmode/window/export_dialog.h"
 #include "opmode/window/list_banner.h"
 #include "opmode/window/message_line.h"
@@ -66,6 +67,7 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     connectAlarms();
     connect(&m_mode, &OperationalMode::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_mode, &OperationalMode::recovered, m_messages, &MessageLine::pin);
+    connect(&m_mode, &OperationalMode::unkeptChangesChanged, this, &Form_betriebsmodus::showUnkept);
     connect(&m_mode, &OperationalMode::happened, this, &Form_betriebsmodus::tellLiveness);
     connect(&m_mode, &OperationalMode::stationChanged, this, [this](const QString &kennung) {
         if (kennung == chosen()) {
@@ -133,9 +135,15 @@ void Form_betriebsmodus::layOut()
         openList();
     });
     connect(m_listBanner, &ListBanner::emptyWanted, this, &Form_betriebsmodus::beginEmptyList);
+    m_lockBanner = new ListBanner(body);
+    m_lockBanner->setObjectName(QStringLiteral("LockBanner"));
+    m_unkeptBanner = new ListBanner(body);
+    m_unkeptBanner->setObjectName(QStringLiteral("UnkeptBanner"));
     column->addWidget(m_listBanner);
+    column->addWidget(m_lockBanner);
     column->addLayout(top);
     column->addWidget(m_splitter, 1);
+    column->addWidget(m_unkeptBanner); // it comes in the middle of the work, and moves nothing down
     setCentralWidget(body);
     m_counts = new StationCounts(m_mode, *m_tree, this);
     m_messages = new MessageLine(this);
@@ -237,6 +245,8 @@ void Form_betriebsmodus::applyTexts()
     m_alarmBar->applyTexts();
     m_noAlarm->setText(tr("All alarms are acknowledged"));
     m_listBanner->applyTexts();
+    m_lockBanner->applyTexts();
+    showUnkept();
     m_messages->applyTexts();
     m_pages->applyTexts();
     m_treePane->applyTexts();
@@ -279,7 +289,11 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
     m_splitter->setEnabled(isUsable); // what would be done there is kept nowhere
     m_noAlarm->setVisible(isUsable);  // none arrives
     m_menus->setListUsable(isUsable);
+    m_lockBanner->hide();
     if (isUsable) {
+        if (!m_mode.lockTrouble().isEmpty()) {
+            m_lockBanner->tellUnlocked(m_mode.lockTrouble());
+        }
         m_listBanner->hide();
         enableActions();
         m_tree->setFocus();
@@ -306,6 +320,20 @@ void Form_betriebsmodus::showDefects()
     showBox(tr("Not all of the list of stations is as it was. What is there is watched; the damaged file is "
                "kept under another name.") +
             QLatin1String("\n\n") + defects);
+}
+
+void Form_betriebsmodus::showUnkept()
+{
+    const std::optional<UnkeptChanges> unkept = m_mode.unkeptChanges();
+    if (!unkept) {
+        m_unkeptBanner->hide();
+        return;
+    }
+    m_unkeptBanner->tellUnkept(
+        tr("Since %1; changes that wait: %2. It is tried again all the time; what is not written when the "
+           "program or the system ends is lost. %3")
+            .arg(shownMoment(unkept->since.toMSecsSinceEpoch()), locale().toString(unkept->count),
+                 unkept->reason));
 }
 
 void Form_betriebsmodus::showBox(const QString &message)

@@ -77,6 +77,7 @@ private:
     void openList();
     void showHindrance(const Status &opened);
     void showDefects();
+    void showUnkept();
     void showBox(const QString &message);
     void beginEmptyList();
     void showTreeMenu(const QPoint &place, bool isAboutStation);
@@ -108,6 +109,8 @@ private:
     QString m_nodesPath;
     OpmodeMenus *m_menus;
     ListBanner *m_listBanner;
+    ListBanner *m_lockBanner;
+    ListBanner *m_unkeptBanner;
     AlarmBar *m_alarmBar;
     QLabel *m_noAlarm;
     QSplitter *m_splitter;

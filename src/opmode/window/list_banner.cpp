@@ -64,39 +64,64 @@ ListBanner::ListBanner(QWidget *parent)
 
 void ListBanner::appear(const QString &reason, bool canBeginEmpty)
 {
-    m_isWatched = false;
+    show(Topic::NotWatched, reason);
     m_empty->setVisible(canBeginEmpty);
-    show(reason);
 }
 
 void ListBanner::tellDefects(const QString &defects)
 {
-    m_isWatched = true;
-    m_empty->hide();
-    show(defects);
+    show(Topic::Defects, defects);
 }
 
-void ListBanner::show(const QString &reason)
+void ListBanner::tellUnlocked(const QString &reason)
 {
-    m_retry->setVisible(!m_isWatched);
-    m_noted->setVisible(m_isWatched);
+    show(Topic::Unlocked, reason);
+}
+
+void ListBanner::tellUnkept(const QString &reason)
+{
+    show(Topic::Unkept, reason);
+}
+
+void ListBanner::show(Topic topic, const QString &reason)
+{
+    m_topic = topic;
+    m_retry->setVisible(topic == Topic::NotWatched);
+    m_empty->hide();
+    m_noted->setVisible(topic == Topic::Defects || topic == Topic::Unlocked);
     m_reason->setText(reason);
     setAccessibleDescription(reason);
     applyTexts();
     QWidget::show();
 }
 
+QString ListBanner::headline() const
+{
+    switch (m_topic) {
+    case Topic::NotWatched:
+        return tr("No station is watched");
+    case Topic::Defects:
+        return tr("Not all of the list of stations is as it was");
+    case Topic::Unlocked:
+        return tr("Another program could watch these stations unnoticed");
+    case Topic::Unkept:
+        return tr("Alarms and changes cannot be written to the disk");
+    }
+    return {};
+}
+
 void ListBanner::applyTexts()
 {
-    m_headline->setText(m_isWatched ? tr("Not all of the list of stations is as it was")
-                                    : tr("No station is watched"));
+    m_headline->setText(headline());
     setAccessibleName(m_headline->text());
     m_retry->setText(tr("Try again"));
     m_retry->setToolTip(tr("Opens the list of stations again"));
     m_empty->setText(tr("Begin an empty list"));
     m_empty->setToolTip(tr("Keeps the list that cannot be used under another name and begins an empty one"));
     m_noted->setText(tr("Noted"));
-    m_noted->setToolTip(tr("Hides this message; the damaged file is kept under another name"));
+    m_noted->setToolTip(m_topic == Topic::Unlocked
+                            ? tr("Hides this message")
+                            : tr("Hides this message; the damaged file is kept under another name"));
     for (QPushButton *button : {m_retry, m_empty, m_noted}) {
         button->setFixedWidth(button->fontMetrics().horizontalAdvance(button->text()) + 28);
     }

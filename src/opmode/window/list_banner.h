@@ -7,8 +7,8 @@ class QPushButton;
 
 namespace ktr {
 
-/// Stands under the menu bar as long as the list of stations is not watched, or until the user has noted what
-/// of it was lost; says why and what can be done.
+/// Tells what must not be missed of the list of stations, as long as it is so or until the user has noted it;
+/// says why and what can be done.
 class ListBanner : public QWidget
 {
     Q_OBJECT
@@ -20,6 +20,10 @@ public:
     void appear(const QString &reason, bool canBeginEmpty);
     /// The list is watched, but not all of it is as it was. It goes when the user has taken note.
     void tellDefects(const QString &defects);
+    /// Another program could watch the list, too. It goes when the user has taken note.
+    void tellUnlocked(const QString &reason);
+    /// Changes cannot be written. It stays until hide().
+    void tellUnkept(const QString &reason);
     /// Puts the captions in place; called again when the language changes.
     void applyTexts();
 
@@ -35,9 +39,11 @@ protected:
 
 private:
     void takeColours();
-    void show(const QString &reason);
+    enum class Topic { NotWatched, Defects, Unlocked, Unkept };
+    void show(Topic topic, const QString &reason);
+    QString headline() const;
 
-    bool m_isWatched = false; ///< what it says is about a list that is watched
+    Topic m_topic = Topic::NotWatched;
 
     QLabel *m_icon;
     QLabel *m_headline;

@@ -435,6 +435,39 @@ private Q_SLOTS:
         QVERIFY(!banner()->isVisible());
     }
 
+    void whatKeepsAListFromBeingKeptOrLockedIsToldAsLongAsItDoes()
+    {
+        if (!QFile::link(path("none/journal"), path("nodes.journal")) ||
+            !QFileInfo(path("nodes.journal")).isSymbolicLink()) {
+            QSKIP("there are no such links here");
+        }
+        QVERIFY(QDir(m_folder->path()).mkdir("nodes.lock"));
+        open({"A"});
+        answerMessage("nodes.journal");
+        QVERIFY(isTold("LockBanner", path("nodes.lock")));
+        QVERIFY(!isTold("UnkeptBanner", ""));
+        online("A"); // two changes
+        alarm(0, "DI1 fail");
+        m_timers.advance(Milliseconds(10));
+        QTRY_VERIFY(isTold("UnkeptBanner", path("nodes.journal")));
+        const auto waiting = [this](quint64 count) {
+            return isTold("UnkeptBanner", QStringLiteral("wait: %1.").arg(count));
+        };
+        const quint64 count = m_mode->unkeptChanges()->count;
+        QVERIFY(count > 2 && waiting(count));
+        alarm(0, "DI1 fail");
+        m_timers.advance(Milliseconds(1000));
+        QVERIFY(m_mode->unkeptChanges()->count > count && waiting(m_mode->unkeptChanges()->count));
+        QVERIFY(QDir(m_folder->path()).mkdir("none"));
+        const auto isKept = [&] {
+            m_timers.advance(NodesJournal::retryDelay);
+            return !isTold("UnkeptBanner", "");
+        };
+        QTRY_VERIFY(isKept());
+        press(m_window->findChild<QWidget *>("LockBanner"), "Cmd_list_noted");
+        QVERIFY(!isTold("LockBanner", ""));
+    }
+
     void aListThatAnotherProgramWatchesIsWatchedOnceThatIsOver()
     {
         open({"A"});
@@ -459,8 +492,13 @@ private Q_SLOTS:
 
 private:
     QWidget *banner() const { return m_window->findChild<QWidget *>("ListBanner"); }
-    /// A message that names the list is there; it is read.
-    void answerMessage()
+    bool isTold(const char *banner, const QString &text) const
+    {
+        const auto *shown = m_window->findChild<QWidget *>(banner);
+        return shown->isVisible() && shown->findChild<QLabel *>("lbl_list_reason")->text().contains(text);
+    }
+    /// A message that names the file is there; it is read.
+    void answerMessage(const QString &file = "nodes.xml")
     {
         QPointer<QWidget> box;
         QVERIFY(QTest::qWaitFor([&box] {
@@ -471,7 +509,7 @@ private:
             }
             return !box.isNull();
         }));
-        QVERIFY(box->accessibleName().contains(path("nodes.xml")));
+        QVERIFY(box->accessibleName().contains(path(file)));
         press(box, "OKButton");
         QVERIFY(QTest::qWaitFor([&box] { return box.isNull(); }));
     }
