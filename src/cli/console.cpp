@@ -87,13 +87,23 @@ bool outputIsGone()
     return outputError != 0;
 }
 
+QString outputTrouble()
+{
+    return outputIsGone() ? QString::fromLocal8Bit(std::strerror(outputError.load())) : QString();
+}
+
+void outputTroubleIsTold()
+{
+    outputError = 0;
+}
+
 bool flushOutput()
 {
     showNow();
     if (outputError == 0 || outputError == EPIPE) { // whoever read it had enough
         return true;
     }
-    complain(QLatin1String("standard output: ") + QString::fromLocal8Bit(std::strerror(outputError.load())));
+    complain(QLatin1String("standard output: ") + outputTrouble());
     return false;
 }
 

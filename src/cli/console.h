@@ -33,6 +33,11 @@ bool outputIsGone();
 /// Notes that it cannot, for this reason; from any thread.
 void setOutputGone(int error);
 
+/// Why it cannot, in words; empty while it can.
+QString outputTrouble();
+/// Forgets that: it is told.
+void outputTroubleIsTold();
+
 /// False, after a complaint, when not all of the output could be written.
 bool flushOutput();
 

@@ -6,10 +6,17 @@
 #include <asio/post.hpp>
 #include <asio/signal_set.hpp>
 
+#include <atomic>
 #include <csignal>
 #include <future>
 
 namespace ktr::cli {
+
+namespace {
+
+std::atomic<bool> hasHappened = false; // NOLINT
+
+} // namespace
 
 struct Interruption::Private
 {
@@ -25,10 +32,16 @@ Interruption::Interruption(IoThread &io, std::function<void()> interrupted)
     d->signalSet.async_wait(
         [d = d, interrupted = std::move(interrupted)](const asio::error_code &error, int) {
             if (!error) {
+                hasHappened = true;
                 QMetaObject::invokeMethod(&d->receiver, interrupted, Qt::QueuedConnection);
                 d->signalSet.clear(); // a second request ends the program even when it hangs
             }
         });
+}
+
+bool Interruption::happened()
+{
+    return hasHappened;
 }
 
 Interruption::~Interruption()

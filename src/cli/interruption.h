@@ -13,6 +13,8 @@ class Interruption
 public:
     Interruption(IoThread &io, std::function<void()> interrupted);
     ~Interruption();
+    /// Whether any called back so far.
+    static bool happened();
     Interruption(const Interruption &) = delete;
     Interruption &operator=(const Interruption &) = delete;
 

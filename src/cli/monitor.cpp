@@ -1,7 +1,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/interruption.h"
-#include "cli/patient_output.h"
+#include "cli/patient_job.h"
 #include "opmode/operational_mode.h"
 #include "opmode/station/station_sockets.h"
 
@@ -129,21 +129,14 @@ int monitor(const Arguments &arguments)
         return fail(path + QStringLiteral(": there is no such file"));
     }
     const Environment environment = systemEnvironment();
-    // Watching goes on whatever becomes of who reads what is printed.
-    PatientOutput output({[now = environment.now](qint64 lines) {
-                              const QString text =
-                                  QStringLiteral("the reader stood still; lines left out: %1").arg(lines);
-                              return (lineOf({}, QStringLiteral("dropped"), text, now()) + u'\n').toUtf8();
-                          },
-                          [](int error) {
-                              setOutputGone(error); // nobody is watching any more
-                              QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
-                                                        Qt::QueuedConnection);
-                          }});
-    printThrough(&output);
-    const int code = watch(arguments, environment, path);
-    printThrough(nullptr);
-    return output.end() || outputIsGone() ? code : failed;
+    PatientJob job;
+    job.gap = [now = environment.now](qint64 lines) {
+        const QString text = QStringLiteral("the reader stood still; lines left out: %1").arg(lines);
+        return (lineOf({}, QStringLiteral("dropped"), text, now()) + u'\n').toUtf8();
+    };
+    job.endsUnread = true; // nobody is watching any more
+    job.waitsForReader = false;
+    return patiently([&] { return watch(arguments, environment, path); }, job);
 }
 
 } // namespace ktr::cli

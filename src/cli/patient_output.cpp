@@ -20,33 +20,44 @@ constexpr std::chrono::seconds longestEnd{1};
 constexpr std::chrono::milliseconds fullPause{10};
 constexpr qsizetype atOnce = 4096; ///< what a pipe takes whole
 
+/// A last one that has no end counts, too.
+qint64 linesIn(QByteArrayView text)
+{
+    return std::ranges::count(text, '\n') + (text.empty() || text.back() == '\n' ? 0 : 1);
+}
+
 } // namespace
 
 struct PatientOutput::Shared
 {
     struct Piece
     {
-        std::FILE *stream;
+        std::FILE *stream = stdout;
         QByteArray lines;
     };
 
     explicit Shared(Options given) : options(std::move(given)) {}
 
     void run();
-    std::deque<Piece> take();
-    void write(const Piece &piece);
+    bool take();
+    void write();
+    bool hasMore() const { return !queue.empty() || leftOut > 0; }
+    void append(std::FILE *stream, const QByteArray &lines);
 
     const Options options;
     std::mutex mutex;
     std::condition_variable changed;
     std::deque<Piece> queue;
-    qsizetype size = 0;              ///< bytes in the queue
-    qint64 leftOut = 0;              ///< lines since it was full
-    bool isWriting = false;          ///< what was taken from it
-    bool isEnded = false;            ///< nothing comes any more
-    bool isGivenUp = false;          ///< and nothing is written any more
-    std::atomic<qint64> written = 0; ///< bytes
-    bool isReported = false;         ///< that standard output is gone; by the thread alone
+    Piece current;                       ///< what is being written
+    qsizetype size = 0;                  ///< bytes in the queue
+    qint64 leftOut = 0;                  ///< lines since it was full
+    bool isWriting = false;              ///< the current piece
+    bool isEnded = false;                ///< nothing comes any more
+    std::atomic<bool> isGivenUp = false; ///< and nothing is written any more
+    std::atomic<qsizetype> at = 0;       ///< bytes of the current piece that are written
+    std::atomic<qint64> written = 0;     ///< bytes of all
+    std::atomic<qint64> lost = 0;        ///< lines of standard output
+    bool isReported = false;             ///< that standard output is gone; by the thread alone
 };
 
 PatientOutput::PatientOutput(Options options) : d(std::make_shared<Shared>(std::move(options)))
@@ -64,72 +75,107 @@ void PatientOutput::put(std::FILE *stream, const QByteArray &lines)
     {
         const std::lock_guard lock(d->mutex);
         if (d->leftOut > 0 || d->size + lines.size() > d->options.longestQueue) {
-            d->leftOut += lines.count('\n'); // until it is taken: there is one gap, at its end
+            if (d->options.gap) {
+                d->leftOut += linesIn(lines); // until it is taken: there is one gap, at the queue's end
+            } else {
+                d->lost += linesIn(lines);
+            }
             return;
         }
-        d->size += lines.size();
-        if (!d->queue.empty() && d->queue.back().stream == stream) {
-            d->queue.back().lines += lines;
-        } else {
-            d->queue.push_back({stream, lines});
-        }
+        d->append(stream, lines);
     }
     d->changed.notify_all();
 }
 
-bool PatientOutput::end()
+bool PatientOutput::drain()
 {
     std::unique_lock lock(d->mutex);
-    d->isEnded = true;
-    d->changed.notify_all();
-    while (!d->isGivenUp && (!d->queue.empty() || d->isWriting)) {
-        const qint64 before = d->written;
-        const bool isDone =
-            d->changed.wait_for(lock, longestEnd, [this] { return d->queue.empty() && !d->isWriting; });
-        d->isGivenUp = !isDone && d->written == before;
+    const auto isDone = [this] { return !d->hasMore() && !d->isWriting; };
+    for (qint64 before = -1; !isDone() && before != d->written;) {
+        before = d->written;
+        d->changed.wait_for(lock, longestEnd, isDone);
     }
-    const bool isComplete = !d->isGivenUp;
-    lock.unlock();
-    if (thread.joinable() && isComplete) {
+    return isDone();
+}
+
+PatientOutput::Rest PatientOutput::end()
+{
+    const bool isComplete = drain();
+    Rest rest;
+    if (!thread.joinable()) {
+        return rest; // ended before
+    }
+    {
+        const std::lock_guard lock(d->mutex);
+        d->isEnded = true;
+        d->isGivenUp = !isComplete;
+        if (!isComplete) {
+            d->queue.push_front({d->current.stream, d->current.lines.mid(d->at)});
+        }
+        rest.lines = d->leftOut;
+        for (const Shared::Piece &piece : std::exchange(d->queue, {})) {
+            if (piece.stream == stdout) {
+                rest.lines += linesIn(piece.lines);
+            } else {
+                rest.errors += piece.lines;
+            }
+        }
+    }
+    d->changed.notify_all();
+    if (isComplete) {
         thread.join(); // it has nothing left to do
-    } else if (thread.joinable()) {
+    } else {
         thread.detach(); // a reader that stands still may keep it for ever
     }
-    return isComplete;
+    rest.lines += d->lost;
+    return rest;
+}
+
+void PatientOutput::Shared::append(std::FILE *stream, const QByteArray &lines)
+{
+    size += lines.size();
+    if (!queue.empty() && queue.back().stream == stream) {
+        queue.back().lines += lines;
+    } else {
+        queue.push_back({stream, lines});
+    }
 }
 
 void PatientOutput::Shared::run()
 {
-    for (std::deque<Piece> pieces = take(); !pieces.empty(); pieces = take()) {
-        for (const Piece &piece : pieces) {
-            write(piece);
-        }
+    while (take()) {
+        write();
     }
 }
 
-/// Waits for something to write; nothing at the end.
-std::deque<PatientOutput::Shared::Piece> PatientOutput::Shared::take()
+/// Waits for something to write; false at the end.
+bool PatientOutput::Shared::take()
 {
     std::unique_lock lock(mutex);
     isWriting = false;
     changed.notify_all();
-    changed.wait(lock, [this] { return !queue.empty() || isEnded; });
-    std::deque<Piece> pieces = isGivenUp ? std::deque<Piece>() : std::exchange(queue, {});
-    isWriting = !pieces.empty();
-    size = 0;
-    if (leftOut > 0 && isWriting) {
-        pieces.push_back({stdout, options.gap(std::exchange(leftOut, 0))});
+    changed.wait(lock, [this] { return hasMore() || isEnded; });
+    if (isGivenUp || !hasMore()) {
+        return false;
     }
-    return pieces;
+    if (leftOut > 0) {
+        append(stdout, options.gap(std::exchange(leftOut, 0)));
+    }
+    current = std::move(queue.front());
+    queue.pop_front();
+    size -= current.lines.size();
+    at = 0;
+    isWriting = true;
+    return true;
 }
 
-void PatientOutput::Shared::write(const Piece &piece)
+void PatientOutput::Shared::write()
 {
     QFile file;
-    int error = file.open(::fileno(piece.stream), QIODevice::WriteOnly | QIODevice::Unbuffered) ? 0 : EBADF;
-    for (qsizetype at = 0; error == 0 && at < piece.lines.size();) {
+    int error = file.open(::fileno(current.stream), QIODevice::WriteOnly | QIODevice::Unbuffered) ? 0 : EBADF;
+    while (error == 0 && at < current.lines.size() && !isGivenUp) {
         const qint64 count =
-            file.write(piece.lines.constData() + at, std::min(atOnce, piece.lines.size() - at));
+            file.write(current.lines.constData() + at, std::min(atOnce, current.lines.size() - at));
         if (count > 0) {
             at += count;
             written += count;
@@ -139,8 +185,11 @@ void PatientOutput::Shared::write(const Piece &piece)
             error = errno;
         }
     }
-    if (error != 0 && piece.stream == stdout && !std::exchange(isReported, true)) {
-        options.gone(error);
+    if (error != 0 && current.stream == stdout && !isGivenUp) {
+        lost += linesIn(QByteArrayView(current.lines).sliced(at));
+        if (!std::exchange(isReported, true)) {
+            options.gone(error);
+        }
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "cli/patient_job.h"
 #include "config/configuration_file.h"
 
 #include <algorithm>
@@ -26,7 +27,10 @@ struct Command
     std::optional<int> (*check)(const Arguments &arguments) =
         nullptr; ///< returns the exit code for wrong usage
     std::unique_ptr<QCoreApplication> (*application)(int &argc, char **argv) = plainApplication;
+    bool talks = false; ///< with a module, which is not to wait until somebody reads what is printed
 };
+
+constexpr bool talks = true;
 
 constexpr std::array table = {
     Command{"new", "FILE", "writes a new configuration", describeNewFile, newFile},
@@ -39,13 +43,15 @@ constexpr std::array table = {
     Command{"compare", "FILE HELD", "tells whether a module that holds HELD has what FILE means",
             describeCompare, compare},
     Command{"transmit", "FILE", "transmits a configuration to a module", describeTransmit, transmit,
-            checkTransmit},
+            checkTransmit, plainApplication, talks},
     Command{"send", "COMMAND", "sends one command and prints the module's answer", describeSend, send,
-            checkSend},
+            checkSend, plainApplication, talks},
     Command{"history", "[LOG]", "fetches a module's archive as CSV, or takes it out of a log",
-            describeHistory, history, checkHistory},
-    Command{"firmware", "", "sends a firmware image to a module", describeFirmware, firmware, checkFirmware},
-    Command{"simulate", "", "plays a module", describeSimulate, simulate, checkSimulate},
+            describeHistory, history, checkHistory, plainApplication, talks},
+    Command{"firmware", "", "sends a firmware image to a module", describeFirmware, firmware, checkFirmware,
+            plainApplication, talks},
+    Command{"simulate", "", "plays a module", describeSimulate, simulate, checkSimulate, plainApplication,
+            talks},
     Command{"monitor", "NODES.xml", "watches stations and prints what they say", describeMonitor, monitor,
             checkMonitor},
     Command{"ports", "", "lists the serial ports found", describePorts, ports},
@@ -99,7 +105,17 @@ Call understand(const QStringList &words)
     if (!code && command->check != nullptr) {
         code = command->check(*arguments);
     }
-    return {code, command->run, std::move(arguments)};
+    // The records of a log have no module that waits, and more of them may come than a queue holds.
+    const bool isOfLog = !arguments->positional(0).isEmpty() && command->run == history;
+    return {code, command->run, std::move(arguments), command->talks && !isOfLog};
+}
+
+int Call::run() const
+{
+    if (code) {
+        return *code;
+    }
+    return isPatient ? patiently([this] { return command(*arguments); }) : command(*arguments);
 }
 
 std::unique_ptr<QCoreApplication> applicationFor(int &argc, char **argv)

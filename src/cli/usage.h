@@ -15,9 +15,10 @@ struct Call
         code; ///< the exit code when there is nothing left to do: after a help text or a complaint
     int (*command)(const Arguments &arguments) = nullptr;
     std::unique_ptr<Arguments> arguments{};
+    bool isPatient = false; ///< it goes on while nobody reads what it prints
 
     /// Gives the exit code.
-    int run() const { return code ? *code : command(*arguments); }
+    int run() const;
 };
 
 /// Understands the words behind the program's name, or complains; nothing that they ask for is done.

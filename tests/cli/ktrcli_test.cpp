@@ -664,12 +664,12 @@ private Q_SLOTS:
         QVERIFY(fleet.terminate());
     }
 
-    void aMonitorWhoseReaderStandsStillGoesOn()
+    void aReaderThatStandsStillStopsNothing()
     {
         Module fleet(words(u"simulate --fleet 3 --port 0 --nodes @nodes.xml --every 1"_s));
         const QByteArray name = QFile::encodeName(path(u"reader"_s));
         QCOMPARE(::mkfifo(name.constData(), 0600), 0);
-        const int pipe = ::open(name.constData(), O_RDWR | O_NONBLOCK);
+        const int pipe = ::open(name.constData(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
         while (::write(pipe, "\n", 1) == 1) {
         }
         QProcess monitor;
@@ -678,8 +678,19 @@ private Q_SLOTS:
         QVERIFY(monitor.waitForFinished(60000));
         QCOMPARE(monitor.exitStatus(), QProcess::NormalExit);
         QCOMPARE(monitor.exitCode(), 1); // nobody has read it
-        ::close(pipe);
+        QVERIFY(monitor.readAllStandardError().contains("stands still; lines lost: "));
         QVERIFY(fleet.terminate() && QFile::remove(path(u"nodes.xml"_s)));
+
+        Module module(words(u"simulate --serial @module --save @unread.xml"_s));
+        QProcess transmit;
+        transmit.setStandardOutputFile(path(u"reader"_s), QIODevice::Append);
+        transmit.start(QStringLiteral(KTRCLI), words(u"transmit @sample --serial @module"_s));
+        QVERIFY(module.await(u"saved"_s)); // in the end the reader goes
+        ::close(pipe);
+        QVERIFY(transmit.waitForFinished(60000));
+        QCOMPARE(transmit.exitCode(), 1);
+        QVERIFY(transmit.readAllStandardError().contains("; lines lost: 8"));
+        QCOMPARE(ktrcli(u"compare @sample @unread.xml"_s).code, 0);
     }
 
     void aListThatIsWatchedIsNotWatchedTwiceUnlessThatIsWanted()

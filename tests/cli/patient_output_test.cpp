@@ -36,7 +36,7 @@ private Q_SLOTS:
                     read.append(bytes, std::max<ssize_t>(count, 0));
                 }
             });
-            isWhole = output.end();
+            isWhole = output.end().lines == 0;
         }
         ::dup2(own, STDOUT_FILENO);
         ::close(pipe[1]);
