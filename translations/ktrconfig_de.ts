@@ -2287,6 +2287,14 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Warten, bis sich das andere Fenster von KTRconfig schließt. Es fragt vielleicht, ob gespeichert werden soll.</translation>
     </message>
     <message>
+        <source>The KTRconfig that is open already does not answer. It is waited for a few seconds longer, then this one starts all the same.</source>
+        <translation>Das KTRconfig, das schon offen ist, antwortet nicht. Es wird noch einige Sekunden darauf gewartet, dann startet dieses trotzdem.</translation>
+    </message>
+    <message>
+        <source>Do not wait, start here</source>
+        <translation>Nicht warten, hier starten</translation>
+    </message>
+    <message>
         <source>Do not wait, quit</source>
         <translation>Nicht warten, beenden</translation>
     </message>

@@ -261,6 +261,9 @@ void FormMain::finishStart()
     }
     if (m_options.operationalMode) {
         openOperationalMode();
+        if (!m_startTroubles.isEmpty()) { // this window is not seen
+            m_operationalMode.tell(m_startTroubles.join(u'\n'));
+        }
     } else {
         show();
         m_language.showMissingTexts();

@@ -111,6 +111,13 @@ void OperationalModeOpener::applyTexts()
     }
 }
 
+void OperationalModeOpener::tell(const QString &line)
+{
+    if (m_window != nullptr) {
+        m_window->tell(line);
+    }
+}
+
 QString OperationalModeOpener::stationAt(const QString &hostAddress) const
 {
     const QString kennung = m_mode == nullptr ? QString() : m_mode->stationAt(hostAddress);

@@ -29,6 +29,8 @@ public:
     /// Null when it is not open.
     QWidget *window() const;
     void applyTexts();
+    /// A line for the status bar of the window, if it is open.
+    void tell(const QString &line);
 
     /// The name of the station that is kept online at an address; empty when there is none.
     QString stationAt(const QString &hostAddress) const;

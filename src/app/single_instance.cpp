@@ -85,6 +85,7 @@ bool SingleInstance::claim()
 
 void SingleInstance::passOver()
 {
+    forgetOther();
     m_passedOver += m_otherName;
 }
 

@@ -53,7 +53,8 @@ public:
     /// when listening is impossible: the program runs without it. Takes up to a second when others start at
     /// the same time, otherwise up to 200 ms.
     bool claim();
-    /// The other instance does not answer: claim() will not look for it again.
+    /// The other instance does not answer: nothing more is heard of it, and claim() will not look for it
+    /// again.
     void passOver();
     /// Whether something was skipped because it ended each time it was asked.
     bool metStranger() const { return m_metStranger; }

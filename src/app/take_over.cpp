@@ -88,13 +88,13 @@ void TakeOver::decide(Works otherWorks)
     if (m_phase != Phase::Asking) {
         return;
     }
+    delete m_note; // that it does not answer
     if (!otherWorks) {
         endOther();
         return;
     }
     m_phase = Phase::Deciding;
     m_wait.stop();
-    delete m_note;
     m_question = createBox(QMessageBox::Warning, "box_otherWorks", whatEndingCosts(otherWorks));
     QAbstractButton *end = m_question->addButton(tr("End it and start here"), QMessageBox::AcceptRole);
     QPushButton *leave = m_question->addButton(tr("Leave it running"), QMessageBox::RejectRole);
@@ -138,23 +138,37 @@ void TakeOver::waited()
     m_instance.askOtherToFront();
 }
 
-/// The note stays visible, but leaves the focus and the middle of the screen to the other instance's
-/// question.
+/// Where the other instance will ask its user, the note stays visible, but leaves the focus and the middle of
+/// the screen to that question.
 void TakeOver::showNote()
 {
     if (m_note != nullptr) {
         return;
     }
-    m_note = createBox(QMessageBox::Information, "box_waiting",
-                       tr("Waiting for the other KTRconfig window to close. It may ask whether to save."));
-    m_note->setAttribute(Qt::WA_ShowWithoutActivating);
+    const bool isUnanswered = m_phase == Phase::Asking;
+    m_note = createBox(
+        QMessageBox::Information, "box_waiting",
+        isUnanswered
+            ? tr("The KTRconfig that is open already does not answer. It is waited for a few seconds longer, "
+                 "then this one starts all the same.")
+            : tr("Waiting for the other KTRconfig window to close. It may ask whether to save."));
     m_note->setWindowFlag(Qt::WindowStaysOnTopHint);
     m_note->setModal(false);
-    m_note->addButton(tr("Do not wait, quit"), QMessageBox::RejectRole);
-    connect(m_note, &QDialog::finished, this, &TakeOver::giveUp);
-    m_note->adjustSize();
-    m_note->move(m_note->screen()->availableGeometry().bottomRight() -
-                 QPoint(m_note->width() + noteMargin, m_note->height() + noteMargin));
+    const QAbstractButton *start =
+        isUnanswered ? m_note->addButton(tr("Do not wait, start here"), QMessageBox::AcceptRole) : nullptr;
+    QPushButton *quit = m_note->addButton(tr("Do not wait, quit"), QMessageBox::RejectRole);
+    m_note->setDefaultButton(quit);
+    m_note->setEscapeButton(quit);
+    connect(m_note, &QDialog::finished, this, [this, start] {
+        const bool starts = start != nullptr && m_note->clickedButton() == start;
+        starts ? finish(true) : giveUp();
+    });
+    if (!isUnanswered) {
+        m_note->setAttribute(Qt::WA_ShowWithoutActivating);
+        m_note->adjustSize();
+        m_note->move(m_note->screen()->availableGeometry().bottomRight() -
+                     QPoint(m_note->width() + noteMargin, m_note->height() + noteMargin));
+    }
     m_note->show();
 }
 

@@ -187,8 +187,10 @@ private Q_SLOTS:
         for (const char *lock : {"registry.json.lock", "instance.lock"}) {
             m_window.reset();
             QVERIFY(QDir(m_folder->path()).mkdir(lock));
-            start({});
+            start({"-operational"});
             QVERIFY2(lastEvent().contains(path(lock)), lock);
+            const auto *seen = operationalMode()->findChild<QLabel *>("lbl_event");
+            QTRY_VERIFY2(seen->toolTip().contains(path(lock)), lock);
         }
     }
 

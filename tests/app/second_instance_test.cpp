@@ -358,6 +358,24 @@ private Q_SLOTS:
         QVERIFY(first.ends() && second.ends());
     }
 
+    void whetherToWaitForOneThatHangsIsTheUsersChoice()
+    {
+        Instance first(arguments());
+        QVERIFY(first.tells("shown"));
+        first.stop();
+        {
+            Instance second(arguments());
+            QVERIFY(second.tells("asks The KTRconfig that is open already does not answer"));
+            second.does("enter");
+            QVERIFY(second.ends() && !second.hasTold("shown"));
+        }
+        Instance third(arguments());
+        QVERIFY(third.tells("asks The KTRconfig that is open already does not answer"));
+        third.does("press Do not wait, start here");
+        QVERIFY(third.tells("shown before"));
+        QVERIFY(third.tells("asks Another KTRconfig is open and does not answer"));
+    }
+
     void whatOnlyHangsUpKeepsNobodyFromStarting_data()
     {
         QTest::addColumn<QByteArray>("says");

@@ -84,8 +84,12 @@ private Q_SLOTS:
         QVERIFY(first->claim());
         SingleInstance second(m_timers, m_name);
         QVERIFY(!second.claim());
+        const QSignalSpy silent(&second, &SingleInstance::otherSilent);
+        second.askWhatOtherDoes();
         second.passOver();
         QVERIFY(second.claim());
+        m_timers.advance(SingleInstance::longestSilence); // nobody is waited for any more
+        QCOMPARE(silent.count(), 0);
         for (int others = 2; others > 0; --others) {
             SingleInstance third(m_timers, m_name);
             for (int met = 0; met < others; ++met) {
