@@ -5,6 +5,7 @@
 #include "link/udp_pair.h"
 #include "opmode/list_loader.h"
 #include "opmode/tree/acknowledgement.h"
+#include "platform/files.h"
 #include "platform/overloaded.h"
 
 #include <QFileInfo>

@@ -118,4 +118,46 @@ Status replaceFile(const QString &path, const QByteArray &content, Readers ofNew
     return status ? file.commit() : status;
 }
 
+namespace {
+
+QString numbered(const QString &path, int n)
+{
+    const QFileInfo info(path);
+    return info.absolutePath() + u'/' + info.completeBaseName() + QStringLiteral(" (%1).").arg(n) +
+           info.suffix();
+}
+
+/// The first number that is free for all of them.
+int freeNumber(const QStringList &paths)
+{
+    int n = 1;
+    while (std::ranges::any_of(paths,
+                               [&](const QString &path) { return QFileInfo::exists(numbered(path, n)); })) {
+        ++n;
+    }
+    return n;
+}
+
+} // namespace
+
+Status keepCopyAside(const QString &path, const QByteArray &content)
+{
+    return replaceFile(numbered(path, freeNumber({path})), content);
+}
+
+Status keepAside(const QStringList &paths, QString *newNameOfLast)
+{
+    const int n = freeNumber(paths);
+    if (newNameOfLast != nullptr) {
+        *newNameOfLast = numbered(paths.last(), n);
+    }
+    for (const QString &path : paths) {
+        QFile file(path);
+        if (file.exists() && !file.rename(numbered(path, n))) {
+            return fileFailure(path, file.errorString());
+        }
+    }
+    return Status::done();
+}
+
 } // namespace ktr

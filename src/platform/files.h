@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 
 #include <memory>
 
@@ -78,5 +79,11 @@ private:
 
 /// Copies a file of any length as replaceFile() writes one.
 Status copyFile(const QString &from, const QString &to);
+
+/// Renames files so that others can take their places: "nodes.xml" to "nodes (1).xml" or the next number that
+/// is free for all of them. Those that do not exist are passed over. Tells what the last one is called now.
+Status keepAside(const QStringList &paths, QString *newNameOfLast = nullptr);
+/// Keeps a copy of a file's content aside under such a name.
+Status keepCopyAside(const QString &path, const QByteArray &content);
 
 } // namespace ktr

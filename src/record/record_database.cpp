@@ -154,6 +154,12 @@ bool RecordDatabase::isDamaged() const
     return m_code == damagedFile || m_code == noDatabase;
 }
 
+void RecordDatabase::failAsDamaged()
+{
+    (void)fail(QCoreApplication::translate("Record", "is damaged"));
+    m_code = damagedFile;
+}
+
 Status RecordDatabase::fail(const QString &reason)
 {
     m_failure = fileFailure(m_path, reason).message();

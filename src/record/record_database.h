@@ -28,6 +28,8 @@ public:
     /// A failure names the file. What is no regular file is refused.
     Status open(const QString &path, Use use);
     void close();
+    /// For what the other functions do not offer.
+    const QSqlDatabase &handle() const { return m_database; }
     bool isOpen() const { return m_database.isValid(); }
     const QString &path() const { return m_path; }
 
@@ -53,6 +55,8 @@ public:
     Status failure() const { return Status::failed(m_failure); }
     /// Whether the last failure says that the file is damaged or no database at all.
     bool isDamaged() const;
+    /// Makes the last failure one that says so.
+    void failAsDamaged();
     /// Tells a failure of our own, as fileFailure() does.
     Status fail(const QString &reason);
 

@@ -1,12 +1,15 @@
 #include "record/record_reader.h"
 
+#include "record/record_sql.h"
 #include "record/schema.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 
 #include <algorithm>
+#include <limits>
 
 namespace ktr {
 
@@ -16,8 +19,12 @@ using namespace Qt::StringLiterals;
 
 constexpr qint64 anHour = 3'600'000;
 constexpr qint64 aDay = 24 * anHour;
+constexpr qint64 farthestTime = std::numeric_limits<qint64>::max();
+// What has no index is searched in parts of so many events, and so many milliseconds at a time.
+constexpr qint64 numbersOfAPart = 20'000;
+constexpr qint64 longestSearch = 60;
 
-const QString eventColumns = u"id, at, station, kind, text, detail, operator, alarm"_s;
+const QString eventColumns = u"id, at, station, kind, event.text, detail, operator, alarm"_s;
 const QString alarmColumns =
     u"id, station, kind, text, priority, first, last, count, recipients, acknowledged,"
     " acknowledged_by, comment, over, over_why, shelved_until, shelved_by, shelved_why"_s;
@@ -69,13 +76,42 @@ struct Conditions
     QString all() const { return texts.isEmpty() ? u"1"_s : texts.join(u" AND "_s); }
 };
 
-QString listOf(const auto &numbers)
+/// All but the stations and the text.
+Conditions conditionsOf(const EventFilter &filter)
 {
-    QStringList texts;
-    for (const auto number : numbers) {
-        texts += QString::number(static_cast<qint64>(number));
+    Conditions where;
+    if (filter.from != 0) {
+        where.add(u"at >= ?"_s, {filter.from});
     }
-    return u'(' + texts.join(u',') + u')';
+    if (filter.to != 0) {
+        where.add(u"at < ?"_s, {filter.to});
+    }
+    if (!filter.kinds.isEmpty()) {
+        where.add(u"kind IN "_s + listOf(filter.kinds), {});
+    }
+    if (!filter.operatorName.isEmpty()) {
+        where.add(u"operator = ?"_s, {filter.operatorName});
+    }
+    return where;
+}
+
+/// What the index of texts is asked for: all parts of three characters. It knows no places, so more than what
+/// is wanted has them. Empty: the text is too short for it.
+QString trigramsOf(const QString &text)
+{
+    constexpr qsizetype enough = 16;
+    const QList<uint> characters = text.toUcs4();
+    QStringList parts;
+    for (qsizetype i = 0; i + 3 <= characters.size() && parts.size() < enough; ++i) {
+        const QList<uint> three = characters.mid(i, 3);
+        if (!three.contains(0)) {
+            const QString part =
+                QString::fromUcs4(reinterpret_cast<const char32_t *>(three.constData()), three.size());
+            parts += u'"' + QString(part).replace(u'"', u"\"\""_s) + u'"';
+        }
+    }
+    parts.removeDuplicates();
+    return parts.join(u" AND "_s);
 }
 
 /// The pattern of LIKE for a text that is contained.
@@ -192,36 +228,137 @@ Status RecordReader::setting(const QString &name, std::optional<QString> &value)
 EventPage RecordReader::findEvents(const EventFilter &filter, const std::optional<RecordKey> &after,
                                    int limit)
 {
+    return filter.text.isEmpty() ? eventsByTime(filter, after, limit) : eventsByText(filter, after, limit);
+}
+
+EventPage RecordReader::eventsByTime(const EventFilter &filter, const std::optional<RecordKey> &after,
+                                     int limit)
+{
     EventPage page;
-    Conditions where;
-    if (filter.from != 0) {
-        where.add(u"at >= ?"_s, {filter.from});
-    }
-    if (filter.to != 0) {
-        where.add(u"at < ?"_s, {filter.to});
-    }
-    if (!filter.stations.isEmpty()) {
-        where.add(u"station IN "_s + listOf(filter.stations), {});
-    }
-    if (!filter.kinds.isEmpty()) {
-        where.add(u"kind IN "_s + listOf(filter.kinds), {});
-    }
-    if (!filter.operatorName.isEmpty()) {
-        where.add(u"operator = ?"_s, {filter.operatorName});
-    }
-    if (!filter.text.isEmpty()) {
-        where.add(u"kind IN "_s + listOf(searchableKinds()) + u" AND text LIKE ? ESCAPE '\\'"_s,
-                  {containing(filter.text)});
-    }
+    Conditions where = conditionsOf(filter);
     if (after) {
         where.add(u"(at, id) < (?, ?)"_s, {after->at, after->id});
     }
-    page.status = each(u"SELECT "_s + eventColumns + u" FROM event WHERE "_s + where.all() +
-                           u" ORDER BY at DESC, id DESC LIMIT ?"_s,
-                       where.values + QVariantList{limit}, [&](const QSqlQuery &row) {
-                           page.rows += eventOf(row);
+    // The rows of each station are in order by themselves; of many stations most of all rows are wanted
+    // anyway.
+    constexpr qsizetype fewStations = 200;
+    const bool isMerged = !filter.stations.isEmpty() && filter.stations.size() <= fewStations;
+    if (!filter.stations.isEmpty() && !isMerged) {
+        where.add(u"station IN "_s + listOf(filter.stations), {});
+    }
+    if (!filter.kinds.isEmpty() &&
+        std::ranges::all_of(filter.kinds, [](EventKind kind) { return kind >= EventKind::Alive; })) {
+        where.add(u"kind >= 10"_s, {}); // the condition of the index
+    }
+    const QString statement = u"SELECT "_s + eventColumns + u" FROM event WHERE "_s + where.all() +
+                              (isMerged ? u" AND station = ?"_s : QString()) +
+                              u" ORDER BY at DESC, id DESC LIMIT ?"_s;
+    const QList<qint64> rounds = isMerged ? filter.stations : QList<qint64>{0};
+    for (const qint64 station : rounds) {
+        page.status =
+            each(statement,
+                 where.values + (isMerged ? QVariantList{station} : QVariantList{}) + QVariantList{limit},
+                 [&](const QSqlQuery &row) {
+                     page.rows += eventOf(row);
+                     return true;
+                 });
+        if (!page.status) {
+            return page;
+        }
+    }
+    if (isMerged) {
+        std::ranges::sort(page.rows, [](const EventRow &a, const EventRow &b) {
+            return std::pair(a.at, a.id) > std::pair(b.at, b.id);
+        });
+        page.rows = page.rows.mid(0, limit);
+    }
+    if (page.rows.size() == limit) {
+        page.next = RecordKey{page.rows.last().at, page.rows.last().id};
+    }
+    return page;
+}
+
+/// By their numbers, in which the index has them.
+EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optional<RecordKey> &after,
+                                     int limit)
+{
+    EventPage page;
+    qint64 low = 0;  // the numbers that are looked at: above this one
+    qint64 high = 0; // and up to this one
+    qint64 indexed = 0;
+    page.status = each(u"SELECT coalesce(max(id), 0), coalesce("_s + searchableUpto + u", 0) FROM event"_s,
+                       {}, [&](const QSqlQuery &row) {
+                           high = row.value(0).toLongLong();
+                           indexed = row.value(1).toLongLong();
                            return true;
                        });
+    if (page.status && (filter.from != 0 || filter.to != 0)) {
+        page.status =
+            each(u"SELECT coalesce(min(id), 1), coalesce(max(id), 0) FROM event WHERE at >= ? AND at < ?"_s,
+                 {filter.from, filter.to == 0 ? farthestTime : filter.to}, [&](const QSqlQuery &row) {
+                     low = row.value(0).toLongLong() - 1;
+                     high = row.value(1).toLongLong();
+                     return true;
+                 });
+    }
+    bool isFew = false; // all rows of these stations can be gone through
+    if (page.status && !filter.stations.isEmpty()) {
+        constexpr qint64 few = 20'000;
+        page.status = each(u"SELECT count(*) FROM (SELECT 1 FROM event WHERE station IN "_s +
+                               listOf(filter.stations) + u" LIMIT %1)"_s.arg(few),
+                           {}, [&](const QSqlQuery &row) {
+                               isFew = row.value(0).toLongLong() < few;
+                               return true;
+                           });
+    }
+    if (after) {
+        high = std::min(high, after->id - 1);
+    }
+    const QString trigrams = trigramsOf(filter.text);
+    Conditions where = conditionsOf(filter);
+    if (!filter.stations.isEmpty()) {
+        where.add(u"station IN "_s + listOf(filter.stations), {});
+    }
+    where.add(u"kind IN "_s + listOf(searchableKinds()), {});
+    where.add(u"event.text LIKE ? ESCAPE '\\'"_s, {containing(filter.text)});
+    const auto search = [&](const QString &source, const QString &condition, qint64 above, qint64 upTo,
+                            const QVariantList &bound) {
+        page.status =
+            each(u"SELECT "_s + eventColumns + u" FROM "_s + source + u" WHERE "_s + condition + u" AND "_s +
+                     where.all() + u" ORDER BY id DESC LIMIT ?"_s,
+                 bound + QVariantList{above, upTo} + where.values + QVariantList{limit - page.rows.size()},
+                 [&](const QSqlQuery &row) {
+                     page.rows += eventOf(row);
+                     return true;
+                 });
+        return page.status && page.rows.size() < limit;
+    };
+    const QString byNumber = u"id > ? AND id <= ?"_s;
+    QElapsedTimer time;
+    time.start();
+    if (!page.status) {
+        return page;
+    }
+    if (isFew) {
+        (void)search(u"event INDEXED BY event_station"_s, u"+"_s + byNumber, low, high, {});
+        low = high;
+    }
+    // What the index does not hold, part by part: who asked sees soon what there is, and asks on.
+    const qint64 unindexedAbove = trigrams.isEmpty() ? low : std::max(low, indexed);
+    while (page.status && page.rows.size() < limit && high > unindexedAbove) {
+        const qint64 above = std::max(unindexedAbove, high - numbersOfAPart);
+        (void)search(u"event"_s, byNumber, above, high, {});
+        high = above;
+        if (time.elapsed() > longestSearch && page.rows.size() < limit && high > low) {
+            page.next = RecordKey{0, high + 1};
+            return page;
+        }
+    }
+    if (page.status && page.rows.size() < limit && high > low) {
+        (void)search(u"event_text CROSS JOIN event ON event.id = event_text.rowid"_s,
+                     u"event_text MATCH ? AND event_text.rowid > ? AND event_text.rowid <= ?"_s, low, high,
+                     {trigrams});
+    }
     if (page.rows.size() == limit) {
         page.next = RecordKey{page.rows.last().at, page.rows.last().id};
     }

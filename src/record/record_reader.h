@@ -104,7 +104,9 @@ public:
     /// The value of a setting; nothing when there is none.
     Status setting(const QString &name, std::optional<QString> &value);
 
-    /// A page of at most `limit` events, from the newest or from where another page ended.
+    /// A page of at most `limit` events, from the newest or from where another page ended: in the order of
+    /// their times, those with a text in the order of their numbers. One may be shorter, or empty, and yet
+    /// have a next: where all events must be looked at, that is done part by part.
     EventPage findEvents(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
     AlarmPage findAlarms(const AlarmFilter &filter, const std::optional<RecordKey> &after, int limit);
 
@@ -126,6 +128,8 @@ public:
     qint64 dataVersion();
 
 private:
+    EventPage eventsByTime(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
+    EventPage eventsByText(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
     /// Carries out a statement and hands over its rows until `take` gives false.
     Status each(const QString &statement, const QVariantList &values,
                 const std::function<bool(const QSqlQuery &)> &take);

@@ -54,6 +54,7 @@ struct RecordWriter::Connection
     RecordDatabase database;
     std::optional<RowWriting> writing;
     bool again = false; ///< a commit failed
+    BackgroundWork background;
 
     Status open(const QString &path)
     {
@@ -94,6 +95,19 @@ struct RecordWriter::Connection
         return Status::done();
     }
 
+    bool step(const QString &path, const std::optional<Retention> &retention, Status &done)
+    {
+        if (retention) {
+            background.setRetention(*retention);
+        }
+        done = open(path);
+        const bool hasMore = !done || background.step(database, done);
+        if (!done) {
+            (void)refused();
+        }
+        return hasMore;
+    }
+
     /// The next try begins with a new connection: after an error of the disk this one may not know what
     /// stands there.
     Status refused()
@@ -114,8 +128,11 @@ RecordWriter::RecordWriter(QString path, const OpenedRecord &opened, Timers &tim
       m_most(most),
       m_lastEvent(opened.lastEvent),
       m_lastAlarm(opened.lastAlarm),
+      m_workTimer(timers.create()),
       m_connection(std::make_unique<Connection>())
-{}
+{
+    workLater(restDelay);
+}
 
 RecordWriter::~RecordWriter()
 {
@@ -146,8 +163,8 @@ void RecordWriter::add(RecordRow row)
 void RecordWriter::flush()
 {
     m_timer->stop();
-    m_isDue = m_isWriting;
-    if (!m_isWriting && !m_waiting.empty()) {
+    m_isDue = m_isBusy;
+    if (!m_isBusy && !m_waiting.empty()) {
         write();
     }
 }
@@ -176,24 +193,25 @@ void RecordWriter::leaveOut()
     });
 }
 
-void RecordWriter::write()
+void RecordWriter::thinOut(Retention retention)
 {
-    m_isWriting = true;
-    m_isWritten = false;
-    m_inHand = std::exchange(m_waiting, {});
-    m_waitingBytes = 0;
-    m_lastInHand = m_addedCount;
-    m_thread.start([this] {
-        m_kept = m_connection->open(m_path);
-        if (m_kept) {
-            m_kept = m_connection->write(m_inHand);
-        }
-        m_isWritten = true;
+    m_retention = std::move(retention);
+    workLater(restDelay);
+}
+
+void RecordWriter::begin(std::function<void()> job, bool isWriting)
+{
+    m_isBusy = true;
+    m_isWriting = isWriting;
+    m_hasEnded = false;
+    m_thread.start([this, isWriting, job = std::move(job)] {
+        job();
+        m_hasEnded = true;
         QMetaObject::invokeMethod(
             &m_receiver,
-            [this] {
+            [this, isWriting] {
                 collect();
-                if (m_settled) { // never from inside a call of the owner's
+                if (isWriting && m_settled) { // never from inside a call of the owner's
                     m_settled();
                 }
             },
@@ -201,23 +219,83 @@ void RecordWriter::write()
     });
 }
 
+void RecordWriter::write()
+{
+    m_inHand = std::exchange(m_waiting, {});
+    m_waitingBytes = 0;
+    m_lastInHand = m_addedCount;
+    begin(
+        [this] {
+            m_kept = m_connection->open(m_path);
+            if (m_kept) {
+                m_kept = m_connection->write(m_inHand);
+            }
+        },
+        true);
+}
+
+void RecordWriter::workLater(Milliseconds delay)
+{
+    m_hasWork = true;
+    if (!m_workTimer->isRunning()) {
+        m_workTimer->start(delay, [this] { work(); });
+    }
+}
+
+void RecordWriter::work()
+{
+    m_isWorkDue = m_isBusy;
+    if (!m_isBusy) {
+        begin(
+            [this, retention = std::exchange(m_retention, {})] {
+                m_hasMoreWork = m_connection->step(m_path, retention, m_worked);
+            },
+            false);
+    }
+}
+
 void RecordWriter::settle()
 {
     m_thread.wait();
     m_isDue = false;
+    if (std::exchange(m_isWorkDue, false)) {
+        workLater(stepDelay);
+    }
     collect();
 }
 
 void RecordWriter::collect()
 {
-    if (!m_isWriting || !m_isWritten) { // the report of one that was waited for
+    if (!m_isBusy || !m_hasEnded) { // the report of one that was waited for
         return;
     }
     m_thread.wait(); // it has reported, but may not be free for the next job yet
-    m_isWriting = false;
+    m_isBusy = false;
+    if (m_isWriting) {
+        collectRows();
+    } else if (m_hasMoreWork) {
+        workLater(m_worked ? stepDelay : retryDelay);
+    } else {
+        m_hasWork = m_workTimer->isRunning();
+    }
+    const QString told = isFailing() ? m_trouble : m_worked.message();
+    if (told != std::exchange(m_told, told)) {
+        m_troubleChanged(told);
+    }
+    if (std::exchange(m_isDue, false)) {
+        flush();
+    }
+    if (!m_isBusy && std::exchange(m_isWorkDue, false)) {
+        work();
+    }
+}
+
+void RecordWriter::collectRows()
+{
     if (m_kept) {
         m_onDiskCount = m_lastInHand;
         m_inHand.clear();
+        workLater(restDelay);
     } else {
         for (const RecordRow &row : m_inHand) {
             m_waitingBytes += bytesOf(row);
@@ -228,21 +306,9 @@ void RecordWriter::collect()
         if (m_waitingBytes > m_most) {
             leaveOut();
         }
-    }
-    ended(m_kept);
-    if (std::exchange(m_isDue, false)) {
-        flush();
-    }
-}
-
-void RecordWriter::ended(const Status &kept)
-{
-    if (!kept) {
         m_timer->start(retryDelay, [this] { flush(); });
     }
-    if (kept.message() != std::exchange(m_trouble, kept.message())) {
-        m_troubleChanged(m_trouble);
-    }
+    m_trouble = m_kept.message();
 }
 
 } // namespace ktr

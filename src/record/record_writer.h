@@ -2,13 +2,14 @@
 
 #include "platform/timers.h"
 #include "platform/worker_thread.h"
+#include "record/background_work.h"
 #include "record/record_file.h"
 #include "record/record_rows.h"
 
 #include <QObject>
 
 #include <atomic>
-#include <deque>
+#include <optional>
 
 namespace ktr {
 
@@ -21,6 +22,10 @@ public:
     static constexpr Milliseconds longestDelay{10};
     /// What the disk refused is tried again after this time.
     static constexpr Milliseconds retryDelay{500};
+    /// What has time, such as the index of texts, is done step by step, the first one so long after rows were
+    /// written and the next ones after so long each.
+    static constexpr Milliseconds restDelay{200};
+    static constexpr Milliseconds stepDelay{20};
     /// About so many bytes of rows wait while the disk refuses them.
     static constexpr qint64 mostWaiting = qint64{256} << 20;
 
@@ -55,13 +60,22 @@ public:
     /// Whether the disk refused rows, and still does.
     bool isFailing() const { return !m_trouble.isEmpty(); }
 
+    /// Removes what may go because of its age, little by little. What was asked for before and is not done
+    /// yet is left.
+    void thinOut(Retention retention);
+    /// Whether there is nothing more to be indexed or thinned out.
+    bool isAtRest() const { return !m_hasWork && !m_isBusy; }
+
 private:
     struct Connection;
 
     void write();
+    void work();
+    void workLater(Milliseconds delay);
+    void begin(std::function<void()> job, bool isWriting);
     void settle();
     void collect();
-    void ended(const Status &kept);
+    void collectRows();
     void leaveOut();
 
     QString m_path;
@@ -76,16 +90,25 @@ private:
     quint64 m_onDiskCount = 0;
     quint64 m_leftOutCount = 0;
     std::function<void()> m_settled;
-    QString m_trouble;
+    QString m_trouble; ///< why rows could not be written
+    QString m_told;
 
-    // While m_isWriting is set, the thread alone uses these.
-    bool m_isWriting = false;
-    bool m_isDue = false; ///< the time to write came meanwhile
+    bool m_hasWork = true; ///< something to be done that has time; a record may come with some
+    std::unique_ptr<OneShotTimer> m_workTimer;
+    std::optional<Retention> m_retention; ///< to be handed to the thread
+
+    // While m_isBusy is set, the thread alone uses what follows.
+    bool m_isBusy = false;
+    bool m_isWriting = false;   ///< and not at a step of what has time
+    bool m_isDue = false;       ///< the time to write came meanwhile
+    bool m_isWorkDue = false;   ///< the time for such a step came meanwhile
+    bool m_hasMoreWork = false; ///< what the step gave
+    Status m_worked = Status::done();
     std::unique_ptr<Connection> m_connection;
     std::vector<RecordRow> m_inHand;
     quint64 m_lastInHand = 0; ///< addedCount() at the end of it
     Status m_kept = Status::done();
-    std::atomic<bool> m_isWritten = false;
+    std::atomic<bool> m_hasEnded = false;
     QObject m_receiver; ///< of the thread's reports, on the owner's thread
     WorkerThread m_thread;
 };

@@ -22,6 +22,9 @@ const QList<QStringList> &steps()
             // Each ends with the id, by which rows of the same time are in order.
             u"CREATE INDEX event_at ON event(at)"_s,
             u"CREATE INDEX event_station ON event(station, at) WHERE station IS NOT NULL"_s,
+            // Few are of these kinds, and few are an operator's.
+            u"CREATE INDEX event_rare ON event(at) WHERE kind >= 10"_s,
+            u"CREATE INDEX event_operator ON event(operator, at) WHERE operator IS NOT NULL"_s,
             u"CREATE INDEX event_alarm ON event(alarm) WHERE alarm IS NOT NULL"_s,
             u"CREATE VIRTUAL TABLE event_text USING fts5(text, content='event', content_rowid='id',"
             " tokenize='trigram', detail='none', columnsize=0)"_s,

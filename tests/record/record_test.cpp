@@ -1,8 +1,10 @@
+#include "record/record_care.h"
 #include "record/record_queries.h"
 #include "record/record_writer.h"
 #include "support/manual_timers.h"
+#include "support/test_files.h"
 
-#include <QCoreApplication>
+#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -25,7 +27,10 @@ class RecordTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_folder = std::make_unique<QTemporaryDir>();
+        // In memory where that can be: thousands of commits are waited for.
+        const QString inMemory = u"/dev/shm"_s;
+        const QString place = QFileInfo(inMemory).isWritable() ? inMemory : QDir::tempPath();
+        m_folder = std::make_unique<QTemporaryDir>(place + u"/record_test-"_s);
         m_path = m_folder->filePath(u"a record.db"_s);
     }
 
@@ -97,6 +102,172 @@ private Q_SLOTS:
             ask(&b, 10 * limit);
         }
         QTRY_COMPARE(answers, QList({4, 40}));
+    }
+
+    /// With all texts in the index, with none and with some; by pages, each row once.
+    void aSearchFindsWhatIsThere_data()
+    {
+        QTest::addColumn<int>("indexed");
+        for (const int indexed : {0, 1000, 2000}) {
+            QTest::addRow("%d", indexed) << indexed;
+        }
+    }
+    void aSearchFindsWhatIsThere()
+    {
+        QFETCH(int, indexed);
+        const QStringList texts{u"M,Pump 1 fail"_s,   u"M,PUMP 2 ok"_s, u"100%"_s,           u"a_b"_s,
+                                u"say \"no\" pump"_s, u"Störung"_s,     u"日本語🙂x"_s, u""_s};
+        QList<EventRow> rows;
+        auto writer = opened();
+        for (int i = 1; i <= 2000; ++i) {
+            EventRow row = said(i, texts[i * 7 % texts.size()], i % 5);
+            row.at -= i % 11 * 5000; // the clock was set back
+            row.kind = i % 3 == 0   ? EventKind::Values
+                       : i % 4 == 0 ? EventKind::Commented
+                                    : EventKind::Notification;
+            row.operatorName = i % 50 == 0 ? u"op"_s : QString();
+            rows += row;
+            writer->add(row);
+            if (i == indexed || i == 2000) {
+                QVERIFY(writer->flushNow());
+                for (int step = 0; i == indexed && !writer->isAtRest(); ++step) {
+                    m_timers.advance(RecordWriter::restDelay);
+                    QVERIFY(writer->flushNow());
+                }
+            }
+        }
+        RecordReader reader(m_path);
+        for (const QString &text :
+             {u""_s, u"pump"_s, u"1 FAIL"_s, u"0%"_s, u"00%"_s, u"a_b"_s, u"_b"_s, u"\"no\" p"_s, u"ör"_s,
+              u"örung"_s, u"本語🙂"_s, u"語🙂"_s, u"nowhere"_s}) {
+            for (const EventFilter &filter :
+                 {EventFilter{.text = text}, EventFilter{.from = 500'000, .to = 900'000, .text = text},
+                  EventFilter{.stations = {2, 3}, .text = text},
+                  EventFilter{.kinds = {EventKind::Commented}, .text = text},
+                  EventFilter{.operatorName = u"op"_s, .text = text}}) {
+                QList<EventRow> expected;
+                std::ranges::copy_if(rows, std::back_inserter(expected), [&](const EventRow &row) {
+                    return (filter.from == 0 || row.at >= filter.from) &&
+                           (filter.to == 0 || row.at < filter.to) &&
+                           (filter.stations.isEmpty() || filter.stations.contains(row.station)) &&
+                           (filter.kinds.isEmpty() || filter.kinds.contains(row.kind)) &&
+                           (filter.operatorName.isEmpty() || row.operatorName == filter.operatorName) &&
+                           (text.isEmpty() || (searchableKinds().contains(row.kind) &&
+                                               row.text.contains(text, Qt::CaseInsensitive)));
+                });
+                std::ranges::sort(expected, std::greater(), [&](const EventRow &row) {
+                    return std::pair(text.isEmpty() ? row.at : 0, row.id);
+                });
+                QList<EventRow> found;
+                EventPage page;
+                do {
+                    page = reader.findEvents(filter, page.next, 37);
+                    QVERIFY2(page.status, qPrintable(page.status.message()));
+                    found += page.rows;
+                } while (page.next);
+                QVERIFY2(found == expected,
+                         qPrintable(u"%1: %2 of %3"_s.arg(text).arg(found.size()).arg(expected.size())));
+            }
+        }
+    }
+
+    void whatIsOldGoesButWhatIsStillNeeded()
+    {
+        auto writer = opened();
+        for (int i = 1; i <= 1500; ++i) {
+            EventRow row = said(i, u"M,%1 fail"_s.arg(i));
+            row.alarm = i == 5 ? 1 : i == 6 ? 2 : 0;
+            row.kind = i % 2 == 0 ? EventKind::Notification : EventKind::OtherMessage;
+            writer->add(row);
+            writer->add(HistoryRow{i % 2, i % 3, 1000 * i, u"%1"_s.arg(i), u"-"_s});
+        }
+        writer->add(ListFileRow{u"c"_s, 1400, 0});
+        writer->add(AlarmRow{.id = 1, .first = 1});
+        writer->add(AlarmRow{.id = 2, .first = 1, .acknowledged = 2, .over = 3});
+        QVERIFY(writer->flushNow());
+        QTRY_VERIFY((m_timers.advance(RecordWriter::restDelay), writer->isAtRest()));
+        writer->thinOut(
+            {.history = 1'000'001,
+             .alarms = 5,
+             .events = {{EventKind::Notification, 1'450'000}, {EventKind::OtherMessage, 1'000'000}}});
+        QTRY_VERIFY((m_timers.advance(RecordWriter::restDelay), writer->isAtRest()));
+        RecordReader reader(m_path);
+        QList<qint64> left;
+        for (const EventRow &row : reader.findEvents({.text = u"fail"_s}, {}, 2000).rows) {
+            left.prepend(row.id);
+        }
+        QList<qint64> expected{5};
+        for (int i = 1001; i <= 1500; ++i) {
+            if (i % 2 != 0 || i > 1400) {
+                expected += i;
+            }
+        }
+        QCOMPARE(left, expected);
+        QCOMPARE(reader.findAlarms({}, {}, 9).rows.size(), 1);
+        qint64 history = 0;
+        QVERIFY(reader.count(u"history"_s, history));
+        QCOMPARE(history, 500);
+        double sum = 0;
+        QVERIFY(reader.curve(1, 1, 0, 10'000'000, HistoryLevel::Hour, [&](const HistoryPoint &point) {
+            sum += point.first->mean * static_cast<double>(point.count);
+            QVERIFY(!point.second);
+        }));
+        QCOMPARE(sum, 103'667.); // 1003, 1009 and so on to 1495
+        const QString copy = m_folder->filePath(u"copy.db"_s);
+        QVERIFY(backUpRecord(m_path, copy));
+        QVERIFY(!backUpRecord(m_path, copy));
+        const RecordCheck check = checkRecord(copy);
+        QVERIFY(check.status && check.faults.isEmpty());
+        QVERIFY(check.rows.contains(std::pair(u"event"_s, qint64{expected.size()})));
+    }
+
+    void whatCannotBeARecordIsRefusedByName()
+    {
+        QVERIFY(opened()->flushNow());
+        const auto damage = [this](const QStringList &statements) {
+            RecordDatabase database;
+            QVERIFY(database.open(m_path, RecordDatabase::Use::Create));
+            QVERIFY(database.execute(statements));
+        };
+        damage({u"UPDATE setting SET value = '99' WHERE name = 'schema'"_s});
+        QVERIFY(openRecord(m_path).status.message().startsWith(m_path + u": was written by a newer"_s));
+        m_path = m_folder->filePath(u"other.db"_s);
+        damage({u"CREATE TABLE x(y)"_s});
+        QVERIFY(openRecord(m_path).status.message().contains(u"another program"_s));
+        QVERIFY(openRecord(m_folder->path()).status.message().startsWith(m_folder->path()));
+    }
+
+    /// Pages of tables and indices, and the file's head.
+    void aDamagedRecordIsKeptAsideAndWhatCanBeReadIsSaved()
+    {
+        constexpr int count = 3000;
+        {
+            auto writer = opened();
+            for (int i = 1; i <= count; ++i) {
+                writer->add(said(i, u"a text of some length, number %1"_s.arg(i)));
+                writer->add(HistoryRow{i % 3 + 1, i % 18 + 1, i, u"1"_s, u"2"_s});
+            }
+        }
+        const QByteArray sound =
+            test::contentOf(m_path).replace(QByteArrayLiteral("open0"), QByteArrayLiteral("open1"));
+        constexpr qsizetype page = 4096;
+        for (qsizetype at = 0; at < sound.size(); at += 11 * page) {
+            init();
+            QByteArray damaged = sound;
+            damaged.replace(at, page, QByteArray(page, at % (2 * page) == 0 ? '\xA5' : '\0'));
+            QVERIFY(test::writeFile(m_path, damaged));
+            const OpenedRecord record = openRecord(m_path);
+            const QByteArray where = QByteArray::number(at) + ' ' + record.status.message().toUtf8();
+            QVERIFY2(record.status, where);
+            RecordReader reader(m_path);
+            qint64 events = 0;
+            qint64 history = 0;
+            QVERIFY2(reader.count(u"event"_s, events) && reader.count(u"history"_s, history), where);
+            QVERIFY2(QFile::exists(record.keptAside) && checkRecord(m_path).faults.isEmpty(), where);
+            constexpr qint64 rowsOfAPage = 300;
+            QVERIFY2(at == 0 || events + history > 2 * count - rowsOfAPage, where);
+            QCOMPARE(record.lost.isEmpty(), events + history == 2 * count);
+        }
     }
 
 private:

@@ -8,8 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 
-#include <algorithm>
-
 namespace ktr {
 
 Status NodesFile::load(const std::function<bool(const StoredNode &)> &take,
@@ -98,45 +96,6 @@ QString listLockPath(const QString &nodesPath)
     const QFileInfo link(nodesPath);
     const QFileInfo info(link.exists() ? link.canonicalFilePath() : nodesPath);
     return info.absolutePath() + u'/' + info.completeBaseName() + QLatin1String(".lock");
-}
-
-namespace {
-
-QString numbered(const QString &path, int n)
-{
-    const QFileInfo info(path);
-    return info.absolutePath() + u'/' + info.completeBaseName() + QStringLiteral(" (%1).").arg(n) +
-           info.suffix();
-}
-
-/// The first number that is free for all of them.
-int freeNumber(const QStringList &paths)
-{
-    int n = 1;
-    while (std::ranges::any_of(paths,
-                               [&](const QString &path) { return QFileInfo::exists(numbered(path, n)); })) {
-        ++n;
-    }
-    return n;
-}
-
-} // namespace
-
-Status keepCopyAside(const QString &path, const QByteArray &content)
-{
-    return replaceFile(numbered(path, freeNumber({path})), content);
-}
-
-Status keepAside(const QStringList &paths)
-{
-    const int n = freeNumber(paths);
-    for (const QString &path : paths) {
-        QFile file(path);
-        if (file.exists() && !file.rename(numbered(path, n))) {
-            return fileFailure(path, file.errorString());
-        }
-    }
-    return Status::done();
 }
 
 } // namespace ktr

@@ -67,10 +67,4 @@ private:
 /// The file that names who uses a list, and that is locked meanwhile.
 QString listLockPath(const QString &nodesPath);
 
-/// Renames files so that others can take their places: "nodes.xml" to "nodes (1).xml" or the next number that
-/// is free for all of them. Those that do not exist are passed over.
-Status keepAside(const QStringList &paths);
-/// Keeps a copy of a file's content aside under such a name.
-Status keepCopyAside(const QString &path, const QByteArray &content);
-
 } // namespace ktr

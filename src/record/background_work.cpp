@@ -1,0 +1,194 @@
+#include "record/background_work.h"
+
+#include "record/record_sql.h"
+
+namespace ktr {
+
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int rowsOfAStep = 500;
+
+QSqlQuery *carriedOut(RecordDatabase &database, const QString &statement, const QVariantList &values)
+{
+    QSqlQuery *query = database.prepared(statement);
+    if (query == nullptr) {
+        return nullptr;
+    }
+    for (int place = 0; place < values.size(); ++place) {
+        query->bindValue(place, values[place]);
+    }
+    return database.run(*query) ? query : nullptr;
+}
+
+/// The rows that a statement gives.
+bool rowsOf(RecordDatabase &database, const QString &statement, const QVariantList &values,
+            QList<QVariantList> &rows, int columns)
+{
+    QSqlQuery *query = carriedOut(database, statement, values);
+    if (query == nullptr) {
+        return false;
+    }
+    while (query->next()) {
+        QVariantList row;
+        for (int column = 0; column < columns; ++column) {
+            row += query->value(column);
+        }
+        rows += row;
+    }
+    const bool isWhole = database.wasReadToItsEnd(*query);
+    query->finish();
+    return isWhole;
+}
+
+} // namespace
+
+void BackgroundWork::setRetention(Retention retention)
+{
+    m_thinning.clear();
+    if (retention.values != 0) {
+        m_thinning.push_back({u"value"_s, retention.values});
+    }
+    if (retention.history != 0) {
+        m_thinning.push_back({u"history"_s, retention.history});
+    }
+    for (const auto &[kind, before] : retention.events) {
+        if (before != 0) {
+            m_thinning.push_back({u"event"_s, before, static_cast<int>(kind)});
+        }
+    }
+    if (retention.alarms != 0) {
+        m_thinning.push_back({u"alarm"_s, retention.alarms});
+    }
+}
+
+bool BackgroundWork::step(RecordDatabase &database, Status &status)
+{
+    bool hasMore = false;
+    bool isDone = database.begin() && indexTexts(database, hasMore);
+    std::deque<Table> thinning = m_thinning;
+    if (isDone && !hasMore && !thinning.empty()) {
+        bool tableHasMore = false;
+        isDone = thinOut(database, thinning.front(), tableHasMore);
+        if (!tableHasMore) {
+            thinning.pop_front();
+        }
+        hasMore = !thinning.empty();
+    }
+    isDone = isDone && database.commit();
+    if (!isDone) {
+        status = database.failure();
+        database.rollBack();
+        return true;
+    }
+    m_thinning = std::move(thinning);
+    status = Status::done();
+    return hasMore;
+}
+
+bool BackgroundWork::indexTexts(RecordDatabase &database, bool &hasMore)
+{
+    QList<QVariantList> numbers;
+    if (!rowsOf(database, u"SELECT coalesce("_s + searchableUpto + u", 0), coalesce(max(id), 0) FROM event"_s,
+                {}, numbers, 2)) {
+        return false;
+    }
+    const qint64 begin = numbers[0][0].toLongLong();
+    const qint64 end = std::min(begin + rowsOfAStep, numbers[0][1].toLongLong());
+    if (begin >= end) {
+        return true;
+    }
+    hasMore = end < numbers[0][1].toLongLong();
+    return carriedOut(database,
+                      u"INSERT INTO event_text(rowid, text) SELECT id, text FROM event"
+                      " WHERE id > ? AND id <= ? AND +kind IN "_s +
+                          listOf(searchableKinds()),
+                      {begin, end}) != nullptr &&
+           carriedOut(database, u"INSERT OR REPLACE INTO setting(name, value) VALUES('searchable', ?)"_s,
+                      {QString::number(end)}) != nullptr;
+}
+
+bool BackgroundWork::thinOut(RecordDatabase &database, Table &table, bool &hasMore)
+{
+    return table.name == u"event"   ? thinEvents(database, table, hasMore)
+           : table.name == u"alarm" ? thinAlarms(database, table, hasMore)
+                                    : thinChannels(database, table, hasMore);
+}
+
+bool BackgroundWork::thinEvents(RecordDatabase &database, Table &table, bool &hasMore)
+{
+    if (table.at.isEmpty()) {
+        table.at = {qint64{0}, qint64{0}};
+    }
+    // Events that a list file does not hold yet are needed to bring it up to date.
+    QList<QVariantList> rows;
+    if (!rowsOf(database,
+                u"SELECT at, id, kind, text, id <= coalesce("_s + searchableUpto +
+                    u", 0), id <= coalesce((SELECT upto FROM list_file ORDER BY id DESC LIMIT 1), 0) AND"
+                    " NOT EXISTS (SELECT 1 FROM alarm WHERE alarm.id = event.alarm AND"
+                    " (acknowledged IS NULL OR over IS NULL)) FROM event"
+                    " WHERE (at, id) > (?, ?) AND at < ? ORDER BY at, id LIMIT ?"_s,
+                table.at + QVariantList{table.before, rowsOfAStep}, rows, 6)) {
+        return false;
+    }
+    hasMore = rows.size() == rowsOfAStep;
+    for (const QVariantList &row : rows) {
+        if (row[2].toInt() != table.kind || !row[5].toBool()) {
+            continue;
+        }
+        if (row[4].toBool() && searchableKinds().contains(static_cast<EventKind>(table.kind)) &&
+            carriedOut(database, u"INSERT INTO event_text(event_text, rowid, text) VALUES('delete', ?, ?)"_s,
+                       {row[1], row[3]}) == nullptr) {
+            return false;
+        }
+        if (carriedOut(database, u"DELETE FROM event WHERE id = ?"_s, {row[1]}) == nullptr) {
+            return false;
+        }
+    }
+    if (!rows.isEmpty()) {
+        table.at = {rows.last()[0], rows.last()[1]};
+    }
+    return true;
+}
+
+bool BackgroundWork::thinAlarms(RecordDatabase &database, Table &table, bool &hasMore)
+{
+    QSqlQuery *query = carriedOut(database,
+                                  u"DELETE FROM alarm WHERE id IN (SELECT id FROM alarm WHERE first < ? AND"
+                                  " acknowledged IS NOT NULL AND over IS NOT NULL ORDER BY first LIMIT ?)"_s,
+                                  {table.before, rowsOfAStep});
+    hasMore = query != nullptr && query->numRowsAffected() == rowsOfAStep;
+    return query != nullptr;
+}
+
+/// One channel after the other, since their rows are in the order of channels.
+bool BackgroundWork::thinChannels(RecordDatabase &database, Table &table, bool &hasMore)
+{
+    const auto withName = [&](const QString &statement) -> QString { return statement.arg(table.name); };
+    if (table.at.isEmpty()) {
+        table.at = {qint64{-1}, 0};
+    }
+    QList<QVariantList> next;
+    if (!rowsOf(database,
+                withName(u"SELECT station, channel FROM %1 WHERE (station, channel) > (?, ?)"
+                         " ORDER BY station, channel LIMIT 1"_s),
+                table.at, next, 2)) {
+        return false;
+    }
+    if (next.isEmpty()) {
+        return true;
+    }
+    hasMore = true;
+    QSqlQuery *query =
+        carriedOut(database,
+                   withName(u"DELETE FROM %1 WHERE station = ? AND channel = ? AND at IN (SELECT at FROM %1"
+                            " WHERE station = ? AND channel = ? AND at < ? ORDER BY at LIMIT ?)"_s),
+                   next[0] + next[0] + QVariantList{table.before, rowsOfAStep});
+    if (query != nullptr && query->numRowsAffected() < rowsOfAStep) {
+        table.at = next[0];
+    }
+    return query != nullptr;
+}
+
+} // namespace ktr

@@ -1,0 +1,94 @@
+#include "record/record_care.h"
+
+#include "platform/files.h"
+#include "record/schema.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+
+namespace ktr {
+
+using namespace Qt::StringLiterals;
+
+Status backUpRecord(const QString &path, const QString &to)
+{
+    if (QFileInfo::exists(to)) {
+        return fileFailure(to, QCoreApplication::translate("Record", "is there already"));
+    }
+    RecordDatabase database;
+    if (Status opened = database.open(path, RecordDatabase::Use::Read); !opened) {
+        return opened;
+    }
+    const QFileInfo file(to);
+    const QString begun = file.absolutePath() + u"/."_s + file.fileName() + u".begun"_s;
+    QFile::remove(begun);
+    QFile copy;
+    Status status = openOwnersFile(copy, begun); // the library takes one that is empty
+    if (!status) {
+        return status;
+    }
+    QSqlQuery *query = database.prepared(u"VACUUM INTO ?"_s);
+    if (query != nullptr) {
+        query->bindValue(0, begun);
+    }
+    if (query == nullptr || !database.run(*query)) {
+        status = fileFailure(to, database.failure().message());
+    } else if (!flushToDisk(copy.handle())) {
+        status = fileFailure(to, QCoreApplication::translate("Record", "is not known to be on the disk"));
+    }
+    copy.close();
+    if (status && !QFile::rename(begun, to)) {
+        status = fileFailure(to, QCoreApplication::translate("Record", "could not be put there"));
+    }
+    if (!status) {
+        QFile::remove(begun);
+    }
+    return status;
+}
+
+RecordCheck checkRecord(const QString &path)
+{
+    RecordCheck result;
+    RecordDatabase database;
+    result.status = database.open(path, RecordDatabase::Use::Read);
+    if (!result.status) {
+        return result;
+    }
+    const auto each = [&](const QString &statement, const auto &take) {
+        QSqlQuery *query = database.prepared(statement);
+        if (query == nullptr || !database.run(*query)) {
+            result.faults += database.failure().message();
+            return;
+        }
+        while (query->next()) {
+            take(*query);
+        }
+        if (!database.wasReadToItsEnd(*query)) {
+            result.faults += database.failure().message();
+        }
+        query->finish();
+    };
+    each(u"PRAGMA integrity_check"_s, [&](const QSqlQuery &row) {
+        if (const QString said = row.value(0).toString(); said != u"ok"_s) {
+            result.faults += said;
+        }
+    });
+    result.schema = schemaOf(database);
+    if (result.schema < 0) {
+        result.faults += database.failure().message();
+        return result;
+    }
+    QStringList tables;
+    each(
+        u"SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'event_text%' ORDER BY name"_s,
+        [&](const QSqlQuery &row) { tables += row.value(0).toString(); });
+    for (const QString &table : tables) {
+        each(u"SELECT count(*) FROM "_s + table, [&](const QSqlQuery &row) {
+            result.rows.append({table, row.value(0).toLongLong()});
+        });
+    }
+    return result;
+}
+
+} // namespace ktr

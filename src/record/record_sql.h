@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace ktr {
+
+/// Up to which event texts are in the index; NULL when none is.
+inline const QString searchableUpto =
+    QStringLiteral("(SELECT CAST(value AS INTEGER) FROM setting WHERE name = 'searchable')");
+
+/// Numbers as a statement has them behind IN.
+inline QString listOf(const auto &numbers)
+{
+    QStringList texts;
+    for (const auto number : numbers) {
+        texts += QString::number(static_cast<qint64>(number));
+    }
+    return u'(' + texts.join(u',') + u')';
+}
+
+} // namespace ktr
