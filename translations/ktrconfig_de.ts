@@ -560,6 +560,41 @@
         <source>is a link</source>
         <translation>ist eine Verknüpfung</translation>
     </message>
+    <message>
+        <source>there is no element</source>
+        <translation>es gibt kein Element</translation>
+    </message>
+    <message>
+        <source>a comment or another section has no end</source>
+        <translation>ein Kommentar oder ein anderer Abschnitt hat kein Ende</translation>
+    </message>
+    <message>
+        <source>an attribute cannot be read</source>
+        <translation>ein Attribut ist nicht zu lesen</translation>
+    </message>
+    <message>
+        <source>an element has no end, or another one&apos;s</source>
+        <translation>ein Element hat kein Ende oder das eines anderen</translation>
+    </message>
+    <message>
+        <source>the memory does not suffice</source>
+        <translation>der Speicher reicht nicht</translation>
+    </message>
+    <message>
+        <source>what stands there is no element</source>
+        <translation>was dort steht, ist kein Element</translation>
+    </message>
+</context>
+<context>
+    <name>OutsideTexts</name>
+    <message>
+        <source>%1… [%2 characters left out] …%3</source>
+        <translation>%1… [%2 Zeichen ausgelassen] …%3</translation>
+    </message>
+    <message>
+        <source>… and %1 lines more</source>
+        <translation>… und %1 weitere Zeilen</translation>
+    </message>
 </context>
 <context>
     <name>Printing</name>

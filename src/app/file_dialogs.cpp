@@ -2,6 +2,7 @@
 
 #include "platform/helper_program.h"
 #include "platform/settings_store.h"
+#include "platform/text_rules.h"
 
 #include <QEventLoop>
 #include <QFileDialog>
@@ -24,10 +25,11 @@ const QLatin1String section("Filename");
 const QLatin1String key("LastSelectedFilename");
 
 /// A proposal comes from free text; it must not lead into another folder.
-QString asFileName(QString text)
+QString asFileName(const QString &text)
 {
     static const QRegularExpression forbidden(QStringLiteral(R"([/\\:*?"<>|\x00-\x1f])"));
-    return text.replace(forbidden, QLatin1String("_"));
+    constexpr qsizetype longest = 100; // file systems take 255 bytes
+    return firstCharacters(text, longest).replace(forbidden, QLatin1String("_"));
 }
 
 } // namespace

@@ -2,6 +2,8 @@
 
 #include "link/conversation_log.h"
 #include "look/lamp.h"
+#include "look/outside_texts.h"
+#include "platform/text_rules.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -54,7 +56,8 @@ void StatusLine::tell(const QString &line)
 
 void StatusLine::elide()
 {
-    const QString line = m_lastEvent.simplified();
+    constexpr qsizetype widest = 1000; // characters, more than any screen shows
+    const QString line = firstCharacters(m_lastEvent, widest).simplified();
     m_event->setText(m_event->fontMetrics().elidedText(line, Qt::ElideRight, m_event->width()));
 }
 
@@ -100,7 +103,7 @@ void StatusLine::resizeEvent(QResizeEvent *event)
 void StatusLine::applyTexts()
 {
     constexpr int widest = 160; // pixels; the tool tip has all of it
-    const QString command = logText(m_waitingCommand);
+    const QString command = shortenedLine(logText(m_waitingCommand));
     QString shown = m_waiting->fontMetrics().elidedText(command, Qt::ElideRight, widest);
     shown.replace(u'&', QLatin1String("&&"));
     m_waiting->setText(tr("Waiting: %1 – take back").arg(shown));

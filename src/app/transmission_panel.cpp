@@ -2,6 +2,7 @@
 
 #include "link/conversation_log.h"
 #include "link/problems.h"
+#include "look/outside_texts.h"
 
 #include <QEvent>
 #include <QHBoxLayout>
@@ -137,7 +138,8 @@ void TransmissionPanel::showRunning()
     const QString left = timeLeft(m_step);
     m_title->setText(tr("Transmitting the configuration: step %1 of %2").arg(m_step).arg(steps::last) +
                      (left.isEmpty() ? QString() : QStringLiteral(", ") + left));
-    showDetail(m_detail->fontMetrics().elidedText(logText(m_command), Qt::ElideRight, m_detail->width()));
+    showDetail(m_detail->fontMetrics().elidedText(shortenedLine(logText(m_command)), Qt::ElideRight,
+                                                  m_detail->width()));
 }
 
 void TransmissionPanel::showDetail(const QString &text)

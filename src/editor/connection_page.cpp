@@ -2,6 +2,7 @@
 
 #include "config/address.h"
 #include "look/lamp.h"
+#include "look/outside_texts.h"
 #include "look/wheel_guard.h"
 
 #include <QComboBox>
@@ -159,7 +160,7 @@ void ConnectionPage::showState()
 
 void ConnectionPage::addEvent(const QString &line)
 {
-    m_events->appendPlainText(line);
+    m_events->appendPlainText(shortenedLine(line));
 }
 
 } // namespace ktr

@@ -1,5 +1,7 @@
 #include "editor/entry_model.h"
 
+#include "platform/text_rules.h"
+
 #include <QApplication>
 #include <QPalette>
 #include <QStyle>
@@ -39,9 +41,11 @@ QVariant EntryModel::data(const QModelIndex &index, int role) const
     const EntryRow &row = m_rows[static_cast<std::size_t>(index.row())];
     const int column = index.column();
     const QString problem = m_problems.value(index.row());
+    constexpr qsizetype widestCell = 300; // the toolkit measures all of a text before it cuts it to its cell
     switch (role) {
     case Qt::DisplayRole:
-        return column == 0 ? QString::number(index.row() + 1) : row.cells.value(column - 1);
+        return column == 0 ? QString::number(index.row() + 1)
+                           : firstCharacters(row.cells.value(column - 1), widestCell);
     case Qt::ForegroundRole:
         return row.inUse ? QVariant() : QGuiApplication::palette().color(QPalette::PlaceholderText);
     case Qt::DecorationRole:

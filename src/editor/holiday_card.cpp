@@ -3,6 +3,7 @@
 #include "config/fields.h"
 #include "config/holiday_store.h"
 #include "look/field_width.h"
+#include "look/outside_texts.h"
 #include "platform/settings_store.h"
 #include "platform/text_rules.h"
 
@@ -78,7 +79,10 @@ void HolidayCard::applyTexts()
 
 void HolidayCard::showRecords()
 {
-    const QStringList &lines = holidays().lines();
+    QStringList lines = holidays().lines();
+    for (QString &line : lines) { // of a file it may be anything
+        line = shortenedLine(line);
+    }
     bool same = lines.size() == m_list->count();
     for (int row = 0; same && row < m_list->count(); ++row) {
         same = m_list->item(row)->text() == lines[row];

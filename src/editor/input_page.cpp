@@ -4,6 +4,7 @@
 #include "config/channels.h"
 #include "editor/striped_card.h"
 #include "look/field_width.h"
+#include "look/outside_texts.h"
 #include "platform/text_rules.h"
 
 #include <QCheckBox>
@@ -182,7 +183,9 @@ void InputPage::addOutputValue(int channel)
         const int output = channel - 13;
         addLine(fieldRef(&Configuration::outputValues, output, &OutputValue::analog), channel, ValueColumn);
         QLabel *unit = addUnit(indexed("lbl_ip_einheit", output), channel);
-        onRecords([this, unit, channel] { unit->setText(scalingOf(configuration(), channel)->unit); });
+        onRecords([this, unit, channel] {
+            unit->setText(shortenedLine(scalingOf(configuration(), channel)->unit));
+        });
     }
 }
 

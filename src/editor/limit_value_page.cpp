@@ -6,6 +6,7 @@
 #include "editor/combo_items.h"
 #include "editor/entry_chooser.h"
 #include "editor/limit_value_model.h"
+#include "look/outside_texts.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
@@ -344,8 +345,8 @@ void LimitValuePage::fillDefaults()
 void LimitValuePage::showUnits()
 {
     const LimitUnits units = limitUnits(configuration(), shown().channel, context().texts);
-    m_limitUnit->setText(units.limit);
-    m_hysteresisUnit->setText(units.hysteresis);
+    m_limitUnit->setText(shortenedLine(units.limit));
+    m_hysteresisUnit->setText(shortenedLine(units.hysteresis));
     const bool counts = channelMeasure(configuration(), shown().channel) == Measure::Pulses;
     m_delayMeaning->setText(counts ? countPerInterval : text(Text::DelayOfLimit));
 }
@@ -353,9 +354,9 @@ void LimitValuePage::showUnits()
 void LimitValuePage::showRecipients()
 {
     for (std::size_t index = 0; index < m_recipients.size(); ++index) {
-        QString caption = configuration().administrators[index].name;
+        QString caption = shortenedLine(configuration().administrators[index].name);
         m_recipients[index]->setText(caption.replace(u'&', QStringLiteral("&&")));
-        const QString described = administratorName(configuration(), index, context().texts);
+        const QString described = shortenedLine(administratorName(configuration(), index, context().texts));
         m_recipients[index]->setAccessibleName(described);
         m_recipients[index]->setToolTip(described);
     }

@@ -117,7 +117,7 @@ private:
     /// A message that continues the field's text.
     template <class Record> void add(const Record &record, QString Record::*member, const QString &message)
     {
-        add<Record>(member, u'"' + record.*member + QLatin1String("\" ") + message);
+        add<Record>(member, quotedInRemark(record.*member) + message);
     }
 
     /// The limit values, or other records, of which something holds.

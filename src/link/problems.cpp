@@ -44,7 +44,7 @@ void checkFields(const Configuration &configuration, const QLocale &locale, QLis
             if (!message.isEmpty()) {
                 const QString shown = field.secret ? QString(text.size(), u'*') : text;
                 problems.append({group.place(field.xmlName, index), field.control.forIndex(index), index,
-                                 u'"' + shown + QLatin1String("\" ") + message});
+                                 quotedInRemark(shown) + message});
             }
         }
     });
@@ -73,7 +73,7 @@ void checkHolidays(const HolidayList &holidays, QList<Problem> &problems)
                                   : QString();
         if (!fault.isEmpty()) {
             problems.append({QStringLiteral("Feiertag%1").arg(i), holidaysControl.forIndex(0), i,
-                             u'"' + line + QLatin1String("\" ") + fault});
+                             quotedInRemark(line) + fault});
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "look/message_dialog.h"
 
 #include "lang/text_table.h"
+#include "look/outside_texts.h"
 #include "look/program_name.h"
 
 #include <QApplication>
@@ -10,9 +11,11 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollBar>
 #include <QTimer>
 
 #include <algorithm>
@@ -45,14 +48,14 @@ constexpr int narrowestLabel = okFromRight; // the left margin and the space bes
 constexpr int widestLabel = twips(6300);
 constexpr int narrowestInput = twips(4200);
 constexpr int aboveInput = twips(120);
+constexpr QSize windowFrame(16, 56); // of the window manager, at most
 
-/// The size at which the text wraps sensibly. A word that is wider than that stays whole while it fits the
-/// screen.
-QSize wrappedSize(const QLabel &label, const QRect &screen)
+/// The size at which the text wraps sensibly. A word that is wider than that stays whole.
+QSize wrappedSize(const QLabel &label, QSize room)
 {
-    const QRect bounds(0, 0, std::min(widestLabel, screen.width() - widthAroundLabel), screen.height());
+    const QRect bounds(0, 0, std::min(widestLabel, room.width()), room.height());
     const QSize text = label.fontMetrics().boundingRect(bounds, Qt::TextWordWrap, label.text()).size();
-    const int width = std::min(std::max(text.width() + 1, narrowestLabel), screen.width() - widthAroundLabel);
+    const int width = std::max(text.width() + 1, narrowestLabel);
     return {width, std::max(text.height(), label.heightForWidth(width))};
 }
 
@@ -62,6 +65,7 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
     : QWidget(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint),
       m_kind(kind),
       m_label(new QLabel(this)),
+      m_scrolled(new QPlainTextEdit(this)),
       m_input(new QLineEdit(this)),
       m_ok(new QPushButton(texts.text(Text::Ok), this)),
       m_cancel(new QPushButton(texts.text(Text::Cancel), this)),
@@ -69,6 +73,7 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
 {
     setObjectName(QLatin1String("Dialog"));
     m_label->setObjectName(QLatin1String("Label_msg"));
+    m_scrolled->setObjectName(QLatin1String("txt_msg"));
     m_input->setObjectName(QLatin1String("Text_input"));
     m_ok->setObjectName(QLatin1String("OKButton"));
     m_cancel->setObjectName(QLatin1String("CancelButton"));
@@ -79,6 +84,9 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
     m_label->setTextFormat(Qt::PlainText); // it is measured before the rule for all labels reaches it
     m_label->setWordWrap(true);
     m_label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    m_scrolled->setReadOnly(true);
+    m_scrolled->setTabChangesFocus(true);
+    m_scrolled->hide();
     setText(text);
     m_input->setVisible(kind == Kind::Input);
     makeDefault(m_ok);
@@ -104,7 +112,7 @@ Dialog *Dialog::openMessage(const QString &topic, const QString &text)
         if (!topic.isEmpty() && shown->m_topic == topic) {
             return shown;
         }
-        if (!text.isEmpty() && shown->m_label->text() == text) {
+        if (!text.isEmpty() && shown->m_text == text) {
             found = shown;
         }
     }
@@ -113,19 +121,22 @@ Dialog *Dialog::openMessage(const QString &topic, const QString &text)
 
 void Dialog::setText(const QString &text)
 {
-    QString lines = text;
+    m_text = text;
+    QString lines = boundedText(text);
     m_label->setText(lines.replace(QLatin1String("\r\n"), QLatin1String("\n")));
     setAccessibleName(lines);
+    m_scrolled->setAccessibleName(lines.section(u'\n', 0, 0));
     m_input->setAccessibleName(lines);
 }
 
 void Dialog::line(QWidget *parent, const TextTable &texts, const QString &heading, const QString &line)
 {
     Dialog *const shown = openMessage(heading);
+    const QString told = shortenedLine(line); // the longest ones are not kept either
     if (shown == nullptr) {
-        message(parent, texts, heading + u'\n' + line, heading);
-    } else if (!shown->m_label->text().mid(heading.size() + 1).split(u'\n').contains(line)) {
-        shown->setText(shown->m_label->text() + u'\n' + line);
+        message(parent, texts, heading + u'\n' + told, heading);
+    } else if (!shown->m_text.mid(heading.size() + 1).split(u'\n').contains(told)) {
+        shown->setText(shown->m_text + u'\n' + told);
         shown->arrange();
     }
 }
@@ -228,21 +239,46 @@ void Dialog::arrange()
     const int buttonsHeight = std::clamp(m_ok->sizeHint().height(), buttonHeight, highestButton);
     const QSize ok(std::clamp(m_ok->sizeHint().width(), buttonWidth, widestOk), buttonsHeight);
     const QSize cancel(std::clamp(m_cancel->sizeHint().width(), buttonWidth, widestCancel), buttonsHeight);
-    QSize label = wrappedSize(*m_label, screen()->availableGeometry());
+    const int inputHeight = m_kind == Kind::Input ? m_input->sizeHint().height() + aboveInput : 0;
+    QSize label = arrangeText(screen()->availableSize() - windowFrame -
+                              QSize(widthAroundLabel, heightAroundLabel + inputHeight));
     QSize window = label + QSize(widthAroundLabel, heightAroundLabel);
     const int labelTop = (heightAroundLabel - belowButtons - buttonsHeight) / 2;
     const int left = widthAroundLabel / 2;
     if (m_kind == Kind::Input) {
-        const int inputHeight = m_input->sizeHint().height();
         label.setWidth(std::max(label.width(), narrowestInput));
-        window = {label.width() + widthAroundLabel, window.height() + aboveInput + inputHeight};
-        m_input->setGeometry(left, labelTop + label.height() + aboveInput, label.width(), inputHeight);
+        window = {label.width() + widthAroundLabel, window.height() + inputHeight};
+        m_input->setGeometry(left, labelTop + label.height() + aboveInput, label.width(),
+                             inputHeight - aboveInput);
     }
     const int top = window.height() - buttonsHeight - belowButtons;
     m_label->setGeometry({{left, labelTop}, label});
+    m_scrolled->setGeometry(m_label->geometry());
     m_ok->setGeometry({{window.width() - (question ? okFromRight : ok.width() + besideOkAlone), top}, ok});
     m_cancel->setGeometry({{window.width() - cancelFromRight, top}, cancel});
     setFixedSize(window);
+    if (isVisible()) { // it has grown where it stands
+        moveOnScreen(pos());
+    }
+}
+
+/// Shows the text in a label, or where that would be larger than `room`, so that it scrolls; returns its
+/// size.
+QSize Dialog::arrangeText(QSize room)
+{
+    const QSize whole = wrappedSize(*m_label, room);
+    const bool fits = whole.width() <= room.width() && whole.height() <= room.height();
+    m_label->setVisible(fits);
+    m_scrolled->setVisible(!fits);
+    if (fits) {
+        return whole;
+    }
+    if (m_scrolled->toPlainText() != m_label->text()) {
+        const int place = m_scrolled->verticalScrollBar()->value(); // a line was added: the reader stays
+        m_scrolled->setPlainText(m_label->text());
+        m_scrolled->verticalScrollBar()->setValue(place);
+    }
+    return QSize(std::max(widestLabel, narrowestLabel), whole.height()).boundedTo(room);
 }
 
 void Dialog::centre()
@@ -251,9 +287,16 @@ void Dialog::centre()
     const QPoint middle = parentWidget() != nullptr && parentWidget()->window()->isVisible()
                               ? parentWidget()->window()->frameGeometry().center()
                               : space.center();
-    const QPoint corner = middle - rect().center();
-    move(std::clamp(corner.x(), space.left(), std::max(space.left(), space.right() - width())),
-         std::clamp(corner.y(), space.top(), std::max(space.top(), space.bottom() - height())));
+    moveOnScreen(middle - rect().center());
+}
+
+/// As near to a place as the whole window is on the screen.
+void Dialog::moveOnScreen(QPoint corner)
+{
+    const QRect space = screen()->availableGeometry();
+    const QSize room = space.size() - size() - windowFrame;
+    move(std::clamp(corner.x(), space.left(), space.left() + std::max(0, room.width())),
+         std::clamp(corner.y(), space.top(), space.top() + std::max(0, room.height())));
 }
 
 /// A message that came up over this question is still to be read when the question is answered.
@@ -305,6 +348,10 @@ void Dialog::keyPressEvent(QKeyEvent *event)
         break;
     case Qt::Key_Escape:
         answer(false);
+        break;
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown: // with a button in focus
+        QApplication::sendEvent(m_scrolled->verticalScrollBar(), event);
         break;
     default:
         QWidget::keyPressEvent(event);

@@ -8,6 +8,7 @@
 
 class QLabel;
 class QLineEdit;
+class QPlainTextEdit;
 class QPushButton;
 class QTimer;
 
@@ -17,7 +18,8 @@ class TextTable;
 
 /// The program's small window for messages, questions and one line of input. It sizes itself to its text,
 /// stands centred over its parent and deletes itself after closing. Enter is OK unless the question says
-/// otherwise, Escape is Cancel.
+/// otherwise, Escape is Cancel. A text that is too large for the screen scrolls; one that nobody would read
+/// to its end is shortened (boundedText()).
 ///
 /// question() and input() block the other windows and process events until a button is pressed, so any
 /// handler can run meanwhile. They end as cancelled when the window is closed, the parent is destroyed or the
@@ -71,12 +73,16 @@ private:
     bool wait();
     void answer(bool accepted);
     void arrange();
+    QSize arrangeText(QSize room);
     void centre();
+    void moveOnScreen(QPoint corner);
     void handOnMessages();
 
     const Kind m_kind;
     QString m_topic;
+    QString m_text; ///< all of it, of which the label has what is shown
     QLabel *m_label;
+    QPlainTextEdit *m_scrolled; ///< shown in place of the label when that is too large for the screen
     QLineEdit *m_input;
     QPushButton *m_ok;
     QPushButton *m_cancel;

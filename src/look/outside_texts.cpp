@@ -2,9 +2,11 @@
 
 #include <QAbstractItemView>
 #include <QApplication>
+#include <QCoreApplication>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QLabel>
+#include <QMessageBox>
 #include <QToolTip>
 
 namespace ktr {
@@ -13,6 +15,10 @@ namespace {
 
 constexpr qsizetype widestTip = 80;
 constexpr qsizetype highestTip = 15;
+
+// What the toolkit's message boxes, which do not scroll, show on any screen.
+constexpr qsizetype mostLinesOfBox = 10;
+constexpr qsizetype mostOfBox = 1200; // characters
 
 /// How much of a text goes into one line: to a line break, or to the last blank where it would be too wide.
 qsizetype lineLength(QStringView text)
@@ -43,6 +49,12 @@ public:
             if (auto *label = qobject_cast<QLabel *>(watched);
                 label != nullptr && label->textFormat() == Qt::AutoText) {
                 label->setTextFormat(Qt::PlainText);
+            }
+            if (auto *box = qobject_cast<QMessageBox *>(watched)) {
+                const QString bounded = shortenedLine(boundedText(box->text(), mostLinesOfBox), mostOfBox);
+                if (bounded != box->text()) { // else what was set up for it would be done again
+                    box->setText(bounded);
+                }
             }
             break;
         case QEvent::ToolTipChange:
@@ -123,6 +135,39 @@ QString foldedTip(const QString &text)
         }
     }
     return folded;
+}
+
+QString shortenedLine(const QString &line, qsizetype most)
+{
+    if (line.size() <= most) {
+        return line;
+    }
+    constexpr qsizetype roomForMark = 60; // what was shortened is not cut again
+    const qsizetype behind = most / 4;
+    qsizetype first = most - behind - roomForMark;
+    qsizetype last = line.size() - behind;
+    first -= line[first - 1].isHighSurrogate() ? 1 : 0;
+    last += line[last].isLowSurrogate() ? 1 : 0;
+    return QCoreApplication::translate("OutsideTexts", "%1… [%2 characters left out] …%3")
+        .arg(line.first(first), QString::number(last - first), line.sliced(last));
+}
+
+QString boundedText(const QString &text, qsizetype mostLines)
+{
+    QString bounded;
+    qsizetype at = 0;
+    for (qsizetype line = 0; at <= text.size(); ++line) {
+        if (line == mostLines) {
+            const qsizetype more = text.count(u'\n') + 1 - line;
+            return bounded + u'\n' +
+                   QCoreApplication::translate("OutsideTexts", "… and %1 lines more").arg(more);
+        }
+        const qsizetype lineBreak = text.indexOf(u'\n', at);
+        const qsizetype end = lineBreak < 0 ? text.size() : lineBreak;
+        bounded += (line == 0 ? QString() : QStringLiteral("\n")) + shortenedLine(text.sliced(at, end - at));
+        at = end + 1;
+    }
+    return bounded;
 }
 
 } // namespace ktr

@@ -4,6 +4,7 @@
 #include "look/palettes.h"
 #include "look/radio_focus.h"
 #include "look/rounded.h"
+#include "platform/text_rules.h"
 
 #include <QAbstractSpinBox>
 #include <QApplication>
@@ -13,6 +14,8 @@
 #include <QRadioButton>
 #include <QStyleFactory>
 #include <QStyleOption>
+
+#include <optional>
 
 namespace ktr {
 
@@ -356,6 +359,19 @@ void drawMenuBarItem(const QStyleOptionMenuItem &item, QPainter *painter, const 
                        item.palette, has(&item, QStyle::State_Enabled), item.text, QPalette::WindowText);
 }
 
+/// The item of a view when its text is longer than any view shows: the toolkit would measure all of it.
+std::optional<QStyleOptionViewItem> shortenedItem(const QStyleOption *option)
+{
+    constexpr qsizetype most = 1000;
+    const auto *item = qstyleoption_cast<const QStyleOptionViewItem *>(option);
+    if (item == nullptr || item->text.size() <= most) {
+        return std::nullopt;
+    }
+    QStyleOptionViewItem shortened(*item);
+    shortened.text = firstCharacters(item->text, most);
+    return shortened;
+}
+
 } // namespace
 
 CalmStyle::CalmStyle() : QProxyStyle(QStyleFactory::create(QStringLiteral("Fusion"))) {}
@@ -474,6 +490,9 @@ int CalmStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidg
 QSize CalmStyle::sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
                                   const QWidget *widget) const
 {
+    if (const auto item = shortenedItem(option)) {
+        return sizeFromContents(type, &*item, contents, widget);
+    }
     QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
     switch (type) {
     case CT_LineEdit: {
@@ -520,6 +539,9 @@ QSize CalmStyle::sizeFromContents(ContentsType type, const QStyleOption *option,
 
 QRect CalmStyle::subElementRect(SubElement element, const QStyleOption *option, const QWidget *widget) const
 {
+    if (const auto item = shortenedItem(option)) {
+        return subElementRect(element, &*item, widget);
+    }
     switch (element) {
     case SE_LineEditContents: {
         const auto *frame = qstyleoption_cast<const QStyleOptionFrame *>(option);
@@ -673,6 +695,10 @@ void CalmStyle::drawPrimitive(PrimitiveElement element, const QStyleOption *opti
 void CalmStyle::drawControl(ControlElement element, const QStyleOption *option, QPainter *painter,
                             const QWidget *widget) const
 {
+    if (const auto item = shortenedItem(option)) {
+        drawControl(element, &*item, painter, widget);
+        return;
+    }
     const QPalette &palette = option->palette;
     switch (element) {
     case CE_PushButtonBevel:

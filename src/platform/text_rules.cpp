@@ -304,4 +304,11 @@ QString firstCharacters(const QString &text, qsizetype limit)
     return first;
 }
 
+QString quotedInRemark(const QString &text)
+{
+    constexpr qsizetype enough = 200;
+    const QString shown = text.size() > enough ? firstCharacters(text, enough) + u'…' : text;
+    return u'"' + shown + QLatin1String("\" ");
+}
+
 } // namespace ktr

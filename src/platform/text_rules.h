@@ -67,4 +67,7 @@ QString onOneLine(const QString &text);
 /// At most `limit` code units of a text, and no half of a character at their end.
 QString firstCharacters(const QString &text, qsizetype limit);
 
+/// A text as a remark about it shows it: in quotes, followed by a blank; of a long one the beginning and "…".
+QString quotedInRemark(const QString &text);
+
 } // namespace ktr

@@ -198,20 +198,21 @@ private:
         environment.programFolder = m_folder->path();
         Configuration configuration;
         makeNew(configuration, environment);
+        const QString endless(100'000, u'x');
         configuration.gsm.stationId = hostile;
         configuration.info.author = configuration.info.comment = hostile;
         for (Administrator &administrator : configuration.administrators) {
-            administrator.name = hostile;
+            administrator.name = hostile + endless;
         }
         for (LimitValue &value : configuration.limitValues) {
-            value.alarm = hostile + QString(300, u'x'); // too long to be sent: a problem
+            value.alarm = hostile + endless; // too long to be sent: a problem
             value.channel = 9;
         }
         for (Scaling &scaling : configuration.scaling) {
-            scaling.unit = hostile;
+            scaling.unit = hostile + endless;
         }
         for (SwitchPoint &point : configuration.switchPoints) {
-            point.value = hostile;
+            point.value = hostile + endless;
             point.target = 1;
         }
         QVERIFY(replaceFile(path("hostile.xml"), writeConfiguration(configuration, environment)));
@@ -240,7 +241,8 @@ private:
                 continue;
             }
             if (const auto *label = qobject_cast<QLabel *>(widget.data())) {
-                QVERIFY2(!isRead(*label), qPrintable(label->objectName() + ": " + label->text()));
+                QVERIFY2(!isRead(*label) && label->text().size() < 20'000,
+                         qPrintable(label->objectName() + ": " + label->text()));
                 m_labels += label->text().contains("<img") ? 1 : 0;
             }
             if (!widget->isVisible()) {
@@ -271,6 +273,11 @@ private:
                 lookAtTip(*header->viewport(), flat ? QPoint(along, 5) : QPoint(5, along));
             }
             return;
+        }
+        for (int row = 0; row < view.model()->rowCount(); ++row) {
+            for (int column = 0; column < view.model()->columnCount(); ++column) { // else it is slow to show
+                QVERIFY(view.model()->index(row, column).data().toString().size() < 6000);
+            }
         }
         for (int y = 3; y < view.viewport()->height(); y += 8) {
             for (int x = 40; x < view.viewport()->width(); x += 120) {

@@ -7,6 +7,7 @@
 #include "config/fields.h"
 #include "lang/text_table.h"
 #include "look/message_dialog.h"
+#include "look/outside_texts.h"
 #include "platform/registry.h"
 #include "support/environment.h"
 
@@ -19,6 +20,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QPushButton>
@@ -127,7 +129,8 @@ private Q_SLOTS:
             const auto *const cancel = child<QPushButton>(window, "CancelButton"_L1);
             QVERIFY(isTwips(window->height() - label->height(), 1400));
             QVERIFY(isTwips(window->width() - label->width(), 640));
-            QVERIFY(label->height() >= label->heightForWidth(label->width()));
+            const bool scrolls = !label->isVisible(); // a word that is wider than the screen
+            QVERIFY(scrolls || label->height() >= label->heightForWidth(label->width()));
             QVERIFY(isTwips(window->height() - ok->geometry().bottom() - 1, 600));
             QCOMPARE(cancel->isVisible(), question);
             if (question) {
@@ -180,6 +183,41 @@ private Q_SLOTS:
         QCOMPARE(openDialogs().front()->findChild<QLabel *>(u"Label_msg"_s)->text(), u"too long\nthird"_s);
         QTest::keyClick(openDialogs().front(), Qt::Key_Enter);
         QTRY_VERIFY(openDialogs().isEmpty());
+    }
+
+    void noTextMakesABoxLargerThanTheScreen()
+    {
+        const QString huge = u"words of a file "_s.repeated(200'000);
+        const QSize screen = QGuiApplication::primaryScreen()->availableSize();
+        whenItAsks([&screen](QWidget *window) {
+            QVERIFY(window->height() < screen.height());
+            QVERIFY(window->rect().contains(child<QPushButton>(window, "CancelButton"_L1)->geometry()));
+            press(window, "CancelButton"_L1);
+        });
+        QVERIFY(!Dialog::question(nullptr, m_texts, QString(1'000'000, u'w')));
+        QTRY_VERIFY(openDialogs().isEmpty());
+        for (int line = 0; line < 40; ++line) {
+            Dialog::line(nullptr, m_texts, u"too long"_s, QString::number(line) + huge);
+        }
+        QWidget *const shown = openDialogs().value(0);
+        QVERIFY(shown->frameGeometry().bottom() < screen.height()); // also where it grew
+        auto *const text = child<QPlainTextEdit>(shown, "txt_msg"_L1);
+        QVERIFY(text->isVisible() && text->geometry().bottom() < child<QWidget>(shown, "OKButton"_L1)->y());
+        QCOMPARE(text->toPlainText().split(u'\n').size(), 41);
+        QVERIFY(text->toPlainText().size() < 41 * 450);
+        QTest::keyClick(shown, Qt::Key_PageDown);
+        QVERIFY(text->verticalScrollBar()->value() > 0);
+        QTest::keyClick(shown, Qt::Key_Enter);
+
+        showOutsideTextsPlain(*qApp);
+        QMessageBox box(QMessageBox::Question, u"box"_s, u"A file with a long "_s + huge + u"\nSave it?"_s);
+        box.show();
+        QVERIFY(box.height() < screen.height());
+        QVERIFY2(box.text().startsWith(u"A file"_s) && box.text().endsWith(u"\nSave it?"_s) &&
+                     box.text().contains(u"characters left out"_s),
+                 qPrintable(box.text()));
+        QCOMPARE(boundedText(shortenedLine(huge)), shortenedLine(huge));
+        QCOMPARE(boundedText(u"a\nb\nc\nd"_s, 2), u"a\nb\n… and 2 lines more"_s);
     }
 
     void twoMessagesAreOpenAtATimeAndStandOverTheirParent()

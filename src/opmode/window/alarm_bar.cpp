@@ -1,5 +1,6 @@
 #include "opmode/window/alarm_bar.h"
 
+#include "look/outside_texts.h"
 #include "opmode/tree/notifications.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/alarm_sound.h"
@@ -177,7 +178,7 @@ void AlarmBar::refresh()
 QString AlarmBar::line(const Alarm &alarm, bool withTime) const
 {
     const QString time = withTime ? shownMoment(alarm.received) + QStringLiteral("   ") : QString();
-    return time + alarm.station + QStringLiteral(" · ") + alarm.message;
+    return time + shortenedLine(alarm.station) + QStringLiteral(" · ") + shortenedLine(alarm.message);
 }
 
 void AlarmBar::elide()

@@ -1,5 +1,6 @@
 #include "opmode/window/message_line.h"
 
+#include "look/outside_texts.h"
 #include "platform/text_rules.h"
 
 #include <QEvent>
@@ -60,7 +61,7 @@ MessageLine::MessageLine(QWidget *parent)
 void MessageLine::tell(const QString &line)
 {
     m_lines.append(QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) +
-                   onOneLine(line).simplified());
+                   shortenedLine(onOneLine(line).simplified()));
     if (m_lines.size() > kept) {
         m_lines.removeFirst();
     }
@@ -72,7 +73,7 @@ void MessageLine::tell(const QString &line)
 void MessageLine::pin(const QString &line)
 {
     tell(line);
-    m_pinned->setText(onOneLine(line).simplified());
+    m_pinned->setText(shortenedLine(onOneLine(line).simplified()));
     m_pinned->show();
 }
 

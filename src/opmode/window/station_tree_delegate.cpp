@@ -4,6 +4,7 @@
 #include "look/palettes.h"
 #include "opmode/tree/station_tree.h"
 #include "opmode/window/station_mark.h"
+#include "platform/text_rules.h"
 
 #include <QAbstractItemView>
 #include <QHelpEvent>
@@ -17,6 +18,7 @@ namespace {
 
 constexpr int markSide = 14;
 constexpr int gap = 6;
+constexpr qsizetype mostCharacters = 1000; // of a name that are measured
 
 struct Badge
 {
@@ -111,7 +113,8 @@ void StationTreeDelegate::paintStation(QPainter &painter, QStyleOptionViewItem i
     painter.setFont(item.font);
     painter.setPen(item.palette.color(isSelected ? QPalette::HighlightedText : QPalette::Text));
     painter.drawText(rest, Qt::AlignVCenter | Qt::TextSingleLine,
-                     QFontMetrics(item.font).elidedText(name, Qt::ElideRight, rest.width()));
+                     QFontMetrics(item.font).elidedText(firstCharacters(name, mostCharacters), Qt::ElideRight,
+                                                        rest.width()));
     painter.restore();
 }
 

@@ -1,6 +1,7 @@
 #include "opmode/window/values_page.h"
 
 #include "config/channel_use.h"
+#include "look/outside_texts.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/value_text.h"
 
@@ -201,9 +202,9 @@ ValueTile::Content ValuesPage::contentOf(int channel) const
     const QString received = at < 0 ? QString() : line.sliced(at + sign.size());
 
     ValueTile::Content content;
-    content.caption = channelCaption(channel).trimmed();
+    content.caption = shortenedLine(channelCaption(channel).trimmed());
     content.number = text(Text::Ip) + QString::number(channel);
-    content.value = received == u"?" ? QString() : localValue(received, locale());
+    content.value = received == u"?" ? QString() : shortenedLine(localValue(received, locale()));
     content.unit = knownUnit(channel);
     bool onlyStates = true;
     for (const ValueTrends::Point &point : mode().trends().trend(kennung(), channel)) {
