@@ -141,11 +141,15 @@ void FormMain::start(const QStringList &arguments)
 {
     m_options = CommandLine::parse(arguments);
     languageSetting();
-    if (MRegistry::lastError() == MRegistry::Error::Corrupt) { // the next write moves them aside
+    const bool isCorrupt = MRegistry::lastError() == MRegistry::Error::Corrupt;
+    const QString kept = languageAtStart(); // this write moves damaged settings aside
+    m_language.use(m_options.german    ? QString(germanLanguage)
+                   : m_options.english ? QString(englishLanguage)
+                                       : kept);
+    if (isCorrupt) {
         m_startTroubles +=
             tr("The settings could not be read; they are kept under another name beside the new ones");
     }
-    m_language.use(languageAtStart());
     const Status place = MRegistry::checkPlace();
     if (!place || languageSetting().isEmpty()) {
         m_startTroubles += tr("The settings cannot be written; what is chosen holds for this run");
@@ -273,12 +277,6 @@ void FormMain::finishStart()
 /// False when the file to load cannot be opened; then no other file is loaded.
 bool FormMain::applyCommandLine()
 {
-    if (m_options.english) {
-        m_language.use(englishLanguage);
-    }
-    if (m_options.german) {
-        m_language.use(germanLanguage);
-    }
     m_context.expert = m_options.expert;
     if (m_options.design) { // the folder that developers build it in
         m_link.line().setFirmwareFile(joinPath(QDir::homePath(), QStringLiteral("KTRconfig/upgrade.bin")));

@@ -233,6 +233,7 @@ private Q_SLOTS:
         QFETCH(const QByteArray, document);
         const Read result = read(document);
         QVERIFY(!result.failure.isEmpty());
+        QVERIFY(!result.failure.contains("No document element")); // the parser's own words have no German
         QCOMPARE(result.nodes, QStringList());
     }
 

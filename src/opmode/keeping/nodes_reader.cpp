@@ -156,6 +156,30 @@ bool takeLoneElement(pugi::xml_document &parsed, const std::string &element, Nod
            takeAttributes(parsed.first_child(), values);
 }
 
+/// What the parser, which speaks English only, could not read.
+QString parserFault(pugi::xml_parse_status status)
+{
+    switch (status) {
+    case pugi::status_no_document_element:
+        return translated(QT_TRANSLATE_NOOP("Files", "there is no element"));
+    case pugi::status_bad_comment:
+    case pugi::status_bad_cdata:
+    case pugi::status_bad_pi:
+        return translated(QT_TRANSLATE_NOOP("Files", "a comment or another section has no end"));
+    case pugi::status_bad_doctype:
+        return translated(QT_TRANSLATE_NOOP("Files", "a document type declaration is not accepted"));
+    case pugi::status_bad_attribute:
+        return translated(QT_TRANSLATE_NOOP("Files", "an attribute cannot be read"));
+    case pugi::status_bad_end_element:
+    case pugi::status_end_element_mismatch:
+        return translated(QT_TRANSLATE_NOOP("Files", "an element has no end, or another one's"));
+    case pugi::status_out_of_memory:
+        return translated(QT_TRANSLATE_NOOP("Files", "the memory does not suffice"));
+    default:
+        return translated(QT_TRANSLATE_NOOP("Files", "what stands there is no element"));
+    }
+}
+
 /// Any document. What the nodes refer to is kept in `utf8`.
 Status parseNodes(const QByteArray &document, QByteArray &utf8, pugi::xml_document &parsed,
                   ParsedNodes &nodes, QStringList &remarks)
@@ -173,7 +197,7 @@ Status parseNodes(const QByteArray &document, QByteArray &utf8, pugi::xml_docume
     if (!result) {
         return Status::failed(translated(QT_TRANSLATE_NOOP("Files", "at byte %1: %2"))
                                   .arg(result.offset)
-                                  .arg(QString::fromLatin1(result.description())));
+                                  .arg(parserFault(result.status)));
     }
     if (isRaw) {
         remarks += translated(
