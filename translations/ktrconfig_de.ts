@@ -1051,6 +1051,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>confirmed by the module</source>
         <translation>vom Modul bestätigt</translation>
     </message>
+    <message>
+        <source>Not carried out: %1</source>
+        <translation>Nicht ausgeführt: %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ConnectionPage</name>

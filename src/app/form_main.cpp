@@ -11,6 +11,7 @@
 #include "app/transmission_panel.h"
 #include "config/address.h"
 #include "look/icons.h"
+#include "look/kept_focus.h"
 #include "look/message_dialog.h"
 #include "look/outside_texts.h"
 #include "look/program_name.h"
@@ -62,6 +63,7 @@ FormMain::FormMain(const Services &services)
       m_takeOver(m_instance, m_texts, m_wait, services.environment.programFolder)
 {
     showOutsideTextsPlain(*qApp);
+    keepFocusOfDisabledButtons(*qApp);
     setObjectName(QStringLiteral("FormMain"));
     setWindowIcon(icon(IconName::Application));
     setAcceptDrops(true);

@@ -49,6 +49,7 @@ void LinkPresenter::connectLink()
 {
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::show);
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::withdrawPassed);
+    connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::forgetOtherModule);
     connect(&m_link, &ModuleLink::statusMessage, this, &LinkPresenter::statusMessage);
     connect(&m_link, &ModuleLink::refused, this, [this](const Status &why) {
         Q_EMIT statusMessage(why.message());
@@ -122,6 +123,19 @@ void LinkPresenter::withdrawPassed()
     }
     if (m_link.isConnected()) {
         Q_EMIT messagePassed(connectionTopic);
+    }
+}
+
+/// What a module told stays when its line closes, and goes when another line opens.
+void LinkPresenter::forgetOtherModule()
+{
+    if (m_line.port().isEmpty() || m_line.name() == m_lineName) {
+        return;
+    }
+    m_lineName = m_line.name();
+    m_versions.forget();
+    if (m_calibration != nullptr) {
+        m_calibration->clear();
     }
 }
 
@@ -210,6 +224,7 @@ void LinkPresenter::attach(ConnectionPage &page)
 
 void LinkPresenter::attach(CalibrationPage &page)
 {
+    m_calibration = &page;
     const auto showWaiting = [this, &page] { page.showWaiting(m_waiting.text()); };
     connect(&page, &CalibrationPage::commandPlaced, this, [this, showWaiting](const QString &command) {
         place(command);
@@ -218,6 +233,11 @@ void LinkPresenter::attach(CalibrationPage &page)
     connect(&m_waiting, &WaitingCommand::sent, &page, &CalibrationPage::commandLeft);
     connect(&m_waiting, &WaitingCommand::changed, &page, showWaiting);
     connect(&m_link, &ModuleLink::serviceConfirmed, &page, &CalibrationPage::confirm);
+    connect(&m_link, &ModuleLink::replied, &page, [&page](const ModemDialogue::Reply &reply) {
+        if (reply.refuses()) {
+            page.showFailure(reply.text);
+        }
+    });
 }
 
 void LinkPresenter::attach(InfoPage &page)

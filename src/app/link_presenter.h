@@ -75,6 +75,7 @@ private:
     void connectUpload();
     void connectMenu();
     void withdrawPassed();
+    void forgetOtherModule();
     void showState(const std::function<QString()> &line);
     bool isStateShown() const;
     void reportPlacing(WaitingCommand::Placing placing, const QString &command, const QString &replaced);
@@ -97,6 +98,8 @@ private:
     TestPage *m_test = nullptr;
     ConnectionPage *m_connection = nullptr;
     InfoPage *m_info = nullptr;
+    CalibrationPage *m_calibration = nullptr;
+    QString m_lineName; ///< of the line that was open last
     LinkLog m_log;
     VersionCheck m_versions;
     ReplyHandler m_replies;

@@ -104,6 +104,9 @@ void TransmissionPanel::begin()
     m_command.clear();
     showRunning();
     show();
+    if (m_resume->hasFocus()) { // "cancel" takes its place
+        m_details->setFocus();
+    }
     showButtons();
 }
 

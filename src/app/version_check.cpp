@@ -22,6 +22,12 @@ void VersionCheck::takeConfigured(const QString &version)
     Q_EMIT changed();
 }
 
+void VersionCheck::forget()
+{
+    m_module = {};
+    Q_EMIT changed();
+}
+
 void VersionCheck::take(const VersionReply &version)
 {
     m_module = version;

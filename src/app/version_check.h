@@ -28,6 +28,8 @@ public:
     void take(const VersionReply &version);
     /// The module was given a configuration of this version.
     void takeConfigured(const QString &version);
+    /// There is another module, which has reported nothing yet.
+    void forget();
 
 Q_SIGNALS:
     /// See module().

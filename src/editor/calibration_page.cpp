@@ -1,5 +1,6 @@
 #include "editor/calibration_page.h"
 
+#include "link/module_text.h"
 #include "link/service_commands.h"
 #include "platform/text_rules.h"
 
@@ -152,12 +153,7 @@ void CalibrationPage::setDone(QPushButton *button, bool done)
 bool CalibrationPage::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched == m_done && event->type() == QEvent::MouseButtonDblClick) {
-        for (QPushButton *button : m_buttons) {
-            setDone(button, false);
-        }
-        m_confirmations.clear();
-        m_scroll->setRange(0, 0);
-        m_done->clear();
+        clear();
         return true;
     }
     return Page::eventFilter(watched, event);
@@ -171,6 +167,33 @@ void CalibrationPage::confirm(const QString &text)
         setDone(button, true);
     }
     release();
+    addAnswer(text);
+}
+
+void CalibrationPage::showFailure(const QString &answer)
+{
+    const QString named = namedInAnswer(plainText(answer).toString());
+    if (m_waiting == nullptr || !m_command.isEmpty() || !(named.isEmpty() || named.startsWith(u'§'))) {
+        return;
+    }
+    setDone(m_waiting, false);
+    release();
+    addAnswer(tr("Not carried out: %1").arg(onOneLine(answer)));
+}
+
+void CalibrationPage::clear()
+{
+    release();
+    for (QPushButton *button : m_buttons) {
+        setDone(button, false);
+    }
+    m_confirmations.clear();
+    m_scroll->setRange(0, 0);
+    m_done->clear();
+}
+
+void CalibrationPage::addAnswer(const QString &text)
+{
     m_confirmations += text;
     m_scroll->setMaximum(static_cast<int>(m_confirmations.size()) - 1);
     m_scroll->setValue(m_scroll->maximum());

@@ -23,6 +23,11 @@ public:
     /// What the module answered: the button that was pressed last is done. The earlier answers can be
     /// scrolled back to.
     void confirm(const QString &text);
+    /// What the module answered, which is a failure. It is shown while a button waits, unless it names
+    /// another command than a service.
+    void showFailure(const QString &answer);
+    /// Takes all marks and answers away.
+    void clear();
 
     /// The command that waits for the module, and the command that was just sent to it. The button of any
     /// other command can be pressed again.
@@ -38,6 +43,7 @@ private:
     void addButton(QGridLayout *grid, int index);
 
     void release();
+    void addAnswer(const QString &text);
     void setDone(QPushButton *button, bool done);
 
     std::vector<QPushButton *> m_buttons;

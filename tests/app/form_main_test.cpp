@@ -852,6 +852,16 @@ private Q_SLOTS:
         QCOMPARE(m_window->findChildren<QLabel *>("Label_msg").size(), 1);
         QCOMPARE(field("txt_info_version_ktr")->text(), "others");
         QCOMPARE(m_window->document().configuration().gsm.stationType, "NVA");
+        const auto *done = control<QLabel>(*m_window, "lbl_kal_done");
+        const auto *calibrated = control<QPushButton>(*m_window, "cmd_kal_0");
+        Q_EMIT m_line->received("OK: \xA7,0,6\r");
+        m_ports = {"COM1", "COM2"};
+        clickMenu("mnu_verbindung_offline");
+        QVERIFY(!done->text().isEmpty() && !calibrated->icon().isNull());
+        control<QComboBox>(*m_window, "Cmb_connection_port")->setEditText("COM2");
+        control<QPushButton>(*m_window, "cmd_connection_serial")->click();
+        QVERIFY(done->text().isEmpty() && calibrated->icon().isNull());
+        QCOMPARE(field("txt_info_appVer")->text() + field("txt_info_version_ktr")->text(), "");
     }
 
     void anotherConfigurationInTheModuleIsToldBeforeItIsOverwritten()

@@ -2,6 +2,7 @@
 #include "editor/connection_page.h"
 #include "editor/info_page.h"
 #include "editor/test_page.h"
+#include "look/kept_focus.h"
 #include "support/page_fixture.h"
 
 #include <QCheckBox>
@@ -156,6 +157,29 @@ private Q_SLOTS:
         }
         QCOMPARE(commands(placed).join(u' '),
                  QStringLiteral("§,0,6 §,1,6 §,2,0 §,3,0 §,4,7 §,5,7 §,6,1 §,7,1"));
+    }
+
+    void aSecondKeyPressHitsNothingElseAndAFailureIsShown()
+    {
+        keepFocusOfDisabledButtons(*qApp);
+        CalibrationPage page(m_all.context);
+        m_all.open(page);
+        const QSignalSpy placed(&page, &CalibrationPage::commandPlaced);
+        auto *button = control<QPushButton>(page, "cmd_kal_1");
+        button->setFocus();
+        QTest::keyClick(button, Qt::Key_Space);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Space);
+        QCOMPARE(commands(placed), QStringList(QStringLiteral("§,1,6")));
+        page.showFailure(QStringLiteral("fail: §,1,6")); // of an earlier one: this waits to be sent
+        QVERIFY(!button->isEnabled());
+        page.commandLeft(QStringLiteral("§,1,6"));
+        page.showFailure("fail: H,0");
+        QVERIFY(!button->isEnabled());
+        page.showFailure(QStringLiteral(" <-- fail: §,1,6"));
+        QVERIFY(button->isEnabled() && button->hasFocus() && button->icon().isNull());
+        QVERIFY(control<QLabel>(page, "lbl_kal_done")->text().contains(QStringLiteral("fail: §,1,6")));
+        QTest::keyClick(button, Qt::Key_Tab); // goes on from where it was
+        QVERIFY(control<QPushButton>(page, "cmd_kal_2")->hasFocus());
     }
 
     void earlierConfirmationsCanBeScrolledBackTo()

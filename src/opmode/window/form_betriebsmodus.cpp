@@ -1,6 +1,7 @@
 #include "opmode/window/form_betriebsmodus.h"
 
 #include "look/icons.h"
+#include "look/kept_focus.h"
 #include "look/message_dialog.h"
 #include "look/outside_texts.h"
 #include "look/program_name.h"
@@ -56,6 +57,7 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
       m_notifier(m_alarms, services.timers, *this)
 {
     showOutsideTextsPlain(*qApp);
+    keepFocusOfDisabledButtons(*qApp);
     setLocale(services.locale);
     setObjectName(QStringLiteral("Form_betriebsmodus"));
     keepOpenWhileAskingForFiles();
