@@ -819,6 +819,25 @@
     </message>
 </context>
 <context>
+    <name>Record</name>
+    <message>
+        <source>does not exist</source>
+        <translation>existiert nicht</translation>
+    </message>
+    <message>
+        <source>has tables of another version</source>
+        <translation>hat Tabellen einer anderen Version</translation>
+    </message>
+    <message>
+        <source>is a database of another program</source>
+        <translation>ist eine Datenbank eines anderen Programms</translation>
+    </message>
+    <message>
+        <source>was written by a newer version of the program (tables %1; this version knows them up to %2)</source>
+        <translation>wurde von einer neueren Version des Programms geschrieben (Tabellen %1; diese Version kennt sie bis %2)</translation>
+    </message>
+</context>
+<context>
     <name>Station</name>
     <message>
         <source>a line without an end was dropped</source>
