@@ -584,6 +584,10 @@
         <source>what stands there is no element</source>
         <translation>was dort steht, ist kein Element</translation>
     </message>
+    <message>
+        <source>no element of a configuration was found in it</source>
+        <translation>darin ist kein Element einer Konfiguration</translation>
+    </message>
 </context>
 <context>
     <name>OutsideTexts</name>
@@ -816,6 +820,18 @@
     <message>
         <source>is above %1</source>
         <translation>ist größer als %1</translation>
+    </message>
+    <message>
+        <source>is too short for a phone number with a country code</source>
+        <translation>ist zu kurz für eine Rufnummer mit Landesvorwahl</translation>
+    </message>
+    <message>
+        <source>is too long: a phone number has %1 digits at most</source>
+        <translation>ist zu lang: eine Rufnummer hat höchstens %1 Ziffern</translation>
+    </message>
+    <message>
+        <source>consists only of blanks</source>
+        <translation>besteht nur aus Leerzeichen</translation>
     </message>
 </context>
 <context>

@@ -26,15 +26,15 @@ int newFile(const Arguments &arguments)
 
 void describeConvert(Arguments &arguments)
 {
-    arguments.setSummary(
-        QStringLiteral("Opens the configuration IN and saves it as OUT. What IN lacks takes its "
-                       "fall-back; what cannot be used is told."));
+    arguments.setSummary(QStringLiteral(
+        "Opens the configuration IN and saves it as OUT. What IN lacks takes its "
+        "fall-back; what cannot be used is told. A file that is no configuration is refused."));
 }
 
 int convert(const Arguments &arguments)
 {
     Document document(systemEnvironment());
-    if (load(document, arguments.positional(0)) == Loaded::NotOpened) {
+    if (!load(document, arguments.positional(0))) {
         return failed;
     }
     document.setFileName(arguments.positional(1));
@@ -53,7 +53,7 @@ void describeCommands(Arguments &arguments)
 int commands(const Arguments &arguments)
 {
     Document document(systemEnvironment());
-    if (load(document, arguments.positional(0)) == Loaded::NotOpened) {
+    if (!load(document, arguments.positional(0))) {
         return failed;
     }
     const Environment &environment = document.environment();
@@ -82,7 +82,7 @@ void describeCheck(Arguments &arguments)
 int check(const Arguments &arguments)
 {
     Document document(systemEnvironment());
-    if (load(document, arguments.positional(0)) != Loaded::Whole) {
+    if (!load(document, arguments.positional(0))) {
         return failed;
     }
     const Environment &environment = document.environment();
@@ -132,8 +132,7 @@ int compare(const Arguments &arguments)
     Document meantLater(later);
     Document held(environment);
     held.restore(Configuration(), false); // as a module's memory begins: without the values of "new"
-    if (load(meant, arguments.positional(0)) != Loaded::Whole ||
-        load(held, arguments.positional(1)) != Loaded::Whole) {
+    if (!load(meant, arguments.positional(0)) || !load(held, arguments.positional(1))) {
         return failed;
     }
     meantLater.load(arguments.positional(0));

@@ -6,17 +6,16 @@
 
 namespace ktr::cli {
 
-Loaded load(Document &document, const QString &fileName)
+bool load(Document &document, const QString &fileName)
 {
     const ReadReport report = document.load(fileName);
     for (const QString &remark : report.remarks) {
         complain(remark);
     }
-    if (report.document) {
-        return Loaded::Whole;
+    if (!report.document) {
+        complain(report.document.message());
     }
-    complain(report.document.message());
-    return report.opened ? Loaded::Fallbacks : Loaded::NotOpened;
+    return report.document && report.isConfiguration;
 }
 
 void complainTooLong(std::optional<int> step, const QString &command)

@@ -6,14 +6,9 @@
 
 namespace ktr::cli {
 
-enum class Loaded {
-    Whole,     ///< the document was read; there were complaints about unusable fields
-    Fallbacks, ///< it is no configuration: every field has its fall-back
-    NotOpened, ///< there is no such file
-};
-
-/// Opens a file as the menu does, and complains about what the menu does not mention.
-Loaded load(Document &document, const QString &fileName);
+/// Opens a file as the menu does, and complains about what the menu does not mention. False when there is no
+/// such file or it is no configuration: nobody means one of fall-backs.
+bool load(Document &document, const QString &fileName);
 
 /// Complains that a command is too long to be sent.
 void complainTooLong(std::optional<int> step, const QString &command);

@@ -38,8 +38,8 @@ std::optional<int> checkPrintFile(const Arguments &arguments)
 int printFile(const Arguments &arguments)
 {
     Document document(systemEnvironment());
-    if (load(document, arguments.positional(0)) != Loaded::Whole) {
-        return failed; // nobody means a configuration of fall-backs
+    if (!load(document, arguments.positional(0))) {
+        return failed;
     }
     TextTable texts;
     const LoadedTexts loaded = LoadTexts(texts, arguments.value(QStringLiteral("language")),

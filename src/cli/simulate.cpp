@@ -193,7 +193,7 @@ int simulate(const Arguments &arguments)
     if (arguments.isSet(holdOption)) {
         Document held(environment);
         held.restore(options.memory.configuration, false); // without the values of "new"
-        if (load(held, arguments.value(holdOption)) != Loaded::Whole) {
+        if (!load(held, arguments.value(holdOption))) {
             return failed;
         }
         options.memory.configuration = held.configuration();

@@ -78,8 +78,8 @@ int transmit(const Arguments &arguments)
 {
     const std::optional<int> firstStep = arguments.number(resumeOption, steps::first, steps::last);
     Document document(systemEnvironment());
-    if (load(document, arguments.positional(0)) != Loaded::Whole) {
-        return failed; // nobody means a configuration of fall-backs
+    if (!load(document, arguments.positional(0))) {
+        return failed;
     }
 
     LinkJob job(arguments);

@@ -98,6 +98,7 @@ ReadReport readConfiguration(const QByteArray &document, Configuration &configur
     ReadReport report;
     XmlDocument xml;
     report.document = xml.load(document);
+    bool isFound = xml.has(versionElement);
 
     visitRecords(configuration, [&]<class Record>(const Group &group, Record &record, int index) {
         const bool inAttributes = group.form == Form::Attributes;
@@ -106,8 +107,9 @@ ReadReport readConfiguration(const QByteArray &document, Configuration &configur
             if (!field.appliesTo(index)) {
                 continue;
             }
-            const QString text = inAttributes ? xml.attribute(common, field.xmlName)
-                                              : xml.text(group.elementName(field.xmlName, index));
+            const QString element = inAttributes ? common : group.elementName(field.xmlName, index);
+            isFound = isFound || xml.has(element);
+            const QString text = inAttributes ? xml.attribute(element, field.xmlName) : xml.text(element);
             if (text.isEmpty()) {
                 applyPreset(field, record, field.whenEmpty, environment, index);
             } else if (!setFieldText(field, record,
@@ -122,9 +124,15 @@ ReadReport readConfiguration(const QByteArray &document, Configuration &configur
 
     configuration.holidays.clear();
     for (int index = 0; index < HolidayList::capacity; ++index) {
+        isFound = isFound || xml.has(holidayElement(index));
         configuration.holidays.append(xml.text(holidayElement(index)));
     }
     configuration.versionText = xml.attribute(versionElement, versionElement);
+    report.isConfiguration = isFound;
+    if (report.document && !isFound) {
+        report.remarks +=
+            QCoreApplication::translate("Files", "no element of a configuration was found in it");
+    }
     return report;
 }
 

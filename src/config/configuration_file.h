@@ -26,6 +26,7 @@ struct ReadReport
 {
     bool opened = true;               ///< false: there was no such file, nothing was touched
     Status document = Status::done(); ///< whether the document could be loaded at all
+    bool isConfiguration = true;      ///< false: no element of one is in the document
     QStringList remarks;              ///< fields whose text was of no use and that kept a fall-back
 };
 

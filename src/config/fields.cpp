@@ -122,9 +122,22 @@ QString phoneNumber(const QString &text)
 {
     const bool sound =
         text.isEmpty() || (text.startsWith(u'+') && std::ranges::all_of(text.mid(1), isDecimalDigit));
-    return !sound ? problem(QT_TRANSLATE_NOOP("Problems", "is no phone number of \"+\" and digits"))
-           : text.startsWith(QLatin1String("+0"))
-               ? problem(QT_TRANSLATE_NOOP("Problems", "has no country code: none begins with 0"))
+    constexpr qsizetype longestCountryCode = 3; // alone it stands for a number that is still to be entered
+    constexpr qsizetype shortest = 7;
+    constexpr qsizetype longest = 15; // by E.164
+    const qsizetype digits = text.size() - 1;
+    if (!sound) {
+        return problem(QT_TRANSLATE_NOOP("Problems", "is no phone number of \"+\" and digits"));
+    }
+    if (text.startsWith(QLatin1String("+0"))) {
+        return problem(QT_TRANSLATE_NOOP("Problems", "has no country code: none begins with 0"));
+    }
+    if (digits > longestCountryCode && digits < shortest) {
+        return problem(QT_TRANSLATE_NOOP("Problems", "is too short for a phone number with a country code"));
+    }
+    return digits > longest
+               ? problem(QT_TRANSLATE_NOOP("Problems", "is too long: a phone number has %1 digits at most"))
+                     .arg(longest)
                : QString();
 }
 
@@ -436,6 +449,13 @@ template <class Record> bool store(const Field<Record> &field, Record &record, c
 }
 
 } // namespace
+
+QString blanksFault(const QString &text)
+{
+    return !text.isEmpty() && text.trimmed().isEmpty()
+               ? problem(QT_TRANSLATE_NOOP("Problems", "consists only of blanks"))
+               : QString();
+}
 
 // clang-format off
 template <> std::span<const Field<FileInfo>> fieldsOf<FileInfo>() { return infoFields; }

@@ -60,6 +60,9 @@ using Label = std::variant<Text, const char *>;
 /// The text is stored and sent all the same.
 using TextCheck = QString (*)(const QString &text);
 
+/// That of a text that nobody can see.
+QString blanksFault(const QString &text);
+
 /// The text that a field stores when `text` is given to it.
 using TextRule = QString (*)(const QString &text);
 
@@ -105,7 +108,7 @@ template <class Record> struct Field
     QString fault(const QString &text) const
     {
         const QString special = check != nullptr ? check(text) : QString();
-        return special.isEmpty() && range ? range->fault(text, unit) : special;
+        return !special.isEmpty() ? special : range ? range->fault(text, unit) : blanksFault(text);
     }
 };
 

@@ -25,6 +25,8 @@ public:
     /// document type declaration is refused. After a failure the document is empty.
     Status load(const QByteArray &document);
 
+    bool has(const QString &element) const { return m_elements.contains(element); }
+
     /// The value of the first text in the first element of this name, empty when there is none or only
     /// white space.
     QString text(const QString &element) const;

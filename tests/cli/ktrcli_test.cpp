@@ -237,7 +237,16 @@ private Q_SLOTS:
         write(u"garbage.xml"_s, "<KTR><PIN>");
         write(u"orphans.xml"_s, "<KTR><item1 key='S/ip' text='IP'/></KTR>");
         QCOMPARE(::mkfifo(QFile::encodeName(path(u"pipe"_s)).constData(), 0600), 0);
+        write(u"x.xml"_s, "<x/>");
         for (const auto *line : {"convert @none.xml @x",
+                                 "convert @garbage.xml @x",
+                                 "convert @x.xml @x",
+                                 "check @orphans.xml",
+                                 "commands @x.xml",
+                                 "print @x.xml @x.pdf",
+                                 "compare @x.xml @x.xml",
+                                 "compare @sample @x.xml",
+                                 "transmit @x.xml --serial /dev/null",
                                  "convert @sample /dev/full",
                                  "new @no/such/folder.xml",
                                  "print @garbage.xml @x.pdf",
@@ -268,11 +277,7 @@ private Q_SLOTS:
             QVERIFY2(result.errors.startsWith("ktrcli: "_L1) && result.errors.count(u'\n') == 1, line);
         }
         QCOMPARE(contentOf(path(u"garbage.xml"_s)), "<KTR><PIN>"); // not replaced by a link
-        // A file that is no configuration reads as the fall-backs, and that is told.
-        const Result converted = ktrcli(u"convert @garbage.xml @fallback.xml"_s);
-        QCOMPARE(converted.code, 0);
-        QCOMPARE(converted.errors.count(u'\n'), 1);
-        QVERIFY(contentOf(path(u"fallback.xml"_s)).contains("Einheit=\"Volt\""));
+        QVERIFY(!QFileInfo::exists(path(u"x"_s))); // nobody means a configuration of fall-backs
     }
 
     void aConfigurationIsCheckedWithoutBeingChanged()
@@ -322,7 +327,8 @@ private Q_SLOTS:
         QVERIFY(module.await(u"saved"_s));
         const Result compared = ktrcli(u"compare @sample @held.xml"_s);
         QVERIFY2(compared.code == 0, qPrintable(compared.output));
-        QCOMPARE(ktrcli(u"compare @1.xml @fallback.xml"_s).code, 1);
+        QCOMPARE(ktrcli(u"new @other.xml"_s).code, 0);
+        QVERIFY(ktrcli(u"compare @1.xml @other.xml"_s).errors.contains("fields differ"_L1));
 
         // What a file leaves open, and what is never sent, is no difference; what is meant is one.
         const QByteArray values = "<sendValue Wert='0'/><Ausgangswert0 Digital='1' Analog='7'/>"

@@ -258,6 +258,9 @@ private Q_SLOTS:
         const ReadReport report =
             readConfiguration("<KTR><Grenzwert3 IP='abc'/></KTR>", configuration, fixedEnvironment());
         QCOMPARE(report.remarks, QStringList{u"Grenzwert3 IP: \"abc\" is of no use here, \"0\" is kept"_s});
+        const ReadReport none = readConfiguration("<KTR><item1/></KTR>", configuration, fixedEnvironment());
+        QVERIFY(none.document && !none.isConfiguration && report.isConfiguration);
+        QCOMPARE(none.remarks, QStringList{u"no element of a configuration was found in it"_s});
     }
 
     void encodingsAreReadByMarkAndDeclaration_data()

@@ -87,6 +87,18 @@ private Q_SLOTS:
             "national number", [](C &c) { c.administrators[5].number = u"+0171"_s; },
             u"txt_gsm_num_5 5: *no country code"_s);
         row(
+            "short number", [](C &c) { c.administrators[5].number = u"+49170"_s; },
+            u"txt_gsm_num_5 5: *too short"_s);
+        row(
+            "long number", [](C &c) { c.administrators[5].number = u"+491701234567890123"_s; },
+            u"txt_gsm_num_5 5: *15 digits"_s);
+        row(
+            "blanks",
+            [](C &c) {
+                c.gsm.stationId = u" "_s, c.administrators[0].name = c.limitValues[0].alarm = u"  "_s;
+            },
+            u"txt_gsm_id 0: *only of blanks|txt_gsm_name_0 0: *only of blanks|Txt_gw_meldung 0: *only of blanks"_s);
+        row(
             "one number twice", [](C &c) { c.administrators[1].number = c.administrators[0].number; },
             u"txt_gsm_num_1 1: *administrator 1, too: limit value 1"_s);
         row(
