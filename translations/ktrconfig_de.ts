@@ -1502,16 +1502,16 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Keine Station wird überwacht</translation>
     </message>
     <message>
-        <source>Begin with an empty list? The one that cannot be used is kept under another name.</source>
-        <translation>Mit einer leeren Liste beginnen? Die nicht verwendbare wird unter anderem Namen aufgehoben.</translation>
-    </message>
-    <message>
-        <source>Not all of the list of stations is as it was. What is there is watched; the damaged file is kept under another name.</source>
-        <translation>Nicht alles in der Stationsliste ist, wie es war. Was da ist, wird überwacht; die beschädigte Datei bleibt unter anderem Namen erhalten.</translation>
-    </message>
-    <message>
         <source>Since %1; changes that wait: %2. It is tried again all the time; what is not written when the program or the system ends is lost. %3</source>
         <translation>Seit %1; wartende Änderungen: %2. Es wird laufend neu versucht; was nicht geschrieben ist, wenn das Programm oder das System endet, ist verloren. %3</translation>
+    </message>
+    <message>
+        <source>Not all of the list of stations is as it was. What is there is watched; what is damaged is kept under another name, which stands at the end.</source>
+        <translation>Nicht alles in der Stationsliste ist so, wie es war. Was da ist, wird überwacht; was beschädigt ist, wird unter einem anderen Namen aufgehoben, der am Ende steht.</translation>
+    </message>
+    <message>
+        <source>Begin with an empty list? The one that cannot be used is kept as %1.</source>
+        <translation>Mit einer leeren Liste beginnen? Die unbrauchbare wird als %1 aufgehoben.</translation>
     </message>
 </context>
 <context>
@@ -2081,6 +2081,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Not all of the journal could be used; left out: %1 changes, %2 bytes that are damaged</source>
         <translation>Nicht alles im Journal war brauchbar; weggelassen: %1 Änderungen, %2 beschädigte Byte</translation>
+    </message>
+    <message>
+        <source>%1: as it is now it is kept as &quot;%2&quot; beside it when the list is written</source>
+        <translation>%1: so, wie sie jetzt ist, wird diese Datei daneben als „%2“ aufgehoben, wenn die Liste geschrieben wird</translation>
+    </message>
+    <message>
+        <source>What the journal was is kept as %1</source>
+        <translation>Das bisherige Journal ist als %1 aufgehoben</translation>
     </message>
 </context>
 <context>

@@ -34,6 +34,12 @@ QString journalPath(const QString &nodesPath)
     return joinPath(info.path(), info.completeBaseName() + QLatin1String(".journal"));
 }
 
+/// The list itself is the last.
+QStringList filesOf(const QString &nodesPath)
+{
+    return {journalPath(nodesPath), NotificationTimes(nodesPath).path(), nodesPath};
+}
+
 StationEvent eventOf(const QString &kennung, StationChange what, const DatagramLoss &loss)
 {
     QString text = what == StationChange::LossBegan  ? QStringLiteral("begins")
@@ -127,7 +133,7 @@ Status OperationalMode::takeLock(Use use)
 Status OperationalMode::openEmpty()
 {
     const QString path = m_path;
-    if (Status aside = keepAside({journalPath(path), NotificationTimes(path).path(), path}); !aside) {
+    if (Status aside = keepAside(filesOf(path)); !aside) {
         return aside;
     }
     closeWithoutFile();
@@ -159,8 +165,30 @@ Status OperationalMode::load(Use use, QHash<QString, StationAttributes> &attribu
         if (m_times->fitsNothing() && !isChanged) {
             tellDefect(m_times->mustKeepAside().message());
         }
+        tellWhereKept();
     }
     return loaded;
+}
+
+/// The files that could not be read whole: they stand where they are until the list is written.
+void OperationalMode::tellWhereKept()
+{
+    const auto tell = [this](const QString &path, const QString &keptAs) {
+        tellDefect(tr("%1: as it is now it is kept as \"%2\" beside it when the list is written")
+                       .arg(path, QFileInfo(keptAs).fileName()));
+    };
+    const QString times = m_times->path();
+    if (m_file->isToBeKeptAside()) {
+        tell(m_path, asideName({times, m_path}));
+    }
+    if (m_times->isToBeKeptAside()) {
+        tell(times, m_file->isToBeKeptAside() ? asideName({m_path, times}) : asideName({times}));
+    }
+}
+
+QString OperationalMode::unusableKeptAs() const
+{
+    return asideName(filesOf(m_path));
 }
 
 /// In the status bar's list, and for who shows what is not to be missed.
@@ -210,6 +238,9 @@ bool OperationalMode::replay(StationTreeLoader &tree, QHash<QString, StationAttr
         } else { // the last record, which a power cut tore: nobody was told that it is kept
             Q_EMIT statusMessage(leftOut);
         }
+    }
+    if (QFileInfo::exists(replayed.keptAs)) { // unless that failed, too
+        tellDefect(tr("What the journal was is kept as %1").arg(replayed.keptAs));
     }
     return replayed.status && replayed.changes > 0;
 }

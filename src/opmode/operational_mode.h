@@ -75,6 +75,8 @@ public:
     std::optional<UnkeptChanges> unkeptChanges() const;
     /// Puts a list that is unusable aside, with what belongs to it, and begins an empty one in its place.
     Status openEmpty();
+    /// The name that openEmpty() would give to the list that is unusable.
+    QString unusableKeptAs() const;
 
     /// Writes the file, removes the journal and the stations. After a failure everything is as before.
     Status close();
@@ -143,6 +145,7 @@ private:
     Status takeLock(Use use);
     Status load(Use use, QHash<QString, StationAttributes> &attributes);
     void tellDefect(const QString &defect);
+    void tellWhereKept();
     void setKeepingTrouble(const QString &trouble);
     void tellUnkept();
     bool replay(StationTreeLoader &tree, QHash<QString, StationAttributes> &attributes);

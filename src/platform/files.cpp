@@ -140,9 +140,18 @@ int freeNumber(const QStringList &paths)
 
 } // namespace
 
-Status keepCopyAside(const QString &path, const QByteArray &content)
+QString asideName(const QStringList &paths)
 {
-    return replaceFile(numbered(path, freeNumber({path})), content);
+    return numbered(paths.last(), freeNumber(paths));
+}
+
+Status keepCopyAside(const QString &path, const QByteArray &content, QString *name)
+{
+    const QString aside = asideName({path});
+    if (name != nullptr) {
+        *name = aside;
+    }
+    return replaceFile(aside, content);
 }
 
 Status keepAside(const QStringList &paths, QString *newNameOfLast)

@@ -83,7 +83,9 @@ Status copyFile(const QString &from, const QString &to);
 /// Renames files so that others can take their places: "nodes.xml" to "nodes (1).xml" or the next number that
 /// is free for all of them. Those that do not exist are passed over. Tells what the last one is called now.
 Status keepAside(const QStringList &paths, QString *newNameOfLast = nullptr);
-/// Keeps a copy of a file's content aside under such a name.
-Status keepCopyAside(const QString &path, const QByteArray &content);
+/// What keepAside() would call the last one now.
+QString asideName(const QStringList &paths);
+/// Keeps a copy of a file's content aside under such a name, which is put into `name`.
+Status keepCopyAside(const QString &path, const QByteArray &content, QString *name = nullptr);
 
 } // namespace ktr

@@ -426,7 +426,7 @@ private Q_SLOTS:
         QVERIFY(test::writeFile(file("nodes.times"), "of it"));
         {
             Run run(m_folder->path());
-            QVERIFY(run.opened && run.told.size() == 4);
+            QVERIFY(run.opened && run.told.size() == 6); // two of them tell where they are kept
             QCOMPARE(run.mode->stations().Count(), 1);
             QVERIFY(run.mode->close());
         }
@@ -531,7 +531,8 @@ private Q_SLOTS:
                 (list.isEmpty() || test::writeFile(file("nodes.xml"), list)));
         Run run(m_folder->path());
         const QString told = run.mode->defects().join(u'\n');
-        QVERIFY2(told.contains(file("nodes.times")) && told.contains(file("nodes.journal")),
+        QVERIFY2(told.contains(file("nodes.times")) && told.contains("nodes (1).times") &&
+                     told.contains(file("nodes (1).journal")),
                  qPrintable(told));
         QVERIFY(run.mode->close());
         QCOMPARE(test::contentOf(file("nodes (1).times")), times);
@@ -572,8 +573,10 @@ private Q_SLOTS:
             QCOMPARE(run.mode->attributes(QStringLiteral("S")).hostAddress, address);
             const QString told = run.mode->defects().join(u'\n');
             QVERIFY2(told.section(u'\n', 0, 0).endsWith(QLatin1String(": S")) ||
-                         told.endsWith(QLatin1String("(S)")) || (damage.endsWith('&') && told.contains(u'&')),
+                         told.contains(QLatin1String("(S)\n")) ||
+                         (damage.endsWith('&') && told.contains(u'&')),
                      qPrintable(told));
+            QVERIFY2(told.contains("nodes (1).xml"), qPrintable(told));
             QVERIFY(run.mode->close());
         }
         QCOMPARE(test::contentOf(file("nodes (1).xml")), list);

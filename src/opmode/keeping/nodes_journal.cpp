@@ -52,7 +52,7 @@ NodesJournal::Replayed NodesJournal::replay(quint64 nodesChecksum,
         return takeUpForeign(journal, nodesChecksum, carryOut, foreign);
     }
     if (!result.status) {
-        const Status aside = keepAside({m_file.path()});
+        const Status aside = keepAside({m_file.path()}, &result.keptAs);
         if (!aside) {
             result.status = aside;
             return result; // rather no journal than one that destroys another
@@ -78,7 +78,7 @@ NodesJournal::Replayed NodesJournal::replay(quint64 nodesChecksum,
         }
     }
     if (isSpoilt) {
-        result.status = keepCopyAside(m_file.path(), journal);
+        result.status = keepCopyAside(m_file.path(), journal, &result.keptAs);
     }
     // Or the last run ended before it could leave out what the file has.
     if (result.status && (isSpoilt || own != journal)) {
@@ -129,7 +129,7 @@ NodesJournal::Replayed NodesJournal::takeUpForeign(const QByteArray &journal, qu
         (void)take(change);
     }
     result.damaged = isDamaged(records);
-    result.status = keepCopyAside(m_file.path(), journal);
+    result.status = keepCopyAside(m_file.path(), journal, &result.keptAs);
     if (result.status) {
         result.status = replaceFile(m_file.path(), taken);
     }

@@ -38,6 +38,7 @@ public:
         qsizetype unfit = 0;            ///< whole, but not carried out
         qint64 dropped = 0;             ///< bytes that were no whole record
         bool damaged = false;           ///< more of them than the record that a power cut tears
+        QString keptAs;                 ///< the file with all that the journal was, if it is kept
     };
     /// Carries out the changes of the last run, when they belong to the `nodes.xml` of this checksum, and
     /// appends behind them from now on. `carryOut` gives false for a change that does not fit. Of a journal

@@ -26,6 +26,7 @@ public:
     bool fitsNothing() const { return !m_keepAside && m_known > 0 && m_fitting == 0; }
     /// Keeps the file aside before it is replaced; the failure says so.
     Status mustKeepAside();
+    bool isToBeKeptAside() const { return m_keepAside; }
     /// What save() is to write: the times of each notification, once for each key that an old or new
     /// `nodes.xml` may have for it.
     static QByteArray document(const StationTree &tree);

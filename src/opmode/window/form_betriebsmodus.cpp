@@ -319,8 +319,8 @@ void Form_betriebsmodus::showDefects()
     }
     const QString defects = m_mode.defects().join(u'\n');
     m_listBanner->tellDefects(defects);
-    showBox(tr("Not all of the list of stations is as it was. What is there is watched; the damaged file is "
-               "kept under another name.") +
+    showBox(tr("Not all of the list of stations is as it was. What is there is watched; what is damaged is "
+               "kept under another name, which stands at the end.") +
             QLatin1String("\n\n") + defects);
 }
 
@@ -346,7 +346,8 @@ void Form_betriebsmodus::showBox(const QString &message)
 
 void Form_betriebsmodus::beginEmptyList()
 {
-    if (!ask(tr("Begin with an empty list? The one that cannot be used is kept under another name."))) {
+    if (!ask(tr("Begin with an empty list? The one that cannot be used is kept as %1.")
+                 .arg(m_mode.unusableKeptAs()))) {
         return;
     }
     const Status begun = m_mode.openEmpty();
