@@ -9,6 +9,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int rowsOfAStep = 500;
+constexpr qint64 eventsOfAStep = 10'000;
 
 QSqlQuery *carriedOut(RecordDatabase &database, const QString &statement, const QVariantList &values)
 {
@@ -95,15 +96,24 @@ bool BackgroundWork::indexTexts(RecordDatabase &database, bool &hasMore)
         return false;
     }
     const qint64 begin = numbers[0][0].toLongLong();
-    const qint64 end = std::min(begin + rowsOfAStep, numbers[0][1].toLongLong());
-    if (begin >= end) {
+    const qint64 last = numbers[0][1].toLongLong();
+    if (begin >= last) {
         return true;
     }
-    hasMore = end < numbers[0][1].toLongLong();
+    // Most events have no text that is searched for; to pass over them costs little.
+    const QString searchable = u"id > ? AND id <= ? AND kind IN "_s + listOf(searchableKinds());
+    qint64 end = std::min(begin + eventsOfAStep, last);
+    QList<QVariantList> texts;
+    if (!rowsOf(database,
+                u"SELECT id FROM event WHERE "_s + searchable +
+                    u" ORDER BY id LIMIT 1 OFFSET %1"_s.arg(rowsOfAStep - 1),
+                {begin, end}, texts, 1)) {
+        return false;
+    }
+    end = texts.isEmpty() ? end : texts[0][0].toLongLong();
+    hasMore = end < last;
     return carriedOut(database,
-                      u"INSERT INTO event_text(rowid, text) SELECT id, text FROM event"
-                      " WHERE id > ? AND id <= ? AND +kind IN "_s +
-                          listOf(searchableKinds()),
+                      u"INSERT INTO event_text(rowid, text) SELECT id, text FROM event WHERE "_s + searchable,
                       {begin, end}) != nullptr &&
            carriedOut(database, u"INSERT OR REPLACE INTO setting(name, value) VALUES('searchable', ?)"_s,
                       {QString::number(end)}) != nullptr;

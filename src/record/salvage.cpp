@@ -60,7 +60,7 @@ public:
 
 private:
     /// So often a part without a row that can be read is halved, and so many reads are tried in all.
-    static constexpr int mostHalvings = 12;
+    static constexpr int mostHalvings = 8;
     static constexpr int mostReads = 50'000;
     static constexpr qint64 rowsOfACommit = 50'000;
     /// A time far ahead, beyond all numbers that a record has.

@@ -21,6 +21,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <string>
+#include <sys/mman.h>
 #include <sys/time.h>
 #include <time.h>
 #include <unistd.h>
@@ -133,6 +134,24 @@ ssize_t write(int file, const void *bytes, std::size_t size)
         return -1;
     }
     return next(file, bytes, harmed == Harm::Short ? (size + 1) / 2 : size);
+}
+
+ssize_t pwrite64(int file, const void *bytes, std::size_t size, off64_t place)
+{
+    static const auto next = real<ssize_t(int, const void *, std::size_t, off64_t)>("pwrite64");
+    const Harm harmed = harm("pwrite", pathOf(file).c_str());
+    if (fails(harmed, true)) {
+        return -1;
+    }
+    return next(file, bytes, harmed == Harm::Short ? (size + 1) / 2 : size, place);
+}
+
+void *mmap64(void *wanted, std::size_t size, int protection, int flags, int file, off64_t place)
+{
+    static const auto next = real<void *(void *, std::size_t, int, int, int, off64_t)>("mmap64");
+    return file >= 0 && fails(harm("mmap", pathOf(file).c_str()), false)
+               ? MAP_FAILED
+               : next(wanted, size, protection, flags, file, place);
 }
 
 int fsync(int file)

@@ -1,6 +1,9 @@
 #include "opmode/keeping/checksum.h"
 #include "opmode/operational_mode.h"
 #include "platform/files.h"
+#include "record/record_care.h"
+#include "record/record_file.h"
+#include "record/record_reader.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
@@ -144,6 +147,37 @@ private Q_SLOTS:
                      allFiles().join(u' ').toUtf8() + where);
         }
         QVERIFY(calls > 30);
+    }
+
+    void aRecordHoldsWhatWasCommittedWhateverFails_data() { kinds(); }
+    void aRecordHoldsWhatWasCommittedWhateverFails()
+    {
+        QFETCH(QString, kind);
+        int calls = 0;
+        for (Ended ended{.struck = u"-"_s}; !ended.struck.isEmpty(); ++calls) {
+            m_folder = newFolder();
+            const QString path = m_folder->filePath(u"record.db"_s);
+            ended = run(QStringLiteral(RECORD_RUN), {path}, kind, calls + 1);
+            const QByteArray where =
+                (u"call %1: "_s.arg(calls + 1) + ended.struck + u'\n' + ended.lines.join(u'\n')).toUtf8();
+            QCOMPARE(ended.wasKilled, kind == u"kill"_s && !ended.struck.isEmpty());
+            const bool isWhole = ended.lines.contains(u"whole "_s);
+            QVERIFY2(isWhole || ended.wasKilled || !ended.lines.filter(u"told "_s).isEmpty(), where);
+            QVERIFY2(isWhole || ended.wasKilled || ended.code != 0 || kind == u"full"_s, where); // it goes on
+            const OpenedRecord found = openRecord(path);
+            QVERIFY2(found.status, found.status.message().toUtf8() + where);
+            QVERIFY2(found.keptAside.isEmpty(), where);
+            RecordReader reader(path);
+            QStringList kept;
+            for (const EventRow &row : reader.findEvents({}, {}, 9).rows) {
+                kept.prepend(u"kept "_s + QString::number(row.id));
+            }
+            const QStringList said = ended.lines.filter(u"kept "_s);
+            QVERIFY2(kept.mid(0, said.size()) == said || kept.size() == 3, kept.join(u' ').toUtf8() + where);
+            QVERIFY2(!isWhole || kept.size() == 3, where);
+            QVERIFY2(checkRecord(path).faults.isEmpty(), where);
+        }
+        QVERIFY(calls > 20);
     }
 
 private:

@@ -1,0 +1,51 @@
+// Keeps a record: opens it, writes events and alarms, tries again what was refused, closes it. Says what the
+// disk has, a line each, so that whoever breaks its file system can tell whether that is true. Argument: the
+// file.
+
+#include "record/record_writer.h"
+#include "support/manual_timers.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+
+using namespace ktr;
+
+namespace {
+
+void say(const char *what, const QString &text)
+{
+    std::printf("%s %s\n", what, qPrintable(text));
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    const QString path = QString::fromLocal8Bit(argv[1]);
+    const OpenedRecord opened = openRecord(path);
+    if (!opened.status) {
+        say("told", opened.status.message());
+        return 1;
+    }
+    if (!opened.keptAside.isEmpty()) {
+        say("damaged", opened.lost.join(u' '));
+    }
+    test::ManualTimers timers;
+    RecordWriter writer(path, opened, timers, [](const QString &reason) { say("told", reason); });
+    for (int i = 0; i < 3; ++i) {
+        const qint64 id = writer.nextEventId();
+        writer.add(EventRow{.id = id, .at = 1, .text = QStringLiteral("event %1").arg(id)});
+        writer.add(AlarmRow{.id = writer.nextAlarmId(), .text = QStringLiteral("alarm"), .first = 1});
+        if (writer.flushNow()) {
+            say("kept", QString::number(id));
+        }
+        timers.advance(RecordWriter::restDelay); // texts are put into the index meanwhile
+    }
+    for (int tries = 0; tries < 3 && !writer.flushNow(); ++tries) {
+    }
+    say(writer.onDiskCount() == writer.addedCount() ? "whole" : "partial", QString());
+    return 0;
+}
