@@ -852,6 +852,34 @@
         <source>was written by a newer version of the program (tables %1; this version knows them up to %2)</source>
         <translation>wurde von einer neueren Version des Programms geschrieben (Tabellen %1; diese Version kennt sie bis %2)</translation>
     </message>
+    <message>
+        <source>is there already</source>
+        <translation>ist schon vorhanden</translation>
+    </message>
+    <message>
+        <source>is not known to be on the disk</source>
+        <translation>ist nicht sicher auf dem Datenträger</translation>
+    </message>
+    <message>
+        <source>could not be put there</source>
+        <translation>konnte dort nicht abgelegt werden</translation>
+    </message>
+    <message>
+        <source>is damaged</source>
+        <translation>ist beschädigt</translation>
+    </message>
+    <message>
+        <source>the new record could not be put there</source>
+        <translation>die neue Aufzeichnung konnte dort nicht abgelegt werden</translation>
+    </message>
+    <message>
+        <source>nothing of it could be read</source>
+        <translation>nichts davon konnte gelesen werden</translation>
+    </message>
+    <message>
+        <source>some rows of &quot;%1&quot;, of which %2 could be read</source>
+        <translation>einige Zeilen von „%1“, von denen %2 gelesen werden konnten</translation>
+    </message>
 </context>
 <context>
     <name>Station</name>
