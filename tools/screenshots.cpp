@@ -12,6 +12,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QTabBar>
 #include <QTemporaryDir>
 
@@ -32,6 +33,27 @@ void settle()
     }
 }
 
+/// The sample in a folder whose name is the same anywhere, since the status bar tells it; gone at the end.
+class ShownSample
+{
+public:
+    ShownSample()
+    {
+        QDir().mkpath(folder());
+        QFile::remove(path());
+        QFile::copy(QStringLiteral("samples/pumping-station.xml"), path());
+    }
+    ~ShownSample()
+    {
+        QFile::remove(path());
+        QDir().rmdir(folder()); // unless somebody else has files there
+    }
+    Q_DISABLE_COPY_MOVE(ShownSample)
+
+    static QString folder() { return QDir::tempPath() + QStringLiteral("/stations"); }
+    static QString path() { return folder() + QStringLiteral("/pumping-station.xml"); }
+};
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -43,11 +65,15 @@ int main(int argc, char **argv)
         return 2;
     }
     const QDir pictures(QDir(arguments.front()).absolutePath());
-    QDir::setCurrent(
-        QStringLiteral(KTR_SOURCE_DIR)); // the status bar then tells a path that is the same anywhere
+    QDir::setCurrent(QStringLiteral(KTR_SOURCE_DIR));
     const bool all = arguments.contains(QStringLiteral("--all"));
     const QTemporaryDir folder;
     MRegistry::setRegistryFile(folder.filePath(QStringLiteral("registry.json")));
+    const ShownSample sample;
+    if (!QFileInfo::exists(sample.path())) {
+        std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(sample.path()));
+        return 1;
+    }
 
     for (const Appearance appearance : {Appearance::Light, Appearance::Dark}) {
         applyAppearance(application, appearance);
@@ -80,8 +106,7 @@ int main(int argc, char **argv)
                              [] { return QStringList{QStringLiteral("/dev/ttyUSB0")}; },
                              folder.filePath(QStringLiteral("instance"))});
             window.resize(laptop);
-            window.start({u'-' + QString::fromLatin1(language), QStringLiteral("-load"),
-                          QStringLiteral("samples/pumping-station.xml")});
+            window.start({u'-' + QString::fromLatin1(language), QStringLiteral("-load"), sample.path()});
             settle();
             for (int page = 0; page < pageCount; ++page) {
                 window.tabs().setCurrentIndex(page);
