@@ -3,6 +3,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCoreApplication>
+#include <QCursor>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QLabel>
@@ -61,6 +62,8 @@ public:
             if (auto *widget = qobject_cast<QWidget *>(watched)) {
                 if (const QString folded = foldedTip(widget->toolTip()); folded != widget->toolTip()) {
                     widget->setToolTip(folded);
+                } else if (QToolTip::isVisible() && QApplication::widgetAt(QCursor::pos()) == widget) {
+                    QToolTip::showText(QCursor::pos(), folded, widget); // what is shown of it is out of date
                 }
             }
             break;

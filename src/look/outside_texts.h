@@ -7,10 +7,10 @@ class QApplication;
 namespace ktr {
 
 /// What modules, files and users say is shown letter for letter, in every window of the program: a label or a
-/// tool tip whose text looks like mark-up shows the marks, a long tool tip is folded, and the text of a long
-/// message box is bounded. A label that is to
-/// show mark-up of our own says so with setTextFormat, and escapes all that it puts in: a picture that is
-/// named there would be read from wherever it says. Done once; calling it again does nothing.
+/// tool tip whose text looks like mark-up shows the marks, a long tool tip is folded, one that is open
+/// follows its text, and the text of a long message box is bounded. A label that is to show mark-up of our
+/// own says so with setTextFormat, and escapes all that it puts in: a picture that is named there would be
+/// read from wherever it says. Done once; calling it again does nothing.
 void showOutsideTextsPlain(QApplication &application);
 
 /// A text as a tool tip shows it: lines of at most 80 characters, at most 15 of them, with "…" at the end

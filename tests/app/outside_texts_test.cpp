@@ -157,6 +157,21 @@ private Q_SLOTS:
         QVERIFY(!m_pipe->isRead());
     }
 
+    void aTipThatIsOpenFollowsItsText()
+    {
+        showOutsideTextsPlain(*qApp);
+        QLabel label("label");
+        label.setToolTip("searching");
+        label.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&label));
+        QCursor::setPos(label.mapToGlobal(label.rect().center()));
+        lookAtTip(label, label.rect().center(), [&label] {
+            QCOMPARE(QToolTip::text(), "searching");
+            label.setToolTip("connected");
+            QCOMPARE(QToolTip::text(), "connected");
+        });
+    }
+
     void aLongTipIsFolded()
     {
         QCOMPARE(foldedTip("a\nb c\n"), "a\nb c\n");
@@ -286,7 +301,8 @@ private:
         }
     }
 
-    void lookAtTip(QWidget &widget, const QPoint &place)
+    void lookAtTip(
+        QWidget &widget, const QPoint &place, const std::function<void()> &whileOpen = [] {})
     {
         QHelpEvent event(QEvent::ToolTip, place, widget.mapToGlobal(place));
         QApplication::sendEvent(&widget, &event);
@@ -300,6 +316,7 @@ private:
                 m_tips += tip->text().contains("<img") ? 1 : 0;
             }
         }
+        whileOpen();
         QToolTip::hideText();
     }
 

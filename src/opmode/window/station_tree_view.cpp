@@ -4,8 +4,12 @@
 #include "opmode/window/station_tree_delegate.h"
 #include "opmode/window/view_activity.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
+#include <QCursor>
+#include <QHelpEvent>
 #include <QScrollBar>
+#include <QToolTip>
 
 namespace ktr {
 
@@ -13,6 +17,7 @@ namespace {
 
 constexpr int filterMs = 100;
 constexpr int layoutMs = 250;
+constexpr int tipMs = 100;
 
 } // namespace
 
@@ -39,6 +44,9 @@ StationTreeView::StationTreeView(StationTree &tree, QWidget *parent)
     m_layoutTimer.setSingleShot(true);
     m_layoutTimer.setInterval(layoutMs);
     connect(&m_layoutTimer, &QTimer::timeout, this, &StationTreeView::refresh);
+    m_tipTimer.setSingleShot(true);
+    m_tipTimer.setInterval(tipMs);
+    connect(&m_tipTimer, &QTimer::timeout, this, &StationTreeView::refreshTip);
     connect(m_activity, &ViewActivity::mouseRested, this, &StationTreeView::refresh);
     const auto ofStations = [this](const QModelIndex &above) {
         if (!above.isValid()) {
@@ -50,10 +58,23 @@ StationTreeView::StationTreeView(StationTree &tree, QWidget *parent)
     connect(&tree, &QAbstractItemModel::modelReset, this, &StationTreeView::filterSoon);
     connect(&tree, &QAbstractItemModel::dataChanged, this,
             [this](const QModelIndex &, const QModelIndex &, const QList<int> &roles) {
+                if (QToolTip::isVisible() && !m_tipTimer.isActive()) {
+                    m_tipTimer.start();
+                }
                 if (!m_filter.isOfAnyKind() && !roles.contains(Qt::DisplayRole)) {
                     filterSoon();
                 }
             });
+}
+
+/// What an open tool tip tells of a row may have changed.
+void StationTreeView::refreshTip()
+{
+    if (QToolTip::isVisible() && QApplication::widgetAt(QCursor::pos()) == viewport()) {
+        const QPoint place = viewport()->mapFromGlobal(QCursor::pos());
+        QHelpEvent again(QEvent::ToolTip, place, QCursor::pos());
+        QApplication::sendEvent(viewport(), &again);
+    }
 }
 
 // Which stations are shown

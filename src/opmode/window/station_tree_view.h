@@ -60,6 +60,7 @@ protected:
     void updateGeometries() override;
 
 private:
+    void refreshTip();
     void filterSoon();
     QModelIndex heldNode() const;
     void applyFilter();
@@ -74,6 +75,7 @@ private:
     bool m_isFilterChosen = false; ///< by the user, just now
     QTimer m_filterTimer;
     QTimer m_layoutTimer;
+    QTimer m_tipTimer;
     /// How far it is scrolled although the rows end before, in rows; 0 for no further than they go. Example:
     /// of ten rows the last five are to be seen, and three of them close. The scroll bar would end at two
     /// now, and the row under the mouse would move down by three.
