@@ -76,6 +76,14 @@ struct Conditions
     QString all() const { return texts.isEmpty() ? u"1"_s : texts.join(u" AND "_s); }
 };
 
+/// Numbers of which there may be many are bound as one value, so that the statement is always the same.
+const QString anArray = u"(SELECT value FROM json_each(?))"_s;
+
+QString arrayOf(const QList<qint64> &numbers)
+{
+    return u'[' + listOf(numbers).mid(1).chopped(1) + u']';
+}
+
 /// All but the stations and the text.
 Conditions conditionsOf(const EventFilter &filter)
 {
@@ -95,23 +103,20 @@ Conditions conditionsOf(const EventFilter &filter)
     return where;
 }
 
-/// What the index of texts is asked for: all parts of three characters. It knows no places, so more than what
-/// is wanted has them. Empty: the text is too short for it.
-QString trigramsOf(const QString &text)
+/// All parts of three characters, which the index knows. Empty: the text is too short for it.
+QStringList trigramsOf(const QString &text)
 {
-    constexpr qsizetype enough = 16;
+    constexpr qsizetype enough = 64;
     const QList<uint> characters = text.toUcs4();
     QStringList parts;
     for (qsizetype i = 0; i + 3 <= characters.size() && parts.size() < enough; ++i) {
         const QList<uint> three = characters.mid(i, 3);
         if (!three.contains(0)) {
-            const QString part =
-                QString::fromUcs4(reinterpret_cast<const char32_t *>(three.constData()), three.size());
-            parts += u'"' + QString(part).replace(u'"', u"\"\""_s) + u'"';
+            parts += QString::fromUcs4(reinterpret_cast<const char32_t *>(three.constData()), three.size());
         }
     }
     parts.removeDuplicates();
-    return parts.join(u" AND "_s);
+    return parts;
 }
 
 /// The pattern of LIKE for a text that is contained.
@@ -244,38 +249,76 @@ EventPage RecordReader::eventsByTime(const EventFilter &filter, const std::optio
     constexpr qsizetype fewStations = 200;
     const bool isMerged = !filter.stations.isEmpty() && filter.stations.size() <= fewStations;
     if (!filter.stations.isEmpty() && !isMerged) {
-        where.add(u"station IN "_s + listOf(filter.stations), {});
+        where.add(u"station IN "_s + anArray, {arrayOf(filter.stations)});
     }
     if (!filter.kinds.isEmpty() &&
         std::ranges::all_of(filter.kinds, [](EventKind kind) { return kind >= EventKind::Alive; })) {
         where.add(u"kind >= 10"_s, {}); // the condition of the index
     }
-    const QString statement = u"SELECT "_s + eventColumns + u" FROM event WHERE "_s + where.all() +
-                              (isMerged ? u" AND station = ?"_s : QString()) +
-                              u" ORDER BY at DESC, id DESC LIMIT ?"_s;
-    const QList<qint64> rounds = isMerged ? filter.stations : QList<qint64>{0};
-    for (const qint64 station : rounds) {
-        page.status =
-            each(statement,
-                 where.values + (isMerged ? QVariantList{station} : QVariantList{}) + QVariantList{limit},
-                 [&](const QSqlQuery &row) {
-                     page.rows += eventOf(row);
-                     return true;
-                 });
-        if (!page.status) {
-            return page;
+    const QString order = u" ORDER BY at DESC, id DESC LIMIT ?"_s;
+    const auto takeRow = [&](const QSqlQuery &row) {
+        page.rows += eventOf(row);
+        return true;
+    };
+    if (!isMerged) {
+        page.status = each(u"SELECT "_s + eventColumns + u" FROM event WHERE "_s + where.all() + order,
+                           where.values + QVariantList{limit}, takeRow);
+    } else {
+        // First where they stand, which the index tells alone.
+        QList<std::pair<qint64, qint64>> keys;
+        for (const qint64 station : filter.stations) {
+            page.status =
+                each(u"SELECT at, id FROM event WHERE "_s + where.all() + u" AND station = ?"_s + order,
+                     where.values + QVariantList{station, limit}, [&](const QSqlQuery &row) {
+                         keys.append({row.value(0).toLongLong(), row.value(1).toLongLong()});
+                         return true;
+                     });
+            if (!page.status) {
+                return page;
+            }
         }
-    }
-    if (isMerged) {
-        std::ranges::sort(page.rows, [](const EventRow &a, const EventRow &b) {
-            return std::pair(a.at, a.id) > std::pair(b.at, b.id);
-        });
-        page.rows = page.rows.mid(0, limit);
+        std::ranges::sort(keys, std::greater());
+        QList<qint64> ids;
+        for (const auto &[at, id] : keys.mid(0, limit)) {
+            ids += id;
+        }
+        page.status = each(u"SELECT "_s + eventColumns + u" FROM event WHERE id IN "_s + anArray + order,
+                           {arrayOf(ids), limit}, takeRow);
     }
     if (page.rows.size() == limit) {
         page.next = RecordKey{page.rows.last().at, page.rows.last().id};
     }
     return page;
+}
+
+/// What the index is asked for: those of a text's parts that are rare, going by the latest texts. It goes
+/// through all events that have any of them; what else has them is told apart afterwards.
+Status RecordReader::matchOf(const QStringList &trigrams, qint64 upTo, QString &match)
+{
+    constexpr qsizetype enough = 4;
+    QList<std::pair<int, QString>> parts;
+    for (const QString &trigram : trigrams) {
+        parts.append({0, trigram});
+    }
+    Status read = Status::done();
+    if (parts.size() > enough) {
+        read = each(u"SELECT text FROM event WHERE id <= ? AND id > ? AND kind IN "_s +
+                        listOf(searchableKinds()) + u" ORDER BY id DESC LIMIT 300"_s,
+                    {upTo, upTo - numbersOfAPart}, [&](const QSqlQuery &row) {
+                        const QString text = row.value(0).toString();
+                        for (auto &[count, part] : parts) {
+                            count += text.contains(part, Qt::CaseInsensitive) ? 1 : 0;
+                        }
+                        return true;
+                    });
+        std::ranges::stable_sort(parts, {}, &std::pair<int, QString>::first);
+    }
+    QStringList quoted;
+    for (const auto &[count, part] : parts.mid(0, enough)) {
+        quoted += u'"' + QString(part).replace(u'"', u"\"\""_s) + u'"';
+    }
+    match = quoted.join(u" AND "_s);
+    return read;
 }
 
 /// By their numbers, in which the index has them.
@@ -304,9 +347,9 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
     bool isFew = false; // all rows of these stations can be gone through
     if (page.status && !filter.stations.isEmpty()) {
         constexpr qint64 few = 20'000;
-        page.status = each(u"SELECT count(*) FROM (SELECT 1 FROM event WHERE station IN "_s +
-                               listOf(filter.stations) + u" LIMIT %1)"_s.arg(few),
-                           {}, [&](const QSqlQuery &row) {
+        page.status = each(u"SELECT count(*) FROM (SELECT 1 FROM event WHERE station IN "_s + anArray +
+                               u" LIMIT %1)"_s.arg(few),
+                           {arrayOf(filter.stations)}, [&](const QSqlQuery &row) {
                                isFew = row.value(0).toLongLong() < few;
                                return true;
                            });
@@ -314,40 +357,42 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
     if (after) {
         high = std::min(high, after->id - 1);
     }
-    const QString trigrams = trigramsOf(filter.text);
+    const QStringList trigrams = trigramsOf(filter.text);
     Conditions where = conditionsOf(filter);
     if (!filter.stations.isEmpty()) {
-        where.add(u"station IN "_s + listOf(filter.stations), {});
+        where.add(u"station IN "_s + anArray, {arrayOf(filter.stations)});
     }
     where.add(u"kind IN "_s + listOf(searchableKinds()), {});
     where.add(u"event.text LIKE ? ESCAPE '\\'"_s, {containing(filter.text)});
-    const auto search = [&](const QString &source, const QString &condition, qint64 above, qint64 upTo,
-                            const QVariantList &bound) {
+    const auto search = [&](const QString &source, const QString &number, qint64 above, qint64 upTo,
+                            const QString &match = {}) {
+        QVariantList bound{above, upTo};
+        if (!match.isEmpty()) {
+            bound.prepend(match);
+        }
         page.status =
-            each(u"SELECT "_s + eventColumns + u" FROM "_s + source + u" WHERE "_s + condition + u" AND "_s +
-                     where.all() + u" ORDER BY id DESC LIMIT ?"_s,
-                 bound + QVariantList{above, upTo} + where.values + QVariantList{limit - page.rows.size()},
-                 [&](const QSqlQuery &row) {
+            each(u"SELECT "_s + eventColumns + u" FROM "_s + source + u" WHERE "_s +
+                     (match.isEmpty() ? QString() : u"event_text MATCH ? AND "_s) + number + u" > ? AND "_s +
+                     number + u" <= ? AND "_s + where.all() + u" ORDER BY "_s + number + u" DESC LIMIT ?"_s,
+                 bound + where.values + QVariantList{limit - page.rows.size()}, [&](const QSqlQuery &row) {
                      page.rows += eventOf(row);
                      return true;
                  });
-        return page.status && page.rows.size() < limit;
     };
-    const QString byNumber = u"id > ? AND id <= ?"_s;
     QElapsedTimer time;
     time.start();
     if (!page.status) {
         return page;
     }
     if (isFew) {
-        (void)search(u"event INDEXED BY event_station"_s, u"+"_s + byNumber, low, high, {});
+        search(u"event INDEXED BY event_station"_s, u"+id"_s, low, high);
         low = high;
     }
     // What the index does not hold, part by part: who asked sees soon what there is, and asks on.
     const qint64 unindexedAbove = trigrams.isEmpty() ? low : std::max(low, indexed);
     while (page.status && page.rows.size() < limit && high > unindexedAbove) {
         const qint64 above = std::max(unindexedAbove, high - numbersOfAPart);
-        (void)search(u"event"_s, byNumber, above, high, {});
+        search(u"event NOT INDEXED"_s, u"id"_s, above, high);
         high = above;
         if (time.elapsed() > longestSearch && page.rows.size() < limit && high > low) {
             page.next = RecordKey{0, high + 1};
@@ -355,9 +400,12 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
         }
     }
     if (page.status && page.rows.size() < limit && high > low) {
-        (void)search(u"event_text CROSS JOIN event ON event.id = event_text.rowid"_s,
-                     u"event_text MATCH ? AND event_text.rowid > ? AND event_text.rowid <= ?"_s, low, high,
-                     {trigrams});
+        QString match;
+        page.status = matchOf(trigrams, high, match);
+        if (page.status) {
+            search(u"event_text CROSS JOIN event ON event.id = event_text.rowid"_s, u"event_text.rowid"_s,
+                   low, high, match);
+        }
     }
     if (page.rows.size() == limit) {
         page.next = RecordKey{page.rows.last().at, page.rows.last().id};
@@ -377,7 +425,7 @@ AlarmPage RecordReader::findAlarms(const AlarmFilter &filter, const std::optiona
         where.add(u"first < ?"_s, {filter.to});
     }
     if (!filter.stations.isEmpty()) {
-        where.add(u"station IN "_s + listOf(filter.stations), {});
+        where.add(u"station IN "_s + anArray, {arrayOf(filter.stations)});
     }
     if (filter.state != AlarmFilter::State::Any) {
         where.add(u"(acknowledged IS NULL OR over IS NULL)"_s, {}); // the condition of the index

@@ -130,6 +130,7 @@ public:
 private:
     EventPage eventsByTime(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
     EventPage eventsByText(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
+    Status matchOf(const QStringList &trigrams, qint64 upTo, QString &match);
     /// Carries out a statement and hands over its rows until `take` gives false.
     Status each(const QString &statement, const QVariantList &values,
                 const std::function<bool(const QSqlQuery &)> &take);
