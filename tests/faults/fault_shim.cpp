@@ -3,6 +3,7 @@
 // 1, the one of number KTR_FAULT_AT goes wrong, as KTR_FAULT_KIND says:
 //
 //   error   it fails (EIO)
+//   errors  it and the seven after it fail
 //   full    the disk is full from then on (ENOSPC)
 //   short   a write takes half of the bytes; any other call is not harmed
 //   kill    the program ends as by kill -9, before the call
@@ -70,7 +71,8 @@ Harm harm(const char *call, const char *path)
     }
     const int number = ++calls;
     const bool isFull = kind == "full";
-    if (number < struckCall || (number > struckCall && !isFull)) {
+    const int last = kind == "errors" ? struckCall + 7 : struckCall;
+    if (number < struckCall || (number > last && !isFull)) {
         return Harm::None;
     }
     if (number == struckCall) {

@@ -44,7 +44,7 @@ int main(int argc, char **argv)
         }
         timers.advance(RecordWriter::restDelay); // texts are put into the index meanwhile
     }
-    for (int tries = 0; tries < 3 && !writer.flushNow(); ++tries) {
+    for (int tries = 0; tries < 8 && !writer.flushNow(); ++tries) {
     }
     say(writer.onDiskCount() == writer.addedCount() ? "whole" : "partial", QString());
     return 0;

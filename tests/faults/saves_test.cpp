@@ -149,7 +149,11 @@ private Q_SLOTS:
         QVERIFY(calls > 30);
     }
 
-    void aRecordHoldsWhatWasCommittedWhateverFails_data() { kinds(); }
+    void aRecordHoldsWhatWasCommittedWhateverFails_data()
+    {
+        kinds();
+        QTest::newRow("errors") << u"errors"_s; // the commit, and closing the connection after it
+    }
     void aRecordHoldsWhatWasCommittedWhateverFails()
     {
         QFETCH(QString, kind);
