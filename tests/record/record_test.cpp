@@ -27,6 +27,7 @@ class RecordTest : public QObject
 private Q_SLOTS:
     void init()
     {
+        m_troubles.clear();
         // In memory where that can be: thousands of commits are waited for.
         const QString inMemory = u"/dev/shm"_s;
         const QString place = QFileInfo(inMemory).isWritable() ? inMemory : QDir::tempPath();
@@ -81,6 +82,33 @@ private Q_SLOTS:
         std::optional<QString> setting;
         QVERIFY(reader.setting(u"s"_s, setting));
         QCOMPARE(setting, odd);
+    }
+
+    void whatIsRefusedWaitsWithinBoundsAndIsWrittenLater()
+    {
+        RecordWriter writer(
+            m_path, {}, m_timers, [this](const QString &reason) { m_troubles += reason; }, 50'000);
+        for (int i = 1; i <= 1000; ++i) {
+            writer.add(said(writer.nextEventId(), u"x"_s));
+            if (i % 100 == 0) {
+                writer.add(AlarmRow{.id = writer.nextAlarmId(), .first = i});
+                QVERIFY(!writer.flushNow());
+            }
+        }
+        QCOMPARE(m_troubles, QStringList{m_path + u": does not exist"_s});
+        QVERIFY(openRecord(m_path).status);
+        RecordReader reader(m_path);
+        const qint64 version = reader.dataVersion();
+        QVERIFY(writer.flushNow());
+        QVERIFY(!writer.isFailing() && m_troubles.constLast().isEmpty());
+        QCOMPARE(writer.onDiskCount(), writer.addedCount());
+        QCOMPARE(reader.findAlarms({}, {}, 99).rows.size(), 10);
+        const QList<EventRow> left = reader.findEvents({}, {}, 2000).rows; // the newest
+        QCOMPARE(quint64(left.size()) + writer.leftOutCount(), 1000);
+        QVERIFY(left.size() > 50 && left.size() < 900);
+        QCOMPARE(left.first().id - left.last().id, left.size() - 1);
+        QCOMPARE(left.first().id, 1000);
+        QVERIFY(reader.dataVersion() != version);
     }
 
     void theNewestQuestionOfAnAskerIsAnswered()
@@ -274,7 +302,6 @@ private:
     std::unique_ptr<RecordWriter> opened()
     {
         const OpenedRecord record = openRecord(m_path);
-        m_failure = record.status.message();
         return std::make_unique<RecordWriter>(m_path, record, m_timers,
                                               [this](const QString &reason) { m_troubles += reason; });
     }
@@ -282,7 +309,6 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_path;
     test::ManualTimers m_timers;
-    QString m_failure;
     QStringList m_troubles;
 };
 
