@@ -23,6 +23,7 @@ constexpr qint64 farthestTime = std::numeric_limits<qint64>::max();
 // What has no index is searched in parts of so many events, and so many milliseconds at a time.
 constexpr qint64 numbersOfAPart = 20'000;
 constexpr qint64 longestSearch = 60;
+constexpr qsizetype fewStations = 200;
 
 const QString eventColumns = u"id, at, station, kind, event.text, detail, operator, alarm"_s;
 const QString alarmColumns =
@@ -84,7 +85,14 @@ QString arrayOf(const QList<qint64> &numbers)
     return u'[' + listOf(numbers).mid(1).chopped(1) + u']';
 }
 
-/// All but the stations and the text.
+/// The pattern of LIKE for a text that is contained.
+QString containing(QString text)
+{
+    text.replace(u'\\', u"\\\\"_s).replace(u'%', u"\\%"_s).replace(u'_', u"\\_"_s);
+    return u'%' + text + u'%';
+}
+
+/// All but the stations.
 Conditions conditionsOf(const EventFilter &filter)
 {
     Conditions where;
@@ -99,6 +107,10 @@ Conditions conditionsOf(const EventFilter &filter)
     }
     if (!filter.operatorName.isEmpty()) {
         where.add(u"operator = ?"_s, {filter.operatorName});
+    }
+    if (!filter.text.isEmpty()) {
+        where.add(u"kind IN "_s + listOf(searchableKinds()), {});
+        where.add(u"event.text LIKE ? ESCAPE '\\'"_s, {containing(filter.text)});
     }
     return where;
 }
@@ -117,13 +129,6 @@ QStringList trigramsOf(const QString &text)
     }
     parts.removeDuplicates();
     return parts;
-}
-
-/// The pattern of LIKE for a text that is contained.
-QString containing(QString text)
-{
-    text.replace(u'\\', u"\\\\"_s).replace(u'%', u"\\%"_s).replace(u'_', u"\\_"_s);
-    return u'%' + text + u'%';
 }
 
 } // namespace
@@ -345,7 +350,7 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
                  });
     }
     bool isFew = false; // all rows of these stations can be gone through
-    if (page.status && !filter.stations.isEmpty()) {
+    if (page.status && !filter.stations.isEmpty() && filter.stations.size() <= fewStations) {
         constexpr qint64 few = 20'000;
         page.status = each(u"SELECT count(*) FROM (SELECT 1 FROM event WHERE station IN "_s + anArray +
                                u" LIMIT %1)"_s.arg(few),
@@ -353,6 +358,9 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
                                isFew = row.value(0).toLongLong() < few;
                                return true;
                            });
+    }
+    if (isFew) {
+        return eventsByTime(filter, after, limit);
     }
     if (after) {
         high = std::min(high, after->id - 1);
@@ -362,8 +370,6 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
     if (!filter.stations.isEmpty()) {
         where.add(u"station IN "_s + anArray, {arrayOf(filter.stations)});
     }
-    where.add(u"kind IN "_s + listOf(searchableKinds()), {});
-    where.add(u"event.text LIKE ? ESCAPE '\\'"_s, {containing(filter.text)});
     const auto search = [&](const QString &source, const QString &number, qint64 above, qint64 upTo,
                             const QString &match = {}) {
         QVariantList bound{above, upTo};
@@ -383,10 +389,6 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
     time.start();
     if (!page.status) {
         return page;
-    }
-    if (isFew) {
-        search(u"event INDEXED BY event_station"_s, u"+id"_s, low, high);
-        low = high;
     }
     // What the index does not hold, part by part: who asked sees soon what there is, and asks on.
     const qint64 unindexedAbove = trigrams.isEmpty() ? low : std::max(low, indexed);

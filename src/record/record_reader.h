@@ -105,8 +105,8 @@ public:
     Status setting(const QString &name, std::optional<QString> &value);
 
     /// A page of at most `limit` events, from the newest or from where another page ended: in the order of
-    /// their times, those with a text in the order of their numbers. One may be shorter, or empty, and yet
-    /// have a next: where all events must be looked at, that is done part by part.
+    /// their times, those with a text in the order of their numbers unless few stations are meant. One may be
+    /// shorter, or empty, and yet have a next: where all events must be looked at, that is done part by part.
     EventPage findEvents(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
     AlarmPage findAlarms(const AlarmFilter &filter, const std::optional<RecordKey> &after, int limit);
 

@@ -184,7 +184,7 @@ private Q_SLOTS:
                                                row.text.contains(text, Qt::CaseInsensitive)));
                 });
                 std::ranges::sort(expected, std::greater(), [&](const EventRow &row) {
-                    return std::pair(text.isEmpty() ? row.at : 0, row.id);
+                    return std::pair(text.isEmpty() || !filter.stations.isEmpty() ? row.at : 0, row.id);
                 });
                 QList<EventRow> found;
                 EventPage page;
