@@ -4,7 +4,6 @@
 #include "figures.h"
 #include "measured_runs.h"
 #include "opmode/keeping/nodes_file.h"
-#include "opmode/keeping/nodes_journal.h"
 #include "opmode/tree/station_tree_loader.h"
 #include "process_cost.h"
 
@@ -179,22 +178,14 @@ BENCHMARK(writingAMillionEntriesBesideTheSaveOfABuiltDocument)
     ->UseManualTime()
     ->Iterations(7);
 
-/// Alarms that arrive all at once, beside a million entries, with a journal.
+/// Alarms that arrive all at once, beside a million entries.
 void adding100000Notifications(benchmark::State &state)
 {
     constexpr int notifications = 100'000;
     constexpr int batch = 5'000;
-    const QTemporaryDir folder;
-    EventLoopTimers timers;
     for (auto _ : state) {
         StationTree tree(captions());
         const QStringList names = fill(tree, entries);
-        NodesJournal journal(folder.filePath(QStringLiteral("nodes.journal")), timers,
-                             [](const QString &) {});
-        if (!journal.restart(0)) {
-            state.SkipWithError("no journal");
-        }
-        tree.setObserver([&journal](const NodeChange &change) { journal.add(change); });
         const QDateTime now = QDateTime::currentDateTime();
         double longest = 0;
         double all = 0;
@@ -220,24 +211,6 @@ void adding100000Notifications(benchmark::State &state)
 }
 BENCHMARK(adding100000Notifications)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(3);
 
-void keepingAnAlarmInTheJournal(benchmark::State &state)
-{
-    const QTemporaryDir folder;
-    EventLoopTimers timers;
-    NodesJournal journal(folder.filePath(QStringLiteral("nodes.journal")), timers, [](const QString &) {});
-    if (!journal.restart(0)) {
-        state.SkipWithError("no journal");
-    }
-    for (auto _ : state) {
-        journal.add({NodeChange::What::Added, "Station 1/meldung/+4917012345 --> M,Alarm DI1 fail",
-                     "+4917012345 --> M,Alarm DI1 fail", StationTree::alarmColour});
-        if (!journal.flushNow()) {
-            state.SkipWithError("not kept");
-        }
-    }
-}
-BENCHMARK(keepingAnAlarmInTheJournal)->Unit(benchmark::kMicrosecond)->UseRealTime();
-
 void printRows(const MeasuredRuns &runs)
 {
     using figures::row;
@@ -260,8 +233,6 @@ void printRows(const MeasuredRuns &runs)
         mostAnEntry);
     row("the schedules of 10,000 stations", runs.seconds("evaluatingTheSchedulesOf10000Stations"),
         Unit::Seconds, 0.05);
-    row("an alarm on the disk (journal, fdatasync)", runs.seconds("keepingAnAlarmInTheJournal"),
-        Unit::Seconds, 1);
     row("100,000 notifications put into a tree of a million entries",
         runs.seconds("adding100000Notifications"), Unit::Seconds);
 }
@@ -270,7 +241,7 @@ void printRows(const MeasuredRuns &runs)
 
 int main(int argc, char **argv)
 {
-    QCoreApplication application(argc, argv); // the journal's timer needs it
+    QCoreApplication application(argc, argv);
     benchmark::Initialize(&argc, argv);
     MeasuredRuns runs;
     benchmark::RunSpecifiedBenchmarks(&runs);

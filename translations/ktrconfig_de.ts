@@ -409,14 +409,6 @@
         <translation>dafür ist kein Platz</translation>
     </message>
     <message>
-        <source>changes since the start are not kept until the list of stations is written</source>
-        <translation>Änderungen seit dem Start bleiben erst erhalten, wenn die Stationsliste geschrieben ist</translation>
-    </message>
-    <message>
-        <source>could not be shortened</source>
-        <translation>konnte nicht gekürzt werden</translation>
-    </message>
-    <message>
         <source>an SMS without an end was dropped: %1 characters</source>
         <translation>eine SMS ohne Ende wurde verworfen: %1 Zeichen</translation>
     </message>
@@ -549,14 +541,6 @@
         <translation>%1: Beschädigte Stationen wurden aus dem wiederhergestellt, was unter ihnen steht. Ihre Adressen, ihre Zeitpläne und ob sie online sind, müssen geprüft werden: %2</translation>
     </message>
     <message>
-        <source>does not go on from the list of stations that is there; changes taken up for its stations: %1</source>
-        <translation>setzt nicht bei der vorhandenen Stationsliste fort; für deren Stationen übernommene Änderungen: %1</translation>
-    </message>
-    <message>
-        <source>fits no notification of the list of stations that is there, and is kept aside; times in it: %1</source>
-        <translation>passt zu keiner Meldung der vorhandenen Stationsliste und wird beiseitegelegt; Zeiten darin: %1</translation>
-    </message>
-    <message>
         <source>is a link</source>
         <translation>ist eine Verknüpfung</translation>
     </message>
@@ -587,6 +571,22 @@
     <message>
         <source>no element of a configuration was found in it</source>
         <translation>darin ist kein Element einer Konfiguration</translation>
+    </message>
+    <message>
+        <source>does not go on from the list of stations that is there</source>
+        <translation>setzt nicht die vorhandene Stationsliste fort</translation>
+    </message>
+    <message>
+        <source>is damaged; changes that were taken up: %1</source>
+        <translation>ist beschädigt; übernommene Änderungen: %1</translation>
+    </message>
+    <message>
+        <source>%1: the record is damaged; it is kept as %2, rows saved of it: %3</source>
+        <translation>%1: Die Aufzeichnung ist beschädigt; sie ist als %2 aufbewahrt, daraus gerettete Zeilen: %3</translation>
+    </message>
+    <message>
+        <source>The list of stations was edited or replaced since it was written; it is followed</source>
+        <translation>Die Stationsliste wurde bearbeitet oder ersetzt, seit sie geschrieben wurde; es gilt, was in ihr steht</translation>
     </message>
 </context>
 <context>
@@ -1494,14 +1494,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Alle Stationen offline nehmen? Ihre Alarme kommen nicht an, bis sie wieder online sind.</translation>
     </message>
     <message>
-        <source>What changed is kept in its journal and is taken up at the next opening.</source>
-        <translation>Was sich geändert hat, steht in ihrem Journal und wird beim nächsten Öffnen übernommen.</translation>
-    </message>
-    <message>
-        <source>The journal cannot be written either: what changed in this run is lost then.</source>
-        <translation>Auch das Journal lässt sich nicht schreiben: was sich seit dem Öffnen geändert hat, geht dann verloren.</translation>
-    </message>
-    <message>
         <source>The list of stations could not be written.</source>
         <translation>Die Liste der Stationen konnte nicht geschrieben werden.</translation>
     </message>
@@ -1540,6 +1532,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Begin with an empty list? The one that cannot be used is kept as %1.</source>
         <translation>Mit einer leeren Liste beginnen? Die unbrauchbare wird als %1 aufgehoben.</translation>
+    </message>
+    <message>
+        <source>What changed is kept in its record and is taken up at the next opening.</source>
+        <translation>Was sich geändert hat, steht in ihrer Aufzeichnung und wird beim nächsten Öffnen übernommen.</translation>
+    </message>
+    <message>
+        <source>The record cannot be written either: what changed in this run is lost then.</source>
+        <translation>Auch die Aufzeichnung kann nicht geschrieben werden: Was sich in diesem Lauf geändert hat, ist dann verloren.</translation>
     </message>
 </context>
 <context>
@@ -2079,20 +2079,8 @@ Wasserturm;turm.example.org:49111</translation>
 <context>
     <name>ktr::OperationalMode</name>
     <message>
-        <source>The program did not end properly last time; changes taken up from the journal: %1</source>
-        <translation>Das Programm wurde zuletzt nicht ordnungsgemäß beendet; aus dem Journal übernommene Änderungen: %1</translation>
-    </message>
-    <message>
         <source>%1: not understood: %2</source>
         <translation>%1: nicht verstanden: %2</translation>
-    </message>
-    <message>
-        <source>Changes are written to the journal again</source>
-        <translation>Änderungen werden wieder ins Journal geschrieben</translation>
-    </message>
-    <message>
-        <source>Not all of the journal could be used; left out: %1 changes, %2 bytes at its end</source>
-        <translation>Nicht alles im Journal war brauchbar; weggelassen: %1 Änderungen, %2 Byte am Ende</translation>
     </message>
     <message>
         <source>%1: the list is in use by %2</source>
@@ -2107,16 +2095,20 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>%1; ein anderes Programm, das die Liste gleichzeitig benutzt, wird nicht bemerkt</translation>
     </message>
     <message>
-        <source>Not all of the journal could be used; left out: %1 changes, %2 bytes that are damaged</source>
-        <translation>Nicht alles im Journal war brauchbar; weggelassen: %1 Änderungen, %2 beschädigte Byte</translation>
-    </message>
-    <message>
         <source>%1: as it is now it is kept as &quot;%2&quot; beside it when the list is written</source>
         <translation>%1: so, wie sie jetzt ist, wird diese Datei daneben als „%2“ aufgehoben, wenn die Liste geschrieben wird</translation>
     </message>
     <message>
-        <source>What the journal was is kept as %1</source>
-        <translation>Das bisherige Journal ist als %1 aufgehoben</translation>
+        <source>The program did not end properly last time; changes taken up from the record: %1</source>
+        <translation>Das Programm wurde zuletzt nicht ordentlich beendet; aus der Aufzeichnung übernommene Änderungen: %1</translation>
+    </message>
+    <message>
+        <source>What happens is written to the record again</source>
+        <translation>Was geschieht, wird wieder aufgezeichnet</translation>
+    </message>
+    <message>
+        <source>the station was removed</source>
+        <translation>die Station wurde entfernt</translation>
     </message>
 </context>
 <context>

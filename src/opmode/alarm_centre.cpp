@@ -1,39 +1,60 @@
 #include "opmode/alarm_centre.h"
 
-#include "opmode/tree/notifications.h"
+#include "opmode/operational_mode.h"
+
+#include <algorithm>
 
 namespace ktr {
 
-AlarmCentre::AlarmCentre(const StationTree &tree, Timers &timers, QObject *parent)
-    : QObject(parent), m_tree(tree), m_pause(timers.create()), m_soon(timers.create())
+Alarm alarmOf(const OperationalMode &mode, const AlarmRow &row)
 {
-    connect(&tree, &StationTree::alarmCountChanged, this, &AlarmCentre::recount);
-    connect(&tree, &StationTree::modelReset, this, &AlarmCentre::takeLoaded);
-    connect(&tree, &StationTree::dataChanged, this,
-            [this](const QModelIndex &from, const QModelIndex &, const QList<int> &roles) {
-                if (!from.parent().isValid() && roles.contains(Qt::DisplayRole)) { // a station's name
-                    recount();
-                }
-            });
+    Alarm alarm;
+    alarm.id = row.id;
+    alarm.priority = static_cast<AlarmPriority>(row.priority);
+    alarm.kennung = mode.stationOf(row);
+    alarm.station = mode.tree().find(alarm.kennung).data().toString();
+    alarm.message = row.text;
+    alarm.received = row.last;
+    alarm.raised = row.first;
+    const QModelIndexList entries = mode.entriesOf(row);
+    alarm.entry = entries.isEmpty() ? QModelIndex() : entries.constFirst();
+    return alarm;
+}
+
+AlarmCentre::AlarmCentre(const AlarmBook &book, Describe describe, Timers &timers, QObject *parent)
+    : QObject(parent),
+      m_book(book),
+      m_describe(std::move(describe)),
+      m_pause(timers.create()),
+      m_soon(timers.create())
+{
+    connect(&book, &AlarmBook::changed, this, &AlarmCentre::take);
+    connect(&book, &AlarmBook::reset, this, &AlarmCentre::takeLoaded);
     takeLoaded();
 }
 
 AlarmCentre::~AlarmCentre() = default;
 
-void AlarmCentre::addAlarm(const QModelIndex &entry)
+void AlarmCentre::take(const AlarmRow &alarm, AlarmBook::Change change)
 {
-    ++m_arrived;
-    if (!m_firstArrived.isValid()) {
-        m_firstArrived = entry;
+    const bool isNews = change == AlarmBook::Change::Came || change == AlarmBook::Change::CameAgain;
+    if (isNews && m_book.isWaiting(alarm)) {
+        m_latest = alarm.id;
+        addNews(alarm);
+        m_soon->stop();
+        update();
+    } else {
+        recount();
     }
-    // One that was acknowledged and came again is the oldest no more; a clock put back makes others older.
-    const qint64 raised = entry.data(StationTree::RaisedRole).toLongLong();
-    if (m_first == entry ? raised != m_firstRaised : raised <= m_firstRaised) {
-        m_first = QModelIndex();
-    }
-    m_latest = entry;
-    m_soon->stop();
-    update();
+}
+
+void AlarmCentre::addNews(const AlarmRow &alarm)
+{
+    ++m_news.arrived;
+    m_firstNew = m_firstNew == 0 ? alarm.id : m_firstNew;
+    m_news.priority = std::min(m_news.priority, static_cast<AlarmPriority>(alarm.priority));
+    const AlarmRule *rule = m_book.rules().of(alarm.text);
+    m_news.sounds = m_news.sounds || rule == nullptr || rule->sounds;
 }
 
 /// Many acknowledgements in one turn are told once; an alarm that is on its way here tells of it, too.
@@ -45,13 +66,16 @@ void AlarmCentre::recount()
     m_isStale = true;
 }
 
-/// What an earlier run left red is told like one alarm that arrives now.
+/// What an earlier run left is told like one alarm that arrives now.
 void AlarmCentre::takeLoaded()
 {
-    search();
-    m_arrived = m_tree.alarmCount();
-    m_firstArrived = m_first;
-    if (m_arrived > 0 || m_unacknowledged > 0) {
+    m_news = {};
+    m_firstNew = 0;
+    for (const qint64 id : m_book.waiting()) {
+        addNews(*m_book.alarm(id));
+    }
+    m_latest = 0;
+    if (m_news.arrived > 0 || m_unacknowledged > 0) {
         update();
     }
 }
@@ -68,63 +92,39 @@ void AlarmCentre::update()
 void AlarmCentre::tell()
 {
     m_isStale = false;
-    m_unacknowledged = m_tree.alarmCount();
-    if (m_unacknowledged > 0 && (!isRed(m_first) || !isRed(m_latest))) {
-        search();
-    }
+    m_unacknowledged = m_book.waitingCount();
     m_pause->start(pauseBetweenNews, [this] {
         if (m_isStale) {
             tell();
         }
     });
     Q_EMIT changed();
-    const int arrived = std::exchange(m_arrived, 0);
-    const QPersistentModelIndex firstArrived = std::exchange(m_firstArrived, {});
+    AlarmNews news = std::exchange(m_news, {});
+    const qint64 firstNew = std::exchange(m_firstNew, 0);
     // What was acknowledged meanwhile is no news.
-    if (arrived > 0 && m_unacknowledged > 0) {
-        const auto latest = alarm(m_latest);
-        const auto first = isRed(firstArrived) ? alarm(firstArrived) : latest;
-        Q_EMIT attention({arrived, m_unacknowledged, first.value_or(Alarm()), latest.value_or(Alarm())});
+    if (news.arrived > 0 && m_unacknowledged > 0) {
+        news.unacknowledged = m_unacknowledged;
+        news.latest = latest().value_or(Alarm());
+        news.first = described(firstNew).value_or(news.latest);
+        Q_EMIT attention(news);
     }
 }
 
-bool AlarmCentre::isRed(const QPersistentModelIndex &entry) const
+std::optional<Alarm> AlarmCentre::described(qint64 id) const
 {
-    return entry.isValid() && entry.data(StationTree::ColourRole).toInt() == StationTree::alarmColour;
+    const AlarmRow *alarm = m_book.alarm(id);
+    return alarm != nullptr && m_book.isWaiting(*alarm) ? std::optional(m_describe(*alarm)) : std::nullopt;
 }
 
-/// Those without a time were there before those with one.
-void AlarmCentre::search()
+std::optional<Alarm> AlarmCentre::first() const
 {
-    using Age = std::pair<qint64, NodeStore::Id>;
-    std::optional<Age> oldest; // by when it became red
-    std::optional<Age> newest; // by its latest arrival
-    eachNotification(m_tree, [&](NodeStore::Id id) {
-        if (isAlarm(m_tree, id)) {
-            const Arrival arrival = m_tree.arrivals().value(id);
-            const Age raised(arrival.raised, id);
-            const Age received(arrival.received, id);
-            oldest = std::min(oldest.value_or(raised), raised);
-            newest = std::max(newest.value_or(received), received);
-        }
-    });
-    m_firstRaised = oldest ? oldest->first : 0;
-    m_first = oldest ? nodeIndex(m_tree, oldest->second) : QModelIndex();
-    m_latest = newest ? nodeIndex(m_tree, newest->second) : QModelIndex();
+    return m_book.waiting().empty() ? std::nullopt : described(*m_book.waiting().begin());
 }
 
-std::optional<Alarm> AlarmCentre::alarm(const QModelIndex &entry) const
+std::optional<Alarm> AlarmCentre::latest() const
 {
-    const QModelIndex station = entry.parent().parent();
-    if (m_unacknowledged == 0 || !station.isValid()) {
-        return std::nullopt;
-    }
-    return Alarm{station.data(StationTree::KeyRole).toString(),
-                 station.data().toString(),
-                 splitNotification(entry.data().toString()).message,
-                 entry.data(StationTree::ReceivedRole).toLongLong(),
-                 entry.data(StationTree::RaisedRole).toLongLong(),
-                 entry};
+    const std::optional<Alarm> known = described(m_latest);
+    return known || m_book.waiting().empty() ? known : described(*m_book.waiting().rbegin());
 }
 
 } // namespace ktr

@@ -1,54 +1,62 @@
 #pragma once
 
-#include "opmode/tree/station_tree.h"
+#include "opmode/alarms/alarm_book.h"
 #include "platform/timers.h"
+
+#include <QModelIndex>
 
 #include <memory>
 #include <optional>
 
 namespace ktr {
 
+class OperationalMode;
+
 /// An alarm as the user is told of it.
 struct Alarm
 {
+    qint64 id = 0;
+    AlarmPriority priority = AlarmPriority::Medium;
     QString kennung;
-    QString station; ///< its name
+    QString station; ///< its name; empty when it is about none
     QString message;
     qint64 received = 0; ///< the latest time, in milliseconds since 1970, UTC; 0 when not known
-    qint64 raised = 0;   ///< when it became red
-    QModelIndex entry;   ///< in the tree
+    qint64 raised = 0;   ///< when it came
+    QModelIndex entry;   ///< in the tree; none for what is not said by a module
 };
+
+/// As an alarm is shown, with what the list of stations knows about it.
+Alarm alarmOf(const OperationalMode &mode, const AlarmRow &row);
 
 /// Alarms that arrived since the user was told last.
 struct AlarmNews
 {
     int arrived = 0;
-    int unacknowledged = 0; ///< these and older ones
+    int unacknowledged = 0;                      ///< these and older ones
+    bool sounds = false;                         ///< the rule of one of them says so
+    AlarmPriority priority = AlarmPriority::Low; ///< of the most urgent one
     Alarm first;
     Alarm latest;
 };
 
-/// Keeps an eye on the alarms of all stations. What arrives quickly is told together, so that none goes
-/// under.
+/// Keeps an eye on the alarms that wait for somebody. What arrives quickly is told together, so that none
+/// goes under.
 class AlarmCentre : public QObject
 {
     Q_OBJECT
 
 public:
     static constexpr Milliseconds pauseBetweenNews{250};
+    using Describe = std::function<Alarm(const AlarmRow &)>;
 
-    AlarmCentre(const StationTree &tree, Timers &timers, QObject *parent = nullptr);
+    AlarmCentre(const AlarmBook &book, Describe describe, Timers &timers, QObject *parent = nullptr);
     ~AlarmCentre() override;
 
     /// As changed() told last.
     int unacknowledged() const { return m_unacknowledged; }
-    /// The one that has been red longest and the one that arrived last; nothing when there is none.
-    std::optional<Alarm> first() const { return alarm(m_first); }
-    std::optional<Alarm> latest() const { return alarm(m_latest); }
-
-public Q_SLOTS:
-    /// An alarm arrived; its entry is in the tree and red.
-    void addAlarm(const QModelIndex &entry);
+    /// The one that came first of those that wait, and the one that arrived last; nothing when none waits.
+    std::optional<Alarm> first() const;
+    std::optional<Alarm> latest() const;
 
 Q_SIGNALS:
     /// Something for the ear: at once for the first alarm, then at most once in `pauseBetweenNews`.
@@ -57,23 +65,22 @@ Q_SIGNALS:
     void changed();
 
 private:
-    std::optional<Alarm> alarm(const QModelIndex &entry) const;
-    bool isRed(const QPersistentModelIndex &entry) const;
+    void take(const AlarmRow &alarm, AlarmBook::Change change);
+    void addNews(const AlarmRow &alarm);
     void recount();
     void takeLoaded();
     void update();
     void tell();
-    void search();
+    std::optional<Alarm> described(qint64 id) const;
 
-    const StationTree &m_tree;
+    const AlarmBook &m_book;
+    Describe m_describe;
     std::unique_ptr<OneShotTimer> m_pause;
     std::unique_ptr<OneShotTimer> m_soon;
     int m_unacknowledged = 0;
-    QPersistentModelIndex m_first;
-    qint64 m_firstRaised = 0; ///< when it became red, as it was found
-    QPersistentModelIndex m_latest;
-    int m_arrived = 0; ///< not told of yet
-    QPersistentModelIndex m_firstArrived;
+    qint64 m_latest = 0;
+    AlarmNews m_news; ///< not told yet
+    qint64 m_firstNew = 0;
     bool m_isStale = false; ///< something is to be told when the pause ends
 };
 

@@ -3,12 +3,16 @@
 #include "config/address.h"
 #include "link/conversation_log.h"
 #include "link/udp_pair.h"
-#include "opmode/list_loader.h"
+#include "opmode/keeping/list_replay.h"
+#include "opmode/list_opener.h"
 #include "opmode/tree/acknowledgement.h"
+#include "opmode/tree/notifications.h"
 #include "platform/files.h"
 #include "platform/overloaded.h"
 
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 namespace ktr {
 
@@ -20,6 +24,8 @@ const QString allValues = QStringLiteral("A*");
 constexpr Milliseconds aMinute{60'000};
 constexpr Milliseconds aSecond{1000};
 
+const QString rulesSetting = QStringLiteral("rules");
+
 /// Addresses that name the same module are the same text.
 QString comparable(const QString &hostAddress)
 {
@@ -28,16 +34,24 @@ QString comparable(const QString &hostAddress)
     return withoutLeadingZeros(address.endsWith(port) ? address.chopped(port.size()) : address);
 }
 
-QString journalPath(const QString &nodesPath)
+/// What is shown and searched for of a station's attributes.
+QString summaryOf(const StationAttributes &attributes)
 {
-    const QFileInfo info(nodesPath);
-    return joinPath(info.path(), info.completeBaseName() + QLatin1String(".journal"));
+    QStringList parts{attributes.online ? QStringLiteral("online") : QStringLiteral("offline")};
+    if (attributes.exclusiveMode) {
+        parts += QStringLiteral("exclusive");
+    }
+    if (!attributes.hostAddress.isEmpty()) {
+        parts += attributes.hostAddress;
+    }
+    return parts.join(QLatin1String(", "));
 }
 
 /// The list itself is the last.
 QStringList filesOf(const QString &nodesPath)
 {
-    return {journalPath(nodesPath), NotificationTimes(nodesPath).path(), nodesPath};
+    const EarlierFiles earlier(nodesPath);
+    return {earlier.journal(), earlier.times(), nodesPath};
 }
 
 StationEvent eventOf(const QString &kennung, StationChange what, const DatagramLoss &loss)
@@ -63,8 +77,12 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_scheduler(m_stations, m_services.environment),
       m_answers(m_stations, services.timers),
       m_minute(services.timers.create()),
-      m_tellAgain(services.timers.create())
+      m_tellAgain(services.timers.create()),
+      m_alarms([this] { return m_record->isOpen() ? m_record->writer().nextAlarmId() : ++m_lastAlarm; })
 {
+    beginRecord();
+    connect(&m_alarms, &AlarmBook::changed, this, &OperationalMode::keepAlarm);
+    connect(&m_tree, &StationTree::stationRenamed, this, &OperationalMode::rename);
     m_stations.setAnswersLater([this](const QString &kennung) { return answersLater(kennung); });
     connect(&m_stations, &cStations::message, this, &OperationalMode::applyMessage);
     connect(&m_stations, &cStations::changed, this, &OperationalMode::onStationChanged);
@@ -78,7 +96,6 @@ OperationalMode::~OperationalMode()
 {
     m_stations.setAnswersLater({});
     m_stations.disconnect(this); // what they still say when they go has nowhere to be kept
-    m_tree.setObserver({});
 }
 
 Status OperationalMode::open(const QString &nodesPath, Use use)
@@ -94,13 +111,6 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     QHash<QString, StationAttributes> attributes;
     Status loaded = load(use, attributes);
     m_hindrance = loaded ? Hindrance::None : Hindrance::Unusable;
-    if (m_journal) {
-        m_tree.setObserver([this](const NodeChange &change) { m_journal->add(change); });
-        m_keeper.emplace(
-            m_tree, *m_file, *m_times, *m_journal,
-            [this](const QString &kennung) { return this->attributes(kennung); },
-            [this](const QString &trouble) { Q_EMIT statusMessage(trouble); }, m_services.filesInBetween);
-    }
     createStations(attributes);
     m_isOpen = true;
     return loaded;
@@ -142,53 +152,110 @@ Status OperationalMode::openEmpty()
 
 Status OperationalMode::load(Use use, QHash<QString, StationAttributes> &attributes)
 {
-    StationTreeLoader tree(m_tree);
-    ListLoader list(*m_file, tree);
-    Status loaded = list.load();
+    ListOpener list(*m_file, m_tree);
+    Status loaded = list.loadFile();
+    beginRecord();
+    if (use == Use::Keep && loaded) { // else nothing is written over what cannot be read
+        takeUp(list);
+    }
     attributes = list.takeAttributes();
     for (const QString &defect : list.defects()) {
         tellDefect(defect);
     }
-    if (!loaded) {
-        Q_EMIT statusMessage(loaded.message());
+    for (const QString &remark : list.remarks()) {
+        Q_EMIT statusMessage(remark);
     }
-    for (const QString &remark : m_file->remarks()) {
-        tellDefect(remark);
+    if (list.takenUp() > 0) {
+        Q_EMIT recovered(
+            tr("The program did not end properly last time; changes taken up from the record: %1")
+                .arg(list.takenUp()));
     }
-    if (use == Use::Keep && loaded) { // else nothing is written over what cannot be read
-        m_times.emplace(m_path);
-        if (const Status times = m_times->load(tree); !times) {
-            tellDefect(times.message());
+    for (int row = 0; row < m_tree.rowCount(); ++row) { // alarms tell stations apart by their numbers
+        const QString kennung = m_tree.index(row, 0).data(StationTree::KeyRole).toString();
+        if (m_record->number(kennung) == 0) {
+            m_record->addStation(kennung);
         }
-        const bool isChanged = replay(tree, attributes);
-        // Else the journal may have brought what they are of: they are written before the list.
-        if (m_times->fitsNothing() && !isChanged) {
-            tellDefect(m_times->mustKeepAside().message());
-        }
+    }
+    if (loaded && use == Use::Keep) {
         tellWhereKept();
     }
+    takeUpAlarms(list.standing(), {});
     return loaded;
 }
 
-/// The files that could not be read whole: they stand where they are until the list is written.
+/// The list that could not be read whole: it stands where it is until it is written.
 void OperationalMode::tellWhereKept()
 {
-    const auto tell = [this](const QString &path, const QString &keptAs) {
-        tellDefect(tr("%1: as it is now it is kept as \"%2\" beside it when the list is written")
-                       .arg(path, QFileInfo(keptAs).fileName()));
-    };
-    const QString times = m_times->path();
     if (m_file->isToBeKeptAside()) {
-        tell(m_path, asideName({times, m_path}));
-    }
-    if (m_times->isToBeKeptAside()) {
-        tell(times, m_file->isToBeKeptAside() ? asideName({m_path, times}) : asideName({times}));
+        tellDefect(tr("%1: as it is now it is kept as \"%2\" beside it when the list is written")
+                       .arg(m_path, QFileInfo(asideName({m_path})).fileName()));
     }
 }
 
 QString OperationalMode::unusableKeptAs() const
 {
     return asideName(filesOf(m_path));
+}
+
+/// One that nothing is written to yet.
+void OperationalMode::beginRecord()
+{
+    m_record.emplace(m_path, m_services.timers,
+                     [this](const QString &trouble) { setKeepingTrouble(trouble); });
+    m_record->setOperator(m_operator);
+}
+
+/// From the list as its file has it to the list as the record has it.
+void OperationalMode::takeUp(ListOpener &list)
+{
+    const EarlierFiles earlier(m_path);
+    list.takeUp(*m_record, earlier, moment());
+    setKeepingTrouble(list.recordStatus().message());
+    m_keeper.emplace(
+        m_tree, *m_file, *m_record, list.upto(), m_services.environment,
+        [this](const QString &kennung) { return this->attributes(kennung); },
+        [this](const QString &trouble) { Q_EMIT statusMessage(trouble); }, m_services.filesInBetween);
+    if (m_record->isOpen()) {
+        m_record->writer().setSettled([this] { recordSettled(); });
+        m_record->add(EventKind::Started, {}, moment(), m_path, ListRecord::By::Program);
+    }
+    m_savesSoon = list.mustSave();
+    if (const std::optional<QString> rules = list.setting(rulesSetting)) {
+        m_alarms.setRules(AlarmRules::fromJson(*rules).value_or(AlarmRules()));
+    }
+}
+
+/// What stood at the end of the last run, and what else is red: of a list that has no record yet, or that was
+/// edited.
+void OperationalMode::takeUpAlarms(const QList<AlarmRow> &standing, const QList<Shelf> &shelves)
+{
+    m_alarms.load(standing, shelves);
+    eachNotification(m_tree, [this](NodeStore::Id id) {
+        const NodeStore &nodes = m_tree.nodes();
+        if (isAlarm(m_tree, id)) {
+            const NodeStore::Id station = nodes.parent(nodes.parent(id));
+            const qint64 number = m_record->number(textOf(nodes.name(station)));
+            const NotificationText parts = splitNotification(textOf(nodes.text(id)));
+            const AlarmRow *known = m_alarms.find(number, parts.message);
+            if (known == nullptr || known->acknowledged != 0 || !known->recipients.contains(parts.number)) {
+                const Arrival arrival = m_tree.arrivals().value(id);
+                m_alarms.take(number, parts.number, parts.message,
+                              arrival.raised != 0 ? arrival.raised : arrival.received);
+            }
+        }
+    });
+    QList<qint64> acknowledged; // by whoever edited the list
+    for (const auto &[id, alarm] : m_alarms.standing()) {
+        if (alarm.kind == AlarmKind::Module && alarm.acknowledged == 0 && isAlarmText(alarm.text)) {
+            const QModelIndexList entries = entriesOf(alarm);
+            if (std::ranges::none_of(entries, [this](const QModelIndex &entry) {
+                    return isAlarm(m_tree, StationTree::idOf(entry));
+                })) {
+                acknowledged += id;
+            }
+        }
+    }
+    m_alarms.acknowledge(acknowledged, moment(), {});
 }
 
 /// In the status bar's list, and for who shows what is not to be missed.
@@ -198,60 +265,13 @@ void OperationalMode::tellDefect(const QString &defect)
     Q_EMIT statusMessage(defect);
 }
 
-/// Brings back what a run that ended by a crash had shown. Tells whether the journal goes on from the list
-/// and changed it.
-bool OperationalMode::replay(StationTreeLoader &tree, QHash<QString, StationAttributes> &attributes)
-{
-    m_journal.emplace(
-        journalPath(m_path), m_services.timers,
-        [this](const QString &trouble) { setKeepingTrouble(trouble); }, &m_tree.savedKeys());
-    m_journal->setSettled([this] { answerKept(); });
-    ForeignChanges foreign(m_tree);
-    const NodesJournal::Replayed replayed = m_journal->replay(
-        m_file->checksum(),
-        [&](const NodeChange &change) {
-            if (change.what == NodeChange::What::Station) {
-                attributes.insert(textOf(change.key), change.station);
-            } else if (change.what == NodeChange::What::Removed) {
-                attributes.remove(textOf(change.key));
-            }
-            return tree.replay(change);
-        },
-        &foreign);
-    if (!replayed.status) {
-        tellDefect(replayed.status.message());
-    }
-    if (replayed.changes > 0) {
-        Q_EMIT recovered(
-            tr("The program did not end properly last time; changes taken up from the journal: %1")
-                .arg(replayed.changes));
-    }
-    if (replayed.unfit > 0 || replayed.dropped > 0) {
-        const QString leftOut =
-            (replayed.damaged
-                 ? tr("Not all of the journal could be used; left out: %1 changes, %2 bytes that are damaged")
-                 : tr("Not all of the journal could be used; left out: %1 changes, %2 bytes at its end"))
-                .arg(replayed.unfit)
-                .arg(replayed.dropped);
-        if (replayed.unfit > 0 || replayed.damaged) {
-            tellDefect(leftOut);
-        } else { // the last record, which a power cut tore: nobody was told that it is kept
-            Q_EMIT statusMessage(leftOut);
-        }
-    }
-    if (QFileInfo::exists(replayed.keptAs)) { // unless that failed, too
-        tellDefect(tr("What the journal was is kept as %1").arg(replayed.keptAs));
-    }
-    return replayed.status && replayed.changes > 0;
-}
-
 /// The line is told once at the beginning and once at the end, also when the reason changes in between.
 void OperationalMode::setKeepingTrouble(const QString &trouble)
 {
     const bool isOver = trouble.isEmpty();
     if (m_keepingTrouble.isEmpty() != isOver) {
         m_unkeptSince = m_services.environment.now();
-        Q_EMIT statusMessage(isOver ? tr("Changes are written to the journal again") : trouble);
+        Q_EMIT statusMessage(isOver ? tr("What happens is written to the record again") : trouble);
     }
     m_keepingTrouble = trouble;
     tellUnkept();
@@ -269,10 +289,12 @@ void OperationalMode::tellUnkept()
 
 std::optional<UnkeptChanges> OperationalMode::unkeptChanges() const
 {
-    if (m_keepingTrouble.isEmpty() || !m_journal) {
+    if (m_keepingTrouble.isEmpty()) {
         return std::nullopt;
     }
-    return UnkeptChanges{m_keepingTrouble, m_unkeptSince, m_journal->addedCount() - m_journal->onDiskCount()};
+    const quint64 count =
+        m_record->isOpen() ? m_record->writer().addedCount() - m_record->writer().onDiskCount() : 0;
+    return UnkeptChanges{m_keepingTrouble, m_unkeptSince, count};
 }
 
 /// The stations of the tree come to life.
@@ -298,6 +320,31 @@ void OperationalMode::createStations(const QHash<QString, StationAttributes> &at
         showStatus(station);
     });
     awaitNextMinute();
+    if (std::exchange(m_savesSoon, false)) {
+        m_keeper->begin();
+    }
+}
+
+qint64 OperationalMode::moment() const
+{
+    return m_services.environment.now().toMSecsSinceEpoch();
+}
+
+QString OperationalMode::recordPath() const
+{
+    return m_record->isOpen() ? m_record->path() : QString();
+}
+
+void OperationalMode::setOperator(const QString &name)
+{
+    m_operator = name;
+    m_record->setOperator(name);
+}
+
+StationRow OperationalMode::rowOf(const QString &kennung) const
+{
+    return {m_record->number(kennung), m_tree.find(kennung).data(Qt::EditRole).toString(), true,
+            toJson(attributes(kennung))};
 }
 
 QString OperationalMode::addStation(const QString &name, const QString &hostAddress)
@@ -310,7 +357,11 @@ QString OperationalMode::addStation(const QString &name, const QString &hostAddr
     if (!m_stations.addStation(kennung, hostAddress)) {
         return {};
     }
-    keep(kennung);
+    m_record->addStation(kennung);
+    const StationRow row = rowOf(kennung);
+    m_record->add(row);
+    m_record->add(EventKind::StationAdded, kennung, moment(), kennung, ListRecord::By::Operator,
+                  row.attributes);
     return kennung;
 }
 
@@ -320,7 +371,25 @@ void OperationalMode::removeStation(const QString &kennung)
     m_scheduler.remove(kennung);
     m_trends.remove(kennung);
     m_lent.remove(kennung);
+    StationRow row = rowOf(kennung);
+    row.listed = false;
+    m_record->add(row);
+    m_record->add(EventKind::StationRemoved, kennung, moment(), row.name, ListRecord::By::Operator);
+    m_alarms.forget(row.id, moment(), tr("the station was removed"));
     m_tree.remove(m_tree.find(kennung));
+    m_record->removeStation(kennung);
+}
+
+void OperationalMode::rename(const QString &kennung, const QString &before)
+{
+    if (!m_isOpen) { // it is being loaded
+        return;
+    }
+    const StationRow row = rowOf(kennung);
+    m_record->add(row);
+    const QJsonObject detail{{QLatin1String("before"), before}};
+    m_record->add(EventKind::StationRenamed, kennung, moment(), row.name, ListRecord::By::Operator,
+                  QString::fromUtf8(QJsonDocument(detail).toJson(QJsonDocument::Compact)));
 }
 
 void OperationalMode::setHostAddress(const QString &kennung, const QString &hostAddress)
@@ -452,36 +521,67 @@ void OperationalMode::applyMessage(const QString &kennung, const QString &text)
                                             [](const UnusableMessage &) { return Kind::Values; },
                                             [](const NoStationMessage &) { return Kind::Message; }},
                                  message);
+    keepMessage(kennung, text, message, outcome);
     Q_EMIT happened({kennung, kind, kind == Kind::Message ? withoutPin(text) : withoutMark(text)});
     if (!outcome.unusable.isEmpty()) {
         Q_EMIT statusMessage(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
     }
     m_isAlarm = outcome.alarm;
     if (outcome.alarm) {
-        if (m_journal) {
-            m_journal->flush();
+        if (m_record->isOpen()) {
+            m_record->writer().flush();
         }
         Q_EMIT alarmRaised(outcome.entry);
     }
 }
 
+/// The message, what it makes of its notification and of the alarm, and what it reports.
+void OperationalMode::keepMessage(const QString &kennung, const QString &text, const StationMessage &message,
+                                  const StationTree::Outcome &outcome)
+{
+    const qint64 at = moment();
+    qint64 alarm = 0;
+    EventKind kind = EventKind::OtherMessage;
+    if (const auto *notification = std::get_if<NotificationMessage>(&message)) {
+        kind = EventKind::Notification;
+        const qint64 station = m_record->number(kennung);
+        const NotificationText parts = splitNotification(notification->entry.text);
+        alarm = m_alarms.take(station, parts.number, parts.message, at);
+        m_record->add(m_record->notification(station, notification->entry.key,
+                                             m_tree.arrivals().value(StationTree::idOf(outcome.entry))));
+    } else if (std::holds_alternative<HistoryMessage>(message)) {
+        kind = EventKind::History;
+    } else if (!std::holds_alternative<NoStationMessage>(message)) {
+        kind = EventKind::Values;
+    }
+    m_record->add(kind, kennung, at, kind == EventKind::OtherMessage ? withoutPin(text) : text,
+                  ListRecord::By::Program, {}, alarm);
+    m_record->addContent(kennung, at, message);
+}
+
+void OperationalMode::keepAlarm(const AlarmRow &alarm)
+{
+    m_record->add(alarm);
+}
+
 /// A module that has its "OK" forgets the alarm: it gets it when the disk has the alarm.
 bool OperationalMode::answersLater(const QString &kennung)
 {
-    if (!std::exchange(m_isAlarm, false) || !m_journal || m_journal->isFailing()) {
+    if (!std::exchange(m_isAlarm, false) || !m_record->isOpen() || m_record->writer().isFailing()) {
         return false;
     }
-    m_answers.add(kennung, m_journal->addedCount());
+    m_answers.add(kennung, m_record->writer().addedCount());
     return true;
 }
 
-void OperationalMode::answerKept()
+void OperationalMode::recordSettled()
 {
-    if (m_journal && !m_journal->isFailing()) {
-        m_answers.answerUpTo(m_journal->onDiskCount());
-    } else {
+    if (m_record->writer().isFailing()) {
         m_answers.answerAll();
+    } else {
+        m_answers.answerUpTo(m_record->writer().onDiskCount());
     }
+    m_keeper->settled();
 }
 
 void OperationalMode::onStationChanged(const QString &kennung, StationChange what)
@@ -518,32 +618,25 @@ void OperationalMode::onStationChanged(const QString &kennung, StationChange wha
     showStatus(station);
 }
 
-/// Puts a station's attributes into the journal.
-void OperationalMode::keep(const QString &kennung)
+void OperationalMode::keep(const QString &kennung, ListRecord::By by)
 {
-    if (m_journal) {
-        NodeChange change;
-        change.what = NodeChange::What::Station;
-        change.key = storedText(kennung);
-        change.station = attributes(kennung);
-        m_journal->add(change);
-    }
+    const StationRow row = rowOf(kennung);
+    m_record->add(row);
+    m_record->add(EventKind::Attributes, kennung, moment(), summaryOf(attributes(kennung)), by,
+                  row.attributes);
 }
 
 Status OperationalMode::close()
 {
-    if (m_journal) {
+    if (m_keeper) {
         takeArrived();
         if (Status written = m_keeper->save(); !written) {
             return written;
         }
-        m_tree.setObserver({});
-        if (const Status removed = m_journal->remove(); !removed) {
-            Q_EMIT statusMessage(
-                removed.message()); // it does not fit the file any more and is put aside next time
+        const EarlierFiles earlier(m_path); // what they had is in the list and in the record
+        if (const Status aside = keepAside({earlier.journal(), earlier.times()}); !aside) {
+            Q_EMIT statusMessage(aside.message());
         }
-        m_keeper.reset();
-        m_journal.reset();
     }
     removeAll();
     return Status::done();
@@ -551,14 +644,14 @@ Status OperationalMode::close()
 
 void OperationalMode::closeWithoutFile()
 {
-    m_tree.setObserver({});
-    m_keeper.reset();
-    m_journal.reset();
     removeAll();
 }
 
 void OperationalMode::removeAll()
 {
+    if (m_isOpen) {
+        m_record->add(EventKind::Stopped, {}, moment(), m_path, ListRecord::By::Program);
+    }
     m_isOpen = false;
     m_minute->stop();
     m_answers.clear();
@@ -567,6 +660,8 @@ void OperationalMode::removeAll()
     for (const QString &kennung : keys) {
         m_stations.Remove(kennung);
     }
+    m_keeper.reset();
+    beginRecord();
     m_lock.release();
     m_keepingTrouble.clear();
     tellUnkept();
@@ -582,23 +677,98 @@ void OperationalMode::clearTree()
     m_lent.clear();
 }
 
-Status OperationalMode::acknowledge(const QModelIndexList &entries)
+QModelIndexList OperationalMode::entriesOf(const AlarmRow &alarm) const
 {
-    const QList<NodeChange> changes = acknowledgementOf(entries, m_tree, m_services.environment.now());
-    if (m_journal) {
-        for (const NodeChange &change : changes) {
-            m_journal->add(change);
-        }
-        if (Status kept = m_journal->flushNow(); !kept) {
-            // The journal may get there later: what is shown is what counts.
-            for (NodeChange change : changes) {
-                change.colour = StationTree::alarmColour;
-                m_journal->add(change);
-            }
-            return kept;
+    QModelIndexList entries;
+    const QString branch = stationOf(alarm) + u'/' + QString::fromLatin1(branches::notifications) + u'/';
+    for (const QString &number : alarm.recipients) {
+        const QModelIndex entry = m_tree.find(branch + notificationText({number, alarm.text}));
+        if (entry.isValid()) {
+            entries += entry;
         }
     }
+    return entries;
+}
+
+QString OperationalMode::stationOf(const AlarmRow &alarm) const
+{
+    return m_record->kennung(alarm.station);
+}
+
+Status OperationalMode::acknowledge(const QModelIndexList &entries)
+{
+    return acknowledge(entries, {});
+}
+
+Status OperationalMode::acknowledgeAlarms(const QList<qint64> &alarms)
+{
+    QModelIndexList entries;
+    QList<qint64> wanted;
+    for (const qint64 id : alarms) {
+        if (const AlarmRow *alarm = m_alarms.alarm(id); alarm != nullptr && alarm->acknowledged == 0) {
+            entries += entriesOf(*alarm);
+            wanted += id;
+        }
+    }
+    return acknowledge(entries, wanted);
+}
+
+Status OperationalMode::acknowledge(const QModelIndexList &entries, QList<qint64> alarms)
+{
+    const QDateTime now = m_services.environment.now();
+    const qint64 at = now.toMSecsSinceEpoch();
+    const QList<NodeChange> changes = acknowledgementOf(entries, m_tree, now);
+    const NodeStore &nodes = m_tree.nodes();
+    std::vector<RecordRow> rows;
+    QSet<NodeStore::Id> acknowledged;
+    QSet<qint64> concerned;
+    const auto add = [&](qint64 station, const QString &text, qint64 alarm) {
+        rows.emplace_back(EventRow{
+            m_record->nextEvent(), at, station, EventKind::Acknowledged, text, {}, m_operator, alarm});
+    };
+    for (const NodeChange &change : changes) {
+        const std::optional<NodeStore::Id> id = nodes.find(change.key);
+        if (!id || nodes.kind(*id) != NodeKind::Notification) {
+            continue;
+        }
+        acknowledged.insert(*id);
+        const qint64 station = m_record->number(textOf(nodes.name(nodes.parent(nodes.parent(*id)))));
+        const AlarmRow *alarm = m_alarms.find(station, splitNotification(textOf(nodes.text(*id))).message);
+        if (alarm != nullptr && alarm->acknowledged == 0) {
+            concerned.insert(alarm->id);
+        }
+        Arrival arrival = m_tree.arrivals().value(*id);
+        arrival.acknowledged = at;
+        rows.emplace_back(m_record->notification(station, textOf(nodes.name(*id)), arrival));
+        add(station, textOf(nodes.name(*id)), alarm != nullptr ? alarm->id : 0);
+    }
+    for (const qint64 id : concerned) {
+        const auto stays = [&](const QModelIndex &entry) {
+            const NodeStore::Id node = StationTree::idOf(entry);
+            return isAlarm(m_tree, node) && !acknowledged.contains(node);
+        };
+        if (!alarms.contains(id) && std::ranges::none_of(entriesOf(*m_alarms.alarm(id)), stays)) {
+            alarms += id;
+        }
+    }
+    for (const qint64 id : std::as_const(alarms)) {
+        AlarmRow alarm = *m_alarms.alarm(id);
+        alarm.acknowledged = at;
+        alarm.acknowledgedBy = m_operator;
+        if (!concerned.contains(id)) { // nothing in the tree tells of it
+            add(alarm.station, alarm.text, id);
+        }
+        rows.emplace_back(std::move(alarm));
+    }
+    if (m_record->isOpen()) {
+        if (Status kept = m_record->writer().commit(std::move(rows)); !kept) {
+            return kept;
+        }
+    } else if (m_keeper) { // there should be a record
+        return Status::failed(m_keepingTrouble);
+    }
     m_tree.carryOut(changes);
+    m_alarms.acknowledge(alarms, at, m_operator);
     return Status::done();
 }
 
@@ -607,7 +777,7 @@ void OperationalMode::awaitNextMinute()
     const Milliseconds time(m_services.environment.now().time().msecsSinceStartOfDay());
     m_minute->start(aMinute - time % aMinute, [this] {
         m_scheduler.evaluate([this](const cStation &station) {
-            keep(station.kennung());
+            keep(station.kennung(), ListRecord::By::Program);
             showStatus(station);
         });
         if (m_keeper) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "opmode/alarms/alarm_book.h"
 #include "opmode/delayed_answers.h"
 #include "opmode/exclusive_scheduler.h"
+#include "opmode/keeping/earlier/earlier_files.h"
 #include "opmode/keeping/nodes_keeper.h"
 #include "opmode/station/value_trends.h"
 #include "platform/file_lock.h"
@@ -9,8 +11,6 @@
 #include <QSet>
 
 namespace ktr {
-
-class StationTreeLoader;
 
 /// Something that a station did, as it is told outside of the tree.
 struct StationEvent
@@ -48,7 +48,7 @@ public:
         NodesKeeper::Limits filesInBetween = {};
     };
     enum class Use {
-        Keep,       ///< changes are kept in the journal, and in the file at the end
+        Keep,       ///< what happens is kept in the record, and in the file at the end
         Watch,      ///< the file is read only
         WatchAnyway ///< also while another program watches these stations: modules answer who announced last
     };
@@ -60,7 +60,7 @@ public:
     };
 
     OperationalMode(const Services &services, const StationCaptions &captions, QObject *parent = nullptr);
-    ~OperationalMode() override; ///< without close() the journal keeps what changed
+    ~OperationalMode() override; ///< without close() the record keeps what changed
 
     /// Builds the tree from the file, connects the stations that were online and evaluates all schedules. No
     /// other program does so with this list until close(). A failure leaves the tree empty; hindrance() tells
@@ -78,15 +78,17 @@ public:
     /// The name that openEmpty() would give to the list that is unusable.
     QString unusableKeptAs() const;
 
-    /// Writes the file, removes the journal and the stations. After a failure everything is as before.
+    /// Writes the file and removes the stations. After a failure everything is as before.
     Status close();
-    /// Removes the stations and leaves the file as it is; the journal keeps what changed.
+    /// Removes the stations and leaves the file as it is; the record keeps what changed.
     void closeWithoutFile();
     bool isOpen() const { return m_isOpen; }
     /// Takes what of the stations has arrived by now, before the end.
     void takeArrived();
-    /// Whether all that changed is in the journal.
-    bool keepsChanges() { return m_journal && m_journal->flushNow(); }
+    /// Whether all that changed is in the record.
+    bool keepsChanges() { return m_record->isOpen() && m_record->writer().flushNow(); }
+    /// The path of the record; empty when nothing is recorded.
+    QString recordPath() const;
 
     StationTree &tree() { return m_tree; }
     const StationTree &tree() const { return m_tree; }
@@ -112,8 +114,21 @@ public:
     /// Asks a station for all input values. False when it has a text to deliver already.
     bool requestValues(const QString &kennung);
 
-    /// Acknowledges alarms: on the disk first, then in the tree. After a failure nothing is acknowledged.
+    /// The alarms that stand.
+    const AlarmBook &alarms() const { return m_alarms; }
+    AlarmBook &alarms() { return m_alarms; }
+    /// Acknowledges alarms: on the disk first, then in the tree. After a failure nothing is acknowledged. An
+    /// alarm that went to several numbers is acknowledged with the last of its entries.
     Status acknowledge(const QModelIndexList &entries);
+    Status acknowledgeAlarms(const QList<qint64> &alarms);
+    /// The entries in the tree that an alarm has made, one for each number it was sent to.
+    QModelIndexList entriesOf(const AlarmRow &alarm) const;
+    /// The key of an alarm's station; empty when it is about none, or that is gone.
+    QString stationOf(const AlarmRow &alarm) const;
+
+    /// Whose name is kept with what is done from now on.
+    void setOperator(const QString &name);
+    QString operatorName() const { return m_operator; }
 
     /// The key of the online station at an address, empty when there is none.
     QString stationAt(const QString &hostAddress) const;
@@ -126,7 +141,7 @@ public:
 Q_SIGNALS:
     /// A line for the status bar.
     void statusMessage(const QString &line);
-    /// The last run ended by a crash, and what it had shown was brought back.
+    /// The last run ended badly, and what it had shown was brought back.
     void recovered(const QString &line);
     /// Changes cannot be written, there are more of them, or they are written again.
     void unkeptChangesChanged();
@@ -144,15 +159,26 @@ private:
     void answerKept();
     Status takeLock(Use use);
     Status load(Use use, QHash<QString, StationAttributes> &attributes);
+    void beginRecord();
+    void takeUp(class ListOpener &list);
     void tellDefect(const QString &defect);
     void tellWhereKept();
     void setKeepingTrouble(const QString &trouble);
     void tellUnkept();
-    bool replay(StationTreeLoader &tree, QHash<QString, StationAttributes> &attributes);
+    void takeUpAlarms(const QList<AlarmRow> &standing, const QList<Shelf> &shelves);
+    void keepMessage(const QString &kennung, const QString &text, const StationMessage &message,
+                     const StationTree::Outcome &outcome);
+    void keepAlarm(const AlarmRow &alarm);
+    Status acknowledge(const QModelIndexList &entries, QList<qint64> alarms);
+    void rename(const QString &kennung, const QString &before);
+    void recordSettled();
+    qint64 moment() const;
     void createStations(const QHash<QString, StationAttributes> &attributes);
     void awaitNextMinute();
     void showStatus(const cStation &station);
-    void keep(const QString &kennung);
+    /// Keeps a station's attributes.
+    void keep(const QString &kennung, ListRecord::By by = ListRecord::By::Operator);
+    StationRow rowOf(const QString &kennung) const;
     void removeAll();
     void clearTree();
 
@@ -175,9 +201,12 @@ private:
     QDateTime m_unkeptSince;
     std::unique_ptr<OneShotTimer> m_tellAgain; ///< how many changes are not kept
     std::optional<NodesFile> m_file;
-    std::optional<NotificationTimes> m_times;
-    std::optional<NodesJournal> m_journal; ///< when changes are kept
-    std::optional<NodesKeeper> m_keeper;   ///< with the journal
+    std::optional<ListRecord> m_record;  ///< always there; while a list is kept it is open
+    std::optional<NodesKeeper> m_keeper; ///< when the file is to be written
+    AlarmBook m_alarms;
+    qint64 m_lastAlarm = 0; ///< where there is no record
+    QString m_operator;
+    bool m_savesSoon = false; ///< the file is not what the list is
     bool m_isOpen = false;
     bool m_isAlarm = false; ///< the text that a station said last
 };

@@ -191,7 +191,9 @@ Status RecordReader::stations(const std::function<void(const StationRow &)> &tak
 Status RecordReader::lastListFile(const QString &checksum, std::optional<qint64> &upto)
 {
     upto.reset();
-    return each(u"SELECT upto FROM list_file WHERE checksum = ? ORDER BY id DESC LIMIT 1"_s, {checksum},
+    const QString which = checksum.isEmpty() ? QString() : u" WHERE checksum = ?"_s;
+    const QVariantList values = checksum.isEmpty() ? QVariantList() : QVariantList{checksum};
+    return each(u"SELECT upto FROM list_file"_s + which + u" ORDER BY id DESC LIMIT 1"_s, values,
                 [&](const QSqlQuery &row) {
                     upto = row.value(0).toLongLong();
                     return true;

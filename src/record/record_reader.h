@@ -94,7 +94,8 @@ public:
 
     /// All stations, also those that are no longer in the list, by number.
     Status stations(const std::function<void(const StationRow &)> &take);
-    /// The events that the latest list file of this checksum holds; nothing in `upto` when there is none.
+    /// The events that the latest list file of this checksum holds, with an empty one the latest of all;
+    /// nothing in `upto` when there is none.
     Status lastListFile(const QString &checksum, std::optional<qint64> &upto);
     /// Events in the order of their numbers, from the one behind `id`, until `take` gives false.
     Status eventsAfter(qint64 id, const std::function<bool(const EventRow &)> &take);

@@ -180,6 +180,22 @@ Status RecordWriter::flushNow()
     return m_waiting.empty() ? Status::done() : Status::failed(m_trouble);
 }
 
+Status RecordWriter::commit(std::vector<RecordRow> rows)
+{
+    const std::size_t count = rows.size();
+    for (RecordRow &row : rows) {
+        add(std::move(row));
+    }
+    Status kept = flushNow();
+    if (!kept) { // they are the newest, and none of them is left out before others
+        for (std::size_t i = 0; i < count && !m_waiting.empty(); ++i) {
+            m_waitingBytes -= bytesOf(m_waiting.back());
+            m_waiting.pop_back();
+        }
+    }
+    return kept;
+}
+
 /// A part of the room is made free, so that not each row that comes goes through all that wait.
 void RecordWriter::leaveOut()
 {

@@ -50,6 +50,10 @@ public:
     /// tried again.
     Status flushNow();
 
+    /// Adds rows and waits until the disk has them. After a failure they are not kept, as if they had never
+    /// been added.
+    Status commit(std::vector<RecordRow> rows);
+
     /// Is called some time after rows came to the disk, or were refused by it.
     void setSettled(std::function<void()> settled) { m_settled = std::move(settled); }
     /// How many rows were added, and up to which of them the disk has them all, but for those left out.

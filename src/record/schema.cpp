@@ -42,7 +42,7 @@ const QList<QStringList> &steps()
             u"CREATE INDEX alarm_station ON alarm(station, first) WHERE station IS NOT NULL"_s,
             u"CREATE INDEX alarm_open ON alarm(first) WHERE acknowledged IS NULL OR over IS NULL"_s,
             u"CREATE TABLE history(station INTEGER NOT NULL, channel INTEGER NOT NULL, at INTEGER NOT NULL,"
-            " first TEXT NOT NULL, second TEXT NOT NULL, PRIMARY KEY(station, channel, at)) WITHOUT ROWID"_s,
+            " first TEXT NOT NULL, second TEXT NOT NULL, PRIMARY KEY(station, channel, at, first)) WITHOUT ROWID"_s,
             u"CREATE TABLE value(station INTEGER NOT NULL, channel INTEGER NOT NULL, at INTEGER NOT NULL,"
             " value TEXT NOT NULL, PRIMARY KEY(station, channel, at)) WITHOUT ROWID"_s,
             u"CREATE TABLE list_file(id INTEGER PRIMARY KEY, checksum TEXT NOT NULL, upto INTEGER NOT NULL,"

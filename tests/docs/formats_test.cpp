@@ -4,16 +4,16 @@
 #include "link/history_export.h"
 #include "opmode/keeping/checksum.h"
 #include "opmode/keeping/nodes_file.h"
-#include "opmode/keeping/nodes_journal.h"
-#include "opmode/keeping/notification_times.h"
 #include "opmode/lists/nodes_export.h"
 #include "opmode/lists/station_import.h"
 #include "opmode/station/station.h"
+#include "opmode/tree/station_tree.h"
 #include "platform/file_lock.h"
 #include "platform/profile_file.h"
 #include "platform/registry.h"
 #include "platform/settings_store.h"
 #include "platform/text_rules.h"
+#include "record/record_file.h"
 #include "simulator/replay.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
@@ -21,6 +21,8 @@
 #include "support/test_files.h"
 
 #include <QRegularExpression>
+#include <QSqlDatabase>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -106,13 +108,12 @@ private Q_SLOTS:
         }
         QTest::newRow("configuration") << writeConfiguration(someConfiguration(), fixedEnvironment());
         QTest::newRow("nodes") << writeNodes(tree.nodes(), [](const QString &) { return attributes; });
-        QTest::newRow("times") << NotificationTimes::document(tree);
-        QTest::newRow("journal") << journal();
         QTest::newRow("log") << log();
         QTest::newRow("archive") << archive();
         QTest::newRow("notifications") << exported(tree, ExportChoice::Kind::Notifications);
         QTest::newRow("history") << exported(tree, ExportChoice::Kind::History);
         QTest::newRow("registry") << registry();
+        QTest::newRow("record") << record();
     }
     void whatIsWrittenIsShown()
     {
@@ -204,16 +205,6 @@ private Q_SLOTS:
 private:
     QString path(const QString &name) const { return m_folder.filePath(name); }
 
-    QByteArray journal() const
-    {
-        ManualTimers timers;
-        NodesJournal journal(path(u"nodes.journal"_s), timers, [](const QString &) {});
-        (void)journal.restart(checksum("<KTR/>"));
-        journal.add({NodeChange::What::Added, "A", "A", StationTree::normalColour});
-        (void)journal.flushNow();
-        return contentOf(path(u"nodes.journal"_s));
-    }
-
     QByteArray log() const
     {
         ConversationLog log;
@@ -237,6 +228,31 @@ private:
         NodesExport file(tree, {kind, {u"Mühle"_s}, {}, {}, false});
         const QString name = path(u"export.csv"_s);
         return file.open(name) && file.step(1000) && file.isDone() ? contentOf(name) : QByteArray();
+    }
+
+    /// The tables and their columns.
+    QByteArray record() const
+    {
+        (void)openRecord(path(u"record.sqlite"_s));
+        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"formats"_s);
+        database.setDatabaseName(path(u"record.sqlite"_s));
+        QByteArray result;
+        if (database.open()) {
+            QSqlQuery tables(
+                u"SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'event\\_%'"
+                " ESCAPE '\\' AND name NOT LIKE 'sqlite\\_%' ESCAPE '\\' ORDER BY name"_s,
+                database);
+            while (tables.next()) {
+                const QString table = tables.value(0).toString();
+                result += table.toUtf8() + ':';
+                QSqlQuery columns(u"SELECT name FROM pragma_table_info('%1')"_s.arg(table), database);
+                while (columns.next()) {
+                    result += ' ' + columns.value(0).toByteArray();
+                }
+                result += '\n';
+            }
+        }
+        return result;
     }
 
     QByteArray registry() const

@@ -198,7 +198,7 @@ private Q_SLOTS:
             QVERIFY(mode.open(folder.filePath(u"nodes.xml"_s), OperationalMode::Use::Keep) && mode.close());
         }
         QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden),
-                 (QStringList{u"nodes.times"_s, u"nodes.xml"_s}));
+                 (QStringList{u"nodes.xml"_s, u"record.sqlite"_s}));
         QVERIFY(!kept.isEmpty());
         qInfo() << rounds << "kills;" << shownAtAll << "alarms shown," << kept.size() << "kept;" << torn
                 << "torn ends," << midSaves << "in the middle of writing a file";

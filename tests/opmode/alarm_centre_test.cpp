@@ -1,6 +1,4 @@
 #include "opmode/alarm_centre.h"
-#include "opmode/tree/acknowledgement.h"
-#include "opmode/tree/station_tree_loader.h"
 #include "support/manual_timers.h"
 
 #include <QTest>
@@ -8,6 +6,7 @@
 using namespace ktr;
 using namespace ktr::test;
 
+/// Stations 1 ("a") and 2 ("b"), whose alarms go to one number.
 class AlarmCentreTest : public QObject
 {
     Q_OBJECT
@@ -15,10 +14,18 @@ class AlarmCentreTest : public QObject
 private Q_SLOTS:
     void init()
     {
-        m_tree = std::make_unique<StationTree>(StationCaptions{"Notifications", "History", "IP"});
-        m_tree->addStation("a");
-        m_tree->addStation("b");
-        m_centre = std::make_unique<AlarmCentre>(*m_tree, m_timers);
+        m_book = std::make_unique<AlarmBook>();
+        m_centre = std::make_unique<AlarmCentre>(
+            *m_book,
+            [](const AlarmRow &row) {
+                Alarm alarm;
+                alarm.kennung = row.station == 1 ? "a" : "b";
+                alarm.message = row.text;
+                alarm.received = row.last;
+                alarm.raised = row.first;
+                return alarm;
+            },
+            m_timers);
         m_news.clear();
         connect(m_centre.get(), &AlarmCentre::attention, this,
                 [this](const AlarmNews &news) { m_news.append(news); });
@@ -66,13 +73,13 @@ private Q_SLOTS:
         QCOMPARE(m_centre->first()->raised, raised);
         QVERIFY(m_centre->first()->received > raised);
         acknowledge({"2 fail"});
-        raise("a", "2 fail"); // before the acknowledgement was told
+        raise("a", "2 fail"); // another occurrence, before the acknowledgement was told
         raise("a", "1 fail");
         m_timers.advance(Milliseconds(1000));
         QCOMPARE(m_centre->first()->message, "3 fail");
         QCOMPARE(m_centre->latest()->message, "1 fail");
         const auto told = m_news.size();
-        m_tree->remove(m_tree->find("a"));
+        m_book->forget(1, m_now, {});
         m_timers.advance(Milliseconds(1000));
         QCOMPARE(m_centre->unacknowledged(), 0);
         QVERIFY(!m_centre->first());
@@ -81,12 +88,14 @@ private Q_SLOTS:
 
     void whatAnEarlierRunLeftRedIsToldOnce()
     {
-        std::optional<StationTreeLoader> loader(std::in_place, *m_tree);
+        QList<AlarmRow> standing;
         for (const char *text : {"1 fail", "2 fail", "3 fail"}) {
-            const std::string key = std::string("b/meldung/+49 --> M,") + text;
-            loader->load(key, key.substr(10), StationTree::alarmColour);
+            AlarmRow row;
+            row.id = standing.size() + 1;
+            row.text = text;
+            standing += row;
         }
-        loader.reset();
+        m_book->load(standing, {});
         m_timers.advance(Milliseconds(5000));
         QCOMPARE(m_news.size(), 1);
         QCOMPARE(m_news[0].unacknowledged, 3);
@@ -98,22 +107,21 @@ private Q_SLOTS:
 private:
     void raise(const QString &kennung, const QString &text)
     {
-        m_now = m_now.addMSecs(1);
-        m_centre->addAlarm(m_tree->apply(kennung, interpretStationMessage("+49 --> M," + text), m_now).entry);
+        m_book->take(kennung == "a" ? 1 : 2, "+49", text, ++m_now);
     }
 
     void acknowledge(const QStringList &texts)
     {
-        QModelIndexList entries;
+        QList<qint64> alarms;
         for (const QString &text : texts) {
-            entries.append(m_tree->find("a/meldung/+49 --> M," + text));
+            alarms += m_book->find(1, text)->id;
         }
-        m_tree->carryOut(acknowledgementOf(entries, *m_tree, m_now));
+        m_book->acknowledge(alarms, m_now, {});
     }
 
     ManualTimers m_timers;
-    QDateTime m_now = QDateTime::fromMSecsSinceEpoch(1'262'300'000'000);
-    std::unique_ptr<StationTree> m_tree;
+    qint64 m_now = 1'262'300'000'000;
+    std::unique_ptr<AlarmBook> m_book;
     std::unique_ptr<AlarmCentre> m_centre;
     QList<AlarmNews> m_news;
 };

@@ -1,7 +1,7 @@
 #include "opmode/keeping/checksum.h"
 #include "opmode/keeping/nodes_file.h"
-#include "opmode/keeping/notification_times.h"
 #include "opmode/tree/acknowledgement.h"
+#include "opmode/tree/station_tree_loader.h"
 #include "platform/files.h"
 
 #include <QDir>
@@ -235,79 +235,6 @@ private Q_SLOTS:
         QVERIFY(!result.failure.isEmpty());
         QVERIFY(!result.failure.contains("No document element")); // the parser's own words have no German
         QCOMPARE(result.nodes, QStringList());
-    }
-
-    void timesOfNotificationsOutliveARestartAndAreNotNeeded()
-    {
-        const QDateTime at(QDate(2009, 12, 24), QTime(14, 5, 33));
-        const QString path = m_folder->filePath("nodes.xml");
-        StationTree tree({"N", "H", "IP"});
-        tree.addStation("old");
-        for (const char *text : {"1 fail", "1 fail", "2 fail"}) {
-            tree.apply("old", NotificationMessage{{text, text}, true}, at);
-        }
-        tree.carryOut(acknowledgementOf({tree.find("old/meldung/1 fail")}, tree, at.addDays(1)));
-        QVERIFY(tree.setData(tree.find("old"), "new"));
-        QVERIFY(NotificationTimes(path).save(NotificationTimes::document(tree)));
-        const QByteArray document =
-            writeNodes(tree.nodes(), [](const QString &) { return StationAttributes(); });
-        const auto loaded = [&](const char *key, bool sound) {
-            StationTree again({"N", "H", "IP"});
-            std::optional<StationTreeLoader> loader(std::in_place, again);
-            QStringList remarks;
-            const bool read =
-                readNodes(document, remarks, [&](const StoredNode &element) { loader->load(element); }) &&
-                bool(NotificationTimes(path).load(*loader)) == sound;
-            loader.reset();
-            const QModelIndex entry = again.find(QLatin1String(key));
-            return read && again.alarmCount() == 1
-                       ? QList<qint64>{entry.data(StationTree::ReceivedRole).toLongLong(),
-                                       entry.data(StationTree::AcknowledgedRole).toLongLong(),
-                                       entry.data(StationTree::CountRole).toLongLong(),
-                                       entry.data(StationTree::RaisedRole).toLongLong()}
-                       : QList<qint64>();
-        };
-        const qint64 moment = at.toMSecsSinceEpoch();
-        const QList<qint64> unknown{0, 0, 1, 0};
-        QCOMPARE(loaded("new/meldung/1 fail", true), (QList<qint64>{moment, moment + 86'400'000, 2, moment}));
-        QCOMPARE(loaded("new/meldung/2 fail", true), (QList<qint64>{moment, 0, 1, moment}));
-        const QString times = m_folder->filePath("nodes.times");
-        QByteArray whole;
-        QVERIFY(readFile(times, whole));
-        const QList<qint64> first{moment, moment + 86'400'000, 2, moment};
-        const QList<qint64> second{moment, 0, 1, moment};
-        for (qsizetype size = 0; size < whole.size(); ++size) { // what is known is never wrong
-            QVERIFY(replaceFile(times, whole.first(size)));
-            const QList<qint64> left = loaded("new/meldung/1 fail", false);
-            QVERIFY(left == first || (left == unknown && size < whole.size() / 2 + 8));
-            QByteArray damaged = whole;
-            damaged[size] = static_cast<char>(damaged[size] ^ 4);
-            QVERIFY(replaceFile(times, damaged));
-            const bool hasFirst = loaded("new/meldung/1 fail", false) == first;
-            QVERIFY(hasFirst || loaded("new/meldung/2 fail", false) == second);
-        }
-        { // the form before, without a checksum of each
-            QByteArray records;
-            for (qsizetype start = 16; start < whole.size();) {
-                const qsizetype size = static_cast<uchar>(whole[start]);
-                records += whole.sliced(start + 12, size);
-                start += 12 + size;
-            }
-            const quint64 sum = checksum(records);
-            QVERIFY(replaceFile(times, "\xFFKTRTMS2" + QByteArray(reinterpret_cast<const char *>(&sum), 8) +
-                                           records));
-            QCOMPARE(loaded("new/meldung/1 fail", true), first);
-        }
-        QVERIFY(replaceFile(times, whole.first(whole.size() - 1)));
-        NotificationTimes spoilt(path);
-        StationTree again({"N", "H", "IP"});
-        std::optional<StationTreeLoader> loader(std::in_place, again);
-        QVERIFY(!spoilt.load(*loader));
-        loader.reset();
-        QVERIFY(spoilt.save(whole));
-        QCOMPARE(files(), (QStringList{"nodes (1).times", "nodes.times"}));
-        QVERIFY(QFile::remove(times));
-        QCOMPARE(loaded("new/meldung/1 fail", true), unknown);
     }
 
     void whatCouldNotBeReadIsKeptAside()

@@ -1,12 +1,12 @@
 #include "opmode/operational_mode.h"
 #include "platform/files.h"
+#include "record/record_reader.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
 #include "support/test_files.h"
 
 #include <QDir>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -110,7 +110,6 @@ private Q_SLOTS:
             QVERIFY(run.mode->close());
             QVERIFY(!run.lines[0]->isOpen());
         }
-        QVERIFY(!QFileInfo::exists(m_folder->filePath(QStringLiteral("nodes.journal"))));
         Run run(m_folder->path());
         QVERIFY(run.opened && run.told.isEmpty());
         QCOMPARE(run.mode->stations().Count(), 2);
@@ -139,7 +138,7 @@ private Q_SLOTS:
             run.timers.advance(Milliseconds(1000));
         } // without close()
         Run run(m_folder->path());
-        QVERIFY2(run.told.size() == 1 && run.told[0].contains(QLatin1String("journal")),
+        QVERIFY2(run.told.size() == 1 && run.told[0].contains(QLatin1String("record")),
                  qPrintable(run.told.join(u'\n')));
         QCOMPARE(run.mode->stations().Count(), 1);
         QCOMPARE(run.lines[0]->opened, QStringList{QStringLiteral("10.0.0.7")});
@@ -150,17 +149,14 @@ private Q_SLOTS:
         QCOMPARE(run.mode->station(QStringLiteral("S"))->msgText(), "A*");
     }
 
-    void filesWrittenInTheMiddleOfTheRunFitTheJournal_data()
+    void aFileWrittenInTheMiddleOfTheRunFitsTheRecord_data()
     {
-        QTest::addColumn<bool>("isShortened");
         QTest::addColumn<bool>("isWritten");
-        QTest::newRow("crash later") << true << true;
-        QTest::newRow("crash before the journal is shortened") << false << true;
-        QTest::newRow("crash before the file of nodes is written") << false << false;
+        QTest::newRow("crash later") << true;
+        QTest::newRow("crash before the file is written") << false;
     }
-    void filesWrittenInTheMiddleOfTheRunFitTheJournal()
+    void aFileWrittenInTheMiddleOfTheRunFitsTheRecord()
     {
-        QFETCH(const bool, isShortened);
         QFETCH(const bool, isWritten);
         const QString s = QStringLiteral("S");
         {
@@ -172,12 +168,11 @@ private Q_SLOTS:
             QVERIFY(run.mode->close());
         }
         const QString nodes = m_folder->filePath(QStringLiteral("nodes.xml"));
-        const QString journal = m_folder->filePath(QStringLiteral("nodes.journal"));
         QByteArray before;
         QVERIFY(readFile(nodes, before, 1 << 20));
         qint64 raised = 0;
         {
-            Run run(m_folder->path(), {2000, 0, 0});
+            Run run(m_folder->path(), {10, 0, 0});
             QVERIFY(run.mode->tree().setData(run.node(s), QStringLiteral("Works")));
             run.mode->addStation(QStringLiteral("gone"));
             for (int n = 10; n < 50; ++n) {
@@ -187,9 +182,7 @@ private Q_SLOTS:
             run.timers.advance(Milliseconds(60'000)); // begins to write
             run.say(0, "M,Alarm DI3 fail");
             run.mode->removeStation(QStringLiteral("gone"));
-            if (isShortened) {
-                QTRY_VERIFY(QFileInfo(journal).size() < 1000);
-            }
+            QTRY_VERIFY(test::contentOf(nodes) != before);
             QVERIFY(run.mode->tree().setData(run.node(s), QStringLiteral("Pumps")));
             QCOMPARE(run.mode->addStation(QStringLiteral("Works")), "Works (1)");
             QVERIFY(run.mode->acknowledge({run.node(alarmKey)}));
@@ -209,6 +202,7 @@ private Q_SLOTS:
             Run run(m_folder->path());
             QVERIFY2(run.opened && run.told.size() == 1, qPrintable(run.told.join(u'\n')));
             const QString key = isWritten ? QStringLiteral("Works") : s;
+            QCOMPARE(run.mode->alarms().waitingCount(), 42);
             QCOMPARE(run.mode->stations().Count(), 2);
             QCOMPARE(run.textOf(key), "Pumps");
             QCOMPARE(run.mode->attributes(key).hostAddress, "10.0.0.8");
@@ -226,22 +220,18 @@ private Q_SLOTS:
 
     void filesThatCannotBeWrittenInTheMiddleOfTheRunAreTriedAgainLater()
     {
-        const QString journal = m_folder->filePath(QStringLiteral("nodes.journal"));
-        const QString times = m_folder->filePath(QStringLiteral("nodes.times"));
-        Run run(m_folder->path(), {100, 0, 1});
-        QVERIFY(QDir().mkdir(times));
+        Run run(m_folder->path(), {1, 0, 1});
+        QVERIFY(QDir().mkdir(run.path));
         run.mode->addStation(QStringLiteral("S"));
         run.mode->addStation(QStringLiteral("T"));
         QVERIFY(run.mode->keepsChanges());
         run.timers.advance(Milliseconds(60'000));
         QTRY_COMPARE(run.told.size(), 1);
-        QVERIFY(QDir().rmdir(times));
-        const qint64 size = QFileInfo(journal).size();
+        QVERIFY(QDir().rmdir(run.path));
         run.timers.advance(Milliseconds(60'000));
-        QCOMPARE(QFileInfo(journal).size(), size); // nothing was begun
+        QVERIFY(!QFileInfo::exists(run.path)); // nothing was begun
         run.timers.advance(Milliseconds(60'000));
-        QTRY_VERIFY(QFileInfo(journal).size() < 100);
-        QVERIFY(QFileInfo::exists(run.path));
+        QTRY_VERIFY(QFileInfo::exists(run.path));
         QCOMPARE(run.told.size(), 1);
     }
 
@@ -423,23 +413,21 @@ private Q_SLOTS:
         const QByteArray damaged =
             "<!DOCTYPE KTR><KTR>" + station("S", "hostAddress=\"10.0.0.7\"") + "<item2 key=\"\x01\"/></KTR>";
         QVERIFY(test::writeFile(file("nodes.xml"), damaged));
-        QVERIFY(test::writeFile(file("nodes.times"), "of it"));
         {
             Run run(m_folder->path());
-            QVERIFY(run.opened && run.told.size() == 6); // two of them tell where they are kept
+            QVERIFY(run.opened && run.told.size() == 4); // one of them tells where it is kept
             QCOMPARE(run.mode->stations().Count(), 1);
             QVERIFY(run.mode->close());
         }
         QCOMPARE(test::contentOf(file("nodes (1).xml")), damaged);
-        QCOMPARE(test::contentOf(file("nodes (1).times")), "of it");
         Run run(m_folder->path());
         QVERIFY(run.opened && run.told.isEmpty());
         QCOMPARE(run.mode->attributes(QStringLiteral("S")).hostAddress, "10.0.0.7");
     }
 
-    void aJournalOfAnotherListIsTakenUpByKey_data()
+    void whatNoListHasHadGoesToTheOneThatIsThere_data()
     {
-        QTest::addColumn<QByteArray>("find"); // in the list after a crash; nothing for one that went on
+        QTest::addColumn<QByteArray>("find"); // in the list after a crash
         QTest::addColumn<QByteArray>("edit");
         QTest::addColumn<QString>("address");
         QTest::newRow("a blank") << QByteArray("<KTR>") << QByteArray("<KTR >") << "10.0.0.7";
@@ -447,15 +435,13 @@ private Q_SLOTS:
         QTest::newRow("a type") << QByteArray("<KTR>") << QByteArray("<!DOCTYPE KTR><KTR>") << "10.0.0.7";
         QTest::newRow("an address") << QByteArray("10.0.0.7") << QByteArray("10.0.0.8") << "10.0.0.8";
         QTest::newRow("a name") << QByteArray("=\"Wes") << QByteArray("=\"U") << "10.0.0.7";
-        QTest::newRow("a later list") << QByteArray() << QByteArray() << "10.0.0.9";
     }
-    void aJournalOfAnotherListIsTakenUpByKey()
+    void whatNoListHasHadGoesToTheOneThatIsThere()
     {
         QFETCH(const QByteArray, find);
         QFETCH(const QByteArray, edit);
         const QString s = QStringLiteral("S");
         const QString t = QStringLiteral("Wes");
-        const bool isLater = find.isEmpty();
         const auto alarm = [](const QString &station, const char *which) {
             return QStringLiteral("%1/meldung/+4917012345 --> M,Alarm %2 fail").arg(station, which);
         };
@@ -480,63 +466,75 @@ private Q_SLOTS:
             run.mode->addStation(QStringLiteral("new"));
             run.mode->removeStation(QStringLiteral("new"));
         } // without close()
-        const QByteArray journal = test::contentOf(file("nodes.journal"));
-        if (isLater) {
-            Run run(m_folder->path(), {}, QDateTime({2026, 11, 20}, {11, 0}));
-            run.say(0, "M,Alarm DI1 fail");
-            run.say(0, "R,5,45.6");
-            QVERIFY(run.mode->acknowledge({run.node(alarm(s, "DI2"))}));
-            QVERIFY(run.mode->close());
-            QVERIFY(test::writeFile(file("nodes.journal"), journal));
-        } else {
-            QByteArray list = test::contentOf(file("nodes.xml"));
-            QVERIFY(list.contains(find) && test::writeFile(file("nodes.xml"), list.replace(find, edit)));
-        }
+        QByteArray list = test::contentOf(file("nodes.xml"));
+        QVERIFY(list.contains(find) && test::writeFile(file("nodes.xml"), list.replace(find, edit)));
         for (int round = 0; round < 2; ++round) { // what was taken up outlives a crash
             Run run(m_folder->path(), {}, QDateTime({2026, 11, 20}, {12, 0}));
-            const QString told = run.mode->defects().join(u'\n');
-            QVERIFY2(told.contains(QRegularExpression("taken up for its stations: [1-9]")) == (round == 0),
-                     qPrintable(told));
+            QCOMPARE(run.told.join(u'\n').contains(QLatin1String("edited or replaced")), round == 0);
             QCOMPARE(run.mode->stations().Count(), 2);
             QTEST(run.mode->attributes(s).hostAddress, "address");
-            QCOMPARE(run.isRed(alarm(s, "DI1")), isLater);
-            QCOMPARE(run.isRed(alarm(s, "DI2")), !isLater);
+            QVERIFY(!run.isRed(alarm(s, "DI1")) && run.isRed(alarm(s, "DI2")));
             QVERIFY(run.node(alarm(s, "DI3")).isValid() && !run.isRed(alarm(s, "DI3")) && run.isRed(s));
-            QVERIFY(run.textOf(s + QLatin1String("/ip/ip5")).endsWith(isLater ? "45.6" : "12.3"));
-            const QString name = isLater || edit.endsWith('U') ? QStringLiteral("U") : t;
+            QVERIFY(run.textOf(s + QLatin1String("/ip/ip5")).endsWith("12.3"));
+            const QString name = edit.endsWith('U') ? QStringLiteral("U") : t;
             QVERIFY(run.isRed(alarm(name, "DI4")) && run.isRed(name) && run.textOf(name) == name);
         }
-        QCOMPARE(test::contentOf(file("nodes (1).journal")), journal);
     }
 
-    void whatBelongsToAListThatIsGoneIsKeptAside_data()
+    /// A clean end: the list has all that happened, and what was edited in it since is meant.
+    void aListThatWasEditedIsFollowed()
     {
-        QTest::addColumn<QByteArray>("list");
-        QTest::newRow("none") << QByteArray();
-        QTest::newRow("another") << "<KTR>" + station("X", "") + "</KTR>";
-    }
-    void whatBelongsToAListThatIsGoneIsKeptAside()
-    {
-        QFETCH(const QByteArray, list);
-        for (const bool isClosed : {true, false}) {
+        {
             Run run(m_folder->path());
             run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+            run.mode->addStation(QStringLiteral("gone"));
             run.mode->setOnline(QStringLiteral("S"), true);
             run.say(0, "M,Alarm DI1 fail");
-            QVERIFY(!isClosed || run.mode->close());
+            QVERIFY(run.mode->close());
         }
-        const QByteArray times = test::contentOf(file("nodes.times"));
-        const QByteArray journal = test::contentOf(file("nodes.journal"));
-        QVERIFY(QFile::remove(file("nodes.xml")) &&
-                (list.isEmpty() || test::writeFile(file("nodes.xml"), list)));
-        Run run(m_folder->path());
-        const QString told = run.mode->defects().join(u'\n');
-        QVERIFY2(told.contains(file("nodes.times")) && told.contains("nodes (1).times") &&
-                     told.contains(file("nodes (1).journal")),
-                 qPrintable(told));
-        QVERIFY(run.mode->close());
-        QCOMPARE(test::contentOf(file("nodes (1).times")), times);
-        QCOMPARE(test::contentOf(file("nodes (1).journal")), journal);
+        QVERIFY(test::writeFile(file("nodes.xml"), "<KTR>" + station("S", "") + station("X", "") + "</KTR>"));
+        for (int round = 0; round < 2; ++round) {
+            Run run(m_folder->path());
+            QCOMPARE(run.told.size(), round == 0 ? 1 : 0);
+            QCOMPARE(run.mode->stations().Count(), 2);
+            QVERIFY(!run.node(alarmKey).isValid());
+            QCOMPARE(run.mode->alarms().waitingCount(), 0);
+            QVERIFY(run.mode->close());
+        }
+        RecordReader reader(file("record.sqlite"));
+        QMap<QString, bool> listed;
+        QVERIFY(reader.stations([&](const StationRow &row) { listed.insert(row.name, row.listed); }));
+        QCOMPARE(listed, (QMap<QString, bool>{{"S", true}, {"X", true}, {"gone", false}}));
+        const AlarmPage alarms = reader.findAlarms({}, {}, 10);
+        QCOMPARE(alarms.rows.size(), 1);
+        QVERIFY(alarms.rows[0].acknowledged > 0);
+    }
+
+    /// The files are of a run of the version before, which ended by a crash.
+    void whatTheVersionBeforeKeptIsTakenOverOnce()
+    {
+        for (const char *name : {"nodes.xml", "nodes.journal", "nodes.times"}) {
+            QVERIFY(QFile::copy(QStringLiteral(KTR_SOURCE_DIR "/tests/opmode/earlier/") + QLatin1String(name),
+                                file(name)));
+        }
+        for (const bool isClosed : {false, false, true, true}) {
+            Run run(m_folder->path());
+            QVERIFY(run.opened && run.mode->defects().isEmpty());
+            const auto alarm = [&run](int number) {
+                return run.node(QStringLiteral("S/meldung/+49 --> M,Alarm %1 fail").arg(number));
+            };
+            for (int number = 1; number <= 4; ++number) {
+                QCOMPARE(alarm(number).data(StationTree::AcknowledgedRole).toLongLong() > 0, number <= 2);
+                QVERIFY(alarm(number).data(StationTree::RaisedRole).toLongLong() > 0);
+            }
+            QCOMPARE(run.mode->alarms().waitingCount(), 2);
+            if (!isClosed) {
+                QVERIFY(run.mode->keepsChanges());
+                continue;
+            }
+            QVERIFY(run.mode->close());
+        }
+        QVERIFY(!QFileInfo::exists(file("nodes.journal")) && QFileInfo::exists(file("nodes (1).journal")));
     }
 
     void aStationWhoseElementIsDamagedIsRebuiltAndTold_data()
@@ -637,7 +635,7 @@ private Q_SLOTS:
         QCOMPARE(second.mode->stations().Count(), 1);
         QVERIFY(second.mode->close());
         QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files),
-                 (QStringList{QStringLiteral("nodes.times"), QStringLiteral("nodes.xml")}));
+                 (QStringList{QStringLiteral("nodes.xml"), QStringLiteral("record.sqlite")}));
     }
 
     /// Its module forgets an alarm once it is answered.
@@ -653,7 +651,8 @@ private Q_SLOTS:
         line.say("at+csq\r"); // waits for its turn
         QCOMPARE(line.sent.last(), "M,Alarm DI1 fail\r\n");
         QTRY_COMPARE(line.sent.size(), 8);
-        QVERIFY(test::contentOf(file("nodes.journal")).contains("DI1 fail"));
+        RecordReader reader(file("record.sqlite"));
+        QCOMPARE(reader.findAlarms({}, {}, 10).rows.size(), 1);
         QCOMPARE(line.sent.sliced(4),
                  (QByteArrayList{"M,Alarm DI1 fail\r\n", "OK\r\n", "at+csq\r\n", "OK\r\n"}));
     }

@@ -51,9 +51,11 @@ private Q_SLOTS:
     void everyHistoryReportStandsForItself()
     {
         const QString report = "+49 --> >H,7,0911152359,1,12.5,15,2,3";
-        const HistoryMessage expected{{{"7,15.11.2009 23:59 : IP1 = 12.5", "15.11.2009 23:59 : IP1 = 12.5"},
-                                       {"7,16.11.2009 00:14 : IP2 = 3", "16.11.2009 00:14 : IP2 = 3"}},
-                                      {}};
+        const HistoryMessage expected{
+            {{"7,15.11.2009 23:59 : IP1 = 12.5", "15.11.2009 23:59 : IP1 = 12.5"},
+             {"7,16.11.2009 00:14 : IP2 = 3", "16.11.2009 00:14 : IP2 = 3"}},
+            {},
+            {{7, "15.11.2009 23:59", "1", "12.5"}, {7, "16.11.2009 00:14", "2", "3"}}};
         QCOMPARE(std::get<HistoryMessage>(interpretStationMessage(report)), expected);
         QCOMPARE(std::get<HistoryMessage>(interpretStationMessage(report)), expected);
         const auto cut = std::get<HistoryMessage>(interpretStationMessage("+49 --> H,7,0911152359,1,2,15,3"));

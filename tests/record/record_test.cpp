@@ -57,7 +57,7 @@ private Q_SLOTS:
                 writer->add(row);
             }
             HistoryRow again = record;
-            again.first = u"other"_s;
+            again.second = u"other"_s;
             writer->add(again); // a report that comes twice stands once
             QVERIFY(writer->flushNow());
             QCOMPARE(writer->onDiskCount(), writer->addedCount());

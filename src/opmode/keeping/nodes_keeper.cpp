@@ -4,13 +4,14 @@
 
 namespace ktr {
 
-NodesKeeper::NodesKeeper(StationTree &tree, NodesFile &file, NotificationTimes &times, NodesJournal &journal,
-                         Attributes attributes, std::function<void(const QString &)> failed,
-                         const Limits &limits)
+NodesKeeper::NodesKeeper(StationTree &tree, NodesFile &file, ListRecord &record, qint64 upto,
+                         const Environment &environment, Attributes attributes,
+                         std::function<void(const QString &)> failed, const Limits &limits)
     : m_tree(tree),
       m_file(file),
-      m_times(times),
-      m_journal(journal),
+      m_record(record),
+      m_upto(upto),
+      m_environment(environment),
       m_attributes(std::move(attributes)),
       m_failed(std::move(failed)),
       m_limits(limits)
@@ -18,13 +19,14 @@ NodesKeeper::NodesKeeper(StationTree &tree, NodesFile &file, NotificationTimes &
 
 NodesKeeper::~NodesKeeper()
 {
-    m_thread.wait(); // the journal fits what was written
+    m_thread.wait(); // the record knows what was written
 }
 
 void NodesKeeper::check()
 {
-    if (m_isWriting || m_journal.size() <= m_limits.journal ||
-        m_journal.size() <= m_limits.timesTheFile * m_file.size()) {
+    const qint64 events = m_record.lastEvent() - m_upto;
+    if (events <= m_limits.events ||
+        events <= m_limits.timesTheNodes * static_cast<qint64>(m_tree.nodes().count())) {
         return;
     }
     if (m_pause > 0) {
@@ -34,64 +36,75 @@ void NodesKeeper::check()
     begin();
 }
 
-Status NodesKeeper::save()
-{
-    collect();
-    const Documents all = documents();
-    (void)m_journal.markSave(
-        checksum(all.nodes)); // else it is put aside after a crash that is too near to the end
-    return write(all);
-}
-
-NodesKeeper::Documents NodesKeeper::documents()
-{
-    m_tree.beginSaving();
-    return {NotificationTimes::document(m_tree), writeNodes(m_tree.nodes(), m_attributes)};
-}
-
-/// The times first: they have the keys of the file that is there, too.
-Status NodesKeeper::write(const Documents &documents)
-{
-    Status status = m_file.moveAsideIfDamaged(m_times.path());
-    if (status) {
-        status = m_times.save(documents.times);
-    }
-    return status ? m_file.save(documents.nodes) : status;
-}
-
 void NodesKeeper::begin()
 {
-    Documents written = documents();
-    if (const Status begun = m_journal.markSave(checksum(written.nodes)); !begun) {
-        fail(begun);
+    if (m_state != State::Idle || !m_record.isOpen()) {
         return;
     }
-    m_isWriting = true;
-    m_thread.start([this, written = std::move(written)] {
-        m_written = write(written);
+    m_tree.keepNames();
+    m_document = document();
+    mark(m_document);
+    m_markCount = m_record.writer().addedCount();
+    m_record.writer().flush();
+    m_state = State::MarkWaits;
+}
+
+/// Without its mark the file would be taken for one that somebody edited.
+void NodesKeeper::settled()
+{
+    if (m_state != State::MarkWaits || m_record.writer().onDiskCount() < m_markCount) {
+        return;
+    }
+    m_state = State::Writing;
+    m_thread.start([this] {
+        m_written = m_file.save(m_document);
         QMetaObject::invokeMethod(
             &m_receiver, [this] { collect(); }, Qt::QueuedConnection);
     });
 }
 
+Status NodesKeeper::save()
+{
+    collect();
+    m_state = State::Idle;
+    const QByteArray last = document();
+    if (m_record.isOpen()) {
+        mark(last);
+        (void)m_record.writer().flushNow(); // what keeps it from the disk was told
+    }
+    return m_file.save(last);
+}
+
+QByteArray NodesKeeper::document() const
+{
+    return writeNodes(m_tree.nodes(), m_attributes);
+}
+
+void NodesKeeper::mark(const QByteArray &document)
+{
+    m_upto = m_record.lastEvent();
+    m_record.add(ListFileRow{listFileMark(checksum(document), document.size()), m_upto,
+                             m_environment.now().toMSecsSinceEpoch()});
+}
+
 void NodesKeeper::collect()
 {
     m_thread.wait();
-    if (!std::exchange(m_isWriting, false)) { // the report of one that was waited for
+    if (m_state != State::Writing) { // the report of one that was waited for
         return;
     }
-    const Status gone = m_written ? m_journal.rebase(m_file.checksum()) : m_written;
-    if (gone) {
-        m_tree.endSaving();
-    } else {
-        fail(gone);
+    m_state = State::Idle;
+    m_document.clear();
+    if (!m_written) {
+        fail(m_written);
     }
 }
 
-/// The journal goes on as before, and is tried to be shortened some time later.
+/// What happened since is in the record; it is tried again some time later.
 void NodesKeeper::fail(const Status &why)
 {
     m_pause = m_limits.pauseAfterFailure;
+    m_upto = 0;
     m_failed(why.message());
 }
 

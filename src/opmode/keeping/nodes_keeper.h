@@ -1,61 +1,67 @@
 #pragma once
 
+#include "opmode/keeping/list_record.h"
 #include "opmode/keeping/nodes_file.h"
-#include "opmode/keeping/nodes_journal.h"
-#include "opmode/keeping/notification_times.h"
+#include "opmode/tree/station_tree.h"
+#include "platform/environment.h"
 
 namespace ktr {
 
-/// Writes the files of a tree that is kept: at the end, and in the middle of the run when the journal has
-/// become long, which would otherwise grow for months. A thread of its own writes then; changes that come
-/// meanwhile are in the journal, which fits the files before and after.
+/// Writes the file of a tree that is kept: at the end, and in the middle of the run when much has happened
+/// since, which the next start would otherwise have to carry out again after a crash. A mark in the record
+/// comes first: it says up to which event a file of this content holds what happened.
 class NodesKeeper
 {
 public:
-    /// From when on the files are written in the middle of the run.
+    /// From when on the file is written in the middle of the run.
     struct Limits
     {
-        qint64 journal = qint64{64} << 20; ///< bytes, and
-        qint64 timesTheFile = 2;           ///< so many times the size of the file of nodes
-        int pauseAfterFailure = 15;        ///< checks that are left out
+        qint64 events = 100'000;    ///< since it was written last, and
+        qint64 timesTheNodes = 2;   ///< so many times the number of nodes
+        int pauseAfterFailure = 15; ///< checks that are left out
     };
     using Attributes = std::function<StationAttributes(const QString &kennung)>;
 
-    /// All must outlive the keeper. `failed` gets the reason when the files could not be written in the
-    /// middle of the run.
-    NodesKeeper(StationTree &tree, NodesFile &file, NotificationTimes &times, NodesJournal &journal,
-                Attributes attributes, std::function<void(const QString &)> failed, const Limits &limits);
-    /// Waits for files that are being written.
+    /// All must outlive the keeper; the file holds what happened up to an event. `failed` gets the reason
+    /// when the file could not be written in the middle of the run.
+    NodesKeeper(StationTree &tree, NodesFile &file, ListRecord &record, qint64 upto,
+                const Environment &environment, Attributes attributes,
+                std::function<void(const QString &)> failed, const Limits &limits);
+    /// Waits for a file that is being written.
     ~NodesKeeper();
     Q_DISABLE_COPY_MOVE(NodesKeeper)
 
-    /// Begins to write the files when it is time. To be called now and then, when the tree has all that the
-    /// journal has.
+    /// Begins to write the file when it is time. To be called now and then.
     void check();
-    /// Writes the files with all that the tree has and waits for it. After a failure they fit the journal.
+    /// Begins to write it at once.
+    void begin();
+    /// The disk has more of the record.
+    void settled();
+    /// Writes the file with all that the tree has and waits for it.
     Status save();
+    /// Whether a file is being written.
+    bool isWriting() const { return m_state != State::Idle; }
 
 private:
-    struct Documents
-    {
-        QByteArray times;
-        QByteArray nodes;
-    };
-    Documents documents();
-    Status write(const Documents &documents);
-    void begin();
+    enum class State { Idle, MarkWaits, Writing };
+
+    QByteArray document() const;
+    void mark(const QByteArray &document);
     void collect();
     void fail(const Status &why);
 
     StationTree &m_tree;
-    NodesFile &m_file;          ///< while m_isWriting is set, the thread alone uses it
-    NotificationTimes &m_times; ///< likewise
-    NodesJournal &m_journal;
+    NodesFile &m_file; ///< while the state is Writing, the thread alone uses it
+    ListRecord &m_record;
+    qint64 m_upto;
+    const Environment &m_environment;
     Attributes m_attributes;
     std::function<void(const QString &)> m_failed;
     Limits m_limits;
     int m_pause = 0; ///< checks that are still left out
-    bool m_isWriting = false;
+    State m_state = State::Idle;
+    QByteArray m_document;   ///< that is being written
+    quint64 m_markCount = 0; ///< rows of the record up to its mark
     Status m_written = Status::done();
     QObject m_receiver; ///< of the thread's reports, on the owner's thread
     WorkerThread m_thread;

@@ -70,6 +70,9 @@ StationMessage history(const QString &message)
         const QString time = record.stamp.isEmpty() ? QStringLiteral("?") : record.stamp;
         const QString text = time + QLatin1String(" : IP") + record.first + QLatin1String(" = ") + value;
         report.entries.append({line.key + u',' + text, text});
+        if (!record.stamp.isEmpty()) {
+            report.records.append({line.key.toInt(), record.stamp, record.first, value});
+        }
     }
     if (!line.badTime.isEmpty() || !line.incomplete.isEmpty() || line.records.isEmpty()) {
         report.unusable = !line.badTime.isEmpty()      ? line.badTime

@@ -37,8 +37,18 @@ struct InputValuesMessage
 
 struct HistoryMessage
 {
+    /// What the entries say, for the record.
+    struct Record
+    {
+        int archive;   ///< the number that the report begins with; 0 for none
+        QString stamp; ///< "DD.MM.YYYY HH:MM"
+        QString input; ///< the two values as received
+        QString value;
+        bool operator==(const Record &) const = default;
+    };
     QList<MessageEntry> entries;
-    QString unusable; ///< the part of the report that is no record or has no time, as received
+    QString unusable;           ///< the part of the report that is no record or has no time, as received
+    QList<Record> records = {}; ///< of the entries with a time
     bool operator==(const HistoryMessage &) const = default;
 };
 

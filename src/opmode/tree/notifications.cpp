@@ -4,9 +4,19 @@
 
 namespace ktr {
 
+namespace {
+
+const QString arrow = QStringLiteral(" --> M,");
+
+} // namespace
+
+QString notificationText(const NotificationText &parts)
+{
+    return parts.number + arrow + parts.message;
+}
+
 NotificationText splitNotification(const QString &text)
 {
-    static const QString arrow = QStringLiteral(" --> M,");
     const qsizetype at = text.indexOf(arrow);
     return at < 0 ? NotificationText{{}, onOneLine(text.trimmed())}
                   : NotificationText{onOneLine(text.first(at).trimmed()),

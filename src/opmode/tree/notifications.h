@@ -12,6 +12,8 @@ struct NotificationText
 };
 
 NotificationText splitNotification(const QString &text);
+/// The text that has these parts.
+QString notificationText(const NotificationText &parts);
 
 /// Where a node that is alive stands in the tree.
 QModelIndex nodeIndex(const StationTree &tree, NodeStore::Id id);

@@ -60,11 +60,7 @@ QModelIndex StationTree::addStation(const QString &kennung)
     beginInsertRows({}, row, row);
     const std::optional<Id> station = m_nodes.addStation(name);
     endInsertRows();
-    if (!station) {
-        return {};
-    }
-    notifyObserver(NodeChange::What::Added, *station);
-    return indexOf(*station);
+    return station ? indexOf(*station) : QModelIndex();
 }
 
 void StationTree::remove(const QModelIndex &index)
@@ -75,17 +71,11 @@ void StationTree::remove(const QModelIndex &index)
     const Id id = idOf(index);
     const bool isRed = nodes().colour(id) == alarmColour && nodes().kind(id) == NodeKind::Notification;
     const Id above = nodes().parent(id);
-    NodeChange change;
-    change.what = NodeChange::What::Removed;
-    change.key = nodes().key(id);
     beginRemoveRows(index.parent(), index.row(), index.row());
     m_statuses.remove(id);
+    m_renamed.remove(id);
     m_nodes.remove(id);
     endRemoveRows();
-    if (m_changed) {
-        m_changed(change);
-    }
-    m_savedKeys.remove(change.key);
     if (isRed) {
         showAlarmCount(above);
         clearAlarmColour(above);
@@ -112,26 +102,19 @@ bool StationTree::isFreeName(const QString &name, Id except) const
     if (found && found != except) {
         return false;
     }
-    // A station that was given this text has it as its key in the next run, as it has those of the files now.
-    bool isFree = true;
-    m_savedKeys.forEachRenamed([&](const std::string &kennung) {
-        const std::optional<Id> station = nodes().child(NodeStore::root, kennung);
-        isFree = isFree && (!station || station == except ||
-                            (nodes().text(*station) != wanted && !m_savedKeys.isInFilesAs(kennung, wanted)));
-    });
-    return isFree;
+    if (const auto inFile = m_namesInFiles.constFind(wanted);
+        inFile != m_namesInFiles.cend() && *inFile != except && nodes().isAlive(*inFile)) {
+        return false;
+    }
+    // A station that was given this text has it as its key in the next run.
+    return std::ranges::none_of(
+        m_renamed, [&](Id station) { return station != except && nodes().text(station) == wanted; });
 }
 
-void StationTree::beginSaving()
+void StationTree::keepNames()
 {
-    QList<std::pair<std::string, std::string>> stations;
-    m_savedKeys.forEachRenamed([&](const std::string &kennung) {
-        if (const std::optional<Id> station = nodes().child(NodeStore::root, kennung)) {
-            stations.emplaceBack(kennung, nodes().text(*station));
-        }
-    });
-    for (const auto &[kennung, text] : stations) {
-        m_savedKeys.beginSaving(kennung, text);
+    for (const Id station : std::as_const(m_renamed)) {
+        m_namesInFiles.insert(std::string(nodes().text(station)), station);
     }
 }
 
@@ -148,22 +131,6 @@ void StationTree::setStatus(const QString &kennung, const StationStatus &status)
         m_statuses.insert(*station, status);
         showChanged(*station, {StatusRole});
     }
-}
-
-void StationTree::notifyObserver(NodeChange::What what, Id id, qint64 now, int count)
-{
-    if (!m_changed) {
-        return;
-    }
-    m_change.what = what;
-    nodes().getKey(id, m_change.key);
-    const bool hasText = what == NodeChange::What::Added || what == NodeChange::What::Text;
-    m_change.text.assign(hasText ? nodes().text(id) : std::string_view());
-    m_change.colour = what == NodeChange::What::Text ? 0 : nodes().colour(id);
-    m_change.moment = now;
-    m_change.count = count;
-    m_change.raised = what == NodeChange::What::Repeated ? arrivals().value(id).raised : 0;
-    m_changed(m_change);
 }
 
 QModelIndex StationTree::find(const QString &key) const
@@ -282,8 +249,12 @@ bool StationTree::setData(const QModelIndex &index, const QVariant &value, int r
     if (text.isEmpty() || !isFreeName(text, id)) {
         return false;
     }
-    m_savedKeys.add(std::string(nodes().name(id)));
-    setText(id, text, 0);
+    const QString before = textOf(nodes().text(id));
+    if (text != before) {
+        m_renamed.insert(id);
+        setText(id, text);
+        Q_EMIT stationRenamed(textOf(nodes().name(id)), before);
+    }
     return true;
 }
 
@@ -316,19 +287,6 @@ void StationTree::carryOut(const QList<NodeChange> &acknowledgement)
     emitAlarmCount();
 }
 
-void StationTree::setColour(const QModelIndex &index, std::int32_t colour)
-{
-    const Id id = idOf(index);
-    if (!index.isValid() || !setColourOf(id, colour)) {
-        return;
-    }
-    notifyObserver(NodeChange::What::Colour, id);
-    if (nodes().kind(id) == NodeKind::Notification) {
-        m_nodes.setAcknowledged(id, 0);
-        clearAlarmColour(nodes().parent(id));
-    }
-}
-
 bool StationTree::setColourOf(Id id, std::int32_t colour)
 {
     const bool wasRed = nodes().colour(id) == alarmColour;
@@ -344,13 +302,6 @@ bool StationTree::setColourOf(Id id, std::int32_t colour)
     return true;
 }
 
-void StationTree::changeColour(Id id, std::int32_t colour, qint64 now)
-{
-    if (setColourOf(id, colour)) {
-        notifyObserver(NodeChange::What::Colour, id, now);
-    }
-}
-
 void StationTree::clearAlarmColour(Id notifications)
 {
     if (alarms().under(notifications) > 0) {
@@ -358,7 +309,7 @@ void StationTree::clearAlarmColour(Id notifications)
     }
     for (const Id id : {notifications, nodes().parent(notifications)}) {
         if (nodes().colour(id) == alarmColour) {
-            changeColour(id, normalColour, 0);
+            setColourOf(id, normalColour);
         }
     }
 }

@@ -3,7 +3,7 @@
 #include "config/channels.h"
 #include "link/udp_pair.h"
 #include "opmode/station/station_messages.h"
-#include "opmode/tree/saved_keys.h"
+#include "opmode/tree/node_change.h"
 #include "opmode/tree/station_nodes.h"
 #include "opmode/tree/stored_node.h"
 
@@ -11,7 +11,6 @@
 #include <QDateTime>
 #include <QSet>
 
-#include <functional>
 #include <optional>
 #include <tuple>
 
@@ -79,28 +78,19 @@ public:
     /// becomes red again. An alarm colours its station and its notifications node as well.
     Outcome apply(const QString &kennung, const StationMessage &message, const QDateTime &now);
 
-    /// Carries out an acknowledgement (acknowledgementOf()) that is in the journal; the observer is not told.
-    /// An alarm that came again meanwhile stays red.
+    /// Carries out an acknowledgement (acknowledgementOf()) that is on the disk. An alarm that came again
+    /// meanwhile stays red.
     void carryOut(const QList<NodeChange> &acknowledgement);
     /// Red notifications of all stations.
     int alarmCount() const { return m_nodes.alarms().total(); }
     const AlarmCounts &alarms() const { return m_nodes.alarms(); }
 
     void setStatus(const QString &kennung, const StationStatus &status);
-    /// Any signed 32-bit number; a notification that loses the alarm colour is acknowledged, at a time that
-    /// is not known.
-    void setColour(const QModelIndex &index, std::int32_t colour);
-
     QModelIndex find(const QString &key) const;
 
-    /// All nodes are going to be written as they are now, with the texts of stations as their keys.
-    void beginSaving();
-    /// The journal goes on from the file that was begun last.
-    void endSaving() { m_savedKeys.endSaving(); }
-    const SavedKeys &savedKeys() const { return m_savedKeys; }
-
-    /// Told of each change, after it.
-    void setObserver(std::function<void(const NodeChange &)> changed) { m_changed = std::move(changed); }
+    /// A file is going to be written: what renamed stations are called in it names no other in this run, or the
+    /// next one could not tell them apart.
+    void keepNames();
     const NodeStore &nodes() const { return m_nodes.store(); }
     /// Of each notification of which more is known than that it is there.
     const QHash<NodeStore::Id, Arrival> &arrivals() const { return m_nodes.arrivals(); }
@@ -119,6 +109,8 @@ public:
 
 Q_SIGNALS:
     void alarmCountChanged();
+    /// The user gave a station another text.
+    void stationRenamed(const QString &kennung, const QString &before);
 
 private:
     using Id = NodeStore::Id;
@@ -135,16 +127,13 @@ private:
                                qint64 now);
     /// Counts an arrival of a notification that is there.
     void countAgain(Id id, const NodeChange &repeated);
-    void setText(Id id, const QString &text, qint64 now);
+    void setText(Id id, const QString &text);
     /// Gives true when it had another colour.
     bool setColourOf(Id id, std::int32_t colour);
-    /// Also tells the observer.
-    void changeColour(Id id, std::int32_t colour, qint64 now);
     /// Takes the alarm colour from a station and its notifications node when no notification is red.
     void clearAlarmColour(Id notifications);
     void showAlarmCount(Id notifications);
     void emitAlarmCount();
-    void notifyObserver(NodeChange::What what, Id id, qint64 now = 0, int count = 0);
     void showChanged(Id id, const QList<int> &roles);
     QVariant arrivalData(Id id, int role) const;
 
@@ -153,9 +142,8 @@ private:
     StationNodes m_nodes;
     QHash<Id, StationStatus> m_statuses;
     int m_emittedAlarmCount = 0;
-    SavedKeys m_savedKeys; ///< of the stations that were given a text since their creation
-    std::function<void(const NodeChange &)> m_changed;
-    NodeChange m_change{}; ///< kept for the room of its texts
+    QSet<Id> m_renamed; ///< stations that were given a text since their creation
+    QHash<std::string, Id> m_namesInFiles; ///< of those
     std::tuple<Qt::TimeSpec, QDate, QTime> m_lastTime;
     qint64 m_lastMoment = 0;
     bool m_isCarryingOut = false; ///< counts of alarms are shown at the end of many changes

@@ -110,7 +110,7 @@ bool StationTreeLoader::replayOn(Id id, const NodeChange &change)
         return true;
     case NodeChange::What::Text:
         if (kind == NodeKind::Station) {
-            m_tree.m_savedKeys.add(change.key);
+            m_tree.m_renamed.insert(id);
         }
         return m_nodes.setText(id, change.text);
     case NodeChange::What::Colour:
@@ -119,7 +119,7 @@ bool StationTreeLoader::replayOn(Id id, const NodeChange &change)
         }
         return true;
     case NodeChange::What::Removed:
-        remove(id, change.key);
+        remove(id);
         return true;
     case NodeChange::What::Station:
         return kind == NodeKind::Station;
@@ -135,10 +135,10 @@ bool StationTreeLoader::replayOn(Id id, const NodeChange &change)
     return false;
 }
 
-void StationTreeLoader::remove(Id id, std::string_view key)
+void StationTreeLoader::remove(Id id)
 {
+    m_tree.m_renamed.remove(id);
     m_nodes.remove(id);
-    m_tree.m_savedKeys.remove(key);
     // They may name the node.
     m_parents.clear();
     m_announced.fill({});

@@ -5,8 +5,7 @@
 
 namespace ktr {
 
-/// Fills a tree from its file and the journal of an earlier run. The tree's observer is told nothing of it;
-/// views see all of it when the loader goes.
+/// Fills a tree from its file. Views see all of it when the loader goes.
 class StationTreeLoader
 {
 public:
@@ -26,8 +25,8 @@ public:
     bool loadArrival(std::string_view key, const Arrival &arrival);
     /// Colours each station red that has a red notification, and its notifications node.
     void colourStationsInAlarm();
-    /// Carries a change of an earlier run out again. Gives false when it does not fit. Of a station's
-    /// attributes it tells whether there is that station.
+    /// Carries out a change of the journal that the version before kept. Gives false when it does not fit. Of
+    /// a station's attributes it tells whether there is that station.
     bool replay(const NodeChange &change);
 
 private:
@@ -43,7 +42,7 @@ private:
     std::optional<NodeStore::Place> rememberedPlace(std::string_view key) const;
     bool load(const NodeStore::Place &place, std::string_view text, std::int32_t colour);
     bool replayOn(Id id, const NodeChange &change);
-    void remove(Id id, std::string_view key);
+    void remove(Id id);
 
     StationTree &m_tree;
     StationNodes &m_nodes;

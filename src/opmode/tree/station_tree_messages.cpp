@@ -59,14 +59,13 @@ StationTree::Outcome StationTree::applyNotification(Id station, const Notificati
         change.count = before.count + 1;
         change.raised = message.alarm && colourBefore != alarmColour ? moment : before.raised;
         countAgain(*entry, change);
-        notifyObserver(NodeChange::What::Repeated, *entry, moment, change.count);
     } else {
         entry =
             addEntry(*branch, name, message.entry.text, message.alarm ? alarmColour : normalColour, moment);
     }
     if (message.alarm) {
-        changeColour(*branch, alarmColour, moment);
-        changeColour(station, alarmColour, moment);
+        setColourOf(*branch, alarmColour);
+        setColourOf(station, alarmColour);
     }
     outcome.entry = entry ? indexOf(*entry) : QModelIndex();
     return outcome;
@@ -85,16 +84,12 @@ void StationTree::applyValues(Id station, const InputValuesMessage &message, con
     if (!branch) {
         return;
     }
-    const qint64 moment = momentOf(now);
-    setText(*branch, QStringLiteral("IP (") + now.toString(QStringLiteral("HH:mm dd.MM.yyyy")) + u')',
-            moment);
+    setText(*branch, QStringLiteral("IP (") + now.toString(QStringLiteral("HH:mm dd.MM.yyyy")) + u')');
     for (const InputValuesMessage::Value &value : message.values) {
         if (const auto node =
                 nodes().child(*branch, inputValueName(static_cast<std::size_t>(value.channel)))) {
-            setText(*node,
-                    channelCaption(value.channel) + QLatin1String("IP") + QString::number(value.channel) +
-                        QLatin1String(" = ") + value.text,
-                    moment);
+            setText(*node, channelCaption(value.channel) + QLatin1String("IP") +
+                               QString::number(value.channel) + QLatin1String(" = ") + value.text);
         }
     }
 }
@@ -129,17 +124,15 @@ std::optional<StationTree::Id> StationTree::addEntry(Id branch, std::string_view
             showAlarmCount(branch);
             emitAlarmCount();
         }
-        notifyObserver(NodeChange::What::Added, *id, now);
     }
     return id;
 }
 
-void StationTree::setText(Id id, const QString &text, qint64 now)
+void StationTree::setText(Id id, const QString &text)
 {
     const std::string stored = storedText(text);
     if (nodes().text(id) != stored && m_nodes.setText(id, stored)) {
         showChanged(id, {Qt::DisplayRole, Qt::EditRole});
-        notifyObserver(NodeChange::What::Text, id, now);
     }
 }
 

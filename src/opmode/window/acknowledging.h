@@ -1,12 +1,7 @@
 #pragma once
 
 #include "lang/text_table.h"
-#include "opmode/tree/station_tree.h"
-#include "platform/status.h"
-
-#include <QPointer>
-
-#include <functional>
+#include "opmode/operational_mode.h"
 
 namespace ktr {
 
@@ -16,16 +11,14 @@ class Acknowledging : public QObject
     Q_OBJECT
 
 public:
-    /// What puts it on the disk and shows it then; after a failure nothing is acknowledged.
-    using CarryOut = std::function<Status(const QModelIndexList &entries)>;
-
-    Acknowledging(const StationTree &tree, const TextTable &texts, CarryOut carryOut,
-                  QObject *parent = nullptr);
+    Acknowledging(OperationalMode &mode, const TextTable &texts, QObject *parent = nullptr);
 
     /// Only the red ones of these notifications.
     void acknowledge(QWidget *asker, const QModelIndexList &entries);
     /// The same; when they are several, the user is asked.
     void acknowledgeAll(QWidget *asker, const QModelIndexList &entries);
+    /// The same for alarms by their numbers.
+    void acknowledgeAlarms(QWidget *asker, const QList<qint64> &alarms);
 
 Q_SIGNALS:
     void acknowledged();
@@ -33,9 +26,11 @@ Q_SIGNALS:
     void statusMessage(const QString &line);
 
 private:
-    const StationTree &m_tree;
+    bool isAgreed(QWidget *asker, std::size_t count) const;
+    void tell(QWidget *asker, const Status &done);
+
+    OperationalMode &m_mode;
     const TextTable &m_texts;
-    CarryOut m_carryOut;
 };
 
 } // namespace ktr

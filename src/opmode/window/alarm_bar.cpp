@@ -1,7 +1,6 @@
 #include "opmode/window/alarm_bar.h"
 
 #include "look/outside_texts.h"
-#include "opmode/tree/notifications.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/alarm_sound.h"
 
@@ -40,11 +39,11 @@ QLabel *createLabel(const QString &name, QWidget *parent)
 
 } // namespace
 
-AlarmBar::AlarmBar(const AlarmCentre &centre, const StationTree &tree, Acknowledging &acknowledging,
+AlarmBar::AlarmBar(const AlarmCentre &centre, const AlarmBook &alarms, Acknowledging &acknowledging,
                    const TextTable &texts, const QLocale &locale, QWidget *parent)
     : QWidget(parent),
       m_centre(centre),
-      m_tree(tree),
+      m_alarms(alarms),
       m_acknowledging(acknowledging),
       m_texts(texts),
       m_locale(locale),
@@ -213,13 +212,8 @@ void AlarmBar::goToLatest()
 
 void AlarmBar::acknowledgeAll()
 {
-    QModelIndexList entries;
-    eachNotification(m_tree, [&](NodeStore::Id id) {
-        if (isAlarm(m_tree, id)) {
-            entries.append(nodeIndex(m_tree, id));
-        }
-    });
-    m_acknowledging.acknowledgeAll(this, entries);
+    const std::set<qint64> &waiting = m_alarms.waiting();
+    m_acknowledging.acknowledgeAlarms(this, QList<qint64>(waiting.begin(), waiting.end()));
 }
 
 void AlarmBar::changeEvent(QEvent *event)

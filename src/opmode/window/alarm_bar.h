@@ -20,7 +20,7 @@ class AlarmBar : public QWidget
     Q_OBJECT
 
 public:
-    AlarmBar(const AlarmCentre &centre, const StationTree &tree, Acknowledging &acknowledging,
+    AlarmBar(const AlarmCentre &centre, const AlarmBook &alarms, Acknowledging &acknowledging,
              const TextTable &texts, const QLocale &locale, QWidget *parent = nullptr);
 
     /// Puts the captions in place; called again when the language changes.
@@ -55,7 +55,7 @@ private:
     QString line(const Alarm &alarm, bool withTime) const;
 
     const AlarmCentre &m_centre;
-    const StationTree &m_tree;
+    const AlarmBook &m_alarms;
     Acknowledging &m_acknowledging;
     const TextTable &m_texts;
     QLocale m_locale;

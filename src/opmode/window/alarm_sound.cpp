@@ -73,7 +73,11 @@ AlarmSound::AlarmSound(const AlarmCentre &centre, Timers &timers, QObject *paren
 AlarmSound::AlarmSound(const AlarmCentre &centre, Timers &timers, std::function<void()> play, QObject *parent)
     : QObject(parent), m_centre(centre), m_play(std::move(play)), m_reminder(timers.create())
 {
-    connect(&centre, &AlarmCentre::attention, this, &AlarmSound::sound);
+    connect(&centre, &AlarmCentre::attention, this, [this](const AlarmNews &news) {
+        if (news.sounds) {
+            sound();
+        }
+    });
     connect(&centre, &AlarmCentre::changed, this, [this] {
         if (m_centre.unacknowledged() == 0) {
             m_reminder->stop();

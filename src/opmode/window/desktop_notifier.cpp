@@ -49,8 +49,11 @@ void DesktopNotifier::take(const AlarmNews &news)
 {
     QApplication::alert(&m_window);
     const bool isMore = m_news.arrived > 0;
-    m_news = {m_news.arrived + news.arrived, news.unacknowledged, isMore ? m_news.first : news.first,
-              news.latest};
+    const int before = m_news.arrived;
+    const Alarm first = isMore ? m_news.first : news.first;
+    m_news = news;
+    m_news.arrived += before;
+    m_news.first = first;
     if (!m_pause->isRunning()) {
         showMessage();
     }

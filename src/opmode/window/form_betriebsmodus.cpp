@@ -50,9 +50,9 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
       m_mode(mode),
       m_texts(texts),
       m_services(services),
-      m_acknowledging(mode.tree(), texts,
-                      [&mode](const QModelIndexList &entries) { return mode.acknowledge(entries); }),
-      m_alarms(mode.tree(), services.timers),
+      m_acknowledging(mode, texts),
+      m_alarms(
+          mode.alarms(), [&mode](const AlarmRow &alarm) { return alarmOf(mode, alarm); }, services.timers),
       m_sound(m_alarms, services.timers),
       m_notifier(m_alarms, services.timers, *this)
 {
@@ -118,7 +118,7 @@ void Form_betriebsmodus::layOut()
     auto *column = new QVBoxLayout(body);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    m_alarmBar = new AlarmBar(m_alarms, m_mode.tree(), m_acknowledging, m_texts, m_services.locale, body);
+    m_alarmBar = new AlarmBar(m_alarms, m_mode.alarms(), m_acknowledging, m_texts, m_services.locale, body);
     // Its room stays free without it: nothing gets away from under the mouse when an alarm comes.
     QSizePolicy barsRoom = m_alarmBar->sizePolicy();
     barsRoom.setRetainSizeWhenHidden(true);
@@ -203,7 +203,6 @@ void Form_betriebsmodus::connectMenus()
 
 void Form_betriebsmodus::connectAlarms()
 {
-    connect(&m_mode, &OperationalMode::alarmRaised, &m_alarms, &AlarmCentre::addAlarm);
     connect(&m_alarms, &AlarmCentre::changed, this, &Form_betriebsmodus::showTitle);
     connect(&m_acknowledging, &Acknowledging::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_notifier, &DesktopNotifier::statusMessage, this, &Form_betriebsmodus::tell);
@@ -366,8 +365,8 @@ void Form_betriebsmodus::closeEvent(QCloseEvent *event)
             tell(written.message());
             const QString rest =
                 m_mode.keepsChanges()
-                    ? tr("What changed is kept in its journal and is taken up at the next opening.")
-                    : tr("The journal cannot be written either: what changed in this run is lost then.");
+                    ? tr("What changed is kept in its record and is taken up at the next opening.")
+                    : tr("The record cannot be written either: what changed in this run is lost then.");
             if (!ask(written.message() + u"\n\n" + tr("The list of stations could not be written.") + u' ' +
                      rest + u' ' + tr("Close all the same?"))) {
                 return;

@@ -23,6 +23,9 @@
 #include <QSysInfo>
 #include <QTabWidget>
 #include <QTableView>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -437,19 +440,23 @@ private Q_SLOTS:
 
     void whatKeepsAListFromBeingKeptOrLockedIsToldAsLongAsItDoes()
     {
-        if (!QFile::link(path("none/journal"), path("nodes.journal")) ||
-            !QFileInfo(path("nodes.journal")).isSymbolicLink()) {
-            QSKIP("there are no such links here");
-        }
-        QVERIFY(QDir(m_folder->path()).mkdir("nodes.lock"));
+        QVERIFY(QDir(m_folder->path()).mkdir("nodes.lock") && QDir(m_folder->path()).mkdir("record.sqlite"));
         open({"A"});
-        answerMessage("nodes.journal");
         QVERIFY(isTold("LockBanner", path("nodes.lock")));
-        QVERIFY(!isTold("UnkeptBanner", ""));
+        QVERIFY(isTold("UnkeptBanner", path("record.sqlite"))); // there is none
+        m_mode->closeWithoutFile();
+        m_lines.clear();
+        QVERIFY(QDir(m_folder->path()).rmdir("record.sqlite"));
+        QVERIFY(m_mode->open(path("nodes.xml"), OperationalMode::Use::Keep));
+        QVERIFY(!isTold("UnkeptBanner", "") && m_mode->keepsChanges());
+        m_mode->addStation("A");
+        QSqlDatabase other = QSqlDatabase::addDatabase("QSQLITE", "other"); // has the record to itself
+        other.setDatabaseName(m_mode->recordPath());
+        QVERIFY(other.open() && other.exec("BEGIN EXCLUSIVE").lastError().type() == QSqlError::NoError);
         online("A"); // two changes
         alarm(0, "DI1 fail");
         m_timers.advance(Milliseconds(10));
-        QTRY_VERIFY(isTold("UnkeptBanner", path("nodes.journal")));
+        QTRY_VERIFY(isTold("UnkeptBanner", path("record.sqlite")));
         const auto waiting = [this](quint64 count) {
             return isTold("UnkeptBanner", QStringLiteral("wait: %1.").arg(count));
         };
@@ -458,9 +465,9 @@ private Q_SLOTS:
         alarm(0, "DI1 fail");
         m_timers.advance(Milliseconds(1000));
         QVERIFY(m_mode->unkeptChanges()->count > count && waiting(m_mode->unkeptChanges()->count));
-        QVERIFY(QDir(m_folder->path()).mkdir("none"));
+        other.close();
         const auto isKept = [&] {
-            m_timers.advance(NodesJournal::retryDelay);
+            m_timers.advance(RecordWriter::retryDelay);
             return !isTold("UnkeptBanner", "");
         };
         QTRY_VERIFY(isKept());

@@ -1,9 +1,9 @@
-#include "opmode/tree/acknowledgement.h"
 #include "opmode/window/alarm_bar.h"
 #include "opmode/window/alarm_sound.h"
 #include "opmode/window/notifications/notification_page.h"
 #include "platform/registry.h"
 #include "support/choosing.h"
+#include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
 
@@ -16,6 +16,9 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -33,22 +36,27 @@ private Q_SLOTS:
     {
         m_folder = std::make_unique<QTemporaryDir>();
         MRegistry::setRegistryFile(m_folder->filePath("registry.json"));
-        m_disk = Status::done();
+        Environment environment = fixedEnvironment();
+        environment.now = [this] { return m_now; };
         m_mode = std::make_unique<OperationalMode>(
-            OperationalMode::Services{{}, m_timers, [] { return std::make_unique<RecordedLine>(); }},
+            OperationalMode::Services{environment, m_timers,
+                                      [this] {
+                                          auto line = std::make_unique<RecordedLine>();
+                                          m_lines += line.get();
+                                          return line;
+                                      }},
             stationCaptions(m_texts));
-        m_mode->addStation("North");
-        m_mode->addStation("South");
-        m_centre = std::make_unique<AlarmCentre>(tree(), m_timers);
-        m_acknowledging =
-            std::make_unique<Acknowledging>(tree(), m_texts, [this](const QModelIndexList &entries) {
-                if (m_disk) {
-                    tree().carryOut(acknowledgementOf(entries, tree(), m_now));
-                }
-                return m_disk;
-            });
+        m_lines.clear();
+        QVERIFY(m_mode->open(m_folder->filePath("nodes.xml"), OperationalMode::Use::Keep));
+        for (const char *name : {"North", "South"}) {
+            m_mode->addStation(name);
+            m_mode->setOnline(name, true);
+        }
+        m_centre = std::make_unique<AlarmCentre>(
+            m_mode->alarms(), [this](const AlarmRow &row) { return alarmOf(*m_mode, row); }, m_timers);
+        m_acknowledging = std::make_unique<Acknowledging>(*m_mode, m_texts);
         m_window = std::make_unique<QWidget>();
-        m_bar = new AlarmBar(*m_centre, tree(), *m_acknowledging, m_texts, QLocale::c());
+        m_bar = new AlarmBar(*m_centre, m_mode->alarms(), *m_acknowledging, m_texts, QLocale::c());
         m_page = new NotificationPage(*m_mode, m_texts, *m_acknowledging, m_timers, QLocale::c());
         auto *layout = new QVBoxLayout(m_window.get());
         layout->addWidget(m_bar);
@@ -90,17 +98,25 @@ private Q_SLOTS:
     {
         take("North", "pump fail");
         settle();
-        m_disk = Status::failed("nodes.xml: no room");
+        QVERIFY(m_mode->keepsChanges());
+        QSqlDatabase other = QSqlDatabase::addDatabase("QSQLITE", "other"); // has the record to itself
+        other.setDatabaseName(m_mode->recordPath());
+        QVERIFY(other.open() && other.exec("BEGIN EXCLUSIVE").lastError().type() == QSqlError::NoError);
         QStringList told;
         connect(m_acknowledging.get(), &Acknowledging::statusMessage, this,
                 [&](const QString &line) { told += line; });
         QTest::mouseClick(control<QPushButton>("Cmd_meldung_acceptAll"), Qt::LeftButton);
         QCOMPARE(told.size(), 1);
-        QVERIFY(told.first().contains("no room"));
+        QVERIFY(told.first().contains("locked"));
         QCOMPARE(m_window->findChild<QLabel *>("Label_msg")->text(), told.first());
         QCOMPARE(rowTexts(table(), 0)[NotificationModel::State], "not acknowledged");
         settle();
         QVERIFY(m_bar->isVisible());
+        other.close();
+        QVERIFY(m_mode->keepsChanges());
+        QTest::mouseClick(control<QPushButton>("Cmd_meldung_acceptAll"), Qt::LeftButton);
+        settle();
+        QVERIFY(!m_bar->isVisible());
     }
 
     void whatArrivesLeavesSelectionAndPlaceAlone()
@@ -279,7 +295,7 @@ private Q_SLOTS:
         QTest::mouseClick(m_bar->findChild<QCheckBox *>("Check_stumm"), Qt::LeftButton, {}, QPoint(8, 10));
         QVERIFY(AlarmSound::isMutedInSettings());
         QVERIFY(m_bar->isVisible());
-        const AlarmBar next(*m_centre, tree(), *m_acknowledging, m_texts, QLocale::c());
+        const AlarmBar next(*m_centre, m_mode->alarms(), *m_acknowledging, m_texts, QLocale::c());
         QVERIFY(next.findChild<QCheckBox *>("Check_stumm")->isChecked());
     }
 
@@ -289,10 +305,9 @@ private:
     void take(const QString &kennung, const QString &text)
     {
         m_now = m_now.addMSecs(10);
-        const auto outcome = tree().apply(kennung, interpretStationMessage("+49 --> M," + text), m_now);
-        if (outcome.alarm) {
-            m_centre->addAlarm(outcome.entry);
-        }
+        RecordedLine *line = m_lines[kennung == "North" ? 0 : 1];
+        line->say("at+cmgs=\"+49\"\r");
+        line->say("M," + text.toLatin1() + "\x1A");
     }
 
     void settle()
@@ -321,7 +336,7 @@ private:
     TextTable m_texts;
     ManualTimers m_timers;
     QDateTime m_now = QDateTime(QDate(2009, 12, 24), QTime(14, 5));
-    Status m_disk = Status::done();
+    QList<RecordedLine *> m_lines;
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<OperationalMode> m_mode;
     std::unique_ptr<AlarmCentre> m_centre;

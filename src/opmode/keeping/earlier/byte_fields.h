@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayView>
 #include <QtEndian>
 
-#include <optional>
-#include <string>
 #include <string_view>
 
 namespace ktr {
@@ -14,21 +12,8 @@ template <class Number> Number numberAt(const char *at)
     return qFromLittleEndian<Number>(at);
 }
 
-template <class Number> void putNumber(QByteArray &bytes, Number number)
-{
-    char little[sizeof(Number)];
-    qToLittleEndian(number, little);
-    bytes.append(little, sizeof(Number));
-}
-
-/// The length in four bytes, and the text.
-inline void putText(QByteArray &bytes, std::string_view text)
-{
-    putNumber(bytes, static_cast<quint32>(text.size()));
-    bytes.append(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-/// Takes such fields from bytes one after another. Once one reaches beyond the end all are empty.
+/// Takes fields from bytes one after another; a text is its length in four bytes and its bytes. Once a field
+/// reaches beyond the end all are empty.
 class FieldReader
 {
 public:

@@ -1,0 +1,281 @@
+#include "opmode/alarms/alarm_book.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace ktr {
+
+AlarmBook::AlarmBook(std::function<qint64()> nextId, QObject *parent)
+    : QObject(parent), m_nextId(std::move(nextId))
+{
+    if (!m_nextId) {
+        m_nextId = [this] { return ++m_lastId; };
+    }
+}
+
+void AlarmBook::load(const QList<AlarmRow> &standing, const QList<Shelf> &shelves)
+{
+    m_standing.clear();
+    m_waiting.clear();
+    m_ids.clear();
+    m_ends.clear();
+    m_arrivals.clear();
+    m_shelves = shelves;
+    for (const AlarmRow &alarm : standing) {
+        const QSignalBlocker quiet(this);
+        put(alarm, Change::Other);
+    }
+    Q_EMIT reset();
+}
+
+const AlarmRow *AlarmBook::alarm(qint64 id) const
+{
+    const auto found = m_standing.find(id);
+    return found == m_standing.end() ? nullptr : &found->second;
+}
+
+const AlarmRow *AlarmBook::find(qint64 station, const QString &text) const
+{
+    return alarm(m_ids.value({station, text}));
+}
+
+qint64 AlarmBook::take(qint64 station, const QString &number, const QString &text, qint64 at)
+{
+    const QList<qint64> over = m_ends.values({station, text.toLower()});
+    for (const qint64 id : over) {
+        finish(id, at, text);
+    }
+    const AlarmRule *rule = m_rules.of(text);
+    if (rule == nullptr) {
+        return 0;
+    }
+    if (const AlarmRow *before = find(station, text)) {
+        if (before->acknowledged == 0) {
+            AlarmRow alarm = *before;
+            QHash<QString, qint64> &arrivals = m_arrivals[alarm.id];
+            if (arrivals.isEmpty()) { // of an earlier run
+                for (const QString &recipient : std::as_const(alarm.recipients)) {
+                    arrivals[recipient] = alarm.count;
+                }
+            }
+            const bool isNewRecipient = !alarm.recipients.contains(number);
+            if (isNewRecipient) {
+                alarm.recipients += number;
+            }
+            alarm.last = at;
+            alarm.over = 0;
+            alarm.overWhy.clear();
+            const qint64 times = ++arrivals[number];
+            const bool isAgain = times > alarm.count;
+            alarm.count = std::max(alarm.count, times);
+            const qint64 id = alarm.id;
+            put(std::move(alarm), isAgain ? Change::CameAgain : Change::Other);
+            return id;
+        }
+        finish(before->id, at, text);
+    }
+    AlarmRow alarm;
+    alarm.station = station;
+    alarm.kind = AlarmKind::Module;
+    alarm.text = text;
+    alarm.priority = static_cast<int>(rule->priority);
+    alarm.first = alarm.last = at;
+    alarm.count = 1;
+    alarm.recipients = {number};
+    const qint64 id = add(std::move(alarm));
+    m_arrivals[id][number] = 1;
+    return id;
+}
+
+qint64 AlarmBook::begin(AlarmKind kind, qint64 station, const QString &text, qint64 at,
+                        AlarmPriority priority)
+{
+    for (const auto &[id, alarm] : m_standing) {
+        if (alarm.kind == kind && alarm.station == station && alarm.over == 0) {
+            return id;
+        }
+    }
+    AlarmRow alarm;
+    alarm.station = station;
+    alarm.kind = kind;
+    alarm.text = text;
+    alarm.priority = static_cast<int>(priority);
+    alarm.first = alarm.last = at;
+    alarm.count = 1;
+    return add(std::move(alarm));
+}
+
+void AlarmBook::end(AlarmKind kind, qint64 station, qint64 at)
+{
+    QList<qint64> over;
+    for (const auto &[id, alarm] : m_standing) {
+        if (alarm.kind == kind && alarm.station == station && alarm.over == 0) {
+            over += id;
+        }
+    }
+    for (const qint64 id : over) {
+        finish(id, at, {});
+    }
+}
+
+qint64 AlarmBook::add(AlarmRow alarm)
+{
+    alarm.id = m_nextId();
+    if (const Shelf *shelf = shelfOf(alarm)) {
+        alarm.shelvedUntil = shelf->until;
+        alarm.shelvedBy = shelf->by;
+        alarm.shelvedWhy = shelf->why;
+    }
+    const qint64 id = alarm.id;
+    put(std::move(alarm), Change::Came);
+    return id;
+}
+
+/// The one place where an alarm changes: keeps what is found by station, text and end in step.
+void AlarmBook::put(AlarmRow alarm, Change change)
+{
+    const qint64 id = alarm.id;
+    const bool stands = alarm.acknowledged == 0 || alarm.over == 0;
+    if (isWaiting(alarm)) {
+        m_waiting.insert(id);
+    } else {
+        m_waiting.erase(id);
+    }
+    if (alarm.kind == AlarmKind::Module) {
+        const Place place(alarm.station, alarm.text);
+        const QString end = m_rules.endOf(alarm.text);
+        const Place endPlace(alarm.station, end);
+        m_ends.remove(endPlace, id);
+        if (stands) {
+            m_ids.insert(place, id);
+            if (!end.isEmpty() && alarm.over == 0) {
+                m_ends.insert(endPlace, id);
+            }
+        } else if (m_ids.value(place) == id) {
+            m_ids.remove(place);
+        }
+    }
+    if (stands) {
+        m_standing.insert_or_assign(id, alarm);
+    } else {
+        m_standing.erase(id);
+        m_arrivals.remove(id);
+    }
+    Q_EMIT changed(alarm, change);
+}
+
+void AlarmBook::finish(qint64 id, qint64 at, const QString &why)
+{
+    const AlarmRow *found = alarm(id);
+    if (found != nullptr && found->over == 0) {
+        AlarmRow over = *found;
+        over.over = at;
+        over.overWhy = why;
+        put(std::move(over), Change::Over);
+    }
+}
+
+void AlarmBook::acknowledge(const QList<qint64> &alarms, qint64 at, const QString &by)
+{
+    for (const qint64 id : alarms) {
+        const AlarmRow *found = alarm(id);
+        if (found != nullptr && found->acknowledged == 0) {
+            AlarmRow acknowledged = *found;
+            acknowledged.acknowledged = at;
+            acknowledged.acknowledgedBy = by;
+            put(std::move(acknowledged), Change::Acknowledged);
+        }
+    }
+}
+
+void AlarmBook::comment(qint64 id, const QString &text)
+{
+    if (const AlarmRow *found = alarm(id); found != nullptr && found->comment != text) {
+        AlarmRow commented = *found;
+        commented.comment = text;
+        put(std::move(commented), Change::Other);
+    }
+}
+
+const Shelf *AlarmBook::shelfOf(const AlarmRow &alarm) const
+{
+    const auto shelf = std::ranges::find_if(m_shelves, [&](const Shelf &candidate) {
+        return candidate.station == alarm.station &&
+               (candidate.text.isEmpty() || candidate.text == alarm.text);
+    });
+    return shelf == m_shelves.end() ? nullptr : &*shelf;
+}
+
+void AlarmBook::applyShelves(qint64 station)
+{
+    QList<AlarmRow> changed;
+    for (const auto &[id, alarm] : m_standing) {
+        const Shelf *shelf = alarm.station == station ? shelfOf(alarm) : nullptr;
+        const qint64 until = shelf == nullptr ? 0 : shelf->until;
+        if (alarm.station == station && alarm.shelvedUntil != until) {
+            AlarmRow row = alarm;
+            row.shelvedUntil = until;
+            if (shelf != nullptr) { // who it was stays known afterwards
+                row.shelvedBy = shelf->by;
+                row.shelvedWhy = shelf->why;
+            }
+            changed += row;
+        }
+    }
+    for (const AlarmRow &row : std::as_const(changed)) {
+        put(row, Change::Other);
+    }
+}
+
+void AlarmBook::shelve(const Shelf &shelf)
+{
+    m_shelves.removeIf(
+        [&](const Shelf &old) { return old.station == shelf.station && old.text == shelf.text; });
+    m_shelves += shelf;
+    applyShelves(shelf.station);
+    Q_EMIT shelvesChanged();
+}
+
+void AlarmBook::unshelve(qint64 station, const QString &text)
+{
+    const qsizetype removed = m_shelves.removeIf(
+        [&](const Shelf &shelf) { return shelf.station == station && shelf.text == text; });
+    if (removed > 0) {
+        applyShelves(station);
+        Q_EMIT shelvesChanged();
+    }
+}
+
+qint64 AlarmBook::unshelveUntil(qint64 now)
+{
+    QList<Shelf> past;
+    qint64 next = 0;
+    for (const Shelf &shelf : std::as_const(m_shelves)) {
+        if (shelf.until <= now) {
+            past += shelf;
+        } else {
+            next = next == 0 ? shelf.until : std::min(next, shelf.until);
+        }
+    }
+    for (const Shelf &shelf : std::as_const(past)) {
+        unshelve(shelf.station, shelf.text);
+    }
+    return next;
+}
+
+void AlarmBook::forget(qint64 station, qint64 at, const QString &why)
+{
+    QList<qint64> alarms;
+    for (const auto &[id, alarm] : m_standing) {
+        if (alarm.station == station) {
+            alarms += id;
+        }
+    }
+    for (const qint64 id : alarms) {
+        finish(id, at, why);
+    }
+    acknowledge(alarms, at, {});
+    m_shelves.removeIf([&](const Shelf &shelf) { return shelf.station == station; });
+}
+
+} // namespace ktr

@@ -1,0 +1,122 @@
+#include "opmode/keeping/list_record.h"
+
+#include "platform/environment.h"
+#include "platform/overloaded.h"
+#include "platform/text_rules.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+/// The module's clock shows wall time.
+qint64 momentOf(const QString &stamp)
+{
+    return QDateTime::fromString(stamp, QStringLiteral("dd.MM.yyyy HH:mm")).toMSecsSinceEpoch();
+}
+
+} // namespace
+
+QString ListRecord::pathFor(const QString &nodesPath)
+{
+    const QFileInfo info(nodesPath);
+    const QString base = info.completeBaseName();
+    const QString name = QStringLiteral("record.sqlite");
+    return joinPath(info.path(), base == QLatin1String("nodes") ? name : base + u'.' + name);
+}
+
+ListRecord::ListRecord(const QString &nodesPath, Timers &timers,
+                       std::function<void(const QString &)> troubleChanged)
+    : m_path(pathFor(nodesPath)), m_timers(timers), m_troubleChanged(std::move(troubleChanged))
+{}
+
+OpenedRecord ListRecord::open()
+{
+    return openRecord(m_path);
+}
+
+void ListRecord::begin(const OpenedRecord &opened, const QHash<qint64, QString> &names, qint64 lastNumber)
+{
+    m_names = names;
+    for (auto name = names.cbegin(); name != names.cend(); ++name) {
+        m_numbers.insert(*name, name.key());
+    }
+    m_lastNumber = lastNumber;
+    m_lastEvent = opened.lastEvent;
+    m_writer.emplace(m_path, opened, m_timers, m_troubleChanged);
+}
+
+qint64 ListRecord::addStation(const QString &kennung)
+{
+    const qint64 number = ++m_lastNumber;
+    m_names.insert(number, kennung);
+    m_numbers.insert(kennung, number);
+    return number;
+}
+
+void ListRecord::removeStation(const QString &kennung)
+{
+    m_names.remove(m_numbers.take(kennung));
+}
+
+qint64 ListRecord::add(EventKind kind, const QString &kennung, qint64 at, const QString &text, By by,
+                       const QString &detail, qint64 alarm)
+{
+    if (!m_writer) {
+        return 0;
+    }
+    m_writer->add(EventRow{nextEvent(), at, number(kennung), kind, text, detail,
+                           by == By::Operator ? m_operator : QString(), alarm});
+    return m_lastEvent;
+}
+
+qint64 ListRecord::nextEvent()
+{
+    m_lastEvent = m_writer ? m_writer->nextEventId() : 0;
+    return m_lastEvent;
+}
+
+void ListRecord::add(RecordRow row)
+{
+    if (m_writer) {
+        m_writer->add(std::move(row));
+    }
+}
+
+NotificationRow ListRecord::notification(qint64 station, const QString &entry, const Arrival &arrival) const
+{
+    return {station,       entry,          arrival.received,     arrival.received,
+            arrival.count, arrival.raised, arrival.acknowledged, true};
+}
+
+void ListRecord::addContent(const QString &kennung, qint64 at, const StationMessage &message)
+{
+    if (!m_writer) {
+        return;
+    }
+    const qint64 station = number(kennung);
+    std::visit(Overloaded{[&](const InputValuesMessage &report) {
+                              for (const InputValuesMessage::Value &value : report.values) {
+                                  m_writer->add(ValueRow{station, value.channel, at, value.text});
+                              }
+                          },
+                          [&](const HistoryMessage &report) {
+                              for (const HistoryMessage::Record &record : report.records) {
+                                  m_writer->add(HistoryRow{station, record.archive, momentOf(record.stamp),
+                                                           record.input, record.value});
+                              }
+                          },
+                          [](const auto &) {}},
+               message);
+}
+
+QString listFileMark(quint64 checksum, qint64 size)
+{
+    return QString::number(size) + u':' + QString::number(checksum, 16);
+}
+
+} // namespace ktr

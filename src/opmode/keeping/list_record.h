@@ -1,0 +1,75 @@
+#pragma once
+
+#include "opmode/station/station_messages.h"
+#include "opmode/tree/station_nodes.h"
+#include "record/record_writer.h"
+
+#include <QHash>
+
+#include <optional>
+
+namespace ktr {
+
+/// The record beside a list of stations: what happens to the stations goes there as rows, under the numbers
+/// that they have there. Without a record, or with one that cannot be used, all of it is passed over.
+class ListRecord
+{
+public:
+    /// Of `nodes.xml`, `record.sqlite` in its folder; of "north.xml", "north.record.sqlite".
+    static QString pathFor(const QString &nodesPath);
+
+    ListRecord(const QString &nodesPath, Timers &timers, std::function<void(const QString &)> troubleChanged);
+
+    /// What there was; begin() makes use of it.
+    OpenedRecord open();
+    /// From now on rows are written; the names are the stations' keys by their numbers, of which the highest
+    /// one was given last.
+    void begin(const OpenedRecord &opened, const QHash<qint64, QString> &names, qint64 lastNumber);
+    bool isOpen() const { return m_writer.has_value(); }
+    const QString &path() const { return m_path; }
+    /// Only while it is open.
+    RecordWriter &writer() { return *m_writer; }
+    const RecordWriter &writer() const { return *m_writer; }
+
+    /// 0 for none.
+    qint64 number(const QString &kennung) const { return m_numbers.value(kennung); }
+    /// Empty for none.
+    QString kennung(qint64 number) const { return m_names.value(number); }
+    const QHash<qint64, QString> &names() const { return m_names; }
+    /// Gives a new station a number.
+    qint64 addStation(const QString &kennung);
+    void removeStation(const QString &kennung);
+
+    /// Whose name what is done carries.
+    void setOperator(const QString &name) { m_operator = name; }
+    const QString &operatorName() const { return m_operator; }
+
+    enum class By { Program, Operator };
+    /// Adds an event about a station, or with an empty key about the whole; gives its number.
+    qint64 add(EventKind kind, const QString &kennung, qint64 at, const QString &text, By by,
+               const QString &detail = {}, qint64 alarm = 0);
+    void add(RecordRow row);
+    /// The number of an event that the caller adds, 0 where nothing is written.
+    qint64 nextEvent();
+    /// The state of a notification, by its name under its branch.
+    NotificationRow notification(qint64 station, const QString &entry, const Arrival &arrival) const;
+    /// The values or the history of a message, each in a row of its own.
+    void addContent(const QString &kennung, qint64 at, const StationMessage &message);
+    qint64 lastEvent() const { return m_lastEvent; }
+
+private:
+    QString m_path;
+    Timers &m_timers;
+    std::function<void(const QString &)> m_troubleChanged;
+    std::optional<RecordWriter> m_writer;
+    QHash<qint64, QString> m_names;
+    QHash<QString, qint64> m_numbers;
+    qint64 m_lastNumber = 0;
+    qint64 m_lastEvent = 0;
+    QString m_operator;
+};
+
+/// How the record calls a file of nodes of this content.
+QString listFileMark(quint64 checksum, qint64 size);
+
+} // namespace ktr

@@ -1,0 +1,97 @@
+#include "opmode/keeping/list_replay.h"
+
+#include "opmode/tree/acknowledgement.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace ktr {
+
+namespace {
+
+const QLatin1String addressMember("address");
+const QLatin1String onlineMember("online");
+const QLatin1String exclusiveMember("exclusive");
+const QLatin1String dayOnMember("dayOn");
+const QLatin1String hourOnMember("hourOn");
+const QLatin1String dayOffMember("dayOff");
+const QLatin1String hourOffMember("hourOff");
+
+} // namespace
+
+QString toJson(const StationAttributes &attributes)
+{
+    const QJsonObject members{
+        {addressMember, attributes.hostAddress},     {onlineMember, attributes.online},
+        {exclusiveMember, attributes.exclusiveMode}, {dayOnMember, attributes.schedule.dayOn},
+        {hourOnMember, attributes.schedule.hourOn},  {dayOffMember, attributes.schedule.dayOff},
+        {hourOffMember, attributes.schedule.hourOff}};
+    return QString::fromUtf8(QJsonDocument(members).toJson(QJsonDocument::Compact));
+}
+
+StationAttributes stationAttributes(const QString &json)
+{
+    const QJsonObject members = QJsonDocument::fromJson(json.toUtf8()).object();
+    return {members[exclusiveMember].toBool(),
+            {members[hourOnMember].toString(), members[dayOnMember].toInt(),
+             members[hourOffMember].toString(), members[dayOffMember].toInt()},
+            members[addressMember].toString(),
+            members[onlineMember].toBool()};
+}
+
+bool ListReplay::carryOut(const EventRow &event)
+{
+    const QString kennung = m_names.value(event.station);
+    switch (event.kind) {
+    case EventKind::Notification:
+    case EventKind::Values:
+    case EventKind::History:
+        m_tree.apply(kennung, interpretStationMessage(event.text), QDateTime::fromMSecsSinceEpoch(event.at));
+        return m_tree.find(kennung).isValid();
+    case EventKind::StationAdded:
+        if (!m_tree.addStation(event.text).isValid()) {
+            return false;
+        }
+        m_names.insert(event.station, event.text);
+        m_attributes.insert(event.text, stationAttributes(event.detail));
+        return true;
+    case EventKind::StationRemoved: {
+        const QModelIndex station = m_tree.find(kennung);
+        m_tree.remove(station);
+        m_names.remove(event.station);
+        m_attributes.remove(kennung);
+        return !kennung.isEmpty();
+    }
+    case EventKind::StationRenamed:
+        return m_tree.setData(m_tree.find(kennung), event.text);
+    case EventKind::Attributes:
+        m_attributes.insert(kennung, stationAttributes(event.detail));
+        return !kennung.isEmpty();
+    case EventKind::Acknowledged:
+        return acknowledge(kennung, event);
+    case EventKind::EntryRemoved:
+        return removeEntry(kennung, event);
+    default:
+        return false;
+    }
+}
+
+bool ListReplay::acknowledge(const QString &kennung, const EventRow &event)
+{
+    const QString branch = kennung + u'/' + QString::fromLatin1(branches::notifications) + u'/';
+    const QModelIndex entry = m_tree.find(branch + event.text);
+    if (!entry.isValid()) {
+        return false;
+    }
+    m_tree.carryOut(acknowledgementOf({entry}, m_tree, QDateTime::fromMSecsSinceEpoch(event.at)));
+    return true;
+}
+
+bool ListReplay::removeEntry(const QString &kennung, const EventRow &event)
+{
+    const QModelIndex entry = m_tree.find(kennung + u'/' + event.text);
+    m_tree.remove(entry);
+    return entry.isValid();
+}
+
+} // namespace ktr
