@@ -51,6 +51,10 @@ void describeMonitor(Arguments &arguments);
 std::optional<int> checkMonitor(const Arguments &arguments);
 int monitor(const Arguments &arguments);
 
+void describeRecord(Arguments &arguments);
+std::optional<int> checkRecord(const Arguments &arguments);
+int record(const Arguments &arguments);
+
 void describePorts(Arguments &arguments);
 int ports(const Arguments &arguments);
 

@@ -1,4 +1,5 @@
 #include "platform/pseudo_terminal.h"
+#include "record/record_writer.h"
 #include "support/bad_proxy.h"
 #include "support/test_files.h"
 
@@ -138,6 +139,11 @@ private Q_SLOTS:
                                  "simulate --fleet 2 --serial @a",
                                  "monitor",
                                  "monitor @a --for x",
+                                 "record look @a",
+                                 "record backup @a",
+                                 "record export @a",
+                                 "record export @a -o @b --from noon",
+                                 "record export @a -o @b --kind values --text x",
                                  "--bogus",
                                  "--serial",
                                  "transmit @sample --ethernet 127.0.0.1:0",
@@ -200,8 +206,9 @@ private Q_SLOTS:
             QCOMPARE(ktrcli(u"send "_s + word).code, 0);
         }
         QVERIFY(ktrcli(u"-version"_s).output == ktrcli(u"--version"_s).output);
-        for (const QString command : {"new", "convert", "commands", "check", "print", "compare", "transmit",
-                                      "send", "history", "firmware", "simulate", "monitor", "ports"}) {
+        for (const QString command :
+             {"new", "convert", "commands", "check", "print", "compare", "transmit", "send", "history",
+              "firmware", "simulate", "monitor", "record", "ports"}) {
             QVERIFY(overview.contains(u"\n  "_s + command + u' '));
             const Result help = ktrcli(command + u" --help"_s);
             QVERIFY2(help.code == 0 && help.output.contains(command + u" [options]"_s), qPrintable(command));
@@ -270,6 +277,10 @@ private Q_SLOTS:
                                  "monitor @orphans.xml",
                                  "monitor @pipe",
                                  "monitor /dev/zero",
+                                 "record check @none",
+                                 "record check @garbage.xml",
+                                 "record backup @none @x",
+                                 "record export @none -o @x",
                                  "firmware --image @pipe --serial @none",
                                  "check @pipe"}) {
             const Result result = ktrcli(QString::fromLatin1(line));
@@ -668,6 +679,61 @@ private Q_SLOTS:
         }
         QCOMPARE(contentOf(path(u"nodes.xml"_s)), before);
         QVERIFY(fleet.terminate());
+    }
+
+    void aRecordInUseIsBackedUpAndExported()
+    {
+        using namespace ktr;
+        const QString used = path(u"record.sqlite"_s);
+        const qint64 noon = QDateTime({2026, 3, 29}, {12, 0}, Qt::UTC).toMSecsSinceEpoch(); // beside a change
+        constexpr int events = 4500;
+        {
+            EventLoopTimers timers;
+            RecordWriter writer(used, openRecord(used), timers, [](const QString &) {});
+            writer.add(StationRow{1, u"S;1"_s});
+            writer.add(StationRow{2, u"T"_s});
+            for (int i = 1; i <= events; ++i) {
+                writer.add(
+                    EventRow{i, noon + i, 1 + i % 2, EventKind::Note, u"=text "_s + QString::number(i)});
+            }
+            writer.add(HistoryRow{1, 18, noon, u"-1.5"_s, u"2"_s});
+            writer.add(ValueRow{2, 1, noon, u"on"_s});
+            writer.add(
+                AlarmRow{.id = 7, .station = 2, .text = u"fail"_s, .first = noon, .recipients = {u"+49"_s}});
+            QVERIFY(writer.flushNow());
+            QCOMPARE(ktrcli(u"record backup @nodes.xml @copy.sqlite"_s).code, 0);
+            QCOMPARE(ktrcli(u"record backup @nodes.xml @copy.sqlite"_s).code, 1); // nothing is written over
+            const Result check = ktrcli(u"record check @nodes.xml"_s);
+            QVERIFY2(check.code == 0 && check.output.contains(u" 4500\n"_s), qPrintable(check.output));
+        }
+        const auto exported = [this](const QString &options) {
+            const Result result =
+                ktrcli(u"record export @copy.sqlite -o @out.csv "_s + options, u"de_DE.UTF-8"_s);
+            const QByteArray csv = contentOf(path(u"out.csv"_s));
+            return result.code == 0 && csv.startsWith("\xEF\xBB\xBF") ? csv.split('\n').mid(1)
+                                                                      : QByteArrayList();
+        };
+        const QByteArrayList all = exported({});
+        QCOMPARE(all.size(), events + 1);
+        QVERIFY2(all[0].startsWith("2026-03-29T") &&
+                     all[0].endsWith(";4500;\"S;1\";note;\"'=text 4500\";;;\r"),
+                 all[0].constData());
+        const QString shown = QString::fromUtf8(all[0].left(all[0].indexOf(';')));
+        QCOMPARE(QDateTime::fromString(shown, Qt::ISODateWithMs).toMSecsSinceEpoch(), noon + events);
+        QCOMPARE(
+            exported(u"--station T --from 2026-03-29T12:00:00.010Z --to 2026-03-29T12:00:00.020Z"_s).size(),
+            6);
+        QCOMPARE(exported(u"--text 4499"_s).size(), 2);
+        QCOMPARE(exported(u"--from 2026-03-31"_s).size(), 1);
+        QVERIFY(exported(u"--kind history"_s)[0].endsWith(";-1.5;2\r"));
+        QVERIFY(exported(u"--kind values --station T"_s)[0].startsWith("T;1;2026-"));
+        QVERIFY(exported(u"--kind alarms"_s)[0].contains(";7;T;module;2;fail;0;\"'+49\";"));
+        QCOMPARE(ktrcli(u"record export @copy.sqlite -o @out.csv --station nobody"_s).code, 1);
+        QByteArray copy = contentOf(path(u"copy.sqlite"_s));
+        copy.replace(copy.size() / 2, 4096, QByteArray(4096, 'x'));
+        write(u"copy.sqlite"_s, copy);
+        QCOMPARE(ktrcli(u"record check @copy.sqlite"_s).code, 1);
+        QVERIFY(QFile::remove(used));
     }
 
     void aReaderThatStandsStillStopsNothing()

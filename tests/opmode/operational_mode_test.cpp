@@ -1,5 +1,6 @@
 #include "opmode/operational_mode.h"
 #include "platform/files.h"
+#include "record/record_care.h"
 #include "record/record_reader.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
@@ -121,8 +122,15 @@ private Q_SLOTS:
         QVERIFY(run.textOf(QStringLiteral("Works/ip/ip5")).endsWith(QLatin1String("IP5 = 12.3")));
     }
 
+    void aCrashLosesNothingThatWasShown_data()
+    {
+        QTest::addColumn<bool>("isRestored");
+        QTest::newRow("record") << false;
+        QTest::newRow("its backup") << true;
+    }
     void aCrashLosesNothingThatWasShown()
     {
+        QFETCH(const bool, isRestored);
         {
             Run run(m_folder->path());
             run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
@@ -136,7 +144,12 @@ private Q_SLOTS:
             QVERIFY(run.mode->acknowledge({run.node(alarmKey)}));
             QVERIFY(!run.isRed(alarmKey) && run.isRed(QStringLiteral("S")));
             run.timers.advance(Milliseconds(1000));
+            QVERIFY(backUpRecord(run.mode->recordPath(), file("backup")));
         } // without close()
+        if (isRestored) {
+            QVERIFY(QFile::remove(file("record.sqlite")));
+            QVERIFY(QFile::rename(file("backup"), file("record.sqlite")));
+        }
         Run run(m_folder->path());
         QVERIFY2(run.told.size() == 1 && run.told[0].contains(QLatin1String("record")),
                  qPrintable(run.told.join(u'\n')));
