@@ -521,23 +521,24 @@ void OperationalMode::applyMessage(const QString &kennung, const QString &text)
                                             [](const UnusableMessage &) { return Kind::Values; },
                                             [](const NoStationMessage &) { return Kind::Message; }},
                                  message);
-    keepMessage(kennung, text, message, outcome);
+    const bool isUrgent = keepMessage(kennung, text, message, outcome) != 0 || outcome.alarm;
     Q_EMIT happened({kennung, kind, kind == Kind::Message ? withoutPin(text) : withoutMark(text)});
     if (!outcome.unusable.isEmpty()) {
         Q_EMIT statusMessage(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
     }
-    m_isAlarm = outcome.alarm;
+    m_isAlarm = isUrgent;
+    if (isUrgent && m_record->isOpen()) {
+        m_record->writer().flush();
+    }
     if (outcome.alarm) {
-        if (m_record->isOpen()) {
-            m_record->writer().flush();
-        }
         Q_EMIT alarmRaised(outcome.entry);
     }
 }
 
-/// The message, what it makes of its notification and of the alarm, and what it reports.
-void OperationalMode::keepMessage(const QString &kennung, const QString &text, const StationMessage &message,
-                                  const StationTree::Outcome &outcome)
+/// The message, what it makes of its notification and of the alarm, and what it reports. Gives the alarm's
+/// number, 0 where there is none.
+qint64 OperationalMode::keepMessage(const QString &kennung, const QString &text,
+                                    const StationMessage &message, const StationTree::Outcome &outcome)
 {
     const qint64 at = moment();
     qint64 alarm = 0;
@@ -557,6 +558,7 @@ void OperationalMode::keepMessage(const QString &kennung, const QString &text, c
     m_record->add(kind, kennung, at, kind == EventKind::OtherMessage ? withoutPin(text) : text,
                   ListRecord::By::Program, {}, alarm);
     m_record->addContent(kennung, at, message);
+    return alarm;
 }
 
 void OperationalMode::keepAlarm(const AlarmRow &alarm)
@@ -584,32 +586,40 @@ void OperationalMode::recordSettled()
     m_keeper->settled();
 }
 
+/// To those who look on, and to the record.
+void OperationalMode::tell(const StationEvent &event, EventKind kind)
+{
+    m_record->add(kind, event.kennung, moment(), event.text, ListRecord::By::Program);
+    Q_EMIT happened(event);
+}
+
 void OperationalMode::onStationChanged(const QString &kennung, StationChange what)
 {
     using Kind = StationEvent::Kind;
     const cStation &station = *m_stations.Item(kennung);
     switch (what) {
     case StationChange::Alive:
-        Q_EMIT happened({kennung, Kind::Alive, station.hostAddress()});
+        tell({kennung, Kind::Alive, station.hostAddress()}, EventKind::Alive);
         break;
     case StationChange::Silent:
-        Q_EMIT happened({kennung, Kind::Silent, station.hostAddress()});
+        tell({kennung, Kind::Silent, station.hostAddress()}, EventKind::Silent);
         break;
     case StationChange::Quality:
-        Q_EMIT happened({kennung, Kind::Quality, station.csq()});
+        tell({kennung, Kind::Quality, station.csq()}, EventKind::Quality);
         break;
     case StationChange::PukNeeded:
         m_services.beep();
-        Q_EMIT happened({kennung, Kind::Puk, QStringLiteral("needed")});
+        tell({kennung, Kind::Puk, QStringLiteral("needed")}, EventKind::Puk);
         break;
     case StationChange::PukCleared:
-        Q_EMIT happened({kennung, Kind::Puk, QStringLiteral("cleared")});
+        tell({kennung, Kind::Puk, QStringLiteral("cleared")}, EventKind::Puk);
         break;
     case StationChange::LossBegan:
     case StationChange::LossOver:
         Q_EMIT statusMessage(kennung + QLatin1String(": ") + textOf(*station.loss()));
-        [[fallthrough]];
-    case StationChange::LossGoesOn:
+        tell(eventOf(kennung, what, *station.loss()), EventKind::Flood);
+        break;
+    case StationChange::LossGoesOn: // its beginning and its end are kept
         Q_EMIT happened(eventOf(kennung, what, *station.loss()));
         break;
     case StationChange::TextDelivered:

@@ -166,8 +166,9 @@ private:
     void setKeepingTrouble(const QString &trouble);
     void tellUnkept();
     void takeUpAlarms(const QList<AlarmRow> &standing, const QList<Shelf> &shelves);
-    void keepMessage(const QString &kennung, const QString &text, const StationMessage &message,
-                     const StationTree::Outcome &outcome);
+    void tell(const StationEvent &event, EventKind kind);
+    qint64 keepMessage(const QString &kennung, const QString &text, const StationMessage &message,
+                       const StationTree::Outcome &outcome);
     void keepAlarm(const AlarmRow &alarm);
     Status acknowledge(const QModelIndexList &entries, QList<qint64> alarms);
     void rename(const QString &kennung, const QString &before);

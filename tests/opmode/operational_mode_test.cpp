@@ -339,6 +339,11 @@ private Q_SLOTS:
             kinds += event.kind;
         }
         QCOMPARE(kinds, (QList{StationEvent::Kind::Alive, StationEvent::Kind::Silent}));
+        QVERIFY(run.mode->keepsChanges());
+        RecordReader reader(run.mode->recordPath());
+        EventFilter connections;
+        connections.kinds = {EventKind::Alive, EventKind::Silent};
+        QCOMPARE(reader.findEvents(connections, {}, 9).rows.size(), 2);
     }
 
     void whatHasArrivedIsHeardBeforeAStationIsLetGo()
