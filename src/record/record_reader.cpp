@@ -108,6 +108,9 @@ Conditions conditionsOf(const EventFilter &filter)
     if (!filter.operatorName.isEmpty()) {
         where.add(u"operator = ?"_s, {filter.operatorName});
     }
+    if (filter.ofAlarms) {
+        where.add(u"alarm IS NOT NULL"_s, {});
+    }
     if (!filter.text.isEmpty()) {
         where.add(u"kind IN "_s + listOf(searchableKinds()), {});
         where.add(u"event.text LIKE ? ESCAPE '\\'"_s, {containing(filter.text)});
@@ -443,6 +446,9 @@ AlarmPage RecordReader::findAlarms(const AlarmFilter &filter, const std::optiona
     if (filter.leastUrgent < 3) {
         where.add(u"priority <= ?"_s, {filter.leastUrgent});
     }
+    if (!filter.acknowledgedBy.isEmpty()) {
+        where.add(u"acknowledged_by = ?"_s, {filter.acknowledgedBy});
+    }
     if (!filter.text.isEmpty()) {
         const QString pattern = containing(filter.text);
         where.add(u"(text LIKE ? ESCAPE '\\' OR comment LIKE ? ESCAPE '\\')"_s, {pattern, pattern});
@@ -460,6 +466,18 @@ AlarmPage RecordReader::findAlarms(const AlarmFilter &filter, const std::optiona
         page.next = RecordKey{page.rows.last().first, page.rows.last().id};
     }
     return page;
+}
+
+Status RecordReader::operators(QStringList &names)
+{
+    // From one name to the next in their index, however much each has done.
+    return each(u"WITH RECURSIVE one(name) AS (SELECT min(operator) FROM event WHERE operator IS NOT NULL"
+                " UNION ALL SELECT (SELECT min(operator) FROM event WHERE operator > one.name) FROM one"
+                " WHERE one.name IS NOT NULL) SELECT name FROM one WHERE name IS NOT NULL"_s,
+                {}, [&](const QSqlQuery &row) {
+                    names += row.value(0).toString();
+                    return true;
+                });
 }
 
 Status RecordReader::history(qint64 station, int channel, qint64 from, qint64 to,

@@ -17,6 +17,7 @@ struct EventFilter
     QList<EventKind> kinds{};
     QString operatorName{};
     QString text{}; ///< contained in the text, letters A to Z in either case; of searchableKinds() alone
+    bool ofAlarms = false; ///< only what belongs to one
     bool operator==(const EventFilter &) const = default;
 };
 
@@ -51,6 +52,7 @@ struct AlarmFilter
     State state = State::Any;
     int leastUrgent = 3; ///< priorities up to this number
     QString text{};      ///< contained in text or comment, letters A to Z in either case
+    QString acknowledgedBy{};
     bool operator==(const AlarmFilter &) const = default;
 };
 
@@ -110,6 +112,9 @@ public:
     /// shorter, or empty, and yet have a next: where all events must be looked at, that is done part by part.
     EventPage findEvents(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
     AlarmPage findAlarms(const AlarmFilter &filter, const std::optional<RecordKey> &after, int limit);
+
+    /// Whoever did anything, by their names.
+    Status operators(QStringList &names);
 
     /// What a channel's archive has of these times (from `from`, before `to`), the oldest first.
     Status history(qint64 station, int channel, qint64 from, qint64 to,
