@@ -590,6 +590,41 @@
     </message>
 </context>
 <context>
+    <name>FindPage</name>
+    <message>
+        <source>All kinds</source>
+        <translation>Alle Arten</translation>
+    </message>
+    <message>
+        <source>Notifications</source>
+        <translation>Meldungen</translation>
+    </message>
+    <message>
+        <source>About alarms</source>
+        <translation>Zu Alarmen</translation>
+    </message>
+    <message>
+        <source>Input values</source>
+        <translation>Eingangswerte</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Historie</translation>
+    </message>
+    <message>
+        <source>Connections</source>
+        <translation>Verbindungen</translation>
+    </message>
+    <message>
+        <source>Operators&apos; actions</source>
+        <translation>Handlungen der Bediener</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Programm</translation>
+    </message>
+</context>
+<context>
     <name>OutsideTexts</name>
     <message>
         <source>%1… [%2 characters left out] …%3</source>
@@ -879,6 +914,165 @@
     <message>
         <source>some rows of &quot;%1&quot;, of which %2 could be read</source>
         <translation>einige Zeilen von „%1“, von denen %2 gelesen werden konnten</translation>
+    </message>
+</context>
+<context>
+    <name>RecordTable</name>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation>Station</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>Operator</source>
+        <translation>Bediener</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Came</source>
+        <translation>Gekommen</translation>
+    </message>
+    <message>
+        <source>Priority</source>
+        <translation>Priorität</translation>
+    </message>
+    <message>
+        <source>Last</source>
+        <translation>Zuletzt</translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation>Anzahl</translation>
+    </message>
+    <message>
+        <source>Acknowledged</source>
+        <translation>Quittiert</translation>
+    </message>
+    <message>
+        <source>By</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>Over</source>
+        <translation>Vorbei</translation>
+    </message>
+    <message>
+        <source>Over by</source>
+        <translation>Vorbei durch</translation>
+    </message>
+    <message>
+        <source>Comment</source>
+        <translation>Kommentar</translation>
+    </message>
+    <message>
+        <source>Recipients</source>
+        <translation>Empfänger</translation>
+    </message>
+    <message>
+        <source>%1 (removed)</source>
+        <translation>%1 (entfernt)</translation>
+    </message>
+    <message>
+        <source>Notification</source>
+        <translation>Meldung</translation>
+    </message>
+    <message>
+        <source>Input values</source>
+        <translation>Eingangswerte</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Historie</translation>
+    </message>
+    <message>
+        <source>Other message</source>
+        <translation>Andere Nachricht</translation>
+    </message>
+    <message>
+        <source>Alive</source>
+        <translation>Erreichbar</translation>
+    </message>
+    <message>
+        <source>Silent</source>
+        <translation>Schweigt</translation>
+    </message>
+    <message>
+        <source>Reception</source>
+        <translation>Empfang</translation>
+    </message>
+    <message>
+        <source>PUK</source>
+        <translation>PUK</translation>
+    </message>
+    <message>
+        <source>Too much arrives</source>
+        <translation>Zu viel kommt an</translation>
+    </message>
+    <message>
+        <source>Station added</source>
+        <translation>Station hinzugefügt</translation>
+    </message>
+    <message>
+        <source>Station removed</source>
+        <translation>Station entfernt</translation>
+    </message>
+    <message>
+        <source>Station renamed</source>
+        <translation>Station umbenannt</translation>
+    </message>
+    <message>
+        <source>Station changed</source>
+        <translation>Station geändert</translation>
+    </message>
+    <message>
+        <source>Entry removed</source>
+        <translation>Eintrag entfernt</translation>
+    </message>
+    <message>
+        <source>Shelved</source>
+        <translation>Zurückgestellt</translation>
+    </message>
+    <message>
+        <source>Not shelved any more</source>
+        <translation>Nicht mehr zurückgestellt</translation>
+    </message>
+    <message>
+        <source>Alarm over</source>
+        <translation>Alarm vorbei</translation>
+    </message>
+    <message>
+        <source>Sent</source>
+        <translation>Gesendet</translation>
+    </message>
+    <message>
+        <source>Program began</source>
+        <translation>Programm begonnen</translation>
+    </message>
+    <message>
+        <source>Program ended</source>
+        <translation>Programm beendet</translation>
+    </message>
+    <message>
+        <source>List edited</source>
+        <translation>Liste bearbeitet</translation>
+    </message>
+    <message>
+        <source>Trouble</source>
+        <translation>Störung</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Notiz</translation>
     </message>
 </context>
 <context>
@@ -1415,6 +1609,169 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Opened: edits that are not saved yet. Saving replaces %1</source>
         <translation>Geöffnet: Änderungen, die noch nicht gespeichert sind. Das Speichern ersetzt %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::FindPage</name>
+    <message>
+        <source>Events</source>
+        <translation>Ereignisse</translation>
+    </message>
+    <message>
+        <source>What stations said and operators did, each by itself</source>
+        <translation>Was Stationen sagten und Bediener taten, jedes für sich</translation>
+    </message>
+    <message>
+        <source>Alarms</source>
+        <translation>Alarme</translation>
+    </message>
+    <message>
+        <source>Each occurrence of an alarm, with what became of it</source>
+        <translation>Jedes Auftreten eines Alarms und was daraus wurde</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Everything</source>
+        <translation>Alles</translation>
+    </message>
+    <message>
+        <source>Today</source>
+        <translation>Heute</translation>
+    </message>
+    <message>
+        <source>Yesterday</source>
+        <translation>Gestern</translation>
+    </message>
+    <message>
+        <source>The last 7 days</source>
+        <translation>Die letzten 7 Tage</translation>
+    </message>
+    <message>
+        <source>From ... to ...</source>
+        <translation>Von ... bis ...</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Bis</translation>
+    </message>
+    <message>
+        <source>Day, month, year, hour and minute; this minute is included</source>
+        <translation>Tag, Monat, Jahr, Stunde und Minute; diese Minute gehört dazu</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Contained in what was said, done and written; in input values and history, which are found by station and time, it is not searched for</source>
+        <translation>Enthalten in dem, was gesagt, getan und geschrieben wurde; in Eingangswerten und Historie, die man nach Station und Zeit findet, wird nicht danach gesucht</translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation>Stationen</translation>
+    </message>
+    <message>
+        <source>Contained in the name of the station, also of one that has left the list. Several are separated by semicolons.</source>
+        <translation>Enthalten im Namen der Station, auch einer, die nicht mehr in der Liste steht. Mehrere werden durch Semikolon getrennt.</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>In any state</source>
+        <translation>In jedem Zustand</translation>
+    </message>
+    <message>
+        <source>Not acknowledged</source>
+        <translation>Nicht quittiert</translation>
+    </message>
+    <message>
+        <source>Not over</source>
+        <translation>Nicht vorbei</translation>
+    </message>
+    <message>
+        <source>Still open</source>
+        <translation>Noch offen</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>Exportieren...</translation>
+    </message>
+    <message>
+        <source>Writes all that is found as a CSV table, not only what is shown so far</source>
+        <translation>Schreibt alles, was gefunden wird, als CSV-Tabelle, nicht nur was bisher gezeigt wird</translation>
+    </message>
+    <message>
+        <source>What was found</source>
+        <translation>Was gefunden wurde</translation>
+    </message>
+    <message>
+        <source>The first time is later than the second</source>
+        <translation>Der Beginn liegt nach dem Ende</translation>
+    </message>
+    <message>
+        <source>All operators</source>
+        <translation>Alle Bediener</translation>
+    </message>
+    <message>
+        <source>Operator</source>
+        <translation>Bediener</translation>
+    </message>
+    <message>
+        <source>Who did it</source>
+        <translation>Wer es getan hat</translation>
+    </message>
+    <message>
+        <source>Who acknowledged it</source>
+        <translation>Wer ihn quittiert hat</translation>
+    </message>
+    <message>
+        <source>Shown: %1, further ones when scrolling</source>
+        <translation>Gezeigt: %1, weitere beim Blättern</translation>
+    </message>
+    <message>
+        <source>Found: %1</source>
+        <translation>Gefunden: %1</translation>
+    </message>
+    <message>
+        <source>Searching … found so far: %1</source>
+        <translation>Suche läuft … bisher gefunden: %1</translation>
+    </message>
+    <message>
+        <source>Exported: %1</source>
+        <translation>Exportiert: %1</translation>
+    </message>
+    <message>
+        <source>events %1.csv</source>
+        <translation>Ereignisse %1.csv</translation>
+    </message>
+    <message>
+        <source>alarms %1.csv</source>
+        <translation>Alarme %1.csv</translation>
+    </message>
+    <message>
+        <source>CSV table</source>
+        <translation>CSV-Tabelle</translation>
+    </message>
+    <message>
+        <source>The export failed: %1</source>
+        <translation>Der Export ist fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>%1: entries exported: %2</source>
+        <translation>%1: exportierte Einträge: %2</translation>
     </message>
 </context>
 <context>
@@ -2129,6 +2486,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Close the operational mode</source>
         <translation>Betriebsmodus schließen</translation>
     </message>
+    <message>
+        <source>Find in the record...</source>
+        <translation>In der Aufzeichnung suchen...</translation>
+    </message>
 </context>
 <context>
     <name>ktr::PageBuilder</name>
@@ -2162,6 +2523,17 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>What the file or the module cannot take as it is, has no effect or is dangerous; a click on a row goes to its field</source>
         <translation>Was Datei oder Modul so nicht aufnehmen können, was wirkungslos oder gefährlich ist; ein Klick auf eine Zeile führt zum Feld</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::RecordWindow</name>
+    <message>
+        <source>Record</source>
+        <translation>Aufzeichnung</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
     </message>
 </context>
 <context>

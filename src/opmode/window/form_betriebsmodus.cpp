@@ -13,6 +13,7 @@
 #include "opmode/window/message_line.h"
 #include "opmode/window/opmode_menus.h"
 #include "opmode/window/opmode_pages.h"
+#include "opmode/window/record/record_window.h"
 #include "opmode/window/station_counts.h"
 #include "opmode/window/station_tree_pane.h"
 #include "opmode/window/station_tree_view.h"
@@ -133,6 +134,7 @@ void Form_betriebsmodus::layOut()
     m_alarmBar->raise();
     m_listBanner = new ListBanner(body);
     connect(m_listBanner, &ListBanner::retryWanted, this, [this] {
+        delete m_recordWindow;
         m_mode.closeWithoutFile();
         openList();
     });
@@ -195,6 +197,7 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_station_alloffline, &Form_betriebsmodus::putAllOffline);
     does(m_menus->mnu_konfiguration, &Form_betriebsmodus::configure);
     does(m_menus->mnu_export, &Form_betriebsmodus::exportEntries);
+    does(m_menus->mnu_record, &Form_betriebsmodus::openRecord);
     does(m_menus->mnu_close, &Form_betriebsmodus::close);
     does(m_menus->mnu_ansicht_normal, [this] { showView(false); });
     does(m_menus->mnu_ansicht_treeview, [this] { showView(true); });
@@ -290,6 +293,7 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
     m_splitter->setEnabled(isUsable); // what would be done there is kept nowhere
     m_noAlarm->setVisible(isUsable);  // none arrives
     m_menus->setListUsable(isUsable);
+    m_menus->setRecorded(!m_mode.recordPath().isEmpty());
     m_lockBanner->hide();
     if (isUsable) {
         if (!m_mode.lockTrouble().isEmpty()) {
@@ -360,6 +364,7 @@ void Form_betriebsmodus::closeEvent(QCloseEvent *event)
         QApplication::beep();
         return;
     }
+    delete m_recordWindow;
     if (m_mode.isOpen()) {
         if (const Status written = m_mode.close(); !written) {
             tell(written.message());
@@ -460,6 +465,15 @@ void Form_betriebsmodus::exportEntries()
     ExportDialog dialog(m_mode.tree(), m_texts, chosen(), {m_services.askSave}, this);
     connect(&dialog, &ExportDialog::statusMessage, this, &Form_betriebsmodus::tell);
     dialog.exec();
+}
+
+void Form_betriebsmodus::openRecord()
+{
+    if (!m_recordWindow) {
+        m_recordWindow = new RecordWindow(m_mode, {m_services.askSave}, this);
+        connect(m_recordWindow, &RecordWindow::statusMessage, this, &Form_betriebsmodus::tell);
+    }
+    m_recordWindow->appear();
 }
 
 void Form_betriebsmodus::renameStation()

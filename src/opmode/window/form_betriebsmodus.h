@@ -8,6 +8,7 @@
 #include "opmode/window/desktop_notifier.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 class QLabel;
 class QSplitter;
@@ -19,6 +20,7 @@ class ListBanner;
 class MessageLine;
 class OpmodeMenus;
 class OpmodePages;
+class RecordWindow;
 class StationCounts;
 class StationTreePane;
 class StationTreeView;
@@ -86,6 +88,7 @@ private:
     void addStation();
     void addStations();
     void exportEntries();
+    void openRecord();
     void goTo(const QString &kennung, const QModelIndex &entry);
     void deleteStation();
     void renameStation();
@@ -119,6 +122,7 @@ private:
     OpmodePages *m_pages;
     StationCounts *m_counts;
     MessageLine *m_messages;
+    QPointer<RecordWindow> m_recordWindow;
 };
 
 } // namespace ktr

@@ -53,6 +53,9 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     m_viewMenu->addSeparator();
     mnu_stumm = addAction(m_viewMenu, "mnu_stumm");
     mnu_stumm->setCheckable(true);
+    m_viewMenu->addSeparator();
+    mnu_record = addAction(m_viewMenu, "mnu_record", QKeySequence::Find);
+    mnu_record->setIcon(icon(IconName::Search));
     mnu_station_add->setIcon(icon(IconName::Add));
     mnu_station_del->setIcon(icon(IconName::Delete));
 }
@@ -66,6 +69,7 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_station_del->setText(texts.text(Text::DeleteStation));
     mnu_station_online->setText(texts.text(Text::Online));
     mnu_stumm->setText(tr("Mute alarms"));
+    mnu_record->setText(tr("Find in the record..."));
     mnu_station_allonline->setText(texts.text(Text::AllOnline));
     mnu_station_alloffline->setText(texts.text(Text::AllOffline));
     mnu_konfiguration->setText(texts.text(Text::ConfigurationMode));
@@ -92,6 +96,11 @@ void OpmodeMenus::setStation(bool isChosen, bool isOnline)
         action->setEnabled(isChosen);
     }
     mnu_station_online->setChecked(isOnline);
+}
+
+void OpmodeMenus::setRecorded(bool isRecorded)
+{
+    mnu_record->setEnabled(isRecorded);
 }
 
 void OpmodeMenus::setTreeOnly(bool treeOnly)

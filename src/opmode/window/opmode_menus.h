@@ -25,6 +25,8 @@ public:
     void setListUsable(bool isUsable);
     /// Enables what is about one station, and shows whether that is online.
     void setStation(bool isChosen, bool isOnline);
+    /// What happened can be searched only where it is recorded.
+    void setRecorded(bool isRecorded);
     void setTreeOnly(bool treeOnly);
 
     /// What is offered about a station in the tree, or, below the last row, about none.
@@ -43,6 +45,7 @@ public:
     QAction *mnu_ansicht_normal;
     QAction *mnu_ansicht_treeview;
     QAction *mnu_stumm;
+    QAction *mnu_record;
 
 private:
     QMenu *m_stationMenu;

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "opmode/window/record/find_page.h"
+
+class QTabWidget;
+
+namespace ktr {
+
+class OperationalMode;
+
+/// A window over the record of the operational mode: it finds what happened and reports about it. It must be
+/// gone before that record is closed.
+class RecordWindow : public QWidget
+{
+    Q_OBJECT
+
+public:
+    RecordWindow(OperationalMode &mode, const FindPage::Services &services, QWidget *parent);
+    ~RecordWindow() override;
+
+    /// Comes to the front, ready for a text to be typed.
+    void appear();
+
+Q_SIGNALS:
+    void statusMessage(const QString &line);
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    void applyTexts();
+
+    RecordQueries m_queries;
+    QTimer *m_second;
+    QTabWidget *m_tabs;
+    FindPage *m_find;
+};
+
+} // namespace ktr

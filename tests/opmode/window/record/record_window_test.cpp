@@ -1,0 +1,149 @@
+#include "opmode/window/record/find_page.h"
+#include "platform/files.h"
+#include "record/record_file.h"
+#include "record/record_writer.h"
+#include "support/choosing.h"
+#include "support/manual_timers.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ktr;
+using namespace Qt::StringLiterals;
+using test::choose;
+
+class RecordWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_path = m_folder->filePath(u"record.sqlite"_s);
+        const OpenedRecord opened = openRecord(m_path);
+        QVERIFY(opened.status);
+        m_writer = std::make_unique<RecordWriter>(m_path, opened, m_timers, [](const QString &) {});
+        m_writer->add(StationRow{1, u"Well"_s, true, u"{}"_s});
+        m_writer->add(StationRow{2, u"Old well"_s, false, u"{}"_s});
+        m_writer->add(StationRow{3, u"Works"_s, true, u"{}"_s});
+        for (int i = 0; i < 1000; ++i) {
+            add(1 + i % 3, u"pump %1 fail"_s.arg(i), now().toMSecsSinceEpoch() - (1000 - i) * 60'000);
+        }
+        QVERIFY(m_writer->flushNow());
+        m_queries = std::make_unique<RecordQueries>(m_path);
+        m_page = std::make_unique<FindPage>(
+            *m_queries, m_path,
+            FindPage::Services{[this](const QString &, const QString &) { return m_saveAs; },
+                               [this] { return now(); }});
+        m_page->show();
+        QTRY_COMPARE(rows(), 200);
+    }
+    void cleanup()
+    {
+        m_page.reset();
+        m_queries.reset();
+        m_writer.reset();
+    }
+
+    void whatIsFoundIsFetchedByPagesAndWhatComesStandsInFront()
+    {
+        QCOMPARE(text(0), "pump 999 fail");
+        table()->verticalScrollBar()->setValue(table()->verticalScrollBar()->maximum());
+        QTRY_COMPARE(rows(), 400);
+        QCOMPARE(text(399), "pump 600 fail");
+        QTest::keyClicks(field("Text_record_station"), "WELL");
+        QTRY_COMPARE(text(1), "pump 997 fail"); // 998 is of the works
+        QCOMPARE(cell(1, 1), "Old well (removed)");
+        table()->verticalScrollBar()->setValue(table()->verticalScrollBar()->maximum());
+        QTRY_COMPARE(rows(), 400);
+        table()->selectRow(1);
+        add(3, u"of the works"_s);
+        add(1, u"new"_s);
+        QVERIFY(m_writer->flushNow());
+        QTRY_VERIFY((m_page->follow(), text(0) == "new"));
+        QCOMPARE(rows(), 401);
+        QCOMPARE(table()->currentIndex().row(), 2); // the row that was chosen
+        QTest::keyClicks(field("Text_record_text"), "p 99");
+        QTRY_COMPARE(rows(), 8); // 99, 990 to 999 but those of the works
+        QTest::keyClicks(field("Text_record_station"), "; no such");
+        field("Text_record_station")->setText(u"no such"_s);
+        QTRY_COMPARE(rows(), 0);
+    }
+
+    void alarmsChangeWhereTheyStand()
+    {
+        AlarmRow alarm{.id = 1, .station = 1, .text = u"level"_s, .first = 5, .last = 5, .count = 1};
+        m_writer->add(alarm);
+        AlarmRow other = alarm;
+        other.id = 2;
+        m_writer->add(other);
+        QVERIFY(m_writer->flushNow());
+        m_page->findChild<QRadioButton *>("Opt_record_alarms")->click();
+        QTRY_COMPARE(rows(), 2);
+        table()->selectRow(1);
+        alarm.acknowledged = 7;
+        alarm.acknowledgedBy = u"Ada"_s;
+        m_writer->add(alarm);
+        QVERIFY(m_writer->flushNow());
+        QTRY_VERIFY((m_page->follow(), cell(1, 7) == "Ada"));
+        QVERIFY(table()->selectionModel()->isRowSelected(1));
+        choose(m_page->findChild<QComboBox *>("Combo_record_state"), 1); // not acknowledged
+        QTRY_COMPARE(rows(), 1);
+    }
+
+    void theExportHoldsAllThatIsFound()
+    {
+        const QString odd = u"=1+1;\"x\"\nÄ"_s;
+        add(2, odd);
+        QVERIFY(m_writer->flushNow());
+        m_saveAs = m_folder->filePath(u"found.csv"_s);
+        const QSignalSpy told(m_page.get(), &FindPage::statusMessage);
+        m_page->findChild<QPushButton *>("Cmd_record_export")->click();
+        QTRY_COMPARE(told.size(), 1);
+        QByteArray file;
+        QVERIFY(readFile(m_saveAs, file));
+        QVERIFY(file.startsWith("\xEF\xBB\xBFTime;Station;Kind;Operator;Text\r\n"));
+        QCOMPARE(file.count("\r\n"), 1002); // more than the table shows
+        const QDateTime time = now();
+        const QByteArray stamp = time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODate).toLatin1();
+        QVERIFY(file.contains(stamp + ";Old well (removed);Notification;;\"'=1+1;\"\"x\"\" Ä\"\r\n"));
+        m_saveAs = m_folder->filePath(u"no/such.csv"_s);
+        m_page->findChild<QPushButton *>("Cmd_record_export")->click();
+        QVERIFY(m_page->findChild<QLabel *>("Label_record_problem")->text().contains(u"such.csv"_s));
+    }
+
+private:
+    static QDateTime now() { return {QDate(2026, 11, 22), QTime(12, 0)}; }
+    void add(qint64 station, const QString &text, qint64 at = now().toMSecsSinceEpoch())
+    {
+        m_writer->add(EventRow{.id = m_writer->nextEventId(),
+                               .at = at,
+                               .station = station,
+                               .kind = EventKind::Notification,
+                               .text = text});
+    }
+    QTableView *table() { return m_page->findChild<QTableView *>("Table_record"); }
+    QLineEdit *field(const char *name) { return m_page->findChild<QLineEdit *>(QLatin1String(name)); }
+    int rows() { return table()->model()->rowCount(); }
+    QString cell(int row, int column) { return table()->model()->index(row, column).data().toString(); }
+    QString text(int row) { return cell(row, 4); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_path;
+    QString m_saveAs;
+    test::ManualTimers m_timers;
+    std::unique_ptr<RecordWriter> m_writer;
+    std::unique_ptr<RecordQueries> m_queries;
+    std::unique_ptr<FindPage> m_page;
+};
+
+QTEST_MAIN(RecordWindowTest)
+#include "record_window_test.moc"
