@@ -1168,6 +1168,33 @@
     </message>
 </context>
 <context>
+    <name>WatchAlarms</name>
+    <message>
+        <source>The program stood still, or the clock was set</source>
+        <translation>Das Programm stand still, oder die Uhr wurde gestellt</translation>
+    </message>
+    <message>
+        <source>The station is silent</source>
+        <translation>Die Station schweigt</translation>
+    </message>
+    <message>
+        <source>More arrives from the station than can be taken</source>
+        <translation>Von der Station kommt mehr an, als verarbeitet werden kann</translation>
+    </message>
+    <message>
+        <source>The module&apos;s SIM asks for its PUK</source>
+        <translation>Die SIM-Karte des Moduls verlangt ihre PUK</translation>
+    </message>
+    <message>
+        <source>it is not watched any more</source>
+        <translation>sie wird nicht mehr überwacht</translation>
+    </message>
+    <message>
+        <source>%1: nobody watched from %2 to %3</source>
+        <translation>%1: von %2 bis %3 hat niemand überwacht</translation>
+    </message>
+</context>
+<context>
     <name>ktr::Acknowledging</name>
     <message>
         <source>Not acknowledged: %1</source>
@@ -2466,6 +2493,22 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>the station was removed</source>
         <translation>die Station wurde entfernt</translation>
+    </message>
+    <message>
+        <source>The program did not end properly last time</source>
+        <translation>Das Programm wurde beim letzten Mal nicht ordentlich beendet</translation>
+    </message>
+    <message>
+        <source>The list of stations cannot be used: %1</source>
+        <translation>Die Liste der Stationen ist nicht zu gebrauchen: %1</translation>
+    </message>
+    <message>
+        <source>Not all of the list of stations is as it was: %1</source>
+        <translation>Nicht alles in der Liste der Stationen ist, wie es war: %1</translation>
+    </message>
+    <message>
+        <source>What happens cannot be written to the record: %1</source>
+        <translation>Was geschieht, kann nicht aufgezeichnet werden: %1</translation>
     </message>
 </context>
 <context>

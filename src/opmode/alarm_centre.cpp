@@ -53,7 +53,7 @@ void AlarmCentre::addNews(const AlarmRow &alarm)
     ++m_news.arrived;
     m_firstNew = m_firstNew == 0 ? alarm.id : m_firstNew;
     m_news.priority = std::min(m_news.priority, static_cast<AlarmPriority>(alarm.priority));
-    const AlarmRule *rule = m_book.rules().of(alarm.text);
+    const AlarmRule *rule = alarm.kind == AlarmKind::Module ? m_book.rules().of(alarm.text) : nullptr;
     m_news.sounds = m_news.sounds || rule == nullptr || rule->sounds;
 }
 

@@ -82,8 +82,13 @@ void ListOpener::takeUp(ListRecord &record, const EarlierFiles &earlier, qint64 
     if (read) {
         read = reader.openAlarms([this](const AlarmRow &alarm) { m_standing += alarm; });
     }
-    for (const QString &name :
-         {QStringLiteral("rules"), QStringLiteral("shelves"), QStringLiteral("operator")}) {
+    if (read && opened.endedBadly) {
+        const EventPage latest = reader.findEvents({}, std::nullopt, 1);
+        read = latest.status;
+        m_unwatchedSince = latest.rows.isEmpty() ? 0 : latest.rows.constFirst().at;
+    }
+    for (const QString &name : {QStringLiteral("rules"), QStringLiteral("shelves"),
+                                QStringLiteral("operator"), QStringLiteral("silentAfter")}) {
         std::optional<QString> value;
         if (read) {
             read = reader.setting(name, value);

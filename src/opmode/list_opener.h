@@ -36,6 +36,8 @@ public:
     /// The file does not have what was taken over, and is to be written soon.
     bool mustSave() const { return m_mustSave; }
     const QList<AlarmRow> &standing() const { return m_standing; }
+    /// When the last run, which ended badly, wrote something last; 0 when it ended well.
+    qint64 unwatchedSince() const { return m_unwatchedSince; }
     std::optional<QString> setting(const QString &name) const;
 
 private:
@@ -57,6 +59,7 @@ private:
     QHash<qint64, QString> m_names;       ///< of the stations in the tree, by their numbers
     QList<AlarmRow> m_standing;
     QHash<QString, QString> m_settings;
+    qint64 m_unwatchedSince = 0;
     qint64 m_upto = 0;
     qsizetype m_takenUp = 0;
     bool m_isFollowing = false;

@@ -25,6 +25,7 @@ constexpr Milliseconds aMinute{60'000};
 constexpr Milliseconds aSecond{1000};
 
 const QString rulesSetting = QStringLiteral("rules");
+const QString silenceSetting = QStringLiteral("silentAfter");
 
 /// Addresses that name the same module are the same text.
 QString comparable(const QString &hostAddress)
@@ -78,7 +79,8 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_answers(m_stations, services.timers),
       m_minute(services.timers.create()),
       m_tellAgain(services.timers.create()),
-      m_alarms([this] { return m_record->isOpen() ? m_record->writer().nextAlarmId() : ++m_lastAlarm; })
+      m_alarms([this] { return m_record->isOpen() ? m_record->writer().nextAlarmId() : ++m_lastAlarm; }),
+      m_watchAlarms(m_alarms, services.timers, m_services.environment)
 {
     beginRecord();
     connect(&m_alarms, &AlarmBook::changed, this, &OperationalMode::keepAlarm);
@@ -113,7 +115,32 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     m_hindrance = loaded ? Hindrance::None : Hindrance::Unusable;
     createStations(attributes);
     m_isOpen = true;
+    beginWatchAlarms(loaded);
     return loaded;
+}
+
+/// With what was found at the opening.
+void OperationalMode::beginWatchAlarms(const Status &loaded)
+{
+    m_watchAlarms.start([this](qint64 number) {
+        const cStation *station = m_stations.Item(m_record->kennung(number));
+        return station != nullptr && station->online();
+    });
+    if (const qint64 since = std::exchange(m_unwatchedSince, 0); since != 0) {
+        m_watchAlarms.tellUnwatched(since, moment(), tr("The program did not end properly last time"));
+    }
+    if (!loaded) {
+        m_watchAlarms.beginListTrouble(tr("The list of stations cannot be used: %1").arg(loaded.message()));
+    } else if (!m_defects.isEmpty()) {
+        m_watchAlarms.tellList(
+            tr("Not all of the list of stations is as it was: %1").arg(m_defects.constFirst()));
+    }
+}
+
+void OperationalMode::setLongestSilence(int minutes)
+{
+    m_watchAlarms.setLongestSilence(minutes);
+    m_record->add(SettingRow{silenceSetting, QString::number(minutes)});
 }
 
 Status OperationalMode::takeLock(Use use)
@@ -179,6 +206,7 @@ Status OperationalMode::load(Use use, QHash<QString, StationAttributes> &attribu
     if (loaded && use == Use::Keep) {
         tellWhereKept();
     }
+    m_unwatchedSince = list.unwatchedSince();
     takeUpAlarms(list.standing(), {});
     return loaded;
 }
@@ -223,6 +251,8 @@ void OperationalMode::takeUp(ListOpener &list)
     if (const std::optional<QString> rules = list.setting(rulesSetting)) {
         m_alarms.setRules(AlarmRules::fromJson(*rules).value_or(AlarmRules()));
     }
+    m_watchAlarms.setLongestSilence(
+        list.setting(silenceSetting).value_or(QString::number(WatchAlarms::usualSilence)).toInt());
 }
 
 /// What stood at the end of the last run, and what else is red: of a list that has no record yet, or that was
@@ -274,6 +304,8 @@ void OperationalMode::setKeepingTrouble(const QString &trouble)
         Q_EMIT statusMessage(isOver ? tr("What happens is written to the record again") : trouble);
     }
     m_keepingTrouble = trouble;
+    m_watchAlarms.setDiskTrouble(
+        isOver ? QString() : tr("What happens cannot be written to the record: %1").arg(trouble));
     tellUnkept();
 }
 
@@ -373,6 +405,7 @@ void OperationalMode::removeStation(const QString &kennung)
     m_lent.remove(kennung);
     StationRow row = rowOf(kennung);
     row.listed = false;
+    m_watchAlarms.letGo(row.id);
     m_record->add(row);
     m_record->add(EventKind::StationRemoved, kennung, moment(), row.name, ListRecord::By::Operator);
     m_alarms.forget(row.id, moment(), tr("the station was removed"));
@@ -428,6 +461,7 @@ void OperationalMode::letGo(cStation &station)
 {
     station.handleWaiting();
     station.disconnect();
+    m_watchAlarms.letGo(m_record->number(station.kennung()));
 }
 
 void OperationalMode::takeArrived()
@@ -597,6 +631,7 @@ void OperationalMode::onStationChanged(const QString &kennung, StationChange wha
 {
     using Kind = StationEvent::Kind;
     const cStation &station = *m_stations.Item(kennung);
+    m_watchAlarms.take(m_record->number(kennung), what, station.loss());
     switch (what) {
     case StationChange::Alive:
         tell({kennung, Kind::Alive, station.hostAddress()}, EventKind::Alive);
@@ -674,6 +709,7 @@ void OperationalMode::removeAll()
     beginRecord();
     m_lock.release();
     m_keepingTrouble.clear();
+    m_watchAlarms.stop(); // what the stations and the record said at their end is taken
     tellUnkept();
 }
 

@@ -6,6 +6,7 @@
 #include "opmode/keeping/earlier/earlier_files.h"
 #include "opmode/keeping/nodes_keeper.h"
 #include "opmode/station/value_trends.h"
+#include "opmode/watch_alarms.h"
 #include "platform/file_lock.h"
 
 #include <QSet>
@@ -117,6 +118,9 @@ public:
     /// The alarms that stand.
     const AlarmBook &alarms() const { return m_alarms; }
     AlarmBook &alarms() { return m_alarms; }
+    /// For how many minutes a station may be silent before that is an alarm; 0: for ever.
+    int longestSilence() const { return m_watchAlarms.longestSilence(); }
+    void setLongestSilence(int minutes);
     /// Acknowledges alarms: on the disk first, then in the tree. After a failure nothing is acknowledged. An
     /// alarm that went to several numbers is acknowledged with the last of its entries.
     Status acknowledge(const QModelIndexList &entries);
@@ -165,6 +169,7 @@ private:
     void tellWhereKept();
     void setKeepingTrouble(const QString &trouble);
     void tellUnkept();
+    void beginWatchAlarms(const Status &loaded);
     void takeUpAlarms(const QList<AlarmRow> &standing, const QList<Shelf> &shelves);
     void tell(const StationEvent &event, EventKind kind);
     qint64 keepMessage(const QString &kennung, const QString &text, const StationMessage &message,
@@ -205,7 +210,9 @@ private:
     std::optional<ListRecord> m_record;  ///< always there; while a list is kept it is open
     std::optional<NodesKeeper> m_keeper; ///< when the file is to be written
     AlarmBook m_alarms;
-    qint64 m_lastAlarm = 0; ///< where there is no record
+    WatchAlarms m_watchAlarms;
+    qint64 m_unwatchedSince = 0; ///< the last run ended badly
+    qint64 m_lastAlarm = 0;      ///< where there is no record
     QString m_operator;
     bool m_savesSoon = false; ///< the file is not what the list is
     bool m_isOpen = false;

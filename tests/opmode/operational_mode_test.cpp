@@ -57,6 +57,16 @@ struct Run
         return node(key).data(StationTree::ColourRole).toInt() == StationTree::alarmColour;
     }
     QString textOf(const QString &key) const { return node(key).data().toString(); }
+    QList<AlarmRow> waiting(AlarmKind kind) const
+    {
+        QList<AlarmRow> rows;
+        for (const qint64 id : mode->alarms().waiting()) {
+            if (const AlarmRow &row = *mode->alarms().alarm(id); row.kind == kind) {
+                rows += row;
+            }
+        }
+        return rows;
+    }
 
     QString path;
     test::ManualTimers timers;
@@ -157,6 +167,7 @@ private Q_SLOTS:
         QCOMPARE(run.lines[0]->opened, QStringList{QStringLiteral("10.0.0.7")});
         QVERIFY(!run.isRed(alarmKey) && run.isRed(QStringLiteral("S/meldung")));
         QVERIFY(run.node(alarmKey).data(StationTree::AcknowledgedRole).toLongLong() > 0);
+        QCOMPARE(run.waiting(AlarmKind::Watcher).size(), isRestored ? 1 : 0); // it was in use
         QVERIFY(run.textOf(QStringLiteral("S/ip/ip5")).endsWith(QLatin1String("12.3")));
         QVERIFY(run.mode->station(QStringLiteral("S"))->exclusiveMode());
         QCOMPARE(run.mode->station(QStringLiteral("S"))->msgText(), "A*");
@@ -346,6 +357,60 @@ private Q_SLOTS:
         QCOMPARE(reader.findEvents(connections, {}, 9).rows.size(), 2);
     }
 
+    void whatKeepsFromWatchingIsAnAlarm()
+    {
+        const QString s = QStringLiteral("S");
+        constexpr Milliseconds minute(60'000);
+        {
+            Run run(m_folder->path());
+            run.mode->addStation(s, QStringLiteral("10.0.0.7"));
+            run.mode->setOnline(s, true);
+            run.lines[0]->say("OK\r\n");
+            run.timers.advance(4 * minute);
+            QVERIFY(run.waiting(AlarmKind::Silent).isEmpty());
+            run.timers.advance(2 * minute);
+            QCOMPARE(run.waiting(AlarmKind::Silent).size(), 1);
+            run.lines[0]->say("OK\r\n");
+            QVERIFY(run.waiting(AlarmKind::Silent)[0].over != 0);
+            run.mode->setLongestSilence(1);
+            run.timers.advance(2 * minute);
+            const QList<AlarmRow> silent = run.waiting(AlarmKind::Silent); // still to be acknowledged
+            QVERIFY(silent.size() == 1 && silent[0].count == 2 && silent[0].over == 0);
+            QVERIFY(run.mode->acknowledgeAlarms({silent[0].id}));
+            QVERIFY(run.mode->alarms().alarm(silent[0].id) != nullptr); // but not over
+
+            for (const char *report : {"+CPIN: SIM PUK\r\n", "+CPIN: SIM PUK\r\n"}) {
+                run.lines[0]->say(report);
+                QVERIFY(run.waiting(AlarmKind::Puk).size() == 1 && run.waiting(AlarmKind::Puk)[0].over == 0);
+            }
+            QVERIFY(run.mode->alarms().alarm(silent[0].id) == nullptr);
+            run.lines[0]->say("+CPIN: SIM PIN\r\n");
+            QVERIFY(run.waiting(AlarmKind::Puk)[0].over != 0);
+
+            run.lines[0]->lose({10, true, false});
+            run.timers.advance(minute / 2);
+            run.lines[0]->lose({20, true, false});
+            QVERIFY(run.waiting(AlarmKind::Flood).isEmpty());
+            run.timers.advance(minute);
+            QCOMPARE(run.waiting(AlarmKind::Flood).size(), 1);
+            run.mode->setOnline(s, false);
+            QVERIFY(run.waiting(AlarmKind::Flood)[0].over != 0);
+
+            run.clockJump = 2 * minute;
+            run.timers.advance(minute);
+            QCOMPARE(run.waiting(AlarmKind::Watcher).size(), 1);
+            QVERIFY(run.waiting(AlarmKind::Watcher)[0].over != 0);
+            run.mode->setOnline(s, true);
+            run.timers.advance(2 * minute);
+            QVERIFY(run.waiting(AlarmKind::Silent)[0].over == 0);
+        }
+        Run run(m_folder->path()); // all of them are to be acknowledged, and the silence goes on
+        QCOMPARE(run.mode->longestSilence(), 1);
+        QCOMPARE(run.mode->alarms().waitingCount(), 4);
+        run.lines[0]->say("OK\r\n");
+        QVERIFY(run.waiting(AlarmKind::Silent)[0].over != 0);
+    }
+
     void whatHasArrivedIsHeardBeforeAStationIsLetGo()
     {
         Run run(m_folder->path());
@@ -434,6 +499,7 @@ private Q_SLOTS:
         {
             Run run(m_folder->path());
             QVERIFY(run.opened && run.told.size() == 4); // one of them tells where it is kept
+            QCOMPARE(run.waiting(AlarmKind::List).size(), 1);
             QCOMPARE(run.mode->stations().Count(), 1);
             QVERIFY(run.mode->close());
         }

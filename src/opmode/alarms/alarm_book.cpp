@@ -18,6 +18,7 @@ void AlarmBook::load(const QList<AlarmRow> &standing, const QList<Shelf> &shelve
     m_standing.clear();
     m_waiting.clear();
     m_ids.clear();
+    m_begun.clear();
     m_ends.clear();
     m_arrivals.clear();
     m_shelves = shelves;
@@ -90,10 +91,17 @@ qint64 AlarmBook::take(qint64 station, const QString &number, const QString &tex
 qint64 AlarmBook::begin(AlarmKind kind, qint64 station, const QString &text, qint64 at,
                         AlarmPriority priority)
 {
-    for (const auto &[id, alarm] : m_standing) {
-        if (alarm.kind == kind && alarm.station == station && alarm.over == 0) {
-            return id;
+    if (const AlarmRow *before = this->alarm(m_begun.value({station, text}))) {
+        const qint64 id = before->id;
+        if (before->over != 0) { // not acknowledged, or it would stand no longer
+            AlarmRow again = *before;
+            again.last = at;
+            ++again.count;
+            again.over = 0;
+            again.overWhy.clear();
+            put(std::move(again), Change::CameAgain);
         }
+        return id;
     }
     AlarmRow alarm;
     alarm.station = station;
@@ -154,6 +162,10 @@ void AlarmBook::put(AlarmRow alarm, Change change)
         } else if (m_ids.value(place) == id) {
             m_ids.remove(place);
         }
+    } else if (stands) {
+        m_begun.insert({alarm.station, alarm.text}, id);
+    } else {
+        m_begun.remove({alarm.station, alarm.text});
     }
     if (stands) {
         m_standing.insert_or_assign(id, alarm);

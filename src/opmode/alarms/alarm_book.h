@@ -43,10 +43,13 @@ public:
 
     /// A notification of a station: an alarm, the end of some, or neither. Gives the alarm's number, or 0.
     qint64 take(qint64 station, const QString &number, const QString &text, qint64 at);
-    /// Something about the watching itself, which stands until end(). Told once.
+    /// Something about the watching itself, which stands until end(). Told once; the same text of the same
+    /// station counts on in an alarm that is not acknowledged yet. Gives the alarm's number.
     qint64 begin(AlarmKind kind, qint64 station, const QString &text, qint64 at,
                  AlarmPriority priority = AlarmPriority::Medium);
     void end(AlarmKind kind, qint64 station, qint64 at);
+    /// The same for one alarm; nothing is done when it is over or stands no longer.
+    void end(qint64 alarm, qint64 at, const QString &why = {}) { finish(alarm, at, why); }
 
     /// Not done for those that are no more, or acknowledged already.
     void acknowledge(const QList<qint64> &alarms, qint64 at, const QString &by);
@@ -95,6 +98,7 @@ private:
     std::map<qint64, AlarmRow> m_standing;
     std::set<qint64> m_waiting;
     QHash<Place, qint64> m_ids;                       ///< of alarms of modules
+    QHash<Place, qint64> m_begun;                     ///< of the others
     QMultiHash<Place, qint64> m_ends;                 ///< by station and the text that ends them
     QHash<qint64, QHash<QString, qint64>> m_arrivals; ///< how often each number was told
     QList<Shelf> m_shelves;

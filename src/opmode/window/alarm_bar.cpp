@@ -177,7 +177,9 @@ void AlarmBar::refresh()
 QString AlarmBar::line(const Alarm &alarm, bool withTime) const
 {
     const QString time = withTime ? shownMoment(alarm.received) + QStringLiteral("   ") : QString();
-    return time + shortenedLine(alarm.station) + QStringLiteral(" · ") + shortenedLine(alarm.message);
+    const QString station =
+        alarm.station.isEmpty() ? QString() : shortenedLine(alarm.station) + QStringLiteral(" · ");
+    return time + station + shortenedLine(alarm.message);
 }
 
 void AlarmBar::elide()

@@ -21,7 +21,8 @@ constexpr qsizetype longest = 200; ///< characters of an alarm that a message sh
 /// are shown by others that look like them.
 QString line(const Alarm &alarm)
 {
-    QString text = firstCharacters(alarm.station + QStringLiteral(": ") + alarm.message, longest);
+    const QString station = alarm.station.isEmpty() ? QString() : alarm.station + QStringLiteral(": ");
+    QString text = firstCharacters(station + alarm.message, longest);
     text.replace(u'<', u'‹');
     text.replace(u'>', u'›');
     return text.replace(u'&', u'＆');

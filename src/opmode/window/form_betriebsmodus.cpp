@@ -227,8 +227,15 @@ void Form_betriebsmodus::connectAlarms()
 void Form_betriebsmodus::goTo(const QString &kennung, const QModelIndex &entry)
 {
     showView(false);
-    m_tree->setCurrentIndex(OpmodePages::notificationsOf(m_mode.tree().find(kennung)));
-    m_pages->showNotification(entry);
+    const QModelIndex station = m_mode.tree().find(kennung);
+    if (!station.isValid()) { // it is about none
+        m_pages->showAllAlarms();
+    } else if (!entry.isValid()) { // no module said it
+        m_tree->setCurrentIndex(station);
+    } else {
+        m_tree->setCurrentIndex(OpmodePages::notificationsOf(station));
+        m_pages->showNotification(entry);
+    }
 }
 
 /// Below the last row it offers nothing that would act on the station that happens to be chosen.

@@ -20,12 +20,12 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QSysInfo>
-#include <QTabWidget>
-#include <QTableView>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
+#include <QSysInfo>
+#include <QTabWidget>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -444,6 +444,8 @@ private Q_SLOTS:
         open({"A"});
         QVERIFY(isTold("LockBanner", path("nodes.lock")));
         QVERIFY(isTold("UnkeptBanner", path("record.sqlite"))); // there is none
+        QVERIFY(m_window->windowTitle().startsWith("(1!)"));    // an alarm without an entry in the tree
+        press(m_window->findChild<QWidget *>("AlarmBar"), "Cmd_alarm_latest");
         m_mode->closeWithoutFile();
         m_lines.clear();
         QVERIFY(QDir(m_folder->path()).rmdir("record.sqlite"));
@@ -471,6 +473,11 @@ private Q_SLOTS:
             return !isTold("UnkeptBanner", "");
         };
         QTRY_VERIFY(isKept());
+        m_timers.advance(Milliseconds(0));
+        const std::map<qint64, AlarmRow> &standing = m_mode->alarms().standing();
+        QVERIFY(std::ranges::any_of(standing, [](const auto &each) {
+            return each.second.kind == AlarmKind::Disk && each.second.over != 0;
+        }));
         press(m_window->findChild<QWidget *>("LockBanner"), "Cmd_list_noted");
         QVERIFY(!isTold("LockBanner", ""));
     }

@@ -116,6 +116,9 @@ private Q_SLOTS:
         QVERIFY(m_mode->keepsChanges());
         QTest::mouseClick(control<QPushButton>("Cmd_meldung_acceptAll"), Qt::LeftButton);
         settle();
+        QVERIFY(barText("lbl_alarm_first").contains("cannot be written")); // another alarm, about the disk
+        QTest::mouseClick(m_bar->findChild<QPushButton *>("Cmd_alarm_accept"), Qt::LeftButton);
+        settle();
         QVERIFY(!m_bar->isVisible());
     }
 

@@ -1,0 +1,211 @@
+#include "opmode/watch_alarms.h"
+
+namespace ktr {
+
+namespace {
+
+QString shownTime(qint64 at)
+{
+    return QDateTime::fromMSecsSinceEpoch(at).toString(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
+}
+
+constexpr int ticksOf(Milliseconds time)
+{
+    return static_cast<int>(time / WatchAlarms::tick);
+}
+
+constexpr int told = -1;
+
+} // namespace
+
+WatchAlarms::WatchAlarms(AlarmBook &book, Timers &timers, const Environment &environment)
+    : m_book(book), m_environment(environment), m_tick(timers.create()), m_soon(timers.create())
+{}
+
+WatchAlarms::~WatchAlarms() = default;
+
+void WatchAlarms::setLongestSilence(int minutes)
+{
+    const int before = silenceTicks();
+    m_longestSilence = minutes;
+    for (auto [station, waiting] : m_silent.asKeyValueRange()) {
+        if (waiting.alarm == 0) { // what it has waited for already counts
+            waiting.ticks = minutes == 0 ? told : std::max(0, waiting.ticks + silenceTicks() - before);
+        }
+    }
+}
+
+/// A station is called silent once it was so for an announcement and more.
+int WatchAlarms::silenceTicks() const
+{
+    const Milliseconds silence = std::chrono::minutes(m_longestSilence);
+    return ticksOf(silence - std::min(silence, Milliseconds(cStation::announceInterval)));
+}
+
+void WatchAlarms::start(const std::function<bool(qint64 station)> &isWatched)
+{
+    m_silent.clear();
+    QList<qint64> over;
+    for (const auto &[id, alarm] : m_book.standing()) {
+        if (alarm.kind == AlarmKind::Silent && alarm.over == 0 && isWatched(alarm.station)) {
+            m_silent.insert(alarm.station, {told, id});
+        } else if (alarm.kind != AlarmKind::Module && alarm.over == 0) {
+            over += id;
+        }
+    }
+    for (const qint64 id : over) {
+        m_book.end(id, moment());
+    }
+    m_isRunning = true;
+    showDisk();
+    m_lastTick = moment();
+    awaitTick();
+}
+
+void WatchAlarms::stop()
+{
+    m_isRunning = false;
+    m_tick->stop();
+    m_soon->stop();
+    m_silent.clear();
+    m_flooding.clear();
+    m_puk.clear();
+    m_diskTrouble.clear();
+    m_roomTrouble.clear();
+    m_diskAlarm = m_roomAlarm = 0;
+}
+
+void WatchAlarms::awaitTick()
+{
+    m_tick->start(tick, [this] { onTick(); });
+}
+
+void WatchAlarms::onTick()
+{
+    const qint64 now = moment();
+    if (now - m_lastTick > (tick + longestGap).count()) {
+        tellUnwatched(m_lastTick, now, tr("The program stood still, or the clock was set"));
+    }
+    m_lastTick = now;
+    count(m_silent, AlarmKind::Silent, tr("The station is silent"));
+    count(m_flooding, AlarmKind::Flood, tr("More arrives from the station than can be taken"));
+    awaitTick();
+}
+
+void WatchAlarms::count(Stations &stations, AlarmKind kind, const QString &text)
+{
+    for (auto [station, waiting] : stations.asKeyValueRange()) {
+        if (waiting.ticks >= 0 && --waiting.ticks < 0) {
+            waiting.alarm = m_book.begin(kind, station, text, moment());
+        }
+    }
+}
+
+void WatchAlarms::begin(Stations &stations, qint64 station, int ticks)
+{
+    if (!stations.contains(station)) {
+        stations.insert(station, {ticks});
+    }
+}
+
+void WatchAlarms::end(Stations &stations, qint64 station, const QString &why)
+{
+    m_book.end(stations.take(station).alarm, moment(), why);
+}
+
+void WatchAlarms::take(qint64 station, StationChange what, const std::optional<DatagramLoss> &loss)
+{
+    switch (what) {
+    case StationChange::Alive:
+        end(m_silent, station);
+        break;
+    case StationChange::Silent:
+        begin(m_silent, station, m_longestSilence == 0 ? told : silenceTicks());
+        break;
+    case StationChange::PukNeeded:
+        if (!m_puk.contains(station)) {
+            m_puk.insert(station,
+                         m_book.begin(AlarmKind::Puk, station, tr("The module's SIM asks for its PUK"),
+                                      moment(), AlarmPriority::High));
+        }
+        break;
+    case StationChange::PukCleared:
+        m_book.end(m_puk.take(station), moment());
+        break;
+    case StationChange::LossBegan:
+    case StationChange::LossGoesOn:
+        if (loss && loss->isFlood) {
+            begin(m_flooding, station, ticksOf(longestFlood));
+        }
+        break;
+    case StationChange::LossOver:
+        end(m_flooding, station);
+        break;
+    case StationChange::Quality:
+    case StationChange::TextDelivered:
+        break;
+    }
+}
+
+void WatchAlarms::letGo(qint64 station)
+{
+    const QString why = tr("it is not watched any more");
+    end(m_silent, station, why);
+    end(m_flooding, station, why);
+    m_book.end(m_puk.take(station), moment(), why);
+}
+
+void WatchAlarms::setDiskTrouble(const QString &trouble)
+{
+    m_diskTrouble = trouble;
+    // It is told in the middle of the writing, which an alarm goes to as well.
+    m_soon->start(Milliseconds(0), [this] { showDisk(); });
+}
+
+void WatchAlarms::setRoomTrouble(const QString &trouble)
+{
+    m_roomTrouble = trouble;
+    showDisk();
+}
+
+void WatchAlarms::showDisk()
+{
+    if (m_isRunning) {
+        setTrouble(m_diskAlarm, m_diskTrouble);
+        setTrouble(m_roomAlarm, m_roomTrouble);
+    }
+}
+
+void WatchAlarms::setTrouble(qint64 &alarm, const QString &text)
+{
+    if (text.isEmpty()) {
+        m_book.end(std::exchange(alarm, 0), moment());
+    } else if (alarm == 0) {
+        alarm = m_book.begin(AlarmKind::Disk, 0, text, moment(), AlarmPriority::High);
+    }
+}
+
+/// What is over at once, and yet to be acknowledged.
+void WatchAlarms::tell(AlarmKind kind, const QString &text, AlarmPriority priority)
+{
+    const qint64 now = moment();
+    m_book.end(m_book.begin(kind, 0, text, now, priority), now);
+}
+
+void WatchAlarms::tellList(const QString &what)
+{
+    tell(AlarmKind::List, what, AlarmPriority::Medium);
+}
+
+void WatchAlarms::beginListTrouble(const QString &what)
+{
+    (void)m_book.begin(AlarmKind::List, 0, what, moment(), AlarmPriority::High);
+}
+
+void WatchAlarms::tellUnwatched(qint64 from, qint64 to, const QString &why)
+{
+    tell(AlarmKind::Watcher, tr("%1: nobody watched from %2 to %3").arg(why, shownTime(from), shownTime(to)),
+         AlarmPriority::High);
+}
+
+} // namespace ktr
