@@ -1309,8 +1309,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Neuester: %1</translation>
     </message>
     <message>
-        <source>When this is not ticked, new alarms sound, and every 60 seconds as long as one is not acknowledged. This bar and messages of the desktop stay.</source>
-        <translation>Ohne diesen Haken ertönen neue Alarme, und alle 60 Sekunden, solange einer nicht quittiert ist. Diese Leiste und Benachrichtigungen bleiben.</translation>
+        <source>When this is not ticked, new alarms sound, and every 60 seconds as long as one is not acknowledged. It ends by itself; for how long, the menu View offers. This bar and messages of the desktop stay.</source>
+        <translation>Ohne Häkchen ertönen neue Alarme, und alle 60 Sekunden, solange einer nicht quittiert ist. Die Stille endet von selbst; wie lange sie dauert, bietet das Menü Ansicht an. Diese Leiste und Meldungen des Desktops bleiben.</translation>
     </message>
 </context>
 <context>
@@ -1925,6 +1925,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>The record cannot be written either: what changed in this run is lost then.</source>
         <translation>Auch die Aufzeichnung kann nicht geschrieben werden: Was sich in diesem Lauf geändert hat, ist dann verloren.</translation>
     </message>
+    <message>
+        <source>Alarms are muted until %1</source>
+        <translation>Alarme sind stumm bis %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::HistoryPage</name>
@@ -2532,6 +2536,26 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Find in the record...</source>
         <translation>In der Aufzeichnung suchen...</translation>
+    </message>
+    <message>
+        <source>Mute them for</source>
+        <translation>Stumm für</translation>
+    </message>
+    <message>
+        <source>15 minutes</source>
+        <translation>15 Minuten</translation>
+    </message>
+    <message>
+        <source>1 hour</source>
+        <translation>1 Stunde</translation>
+    </message>
+    <message>
+        <source>4 hours</source>
+        <translation>4 Stunden</translation>
+    </message>
+    <message>
+        <source>the rest of the shift (6, 14 or 22 o&apos;clock)</source>
+        <translation>den Rest der Schicht (6, 14 oder 22 Uhr)</translation>
     </message>
 </context>
 <context>

@@ -130,6 +130,9 @@ public:
     /// The key of an alarm's station; empty when it is about none, or that is gone.
     QString stationOf(const AlarmRow &alarm) const;
 
+    /// By the clock that everything here goes by.
+    QDateTime now() const { return m_services.environment.now(); }
+
     /// Whose name is kept with what is done from now on.
     void setOperator(const QString &name);
     QString operatorName() const { return m_operator; }

@@ -2,7 +2,6 @@
 
 #include "look/outside_texts.h"
 #include "opmode/window/alarm_look.h"
-#include "opmode/window/alarm_sound.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -60,7 +59,6 @@ AlarmBar::AlarmBar(const AlarmCentre &centre, const AlarmBook &alarms, Acknowled
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     m_mute->setObjectName(QStringLiteral("Check_stumm"));
     m_mute->setFocusPolicy(Qt::TabFocus);
-    m_mute->setChecked(AlarmSound::isMutedInSettings());
 
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(12, 6, 10, 6);
@@ -76,10 +74,7 @@ AlarmBar::AlarmBar(const AlarmCentre &centre, const AlarmBook &alarms, Acknowled
     connect(m_all, &QPushButton::clicked, this, &AlarmBar::allWanted);
     connect(m_latest, &QPushButton::clicked, this, &AlarmBar::goToLatest);
     connect(m_accept, &QPushButton::clicked, this, &AlarmBar::acknowledgeAll);
-    connect(m_mute, &QCheckBox::toggled, this, [this](bool muted) {
-        AlarmSound::keepMutedInSettings(muted);
-        Q_EMIT muteChanged(muted);
-    });
+    connect(m_mute, &QCheckBox::clicked, this, &AlarmBar::muteWanted);
     connect(&centre, &AlarmCentre::changed, this, &AlarmBar::refresh);
     connect(&centre, &AlarmCentre::attention, this, &AlarmBar::announce);
     takeColours();
@@ -138,7 +133,8 @@ void AlarmBar::applyTexts()
     m_mute->setAccessibleName(tr("Mute"));
     m_mute->setToolTip(
         tr("When this is not ticked, new alarms sound, and every 60 seconds as long as one is not "
-           "acknowledged. This bar and messages of the desktop stay."));
+           "acknowledged. It ends by itself; for how long, the menu View offers. This bar and messages of "
+           "the desktop stay."));
     fit();
     refresh();
 }

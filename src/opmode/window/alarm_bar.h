@@ -25,7 +25,7 @@ public:
 
     /// Puts the captions in place; called again when the language changes.
     void applyTexts();
-    /// As the user's click on the check box.
+    /// What the check box shows.
     void setMuted(bool muted);
 
 Q_SIGNALS:
@@ -33,8 +33,8 @@ Q_SIGNALS:
     void allWanted();
     /// The user wants to see an alarm of a station.
     void entryWanted(const QString &kennung, const QModelIndex &entry);
-    /// The user wants the alarms' sound, or does not; it is remembered already.
-    void muteChanged(bool muted);
+    /// The user does not want the alarms' sound for a while, or wants it again.
+    void muteWanted(bool muted);
 
 protected:
     void changeEvent(QEvent *event) override;

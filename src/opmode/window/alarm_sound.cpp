@@ -1,7 +1,5 @@
 #include "opmode/window/alarm_sound.h"
 
-#include "platform/settings_store.h"
-
 #include <QApplication>
 #include <QDataStream>
 #include <QIODevice>
@@ -12,9 +10,6 @@
 namespace ktr {
 
 namespace {
-
-const QString section = QStringLiteral("OperationalMode");
-const QString key = QStringLiteral("mute");
 
 constexpr int samplesPerSecond = 22'050;
 constexpr int bytesPerSample = 2;
@@ -89,16 +84,6 @@ AlarmSound::AlarmSound(const AlarmCentre &centre, Timers &timers, std::function<
 }
 
 AlarmSound::~AlarmSound() = default;
-
-bool AlarmSound::isMutedInSettings()
-{
-    return SettingsStore().GetSetting(settingsOwner, section, key) == QLatin1String("1");
-}
-
-void AlarmSound::keepMutedInSettings(bool muted)
-{
-    SettingsStore().SaveSetting(settingsOwner, section, key, QString::number(muted ? 1 : 0));
-}
 
 void AlarmSound::sound()
 {

@@ -22,17 +22,13 @@ public:
 
     void setMuted(bool muted) { m_muted = muted; }
 
-    /// What the user chose in an earlier run.
-    static bool isMutedInSettings();
-    static void keepMutedInSettings(bool muted);
-
 private:
     void sound();
 
     const AlarmCentre &m_centre;
     std::function<void()> m_play;
     std::unique_ptr<OneShotTimer> m_reminder;
-    bool m_muted = isMutedInSettings();
+    bool m_muted = false;
 };
 
 /// The two tones, twice, as a WAV file: 16 bits, one channel, under a second.

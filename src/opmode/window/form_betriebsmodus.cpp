@@ -54,6 +54,7 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
       m_acknowledging(mode, texts),
       m_alarms(
           mode.alarms(), [&mode](const AlarmRow &alarm) { return alarmOf(mode, alarm); }, services.timers),
+      m_mute(services.timers, [&mode] { return mode.now(); }),
       m_sound(m_alarms, services.timers),
       m_notifier(m_alarms, services.timers, *this)
 {
@@ -68,6 +69,7 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     connectTree();
     connectMenus();
     connectAlarms();
+    connectMute();
     connect(&m_mode, &OperationalMode::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_mode, &OperationalMode::recovered, m_messages, &MessageLine::pin);
     connect(&m_mode, &OperationalMode::unkeptChangesChanged, this, &Form_betriebsmodus::showUnkept);
@@ -152,6 +154,10 @@ void Form_betriebsmodus::layOut()
     m_counts = new StationCounts(m_mode, *m_tree, this);
     m_messages = new MessageLine(this);
     statusBar()->addWidget(m_messages, 1);
+    m_muted = new QLabel(this);
+    m_muted->setObjectName(QStringLiteral("lbl_muted"));
+    m_muted->setContentsMargins(8, 0, 8, 0);
+    statusBar()->addPermanentWidget(m_muted);
     statusBar()->addPermanentWidget(m_counts);
 }
 
@@ -201,7 +207,6 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_close, &Form_betriebsmodus::close);
     does(m_menus->mnu_ansicht_normal, [this] { showView(false); });
     does(m_menus->mnu_ansicht_treeview, [this] { showView(true); });
-    m_menus->mnu_stumm->setChecked(AlarmSound::isMutedInSettings());
 }
 
 void Form_betriebsmodus::connectAlarms()
@@ -214,14 +219,36 @@ void Form_betriebsmodus::connectAlarms()
         raise();
         activateWindow();
     });
-    connect(m_alarmBar, &AlarmBar::muteChanged, &m_sound, &AlarmSound::setMuted);
-    connect(m_alarmBar, &AlarmBar::muteChanged, m_menus->mnu_stumm, &QAction::setChecked);
-    connect(m_menus->mnu_stumm, &QAction::triggered, m_alarmBar, &AlarmBar::setMuted);
     connect(m_alarmBar, &AlarmBar::entryWanted, this, &Form_betriebsmodus::goTo);
     connect(m_alarmBar, &AlarmBar::allWanted, this, [this] {
         showView(false);
         m_pages->showAllAlarms();
     });
+}
+
+void Form_betriebsmodus::connectMute()
+{
+    connect(m_alarmBar, &AlarmBar::muteWanted, &m_mute, &AlarmMute::setMuted);
+    connect(m_menus->mnu_stumm, &QAction::triggered, &m_mute, &AlarmMute::setMuted);
+    for (int length = 0; length < AlarmMute::lengths; ++length) { // whoever chooses a time wants it now
+        connect(m_menus->mnu_stumm_for[length], &QAction::triggered, &m_mute, [this, length] {
+            m_mute.setLength(static_cast<AlarmMute::Length>(length));
+            m_mute.setMuted(true);
+        });
+    }
+    connect(&m_mute, &AlarmMute::changed, this, &Form_betriebsmodus::showMute);
+}
+
+void Form_betriebsmodus::showMute()
+{
+    const bool isMuted = m_mute.isMuted();
+    m_sound.setMuted(isMuted);
+    m_alarmBar->setMuted(isMuted);
+    m_menus->mnu_stumm->setChecked(isMuted);
+    m_menus->mnu_stumm_for[static_cast<int>(m_mute.length())]->setChecked(true);
+    m_muted->setVisible(isMuted);
+    m_muted->setText(
+        tr("Alarms are muted until %1").arg(m_mute.until().toLocalTime().toString(QStringLiteral("HH:mm"))));
 }
 
 void Form_betriebsmodus::goTo(const QString &kennung, const QModelIndex &entry)
@@ -255,6 +282,7 @@ void Form_betriebsmodus::applyTexts()
     m_mode.tree().setCaptions(stationCaptions(m_texts));
     m_alarmBar->applyTexts();
     m_noAlarm->setText(tr("All alarms are acknowledged"));
+    showMute();
     m_listBanner->applyTexts();
     m_lockBanner->applyTexts();
     showUnkept();

@@ -4,6 +4,7 @@
 #include "opmode/alarm_centre.h"
 #include "opmode/operational_mode.h"
 #include "opmode/window/acknowledging.h"
+#include "opmode/window/alarm_mute.h"
 #include "opmode/window/alarm_sound.h"
 #include "opmode/window/desktop_notifier.h"
 
@@ -74,6 +75,8 @@ private:
     void connectTree();
     void connectMenus();
     void connectAlarms();
+    void connectMute();
+    void showMute();
     void restorePlaces();
 
     void openList();
@@ -105,6 +108,7 @@ private:
     Services m_services;
     Acknowledging m_acknowledging;
     AlarmCentre m_alarms;
+    AlarmMute m_mute;
     AlarmSound m_sound;
     DesktopNotifier m_notifier;
     int m_busy = 0;
@@ -116,6 +120,7 @@ private:
     ListBanner *m_unkeptBanner;
     AlarmBar *m_alarmBar;
     QLabel *m_noAlarm;
+    QLabel *m_muted; ///< until when
     QSplitter *m_splitter;
     StationTreePane *m_treePane;
     StationTreeView *m_tree; ///< that of the pane

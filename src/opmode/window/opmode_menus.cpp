@@ -2,6 +2,7 @@
 
 #include "look/icons.h"
 #include "look/mnemonics.h"
+#include "opmode/window/alarm_mute.h"
 
 #include <QActionGroup>
 #include <QMainWindow>
@@ -53,6 +54,14 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     m_viewMenu->addSeparator();
     mnu_stumm = addAction(m_viewMenu, "mnu_stumm");
     mnu_stumm->setCheckable(true);
+    m_muteMenu = m_viewMenu->addMenu(QString());
+    auto *muteLengths = new QActionGroup(this);
+    for (int length = 0; length < AlarmMute::lengths; ++length) {
+        QAction *action = addAction(m_muteMenu, "mnu_stumm_for");
+        action->setCheckable(true);
+        muteLengths->addAction(action);
+        mnu_stumm_for += action;
+    }
     m_viewMenu->addSeparator();
     mnu_record = addAction(m_viewMenu, "mnu_record", QKeySequence::Find);
     mnu_record->setIcon(icon(IconName::Search));
@@ -69,6 +78,12 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_station_del->setText(texts.text(Text::DeleteStation));
     mnu_station_online->setText(texts.text(Text::Online));
     mnu_stumm->setText(tr("Mute alarms"));
+    m_muteMenu->setTitle(tr("Mute them for"));
+    const QStringList lengths{tr("15 minutes"), tr("1 hour"), tr("4 hours"),
+                              tr("the rest of the shift (6, 14 or 22 o'clock)")};
+    for (int length = 0; length < AlarmMute::lengths; ++length) {
+        mnu_stumm_for[length]->setText(lengths[length]);
+    }
     mnu_record->setText(tr("Find in the record..."));
     mnu_station_allonline->setText(texts.text(Text::AllOnline));
     mnu_station_alloffline->setText(texts.text(Text::AllOffline));
@@ -81,6 +96,7 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     giveMnemonics({m_stationMenu->menuAction(), m_viewMenu->menuAction()});
     giveMnemonics(m_stationMenu->actions());
     giveMnemonics(m_viewMenu->actions());
+    giveMnemonics(m_muteMenu->actions());
 }
 
 void OpmodeMenus::setListUsable(bool isUsable)

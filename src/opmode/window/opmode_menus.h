@@ -45,11 +45,13 @@ public:
     QAction *mnu_ansicht_normal;
     QAction *mnu_ansicht_treeview;
     QAction *mnu_stumm;
+    QList<QAction *> mnu_stumm_for; ///< one for each AlarmMute::Length
     QAction *mnu_record;
 
 private:
     QMenu *m_stationMenu;
     QMenu *m_viewMenu;
+    QMenu *m_muteMenu;
 };
 
 } // namespace ktr

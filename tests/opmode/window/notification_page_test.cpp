@@ -1,4 +1,5 @@
 #include "opmode/window/alarm_bar.h"
+#include "opmode/window/alarm_mute.h"
 #include "opmode/window/alarm_sound.h"
 #include "opmode/window/notifications/notification_page.h"
 #include "platform/registry.h"
@@ -291,15 +292,34 @@ private Q_SLOTS:
         QVERIFY(barText("lbl_alarm_latest").endsWith("2 fail"));
     }
 
-    void theUsersWishForSilenceIsRememberedAndLeavesTheBar()
+    void theUsersWishForSilenceIsRememberedAndEnds()
     {
-        take("North", "pump fail");
-        settle();
-        QTest::mouseClick(m_bar->findChild<QCheckBox *>("Check_stumm"), Qt::LeftButton, {}, QPoint(8, 10));
-        QVERIFY(AlarmSound::isMutedInSettings());
-        QVERIFY(m_bar->isVisible());
-        const AlarmBar next(*m_centre, m_mode->alarms(), *m_acknowledging, m_texts, QLocale::c());
-        QVERIFY(next.findChild<QCheckBox *>("Check_stumm")->isChecked());
+        test::ManualTimers timers;
+        Milliseconds jump{0};
+        const auto now = [&] {
+            return QDateTime({2026, 11, 20}, {13, 30}).addMSecs((timers.now() + jump).count());
+        };
+        {
+            AlarmMute mute(timers, now);
+            connect(m_bar, &AlarmBar::muteWanted, &mute, &AlarmMute::setMuted);
+            take("North", "pump fail");
+            settle();
+            QTest::mouseClick(m_bar->findChild<QCheckBox *>("Check_stumm"), Qt::LeftButton, {},
+                              QPoint(8, 10));
+            QVERIFY(m_bar->isVisible());
+            QCOMPARE(mute.until().time(), QTime(14, 30));
+        }
+        AlarmMute mute(timers, now);
+        timers.advance(std::chrono::minutes(59));
+        QVERIFY(mute.isMuted());
+        timers.advance(std::chrono::minutes(1));
+        QVERIFY(!mute.isMuted());
+        mute.setLength(AlarmMute::Length::Shift);
+        mute.setMuted(true);
+        QCOMPARE(mute.until().time(), QTime(22, 0));
+        jump = -std::chrono::hours(24 * 365); // the clock was wrong
+        timers.advance(std::chrono::minutes(1));
+        QVERIFY(!mute.isMuted() && !AlarmMute(timers, now).isMuted());
     }
 
 private:
