@@ -1076,6 +1076,217 @@
     </message>
 </context>
 <context>
+    <name>Report</name>
+    <message>
+        <source>%1 s</source>
+        <translation>%1 s</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 h</translation>
+    </message>
+    <message>
+        <source>%1 days</source>
+        <translation>%1 Tage</translation>
+    </message>
+    <message>
+        <source>Shift report</source>
+        <translation>Schichtbericht</translation>
+    </message>
+    <message>
+        <source>Alarms that came</source>
+        <translation>Gekommene Alarme</translation>
+    </message>
+    <message>
+        <source>Alarms that stand now</source>
+        <translation>Alarme, die jetzt anstehen</translation>
+    </message>
+    <message>
+        <source>What was done</source>
+        <translation>Was getan wurde</translation>
+    </message>
+    <message>
+        <source>Stations that are silent now</source>
+        <translation>Stationen, die jetzt schweigen</translation>
+    </message>
+    <message>
+        <source>Figures of the alarms</source>
+        <translation>Kennzahlen der Alarme</translation>
+    </message>
+    <message>
+        <source>Alarms that came: %1; for each operator %2 in ten minutes</source>
+        <translation>Gekommene Alarme: %1; für jeden Bediener %2 in zehn Minuten</translation>
+    </message>
+    <message>
+        <source>What one operator can see to: one alarm in ten minutes over a long time, ten in the first ten minutes of an upset</source>
+        <translation>Was ein Bediener bewältigt: auf Dauer einen Alarm in zehn Minuten, zehn in den ersten zehn Minuten einer Störung</translation>
+    </message>
+    <message>
+        <source>%1 of %2 (%3 %)</source>
+        <translation>%1 von %2 (%3 %)</translation>
+    </message>
+    <message>
+        <source>Ten minutes with more than one alarm for each operator: %1</source>
+        <translation>Zehn Minuten mit mehr als einem Alarm für jeden Bediener: %1</translation>
+    </message>
+    <message>
+        <source>Ten minutes with more than ten alarms for each operator: %1</source>
+        <translation>Zehn Minuten mit mehr als zehn Alarmen für jeden Bediener: %1</translation>
+    </message>
+    <message>
+        <source>Most in ten minutes: %1, from %2</source>
+        <translation>Die meisten in zehn Minuten: %1, ab %2</translation>
+    </message>
+    <message>
+        <source>Acknowledged: %1, not acknowledged: %2</source>
+        <translation>Quittiert: %1, nicht quittiert: %2</translation>
+    </message>
+    <message>
+        <source>Time until the acknowledgement: half within %1, 90 % within %2, longest %3</source>
+        <translation>Zeit bis zur Quittierung: die Hälfte in %1, 90 % in %2, am längsten %3</translation>
+    </message>
+    <message>
+        <source>Stood for longer than 24 hours: %1</source>
+        <translation>Länger als 24 Stunden angestanden: %1</translation>
+    </message>
+    <message>
+        <source>The ten most frequent alarms</source>
+        <translation>Die zehn häufigsten Alarme</translation>
+    </message>
+    <message>
+        <source>Came</source>
+        <translation>Gekommen</translation>
+    </message>
+    <message>
+        <source>Reported</source>
+        <translation>Gemeldet</translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation>Station</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Easily overlooked</source>
+        <translation>Leicht übersehen</translation>
+    </message>
+    <message>
+        <source>The sound of alarms is off</source>
+        <translation>Der Ton der Alarme ist aus</translation>
+    </message>
+    <message>
+        <source>Offline, not heard for 24 hours</source>
+        <translation>Offline, seit 24 Stunden nicht gehört</translation>
+    </message>
+    <message>
+        <source>Online and silent</source>
+        <translation>Online und schweigend</translation>
+    </message>
+    <message>
+        <source>Alarms that have stood for longer than 24 hours</source>
+        <translation>Alarme, die länger als 24 Stunden anstehen</translation>
+    </message>
+    <message>
+        <source>Shelved alarms</source>
+        <translation>Zurückgestellte Alarme</translation>
+    </message>
+    <message>
+        <source>Until</source>
+        <translation>Bis</translation>
+    </message>
+    <message>
+        <source>By</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>Reason</source>
+        <translation>Grund</translation>
+    </message>
+    <message>
+        <source>all alarms</source>
+        <translation>alle Alarme</translation>
+    </message>
+    <message>
+        <source>From %1 to %2</source>
+        <translation>Von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Operator</source>
+        <translation>Bediener</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Was</translation>
+    </message>
+    <message>
+        <source>There is more than this report takes: of each list it has the last %1 only</source>
+        <translation>Es gibt mehr, als dieser Bericht fasst: von jeder Liste hat er nur die letzten %1</translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation>Anzahl</translation>
+    </message>
+    <message>
+        <source>Acknowledged</source>
+        <translation>Quittiert</translation>
+    </message>
+    <message>
+        <source>Over</source>
+        <translation>Vorbei</translation>
+    </message>
+    <message>
+        <source>Comment</source>
+        <translation>Kommentar</translation>
+    </message>
+    <message>
+        <source>Last heard</source>
+        <translation>Zuletzt gehört</translation>
+    </message>
+    <message>
+        <source>For</source>
+        <translation>Seit</translation>
+    </message>
+    <message>
+        <source>never</source>
+        <translation>nie</translation>
+    </message>
+    <message>
+        <source>Alarms per hour</source>
+        <translation>Alarme je Stunde</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>Alarms</source>
+        <translation>Alarme</translation>
+    </message>
+    <message>
+        <source>Most in ten minutes</source>
+        <translation>Die meisten in zehn Minuten</translation>
+    </message>
+    <message>
+        <source>%1 more are in the CSV table</source>
+        <translation>%1 weitere stehen in der CSV-Tabelle</translation>
+    </message>
+    <message>
+        <source>Page %1 of %2</source>
+        <translation>Seite %1 von %2</translation>
+    </message>
+</context>
+<context>
     <name>Station</name>
     <message>
         <source>a line without an end was dropped</source>
@@ -2602,6 +2813,18 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Find</source>
         <translation>Suchen</translation>
     </message>
+    <message>
+        <source>Shift report</source>
+        <translation>Schichtbericht</translation>
+    </message>
+    <message>
+        <source>Figures</source>
+        <translation>Kennzahlen</translation>
+    </message>
+    <message>
+        <source>Easily overlooked</source>
+        <translation>Leicht übersehen</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ReplyHandler</name>
@@ -2612,6 +2835,89 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Lines of the archive that no fast export asked for are not exported</source>
         <translation>Archivzeilen, die kein schneller Export angefordert hat, werden nicht exportiert</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ReportPage</name>
+    <message>
+        <source>The last 8 hours</source>
+        <translation>Die letzten 8 Stunden</translation>
+    </message>
+    <message>
+        <source>Since the last change of operators</source>
+        <translation>Seit dem letzten Wechsel der Bediener</translation>
+    </message>
+    <message>
+        <source>The last 24 hours</source>
+        <translation>Die letzten 24 Stunden</translation>
+    </message>
+    <message>
+        <source>The last 7 days</source>
+        <translation>Die letzten 7 Tage</translation>
+    </message>
+    <message>
+        <source>From ... to ...</source>
+        <translation>Von ... bis ...</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Where no other operator did anything yet, the last 8 hours are taken</source>
+        <translation>Wo noch kein anderer Bediener etwas getan hat, gelten die letzten 8 Stunden</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Bis</translation>
+    </message>
+    <message>
+        <source>Operators at work</source>
+        <translation>Bediener im Dienst</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message>
+        <source>PDF...</source>
+        <translation>PDF...</translation>
+    </message>
+    <message>
+        <source>CSV...</source>
+        <translation>CSV...</translation>
+    </message>
+    <message>
+        <source>Report</source>
+        <translation>Bericht</translation>
+    </message>
+    <message>
+        <source>The first time is later than the second</source>
+        <translation>Der Beginn liegt nach dem Ende</translation>
+    </message>
+    <message>
+        <source>Searching …</source>
+        <translation>Suche läuft …</translation>
+    </message>
+    <message>
+        <source>PDF document</source>
+        <translation>PDF-Dokument</translation>
+    </message>
+    <message>
+        <source>CSV table</source>
+        <translation>CSV-Tabelle</translation>
+    </message>
+    <message>
+        <source>Writing …</source>
+        <translation>Wird geschrieben …</translation>
+    </message>
+    <message>
+        <source>Written: %1</source>
+        <translation>Geschrieben: %1</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,8 @@
 #include "record/record_database.h"
 #include "record/record_rows.h"
 
+#include <QHash>
+
 #include <functional>
 #include <optional>
 
@@ -63,6 +65,35 @@ struct AlarmPage
     std::optional<RecordKey> next;
 };
 
+/// How many alarms came in a time, and how they were dealt with. Each occurrence is one.
+struct AlarmFigures
+{
+    struct Span
+    {
+        qint64 begin = 0;
+        qint64 count = 0;
+        bool operator==(const Span &) const = default;
+    };
+    struct Frequent
+    {
+        qint64 station = 0;
+        QString text{};
+        qint64 occurrences = 0;
+        qint64 count = 0; ///< how often it was reported
+        bool operator==(const Frequent &) const = default;
+    };
+    static constexpr qint64 spanMs = 600'000;
+
+    qint64 came = 0;
+    QList<Span> tenMinutes{}; ///< from the beginning of the time, those in which any came, the earliest first
+    QList<Frequent> frequent{}; ///< the ten most frequent ones
+    qint64 acknowledged = 0;    ///< of those that came
+    qint64 medianMs = 0;        ///< from coming to acknowledgement
+    qint64 ninetyMs = 0;        ///< nine of ten took no longer
+    qint64 longestMs = 0;
+    qint64 standing = 0; ///< of those that came, stood for longer than a day
+};
+
 /// The times that a point of a curve stands for.
 enum class HistoryLevel { Raw, Hour, Day };
 
@@ -115,6 +146,14 @@ public:
 
     /// Whoever did anything, by their names.
     Status operators(QStringList &names);
+
+    /// Of the alarms that came from `from` and before `to`; what is not over stands until `now`.
+    Status alarmFigures(qint64 from, qint64 to, qint64 now, AlarmFigures &figures);
+    /// When each of these stations said something last; those that never did are left out.
+    Status lastHeard(const QList<qint64> &stations, QHash<qint64, qint64> &times);
+    /// When the present operator did something for the first time after another one did; 0 when there was no
+    /// other.
+    Status lastOperatorChange(qint64 &at);
 
     /// What a channel's archive has of these times (from `from`, before `to`), the oldest first.
     Status history(qint64 station, int channel, qint64 from, qint64 to,

@@ -249,6 +249,62 @@ private Q_SLOTS:
         QVERIFY(check.rows.contains(std::pair(u"event"_s, qint64{expected.size()})));
     }
 
+    void theFiguresOfATimeCountWhatCameInIt()
+    {
+        constexpr qint64 minute = 60'000;
+        constexpr qint64 day = 1440 * minute;
+        {
+            auto writer = opened();
+            // Of each: when it came, was acknowledged and was over, in minutes.
+            const std::array<std::array<qint64, 4>, 7> alarms{{{1, 99, 100, 0},
+                                                               {1, 100, 101, 101},
+                                                               {2, 109, 112, 112},
+                                                               {1, 110, 114, 0},
+                                                               {1, 119, 149, 2000},
+                                                               {2, 121, 0, 1000},
+                                                               {1, 200, 0, 0}}};
+            qint64 id = 0;
+            for (const auto &[station, first, acknowledged, over] : alarms) {
+                writer->add(AlarmRow{.id = ++id,
+                                     .station = station,
+                                     .text = u"x"_s,
+                                     .first = first * minute,
+                                     .count = 2,
+                                     .acknowledged = acknowledged * minute,
+                                     .over = over * minute});
+            }
+            id = 0;
+            for (const QString &name : {u"b"_s, u"a"_s, u"b"_s, u"a"_s, u"a"_s, QString()}) {
+                ++id;
+                EventRow done = said(id, u"x"_s, 1 + id % 2);
+                done.operatorName = name;
+                done.kind = id > 3 ? EventKind::Sent : EventKind::Notification;
+                writer->add(done);
+            }
+        }
+        RecordReader reader(m_path);
+        AlarmFigures figures;
+        QVERIFY(reader.alarmFigures(100 * minute, 200 * minute, 100 * minute + 2 * day, figures));
+        QCOMPARE(figures.came, 5);
+        QCOMPARE(figures.tenMinutes,
+                 (QList<AlarmFigures::Span>{{100 * minute, 2}, {110 * minute, 2}, {120 * minute, 1}}));
+        QCOMPARE(figures.frequent, (QList<AlarmFigures::Frequent>{{1, u"x"_s, 3, 6}, {2, u"x"_s, 2, 4}}));
+        QCOMPARE(figures.acknowledged, 4);
+        QCOMPARE(figures.medianMs, 3 * minute);
+        QCOMPARE(figures.ninetyMs, 30 * minute);
+        QCOMPARE(figures.longestMs, 30 * minute);
+        QCOMPARE(figures.standing, 2);
+        qint64 change = 0;
+        QVERIFY(reader.lastOperatorChange(change));
+        QCOMPARE(change, 4000);
+        QStringList names;
+        QVERIFY(reader.operators(names));
+        QCOMPARE(names, (QStringList{u"a"_s, u"b"_s}));
+        QHash<qint64, qint64> heard;
+        QVERIFY(reader.lastHeard({1, 2, 3}, heard));
+        QCOMPARE(heard, (QHash<qint64, qint64>{{1, 2000}, {2, 3000}}));
+    }
+
     void whatCannotBeARecordIsRefusedByName()
     {
         QVERIFY(opened()->flushNow());

@@ -402,7 +402,9 @@ void FindPage::fitColumns()
 {
     const int one = fontMetrics().horizontalAdvance(u'0');
     constexpr int margins = 16;
-    for (int column = 0; column < m_model->columnCount(); ++column) {
+    // The text of events is the last column, which has the room that is left.
+    const int fixed = m_model->columnCount() - (m_model->searched().view == RecordView::Events ? 1 : 0);
+    for (int column = 0; column < fixed; ++column) {
         m_table->setColumnWidth(column, recordWidth(m_model->searched().view, column) * one + margins);
     }
 }

@@ -5,7 +5,9 @@
 #include "platform/settings_store.h"
 
 #include <QKeyEvent>
+#include <QPointer>
 #include <QScreen>
+#include <QShortcut>
 #include <QTabWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -29,13 +31,40 @@ RecordWindow::RecordWindow(OperationalMode &mode, const FindPage::Services &serv
     setWindowIcon(icon(IconName::Search));
     m_tabs = new QTabWidget(this);
     m_tabs->setObjectName(QStringLiteral("TabStrip_record"));
-    m_find = new FindPage(m_queries, mode.recordPath(), services, m_tabs);
+    FindPage::Services own = services;
+    // The file dialog brings the window of the operational mode to the front.
+    own.askSave = [self = QPointer<RecordWindow>(this), ask = services.askSave](const QString &proposal,
+                                                                                const QString &filter) {
+        QString path = ask(proposal, filter);
+        if (self) {
+            self->raise();
+            self->activateWindow();
+        }
+        return path;
+    };
+    m_find = new FindPage(m_queries, mode.recordPath(), own, m_tabs);
     m_tabs->addTab(m_find, QString());
+    for (std::size_t kind = 0; kind < m_reports.size(); ++kind) {
+        m_reports[kind] = new ReportPage(static_cast<ReportKind>(kind), mode, m_queries, own, m_tabs);
+        m_tabs->addTab(m_reports[kind], QString());
+        connect(m_reports[kind], &ReportPage::statusMessage, this, &RecordWindow::statusMessage);
+    }
     auto *all = new QVBoxLayout(this);
     all->addWidget(m_tabs);
     connect(m_find, &FindPage::statusMessage, this, &RecordWindow::statusMessage);
     m_second->setInterval(followMs);
-    connect(m_second, &QTimer::timeout, m_find, &FindPage::follow);
+    connect(m_second, &QTimer::timeout, this, [this] {
+        if (m_find->isVisible()) {
+            m_find->follow();
+        }
+    });
+    // A list with the focus would search for the tab among its items.
+    for (const auto &[key, step] :
+         {std::pair(Qt::CTRL | Qt::Key_Tab, 1), std::pair(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, -1)}) {
+        connect(new QShortcut(key, this), &QShortcut::activated, this, [this, by = step] {
+            m_tabs->setCurrentIndex((m_tabs->currentIndex() + m_tabs->count() + by) % m_tabs->count());
+        });
+    }
     setMinimumSize(leastSize);
     constexpr QSize frame(16, 56);
     resize(usualSize.boundedTo(screen()->availableSize() - frame));
@@ -62,7 +91,13 @@ void RecordWindow::applyTexts()
 {
     setWindowTitle(tr("Record"));
     m_tabs->setTabText(0, tr("Find"));
+    m_tabs->setTabText(1, tr("Shift report"));
+    m_tabs->setTabText(2, tr("Figures"));
+    m_tabs->setTabText(3, tr("Easily overlooked"));
     m_find->applyTexts();
+    for (ReportPage *report : m_reports) {
+        report->applyTexts();
+    }
 }
 
 void RecordWindow::changeEvent(QEvent *event)

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "opmode/window/record/find_page.h"
+#include "opmode/window/record/report_page.h"
+
+#include <array>
 
 class QTabWidget;
 
@@ -37,6 +39,7 @@ private:
     QTimer *m_second;
     QTabWidget *m_tabs;
     FindPage *m_find;
+    std::array<ReportPage *, 3> m_reports; ///< by their kinds
 };
 
 } // namespace ktr

@@ -1,4 +1,5 @@
 #include "opmode/window/record/find_page.h"
+#include "opmode/window/record/record_report.h"
 #include "platform/files.h"
 #include "record/record_file.h"
 #include "record/record_writer.h"
@@ -14,6 +15,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextDocument>
 
 using namespace ktr;
 using namespace Qt::StringLiterals;
@@ -118,6 +120,54 @@ private Q_SLOTS:
         m_saveAs = m_folder->filePath(u"no/such.csv"_s);
         m_page->findChild<QPushButton *>("Cmd_record_export")->click();
         QVERIFY(m_page->findChild<QLabel *>("Label_record_problem")->text().contains(u"such.csv"_s));
+    }
+
+    /// Of a time, from letter to letter what stations and users called it.
+    void aReportHoldsWhatCameStandsAndWasDone()
+    {
+        const qint64 noon = now().toMSecsSinceEpoch();
+        constexpr qint64 anHour = 3'600'000;
+        const QString odd = u"<b>&amp;=1</b>"_s;
+        m_writer->add(AlarmRow{.id = 1, .station = 1, .text = u"before"_s, .first = noon - 30 * anHour});
+        AlarmRow came{.id = 2, .station = 2, .text = odd, .first = noon - anHour, .comment = u"known"_s};
+        came.acknowledged = came.over = noon - 1;
+        m_writer->add(came);
+        m_writer->add(EventRow{.id = m_writer->nextEventId(),
+                               .at = noon - 1,
+                               .station = 2,
+                               .kind = EventKind::Acknowledged,
+                               .text = odd,
+                               .operatorName = u"Ada"_s});
+        QVERIFY(m_writer->flushNow());
+        ReportQuestion question{.from = noon - 8 * anHour, .to = noon, .now = noon};
+        question.silent = QStringList{u"Works"_s};
+        question.offline = QStringList{u"Well"_s, u"Never heard"_s};
+        RecordReader reader(m_path);
+        const auto tables = [&](ReportKind kind) {
+            question.kind = kind;
+            const ReportAnswer answer = readReport(reader, question);
+            return reportOf(question, answer, TimeForm::Shown, QLocale::c()).tables;
+        };
+        const auto counts = [](const QList<Report::Table> &all) {
+            QList<qsizetype> rows;
+            for (const Report::Table &table : all) {
+                rows += table.rows.size();
+            }
+            return rows;
+        };
+        QCOMPARE(counts(tables(ReportKind::Shift)), (QList<qsizetype>{1, 1, 1, 1}));
+        QCOMPARE(counts(tables(ReportKind::Figures)), (QList<qsizetype>{1, 1}));
+        const QList<Report::Table> overlooked = tables(ReportKind::Overlooked);
+        QCOMPARE(counts(overlooked), (QList<qsizetype>{1, 1, 1, 0}));
+        QCOMPARE(overlooked[0].rows[0], (QStringList{u"Never heard"_s, u"never"_s, {}}));
+        question.kind = ReportKind::Shift;
+        const Report report =
+            reportOf(question, readReport(reader, question), TimeForm::WithZone, QLocale::c());
+        QVERIFY(reportCsv(report).contains((";Old well (removed);\"" + odd + "\";0;").toUtf8()));
+        QTextDocument document;
+        showReport(report, document, 9, QLocale::c());
+        QCOMPARE(document.toPlainText().count(odd), 2);
+        QVERIFY(reportPdf(report, QLocale::c()).startsWith("%PDF-"));
     }
 
 private:

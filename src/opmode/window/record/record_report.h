@@ -1,0 +1,75 @@
+#pragma once
+
+#include "opmode/alarms/alarm_book.h"
+#include "opmode/window/record/record_table.h"
+
+#include <QLocale>
+
+class QTextDocument;
+
+namespace ktr {
+
+enum class ReportKind {
+    Shift,     ///< what came, stands and was done in a time
+    Figures,   ///< how many alarms came, and how they were dealt with
+    Overlooked ///< what has been so for longer than it should
+};
+
+/// What is to be reported, and what of it the record does not hold.
+struct ReportQuestion
+{
+    ReportKind kind = ReportKind::Shift;
+    qint64 from = 0;                  ///< this time and later
+    qint64 to = 0;                    ///< before this time
+    bool sinceOperatorChange = false; ///< and not from `from`, which is taken where there was none
+    qint64 now = 0;
+    int operators = 1;    ///< who share the alarms
+    QStringList silent{}; ///< names of the stations that are online and not heard
+    QStringList offline{};
+    QList<Shelf> shelves{};
+    bool isMuted = false;
+};
+
+/// What the record holds about it.
+struct ReportAnswer
+{
+    Status status = Status::done();
+    qint64 from = 0;
+    RecordStations stations{};
+    QList<AlarmRow> came{};
+    QList<AlarmRow> standing{};
+    QList<EventRow> done{};
+    bool isCut = false; ///< there was more than a report takes
+    AlarmFigures figures{};
+    QHash<QString, qint64> heard{}; ///< when a station that is silent or offline said something last
+};
+
+/// Reads it; fit for any thread.
+ReportAnswer readReport(RecordReader &reader, const ReportQuestion &question);
+
+/// A report as it is shown, printed and written.
+struct Report
+{
+    struct Table
+    {
+        QString heading;
+        QStringList titles;
+        QList<QStringList> rows{};
+    };
+    QString title;
+    QStringList lines{};
+    QList<Table> tables{};
+};
+
+Report reportOf(const ReportQuestion &question, const ReportAnswer &answer, TimeForm form,
+                const QLocale &locale);
+
+/// Puts a report into a document, letter for letter; of each table at most so many rows, and how many more
+/// there are.
+void showReport(const Report &report, QTextDocument &document, int mostRows, const QLocale &locale);
+/// As a table for a spreadsheet.
+QByteArray reportCsv(const Report &report);
+/// As a PDF of A4 pages.
+QByteArray reportPdf(const Report &report, const QLocale &locale);
+
+} // namespace ktr
