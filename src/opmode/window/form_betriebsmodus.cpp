@@ -505,7 +505,8 @@ void Form_betriebsmodus::exportEntries()
 void Form_betriebsmodus::openRecord()
 {
     if (!m_recordWindow) {
-        m_recordWindow = new RecordWindow(m_mode, {m_services.askSave}, this);
+        m_recordWindow =
+            new RecordWindow(m_mode, {m_services.askSave, [this] { return m_mute.isMuted(); }}, this);
         connect(m_recordWindow, &RecordWindow::statusMessage, this, &Form_betriebsmodus::tell);
     }
     m_recordWindow->appear();

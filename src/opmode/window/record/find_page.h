@@ -29,6 +29,8 @@ public:
     struct Services
     {
         std::function<QString(const QString &proposal, const QString &filter)> askSave;
+        /// Whether the sound of alarms is off.
+        std::function<bool()> isMuted = [] { return false; };
         std::function<QDateTime()> now = [] { return QDateTime::currentDateTime(); };
     };
 

@@ -2,7 +2,6 @@
 
 #include "look/problem_label.h"
 #include "opmode/operational_mode.h"
-#include "opmode/window/alarm_sound.h"
 #include "platform/files.h"
 
 #include <QComboBox>
@@ -172,7 +171,7 @@ ReportQuestion ReportPage::question() const
         }
     }
     question.shelves = m_mode.alarms().shelves();
-    question.isMuted = AlarmSound::isMutedInSettings();
+    question.isMuted = m_services.isMuted();
     return question;
 }
 

@@ -43,8 +43,8 @@ private Q_SLOTS:
         m_queries = std::make_unique<RecordQueries>(m_path);
         m_page = std::make_unique<FindPage>(
             *m_queries, m_path,
-            FindPage::Services{[this](const QString &, const QString &) { return m_saveAs; },
-                               [this] { return now(); }});
+            FindPage::Services{.askSave = [this](const QString &, const QString &) { return m_saveAs; },
+                               .now = [] { return now(); }});
         m_page->show();
         QTRY_COMPARE(rows(), 200);
     }
