@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace ktr {
 
@@ -27,7 +28,12 @@ public:
     /// Takes the lock of this file, which is made where it does not exist; does not wait.
     Outcome take(const QString &path);
     void release();
+    /// What the file of a lock says of its holder, for lockHolderText(); nothing when nobody holds it. Takes
+    /// nothing, so that nobody who begins meanwhile finds it held.
+    static std::optional<QByteArray> heldBy(const QString &path);
 
+    /// What the file says of this program, after Taken.
+    const QByteArray &record() const { return m_record; }
     /// After Held: the user, the machine, the program and since when, in words for the user.
     const QString &holder() const { return m_holder; }
     /// After Impossible: why.
@@ -36,6 +42,7 @@ public:
 private:
     struct Held;
     std::unique_ptr<Held> m_held;
+    QByteArray m_record;
     QString m_holder;
     Status m_trouble = Status::done();
 };

@@ -19,19 +19,36 @@ namespace {
 /// Far behind what stands in the file: on some network shares nobody else can read a byte that is locked.
 constexpr off_t lockedByte = 0x4000'0000;
 
-/// Gives false, with the reason in errno. The lock is the descriptor's own where the system knows that.
-bool lockDescriptor(int descriptor, bool exclusive)
+struct flock lockOf(bool exclusive)
 {
     struct flock lock = {};
     lock.l_type = exclusive ? F_WRLCK : F_RDLCK;
     lock.l_whence = SEEK_SET;
     lock.l_start = lockedByte;
     lock.l_len = 1;
+    return lock;
+}
+
+/// Gives false, with the reason in errno. The lock is the descriptor's own where the system knows that.
+bool lockDescriptor(int descriptor, bool exclusive)
+{
+    struct flock lock = lockOf(exclusive);
 #ifdef F_OFD_SETLK
     return ::fcntl(descriptor, F_OFD_SETLK, &lock) == 0;
 #else
     return ::fcntl(descriptor, F_SETLK, &lock) == 0;
 #endif
+}
+
+bool isLocked(int descriptor)
+{
+    struct flock lock = lockOf(true);
+#ifdef F_OFD_GETLK
+    const int asked = ::fcntl(descriptor, F_OFD_GETLK, &lock);
+#else
+    const int asked = ::fcntl(descriptor, F_GETLK, &lock);
+#endif
+    return asked == 0 && lock.l_type != F_UNLCK;
 }
 
 QString userName()
@@ -134,14 +151,29 @@ FileLock::Outcome FileLock::take(const QString &path)
         if (isWritable) {
             held->isOwn = true;
             giveModeOfFolder(descriptor, name);
-            const QByteArray record = lockHolderRecord(userName());
+            m_record = lockHolderRecord(userName());
             // Without it the others cannot see the holder; the lock works all the same.
-            (void)!::pwrite(descriptor, record.constData(), static_cast<std::size_t>(record.size()), 0);
-            (void)!::ftruncate(descriptor, record.size());
+            (void)!::pwrite(descriptor, m_record.constData(), static_cast<std::size_t>(m_record.size()), 0);
+            (void)!::ftruncate(descriptor, m_record.size());
         }
         m_held = std::move(held);
         return Outcome::Taken;
     }
+}
+
+std::optional<QByteArray> FileLock::heldBy(const QString &path)
+{
+    const int descriptor =
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
+    if (descriptor < 0) {
+        return std::nullopt;
+    }
+    std::optional<QByteArray> holder;
+    if (isLocked(descriptor)) {
+        holder = contentOf(descriptor);
+    }
+    ::close(descriptor);
+    return holder;
 }
 
 void FileLock::release()

@@ -2,6 +2,7 @@
 #include "platform/files.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QThread>
 
 #include <windows.h>
@@ -58,10 +59,11 @@ FileLock::Outcome FileLock::take(const QString &path)
                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_DELETE_ON_CLOSE);
         if (file != INVALID_HANDLE_VALUE) {
             m_held = std::make_unique<Held>(file);
-            const QByteArray record = lockHolderRecord(qEnvironmentVariable("USERNAME"));
+            m_record = lockHolderRecord(qEnvironmentVariable("USERNAME"));
             DWORD written = 0;
             // Without it the others cannot see the holder; the lock works all the same.
-            (void)::WriteFile(file, record.constData(), static_cast<DWORD>(record.size()), &written, nullptr);
+            (void)::WriteFile(file, m_record.constData(), static_cast<DWORD>(m_record.size()), &written,
+                              nullptr);
             (void)::SetEndOfFile(file);
             return Outcome::Taken;
         }
@@ -77,6 +79,12 @@ FileLock::Outcome FileLock::take(const QString &path)
     }
     m_trouble = fileFailure(path, qt_error_string(static_cast<int>(error)));
     return Outcome::Impossible;
+}
+
+/// The file goes with its holder.
+std::optional<QByteArray> FileLock::heldBy(const QString &path)
+{
+    return QFileInfo(path).isFile() ? std::optional(contentOf(path)) : std::nullopt;
 }
 
 void FileLock::release()
