@@ -80,9 +80,9 @@ RecordCheck checkRecord(const QString &path)
         return result;
     }
     QStringList tables;
-    each(
-        u"SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'event_text%' ORDER BY name"_s,
-        [&](const QSqlQuery &row) { tables += row.value(0).toString(); });
+    each(u"SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'event_text%'"
+         " AND name NOT LIKE 'sqlite%' ORDER BY name"_s,
+         [&](const QSqlQuery &row) { tables += row.value(0).toString(); });
     for (const QString &table : tables) {
         each(u"SELECT count(*) FROM "_s + table, [&](const QSqlQuery &row) {
             result.rows.append({table, row.value(0).toLongLong()});

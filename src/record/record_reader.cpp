@@ -231,6 +231,50 @@ Status RecordReader::openAlarms(const std::function<void(const AlarmRow &)> &tak
                 });
 }
 
+Status RecordReader::alarmsChangedAfter(qint64 change,
+                                        const std::function<void(const AlarmRow &, qint64 change)> &take)
+{
+    return each(u"SELECT "_s + alarmColumns + u", changed FROM alarm WHERE changed > ? ORDER BY changed"_s,
+                {change}, [&](const QSqlQuery &row) {
+                    take(alarmOf(row), row.value(17).toLongLong());
+                    return true;
+                });
+}
+
+Status RecordReader::lastAlarmChange(qint64 &change)
+{
+    change = 0;
+    return each(u"SELECT max(changed) FROM alarm"_s, {}, [&](const QSqlQuery &row) {
+        change = row.value(0).toLongLong();
+        return true;
+    });
+}
+
+Status RecordReader::statesOfRun(const QList<EventKind> &kinds,
+                                 const std::function<void(const EventRow &)> &take)
+{
+    const QString rare = u" FROM event INDEXED BY event_rare WHERE kind >= 10 AND "_s;
+    return each(
+        u"SELECT "_s + eventColumns + u" FROM event WHERE id IN (SELECT max(id)"_s + rare + u"kind IN "_s +
+            listOf(kinds) + u" AND id > (SELECT coalesce(max(id), 0)"_s + rare +
+            u"kind = %1) GROUP BY station, kind) ORDER BY id"_s.arg(static_cast<int>(EventKind::Started)),
+        {}, [&](const QSqlQuery &row) {
+            take(eventOf(row));
+            return true;
+        });
+}
+
+Status RecordReader::beginSnapshot()
+{
+    const Status opened = open();
+    return opened ? m_database.execute(u"BEGIN"_s) : opened;
+}
+
+void RecordReader::endSnapshot()
+{
+    m_database.rollBack();
+}
+
 Status RecordReader::setting(const QString &name, std::optional<QString> &value)
 {
     value.reset();

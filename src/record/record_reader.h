@@ -135,6 +135,14 @@ public:
     Status notifications(const std::function<void(const NotificationRow &)> &take);
     /// The alarms that are not acknowledged or not over, the oldest first.
     Status openAlarms(const std::function<void(const AlarmRow &)> &take);
+    /// What each alarm is that changed behind such a number, in the order of their last changes.
+    Status alarmsChangedAfter(qint64 change,
+                              const std::function<void(const AlarmRow &, qint64 change)> &take);
+    /// The number of the last change of an alarm; 0 for none.
+    Status lastAlarmChange(qint64 &change);
+    /// The latest event of each of these kinds about each station, in the order of their numbers, since the
+    /// present or last keeper started. Kinds from Alive on alone.
+    Status statesOfRun(const QList<EventKind> &kinds, const std::function<void(const EventRow &)> &take);
     /// The value of a setting; nothing when there is none.
     Status setting(const QString &name, std::optional<QString> &value);
 
@@ -164,6 +172,10 @@ public:
     /// The input values that a channel reported, likewise.
     Status values(qint64 station, int channel, qint64 from, qint64 to,
                   const std::function<void(const ValueRow &)> &take);
+
+    /// From here to the other one all is read as it is at this moment.
+    Status beginSnapshot();
+    void endSnapshot();
 
     /// Bytes in the file.
     Status size(qint64 &bytes);

@@ -91,15 +91,16 @@ bool RowWriting::put(const AlarmRow &row)
 {
     const QString recipients = QString::fromUtf8(
         QJsonDocument(QJsonArray::fromStringList(row.recipients)).toJson(QJsonDocument::Compact));
-    return carryOut(3,
-                    "INSERT OR REPLACE INTO alarm(id, station, kind, text, priority, first, last, count,"
-                    " recipients, acknowledged, acknowledged_by, comment, over, over_why, shelved_until,"
-                    " shelved_by, shelved_why) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)",
-                    row.id, numberOrNull(row.station), static_cast<int>(row.kind), row.text, row.priority,
-                    row.first, row.last, row.count, recipients, numberOrNull(row.acknowledged),
-                    textOrNull(row.acknowledgedBy), textOrNull(row.comment), numberOrNull(row.over),
-                    textOrNull(row.overWhy), numberOrNull(row.shelvedUntil), textOrNull(row.shelvedBy),
-                    textOrNull(row.shelvedWhy));
+    return carryOut(
+        3,
+        "INSERT OR REPLACE INTO alarm(id, station, kind, text, priority, first, last, count,"
+        " recipients, acknowledged, acknowledged_by, comment, over, over_why, shelved_until,"
+        " shelved_by, shelved_why, changed) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?,"
+        " max((SELECT coalesce(max(changed), 0) + 1 FROM alarm), (SELECT coalesce(max(id), 0) FROM event)))",
+        row.id, numberOrNull(row.station), static_cast<int>(row.kind), row.text, row.priority, row.first,
+        row.last, row.count, recipients, numberOrNull(row.acknowledged), textOrNull(row.acknowledgedBy),
+        textOrNull(row.comment), numberOrNull(row.over), textOrNull(row.overWhy),
+        numberOrNull(row.shelvedUntil), textOrNull(row.shelvedBy), textOrNull(row.shelvedWhy));
 }
 
 bool RowWriting::put(const HistoryRow &row)

@@ -49,6 +49,14 @@ const QList<QStringList> &steps()
             " written_at INTEGER NOT NULL)"_s,
             u"CREATE INDEX list_file_checksum ON list_file(checksum)"_s,
         },
+        {
+            // Who follows a record sees by this number which alarms are new or changed.
+            u"ALTER TABLE alarm ADD COLUMN changed INTEGER NOT NULL DEFAULT 0"_s,
+            u"CREATE INDEX alarm_changed ON alarm(changed)"_s,
+            u"CREATE TABLE request(id INTEGER PRIMARY KEY AUTOINCREMENT, at INTEGER NOT NULL, operator TEXT,"
+            " what TEXT NOT NULL, detail TEXT NOT NULL, taken INTEGER, result TEXT)"_s,
+            u"CREATE INDEX request_new ON request(id) WHERE taken IS NULL"_s,
+        },
     };
     return all;
 }
