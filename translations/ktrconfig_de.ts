@@ -588,6 +588,10 @@
         <source>The list of stations was edited or replaced since it was written; it is followed</source>
         <translation>Die Stationsliste wurde bearbeitet oder ersetzt, seit sie geschrieben wurde; es gilt, was in ihr steht</translation>
     </message>
+    <message>
+        <source>its record does not know it as it is now</source>
+        <translation>In der Aufzeichnung steht sie nicht so, wie sie jetzt ist</translation>
+    </message>
 </context>
 <context>
     <name>FindPage</name>
@@ -2140,6 +2144,26 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Alarms are muted until %1</source>
         <translation>Alarme sind stumm bis %1</translation>
     </message>
+    <message>
+        <source>Since %1 no alarm arrives. What is shown is how it was then.</source>
+        <translation>Seit %1 kommt kein Alarm mehr an. Zu sehen ist, wie es da war.</translation>
+    </message>
+    <message>
+        <source>Nobody watches the stations</source>
+        <translation>Niemand überwacht die Stationen</translation>
+    </message>
+    <message>
+        <source>Watched by %1</source>
+        <translation>Überwacht von %1</translation>
+    </message>
+    <message>
+        <source>joined: %1</source>
+        <translation>mitgelesen bei %1</translation>
+    </message>
+    <message>
+        <source>nobody watches the stations</source>
+        <translation>niemand überwacht die Stationen</translation>
+    </message>
 </context>
 <context>
     <name>ktr::HistoryPage</name>
@@ -2332,6 +2356,21 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::JoinedList</name>
+    <message>
+        <source>The record can be read again</source>
+        <translation>Die Aufzeichnung lässt sich wieder lesen</translation>
+    </message>
+    <message>
+        <source>%1: the list is in use by %2</source>
+        <translation>%1: Die Liste wird schon benutzt, und zwar von %2</translation>
+    </message>
+    <message>
+        <source>%1: not understood: %2</source>
+        <translation>%1: nicht verstanden: %2</translation>
+    </message>
+</context>
+<context>
     <name>ktr::LimitValuePage</name>
     <message>
         <source>less than the limit</source>
@@ -2472,6 +2511,22 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Hides this message</source>
         <translation>Blendet diese Meldung aus</translation>
+    </message>
+    <message>
+        <source>Another program watches these stations; they are shown here, too</source>
+        <translation>Ein anderes Programm überwacht diese Stationen; hier sind sie auch zu sehen</translation>
+    </message>
+    <message>
+        <source>Nobody watches the stations</source>
+        <translation>Niemand überwacht die Stationen</translation>
+    </message>
+    <message>
+        <source>Watch here</source>
+        <translation>Hier überwachen</translation>
+    </message>
+    <message>
+        <source>Opens the list of stations again and talks with the modules from here</source>
+        <translation>Öffnet die Liste der Stationen neu und spricht von hier aus mit den Modulen</translation>
     </message>
 </context>
 <context>
@@ -2724,6 +2779,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>What happens cannot be written to the record: %1</source>
         <translation>Was geschieht, kann nicht aufgezeichnet werden: %1</translation>
+    </message>
+    <message>
+        <source>Another program watches the stations; it is done there</source>
+        <translation>Ein anderes Programm überwacht die Stationen; dort ist das zu tun</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,7 @@
 
 #include "opmode/keeping/list_replay.h"
 #include "opmode/tree/notifications.h"
+#include "platform/files.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -68,36 +69,11 @@ void ListOpener::takeUp(ListRecord &record, const EarlierFiles &earlier, qint64 
     }
     RecordReader reader(record.path());
     m_upto = opened.lastEvent;
-    const QString mark = listFileMark(m_file.checksum(), m_file.size());
-    Status read = readNames(reader);
-    if (read) {
-        read = findFile(reader, mark);
-    }
-    if (read) {
-        read = goOn(reader);
-    }
-    if (read) {
-        read = readTimes(reader);
-    }
-    if (read) {
-        read = reader.openAlarms([this](const AlarmRow &alarm) { m_standing += alarm; });
-    }
-    if (read && opened.endedBadly) {
+    if (opened.endedBadly) {
         const EventPage latest = reader.findEvents({}, std::nullopt, 1);
-        read = latest.status;
         m_unwatchedSince = latest.rows.isEmpty() ? 0 : latest.rows.constFirst().at;
     }
-    for (const QString &name : {QStringLiteral("rules"), QStringLiteral("shelves"),
-                                QStringLiteral("operator"), QStringLiteral("silentAfter")}) {
-        std::optional<QString> value;
-        if (read) {
-            read = reader.setting(name, value);
-        }
-        if (value) {
-            m_settings.insert(name, *value);
-        }
-    }
-    if (!read) {
+    if (const Status read = catchUp(reader); !read) {
         m_defects += read.message();
     }
     qint64 lastNumber = 0;
@@ -118,8 +94,52 @@ void ListOpener::takeUp(ListRecord &record, const EarlierFiles &earlier, qint64 
         // With what no file has had, the one that is there is no longer the list.
         m_mustSave = m_mustSave || m_takenUp > 0;
         m_upto = m_mustSave ? m_upto : record.lastEvent();
-        record.add(ListFileRow{mark, m_upto, now});
+        record.add(ListFileRow{mark(), m_upto, now});
     }
+}
+
+Status ListOpener::join(RecordReader &reader)
+{
+    Status read = catchUp(reader);
+    if (read && m_isFollowing) {
+        read = fileFailure(m_file.path(),
+                           QCoreApplication::translate("Files", "its record does not know it as it is now"));
+    }
+    return read;
+}
+
+/// From the file to where the record is, with all that stands there.
+Status ListOpener::catchUp(RecordReader &reader)
+{
+    Status read = readNames(reader);
+    if (read) {
+        read = findFile(reader);
+    }
+    if (read) {
+        read = goOn(reader);
+    }
+    if (read) {
+        read = readTimes(reader);
+    }
+    if (read) {
+        read = reader.openAlarms([this](const AlarmRow &alarm) { m_standing += alarm; });
+    }
+    for (const QString &name : {QStringLiteral("rules"), QStringLiteral("shelves"),
+                                QStringLiteral("operator"), QStringLiteral("silentAfter")}) {
+        std::optional<QString> value;
+        if (read) {
+            read = reader.setting(name, value);
+        }
+        if (value) {
+            m_settings.insert(name, *value);
+        }
+    }
+    return read;
+}
+
+QString ListOpener::mark() const
+{
+    return listFileMark(m_file.checksum(), m_file.size());
 }
 
 std::optional<QString> ListOpener::setting(const QString &name) const
@@ -159,10 +179,10 @@ Status ListOpener::readNames(RecordReader &reader)
 
 /// The event up to which the file that is there, or the one that was there last, has what happened; the
 /// largest number when there was none yet.
-Status ListOpener::findFile(RecordReader &reader, const QString &mark)
+Status ListOpener::findFile(RecordReader &reader)
 {
     std::optional<qint64> upto;
-    Status read = reader.lastListFile(mark, upto);
+    Status read = reader.lastListFile(mark(), upto);
     m_isFollowing = !upto;
     if (read && !upto) {
         read = reader.lastListFile({}, upto);
@@ -209,7 +229,9 @@ Status ListOpener::goOn(RecordReader &reader)
         return read;
     }
     ListReplay replay(m_tree, m_names, m_attributes);
+    m_lastEvent = m_upto;
     return reader.eventsAfter(m_upto, [&](const EventRow &event) {
+        m_lastEvent = event.id;
         if (!(event.id < followed && isAboutTheList(event.kind)) && replay.carryOut(event)) {
             ++m_takenUp;
         }

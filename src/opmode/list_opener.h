@@ -22,6 +22,11 @@ public:
     /// among the defects, nothing is recorded.
     void takeUp(ListRecord &record, const EarlierFiles &earlier, qint64 now);
 
+    /// The same to look on while another program keeps the list: nothing is written. A failure: the record
+    /// does not know the file, or cannot be read. What is read belongs together when the reader has a
+    /// snapshot.
+    Status join(RecordReader &reader);
+
     ListLoader::Attributes takeAttributes() { return std::move(m_attributes); }
     /// What was lost or has to be looked at, a line each.
     const QStringList &defects() const { return m_defects; }
@@ -33,6 +38,10 @@ public:
     qsizetype takenUp() const { return m_takenUp; }
     /// The event up to which the file is up to date.
     qint64 upto() const { return m_upto; }
+    /// The keys of the stations by their numbers.
+    const QHash<qint64, QString> &names() const { return m_names; }
+    /// The last event that the tree has.
+    qint64 lastEvent() const { return m_lastEvent; }
     /// The file does not have what was taken over, and is to be written soon.
     bool mustSave() const { return m_mustSave; }
     const QList<AlarmRow> &standing() const { return m_standing; }
@@ -42,7 +51,9 @@ public:
 
 private:
     bool takeOver(const EarlierFiles &earlier);
-    Status findFile(RecordReader &reader, const QString &mark);
+    Status catchUp(RecordReader &reader);
+    QString mark() const;
+    Status findFile(RecordReader &reader);
     Status goOn(RecordReader &reader);
     Status readNames(RecordReader &reader);
     Status readTimes(RecordReader &reader);
@@ -61,6 +72,7 @@ private:
     QHash<QString, QString> m_settings;
     qint64 m_unwatchedSince = 0;
     qint64 m_upto = 0;
+    qint64 m_lastEvent = 0;
     qsizetype m_takenUp = 0;
     bool m_isFollowing = false;
     bool m_mustSave = false;

@@ -55,17 +55,6 @@ QStringList filesOf(const QString &nodesPath)
     return {earlier.journal(), earlier.times(), nodesPath};
 }
 
-StationEvent eventOf(const QString &kennung, StationChange what, const DatagramLoss &loss)
-{
-    QString text = what == StationChange::LossBegan  ? QStringLiteral("begins")
-                   : what == StationChange::LossOver ? QStringLiteral("over")
-                                                     : QStringLiteral("goes on");
-    if (loss.dropped > 0) {
-        text += QStringLiteral(": %1 datagrams dropped").arg(loss.dropped);
-    }
-    return {kennung, loss.isFlood ? StationEvent::Kind::Flood : StationEvent::Kind::Loss, text};
-}
-
 } // namespace
 
 OperationalMode::OperationalMode(const Services &services, const StationCaptions &captions, QObject *parent)
@@ -104,7 +93,13 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
 {
     clearTree();
     m_defects.clear();
+    m_states.clear();
     m_path = nodesPath;
+    if (use == Use::Look) {
+        Status joined = join();
+        m_hindrance = joined ? Hindrance::None : Hindrance::InUse;
+        return joined;
+    }
     if (Status locked = takeLock(use); !locked) {
         m_hindrance = Hindrance::InUse;
         return locked;
@@ -141,6 +136,67 @@ void OperationalMode::setLongestSilence(int minutes)
 {
     m_watchAlarms.setLongestSilence(minutes);
     m_record->add(SettingRow{silenceSetting, QString::number(minutes)});
+}
+
+Status OperationalMode::join()
+{
+    m_lockTrouble.clear();
+    m_file.emplace(m_path);
+    beginRecord();
+    m_joined =
+        std::make_unique<JoinedList>(JoinedList::Parts{m_tree, m_stations, m_scheduler, m_trends, *m_record,
+                                                       m_alarms, m_services.timers, m_services.environment},
+                                     m_path);
+    connect(m_joined.get(), &JoinedList::happened, this, &OperationalMode::happened);
+    connect(m_joined.get(), &JoinedList::statusMessage, this, &OperationalMode::statusMessage);
+    connect(m_joined.get(), &JoinedList::alarmRaised, this, &OperationalMode::alarmRaised);
+    connect(m_joined.get(), &JoinedList::stationChanged, this,
+            [this](const QString &kennung) { showStatus(*m_stations.Item(kennung)); });
+    connect(m_joined.get(), &JoinedList::keeperChanged, this, &OperationalMode::keeperChanged);
+    connect(m_joined.get(), &JoinedList::replaced, this, &OperationalMode::joinAgain,
+            Qt::QueuedConnection); // not from inside its own call
+    Status joined = m_joined->open(*m_file);
+    if (!joined) {
+        m_joined.reset();
+        clearTree();
+        return joined;
+    }
+    for (const QString &defect : m_joined->defects()) {
+        tellDefect(defect);
+    }
+    if (const std::optional<QString> rules = m_joined->rules()) {
+        m_alarms.setRules(AlarmRules::fromJson(*rules).value_or(AlarmRules()));
+    }
+    m_isOpen = true;
+    return joined;
+}
+
+/// Of a list that was edited or replaced, which who keeps it follows.
+void OperationalMode::joinAgain()
+{
+    const qint64 told = m_joined->lastEvent();
+    closeWithoutFile();
+    const Status joined = open(m_path, Use::Look);
+    if (joined) {
+        m_joined->tellWhatCameAfter(told);
+    } else {
+        Q_EMIT statusMessage(joined.message());
+    }
+    Q_EMIT joinedAgain(joined);
+}
+
+std::optional<QDateTime> OperationalMode::unwatchedSince() const
+{
+    return m_joined ? m_joined->unkeptSince() : std::nullopt;
+}
+
+/// What is asked for here is another program's to do.
+bool OperationalMode::isDoneElsewhere()
+{
+    if (m_joined) {
+        Q_EMIT statusMessage(tr("Another program watches the stations; it is done there"));
+    }
+    return m_joined != nullptr;
 }
 
 Status OperationalMode::takeLock(Use use)
@@ -245,6 +301,7 @@ void OperationalMode::takeUp(ListOpener &list)
         [this](const QString &trouble) { Q_EMIT statusMessage(trouble); }, m_services.filesInBetween);
     if (m_record->isOpen()) {
         m_record->writer().setSettled([this] { recordSettled(); });
+        m_record->add(SettingRow{keeperSetting(), QString::fromUtf8(m_lock.record())});
         m_record->add(EventKind::Started, {}, moment(), m_path, ListRecord::By::Program);
     }
     m_savesSoon = list.mustSave();
@@ -364,7 +421,7 @@ qint64 OperationalMode::moment() const
 
 QString OperationalMode::recordPath() const
 {
-    return m_record->isOpen() ? m_record->path() : QString();
+    return m_record->isOpen() || m_joined ? m_record->path() : QString();
 }
 
 void OperationalMode::setOperator(const QString &name)
@@ -381,6 +438,9 @@ StationRow OperationalMode::rowOf(const QString &kennung) const
 
 QString OperationalMode::addStation(const QString &name, const QString &hostAddress)
 {
+    if (isDoneElsewhere()) {
+        return {};
+    }
     const QString wanted = QString::fromStdString(storedText(name)).trimmed();
     if (wanted.isEmpty() || wanted.contains(u'/')) {
         return {};
@@ -399,6 +459,9 @@ QString OperationalMode::addStation(const QString &name, const QString &hostAddr
 
 void OperationalMode::removeStation(const QString &kennung)
 {
+    if (isDoneElsewhere()) {
+        return;
+    }
     m_stations.Remove(kennung);
     m_scheduler.remove(kennung);
     m_trends.remove(kennung);
@@ -418,6 +481,12 @@ void OperationalMode::rename(const QString &kennung, const QString &before)
     if (!m_isOpen) { // it is being loaded
         return;
     }
+    if (m_joined) {
+        if (!m_joined->isCarryingOut() && isDoneElsewhere()) {
+            m_joined->showName(kennung, before);
+        }
+        return;
+    }
     const StationRow row = rowOf(kennung);
     m_record->add(row);
     const QJsonObject detail{{QLatin1String("before"), before}};
@@ -427,6 +496,9 @@ void OperationalMode::rename(const QString &kennung, const QString &before)
 
 void OperationalMode::setHostAddress(const QString &kennung, const QString &hostAddress)
 {
+    if (isDoneElsewhere()) {
+        return;
+    }
     cStation *station = m_stations.Item(kennung);
     if (station == nullptr || station->hostAddress() == hostAddress) {
         return;
@@ -442,6 +514,9 @@ void OperationalMode::setHostAddress(const QString &kennung, const QString &host
 
 void OperationalMode::setOnline(const QString &kennung, bool online)
 {
+    if (isDoneElsewhere()) {
+        return;
+    }
     cStation *station = m_stations.Item(kennung);
     if (station == nullptr) {
         return;
@@ -466,6 +541,10 @@ void OperationalMode::letGo(cStation &station)
 
 void OperationalMode::takeArrived()
 {
+    if (m_joined) {
+        m_joined->takeArrived();
+        return;
+    }
     m_stations.forEach([](cStation &station) { station.handleWaiting(); });
 }
 
@@ -480,6 +559,9 @@ void OperationalMode::setAllOnline(bool online)
 
 void OperationalMode::setExclusive(const QString &kennung, bool exclusive)
 {
+    if (isDoneElsewhere()) {
+        return;
+    }
     if (cStation *station = m_stations.Item(kennung)) {
         station->setExclusiveMode(exclusive);
         keep(kennung);
@@ -489,6 +571,9 @@ void OperationalMode::setExclusive(const QString &kennung, bool exclusive)
 
 void OperationalMode::setSchedule(const QString &kennung, const ExclusiveSchedule &schedule)
 {
+    if (isDoneElsewhere()) {
+        return;
+    }
     if (cStation *station = m_stations.Item(kennung)) {
         m_scheduler.setSchedule(kennung, schedule);
         m_scheduler.switchToPresentState(*station);
@@ -508,6 +593,9 @@ StationAttributes OperationalMode::attributes(const QString &kennung) const
 
 bool OperationalMode::requestValues(const QString &kennung)
 {
+    if (isDoneElsewhere()) {
+        return false;
+    }
     cStation *station = m_stations.Item(kennung);
     return station != nullptr && station->send(allValues);
 }
@@ -516,6 +604,9 @@ QString OperationalMode::stationAt(const QString &hostAddress) const
 {
     const QString wanted = comparable(hostAddress);
     QString found;
+    if (m_joined) { // there is none to let go of
+        return found;
+    }
     m_stations.forEach([&](const cStation &station) {
         if (found.isEmpty() && station.online() && comparable(station.hostAddress()) == wanted) {
             found = station.kennung();
@@ -545,9 +636,11 @@ void OperationalMode::applyMessage(const QString &kennung, const QString &text)
 {
     using Kind = StationEvent::Kind;
     const StationMessage message = interpretStationMessage(text);
-    const StationTree::Outcome outcome = m_tree.apply(kennung, message, m_services.environment.now());
+    const QDateTime now = m_services.environment.now();
+    const qint64 at = now.toMSecsSinceEpoch();
+    const StationTree::Outcome outcome = m_tree.apply(kennung, message, now);
     if (const auto *report = std::get_if<InputValuesMessage>(&message)) {
-        m_trends.add(kennung, report->values, m_services.environment.now());
+        m_trends.add(kennung, report->values, now);
     }
     const Kind kind = std::visit(Overloaded{[](const NotificationMessage &) { return Kind::Notification; },
                                             [](const InputValuesMessage &) { return Kind::Values; },
@@ -555,8 +648,8 @@ void OperationalMode::applyMessage(const QString &kennung, const QString &text)
                                             [](const UnusableMessage &) { return Kind::Values; },
                                             [](const NoStationMessage &) { return Kind::Message; }},
                                  message);
-    const bool isUrgent = keepMessage(kennung, text, message, outcome) != 0 || outcome.alarm;
-    Q_EMIT happened({kennung, kind, kind == Kind::Message ? withoutPin(text) : withoutMark(text)});
+    const bool isUrgent = keepMessage(kennung, text, message, outcome, at) != 0 || outcome.alarm;
+    Q_EMIT happened({kennung, kind, kind == Kind::Message ? withoutPin(text) : withoutMark(text), at});
     if (!outcome.unusable.isEmpty()) {
         Q_EMIT statusMessage(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
     }
@@ -572,9 +665,9 @@ void OperationalMode::applyMessage(const QString &kennung, const QString &text)
 /// The message, what it makes of its notification and of the alarm, and what it reports. Gives the alarm's
 /// number, 0 where there is none.
 qint64 OperationalMode::keepMessage(const QString &kennung, const QString &text,
-                                    const StationMessage &message, const StationTree::Outcome &outcome)
+                                    const StationMessage &message, const StationTree::Outcome &outcome,
+                                    qint64 at)
 {
-    const qint64 at = moment();
     qint64 alarm = 0;
     EventKind kind = EventKind::OtherMessage;
     if (const auto *notification = std::get_if<NotificationMessage>(&message)) {
@@ -621,44 +714,21 @@ void OperationalMode::recordSettled()
 }
 
 /// To those who look on, and to the record.
-void OperationalMode::tell(const StationEvent &event, EventKind kind)
-{
-    m_record->add(kind, event.kennung, moment(), event.text, ListRecord::By::Program);
-    Q_EMIT happened(event);
-}
-
 void OperationalMode::onStationChanged(const QString &kennung, StationChange what)
 {
-    using Kind = StationEvent::Kind;
     const cStation &station = *m_stations.Item(kennung);
     m_watchAlarms.take(m_record->number(kennung), what, station.loss());
-    switch (what) {
-    case StationChange::Alive:
-        tell({kennung, Kind::Alive, station.hostAddress()}, EventKind::Alive);
-        break;
-    case StationChange::Silent:
-        tell({kennung, Kind::Silent, station.hostAddress()}, EventKind::Silent);
-        break;
-    case StationChange::Quality:
-        tell({kennung, Kind::Quality, station.csq()}, EventKind::Quality);
-        break;
-    case StationChange::PukNeeded:
-        m_services.beep();
-        tell({kennung, Kind::Puk, QStringLiteral("needed")}, EventKind::Puk);
-        break;
-    case StationChange::PukCleared:
-        tell({kennung, Kind::Puk, QStringLiteral("cleared")}, EventKind::Puk);
-        break;
-    case StationChange::LossBegan:
-    case StationChange::LossOver:
-        Q_EMIT statusMessage(kennung + QLatin1String(": ") + textOf(*station.loss()));
-        tell(eventOf(kennung, what, *station.loss()), EventKind::Flood);
-        break;
-    case StationChange::LossGoesOn: // its beginning and its end are kept
-        Q_EMIT happened(eventOf(kennung, what, *station.loss()));
-        break;
-    case StationChange::TextDelivered:
-        break;
+    if (what != StationChange::TextDelivered) {
+        const StationEvent told = stateEvent(station, what, moment());
+        if (std::optional<EventRow> event = m_states.news(station, what, told)) {
+            m_record->add(event->kind, kennung, told.at, event->text, ListRecord::By::Program, event->detail);
+        }
+        if (what == StationChange::PukNeeded) {
+            m_services.beep();
+        } else if (what == StationChange::LossBegan || what == StationChange::LossOver) {
+            Q_EMIT statusMessage(kennung + QLatin1String(": ") + ktr::textOf(*station.loss()));
+        }
+        Q_EMIT happened(told);
     }
     showStatus(station);
 }
@@ -694,8 +764,13 @@ void OperationalMode::closeWithoutFile()
 
 void OperationalMode::removeAll()
 {
+    if (m_joined) { // their states are not this program's, and nothing of them is told
+        m_stations.forEach([](cStation &station) { station.show({}); });
+        m_joined.reset();
+    }
     if (m_isOpen) {
         m_record->add(EventKind::Stopped, {}, moment(), m_path, ListRecord::By::Program);
+        m_record->add(SettingRow{keeperSetting(), {}});
     }
     m_isOpen = false;
     m_minute->stop();
@@ -761,6 +836,9 @@ Status OperationalMode::acknowledgeAlarms(const QList<qint64> &alarms)
 
 Status OperationalMode::acknowledge(const QModelIndexList &entries, QList<qint64> alarms)
 {
+    if (m_joined) {
+        return Status::failed(tr("Another program watches the stations; it is done there"));
+    }
     const QDateTime now = m_services.environment.now();
     const qint64 at = now.toMSecsSinceEpoch();
     const QList<NodeChange> changes = acknowledgementOf(entries, m_tree, now);

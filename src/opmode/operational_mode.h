@@ -3,24 +3,17 @@
 #include "opmode/alarms/alarm_book.h"
 #include "opmode/delayed_answers.h"
 #include "opmode/exclusive_scheduler.h"
+#include "opmode/joined_list.h"
 #include "opmode/keeping/earlier/earlier_files.h"
 #include "opmode/keeping/nodes_keeper.h"
 #include "opmode/station/value_trends.h"
+#include "opmode/station_states.h"
 #include "opmode/watch_alarms.h"
 #include "platform/file_lock.h"
 
 #include <QSet>
 
 namespace ktr {
-
-/// Something that a station did, as it is told outside of the tree.
-struct StationEvent
-{
-    enum class Kind { Notification, Values, History, Message, Quality, Puk, Alive, Silent, Flood, Loss };
-    QString kennung;
-    Kind kind;
-    QString text;
-};
 
 /// What changed and cannot be written at the moment: a crash would lose it.
 struct UnkeptChanges
@@ -49,9 +42,10 @@ public:
         NodesKeeper::Limits filesInBetween = {};
     };
     enum class Use {
-        Keep,       ///< what happens is kept in the record, and in the file at the end
-        Watch,      ///< the file is read only
-        WatchAnyway ///< also while another program watches these stations: modules answer who announced last
+        Keep,        ///< what happens is kept in the record, and in the file at the end
+        Watch,       ///< the file is read only
+        WatchAnyway, ///< also while another program watches these stations: modules answer who announced last
+        Look         ///< what another program keeps is shown and followed; no module is talked to
     };
     /// What keeps a list from being watched.
     enum class Hindrance {
@@ -72,6 +66,12 @@ public:
     const QStringList &defects() const { return m_defects; }
     /// Why it would not be noticed when another program watched the list, too; empty when it would.
     const QString &lockTrouble() const { return m_lockTrouble; }
+    /// Whether another program keeps the list that is shown, or did: Use::Look.
+    bool isJoined() const { return m_joined != nullptr; }
+    /// Who keeps the list that was joined, in words; empty: nobody does any more.
+    QString keeper() const { return m_joined ? m_joined->keeper() : QString(); }
+    /// Since when nobody watches the stations of the list that was joined.
+    std::optional<QDateTime> unwatchedSince() const;
     /// Nothing while all is written, or is about to be.
     std::optional<UnkeptChanges> unkeptChanges() const;
     /// Puts a list that is unusable aside, with what belongs to it, and begins an empty one in its place.
@@ -153,6 +153,10 @@ Q_SIGNALS:
     /// Changes cannot be written, there are more of them, or they are written again.
     void unkeptChangesChanged();
     void happened(const ktr::StationEvent &event);
+    /// Nobody keeps the list that was joined any more, or somebody does again.
+    void keeperChanged();
+    /// The list that was joined is shown anew, or, where hindrance() tells of one, no more.
+    void joinedAgain(const ktr::Status &status);
     /// An alarm arrived; the entry is in the tree and red.
     void alarmRaised(const QModelIndex &entry);
     /// Something of a station that is no node of the tree changed.
@@ -165,6 +169,9 @@ private:
     bool answersLater(const QString &kennung);
     void answerKept();
     Status takeLock(Use use);
+    Status join();
+    void joinAgain();
+    bool isDoneElsewhere();
     Status load(Use use, QHash<QString, StationAttributes> &attributes);
     void beginRecord();
     void takeUp(class ListOpener &list);
@@ -174,9 +181,8 @@ private:
     void tellUnkept();
     void beginWatchAlarms(const Status &loaded);
     void takeUpAlarms(const QList<AlarmRow> &standing, const QList<Shelf> &shelves);
-    void tell(const StationEvent &event, EventKind kind);
     qint64 keepMessage(const QString &kennung, const QString &text, const StationMessage &message,
-                       const StationTree::Outcome &outcome);
+                       const StationTree::Outcome &outcome, qint64 at);
     void keepAlarm(const AlarmRow &alarm);
     Status acknowledge(const QModelIndexList &entries, QList<qint64> alarms);
     void rename(const QString &kennung, const QString &before);
@@ -212,8 +218,10 @@ private:
     std::optional<NodesFile> m_file;
     std::optional<ListRecord> m_record;  ///< always there; while a list is kept it is open
     std::optional<NodesKeeper> m_keeper; ///< when the file is to be written
+    StationStates m_states;              ///< that the record has
     AlarmBook m_alarms;
     WatchAlarms m_watchAlarms;
+    std::unique_ptr<JoinedList> m_joined;
     qint64 m_unwatchedSince = 0; ///< the last run ended badly
     qint64 m_lastAlarm = 0;      ///< where there is no record
     QString m_operator;

@@ -722,6 +722,57 @@ private Q_SLOTS:
                  (QStringList{QStringLiteral("nodes.xml"), QStringLiteral("record.sqlite")}));
     }
 
+    /// Each thing once, in order, and shown as where it is kept.
+    void anotherProgramJoinsAList()
+    {
+        const QString s = QStringLiteral("S");
+        Run first(m_folder->path());
+        first.mode->addStation(s, QStringLiteral("10.0.0.7"));
+        first.mode->setOnline(s, true);
+        first.say(0, "M,Alarm DI1 fail");
+        QVERIFY(first.mode->keepsChanges());
+        Run second(m_folder->path());
+        QVERIFY(second.mode->open(second.path, OperationalMode::Use::Look));
+        QCOMPARE(second.mode->station(s)->liveness(), cStation::Liveness::Alive);
+        const auto compare = [&] {
+            QVERIFY(first.mode->keepsChanges());
+            second.timers.advance(ListFollower::period);
+            QCOMPARE(shownBy(*second.mode), shownBy(*first.mode));
+            QCOMPARE(second.mode->alarms().standing(), first.mode->alarms().standing());
+        };
+        compare();
+        first.events.clear();
+        first.alarms.clear();
+        for (int i = 0; i < 3 * ListFollower::slice; ++i) {
+            first.say(0, "M,text " + QByteArray::number(i));
+        }
+        first.say(0, "M,Alarm DI1 fail");
+        first.say(0, "M,Alarm DI2 fail");
+        first.say(0, "H10E1D25.09.2012Z09:45W21.5I1020;H10E1D25.09.2012Z10:45W21.6I1020;");
+        first.lines[0]->say("+CSQ: 18,0\r\n");
+        first.lines[0]->say("+CPIN: SIM PUK\r\n");
+        first.lines[0]->lose({3, true, false});
+        compare();
+        QCOMPARE(second.alarms, first.alarms);
+        QCOMPARE(told(second.events), told(first.events));
+        QVERIFY(first.mode->acknowledge({first.node(alarmKey)}));
+        first.mode->tree().setData(first.node(s), QStringLiteral("T"));
+        first.mode->addStation(QStringLiteral("U"), QStringLiteral("10.0.0.8"));
+        first.mode->setSchedule(s, {QStringLiteral("10:00"), 1, QStringLiteral("11:00"), 2});
+        compare();
+        first.mode->removeStation(s);
+        first.mode->setOnline(QStringLiteral("U"), true);
+        compare();
+        QCOMPARE(second.lines.size(), 2);
+        QVERIFY(second.lines[1]->opened.isEmpty() && !second.mode->unwatchedSince());
+        QVERIFY(first.mode->close());
+        second.timers.advance(ListFollower::period);
+        QVERIFY(second.mode->unwatchedSince() && second.mode->keeper().isEmpty());
+        second.mode->closeWithoutFile();
+        QVERIFY(second.mode->open(second.path, OperationalMode::Use::Keep) && !second.mode->isJoined());
+        QVERIFY(second.lines.last()->isOpen());
+    }
+
     /// Its module forgets an alarm once it is answered.
     void anAlarmIsAnsweredWhenTheDiskHasIt()
     {
@@ -755,6 +806,44 @@ private Q_SLOTS:
     }
 
 private:
+    /// All of the tree and of its stations that the eyes see.
+    static QStringList shownBy(const OperationalMode &mode)
+    {
+        QStringList lines;
+        const StationTree &tree = mode.tree();
+        const std::function<void(const QModelIndex &)> add = [&](const QModelIndex &node) {
+            QStringList parts{node.data(StationTree::KeyRole).toString()};
+            for (const int role :
+                 {int{Qt::EditRole}, int{StationTree::ColourRole}, int{StationTree::AlarmCountRole},
+                  int{StationTree::ReceivedRole}, int{StationTree::CountRole},
+                  int{StationTree::AcknowledgedRole}, int{StationTree::RaisedRole}}) {
+                parts += node.data(role).toString();
+            }
+            lines += parts.join(u'|');
+            for (int row = 0; row < tree.rowCount(node); ++row) {
+                add(tree.index(row, 0, node));
+            }
+        };
+        for (int row = 0; row < tree.rowCount(); ++row) {
+            add(tree.index(row, 0));
+        }
+        mode.stations().forEach([&](const cStation &station) {
+            const StationAttributes attributes = mode.attributes(station.kennung());
+            lines += toJson(attributes) + station.csq() + (station.pukNeeded() ? u'p' : u'-') +
+                     QString::number(int(station.liveness())) +
+                     (station.loss() ? QString::number(station.loss()->dropped) : QString());
+        });
+        return lines;
+    }
+    static QStringList told(const QList<StationEvent> &events)
+    {
+        QStringList lines;
+        for (const StationEvent &event : events) {
+            lines +=
+                QString::number(event.at) + event.kennung + QString::number(int(event.kind)) + event.text;
+        }
+        return lines;
+    }
     QString file(const char *name) const { return m_folder->filePath(QString::fromLatin1(name)); }
 
     std::unique_ptr<QTemporaryDir> m_folder;

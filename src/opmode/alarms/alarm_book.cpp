@@ -29,6 +29,21 @@ void AlarmBook::load(const QList<AlarmRow> &standing, const QList<Shelf> &shelve
     Q_EMIT reset();
 }
 
+void AlarmBook::follow(const AlarmRow &row)
+{
+    const AlarmRow *before = alarm(row.id);
+    if (before == nullptr) {
+        if (row.acknowledged == 0 || row.over == 0) {
+            put(row, row.acknowledged == 0 ? Change::Came : Change::Other);
+        }
+    } else if (*before != row) {
+        put(row, before->acknowledged == 0 && row.acknowledged != 0 ? Change::Acknowledged
+                 : before->over == 0 && row.over != 0               ? Change::Over
+                 : row.count > before->count                        ? Change::CameAgain
+                                                                    : Change::Other);
+    }
+}
+
 const AlarmRow *AlarmBook::alarm(qint64 id) const
 {
     const auto found = m_standing.find(id);

@@ -41,6 +41,9 @@ public:
     /// Begins anew with the alarms that stood at the end of the last run. Nothing is told of it but reset().
     void load(const QList<AlarmRow> &standing, const QList<Shelf> &shelves);
 
+    /// What an alarm is now, as another program says whose alarms these are.
+    void follow(const AlarmRow &alarm);
+
     /// A notification of a station: an alarm, the end of some, or neither. Gives the alarm's number, or 0.
     qint64 take(qint64 station, const QString &number, const QString &text, qint64 at);
     /// Something about the watching itself, which stands until end(). Told once; the same text of the same

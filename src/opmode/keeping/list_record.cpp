@@ -41,13 +41,19 @@ OpenedRecord ListRecord::open()
 
 void ListRecord::begin(const OpenedRecord &opened, const QHash<qint64, QString> &names, qint64 lastNumber)
 {
-    m_names = names;
-    for (auto name = names.cbegin(); name != names.cend(); ++name) {
-        m_numbers.insert(*name, name.key());
-    }
+    know(names);
     m_lastNumber = lastNumber;
     m_lastEvent = opened.lastEvent;
     m_writer.emplace(m_path, opened, m_timers, m_troubleChanged);
+}
+
+void ListRecord::know(const QHash<qint64, QString> &names)
+{
+    m_names = names;
+    m_numbers.clear();
+    for (auto name = names.cbegin(); name != names.cend(); ++name) {
+        m_numbers.insert(*name, name.key());
+    }
 }
 
 qint64 ListRecord::addStation(const QString &kennung)
@@ -112,6 +118,11 @@ void ListRecord::addContent(const QString &kennung, qint64 at, const StationMess
                           },
                           [](const auto &) {}},
                message);
+}
+
+QString keeperSetting()
+{
+    return QStringLiteral("keeper");
 }
 
 QString listFileMark(quint64 checksum, qint64 size)

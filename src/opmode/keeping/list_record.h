@@ -25,6 +25,8 @@ public:
     /// From now on rows are written; the names are the stations' keys by their numbers, of which the highest
     /// one was given last.
     void begin(const OpenedRecord &opened, const QHash<qint64, QString> &names, qint64 lastNumber);
+    /// The stations of a record that another program writes.
+    void know(const QHash<qint64, QString> &names);
     bool isOpen() const { return m_writer.has_value(); }
     const QString &path() const { return m_path; }
     /// Only while it is open.
@@ -68,6 +70,9 @@ private:
     qint64 m_lastEvent = 0;
     QString m_operator;
 };
+
+/// The setting in which who keeps a list stands as it does in the lock's file.
+QString keeperSetting();
 
 /// How the record calls a file of nodes of this content.
 QString listFileMark(quint64 checksum, qint64 size);

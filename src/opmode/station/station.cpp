@@ -135,6 +135,17 @@ void cStation::linesLost(const DatagramLoss &loss)
     }
 }
 
+void cStation::show(const Seen &seen)
+{
+    m_online = seen.online;
+    m_liveness = seen.liveness;
+    m_state = seen.liveness == Liveness::Alive ? alive : qint16{0};
+    m_csq = seen.csq;
+    m_pukNeeded = seen.pukNeeded;
+    m_loss = seen.loss;
+    m_lastHeard = seen.lastHeard;
+}
+
 void cStation::Tmr_sendSettle_Timer()
 {
     m_sendSettling = false;

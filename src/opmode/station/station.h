@@ -118,6 +118,18 @@ public:
     /// Set by who sends; the station only clears it.
     void setSendSettling(bool sendSettling) { m_sendSettling = sendSettling; }
 
+    /// What another program that talks with the module says of it; this one does not.
+    struct Seen
+    {
+        bool online = false;
+        Liveness liveness = Liveness::Unknown;
+        QString csq = QStringLiteral("99,99");
+        bool pukNeeded = false;
+        std::optional<DatagramLoss> loss = {};
+        qint64 lastHeard = 0;
+    };
+    void show(const Seen &seen);
+
     /// Gets every line with its direction in front; nobody listens at first.
     std::function<void(const QString &line)> traced;
 

@@ -73,6 +73,8 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     connect(&m_mode, &OperationalMode::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_mode, &OperationalMode::recovered, m_messages, &MessageLine::pin);
     connect(&m_mode, &OperationalMode::unkeptChangesChanged, this, &Form_betriebsmodus::showUnkept);
+    connect(&m_mode, &OperationalMode::keeperChanged, this, &Form_betriebsmodus::showKeeper);
+    connect(&m_mode, &OperationalMode::joinedAgain, this, &Form_betriebsmodus::showHindrance);
     connect(&m_mode, &OperationalMode::happened, this, &Form_betriebsmodus::tellLiveness);
     connect(&m_mode, &OperationalMode::stationChanged, this, [this](const QString &kennung) {
         if (kennung == chosen()) {
@@ -143,10 +145,17 @@ void Form_betriebsmodus::layOut()
     connect(m_listBanner, &ListBanner::emptyWanted, this, &Form_betriebsmodus::beginEmptyList);
     m_lockBanner = new ListBanner(body);
     m_lockBanner->setObjectName(QStringLiteral("LockBanner"));
+    m_joinedBanner = new ListBanner(body);
+    m_joinedBanner->setObjectName(QStringLiteral("JoinedBanner"));
+    connect(m_joinedBanner, &ListBanner::watchWanted, this, [this] {
+        m_mode.closeWithoutFile();
+        openList();
+    });
     m_unkeptBanner = new ListBanner(body);
     m_unkeptBanner->setObjectName(QStringLiteral("UnkeptBanner"));
     column->addWidget(m_listBanner);
     column->addWidget(m_lockBanner);
+    column->addWidget(m_joinedBanner);
     column->addLayout(top);
     column->addWidget(m_splitter, 1);
     column->addWidget(m_unkeptBanner); // it comes in the middle of the work, and moves nothing down
@@ -285,6 +294,7 @@ void Form_betriebsmodus::applyTexts()
     showMute();
     m_listBanner->applyTexts();
     m_lockBanner->applyTexts();
+    showKeeper();
     showUnkept();
     m_messages->applyTexts();
     m_pages->applyTexts();
@@ -308,9 +318,15 @@ void Form_betriebsmodus::open(const QString &nodesPath)
     openList();
 }
 
+/// What another program keeps is joined.
 void Form_betriebsmodus::openList()
 {
-    showHindrance(m_mode.open(m_nodesPath, OperationalMode::Use::Keep));
+    using Use = OperationalMode::Use;
+    Status opened = m_mode.open(m_nodesPath, Use::Keep);
+    if (m_mode.hindrance() == OperationalMode::Hindrance::InUse) {
+        opened = m_mode.open(m_nodesPath, Use::Look);
+    }
+    showHindrance(opened);
 }
 
 /// Also when there is none (any more).
@@ -318,7 +334,7 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
 {
     using Hindrance = OperationalMode::Hindrance;
     const Hindrance hindrance = m_mode.hindrance();
-    if (m_mode.stations().Count() == 0 && hindrance != Hindrance::InUse) {
+    if (m_mode.stations().Count() == 0 && hindrance != Hindrance::InUse && !m_mode.isJoined()) {
         m_mode.addStation(m_texts.text(Text::NewNotification));
     }
     m_tree->setCurrentIndex(m_mode.tree().index(0, 0));
@@ -330,6 +346,7 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
     m_menus->setListUsable(isUsable);
     m_menus->setRecorded(!m_mode.recordPath().isEmpty());
     m_lockBanner->hide();
+    showKeeper();
     if (isUsable) {
         if (!m_mode.lockTrouble().isEmpty()) {
             m_lockBanner->tellUnlocked(m_mode.lockTrouble());
@@ -360,6 +377,22 @@ void Form_betriebsmodus::showDefects()
     showBox(tr("Not all of the list of stations is as it was. What is there is watched; what is damaged is "
                "kept under another name, which stands at the end.") +
             QLatin1String("\n\n") + defects);
+}
+
+/// Of a list that is watched elsewhere: who does, or that nobody does any more.
+void Form_betriebsmodus::showKeeper()
+{
+    showTitle();
+    if (!m_mode.isJoined()) {
+        m_joinedBanner->hide();
+    } else if (const std::optional<QDateTime> since = m_mode.unwatchedSince()) {
+        const QString line = tr("Since %1 no alarm arrives. What is shown is how it was then.")
+                                 .arg(shownMoment(since->toMSecsSinceEpoch()));
+        m_joinedBanner->tellUnwatched(line);
+        m_messages->tell(tr("Nobody watches the stations") + QLatin1String(". ") + line);
+    } else {
+        m_joinedBanner->tellJoined(tr("Watched by %1").arg(m_mode.keeper()));
+    }
 }
 
 void Form_betriebsmodus::showUnkept()
@@ -453,7 +486,12 @@ void Form_betriebsmodus::tellLiveness(const StationEvent &event)
 
 void Form_betriebsmodus::showTitle()
 {
-    const QString title = programName + QLatin1String("  ") + m_texts.text(Text::OperationalMode);
+    QString title = programName + QLatin1String("  ") + m_texts.text(Text::OperationalMode);
+    if (m_mode.isJoined() && !m_mode.unwatchedSince()) {
+        title += QStringLiteral(" – ") + tr("joined: %1").arg(m_mode.keeper());
+    } else if (m_mode.isJoined()) {
+        title += QStringLiteral(" – ") + tr("nobody watches the stations");
+    }
     setWindowTitle(titleWithAlarms(title, m_alarms.unacknowledged()));
 }
 
@@ -468,6 +506,9 @@ void Form_betriebsmodus::enableActions()
 {
     const QString kennung = m_mode.hindrance() == OperationalMode::Hindrance::None ? chosen() : QString();
     m_menus->setStation(!kennung.isEmpty(), m_mode.attributes(kennung).online);
+    if (m_mode.isJoined()) { // the module talks with the program that watches it
+        m_menus->mnu_konfiguration->setEnabled(false);
+    }
 }
 
 bool Form_betriebsmodus::ask(const QString &question)

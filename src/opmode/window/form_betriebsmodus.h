@@ -82,6 +82,7 @@ private:
     void openList();
     void showHindrance(const Status &opened);
     void showDefects();
+    void showKeeper();
     void showUnkept();
     void showBox(const QString &message);
     void beginEmptyList();
@@ -117,6 +118,7 @@ private:
     OpmodeMenus *m_menus;
     ListBanner *m_listBanner;
     ListBanner *m_lockBanner;
+    ListBanner *m_joinedBanner;
     ListBanner *m_unkeptBanner;
     AlarmBar *m_alarmBar;
     QLabel *m_noAlarm;

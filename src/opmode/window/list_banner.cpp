@@ -25,7 +25,8 @@ ListBanner::ListBanner(QWidget *parent)
       m_reason(new QLabel(this)),
       m_retry(new QPushButton(this)),
       m_empty(new QPushButton(this)),
-      m_noted(new QPushButton(this))
+      m_noted(new QPushButton(this)),
+      m_watch(new QPushButton(this))
 {
     setObjectName(QStringLiteral("ListBanner"));
     m_headline->setObjectName(QStringLiteral("lbl_list"));
@@ -37,7 +38,8 @@ ListBanner::ListBanner(QWidget *parent)
     m_retry->setObjectName(QStringLiteral("Cmd_list_retry"));
     m_empty->setObjectName(QStringLiteral("Cmd_list_empty"));
     m_noted->setObjectName(QStringLiteral("Cmd_list_noted"));
-    for (QPushButton *button : {m_retry, m_empty, m_noted}) {
+    m_watch->setObjectName(QStringLiteral("Cmd_list_watch"));
+    for (QPushButton *button : {m_retry, m_empty, m_noted, m_watch}) {
         button->setAutoDefault(false);
     }
 
@@ -53,10 +55,12 @@ ListBanner::ListBanner(QWidget *parent)
     row->addWidget(m_retry);
     row->addWidget(m_empty);
     row->addWidget(m_noted);
+    row->addWidget(m_watch);
 
     connect(m_retry, &QPushButton::clicked, this, &ListBanner::retryWanted);
     connect(m_empty, &QPushButton::clicked, this, &ListBanner::emptyWanted);
     connect(m_noted, &QPushButton::clicked, this, &QWidget::hide);
+    connect(m_watch, &QPushButton::clicked, this, &ListBanner::watchWanted);
     takeColours();
     applyTexts();
     hide();
@@ -83,9 +87,21 @@ void ListBanner::tellUnkept(const QString &reason)
     show(Topic::Unkept, reason);
 }
 
+void ListBanner::tellJoined(const QString &keeper)
+{
+    show(Topic::Joined, keeper);
+}
+
+void ListBanner::tellUnwatched(const QString &since)
+{
+    show(Topic::Unwatched, since);
+}
+
 void ListBanner::show(Topic topic, const QString &reason)
 {
     m_topic = topic;
+    takeColours();
+    m_watch->setVisible(topic == Topic::Unwatched);
     m_retry->setVisible(topic == Topic::NotWatched);
     m_empty->hide();
     m_noted->setVisible(topic == Topic::Defects || topic == Topic::Unlocked);
@@ -104,6 +120,10 @@ QString ListBanner::headline() const
         return tr("Not all of the list of stations is as it was");
     case Topic::Unlocked:
         return tr("Another program could watch these stations unnoticed");
+    case Topic::Joined:
+        return tr("Another program watches these stations; they are shown here, too");
+    case Topic::Unwatched:
+        return tr("Nobody watches the stations");
     case Topic::Unkept:
         return tr("Alarms and changes cannot be written to the disk");
     }
@@ -118,22 +138,26 @@ void ListBanner::applyTexts()
     m_retry->setToolTip(tr("Opens the list of stations again"));
     m_empty->setText(tr("Begin an empty list"));
     m_empty->setToolTip(tr("Keeps the list that cannot be used under another name and begins an empty one"));
+    m_watch->setText(tr("Watch here"));
+    m_watch->setToolTip(tr("Opens the list of stations again and talks with the modules from here"));
     m_noted->setText(tr("Noted"));
     m_noted->setToolTip(m_topic == Topic::Unlocked
                             ? tr("Hides this message")
                             : tr("Hides this message; the damaged file is kept under another name"));
-    for (QPushButton *button : {m_retry, m_empty, m_noted}) {
+    for (QPushButton *button : {m_retry, m_empty, m_noted, m_watch}) {
         button->setFixedWidth(button->fontMetrics().horizontalAdvance(button->text()) + 28);
     }
 }
 
 void ListBanner::takeColours()
 {
-    const QPalette red = alarmBarPalette(QApplication::palette());
-    if (palette() != red) {
-        setPalette(red);
+    const bool isCalm = m_topic == Topic::Joined;
+    const QPalette wanted = isCalm ? QApplication::palette() : alarmBarPalette(QApplication::palette());
+    if (palette() != wanted) {
+        setPalette(wanted);
     }
-    m_icon->setPixmap(icon(IconName::Warning).pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    m_icon->setPixmap(icon(isCalm ? IconName::Information : IconName::Warning)
+                          .pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
     QFont bold = font();
     bold.setBold(true);
     m_headline->setFont(bold);

@@ -24,6 +24,10 @@ public:
     void tellUnlocked(const QString &reason);
     /// Changes cannot be written. It stays until hide().
     void tellUnkept(const QString &reason);
+    /// Another program watches the list, which is shown here, too. It stays until hide().
+    void tellJoined(const QString &keeper);
+    /// Nobody watches the list that is shown any more. It stays until hide().
+    void tellUnwatched(const QString &since);
     /// Puts the captions in place; called again when the language changes.
     void applyTexts();
 
@@ -32,6 +36,8 @@ Q_SIGNALS:
     void retryWanted();
     /// The user wants to begin with an empty list.
     void emptyWanted();
+    /// The user wants the stations to be watched by this program.
+    void watchWanted();
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -39,7 +45,7 @@ protected:
 
 private:
     void takeColours();
-    enum class Topic { NotWatched, Defects, Unlocked, Unkept };
+    enum class Topic { NotWatched, Defects, Unlocked, Unkept, Joined, Unwatched };
     void show(Topic topic, const QString &reason);
     QString headline() const;
 
@@ -51,6 +57,7 @@ private:
     QPushButton *m_retry;
     QPushButton *m_empty;
     QPushButton *m_noted;
+    QPushButton *m_watch;
 };
 
 } // namespace ktr

@@ -482,13 +482,31 @@ private Q_SLOTS:
         QVERIFY(!isTold("LockBanner", ""));
     }
 
-    void aListThatAnotherProgramWatchesIsWatchedOnceThatIsOver()
+    void aListThatAnotherProgramWatchesIsJoinedOrWatchedOnceThatIsOver()
     {
         open({"A"});
         m_mode->setHostAddress("A", "10.0.0.7");
         m_mode->setOnline("A", true);
-        QVERIFY(m_window->close());
-        cleanupWindow();
+        {
+            OperationalMode viewer(
+                {test::fixedEnvironment(), m_timers, [] { return std::make_unique<test::RecordedLine>(); }},
+                {});
+            QVERIFY(m_mode->keepsChanges());
+            Form_betriebsmodus second(viewer, m_texts, {m_timers, test::english(), {}, {}});
+            second.show();
+            second.open(path("nodes.xml"));
+            auto *joined = second.findChild<QWidget *>("JoinedBanner");
+            auto *watch = joined->findChild<QPushButton *>("Cmd_list_watch");
+            QVERIFY(viewer.isJoined() && joined->isVisible() && !watch->isVisible());
+            QVERIFY(second.windowTitle().contains(QSysInfo::machineHostName()));
+            QVERIFY(m_window->close());
+            cleanupWindow();
+            m_timers.advance(ListFollower::period);
+            QVERIFY(!second.windowTitle().contains(QSysInfo::machineHostName()));
+            press(joined, "Cmd_list_watch");
+            QVERIFY(!viewer.isJoined() && !joined->isVisible());
+            QVERIFY(second.close());
+        }
         FileLock other;
         QCOMPARE(other.take(listLockPath(path("nodes.xml"))), FileLock::Outcome::Taken);
         openWindow();

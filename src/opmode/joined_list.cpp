@@ -1,0 +1,210 @@
+#include "opmode/joined_list.h"
+
+#include "opmode/list_opener.h"
+#include "opmode/station_states.h"
+
+namespace ktr {
+
+JoinedList::JoinedList(const Parts &parts, const QString &nodesPath, QObject *parent)
+    : QObject(parent),
+      m_parts(parts),
+      m_replay(parts.tree, m_names, m_attributes),
+      m_follower(nodesPath, parts.timers,
+                 {[this](const EventRow &event) { take(event); },
+                  [this](const AlarmRow &alarm) { m_parts.alarms.follow(alarm); }, [this] { looked(); },
+                  [this](const QString &trouble) {
+                      Q_EMIT statusMessage(trouble.isEmpty() ? tr("The record can be read again") : trouble);
+                  }})
+{}
+
+Status JoinedList::open(NodesFile &file)
+{
+    if (!m_follower.isOfRecord()) {
+        return Status::failed(tr("%1: the list is in use by %2").arg(file.path(), m_follower.holder()));
+    }
+    ListOpener list(file, m_parts.tree);
+    Status opened = list.loadFile();
+    m_defects = list.defects();
+    RecordReader &reader = m_follower.reader();
+    if (opened) {
+        opened = reader.beginSnapshot();
+    }
+    qint64 lastAlarmChange = 0;
+    QList<EventRow> states;
+    if (opened) {
+        opened = list.join(reader);
+        if (opened) {
+            opened = reader.lastAlarmChange(lastAlarmChange);
+        }
+        if (opened) {
+            opened = reader.statesOfRun(stateKinds(), [&](const EventRow &event) { states += event; });
+        }
+        reader.endSnapshot();
+    }
+    if (!opened) {
+        return opened;
+    }
+    m_names = list.names();
+    m_attributes = list.takeAttributes();
+    m_rules = list.setting(QStringLiteral("rules"));
+    m_parts.record.know(m_names);
+    for (const EventRow &event : std::as_const(states)) {
+        takeState(m_seen[m_names.value(event.station)], event);
+    }
+    for (int row = 0; row < m_parts.tree.rowCount(); ++row) {
+        const QString kennung = m_parts.tree.index(row, 0).data(StationTree::KeyRole).toString();
+        m_parts.stations.addStation(kennung, {});
+        showStation(kennung);
+    }
+    m_parts.alarms.load(list.standing(), {});
+    m_follower.start(list.lastEvent(), lastAlarmChange);
+    showKeeper();
+    return Status::done();
+}
+
+void JoinedList::takeArrived()
+{
+    m_follower.drain();
+}
+
+void JoinedList::tellWhatCameAfter(qint64 event)
+{
+    (void)m_follower.reader().eventsAfter(event, [&](const EventRow &row) {
+        if (row.id <= lastEvent()) {
+            if (const auto told = toldAs(row, m_names.value(row.station))) {
+                Q_EMIT happened(*told);
+            }
+        }
+        return row.id < lastEvent();
+    });
+}
+
+void JoinedList::take(const EventRow &event)
+{
+    const QString kennung = m_names.value(event.station);
+    switch (event.kind) {
+    case EventKind::Notification:
+    case EventKind::Values:
+    case EventKind::History:
+    case EventKind::OtherMessage:
+        takeMessage(event, kennung);
+        break;
+    case EventKind::Alive:
+    case EventKind::Silent:
+    case EventKind::Quality:
+    case EventKind::Puk:
+    case EventKind::Flood:
+        takeState(m_seen[kennung], event);
+        Q_EMIT happened(*toldAs(event, kennung));
+        showStation(kennung);
+        break;
+    case EventKind::Started: // what the one before knew of the stations is over
+        m_seen.clear();
+        m_parts.stations.forEach([this](const cStation &station) { showStation(station.kennung()); });
+        break;
+    case EventKind::ListFollowed:
+        m_isReplaced = true;
+        break;
+    default:
+        takeListEvent(event, kennung);
+    }
+}
+
+void JoinedList::takeMessage(const EventRow &event, const QString &kennung)
+{
+    const StationMessage message = interpretStationMessage(event.text);
+    const QDateTime at = QDateTime::fromMSecsSinceEpoch(event.at);
+    const StationTree::Outcome outcome = m_parts.tree.apply(kennung, message, at);
+    if (const auto *report = std::get_if<InputValuesMessage>(&message)) {
+        m_parts.trends.add(kennung, report->values, at);
+    }
+    takeState(m_seen[kennung], event);
+    Q_EMIT happened(*toldAs(event, kennung));
+    if (!outcome.unusable.isEmpty()) {
+        Q_EMIT statusMessage(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
+    }
+    if (outcome.alarm) {
+        Q_EMIT alarmRaised(outcome.entry);
+    }
+    showStation(kennung);
+}
+
+/// What operators do, and the list of stations.
+void JoinedList::takeListEvent(const EventRow &event, const QString &kennung)
+{
+    if (event.kind == EventKind::StationRemoved) {
+        m_parts.stations.Remove(kennung);
+        m_parts.scheduler.remove(kennung);
+        m_parts.trends.remove(kennung);
+        m_seen.remove(kennung);
+    }
+    const StationAttributes before = m_attributes.value(kennung);
+    m_isCarryingOut = true;
+    const bool isCarriedOut = m_replay.carryOut(event);
+    m_isCarryingOut = false;
+    if (!isCarriedOut) {
+        return;
+    }
+    m_parts.record.know(m_names);
+    if (event.kind == EventKind::StationAdded) {
+        m_parts.stations.addStation(event.text, {});
+        showStation(event.text);
+    } else if (event.kind == EventKind::Attributes) {
+        const StationAttributes now = m_attributes.value(kennung);
+        cStation::Seen &seen = m_seen[kennung];
+        if (now.online != before.online || now.hostAddress != before.hostAddress) { // what it said is over
+            const bool pukNeeded = seen.pukNeeded;
+            seen = {};
+            seen.pukNeeded = pukNeeded;
+        }
+        showStation(kennung);
+    }
+}
+
+void JoinedList::showName(const QString &kennung, const QString &name)
+{
+    m_isCarryingOut = true;
+    (void)m_parts.tree.setData(m_parts.tree.find(kennung), name);
+    m_isCarryingOut = false;
+}
+
+void JoinedList::showStation(const QString &kennung)
+{
+    cStation *station = m_parts.stations.Item(kennung);
+    if (station == nullptr) {
+        return;
+    }
+    const StationAttributes attributes = m_attributes.value(kennung);
+    cStation::Seen seen = m_seen.value(kennung);
+    seen.online = attributes.online;
+    if (attributes.exclusiveMode) {
+        seen.csq = cStation::Seen().csq;
+    }
+    station->setHostAddress(attributes.hostAddress);
+    station->setExclusiveMode(attributes.exclusiveMode);
+    station->show(seen);
+    m_parts.scheduler.setSchedule(kennung, attributes.schedule);
+    Q_EMIT stationChanged(kennung);
+}
+
+void JoinedList::showKeeper()
+{
+    const QString keeper = this->keeper();
+    m_unkeptSince = !keeper.isEmpty() ? std::nullopt
+                    : m_unkeptSince   ? m_unkeptSince
+                                      : std::optional(m_parts.environment.now());
+    m_keeper = keeper;
+}
+
+void JoinedList::looked()
+{
+    if (m_keeper != keeper()) {
+        showKeeper();
+        Q_EMIT keeperChanged();
+    }
+    if (std::exchange(m_isReplaced, false)) {
+        Q_EMIT replaced();
+    }
+}
+
+} // namespace ktr

@@ -1,0 +1,97 @@
+#pragma once
+
+#include "opmode/alarms/alarm_book.h"
+#include "opmode/exclusive_scheduler.h"
+#include "opmode/keeping/list_record.h"
+#include "opmode/keeping/list_replay.h"
+#include "opmode/keeping/nodes_file.h"
+#include "opmode/list_follower.h"
+#include "opmode/station/value_trends.h"
+#include "opmode/station_event.h"
+
+#include <QObject>
+
+namespace ktr {
+
+class ListOpener;
+
+/// A list that another program keeps, as it is shown here: tree, stations, trends and alarms become what that
+/// program's record says, as soon as it says so. Nothing is written, and no module is talked to.
+class JoinedList : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What the list is shown in. All must outlive it.
+    struct Parts
+    {
+        StationTree &tree;
+        cStations &stations;
+        ExclusiveScheduler &scheduler;
+        ValueTrends &trends;
+        ListRecord &record;
+        AlarmBook &alarms;
+        Timers &timers;
+        const Environment &environment;
+    };
+
+    JoinedList(const Parts &parts, const QString &nodesPath, QObject *parent = nullptr);
+
+    /// Makes the empty parts what file and record say. A failure: who holds the list writes no record of it
+    /// (yet), or one of the two cannot be read.
+    Status open(NodesFile &file);
+    /// Tells what is there by now.
+    void takeArrived();
+    /// The last event that was told, or that was there when it was opened.
+    qint64 lastEvent() const { return m_follower.lastEvent(); }
+    /// Tells what stations said between such an event and the opening, which the tree has already.
+    void tellWhatCameAfter(qint64 event);
+
+    /// What happens to the tree is what the other program did.
+    bool isCarryingOut() const { return m_isCarryingOut; }
+    /// Gives a station its name of before.
+    void showName(const QString &kennung, const QString &name);
+
+    /// Who keeps the list, in words; empty: nobody does.
+    QString keeper() const { return m_follower.isOfRecord() ? m_follower.holder() : QString(); }
+    /// Since when nobody keeps it, as far as is known here.
+    const std::optional<QDateTime> &unkeptSince() const { return m_unkeptSince; }
+    /// What the tree had when it was opened.
+    const QStringList &defects() const { return m_defects; }
+    /// The settings that the record had.
+    std::optional<QString> rules() const { return m_rules; }
+
+Q_SIGNALS:
+    void happened(const ktr::StationEvent &event);
+    void statusMessage(const QString &line);
+    void alarmRaised(const QModelIndex &entry);
+    /// A station's state is to be shown anew.
+    void stationChanged(const QString &kennung);
+    /// Somebody keeps the list no more, or again.
+    void keeperChanged();
+    /// The list is no more the one that was opened: it is to be opened again.
+    void replaced();
+
+private:
+    void take(const EventRow &event);
+    void takeMessage(const EventRow &event, const QString &kennung);
+    void takeListEvent(const EventRow &event, const QString &kennung);
+    void looked();
+    void showStation(const QString &kennung);
+    void showKeeper();
+
+    Parts m_parts;
+    QHash<qint64, QString> m_names;
+    QHash<QString, StationAttributes> m_attributes;
+    QHash<QString, cStation::Seen> m_seen;
+    ListReplay m_replay;
+    ListFollower m_follower;
+    std::optional<QDateTime> m_unkeptSince;
+    QString m_keeper;
+    QStringList m_defects;
+    std::optional<QString> m_rules;
+    bool m_isCarryingOut = false;
+    bool m_isReplaced = false;
+};
+
+} // namespace ktr

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "platform/timers.h"
+#include "record/record_reader.h"
+
+#include <QByteArray>
+
+#include <memory>
+
+namespace ktr {
+
+/// Follows a list of stations that another program keeps: four times a second it looks whether its record has
+/// something new, and whether that program still holds the list. What is new is told in slices, so that the
+/// thread answers meanwhile.
+class ListFollower
+{
+public:
+    static constexpr Milliseconds period{250};
+    /// So many events are told at a time.
+    static constexpr qsizetype slice = 200;
+
+    struct Listener
+    {
+        /// Each event once, in their order; then what alarms became.
+        std::function<void(const EventRow &)> event;
+        std::function<void(const AlarmRow &)> alarm;
+        /// The end of each look; the follower may be destroyed in there.
+        std::function<void()> looked;
+        /// The record cannot be read, once; an empty text when it can again.
+        std::function<void(const QString &)> trouble;
+    };
+
+    ListFollower(const QString &nodesPath, Timers &timers, Listener listener);
+
+    /// For what is to be read before start().
+    RecordReader &reader() { return *m_reader; }
+    /// Whether who holds the list writes this record, or nobody holds it. Told by each look again.
+    bool isOfRecord() const { return m_isOfRecord; }
+    /// Who holds the list, in words; empty: nobody does.
+    QString holder() const;
+    /// Goes on behind an event and a change of an alarm that are known.
+    void start(qint64 lastEvent, qint64 lastAlarmChange);
+    /// Tells all that is there now.
+    void drain();
+    qint64 lastEvent() const { return m_lastEvent; }
+    /// Looks who holds the list.
+    void lookAtHolder();
+
+private:
+    void look();
+    Status read();
+    void lookLater(Milliseconds delay);
+
+    QString m_path;
+    QString m_lockPath;
+    Listener m_listener;
+    std::unique_ptr<OneShotTimer> m_timer;
+    std::unique_ptr<RecordReader> m_reader;
+    std::optional<QByteArray> m_holder; ///< what the lock's file says
+    bool m_isOfRecord = false;
+    qint64 m_version = 0;
+    qint64 m_lastEvent = 0;
+    qint64 m_lastAlarmChange = 0;
+    bool m_hasMore = false;
+    QString m_trouble;
+};
+
+} // namespace ktr
