@@ -446,11 +446,11 @@ QByteArray reportPdf(const Report &report, const QLocale &locale)
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     QPdfWriter writer(&buffer);
-    constexpr int pointsAnInch = 72;
-    constexpr qreal margin = 42;
-    constexpr qreal footer = 20;
+    constexpr int dotsAnInch = 1200; // at few of them letters stand unevenly
+    constexpr qreal margin = 0.6 * dotsAnInch;
+    constexpr qreal footer = 0.3 * dotsAnInch;
     constexpr qreal letters = 8;
-    writer.setResolution(pointsAnInch);
+    writer.setResolution(dotsAnInch);
     writer.setTitle(report.title);
     writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Landscape, QMarginsF()));
     QTextDocument document;
