@@ -10,6 +10,8 @@ namespace {
 
 /// Of alarms so many are read again, since each may have become another.
 constexpr int mostReadAgain = 1000;
+/// What takes long to find is looked for more seldom: for a tenth of the time.
+constexpr int rest = 10;
 
 } // namespace
 
@@ -38,6 +40,7 @@ RecordModel::Names RecordModel::readNames(RecordReader &reader)
 void RecordModel::search(const RecordSearch &search)
 {
     m_queries.withdraw(&m_newsAsker); // its answer would belong to what was searched before
+    m_tookMs = 0;
     beginResetModel();
     m_search = search;
     m_lines.clear();
@@ -104,9 +107,11 @@ void RecordModel::takeNames(Names names)
 
 void RecordModel::followRecord()
 {
-    if (m_isSearching || m_queries.isWaitedFor(&m_newsAsker)) {
+    if (m_isSearching || m_queries.isWaitedFor(&m_newsAsker) ||
+        (m_followed.isValid() && m_followed.elapsed() < rest * m_tookMs)) {
         return;
     }
+    m_followed.start();
     const int limit = m_search.view == RecordView::Events
                           ? pageSize
                           : std::clamp(static_cast<int>(m_lines.size()), pageSize, mostReadAgain);
@@ -126,6 +131,7 @@ void RecordModel::followRecord()
 void RecordModel::takeNews(News news)
 {
     m_version = news.version;
+    m_tookMs = m_followed.elapsed();
     if (!news.page) {
         return;
     }

@@ -4,6 +4,7 @@
 #include "record/record_queries.h"
 
 #include <QAbstractTableModel>
+#include <QElapsedTimer>
 
 namespace ktr {
 
@@ -81,6 +82,8 @@ private:
     RecordStations m_stations;
     QStringList m_operators;
     qint64 m_version = 0;
+    QElapsedTimer m_followed;    ///< since the last time it was looked for what is new
+    qint64 m_tookMs = 0;         ///< until it was found
     const char m_namesAsker = 0; ///< their addresses are who asks
     const char m_newsAsker = 0;
 };
