@@ -594,41 +594,6 @@
     </message>
 </context>
 <context>
-    <name>FindPage</name>
-    <message>
-        <source>All kinds</source>
-        <translation>Alle Arten</translation>
-    </message>
-    <message>
-        <source>Notifications</source>
-        <translation>Meldungen</translation>
-    </message>
-    <message>
-        <source>About alarms</source>
-        <translation>Zu Alarmen</translation>
-    </message>
-    <message>
-        <source>Input values</source>
-        <translation>Eingangswerte</translation>
-    </message>
-    <message>
-        <source>History</source>
-        <translation>Historie</translation>
-    </message>
-    <message>
-        <source>Connections</source>
-        <translation>Verbindungen</translation>
-    </message>
-    <message>
-        <source>Operators&apos; actions</source>
-        <translation>Handlungen der Bediener</translation>
-    </message>
-    <message>
-        <source>Program</source>
-        <translation>Programm</translation>
-    </message>
-</context>
-<context>
     <name>OutsideTexts</name>
     <message>
         <source>%1… [%2 characters left out] …%3</source>
@@ -2014,6 +1979,38 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1: entries exported: %2</source>
         <translation>%1: exportierte Einträge: %2</translation>
+    </message>
+    <message>
+        <source>All kinds</source>
+        <translation>Alle Arten</translation>
+    </message>
+    <message>
+        <source>Notifications</source>
+        <translation>Meldungen</translation>
+    </message>
+    <message>
+        <source>About alarms</source>
+        <translation>Zu Alarmen</translation>
+    </message>
+    <message>
+        <source>Input values</source>
+        <translation>Eingangswerte</translation>
+    </message>
+    <message>
+        <source>History</source>
+        <translation>Historie</translation>
+    </message>
+    <message>
+        <source>Connections</source>
+        <translation>Verbindungen</translation>
+    </message>
+    <message>
+        <source>Operators&apos; actions</source>
+        <translation>Handlungen der Bediener</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Programm</translation>
     </message>
 </context>
 <context>

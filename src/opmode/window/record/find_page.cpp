@@ -41,16 +41,16 @@ const QList<KindChoice> &kindChoices()
 {
     using enum EventKind;
     static const QList<KindChoice> choices{
-        {QT_TRANSLATE_NOOP("FindPage", "All kinds"), {}},
-        {QT_TRANSLATE_NOOP("FindPage", "Notifications"), {Notification, OtherMessage}},
-        {QT_TRANSLATE_NOOP("FindPage", "About alarms"), {}, true},
-        {QT_TRANSLATE_NOOP("FindPage", "Input values"), {Values}},
-        {QT_TRANSLATE_NOOP("FindPage", "History"), {History}},
-        {QT_TRANSLATE_NOOP("FindPage", "Connections"), {Alive, Silent, Quality, Puk, Flood}},
-        {QT_TRANSLATE_NOOP("FindPage", "Operators' actions"),
+        {QT_TRANSLATE_NOOP("ktr::FindPage", "All kinds"), {}},
+        {QT_TRANSLATE_NOOP("ktr::FindPage", "Notifications"), {Notification, OtherMessage}},
+        {QT_TRANSLATE_NOOP("ktr::FindPage", "About alarms"), {}, true},
+        {QT_TRANSLATE_NOOP("ktr::FindPage", "Input values"), {Values}},
+        {QT_TRANSLATE_NOOP("ktr::FindPage", "History"), {History}},
+        {QT_TRANSLATE_NOOP("ktr::FindPage", "Connections"), {Alive, Silent, Quality, Puk, Flood}},
+        {QT_TRANSLATE_NOOP("ktr::FindPage", "Operators' actions"),
          {StationAdded, StationRemoved, StationRenamed, Attributes, EntryRemoved, Acknowledged, Commented,
           Shelved, Unshelved, Sent, Note}},
-        {QT_TRANSLATE_NOOP("FindPage", "Program"), {Started, Stopped, ListFollowed, Trouble}},
+        {QT_TRANSLATE_NOOP("ktr::FindPage", "Program"), {Started, Stopped, ListFollowed, Trouble}},
     };
     return choices;
 }
@@ -119,8 +119,8 @@ void FindPage::layOut()
     m_period = named(new QComboBox(this), "Combo_record_period");
     m_from = timeField("Date_record_from");
     m_to = timeField("Date_record_to");
-    m_station = named(new QLineEdit(this), "Text_record_station");
     m_text = named(new QLineEdit(this), "Text_record_text");
+    m_station = named(new QLineEdit(this), "Text_record_station");
     m_text->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
     for (QLineEdit *field : {m_station, m_text}) {
         field->setClearButtonEnabled(true);
