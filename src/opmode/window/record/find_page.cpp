@@ -27,6 +27,8 @@ namespace ktr {
 
 namespace {
 
+using namespace Qt::StringLiterals;
+
 constexpr int pauseMs = 300;
 constexpr int rowHeight = 28;
 
@@ -61,6 +63,12 @@ QString nameless(const QComboBox &box)
 }
 
 } // namespace
+
+int dateFieldWidth(const QWidget &field)
+{
+    constexpr int frameAndButton = 60;
+    return field.fontMetrics().horizontalAdvance(u"00.00.0000 00:00"_s) + frameAndButton;
+}
 
 FindPage::FindPage(RecordQueries &queries, QString recordPath, Services services, QWidget *parent)
     : QWidget(parent),
@@ -103,6 +111,7 @@ QDateTimeEdit *FindPage::timeField(const char *name)
     field->setObjectName(QLatin1String(name));
     field->setDisplayFormat(QStringLiteral("dd.MM.yyyy HH:mm"));
     field->setCalendarPopup(true);
+    field->setMinimumWidth(dateFieldWidth(*field));
     return field;
 }
 

@@ -20,6 +20,9 @@ namespace ktr {
 class ProblemLabel;
 class RecordExport;
 
+/// The least width of a field for day, month, year, hour and minute.
+int dateFieldWidth(const QWidget &field);
+
 /// Finds what happened and what became of alarms.
 class FindPage : public QWidget
 {

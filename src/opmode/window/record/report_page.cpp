@@ -57,6 +57,7 @@ ReportPage::ReportPage(ReportKind kind, OperationalMode &mode, RecordQueries &qu
     for (QDateTimeEdit *field : {m_from, m_to}) {
         field->setDisplayFormat(QStringLiteral("dd.MM.yyyy HH:mm"));
         field->setCalendarPopup(true);
+        field->setMinimumWidth(dateFieldWidth(*field));
         field->hide();
         connect(field, &QDateTimeEdit::editingFinished, this, &ReportPage::read);
     }
