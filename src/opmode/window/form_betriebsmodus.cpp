@@ -506,8 +506,13 @@ void Form_betriebsmodus::enableActions()
 {
     const QString kennung = m_mode.hindrance() == OperationalMode::Hindrance::None ? chosen() : QString();
     m_menus->setStation(!kennung.isEmpty(), m_mode.attributes(kennung).online);
-    if (m_mode.isJoined()) { // the module talks with the program that watches it
-        m_menus->mnu_konfiguration->setEnabled(false);
+    if (m_mode.isJoined()) { // that is done where the stations are watched
+        for (QAction *action :
+             {m_menus->mnu_station_add, m_menus->mnu_station_list, m_menus->mnu_station_rename,
+              m_menus->mnu_station_del, m_menus->mnu_station_online, m_menus->mnu_station_allonline,
+              m_menus->mnu_station_alloffline, m_menus->mnu_konfiguration}) {
+            action->setEnabled(false);
+        }
     }
 }
 

@@ -199,6 +199,10 @@ void StationPage::showNow()
     if (shown == nullptr) {
         return;
     }
+    for (QWidget *input :
+         std::initializer_list<QWidget *>{m_name, m_address, Check_pic0_online, m_exclusiveCard}) {
+        input->setEnabled(!mode().isJoined()); // that is done where the stations are watched
+    }
     const QModelIndex node = mode().tree().find(kennung());
     const auto status = node.data(StationTree::StatusRole).value<StationStatus>();
     const bool isLent = mode().isLent(kennung());
