@@ -76,11 +76,23 @@ int watch(const Arguments &arguments, const Environment &environment, const QStr
                          stationCaptions({}));
     QObject::connect(&mode, &OperationalMode::statusMessage, &mode, &complain);
     QObject::connect(&mode, &OperationalMode::happened, &mode, [&](const StationEvent &event) {
-        print(lineOf(event.kennung, nameOf(event.kind), event.text, environment.now()));
+        print(
+            lineOf(event.kennung, nameOf(event.kind), event.text, QDateTime::fromMSecsSinceEpoch(event.at)));
     });
+    const auto tellKeeper = [&mode] {
+        complain(mode.unwatchedSince()
+                     ? QStringLiteral("nobody watches the stations any more")
+                     : QStringLiteral("joined: %1 watches the stations").arg(mode.keeper()));
+    };
+    QObject::connect(&mode, &OperationalMode::keeperChanged, &mode, tellKeeper);
     using Use = OperationalMode::Use;
-    const Status opened =
-        mode.open(path, arguments.isSet(evenIfWatchedOption) ? Use::WatchAnyway : Use::Watch);
+    Status opened = mode.open(path, arguments.isSet(evenIfWatchedOption) ? Use::WatchAnyway : Use::Watch);
+    if (mode.hindrance() == OperationalMode::Hindrance::InUse) {
+        opened = mode.open(path, Use::Look);
+        if (opened) {
+            tellKeeper();
+        }
+    }
     if (mode.hindrance() == OperationalMode::Hindrance::InUse) {
         return fail(opened.message() + QStringLiteral("; --even-if-watched watches it all the same"));
     }
@@ -106,7 +118,8 @@ void describeMonitor(Arguments &arguments)
 {
     arguments.setSummary(
         QStringLiteral("Watches the stations of a list as the operational mode does, and prints "
-                       "what they say, one JSON object a line. The list is not changed."));
+                       "what they say, one JSON object a line. The list is not changed. Stations that "
+                       "another program watches are joined: what it records is printed."));
     arguments.addOption(
         {forOption, QStringLiteral("Ends after so many seconds; otherwise when it is asked to terminate."),
          QStringLiteral("SECONDS")});
