@@ -37,7 +37,8 @@ AlarmCentre::~AlarmCentre() = default;
 
 void AlarmCentre::take(const AlarmRow &alarm, AlarmBook::Change change)
 {
-    const bool isNews = change == AlarmBook::Change::Came || change == AlarmBook::Change::CameAgain;
+    using Change = AlarmBook::Change;
+    const bool isNews = change == Change::Came || change == Change::CameAgain || change == Change::Returned;
     if (isNews && m_book.isWaiting(alarm)) {
         m_latest = alarm.id;
         addNews(alarm);

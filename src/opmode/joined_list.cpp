@@ -1,5 +1,6 @@
 #include "opmode/joined_list.h"
 
+#include "opmode/alarm_actions.h"
 #include "opmode/list_opener.h"
 #include "opmode/station_states.h"
 
@@ -56,7 +57,7 @@ Status JoinedList::open(NodesFile &file)
         m_parts.stations.addStation(kennung, {});
         showStation(kennung);
     }
-    m_parts.alarms.load(list.standing(), {});
+    m_parts.alarms.load(list.standing(), AlarmActions::shelves(list.setting(AlarmActions::shelvesSetting)));
     m_follower.start(list.lastEvent(), lastAlarmChange);
     showKeeper();
     return Status::done();

@@ -124,7 +124,7 @@ Status ListOpener::catchUp(RecordReader &reader)
     if (read) {
         read = reader.openAlarms([this](const AlarmRow &alarm) { m_standing += alarm; });
     }
-    for (const QString &name : {QStringLiteral("rules"), QStringLiteral("shelves"),
+    for (const QString &name : {QStringLiteral("rules"), QStringLiteral("shelves"), QStringLiteral("chatter"),
                                 QStringLiteral("operator"), QStringLiteral("silentAfter")}) {
         std::optional<QString> value;
         if (read) {

@@ -24,7 +24,7 @@ const QString allValues = QStringLiteral("A*");
 constexpr Milliseconds aMinute{60'000};
 constexpr Milliseconds aSecond{1000};
 
-const QString rulesSetting = QStringLiteral("rules");
+const QString operatorSetting = QStringLiteral("operator");
 const QString silenceSetting = QStringLiteral("silentAfter");
 
 /// Addresses that name the same module are the same text.
@@ -69,6 +69,9 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_minute(services.timers.create()),
       m_tellAgain(services.timers.create()),
       m_alarms([this] { return m_record->isOpen() ? m_record->writer().nextAlarmId() : ++m_lastAlarm; }),
+      m_alarmActions(
+          m_alarms, [this]() -> ListRecord & { return *m_record; }, [this] { return moment(); },
+          [this] { return isDoneElsewhere(); }),
       m_watchAlarms(m_alarms, services.timers, m_services.environment)
 {
     beginRecord();
@@ -263,7 +266,9 @@ Status OperationalMode::load(Use use, QHash<QString, StationAttributes> &attribu
         tellWhereKept();
     }
     m_unwatchedSince = list.unwatchedSince();
-    takeUpAlarms(list.standing(), {});
+    m_alarmActions.load([&list](const QString &name) { return list.setting(name); });
+    m_lastOperator = list.setting(operatorSetting).value_or(QString());
+    takeUpAlarms(list.standing(), AlarmActions::shelves(list.setting(AlarmActions::shelvesSetting)));
     return loaded;
 }
 
@@ -305,9 +310,6 @@ void OperationalMode::takeUp(ListOpener &list)
         m_record->add(EventKind::Started, {}, moment(), m_path, ListRecord::By::Program);
     }
     m_savesSoon = list.mustSave();
-    if (const std::optional<QString> rules = list.setting(rulesSetting)) {
-        m_alarms.setRules(AlarmRules::fromJson(*rules).value_or(AlarmRules()));
-    }
     m_watchAlarms.setLongestSilence(
         list.setting(silenceSetting).value_or(QString::number(WatchAlarms::usualSilence)).toInt());
 }
@@ -343,6 +345,7 @@ void OperationalMode::takeUpAlarms(const QList<AlarmRow> &standing, const QList<
         }
     }
     m_alarms.acknowledge(acknowledged, moment(), {});
+    m_alarmActions.minute();
 }
 
 /// In the status bar's list, and for who shows what is not to be missed.
@@ -426,8 +429,17 @@ QString OperationalMode::recordPath() const
 
 void OperationalMode::setOperator(const QString &name)
 {
+    if (name == m_operator) {
+        return;
+    }
     m_operator = name;
     m_record->setOperator(name);
+    if (!name.isEmpty()) {
+        m_lastOperator = name;
+        m_record->add(SettingRow{operatorSetting, name});
+    }
+    m_record->add(EventKind::Note, {}, moment(), QStringLiteral("operator: ") + name,
+                  ListRecord::By::Operator);
 }
 
 StationRow OperationalMode::rowOf(const QString &kennung) const
@@ -904,6 +916,7 @@ void OperationalMode::awaitNextMinute()
             keep(station.kennung(), ListRecord::By::Program);
             showStatus(station);
         });
+        m_alarmActions.minute();
         if (m_keeper) {
             m_keeper->check();
         }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "opmode/alarms/alarm_book.h"
+#include "opmode/alarm_actions.h"
 #include "opmode/delayed_answers.h"
 #include "opmode/exclusive_scheduler.h"
 #include "opmode/joined_list.h"
@@ -121,6 +121,9 @@ public:
     /// For how many minutes a station may be silent before that is an alarm; 0: for ever.
     int longestSilence() const { return m_watchAlarms.longestSilence(); }
     void setLongestSilence(int minutes);
+    /// What else operators do about them.
+    AlarmActions &alarmActions() { return m_alarmActions; }
+    const AlarmActions &alarmActions() const { return m_alarmActions; }
     /// Acknowledges alarms: on the disk first, then in the tree. After a failure nothing is acknowledged. An
     /// alarm that went to several numbers is acknowledged with the last of its entries.
     Status acknowledge(const QModelIndexList &entries);
@@ -133,9 +136,11 @@ public:
     /// By the clock that everything here goes by.
     QDateTime now() const { return m_services.environment.now(); }
 
-    /// Whose name is kept with what is done from now on.
+    /// Whose name is kept with what is done from now on; empty for nobody's.
     void setOperator(const QString &name);
     QString operatorName() const { return m_operator; }
+    /// The last one of this list's operators, for a proposal.
+    QString lastOperator() const { return m_lastOperator; }
 
     /// The key of the online station at an address, empty when there is none.
     QString stationAt(const QString &hostAddress) const;
@@ -220,11 +225,13 @@ private:
     std::optional<NodesKeeper> m_keeper; ///< when the file is to be written
     StationStates m_states;              ///< that the record has
     AlarmBook m_alarms;
+    AlarmActions m_alarmActions;
     WatchAlarms m_watchAlarms;
     std::unique_ptr<JoinedList> m_joined;
     qint64 m_unwatchedSince = 0; ///< the last run ended badly
     qint64 m_lastAlarm = 0;      ///< where there is no record
     QString m_operator;
+    QString m_lastOperator;
     bool m_savesSoon = false; ///< the file is not what the list is
     bool m_isOpen = false;
     bool m_isAlarm = false; ///< the text that a station said last

@@ -132,6 +132,52 @@ private Q_SLOTS:
         QVERIFY(run.textOf(QStringLiteral("Works/ip/ip5")).endsWith(QLatin1String("IP5 = 12.3")));
     }
 
+    void whatOperatorsSayAboutAlarmsIsThereInTheNextRun()
+    {
+        const QString text = QStringLiteral("Alarm DI1 fail");
+        AlarmRule rule{QStringLiteral("low")};
+        rule.priority = AlarmPriority::High;
+        {
+            Run run(m_folder->path());
+            run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+            run.mode->setOnline(QStringLiteral("S"), true);
+            run.mode->setOperator(QStringLiteral("Miller"));
+            run.say(0, "M,Alarm DI1 fail");
+            const qint64 id = *run.mode->alarms().waiting().begin();
+            AlarmActions &actions = run.mode->alarmActions();
+            actions.comment({id}, QStringLiteral("on the way"));
+            actions.shelve({id}, actions.now() + 3'600'000, QStringLiteral("known"));
+            actions.setRules(AlarmRules({rule, AlarmRules::standard().constFirst()}));
+        } // without close()
+        Run run(m_folder->path());
+        QVERIFY(run.mode->operatorName().isEmpty());
+        QCOMPARE(run.mode->lastOperator(), "Miller");
+        QCOMPARE(run.mode->alarms().waitingCount(), 0);
+        QCOMPARE(run.mode->alarms().rules().list().constFirst(), rule);
+        const AlarmRow alarm = run.mode->alarms().standing().begin()->second;
+        QCOMPARE(alarm.comment, "on the way");
+        QCOMPARE(alarm.shelvedBy, "Miller");
+        run.say(0, "M,Tank low");
+        QCOMPARE(run.mode->alarms().find(alarm.station, QStringLiteral("Tank low"))->priority, 1);
+        run.timers.advance(Milliseconds(2 * 3'600'000));
+        QCOMPARE(run.mode->alarms().waitingCount(), 2);
+        QVERIFY(run.mode->keepsChanges());
+
+        RecordReader reader(run.mode->recordPath());
+        QStringList told;
+        for (const EventKind kind : {EventKind::Commented, EventKind::Shelved, EventKind::Unshelved}) {
+            EventFilter filter;
+            filter.kinds = {kind};
+            for (const EventRow &event : reader.findEvents(filter, {}, 9).rows) {
+                told += event.text + QStringLiteral(" - ") + event.operatorName;
+                QCOMPARE(event.station, alarm.station);
+            }
+        }
+        QCOMPARE(told,
+                 (QStringList{QStringLiteral("on the way - Miller"),
+                              text + QStringLiteral(": known - Miller"), text + QStringLiteral(" - ")}));
+    }
+
     void aCrashLosesNothingThatWasShown_data()
     {
         QTest::addColumn<bool>("isRestored");

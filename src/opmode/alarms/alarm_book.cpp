@@ -13,6 +13,19 @@ AlarmBook::AlarmBook(std::function<qint64()> nextId, QObject *parent)
     }
 }
 
+void AlarmBook::setRules(const AlarmRules &rules)
+{
+    m_rules = rules;
+    m_ends.clear();
+    for (const auto &[id, alarm] : m_standing) {
+        const QString end =
+            alarm.kind == AlarmKind::Module && alarm.over == 0 ? m_rules.endOf(alarm.text) : QString();
+        if (!end.isEmpty()) {
+            m_ends.insert({alarm.station, end}, id);
+        }
+    }
+}
+
 void AlarmBook::load(const QList<AlarmRow> &standing, const QList<Shelf> &shelves)
 {
     m_standing.clear();
@@ -22,9 +35,11 @@ void AlarmBook::load(const QList<AlarmRow> &standing, const QList<Shelf> &shelve
     m_ends.clear();
     m_arrivals.clear();
     m_shelves = shelves;
-    for (const AlarmRow &alarm : standing) {
+    for (AlarmRow alarm : standing) {
         const QSignalBlocker quiet(this);
-        put(alarm, Change::Other);
+        const Shelf *shelf = shelfOf(alarm);
+        alarm.shelvedUntil = shelf == nullptr ? 0 : shelf->until; // else nothing would ever take it back
+        put(std::move(alarm), Change::Other);
     }
     Q_EMIT reset();
 }
@@ -144,7 +159,7 @@ void AlarmBook::end(AlarmKind kind, qint64 station, qint64 at)
 qint64 AlarmBook::add(AlarmRow alarm)
 {
     alarm.id = m_nextId();
-    if (const Shelf *shelf = shelfOf(alarm)) {
+    if (const Shelf *shelf = shelfOf(alarm); shelf != nullptr && shelf->until > alarm.first) {
         alarm.shelvedUntil = shelf->until;
         alarm.shelvedBy = shelf->by;
         alarm.shelvedWhy = shelf->why;
@@ -250,7 +265,7 @@ void AlarmBook::applyShelves(qint64 station)
         }
     }
     for (const AlarmRow &row : std::as_const(changed)) {
-        put(row, Change::Other);
+        put(row, isWaiting(row) ? Change::Returned : Change::Other);
     }
 }
 
@@ -302,7 +317,9 @@ void AlarmBook::forget(qint64 station, qint64 at, const QString &why)
         finish(id, at, why);
     }
     acknowledge(alarms, at, {});
-    m_shelves.removeIf([&](const Shelf &shelf) { return shelf.station == station; });
+    if (m_shelves.removeIf([&](const Shelf &shelf) { return shelf.station == station; }) > 0) {
+        Q_EMIT shelvesChanged();
+    }
 }
 
 } // namespace ktr

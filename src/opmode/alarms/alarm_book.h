@@ -35,7 +35,8 @@ public:
     /// `nextId` gives the number of a new occurrence.
     explicit AlarmBook(std::function<qint64()> nextId = {}, QObject *parent = nullptr);
 
-    void setRules(const AlarmRules &rules) { m_rules = rules; }
+    /// What stands keeps its priority; which text ends it is found anew.
+    void setRules(const AlarmRules &rules);
     const AlarmRules &rules() const { return m_rules; }
 
     /// Begins anew with the alarms that stood at the end of the last run. Nothing is told of it but reset().
@@ -63,6 +64,8 @@ public:
     /// Takes back what is shelved no longer; gives the next time at which that is so, 0 for none.
     qint64 unshelveUntil(qint64 now);
     const QList<Shelf> &shelves() const { return m_shelves; }
+    /// What puts an alarm aside; null for nothing.
+    const Shelf *shelfOf(const AlarmRow &alarm) const;
     /// The station has left the list.
     void forget(qint64 station, qint64 at, const QString &why);
 
@@ -78,7 +81,14 @@ public:
     /// By their numbers, which are the order in which they came.
     const std::set<qint64> &waiting() const { return m_waiting; }
 
-    enum class Change { Came, CameAgain, Acknowledged, Over, Other };
+    enum class Change {
+        Came,
+        CameAgain,
+        Returned, ///< is shelved no longer, and waits
+        Acknowledged,
+        Over,
+        Other
+    };
 
 Q_SIGNALS:
     /// What an alarm is now; one that is acknowledged and over stands no longer.
@@ -92,7 +102,6 @@ private:
     qint64 add(AlarmRow alarm);
     void put(AlarmRow alarm, Change change);
     void finish(qint64 id, qint64 at, const QString &why);
-    const Shelf *shelfOf(const AlarmRow &alarm) const;
     void applyShelves(qint64 station);
 
     std::function<qint64()> m_nextId;

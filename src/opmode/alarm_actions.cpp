@@ -1,0 +1,181 @@
+#include "opmode/alarm_actions.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace ktr {
+
+namespace {
+
+const QString rulesSetting = QStringLiteral("rules");
+const QString chatterSetting = QStringLiteral("chatter");
+
+const QString stationKey = QStringLiteral("station");
+const QString textKey = QStringLiteral("text");
+const QString untilKey = QStringLiteral("until");
+const QString byKey = QStringLiteral("by");
+const QString whyKey = QStringLiteral("why");
+const QString timesKey = QStringLiteral("times");
+const QString minutesKey = QStringLiteral("minutes");
+
+QJsonObject toJson(const Shelf &shelf)
+{
+    return {{stationKey, shelf.station},
+            {textKey, shelf.text},
+            {untilKey, shelf.until},
+            {byKey, shelf.by},
+            {whyKey, shelf.why}};
+}
+
+template <class Json> QString compact(const Json &json)
+{
+    return QString::fromUtf8(QJsonDocument(json).toJson(QJsonDocument::Compact));
+}
+
+} // namespace
+
+const QString AlarmActions::shelvesSetting = QStringLiteral("shelves");
+
+AlarmActions::AlarmActions(AlarmBook &book, std::function<ListRecord &()> record, std::function<qint64()> now,
+                           std::function<bool()> isElsewhere, QObject *parent)
+    : QObject(parent),
+      m_book(book),
+      m_record(std::move(record)),
+      m_now(std::move(now)),
+      m_isElsewhere(std::move(isElsewhere)),
+      m_chatter(book)
+{
+    connect(&book, &AlarmBook::shelvesChanged, this, &AlarmActions::keepShelves);
+}
+
+void AlarmActions::load(const Setting &setting)
+{
+    const std::optional<QString> rules = setting(rulesSetting);
+    m_book.setRules(rules ? AlarmRules::fromJson(*rules).value_or(AlarmRules()) : AlarmRules());
+    const QJsonObject limit =
+        QJsonDocument::fromJson(setting(chatterSetting).value_or(QString()).toUtf8()).object();
+    const ChatterLimit standard;
+    m_chatter.setLimit({limit[timesKey].toInt(standard.times), limit[minutesKey].toInt(standard.minutes)});
+}
+
+QList<Shelf> AlarmActions::shelves(const std::optional<QString> &setting)
+{
+    QList<Shelf> shelves;
+    for (const QJsonValue &value : QJsonDocument::fromJson(setting.value_or(QString()).toUtf8()).array()) {
+        const QJsonObject shelf = value.toObject();
+        shelves += Shelf{shelf[stationKey].toInteger(), shelf[textKey].toString(),
+                         shelf[untilKey].toInteger(), shelf[byKey].toString(), shelf[whyKey].toString()};
+    }
+    return shelves;
+}
+
+void AlarmActions::keepShelves()
+{
+    QJsonArray shelves;
+    for (const Shelf &shelf : m_book.shelves()) {
+        shelves += toJson(shelf);
+    }
+    m_record().add(SettingRow{shelvesSetting, compact(shelves)});
+}
+
+void AlarmActions::add(EventKind kind, qint64 station, const QString &text, ListRecord::By by,
+                       const QString &detail, qint64 alarm)
+{
+    m_record().add(kind, m_record().kennung(station), m_now(), text, by, detail, alarm);
+}
+
+void AlarmActions::comment(const QList<qint64> &alarms, const QString &text)
+{
+    if (m_isElsewhere()) {
+        return;
+    }
+    for (const qint64 id : alarms) {
+        if (const AlarmRow *alarm = m_book.alarm(id); alarm != nullptr && alarm->comment != text) {
+            add(EventKind::Commented, alarm->station, text, ListRecord::By::Operator, {}, id);
+            m_book.comment(id, text);
+        }
+    }
+}
+
+void AlarmActions::shelve(const QList<qint64> &alarms, qint64 until, const QString &why)
+{
+    if (m_isElsewhere()) {
+        return;
+    }
+    for (const qint64 id : alarms) {
+        if (const AlarmRow *alarm = m_book.alarm(id)) {
+            shelve(Shelf{alarm->station, alarm->text, until, {}, why}, id);
+        }
+    }
+}
+
+void AlarmActions::shelveStation(qint64 station, qint64 until, const QString &why)
+{
+    if (station != 0 && !m_isElsewhere()) { // that would be all alarms about the watching itself
+        shelve(Shelf{station, {}, until, {}, why}, 0);
+    }
+}
+
+void AlarmActions::shelve(Shelf shelf, qint64 alarm)
+{
+    shelf.by = m_record().operatorName();
+    const QString text = shelf.text.isEmpty() ? shelf.why : shelf.text + QLatin1String(": ") + shelf.why;
+    add(EventKind::Shelved, shelf.station, text, ListRecord::By::Operator, compact(toJson(shelf)), alarm);
+    m_book.shelve(shelf);
+}
+
+void AlarmActions::unshelve(qint64 station, const QString &text)
+{
+    if (m_isElsewhere()) {
+        return;
+    }
+    const auto is = [&](const Shelf &shelf) { return shelf.station == station && shelf.text == text; };
+    if (std::ranges::any_of(m_book.shelves(), is)) {
+        add(EventKind::Unshelved, station, text, ListRecord::By::Operator);
+        m_book.unshelve(station, text);
+    }
+}
+
+const Shelf *AlarmActions::maintenanceOf(qint64 station) const
+{
+    const QList<Shelf> &shelves = m_book.shelves();
+    const auto found = std::ranges::find_if(
+        shelves, [&](const Shelf &shelf) { return shelf.station == station && shelf.text.isEmpty(); });
+    return found == shelves.end() ? nullptr : &*found;
+}
+
+void AlarmActions::setRules(const AlarmRules &rules)
+{
+    if (rules == m_book.rules() || m_isElsewhere()) {
+        return;
+    }
+    m_book.setRules(rules);
+    m_record().add(SettingRow{rulesSetting, rules.toJson()});
+    add(EventKind::Note, 0, QStringLiteral("alarm rules"), ListRecord::By::Operator, rules.toJson());
+}
+
+void AlarmActions::setChatterLimit(const ChatterLimit &limit)
+{
+    if (limit == m_chatter.limit() || m_isElsewhere()) {
+        return;
+    }
+    m_chatter.setLimit(limit);
+    const QString kept = compact(QJsonObject{{timesKey, limit.times}, {minutesKey, limit.minutes}});
+    m_record().add(SettingRow{chatterSetting, kept});
+    add(EventKind::Note, 0, QStringLiteral("chattering alarms"), ListRecord::By::Operator, kept);
+    Q_EMIT minutePassed();
+}
+
+void AlarmActions::minute()
+{
+    for (const Shelf &shelf : m_book.shelves()) {
+        if (shelf.until <= m_now()) {
+            add(EventKind::Unshelved, shelf.station, shelf.text, ListRecord::By::Program);
+        }
+    }
+    m_book.unshelveUntil(m_now());
+    Q_EMIT minutePassed();
+}
+
+} // namespace ktr
