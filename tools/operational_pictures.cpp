@@ -18,7 +18,7 @@ namespace ktr {
 namespace {
 
 constexpr QSize laptop(1366, 728); // what a task bar leaves
-constexpr std::array pageNames = {"station", "notifications", "history", "values"};
+constexpr std::array pageNames = {"station", "notifications", "history", "values", "alarms"};
 
 /// The operational mode on stations whose modules have talked for a while.
 class Waterworks

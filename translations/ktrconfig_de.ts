@@ -1494,6 +1494,180 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::AlarmCells</name>
+    <message>
+        <source>Priority</source>
+        <translation>Priorität</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation>Station</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Status</translation>
+    </message>
+    <message>
+        <source>First</source>
+        <translation>Zuerst</translation>
+    </message>
+    <message>
+        <source>Last</source>
+        <translation>Zuletzt</translation>
+    </message>
+    <message>
+        <source>Count</source>
+        <translation>Anzahl</translation>
+    </message>
+    <message>
+        <source>Recipients</source>
+        <translation>Empfänger</translation>
+    </message>
+    <message>
+        <source>Comment</source>
+        <translation>Kommentar</translation>
+    </message>
+    <message>
+        <source>high</source>
+        <translation>hoch</translation>
+    </message>
+    <message>
+        <source>medium</source>
+        <translation>mittel</translation>
+    </message>
+    <message>
+        <source>low</source>
+        <translation>niedrig</translation>
+    </message>
+    <message>
+        <source>shelved until %1</source>
+        <translation>zurückgestellt bis %1</translation>
+    </message>
+    <message>
+        <source>acknowledged %1</source>
+        <translation>quittiert %1</translation>
+    </message>
+    <message>
+        <source>over %1</source>
+        <translation>vorbei %1</translation>
+    </message>
+    <message>
+        <source>acknowledged or shelved</source>
+        <translation>quittiert oder zurückgestellt</translation>
+    </message>
+    <message>
+        <source>%1: %L2</source>
+        <translation>%1: %L2</translation>
+    </message>
+    <message>
+        <source>all alarms: in maintenance</source>
+        <translation>alle Alarme: in Wartung</translation>
+    </message>
+    <message>
+        <source>%1 chatters</source>
+        <translation>%1 flattert</translation>
+    </message>
+    <message>
+        <source>%L1 stations</source>
+        <translation>%L1 Stationen</translation>
+    </message>
+    <message>
+        <source>It came more than %1 times within %2 minutes</source>
+        <translation>Er kam mehr als %1-mal in %2 Minuten</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::AlarmListPage</name>
+    <message>
+        <source>Only not acknowledged</source>
+        <translation>Nur nicht quittierte</translation>
+    </message>
+    <message>
+        <source>Shelved ones, too</source>
+        <translation>Auch zurückgestellte</translation>
+    </message>
+    <message>
+        <source>Lists what is shelved, and stations in maintenance</source>
+        <translation>Zeigt auch, was zurückgestellt ist, und Stationen in Wartung</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Searched for in text, station, recipients and comment</source>
+        <translation>Gesucht wird in Text, Station, Empfängern und Kommentar</translation>
+    </message>
+    <message>
+        <source>Alarms</source>
+        <translation>Alarme</translation>
+    </message>
+    <message>
+        <source>%1 (all shown)</source>
+        <translation>%1 (alle gezeigten)</translation>
+    </message>
+    <message>
+        <source>Comment...</source>
+        <translation>Kommentar...</translation>
+    </message>
+    <message>
+        <source>Shelve...</source>
+        <translation>Zurückstellen...</translation>
+    </message>
+    <message>
+        <source>Take back</source>
+        <translation>Zurückholen</translation>
+    </message>
+    <message>
+        <source>Show in the tree</source>
+        <translation>Im Baum zeigen</translation>
+    </message>
+    <message>
+        <source>Acknowledges the selected alarms (Space in the list)</source>
+        <translation>Quittiert die ausgewählten Alarme (Leertaste in der Liste)</translation>
+    </message>
+    <message>
+        <source>Acknowledges all alarms that are listed</source>
+        <translation>Quittiert alle angezeigten Alarme</translation>
+    </message>
+    <message>
+        <source>Writes a comment to the selected alarms</source>
+        <translation>Schreibt einen Kommentar zu den ausgewählten Alarmen</translation>
+    </message>
+    <message>
+        <source>Puts the selected alarms aside for a while, with a reason</source>
+        <translation>Stellt die ausgewählten Alarme für eine Weile zurück, mit einem Grund</translation>
+    </message>
+    <message>
+        <source>Takes the selected alarms back that are shelved</source>
+        <translation>Holt die ausgewählten Alarme zurück, die zurückgestellt sind</translation>
+    </message>
+    <message>
+        <source>Listed: %1, %2: %3</source>
+        <translation>Angezeigt: %1, %2: %3</translation>
+    </message>
+    <message>
+        <source>No alarms</source>
+        <translation>Keine Alarme</translation>
+    </message>
+    <message>
+        <source>Nothing fits the filter</source>
+        <translation>Nichts passt zum Filter</translation>
+    </message>
+    <message>
+        <source>Comment on: %1</source>
+        <translation>Kommentar zu: %1</translation>
+    </message>
+    <message>
+        <source>Comment on %L1 alarms</source>
+        <translation>Kommentar zu %L1 Alarmen</translation>
+    </message>
+</context>
+<context>
     <name>ktr::CalibrationPage</name>
     <message>
         <source>Sends %1</source>
@@ -2826,6 +3000,13 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::OpmodePages</name>
+    <message>
+        <source>Alarms</source>
+        <translation>Alarme</translation>
+    </message>
+</context>
+<context>
     <name>ktr::PageBuilder</name>
     <message>
         <source>Saved: %1</source>
@@ -2974,6 +3155,61 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Written: %1</source>
         <translation>Geschrieben: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ShelveDialog</name>
+    <message>
+        <source>Station in maintenance</source>
+        <translation>Station in Wartung</translation>
+    </message>
+    <message>
+        <source>Shelve alarms</source>
+        <translation>Alarme zurückstellen</translation>
+    </message>
+    <message>
+        <source>These alarms (%L1), also when they come again</source>
+        <translation>Diese Alarme (%L1), auch wenn sie wiederkommen</translation>
+    </message>
+    <message>
+        <source>Maintenance: all alarms of their stations (%L1)</source>
+        <translation>Wartung: alle Alarme ihrer Stationen (%L1)</translation>
+    </message>
+    <message>
+        <source>for 1 hour</source>
+        <translation>für 1 Stunde</translation>
+    </message>
+    <message>
+        <source>for 8 hours</source>
+        <translation>für 8 Stunden</translation>
+    </message>
+    <message>
+        <source>for 24 hours</source>
+        <translation>für 24 Stunden</translation>
+    </message>
+    <message>
+        <source>until ...</source>
+        <translation>bis ...</translation>
+    </message>
+    <message>
+        <source>How long</source>
+        <translation>Wie lange</translation>
+    </message>
+    <message>
+        <source>until</source>
+        <translation>bis</translation>
+    </message>
+    <message>
+        <source>Reason</source>
+        <translation>Grund</translation>
+    </message>
+    <message>
+        <source>This time is over already</source>
+        <translation>Diese Zeit ist schon vorbei</translation>
+    </message>
+    <message>
+        <source>A reason is needed</source>
+        <translation>Ein Grund ist nötig</translation>
     </message>
 </context>
 <context>

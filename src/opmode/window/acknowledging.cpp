@@ -61,6 +61,13 @@ void Acknowledging::acknowledgeAll(QWidget *asker, const QModelIndexList &entrie
     acknowledge(asker, unchanged);
 }
 
+void Acknowledging::acknowledgeChosen(QWidget *asker, const QList<qint64> &alarms)
+{
+    if (!alarms.isEmpty()) {
+        tell(asker, m_mode.acknowledgeAlarms(alarms));
+    }
+}
+
 void Acknowledging::acknowledgeAlarms(QWidget *asker, const QList<qint64> &alarms)
 {
     QList<AlarmRow> seen;

@@ -17,7 +17,9 @@ public:
     void acknowledge(QWidget *asker, const QModelIndexList &entries);
     /// The same; when they are several, the user is asked.
     void acknowledgeAll(QWidget *asker, const QModelIndexList &entries);
-    /// The same for alarms by their numbers.
+    /// Alarms by their numbers, without a question.
+    void acknowledgeChosen(QWidget *asker, const QList<qint64> &alarms);
+    /// The same; when they are several, the user is asked.
     void acknowledgeAlarms(QWidget *asker, const QList<qint64> &alarms);
 
 Q_SIGNALS:

@@ -192,6 +192,7 @@ void Form_betriebsmodus::connectTree()
     });
     connect(m_pages, &OpmodePages::nodeWanted, m_tree, &StationTreeView::setCurrentIndex);
     connect(m_pages, &OpmodePages::statusMessage, this, &Form_betriebsmodus::tell);
+    connect(m_pages, &OpmodePages::entryWanted, this, &Form_betriebsmodus::goTo);
     connect(m_tree, &StationTreeView::nameRefused, this,
             [this](const QString &name) { tell(StationTreeView::refusalOf(name)); });
     connect(m_tree, &StationTreeView::menuWanted, this, &Form_betriebsmodus::showTreeMenu);

@@ -45,6 +45,7 @@ protected:
     /// The chosen station, null for none.
     const cStation *station() const { return m_mode.station(m_kennung); }
     QString text(Text name) const { return m_texts.text(name); }
+    const TextTable &texts() const { return m_texts; }
 
 private:
     OperationalMode &m_mode;

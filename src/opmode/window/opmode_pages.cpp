@@ -1,5 +1,6 @@
 #include "opmode/window/opmode_pages.h"
 
+#include "opmode/window/alarms/alarm_list_page.h"
 #include "opmode/window/history/history_page.h"
 #include "opmode/window/notifications/notification_page.h"
 #include "opmode/window/station_page.h"
@@ -17,28 +18,41 @@ namespace {
 struct PageRow
 {
     const char *objectName;
-    Text caption;
-    NodeKind node; ///< of a station; it and what stands under it bring the page to the front
+    QString (*caption)(const TextTable &texts);
+    /// Of a station; it and what stands under it bring the page to the front. A page about all stations has
+    /// none.
+    std::optional<NodeKind> node;
     OpmodePage *(*create)(const OpmodePages::Services &services);
 };
 
+template <Text text> QString captionOf(const TextTable &texts)
+{
+    return texts.text(text);
+}
+
 /// The first one also stands for nodes that no page is about.
-constexpr PageRow pageTable[] = {
-    {"Page_station", Text::Station, NodeKind::Station,
+const PageRow pageTable[] = {
+    {"Page_station", &captionOf<Text::Station>, NodeKind::Station,
      [](const OpmodePages::Services &services) -> OpmodePage * {
          return new StationPage(services.mode, services.texts);
      }},
-    {"Page_meldung", Text::Notifications, NodeKind::Notifications,
+    {"Page_meldung", &captionOf<Text::Notifications>, NodeKind::Notifications,
      [](const OpmodePages::Services &services) -> OpmodePage * {
          return new NotificationPage(services.mode, services.texts, services.acknowledging, services.timers,
                                      services.locale);
      }},
-    {"Page_history", Text::History, NodeKind::History,
+    {"Page_history", &captionOf<Text::History>, NodeKind::History,
      [](const OpmodePages::Services &services) -> OpmodePage * {
          return new HistoryPage(services.mode, services.texts, services.askSave);
      }},
-    {"Page_ip", Text::Ip, NodeKind::InputValues, [](const OpmodePages::Services &services) -> OpmodePage * {
+    {"Page_ip", &captionOf<Text::Ip>, NodeKind::InputValues,
+     [](const OpmodePages::Services &services) -> OpmodePage * {
          return new ValuesPage(services.mode, services.texts);
+     }},
+    {"Page_alarms", [](const TextTable &) { return OpmodePages::tr("Alarms"); }, std::nullopt,
+     [](const OpmodePages::Services &services) -> OpmodePage * {
+         return new AlarmListPage(services.mode, services.texts, services.acknowledging, services.timers,
+                                  services.locale);
      }}};
 
 NodeKind kindOf(const QModelIndex &node)
@@ -76,13 +90,14 @@ OpmodePages::OpmodePages(const Services &services, QWidget *parent)
         connect(page, &OpmodePage::statusMessage, this, &OpmodePages::statusMessage);
     }
     m_notifications = findChild<NotificationPage *>();
+    connect(findChild<AlarmListPage *>(), &AlarmListPage::entryWanted, this, &OpmodePages::entryWanted);
     connect(this, &QTabWidget::currentChanged, this, &OpmodePages::followPage);
 }
 
 void OpmodePages::applyTexts()
 {
     for (int page = 0; page < m_pages.size(); ++page) {
-        setTabText(page, m_texts.text(pageTable[page].caption));
+        setTabText(page, pageTable[page].caption(m_texts));
         m_pages[page]->applyTexts();
     }
 }
@@ -101,20 +116,30 @@ void OpmodePages::showNode(const QModelIndex &node)
     }
     const bool isEntry = node.parent().isValid() && node.parent().parent().isValid();
     const NodeKind kind = kindOf(isEntry ? node.parent() : node);
-    const auto *row = std::ranges::find(pageTable, kind, &PageRow::node);
+    if (kind == NodeKind::Station && !pageTable[currentIndex()].node) {
+        return;
+    }
+    const auto *row = std::ranges::find(pageTable, std::optional(kind), &PageRow::node);
     const auto page = row == std::end(pageTable) ? 0 : static_cast<int>(row - std::begin(pageTable));
-    const QScopedValueRollback following(m_isFollowing, true);
-    setCurrentIndex(page);
+    bringToFront(page);
     if (isEntry) {
         m_pages[page]->showEntry(node);
     }
 }
 
+/// Because the tree says so.
+void OpmodePages::bringToFront(int page)
+{
+    const QScopedValueRollback following(m_isFollowing, true);
+    setCurrentIndex(page);
+}
+
 void OpmodePages::followPage(int index)
 {
-    if (!m_isFollowing && m_station.isValid()) {
+    const std::optional<NodeKind> node = pageTable[index].node;
+    if (!m_isFollowing && m_station.isValid() && node) {
         const QScopedValueRollback following(m_isFollowing, true);
-        Q_EMIT nodeWanted(nodeOf(m_station, pageTable[index].node));
+        Q_EMIT nodeWanted(nodeOf(m_station, *node));
     }
 }
 
@@ -126,7 +151,10 @@ void OpmodePages::showAllAlarms()
 
 void OpmodePages::showNotification(const QModelIndex &entry)
 {
-    m_notifications->showEntry(entry);
+    bringToFront(indexOf(m_notifications));
+    if (entry.isValid()) {
+        m_notifications->showEntry(entry);
+    }
 }
 
 QModelIndex OpmodePages::notificationsOf(const QModelIndex &station)

@@ -35,11 +35,12 @@ public:
 
     void applyTexts();
 
-    /// Shows the station of a node, on the page that the node belongs to; of a notification, that one.
+    /// Shows the station of a node, on the page that the node belongs to; of a notification, that one. A page
+    /// about all stations stays when a station is chosen.
     void showNode(const QModelIndex &node);
     /// Lists what is not acknowledged at any station.
     void showAllAlarms();
-    /// Chooses a notification of the station that is shown, and brings it into view.
+    /// Chooses a notification of the station that is shown, and brings it into view; without one, its page.
     void showNotification(const QModelIndex &entry);
 
     /// The node of a station that the page about its notifications belongs to.
@@ -48,10 +49,13 @@ public:
 Q_SIGNALS:
     /// The user chose a page: its node is to be chosen in the tree.
     void nodeWanted(const QModelIndex &node);
+    /// The user wants to see an entry of a station, which may be invalid.
+    void entryWanted(const QString &kennung, const QModelIndex &entry);
     /// A line for the status bar.
     void statusMessage(const QString &line);
 
 private:
+    void bringToFront(int page);
     void followPage(int index);
 
     const TextTable &m_texts;

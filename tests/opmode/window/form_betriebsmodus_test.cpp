@@ -103,6 +103,45 @@ private Q_SLOTS:
         QCOMPARE(field("Text_pic0_name")->text(), "A");
     }
 
+    void theAlarmsOfAllStationsStandOnAPageThatStays()
+    {
+        const QStringList stations{"A", "B", "C", "D", "E"};
+        open(stations);
+        for (const QString &station : stations) {
+            online(station);
+        }
+        alarm(0, "DI1 fail");
+        for (int i = 0; i < stations.size(); ++i) {
+            alarm(i, "Power fail");
+        }
+        auto *pages = m_window->findChild<QTabWidget *>("TabStrip_pages");
+        auto *list = m_window->findChild<QTreeView *>("Tree_alarms");
+        pages->setCurrentIndex(4);
+        m_timers.advance(Milliseconds(250));
+        QCOMPARE(list->model()->rowCount(), 2);
+        const auto textOf = [list](int row) { return list->model()->index(row, 1).data().toString(); };
+        QCOMPARE(textOf(0), "DI1 fail"); // equally urgent, and came first
+        QCOMPARE(list->model()->rowCount(list->model()->index(1, 0)), 5);
+        tree()->setCurrentIndex(m_mode->tree().find("B"));
+        QCOMPARE(pages->currentIndex(), 4);
+
+        list->setCurrentIndex(list->model()->index(1, 0)); // the closed line of all five
+        answerNext("CancelButton");
+        QTest::keyClick(list, Qt::Key_Space);
+        QCOMPARE(m_mode->alarms().waitingCount(), 6);
+        answerNext("OKButton");
+        QTest::keyClick(list, Qt::Key_Space);
+        QCOMPARE(m_mode->alarms().waitingCount(), 1);
+
+        list->setCurrentIndex(list->model()->index(0, 0));
+        QTest::keyClick(list, Qt::Key_Return);
+        QCOMPARE(pages->currentIndex(), 1);
+        QCOMPARE(tree()->currentIndex().data(StationTree::KeyRole).toString(), "A/meldung");
+        pages->setCurrentIndex(4);
+        QTest::keyClick(list, Qt::Key_Space); // one alone is no question
+        QCOMPARE(m_mode->alarms().waitingCount(), 0);
+    }
+
     void anAddressIsCheckedBeforeTheStationTakesIt()
     {
         open({"A"});

@@ -1,0 +1,517 @@
+#include "opmode/window/alarms/alarm_list_page.h"
+
+#include "look/icons.h"
+#include "look/message_dialog.h"
+#include "opmode/window/alarm_look.h"
+#include "opmode/window/alarms/shelve_dialog.h"
+#include "opmode/window/view_activity.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTreeView>
+
+namespace ktr {
+
+namespace {
+
+constexpr int roomForSummary = 560;
+constexpr qint64 sampleMoment = 1'261'659'903'000;
+
+template <class Control> Control *named(const QString &name, QWidget *parent)
+{
+    auto *control = new Control(parent);
+    control->setObjectName(name);
+    return control;
+}
+
+} // namespace
+
+AlarmListPage::AlarmListPage(OperationalMode &mode, const TextTable &texts, Acknowledging &acknowledging,
+                             Timers &timers, const QLocale &locale, QWidget *parent)
+    : OpmodePage(mode, texts, parent),
+      m_acknowledging(acknowledging),
+      m_locale(locale),
+      m_model(new AlarmListModel(mode, timers, locale, this)),
+      m_list(named<QTreeView>(QStringLiteral("Tree_alarms"), this)),
+      m_activity(new ViewActivity(*m_list, [] { return false; })),
+      m_filter(named<QLineEdit>(QStringLiteral("Text_alarm_filter"), this)),
+      m_onlyUnacknowledged(named<QCheckBox>(QStringLiteral("Check_alarm_open"), this)),
+      m_shelved(named<QCheckBox>(QStringLiteral("Check_alarm_shelved"), this)),
+      m_summary(named<QLabel>(QStringLiteral("lbl_alarms"), this)),
+      m_empty(named<QLabel>(QStringLiteral("lbl_alarms_empty"), m_list->viewport()))
+{
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(createChoice());
+    layout->addWidget(m_list, 1);
+    layout->addWidget(createButtons());
+    setUpList();
+    QWidget *before = m_filter;
+    for (QWidget *next : std::initializer_list<QWidget *>{
+             m_onlyUnacknowledged, m_shelved, m_list, m_buttons[EditComment], m_buttons[Shelve],
+             m_buttons[Unshelve], m_buttons[AcknowledgeAll], m_buttons[Acknowledge]}) {
+        setTabOrder(before, next);
+        before = next;
+    }
+    connect(m_filter, &QLineEdit::textChanged, this, &AlarmListPage::choose);
+    connect(m_onlyUnacknowledged, &QCheckBox::toggled, this, &AlarmListPage::choose);
+    connect(m_shelved, &QCheckBox::toggled, this, &AlarmListPage::choose);
+    connect(&acknowledging, &Acknowledging::acknowledged, m_model, &AlarmListModel::updateInPlace);
+    connect(m_model, &AlarmListModel::modelAboutToBeReset, this, &AlarmListPage::keepChoice);
+    connect(m_model, &AlarmListModel::modelReset, this, &AlarmListPage::bringChoiceBack);
+    connect(m_model, &AlarmListModel::updated, this, &AlarmListPage::refresh);
+    m_model->setHold([this] { return m_activity->isAboutToChoose(); });
+    AlarmListPage::applyTexts();
+}
+
+AlarmListPage::~AlarmListPage()
+{
+    m_list->removeEventFilter(this);
+    m_list->viewport()->removeEventFilter(this);
+}
+
+QWidget *AlarmListPage::createChoice()
+{
+    auto *choice = new QWidget(this);
+    auto *row = new QHBoxLayout(choice);
+    row->setContentsMargins(0, 0, 0, 0);
+    m_filter->setClearButtonEnabled(true);
+    m_filter->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
+    m_filter->setMinimumWidth(120);
+    row->addWidget(m_filter, 1);
+    row->addWidget(m_onlyUnacknowledged);
+    row->addWidget(m_shelved);
+    return choice;
+}
+
+QWidget *AlarmListPage::createButtons()
+{
+    using Slot = void (AlarmListPage::*)();
+    const std::pair<const char *, Slot> does[] = {
+        {"Cmd_alarm_accept", &AlarmListPage::acknowledgeChosen}, {"Cmd_alarm_acceptAll", nullptr},
+        {"Cmd_alarm_comment", &AlarmListPage::editComment},      {"Cmd_alarm_shelve", &AlarmListPage::shelve},
+        {"Cmd_alarm_unshelve", &AlarmListPage::unshelve},        {"Cmd_alarm_goto", &AlarmListPage::goTo},
+    };
+    auto *buttons = new QWidget(this);
+    auto *row = new QHBoxLayout(buttons);
+    row->setContentsMargins(0, 0, 0, 0);
+    for (std::size_t i = 0; i < actions; ++i) {
+        m_actions[i] = new QAction(this);
+        if (does[i].second != nullptr) {
+            connect(m_actions[i], &QAction::triggered, this, does[i].second);
+        }
+        if (i < m_buttons.size()) {
+            m_buttons[i] = named<QPushButton>(QLatin1String(does[i].first), buttons);
+            m_buttons[i]->setAutoDefault(false);
+            connect(m_buttons[i], &QPushButton::clicked, m_actions[i], &QAction::trigger);
+        }
+    }
+    connect(m_actions[AcknowledgeAll], &QAction::triggered, this,
+            [this] { m_acknowledging.acknowledgeAlarms(this, m_model->unacknowledged()); });
+    for (const Action action : {EditComment, Shelve, Unshelve}) {
+        row->addWidget(m_buttons[action]);
+    }
+    m_summary->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_summary->setAlignment(Qt::AlignCenter);
+    row->addWidget(m_summary, 1);
+    row->addWidget(m_buttons[AcknowledgeAll]);
+    row->addWidget(m_buttons[Acknowledge]);
+    return buttons;
+}
+
+void AlarmListPage::setUpList()
+{
+    m_list->setModel(m_model);
+    m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    m_list->setAlternatingRowColors(true);
+    m_list->setUniformRowHeights(true);
+    m_list->setAllColumnsShowFocus(true);
+    m_list->setExpandsOnDoubleClick(true);
+    m_list->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    QHeaderView *header = m_list->header();
+    header->setStretchLastSection(false);
+    header->setSortIndicator(AlarmListModel::Priority, Qt::AscendingOrder);
+    m_list->setSortingEnabled(true);
+    m_list->addActions({m_actions[Acknowledge], m_actions[EditComment], m_actions[Shelve],
+                        m_actions[Unshelve], m_actions[GoTo]});
+    m_list->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_list->installEventFilter(this);
+    m_list->viewport()->setMouseTracking(true);
+    m_list->viewport()->installEventFilter(this);
+    m_empty->setAlignment(Qt::AlignCenter);
+    m_empty->setForegroundRole(QPalette::PlaceholderText);
+    connect(m_list, &QTreeView::doubleClicked, this, [this](const QModelIndex &line) {
+        if (!m_model->isStorm(line)) {
+            goTo();
+        }
+    });
+    connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &AlarmListPage::refreshButtons);
+}
+
+void AlarmListPage::applyTexts()
+{
+    const auto withKey = [](const QString &caption, Qt::Key key) -> QString {
+        return caption + u'\t' + QKeySequence(key).toString(QKeySequence::NativeText);
+    };
+    m_onlyUnacknowledged->setText(tr("Only not acknowledged"));
+    m_shelved->setText(tr("Shelved ones, too"));
+    m_shelved->setToolTip(tr("Lists what is shelved, and stations in maintenance"));
+    m_filter->setPlaceholderText(tr("Filter"));
+    m_filter->setAccessibleName(tr("Filter"));
+    m_filter->setToolTip(tr("Searched for in text, station, recipients and comment"));
+    m_list->setAccessibleName(tr("Alarms"));
+    const std::array captions = {text(Text::AcceptNotification),
+                                 tr("%1 (all shown)").arg(text(Text::AcceptNotification)),
+                                 tr("Comment..."),
+                                 tr("Shelve..."),
+                                 tr("Take back"),
+                                 tr("Show in the tree")};
+    const std::array tips = {tr("Acknowledges the selected alarms (Space in the list)"),
+                             tr("Acknowledges all alarms that are listed"),
+                             tr("Writes a comment to the selected alarms"),
+                             tr("Puts the selected alarms aside for a while, with a reason"),
+                             tr("Takes the selected alarms back that are shelved"),
+                             QString()};
+    for (std::size_t i = 0; i < actions; ++i) {
+        m_actions[i]->setText(captions[i]);
+        if (i < m_buttons.size()) {
+            m_buttons[i]->setText(captions[i]);
+            m_buttons[i]->setToolTip(tips[i]);
+        }
+    }
+    m_actions[Acknowledge]->setText(withKey(captions[Acknowledge], Qt::Key_Space));
+    m_actions[GoTo]->setText(withKey(captions[GoTo], Qt::Key_Return));
+    m_model->setTexts(text(Text::NotAcknowledged));
+    fitColumns();
+    refresh();
+}
+
+// What is listed, and how
+
+void AlarmListPage::choose()
+{
+    m_model->choose({m_filter->text().trimmed(), m_onlyUnacknowledged->isChecked(), m_shelved->isChecked()});
+}
+
+void AlarmListPage::fitColumns()
+{
+    const QFontMetrics metrics(m_list->font());
+    const auto widthOf = [&metrics](const QString &sample) { return metrics.horizontalAdvance(sample) + 20; };
+    constexpr int sortMark = 16;
+    constexpr int branches = 24;
+    const int moment = widthOf(shownMoment(sampleMoment));
+    using Model = AlarmListModel;
+    const int samples[] = {
+        std::max(widthOf(AlarmCells::priority(2)), widthOf(AlarmCells::header(0)) + sortMark) + branches,
+        widthOf(QString(18, u'n')),
+        widthOf(QString(13, u'n')),
+        widthOf(text(Text::NotAcknowledged)) + 24,
+        moment,
+        moment,
+        widthOf(QStringLiteral("×1.000")) + sortMark,
+        widthOf(QStringLiteral("+49170123456789")),
+        widthOf(QString(14, u'n'))};
+    int sum = 0;
+    for (int column = 0; column < Model::columns; ++column) {
+        m_list->setColumnWidth(column, samples[column]);
+        sum += samples[column];
+    }
+    // What is left goes to what is longest.
+    if (const int rest = m_list->viewport()->width() - sum; rest > 0) {
+        m_list->setColumnWidth(Model::Text, samples[Model::Text] + rest / 2);
+        m_list->setColumnWidth(Model::State, samples[Model::State] + rest / 4);
+        m_list->setColumnWidth(Model::Comment, samples[Model::Comment] + rest - rest / 2 - rest / 4);
+    }
+}
+
+void AlarmListPage::resizeEvent(QResizeEvent *event)
+{
+    OpmodePage::resizeEvent(event);
+    refresh();
+}
+
+void AlarmListPage::refresh()
+{
+    const int listed = m_model->listedCount();
+    const int open = m_model->unacknowledgedCount();
+    m_summary->setText(
+        listed == 0 || m_summary->width() < roomForSummary / 2
+            ? QString()
+            : tr("Listed: %1, %2: %3")
+                  .arg(m_locale.toString(listed), text(Text::NotAcknowledged), m_locale.toString(open)));
+    m_empty->setVisible(listed == 0);
+    m_empty->setText(m_filter->text().isEmpty() && !m_onlyUnacknowledged->isChecked()
+                         ? tr("No alarms")
+                         : tr("Nothing fits the filter"));
+    m_actions[AcknowledgeAll]->setEnabled(open > 0);
+    m_buttons[AcknowledgeAll]->setEnabled(open > 0);
+    refreshButtons();
+}
+
+void AlarmListPage::refreshButtons()
+{
+    bool canAcknowledge = false;
+    bool canShelve = false;
+    bool isShelved = false;
+    for (const qint64 id : chosen()) {
+        const AlarmRow &alarm = *m_model->alarm(id);
+        canAcknowledge = canAcknowledge || (alarm.first != 0 && alarm.acknowledged == 0);
+        canShelve = canShelve || alarm.first != 0;
+        isShelved = isShelved || alarm.shelvedUntil != 0;
+    }
+    m_actions[Acknowledge]->setEnabled(canAcknowledge);
+    m_actions[EditComment]->setEnabled(canShelve);
+    m_actions[Shelve]->setEnabled(canShelve);
+    m_actions[Unshelve]->setEnabled(isShelved);
+    m_actions[GoTo]->setEnabled(m_model->alarm(m_list->currentIndex()) != nullptr);
+    for (const Action action : {Acknowledge, EditComment, Shelve, Unshelve}) {
+        m_buttons[action]->setEnabled(m_actions[action]->isEnabled());
+    }
+    m_buttons[Unshelve]->setVisible(m_shelved->isChecked());
+}
+
+QModelIndexList AlarmListPage::chosenLines() const
+{
+    QModelIndexList lines;
+    // Not selectedRows(), which asks the model about each column of each row.
+    for (const QItemSelectionRange &range : m_list->selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            lines += m_model->index(row, 0, range.parent());
+        }
+    }
+    return lines;
+}
+
+QList<qint64> AlarmListPage::chosen() const
+{
+    QList<qint64> alarms;
+    QSet<qint64> known; // a storm's line and one below it may both be chosen
+    for (const QModelIndex &line : chosenLines()) {
+        for (const qint64 id : m_model->alarms(line)) {
+            if (!known.contains(id)) {
+                known.insert(id);
+                alarms += id;
+            }
+        }
+    }
+    return alarms;
+}
+
+/// The lines are about to be others: what is chosen, open and at the top is to be so afterwards.
+void AlarmListPage::keepChoice()
+{
+    m_kept = {};
+    for (const QModelIndex &line : chosenLines()) {
+        if (const AlarmRow *alarm = m_model->alarm(line)) {
+            m_kept.alarms.insert(alarm->id);
+        } else {
+            m_kept.storms.insert(m_model->storm(line));
+        }
+    }
+    for (int row = 0; row < m_model->rowCount(); ++row) {
+        const QModelIndex line = m_model->index(row, 0);
+        if (m_model->isStorm(line) && m_list->isExpanded(line)) {
+            m_kept.open.insert(m_model->storm(line));
+        }
+    }
+    const auto note = [this](const QModelIndex &line, qint64 &id, QString &storm) {
+        if (const AlarmRow *alarm = m_model->alarm(line)) {
+            id = alarm->id;
+        } else {
+            storm = m_model->storm(line);
+        }
+    };
+    note(m_list->currentIndex(), m_kept.current, m_kept.currentStorm);
+    m_kept.row = m_list->currentIndex().parent().isValid() ? -1 : m_list->currentIndex().row();
+    if (m_list->verticalScrollBar()->value() > 0) { // at the top, the most urgent are to be seen
+        note(m_list->indexAt(QPoint(0, 0)), m_kept.top, m_kept.topStorm);
+    }
+}
+
+void AlarmListPage::bringChoiceBack()
+{
+    const auto lineOf = [this](qint64 id, const QString &storm) {
+        return storm.isEmpty() ? m_model->lineOf(id) : m_model->stormOf(storm);
+    };
+    for (const QString &storm : std::as_const(m_kept.open)) {
+        m_list->expand(m_model->stormOf(storm));
+    }
+    QItemSelection selection;
+    const auto select = [&](const QModelIndex &line) {
+        if (line.isValid()) {
+            selection.select(line, line.siblingAtColumn(AlarmListModel::columns - 1));
+        }
+    };
+    for (const qint64 id : std::as_const(m_kept.alarms)) {
+        select(m_model->lineOf(id));
+    }
+    for (const QString &storm : std::as_const(m_kept.storms)) {
+        select(m_model->stormOf(storm));
+    }
+    QItemSelectionModel &model = *m_list->selectionModel();
+    QModelIndex current = lineOf(m_kept.current, m_kept.currentStorm);
+    if (!current.isValid() && m_kept.row >= 0) { // it is gone: keys go on from where it was
+        current = m_model->index(std::min(m_kept.row, m_model->rowCount() - 1), 0);
+    }
+    model.setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+    model.select(selection, QItemSelectionModel::ClearAndSelect);
+    if (const QModelIndex top = lineOf(m_kept.top, m_kept.topStorm); top.isValid()) {
+        m_list->scrollTo(top, QAbstractItemView::PositionAtTop);
+    }
+}
+
+bool AlarmListPage::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == m_list->viewport()) {
+        m_activity->noteViewportEvent(*event);
+        if (event->type() == QEvent::Leave && QApplication::activePopupWidget() == nullptr) {
+            m_model->update(); // what was kept back
+        } else if (event->type() == QEvent::Resize) {
+            fitColumns();
+            m_empty->setGeometry(m_list->viewport()->rect());
+        }
+    }
+    if (watched == m_list && event->type() == QEvent::KeyPress) {
+        m_activity->noteKeys();
+        if (takeKey(*static_cast<QKeyEvent *>(event))) {
+            return true;
+        }
+    }
+    return OpmodePage::eventFilter(watched, event);
+}
+
+bool AlarmListPage::takeKey(const QKeyEvent &event)
+{
+    if (event.matches(QKeySequence::Copy)) {
+        copy();
+        return true;
+    }
+    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) {
+        return false;
+    }
+    const QModelIndex line = m_list->currentIndex();
+    switch (event.key()) {
+    case Qt::Key_Space:
+        acknowledgeChosen();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (m_model->isStorm(line)) {
+            m_list->setExpanded(line, !m_list->isExpanded(line));
+        } else {
+            goTo();
+        }
+        return true;
+    default:
+        return false;
+    }
+}
+
+// What the user does with it
+
+/// The line of a storm stands for more than is to be seen of it.
+void AlarmListPage::acknowledgeChosen()
+{
+    const QModelIndexList lines = chosenLines();
+    if (std::ranges::any_of(lines, [this](const QModelIndex &line) { return m_model->isStorm(line); })) {
+        m_acknowledging.acknowledgeAlarms(this, chosen());
+    } else {
+        m_acknowledging.acknowledgeChosen(this, chosen());
+    }
+}
+
+void AlarmListPage::editComment()
+{
+    const QList<qint64> alarms = chosen();
+    const AlarmRow *first = alarms.isEmpty() ? nullptr : m_model->alarm(alarms.constFirst());
+    if (first == nullptr) {
+        return;
+    }
+    const QString prompt = alarms.size() == 1 ? tr("Comment on: %1").arg(first->text)
+                                              : tr("Comment on %L1 alarms").arg(alarms.size());
+    const QPointer<AlarmListPage> self(this);
+    const std::optional<QString> comment =
+        Dialog::input(window(), texts(), prompt, alarms.size() == 1 ? first->comment : QString());
+    if (self && comment) {
+        mode().alarmActions().comment(alarms, comment->trimmed());
+        m_model->updateInPlace();
+    }
+}
+
+void AlarmListPage::shelve()
+{
+    QList<qint64> alarms = chosen();
+    alarms.removeIf([this](qint64 id) { return m_model->alarm(id)->first == 0; });
+    QSet<qint64> stations;
+    for (const qint64 id : std::as_const(alarms)) {
+        stations.insert(m_model->alarm(id)->station);
+    }
+    stations.remove(0);
+    const QPointer<AlarmListPage> self(this);
+    ShelveDialog dialog(texts(), mode().alarmActions().now(), static_cast<int>(alarms.size()),
+                        static_cast<int>(stations.size()), window());
+    if (alarms.isEmpty() || dialog.exec() != QDialog::Accepted || !self) {
+        return;
+    }
+    AlarmActions &shelves = mode().alarmActions();
+    if (dialog.isMaintenance()) {
+        for (const qint64 station : std::as_const(stations)) {
+            shelves.shelveStation(station, dialog.until(), dialog.why());
+        }
+    } else {
+        shelves.shelve(alarms, dialog.until(), dialog.why());
+    }
+    m_model->update();
+}
+
+void AlarmListPage::unshelve()
+{
+    for (const qint64 id : chosen()) {
+        const AlarmRow *alarm = m_model->alarm(id);
+        const Shelf *shelf = alarm == nullptr ? nullptr : mode().alarms().shelfOf(*alarm);
+        if (shelf != nullptr) {
+            mode().alarmActions().unshelve(shelf->station, QString(shelf->text));
+        }
+    }
+    m_model->update();
+}
+
+void AlarmListPage::goTo()
+{
+    if (const AlarmRow *alarm = m_model->alarm(m_list->currentIndex())) {
+        const QString kennung = mode().stationOf(*alarm);
+        const QModelIndexList entries = mode().entriesOf(*alarm);
+        if (!kennung.isEmpty()) {
+            Q_EMIT entryWanted(kennung, entries.isEmpty() ? QModelIndex() : entries.constFirst());
+        }
+    }
+}
+
+void AlarmListPage::copy()
+{
+    QStringList lines;
+    for (const QModelIndex &line : chosenLines()) {
+        QStringList fields;
+        for (int column = 0; column < AlarmListModel::columns; ++column) {
+            fields += line.siblingAtColumn(column).data().toString();
+        }
+        lines += fields.join(u'\t');
+    }
+    if (!lines.isEmpty()) {
+        QApplication::clipboard()->setText(lines.join(u'\n') + u'\n');
+    }
+}
+
+} // namespace ktr
