@@ -2335,6 +2335,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>nobody watches the stations</source>
         <translation>niemand überwacht die Stationen</translation>
     </message>
+    <message>
+        <source>The tree has %1 entries. Kept for a year, it would have %2 less; the menu %3 offers it.</source>
+        <translation>Der Baum hat %1 Einträge. Ein Jahr lang aufbewahrt, wären es %2 weniger; das Menü %3 bietet es an.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::HistoryPage</name>
@@ -2900,6 +2904,18 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Searched for in text, recipient and station</source>
         <translation>Wird in Text, Empfänger und Station gesucht</translation>
     </message>
+    <message>
+        <source>Remove entries...</source>
+        <translation>Einträge entfernen...</translation>
+    </message>
+    <message>
+        <source>Remove %L1 entries from the tree and its file? The record keeps them; what is not acknowledged stays.</source>
+        <translation>%L1 Einträge aus dem Baum und seiner Datei entfernen? Die Aufzeichnung behält sie; was nicht quittiert ist, bleibt.</translation>
+    </message>
+    <message>
+        <source>Entries removed: %L1</source>
+        <translation>Entfernte Einträge: %L1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OperationalMode</name>
@@ -2955,6 +2971,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Another program watches the stations; it is done there</source>
         <translation>Ein anderes Programm überwacht die Stationen; dort ist das zu tun</translation>
     </message>
+    <message>
+        <source>The disk with the record is nearly full</source>
+        <translation>Der Datenträger mit der Aufzeichnung ist fast voll</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OpmodeMenus</name>
@@ -2997,6 +3017,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>the rest of the shift (6, 14 or 22 o&apos;clock)</source>
         <translation>den Rest der Schicht (6, 14 oder 22 Uhr)</translation>
+    </message>
+    <message>
+        <source>Record: size, age, copy...</source>
+        <translation>Aufzeichnung: Größe, Alter, Kopie...</translation>
     </message>
 </context>
 <context>
@@ -3155,6 +3179,97 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Written: %1</source>
         <translation>Geschrieben: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::RetentionDialog</name>
+    <message>
+        <source>Back up...</source>
+        <translation>Sichern...</translation>
+    </message>
+    <message>
+        <source>What is kept</source>
+        <translation>Was aufbewahrt wird</translation>
+    </message>
+    <message>
+        <source>for ever</source>
+        <translation>für immer</translation>
+    </message>
+    <message>
+        <source> days</source>
+        <translation> Tage</translation>
+    </message>
+    <message>
+        <source>Entries in the tree and its file (the record keeps them):</source>
+        <translation>Einträge im Baum und in seiner Datei (die Aufzeichnung behält sie):</translation>
+    </message>
+    <message>
+        <source>Events in the record:</source>
+        <translation>Ereignisse in der Aufzeichnung:</translation>
+    </message>
+    <message>
+        <source>Alarms that are acknowledged and over:</source>
+        <translation>Alarme, die quittiert und vorüber sind:</translation>
+    </message>
+    <message>
+        <source>Archives of the modules:</source>
+        <translation>Archive der Module:</translation>
+    </message>
+    <message>
+        <source>Input values:</source>
+        <translation>Eingangswerte:</translation>
+    </message>
+    <message>
+        <source>never</source>
+        <translation type="unfinished">nie</translation>
+    </message>
+    <message>
+        <source> minutes</source>
+        <translation> Minuten</translation>
+    </message>
+    <message>
+        <source>A station&apos;s silence is an alarm after:</source>
+        <translation>Das Schweigen einer Station ist ein Alarm nach:</translation>
+    </message>
+    <message>
+        <source>Copies the record while it is in use; the copy may take its place</source>
+        <translation>Kopiert die Aufzeichnung, während sie benutzt wird; die Kopie kann an ihre Stelle treten</translation>
+    </message>
+    <message>
+        <source>Nothing is recorded.</source>
+        <translation>Nichts wird aufgezeichnet.</translation>
+    </message>
+    <message>
+        <source>The record is looked at...</source>
+        <translation>Die Aufzeichnung wird durchgesehen...</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>Events: %1, records of archives: %2, input values: %3. About %4 rows and %5 a day.</source>
+        <translation>Ereignisse: %1, Archivsätze: %2, Eingangswerte: %3. Etwa %4 Zeilen und %5 am Tag.</translation>
+    </message>
+    <message>
+        <source>Free on this disk: %1 of %2</source>
+        <translation>Frei auf diesem Datenträger: %1 von %2</translation>
+    </message>
+    <message>
+        <source>The tree has %1 entries. Kept for %2 days, it would have %3 less.</source>
+        <translation>Der Baum hat %1 Einträge. Bei %2 Tagen Aufbewahrung wären es %3 weniger.</translation>
+    </message>
+    <message>
+        <source>Records|*.sqlite</source>
+        <translation>Aufzeichnungen|*.sqlite</translation>
+    </message>
+    <message>
+        <source>The copy is being written...</source>
+        <translation>Die Kopie wird geschrieben...</translation>
+    </message>
+    <message>
+        <source>The copy is written: %1</source>
+        <translation>Die Kopie ist geschrieben: %1</translation>
     </message>
 </context>
 <context>

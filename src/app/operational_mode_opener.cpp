@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QScreen>
+#include <QStorageInfo>
 
 #include <algorithm>
 
@@ -29,7 +30,14 @@ QPoint onScreen(const QPoint &place, const QWidget &window)
 OperationalModeOpener::OperationalModeOpener(const OperationalMode::Services &services,
                                              const TextTable &texts)
     : m_services(services), m_texts(texts)
-{}
+{
+    m_services.diskRoom = [](const QString &folder) -> std::optional<DiskRoom> {
+        const QStorageInfo disk(folder);
+        return disk.isValid() && disk.bytesTotal() > 0
+                   ? std::optional(DiskRoom{disk.bytesAvailable(), disk.bytesTotal()})
+                   : std::nullopt;
+    };
+}
 
 OperationalModeOpener::~OperationalModeOpener() = default;
 

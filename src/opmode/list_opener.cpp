@@ -124,8 +124,9 @@ Status ListOpener::catchUp(RecordReader &reader)
     if (read) {
         read = reader.openAlarms([this](const AlarmRow &alarm) { m_standing += alarm; });
     }
-    for (const QString &name : {QStringLiteral("rules"), QStringLiteral("shelves"), QStringLiteral("chatter"),
-                                QStringLiteral("operator"), QStringLiteral("silentAfter")}) {
+    for (const QString &name :
+         {QStringLiteral("rules"), QStringLiteral("shelves"), QStringLiteral("chatter"),
+          QStringLiteral("operator"), QStringLiteral("silentAfter"), QStringLiteral("retention")}) {
         std::optional<QString> value;
         if (read) {
             read = reader.setting(name, value);

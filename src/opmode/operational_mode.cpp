@@ -25,6 +25,7 @@ constexpr Milliseconds aMinute{60'000};
 constexpr Milliseconds aSecond{1000};
 
 const QString operatorSetting = QStringLiteral("operator");
+const QString retentionSetting = QStringLiteral("retention");
 const QString silenceSetting = QStringLiteral("silentAfter");
 
 /// Addresses that name the same module are the same text.
@@ -72,7 +73,10 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_alarmActions(
           m_alarms, [this]() -> ListRecord & { return *m_record; }, [this] { return moment(); },
           [this] { return isDoneElsewhere(); }),
-      m_watchAlarms(m_alarms, services.timers, m_services.environment)
+      m_watchAlarms(m_alarms, services.timers, m_services.environment),
+      m_thinning(
+          m_tree, services.timers, [this](NodeStore::Id notification) { return mayGo(notification); },
+          [this](NodeStore::Id entry) { removeEntry(entry, ListRecord::By::Program); })
 {
     beginRecord();
     connect(&m_alarms, &AlarmBook::changed, this, &OperationalMode::keepAlarm);
@@ -133,6 +137,68 @@ void OperationalMode::beginWatchAlarms(const Status &loaded)
         m_watchAlarms.tellList(
             tr("Not all of the list of stations is as it was: %1").arg(m_defects.constFirst()));
     }
+}
+
+void OperationalMode::setRetention(const RetentionRules &rules)
+{
+    m_thinning.setRules(rules);
+    m_record->add(SettingRow{retentionSetting, toJson(rules)});
+}
+
+/// What stands in the book must be found in the tree.
+bool OperationalMode::mayGo(NodeStore::Id notification) const
+{
+    const NodeStore &nodes = m_tree.nodes();
+    const NodeStore::Id station = nodes.parent(nodes.parent(notification));
+    return !isAlarm(m_tree, notification) &&
+           m_alarms.find(m_record->number(textOf(nodes.name(station))),
+                         splitNotification(textOf(nodes.text(notification))).message) == nullptr;
+}
+
+int OperationalMode::removeEntries(const QModelIndexList &entries)
+{
+    QList<NodeStore::Id> removed;
+    for (const QModelIndex &entry : entries) {
+        const NodeStore::Id id = StationTree::idOf(entry);
+        if (m_tree.nodes().kind(id) == NodeKind::Notification && mayGo(id) && !removed.contains(id)) {
+            removed += id;
+        }
+    }
+    for (const NodeStore::Id id : std::as_const(removed)) {
+        removeEntry(id, ListRecord::By::Operator);
+    }
+    return static_cast<int>(removed.size());
+}
+
+void OperationalMode::removeEntry(NodeStore::Id entry, ListRecord::By by)
+{
+    const NodeStore &nodes = m_tree.nodes();
+    const NodeStore::Id branch = nodes.parent(entry);
+    const QString kennung = textOf(nodes.name(nodes.parent(branch)));
+    const QString name = textOf(nodes.name(entry));
+    if (nodes.kind(entry) == NodeKind::Notification) {
+        NotificationRow row =
+            m_record->notification(m_record->number(kennung), name, m_tree.arrivals().value(entry));
+        row.listed = false;
+        m_record->add(row);
+    }
+    m_record->add(EventKind::EntryRemoved, kennung, moment(), textOf(nodes.name(branch)) + u'/' + name, by);
+    m_tree.remove(nodeIndex(m_tree, entry));
+}
+
+std::optional<DiskRoom> OperationalMode::diskRoom() const
+{
+    return m_services.diskRoom(QFileInfo(m_path).absolutePath());
+}
+
+/// A large disk has room enough with less than a twentieth of it.
+void OperationalMode::checkDiskRoom()
+{
+    constexpr qint64 gibibyte = qint64{1} << 30;
+    const std::optional<DiskRoom> room = diskRoom();
+    const bool isLow =
+        room && (room->free < gibibyte || room->free < std::min(room->all / 20, 10 * gibibyte));
+    m_watchAlarms.setRoomTrouble(isLow ? tr("The disk with the record is nearly full") : QString());
 }
 
 void OperationalMode::setLongestSilence(int minutes)
@@ -310,6 +376,7 @@ void OperationalMode::takeUp(ListOpener &list)
         m_record->add(EventKind::Started, {}, moment(), m_path, ListRecord::By::Program);
     }
     m_savesSoon = list.mustSave();
+    m_thinning.setRules(retentionRules(list.setting(retentionSetting).value_or(QString())));
     m_watchAlarms.setLongestSilence(
         list.setting(silenceSetting).value_or(QString::number(WatchAlarms::usualSilence)).toInt());
 }
@@ -786,6 +853,7 @@ void OperationalMode::removeAll()
     }
     m_isOpen = false;
     m_minute->stop();
+    m_thinning.stop();
     m_answers.clear();
     QStringList keys;
     m_stations.forEach([&keys](const cStation &station) { keys.prepend(station.kennung()); });
@@ -919,6 +987,8 @@ void OperationalMode::awaitNextMinute()
         m_alarmActions.minute();
         if (m_keeper) {
             m_keeper->check();
+            m_thinning.check(now(), *m_record);
+            checkDiskRoom();
         }
         awaitNextMinute();
     });

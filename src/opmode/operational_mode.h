@@ -8,6 +8,7 @@
 #include "opmode/keeping/nodes_keeper.h"
 #include "opmode/station/value_trends.h"
 #include "opmode/station_states.h"
+#include "opmode/thinning.h"
 #include "opmode/watch_alarms.h"
 #include "platform/file_lock.h"
 
@@ -21,6 +22,13 @@ struct UnkeptChanges
     QString reason;
     QDateTime since;
     quint64 count;
+};
+
+/// Bytes of a disk.
+struct DiskRoom
+{
+    qint64 free = 0;
+    qint64 all = 0;
 };
 
 /// The operational mode without its window: the stations of a `nodes.xml`, their tree, what their messages
@@ -40,6 +48,10 @@ public:
         /// How many datagrams were dropped because they came from no module's address.
         std::function<qint64()> foreignDatagrams = [] { return 0; };
         NodesKeeper::Limits filesInBetween = {};
+        /// Of the disk that a folder is on; nothing when it is not known.
+        std::function<std::optional<DiskRoom>(const QString &folder)> diskRoom = [](const QString &) {
+            return std::nullopt;
+        };
     };
     enum class Use {
         Keep,        ///< what happens is kept in the record, and in the file at the end
@@ -124,6 +136,16 @@ public:
     /// What else operators do about them.
     AlarmActions &alarmActions() { return m_alarmActions; }
     const AlarmActions &alarmActions() const { return m_alarmActions; }
+    /// How long what happened is kept; takes effect within a minute.
+    const RetentionRules &retention() const { return m_thinning.rules(); }
+    void setRetention(const RetentionRules &rules);
+    /// How many entries of the tree came more than so many days ago; goes through all.
+    qint64 entriesOlderThan(int days) const { return m_thinning.countOlder(now(), days); }
+    /// Removes entries from the tree, and so from the list's file; the record keeps what they said. Those
+    /// that wait to be acknowledged stay. Gives how many were removed.
+    int removeEntries(const QModelIndexList &entries);
+    /// Of the disk with the list.
+    std::optional<DiskRoom> diskRoom() const;
     /// Acknowledges alarms: on the disk first, then in the tree. After a failure nothing is acknowledged. An
     /// alarm that went to several numbers is acknowledged with the last of its entries.
     Status acknowledge(const QModelIndexList &entries);
@@ -184,6 +206,9 @@ private:
     void tellWhereKept();
     void setKeepingTrouble(const QString &trouble);
     void tellUnkept();
+    bool mayGo(NodeStore::Id notification) const;
+    void removeEntry(NodeStore::Id entry, ListRecord::By by);
+    void checkDiskRoom();
     void beginWatchAlarms(const Status &loaded);
     void takeUpAlarms(const QList<AlarmRow> &standing, const QList<Shelf> &shelves);
     qint64 keepMessage(const QString &kennung, const QString &text, const StationMessage &message,
@@ -228,6 +253,7 @@ private:
     AlarmActions m_alarmActions;
     WatchAlarms m_watchAlarms;
     std::unique_ptr<JoinedList> m_joined;
+    Thinning m_thinning;
     qint64 m_unwatchedSince = 0; ///< the last run ended badly
     qint64 m_lastAlarm = 0;      ///< where there is no record
     QString m_operator;

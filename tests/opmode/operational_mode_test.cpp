@@ -33,7 +33,8 @@ struct Run
                                                    return line;
                                                },
                                                [this] { ++beeps; }, manualCallbackTimers(timers),
-                                               [] { return 0; }, limits},
+                                               [] { return 0; }, limits,
+                                               [this](const QString &) { return room; }},
                      StationCaptions{QStringLiteral("Notifications"), QStringLiteral("History"),
                                      QStringLiteral("IP")});
         QObject::connect(&*mode, &OperationalMode::statusMessage, &*mode,
@@ -71,6 +72,7 @@ struct Run
     QString path;
     test::ManualTimers timers;
     Milliseconds clockJump{0};
+    std::optional<DiskRoom> room{};
     QList<RecordedLine *> lines;
     QStringList told;
     QList<StationEvent> events;
@@ -447,14 +449,60 @@ private Q_SLOTS:
             QCOMPARE(run.waiting(AlarmKind::Watcher).size(), 1);
             QVERIFY(run.waiting(AlarmKind::Watcher)[0].over != 0);
             run.mode->setOnline(s, true);
+            run.room = DiskRoom{1 << 20, qint64{1} << 40};
             run.timers.advance(2 * minute);
             QVERIFY(run.waiting(AlarmKind::Silent)[0].over == 0);
+            QCOMPARE(run.waiting(AlarmKind::Disk).size(), 1);
+            run.room->free = qint64{20} << 30; // less than a twentieth, and enough
+            run.timers.advance(minute);
+            QVERIFY(run.waiting(AlarmKind::Disk)[0].over != 0);
         }
         Run run(m_folder->path()); // all of them are to be acknowledged, and the silence goes on
         QCOMPARE(run.mode->longestSilence(), 1);
-        QCOMPARE(run.mode->alarms().waitingCount(), 4);
+        QCOMPARE(run.mode->alarms().waitingCount(), 5);
         run.lines[0]->say("OK\r\n");
         QVERIFY(run.waiting(AlarmKind::Silent)[0].over != 0);
+    }
+
+    void whatIsOldLeavesTheTreeAndStaysInTheRecord()
+    {
+        const auto entry = [](const char *text) {
+            return QStringLiteral("S/meldung/+4917012345 --> M,") + QLatin1String(text);
+        };
+        for (const bool isAfterACrash : {false, true}) {
+            Run run(m_folder->path(), {}, QDateTime({2026, 11, isAfterACrash ? 25 : 20}, {9, 59, 30}));
+            if (!isAfterACrash) {
+                run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+                run.mode->setOnline(QStringLiteral("S"), true);
+                for (const char *text :
+                     {"M,old", "M,red fail", "M,standing fail", "M,by hand", "M,by hand fail"}) {
+                    run.say(0, text);
+                }
+                QVERIFY(run.mode->acknowledge({run.node(entry("standing fail"))}));
+                run.say(0, "H,7,2611162359,1,5");
+                run.say(0, "H,7,2611201100,1,6");
+                run.mode->setRetention({.tree = 3});
+                run.timers.advance(std::chrono::hours(72) - std::chrono::minutes(5));
+                run.say(0, "M,new");
+                QVERIFY(run.node(entry("old")).isValid());
+                QCOMPARE(run.mode->removeEntries({run.node(entry("by hand")), run.node(entry("by hand fail")),
+                                                  run.node(QStringLiteral("S"))}),
+                         1);
+                run.timers.advance(std::chrono::minutes(10));
+            }
+            QVERIFY(run.node(QStringLiteral("S/history")).isValid());
+            QVERIFY(!run.node(QStringLiteral("S/history/7,16.11.2026 23:59 : IP1 = 5")).isValid());
+            QVERIFY(run.node(QStringLiteral("S/history/7,20.11.2026 11:00 : IP1 = 6")).isValid());
+            QVERIFY(!run.node(entry("old")).isValid() && !run.node(entry("by hand")).isValid());
+            for (const char *text : {"red fail", "standing fail", "by hand fail", "new"}) {
+                QVERIFY2(run.node(entry(text)).isValid(), text);
+            }
+            QCOMPARE(run.mode->retention(), RetentionRules{.tree = 3});
+        }
+        RecordReader reader(file("record.sqlite"));
+        QCOMPARE(reader.findEvents({.kinds = {EventKind::EntryRemoved}}, {}, 9).rows.size(), 3);
+        QCOMPARE(reader.findEvents({.text = QStringLiteral("M,old")}, {}, 9).rows.size(),
+                 2); // it and its end
     }
 
     void whatHasArrivedIsHeardBeforeAStationIsLetGo()

@@ -14,6 +14,7 @@
 #include "opmode/window/opmode_menus.h"
 #include "opmode/window/opmode_pages.h"
 #include "opmode/window/record/record_window.h"
+#include "opmode/window/retention_dialog.h"
 #include "opmode/window/station_counts.h"
 #include "opmode/window/station_tree_pane.h"
 #include "opmode/window/station_tree_view.h"
@@ -214,6 +215,7 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_konfiguration, &Form_betriebsmodus::configure);
     does(m_menus->mnu_export, &Form_betriebsmodus::exportEntries);
     does(m_menus->mnu_record, &Form_betriebsmodus::openRecord);
+    does(m_menus->mnu_retention, &Form_betriebsmodus::showRetention);
     does(m_menus->mnu_close, &Form_betriebsmodus::close);
     does(m_menus->mnu_ansicht_normal, [this] { showView(false); });
     does(m_menus->mnu_ansicht_treeview, [this] { showView(true); });
@@ -356,6 +358,7 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
         enableActions();
         m_tree->setFocus();
         showDefects();
+        offerThinning();
         return;
     }
     const QString reason =
@@ -557,6 +560,27 @@ void Form_betriebsmodus::openRecord()
         connect(m_recordWindow, &RecordWindow::statusMessage, this, &Form_betriebsmodus::tell);
     }
     m_recordWindow->appear();
+}
+
+void Form_betriebsmodus::showRetention()
+{
+    const QScopedValueRollback busy(m_busy, m_busy + 1);
+    RetentionDialog dialog(m_mode, m_texts, m_services.askSave, this);
+    connect(&dialog, &RetentionDialog::statusMessage, this, &Form_betriebsmodus::tell);
+    dialog.exec();
+}
+
+/// From a million entries on the tree and its file take their time.
+void Form_betriebsmodus::offerThinning()
+{
+    constexpr std::size_t many = 1'000'000;
+    const std::size_t entries = m_mode.tree().nodes().count();
+    if (entries >= many && m_mode.retention().tree == 0 && !m_mode.recordPath().isEmpty()) {
+        constexpr int aYear = 365;
+        tell(tr("The tree has %1 entries. Kept for a year, it would have %2 less; the menu %3 offers it.")
+                 .arg(locale().toString(static_cast<qulonglong>(entries)),
+                      locale().toString(m_mode.entriesOlderThan(aYear)), m_texts.text(Text::Station)));
+    }
 }
 
 void Form_betriebsmodus::renameStation()

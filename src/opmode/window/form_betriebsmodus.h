@@ -92,6 +92,8 @@ private:
     void addStation();
     void addStations();
     void exportEntries();
+    void showRetention();
+    void offerThinning();
     void openRecord();
     void goTo(const QString &kennung, const QModelIndex &entry);
     void deleteStation();

@@ -40,6 +40,7 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     m_stationMenu->addSeparator();
     mnu_konfiguration = addAction(m_stationMenu, "mnu_konfiguration", QKeySequence(Qt::Key_F9));
     mnu_export = addAction(m_stationMenu, "mnu_export", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
+    mnu_retention = addAction(m_stationMenu, "mnu_retention");
     m_stationMenu->addSeparator();
     mnu_close = addAction(m_stationMenu, "mnu_close", QKeySequence::Close);
 
@@ -89,6 +90,7 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_station_alloffline->setText(texts.text(Text::AllOffline));
     mnu_konfiguration->setText(texts.text(Text::ConfigurationMode));
     mnu_export->setText(texts.text(Text::Export) + QLatin1String("..."));
+    mnu_retention->setText(tr("Record: size, age, copy..."));
     mnu_close->setText(tr("Close the operational mode"));
     m_viewMenu->setTitle(texts.text(Text::View));
     mnu_ansicht_normal->setText(texts.text(Text::General));

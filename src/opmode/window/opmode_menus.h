@@ -41,6 +41,7 @@ public:
     QAction *mnu_station_alloffline;
     QAction *mnu_konfiguration;
     QAction *mnu_export;
+    QAction *mnu_retention;
     QAction *mnu_close;
     QAction *mnu_ansicht_normal;
     QAction *mnu_ansicht_treeview;

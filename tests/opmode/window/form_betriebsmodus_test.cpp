@@ -1,8 +1,10 @@
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/window/form_betriebsmodus.h"
+#include "opmode/window/retention_dialog.h"
 #include "platform/file_lock.h"
 #include "platform/files.h"
 #include "platform/registry.h"
+#include "record/record_care.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
@@ -20,6 +22,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -210,6 +213,21 @@ private Q_SLOTS:
         QCOMPARE(m_mode->schedule("A").hourOn, "07:05");
         check("Check_pic0_exclusive");
         QVERIFY(!m_mode->station("A")->exclusiveMode());
+    }
+
+    void howLongWhatIsKeptIsChosenAndTheRecordCopied()
+    {
+        open({"A"});
+        RetentionDialog dialog(*m_mode, m_texts, [this](auto, auto) { return path("copy.sqlite"); });
+        const auto *figures = dialog.findChild<QLabel *>("lbl_record");
+        QTRY_VERIFY2(figures->text().contains("Events: "), qPrintable(figures->text()));
+        press(&dialog, "Cmd_record_backup");
+        QTRY_VERIFY(dialog.findChild<QLabel *>("lbl_backup")->text().endsWith("copy.sqlite"));
+        QVERIFY(checkRecord(path("copy.sqlite")).faults.isEmpty());
+        dialog.findChild<QSpinBox *>("Spin_tree")->setValue(30);
+        dialog.findChild<QSpinBox *>("Spin_silence")->setValue(7);
+        press(&dialog, "Cmd_record_ok");
+        QVERIFY(m_mode->retention().tree == 30 && m_mode->longestSilence() == 7);
     }
 
     void deletingAsksAndAlarmsOfTheStationGoWithIt()

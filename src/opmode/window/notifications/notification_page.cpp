@@ -1,6 +1,7 @@
 #include "opmode/window/notifications/notification_page.h"
 
 #include "look/icons.h"
+#include "look/message_dialog.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/view_activity.h"
 
@@ -16,6 +17,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -176,7 +178,10 @@ void NotificationPage::setUpMenu()
         m_menu[i] = new QAction(this);
         connect(m_menu[i], &QAction::triggered, buttons[i], &QPushButton::click);
     }
-    m_table->addActions({m_menu[2], m_menu[1], m_menu[0]});
+    m_remove = new QAction(this);
+    m_remove->setObjectName(QStringLiteral("mnu_meldung_remove"));
+    connect(m_remove, &QAction::triggered, this, &NotificationPage::removeSelected);
+    m_table->addActions({m_menu[2], m_menu[1], m_menu[0], m_remove});
     m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
 }
 
@@ -192,6 +197,7 @@ void NotificationPage::applyTexts()
     m_accept->setToolTip(tr("Acknowledges the selected notifications (Space or Enter in the list)"));
     m_acceptAll->setText(tr("%1 (all shown)").arg(text(Text::AcceptNotification)));
     m_acceptAll->setToolTip(tr("Acknowledges all alarms that are listed"));
+    m_remove->setText(tr("Remove entries..."));
     m_copy->setText(tr("Copy"));
     m_copy->setToolTip(tr("Copies the selected rows, columns separated by tabs (Ctrl+C)"));
     m_table->setAccessibleName(text(Text::Notifications));
@@ -363,6 +369,7 @@ void NotificationPage::refreshButtons()
         std::ranges::any_of(rows, [this](int row) { return m_model->isUnacknowledged(row); }));
     m_menu[0]->setEnabled(m_copy->isEnabled());
     m_menu[2]->setEnabled(m_accept->isEnabled());
+    m_remove->setEnabled(m_copy->isEnabled());
 }
 
 bool NotificationPage::eventFilter(QObject *watched, QEvent *event)
@@ -452,6 +459,30 @@ void NotificationPage::copySelected()
     if (!lines.isEmpty()) {
         QApplication::clipboard()->setText(lines.join(u'\n') + u'\n');
     }
+}
+
+void NotificationPage::removeSelected()
+{
+    QStringList keys; // while the question stands there, the tree changes
+    for (const QModelIndex &entry : selectedEntries()) {
+        keys += entry.data(StationTree::KeyRole).toString();
+    }
+    const QPointer<QWidget> stillThere(this);
+    if (keys.isEmpty() ||
+        !Dialog::questionOfLoss(window(), texts(),
+                                tr("Remove %L1 entries from the tree and its file? The record keeps them; "
+                                   "what is not acknowledged stays.")
+                                    .arg(keys.size())) ||
+        !stillThere) {
+        return;
+    }
+    QModelIndexList entries;
+    for (const QString &key : std::as_const(keys)) {
+        if (const QModelIndex entry = mode().tree().find(key); entry.isValid()) {
+            entries += entry;
+        }
+    }
+    Q_EMIT statusMessage(tr("Entries removed: %L1").arg(mode().removeEntries(entries)));
 }
 
 } // namespace ktr

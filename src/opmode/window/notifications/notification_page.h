@@ -59,6 +59,7 @@ private:
     QModelIndexList selectedEntries() const;
     void acknowledgeSelected();
     void copySelected();
+    void removeSelected();
 
     Acknowledging &m_acknowledging;
     QLocale m_locale;
@@ -75,6 +76,7 @@ private:
     QPushButton *m_acceptAll;
     QPushButton *m_copy;
     std::array<QAction *, 3> m_menu{}; ///< what the three buttons do, in their order
+    QAction *m_remove = nullptr;
     QLabel *m_summary;
     QLabel *m_empty;               ///< over the table
     QPersistentModelIndex m_place; ///< the row at the top of the view, while changes are taken over

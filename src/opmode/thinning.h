@@ -1,0 +1,72 @@
+#pragma once
+
+#include "opmode/keeping/list_record.h"
+#include "opmode/tree/station_tree.h"
+
+#include <functional>
+
+namespace ktr {
+
+/// For how many days what stays; 0: for ever.
+struct RetentionRules
+{
+    int tree = 0;   ///< entries in the tree and in the list's file; they stay in the record
+    int events = 0; ///< in the record, as the following
+    int alarms = 0;
+    int history = 0;
+    int values = 0;
+    bool operator==(const RetentionRules &) const = default;
+};
+
+QString toJson(const RetentionRules &rules);
+/// What cannot be read stays for ever.
+RetentionRules retentionRules(const QString &json);
+
+/// Lets go of what is older than the rules say: of the record by its writer, of the tree in slices, so that
+/// nobody notices. What waits to be acknowledged stays, and what has no time.
+class Thinning
+{
+public:
+    static constexpr Milliseconds pause{100};
+    /// In a slice so many entries are looked at, and so many removed.
+    static constexpr std::size_t mostLookedAt = 5000;
+    static constexpr int mostRemoved = 200;
+    /// The record is gone through once in so many checks.
+    static constexpr int checksBetweenRecords = 60;
+
+    /// `mayGo` is asked about notifications. All must outlive it.
+    Thinning(StationTree &tree, Timers &timers, std::function<bool(NodeStore::Id notification)> mayGo,
+             std::function<void(NodeStore::Id entry)> remove);
+
+    const RetentionRules &rules() const { return m_rules; }
+    /// Takes effect with the next check.
+    void setRules(const RetentionRules &rules);
+    /// To be called once a minute.
+    void check(const QDateTime &now, ListRecord &record);
+    void stop();
+    /// How many entries of the tree the rules would let go that keep them for so many days. Goes through all.
+    qint64 countOlder(const QDateTime &now, int days) const;
+
+private:
+    struct Limit
+    {
+        qint64 moment;
+        qint64 minute; ///< the same as minutes of module time
+    };
+    static Limit limitOf(const QDateTime &now, int days);
+    void slice();
+    bool isOld(NodeStore::Id entry, const Limit &limit) const;
+    const std::vector<NodeStore::Id> *branch(std::size_t which) const;
+
+    StationTree &m_tree;
+    std::function<bool(NodeStore::Id)> m_mayGo;
+    std::function<void(NodeStore::Id)> m_remove;
+    std::unique_ptr<OneShotTimer> m_timer;
+    RetentionRules m_rules;
+    int m_checks = 0; ///< until the record's turn
+    Limit m_limit{};
+    std::size_t m_branch = 0; ///< two for each station
+    std::size_t m_entry = 0;  ///< in the branch
+};
+
+} // namespace ktr

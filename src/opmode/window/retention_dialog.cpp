@@ -1,0 +1,197 @@
+#include "opmode/window/retention_dialog.h"
+
+#include "opmode/operational_mode.h"
+#include "record/record_care.h"
+
+#include <QFileInfo>
+#include <QFormLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QVBoxLayout>
+
+namespace ktr {
+
+namespace {
+
+constexpr int mostDays = 36'500;
+constexpr int mostMinutes = 24 * 60;
+constexpr qint64 msPerDay = 86'400'000;
+/// With so many entries in the tree it is worth thinking about how long they stay.
+constexpr std::size_t manyEntries = 1'000'000;
+constexpr int aYear = 365;
+
+} // namespace
+
+RetentionDialog::RetentionDialog(OperationalMode &mode, const TextTable &texts, AskSave askSave,
+                                 QWidget *parent)
+    : QDialog(parent),
+      m_mode(mode),
+      m_askSave(std::move(askSave)),
+      m_silence(new QSpinBox(this)),
+      m_figures(new QLabel(this)),
+      m_backupState(new QLabel(this)),
+      m_backup(new QPushButton(tr("Back up..."), this))
+{
+    setObjectName(QStringLiteral("Form_record"));
+    setWindowTitle(tr("What is kept"));
+    auto *form = new QFormLayout;
+    const RetentionRules rules = mode.retention();
+    const auto addDays = [&](const QString &name, const QString &caption, int RetentionRules::*days) {
+        auto *box = new QSpinBox(this);
+        box->setObjectName(name);
+        box->setRange(0, mostDays);
+        box->setSpecialValueText(tr("for ever"));
+        box->setSuffix(tr(" days"));
+        box->setValue(rules.*days);
+        box->setEnabled(!mode.recordPath().isEmpty());
+        form->addRow(caption, box);
+        m_days.append({box, days});
+    };
+    addDays(QStringLiteral("Spin_tree"), tr("Entries in the tree and its file (the record keeps them):"),
+            &RetentionRules::tree);
+    addDays(QStringLiteral("Spin_events"), tr("Events in the record:"), &RetentionRules::events);
+    addDays(QStringLiteral("Spin_alarms"), tr("Alarms that are acknowledged and over:"),
+            &RetentionRules::alarms);
+    addDays(QStringLiteral("Spin_history"), tr("Archives of the modules:"), &RetentionRules::history);
+    addDays(QStringLiteral("Spin_values"), tr("Input values:"), &RetentionRules::values);
+    m_silence->setObjectName(QStringLiteral("Spin_silence"));
+    m_silence->setRange(0, mostMinutes);
+    m_silence->setSpecialValueText(tr("never"));
+    m_silence->setSuffix(tr(" minutes"));
+    m_silence->setValue(mode.longestSilence());
+    form->addRow(tr("A station's silence is an alarm after:"), m_silence);
+
+    m_figures->setObjectName(QStringLiteral("lbl_record"));
+    m_figures->setWordWrap(true);
+    m_figures->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_backupState->setObjectName(QStringLiteral("lbl_backup"));
+    m_backupState->setWordWrap(true);
+    m_backup->setObjectName(QStringLiteral("Cmd_record_backup"));
+    m_backup->setAutoDefault(false);
+    m_backup->setEnabled(!mode.recordPath().isEmpty());
+    m_backup->setToolTip(tr("Copies the record while it is in use; the copy may take its place"));
+    auto *ok = new QPushButton(texts.text(Text::Ok), this);
+    ok->setObjectName(QStringLiteral("Cmd_record_ok"));
+    ok->setDefault(true);
+    auto *cancel = new QPushButton(texts.text(Text::Cancel), this);
+    cancel->setObjectName(QStringLiteral("Cmd_record_cancel"));
+    cancel->setAutoDefault(false);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(m_backup);
+    buttons->addStretch();
+    buttons->addWidget(ok);
+    buttons->addWidget(cancel);
+    auto *all = new QVBoxLayout(this);
+    all->setSpacing(12);
+    all->addWidget(m_figures);
+    all->addLayout(form);
+    all->addStretch();
+    all->addWidget(m_backupState);
+    all->addLayout(buttons);
+    constexpr QSize comfortable(620, 460);
+    resize(comfortable);
+    connect(m_backup, &QPushButton::clicked, this, &RetentionDialog::backUp);
+    connect(ok, &QPushButton::clicked, this, &RetentionDialog::accept);
+    connect(cancel, &QPushButton::clicked, this, &RetentionDialog::reject);
+
+    if (mode.recordPath().isEmpty()) {
+        m_figures->setText(tr("Nothing is recorded."));
+        return;
+    }
+    m_figures->setText(tr("The record is looked at..."));
+    m_queries.emplace(mode.recordPath());
+    m_queries->ask(this, &RetentionDialog::read, [this](const Figures &figures) { show(figures); });
+}
+
+RetentionDialog::~RetentionDialog() = default;
+
+RetentionDialog::Figures RetentionDialog::read(RecordReader &reader)
+{
+    Figures figures;
+    const auto go = [&](const Status &step) { figures.status = figures.status ? step : figures.status; };
+    go(reader.size(figures.bytes));
+    go(reader.count(QStringLiteral("event"), figures.events));
+    go(reader.count(QStringLiteral("history"), figures.history));
+    go(reader.count(QStringLiteral("value"), figures.values));
+    go(reader.eventsAfter(0, [&](const EventRow &event) {
+        figures.first = event.at;
+        return false;
+    }));
+    return figures;
+}
+
+void RetentionDialog::show(const Figures &figures)
+{
+    if (!figures.status) {
+        m_figures->setText(figures.status.message());
+        return;
+    }
+    const qint64 rows = figures.events + figures.history + figures.values;
+    const qint64 days = std::max(qint64{1}, (m_mode.now().toMSecsSinceEpoch() - figures.first) / msPerDay);
+    QStringList lines{tr("%1: %2").arg(m_mode.recordPath(), locale().formattedDataSize(figures.bytes)),
+                      tr("Events: %1, records of archives: %2, input values: %3. About %4 rows and %5 a day.")
+                          .arg(locale().toString(figures.events), locale().toString(figures.history),
+                               locale().toString(figures.values), locale().toString(rows / days),
+                               locale().formattedDataSize(figures.bytes / days))};
+    if (const std::optional<DiskRoom> room = m_mode.diskRoom()) {
+        lines += tr("Free on this disk: %1 of %2")
+                     .arg(locale().formattedDataSize(room->free), locale().formattedDataSize(room->all));
+    }
+    m_figures->setText((lines + QStringList(treeText())).join(u'\n').trimmed());
+}
+
+QString RetentionDialog::treeText() const
+{
+    const std::size_t entries = m_mode.tree().nodes().count();
+    if (entries < manyEntries || m_mode.retention().tree != 0) {
+        return {};
+    }
+    const qint64 old = m_mode.entriesOlderThan(aYear);
+    return tr("The tree has %1 entries. Kept for %2 days, it would have %3 less.")
+        .arg(locale().toString(static_cast<qulonglong>(entries)), QString::number(aYear),
+             locale().toString(old));
+}
+
+void RetentionDialog::backUp()
+{
+    const QString day = m_mode.now().toString(QStringLiteral("yyyy-MM-dd"));
+    const QString proposal =
+        QFileInfo(m_mode.recordPath()).completeBaseName() + u' ' + day + QStringLiteral(".sqlite");
+    m_target = m_askSave(proposal, tr("Records|*.sqlite"));
+    if (m_target.isEmpty()) {
+        return;
+    }
+    m_backup->setEnabled(false);
+    m_backupState->setText(tr("The copy is being written..."));
+    m_thread.start([this, from = m_mode.recordPath(), to = m_target] {
+        m_backedUp = backUpRecord(from, to);
+        QMetaObject::invokeMethod(
+            &m_receiver, [this] { ended(); }, Qt::QueuedConnection);
+    });
+}
+
+void RetentionDialog::ended()
+{
+    m_thread.wait();
+    m_backup->setEnabled(true);
+    m_backupState->setText(m_backedUp ? tr("The copy is written: %1").arg(m_target) : m_backedUp.message());
+    Q_EMIT statusMessage(m_backupState->text());
+}
+
+void RetentionDialog::accept()
+{
+    RetentionRules rules;
+    for (const auto &[box, days] : std::as_const(m_days)) {
+        rules.*days = box->value();
+    }
+    if (rules != m_mode.retention()) {
+        m_mode.setRetention(rules);
+    }
+    if (m_silence->value() != m_mode.longestSilence()) {
+        m_mode.setLongestSilence(m_silence->value());
+    }
+    QDialog::accept();
+}
+
+} // namespace ktr
