@@ -3221,7 +3221,7 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
     <message>
         <source>never</source>
-        <translation type="unfinished">nie</translation>
+        <translation>nie</translation>
     </message>
     <message>
         <source> minutes</source>
