@@ -94,6 +94,10 @@ OperationalMode::~OperationalMode()
 {
     m_stations.setAnswersLater({});
     m_stations.disconnect(this); // what they still say when they go has nowhere to be kept
+    m_alarms.disconnect(this);
+    m_keeper.reset();
+    m_isEnding = true; // the record may still be refused by the disk: nobody is left to be told
+    m_record.reset();
 }
 
 Status OperationalMode::open(const QString &nodesPath, Use use)
@@ -425,6 +429,9 @@ void OperationalMode::tellDefect(const QString &defect)
 /// The line is told once at the beginning and once at the end, also when the reason changes in between.
 void OperationalMode::setKeepingTrouble(const QString &trouble)
 {
+    if (m_isEnding) {
+        return;
+    }
     const bool isOver = trouble.isEmpty();
     if (m_keepingTrouble.isEmpty() != isOver) {
         m_unkeptSince = m_services.environment.now();

@@ -260,6 +260,7 @@ private:
     QString m_lastOperator;
     bool m_savesSoon = false; ///< the file is not what the list is
     bool m_isOpen = false;
+    bool m_isEnding = false;
     bool m_isAlarm = false; ///< the text that a station said last
 };
 

@@ -125,7 +125,8 @@ private Q_SLOTS:
             ended = run(QStringLiteral(KEPT_RUN), {m_folder->path()}, kind, calls + 1);
             const QByteArray where =
                 (u"call %1: "_s.arg(calls + 1) + ended.struck + u'\n' + ended.lines.join(u'\n')).toUtf8();
-            QCOMPARE(ended.wasKilled, kind == u"kill"_s && !ended.struck.isEmpty());
+            QVERIFY2(ended.wasKilled == (kind == u"kill"_s && !ended.struck.isEmpty()),
+                     where + ended.errors.toUtf8());
             const auto says = [&](const QString &what) { return !ended.lines.filter(what).isEmpty(); };
             const bool isWhole = says(u"closed"_s) && !says(u"lost"_s) && !says(u"refused"_s);
             QVERIFY2(isWhole || ended.wasKilled || says(u"told"_s), where);

@@ -73,7 +73,7 @@ std::optional<AlarmRules> AlarmRules::fromJson(const QString &json)
         return std::nullopt;
     }
     QList<AlarmRule> rules;
-    for (const QJsonValue &value : document.array()) {
+    for (const auto &value : document.array()) {
         const QJsonObject stored = value.toObject();
         AlarmRule rule;
         rule.pattern = stored[QStringLiteral("pattern")].toString();
