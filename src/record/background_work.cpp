@@ -45,7 +45,7 @@ bool rowsOf(RecordDatabase &database, const QString &statement, const QVariantLi
 
 } // namespace
 
-void BackgroundWork::setRetention(Retention retention)
+void BackgroundWork::setRetention(const Retention &retention)
 {
     m_thinning.clear();
     if (retention.values != 0) {

@@ -23,7 +23,7 @@ class BackgroundWork
 {
 public:
     /// Takes the place of what was to be thinned out so far.
-    void setRetention(Retention retention);
+    void setRetention(const Retention &retention);
 
     /// Does a step of what there is to do. Gives whether there is more; a failure is the database's, and the
     /// step is done again.

@@ -67,7 +67,7 @@ Status RecordDatabase::open(const QString &path, Use use)
     m_database.setDatabaseName(addressOf(path, use));
     m_database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=2000"_s);
     if (!m_database.open()) {
-        const Status failed = fails(m_database.lastError()) ? Status::done() : failure();
+        Status failed = fails(m_database.lastError()) ? Status::done() : failure();
         close();
         return failed;
     }
@@ -117,7 +117,7 @@ QSqlQuery *RecordDatabase::prepared(const QString &statement)
         (void)fails(query->lastError());
         return nullptr;
     }
-    return m_prepared.insert(statement, std::move(query))->get();
+    return m_prepared.insert(statement, query)->get();
 }
 
 bool RecordDatabase::run(QSqlQuery &query)

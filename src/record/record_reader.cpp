@@ -49,7 +49,7 @@ AlarmRow alarmOf(const QSqlQuery &query)
     row.first = query.value(5).toLongLong();
     row.last = query.value(6).toLongLong();
     row.count = query.value(7).toLongLong();
-    for (const QJsonValue &name : QJsonDocument::fromJson(query.value(8).toString().toUtf8()).array()) {
+    for (const auto &name : QJsonDocument::fromJson(query.value(8).toString().toUtf8()).array()) {
         row.recipients += name.toString();
     }
     row.acknowledged = query.value(9).toLongLong();
@@ -149,7 +149,7 @@ Status RecordReader::open()
     if (schema == newestSchema()) {
         return Status::done();
     }
-    const Status failed =
+    Status failed =
         schema < 0 ? m_database.failure()
                    : m_database.fail(QCoreApplication::translate("Record", "has tables of another version"));
     m_database.close();
@@ -300,7 +300,6 @@ EventPage RecordReader::eventsByTime(const EventFilter &filter, const std::optio
     }
     // The rows of each station are in order by themselves; of many stations most of all rows are wanted
     // anyway.
-    constexpr qsizetype fewStations = 200;
     const bool isMerged = !filter.stations.isEmpty() && filter.stations.size() <= fewStations;
     if (!filter.stations.isEmpty() && !isMerged) {
         where.add(u"station IN "_s + anArray, {arrayOf(filter.stations)});

@@ -134,6 +134,7 @@ RecordWriter::RecordWriter(QString path, const OpenedRecord &opened, Timers &tim
     workLater(restDelay);
 }
 
+// NOLINTNEXTLINE(bugprone-exception-escape): nothing in it throws unless memory has run out
 RecordWriter::~RecordWriter()
 {
     (void)flushNow(); // what keeps it from the disk was told

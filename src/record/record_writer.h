@@ -34,6 +34,7 @@ public:
     RecordWriter(QString path, const OpenedRecord &opened, Timers &timers,
                  std::function<void(const QString &)> troubleChanged, qint64 most = mostWaiting);
     /// Waits until the disk has the rows, or has refused them, and closes the record.
+    // NOLINTNEXTLINE(bugprone-exception-escape): as where it is defined
     ~RecordWriter();
     Q_DISABLE_COPY_MOVE(RecordWriter)
 

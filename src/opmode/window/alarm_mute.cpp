@@ -41,14 +41,14 @@ QDateTime AlarmMute::end() const
     case Length::Hour:
         return now.addSecs(hour);
     case Length::FourHours:
-        return now.addSecs(4 * hour);
+        return now.addSecs(qint64{4} * hour);
     case Length::Shift:
         break;
     }
     QDateTime change = now;
     change.setTime(QTime(firstShift, 0));
     while (change <= now) {
-        change = change.addSecs(hoursOfShift * hour);
+        change = change.addSecs(qint64{hoursOfShift} * hour);
     }
     return change;
 }

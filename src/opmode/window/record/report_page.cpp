@@ -149,7 +149,7 @@ ReportQuestion ReportPage::question() const
         question.from = question.now - 24 * anHour;
         break;
     case LastDays:
-        question.from = question.now - 7 * 24 * anHour;
+        question.from = question.now - qint64{7} * 24 * anHour;
         break;
     default:
         question.from = m_from->dateTime().toMSecsSinceEpoch();
