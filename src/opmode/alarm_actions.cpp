@@ -62,7 +62,7 @@ void AlarmActions::load(const Setting &setting)
 QList<Shelf> AlarmActions::shelves(const std::optional<QString> &setting)
 {
     QList<Shelf> shelves;
-    for (const QJsonValue &value : QJsonDocument::fromJson(setting.value_or(QString()).toUtf8()).array()) {
+    for (const auto &value : QJsonDocument::fromJson(setting.value_or(QString()).toUtf8()).array()) {
         const QJsonObject shelf = value.toObject();
         shelves += Shelf{shelf[stationKey].toInteger(), shelf[textKey].toString(),
                          shelf[untilKey].toInteger(), shelf[byKey].toString(), shelf[whyKey].toString()};

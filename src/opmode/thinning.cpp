@@ -141,11 +141,11 @@ void Thinning::slice()
             m_entry = 0;
         } else if (std::ssize(old) == mostRemoved) {
             break;
-        } else if (const NodeStore::Id entry = (*entries)[m_entry]; isOld(entry, m_limit)) {
-            old.push_back(entry);
-            ++m_entry;
         } else {
-            ++m_entry;
+            const NodeStore::Id entry = (*entries)[m_entry++];
+            if (isOld(entry, m_limit)) {
+                old.push_back(entry);
+            }
         }
     }
     // Those of the branch that the slice ended in no longer stand before the next one to be looked at.
