@@ -88,8 +88,8 @@ public:
     void setStatus(const QString &kennung, const StationStatus &status);
     QModelIndex find(const QString &key) const;
 
-    /// A file is going to be written: what renamed stations are called in it names no other in this run, or the
-    /// next one could not tell them apart.
+    /// A file is going to be written: what renamed stations are called in it names no other in this run, or
+    /// the next one could not tell them apart.
     void keepNames();
     const NodeStore &nodes() const { return m_nodes.store(); }
     /// Of each notification of which more is known than that it is there.
@@ -142,7 +142,7 @@ private:
     StationNodes m_nodes;
     QHash<Id, StationStatus> m_statuses;
     int m_emittedAlarmCount = 0;
-    QSet<Id> m_renamed; ///< stations that were given a text since their creation
+    QSet<Id> m_renamed;                    ///< stations that were given a text since their creation
     QHash<std::string, Id> m_namesInFiles; ///< of those
     std::tuple<Qt::TimeSpec, QDate, QTime> m_lastTime;
     qint64 m_lastMoment = 0;
