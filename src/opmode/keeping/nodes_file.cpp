@@ -63,25 +63,14 @@ Status NodesFile::load(const std::function<bool(const StoredNode &)> &take,
     return Status::done();
 }
 
-Status NodesFile::moveAsideIfDamaged(const QString &companion)
+Status NodesFile::save(const QByteArray &document)
 {
     if (m_keepAside && QFileInfo::exists(m_path)) {
-        // The companion first: left alone it would be lost.
-        if (Status aside =
-                keepAside(companion.isEmpty() ? QStringList{m_path} : QStringList{companion, m_path});
-            !aside) {
+        if (Status aside = keepAside({m_path}); !aside) {
             return aside;
         }
     }
     m_keepAside = false;
-    return Status::done();
-}
-
-Status NodesFile::save(const QByteArray &document)
-{
-    if (Status free = moveAsideIfDamaged(); !free) {
-        return free;
-    }
     if (Status written = replaceFile(m_path, document); !written) {
         return written;
     }

@@ -45,9 +45,6 @@ public:
     /// Not all of what was loaded is what it was: the file is kept aside before it is replaced.
     void mustKeepAside() { m_keepAside = true; }
     bool isToBeKeptAside() const { return m_keepAside; }
-    /// Renames the file when it could not be read whole, and with it, under the same number, one that belongs
-    /// to it: "nodes (1).xml" and "nodes (1).times". save() does so, too, without the second.
-    Status moveAsideIfDamaged(const QString &companion = {});
     /// Replaces the file whole or not at all.
     Status save(const QByteArray &document);
 

@@ -39,8 +39,6 @@ public:
     void settled();
     /// Writes the file with all that the tree has and waits for it.
     Status save();
-    /// Whether a file is being written.
-    bool isWriting() const { return m_state != State::Idle; }
 
 private:
     enum class State { Idle, MarkWaits, Writing };

@@ -7,7 +7,7 @@
 
 namespace ktr {
 
-/// A change of the stations that is to outlive a crash.
+/// A change of the tree: an acknowledgement, or what the journal of the version before says.
 struct NodeChange
 {
     enum class What : quint8 {
@@ -17,7 +17,7 @@ struct NodeChange
         Removed,
         Station,  ///< a station's attributes; the tree does not keep them
         Repeated, ///< a notification arrived again
-        Saved     ///< a file with all changes so far was begun; only the journal knows it
+        Saved     ///< a file with all changes so far was begun; only that journal knows it
     };
     What what = What::Added;
     std::string key;
