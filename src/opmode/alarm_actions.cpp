@@ -37,11 +37,11 @@ template <class Json> QString compact(const Json &json)
 
 const QString AlarmActions::shelvesSetting = QStringLiteral("shelves");
 
-AlarmActions::AlarmActions(AlarmBook &book, std::function<ListRecord &()> record, std::function<qint64()> now,
+AlarmActions::AlarmActions(AlarmBook &book, ListRecord &record, std::function<qint64()> now,
                            std::function<bool()> isElsewhere, QObject *parent)
     : QObject(parent),
       m_book(book),
-      m_record(std::move(record)),
+      m_record(record),
       m_now(std::move(now)),
       m_isElsewhere(std::move(isElsewhere)),
       m_chatter(book)
@@ -76,13 +76,13 @@ void AlarmActions::keepShelves()
     for (const Shelf &shelf : m_book.shelves()) {
         shelves += toJson(shelf);
     }
-    m_record().add(SettingRow{shelvesSetting, compact(shelves)});
+    m_record.add(SettingRow{shelvesSetting, compact(shelves)});
 }
 
 void AlarmActions::add(EventKind kind, qint64 station, const QString &text, ListRecord::By by,
                        const QString &detail, qint64 alarm)
 {
-    m_record().add(kind, m_record().kennung(station), m_now(), text, by, detail, alarm);
+    m_record.add(kind, m_record.kennung(station), m_now(), text, by, detail, alarm);
 }
 
 void AlarmActions::comment(const QList<qint64> &alarms, const QString &text)
@@ -119,7 +119,7 @@ void AlarmActions::shelveStation(qint64 station, qint64 until, const QString &wh
 
 void AlarmActions::shelve(Shelf shelf, qint64 alarm)
 {
-    shelf.by = m_record().operatorName();
+    shelf.by = m_record.operatorName();
     const QString text = shelf.text.isEmpty() ? shelf.why : shelf.text + QLatin1String(": ") + shelf.why;
     add(EventKind::Shelved, shelf.station, text, ListRecord::By::Operator, compact(toJson(shelf)), alarm);
     m_book.shelve(shelf);
@@ -151,7 +151,7 @@ void AlarmActions::setRules(const AlarmRules &rules)
         return;
     }
     m_book.setRules(rules);
-    m_record().add(SettingRow{rulesSetting, rules.toJson()});
+    m_record.add(SettingRow{rulesSetting, rules.toJson()});
     add(EventKind::Note, 0, QStringLiteral("alarm rules"), ListRecord::By::Operator, rules.toJson());
 }
 
@@ -162,7 +162,7 @@ void AlarmActions::setChatterLimit(const ChatterLimit &limit)
     }
     m_chatter.setLimit(limit);
     const QString kept = compact(QJsonObject{{timesKey, limit.times}, {minutesKey, limit.minutes}});
-    m_record().add(SettingRow{chatterSetting, kept});
+    m_record.add(SettingRow{chatterSetting, kept});
     add(EventKind::Note, 0, QStringLiteral("chattering alarms"), ListRecord::By::Operator, kept);
     Q_EMIT minutePassed();
 }

@@ -14,9 +14,9 @@ class AlarmActions : public QObject
 public:
     static const QString shelvesSetting;
 
-    /// `record` gives the one of the list that is open; `now` milliseconds since 1970, UTC. While
-    /// `isElsewhere` another program does all of this, and nothing is done here.
-    AlarmActions(AlarmBook &book, std::function<ListRecord &()> record, std::function<qint64()> now,
+    /// `now` gives milliseconds since 1970, UTC. While `isElsewhere` another program does all of this, and
+    /// nothing is done here.
+    AlarmActions(AlarmBook &book, ListRecord &record, std::function<qint64()> now,
                  std::function<bool()> isElsewhere, QObject *parent = nullptr);
 
     using Setting = std::function<std::optional<QString>(const QString &name)>;
@@ -58,7 +58,7 @@ private:
              const QString &detail = {}, qint64 alarm = 0);
 
     AlarmBook &m_book;
-    std::function<ListRecord &()> m_record;
+    ListRecord &m_record;
     std::function<qint64()> m_now;
     std::function<bool()> m_isElsewhere;
     AlarmChatter m_chatter;

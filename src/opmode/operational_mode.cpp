@@ -69,16 +69,15 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_answers(m_stations, services.timers),
       m_minute(services.timers.create()),
       m_tellAgain(services.timers.create()),
-      m_alarms([this] { return m_record->isOpen() ? m_record->writer().nextAlarmId() : ++m_lastAlarm; }),
+      m_record(services.timers, [this](const QString &trouble) { setKeepingTrouble(trouble); }),
+      m_alarms([this] { return m_record.isOpen() ? m_record.writer().nextAlarmId() : ++m_lastAlarm; }),
       m_alarmActions(
-          m_alarms, [this]() -> ListRecord & { return *m_record; }, [this] { return moment(); },
-          [this] { return isDoneElsewhere(); }),
+          m_alarms, m_record, [this] { return moment(); }, [this] { return isDoneElsewhere(); }),
       m_watchAlarms(m_alarms, services.timers, m_services.environment),
       m_thinning(
           m_tree, services.timers, [this](NodeStore::Id notification) { return mayGo(notification); },
           [this](NodeStore::Id entry) { removeEntry(entry, ListRecord::By::Program); })
 {
-    beginRecord();
     connect(&m_alarms, &AlarmBook::changed, this, &OperationalMode::keepAlarm);
     connect(&m_tree, &StationTree::stationRenamed, this, &OperationalMode::rename);
     m_stations.setAnswersLater([this](const QString &kennung) { return answersLater(kennung); });
@@ -97,7 +96,7 @@ OperationalMode::~OperationalMode()
     m_alarms.disconnect(this);
     m_keeper.reset();
     m_isEnding = true; // the record may still be refused by the disk: nobody is left to be told
-    m_record.reset();
+    m_record.end();
 }
 
 Status OperationalMode::open(const QString &nodesPath, Use use)
@@ -129,7 +128,7 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
 void OperationalMode::beginWatchAlarms(const Status &loaded)
 {
     m_watchAlarms.start([this](qint64 number) {
-        const cStation *station = m_stations.Item(m_record->kennung(number));
+        const cStation *station = m_stations.Item(m_record.kennung(number));
         return station != nullptr && station->online();
     });
     if (const qint64 since = std::exchange(m_unwatchedSince, 0); since != 0) {
@@ -146,7 +145,7 @@ void OperationalMode::beginWatchAlarms(const Status &loaded)
 void OperationalMode::setRetention(const RetentionRules &rules)
 {
     m_thinning.setRules(rules);
-    m_record->add(SettingRow{retentionSetting, toJson(rules)});
+    m_record.add(SettingRow{retentionSetting, toJson(rules)});
 }
 
 /// What stands in the book must be found in the tree.
@@ -155,7 +154,7 @@ bool OperationalMode::mayGo(NodeStore::Id notification) const
     const NodeStore &nodes = m_tree.nodes();
     const NodeStore::Id station = nodes.parent(nodes.parent(notification));
     return !isAlarm(m_tree, notification) &&
-           m_alarms.find(m_record->number(textOf(nodes.name(station))),
+           m_alarms.find(m_record.number(textOf(nodes.name(station))),
                          splitNotification(textOf(nodes.text(notification))).message) == nullptr;
 }
 
@@ -182,11 +181,11 @@ void OperationalMode::removeEntry(NodeStore::Id entry, ListRecord::By by)
     const QString name = textOf(nodes.name(entry));
     if (nodes.kind(entry) == NodeKind::Notification) {
         NotificationRow row =
-            m_record->notification(m_record->number(kennung), name, m_tree.arrivals().value(entry));
+            m_record.notification(m_record.number(kennung), name, m_tree.arrivals().value(entry));
         row.listed = false;
-        m_record->add(row);
+        m_record.add(row);
     }
-    m_record->add(EventKind::EntryRemoved, kennung, moment(), textOf(nodes.name(branch)) + u'/' + name, by);
+    m_record.add(EventKind::EntryRemoved, kennung, moment(), textOf(nodes.name(branch)) + u'/' + name, by);
     m_tree.remove(nodeIndex(m_tree, entry));
 }
 
@@ -208,16 +207,16 @@ void OperationalMode::checkDiskRoom()
 void OperationalMode::setLongestSilence(int minutes)
 {
     m_watchAlarms.setLongestSilence(minutes);
-    m_record->add(SettingRow{silenceSetting, QString::number(minutes)});
+    m_record.add(SettingRow{silenceSetting, QString::number(minutes)});
 }
 
 Status OperationalMode::join()
 {
     m_lockTrouble.clear();
     m_file.emplace(m_path);
-    beginRecord();
+    m_record.setList(m_path);
     m_joined =
-        std::make_unique<JoinedList>(JoinedList::Parts{m_tree, m_stations, m_scheduler, m_trends, *m_record,
+        std::make_unique<JoinedList>(JoinedList::Parts{m_tree, m_stations, m_scheduler, m_trends, m_record,
                                                        m_alarms, m_services.timers, m_services.environment},
                                      m_path);
     connect(m_joined.get(), &JoinedList::happened, this, &OperationalMode::happened);
@@ -310,7 +309,7 @@ Status OperationalMode::load(Use use, QHash<QString, StationAttributes> &attribu
 {
     ListOpener list(*m_file, m_tree);
     Status loaded = list.loadFile();
-    beginRecord();
+    m_record.setList(m_path);
     if (use == Use::Keep && loaded) { // else nothing is written over what cannot be read
         takeUp(list);
     }
@@ -328,8 +327,8 @@ Status OperationalMode::load(Use use, QHash<QString, StationAttributes> &attribu
     }
     for (int row = 0; row < m_tree.rowCount(); ++row) { // alarms tell stations apart by their numbers
         const QString kennung = m_tree.index(row, 0).data(StationTree::KeyRole).toString();
-        if (m_record->number(kennung) == 0) {
-            m_record->addStation(kennung);
+        if (m_record.number(kennung) == 0) {
+            m_record.addStation(kennung);
         }
     }
     if (loaded && use == Use::Keep) {
@@ -356,28 +355,20 @@ QString OperationalMode::unusableKeptAs() const
     return asideName(filesOf(m_path));
 }
 
-/// One that nothing is written to yet.
-void OperationalMode::beginRecord()
-{
-    m_record.emplace(m_path, m_services.timers,
-                     [this](const QString &trouble) { setKeepingTrouble(trouble); });
-    m_record->setOperator(m_operator);
-}
-
 /// From the list as its file has it to the list as the record has it.
 void OperationalMode::takeUp(ListOpener &list)
 {
     const EarlierFiles earlier(m_path);
-    list.takeUp(*m_record, earlier, moment());
+    list.takeUp(m_record, earlier, moment());
     setKeepingTrouble(list.recordStatus().message());
     m_keeper.emplace(
-        m_tree, *m_file, *m_record, list.upto(), m_services.environment,
+        m_tree, *m_file, m_record, list.upto(), m_services.environment,
         [this](const QString &kennung) { return this->attributes(kennung); },
         [this](const QString &trouble) { Q_EMIT statusMessage(trouble); }, m_services.filesInBetween);
-    if (m_record->isOpen()) {
-        m_record->writer().setSettled([this] { recordSettled(); });
-        m_record->add(SettingRow{keeperSetting(), QString::fromUtf8(m_lock.record())});
-        m_record->add(EventKind::Started, {}, moment(), m_path, ListRecord::By::Program);
+    if (m_record.isOpen()) {
+        m_record.writer().setSettled([this] { recordSettled(); });
+        m_record.add(SettingRow{keeperSetting(), QString::fromUtf8(m_lock.record())});
+        m_record.add(EventKind::Started, {}, moment(), m_path, ListRecord::By::Program);
     }
     m_savesSoon = list.mustSave();
     m_thinning.setRules(retentionRules(list.setting(retentionSetting).value_or(QString())));
@@ -394,7 +385,7 @@ void OperationalMode::takeUpAlarms(const QList<AlarmRow> &standing, const QList<
         const NodeStore &nodes = m_tree.nodes();
         if (isAlarm(m_tree, id)) {
             const NodeStore::Id station = nodes.parent(nodes.parent(id));
-            const qint64 number = m_record->number(textOf(nodes.name(station)));
+            const qint64 number = m_record.number(textOf(nodes.name(station)));
             const NotificationText parts = splitNotification(textOf(nodes.text(id)));
             const AlarmRow *known = m_alarms.find(number, parts.message);
             if (known == nullptr || known->acknowledged != 0 || !known->recipients.contains(parts.number)) {
@@ -459,7 +450,7 @@ std::optional<UnkeptChanges> OperationalMode::unkeptChanges() const
         return std::nullopt;
     }
     const quint64 count =
-        m_record->isOpen() ? m_record->writer().addedCount() - m_record->writer().onDiskCount() : 0;
+        m_record.isOpen() ? m_record.writer().addedCount() - m_record.writer().onDiskCount() : 0;
     return UnkeptChanges{m_keepingTrouble, m_unkeptSince, count};
 }
 
@@ -498,27 +489,26 @@ qint64 OperationalMode::moment() const
 
 QString OperationalMode::recordPath() const
 {
-    return m_record->isOpen() || m_joined ? m_record->path() : QString();
+    return m_record.isOpen() || m_joined ? m_record.path() : QString();
 }
 
 void OperationalMode::setOperator(const QString &name)
 {
-    if (name == m_operator) {
+    if (name == operatorName()) {
         return;
     }
-    m_operator = name;
-    m_record->setOperator(name);
+    m_record.setOperator(name);
     if (!name.isEmpty()) {
         m_lastOperator = name;
-        m_record->add(SettingRow{operatorSetting, name});
+        m_record.add(SettingRow{operatorSetting, name});
     }
-    m_record->add(EventKind::Note, {}, moment(), QStringLiteral("operator: ") + name,
-                  ListRecord::By::Operator);
+    m_record.add(EventKind::Note, {}, moment(), QStringLiteral("operator: ") + name,
+                 ListRecord::By::Operator);
 }
 
 StationRow OperationalMode::rowOf(const QString &kennung) const
 {
-    return {m_record->number(kennung), m_tree.find(kennung).data(Qt::EditRole).toString(), true,
+    return {m_record.number(kennung), m_tree.find(kennung).data(Qt::EditRole).toString(), true,
             toJson(attributes(kennung))};
 }
 
@@ -535,11 +525,11 @@ QString OperationalMode::addStation(const QString &name, const QString &hostAddr
     if (!m_stations.addStation(kennung, hostAddress)) {
         return {};
     }
-    m_record->addStation(kennung);
+    m_record.addStation(kennung);
     const StationRow row = rowOf(kennung);
-    m_record->add(row);
-    m_record->add(EventKind::StationAdded, kennung, moment(), kennung, ListRecord::By::Operator,
-                  row.attributes);
+    m_record.add(row);
+    m_record.add(EventKind::StationAdded, kennung, moment(), kennung, ListRecord::By::Operator,
+                 row.attributes);
     return kennung;
 }
 
@@ -555,11 +545,11 @@ void OperationalMode::removeStation(const QString &kennung)
     StationRow row = rowOf(kennung);
     row.listed = false;
     m_watchAlarms.letGo(row.id);
-    m_record->add(row);
-    m_record->add(EventKind::StationRemoved, kennung, moment(), row.name, ListRecord::By::Operator);
+    m_record.add(row);
+    m_record.add(EventKind::StationRemoved, kennung, moment(), row.name, ListRecord::By::Operator);
     m_alarms.forget(row.id, moment(), tr("the station was removed"));
     m_tree.remove(m_tree.find(kennung));
-    m_record->removeStation(kennung);
+    m_record.removeStation(kennung);
 }
 
 void OperationalMode::rename(const QString &kennung, const QString &before)
@@ -574,10 +564,10 @@ void OperationalMode::rename(const QString &kennung, const QString &before)
         return;
     }
     const StationRow row = rowOf(kennung);
-    m_record->add(row);
+    m_record.add(row);
     const QJsonObject detail{{QLatin1String("before"), before}};
-    m_record->add(EventKind::StationRenamed, kennung, moment(), row.name, ListRecord::By::Operator,
-                  QString::fromUtf8(QJsonDocument(detail).toJson(QJsonDocument::Compact)));
+    m_record.add(EventKind::StationRenamed, kennung, moment(), row.name, ListRecord::By::Operator,
+                 QString::fromUtf8(QJsonDocument(detail).toJson(QJsonDocument::Compact)));
 }
 
 void OperationalMode::setHostAddress(const QString &kennung, const QString &hostAddress)
@@ -622,7 +612,7 @@ void OperationalMode::letGo(cStation &station)
 {
     station.handleWaiting();
     station.disconnect();
-    m_watchAlarms.letGo(m_record->number(station.kennung()));
+    m_watchAlarms.letGo(m_record.number(station.kennung()));
 }
 
 void OperationalMode::takeArrived()
@@ -740,8 +730,8 @@ void OperationalMode::applyMessage(const QString &kennung, const QString &text)
         Q_EMIT statusMessage(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
     }
     m_isAlarm = isUrgent;
-    if (isUrgent && m_record->isOpen()) {
-        m_record->writer().flush();
+    if (isUrgent && m_record.isOpen()) {
+        m_record.writer().flush();
     }
     if (outcome.alarm) {
         Q_EMIT alarmRaised(outcome.entry);
@@ -758,43 +748,43 @@ qint64 OperationalMode::keepMessage(const QString &kennung, const QString &text,
     EventKind kind = EventKind::OtherMessage;
     if (const auto *notification = std::get_if<NotificationMessage>(&message)) {
         kind = EventKind::Notification;
-        const qint64 station = m_record->number(kennung);
+        const qint64 station = m_record.number(kennung);
         const NotificationText parts = splitNotification(notification->entry.text);
         alarm = m_alarms.take(station, parts.number, parts.message, at);
-        m_record->add(m_record->notification(station, notification->entry.key,
-                                             m_tree.arrivals().value(StationTree::idOf(outcome.entry))));
+        m_record.add(m_record.notification(station, notification->entry.key,
+                                           m_tree.arrivals().value(StationTree::idOf(outcome.entry))));
     } else if (std::holds_alternative<HistoryMessage>(message)) {
         kind = EventKind::History;
     } else if (!std::holds_alternative<NoStationMessage>(message)) {
         kind = EventKind::Values;
     }
-    m_record->add(kind, kennung, at, kind == EventKind::OtherMessage ? withoutPin(text) : text,
-                  ListRecord::By::Program, {}, alarm);
-    m_record->addContent(kennung, at, message);
+    m_record.add(kind, kennung, at, kind == EventKind::OtherMessage ? withoutPin(text) : text,
+                 ListRecord::By::Program, {}, alarm);
+    m_record.addContent(kennung, at, message);
     return alarm;
 }
 
 void OperationalMode::keepAlarm(const AlarmRow &alarm)
 {
-    m_record->add(alarm);
+    m_record.add(alarm);
 }
 
 /// A module that has its "OK" forgets the alarm: it gets it when the disk has the alarm.
 bool OperationalMode::answersLater(const QString &kennung)
 {
-    if (!std::exchange(m_isAlarm, false) || !m_record->isOpen() || m_record->writer().isFailing()) {
+    if (!std::exchange(m_isAlarm, false) || !m_record.isOpen() || m_record.writer().isFailing()) {
         return false;
     }
-    m_answers.add(kennung, m_record->writer().addedCount());
+    m_answers.add(kennung, m_record.writer().addedCount());
     return true;
 }
 
 void OperationalMode::recordSettled()
 {
-    if (m_record->writer().isFailing()) {
+    if (m_record.writer().isFailing()) {
         m_answers.answerAll();
     } else {
-        m_answers.answerUpTo(m_record->writer().onDiskCount());
+        m_answers.answerUpTo(m_record.writer().onDiskCount());
     }
     m_keeper->settled();
 }
@@ -803,11 +793,11 @@ void OperationalMode::recordSettled()
 void OperationalMode::onStationChanged(const QString &kennung, StationChange what)
 {
     const cStation &station = *m_stations.Item(kennung);
-    m_watchAlarms.take(m_record->number(kennung), what, station.loss());
+    m_watchAlarms.take(m_record.number(kennung), what, station.loss());
     if (what != StationChange::TextDelivered) {
         const StationEvent told = stateEvent(station, what, moment());
         if (std::optional<EventRow> event = m_states.news(station, what, told)) {
-            m_record->add(event->kind, kennung, told.at, event->text, ListRecord::By::Program, event->detail);
+            m_record.add(event->kind, kennung, told.at, event->text, ListRecord::By::Program, event->detail);
         }
         if (what == StationChange::PukNeeded) {
             m_services.beep();
@@ -822,9 +812,9 @@ void OperationalMode::onStationChanged(const QString &kennung, StationChange wha
 void OperationalMode::keep(const QString &kennung, ListRecord::By by)
 {
     const StationRow row = rowOf(kennung);
-    m_record->add(row);
-    m_record->add(EventKind::Attributes, kennung, moment(), summaryOf(attributes(kennung)), by,
-                  row.attributes);
+    m_record.add(row);
+    m_record.add(EventKind::Attributes, kennung, moment(), summaryOf(attributes(kennung)), by,
+                 row.attributes);
 }
 
 Status OperationalMode::close()
@@ -855,8 +845,8 @@ void OperationalMode::removeAll()
         m_joined.reset();
     }
     if (m_isOpen) {
-        m_record->add(EventKind::Stopped, {}, moment(), m_path, ListRecord::By::Program);
-        m_record->add(SettingRow{keeperSetting(), {}});
+        m_record.add(EventKind::Stopped, {}, moment(), m_path, ListRecord::By::Program);
+        m_record.add(SettingRow{keeperSetting(), {}});
     }
     m_isOpen = false;
     m_minute->stop();
@@ -868,7 +858,7 @@ void OperationalMode::removeAll()
         m_stations.Remove(kennung);
     }
     m_keeper.reset();
-    beginRecord();
+    m_record.setList(m_path);
     m_lock.release();
     m_keepingTrouble.clear();
     m_watchAlarms.stop(); // what the stations and the record said at their end is taken
@@ -900,7 +890,7 @@ QModelIndexList OperationalMode::entriesOf(const AlarmRow &alarm) const
 
 QString OperationalMode::stationOf(const AlarmRow &alarm) const
 {
-    return m_record->kennung(alarm.station);
+    return m_record.kennung(alarm.station);
 }
 
 Status OperationalMode::acknowledge(const QModelIndexList &entries)
@@ -934,8 +924,14 @@ Status OperationalMode::acknowledge(const QModelIndexList &entries, QList<qint64
     QSet<NodeStore::Id> acknowledged;
     QSet<qint64> concerned;
     const auto add = [&](qint64 station, const QString &text, qint64 alarm) {
-        rows.emplace_back(EventRow{
-            m_record->nextEvent(), at, station, EventKind::Acknowledged, text, {}, m_operator, alarm});
+        rows.emplace_back(EventRow{m_record.nextEvent(),
+                                   at,
+                                   station,
+                                   EventKind::Acknowledged,
+                                   text,
+                                   {},
+                                   m_record.operatorName(),
+                                   alarm});
     };
     for (const NodeChange &change : changes) {
         const std::optional<NodeStore::Id> id = nodes.find(change.key);
@@ -943,14 +939,14 @@ Status OperationalMode::acknowledge(const QModelIndexList &entries, QList<qint64
             continue;
         }
         acknowledged.insert(*id);
-        const qint64 station = m_record->number(textOf(nodes.name(nodes.parent(nodes.parent(*id)))));
+        const qint64 station = m_record.number(textOf(nodes.name(nodes.parent(nodes.parent(*id)))));
         const AlarmRow *alarm = m_alarms.find(station, splitNotification(textOf(nodes.text(*id))).message);
         if (alarm != nullptr && alarm->acknowledged == 0) {
             concerned.insert(alarm->id);
         }
         Arrival arrival = m_tree.arrivals().value(*id);
         arrival.acknowledged = at;
-        rows.emplace_back(m_record->notification(station, textOf(nodes.name(*id)), arrival));
+        rows.emplace_back(m_record.notification(station, textOf(nodes.name(*id)), arrival));
         add(station, textOf(nodes.name(*id)), alarm != nullptr ? alarm->id : 0);
     }
     for (const qint64 id : concerned) {
@@ -965,21 +961,21 @@ Status OperationalMode::acknowledge(const QModelIndexList &entries, QList<qint64
     for (const qint64 id : std::as_const(alarms)) {
         AlarmRow alarm = *m_alarms.alarm(id);
         alarm.acknowledged = at;
-        alarm.acknowledgedBy = m_operator;
+        alarm.acknowledgedBy = m_record.operatorName();
         if (!concerned.contains(id)) { // nothing in the tree tells of it
             add(alarm.station, alarm.text, id);
         }
         rows.emplace_back(std::move(alarm));
     }
-    if (m_record->isOpen()) {
-        if (Status kept = m_record->writer().commit(std::move(rows)); !kept) {
+    if (m_record.isOpen()) {
+        if (Status kept = m_record.writer().commit(std::move(rows)); !kept) {
             return kept;
         }
     } else if (m_keeper) { // there should be a record
         return Status::failed(m_keepingTrouble);
     }
     m_tree.carryOut(changes);
-    m_alarms.acknowledge(alarms, at, m_operator);
+    m_alarms.acknowledge(alarms, at, m_record.operatorName());
     return Status::done();
 }
 
@@ -994,7 +990,7 @@ void OperationalMode::awaitNextMinute()
         m_alarmActions.minute();
         if (m_keeper) {
             m_keeper->check();
-            m_thinning.check(now(), *m_record);
+            m_thinning.check(now(), m_record);
             checkDiskRoom();
         }
         awaitNextMinute();

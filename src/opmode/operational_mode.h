@@ -99,7 +99,7 @@ public:
     /// Takes what of the stations has arrived by now, before the end.
     void takeArrived();
     /// Whether all that changed is in the record.
-    bool keepsChanges() { return m_record->isOpen() && m_record->writer().flushNow(); }
+    bool keepsChanges() { return m_record.isOpen() && m_record.writer().flushNow(); }
     /// The path of the record; empty when nothing is recorded.
     QString recordPath() const;
 
@@ -160,7 +160,7 @@ public:
 
     /// Whose name is kept with what is done from now on; empty for nobody's.
     void setOperator(const QString &name);
-    QString operatorName() const { return m_operator; }
+    const QString &operatorName() const { return m_record.operatorName(); }
     /// The last one of this list's operators, for a proposal.
     QString lastOperator() const { return m_lastOperator; }
 
@@ -200,7 +200,6 @@ private:
     void joinAgain();
     bool isDoneElsewhere();
     Status load(Use use, QHash<QString, StationAttributes> &attributes);
-    void beginRecord();
     void takeUp(class ListOpener &list);
     void tellDefect(const QString &defect);
     void tellWhereKept();
@@ -246,7 +245,7 @@ private:
     QDateTime m_unkeptSince;
     std::unique_ptr<OneShotTimer> m_tellAgain; ///< how many changes are not kept
     std::optional<NodesFile> m_file;
-    std::optional<ListRecord> m_record;  ///< always there; while a list is kept it is open
+    ListRecord m_record;                 ///< while a list is kept it is open
     std::optional<NodesKeeper> m_keeper; ///< when the file is to be written
     StationStates m_states;              ///< that the record has
     AlarmBook m_alarms;
@@ -256,7 +255,6 @@ private:
     Thinning m_thinning;
     qint64 m_unwatchedSince = 0; ///< the last run ended badly
     qint64 m_lastAlarm = 0;      ///< where there is no record
-    QString m_operator;
     QString m_lastOperator;
     bool m_savesSoon = false; ///< the file is not what the list is
     bool m_isOpen = false;

@@ -29,10 +29,18 @@ QString ListRecord::pathFor(const QString &nodesPath)
     return joinPath(info.path(), base == QLatin1String("nodes") ? name : base + u'.' + name);
 }
 
-ListRecord::ListRecord(const QString &nodesPath, Timers &timers,
-                       std::function<void(const QString &)> troubleChanged)
-    : m_path(pathFor(nodesPath)), m_timers(timers), m_troubleChanged(std::move(troubleChanged))
+ListRecord::ListRecord(Timers &timers, std::function<void(const QString &)> troubleChanged)
+    : m_timers(timers), m_troubleChanged(std::move(troubleChanged))
 {}
+
+void ListRecord::setList(const QString &nodesPath)
+{
+    end();
+    know({});
+    m_lastNumber = 0;
+    m_lastEvent = 0;
+    m_path = pathFor(nodesPath);
+}
 
 OpenedRecord ListRecord::open()
 {

@@ -18,7 +18,12 @@ public:
     /// Of `nodes.xml`, `record.sqlite` in its folder; of "north.xml", "north.record.sqlite".
     static QString pathFor(const QString &nodesPath);
 
-    ListRecord(const QString &nodesPath, Timers &timers, std::function<void(const QString &)> troubleChanged);
+    ListRecord(Timers &timers, std::function<void(const QString &)> troubleChanged);
+
+    /// From now on it is the record of this list, which nothing is written to before begin().
+    void setList(const QString &nodesPath);
+    /// Writes what waits, as far as the disk takes it, and closes the record.
+    void end() { m_writer.reset(); }
 
     /// What there was; begin() makes use of it.
     OpenedRecord open();
@@ -60,9 +65,9 @@ public:
     qint64 lastEvent() const { return m_lastEvent; }
 
 private:
-    QString m_path;
     Timers &m_timers;
     std::function<void(const QString &)> m_troubleChanged;
+    QString m_path;
     std::optional<RecordWriter> m_writer;
     QHash<qint64, QString> m_names;
     QHash<QString, qint64> m_numbers;
