@@ -6,7 +6,7 @@
 
 namespace ktr {
 
-JoinedList::JoinedList(const Parts &parts, const QString &nodesPath, QObject *parent)
+JoinedList::JoinedList(const ListParts &parts, const QString &nodesPath, QObject *parent)
     : QObject(parent),
       m_parts(parts),
       m_replay(parts.tree, m_names, m_attributes),

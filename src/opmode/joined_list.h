@@ -1,12 +1,9 @@
 #pragma once
 
-#include "opmode/alarms/alarm_book.h"
-#include "opmode/exclusive_scheduler.h"
-#include "opmode/keeping/list_record.h"
 #include "opmode/keeping/list_replay.h"
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/list_follower.h"
-#include "opmode/station/value_trends.h"
+#include "opmode/list_parts.h"
 #include "opmode/station_event.h"
 
 #include <QObject>
@@ -22,20 +19,8 @@ class JoinedList : public QObject
     Q_OBJECT
 
 public:
-    /// What the list is shown in. All must outlive it.
-    struct Parts
-    {
-        StationTree &tree;
-        cStations &stations;
-        ExclusiveScheduler &scheduler;
-        ValueTrends &trends;
-        ListRecord &record;
-        AlarmBook &alarms;
-        Timers &timers;
-        const Environment &environment;
-    };
-
-    JoinedList(const Parts &parts, const QString &nodesPath, QObject *parent = nullptr);
+    /// The list is shown in these parts.
+    JoinedList(const ListParts &parts, const QString &nodesPath, QObject *parent = nullptr);
 
     /// Makes the empty parts what file and record say. A failure: who holds the list writes no record of it
     /// (yet), or one of the two cannot be read.
@@ -80,7 +65,7 @@ private:
     void showStation(const QString &kennung);
     void showKeeper();
 
-    Parts m_parts;
+    ListParts m_parts;
     QHash<qint64, QString> m_names;
     QHash<QString, StationAttributes> m_attributes;
     QHash<QString, cStation::Seen> m_seen;

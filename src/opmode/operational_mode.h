@@ -1,28 +1,19 @@
 #pragma once
 
+#include "opmode/acknowledger.h"
 #include "opmode/alarm_actions.h"
-#include "opmode/delayed_answers.h"
-#include "opmode/exclusive_scheduler.h"
+#include "opmode/entry_removal.h"
 #include "opmode/joined_list.h"
-#include "opmode/keeping/earlier/earlier_files.h"
-#include "opmode/keeping/nodes_keeper.h"
-#include "opmode/station/value_trends.h"
+#include "opmode/keeping_trouble.h"
+#include "opmode/kept_list.h"
+#include "opmode/message_intake.h"
+#include "opmode/station_actions.h"
 #include "opmode/station_states.h"
 #include "opmode/thinning.h"
-#include "opmode/watch_alarms.h"
-#include "platform/file_lock.h"
-
-#include <QSet>
 
 namespace ktr {
 
-/// What changed and cannot be written at the moment: a crash would lose it.
-struct UnkeptChanges
-{
-    QString reason;
-    QDateTime since;
-    quint64 count;
-};
+class ListOpener;
 
 /// Bytes of a disk.
 struct DiskRoom
@@ -75,9 +66,9 @@ public:
     Status open(const QString &nodesPath, Use use);
     Hindrance hindrance() const { return m_hindrance; }
     /// What of the list and of what belongs to it was lost, or rebuilt and has to be looked at by the user.
-    const QStringList &defects() const { return m_defects; }
+    const QStringList &defects() const { return m_list.defects(); }
     /// Why it would not be noticed when another program watched the list, too; empty when it would.
-    const QString &lockTrouble() const { return m_lockTrouble; }
+    const QString &lockTrouble() const { return m_list.lockTrouble(); }
     /// Whether another program keeps the list that is shown, or did: Use::Look.
     bool isJoined() const { return m_joined != nullptr; }
     /// Who keeps the list that was joined, in words; empty: nobody does any more.
@@ -85,11 +76,11 @@ public:
     /// Since when nobody watches the stations of the list that was joined.
     std::optional<QDateTime> unwatchedSince() const;
     /// Nothing while all is written, or is about to be.
-    std::optional<UnkeptChanges> unkeptChanges() const;
+    std::optional<UnkeptChanges> unkeptChanges() const { return m_keepingTrouble.unkept(); }
     /// Puts a list that is unusable aside, with what belongs to it, and begins an empty one in its place.
     Status openEmpty();
     /// The name that openEmpty() would give to the list that is unusable.
-    QString unusableKeptAs() const;
+    QString unusableKeptAs() const { return m_list.asideName(); }
 
     /// Writes the file and removes the stations. After a failure everything is as before.
     Status close();
@@ -122,7 +113,10 @@ public:
     /// Also puts the station into the state that the schedule would have given it by now.
     void setSchedule(const QString &kennung, const ExclusiveSchedule &schedule);
     ExclusiveSchedule schedule(const QString &kennung) const { return m_scheduler.schedule(kennung); }
-    StationAttributes attributes(const QString &kennung) const;
+    StationAttributes attributes(const QString &kennung) const
+    {
+        return m_stationActions.attributes(kennung);
+    }
 
     /// Asks a station for all input values. False when it has a text to deliver already.
     bool requestValues(const QString &kennung);
@@ -143,7 +137,7 @@ public:
     qint64 entriesOlderThan(int days) const { return m_thinning.countOlder(now(), days); }
     /// Removes entries from the tree, and so from the list's file; the record keeps what they said. Those
     /// that wait to be acknowledged stay. Gives how many were removed.
-    int removeEntries(const QModelIndexList &entries);
+    int removeEntries(const QModelIndexList &entries) { return m_removal.remove(entries); }
     /// Of the disk with the list.
     std::optional<DiskRoom> diskRoom() const;
     /// Acknowledges alarms: on the disk first, then in the tree. After a failure nothing is acknowledged. An
@@ -151,7 +145,7 @@ public:
     Status acknowledge(const QModelIndexList &entries);
     Status acknowledgeAlarms(const QList<qint64> &alarms);
     /// The entries in the tree that an alarm has made, one for each number it was sent to.
-    QModelIndexList entriesOf(const AlarmRow &alarm) const;
+    QModelIndexList entriesOf(const AlarmRow &alarm) const { return m_acknowledger.entriesOf(alarm); }
     /// The key of an alarm's station; empty when it is about none, or that is gone.
     QString stationOf(const AlarmRow &alarm) const;
 
@@ -167,10 +161,10 @@ public:
     /// The key of the online station at an address, empty when there is none.
     QString stationAt(const QString &hostAddress) const;
     /// Lets go of a station for a while; it counts as online, and takeBack() makes it so again.
-    void lend(const QString &kennung);
-    void takeBack();
+    void lend(const QString &kennung) { m_stationActions.lend(kennung); }
+    void takeBack() { m_stationActions.takeBack(); }
     qint64 foreignDatagrams() const { return m_services.foreignDatagrams(); }
-    bool isLent(const QString &kennung) const { return m_lent.contains(kennung); }
+    bool isLent(const QString &kennung) const { return m_stationActions.isLent(kennung); }
 
 Q_SIGNALS:
     /// A line for the status bar.
@@ -190,39 +184,20 @@ Q_SIGNALS:
     void stationChanged(const QString &kennung);
 
 private:
-    void applyMessage(const QString &kennung, const QString &text);
-    void letGo(cStation &station);
     void onStationChanged(const QString &kennung, StationChange what);
-    bool answersLater(const QString &kennung);
-    void answerKept();
-    Status takeLock(Use use);
-    Status join();
+    Status join(const QString &nodesPath);
+    void takeUp(const ListOpener &list);
     void joinAgain();
     bool isDoneElsewhere();
-    Status load(Use use, QHash<QString, StationAttributes> &attributes);
-    void takeUp(class ListOpener &list);
-    void tellDefect(const QString &defect);
-    void tellWhereKept();
     void setKeepingTrouble(const QString &trouble);
-    void tellUnkept();
-    bool mayGo(NodeStore::Id notification) const;
-    void removeEntry(NodeStore::Id entry, ListRecord::By by);
     void checkDiskRoom();
-    void beginWatchAlarms(const Status &loaded);
-    void takeUpAlarms(const QList<AlarmRow> &standing, const QList<Shelf> &shelves);
-    qint64 keepMessage(const QString &kennung, const QString &text, const StationMessage &message,
-                       const StationTree::Outcome &outcome, qint64 at);
-    void keepAlarm(const AlarmRow &alarm);
-    Status acknowledge(const QModelIndexList &entries, QList<qint64> alarms);
+    void beginWatchAlarms(const Status &loaded, qint64 unwatchedSince);
+    Status mayAcknowledge() const;
     void rename(const QString &kennung, const QString &before);
-    void recordSettled();
     qint64 moment() const;
     void createStations(const QHash<QString, StationAttributes> &attributes);
     void awaitNextMinute();
     void showStatus(const cStation &station);
-    /// Keeps a station's attributes.
-    void keep(const QString &kennung, ListRecord::By by = ListRecord::By::Operator);
-    StationRow rowOf(const QString &kennung) const;
     void removeAll();
     void clearTree();
 
@@ -233,33 +208,25 @@ private:
     ValueTrends m_trends;
     cStations m_stations;
     ExclusiveScheduler m_scheduler;
-    DelayedAnswers m_answers;
-    QSet<QString> m_lent;
     std::unique_ptr<OneShotTimer> m_minute;
-    QString m_path;
-    FileLock m_lock;
     Hindrance m_hindrance = Hindrance::None;
-    QStringList m_defects;
-    QString m_lockTrouble;
-    QString m_keepingTrouble; ///< of the journal
-    QDateTime m_unkeptSince;
-    std::unique_ptr<OneShotTimer> m_tellAgain; ///< how many changes are not kept
-    std::optional<NodesFile> m_file;
-    ListRecord m_record;                 ///< while a list is kept it is open
-    std::optional<NodesKeeper> m_keeper; ///< when the file is to be written
-    StationStates m_states;              ///< that the record has
+    KeepingTrouble m_keepingTrouble;
+    ListRecord m_record;    ///< while a list is kept it is open
+    StationStates m_states; ///< that the record has
     AlarmBook m_alarms;
     AlarmActions m_alarmActions;
     WatchAlarms m_watchAlarms;
-    std::unique_ptr<JoinedList> m_joined;
+    ListParts m_parts;
+    KeptList m_list;
+    StationActions m_stationActions;
+    Acknowledger m_acknowledger;
+    MessageIntake m_intake;
+    EntryRemoval m_removal;
     Thinning m_thinning;
-    qint64 m_unwatchedSince = 0; ///< the last run ended badly
-    qint64 m_lastAlarm = 0;      ///< where there is no record
+    std::unique_ptr<JoinedList> m_joined;
+    qint64 m_lastAlarm = 0; ///< where there is no record
     QString m_lastOperator;
-    bool m_savesSoon = false; ///< the file is not what the list is
     bool m_isOpen = false;
-    bool m_isEnding = false;
-    bool m_isAlarm = false; ///< the text that a station said last
 };
 
 } // namespace ktr

@@ -60,9 +60,8 @@ RetentionRules retentionRules(const QString &json)
     return rules;
 }
 
-Thinning::Thinning(StationTree &tree, Timers &timers, std::function<bool(NodeStore::Id)> mayGo,
-                   std::function<void(NodeStore::Id)> remove)
-    : m_tree(tree), m_mayGo(std::move(mayGo)), m_remove(std::move(remove)), m_timer(timers.create())
+Thinning::Thinning(StationTree &tree, Timers &timers, EntryRemoval &removal)
+    : m_tree(tree), m_removal(removal), m_timer(timers.create())
 {}
 
 void Thinning::setRules(const RetentionRules &rules)
@@ -156,7 +155,7 @@ void Thinning::slice()
             std::ranges::count_if(old, [&](NodeStore::Id id) { return m_tree.nodes().parent(id) == above; }));
     }
     for (const NodeStore::Id entry : old) {
-        m_remove(entry);
+        m_removal.remove(entry, ListRecord::By::Program);
     }
     if (m_branch < end) {
         m_timer->start(pause, [this] { slice(); });
@@ -168,7 +167,7 @@ bool Thinning::isOld(NodeStore::Id entry, const Limit &limit) const
     const NodeStore &nodes = m_tree.nodes();
     if (nodes.kind(entry) == NodeKind::Notification) {
         const qint64 received = m_tree.arrivals().value(entry).received;
-        return received != 0 && received < limit.moment && m_mayGo(entry);
+        return received != 0 && received < limit.moment && m_removal.mayGo(entry);
     }
     const QString text = textOf(nodes.text(entry));
     const std::optional<HistoryEntryText> read = splitHistoryEntry(text);

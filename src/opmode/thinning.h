@@ -1,9 +1,6 @@
 #pragma once
 
-#include "opmode/keeping/list_record.h"
-#include "opmode/tree/station_tree.h"
-
-#include <functional>
+#include "opmode/entry_removal.h"
 
 namespace ktr {
 
@@ -34,9 +31,8 @@ public:
     /// The record is gone through once in so many checks.
     static constexpr int checksBetweenRecords = 60;
 
-    /// `mayGo` is asked about notifications. All must outlive it.
-    Thinning(StationTree &tree, Timers &timers, std::function<bool(NodeStore::Id notification)> mayGo,
-             std::function<void(NodeStore::Id entry)> remove);
+    /// All must outlive it.
+    Thinning(StationTree &tree, Timers &timers, EntryRemoval &removal);
 
     const RetentionRules &rules() const { return m_rules; }
     /// Takes effect with the next check.
@@ -59,8 +55,7 @@ private:
     const std::vector<NodeStore::Id> *branch(std::size_t which) const;
 
     StationTree &m_tree;
-    std::function<bool(NodeStore::Id)> m_mayGo;
-    std::function<void(NodeStore::Id)> m_remove;
+    EntryRemoval &m_removal;
     std::unique_ptr<OneShotTimer> m_timer;
     RetentionRules m_rules;
     int m_checks = 0; ///< until the record's turn

@@ -1,0 +1,172 @@
+#include "opmode/kept_list.h"
+
+#include "opmode/keeping/earlier/earlier_files.h"
+#include "opmode/list_opener.h"
+#include "platform/files.h"
+
+#include <QFileInfo>
+
+namespace ktr {
+
+namespace {
+
+/// The list itself is the last.
+QStringList filesOf(const QString &nodesPath)
+{
+    const EarlierFiles earlier(nodesPath);
+    return {earlier.journal(), earlier.times(), nodesPath};
+}
+
+} // namespace
+
+KeptList::KeptList(const ListParts &parts, NodesKeeper::Attributes attributes,
+                   const NodesKeeper::Limits &limits, QObject *parent)
+    : QObject(parent), m_parts(parts), m_attributes(std::move(attributes)), m_limits(limits)
+{}
+
+Status KeptList::lock(const QString &nodesPath, bool evenIfHeld)
+{
+    look(nodesPath);
+    switch (m_lock.take(listLockPath(m_path))) {
+    case FileLock::Outcome::Taken:
+        break;
+    case FileLock::Outcome::Held:
+        if (!evenIfHeld) {
+            return Status::failed(tr("%1: the list is in use by %2").arg(m_path, m_lock.holder()));
+        }
+        Q_EMIT statusMessage(
+            tr("%1: the list is in use by %2. Modules answer who announced last: what is told here is "
+               "missing there, and the other way round")
+                .arg(m_path, m_lock.holder()));
+        break;
+    case FileLock::Outcome::Impossible:
+        m_lockTrouble = tr("%1; another program that uses the list at the same time is not noticed")
+                            .arg(m_lock.trouble().message());
+        Q_EMIT statusMessage(m_lockTrouble);
+        break;
+    }
+    return Status::done();
+}
+
+NodesFile &KeptList::look(const QString &nodesPath)
+{
+    m_path = nodesPath;
+    m_defects.clear();
+    m_lockTrouble.clear();
+    m_parts.record.setList(m_path);
+    return m_file.emplace(m_path);
+}
+
+Status KeptList::load(ListOpener &list, bool isToBeKept)
+{
+    Status loaded = list.loadFile();
+    const bool isKept = isToBeKept && loaded; // else nothing is written over what cannot be read
+    if (isKept) {
+        takeUp(list);
+    }
+    for (const QString &defect : list.defects()) {
+        tellDefect(defect);
+    }
+    for (const QString &remark : list.remarks()) {
+        Q_EMIT statusMessage(remark);
+    }
+    if (list.takenUp() > 0) {
+        Q_EMIT recovered(
+            tr("The program did not end properly last time; changes taken up from the record: %1")
+                .arg(list.takenUp()));
+    }
+    nameStations();
+    if (isKept && m_file->isToBeKeptAside()) { // it stands where it is until it is written
+        tellDefect(tr("%1: as it is now it is kept as \"%2\" beside it when the list is written")
+                       .arg(m_path, QFileInfo(ktr::asideName({m_path})).fileName()));
+    }
+    return loaded;
+}
+
+/// From the list as its file has it to the list as the record has it.
+void KeptList::takeUp(ListOpener &list)
+{
+    ListRecord &record = m_parts.record;
+    const EarlierFiles earlier(m_path);
+    list.takeUp(record, earlier, m_parts.moment());
+    Q_EMIT recordTrouble(list.recordStatus().message());
+    m_keeper.emplace(
+        m_parts.tree, *m_file, record, list.upto(), m_parts.environment, m_attributes,
+        [this](const QString &trouble) { Q_EMIT statusMessage(trouble); }, m_limits);
+    if (record.isOpen()) {
+        record.writer().setSettled([this] {
+            Q_EMIT settled();
+            m_keeper->settled();
+        });
+        record.add(SettingRow{keeperSetting(), QString::fromUtf8(m_lock.record())});
+        record.add(EventKind::Started, {}, m_parts.moment(), m_path, ListRecord::By::Program);
+    }
+    m_savesSoon = list.mustSave();
+}
+
+/// Alarms tell stations apart by their numbers, also where nothing is recorded.
+void KeptList::nameStations()
+{
+    for (int row = 0; row < m_parts.tree.rowCount(); ++row) {
+        const QString kennung = m_parts.tree.index(row, 0).data(StationTree::KeyRole).toString();
+        if (m_parts.record.number(kennung) == 0) {
+            m_parts.record.addStation(kennung);
+        }
+    }
+}
+
+void KeptList::begin()
+{
+    if (std::exchange(m_savesSoon, false)) {
+        m_keeper->begin();
+    }
+}
+
+void KeptList::check()
+{
+    m_keeper->check();
+}
+
+Status KeptList::save()
+{
+    if (Status written = m_keeper->save(); !written) {
+        return written;
+    }
+    const EarlierFiles earlier(m_path); // what they had is in the list and in the record
+    if (const Status aside = keepAside({earlier.journal(), earlier.times()}); !aside) {
+        Q_EMIT statusMessage(aside.message());
+    }
+    return Status::done();
+}
+
+void KeptList::release()
+{
+    m_keeper.reset();
+    m_parts.record.setList(m_path);
+    m_lock.release();
+}
+
+void KeptList::end()
+{
+    blockSignals(true);
+    m_keeper.reset();
+    m_parts.record.end();
+}
+
+Status KeptList::putAside() const
+{
+    return keepAside(filesOf(m_path));
+}
+
+QString KeptList::asideName() const
+{
+    return ktr::asideName(filesOf(m_path));
+}
+
+void KeptList::tellDefect(const QString &defect)
+{
+    m_defects += defect;
+    Q_EMIT statusMessage(defect);
+}
+
+} // namespace ktr

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "opmode/alarms/alarm_book.h"
+#include "opmode/exclusive_scheduler.h"
+#include "opmode/keeping/list_record.h"
+#include "opmode/station/value_trends.h"
+
+namespace ktr {
+
+/// What a list of stations is made of in memory. All of it outlives who works on it.
+struct ListParts
+{
+    StationTree &tree;
+    cStations &stations;
+    ExclusiveScheduler &scheduler;
+    ValueTrends &trends;
+    ListRecord &record;
+    AlarmBook &alarms;
+    Timers &timers;
+    const Environment &environment;
+
+    /// Milliseconds since 1970, UTC.
+    qint64 moment() const { return environment.now().toMSecsSinceEpoch(); }
+};
+
+} // namespace ktr

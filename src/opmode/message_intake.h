@@ -1,0 +1,44 @@
+#pragma once
+
+#include "opmode/delayed_answers.h"
+#include "opmode/list_parts.h"
+#include "opmode/station_event.h"
+
+#include <QObject>
+
+namespace ktr {
+
+/// What becomes of a text that a station said: in the tree, in the trends, in the record and as an alarm; and
+/// when its module gets the "OK" to it.
+class MessageIntake : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit MessageIntake(const ListParts &parts, QObject *parent = nullptr);
+
+    void take(const QString &kennung, const QString &text);
+    /// Whether the "OK" to the text that was taken last waits for the disk: a module that has it forgets its
+    /// alarm.
+    bool answersLater(const QString &kennung);
+    /// The disk has more of the record, or has refused it.
+    void settled();
+    /// Nobody is answered any more.
+    void clear() { m_answers.clear(); }
+
+Q_SIGNALS:
+    void statusMessage(const QString &line);
+    void happened(const ktr::StationEvent &event);
+    /// The entry is in the tree and red.
+    void alarmRaised(const QModelIndex &entry);
+
+private:
+    qint64 keep(const QString &kennung, const QString &text, const StationMessage &message,
+                const StationTree::Outcome &outcome, qint64 at);
+
+    ListParts m_parts;
+    DelayedAnswers m_answers;
+    bool m_isAlarm = false; ///< the text that was taken last
+};
+
+} // namespace ktr
