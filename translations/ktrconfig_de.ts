@@ -2546,6 +2546,36 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::KeepingTrouble</name>
+    <message>
+        <source>What happens is written to the record again</source>
+        <translation>Was geschieht, wird wieder aufgezeichnet</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::KeptList</name>
+    <message>
+        <source>%1: the list is in use by %2</source>
+        <translation>%1: Die Liste wird schon benutzt, und zwar von %2</translation>
+    </message>
+    <message>
+        <source>%1: the list is in use by %2. Modules answer who announced last: what is told here is missing there, and the other way round</source>
+        <translation>%1: Die Liste wird schon benutzt, und zwar von %2. Module antworten dem, der sich zuletzt gemeldet hat: was hier ankommt, fehlt dort, und umgekehrt</translation>
+    </message>
+    <message>
+        <source>%1; another program that uses the list at the same time is not noticed</source>
+        <translation>%1; ein anderes Programm, das die Liste gleichzeitig benutzt, wird nicht bemerkt</translation>
+    </message>
+    <message>
+        <source>The program did not end properly last time; changes taken up from the record: %1</source>
+        <translation>Das Programm wurde zuletzt nicht ordentlich beendet; aus der Aufzeichnung übernommene Änderungen: %1</translation>
+    </message>
+    <message>
+        <source>%1: as it is now it is kept as &quot;%2&quot; beside it when the list is written</source>
+        <translation>%1: so, wie sie jetzt ist, wird diese Datei daneben als „%2“ aufgehoben, wenn die Liste geschrieben wird</translation>
+    </message>
+</context>
+<context>
     <name>ktr::LimitValuePage</name>
     <message>
         <source>less than the limit</source>
@@ -2763,6 +2793,13 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::MessageIntake</name>
+    <message>
+        <source>%1: not understood: %2</source>
+        <translation>%1: nicht verstanden: %2</translation>
+    </message>
+</context>
+<context>
     <name>ktr::MessageLine</name>
     <message>
         <source>Messages</source>
@@ -2919,38 +2956,6 @@ Wasserturm;turm.example.org:49111</translation>
 </context>
 <context>
     <name>ktr::OperationalMode</name>
-    <message>
-        <source>%1: not understood: %2</source>
-        <translation>%1: nicht verstanden: %2</translation>
-    </message>
-    <message>
-        <source>%1: the list is in use by %2</source>
-        <translation>%1: Die Liste wird schon benutzt, und zwar von %2</translation>
-    </message>
-    <message>
-        <source>%1: the list is in use by %2. Modules answer who announced last: what is told here is missing there, and the other way round</source>
-        <translation>%1: Die Liste wird schon benutzt, und zwar von %2. Module antworten dem, der sich zuletzt gemeldet hat: was hier ankommt, fehlt dort, und umgekehrt</translation>
-    </message>
-    <message>
-        <source>%1; another program that uses the list at the same time is not noticed</source>
-        <translation>%1; ein anderes Programm, das die Liste gleichzeitig benutzt, wird nicht bemerkt</translation>
-    </message>
-    <message>
-        <source>%1: as it is now it is kept as &quot;%2&quot; beside it when the list is written</source>
-        <translation>%1: so, wie sie jetzt ist, wird diese Datei daneben als „%2“ aufgehoben, wenn die Liste geschrieben wird</translation>
-    </message>
-    <message>
-        <source>The program did not end properly last time; changes taken up from the record: %1</source>
-        <translation>Das Programm wurde zuletzt nicht ordentlich beendet; aus der Aufzeichnung übernommene Änderungen: %1</translation>
-    </message>
-    <message>
-        <source>What happens is written to the record again</source>
-        <translation>Was geschieht, wird wieder aufgezeichnet</translation>
-    </message>
-    <message>
-        <source>the station was removed</source>
-        <translation>die Station wurde entfernt</translation>
-    </message>
     <message>
         <source>The program did not end properly last time</source>
         <translation>Das Programm wurde beim letzten Mal nicht ordentlich beendet</translation>
@@ -3332,6 +3337,13 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>there is no folder that is the user&apos;s alone</source>
         <translation>es gibt keinen Ordner, der dem Benutzer allein gehört</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationActions</name>
+    <message>
+        <source>the station was removed</source>
+        <translation>die Station wurde entfernt</translation>
     </message>
 </context>
 <context>

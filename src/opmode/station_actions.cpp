@@ -2,6 +2,7 @@
 
 #include "config/address.h"
 #include "link/udp_pair.h"
+#include "opmode/keeping/list_replay.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
