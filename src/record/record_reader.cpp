@@ -284,6 +284,36 @@ Status RecordReader::setting(const QString &name, std::optional<QString> &value)
     });
 }
 
+Status RecordReader::settings(QHash<QString, QString> &values)
+{
+    values.clear();
+    return each(u"SELECT name, value FROM setting"_s, {}, [&](const QSqlQuery &row) {
+        values.insert(row.value(0).toString(), row.value(1).toString());
+        return true;
+    });
+}
+
+Status RecordReader::openRequests(qint64 id, const std::function<void(const RequestRow &)> &take)
+{
+    return each(u"SELECT id, at, operator, what, detail FROM request WHERE taken IS NULL AND id > ? "
+                "ORDER BY id"_s,
+                {id}, [&](const QSqlQuery &row) {
+                    take({row.value(0).toLongLong(), row.value(1).toLongLong(), row.value(2).toString(),
+                          row.value(3).toString(), row.value(4).toString()});
+                    return true;
+                });
+}
+
+Status RecordReader::answerOf(qint64 request, std::optional<QString> &result)
+{
+    result.reset();
+    return each(u"SELECT result FROM request WHERE id = ? AND taken IS NOT NULL"_s, {request},
+                [&](const QSqlQuery &row) {
+                    result = row.value(0).toString();
+                    return true;
+                });
+}
+
 EventPage RecordReader::findEvents(const EventFilter &filter, const std::optional<RecordKey> &after,
                                    int limit)
 {

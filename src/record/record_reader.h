@@ -145,6 +145,12 @@ public:
     Status statesOfRun(const QList<EventKind> &kinds, const std::function<void(const EventRow &)> &take);
     /// The value of a setting; nothing when there is none.
     Status setting(const QString &name, std::optional<QString> &value);
+    Status settings(QHash<QString, QString> &values);
+
+    /// What was asked for behind such a number and has no answer, in the order of their numbers.
+    Status openRequests(qint64 id, const std::function<void(const RequestRow &)> &take);
+    /// The result that a request was answered with; nothing while it has none.
+    Status answerOf(qint64 request, std::optional<QString> &result);
 
     /// A page of at most `limit` events, from the newest or from where another page ended: in the order of
     /// their times, those with a text in the order of their numbers unless few stations are meant. One may be

@@ -168,9 +168,29 @@ struct SettingRow
     bool operator==(const SettingRow &) const = default;
 };
 
+/// What somebody who looks on asks of who keeps the list.
+struct RequestRow
+{
+    qint64 id = 0; ///< the order; the record gives it
+    qint64 at = 0;
+    QString operatorName{};
+    QString what{};
+    QString detail{}; ///< JSON
+    bool operator==(const RequestRow &) const = default;
+};
+
+/// What became of a request; one that has an answer is done with.
+struct RequestAnswerRow
+{
+    qint64 id = 0; ///< of the request
+    qint64 at = 0;
+    QString result{}; ///< why it was not carried out; empty when it was
+    bool operator==(const RequestAnswerRow &) const = default;
+};
+
 /// What can be written. Stations, notifications, alarms and settings take the place of the row that has
 /// their key; a history record or value that is there already stays.
 using RecordRow = std::variant<EventRow, StationRow, NotificationRow, AlarmRow, HistoryRow, ValueRow,
-                               ListFileRow, SettingRow>;
+                               ListFileRow, SettingRow, RequestRow, RequestAnswerRow>;
 
 } // namespace ktr

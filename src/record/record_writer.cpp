@@ -34,6 +34,11 @@ qint64 bytesOf(const RecordRow &row)
         qint64 operator()(const ValueRow &value) const { return of(value.value); }
         qint64 operator()(const ListFileRow &file) const { return of(file.checksum); }
         qint64 operator()(const SettingRow &setting) const { return of(setting.name, setting.value); }
+        qint64 operator()(const RequestRow &request) const
+        {
+            return of(request.operatorName, request.what, request.detail);
+        }
+        qint64 operator()(const RequestAnswerRow &answer) const { return of(answer.result); }
     };
     return std::visit(Sizes{texts}, row);
 }

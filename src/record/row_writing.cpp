@@ -128,4 +128,15 @@ bool RowWriting::put(const SettingRow &row)
     return carryOut(7, "INSERT OR REPLACE INTO setting(name, value) VALUES(?, ?)", row.name, row.value);
 }
 
+bool RowWriting::put(const RequestRow &row)
+{
+    return carryOut(8, "INSERT INTO request(at, operator, what, detail) VALUES(?, ?, ?, ?)", row.at,
+                    textOrNull(row.operatorName), row.what, row.detail);
+}
+
+bool RowWriting::put(const RequestAnswerRow &row)
+{
+    return carryOut(9, "UPDATE request SET taken = ?, result = ? WHERE id = ?", row.at, row.result, row.id);
+}
+
 } // namespace ktr

@@ -25,6 +25,8 @@ private:
     bool put(const ValueRow &row);
     bool put(const ListFileRow &row);
     bool put(const SettingRow &row);
+    bool put(const RequestRow &row);
+    bool put(const RequestAnswerRow &row);
     template <class... Values>
     bool carryOut(std::size_t slot, const char *statement, const Values &...values);
 

@@ -1,0 +1,75 @@
+#include "record/request_writer.h"
+
+#include "record/record_database.h"
+#include "record/row_writing.h"
+
+namespace ktr {
+
+RequestWriter::~RequestWriter()
+{
+    m_thread.wait();
+    carryOut(m_path, m_waiting);
+}
+
+void RequestWriter::write(RequestRow request, Written written)
+{
+    m_waiting.push_back({std::move(request), std::move(written)});
+    if (!m_isBusy) {
+        begin();
+    }
+}
+
+void RequestWriter::begin()
+{
+    m_isBusy = true;
+    m_inHand = std::exchange(m_waiting, {});
+    m_thread.start([this] {
+        carryOut(m_path, m_inHand);
+        QMetaObject::invokeMethod(
+            &m_receiver, [this] { collect(); }, Qt::QueuedConnection);
+    });
+}
+
+void RequestWriter::collect()
+{
+    m_thread.wait();
+    m_isBusy = false;
+    const std::vector<Job> done = std::exchange(m_inHand, {});
+    if (!m_waiting.empty()) {
+        begin();
+    }
+    for (const Job &job : done) {
+        job.written(job.status, job.id);
+    }
+}
+
+/// Each is a commit of its own: somebody may be waiting for it. By a connection that is opened anew: the file
+/// may be another one by now.
+void RequestWriter::carryOut(const QString &path, std::vector<Job> &jobs)
+{
+    if (jobs.empty()) {
+        return;
+    }
+    RecordDatabase database;
+    const Status opened = database.open(path, RecordDatabase::Use::Write);
+    RowWriting writing(database);
+    for (Job &job : jobs) {
+        job.status = opened;
+        if (opened && !(database.begin() && writing.write(job.request))) {
+            job.status = database.failure();
+            database.rollBack();
+        } else if (opened) {
+            QSqlQuery number(database.handle());
+            job.id = number.exec(QStringLiteral("SELECT last_insert_rowid()")) && number.next()
+                         ? number.value(0).toLongLong()
+                         : 0;
+            number.finish();
+            if (!database.commit()) {
+                job.status = database.failure();
+                database.rollBack();
+            }
+        }
+    }
+}
+
+} // namespace ktr
