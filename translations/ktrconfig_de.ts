@@ -1256,6 +1256,33 @@
     </message>
 </context>
 <context>
+    <name>RequestDesk</name>
+    <message>
+        <source>it was asked for before the stations were watched</source>
+        <translation>das wurde verlangt, bevor die Stationen überwacht wurden</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not known to the program that watches</source>
+        <translation>„%1“ kennt das überwachende Programm nicht</translation>
+    </message>
+    <message>
+        <source>alarms that came anew meanwhile: %1</source>
+        <translation>inzwischen neu gekommene Alarme: %1</translation>
+    </message>
+    <message>
+        <source>no station can be called that</source>
+        <translation>so kann keine Station heißen</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no longer in the list</source>
+        <translation>„%1“ steht nicht mehr in der Liste</translation>
+    </message>
+    <message>
+        <source>%1 has a text to deliver already</source>
+        <translation>%1 hat schon einen Text zuzustellen</translation>
+    </message>
+</context>
+<context>
     <name>Station</name>
     <message>
         <source>a line without an end was dropped</source>
@@ -2339,6 +2366,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>The tree has %1 entries. Kept for a year, it would have %2 less; the menu %3 offers it.</source>
         <translation>Der Baum hat %1 Einträge. Ein Jahr lang aufbewahrt, wären es %2 weniger; das Menü %3 bietet es an.</translation>
     </message>
+    <message>
+        <source>The station is added where the stations are watched</source>
+        <translation>Die Station wird dort hinzugefügt, wo die Stationen überwacht werden</translation>
+    </message>
+    <message>
+        <source>The station &quot;%1&quot; is deleted where the stations are watched</source>
+        <translation>Die Station „%1“ wird dort gelöscht, wo die Stationen überwacht werden</translation>
+    </message>
 </context>
 <context>
     <name>ktr::HistoryPage</name>
@@ -2543,6 +2578,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1: not understood: %2</source>
         <translation>%1: nicht verstanden: %2</translation>
+    </message>
+    <message>
+        <source>Nobody watches the stations: nobody can be asked</source>
+        <translation>Niemand überwacht die Stationen: niemand kann gefragt werden</translation>
+    </message>
+    <message>
+        <source>Another program watches the stations; it is done there</source>
+        <translation>Ein anderes Programm überwacht die Stationen; dort ist das zu tun</translation>
     </message>
 </context>
 <context>
@@ -2973,12 +3016,12 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Was geschieht, kann nicht aufgezeichnet werden: %1</translation>
     </message>
     <message>
-        <source>Another program watches the stations; it is done there</source>
-        <translation>Ein anderes Programm überwacht die Stationen; dort ist das zu tun</translation>
-    </message>
-    <message>
         <source>The disk with the record is nearly full</source>
         <translation>Der Datenträger mit der Aufzeichnung ist fast voll</translation>
+    </message>
+    <message>
+        <source>nobody watches the stations</source>
+        <translation>niemand überwacht die Stationen</translation>
     </message>
 </context>
 <context>
@@ -3184,6 +3227,17 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Written: %1</source>
         <translation>Geschrieben: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::RequestSender</name>
+    <message>
+        <source>the program that watches the stations did not answer</source>
+        <translation>das Programm, das die Stationen überwacht, hat nicht geantwortet</translation>
+    </message>
+    <message>
+        <source>Not done: %1</source>
+        <translation>Nicht ausgeführt: %1</translation>
     </message>
 </context>
 <context>

@@ -18,6 +18,22 @@ const QString byKey = QStringLiteral("by");
 const QString whyKey = QStringLiteral("why");
 const QString timesKey = QStringLiteral("times");
 const QString minutesKey = QStringLiteral("minutes");
+const QString alarmsKey = QStringLiteral("alarms");
+const QString numberKey = QStringLiteral("number");
+
+Request request(const char *what, const QJsonObject &about)
+{
+    return {QString::fromLatin1(what), about};
+}
+
+QJsonArray toJson(const QList<qint64> &numbers)
+{
+    QJsonArray array;
+    for (const qint64 number : numbers) {
+        array += number;
+    }
+    return array;
+}
 
 QJsonObject toJson(const Shelf &shelf)
 {
@@ -37,32 +53,30 @@ template <class Json> QString compact(const Json &json)
 
 const QString AlarmActions::shelvesSetting = QStringLiteral("shelves");
 
-AlarmActions::AlarmActions(AlarmBook &book, ListRecord &record, std::function<qint64()> now,
-                           std::function<bool()> isElsewhere, QObject *parent)
+AlarmActions::AlarmActions(AlarmBook &book, ListRecord &record, std::function<qint64()> now, Asks asks,
+                           QObject *parent)
     : QObject(parent),
       m_book(book),
       m_record(record),
       m_now(std::move(now)),
-      m_isElsewhere(std::move(isElsewhere)),
+      m_asks(std::move(asks)),
       m_chatter(book)
 {
     connect(&book, &AlarmBook::shelvesChanged, this, &AlarmActions::keepShelves);
 }
 
-void AlarmActions::load(const Setting &setting)
+void AlarmActions::load(const QHash<QString, QString> &settings)
 {
-    const std::optional<QString> rules = setting(rulesSetting);
-    m_book.setRules(rules ? AlarmRules::fromJson(*rules).value_or(AlarmRules()) : AlarmRules());
-    const QJsonObject limit =
-        QJsonDocument::fromJson(setting(chatterSetting).value_or(QString()).toUtf8()).object();
+    m_book.setRules(AlarmRules::fromJson(settings.value(rulesSetting)).value_or(AlarmRules()));
+    const QJsonObject limit = QJsonDocument::fromJson(settings.value(chatterSetting).toUtf8()).object();
     const ChatterLimit standard;
     m_chatter.setLimit({limit[timesKey].toInt(standard.times), limit[minutesKey].toInt(standard.minutes)});
 }
 
-QList<Shelf> AlarmActions::shelves(const std::optional<QString> &setting)
+QList<Shelf> AlarmActions::shelves(const QString &setting)
 {
     QList<Shelf> shelves;
-    for (const auto &value : QJsonDocument::fromJson(setting.value_or(QString()).toUtf8()).array()) {
+    for (const auto &value : QJsonDocument::fromJson(setting.toUtf8()).array()) {
         const QJsonObject shelf = value.toObject();
         shelves += Shelf{shelf[stationKey].toInteger(), shelf[textKey].toString(),
                          shelf[untilKey].toInteger(), shelf[byKey].toString(), shelf[whyKey].toString()};
@@ -87,7 +101,7 @@ void AlarmActions::add(EventKind kind, qint64 station, const QString &text, List
 
 void AlarmActions::comment(const QList<qint64> &alarms, const QString &text)
 {
-    if (m_isElsewhere()) {
+    if (m_asks(request(requests::comment, {{alarmsKey, toJson(alarms)}, {textKey, text}}))) {
         return;
     }
     for (const qint64 id : alarms) {
@@ -100,7 +114,7 @@ void AlarmActions::comment(const QList<qint64> &alarms, const QString &text)
 
 void AlarmActions::shelve(const QList<qint64> &alarms, qint64 until, const QString &why)
 {
-    if (m_isElsewhere()) {
+    if (m_asks(request(requests::shelve, {{alarmsKey, toJson(alarms)}, {untilKey, until}, {whyKey, why}}))) {
         return;
     }
     for (const qint64 id : alarms) {
@@ -112,7 +126,8 @@ void AlarmActions::shelve(const QList<qint64> &alarms, qint64 until, const QStri
 
 void AlarmActions::shelveStation(qint64 station, qint64 until, const QString &why)
 {
-    if (station != 0 && !m_isElsewhere()) { // that would be all alarms about the watching itself
+    if (station != 0 && // that would be all alarms about the watching itself
+        !m_asks(request(requests::maintain, {{numberKey, station}, {untilKey, until}, {whyKey, why}}))) {
         shelve(Shelf{station, {}, until, {}, why}, 0);
     }
 }
@@ -127,7 +142,7 @@ void AlarmActions::shelve(Shelf shelf, qint64 alarm)
 
 void AlarmActions::unshelve(qint64 station, const QString &text)
 {
-    if (m_isElsewhere()) {
+    if (m_asks(request(requests::unshelve, {{numberKey, station}, {textKey, text}}))) {
         return;
     }
     const auto is = [&](const Shelf &shelf) { return shelf.station == station && shelf.text == text; };
@@ -147,7 +162,7 @@ const Shelf *AlarmActions::maintenanceOf(qint64 station) const
 
 void AlarmActions::setRules(const AlarmRules &rules)
 {
-    if (rules == m_book.rules() || m_isElsewhere()) {
+    if (rules == m_book.rules() || m_asks({})) {
         return;
     }
     m_book.setRules(rules);
@@ -157,7 +172,7 @@ void AlarmActions::setRules(const AlarmRules &rules)
 
 void AlarmActions::setChatterLimit(const ChatterLimit &limit)
 {
-    if (limit == m_chatter.limit() || m_isElsewhere()) {
+    if (limit == m_chatter.limit() || m_asks({})) {
         return;
     }
     m_chatter.setLimit(limit);

@@ -2,6 +2,7 @@
 
 #include "opmode/alarms/alarm_chatter.h"
 #include "opmode/keeping/list_record.h"
+#include "opmode/request.h"
 
 namespace ktr {
 
@@ -14,16 +15,17 @@ class AlarmActions : public QObject
 public:
     static const QString shelvesSetting;
 
-    /// `now` gives milliseconds since 1970, UTC. While `isElsewhere` another program does all of this, and
-    /// nothing is done here.
-    AlarmActions(AlarmBook &book, ListRecord &record, std::function<qint64()> now,
-                 std::function<bool()> isElsewhere, QObject *parent = nullptr);
+    /// Whether another program does all of this, and was asked to; an empty request asks for nothing.
+    using Asks = std::function<bool(const Request &request)>;
 
-    using Setting = std::function<std::optional<QString>(const QString &name)>;
-    /// Takes rules and limits over as the record has them, or else as they are at first.
-    void load(const Setting &setting);
+    /// `now` gives milliseconds since 1970, UTC.
+    AlarmActions(AlarmBook &book, ListRecord &record, std::function<qint64()> now, Asks asks,
+                 QObject *parent = nullptr);
+
+    /// Takes rules and limits over as the record's settings have them, or else as they are at first.
+    void load(const QHash<QString, QString> &settings);
     /// None where there is no setting, or it cannot be read.
-    static QList<Shelf> shelves(const std::optional<QString> &setting);
+    static QList<Shelf> shelves(const QString &setting);
 
     /// Of those that stand; an empty text takes their comments away.
     void comment(const QList<qint64> &alarms, const QString &text);
@@ -60,7 +62,7 @@ private:
     AlarmBook &m_book;
     ListRecord &m_record;
     std::function<qint64()> m_now;
-    std::function<bool()> m_isElsewhere;
+    Asks m_asks;
     AlarmChatter m_chatter;
 };
 

@@ -12,11 +12,16 @@ JoinedList::JoinedList(const ListParts &parts, const QString &nodesPath, QObject
       m_replay(parts.tree, m_names, m_attributes),
       m_follower(nodesPath, parts.timers,
                  {[this](const EventRow &event) { take(event); },
-                  [this](const AlarmRow &alarm) { m_parts.alarms.follow(alarm); }, [this] { looked(); },
+                  [this](const AlarmRow &alarm) { m_parts.alarms.follow(alarm); },
+                  [this](const QHash<QString, QString> &settings) { takeSettings(settings); },
+                  [this] { looked(); },
                   [this](const QString &trouble) {
                       Q_EMIT statusMessage(trouble.isEmpty() ? tr("The record can be read again") : trouble);
-                  }})
-{}
+                  }}),
+      m_sender(ListRecord::pathFor(nodesPath), parts.environment)
+{
+    connect(&m_sender, &RequestSender::statusMessage, this, &JoinedList::statusMessage);
+}
 
 Status JoinedList::open(NodesFile &file)
 {
@@ -47,7 +52,6 @@ Status JoinedList::open(NodesFile &file)
     }
     m_names = list.names();
     m_attributes = list.takeAttributes();
-    m_rules = list.setting(QStringLiteral("rules"));
     m_parts.record.know(m_names);
     for (const EventRow &event : std::as_const(states)) {
         takeState(m_seen[m_names.value(event.station)], event);
@@ -57,7 +61,8 @@ Status JoinedList::open(NodesFile &file)
         m_parts.stations.addStation(kennung, {});
         showStation(kennung);
     }
-    m_parts.alarms.load(list.standing(), AlarmActions::shelves(list.setting(AlarmActions::shelvesSetting)));
+    m_parts.alarms.load(list.standing(), AlarmActions::shelves(list.settings().value(AlarmActions::shelvesSetting)));
+    takeSettings(list.settings());
     m_follower.start(list.lastEvent(), lastAlarmChange);
     showKeeper();
     return Status::done();
@@ -197,8 +202,33 @@ void JoinedList::showKeeper()
     m_keeper = keeper;
 }
 
+void JoinedList::ask(const Request &request)
+{
+    if (keeper().isEmpty()) {
+        Q_EMIT statusMessage(tr("Nobody watches the stations: nobody can be asked"));
+    } else if (request.what.isEmpty()) {
+        Q_EMIT statusMessage(tr("Another program watches the stations; it is done there"));
+    } else {
+        m_sender.send(request, m_parts.record.operatorName());
+    }
+}
+
+void JoinedList::takeSettings(const QHash<QString, QString> &settings)
+{
+    QHash<QString, QString> known = settings;
+    for (const QString &name : {QStringLiteral("searchable"), keeperSetting()}) { // which change all the time
+        known.remove(name);
+    }
+    if (known != m_settings) {
+        m_settings = known;
+        m_parts.alarms.follow(AlarmActions::shelves(settings.value(AlarmActions::shelvesSetting)));
+        Q_EMIT settingsChanged(settings);
+    }
+}
+
 void JoinedList::looked()
 {
+    m_sender.look(m_follower.reader());
     if (m_keeper != keeper()) {
         showKeeper();
         Q_EMIT keeperChanged();

@@ -4,6 +4,7 @@
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/list_follower.h"
 #include "opmode/list_parts.h"
+#include "opmode/request_sender.h"
 #include "opmode/station_event.h"
 
 #include <QObject>
@@ -32,6 +33,9 @@ public:
     /// Tells what stations said between such an event and the opening, which the tree has already.
     void tellWhatCameAfter(qint64 event);
 
+    /// Asks who keeps the list. What does not come of it is told in a line.
+    void ask(const Request &request);
+
     /// What happens to the tree is what the other program did.
     bool isCarryingOut() const { return m_isCarryingOut; }
     /// Gives a station its name of before.
@@ -43,8 +47,6 @@ public:
     const std::optional<QDateTime> &unkeptSince() const { return m_unkeptSince; }
     /// What the tree had when it was opened.
     const QStringList &defects() const { return m_defects; }
-    /// The settings that the record had.
-    std::optional<QString> rules() const { return m_rules; }
 
 Q_SIGNALS:
     void happened(const ktr::StationEvent &event);
@@ -52,6 +54,8 @@ Q_SIGNALS:
     void alarmRaised(const QModelIndex &entry);
     /// A station's state is to be shown anew.
     void stationChanged(const QString &kennung);
+    /// The settings that the record has, or has now.
+    void settingsChanged(const QHash<QString, QString> &settings);
     /// Somebody keeps the list no more, or again.
     void keeperChanged();
     /// The list is no more the one that was opened: it is to be opened again.
@@ -61,6 +65,7 @@ private:
     void take(const EventRow &event);
     void takeMessage(const EventRow &event, const QString &kennung);
     void takeListEvent(const EventRow &event, const QString &kennung);
+    void takeSettings(const QHash<QString, QString> &settings);
     void looked();
     void showStation(const QString &kennung);
     void showKeeper();
@@ -71,11 +76,12 @@ private:
     QHash<QString, cStation::Seen> m_seen;
     ListReplay m_replay;
     ListFollower m_follower;
+    RequestSender m_sender;
     std::optional<QDateTime> m_unkeptSince;
     QString m_keeper;
     QStringList m_defects;
-    std::optional<QString> m_rules;
     bool m_isCarryingOut = false;
+    QHash<QString, QString> m_settings;
     bool m_isReplaced = false;
 };
 

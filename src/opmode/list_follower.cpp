@@ -80,6 +80,7 @@ Status ListFollower::read()
     m_hasMore = false;
     QList<EventRow> events;
     QList<AlarmRow> alarms;
+    QHash<QString, QString> settings;
     qint64 change = m_lastAlarmChange;
     // What belongs together is read at one moment: an alarm does not come before its notification.
     Status done = m_reader->beginSnapshot();
@@ -94,6 +95,9 @@ Status ListFollower::read()
                 alarms += alarm;
                 change = at;
             });
+        }
+        if (done) {
+            done = m_reader->settings(settings);
         }
         m_reader->endSnapshot();
         m_hasMore = done && hasMore;
@@ -112,6 +116,7 @@ Status ListFollower::read()
     for (const AlarmRow &alarm : std::as_const(alarms)) {
         m_listener.alarm(alarm);
     }
+    m_listener.settings(settings);
     return done;
 }
 

@@ -24,6 +24,8 @@ public:
         /// Each event once, in their order; then what alarms became.
         std::function<void(const EventRow &)> event;
         std::function<void(const AlarmRow &)> alarm;
+        /// The record's settings, each time that it has something new.
+        std::function<void(const QHash<QString, QString> &)> settings;
         /// The end of each look; the follower may be destroyed in there.
         std::function<void()> looked;
         /// The record cannot be read, once; an empty text when it can again.

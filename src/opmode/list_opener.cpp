@@ -124,29 +124,12 @@ Status ListOpener::catchUp(RecordReader &reader)
     if (read) {
         read = reader.openAlarms([this](const AlarmRow &alarm) { m_standing += alarm; });
     }
-    for (const QString &name :
-         {QStringLiteral("rules"), QStringLiteral("shelves"), QStringLiteral("chatter"),
-          QStringLiteral("operator"), QStringLiteral("silentAfter"), QStringLiteral("retention")}) {
-        std::optional<QString> value;
-        if (read) {
-            read = reader.setting(name, value);
-        }
-        if (value) {
-            m_settings.insert(name, *value);
-        }
-    }
-    return read;
+    return read ? reader.settings(m_settings) : read;
 }
 
 QString ListOpener::mark() const
 {
     return listFileMark(m_file.checksum(), m_file.size());
-}
-
-std::optional<QString> ListOpener::setting(const QString &name) const
-{
-    const auto found = m_settings.constFind(name);
-    return found == m_settings.cend() ? std::nullopt : std::optional(*found);
 }
 
 /// The file is to be written soon: then the files of the version before are needed no more.

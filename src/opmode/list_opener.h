@@ -47,7 +47,8 @@ public:
     const QList<AlarmRow> &standing() const { return m_standing; }
     /// When the last run, which ended badly, wrote something last; 0 when it ended well.
     qint64 unwatchedSince() const { return m_unwatchedSince; }
-    std::optional<QString> setting(const QString &name) const;
+    /// Those of the record, by their names.
+    const QHash<QString, QString> &settings() const { return m_settings; }
 
 private:
     bool takeOver(const EarlierFiles &earlier);

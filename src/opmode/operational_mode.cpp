@@ -1,9 +1,11 @@
 #include "opmode/operational_mode.h"
 
+#include "opmode/keeping/list_replay.h"
 #include "opmode/list_opener.h"
 #include "opmode/standing_alarms.h"
 
 #include <QFileInfo>
+#include <QJsonArray>
 
 namespace ktr {
 
@@ -13,6 +15,7 @@ constexpr Milliseconds aMinute{60'000};
 
 const QString operatorSetting = QStringLiteral("operator");
 const QString retentionSetting = QStringLiteral("retention");
+const QString onKey = QStringLiteral("on");
 const QString silenceSetting = QStringLiteral("silentAfter");
 
 } // namespace
@@ -35,7 +38,8 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_record(services.timers, [this](const QString &trouble) { Q_EMIT m_list.recordTrouble(trouble); }),
       m_alarms([this] { return m_record.isOpen() ? m_record.writer().nextAlarmId() : ++m_lastAlarm; }),
       m_alarmActions(
-          m_alarms, m_record, [this] { return moment(); }, [this] { return isDoneElsewhere(); }),
+          m_alarms, m_record, [this] { return moment(); },
+          [this](const Request &request) { return asks(request); }),
       m_watchAlarms(m_alarms, services.timers, m_services.environment),
       m_parts{m_tree,   m_stations, m_scheduler,     m_trends,
               m_record, m_alarms,   services.timers, m_services.environment},
@@ -46,7 +50,8 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_acknowledger(m_parts),
       m_intake(m_parts),
       m_removal(m_parts),
-      m_thinning(m_tree, services.timers, m_removal)
+      m_thinning(m_tree, services.timers, m_removal),
+      m_desk(m_parts, m_stationActions, m_acknowledger, m_alarmActions)
 {
     connect(&m_alarms, &AlarmBook::changed, this, [this](const AlarmRow &alarm) { m_record.add(alarm); });
     connect(&m_tree, &StationTree::stationRenamed, this, &OperationalMode::rename);
@@ -75,6 +80,7 @@ OperationalMode::~OperationalMode()
     m_stations.setAnswersLater({});
     m_stations.disconnect(this); // what they still say when they go has nowhere to be kept
     m_alarms.disconnect(this);
+    m_desk.stop();
     m_list.end(); // the record may still be refused by the disk: nobody is left to be told
 }
 
@@ -97,6 +103,9 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     takeUp(list);
     createStations(list.takeAttributes());
     m_isOpen = true;
+    if (m_list.isKept()) {
+        m_desk.start();
+    }
     beginWatchAlarms(loaded, list.unwatchedSince());
     return loaded;
 }
@@ -104,14 +113,19 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
 /// What the record has of the list's settings and alarms.
 void OperationalMode::takeUp(const ListOpener &list)
 {
-    m_thinning.setRules(retentionRules(list.setting(retentionSetting).value_or(QString())));
-    m_watchAlarms.setLongestSilence(
-        list.setting(silenceSetting).value_or(QString::number(WatchAlarms::usualSilence)).toInt());
-    m_alarmActions.load([&list](const QString &name) { return list.setting(name); });
-    m_lastOperator = list.setting(operatorSetting).value_or(QString());
+    takeSettings(list.settings());
     takeUpAlarms(m_parts, m_acknowledger, list.standing(),
-                 AlarmActions::shelves(list.setting(AlarmActions::shelvesSetting)));
+                 AlarmActions::shelves(list.settings().value(AlarmActions::shelvesSetting)));
     m_alarmActions.minute();
+}
+
+void OperationalMode::takeSettings(const QHash<QString, QString> &settings)
+{
+    m_thinning.setRules(retentionRules(settings.value(retentionSetting)));
+    m_watchAlarms.setLongestSilence(
+        settings.value(silenceSetting, QString::number(WatchAlarms::usualSilence)).toInt());
+    m_alarmActions.load(settings);
+    m_lastOperator = settings.value(operatorSetting);
 }
 
 /// With what was found at the opening.
@@ -169,9 +183,15 @@ Status OperationalMode::join(const QString &nodesPath)
     connect(m_joined.get(), &JoinedList::alarmRaised, this, &OperationalMode::alarmRaised);
     connect(m_joined.get(), &JoinedList::stationChanged, this,
             [this](const QString &kennung) { showStatus(*m_stations.Item(kennung)); });
-    connect(m_joined.get(), &JoinedList::keeperChanged, this, &OperationalMode::keeperChanged);
+    connect(m_joined.get(), &JoinedList::keeperChanged, this, [this] {
+        Q_EMIT keeperChanged();
+        m_stations.forEach([this](const cStation &station) { // what can be done with them is another thing
+            Q_EMIT stationChanged(station.kennung());
+        });
+    });
     connect(m_joined.get(), &JoinedList::replaced, this, &OperationalMode::joinAgain,
             Qt::QueuedConnection); // not from inside its own call
+    connect(m_joined.get(), &JoinedList::settingsChanged, this, &OperationalMode::takeSettings);
     Status joined = m_joined->open(file);
     if (!joined) {
         m_joined.reset();
@@ -180,9 +200,6 @@ Status OperationalMode::join(const QString &nodesPath)
     }
     for (const QString &defect : m_joined->defects()) {
         m_list.tellDefect(defect);
-    }
-    if (const std::optional<QString> rules = m_joined->rules()) {
-        m_alarms.setRules(AlarmRules::fromJson(*rules).value_or(AlarmRules()));
     }
     m_isOpen = true;
     return joined;
@@ -208,10 +225,10 @@ std::optional<QDateTime> OperationalMode::unwatchedSince() const
 }
 
 /// What is asked for here is another program's to do.
-bool OperationalMode::isDoneElsewhere()
+bool OperationalMode::asks(const Request &request)
 {
     if (m_joined) {
-        Q_EMIT statusMessage(tr("Another program watches the stations; it is done there"));
+        m_joined->ask(request);
     }
     return m_joined != nullptr;
 }
@@ -289,61 +306,78 @@ void OperationalMode::rename(const QString &kennung, const QString &before)
     }
     if (!m_joined) {
         m_stationActions.keepName(kennung, before);
-    } else if (!m_joined->isCarryingOut() && isDoneElsewhere()) {
+    } else if (!m_joined->isCarryingOut()) {
+        const QString name = m_tree.find(kennung).data(Qt::EditRole).toString();
         m_joined->showName(kennung, before);
+        m_joined->ask(stationRequest(requests::rename, kennung, {{QLatin1String("name"), name}}));
     }
 }
 
-QString OperationalMode::addStation(const QString &name, const QString &hostAddress)
+QString OperationalMode::addStation(const QString &name, const QString &hostAddress, bool online)
 {
-    return isDoneElsewhere() ? QString() : m_stationActions.add(name, hostAddress);
+    const QJsonObject about{
+        {QLatin1String("name"), name}, {QLatin1String("address"), hostAddress}, {onKey, online}};
+    return asks({QLatin1String(requests::add), about}) ? m_tree.freeName(name)
+                                                       : m_stationActions.add(name, hostAddress, online);
 }
 
 void OperationalMode::removeStation(const QString &kennung)
 {
-    if (!isDoneElsewhere()) {
+    if (!asks(stationRequest(requests::remove, kennung))) {
         m_stationActions.remove(kennung);
     }
 }
 
 void OperationalMode::setHostAddress(const QString &kennung, const QString &hostAddress)
 {
-    if (!isDoneElsewhere()) {
+    if (!m_joined) {
         m_stationActions.setHostAddress(kennung, hostAddress);
+    } else if (const cStation *shown = station(kennung);
+               shown != nullptr && shown->hostAddress() != hostAddress) {
+        asks(stationRequest(requests::address, kennung, {{QLatin1String("address"), hostAddress}}));
+        Q_EMIT stationChanged(kennung); // as it is until that is done
     }
 }
 
 void OperationalMode::setOnline(const QString &kennung, bool online)
 {
-    if (!isDoneElsewhere()) {
+    if (asks(stationRequest(requests::online, kennung, {{onKey, online}}))) {
+        Q_EMIT stationChanged(kennung);
+    } else {
         m_stationActions.setOnline(kennung, online);
     }
 }
 
 void OperationalMode::setAllOnline(bool online)
 {
-    if (!isDoneElsewhere()) {
+    if (!asks({QLatin1String(requests::online), {{onKey, online}}})) {
         m_stationActions.setAllOnline(online);
     }
 }
 
 void OperationalMode::setExclusive(const QString &kennung, bool exclusive)
 {
-    if (!isDoneElsewhere()) {
+    if (asks(stationRequest(requests::exclusive, kennung, {{onKey, exclusive}}))) {
+        Q_EMIT stationChanged(kennung);
+    } else {
         m_stationActions.setExclusive(kennung, exclusive);
     }
 }
 
 void OperationalMode::setSchedule(const QString &kennung, const ExclusiveSchedule &schedule)
 {
-    if (!isDoneElsewhere()) {
+    StationAttributes wanted;
+    wanted.schedule = schedule;
+    if (asks(stationRequest(requests::schedule, kennung, {{QLatin1String("attributes"), toJson(wanted)}}))) {
+        Q_EMIT stationChanged(kennung);
+    } else {
         m_stationActions.setSchedule(kennung, schedule);
     }
 }
 
 bool OperationalMode::requestValues(const QString &kennung)
 {
-    return !isDoneElsewhere() && m_stationActions.requestValues(kennung);
+    return asks(stationRequest(requests::values, kennung)) || m_stationActions.requestValues(kennung);
 }
 
 QString OperationalMode::stationAt(const QString &hostAddress) const
@@ -409,6 +443,7 @@ void OperationalMode::removeAll()
     }
     m_isOpen = false;
     m_minute->stop();
+    m_desk.stop();
     m_thinning.stop();
     m_intake.clear();
     QStringList keys;
@@ -439,8 +474,8 @@ QString OperationalMode::stationOf(const AlarmRow &alarm) const
 /// Why nothing can be acknowledged.
 Status OperationalMode::mayAcknowledge() const
 {
-    if (m_joined) {
-        return Status::failed(tr("Another program watches the stations; it is done there"));
+    if (isUnwatched()) {
+        return Status::failed(tr("nobody watches the stations"));
     }
     if (m_list.isKept() && !m_record.isOpen()) {
         return Status::failed(m_keepingTrouble.reason());
@@ -451,13 +486,31 @@ Status OperationalMode::mayAcknowledge() const
 Status OperationalMode::acknowledge(const QModelIndexList &entries)
 {
     const Status may = mayAcknowledge();
-    return may ? m_acknowledger.acknowledge(entries) : may;
+    if (!may || !m_joined) {
+        return may ? m_acknowledger.acknowledge(entries) : may;
+    }
+    QJsonArray wanted;
+    for (const QModelIndex &entry : entries) {
+        const qint64 raised = m_tree.arrivals().value(StationTree::idOf(entry)).raised;
+        wanted += QJsonObject{{QLatin1String("key"), entry.data(StationTree::KeyRole).toString()},
+                              {QLatin1String("raised"), raised}};
+    }
+    asks({QLatin1String(requests::acknowledge), {{QLatin1String("entries"), wanted}}});
+    return may;
 }
 
 Status OperationalMode::acknowledgeAlarms(const QList<qint64> &alarms)
 {
     const Status may = mayAcknowledge();
-    return may ? m_acknowledger.acknowledgeAlarms(alarms) : may;
+    if (!may || !m_joined) {
+        return may ? m_acknowledger.acknowledgeAlarms(alarms) : may;
+    }
+    QJsonArray wanted;
+    for (const qint64 alarm : alarms) {
+        wanted += alarm;
+    }
+    asks({QLatin1String(requests::acknowledge), {{QLatin1String("alarms"), wanted}}});
+    return may;
 }
 
 void OperationalMode::awaitNextMinute()

@@ -7,6 +7,7 @@
 #include "opmode/keeping_trouble.h"
 #include "opmode/kept_list.h"
 #include "opmode/message_intake.h"
+#include "opmode/request_desk.h"
 #include "opmode/station_actions.h"
 #include "opmode/station_states.h"
 #include "opmode/thinning.h"
@@ -75,6 +76,8 @@ public:
     QString keeper() const { return m_joined ? m_joined->keeper() : QString(); }
     /// Since when nobody watches the stations of the list that was joined.
     std::optional<QDateTime> unwatchedSince() const;
+    /// Whether the list was joined and nobody keeps it: nothing can be done with its stations.
+    bool isUnwatched() const { return unwatchedSince().has_value(); }
     /// Nothing while all is written, or is about to be.
     std::optional<UnkeptChanges> unkeptChanges() const { return m_keepingTrouble.unkept(); }
     /// Puts a list that is unusable aside, with what belongs to it, and begins an empty one in its place.
@@ -101,9 +104,12 @@ public:
     /// Null when there is none.
     const cStation *station(const QString &kennung) const { return m_stations.Item(kennung); }
 
-    /// Adds an offline station; the name becomes "name (1)", "name (2)", ... where one has it. Gives its key,
+    // Where the list was joined, who keeps it is asked for the following, and what does not come of it is
+    // told in a line of the status bar.
+
+    /// Adds a station; the name becomes "name (1)", "name (2)", ... where one has it. Gives its key,
     /// empty when no station can be called that.
-    QString addStation(const QString &name, const QString &hostAddress = {});
+    QString addStation(const QString &name, const QString &hostAddress = {}, bool online = false);
     void removeStation(const QString &kennung);
     /// Takes effect at once for a station that is online.
     void setHostAddress(const QString &kennung, const QString &hostAddress);
@@ -188,7 +194,8 @@ private:
     Status join(const QString &nodesPath);
     void takeUp(const ListOpener &list);
     void joinAgain();
-    bool isDoneElsewhere();
+    bool asks(const Request &request);
+    void takeSettings(const QHash<QString, QString> &settings);
     void setKeepingTrouble(const QString &trouble);
     void checkDiskRoom();
     void beginWatchAlarms(const Status &loaded, qint64 unwatchedSince);
@@ -223,6 +230,7 @@ private:
     MessageIntake m_intake;
     EntryRemoval m_removal;
     Thinning m_thinning;
+    RequestDesk m_desk;
     std::unique_ptr<JoinedList> m_joined;
     qint64 m_lastAlarm = 0; ///< where there is no record
     QString m_lastOperator;

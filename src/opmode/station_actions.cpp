@@ -57,7 +57,7 @@ void StationActions::keep(const QString &kennung, ListRecord::By by)
                        row.attributes);
 }
 
-QString StationActions::add(const QString &name, const QString &hostAddress)
+QString StationActions::add(const QString &name, const QString &hostAddress, bool online)
 {
     const QString wanted = QString::fromStdString(storedText(name)).trimmed();
     if (wanted.isEmpty() || wanted.contains(u'/')) {
@@ -72,6 +72,9 @@ QString StationActions::add(const QString &name, const QString &hostAddress)
     m_parts.record.add(row);
     m_parts.record.add(EventKind::StationAdded, kennung, m_parts.moment(), kennung, ListRecord::By::Operator,
                        row.attributes);
+    if (online) {
+        setOnline(kennung, true);
+    }
     return kennung;
 }
 

@@ -16,9 +16,9 @@ class StationActions : public QObject
 public:
     StationActions(const ListParts &parts, WatchAlarms &watchAlarms, QObject *parent = nullptr);
 
-    /// Adds an offline station; the name becomes "name (1)", "name (2)", ... where one has it. Gives its key,
+    /// Adds a station; the name becomes "name (1)", "name (2)", ... where one has it. Gives its key,
     /// empty when no station can be called that.
-    QString add(const QString &name, const QString &hostAddress);
+    QString add(const QString &name, const QString &hostAddress, bool online = false);
     void remove(const QString &kennung);
     /// Keeps the new name of a station's node.
     void keepName(const QString &kennung, const QString &before);

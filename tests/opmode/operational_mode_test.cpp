@@ -867,6 +867,117 @@ private Q_SLOTS:
         QVERIFY(second.lines.last()->isOpen());
     }
 
+    void whoJoinsAsksAndWhoKeepsTheListDoesIt()
+    {
+        const QString s = QStringLiteral("S");
+        const QString address = QStringLiteral("10.0.0.9");
+        Run first(m_folder->path());
+        first.mode->addStation(s, QStringLiteral("10.0.0.7"));
+        first.mode->setOnline(s, true);
+        first.say(0, "M,Alarm DI1 fail");
+        first.say(0, "M,Alarm DI2 fail");
+        QVERIFY(first.mode->keepsChanges());
+        Run second(m_folder->path());
+        QVERIFY(second.mode->open(second.path, OperationalMode::Use::Look));
+        second.mode->setOperator(QStringLiteral("Ada"));
+        const auto comesTrue = [&](const std::function<bool()> &what) {
+            return QTest::qWaitFor([&] {
+                first.timers.advance(RequestDesk::period);
+                second.timers.advance(ListFollower::period);
+                return first.mode->keepsChanges() && what();
+            });
+        };
+        const QString secondKey = QString(alarmKey).replace(QStringLiteral("DI1"), QStringLiteral("DI2"));
+        QVERIFY(second.mode->acknowledge({second.node(alarmKey)}) && second.isRed(alarmKey));
+        QVERIFY(comesTrue([&] { return !first.isRed(alarmKey) && !second.isRed(alarmKey); }));
+        QVERIFY(first.isRed(secondKey));
+        const qint64 alarm = *second.mode->alarms().waiting().begin();
+        second.mode->alarmActions().comment({alarm}, QStringLiteral("valve"));
+        second.mode->alarmActions().shelve({alarm}, second.mode->now().toMSecsSinceEpoch() + 9'000'000, s);
+        QVERIFY(comesTrue([&] { return second.mode->alarms().waitingCount() == 0; }));
+        QCOMPARE(second.mode->alarms().shelves(), first.mode->alarms().shelves());
+        QCOMPARE(first.mode->alarms().alarm(alarm)->shelvedBy, "Ada");
+        second.mode->alarmActions().unshelve(1, first.mode->alarms().alarm(alarm)->text);
+        QVERIFY(comesTrue([&] { return second.mode->alarms().waitingCount() == 1; }));
+        QVERIFY(second.mode->acknowledgeAlarms({alarm}));
+        QVERIFY(comesTrue([&] { return !second.isRed(secondKey); }));
+
+        second.mode->setHostAddress(s, address);
+        second.mode->setExclusive(s, true);
+        second.mode->setSchedule(s, {QStringLiteral("10:00"), 1, QStringLiteral("11:00"), 2});
+        QVERIFY(second.mode->tree().setData(second.node(s), QStringLiteral("T")));
+        QCOMPARE(second.textOf(s), "S"); // as it is until that is done
+        QCOMPARE(second.mode->addStation(QStringLiteral("V"), address, true), "V");
+        QVERIFY(second.mode->requestValues(s));
+        QVERIFY(comesTrue([&] {
+            return second.textOf(s) == u'T' && second.mode->station(QStringLiteral("V")) != nullptr;
+        }));
+        QVERIFY(comesTrue([&] { return first.mode->station(s)->msgText() == u"A*"; }));
+        QVERIFY(first.mode->station(QStringLiteral("V"))->online());
+        second.mode->removeStation(QStringLiteral("V"));
+        second.mode->setAllOnline(false);
+        QVERIFY(comesTrue(
+            [&] { return second.mode->stations().Count() == 1 && !second.mode->attributes(s).online; }));
+        QCOMPARE(shownBy(*second.mode), shownBy(*first.mode));
+        QCOMPARE(first.mode->operatorName(), "");
+        RecordReader reader(file("record.sqlite"));
+        EventFilter byAda;
+        byAda.operatorName = QStringLiteral("Ada");
+        QCOMPARE(reader.findEvents(byAda, {}, 100).rows.size(), 13);
+    }
+
+    /// Nothing is done that who asked for it could not know of, or that comes too late.
+    void whatIsAskedForInVainIsTold()
+    {
+        const QString s = QStringLiteral("S");
+        Run first(m_folder->path());
+        first.mode->addStation(s, QStringLiteral("10.0.0.7"));
+        first.mode->setOnline(s, true);
+        first.say(0, "M,Alarm DI1 fail");
+        first.mode->requestValues(s);
+        QVERIFY(first.mode->keepsChanges());
+        Run second(m_folder->path());
+        QVERIFY(second.mode->open(second.path, OperationalMode::Use::Look));
+        QVERIFY(first.mode->acknowledge({first.node(alarmKey)}));
+        first.timers.advance(Milliseconds(1000));
+        first.say(0, "M,Alarm DI1 fail"); // which the second has not seen
+        QVERIFY(second.mode->acknowledge({second.node(alarmKey)}));
+        second.mode->requestValues(s);
+        second.mode->removeStation(QStringLiteral("gone"));
+        RequestWriter writer(file("record.sqlite"));
+        const qint64 now = first.mode->now().toMSecsSinceEpoch();
+        int written = 0;
+        const auto count = [&](const Status &status, qint64) { written += status ? 1 : 100; };
+        const QString aboutS = QStringLiteral(R"({"station":"S"})");
+        for (const RequestRow &row :
+             {RequestRow{0, now - 60'000, {}, QLatin1String(requests::remove), aboutS},
+              RequestRow{0, now, {}, QStringLiteral("§88"), aboutS},
+              RequestRow{0, now, {}, QLatin1String(requests::acknowledge), QStringLiteral("{]")}}) {
+            writer.write(row, count);
+        }
+        QTRY_COMPARE(written, 3);
+        second.told.clear();
+        QTRY_VERIFY2((first.timers.advance(RequestDesk::period), first.mode->keepsChanges(),
+                      second.timers.advance(ListFollower::period), second.told.size() >= 3),
+                     qPrintable(second.told.join(u'\n')));
+        QVERIFY(first.isRed(alarmKey) && first.mode->stations().Count() == 1);
+        RecordReader reader(file("record.sqlite"));
+        QStringList results;
+        for (qint64 id = 1; id <= 6; ++id) {
+            std::optional<QString> result;
+            QVERIFY(reader.answerOf(id, result) && result);
+            results += *result;
+        }
+        QCOMPARE(results.count(QString()), 1); // nothing is asked for
+        QVERIFY(results.join(u' ').contains(QStringLiteral("§88")));
+        QVERIFY(first.mode->close());
+        second.timers.advance(ListFollower::period);
+        second.told.clear();
+        QVERIFY(!second.mode->acknowledge({second.node(alarmKey)}));
+        second.mode->setOnline(s, false);
+        QCOMPARE(second.told.size(), 1);
+    }
+
     /// Its module forgets an alarm once it is answered.
     void anAlarmIsAnsweredWhenTheDiskHasIt()
     {

@@ -269,6 +269,14 @@ void AlarmBook::applyShelves(qint64 station)
     }
 }
 
+void AlarmBook::follow(const QList<Shelf> &shelves)
+{
+    if (m_shelves != shelves) {
+        m_shelves = shelves;
+        Q_EMIT shelvesChanged();
+    }
+}
+
 void AlarmBook::shelve(const Shelf &shelf)
 {
     m_shelves.removeIf(

@@ -44,6 +44,8 @@ public:
 
     /// What an alarm is now, as another program says whose alarms these are.
     void follow(const AlarmRow &alarm);
+    /// The same for what puts alarms aside.
+    void follow(const QList<Shelf> &shelves);
 
     /// A notification of a station: an alarm, the end of some, or neither. Gives the alarm's number, or 0.
     qint64 take(qint64 station, const QString &number, const QString &text, qint64 at);

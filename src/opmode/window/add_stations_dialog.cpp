@@ -188,11 +188,9 @@ void AddStationsDialog::add()
     int added = 0;
     const StationImport &list = m_model->list();
     for (const StationImportLine &station : list.lines) {
-        const QString kennung =
-            station.isUsable ? m_mode.addStation(station.name, station.address) : QString();
-        added += kennung.isEmpty() ? 0 : 1;
-        if (!kennung.isEmpty() && !station.address.isEmpty() && m_online->isChecked()) {
-            m_mode.setOnline(kennung, true);
+        const bool isOnline = !station.address.isEmpty() && m_online->isChecked();
+        if (station.isUsable && !m_mode.addStation(station.name, station.address, isOnline).isEmpty()) {
+            ++added;
         }
     }
     Q_EMIT statusMessage(tr("Stations added: %1; lines left out: %2")

@@ -510,11 +510,14 @@ void Form_betriebsmodus::enableActions()
 {
     const QString kennung = m_mode.hindrance() == OperationalMode::Hindrance::None ? chosen() : QString();
     m_menus->setStation(!kennung.isEmpty(), m_mode.attributes(kennung).online);
-    if (m_mode.isJoined()) { // that is done where the stations are watched
+    if (m_mode.isJoined()) { // one program alone talks to a module
+        m_menus->mnu_konfiguration->setEnabled(false);
+    }
+    if (m_mode.isUnwatched()) {
         for (QAction *action :
              {m_menus->mnu_station_add, m_menus->mnu_station_list, m_menus->mnu_station_rename,
               m_menus->mnu_station_del, m_menus->mnu_station_online, m_menus->mnu_station_allonline,
-              m_menus->mnu_station_alloffline, m_menus->mnu_konfiguration}) {
+              m_menus->mnu_station_alloffline}) {
             action->setEnabled(false);
         }
     }
@@ -533,7 +536,11 @@ void Form_betriebsmodus::addStation()
         tell(tr("There is no room for another station"));
         return;
     }
-    m_tree->setCurrentIndex(m_mode.tree().find(kennung));
+    if (const QModelIndex added = m_mode.tree().find(kennung); added.isValid()) {
+        m_tree->setCurrentIndex(added);
+    } else {
+        tell(tr("The station is added where the stations are watched"));
+    }
 }
 
 void Form_betriebsmodus::addStations()
@@ -598,7 +605,8 @@ void Form_betriebsmodus::deleteStation()
     const QString name = m_mode.tree().find(kennung).data().toString();
     if (ask(tr("Delete the station \"%1\" with its notifications, its history and its values?").arg(name))) {
         m_mode.removeStation(kennung);
-        tell(tr("The station \"%1\" was deleted").arg(name));
+        tell(m_mode.isJoined() ? tr("The station \"%1\" is deleted where the stations are watched").arg(name)
+                               : tr("The station \"%1\" was deleted").arg(name));
     }
 }
 

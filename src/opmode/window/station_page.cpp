@@ -201,7 +201,7 @@ void StationPage::showNow()
     }
     for (QWidget *input :
          std::initializer_list<QWidget *>{m_name, m_address, Check_pic0_online, m_exclusiveCard}) {
-        input->setEnabled(!mode().isJoined()); // that is done where the stations are watched
+        input->setEnabled(!mode().isUnwatched());
     }
     const QModelIndex node = mode().tree().find(kennung());
     const auto status = node.data(StationTree::StatusRole).value<StationStatus>();

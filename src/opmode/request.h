@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QJsonObject>
+#include <QString>
+
+namespace ktr {
+
+/// What who looks on a list asks of who keeps it, as the record's requests have it: a word, and what it is
+/// about, in JSON.
+struct Request
+{
+    QString what{};
+    QJsonObject about{};
+    bool operator==(const Request &) const = default;
+};
+
+/// The words.
+namespace requests {
+inline constexpr char acknowledge[] = "acknowledge"; ///< entries (key, raised) and alarms (numbers)
+inline constexpr char comment[] = "comment";         ///< alarms, text
+inline constexpr char shelve[] = "shelve";           ///< alarms, until, why
+inline constexpr char maintain[] = "maintain";       ///< number of a station, until, why
+inline constexpr char unshelve[] = "unshelve";       ///< number of a station, text
+inline constexpr char add[] = "add";                 ///< name, address, on
+inline constexpr char remove[] = "remove";           ///< station
+inline constexpr char rename[] = "rename";           ///< station, name
+inline constexpr char address[] = "address";         ///< station, address
+inline constexpr char online[] = "online";           ///< station, on; without a station all of them
+inline constexpr char exclusive[] = "exclusive";     ///< station, on
+inline constexpr char schedule[] = "schedule";       ///< station, attributes
+inline constexpr char values[] = "values";           ///< station
+} // namespace requests
+
+/// A request about a station, by its key.
+inline Request stationRequest(const char *what, const QString &kennung, QJsonObject about = {})
+{
+    about[QLatin1String("station")] = kennung;
+    return {QString::fromLatin1(what), about};
+}
+
+} // namespace ktr

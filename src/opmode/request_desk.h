@@ -1,0 +1,51 @@
+#pragma once
+
+#include "opmode/acknowledger.h"
+#include "opmode/alarm_actions.h"
+#include "opmode/request.h"
+#include "opmode/station_actions.h"
+#include "record/record_reader.h"
+
+#include <QCoreApplication>
+
+namespace ktr {
+
+/// Carries out what those who look on ask for, in their names, and answers each request in the record. Looks
+/// for new ones four times a second.
+class RequestDesk
+{
+    Q_DECLARE_TR_FUNCTIONS(RequestDesk)
+
+public:
+    static constexpr Milliseconds period{250};
+
+    /// All must outlive it.
+    RequestDesk(const ListParts &parts, StationActions &stationActions, Acknowledger &acknowledger,
+                AlarmActions &alarmActions);
+
+    /// A list is kept from now on. What was asked for before is answered with that it came too early.
+    void start();
+    void stop();
+
+private:
+    void look();
+    void take(const RequestRow &row);
+    Status carryOut(const RequestRow &row);
+    Status carryOut(const QString &what, const QJsonObject &about);
+    Status acknowledge(const QJsonObject &about);
+    Status onAlarms(const QString &what, const QJsonObject &about, bool &isKnown);
+    Status onStation(const QString &what, const QJsonObject &about, bool &isKnown);
+    Status add(const QJsonObject &about);
+
+    ListParts m_parts;
+    StationActions &m_stationActions;
+    Acknowledger &m_acknowledger;
+    AlarmActions &m_alarmActions;
+    std::unique_ptr<OneShotTimer> m_timer;
+    std::unique_ptr<RecordReader> m_reader; ///< while the record is written
+    qint64 m_start = 0;
+    qint64 m_version = 0;
+    qint64 m_last = 0; ///< number of the request that was taken last
+};
+
+} // namespace ktr

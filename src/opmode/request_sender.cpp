@@ -1,0 +1,49 @@
+#include "opmode/request_sender.h"
+
+#include <QJsonDocument>
+
+namespace ktr {
+
+RequestSender::RequestSender(const QString &recordPath, const Environment &environment, QObject *parent)
+    : QObject(parent), m_environment(environment), m_writer(recordPath)
+{}
+
+void RequestSender::send(const Request &request, const QString &operatorName)
+{
+    const qint64 now = m_environment.now().toMSecsSinceEpoch();
+    m_writer.write({0, now, operatorName, request.what,
+                    QString::fromUtf8(QJsonDocument(request.about).toJson(QJsonDocument::Compact))},
+                   [this, now](const Status &written, qint64 id) {
+                       if (written) {
+                           m_sent.push_back({id, now});
+                       } else {
+                           fail(written.message());
+                       }
+                   });
+}
+
+void RequestSender::look(RecordReader &reader)
+{
+    const qint64 now = m_environment.now().toMSecsSinceEpoch();
+    std::erase_if(m_sent, [&](const Sent &sent) {
+        std::optional<QString> result;
+        if (reader.answerOf(sent.id, result) && result) {
+            if (!result->isEmpty()) {
+                fail(*result);
+            }
+            return true;
+        }
+        const bool isOver = now - sent.at > patienceMs;
+        if (isOver) {
+            fail(tr("the program that watches the stations did not answer"));
+        }
+        return isOver;
+    });
+}
+
+void RequestSender::fail(const QString &why)
+{
+    Q_EMIT statusMessage(tr("Not done: %1").arg(why));
+}
+
+} // namespace ktr

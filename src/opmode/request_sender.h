@@ -1,0 +1,46 @@
+#pragma once
+
+#include "opmode/request.h"
+#include "platform/environment.h"
+#include "record/record_reader.h"
+#include "record/request_writer.h"
+
+#include <QObject>
+
+#include <deque>
+
+namespace ktr {
+
+/// Asks who keeps a list, and tells what did not come of it. What is carried out shows by itself.
+class RequestSender : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Who keeps the list does not carry out what was asked for longer ago.
+    static constexpr qint64 patienceMs = 30'000;
+
+    RequestSender(const QString &recordPath, const Environment &environment, QObject *parent = nullptr);
+
+    void send(const Request &request, const QString &operatorName);
+    /// To be called now and then: looks for answers.
+    void look(RecordReader &reader);
+
+Q_SIGNALS:
+    /// What was asked for and was not done, and why.
+    void statusMessage(const QString &line);
+
+private:
+    struct Sent
+    {
+        qint64 id;
+        qint64 at;
+    };
+    void fail(const QString &why);
+
+    const Environment &m_environment;
+    std::deque<Sent> m_sent; ///< without an answer, by their numbers
+    RequestWriter m_writer;
+};
+
+} // namespace ktr
