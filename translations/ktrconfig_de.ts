@@ -3638,6 +3638,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>What is saved there and here into the same file replaces each other.</source>
         <translation>Was dort und hier in dieselbe Datei gespeichert wird, ersetzt sich gegenseitig.</translation>
     </message>
+    <message>
+        <source>Start here, too, and look on</source>
+        <translation>Auch hier starten und zusehen</translation>
+    </message>
+    <message>
+        <source>Another KTRconfig watches the stations; the operational mode here joins it.</source>
+        <translation>Ein anderes KTRconfig überwacht die Stationen; der Betriebsmodus hier schließt sich ihm an.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::TestPage</name>

@@ -59,10 +59,10 @@ TakeOver::TakeOver(SingleInstance &instance, const TextTable &texts, QTimer &wai
     connect(&m_instance, &SingleInstance::otherEnded, this, [this] {
         m_otherHasEnded = true;
         if (m_phase != Phase::Ending) {
-            finish(false);
+            finish(Other::Ended);
         }
     });
-    connect(&m_instance, &SingleInstance::otherSilent, this, [this] { finish(true); });
+    connect(&m_instance, &SingleInstance::otherSilent, this, [this] { finish(Other::Silent); });
     connect(&m_wait, &QTimer::timeout, this, &TakeOver::waited);
 }
 
@@ -97,12 +97,22 @@ void TakeOver::decide(Works otherWorks)
     m_wait.stop();
     m_question = createBox(QMessageBox::Warning, "box_otherWorks", whatEndingCosts(otherWorks));
     QAbstractButton *end = m_question->addButton(tr("End it and start here"), QMessageBox::AcceptRole);
+    const QAbstractButton *join = nullptr;
+    if (otherWorks == Works(Work::Watching)) {
+        join = m_question->addButton(tr("Start here, too, and look on"), QMessageBox::ActionRole);
+    }
     QPushButton *leave = m_question->addButton(tr("Leave it running"), QMessageBox::RejectRole);
     m_question->setDefaultButton(leave);
     m_question->setEscapeButton(leave);
-    connect(m_question, &QDialog::finished, this, [this, end] {
-        const bool agreed = m_question->clickedButton() == end;
-        agreed ? endOther() : giveUp();
+    connect(m_question, &QDialog::finished, this, [this, end, join] {
+        const QAbstractButton *clicked = m_question->clickedButton();
+        if (clicked == end) {
+            endOther();
+        } else if (clicked != nullptr && clicked == join) {
+            finish(Other::StaysOn);
+        } else {
+            giveUp();
+        }
     });
     m_question->show();
 }
@@ -130,7 +140,7 @@ void TakeOver::waited()
     }
     Q_EMIT titleWanted(QString(programName));
     if (m_otherHasEnded) {
-        finish(false);
+        finish(Other::Ended);
         return;
     }
     m_phase = Phase::Waiting;
@@ -161,7 +171,7 @@ void TakeOver::showNote()
     m_note->setEscapeButton(quit);
     connect(m_note, &QDialog::finished, this, [this, start] {
         const bool starts = start != nullptr && m_note->clickedButton() == start;
-        starts ? finish(true) : giveUp();
+        starts ? finish(Other::Silent) : giveUp();
     });
     if (!isUnanswered) {
         m_note->setAttribute(Qt::WA_ShowWithoutActivating);
@@ -179,7 +189,7 @@ void TakeOver::giveUp()
     Q_EMIT givenUp();
 }
 
-void TakeOver::finish(bool otherIsSilent)
+void TakeOver::finish(Other other)
 {
     m_wait.stop();
     for (const auto &box : {m_question, m_note}) {
@@ -188,8 +198,9 @@ void TakeOver::finish(bool otherIsSilent)
             box->close();
         }
     }
-    if (otherIsSilent) {
-        m_metSilent = true;
+    m_metSilent = m_metSilent || other == Other::Silent;
+    m_isBeside = m_isBeside || other == Other::StaysOn;
+    if (other != Other::Ended) {
         m_instance.passOver();
     }
     if (!m_instance.claim()) { // there is one more, or another waiting instance was faster
@@ -204,6 +215,9 @@ void TakeOver::finish(bool otherIsSilent)
         remarks +=
             tr("Something stands in the place of an open KTRconfig and hangs up whenever it is asked. It was "
                "not waited for.");
+    }
+    if (m_isBeside) {
+        remarks += tr("Another KTRconfig watches the stations; the operational mode here joins it.");
     }
     if (!remarks.isEmpty()) {
         remarks += tr("What is saved there and here into the same file replaces each other.");

@@ -11,7 +11,7 @@ namespace ktr {
 
 /// A start while another instance runs: ends the other one and waits for that, because this one has to read
 /// what the other saves at its end. Asks first if the other one watches stations, transmits or sends
-/// firmware. Takes a second at least.
+/// firmware; beside one that watches stations this one may start to look on. Takes a second at least.
 class TakeOver : public QObject
 {
     Q_OBJECT
@@ -43,12 +43,14 @@ private:
         Waiting,  ///< until it has ended
     };
 
+    enum class Other { Ended, Silent, StaysOn };
+
     void decide(ktr::Works otherWorks);
     void endOther();
     void waited();
     void showNote();
     void giveUp();
-    void finish(bool otherIsSilent);
+    void finish(Other other);
 
     SingleInstance &m_instance;
     const TextTable &m_texts;
@@ -57,6 +59,7 @@ private:
     Phase m_phase = Phase::Asking;
     bool m_otherHasEnded = false;
     bool m_metSilent = false;
+    bool m_isBeside = false; ///< of one that goes on watching
     QPointer<QMessageBox> m_question;
     QPointer<QMessageBox> m_note;
 };

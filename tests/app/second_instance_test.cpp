@@ -56,6 +56,8 @@ public:
                 say("shown " + m_window.document().configuration().gsm.stationId);
             } else if (const auto *box = qobject_cast<QMessageBox *>(watched)) {
                 say("asks " + box->text());
+            } else if (watched->objectName() == u"JoinedBanner") {
+                say("joined");
             } else if (watched->objectName() == u"Dialog") {
                 say("asks " + watched->findChild<QLabel *>("Label_msg")->text());
             }
@@ -325,6 +327,20 @@ private Q_SLOTS:
         third.does("press End it and start here");
         QVERIFY(first.ends());
         QVERIFY(third.tells("shown before"));
+    }
+
+    void besideOneThatWatchesAnotherMayLookOn()
+    {
+        Instance first(arguments());
+        QVERIFY(first.tells("shown"));
+        first.does("menu mnu_betriebsmodus");
+        Instance second(arguments());
+        QVERIFY(second.tells("asks The KTRconfig that is open already watches stations"));
+        second.does("press Start here, too, and look on");
+        QVERIFY(second.tells("shown before"));
+        second.does("menu mnu_betriebsmodus");
+        QVERIFY(second.tells("joined"));
+        QVERIFY(first.isRunning());
     }
 
     void aQuestionThatStandsOpenIsAnsweredBeforeTheEnd()
