@@ -159,9 +159,10 @@ void JoinedList::takeListEvent(const EventRow &event, const QString &kennung)
         const StationAttributes now = m_attributes.value(kennung);
         cStation::Seen &seen = m_seen[kennung];
         if (now.online != before.online || now.hostAddress != before.hostAddress) { // what it said is over
-            const bool pukNeeded = seen.pukNeeded;
-            seen = {};
-            seen.pukNeeded = pukNeeded;
+            cStation::Seen kept;
+            kept.pukNeeded = seen.pukNeeded;
+            kept.lastHeard = seen.lastHeard;
+            seen = kept;
         }
         showStation(kennung);
     }
