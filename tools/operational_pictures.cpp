@@ -6,7 +6,8 @@
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
 
-#include <QCoreApplication>
+#include <QAction>
+#include <QApplication>
 #include <QEventLoop>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -19,6 +20,10 @@ namespace {
 
 constexpr QSize laptop(1366, 728); // what a task bar leaves
 constexpr std::array pageNames = {"station", "notifications", "history", "values", "alarms"};
+/// The actions that open them, and their names.
+constexpr std::array dialogs = {std::pair("mnu_rules", "rules"), std::pair("mnu_limits", "limits"),
+                                std::pair("mnu_maintenance", "maintenance"),
+                                std::pair("mnu_retention", "retention")};
 
 /// The operational mode on stations whose modules have talked for a while.
 class Waterworks
@@ -55,6 +60,7 @@ Waterworks::Waterworks(int stations, const TextTable &texts, const QLocale &loca
         std::make_unique<OperationalMode>(OperationalMode::Services{environment, m_timers, createLine, [] {},
                                                                     test::manualCallbackTimers(m_timers)},
                                           stationCaptions(texts));
+    m_mode->setOperator(QStringLiteral("Eva Miller"));
     m_window = std::make_unique<Form_betriebsmodus>(*m_mode, texts,
                                                     Form_betriebsmodus::Services{m_timers, locale, {}, {}});
     m_window->resize(laptop);
@@ -119,6 +125,24 @@ void Waterworks::settle()
     }
 }
 
+/// Gives the name of a file that cannot be written.
+QString takeDialogs(Form_betriebsmodus &window, const QDir &pictures, const QString &suffix)
+{
+    QString failed;
+    for (const auto &[action, picture] : dialogs) {
+        const QString name = QStringLiteral("operational-%1-%2.png").arg(QLatin1String(picture), suffix);
+        QTimer::singleShot(400, &window, [&] { // its figures are read meanwhile
+            QWidget *dialog = QApplication::activeModalWidget();
+            if (!dialog->grab().save(pictures.filePath(name))) {
+                failed = name;
+            }
+            dialog->close();
+        });
+        window.findChild<QAction *>(QLatin1String(action))->trigger();
+    }
+    return failed;
+}
+
 } // namespace
 
 QString takeOperationalPictures(const QDir &pictures, const TextTable &texts, const QLocale &locale,
@@ -141,6 +165,11 @@ QString takeOperationalPictures(const QDir &pictures, const TextTable &texts, co
                                      .arg(suffix);
             if (!works.window().grab().save(pictures.filePath(name))) {
                 return name;
+            }
+        }
+        if (stations == 3) {
+            if (const QString failed = takeDialogs(works.window(), pictures, suffix); !failed.isEmpty()) {
+                return failed;
             }
         }
     }

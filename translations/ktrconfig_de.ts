@@ -1411,6 +1411,10 @@
         <source>Acknowledge %L1 alarms?</source>
         <translation>%L1 Alarme quittieren?</translation>
     </message>
+    <message>
+        <source>Acknowledged without a name. The menu Alarms, Operator, takes one.</source>
+        <translation>Ohne Namen quittiert. Im Menü Alarme, Bediener, kann einer angegeben werden.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::AddStationsDialog</name>
@@ -1516,8 +1520,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Neuester: %1</translation>
     </message>
     <message>
-        <source>When this is not ticked, new alarms sound, and every 60 seconds as long as one is not acknowledged. It ends by itself; for how long, the menu View offers. This bar and messages of the desktop stay.</source>
-        <translation>Ohne Häkchen ertönen neue Alarme, und alle 60 Sekunden, solange einer nicht quittiert ist. Die Stille endet von selbst; wie lange sie dauert, bietet das Menü Ansicht an. Diese Leiste und Meldungen des Desktops bleiben.</translation>
+        <source>When this is not ticked, new alarms sound, and every 60 seconds as long as one is not acknowledged. It ends by itself; for how long, the menu Alarms offers. This bar and messages of the desktop stay.</source>
+        <translation>Ohne Häkchen ertönen neue Alarme, und alle 60 Sekunden, solange einer nicht quittiert ist. Die Stille endet von selbst; wie lange sie dauert, bietet das Menü Alarme an. Diese Leiste und Meldungen des Desktops bleiben.</translation>
     </message>
 </context>
 <context>
@@ -1608,6 +1612,49 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::AlarmLimitsDialog</name>
+    <message>
+        <source> minutes</source>
+        <translation> Minuten</translation>
+    </message>
+    <message>
+        <source>for ever</source>
+        <translation>für immer</translation>
+    </message>
+    <message>
+        <source>Chattering and silence</source>
+        <translation>Flattern und Schweigen</translation>
+    </message>
+    <message>
+        <source>Chattering alarms</source>
+        <translation>Flatternde Alarme</translation>
+    </message>
+    <message>
+        <source>It came more often than</source>
+        <translation>Der Alarm kam öfter als</translation>
+    </message>
+    <message>
+        <source>within</source>
+        <translation>innerhalb von</translation>
+    </message>
+    <message>
+        <source>The page &quot;Alarms&quot; marks them. They wait to be acknowledged like all others.</source>
+        <translation>Die Seite „Alarme“ kennzeichnet sie. Sie sind zu quittieren wie alle anderen.</translation>
+    </message>
+    <message>
+        <source>Silent stations</source>
+        <translation>Schweigende Stationen</translation>
+    </message>
+    <message>
+        <source>A station may be silent for</source>
+        <translation>Eine Station darf schweigen</translation>
+    </message>
+    <message>
+        <source>Longer silence of a station that is online is an alarm. 0: it never is.</source>
+        <translation>Schweigt eine Station länger, die online ist, dann ist das ein Alarm. 0: nie.</translation>
+    </message>
+</context>
+<context>
     <name>ktr::AlarmListPage</name>
     <message>
         <source>Only not acknowledged</source>
@@ -1692,6 +1739,148 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Comment on %L1 alarms</source>
         <translation>Kommentar zu %L1 Alarmen</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::AlarmRulesDialog</name>
+    <message>
+        <source>Alarm rules</source>
+        <translation>Alarmregeln</translation>
+    </message>
+    <message>
+        <source>What a station sends is looked for in the rules from the top; the first one that fits says what it is. What fits none is no alarm.</source>
+        <translation>Was eine Station sendet, wird von oben an mit den Regeln verglichen; die erste, die passt, sagt, was es ist. Was zu keiner passt, ist kein Alarm.</translation>
+    </message>
+    <message>
+        <source>What a station could send, for example: Pump 1 fail</source>
+        <translation>Was eine Station senden könnte, zum Beispiel: Pumpe 1 fail</translation>
+    </message>
+    <message>
+        <source>Try a text</source>
+        <translation>Text probieren</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Without a rule nothing that a station sends is an alarm</source>
+        <translation>Ohne Regel ist nichts, was eine Station sendet, ein Alarm</translation>
+    </message>
+    <message>
+        <source>No rule fits: it is no alarm.</source>
+        <translation>Keine Regel passt: kein Alarm.</translation>
+    </message>
+    <message>
+        <source>Rule %1 fits: it is no alarm.</source>
+        <translation>Regel %1 passt: kein Alarm.</translation>
+    </message>
+    <message>
+        <source>Rule %1 fits: an alarm, priority %2, with sound.</source>
+        <translation>Regel %1 passt: ein Alarm, Priorität %2, mit Ton.</translation>
+    </message>
+    <message>
+        <source>Rule %1 fits: an alarm, priority %2, without sound.</source>
+        <translation>Regel %1 passt: ein Alarm, Priorität %2, ohne Ton.</translation>
+    </message>
+    <message>
+        <source>Nothing the station sends ends it.</source>
+        <translation>Nichts, was die Station sendet, beendet ihn.</translation>
+    </message>
+    <message>
+        <source>It is over when the station sends &quot;%1&quot;.</source>
+        <translation>Er ist vorbei, wenn die Station „%1“ sendet.</translation>
+    </message>
+    <message>
+        <source>In the tree it is red all the same, as every text with &quot;fail&quot;.</source>
+        <translation>Im Baum ist er trotzdem rot wie jeder Text mit „fail“.</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::AlarmRulesModel</name>
+    <message>
+        <source>Rule %1 has no text to look for</source>
+        <translation>Regel %1 hat keinen Text, nach dem gesucht wird</translation>
+    </message>
+    <message>
+        <source>Rule %1: the text that ends the alarm is the one that begins it</source>
+        <translation>Regel %1: der Text, der den Alarm beendet, ist der, mit dem er beginnt</translation>
+    </message>
+    <message>
+        <source>Rule %1 never holds: an earlier one fits all of its texts</source>
+        <translation>Regel %1 gilt nie: eine frühere passt auf alle ihre Texte</translation>
+    </message>
+    <message>
+        <source>Text contains</source>
+        <translation>Text enthält</translation>
+    </message>
+    <message>
+        <source>Upper/lower case</source>
+        <translation>Groß/klein</translation>
+    </message>
+    <message>
+        <source>Alarm</source>
+        <translation>Alarm</translation>
+    </message>
+    <message>
+        <source>Priority</source>
+        <translation>Priorität</translation>
+    </message>
+    <message>
+        <source>Sound</source>
+        <translation>Ton</translation>
+    </message>
+    <message>
+        <source>Over with, in its place</source>
+        <translation>Vorbei mit, an seiner Stelle</translation>
+    </message>
+    <message>
+        <source>What stands somewhere in the text</source>
+        <translation>Was irgendwo im Text steht</translation>
+    </message>
+    <message>
+        <source>Whether &quot;FAIL&quot; is another text than &quot;fail&quot;</source>
+        <translation>Ob „FAIL“ ein anderer Text ist als „fail“</translation>
+    </message>
+    <message>
+        <source>Not ticked: texts that fit are no alarm, whatever later rules say</source>
+        <translation>Ohne Häkchen: Texte, die passen, sind kein Alarm, was spätere Regeln auch sagen</translation>
+    </message>
+    <message>
+        <source>How urgent it is: one low tone, two tones, or three high ones</source>
+        <translation>Wie dringend er ist: ein tiefer Ton, zwei Töne oder drei hohe</translation>
+    </message>
+    <message>
+        <source>Whether it is heard when it comes, and again each minute</source>
+        <translation>Ob er zu hören ist, wenn er kommt, und dann jede Minute</translation>
+    </message>
+    <message>
+        <source>What stands in place of the text when the alarm is over: with &quot;fail&quot; and &quot;ok&quot;, &quot;Pump 1 fail&quot; is over when the station sends &quot;Pump 1 ok&quot;. Empty: nothing ends it.</source>
+        <translation>Was an der Stelle des Textes steht, wenn der Alarm vorbei ist: Mit „fail“ und „ok“ ist „Pumpe 1 fail“ vorbei, wenn die Station „Pumpe 1 ok“ sendet. Leer: Nichts beendet ihn.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>yes</source>
+        <translation>ja</translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation>nein</translation>
     </message>
 </context>
 <context>
@@ -2836,6 +3025,41 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::MaintenanceCard</name>
+    <message>
+        <source>Its alarms are told.</source>
+        <translation>Ihre Alarme werden gemeldet.</translation>
+    </message>
+    <message>
+        <source>In maintenance until %1</source>
+        <translation>In Wartung bis %1</translation>
+    </message>
+    <message>
+        <source>In maintenance until %1 (%2)</source>
+        <translation>In Wartung bis %1 (%2)</translation>
+    </message>
+    <message>
+        <source>Puts all alarms of the station aside until a time, with a reason</source>
+        <translation>Stellt alle Alarme der Station bis zu einer Zeit zurück, mit einem Grund</translation>
+    </message>
+    <message>
+        <source>Its alarms are told again at once</source>
+        <translation>Ihre Alarme werden sofort wieder gemeldet</translation>
+    </message>
+    <message>
+        <source>Maintenance</source>
+        <translation>Wartung</translation>
+    </message>
+    <message>
+        <source>Maintenance...</source>
+        <translation>Wartung...</translation>
+    </message>
+    <message>
+        <source>End the maintenance</source>
+        <translation>Wartung beenden</translation>
+    </message>
+</context>
+<context>
     <name>ktr::MessageIntake</name>
     <message>
         <source>%1: not understood: %2</source>
@@ -3025,6 +3249,45 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::OperatorBar</name>
+    <message>
+        <source>No operator</source>
+        <translation>Kein Bediener</translation>
+    </message>
+    <message>
+        <source>Operator: %1</source>
+        <translation>Bediener: %1</translation>
+    </message>
+    <message>
+        <source>Nobody&apos;s name is kept with what is acknowledged and changed. Click to give one.</source>
+        <translation>Zu dem, was quittiert und geändert wird, wird kein Name festgehalten. Klicken, um einen anzugeben.</translation>
+    </message>
+    <message>
+        <source>The name that is kept with what is acknowledged and changed. Click for the next shift.</source>
+        <translation>Der Name, der zu dem festgehalten wird, was quittiert und geändert wird. Klicken zum Schichtwechsel.</translation>
+    </message>
+    <message>
+        <source>Who is on duty? The name is kept with what is acknowledged and changed.</source>
+        <translation>Wer hat Dienst? Der Name wird zu dem festgehalten, was quittiert und geändert wird.</translation>
+    </message>
+    <message>
+        <source>Operator</source>
+        <translation>Bediener</translation>
+    </message>
+    <message>
+        <source>Take this name</source>
+        <translation>Namen übernehmen</translation>
+    </message>
+    <message>
+        <source>Without a name</source>
+        <translation>Ohne Namen</translation>
+    </message>
+    <message>
+        <source>Alarms can be acknowledged all the same; nobody&apos;s name is kept with it</source>
+        <translation>Alarme lassen sich trotzdem quittieren; es wird kein Name festgehalten</translation>
+    </message>
+</context>
+<context>
     <name>ktr::OpmodeMenus</name>
     <message>
         <source>Add several...</source>
@@ -3069,6 +3332,38 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Record: size, age, copy...</source>
         <translation>Aufzeichnung: Größe, Alter, Kopie...</translation>
+    </message>
+    <message>
+        <source>Maintenance...</source>
+        <translation>Wartung...</translation>
+    </message>
+    <message>
+        <source>End the maintenance</source>
+        <translation>Wartung beenden</translation>
+    </message>
+    <message>
+        <source>Alarms</source>
+        <translation>Alarme</translation>
+    </message>
+    <message>
+        <source>Operator...</source>
+        <translation>Bediener...</translation>
+    </message>
+    <message>
+        <source>Alarm rules...</source>
+        <translation>Alarmregeln...</translation>
+    </message>
+    <message>
+        <source>Chattering and silence...</source>
+        <translation>Flattern und Schweigen...</translation>
+    </message>
+    <message>
+        <source>Done in the program that watches the stations</source>
+        <translation>Geschieht in dem Programm, das die Stationen überwacht</translation>
+    </message>
+    <message>
+        <source>Nobody watches the stations</source>
+        <translation>Niemand überwacht die Stationen</translation>
     </message>
 </context>
 <context>
@@ -3279,18 +3574,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Eingangswerte:</translation>
     </message>
     <message>
-        <source>never</source>
-        <translation>nie</translation>
-    </message>
-    <message>
-        <source> minutes</source>
-        <translation> Minuten</translation>
-    </message>
-    <message>
-        <source>A station&apos;s silence is an alarm after:</source>
-        <translation>Das Schweigen einer Station ist ein Alarm nach:</translation>
-    </message>
-    <message>
         <source>Copies the record while it is in use; the copy may take its place</source>
         <translation>Kopiert die Aufzeichnung, während sie benutzt wird; die Kopie kann an ihre Stelle treten</translation>
     </message>
@@ -3329,6 +3612,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The copy is written: %1</source>
         <translation>Die Kopie ist geschrieben: %1</translation>
+    </message>
+    <message>
+        <source>Done in the program that watches the stations</source>
+        <translation>Geschieht in dem Programm, das die Stationen überwacht</translation>
     </message>
 </context>
 <context>

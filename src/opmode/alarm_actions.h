@@ -35,6 +35,8 @@ public:
     void shelveStation(qint64 station, qint64 until, const QString &why);
     /// Takes back what is put aside under this station and text.
     void unshelve(qint64 station, const QString &text);
+    /// A station's number by its key; 0 when there is none.
+    qint64 numberOf(const QString &kennung) const { return m_record.number(kennung); }
     /// The maintenance of a station; null for none.
     const Shelf *maintenanceOf(qint64 station) const;
 

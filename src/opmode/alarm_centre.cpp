@@ -54,8 +54,30 @@ void AlarmCentre::addNews(const AlarmRow &alarm)
     ++m_news.arrived;
     m_firstNew = m_firstNew == 0 ? alarm.id : m_firstNew;
     m_news.priority = std::min(m_news.priority, static_cast<AlarmPriority>(alarm.priority));
+    m_news.sounds = m_news.sounds || sounds(alarm);
+}
+
+/// What is no module's has no rule, and what had one when it came may have none by now.
+bool AlarmCentre::sounds(const AlarmRow &alarm) const
+{
     const AlarmRule *rule = alarm.kind == AlarmKind::Module ? m_book.rules().of(alarm.text) : nullptr;
-    m_news.sounds = m_news.sounds || rule == nullptr || rule->sounds;
+    return rule == nullptr || rule->sounds;
+}
+
+std::optional<AlarmPriority> AlarmCentre::sounding() const
+{
+    std::optional<AlarmPriority> most;
+    for (const qint64 id : m_book.waiting()) {
+        const AlarmRow &alarm = *m_book.alarm(id);
+        const auto priority = static_cast<AlarmPriority>(alarm.priority);
+        if ((!most || priority < *most) && sounds(alarm)) {
+            most = priority;
+        }
+        if (most == AlarmPriority::High) {
+            break;
+        }
+    }
+    return most;
 }
 
 /// Many acknowledgements in one turn are told once; an alarm that is on its way here tells of it, too.

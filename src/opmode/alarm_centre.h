@@ -57,6 +57,9 @@ public:
     /// The one that came first of those that wait, and the one that arrived last; nothing when none waits.
     std::optional<Alarm> first() const;
     std::optional<Alarm> latest() const;
+    /// How urgent the most urgent one is of those that wait and whose rule lets them sound; nothing when
+    /// there is none. Goes through all that wait, unless an urgent one is among them.
+    std::optional<AlarmPriority> sounding() const;
 
 Q_SIGNALS:
     /// Something for the ear: at once for the first alarm, then at most once in `pauseBetweenNews`.
@@ -67,6 +70,7 @@ Q_SIGNALS:
 private:
     void take(const AlarmRow &alarm, AlarmBook::Change change);
     void addNews(const AlarmRow &alarm);
+    bool sounds(const AlarmRow &alarm) const;
     void recount();
     void takeLoaded();
     void update();

@@ -31,6 +31,15 @@ QString programFolder()
     return QDir::toNativeSeparators(folder);
 }
 
+QString userName()
+{
+    QString name;
+    for (const char *variable : {"USER", "LOGNAME", "USERNAME"}) { // the last is that of Windows
+        name = name.isEmpty() ? qEnvironmentVariable(variable) : name;
+    }
+    return name;
+}
+
 QString deliveredFile(const QString &name)
 {
     const QString own = joinPath(programFolder(), name);

@@ -22,6 +22,9 @@ struct Environment
 /// The environment of this process: the user's locale, the clock, seeded chance and the program folder.
 Environment systemEnvironment();
 
+/// The name that the user has in the system; empty when it is not known.
+QString userName();
+
 /// The folder of the executable where it can be written, otherwise the user's data folder for this
 /// program, which is made where it is missing.
 QString programFolder();

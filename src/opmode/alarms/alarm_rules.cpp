@@ -27,18 +27,35 @@ QList<AlarmRule> AlarmRules::standard()
     return {fail};
 }
 
-const AlarmRule *AlarmRules::first(const QString &text) const
+qsizetype AlarmRules::placeFor(const QString &text) const
 {
     const auto rule = std::ranges::find_if(m_rules, [&](const AlarmRule &candidate) {
         return text.contains(candidate.pattern, caseOf(candidate));
     });
-    return rule == m_rules.end() ? nullptr : &*rule;
+    return rule == m_rules.end() ? -1 : rule - m_rules.begin();
+}
+
+RuleFault AlarmRules::faultOf(qsizetype place) const
+{
+    const AlarmRule &rule = m_rules[place];
+    if (rule.pattern.trimmed().isEmpty()) {
+        return RuleFault::NoText;
+    }
+    if (rule.pattern.compare(rule.ending, Qt::CaseInsensitive) == 0) { // as ends are compared
+        return RuleFault::EndsItself;
+    }
+    const auto fitsAllOf = [&rule](const AlarmRule &earlier) {
+        return (rule.caseSensitive || !earlier.caseSensitive) && !earlier.pattern.isEmpty() &&
+               rule.pattern.contains(earlier.pattern, caseOf(earlier));
+    };
+    return std::any_of(m_rules.begin(), m_rules.begin() + place, fitsAllOf) ? RuleFault::NeverFits
+                                                                            : RuleFault::None;
 }
 
 const AlarmRule *AlarmRules::of(const QString &text) const
 {
-    const AlarmRule *rule = first(text);
-    return rule != nullptr && rule->isAlarm ? rule : nullptr;
+    const qsizetype place = placeFor(text);
+    return place >= 0 && m_rules[place].isAlarm ? &m_rules[place] : nullptr;
 }
 
 QString AlarmRules::endOf(const QString &alarm) const

@@ -25,6 +25,14 @@ struct AlarmRule
     bool operator==(const AlarmRule &) const = default;
 };
 
+/// What keeps a rule from doing what it seems to say.
+enum class RuleFault {
+    None,
+    NoText,
+    EndsItself, ///< the text that ends the alarm is the one that begins it
+    NeverFits   ///< an earlier rule fits all of its texts; nothing is wrong with that
+};
+
 /// The user's rules in their order: the first one whose pattern a text has is the one that counts.
 class AlarmRules
 {
@@ -36,6 +44,9 @@ public:
     static QList<AlarmRule> standard();
     const QList<AlarmRule> &list() const { return m_rules; }
 
+    /// The place of the rule that counts for a text, also of one that makes it no alarm; -1 for none.
+    qsizetype placeFor(const QString &text) const;
+    RuleFault faultOf(qsizetype place) const;
     /// The rule of a text; null when it is no alarm.
     const AlarmRule *of(const QString &text) const;
     /// The text that ends an alarm, in lower case; empty when none does.
@@ -49,8 +60,6 @@ public:
     bool operator==(const AlarmRules &) const = default;
 
 private:
-    const AlarmRule *first(const QString &text) const;
-
     QList<AlarmRule> m_rules;
 };
 

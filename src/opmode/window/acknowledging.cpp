@@ -103,6 +103,9 @@ bool Acknowledging::isAgreed(QWidget *asker, std::size_t count) const
 void Acknowledging::tell(QWidget *asker, const Status &done)
 {
     if (done) {
+        if (m_mode.operatorName().isEmpty()) {
+            Q_EMIT statusMessage(tr("Acknowledged without a name. The menu Alarms, Operator, takes one."));
+        }
         Q_EMIT acknowledged();
         return;
     }

@@ -24,7 +24,7 @@ public:
 
 Q_SIGNALS:
     void acknowledged();
-    /// A line for the status bar: it failed.
+    /// A line for the status bar: it failed, or nobody's name is kept with it.
     void statusMessage(const QString &line);
 
 private:

@@ -133,7 +133,7 @@ void AlarmBar::applyTexts()
     m_mute->setAccessibleName(tr("Mute"));
     m_mute->setToolTip(
         tr("When this is not ticked, new alarms sound, and every 60 seconds as long as one is not "
-           "acknowledged. It ends by itself; for how long, the menu View offers. This bar and messages of "
+           "acknowledged. It ends by itself; for how long, the menu Alarms offers. This bar and messages of "
            "the desktop stay."));
     fit();
     refresh();

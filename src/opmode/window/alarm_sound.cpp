@@ -29,21 +29,48 @@ void appendTone(QDataStream &to, double hertz, double seconds)
     }
 }
 
-std::function<void()> playedTones()
+/// What is heard for a priority.
+struct Tones
 {
-    return [tones = std::make_shared<Sound>(alarmTones(), [] { QApplication::beep(); })] { tones->play(); };
+    int count;
+    double hertz;
+    double seconds;
+};
+
+Tones tonesOf(AlarmPriority priority)
+{
+    switch (priority) {
+    case AlarmPriority::High:
+        return {3, 932, 0.17};
+    case AlarmPriority::Medium:
+        return {2, 699, 0.23};
+    case AlarmPriority::Low:
+        break;
+    }
+    return {1, 466, 0.35};
+}
+
+AlarmSound::Play playedTones()
+{
+    std::map<AlarmPriority, std::shared_ptr<Sound>> sounds;
+    for (const AlarmPriority priority : {AlarmPriority::High, AlarmPriority::Medium, AlarmPriority::Low}) {
+        sounds[priority] = std::make_shared<Sound>(alarmTones(priority), [] { QApplication::beep(); });
+    }
+    return [sounds](AlarmPriority priority) { sounds.at(priority)->play(); };
 }
 
 } // namespace
 
-QByteArray alarmTones()
+QByteArray alarmTones(AlarmPriority priority)
 {
+    constexpr double pause = 0.08;
     QByteArray samples;
     QDataStream sound(&samples, QIODevice::WriteOnly);
     sound.setByteOrder(QDataStream::LittleEndian);
-    for (int turn = 0; turn < 2; ++turn) {
-        appendTone(sound, 932, 0.17);
-        appendTone(sound, 699, 0.23);
+    const Tones tones = tonesOf(priority);
+    for (int tone = 0; tone < tones.count; ++tone) {
+        appendTone(sound, tones.hertz, tones.seconds);
+        appendTone(sound, 0, pause);
     }
 
     QByteArray file;
@@ -65,7 +92,7 @@ AlarmSound::AlarmSound(const AlarmCentre &centre, Timers &timers, QObject *paren
     : AlarmSound(centre, timers, playedTones(), parent)
 {}
 
-AlarmSound::AlarmSound(const AlarmCentre &centre, Timers &timers, std::function<void()> play, QObject *parent)
+AlarmSound::AlarmSound(const AlarmCentre &centre, Timers &timers, Play play, QObject *parent)
     : QObject(parent), m_centre(centre), m_play(std::move(play)), m_reminder(timers.create())
 {
     connect(&centre, &AlarmCentre::attention, this, [this](const AlarmNews &news) {
@@ -87,8 +114,8 @@ AlarmSound::~AlarmSound() = default;
 
 void AlarmSound::sound()
 {
-    if (!m_muted) {
-        m_play();
+    if (const auto priority = m_muted ? std::nullopt : m_centre.sounding()) {
+        m_play(*priority);
     }
     m_reminder->start(reminderInterval, [this] { sound(); });
 }

@@ -5,7 +5,8 @@
 
 namespace ktr {
 
-/// Two tones for alarms that arrive, and again each minute while one is not acknowledged. Muted, it is still.
+/// Sounds for alarms that arrive, and again each minute while one is not acknowledged; as the most urgent one
+/// does that waits, whichever arrived. Those whose rule has no sound are left out. Muted, it is still.
 class AlarmSound : public QObject
 {
     Q_OBJECT
@@ -13,11 +14,12 @@ class AlarmSound : public QObject
 public:
     static constexpr Milliseconds reminderInterval{60'000};
 
-    /// Without a sound device, `play` falls back on the system's beep.
+    using Play = std::function<void(AlarmPriority)>;
+
+    /// Without a sound device it falls back on the system's beep, the same for all.
     AlarmSound(const AlarmCentre &centre, Timers &timers, QObject *parent = nullptr);
     /// As above, with another way to be heard.
-    AlarmSound(const AlarmCentre &centre, Timers &timers, std::function<void()> play,
-               QObject *parent = nullptr);
+    AlarmSound(const AlarmCentre &centre, Timers &timers, Play play, QObject *parent = nullptr);
     ~AlarmSound() override;
 
     void setMuted(bool muted) { m_muted = muted; }
@@ -26,12 +28,13 @@ private:
     void sound();
 
     const AlarmCentre &m_centre;
-    std::function<void()> m_play;
+    Play m_play;
     std::unique_ptr<OneShotTimer> m_reminder;
     bool m_muted = false;
 };
 
-/// The two tones, twice, as a WAV file: 16 bits, one channel, under a second.
-QByteArray alarmTones();
+/// One low tone, two, or three high ones, the more urgent the more, as a WAV file: 16 bits, one channel,
+/// under a second.
+QByteArray alarmTones(AlarmPriority priority);
 
 } // namespace ktr

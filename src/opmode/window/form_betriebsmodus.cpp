@@ -8,9 +8,11 @@
 #include "opmode/window/add_stations_dialog.h"
 #include "opmode/window/alarm_bar.h"
 #include "opmode/window/alarm_look.h"
+#include "opmode/window/alarms/alarm_commands.h"
 #include "opmode/window/export_dialog.h"
 #include "opmode/window/list_banner.h"
 #include "opmode/window/message_line.h"
+#include "opmode/window/operator_bar.h"
 #include "opmode/window/opmode_menus.h"
 #include "opmode/window/opmode_pages.h"
 #include "opmode/window/record/record_window.h"
@@ -31,6 +33,7 @@
 #include <QSplitter>
 #include <QStatusBar>
 #include <QTimer>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace ktr {
@@ -71,6 +74,7 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     connectMenus();
     connectAlarms();
     connectMute();
+    connectSettings();
     connect(&m_mode, &OperationalMode::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_mode, &OperationalMode::recovered, m_messages, &MessageLine::pin);
     connect(&m_mode, &OperationalMode::unkeptChangesChanged, this, &Form_betriebsmodus::showUnkept);
@@ -160,6 +164,8 @@ void Form_betriebsmodus::layOut()
     column->addLayout(top);
     column->addWidget(m_splitter, 1);
     column->addWidget(m_unkeptBanner); // it comes in the middle of the work, and moves nothing down
+    m_operatorBar = new OperatorBar(m_mode, body);
+    column->addWidget(m_operatorBar);
     setCentralWidget(body);
     m_counts = new StationCounts(m_mode, *m_tree, this);
     m_messages = new MessageLine(this);
@@ -168,6 +174,7 @@ void Form_betriebsmodus::layOut()
     m_muted->setObjectName(QStringLiteral("lbl_muted"));
     m_muted->setContentsMargins(8, 0, 8, 0);
     statusBar()->addPermanentWidget(m_muted);
+    statusBar()->addPermanentWidget(m_operatorBar->button());
     statusBar()->addPermanentWidget(m_counts);
 }
 
@@ -251,6 +258,20 @@ void Form_betriebsmodus::connectMute()
     connect(&m_mute, &AlarmMute::changed, this, &Form_betriebsmodus::showMute);
 }
 
+/// Who is on duty, and what holds for all alarms.
+void Form_betriebsmodus::connectSettings()
+{
+    connect(m_menus->mnu_operator, &QAction::triggered, m_operatorBar, &OperatorBar::ask);
+    connect(m_operatorBar, &OperatorBar::done, m_tree, qOverload<>(&QWidget::setFocus));
+    connect(&m_mode.alarms(), &AlarmBook::shelvesChanged, this, &Form_betriebsmodus::enableActions);
+    new AlarmCommands({m_mode, m_texts, *m_menus, [this] { return chosen(); },
+                       [this](const std::function<void()> &open) {
+                           const QScopedValueRollback busy(m_busy, m_busy + 1);
+                           open();
+                       }},
+                      *this);
+}
+
 void Form_betriebsmodus::showMute()
 {
     const bool isMuted = m_mute.isMuted();
@@ -283,6 +304,7 @@ void Form_betriebsmodus::showTreeMenu(const QPoint &place, bool isAboutStation)
     auto *menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("menu_tree"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setToolTipsVisible(true);
     menu->addActions(m_menus->treeActions(isAboutStation));
     menu->popup(place);
 }
@@ -293,6 +315,7 @@ void Form_betriebsmodus::applyTexts()
     m_menus->applyTexts(m_texts);
     m_mode.tree().setCaptions(stationCaptions(m_texts));
     m_alarmBar->applyTexts();
+    m_operatorBar->applyTexts();
     m_noAlarm->setText(tr("All alarms are acknowledged"));
     showMute();
     m_listBanner->applyTexts();
@@ -357,6 +380,7 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
         m_listBanner->hide();
         enableActions();
         m_tree->setFocus();
+        m_operatorBar->askAtBeginning();
         showDefects();
         offerThinning();
         return;
@@ -509,18 +533,13 @@ void Form_betriebsmodus::tell(const QString &line)
 void Form_betriebsmodus::enableActions()
 {
     const QString kennung = m_mode.hindrance() == OperationalMode::Hindrance::None ? chosen() : QString();
-    m_menus->setStation(!kennung.isEmpty(), m_mode.attributes(kennung).online);
-    if (m_mode.isJoined()) { // one program alone talks to a module
-        m_menus->mnu_konfiguration->setEnabled(false);
-    }
-    if (m_mode.isUnwatched()) {
-        for (QAction *action :
-             {m_menus->mnu_station_add, m_menus->mnu_station_list, m_menus->mnu_station_rename,
-              m_menus->mnu_station_del, m_menus->mnu_station_online, m_menus->mnu_station_allonline,
-              m_menus->mnu_station_alloffline}) {
-            action->setEnabled(false);
-        }
-    }
+    const AlarmActions &actions = m_mode.alarmActions();
+    m_menus->setStation(!kennung.isEmpty(), m_mode.attributes(kennung).online,
+                        !kennung.isEmpty() && actions.maintenanceOf(actions.numberOf(kennung)) != nullptr);
+    using Watched = OpmodeMenus::Watched;
+    m_menus->setWatched(m_mode.isUnwatched() ? Watched::Nowhere
+                        : m_mode.isJoined()  ? Watched::Elsewhere
+                                             : Watched::Here);
 }
 
 bool Form_betriebsmodus::ask(const QString &question)

@@ -21,6 +21,7 @@ class ListBanner;
 class MessageLine;
 class OpmodeMenus;
 class OpmodePages;
+class OperatorBar;
 class RecordWindow;
 class StationCounts;
 class StationTreePane;
@@ -76,6 +77,7 @@ private:
     void connectMenus();
     void connectAlarms();
     void connectMute();
+    void connectSettings();
     void showMute();
     void restorePlaces();
 
@@ -122,6 +124,7 @@ private:
     ListBanner *m_lockBanner;
     ListBanner *m_joinedBanner;
     ListBanner *m_unkeptBanner;
+    OperatorBar *m_operatorBar;
     AlarmBar *m_alarmBar;
     QLabel *m_noAlarm;
     QLabel *m_muted; ///< until when

@@ -26,6 +26,7 @@ QAction *addAction(QMenu *menu, const char *name, const QKeySequence &shortcut =
 OpmodeMenus::OpmodeMenus(QMainWindow &window)
     : QObject(&window),
       m_stationMenu(window.menuBar()->addMenu(QString())),
+      m_alarmMenu(window.menuBar()->addMenu(QString())),
       m_viewMenu(window.menuBar()->addMenu(QString()))
 {
     mnu_station_add = addAction(m_stationMenu, "mnu_station_add", QKeySequence::New);
@@ -37,6 +38,9 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     mnu_station_online->setCheckable(true);
     mnu_station_allonline = addAction(m_stationMenu, "mnu_station_allonline");
     mnu_station_alloffline = addAction(m_stationMenu, "mnu_station_alloffline");
+    m_stationMenu->addSeparator();
+    mnu_maintenance = addAction(m_stationMenu, "mnu_maintenance");
+    mnu_maintenance_end = addAction(m_stationMenu, "mnu_maintenance_end");
     m_stationMenu->addSeparator();
     mnu_konfiguration = addAction(m_stationMenu, "mnu_konfiguration", QKeySequence(Qt::Key_F9));
     mnu_export = addAction(m_stationMenu, "mnu_export", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
@@ -53,9 +57,13 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     }
     mnu_ansicht_normal->setChecked(true);
     m_viewMenu->addSeparator();
-    mnu_stumm = addAction(m_viewMenu, "mnu_stumm");
+    mnu_record = addAction(m_viewMenu, "mnu_record", QKeySequence::Find);
+
+    mnu_operator = addAction(m_alarmMenu, "mnu_operator");
+    m_alarmMenu->addSeparator();
+    mnu_stumm = addAction(m_alarmMenu, "mnu_stumm");
     mnu_stumm->setCheckable(true);
-    m_muteMenu = m_viewMenu->addMenu(QString());
+    m_muteMenu = m_alarmMenu->addMenu(QString());
     auto *muteLengths = new QActionGroup(this);
     for (int length = 0; length < AlarmMute::lengths; ++length) {
         QAction *action = addAction(m_muteMenu, "mnu_stumm_for");
@@ -63,8 +71,12 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
         muteLengths->addAction(action);
         mnu_stumm_for += action;
     }
-    m_viewMenu->addSeparator();
-    mnu_record = addAction(m_viewMenu, "mnu_record", QKeySequence::Find);
+    m_alarmMenu->addSeparator();
+    mnu_rules = addAction(m_alarmMenu, "mnu_rules");
+    mnu_limits = addAction(m_alarmMenu, "mnu_limits");
+    for (QMenu *menu : {m_stationMenu, m_alarmMenu}) {
+        menu->setToolTipsVisible(true);
+    }
     mnu_record->setIcon(icon(IconName::Search));
     mnu_station_add->setIcon(icon(IconName::Add));
     mnu_station_del->setIcon(icon(IconName::Delete));
@@ -78,6 +90,12 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_station_rename->setText(tr("Rename"));
     mnu_station_del->setText(texts.text(Text::DeleteStation));
     mnu_station_online->setText(texts.text(Text::Online));
+    mnu_maintenance->setText(tr("Maintenance..."));
+    mnu_maintenance_end->setText(tr("End the maintenance"));
+    m_alarmMenu->setTitle(tr("Alarms"));
+    mnu_operator->setText(tr("Operator..."));
+    mnu_rules->setText(tr("Alarm rules..."));
+    mnu_limits->setText(tr("Chattering and silence..."));
     mnu_stumm->setText(tr("Mute alarms"));
     m_muteMenu->setTitle(tr("Mute them for"));
     const QStringList lengths{tr("15 minutes"), tr("1 hour"), tr("4 hours"),
@@ -95,8 +113,9 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     m_viewMenu->setTitle(texts.text(Text::View));
     mnu_ansicht_normal->setText(texts.text(Text::General));
     mnu_ansicht_treeview->setText(texts.text(Text::TreeView));
-    giveMnemonics({m_stationMenu->menuAction(), m_viewMenu->menuAction()});
+    giveMnemonics({m_stationMenu->menuAction(), m_alarmMenu->menuAction(), m_viewMenu->menuAction()});
     giveMnemonics(m_stationMenu->actions());
+    giveMnemonics(m_alarmMenu->actions());
     giveMnemonics(m_viewMenu->actions());
     giveMnemonics(m_muteMenu->actions());
 }
@@ -106,14 +125,34 @@ void OpmodeMenus::setListUsable(bool isUsable)
     for (QAction *action : m_stationMenu->actions()) {
         action->setEnabled(isUsable || action == mnu_close);
     }
+    for (QAction *action : {mnu_operator, mnu_rules, mnu_limits}) {
+        action->setEnabled(isUsable);
+    }
 }
 
-void OpmodeMenus::setStation(bool isChosen, bool isOnline)
+void OpmodeMenus::setStation(bool isChosen, bool isOnline, bool isMaintained)
 {
-    for (QAction *action : {mnu_station_rename, mnu_station_del, mnu_station_online, mnu_konfiguration}) {
+    for (QAction *action :
+         {mnu_station_rename, mnu_station_del, mnu_station_online, mnu_konfiguration, mnu_maintenance}) {
         action->setEnabled(isChosen);
     }
+    mnu_maintenance_end->setEnabled(isChosen && isMaintained);
     mnu_station_online->setChecked(isOnline);
+}
+
+void OpmodeMenus::setWatched(Watched where)
+{
+    const auto disable = [](const QList<QAction *> &actions, bool isDisabled, const QString &why) {
+        for (QAction *action : actions) {
+            action->setEnabled(action->isEnabled() && !isDisabled);
+            action->setToolTip(isDisabled ? why : QString());
+        }
+    };
+    disable({mnu_konfiguration, mnu_rules, mnu_limits}, where != Watched::Here,
+            tr("Done in the program that watches the stations"));
+    disable({mnu_station_add, mnu_station_list, mnu_station_rename, mnu_station_del, mnu_station_online,
+             mnu_station_allonline, mnu_station_alloffline, mnu_maintenance, mnu_maintenance_end},
+            where == Watched::Nowhere, tr("Nobody watches the stations"));
 }
 
 void OpmodeMenus::setRecorded(bool isRecorded)

@@ -23,8 +23,12 @@ public:
 
     /// Where the list of stations cannot be used the window can only be closed.
     void setListUsable(bool isUsable);
-    /// Enables what is about one station, and shows whether that is online.
-    void setStation(bool isChosen, bool isOnline);
+    /// Enables what is about one station, and shows whether that is online; in maintenance it can be taken
+    /// out of it.
+    void setStation(bool isChosen, bool isOnline, bool isMaintained);
+    enum class Watched { Here, Elsewhere, Nowhere };
+    /// Who watches the stations is asked for most of it; what cannot be done here is disabled and says why.
+    void setWatched(Watched where);
     /// What happened can be searched only where it is recorded.
     void setRecorded(bool isRecorded);
     void setTreeOnly(bool treeOnly);
@@ -42,15 +46,21 @@ public:
     QAction *mnu_konfiguration;
     QAction *mnu_export;
     QAction *mnu_retention;
+    QAction *mnu_maintenance;
+    QAction *mnu_maintenance_end;
     QAction *mnu_close;
     QAction *mnu_ansicht_normal;
     QAction *mnu_ansicht_treeview;
     QAction *mnu_stumm;
     QList<QAction *> mnu_stumm_for; ///< one for each AlarmMute::Length
     QAction *mnu_record;
+    QAction *mnu_rules;
+    QAction *mnu_operator;
+    QAction *mnu_limits;
 
 private:
     QMenu *m_stationMenu;
+    QMenu *m_alarmMenu;
     QMenu *m_viewMenu;
     QMenu *m_muteMenu;
 };

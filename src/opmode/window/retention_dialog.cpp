@@ -15,7 +15,6 @@ namespace ktr {
 namespace {
 
 constexpr int mostDays = 36'500;
-constexpr int mostMinutes = 24 * 60;
 constexpr qint64 msPerDay = 86'400'000;
 /// With so many entries in the tree it is worth thinking about how long they stay.
 constexpr std::size_t manyEntries = 1'000'000;
@@ -28,13 +27,15 @@ RetentionDialog::RetentionDialog(OperationalMode &mode, const TextTable &texts, 
     : QDialog(parent),
       m_mode(mode),
       m_askSave(std::move(askSave)),
-      m_silence(new QSpinBox(this)),
       m_figures(new QLabel(this)),
       m_backupState(new QLabel(this)),
       m_backup(new QPushButton(tr("Back up..."), this))
 {
     setObjectName(QStringLiteral("Form_record"));
     setWindowTitle(tr("What is kept"));
+    if (parent != nullptr) { // a window has the locale of no other
+        setLocale(parent->locale());
+    }
     auto *form = new QFormLayout;
     const RetentionRules rules = mode.retention();
     const auto addDays = [&](const QString &name, const QString &caption, int RetentionRules::*days) {
@@ -44,7 +45,8 @@ RetentionDialog::RetentionDialog(OperationalMode &mode, const TextTable &texts, 
         box->setSpecialValueText(tr("for ever"));
         box->setSuffix(tr(" days"));
         box->setValue(rules.*days);
-        box->setEnabled(!mode.recordPath().isEmpty());
+        box->setEnabled(!mode.recordPath().isEmpty() && !mode.isJoined());
+        box->setToolTip(mode.isJoined() ? tr("Done in the program that watches the stations") : QString());
         form->addRow(caption, box);
         m_days.append({box, days});
     };
@@ -55,12 +57,6 @@ RetentionDialog::RetentionDialog(OperationalMode &mode, const TextTable &texts, 
             &RetentionRules::alarms);
     addDays(QStringLiteral("Spin_history"), tr("Archives of the modules:"), &RetentionRules::history);
     addDays(QStringLiteral("Spin_values"), tr("Input values:"), &RetentionRules::values);
-    m_silence->setObjectName(QStringLiteral("Spin_silence"));
-    m_silence->setRange(0, mostMinutes);
-    m_silence->setSpecialValueText(tr("never"));
-    m_silence->setSuffix(tr(" minutes"));
-    m_silence->setValue(mode.longestSilence());
-    form->addRow(tr("A station's silence is an alarm after:"), m_silence);
 
     m_figures->setObjectName(QStringLiteral("lbl_record"));
     m_figures->setWordWrap(true);
@@ -89,8 +85,9 @@ RetentionDialog::RetentionDialog(OperationalMode &mode, const TextTable &texts, 
     all->addStretch();
     all->addWidget(m_backupState);
     all->addLayout(buttons);
-    constexpr QSize comfortable(620, 460);
+    constexpr QSize comfortable(620, 360);
     resize(comfortable);
+    m_days.constFirst().first->setFocus();
     connect(m_backup, &QPushButton::clicked, this, &RetentionDialog::backUp);
     connect(ok, &QPushButton::clicked, this, &RetentionDialog::accept);
     connect(cancel, &QPushButton::clicked, this, &RetentionDialog::reject);
@@ -187,9 +184,6 @@ void RetentionDialog::accept()
     }
     if (rules != m_mode.retention()) {
         m_mode.setRetention(rules);
-    }
-    if (m_silence->value() != m_mode.longestSilence()) {
-        m_mode.setLongestSilence(m_silence->value());
     }
     QDialog::accept();
 }

@@ -57,7 +57,6 @@ private:
     OperationalMode &m_mode;
     AskSave m_askSave;
     QList<std::pair<QSpinBox *, int RetentionRules::*>> m_days;
-    QSpinBox *m_silence;
     QLabel *m_figures;
     QLabel *m_backupState;
     QPushButton *m_backup;

@@ -3,6 +3,7 @@
 #include "link/udp_pair.h"
 #include "look/problem_label.h"
 #include "opmode/window/alarm_look.h"
+#include "opmode/window/alarms/maintenance.h"
 #include "opmode/window/exclusive_card.h"
 #include "opmode/window/quality_bars.h"
 #include "opmode/window/station_mark.h"
@@ -65,7 +66,9 @@ StationPage::StationPage(OperationalMode &mode, const TextTable &texts, QWidget 
     auto *body = new QWidget(scroll);
     auto *column = new QVBoxLayout(body);
     m_exclusiveCard = new ExclusiveCard(mode, texts, body);
-    for (QWidget *card : std::initializer_list<QWidget *>{connectionCard(), signalCard(), m_exclusiveCard}) {
+    m_maintenanceCard = new MaintenanceCard(mode, texts, body);
+    for (QWidget *card : std::initializer_list<QWidget *>{connectionCard(), signalCard(), m_exclusiveCard,
+                                                          m_maintenanceCard}) {
         card->setMaximumWidth(widestCard);
         column->addWidget(card);
     }
@@ -184,6 +187,7 @@ void StationPage::stationChosen()
     m_name->setModified(false);
     m_address->setModified(false);
     m_exclusiveCard->showStation(kennung());
+    m_maintenanceCard->showStation(kennung());
     showNow();
 }
 
@@ -199,8 +203,8 @@ void StationPage::showNow()
     if (shown == nullptr) {
         return;
     }
-    for (QWidget *input :
-         std::initializer_list<QWidget *>{m_name, m_address, Check_pic0_online, m_exclusiveCard}) {
+    for (QWidget *input : std::initializer_list<QWidget *>{m_name, m_address, Check_pic0_online,
+                                                           m_exclusiveCard, m_maintenanceCard}) {
         input->setEnabled(!mode().isUnwatched());
     }
     const QModelIndex node = mode().tree().find(kennung());
@@ -324,6 +328,7 @@ void StationPage::applyTexts()
     m_heardCaption->setText(tr("Last heard"));
     m_signalCard->setTitle(text(Text::SignalQuality));
     m_exclusiveCard->applyTexts();
+    m_maintenanceCard->applyTexts();
     if (!m_nameProblem->text().isEmpty()) {
         storeName();
     }

@@ -13,11 +13,13 @@ class QLineEdit;
 namespace ktr {
 
 class ExclusiveCard;
+class MaintenanceCard;
 class ProblemLabel;
 class QualityBars;
 class StatusMark;
 
-/// The page of a station itself: name, address, connection, signal, exclusive mode with its two rules.
+/// The page of a station itself: name, address, connection, signal, exclusive mode with its two rules,
+/// maintenance.
 class StationPage : public OpmodePage
 {
     Q_OBJECT
@@ -63,6 +65,7 @@ private:
     QLabel *m_quality;
     ProblemLabel *m_puk;
     ExclusiveCard *m_exclusiveCard;
+    MaintenanceCard *m_maintenanceCard;
     QTimer Timer_aktualisieren;
 };
 

@@ -213,16 +213,18 @@ void AlarmListPage::fitColumns()
     constexpr int branches = 24;
     const int moment = widthOf(shownMoment(sampleMoment));
     using Model = AlarmListModel;
-    const int samples[] = {
-        std::max(widthOf(AlarmCells::priority(2)), widthOf(AlarmCells::header(0)) + sortMark) + branches,
-        widthOf(QString(18, u'n')),
-        widthOf(QString(13, u'n')),
-        widthOf(text(Text::NotAcknowledged)) + 24,
-        moment,
-        moment,
-        widthOf(QStringLiteral("×1.000")) + sortMark,
-        widthOf(QStringLiteral("+49170123456789")),
-        widthOf(QString(14, u'n'))};
+    int samples[] = {std::max(widthOf(AlarmCells::priority(2)), widthOf(AlarmCells::header(0)) + sortMark) +
+                         branches,
+                     widthOf(QString(18, u'n')),
+                     widthOf(QString(13, u'n')),
+                     widthOf(text(Text::NotAcknowledged)) + 24,
+                     moment,
+                     moment,
+                     widthOf(QStringLiteral("×1.000")) + sortMark,
+                     widthOf(QStringLiteral("+49170123456789")),
+                     widthOf(QString(14, u'n'))};
+    // What it is about is to be read without scrolling.
+    samples[Model::Text] = std::max(samples[Model::Text], m_list->viewport()->width() * 3 / 10);
     int sum = 0;
     for (int column = 0; column < Model::columns; ++column) {
         m_list->setColumnWidth(column, samples[column]);

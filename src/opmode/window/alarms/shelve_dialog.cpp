@@ -74,6 +74,8 @@ ShelveDialog::ShelveDialog(const TextTable &texts, qint64 now, int alarms, int s
     connect(m_why, &QLineEdit::textChanged, this, &ShelveDialog::refresh);
     refresh();
     m_why->setFocus();
+    constexpr int comfortable = 460;
+    resize(comfortable, sizeHint().height());
 }
 
 void ShelveDialog::refresh()
