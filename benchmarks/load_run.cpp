@@ -242,11 +242,12 @@ public:
     void look()
     {
         constexpr qint64 cache = qint64{32} << 20;
+        constexpr double ofAPage = 4368.0 / 4096.0; // what the library asks for to hold one
         qint64 pages = 0;
         if (!m_record.path().isEmpty() && !m_record.size(pages)) {
             giveUp("the record's size");
         }
-        most = std::max(most, residentMemory() - double(std::min(pages, cache)));
+        most = std::max(most, residentMemory() - std::min(double(pages) * ofAPage, double(cache)));
         warm = warm > 0 ? warm : most;
     }
     double growth() const { return (most - warm) / warm * 100; }
