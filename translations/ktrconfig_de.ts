@@ -1843,10 +1843,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Ton</translation>
     </message>
     <message>
-        <source>Over with, in its place</source>
-        <translation>Vorbei mit, an seiner Stelle</translation>
-    </message>
-    <message>
         <source>What stands somewhere in the text</source>
         <translation>Was irgendwo im Text steht</translation>
     </message>
@@ -1881,6 +1877,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>no</source>
         <translation>nein</translation>
+    </message>
+    <message>
+        <source>In its place when over</source>
+        <translation>Stattdessen, wenn vorbei</translation>
     </message>
 </context>
 <context>
@@ -3267,10 +3267,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Der Name, der zu dem festgehalten wird, was quittiert und geändert wird. Klicken zum Schichtwechsel.</translation>
     </message>
     <message>
-        <source>Who is on duty? The name is kept with what is acknowledged and changed.</source>
-        <translation>Wer hat Dienst? Der Name wird zu dem festgehalten, was quittiert und geändert wird.</translation>
-    </message>
-    <message>
         <source>Operator</source>
         <translation>Bediener</translation>
     </message>
@@ -3285,6 +3281,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Alarms can be acknowledged all the same; nobody&apos;s name is kept with it</source>
         <translation>Alarme lassen sich trotzdem quittieren; es wird kein Name festgehalten</translation>
+    </message>
+    <message>
+        <source>Who is on duty?</source>
+        <translation>Wer hat Dienst?</translation>
+    </message>
+    <message>
+        <source>The name is kept with what is acknowledged and changed from now on</source>
+        <translation>Der Name wird zu dem festgehalten, was von nun an quittiert und geändert wird</translation>
     </message>
 </context>
 <context>

@@ -78,7 +78,11 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     connect(&m_mode, &OperationalMode::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_mode, &OperationalMode::recovered, m_messages, &MessageLine::pin);
     connect(&m_mode, &OperationalMode::unkeptChangesChanged, this, &Form_betriebsmodus::showUnkept);
-    connect(&m_mode, &OperationalMode::keeperChanged, this, &Form_betriebsmodus::showKeeper);
+    connect(&m_mode, &OperationalMode::keeperChanged, this, [this] {
+        showKeeper();
+        m_menus->setListUsable(m_mode.hindrance() == OperationalMode::Hindrance::None);
+        enableActions();
+    });
     connect(&m_mode, &OperationalMode::joinedAgain, this, &Form_betriebsmodus::showHindrance);
     connect(&m_mode, &OperationalMode::happened, this, &Form_betriebsmodus::tellLiveness);
     connect(&m_mode, &OperationalMode::stationChanged, this, [this](const QString &kennung) {

@@ -20,7 +20,7 @@ namespace ktr {
 namespace {
 
 constexpr int longestName = 60;
-constexpr int lettersInField = 24;
+constexpr int lettersInField = 32;
 
 } // namespace
 
@@ -35,11 +35,11 @@ OperatorBar::OperatorBar(OperationalMode &mode, QWidget *parent)
 {
     setObjectName(QStringLiteral("OperatorBar"));
     m_question->setObjectName(QStringLiteral("lbl_operator"));
-    m_question->setWordWrap(true);
     m_question->setBuddy(m_name);
     m_name->setObjectName(QStringLiteral("Text_operator"));
     m_name->setMaxLength(longestName);
     m_name->setMinimumWidth(lettersInField * fontMetrics().averageCharWidth());
+    m_name->setMaximumWidth(2 * m_name->minimumWidth());
     m_take->setObjectName(QStringLiteral("Cmd_operator_take"));
     m_nobody->setObjectName(QStringLiteral("Cmd_operator_nobody"));
     m_button->setObjectName(QStringLiteral("Cmd_operator"));
@@ -47,12 +47,13 @@ OperatorBar::OperatorBar(OperationalMode &mode, QWidget *parent)
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(12, 6, 10, 6);
     row->setSpacing(8);
-    row->addWidget(m_question, 1);
+    row->addWidget(m_question);
     row->addWidget(m_name);
     for (QPushButton *button : {m_take, m_nobody}) {
         button->setAutoDefault(false);
         row->addWidget(button);
     }
+    row->addStretch();
     connect(m_name, &QLineEdit::textChanged, this,
             [this](const QString &name) { m_take->setEnabled(!name.trimmed().isEmpty()); });
     connect(m_name, &QLineEdit::returnPressed, m_take, &QPushButton::click);
@@ -112,7 +113,9 @@ void OperatorBar::showName()
 
 void OperatorBar::applyTexts()
 {
-    m_question->setText(tr("Who is on duty? The name is kept with what is acknowledged and changed."));
+    m_question->setText(tr("Who is on duty?"));
+    m_name->setToolTip(tr("The name is kept with what is acknowledged and changed from now on"));
+    m_question->setToolTip(m_name->toolTip());
     m_name->setAccessibleName(tr("Operator"));
     m_take->setText(tr("Take this name"));
     m_nobody->setText(tr("Without a name"));

@@ -556,13 +556,20 @@ private Q_SLOTS:
             QVERIFY(viewer.isJoined() && joined->isVisible() && !watch->isVisible());
             const auto *online = second.findChild<QWidget *>("Check_pic0_online");
             QVERIFY(online != nullptr && online->isEnabled());
+            const auto isOffered = [&second](const char *action) {
+                const auto *found = second.findChild<QAction *>(action);
+                return found->isEnabled() && !found->toolTip().startsWith("Done in");
+            };
+            QVERIFY(!isOffered("mnu_rules") && isOffered("mnu_maintenance") && isOffered("mnu_station_add"));
             QVERIFY(second.windowTitle().contains(QSysInfo::machineHostName()));
             QVERIFY(m_window->close());
             cleanupWindow();
             m_timers.advance(ListFollower::period);
             QVERIFY(!second.windowTitle().contains(QSysInfo::machineHostName()) && !online->isEnabled());
+            QVERIFY(!isOffered("mnu_maintenance") && !isOffered("mnu_station_add"));
             press(joined, "Cmd_list_watch");
             QVERIFY(!viewer.isJoined() && !joined->isVisible() && online->isEnabled());
+            QVERIFY(isOffered("mnu_rules") && isOffered("mnu_maintenance") && isOffered("mnu_station_add"));
             QVERIFY(second.close());
         }
         FileLock other;

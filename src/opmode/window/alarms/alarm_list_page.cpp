@@ -224,14 +224,16 @@ void AlarmListPage::fitColumns()
                      widthOf(QStringLiteral("+49170123456789")),
                      widthOf(QString(14, u'n'))};
     // What it is about is to be read without scrolling.
-    samples[Model::Text] = std::max(samples[Model::Text], m_list->viewport()->width() * 3 / 10);
+    const int room = m_list->viewport()->width();
+    samples[Model::Text] = std::max(samples[Model::Text], room * 3 / 10);
+    samples[Model::Station] = std::max(samples[Model::Station], room / 8);
     int sum = 0;
     for (int column = 0; column < Model::columns; ++column) {
         m_list->setColumnWidth(column, samples[column]);
         sum += samples[column];
     }
     // What is left goes to what is longest.
-    if (const int rest = m_list->viewport()->width() - sum; rest > 0) {
+    if (const int rest = room - sum; rest > 0) {
         m_list->setColumnWidth(Model::Text, samples[Model::Text] + rest / 2);
         m_list->setColumnWidth(Model::State, samples[Model::State] + rest / 4);
         m_list->setColumnWidth(Model::Comment, samples[Model::Comment] + rest - rest / 2 - rest / 4);

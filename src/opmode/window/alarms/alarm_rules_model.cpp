@@ -109,7 +109,7 @@ QVariant AlarmRulesModel::headerData(int section, Qt::Orientation orientation, i
     }
     const std::array captions = {tr("Text contains"), tr("Upper/lower case"),
                                  tr("Alarm"),         tr("Priority"),
-                                 tr("Sound"),         tr("Over with, in its place")};
+                                 tr("Sound"),         tr("In its place when over")};
     const std::array tips = {
         tr("What stands somewhere in the text"),
         tr("Whether \"FAIL\" is another text than \"fail\""),
