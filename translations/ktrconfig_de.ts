@@ -1748,10 +1748,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Alarmregeln</translation>
     </message>
     <message>
-        <source>What a station sends is looked for in the rules from the top; the first one that fits says what it is. What fits none is no alarm.</source>
-        <translation>Was eine Station sendet, wird von oben an mit den Regeln verglichen; die erste, die passt, sagt, was es ist. Was zu keiner passt, ist kein Alarm.</translation>
-    </message>
-    <message>
         <source>What a station could send, for example: Pump 1 fail</source>
         <translation>Was eine Station senden könnte, zum Beispiel: Pumpe 1 fail</translation>
     </message>
@@ -1806,6 +1802,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>In the tree it is red all the same, as every text with &quot;fail&quot;.</source>
         <translation>Im Baum ist er trotzdem rot wie jeder Text mit „fail“.</translation>
+    </message>
+    <message>
+        <source>What a station sends is looked for in the rules from the top; the first one that fits says what it is. What fits none is no alarm. Changes hold for what comes from then on.</source>
+        <translation>Was eine Station sendet, wird von oben an mit den Regeln verglichen; die erste, die passt, sagt, was es ist. Was zu keiner passt, ist kein Alarm. Änderungen gelten für das, was danach kommt.</translation>
     </message>
 </context>
 <context>
@@ -2528,10 +2528,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Auch die Aufzeichnung kann nicht geschrieben werden: Was sich in diesem Lauf geändert hat, ist dann verloren.</translation>
     </message>
     <message>
-        <source>Alarms are muted until %1</source>
-        <translation>Alarme sind stumm bis %1</translation>
-    </message>
-    <message>
         <source>Since %1 no alarm arrives. What is shown is how it was then.</source>
         <translation>Seit %1 kommt kein Alarm mehr an. Zu sehen ist, wie es da war.</translation>
     </message>
@@ -2562,6 +2558,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The station &quot;%1&quot; is deleted where the stations are watched</source>
         <translation>Die Station „%1“ wird dort gelöscht, wo die Stationen überwacht werden</translation>
+    </message>
+    <message>
+        <source>Muted until %1</source>
+        <translation>Stumm bis %1</translation>
     </message>
 </context>
 <context>
@@ -3263,10 +3263,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Zu dem, was quittiert und geändert wird, wird kein Name festgehalten. Klicken, um einen anzugeben.</translation>
     </message>
     <message>
-        <source>The name that is kept with what is acknowledged and changed. Click for the next shift.</source>
-        <translation>Der Name, der zu dem festgehalten wird, was quittiert und geändert wird. Klicken zum Schichtwechsel.</translation>
-    </message>
-    <message>
         <source>Operator</source>
         <translation>Bediener</translation>
     </message>
@@ -3289,6 +3285,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The name is kept with what is acknowledged and changed from now on</source>
         <translation>Der Name wird zu dem festgehalten, was von nun an quittiert und geändert wird</translation>
+    </message>
+    <message>
+        <source>%1: the name that is kept with what is acknowledged and changed. Click for the next shift.</source>
+        <translation>%1: der Name, der zu dem festgehalten wird, was quittiert und geändert wird. Klicken zum Schichtwechsel.</translation>
     </message>
 </context>
 <context>

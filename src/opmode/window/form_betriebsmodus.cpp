@@ -285,7 +285,7 @@ void Form_betriebsmodus::showMute()
     m_menus->mnu_stumm_for[static_cast<int>(m_mute.length())]->setChecked(true);
     m_muted->setVisible(isMuted);
     m_muted->setText(
-        tr("Alarms are muted until %1").arg(m_mute.until().toLocalTime().toString(QStringLiteral("HH:mm"))));
+        tr("Muted until %1").arg(m_mute.until().toLocalTime().toString(QStringLiteral("HH:mm"))));
 }
 
 void Form_betriebsmodus::goTo(const QString &kennung, const QModelIndex &entry)

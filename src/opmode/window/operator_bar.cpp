@@ -1,6 +1,5 @@
 #include "opmode/window/operator_bar.h"
 
-#include "look/outside_texts.h"
 #include "look/palettes.h"
 #include "opmode/operational_mode.h"
 #include "platform/environment.h"
@@ -21,6 +20,7 @@ namespace {
 
 constexpr int longestName = 60;
 constexpr int lettersInField = 32;
+constexpr int lettersInStatusBar = 24;
 
 } // namespace
 
@@ -80,7 +80,8 @@ void OperatorBar::ask()
     m_take->setEnabled(!m_name->text().trimmed().isEmpty());
     show();
     m_name->setFocus();
-    m_name->selectAll();
+    const int length = static_cast<int>(m_name->text().size());
+    m_name->setSelection(length, -length); // of a long name its beginning is seen
 }
 
 void OperatorBar::take(const QString &name)
@@ -99,11 +100,15 @@ void OperatorBar::close()
 void OperatorBar::showName()
 {
     const QString name = m_mode.operatorName();
-    m_button->setText(name.isEmpty() ? tr("No operator") : tr("Operator: %1").arg(shortenedLine(name)));
+    const QFontMetrics metrics = m_button->fontMetrics();
+    const QString shown =
+        metrics.elidedText(name, Qt::ElideRight, lettersInStatusBar * metrics.averageCharWidth());
+    m_button->setText(name.isEmpty() ? tr("No operator") : tr("Operator: %1").arg(shown));
     m_button->setToolTip(name.isEmpty() ? tr("Nobody's name is kept with what is acknowledged and changed. "
                                              "Click to give one.")
-                                        : tr("The name that is kept with what is acknowledged and changed. "
-                                             "Click for the next shift."));
+                                        : tr("%1: the name that is kept with what is acknowledged and "
+                                             "changed. Click for the next shift.")
+                                              .arg(name));
     QPalette colours;
     if (name.isEmpty()) {
         colours.setColor(QPalette::ButtonText, doubtText(palette()));

@@ -63,7 +63,8 @@ AlarmRulesDialog::AlarmRulesDialog(OperationalMode &mode, const TextTable &texts
     setWindowTitle(tr("Alarm rules"));
     auto *hint =
         new QLabel(tr("What a station sends is looked for in the rules from the top; the first one that "
-                      "fits says what it is. What fits none is no alarm."),
+                      "fits says what it is. What fits none is no alarm. Changes hold for what comes from "
+                      "then on."),
                    this);
     hint->setWordWrap(true);
     setUpTable();
