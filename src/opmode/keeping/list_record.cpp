@@ -13,11 +13,36 @@ namespace ktr {
 
 namespace {
 
-/// The module's clock shows wall time.
-qint64 momentOf(const QString &stamp)
+/// The moments of "DD.MM.YYYY HH:MM", wall time as the module's clock shows it. A report has several records
+/// of an hour, which is looked up once. The texts must outlive it.
+class Moments
 {
-    return QDateTime::fromString(stamp, QStringLiteral("dd.MM.yyyy HH:mm")).toMSecsSinceEpoch();
-}
+public:
+    qint64 of(QStringView stamp)
+    {
+        constexpr qint64 aMinute = 60'000;
+        if (stamp.first(13) != m_hour) {
+            m_hour = stamp.first(13);
+            m_begin = QDateTime(QDate(number(stamp, 6, 4), number(stamp, 3, 2), number(stamp, 0, 2)),
+                                QTime(number(stamp, 11, 2), 0))
+                          .toMSecsSinceEpoch();
+        }
+        return m_begin + number(stamp, 14, 2) * aMinute;
+    }
+
+private:
+    static int number(QStringView stamp, qsizetype at, qsizetype digits)
+    {
+        int number = 0;
+        for (const QChar digit : stamp.sliced(at, digits)) {
+            number = 10 * number + digit.digitValue();
+        }
+        return number;
+    }
+
+    QStringView m_hour;
+    qint64 m_begin = 0;
+};
 
 } // namespace
 
@@ -119,8 +144,9 @@ void ListRecord::addContent(const QString &kennung, qint64 at, const StationMess
                               }
                           },
                           [&](const HistoryMessage &report) {
+                              Moments moments;
                               for (const HistoryMessage::Record &record : report.records) {
-                                  m_writer->add(HistoryRow{station, record.archive, momentOf(record.stamp),
+                                  m_writer->add(HistoryRow{station, record.archive, moments.of(record.stamp),
                                                            record.input, record.value});
                               }
                           },
