@@ -143,19 +143,6 @@ qint64 AlarmBook::begin(AlarmKind kind, qint64 station, const QString &text, qin
     return add(std::move(alarm));
 }
 
-void AlarmBook::end(AlarmKind kind, qint64 station, qint64 at)
-{
-    QList<qint64> over;
-    for (const auto &[id, alarm] : m_standing) {
-        if (alarm.kind == kind && alarm.station == station && alarm.over == 0) {
-            over += id;
-        }
-    }
-    for (const qint64 id : over) {
-        finish(id, at, {});
-    }
-}
-
 qint64 AlarmBook::add(AlarmRow alarm)
 {
     alarm.id = m_nextId();

@@ -53,8 +53,7 @@ public:
     /// station counts on in an alarm that is not acknowledged yet. Gives the alarm's number.
     qint64 begin(AlarmKind kind, qint64 station, const QString &text, qint64 at,
                  AlarmPriority priority = AlarmPriority::Medium);
-    void end(AlarmKind kind, qint64 station, qint64 at);
-    /// The same for one alarm; nothing is done when it is over or stands no longer.
+    /// Nothing is done when it is over or stands no longer.
     void end(qint64 alarm, qint64 at, const QString &why = {}) { finish(alarm, at, why); }
 
     /// Not done for those that are no more, or acknowledged already.
