@@ -67,7 +67,10 @@ void BackgroundWork::setRetention(const Retention &retention)
 bool BackgroundWork::step(RecordDatabase &database, Status &status)
 {
     bool hasMore = false;
-    bool isDone = database.begin() && indexTexts(database, hasMore);
+    bool isDone = database.begin() && sortKinds(database, hasMore);
+    if (isDone && !hasMore) {
+        isDone = indexTexts(database, hasMore);
+    }
     std::deque<Table> thinning = m_thinning;
     if (isDone && !hasMore && !thinning.empty()) {
         bool tableHasMore = false;
@@ -119,6 +122,29 @@ bool BackgroundWork::indexTexts(RecordDatabase &database, bool &hasMore)
                       {QString::number(end)}) != nullptr;
 }
 
+bool BackgroundWork::sortKinds(RecordDatabase &database, bool &hasMore)
+{
+    QList<QVariantList> numbers;
+    if (!rowsOf(database, u"SELECT coalesce("_s + sortedUpto + u", 0), coalesce(max(id), 0) FROM event"_s, {},
+                numbers, 2)) {
+        return false;
+    }
+    const qint64 begin = numbers[0][0].toLongLong();
+    const qint64 last = numbers[0][1].toLongLong();
+    const qint64 end = std::min(begin + eventsOfAStep, last);
+    if (begin >= last) {
+        return true;
+    }
+    hasMore = end < last;
+    const QString rows = u", at, id, station FROM event WHERE id > ? AND id <= ?"_s;
+    return carriedOut(database,
+                      u"INSERT OR IGNORE INTO event_kind(kind, at, id, station) SELECT kind"_s + rows +
+                          u" UNION ALL SELECT 0"_s + rows + u" AND alarm IS NOT NULL"_s,
+                      {begin, end, begin, end}) != nullptr &&
+           carriedOut(database, u"INSERT OR REPLACE INTO setting(name, value) VALUES('sorted', ?)"_s,
+                      {QString::number(end)}) != nullptr;
+}
+
 bool BackgroundWork::thinOut(RecordDatabase &database, Table &table, bool &hasMore)
 {
     return table.name == u"event"   ? thinEvents(database, table, hasMore)
@@ -126,6 +152,7 @@ bool BackgroundWork::thinOut(RecordDatabase &database, Table &table, bool &hasMo
                                     : thinChannels(database, table, hasMore);
 }
 
+/// By the order of its kind, which is whole by then.
 bool BackgroundWork::thinEvents(RecordDatabase &database, Table &table, bool &hasMore)
 {
     if (table.at.isEmpty()) {
@@ -133,26 +160,30 @@ bool BackgroundWork::thinEvents(RecordDatabase &database, Table &table, bool &ha
     }
     // Events that a list file does not hold yet are needed to bring it up to date.
     QList<QVariantList> rows;
-    if (!rowsOf(database,
-                u"SELECT at, id, kind, text, id <= coalesce("_s + searchableUpto +
-                    u", 0), id <= coalesce((SELECT upto FROM list_file ORDER BY id DESC LIMIT 1), 0) AND"
-                    " NOT EXISTS (SELECT 1 FROM alarm WHERE alarm.id = event.alarm AND"
-                    " (acknowledged IS NULL OR over IS NULL)) FROM event"
-                    " WHERE (at, id) > (?, ?) AND at < ? ORDER BY at, id LIMIT ?"_s,
-                table.at + QVariantList{table.before, rowsOfAStep}, rows, 6)) {
+    if (!rowsOf(
+            database,
+            u"SELECT event.at, event.id, text, event.id <= coalesce("_s + searchableUpto +
+                u", 0), event.id <= coalesce((SELECT upto FROM list_file ORDER BY id DESC LIMIT 1), 0) AND"
+                " NOT EXISTS (SELECT 1 FROM alarm WHERE alarm.id = event.alarm AND"
+                " (acknowledged IS NULL OR over IS NULL)) FROM event_kind CROSS JOIN event USING(id)"
+                " WHERE event_kind.kind = ? AND (event_kind.at, event_kind.id) > (?, ?)"
+                " AND event_kind.at < ? ORDER BY event_kind.at, event_kind.id LIMIT ?"_s,
+            QVariantList{table.kind} + table.at + QVariantList{table.before, rowsOfAStep}, rows, 5)) {
         return false;
     }
     hasMore = rows.size() == rowsOfAStep;
     for (const QVariantList &row : rows) {
-        if (row[2].toInt() != table.kind || !row[5].toBool()) {
+        if (!row[4].toBool()) {
             continue;
         }
-        if (row[4].toBool() && searchableKinds().contains(static_cast<EventKind>(table.kind)) &&
+        if (row[3].toBool() && searchableKinds().contains(static_cast<EventKind>(table.kind)) &&
             carriedOut(database, u"INSERT INTO event_text(event_text, rowid, text) VALUES('delete', ?, ?)"_s,
-                       {row[1], row[3]}) == nullptr) {
+                       {row[1], row[2]}) == nullptr) {
             return false;
         }
-        if (carriedOut(database, u"DELETE FROM event WHERE id = ?"_s, {row[1]}) == nullptr) {
+        if (carriedOut(database, u"DELETE FROM event WHERE id = ?"_s, {row[1]}) == nullptr ||
+            carriedOut(database, u"DELETE FROM event_kind WHERE kind IN (0, ?) AND at = ? AND id = ?"_s,
+                       {table.kind, row[0], row[1]}) == nullptr) {
             return false;
         }
     }

@@ -17,8 +17,8 @@ struct Retention
     QList<std::pair<EventKind, qint64>> events{}; ///< of these kinds and before these times
 };
 
-/// The work on a record that has time: its index of texts, and thinning it out. Done step by step, each a
-/// commit of a few milliseconds, between which rows are written.
+/// The work on a record that has time: its index of texts, the order of its kinds, and thinning it out. Done
+/// step by step, each a commit of a few milliseconds, between which rows are written.
 class BackgroundWork
 {
 public:
@@ -39,6 +39,7 @@ private:
     };
 
     bool indexTexts(RecordDatabase &database, bool &hasMore);
+    bool sortKinds(RecordDatabase &database, bool &hasMore);
     bool thinOut(RecordDatabase &database, Table &table, bool &hasMore);
     bool thinEvents(RecordDatabase &database, Table &table, bool &hasMore);
     bool thinAlarms(RecordDatabase &database, Table &table, bool &hasMore);

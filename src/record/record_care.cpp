@@ -80,7 +80,7 @@ RecordCheck checkRecord(const QString &path)
         return result;
     }
     QStringList tables;
-    each(u"SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'event_text%'"
+    each(u"SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'event\\_%' ESCAPE '\\'"
          " AND name NOT LIKE 'sqlite%' ORDER BY name"_s,
          [&](const QSqlQuery &row) { tables += row.value(0).toString(); });
     for (const QString &table : tables) {

@@ -1,15 +1,10 @@
 #include "record/record_reader.h"
 
+#include "record/read_rows.h"
 #include "record/record_sql.h"
 #include "record/schema.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QJsonArray>
-#include <QJsonDocument>
-
-#include <algorithm>
-#include <limits>
 
 namespace ktr {
 
@@ -19,120 +14,6 @@ using namespace Qt::StringLiterals;
 
 constexpr qint64 anHour = 3'600'000;
 constexpr qint64 aDay = 24 * anHour;
-constexpr qint64 farthestTime = std::numeric_limits<qint64>::max();
-// What has no index is searched in parts of so many events, and so many milliseconds at a time.
-constexpr qint64 numbersOfAPart = 20'000;
-constexpr qint64 longestSearch = 60;
-constexpr qsizetype fewStations = 200;
-
-const QString eventColumns = u"id, at, station, kind, event.text, detail, operator, alarm"_s;
-const QString alarmColumns =
-    u"id, station, kind, text, priority, first, last, count, recipients, acknowledged,"
-    " acknowledged_by, comment, over, over_why, shelved_until, shelved_by, shelved_why"_s;
-
-EventRow eventOf(const QSqlQuery &query)
-{
-    return {query.value(0).toLongLong(), query.value(1).toLongLong(),
-            query.value(2).toLongLong(), static_cast<EventKind>(query.value(3).toInt()),
-            query.value(4).toString(),   query.value(5).toString(),
-            query.value(6).toString(),   query.value(7).toLongLong()};
-}
-
-AlarmRow alarmOf(const QSqlQuery &query)
-{
-    AlarmRow row;
-    row.id = query.value(0).toLongLong();
-    row.station = query.value(1).toLongLong();
-    row.kind = static_cast<AlarmKind>(query.value(2).toInt());
-    row.text = query.value(3).toString();
-    row.priority = query.value(4).toInt();
-    row.first = query.value(5).toLongLong();
-    row.last = query.value(6).toLongLong();
-    row.count = query.value(7).toLongLong();
-    for (const auto &name : QJsonDocument::fromJson(query.value(8).toString().toUtf8()).array()) {
-        row.recipients += name.toString();
-    }
-    row.acknowledged = query.value(9).toLongLong();
-    row.acknowledgedBy = query.value(10).toString();
-    row.comment = query.value(11).toString();
-    row.over = query.value(12).toLongLong();
-    row.overWhy = query.value(13).toString();
-    row.shelvedUntil = query.value(14).toLongLong();
-    row.shelvedBy = query.value(15).toString();
-    row.shelvedWhy = query.value(16).toString();
-    return row;
-}
-
-/// The conditions of a statement and what is bound in them.
-struct Conditions
-{
-    QStringList texts;
-    QVariantList values{};
-
-    void add(const QString &condition, const QVariantList &bound)
-    {
-        texts += condition;
-        values += bound;
-    }
-    QString all() const { return texts.isEmpty() ? u"1"_s : texts.join(u" AND "_s); }
-};
-
-/// Numbers of which there may be many are bound as one value, so that the statement is always the same.
-const QString anArray = u"(SELECT value FROM json_each(?))"_s;
-
-QString arrayOf(const QList<qint64> &numbers)
-{
-    return u'[' + listOf(numbers).mid(1).chopped(1) + u']';
-}
-
-/// The pattern of LIKE for a text that is contained.
-QString containing(QString text)
-{
-    text.replace(u'\\', u"\\\\"_s).replace(u'%', u"\\%"_s).replace(u'_', u"\\_"_s);
-    return u'%' + text + u'%';
-}
-
-/// All but the stations.
-Conditions conditionsOf(const EventFilter &filter)
-{
-    Conditions where;
-    if (filter.from != 0) {
-        where.add(u"at >= ?"_s, {filter.from});
-    }
-    if (filter.to != 0) {
-        where.add(u"at < ?"_s, {filter.to});
-    }
-    if (!filter.kinds.isEmpty()) {
-        where.add(u"kind IN "_s + listOf(filter.kinds), {});
-    }
-    if (!filter.operatorName.isEmpty()) {
-        where.add(u"operator = ?"_s, {filter.operatorName});
-    }
-    if (filter.ofAlarms) {
-        where.add(u"alarm IS NOT NULL"_s, {});
-    }
-    if (!filter.text.isEmpty()) {
-        where.add(u"kind IN "_s + listOf(searchableKinds()), {});
-        where.add(u"event.text LIKE ? ESCAPE '\\'"_s, {containing(filter.text)});
-    }
-    return where;
-}
-
-/// All parts of three characters, which the index knows. Empty: the text is too short for it.
-QStringList trigramsOf(const QString &text)
-{
-    constexpr qsizetype enough = 64;
-    const QList<uint> characters = text.toUcs4();
-    QStringList parts;
-    for (qsizetype i = 0; i + 3 <= characters.size() && parts.size() < enough; ++i) {
-        const QList<uint> three = characters.mid(i, 3);
-        if (!three.contains(0)) {
-            parts += QString::fromUcs4(reinterpret_cast<const char32_t *>(three.constData()), three.size());
-        }
-    }
-    parts.removeDuplicates();
-    return parts;
-}
 
 } // namespace
 
@@ -212,7 +93,7 @@ Status RecordReader::eventsAfter(qint64 id, const std::function<bool(const Event
 Status RecordReader::notifications(const std::function<void(const NotificationRow &)> &take)
 {
     return each(u"SELECT station, entry, first, last, count, raised, acknowledged, listed FROM notification"
-                " ORDER BY station, entry"_s,
+                " WHERE listed = 1 ORDER BY station, entry"_s,
                 {}, [&](const QSqlQuery &row) {
                     take({row.value(0).toLongLong(), row.value(1).toString(), row.value(2).toLongLong(),
                           row.value(3).toLongLong(), row.value(4).toLongLong(), row.value(5).toLongLong(),
@@ -250,18 +131,43 @@ Status RecordReader::lastAlarmChange(qint64 &change)
     });
 }
 
+Status RecordReader::sortedEvents(std::optional<qint64> &upto)
+{
+    constexpr qint64 mostUnsorted = 5'000; // that are gone through each time
+    upto.reset();
+    return each(u"SELECT coalesce(max(id), 0), coalesce("_s + sortedUpto + u", 0) FROM event"_s, {},
+                [&](const QSqlQuery &row) {
+                    if (row.value(0).toLongLong() - row.value(1).toLongLong() <= mostUnsorted) {
+                        upto = row.value(1).toLongLong();
+                    }
+                    return true;
+                });
+}
+
 Status RecordReader::statesOfRun(const QList<EventKind> &kinds,
                                  const std::function<void(const EventRow &)> &take)
 {
-    const QString rare = u" FROM event INDEXED BY event_rare WHERE kind >= 10 AND "_s;
-    return each(
-        u"SELECT "_s + eventColumns + u" FROM event WHERE id IN (SELECT max(id)"_s + rare + u"kind IN "_s +
-            listOf(kinds) + u" AND id > (SELECT coalesce(max(id), 0)"_s + rare +
-            u"kind = %1) GROUP BY station, kind) ORDER BY id"_s.arg(static_cast<int>(EventKind::Started)),
-        {}, [&](const QSqlQuery &row) {
-            take(eventOf(row));
-            return true;
-        });
+    std::optional<qint64> sorted;
+    if (Status read = sortedEvents(sorted); !read) {
+        return read;
+    }
+    const auto rowsOf = [&sorted](const QString &some) -> QString {
+        const QString upto = u"coalesce("_s + sortedUpto + u", 0)"_s;
+        const QString columns = u"SELECT id, station, kind FROM "_s;
+        const QString wanted = u" kind IN "_s + some;
+        return sorted ? QString(u'(' + columns + u"event_kind WHERE id <= "_s + upto + u" AND"_s + wanted +
+                                u" UNION ALL "_s + columns + u"event NOT INDEXED WHERE id > "_s + upto +
+                                u" AND"_s + wanted + u')')
+                      : QString(u'(' + columns + u"event INDEXED BY event_rare WHERE kind >= 10 AND"_s +
+                                wanted + u')');
+    };
+    return each(u"SELECT "_s + eventColumns + u" FROM event WHERE id IN (SELECT max(id) FROM "_s +
+                    rowsOf(listOf(kinds)) + u" WHERE id > (SELECT coalesce(max(id), 0) FROM "_s +
+                    rowsOf(listOf(QList{EventKind::Started})) + u") GROUP BY station, kind) ORDER BY id"_s,
+                {}, [&](const QSqlQuery &row) {
+                    take(eventOf(row));
+                    return true;
+                });
 }
 
 Status RecordReader::beginSnapshot()
@@ -312,233 +218,6 @@ Status RecordReader::answerOf(qint64 request, std::optional<QString> &result)
                     result = row.value(0).toString();
                     return true;
                 });
-}
-
-EventPage RecordReader::findEvents(const EventFilter &filter, const std::optional<RecordKey> &after,
-                                   int limit)
-{
-    return filter.text.isEmpty() ? eventsByTime(filter, after, limit) : eventsByText(filter, after, limit);
-}
-
-EventPage RecordReader::eventsByTime(const EventFilter &filter, const std::optional<RecordKey> &after,
-                                     int limit)
-{
-    EventPage page;
-    Conditions where = conditionsOf(filter);
-    if (after) {
-        where.add(u"(at, id) < (?, ?)"_s, {after->at, after->id});
-    }
-    // The rows of each station are in order by themselves; of many stations most of all rows are wanted
-    // anyway.
-    const bool isMerged = !filter.stations.isEmpty() && filter.stations.size() <= fewStations;
-    if (!filter.stations.isEmpty() && !isMerged) {
-        where.add(u"station IN "_s + anArray, {arrayOf(filter.stations)});
-    }
-    if (!filter.kinds.isEmpty() &&
-        std::ranges::all_of(filter.kinds, [](EventKind kind) { return kind >= EventKind::Alive; })) {
-        where.add(u"kind >= 10"_s, {}); // the condition of the index
-    }
-    const QString order = u" ORDER BY at DESC, id DESC LIMIT ?"_s;
-    const auto takeRow = [&](const QSqlQuery &row) {
-        page.rows += eventOf(row);
-        return true;
-    };
-    if (!isMerged) {
-        page.status = each(u"SELECT "_s + eventColumns + u" FROM event WHERE "_s + where.all() + order,
-                           where.values + QVariantList{limit}, takeRow);
-    } else {
-        // First where they stand, which the index tells alone.
-        QList<std::pair<qint64, qint64>> keys;
-        for (const qint64 station : filter.stations) {
-            page.status =
-                each(u"SELECT at, id FROM event WHERE "_s + where.all() + u" AND station = ?"_s + order,
-                     where.values + QVariantList{station, limit}, [&](const QSqlQuery &row) {
-                         keys.append({row.value(0).toLongLong(), row.value(1).toLongLong()});
-                         return true;
-                     });
-            if (!page.status) {
-                return page;
-            }
-        }
-        std::ranges::sort(keys, std::greater());
-        QList<qint64> ids;
-        for (const auto &[at, id] : keys.mid(0, limit)) {
-            ids += id;
-        }
-        page.status = each(u"SELECT "_s + eventColumns + u" FROM event WHERE id IN "_s + anArray + order,
-                           {arrayOf(ids), limit}, takeRow);
-    }
-    if (page.rows.size() == limit) {
-        page.next = RecordKey{page.rows.last().at, page.rows.last().id};
-    }
-    return page;
-}
-
-/// What the index is asked for: those of a text's parts that are rare, going by the latest texts. It goes
-/// through all events that have any of them; what else has them is told apart afterwards.
-Status RecordReader::matchOf(const QStringList &trigrams, qint64 upTo, QString &match)
-{
-    constexpr qsizetype enough = 4;
-    QList<std::pair<int, QString>> parts;
-    for (const QString &trigram : trigrams) {
-        parts.append({0, trigram});
-    }
-    Status read = Status::done();
-    if (parts.size() > enough) {
-        read = each(u"SELECT text FROM event WHERE id <= ? AND id > ? AND kind IN "_s +
-                        listOf(searchableKinds()) + u" ORDER BY id DESC LIMIT 300"_s,
-                    {upTo, upTo - numbersOfAPart}, [&](const QSqlQuery &row) {
-                        const QString text = row.value(0).toString();
-                        for (auto &[count, part] : parts) {
-                            count += text.contains(part, Qt::CaseInsensitive) ? 1 : 0;
-                        }
-                        return true;
-                    });
-        std::ranges::stable_sort(parts, {}, &std::pair<int, QString>::first);
-    }
-    QStringList quoted;
-    for (const auto &[count, part] : parts.mid(0, enough)) {
-        quoted += u'"' + QString(part).replace(u'"', u"\"\""_s) + u'"';
-    }
-    match = quoted.join(u" AND "_s);
-    return read;
-}
-
-/// By their numbers, in which the index has them.
-EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optional<RecordKey> &after,
-                                     int limit)
-{
-    EventPage page;
-    qint64 low = 0;  // the numbers that are looked at: above this one
-    qint64 high = 0; // and up to this one
-    qint64 indexed = 0;
-    page.status = each(u"SELECT coalesce(max(id), 0), coalesce("_s + searchableUpto + u", 0) FROM event"_s,
-                       {}, [&](const QSqlQuery &row) {
-                           high = row.value(0).toLongLong();
-                           indexed = row.value(1).toLongLong();
-                           return true;
-                       });
-    if (page.status && (filter.from != 0 || filter.to != 0)) {
-        page.status =
-            each(u"SELECT coalesce(min(id), 1), coalesce(max(id), 0) FROM event WHERE at >= ? AND at < ?"_s,
-                 {filter.from, filter.to == 0 ? farthestTime : filter.to}, [&](const QSqlQuery &row) {
-                     low = row.value(0).toLongLong() - 1;
-                     high = row.value(1).toLongLong();
-                     return true;
-                 });
-    }
-    bool isFew = false; // all rows of these stations can be gone through
-    if (page.status && !filter.stations.isEmpty() && filter.stations.size() <= fewStations) {
-        constexpr qint64 few = 20'000;
-        page.status = each(u"SELECT count(*) FROM (SELECT 1 FROM event WHERE station IN "_s + anArray +
-                               u" LIMIT %1)"_s.arg(few),
-                           {arrayOf(filter.stations)}, [&](const QSqlQuery &row) {
-                               isFew = row.value(0).toLongLong() < few;
-                               return true;
-                           });
-    }
-    if (isFew) {
-        return eventsByTime(filter, after, limit);
-    }
-    if (after) {
-        high = std::min(high, after->id - 1);
-    }
-    const QStringList trigrams = trigramsOf(filter.text);
-    Conditions where = conditionsOf(filter);
-    if (!filter.stations.isEmpty()) {
-        where.add(u"station IN "_s + anArray, {arrayOf(filter.stations)});
-    }
-    const auto search = [&](const QString &source, const QString &number, qint64 above, qint64 upTo,
-                            const QString &match = {}) {
-        QVariantList bound{above, upTo};
-        if (!match.isEmpty()) {
-            bound.prepend(match);
-        }
-        page.status =
-            each(u"SELECT "_s + eventColumns + u" FROM "_s + source + u" WHERE "_s +
-                     (match.isEmpty() ? QString() : u"event_text MATCH ? AND "_s) + number + u" > ? AND "_s +
-                     number + u" <= ? AND "_s + where.all() + u" ORDER BY "_s + number + u" DESC LIMIT ?"_s,
-                 bound + where.values + QVariantList{limit - page.rows.size()}, [&](const QSqlQuery &row) {
-                     page.rows += eventOf(row);
-                     return true;
-                 });
-    };
-    QElapsedTimer time;
-    time.start();
-    if (!page.status) {
-        return page;
-    }
-    // What the index does not hold, part by part: who asked sees soon what there is, and asks on.
-    const qint64 unindexedAbove = trigrams.isEmpty() ? low : std::max(low, indexed);
-    while (page.status && page.rows.size() < limit && high > unindexedAbove) {
-        const qint64 above = std::max(unindexedAbove, high - numbersOfAPart);
-        search(u"event NOT INDEXED"_s, u"id"_s, above, high);
-        high = above;
-        if (time.elapsed() > longestSearch && page.rows.size() < limit && high > low) {
-            page.next = RecordKey{0, high + 1};
-            return page;
-        }
-    }
-    if (page.status && page.rows.size() < limit && high > low) {
-        QString match;
-        page.status = matchOf(trigrams, high, match);
-        if (page.status) {
-            search(u"event_text CROSS JOIN event ON event.id = event_text.rowid"_s, u"event_text.rowid"_s,
-                   low, high, match);
-        }
-    }
-    if (page.rows.size() == limit) {
-        page.next = RecordKey{page.rows.last().at, page.rows.last().id};
-    }
-    return page;
-}
-
-AlarmPage RecordReader::findAlarms(const AlarmFilter &filter, const std::optional<RecordKey> &after,
-                                   int limit)
-{
-    AlarmPage page;
-    Conditions where;
-    if (filter.from != 0) {
-        where.add(u"first >= ?"_s, {filter.from});
-    }
-    if (filter.to != 0) {
-        where.add(u"first < ?"_s, {filter.to});
-    }
-    if (!filter.stations.isEmpty()) {
-        where.add(u"station IN "_s + anArray, {arrayOf(filter.stations)});
-    }
-    if (filter.state != AlarmFilter::State::Any) {
-        where.add(u"(acknowledged IS NULL OR over IS NULL)"_s, {}); // the condition of the index
-    }
-    if (filter.state == AlarmFilter::State::Unacknowledged) {
-        where.add(u"acknowledged IS NULL"_s, {});
-    }
-    if (filter.state == AlarmFilter::State::NotOver) {
-        where.add(u"over IS NULL"_s, {});
-    }
-    if (filter.leastUrgent < 3) {
-        where.add(u"priority <= ?"_s, {filter.leastUrgent});
-    }
-    if (!filter.acknowledgedBy.isEmpty()) {
-        where.add(u"acknowledged_by = ?"_s, {filter.acknowledgedBy});
-    }
-    if (!filter.text.isEmpty()) {
-        const QString pattern = containing(filter.text);
-        where.add(u"(text LIKE ? ESCAPE '\\' OR comment LIKE ? ESCAPE '\\')"_s, {pattern, pattern});
-    }
-    if (after) {
-        where.add(u"(first, id) < (?, ?)"_s, {after->at, after->id});
-    }
-    page.status = each(u"SELECT "_s + alarmColumns + u" FROM alarm WHERE "_s + where.all() +
-                           u" ORDER BY first DESC, id DESC LIMIT ?"_s,
-                       where.values + QVariantList{limit}, [&](const QSqlQuery &row) {
-                           page.rows += alarmOf(row);
-                           return true;
-                       });
-    if (page.rows.size() == limit) {
-        page.next = RecordKey{page.rows.last().first, page.rows.last().id};
-    }
-    return page;
 }
 
 Status RecordReader::operators(QStringList &names)

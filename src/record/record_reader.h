@@ -132,6 +132,7 @@ public:
     Status lastListFile(const QString &checksum, std::optional<qint64> &upto);
     /// Events in the order of their numbers, from the one behind `id`, until `take` gives false.
     Status eventsAfter(qint64 id, const std::function<bool(const EventRow &)> &take);
+    /// Of the entries that are in the list.
     Status notifications(const std::function<void(const NotificationRow &)> &take);
     /// The alarms that are not acknowledged or not over, the oldest first.
     Status openAlarms(const std::function<void(const AlarmRow &)> &take);
@@ -154,7 +155,7 @@ public:
 
     /// A page of at most `limit` events, from the newest or from where another page ended: in the order of
     /// their times, those with a text in the order of their numbers unless few stations are meant. One may be
-    /// shorter, or empty, and yet have a next: where all events must be looked at, that is done part by part.
+    /// shorter, or empty, and yet have a next: where very many must be looked at, that is done part by part.
     EventPage findEvents(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
     AlarmPage findAlarms(const AlarmFilter &filter, const std::optional<RecordKey> &after, int limit);
 
@@ -193,7 +194,14 @@ public:
 private:
     EventPage eventsByTime(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
     EventPage eventsByText(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
+    struct EventOrder;
+    Status orderOf(const EventFilter &filter, EventOrder &order);
+    Status look(const EventFilter &filter, const EventOrder &order, const std::optional<RecordKey> &after,
+                std::pair<qint64, qint64> times, qsizetype limit, QList<EventRow> &rows);
+    Status boundsOf(const EventFilter &filter, qint64 &low, qint64 &high);
     Status matchOf(const QStringList &trigrams, qint64 upTo, QString &match);
+    /// Up to which event the kinds are in order; nothing when too much is not.
+    Status sortedEvents(std::optional<qint64> &upto);
     /// Carries out a statement and hands over its rows until `take` gives false.
     Status each(const QString &statement, const QVariantList &values,
                 const std::function<bool(const QSqlQuery &)> &take);

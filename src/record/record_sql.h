@@ -9,6 +9,10 @@ namespace ktr {
 inline const QString searchableUpto =
     QStringLiteral("(SELECT CAST(value AS INTEGER) FROM setting WHERE name = 'searchable')");
 
+/// Up to which event the table of kinds has them; NULL when it has none.
+inline const QString sortedUpto =
+    QStringLiteral("(SELECT CAST(value AS INTEGER) FROM setting WHERE name = 'sorted')");
+
 /// Numbers as a statement has them behind IN.
 inline QString listOf(const auto &numbers)
 {

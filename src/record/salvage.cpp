@@ -235,9 +235,9 @@ Salvaged salvage(const QString &damaged, const QString &fresh)
                     .arg(copy.rows());
         }
     }
-    // Of the new one: its index of texts is empty, and nobody has it open.
+    // Of the new one: its index of texts and its table of kinds are empty, and nobody has it open.
     result.status = to.execute(
-        {u"DELETE FROM setting WHERE name IN ('open', 'searchable')"_s,
+        {u"DELETE FROM setting WHERE name IN ('open', 'searchable', 'sorted')"_s,
          u"INSERT OR REPLACE INTO setting(name, value) VALUES('schema', '%1')"_s.arg(newestSchema())});
     return result;
 }

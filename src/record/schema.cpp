@@ -57,6 +57,15 @@ const QList<QStringList> &steps()
             " what TEXT NOT NULL, detail TEXT NOT NULL, taken INTEGER, result TEXT)"_s,
             u"CREATE INDEX request_new ON request(id) WHERE taken IS NULL"_s,
         },
+        {
+            // The order of each kind, and as kind 0 of what belongs to an alarm. A table that is filled
+            // little by little behind the events: to make an index of millions of them would hold up the
+            // writing.
+            u"CREATE TABLE event_kind(kind INTEGER NOT NULL, at INTEGER NOT NULL, id INTEGER NOT NULL,"
+            " station INTEGER, PRIMARY KEY(kind, at, id)) WITHOUT ROWID"_s,
+            // What was removed from the list is soon most of it.
+            u"CREATE INDEX notification_listed ON notification(station) WHERE listed = 1"_s,
+        },
     };
     return all;
 }

@@ -41,7 +41,8 @@ private Q_SLOTS:
         const StationRow station{7, odd, false, u"{}"_s};
         const EventRow full{1, 5, 7, EventKind::Commented, odd, u"{\"a\":1}"_s, u"Müller"_s, 3};
         const EventRow bare{2, 4, 0, EventKind::Started, {}, {}, {}, 0};
-        const NotificationRow notification{7, odd, 1, 2, 3, 4, 5, false};
+        const NotificationRow notification{7, odd, 1, 2, 3, 4, 5, true};
+        const NotificationRow removed{7, u"removed"_s, 1, 2, 3, 4, 5, false};
         const AlarmRow alarm{3,   7, AlarmKind::Puk, odd, 1,      2,     3, 4, {u"a, b"_s, odd}, 5, u"x"_s,
                              odd, 6, u"y"_s,         7,   u"z"_s, u"w"_s};
         const AlarmRow open{4, 0, AlarmKind::Disk, u"full"_s, 2, 9, 9, 1};
@@ -51,7 +52,7 @@ private Q_SLOTS:
             auto writer = opened();
             for (const RecordRow &row :
                  {RecordRow(station), RecordRow(full), RecordRow(bare), RecordRow(notification),
-                  RecordRow(alarm), RecordRow(open), RecordRow(record), RecordRow(value),
+                  RecordRow(removed), RecordRow(alarm), RecordRow(open), RecordRow(record), RecordRow(value),
                   RecordRow(ListFileRow{u"c"_s, 1, 0}), RecordRow(ListFileRow{u"c"_s, 2, 0}),
                   RecordRow(SettingRow{u"s"_s, odd})}) {
                 writer->add(row);
@@ -147,16 +148,18 @@ private Q_SLOTS:
                                 u"say \"no\" pump"_s, u"Störung"_s,     u"日本語🙂x"_s, u""_s};
         QList<EventRow> rows;
         auto writer = opened();
-        for (int i = 1; i <= 2000; ++i) {
+        const int count = indexed == 0 ? 6000 : 2000; // with none so many that they are looked for in parts
+        for (int i = 1; i <= count; ++i) {
             EventRow row = said(i, texts[i * 7 % texts.size()], i % 5);
-            row.at -= i % 11 * 5000; // the clock was set back
+            row.at = 60 * (row.at - i % 11 * 5000); // the clock was set back
+            row.alarm = i % 90 == 0 ? i / 90 : 0;
             row.kind = i % 3 == 0   ? EventKind::Values
                        : i % 4 == 0 ? EventKind::Commented
                                     : EventKind::Notification;
             row.operatorName = i % 50 == 0 ? u"op"_s : QString();
             rows += row;
             writer->add(row);
-            if (i == indexed || i == 2000) {
+            if (i == indexed || i == count) {
                 QVERIFY(writer->flushNow());
                 for (int step = 0; i == indexed && !writer->isAtRest(); ++step) {
                     m_timers.advance(RecordWriter::restDelay);
@@ -169,9 +172,13 @@ private Q_SLOTS:
              {u""_s, u"pump"_s, u"1 FAIL"_s, u"0%"_s, u"00%"_s, u"a_b"_s, u"_b"_s, u"\"no\" p"_s, u"ör"_s,
               u"örung"_s, u"本語🙂"_s, u"語🙂"_s, u"nowhere"_s}) {
             for (const EventFilter &filter :
-                 {EventFilter{.text = text}, EventFilter{.from = 500'000, .to = 900'000, .text = text},
+                 {EventFilter{.text = text}, EventFilter{.from = 30'000'000, .to = 54'000'000, .text = text},
                   EventFilter{.stations = {2, 3}, .text = text},
                   EventFilter{.kinds = {EventKind::Commented}, .text = text},
+                  EventFilter{
+                      .kinds = {EventKind::Commented, EventKind::Values}, .text = text, .ofAlarms = true},
+                  EventFilter{.stations = {2, 3}, .kinds = {EventKind::Values}, .text = text},
+                  EventFilter{.stations = {2, 3}, .operatorName = u"op"_s, .text = text},
                   EventFilter{.operatorName = u"op"_s, .text = text}}) {
                 QList<EventRow> expected;
                 std::ranges::copy_if(rows, std::back_inserter(expected), [&](const EventRow &row) {
@@ -180,6 +187,7 @@ private Q_SLOTS:
                            (filter.stations.isEmpty() || filter.stations.contains(row.station)) &&
                            (filter.kinds.isEmpty() || filter.kinds.contains(row.kind)) &&
                            (filter.operatorName.isEmpty() || row.operatorName == filter.operatorName) &&
+                           (!filter.ofAlarms || row.alarm != 0) &&
                            (text.isEmpty() || (searchableKinds().contains(row.kind) &&
                                                row.text.contains(text, Qt::CaseInsensitive)));
                 });

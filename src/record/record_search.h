@@ -1,0 +1,82 @@
+#pragma once
+
+// What the searches of events and of alarms have in common.
+
+#include "record/record_sql.h"
+
+#include <QElapsedTimer>
+#include <QSqlQuery>
+#include <QVariant>
+
+#include <limits>
+#include <optional>
+
+namespace ktr {
+
+/// Of the times of a filter, of which 0 is none.
+inline qint64 beginOf(qint64 from)
+{
+    return from == 0 ? std::numeric_limits<qint64>::min() : from;
+}
+inline qint64 endOf(qint64 to)
+{
+    return to == 0 ? std::numeric_limits<qint64>::max() : to;
+}
+
+/// The conditions of a statement and what is bound in them.
+struct Conditions
+{
+    QStringList texts{};
+    QVariantList values{};
+
+    void add(const QString &condition, const QVariantList &bound)
+    {
+        texts += condition;
+        values += bound;
+    }
+    QString all() const { return texts.isEmpty() ? QStringLiteral("1") : texts.join(u" AND "); }
+};
+
+/// Numbers of which there may be many are bound as one value, so that the statement is always the same.
+inline const QString anArray = QStringLiteral("(SELECT value FROM json_each(?))");
+
+inline QString arrayOf(const QList<qint64> &numbers)
+{
+    return u'[' + listOf(numbers).mid(1).chopped(1) + u']';
+}
+
+/// The pattern of LIKE for a text that is contained.
+inline QString containing(QString text)
+{
+    text.replace(u'\\', QLatin1String("\\\\"));
+    text.replace(u'%', QLatin1String("\\%")).replace(u'_', QLatin1String("\\_"));
+    return u'%' + text + u'%';
+}
+
+/// Looks through what no index leads to, from the end `to` down to `from`, part by part: the first one is so
+/// long, and the next ones are longer as long as that goes quickly. `look(from, to)` gives whether more is
+/// wanted. Where it was stopped because it took long, nothing when it was not.
+template <class Look>
+std::optional<qint64> lookThrough(qint64 from, qint64 to, qint64 length, const Look &look)
+{
+    constexpr qint64 longest = 50; // milliseconds, for all and for one
+    constexpr qint64 quick = 8;
+    constexpr qint64 timesLonger = 4;
+    QElapsedTimer time;
+    time.start();
+    while (to > from) {
+        const qint64 part = to - from > length ? to - length : from;
+        const qint64 begun = time.elapsed();
+        if (!look(part, to)) {
+            return std::nullopt;
+        }
+        to = part;
+        if (to > from && time.elapsed() > longest) {
+            return to;
+        }
+        length *= time.elapsed() - begun < quick ? timesLonger : 1;
+    }
+    return std::nullopt;
+}
+
+} // namespace ktr
