@@ -4,6 +4,7 @@
 //
 //     record_benchmark [events]        5,000,000 unless told otherwise; a fifth of a KiB of the disk for each
 
+#include "bare_database.h"
 #include "figures.h"
 #include "measured_runs.h"
 #include "process_cost.h"
@@ -15,10 +16,6 @@
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QTemporaryDir>
-
-#include <cstring>
-#include <sqlite3.h>
-#include <thread>
 
 using namespace ktr;
 using figures::row;
@@ -59,86 +56,6 @@ EventRow eventNumber(qint64 id)
     return event;
 }
 
-struct Bound
-{
-    sqlite3_stmt *statement = nullptr;
-    void number(int place, qint64 value) const
-    {
-        if (value == 0) {
-            sqlite3_bind_null(statement, place);
-        } else {
-            sqlite3_bind_int64(statement, place, value);
-        }
-    }
-    void text(int place, const QString &value) const
-    {
-        if (value.isEmpty()) {
-            sqlite3_bind_null(statement, place);
-        } else {
-            sqlite3_bind_text16(statement, place, value.constData(), static_cast<int>(2 * value.size()),
-                                SQLITE_STATIC);
-        }
-    }
-};
-
-/// The library alone: the same rows, the same tables and indices, the same commits.
-class BareInserts
-{
-public:
-    explicit BareInserts(const QString &path)
-    {
-        const OpenedRecord made = openRecord(path);
-        if (!made.status || sqlite3_open(qPrintable(path), &m_database) != SQLITE_OK) {
-            endBenchmark("the bare database does not open");
-        }
-        carryOut("PRAGMA synchronous=FULL");
-        carryOut("PRAGMA cache_size=-32768");
-        if (sqlite3_prepare_v2(m_database,
-                               "INSERT INTO event(id, at, station, kind, text, detail, operator, alarm)"
-                               " VALUES(?, ?, ?, ?, ?, ?, ?, ?)",
-                               -1, &m_insert.statement, nullptr) != SQLITE_OK) {
-            endBenchmark("the bare insert cannot be prepared");
-        }
-    }
-    ~BareInserts()
-    {
-        sqlite3_finalize(m_insert.statement);
-        sqlite3_close(m_database);
-    }
-    Q_DISABLE_COPY_MOVE(BareInserts)
-
-    void commit(const std::vector<EventRow> &rows) const
-    {
-        carryOut("BEGIN IMMEDIATE");
-        for (const EventRow &event : rows) {
-            m_insert.number(1, event.id);
-            m_insert.number(2, event.at);
-            m_insert.number(3, event.station);
-            m_insert.number(4, static_cast<int>(event.kind));
-            m_insert.text(5, event.text);
-            m_insert.text(6, event.detail);
-            m_insert.text(7, event.operatorName);
-            m_insert.number(8, event.alarm);
-            if (sqlite3_step(m_insert.statement) != SQLITE_DONE) {
-                endBenchmark("a bare insert fails");
-            }
-            sqlite3_reset(m_insert.statement);
-        }
-        carryOut("COMMIT");
-    }
-
-private:
-    void carryOut(const char *statement) const
-    {
-        if (sqlite3_exec(m_database, statement, nullptr, nullptr, nullptr) != SQLITE_OK) {
-            endBenchmark(sqlite3_errmsg(m_database));
-        }
-    }
-
-    sqlite3 *m_database = nullptr;
-    Bound m_insert;
-};
-
 std::unique_ptr<RecordWriter> openWriter(const QString &path)
 {
     static EventLoopTimers timers;
@@ -167,10 +84,15 @@ void writing(const QString &folder)
     std::vector<double> bare;
     for (int round = 0; round < 3; ++round) {
         {
-            const BareInserts library(folder + QStringLiteral("/bare%1").arg(round));
+            const QString path = folder + QStringLiteral("/bare%1").arg(round);
+            if (!openRecord(path).status) {
+                endBenchmark("the bare database does not open");
+            }
+            const BareDatabase library(path, true);
             const double before = processorTime();
             for (const std::vector<EventRow> &piece : pieces) {
-                library.commit(piece);
+                auto event = piece.cbegin();
+                library.insert(eventsOfACommit, [&event]() -> const EventRow & { return *event++; });
             }
             bare.push_back((processorTime() - before) / double(id));
         }
