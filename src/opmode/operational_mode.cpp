@@ -485,7 +485,7 @@ Status OperationalMode::mayAcknowledge() const
 
 Status OperationalMode::acknowledge(const QModelIndexList &entries)
 {
-    const Status may = mayAcknowledge();
+    Status may = mayAcknowledge();
     if (!may || !m_joined) {
         return may ? m_acknowledger.acknowledge(entries) : may;
     }
@@ -501,7 +501,7 @@ Status OperationalMode::acknowledge(const QModelIndexList &entries)
 
 Status OperationalMode::acknowledgeAlarms(const QList<qint64> &alarms)
 {
-    const Status may = mayAcknowledge();
+    Status may = mayAcknowledge();
     if (!may || !m_joined) {
         return may ? m_acknowledger.acknowledgeAlarms(alarms) : may;
     }

@@ -98,7 +98,7 @@ Status RequestDesk::carryOut(const RequestRow &row)
 {
     const QString before = m_parts.record.operatorName();
     m_parts.record.setOperator(row.operatorName);
-    const Status done = carryOut(row.what, QJsonDocument::fromJson(row.detail.toUtf8()).object());
+    Status done = carryOut(row.what, QJsonDocument::fromJson(row.detail.toUtf8()).object());
     m_parts.record.setOperator(before);
     return done;
 }
