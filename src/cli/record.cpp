@@ -5,6 +5,7 @@
 #include "platform/files.h"
 #include "record/record_care.h"
 #include "record/record_reader.h"
+#include "record/schema.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -302,6 +303,13 @@ int lookThrough(const QString &path)
     }
     if (!found.faults.isEmpty()) {
         return fail(path + QLatin1String(": damaged"));
+    }
+    if (found.schema > newestSchema()) {
+        return fail(path +
+                    QLatin1String(": sound, but of a newer version of the program, which alone opens it"));
+    }
+    if (found.schema < newestSchema()) {
+        print(QStringLiteral("of an older version; the tables are brought forward when a list is opened"));
     }
     print(QStringLiteral("sound"));
     return done;

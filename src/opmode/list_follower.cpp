@@ -37,11 +37,14 @@ void ListFollower::lookLater(Milliseconds delay)
 void ListFollower::lookAtHolder()
 {
     const std::optional<QByteArray> holder = FileLock::heldBy(m_lockPath);
-    if (holder != m_holder) { // which may have put another record in the place of a damaged one
-        m_holder = holder;
-        m_isOfRecord = false;
+    const bool isAnother = holder != m_holder;
+    if (isAnother || m_reader->isStale()) { // a damaged record is replaced
         m_reader = std::make_unique<RecordReader>(m_path);
         m_version = 0;
+    }
+    if (isAnother) {
+        m_holder = holder;
+        m_isOfRecord = false;
     }
     if (!m_isOfRecord) {
         std::optional<QString> keeper;
@@ -78,6 +81,12 @@ Status ListFollower::read()
         return Status::done();
     }
     m_hasMore = false;
+    if (m_version == 0) { // of a record that was mended all may be counted anew
+        qint64 change = 0;
+        if (m_reader->lastAlarmChange(change) && change < m_lastAlarmChange) {
+            m_lastAlarmChange = 0;
+        }
+    }
     QList<EventRow> events;
     QList<AlarmRow> alarms;
     QHash<QString, QString> settings;

@@ -30,6 +30,10 @@ Status notRegular(const QString &path);
 /// Whether two paths lead to one file, whatever links are between. Devices and pipes are no files here.
 bool isSameFile(const QString &a, const QString &b);
 
+/// Which file stands at a path: another text once it was replaced, as long as somebody has the one before
+/// open. Empty where there is none. Fit for what must not be opened.
+QByteArray identityOf(const QString &path);
+
 /// Whether this user can make files in a folder.
 bool canMakeFiles(const QString &folder);
 

@@ -116,6 +116,15 @@ struct Target
 
 } // namespace
 
+QByteArray identityOf(const QString &path)
+{
+    struct stat found = {};
+    return ::stat(QFile::encodeName(path).constData(), &found) == 0
+               ? QByteArray::number(qulonglong{found.st_dev}) + ':' +
+                     QByteArray::number(qulonglong{found.st_ino})
+               : QByteArray();
+}
+
 struct FileReplacement::Pending
 {
     explicit Pending(QString givenPath) : path(std::move(givenPath)) {}

@@ -99,6 +99,21 @@ void removeAbandoned(const QFileInfo &file)
 
 } // namespace
 
+QByteArray identityOf(const QString &path)
+{
+    const HANDLE file =
+        createFile(path, 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING);
+    if (file == INVALID_HANDLE_VALUE) {
+        return {};
+    }
+    BY_HANDLE_FILE_INFORMATION found = {};
+    const bool isFound = ::GetFileInformationByHandle(file, &found) != 0;
+    ::CloseHandle(file);
+    return !isFound ? QByteArray()
+                    : QByteArray::number(uint{found.dwVolumeSerialNumber}) + ':' +
+                          QByteArray::number((quint64{found.nFileIndexHigh} << 32) | found.nFileIndexLow);
+}
+
 struct FileReplacement::Pending
 {
     explicit Pending(QString givenPath) : path(std::move(givenPath)) {}

@@ -11,6 +11,24 @@ namespace ktr {
 
 using namespace Qt::StringLiterals;
 
+Status copyRecord(RecordDatabase &from, const QString &to)
+{
+    QFile copy;
+    if (Status made = openOwnersFile(copy, to); !made) { // the library takes one that is empty
+        return made;
+    }
+    QSqlQuery *query = from.prepared(u"VACUUM INTO ?"_s);
+    if (query != nullptr) {
+        query->bindValue(0, to);
+    }
+    if (query == nullptr || !from.run(*query)) {
+        return from.failure();
+    }
+    return flushToDisk(copy.handle())
+               ? Status::done()
+               : fileFailure(to, QCoreApplication::translate("Record", "is not known to be on the disk"));
+}
+
 Status backUpRecord(const QString &path, const QString &to)
 {
     if (QFileInfo::exists(to)) {
@@ -23,26 +41,14 @@ Status backUpRecord(const QString &path, const QString &to)
     const QFileInfo file(to);
     const QString begun = file.absolutePath() + u"/."_s + file.fileName() + u".begun"_s;
     QFile::remove(begun);
-    QFile copy;
-    Status status = openOwnersFile(copy, begun); // the library takes one that is empty
-    if (!status) {
-        return status;
-    }
-    QSqlQuery *query = database.prepared(u"VACUUM INTO ?"_s);
-    if (query != nullptr) {
-        query->bindValue(0, begun);
-    }
-    if (query == nullptr || !database.run(*query)) {
-        status = fileFailure(to, database.failure().message());
-    } else if (!flushToDisk(copy.handle())) {
-        status = fileFailure(to, QCoreApplication::translate("Record", "is not known to be on the disk"));
-    }
-    copy.close();
+    Status status = copyRecord(database, begun);
     if (status && !QFile::rename(begun, to)) {
-        status = fileFailure(to, QCoreApplication::translate("Record", "could not be put there"));
+        status = Status::failed(QCoreApplication::translate("Record", "could not be put there"));
     }
     if (!status) {
         QFile::remove(begun);
+        QString why = status.message();
+        status = fileFailure(to, why.remove(begun + u": "_s));
     }
     return status;
 }
@@ -51,6 +57,13 @@ RecordCheck checkRecord(const QString &path)
 {
     RecordCheck result;
     RecordDatabase database;
+    const QString log = path + u"-wal"_s;
+    if (!QFileInfo::exists(path) && QFileInfo::exists(log)) {
+        result.status = fileFailure(
+            path,
+            QCoreApplication::translate("Record", "is gone; only its last changes are there: %1").arg(log));
+        return result;
+    }
     result.status = database.open(path, RecordDatabase::Use::Read);
     if (!result.status) {
         return result;

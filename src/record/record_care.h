@@ -12,6 +12,11 @@ namespace ktr {
 /// file that is there already is not touched. Takes a while; fit for any thread.
 Status backUpRecord(const QString &path, const QString &to);
 
+class RecordDatabase;
+
+/// Writes what a connection has, be its file removed by now, into a new file; fails when it is there.
+Status copyRecord(RecordDatabase &from, const QString &to);
+
 struct RecordCheck
 {
     Status status = Status::done(); ///< why it could not be looked at

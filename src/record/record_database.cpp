@@ -62,6 +62,7 @@ Status RecordDatabase::open(const QString &path, Use use)
             return made;
         }
     }
+    m_identity = identityOf(path);
     m_name = freshName();
     m_database = QSqlDatabase::addDatabase(u"QSQLITE"_s, m_name);
     m_database.setDatabaseName(addressOf(path, use));
@@ -72,16 +73,23 @@ Status RecordDatabase::open(const QString &path, Use use)
         return failed;
     }
     QStringList pragmas{u"PRAGMA cache_size=-32768"_s, u"PRAGMA temp_store=MEMORY"_s};
-    if (use != Use::Read) {
-        // What is committed is on the disk. The log is cut back after a burst.
-        pragmas += {u"PRAGMA journal_mode=WAL"_s, u"PRAGMA synchronous=FULL"_s,
-                    u"PRAGMA journal_size_limit=67108864"_s};
+    if (use != Use::Read) { // what is committed is on the disk
+        pragmas += u"PRAGMA synchronous=FULL"_s;
     }
-    if (Status set = execute(pragmas); !set) {
+    Status set = execute(pragmas);
+    if (set && use == Use::Write) {
+        set = useLog();
+    }
+    if (!set) {
         close();
-        return set;
     }
-    return Status::done();
+    return set;
+}
+
+/// The log is cut back after a burst.
+Status RecordDatabase::useLog()
+{
+    return execute({u"PRAGMA journal_mode=WAL"_s, u"PRAGMA journal_size_limit=67108864"_s});
 }
 
 void RecordDatabase::close()
@@ -92,6 +100,26 @@ void RecordDatabase::close()
         m_database = QSqlDatabase();
         QSqlDatabase::removeDatabase(m_name);
     }
+}
+
+bool RecordDatabase::isMoved() const
+{
+    return isOpen() && identityOf(m_path) != m_identity;
+}
+
+Status RecordDatabase::endLog()
+{
+    m_prepared.clear();
+    QSqlQuery *query = prepared(u"PRAGMA journal_mode=DELETE"_s);
+    if (query == nullptr || !run(*query)) {
+        return failure();
+    }
+    const bool isDone = query->next() && query->value(0).toString() == u"delete"_s;
+    const bool isRead = wasReadToItsEnd(*query);
+    query->finish();
+    return isDone   ? Status::done()
+           : isRead ? fail(QCoreApplication::translate("Record", "is in use by another program"))
+                    : failure();
 }
 
 Status RecordDatabase::execute(const QStringList &statements)

@@ -17,7 +17,7 @@ class RecordDatabase
 public:
     enum class Use {
         Write,  ///< of a file that is there
-        Create, ///< makes the file, for its owner alone, where there is none
+        Create, ///< makes the file, for its owner alone, where there is none; useLog() is left to the caller
         Read    ///< nothing is changed
     };
 
@@ -28,10 +28,16 @@ public:
     /// A failure names the file. What is no regular file is refused.
     Status open(const QString &path, Use use);
     void close();
+    /// Goes over to a write-ahead log, which is written into the file.
+    Status useLog();
+    /// Brings all that stands in the log into the file, so that this can be taken away by itself.
+    Status endLog();
     /// For what the other functions do not offer.
     const QSqlDatabase &handle() const { return m_database; }
     bool isOpen() const { return m_database.isValid(); }
     const QString &path() const { return m_path; }
+    /// Whether the file that it has open was removed, or another one stands in its place by now.
+    bool isMoved() const;
 
     /// Carries out statements without a result, each by itself.
     Status execute(const QStringList &statements);
@@ -64,6 +70,7 @@ private:
     bool fails(const class QSqlError &error);
 
     QString m_path;
+    QByteArray m_identity; ///< of the file
     QString m_name;
     QSqlDatabase m_database;
     QHash<QString, std::shared_ptr<QSqlQuery>> m_prepared;

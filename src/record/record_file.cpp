@@ -1,6 +1,7 @@
 #include "record/record_file.h"
 
 #include "platform/files.h"
+#include "record/record_care.h"
 #include "record/salvage.h"
 #include "record/schema.h"
 
@@ -41,17 +42,52 @@ bool isSound(RecordDatabase &database)
     return isSound;
 }
 
-/// Where a new record is made from a damaged one.
-QString salvagePath(const QString &path)
+QString hidden(const QString &path, const QString &end)
 {
     const QFileInfo file(path);
-    return file.absolutePath() + u"/."_s + file.fileName() + u".saved"_s;
+    return file.absolutePath() + u"/."_s + file.fileName() + end;
 }
 
-/// All files that a database has.
+/// Where a new record is made from a damaged one. It is whole once that is no longer in its place.
+QString salvagePath(const QString &path)
+{
+    return hidden(path, u".saved"_s);
+}
+
+/// Where one that was removed is written again. It may not be whole.
+QString copyPath(const QString &path)
+{
+    return hidden(path, u".again"_s);
+}
+
+/// All files that a database has. Without the first the others are of no use, and would harm another one.
 QStringList filesOf(const QString &path)
 {
-    return {path + u"-shm"_s, path + u"-wal"_s, path};
+    return {path, path + u"-wal"_s, path + u"-shm"_s};
+}
+
+void removeRecord(const QString &path)
+{
+    for (const QString &file : filesOf(path)) {
+        QFile::remove(file);
+    }
+}
+
+/// Gives the new name of the record itself, empty where there is none.
+Status keepRecordAside(const QString &path, QString &name)
+{
+    const QStringList files = filesOf(path);
+    name = QFileInfo::exists(path) ? asideName({files[1], files[2], path}) : QString();
+    return keepAside(files);
+}
+
+/// Puts a record in its place.
+Status moveRecord(const QString &fresh, const QString &path)
+{
+    return QFile::rename(fresh, path)
+               ? Status::done()
+               : fileFailure(path,
+                             QCoreApplication::translate("Record", "the new record could not be put there"));
 }
 
 /// Brings a record to the newest tables and reads its numbers.
@@ -79,20 +115,37 @@ void prepareRecord(RecordDatabase &database, OpenedRecord &result)
 }
 
 /// A killed program leaves the whole of the old record or of the new one, or both.
+void putInPlace(const QString &fresh, const QString &path, OpenedRecord &result)
+{
+    if (result.status) {
+        result.status = keepRecordAside(path, result.keptAside);
+    }
+    if (result.status) {
+        result.status = moveRecord(fresh, path);
+    }
+}
+
 void replaceDamaged(const QString &path, OpenedRecord &result)
 {
     const QString fresh = salvagePath(path);
     const Salvaged salvaged = salvage(path, fresh);
     result.status = salvaged.status;
-    if (result.status) {
-        result.status = keepAside(filesOf(path), &result.keptAside);
-    }
-    if (result.status && !QFile::rename(fresh, path)) {
-        result.status =
-            fileFailure(path, QCoreApplication::translate("Record", "the new record could not be put there"));
-    }
+    putInPlace(fresh, path, result);
     result.saved = salvaged.rows;
     result.lost = salvaged.lost;
+}
+
+/// A log of changes that is left without its record would be taken for that of the next one.
+void keepLogAside(const QString &path, OpenedRecord &result)
+{
+    const QStringList files = filesOf(path);
+    if (!QFileInfo::exists(files[1])) {
+        return;
+    }
+    result.keptAside = asideName({files[0], files[2], files[1]});
+    result.status = keepAside(files);
+    result.lost +=
+        QCoreApplication::translate("Record", "of a record that is gone, its last changes were there");
 }
 
 } // namespace
@@ -101,12 +154,17 @@ OpenedRecord openRecord(const QString &path)
 {
     OpenedRecord result;
     const QString fresh = salvagePath(path);
+    QFile::remove(copyPath(path));
     if (QFileInfo::exists(path)) {
-        for (const QString &file : filesOf(fresh)) { // of a program that was killed
-            QFile::remove(file);
+        removeRecord(fresh); // of a program that was killed
+    } else {
+        keepLogAside(path, result);
+        if (result.status && QFileInfo::exists(fresh)) { // the damaged one had been kept aside already
+            result.status = moveRecord(fresh, path);
         }
-    } else if (QFileInfo::exists(fresh)) { // the damaged one had been kept aside already
-        QFile::rename(fresh, path);
+        if (!result.status) {
+            return result;
+        }
     }
     result.isNew = !QFileInfo::exists(path);
     RecordDatabase database;
@@ -122,6 +180,28 @@ OpenedRecord openRecord(const QString &path)
             result.endedBadly = endedBadly;
         }
     }
+    return result;
+}
+
+OpenedRecord repairRecord(const QString &path, RecordDatabase &used)
+{
+    OpenedRecord result;
+    if (used.isMoved()) {
+        const QString copy = copyPath(path);
+        QFile::remove(copy);
+        result.status = copyRecord(used, copy);
+        if (result.status) {
+            used.close();
+            putInPlace(copy, path, result);
+        }
+        return result;
+    }
+    used.close();
+    if (!QFileInfo::exists(path)) {
+        return openRecord(path);
+    }
+    removeRecord(salvagePath(path));
+    replaceDamaged(path, result);
     return result;
 }
 

@@ -28,4 +28,11 @@ struct OpenedRecord
 /// may use it meanwhile. RecordWriter and RecordReader open it for themselves afterwards.
 OpenedRecord openRecord(const QString &path);
 
+class RecordDatabase;
+
+/// The same for a record that is in use and was found to be damaged, or to have been removed or replaced by
+/// somebody. `used` is the connection of whoever writes it, which is closed. While that has the whole of a
+/// record that is no longer there, it is put back. Which numbers were given is not looked up.
+OpenedRecord repairRecord(const QString &path, RecordDatabase &used);
+
 } // namespace ktr

@@ -43,10 +43,14 @@ void RecordQueries::begin()
     m_isAsking = true;
     m_asker = question.asker;
     m_thread.start([this, work = std::move(question.work)]() mutable {
-        if (!m_reader) {
+        if (!m_reader || m_reader->isStale()) {
             m_reader = std::make_unique<RecordReader>(m_path);
         }
         m_answer = work(*m_reader);
+        m_isDamaged = m_reader->foundDamage() && !m_reader->isStale();
+        if (m_reader->foundDamage()) { // it may be mended by the next question
+            m_reader.reset();
+        }
         QMetaObject::invokeMethod(
             &m_receiver, [this] { ended(); }, Qt::QueuedConnection);
     });
@@ -57,6 +61,9 @@ void RecordQueries::ended()
     m_thread.wait(); // it has reported, but may not be free for the next question yet
     m_isAsking = false;
     const std::function<void()> answer = std::exchange(m_answer, {});
+    if (std::exchange(m_isDamaged, false) && m_foundDamage) {
+        m_foundDamage();
+    }
     const bool isWanted = std::exchange(m_asker, nullptr) != nullptr;
     if (!m_waiting.empty()) {
         begin();

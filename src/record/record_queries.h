@@ -34,6 +34,8 @@ public:
     /// No answer arrives for this asker any more.
     void withdraw(const void *asker);
     bool isWaitedFor(const void *asker) const;
+    /// Is called when the record turned out to be damaged.
+    void setFoundDamage(std::function<void()> foundDamage) { m_foundDamage = std::move(foundDamage); }
 
 private:
     /// Gives what is to be done with the result, on the owner's thread.
@@ -54,6 +56,8 @@ private:
     const void *m_asker = nullptr;          ///< of the question in work; none: nobody waits for it any more
     std::unique_ptr<RecordReader> m_reader; ///< of the thread
     std::function<void()> m_answer;         ///< of the thread while m_isAsking is set
+    bool m_isDamaged = false;               ///< likewise
+    std::function<void()> m_foundDamage;
     QObject m_receiver;
     WorkerThread m_thread;
 };

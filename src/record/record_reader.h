@@ -124,6 +124,10 @@ public:
     const QString &path() const { return m_path; }
     /// Each of the others opens the record, too, where that was not done.
     Status open();
+    /// Another file stands in the place of the one that is read: make another reader.
+    bool isStale() const { return m_database.isMoved(); }
+    /// Whether the last failure told of damage.
+    bool foundDamage() const { return m_database.isDamaged(); }
 
     /// All stations, also those that are no longer in the list, by number.
     Status stations(const std::function<void(const StationRow &)> &take);

@@ -1,6 +1,10 @@
 #include "record/record_writer.h"
 
+#include "platform/files.h"
 #include "record/row_writing.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <optional>
@@ -58,13 +62,19 @@ struct RecordWriter::Connection
 {
     RecordDatabase database;
     std::optional<RowWriting> writing;
-    bool again = false; ///< a commit failed
+    bool again = false;    ///< a commit failed
+    bool isBroken = false; ///< the record is to be mended
     BackgroundWork background;
 
     Status open(const QString &path)
     {
         if (database.isOpen()) {
-            return Status::done();
+            if (!database.isMoved()) {
+                return Status::done();
+            }
+            isBroken = true; // it has all that was written, and stays open
+            return database.fail(
+                QCoreApplication::translate("Record", "was removed, or replaced by another file"));
         }
         Status opened = database.open(path, RecordDatabase::Use::Write);
         if (opened) {
@@ -73,9 +83,18 @@ struct RecordWriter::Connection
             writing.emplace(database, again);
         }
         if (!opened) {
+            isBroken = isBroken || database.isDamaged() || !QFileInfo::exists(path);
             close();
         }
         return opened;
+    }
+
+    OpenedRecord mend(const QString &path)
+    {
+        writing.reset();
+        OpenedRecord found = repairRecord(path, database);
+        isBroken = !found.status;
+        return found;
     }
 
     void close()
@@ -106,7 +125,10 @@ struct RecordWriter::Connection
             background.setRetention(*retention);
         }
         done = open(path);
-        const bool hasMore = !done || background.step(database, done);
+        if (!done) {
+            return true;
+        }
+        const bool hasMore = background.step(database, done);
         if (!done) {
             (void)refused();
         }
@@ -118,6 +140,7 @@ struct RecordWriter::Connection
     Status refused()
     {
         Status failure = database.failure();
+        isBroken = isBroken || database.isDamaged();
         database.rollBack();
         close();
         again = true;
@@ -134,6 +157,7 @@ RecordWriter::RecordWriter(QString path, const OpenedRecord &opened, Timers &tim
       m_lastEvent(opened.lastEvent),
       m_lastAlarm(opened.lastAlarm),
       m_workTimer(timers.create()),
+      m_mendTimer(timers.create()),
       m_connection(std::make_unique<Connection>())
 {
     workLater(restDelay);
@@ -142,7 +166,11 @@ RecordWriter::RecordWriter(QString path, const OpenedRecord &opened, Timers &tim
 // NOLINTNEXTLINE(bugprone-exception-escape): nothing in it throws unless memory has run out
 RecordWriter::~RecordWriter()
 {
-    (void)flushNow(); // what keeps it from the disk was told
+    for (int tries = 0; tries < 2; ++tries) { // the first may find the record damaged
+        settle();
+        (void)flushNow(); // what keeps it from the disk was told
+    }
+    m_thread.wait();
     m_thread.start([this] {
         if (m_connection->database.isOpen()) {
             (void)m_connection->database.execute(
@@ -177,9 +205,12 @@ void RecordWriter::flush()
 
 Status RecordWriter::flushNow()
 {
+    if (isMending()) {
+        return Status::failed(m_trouble);
+    }
     settle();
     m_timer->stop();
-    if (!m_waiting.empty()) {
+    if (!m_waiting.empty() && !m_isBusy) {
         write();
         settle();
     }
@@ -221,19 +252,19 @@ void RecordWriter::thinOut(Retention retention)
     workLater(restDelay);
 }
 
-void RecordWriter::begin(std::function<void()> job, bool isWriting)
+void RecordWriter::begin(std::function<void()> job, Job what)
 {
     m_isBusy = true;
-    m_isWriting = isWriting;
+    m_job = what;
     m_hasEnded = false;
-    m_thread.start([this, isWriting, job = std::move(job)] {
+    m_thread.start([this, what, job = std::move(job)] {
         job();
         m_hasEnded = true;
         QMetaObject::invokeMethod(
             &m_receiver,
-            [this, isWriting] {
+            [this, what] {
                 collect();
-                if (isWriting && m_settled) { // never from inside a call of the owner's
+                if (what == Job::Write && m_settled) { // never from inside a call of the owner's
                     m_settled();
                 }
             },
@@ -253,7 +284,7 @@ void RecordWriter::write()
                 m_kept = m_connection->write(m_inHand);
             }
         },
-        true);
+        Job::Write);
 }
 
 void RecordWriter::workLater(Milliseconds delay)
@@ -272,8 +303,28 @@ void RecordWriter::work()
             [this, retention = std::exchange(m_retention, {})] {
                 m_hasMoreWork = m_connection->step(m_path, retention, m_worked);
             },
-            false);
+            Job::Step);
     }
+}
+
+void RecordWriter::mend()
+{
+    m_isMendDue = true;
+    mendIfBroken();
+    tell();
+}
+
+void RecordWriter::mendIfBroken()
+{
+    if (m_isBusy || m_mendTimer->isRunning() || !(m_isMendDue || m_connection->isBroken)) {
+        return;
+    }
+    if (!isFailing()) {
+        m_trouble = m_worked
+                        ? fileFailure(m_path, QCoreApplication::translate("Record", "is damaged")).message()
+                        : m_worked.message();
+    }
+    begin([this] { m_found = m_connection->mend(m_path); }, Job::Mend);
 }
 
 void RecordWriter::settle()
@@ -293,22 +344,53 @@ void RecordWriter::collect()
     }
     m_thread.wait(); // it has reported, but may not be free for the next job yet
     m_isBusy = false;
-    if (m_isWriting) {
+    if (m_job == Job::Write) {
         collectRows();
+    } else if (m_job == Job::Mend) {
+        collectMended();
     } else if (m_hasMoreWork) {
         workLater(m_worked ? stepDelay : retryDelay);
     } else {
         m_hasWork = m_workTimer->isRunning();
     }
-    const QString told = isFailing() ? m_trouble : m_worked.message();
-    if (told != std::exchange(m_told, told)) {
-        m_troubleChanged(told);
-    }
+    mendIfBroken();
+    tell();
     if (std::exchange(m_isDue, false)) {
         flush();
     }
     if (!m_isBusy && std::exchange(m_isWorkDue, false)) {
         work();
+    }
+}
+
+void RecordWriter::tell()
+{
+    const QString told = isFailing() ? m_trouble : m_worked.message();
+    if (told != std::exchange(m_told, told)) {
+        m_troubleChanged(told);
+    }
+}
+
+void RecordWriter::collectMended()
+{
+    const bool isMended = static_cast<bool>(m_found.status);
+    m_trouble = m_found.status.message();
+    m_mendTimer->start(isMended ? mendPause : mendDelay, [this] { mendIfBroken(); });
+    if (!m_waiting.empty()) {
+        m_timer->start(isMended ? Milliseconds(0) : retryDelay, [this] { flush(); });
+    }
+    if (isMended) {
+        m_isMendDue = false;
+        m_worked = Status::done();
+        workLater(restDelay); // the index of texts begins anew
+        QMetaObject::invokeMethod(
+            &m_receiver,
+            [this, found = std::exchange(m_found, {})] {
+                if (m_mended) {
+                    m_mended(found);
+                }
+            },
+            Qt::QueuedConnection);
     }
 }
 

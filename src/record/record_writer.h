@@ -26,6 +26,10 @@ public:
     /// written and the next ones after so long each.
     static constexpr Milliseconds restDelay{200};
     static constexpr Milliseconds stepDelay{20};
+    /// A damaged record that could not be mended is tried again after this time, and one that was damaged
+    /// again after it had been mended after that one: each leaves a file that is kept aside.
+    static constexpr Milliseconds mendDelay{30'000};
+    static constexpr Milliseconds mendPause{3'600'000};
     /// About so many bytes of rows wait while the disk refuses them.
     static constexpr qint64 mostWaiting = qint64{256} << 20;
 
@@ -48,7 +52,7 @@ public:
     /// After a failure it is tried again.
     void flush();
     /// Writes all that was added and waits for the disk. A failure says that not all of it is there; it is
-    /// tried again.
+    /// tried again. A damaged record is not waited for.
     Status flushNow();
 
     /// Adds rows and waits until the disk has them. After a failure they are not kept, as if they had never
@@ -65,6 +69,12 @@ public:
     /// Whether the disk refused rows, and still does.
     bool isFailing() const { return !m_trouble.isEmpty(); }
 
+    /// Is called, in the event loop, after a record that turned out to be damaged, or that somebody removed
+    /// or replaced, was kept aside and has a new one in its place. What of it was lost was not added again.
+    void setMended(std::function<void(const OpenedRecord &)> mended) { m_mended = std::move(mended); }
+    /// Somebody else found the record damaged.
+    void mend();
+
     /// Removes what may go because of its age, little by little. What was asked for before and is not done
     /// yet is left.
     void thinOut(Retention retention);
@@ -73,15 +83,24 @@ public:
 
 private:
     struct Connection;
+    enum class Job {
+        Write,
+        Step, ///< of what has time
+        Mend
+    };
 
     void write();
     void work();
     void workLater(Milliseconds delay);
-    void begin(std::function<void()> job, bool isWriting);
+    void begin(std::function<void()> job, Job what);
     void settle();
     void collect();
     void collectRows();
+    void collectMended();
+    void mendIfBroken();
+    void tell();
     void leaveOut();
+    bool isMending() const { return m_isBusy && m_job == Job::Mend && !m_hasEnded; }
 
     QString m_path;
     std::function<void(const QString &)> m_troubleChanged;
@@ -95,20 +114,24 @@ private:
     quint64 m_onDiskCount = 0;
     quint64 m_leftOutCount = 0;
     std::function<void()> m_settled;
+    std::function<void(const OpenedRecord &)> m_mended;
     QString m_trouble; ///< why rows could not be written
     QString m_told;
 
     bool m_hasWork = true; ///< something to be done that has time; a record may come with some
     std::unique_ptr<OneShotTimer> m_workTimer;
-    std::optional<Retention> m_retention; ///< to be handed to the thread
+    std::unique_ptr<OneShotTimer> m_mendTimer; ///< runs while it must not be tried
+    bool m_isMendDue = false;                  ///< somebody else found damage
+    std::optional<Retention> m_retention;      ///< to be handed to the thread
 
     // While m_isBusy is set, the thread alone uses what follows.
     bool m_isBusy = false;
-    bool m_isWriting = false;   ///< and not at a step of what has time
+    Job m_job = Job::Write;
     bool m_isDue = false;       ///< the time to write came meanwhile
     bool m_isWorkDue = false;   ///< the time for such a step came meanwhile
     bool m_hasMoreWork = false; ///< what the step gave
     Status m_worked = Status::done();
+    OpenedRecord m_found; ///< what mending gave
     std::unique_ptr<Connection> m_connection;
     std::vector<RecordRow> m_inHand;
     quint64 m_lastInHand = 0; ///< addedCount() at the end of it

@@ -1,5 +1,6 @@
 #include "record/salvage.h"
 
+#include "platform/files.h"
 #include "record/schema.h"
 
 #include <QCoreApplication>
@@ -36,6 +37,16 @@ const QList<SalvagedTable> &salvagedTables()
     return tables;
 }
 
+/// Whether this place cannot be read, and not just now: for want of room or memory, say.
+bool tellsOfDamage(const QSqlError &error)
+{
+    constexpr int readError = 10;
+    constexpr int damagedFile = 11;
+    constexpr int noDatabase = 26;
+    const int code = error.nativeErrorCode().toInt() & 0xff;
+    return code == readError || code == damagedFile || code == noDatabase;
+}
+
 /// Copies one table. Rows are read in the order of its key from the front to the first place that cannot be
 /// read, from the back likewise, and what lies between is halved again and again.
 class TableCopy
@@ -45,15 +56,15 @@ public:
         : m_from(from), m_to(to), m_table(table)
     {}
 
-    /// False when the new record cannot be written.
-    bool run()
+    /// A failure: the new record cannot be written, or the old one cannot be read at the moment.
+    Status run()
     {
-        if (!findColumns()) {
+        if (findColumns()) {
+            copy({}, {}, {}, 0);
+        } else {
             m_isWhole = false;
-            return m_canWrite;
         }
-        copy({}, {}, {}, 0);
-        return m_canWrite;
+        return m_canWrite ? m_canRead : m_to.failure();
     }
     qint64 rows() const { return m_rows; }
     bool isWhole() const { return m_isWhole; }
@@ -88,6 +99,7 @@ private:
             return false;
         }
         if (!columns(m_from, old)) {
+            m_canRead = m_from.isDamaged() ? Status::done() : m_from.failure();
             return false;
         }
         for (const QString &name : present) {
@@ -127,14 +139,23 @@ private:
         }
         ++m_reads;
         if (!query.exec()) {
-            return false;
+            return isRead(query);
         }
         const int place = static_cast<int>(m_columns.indexOf(column));
         while (m_canWrite && query.next()) {
             last = query.value(place).toLongLong();
             write(query);
         }
-        return !query.lastError().isValid();
+        return isRead(query);
+    }
+
+    bool isRead(const QSqlQuery &query)
+    {
+        const QSqlError error = query.lastError();
+        if (error.isValid() && !tellsOfDamage(error)) {
+            m_canRead = fileFailure(m_from.path(), error.databaseText());
+        }
+        return !error.isValid();
     }
 
     void write(const QSqlQuery &row)
@@ -158,7 +179,7 @@ private:
     void copy(const QVariantList &prefix, std::optional<qint64> above, std::optional<qint64> below,
               int halvings)
     {
-        if (!m_canWrite || m_reads > mostReads) {
+        if (!m_canWrite || !m_canRead || m_reads > mostReads) {
             return;
         }
         std::optional<qint64> front;
@@ -198,6 +219,7 @@ private:
     qint64 m_rows = 0;
     int m_reads = 0;
     bool m_isWhole = true;
+    Status m_canRead = Status::done();
     bool m_canWrite = true;
 };
 
@@ -212,19 +234,28 @@ Salvaged salvage(const QString &damaged, const QString &fresh)
         result.status = bringForward(to);
     }
     RecordDatabase from;
-    const bool canRead = result.status && from.open(damaged, RecordDatabase::Use::Read);
     if (!result.status) {
         return result;
     }
-    if (!canRead) {
+    result.status = from.open(damaged, RecordDatabase::Use::Read);
+    if (result.status) {
+        result.status = from.execute(u"SELECT count(*) FROM sqlite_master"_s);
+    }
+    if (!result.status && !from.isDamaged()) { // it may be read another time
+        return result;
+    }
+    if (!result.status) {
+        result.status = to.endLog();
         result.lost += QCoreApplication::translate("Record", "nothing of it could be read");
         return result;
     }
     for (const SalvagedTable &table : salvagedTables()) {
         TableCopy copy(from, to, table);
-        const bool isKept = to.begin() && copy.run() && to.commit();
-        if (!isKept) {
+        result.status = to.begin() ? copy.run() : to.failure();
+        if (result.status && !to.commit()) {
             result.status = to.failure();
+        }
+        if (!result.status) {
             return result;
         }
         result.rows += copy.rows();
@@ -239,6 +270,9 @@ Salvaged salvage(const QString &damaged, const QString &fresh)
     result.status = to.execute(
         {u"DELETE FROM setting WHERE name IN ('open', 'searchable', 'sorted')"_s,
          u"INSERT OR REPLACE INTO setting(name, value) VALUES('schema', '%1')"_s.arg(newestSchema())});
+    if (result.status) {
+        result.status = to.endLog();
+    }
     return result;
 }
 

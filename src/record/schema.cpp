@@ -136,12 +136,11 @@ Status bringForward(RecordDatabase &database)
                 .arg(version)
                 .arg(newestSchema()));
     }
-    while (version < newestSchema()) {
-        if (Status made = carryOut(database, ++version); !made) {
-            return made;
-        }
+    Status made = database.useLog(); // not in a file that is refused
+    while (made && version < newestSchema()) {
+        made = carryOut(database, ++version);
     }
-    return Status::done();
+    return made;
 }
 
 } // namespace ktr

@@ -11,7 +11,7 @@ int newestSchema();
 int schemaOf(RecordDatabase &database);
 
 /// Makes the tables, or brings older ones forward. A record of a newer program and another program's database
-/// are refused with a message.
+/// are refused with a message; nothing is written to them.
 Status bringForward(RecordDatabase &database);
 
 } // namespace ktr

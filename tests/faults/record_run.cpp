@@ -1,12 +1,13 @@
 // Keeps a record: opens it, writes events and alarms, tries again what was refused, closes it. Says what the
-// disk has, a line each, so that whoever breaks its file system can tell whether that is true. Argument: the
-// file.
+// disk has, a line each, so that whoever breaks its file system can tell whether that is true. Arguments: the
+// file, and another that takes its place once it was opened, or "kill" to die in the end.
 
 #include "record/record_writer.h"
 #include "support/manual_timers.h"
 
 #include <QCoreApplication>
 
+#include <csignal>
 #include <cstdio>
 
 using namespace ktr;
@@ -33,8 +34,13 @@ int main(int argc, char **argv)
     if (!opened.keptAside.isEmpty()) {
         say("damaged", opened.lost.join(u' '));
     }
+    const std::string last = argc > 2 ? argv[2] : "";
+    if (!last.empty() && last != "kill") {
+        (void)std::rename(argv[2], argv[1]);
+    }
     test::ManualTimers timers;
     RecordWriter writer(path, opened, timers, [](const QString &reason) { say("told", reason); });
+    writer.setMended([](const OpenedRecord &found) { say("mended", QString::number(found.saved)); });
     for (int i = 0; i < 3; ++i) {
         const qint64 id = writer.nextEventId();
         writer.add(EventRow{.id = id, .at = 1, .text = QStringLiteral("event %1").arg(id)});
@@ -45,6 +51,12 @@ int main(int argc, char **argv)
         timers.advance(RecordWriter::restDelay); // texts are put into the index meanwhile
     }
     for (int tries = 0; tries < 8 && !writer.flushNow(); ++tries) {
+        timers.advance(RecordWriter::mendDelay);
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents); // a damaged record is being mended
+    }
+    QCoreApplication::processEvents();
+    if (last == "kill") {
+        (void)std::raise(SIGKILL);
     }
     say(writer.onDiskCount() == writer.addedCount() ? "whole" : "partial", QString());
     return 0;
