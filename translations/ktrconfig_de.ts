@@ -884,6 +884,22 @@
         <source>some rows of &quot;%1&quot;, of which %2 could be read</source>
         <translation>einige Zeilen von „%1“, von denen %2 gelesen werden konnten</translation>
     </message>
+    <message>
+        <source>is gone; only its last changes are there: %1</source>
+        <translation>ist nicht mehr da; nur ihre letzten Änderungen liegen noch vor: %1</translation>
+    </message>
+    <message>
+        <source>is in use by another program</source>
+        <translation>wird von einem anderen Programm benutzt</translation>
+    </message>
+    <message>
+        <source>of a record that is gone, its last changes were there</source>
+        <translation>von einer Aufzeichnung, die nicht mehr da ist, lagen die letzten Änderungen vor</translation>
+    </message>
+    <message>
+        <source>was removed, or replaced by another file</source>
+        <translation>wurde entfernt oder durch eine andere Datei ersetzt</translation>
+    </message>
 </context>
 <context>
     <name>RecordTable</name>

@@ -11,52 +11,6 @@
 
 namespace ktr {
 
-namespace {
-
-/// About what a row takes while it waits.
-qint64 bytesOf(const RecordRow &row)
-{
-    constexpr qint64 overhead = 64; // of the texts' own memory
-    const auto texts = [](const auto &...text) {
-        return ((text.isEmpty() ? 0 : overhead + 2 * text.size()) + ... + qint64{sizeof(RecordRow)});
-    };
-    struct Sizes
-    {
-        decltype(texts) of;
-        qint64 operator()(const EventRow &event) const
-        {
-            return of(event.text, event.detail, event.operatorName);
-        }
-        qint64 operator()(const StationRow &station) const { return of(station.name, station.attributes); }
-        qint64 operator()(const NotificationRow &notification) const { return of(notification.entry); }
-        qint64 operator()(const AlarmRow &alarm) const
-        {
-            return of(alarm.text, alarm.comment, alarm.acknowledgedBy, alarm.overWhy, alarm.shelvedBy,
-                      alarm.shelvedWhy, alarm.recipients.join(u' '));
-        }
-        qint64 operator()(const HistoryRow &history) const { return of(history.first, history.second); }
-        qint64 operator()(const ValueRow &value) const { return of(value.value); }
-        qint64 operator()(const ListFileRow &file) const { return of(file.checksum); }
-        qint64 operator()(const SettingRow &setting) const { return of(setting.name, setting.value); }
-        qint64 operator()(const RequestRow &request) const
-        {
-            return of(request.operatorName, request.what, request.detail);
-        }
-        qint64 operator()(const RequestAnswerRow &answer) const { return of(answer.result); }
-    };
-    return std::visit(Sizes{texts}, row);
-}
-
-/// What may be left out when there is no room for all: what was said, not what must be done about it.
-bool isDispensable(const RecordRow &row)
-{
-    const auto *event = std::get_if<EventRow>(&row);
-    return (event != nullptr && event->alarm == 0) || std::holds_alternative<HistoryRow>(row) ||
-           std::holds_alternative<ValueRow>(row);
-}
-
-} // namespace
-
 /// What the thread writes with. Made and destroyed there.
 struct RecordWriter::Connection
 {
@@ -153,9 +107,9 @@ RecordWriter::RecordWriter(QString path, const OpenedRecord &opened, Timers &tim
     : m_path(std::move(path)),
       m_troubleChanged(std::move(troubleChanged)),
       m_timer(timers.create()),
-      m_most(most),
       m_lastEvent(opened.lastEvent),
       m_lastAlarm(opened.lastAlarm),
+      m_waiting(most),
       m_workTimer(timers.create()),
       m_mendTimer(timers.create()),
       m_connection(std::make_unique<Connection>())
@@ -184,11 +138,7 @@ RecordWriter::~RecordWriter()
 void RecordWriter::add(RecordRow row)
 {
     ++m_addedCount;
-    m_waitingBytes += bytesOf(row);
-    m_waiting.push_back(std::move(row));
-    if (m_waitingBytes > m_most) {
-        leaveOut();
-    }
+    m_waiting.add(std::move(row));
     if (!m_timer->isRunning()) {
         m_timer->start(longestDelay, [this] { flush(); });
     }
@@ -198,7 +148,7 @@ void RecordWriter::flush()
 {
     m_timer->stop();
     m_isDue = m_isBusy;
-    if (!m_isBusy && !m_waiting.empty()) {
+    if (!m_isBusy && !m_waiting.isEmpty()) {
         write();
     }
 }
@@ -210,11 +160,11 @@ Status RecordWriter::flushNow()
     }
     settle();
     m_timer->stop();
-    if (!m_waiting.empty() && !m_isBusy) {
+    if (!m_waiting.isEmpty() && !m_isBusy) {
         write();
         settle();
     }
-    return m_waiting.empty() ? Status::done() : Status::failed(m_trouble);
+    return m_waiting.isEmpty() ? Status::done() : Status::failed(m_trouble);
 }
 
 Status RecordWriter::commit(std::vector<RecordRow> rows)
@@ -225,25 +175,9 @@ Status RecordWriter::commit(std::vector<RecordRow> rows)
     }
     Status kept = flushNow();
     if (!kept) { // they are the newest, and none of them is left out before others
-        for (std::size_t i = 0; i < count && !m_waiting.empty(); ++i) {
-            m_waitingBytes -= bytesOf(m_waiting.back());
-            m_waiting.pop_back();
-        }
+        m_waiting.dropNewest(count);
     }
     return kept;
-}
-
-/// A part of the room is made free, so that not each row that comes goes through all that wait.
-void RecordWriter::leaveOut()
-{
-    const qint64 wanted = m_most - m_most / 16;
-    m_leftOutCount += std::erase_if(m_waiting, [&](const RecordRow &row) {
-        if (m_waitingBytes <= wanted || !isDispensable(row)) {
-            return false;
-        }
-        m_waitingBytes -= bytesOf(row);
-        return true;
-    });
 }
 
 void RecordWriter::thinOut(Retention retention)
@@ -274,8 +208,7 @@ void RecordWriter::begin(std::function<void()> job, Job what)
 
 void RecordWriter::write()
 {
-    m_inHand = std::exchange(m_waiting, {});
-    m_waitingBytes = 0;
+    m_inHand = m_waiting.take();
     m_lastInHand = m_addedCount;
     begin(
         [this] {
@@ -376,7 +309,7 @@ void RecordWriter::collectMended()
     const bool isMended = static_cast<bool>(m_found.status);
     m_trouble = m_found.status.message();
     m_mendTimer->start(isMended ? mendPause : mendDelay, [this] { mendIfBroken(); });
-    if (!m_waiting.empty()) {
+    if (!m_waiting.isEmpty()) {
         m_timer->start(isMended ? Milliseconds(0) : retryDelay, [this] { flush(); });
     }
     if (isMended) {
@@ -401,15 +334,7 @@ void RecordWriter::collectRows()
         m_inHand.clear();
         workLater(restDelay);
     } else {
-        for (const RecordRow &row : m_inHand) {
-            m_waitingBytes += bytesOf(row);
-        }
-        m_inHand.insert(m_inHand.end(), std::move_iterator(m_waiting.begin()),
-                        std::move_iterator(m_waiting.end()));
-        m_waiting = std::exchange(m_inHand, {});
-        if (m_waitingBytes > m_most) {
-            leaveOut();
-        }
+        m_waiting.putBack(std::exchange(m_inHand, {}));
         m_timer->start(retryDelay, [this] { flush(); });
     }
     m_trouble = m_kept.message();

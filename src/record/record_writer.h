@@ -4,7 +4,7 @@
 #include "platform/worker_thread.h"
 #include "record/background_work.h"
 #include "record/record_file.h"
-#include "record/record_rows.h"
+#include "record/waiting_rows.h"
 
 #include <QObject>
 
@@ -65,7 +65,7 @@ public:
     quint64 addedCount() const { return m_addedCount; }
     quint64 onDiskCount() const { return m_onDiskCount; }
     /// How many rows were left out because too many had to wait: the oldest, but none of an alarm.
-    quint64 leftOutCount() const { return m_leftOutCount; }
+    quint64 leftOutCount() const { return m_waiting.leftOutCount(); }
     /// Whether the disk refused rows, and still does.
     bool isFailing() const { return !m_trouble.isEmpty(); }
 
@@ -99,20 +99,16 @@ private:
     void collectMended();
     void mendIfBroken();
     void tell();
-    void leaveOut();
     bool isMending() const { return m_isBusy && m_job == Job::Mend && !m_hasEnded; }
 
     QString m_path;
     std::function<void(const QString &)> m_troubleChanged;
     std::unique_ptr<OneShotTimer> m_timer;
-    qint64 m_most;
     qint64 m_lastEvent;
     qint64 m_lastAlarm;
-    std::vector<RecordRow> m_waiting;
-    qint64 m_waitingBytes = 0;
+    WaitingRows m_waiting;
     quint64 m_addedCount = 0;
     quint64 m_onDiskCount = 0;
-    quint64 m_leftOutCount = 0;
     std::function<void()> m_settled;
     std::function<void(const OpenedRecord &)> m_mended;
     QString m_trouble; ///< why rows could not be written

@@ -67,6 +67,34 @@ void ListRecord::setList(const QString &nodesPath)
     m_path = pathFor(nodesPath);
 }
 
+void ListRecord::end()
+{
+    m_writer.reset();
+    m_awaited.reset();
+    m_awaitedNames.clear();
+    m_settings.clear();
+}
+
+void ListRecord::await()
+{
+    m_awaited.emplace(RecordWriter::mostWaiting);
+    m_awaitedNames = m_names;
+}
+
+ListRecord::Awaited ListRecord::takeAwaited()
+{
+    Awaited awaited{m_awaited->take(), m_awaitedNames, m_awaited->leftOutCount()};
+    m_awaited.reset();
+    return awaited;
+}
+
+quint64 ListRecord::waitingCount() const
+{
+    return m_writer    ? m_writer->addedCount() - m_writer->onDiskCount()
+           : m_awaited ? m_awaited->count() + m_awaited->leftOutCount()
+                       : 0;
+}
+
 OpenedRecord ListRecord::open()
 {
     return openRecord(m_path);
@@ -94,6 +122,9 @@ qint64 ListRecord::addStation(const QString &kennung)
     const qint64 number = ++m_lastNumber;
     m_names.insert(number, kennung);
     m_numbers.insert(kennung, number);
+    if (m_awaited) {
+        m_awaitedNames.insert(number, kennung);
+    }
     return number;
 }
 
@@ -105,11 +136,11 @@ void ListRecord::removeStation(const QString &kennung)
 qint64 ListRecord::add(EventKind kind, const QString &kennung, qint64 at, const QString &text, By by,
                        const QString &detail, qint64 alarm)
 {
-    if (!m_writer) {
+    if (!m_writer && !m_awaited) {
         return 0;
     }
-    m_writer->add(EventRow{nextEvent(), at, number(kennung), kind, text, detail,
-                           by == By::Operator ? m_operator : QString(), alarm});
+    add(EventRow{nextEvent(), at, number(kennung), kind, text, detail,
+                 by == By::Operator ? m_operator : QString(), alarm});
     return m_lastEvent;
 }
 
@@ -121,8 +152,13 @@ qint64 ListRecord::nextEvent()
 
 void ListRecord::add(RecordRow row)
 {
+    if (const auto *setting = std::get_if<SettingRow>(&row)) {
+        m_settings.insert(setting->name, setting->value);
+    }
     if (m_writer) {
         m_writer->add(std::move(row));
+    } else if (m_awaited) {
+        m_awaited->add(std::move(row));
     }
 }
 

@@ -11,7 +11,7 @@
 namespace ktr {
 
 /// The record beside a list of stations: what happens to the stations goes there as rows, under the numbers
-/// that they have there. Without a record, or with one that cannot be used, all of it is passed over.
+/// that they have there. Without a record all of it is passed over; while one cannot be opened it waits.
 class ListRecord
 {
 public:
@@ -23,13 +23,28 @@ public:
     /// From now on it is the record of this list, which nothing is written to before begin().
     void setList(const QString &nodesPath);
     /// Writes what waits, as far as the disk takes it, and closes the record.
-    void end() { m_writer.reset(); }
+    void end();
 
     /// What there was; begin() makes use of it.
     OpenedRecord open();
     /// From now on rows are written; the names are the stations' keys by their numbers, of which the highest
     /// one was given last.
     void begin(const OpenedRecord &opened, const QHash<qint64, QString> &names, qint64 lastNumber);
+    /// The record cannot be opened yet: rows wait, without numbers of events and alarms, and under numbers of
+    /// stations that are of this run alone.
+    void await();
+    bool isAwaited() const { return m_awaited.has_value(); }
+    struct Awaited
+    {
+        std::vector<RecordRow> rows;
+        QHash<qint64, QString> names{}; ///< the stations' keys by those numbers
+        quint64 leftOut = 0;
+    };
+    /// What waited; to be called when the record was opened, before begin().
+    Awaited takeAwaited();
+    /// How many rows are not written yet.
+    quint64 waitingCount() const;
+
     /// The stations of a record that another program writes.
     void know(const QHash<qint64, QString> &names);
     bool isOpen() const { return m_writer.has_value(); }
@@ -64,6 +79,10 @@ public:
     void addContent(const QString &kennung, qint64 at, const StationMessage &message);
     qint64 lastEvent() const { return m_lastEvent; }
 
+    /// The settings that were written, and those that the record had.
+    const QHash<QString, QString> &settings() const { return m_settings; }
+    void knowSettings(const QHash<QString, QString> &settings) { m_settings = settings; }
+
 private:
     Timers &m_timers;
     std::function<void(const QString &)> m_troubleChanged;
@@ -74,6 +93,9 @@ private:
     qint64 m_lastNumber = 0;
     qint64 m_lastEvent = 0;
     QString m_operator;
+    std::optional<WaitingRows> m_awaited;
+    QHash<qint64, QString> m_awaitedNames;
+    QHash<QString, QString> m_settings;
 };
 
 /// The setting in which who keeps a list stands as it does in the lock's file.
