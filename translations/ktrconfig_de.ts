@@ -592,6 +592,14 @@
         <source>its record does not know it as it is now</source>
         <translation>In der Aufzeichnung steht sie nicht so, wie sie jetzt ist</translation>
     </message>
+    <message>
+        <source>%1: the record was removed or replaced; it was written again</source>
+        <translation type="unfinished"></translation>
+    </message>
+    <message>
+        <source>what stood in its place is kept as %1</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>OutsideTexts</name>
@@ -899,6 +907,10 @@
     <message>
         <source>was removed, or replaced by another file</source>
         <translation>wurde entfernt oder durch eine andere Datei ersetzt</translation>
+    </message>
+    <message>
+        <source>rows left out before the record could be opened: %1</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>
@@ -1307,6 +1319,13 @@
     <message>
         <source>datagrams were dropped: too many wait for their turn</source>
         <translation>Datagramme wurden verworfen: zu viele warten, bis sie an der Reihe sind</translation>
+    </message>
+</context>
+<context>
+    <name>StationActions</name>
+    <message>
+        <source>the station was removed</source>
+        <translation type="unfinished">die Station wurde entfernt</translation>
     </message>
 </context>
 <context>
@@ -2822,6 +2841,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>%1: as it is now it is kept as &quot;%2&quot; beside it when the list is written</source>
         <translation>%1: so, wie sie jetzt ist, wird diese Datei daneben als „%2“ aufgehoben, wenn die Liste geschrieben wird</translation>
     </message>
+    <message>
+        <source>%1: the record was gone; a new one was begun</source>
+        <translation type="unfinished"></translation>
+    </message>
 </context>
 <context>
     <name>ktr::LimitValuePage</name>
@@ -3262,6 +3285,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>nobody watches the stations</source>
         <translation>niemand überwacht die Stationen</translation>
+    </message>
+    <message>
+        <source>The record cannot be opened yet, which is tried again all the time: %1</source>
+        <translation type="unfinished"></translation>
     </message>
 </context>
 <context>

@@ -8,7 +8,6 @@ namespace ktr {
 
 namespace {
 
-const QString rulesSetting = QStringLiteral("rules");
 const QString chatterSetting = QStringLiteral("chatter");
 
 const QString stationKey = QStringLiteral("station");
@@ -52,6 +51,7 @@ template <class Json> QString compact(const Json &json)
 } // namespace
 
 const QString AlarmActions::shelvesSetting = QStringLiteral("shelves");
+const QString AlarmActions::rulesSetting = QStringLiteral("rules");
 
 AlarmActions::AlarmActions(AlarmBook &book, ListRecord &record, std::function<qint64()> now, Asks asks,
                            QObject *parent)
@@ -67,10 +67,15 @@ AlarmActions::AlarmActions(AlarmBook &book, ListRecord &record, std::function<qi
 
 void AlarmActions::load(const QHash<QString, QString> &settings)
 {
-    m_book.setRules(AlarmRules::fromJson(settings.value(rulesSetting)).value_or(AlarmRules()));
+    m_book.setRules(rules(settings.value(rulesSetting)));
     const QJsonObject limit = QJsonDocument::fromJson(settings.value(chatterSetting).toUtf8()).object();
     const ChatterLimit standard;
     m_chatter.setLimit({limit[timesKey].toInt(standard.times), limit[minutesKey].toInt(standard.minutes)});
+}
+
+AlarmRules AlarmActions::rules(const QString &setting)
+{
+    return AlarmRules::fromJson(setting).value_or(AlarmRules());
 }
 
 QList<Shelf> AlarmActions::shelves(const QString &setting)

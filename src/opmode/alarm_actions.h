@@ -14,6 +14,7 @@ class AlarmActions : public QObject
 
 public:
     static const QString shelvesSetting;
+    static const QString rulesSetting;
 
     /// Whether another program does all of this, and was asked to; an empty request asks for nothing.
     using Asks = std::function<bool(const Request &request)>;
@@ -24,6 +25,8 @@ public:
 
     /// Takes rules and limits over as the record's settings have them, or else as they are at first.
     void load(const QHash<QString, QString> &settings);
+    /// The usual ones where there is no setting, or it cannot be read.
+    static AlarmRules rules(const QString &setting);
     /// None where there is no setting, or it cannot be read.
     static QList<Shelf> shelves(const QString &setting);
 

@@ -1,7 +1,9 @@
 #include "opmode/kept_list.h"
 
 #include "opmode/keeping/earlier/earlier_files.h"
+#include "opmode/keeping/list_replay.h"
 #include "opmode/list_opener.h"
+#include "opmode/tree/notifications.h"
 #include "platform/files.h"
 
 #include <QFileInfo>
@@ -21,8 +23,14 @@ QStringList filesOf(const QString &nodesPath)
 
 KeptList::KeptList(const ListParts &parts, NodesKeeper::Attributes attributes,
                    const NodesKeeper::Limits &limits, QObject *parent)
-    : QObject(parent), m_parts(parts), m_attributes(std::move(attributes)), m_limits(limits)
+    : QObject(parent),
+      m_parts(parts),
+      m_attributes(std::move(attributes)),
+      m_limits(limits),
+      m_again(parts.timers.create())
 {}
+
+KeptList::~KeptList() = default;
 
 Status KeptList::lock(const QString &nodesPath, bool evenIfHeld)
 {
@@ -88,20 +96,117 @@ void KeptList::takeUp(ListOpener &list)
 {
     ListRecord &record = m_parts.record;
     const EarlierFiles earlier(m_path);
-    list.takeUp(record, earlier, m_parts.moment());
-    Q_EMIT recordTrouble(list.recordStatus().message());
+    const OpenedRecord opened = record.open();
+    list.takeUp(record, opened, earlier, m_parts.moment());
+    Q_EMIT recordTrouble(opened.status.message());
+    if (!opened.status) {
+        record.await();
+        openRecordLater();
+    }
+    beginKeeper(list.upto());
+    record.add(SettingRow{keeperSetting(), QString::fromUtf8(m_lock.record())});
+    record.add(EventKind::Started, {}, m_parts.moment(), m_path, ListRecord::By::Program);
+    m_savesSoon = list.mustSave();
+}
+
+void KeptList::beginKeeper(qint64 upto)
+{
     m_keeper.emplace(
-        m_parts.tree, *m_file, record, list.upto(), m_parts.environment, m_attributes,
+        m_parts.tree, *m_file, m_parts.record, upto, m_parts.environment, m_attributes,
         [this](const QString &trouble) { Q_EMIT statusMessage(trouble); }, m_limits);
-    if (record.isOpen()) {
-        record.writer().setSettled([this] {
+    if (m_parts.record.isOpen()) {
+        m_parts.record.writer().setSettled([this] {
             Q_EMIT settled();
             m_keeper->settled();
         });
-        record.add(SettingRow{keeperSetting(), QString::fromUtf8(m_lock.record())});
-        record.add(EventKind::Started, {}, m_parts.moment(), m_path, ListRecord::By::Program);
+        m_parts.record.writer().setMended([this](const OpenedRecord &mended) { takeMended(mended); });
     }
+}
+
+void KeptList::openRecordLater()
+{
+    m_again->start(openDelay, [this] { openRecordAgain(); });
+}
+
+void KeptList::openRecordAgain()
+{
+    m_isTrying = true;
+    m_thread.start([this, path = m_parts.record.path()] { // the disk may take its time
+        m_opened = openRecord(path);
+        QMetaObject::invokeMethod(
+            this, [this] { recordTried(); }, Qt::QueuedConnection);
+    });
+}
+
+void KeptList::recordTried()
+{
+    m_thread.wait();
+    if (!std::exchange(m_isTrying, false)) { // the list was let go of meanwhile
+        return;
+    }
+    if (m_opened.status) {
+        Q_EMIT recordOpened(m_opened);
+    } else {
+        Q_EMIT recordTrouble(m_opened.status.message());
+        openRecordLater();
+    }
+}
+
+void KeptList::goOnWith(const ListOpener &list)
+{
+    const QStringList damage = damageTold(m_parts.record.path(), m_opened);
+    for (const QString &told : damage + list.remarks()) {
+        Q_EMIT statusMessage(told);
+    }
+    if (!damage.isEmpty()) {
+        Q_EMIT recordMended(damage.join(u'\n'));
+    }
+    nameStations();
+    beginKeeper(list.upto());
     m_savesSoon = list.mustSave();
+    begin();
+    Q_EMIT recordTrouble({});
+}
+
+void KeptList::takeMended(const OpenedRecord &mended)
+{
+    QStringList told = damageTold(m_parts.record.path(), mended);
+    if (told.isEmpty()) {
+        told += tr("%1: the record was gone; a new one was begun").arg(m_parts.record.path());
+    }
+    m_parts.record.add(EventKind::Trouble, {}, m_parts.moment(), told.join(u'\n'), ListRecord::By::Program);
+    if (mended.isNew || !mended.lost.isEmpty()) {
+        keepState();
+    }
+    for (const QString &line : std::as_const(told)) {
+        Q_EMIT statusMessage(line);
+    }
+    Q_EMIT recordMended(told.join(u'\n'));
+}
+
+/// What is known of the list goes into a record that may have lost it, and what of it only the tree has into
+/// the list's file.
+void KeptList::keepState()
+{
+    ListRecord &record = m_parts.record;
+    const QHash<QString, QString> settings = record.settings();
+    for (auto setting = settings.cbegin(); setting != settings.cend(); ++setting) {
+        record.add(SettingRow{setting.key(), setting.value()});
+    }
+    for (const NodeStore::Id station : m_parts.tree.nodes().children(NodeStore::root)) {
+        const NodeStore &nodes = m_parts.tree.nodes();
+        const QString kennung = textOf(nodes.name(station));
+        record.add(StationRow{record.number(kennung), textOf(nodes.text(station)), true,
+                              toJson(m_attributes(kennung))});
+        eachNotificationOf(m_parts.tree, station, [&](NodeStore::Id id) {
+            record.add(record.notification(record.number(kennung), textOf(nodes.name(id)),
+                                           m_parts.tree.arrivals().value(id)));
+        });
+    }
+    for (const auto &[id, alarm] : m_parts.alarms.standing()) {
+        record.add(alarm);
+    }
+    m_keeper->begin();
 }
 
 /// Alarms tell stations apart by their numbers, also where nothing is recorded.
@@ -141,6 +246,9 @@ Status KeptList::save()
 
 void KeptList::release()
 {
+    m_again->stop();
+    m_isTrying = false;
+    m_thread.wait(); // nobody else opens the record before it is done
     m_keeper.reset();
     m_parts.record.setList(m_path);
     m_lock.release();
@@ -149,6 +257,8 @@ void KeptList::release()
 void KeptList::end()
 {
     blockSignals(true);
+    m_again->stop();
+    m_isTrying = false;
     m_keeper.reset();
     m_parts.record.end();
 }

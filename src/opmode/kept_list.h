@@ -20,10 +20,14 @@ public:
     /// `attributes` gives those of a station.
     KeptList(const ListParts &parts, NodesKeeper::Attributes attributes, const NodesKeeper::Limits &limits,
              QObject *parent = nullptr);
+    ~KeptList() override;
 
     /// Nobody else keeps the list from now on, until release(). A failure: somebody does; taken for the same
     /// with `evenIfHeld`, which is told.
     Status lock(const QString &nodesPath, bool evenIfHeld);
+    /// After this time a record that could not be opened is tried again.
+    static constexpr Milliseconds openDelay{30'000};
+
     /// The list's file is read; another program keeps it.
     NodesFile &look(const QString &nodesPath);
     const QString &path() const { return m_path; }
@@ -33,6 +37,10 @@ public:
     /// since; the record is written from now on. A failure: the list cannot be used.
     Status load(ListOpener &list, bool isToBeKept);
     bool isKept() const { return m_keeper.has_value(); }
+    /// The same once a record that could not be opened at first was taken up.
+    void goOnWith(const ListOpener &list);
+    /// Tries again after a while to open the record, until recordOpened() or release().
+    void openRecordLater();
     /// The file is to be written soon when it has not what was taken over.
     void begin();
     /// To be called once a minute.
@@ -64,9 +72,18 @@ Q_SIGNALS:
     void recordTrouble(const QString &trouble);
     /// The disk has more of the record, or has refused it.
     void settled();
+    /// A record that could not be opened has been by now: it is to be taken up.
+    void recordOpened(const ktr::OpenedRecord &opened);
+    /// The record was damaged, removed or replaced while it was written, and has been dealt with.
+    void recordMended(const QString &what);
 
 private:
     void takeUp(ListOpener &list);
+    void beginKeeper(qint64 upto);
+    void openRecordAgain();
+    void recordTried();
+    void takeMended(const OpenedRecord &mended);
+    void keepState();
     void nameStations();
 
     ListParts m_parts;
@@ -79,6 +96,10 @@ private:
     QStringList m_defects;
     QString m_lockTrouble;
     bool m_savesSoon = false; ///< the file is not what the list is
+    std::unique_ptr<OneShotTimer> m_again;
+    OpenedRecord m_opened; ///< of the thread while m_isTrying is set
+    bool m_isTrying = false;
+    WorkerThread m_thread;
 };
 
 } // namespace ktr

@@ -52,19 +52,12 @@ Status ListOpener::loadFile()
     return loaded;
 }
 
-void ListOpener::takeUp(ListRecord &record, const EarlierFiles &earlier, qint64 now)
+void ListOpener::takeUp(ListRecord &record, const OpenedRecord &opened, const EarlierFiles &earlier,
+                        qint64 now)
 {
     const bool wasTakenOver = earlier.isThere() && takeOver(earlier);
-    const OpenedRecord opened = record.open();
-    if (!opened.keptAside.isEmpty()) {
-        m_defects += QCoreApplication::translate(
-                         "Files", "%1: the record is damaged; it is kept as %2, rows saved of it: %3")
-                         .arg(record.path(), opened.keptAside)
-                         .arg(opened.saved);
-        m_defects += opened.lost;
-    }
+    m_defects += damageTold(record.path(), opened);
     if (!opened.status) {
-        m_recordStatus = opened.status;
         return;
     }
     RecordReader reader(record.path());
@@ -81,6 +74,7 @@ void ListOpener::takeUp(ListRecord &record, const EarlierFiles &earlier, qint64 
         lastNumber = std::max(lastNumber, station.id);
     }
     record.begin(opened, m_names, lastNumber);
+    record.knowSettings(m_settings);
     keepStations(record);
     if (m_isFollowing || wasTakenOver) {
         keepNotifications(record);

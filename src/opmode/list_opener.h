@@ -18,9 +18,9 @@ public:
 
     /// Loads the file. A failure: the list cannot be used.
     Status loadFile();
-    /// Brings the tree to where the record has it, and begins to write the record. After a failure, which is
-    /// among the defects, nothing is recorded.
-    void takeUp(ListRecord &record, const EarlierFiles &earlier, qint64 now);
+    /// Brings the tree to where the record has it, and begins to write the record, unless this could not be
+    /// opened.
+    void takeUp(ListRecord &record, const OpenedRecord &opened, const EarlierFiles &earlier, qint64 now);
 
     /// The same to look on while another program keeps the list: nothing is written. A failure: the record
     /// does not know the file, or cannot be read. What is read belongs together when the reader has a
@@ -32,8 +32,6 @@ public:
     const QStringList &defects() const { return m_defects; }
     /// What happened to the list that is worth a line.
     const QStringList &remarks() const { return m_remarks; }
-    /// Why nothing is recorded.
-    const Status &recordStatus() const { return m_recordStatus; }
     /// So many changes no file has had.
     qsizetype takenUp() const { return m_takenUp; }
     /// The event up to which the file is up to date.
@@ -66,7 +64,6 @@ private:
     ListLoader::Attributes m_attributes;
     QStringList m_defects;
     QStringList m_remarks;
-    Status m_recordStatus = Status::done();
     QHash<qint64, StationRow> m_stations; ///< of the record
     QHash<qint64, QString> m_names;       ///< of the stations in the tree, by their numbers
     QList<AlarmRow> m_standing;

@@ -64,6 +64,13 @@ void MessageIntake::take(const QString &kennung, const QString &text)
     }
 }
 
+void MessageIntake::takeAgain(const QString &kennung, const QString &text, qint64 at)
+{
+    const StationMessage message = interpretStationMessage(text);
+    (void)keep(kennung, text, message,
+               m_parts.tree.apply(kennung, message, QDateTime::fromMSecsSinceEpoch(at)), at);
+}
+
 /// The message, what it makes of its notification and of the alarm, and what it reports. Gives the alarm's
 /// number, 0 where there is none.
 qint64 MessageIntake::keep(const QString &kennung, const QString &text, const StationMessage &message,

@@ -1,6 +1,7 @@
 #include "opmode/operational_mode.h"
 
 #include "opmode/keeping/list_replay.h"
+#include "opmode/late_record.h"
 #include "opmode/list_opener.h"
 #include "opmode/standing_alarms.h"
 
@@ -29,17 +30,12 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_stations(m_tree, m_liteTimers, services.createLine),
       m_scheduler(m_stations, m_services.environment),
       m_minute(services.timers.create()),
-      m_keepingTrouble(services.timers, m_services.environment,
-                       [this]() -> quint64 {
-                           return m_record.isOpen()
-                                      ? m_record.writer().addedCount() - m_record.writer().onDiskCount()
-                                      : 0;
-                       }),
+      m_keepingTrouble(services.timers, m_services.environment, [this] { return m_record.waitingCount(); }),
       m_record(services.timers, [this](const QString &trouble) { Q_EMIT m_list.recordTrouble(trouble); }),
       m_alarms([this] { return m_record.isOpen() ? m_record.writer().nextAlarmId() : ++m_lastAlarm; }),
       m_alarmActions(
           m_alarms, m_record, [this] { return moment(); },
-          [this](const Request &request) { return asks(request); }),
+          [this](const Request &request) { return isTooEarly() || asks(request); }),
       m_watchAlarms(m_alarms, services.timers, m_services.environment),
       m_parts{m_tree,   m_stations, m_scheduler,     m_trends,
               m_record, m_alarms,   services.timers, m_services.environment},
@@ -63,6 +59,9 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
     connect(&m_list, &KeptList::statusMessage, this, &OperationalMode::statusMessage);
     connect(&m_list, &KeptList::recovered, this, &OperationalMode::recovered);
     connect(&m_list, &KeptList::recordTrouble, this, &OperationalMode::setKeepingTrouble);
+    connect(&m_list, &KeptList::recordOpened, this, &OperationalMode::takeUpLate);
+    connect(&m_list, &KeptList::recordMended, this,
+            [this](const QString &what) { m_watchAlarms.tellRecord(what); });
     connect(&m_list, &KeptList::settled, &m_intake, &MessageIntake::settled);
     connect(&m_keepingTrouble, &KeepingTrouble::statusMessage, this, &OperationalMode::statusMessage);
     connect(&m_keepingTrouble, &KeepingTrouble::changed, this, &OperationalMode::unkeptChangesChanged);
@@ -126,6 +125,65 @@ void OperationalMode::takeSettings(const QHash<QString, QString> &settings)
         settings.value(silenceSetting, QString::number(WatchAlarms::usualSilence)).toInt());
     m_alarmActions.load(settings);
     m_lastOperator = settings.value(operatorSetting);
+}
+
+/// The record of a list that was watched without it so far.
+void OperationalMode::takeUpLate(const OpenedRecord &opened)
+{
+    LateRecord late(m_parts, m_list.path(), m_tree.captions());
+    if (const Status taken = late.takeUp(opened); !taken) {
+        setKeepingTrouble(taken.message());
+        m_list.openRecordLater();
+        return;
+    }
+    m_watchAlarms.renumber(late.renumbered());
+    takeSettings(late.settings());
+    if (late.changesTree()) {
+        copyTree(late.tree(), m_tree);
+        followStations(late.attributes());
+    }
+    QList<AlarmRow> standing;
+    for (const auto &[id, alarm] : late.alarms().standing()) {
+        standing += alarm;
+    }
+    m_alarms.load(standing, late.alarms().shelves());
+    m_list.goOnWith(late.list());
+    if (const qint64 since = late.list().unwatchedSince(); since != 0) {
+        m_watchAlarms.tellUnwatched(since, late.begun(), tr("The program did not end properly last time"));
+    }
+    m_alarmActions.minute();
+}
+
+/// Stations become what a list says that was brought up to date while they were watched.
+void OperationalMode::followStations(const QHash<QString, StationAttributes> &attributes)
+{
+    QStringList gone;
+    m_stations.forEach([&](const cStation &station) {
+        if (!m_tree.find(station.kennung()).isValid()) {
+            gone += station.kennung();
+        }
+    });
+    for (const QString &kennung : std::as_const(gone)) {
+        m_stations.Remove(kennung);
+        m_scheduler.remove(kennung);
+        m_trends.remove(kennung);
+    }
+    for (int row = 0; row < m_tree.rowCount(); ++row) {
+        const QString kennung = m_tree.index(row, 0).data(StationTree::KeyRole).toString();
+        const StationAttributes wanted = attributes.value(kennung);
+        m_stations.addStation(kennung, wanted.hostAddress);
+        cStation &station = *m_stations.Item(kennung);
+        if (station.online() && (!wanted.online || station.hostAddress() != wanted.hostAddress)) {
+            station.disconnect();
+        }
+        station.setHostAddress(wanted.hostAddress);
+        station.setExclusiveMode(wanted.exclusiveMode);
+        m_scheduler.setSchedule(kennung, wanted.schedule);
+        if (wanted.online && !station.online() && !isLent(kennung)) {
+            station.connectStation();
+        }
+        showStatus(station);
+    }
 }
 
 /// With what was found at the opening.
@@ -233,6 +291,15 @@ bool OperationalMode::asks(const Request &request)
     return m_joined != nullptr;
 }
 
+/// The record has alarms, rules and shelves that are not known yet.
+bool OperationalMode::isTooEarly()
+{
+    if (m_record.isAwaited()) {
+        Q_EMIT statusMessage(mayAcknowledge().message());
+    }
+    return m_record.isAwaited();
+}
+
 Status OperationalMode::openEmpty()
 {
     if (Status aside = m_list.putAside(); !aside) {
@@ -278,6 +345,13 @@ void OperationalMode::createStations(const QHash<QString, StationAttributes> &at
 qint64 OperationalMode::moment() const
 {
     return m_services.environment.now().toMSecsSinceEpoch();
+}
+
+void OperationalMode::mendRecord()
+{
+    if (m_record.isOpen()) {
+        m_record.writer().mend();
+    }
 }
 
 QString OperationalMode::recordPath() const
@@ -478,7 +552,8 @@ Status OperationalMode::mayAcknowledge() const
         return Status::failed(tr("nobody watches the stations"));
     }
     if (m_list.isKept() && !m_record.isOpen()) {
-        return Status::failed(m_keepingTrouble.reason());
+        return Status::failed(tr("The record cannot be opened yet, which is tried again all the time: %1")
+                                  .arg(m_keepingTrouble.reason()));
     }
     return Status::done();
 }

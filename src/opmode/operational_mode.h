@@ -94,6 +94,8 @@ public:
     void takeArrived();
     /// Whether all that changed is in the record.
     bool keepsChanges() { return m_record.isOpen() && m_record.writer().flushNow(); }
+    /// Somebody who reads the record found it damaged.
+    void mendRecord();
     /// The path of the record; empty when nothing is recorded.
     QString recordPath() const;
 
@@ -193,7 +195,10 @@ private:
     void onStationChanged(const QString &kennung, StationChange what);
     Status join(const QString &nodesPath);
     void takeUp(const ListOpener &list);
+    void takeUpLate(const OpenedRecord &opened);
+    void followStations(const QHash<QString, StationAttributes> &attributes);
     void joinAgain();
+    bool isTooEarly();
     bool asks(const Request &request);
     void takeSettings(const QHash<QString, QString> &settings);
     void setKeepingTrouble(const QString &trouble);

@@ -64,7 +64,7 @@ void RequestDesk::look()
         m_reader.reset(); // another one may take its place
         return;
     }
-    if (!m_reader) {
+    if (!m_reader || m_reader->isStale()) {
         m_reader = std::make_unique<RecordReader>(m_parts.record.path());
         m_version = 0;
     }

@@ -197,6 +197,25 @@ void WatchAlarms::tellList(const QString &what)
     tell(AlarmKind::List, what, AlarmPriority::Medium);
 }
 
+void WatchAlarms::tellRecord(const QString &what)
+{
+    tell(AlarmKind::Disk, what, AlarmPriority::High);
+}
+
+void WatchAlarms::renumber(const QHash<qint64, qint64> &numbers)
+{
+    for (Stations *stations : {&m_silent, &m_flooding}) {
+        for (Waiting &waiting : *stations) {
+            waiting.alarm = numbers.value(waiting.alarm);
+        }
+    }
+    for (qint64 &alarm : m_puk) {
+        alarm = numbers.value(alarm);
+    }
+    m_diskAlarm = numbers.value(m_diskAlarm);
+    m_roomAlarm = numbers.value(m_roomAlarm);
+}
+
 void WatchAlarms::beginListTrouble(const QString &what)
 {
     (void)m_book.begin(AlarmKind::List, 0, what, moment(), AlarmPriority::High);

@@ -47,6 +47,10 @@ public:
     void setRoomTrouble(const QString &trouble);
     /// Something of the list was lost; it has been dealt with.
     void tellList(const QString &what);
+    /// The same of the record.
+    void tellRecord(const QString &what);
+    /// The alarms that it began have other numbers from now on.
+    void renumber(const QHash<qint64, qint64> &numbers);
     /// The list cannot be watched, until start() the next time.
     void beginListTrouble(const QString &what);
     /// Nobody watched in this time; milliseconds since 1970, UTC.

@@ -193,6 +193,7 @@ OpenedRecord repairRecord(const QString &path, RecordDatabase &used)
         if (result.status) {
             used.close();
             putInPlace(copy, path, result);
+            result.isPutBack = static_cast<bool>(result.status);
         }
         return result;
     }

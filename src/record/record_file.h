@@ -14,6 +14,8 @@ struct OpenedRecord
     bool isNew = false;
     bool endedBadly = false; ///< the last run did not close it
 
+    bool isPutBack = false; ///< it was whole, but somebody had removed or replaced it
+
     // Of a record that was damaged:
     QString keptAside;  ///< where it is now; empty: it was sound
     qint64 saved = 0;   ///< rows that were copied out of it

@@ -1010,6 +1010,120 @@ private Q_SLOTS:
         QVERIFY(run.lines[0]->isOpen());
     }
 
+    /// What a run left that had no time to write the list's file is in the record alone.
+    void aRecordThatCannotBeOpenedAtFirstIsTakenUpLater_data()
+    {
+        QTest::addColumn<bool>("endedWell");
+        QTest::newRow("all is in the file") << true;
+        QTest::newRow("some is in the record alone") << false;
+    }
+    void aRecordThatCannotBeOpenedAtFirstIsTakenUpLater()
+    {
+        QFETCH(bool, endedWell);
+        const QString record = ListRecord::pathFor(m_folder->filePath(QStringLiteral("nodes.xml")));
+        const QString elsewhere = m_folder->filePath(QStringLiteral("elsewhere"));
+        const QString again = QStringLiteral("S/meldung/+4917012345 --> M,Alarm DI2 fail");
+        const QString late = QStringLiteral("S/meldung/+4917012345 --> M,Alarm DI3 fail");
+        {
+            Run run(m_folder->path());
+            run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+            run.mode->setOnline(QStringLiteral("S"), true);
+            QVERIFY(run.mode->close());
+        }
+        qint64 first = 0;
+        {
+            Run run(m_folder->path());
+            run.say(0, "M,Alarm DI1 fail");
+            run.say(0, "M,Alarm DI2 fail");
+            QVERIFY(run.mode->acknowledge({run.node(again)}));
+            first = *run.mode->alarms().waiting().begin();
+            run.mode->alarmActions().comment({first}, QStringLiteral("seen to"));
+            QVERIFY(run.mode->keepsChanges() && (!endedWell || run.mode->close()));
+        }
+        QVERIFY(QFile::rename(record, elsewhere) && QDir().mkdir(record));
+        {
+            Run run(m_folder->path());
+            QVERIFY(run.opened && run.mode->unkeptChanges());
+            const QPersistentModelIndex station = run.node(QStringLiteral("S"));
+            run.say(0, "M,Alarm DI1 fail");
+            run.say(0, "M,Alarm DI3 fail");
+            QCOMPARE(run.mode->addStation(QStringLiteral("T")), "T");
+            QVERIFY(run.mode->acknowledge({run.node(late)}).message().contains(record));
+            QVERIFY(run.mode->unkeptChanges()->count > 2);
+            QVERIFY(QDir().rmdir(record) && QFile::rename(elsewhere, record));
+            QTRY_VERIFY((run.timers.advance(KeptList::openDelay), !run.mode->unkeptChanges()));
+            QCOMPARE(station.isValid(), endedWell);
+            const AlarmRow *alarm = run.mode->alarms().alarm(first);
+            QVERIFY(alarm != nullptr && run.isRed(alarmKey) && run.isRed(late));
+            QCOMPARE(alarm->comment, "seen to");
+            QCOMPARE(alarm->count, 2);
+            QVERIFY(run.node(again).isValid() && !run.isRed(again));
+            QVERIFY(run.mode->acknowledge({run.node(late)}) && !run.isRed(late));
+            run.say(0, "M,Alarm DI2 fail");
+            QCOMPARE(run.waiting(AlarmKind::Disk).size(), 1); // over, and yet to be acknowledged
+            QVERIFY(run.waiting(AlarmKind::Disk)[0].over != 0);
+            QVERIFY(run.mode->close());
+        }
+        Run run(m_folder->path());
+        QVERIFY(run.told.isEmpty() && run.isRed(alarmKey) && run.isRed(again) && !run.isRed(late));
+        QCOMPARE(run.mode->stations().Count(), 2);
+        QStringList texts;
+        QSet<qint64> stations;
+        qint64 last = 0;
+        RecordReader reader(record);
+        QVERIFY(reader.eventsAfter(0, [&](const EventRow &event) {
+            if (event.kind == EventKind::Notification) {
+                texts += event.text.section(u' ', -2, -2);
+                stations += event.station;
+            }
+            return std::exchange(last, event.id) < event.id;
+        }));
+        QCOMPARE(texts.join(u' '), "DI1 DI2 DI1 DI3 DI2");
+        QCOMPARE(stations.size(), 1);
+    }
+
+    void aRecordThatIsDamagedInUseHasAllThatStandsAgain()
+    {
+        const QString record = ListRecord::pathFor(m_folder->filePath(QStringLiteral("nodes.xml")));
+        Run run(m_folder->path());
+        run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+        run.mode->setOnline(QStringLiteral("S"), true);
+        run.say(0, "M,Alarm DI1 fail");
+        const qint64 first = *run.mode->alarms().waiting().begin();
+        run.mode->alarmActions().comment({first}, QStringLiteral("seen to"));
+        QVERIFY(run.mode->keepsChanges());
+        Run viewer(m_folder->path());
+        QVERIFY(viewer.mode->open(viewer.path, OperationalMode::Use::Look));
+        {
+            RecordDatabase hand; // all tables are empty, as after the loss of most pages
+            QVERIFY(hand.open(record, RecordDatabase::Use::Write));
+            for (const char *table : {"event", "alarm", "station", "notification", "list_file"}) {
+                QVERIFY(hand.execute(QStringLiteral("DELETE FROM %1").arg(QLatin1String(table))));
+            }
+            QVERIFY(hand.execute(
+                {QStringLiteral("PRAGMA writable_schema=ON"),
+                 QStringLiteral("UPDATE sqlite_master SET rootpage = 99999 WHERE name = 'event'")}));
+        }
+        run.mode->mendRecord();
+        run.say(0, "M,Alarm DI2 fail");
+        QTRY_VERIFY((run.timers.advance(RecordWriter::retryDelay), run.waiting(AlarmKind::Disk).size() > 0));
+        QTRY_VERIFY((run.timers.advance(RecordWriter::retryDelay), !run.mode->unkeptChanges()));
+        QCOMPARE(QDir(m_folder->path()).entryList({QStringLiteral("record (*).sqlite")}),
+                 QStringList{QStringLiteral("record (1).sqlite")});
+        QVERIFY(run.mode->keepsChanges());
+        viewer.timers.advance(ListFollower::period);
+        QVERIFY(viewer.isRed(QStringLiteral("S/meldung/+4917012345 --> M,Alarm DI2 fail")));
+        QCOMPARE(viewer.mode->alarms().alarm(first)->comment, "seen to");
+        RecordReader reader(record);
+        QList<AlarmRow> open;
+        QVERIFY(reader.openAlarms([&](const AlarmRow &alarm) { open += alarm; }));
+        QVERIFY(open.size() >= 3 && open[0] == *run.mode->alarms().alarm(first));
+        QVERIFY(run.mode->close());
+        QVERIFY(checkRecord(record).faults.isEmpty());
+        Run next(m_folder->path());
+        QVERIFY(next.told.isEmpty() && next.isRed(alarmKey));
+    }
+
 private:
     /// All of the tree and of its stations that the eyes see.
     static QStringList shownBy(const OperationalMode &mode)

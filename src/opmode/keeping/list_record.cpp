@@ -4,6 +4,7 @@
 #include "platform/overloaded.h"
 #include "platform/text_rules.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QFileInfo>
 
@@ -108,6 +109,14 @@ void ListRecord::begin(const OpenedRecord &opened, const QHash<qint64, QString> 
     m_writer.emplace(m_path, opened, m_timers, m_troubleChanged);
 }
 
+void ListRecord::knowSettings(const QHash<QString, QString> &settings)
+{
+    m_settings = settings;
+    for (const char *own : {"schema", "open", "searchable"}) { // the record's own
+        m_settings.remove(QLatin1String(own));
+    }
+}
+
 void ListRecord::know(const QHash<qint64, QString> &names)
 {
     m_names = names;
@@ -188,6 +197,28 @@ void ListRecord::addContent(const QString &kennung, qint64 at, const StationMess
                           },
                           [](const auto &) {}},
                message);
+}
+
+QStringList damageTold(const QString &path, const OpenedRecord &opened)
+{
+    if (opened.isPutBack) {
+        const QString gone = QCoreApplication::translate(
+                                 "Files", "%1: the record was removed or replaced; it was written again")
+                                 .arg(path);
+        return opened.keptAside.isEmpty()
+                   ? QStringList{gone}
+                   : QStringList{gone,
+                                 QCoreApplication::translate("Files", "what stood in its place is kept as %1")
+                                     .arg(opened.keptAside)};
+    }
+    if (opened.keptAside.isEmpty()) {
+        return {};
+    }
+    return QStringList{QCoreApplication::translate(
+                           "Files", "%1: the record is damaged; it is kept as %2, rows saved of it: %3")
+                           .arg(path, opened.keptAside)
+                           .arg(opened.saved)} +
+           opened.lost;
 }
 
 QString keeperSetting()

@@ -81,7 +81,7 @@ public:
 
     /// The settings that were written, and those that the record had.
     const QHash<QString, QString> &settings() const { return m_settings; }
-    void knowSettings(const QHash<QString, QString> &settings) { m_settings = settings; }
+    void knowSettings(const QHash<QString, QString> &settings);
 
 private:
     Timers &m_timers;
@@ -97,6 +97,9 @@ private:
     QHash<qint64, QString> m_awaitedNames;
     QHash<QString, QString> m_settings;
 };
+
+/// What became of a record that was damaged, removed or replaced, a line each; none where it was not.
+QStringList damageTold(const QString &path, const OpenedRecord &opened);
 
 /// The setting in which who keeps a list stands as it does in the lock's file.
 QString keeperSetting();

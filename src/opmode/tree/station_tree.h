@@ -56,6 +56,7 @@ public:
     /// The captions of the present language: new stations get them, and nodes that were called in another
     /// language that is known are shown with them. What they are called stays, and so does their file.
     void setCaptions(const StationCaptions &captions);
+    const StationCaptions &captions() const { return m_captions; }
     /// Those of another language, which a file may hold.
     void knowCaptions(const StationCaptions &captions);
 

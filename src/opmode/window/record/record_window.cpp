@@ -27,6 +27,7 @@ constexpr int followMs = 1000;
 RecordWindow::RecordWindow(OperationalMode &mode, const FindPage::Services &services, QWidget *parent)
     : QWidget(parent, Qt::Window), m_queries(mode.recordPath()), m_second(new QTimer(this))
 {
+    m_queries.setFoundDamage([&mode] { mode.mendRecord(); });
     setObjectName(QStringLiteral("Form_record"));
     setWindowIcon(icon(IconName::Search));
     m_tabs = new QTabWidget(this);
