@@ -594,11 +594,11 @@
     </message>
     <message>
         <source>%1: the record was removed or replaced; it was written again</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: Die Aufzeichnung wurde entfernt oder ersetzt; sie wurde neu geschrieben</translation>
     </message>
     <message>
         <source>what stood in its place is kept as %1</source>
-        <translation type="unfinished"></translation>
+        <translation>was an ihrer Stelle stand, ist als %1 aufgehoben</translation>
     </message>
 </context>
 <context>
@@ -910,7 +910,7 @@
     </message>
     <message>
         <source>rows left out before the record could be opened: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Zeilen, die ausgelassen wurden, bevor die Aufzeichnung geöffnet werden konnte: %1</translation>
     </message>
 </context>
 <context>
@@ -1319,13 +1319,6 @@
     <message>
         <source>datagrams were dropped: too many wait for their turn</source>
         <translation>Datagramme wurden verworfen: zu viele warten, bis sie an der Reihe sind</translation>
-    </message>
-</context>
-<context>
-    <name>StationActions</name>
-    <message>
-        <source>the station was removed</source>
-        <translation type="unfinished">die Station wurde entfernt</translation>
     </message>
 </context>
 <context>
@@ -2843,7 +2836,7 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
     <message>
         <source>%1: the record was gone; a new one was begun</source>
-        <translation type="unfinished"></translation>
+        <translation>%1: Die Aufzeichnung war nicht mehr da; eine neue wurde begonnen</translation>
     </message>
 </context>
 <context>
@@ -3288,7 +3281,7 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
     <message>
         <source>The record cannot be opened yet, which is tried again all the time: %1</source>
-        <translation type="unfinished"></translation>
+        <translation>Die Aufzeichnung kann noch nicht geöffnet werden; das wird laufend wieder versucht: %1</translation>
     </message>
 </context>
 <context>

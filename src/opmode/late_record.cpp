@@ -159,7 +159,7 @@ void LateRecord::takeEvent(EventRow event, const QString &kennung)
     (void)ListReplay(m_tree, m_names, m_attributes).carryOut(event);
     if (event.kind == EventKind::StationRemoved) {
         m_alarms.forget(event.station, event.at,
-                        QCoreApplication::translate("StationActions", "the station was removed"));
+                        QCoreApplication::translate("ktr::StationActions", "the station was removed"));
         m_live.record.removeStation(kennung);
     }
 }
