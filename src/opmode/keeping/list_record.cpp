@@ -112,7 +112,7 @@ void ListRecord::begin(const OpenedRecord &opened, const QHash<qint64, QString> 
 void ListRecord::knowSettings(const QHash<QString, QString> &settings)
 {
     m_settings = settings;
-    for (const char *own : {"schema", "open", "searchable"}) { // the record's own
+    for (const char *own : {"schema", "open", "searchable", "sorted"}) { // the record's own
         m_settings.remove(QLatin1String(own));
     }
 }
