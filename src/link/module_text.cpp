@@ -90,12 +90,12 @@ qsizetype insideMarker(QStringView lines)
 
 bool isReport(QStringView line)
 {
-    return beginsWithLetter(plainText(withoutLineFeed(line)), u"MRH");
+    return beginsWithLetter(plainText(withoutLineFeed(line)), reportLetters);
 }
 
 bool reportsFailure(QStringView line)
 {
-    return !beginsWithLetter(plainText(withoutLineFeed(line)), u"MRHV") &&
+    return !isReport(line) && !beginsWithLetter(plainText(withoutLineFeed(line)), u"V") &&
            line.contains(failWord, Qt::CaseInsensitive);
 }
 

@@ -32,7 +32,10 @@ qsizetype leadingMarker(QStringView lines);
 /// begins with a marker it is part of the text.
 qsizetype insideMarker(QStringView lines);
 
-/// A report of the module (a notification, input values, a line of its archive), which may hold any text.
+/// The letters of what a module reports: a notification, input values, a line of its archive.
+inline constexpr QStringView reportLetters = u"MRH";
+
+/// A report of the module, which may hold any text.
 bool isReport(QStringView line);
 
 /// Whether an answer says that a command failed, in whatever form. Reports and version replies never do.

@@ -2,6 +2,7 @@
 
 #include "config/channels.h"
 #include "link/history_decoder.h"
+#include "link/module_text.h"
 
 namespace ktr {
 
@@ -107,7 +108,7 @@ StationMessage interpretStationMessage(const QString &message)
 QString withoutMark(const QString &message)
 {
     QString text = message;
-    for (const QChar kind : QStringView(u"MRH")) {
+    for (const QChar kind : reportLetters) {
         if (takeKind(text, kind)) {
             break;
         }
