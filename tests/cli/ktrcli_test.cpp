@@ -8,6 +8,7 @@
 #include <QFileInfo>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSet>
 #include <QSysInfo>
 #include <QTemporaryDir>
 #include <QTest>
@@ -206,10 +207,18 @@ private Q_SLOTS:
             QCOMPARE(ktrcli(u"send "_s + word).code, 0);
         }
         QVERIFY(ktrcli(u"-version"_s).output == ktrcli(u"--version"_s).output);
-        for (const QString command :
-             {"new", "convert", "commands", "check", "print", "compare", "transmit", "send", "history",
-              "firmware", "simulate", "monitor", "record", "ports"}) {
-            QVERIFY(overview.contains(u"\n  "_s + command + u' '));
+        const auto commandsIn = [](const QString &text, const QString &before) {
+            const QRegularExpression row(u'^' + before + u"([a-z]+) "_s, QRegularExpression::MultilineOption);
+            QSet<QString> commands;
+            for (const auto &found : row.globalMatch(text)) {
+                commands += found.captured(1);
+            }
+            return commands;
+        };
+        const QSet<QString> commands = commandsIn(overview, u"  "_s);
+        const QByteArray readme = contentOf(QStringLiteral(KTR_SOURCE_DIR "/README.md"));
+        QCOMPARE(commands, commandsIn(QString::fromUtf8(readme), u"ktrcli "_s));
+        for (const QString &command : commands) {
             const Result help = ktrcli(command + u" --help"_s);
             QVERIFY2(help.code == 0 && help.output.contains(command + u" [options]"_s), qPrintable(command));
         }
@@ -339,7 +348,7 @@ private Q_SLOTS:
         const Result compared = ktrcli(u"compare @sample @held.xml"_s);
         QVERIFY2(compared.code == 0, qPrintable(compared.output));
         QCOMPARE(ktrcli(u"new @other.xml"_s).code, 0);
-        QVERIFY(ktrcli(u"compare @1.xml @other.xml"_s).errors.contains("fields differ"_L1));
+        QVERIFY(ktrcli(u"compare @sample @other.xml"_s).errors.contains("fields differ"_L1));
 
         // What a file leaves open, and what is never sent, is no difference; what is meant is one.
         const QByteArray values = "<sendValue Wert='0'/><Ausgangswert0 Digital='1' Analog='7'/>"
