@@ -43,7 +43,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    static constexpr int stepsShown = 77;
+    static constexpr int stepsShown = 77; ///< while nothing is under way; a transmission tells its own number
 
     void applyTexts();
     void elide();

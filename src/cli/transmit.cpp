@@ -47,7 +47,9 @@ void describeTransmit(Arguments &arguments)
 {
     arguments.setSummary(
         QStringLiteral("Transmits the configuration FILE: waits until the module starts its modem or reads a "
-                       "message, then hands it the commands of steps 0 to 78."));
+                       "message, then hands it the commands of steps %1 to %2.")
+            .arg(steps::first)
+            .arg(steps::last));
     LinkJob::addOptions(arguments);
     arguments.addOption(
         {answerOption, QStringLiteral("The module is to answer each command; one that it does not answer is "

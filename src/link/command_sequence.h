@@ -29,15 +29,15 @@ QString asOneLine(QString text);
 /// The date is not carried over at midnight, as the module expects from this program.
 QString clockFields(const QDateTime &now);
 
-/// The steps of a transmission. 0 to 78 stand for one command each; the user sees these numbers as progress,
-/// and where a transmission broke off.
+/// The steps of a transmission, from first to last a command each; the user sees these numbers as progress,
+/// and where a transmission broke off. The last one closes the configuration.
 namespace steps {
 inline constexpr int first = 0;
 inline constexpr int last = 78;
 inline constexpr int idle = 999;
 } // namespace steps
 
-/// Where the user edits what a step of a transmission, 0 to 78, sends; empty where there is no such place
+/// Where the user edits what a step of a transmission sends; empty where there is no such place
 /// (the clock) or more than one.
 struct StepPlace
 {
@@ -56,7 +56,7 @@ struct StepCommand
 class CommandSequence
 {
 public:
-    /// Starts at a step 0..78.
+    /// Starts at a step, steps::first to steps::last.
     void start(int step = steps::first) { m_step = static_cast<qint16>(step); }
 
     void stop() { m_step = steps::idle; }
@@ -65,9 +65,9 @@ public:
     int step() const { return m_step; }
     bool isRunning() const { return m_step >= 0 && m_step < steps::idle; }
 
-    /// Builds the command of the present step and goes on to the next; after step 78 the sequence is idle.
-    /// Nothing when no transmission runs. A switch point whose period reaches a year has its value set to
-    /// "1" in the configuration before it is sent.
+    /// Builds the command of the present step and goes on to the next; after the last one the sequence is
+    /// idle. Nothing when no transmission runs. A switch point whose period reaches a year has its value set
+    /// to "1" in the configuration before it is sent.
     std::optional<StepCommand> next(Configuration &configuration, const CommandContext &context);
 
 private:

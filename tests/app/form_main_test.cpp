@@ -910,7 +910,7 @@ private Q_SLOTS:
 
         box = transmitUntilTold();
         QVERIFY(box != nullptr && shownMessages().isEmpty());
-        for (int step = 1; step <= 78; ++step) {
+        for (int step = 1; step <= steps::last; ++step) {
             QCOMPARE(field("txt_info_version_ktr")->text(), "theirs");
             // The answer box counts for each step anew, the values as they were at the beginning.
             auto *answer = m_window->findChild<QCheckBox *>("chk_test_answer");
