@@ -25,6 +25,7 @@ namespace {
 constexpr QSize laptop(1366, 728); // what a task bar leaves
 constexpr std::array pageNames = {"gsm",  "ip",       "limit-values", "switch-points", "test",
                                   "info", "ethernet", "connection",   "calibration"};
+static_assert(pageNames.size() == pageCount);
 
 void settle()
 {

@@ -38,34 +38,59 @@ QString recordOf(const QString &path)
 
 QString nameOf(EventKind kind)
 {
-    static const QHash<EventKind, QString> names{
-        {EventKind::Notification, QStringLiteral("notification")},
-        {EventKind::Values, QStringLiteral("values")},
-        {EventKind::History, QStringLiteral("history")},
-        {EventKind::OtherMessage, QStringLiteral("message")},
-        {EventKind::Alive, QStringLiteral("alive")},
-        {EventKind::Silent, QStringLiteral("silent")},
-        {EventKind::Quality, QStringLiteral("csq")},
-        {EventKind::Puk, QStringLiteral("puk")},
-        {EventKind::Flood, QStringLiteral("flood")},
-        {EventKind::StationAdded, QStringLiteral("station added")},
-        {EventKind::StationRemoved, QStringLiteral("station removed")},
-        {EventKind::StationRenamed, QStringLiteral("station renamed")},
-        {EventKind::Attributes, QStringLiteral("attributes")},
-        {EventKind::EntryRemoved, QStringLiteral("entry removed")},
-        {EventKind::Acknowledged, QStringLiteral("acknowledged")},
-        {EventKind::Commented, QStringLiteral("commented")},
-        {EventKind::Shelved, QStringLiteral("shelved")},
-        {EventKind::Unshelved, QStringLiteral("unshelved")},
-        {EventKind::AlarmOver, QStringLiteral("alarm over")},
-        {EventKind::Sent, QStringLiteral("sent")},
-        {EventKind::Started, QStringLiteral("started")},
-        {EventKind::Stopped, QStringLiteral("stopped")},
-        {EventKind::ListFollowed, QStringLiteral("list followed")},
-        {EventKind::Trouble, QStringLiteral("trouble")},
-        {EventKind::Note, QStringLiteral("note")},
-    };
-    return names.value(kind, QString::number(static_cast<int>(kind)));
+    switch (kind) {
+    case EventKind::Notification:
+        return QStringLiteral("notification");
+    case EventKind::Values:
+        return QStringLiteral("values");
+    case EventKind::History:
+        return QStringLiteral("history");
+    case EventKind::OtherMessage:
+        return QStringLiteral("message");
+    case EventKind::Alive:
+        return QStringLiteral("alive");
+    case EventKind::Silent:
+        return QStringLiteral("silent");
+    case EventKind::Quality:
+        return QStringLiteral("csq");
+    case EventKind::Puk:
+        return QStringLiteral("puk");
+    case EventKind::Flood:
+        return QStringLiteral("flood");
+    case EventKind::StationAdded:
+        return QStringLiteral("station added");
+    case EventKind::StationRemoved:
+        return QStringLiteral("station removed");
+    case EventKind::StationRenamed:
+        return QStringLiteral("station renamed");
+    case EventKind::Attributes:
+        return QStringLiteral("attributes");
+    case EventKind::EntryRemoved:
+        return QStringLiteral("entry removed");
+    case EventKind::Acknowledged:
+        return QStringLiteral("acknowledged");
+    case EventKind::Commented:
+        return QStringLiteral("commented");
+    case EventKind::Shelved:
+        return QStringLiteral("shelved");
+    case EventKind::Unshelved:
+        return QStringLiteral("unshelved");
+    case EventKind::AlarmOver:
+        return QStringLiteral("alarm over");
+    case EventKind::Sent:
+        return QStringLiteral("sent");
+    case EventKind::Started:
+        return QStringLiteral("started");
+    case EventKind::Stopped:
+        return QStringLiteral("stopped");
+    case EventKind::ListFollowed:
+        return QStringLiteral("list followed");
+    case EventKind::Trouble:
+        return QStringLiteral("trouble");
+    case EventKind::Note:
+        return QStringLiteral("note");
+    }
+    return QString::number(static_cast<int>(kind)); // of a newer version
 }
 
 QString nameOf(AlarmKind kind)
