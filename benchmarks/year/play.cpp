@@ -6,6 +6,8 @@
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/tree/acknowledgement.h"
 #include "opmode/tree/notifications.h"
+#include "platform/csv.h"
+#include "platform/files.h"
 #include "record/record_reader.h"
 
 #include <QCoreApplication>
@@ -287,6 +289,27 @@ template <class Page, class Take> Status eachRow(const Page &page, const Take &t
     return Status::done();
 }
 
+using Known = std::pair<AlarmRow, Tally>;
+
+template <class Take> void eachOccurrence(int stations, int days, const Take &take)
+{
+    for (int station = 1; station <= stations; ++station) {
+        for (int day = 0; day < days; ++day) {
+            if (const std::optional<Story> story = storyOf(station, day, days)) {
+                for (const auto &[row, told] : story->occurrences) {
+                    take(row, told);
+                }
+            }
+        }
+    }
+}
+
+QString shownTime(qint64 at)
+{
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(at);
+    return at == 0 ? QString() : time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODateWithMs);
+}
+
 QString shown(const AlarmRow &row, const Tally &tally)
 {
     return u"station %1, \"%2\", came %3, last %4, %5 times to %6, acknowledged %7 by %8, \"%9\", "_s
@@ -320,17 +343,10 @@ Status play(const QString &folder, int stations, int days)
 Status compare(const QString &folder, int stations, int days, qint64 &alarms)
 {
     constexpr int aPage = 2000;
-    using Known = std::pair<AlarmRow, Tally>;
     std::vector<Known> expected;
-    for (int station = 1; station <= stations; ++station) {
-        for (int day = 0; day < days; ++day) {
-            if (const std::optional<Story> story = storyOf(station, day, days)) {
-                for (const auto &[row, told] : story->occurrences) {
-                    expected.push_back({row, {told, row.acknowledged, row.acknowledgedBy, row.comment}});
-                }
-            }
-        }
-    }
+    eachOccurrence(stations, days, [&](const auto &row, qint64 told) {
+        expected.push_back({row, {told, row.acknowledged, row.acknowledgedBy, row.comment}});
+    });
     RecordReader reader(ListRecord::pathFor(listOf(folder)));
     QHash<qint64, Tally> tallies;
     Status read =
@@ -373,6 +389,32 @@ Status compare(const QString &folder, int stations, int days, qint64 &alarms)
         }
     }
     return Status::done();
+}
+
+Status writeExpected(const QString &path, int stations, int days)
+{
+    QByteArrayList lines;
+    eachOccurrence(stations, days, [&](const AlarmRow &row, qint64) {
+        const QStringList cells{shownTime(row.first),
+                                shownTime(row.last),
+                                csvCell(stationName(row.station)),
+                                row.kind == AlarmKind::Silent ? u"silent"_s : u"module"_s,
+                                QString::number(row.priority),
+                                csvCell(row.text),
+                                QString::number(row.count),
+                                csvCell(row.recipients.join(u", "_s)),
+                                shownTime(row.acknowledged),
+                                csvCell(row.acknowledgedBy),
+                                csvCell(row.comment),
+                                shownTime(row.over),
+                                csvCell(row.overWhy),
+                                {},
+                                {},
+                                {}};
+        lines += cells.join(u';').toUtf8() + "\r\n";
+    });
+    std::ranges::sort(lines);
+    return replaceFile(path, lines.join());
 }
 
 } // namespace ktr::year

@@ -15,6 +15,10 @@ Status play(const QString &folder, int stations, int days);
 /// names the first difference. `alarms`: how many there are.
 Status compare(const QString &folder, int stations, int days, qint64 &alarms);
 
+/// Writes the lines that `ktrcli record export --kind alarms` must have, without the alarms' numbers, in the
+/// order of their letters.
+Status writeExpected(const QString &path, int stations, int days);
+
 /// How the file of nodes in such a folder is called.
 QString listOf(const QString &folder);
 

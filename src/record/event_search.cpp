@@ -249,35 +249,35 @@ Status RecordReader::matchOf(const QStringList &trigrams, qint64 upTo, QString &
     return read;
 }
 
-/// The numbers among which those with a text must be: above `low`, up to `high`.
-Status RecordReader::boundsOf(const EventFilter &filter, qint64 &low, qint64 &high)
+/// The numbers among which those with a text must be, above one and up to another one, the highest first.
+Status RecordReader::rangesOf(const EventFilter &filter, QList<std::pair<qint64, qint64>> &ranges)
 {
     const bool isOfATime = filter.from != 0 || filter.to != 0;
     std::optional<qint64> sorted;
+    qint64 last = 0;
     Status read = each(u"SELECT coalesce(max(id), 0) FROM event"_s, {}, [&](const QSqlQuery &row) {
-        high = row.value(0).toLongLong();
+        last = row.value(0).toLongLong();
         return true;
     });
     if (read && isOfATime) {
         read = sortedEvents(sorted);
     }
     if (!read || !isOfATime) {
+        ranges = {{0, last}};
         return read;
     }
-    const qint64 last = high;
+    if (sorted && last > *sorted) { // what is not in order yet may belong to it
+        ranges += {*sorted, last};
+    }
     const QString source =
         sorted ? u"event_kind WHERE kind IN "_s + listOf(searchableKinds()) + u" AND "_s : u"event WHERE "_s;
-    return each(u"SELECT coalesce(min(id), 1), coalesce(max(id), 0) FROM "_s + source +
-                    u"at >= ? AND at < ?"_s,
-                {beginOf(filter.from), endOf(filter.to)}, [&](const QSqlQuery &row) {
-                    low = row.value(0).toLongLong() - 1;
-                    high = row.value(1).toLongLong();
-                    if (sorted && last > *sorted) { // what is not in order yet may belong to it
-                        low = high == 0 ? *sorted : low;
-                        high = last;
-                    }
-                    return true;
-                });
+    return each(
+        u"SELECT coalesce(min(id), 1), coalesce(max(id), 0) FROM "_s + source + u"at >= ? AND at < ?"_s,
+        {beginOf(filter.from), endOf(filter.to)}, [&](const QSqlQuery &row) {
+            ranges +=
+                {row.value(0).toLongLong() - 1, std::min(row.value(1).toLongLong(), sorted.value_or(last))};
+            return true;
+        });
 }
 
 /// By their numbers, in which the index has them.
@@ -285,15 +285,14 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
                                      int limit)
 {
     EventPage page;
-    qint64 low = 0;
-    qint64 high = 0;
+    QList<std::pair<qint64, qint64>> ranges;
     qint64 indexed = 0;
     page.status = each(u"SELECT coalesce("_s + searchableUpto + u", 0)"_s, {}, [&](const QSqlQuery &row) {
         indexed = row.value(0).toLongLong();
         return true;
     });
     if (page.status) {
-        page.status = boundsOf(filter, low, high);
+        page.status = rangesOf(filter, ranges);
     }
     bool isFew = false; // all rows of these stations can be gone through
     if (page.status && areFew(filter.stations)) {
@@ -307,9 +306,6 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
     }
     if (isFew) {
         return eventsByTime(filter, after, limit);
-    }
-    if (after) {
-        high = std::min(high, after->id - 1);
     }
     const QStringList trigrams = trigramsOf(filter.text);
     Conditions where = conditionsOf(filter);
@@ -338,21 +334,27 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
     if (!page.status) {
         return page;
     }
-    // What the index does not hold, then what it holds: who asked sees soon what there is, and asks on.
-    const qint64 unindexedAbove = trigrams.isEmpty() ? low : std::max(low, indexed);
-    std::optional<qint64> stopped =
-        lookThrough(unindexedAbove, high, numbersOfAPart, [&](qint64 above, qint64 upTo) {
-            return search(u"event NOT INDEXED"_s, u"id"_s, above, upTo);
-        });
-    high = std::min(high, unindexedAbove);
-    if (!stopped && page.status && page.rows.size() < limit && high > low) {
-        QString match;
-        page.status = matchOf(trigrams, high, match);
-        if (page.status) {
-            stopped = lookThrough(low, high, 5 * numbersOfAPart, [&](qint64 above, qint64 upTo) {
-                return search(u"event_text CROSS JOIN event ON event.id = event_text.rowid"_s,
-                              u"event_text.rowid"_s, above, upTo, match);
+    std::optional<qint64> stopped;
+    const auto isSoughtOn = [&] { return page.status && !stopped && page.rows.size() < limit; };
+    for (auto [low, high] : std::as_const(ranges)) {
+        high = after ? std::min(high, after->id - 1) : high;
+        // What the index does not hold, then what it holds: who asked sees soon what there is, and asks on.
+        const qint64 unindexedAbove = trigrams.isEmpty() ? low : std::max(low, indexed);
+        if (isSoughtOn()) {
+            stopped = lookThrough(unindexedAbove, high, numbersOfAPart, [&](qint64 above, qint64 upTo) {
+                return search(u"event NOT INDEXED"_s, u"id"_s, above, upTo);
             });
+        }
+        high = std::min(high, unindexedAbove);
+        if (isSoughtOn() && high > low) {
+            QString match;
+            page.status = matchOf(trigrams, high, match);
+            if (page.status) {
+                stopped = lookThrough(low, high, 5 * numbersOfAPart, [&](qint64 above, qint64 upTo) {
+                    return search(u"event_text CROSS JOIN event ON event.id = event_text.rowid"_s,
+                                  u"event_text.rowid"_s, above, upTo, match);
+                });
+            }
         }
     }
     if (page.rows.size() == limit) {

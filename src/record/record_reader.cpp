@@ -6,6 +6,9 @@
 
 #include <QCoreApplication>
 
+#include <algorithm>
+#include <charconv>
+
 namespace ktr {
 
 namespace {
@@ -14,6 +17,24 @@ using namespace Qt::StringLiterals;
 
 constexpr qint64 anHour = 3'600'000;
 constexpr qint64 aDay = 24 * anHour;
+
+/// The number that a text begins with; 0 where it begins with none, but has a digit. Some modules write a
+/// comma.
+std::optional<double> numberOf(const QString &text)
+{
+    const auto isDigit = [](QChar c) { return c >= u'0' && c <= u'9'; };
+    if (std::ranges::none_of(text, isDigit)) {
+        return std::nullopt;
+    }
+    QByteArray bytes = text.trimmed().toLatin1().replace(',', '.');
+    bytes = bytes.startsWith('+') ? bytes.sliced(1) : bytes;
+    double value = 0;
+    const qsizetype sign = bytes.startsWith('-') ? 1 : 0;
+    if (bytes.size() > sign && (bytes[sign] == '.' || isDigit(QLatin1Char(bytes[sign])))) { // no "inf"
+        std::from_chars(bytes.constBegin(), bytes.constEnd(), value);
+    }
+    return value;
+}
 
 } // namespace
 
@@ -248,29 +269,45 @@ Status RecordReader::history(qint64 station, int channel, qint64 from, qint64 to
 Status RecordReader::curve(qint64 station, int channel, qint64 from, qint64 to, HistoryLevel level,
                            const std::function<void(const HistoryPoint &)> &take)
 {
-    // A text without a digit is no number, and no 0 either. Some modules write a comma.
-    const auto number = [](const QString &column) -> QString {
-        return u"CASE WHEN "_s + column + u" GLOB '*[0-9]*' THEN CAST(replace("_s + column +
-               u", ',', '.') AS REAL) END"_s;
-    };
-    const auto rangeOf = [](const QSqlQuery &row, int place) -> std::optional<HistoryPoint::Range> {
-        if (row.isNull(place)) {
-            return std::nullopt;
-        }
-        return HistoryPoint::Range{row.value(place).toDouble(), row.value(place + 1).toDouble(),
-                                   row.value(place + 2).toDouble()};
-    };
     const qint64 span = level == HistoryLevel::Day ? aDay : level == HistoryLevel::Hour ? anHour : 1;
-    return each(
-        u"SELECT at - at % ? AS beginning, count(*), min(a), avg(a), max(a), min(b), avg(b), max(b) FROM"
-        " (SELECT at, "_s +
-            number(u"first"_s) + u" AS a, "_s + number(u"second"_s) +
-            u" AS b FROM history WHERE station = ? AND channel = ? AND at >= ? AND at < ?)"
-            " GROUP BY beginning ORDER BY beginning"_s,
-        {span, station, channel, from, to}, [&](const QSqlQuery &row) {
-            take({row.value(0).toLongLong(), row.value(1).toLongLong(), rangeOf(row, 2), rangeOf(row, 5)});
-            return true;
-        });
+    HistoryPoint point;
+    qint64 firstCount = 0;
+    qint64 secondCount = 0;
+    const auto add = [](std::optional<HistoryPoint::Range> &range, qint64 &count, const QString &text) {
+        if (const std::optional<double> value = numberOf(text)) {
+            range = range ? HistoryPoint::Range{std::min(range->least, *value), range->mean + *value,
+                                                std::max(range->most, *value)}
+                          : HistoryPoint::Range{*value, *value, *value};
+            ++count;
+        }
+    };
+    const auto tell = [&] { // the means are sums so far
+        if (point.first) {
+            point.first->mean /= static_cast<double>(firstCount);
+        }
+        if (point.second) {
+            point.second->mean /= static_cast<double>(secondCount);
+        }
+        if (point.count > 0) {
+            take(point);
+        }
+        firstCount = secondCount = 0;
+    };
+    const Status read = history(station, channel, from, to, [&](const HistoryRow &row) {
+        const qint64 beginning = row.at - row.at % span;
+        if (point.count == 0 || beginning != point.at) {
+            tell();
+            point = HistoryPoint();
+            point.at = beginning;
+        }
+        ++point.count;
+        add(point.first, firstCount, row.first);
+        add(point.second, secondCount, row.second);
+    });
+    if (read) {
+        tell();
+    }
+    return read;
 }
 
 Status RecordReader::values(qint64 station, int channel, qint64 from, qint64 to,

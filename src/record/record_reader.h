@@ -202,7 +202,7 @@ private:
     Status orderOf(const EventFilter &filter, EventOrder &order);
     Status look(const EventFilter &filter, const EventOrder &order, const std::optional<RecordKey> &after,
                 std::pair<qint64, qint64> times, qsizetype limit, QList<EventRow> &rows);
-    Status boundsOf(const EventFilter &filter, qint64 &low, qint64 &high);
+    Status rangesOf(const EventFilter &filter, QList<std::pair<qint64, qint64>> &ranges);
     Status matchOf(const QStringList &trigrams, qint64 upTo, QString &match);
     /// Up to which event the kinds are in order; nothing when too much is not.
     Status sortedEvents(std::optional<qint64> &upto);

@@ -60,8 +60,8 @@ template <class Look>
 std::optional<qint64> lookThrough(qint64 from, qint64 to, qint64 length, const Look &look)
 {
     constexpr qint64 longest = 50; // milliseconds, for all and for one
-    constexpr qint64 quick = 8;
-    constexpr qint64 timesLonger = 4;
+    constexpr qint64 quick = 5;
+    constexpr qint64 timesLonger = 2;
     QElapsedTimer time;
     time.start();
     while (to > from) {

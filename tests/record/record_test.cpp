@@ -250,6 +250,13 @@ private Q_SLOTS:
             QVERIFY(!point.second);
         }));
         QCOMPARE(sum, 103'667.); // 1003, 1009 and so on to 1495
+        writer->add(HistoryRow{9, 1, 0, u"+1,5"_s, u"on"_s});
+        writer->add(HistoryRow{9, 1, 1, u" -.5e1x"_s, u"inf 2"_s});
+        QVERIFY(writer->flushNow());
+        QList<HistoryPoint> points;
+        QVERIFY(
+            reader.curve(9, 1, 0, 9, HistoryLevel::Day, [&](const HistoryPoint &point) { points += point; }));
+        QCOMPARE(points, (QList<HistoryPoint>{{0, 2, {{-5, -1.75, 1.5}}, {{0, 0, 0}}}}));
         const QString copy = m_folder->filePath(u"copy.db"_s);
         QVERIFY(backUpRecord(m_path, copy));
         QVERIFY(!backUpRecord(m_path, copy));
