@@ -12,6 +12,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <thread>
+
 using namespace ktr;
 using test::RecordedLine;
 
@@ -1122,6 +1124,83 @@ private Q_SLOTS:
         QVERIFY(checkRecord(record).faults.isEmpty());
         Run next(m_folder->path());
         QVERIFY(next.told.isEmpty() && next.isRed(alarmKey));
+    }
+
+    void aCopyOfARecordInUseOpensAsTheListWasAtOneMoment()
+    {
+        const QString nodes = m_folder->filePath(QStringLiteral("nodes.xml"));
+        const QString record = ListRecord::pathFor(nodes);
+        const auto alarm = [](int number) { return QStringLiteral("M,Alarm n%1x fail").arg(number); };
+        const auto key = [&](int number) {
+            return QString(QStringLiteral("S/meldung/+4917012345 --> ") + alarm(number));
+        };
+        {
+            Run run(m_folder->path());
+            run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+            run.mode->setOnline(QStringLiteral("S"), true);
+            QVERIFY(run.mode->close());
+        }
+        std::vector<std::unique_ptr<QTemporaryDir>> copies;
+        for (int i = 0; i < 3; ++i) {
+            copies.push_back(std::make_unique<QTemporaryDir>());
+            QVERIFY(QFile::copy(nodes, copies.back()->filePath(QStringLiteral("nodes.xml"))));
+        }
+        Run run(m_folder->path());
+        std::atomic<int> copied = 0;
+        std::thread copying([&] {
+            for (const auto &copy : copies) {
+                copied += backUpRecord(record, copy->filePath(QStringLiteral("record.sqlite"))) ? 1 : 100;
+            }
+        });
+        int said = 0;
+        for (; copied < 3 || said < 200; ++said) {
+            run.say(0, alarm(said).toUtf8());
+            if (said % 3 == 0) {
+                QVERIFY(run.mode->acknowledge({run.node(key(said))}));
+            }
+            run.timers.advance(RecordWriter::longestDelay);
+            QCoreApplication::processEvents();
+        }
+        copying.join();
+        QCOMPARE(copied, 3);
+        QVERIFY(run.mode->keepsChanges());
+        const auto eventsOf = [](const QString &path) {
+            QList<EventRow> events;
+            (void)RecordReader(path).eventsAfter(0, [&](const EventRow &event) {
+                events += event;
+                return true;
+            });
+            return events;
+        };
+        const QList<EventRow> all = eventsOf(record);
+        for (const auto &copy : copies) {
+            const QString path = copy->filePath(QStringLiteral("record.sqlite"));
+            const QList<EventRow> events = eventsOf(path);
+            QCOMPARE(events, all.first(events.size()));
+            Run restored(copy->path());
+            QVERIFY(restored.opened && restored.mode->defects().isEmpty());
+            int red = 0;
+            QStringList told;
+            for (const EventRow &event : events) {
+                const bool isAlarm = event.kind == EventKind::Notification;
+                const bool isAcknowledged = event.kind == EventKind::Acknowledged;
+                red += isAlarm ? 1 : isAcknowledged ? -1 : 0;
+                told += isAlarm ? event.text : QString();
+            }
+            told.removeAll(QString());
+            for (int i = 0; i < said; ++i) {
+                QCOMPARE(restored.node(key(i)).isValid(), i < told.size());
+            }
+            QCOMPARE(restored.mode->tree().alarmCount(), red);
+            QCOMPARE(restored.waiting(AlarmKind::Module).size(), red);
+            RecordReader reader(path);
+            for (const int number : {0, static_cast<int>(told.size()) - 1, said}) {
+                const qsizetype found = reader.findEvents({.text = alarm(number).mid(2)}, {}, 9).rows.size();
+                QCOMPARE(found, std::ranges::count_if(events, [&](const EventRow &event) {
+                             return event.text.contains(alarm(number));
+                         }));
+            }
+        }
     }
 
 private:

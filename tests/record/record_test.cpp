@@ -330,11 +330,53 @@ private Q_SLOTS:
             QVERIFY(database.execute(statements));
         };
         damage({u"UPDATE setting SET value = '99' WHERE name = 'schema'"_s});
+        const QByteArray newer = test::contentOf(m_path);
         QVERIFY(openRecord(m_path).status.message().startsWith(m_path + u": was written by a newer"_s));
+        QCOMPARE(test::contentOf(m_path), newer);
+        QCOMPARE(checkRecord(m_path).schema, 99);
         m_path = m_folder->filePath(u"other.db"_s);
         damage({u"CREATE TABLE x(y)"_s});
         QVERIFY(openRecord(m_path).status.message().contains(u"another program"_s));
         QVERIFY(openRecord(m_folder->path()).status.message().startsWith(m_folder->path()));
+    }
+
+    void aLookThroughARecordFindsDamage()
+    {
+        {
+            auto writer = opened();
+            for (int i = 1; i <= 300; ++i) {
+                writer->add(said(i, u"a text of some length, number %1"_s.arg(i)));
+                writer->add(HistoryRow{i % 3 + 1, i % 18 + 1, i, u"1"_s, u"2"_s});
+            }
+        }
+        const QString copy = m_folder->filePath(u"copy.db"_s);
+        QVERIFY(backUpRecord(m_path, copy)); // no page of it is free
+        const QByteArray sound = test::contentOf(copy);
+        const auto isSound = [&](const QByteArray &content) {
+            const RecordCheck found = checkRecord(test::writeFile(copy, content) ? copy : QString());
+            return found.status && found.faults.isEmpty();
+        };
+        QVERIFY(isSound(sound));
+        constexpr qsizetype page = 4096;
+        for (qsizetype at = page; at < sound.size(); at += page) {
+            QByteArray flipped = sound;
+            flipped[at] = static_cast<char>(~flipped[at]);
+            QVERIFY2(!isSound(flipped), QByteArray::number(at));
+        }
+        for (const qsizetype size : {qsizetype{100}, sound.size() / 2, sound.size() - page}) {
+            QVERIFY(!isSound(sound.first(size)));
+        }
+        QVERIFY(isSound(sound));
+        for (const QStringList &statements : // a row that came while the index was not known
+             {QStringList{u"CREATE TABLE hidden AS SELECT * FROM sqlite_master WHERE name = 'event_at'"_s,
+                          u"DELETE FROM sqlite_master WHERE name = 'event_at'"_s},
+              QStringList{u"INSERT INTO event(id, at, kind, text) VALUES(1000, 5, 1, '')"_s},
+              QStringList{u"INSERT INTO sqlite_master SELECT * FROM hidden"_s}}) {
+            RecordDatabase hand;
+            QVERIFY(hand.open(copy, RecordDatabase::Use::Write));
+            QVERIFY(hand.execute(QStringList{u"PRAGMA writable_schema=ON"_s} + statements));
+        }
+        QVERIFY(!checkRecord(copy).faults.isEmpty());
     }
 
     /// Pages of tables and indices, and the file's head.
