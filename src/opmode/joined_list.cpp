@@ -61,7 +61,8 @@ Status JoinedList::open(NodesFile &file)
         m_parts.stations.addStation(kennung, {});
         showStation(kennung);
     }
-    m_parts.alarms.load(list.standing(), AlarmActions::shelves(list.settings().value(AlarmActions::shelvesSetting)));
+    m_parts.alarms.load(list.standing(),
+                        AlarmActions::shelves(list.settings().value(AlarmActions::shelvesSetting)));
     takeSettings(list.settings());
     m_follower.start(list.lastEvent(), lastAlarmChange);
     showKeeper();
@@ -217,7 +218,8 @@ void JoinedList::ask(const Request &request)
 void JoinedList::takeSettings(const QHash<QString, QString> &settings)
 {
     QHash<QString, QString> known = settings;
-    for (const QString &name : {QStringLiteral("searchable"), keeperSetting()}) { // which change all the time
+    for (const QString &name : {QStringLiteral("searchable"), QStringLiteral("sorted"),
+                                keeperSetting()}) { // which change all the time
         known.remove(name);
     }
     if (known != m_settings) {
