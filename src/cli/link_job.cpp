@@ -38,7 +38,8 @@ LinkJob::LinkJob(const Arguments &arguments)
     QObject::connect(m_line.get(), &Transport::lost, &m_session,
                      [this](const QString &reason, bool everythingSent) {
                          if (m_search != nullptr && m_search->isRunning()) {
-                             return; // the search goes on without this port
+                             m_session.setTimeout(m_timeout); // the lost line stopped it
+                             return;                          // the search goes on without this port
                          }
                          if (m_codeWhenDrained && everythingSent) {
                              finish(*m_codeWhenDrained); // the module hung up, but had got everything

@@ -176,8 +176,9 @@ int send(const Arguments &arguments)
         return *end;
     }
     ModuleSession &session = job.session();
+    const bool asksArchive = command == serviceCommands::archive;
     bool sent = false;
-    bool history = false;
+    bool history = false; // some of it has come
     session.place(command);
     QObject::connect(&session, &ModuleSession::commandSent, &session, [&] {
         sent = true;
@@ -187,14 +188,18 @@ int send(const Arguments &arguments)
     });
     QObject::connect(&session, &ModuleSession::replied, &session, [&](const ModemDialogue::Reply &reply) {
         const bool isAnswer = isAnswerTo(command, reply);
-        history = history || reply.kind == ModemDialogue::ReplyKind::History;
+        if (sent && asksArchive && reply.kind == ModemDialogue::ReplyKind::History) {
+            history = true;
+            job.session().setTimeout(job.timeout());
+        }
         if (sent && isAnswer && reply.refuses()) {
             complain(QLatin1String("the module says: ") + logText(reply.text));
             job.finishWhenDrained(failed);
             return;
         }
         // No control character of the module may reach the terminal.
-        print(logText(isAnswer || history ? reply.text : reply.shown()));
+        print(logText(isAnswer || reply.kind == ModemDialogue::ReplyKind::History ? reply.text
+                                                                                  : reply.shown()));
         if (sent && isAnswer) {
             job.finishWhenDrained(done);
         }

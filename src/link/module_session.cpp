@@ -284,8 +284,6 @@ void ModuleSession::perform(const ModuleDialogue::Action &action)
             [this](const ModuleDialogue::Reply &reply) {
                 if (m_isTransmitting) {
                     m_transmission.moduleSays(reply);
-                } else {
-                    noteProgress();
                 }
                 Q_EMIT replied(reply);
             },

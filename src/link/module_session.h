@@ -85,7 +85,8 @@ public:
     int resumeStep() const { return m_transmission.resumeStep(); }
 
     /// Emits stalled() when there was no progress for so long, whatever the module says; zero for never. The
-    /// time starts now.
+    /// time starts now, and again with each command handed over or refused and each answer to a transmission.
+    /// What else gets a job on, only its owner knows: it calls this again.
     void setTimeout(Milliseconds timeout);
     /// Whether anything was heard since that time started.
     bool wasHeard() const { return m_heardBytes > 0; }

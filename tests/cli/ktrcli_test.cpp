@@ -592,14 +592,27 @@ private Q_SLOTS:
 
     void whatIsHeardIsNoProgress_data()
     {
+        QTest::addColumn<QString>("job");
         QTest::addColumn<QByteArray>("noise");
         QTest::addColumn<QString>("told");
+        const QString step = u"; stopped at step 0"_s;
+        const QByteArray alarm = "at+cmgs=\"+49170\"\rM,Pump fail\x1a";
+        const QByteArray archive = "H,9,2611221100,1,2\r"; // of which nobody asked anything
         QTest::newRow("a module that hears nothing")
-            << QByteArray("at+cpin?\r") << u" lines, the last one \"at+cpin?\""_s;
-        QTest::newRow("noise") << QByteArray("x") << u" bytes without a line end"_s;
+            << u"transmit @sample"_s << QByteArray("at+cpin?\r")
+            << QString(u" lines, the last one \"at+cpin?\""_s + step);
+        QTest::newRow("noise") << u"transmit @sample"_s << QByteArray("x")
+                               << QString(u" bytes without a line end"_s + step);
+        QTest::newRow("alarms, transmit") << u"transmit @sample"_s << alarm << step;
+        QTest::newRow("alarms, send") << u"send V,\xA7"_s << alarm << u" lines, the last one "_s;
+        QTest::newRow("archive, send") << u"send \xA7,77"_s << archive << u" lines, the last one "_s;
+        QTest::newRow("archive, history") << u"history"_s << archive << u" lines, the last one "_s;
+        QTest::newRow("alarms, firmware")
+            << u"firmware --image @sample"_s << alarm << u"; nothing of the image was sent"_s;
     }
     void whatIsHeardIsNoProgress()
     {
+        QFETCH(QString, job);
         QFETCH(QByteArray, noise);
         QFETCH(QString, told);
         ktr::PseudoTerminal terminal;
@@ -612,12 +625,12 @@ private Q_SLOTS:
         timer.start(100);
         QProcess process;
         process.start(QStringLiteral(KTRCLI),
-                      words(u"transmit @sample --timeout 1 --serial "_s + terminal.slavePath()));
+                      words(job + u" --timeout 1 --serial "_s + terminal.slavePath()));
         QTRY_VERIFY_WITH_TIMEOUT(process.state() == QProcess::NotRunning, 60000);
         QCOMPARE(process.exitCode(), 1);
         const QString errors = QString::fromUtf8(process.readAllStandardError());
-        QVERIFY2(errors.startsWith("ktrcli: no progress for 1 s; heard: "_L1), qPrintable(errors));
-        QVERIFY2(errors.contains(told) && errors.endsWith("; stopped at step 0\n"_L1), qPrintable(errors));
+        QVERIFY2(errors.contains("ktrcli: no progress for 1 s; heard: "_L1), qPrintable(errors));
+        QVERIFY2(errors.contains(told), qPrintable(errors));
     }
 
     void overABadNetworkNoModuleLooksWholeThatIsNot()
