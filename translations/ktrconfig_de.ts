@@ -1302,12 +1302,16 @@
         <translation>so kann keine Station heißen</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is no longer in the list</source>
-        <translation>„%1“ steht nicht mehr in der Liste</translation>
-    </message>
-    <message>
         <source>%1 has a text to deliver already</source>
         <translation>%1 hat schon einen Text zuzustellen</translation>
+    </message>
+    <message>
+        <source>the program that watches the stations was held up for too long</source>
+        <translation>das Programm, das die Stationen überwacht, war zu lange aufgehalten</translation>
+    </message>
+    <message>
+        <source>the station is no longer in the list</source>
+        <translation>die Station steht nicht mehr in der Liste</translation>
     </message>
 </context>
 <context>

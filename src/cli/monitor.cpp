@@ -76,8 +76,9 @@ int watch(const Arguments &arguments, const Environment &environment, const QStr
                          stationCaptions({}));
     QObject::connect(&mode, &OperationalMode::statusMessage, &mode, &complain);
     QObject::connect(&mode, &OperationalMode::happened, &mode, [&](const StationEvent &event) {
-        print(
-            lineOf(event.kennung, nameOf(event.kind), event.text, QDateTime::fromMSecsSinceEpoch(event.at)));
+        const QModelIndex station = mode.tree().find(event.kennung); // which may have another name by now
+        print(lineOf(station.isValid() ? station.data(Qt::EditRole).toString() : event.kennung,
+                     nameOf(event.kind), event.text, QDateTime::fromMSecsSinceEpoch(event.at)));
     });
     const auto tellKeeper = [&mode] {
         complain(mode.unwatchedSince()

@@ -18,7 +18,6 @@ const QString whyKey = QStringLiteral("why");
 const QString timesKey = QStringLiteral("times");
 const QString minutesKey = QStringLiteral("minutes");
 const QString alarmsKey = QStringLiteral("alarms");
-const QString numberKey = QStringLiteral("number");
 
 Request request(const char *what, const QJsonObject &about)
 {
@@ -132,7 +131,7 @@ void AlarmActions::shelve(const QList<qint64> &alarms, qint64 until, const QStri
 void AlarmActions::shelveStation(qint64 station, qint64 until, const QString &why)
 {
     if (station != 0 && // that would be all alarms about the watching itself
-        !m_asks(request(requests::maintain, {{numberKey, station}, {untilKey, until}, {whyKey, why}}))) {
+        !m_asks(request(requests::maintain, {{stationKey, station}, {untilKey, until}, {whyKey, why}}))) {
         shelve(Shelf{station, {}, until, {}, why}, 0);
     }
 }
@@ -147,7 +146,7 @@ void AlarmActions::shelve(Shelf shelf, qint64 alarm)
 
 void AlarmActions::unshelve(qint64 station, const QString &text)
 {
-    if (m_asks(request(requests::unshelve, {{numberKey, station}, {textKey, text}}))) {
+    if (m_asks(request(requests::unshelve, {{stationKey, station}, {textKey, text}}))) {
         return;
     }
     const auto is = [&](const Shelf &shelf) { return shelf.station == station && shelf.text == text; };

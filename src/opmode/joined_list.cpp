@@ -105,10 +105,7 @@ void JoinedList::take(const EventRow &event)
         Q_EMIT happened(*toldAs(event, kennung));
         showStation(kennung);
         break;
-    case EventKind::Started: // what the one before knew of the stations is over
-        m_seen.clear();
-        m_parts.stations.forEach([this](const cStation &station) { showStation(station.kennung()); });
-        break;
+    case EventKind::Started: // it knows nothing of the stations' states, and renamed ones by other keys
     case EventKind::ListFollowed:
         m_isReplaced = true;
         break;

@@ -369,8 +369,11 @@ void OperationalMode::setOperator(const QString &name)
         m_lastOperator = name;
         m_record.add(SettingRow{operatorSetting, name});
     }
-    m_record.add(EventKind::Note, {}, moment(), QStringLiteral("operator: ") + name,
-                 ListRecord::By::Operator);
+    if (!m_joined) {
+        m_record.addShift(moment());
+    } else if (!isUnwatched()) {
+        m_joined->ask({QLatin1String(requests::shift), {}});
+    }
 }
 
 void OperationalMode::rename(const QString &kennung, const QString &before)
@@ -383,7 +386,8 @@ void OperationalMode::rename(const QString &kennung, const QString &before)
     } else if (!m_joined->isCarryingOut()) {
         const QString name = m_tree.find(kennung).data(Qt::EditRole).toString();
         m_joined->showName(kennung, before);
-        m_joined->ask(stationRequest(requests::rename, kennung, {{QLatin1String("name"), name}}));
+        m_joined->ask(
+            stationRequest(requests::rename, m_record.number(kennung), {{QLatin1String("name"), name}}));
     }
 }
 
@@ -397,7 +401,7 @@ QString OperationalMode::addStation(const QString &name, const QString &hostAddr
 
 void OperationalMode::removeStation(const QString &kennung)
 {
-    if (!asks(stationRequest(requests::remove, kennung))) {
+    if (!asks(stationRequest(requests::remove, m_record.number(kennung)))) {
         m_stationActions.remove(kennung);
     }
 }
@@ -408,14 +412,15 @@ void OperationalMode::setHostAddress(const QString &kennung, const QString &host
         m_stationActions.setHostAddress(kennung, hostAddress);
     } else if (const cStation *shown = station(kennung);
                shown != nullptr && shown->hostAddress() != hostAddress) {
-        asks(stationRequest(requests::address, kennung, {{QLatin1String("address"), hostAddress}}));
+        asks(stationRequest(requests::address, m_record.number(kennung),
+                            {{QLatin1String("address"), hostAddress}}));
         Q_EMIT stationChanged(kennung); // as it is until that is done
     }
 }
 
 void OperationalMode::setOnline(const QString &kennung, bool online)
 {
-    if (asks(stationRequest(requests::online, kennung, {{onKey, online}}))) {
+    if (asks(stationRequest(requests::online, m_record.number(kennung), {{onKey, online}}))) {
         Q_EMIT stationChanged(kennung);
     } else {
         m_stationActions.setOnline(kennung, online);
@@ -431,7 +436,7 @@ void OperationalMode::setAllOnline(bool online)
 
 void OperationalMode::setExclusive(const QString &kennung, bool exclusive)
 {
-    if (asks(stationRequest(requests::exclusive, kennung, {{onKey, exclusive}}))) {
+    if (asks(stationRequest(requests::exclusive, m_record.number(kennung), {{onKey, exclusive}}))) {
         Q_EMIT stationChanged(kennung);
     } else {
         m_stationActions.setExclusive(kennung, exclusive);
@@ -442,7 +447,8 @@ void OperationalMode::setSchedule(const QString &kennung, const ExclusiveSchedul
 {
     StationAttributes wanted;
     wanted.schedule = schedule;
-    if (asks(stationRequest(requests::schedule, kennung, {{QLatin1String("attributes"), toJson(wanted)}}))) {
+    if (asks(stationRequest(requests::schedule, m_record.number(kennung),
+                            {{QLatin1String("attributes"), toJson(wanted)}}))) {
         Q_EMIT stationChanged(kennung);
     } else {
         m_stationActions.setSchedule(kennung, schedule);
@@ -451,7 +457,8 @@ void OperationalMode::setSchedule(const QString &kennung, const ExclusiveSchedul
 
 bool OperationalMode::requestValues(const QString &kennung)
 {
-    return asks(stationRequest(requests::values, kennung)) || m_stationActions.requestValues(kennung);
+    return asks(stationRequest(requests::values, m_record.number(kennung))) ||
+           m_stationActions.requestValues(kennung);
 }
 
 QString OperationalMode::stationAt(const QString &hostAddress) const
@@ -565,10 +572,13 @@ Status OperationalMode::acknowledge(const QModelIndexList &entries)
         return may ? m_acknowledger.acknowledge(entries) : may;
     }
     QJsonArray wanted;
+    const NodeStore &nodes = m_tree.nodes();
     for (const QModelIndex &entry : entries) {
-        const qint64 raised = m_tree.arrivals().value(StationTree::idOf(entry)).raised;
-        wanted += QJsonObject{{QLatin1String("key"), entry.data(StationTree::KeyRole).toString()},
-                              {QLatin1String("raised"), raised}};
+        const NodeStore::Id id = StationTree::idOf(entry);
+        const qint64 station = m_record.number(textOf(nodes.name(nodes.parent(nodes.parent(id)))));
+        wanted += QJsonObject{{QLatin1String("station"), station},
+                              {QLatin1String("entry"), textOf(nodes.name(id))},
+                              {QLatin1String("raised"), m_tree.arrivals().value(id).raised}};
     }
     asks({QLatin1String(requests::acknowledge), {{QLatin1String("entries"), wanted}}});
     return may;

@@ -2,6 +2,7 @@
 
 #include "opmode/keeping/list_replay.h"
 #include "opmode/request_sender.h"
+#include "opmode/tree/notifications.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -11,7 +12,6 @@ namespace ktr {
 namespace {
 
 const QString stationKey = QStringLiteral("station");
-const QString numberKey = QStringLiteral("number");
 const QString textKey = QStringLiteral("text");
 const QString untilKey = QStringLiteral("until");
 const QString whyKey = QStringLiteral("why");
@@ -87,9 +87,11 @@ void RequestDesk::take(const RequestRow &row)
 {
     m_last = row.id;
     const qint64 now = m_parts.moment();
-    const Status done = row.at < m_start || now - row.at > RequestSender::patienceMs
-                            ? Status::failed(tr("it was asked for before the stations were watched"))
-                            : carryOut(row);
+    const Status done =
+        row.at < m_start ? Status::failed(tr("it was asked for before the stations were watched"))
+        : now - row.at > RequestSender::patienceMs
+            ? Status::failed(tr("the program that watches the stations was held up for too long"))
+            : carryOut(row);
     m_parts.record.add(RequestAnswerRow{row.id, now, done.message()});
     m_parts.record.writer().flush();
 }
@@ -111,6 +113,10 @@ Status RequestDesk::carryOut(const QString &what, const QJsonObject &about)
     if (is(what, requests::add)) {
         return add(about);
     }
+    if (is(what, requests::shift)) {
+        m_parts.record.addShift(m_parts.moment());
+        return Status::done();
+    }
     bool isKnown = true;
     Status done = onAlarms(what, about, isKnown);
     if (!isKnown) {
@@ -128,7 +134,9 @@ Status RequestDesk::acknowledge(const QJsonObject &about)
     const QJsonArray wanted = about[QLatin1String("entries")].toArray();
     for (const auto &value : wanted) {
         const QJsonObject entry = value.toObject();
-        const QModelIndex found = m_parts.tree.find(entry[QLatin1String("key")].toString());
+        const QString branch = m_parts.record.kennung(entry[stationKey].toInteger()) + u'/' +
+                               QString::fromLatin1(branches::notifications) + u'/';
+        const QModelIndex found = m_parts.tree.find(branch + entry[QLatin1String("entry")].toString());
         const bool isSame =
             found.isValid() && m_parts.tree.arrivals().value(StationTree::idOf(found)).raised ==
                                    entry[QLatin1String("raised")].toInteger();
@@ -149,7 +157,7 @@ Status RequestDesk::acknowledge(const QJsonObject &about)
 
 Status RequestDesk::onAlarms(const QString &what, const QJsonObject &about, bool &isKnown)
 {
-    const qint64 station = about[numberKey].toInteger();
+    const qint64 station = about[stationKey].toInteger();
     const qint64 until = about[untilKey].toInteger();
     const QString why = about[whyKey].toString();
     if (is(what, requests::comment)) {
@@ -175,14 +183,14 @@ Status RequestDesk::add(const QJsonObject &about)
 
 Status RequestDesk::onStation(const QString &what, const QJsonObject &about, bool &isKnown)
 {
-    const QString kennung = about[stationKey].toString();
+    const QString kennung = m_parts.record.kennung(about[stationKey].toInteger());
     const bool on = about[onKey].toBool();
-    if (is(what, requests::online) && kennung.isEmpty()) {
+    if (is(what, requests::online) && !about.contains(stationKey)) {
         m_stationActions.setAllOnline(on);
         return Status::done();
     }
     if (m_parts.stations.Item(kennung) == nullptr) {
-        return Status::failed(tr("\"%1\" is no longer in the list").arg(kennung));
+        return Status::failed(tr("the station is no longer in the list"));
     }
     if (is(what, requests::online)) {
         m_stationActions.setOnline(kennung, on);

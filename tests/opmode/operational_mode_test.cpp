@@ -925,7 +925,34 @@ private Q_SLOTS:
         RecordReader reader(file("record.sqlite"));
         EventFilter byAda;
         byAda.operatorName = QStringLiteral("Ada");
-        QCOMPARE(reader.findEvents(byAda, {}, 100).rows.size(), 13);
+        QCOMPARE(reader.findEvents(byAda, {}, 100).rows.size(), 14);
+    }
+
+    /// After each start a station's key is its name.
+    void whoJoinedMeansTheSameStationAfterItWasRenamed()
+    {
+        std::optional<Run> first(m_folder->path());
+        for (const char *name : {"XX", "YY"}) {
+            first->mode->addStation(QString::fromLatin1(name));
+        }
+        QVERIFY(first->mode->keepsChanges());
+        Run second(m_folder->path());
+        QVERIFY(second.mode->open(second.path, OperationalMode::Use::Look));
+        for (const auto &[before, after] : {std::pair("XX", "TT"), std::pair("YY", "XX")}) {
+            QVERIFY(first->mode->tree().setData(first->node(QString::fromLatin1(before)),
+                                                QString::fromLatin1(after)));
+            QVERIFY(first->mode->close());
+            first.emplace(m_folder->path());
+            QVERIFY(first->mode->keepsChanges());
+            second.timers.advance(ListFollower::period);
+            QCoreApplication::processEvents(); // it is opened again
+            QCOMPARE(shownBy(*second.mode), shownBy(*first->mode));
+        }
+        const QString kennung = second.mode->tree().index(0, 0).data(StationTree::KeyRole).toString();
+        QCOMPARE(second.textOf(kennung), "TT");
+        second.mode->removeStation(kennung);
+        QTRY_COMPARE((first->timers.advance(RequestDesk::period), first->mode->stations().Count()), 1);
+        QCOMPARE(first->mode->tree().index(0, 0).data().toString(), "XX");
     }
 
     /// Nothing is done that who asked for it could not know of, or that comes too late.
@@ -950,7 +977,7 @@ private Q_SLOTS:
         const qint64 now = first.mode->now().toMSecsSinceEpoch();
         int written = 0;
         const auto count = [&](const Status &status, qint64) { written += status ? 1 : 100; };
-        const QString aboutS = QStringLiteral(R"({"station":"S"})");
+        const QString aboutS = QStringLiteral(R"({"station":1})");
         for (const RequestRow &row :
              {RequestRow{0, now - 60'000, {}, QLatin1String(requests::remove), aboutS},
               RequestRow{0, now, {}, QStringLiteral("§88"), aboutS},

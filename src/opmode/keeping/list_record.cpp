@@ -153,6 +153,11 @@ qint64 ListRecord::add(EventKind kind, const QString &kennung, qint64 at, const 
     return m_lastEvent;
 }
 
+void ListRecord::addShift(qint64 at)
+{
+    add(EventKind::Note, {}, at, QStringLiteral("operator: ") + m_operator, By::Operator);
+}
+
 qint64 ListRecord::nextEvent()
 {
     m_lastEvent = m_writer ? m_writer->nextEventId() : 0;

@@ -71,6 +71,8 @@ public:
     qint64 add(EventKind kind, const QString &kennung, qint64 at, const QString &text, By by,
                const QString &detail = {}, qint64 alarm = 0);
     void add(RecordRow row);
+    /// Adds that whoever is the operator now is on duty.
+    void addShift(qint64 at);
     /// The number of an event that the caller adds, 0 where nothing is written.
     qint64 nextEvent();
     /// The state of a notification, by its name under its branch.

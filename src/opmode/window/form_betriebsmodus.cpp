@@ -201,7 +201,9 @@ void Form_betriebsmodus::connectTree()
     connect(m_tree, &StationTreeView::currentNodeChanged, this, [this](const QModelIndex &node) {
         m_pages->showNode(node);
         enableActions();
+        rememberChosen();
     });
+    connect(&m_mode.tree(), &StationTree::stationRenamed, this, &Form_betriebsmodus::rememberChosen);
     connect(m_pages, &OpmodePages::nodeWanted, m_tree, &StationTreeView::setCurrentIndex);
     connect(m_pages, &OpmodePages::statusMessage, this, &Form_betriebsmodus::tell);
     connect(m_pages, &OpmodePages::entryWanted, this, &Form_betriebsmodus::goTo);
@@ -367,8 +369,8 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
     if (m_mode.stations().Count() == 0 && hindrance != Hindrance::InUse && !m_mode.isJoined()) {
         m_mode.addStation(m_texts.text(Text::NewNotification));
     }
-    m_tree->setCurrentIndex(m_mode.tree().index(0, 0));
     m_treePane->applyFilter();
+    chooseAgain();
     m_counts->showNow(); // at once: until the timer's turn it would say that there are none
     const bool isUsable = hindrance == Hindrance::None;
     m_splitter->setEnabled(isUsable); // what would be done there is kept nowhere
@@ -530,6 +532,29 @@ void Form_betriebsmodus::showTitle()
 void Form_betriebsmodus::tell(const QString &line)
 {
     m_messages->tell(line);
+}
+
+/// While the list is closed and opened again, another one is the current one for moments.
+void Form_betriebsmodus::rememberChosen()
+{
+    if (m_mode.isOpen()) {
+        m_chosenName = chosenStation().data(Qt::EditRole).toString();
+    }
+}
+
+/// The station that was chosen before the list was opened again, else the first.
+void Form_betriebsmodus::chooseAgain()
+{
+    const StationTree &tree = m_mode.tree();
+    QModelIndex chosen = tree.index(0, 0);
+    for (int row = 0; row < tree.rowCount() && !m_chosenName.isEmpty(); ++row) {
+        const QModelIndex station = tree.index(row, 0);
+        if (station.data(Qt::EditRole).toString() == m_chosenName) {
+            chosen = station;
+            break;
+        }
+    }
+    m_tree->setCurrentIndex(chosen);
 }
 
 // What the menus do

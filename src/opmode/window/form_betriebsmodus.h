@@ -96,6 +96,8 @@ private:
     void exportEntries();
     void showRetention();
     void offerThinning();
+    void rememberChosen();
+    void chooseAgain();
     void openRecord();
     void goTo(const QString &kennung, const QModelIndex &entry);
     void deleteStation();
@@ -119,6 +121,7 @@ private:
     int m_busy = 0;
 
     QString m_nodesPath;
+    QString m_chosenName; ///< keys are others after each opening
     OpmodeMenus *m_menus;
     ListBanner *m_listBanner;
     ListBanner *m_lockBanner;
