@@ -1137,6 +1137,7 @@ private Q_SLOTS:
         run.say(0, "M,Alarm DI2 fail");
         QTRY_VERIFY((run.timers.advance(RecordWriter::retryDelay), run.waiting(AlarmKind::Disk).size() > 0));
         QTRY_VERIFY((run.timers.advance(RecordWriter::retryDelay), !run.mode->unkeptChanges()));
+        QTRY_VERIFY(run.told.join(u' ').contains(QLatin1String("record (1).sqlite"))); // all was added again
         QCOMPARE(QDir(m_folder->path()).entryList({QStringLiteral("record (*).sqlite")}),
                  QStringList{QStringLiteral("record (1).sqlite")});
         QVERIFY(run.mode->keepsChanges());
