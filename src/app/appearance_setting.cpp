@@ -8,8 +8,8 @@ namespace ktr {
 
 namespace {
 
-const QString section = QStringLiteral("Window");
-const QString key = QStringLiteral("appearance");
+const QString appearanceSection = QStringLiteral("Window");
+const QString appearanceKey = QStringLiteral("appearance");
 
 constexpr std::array names = {QLatin1StringView("system"), QLatin1StringView("light"),
                               QLatin1StringView("dark")};
@@ -18,14 +18,15 @@ constexpr std::array names = {QLatin1StringView("system"), QLatin1StringView("li
 
 Appearance appearanceSetting()
 {
-    const QString name = SettingsStore().GetSetting(settingsOwner, section, key);
+    const QString name = SettingsStore().GetSetting(settingsOwner, appearanceSection, appearanceKey);
     const auto found = std::ranges::find(names, name);
     return found == names.end() ? Appearance::System : static_cast<Appearance>(found - names.begin());
 }
 
 void setAppearanceSetting(Appearance appearance)
 {
-    SettingsStore().SaveSetting(settingsOwner, section, key, names[static_cast<std::size_t>(appearance)]);
+    SettingsStore().SaveSetting(settingsOwner, appearanceSection, appearanceKey,
+                                names[static_cast<std::size_t>(appearance)]);
 }
 
 } // namespace ktr

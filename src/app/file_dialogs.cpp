@@ -21,8 +21,8 @@ constexpr char16_t endMark = u'§';
 constexpr int pollMs = 1;
 
 // The helper reads the proposal from where it puts its answer.
-const QLatin1String section("Filename");
-const QLatin1String key("LastSelectedFilename");
+const QLatin1String answerSection("Filename");
+const QLatin1String answerKey("LastSelectedFilename");
 
 /// A proposal comes from free text; it must not lead into another folder.
 QString asFileName(const QString &text)
@@ -72,7 +72,7 @@ QString FileDialogs::ask(Purpose purpose, const QString &proposedName, const QSt
     const QString helper = findHelper(m_programFolder, helperName);
     // If the store cannot be written, its old content would be taken for the answer.
     const bool prepared =
-        !helper.isEmpty() && SettingsStore().SaveSetting(helperName, section, key, proposedName);
+        !helper.isEmpty() && SettingsStore().SaveSetting(helperName, answerSection, answerKey, proposedName);
     m_busy = true;
     const auto ended = qScopeGuard([this] { m_busy = false; });
     const QLatin1String command(purpose == Purpose::Save ? "ShowSave" : "ShowOpen");
@@ -88,7 +88,7 @@ QString FileDialogs::waitForHelper()
     QEventLoop loop;
     QTimer poll;
     QObject::connect(&poll, &QTimer::timeout, &loop, [&answer, &loop] {
-        answer = SettingsStore().GetSetting(helperName, section, key);
+        answer = SettingsStore().GetSetting(helperName, answerSection, answerKey);
         if (answer.contains(endMark)) {
             loop.quit();
         }

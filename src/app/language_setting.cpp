@@ -7,25 +7,25 @@ namespace ktr {
 namespace {
 
 const QLatin1String root("hkey_current_user");
-const QLatin1String key("Software\\Korvane\\KTRconfig");
+const QLatin1String registryKey("Software\\Korvane\\KTRconfig");
 const QLatin1String valueName("Language");
 
 } // namespace
 
 QString languageSetting()
 {
-    return MRegistry::GetRegistryString(root, key, valueName);
+    return MRegistry::GetRegistryString(root, registryKey, valueName);
 }
 
 void setLanguageSetting(const QString &language)
 {
-    MRegistry::SetRegistryString(root, key, valueName, language);
+    MRegistry::SetRegistryString(root, registryKey, valueName, language);
 }
 
 QString languageAtStart()
 {
     if (languageSetting().isEmpty()) {
-        MRegistry::CreateRegistryKey(root, key);
+        MRegistry::CreateRegistryKey(root, registryKey);
         setLanguageSetting(englishLanguage);
     }
     const QString language = languageSetting();

@@ -4,9 +4,9 @@ namespace ktr {
 
 namespace {
 
-const QString section = QStringLiteral("Recent");
+const QString recentSection = QStringLiteral("Recent");
 
-QString key(int index)
+QString recentKey(int index)
 {
     return QStringLiteral("file%1").arg(index);
 }
@@ -16,7 +16,7 @@ QString key(int index)
 RecentFiles::RecentFiles()
 {
     for (int index = 0; index < longest; ++index) {
-        const QString name = m_store.GetSetting(settingsOwner, section, key(index));
+        const QString name = m_store.GetSetting(settingsOwner, recentSection, recentKey(index));
         if (!name.isEmpty() && !m_names.contains(name)) {
             m_names += name;
         }
@@ -33,9 +33,9 @@ bool RecentFiles::add(const QString &fileName)
     m_names.resize(std::min<qsizetype>(m_names.size(), longest));
     QList<std::pair<QString, QString>> entries;
     for (int index = 0; index < longest; ++index) {
-        entries.emplace_back(key(index), m_names.value(index));
+        entries.emplace_back(recentKey(index), m_names.value(index));
     }
-    return m_store.SaveSettings(settingsOwner, section, entries);
+    return m_store.SaveSettings(settingsOwner, recentSection, entries);
 }
 
 } // namespace ktr

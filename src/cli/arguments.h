@@ -9,6 +9,11 @@
 
 namespace ktr::cli {
 
+// Options that several commands have.
+inline const QString serialOption = QStringLiteral("serial");
+inline const QString ethernetOption = QStringLiteral("ethernet");
+inline const QString outputOption = QStringLiteral("output");
+
 /// The command line of one of ktrcli's commands: its options, and the named arguments it must have.
 class Arguments
 {

@@ -13,8 +13,6 @@ namespace ktr::cli {
 
 namespace {
 
-const QString outputOption = QStringLiteral("output");
-
 /// Writes the records and counts them.
 class Records
 {

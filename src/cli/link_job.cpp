@@ -11,8 +11,6 @@ namespace ktr::cli {
 
 namespace {
 
-const QString serialOption = QStringLiteral("serial");
-const QString ethernetOption = QStringLiteral("ethernet");
 const QString logOption = QStringLiteral("log");
 const QString timeoutOption = QStringLiteral("timeout");
 

@@ -25,7 +25,6 @@ const QString fromOption = QStringLiteral("from");
 const QString toOption = QStringLiteral("to");
 const QString stationOption = QStringLiteral("station");
 const QString textOption = QStringLiteral("text");
-const QString outputOption = QStringLiteral("output");
 
 constexpr int rowsOfPage = 2000;
 constexpr int channels = 18;

@@ -18,13 +18,11 @@ namespace ktr::cli {
 
 namespace {
 
-const QString serialOption = QStringLiteral("serial");
-const QString ethernetOption = QStringLiteral("ethernet");
 const QString saveOption = QStringLiteral("save");
 const QString holdOption = QStringLiteral("hold");
 const QString replayOption = QStringLiteral("replay");
 const QString slowOption = QStringLiteral("slow");
-const QString silentOption = QStringLiteral("silent-after");
+const QString silentAfterOption = QStringLiteral("silent-after");
 const QString splitOption = QStringLiteral("split");
 const QString mergeOption = QStringLiteral("merge");
 const QString garbageOption = QStringLiteral("garbage");
@@ -41,7 +39,7 @@ void addFaults(Arguments &arguments)
     arguments.addOption(
         {slowOption, QStringLiteral("Waits so long before each line."), QStringLiteral("MS")});
     arguments.addOption(
-        {silentOption, QStringLiteral("Falls silent after so many lines."), QStringLiteral("LINES")});
+        {silentAfterOption, QStringLiteral("Falls silent after so many lines."), QStringLiteral("LINES")});
     arguments.addOption(
         {splitOption, QStringLiteral("Sends so many bytes at a time."), QStringLiteral("BYTES")});
     arguments.addOption({mergeOption, QStringLiteral("Sends a status line in one piece with each line.")});
@@ -79,7 +77,7 @@ std::optional<Faults> faults(const Arguments &arguments)
         }
     };
     take(slowOption, 0, aDay, [&](int ms) { faults.delayBeforeLine = Milliseconds(ms); });
-    take(silentOption, 0, many, [&](int lines) { faults.silentAfterLines = lines; });
+    take(silentAfterOption, 0, many, [&](int lines) { faults.silentAfterLines = lines; });
     take(splitOption, 1, many, [&](int bytes) {
         faults.chunkSize = bytes;
         faults.chunkPause = Milliseconds(1);
@@ -146,9 +144,10 @@ std::optional<int> checkSimulate(const Arguments &arguments)
     const auto usable = [](bool isUsable) { return isUsable ? std::nullopt : std::optional(wrongUsage); };
     if (wantsFleet(arguments)) {
         // Of the faults, a fleet knows those of the network.
-        const QString option = firstSet(
-            arguments, {serialOption, ethernetOption, saveOption, holdOption, replayOption, slowOption,
-                        silentOption, splitOption, mergeOption, garbageOption, hangUpOption, overtakeOption});
+        const QString option =
+            firstSet(arguments, {serialOption, ethernetOption, saveOption, holdOption, replayOption,
+                                 slowOption, silentAfterOption, splitOption, mergeOption, garbageOption,
+                                 hangUpOption, overtakeOption});
         if (!option.isEmpty()) {
             return arguments.wrong(QStringLiteral("--fleet does not go together with --") + option);
         }
@@ -168,9 +167,9 @@ std::optional<int> checkSimulate(const Arguments &arguments)
             QStringLiteral("\"%1\" is neither PORT nor ADDRESS:PORT").arg(arguments.value(ethernetOption)));
     }
     if (arguments.isSet(replayOption)) {
-        const QString option = firstSet(arguments, {ethernetOption, saveOption, holdOption, slowOption,
-                                                    silentOption, splitOption, mergeOption, garbageOption,
-                                                    hangUpOption, loseOption, doubleOption, overtakeOption});
+        const QString option = firstSet(
+            arguments, {ethernetOption, saveOption, holdOption, slowOption, silentAfterOption, splitOption,
+                        mergeOption, garbageOption, hangUpOption, loseOption, doubleOption, overtakeOption});
         return option.isEmpty() ? std::nullopt
                                 : std::optional(arguments.wrong(
                                       QStringLiteral("--replay does not go together with --") + option));

@@ -16,11 +16,6 @@ QString end(double number)
     return numberText(number, QLocale::c());
 }
 
-QString problem(const char *text)
-{
-    return QCoreApplication::translate("Problems", text);
-}
-
 QString inWords(const char *text)
 {
     return QCoreApplication::translate("Fields", text);
@@ -35,7 +30,7 @@ bool isChoice(const QString &text, const Range &range)
 QString choiceFault(const QString &text, const Range &range)
 {
     return isChoice(text, range) ? QString()
-                                 : problem(QT_TRANSLATE_NOOP("Problems", "is none of the choices"));
+                                 : problemText(QT_TRANSLATE_NOOP("Problems", "is none of the choices"));
 }
 
 QString wholeNumberFault(const QString &text, const Range &range, Unit unit)
@@ -45,28 +40,28 @@ QString wholeNumberFault(const QString &text, const Range &range, Unit unit)
         return {};
     }
     if (range.highest < Range::noEnd) {
-        return problem(QT_TRANSLATE_NOOP("Problems", "is no whole number from %1 to %2"))
+        return problemText(QT_TRANSLATE_NOOP("Problems", "is no whole number from %1 to %2"))
             .arg(end(range.lowest), end(range.highest));
     }
-    return unit == Unit::Minutes
-               ? problem(QT_TRANSLATE_NOOP("Problems", "is no whole number of minutes"))
-               : problem(QT_TRANSLATE_NOOP("Problems", "is no whole number from %1")).arg(end(range.lowest));
+    return unit == Unit::Minutes ? problemText(QT_TRANSLATE_NOOP("Problems", "is no whole number of minutes"))
+                                 : problemText(QT_TRANSLATE_NOOP("Problems", "is no whole number from %1"))
+                                       .arg(end(range.lowest));
 }
 
 QString numberFault(const QString &text, const Range &range)
 {
     const std::optional<double> number = toNumber(text);
     if (!number) {
-        return problem(QT_TRANSLATE_NOOP("Problems", "is no number"));
+        return problemText(QT_TRANSLATE_NOOP("Problems", "is no number"));
     }
     if (range.outside != Range::Outside::IsAFault) {
         return {};
     }
     if (*number < range.lowest) {
-        return problem(QT_TRANSLATE_NOOP("Problems", "is below %1")).arg(end(range.lowest));
+        return problemText(QT_TRANSLATE_NOOP("Problems", "is below %1")).arg(end(range.lowest));
     }
     return *number > range.highest && range.highest < Range::noEnd
-               ? problem(QT_TRANSLATE_NOOP("Problems", "is above %1")).arg(end(range.highest))
+               ? problemText(QT_TRANSLATE_NOOP("Problems", "is above %1")).arg(end(range.highest))
                : QString();
 }
 
@@ -124,6 +119,11 @@ QString Range::words(Unit unit) const
         break;
     }
     return words + inWords(QT_TRANSLATE_NOOP("Fields", ", in the unit of the channel"));
+}
+
+QString problemText(const char *text)
+{
+    return QCoreApplication::translate("Problems", text);
 }
 
 } // namespace ktr

@@ -64,4 +64,7 @@ struct Range
     QString words(Unit unit) const;
 };
 
+/// What is wrong with a field, as the table of translations knows it, in the present language.
+QString problemText(const char *text);
+
 } // namespace ktr

@@ -51,14 +51,9 @@ QString presentComparison(const QString &text)
 
 // Checks
 
-QString problem(const char *text)
-{
-    return QCoreApplication::translate("Problems", text);
-}
-
 QString notZero(const QString &text)
 {
-    return toNumber(text) == 0.0 ? problem(QT_TRANSLATE_NOOP("Problems", "makes all values the same"))
+    return toNumber(text) == 0.0 ? problemText(QT_TRANSLATE_NOOP("Problems", "makes all values the same"))
                                  : QString();
 }
 
@@ -80,19 +75,19 @@ QString smsText(const QString &text)
     const char32_t c = *found;
     const auto place = std::distance(characters.begin(), found) + 1;
     if (c == U'\t') {
-        return problem(QT_TRANSLATE_NOOP("Problems", "has a tab at place %1, which no SMS carries"))
+        return problemText(QT_TRANSLATE_NOOP("Problems", "has a tab at place %1, which no SMS carries"))
             .arg(place);
     }
     if (QChar::category(c) == QChar::Other_Control) {
-        return problem(QT_TRANSLATE_NOOP("Problems", "has a control character at place %1")).arg(place);
+        return problemText(QT_TRANSLATE_NOOP("Problems", "has a control character at place %1")).arg(place);
     }
     const QString letter = QString::fromUcs4(&c, 1);
     const QString plain = withoutUmlauts(letter);
     return plain == letter
-               ? problem(QT_TRANSLATE_NOOP("Problems", "has \"%1\" at place %2, which no SMS carries"))
+               ? problemText(QT_TRANSLATE_NOOP("Problems", "has \"%1\" at place %2, which no SMS carries"))
                      .arg(letter)
                      .arg(place)
-               : problem(QT_TRANSLATE_NOOP("Problems", "has \"%1\" at place %2; write \"%3\" in an SMS"))
+               : problemText(QT_TRANSLATE_NOOP("Problems", "has \"%1\" at place %2; write \"%3\" in an SMS"))
                      .arg(letter)
                      .arg(place)
                      .arg(plain);
@@ -101,8 +96,9 @@ QString smsText(const QString &text)
 /// For fields that are sent as typed, where a comma would begin another field.
 QString withoutComma(const QString &text)
 {
-    return text.contains(u',') ? problem(QT_TRANSLATE_NOOP("Problems", "has a comma, which separates fields"))
-                               : QString();
+    return text.contains(u',')
+               ? problemText(QT_TRANSLATE_NOOP("Problems", "has a comma, which separates fields"))
+               : QString();
 }
 
 QString smsTextWithoutComma(const QString &text)
@@ -115,7 +111,7 @@ QString simPin(const QString &text)
     const bool length = text.isEmpty() || (text.size() >= 4 && text.size() <= 8);
     return length && std::ranges::all_of(text, isDecimalDigit)
                ? QString()
-               : problem(QT_TRANSLATE_NOOP("Problems", "is no PIN of 4 to 8 digits"));
+               : problemText(QT_TRANSLATE_NOOP("Problems", "is no PIN of 4 to 8 digits"));
 }
 
 QString phoneNumber(const QString &text)
@@ -127,16 +123,18 @@ QString phoneNumber(const QString &text)
     constexpr qsizetype longest = 15; // by E.164
     const qsizetype digits = text.size() - 1;
     if (!sound) {
-        return problem(QT_TRANSLATE_NOOP("Problems", "is no phone number of \"+\" and digits"));
+        return problemText(QT_TRANSLATE_NOOP("Problems", "is no phone number of \"+\" and digits"));
     }
     if (text.startsWith(QLatin1String("+0"))) {
-        return problem(QT_TRANSLATE_NOOP("Problems", "has no country code: none begins with 0"));
+        return problemText(QT_TRANSLATE_NOOP("Problems", "has no country code: none begins with 0"));
     }
     if (digits > longestCountryCode && digits < shortest) {
-        return problem(QT_TRANSLATE_NOOP("Problems", "is too short for a phone number with a country code"));
+        return problemText(
+            QT_TRANSLATE_NOOP("Problems", "is too short for a phone number with a country code"));
     }
     return digits > longest
-               ? problem(QT_TRANSLATE_NOOP("Problems", "is too long: a phone number has %1 digits at most"))
+               ? problemText(
+                     QT_TRANSLATE_NOOP("Problems", "is too long: a phone number has %1 digits at most"))
                      .arg(longest)
                : QString();
 }
@@ -145,20 +143,21 @@ QString dottedAddress(const QString &text)
 {
     return addressDefect(text) == AddressDefect::None
                ? QString()
-               : problem(QT_TRANSLATE_NOOP("Problems", "is no address of four numbers from 0 to 255"));
+               : problemText(QT_TRANSLATE_NOOP("Problems", "is no address of four numbers from 0 to 255"));
 }
 
 QString hexadecimalByte(const QString &text)
 {
     const bool sound = text.size() == 2 && std::ranges::all_of(text, isHexadecimalDigit);
-    return sound ? QString() : problem(QT_TRANSLATE_NOOP("Problems", "is no byte of two hexadecimal digits"));
+    return sound ? QString()
+                 : problemText(QT_TRANSLATE_NOOP("Problems", "is no byte of two hexadecimal digits"));
 }
 
 QString startTime(const QString &text)
 {
     const bool sound = text.isEmpty() || toMinute(text);
     return sound ? QString()
-                 : problem(QT_TRANSLATE_NOOP("Problems", "is no date and time of the form YYMMDDhhmm"));
+                 : problemText(QT_TRANSLATE_NOOP("Problems", "is no date and time of the form YYMMDDhhmm"));
 }
 
 // Presets
@@ -453,7 +452,7 @@ template <class Record> bool store(const Field<Record> &field, Record &record, c
 QString blanksFault(const QString &text)
 {
     return !text.isEmpty() && text.trimmed().isEmpty()
-               ? problem(QT_TRANSLATE_NOOP("Problems", "consists only of blanks"))
+               ? problemText(QT_TRANSLATE_NOOP("Problems", "consists only of blanks"))
                : QString();
 }
 

@@ -23,7 +23,7 @@ namespace ktr {
 
 namespace {
 
-constexpr int captionLength = 3;                                  ///< of "GW" and a blank
+constexpr int limitValueCaption = 3;                              ///< of "GW" and a blank
 const QString countPerInterval = QStringLiteral("pro Intervall"); ///< in all languages
 
 QLineEdit *numberEdit(QWidget *parent)
@@ -308,7 +308,7 @@ void LimitValuePage::load()
 {
     fillDefaults();
     m_kinds->setCurrentIndex(LimitValue::isReference(entry()) ? 1 : 0);
-    m_frame->setTitle(numberedCaption(m_frame->title(), captionLength, entry() + 1));
+    m_frame->setTitle(numberedCaption(m_frame->title(), limitValueCaption, entry() + 1));
     showRecords();
     refreshMarks();
 }

@@ -16,7 +16,7 @@ namespace ktr {
 
 namespace {
 
-constexpr int captionLength = 12; ///< of "Schaltpunkt" and a blank
+constexpr int switchPointCaption = 12; ///< of "Schaltpunkt" and a blank
 
 /// Administrators' names are as long as the user likes: they must not widen the window.
 QComboBox *narrowList(QWidget *parent)
@@ -174,7 +174,7 @@ void SwitchPointPage::load()
                 today.toString(QStringLiteral("yyMMdd")) + QLatin1String("0000");
         });
     }
-    m_frame->setTitle(numberedCaption(m_frame->title(), captionLength, entry() + 1));
+    m_frame->setTitle(numberedCaption(m_frame->title(), switchPointCaption, entry() + 1));
     showRecords();
     refreshMarks();
 }

@@ -6,8 +6,6 @@
 #include "config/fields.h"
 #include "platform/text_rules.h"
 
-#include <QCoreApplication>
-
 #include <bit>
 
 namespace ktr {
@@ -17,11 +15,6 @@ namespace {
 constexpr int onHolidays = 11;
 constexpr int less = 1;
 constexpr int greater = 3;
-
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("Problems", text);
-}
 
 /// Indexes as the user counts them, from 1.
 QString numbers(const QList<int> &indexes)
@@ -149,16 +142,16 @@ private:
         if (isIncomplete(administrator.number)) {
             if (!notifying.isEmpty()) {
                 add<Administrator>(
-                    number,
-                    translated(QT_TRANSLATE_NOOP(
-                                   "Problems", "no complete phone number, but a recipient of limit value %1"))
-                        .arg(numbers(notifying)));
+                    number, problemText(QT_TRANSLATE_NOOP(
+                                            "Problems",
+                                            "no complete phone number, but a recipient of limit value %1"))
+                                .arg(numbers(notifying)));
             }
             if (!calling.isEmpty()) {
                 add<Administrator>(
                     number,
-                    translated(QT_TRANSLATE_NOOP("Problems",
-                                                 "no complete phone number, but called by switch point %1"))
+                    problemText(QT_TRANSLATE_NOOP("Problems",
+                                                  "no complete phone number, but called by switch point %1"))
                         .arg(numbers(calling)));
             }
             return;
@@ -174,9 +167,9 @@ private:
             });
             if (!twice.isEmpty()) {
                 add(administrator, number,
-                    translated(QT_TRANSLATE_NOOP("Problems",
-                                                 "is the number of administrator %1, too: limit value "
-                                                 "%2 notifies both"))
+                    problemText(QT_TRANSLATE_NOOP("Problems",
+                                                  "is the number of administrator %1, too: limit value "
+                                                  "%2 notifies both"))
                         .arg(other + 1)
                         .arg(numbers(twice)));
             }
@@ -193,12 +186,12 @@ private:
                 return;
             }
             if (isReference) {
-                add<LimitValue>(
-                    &LimitValue::reference,
-                    translated(QT_TRANSLATE_NOOP("Problems", "there is a text but no combined limit value")));
+                add<LimitValue>(&LimitValue::reference,
+                                problemText(QT_TRANSLATE_NOOP(
+                                    "Problems", "there is a text but no combined limit value")));
             } else {
                 add<LimitValue>(&LimitValue::channel,
-                                translated(QT_TRANSLATE_NOOP("Problems", "there is a text but no channel")));
+                                problemText(QT_TRANSLATE_NOOP("Problems", "there is a text but no channel")));
             }
             return;
         }
@@ -219,7 +212,7 @@ private:
         if (!idle.isEmpty()) {
             add<LimitValue>(
                 &LimitValue::reference,
-                translated(QT_TRANSLATE_NOOP("Problems", "it combines limit value %1, which is not in use"))
+                problemText(QT_TRANSLATE_NOOP("Problems", "it combines limit value %1, which is not in use"))
                     .arg(numbers(idle)));
         }
     }
@@ -235,21 +228,21 @@ private:
         }
         if (binary && *limit != 0 && *limit != 1) {
             add(value, &LimitValue::limit,
-                translated(
+                problemText(
                     QT_TRANSLATE_NOOP("Problems", "is neither 0 nor 1: the channel has no other values")));
         } else if (counted && *limit < 0) {
             add(value, &LimitValue::limit,
-                translated(QT_TRANSLATE_NOOP("Problems", "is below 0, where no counter goes")));
+                problemText(QT_TRANSLATE_NOOP("Problems", "is below 0, where no counter goes")));
         } else if ((value.comparison == less && *limit == 0) ||
                    (binary && value.comparison == greater && *limit == 1)) {
             const QString sign = value.comparison == less ? QStringLiteral("<") : QStringLiteral(">");
             add<LimitValue>(&LimitValue::comparison,
-                            translated(QT_TRANSLATE_NOOP("Problems", "the channel is never %1 %2"))
+                            problemText(QT_TRANSLATE_NOOP("Problems", "the channel is never %1 %2"))
                                 .arg(sign, value.limit));
         }
         if (binary && toNumber(value.hysteresis).value_or(0) != 0) {
             add(value, &LimitValue::hysteresis,
-                translated(
+                problemText(
                     QT_TRANSLATE_NOOP("Problems", "is no hysteresis: a channel of two states takes 0")));
         }
     }
@@ -258,20 +251,20 @@ private:
     {
         if (value.alarm.isEmpty() && notifiesAnybody(value)) {
             add<LimitValue>(&LimitValue::alarm,
-                            translated(QT_TRANSLATE_NOOP("Problems", "there are recipients but no text")));
+                            problemText(QT_TRANSLATE_NOOP("Problems", "there are recipients but no text")));
         } else if (!value.alarm.isEmpty() && !notifiesAnybody(value)) {
             add<LimitValue>(&LimitValue::recipients,
-                            translated(QT_TRANSLATE_NOOP("Problems", "there is a text but no recipient")));
+                            problemText(QT_TRANSLATE_NOOP("Problems", "there is a text but no recipient")));
         } else if (value.alarm.isEmpty() && !isReferredTo()) {
-            add<LimitValue>(
-                &LimitValue::alarm,
-                translated(QT_TRANSLATE_NOOP("Problems", "there are neither text nor recipients, nor does a "
-                                                         "combination or switch point use the limit value")));
+            add<LimitValue>(&LimitValue::alarm,
+                            problemText(QT_TRANSLATE_NOOP(
+                                "Problems", "there are neither text nor recipients, nor does a "
+                                            "combination or switch point use the limit value")));
         }
         if (value.repetitions > 0 && value.repetitionInterval.isEmpty()) {
             add<LimitValue>(
                 &LimitValue::repetitionInterval,
-                translated(QT_TRANSLATE_NOOP("Problems", "there are repetitions but no interval")));
+                problemText(QT_TRANSLATE_NOOP("Problems", "there are repetitions but no interval")));
         }
     }
 
@@ -298,17 +291,17 @@ private:
         const std::optional<double> value = toNumber(point.value);
         if (isDigital && value && *value != 0 && *value != 1) {
             add(point, &SwitchPoint::value,
-                translated(QT_TRANSLATE_NOOP("Problems",
-                                             "is neither 0 nor 1: a digital output has no other values")));
+                problemText(QT_TRANSLATE_NOOP("Problems",
+                                              "is neither 0 nor 1: a digital output has no other values")));
         }
         const double period = leadingNumber(point.period);
         if (period >= SwitchPoint::periodBound && value != 1.0) {
             add(point, &SwitchPoint::period,
-                translated(QT_TRANSLATE_NOOP("Problems", "is a year or more: the value becomes 1")));
+                problemText(QT_TRANSLATE_NOOP("Problems", "is a year or more: the value becomes 1")));
         } else if (point.type == SwitchPoint::periodic &&
                    period < fieldOf(&SwitchPoint::period).range->lowest) {
             add(point, &SwitchPoint::period,
-                translated(QT_TRANSLATE_NOOP("Problems", "is less than a minute")));
+                problemText(QT_TRANSLATE_NOOP("Problems", "is less than a minute")));
         }
         checkTime(point);
         checkTwin(point);
@@ -319,7 +312,7 @@ private:
         const auto start = toMinute(point.start);
         const QDateTime now(m_now.date(), m_now.time(), Qt::UTC); // as the module's clock shows it
         if (point.type == SwitchPoint::once && (point.start.isEmpty() || (start && *start < now))) {
-            add<SwitchPoint>(&SwitchPoint::start, translated(QT_TRANSLATE_NOOP(
+            add<SwitchPoint>(&SwitchPoint::start, problemText(QT_TRANSLATE_NOOP(
                                                       "Problems", "the start is past: it never switches")));
         }
         const QString today = m_now.toString(QStringLiteral("yyMMdd"));
@@ -327,13 +320,13 @@ private:
             std::ranges::none_of(m_configuration.holidays.lines(),
                                  [&today](const QString &line) { return line.left(6) >= today; })) {
             add<SwitchPoint>(&SwitchPoint::type,
-                             translated(QT_TRANSLATE_NOOP("Problems", "there are no holidays to come")));
+                             problemText(QT_TRANSLATE_NOOP("Problems", "there are no holidays to come")));
         }
         const auto limitValue = static_cast<std::size_t>(point.limitValue);
         if (point.reactsToLimitValue() && limitValue < m_configuration.limitValues.size() &&
             !isInUse(m_configuration.limitValues[limitValue], point.limitValue)) {
             add<SwitchPoint>(&SwitchPoint::limitValue,
-                             translated(QT_TRANSLATE_NOOP("Problems", "limit value %1 is not in use"))
+                             problemText(QT_TRANSLATE_NOOP("Problems", "limit value %1 is not in use"))
                                  .arg(point.limitValue + 1));
         }
     }
@@ -357,10 +350,10 @@ private:
             if (toNumber(twin->value) == toNumber(point.value)) {
                 add<SwitchPoint>(
                     &SwitchPoint::target,
-                    translated(QT_TRANSLATE_NOOP("Problems", "switch point %1 does the same")).arg(number));
+                    problemText(QT_TRANSLATE_NOOP("Problems", "switch point %1 does the same")).arg(number));
             } else {
                 add(point, &SwitchPoint::value,
-                    translated(
+                    problemText(
                         QT_TRANSLATE_NOOP("Problems", "is not what switch point %1 sets at the same time"))
                         .arg(number));
             }
@@ -377,18 +370,18 @@ private:
         const bool usable = mask && isMask(*mask);
         if (address && (!isAddressOfOne(*address) || (usable && isOfNetwork(host, *mask)))) {
             add(ethernet, &EthernetSettings::ip,
-                translated(QT_TRANSLATE_NOOP("Problems", "is no address that a module can have")));
+                problemText(QT_TRANSLATE_NOOP("Problems", "is no address that a module can have")));
         }
         if (mask && !usable) {
             add(ethernet, &EthernetSettings::subnet,
-                translated(QT_TRANSLATE_NOOP("Problems", "is no mask: ones, then zeros")));
+                problemText(QT_TRANSLATE_NOOP("Problems", "is no mask: ones, then zeros")));
         }
         const auto isZero = [](const QString &byte) { return byte == u"00"; };
         if (isBegun() && isZero(ethernet.mac3) && isZero(ethernet.mac4) && isZero(ethernet.mac5)) {
             add<EthernetSettings>(
                 &EthernetSettings::mac3,
-                translated(QT_TRANSLATE_NOOP("Problems", "the last three MAC bytes are 0, as in every new "
-                                                         "configuration (edited in expert mode)")));
+                problemText(QT_TRANSLATE_NOOP("Problems", "the last three MAC bytes are 0, as in every new "
+                                                          "configuration (edited in expert mode)")));
         }
     }
 

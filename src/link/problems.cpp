@@ -4,7 +4,6 @@
 #include "link/effect_problems.h"
 #include "platform/text_rules.h"
 
-#include <QCoreApplication>
 #include <QDate>
 #include <QRegularExpression>
 
@@ -13,11 +12,6 @@
 namespace ktr {
 
 namespace {
-
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("Problems", text);
-}
 
 /// A switch point without a target does nothing, and one that reacts to a limit value has no start.
 bool isUsed(const SwitchPoint &point, const Field<SwitchPoint> &field)
@@ -66,11 +60,11 @@ void checkHolidays(const HolidayList &holidays, QList<Problem> &problems)
         const QString &line = holidays.lines()[i];
         const auto isSame = [&line](const QString &other) { return other.left(6) == line.left(6); };
         const auto begin = holidays.lines().begin();
-        const QString fault = !isHoliday(line)
-                                  ? translated(QT_TRANSLATE_NOOP("Problems", "is no date of the form YYMMDD"))
-                              : std::any_of(begin, begin + i, isSame)
-                                  ? translated(QT_TRANSLATE_NOOP("Problems", "is in the list twice"))
-                                  : QString();
+        const QString fault =
+            !isHoliday(line) ? problemText(QT_TRANSLATE_NOOP("Problems", "is no date of the form YYMMDD"))
+            : std::any_of(begin, begin + i, isSame)
+                ? problemText(QT_TRANSLATE_NOOP("Problems", "is in the list twice"))
+                : QString();
         if (!fault.isEmpty()) {
             problems.append({QStringLiteral("Feiertag%1").arg(i), holidaysControl.forIndex(0), i,
                              quotedInRemark(line) + fault});
@@ -81,7 +75,7 @@ void checkHolidays(const HolidayList &holidays, QList<Problem> &problems)
 QString lengthFault(const QString &command)
 {
     return command.size() > longestCommand
-               ? translated(
+               ? problemText(
                      QT_TRANSLATE_NOOP("Problems", "the command is too long: %1 characters of %2 at most"))
                      .arg(command.size())
                      .arg(longestCommand)
@@ -94,8 +88,8 @@ QString letterFault(const QString &command)
         const char32_t code = c;
         const QString letter = QString::fromUcs4(&code, 1);
         if (fromWindows1252(toWindows1252(letter)) != letter) {
-            return translated(QT_TRANSLATE_NOOP("Problems",
-                                                "the command has \"%1\", which the module does not know"))
+            return problemText(QT_TRANSLATE_NOOP("Problems",
+                                                 "the command has \"%1\", which the module does not know"))
                 .arg(letter);
         }
     }
@@ -108,7 +102,7 @@ QString serviceFault(int step, const QString &command)
     static const QRegularExpression service(QStringLiteral("§,?[0-9]+"));
     const QRegularExpressionMatch match = service.match(command);
     return step != steps::first && match.hasMatch()
-               ? translated(QT_TRANSLATE_NOOP("Problems", "the command has \"%1\", which orders a service"))
+               ? problemText(QT_TRANSLATE_NOOP("Problems", "the command has \"%1\", which orders a service"))
                      .arg(match.captured())
                : QString();
 }
@@ -129,7 +123,7 @@ void checkCommands(Configuration configuration, const CommandContext &context, Q
         for (const QString &message :
              {lengthFault(next->command), letter, serviceFault(next->step, next->command)}) {
             if (!message.isEmpty()) {
-                problems.append({translated(QT_TRANSLATE_NOOP("Problems", "step %1")).arg(next->step),
+                problems.append({problemText(QT_TRANSLATE_NOOP("Problems", "step %1")).arg(next->step),
                                  at.control, at.entry, message});
             }
         }

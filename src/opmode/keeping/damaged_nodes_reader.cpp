@@ -24,7 +24,7 @@ bool isItem(std::string_view name)
            name.find_first_not_of("0123456789", item.size()) == std::string_view::npos;
 }
 
-QString translated(const char *text)
+QString remarkText(const char *text)
 {
     return QCoreApplication::translate("Files", text);
 }
@@ -235,29 +235,29 @@ QStringList DamagedNodesReader::remarks() const
 {
     QStringList remarks;
     if (m_hasDoctype) {
-        remarks += translated(QT_TRANSLATE_NOOP("Files", "a document type declaration was passed over"));
+        remarks += remarkText(QT_TRANSLATE_NOOP("Files", "a document type declaration was passed over"));
     }
     if (m_lost > 0) {
         remarks +=
-            translated(QT_TRANSLATE_NOOP(
+            remarkText(QT_TRANSLATE_NOOP(
                            "Files", "damaged places, whose elements were left out: %1, the first at byte %2"))
                 .arg(m_lost)
                 .arg(m_firstLost);
         if (!m_lostBehind.isEmpty()) {
-            remarks += translated(QT_TRANSLATE_NOOP("Files", "they stand behind nodes of: %1"))
+            remarks += remarkText(QT_TRANSLATE_NOOP("Files", "they stand behind nodes of: %1"))
                            .arg(m_lostBehind.text());
         }
     }
     if (m_withContent > 0) {
-        remarks += translated(QT_TRANSLATE_NOOP("Files", "what stood inside of elements was left out: %1"))
+        remarks += remarkText(QT_TRANSLATE_NOOP("Files", "what stood inside of elements was left out: %1"))
                        .arg(m_withContent);
     }
     if (m_harmless > 0) {
-        remarks += translated(QT_TRANSLATE_NOOP("Files", "defects that cost nothing: %1")).arg(m_harmless);
+        remarks += remarkText(QT_TRANSLATE_NOOP("Files", "defects that cost nothing: %1")).arg(m_harmless);
     }
     if (!m_isEnded) {
         remarks +=
-            translated(QT_TRANSLATE_NOOP("Files", "its end is missing; what stands before that is used"));
+            remarkText(QT_TRANSLATE_NOOP("Files", "its end is missing; what stands before that is used"));
     }
     return remarks;
 }

@@ -18,7 +18,7 @@ namespace ktr {
 
 namespace {
 
-QString translated(const char *text)
+QString readerText(const char *text)
 {
     return QCoreApplication::translate("Files", text);
 }
@@ -42,12 +42,12 @@ Status checkCharacters(std::string_view utf8)
         const auto byte = static_cast<unsigned char>(c);
         if (byte < 0x20 && c != '\n' && c != '\r' && c != '\t') {
             return Status::failed(
-                translated(QT_TRANSLATE_NOOP("Files", "there is a character of number %1")).arg(int{byte}));
+                readerText(QT_TRANSLATE_NOOP("Files", "there is a character of number %1")).arg(int{byte}));
         }
     }
     for (std::size_t at = utf8.find("&#"); at != std::string_view::npos; at = utf8.find("&#", at + 2)) {
         if (!isCharacterReference(utf8.substr(at + 2, 12))) {
-            return Status::failed(translated(
+            return Status::failed(readerText(
                 QT_TRANSLATE_NOOP("Files", "there is a reference to a character that does not exist")));
         }
     }
@@ -111,12 +111,12 @@ Status takeElements(const pugi::xml_document &document, ParsedNodes &nodes)
     for (const pugi::xml_node &node : document.children()) {
         if (node.type() == pugi::node_doctype) {
             return Status::failed(
-                translated(QT_TRANSLATE_NOOP("Files", "a document type declaration is not accepted")));
+                readerText(QT_TRANSLATE_NOOP("Files", "a document type declaration is not accepted")));
         }
         if (node.type() == pugi::node_element) {
             if (!root.empty() || std::string_view(node.name()) != "KTR") {
                 return Status::failed(
-                    translated(QT_TRANSLATE_NOOP("Files", "the document is not a single element \"KTR\"")));
+                    readerText(QT_TRANSLATE_NOOP("Files", "the document is not a single element \"KTR\"")));
             }
             root = node;
         }
@@ -125,16 +125,16 @@ Status takeElements(const pugi::xml_document &document, ParsedNodes &nodes)
     for (const pugi::xml_node &element : root.children()) {
         if (!takeAttributes(element, values)) {
             return Status::failed(
-                translated(QT_TRANSLATE_NOOP("Files", "an attribute of \"%1\" stands twice"))
+                readerText(QT_TRANSLATE_NOOP("Files", "an attribute of \"%1\" stands twice"))
                     .arg(QString::fromUtf8(element.name())));
         }
         if (!element.first_child().empty()) {
-            return Status::failed(translated(QT_TRANSLATE_NOOP("Files", "\"%1\" is not empty"))
+            return Status::failed(readerText(QT_TRANSLATE_NOOP("Files", "\"%1\" is not empty"))
                                       .arg(QString::fromUtf8(element.name())));
         }
         if (element.type() == pugi::node_pcdata || element.type() == pugi::node_cdata) {
             return Status::failed(
-                translated(QT_TRANSLATE_NOOP("Files", "there is text between the elements")));
+                readerText(QT_TRANSLATE_NOOP("Files", "there is text between the elements")));
         }
         if (element.type() == pugi::node_element) {
             nodes.add(values);
@@ -161,22 +161,22 @@ QString parserFault(pugi::xml_parse_status status)
 {
     switch (status) {
     case pugi::status_no_document_element:
-        return translated(QT_TRANSLATE_NOOP("Files", "there is no element"));
+        return readerText(QT_TRANSLATE_NOOP("Files", "there is no element"));
     case pugi::status_bad_comment:
     case pugi::status_bad_cdata:
     case pugi::status_bad_pi:
-        return translated(QT_TRANSLATE_NOOP("Files", "a comment or another section has no end"));
+        return readerText(QT_TRANSLATE_NOOP("Files", "a comment or another section has no end"));
     case pugi::status_bad_doctype:
-        return translated(QT_TRANSLATE_NOOP("Files", "a document type declaration is not accepted"));
+        return readerText(QT_TRANSLATE_NOOP("Files", "a document type declaration is not accepted"));
     case pugi::status_bad_attribute:
-        return translated(QT_TRANSLATE_NOOP("Files", "an attribute cannot be read"));
+        return readerText(QT_TRANSLATE_NOOP("Files", "an attribute cannot be read"));
     case pugi::status_bad_end_element:
     case pugi::status_end_element_mismatch:
-        return translated(QT_TRANSLATE_NOOP("Files", "an element has no end, or another one's"));
+        return readerText(QT_TRANSLATE_NOOP("Files", "an element has no end, or another one's"));
     case pugi::status_out_of_memory:
-        return translated(QT_TRANSLATE_NOOP("Files", "the memory does not suffice"));
+        return readerText(QT_TRANSLATE_NOOP("Files", "the memory does not suffice"));
     default:
-        return translated(QT_TRANSLATE_NOOP("Files", "what stands there is no element"));
+        return readerText(QT_TRANSLATE_NOOP("Files", "what stands there is no element"));
     }
 }
 
@@ -195,12 +195,12 @@ Status parseNodes(const QByteArray &document, QByteArray &utf8, pugi::xml_docume
     const pugi::xml_parse_result result =
         parsed.load_buffer_inplace(utf8.data(), text.size(), asWritten, pugi::encoding_utf8);
     if (!result) {
-        return Status::failed(translated(QT_TRANSLATE_NOOP("Files", "at byte %1: %2"))
+        return Status::failed(readerText(QT_TRANSLATE_NOOP("Files", "at byte %1: %2"))
                                   .arg(result.offset)
                                   .arg(parserFault(result.status)));
     }
     if (isRaw) {
-        remarks += translated(
+        remarks += readerText(
             QT_TRANSLATE_NOOP("Files", "an \"&\" or \"<\" that stands for itself was taken as text"));
     }
     return takeElements(parsed, nodes);
@@ -238,7 +238,7 @@ Status readNodes(const QByteArray &document, QStringList &remarks,
         StationNames stations;
         std::ranges::for_each(nodes.unreadable(), [&](std::string_view key) { stations.add(key); });
         remarks +=
-            translated(QT_TRANSLATE_NOOP(
+            readerText(QT_TRANSLATE_NOOP(
                            "Files", "nodes with a value that cannot be read, which was left out: %1 (%2)"))
                 .arg(QString::number(nodes.unreadable().size()), stations.text());
     }
