@@ -16,7 +16,7 @@ namespace ktr {
 
 namespace {
 
-constexpr int iconSize = 26;
+constexpr int bellSize = 26;
 constexpr int narrow = 1100; ///< less room than that goes to the alarms' texts first
 constexpr int roomForTime = 300;
 
@@ -106,7 +106,7 @@ void AlarmBar::takeColours()
         setPalette(red);
     }
     const QColor white = red.color(QPalette::WindowText);
-    m_icon->setPixmap(alarmIcon(white).pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+    m_icon->setPixmap(alarmIcon(white).pixmap(QSize(bellSize, bellSize), devicePixelRatioF()));
     m_mute->setIcon(muteIcon(white));
     QFont bold = font();
     bold.setBold(true);

@@ -16,5 +16,7 @@ QIcon muteIcon(const QColor &colour);
 /// A moment as the whole operational mode writes it, in every language: "DD.MM.YYYY HH:MM:SS" of the wall
 /// clock; "—" for 0. `moment` is in milliseconds since 1970, UTC.
 QString shownMoment(qint64 moment);
+/// One whose text is as wide as any.
+inline constexpr qint64 sampleMoment = 1'261'659'903'000;
 
 } // namespace ktr

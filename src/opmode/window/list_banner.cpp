@@ -14,7 +14,7 @@ namespace ktr {
 
 namespace {
 
-constexpr int iconSize = 26;
+constexpr int bannerIconSize = 26;
 
 } // namespace
 
@@ -157,7 +157,7 @@ void ListBanner::takeColours()
         setPalette(wanted);
     }
     m_icon->setPixmap(icon(isCalm ? IconName::Information : IconName::Warning)
-                          .pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
+                          .pixmap(QSize(bannerIconSize, bannerIconSize), devicePixelRatioF()));
     QFont bold = font();
     bold.setBold(true);
     m_headline->setFont(bold);

@@ -1,6 +1,6 @@
 #include "opmode/window/alarms/alarm_list_page.h"
 
-#include "look/icons.h"
+#include "look/list_views.h"
 #include "look/message_dialog.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/alarms/shelve_dialog.h"
@@ -9,7 +9,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QCheckBox>
-#include <QClipboard>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -20,19 +19,13 @@
 #include <QScrollBar>
 #include <QTreeView>
 
+#include <numeric>
+
 namespace ktr {
 
 namespace {
 
-constexpr int roomForSummary = 560;
-constexpr qint64 sampleMoment = 1'261'659'903'000;
-
-template <class Control> Control *named(const QString &name, QWidget *parent)
-{
-    auto *control = new Control(parent);
-    control->setObjectName(name);
-    return control;
-}
+constexpr int leastSummaryWidth = 280;
 
 } // namespace
 
@@ -44,11 +37,11 @@ AlarmListPage::AlarmListPage(OperationalMode &mode, const TextTable &texts, Ackn
       m_model(new AlarmListModel(mode, timers, locale, this)),
       m_list(named<QTreeView>(QStringLiteral("Tree_alarms"), this)),
       m_activity(new ViewActivity(*m_list, [] { return false; })),
-      m_filter(named<QLineEdit>(QStringLiteral("Text_alarm_filter"), this)),
+      m_filter(searchField(QStringLiteral("Text_alarm_filter"), this)),
       m_onlyUnacknowledged(named<QCheckBox>(QStringLiteral("Check_alarm_open"), this)),
       m_shelved(named<QCheckBox>(QStringLiteral("Check_alarm_shelved"), this)),
       m_summary(named<QLabel>(QStringLiteral("lbl_alarms"), this)),
-      m_empty(named<QLabel>(QStringLiteral("lbl_alarms_empty"), m_list->viewport()))
+      m_empty(new EmptyNotice(QStringLiteral("lbl_alarms_empty"), *m_list))
 {
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(createChoice());
@@ -84,9 +77,6 @@ QWidget *AlarmListPage::createChoice()
     auto *choice = new QWidget(this);
     auto *row = new QHBoxLayout(choice);
     row->setContentsMargins(0, 0, 0, 0);
-    m_filter->setClearButtonEnabled(true);
-    m_filter->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
-    m_filter->setMinimumWidth(120);
     row->addWidget(m_filter, 1);
     row->addWidget(m_onlyUnacknowledged);
     row->addWidget(m_shelved);
@@ -131,14 +121,10 @@ QWidget *AlarmListPage::createButtons()
 void AlarmListPage::setUpList()
 {
     m_list->setModel(m_model);
-    m_list->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_list->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_list->setAlternatingRowColors(true);
+    setUpLines(*m_list);
     m_list->setUniformRowHeights(true);
     m_list->setAllColumnsShowFocus(true);
     m_list->setExpandsOnDoubleClick(true);
-    m_list->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     QHeaderView *header = m_list->header();
     header->setStretchLastSection(false);
     header->setSortIndicator(AlarmListModel::Priority, Qt::AscendingOrder);
@@ -149,8 +135,6 @@ void AlarmListPage::setUpList()
     m_list->installEventFilter(this);
     m_list->viewport()->setMouseTracking(true);
     m_list->viewport()->installEventFilter(this);
-    m_empty->setAlignment(Qt::AlignCenter);
-    m_empty->setForegroundRole(QPalette::PlaceholderText);
     connect(m_list, &QTreeView::doubleClicked, this, [this](const QModelIndex &line) {
         if (!m_model->isStorm(line)) {
             goTo();
@@ -251,7 +235,7 @@ void AlarmListPage::refresh()
     const int listed = m_model->listedCount();
     const int open = m_model->unacknowledgedCount();
     m_summary->setText(
-        listed == 0 || m_summary->width() < roomForSummary / 2
+        listed == 0 || m_summary->width() < leastSummaryWidth
             ? QString()
             : tr("Listed: %1, %2: %3")
                   .arg(m_locale.toString(listed), text(Text::NotAcknowledged), m_locale.toString(open)));
@@ -286,23 +270,11 @@ void AlarmListPage::refreshButtons()
     m_buttons[Unshelve]->setVisible(m_shelved->isChecked());
 }
 
-QModelIndexList AlarmListPage::chosenLines() const
-{
-    QModelIndexList lines;
-    // Not selectedRows(), which asks the model about each column of each row.
-    for (const QItemSelectionRange &range : m_list->selectionModel()->selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            lines += m_model->index(row, 0, range.parent());
-        }
-    }
-    return lines;
-}
-
 QList<qint64> AlarmListPage::chosen() const
 {
     QList<qint64> alarms;
     QSet<qint64> known; // a storm's line and one below it may both be chosen
-    for (const QModelIndex &line : chosenLines()) {
+    for (const QModelIndex &line : chosenLines(*m_list)) {
         for (const qint64 id : m_model->alarms(line)) {
             if (!known.contains(id)) {
                 known.insert(id);
@@ -317,7 +289,7 @@ QList<qint64> AlarmListPage::chosen() const
 void AlarmListPage::keepChoice()
 {
     m_kept = {};
-    for (const QModelIndex &line : chosenLines()) {
+    for (const QModelIndex &line : chosenLines(*m_list)) {
         if (const AlarmRow *alarm = m_model->alarm(line)) {
             m_kept.alarms.insert(alarm->id);
         } else {
@@ -384,7 +356,6 @@ bool AlarmListPage::eventFilter(QObject *watched, QEvent *event)
             m_model->update(); // what was kept back
         } else if (event->type() == QEvent::Resize) {
             fitColumns();
-            m_empty->setGeometry(m_list->viewport()->rect());
         }
     }
     if (watched == m_list && event->type() == QEvent::KeyPress) {
@@ -428,7 +399,7 @@ bool AlarmListPage::takeKey(const QKeyEvent &event)
 /// The line of a storm stands for more than is to be seen of it.
 void AlarmListPage::acknowledgeChosen()
 {
-    const QModelIndexList lines = chosenLines();
+    const QModelIndexList lines = chosenLines(*m_list);
     if (std::ranges::any_of(lines, [this](const QModelIndex &line) { return m_model->isStorm(line); })) {
         m_acknowledging.acknowledgeAlarms(this, chosen());
     } else {
@@ -505,17 +476,9 @@ void AlarmListPage::goTo()
 
 void AlarmListPage::copy()
 {
-    QStringList lines;
-    for (const QModelIndex &line : chosenLines()) {
-        QStringList fields;
-        for (int column = 0; column < AlarmListModel::columns; ++column) {
-            fields += line.siblingAtColumn(column).data().toString();
-        }
-        lines += fields.join(u'\t');
-    }
-    if (!lines.isEmpty()) {
-        QApplication::clipboard()->setText(lines.join(u'\n') + u'\n');
-    }
+    QList<int> columns(AlarmListModel::columns);
+    std::iota(columns.begin(), columns.end(), 0);
+    copyLines(chosenLines(*m_list), columns);
 }
 
 } // namespace ktr

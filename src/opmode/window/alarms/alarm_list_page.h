@@ -47,7 +47,6 @@ private:
     void refresh();
     void refreshButtons();
     bool takeKey(const QKeyEvent &event);
-    QModelIndexList chosenLines() const;
     QList<qint64> chosen() const;
     void keepChoice();
     void bringChoiceBack();

@@ -1,5 +1,6 @@
 #include "opmode/window/history/history_page.h"
 
+#include "look/list_views.h"
 #include "opmode/window/history/history_plot.h"
 #include "opmode/window/history/history_table_model.h"
 #include "opmode/window/history/series_style.h"
@@ -100,16 +101,9 @@ QWidget *HistoryPage::createContent()
 
     m_table->setObjectName(QStringLiteral("Table_history"));
     m_table->setModel(m_model);
-    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_table->setAlternatingRowColors(true);
-    m_table->setShowGrid(false);
-    m_table->setWordWrap(false);
-    m_table->setTabKeyNavigation(false);
+    setUpRows(*m_table);
     m_table->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
     m_table->setItemDelegateForColumn(HistoryTableModel::Value, new WholeLineDelegate(m_table));
-    m_table->verticalHeader()->hide();
-    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     m_table->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
     m_table->horizontalHeader()->setSectionResizeMode(HistoryTableModel::Value, QHeaderView::Stretch);
     m_table->horizontalHeader()->setHighlightSections(false);

@@ -1,6 +1,6 @@
 #include "opmode/window/notifications/notification_page.h"
 
-#include "look/icons.h"
+#include "look/list_views.h"
 #include "look/message_dialog.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/view_activity.h"
@@ -9,7 +9,6 @@
 #include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
-#include <QClipboard>
 #include <QContextMenuEvent>
 #include <QEvent>
 #include <QGridLayout>
@@ -27,17 +26,8 @@ namespace ktr {
 
 namespace {
 
-constexpr int rowHeight = 28;
 constexpr int twoRowsBelow = 620;
 constexpr int roomForSummary = 520;
-constexpr qint64 sampleMoment = 1'261'659'903'000;
-
-template <class Control> Control *named(const QString &name, QWidget *parent)
-{
-    auto *control = new Control(parent);
-    control->setObjectName(name);
-    return control;
-}
 
 } // namespace
 
@@ -53,12 +43,12 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
       m_oneStation(named<QRadioButton>(QStringLiteral("Opt_meldung_0"), this)),
       m_allStations(named<QRadioButton>(QStringLiteral("Opt_meldung_1"), this)),
       m_onlyUnacknowledged(named<QCheckBox>(QStringLiteral("Check_meldung_offen"), this)),
-      m_filter(named<QLineEdit>(QStringLiteral("Text_filter"), this)),
+      m_filter(searchField(QStringLiteral("Text_filter"), this)),
       m_accept(named<QPushButton>(QStringLiteral("Cmd_meldung_accept"), this)),
       m_acceptAll(named<QPushButton>(QStringLiteral("Cmd_meldung_acceptAll"), this)),
       m_copy(named<QPushButton>(QStringLiteral("Cmd_meldung_copy"), this)),
       m_summary(named<QLabel>(QStringLiteral("lbl_meldung"), this)),
-      m_empty(named<QLabel>(QStringLiteral("lbl_meldung_leer"), m_table->viewport()))
+      m_empty(new EmptyNotice(QStringLiteral("lbl_meldung_leer"), *m_table))
 {
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(createChoice());
@@ -99,9 +89,6 @@ QWidget *NotificationPage::createChoice()
     m_choice = new QGridLayout(choice);
     m_choice->setContentsMargins(0, 0, 0, 0);
     m_choice->setColumnStretch(0, 1);
-    m_filter->setClearButtonEnabled(true);
-    m_filter->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
-    m_filter->setMinimumWidth(120);
     m_scope = new QWidget(choice);
     auto *row = new QHBoxLayout(m_scope);
     row->setContentsMargins(0, 0, 0, 0);
@@ -142,19 +129,8 @@ QWidget *NotificationPage::createButtons()
 void NotificationPage::setUpTable()
 {
     m_table->setModel(m_model);
-    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_table->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_table->setAlternatingRowColors(true);
-    m_table->setShowGrid(false);
-    m_table->setWordWrap(false);
-    m_table->setTabKeyNavigation(false);
+    setUpRows(*m_table);
     m_table->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
-    m_table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    m_table->verticalHeader()->hide();
-    // Measuring each of 100,000 rows would take longer than anything else here.
-    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    m_table->verticalHeader()->setDefaultSectionSize(rowHeight);
     QHeaderView *header = m_table->horizontalHeader();
     header->setSortIndicator(NotificationModel::Received, Qt::DescendingOrder);
     header->setSectionsMovable(false);
@@ -167,8 +143,6 @@ void NotificationPage::setUpTable()
     m_table->installEventFilter(this);
     m_table->viewport()->setMouseTracking(true);
     m_table->viewport()->installEventFilter(this);
-    m_empty->setAlignment(Qt::AlignCenter);
-    m_empty->setForegroundRole(QPalette::PlaceholderText);
 }
 
 void NotificationPage::setUpMenu()
@@ -363,10 +337,10 @@ void NotificationPage::refresh()
 
 void NotificationPage::refreshButtons()
 {
-    const QList<int> rows = selectedRows();
-    m_copy->setEnabled(!rows.isEmpty());
-    m_accept->setEnabled(
-        std::ranges::any_of(rows, [this](int row) { return m_model->isUnacknowledged(row); }));
+    const QModelIndexList lines = chosenLines(*m_table);
+    m_copy->setEnabled(!lines.isEmpty());
+    m_accept->setEnabled(std::ranges::any_of(
+        lines, [this](const QModelIndex &line) { return m_model->isUnacknowledged(line.row()); }));
     m_menu[0]->setEnabled(m_copy->isEnabled());
     m_menu[2]->setEnabled(m_accept->isEnabled());
     m_remove->setEnabled(m_copy->isEnabled());
@@ -390,7 +364,6 @@ bool NotificationPage::eventFilter(QObject *watched, QEvent *event)
     }
     if (watched == m_table->viewport() && event->type() == QEvent::Resize) {
         fitColumns();
-        m_empty->setGeometry(m_table->viewport()->rect());
     }
     if (watched == m_table && event->type() == QEvent::KeyPress &&
         takeKey(*static_cast<QKeyEvent *>(event))) {
@@ -416,25 +389,11 @@ bool NotificationPage::takeKey(const QKeyEvent &event)
     return false;
 }
 
-QList<int> NotificationPage::selectedRows() const
-{
-    QList<int> rows;
-    // Not selectedRows(), which asks the model about each column of each row.
-    for (const QItemSelectionRange &range : m_table->selectionModel()->selection()) {
-        for (int row = range.top(); row <= range.bottom(); ++row) {
-            rows.append(row);
-        }
-    }
-    std::ranges::sort(rows);
-    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
-    return rows;
-}
-
 QModelIndexList NotificationPage::selectedEntries() const
 {
     QModelIndexList entries;
-    for (const int row : selectedRows()) {
-        entries.append(m_model->entry(row));
+    for (const QModelIndex &line : chosenLines(*m_table)) {
+        entries.append(m_model->entry(line.row()));
     }
     return entries;
 }
@@ -446,19 +405,13 @@ void NotificationPage::acknowledgeSelected()
 
 void NotificationPage::copySelected()
 {
-    QStringList lines;
-    for (const int row : selectedRows()) {
-        QStringList fields;
-        for (int column = 0; column < NotificationModel::columns; ++column) {
-            if (column != NotificationModel::Station || m_model->choice().allStations) {
-                fields += m_model->index(row, column).data().toString();
-            }
+    QList<int> columns;
+    for (int column = 0; column < NotificationModel::columns; ++column) {
+        if (column != NotificationModel::Station || m_model->choice().allStations) {
+            columns += column;
         }
-        lines += fields.join(u'\t');
     }
-    if (!lines.isEmpty()) {
-        QApplication::clipboard()->setText(lines.join(u'\n') + u'\n');
-    }
+    copyLines(chosenLines(*m_table), columns);
 }
 
 void NotificationPage::removeSelected()

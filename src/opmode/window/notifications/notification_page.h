@@ -55,7 +55,6 @@ private:
     void returnToTop();
     void refresh();
     void refreshButtons();
-    QList<int> selectedRows() const;
     QModelIndexList selectedEntries() const;
     void acknowledgeSelected();
     void copySelected();

@@ -1,11 +1,10 @@
 #include "opmode/window/record/find_page.h"
 
-#include "look/icons.h"
+#include "look/list_views.h"
 #include "look/problem_label.h"
 #include "opmode/window/record/record_export.h"
 
 #include <QApplication>
-#include <QClipboard>
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDir>
@@ -22,6 +21,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <numeric>
 
 namespace ktr {
 
@@ -30,7 +30,6 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int pauseMs = 300;
-constexpr int rowHeight = 28;
 
 struct KindChoice
 {
@@ -57,7 +56,7 @@ const QList<KindChoice> &kindChoices()
     return choices;
 }
 
-QString nameless(const QComboBox &box)
+QString chosenOperator(const QComboBox &box)
 {
     return box.currentIndex() <= 0 ? QString() : box.currentText();
 }
@@ -107,8 +106,7 @@ FindPage::~FindPage() = default;
 
 QDateTimeEdit *FindPage::timeField(const char *name)
 {
-    auto *field = new QDateTimeEdit(this);
-    field->setObjectName(QLatin1String(name));
+    auto *field = named<QDateTimeEdit>(QLatin1String(name), this);
     field->setDisplayFormat(QStringLiteral("dd.MM.yyyy HH:mm"));
     field->setCalendarPopup(true);
     field->setMinimumWidth(dateFieldWidth(*field));
@@ -117,33 +115,29 @@ QDateTimeEdit *FindPage::timeField(const char *name)
 
 void FindPage::layOut()
 {
-    const auto named = [](auto *widget, const char *name) {
-        widget->setObjectName(QLatin1String(name));
-        return widget;
-    };
-    m_events = named(new QRadioButton(this), "Opt_record_events");
-    m_alarms = named(new QRadioButton(this), "Opt_record_alarms");
+    m_events = named<QRadioButton>("Opt_record_events"_L1, this);
+    m_alarms = named<QRadioButton>("Opt_record_alarms"_L1, this);
     m_events->setChecked(true);
     m_periodLabel = new QLabel(this);
-    m_period = named(new QComboBox(this), "Combo_record_period");
+    m_period = named<QComboBox>("Combo_record_period"_L1, this);
     m_from = timeField("Date_record_from");
     m_to = timeField("Date_record_to");
-    m_text = named(new QLineEdit(this), "Text_record_text");
-    m_station = named(new QLineEdit(this), "Text_record_station");
-    m_text->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
+    m_text = searchField("Text_record_text"_L1, this);
+    m_station = named<QLineEdit>("Text_record_station"_L1, this);
+    m_station->setClearButtonEnabled(true);
+    constexpr int narrowestText = 140;
     for (QLineEdit *field : {m_station, m_text}) {
-        field->setClearButtonEnabled(true);
-        field->setMinimumWidth(140);
+        field->setMinimumWidth(narrowestText);
     }
-    m_kind = named(new QComboBox(this), "Combo_record_kind");
-    m_state = named(new QComboBox(this), "Combo_record_state");
-    m_operator = named(new QComboBox(this), "Combo_record_operator");
+    m_kind = named<QComboBox>("Combo_record_kind"_L1, this);
+    m_state = named<QComboBox>("Combo_record_state"_L1, this);
+    m_operator = named<QComboBox>("Combo_record_operator"_L1, this);
     m_operator->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_operator->setMinimumContentsLength(14);
-    m_table = named(new QTableView(this), "Table_record");
-    m_problem = named(new ProblemLabel(this), "Label_record_problem");
-    m_count = named(new QLabel(this), "Label_record_count");
-    m_exportButton = named(new QPushButton(this), "Cmd_record_export");
+    m_table = named<QTableView>("Table_record"_L1, this);
+    m_problem = named<ProblemLabel>("Label_record_problem"_L1, this);
+    m_count = named<QLabel>("Label_record_count"_L1, this);
+    m_exportButton = named<QPushButton>("Cmd_record_export"_L1, this);
     m_exportButton->setAutoDefault(false);
 
     auto *when = new QHBoxLayout;
@@ -176,17 +170,7 @@ void FindPage::setUpTable()
     m_order->setSortRole(RecordModel::OrderRole);
     m_order->setSortCaseSensitivity(Qt::CaseInsensitive);
     m_table->setModel(m_order);
-    m_table->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_table->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    m_table->setAlternatingRowColors(true);
-    m_table->setShowGrid(false);
-    m_table->setWordWrap(false);
-    m_table->setTabKeyNavigation(false);
-    m_table->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    m_table->verticalHeader()->hide();
-    m_table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed); // none is measured
-    m_table->verticalHeader()->setDefaultSectionSize(rowHeight);
+    setUpRows(*m_table);
     QHeaderView *header = m_table->horizontalHeader();
     header->setSortIndicatorClearable(true); // the newest first again
     header->setSortIndicator(-1, Qt::AscendingOrder);
@@ -317,7 +301,7 @@ RecordSearch FindPage::wanted() const
         const KindChoice &kind = kindChoices().at(std::max(0, m_kind->currentIndex()));
         events.kinds = kind.kinds;
         events.ofAlarms = kind.ofAlarms;
-        events.operatorName = nameless(*m_operator);
+        events.operatorName = chosenOperator(*m_operator);
     } else {
         using State = AlarmFilter::State;
         constexpr std::array states = {State::Any, State::Unacknowledged, State::NotOver, State::Open};
@@ -326,7 +310,7 @@ RecordSearch FindPage::wanted() const
         alarms.stations = stations.value_or(QList<qint64>());
         alarms.text = text;
         alarms.state = states.at(static_cast<std::size_t>(std::max(0, m_state->currentIndex())));
-        alarms.acknowledgedBy = nameless(*m_operator);
+        alarms.acknowledgedBy = chosenOperator(*m_operator);
     }
     return search;
 }
@@ -379,7 +363,7 @@ void FindPage::showPeriod()
 
 void FindPage::showNames()
 {
-    const QString chosen = nameless(*m_operator);
+    const QString chosen = chosenOperator(*m_operator);
     m_operator->clear();
     m_operator->addItem(tr("All operators"));
     m_operator->addItems(m_model->operators());
@@ -430,18 +414,9 @@ bool FindPage::eventFilter(QObject *watched, QEvent *event)
 
 void FindPage::copySelected()
 {
-    QString text;
-    QModelIndexList rows = m_table->selectionModel()->selectedRows();
-    std::sort(rows.begin(), rows.end());
-    for (const QModelIndex &row : rows) {
-        for (int column = 0; column < m_model->columnCount(); ++column) {
-            text += row.siblingAtColumn(column).data().toString().simplified();
-            text += column + 1 < m_model->columnCount() ? u'\t' : u'\n';
-        }
-    }
-    if (!text.isEmpty()) {
-        QApplication::clipboard()->setText(text);
-    }
+    QList<int> columns(m_model->columnCount());
+    std::iota(columns.begin(), columns.end(), 0);
+    copyLines(chosenLines(*m_table), columns);
 }
 
 // The export

@@ -1,0 +1,110 @@
+#include "look/list_views.h"
+
+#include "look/icons.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QEvent>
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QTableView>
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+bool isAbove(const QModelIndex &one, const QModelIndex &other)
+{
+    const auto place = [](const QModelIndex &line) {
+        const QModelIndex parent = line.parent();
+        return parent.isValid() ? std::pair(parent.row(), line.row()) : std::pair(line.row(), -1);
+    };
+    return place(one) < place(other);
+}
+
+} // namespace
+
+QLineEdit *searchField(const QString &name, QWidget *parent)
+{
+    constexpr int narrowest = 120;
+    auto *field = named<QLineEdit>(name, parent);
+    field->setClearButtonEnabled(true);
+    field->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
+    field->setMinimumWidth(narrowest);
+    return field;
+}
+
+void setUpLines(QAbstractItemView &view)
+{
+    view.setSelectionBehavior(QAbstractItemView::SelectRows);
+    view.setSelectionMode(QAbstractItemView::ExtendedSelection);
+    view.setEditTriggers(QAbstractItemView::NoEditTriggers);
+    view.setAlternatingRowColors(true);
+    view.setTabKeyNavigation(false);
+    view.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+}
+
+void setUpRows(QTableView &table)
+{
+    setUpLines(table);
+    table.setShowGrid(false);
+    table.setWordWrap(false);
+    table.verticalHeader()->hide();
+    table.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    constexpr int rowHeight = 28;
+    table.verticalHeader()->setDefaultSectionSize(rowHeight);
+}
+
+QModelIndexList chosenLines(const QAbstractItemView &view)
+{
+    QModelIndexList lines;
+    for (const QItemSelectionRange &range : view.selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            lines += range.model()->index(row, 0, range.parent());
+        }
+    }
+    if (!std::ranges::is_sorted(lines, isAbove)) {
+        std::ranges::sort(lines, isAbove);
+    }
+    lines.erase(std::unique(lines.begin(), lines.end()), lines.end());
+    return lines;
+}
+
+void copyLines(const QModelIndexList &lines, const QList<int> &columns)
+{
+    QString text;
+    for (const QModelIndex &line : lines) {
+        QStringList cells;
+        for (const int column : columns) {
+            QString cell = line.siblingAtColumn(column).data().toString();
+            for (const QChar separator : {u'\t', u'\n', u'\r'}) {
+                cell.replace(separator, u' ');
+            }
+            cells += cell;
+        }
+        text += cells.join(u'\t') + u'\n';
+    }
+    if (!text.isEmpty()) {
+        QApplication::clipboard()->setText(text);
+    }
+}
+
+EmptyNotice::EmptyNotice(const QString &name, QAbstractItemView &view) : QLabel(view.viewport())
+{
+    setObjectName(name);
+    setAlignment(Qt::AlignCenter);
+    setForegroundRole(QPalette::PlaceholderText);
+    view.viewport()->installEventFilter(this);
+}
+
+bool EmptyNotice::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Resize) {
+        setGeometry(parentWidget()->rect());
+    }
+    return QLabel::eventFilter(watched, event);
+}
+
+} // namespace ktr

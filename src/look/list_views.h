@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QLabel>
+#include <QModelIndex>
+
+class QAbstractItemView;
+class QLineEdit;
+class QTableView;
+
+namespace ktr {
+
+/// A control with the name by which it is found.
+template <class Control> Control *named(const QString &name, QWidget *parent)
+{
+    auto *control = new Control(parent);
+    control->setObjectName(name);
+    return control;
+}
+
+/// A field for a text to search for.
+QLineEdit *searchField(const QString &name, QWidget *parent);
+
+/// Sets up a table or tree whose lines are chosen as a whole and are not edited.
+void setUpLines(QAbstractItemView &view);
+/// The same for a table. All its rows have one height: measuring each of 100,000 would take longer than
+/// anything else.
+void setUpRows(QTableView &table);
+
+/// The first columns of the chosen lines, from the top. Unlike the toolkit's own selectedRows() it does not
+/// ask the model about each column of each row. Of a tree, it knows two levels.
+QModelIndexList chosenLines(const QAbstractItemView &view);
+/// Puts lines into the clipboard as a spreadsheet takes them: columns separated by tabs. Nothing when there
+/// are none.
+void copyLines(const QModelIndexList &lines, const QList<int> &columns);
+
+/// Stands over a list that shows nothing and says why.
+class EmptyNotice : public QLabel
+{
+public:
+    EmptyNotice(const QString &name, QAbstractItemView &view);
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+};
+
+} // namespace ktr
