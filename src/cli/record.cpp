@@ -173,16 +173,22 @@ public:
 private:
     QString stationName(qint64 station) const { return csvCell(m_names.value(station)); }
 
+    template <class Filter> Filter chosen() const
+    {
+        Filter filter;
+        filter.from = m_from;
+        filter.to = m_to;
+        filter.stations = m_wanted;
+        filter.text = m_text;
+        return filter;
+    }
+
     Status events()
     {
         begin({QStringLiteral("time"), QStringLiteral("number"), QStringLiteral("station"),
                QStringLiteral("kind"), QStringLiteral("text"), QStringLiteral("operator"),
                QStringLiteral("alarm"), QStringLiteral("detail")});
-        EventFilter filter;
-        filter.from = m_from;
-        filter.to = m_to;
-        filter.stations = m_wanted;
-        filter.text = m_text;
+        const auto filter = chosen<EventFilter>();
         return pages([&](const auto &after) { return m_reader.findEvents(filter, after, rowsOfPage); },
                      [this](const EventRow &event) {
                          return line({timeText(event.at), QString::number(event.id),
@@ -200,11 +206,7 @@ private:
                QStringLiteral("acknowledged"), QStringLiteral("by"), QStringLiteral("comment"),
                QStringLiteral("over"), QStringLiteral("why over"), QStringLiteral("shelved until"),
                QStringLiteral("shelved by"), QStringLiteral("why shelved")});
-        AlarmFilter filter;
-        filter.from = m_from;
-        filter.to = m_to;
-        filter.stations = m_wanted;
-        filter.text = m_text;
+        const auto filter = chosen<AlarmFilter>();
         return pages([&](const auto &after) { return m_reader.findAlarms(filter, after, rowsOfPage); },
                      [this](const AlarmRow &alarm) {
                          return line({timeText(alarm.first), timeText(alarm.last), QString::number(alarm.id),

@@ -2,6 +2,7 @@
 // acknowledgements, a file written in the middle of the run and at the end. Says what was kept, a line each,
 // so that whoever breaks its file system can tell whether that is true. Argument: the folder.
 
+#include "faults/say.h"
 #include "opmode/keeping/checksum.h"
 #include "opmode/operational_mode.h"
 #include "platform/files.h"
@@ -12,20 +13,9 @@
 
 #include <QCoreApplication>
 
-#include <cstdio>
-
 using namespace ktr;
 using test::contentOf;
-
-namespace {
-
-void say(const char *what, const QString &text)
-{
-    std::printf("%s %s\n", what, qPrintable(text));
-    std::fflush(stdout);
-}
-
-} // namespace
+using test::say;
 
 int main(int argc, char **argv)
 {

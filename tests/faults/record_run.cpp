@@ -2,25 +2,16 @@
 // disk has, a line each, so that whoever breaks its file system can tell whether that is true. Arguments: the
 // file, and another that takes its place once it was opened, or "kill" to die in the end.
 
+#include "faults/say.h"
 #include "record/record_writer.h"
 #include "support/manual_timers.h"
 
 #include <QCoreApplication>
 
 #include <csignal>
-#include <cstdio>
 
 using namespace ktr;
-
-namespace {
-
-void say(const char *what, const QString &text)
-{
-    std::printf("%s %s\n", what, qPrintable(text));
-    std::fflush(stdout);
-}
-
-} // namespace
+using test::say;
 
 int main(int argc, char **argv)
 {
