@@ -2,28 +2,18 @@
 
 #include "config/channel_use.h"
 #include "look/palettes.h"
-#include "opmode/tree/station_tree.h"
 #include "opmode/window/history/history_plot.h"
 #include "opmode/window/history/plot_look.h"
-#include "opmode/window/history/time_ticks.h"
 
 namespace ktr {
 
 namespace {
 
 constexpr double shortestTime = 5 * 60;
-constexpr double laneStep = 1.6; ///< from lane to lane, in values of the steps
-constexpr int laneHeight = 26;
 
 bool canBeSteps(int channel)
 {
     return channel <= 4 || fixedMeasure(channel) == Measure::Binary;
-}
-
-bool isCounter(int channel)
-{
-    return channel <= 8 || fixedMeasure(channel) == Measure::Hours ||
-           fixedMeasure(channel) == Measure::Binary;
 }
 
 bool isZeroOrOne(const QCPGraphData &point)
@@ -34,37 +24,16 @@ bool isZeroOrOne(const QCPGraphData &point)
 } // namespace
 
 HistoryCanvas::HistoryCanvas(QWidget *parent, std::function<void()> placeChanged)
-    : QCustomPlot(parent),
-      m_placeChanged(std::move(placeChanged)),
-      m_values(axisRect()),
-      m_lanes(new QCPAxisRect(this)),
-      m_cursor({m_values, m_lanes})
+    : QCustomPlot(parent), m_placeChanged(std::move(placeChanged)), m_parts(*this), m_cursor(m_parts.both())
 {
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
     setNoAntialiasingOnDrag(true);
-    plotLayout()->addElement(1, 0, m_lanes);
-    plotLayout()->setRowSpacing(0);
-    auto *sides = new QCPMarginGroup(this);
-    const QSharedPointer<TimeTicks> ticks(new TimeTicks);
-    for (QCPAxisRect *rect : {m_values, m_lanes}) {
-        rect->setMarginGroup(QCP::msLeft | QCP::msRight, sides);
-        rect->setRangeDrag(Qt::Horizontal);
-        rect->setRangeZoom(Qt::Horizontal);
-        rect->setRangeZoomFactor(0.8);
-        rect->axis(QCPAxis::atBottom)->setTicker(ticks);
-        connect(rect->axis(QCPAxis::atBottom), qOverload<const QCPRange &>(&QCPAxis::rangeChanged), this,
+    for (QCPAxisRect *part : m_parts.both()) {
+        connect(part->axis(QCPAxis::atBottom), qOverload<const QCPRange &>(&QCPAxis::rangeChanged), this,
                 &HistoryCanvas::timeChanged);
     }
-    m_values->axis(QCPAxis::atLeft)->setNumberFormat(QStringLiteral("g"));
-    m_values->axis(QCPAxis::atRight)->setNumberFormat(QStringLiteral("g"));
-    m_values->axis(QCPAxis::atLeft)->setNumberPrecision(9);
-    m_values->axis(QCPAxis::atRight)->setNumberPrecision(9);
-    m_values->axis(QCPAxis::atRight)->setTickLabels(true);
-    m_lanes->axis(QCPAxis::atLeft)->grid()->setVisible(false);
-    m_lanes->axis(QCPAxis::atLeft)->setSubTicks(false);
-    m_lanes->axis(QCPAxis::atLeft)->setTickLength(0);
     takeColours();
     arrange();
 }
@@ -75,7 +44,7 @@ void HistoryCanvas::removeCurves()
     for (auto &[channel, curve] : m_curves) {
         removeGraph(curve.graph);
         if (curve.lane != nullptr) {
-            m_lanes->removeAxis(curve.lane);
+            m_parts.lanes().removeAxis(curve.lane);
         }
     }
     m_curves.clear();
@@ -130,15 +99,15 @@ void HistoryCanvas::recreate(int channel, PlotCurve &curve)
         removeGraph(curve.graph);
     }
     if (curve.isSteps && curve.lane == nullptr) {
-        curve.lane = m_lanes->addAxis(QCPAxis::atLeft);
+        curve.lane = m_parts.lanes().addAxis(QCPAxis::atLeft);
         curve.lane->setVisible(false);
     } else if (!curve.isSteps && curve.lane != nullptr) {
-        m_lanes->removeAxis(curve.lane);
+        m_parts.lanes().removeAxis(curve.lane);
         curve.lane = nullptr;
     }
-    QCPAxisRect *rect = curve.isSteps ? m_lanes : m_values;
+    QCPAxisRect &part = curve.isSteps ? m_parts.lanes() : m_parts.values();
     curve.graph =
-        addGraph(rect->axis(QCPAxis::atBottom), curve.isSteps ? curve.lane : m_values->axis(QCPAxis::atLeft));
+        addGraph(part.axis(QCPAxis::atBottom), curve.isSteps ? curve.lane : part.axis(QCPAxis::atLeft));
     curve.graph->setData(points);
     curve.graph->setLineStyle(curve.isSteps ? QCPGraph::lsStepLeft : QCPGraph::lsLine);
     curve.graph->setVisible(curve.isShown);
@@ -181,72 +150,17 @@ QList<int> HistoryCanvas::channels() const
     return list;
 }
 
-/// Gives every shown curve its axis, and the two parts of the plot their room.
 void HistoryCanvas::arrange()
 {
-    std::vector<int> lanes;
-    bool anyLine = false;
-    bool anyCounter = false;
     for (auto &[channel, curve] : m_curves) {
         if (curve.isSteps != (curve.lane != nullptr)) {
             recreate(channel, curve);
         }
         curve.graph->setVisible(curve.isShown);
-        if (curve.isShown && curve.isSteps) {
-            lanes.push_back(channel);
-        } else if (curve.isShown) {
-            (isCounter(channel) ? anyCounter : anyLine) = true;
-        }
     }
-    const bool both = anyLine && anyCounter;
-    for (auto &[channel, curve] : m_curves) {
-        if (!curve.isSteps) {
-            const bool right = both && isCounter(channel);
-            curve.graph->setValueAxis(m_values->axis(right ? QCPAxis::atRight : QCPAxis::atLeft));
-        }
-    }
-    QCPAxis *right = m_values->axis(QCPAxis::atRight);
-    right->setVisible(both);
-    right->setLabel(m_countersTitle);
-    m_values->axis(QCPAxis::atLeft)
-        ->setLabel(anyLine      ? m_valuesTitle
-                   : anyCounter ? m_countersTitle
-                                : QString());
-    const bool isAbove = anyLine || anyCounter || lanes.empty();
-    m_values->setVisible(isAbove);
-    m_values->setMinimumSize(0, isAbove ? 60 : 0);
-    m_values->setMaximumSize(QWIDGETSIZE_MAX, isAbove ? QWIDGETSIZE_MAX : 0);
-    m_values->axis(QCPAxis::atBottom)->setTickLabels(lanes.empty());
-    placeLanes(lanes, !isAbove);
-    constexpr int lowestValues = 110;
-    constexpr int around = 64; // the times below, and the margins
-    setMinimumHeight((isAbove ? lowestValues : 0) + m_lanes->minimumSize().height() + around);
-    fitTicks();
+    setMinimumHeight(m_parts.arrange(m_curves));
+    m_parts.fitTicks(QWidget::size(), fontMetrics());
     scaleValues();
-}
-
-void HistoryCanvas::placeLanes(const std::vector<int> &lanes, bool alone)
-{
-    const double whole = laneStep * double(lanes.size());
-    const QSharedPointer<QCPAxisTickerText> names(new QCPAxisTickerText);
-    double bottom = whole;
-    for (const int channel : lanes) {
-        bottom -= laneStep;
-        names->addTick(bottom + laneStep / 2, channelCaption(channel).trimmed());
-        m_curves.at(channel).lane->setRange(-bottom - 0.3, whole - bottom - 0.3);
-    }
-    m_lanes->axis(QCPAxis::atLeft)->setTicker(names);
-    m_lanes->axis(QCPAxis::atLeft)->setRange(0, lanes.empty() ? 1 : whole);
-    m_lanes->setVisible(!lanes.empty());
-    m_lanes->setSizeConstraintRect(QCPLayoutElement::scrInnerRect);
-    const int count = static_cast<int>(lanes.size());
-    const int height = qMin(laneHeight * count, 220);
-    m_lanes->setMinimumSize(0, height);
-    m_lanes->setMaximumSize(QWIDGETSIZE_MAX, lanes.empty() ? 0 : alone ? QWIDGETSIZE_MAX : height);
-    m_lanes->setAutoMargins(lanes.empty() ? QCP::msLeft | QCP::msRight : QCP::msAll);
-    if (lanes.empty()) {
-        m_lanes->setMargins(QMargins());
-    }
 }
 
 QCPRange HistoryCanvas::wholeTime() const
@@ -273,7 +187,7 @@ void HistoryCanvas::showWholeTime()
 
 void HistoryCanvas::setTime(QCPRange range)
 {
-    m_values->axis(QCPAxis::atBottom)->setRange(range);
+    m_parts.values().axis(QCPAxis::atBottom)->setRange(range);
 }
 
 void HistoryCanvas::move(double parts)
@@ -299,42 +213,19 @@ void HistoryCanvas::timeChanged(const QCPRange &range)
     }
     kept = kept.bounded(whole.lower, whole.upper);
     m_isWhole = kept.lower <= whole.lower && kept.upper >= whole.upper;
-    m_values->axis(QCPAxis::atBottom)->setRange(kept); // the signal does not come again for the same one
-    m_lanes->axis(QCPAxis::atBottom)->setRange(kept);
+    m_parts.setTime(kept); // the signal does not come again for the same one
     scaleValues();
 }
 
 void HistoryCanvas::scaleValues()
 {
-    for (QCPAxis *axis : {m_values->axis(QCPAxis::atLeft), m_values->axis(QCPAxis::atRight)}) {
-        std::optional<QCPRange> found;
-        for (auto &[channel, curve] : m_curves) {
-            if (!curve.isShown || curve.graph->valueAxis() != axis) {
-                continue;
-            }
-            const auto points = curve.graph->data();
-            const auto begin = points->findBegin(time().lower);
-            const auto end = points->findEnd(time().upper);
-            for (auto point = begin; point != end; ++point) {
-                found = found ? found->expanded(QCPRange(point->value, point->value))
-                              : QCPRange(point->value, point->value);
-            }
-            const auto count = end - begin; // marks at some of many
-            curve.graph->setScatterSkip(count > 40 ? static_cast<int>(count / 12) : 0);
-        }
-        if (found) {
-            const double margin =
-                found->size() > 0 ? found->size() * 0.06 : qMax(std::abs(found->lower) * 0.05, 0.5);
-            axis->setRange(found->lower - margin, found->upper + margin);
-        }
-    }
+    m_parts.scale(m_curves);
     redraw();
 }
 
 void HistoryCanvas::setTitles(const QString &values, const QString &counters)
 {
-    m_valuesTitle = values;
-    m_countersTitle = counters;
+    m_parts.setTitles(values, counters);
     arrange();
 }
 
@@ -351,30 +242,9 @@ void HistoryCanvas::showEvent(QShowEvent *event)
     redraw();
 }
 
-/// As many numbers at the axes as have room.
-void HistoryCanvas::fitTicks()
-{
-    constexpr int mostTimes = 8;
-    constexpr int gap = 16;
-    constexpr int sides = 130; ///< what stands beside the curves
-    const int label = fontMetrics().horizontalAdvance(QStringLiteral("00.00."));
-    constexpr int height = 40;
-    const int half = label / 2 + 6; // one at the end is not drawn when it would be cut
-    for (QCPAxisRect *rect : {m_values, m_lanes}) {
-        rect->setMinimumMargins(QMargins(half, 10, half, 4));
-    }
-    const int above = QWidget::height() - (m_lanes->visible() ? m_lanes->minimumSize().height() : 0) - height;
-    m_values->axis(QCPAxis::atBottom)
-        ->ticker()
-        ->setTickCount(qBound(2, (QWidget::width() - sides) / (label + gap), mostTimes));
-    for (const QCPAxis::AxisType side : {QCPAxis::atLeft, QCPAxis::atRight}) {
-        m_values->axis(side)->ticker()->setTickCount(qBound(3, above / height, 6));
-    }
-}
-
 void HistoryCanvas::resizeEvent(QResizeEvent *event)
 {
-    fitTicks();
+    m_parts.fitTicks(QWidget::size(), fontMetrics());
     if (!size().isEmpty()) { // it cannot draw on nothing
         QCustomPlot::resizeEvent(event);
     }
@@ -383,9 +253,7 @@ void HistoryCanvas::resizeEvent(QResizeEvent *event)
 void HistoryCanvas::takeColours()
 {
     setBackground(cardColour(palette()));
-    for (const QCPAxisRect *part : {m_values, m_lanes}) {
-        applyAxesLook(*part, palette(), font());
-    }
+    m_parts.applyLook(palette(), font());
     m_cursor.applyLook(palette());
     for (auto &[channel, curve] : m_curves) {
         applySeriesLook(*curve.graph, channel, curve.isSteps, palette());
@@ -397,11 +265,8 @@ void HistoryCanvas::takeColours()
 
 void HistoryCanvas::pointAt(const QPointF &position)
 {
-    const QPoint pixel = position.toPoint();
-    const bool isLanes = m_lanes->visible() && m_lanes->rect().contains(pixel);
-    const QCPAxisRect &part = isLanes ? *m_lanes : *m_values;
-    if (part.visible() && part.rect().contains(pixel)) {
-        show(placeAt(position, part, isLanes, m_curves));
+    if (const QCPAxisRect *part = m_parts.at(position.toPoint())) {
+        show(placeAt(position, *part, part == &m_parts.lanes(), m_curves));
     } else {
         pointAway();
     }

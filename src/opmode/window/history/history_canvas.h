@@ -1,14 +1,15 @@
 #pragma once
 
 #include "opmode/window/history/plot_cursor.h"
+#include "opmode/window/history/plot_parts.h"
 
 namespace ktr {
 
 struct PlotPoint;
 
-/// What HistoryPlot draws into: curves above, lanes of steps below, one time for both. It knows which curves
-/// there are, gives them axes and room, and keeps time and values in sight. It is a class of its own so that
-/// nobody who includes the plot's header has to compile that of QCustomPlot.
+/// What HistoryPlot draws into. It knows which curves there are, which time is shown and which place is
+/// pointed at; where the curves stand is the matter of PlotParts. It is a class of its own so that nobody who
+/// includes the plot's header has to compile that of QCustomPlot.
 class HistoryCanvas : public QCustomPlot
 {
 public:
@@ -25,7 +26,8 @@ public:
     QList<int> channels() const;
 
     void showWholeTime();
-    QCPRange time() const { return m_values->axis(QCPAxis::atBottom)->range(); }
+    QCPRange time() const { return m_parts.time(); }
+    void setTime(QCPRange range);
     /// By parts of the shown time.
     void move(double parts);
     void zoom(double factor);
@@ -46,10 +48,7 @@ protected:
 private:
     void redraw(); ///< not while nobody sees it
     void arrange();
-    void fitTicks();
-    void placeLanes(const std::vector<int> &lanes, bool alone);
     void recreate(int channel, PlotCurve &curve);
-    void setTime(QCPRange range);
     void timeChanged(const QCPRange &range);
     void scaleValues();
     void show(const std::optional<PlotPlace> &shown);
@@ -57,11 +56,8 @@ private:
 
     std::function<void()> m_placeChanged;
     PlotCurves m_curves;
-    QCPAxisRect *m_values;
-    QCPAxisRect *m_lanes;
+    PlotParts m_parts;
     PlotCursor m_cursor;
-    QString m_valuesTitle;
-    QString m_countersTitle;
     bool m_isWhole = true;
 };
 
