@@ -1772,6 +1772,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Comment on %L1 alarms</source>
         <translation>Kommentar zu %L1 Alarmen</translation>
     </message>
+    <message>
+        <source>The alarm is about no station</source>
+        <translation>Der Alarm betrifft keine Station</translation>
+    </message>
+    <message>
+        <source>The station of the alarm is no longer in the list</source>
+        <translation>Die Station des Alarms steht nicht mehr in der Liste</translation>
+    </message>
 </context>
 <context>
     <name>ktr::AlarmRulesDialog</name>
@@ -2434,6 +2442,26 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Program</source>
         <translation>Programm</translation>
     </message>
+    <message>
+        <source>Show in the tree</source>
+        <translation>Im Baum zeigen</translation>
+    </message>
+    <message>
+        <source>The station of the chosen line (Enter or double click in the list)</source>
+        <translation>Die Station der gewählten Zeile (Eingabetaste oder Doppelklick in der Liste)</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Sorted: the newest %1, further ones when scrolling</source>
+        <translation>Sortiert: die neuesten %1, weitere beim Blättern</translation>
+    </message>
+    <message>
+        <source>The station &quot;%1&quot; is no longer in the list</source>
+        <translation>Die Station „%1“ steht nicht mehr in der Liste</translation>
+    </message>
 </context>
 <context>
     <name>ktr::FirmwareUpload</name>
@@ -2465,28 +2493,12 @@ Wasserturm;turm.example.org:49111</translation>
 <context>
     <name>ktr::FormMain</name>
     <message>
-        <source>The settings could not be read; they are kept under another name beside the new ones</source>
-        <translation>Die Einstellungen waren nicht lesbar; sie bleiben unter anderem Namen neben den neuen erhalten</translation>
-    </message>
-    <message>
         <source>The settings cannot be written; what is chosen holds for this run</source>
         <translation>Die Einstellungen sind nicht schreibbar; was gewählt wird, gilt für diesen Lauf</translation>
     </message>
     <message>
         <source>A file dialog is still open; the window can be closed after it</source>
         <translation>Ein Dateidialog ist noch offen; danach lässt sich das Fenster schließen</translation>
-    </message>
-    <message>
-        <source>Firmware is being sent to the module. Closing ends that: the module then has a part of it only and may not work until it gets all of it. Close nevertheless?</source>
-        <translation>Es wird Firmware an das Modul gesendet. Das Schließen beendet das: Das Modul hat dann nur einen Teil davon und arbeitet möglicherweise nicht, bis es sie ganz bekommt. Trotzdem schließen?</translation>
-    </message>
-    <message>
-        <source>A configuration is being transmitted. Closing ends that: the module then holds a part of it only. Close nevertheless?</source>
-        <translation>Es wird eine Konfiguration übertragen. Das Schließen beendet das: Das Modul enthält dann nur einen Teil davon. Trotzdem schließen?</translation>
-    </message>
-    <message>
-        <source>Other KTRconfig windows may not be noticed: %1</source>
-        <translation>Andere KTRconfig-Fenster werden womöglich nicht bemerkt: %1</translation>
     </message>
 </context>
 <context>
@@ -2649,6 +2661,18 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Saved: %1</source>
         <translation>Gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Remove entries...</source>
+        <translation>Einträge entfernen...</translation>
+    </message>
+    <message>
+        <source>Remove %L1 entries of the history from the tree and its file? The record keeps them.</source>
+        <translation>%L1 Einträge der Historie aus dem Baum und seiner Datei entfernen? Die Aufzeichnung behält sie.</translation>
     </message>
 </context>
 <context>
@@ -3252,10 +3276,6 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Remove %L1 entries from the tree and its file? The record keeps them; what is not acknowledged stays.</source>
         <translation>%L1 Einträge aus dem Baum und seiner Datei entfernen? Die Aufzeichnung behält sie; was nicht quittiert ist, bleibt.</translation>
     </message>
-    <message>
-        <source>Entries removed: %L1</source>
-        <translation>Entfernte Einträge: %L1</translation>
-    </message>
 </context>
 <context>
     <name>ktr::OperationalMode</name>
@@ -3411,6 +3431,13 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::OpmodePage</name>
+    <message>
+        <source>Entries removed: %L1</source>
+        <translation>Entfernte Einträge: %L1</translation>
+    </message>
+</context>
+<context>
     <name>ktr::OpmodePages</name>
     <message>
         <source>Alarms</source>
@@ -3449,6 +3476,32 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>What the file or the module cannot take as it is, has no effect or is dangerous; a click on a row goes to its field</source>
         <translation>Was Datei oder Modul so nicht aufnehmen können, was wirkungslos oder gefährlich ist; ein Klick auf eine Zeile führt zum Feld</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ProgramEnd</name>
+    <message>
+        <source>Firmware is being sent to the module. Closing ends that: the module then has a part of it only and may not work until it gets all of it. Close nevertheless?</source>
+        <translation>Es wird Firmware an das Modul gesendet. Das Schließen beendet das: Das Modul hat dann nur einen Teil davon und arbeitet möglicherweise nicht, bis es sie ganz bekommt. Trotzdem schließen?</translation>
+    </message>
+    <message>
+        <source>A configuration is being transmitted. Closing ends that: the module then holds a part of it only. Close nevertheless?</source>
+        <translation>Es wird eine Konfiguration übertragen. Das Schließen beendet das: Das Modul enthält dann nur einen Teil davon. Trotzdem schließen?</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ProgramStart</name>
+    <message>
+        <source>The settings could not be read; they are kept under another name beside the new ones</source>
+        <translation>Die Einstellungen waren nicht lesbar; sie bleiben unter anderem Namen neben den neuen erhalten</translation>
+    </message>
+    <message>
+        <source>The settings cannot be written; what is chosen holds for this run</source>
+        <translation>Die Einstellungen sind nicht schreibbar; was gewählt wird, gilt für diesen Lauf</translation>
+    </message>
+    <message>
+        <source>Other KTRconfig windows may not be noticed: %1</source>
+        <translation>Andere KTRconfig-Fenster werden womöglich nicht bemerkt: %1</translation>
     </message>
 </context>
 <context>

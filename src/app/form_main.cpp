@@ -15,7 +15,6 @@
 #include "look/message_dialog.h"
 #include "look/outside_texts.h"
 #include "look/program_name.h"
-#include "platform/registry.h"
 #include "platform/settings_store.h"
 
 #include <QAction>
@@ -37,7 +36,6 @@ const QString windowSection = QStringLiteral("Window");
 const QString geometryKey = QStringLiteral("geometry");
 const QString problemsKey = QStringLiteral("problems");
 constexpr QSize comfortableSize(1240, 760);
-constexpr Milliseconds closeAgain{100};
 constexpr qsizetype titleCharacters = 74;
 
 OperationalMode::Services operationalServices(const Services &services)
@@ -57,10 +55,12 @@ FormMain::FormMain(const Services &services)
       m_context{m_document, m_history, m_texts},
       m_language(*this, m_texts, m_context, services.environment.programFolder),
       m_link(services.serial, services.ethernet, services.timers, services.environment, services.ports),
-      m_instance(services.timers, services.instanceName, [this] { return works(); }),
+      m_start(services.environment, services.timers, services.instanceName, m_texts, m_language,
+              [this] { return works(); }),
+      m_end(
+          *this, m_texts, [this] { return m_files->dialogs().isBusy(); }, [this] { return works(); }),
       m_sideWindows(*this, m_document, m_texts),
-      m_operationalMode(operationalServices(services), m_texts),
-      m_takeOver(m_instance, m_texts, m_wait, services.environment.programFolder)
+      m_operationalMode(operationalServices(services), m_texts)
 {
     showOutsideTextsPlain(*qApp);
     keepFocusOfDisabledButtons(*qApp);
@@ -69,8 +69,6 @@ FormMain::FormMain(const Services &services)
     setAcceptDrops(true);
     m_context.showStatus = [this](const QString &line) { showStatus(line); };
     m_context.showMessage = [this](const QString &text) { showMessage(text); };
-    m_wait.setObjectName(QStringLiteral("Tmr_wait"));
-    m_wait.setSingleShot(true);
     connect(&m_language, &InterfaceLanguage::changed, this, &FormMain::applyTexts);
     connect(&m_language, &InterfaceLanguage::statusMessage, this, &FormMain::showStatus);
     layOut();
@@ -86,7 +84,7 @@ FormMain::FormMain(const Services &services)
     connect(m_linkPresenter.get(), &LinkPresenter::statusMessage, this, &FormMain::showStatus);
     connect(m_linkPresenter.get(), &LinkPresenter::addressWanted, this, &FormMain::askForAddress);
     connect(m_linkPresenter.get(), &LinkPresenter::ethernetWanted, this, &FormMain::connectEthernet);
-    connectInstances();
+    connectStart();
     connectOperationalMode();
 }
 
@@ -142,50 +140,26 @@ void FormMain::layOut()
 void FormMain::start(const QStringList &arguments)
 {
     m_options = CommandLine::parse(arguments);
-    languageSetting();
-    const bool isCorrupt = MRegistry::lastError() == MRegistry::Error::Corrupt;
-    const QString kept = languageAtStart(); // this write moves damaged settings aside
-    m_language.use(m_options.german    ? QString(germanLanguage)
-                   : m_options.english ? QString(englishLanguage)
-                                       : kept);
-    if (isCorrupt) {
-        m_startTroubles +=
-            tr("The settings could not be read; they are kept under another name beside the new ones");
-    }
-    const Status place = MRegistry::checkPlace();
-    if (!place || languageSetting().isEmpty()) {
-        m_startTroubles += tr("The settings cannot be written; what is chosen holds for this run");
-    }
-    if (!place) {
-        m_startTroubles += place.message();
-    }
-    if (m_instance.claim()) {
-        finishStart();
-    } else {
-        m_takeOver.begin();
-    }
+    m_start.begin(m_options);
 }
 
-void FormMain::connectInstances()
+void FormMain::connectStart()
 {
-    connect(&m_takeOver, &TakeOver::titleWanted, this, &QWidget::setWindowTitle);
-    connect(&m_takeOver, &TakeOver::statusMessage, this, &FormMain::showStatus);
-    connect(&m_takeOver, &TakeOver::givenUp, this, &FormMain::exitWanted);
-    connect(&m_takeOver, &TakeOver::done, this, [this](const QString &remark) {
+    connect(&m_start, &ProgramStart::titleWanted, this, &QWidget::setWindowTitle);
+    connect(&m_start, &ProgramStart::statusMessage, this, &FormMain::showStatus);
+    connect(&m_start, &ProgramStart::givenUp, this, &FormMain::exitWanted);
+    connect(&m_start, &ProgramStart::done, this, [this](const QString &remark) {
         finishStart();
         if (!remark.isEmpty()) {
             showMessage(remark);
         }
     });
-    m_closeTimer.setSingleShot(true);
-    connect(&m_closeTimer, &QTimer::timeout, this, &FormMain::closeWhenFree);
-    connect(&m_instance, &SingleInstance::frontRequested, this, &FormMain::comeToFront);
-    connect(&m_instance, &SingleInstance::closeRequested, this, [this] {
+    connect(&m_start, &ProgramStart::frontRequested, this, &FormMain::comeToFront);
+    connect(&m_start, &ProgramStart::closeRequested, this, [this] {
         if (m_document.isModified() || QApplication::activeModalWidget() != nullptr) {
             comeToFront(); // the user will be asked, or is being asked
         }
-        m_isEndAgreed = true; // the other instance has asked its user
-        closeWhenFree();
+        m_end.closeAsAgreed();
     });
     connect(qApp, &QGuiApplication::commitDataRequest, this, &FormMain::keepEdits);
 }
@@ -197,7 +171,7 @@ void FormMain::keepEdits()
 
 void FormMain::endOnRequest()
 {
-    if (!m_isStarted) { // waiting for another instance: there is nothing to keep yet
+    if (!m_start.isDone()) { // waiting for another instance: there is nothing to keep yet
         Q_EMIT exitWanted();
         return;
     }
@@ -205,7 +179,7 @@ void FormMain::endOnRequest()
         m_files->keepEdits();
         comeToFront();
     }
-    closeWhenFree();
+    m_end.closeWhenFree();
 }
 
 Works FormMain::works() const
@@ -215,17 +189,6 @@ Works FormMain::works() const
     works.setFlag(Work::Transmitting, m_link.transmitter().isSending());
     works.setFlag(Work::Uploading, m_link.line().isUploading());
     return works;
-}
-
-/// An open question is answered first: its window must not go away.
-void FormMain::closeWhenFree()
-{
-    if (QApplication::activeModalWidget() != nullptr || m_files->dialogs().isBusy()) {
-        m_closeTimer.start(closeAgain);
-    } else {
-        close();
-        m_isEndAgreed = false;
-    }
 }
 
 void FormMain::comeToFront()
@@ -246,7 +209,6 @@ void FormMain::comeToFront()
 
 void FormMain::finishStart()
 {
-    m_isStarted = true;
     m_link.searchOnce();
     m_document.makeNew();
     m_document.setFileName(FileCommands::lastFileName());
@@ -258,17 +220,14 @@ void FormMain::finishStart()
     updateTitle();
     m_linkPresenter->show();
     m_tabs->enterPage();
-    if (!m_instance.trouble()) {
-        m_startTroubles +=
-            tr("Other KTRconfig windows may not be noticed: %1").arg(m_instance.trouble().message());
-    }
-    if (!m_startTroubles.isEmpty()) {
-        showStatus(m_startTroubles.join(u'\n'));
+    const QString troubles = m_start.troubles().join(u'\n');
+    if (!troubles.isEmpty()) {
+        showStatus(troubles);
     }
     if (m_options.operationalMode) {
         openOperationalMode();
-        if (!m_startTroubles.isEmpty()) { // this window is not seen
-            m_operationalMode.tell(m_startTroubles.join(u'\n'));
+        if (!troubles.isEmpty()) { // this window is not seen
+            m_operationalMode.tell(troubles);
         }
     } else {
         show();
@@ -314,30 +273,13 @@ void FormMain::refuseClose(QEvent &event)
     showStatus(tr("A file dialog is still open; the window can be closed after it"));
 }
 
-/// Ending the work leaves the module with part of it, so the user is asked. "Exit" in the menu does not ask.
-bool FormMain::mayEndWork()
-{
-    const Works present = works();
-    QString question;
-    if (present.testFlag(Work::Uploading)) {
-        question = tr(
-            "Firmware is being sent to the module. Closing ends that: the module then has a part of it only "
-            "and may not work until it gets all of it. Close nevertheless?");
-    } else if (present.testFlag(Work::Transmitting)) {
-        question =
-            tr("A configuration is being transmitted. Closing ends that: the module then holds a part of it "
-               "only. Close nevertheless?");
-    }
-    return question.isEmpty() || Dialog::questionOfLoss(this, m_texts, question);
-}
-
 void FormMain::closeEvent(QCloseEvent *event)
 {
     if (m_files->dialogs().isBusy()) {
         refuseClose(*event);
         return;
     }
-    if (!m_isEndAgreed && !mayEndWork()) {
+    if (!m_end.mayEndWork()) {
         event->ignore();
         return;
     }
@@ -346,7 +288,7 @@ void FormMain::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
-    m_wait.stop();
+    m_start.stopWaiting();
     m_link.goOffline();
     m_files->askToSave();
     m_files->keepFileName();

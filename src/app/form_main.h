@@ -1,12 +1,10 @@
 #pragma once
 
-#include "app/command_line.h"
-#include "app/interface_language.h"
 #include "app/operational_mode_opener.h"
 #include "app/page_tabs.h"
+#include "app/program_end.h"
+#include "app/program_start.h"
 #include "app/side_windows.h"
-#include "app/single_instance.h"
-#include "app/take_over.h"
 #include "link/module_link.h"
 
 #include <QMainWindow>
@@ -39,7 +37,7 @@ struct Services
 };
 
 /// The main window. start() is the start of the program, and closing the window is its end. It owns the parts
-/// of the program and connects them; what it does itself is starting and ending.
+/// of the program and connects them.
 class FormMain : public QMainWindow
 {
     Q_OBJECT
@@ -80,10 +78,8 @@ private:
     void connectProblems();
 
     void refuseClose(QEvent &event);
-    void connectInstances();
+    void connectStart();
     Works works() const;
-    void closeWhenFree();
-    bool mayEndWork();
     void comeToFront();
     void finishStart();
     bool applyCommandLine();
@@ -109,8 +105,8 @@ private:
     EditorContext m_context;
     InterfaceLanguage m_language;
     ModuleLink m_link;
-    SingleInstance m_instance;
-    QStringList m_startTroubles; ///< told in the status bar
+    ProgramStart m_start;
+    ProgramEnd m_end;
 
     MainMenu *m_menu;
     PageTabs *m_tabs;
@@ -124,12 +120,7 @@ private:
     SideWindows m_sideWindows;
     OperationalModeOpener m_operationalMode;
     QTimer m_problemTimer;
-    QTimer m_wait; ///< Tmr_wait
-    QTimer m_closeTimer;
-    TakeOver m_takeOver;
     bool m_firstShow = true;
-    bool m_isStarted = false;
-    bool m_isEndAgreed = false; ///< the user agreed that what is being sent ends, too
 };
 
 } // namespace ktr

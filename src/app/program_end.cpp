@@ -1,0 +1,53 @@
+#include "app/program_end.h"
+
+#include "look/message_dialog.h"
+
+#include <QApplication>
+
+namespace ktr {
+
+ProgramEnd::ProgramEnd(QWidget &window, const TextTable &texts, std::function<bool()> isAskingForFile,
+                       std::function<Works()> works)
+    : m_window(window),
+      m_texts(texts),
+      m_isAskingForFile(std::move(isAskingForFile)),
+      m_works(std::move(works))
+{
+    m_tryAgain.setSingleShot(true);
+    connect(&m_tryAgain, &QTimer::timeout, this, &ProgramEnd::closeWhenFree);
+}
+
+void ProgramEnd::closeWhenFree()
+{
+    constexpr Milliseconds later{100};
+    if (QApplication::activeModalWidget() != nullptr || m_isAskingForFile()) {
+        m_tryAgain.start(later);
+    } else {
+        m_window.close();
+        m_isAgreed = false;
+    }
+}
+
+void ProgramEnd::closeAsAgreed()
+{
+    m_isAgreed = true;
+    closeWhenFree();
+}
+
+bool ProgramEnd::mayEndWork()
+{
+    const Works works = m_works();
+    QString question;
+    if (works.testFlag(Work::Uploading)) {
+        question = tr(
+            "Firmware is being sent to the module. Closing ends that: the module then has a part of it only "
+            "and may not work until it gets all of it. Close nevertheless?");
+    } else if (works.testFlag(Work::Transmitting)) {
+        question =
+            tr("A configuration is being transmitted. Closing ends that: the module then holds a part of it "
+               "only. Close nevertheless?");
+    }
+    return m_isAgreed || question.isEmpty() || Dialog::questionOfLoss(&m_window, m_texts, question);
+}
+
+} // namespace ktr

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "app/command_line.h"
+#include "app/interface_language.h"
+#include "app/take_over.h"
+
+namespace ktr {
+
+/// The start of the program until it may read files: settings and language, and the other instance that may
+/// be running, whose end is waited for.
+class ProgramStart : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `instanceName` is that by which instances find each other; empty for the name of this user. `works`
+    /// tells the others what this one is doing.
+    ProgramStart(const Environment &environment, Timers &timers, const QString &instanceName,
+                 const TextTable &texts, InterfaceLanguage &language, std::function<Works()> works);
+
+    void begin(const CommandLine &options);
+    /// Whether done() was emitted.
+    bool isDone() const { return m_isDone; }
+    /// What the user should know about settings and other instances; complete when it is done.
+    QStringList troubles() const;
+    void stopWaiting() { m_wait.stop(); }
+
+Q_SIGNALS:
+    /// The window should have this title while another instance is waited for.
+    void titleWanted(const QString &title);
+    void statusMessage(const QString &line);
+    /// Files may be read. A remark is to be shown in a box.
+    void done(const QString &remark);
+    /// The user keeps the other instance: this one has to end.
+    void givenUp();
+    /// A newer instance wants to see this one's windows, or to take its place; its user has agreed that work
+    /// ends.
+    void frontRequested();
+    void closeRequested();
+
+private:
+    void finish(const QString &remark);
+
+    InterfaceLanguage &m_language;
+    SingleInstance m_instance;
+    QTimer m_wait; ///< Tmr_wait
+    TakeOver m_takeOver;
+    QStringList m_settingsTroubles;
+    bool m_isDone = false;
+};
+
+} // namespace ktr
