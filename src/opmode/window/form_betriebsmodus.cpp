@@ -15,6 +15,7 @@
 #include "opmode/window/operator_bar.h"
 #include "opmode/window/opmode_menus.h"
 #include "opmode/window/opmode_pages.h"
+#include "opmode/window/record/line_place.h"
 #include "opmode/window/record/record_window.h"
 #include "opmode/window/retention_dialog.h"
 #include "opmode/window/station_counts.h"
@@ -96,6 +97,7 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
 
 Form_betriebsmodus::~Form_betriebsmodus()
 {
+    delete m_recordWindow;
     // They look at the members to their end, for example when the focus leaves them.
     qDeleteAll(findChildren<QWidget *>(Qt::FindDirectChildrenOnly));
 }
@@ -239,11 +241,7 @@ void Form_betriebsmodus::connectAlarms()
     connect(&m_alarms, &AlarmCentre::changed, this, &Form_betriebsmodus::showTitle);
     connect(&m_acknowledging, &Acknowledging::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_notifier, &DesktopNotifier::statusMessage, this, &Form_betriebsmodus::tell);
-    connect(&m_notifier, &DesktopNotifier::chosen, this, [this] {
-        showNormal();
-        raise();
-        activateWindow();
-    });
+    connect(&m_notifier, &DesktopNotifier::chosen, this, &Form_betriebsmodus::comeToFront);
     connect(m_alarmBar, &AlarmBar::entryWanted, this, &Form_betriebsmodus::goTo);
     connect(m_alarmBar, &AlarmBar::allWanted, this, [this] {
         showView(false);
@@ -302,6 +300,25 @@ void Form_betriebsmodus::goTo(const QString &kennung, const QModelIndex &entry)
         m_tree->setCurrentIndex(OpmodePages::notificationsOf(station));
         m_pages->showNotification(entry);
     }
+}
+
+bool Form_betriebsmodus::showInTree(const RecordLine &line)
+{
+    const LinePlace place = placeOf(line, m_mode);
+    if (place.kennung.isEmpty()) {
+        return false;
+    }
+    goTo(place.kennung, place.entry);
+    comeToFront();
+    return true;
+}
+
+void Form_betriebsmodus::comeToFront()
+{
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    raise();
+    activateWindow();
 }
 
 /// Below the last row it offers nothing that would act on the station that happens to be chosen.
@@ -610,8 +627,12 @@ void Form_betriebsmodus::exportEntries()
 void Form_betriebsmodus::openRecord()
 {
     if (!m_recordWindow) {
-        m_recordWindow =
-            new RecordWindow(m_mode, {m_services.askSave, [this] { return m_mute.isMuted(); }}, this);
+        FindPage::Services services;
+        services.askSave = m_services.askSave;
+        services.isMuted = [this] { return m_mute.isMuted(); };
+        services.now = [this] { return m_mode.now(); };
+        services.showInTree = [this](const RecordLine &line) { return showInTree(line); };
+        m_recordWindow = new RecordWindow(m_mode, services);
         connect(m_recordWindow, &RecordWindow::statusMessage, this, &Form_betriebsmodus::tell);
     }
     m_recordWindow->appear();

@@ -7,6 +7,7 @@
 #include "opmode/window/alarm_mute.h"
 #include "opmode/window/alarm_sound.h"
 #include "opmode/window/desktop_notifier.h"
+#include "opmode/window/record/record_table.h"
 
 #include <QMainWindow>
 #include <QPointer>
@@ -100,6 +101,8 @@ private:
     void chooseAgain();
     void openRecord();
     void goTo(const QString &kennung, const QModelIndex &entry);
+    bool showInTree(const RecordLine &line);
+    void comeToFront();
     void deleteStation();
     void renameStation();
     void putAllOffline();
@@ -137,7 +140,7 @@ private:
     OpmodePages *m_pages;
     StationCounts *m_counts;
     MessageLine *m_messages;
-    QPointer<RecordWindow> m_recordWindow;
+    QPointer<RecordWindow> m_recordWindow; ///< no child: this window may stand above it
 };
 
 } // namespace ktr

@@ -90,7 +90,8 @@ OpmodePages::OpmodePages(const Services &services, QWidget *parent)
         connect(page, &OpmodePage::statusMessage, this, &OpmodePages::statusMessage);
     }
     m_notifications = findChild<NotificationPage *>();
-    connect(findChild<AlarmListPage *>(), &AlarmListPage::entryWanted, this, &OpmodePages::entryWanted);
+    m_alarms = findChild<AlarmListPage *>();
+    connect(m_alarms, &AlarmListPage::entryWanted, this, &OpmodePages::entryWanted);
     connect(this, &QTabWidget::currentChanged, this, &OpmodePages::followPage);
 }
 
@@ -145,8 +146,8 @@ void OpmodePages::followPage(int index)
 
 void OpmodePages::showAllAlarms()
 {
-    setCurrentWidget(m_notifications);
-    m_notifications->showAllAlarms();
+    setCurrentWidget(m_alarms);
+    m_alarms->showAll();
 }
 
 void OpmodePages::showNotification(const QModelIndex &entry)

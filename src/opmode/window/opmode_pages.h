@@ -9,6 +9,7 @@
 namespace ktr {
 
 class Acknowledging;
+class AlarmListPage;
 class NotificationPage;
 
 /// The pages of the window about the chosen station. There is one row for each in a table of
@@ -38,7 +39,7 @@ public:
     /// Shows the station of a node, on the page that the node belongs to; of a notification, that one. A page
     /// about all stations stays when a station is chosen.
     void showNode(const QModelIndex &node);
-    /// Lists what is not acknowledged at any station.
+    /// Brings the alarms of all stations to the front.
     void showAllAlarms();
     /// Chooses a notification of the station that is shown, and brings it into view; without one, its page.
     void showNotification(const QModelIndex &entry);
@@ -62,6 +63,7 @@ private:
     QPersistentModelIndex m_station; ///< the chosen one
     QList<OpmodePage *> m_pages;     ///< one for each row of the table
     NotificationPage *m_notifications;
+    AlarmListPage *m_alarms;
     bool m_isFollowing = false; ///< the page follows the tree, or the tree the page
 };
 

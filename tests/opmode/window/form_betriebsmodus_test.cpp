@@ -119,8 +119,9 @@ private Q_SLOTS:
         }
         auto *pages = m_window->findChild<QTabWidget *>("TabStrip_pages");
         auto *list = m_window->findChild<QTreeView *>("Tree_alarms");
-        pages->setCurrentIndex(4);
         m_timers.advance(Milliseconds(250));
+        press(m_window->findChild<QWidget *>("AlarmBar"), "Cmd_alarm_all");
+        QCOMPARE(pages->currentIndex(), 4);
         QCOMPARE(list->model()->rowCount(), 2);
         const auto textOf = [list](int row) { return list->model()->index(row, 1).data().toString(); };
         QCOMPARE(textOf(0), "DI1 fail"); // equally urgent, and came first
@@ -143,6 +144,29 @@ private Q_SLOTS:
         pages->setCurrentIndex(4);
         QTest::keyClick(list, Qt::Key_Space); // one alone is no question
         QCOMPARE(m_mode->alarms().waitingCount(), 0);
+    }
+
+    void aLineOfTheRecordLeadsToItsNotificationOrTellsThatItsStationIsGone()
+    {
+        open({"A", "B"});
+        online("B");
+        alarm(1, "DI1 fail");
+        QVERIFY(m_mode->keepsChanges());
+        click("mnu_record");
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        const auto record = std::ranges::find(windows, QString("Form_record"), &QWidget::objectName);
+        QVERIFY(record != windows.end());
+        QTest::keyClicks((*record)->findChild<QLineEdit *>("Text_record_text"), "DI1");
+        auto *found = (*record)->findChild<QTableView *>("Table_record");
+        QTRY_COMPARE(found->model()->rowCount(), 1);
+        found->selectRow(0);
+        QTest::keyClick(found, Qt::Key_Return);
+        QCOMPARE(tree()->currentIndex().data(StationTree::KeyRole).toString(), "B/meldung");
+        const auto *notifications = m_window->findChild<QTableView *>("Tbl_meldung");
+        QCOMPARE(notifications->selectionModel()->selectedRows().size(), 1);
+        m_mode->removeStation("B");
+        QTest::keyClick(found, Qt::Key_Return);
+        QVERIFY((*record)->findChild<QLabel *>("Label_record_count")->text().contains("\"B\""));
     }
 
     void anAddressIsCheckedBeforeTheStationTakesIt()

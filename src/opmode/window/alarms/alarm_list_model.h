@@ -39,7 +39,7 @@ public:
 
     void choose(const AlarmChoice &choice);
     const AlarmChoice &choice() const { return m_choice; }
-    /// Takes over all that changed now.
+    /// Takes over all changes at once, without waiting for the next time.
     void update();
     /// The same, but for what moves lines while they are to stay in place.
     void updateInPlace();
@@ -48,7 +48,7 @@ public:
 
     /// The alarms of a line: one, or all of a storm.
     QList<qint64> alarms(const QModelIndex &line) const;
-    /// As it is listed; null for a line that is none, or a storm's.
+    /// The alarm of a line; null for a storm's line and for no line.
     const AlarmRow *alarm(const QModelIndex &line) const;
     const AlarmRow *alarm(qint64 id) const;
     bool isStorm(const QModelIndex &line) const;

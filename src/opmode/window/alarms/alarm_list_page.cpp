@@ -59,8 +59,8 @@ AlarmListPage::AlarmListPage(OperationalMode &mode, const TextTable &texts, Ackn
     connect(m_onlyUnacknowledged, &QCheckBox::toggled, this, &AlarmListPage::choose);
     connect(m_shelved, &QCheckBox::toggled, this, &AlarmListPage::choose);
     connect(&acknowledging, &Acknowledging::acknowledged, m_model, &AlarmListModel::updateInPlace);
-    connect(m_model, &AlarmListModel::modelAboutToBeReset, this, &AlarmListPage::keepChoice);
-    connect(m_model, &AlarmListModel::modelReset, this, &AlarmListPage::bringChoiceBack);
+    connect(m_model, &AlarmListModel::modelAboutToBeReset, this, &AlarmListPage::noteView);
+    connect(m_model, &AlarmListModel::modelReset, this, &AlarmListPage::restoreView);
     connect(m_model, &AlarmListModel::updated, this, &AlarmListPage::refresh);
     m_model->setHold([this] { return m_activity->isAboutToChoose(); });
     AlarmListPage::applyTexts();
@@ -189,6 +189,12 @@ void AlarmListPage::choose()
     m_model->choose({m_filter->text().trimmed(), m_onlyUnacknowledged->isChecked(), m_shelved->isChecked()});
 }
 
+void AlarmListPage::showAll()
+{
+    m_filter->clear();
+    m_list->scrollToTop();
+}
+
 void AlarmListPage::fitColumns()
 {
     const QFontMetrics metrics(m_list->font());
@@ -216,7 +222,7 @@ void AlarmListPage::fitColumns()
         m_list->setColumnWidth(column, samples[column]);
         sum += samples[column];
     }
-    // What is left goes to what is longest.
+    // The remaining room goes to the columns with the longest texts.
     if (const int rest = room - sum; rest > 0) {
         m_list->setColumnWidth(Model::Text, samples[Model::Text] + rest / 2);
         m_list->setColumnWidth(Model::State, samples[Model::State] + rest / 4);
@@ -263,7 +269,8 @@ void AlarmListPage::refreshButtons()
     m_actions[EditComment]->setEnabled(canShelve);
     m_actions[Shelve]->setEnabled(canShelve);
     m_actions[Unshelve]->setEnabled(isShelved);
-    m_actions[GoTo]->setEnabled(m_model->alarm(m_list->currentIndex()) != nullptr);
+    const AlarmRow *current = m_model->alarm(m_list->currentIndex());
+    m_actions[GoTo]->setEnabled(current != nullptr && current->station != 0);
     for (const Action action : {Acknowledge, EditComment, Shelve, Unshelve}) {
         m_buttons[action]->setEnabled(m_actions[action]->isEnabled());
     }
@@ -273,7 +280,7 @@ void AlarmListPage::refreshButtons()
 QList<qint64> AlarmListPage::chosen() const
 {
     QList<qint64> alarms;
-    QSet<qint64> known; // a storm's line and one below it may both be chosen
+    QSet<qint64> known; // a storm's line and one of its own may both be chosen
     for (const QModelIndex &line : chosenLines(*m_list)) {
         for (const qint64 id : m_model->alarms(line)) {
             if (!known.contains(id)) {
@@ -285,21 +292,21 @@ QList<qint64> AlarmListPage::chosen() const
     return alarms;
 }
 
-/// The lines are about to be others: what is chosen, open and at the top is to be so afterwards.
-void AlarmListPage::keepChoice()
+/// A reset of the model would lose what is chosen, open and at the top.
+void AlarmListPage::noteView()
 {
-    m_kept = {};
+    m_noted = {};
     for (const QModelIndex &line : chosenLines(*m_list)) {
         if (const AlarmRow *alarm = m_model->alarm(line)) {
-            m_kept.alarms.insert(alarm->id);
+            m_noted.alarms.insert(alarm->id);
         } else {
-            m_kept.storms.insert(m_model->storm(line));
+            m_noted.storms.insert(m_model->storm(line));
         }
     }
     for (int row = 0; row < m_model->rowCount(); ++row) {
         const QModelIndex line = m_model->index(row, 0);
         if (m_model->isStorm(line) && m_list->isExpanded(line)) {
-            m_kept.open.insert(m_model->storm(line));
+            m_noted.open.insert(m_model->storm(line));
         }
     }
     const auto note = [this](const QModelIndex &line, qint64 &id, QString &storm) {
@@ -309,19 +316,19 @@ void AlarmListPage::keepChoice()
             storm = m_model->storm(line);
         }
     };
-    note(m_list->currentIndex(), m_kept.current, m_kept.currentStorm);
-    m_kept.row = m_list->currentIndex().parent().isValid() ? -1 : m_list->currentIndex().row();
+    note(m_list->currentIndex(), m_noted.current, m_noted.currentStorm);
+    m_noted.row = m_list->currentIndex().parent().isValid() ? -1 : m_list->currentIndex().row();
     if (m_list->verticalScrollBar()->value() > 0) { // at the top, the most urgent are to be seen
-        note(m_list->indexAt(QPoint(0, 0)), m_kept.top, m_kept.topStorm);
+        note(m_list->indexAt(QPoint(0, 0)), m_noted.top, m_noted.topStorm);
     }
 }
 
-void AlarmListPage::bringChoiceBack()
+void AlarmListPage::restoreView()
 {
     const auto lineOf = [this](qint64 id, const QString &storm) {
         return storm.isEmpty() ? m_model->lineOf(id) : m_model->stormOf(storm);
     };
-    for (const QString &storm : std::as_const(m_kept.open)) {
+    for (const QString &storm : std::as_const(m_noted.open)) {
         m_list->expand(m_model->stormOf(storm));
     }
     QItemSelection selection;
@@ -330,20 +337,20 @@ void AlarmListPage::bringChoiceBack()
             selection.select(line, line.siblingAtColumn(AlarmListModel::columns - 1));
         }
     };
-    for (const qint64 id : std::as_const(m_kept.alarms)) {
+    for (const qint64 id : std::as_const(m_noted.alarms)) {
         select(m_model->lineOf(id));
     }
-    for (const QString &storm : std::as_const(m_kept.storms)) {
+    for (const QString &storm : std::as_const(m_noted.storms)) {
         select(m_model->stormOf(storm));
     }
     QItemSelectionModel &model = *m_list->selectionModel();
-    QModelIndex current = lineOf(m_kept.current, m_kept.currentStorm);
-    if (!current.isValid() && m_kept.row >= 0) { // it is gone: keys go on from where it was
-        current = m_model->index(std::min(m_kept.row, m_model->rowCount() - 1), 0);
+    QModelIndex current = lineOf(m_noted.current, m_noted.currentStorm);
+    if (!current.isValid() && m_noted.row >= 0) { // it is gone: the arrow keys go on from its place
+        current = m_model->index(std::min(m_noted.row, m_model->rowCount() - 1), 0);
     }
     model.setCurrentIndex(current, QItemSelectionModel::NoUpdate);
     model.select(selection, QItemSelectionModel::ClearAndSelect);
-    if (const QModelIndex top = lineOf(m_kept.top, m_kept.topStorm); top.isValid()) {
+    if (const QModelIndex top = lineOf(m_noted.top, m_noted.topStorm); top.isValid()) {
         m_list->scrollTo(top, QAbstractItemView::PositionAtTop);
     }
 }
@@ -396,7 +403,7 @@ bool AlarmListPage::takeKey(const QKeyEvent &event)
 
 // What the user does with it
 
-/// The line of a storm stands for more than is to be seen of it.
+/// A storm's line stands for alarms that may not be in view, so the user is asked.
 void AlarmListPage::acknowledgeChosen()
 {
     const QModelIndexList lines = chosenLines(*m_list);
@@ -465,13 +472,21 @@ void AlarmListPage::unshelve()
 
 void AlarmListPage::goTo()
 {
-    if (const AlarmRow *alarm = m_model->alarm(m_list->currentIndex())) {
-        const QString kennung = mode().stationOf(*alarm);
-        const QModelIndexList entries = mode().entriesOf(*alarm);
-        if (!kennung.isEmpty()) {
-            Q_EMIT entryWanted(kennung, entries.isEmpty() ? QModelIndex() : entries.constFirst());
-        }
+    const AlarmRow *alarm = m_model->alarm(m_list->currentIndex());
+    if (alarm == nullptr) {
+        return;
     }
+    if (alarm->station == 0) {
+        Q_EMIT statusMessage(tr("The alarm is about no station"));
+        return;
+    }
+    const QString kennung = mode().stationOf(*alarm);
+    if (kennung.isEmpty()) {
+        Q_EMIT statusMessage(tr("The station of the alarm is no longer in the list"));
+        return;
+    }
+    const QModelIndexList entries = mode().entriesOf(*alarm);
+    Q_EMIT entryWanted(kennung, entries.isEmpty() ? QModelIndex() : entries.constFirst());
 }
 
 void AlarmListPage::copy()

@@ -26,9 +26,11 @@ public:
     ~AlarmListPage() override;
 
     void applyTexts() override;
+    /// Clears the filter and scrolls to the most urgent alarms.
+    void showAll();
 
 Q_SIGNALS:
-    /// The user wants to see where an alarm came from; the entry is invalid for one that has none.
+    /// The user wants to see where an alarm came from; the entry is invalid where the module said nothing.
     void entryWanted(const QString &kennung, const QModelIndex &entry);
 
 protected:
@@ -48,8 +50,8 @@ private:
     void refreshButtons();
     bool takeKey(const QKeyEvent &event);
     QList<qint64> chosen() const;
-    void keepChoice();
-    void bringChoiceBack();
+    void noteView();
+    void restoreView();
     void acknowledgeChosen();
     void editComment();
     void shelve();
@@ -70,8 +72,8 @@ private:
     QLabel *m_summary;
     QLabel *m_empty; ///< over the list
 
-    /// What is to be the same after the lines have changed.
-    struct Kept
+    /// What was chosen, open and in view, by numbers and texts that outlive a reset of the model.
+    struct NotedView
     {
         QSet<qint64> alarms;
         QSet<QString> storms;
@@ -82,7 +84,7 @@ private:
         qint64 top = 0;
         QString topStorm;
     };
-    Kept m_kept;
+    NotedView m_noted;
 };
 
 } // namespace ktr

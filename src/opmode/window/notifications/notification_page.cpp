@@ -209,14 +209,6 @@ void NotificationPage::choose()
     fitColumns();
 }
 
-void NotificationPage::showAllAlarms()
-{
-    m_filter->clear();
-    m_allStations->setChecked(true);
-    m_onlyUnacknowledged->setChecked(true);
-    m_table->scrollToTop();
-}
-
 void NotificationPage::showEntry(const QModelIndex &entry)
 {
     m_model->update();

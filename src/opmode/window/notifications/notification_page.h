@@ -28,8 +28,6 @@ public:
                      Timers &timers, const QLocale &locale, QWidget *parent = nullptr);
 
     void applyTexts() override;
-    /// Lists what is not acknowledged at any station.
-    void showAllAlarms();
     /// Chooses a notification and brings it into view, widening the choice only where it is not listed. Its
     /// station is to be shown before.
     void showEntry(const QModelIndex &entry) override;

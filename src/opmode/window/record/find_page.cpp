@@ -4,7 +4,7 @@
 #include "look/problem_label.h"
 #include "opmode/window/record/record_export.h"
 
-#include <QApplication>
+#include <QAction>
 #include <QComboBox>
 #include <QDateTimeEdit>
 #include <QDir>
@@ -30,6 +30,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int pauseMs = 300;
+constexpr std::size_t linesInOrder = 10'000; ///< the newest ones, when they are not in the order of time
 
 struct KindChoice
 {
@@ -98,6 +99,7 @@ FindPage::FindPage(RecordQueries &queries, QString recordPath, Services services
     }
     connect(m_exportButton, &QPushButton::clicked, this, &FindPage::exportFound);
     applyTexts();
+    enableActions();
     showPeriod();
     showView();
 }
@@ -138,7 +140,10 @@ void FindPage::layOut()
     m_problem = named<ProblemLabel>("Label_record_problem"_L1, this);
     m_count = named<QLabel>("Label_record_count"_L1, this);
     m_exportButton = named<QPushButton>("Cmd_record_export"_L1, this);
-    m_exportButton->setAutoDefault(false);
+    m_showButton = named<QPushButton>("Cmd_record_goto"_L1, this);
+    for (QPushButton *button : {m_exportButton, m_showButton}) {
+        button->setAutoDefault(false);
+    }
 
     auto *when = new QHBoxLayout;
     for (QWidget *widget :
@@ -155,6 +160,7 @@ void FindPage::layOut()
     }
     auto *below = new QHBoxLayout;
     below->addWidget(m_count, 1);
+    below->addWidget(m_showButton);
     below->addWidget(m_exportButton);
     auto *all = new QVBoxLayout(this);
     all->addLayout(when);
@@ -172,11 +178,25 @@ void FindPage::setUpTable()
     m_table->setModel(m_order);
     setUpRows(*m_table);
     QHeaderView *header = m_table->horizontalHeader();
-    header->setSortIndicatorClearable(true); // the newest first again
+    header->setSortIndicatorClearable(true); // a third click restores the order of time
     header->setSortIndicator(-1, Qt::AscendingOrder);
     header->setStretchLastSection(true);
     m_table->setSortingEnabled(true);
+    connect(header, &QHeaderView::sortIndicatorChanged, this,
+            [this](int column) { m_model->setLeast(column < 0 ? RecordModel::pageSize : linesInOrder); });
     m_table->installEventFilter(this);
+    m_show = new QAction(this);
+    m_copy = new QAction(this);
+    connect(m_show, &QAction::triggered, this, &FindPage::showInTree);
+    connect(m_copy, &QAction::triggered, this, &FindPage::copySelected);
+    m_table->addActions({m_show, m_copy});
+    m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
+    connect(m_showButton, &QPushButton::clicked, m_show, &QAction::trigger);
+    connect(m_table, &QTableView::doubleClicked, this, &FindPage::showInTree);
+    const QItemSelectionModel *selection = m_table->selectionModel();
+    connect(selection, &QItemSelectionModel::selectionChanged, this, &FindPage::enableActions);
+    connect(selection, &QItemSelectionModel::currentChanged, this, &FindPage::enableActions);
+    connect(m_order, &QSortFilterProxyModel::modelReset, this, &FindPage::enableActions);
 }
 
 void FindPage::applyTexts()
@@ -221,6 +241,11 @@ void FindPage::applyTexts()
          tr("State"));
     m_exportButton->setText(tr("Export..."));
     m_exportButton->setToolTip(tr("Writes all that is found as a CSV table, not only what is shown so far"));
+    m_showButton->setText(tr("Show in the tree"));
+    m_showButton->setToolTip(tr("The station of the chosen line (Enter or double click in the list)"));
+    m_show->setText(m_showButton->text() + u'\t' +
+                    QKeySequence(Qt::Key_Return).toString(QKeySequence::NativeText));
+    m_copy->setText(tr("Copy") + u'\t' + QKeySequence(QKeySequence::Copy).toString(QKeySequence::NativeText));
     m_table->setAccessibleName(tr("What was found"));
     showNames();
     fitColumns();
@@ -332,7 +357,7 @@ void FindPage::searchNow()
 void FindPage::follow()
 {
     if (!m_pause->isActive() && wanted() != m_model->searched()) {
-        searchNow(); // a new day, or a station of a name that is meant
+        searchNow(); // a new day, or a new station with a name that was typed
     } else {
         m_model->followRecord();
     }
@@ -378,8 +403,10 @@ void FindPage::showNames()
 void FindPage::showState()
 {
     const QString shown = locale().toString(m_model->rowCount());
-    QString line = m_model->hasMore() ? tr("Shown: %1, further ones when scrolling").arg(shown)
-                                      : tr("Found: %1").arg(shown);
+    const bool isByTime = m_table->horizontalHeader()->sortIndicatorSection() < 0;
+    QString line = !m_model->hasMore() ? tr("Found: %1").arg(shown)
+                   : isByTime          ? tr("Shown: %1, further ones when scrolling").arg(shown)
+                                       : tr("Sorted: the newest %1, further ones when scrolling").arg(shown);
     if (m_model->isSearching()) {
         line = tr("Searching … found so far: %1").arg(shown);
     }
@@ -395,7 +422,7 @@ void FindPage::fitColumns()
 {
     const int one = fontMetrics().horizontalAdvance(u'0');
     constexpr int margins = 16;
-    // The text of events is the last column, which has the room that is left.
+    // The last column of events, their text, takes the remaining room.
     const int fixed = m_model->columnCount() - (m_model->searched().view == RecordView::Events ? 1 : 0);
     for (int column = 0; column < fixed; ++column) {
         m_table->setColumnWidth(column, recordWidth(m_model->searched().view, column) * one + margins);
@@ -404,10 +431,17 @@ void FindPage::fitColumns()
 
 bool FindPage::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_table && event->type() == QEvent::KeyPress &&
-        static_cast<QKeyEvent *>(event)->matches(QKeySequence::Copy)) {
-        copySelected();
-        return true;
+    if (watched == m_table && event->type() == QEvent::KeyPress) {
+        const auto &key = static_cast<const QKeyEvent &>(*event);
+        if (key.matches(QKeySequence::Copy)) {
+            copySelected();
+            return true;
+        }
+        const bool isEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+        if (isEnter && (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier) {
+            showInTree();
+            return true;
+        }
     }
     return QWidget::eventFilter(watched, event);
 }
@@ -417,6 +451,30 @@ void FindPage::copySelected()
     QList<int> columns(m_model->columnCount());
     std::iota(columns.begin(), columns.end(), 0);
     copyLines(chosenLines(*m_table), columns);
+}
+
+void FindPage::enableActions()
+{
+    const QModelIndex current = m_order->mapToSource(m_table->currentIndex());
+    const bool isAboutStation = current.isValid() && stationOf(m_model->line(current.row())) != 0;
+    m_show->setEnabled(isAboutStation);
+    m_showButton->setEnabled(isAboutStation);
+    m_copy->setEnabled(m_table->selectionModel()->hasSelection());
+}
+
+void FindPage::showInTree()
+{
+    const QModelIndex current = m_order->mapToSource(m_table->currentIndex());
+    if (!current.isValid()) {
+        return;
+    }
+    const RecordLine &line = m_model->line(current.row());
+    if (stationOf(line) == 0 || m_services.showInTree(line)) {
+        return;
+    }
+    const QString name = m_model->stations().value(stationOf(line)).name;
+    m_count->setText(tr("The station \"%1\" is no longer in the list").arg(name));
+    Q_EMIT statusMessage(m_count->text());
 }
 
 // The export

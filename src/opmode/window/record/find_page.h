@@ -5,6 +5,7 @@
 #include <QDateTime>
 #include <QWidget>
 
+class QAction;
 class QComboBox;
 class QDateTimeEdit;
 class QLabel;
@@ -23,7 +24,7 @@ class RecordExport;
 /// The least width of a field for day, month, year, hour and minute.
 int dateFieldWidth(const QWidget &field);
 
-/// Finds what happened and what became of alarms.
+/// Searches the record for events or alarms, lists and exports what it finds.
 class FindPage : public QWidget
 {
     Q_OBJECT
@@ -35,15 +36,17 @@ public:
         /// Whether the sound of alarms is off.
         std::function<bool()> isMuted = [] { return false; };
         std::function<QDateTime()> now = [] { return QDateTime::currentDateTime(); };
+        /// Shows in the tree what a line tells of; false when its station is not there any more.
+        std::function<bool(const RecordLine &line)> showInTree = [](const RecordLine &) { return false; };
     };
 
     FindPage(RecordQueries &queries, QString recordPath, Services services, QWidget *parent = nullptr);
     ~FindPage() override;
 
     void applyTexts();
-    /// The text can be typed at once.
+    /// Puts the focus into the field for the text.
     void beginTyping();
-    /// Takes in what was committed since, and the new day at midnight.
+    /// Shows what was committed since the last call, and at midnight another day.
     void follow();
 
 Q_SIGNALS:
@@ -59,7 +62,7 @@ private:
     void setUpTable();
     QDateTimeEdit *timeField(const char *name);
     RecordSearch wanted() const;
-    /// Numbers of the stations that are meant; nothing: all.
+    /// The stations with a name that was typed; nothing when all are meant.
     std::optional<QList<qint64>> stationsMeant() const;
     void period(qint64 &from, qint64 &to) const;
     void searchNow();
@@ -69,6 +72,8 @@ private:
     void showState();
     void fitColumns();
     void copySelected();
+    void enableActions();
+    void showInTree();
     void exportFound();
     void exported(const QString &path, const Status &status);
 
@@ -95,6 +100,9 @@ private:
     ProblemLabel *m_problem;
     QLabel *m_count;
     QPushButton *m_exportButton;
+    QPushButton *m_showButton;
+    QAction *m_show;
+    QAction *m_copy;
 };
 
 } // namespace ktr

@@ -8,9 +8,9 @@ namespace ktr {
 
 namespace {
 
-/// Of alarms so many are read again, since each may have become another.
+/// So many alarms are read again each time, since any of them may have changed.
 constexpr int mostReadAgain = 1000;
-/// What takes long to find is looked for more seldom: for a tenth of the time.
+/// A search that takes long is repeated less often, so that it is busy for a tenth of the time at most.
 constexpr int rest = 10;
 
 } // namespace
@@ -47,11 +47,26 @@ void RecordModel::search(const RecordSearch &search)
     m_next.reset();
     m_status = Status::done();
     endResetModel();
-    m_wanted = pageSize;
+    m_wanted = m_least;
     if (m_stations.isEmpty()) {
         m_queries.ask(&m_namesAsker, &readNames, [this](Names names) { takeNames(std::move(names)); });
     }
     askForPage();
+}
+
+void RecordModel::setLeast(std::size_t lines)
+{
+    m_least = lines;
+    fetchUpTo(lines);
+}
+
+void RecordModel::fetchUpTo(std::size_t lines)
+{
+    m_wanted = std::max(m_wanted, lines);
+    if (m_next && !m_isSearching && m_lines.size() < m_wanted) {
+        m_queries.withdraw(&m_newsAsker); // two answers would both be about the lines as they are now
+        askForPage();
+    }
 }
 
 void RecordModel::askForPage()
@@ -78,7 +93,7 @@ void RecordModel::takePage(RecordPage page)
         endInsertRows();
     }
     if (m_next && m_lines.size() < m_wanted) {
-        askForPage(); // only a part of the record was looked at so far
+        askForPage(); // the page may be short because only a part of the record was searched
     } else {
         settle();
     }
@@ -148,7 +163,7 @@ void RecordModel::takeNews(News news)
     }
 }
 
-/// The page takes the place of all lines down to where it ends.
+/// Replaces all lines down to where the page ends by those of the page.
 void RecordModel::putInFront(const RecordPage &page)
 {
     auto end = m_lines.end(); // of what the page covers
@@ -248,9 +263,7 @@ bool RecordModel::canFetchMore(const QModelIndex &parent) const
 void RecordModel::fetchMore(const QModelIndex &parent)
 {
     if (canFetchMore(parent)) {
-        m_queries.withdraw(&m_newsAsker); // two answers would both be about the lines as they are now
-        m_wanted = m_lines.size() + pageSize;
-        askForPage();
+        fetchUpTo(m_lines.size() + pageSize);
     }
 }
 

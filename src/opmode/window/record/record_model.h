@@ -16,17 +16,20 @@ class RecordModel : public QAbstractTableModel
 
 public:
     static constexpr int pageSize = 200;
-    /// By which a column is put in order.
+    /// The value that a column is sorted by.
     static constexpr int OrderRole = Qt::UserRole;
 
     /// The queries must outlive it.
     explicit RecordModel(RecordQueries &queries, QObject *parent = nullptr);
     ~RecordModel() override;
 
-    /// Begins anew with another search; what an earlier one would still find is not told any more.
+    /// Starts another search; answers to the one before that are still to come are dropped.
     void search(const RecordSearch &search);
     const RecordSearch &searched() const { return m_search; }
-    /// Looks whether something was committed since the last call, and takes it in.
+    /// Fetches at least so many lines of this search and of later ones, even if no view asks for them:
+    /// sorting orders only the lines that are there.
+    void setLeast(std::size_t lines);
+    /// Asks for what was committed since the last call and adds what the search finds of it.
     void followRecord();
 
     bool isSearching() const { return m_isSearching; }
@@ -45,9 +48,9 @@ public:
     void fetchMore(const QModelIndex &parent) override;
 
 Q_SIGNALS:
-    /// What isSearching(), hasMore() or status() gives is another.
+    /// isSearching(), hasMore() or status() changed.
     void stateChanged();
-    /// There are other names of stations or operators.
+    /// The names of stations or operators changed.
     void namesChanged();
 
 private:
@@ -65,6 +68,7 @@ private:
     };
 
     static Names readNames(RecordReader &reader);
+    void fetchUpTo(std::size_t lines);
     void askForPage();
     void takePage(RecordPage page);
     void takeNames(Names names);
@@ -76,15 +80,16 @@ private:
     RecordSearch m_search;
     std::vector<RecordLine> m_lines;
     std::optional<RecordKey> m_next;
-    std::size_t m_wanted = 0; ///< lines, until which it asks on
+    std::size_t m_least = pageSize;
+    std::size_t m_wanted = 0; ///< it goes on asking until it has so many lines
     bool m_isSearching = false;
     Status m_status = Status::done();
     RecordStations m_stations;
     QStringList m_operators;
     qint64 m_version = 0;
-    QElapsedTimer m_followed;    ///< since the last time it was looked for what is new
-    qint64 m_tookMs = 0;         ///< until it was found
-    const char m_namesAsker = 0; ///< their addresses are who asks
+    QElapsedTimer m_followed;    ///< since followRecord() asked last
+    qint64 m_tookMs = 0;         ///< the last answer to that
+    const char m_namesAsker = 0; ///< its address stands for a question, as that of the next one
     const char m_newsAsker = 0;
 };
 

@@ -21,7 +21,7 @@ namespace {
 
 constexpr qint64 anHour = 3'600'000;
 constexpr qint64 aDay = 24 * anHour;
-/// Rows that a report takes of one table.
+/// The most rows that a report has of one table.
 constexpr qsizetype mostRead = 5000;
 constexpr int aPage = 500;
 constexpr int mostPrinted = 2000;
@@ -40,7 +40,7 @@ const QList<EventKind> &operatorsKinds()
     return kinds;
 }
 
-/// All pages up to what a report takes, the oldest first.
+/// All rows up to what a report takes, the oldest first.
 template <class Row> Status readAll(QList<Row> &rows, bool &isCut, const auto &find)
 {
     std::optional<RecordKey> after;
@@ -74,7 +74,7 @@ QString lasting(qint64 ms, const QLocale &locale)
         .arg(locale.toString(static_cast<double>(ms) / aDay, 'f', 1));
 }
 
-/// Of the columns, by the longest text of each, of which very long ones are wrapped.
+/// Widths of the columns, by the longest text of each; very long ones are wrapped.
 QList<QTextLength> widthsOf(const Report::Table &table, qsizetype rows)
 {
     constexpr qsizetype least = 6;
@@ -259,7 +259,7 @@ private:
         report.tables += table;
     }
 
-    /// Those that were not heard for longer than `least`, which they never were included.
+    /// Stations not heard for longer than `least`, those that never were included.
     void addStations(Report &report, const QString &heading, const QStringList &names, qint64 least) const
     {
         Report::Table table{heading,
@@ -446,7 +446,7 @@ QByteArray reportPdf(const Report &report, const QLocale &locale)
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     QPdfWriter writer(&buffer);
-    constexpr int dotsAnInch = 1200; // at few of them letters stand unevenly
+    constexpr int dotsAnInch = 1200; // with fewer of them letters are spaced unevenly
     constexpr qreal margin = 0.6 * dotsAnInch;
     constexpr qreal footer = 0.3 * dotsAnInch;
     constexpr qreal letters = 8;

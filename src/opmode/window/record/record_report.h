@@ -12,7 +12,7 @@ namespace ktr {
 enum class ReportKind {
     Shift,     ///< what came, stands and was done in a time
     Figures,   ///< how many alarms came, and how they were dealt with
-    Overlooked ///< what has been so for longer than it should
+    Overlooked ///< what has stood for longer than it should
 };
 
 /// What is to be reported, and what of it the record does not hold.
@@ -21,9 +21,9 @@ struct ReportQuestion
     ReportKind kind = ReportKind::Shift;
     qint64 from = 0;                  ///< this time and later
     qint64 to = 0;                    ///< before this time
-    bool sinceOperatorChange = false; ///< and not from `from`, which is taken where there was none
+    bool sinceOperatorChange = false; ///< begins there; at `from` only when there was none
     qint64 now = 0;
-    int operators = 1;    ///< who share the alarms
+    int operators = 1;    ///< how many people share the alarms
     QStringList silent{}; ///< names of the stations that are online and not heard
     QStringList offline{};
     QList<Shelf> shelves{};
@@ -39,12 +39,12 @@ struct ReportAnswer
     QList<AlarmRow> came{};
     QList<AlarmRow> standing{};
     QList<EventRow> done{};
-    bool isCut = false; ///< there was more than a report takes
+    bool isCut = false; ///< the record has more rows than a report takes
     AlarmFigures figures{};
     QHash<QString, qint64> heard{}; ///< when a station that is silent or offline said something last
 };
 
-/// Reads it; fit for any thread.
+/// Reads that, on whichever thread the reader belongs to.
 ReportAnswer readReport(RecordReader &reader, const ReportQuestion &question);
 
 /// A report as it is shown, printed and written.

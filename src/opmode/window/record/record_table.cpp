@@ -83,6 +83,11 @@ qint64 numberOf(const RecordLine &line)
     return std::visit([](const auto &row) { return row.id; }, line);
 }
 
+qint64 stationOf(const RecordLine &line)
+{
+    return std::visit([](const auto &row) { return row.station; }, line);
+}
+
 RecordPage findPage(RecordReader &reader, const RecordSearch &search, const std::optional<RecordKey> &after,
                     int limit)
 {

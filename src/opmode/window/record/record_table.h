@@ -12,19 +12,21 @@ namespace ktr {
 /// What is shown of the record: what happened, or what became of alarms.
 enum class RecordView { Events, Alarms };
 
-/// What is to be found. The part of the view counts.
+/// What to look for; only the filter of the chosen view counts.
 struct RecordSearch
 {
     RecordView view = RecordView::Events;
     EventFilter events{};
     AlarmFilter alarms{};
-    /// Of all stations that there are, none passes: nothing is found.
+    /// No station has a name that was typed.
     bool findsNothing = false;
     bool operator==(const RecordSearch &) const = default;
 };
 
 using RecordLine = std::variant<EventRow, AlarmRow>;
 qint64 numberOf(const RecordLine &line);
+/// The number of its station; 0 for none.
+qint64 stationOf(const RecordLine &line);
 
 struct RecordPage
 {
@@ -46,7 +48,7 @@ struct RecordStation
 };
 using RecordStations = QHash<qint64, RecordStation>;
 Status readStations(RecordReader &reader, RecordStations &stations);
-/// The name, and of a station that has left the list that, too.
+/// The name, with a remark when the station has left the list.
 QString stationText(const RecordStations &stations, qint64 number);
 
 QString kindText(EventKind kind);
@@ -62,7 +64,7 @@ QString recordTitle(RecordView view, int column);
 /// About how many characters its cells have.
 int recordWidth(RecordView view, int column);
 QString recordCell(const RecordLine &line, int column, const RecordStations &stations, TimeForm form);
-/// By which lines are put in order: a number or a text.
+/// The value that lines are sorted by: a number or a text.
 QVariant recordOrder(const RecordLine &line, int column, const RecordStations &stations);
 
 } // namespace ktr

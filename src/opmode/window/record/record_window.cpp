@@ -24,8 +24,8 @@ constexpr int followMs = 1000;
 
 } // namespace
 
-RecordWindow::RecordWindow(OperationalMode &mode, const FindPage::Services &services, QWidget *parent)
-    : QWidget(parent, Qt::Window), m_queries(mode.recordPath()), m_second(new QTimer(this))
+RecordWindow::RecordWindow(OperationalMode &mode, const FindPage::Services &services)
+    : m_queries(mode.recordPath()), m_second(new QTimer(this))
 {
     m_queries.setFoundDamage([&mode] { mode.mendRecord(); });
     setObjectName(QStringLiteral("Form_record"));

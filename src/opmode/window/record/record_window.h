@@ -17,7 +17,7 @@ class RecordWindow : public QWidget
     Q_OBJECT
 
 public:
-    RecordWindow(OperationalMode &mode, const FindPage::Services &services, QWidget *parent);
+    RecordWindow(OperationalMode &mode, const FindPage::Services &services);
     ~RecordWindow() override;
 
     /// Comes to the front, ready for a text to be typed.

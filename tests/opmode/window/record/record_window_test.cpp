@@ -6,6 +6,8 @@
 #include "support/choosing.h"
 #include "support/manual_timers.h"
 
+#include <QDateTimeEdit>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -44,7 +46,12 @@ private Q_SLOTS:
         m_page = std::make_unique<FindPage>(
             *m_queries, m_path,
             FindPage::Services{.askSave = [this](const QString &, const QString &) { return m_saveAs; },
-                               .now = [] { return now(); }});
+                               .now = [] { return now(); },
+                               .showInTree =
+                                   [this](const RecordLine &line) {
+                                       m_shown = stationOf(line);
+                                       return m_shown != 2; // which is gone
+                                   }});
         m_page->show();
         QTRY_COMPARE(rows(), 200);
     }
@@ -78,6 +85,63 @@ private Q_SLOTS:
         QTest::keyClicks(field("Text_record_station"), "; no such");
         field("Text_record_station")->setText(u"no such"_s);
         QTRY_COMPARE(rows(), 0);
+    }
+
+    void aLineLeadsToItsStationByKeyAndMouse()
+    {
+        table()->selectRow(0);
+        QTest::keyClick(table(), Qt::Key_Return);
+        QCOMPARE(m_shown, 1);
+        const QRect cell = table()->visualRect(table()->model()->index(2, 1));
+        QTest::mouseClick(table()->viewport(), Qt::LeftButton, {}, cell.center());
+        QTest::mouseDClick(table()->viewport(), Qt::LeftButton, {}, cell.center());
+        QCOMPARE(m_shown, 2);
+        QVERIFY(m_page->findChild<QLabel *>("Label_record_count")->text().contains(u"\"Old well\""_s));
+    }
+
+    void whatIsFoundIsNarrowedByTimeKindAndOperator()
+    {
+        m_writer->add(EventRow{.id = m_writer->nextEventId(),
+                               .at = now().toMSecsSinceEpoch(),
+                               .station = 1,
+                               .kind = EventKind::Acknowledged,
+                               .text = u"pump 999 fail"_s,
+                               .operatorName = u"Ada"_s});
+        QVERIFY(m_writer->flushNow());
+        const auto list = [this](const char *name) { return m_page->findChild<QComboBox *>(name); };
+        choose(list("Combo_record_period"), 2); // yesterday, since 19:20
+        QTRY_COMPARE(text(0), "pump 279 fail");
+        choose(list("Combo_record_period"), 4);
+        auto *from = m_page->findChild<QDateTimeEdit *>("Date_record_from");
+        from->setSelectedSection(QDateTimeEdit::HourSection);
+        QTest::keyClicks(from, "11");
+        QTRY_COMPARE(rows(), 61); // one a minute, and the acknowledgement
+        choose(list("Combo_record_kind"), 1);
+        QTRY_COMPARE(rows(), 60);
+        choose(list("Combo_record_kind"), 0);
+        QTRY_COMPARE(rows(), 61);
+        QTRY_VERIFY((m_page->follow(), list("Combo_record_operator")->count() == 2));
+        choose(list("Combo_record_operator"), 1);
+        QTRY_COMPARE(rows(), 1);
+        QCOMPARE(cell(0, 3), "Ada");
+    }
+
+    void sortingOrdersAllThatIsFoundAndAThirdClickIsTheOrderOfTime()
+    {
+        QHeaderView *header = table()->horizontalHeader();
+        const auto click = [header](int column) {
+            const QPoint place(header->sectionViewportPosition(column) + 20, header->height() / 2);
+            QTest::mouseClick(header->viewport(), Qt::LeftButton, {}, place);
+        };
+        click(1);
+        QTRY_COMPARE(rows(), 1000);
+        QCOMPARE(cell(0, 1), "Old well (removed)");
+        QCOMPARE(cell(999, 1), "Works");
+        click(1);
+        QCOMPARE(cell(0, 1), "Works");
+        click(1);
+        QCOMPARE(text(0), "pump 999 fail");
+        QCOMPARE(text(999), "pump 0 fail");
     }
 
     void alarmsChangeWhereTheyStand()
@@ -189,6 +253,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     QString m_path;
     QString m_saveAs;
+    qint64 m_shown = 0; ///< station
     test::ManualTimers m_timers;
     std::unique_ptr<RecordWriter> m_writer;
     std::unique_ptr<RecordQueries> m_queries;
