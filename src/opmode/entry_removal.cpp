@@ -2,6 +2,8 @@
 
 #include "opmode/tree/notifications.h"
 
+#include <QSet>
+
 namespace ktr {
 
 bool EntryRemoval::mayGo(NodeStore::Id notification) const
@@ -33,10 +35,15 @@ void EntryRemoval::remove(NodeStore::Id entry, ListRecord::By by)
 
 int EntryRemoval::remove(const QModelIndexList &entries)
 {
+    const NodeStore &nodes = m_parts.tree.nodes();
     QList<NodeStore::Id> removed;
+    QSet<NodeStore::Id> known;
     for (const QModelIndex &entry : entries) {
         const NodeStore::Id id = StationTree::idOf(entry);
-        if (m_parts.tree.nodes().kind(id) == NodeKind::Notification && mayGo(id) && !removed.contains(id)) {
+        const NodeKind kind = nodes.kind(id);
+        const bool isWanted = kind == NodeKind::HistoryEntry || (kind == NodeKind::Notification && mayGo(id));
+        if (isWanted && !known.contains(id)) {
+            known += id;
             removed += id;
         }
     }

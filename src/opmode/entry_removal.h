@@ -15,7 +15,7 @@ public:
     /// What waits to be acknowledged stays, and what an alarm that stands is shown by.
     bool mayGo(NodeStore::Id notification) const;
     void remove(NodeStore::Id entry, ListRecord::By by);
-    /// Those among the notifications that may go. Gives how many were removed.
+    /// Entries of the history, and notifications that may go. Returns how many were removed.
     int remove(const QModelIndexList &entries);
 
 private:

@@ -483,18 +483,22 @@ private Q_SLOTS:
                 QVERIFY(run.mode->acknowledge({run.node(entry("standing fail"))}));
                 run.say(0, "H,7,2611162359,1,5");
                 run.say(0, "H,7,2611201100,1,6");
+                run.say(0, "H,7,2611201101,1,7");
                 run.mode->setRetention({.tree = 3});
                 run.timers.advance(std::chrono::hours(72) - std::chrono::minutes(5));
                 run.say(0, "M,new");
                 QVERIFY(run.node(entry("old")).isValid());
                 QCOMPARE(run.mode->removeEntries({run.node(entry("by hand")), run.node(entry("by hand fail")),
-                                                  run.node(QStringLiteral("S"))}),
-                         1);
+                                                  run.node(QStringLiteral("S")),
+                                                  run.node(QStringLiteral("S/history/7,20.11.2026 11:01 : "
+                                                                          "IP1 = 7"))}),
+                         2);
                 run.timers.advance(std::chrono::minutes(10));
             }
             QVERIFY(run.node(QStringLiteral("S/history")).isValid());
             QVERIFY(!run.node(QStringLiteral("S/history/7,16.11.2026 23:59 : IP1 = 5")).isValid());
             QVERIFY(run.node(QStringLiteral("S/history/7,20.11.2026 11:00 : IP1 = 6")).isValid());
+            QVERIFY(!run.node(QStringLiteral("S/history/7,20.11.2026 11:01 : IP1 = 7")).isValid());
             QVERIFY(!run.node(entry("old")).isValid() && !run.node(entry("by hand")).isValid());
             for (const char *text : {"red fail", "standing fail", "by hand fail", "new"}) {
                 QVERIFY2(run.node(entry(text)).isValid(), text);
@@ -502,7 +506,7 @@ private Q_SLOTS:
             QCOMPARE(run.mode->retention(), RetentionRules{.tree = 3});
         }
         RecordReader reader(file("record.sqlite"));
-        QCOMPARE(reader.findEvents({.kinds = {EventKind::EntryRemoved}}, {}, 9).rows.size(), 3);
+        QCOMPARE(reader.findEvents({.kinds = {EventKind::EntryRemoved}}, {}, 9).rows.size(), 4);
         QCOMPARE(reader.findEvents({.text = QStringLiteral("M,old")}, {}, 9).rows.size(),
                  2); // it and its end
     }

@@ -1,6 +1,9 @@
 #include "opmode/window/opmode_page.h"
 
+#include "look/message_dialog.h"
+
 #include <QLabel>
+#include <QPointer>
 #include <QStackedWidget>
 #include <QVBoxLayout>
 
@@ -27,6 +30,25 @@ void OpmodePage::showStation(const QString &kennung)
 {
     m_kennung = m_mode.station(kennung) == nullptr ? QString() : kennung;
     stationChosen();
+}
+
+void OpmodePage::removeEntries(const QModelIndexList &entries, const QString &question)
+{
+    QStringList keys; // while the question stands there, the tree changes
+    for (const QModelIndex &entry : entries) {
+        keys += entry.data(StationTree::KeyRole).toString();
+    }
+    const QPointer<OpmodePage> self(this);
+    if (keys.isEmpty() || !Dialog::questionOfLoss(window(), m_texts, question) || !self) {
+        return;
+    }
+    QModelIndexList present;
+    for (const QString &key : std::as_const(keys)) {
+        if (const QModelIndex entry = m_mode.tree().find(key); entry.isValid()) {
+            present += entry;
+        }
+    }
+    Q_EMIT statusMessage(tr("Entries removed: %L1").arg(m_mode.removeEntries(present)));
 }
 
 HeadedPage::HeadedPage(OperationalMode &mode, const TextTable &texts, QWidget *parent)

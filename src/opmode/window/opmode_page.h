@@ -40,6 +40,9 @@ protected:
     /// What the user calls the chosen station.
     QString stationName() const;
 
+    /// Removes entries from the tree if the user agrees to the question.
+    void removeEntries(const QModelIndexList &entries, const QString &question);
+
     OperationalMode &mode() { return m_mode; }
     const OperationalMode &mode() const { return m_mode; }
     /// The chosen station, null for none.

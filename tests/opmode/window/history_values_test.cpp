@@ -8,6 +8,7 @@
 #include "support/environment.h"
 #include "support/manual_timers.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QHeaderView>
 #include <QLabel>
@@ -18,6 +19,7 @@
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QWheelEvent>
 
 using namespace ktr;
@@ -174,6 +176,26 @@ private Q_SLOTS:
         QVERIFY(!plot().isShown(2));
     }
 
+    void entriesAreRemovedByHandAndTheChoiceOfInputsStays()
+    {
+        give("pump", {"14.11.2009 10:00 : IP9 = 1", "14.11.2009 11:00 : IP10 = 2",
+                      "14.11.2009 12:00 : IP11 = 3", "14.11.2009 13:00 : IP9 = 4"});
+        m_history->showStation("pump");
+        m_history->findChild<QListWidget *>("List_history_inputs")->item(2)->setCheckState(Qt::Unchecked);
+        for (const int row : {1, 0}) {
+            table().selectRow(row);
+            QTimer::singleShot(0, this, [] {
+                auto *ok = QApplication::activeModalWidget()->findChild<QPushButton *>("OKButton");
+                QTest::mouseClick(ok, Qt::LeftButton);
+            });
+            m_history->findChild<QAction *>("mnu_history_remove")->trigger();
+        }
+        QCOMPARE(rowTexts(&table(), 0).join('|'), "14.11.2009 12:00|Digital Out 1|3");
+        QCOMPARE(rowTexts(&table(), 1).join('|'), "14.11.2009 13:00|Analog In 1|4");
+        QTRY_COMPARE(plot().channels(), (QList<int>{9, 11}));
+        QVERIFY(plot().isShown(9) && !plot().isShown(11));
+    }
+
     void timeIsZoomedAndReadWithMouseAndKeys()
     {
         giveHours("pump", 100);
@@ -312,7 +334,7 @@ private Q_SLOTS:
         QVERIFY(refresh->toolTip().contains("offline"));
     }
 
-    void aStationThatGoesLeavesCalmPages()
+    void aStationThatIsRemovedLeavesEmptyPages()
     {
         giveHours("pump", 3);
         m_history->showStation("pump");

@@ -6,6 +6,7 @@
 #include "opmode/window/history/series_style.h"
 #include "platform/files.h"
 
+#include <QAction>
 #include <QBuffer>
 #include <QEvent>
 #include <QHBoxLayout>
@@ -71,13 +72,21 @@ HistoryPage::HistoryPage(OperationalMode &mode, const TextTable &texts, AskFileN
       m_plot(new HistoryPlot(this)),
       m_inputs(new QListWidget(this)),
       m_wholeTime(new QPushButton(this)),
-      m_save(new QPushButton(this))
+      m_save(new QPushButton(this)),
+      m_copy(new QAction(this)),
+      m_remove(new QAction(this))
 {
     setContent(createContent());
 
     m_model->setLocale(locale());
     connect(m_model, &HistoryTableModel::entriesReplaced, this, &HistoryPage::showAll);
     connect(m_model, &HistoryTableModel::entriesAdded, this, &HistoryPage::showAdded);
+    connect(m_model, &HistoryTableModel::entriesRemoved, this, &HistoryPage::showRemaining);
+    connect(m_copy, &QAction::triggered, this, &HistoryPage::copySelected);
+    connect(m_remove, &QAction::triggered, this, &HistoryPage::removeSelected);
+    connect(m_table->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &HistoryPage::enableActions);
+    enableActions();
     QScrollBar *bar = m_table->verticalScrollBar();
     connect(bar, &QScrollBar::valueChanged, this,
             [this, bar](int value) { m_isAtEnd = value == bar->maximum(); });
@@ -109,6 +118,11 @@ QWidget *HistoryPage::createContent()
     m_table->horizontalHeader()->setHighlightSections(false);
     m_table->horizontalHeader()->setSortIndicator(HistoryTableModel::Time, Qt::AscendingOrder);
     m_table->setSortingEnabled(true);
+    m_copy->setShortcut(QKeySequence::Copy);
+    m_copy->setShortcutContext(Qt::WidgetShortcut);
+    m_remove->setObjectName(QStringLiteral("mnu_history_remove"));
+    m_table->addActions({m_copy, m_remove});
+    m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
 
     m_plot->setObjectName(QStringLiteral("Plot_history"));
     m_inputs->setObjectName(QStringLiteral("List_history_inputs"));
@@ -169,6 +183,8 @@ void HistoryPage::applyTexts()
     m_wholeTime->setToolTip(tr("Shows the whole time (double click into the plot, or Home)"));
     m_save->setText(tr("Save picture..."));
     m_save->setToolTip(tr("Saves the plot as it is shown as a PNG file"));
+    m_copy->setText(tr("Copy"));
+    m_remove->setText(tr("Remove entries..."));
     m_plot->applyTexts();
     Q_EMIT m_model->headerDataChanged(Qt::Horizontal, 0, HistoryTableModel::ColumnCount - 1);
     setColumnWidths();
@@ -264,6 +280,30 @@ void HistoryPage::showAll()
 void HistoryPage::showAdded(std::size_t first)
 {
     drawFrom(first);
+    describe();
+}
+
+/// The choice of inputs and the shown time stay as far as there is something left of them.
+void HistoryPage::showRemaining()
+{
+    QSet<int> shown;
+    for (const int channel : m_plot->channels()) {
+        if (m_plot->isShown(channel)) {
+            shown += channel;
+        }
+    }
+    const std::pair<double, double> time = m_plot->timeShown();
+    {
+        const QSignalBlocker quiet(m_inputs);
+        m_plot->clear();
+        m_inputs->clear();
+        drawFrom(0);
+    }
+    for (int row = 0; row < m_inputs->count(); ++row) {
+        QListWidgetItem &input = *m_inputs->item(row);
+        input.setCheckState(shown.contains(channelOf(input)) ? Qt::Checked : Qt::Unchecked);
+    }
+    m_plot->showTime(time);
     describe();
 }
 
@@ -367,6 +407,31 @@ void HistoryPage::savePicture()
     const Status written = drawn ? replaceFile(path, bytes, Readers::AsUsual)
                                  : Status::failed(tr("%1: the picture is too large.").arg(path));
     Q_EMIT statusMessage(written ? tr("Saved: %1").arg(path) : written.message());
+}
+
+void HistoryPage::enableActions()
+{
+    const bool hasChosen = m_table->selectionModel()->hasSelection();
+    m_copy->setEnabled(hasChosen);
+    m_remove->setEnabled(hasChosen && !mode().isJoined());
+}
+
+void HistoryPage::copySelected()
+{
+    copyLines(chosenLines(*m_table),
+              {HistoryTableModel::Time, HistoryTableModel::Input, HistoryTableModel::Value});
+}
+
+void HistoryPage::removeSelected()
+{
+    QModelIndexList entries;
+    for (const QModelIndex &line : chosenLines(*m_table)) {
+        entries += m_model->entry(line.row());
+    }
+    removeEntries(entries,
+                  tr("Remove %L1 entries of the history from the tree and its file? The record keeps "
+                     "them.")
+                      .arg(entries.size()));
 }
 
 void HistoryPage::changeEvent(QEvent *event)

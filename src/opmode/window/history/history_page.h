@@ -4,6 +4,7 @@
 
 #include <functional>
 
+class QAction;
 class QBoxLayout;
 class QLabel;
 class QListWidget;
@@ -41,6 +42,7 @@ private:
     void load();
     void showAll();
     void showAdded(std::size_t first);
+    void showRemaining();
     void drawFrom(std::size_t first);
     void listInputs();
     void drawSamples();
@@ -48,6 +50,9 @@ private:
     void arrange();
     void setColumnWidths();
     void savePicture();
+    void copySelected();
+    void removeSelected();
+    void enableActions();
 
     AskFileName m_askFileName;
     HistoryTableModel *m_model;
@@ -60,6 +65,8 @@ private:
     QListWidget *m_inputs;
     QPushButton *m_wholeTime;
     QPushButton *m_save;
+    QAction *m_copy;
+    QAction *m_remove;
     int m_tableWidth = 0;  ///< with all its columns
     int m_inputsWidth = 0; ///< beside the plot
     bool m_isAtEnd = true;

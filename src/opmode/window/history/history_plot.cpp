@@ -87,6 +87,11 @@ std::pair<double, double> HistoryPlot::timeShown() const
     return {m_canvas->time().lower, m_canvas->time().upper};
 }
 
+void HistoryPlot::showTime(const std::pair<double, double> &time)
+{
+    m_canvas->setTime({time.first, time.second});
+}
+
 QString HistoryPlot::readOut() const
 {
     const auto &place = m_canvas->place();

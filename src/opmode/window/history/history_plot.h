@@ -45,6 +45,8 @@ public:
     void showWholeTime();
     /// The shown time, in seconds like those of the points.
     std::pair<double, double> timeShown() const;
+    /// What of it there are points for.
+    void showTime(const std::pair<double, double> &time);
     /// The words about the place under the mouse or the cursor of the keys.
     QString readOut() const;
 

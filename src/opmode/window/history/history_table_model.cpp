@@ -20,13 +20,14 @@ HistoryTableModel::HistoryTableModel(const StationTree &tree, QObject *parent)
             m_batch->start();
         }
     });
-    connect(&tree, &QAbstractItemModel::rowsRemoved, this, [this](const QModelIndex &branch, int first) {
-        if (!m_branch.isValid()) {
-            show({});
-        } else if (m_branch == branch) {
-            takeRemoved(first);
-        }
-    });
+    connect(&tree, &QAbstractItemModel::rowsRemoved, this,
+            [this](const QModelIndex &branch, int first, int last) {
+                if (!m_branch.isValid()) {
+                    show({});
+                } else if (m_branch == branch) {
+                    takeRemoved(first, last);
+                }
+            });
     connect(&tree, &QAbstractItemModel::modelReset, this, [this] { show({}); });
 }
 
@@ -43,6 +44,7 @@ void HistoryTableModel::load()
 {
     beginResetModel();
     m_batch->stop();
+    m_lostSome = false;
     m_entries.clear();
     m_rows.clear();
     read(m_tree.rowCount(m_branch));
@@ -74,6 +76,9 @@ void HistoryTableModel::read(int end)
 
 void HistoryTableModel::takeUp()
 {
+    if (std::exchange(m_lostSome, false)) {
+        Q_EMIT entriesRemoved();
+    }
     const std::size_t known = m_entries.size();
     const int end = m_branch.isValid() ? m_tree.rowCount(m_branch) : 0;
     if (end <= static_cast<int>(known)) {
@@ -90,12 +95,29 @@ void HistoryTableModel::takeUp()
     Q_EMIT entriesAdded(known);
 }
 
-/// Few entries are ever removed by themselves, so all are read again.
-void HistoryTableModel::takeRemoved(int first)
+/// At once, since the numbers of those behind are others in the tree already.
+void HistoryTableModel::takeRemoved(int first, int last)
 {
-    if (first < static_cast<int>(m_entries.size())) {
-        load();
+    for (int gone = std::min(last, static_cast<int>(m_entries.size()) - 1); gone >= first; --gone) {
+        const auto place = std::ranges::find(m_rows, static_cast<quint32>(gone));
+        const int row = static_cast<int>(place - m_rows.begin());
+        beginRemoveRows({}, row, row);
+        m_rows.erase(place);
+        for (quint32 &entry : m_rows) {
+            entry -= entry > static_cast<quint32>(gone) ? 1 : 0;
+        }
+        m_entries.erase(m_entries.begin() + gone);
+        endRemoveRows();
+        m_lostSome = true;
     }
+    if (m_lostSome && !m_batch->isActive()) {
+        m_batch->start();
+    }
+}
+
+QModelIndex HistoryTableModel::entry(int row) const
+{
+    return m_tree.index(static_cast<int>(m_rows.at(static_cast<std::size_t>(row))), 0, m_branch);
 }
 
 bool HistoryTableModel::isBefore(quint32 left, quint32 right) const

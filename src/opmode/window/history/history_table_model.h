@@ -37,6 +37,8 @@ public:
     /// Gives the values their decimal sign.
     void setLocale(const QLocale &locale);
 
+    /// The node of a row in the tree.
+    QModelIndex entry(int row) const;
     /// In the order of their arrival.
     const std::vector<EntryFigures> &entries() const { return m_entries; }
 
@@ -49,13 +51,15 @@ public:
 Q_SIGNALS:
     /// Entries from this one on were added.
     void entriesAdded(std::size_t first);
+    /// Some entries are gone; told once for all that go together.
+    void entriesRemoved();
     /// All entries are others.
     void entriesReplaced();
 
 private:
     void load();
     void takeUp();
-    void takeRemoved(int first);
+    void takeRemoved(int first, int last);
     void read(int end);
     void sortRows();
     bool isBefore(quint32 left, quint32 right) const;
@@ -69,6 +73,7 @@ private:
     Qt::SortOrder m_order = Qt::AscendingOrder;
     QLocale m_locale = QLocale::c();
     QTimer *m_batch;
+    bool m_lostSome = false; ///< since entriesRemoved() was emitted
 };
 
 } // namespace ktr

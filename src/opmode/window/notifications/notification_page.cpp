@@ -335,7 +335,7 @@ void NotificationPage::refreshButtons()
         lines, [this](const QModelIndex &line) { return m_model->isUnacknowledged(line.row()); }));
     m_menu[0]->setEnabled(m_copy->isEnabled());
     m_menu[2]->setEnabled(m_accept->isEnabled());
-    m_remove->setEnabled(m_copy->isEnabled());
+    m_remove->setEnabled(m_copy->isEnabled() && !mode().isJoined());
 }
 
 bool NotificationPage::eventFilter(QObject *watched, QEvent *event)
@@ -408,26 +408,10 @@ void NotificationPage::copySelected()
 
 void NotificationPage::removeSelected()
 {
-    QStringList keys; // while the question stands there, the tree changes
-    for (const QModelIndex &entry : selectedEntries()) {
-        keys += entry.data(StationTree::KeyRole).toString();
-    }
-    const QPointer<QWidget> stillThere(this);
-    if (keys.isEmpty() ||
-        !Dialog::questionOfLoss(window(), texts(),
-                                tr("Remove %L1 entries from the tree and its file? The record keeps them; "
-                                   "what is not acknowledged stays.")
-                                    .arg(keys.size())) ||
-        !stillThere) {
-        return;
-    }
-    QModelIndexList entries;
-    for (const QString &key : std::as_const(keys)) {
-        if (const QModelIndex entry = mode().tree().find(key); entry.isValid()) {
-            entries += entry;
-        }
-    }
-    Q_EMIT statusMessage(tr("Entries removed: %L1").arg(mode().removeEntries(entries)));
+    const QModelIndexList entries = selectedEntries();
+    removeEntries(entries, tr("Remove %L1 entries from the tree and its file? The record keeps them; what is "
+                              "not acknowledged stays.")
+                               .arg(entries.size()));
 }
 
 } // namespace ktr
