@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QEventLoop>
+#include <QRadioButton>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -18,12 +19,12 @@ namespace ktr {
 
 namespace {
 
-constexpr QSize laptop(1366, 728); // what a task bar leaves
 constexpr std::array pageNames = {"station", "notifications", "history", "values", "alarms"};
 /// The actions that open them, and their names.
 constexpr std::array dialogs = {std::pair("mnu_rules", "rules"), std::pair("mnu_limits", "limits"),
                                 std::pair("mnu_maintenance", "maintenance"),
                                 std::pair("mnu_retention", "retention")};
+constexpr std::array recordTabs = {"find", "report", "figures", "overlooked"};
 
 /// The operational mode on stations whose modules have talked for a while.
 class Waterworks
@@ -31,56 +32,58 @@ class Waterworks
 public:
     Waterworks(int stations, const TextTable &texts, const QLocale &locale);
 
-    Form_betriebsmodus &window() { return *m_window; }
+    Form_betriebsmodus &window() { return *m_first.window; }
+    /// Operators deal with some alarms.
+    void operate();
+    /// The window of somebody else who looks at the same stations.
+    Form_betriebsmodus &joinedWindow() { return *m_second.window; }
+    void join();
+    /// The first window's program ends.
+    void endFirst();
+    /// Until all that has happened is shown.
     void settle();
 
 private:
+    struct Post
+    {
+        std::unique_ptr<OperationalMode> mode;
+        std::unique_ptr<Form_betriebsmodus> window;
+    };
+
+    Post open();
     void talk(int station);
     void say(int station, const QString &sms);
 
+    const TextTable &m_texts;
+    const QLocale m_locale;
     const QDateTime m_start{QDate(2026, 11, 21), QTime(10, 20)};
     const QTemporaryDir m_folder;
     test::ManualTimers m_timers;
     QList<test::RecordedLine *> m_lines;
-    std::unique_ptr<OperationalMode> m_mode;
-    std::unique_ptr<Form_betriebsmodus> m_window;
+    Post m_first;
+    Post m_second;
 };
 
 Waterworks::Waterworks(int stations, const TextTable &texts, const QLocale &locale)
+    : m_texts(texts), m_locale(locale), m_first(open())
 {
-    Environment environment = systemEnvironment();
-    environment.locale = locale;
-    environment.now = [this] { return m_start.addMSecs(m_timers.now().count()); };
-    const auto createLine = [this] {
-        auto line = std::make_unique<test::RecordedLine>();
-        m_lines += line.get();
-        return line;
-    };
-    m_mode =
-        std::make_unique<OperationalMode>(OperationalMode::Services{environment, m_timers, createLine, [] {},
-                                                                    test::manualCallbackTimers(m_timers)},
-                                          stationCaptions(texts));
-    m_mode->setOperator(QStringLiteral("Eva Miller"));
-    m_window = std::make_unique<Form_betriebsmodus>(*m_mode, texts,
-                                                    Form_betriebsmodus::Services{m_timers, locale, {}, {}});
-    m_window->resize(laptop);
-    m_window->show();
-    m_window->open(m_folder.filePath(QStringLiteral("nodes.xml")));
-    const QString first = m_mode->tree().index(0, 0).data(StationTree::KeyRole).toString();
+    OperationalMode &mode = *m_first.mode;
+    mode.setOperator(QStringLiteral("Eva Miller"));
+    const QString first = mode.tree().index(0, 0).data(StationTree::KeyRole).toString();
     for (int station = 0; station < stations; ++station) {
-        m_mode->addStation(Fleet::name(station),
-                           QStringLiteral("10.20.%1.%2").arg(station / 250).arg(station % 250 + 1));
+        mode.addStation(Fleet::name(station),
+                        QStringLiteral("10.20.%1.%2").arg(station / 250).arg(station % 250 + 1));
     }
-    m_mode->removeStation(first); // the one that an empty list begins with, and its line
+    mode.removeStation(first); // the one that an empty list begins with, and its line
     m_lines.removeFirst();
-    m_mode->setAllOnline(true);
-    m_mode->setSchedule(Fleet::name(0), {QStringLiteral("08:00"), 2, QStringLiteral("17:30"), 1});
+    mode.setAllOnline(true);
+    mode.setSchedule(Fleet::name(0), {QStringLiteral("08:00"), 2, QStringLiteral("17:30"), 1});
     for (int station = 0; station < stations; ++station) {
         if (station % 23 != 7) { // the others stay silent
             talk(station);
         }
         if (station % 41 == 11) {
-            m_mode->setOnline(Fleet::name(station), false);
+            mode.setOnline(Fleet::name(station), false);
         }
     }
     constexpr Milliseconds twoPeriods{40'000};
@@ -90,6 +93,64 @@ Waterworks::Waterworks(int stations, const TextTable &texts, const QLocale &loca
             m_lines[station]->say("+CSQ: " + QByteArray::number(8 + station * 7 % 20) + ",0\r\n");
         }
     }
+}
+
+Waterworks::Post Waterworks::open()
+{
+    Environment environment = systemEnvironment();
+    environment.locale = m_locale;
+    environment.now = [this] { return m_start.addMSecs(m_timers.now().count()); };
+    const auto createLine = [this] {
+        auto line = std::make_unique<test::RecordedLine>();
+        m_lines += line.get();
+        return line;
+    };
+    Post post;
+    post.mode =
+        std::make_unique<OperationalMode>(OperationalMode::Services{environment, m_timers, createLine, [] {},
+                                                                    test::manualCallbackTimers(m_timers)},
+                                          stationCaptions(m_texts));
+    post.window = std::make_unique<Form_betriebsmodus>(
+        *post.mode, m_texts, Form_betriebsmodus::Services{m_timers, m_locale, {}, {}});
+    post.window->show();
+    post.window->open(m_folder.filePath(QStringLiteral("nodes.xml")));
+    return post;
+}
+
+void Waterworks::operate()
+{
+    OperationalMode &mode = *m_first.mode;
+    const std::set<qint64> &waiting = mode.alarms().waiting();
+    const QList<qint64> alarms(waiting.begin(), waiting.end());
+    for (qsizetype at = 0; at < alarms.size(); ++at) {
+        m_timers.advance(Milliseconds(1000));
+        if (at % 4 == 0 && !mode.acknowledgeAlarms({alarms[at]})) {
+            break;
+        }
+        if (at % 5 == 0) {
+            mode.alarmActions().comment({alarms[at]}, QStringLiteral("Fitter called"));
+        }
+    }
+    if (alarms.size() > 2) {
+        constexpr qint64 anHour = 3'600'000;
+        mode.alarmActions().shelve({alarms[1]}, mode.alarmActions().now() + anHour,
+                                   QStringLiteral("Pump is being changed"));
+    }
+    mode.setOperator(QStringLiteral("Grace"));
+    mode.setOnline(Fleet::name(2), false);
+}
+
+void Waterworks::join()
+{
+    m_first.mode->keepsChanges();
+    m_second = open();
+}
+
+void Waterworks::endFirst()
+{
+    m_first.window->close();
+    m_first = {};
+    m_timers.advance(Milliseconds(2000));
 }
 
 void Waterworks::talk(int station)
@@ -125,52 +186,121 @@ void Waterworks::settle()
     }
 }
 
-/// Gives the name of a file that cannot be written.
-QString takeDialogs(Form_betriebsmodus &window, const QDir &pictures, const QString &suffix)
+/// Of a window and its pages.
+class Camera
 {
-    QString failed;
+public:
+    Camera(const QDir &pictures, QSize size, QString suffix)
+        : m_pictures(pictures), m_size(size), m_suffix(std::move(suffix))
+    {}
+
+    bool take(QWidget &window, Waterworks &works, const QString &name)
+    {
+        window.resize(m_size);
+        works.settle();
+        QEventLoop pause; // for what waits for one, and for threads
+        QTimer::singleShot(400, &pause, &QEventLoop::quit);
+        pause.exec();
+        works.settle();
+        return save(window, name);
+    }
+    /// As it is.
+    bool save(QWidget &window, const QString &name)
+    {
+        const QString file = name + u'-' + m_suffix + QLatin1String(".png");
+        m_failed = window.grab().save(m_pictures.filePath(file)) ? QString() : file;
+        return m_failed.isEmpty();
+    }
+    /// The file that could not be written.
+    const QString &failed() const { return m_failed; }
+
+private:
+    QDir m_pictures;
+    QSize m_size;
+    QString m_suffix;
+    QString m_failed;
+};
+
+bool takePages(Camera &camera, Waterworks &works, int stations)
+{
+    auto *pages = works.window().findChild<QTabWidget *>(QStringLiteral("TabStrip_pages"));
+    for (int page = 0; page < pages->count(); ++page) {
+        pages->setCurrentIndex(page);
+        const auto name = QLatin1String(pageNames.at(static_cast<std::size_t>(page)));
+        if (!camera.take(works.window(), works,
+                         QStringLiteral("operational-%1-%2").arg(name).arg(stations))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool takeDialogs(Camera &camera, Form_betriebsmodus &window)
+{
+    bool areTaken = true;
     for (const auto &[action, picture] : dialogs) {
-        const QString name = QStringLiteral("operational-%1-%2.png").arg(QLatin1String(picture), suffix);
+        const QString name = QLatin1String("operational-") + QLatin1String(picture);
         QTimer::singleShot(400, &window, [&] { // its figures are read meanwhile
             QWidget *dialog = QApplication::activeModalWidget();
-            if (!dialog->grab().save(pictures.filePath(name))) {
-                failed = name;
-            }
+            areTaken = areTaken && camera.save(*dialog, name);
             dialog->close();
         });
         window.findChild<QAction *>(QLatin1String(action))->trigger();
     }
-    return failed;
+    return areTaken;
+}
+
+bool takeRecord(Camera &camera, Waterworks &works)
+{
+    works.window().findChild<QAction *>(QStringLiteral("mnu_record"))->trigger();
+    for (QWidget *window : QApplication::topLevelWidgets()) {
+        if (window->objectName() != QLatin1String("Form_record")) {
+            continue;
+        }
+        auto *tabs = window->findChild<QTabWidget *>(QStringLiteral("TabStrip_record"));
+        for (int tab = 0; tab < tabs->count(); ++tab) {
+            tabs->setCurrentIndex(tab);
+            const auto name = QLatin1String(recordTabs.at(static_cast<std::size_t>(tab)));
+            if (!camera.take(*window, works, QLatin1String("record-") + name)) {
+                return false;
+            }
+        }
+        tabs->setCurrentIndex(0);
+        window->findChild<QRadioButton *>(QStringLiteral("Opt_record_alarms"))->click();
+        return camera.take(*window, works, QStringLiteral("record-alarms"));
+    }
+    return true;
 }
 
 } // namespace
 
 QString takeOperationalPictures(const QDir &pictures, const TextTable &texts, const QLocale &locale,
-                                const QString &suffix)
+                                QSize size, const QString &suffix)
 {
+    Camera camera(pictures, size, suffix);
     for (const int stations : {3, 1000}) {
         Waterworks works(stations, texts, locale);
-        auto *pages = works.window().findChild<QTabWidget *>(QStringLiteral("TabStrip_pages"));
-        works.settle();
-        for (int page = 0; page < pages->count(); ++page) {
-            pages->setCurrentIndex(page);
-            works.settle();
-            QEventLoop pause; // for what waits for one
-            QTimer::singleShot(400, &pause, &QEventLoop::quit);
-            pause.exec();
-            works.settle();
-            const QString name = QStringLiteral("operational-%1-%2-%3.png")
-                                     .arg(QLatin1String(pageNames.at(static_cast<std::size_t>(page))))
-                                     .arg(stations)
-                                     .arg(suffix);
-            if (!works.window().grab().save(pictures.filePath(name))) {
-                return name;
-            }
+        if (!takePages(camera, works, stations)) {
+            return camera.failed();
         }
-        if (stations == 3) {
-            if (const QString failed = takeDialogs(works.window(), pictures, suffix); !failed.isEmpty()) {
-                return failed;
+        works.operate();
+        if (stations > 3) {
+            if (!takeRecord(camera, works)) {
+                return camera.failed();
             }
+            continue;
+        }
+        works.settle();
+        if (!takeDialogs(camera, works.window())) {
+            return camera.failed();
+        }
+        works.join();
+        if (!camera.take(works.joinedWindow(), works, QStringLiteral("operational-joined"))) {
+            return camera.failed();
+        }
+        works.endFirst();
+        if (!camera.take(works.joinedWindow(), works, QStringLiteral("operational-unwatched"))) {
+            return camera.failed();
         }
     }
     return {};

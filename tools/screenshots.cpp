@@ -23,6 +23,7 @@ using namespace ktr;
 namespace {
 
 constexpr QSize laptop(1366, 728); // what a task bar leaves
+constexpr QSize smallest(1024, 700);
 constexpr std::array pageNames = {"gsm",  "ip",       "limit-values", "switch-points", "test",
                                   "info", "ethernet", "connection",   "calibration"};
 static_assert(pageNames.size() == pageCount);
@@ -89,14 +90,17 @@ int main(int argc, char **argv)
             LoadTexts(texts, QString::fromLatin1(language), QStringLiteral("data/language.ini"));
             Translations translations;
             translations.use(QString::fromLatin1(language));
-            if (const QString failed = takeOperationalPictures(pictures, texts, locale, suffix);
-                !failed.isEmpty()) {
+            if (!all && dark != german) {
+                continue; // the documentation shows pages once in each language and appearance
+            }
+            QString failed = takeOperationalPictures(pictures, texts, locale, laptop, suffix);
+            if (all && failed.isEmpty()) {
+                failed = takeOperationalPictures(pictures, texts, locale, smallest,
+                                                 QLatin1String("small-") + suffix);
+            }
+            if (!failed.isEmpty()) {
                 std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(failed));
                 return 1;
-            }
-            if (!all && dark != german) {
-                continue; // the documentation shows the main window's pages once in each language and
-                          // appearance
             }
             test::SilentLine line;
             test::SilentLine network;
