@@ -29,7 +29,7 @@ const QString textOption = QStringLiteral("text");
 constexpr int rowsOfPage = 2000;
 constexpr int channels = 18;
 
-/// A list of stations stands for the record beside it.
+/// The record that is meant: a list of stations stands for the one beside it.
 QString recordOf(const QString &path)
 {
     return path.endsWith(QLatin1String(".xml"), Qt::CaseInsensitive) ? ListRecord::pathFor(path) : path;
@@ -106,7 +106,7 @@ QString timeText(qint64 at)
     return at == 0 ? QString() : time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODateWithMs);
 }
 
-/// Of a number none where it is 0.
+/// Empty for 0, which stands for none.
 QString numberText(qint64 number)
 {
     return number == 0 ? QString() : QString::number(number);
@@ -117,11 +117,11 @@ QString line(std::initializer_list<QString> cells)
     return QStringList(cells).join(u';') + QLatin1String("\r\n");
 }
 
-/// A date alone is its beginning, as an end the next one's.
+/// A date alone means its first moment, or as an end the first one of the next day.
 std::optional<qint64> moment(const QString &text, bool isEnd)
 {
     const QDate date =
-        QDate::fromString(text, QStringLiteral("yyyy-MM-dd")); // ISODate takes a time behind it
+        QDate::fromString(text, QStringLiteral("yyyy-MM-dd")); // ISODate would accept a time behind it
     if (date.isValid()) {
         return date.addDays(isEnd ? 1 : 0).startOfDay().toMSecsSinceEpoch();
     }
@@ -146,10 +146,10 @@ public:
         Status status = m_reader.stations([this](const StationRow &station) {
             m_names.insert(station.id, station.name);
             if (station.name == m_station) { // one that was removed may have had the same name
-                m_wanted += station.id;
+                m_stations += station.id;
             }
         });
-        if (status && !m_station.isEmpty() && m_wanted.isEmpty()) {
+        if (status && !m_station.isEmpty() && m_stations.isEmpty()) {
             status = Status::failed(
                 QStringLiteral("%1: the record has no station \"%2\"").arg(m_reader.path(), m_station));
         }
@@ -178,7 +178,7 @@ private:
         Filter filter;
         filter.from = m_from;
         filter.to = m_to;
-        filter.stations = m_wanted;
+        filter.stations = m_stations;
         filter.text = m_text;
         return filter;
     }
@@ -265,7 +265,7 @@ private:
 
     template <class Channel> Status eachChannel(const Channel &each)
     {
-        QList<qint64> stations = m_station.isEmpty() ? m_names.keys() : m_wanted;
+        QList<qint64> stations = m_station.isEmpty() ? m_names.keys() : m_stations;
         std::ranges::sort(stations);
         for (const qint64 station : std::as_const(stations)) {
             for (int channel = 1; channel <= channels && m_written; ++channel) {
@@ -297,7 +297,7 @@ private:
     QString m_text;
     QString m_station;
     QHash<qint64, QString> m_names;
-    QList<qint64> m_wanted;
+    QList<qint64> m_stations;
     FileReplacement m_file;
     QByteArray m_bytes;
     Status m_written = Status::done();
@@ -314,7 +314,7 @@ int backUp(const QString &path, const QString &to)
     return cli::done;
 }
 
-int lookThrough(const QString &path)
+int checkFile(const QString &path)
 {
     const RecordCheck found = ktr::checkRecord(path);
     if (!found.status) {
@@ -352,9 +352,9 @@ int exportRecord(const Arguments &arguments, const QString &path)
     return cli::done;
 }
 
-const QString backup = QStringLiteral("backup");
-const QString look = QStringLiteral("check");
-const QString toCsv = QStringLiteral("export");
+const QString backupAction = QStringLiteral("backup");
+const QString checkAction = QStringLiteral("check");
+const QString exportAction = QStringLiteral("export");
 
 } // namespace
 
@@ -383,12 +383,12 @@ void describeRecord(Arguments &arguments)
 std::optional<int> checkRecord(const Arguments &arguments)
 {
     const QString action = arguments.positional(0);
-    const bool isExport = action == toCsv;
-    if (!QStringList{backup, look, toCsv}.contains(action)) {
+    const bool isExport = action == exportAction;
+    if (!QStringList{backupAction, checkAction, exportAction}.contains(action)) {
         return arguments.wrong(QStringLiteral("\"%1\" is none of backup, check, export").arg(action));
     }
-    if (arguments.positional(2).isEmpty() == (action == backup)) {
-        return arguments.wrong(action == backup
+    if (arguments.positional(2).isEmpty() == (action == backupAction)) {
+        return arguments.wrong(action == backupAction
                                    ? QStringLiteral("the name of the copy is missing")
                                    : QStringLiteral("\"%1\" is too much").arg(arguments.positional(2)));
     }
@@ -427,10 +427,10 @@ std::optional<int> checkRecord(const Arguments &arguments)
 int record(const Arguments &arguments)
 {
     const QString path = recordOf(arguments.positional(1));
-    if (arguments.positional(0) == backup) {
+    if (arguments.positional(0) == backupAction) {
         return backUp(path, arguments.positional(2));
     }
-    return arguments.positional(0) == look ? lookThrough(path) : exportRecord(arguments, path);
+    return arguments.positional(0) == checkAction ? checkFile(path) : exportRecord(arguments, path);
 }
 
 } // namespace ktr::cli

@@ -39,8 +39,8 @@ struct AlarmNews
     Alarm latest;
 };
 
-/// Keeps an eye on the alarms that wait for somebody. What arrives quickly is told together, so that none
-/// goes under.
+/// Watches the alarms that wait for somebody. What arrives in quick succession is announced together, so that
+/// none is missed.
 class AlarmCentre : public QObject
 {
     Q_OBJECT

@@ -7,8 +7,8 @@
 
 namespace ktr {
 
-/// The "OK"s that modules wait for. A module forgets an alarm once it has its "OK": it gets it when the
-/// journal has the alarm on the disk, or when the disk takes too long.
+/// The "OK"s that modules wait for. A module forgets an alarm once it has its "OK", so it gets that when the
+/// record has the alarm on the disk, or when the disk takes too long.
 class DelayedAnswers
 {
 public:
@@ -17,9 +17,9 @@ public:
 
     DelayedAnswers(const cStations &stations, Timers &timers);
 
-    /// A station's module is answered when the journal has so many changes on the disk.
+    /// A station's module is answered when the record has so many rows on the disk.
     void add(const QString &kennung, quint64 changes);
-    /// The journal has so many changes on the disk.
+    /// The record has so many rows on the disk.
     void answerUpTo(quint64 changes);
     void answerAll();
     /// Answers nobody.

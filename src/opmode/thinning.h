@@ -19,16 +19,16 @@ QString toJson(const RetentionRules &rules);
 /// What cannot be read stays for ever.
 RetentionRules retentionRules(const QString &json);
 
-/// Lets go of what is older than the rules say: of the record by its writer, of the tree in slices, so that
+/// Removes what is older than the rules say: from the record by its writer, from the tree in slices that
 /// nobody notices. What waits to be acknowledged stays, and what has no time.
 class Thinning
 {
 public:
     static constexpr Milliseconds pause{100};
-    /// In a slice so many entries are looked at, and so many removed.
+    /// The most entries that a slice looks at, and removes.
     static constexpr std::size_t mostLookedAt = 5000;
     static constexpr int mostRemoved = 200;
-    /// The record is gone through once in so many checks.
+    /// Only every so many checks the record is thinned out, too.
     static constexpr int checksBetweenRecords = 60;
 
     /// All must outlive it.
@@ -40,7 +40,7 @@ public:
     /// To be called once a minute.
     void check(const QDateTime &now, ListRecord &record);
     void stop();
-    /// How many entries of the tree the rules would let go that keep them for so many days. Goes through all.
+    /// How many entries of the tree are older than so many days. Looks at all of them.
     qint64 countOlder(const QDateTime &now, int days) const;
 
 private:

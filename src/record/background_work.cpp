@@ -103,7 +103,7 @@ bool BackgroundWork::indexTexts(RecordDatabase &database, bool &hasMore)
     if (begin >= last) {
         return true;
     }
-    // Most events have no text that is searched for; to pass over them costs little.
+    // Most events have no searchable text; skipping them costs little.
     const QString searchable = u"id > ? AND id <= ? AND kind IN "_s + listOf(searchableKinds());
     qint64 end = std::min(begin + eventsOfAStep, last);
     QList<QVariantList> texts;
@@ -203,7 +203,7 @@ bool BackgroundWork::thinAlarms(RecordDatabase &database, Table &table, bool &ha
     return query != nullptr;
 }
 
-/// One channel after the other, since their rows are in the order of channels.
+/// Channel by channel, because that is the order of the rows.
 bool BackgroundWork::thinChannels(RecordDatabase &database, Table &table, bool &hasMore)
 {
     const auto withName = [&](const QString &statement) -> QString { return statement.arg(table.name); };

@@ -7,8 +7,8 @@
 
 namespace ktr {
 
-/// What of a record may go because of its age; 0 keeps all. What an open alarm or the tables of a list that
-/// is still to be taken up need stays in any case.
+/// Before which times a record may be thinned out; 0 keeps everything. Events of an open alarm stay in any
+/// case, and those that the newest list file does not hold yet.
 struct Retention
 {
     qint64 values = 0; ///< input values before this time
@@ -17,16 +17,15 @@ struct Retention
     QList<std::pair<EventKind, qint64>> events{}; ///< of these kinds and before these times
 };
 
-/// The work on a record that has time: its index of texts, the order of its kinds, and thinning it out. Done
-/// step by step, each a commit of a few milliseconds, between which rows are written.
+/// Work on a record that can wait: indexing texts, putting kinds in order and removing what is old. It is done
+/// in steps, each a commit of a few milliseconds, so that rows can be written in between.
 class BackgroundWork
 {
 public:
-    /// Takes the place of what was to be thinned out so far.
+    /// Replaces what was still to be removed.
     void setRetention(const Retention &retention);
 
-    /// Does a step of what there is to do. Gives whether there is more; a failure is the database's, and the
-    /// step is done again.
+    /// Does one step and returns whether there are more. After a failure the same step is tried again.
     bool step(RecordDatabase &database, Status &status);
 
 private:

@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 constexpr int damagedFile = 11;
 constexpr int noDatabase = 26;
 
-/// Of the library's own names only this form lets a file that is missing stay missing.
+/// Only a URI tells the library not to create a file that is missing.
 QString addressOf(const QString &path, RecordDatabase::Use use)
 {
     const QString absolute = QFileInfo(path).absoluteFilePath();

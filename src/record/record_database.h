@@ -54,16 +54,16 @@ public:
 
     bool begin();
     bool commit();
-    /// Also where the database did so by itself; what is told of a failure stays.
+    /// Does no harm when the database has rolled back by itself; failure() stays as it was.
     void rollBack();
 
     /// The last failure, named by its file.
     Status failure() const { return Status::failed(m_failure); }
     /// Whether the last failure says that the file is damaged or no database at all.
     bool isDamaged() const;
-    /// Makes the last failure one that says so.
+    /// Marks the last failure as damage of the file.
     void failAsDamaged();
-    /// Tells a failure of our own, as fileFailure() does.
+    /// Notes a failure that the caller found, and returns it with the name of the file.
     Status fail(const QString &reason);
 
 private:

@@ -17,7 +17,7 @@ QVariant bound(int number)
     return number;
 }
 
-/// A text that is there, be it empty.
+/// Never NULL, which an empty text would be bound as.
 QVariant bound(const QString &text)
 {
     return text.isNull() ? QStringLiteral("") : text;

@@ -70,14 +70,14 @@ public:
     bool isWhole() const { return m_isWhole; }
 
 private:
-    /// So often a part without a row that can be read is halved, and so many reads are tried in all.
+    /// How often a stretch without a readable row is halved, and how many reads are tried in all.
     static constexpr int mostHalvings = 8;
     static constexpr int mostReads = 50'000;
     static constexpr qint64 rowsOfACommit = 50'000;
-    /// A time far ahead, beyond all numbers that a record has.
+    /// Beyond all numbers and times that a record has.
     static constexpr qint64 farthest = qint64{1} << 44;
 
-    /// Those that both have.
+    /// The columns that both files have.
     bool findColumns()
     {
         const auto columns = [this](RecordDatabase &database, QStringList &names) {
@@ -175,7 +175,7 @@ private:
         }
     }
 
-    /// Copies what lies between; `halvings`: so often in succession nothing was found.
+    /// Copies what lies between; `halvings` counts how often in succession nothing was found.
     void copy(const QVariantList &prefix, std::optional<qint64> above, std::optional<qint64> below,
               int halvings)
     {
