@@ -145,15 +145,6 @@ QString asideName(const QStringList &paths)
     return numbered(paths.last(), freeNumber(paths));
 }
 
-Status keepCopyAside(const QString &path, const QByteArray &content, QString *name)
-{
-    const QString aside = asideName({path});
-    if (name != nullptr) {
-        *name = aside;
-    }
-    return replaceFile(aside, content);
-}
-
 Status keepAside(const QStringList &paths, QString *newNameOfLast)
 {
     const int n = freeNumber(paths);

@@ -89,7 +89,5 @@ Status copyFile(const QString &from, const QString &to);
 Status keepAside(const QStringList &paths, QString *newNameOfLast = nullptr);
 /// What keepAside() would call the last one now.
 QString asideName(const QStringList &paths);
-/// Keeps a copy of a file's content aside under such a name, which is put into `name`.
-Status keepCopyAside(const QString &path, const QByteArray &content, QString *name = nullptr);
 
 } // namespace ktr

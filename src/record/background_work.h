@@ -17,8 +17,8 @@ struct Retention
     QList<std::pair<EventKind, qint64>> events{}; ///< of these kinds and before these times
 };
 
-/// Work on a record that can wait: indexing texts, putting kinds in order and removing what is old. It is done
-/// in steps, each a commit of a few milliseconds, so that rows can be written in between.
+/// Work on a record that can wait: indexing texts, putting kinds in order and removing what is old. It is
+/// done in steps, each a commit of a few milliseconds, so that rows can be written in between.
 class BackgroundWork
 {
 public:
