@@ -1251,7 +1251,7 @@
         <translation>Zuletzt gehört</translation>
     </message>
     <message>
-        <source>For</source>
+        <source>For how long</source>
         <translation>Seit</translation>
     </message>
     <message>

@@ -633,6 +633,7 @@ void Form_betriebsmodus::openRecord()
         services.now = [this] { return m_mode.now(); };
         services.showInTree = [this](const RecordLine &line) { return showInTree(line); };
         m_recordWindow = new RecordWindow(m_mode, services);
+        m_recordWindow->setLocale(locale());
         connect(m_recordWindow, &RecordWindow::statusMessage, this, &Form_betriebsmodus::tell);
     }
     m_recordWindow->appear();

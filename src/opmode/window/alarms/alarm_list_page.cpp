@@ -207,7 +207,7 @@ void AlarmListPage::fitColumns()
                          branches,
                      widthOf(QString(18, u'n')),
                      widthOf(QString(13, u'n')),
-                     widthOf(text(Text::NotAcknowledged)) + 24,
+                     widthOf(text(Text::NotAcknowledged) + QLatin1String(": 000")) + 24,
                      moment,
                      moment,
                      widthOf(QStringLiteral("×1.000")) + sortMark,

@@ -265,7 +265,7 @@ private:
         Report::Table table{heading,
                             {QCoreApplication::translate("Report", "Station"),
                              QCoreApplication::translate("Report", "Last heard"),
-                             QCoreApplication::translate("Report", "For")}};
+                             QCoreApplication::translate("Report", "For how long")}};
         QList<std::pair<qint64, QString>> found;
         for (const QString &name : names) {
             if (const qint64 heard = m_answer.heard.value(name); m_question.now - heard > least) {

@@ -1,6 +1,7 @@
 #include "opmode/window/record/record_table.h"
 
 #include "opmode/window/alarm_look.h"
+#include "opmode/window/alarms/alarm_cells.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -18,7 +19,8 @@ QString recordText(const char *text)
     return QCoreApplication::translate("RecordTable", text);
 }
 
-/// What stands in the cells of a column: a time, a number or a text of a row.
+/// What stands in the cells of a column: a time, a number or a text of a row. A number with a text is shown
+/// as that, and written as a number where programs read it.
 template <class Row> struct Column
 {
     const char *title;
@@ -50,8 +52,9 @@ const std::array<Column<AlarmRow>, 12> alarmColumns{{
      [](Alarm row, Stations stations) { return stationText(stations, row.station); }},
     {QT_TRANSLATE_NOOP("RecordTable", "Text"), 34, nullptr, nullptr,
      [](Alarm row, Stations) { return row.text; }},
-    {QT_TRANSLATE_NOOP("RecordTable", "Priority"), 8, nullptr,
-     [](Alarm row) -> qint64 { return row.priority; }},
+    {QT_TRANSLATE_NOOP("RecordTable", "Priority"), 9, nullptr,
+     [](Alarm row) -> qint64 { return row.priority; },
+     [](Alarm row, Stations) { return AlarmCells::priority(row.priority); }},
     {QT_TRANSLATE_NOOP("RecordTable", "Last"), 19, &AlarmRow::last},
     {QT_TRANSLATE_NOOP("RecordTable", "Count"), 7, nullptr, [](Alarm row) { return row.count; }},
     {QT_TRANSLATE_NOOP("RecordTable", "Acknowledged"), 19, &AlarmRow::acknowledged},
@@ -217,9 +220,10 @@ QString recordCell(const RecordLine &line, int column, const RecordStations &sta
     return std::visit(
         [&](const auto &row) {
             const auto &how = columnOf(row, column);
-            return how.moment != nullptr   ? timeText(row.*how.moment, form)
-                   : how.number != nullptr ? QString::number(how.number(row))
-                                           : how.text(row, stations);
+            return how.moment != nullptr ? timeText(row.*how.moment, form)
+                   : how.text != nullptr && (how.number == nullptr || form == TimeForm::Shown)
+                       ? how.text(row, stations)
+                       : QString::number(how.number(row));
         },
         line);
 }
