@@ -11,13 +11,13 @@ namespace ktr {
 
 namespace {
 
-const QString stationKey = QStringLiteral("station");
-const QString textKey = QStringLiteral("text");
-const QString untilKey = QStringLiteral("until");
-const QString whyKey = QStringLiteral("why");
+const QString stationMember = QStringLiteral("station");
+const QString textMember = QStringLiteral("text");
+const QString untilMember = QStringLiteral("until");
+const QString whyMember = QStringLiteral("why");
 const QString nameKey = QStringLiteral("name");
 const QString addressKey = QStringLiteral("address");
-const QString onKey = QStringLiteral("on");
+const QString onMember = QStringLiteral("on");
 
 QList<qint64> alarmsOf(const QJsonObject &about)
 {
@@ -134,7 +134,7 @@ Status RequestDesk::acknowledge(const QJsonObject &about)
     const QJsonArray wanted = about[QLatin1String("entries")].toArray();
     for (const auto &value : wanted) {
         const QJsonObject entry = value.toObject();
-        const QString branch = m_parts.record.kennung(entry[stationKey].toInteger()) + u'/' +
+        const QString branch = m_parts.record.kennung(entry[stationMember].toInteger()) + u'/' +
                                QString::fromLatin1(branches::notifications) + u'/';
         const QModelIndex found = m_parts.tree.find(branch + entry[QLatin1String("entry")].toString());
         const bool isSame =
@@ -157,17 +157,17 @@ Status RequestDesk::acknowledge(const QJsonObject &about)
 
 Status RequestDesk::onAlarms(const QString &what, const QJsonObject &about, bool &isKnown)
 {
-    const qint64 station = about[stationKey].toInteger();
-    const qint64 until = about[untilKey].toInteger();
-    const QString why = about[whyKey].toString();
+    const qint64 station = about[stationMember].toInteger();
+    const qint64 until = about[untilMember].toInteger();
+    const QString why = about[whyMember].toString();
     if (is(what, requests::comment)) {
-        m_alarmActions.comment(alarmsOf(about), about[textKey].toString());
+        m_alarmActions.comment(alarmsOf(about), about[textMember].toString());
     } else if (is(what, requests::shelve)) {
         m_alarmActions.shelve(alarmsOf(about), until, why);
     } else if (is(what, requests::maintain)) {
         m_alarmActions.shelveStation(station, until, why);
     } else if (is(what, requests::unshelve)) {
-        m_alarmActions.unshelve(station, about[textKey].toString());
+        m_alarmActions.unshelve(station, about[textMember].toString());
     } else {
         isKnown = false;
     }
@@ -177,15 +177,15 @@ Status RequestDesk::onAlarms(const QString &what, const QJsonObject &about, bool
 Status RequestDesk::add(const QJsonObject &about)
 {
     const QString kennung =
-        m_stationActions.add(about[nameKey].toString(), about[addressKey].toString(), about[onKey].toBool());
+        m_stationActions.add(about[nameKey].toString(), about[addressKey].toString(), about[onMember].toBool());
     return kennung.isEmpty() ? Status::failed(tr("no station can be called that")) : Status::done();
 }
 
 Status RequestDesk::onStation(const QString &what, const QJsonObject &about, bool &isKnown)
 {
-    const QString kennung = m_parts.record.kennung(about[stationKey].toInteger());
-    const bool on = about[onKey].toBool();
-    if (is(what, requests::online) && !about.contains(stationKey)) {
+    const QString kennung = m_parts.record.kennung(about[stationMember].toInteger());
+    const bool on = about[onMember].toBool();
+    if (is(what, requests::online) && !about.contains(stationMember)) {
         m_stationActions.setAllOnline(on);
         return Status::done();
     }

@@ -15,7 +15,7 @@ namespace ktr {
 namespace {
 
 constexpr int mostTimes = 1000;
-constexpr int aDay = 24 * 60; ///< in minutes
+constexpr int minutesOfADay = 24 * 60; ///< in minutes
 
 QLabel *hint(const QString &text, QWidget *parent)
 {
@@ -41,9 +41,9 @@ AlarmLimitsDialog::AlarmLimitsDialog(OperationalMode &mode, const TextTable &tex
 {
     const ChatterLimit &limit = mode.alarmActions().chatterLimit();
     m_times = box("Spin_chatter_times", 1, mostTimes, limit.times, this);
-    m_minutes = box("Spin_chatter_minutes", 1, aDay, limit.minutes, this);
+    m_minutes = box("Spin_chatter_minutes", 1, minutesOfADay, limit.minutes, this);
     m_minutes->setSuffix(tr(" minutes"));
-    m_silence = box("Spin_silence", 0, aDay, mode.longestSilence(), this);
+    m_silence = box("Spin_silence", 0, minutesOfADay, mode.longestSilence(), this);
     m_silence->setSpecialValueText(tr("for ever"));
     m_silence->setSuffix(tr(" minutes"));
     setObjectName(QStringLiteral("Form_limits"));
