@@ -111,19 +111,21 @@ Document::KnownFile Document::known(const QString &path)
     return {path, file.size(), file.lastModified()};
 }
 
-Status Document::backUp(QString &backup) const
+Status Document::backUp(QString &backup)
 {
     const QString file = fileCalled(m_fileName);
+    const QString name = file + u'~';
     const bool isOwn = file == m_source && (file != m_known.path || m_known == known(file));
-    if (isOwn || !QFileInfo(file).isFile()) {
+    const bool isKept = m_backedUp.value(file) == known(file) && QFileInfo(name).isFile();
+    if (isOwn || isKept || !QFileInfo(file).isFile()) {
         return Status::done();
     }
-    const QString name = file + u'~';
     if (const Status copied = copyFile(file, name); !copied) {
         return Status::failed(
             QCoreApplication::translate("Files", "what stands in %1 cannot be kept as a backup: %2")
                 .arg(file, copied.message()));
     }
+    m_backedUp[file] = known(file);
     backup = name;
     return Status::done();
 }
@@ -138,6 +140,9 @@ Status Document::save()
     if (written) {
         m_source = file;
         m_known = known(file);
+        if (const auto kept = m_backedUp.find(file); kept != m_backedUp.end()) {
+            *kept = m_known;
+        }
         setModified(false);
         Q_EMIT saved();
     }

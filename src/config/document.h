@@ -6,6 +6,7 @@
 #include "platform/status.h"
 
 #include <QDateTime>
+#include <QHash>
 #include <QObject>
 #include <QString>
 
@@ -58,8 +59,9 @@ public:
 
     /// Before save(): where save() would replace a file that this program has not read, or that somebody else
     /// has changed since, makes a copy beside it, with "~" behind its name, and returns the copy's name in
-    /// `backup`. After a failure that file must not be written over.
-    Status backUp(QString &backup) const;
+    /// `backup`. What this program wrote there itself since the last such copy does not take its place. After
+    /// a failure that file must not be written over.
+    Status backUp(QString &backup);
 
     /// Writes the present file, which must have a name. The mark stays set when that fails.
     Status save();
@@ -90,6 +92,7 @@ private:
     QString m_fileName;
     QString m_source;
     KnownFile m_known;
+    QHash<QString, KnownFile> m_backedUp; ///< the files backed up in this run, as last written then or since
     bool m_modified = false;
 };
 

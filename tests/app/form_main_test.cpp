@@ -370,6 +370,9 @@ private Q_SLOTS:
         newAndSave("new");
         QCOMPARE(stationIn(file), "new");
         QCOMPARE(stationIn(file + '~'), "old");
+        newAndSave("renewed"); // what it replaces now is the program's own
+        QCOMPARE(stationIn(file), "renewed");
+        QCOMPARE(stationIn(file + '~'), "old");
         typeOver(field("txt_gsm_id"), "newer"); // now it is its own
         clickMenu("mnu_Save");
         QCOMPARE(stationIn(file), "newer");
