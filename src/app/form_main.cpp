@@ -57,8 +57,10 @@ FormMain::FormMain(const Services &services)
       m_link(services.serial, services.ethernet, services.timers, services.environment, services.ports),
       m_start(services.environment, services.timers, services.instanceName, m_texts, m_language,
               [this] { return works(); }),
-      m_end(
-          *this, m_texts, [this] { return m_files->dialogs().isBusy(); }, [this] { return works(); }),
+      m_end(*this, m_texts,
+            {[this] { return m_files->dialogs().isBusy() || m_operationalMode.isBusy(); },
+             [this](const QWidget &question) { return m_operationalMode.mayTakeBack(question); }},
+            [this] { return works(); }),
       m_sideWindows(*this, m_document, m_texts),
       m_operationalMode(operationalServices(services), m_texts)
 {
@@ -179,7 +181,7 @@ void FormMain::endOnRequest()
         m_files->keepEdits();
         comeToFront();
     }
-    m_end.closeWhenFree();
+    m_end.closeOnRequest();
 }
 
 Works FormMain::works() const

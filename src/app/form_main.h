@@ -50,7 +50,8 @@ public:
     /// window is shown. Where another instance runs, this waits for its end.
     void start(const QStringList &arguments);
 
-    /// The system asks the program to end: edits are kept, then the window closes as usual.
+    /// The system asks the program to end: edits are kept, what the operational mode asks is taken back, then
+    /// the window closes as usual.
     void endOnRequest();
     /// Keeps the edits alone, when the program is about to end abruptly.
     void keepEdits();

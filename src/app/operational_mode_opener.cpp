@@ -4,6 +4,7 @@
 #include "opmode/window/form_betriebsmodus.h"
 
 #include <QFile>
+#include <QFileDialog>
 #include <QFileInfo>
 #include <QScreen>
 #include <QStorageInfo>
@@ -110,6 +111,22 @@ bool OperationalModeOpener::close()
 QWidget *OperationalModeOpener::window() const
 {
     return m_window.get();
+}
+
+bool OperationalModeOpener::isBusy() const
+{
+    return m_window != nullptr && m_window->isBusy();
+}
+
+bool OperationalModeOpener::mayTakeBack(const QWidget &question) const
+{
+    const QWidget *asker = &question;
+    while (asker->parentWidget() != nullptr) {
+        asker = asker->parentWidget();
+    }
+    const bool isOutside =
+        m_files != nullptr && m_files->isBusy() && qobject_cast<const QFileDialog *>(&question) == nullptr;
+    return asker == m_window.get() && !isOutside;
 }
 
 void OperationalModeOpener::applyTexts()

@@ -28,6 +28,11 @@ public:
     bool isOpen() const { return m_mode != nullptr; }
     /// Null when it is not open.
     QWidget *window() const;
+    /// Whether the window refuses to close now, since it asks for something.
+    bool isBusy() const;
+    /// Whether it is a question of this window. Stations are mostly watched with nobody there to answer; a
+    /// dialog of the helper program that asks for a file stays.
+    bool mayTakeBack(const QWidget &question) const;
     void applyTexts();
     /// A line for the status bar of the window, if it is open.
     void tell(const QString &line);

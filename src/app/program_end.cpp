@@ -6,12 +6,9 @@
 
 namespace ktr {
 
-ProgramEnd::ProgramEnd(QWidget &window, const TextTable &texts, std::function<bool()> isAskingForFile,
+ProgramEnd::ProgramEnd(QWidget &window, const TextTable &texts, Questions questions,
                        std::function<Works()> works)
-    : m_window(window),
-      m_texts(texts),
-      m_isAskingForFile(std::move(isAskingForFile)),
-      m_works(std::move(works))
+    : m_window(window), m_texts(texts), m_questions(std::move(questions)), m_works(std::move(works))
 {
     m_tryAgain.setSingleShot(true);
     connect(&m_tryAgain, &QTimer::timeout, this, &ProgramEnd::closeWhenFree);
@@ -20,12 +17,23 @@ ProgramEnd::ProgramEnd(QWidget &window, const TextTable &texts, std::function<bo
 void ProgramEnd::closeWhenFree()
 {
     constexpr Milliseconds later{100};
-    if (QApplication::activeModalWidget() != nullptr || m_isAskingForFile()) {
-        m_tryAgain.start(later);
+    QWidget *question = QApplication::activeModalWidget();
+    if (question != nullptr && m_isRequested && m_questions.mayBeClosed(*question)) {
+        question->close();
+    }
+    if (question != nullptr || m_questions.areOutside()) {
+        m_tryAgain.start(later); // its caller goes on first, and may ask once more
     } else {
+        m_isRequested = false; // what closing asks is for the user
         m_window.close();
         m_isAgreed = false;
     }
+}
+
+void ProgramEnd::closeOnRequest()
+{
+    m_isRequested = true;
+    closeWhenFree();
 }
 
 void ProgramEnd::closeAsAgreed()

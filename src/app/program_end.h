@@ -15,12 +15,18 @@ class ProgramEnd : public QObject
     Q_OBJECT
 
 public:
-    /// `isAskingForFile` tells of a file dialog, `works` what is going on.
-    ProgramEnd(QWidget &window, const TextTable &texts, std::function<bool()> isAskingForFile,
-               std::function<Works()> works);
+    struct Questions
+    {
+        std::function<bool()> areOutside;                 ///< a helper program asks, or closing is refused
+        std::function<bool(const QWidget &)> mayBeClosed; ///< nothing is lost where it is not answered
+    };
+    /// `works` tells what is going on.
+    ProgramEnd(QWidget &window, const TextTable &texts, Questions questions, std::function<Works()> works);
 
     /// Closes the window once no question stands open: its window must not go away.
     void closeWhenFree();
+    /// The same at the system's request: questions that may be closed are not waited for.
+    void closeOnRequest();
     /// The same, without a question about work: the user has been asked by another instance.
     void closeAsAgreed();
     /// Ending a transmission leaves the module with part of it, so the user is asked. "Exit" in the menu does
@@ -30,9 +36,10 @@ public:
 private:
     QWidget &m_window;
     const TextTable &m_texts;
-    std::function<bool()> m_isAskingForFile;
+    Questions m_questions;
     std::function<Works()> m_works;
     QTimer m_tryAgain;
+    bool m_isRequested = false; ///< by the system
     bool m_isAgreed = false;
 };
 

@@ -695,6 +695,38 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(path("nodes.journal")));
     }
 
+    void whatTheOperationalModeAsksIsTakenBackWhenTheSystemEndsTheProgram_data()
+    {
+        QTest::addColumn<QString>("asking");
+        for (const auto *name : {"mnu_station_del", "mnu_station_list", "mnu_export", "mnu_retention",
+                                 "mnu_maintenance", "mnu_rules", "mnu_limits"}) {
+            QTest::newRow(name) << QString(name);
+        }
+    }
+    void whatTheOperationalModeAsksIsTakenBackWhenTheSystemEndsTheProgram()
+    {
+        QFETCH(QString, asking);
+        QVERIFY(replaceFile(path("nodes.xml"),
+                            "<KTR><item1 hostAddress=\"10.0.0.7\" online=\"-1\" key=\"Works 4\" "
+                            "text=\"Works 4\" ForeColor=\"-2147483640\"/></KTR>"));
+        start({"-operational"});
+        auto *tree = operationalMode()->findChild<QAbstractItemView *>("TreeView_KTR_Nodes");
+        QTRY_VERIFY(tree->model()->rowCount() > 0);
+        tree->setCurrentIndex(tree->model()->index(0, 0));
+        const QSignalSpy closed(m_window.get(), &FormMain::closed);
+        bool wasAsked = false;
+        QTimer::singleShot(0, this, [&] {
+            wasAsked = QApplication::activeModalWidget() != nullptr;
+            m_window->endOnRequest();
+        });
+        operationalMode()->findChild<QAction *>(asking)->trigger();
+        QTRY_COMPARE(closed.size(), 1);
+        QVERIFY(wasAsked && operationalMode() == nullptr);
+        QByteArray file;
+        QVERIFY(readFile(path("nodes.xml"), file, 10'000));
+        QVERIFY2(file.contains("10.0.0.7") && !QFileInfo::exists(path("nodes.journal")), file.constData());
+    }
+
     void aFirmwareImageIsShownBeforeItIsAnnounced()
     {
         m_ports = {"/dev/ttyUSB0"};
