@@ -600,6 +600,10 @@
         <source>what stood in its place is kept as %1</source>
         <translation>was an ihrer Stelle stand, ist als %1 aufgehoben</translation>
     </message>
+    <message>
+        <source>There was no record of this list of stations; a new one begins</source>
+        <translation>Zu dieser Stationsliste gab es keine Aufzeichnung; eine neue beginnt</translation>
+    </message>
 </context>
 <context>
     <name>OutsideTexts</name>
@@ -1281,6 +1285,10 @@
     <message>
         <source>Page %1 of %2</source>
         <translation>Seite %1 von %2</translation>
+    </message>
+    <message>
+        <source>The record begins on %1: the figures are about the time since</source>
+        <translation>Die Aufzeichnung beginnt am %1: Die Kennzahlen gelten für die Zeit seitdem</translation>
     </message>
 </context>
 <context>
@@ -2307,10 +2315,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Text</translation>
     </message>
     <message>
-        <source>Contained in what was said, done and written; in input values and history, which are found by station and time, it is not searched for</source>
-        <translation>Enthalten in dem, was gesagt, getan und geschrieben wurde; in Eingangswerten und Historie, die man nach Station und Zeit findet, wird nicht danach gesucht</translation>
-    </message>
-    <message>
         <source>Stations</source>
         <translation>Stationen</translation>
     </message>
@@ -2461,6 +2465,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The station &quot;%1&quot; is no longer in the list</source>
         <translation>Die Station „%1“ steht nicht mehr in der Liste</translation>
+    </message>
+    <message>
+        <source>Contained in what was said, done and written; in input values, history and connections when these are the kind, or with stations and a time</source>
+        <translation>Enthalten in dem, was gesagt, getan und geschrieben wurde; in Eingangswerten, Historie und Verbindungen, wenn diese Art gewählt ist, oder mit Stationen und Zeitraum</translation>
+    </message>
+    <message>
+        <source>This text is not searched for in input values, history, connections, attributes and the program&apos;s starts, unless &quot;Input values&quot;, &quot;History&quot; or &quot;Connections&quot; is chosen, or stations and a time.</source>
+        <translation>In Eingangswerten, Historie, Verbindungen, Attributen und Programmstarts wird dieser Text nicht gesucht, außer wenn „Eingangswerte“, „Historie“ oder „Verbindungen“ gewählt ist oder Stationen und ein Zeitraum.</translation>
     </message>
 </context>
 <context>
@@ -3687,10 +3699,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>%1: %2</translation>
     </message>
     <message>
-        <source>Events: %1, records of archives: %2, input values: %3. About %4 rows and %5 a day.</source>
-        <translation>Ereignisse: %1, Archivsätze: %2, Eingangswerte: %3. Etwa %4 Zeilen und %5 am Tag.</translation>
-    </message>
-    <message>
         <source>Free on this disk: %1 of %2</source>
         <translation>Frei auf diesem Datenträger: %1 von %2</translation>
     </message>
@@ -3713,6 +3721,18 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Done in the program that watches the stations</source>
         <translation>Geschieht in dem Programm, das die Stationen überwacht</translation>
+    </message>
+    <message>
+        <source>Events: %1, records of archives: %2, input values: %3.</source>
+        <translation>Ereignisse: %1, Archivsätze: %2, Eingangswerte: %3.</translation>
+    </message>
+    <message>
+        <source>That is since %1, for less than a day.</source>
+        <translation>Das ist seit %1, seit weniger als einem Tag.</translation>
+    </message>
+    <message>
+        <source>About %1 rows and %2 a day.</source>
+        <translation>Etwa %1 Zeilen und %2 am Tag.</translation>
     </message>
 </context>
 <context>

@@ -150,6 +150,9 @@ public:
             }
         });
         if (status && !m_station.isEmpty() && m_stations.isEmpty()) {
+            status = findRenamed();
+        }
+        if (status && !m_station.isEmpty() && m_stations.isEmpty()) {
             status = Status::failed(
                 QStringLiteral("%1: the record has no station \"%2\"").arg(m_reader.path(), m_station));
         }
@@ -183,12 +186,40 @@ private:
         return filter;
     }
 
+    /// Those that had the name once.
+    Status findRenamed()
+    {
+        std::optional<RecordKey> after;
+        do {
+            const EventPage page =
+                m_reader.findEvents({.kinds = {EventKind::StationRenamed}}, after, rowsOfPage);
+            if (!page.status) {
+                return page.status;
+            }
+            for (const EventRow &renaming : page.rows) {
+                if (nameBefore(renaming) == m_station && !m_stations.contains(renaming.station)) {
+                    m_stations += renaming.station;
+                    complain(QStringLiteral("\"%1\" is called \"%2\" now")
+                                 .arg(m_station, m_names.value(renaming.station)));
+                }
+            }
+            after = page.next;
+        } while (after);
+        return Status::done();
+    }
+
     Status events()
     {
         begin({QStringLiteral("time"), QStringLiteral("number"), QStringLiteral("station"),
                QStringLiteral("kind"), QStringLiteral("text"), QStringLiteral("operator"),
                QStringLiteral("alarm"), QStringLiteral("detail")});
         const auto filter = chosen<EventFilter>();
+        if (passesOverKinds(filter)) {
+            complain(
+                QStringLiteral("the text is not searched for in events of the kinds values, history, alive, "
+                               "silent, csq, puk, flood, attributes, started, stopped and list followed, "
+                               "unless --station and --from are given"));
+        }
         return pages([&](const auto &after) { return m_reader.findEvents(filter, after, rowsOfPage); },
                      [this](const EventRow &event) {
                          return line({timeText(event.at), QString::number(event.id),
@@ -374,8 +405,12 @@ void describeRecord(Arguments &arguments)
     add(fromOption, "From this time on: 2026-11-20 or 2026-11-20T10:00:00, with or without an offset.",
         "TIME");
     add(toOption, "Before this time; of a date alone the whole day.", "TIME");
-    add(stationOption, "Of this station alone.", "NAME");
-    add(textOption, "Events or alarms with this in their text.", "TEXT");
+    add(stationOption, "Of this station alone; an earlier name will do when no other has it.", "NAME");
+    add(textOption,
+        "Events or alarms with this in their text, in either case. Without --station and --from measured "
+        "values, "
+        "connections, attributes and the program's starts are not searched for it.",
+        "TEXT");
     arguments.addOption(
         {{QStringLiteral("o"), outputOption}, QStringLiteral("The CSV file."), QStringLiteral("OUT.csv")});
 }

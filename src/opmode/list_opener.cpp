@@ -5,8 +5,6 @@
 #include "platform/files.h"
 
 #include <QCoreApplication>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <algorithm>
 #include <limits>
@@ -18,12 +16,6 @@ namespace {
 QString keyOfEntry(const QString &kennung, const QString &entry)
 {
     return kennung + u'/' + QString::fromLatin1(branches::notifications) + u'/' + entry;
-}
-
-/// What the station of a renaming was called before it.
-QString nameBefore(const EventRow &renaming)
-{
-    return QJsonDocument::fromJson(renaming.detail.toUtf8()).object()[QLatin1String("before")].toString();
 }
 
 /// What happens to the list itself; a list that is followed has it as it is.
@@ -85,6 +77,12 @@ void ListOpener::takeUp(ListRecord &record, const OpenedRecord &opened, const Ea
                 "Files", "The list of stations was edited or replaced since it was written; it is followed");
         }
         record.add(EventKind::ListFollowed, {}, now, m_file.path(), ListRecord::By::Program);
+        const bool hadNone = opened.lastEvent == 0 && opened.keptAside.isEmpty() && !wasTakenOver;
+        if (hadNone && m_tree.rowCount() > 0) { // somebody may miss what it held
+            m_remarks += QCoreApplication::translate(
+                "Files", "There was no record of this list of stations; a new one begins");
+            record.add(EventKind::Note, {}, now, m_remarks.constLast(), ListRecord::By::Program);
+        }
         // With what no file has had, the one that is there is no longer the list.
         m_mustSave = m_mustSave || m_takenUp > 0;
         m_upto = m_mustSave ? m_upto : record.lastEvent();

@@ -52,6 +52,17 @@ Status RecordReader::alarmFigures(qint64 from, qint64 to, qint64 now, AlarmFigur
     return read;
 }
 
+Status RecordReader::begin(qint64 &at)
+{
+    at = 0;
+    return each(u"SELECT coalesce(min(at), 0) FROM (SELECT min(at) AS at FROM event"
+                " UNION ALL SELECT min(first) FROM alarm WHERE first > 0)"_s,
+                {}, [&](const QSqlQuery &row) {
+                    at = row.value(0).toLongLong();
+                    return true;
+                });
+}
+
 Status RecordReader::lastHeard(const QList<qint64> &stations, QHash<qint64, qint64> &times)
 {
     Status read = Status::done();

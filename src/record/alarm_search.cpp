@@ -36,8 +36,9 @@ AlarmPage RecordReader::findAlarms(const AlarmFilter &filter, const std::optiona
         where.add(u"acknowledged_by = ?"_s, {filter.acknowledgedBy});
     }
     if (!filter.text.isEmpty()) {
-        const QString pattern = containing(filter.text);
-        where.add(u"(text LIKE ? ESCAPE '\\' OR comment LIKE ? ESCAPE '\\')"_s, {pattern, pattern});
+        const Containing text(filter.text);
+        where.add(u'(' + text.of(u"text"_s) + u" OR "_s + text.of(u"comment"_s) + u')',
+                  text.bound() + text.bound());
     }
     if (after) {
         where.add(u"(first, id) < (?, ?)"_s, {after->at, after->id});

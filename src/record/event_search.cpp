@@ -28,8 +28,11 @@ Conditions conditionsOf(const EventFilter &filter)
         where.add(u"alarm IS NOT NULL"_s, {});
     }
     if (!filter.text.isEmpty()) {
-        where.add(u"kind IN "_s + listOf(searchableKinds()), {});
-        where.add(u"event.text LIKE ? ESCAPE '\\'"_s, {containing(filter.text)});
+        if (!searchesAllKinds(filter)) {
+            where.add(u"kind IN "_s + listOf(searchableKinds()), {});
+        }
+        const Containing text(filter.text);
+        where.add(text.of(u"event.text"_s), text.bound());
     }
     return where;
 }
@@ -55,12 +58,30 @@ QStringList trigramsOf(const QString &text)
     return parts;
 }
 
+bool isSearchable(EventKind kind)
+{
+    return searchableKinds().contains(kind);
+}
+
 } // namespace
+
+bool searchesAllKinds(const EventFilter &filter)
+{
+    const bool areOthersAlone = !filter.kinds.isEmpty() && std::ranges::none_of(filter.kinds, isSearchable);
+    return areOthersAlone || (!filter.stations.isEmpty() && filter.from != 0);
+}
+
+bool passesOverKinds(const EventFilter &filter)
+{
+    const bool areAllSearchable = !filter.kinds.isEmpty() && std::ranges::all_of(filter.kinds, isSearchable);
+    return !filter.text.isEmpty() && !areAllSearchable && !searchesAllKinds(filter);
+}
 
 EventPage RecordReader::findEvents(const EventFilter &filter, const std::optional<RecordKey> &after,
                                    int limit)
 {
-    return filter.text.isEmpty() ? eventsByTime(filter, after, limit) : eventsByText(filter, after, limit);
+    return filter.text.isEmpty() || searchesAllKinds(filter) ? eventsByTime(filter, after, limit)
+                                                             : eventsByText(filter, after, limit);
 }
 
 /// How events are found in the order of their times: of some kinds, by the order of each, of few stations by

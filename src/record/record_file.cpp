@@ -2,12 +2,16 @@
 
 #include "platform/files.h"
 #include "record/record_care.h"
+#include "record/record_reader.h"
 #include "record/salvage.h"
 #include "record/schema.h"
 
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
+
+#include <optional>
 
 namespace ktr {
 
@@ -114,6 +118,25 @@ void prepareRecord(RecordDatabase &database, OpenedRecord &result)
     }
 }
 
+/// Whether what a start needs can be read: a file may be damaged after it was closed. What is damaged
+/// elsewhere is found by who writes or reads it.
+bool canBeTakenUp(const QString &path)
+{
+    RecordReader reader(path);
+    std::optional<qint64> upto;
+    QHash<QString, QString> settings;
+    Status read = reader.settings(settings);
+    const auto go = [&read](const auto &step) { read = read ? step() : read; };
+    go([&] { return reader.lastListFile({}, upto); });
+    go([&] { return reader.stations([](const StationRow &) {}); });
+    go([&] { return reader.notifications([](const NotificationRow &) {}); });
+    go([&] { return reader.openAlarms([](const AlarmRow &) {}); });
+    if (upto) {
+        go([&] { return reader.eventsAfter(*upto, [](const EventRow &) { return true; }); });
+    }
+    return read || !reader.foundDamage();
+}
+
 /// A killed program leaves the whole of the old record or of the new one, or both.
 void putInPlace(const QString &fresh, const QString &path, OpenedRecord &result)
 {
@@ -139,7 +162,8 @@ void replaceDamaged(const QString &path, OpenedRecord &result)
 void keepLogAside(const QString &path, OpenedRecord &result)
 {
     const QStringList files = filesOf(path);
-    if (!QFileInfo::exists(files[1])) {
+    if (QFileInfo(files[1]).size() == 0) { // or there is none
+        removeRecord(path);
         return;
     }
     result.keptAside = asideName({files[0], files[2], files[1]});
@@ -170,7 +194,8 @@ OpenedRecord openRecord(const QString &path)
     RecordDatabase database;
     result.status = database.open(path, RecordDatabase::Use::Create);
     prepareRecord(database, result);
-    if (!result.status && database.isDamaged()) {
+    const bool endedWell = result.status && !result.isNew && !result.endedBadly;
+    if (endedWell ? !canBeTakenUp(path) : !result.status && database.isDamaged()) {
         const bool endedBadly = result.endedBadly;
         database.close();
         replaceDamaged(path, result);

@@ -18,10 +18,17 @@ struct EventFilter
     QList<qint64> stations{};
     QList<EventKind> kinds{};
     QString operatorName{};
-    QString text{}; ///< contained in the text, letters A to Z in either case; of searchableKinds() alone
+    QString text{};        ///< contained in the text, letters in either case; see searchesAllKinds()
     bool ofAlarms = false; ///< only what belongs to one
     bool operator==(const EventFilter &) const = default;
 };
+
+/// Whether a text is searched for in all kinds that are wanted: when these are none but such as are no
+/// searchableKinds(), and when stations and the beginning of the time are given. Else in searchableKinds()
+/// alone.
+bool searchesAllKinds(const EventFilter &filter);
+/// Whether there are wanted kinds in which the text is not searched for.
+bool passesOverKinds(const EventFilter &filter);
 
 /// Where a page of events or alarms ended, and the next one goes on.
 struct RecordKey
@@ -53,7 +60,7 @@ struct AlarmFilter
     QList<qint64> stations{};
     State state = State::Any;
     int leastUrgent = 3; ///< priorities up to this number
-    QString text{};      ///< contained in text or comment, letters A to Z in either case
+    QString text{};      ///< contained in text or comment, letters in either case
     QString acknowledgedBy{};
     bool operator==(const AlarmFilter &) const = default;
 };
@@ -168,6 +175,8 @@ public:
 
     /// Of the alarms that came from `from` and before `to`; what is not over stands until `now`.
     Status alarmFigures(qint64 from, qint64 to, qint64 now, AlarmFigures &figures);
+    /// The time of the earliest event or alarm; 0 when there is none.
+    Status begin(qint64 &at);
     /// When each of these stations said something last; those that never did are left out.
     Status lastHeard(const QList<qint64> &stations, QHash<qint64, qint64> &times);
     /// When the present operator did something for the first time after another one did; 0 when there was no

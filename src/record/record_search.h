@@ -45,13 +45,46 @@ inline QString arrayOf(const QList<qint64> &numbers)
     return u'[' + listOf(numbers).mid(1).chopped(1) + u']';
 }
 
-/// The pattern of LIKE for a text that is contained.
-inline QString containing(QString text)
+/// The condition of a text that is contained, letters of any script in either case.
+class Containing
 {
-    text.replace(u'\\', QLatin1String("\\\\"));
-    text.replace(u'%', QLatin1String("\\%")).replace(u'_', QLatin1String("\\_"));
-    return u'%' + text + u'%';
-}
+public:
+    explicit Containing(const QString &text)
+    {
+        bool isPlain = true;
+        for (const uint letter : text.toUcs4()) {
+            const uint lower = QChar::toLower(letter);
+            const uint upper = QChar::toUpper(letter);
+            const QString one = textOf(letter);
+            const QString either = lower == upper ? one : one + textOf(lower) + textOf(upper);
+            const bool isAscii = letter < 128;
+            isPlain = isPlain && (isAscii || either == one);
+            const bool isSpecial = QStringView(u"\\%_").contains(one);
+            m_like += isSpecial ? QString(u'\\' + one) : isAscii || either == one ? one : QStringLiteral("_");
+            const bool isItself = either == one && !QStringView(u"*?[").contains(one);
+            m_glob += isItself ? one : QString(u'[' + either + u']');
+        }
+        m_like = u'%' + m_like + u'%';
+        m_glob = isPlain ? QString() : u'*' + m_glob + u'*';
+    }
+
+    QString of(const QString &column) const
+    {
+        const QString like = column + QLatin1String(" LIKE ? ESCAPE '\\'");
+        return m_glob.isEmpty() ? like
+                                : u'(' + like + QLatin1String(" AND ") + column + QLatin1String(" GLOB ?)");
+    }
+    QVariantList bound() const
+    {
+        return m_glob.isEmpty() ? QVariantList{m_like} : QVariantList{m_like, m_glob};
+    }
+
+private:
+    static QString textOf(char32_t letter) { return QString::fromUcs4(&letter, 1); }
+
+    QString m_like; ///< which ignores the case of A to Z alone: any letter stands for the others
+    QString m_glob; ///< which says what those may be; empty when there are none
+};
 
 /// Looks through what no index leads to, from the end `to` down to `from`, part by part: the first one is so
 /// long, and the next ones are longer as long as that goes quickly. `look(from, to)` gives whether more is

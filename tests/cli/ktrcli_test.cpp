@@ -722,8 +722,12 @@ private Q_SLOTS:
             writer.add(StationRow{1, u"S;1"_s});
             writer.add(StationRow{2, u"T"_s});
             for (int i = 1; i <= events; ++i) {
-                writer.add(
-                    EventRow{i, noon + i, 1 + i % 2, EventKind::Note, u"=text "_s + QString::number(i)});
+                EventRow row{i, noon + i, 1 + i % 2, EventKind::Note, u"=text "_s + QString::number(i)};
+                if (i == 3) {
+                    row.kind = EventKind::StationRenamed;
+                    row.detail = u"{\"before\":\"Old\"}"_s;
+                }
+                writer.add(row);
             }
             writer.add(HistoryRow{1, 18, noon, u"-1.5"_s, u"2"_s});
             writer.add(ValueRow{2, 1, noon, u"on"_s});
@@ -755,7 +759,9 @@ private Q_SLOTS:
         QCOMPARE(exported(u"--text 4499"_s).size(), 2);
         QCOMPARE(exported(u"--from 2026-03-31"_s).size(), 1);
         QVERIFY(exported(u"--kind history"_s)[0].endsWith(";-1.5;2\r"));
-        QVERIFY(exported(u"--kind values --station T"_s)[0].startsWith("T;1;2026-"));
+        for (const QString &name : {u"T"_s, u"Old"_s}) {
+            QVERIFY(exported(u"--kind values --station "_s + name)[0].startsWith("T;1;2026-"));
+        }
         QVERIFY(exported(u"--kind alarms"_s)[0].contains(";7;T;module;2;fail;0;\"'+49\";"));
         QCOMPARE(ktrcli(u"record export @copy.sqlite -o @out.csv --station nobody"_s).code, 1);
         QByteArray copy = contentOf(path(u"copy.sqlite"_s));

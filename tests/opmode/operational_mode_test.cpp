@@ -598,7 +598,7 @@ private Q_SLOTS:
         QVERIFY(test::writeFile(file("nodes.xml"), damaged));
         {
             Run run(m_folder->path());
-            QVERIFY(run.opened && run.told.size() == 4); // one of them tells where it is kept
+            QVERIFY(run.opened && run.told.size() == 5); // also where it is kept, and of a new record
             QCOMPARE(run.waiting(AlarmKind::List).size(), 1);
             QCOMPARE(run.mode->stations().Count(), 1);
             QVERIFY(run.mode->close());
@@ -685,13 +685,19 @@ private Q_SLOTS:
             QCOMPARE(run.mode->alarms().waitingCount(), 0);
             QVERIFY(run.mode->close());
         }
-        RecordReader reader(file("record.sqlite"));
-        QMap<QString, bool> listed;
-        QVERIFY(reader.stations([&](const StationRow &row) { listed.insert(row.name, row.listed); }));
-        QCOMPARE(listed, (QMap<QString, bool>{{"S", true}, {"X", true}, {"gone", false}}));
-        const AlarmPage alarms = reader.findAlarms({}, {}, 10);
-        QCOMPARE(alarms.rows.size(), 1);
-        QVERIFY(alarms.rows[0].acknowledged > 0);
+        {
+            RecordReader reader(file("record.sqlite"));
+            QMap<QString, bool> listed;
+            QVERIFY(reader.stations([&](const StationRow &row) { listed.insert(row.name, row.listed); }));
+            QCOMPARE(listed, (QMap<QString, bool>{{"S", true}, {"X", true}, {"gone", false}}));
+            const AlarmPage alarms = reader.findAlarms({}, {}, 10);
+            QCOMPARE(alarms.rows.size(), 1);
+            QVERIFY(alarms.rows[0].acknowledged > 0);
+        }
+        QVERIFY(QFile::remove(file("record.sqlite")));
+        const Run run(m_folder->path());
+        QVERIFY2(run.told.size() == 1 && run.told[0].contains(u"no record"),
+                 qPrintable(run.told.join(u'\n')));
     }
 
     /// The files are of a run of the version before, which ended by a crash.

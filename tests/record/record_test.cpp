@@ -145,8 +145,17 @@ private Q_SLOTS:
     void aSearchFindsWhatIsThere()
     {
         QFETCH(int, indexed);
-        const QStringList texts{u"M,Pump 1 fail"_s,   u"M,PUMP 2 ok"_s, u"100%"_s,           u"a_b"_s,
-                                u"say \"no\" pump"_s, u"Störung"_s,     u"日本語🙂x"_s, u""_s};
+        const QStringList texts{u"M,Pump 1 fail"_s,
+                                u"M,PUMP 2 ok"_s,
+                                u"100%"_s,
+                                u"a_b"_s,
+                                u"say \"no\" pump"_s,
+                                u"Störung"_s,
+                                u"日本語🙂x"_s,
+                                u""_s,
+                                u"Trübung über Maß é[*]"_s,
+                                u"Trabung uber maß e"_s,
+                                u"ÉSSAI"_s};
         QList<EventRow> rows;
         auto writer = opened();
         const int count = indexed == 0 ? 6000 : 2000; // with none so many that they are looked for in parts
@@ -169,18 +178,20 @@ private Q_SLOTS:
             }
         }
         RecordReader reader(m_path);
-        for (const QString &text :
-             {u""_s, u"pump"_s, u"1 FAIL"_s, u"0%"_s, u"00%"_s, u"a_b"_s, u"_b"_s, u"\"no\" p"_s, u"ör"_s,
-              u"örung"_s, u"本語🙂"_s, u"語🙂"_s, u"nowhere"_s}) {
+        for (const QString &text : {u""_s, u"pump"_s, u"1 FAIL"_s, u"0%"_s, u"00%"_s, u"a_b"_s, u"_b"_s,
+                                    u"\"no\" p"_s, u"ör"_s, u"örung"_s, u"TRÜBUNG ÜBER"_s, u"Ü"_s, u"É[*"_s,
+                                    u"maß"_s, u"本語🙂"_s, u"語🙂"_s, u"nowhere"_s}) {
             for (const EventFilter &filter :
                  {EventFilter{.text = text}, EventFilter{.from = 30'000'000, .to = 54'000'000, .text = text},
                   EventFilter{.stations = {2, 3}, .text = text},
                   EventFilter{.kinds = {EventKind::Commented}, .text = text},
                   EventFilter{
                       .kinds = {EventKind::Commented, EventKind::Values}, .text = text, .ofAlarms = true},
+                  EventFilter{.kinds = {EventKind::Values}, .text = text},
                   EventFilter{.stations = {2, 3}, .kinds = {EventKind::Values}, .text = text},
                   EventFilter{.stations = {2, 3}, .operatorName = u"op"_s, .text = text},
                   EventFilter{.operatorName = u"op"_s, .text = text}}) {
+                const bool areValues = filter.kinds == QList{EventKind::Values};
                 QList<EventRow> expected;
                 std::ranges::copy_if(rows, std::back_inserter(expected), [&](const EventRow &row) {
                     return (filter.from == 0 || row.at >= filter.from) &&
@@ -189,11 +200,12 @@ private Q_SLOTS:
                            (filter.kinds.isEmpty() || filter.kinds.contains(row.kind)) &&
                            (filter.operatorName.isEmpty() || row.operatorName == filter.operatorName) &&
                            (!filter.ofAlarms || row.alarm != 0) &&
-                           (text.isEmpty() || (searchableKinds().contains(row.kind) &&
+                           (text.isEmpty() || ((areValues || searchableKinds().contains(row.kind)) &&
                                                row.text.contains(text, Qt::CaseInsensitive)));
                 });
                 std::ranges::sort(expected, std::greater(), [&](const EventRow &row) {
-                    return std::pair(text.isEmpty() || !filter.stations.isEmpty() ? row.at : 0, row.id);
+                    return std::pair(text.isEmpty() || areValues || !filter.stations.isEmpty() ? row.at : 0,
+                                     row.id);
                 });
                 QList<EventRow> found;
                 EventPage page;
@@ -313,6 +325,8 @@ private Q_SLOTS:
         qint64 change = 0;
         QVERIFY(reader.lastOperatorChange(change));
         QCOMPARE(change, 4000);
+        QVERIFY(reader.begin(change));
+        QCOMPARE(change, 1000);
         QStringList names;
         QVERIFY(reader.operators(names));
         QCOMPARE(names, (QStringList{u"a"_s, u"b"_s}));
@@ -377,6 +391,33 @@ private Q_SLOTS:
             QVERIFY(hand.execute(QStringList{u"PRAGMA writable_schema=ON"_s} + statements));
         }
         QVERIFY(!checkRecord(copy).faults.isEmpty());
+    }
+
+    /// Whatever of it a start reads; the rest is found when it is used.
+    void aRecordThatWasDamagedAfterItsEndIsMendedAtTheStart()
+    {
+        {
+            auto writer = opened();
+            for (int i = 1; i <= 300; ++i) {
+                writer->add(NotificationRow{.station = 1, .entry = u"+49 --> M,Pump %1 fail"_s.arg(i)});
+                writer->add(AlarmRow{.id = i, .station = 1, .text = u"Pump %1 fail"_s.arg(i), .first = i});
+            }
+        }
+        const QByteArray sound = test::contentOf(m_path);
+        constexpr qsizetype page = 4096;
+        int mended = 0;
+        for (qsizetype at = page; at < sound.size(); at += page) {
+            init();
+            QByteArray damaged = sound;
+            QVERIFY(test::writeFile(m_path, damaged.replace(at, page, QByteArray(page, '\xA5'))));
+            const OpenedRecord record = openRecord(m_path);
+            mended += record.keptAside.isEmpty() ? 0 : 1;
+            RecordReader reader(m_path);
+            Status read = reader.notifications([](const NotificationRow &) {});
+            read = read ? reader.openAlarms([](const AlarmRow &) {}) : read;
+            QVERIFY2(record.status && read, QByteArray::number(at));
+        }
+        QVERIFY(mended > 0);
     }
 
     /// Pages of tables and indices, and the file's head.

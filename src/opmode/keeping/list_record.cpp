@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <algorithm>
 
@@ -224,6 +226,11 @@ QStringList damageTold(const QString &path, const OpenedRecord &opened)
                            .arg(path, opened.keptAside)
                            .arg(opened.saved)} +
            opened.lost;
+}
+
+QString nameBefore(const EventRow &renaming)
+{
+    return QJsonDocument::fromJson(renaming.detail.toUtf8()).object()[QLatin1String("before")].toString();
 }
 
 QString keeperSetting()

@@ -100,6 +100,9 @@ private:
     QHash<QString, QString> m_settings;
 };
 
+/// What the station of a renaming was called before it.
+QString nameBefore(const EventRow &renaming);
+
 /// What became of a record that was damaged, removed or replaced, a line each; none where it was not.
 QStringList damageTold(const QString &path, const OpenedRecord &opened);
 

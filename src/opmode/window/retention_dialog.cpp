@@ -125,12 +125,23 @@ void RetentionDialog::show(const Figures &figures)
         return;
     }
     const qint64 rows = figures.events + figures.history + figures.values;
-    const qint64 days = std::max(qint64{1}, (m_mode.now().toMSecsSinceEpoch() - figures.first) / msPerDay);
+    const qint64 age = m_mode.now().toMSecsSinceEpoch() - figures.first;
+    const auto aDay = [age](qint64 all) {
+        return qRound64(static_cast<double>(all) * msPerDay / static_cast<double>(age));
+    };
+    const QString counts = tr("Events: %1, records of archives: %2, input values: %3.")
+                               .arg(locale().toString(figures.events), locale().toString(figures.history),
+                                    locale().toString(figures.values));
+    const QString since =
+        locale().toString(QDateTime::fromMSecsSinceEpoch(figures.first), QLocale::ShortFormat);
+    const QString rate =
+        figures.first == 0 || age <= 0 ? QString()
+        : age < msPerDay // which says little of a day
+            ? tr("That is since %1, for less than a day.").arg(since)
+            : tr("About %1 rows and %2 a day.")
+                  .arg(locale().toString(aDay(rows)), locale().formattedDataSize(aDay(figures.bytes)));
     QStringList lines{tr("%1: %2").arg(m_mode.recordPath(), locale().formattedDataSize(figures.bytes)),
-                      tr("Events: %1, records of archives: %2, input values: %3. About %4 rows and %5 a day.")
-                          .arg(locale().toString(figures.events), locale().toString(figures.history),
-                               locale().toString(figures.values), locale().toString(rows / days),
-                               locale().formattedDataSize(figures.bytes / days))};
+                      QString(counts + u' ' + rate).trimmed()};
     if (const std::optional<DiskRoom> room = m_mode.diskRoom()) {
         lines += tr("Free on this disk: %1 of %2")
                      .arg(locale().formattedDataSize(room->free), locale().formattedDataSize(room->all));

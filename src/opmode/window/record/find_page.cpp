@@ -137,6 +137,8 @@ void FindPage::layOut()
     m_operator->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_operator->setMinimumContentsLength(14);
     m_table = named<QTableView>("Table_record"_L1, this);
+    m_note = named<QLabel>("Label_record_note"_L1, this);
+    m_note->setWordWrap(true);
     m_problem = named<ProblemLabel>("Label_record_problem"_L1, this);
     m_count = named<QLabel>("Label_record_count"_L1, this);
     m_exportButton = named<QPushButton>("Cmd_record_export"_L1, this);
@@ -166,6 +168,7 @@ void FindPage::layOut()
     all->addLayout(when);
     all->addLayout(what);
     all->addWidget(m_table, 1);
+    all->addWidget(m_note);
     all->addWidget(m_problem);
     all->addLayout(below);
 }
@@ -225,8 +228,8 @@ void FindPage::applyTexts()
     m_text->setPlaceholderText(tr("Text"));
     m_text->setAccessibleName(tr("Text"));
     m_text->setToolTip(
-        tr("Contained in what was said, done and written; in input values and history, which are "
-           "found by station and time, it is not searched for"));
+        tr("Contained in what was said, done and written; in input values, history and connections "
+           "when these are the kind, or with stations and a time"));
     m_station->setPlaceholderText(tr("Stations"));
     m_station->setAccessibleName(tr("Stations"));
     m_station->setToolTip(
@@ -415,6 +418,12 @@ void FindPage::showState()
     }
     m_count->setText(line);
     m_exportButton->setEnabled(!m_export);
+    const RecordSearch &searched = m_model->searched();
+    m_note->setText(
+        tr("This text is not searched for in input values, history, connections, attributes and the "
+           "program's starts, unless \"Input values\", \"History\" or \"Connections\" is chosen, or "
+           "stations and a time."));
+    m_note->setVisible(searched.view == RecordView::Events && passesOverKinds(searched.events));
     m_problem->tell(m_model->status() ? m_problemText : m_model->status().message());
 }
 

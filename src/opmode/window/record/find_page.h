@@ -97,6 +97,7 @@ private:
     QComboBox *m_state;
     QComboBox *m_operator;
     QTableView *m_table;
+    QLabel *m_note; ///< in what the text is not searched for
     ProblemLabel *m_problem;
     QLabel *m_count;
     QPushButton *m_exportButton;

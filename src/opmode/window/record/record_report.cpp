@@ -124,8 +124,19 @@ public:
     {
         const AlarmFigures &figures = m_answer.figures;
         Report report{QCoreApplication::translate("Report", "Figures of the alarms"), {period()}};
-        const qint64 length = std::max(qint64{1}, m_question.to - m_answer.from);
-        const qint64 spans = (length + AlarmFigures::spanMs - 1) / AlarmFigures::spanMs;
+        const auto spansTo = [this](qint64 time) {
+            return (time - m_answer.from + AlarmFigures::spanMs - 1) / AlarmFigures::spanMs;
+        };
+        const qint64 asked = std::max(qint64{1}, m_question.to - m_answer.from);
+        qint64 length = asked; // of what the record covers
+        qint64 spans = spansTo(m_question.to);
+        if (m_answer.begun > m_answer.from && m_answer.begun < m_question.to) {
+            length = std::min(asked, std::max(m_question.to - m_answer.begun, AlarmFigures::spanMs));
+            spans -= (m_answer.begun - m_answer.from) / AlarmFigures::spanMs;
+            report.lines += QCoreApplication::translate(
+                                "Report", "The record begins on %1: the figures are about the time since")
+                                .arg(time(m_answer.begun));
+        }
         const double each = static_cast<double>(figures.came) / static_cast<double>(m_question.operators) /
                             (static_cast<double>(length) / AlarmFigures::spanMs);
         report.lines +=
@@ -320,6 +331,9 @@ ReportAnswer readReport(RecordReader &reader, const ReportQuestion &question)
     }
     if (status && question.kind == ReportKind::Figures) {
         status = reader.alarmFigures(answer.from, question.to, question.now, answer.figures);
+        if (status) {
+            status = reader.begin(answer.begun);
+        }
         return answer;
     }
     if (status && question.kind == ReportKind::Shift) {

@@ -35,6 +35,7 @@ struct ReportAnswer
 {
     Status status = Status::done();
     qint64 from = 0;
+    qint64 begun = 0; ///< from when the record holds anything; for figures
     RecordStations stations{};
     QList<AlarmRow> came{};
     QList<AlarmRow> standing{};

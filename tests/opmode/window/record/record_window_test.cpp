@@ -82,6 +82,10 @@ private Q_SLOTS:
         QCOMPARE(table()->currentIndex().row(), 2); // the row that was chosen
         QTest::keyClicks(field("Text_record_text"), "p 99");
         QTRY_COMPARE(rows(), 8); // 99, 990 to 999 but those of the works
+        const auto *note = m_page->findChild<QLabel *>("Label_record_note"); // of kinds that were passed over
+        QVERIFY(note->isVisible());
+        choose(m_page->findChild<QComboBox *>("Combo_record_kind"), 1); // notifications
+        QTRY_VERIFY(!note->isVisible());
         QTest::keyClicks(field("Text_record_station"), "; no such");
         field("Text_record_station")->setText(u"no such"_s);
         QTRY_COMPARE(rows(), 0);
@@ -224,6 +228,12 @@ private Q_SLOTS:
         const QList<Report::Table> overlooked = tables(ReportKind::Overlooked);
         QCOMPARE(counts(overlooked), (QList<qsizetype>{1, 1, 1, 0}));
         QCOMPARE(overlooked[0].rows[0], (QStringList{u"Never heard"_s, u"never"_s, {}}));
+        question.kind = ReportKind::Figures;
+        question.from = noon - 40 * anHour; // the record covers 30 of them
+        const QStringList lines =
+            reportOf(question, readReport(reader, question), TimeForm::Shown, QLocale::c()).lines;
+        QCOMPARE(lines.filter(u"of 180 ("_s).size(), 2);
+        question.from = noon - 8 * anHour;
         question.kind = ReportKind::Shift;
         const Report report =
             reportOf(question, readReport(reader, question), TimeForm::WithZone, QLocale::c());
