@@ -94,15 +94,18 @@ Status moveRecord(const QString &fresh, const QString &path)
                              QCoreApplication::translate("Record", "the new record could not be put there"));
 }
 
-/// Brings a record to the newest tables and reads its numbers.
-void prepareRecord(RecordDatabase &database, OpenedRecord &result)
+/// Brings a record to the newest tables and reads its numbers. Gives whether all of it was looked through.
+bool prepareRecord(RecordDatabase &database, OpenedRecord &result, qint64 mostChecked)
 {
     if (result.status) {
         result.status = bringForward(database);
     }
     qint64 open = 0;
+    qint64 unchecked = 0;
     const std::pair<QString, qint64 *> numbers[] = {
         {u"SELECT count(*) FROM setting WHERE name = 'open' AND value = '1'"_s, &open},
+        {u"SELECT count(*) FROM setting WHERE name = '"_s + uncheckedSetting() + u"' AND value = '1'"_s,
+         &unchecked},
         {u"SELECT max(coalesce((SELECT max(id) FROM event), 0), coalesce((SELECT max(upto) FROM list_file), 0))"_s,
          &result.lastEvent},
         {u"SELECT max(id) FROM alarm"_s, &result.lastAlarm},
@@ -113,9 +116,18 @@ void prepareRecord(RecordDatabase &database, OpenedRecord &result)
         }
     }
     result.endedBadly = open != 0;
-    if (result.status && result.endedBadly && !isSound(database)) {
-        result.status = database.failure();
+    const bool isDue = result.status && (open != 0 || unchecked != 0);
+    result.isUnchecked = isDue && QFileInfo(database.path()).size() > mostChecked;
+    if (!isDue || result.isUnchecked) {
+        return false;
     }
+    if (!isSound(database)) {
+        result.status = database.failure();
+    } else if (unchecked != 0) {
+        result.status =
+            database.execute(u"DELETE FROM setting WHERE name = '"_s + uncheckedSetting() + u'\'');
+    }
+    return true;
 }
 
 /// Whether what a start needs can be read: a file may be damaged after it was closed. What is damaged
@@ -174,7 +186,12 @@ void keepLogAside(const QString &path, OpenedRecord &result)
 
 } // namespace
 
-OpenedRecord openRecord(const QString &path)
+QString uncheckedSetting()
+{
+    return u"unchecked"_s;
+}
+
+OpenedRecord openRecord(const QString &path, qint64 mostChecked)
 {
     OpenedRecord result;
     const QString fresh = salvagePath(path);
@@ -193,15 +210,15 @@ OpenedRecord openRecord(const QString &path)
     result.isNew = !QFileInfo::exists(path);
     RecordDatabase database;
     result.status = database.open(path, RecordDatabase::Use::Create);
-    prepareRecord(database, result);
-    const bool endedWell = result.status && !result.isNew && !result.endedBadly;
-    if (endedWell ? !canBeTakenUp(path) : !result.status && database.isDamaged()) {
+    const bool isLookedThrough = prepareRecord(database, result, mostChecked);
+    const bool isToBeRead = result.status && !result.isNew && !isLookedThrough;
+    if (isToBeRead ? !canBeTakenUp(path) : !result.status && database.isDamaged()) {
         const bool endedBadly = result.endedBadly;
         database.close();
         replaceDamaged(path, result);
         if (result.status) {
             result.status = database.open(path, RecordDatabase::Use::Write);
-            prepareRecord(database, result);
+            (void)prepareRecord(database, result, mostChecked);
             result.endedBadly = endedBadly;
         }
     }

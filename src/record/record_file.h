@@ -12,7 +12,8 @@ struct OpenedRecord
 {
     Status status = Status::done(); ///< why the record cannot be used
     bool isNew = false;
-    bool endedBadly = false; ///< the last run did not close it
+    bool endedBadly = false;  ///< the last run did not close it
+    bool isUnchecked = false; ///< and it is too large to be looked through here: see LaterCheck
 
     bool isPutBack = false; ///< it was whole, but somebody had removed or replaced it
 
@@ -25,10 +26,16 @@ struct OpenedRecord
     qint64 lastAlarm = 0;
 };
 
+/// The setting that is "1" while a check is due.
+QString uncheckedSetting();
+
+/// So many bytes are looked through within a moment.
+inline constexpr qint64 mostCheckedAtOnce = qint64{64} << 20;
+
 /// Makes a record, for its owner alone, or brings one to the newest tables. After a bad end it is checked; of
 /// a damaged one, which is kept aside under a number, what can be read is taken into a new one. Nobody else
 /// may use it meanwhile. RecordWriter and RecordReader open it for themselves afterwards.
-OpenedRecord openRecord(const QString &path);
+OpenedRecord openRecord(const QString &path, qint64 mostChecked = mostCheckedAtOnce);
 
 class RecordDatabase;
 

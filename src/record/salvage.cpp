@@ -268,7 +268,7 @@ Salvaged salvage(const QString &damaged, const QString &fresh)
     }
     // Of the new one: its index of texts and its table of kinds are empty, and nobody has it open.
     result.status = to.execute(
-        {u"DELETE FROM setting WHERE name IN ('open', 'searchable', 'sorted')"_s,
+        {u"DELETE FROM setting WHERE name IN ('open', 'unchecked', 'searchable', 'sorted')"_s,
          u"INSERT OR REPLACE INTO setting(name, value) VALUES('schema', '%1')"_s.arg(newestSchema())});
     if (result.status) {
         result.status = to.endLog();

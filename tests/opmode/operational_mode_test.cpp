@@ -700,6 +700,42 @@ private Q_SLOTS:
                  qPrintable(run.told.join(u'\n')));
     }
 
+    /// A large record is looked through while it is in use.
+    void damageThatIsFoundAfterTheOpeningIsMended()
+    {
+        {
+            Run run(m_folder->path());
+            run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+            run.mode->setOnline(QStringLiteral("S"), true);
+            for (int i = 0; i < 500; ++i) {
+                run.say(0, "H10E1D25.09.2012Z09:45W" + QByteArray::number(1000 + i) + "I1020;");
+            }
+            QVERIFY(run.mode->close());
+        }
+        const QString path = file("record.sqlite");
+        QByteArray content = test::contentOf(path);
+        const qsizetype page = 4096;
+        content.replace(content.indexOf("W1250I") / page * page, page, QByteArray(page, '\xA5'));
+        QVERIFY(test::writeFile(path, content));
+        RecordDatabase hand;
+        QVERIFY(hand.open(path, RecordDatabase::Use::Write));
+        QVERIFY(hand.execute(QStringLiteral("UPDATE setting SET value = '1' WHERE name = 'open'")));
+        hand.close();
+        test::ManualTimers timers;
+        ListRecord record(timers, [](const QString &) {});
+        record.setList(file("nodes.xml"));
+        const OpenedRecord opened = openRecord(path, 0);
+        QVERIFY(opened.status && opened.isUnchecked && opened.keptAside.isEmpty());
+        record.begin(opened, {}, 0);
+        QStringList told;
+        record.writer().setMended([&](const OpenedRecord &mended) { told = damageTold(path, mended); });
+        QTRY_VERIFY(!told.isEmpty());
+        record.end();
+        QVERIFY2(checkRecord(path).faults.isEmpty() && told[0].contains(QLatin1String("record (1).sqlite")),
+                 qPrintable(told[0]));
+        QVERIFY(!openRecord(path, 0).isUnchecked);
+    }
+
     /// The files are of a run of the version before, which ended by a crash.
     void whatTheVersionBeforeKeptIsTakenOverOnce()
     {

@@ -1,3 +1,4 @@
+#include "record/later_check.h"
 #include "record/record_care.h"
 #include "record/record_queries.h"
 #include "record/record_writer.h"
@@ -439,8 +440,16 @@ private Q_SLOTS:
             QByteArray damaged = sound;
             damaged.replace(at, page, QByteArray(page, at % (2 * page) == 0 ? '\xA5' : '\0'));
             QVERIFY(test::writeFile(m_path, damaged));
-            const OpenedRecord record = openRecord(m_path);
-            const QByteArray where = QByteArray::number(at) + ' ' + record.status.message().toUtf8();
+            OpenedRecord record = openRecord(m_path, 0); // as a large one, which is not waited for
+            QByteArray where = QByteArray::number(at) + ' ' + record.status.message().toUtf8();
+            QCOMPARE(record.isUnchecked, record.keptAside.isEmpty());
+            if (record.isUnchecked) {
+                std::optional<Status> told;
+                const LaterCheck check(m_path, [&told](const Status &found) { told = found; });
+                QTRY_VERIFY2(told && !*told, where);
+                record = openRecord(m_path);
+                where += record.status.message().toUtf8();
+            }
             QVERIFY2(record.status, where);
             RecordReader reader(m_path);
             qint64 events = 0;

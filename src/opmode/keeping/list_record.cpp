@@ -72,7 +72,8 @@ void ListRecord::setList(const QString &nodesPath)
 
 void ListRecord::end()
 {
-    m_writer.reset();
+    m_writer.reset(); // first: what waits for the disk does not wait for the check, too
+    m_check.reset();
     m_awaited.reset();
     m_awaitedNames.clear();
     m_settings.clear();
@@ -109,12 +110,21 @@ void ListRecord::begin(const OpenedRecord &opened, const QHash<qint64, QString> 
     m_lastNumber = lastNumber;
     m_lastEvent = opened.lastEvent;
     m_writer.emplace(m_path, opened, m_timers, m_troubleChanged);
+    if (opened.isUnchecked) {
+        add(SettingRow{uncheckedSetting(), QStringLiteral("1")}); // at the next start, if not before the end
+        m_check.emplace(m_path, [this](const Status &sound) {
+            if (!sound) {
+                m_writer->mend();
+            }
+            add(SettingRow{uncheckedSetting(), QStringLiteral("0")});
+        });
+    }
 }
 
 void ListRecord::knowSettings(const QHash<QString, QString> &settings)
 {
     m_settings = settings;
-    for (const char *own : {"schema", "open", "searchable", "sorted"}) { // the record's own
+    for (const char *own : {"schema", "open", "unchecked", "searchable", "sorted"}) { // the record's own
         m_settings.remove(QLatin1String(own));
     }
 }

@@ -2,6 +2,7 @@
 
 #include "opmode/station/station_messages.h"
 #include "opmode/tree/station_nodes.h"
+#include "record/later_check.h"
 #include "record/record_writer.h"
 
 #include <QHash>
@@ -90,6 +91,7 @@ private:
     std::function<void(const QString &)> m_troubleChanged;
     QString m_path;
     std::optional<RecordWriter> m_writer;
+    std::optional<LaterCheck> m_check;
     QHash<qint64, QString> m_names;
     QHash<QString, qint64> m_numbers;
     qint64 m_lastNumber = 0;
