@@ -25,15 +25,6 @@ constexpr std::array members = {Member{QLatin1String("tree"), &RetentionRules::t
                                 Member{QLatin1String("history"), &RetentionRules::history},
                                 Member{QLatin1String("values"), &RetentionRules::values}};
 
-constexpr std::array allKinds = {
-    EventKind::Notification, EventKind::Values,       EventKind::History,        EventKind::OtherMessage,
-    EventKind::Alive,        EventKind::Silent,       EventKind::Quality,        EventKind::Puk,
-    EventKind::Flood,        EventKind::StationAdded, EventKind::StationRemoved, EventKind::StationRenamed,
-    EventKind::Attributes,   EventKind::EntryRemoved, EventKind::Acknowledged,   EventKind::Commented,
-    EventKind::Shelved,      EventKind::Unshelved,    EventKind::AlarmOver,      EventKind::Sent,
-    EventKind::Started,      EventKind::Stopped,      EventKind::ListFollowed,   EventKind::Trouble,
-    EventKind::Note};
-
 qint64 timeOf(const QDateTime &now, int days)
 {
     return days == 0 ? 0 : now.addDays(-days).toMSecsSinceEpoch();
@@ -87,7 +78,7 @@ void Thinning::check(const QDateTime &now, ListRecord &record)
             Retention retention{timeOf(now, m_rules.values), timeOf(now, m_rules.history),
                                 timeOf(now, m_rules.alarms)};
             if (m_rules.events > 0) {
-                for (const EventKind kind : allKinds) {
+                for (const EventKind kind : allEventKinds) {
                     retention.events.append({kind, timeOf(now, m_rules.events)});
                 }
             }

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <variant>
 
 namespace ktr {
@@ -45,6 +46,15 @@ enum class EventKind {
     Trouble = 53,
     Note = 54,
 };
+
+inline constexpr std::array allEventKinds = {
+    EventKind::Notification, EventKind::Values,       EventKind::History,        EventKind::OtherMessage,
+    EventKind::Alive,        EventKind::Silent,       EventKind::Quality,        EventKind::Puk,
+    EventKind::Flood,        EventKind::StationAdded, EventKind::StationRemoved, EventKind::StationRenamed,
+    EventKind::Attributes,   EventKind::EntryRemoved, EventKind::Acknowledged,   EventKind::Commented,
+    EventKind::Shelved,      EventKind::Unshelved,    EventKind::AlarmOver,      EventKind::Sent,
+    EventKind::Started,      EventKind::Stopped,      EventKind::ListFollowed,   EventKind::Trouble,
+    EventKind::Note};
 
 /// What somebody may search for in events: what was said, done and written, not measured values.
 inline const QList<EventKind> &searchableKinds()
