@@ -2619,6 +2619,18 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Muted until %1</source>
         <translation>Stumm bis %1</translation>
     </message>
+    <message>
+        <source>For more than %1 s, since %2, nothing has come from it: perhaps nobody watches, and what is shown is how it was then. If it hangs, end it (%3); then the stations can be watched here.</source>
+        <translation>Seit über %1 s, seit %2, kommt von ihm nichts: Womöglich überwacht niemand, und angezeigt wird der Stand von damals. Wenn es hängt, beenden Sie es (%3); dann können die Stationen hier überwacht werden.</translation>
+    </message>
+    <message>
+        <source>The program that watches the stations is not heard</source>
+        <translation>Von dem Programm, das die Stationen überwacht, kommt nichts mehr</translation>
+    </message>
+    <message>
+        <source>joined, but not heard: %1</source>
+        <translation>mitgelesen, aber ohne Nachricht: %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::HistoryPage</name>
@@ -3036,6 +3048,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Opens the list of stations again and talks with the modules from here</source>
         <translation>Öffnet die Liste der Stationen neu und spricht von hier aus mit den Modulen</translation>
+    </message>
+    <message>
+        <source>The program that watches the stations is not heard</source>
+        <translation>Von dem Programm, das die Stationen überwacht, kommt nichts mehr</translation>
     </message>
 </context>
 <context>

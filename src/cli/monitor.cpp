@@ -81,9 +81,13 @@ int watch(const Arguments &arguments, const Environment &environment, const QStr
                      nameOf(event.kind), event.text, QDateTime::fromMSecsSinceEpoch(event.at)));
     });
     const auto tellKeeper = [&mode] {
-        complain(mode.unwatchedSince()
-                     ? QStringLiteral("nobody watches the stations any more")
-                     : QStringLiteral("joined: %1 watches the stations").arg(mode.keeper()));
+        complain(
+            mode.unwatchedSince() ? QStringLiteral("nobody watches the stations any more")
+            : mode.unheardSince()
+                ? QStringLiteral("nothing has come for %1 s from %2: perhaps nobody watches the stations")
+                      .arg(KeeperBeat::patience.count())
+                      .arg(mode.keeper())
+                : QStringLiteral("joined: %1 watches the stations").arg(mode.keeper()));
     };
     QObject::connect(&mode, &OperationalMode::keeperChanged, &mode, tellKeeper);
     using Use = OperationalMode::Use;

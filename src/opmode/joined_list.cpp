@@ -1,6 +1,7 @@
 #include "opmode/joined_list.h"
 
 #include "opmode/alarm_actions.h"
+#include "opmode/keeper_beat.h"
 #include "opmode/list_opener.h"
 #include "opmode/station_states.h"
 
@@ -78,12 +79,17 @@ void JoinedList::tellWhatCameAfter(qint64 event)
 {
     (void)m_follower.reader().eventsAfter(event, [&](const EventRow &row) {
         if (row.id <= lastEvent()) {
-            if (const auto told = toldAs(row, m_names.value(row.station))) {
-                Q_EMIT happened(*told);
-            }
+            tell(row, m_names.value(row.station));
         }
         return row.id < lastEvent();
     });
+}
+
+void JoinedList::tell(const EventRow &event, const QString &kennung)
+{
+    if (const auto told = toldAs(event, kennung)) {
+        Q_EMIT happened(*told);
+    }
 }
 
 void JoinedList::take(const EventRow &event)
@@ -102,7 +108,7 @@ void JoinedList::take(const EventRow &event)
     case EventKind::Puk:
     case EventKind::Flood:
         takeState(m_seen[kennung], event);
-        Q_EMIT happened(*toldAs(event, kennung));
+        tell(event, kennung);
         showStation(kennung);
         break;
     case EventKind::Started: // it knows nothing of the stations' states, and renamed ones by other keys
@@ -123,7 +129,7 @@ void JoinedList::takeMessage(const EventRow &event, const QString &kennung)
         m_parts.trends.add(kennung, report->values, at);
     }
     takeState(m_seen[kennung], event);
-    Q_EMIT happened(*toldAs(event, kennung));
+    tell(event, kennung);
     if (!outcome.unusable.isEmpty()) {
         Q_EMIT statusMessage(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
     }
@@ -180,16 +186,41 @@ void JoinedList::showStation(const QString &kennung)
         return;
     }
     const StationAttributes attributes = m_attributes.value(kennung);
-    cStation::Seen seen = m_seen.value(kennung);
+    station->setHostAddress(attributes.hostAddress);
+    station->setExclusiveMode(attributes.exclusiveMode);
+    showState(*station);
+    m_parts.scheduler.setSchedule(kennung, attributes.schedule);
+    Q_EMIT stationChanged(kennung);
+}
+
+void JoinedList::showState(cStation &station) const
+{
+    const StationAttributes attributes = m_attributes.value(station.kennung());
+    cStation::Seen seen = m_seen.value(station.kennung());
     seen.online = attributes.online;
     if (attributes.exclusiveMode) {
         seen.csq = cStation::Seen().csq;
     }
-    station->setHostAddress(attributes.hostAddress);
-    station->setExclusiveMode(attributes.exclusiveMode);
-    station->show(seen);
-    m_parts.scheduler.setSchedule(kennung, attributes.schedule);
-    Q_EMIT stationChanged(kennung);
+    station.show(seen);
+}
+
+/// Nobody is told: when a station was heard is shown by the second.
+void JoinedList::takeBeat(const QString &beat)
+{
+    const QHash<qint64, qint64> heard = heardBy(beat);
+    for (auto station = heard.cbegin(); station != heard.cend(); ++station) {
+        const QString kennung = m_names.value(station.key());
+        cStation *shown = m_parts.stations.Item(kennung);
+        if (shown != nullptr && shown->lastHeard() < *station) {
+            m_seen[kennung].lastHeard = *station;
+            showState(*shown);
+        }
+    }
+}
+
+bool JoinedList::isUnheard() const
+{
+    return !keeper().isEmpty() && m_follower.unheard() >= KeeperBeat::patience;
 }
 
 void JoinedList::showKeeper()
@@ -198,6 +229,10 @@ void JoinedList::showKeeper()
     m_unkeptSince = !keeper.isEmpty() ? std::nullopt
                     : m_unkeptSince   ? m_unkeptSince
                                       : std::optional(m_parts.environment.now());
+    m_unheardSince = !isUnheard() ? std::nullopt
+                     : m_unheardSince
+                         ? m_unheardSince
+                         : std::optional(m_parts.environment.now().addMSecs(-m_follower.unheard().count()));
     m_keeper = keeper;
 }
 
@@ -215,9 +250,13 @@ void JoinedList::ask(const Request &request)
 void JoinedList::takeSettings(const QHash<QString, QString> &settings)
 {
     QHash<QString, QString> known = settings;
-    for (const QString &name : {QStringLiteral("searchable"), QStringLiteral("sorted"),
+    for (const QString &name : {QStringLiteral("searchable"), QStringLiteral("sorted"), beatSetting(),
                                 keeperSetting()}) { // which change all the time
         known.remove(name);
+    }
+    if (const QString beat = settings.value(beatSetting()); beat != m_beat) {
+        m_beat = beat;
+        takeBeat(beat);
     }
     if (known != m_settings) {
         m_settings = known;
@@ -229,7 +268,7 @@ void JoinedList::takeSettings(const QHash<QString, QString> &settings)
 void JoinedList::looked()
 {
     m_sender.look(m_follower.reader());
-    if (m_keeper != keeper()) {
+    if (m_keeper != keeper() || m_unheardSince.has_value() != isUnheard()) {
         showKeeper();
         Q_EMIT keeperChanged();
     }

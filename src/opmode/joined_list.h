@@ -45,6 +45,8 @@ public:
     QString keeper() const { return m_follower.isOfRecord() ? m_follower.holder() : QString(); }
     /// Since when nobody keeps it, as far as is known here.
     const std::optional<QDateTime> &unkeptSince() const { return m_unkeptSince; }
+    /// Since when nothing came of who keeps it, after a while in which something should have.
+    const std::optional<QDateTime> &unheardSince() const { return m_unheardSince; }
     /// What the tree had when it was opened.
     const QStringList &defects() const { return m_defects; }
 
@@ -56,7 +58,7 @@ Q_SIGNALS:
     void stationChanged(const QString &kennung);
     /// The settings that the record has, or has now.
     void settingsChanged(const QHash<QString, QString> &settings);
-    /// Somebody keeps the list no more, or again.
+    /// Somebody keeps the list no more, or is not heard, or is so again.
     void keeperChanged();
     /// The list is no more the one that was opened: it is to be opened again.
     void replaced();
@@ -66,8 +68,12 @@ private:
     void takeMessage(const EventRow &event, const QString &kennung);
     void takeListEvent(const EventRow &event, const QString &kennung);
     void takeSettings(const QHash<QString, QString> &settings);
+    void takeBeat(const QString &beat);
+    void tell(const EventRow &event, const QString &kennung);
     void looked();
+    bool isUnheard() const;
     void showStation(const QString &kennung);
+    void showState(cStation &station) const;
     void showKeeper();
 
     ListParts m_parts;
@@ -78,6 +84,8 @@ private:
     ListFollower m_follower;
     RequestSender m_sender;
     std::optional<QDateTime> m_unkeptSince;
+    std::optional<QDateTime> m_unheardSince;
+    QString m_beat;
     QString m_keeper;
     QStringList m_defects;
     bool m_isCarryingOut = false;

@@ -1,5 +1,6 @@
 #include "opmode/kept_list.h"
 
+#include "opmode/keeper_beat.h"
 #include "opmode/keeping/earlier/earlier_files.h"
 #include "opmode/keeping/list_replay.h"
 #include "opmode/list_opener.h"
@@ -104,6 +105,7 @@ void KeptList::takeUp(ListOpener &list)
         openRecordLater();
     }
     beginKeeper(list.upto());
+    record.add(SettingRow{beatSetting(), {}}); // what the last run heard is not this one's
     record.add(SettingRow{keeperSetting(), QString::fromUtf8(m_lock.record())});
     record.add(EventKind::Started, {}, m_parts.moment(), m_path, ListRecord::By::Program);
     m_savesSoon = list.mustSave();

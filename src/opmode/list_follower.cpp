@@ -1,5 +1,6 @@
 #include "opmode/list_follower.h"
 
+#include "opmode/keeper_beat.h"
 #include "opmode/keeping/list_record.h"
 #include "opmode/keeping/nodes_file.h"
 #include "platform/file_lock.h"
@@ -45,6 +46,7 @@ void ListFollower::lookAtHolder()
     if (isAnother) {
         m_holder = holder;
         m_isOfRecord = false;
+        m_unheard = Milliseconds(0);
     }
     if (!m_isOfRecord) {
         std::optional<QString> keeper;
@@ -55,6 +57,7 @@ void ListFollower::lookAtHolder()
 
 void ListFollower::look()
 {
+    m_unheard += m_hasMore ? Milliseconds(0) : period;
     lookAtHolder(); // first: what it said before it went is told before that is
     const Status done = read();
     if (done.message() != m_trouble) {
@@ -118,6 +121,11 @@ Status ListFollower::read()
     }
     m_version = version;
     m_lastAlarmChange = change;
+    const QString beat = settings.value(beatSetting());
+    if (!events.isEmpty() || !alarms.isEmpty() || beat != m_beat) { // requests are of others
+        m_beat = beat;
+        m_unheard = Milliseconds(0);
+    }
     for (const EventRow &event : std::as_const(events)) {
         m_lastEvent = event.id;
         m_listener.event(event);

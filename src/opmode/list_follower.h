@@ -45,6 +45,8 @@ public:
     /// Tells all that is there now.
     void drain();
     qint64 lastEvent() const { return m_lastEvent; }
+    /// How long nothing has come of who holds the list, by the looks that were taken.
+    Milliseconds unheard() const { return m_unheard; }
     /// Looks who holds the list.
     void lookAtHolder();
 
@@ -64,6 +66,8 @@ private:
     qint64 m_lastEvent = 0;
     qint64 m_lastAlarmChange = 0;
     bool m_hasMore = false;
+    QString m_beat; ///< the last one of who holds the list
+    Milliseconds m_unheard{0};
     QString m_trouble;
 };
 

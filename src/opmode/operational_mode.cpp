@@ -47,8 +47,10 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_intake(m_parts),
       m_removal(m_parts),
       m_thinning(m_tree, services.timers, m_removal),
-      m_desk(m_parts, m_stationActions, m_acknowledger, m_alarmActions)
+      m_desk(m_parts, m_stationActions, m_acknowledger, m_alarmActions),
+      m_beat(m_parts)
 {
+    m_stations.setClock(m_services.environment.now);
     connect(&m_alarms, &AlarmBook::changed, this, [this](const AlarmRow &alarm) { m_record.add(alarm); });
     connect(&m_tree, &StationTree::stationRenamed, this, &OperationalMode::rename);
     connect(&m_stationActions, &StationActions::changed, this,
@@ -80,6 +82,7 @@ OperationalMode::~OperationalMode()
     m_stations.disconnect(this); // what they still say when they go has nowhere to be kept
     m_alarms.disconnect(this);
     m_desk.stop();
+    m_beat.stop();
     m_list.end(); // the record may still be refused by the disk: nobody is left to be told
 }
 
@@ -104,6 +107,7 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     m_isOpen = true;
     if (m_list.isKept()) {
         m_desk.start();
+        m_beat.start();
     }
     beginWatchAlarms(loaded, list.unwatchedSince());
     return loaded;
@@ -525,6 +529,7 @@ void OperationalMode::removeAll()
     m_isOpen = false;
     m_minute->stop();
     m_desk.stop();
+    m_beat.stop();
     m_thinning.stop();
     m_intake.clear();
     QStringList keys;

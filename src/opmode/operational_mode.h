@@ -4,6 +4,7 @@
 #include "opmode/alarm_actions.h"
 #include "opmode/entry_removal.h"
 #include "opmode/joined_list.h"
+#include "opmode/keeper_beat.h"
 #include "opmode/keeping_trouble.h"
 #include "opmode/kept_list.h"
 #include "opmode/message_intake.h"
@@ -76,6 +77,11 @@ public:
     QString keeper() const { return m_joined ? m_joined->keeper() : QString(); }
     /// Since when nobody watches the stations of the list that was joined.
     std::optional<QDateTime> unwatchedSince() const;
+    /// Since when nothing came of who keeps the list that was joined: it may be that nobody watches.
+    std::optional<QDateTime> unheardSince() const
+    {
+        return m_joined ? m_joined->unheardSince() : std::nullopt;
+    }
     /// Whether the list was joined and nobody keeps it: nothing can be done with its stations.
     bool isUnwatched() const { return unwatchedSince().has_value(); }
     /// Nothing while all is written, or is about to be.
@@ -182,7 +188,7 @@ Q_SIGNALS:
     /// Changes cannot be written, there are more of them, or they are written again.
     void unkeptChangesChanged();
     void happened(const ktr::StationEvent &event);
-    /// Nobody keeps the list that was joined any more, or somebody does again.
+    /// Nobody keeps the list that was joined any more, or who does is not heard; or both are over.
     void keeperChanged();
     /// The list that was joined is shown anew, or, where hindrance() tells of one, no more.
     void joinedAgain(const ktr::Status &status);
@@ -236,6 +242,7 @@ private:
     EntryRemoval m_removal;
     Thinning m_thinning;
     RequestDesk m_desk;
+    KeeperBeat m_beat;
     std::unique_ptr<JoinedList> m_joined;
     qint64 m_lastAlarm = 0; ///< where there is no record
     QString m_lastOperator;

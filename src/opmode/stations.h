@@ -3,6 +3,8 @@
 #include "opmode/station/station.h"
 #include "opmode/tree/station_tree.h"
 
+#include <QDateTime>
+
 #include <list>
 
 namespace ktr {
@@ -25,6 +27,8 @@ public:
     cStations(StationTree &tree, MLiteTimer &timers, LineFactory createLine, QObject *parent = nullptr);
     ~cStations() override; ///< removes them, the last one first
 
+    /// What stations were heard at is read off it.
+    void setClock(std::function<QDateTime()> now) { m_now = std::move(now); }
     void setAnswersLater(Answering answersLater) { m_answersLater = std::move(answersLater); }
 
     /// Adds an offline station, and its branch of the tree where it is not there. False, and nothing is
@@ -67,11 +71,13 @@ private:
     bool answersLater(const QString &kennung) override { return m_answersLater && m_answersLater(kennung); }
     void stationChanged(const QString &kennung, StationChange what) override;
     void stationTrouble(const QString &kennung, const QString &text) override;
+    qint64 moment() const override { return m_now ? m_now().toMSecsSinceEpoch() : 0; }
 
     StationTree &m_tree;
     MLiteTimer &m_timers;
     LineFactory m_createLine;
     Answering m_answersLater;
+    std::function<QDateTime()> m_now;
     List m_list;
     QHash<QString, List::iterator> m_byKey;
     List m_removed; ///< until no listener can be inside one of them

@@ -905,6 +905,25 @@ private Q_SLOTS:
         first.mode->removeStation(s);
         first.mode->setOnline(QStringLiteral("U"), true);
         compare();
+        for (int i = 0; i < 2; ++i) { // the second time it is no event that it was heard
+            first.timers.advance(Milliseconds(3'000));
+            first.lines[1]->say("OK\r\n");
+        }
+        first.timers.advance(KeeperBeat::period);
+        compare();
+        const qint64 heard = first.mode->station(QStringLiteral("U"))->lastHeard();
+        QVERIFY(heard == first.mode->now().toMSecsSinceEpoch() - KeeperBeat::period.count());
+        QCOMPARE(second.mode->station(QStringLiteral("U"))->lastHeard(), heard);
+        const QSignalSpy keeperChanged(&*second.mode, &OperationalMode::keeperChanged);
+        QVERIFY(second.mode->requestValues(QStringLiteral("U"))); // which says nothing of the other program
+        second.timers.advance(KeeperBeat::patience - 2 * ListFollower::period);
+        QVERIFY(!second.mode->unheardSince());
+        second.timers.advance(2 * ListFollower::period);
+        QVERIFY(second.mode->unheardSince() && !second.mode->unwatchedSince());
+        first.timers.advance(KeeperBeat::period);
+        compare();
+        QVERIFY(!second.mode->unheardSince());
+        QCOMPARE(keeperChanged.size(), 2);
         QCOMPARE(second.lines.size(), 2);
         QVERIFY(second.lines[1]->opened.isEmpty() && !second.mode->unwatchedSince());
         QVERIFY(first.mode->close());

@@ -212,7 +212,7 @@ void cStation::DataArrival(const QByteArray &data)
     }
     m_state = alive;
     m_trouble.clear();
-    m_lastHeard = QDateTime::currentMSecsSinceEpoch();
+    m_lastHeard = m_stations.moment();
     if (m_liveness != Liveness::Alive) {
         m_liveness = Liveness::Alive;
         m_stations.stationChanged(m_kennung, StationChange::Alive);

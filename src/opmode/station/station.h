@@ -37,6 +37,8 @@ public:
     virtual void stationChanged(const QString &kennung, StationChange what) = 0;
     /// The station is not reached, or something of it was dropped; told when it changes.
     virtual void stationTrouble(const QString &kennung, const QString &text) = 0;
+    /// In ms since the epoch; 0 when it is not known.
+    virtual qint64 moment() const { return 0; }
 };
 
 /// The conversation with one watched module, in which the program stands in the place of its GSM modem.

@@ -430,7 +430,7 @@ void Form_betriebsmodus::showDefects()
             QLatin1String("\n\n") + defects);
 }
 
-/// Of a list that is watched elsewhere: who does, or that nobody does any more.
+/// Of a list that is watched elsewhere: who does, or that nobody does any more, or may.
 void Form_betriebsmodus::showKeeper()
 {
     showTitle();
@@ -441,6 +441,15 @@ void Form_betriebsmodus::showKeeper()
                                  .arg(shownMoment(since->toMSecsSinceEpoch()));
         m_joinedBanner->tellUnwatched(line);
         m_messages->tell(tr("Nobody watches the stations") + QLatin1String(". ") + line);
+    } else if (const std::optional<QDateTime> last = m_mode.unheardSince()) {
+        const QString line =
+            tr("For more than %1 s, since %2, nothing has come from it: perhaps nobody watches, and what is "
+               "shown is how it was then. If it hangs, end it (%3); then the stations can be watched here.")
+                .arg(KeeperBeat::patience.count())
+                .arg(shownMoment(last->toMSecsSinceEpoch()), m_mode.keeper());
+        m_joinedBanner->tellUnheard(line);
+        m_messages->tell(tr("The program that watches the stations is not heard") + QLatin1String(". ") +
+                         line);
     } else {
         m_joinedBanner->tellJoined(tr("Watched by %1").arg(m_mode.keeper()));
     }
@@ -538,7 +547,9 @@ void Form_betriebsmodus::tellLiveness(const StationEvent &event)
 void Form_betriebsmodus::showTitle()
 {
     QString title = programName + QLatin1String("  ") + m_texts.text(Text::OperationalMode);
-    if (m_mode.isJoined() && !m_mode.unwatchedSince()) {
+    if (m_mode.unheardSince()) {
+        title += QStringLiteral(" – ") + tr("joined, but not heard: %1").arg(m_mode.keeper());
+    } else if (m_mode.isJoined() && !m_mode.unwatchedSince()) {
         title += QStringLiteral(" – ") + tr("joined: %1").arg(m_mode.keeper());
     } else if (m_mode.isJoined()) {
         title += QStringLiteral(" – ") + tr("nobody watches the stations");

@@ -92,6 +92,11 @@ void ListBanner::tellJoined(const QString &keeper)
     show(Topic::Joined, keeper);
 }
 
+void ListBanner::tellUnheard(const QString &since)
+{
+    show(Topic::Unheard, since);
+}
+
 void ListBanner::tellUnwatched(const QString &since)
 {
     show(Topic::Unwatched, since);
@@ -122,6 +127,8 @@ QString ListBanner::headline() const
         return tr("Another program could watch these stations unnoticed");
     case Topic::Joined:
         return tr("Another program watches these stations; they are shown here, too");
+    case Topic::Unheard:
+        return tr("The program that watches the stations is not heard");
     case Topic::Unwatched:
         return tr("Nobody watches the stations");
     case Topic::Unkept:

@@ -26,6 +26,8 @@ public:
     void tellUnkept(const QString &reason);
     /// Another program watches the list, which is shown here, too. It stays until hide().
     void tellJoined(const QString &keeper);
+    /// The program that watches the list is not heard. It stays until hide().
+    void tellUnheard(const QString &since);
     /// Nobody watches the list that is shown any more. It stays until hide().
     void tellUnwatched(const QString &since);
     /// Puts the captions in place; called again when the language changes.
@@ -45,7 +47,7 @@ protected:
 
 private:
     void takeColours();
-    enum class Topic { NotWatched, Defects, Unlocked, Unkept, Joined, Unwatched };
+    enum class Topic { NotWatched, Defects, Unlocked, Unkept, Joined, Unheard, Unwatched };
     void show(Topic topic, const QString &reason);
     QString headline() const;
 

@@ -568,8 +568,9 @@ private Q_SLOTS:
         m_mode->setHostAddress("A", "10.0.0.7");
         m_mode->setOnline("A", true);
         {
+            test::ManualTimers timers; // apart from those of who keeps the list
             OperationalMode viewer(
-                {test::fixedEnvironment(), m_timers, [] { return std::make_unique<test::RecordedLine>(); }},
+                {test::fixedEnvironment(), timers, [] { return std::make_unique<test::RecordedLine>(); }},
                 {});
             QVERIFY(m_mode->keepsChanges());
             Form_betriebsmodus second(viewer, m_texts, {m_timers, test::english(), {}, {}});
@@ -586,9 +587,16 @@ private Q_SLOTS:
             };
             QVERIFY(!isOffered("mnu_rules") && isOffered("mnu_maintenance") && isOffered("mnu_station_add"));
             QVERIFY(second.windowTitle().contains(QSysInfo::machineHostName()));
+            timers.advance(KeeperBeat::patience + ListFollower::period);
+            const auto *headline = joined->findChild<QLabel *>("lbl_list");
+            QVERIFY(headline->text().endsWith("is not heard") && !watch->isVisible());
+            m_mode->setHostAddress("A", "10.0.0.8");
+            QVERIFY(m_mode->keepsChanges());
+            timers.advance(ListFollower::period);
+            QVERIFY(headline->text().startsWith("Another program watches"));
             QVERIFY(m_window->close());
             cleanupWindow();
-            m_timers.advance(ListFollower::period);
+            timers.advance(ListFollower::period);
             QVERIFY(!second.windowTitle().contains(QSysInfo::machineHostName()) && !online->isEnabled());
             QVERIFY(!isOffered("mnu_maintenance") && !isOffered("mnu_station_add"));
             press(joined, "Cmd_list_watch");
