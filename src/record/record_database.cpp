@@ -20,13 +20,18 @@ using namespace Qt::StringLiterals;
 constexpr int damagedFile = 11;
 constexpr int noDatabase = 26;
 
+bool isReadOnly(RecordDatabase::Use use)
+{
+    return use == RecordDatabase::Use::Read || use == RecordDatabase::Use::Salvage;
+}
+
 /// Only a URI tells the library not to create a file that is missing.
 QString addressOf(const QString &path, RecordDatabase::Use use)
 {
     const QString absolute = QFileInfo(path).absoluteFilePath();
     return u"file://"_s + (absolute.startsWith(u'/') ? QString() : u"/"_s) +
            QString::fromLatin1(QUrl::toPercentEncoding(absolute, "/:")) +
-           (use == RecordDatabase::Use::Read ? u"?mode=ro"_s : u"?mode=rw"_s);
+           (isReadOnly(use) ? u"?mode=ro"_s : u"?mode=rw"_s);
 }
 
 QString freshName()
@@ -73,7 +78,10 @@ Status RecordDatabase::open(const QString &path, Use use)
         return failed;
     }
     QStringList pragmas{u"PRAGMA cache_size=-32768"_s, u"PRAGMA temp_store=MEMORY"_s};
-    if (use != Use::Read) { // what is committed is on the disk
+    if (use == Use::Salvage) { // without which nothing of a file is read that is shorter than it says
+        pragmas.prepend(u"PRAGMA writable_schema=ON"_s);
+    }
+    if (!isReadOnly(use)) { // what is committed is on the disk
         pragmas += u"PRAGMA synchronous=FULL"_s;
     }
     Status set = execute(pragmas);

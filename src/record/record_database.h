@@ -18,7 +18,8 @@ public:
     enum class Use {
         Write,  ///< of a file that is there
         Create, ///< makes the file, for its owner alone, where there is none; useLog() is left to the caller
-        Read    ///< nothing is changed
+        Read,   ///< nothing is changed
+        Salvage ///< the same, of as much as there is of a file that was cut off, too
     };
 
     RecordDatabase() = default;

@@ -237,7 +237,7 @@ Salvaged salvage(const QString &damaged, const QString &fresh)
     if (!result.status) {
         return result;
     }
-    result.status = from.open(damaged, RecordDatabase::Use::Read);
+    result.status = from.open(damaged, RecordDatabase::Use::Salvage);
     if (result.status) {
         result.status = from.execute(u"SELECT count(*) FROM sqlite_master"_s);
     }

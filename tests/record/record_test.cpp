@@ -460,6 +460,11 @@ private Q_SLOTS:
             QVERIFY2(at == 0 || events + history > 2 * count - rowsOfAPage, where);
             QCOMPARE(record.lost.isEmpty(), events + history == 2 * count);
         }
+        init();
+        QVERIFY(test::writeFile(m_path, sound.first(sound.size() / 2)));
+        const OpenedRecord half = openRecord(m_path);
+        QVERIFY(half.status && !half.lost.isEmpty());
+        QVERIFY2(half.saved > count / 2, QByteArray::number(half.saved));
     }
 
 private:
