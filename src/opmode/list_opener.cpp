@@ -68,7 +68,7 @@ void ListOpener::takeUp(ListRecord &record, const OpenedRecord &opened, const Ea
     record.begin(opened, m_names, lastNumber);
     record.knowSettings(m_settings);
     keepStations(record);
-    if (m_isFollowing || wasTakenOver) {
+    if (m_isFollowing || wasTakenOver || !opened.lost.isEmpty()) { // the tree may have more
         keepNotifications(record);
     }
     if (m_isFollowing) {

@@ -736,6 +736,28 @@ private Q_SLOTS:
         QVERIFY(!openRecord(path, 0).isUnchecked);
     }
 
+    void aRecordThatWasCutOffHasAllNotificationsAgain()
+    {
+        constexpr qint64 count = 300;
+        {
+            Run run(m_folder->path());
+            run.mode->addStation(QStringLiteral("S"), QStringLiteral("10.0.0.7"));
+            run.mode->setOnline(QStringLiteral("S"), true);
+            for (int i = 0; i < count; ++i) {
+                run.say(0, "M,text " + QByteArray::number(i));
+            }
+            QVERIFY(run.mode->close());
+        }
+        const QByteArray content = test::contentOf(file("record.sqlite"));
+        QVERIFY(test::writeFile(file("record.sqlite"), content.first(content.size() / 2)));
+        Run run(m_folder->path());
+        QVERIFY(run.told.join(u' ').contains(QLatin1String("record (1).sqlite")) && run.mode->keepsChanges());
+        RecordReader reader(file("record.sqlite"));
+        qint64 found = 0;
+        QVERIFY(reader.count(QStringLiteral("notification"), found));
+        QCOMPARE(found, count);
+    }
+
     /// The files are of a run of the version before, which ended by a crash.
     void whatTheVersionBeforeKeptIsTakenOverOnce()
     {
