@@ -1565,6 +1565,13 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::AlarmBook</name>
+    <message>
+        <source>the station was removed</source>
+        <translation>die Station wurde entfernt</translation>
+    </message>
+</context>
+<context>
     <name>ktr::AlarmCells</name>
     <message>
         <source>Priority</source>
@@ -3811,13 +3818,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>there is no folder that is the user&apos;s alone</source>
         <translation>es gibt keinen Ordner, der dem Benutzer allein gehört</translation>
-    </message>
-</context>
-<context>
-    <name>ktr::StationActions</name>
-    <message>
-        <source>the station was removed</source>
-        <translation>die Station wurde entfernt</translation>
     </message>
 </context>
 <context>

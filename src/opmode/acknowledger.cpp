@@ -22,10 +22,10 @@ struct Acknowledger::Deed
 QModelIndexList Acknowledger::entriesOf(const AlarmRow &alarm) const
 {
     QModelIndexList entries;
-    const QString branch =
-        m_parts.record.kennung(alarm.station) + u'/' + QString::fromLatin1(branches::notifications) + u'/';
+    const QString kennung = m_parts.record.kennung(alarm.station);
     for (const QString &number : alarm.recipients) {
-        const QModelIndex entry = m_parts.tree.find(branch + notificationText({number, alarm.text}));
+        const QModelIndex entry = m_parts.tree.find(
+            entryKey(kennung, branches::notifications, notificationText({number, alarm.text})));
         if (entry.isValid()) {
             entries += entry;
         }

@@ -1,8 +1,6 @@
 #include "opmode/alarm_actions.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "record/json_text.h"
 
 namespace ktr {
 
@@ -10,6 +8,9 @@ namespace {
 
 const QString chatterSetting = QStringLiteral("chatter");
 
+namespace member = request_members;
+
+// The members of a shelf, and of a limit, as settings and events have them.
 const QString stationKey = QStringLiteral("station");
 const QString textKey = QStringLiteral("text");
 const QString untilKey = QStringLiteral("until");
@@ -17,12 +18,6 @@ const QString byKey = QStringLiteral("by");
 const QString whyKey = QStringLiteral("why");
 const QString timesKey = QStringLiteral("times");
 const QString minutesKey = QStringLiteral("minutes");
-const QString alarmsKey = QStringLiteral("alarms");
-
-Request request(const char *what, const QJsonObject &about)
-{
-    return {QString::fromLatin1(what), about};
-}
 
 QJsonArray toJson(const QList<qint64> &numbers)
 {
@@ -40,11 +35,6 @@ QJsonObject toJson(const Shelf &shelf)
             {untilKey, shelf.until},
             {byKey, shelf.by},
             {whyKey, shelf.why}};
-}
-
-template <class Json> QString compact(const Json &json)
-{
-    return QString::fromUtf8(QJsonDocument(json).toJson(QJsonDocument::Compact));
 }
 
 } // namespace
@@ -67,7 +57,7 @@ AlarmActions::AlarmActions(AlarmBook &book, ListRecord &record, std::function<qi
 void AlarmActions::load(const QHash<QString, QString> &settings)
 {
     m_book.setRules(rules(settings.value(rulesSetting)));
-    const QJsonObject limit = QJsonDocument::fromJson(settings.value(chatterSetting).toUtf8()).object();
+    const QJsonObject limit = jsonOf(settings.value(chatterSetting)).object();
     const ChatterLimit standard;
     m_chatter.setLimit({limit[timesKey].toInt(standard.times), limit[minutesKey].toInt(standard.minutes)});
 }
@@ -80,7 +70,7 @@ AlarmRules AlarmActions::rules(const QString &setting)
 QList<Shelf> AlarmActions::shelves(const QString &setting)
 {
     QList<Shelf> shelves;
-    for (const auto &value : QJsonDocument::fromJson(setting.toUtf8()).array()) {
+    for (const auto &value : jsonOf(setting).array()) {
         const QJsonObject shelf = value.toObject();
         shelves += Shelf{shelf[stationKey].toInteger(), shelf[textKey].toString(),
                          shelf[untilKey].toInteger(), shelf[byKey].toString(), shelf[whyKey].toString()};
@@ -94,7 +84,7 @@ void AlarmActions::keepShelves()
     for (const Shelf &shelf : m_book.shelves()) {
         shelves += toJson(shelf);
     }
-    m_record.add(SettingRow{shelvesSetting, compact(shelves)});
+    m_record.add(SettingRow{shelvesSetting, jsonText(shelves)});
 }
 
 void AlarmActions::add(EventKind kind, qint64 station, const QString &text, ListRecord::By by,
@@ -105,7 +95,7 @@ void AlarmActions::add(EventKind kind, qint64 station, const QString &text, List
 
 void AlarmActions::comment(const QList<qint64> &alarms, const QString &text)
 {
-    if (m_asks(request(requests::comment, {{alarmsKey, toJson(alarms)}, {textKey, text}}))) {
+    if (m_asks({requests::comment, {{member::alarms, toJson(alarms)}, {member::text, text}}})) {
         return;
     }
     for (const qint64 id : alarms) {
@@ -118,7 +108,8 @@ void AlarmActions::comment(const QList<qint64> &alarms, const QString &text)
 
 void AlarmActions::shelve(const QList<qint64> &alarms, qint64 until, const QString &why)
 {
-    if (m_asks(request(requests::shelve, {{alarmsKey, toJson(alarms)}, {untilKey, until}, {whyKey, why}}))) {
+    if (m_asks({requests::shelve,
+                {{member::alarms, toJson(alarms)}, {member::until, until}, {member::why, why}}})) {
         return;
     }
     for (const qint64 id : alarms) {
@@ -131,7 +122,7 @@ void AlarmActions::shelve(const QList<qint64> &alarms, qint64 until, const QStri
 void AlarmActions::shelveStation(qint64 station, qint64 until, const QString &why)
 {
     if (station != 0 && // that would be all alarms about the watching itself
-        !m_asks(request(requests::maintain, {{stationKey, station}, {untilKey, until}, {whyKey, why}}))) {
+        !m_asks(stationRequest(requests::maintain, station, {{member::until, until}, {member::why, why}}))) {
         shelve(Shelf{station, {}, until, {}, why}, 0);
     }
 }
@@ -140,13 +131,13 @@ void AlarmActions::shelve(Shelf shelf, qint64 alarm)
 {
     shelf.by = m_record.operatorName();
     const QString text = shelf.text.isEmpty() ? shelf.why : shelf.text + QLatin1String(": ") + shelf.why;
-    add(EventKind::Shelved, shelf.station, text, ListRecord::By::Operator, compact(toJson(shelf)), alarm);
+    add(EventKind::Shelved, shelf.station, text, ListRecord::By::Operator, jsonText(toJson(shelf)), alarm);
     m_book.shelve(shelf);
 }
 
 void AlarmActions::unshelve(qint64 station, const QString &text)
 {
-    if (m_asks(request(requests::unshelve, {{stationKey, station}, {textKey, text}}))) {
+    if (m_asks(stationRequest(requests::unshelve, station, {{member::text, text}}))) {
         return;
     }
     const auto is = [&](const Shelf &shelf) { return shelf.station == station && shelf.text == text; };
@@ -180,7 +171,7 @@ void AlarmActions::setChatterLimit(const ChatterLimit &limit)
         return;
     }
     m_chatter.setLimit(limit);
-    const QString kept = compact(QJsonObject{{timesKey, limit.times}, {minutesKey, limit.minutes}});
+    const QString kept = jsonText(QJsonObject{{timesKey, limit.times}, {minutesKey, limit.minutes}});
     m_record.add(SettingRow{chatterSetting, kept});
     add(EventKind::Note, 0, QStringLiteral("chattering alarms"), ListRecord::By::Operator, kept);
     Q_EMIT minutePassed();

@@ -158,8 +158,7 @@ void LateRecord::takeEvent(EventRow event, const QString &kennung)
     m_live.record.add(event);
     (void)ListReplay(m_tree, m_names, m_attributes).carryOut(event);
     if (event.kind == EventKind::StationRemoved) {
-        m_alarms.forget(event.station, event.at,
-                        QCoreApplication::translate("ktr::StationActions", "the station was removed"));
+        m_alarms.forget(event.station, event.at);
         m_live.record.removeStation(kennung);
     }
 }

@@ -13,11 +13,6 @@ namespace ktr {
 
 namespace {
 
-QString keyOfEntry(const QString &kennung, const QString &entry)
-{
-    return kennung + u'/' + QString::fromLatin1(branches::notifications) + u'/' + entry;
-}
-
 /// What happens to the list itself; a list that is followed has it as it is.
 bool isAboutTheList(EventKind kind)
 {
@@ -222,7 +217,8 @@ Status ListOpener::readTimes(RecordReader &reader)
         const auto name = m_names.constFind(row.station);
         if (row.listed && name != m_names.cend()) {
             const Arrival arrival{row.last, row.acknowledged, static_cast<int>(row.count), row.raised};
-            (void)loader.loadArrival(storedText(keyOfEntry(*name, row.entry)), arrival);
+            (void)loader.loadArrival(storedText(entryKey(*name, branches::notifications, row.entry)),
+                                     arrival);
         }
     });
 }

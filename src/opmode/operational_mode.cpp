@@ -16,8 +16,9 @@ constexpr Milliseconds aMinute{60'000};
 
 const QString operatorSetting = QStringLiteral("operator");
 const QString retentionSetting = QStringLiteral("retention");
-const QString onKey = QStringLiteral("on");
 const QString silenceSetting = QStringLiteral("silentAfter");
+
+namespace member = request_members;
 
 } // namespace
 
@@ -376,7 +377,7 @@ void OperationalMode::setOperator(const QString &name)
     if (!m_joined) {
         m_record.addShift(moment());
     } else if (!isUnwatched()) {
-        m_joined->ask({QLatin1String(requests::shift), {}});
+        m_joined->ask({requests::shift, {}});
     }
 }
 
@@ -390,17 +391,15 @@ void OperationalMode::rename(const QString &kennung, const QString &before)
     } else if (!m_joined->isCarryingOut()) {
         const QString name = m_tree.find(kennung).data(Qt::EditRole).toString();
         m_joined->showName(kennung, before);
-        m_joined->ask(
-            stationRequest(requests::rename, m_record.number(kennung), {{QLatin1String("name"), name}}));
+        m_joined->ask(stationRequest(requests::rename, m_record.number(kennung), {{member::name, name}}));
     }
 }
 
 QString OperationalMode::addStation(const QString &name, const QString &hostAddress, bool online)
 {
-    const QJsonObject about{
-        {QLatin1String("name"), name}, {QLatin1String("address"), hostAddress}, {onKey, online}};
-    return asks({QLatin1String(requests::add), about}) ? m_tree.freeName(name)
-                                                       : m_stationActions.add(name, hostAddress, online);
+    const QJsonObject about{{member::name, name}, {member::address, hostAddress}, {member::on, online}};
+    return asks({requests::add, about}) ? m_tree.freeName(name)
+                                        : m_stationActions.add(name, hostAddress, online);
 }
 
 void OperationalMode::removeStation(const QString &kennung)
@@ -416,15 +415,14 @@ void OperationalMode::setHostAddress(const QString &kennung, const QString &host
         m_stationActions.setHostAddress(kennung, hostAddress);
     } else if (const cStation *shown = station(kennung);
                shown != nullptr && shown->hostAddress() != hostAddress) {
-        asks(stationRequest(requests::address, m_record.number(kennung),
-                            {{QLatin1String("address"), hostAddress}}));
+        asks(stationRequest(requests::address, m_record.number(kennung), {{member::address, hostAddress}}));
         Q_EMIT stationChanged(kennung); // as it is until that is done
     }
 }
 
 void OperationalMode::setOnline(const QString &kennung, bool online)
 {
-    if (asks(stationRequest(requests::online, m_record.number(kennung), {{onKey, online}}))) {
+    if (asks(stationRequest(requests::online, m_record.number(kennung), {{member::on, online}}))) {
         Q_EMIT stationChanged(kennung);
     } else {
         m_stationActions.setOnline(kennung, online);
@@ -433,14 +431,14 @@ void OperationalMode::setOnline(const QString &kennung, bool online)
 
 void OperationalMode::setAllOnline(bool online)
 {
-    if (!asks({QLatin1String(requests::online), {{onKey, online}}})) {
+    if (!asks({requests::online, {{member::on, online}}})) {
         m_stationActions.setAllOnline(online);
     }
 }
 
 void OperationalMode::setExclusive(const QString &kennung, bool exclusive)
 {
-    if (asks(stationRequest(requests::exclusive, m_record.number(kennung), {{onKey, exclusive}}))) {
+    if (asks(stationRequest(requests::exclusive, m_record.number(kennung), {{member::on, exclusive}}))) {
         Q_EMIT stationChanged(kennung);
     } else {
         m_stationActions.setExclusive(kennung, exclusive);
@@ -452,7 +450,7 @@ void OperationalMode::setSchedule(const QString &kennung, const ExclusiveSchedul
     StationAttributes wanted;
     wanted.schedule = schedule;
     if (asks(stationRequest(requests::schedule, m_record.number(kennung),
-                            {{QLatin1String("attributes"), toJson(wanted)}}))) {
+                            {{member::attributes, toJson(wanted)}}))) {
         Q_EMIT stationChanged(kennung);
     } else {
         m_stationActions.setSchedule(kennung, schedule);
@@ -581,11 +579,11 @@ Status OperationalMode::acknowledge(const QModelIndexList &entries)
     for (const QModelIndex &entry : entries) {
         const NodeStore::Id id = StationTree::idOf(entry);
         const qint64 station = m_record.number(textOf(nodes.name(nodes.parent(nodes.parent(id)))));
-        wanted += QJsonObject{{QLatin1String("station"), station},
-                              {QLatin1String("entry"), textOf(nodes.name(id))},
-                              {QLatin1String("raised"), m_tree.arrivals().value(id).raised}};
+        wanted += QJsonObject{{member::station, station},
+                              {member::entry, textOf(nodes.name(id))},
+                              {member::raised, m_tree.arrivals().value(id).raised}};
     }
-    asks({QLatin1String(requests::acknowledge), {{QLatin1String("entries"), wanted}}});
+    asks({requests::acknowledge, {{member::entries, wanted}}});
     return may;
 }
 
@@ -599,7 +597,7 @@ Status OperationalMode::acknowledgeAlarms(const QList<qint64> &alarms)
     for (const qint64 alarm : alarms) {
         wanted += alarm;
     }
-    asks({QLatin1String(requests::acknowledge), {{QLatin1String("alarms"), wanted}}});
+    asks({requests::acknowledge, {{member::alarms, wanted}}});
     return may;
 }
 

@@ -6,7 +6,7 @@
 namespace ktr {
 
 /// What who looks on a list asks of who keeps it, as the record's requests have it: a word, and what it is
-/// about, in JSON.
+/// about, in JSON. Example: "online" about {"station":3,"on":true}.
 struct Request
 {
     QString what{};
@@ -14,29 +14,46 @@ struct Request
     bool operator==(const Request &) const = default;
 };
 
-/// The words. A station is named by its number in the record: its key is another one after each start.
+/// The words, and beside each the members of what it is about.
 namespace requests {
-inline constexpr char acknowledge[] = "acknowledge"; ///< entries (station, entry, raised) and alarms (numbers)
-inline constexpr char comment[] = "comment";         ///< alarms, text
-inline constexpr char shelve[] = "shelve";           ///< alarms, until, why
-inline constexpr char maintain[] = "maintain";       ///< station, until, why
-inline constexpr char unshelve[] = "unshelve";       ///< station, text
-inline constexpr char add[] = "add";                 ///< name, address, on
-inline constexpr char remove[] = "remove";           ///< station
-inline constexpr char rename[] = "rename";           ///< station, name
-inline constexpr char address[] = "address";         ///< station, address
-inline constexpr char online[] = "online";           ///< station, on; without a station all of them
-inline constexpr char exclusive[] = "exclusive";     ///< station, on
-inline constexpr char schedule[] = "schedule";       ///< station, attributes
-inline constexpr char values[] = "values";           ///< station
-inline constexpr char shift[] = "shift";             ///< nothing: whoever asks is on duty now
+inline constexpr QLatin1String acknowledge("acknowledge"); ///< entries (station, entry, raised), alarms
+inline constexpr QLatin1String comment("comment");         ///< alarms, text
+inline constexpr QLatin1String shelve("shelve");           ///< alarms, until, why
+inline constexpr QLatin1String maintain("maintain");       ///< station, until, why
+inline constexpr QLatin1String unshelve("unshelve");       ///< station, text
+inline constexpr QLatin1String add("add");                 ///< name, address, on
+inline constexpr QLatin1String remove("remove");           ///< station
+inline constexpr QLatin1String rename("rename");           ///< station, name
+inline constexpr QLatin1String address("address");         ///< station, address
+inline constexpr QLatin1String online("online");           ///< station, on; without a station all of them
+inline constexpr QLatin1String exclusive("exclusive");     ///< station, on
+inline constexpr QLatin1String schedule("schedule");       ///< station, attributes
+inline constexpr QLatin1String values("values");           ///< station
+inline constexpr QLatin1String shift("shift");             ///< nothing: whoever asks is on duty now
 } // namespace requests
 
+/// The members.
+namespace request_members {
+inline constexpr QLatin1String
+    station("station"); ///< its number in the record: its key changes at each start
+inline constexpr QLatin1String name("name");
+inline constexpr QLatin1String address("address");
+inline constexpr QLatin1String on("on");
+inline constexpr QLatin1String attributes("attributes"); ///< a text, as the table of stations has it
+inline constexpr QLatin1String alarms("alarms");         ///< numbers
+inline constexpr QLatin1String entries("entries");       ///< of the tree's notifications
+inline constexpr QLatin1String entry("entry");           ///< its key under the notifications
+inline constexpr QLatin1String raised("raised");         ///< when it became red; times are ms since 1970, UTC
+inline constexpr QLatin1String until("until");
+inline constexpr QLatin1String text("text");
+inline constexpr QLatin1String why("why");
+} // namespace request_members
+
 /// A request about a station, by its number in the record.
-inline Request stationRequest(const char *what, qint64 station, QJsonObject about = {})
+inline Request stationRequest(QLatin1String what, qint64 station, QJsonObject about = {})
 {
-    about[QLatin1String("station")] = station;
-    return {QString::fromLatin1(what), about};
+    about[request_members::station] = station;
+    return {what, about};
 }
 
 } // namespace ktr

@@ -3,34 +3,21 @@
 #include "opmode/keeping/list_replay.h"
 #include "opmode/request_sender.h"
 #include "opmode/tree/notifications.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
+#include "record/json_text.h"
 
 namespace ktr {
 
 namespace {
 
-const QString stationMember = QStringLiteral("station");
-const QString textMember = QStringLiteral("text");
-const QString untilMember = QStringLiteral("until");
-const QString whyMember = QStringLiteral("why");
-const QString nameKey = QStringLiteral("name");
-const QString addressKey = QStringLiteral("address");
-const QString onMember = QStringLiteral("on");
+namespace member = request_members;
 
 QList<qint64> alarmsOf(const QJsonObject &about)
 {
     QList<qint64> alarms;
-    for (const auto &alarm : about[QLatin1String("alarms")].toArray()) {
+    for (const auto &alarm : about[member::alarms].toArray()) {
         alarms += alarm.toInteger();
     }
     return alarms;
-}
-
-bool is(const QString &what, const char *word)
-{
-    return what == QLatin1String(word);
 }
 
 } // namespace
@@ -100,20 +87,20 @@ Status RequestDesk::carryOut(const RequestRow &row)
 {
     const QString before = m_parts.record.operatorName();
     m_parts.record.setOperator(row.operatorName);
-    Status done = carryOut(row.what, QJsonDocument::fromJson(row.detail.toUtf8()).object());
+    Status done = carryOut(row.what, jsonOf(row.detail).object());
     m_parts.record.setOperator(before);
     return done;
 }
 
 Status RequestDesk::carryOut(const QString &what, const QJsonObject &about)
 {
-    if (is(what, requests::acknowledge)) {
+    if (what == requests::acknowledge) {
         return acknowledge(about);
     }
-    if (is(what, requests::add)) {
+    if (what == requests::add) {
         return add(about);
     }
-    if (is(what, requests::shift)) {
+    if (what == requests::shift) {
         m_parts.record.addShift(m_parts.moment());
         return Status::done();
     }
@@ -131,15 +118,15 @@ Status RequestDesk::acknowledge(const QJsonObject &about)
 {
     QModelIndexList entries;
     qsizetype changed = 0;
-    const QJsonArray wanted = about[QLatin1String("entries")].toArray();
+    const QJsonArray wanted = about[member::entries].toArray();
     for (const auto &value : wanted) {
         const QJsonObject entry = value.toObject();
-        const QString branch = m_parts.record.kennung(entry[stationMember].toInteger()) + u'/' +
-                               QString::fromLatin1(branches::notifications) + u'/';
-        const QModelIndex found = m_parts.tree.find(branch + entry[QLatin1String("entry")].toString());
+        const QString kennung = m_parts.record.kennung(entry[member::station].toInteger());
+        const QModelIndex found =
+            m_parts.tree.find(entryKey(kennung, branches::notifications, entry[member::entry].toString()));
         const bool isSame =
             found.isValid() && m_parts.tree.arrivals().value(StationTree::idOf(found)).raised ==
-                                   entry[QLatin1String("raised")].toInteger();
+                                   entry[member::raised].toInteger();
         if (isSame) {
             entries += found;
         } else {
@@ -157,17 +144,17 @@ Status RequestDesk::acknowledge(const QJsonObject &about)
 
 Status RequestDesk::onAlarms(const QString &what, const QJsonObject &about, bool &isKnown)
 {
-    const qint64 station = about[stationMember].toInteger();
-    const qint64 until = about[untilMember].toInteger();
-    const QString why = about[whyMember].toString();
-    if (is(what, requests::comment)) {
-        m_alarmActions.comment(alarmsOf(about), about[textMember].toString());
-    } else if (is(what, requests::shelve)) {
+    const qint64 station = about[member::station].toInteger();
+    const qint64 until = about[member::until].toInteger();
+    const QString why = about[member::why].toString();
+    if (what == requests::comment) {
+        m_alarmActions.comment(alarmsOf(about), about[member::text].toString());
+    } else if (what == requests::shelve) {
         m_alarmActions.shelve(alarmsOf(about), until, why);
-    } else if (is(what, requests::maintain)) {
+    } else if (what == requests::maintain) {
         m_alarmActions.shelveStation(station, until, why);
-    } else if (is(what, requests::unshelve)) {
-        m_alarmActions.unshelve(station, about[textMember].toString());
+    } else if (what == requests::unshelve) {
+        m_alarmActions.unshelve(station, about[member::text].toString());
     } else {
         isKnown = false;
     }
@@ -176,38 +163,38 @@ Status RequestDesk::onAlarms(const QString &what, const QJsonObject &about, bool
 
 Status RequestDesk::add(const QJsonObject &about)
 {
-    const QString kennung =
-        m_stationActions.add(about[nameKey].toString(), about[addressKey].toString(), about[onMember].toBool());
+    const QString kennung = m_stationActions.add(
+        about[member::name].toString(), about[member::address].toString(), about[member::on].toBool());
     return kennung.isEmpty() ? Status::failed(tr("no station can be called that")) : Status::done();
 }
 
 Status RequestDesk::onStation(const QString &what, const QJsonObject &about, bool &isKnown)
 {
-    const QString kennung = m_parts.record.kennung(about[stationMember].toInteger());
-    const bool on = about[onMember].toBool();
-    if (is(what, requests::online) && !about.contains(stationMember)) {
+    const QString kennung = m_parts.record.kennung(about[member::station].toInteger());
+    const bool on = about[member::on].toBool();
+    if (what == requests::online && !about.contains(member::station)) {
         m_stationActions.setAllOnline(on);
         return Status::done();
     }
     if (m_parts.stations.Item(kennung) == nullptr) {
         return Status::failed(tr("the station is no longer in the list"));
     }
-    if (is(what, requests::online)) {
+    if (what == requests::online) {
         m_stationActions.setOnline(kennung, on);
-    } else if (is(what, requests::exclusive)) {
+    } else if (what == requests::exclusive) {
         m_stationActions.setExclusive(kennung, on);
-    } else if (is(what, requests::schedule)) {
-        m_stationActions.setSchedule(
-            kennung, stationAttributes(about[QLatin1String("attributes")].toString()).schedule);
-    } else if (is(what, requests::address)) {
-        m_stationActions.setHostAddress(kennung, about[addressKey].toString());
-    } else if (is(what, requests::remove)) {
+    } else if (what == requests::schedule) {
+        m_stationActions.setSchedule(kennung,
+                                     stationAttributes(about[member::attributes].toString()).schedule);
+    } else if (what == requests::address) {
+        m_stationActions.setHostAddress(kennung, about[member::address].toString());
+    } else if (what == requests::remove) {
         m_stationActions.remove(kennung);
-    } else if (is(what, requests::rename)) {
-        return m_parts.tree.setData(m_parts.tree.find(kennung), about[nameKey].toString())
+    } else if (what == requests::rename) {
+        return m_parts.tree.setData(m_parts.tree.find(kennung), about[member::name].toString())
                    ? Status::done()
                    : Status::failed(tr("no station can be called that"));
-    } else if (is(what, requests::values)) {
+    } else if (what == requests::values) {
         return m_stationActions.requestValues(kennung)
                    ? Status::done()
                    : Status::failed(tr("%1 has a text to deliver already").arg(kennung));

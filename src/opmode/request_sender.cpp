@@ -1,6 +1,6 @@
 #include "opmode/request_sender.h"
 
-#include <QJsonDocument>
+#include "record/json_text.h"
 
 namespace ktr {
 
@@ -11,8 +11,7 @@ RequestSender::RequestSender(const QString &recordPath, const Environment &envir
 void RequestSender::send(const Request &request, const QString &operatorName)
 {
     const qint64 now = m_environment.now().toMSecsSinceEpoch();
-    m_writer.write({0, now, operatorName, request.what,
-                    QString::fromUtf8(QJsonDocument(request.about).toJson(QJsonDocument::Compact))},
+    m_writer.write({0, now, operatorName, request.what, jsonText(request.about)},
                    [this, now](const Status &written, qint64 id) {
                        if (written) {
                            m_sent.push_back({id, now});

@@ -4,9 +4,6 @@
 #include "link/udp_pair.h"
 #include "opmode/keeping/list_replay.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
-
 namespace ktr {
 
 namespace {
@@ -90,7 +87,7 @@ void StationActions::remove(const QString &kennung)
     m_parts.record.add(row);
     m_parts.record.add(EventKind::StationRemoved, kennung, m_parts.moment(), row.name,
                        ListRecord::By::Operator);
-    m_parts.alarms.forget(row.id, m_parts.moment(), tr("the station was removed"));
+    m_parts.alarms.forget(row.id, m_parts.moment());
     m_parts.tree.remove(m_parts.tree.find(kennung));
     m_parts.record.removeStation(kennung);
 }
@@ -99,10 +96,8 @@ void StationActions::keepName(const QString &kennung, const QString &before)
 {
     const StationRow row = rowOf(kennung);
     m_parts.record.add(row);
-    const QJsonObject detail{{QLatin1String("before"), before}};
     m_parts.record.add(EventKind::StationRenamed, kennung, m_parts.moment(), row.name,
-                       ListRecord::By::Operator,
-                       QString::fromUtf8(QJsonDocument(detail).toJson(QJsonDocument::Compact)));
+                       ListRecord::By::Operator, renamingDetail(before));
 }
 
 void StationActions::setHostAddress(const QString &kennung, const QString &hostAddress)

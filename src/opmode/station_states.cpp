@@ -2,9 +2,7 @@
 
 #include "link/conversation_log.h"
 #include "opmode/station/station_messages.h"
-
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "record/json_text.h"
 
 namespace ktr {
 
@@ -29,7 +27,7 @@ QString textOfLoss(StationChange what, const DatagramLoss &loss)
 
 DatagramLoss lossOf(const EventRow &event)
 {
-    const QJsonObject detail = QJsonDocument::fromJson(event.detail.toUtf8()).object();
+    const QJsonObject detail = jsonOf(event.detail).object();
     return {detail[droppedMember].toInteger(), detail[floodMember].toBool(), detail[overMember].toBool()};
 }
 
@@ -86,7 +84,7 @@ std::optional<EventRow> StationStates::news(const cStation &station, StationChan
         const DatagramLoss &loss = *station.loss();
         const QJsonObject detail{
             {droppedMember, loss.dropped}, {floodMember, loss.isFlood}, {overMember, loss.isOver}};
-        event.detail = QString::fromUtf8(QJsonDocument(detail).toJson(QJsonDocument::Compact));
+        event.detail = jsonText(detail);
         return event;
     }
     if (event.kind == EventKind::Quality || event.kind == EventKind::Puk) { // told with each report

@@ -3,9 +3,7 @@
 #include "opmode/tree/history_entry_text.h"
 #include "opmode/tree/node_texts.h"
 #include "platform/module_minutes.h"
-
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "record/json_text.h"
 
 #include <algorithm>
 #include <array>
@@ -38,12 +36,12 @@ QString toJson(const RetentionRules &rules)
     for (const Member &member : members) {
         object[member.name] = rules.*member.days;
     }
-    return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    return jsonText(object);
 }
 
 RetentionRules retentionRules(const QString &json)
 {
-    const QJsonObject object = QJsonDocument::fromJson(json.toUtf8()).object();
+    const QJsonObject object = jsonOf(json).object();
     RetentionRules rules;
     for (const Member &member : members) {
         rules.*member.days = std::max(0, object[member.name].toInt());

@@ -1,7 +1,6 @@
 #include "record/row_writing.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
+#include "record/json_text.h"
 
 namespace ktr {
 
@@ -89,8 +88,7 @@ bool RowWriting::put(const NotificationRow &row)
 
 bool RowWriting::put(const AlarmRow &row)
 {
-    const QString recipients = QString::fromUtf8(
-        QJsonDocument(QJsonArray::fromStringList(row.recipients)).toJson(QJsonDocument::Compact));
+    const QString recipients = jsonText(QJsonArray::fromStringList(row.recipients));
     return carryOut(
         3,
         "INSERT OR REPLACE INTO alarm(id, station, kind, text, priority, first, last, count,"

@@ -79,7 +79,7 @@ private Q_SLOTS:
         QCOMPARE(m_centre->first()->message, "3 fail");
         QCOMPARE(m_centre->latest()->message, "1 fail");
         const auto told = m_news.size();
-        m_book->forget(1, m_now, {});
+        m_book->forget(1, m_now);
         m_timers.advance(Milliseconds(1000));
         QCOMPARE(m_centre->unacknowledged(), 0);
         QVERIFY(!m_centre->first());

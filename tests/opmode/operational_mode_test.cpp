@@ -1065,10 +1065,9 @@ private Q_SLOTS:
         int written = 0;
         const auto count = [&](const Status &status, qint64) { written += status ? 1 : 100; };
         const QString aboutS = QStringLiteral(R"({"station":1})");
-        for (const RequestRow &row :
-             {RequestRow{0, now - 60'000, {}, QLatin1String(requests::remove), aboutS},
-              RequestRow{0, now, {}, QStringLiteral("§88"), aboutS},
-              RequestRow{0, now, {}, QLatin1String(requests::acknowledge), QStringLiteral("{]")}}) {
+        for (const RequestRow &row : {RequestRow{0, now - 60'000, {}, requests::remove, aboutS},
+                                      RequestRow{0, now, {}, QStringLiteral("§88"), aboutS},
+                                      RequestRow{0, now, {}, requests::acknowledge, QStringLiteral("{]")}}) {
             writer.write(row, count);
         }
         QTRY_COMPARE(written, 3);

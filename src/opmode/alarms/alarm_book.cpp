@@ -300,7 +300,7 @@ qint64 AlarmBook::unshelveUntil(qint64 now)
     return next;
 }
 
-void AlarmBook::forget(qint64 station, qint64 at, const QString &why)
+void AlarmBook::forget(qint64 station, qint64 at)
 {
     QList<qint64> alarms;
     for (const auto &[id, alarm] : m_standing) {
@@ -309,7 +309,7 @@ void AlarmBook::forget(qint64 station, qint64 at, const QString &why)
         }
     }
     for (const qint64 id : alarms) {
-        finish(id, at, why);
+        finish(id, at, tr("the station was removed"));
     }
     acknowledge(alarms, at, {});
     if (m_shelves.removeIf([&](const Shelf &shelf) { return shelf.station == station; }) > 0) {

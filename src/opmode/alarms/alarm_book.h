@@ -67,8 +67,8 @@ public:
     const QList<Shelf> &shelves() const { return m_shelves; }
     /// What puts an alarm aside; null for nothing.
     const Shelf *shelfOf(const AlarmRow &alarm) const;
-    /// The station has left the list.
-    void forget(qint64 station, qint64 at, const QString &why);
+    /// The station has left the list, which ends its alarms and acknowledges them.
+    void forget(qint64 station, qint64 at);
 
     const std::map<qint64, AlarmRow> &standing() const { return m_standing; }
     /// Null when it stands no longer.

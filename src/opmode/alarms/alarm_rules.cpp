@@ -1,8 +1,6 @@
 #include "opmode/alarms/alarm_rules.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "record/json_text.h"
 
 #include <algorithm>
 
@@ -80,12 +78,12 @@ QString AlarmRules::toJson() const
                                  {QStringLiteral("sounds"), rule.sounds},
                                  {QStringLiteral("ending"), rule.ending}});
     }
-    return QString::fromUtf8(QJsonDocument(rules).toJson(QJsonDocument::Compact));
+    return jsonText(rules);
 }
 
 std::optional<AlarmRules> AlarmRules::fromJson(const QString &json)
 {
-    const QJsonDocument document = QJsonDocument::fromJson(json.toUtf8());
+    const QJsonDocument document = jsonOf(json);
     if (!document.isArray()) {
         return std::nullopt;
     }

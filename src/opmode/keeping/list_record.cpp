@@ -3,18 +3,19 @@
 #include "platform/environment.h"
 #include "platform/overloaded.h"
 #include "platform/text_rules.h"
+#include "record/json_text.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 #include <algorithm>
 
 namespace ktr {
 
 namespace {
+
+const QLatin1String beforeMember("before");
 
 /// The moments of "DD.MM.YYYY HH:MM", wall time as the module's clock shows it. A report has several records
 /// of an hour, which is looked up once. The texts must outlive it.
@@ -240,7 +241,12 @@ QStringList damageTold(const QString &path, const OpenedRecord &opened)
 
 QString nameBefore(const EventRow &renaming)
 {
-    return QJsonDocument::fromJson(renaming.detail.toUtf8()).object()[QLatin1String("before")].toString();
+    return jsonOf(renaming.detail).object()[beforeMember].toString();
+}
+
+QString renamingDetail(const QString &before)
+{
+    return jsonText(QJsonObject{{beforeMember, before}});
 }
 
 QString keeperSetting()

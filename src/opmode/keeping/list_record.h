@@ -102,8 +102,9 @@ private:
     QHash<QString, QString> m_settings;
 };
 
-/// What the station of a renaming was called before it.
+/// What the station of a renaming was called before it, and what the event holds so that it tells that.
 QString nameBefore(const EventRow &renaming);
+QString renamingDetail(const QString &before);
 
 /// What became of a record that was damaged, removed or replaced, a line each; none where it was not.
 QStringList damageTold(const QString &path, const OpenedRecord &opened);

@@ -1,9 +1,7 @@
 #include "opmode/keeping/list_replay.h"
 
 #include "opmode/tree/acknowledgement.h"
-
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "record/json_text.h"
 
 namespace ktr {
 
@@ -26,12 +24,12 @@ QString toJson(const StationAttributes &attributes)
         {exclusiveMember, attributes.exclusiveMode}, {dayOnMember, attributes.schedule.dayOn},
         {hourOnMember, attributes.schedule.hourOn},  {dayOffMember, attributes.schedule.dayOff},
         {hourOffMember, attributes.schedule.hourOff}};
-    return QString::fromUtf8(QJsonDocument(members).toJson(QJsonDocument::Compact));
+    return jsonText(members);
 }
 
 StationAttributes stationAttributes(const QString &json)
 {
-    const QJsonObject members = QJsonDocument::fromJson(json.toUtf8()).object();
+    const QJsonObject members = jsonOf(json).object();
     return {members[exclusiveMember].toBool(),
             {members[hourOnMember].toString(), members[dayOnMember].toInt(),
              members[hourOffMember].toString(), members[dayOffMember].toInt()},
@@ -78,8 +76,7 @@ bool ListReplay::carryOut(const EventRow &event)
 
 bool ListReplay::acknowledge(const QString &kennung, const EventRow &event)
 {
-    const QString branch = kennung + u'/' + QString::fromLatin1(branches::notifications) + u'/';
-    const QModelIndex entry = m_tree.find(branch + event.text);
+    const QModelIndex entry = m_tree.find(entryKey(kennung, branches::notifications, event.text));
     if (!entry.isValid()) {
         return false;
     }

@@ -49,9 +49,9 @@ ExportEntries::ExportEntries(const StationTree &tree, ExportChoice choice)
 bool ExportEntries::walk(int atMost, const std::function<void(const ExportEntry &)> &take)
 {
     const auto branch =
-        m_choice.kind == ExportChoice::Kind::History ? QLatin1String("/history") : QLatin1String("/meldung");
+        m_choice.kind == ExportChoice::Kind::History ? branches::history : branches::notifications;
     for (; m_station < m_choice.stations.size(); ++m_station, m_row = 0) {
-        const QModelIndex parent = m_tree.find(m_choice.stations[m_station] + branch);
+        const QModelIndex parent = m_tree.find(branchKey(m_choice.stations[m_station], branch));
         const QString station = parent.parent().data(Qt::EditRole).toString();
         for (const int rows = parent.isValid() ? m_tree.rowCount(parent) : 0; m_row < rows; ++m_row) {
             if (atMost-- <= 0) {

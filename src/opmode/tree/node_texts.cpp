@@ -69,4 +69,14 @@ QString channelCaption(int channel)
                                                    : QString();
 }
 
+QString branchKey(const QString &kennung, std::string_view branch)
+{
+    return kennung + u'/' + textOf(branch);
+}
+
+QString entryKey(const QString &kennung, std::string_view branch, const QString &entry)
+{
+    return branchKey(kennung, branch) + u'/' + entry;
+}
+
 } // namespace ktr

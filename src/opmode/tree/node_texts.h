@@ -30,4 +30,8 @@ std::string storedText(const QString &text);
 /// The text that is stored as these bytes. A byte-order mark that it begins with belongs to it.
 QString textOf(std::string_view stored);
 
+/// The key of a station's branch, one of `branches`, and that of an entry under it, from its last part.
+QString branchKey(const QString &kennung, std::string_view branch);
+QString entryKey(const QString &kennung, std::string_view branch, const QString &entry);
+
 } // namespace ktr

@@ -223,7 +223,7 @@ ValueTile::Content ValuesPage::contentOf(int channel) const
 /// The node says it: "IP (HH:MM DD.MM.YYYY)".
 void ValuesPage::showReportTime()
 {
-    const QString line = mode().tree().find(kennung() + QLatin1String("/ip")).data().toString();
+    const QString line = mode().tree().find(branchKey(kennung(), branches::inputValues)).data().toString();
     const qsizetype open = line.lastIndexOf(u'(');
     const QString time =
         open >= 0 && line.endsWith(u')') ? line.sliced(open + 1).chopped(1).trimmed() : QString();

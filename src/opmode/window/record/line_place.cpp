@@ -17,8 +17,7 @@ QModelIndex entryOf(const EventRow &event, const QString &kennung, const Operati
     const StationMessage message =
         event.kind == EventKind::Notification ? interpretStationMessage(event.text) : NoStationMessage();
     if (const auto *notification = std::get_if<NotificationMessage>(&message)) {
-        return mode.tree().find(kennung + u'/' + QString::fromLatin1(branches::notifications) + u'/' +
-                                notification->entry.key);
+        return mode.tree().find(entryKey(kennung, branches::notifications, notification->entry.key));
     }
     const AlarmRow *alarm = mode.alarms().alarm(event.alarm);
     return alarm == nullptr ? QModelIndex() : firstOf(mode.entriesOf(*alarm));
