@@ -1,13 +1,10 @@
 #include "opmode/watch_alarms.h"
 
+#include "platform/time_texts.h"
+
 namespace ktr {
 
 namespace {
-
-QString shownTime(qint64 at)
-{
-    return QDateTime::fromMSecsSinceEpoch(at).toString(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
-}
 
 constexpr int ticksOf(Milliseconds time)
 {
@@ -223,7 +220,8 @@ void WatchAlarms::beginListTrouble(const QString &what)
 
 void WatchAlarms::tellUnwatched(qint64 from, qint64 to, const QString &why)
 {
-    tell(AlarmKind::Watcher, tr("%1: nobody watched from %2 to %3").arg(why, shownTime(from), shownTime(to)),
+    tell(AlarmKind::Watcher,
+         tr("%1: nobody watched from %2 to %3").arg(why, wallClockText(from), wallClockText(to)),
          AlarmPriority::High);
 }
 

@@ -15,4 +15,12 @@ inline qint64 moduleMinutes(const QDate &day, int hour, int minute)
     return days * minutesPerDay + qint64{hour} * 60 + minute;
 }
 
+/// The seconds since 1970 at a minute of the module's clock, taken for UTC, which has every hour of every
+/// day.
+constexpr qint64 secondsAtModuleMinute(qint64 minute)
+{
+    constexpr qint64 firstModuleSecond = 946'684'800;
+    return firstModuleSecond + minute * 60;
+}
+
 } // namespace ktr

@@ -2,8 +2,8 @@
 
 #include "look/icons.h"
 #include "look/palettes.h"
+#include "platform/time_texts.h"
 
-#include <QDateTime>
 #include <QPainter>
 #include <QPainterPath>
 
@@ -61,9 +61,7 @@ QIcon muteIcon(const QColor &colour)
 
 QString shownMoment(qint64 moment)
 {
-    return moment == 0
-               ? QStringLiteral("—")
-               : QDateTime::fromMSecsSinceEpoch(moment).toString(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
+    return moment == 0 ? QStringLiteral("—") : wallClockText(moment);
 }
 
 } // namespace ktr

@@ -1,6 +1,7 @@
 #include "opmode/window/export_dialog.h"
 
 #include "lang/text_table.h"
+#include "look/field_width.h"
 #include "look/problem_label.h"
 #include "opmode/tree/station_tree.h"
 #include "opmode/window/station_picker.h"
@@ -134,8 +135,7 @@ QDateTimeEdit *ExportDialog::timeField(const char *name, const QString &accessib
     field->setObjectName(QLatin1String(name));
     field->setAccessibleName(accessible);
     field->setToolTip(tr("Day, month, year, hour and minute; this minute is included"));
-    field->setDisplayFormat(QStringLiteral("dd.MM.yyyy HH:mm"));
-    field->setCalendarPopup(true);
+    setUpMinuteField(*field);
     connect(field, &QDateTimeEdit::dateTimeChanged, this, &ExportDialog::choiceChanged);
     return field;
 }

@@ -1,6 +1,7 @@
 #include "opmode/window/alarms/shelve_dialog.h"
 
 #include "lang/text_table.h"
+#include "look/field_width.h"
 #include "look/problem_label.h"
 
 #include <QComboBox>
@@ -46,8 +47,7 @@ ShelveDialog::ShelveDialog(const TextTable &texts, qint64 now, int alarms, int s
     m_end->setObjectName(QStringLiteral("Combo_shelve_end"));
     m_end->addItems({tr("for 1 hour"), tr("for 8 hours"), tr("for 24 hours"), tr("until ...")});
     m_until->setObjectName(QStringLiteral("Date_shelve_until"));
-    m_until->setDisplayFormat(QStringLiteral("dd.MM.yyyy HH:mm"));
-    m_until->setCalendarPopup(true);
+    setUpMinuteField(*m_until);
     m_until->setAccessibleName(tr("until ..."));
     m_why->setObjectName(QStringLiteral("Text_shelve_why"));
     m_problem->setObjectName(QStringLiteral("Label_shelve_problem"));

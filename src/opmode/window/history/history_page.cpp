@@ -5,6 +5,8 @@
 #include "opmode/window/history/history_table_model.h"
 #include "opmode/window/history/series_style.h"
 #include "platform/files.h"
+#include "platform/module_minutes.h"
+#include "platform/time_texts.h"
 
 #include <QAction>
 #include <QBuffer>
@@ -29,12 +31,10 @@ namespace {
 
 constexpr int shownAtFirst = 6; ///< more curves at once are hard to read
 constexpr QSize sampleSize(30, 14);
-constexpr qint64 secondsTo2000 = 946'684'800;
 
 QString minuteText(qint32 minute)
 {
-    return QDateTime::fromSecsSinceEpoch(secondsTo2000 + qint64(minute) * 60, Qt::UTC)
-        .toString(QStringLiteral("dd.MM.yyyy HH:mm"));
+    return QDateTime::fromSecsSinceEpoch(secondsAtModuleMinute(minute), Qt::UTC).toString(shownMinuteForm);
 }
 
 /// Draws an entry of another form over the whole row.
@@ -263,7 +263,7 @@ void HistoryPage::load()
 {
     m_isLoaded = true;
     m_model->show(station() == nullptr ? QModelIndex()
-                                       : mode().tree().find(kennung() + QLatin1String("/history")));
+                                       : mode().tree().find(branchKey(kennung(), branches::history)));
 }
 
 void HistoryPage::showAll()
@@ -314,7 +314,7 @@ void HistoryPage::drawFrom(std::size_t first)
     for (std::size_t at = first; at < entries.size(); ++at) {
         const EntryFigures &entry = entries[at];
         if (entry.hasTime && entry.hasValue && entry.input >= 1 && entry.input <= channelCount) {
-            points.append({entry.input, secondsTo2000 + qint64(entry.minute) * 60, entry.value});
+            points.append({entry.input, secondsAtModuleMinute(entry.minute), entry.value});
         }
     }
     if (!points.isEmpty()) {

@@ -5,6 +5,7 @@
 #include "opmode/window/history/history_canvas.h"
 #include "opmode/window/history/history_picture.h"
 #include "platform/text_rules.h"
+#include "platform/time_texts.h"
 
 namespace ktr {
 
@@ -14,8 +15,7 @@ constexpr int cardMargin = 8;
 
 QString shownTime(double seconds)
 {
-    return QDateTime::fromSecsSinceEpoch(qRound64(seconds), Qt::UTC)
-        .toString(QStringLiteral("dd.MM.yyyy HH:mm"));
+    return QDateTime::fromSecsSinceEpoch(qRound64(seconds), Qt::UTC).toString(shownMinuteForm);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "opmode/window/record/find_page.h"
 
+#include "look/field_width.h"
 #include "look/list_views.h"
 #include "look/problem_label.h"
 #include "opmode/window/record/record_export.h"
@@ -64,12 +65,6 @@ QString chosenOperator(const QComboBox &box)
 
 } // namespace
 
-int dateFieldWidth(const QWidget &field)
-{
-    constexpr int frameAndButton = 60;
-    return field.fontMetrics().horizontalAdvance(u"00.00.0000 00:00"_s) + frameAndButton;
-}
-
 FindPage::FindPage(RecordQueries &queries, QString recordPath, Services services, QWidget *parent)
     : QWidget(parent),
       m_services(std::move(services)),
@@ -109,9 +104,7 @@ FindPage::~FindPage() = default;
 QDateTimeEdit *FindPage::timeField(const char *name)
 {
     auto *field = named<QDateTimeEdit>(QLatin1String(name), this);
-    field->setDisplayFormat(QStringLiteral("dd.MM.yyyy HH:mm"));
-    field->setCalendarPopup(true);
-    field->setMinimumWidth(dateFieldWidth(*field));
+    setUpMinuteField(*field);
     return field;
 }
 

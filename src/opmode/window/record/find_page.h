@@ -21,9 +21,6 @@ namespace ktr {
 class ProblemLabel;
 class RecordExport;
 
-/// The least width of a field for day, month, year, hour and minute.
-int dateFieldWidth(const QWidget &field);
-
 /// Searches the record for events or alarms, lists and exports what it finds.
 class FindPage : public QWidget
 {

@@ -1,5 +1,6 @@
 #include "opmode/window/record/report_page.h"
 
+#include "look/field_width.h"
 #include "look/problem_label.h"
 #include "opmode/operational_mode.h"
 #include "platform/files.h"
@@ -55,9 +56,7 @@ ReportPage::ReportPage(ReportKind kind, OperationalMode &mode, RecordQueries &qu
     m_operators->setRange(1, mostOperators);
     m_operatorsLabel->setBuddy(m_operators);
     for (QDateTimeEdit *field : {m_from, m_to}) {
-        field->setDisplayFormat(QStringLiteral("dd.MM.yyyy HH:mm"));
-        field->setCalendarPopup(true);
-        field->setMinimumWidth(dateFieldWidth(*field));
+        setUpMinuteField(*field);
         field->hide();
         connect(field, &QDateTimeEdit::editingFinished, this, &ReportPage::read);
     }
