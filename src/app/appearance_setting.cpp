@@ -8,7 +8,6 @@ namespace ktr {
 
 namespace {
 
-const QString appearanceSection = QStringLiteral("Window");
 const QString appearanceKey = QStringLiteral("appearance");
 
 constexpr std::array names = {QLatin1StringView("system"), QLatin1StringView("light"),
@@ -18,14 +17,15 @@ constexpr std::array names = {QLatin1StringView("system"), QLatin1StringView("li
 
 Appearance appearanceSetting()
 {
-    const QString name = SettingsStore().GetSetting(settingsOwner, appearanceSection, appearanceKey);
+    const QString name =
+        SettingsStore().GetSetting(settingsOwner, settings_sections::mainWindow, appearanceKey);
     const auto found = std::ranges::find(names, name);
     return found == names.end() ? Appearance::System : static_cast<Appearance>(found - names.begin());
 }
 
 void setAppearanceSetting(Appearance appearance)
 {
-    SettingsStore().SaveSetting(settingsOwner, appearanceSection, appearanceKey,
+    SettingsStore().SaveSetting(settingsOwner, settings_sections::mainWindow, appearanceKey,
                                 names[static_cast<std::size_t>(appearance)]);
 }
 

@@ -14,7 +14,6 @@ namespace ktr {
 
 namespace {
 
-const QString startSection = QStringLiteral("Startup");
 const QString fileNameKey = QStringLiteral("filename");
 const QString configurationFilter = QStringLiteral("*.xml|*.xml");
 
@@ -298,12 +297,13 @@ void FileCommands::openKept(const KeptEdits::Copy &copy)
 
 QString FileCommands::lastFileName()
 {
-    return SettingsStore().GetSetting(settingsOwner, startSection, fileNameKey);
+    return SettingsStore().GetSetting(settingsOwner, settings_sections::startup, fileNameKey);
 }
 
 void FileCommands::keepFileName() const
 {
-    SettingsStore().SaveSetting(settingsOwner, startSection, fileNameKey, m_document.fileName());
+    SettingsStore().SaveSetting(settingsOwner, settings_sections::startup, fileNameKey,
+                                m_document.fileName());
 }
 
 } // namespace ktr

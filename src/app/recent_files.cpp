@@ -4,8 +4,6 @@ namespace ktr {
 
 namespace {
 
-const QString recentSection = QStringLiteral("Recent");
-
 QString recentKey(int index)
 {
     return QStringLiteral("file%1").arg(index);
@@ -16,7 +14,8 @@ QString recentKey(int index)
 RecentFiles::RecentFiles()
 {
     for (int index = 0; index < longest; ++index) {
-        const QString name = m_store.GetSetting(settingsOwner, recentSection, recentKey(index));
+        const QString name =
+            m_store.GetSetting(settingsOwner, settings_sections::recentFiles, recentKey(index));
         if (!name.isEmpty() && !m_names.contains(name)) {
             m_names += name;
         }
@@ -35,7 +34,7 @@ bool RecentFiles::add(const QString &fileName)
     for (int index = 0; index < longest; ++index) {
         entries.emplace_back(recentKey(index), m_names.value(index));
     }
-    return m_store.SaveSettings(settingsOwner, recentSection, entries);
+    return m_store.SaveSettings(settingsOwner, settings_sections::recentFiles, entries);
 }
 
 } // namespace ktr

@@ -14,11 +14,6 @@ constexpr qint64 longestFile = qint64{64} << 20;
 const QString konfiguration = QStringLiteral("Konfiguration");
 const QString versionElement = QStringLiteral("Version");
 
-QString holidayElement(int index)
-{
-    return u"Feiertag" + QString::number(index);
-}
-
 using Attributes = QList<std::pair<QString, QString>>;
 
 void writeVersion(XmlWriter &xml, const Configuration &configuration, const Environment &environment)
@@ -36,7 +31,7 @@ void writeVersion(XmlWriter &xml, const Configuration &configuration, const Envi
 void writeHolidays(XmlWriter &xml, const HolidayList &holidays)
 {
     for (int index = 0; index < HolidayList::capacity; ++index) {
-        xml.textElement(holidayElement(index), holidays.lines().value(index));
+        xml.textElement(HolidayList::elementName(index), holidays.lines().value(index));
     }
 }
 
@@ -124,8 +119,8 @@ ReadReport readConfiguration(const QByteArray &document, Configuration &configur
 
     configuration.holidays.clear();
     for (int index = 0; index < HolidayList::capacity; ++index) {
-        isFound = isFound || xml.has(holidayElement(index));
-        configuration.holidays.append(xml.text(holidayElement(index)));
+        isFound = isFound || xml.has(HolidayList::elementName(index));
+        configuration.holidays.append(xml.text(HolidayList::elementName(index)));
     }
     configuration.versionText = xml.attribute(versionElement, versionElement);
     report.isConfiguration = isFound;

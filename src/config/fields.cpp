@@ -595,7 +595,7 @@ QStringList differences(const Configuration &expected, const Configuration &foun
         }
     });
     for (int index = 0; index < HolidayList::capacity; ++index) {
-        compare(QStringLiteral("Feiertag%1").arg(index), expected.holidays.lines().value(index),
+        compare(HolidayList::elementName(index), expected.holidays.lines().value(index),
                 found.holidays.lines().value(index));
     }
     compare(QStringLiteral("Version Version"), expected.versionText, found.versionText);

@@ -16,6 +16,8 @@ public:
     enum class Added { Yes, Duplicate, Full };
 
     static QString line(QDate date);
+    /// The element of the file that holds the line, counted from 0.
+    static QString elementName(qsizetype index) { return QStringLiteral("Feiertag%1").arg(index); }
 
     const QStringList &lines() const { return m_lines; }
 

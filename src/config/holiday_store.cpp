@@ -6,8 +6,6 @@ namespace ktr {
 
 namespace {
 
-const QString section = QStringLiteral("Feiertage");
-
 QString lineKey(int index)
 {
     return QStringLiteral("free%1").arg(index);
@@ -19,7 +17,7 @@ void loadHolidays(HolidayList &holidays, const SettingsStore &store)
 {
     holidays.clear();
     for (int index = 0; index < HolidayList::capacity; ++index) {
-        holidays.append(store.GetSetting(settingsOwner, section, lineKey(index)));
+        holidays.append(store.GetSetting(settingsOwner, settings_sections::holidays, lineKey(index)));
     }
 }
 
@@ -30,7 +28,7 @@ bool saveHolidays(const HolidayList &holidays, SettingsStore &store)
     for (int index = 0; index < HolidayList::capacity; ++index) {
         lines.emplace_back(lineKey(index), holidays.lines().value(index));
     }
-    return store.SaveSettings(settingsOwner, section, lines);
+    return store.SaveSettings(settingsOwner, settings_sections::holidays, lines);
 }
 
 } // namespace ktr

@@ -193,8 +193,7 @@ Status xmlToUtf8(const QByteArray &document, QByteArray &utf8)
     const bool isUtf8 = isMeantAsUtf8(document);
     // The usual case, without the detour: such a document may have millions of elements.
     const std::string_view bytes(document.constData(), static_cast<std::size_t>(document.size()));
-    const auto holds = [&bytes](const char *text) { return bytes.find(text) != std::string_view::npos; };
-    if (isUtf8 && document.isValidUtf8() && !holds("\xEF\xBF\xBE") && !holds("\xEF\xBF\xBF")) {
+    if (isUtf8 && document.isValidUtf8() && !hasNonCharacter(bytes)) {
         utf8 = document;
         return Status::done();
     }

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QXmlStreamAttributes>
 
+#include <string_view>
+
 namespace ktr {
 
 /// A document as UTF-8, by its byte-order mark, its first bytes or its declaration. A failure when it is not
@@ -16,6 +18,14 @@ Status xmlToUtf8(const QByteArray &document, QByteArray &utf8);
 /// Whether a document is UTF-8 by its byte-order mark or its declaration, or says nothing of another
 /// encoding.
 bool isMeantAsUtf8(const QByteArray &document);
+
+/// Whether UTF-8 has U+FFFE or U+FFFF, which XML does not know. What else isXmlCharacter() refuses is a
+/// control character, or no UTF-8.
+inline bool hasNonCharacter(std::string_view utf8)
+{
+    return utf8.find("\xEF\xBF\xBE") != std::string_view::npos ||
+           utf8.find("\xEF\xBF\xBF") != std::string_view::npos;
+}
 
 /// What the reader asks of a document: of each element name, the first element anywhere in it.
 class XmlDocument

@@ -66,8 +66,8 @@ void checkHolidays(const HolidayList &holidays, QList<Problem> &problems)
                 ? problemText(QT_TRANSLATE_NOOP("Problems", "is in the list twice"))
                 : QString();
         if (!fault.isEmpty()) {
-            problems.append({QStringLiteral("Feiertag%1").arg(i), holidaysControl.forIndex(0), i,
-                             quotedInRemark(line) + fault});
+            problems.append(
+                {HolidayList::elementName(i), holidaysControl.forIndex(0), i, quotedInRemark(line) + fault});
         }
     }
 }

@@ -10,6 +10,16 @@ namespace ktr {
 /// The application under which this program keeps its settings.
 inline const QString settingsOwner = QStringLiteral("KTR_Config");
 
+/// Its sections; the keys stand with those who use them.
+namespace settings_sections {
+inline const QString startup = QStringLiteral("Startup");
+inline const QString recentFiles = QStringLiteral("Recent");
+inline const QString holidays = QStringLiteral("Feiertage");
+inline const QString mainWindow = QStringLiteral("Window");
+inline const QString operationalMode = QStringLiteral("OperationalMode");
+inline const QString record = QStringLiteral("Record");
+} // namespace settings_sections
+
 /// The user's settings of this and related programs: texts addressed by application, section and key. They
 /// stand in the registry below one fixed key, where other programs look for them.
 class SettingsStore

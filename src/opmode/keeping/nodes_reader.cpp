@@ -149,9 +149,8 @@ constexpr unsigned asWritten = pugi::parse_escapes | pugi::parse_wconv_attribute
 /// The attributes of one element, by the same rules as in a document that is sound.
 bool takeLoneElement(pugi::xml_document &parsed, const std::string &element, NodeAttributeValues &values)
 {
-    return QUtf8StringView(element.data(), std::ssize(element)).isValidUtf8() &&
-           element.find("\xEF\xBF\xBE") == std::string::npos &&
-           element.find("\xEF\xBF\xBF") == std::string::npos && checkCharacters(element) &&
+    return QUtf8StringView(element.data(), std::ssize(element)).isValidUtf8() && !hasNonCharacter(element) &&
+           checkCharacters(element) &&
            parsed.load_buffer(element.data(), element.size(), asWritten, pugi::encoding_utf8) &&
            takeAttributes(parsed.first_child(), values);
 }

@@ -1,5 +1,7 @@
 #include "opmode/keeping/plain_nodes_reader.h"
 
+#include "config/xml_document.h"
+
 #include <QUtf8StringView>
 #include <QtEndian>
 
@@ -155,9 +157,7 @@ bool PlainNodesReader::takeLongWay(const char *begin, std::string_view &value)
         return false;
     }
     const std::string_view raw(begin, static_cast<std::size_t>(m_at - begin));
-    if (!isAscii &&
-        (!QUtf8StringView(begin, m_at).isValidUtf8() || raw.find("\xEF\xBF\xBE") != std::string_view::npos ||
-         raw.find("\xEF\xBF\xBF") != std::string_view::npos)) {
+    if (!isAscii && (!QUtf8StringView(begin, m_at).isValidUtf8() || hasNonCharacter(raw))) {
         return false;
     }
     value = rest == begin ? raw : m_decoded.emplace_back(decoded.append(rest, m_at));

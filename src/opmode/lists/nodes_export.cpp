@@ -2,9 +2,10 @@
 
 #include "opmode/station/station_messages.h"
 #include "opmode/tree/history_entry_text.h"
-#include "opmode/tree/station_tree.h"
+#include "opmode/tree/notifications.h"
 #include "platform/csv.h"
 #include "platform/text_rules.h"
+#include "platform/time_texts.h"
 
 #include <QCoreApplication>
 
@@ -44,9 +45,7 @@ QString header(ExportChoice::Kind kind)
 /// Empty when it is not known.
 QString timeText(qint64 msSinceEpoch)
 {
-    return msSinceEpoch == 0
-               ? QString()
-               : QDateTime::fromMSecsSinceEpoch(msSinceEpoch).toString(QStringLiteral("dd.MM.yyyy HH:mm:ss"));
+    return msSinceEpoch == 0 ? QString() : wallClockText(msSinceEpoch);
 }
 
 QString stateText(const ExportEntry &entry, qint64 acknowledged)
@@ -61,13 +60,12 @@ QString stateText(const ExportEntry &entry, qint64 acknowledged)
 
 QString notificationLine(const ExportEntry &entry)
 {
-    const QLatin1String arrow(" --> M,");
-    const qsizetype at = entry.text.indexOf(arrow);
+    const qsizetype at = entry.text.indexOf(notificationArrow);
     const qint64 acknowledged = entry.node.data(StationTree::AcknowledgedRole).toLongLong();
     const int count = entry.node.data(StationTree::CountRole).toInt();
     return line({entry.station, timeText(entry.node.data(StationTree::ReceivedRole).toLongLong()),
                  at < 0 ? QString() : entry.text.first(at),
-                 at < 0 ? entry.text : entry.text.sliced(at + arrow.size()),
+                 at < 0 ? entry.text : entry.text.sliced(at + notificationArrow.size()),
                  QString::number(std::max(1, count)), stateText(entry, acknowledged),
                  timeText(acknowledged)});
 }

@@ -4,23 +4,17 @@
 
 namespace ktr {
 
-namespace {
-
-const QString arrow = QStringLiteral(" --> M,");
-
-} // namespace
-
 QString notificationText(const NotificationText &parts)
 {
-    return parts.number + arrow + parts.message;
+    return parts.number + notificationArrow + parts.message;
 }
 
 NotificationText splitNotification(const QString &text)
 {
-    const qsizetype at = text.indexOf(arrow);
+    const qsizetype at = text.indexOf(notificationArrow);
     return at < 0 ? NotificationText{{}, onOneLine(text.trimmed())}
                   : NotificationText{onOneLine(text.first(at).trimmed()),
-                                     onOneLine(text.sliced(at + arrow.size()).trimmed())};
+                                     onOneLine(text.sliced(at + notificationArrow.size()).trimmed())};
 }
 
 QModelIndex nodeIndex(const StationTree &tree, NodeStore::Id id)

@@ -4,6 +4,9 @@
 
 namespace ktr {
 
+/// Stands between the number and what the module sent.
+inline const QString notificationArrow = QStringLiteral(" --> M,");
+
 /// A notification's text taken apart: "+4917012345 --> M,Pump 1 fail".
 struct NotificationText
 {

@@ -8,7 +8,6 @@ namespace ktr {
 
 namespace {
 
-const QString section = QStringLiteral("OperationalMode");
 const QString untilKey = QStringLiteral("muteUntil");
 const QString lengthKey = QStringLiteral("muteLength");
 
@@ -24,9 +23,11 @@ AlarmMute::AlarmMute(Timers &timers, std::function<QDateTime()> now, QObject *pa
 {
     const SettingsStore store;
     bool ok = false;
-    const int length = store.GetSetting(settingsOwner, section, lengthKey).toInt(&ok);
+    const int length =
+        store.GetSetting(settingsOwner, settings_sections::operationalMode, lengthKey).toInt(&ok);
     m_length = ok && length >= 0 && length < lengths ? static_cast<Length>(length) : Length::Hour;
-    m_until = QDateTime::fromString(store.GetSetting(settingsOwner, section, untilKey), Qt::ISODate);
+    m_until = QDateTime::fromString(
+        store.GetSetting(settingsOwner, settings_sections::operationalMode, untilKey), Qt::ISODate);
     check();
 }
 
@@ -87,7 +88,7 @@ void AlarmMute::check()
 
 void AlarmMute::keep() const
 {
-    SettingsStore().SaveSettings(settingsOwner, section,
+    SettingsStore().SaveSettings(settingsOwner, settings_sections::operationalMode,
                                  {{untilKey, m_until.toUTC().toString(Qt::ISODate)},
                                   {lengthKey, QString::number(static_cast<int>(m_length))}});
 }

@@ -16,7 +16,6 @@ namespace ktr {
 
 namespace {
 
-const QString recordSection = QStringLiteral("Record");
 const QString placeKey = QStringLiteral("geometry");
 constexpr QSize usualSize(1100, 680);
 constexpr QSize leastSize(760, 420);
@@ -70,7 +69,7 @@ RecordWindow::RecordWindow(OperationalMode &mode, const FindPage::Services &serv
     constexpr QSize frame(16, 56);
     resize(usualSize.boundedTo(screen()->availableSize() - frame));
     restoreGeometry(QByteArray::fromBase64(
-        SettingsStore().GetSetting(settingsOwner, recordSection, placeKey).toLatin1()));
+        SettingsStore().GetSetting(settingsOwner, settings_sections::record, placeKey).toLatin1()));
     applyTexts();
 }
 
@@ -131,7 +130,7 @@ void RecordWindow::hideEvent(QHideEvent *event)
 {
     QWidget::hideEvent(event);
     m_second->stop();
-    SettingsStore().SaveSettings(settingsOwner, recordSection,
+    SettingsStore().SaveSettings(settingsOwner, settings_sections::record,
                                  {{placeKey, QString::fromLatin1(saveGeometry().toBase64())}});
 }
 
