@@ -1,8 +1,10 @@
 #pragma once
 
-#include "link/problems.h"
+#include "config/configuration.h"
+#include "link/problem.h"
 
 #include <QDateTime>
+#include <QList>
 
 namespace ktr {
 

@@ -27,8 +27,8 @@ QSet<QString> keysAbove(const QModelIndex &node)
 
 } // namespace
 
-BranchOpener::BranchOpener(StationTreeView &view, StationTree &tree, const ViewActivity &activity)
-    : QObject(&view), m_view(view), m_tree(tree), m_activity(activity)
+BranchOpener::BranchOpener(StationTreeView &view, StationTree &tree)
+    : QObject(&view), m_view(view), m_tree(tree), m_activity(view.activity())
 {
     const std::tuple<QTimer *, const char *, int, void (BranchOpener::*)()> timers[] = {
         {&Timer_doView, "Timer_doView", revealMs, &BranchOpener::revealNow},
@@ -46,6 +46,8 @@ BranchOpener::BranchOpener(StationTreeView &view, StationTree &tree, const ViewA
             m_opened.remove(branch.data(StationTree::KeyRole).toString());
         }
     };
+    connect(&view, &StationTreeView::rowsHeld, &Timer_doView, qOverload<>(&QTimer::start));
+    connect(&view, &StationTreeView::currentNodeChanged, this, &BranchOpener::closeSoon);
     connect(&view, &QTreeView::expanded, this, isUsers);
     connect(&view, &QTreeView::collapsed, this, isUsers);
     connect(&tree, &StationTree::alarmCountChanged, this, [this] {
@@ -68,11 +70,8 @@ void BranchOpener::reveal(const QModelIndex &entry)
     }
 }
 
-void BranchOpener::goOnSoon()
-{
-    Timer_doView.start();
-}
-
+/// Once the user is not at work in the tree: then the rows stand no longer further up than they would by
+/// themselves, and what waits is made visible.
 void BranchOpener::revealNow()
 {
     if (m_activity.isInUse()) {
@@ -104,7 +103,8 @@ void BranchOpener::open(const QModelIndex &branch)
     }
 }
 
-/// Not put off by each alarm that is acknowledged or comes meanwhile.
+/// Looks in a few seconds whether there is something to close. Not put off by each alarm that is acknowledged
+/// or comes meanwhile.
 void BranchOpener::closeSoon()
 {
     if (!m_closeTimer.isActive() && !m_opened.isEmpty()) {

@@ -19,20 +19,16 @@ class BranchOpener : public QObject
     Q_OBJECT
 
 public:
-    BranchOpener(StationTreeView &view, StationTree &tree, const ViewActivity &activity);
+    BranchOpener(StationTreeView &view, StationTree &tree);
 
     /// Makes an entry visible in a moment: opens its branch and scrolls to it. Of many in a moment the last
     /// is scrolled to.
     void reveal(const QModelIndex &entry);
-    /// Looks soon whether the user is still at work in the tree; when not, the rows stand no longer further
-    /// up than they would by themselves, and what waits is made visible.
-    void goOnSoon();
-    /// Looks in a few seconds whether there is something to close.
-    void closeSoon();
 
 private:
     void revealNow();
     void open(const QModelIndex &branch);
+    void closeSoon();
     void closeAcknowledged();
     void closeOthers();
     void closeBranches(QSet<QString> branches);

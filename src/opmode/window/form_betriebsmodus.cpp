@@ -41,7 +41,6 @@ namespace ktr {
 
 namespace {
 
-const QString storeSection = QStringLiteral("OperationalMode");
 const QString geometryKey = QStringLiteral("geometry");
 const QString splitterKey = QStringLiteral("splitter");
 constexpr QSize comfortableSize(1180, 740);
@@ -191,7 +190,8 @@ void Form_betriebsmodus::restorePlaces()
     resize(comfortableSize.boundedTo(screen()->availableSize() - frame));
     const SettingsStore store;
     const auto kept = [&store](const QString &key) {
-        return QByteArray::fromBase64(store.GetSetting(settingsOwner, storeSection, key).toLatin1());
+        return QByteArray::fromBase64(
+            store.GetSetting(settingsOwner, settings_sections::operationalMode, key).toLatin1());
     };
     restoreGeometry(kept(geometryKey));
     m_splitter->restoreState(kept(splitterKey));
@@ -212,7 +212,6 @@ void Form_betriebsmodus::connectTree()
     connect(m_tree, &StationTreeView::nameRefused, this,
             [this](const QString &name) { tell(StationTreeView::refusalOf(name)); });
     connect(m_tree, &StationTreeView::menuWanted, this, &Form_betriebsmodus::showTreeMenu);
-    connect(&m_mode, &OperationalMode::alarmRaised, m_tree, &StationTreeView::reveal);
 }
 
 void Form_betriebsmodus::connectMenus()
@@ -508,7 +507,7 @@ void Form_betriebsmodus::closeEvent(QCloseEvent *event)
         }
     }
     m_counts->stop();
-    SettingsStore().SaveSettings(settingsOwner, storeSection,
+    SettingsStore().SaveSettings(settingsOwner, settings_sections::operationalMode,
                                  {{geometryKey, QString::fromLatin1(saveGeometry().toBase64())},
                                   {splitterKey, QString::fromLatin1(m_splitter->saveState().toBase64())}});
     event->accept();

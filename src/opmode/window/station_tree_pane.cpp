@@ -1,6 +1,7 @@
 #include "opmode/window/station_tree_pane.h"
 
 #include "look/icons.h"
+#include "opmode/window/branch_opener.h"
 #include "opmode/window/station_tree_view.h"
 
 #include <QComboBox>
@@ -26,6 +27,8 @@ StationTreePane::StationTreePane(OperationalMode &mode, const TextTable &texts, 
     column->addWidget(m_search);
     column->addWidget(m_kind);
     column->addWidget(m_tree, 1);
+    auto *opener = new BranchOpener(*m_tree, mode.tree());
+    connect(&mode, &OperationalMode::alarmRaised, opener, &BranchOpener::reveal);
     connect(m_search, &QLineEdit::textChanged, this, &StationTreePane::applyFilter);
     connect(m_kind, &QComboBox::activated, this, &StationTreePane::applyFilter);
 }

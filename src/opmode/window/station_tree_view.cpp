@@ -1,6 +1,5 @@
 #include "opmode/window/station_tree_view.h"
 
-#include "opmode/window/branch_opener.h"
 #include "opmode/window/station_tree_delegate.h"
 #include "opmode/window/view_activity.h"
 
@@ -24,8 +23,7 @@ constexpr int tipMs = 100;
 StationTreeView::StationTreeView(StationTree &tree, QWidget *parent)
     : QTreeView(parent),
       m_tree(tree),
-      m_activity(new ViewActivity(*this, [this] { return state() == EditingState; })),
-      m_opener(new BranchOpener(*this, tree, *m_activity))
+      m_activity(new ViewActivity(*this, [this] { return state() == EditingState; }))
 {
     setObjectName(QStringLiteral("TreeView_KTR_Nodes"));
     setModel(&tree);
@@ -125,11 +123,6 @@ void StationTreeView::showPassing(bool mayHide)
 
 // Nothing is to be moved away from under the user's hand.
 
-void StationTreeView::reveal(const QModelIndex &entry)
-{
-    m_opener->reveal(entry);
-}
-
 /// What is to stay where it is: the node under the mouse, that of the keys, or the topmost that is seen.
 QModelIndex StationTreeView::heldNode() const
 {
@@ -158,7 +151,7 @@ void StationTreeView::changeInPlace(const std::function<void()> &change)
     if (wanted > bar.maximum() && m_activity->isInUse()) {
         m_heldAt = wanted;
         updateGeometries();
-        m_opener->goOnSoon();
+        Q_EMIT rowsHeld();
     }
     bar.setValue(wanted);
 }
@@ -257,7 +250,6 @@ QString StationTreeView::refusalOf(const QString &name)
 void StationTreeView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QTreeView::currentChanged(current, previous);
-    m_opener->closeSoon();
     Q_EMIT currentNodeChanged(current);
 }
 

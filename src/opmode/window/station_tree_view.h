@@ -8,7 +8,6 @@
 
 namespace ktr {
 
-class BranchOpener;
 class ViewActivity;
 
 /// The tree of all stations. Rows come, go and change places only where that moves nothing away from under
@@ -23,9 +22,6 @@ public:
     void setFilter(StationFilter filter);
     int shownStations() const { return m_shown; }
 
-    /// Makes an entry visible as soon as the user is not at work here: see BranchOpener.
-    void reveal(const QModelIndex &entry);
-
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
     /// Carries out a change of which rows there are, and scrolls by as much as it moved the row that is to
@@ -38,6 +34,8 @@ public:
     /// The station that a node belongs to.
     static QModelIndex stationOf(QModelIndex index);
 
+    const ViewActivity &activity() const { return *m_activity; }
+
     /// Why the tree refused a name.
     static QString refusalOf(const QString &name);
 
@@ -45,6 +43,8 @@ Q_SIGNALS:
     /// A name that the user gave was not taken.
     void nameRefused(const QString &name);
     void currentNodeChanged(const QModelIndex &index);
+    /// The rows stand further up than they would by themselves, until endHold() is called.
+    void rowsHeld();
     void filtered();
     /// A menu is wanted at a place on the screen: about the chosen station, or for a right click where there
     /// is none.
@@ -69,7 +69,6 @@ private:
 
     StationTree &m_tree;
     ViewActivity *m_activity;
-    BranchOpener *m_opener;
     StationFilter m_filter;
     int m_shown = 0;
     bool m_isFilterChosen = false; ///< by the user, just now

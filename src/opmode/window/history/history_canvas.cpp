@@ -2,7 +2,6 @@
 
 #include "config/channel_use.h"
 #include "look/palettes.h"
-#include "opmode/window/history/history_plot.h"
 #include "opmode/window/history/plot_look.h"
 
 namespace ktr {

@@ -2,10 +2,9 @@
 
 #include "opmode/window/history/plot_cursor.h"
 #include "opmode/window/history/plot_parts.h"
+#include "opmode/window/history/plot_point.h"
 
 namespace ktr {
-
-struct PlotPoint;
 
 /// What HistoryPlot draws into. It knows which curves there are, which time is shown and which place is
 /// pointed at; where the curves stand is the matter of PlotParts. It is a class of its own so that nobody who

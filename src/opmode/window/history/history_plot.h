@@ -1,5 +1,7 @@
 #pragma once
 
+#include "opmode/window/history/plot_point.h"
+
 #include <QList>
 #include <QWidget>
 
@@ -10,14 +12,6 @@ class QLabel;
 namespace ktr {
 
 class HistoryCanvas;
-
-/// A value of an input at a moment.
-struct PlotPoint
-{
-    int channel; ///< 1 to 18
-    qint64 time; ///< seconds of wall time since 1970
-    double value;
-};
 
 /// Curves over time. Inputs that are ever only 0 or 1 are steps, each in a lane of its own; counters have an
 /// axis of their own beside other values. The wheel zooms, dragging moves, a double click shows the whole
