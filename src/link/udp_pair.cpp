@@ -1,11 +1,10 @@
 #include "link/udp_pair.h"
 
-#include "config/address.h"
 #include "link/io_thread.h"
+#include "link/module_address.h"
 #include "platform/exclusive_port.h"
 
 #include <QCoreApplication>
-#include <QLocale>
 
 #include <asio/io_context.hpp>
 #include <asio/ip/udp.hpp>
@@ -44,57 +43,6 @@ std::atomic<qint64> waitingOfAll = 0; // NOLINT
 qint64 costOf(qsizetype bytes)
 {
     return bytes + IntakeLimits::ofADatagram;
-}
-
-struct ModuleAddress
-{
-    std::string host;
-    std::optional<asio::ip::address> literal; ///< none: the host is a name
-    quint16 port = UdpPair::modulePort;
-};
-
-/// Whether a host can be a name to look up. Without a letter it is a mistyped address.
-bool isHostName(const QString &host)
-{
-    constexpr qsizetype longest = 253;
-    const auto isPart = [](QChar c) { return c.isLetterOrNumber() || c.isMark() || c == u'-' || c == u'_'; };
-    return host.size() <= longest &&
-           std::ranges::all_of(host, [&](QChar c) { return isPart(c) || c == u'.'; }) &&
-           std::ranges::any_of(host, [](QChar c) { return c.isLetter(); });
-}
-
-std::optional<ModuleAddress> parse(const QString &text)
-{
-    QString host = text.trimmed();
-    QString port;
-    if (host.startsWith(u'[')) {
-        const qsizetype end = host.indexOf(u']');
-        port = host.mid(end + 1);
-        host = host.mid(1, end - 1);
-        if (end < 0 || (!port.isEmpty() && !port.startsWith(u':'))) {
-            return std::nullopt;
-        }
-    } else if (host.count(u':') == 1) { // more of them are an IPv6 address
-        port = host.mid(host.indexOf(u':'));
-        host.chop(port.size());
-    }
-    ModuleAddress address{withoutLeadingZeros(host).toStdString(), {}};
-    if (!port.isEmpty()) {
-        bool ok = false;
-        address.port = port.mid(1).toUShort(&ok);
-        if (!ok || address.port == 0) {
-            return std::nullopt;
-        }
-    }
-    asio::error_code error;
-    const asio::ip::address literal = asio::ip::make_address(address.host, error);
-    // Some systems also accept three numbers and other forms as an address.
-    const bool isName = error || (literal.is_v4() && literal.to_string() != address.host);
-    if (!isName) {
-        address.literal = literal;
-    }
-    const bool isOfAModule = isName ? isHostName(host) : !literal.is_unspecified() && !literal.is_multicast();
-    return isOfAModule ? std::optional(address) : std::nullopt;
 }
 
 asio::ip::address withoutMapping(const asio::ip::address &address)
@@ -495,24 +443,6 @@ private:
     asio::error_code m_told;
 };
 
-QString textOf(const DatagramLoss &loss)
-{
-    const auto text = [&loss](const char *source) {
-        return QCoreApplication::translate("DatagramLoss", source).arg(QLocale().toString(loss.dropped));
-    };
-    if (loss.isFlood && loss.dropped == 0) {
-        return loss.isOver ? text(QT_TRANSLATE_NOOP("DatagramLoss", "the flood is over"))
-                           : text(QT_TRANSLATE_NOOP("DatagramLoss", "floods: datagrams are dropped"));
-    }
-    if (loss.isFlood) {
-        return loss.isOver
-                   ? text(QT_TRANSLATE_NOOP("DatagramLoss", "the flood is over: %1 datagrams dropped"))
-                   : text(QT_TRANSLATE_NOOP("DatagramLoss", "floods: %1 datagrams dropped"));
-    }
-    return loss.isOver ? text(QT_TRANSLATE_NOOP("DatagramLoss", "the loss is over: %1 datagrams dropped"))
-                       : text(QT_TRANSLATE_NOOP("DatagramLoss", "%1 datagrams dropped"));
-}
-
 Status UdpPair::noPortFree()
 {
     return Status::failed(QCoreApplication::translate("Files", "the port is already in use"),
@@ -533,12 +463,12 @@ bool UdpPair::mayMove() const
 
 bool UdpPair::isAddress(const QString &address)
 {
-    return parse(address).has_value();
+    return moduleAddress(address).has_value();
 }
 
 Status UdpPair::open(const QString &address, UdpPairEvents events)
 {
-    const std::optional<ModuleAddress> module = parse(address);
+    const std::optional<ModuleAddress> module = moduleAddress(address);
     if (!module) {
         return Status::failed(
             QCoreApplication::translate("Files", "%1: is no address of a module").arg(address));

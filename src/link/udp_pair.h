@@ -1,5 +1,6 @@
 #pragma once
 
+#include "link/datagram_loss.h"
 #include "platform/status.h"
 
 #include <QByteArray>
@@ -40,18 +41,6 @@ struct IntakeLimits
     /// A loss counts as over when none followed for so long.
     std::chrono::milliseconds quietUntilOver{10'000};
 };
-
-/// Datagrams that were dropped because more came than is taken in, or the program was not running.
-struct DatagramLoss
-{
-    qint64 dropped = 0;   ///< 0: the system does not say how many
-    bool isFlood = false; ///< the module sent more than it may for long
-    bool isOver = false;
-    bool operator==(const DatagramLoss &) const = default;
-};
-
-/// A loss in words for the user.
-QString textOf(const DatagramLoss &loss);
 
 struct UdpPairOptions
 {

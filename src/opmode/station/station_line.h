@@ -1,6 +1,7 @@
 #pragma once
 
-#include "link/udp_pair.h"
+#include "link/datagram_loss.h"
+#include "platform/status.h"
 
 namespace ktr {
 

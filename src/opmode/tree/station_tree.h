@@ -1,7 +1,7 @@
 #pragma once
 
 #include "config/channels.h"
-#include "link/udp_pair.h"
+#include "link/datagram_loss.h"
 #include "opmode/station/station_messages.h"
 #include "opmode/tree/node_change.h"
 #include "opmode/tree/station_nodes.h"
