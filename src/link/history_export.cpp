@@ -12,8 +12,6 @@ namespace ktr {
 
 namespace {
 
-constexpr char byteOrderMark[] = "\xEF\xBB\xBF";
-
 Status failure(const QString &path, const QString &reason)
 {
     return Status::failed(
@@ -46,7 +44,7 @@ Status appendTo(const QString &path, const QByteArray &lines)
     const qint64 before = file.size();
     QByteArray bytes;
     if (before == 0) {
-        bytes = byteOrderMark;
+        bytes = csvMark;
     } else {
         char last = '\n';
         if (file.seek(before - 1) && file.getChar(&last) && last != '\n') {

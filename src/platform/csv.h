@@ -9,6 +9,9 @@
 
 namespace ktr {
 
+/// What a table as a file begins with, by which spreadsheets know that it is UTF-8.
+inline constexpr char csvMark[] = "\xEF\xBB\xBF";
+
 /// A cell for a file whose separator is ";", quoted where it has to be; control characters become blanks.
 ///
 /// What a spreadsheet would take for a formula gets an apostrophe in front, inside of quotation marks. That

@@ -102,7 +102,7 @@ NodesExport::NodesExport(const StationTree &tree, ExportChoice choice) : m_entri
 Status NodesExport::open(const QString &path)
 {
     const Status opened = m_file.open(path, Readers::AsUsual);
-    return opened ? m_file.write("\xEF\xBB\xBF" + header(m_entries.choice().kind).toUtf8()) : opened;
+    return opened ? m_file.write(csvMark + header(m_entries.choice().kind).toUtf8()) : opened;
 }
 
 Status NodesExport::step(int atMost)

@@ -50,9 +50,7 @@ const QList<KindChoice> &kindChoices()
         {QT_TRANSLATE_NOOP("ktr::FindPage", "Input values"), {Values}},
         {QT_TRANSLATE_NOOP("ktr::FindPage", "History"), {History}},
         {QT_TRANSLATE_NOOP("ktr::FindPage", "Connections"), {Alive, Silent, Quality, Puk, Flood}},
-        {QT_TRANSLATE_NOOP("ktr::FindPage", "Operators' actions"),
-         {StationAdded, StationRemoved, StationRenamed, Attributes, EntryRemoved, Acknowledged, Commented,
-          Shelved, Unshelved, Sent, Note}},
+        {QT_TRANSLATE_NOOP("ktr::FindPage", "Operators' actions"), operatorsKinds()},
         {QT_TRANSLATE_NOOP("ktr::FindPage", "Program"), {Started, Stopped, ListFollowed, Trouble}},
     };
     return choices;

@@ -42,7 +42,5 @@ private:
 
 /// A line of such a table.
 QByteArray csvLine(const QStringList &cells);
-/// What such a file begins with.
-inline constexpr char csvMark[] = "\xEF\xBB\xBF";
 
 } // namespace ktr

@@ -5,8 +5,6 @@
 
 #include <QLocale>
 
-class QTextDocument;
-
 namespace ktr {
 
 enum class ReportKind {
@@ -64,13 +62,5 @@ struct Report
 
 Report reportOf(const ReportQuestion &question, const ReportAnswer &answer, TimeForm form,
                 const QLocale &locale);
-
-/// Puts a report into a document, letter for letter; of each table at most so many rows, and how many more
-/// there are.
-void showReport(const Report &report, QTextDocument &document, int mostRows, const QLocale &locale);
-/// As a table for a spreadsheet.
-QByteArray reportCsv(const Report &report);
-/// As a PDF of A4 pages.
-QByteArray reportPdf(const Report &report, const QLocale &locale);
 
 } // namespace ktr

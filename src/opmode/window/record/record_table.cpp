@@ -129,6 +129,15 @@ QString stationText(const RecordStations &stations, qint64 number)
                            : QCoreApplication::translate("RecordTable", "%1 (removed)").arg(found->name);
 }
 
+const QList<EventKind> &operatorsKinds()
+{
+    using enum EventKind;
+    static const QList<EventKind> kinds{
+        StationAdded, StationRemoved, StationRenamed, Attributes, EntryRemoved, Acknowledged,
+        Commented,    Shelved,        Unshelved,      Sent,       Note};
+    return kinds;
+}
+
 QString kindText(EventKind kind)
 {
     switch (kind) {

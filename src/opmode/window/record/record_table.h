@@ -52,6 +52,8 @@ Status readStations(RecordReader &reader, RecordStations &stations);
 QString stationText(const RecordStations &stations, qint64 number);
 
 QString kindText(EventKind kind);
+/// What operators do.
+const QList<EventKind> &operatorsKinds();
 
 /// How times are written: as people read them, or with their zone (ISO 8601).
 enum class TimeForm { Shown, WithZone };

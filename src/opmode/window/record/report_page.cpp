@@ -3,6 +3,7 @@
 #include "look/field_width.h"
 #include "look/problem_label.h"
 #include "opmode/operational_mode.h"
+#include "opmode/window/record/report_output.h"
 #include "platform/files.h"
 
 #include <QComboBox>

@@ -1,5 +1,5 @@
 #include "opmode/window/record/find_page.h"
-#include "opmode/window/record/record_report.h"
+#include "opmode/window/record/report_output.h"
 #include "platform/files.h"
 #include "record/record_file.h"
 #include "record/record_writer.h"
