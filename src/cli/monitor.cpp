@@ -1,5 +1,6 @@
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "cli/event_names.h"
 #include "cli/interruption.h"
 #include "cli/patient_job.h"
 #include "opmode/operational_mode.h"
@@ -18,33 +19,6 @@ namespace {
 const QString forOption = QStringLiteral("for");
 const QString evenIfWatchedOption = QStringLiteral("even-if-watched");
 constexpr int longestWatch = 1'000'000;
-
-QString nameOf(StationEvent::Kind kind)
-{
-    switch (kind) {
-    case StationEvent::Kind::Notification:
-        return QStringLiteral("notification");
-    case StationEvent::Kind::Values:
-        return QStringLiteral("values");
-    case StationEvent::Kind::History:
-        return QStringLiteral("history");
-    case StationEvent::Kind::Message:
-        return QStringLiteral("message");
-    case StationEvent::Kind::Quality:
-        return QStringLiteral("csq");
-    case StationEvent::Kind::Puk:
-        return QStringLiteral("puk");
-    case StationEvent::Kind::Alive:
-        return QStringLiteral("alive");
-    case StationEvent::Kind::Silent:
-        return QStringLiteral("silent");
-    case StationEvent::Kind::Flood:
-        return QStringLiteral("flood");
-    case StationEvent::Kind::Loss:
-        return QStringLiteral("loss");
-    }
-    return {};
-}
 
 /// The members in the order in which they are read, which a JSON object of the toolkit does not keep.
 QString lineOf(const QString &station, const QString &kind, const QString &text, const QDateTime &now)

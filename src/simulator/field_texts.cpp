@@ -1,5 +1,7 @@
 #include "simulator/field_texts.h"
 
+#include "config/channels.h"
+
 #include <array>
 
 namespace ktr {
@@ -98,7 +100,7 @@ QStringList FieldTexts::next(const QDateTime &now)
     if (kind < 45) {
         return {notification(now)};
     }
-    const int channel = 1 + chance(FieldValues::channelCount);
+    const int channel = 1 + chance(channelCount);
     return {QStringLiteral("R,%1,%2").arg(channel).arg(m_values.value(channel, now))};
 }
 

@@ -1,5 +1,7 @@
 #include "simulator/field_values.h"
 
+#include "config/channels.h"
+
 #include <QStringList>
 
 #include <cmath>

@@ -10,8 +10,6 @@ namespace ktr {
 class FieldValues
 {
 public:
-    static constexpr int channelCount = 18;
-
     explicit FieldValues(quint32 seed) : m_seed(seed) {}
 
     /// Channel 1 to 18 as a module reports it: digital inputs 0 or 1 (7 and 8 count pulses), analog ones
