@@ -12,12 +12,12 @@ namespace ktr {
 /// fields, one accent colour, a focus ring that is seen and that Tab brings to a group's chosen radio button.
 /// Colours come from the palette alone, so light and dark are two palettes (see applyAppearance); there is no
 /// style sheet.
-class CalmStyle : public QProxyStyle
+class ProgramStyle : public QProxyStyle
 {
     Q_OBJECT
 
 public:
-    CalmStyle();
+    ProgramStyle();
 
     using QProxyStyle::polish;
     void polish(QWidget *widget) override;

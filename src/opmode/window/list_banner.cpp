@@ -158,12 +158,12 @@ void ListBanner::applyTexts()
 
 void ListBanner::takeColours()
 {
-    const bool isCalm = m_topic == Topic::Joined;
-    const QPalette wanted = isCalm ? QApplication::palette() : alarmBarPalette(QApplication::palette());
+    const bool isNote = m_topic == Topic::Joined;
+    const QPalette wanted = isNote ? QApplication::palette() : alarmBarPalette(QApplication::palette());
     if (palette() != wanted) {
         setPalette(wanted);
     }
-    m_icon->setPixmap(icon(isCalm ? IconName::Information : IconName::Warning)
+    m_icon->setPixmap(icon(isNote ? IconName::Information : IconName::Warning)
                           .pixmap(QSize(bannerIconSize, bannerIconSize), devicePixelRatioF()));
     QFont bold = font();
     bold.setBold(true);
