@@ -45,7 +45,7 @@ std::optional<NodeChange> changeOfStep(const fuzz::Step &step)
 
 void checkBytes(const QByteArray &bytes)
 {
-    for (RecordReader record(bytes); record.next();) {
+    for (JournalRecordReader record(bytes); record.next();) {
         fuzz::require(record.start() >= 0 && record.end() > record.start() && record.end() <= bytes.size(),
                       "a record lies in the journal");
         changeOf(record.content());

@@ -81,7 +81,7 @@ Status EarlierFiles::loadTimes(StationTreeLoader &tree) const
         }
         return Status::done();
     }
-    RecordReader record(records);
+    JournalRecordReader record(records);
     while (record.next()) {
         FieldReader fields(record.content());
         const KnownTimes times = takeTimes(fields);
@@ -115,7 +115,7 @@ EarlierFiles::Replayed EarlierFiles::replay(quint64 nodesChecksum,
     // A mark names a list that was written later: what follows belongs to that one, too.
     qsizetype begin = isOfTheList ? 0 : -1;
     StationKeys keys;
-    for (RecordReader record(records); record.next();) {
+    for (JournalRecordReader record(records); record.next();) {
         const std::optional<NodeChange> change = changeOf(record.content());
         if (change && change->what == NodeChange::What::Saved &&
             static_cast<quint64>(change->moment) == nodesChecksum) {
@@ -124,7 +124,7 @@ EarlierFiles::Replayed EarlierFiles::replay(quint64 nodesChecksum,
         }
     }
     qsizetype unfit = 0;
-    RecordReader record(begin < 0 ? QByteArrayView() : records.sliced(begin));
+    JournalRecordReader record(begin < 0 ? QByteArrayView() : records.sliced(begin));
     while (record.next()) {
         std::optional<NodeChange> change = changeOf(record.content());
         if (!change || change->what == NodeChange::What::Saved) {

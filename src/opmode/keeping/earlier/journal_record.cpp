@@ -50,7 +50,7 @@ std::optional<NodeChange> changeOf(QByteArrayView content)
     return isKnown && fields.isSound() && fields.atEnd() ? std::optional(change) : std::nullopt;
 }
 
-bool RecordReader::next()
+bool JournalRecordReader::next()
 {
     // All records are longer than this; shorter ones could be found in the numbers of others.
     constexpr qsizetype shortest = 24;

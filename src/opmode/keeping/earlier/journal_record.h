@@ -12,10 +12,10 @@ namespace ktr {
 
 /// Walks over records of the version before: length, checksum, content. Where one is damaged, the search goes
 /// on byte by byte for the next that is not.
-class RecordReader
+class JournalRecordReader
 {
 public:
-    explicit RecordReader(QByteArrayView records) : m_records(records) {}
+    explicit JournalRecordReader(QByteArrayView records) : m_records(records) {}
 
     /// Goes to the next record that is not damaged; gives false when there is none.
     bool next();
