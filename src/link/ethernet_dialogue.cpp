@@ -1,5 +1,6 @@
 #include "link/ethernet_dialogue.h"
 
+#include "link/modem_words.h"
 #include "link/module_text.h"
 
 namespace ktr {
@@ -18,7 +19,7 @@ std::vector<ModuleDialogue::Action> EthernetDialogue::connected()
 {
     m_claimed = false;
     m_isReading = false;
-    sendLogged(QStringLiteral("config"));
+    sendLogged(QLatin1String(modem_words::config));
     return takeActions();
 }
 
@@ -46,9 +47,9 @@ std::vector<ModuleDialogue::Action> EthernetDialogue::lineReceived(const QString
 void EthernetDialogue::takeReport(const QString &line)
 {
     QString report = line.chopped(1);
-    if (report.contains(QLatin1String("ERROR"))) {
-        if (m_isReading || report.contains(QLatin1String("321"))) {
-            report = QStringLiteral("+CMS NO SMS");
+    if (report.contains(QLatin1String(modem_words::error))) {
+        if (m_isReading || report.contains(QLatin1String(modem_words::noSmsCode))) {
+            report = QLatin1String(modem_words::noSms);
         } else {
             act(Reply{ReplyKind::Message, {}, QLatin1String("failed (") + report + u')'});
         }
@@ -59,14 +60,14 @@ void EthernetDialogue::takeReport(const QString &line)
 void EthernetDialogue::takeLine(const QString &line)
 {
     logReceived(line);
-    m_isReading = line.contains(QLatin1String("at+cmgr="));
-    const bool asks = line.contains(QLatin1String("at+cpin?"));
+    m_isReading = line.contains(QLatin1String(modem_words::readSms));
+    const bool asks = line.contains(QLatin1String(modem_words::askPinState));
     m_asks = asks && m_claimed ? m_asks + 1 : 0;
     if (asks && (!m_claimed || m_asks > asksUntilClaimedAnew) && m_isWanted()) {
         m_claimed = true;
         m_asks = 0;
         act(Caught{});
-        sendLogged(QStringLiteral("config"));
+        sendLogged(QLatin1String(modem_words::config));
         return;
     }
     sendLogged(line.chopped(1));

@@ -1,5 +1,7 @@
 #include "link/modem_dialogue.h"
 
+#include "link/modem_words.h"
+
 namespace ktr {
 
 std::vector<ModuleDialogue::Action> ModemDialogue::lineReceived(const QString &received)
@@ -12,9 +14,9 @@ std::vector<ModuleDialogue::Action> ModemDialogue::lineReceived(const QString &r
     const QString line = received.sliced(start);
     logReceived(line);
     act(Send{line.chopped(1)});
-    if (line.contains(QLatin1String("at+cpin"))) {
+    if (line.contains(QLatin1String(modem_words::askPin))) {
         act(Caught{});
-        sendLogged(QStringLiteral("config"));
+        sendLogged(QLatin1String(modem_words::config));
     }
     dispatch(line);
     return takeActions();

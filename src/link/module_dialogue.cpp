@@ -1,6 +1,7 @@
 #include "link/module_dialogue.h"
 
 #include "link/line_assembler.h"
+#include "link/modem_words.h"
 #include "link/module_text.h"
 #include "link/service_commands.h"
 
@@ -13,10 +14,10 @@ namespace ktr {
 
 namespace {
 
-constexpr QChar endOfSms = u'\x1A';
-const QString sendSms = QStringLiteral("at+cmgs");
-const QString readSms = QStringLiteral("at+cmgr=");
-const QString smsHeader = QStringLiteral(",\"+IP\"");
+using modem_words::endOfSms;
+const QString sendSms = QLatin1String(modem_words::sendSms);
+const QString readSms = QLatin1String(modem_words::readSms);
+const QString smsHeader = QLatin1String(modem_words::programsHeader);
 
 /// Whether a line is a reply of its own, even in the middle of an SMS.
 bool isReplyLine(QStringView line)

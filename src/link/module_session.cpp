@@ -2,6 +2,7 @@
 
 #include "link/conversation_log.h"
 #include "link/ethernet_dialogue.h"
+#include "link/modem_words.h"
 #include "platform/overloaded.h"
 #include "platform/text_rules.h"
 
@@ -197,7 +198,7 @@ void ModuleSession::take(const QByteArray &line)
     }
     ++m_heardLines;
     const bool isRepeated = line == std::exchange(m_lastLine, line);
-    if (isRepeated && line.contains("at+cmgr=") && m_paced && m_paced->isWaiting()) {
+    if (isRepeated && line.contains(modem_words::readSms) && m_paced && m_paced->isWaiting()) {
         // A module does not read again before it is answered, so the network doubled the datagram. A second
         // command in answer to it would be lost.
         Q_EMIT logged(QCoreApplication::translate("Files", "a doubled datagram dropped"));
@@ -211,11 +212,11 @@ void ModuleSession::take(const QByteArray &line)
 /// Informs the transmission of what the module does, before that is answered.
 void ModuleSession::informTransmission(const QByteArray &line)
 {
-    if (line.contains("at+cmgr=")) {
+    if (line.contains(modem_words::readSms)) {
         m_transmission.moduleReads();
-    } else if (line.contains("at+cmgs")) {
+    } else if (line.contains(modem_words::sendSms)) {
         m_transmission.moduleSends();
-    } else if (line.contains("at+cpin") || (m_paced && line.contains("donE"))) {
+    } else if (line.contains(modem_words::askPin) || (m_paced && line.contains("donE"))) {
         m_settlingTimer->stop();
         m_transmission.moduleStarts(m_promptTimer->isRunning());
     }

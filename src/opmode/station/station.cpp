@@ -1,6 +1,7 @@
 #include "opmode/station/station.h"
 
 #include "link/line_assembler.h"
+#include "link/modem_words.h"
 #include "platform/text_rules.h"
 
 #include <QCoreApplication>
@@ -9,9 +10,9 @@ namespace ktr {
 
 namespace {
 
-constexpr QChar endOfSms = u'\x1A';
+using modem_words::endOfSms;
 const QString lineEnd = QStringLiteral("\r\n");
-const QString announcement = QStringLiteral("config\r\n");
+const QString announcement = QLatin1String(modem_words::config) + lineEnd;
 const QString unknownQuality = QStringLiteral("99,99");
 
 bool isReport(const QString &text)
@@ -269,9 +270,9 @@ void cStation::handle(const QByteArray &data)
 
 void cStation::handleReport(QString report)
 {
-    if (report.contains(QLatin1String("ERROR"))) {
-        if (report.contains(QLatin1String("321"))) {
-            report = QStringLiteral("+CMS NO SMS");
+    if (report.contains(QLatin1String(modem_words::error))) {
+        if (report.contains(QLatin1String(modem_words::noSmsCode))) {
+            report = QLatin1String(modem_words::noSms);
         } else if (report.endsWith(lineEnd)) {
             report.chop(lineEnd.size());
         }
@@ -300,7 +301,7 @@ void cStation::handleLine(const QString &line)
     Tmr_sendSettle.Enabled(false);
     m_sendSettling = false;
     const bool isWanted = !m_msgText.isEmpty() || m_exclusiveMode;
-    if (line.contains(QLatin1String("at+cpin?")) && isWanted && !m_dialogueOpen) {
+    if (line.contains(QLatin1String(modem_words::askPinState)) && isWanted && !m_dialogueOpen) {
         m_dialogueOpen = true;
         sendToModule(announcement);
         return;
@@ -311,11 +312,11 @@ void cStation::handleLine(const QString &line)
 
 void cStation::handleCommand(const QString &line)
 {
-    if (line.contains(QLatin1String("at+cpin"))) {
+    if (line.contains(QLatin1String(modem_words::askPin))) {
         sendToModule(announcement);
         return;
     }
-    if (line.contains(QLatin1String("at+cmgs"))) {
+    if (line.contains(QLatin1String(modem_words::sendSms))) {
         constexpr qsizetype start = 9; // behind at+cmgs="
         if (const qsizetype end = line.indexOf(u'"', start); end >= 0) {
             m_smsNumber = line.mid(start, end - start);
@@ -325,7 +326,7 @@ void cStation::handleCommand(const QString &line)
         report(m_replyFrom + QLatin1String(" <-- ") + line);
     }
     takeReplyFrom(line);
-    if (line.contains(QLatin1String("at+cmgr=")) && handleReadRequest()) {
+    if (line.contains(QLatin1String(modem_words::readSms)) && handleReadRequest()) {
         return;
     }
     if (line.contains(endOfSms)) {
@@ -353,7 +354,7 @@ bool cStation::handleReadRequest()
     m_afterReadRequest = true;
     if (!m_msgText.isEmpty()) {
         if (m_line.isOpen()) {
-            sendToModule(QLatin1String(",\"+IP\"") + lineEnd);
+            sendToModule(QLatin1String(modem_words::programsHeader) + lineEnd);
             Tmr_pause.Interval(textDelay);
             Tmr_pause.Enabled(true); // goes on in Tmr_pause_Timer
         }
