@@ -165,7 +165,7 @@ private:
                 m_notes.emplace(m_now, std::pair(step.station, notification->entry.key));
             }
             const NotificationText parts = splitNotification(notification->entry.text);
-            alarm = m_book.take(step.station, parts.number, parts.message, m_now);
+            alarm = m_book.addNotification(step.station, parts.number, parts.message, m_now);
             m_list.add(m_list.notification(step.station, notification->entry.key, arrival));
         } else if (std::holds_alternative<HistoryMessage>(message)) {
             kind = EventKind::History;

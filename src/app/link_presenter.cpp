@@ -141,7 +141,7 @@ void LinkPresenter::forgetOtherModule()
 
 void LinkPresenter::connectReplies()
 {
-    connect(&m_link, &ModuleLink::replied, &m_replies, &ReplyHandler::take);
+    connect(&m_link, &ModuleLink::replied, &m_replies, &ReplyHandler::handle);
     connect(&m_waiting, &WaitingCommand::sent, &m_replies, &ReplyHandler::commandLeft);
     connect(&m_link, &ModuleLink::changed, this, [this] {
         if (!m_link.isConnected()) {
@@ -149,7 +149,7 @@ void LinkPresenter::connectReplies()
         }
     });
     connect(&m_replies, &ReplyHandler::statusMessage, this, &LinkPresenter::statusMessage);
-    connect(&m_replies, &ReplyHandler::versionReported, &m_versions, &VersionCheck::take);
+    connect(&m_replies, &ReplyHandler::versionReported, &m_versions, &VersionCheck::handleVersion);
     connect(&m_versions, &VersionCheck::changed, this, &LinkPresenter::showVersion);
     connect(&m_versions, &VersionCheck::statusMessage, this, &LinkPresenter::statusMessage);
     connect(&m_versions, &VersionCheck::differenceFound, this, [this](const QString &text) {

@@ -28,7 +28,7 @@ void VersionCheck::forget()
     Q_EMIT changed();
 }
 
-void VersionCheck::take(const VersionReply &version)
+void VersionCheck::handleVersion(const VersionReply &version)
 {
     m_module = version;
     Q_EMIT changed();

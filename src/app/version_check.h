@@ -25,7 +25,7 @@ public:
     const VersionReply &module() const { return m_module; }
 
     /// The module reports its versions.
-    void take(const VersionReply &version);
+    void handleVersion(const VersionReply &version);
     /// The module was given a configuration of this version.
     void takeConfigured(const QString &version);
     /// There is another module, which has reported nothing yet.

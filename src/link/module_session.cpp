@@ -186,11 +186,11 @@ void ModuleSession::receive(const QByteArray &bytes)
                           .arg(m_lines.dropped() - dropped));
     }
     if (line) {
-        take(*line);
+        handleLine(*line);
     }
 }
 
-void ModuleSession::take(const QByteArray &line)
+void ModuleSession::handleLine(const QByteArray &line)
 {
     if (m_isQuiet) {
         perform(m_dialogue->lineOverheard(fromWindows1252(line)));

@@ -115,7 +115,7 @@ Q_SIGNALS:
 
 private:
     void receive(const QByteArray &bytes);
-    void take(const QByteArray &line);
+    void handleLine(const QByteArray &line);
     void perform(const std::vector<ModuleDialogue::Action> &actions);
     void perform(const ModuleDialogue::Action &action);
     void noteSent(std::optional<int> step, const QString &command);

@@ -15,7 +15,7 @@ void ReplyHandler::disconnected()
     m_isIgnoringReported = false;
 }
 
-void ReplyHandler::take(const ModemDialogue::Reply &reply)
+void ReplyHandler::handle(const ModemDialogue::Reply &reply)
 {
     for (const ReplyEvent &event : interpretReply(reply)) {
         std::visit(

@@ -19,7 +19,7 @@ public:
     /// `exportPath` gives the file that the archive is exported to.
     ReplyHandler(Timers &timers, std::function<QString()> exportPath, QObject *parent = nullptr);
 
-    void take(const ModemDialogue::Reply &reply);
+    void handle(const ModemDialogue::Reply &reply);
 
     /// A single command was handed to the module: the fast export begins with its own.
     void commandLeft(const QString &command) { m_fastExport.commandLeft(command); }

@@ -162,7 +162,7 @@ public:
                     self->readAgainIn(pauseAfterError);
                     return;
                 }
-                self->take(self->m_sender, {self->m_input.get(), qsizetype(count)});
+                self->handle(self->m_sender, {self->m_input.get(), qsizetype(count)});
                 self->lookForLoss();
                 self->read(); // what has come already is taken without waiting, others between
             });
@@ -180,7 +180,7 @@ public:
             if (error) {
                 break;
             }
-            take(sender, {input.get(), qsizetype(count)});
+            handle(sender, {input.get(), qsizetype(count)});
             taken += costOf(qsizetype(count));
         }
         if (!m_isClosed) {
@@ -189,7 +189,7 @@ public:
     }
 
     /// Called on the owner's thread.
-    void took(qsizetype bytes)
+    void handled(qsizetype bytes)
     {
         m_waitingForOwner -= costOf(bytes);
         waitingOfAll -= costOf(bytes);
@@ -252,7 +252,7 @@ public:
 
 private:
     /// A datagram of the module; one of somebody else is dropped.
-    void take(const udp::endpoint &sender, QByteArrayView datagram)
+    void handle(const udp::endpoint &sender, QByteArrayView datagram)
     {
         m_credit -= costOf(datagram.size());
         m_readSinceLook += costOf(datagram.size());
@@ -517,10 +517,10 @@ void UdpPair::send(const QByteArray &bytes)
     }
 }
 
-void UdpPair::took(const QByteArray &datagram)
+void UdpPair::handled(const QByteArray &datagram)
 {
     if (m_pair != nullptr) {
-        m_pair->took(datagram.size());
+        m_pair->handled(datagram.size());
     }
 }
 

@@ -52,7 +52,7 @@ struct UdpPairOptions
 /// What happens at a pair of ports. Called on the I/O thread, until the pair is closed.
 struct UdpPairEvents
 {
-    std::function<void(QByteArray &&datagram)> received; ///< the owner calls took() once it is dealt with
+    std::function<void(QByteArray &&datagram)> received; ///< the owner calls handled() once it is dealt with
     std::function<void()> foreign;                       ///< a datagram of somebody else was dropped
     /// Datagrams are lost: at the first one, then once a second while it goes on, and when it is over.
     std::function<void(const DatagramLoss &)> lost;
@@ -91,7 +91,7 @@ public:
     /// Sends one datagram; nothing happens while closed.
     void send(const QByteArray &bytes);
     /// A datagram that was received is dealt with. Without these calls, receiving stops in the end.
-    void took(const QByteArray &datagram);
+    void handled(const QByteArray &datagram);
     /// Receives, on the I/O thread, all that the system holds for the pair at this moment, despite the
     /// limits, and tells what was lost by now.
     void takeArrived();

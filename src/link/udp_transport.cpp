@@ -18,7 +18,7 @@ Status UdpTransport::open(const QString &address)
     UdpPairEvents events;
     events.received = [this](QByteArray &&datagram) {
         notify([this, bytes = std::move(datagram)] {
-            m_pair.took(bytes);
+            m_pair.handled(bytes);
             Q_EMIT received(bytes);
         });
     };

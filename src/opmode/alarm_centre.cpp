@@ -28,14 +28,14 @@ AlarmCentre::AlarmCentre(const AlarmBook &book, Describe describe, Timers &timer
       m_pause(timers.create()),
       m_soon(timers.create())
 {
-    connect(&book, &AlarmBook::changed, this, &AlarmCentre::take);
+    connect(&book, &AlarmBook::changed, this, &AlarmCentre::onAlarmChanged);
     connect(&book, &AlarmBook::reset, this, &AlarmCentre::takeLoaded);
     takeLoaded();
 }
 
 AlarmCentre::~AlarmCentre() = default;
 
-void AlarmCentre::take(const AlarmRow &alarm, AlarmBook::Change change)
+void AlarmCentre::onAlarmChanged(const AlarmRow &alarm, AlarmBook::Change change)
 {
     using Change = AlarmBook::Change;
     const bool isNews = change == Change::Came || change == Change::CameAgain || change == Change::Returned;

@@ -68,7 +68,7 @@ Q_SIGNALS:
     void changed();
 
 private:
-    void take(const AlarmRow &alarm, AlarmBook::Change change);
+    void onAlarmChanged(const AlarmRow &alarm, AlarmBook::Change change);
     void addNews(const AlarmRow &alarm);
     bool sounds(const AlarmRow &alarm) const;
     void recount();

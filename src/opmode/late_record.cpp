@@ -150,7 +150,7 @@ void LateRecord::takeRow(const ListRecord::Awaited &awaited, RecordRow row)
 void LateRecord::takeEvent(EventRow event, const QString &kennung)
 {
     if (isMessage(event.kind)) {
-        MessageIntake(m_parts).takeAgain(kennung, event.text, event.at);
+        MessageIntake(m_parts).handleAgain(kennung, event.text, event.at);
         return;
     }
     event.id = m_live.record.nextEvent();

@@ -39,7 +39,7 @@ MessageIntake::MessageIntake(const ListParts &parts, QObject *parent)
     : QObject(parent), m_parts(parts), m_answers(parts.stations, parts.timers)
 {}
 
-void MessageIntake::take(const QString &kennung, const QString &text)
+void MessageIntake::handle(const QString &kennung, const QString &text)
 {
     const StationMessage message = interpretStationMessage(text);
     const QDateTime now = m_parts.environment.now();
@@ -64,7 +64,7 @@ void MessageIntake::take(const QString &kennung, const QString &text)
     }
 }
 
-void MessageIntake::takeAgain(const QString &kennung, const QString &text, qint64 at)
+void MessageIntake::handleAgain(const QString &kennung, const QString &text, qint64 at)
 {
     const StationMessage message = interpretStationMessage(text);
     (void)keep(kennung, text, message,
@@ -81,7 +81,7 @@ qint64 MessageIntake::keep(const QString &kennung, const QString &text, const St
     if (const auto *notification = std::get_if<NotificationMessage>(&message)) {
         const qint64 station = record.number(kennung);
         const NotificationText parts = splitNotification(notification->entry.text);
-        alarm = m_parts.alarms.take(station, parts.number, parts.message, at);
+        alarm = m_parts.alarms.addNotification(station, parts.number, parts.message, at);
         record.add(record.notification(station, notification->entry.key,
                                        m_parts.tree.arrivals().value(StationTree::idOf(outcome.entry))));
     }

@@ -17,9 +17,9 @@ class MessageIntake : public QObject
 public:
     explicit MessageIntake(const ListParts &parts, QObject *parent = nullptr);
 
-    void take(const QString &kennung, const QString &text);
+    void handle(const QString &kennung, const QString &text);
     /// What was said at another time, as the record has it: nobody is told of it.
-    void takeAgain(const QString &kennung, const QString &text, qint64 at);
+    void handleAgain(const QString &kennung, const QString &text, qint64 at);
     /// Whether the "OK" to the text that was taken last waits for the disk: a module that has it forgets its
     /// alarm.
     bool answersLater(const QString &kennung);

@@ -69,7 +69,7 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
     connect(&m_keepingTrouble, &KeepingTrouble::statusMessage, this, &OperationalMode::statusMessage);
     connect(&m_keepingTrouble, &KeepingTrouble::changed, this, &OperationalMode::unkeptChangesChanged);
     m_stations.setAnswersLater([this](const QString &kennung) { return m_intake.answersLater(kennung); });
-    connect(&m_stations, &cStations::message, &m_intake, &MessageIntake::take);
+    connect(&m_stations, &cStations::message, &m_intake, &MessageIntake::handle);
     connect(&m_stations, &cStations::changed, this, &OperationalMode::onStationChanged);
     connect(&m_stations, &cStations::trouble, this, [this](const QString &kennung, const QString &text) {
         Q_EMIT statusMessage(kennung + QLatin1String(": ") + text);
@@ -481,7 +481,7 @@ void OperationalMode::takeArrived()
 void OperationalMode::onStationChanged(const QString &kennung, StationChange what)
 {
     const cStation &station = *m_stations.Item(kennung);
-    m_watchAlarms.take(m_record.number(kennung), what, station.loss());
+    m_watchAlarms.onStationChanged(m_record.number(kennung), what, station.loss());
     if (what != StationChange::TextDelivered) {
         const StationEvent told = stateEvent(station, what, moment());
         if (std::optional<EventRow> event = m_states.news(station, what, told)) {

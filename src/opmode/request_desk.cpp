@@ -66,11 +66,11 @@ void RequestDesk::look()
     }
     m_version = version;
     for (const RequestRow &row : std::as_const(rows)) {
-        take(row);
+        handle(row);
     }
 }
 
-void RequestDesk::take(const RequestRow &row)
+void RequestDesk::handle(const RequestRow &row)
 {
     m_last = row.id;
     const qint64 now = m_parts.moment();

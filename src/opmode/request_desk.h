@@ -29,7 +29,7 @@ public:
 
 private:
     void look();
-    void take(const RequestRow &row);
+    void handle(const RequestRow &row);
     Status carryOut(const RequestRow &row);
     Status carryOut(const QString &what, const QJsonObject &about);
     Status acknowledge(const QJsonObject &about);

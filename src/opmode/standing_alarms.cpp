@@ -18,8 +18,8 @@ void takeUpEntry(const ListParts &parts, NodeStore::Id id)
     const AlarmRow *known = parts.alarms.find(number, text.message);
     if (known == nullptr || known->acknowledged != 0 || !known->recipients.contains(text.number)) {
         const Arrival arrival = parts.tree.arrivals().value(id);
-        parts.alarms.take(number, text.number, text.message,
-                          arrival.raised != 0 ? arrival.raised : arrival.received);
+        parts.alarms.addNotification(number, text.number, text.message,
+                                     arrival.raised != 0 ? arrival.raised : arrival.received);
     }
 }
 

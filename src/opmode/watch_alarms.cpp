@@ -110,7 +110,8 @@ void WatchAlarms::end(Stations &stations, qint64 station, const QString &why)
     m_book.end(stations.take(station).alarm, moment(), why);
 }
 
-void WatchAlarms::take(qint64 station, StationChange what, const std::optional<DatagramLoss> &loss)
+void WatchAlarms::onStationChanged(qint64 station, StationChange what,
+                                   const std::optional<DatagramLoss> &loss)
 {
     switch (what) {
     case StationChange::Alive:

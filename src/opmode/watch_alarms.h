@@ -38,7 +38,7 @@ public:
     void start(const std::function<bool(qint64 station)> &isWatched);
     void stop();
 
-    void take(qint64 station, StationChange what, const std::optional<DatagramLoss> &loss);
+    void onStationChanged(qint64 station, StationChange what, const std::optional<DatagramLoss> &loss);
     /// It is watched no longer.
     void letGo(qint64 station);
     /// Why the disk does not take what happens, or empty when it does.

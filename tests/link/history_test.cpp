@@ -144,12 +144,12 @@ private Q_SLOTS:
         const QSignalSpy told(&handler, &ReplyHandler::statusMessage);
         const QString line = "H,%1,0911151405,1,12.5";
         const auto hear = [&](int key) {
-            handler.take({ModemDialogue::ReplyKind::History, {}, line.arg(key)});
+            handler.handle({ModemDialogue::ReplyKind::History, {}, line.arg(key)});
         };
         hear(1);
         hear(2);
         QCOMPARE(told.size(), 1);
-        handler.take({ModemDialogue::ReplyKind::Message, {}, "--> " + line.arg(3)});
+        handler.handle({ModemDialogue::ReplyKind::Message, {}, "--> " + line.arg(3)});
         handler.commandLeft("H,0,1");
         hear(4);
         handler.commandLeft("§,77");
@@ -177,7 +177,7 @@ private Q_SLOTS:
         const QSignalSpy told(&handler, &ReplyHandler::statusMessage);
         handler.commandLeft(serviceCommands::archive);
         for (const QString &line : archiveLines({})) {
-            handler.take({ModemDialogue::ReplyKind::History, {}, line});
+            handler.handle({ModemDialogue::ReplyKind::History, {}, line});
         }
         QCOMPARE(told.size(), 0);
         QCOMPARE(content().count("\r\n"), 18);

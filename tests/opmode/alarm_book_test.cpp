@@ -119,7 +119,7 @@ private:
     static qint64 take(AlarmBook &book, qint64 station, const char *text, qint64 at,
                        const QString &number = u"+491"_s)
     {
-        return book.take(station, number, QString::fromLatin1(text), at);
+        return book.addNotification(station, number, QString::fromLatin1(text), at);
     }
 };
 

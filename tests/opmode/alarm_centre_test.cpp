@@ -107,7 +107,7 @@ private Q_SLOTS:
 private:
     void raise(const QString &kennung, const QString &text)
     {
-        m_book->take(kennung == "a" ? 1 : 2, "+49", text, ++m_now);
+        m_book->addNotification(kennung == "a" ? 1 : 2, "+49", text, ++m_now);
     }
 
     void acknowledge(const QStringList &texts)

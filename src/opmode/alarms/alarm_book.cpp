@@ -70,7 +70,7 @@ const AlarmRow *AlarmBook::find(qint64 station, const QString &text) const
     return alarm(m_ids.value({station, text}));
 }
 
-qint64 AlarmBook::take(qint64 station, const QString &number, const QString &text, qint64 at)
+qint64 AlarmBook::addNotification(qint64 station, const QString &number, const QString &text, qint64 at)
 {
     const QList<qint64> over = m_ends.values({station, text.toLower()});
     for (const qint64 id : over) {

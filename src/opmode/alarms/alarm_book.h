@@ -48,7 +48,7 @@ public:
     void follow(const QList<Shelf> &shelves);
 
     /// A notification of a station: an alarm, the end of some, or neither. Gives the alarm's number, or 0.
-    qint64 take(qint64 station, const QString &number, const QString &text, qint64 at);
+    qint64 addNotification(qint64 station, const QString &number, const QString &text, qint64 at);
     /// Something about the watching itself, which stands until end(). Told once; the same text of the same
     /// station counts on in an alarm that is not acknowledged yet. Gives the alarm's number.
     qint64 begin(AlarmKind kind, qint64 station, const QString &text, qint64 at,

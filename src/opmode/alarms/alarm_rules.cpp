@@ -1,5 +1,6 @@
 #include "opmode/alarms/alarm_rules.h"
 
+#include "config/alarm_word.h"
 #include "record/json_text.h"
 
 #include <algorithm>
@@ -21,7 +22,7 @@ Qt::CaseSensitivity caseOf(const AlarmRule &rule)
 QList<AlarmRule> AlarmRules::standard()
 {
     AlarmRule fail;
-    fail.pattern = QStringLiteral("fail");
+    fail.pattern = alarmWord;
     return {fail};
 }
 

@@ -7,8 +7,9 @@
 namespace ktr {
 
 /// A checksum that tells whole data from torn or damaged. It is made to be fast, eight bytes at a time, and
-/// is no protection against forgery. The journal and the file of times store it; it takes the bytes in the
-/// order of the machine, so such a file looks damaged on a machine of the other order.
+/// is no protection against forgery. The record stores that of each list, and the journal and the file of
+/// times of the versions before hold it, so it stays as it is. It takes the bytes in the order of the
+/// machine: on a machine of the other order such a file looks damaged, and such a list edited.
 inline quint64 checksum(QByteArrayView bytes)
 {
     constexpr quint64 prime = 0x9E3779B97F4A7C15;

@@ -1,5 +1,6 @@
 #include "opmode/station/station_messages.h"
 
+#include "config/alarm_word.h"
 #include "config/channels.h"
 #include "link/history_decoder.h"
 #include "link/module_text.h"
@@ -87,7 +88,7 @@ StationMessage history(const QString &message)
 
 bool isAlarmText(const QString &notification)
 {
-    return notification.contains(QLatin1String("fail"));
+    return notification.contains(alarmWord);
 }
 
 StationMessage interpretStationMessage(const QString &message)

@@ -190,7 +190,7 @@ void StationSockets::Line::tellNext()
     }
     queueUp();
     if (const auto *datagram = std::get_if<QByteArray>(&event.what)) {
-        m_pair.took(*datagram);
+        m_pair.handled(*datagram);
     } else if (std::holds_alternative<Event::Failed>(event.what)) {
         close();
     }

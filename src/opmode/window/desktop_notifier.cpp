@@ -33,7 +33,7 @@ QString line(const Alarm &alarm)
 DesktopNotifier::DesktopNotifier(const AlarmCentre &centre, Timers &timers, QWidget &window)
     : QObject(&window), m_centre(centre), m_window(window), m_pause(timers.create())
 {
-    connect(&centre, &AlarmCentre::attention, this, &DesktopNotifier::take);
+    connect(&centre, &AlarmCentre::attention, this, &DesktopNotifier::announce);
     connect(&centre, &AlarmCentre::changed, this, [this] {
         if (m_centre.unacknowledged() == 0) {
             m_news = {};
@@ -46,7 +46,7 @@ DesktopNotifier::DesktopNotifier(const AlarmCentre &centre, Timers &timers, QWid
 
 DesktopNotifier::~DesktopNotifier() = default;
 
-void DesktopNotifier::take(const AlarmNews &news)
+void DesktopNotifier::announce(const AlarmNews &news)
 {
     QApplication::alert(&m_window);
     const bool isMore = m_news.arrived > 0;

@@ -25,7 +25,7 @@ Q_SIGNALS:
     void chosen();
 
 private:
-    void take(const AlarmNews &news);
+    void announce(const AlarmNews &news);
     void showMessage();
     bool showInTray(const QString &title, const QString &text);
     bool showByProgram(const QString &title, const QString &text);

@@ -57,8 +57,8 @@ OperatorBar::OperatorBar(OperationalMode &mode, QWidget *parent)
     connect(m_name, &QLineEdit::textChanged, this,
             [this](const QString &name) { m_take->setEnabled(!name.trimmed().isEmpty()); });
     connect(m_name, &QLineEdit::returnPressed, m_take, &QPushButton::click);
-    connect(m_take, &QPushButton::clicked, this, [this] { take(m_name->text()); });
-    connect(m_nobody, &QPushButton::clicked, this, [this] { take({}); });
+    connect(m_take, &QPushButton::clicked, this, [this] { useName(m_name->text()); });
+    connect(m_nobody, &QPushButton::clicked, this, [this] { useName({}); });
     connect(m_button, &QToolButton::clicked, this, [this] { isVisible() ? close() : ask(); });
     applyTexts();
     hide();
@@ -84,7 +84,7 @@ void OperatorBar::ask()
     m_name->setSelection(length, -length); // of a long name its beginning is seen
 }
 
-void OperatorBar::take(const QString &name)
+void OperatorBar::useName(const QString &name)
 {
     m_mode.setOperator(onOneLine(name).simplified());
     showName();

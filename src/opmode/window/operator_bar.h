@@ -39,7 +39,7 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 
 private:
-    void take(const QString &name);
+    void useName(const QString &name);
     void close();
     void showName();
 

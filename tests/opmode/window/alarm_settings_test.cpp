@@ -213,7 +213,7 @@ private Q_SLOTS:
         QList<AlarmPriority> heard;
         AlarmSound sound(centre, m_timers, [&](AlarmPriority priority) { heard += priority; });
         const auto come = [&](const char *text) {
-            const qint64 id = book.take(1, "+49", text, 1);
+            const qint64 id = book.addNotification(1, "+49", text, 1);
             m_timers.advance(AlarmCentre::pauseBetweenNews);
             return id;
         };

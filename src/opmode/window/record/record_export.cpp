@@ -48,10 +48,10 @@ void RecordExport::goOn()
         [search = m_search, after = m_after](RecordReader &reader) {
             return findPage(reader, search, after, linesOfAPiece);
         },
-        [this](const RecordPage &page) { take(page); });
+        [this](const RecordPage &page) { write(page); });
 }
 
-void RecordExport::take(const RecordPage &page)
+void RecordExport::write(const RecordPage &page)
 {
     Status status = page.status;
     if (status) {

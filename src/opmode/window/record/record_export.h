@@ -30,7 +30,7 @@ Q_SIGNALS:
 
 private:
     void goOn();
-    void take(const RecordPage &page);
+    void write(const RecordPage &page);
 
     RecordSearch m_search;
     RecordStations m_stations;
