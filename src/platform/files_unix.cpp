@@ -1,10 +1,10 @@
 #include "platform/files.h"
+#include "platform/temporary_name.h"
 
 #include <QCoreApplication>
 #include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
-#include <QUuid>
 
 #include <cerrno>
 #include <cstring>
@@ -40,19 +40,13 @@ bool writeAll(int descriptor, const QByteArray &content)
     return true;
 }
 
-/// A temporary file's name is ".NAME.ktr-" and eight digits. It is locked as long as its program writes it.
-const QString temporaryMark = QStringLiteral(".ktr-");
-constexpr qsizetype digits = 8;
-
-/// Removes what programs that were killed had begun of this file.
+/// Removes what programs that were killed had begun of this file. What is still written is locked.
 void removeAbandoned(const QFileInfo &file)
 {
-    const QString begin = u'.' + file.fileName() + temporaryMark;
     QDirIterator entries(file.absolutePath(), QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     while (entries.hasNext()) {
         const QByteArray path = QFile::encodeName(entries.next());
-        const QString name = entries.fileName();
-        if (!name.startsWith(begin) || name.size() != begin.size() + digits) {
+        if (!isTemporaryName(entries.fileName(), file)) {
             continue;
         }
         const int descriptor = ::open(path.constData(), O_RDWR | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK);
@@ -70,8 +64,7 @@ int makeTemporary(const QFileInfo &file, mode_t mode, QByteArray &path)
 {
     constexpr int tries = 10;
     for (int i = 1;; ++i) {
-        path = QFile::encodeName(file.absolutePath() + QLatin1String("/.") + file.fileName() + temporaryMark +
-                                 QUuid::createUuid().toString(QUuid::Id128).left(digits));
+        path = QFile::encodeName(file.absolutePath() + u'/' + newTemporaryName(file));
         const int descriptor = ::open(path.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
         if (descriptor < 0 && errno == EEXIST && i < tries) {
             continue;

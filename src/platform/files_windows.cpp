@@ -1,4 +1,5 @@
 #include "platform/files.h"
+#include "platform/temporary_name.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -7,7 +8,6 @@
 #include <QFileInfo>
 #include <QTemporaryFile>
 #include <QThread>
-#include <QUuid>
 
 #include <aclapi.h>
 #include <algorithm>
@@ -79,19 +79,13 @@ bool moveOver(const QString &from, const QString &to)
     }
 }
 
-/// A temporary file's name is ".NAME.ktr-" and eight digits.
-const QString temporaryMark = QStringLiteral(".ktr-");
-constexpr qsizetype digits = 8;
-
 /// Removes what programs that were killed had begun of this file. What is still open is not removed.
 void removeAbandoned(const QFileInfo &file)
 {
-    const QString begin = u'.' + file.fileName() + temporaryMark;
     QDirIterator entries(file.path(), QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     while (entries.hasNext()) {
         const QString path = entries.next();
-        const QString name = entries.fileName();
-        if (name.startsWith(begin) && name.size() == begin.size() + digits) {
+        if (isTemporaryName(entries.fileName(), file)) {
             ::DeleteFileW(native(QDir::toNativeSeparators(path)));
         }
     }
@@ -167,9 +161,7 @@ Status FileReplacement::open(const QString &path, Readers ofNew)
                                             : info.absoluteFilePath();
     m_pending->file = QDir::toNativeSeparators(file);
     removeAbandoned(QFileInfo(file));
-    const QString temporary =
-        QFileInfo(file).path() + QLatin1String("/.") + QFileInfo(file).fileName() + temporaryMark +
-        QUuid::createUuid().toString(QUuid::Id128).left(digits); // which no other save has by chance
+    const QString temporary = QFileInfo(file).path() + u'/' + newTemporaryName(QFileInfo(file));
     SECURITY_ATTRIBUTES attributes = security.attributes();
     m_pending->handle = createFile(QDir::toNativeSeparators(temporary), GENERIC_WRITE, FILE_SHARE_READ,
                                    &attributes, CREATE_NEW);
