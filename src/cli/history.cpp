@@ -1,13 +1,12 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/link_job.h"
+#include "cli/loading.h"
 #include "link/history_export.h"
 #include "link/reply_interpreter.h"
 #include "link/service_commands.h"
 #include "platform/terminal.h"
 #include "simulator/replay.h"
-
-#include <QFile>
 
 namespace ktr::cli {
 
@@ -105,13 +104,9 @@ private:
 
 int recordsOfLog(const QString &path, Records &records)
 {
-    QFile log(path);
-    if (!log.open(QIODevice::ReadOnly)) {
-        return fail(path + QLatin1String(": ") + log.errorString());
-    }
     RecordedConversation conversation;
-    if (const Status read = readConversation(log.readAll(), conversation); !read) {
-        return fail(path + QLatin1String(": ") + read.message());
+    if (const Status read = loadLog(path, conversation); !read) {
+        return fail(read.message());
     }
     ModemDialogue dialogue([] { return std::nullopt; });
     for (const RecordedConversation::Line &line : conversation.lines) {

@@ -3,6 +3,9 @@
 #include "cli/console.h"
 #include "lang/text_table.h"
 #include "link/conversation_log.h"
+#include "platform/files.h"
+
+#include <QFile>
 
 namespace ktr::cli {
 
@@ -16,6 +19,16 @@ bool load(Document &document, const QString &fileName)
         complain(report.document.message());
     }
     return report.document && report.isConfiguration;
+}
+
+Status loadLog(const QString &fileName, RecordedConversation &conversation)
+{
+    QFile log(fileName);
+    if (!log.open(QIODevice::ReadOnly)) {
+        return fileFailure(fileName, log.errorString());
+    }
+    Status read = readConversation(log.readAll(), conversation);
+    return read ? read : fileFailure(fileName, read.message());
 }
 
 void complainTooLong(std::optional<int> step, const QString &command)

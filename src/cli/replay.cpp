@@ -2,23 +2,19 @@
 
 #include "cli/console.h"
 #include "cli/interruption.h"
+#include "cli/loading.h"
 #include "platform/pseudo_terminal.h"
 #include "simulator/replay.h"
 
 #include <QCoreApplication>
-#include <QFile>
 
 namespace ktr::cli {
 
 int replay(const QString &logPath, const QString &linkPath)
 {
-    QFile log(logPath);
-    if (!log.open(QIODevice::ReadOnly)) {
-        return fail(logPath + QLatin1String(": ") + log.errorString());
-    }
     RecordedConversation conversation;
-    if (const Status read = readConversation(log.readAll(), conversation); !read) {
-        return fail(logPath + QLatin1String(": ") + read.message());
+    if (const Status read = loadLog(logPath, conversation); !read) {
+        return fail(read.message());
     }
     if (conversation.leftOut > 0) {
         complain(QStringLiteral("%1: %2 lines are none of the conversation and left out")

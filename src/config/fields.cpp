@@ -2,6 +2,7 @@
 
 #include "config/address.h"
 #include "config/channels.h"
+#include "config/phone_number.h"
 #include "platform/overloaded.h"
 #include "platform/text_rules.h"
 
@@ -118,7 +119,6 @@ QString phoneNumber(const QString &text)
 {
     const bool sound =
         text.isEmpty() || (text.startsWith(u'+') && std::ranges::all_of(text.mid(1), isDecimalDigit));
-    constexpr qsizetype longestCountryCode = 3; // alone it stands for a number that is still to be entered
     constexpr qsizetype shortest = 7;
     constexpr qsizetype longest = 15; // by E.164
     const qsizetype digits = text.size() - 1;

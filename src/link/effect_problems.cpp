@@ -4,6 +4,7 @@
 #include "config/channel_use.h"
 #include "config/channels.h"
 #include "config/fields.h"
+#include "config/phone_number.h"
 #include "platform/text_rules.h"
 
 #include <bit>
@@ -51,7 +52,6 @@ bool notifiesAnybody(const LimitValue &value)
 /// Empty, or no longer than a country code. Something that is no number is a problem of the field itself.
 bool isIncomplete(const QString &phoneNumber)
 {
-    constexpr int longestCountryCode = 3;
     return phoneNumber.size() <= 1 + longestCountryCode;
 }
 
