@@ -3,9 +3,11 @@
 #include "link/conversation_log.h"
 #include "link/history_export.h"
 #include "opmode/keeping/checksum.h"
+#include "opmode/keeping/list_replay.h"
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/lists/nodes_export.h"
 #include "opmode/lists/station_import.h"
+#include "opmode/request.h"
 #include "opmode/station/station.h"
 #include "opmode/tree/station_tree.h"
 #include "platform/file_lock.h"
@@ -13,6 +15,7 @@
 #include "platform/registry.h"
 #include "platform/settings_store.h"
 #include "platform/text_rules.h"
+#include "record/json_text.h"
 #include "record/record_file.h"
 #include "simulator/replay.h"
 #include "support/environment.h"
@@ -114,6 +117,17 @@ private Q_SLOTS:
         QTest::newRow("history") << exported(tree, ExportChoice::Kind::History);
         QTest::newRow("registry") << registry();
         QTest::newRow("record") << record();
+        namespace member = request_members;
+        QByteArray asked;
+        for (const Request &request : {stationRequest(requests::rename, 3, {{member::name, u"Mühle 2"_s}}),
+                                       Request{requests::shelve,
+                                               {{member::alarms, QJsonArray{17}},
+                                                {member::until, now.toMSecsSinceEpoch() + 3'600'000},
+                                                {member::why, u"the pump is being replaced"_s}}}}) {
+            asked += request.what.toUtf8() + ' ' + jsonText(request.about).toUtf8() + '\n';
+        }
+        QTest::newRow("requests") << asked;
+        QTest::newRow("attributes") << toJson(attributes).toUtf8();
     }
     void whatIsWrittenIsShown()
     {
@@ -140,6 +154,7 @@ private Q_SLOTS:
                 QVERIFY(node.station == nullptr || *node.station == attributes);
             }));
         QVERIFY(remarks.isEmpty() && keys.contains(u"Mühle/ip/ip9"_s));
+        QCOMPARE(stationAttributes(QString::fromUtf8(all[u"attributes"_s])), attributes);
 
         ProfileFile texts;
         QVERIFY(texts.parse(toWindows1252(QString::fromUtf8(all[u"language"_s]))));
