@@ -6,7 +6,7 @@
 
 namespace ktr::cli {
 
-/// How a job is printed that goes on whatever becomes of who reads it.
+/// Prints the output of a job that goes on even when nobody reads it any more.
 struct PatientJob
 {
     std::function<QByteArray(qint64 lines)> gap = {}; ///< of PatientOutput

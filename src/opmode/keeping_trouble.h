@@ -12,7 +12,7 @@
 
 namespace ktr {
 
-/// What changed and cannot be written at the moment: a crash would lose it.
+/// Changes that cannot be written at the moment, and that a crash would lose.
 struct UnkeptChanges
 {
     QString reason;

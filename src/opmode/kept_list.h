@@ -59,7 +59,7 @@ public:
 
     /// What of the list and of what belongs to it was lost, or rebuilt and has to be looked at by the user.
     const QStringList &defects() const { return m_defects; }
-    /// In the status bar's list, and for who shows what is not to be missed.
+    /// Adds it to the defects, and to the lines of the status bar.
     void tellDefect(const QString &defect);
     /// Why it would not be noticed when another program watched the list, too; empty when it would.
     const QString &lockTrouble() const { return m_lockTrouble; }

@@ -18,12 +18,12 @@ public:
     Status takeUp(const OpenedRecord &opened);
 
     const ListOpener &list() const { return m_list; }
-    /// Whether the record had what the tree that is shown has not.
+    /// Whether the record had something that the tree on the screen lacks.
     bool changesTree() const { return m_list.takenUp() > 0; }
     const StationTree &tree() const { return m_tree; }
     const QHash<QString, StationAttributes> &attributes() const { return m_attributes; }
     const AlarmBook &alarms() const { return m_alarms; }
-    /// What the alarms about the watching that stand are called now.
+    /// New numbers of the alarms about the watching that stand, by their old ones.
     const QHash<qint64, qint64> &renumbered() const { return m_renumbered; }
     QHash<QString, QString> settings() const;
     /// When the list was opened.
@@ -48,7 +48,7 @@ private:
     qint64 m_begun = 0;
 };
 
-/// Makes a tree what another one is.
+/// Makes a tree equal to another one.
 void copyTree(const StationTree &from, StationTree &to);
 
 } // namespace ktr

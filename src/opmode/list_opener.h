@@ -22,7 +22,7 @@ public:
     /// opened.
     void takeUp(ListRecord &record, const OpenedRecord &opened, const EarlierFiles &earlier, qint64 now);
 
-    /// The same to look on while another program keeps the list: nothing is written. A failure: the record
+    /// The same for a list that another program keeps: nothing is written. A failure: the record
     /// does not know the file, or cannot be read. What is read belongs together when the reader has a
     /// snapshot.
     Status join(RecordReader &reader);
@@ -32,7 +32,7 @@ public:
     const QStringList &defects() const { return m_defects; }
     /// What happened to the list that is worth a line.
     const QStringList &remarks() const { return m_remarks; }
-    /// So many changes no file has had.
+    /// How many changes no file has had yet.
     qsizetype takenUp() const { return m_takenUp; }
     /// The event up to which the file is up to date.
     qint64 upto() const { return m_upto; }

@@ -7,7 +7,7 @@
 
 namespace ktr {
 
-/// What a list of stations is made of in memory. All of it outlives who works on it.
+/// The parts of an open list of stations, for the classes that work on it. They outlive those.
 struct ListParts
 {
     StationTree &tree;

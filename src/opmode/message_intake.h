@@ -18,9 +18,9 @@ public:
     explicit MessageIntake(const ListParts &parts, QObject *parent = nullptr);
 
     void handle(const QString &kennung, const QString &text);
-    /// What was said at another time, as the record has it: nobody is told of it.
+    /// The same for a text of the past, from the record: no signal is sent.
     void handleAgain(const QString &kennung, const QString &text, qint64 at);
-    /// Whether the "OK" to the text that was taken last waits for the disk: a module that has it forgets its
+    /// Whether the "OK" to the latest text waits for the disk: once the module has it, it forgets its
     /// alarm.
     bool answersLater(const QString &kennung);
     /// The disk has more of the record, or has refused it.

@@ -112,8 +112,8 @@ public:
     /// Null when there is none.
     const cStation *station(const QString &kennung) const { return m_stations.Item(kennung); }
 
-    // Where the list was joined, who keeps it is asked for the following, and what does not come of it is
-    // told in a line of the status bar.
+    // Where the list was joined, the following are requests to the program that keeps it. One that is not
+    // carried out is reported in the status bar.
 
     /// Adds a station; the name becomes "name (1)", "name (2)", ... where one has it. Gives its key,
     /// empty when no station can be called that.

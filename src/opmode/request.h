@@ -5,8 +5,8 @@
 
 namespace ktr {
 
-/// What who looks on a list asks of who keeps it, as the record's requests have it: a word, and what it is
-/// about, in JSON. Example: "online" about {"station":3,"on":true}.
+/// What a program that joined a list asks of the one that keeps it, as the record has it: a word, and what it
+/// is about, in JSON. Example: "online" about {"on":true,"station":3}.
 struct Request
 {
     QString what{};

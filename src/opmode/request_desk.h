@@ -10,8 +10,8 @@
 
 namespace ktr {
 
-/// Carries out what those who look on ask for, in their names, and answers each request in the record. Looks
-/// for new ones four times a second.
+/// Carries out the requests of programs that joined the list, in the names of their operators, and answers
+/// each in the record. Looks for new ones four times a second.
 class RequestDesk
 {
     Q_DECLARE_TR_FUNCTIONS(RequestDesk)
@@ -23,7 +23,7 @@ public:
     RequestDesk(const ListParts &parts, StationActions &stationActions, Acknowledger &acknowledger,
                 AlarmActions &alarmActions);
 
-    /// A list is kept from now on. What was asked for before is answered with that it came too early.
+    /// The list is kept from now on. Requests from before are answered: they came too early.
     void start();
     void stop();
 

@@ -11,13 +11,13 @@
 
 namespace ktr {
 
-/// Asks who keeps a list, and tells what did not come of it. What is carried out shows by itself.
+/// Sends requests to the program that keeps a list, and reports those that are not carried out.
 class RequestSender : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Who keeps the list does not carry out what was asked for longer ago.
+    /// The keeper of the list does not carry out older requests, in ms.
     static constexpr qint64 patienceMs = 30'000;
 
     RequestSender(const QString &recordPath, const Environment &environment, QObject *parent = nullptr);

@@ -4,7 +4,7 @@
 
 namespace ktr {
 
-/// For how many days what stays; 0: for ever.
+/// How many days entries and rows are kept; 0: for ever.
 struct RetentionRules
 {
     int tree = 0;   ///< entries in the tree and in the list's file; they stay in the record

@@ -178,7 +178,7 @@ struct SettingRow
     bool operator==(const SettingRow &) const = default;
 };
 
-/// What somebody who looks on asks of who keeps the list.
+/// A request of a program that joined the list to the one that keeps it.
 struct RequestRow
 {
     qint64 id = 0; ///< the order; the record gives it

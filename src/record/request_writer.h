@@ -11,8 +11,8 @@
 
 namespace ktr {
 
-/// Writes requests into a record that somebody else keeps, on a thread of its own, so that its disk does not
-/// hold up who asks.
+/// Writes requests into a record that somebody else keeps, on a thread of its own, so that the caller does
+/// not wait for the disk.
 class RequestWriter
 {
 public:

@@ -109,7 +109,7 @@ QString renamingDetail(const QString &before);
 /// What became of a record that was damaged, removed or replaced, a line each; none where it was not.
 QStringList damageTold(const QString &path, const OpenedRecord &opened);
 
-/// The setting in which who keeps a list stands as it does in the lock's file.
+/// The name of the setting with the keeper of the list, in the form of the lock's file.
 QString keeperSetting();
 
 /// How the record calls a file of nodes of this content.

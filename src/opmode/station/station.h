@@ -23,7 +23,7 @@ enum class StationChange {
     LossOver
 };
 
-/// Who is told what a station learns. A station may be disconnected in there, not destroyed.
+/// Is informed of what a station learns. It may disconnect the station meanwhile, not destroy it.
 class StationOwner
 {
 public:

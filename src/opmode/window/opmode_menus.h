@@ -27,7 +27,7 @@ public:
     /// out of it.
     void setStation(bool isChosen, bool isOnline, bool isMaintained);
     enum class Watched { Here, Elsewhere, Nowhere };
-    /// Who watches the stations is asked for most of it; what cannot be done here is disabled and says why.
+    /// Most actions also work where another program watches; those that do not are disabled and say why.
     void setWatched(Watched where);
     /// What happened can be searched only where it is recorded.
     void setRecorded(bool isRecorded);
