@@ -20,7 +20,7 @@ bool isHostName(const QString &host)
 
 } // namespace
 
-std::optional<ModuleAddress> moduleAddress(const QString &text)
+std::optional<ModuleAddress> moduleAddress(const QString &text, quint16 usualPort)
 {
     QString host = text.trimmed();
     QString port;
@@ -35,7 +35,7 @@ std::optional<ModuleAddress> moduleAddress(const QString &text)
         port = host.mid(host.indexOf(u':'));
         host.chop(port.size());
     }
-    ModuleAddress address{withoutLeadingZeros(host).toStdString(), {}};
+    ModuleAddress address{withoutLeadingZeros(host).toStdString(), {}, usualPort};
     if (!port.isEmpty()) {
         bool ok = false;
         address.port = port.mid(1).toUShort(&ok);

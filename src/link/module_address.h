@@ -1,6 +1,6 @@
 #pragma once
 
-#include "link/udp_pair.h"
+#include <QString>
 
 #include <asio/ip/address.hpp>
 
@@ -14,11 +14,12 @@ struct ModuleAddress
 {
     std::string host;
     std::optional<asio::ip::address> literal; ///< none: the host is a name
-    quint16 port = UdpPair::modulePort;
+    quint16 port = 0;
 };
 
 /// "host", "host:port" or "[host]:port" taken apart; the host is an IPv4 address, with leading zeros or
-/// without, an IPv6 address or a name. Nothing for what no module can have.
-std::optional<ModuleAddress> moduleAddress(const QString &text);
+/// without, an IPv6 address or a name. `usualPort` is that of
+/// "host" alone. Nothing for what no module can have.
+std::optional<ModuleAddress> moduleAddress(const QString &text, quint16 usualPort);
 
 } // namespace ktr

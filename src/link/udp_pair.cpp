@@ -463,12 +463,12 @@ bool UdpPair::mayMove() const
 
 bool UdpPair::isAddress(const QString &address)
 {
-    return moduleAddress(address).has_value();
+    return moduleAddress(address, modulePort).has_value();
 }
 
 Status UdpPair::open(const QString &address, UdpPairEvents events)
 {
-    const std::optional<ModuleAddress> module = moduleAddress(address);
+    const std::optional<ModuleAddress> module = moduleAddress(address, modulePort);
     if (!module) {
         return Status::failed(
             QCoreApplication::translate("Files", "%1: is no address of a module").arg(address));

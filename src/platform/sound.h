@@ -7,6 +7,8 @@
 
 namespace ktr {
 
+class SoundPlayer;
+
 /// Plays one short sound, through a program of the system where the system itself cannot.
 class Sound
 {
@@ -18,12 +20,10 @@ public:
     /// Begins to play and returns at once. While it plays already, nothing more happens.
     void play();
 
-    class Player;
-
 private:
     QByteArray m_wav;
     std::function<void()> m_fallback;
-    std::unique_ptr<Player> m_player;
+    std::unique_ptr<SoundPlayer> m_player;
 };
 
 } // namespace ktr

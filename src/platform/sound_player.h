@@ -1,21 +1,24 @@
 #pragma once
 
-#include "platform/sound.h"
+#include <QByteArray>
+
+#include <functional>
+#include <memory>
 
 namespace ktr {
 
 /// How the system plays a sound.
-class Sound::Player
+class SoundPlayer
 {
 public:
-    Player() = default;
-    Player(const Player &) = delete;
-    Player &operator=(const Player &) = delete;
-    virtual ~Player() = default; ///< ends the sound
+    SoundPlayer() = default;
+    SoundPlayer(const SoundPlayer &) = delete;
+    SoundPlayer &operator=(const SoundPlayer &) = delete;
+    virtual ~SoundPlayer() = default; ///< ends the sound
 
     virtual void play(const QByteArray &wav, const std::function<void()> &fallback) = 0;
 
-    static std::unique_ptr<Player> create();
+    static std::unique_ptr<SoundPlayer> create();
 };
 
 } // namespace ktr

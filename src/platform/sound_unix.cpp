@@ -31,7 +31,7 @@ Program soundProgram(const QString &file)
     return {};
 }
 
-class ProgramPlayer : public Sound::Player
+class ProgramPlayer : public SoundPlayer
 {
 public:
     ProgramPlayer()
@@ -103,7 +103,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<Sound::Player> Sound::Player::create()
+std::unique_ptr<SoundPlayer> SoundPlayer::create()
 {
     return std::make_unique<ProgramPlayer>();
 }

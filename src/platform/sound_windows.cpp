@@ -8,7 +8,7 @@ namespace ktr {
 
 namespace {
 
-class SystemPlayer : public Sound::Player
+class SystemPlayer : public SoundPlayer
 {
 public:
     ~SystemPlayer() override { PlaySoundA(nullptr, nullptr, 0); }
@@ -24,7 +24,7 @@ public:
 
 } // namespace
 
-std::unique_ptr<Sound::Player> Sound::Player::create()
+std::unique_ptr<SoundPlayer> SoundPlayer::create()
 {
     return std::make_unique<SystemPlayer>();
 }
