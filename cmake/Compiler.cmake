@@ -8,12 +8,13 @@ if(CCACHE)
 endif()
 
 add_library(ktr_warnings INTERFACE)
-if(CMAKE_UNITY_BUILD) # sources compiled as one shadow each other's names; all other presets warn
-  target_compile_options(ktr_warnings INTERFACE -w)
+target_compile_options(ktr_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast -Wcast-qual
+  -Wimplicit-fallthrough -Werror)
+if(CMAKE_UNITY_BUILD) # sources compiled as one shadow each other's names, and look like headers of it
+  target_compile_options(ktr_warnings INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 else()
-  target_compile_options(ktr_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Wnon-virtual-dtor -Wold-style-cast
-    -Wcast-qual -Wimplicit-fallthrough -Werror)
+  target_compile_options(ktr_warnings INTERFACE -Wshadow)
 endif()
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(ktr_warnings INTERFACE -fpch-preprocess)

@@ -6,12 +6,6 @@ namespace ktr {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-constexpr qint64 aDay = 86'400'000;
-
-} // namespace
-
 AlarmPage RecordReader::findAlarms(const AlarmFilter &filter, const std::optional<RecordKey> &after,
                                    int limit)
 {

@@ -10,7 +10,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr qint64 anHour = 3'600'000;
 constexpr qint64 numbersOfAPart = 20'000;
 constexpr qsizetype fewStations = 200;
 

@@ -11,6 +11,10 @@
 
 namespace ktr {
 
+// In milliseconds, as all times of the record.
+inline constexpr qint64 anHour = 3'600'000;
+inline constexpr qint64 aDay = 24 * anHour;
+
 inline const QString eventColumns =
     QStringLiteral("event.id, event.at, event.station, event.kind, event.text, detail, operator, alarm");
 inline const QString alarmColumns =

@@ -15,9 +15,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr qint64 anHour = 3'600'000;
-constexpr qint64 aDay = 24 * anHour;
-
 /// The number that a text begins with; 0 where it begins with none, but has a digit. Some modules write a
 /// comma.
 std::optional<double> numberOf(const QString &text)

@@ -1,0 +1,1 @@
+// Its object is not linked; window_test_headers.h is compiled beside it.
