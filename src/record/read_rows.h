@@ -2,10 +2,9 @@
 
 // Rows as statements give them.
 
+#include "record/json_text.h"
 #include "record/record_rows.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QSqlQuery>
 #include <QVariant>
 
@@ -40,7 +39,7 @@ inline AlarmRow alarmOf(const QSqlQuery &query)
     row.first = query.value(5).toLongLong();
     row.last = query.value(6).toLongLong();
     row.count = query.value(7).toLongLong();
-    for (const auto &name : QJsonDocument::fromJson(query.value(8).toString().toUtf8()).array()) {
+    for (const auto &name : jsonOf(query.value(8).toString()).array()) {
         row.recipients += name.toString();
     }
     row.acknowledged = query.value(9).toLongLong();
