@@ -21,6 +21,13 @@ OpmodePage::OpmodePage(OperationalMode &mode, const TextTable &texts, QWidget *p
             });
 }
 
+OpmodePage::~OpmodePage()
+{
+    for (const QObject *part : findChildren<QObject *>()) {
+        part->disconnect(this);
+    }
+}
+
 QString OpmodePage::stationName() const
 {
     return m_mode.tree().find(m_kennung).data().toString();

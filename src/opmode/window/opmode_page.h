@@ -17,6 +17,8 @@ class OpmodePage : public QWidget
 
 public:
     OpmodePage(OperationalMode &mode, const TextTable &texts, QWidget *parent = nullptr);
+    /// What the page consists of goes later, one by one, and tells nobody of what changes with that.
+    ~OpmodePage() override;
 
     /// Shows a station; with an empty key, or one that no station has any more, nothing.
     void showStation(const QString &kennung);
