@@ -98,7 +98,8 @@ std::optional<qint64> lookThrough(qint64 from, qint64 to, qint64 length, const L
     QElapsedTimer time;
     time.start();
     while (to > from) {
-        const qint64 part = to - from > length ? to - length : from;
+        const quint64 room = static_cast<quint64>(to) - static_cast<quint64>(from); // of damaged rows, too
+        const qint64 part = room > static_cast<quint64>(length) ? to - length : from;
         const qint64 begun = time.elapsed();
         if (!look(part, to)) {
             return std::nullopt;
@@ -107,7 +108,9 @@ std::optional<qint64> lookThrough(qint64 from, qint64 to, qint64 length, const L
         if (to > from && time.elapsed() > longest) {
             return to;
         }
-        length *= time.elapsed() - begun < quick ? timesLonger : 1;
+        if (time.elapsed() - begun < quick && length < std::numeric_limits<qint64>::max() / timesLonger) {
+            length *= timesLonger;
+        }
     }
     return std::nullopt;
 }
