@@ -6,6 +6,7 @@
 #include "link/io_thread.h"
 #include "look/style.h"
 #include "opmode/station/station_sockets.h"
+#include "opmode/window/alarms/alarm_list_model.h"
 #include "opmode/window/form_betriebsmodus.h"
 #include "platform/files.h"
 #include "platform/registry.h"
@@ -14,8 +15,10 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QTreeView>
 
 #include <asio/ip/udp.hpp>
 
@@ -90,6 +93,40 @@ template <class Condition> bool waitUntil(const Condition &condition)
     return condition();
 }
 
+/// The page of alarms while all of the avalanche's stand: a further one that is listed and painted, and all
+/// of them acknowledged.
+void manyStanding(OperationalMode &mode, Form_betriebsmodus &window, test::RecordedLine &line)
+{
+    window.findChild<QTabWidget *>()->setCurrentIndex(window.findChild<QTabWidget *>()->count() - 1);
+    auto &list = *window.findChild<QTreeView *>(QStringLiteral("Tree_alarms"));
+    (void)list.grab();
+    auto &model = *window.findChild<AlarmListModel *>();
+    QElapsedTimer clock;
+    double slowest = 0;
+    constexpr int rounds = 20;
+    for (int round = 0; round < rounds; ++round) {
+        line.say("at+cmgs=\"+4917012345\"\r");
+        line.say("M,Late " + QByteArray::number(round) + " fail\x1A");
+        const int listed = model.listedCount();
+        waitUntil([&] { return mode.alarms().waiting().size() > std::size_t(listed); });
+        clock.start();
+        model.update();
+        (void)list.grab();
+        slowest = std::max(slowest, double(clock.nsecsElapsed()) / 1e9);
+    }
+    const std::set<qint64> waiting = mode.alarms().waiting();
+    const std::string standing = std::to_string(waiting.size()) + " alarms standing: ";
+    figures::row(standing + "a further one listed and painted, slowest", slowest, figures::Unit::Seconds,
+                 0.1);
+    clock.start();
+    const bool isDone = bool(mode.acknowledgeAlarms({waiting.begin(), waiting.end()}));
+    model.update();
+    (void)list.grab();
+    figures::row(standing + "all acknowledged, on the disk and shown",
+                 isDone && mode.alarms().waiting().empty() ? double(clock.nsecsElapsed()) / 1e9 : 0,
+                 figures::Unit::Seconds, 1);
+}
+
 /// Notifications that arrive as fast as the event loop turns, every tenth an alarm.
 int avalanche(const QString &folder)
 {
@@ -135,6 +172,7 @@ int avalanche(const QString &folder)
     std::printf("%d notifications added: %.2f s\n", notificationCount, double(clock.elapsed()) / 1000);
     figures::row("100,000 notifications arriving as fast as they can: the window held up, at most",
                  double(longest) / 1000, figures::Unit::Seconds, 0.1);
+    manyStanding(mode, window, *lines.front());
     return window.close() ? 0 : 1;
 }
 
