@@ -290,7 +290,7 @@ Status RecordReader::curve(qint64 station, int channel, qint64 from, qint64 to, 
         }
         firstCount = secondCount = 0;
     };
-    const Status read = history(station, channel, from, to, [&](const HistoryRow &row) {
+    Status read = history(station, channel, from, to, [&](const HistoryRow &row) {
         const qint64 beginning = row.at - row.at % span;
         if (point.count == 0 || beginning != point.at) {
             tell();
