@@ -7,7 +7,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QScreen>
-#include <QStorageInfo>
 
 #include <algorithm>
 
@@ -32,12 +31,7 @@ OperationalModeOpener::OperationalModeOpener(const OperationalMode::Services &se
                                              const TextTable &texts)
     : m_services(services), m_texts(texts)
 {
-    m_services.diskRoom = [](const QString &folder) -> std::optional<DiskRoom> {
-        const QStorageInfo disk(folder);
-        return disk.isValid() && disk.bytesTotal() > 0
-                   ? std::optional(DiskRoom{disk.bytesAvailable(), disk.bytesTotal()})
-                   : std::nullopt;
-    };
+    m_services.diskRoom = &systemDiskRoom;
 }
 
 OperationalModeOpener::~OperationalModeOpener() = default;

@@ -16,6 +16,7 @@ std::span<const ThirdParty> thirdParties()
         ThirdParty{QLatin1StringView("pugixml"), QLatin1StringView("MIT"), Program},
         ThirdParty{QLatin1StringView("c-ares"), QLatin1StringView("MIT"), Program},
         ThirdParty{QLatin1StringView("SQLite"), QLatin1StringView("blessing"), Program},
+        ThirdParty{QLatin1StringView("libsystemd"), QLatin1StringView("LGPL-2.1-or-later"), Program},
         ThirdParty{QLatin1StringView("zlib"), QLatin1StringView("Zlib"), WindowsPackage},
         ThirdParty{QLatin1StringView("PCRE2"), QLatin1StringView("BSD-3-Clause"), WindowsPackage},
         ThirdParty{QLatin1StringView("double-conversion"), QLatin1StringView("BSD-3-Clause"), WindowsPackage},

@@ -51,6 +51,9 @@ void describeMonitor(Arguments &arguments);
 std::optional<int> checkMonitor(const Arguments &arguments);
 int monitor(const Arguments &arguments);
 
+void describeKeep(Arguments &arguments);
+int keep(const Arguments &arguments);
+
 void describeRecord(Arguments &arguments);
 std::optional<int> checkRecord(const Arguments &arguments);
 int record(const Arguments &arguments);

@@ -1,6 +1,7 @@
 #include "cli/console.h"
 
 #include "cli/patient_output.h"
+#include "platform/service_manager.h"
 #include "platform/terminal.h"
 
 #include <algorithm>
@@ -44,8 +45,9 @@ void print(const QString &line)
     put(stdout, line + u'\n');
 }
 
-void complain(const QString &message)
+void logLine(Urgency urgency, const QString &message)
 {
+    static const bool isJournal = errorsGoToJournal();
     if (shownProgress != nullptr) {
         shownProgress->end();
     }
@@ -53,7 +55,14 @@ void complain(const QString &message)
     QString line = message;
     std::ranges::replace_if(
         line, [](QChar c) { return c.category() == QChar::Other_Control; }, u' '); // names from files, too
-    put(stderr, QLatin1String("ktrcli: ") + line + u'\n');
+    put(stderr,
+        (isJournal ? QStringLiteral("<%1>").arg(static_cast<int>(urgency)) : QStringLiteral("ktrcli: ")) +
+            line + u'\n');
+}
+
+void complain(const QString &message)
+{
+    logLine(Urgency::Error, message);
 }
 
 int fail(const QString &message)

@@ -15,7 +15,12 @@ inline constexpr int notKnown = 3; ///< all was sent, but what of it arrived is 
 /// A line on standard output, in UTF-8 whatever the locale.
 void print(const QString &line);
 
-/// One line on stderr, beginning "ktrcli: "; a progress bar that stands there ends first.
+/// How much a line matters, by the numbers of the system's log.
+enum class Urgency { Error = 3, Warning = 4, Notice = 5, Info = 6 };
+/// One line on stderr, beginning "ktrcli: ", or with its urgency where stderr goes to the system's log, which
+/// adds the name by itself. A progress bar that stands there ends first.
+void logLine(Urgency urgency, const QString &message);
+/// The same for an error.
 void complain(const QString &message);
 
 /// Complains and returns the exit code of a job that failed.

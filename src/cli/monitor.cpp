@@ -1,10 +1,8 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/event_names.h"
-#include "cli/interruption.h"
 #include "cli/patient_job.h"
-#include "opmode/operational_mode.h"
-#include "opmode/station/station_sockets.h"
+#include "cli/watching.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -42,13 +40,8 @@ int watch(const Arguments &arguments, const Environment &environment, const QStr
 {
     const std::optional<int> seconds =
         arguments.isSet(forOption) ? arguments.number(forOption, 0, longestWatch) : std::nullopt;
-    EventLoopTimers timers;
-    IoThread io;
-    StationSockets sockets(io);
-    Interruption interruption(io, [] { QCoreApplication::quit(); });
-    OperationalMode mode({environment, timers, [&sockets] { return sockets.createLine(); }},
-                         stationCaptions({}));
-    QObject::connect(&mode, &OperationalMode::statusMessage, &mode, &complain);
+    Watching watching(environment);
+    OperationalMode &mode = watching.mode();
     QObject::connect(&mode, &OperationalMode::happened, &mode, [&](const StationEvent &event) {
         const QModelIndex station = mode.tree().find(event.kennung); // which may have another name by now
         print(lineOf(station.isValid() ? station.data(Qt::EditRole).toString() : event.kennung,
@@ -82,13 +75,10 @@ int watch(const Arguments &arguments, const Environment &environment, const QStr
         QTimer::singleShot(std::chrono::seconds(*seconds), Qt::PreciseTimer, QCoreApplication::instance(),
                            &QCoreApplication::quit);
     }
-    const int code = QCoreApplication::exec();
-    mode.takeArrived();
+    const int code = watching.run();
     mode.closeWithoutFile(); // ends, with their numbers, the losses that go on
-    if (sockets.foreignDatagrams() > 0) {
-        complain(QStringLiteral("datagrams of strangers, not looked at: %1").arg(sockets.foreignDatagrams()));
-    }
-    return code == 0 ? done : failed;
+    watching.tellForeignDatagrams();
+    return code;
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "opmode/acknowledger.h"
 #include "opmode/alarm_actions.h"
+#include "opmode/disk_room.h"
 #include "opmode/entry_removal.h"
 #include "opmode/joined_list.h"
 #include "opmode/keeper_beat.h"
@@ -16,13 +17,6 @@
 namespace ktr {
 
 class ListOpener;
-
-/// Bytes of a disk.
-struct DiskRoom
-{
-    qint64 free = 0;
-    qint64 all = 0;
-};
 
 /// The operational mode without its window: the stations of a `nodes.xml`, their tree, what their messages
 /// make of it, their schedules, and how all of it outlives the end and a crash.

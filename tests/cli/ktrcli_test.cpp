@@ -2,6 +2,7 @@
 #include "platform/pseudo_terminal.h"
 #include "record/record_writer.h"
 #include "support/bad_proxy.h"
+#include "support/module_process.h"
 #include "support/test_files.h"
 
 #include <QDir>
@@ -23,6 +24,7 @@
 
 using namespace Qt::StringLiterals;
 using ktr::test::contentOf;
+using Module = ktr::test::ModuleProcess;
 
 namespace steps = ktr::steps;
 
@@ -36,46 +38,6 @@ struct Result
     int code;
     QString output;
     QString errors;
-};
-
-/// A virtual module, or what watches some, in a process of its own.
-class Module
-{
-public:
-    explicit Module(const QStringList &words, const QString &firstEvent = u"listening"_s)
-    {
-        m_process.start(QStringLiteral(KTRCLI), words);
-        await(firstEvent);
-    }
-    ~Module() { terminate(); }
-    bool await(const QString &event)
-    {
-        while (!m_output.contains(event)) {
-            if (!m_process.waitForReadyRead(60000)) {
-                return false;
-            }
-            m_output += QString::fromUtf8(m_process.readAllStandardOutput());
-        }
-        return true;
-    }
-    /// Of a module that ends by itself.
-    int exitCode()
-    {
-        m_process.waitForFinished(60000);
-        return m_process.exitCode();
-    }
-    /// Where it listens, as it tells.
-    QString address() const { return m_output.section(u"listening at "_s, 1).section(u'\n', 0, 0); }
-    bool terminate()
-    {
-        m_process.terminate();
-        m_process.waitForFinished();
-        return m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
-    }
-
-private:
-    QProcess m_process;
-    QString m_output;
 };
 
 } // namespace
@@ -292,6 +254,8 @@ private Q_SLOTS:
                                  "monitor @orphans.xml",
                                  "monitor @pipe",
                                  "monitor /dev/zero",
+                                 "keep @none",
+                                 "keep @garbage.xml",
                                  "record check @none",
                                  "record check @garbage.xml",
                                  "record backup @none @x",

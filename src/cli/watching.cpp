@@ -1,0 +1,39 @@
+#include "cli/watching.h"
+
+#include "cli/console.h"
+
+#include <QCoreApplication>
+
+namespace ktr::cli {
+
+Watching::Watching(const Environment &environment)
+    : m_sockets(m_io),
+      m_interruption(m_io, [] { QCoreApplication::quit(); }),
+      m_mode({.environment = environment,
+              .timers = m_timers,
+              .createLine = [this] { return m_sockets.createLine(); },
+              .foreignDatagrams = [this] { return m_sockets.foreignDatagrams(); },
+              .diskRoom = &systemDiskRoom},
+             stationCaptions({}))
+{
+    QObject::connect(&m_mode, &OperationalMode::statusMessage, &m_mode,
+                     [](const QString &line) { logLine(Urgency::Notice, line); });
+}
+
+int Watching::run()
+{
+    const int code = QCoreApplication::exec();
+    m_mode.takeArrived();
+    return code == 0 ? done : failed;
+}
+
+void Watching::tellForeignDatagrams() const
+{
+    if (m_sockets.foreignDatagrams() > 0) {
+        logLine(
+            Urgency::Warning,
+            QStringLiteral("datagrams of strangers, not looked at: %1").arg(m_sockets.foreignDatagrams()));
+    }
+}
+
+} // namespace ktr::cli
