@@ -3,8 +3,9 @@
 #include "cli/record_table.h"
 #include "opmode/keeping/list_record.h"
 #include "platform/files.h"
+#include "record/record_address.h"
 #include "record/record_care.h"
-#include "record/schema.h"
+#include "record/record_reader.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -53,7 +54,11 @@ int checkFile(const QString &path)
     if (!found.status) {
         return fail(found.status.message());
     }
-    print(QStringLiteral("tables of version %1, %2 bytes").arg(found.schema).arg(QFileInfo(path).size()));
+    qint64 bytes = QFileInfo(path).size();
+    if (isServerAddress(path)) {
+        (void)RecordReader(path).size(bytes);
+    }
+    print(QStringLiteral("tables of version %1, %2 bytes").arg(found.schema).arg(bytes));
     for (const auto &[table, count] : found.rows) {
         print(QStringLiteral("  %1 %2").arg(table.leftJustified(16)).arg(count));
     }
@@ -63,11 +68,11 @@ int checkFile(const QString &path)
     if (!found.faults.isEmpty()) {
         return fail(path + QLatin1String(": damaged"));
     }
-    if (found.schema > newestSchema()) {
+    if (found.schema > found.newest) {
         return fail(path +
                     QLatin1String(": sound, but of a newer version of the program, which alone opens it"));
     }
-    if (found.schema < newestSchema()) {
+    if (found.schema < found.newest) {
         print(QStringLiteral("of an older version; the tables are brought forward when a list is opened"));
     }
     print(QStringLiteral("sound"));
@@ -89,6 +94,17 @@ int exportRecord(const Arguments &arguments, const QString &path)
     return cli::done;
 }
 
+int makeRecord(const QString &address)
+{
+    const Status made = initRecord(address);
+    if (!made) {
+        return fail(made.message());
+    }
+    print(address + QLatin1String(": has its tables"));
+    return cli::done;
+}
+
+const QString initAction = QStringLiteral("init");
 const QString backupAction = QStringLiteral("backup");
 const QString checkAction = QStringLiteral("check");
 const QString exportAction = QStringLiteral("export");
@@ -100,6 +116,10 @@ void describeRecord(Arguments &arguments)
     arguments.setSummary(QStringLiteral(
         "What stations said and operators did, from RECORD (or from the record beside a list, nodes.xml), "
         "also while it is in use.\n\n"
+        "RECORD may stand in a PostgreSQL database: postgresql://[USER@][HOST[:PORT]]/DATABASE[?sslmode=…]; "
+        "the "
+        "password comes from its password file.\n\n"
+        "  record init ADDRESS           makes the tables in such a database, or brings them forward\n"
         "  record backup RECORD TO       copies it; the copy may take its place\n"
         "  record check RECORD           looks through all of it; exit code 1 when it is damaged\n"
         "  record export RECORD -o OUT   writes a table as CSV; events and alarms the newest first"));
@@ -125,8 +145,8 @@ std::optional<int> checkRecord(const Arguments &arguments)
 {
     const QString action = arguments.positional(0);
     const bool isExport = action == exportAction;
-    if (!QStringList{backupAction, checkAction, exportAction}.contains(action)) {
-        return arguments.wrong(QStringLiteral("\"%1\" is none of backup, check, export").arg(action));
+    if (!QStringList{initAction, backupAction, checkAction, exportAction}.contains(action)) {
+        return arguments.wrong(QStringLiteral("\"%1\" is none of init, backup, check, export").arg(action));
     }
     if (arguments.positional(2).isEmpty() == (action == backupAction)) {
         return arguments.wrong(action == backupAction
@@ -167,6 +187,9 @@ std::optional<int> checkRecord(const Arguments &arguments)
 
 int record(const Arguments &arguments)
 {
+    if (arguments.positional(0) == initAction) {
+        return makeRecord(arguments.positional(1));
+    }
     const QString path = recordOf(arguments.positional(1));
     if (arguments.positional(0) == backupAction) {
         return backUp(path, arguments.positional(2));

@@ -11,14 +11,14 @@ Status RecordReader::alarmFigures(qint64 from, qint64 to, qint64 now, AlarmFigur
     figures = {};
     constexpr qint64 aDay = 86'400'000;
     const QString came = u" FROM alarm WHERE first >= ? AND first < ?"_s;
-    Status read =
-        each(u"SELECT (first - ?) / ? AS span, count(*)"_s + came + u" GROUP BY span ORDER BY span"_s,
-             {from, AlarmFigures::spanMs, from, to}, [&](const QSqlQuery &row) {
-                 figures.tenMinutes.append(
-                     {from + row.value(0).toLongLong() * AlarmFigures::spanMs, row.value(1).toLongLong()});
-                 figures.came += figures.tenMinutes.last().count;
-                 return true;
-             });
+    Status read = each(u"SELECT (first - ?) / CAST(? AS BIGINT) AS span, count(*)"_s + came +
+                           u" GROUP BY span ORDER BY span"_s,
+                       {from, AlarmFigures::spanMs, from, to}, [&](const QSqlQuery &row) {
+                           figures.tenMinutes.append({from + row.value(0).toLongLong() * AlarmFigures::spanMs,
+                                                      row.value(1).toLongLong()});
+                           figures.came += figures.tenMinutes.last().count;
+                           return true;
+                       });
     if (read) {
         read = each(u"SELECT station, text, count(*) AS occurrences, sum(count)"_s + came +
                         u" GROUP BY station, text ORDER BY occurrences DESC, max(first) DESC LIMIT 10"_s,
@@ -56,7 +56,7 @@ Status RecordReader::begin(qint64 &at)
 {
     at = 0;
     return each(u"SELECT coalesce(min(at), 0) FROM (SELECT min(at) AS at FROM event"
-                " UNION ALL SELECT min(first) FROM alarm WHERE first > 0)"_s,
+                " UNION ALL SELECT min(first) FROM alarm WHERE first > 0) AS begin"_s,
                 {}, [&](const QSqlQuery &row) {
                     at = row.value(0).toLongLong();
                     return true;

@@ -10,9 +10,14 @@ AlarmPage RecordReader::findAlarms(const AlarmFilter &filter, const std::optiona
                                    int limit)
 {
     AlarmPage page;
+    page.status = open();
+    if (!page.status) {
+        return page;
+    }
+    const SqlDialect &sql = m_database.sql();
     Conditions where;
     if (!filter.stations.isEmpty()) {
-        where.add(u"station IN "_s + anArray, {arrayOf(filter.stations)});
+        where.addNumbers(sql, u"station"_s, filter.stations);
     }
     if (filter.state != AlarmFilter::State::Any) {
         where.add(u"(acknowledged IS NULL OR over IS NULL)"_s, {}); // the condition of the index
@@ -30,7 +35,7 @@ AlarmPage RecordReader::findAlarms(const AlarmFilter &filter, const std::optiona
         where.add(u"acknowledged_by = ?"_s, {filter.acknowledgedBy});
     }
     if (!filter.text.isEmpty()) {
-        const Containing text(filter.text);
+        const Containing text(sql, filter.text);
         where.add(u'(' + text.of(u"text"_s) + u" OR "_s + text.of(u"comment"_s) + u')',
                   text.bound() + text.bound());
     }

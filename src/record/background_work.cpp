@@ -118,8 +118,7 @@ bool BackgroundWork::indexTexts(RecordDatabase &database, bool &hasMore)
     return carriedOut(database,
                       u"INSERT INTO event_text(rowid, text) SELECT id, text FROM event WHERE "_s + searchable,
                       {begin, end}) != nullptr &&
-           carriedOut(database, u"INSERT OR REPLACE INTO setting(name, value) VALUES('searchable', ?)"_s,
-                      {QString::number(end)}) != nullptr;
+           carriedOut(database, settingStatement(u"'searchable', ?"_s), {QString::number(end)}) != nullptr;
 }
 
 bool BackgroundWork::sortKinds(RecordDatabase &database, bool &hasMore)
@@ -141,8 +140,7 @@ bool BackgroundWork::sortKinds(RecordDatabase &database, bool &hasMore)
                       u"INSERT OR IGNORE INTO event_kind(kind, at, id, station) SELECT kind"_s + rows +
                           u" UNION ALL SELECT 0"_s + rows + u" AND alarm IS NOT NULL"_s,
                       {begin, end, begin, end}) != nullptr &&
-           carriedOut(database, u"INSERT OR REPLACE INTO setting(name, value) VALUES('sorted', ?)"_s,
-                      {QString::number(end)}) != nullptr;
+           carriedOut(database, settingStatement(u"'sorted', ?"_s), {QString::number(end)}) != nullptr;
 }
 
 bool BackgroundWork::thinOut(RecordDatabase &database, Table &table, bool &hasMore)
@@ -160,15 +158,17 @@ bool BackgroundWork::thinEvents(RecordDatabase &database, Table &table, bool &ha
     }
     // Events that a list file does not hold yet are needed to bring it up to date.
     QList<QVariantList> rows;
-    if (!rowsOf(
-            database,
-            u"SELECT event.at, event.id, text, event.id <= coalesce("_s + searchableUpto +
-                u", 0), event.id <= coalesce((SELECT upto FROM list_file ORDER BY id DESC LIMIT 1), 0) AND"
-                " NOT EXISTS (SELECT 1 FROM alarm WHERE alarm.id = event.alarm AND"
-                " (acknowledged IS NULL OR over IS NULL)) FROM event_kind CROSS JOIN event USING(id)"
-                " WHERE event_kind.kind = ? AND (event_kind.at, event_kind.id) > (?, ?)"
-                " AND event_kind.at < ? ORDER BY event_kind.at, event_kind.id LIMIT ?"_s,
-            QVariantList{table.kind} + table.at + QVariantList{table.before, rowsOfAStep}, rows, 5)) {
+    if (!rowsOf(database,
+                u"SELECT event.at, event.id, text, event.id <= coalesce("_s + searchableUpto +
+                    u", 0), event.id <= coalesce((SELECT upto FROM list_file ORDER BY id DESC LIMIT 1), "_s +
+                    // On a server there may be no list file that brings itself up to date by events.
+                    (database.isServer() ? u"event.id"_s : u"0"_s) +
+                    u") AND NOT EXISTS (SELECT 1 FROM alarm WHERE alarm.id = event.alarm AND"
+                    " (acknowledged IS NULL OR over IS NULL)) FROM event_kind"_s +
+                    database.sql().inThisOrder +
+                    u"event USING(id) WHERE event_kind.kind = ? AND (event_kind.at, event_kind.id) > (?, ?)"
+                    " AND event_kind.at < ? ORDER BY event_kind.at, event_kind.id LIMIT ?"_s,
+                QVariantList{table.kind} + table.at + QVariantList{table.before, rowsOfAStep}, rows, 5)) {
         return false;
     }
     hasMore = rows.size() == rowsOfAStep;
@@ -176,14 +176,16 @@ bool BackgroundWork::thinEvents(RecordDatabase &database, Table &table, bool &ha
         if (!row[4].toBool()) {
             continue;
         }
-        if (row[3].toBool() && searchableKinds().contains(static_cast<EventKind>(table.kind)) &&
+        const bool isIndexed = !database.isServer() && row[3].toBool(); // a server's indexes follow
+        if (isIndexed && searchableKinds().contains(static_cast<EventKind>(table.kind)) &&
             carriedOut(database, u"INSERT INTO event_text(event_text, rowid, text) VALUES('delete', ?, ?)"_s,
                        {row[1], row[2]}) == nullptr) {
             return false;
         }
         if (carriedOut(database, u"DELETE FROM event WHERE id = ?"_s, {row[1]}) == nullptr ||
-            carriedOut(database, u"DELETE FROM event_kind WHERE kind IN (0, ?) AND at = ? AND id = ?"_s,
-                       {table.kind, row[0], row[1]}) == nullptr) {
+            (!database.isServer() &&
+             carriedOut(database, u"DELETE FROM event_kind WHERE kind IN (0, ?) AND at = ? AND id = ?"_s,
+                        {table.kind, row[0], row[1]}) == nullptr)) {
             return false;
         }
     }
@@ -209,6 +211,11 @@ bool BackgroundWork::thinChannels(RecordDatabase &database, Table &table, bool &
     const auto withName = [&](const QString &statement) -> QString { return statement.arg(table.name); };
     if (table.at.isEmpty()) {
         table.at = {qint64{-1}, 0};
+        QList<QVariantList> dropped;
+        if (database.isServer() &&
+            !rowsOf(database, withName(u"SELECT drop_months('%1', ?)"_s), {table.before}, dropped, 1)) {
+            return false;
+        }
     }
     QList<QVariantList> next;
     if (!rowsOf(database,

@@ -14,7 +14,7 @@ constexpr qint64 numbersOfAPart = 20'000;
 constexpr qsizetype fewStations = 200;
 
 /// All but times and stations.
-Conditions conditionsOf(const EventFilter &filter)
+Conditions conditionsOf(const SqlDialect &sql, const EventFilter &filter)
 {
     Conditions where;
     if (!filter.kinds.isEmpty()) {
@@ -30,7 +30,7 @@ Conditions conditionsOf(const EventFilter &filter)
         if (!searchesAllKinds(filter)) {
             where.add(u"kind IN "_s + listOf(searchableKinds()), {});
         }
-        const Containing text(filter.text);
+        const Containing text(sql, filter.text);
         where.add(text.of(u"event.text"_s), text.bound());
     }
     return where;
@@ -79,6 +79,9 @@ bool passesOverKinds(const EventFilter &filter)
 EventPage RecordReader::findEvents(const EventFilter &filter, const std::optional<RecordKey> &after,
                                    int limit)
 {
+    if (Status opened = open(); !opened) {
+        return {opened, {}, std::nullopt};
+    }
     return filter.text.isEmpty() || searchesAllKinds(filter) ? eventsByTime(filter, after, limit)
                                                              : eventsByText(filter, after, limit);
 }
@@ -177,10 +180,10 @@ Status RecordReader::look(const EventFilter &filter, const EventOrder &order,
         return where;
     };
     Conditions where = inTime(u"event"_s);
-    const Conditions others = conditionsOf(filter);
+    const Conditions others = conditionsOf(m_database.sql(), filter);
     where.add(others.all(), others.values);
     if (order.by != EventOrder::By::Station && !filter.stations.isEmpty()) {
-        where.add(u"event.station IN "_s + anArray, {arrayOf(filter.stations)});
+        where.addNumbers(m_database.sql(), u"event.station"_s, filter.stations);
     }
     const auto takeRow = [&rows](const QSqlQuery &row) {
         rows += eventOf(row);
@@ -210,21 +213,23 @@ Status RecordReader::look(const EventFilter &filter, const EventOrder &order,
         Conditions inOrder = inTime(u"event_kind"_s);
         inOrder.add(u"event_kind.id <= ?"_s, {order.sorted});
         if (!filter.stations.isEmpty()) {
-            inOrder.add(u"event_kind.station IN "_s + anArray, {arrayOf(filter.stations)});
+            inOrder.addNumbers(m_database.sql(), u"event_kind.station"_s, filter.stations);
         }
         const bool mustLookAtAll = filter.ofAlarms && !filter.kinds.isEmpty();
         if (mustLookAtAll) {
             inOrder.add(u"event.kind IN "_s + listOf(filter.kinds), {});
         }
         for (qsizetype i = 0; read && i < order.each.size(); ++i) {
-            read = each(u"SELECT event_kind.at, event_kind.id FROM event_kind"_s +
-                            (mustLookAtAll ? u" CROSS JOIN event USING(id)"_s : QString()) +
-                            u" WHERE event_kind.kind = ? AND "_s + inOrder.all() +
-                            u" ORDER BY event_kind.at DESC, event_kind.id DESC LIMIT ?"_s,
-                        QVariantList{order.each[i]} + inOrder.values + QVariantList{limit}, takeKey);
+            read =
+                each(u"SELECT event_kind.at, event_kind.id FROM event_kind"_s +
+                         (mustLookAtAll ? m_database.sql().inThisOrder + u"event USING(id)"_s : QString()) +
+                         u" WHERE event_kind.kind = ? AND "_s + inOrder.all() +
+                         u" ORDER BY event_kind.at DESC, event_kind.id DESC LIMIT ?"_s,
+                     QVariantList{order.each[i]} + inOrder.values + QVariantList{limit}, takeKey);
         }
         if (read) {
-            read = each(u"SELECT at, id FROM event NOT INDEXED WHERE id > ? AND "_s + where.all() + newest,
+            read = each(u"SELECT at, id FROM event"_s + m_database.sql().unindexed + u" WHERE id > ? AND "_s +
+                            where.all() + newest,
                         QVariantList{order.sorted} + where.values + QVariantList{limit}, takeKey);
         }
     }
@@ -233,10 +238,10 @@ Status RecordReader::look(const EventFilter &filter, const EventOrder &order,
     for (const auto &[at, id] : keys.mid(0, limit)) {
         ids += id;
     }
-    return read && !ids.isEmpty()
-               ? each(u"SELECT "_s + eventColumns + u" FROM event WHERE id IN "_s + anArray + newest,
-                      {arrayOf(ids), limit}, takeRow)
-               : read;
+    return read && !ids.isEmpty() ? each(u"SELECT "_s + eventColumns + u" FROM event WHERE id"_s +
+                                             m_database.sql().oneOfNumbers + newest,
+                                         {m_database.sql().arrayOf(ids), limit}, takeRow)
+                                  : read;
 }
 
 /// What the index is asked for: those of a text's parts that are rare, going by the latest texts. It goes
@@ -317,9 +322,9 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
     bool isFew = false; // all rows of these stations can be gone through
     if (page.status && areFew(filter.stations)) {
         constexpr qint64 few = 20'000;
-        page.status = each(u"SELECT count(*) FROM (SELECT 1 FROM event WHERE station IN "_s + anArray +
-                               u" LIMIT %1)"_s.arg(few),
-                           {arrayOf(filter.stations)}, [&](const QSqlQuery &row) {
+        page.status = each(u"SELECT count(*) FROM (SELECT 1 FROM event WHERE station"_s +
+                               m_database.sql().oneOfNumbers + u" LIMIT %1) AS those"_s.arg(few),
+                           {m_database.sql().arrayOf(filter.stations)}, [&](const QSqlQuery &row) {
                                isFew = row.value(0).toLongLong() < few;
                                return true;
                            });
@@ -328,12 +333,12 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
         return eventsByTime(filter, after, limit);
     }
     const QStringList trigrams = trigramsOf(filter.text);
-    Conditions where = conditionsOf(filter);
+    Conditions where = conditionsOf(m_database.sql(), filter);
     if (filter.from != 0 || filter.to != 0) {
         where.add(u"at >= ? AND at < ?"_s, {beginOf(filter.from), endOf(filter.to)});
     }
     if (!filter.stations.isEmpty()) {
-        where.add(u"station IN "_s + anArray, {arrayOf(filter.stations)});
+        where.addNumbers(m_database.sql(), u"station"_s, filter.stations);
     }
     const auto search = [&](const QString &source, const QString &number, qint64 above, qint64 upTo,
                             const QString &match = {}) {
@@ -362,11 +367,13 @@ EventPage RecordReader::eventsByText(const EventFilter &filter, const std::optio
         const qint64 unindexedAbove = trigrams.isEmpty() ? low : std::max(low, indexed);
         if (isSoughtOn()) {
             stopped = lookThrough(unindexedAbove, high, numbersOfAPart, [&](qint64 above, qint64 upTo) {
-                return search(u"event NOT INDEXED"_s, u"id"_s, above, upTo);
+                return search(u"event"_s + m_database.sql().unindexed, u"id"_s, above, upTo);
             });
         }
         high = std::min(high, unindexedAbove);
-        if (isSoughtOn() && high > low) {
+        if (isSoughtOn() && high > low && m_database.isServer()) { // which has an index of its own
+            search(u"event"_s, u"id"_s, low, high);
+        } else if (isSoughtOn() && high > low) {
             QString match;
             page.status = matchOf(trigrams, high, match);
             if (page.status) {

@@ -1,6 +1,7 @@
 #include "record/record_care.h"
 
 #include "platform/files.h"
+#include "record/record_address.h"
 #include "record/schema.h"
 
 #include <QCoreApplication>
@@ -29,8 +30,24 @@ Status copyRecord(RecordDatabase &from, const QString &to)
                : fileFailure(to, QCoreApplication::translate("Record", "is not known to be on the disk"));
 }
 
+Status initRecord(const QString &address)
+{
+    RecordDatabase database;
+    Status made = database.open(address, RecordDatabase::Use::Create);
+    if (made && !database.isServer()) {
+        made = database.fail(QCoreApplication::translate(
+            "Record", "is no address of a database server; a record in a file is made when it is needed"));
+    }
+    return made ? makeTables(database) : made;
+}
+
 Status backUpRecord(const QString &path, const QString &to)
 {
+    if (isServerAddress(path)) {
+        return fileFailure(
+            path, QCoreApplication::translate(
+                      "Record", "is backed up by the means of the database server (pg_dump, pg_basebackup)"));
+    }
     if (QFileInfo::exists(to)) {
         return fileFailure(to, QCoreApplication::translate("Record", "is there already"));
     }
@@ -58,7 +75,7 @@ RecordCheck checkRecord(const QString &path)
     RecordCheck result;
     RecordDatabase database;
     const QString log = path + u"-wal"_s;
-    if (!QFileInfo::exists(path) && QFileInfo::exists(log)) {
+    if (!isServerAddress(path) && !QFileInfo::exists(path) && QFileInfo::exists(log)) {
         result.status = fileFailure(
             path,
             QCoreApplication::translate("Record", "is gone; only its last changes are there: %1").arg(log));
@@ -82,19 +99,25 @@ RecordCheck checkRecord(const QString &path)
         }
         query->finish();
     };
-    each(u"PRAGMA integrity_check"_s, [&](const QSqlQuery &row) {
-        if (const QString said = row.value(0).toString(); said != u"ok"_s) {
-            result.faults += said;
-        }
-    });
+    if (!database.isServer()) { // which looks through its tables by itself (pg_amcheck)
+        each(u"PRAGMA integrity_check"_s, [&](const QSqlQuery &row) {
+            if (const QString said = row.value(0).toString(); said != u"ok"_s) {
+                result.faults += said;
+            }
+        });
+    }
     result.schema = schemaOf(database);
+    result.newest = newestSchema(database);
     if (result.schema < 0) {
         result.faults += database.failure().message();
         return result;
     }
     QStringList tables;
-    each(u"SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'event\\_%' ESCAPE '\\'"
-         " AND name NOT LIKE 'sqlite%' ORDER BY name"_s,
+    each(database.isServer() ? u"SELECT relname FROM pg_class WHERE relnamespace = 'ktrconfig'::regnamespace"
+                               " AND relkind IN ('r', 'p') AND NOT relispartition ORDER BY relname"_s
+                             : u"SELECT name FROM sqlite_master WHERE type = 'table' AND"
+                               " name NOT LIKE 'event\\_%' ESCAPE '\\' AND name NOT LIKE 'sqlite%'"
+                               " ORDER BY name"_s,
          [&](const QSqlQuery &row) { tables += row.value(0).toString(); });
     for (const QString &table : tables) {
         each(u"SELECT count(*) FROM "_s + table, [&](const QSqlQuery &row) {

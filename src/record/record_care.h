@@ -8,6 +8,9 @@
 
 namespace ktr {
 
+/// Makes the tables in a server's database, or brings older ones forward; needs the right to make a schema.
+Status initRecord(const QString &address);
+
 /// Writes what a record holds at this moment into a new file, for its owner alone, while it may be in use. A
 /// file that is there already is not touched. Takes a while; fit for any thread.
 Status backUpRecord(const QString &path, const QString &to);
@@ -22,6 +25,7 @@ struct RecordCheck
     Status status = Status::done(); ///< why it could not be looked at
     QStringList faults{};           ///< none: it is sound
     int schema = 0;
+    int newest = 0;                           ///< that this program knows
     QList<std::pair<QString, qint64>> rows{}; ///< of each table
 };
 

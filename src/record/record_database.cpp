@@ -1,6 +1,7 @@
 #include "record/record_database.h"
 
 #include "platform/files.h"
+#include "record/record_address.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -34,6 +35,23 @@ QString addressOf(const QString &path, RecordDatabase::Use use)
            (isReadOnly(use) ? u"?mode=ro"_s : u"?mode=rw"_s);
 }
 
+/// A server's message without what is of no use to a user: its statement, its place in there.
+QString serverReason(const QString &reason)
+{
+    QString first = reason.section(u'\n', 0, 0).trimmed();
+    for (const QString &word : {u"ERROR:"_s, u"FATAL:"_s, u"QPSQL:"_s}) {
+        first = first.startsWith(word) ? first.mid(word.size()).trimmed() : first;
+    }
+    return first;
+}
+
+/// A failure without a code comes from the connection. Of the others: class 08 (connection), 57P01 to 57P05
+/// (the server ends, or ends this session).
+bool tellsOfLoss(const QString &code)
+{
+    return code.isEmpty() || code.startsWith(u"08"_s) || code.startsWith(u"57P"_s);
+}
+
 QString freshName()
 {
     static std::atomic<int> last = 0;
@@ -52,31 +70,33 @@ Status RecordDatabase::open(const QString &path, Use use)
     close();
     m_path = path;
     m_code = 0;
+    m_isLost = false;
+    m_isServer = isServerAddress(path);
+    return m_isServer ? openServer(use) : openFile(use);
+}
+
+Status RecordDatabase::openFile(Use use)
+{
     // Closing a file that is open as a database would end the locks that its connections in this process
     // hold: one that is there is only looked at.
-    const QFileInfo info(path);
+    const QFileInfo info(m_path);
     if (info.exists() && !info.isFile()) {
-        return notRegular(path);
+        return notRegular(m_path);
     }
     if (!info.exists()) {
         if (use != Use::Create) {
             return fail(QCoreApplication::translate("Record", "does not exist"));
         }
         QFile file;
-        if (Status made = openOwnersFile(file, path); !made) {
+        if (Status made = openOwnersFile(file, m_path); !made) {
             return made;
         }
     }
-    m_identity = identityOf(path);
+    m_identity = identityOf(m_path);
     m_name = freshName();
     m_database = QSqlDatabase::addDatabase(u"QSQLITE"_s, m_name);
-    m_database.setDatabaseName(addressOf(path, use));
+    m_database.setDatabaseName(addressOf(m_path, use));
     m_database.setConnectOptions(u"QSQLITE_OPEN_URI;QSQLITE_BUSY_TIMEOUT=2000"_s);
-    if (!m_database.open()) {
-        Status failed = fails(m_database.lastError()) ? Status::done() : failure();
-        close();
-        return failed;
-    }
     QStringList pragmas{u"PRAGMA cache_size=-32768"_s, u"PRAGMA temp_store=MEMORY"_s};
     if (use == Use::Salvage) { // without which nothing of a file is read that is shorter than it says
         pragmas.prepend(u"PRAGMA writable_schema=ON"_s);
@@ -84,7 +104,7 @@ Status RecordDatabase::open(const QString &path, Use use)
     if (!isReadOnly(use)) { // what is committed is on the disk
         pragmas += u"PRAGMA synchronous=FULL"_s;
     }
-    Status set = execute(pragmas);
+    Status set = opened(pragmas);
     if (set && use == Use::Write) {
         set = useLog();
     }
@@ -94,9 +114,48 @@ Status RecordDatabase::open(const QString &path, Use use)
     return set;
 }
 
+Status RecordDatabase::openServer(Use use)
+{
+    const ServerAddress address = serverAddress(m_path);
+    if (!address.status) {
+        m_failure = address.status.message();
+        return address.status;
+    }
+    m_name = freshName();
+    m_database = QSqlDatabase::addDatabase(u"QPSQL"_s, m_name);
+    m_database.setConnectOptions(address.connection);
+    QStringList settings{
+        u"SET search_path TO ktrconfig"_s, u"SET client_min_messages TO error"_s,
+        // A search for a text is planned anew for each: a rare one wants the index, a frequent one does not.
+        u"SET plan_cache_mode TO force_custom_plan"_s};
+    if (isReadOnly(use)) {
+        settings += u"SET default_transaction_read_only TO on"_s;
+    } else { // what is committed is on the disk; a server may be set to more
+        settings += u"SELECT set_config('synchronous_commit', 'on', false)"
+                    " WHERE current_setting('synchronous_commit') IN ('off', 'local')"_s;
+    }
+    Status set = opened(settings);
+    if (!set) {
+        close();
+    }
+    return set;
+}
+
+Status RecordDatabase::opened(const QStringList &settings)
+{
+    if (!m_database.open()) {
+        m_isLost = true;
+        return fails(m_database.lastError()) ? Status::done() : failure();
+    }
+    return execute(settings);
+}
+
 /// The log is cut back after a burst.
 Status RecordDatabase::useLog()
 {
+    if (m_isServer) { // which has one of its own
+        return Status::done();
+    }
     return execute({u"PRAGMA journal_mode=WAL"_s, u"PRAGMA journal_size_limit=67108864"_s});
 }
 
@@ -112,7 +171,7 @@ void RecordDatabase::close()
 
 bool RecordDatabase::isMoved() const
 {
-    return isOpen() && identityOf(m_path) != m_identity;
+    return isOpen() && !m_isServer && identityOf(m_path) != m_identity;
 }
 
 Status RecordDatabase::endLog()
@@ -168,19 +227,35 @@ bool RecordDatabase::wasReadToItsEnd(const QSqlQuery &query)
 
 bool RecordDatabase::begin()
 {
-    QSqlQuery *query = prepared(u"BEGIN IMMEDIATE"_s);
-    return query != nullptr && run(*query);
+    m_hasNumbers = !m_isServer;
+    return carryOut(m_isServer ? u"BEGIN"_s : u"BEGIN IMMEDIATE"_s);
+}
+
+bool RecordDatabase::beginNumbers()
+{
+    constexpr int numbersLock = 0x4b5452; // any number will do that no other program takes
+    m_hasNumbers = m_hasNumbers || carryOut(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(numbersLock));
+    return m_hasNumbers;
 }
 
 bool RecordDatabase::commit()
 {
-    QSqlQuery *query = prepared(u"COMMIT"_s);
+    return carryOut(u"COMMIT"_s);
+}
+
+/// A server prepares no such statements.
+bool RecordDatabase::carryOut(const QString &statement)
+{
+    if (m_isServer) {
+        return static_cast<bool>(execute(statement));
+    }
+    QSqlQuery *query = prepared(statement);
     return query != nullptr && run(*query);
 }
 
 void RecordDatabase::rollBack()
 {
-    if (m_database.isValid()) {
+    if (m_database.isValid() && !m_isLost) {
         QSqlQuery(m_database).exec(u"ROLLBACK"_s);
     }
 }
@@ -200,14 +275,17 @@ Status RecordDatabase::fail(const QString &reason)
 {
     m_failure = fileFailure(m_path, reason).message();
     m_code = 0;
+    m_isLost = false;
     return failure();
 }
 
 bool RecordDatabase::fails(const QSqlError &error)
 {
     const QString reason = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-    m_failure = fileFailure(m_path, reason).message();
-    m_code = error.nativeErrorCode().toInt() & 0xff;
+    m_failure = fileFailure(m_path, m_isServer ? serverReason(reason) : reason).message();
+    const QString code = error.nativeErrorCode();
+    m_code = m_isServer ? 0 : code.toInt() & 0xff;
+    m_isLost = m_isServer && tellsOfLoss(code);
     return false;
 }
 

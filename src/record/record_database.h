@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/status.h"
+#include "record/sql_dialect.h"
 
 #include <QHash>
 #include <QSqlDatabase>
@@ -11,10 +12,12 @@
 
 namespace ktr {
 
-/// A connection to a record. It belongs to the thread that opened it, from open() to close().
+/// A connection to a record, be it a file or in a PostgreSQL database (see isServerAddress()). It belongs to
+/// the thread that opened it, from open() to close().
 class RecordDatabase
 {
 public:
+    /// What is said of files goes for files; a server's database is there or it is not.
     enum class Use {
         Write,  ///< of a file that is there
         Create, ///< makes the file, for its owner alone, where there is none; useLog() is left to the caller
@@ -26,9 +29,11 @@ public:
     ~RecordDatabase();
     Q_DISABLE_COPY_MOVE(RecordDatabase)
 
-    /// A failure names the file. What is no regular file is refused.
+    /// A failure names the file or address. What is no regular file is refused.
     Status open(const QString &path, Use use);
     void close();
+    bool isServer() const { return m_isServer; }
+    const SqlDialect &sql() const { return m_isServer ? serverDialect() : fileDialect(); }
     /// Goes over to a write-ahead log, which is written into the file.
     Status useLog();
     /// Brings all that stands in the log into the file, so that this can be taken away by itself.
@@ -54,6 +59,10 @@ public:
     bool wasReadToItsEnd(const QSqlQuery &query);
 
     bool begin();
+    /// From here to the end of the transaction no other one gives numbers of events, changes or requests:
+    /// what has a higher number was committed later. Done once in each; a file has one writer at a time
+    /// anyway.
+    bool beginNumbers();
     bool commit();
     /// Does no harm when the database has rolled back by itself; failure() stays as it was.
     void rollBack();
@@ -64,13 +73,22 @@ public:
     bool isDamaged() const;
     /// Marks the last failure as damage of the file.
     void failAsDamaged();
+    /// Whether the last failure says that the server is not there, or this connection no more.
+    bool isLost() const { return m_isLost; }
     /// Notes a failure that the caller found, and returns it with the name of the file.
     Status fail(const QString &reason);
 
 private:
+    Status openFile(Use use);
+    Status openServer(Use use);
+    Status opened(const QStringList &settings);
+    bool carryOut(const QString &statement);
     bool fails(const class QSqlError &error);
 
     QString m_path;
+    bool m_isServer = false;
+    bool m_hasNumbers = false; ///< of this transaction
+    bool m_isLost = false;
     QByteArray m_identity; ///< of the file
     QString m_name;
     QSqlDatabase m_database;

@@ -1,6 +1,7 @@
 #include "record/record_file.h"
 
 #include "platform/files.h"
+#include "record/record_address.h"
 #include "record/record_care.h"
 #include "record/record_reader.h"
 #include "record/salvage.h"
@@ -184,6 +185,30 @@ void keepLogAside(const QString &path, OpenedRecord &result)
         QCoreApplication::translate("Record", "of a record that is gone, its last changes were there");
 }
 
+/// On a server there is nothing to be mended here, and nobody to be waited for.
+OpenedRecord openOnServer(const QString &address)
+{
+    OpenedRecord result;
+    RecordDatabase database;
+    result.status = database.open(address, RecordDatabase::Use::Write);
+    if (result.status && schemaOf(database) == 0) {
+        result.status = database.fail(
+            QCoreApplication::translate("Record", "has no tables yet; \"ktrcli record init\" makes them"));
+    }
+    if (result.status) {
+        result.status = bringForward(database);
+    }
+    constexpr qint64 numbersOfABlock = 1'000'000'000;
+    if (result.status) {
+        result.status = readNumber(database, u"SELECT max(id) FROM event"_s, result.lastEvent);
+    }
+    if (result.status) {
+        result.status = readNumber(database, u"SELECT nextval('number_block')"_s, result.lastAlarm);
+        result.lastAlarm *= numbersOfABlock;
+    }
+    return result;
+}
+
 } // namespace
 
 QString uncheckedSetting()
@@ -193,6 +218,9 @@ QString uncheckedSetting()
 
 OpenedRecord openRecord(const QString &path, qint64 mostChecked)
 {
+    if (isServerAddress(path)) {
+        return openOnServer(path);
+    }
     OpenedRecord result;
     const QString fresh = salvagePath(path);
     QFile::remove(copyPath(path));

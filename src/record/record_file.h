@@ -34,7 +34,9 @@ inline constexpr qint64 mostCheckedAtOnce = qint64{64} << 20;
 
 /// Makes a record, for its owner alone, or brings one to the newest tables. After a bad end it is checked; of
 /// a damaged one, which is kept aside under a number, what can be read is taken into a new one. Nobody else
-/// may use it meanwhile. RecordWriter and RecordReader open it for themselves afterwards.
+/// may use it meanwhile. RecordWriter and RecordReader open it for themselves afterwards. On a server (see
+/// isServerAddress()) the tables must be there, others may use them, and lastAlarm begins a block of numbers
+/// that nobody else has.
 OpenedRecord openRecord(const QString &path, qint64 mostChecked = mostCheckedAtOnce);
 
 class RecordDatabase;

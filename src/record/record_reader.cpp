@@ -37,7 +37,7 @@ std::optional<double> numberOf(const QString &text)
 
 Status RecordReader::open()
 {
-    if (m_database.isOpen()) {
+    if (m_database.isOpen() && !m_database.isLost()) {
         return Status::done();
     }
     Status opened = m_database.open(m_path, RecordDatabase::Use::Read);
@@ -45,7 +45,7 @@ Status RecordReader::open()
         return opened;
     }
     const int schema = schemaOf(m_database);
-    if (schema == newestSchema()) {
+    if (schema == newestSchema(m_database)) {
         return Status::done();
     }
     Status failed =
@@ -169,15 +169,15 @@ Status RecordReader::statesOfRun(const QList<EventKind> &kinds,
     if (Status read = sortedEvents(sorted); !read) {
         return read;
     }
-    const auto rowsOf = [&sorted](const QString &some) -> QString {
+    const auto rowsOf = [&sorted, this](const QString &some) -> QString {
         const QString upto = u"coalesce("_s + sortedUpto + u", 0)"_s;
         const QString columns = u"SELECT id, station, kind FROM "_s;
         const QString wanted = u" kind IN "_s + some;
         return sorted ? QString(u'(' + columns + u"event_kind WHERE id <= "_s + upto + u" AND"_s + wanted +
-                                u" UNION ALL "_s + columns + u"event NOT INDEXED WHERE id > "_s + upto +
-                                u" AND"_s + wanted + u')')
-                      : QString(u'(' + columns + u"event INDEXED BY event_rare WHERE kind >= 10 AND"_s +
-                                wanted + u')');
+                                u" UNION ALL "_s + columns + u"event"_s + m_database.sql().unindexed +
+                                u" WHERE id > "_s + upto + u" AND"_s + wanted + u") AS wanted"_s)
+                      : QString(u'(' + columns + u"event"_s + m_database.sql().rareIndex +
+                                u" WHERE kind >= 10 AND"_s + wanted + u") AS wanted"_s);
     };
     return each(u"SELECT "_s + eventColumns + u" FROM event WHERE id IN (SELECT max(id) FROM "_s +
                     rowsOf(listOf(kinds)) + u" WHERE id > (SELECT coalesce(max(id), 0) FROM "_s +
@@ -191,7 +191,10 @@ Status RecordReader::statesOfRun(const QList<EventKind> &kinds,
 Status RecordReader::beginSnapshot()
 {
     const Status opened = open();
-    return opened ? m_database.execute(u"BEGIN"_s) : opened;
+    return opened ? m_database.execute(m_database.isServer()
+                                           ? u"BEGIN ISOLATION LEVEL REPEATABLE READ READ ONLY"_s
+                                           : u"BEGIN"_s)
+                  : opened;
 }
 
 void RecordReader::endSnapshot()
@@ -320,8 +323,14 @@ Status RecordReader::values(qint64 station, int channel, qint64 from, qint64 to,
 
 Status RecordReader::size(qint64 &bytes)
 {
-    return each(u"SELECT page_count * page_size FROM pragma_page_count(), pragma_page_size()"_s, {},
-                [&](const QSqlQuery &row) {
+    if (Status opened = open(); !opened) {
+        return opened;
+    }
+    return each(m_database.isServer()
+                    ? u"SELECT sum(pg_total_relation_size(oid)) FROM pg_class WHERE relkind IN ('r', 'm')"
+                      " AND relnamespace = 'ktrconfig'::regnamespace"_s
+                    : u"SELECT page_count * page_size FROM pragma_page_count(), pragma_page_size()"_s,
+                {}, [&](const QSqlQuery &row) {
                     bytes = row.value(0).toLongLong();
                     return true;
                 });
@@ -338,10 +347,18 @@ Status RecordReader::count(const QString &table, qint64 &rows)
 qint64 RecordReader::dataVersion()
 {
     qint64 version = 0;
-    const Status read = each(u"PRAGMA data_version"_s, {}, [&](const QSqlQuery &row) {
-        version = row.value(0).toLongLong();
-        return true;
-    });
+    if (!open()) {
+        return 0;
+    }
+    const bool isServer = m_database.isServer();
+    // A server's transactions that ended, and those that have not: another text after each commit.
+    const Status read =
+        each(isServer ? u"SELECT CAST(pg_current_snapshot() AS text)"_s : u"PRAGMA data_version"_s, {},
+             [&](const QSqlQuery &row) {
+                 version = isServer ? static_cast<qint64>(qHash(row.value(0).toString()) | 1)
+                                    : row.value(0).toLongLong();
+                 return true;
+             });
     return read ? version : 0;
 }
 

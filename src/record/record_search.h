@@ -3,6 +3,7 @@
 // What the searches of events and of alarms have in common.
 
 #include "record/record_sql.h"
+#include "record/sql_dialect.h"
 
 #include <QElapsedTimer>
 #include <QSqlQuery>
@@ -34,22 +35,19 @@ struct Conditions
         texts += condition;
         values += bound;
     }
-    QString all() const { return texts.isEmpty() ? QStringLiteral("1") : texts.join(u" AND "); }
+    QString all() const { return texts.isEmpty() ? QStringLiteral("1 = 1") : texts.join(u" AND "); }
+    /// A column is one of several numbers.
+    void addNumbers(const SqlDialect &sql, const QString &column, const QList<qint64> &numbers)
+    {
+        add(column + sql.oneOfNumbers, {sql.arrayOf(numbers)});
+    }
 };
-
-/// Numbers of which there may be many are bound as one value, so that the statement is always the same.
-inline const QString anArray = QStringLiteral("(SELECT value FROM json_each(?))");
-
-inline QString arrayOf(const QList<qint64> &numbers)
-{
-    return u'[' + listOf(numbers).mid(1).chopped(1) + u']';
-}
 
 /// The condition of a text that is contained, letters of any script in either case.
 class Containing
 {
 public:
-    explicit Containing(const QString &text)
+    Containing(const SqlDialect &sql, const QString &text) : m_sql(sql)
     {
         bool isPlain = true;
         for (const uint letter : text.toUcs4()) {
@@ -61,29 +59,42 @@ public:
             isPlain = isPlain && (isAscii || either == one);
             const bool isSpecial = QStringView(u"\\%_").contains(one);
             m_like += isSpecial ? QString(u'\\' + one) : isAscii || either == one ? one : QStringLiteral("_");
-            const bool isItself = either == one && !QStringView(u"*?[").contains(one);
-            m_glob += isItself ? one : QString(u'[' + either + u']');
+            m_pattern += sql.isServer ? expression(one, either) : glob(one, either);
         }
         m_like = u'%' + m_like + u'%';
-        m_glob = isPlain ? QString() : u'*' + m_glob + u'*';
+        m_pattern = isPlain        ? QString()
+                    : sql.isServer ? m_pattern // which may stand anywhere
+                                   : u'*' + m_pattern + u'*';
     }
 
     QString of(const QString &column) const
     {
-        const QString like = column + QLatin1String(" LIKE ? ESCAPE '\\'");
-        return m_glob.isEmpty() ? like
-                                : u'(' + like + QLatin1String(" AND ") + column + QLatin1String(" GLOB ?)");
+        const QString like = column + m_sql.like + QLatin1String("? ESCAPE '\\'");
+        return m_pattern.isEmpty()
+                   ? like
+                   : u'(' + like + QLatin1String(" AND ") + column + m_sql.matches + QLatin1String("?)");
     }
     QVariantList bound() const
     {
-        return m_glob.isEmpty() ? QVariantList{m_like} : QVariantList{m_like, m_glob};
+        return m_pattern.isEmpty() ? QVariantList{m_like} : QVariantList{m_like, m_pattern};
     }
 
 private:
     static QString textOf(char32_t letter) { return QString::fromUcs4(&letter, 1); }
+    static QString glob(const QString &one, const QString &either)
+    {
+        const bool isItself = either == one && !QStringView(u"*?[").contains(one);
+        return isItself ? one : QString(u'[' + either + u']');
+    }
+    static QString expression(const QString &one, const QString &either)
+    {
+        const bool isSpecial = QStringView(u".*+?()[]{}|^$\\").contains(one);
+        return isSpecial ? QString(u'\\' + one) : either == one ? one : QString(u'[' + either + u']');
+    }
 
-    QString m_like; ///< which ignores the case of A to Z alone: any letter stands for the others
-    QString m_glob; ///< which says what those may be; empty when there are none
+    const SqlDialect &m_sql;
+    QString m_like;    ///< which ignores the case of A to Z alone: any letter stands for the others
+    QString m_pattern; ///< which says what those may be; empty when there are none
 };
 
 /// Looks through what no index leads to, from the end `to` down to `from`, part by part: the first one is so

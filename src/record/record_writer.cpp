@@ -1,10 +1,12 @@
 #include "record/record_writer.h"
 
 #include "platform/files.h"
+#include "record/record_sql.h"
 #include "record/row_writing.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
+#include <QUuid>
 
 #include <algorithm>
 #include <optional>
@@ -18,6 +20,10 @@ struct RecordWriter::Connection
     std::optional<RowWriting> writing;
     bool again = false;    ///< a commit failed
     bool isBroken = false; ///< the record is to be mended
+    /// The server may have the rows in hand: the connection was lost while it committed them.
+    bool isUnsure = false;
+    const QString name = QUuid::createUuid().toString(QUuid::WithoutBraces); ///< of this writer on a server
+    qint64 batch = 0;
     BackgroundWork background;
 
     Status open(const QString &path)
@@ -32,12 +38,12 @@ struct RecordWriter::Connection
         }
         Status opened = database.open(path, RecordDatabase::Use::Write);
         if (opened) {
-            opened = database.execute(
-                QStringLiteral("INSERT OR REPLACE INTO setting(name, value) VALUES('open', '1')"));
+            opened = database.isServer() ? beginBatches()
+                                         : database.execute(settingStatement(QStringLiteral("'open', '1'")));
             writing.emplace(database, again);
         }
         if (!opened) {
-            isBroken = isBroken || database.isDamaged() || !QFileInfo::exists(path);
+            isBroken = isBroken || database.isDamaged() || !(database.isServer() || QFileInfo::exists(path));
             close();
         }
         return opened;
@@ -57,14 +63,55 @@ struct RecordWriter::Connection
         database.close();
     }
 
+    /// Writers of long ago are forgotten.
+    Status beginBatches()
+    {
+        return database.execute(
+            {QStringLiteral("DELETE FROM writer WHERE at < now() - interval '30 days'"), batchStatement()});
+    }
+
+    QString batchStatement() const
+    {
+        return QStringLiteral("INSERT INTO writer(name, batch) VALUES('%1', %2) ON CONFLICT(name)"
+                              " DO UPDATE SET batch = greatest(writer.batch, excluded.batch), at = now()")
+            .arg(name)
+            .arg(batch);
+    }
+
+    /// Whether the server has what it may have.
+    Status isThere(bool &isThere)
+    {
+        QSqlQuery query(database.handle());
+        query.prepare(QStringLiteral("SELECT batch FROM writer WHERE name = ?"));
+        query.addBindValue(name);
+        if (!database.run(query)) {
+            return refused();
+        }
+        isThere = query.next() && query.value(0).toLongLong() == batch;
+        return Status::done();
+    }
+
     Status write(const std::vector<RecordRow> &rows)
     {
-        if (!database.begin()) {
+        if (isUnsure) {
+            bool isDone = false;
+            if (Status found = isThere(isDone); !found || isDone) {
+                isUnsure = !found;
+                return found;
+            }
+            isUnsure = false;
+        }
+        ++batch;
+        if (!database.begin() || (database.isServer() && !database.execute(batchStatement()))) {
             return refused();
         }
         const bool written =
             std::ranges::all_of(rows, [this](const RecordRow &row) { return writing->write(row); });
-        if (!written || !database.commit()) {
+        if (!written) {
+            return refused();
+        }
+        if (!database.commit()) {
+            isUnsure = database.isServer();
             return refused();
         }
         if (std::exchange(again, false)) {
@@ -100,6 +147,16 @@ struct RecordWriter::Connection
         again = true;
         return failure;
     }
+
+    /// Says that nothing is missing.
+    void end()
+    {
+        if (database.isOpen()) {
+            (void)database.execute(database.isServer()
+                                       ? QStringLiteral("DELETE FROM writer WHERE name = '%1'").arg(name)
+                                       : settingStatement(QStringLiteral("'open', '0'")));
+        }
+    }
 };
 
 RecordWriter::RecordWriter(QString path, const OpenedRecord &opened, Timers &timers,
@@ -126,10 +183,7 @@ RecordWriter::~RecordWriter()
     }
     m_thread.wait();
     m_thread.start([this] {
-        if (m_connection->database.isOpen()) {
-            (void)m_connection->database.execute(
-                QStringLiteral("INSERT OR REPLACE INTO setting(name, value) VALUES('open', '0')"));
-        }
+        m_connection->end();
         m_connection.reset();
     });
     m_thread.wait();
@@ -148,9 +202,14 @@ void RecordWriter::flush()
 {
     m_timer->stop();
     m_isDue = m_isBusy;
-    if (!m_isBusy && !m_waiting.isEmpty()) {
+    if (!m_isBusy && hasRows()) {
         write();
     }
+}
+
+bool RecordWriter::hasRows() const
+{
+    return !m_waiting.isEmpty() || !m_inHand.empty();
 }
 
 Status RecordWriter::flushNow()
@@ -160,11 +219,12 @@ Status RecordWriter::flushNow()
     }
     settle();
     m_timer->stop();
-    if (!m_waiting.isEmpty() && !m_isBusy) {
+    // Rows that a server may have are found out about before those behind them are written.
+    for (int tries = 0; tries < 2 && hasRows() && !m_isBusy; ++tries) {
         write();
         settle();
     }
-    return m_waiting.isEmpty() ? Status::done() : Status::failed(m_trouble);
+    return hasRows() ? Status::failed(m_trouble) : Status::done();
 }
 
 Status RecordWriter::commit(std::vector<RecordRow> rows)
@@ -208,8 +268,10 @@ void RecordWriter::begin(std::function<void()> job, Job what)
 
 void RecordWriter::write()
 {
-    m_inHand = m_waiting.take();
-    m_lastInHand = m_addedCount;
+    if (m_inHand.empty()) {
+        m_inHand = m_waiting.take();
+        m_lastInHand = m_addedCount;
+    }
     begin(
         [this] {
             m_kept = m_connection->open(m_path);
@@ -333,9 +395,13 @@ void RecordWriter::collectRows()
         m_onDiskCount = m_lastInHand;
         m_inHand.clear();
         workLater(restDelay);
-    } else {
+    } else if (!m_connection->isUnsure) {
         m_waiting.putBack(std::exchange(m_inHand, {}));
+    }
+    if (!m_kept) {
         m_timer->start(retryDelay, [this] { flush(); });
+    } else if (hasRows() && !m_timer->isRunning()) { // behind those that the server had
+        m_timer->start(Milliseconds(0), [this] { flush(); });
     }
     m_trouble = m_kept.message();
 }

@@ -89,6 +89,7 @@ private:
         Mend
     };
 
+    bool hasRows() const;
     void write();
     void work();
     void workLater(Milliseconds delay);

@@ -60,7 +60,9 @@ void RequestWriter::carryOut(const QString &path, std::vector<Job> &jobs)
             database.rollBack();
         } else if (opened) {
             QSqlQuery number(database.handle());
-            job.id = number.exec(QStringLiteral("SELECT last_insert_rowid()")) && number.next()
+            job.id = number.exec(database.isServer() ? QStringLiteral("SELECT lastval()")
+                                                     : QStringLiteral("SELECT last_insert_rowid()")) &&
+                             number.next()
                          ? number.value(0).toLongLong()
                          : 0;
             number.finish();

@@ -2,6 +2,8 @@
 
 #include "record/json_text.h"
 
+#include <QDateTime>
+
 namespace ktr {
 
 namespace {
@@ -27,6 +29,12 @@ QVariant numberOrNull(qint64 number)
     return number == 0 ? QVariant() : QVariant(number);
 }
 
+/// A server's texts cannot hold it; its symbol stands for it.
+QString withoutNul(const QString &text)
+{
+    return text.contains(QChar(u'\0')) ? QString(text).replace(QChar(u'\0'), QChar(u'\u2400')) : text;
+}
+
 QVariant textOrNull(const QString &text)
 {
     return text.isEmpty() ? QVariant() : QVariant(text);
@@ -35,6 +43,22 @@ QVariant textOrNull(const QString &text)
 const QVariant &bound(const QVariant &value)
 {
     return value;
+}
+
+/// With the number of the change, by which those that follow the record see that there is one.
+QByteArray alarmStatement(const QByteArray &changed)
+{
+    const QByteArrayList columns{
+        "id",   "station",  "kind",          "text",         "priority",        "first",
+        "last", "count",    "recipients",    "acknowledged", "acknowledged_by", "comment",
+        "over", "over_why", "shelved_until", "shelved_by",   "shelved_why"};
+    QByteArrayList again;
+    for (const QByteArray &column : columns.mid(1)) {
+        again += column + " = excluded." + column;
+    }
+    return "INSERT INTO alarm(" + columns.join(", ") + ", changed) VALUES(" +
+           QByteArrayList(columns.size(), "?").join(", ") + ", " + changed +
+           ") ON CONFLICT(id) DO UPDATE SET " + again.join(", ") + ", changed = excluded.changed";
 }
 
 } // namespace
@@ -55,64 +79,108 @@ bool RowWriting::carryOut(std::size_t slot, const char *statement, const Values 
         return false;
     }
     int place = 0;
-    (query->bindValue(place++, bound(values)), ...);
+    const auto bind = [&](QVariant value) {
+        if (m_isServer && value.typeId() == QMetaType::QString) {
+            value = withoutNul(value.toString());
+        }
+        query->bindValue(place++, value);
+    };
+    (bind(bound(values)), ...);
     return m_database.run(*query);
+}
+
+/// Times that a module's clock can have reached in earnest have partitions; the rest stands together.
+bool RowWriting::needMonth(const QString &table, qint64 at, QSet<qint64> &months)
+{
+    constexpr qint64 since = 1'262'304'000'000; // 2010
+    constexpr qint64 ahead = 2 * 366 * 86'400'000LL;
+    if (!m_isServer || at < since || at > QDateTime::currentMSecsSinceEpoch() + ahead) {
+        return true;
+    }
+    const QDate day = QDateTime::fromMSecsSinceEpoch(at, Qt::UTC).date();
+    const qint64 month = 12 * day.year() + day.month();
+    if (months.contains(month)) {
+        return true;
+    }
+    months.insert(month); // should the transaction fail, others are made from here on
+    return static_cast<bool>(
+        m_database.execute(QStringLiteral("SELECT add_month('%1', %2)").arg(table).arg(at)));
 }
 
 bool RowWriting::put(const EventRow &row)
 {
+    const QVariant station = numberOrNull(row.station);
+    const int kind = static_cast<int>(row.kind);
+    const QVariant detail = textOrNull(row.detail);
+    const QVariant by = textOrNull(row.operatorName);
+    const QVariant alarm = numberOrNull(row.alarm);
+    if (m_isServer) {
+        return m_database.beginNumbers() &&
+               carryOut(0,
+                        "INSERT INTO event(at, station, kind, text, detail, operator, alarm)"
+                        " VALUES(?, ?, ?, ?, ?, ?, ?)",
+                        row.at, station, kind, row.text, detail, by, alarm);
+    }
     return carryOut(0,
                     m_again
                         ? "INSERT OR IGNORE INTO event(id, at, station, kind, text, detail, operator, alarm)"
                           " VALUES(?, ?, ?, ?, ?, ?, ?, ?)"
                         : "INSERT INTO event(id, at, station, kind, text, detail, operator, alarm)"
                           " VALUES(?, ?, ?, ?, ?, ?, ?, ?)",
-                    row.id, row.at, numberOrNull(row.station), static_cast<int>(row.kind), row.text,
-                    textOrNull(row.detail), textOrNull(row.operatorName), numberOrNull(row.alarm));
+                    row.id, row.at, station, kind, row.text, detail, by, alarm);
 }
 
 bool RowWriting::put(const StationRow &row)
 {
-    return carryOut(1, "INSERT OR REPLACE INTO station(id, name, listed, attributes) VALUES(?, ?, ?, ?)",
+    return carryOut(1,
+                    "INSERT INTO station(id, name, listed, attributes) VALUES(?, ?, ?, ?) ON CONFLICT(id) DO"
+                    " UPDATE SET name = excluded.name, listed = excluded.listed,"
+                    " attributes = excluded.attributes",
                     row.id, row.name, int{row.listed}, row.attributes);
 }
 
 bool RowWriting::put(const NotificationRow &row)
 {
-    return carryOut(2,
-                    "INSERT OR REPLACE INTO notification(station, entry, first, last, count, raised,"
-                    " acknowledged, listed) VALUES(?, ?, ?, ?, ?, ?, ?, ?)",
-                    row.station, row.entry, row.first, row.last, row.count, row.raised, row.acknowledged,
-                    int{row.listed});
+    return carryOut(
+        2,
+        "INSERT INTO notification(station, entry, first, last, count, raised, acknowledged, listed)"
+        " VALUES(?, ?, ?, ?, ?, ?, ?, ?) ON CONFLICT(station, entry) DO UPDATE SET"
+        " first = excluded.first, last = excluded.last, count = excluded.count,"
+        " raised = excluded.raised, acknowledged = excluded.acknowledged,"
+        " listed = excluded.listed",
+        row.station, row.entry, row.first, row.last, row.count, row.raised, row.acknowledged,
+        int{row.listed});
 }
 
 bool RowWriting::put(const AlarmRow &row)
 {
+    static const QByteArray inFile = alarmStatement("max((SELECT coalesce(max(changed), 0) + 1 FROM alarm),"
+                                                    " (SELECT coalesce(max(id), 0) FROM event))");
+    static const QByteArray onServer = alarmStatement("nextval('alarm_change')");
     const QString recipients = jsonText(QJsonArray::fromStringList(row.recipients));
-    return carryOut(
-        3,
-        "INSERT OR REPLACE INTO alarm(id, station, kind, text, priority, first, last, count,"
-        " recipients, acknowledged, acknowledged_by, comment, over, over_why, shelved_until,"
-        " shelved_by, shelved_why, changed) VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?,"
-        " max((SELECT coalesce(max(changed), 0) + 1 FROM alarm), (SELECT coalesce(max(id), 0) FROM event)))",
-        row.id, numberOrNull(row.station), static_cast<int>(row.kind), row.text, row.priority, row.first,
-        row.last, row.count, recipients, numberOrNull(row.acknowledged), textOrNull(row.acknowledgedBy),
-        textOrNull(row.comment), numberOrNull(row.over), textOrNull(row.overWhy),
-        numberOrNull(row.shelvedUntil), textOrNull(row.shelvedBy), textOrNull(row.shelvedWhy));
+    return m_database.beginNumbers() &&
+           carryOut(3, m_isServer ? onServer : inFile, row.id, numberOrNull(row.station),
+                    static_cast<int>(row.kind), row.text, row.priority, row.first, row.last, row.count,
+                    recipients, numberOrNull(row.acknowledged), textOrNull(row.acknowledgedBy),
+                    textOrNull(row.comment), numberOrNull(row.over), textOrNull(row.overWhy),
+                    numberOrNull(row.shelvedUntil), textOrNull(row.shelvedBy), textOrNull(row.shelvedWhy));
 }
 
 bool RowWriting::put(const HistoryRow &row)
 {
-    return carryOut(4,
-                    "INSERT OR IGNORE INTO history(station, channel, at, first, second)"
-                    " VALUES(?, ?, ?, ?, ?)",
+    return needMonth(QStringLiteral("history"), row.at, m_historyMonths) &&
+           carryOut(4,
+                    "INSERT INTO history(station, channel, at, first, second) VALUES(?, ?, ?, ?, ?)"
+                    " ON CONFLICT DO NOTHING",
                     row.station, row.channel, row.at, row.first, row.second);
 }
 
 bool RowWriting::put(const ValueRow &row)
 {
-    return carryOut(5, "INSERT OR IGNORE INTO value(station, channel, at, value) VALUES(?, ?, ?, ?)",
-                    row.station, row.channel, row.at, row.value);
+    return needMonth(QStringLiteral("value"), row.at, m_valueMonths) &&
+           carryOut(
+               5, "INSERT INTO value(station, channel, at, value) VALUES(?, ?, ?, ?) ON CONFLICT DO NOTHING",
+               row.station, row.channel, row.at, row.value);
 }
 
 bool RowWriting::put(const ListFileRow &row)
@@ -123,12 +191,16 @@ bool RowWriting::put(const ListFileRow &row)
 
 bool RowWriting::put(const SettingRow &row)
 {
-    return carryOut(7, "INSERT OR REPLACE INTO setting(name, value) VALUES(?, ?)", row.name, row.value);
+    return carryOut(7,
+                    "INSERT INTO setting(name, value) VALUES(?, ?) ON CONFLICT(name) DO UPDATE SET"
+                    " value = excluded.value",
+                    row.name, row.value);
 }
 
 bool RowWriting::put(const RequestRow &row)
 {
-    return carryOut(8, "INSERT INTO request(at, operator, what, detail) VALUES(?, ?, ?, ?)", row.at,
+    return m_database.beginNumbers() &&
+           carryOut(8, "INSERT INTO request(at, operator, what, detail) VALUES(?, ?, ?, ?)", row.at,
                     textOrNull(row.operatorName), row.what, row.detail);
 }
 

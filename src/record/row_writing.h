@@ -3,14 +3,18 @@
 #include "record/record_database.h"
 #include "record/record_rows.h"
 
+#include <QSet>
+
 namespace ktr {
 
 /// Writes rows into an open record, by statements that are prepared once. The transaction is the caller's.
+/// A server gives events their numbers itself, in the order of the commits.
 class RowWriting
 {
 public:
-    /// `again`: a commit failed, but some of what it held may be there after all.
-    explicit RowWriting(RecordDatabase &database, bool again = false) : m_database(database), m_again(again)
+    /// `again`: a commit failed, but some of what it held may be in the file after all.
+    explicit RowWriting(RecordDatabase &database, bool again = false)
+        : m_database(database), m_isServer(database.isServer()), m_again(again)
     {}
 
     /// False after a failure, which the database tells.
@@ -30,8 +34,13 @@ private:
     template <class... Values>
     bool carryOut(std::size_t slot, const char *statement, const Values &...values);
 
+    bool needMonth(const QString &table, qint64 at, QSet<qint64> &months);
+
     RecordDatabase &m_database;
+    bool m_isServer;
     bool m_again;
+    QSet<qint64> m_historyMonths; ///< that have a partition
+    QSet<qint64> m_valueMonths;
     QSqlQuery *m_queries[std::variant_size_v<RecordRow>] = {};
 };
 

@@ -1,6 +1,7 @@
 #include "record/salvage.h"
 
 #include "platform/files.h"
+#include "record/record_sql.h"
 #include "record/schema.h"
 
 #include <QCoreApplication>
@@ -267,9 +268,9 @@ Salvaged salvage(const QString &damaged, const QString &fresh)
         }
     }
     // Of the new one: its index of texts and its table of kinds are empty, and nobody has it open.
-    result.status = to.execute(
-        {u"DELETE FROM setting WHERE name IN ('open', 'unchecked', 'searchable', 'sorted')"_s,
-         u"INSERT OR REPLACE INTO setting(name, value) VALUES('schema', '%1')"_s.arg(newestSchema())});
+    result.status =
+        to.execute({u"DELETE FROM setting WHERE name IN ('open', 'unchecked', 'searchable', 'sorted')"_s,
+                    settingStatement(u"'schema', '%1'"_s.arg(newestSchema(to)))});
     if (result.status) {
         result.status = to.endLog();
     }

@@ -1,6 +1,11 @@
 #include "record/schema.h"
 
+#include "record/record_rows.h"
+#include "record/record_sql.h"
+
 #include <QCoreApplication>
+
+#include <limits>
 
 namespace ktr {
 
@@ -10,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 /// The steps from an empty file to the newest tables. One that was released is never changed: what is new
 /// comes as another step.
-const QList<QStringList> &steps()
+const QList<QStringList> &fileSteps()
 {
     static const QList<QStringList> all{
         {
@@ -70,6 +75,120 @@ const QList<QStringList> &steps()
     return all;
 }
 
+/// The same of a server's database. The numbers of events and of changes are given there, in the order of the
+/// commits; see RecordDatabase::beginNumbers().
+const QList<QStringList> &serverSteps()
+{
+    static const QString endless = QString::number(std::numeric_limits<qint64>::max());
+    static const QList<QStringList> all{
+        {
+            u"CREATE EXTENSION IF NOT EXISTS pg_trgm SCHEMA ktrconfig"_s,
+            u"CREATE TABLE setting(name text PRIMARY KEY, value text NOT NULL) WITH (fillfactor = 50)"_s,
+            // There is nothing that comes into order later.
+            u"INSERT INTO setting(name, value) VALUES('searchable', '%1'), ('sorted', '%1')"_s.arg(endless),
+            u"CREATE TABLE station(id bigint PRIMARY KEY, name text NOT NULL, listed integer NOT NULL,"
+            " attributes text NOT NULL)"_s,
+            u"CREATE SEQUENCE event_number"_s,
+            u"CREATE TABLE event(id bigint PRIMARY KEY DEFAULT nextval('event_number'), at bigint NOT NULL,"
+            " station bigint, kind integer NOT NULL, text text NOT NULL, detail text, operator text,"
+            " alarm bigint)"_s,
+            u"CREATE INDEX event_at ON event(at, id)"_s,
+            u"CREATE INDEX event_station ON event(station, at, id) WHERE station IS NOT NULL"_s,
+            u"CREATE INDEX event_of_kind ON event(kind, at, id)"_s,
+            u"CREATE INDEX event_operator ON event(operator, at, id) WHERE operator IS NOT NULL"_s,
+            u"CREATE INDEX event_alarm ON event(alarm) WHERE alarm IS NOT NULL"_s,
+            u"CREATE INDEX event_of_alarms ON event(at, id) WHERE alarm IS NOT NULL"_s,
+            u"CREATE INDEX event_text ON event USING gin (text gin_trgm_ops) WHERE kind IN "_s +
+                listOf(searchableKinds()),
+            u"CREATE VIEW event_kind AS SELECT kind, at, id, station FROM event"
+            " UNION ALL SELECT 0, at, id, station FROM event WHERE alarm IS NOT NULL"_s,
+            u"CREATE TABLE notification(station bigint NOT NULL, entry text NOT NULL, first bigint NOT NULL,"
+            " last bigint NOT NULL, count bigint NOT NULL, raised bigint NOT NULL, acknowledged bigint NOT "
+            "NULL,"
+            " listed integer NOT NULL, PRIMARY KEY(station, entry)) WITH (fillfactor = 70)"_s,
+            u"CREATE INDEX notification_listed ON notification(station) WHERE listed = 1"_s,
+            u"CREATE SEQUENCE alarm_change"_s,
+            // Each writer gives the numbers of a block, of which nobody else has any.
+            u"CREATE SEQUENCE number_block"_s,
+            u"CREATE TABLE alarm(id bigint PRIMARY KEY, station bigint, kind integer NOT NULL,"
+            " text text NOT NULL, priority integer NOT NULL, first bigint NOT NULL, last bigint NOT NULL,"
+            " count bigint NOT NULL, recipients text NOT NULL, acknowledged bigint, acknowledged_by text,"
+            " comment text, over bigint, over_why text, shelved_until bigint, shelved_by text,"
+            " shelved_why text, changed bigint NOT NULL DEFAULT nextval('alarm_change'))"
+            " WITH (fillfactor = 70)"_s,
+            u"CREATE INDEX alarm_first ON alarm(first, id)"_s,
+            u"CREATE INDEX alarm_station ON alarm(station, first, id) WHERE station IS NOT NULL"_s,
+            u"CREATE INDEX alarm_open ON alarm(first, id) WHERE acknowledged IS NULL OR over IS NULL"_s,
+            u"CREATE INDEX alarm_changed ON alarm(changed)"_s,
+            u"CREATE TABLE history(station bigint NOT NULL, channel integer NOT NULL, at bigint NOT NULL,"
+            " first text NOT NULL, second text NOT NULL, PRIMARY KEY(station, channel, at, first))"
+            " PARTITION BY RANGE (at)"_s,
+            u"CREATE TABLE history_other PARTITION OF history DEFAULT"_s,
+            u"CREATE TABLE value(station bigint NOT NULL, channel integer NOT NULL, at bigint NOT NULL,"
+            " value text NOT NULL, PRIMARY KEY(station, channel, at)) PARTITION BY RANGE (at)"_s,
+            u"CREATE TABLE value_other PARTITION OF value DEFAULT"_s,
+            // Attaching a partition lets others read and write meanwhile, unlike making one in its place.
+            u"CREATE FUNCTION add_month(parent text, moment bigint) RETURNS void LANGUAGE plpgsql"
+            " SECURITY DEFINER SET search_path = ktrconfig, pg_temp AS $$"
+            " DECLARE"
+            "  month timestamp := date_trunc('month', to_timestamp(moment / 1000) AT TIME ZONE 'UTC');"
+            "  part text := parent || to_char(month, '_YYYY_MM');"
+            "  low bigint := extract(epoch FROM month)::bigint * 1000;"
+            "  high bigint := extract(epoch FROM month + interval '1 month')::bigint * 1000;"
+            " BEGIN"
+            "  IF parent NOT IN ('history', 'value') THEN"
+            "   RAISE EXCEPTION 'table \"%\" has no months', parent;"
+            "  END IF;"
+            "  PERFORM pg_advisory_xact_lock(4936786, hashtext(part));"
+            "  IF to_regclass(part) IS NULL THEN"
+            "   EXECUTE format('CREATE TABLE %I (LIKE %I INCLUDING ALL)', part, parent);"
+            "   EXECUTE format('WITH moved AS (DELETE FROM %I WHERE at >= %s AND at < %s RETURNING *)"
+            " INSERT INTO %I SELECT * FROM moved', parent || '_other', low, high, part);"
+            "   EXECUTE format('ALTER TABLE %I ATTACH PARTITION %I FOR VALUES FROM (%s) TO (%s)',"
+            " parent, part, low, high);"
+            "  END IF;"
+            " END $$"_s,
+            // Months that are wholly before a moment go at once.
+            u"CREATE FUNCTION drop_months(parent text, before bigint) RETURNS integer LANGUAGE plpgsql"
+            " SECURITY DEFINER SET search_path = ktrconfig, pg_temp SET timezone = 'UTC' AS $$"
+            " DECLARE"
+            "  part text;"
+            "  dropped integer := 0;"
+            " BEGIN"
+            "  IF parent NOT IN ('history', 'value') THEN"
+            "   RAISE EXCEPTION 'table \"%\" has no months', parent;"
+            "  END IF;"
+            "  FOR part IN SELECT relname FROM pg_inherits JOIN pg_class ON pg_class.oid = inhrelid"
+            "   WHERE inhparent = parent::regclass AND relname ~ '_[0-9]{4}_[0-9]{2}$'"
+            "   AND extract(epoch FROM to_timestamp(right(relname, 7), 'YYYY_MM')"
+            "    + interval '1 month')::bigint * 1000 <= before"
+            "  LOOP"
+            "   EXECUTE format('DROP TABLE %I', part);"
+            "   dropped := dropped + 1;"
+            "  END LOOP;"
+            "  RETURN dropped;"
+            " END $$"_s,
+            u"REVOKE ALL ON FUNCTION add_month(text, bigint), drop_months(text, bigint) FROM PUBLIC"_s,
+            u"CREATE TABLE list_file(id bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY, checksum text NOT "
+            u"NULL,"
+            " upto bigint NOT NULL, written_at bigint NOT NULL)"_s,
+            u"CREATE INDEX list_file_checksum ON list_file(checksum)"_s,
+            u"CREATE TABLE request(id bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY, at bigint NOT NULL,"
+            " operator text, what text NOT NULL, detail text NOT NULL, taken bigint, result text)"_s,
+            u"CREATE INDEX request_new ON request(id) WHERE taken IS NULL"_s,
+            // What a writer committed last: it may not have heard of it when the connection was lost.
+            u"CREATE TABLE writer(name text PRIMARY KEY, batch bigint NOT NULL,"
+            " at timestamptz NOT NULL DEFAULT now())"_s,
+        },
+    };
+    return all;
+}
+
+const QList<QStringList> &stepsOf(const RecordDatabase &database)
+{
+    return database.isServer() ? serverSteps() : fileSteps();
+}
+
 qint64 numberFrom(RecordDatabase &database, const QString &statement)
 {
     QSqlQuery *query = database.prepared(statement);
@@ -81,14 +200,19 @@ qint64 numberFrom(RecordDatabase &database, const QString &statement)
     return number;
 }
 
+/// The step to a version, unless another program, which begins at the same time, has done it by now.
 Status carryOut(RecordDatabase &database, int version)
 {
-    QStringList statements = steps().at(version - 1);
-    statements += u"INSERT OR REPLACE INTO setting(name, value) VALUES('schema', '%1')"_s.arg(version);
     if (!database.begin()) {
         return database.failure();
     }
-    Status made = database.execute(statements);
+    Status made = database.beginNumbers() ? Status::done() : database.failure();
+    if (made && (!database.isServer() || schemaOf(database) < version)) {
+        made = database.execute(stepsOf(database).at(version - 1));
+        if (made) {
+            made = database.execute(settingStatement(u"'schema', '%1'"_s.arg(version)));
+        }
+    }
     if (made && !database.commit()) {
         made = database.failure();
     }
@@ -100,19 +224,24 @@ Status carryOut(RecordDatabase &database, int version)
 
 } // namespace
 
-int newestSchema()
+int newestSchema(const RecordDatabase &database)
 {
-    return static_cast<int>(steps().size());
+    return static_cast<int>(stepsOf(database).size());
 }
 
 int schemaOf(RecordDatabase &database)
 {
-    const qint64 tables = numberFrom(database, u"SELECT count(*) FROM sqlite_master"_s);
+    const bool isServer = database.isServer();
+    const QString tablesOf =
+        isServer ? u"SELECT count(*) FROM information_schema.tables WHERE table_schema = 'ktrconfig'"_s
+                 : u"SELECT count(*) FROM sqlite_master"_s;
+    const qint64 tables = numberFrom(database, tablesOf);
     if (tables <= 0) {
         return static_cast<int>(tables);
     }
-    const qint64 settings = numberFrom(
-        database, u"SELECT count(*) FROM sqlite_master WHERE type = 'table' AND name = 'setting'"_s);
+    const qint64 settings =
+        numberFrom(database, tablesOf + (isServer ? u" AND table_name = 'setting'"_s
+                                                  : u" WHERE type = 'table' AND name = 'setting'"_s));
     const qint64 version =
         settings == 1
             ? numberFrom(database, u"SELECT CAST(value AS INTEGER) FROM setting WHERE name = 'schema'"_s)
@@ -123,21 +252,27 @@ int schemaOf(RecordDatabase &database)
     return version <= 0 ? -1 : static_cast<int>(version);
 }
 
+Status makeTables(RecordDatabase &database)
+{
+    const Status made = database.execute(u"CREATE SCHEMA IF NOT EXISTS ktrconfig"_s);
+    return made ? bringForward(database) : made;
+}
+
 Status bringForward(RecordDatabase &database)
 {
     int version = schemaOf(database);
     if (version < 0) {
         return database.failure();
     }
-    if (version > newestSchema()) {
+    if (version > newestSchema(database)) {
         return database.fail(
             QCoreApplication::translate("Record", "was written by a newer version of the program (tables %1; "
                                                   "this version knows them up to %2)")
                 .arg(version)
-                .arg(newestSchema()));
+                .arg(newestSchema(database)));
     }
     Status made = database.useLog(); // not in a file that is refused
-    while (made && version < newestSchema()) {
+    while (made && version < newestSchema(database)) {
         made = carryOut(database, ++version);
     }
     return made;

@@ -1,0 +1,206 @@
+#include "record/record_address.h"
+#include "record/record_care.h"
+#include "record/record_reader.h"
+#include "record/record_writer.h"
+#include "support/manual_timers.h"
+#include "support/private_postgres.h"
+
+#include <QTest>
+
+using namespace ktr;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString database = u"record"_s;
+
+EventRow said(const QString &text)
+{
+    return {.at = 1, .station = 1, .kind = EventKind::Notification, .text = text};
+}
+
+} // namespace
+
+/// What is so of a record in a server's database alone: others use it, and it may go and come.
+class RecordServerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase()
+    {
+        const QString trouble = m_server.start();
+        QVERIFY2(trouble.isEmpty(), qPrintable(trouble));
+    }
+
+    void init()
+    {
+        m_server.sql(u"postgres"_s, u"DROP DATABASE IF EXISTS record WITH (FORCE)"_s);
+        m_address = m_server.makeDatabase(database);
+        QVERIFY(initRecord(m_address));
+    }
+
+    void whatCannotBeUsedIsRefusedByName()
+    {
+        QVERIFY(initRecord(m_address)); // again does no harm
+        const QString empty = m_server.makeDatabase(u"empty"_s);
+        for (const QString &why :
+             {openRecord(empty).status.message(), RecordReader(empty).open().message()}) {
+            QVERIFY2(why.contains(u"ktrcli record init"_s) || why.contains(u"another version"_s),
+                     qPrintable(why));
+        }
+        m_server.sql(database, u"UPDATE ktrconfig.setting SET value = '99' WHERE name = 'schema'"_s);
+        QVERIFY(openRecord(m_address).status.message().contains(u"newer version"_s));
+        QVERIFY(!RecordReader(m_address).open());
+        QVERIFY(openRecord(m_server.addressOf(u"nowhere"_s)).status.message().contains(u"nowhere"_s));
+        for (const QString &secret :
+             {u"postgresql://a:s3cret@h/d"_s, u"postgres://h/d?user=a&password=s3cret"_s}) {
+            const QString why = openRecord(secret).status.message();
+            QVERIFY2(why.contains(u"password file"_s) && !why.contains(u"s3cret"_s), qPrintable(why));
+        }
+        QVERIFY(!openRecord(u"postgresql://h/d?a;b=c"_s).status);
+        QCOMPARE(serverAddress(u"postgresql://o%27x@h:5/d%20e?sslmode=verify-full"_s)
+                     .connection.section(u"KTRconfig' "_s, 1),
+                 u"host='h' port='5' user='o\\'x' dbname='d e' sslmode='verify-full'"_s);
+    }
+
+    /// Followers ask for what has a higher number than the last they have seen.
+    void numbersAreInTheOrderOfTheCommits()
+    {
+        auto one = opened();
+        auto other = opened();
+        RecordReader reader(m_address);
+        constexpr int each = 300;
+        QSet<QString> seen;
+        qint64 last = 0;
+        for (int i = 0; i < each; ++i) {
+            one->add(said(u"one %1"_s.arg(i)));
+            other->add(AlarmRow{.id = other->nextAlarmId(), .station = 1, .first = 1});
+            other->add(said(u"other %1"_s.arg(i)));
+            one->flush();
+            other->flush();
+            QVERIFY(reader.eventsAfter(last, [&](const EventRow &event) {
+                last = event.id;
+                seen += event.text;
+                return true;
+            }));
+            QCoreApplication::processEvents();
+        }
+        QVERIFY(one->flushNow() && other->flushNow());
+        QVERIFY(reader.eventsAfter(last, [&](const EventRow &event) {
+            seen += event.text;
+            return true;
+        }));
+        QCOMPARE(seen.size(), 2 * each);
+        QCOMPARE(reader.findAlarms({}, {}, 2 * each).rows.size(), each);
+    }
+
+    /// The server commits, and the connection is lost before it can say so.
+    void whatTheServerMayHaveIsNotWrittenTwice()
+    {
+        auto writer = opened();
+        const auto wait = [this](const QString &standby) {
+            m_server.sql(u"postgres"_s, u"ALTER SYSTEM SET synchronous_standby_names = '%1'"_s.arg(standby));
+            m_server.sql(u"postgres"_s, u"SELECT pg_reload_conf()"_s);
+        };
+        wait(u"nobody"_s);
+        writer->add(said(u"first"_s));
+        writer->flush();
+        QTRY_COMPARE(m_server.sql(u"postgres"_s, u"SET synchronous_commit = local; SELECT count(*) FROM"
+                                                 " pg_stat_activity WHERE wait_event = 'SyncRep'"_s),
+                     u"1"_s);
+        writer->add(said(u"second"_s));
+        m_server.endConnections();
+        wait({});
+        QTRY_VERIFY(
+            (m_timers.advance(RecordWriter::retryDelay), writer->onDiskCount() == writer->addedCount()));
+        QCOMPARE(texts(), QStringList({u"first"_s, u"second"_s}));
+        QCOMPARE(m_troubles.size(), 2); // and over again
+    }
+
+    void whatComesWhileTheServerIsGoneIsWrittenLater()
+    {
+        auto writer = opened();
+        RecordReader reader(m_address);
+        QStringList expected;
+        for (int i = 0; i < 4; ++i) {
+            for (int j = 0; j < 20; ++j) {
+                expected += QString::number(expected.size());
+                writer->add(said(expected.constLast()));
+                writer->flush();
+                QCoreApplication::processEvents();
+            }
+            if (i == 1) {
+                m_server.kill();
+                QVERIFY(!writer->flushNow());
+                QVERIFY(writer->isFailing() && !reader.stations([](const StationRow &) {}));
+                QCOMPARE(m_server.startAgain(), QString());
+            } else {
+                m_server.endConnections();
+            }
+        }
+        QTRY_VERIFY(
+            (m_timers.advance(RecordWriter::retryDelay), writer->onDiskCount() == writer->addedCount()));
+        QCOMPARE(texts(), expected);
+        QVERIFY(reader.stations([](const StationRow &) {})); // by a new connection
+    }
+
+    /// Archives go by months; a clock that was wrong by decades makes none.
+    void historyStandsInMonths()
+    {
+        auto writer = opened();
+        const auto at = [](int year, int month) {
+            return QDateTime(QDate(year, month, 1), QTime(0, 0), Qt::UTC).toMSecsSinceEpoch();
+        };
+        for (const qint64 time :
+             {at(1970, 1), at(2025, 12) - 1, at(2025, 12), at(2026, 1) - 1, at(2099, 1)}) {
+            for (int twice = 0; twice < 2; ++twice) {
+                writer->add(HistoryRow{1, 1, time, u"1"_s, u"2"_s});
+                writer->add(ValueRow{1, 1, time, u"1"_s});
+            }
+        }
+        QVERIFY2(writer->flushNow(), qPrintable(m_troubles.join(u' ')));
+        const auto rows = [this] {
+            return m_server.sql(
+                database,
+                u"SELECT tableoid::regclass, count(*) FROM ktrconfig.history GROUP BY 1 ORDER BY min(tableoid::regclass::text)"_s);
+        };
+        QCOMPARE(rows(),
+                 u"ktrconfig.history_2025_11|1\nktrconfig.history_2025_12|2\nktrconfig.history_other|2"_s);
+        // A month that is reached by the clock takes what had been put with the others.
+        m_server.sql(database, u"SELECT ktrconfig.add_month('history', %1)"_s.arg(at(2099, 1) + 5));
+        QVERIFY(rows().endsWith(u"ktrconfig.history_2099_01|1\nktrconfig.history_other|1"_s));
+        writer->thinOut({.history = at(2025, 12) + 1});
+        QTRY_VERIFY2((m_timers.advance(RecordWriter::restDelay), writer->isAtRest()),
+                     qPrintable(m_troubles.join(u' ')));
+        QCOMPARE(rows(), u"ktrconfig.history_2025_12|1\nktrconfig.history_2099_01|1"_s);
+        QCOMPARE(m_server.sql(database, u"SELECT to_regclass('ktrconfig.history_2025_11') IS NULL"_s),
+                 u"t"_s);
+    }
+
+private:
+    std::unique_ptr<RecordWriter> opened()
+    {
+        const OpenedRecord record = openRecord(m_address);
+        return std::make_unique<RecordWriter>(m_address, record, m_timers,
+                                              [this](const QString &reason) { m_troubles += reason; });
+    }
+
+    QStringList texts()
+    {
+        QStringList texts;
+        (void)RecordReader(m_address).eventsAfter(0, [&](const EventRow &event) {
+            texts += event.text;
+            return true;
+        });
+        return texts;
+    }
+
+    test::PrivatePostgres m_server;
+    QString m_address;
+    test::ManualTimers m_timers;
+    QStringList m_troubles;
+};
+
+QTEST_GUILESS_MAIN(RecordServerTest)
+#include "record_server_test.moc"
