@@ -52,6 +52,7 @@ std::optional<int> checkMonitor(const Arguments &arguments);
 int monitor(const Arguments &arguments);
 
 void describeKeep(Arguments &arguments);
+std::optional<int> checkKeep(const Arguments &arguments);
 int keep(const Arguments &arguments);
 
 void describeRecord(Arguments &arguments);

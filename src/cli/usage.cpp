@@ -55,7 +55,7 @@ constexpr std::array table = {
     Command{"monitor", "NODES.xml", "watches stations and prints what they say", describeMonitor, monitor,
             checkMonitor},
     Command{"keep", "NODES.xml", "watches the stations of a list day and night, as its keeper", describeKeep,
-            keep},
+            keep, checkKeep},
     Command{"record", "ACTION RECORD [TO]", "backs up, checks or exports what a list's record holds",
             describeRecord, record, checkRecord},
     Command{"ports", "", "lists the serial ports found", describePorts, ports},

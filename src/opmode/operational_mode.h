@@ -94,6 +94,8 @@ public:
     void takeArrived();
     /// Whether all that changed is in the record.
     bool keepsChanges() { return m_record.isOpen() && m_record.writer().flushNow(); }
+    /// RecordWriter::workInHand() of the record; 0 where none is written.
+    quint64 recordWorkInHand() const { return m_record.isOpen() ? m_record.writer().workInHand() : 0; }
     /// Somebody who reads the record found it damaged.
     void mendRecord();
     /// The path of the record; empty when nothing is recorded.

@@ -20,21 +20,30 @@ QByteArray lockHolderRecord(const QString &user)
            '\n';
 }
 
-QString lockHolderText(const QByteArray &record)
+std::optional<LockHolder> lockHolder(const QByteArray &record)
 {
     constexpr qsizetype lines = 4;
     constexpr qsizetype longestLine = 100;
     QStringList parts = QString::fromUtf8(record).split(u'\n');
-    if (parts.size() <= lines) { // its holder is about to write it, or could not
-        return QCoreApplication::translate("Files", "another program");
+    if (parts.size() <= lines) {
+        return std::nullopt;
     }
     for (QString &part : parts) { // anybody may have written it
         part.removeIf([](QChar c) { return !c.isPrint(); });
         part.truncate(longestLine);
     }
-    const QDateTime since = QDateTime::fromString(parts[3], Qt::ISODate).toLocalTime();
+    return LockHolder{parts[0], parts[1], parts[2], QDateTime::fromString(parts[3], Qt::ISODate)};
+}
+
+QString lockHolderText(const QByteArray &record)
+{
+    const std::optional<LockHolder> holder = lockHolder(record);
+    if (!holder) {
+        return QCoreApplication::translate("Files", "another program");
+    }
     return QCoreApplication::translate("Files", "%1 on %2, %3, since %4")
-        .arg(parts[0], parts[1], parts[2], since.toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
+        .arg(holder->user, holder->machine, holder->program,
+             holder->since.toLocalTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss")));
 }
 
 } // namespace ktr

@@ -2,6 +2,7 @@
 
 #include "platform/status.h"
 
+#include <QDateTime>
 #include <QString>
 
 #include <memory>
@@ -47,8 +48,19 @@ private:
     Status m_trouble = Status::done();
 };
 
-/// What a lock's file says of this program, and what others make of that.
+/// Who holds a lock, as its file says. The texts are printable, and not long.
+struct LockHolder
+{
+    QString user;
+    QString machine;
+    QString program; ///< with its process: "ktrcli (4711)"
+    QDateTime since;
+};
+
+/// What a lock's file says of this program, and what others make of that; nothing, or "another program", when
+/// its holder is about to write it, or could not.
 QByteArray lockHolderRecord(const QString &user);
+std::optional<LockHolder> lockHolder(const QByteArray &record);
 QString lockHolderText(const QByteArray &record);
 
 } // namespace ktr

@@ -250,6 +250,7 @@ void RecordWriter::begin(std::function<void()> job, Job what)
 {
     m_isBusy = true;
     m_job = what;
+    ++m_jobs;
     m_hasEnded = false;
     m_thread.start([this, what, job = std::move(job)] {
         job();

@@ -69,6 +69,10 @@ public:
     /// Whether the disk refused rows, and still does.
     bool isFailing() const { return !m_trouble.isEmpty(); }
 
+    /// A number that is another one for each piece of work of the thread; 0 while it has none, or mends a
+    /// record, which may take as long as it is large.
+    quint64 workInHand() const { return m_isBusy && !m_hasEnded && m_job != Job::Mend ? m_jobs : 0; }
+
     /// Is called, in the event loop, after a record that turned out to be damaged, or that somebody removed
     /// or replaced, was kept aside and has a new one in its place. What of it was lost was not added again.
     void setMended(std::function<void(const OpenedRecord &)> mended) { m_mended = std::move(mended); }
@@ -124,6 +128,7 @@ private:
     // While m_isBusy is set, the thread alone uses what follows.
     bool m_isBusy = false;
     Job m_job = Job::Write;
+    quint64 m_jobs = 0;         ///< begun so far
     bool m_isDue = false;       ///< the time to write came meanwhile
     bool m_isWorkDue = false;   ///< the time for such a step came meanwhile
     bool m_hasMoreWork = false; ///< what the step gave

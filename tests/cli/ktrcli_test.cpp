@@ -107,6 +107,7 @@ private Q_SLOTS:
                                  "simulate --fleet 2 --serial @a",
                                  "monitor",
                                  "monitor @a --for x",
+                                 "keep @a --json",
                                  "record look @a",
                                  "record backup @a",
                                  "record export @a",
