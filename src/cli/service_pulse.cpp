@@ -34,9 +34,10 @@ void ServicePulse::stop()
 void ServicePulse::beat()
 {
     m_timer->start(m_period, [this] { beat(); });
-    if (const QString state = m_sources.state(); state != m_told) {
+    const QString state =
+        m_sources.state().simplified(); // a line end would begin another word to the manager
+    if (state != std::exchange(m_told, state)) {
         tellServiceManager("STATUS=" + state.toUtf8());
-        m_told = state;
     }
     const bool wasAlive = std::exchange(m_isAlive, isAlive());
     if (m_isAlive && m_watchdog > Milliseconds(0)) {
