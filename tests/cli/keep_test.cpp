@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -105,6 +106,36 @@ private Q_SLOTS:
         QCOMPARE(manager.await("WATCHDOG="), "WATCHDOG=1");
         QVERIFY(keeper.terminate());
         QCOMPARE(manager.await("STOPPING="), "STOPPING=1");
+    }
+
+    void theJournalGetsUrgencies()
+    {
+        QProcess keeper;
+        keeper.start(u"sh"_s,
+                     {u"-c"_s, u"JOURNAL_STREAM=$(stat -Lc %d:%i /dev/stderr) exec \"$0\" keep none.xml"_s,
+                      QStringLiteral(KTRCLI)});
+        QVERIFY(keeper.waitForFinished(60'000));
+        QCOMPARE(keeper.readAllStandardError(), "<3>none.xml: there is no such file\n");
+    }
+
+    void theServiceIsUnderstood()
+    {
+        const QString analyse = QStandardPaths::findExecutable(u"systemd-analyze"_s);
+        if (analyse.isEmpty()) {
+            QSKIP("systemd-analyze is not installed");
+        }
+        const QString name = u"ktrconfig-keep@.service"_s;
+        QFile copy(m_folder.filePath(name));
+        QVERIFY(copy.open(QIODevice::WriteOnly));
+        copy.write(contentOf(QStringLiteral(KTR_SOURCE_DIR "/data/") + name)
+                       .replace("/usr/bin/ktrcli", KTRCLI)); // which is not installed
+        copy.close();
+        QProcess verify;
+        verify.setProcessChannelMode(QProcess::MergedChannels);
+        verify.start(analyse, {u"verify"_s, copy.fileName()});
+        QVERIFY(verify.waitForFinished(60'000));
+        QCOMPARE(verify.readAll(), "");
+        QCOMPARE(verify.exitCode(), 0);
     }
 
     /// One that the event loop does not see would go on for ever.
