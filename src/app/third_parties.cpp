@@ -15,6 +15,7 @@ std::span<const ThirdParty> thirdParties()
         ThirdParty{QLatin1StringView("Asio"), QLatin1StringView("BSL-1.0"), Program},
         ThirdParty{QLatin1StringView("pugixml"), QLatin1StringView("MIT"), Program},
         ThirdParty{QLatin1StringView("c-ares"), QLatin1StringView("MIT"), Program},
+        ThirdParty{QLatin1StringView("libmosquitto"), QLatin1StringView("EPL-2.0 OR BSD-3-Clause"), Program},
         ThirdParty{QLatin1StringView("SQLite"), QLatin1StringView("blessing"), Program},
         ThirdParty{QLatin1StringView("libsystemd"), QLatin1StringView("LGPL-2.1-or-later"), Program},
         ThirdParty{QLatin1StringView("zlib"), QLatin1StringView("Zlib"), WindowsPackage},

@@ -1,16 +1,11 @@
 #pragma once
 
 #include "opmode/station_event.h"
-#include "record/record_rows.h"
+#include "record/event_names.h"
 
 namespace ktr::cli {
 
-// What kinds of events are called in tables and JSON lines, in every language.
-
-/// The number, where a newer version of the program made the kind.
-QString nameOf(EventKind kind);
-/// Empty for a kind of a newer version.
-QString nameOf(AlarmKind kind);
+/// As the record's events of the same kind.
 QString nameOf(StationEvent::Kind kind);
 
 } // namespace ktr::cli

@@ -3,11 +3,10 @@
 #include "cli/event_names.h"
 #include "cli/patient_job.h"
 #include "cli/watching.h"
+#include "record/json_text.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QTimer>
 
 namespace ktr::cli {
@@ -21,19 +20,9 @@ constexpr int longestWatch = 1'000'000;
 /// The members in the order in which they are read, which a JSON object of the toolkit does not keep.
 QString lineOf(const QString &station, const QString &kind, const QString &text, const QDateTime &now)
 {
-    const auto quoted = [](const QString &value) {
-        const QByteArray array = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-        QString json = QString::fromUtf8(array.sliced(1, array.size() - 2));
-        for (qsizetype at = json.size() - 1; at >= 0; --at) { // those that JSON takes and a terminal obeys
-            if (json[at].category() == QChar::Other_Control) {
-                json.replace(at, 1, QStringLiteral("\\u%1").arg(json[at].unicode(), 4, 16, QLatin1Char('0')));
-            }
-        }
-        return json;
-    };
-    return QStringLiteral("{\"time\":") + quoted(now.toUTC().toString(Qt::ISODateWithMs)) +
-           QStringLiteral(",\"station\":") + quoted(station) + QStringLiteral(",\"kind\":") + quoted(kind) +
-           QStringLiteral(",\"text\":") + quoted(text) + u'}';
+    return QStringLiteral("{\"time\":") + jsonString(now.toUTC().toString(Qt::ISODateWithMs)) +
+           QStringLiteral(",\"station\":") + jsonString(station) + QStringLiteral(",\"kind\":") +
+           jsonString(kind) + QStringLiteral(",\"text\":") + jsonString(text) + u'}';
 }
 
 int watch(const Arguments &arguments, const Environment &environment, const QString &path)

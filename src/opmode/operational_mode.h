@@ -100,6 +100,8 @@ public:
     void mendRecord();
     /// The path of the record; empty when nothing is recorded.
     QString recordPath() const;
+    /// For what keeps something of its own there.
+    ListRecord &record() { return m_record; }
 
     StationTree &tree() { return m_tree; }
     const StationTree &tree() const { return m_tree; }

@@ -131,10 +131,12 @@ Status RecordReader::openAlarms(const std::function<void(const AlarmRow &)> &tak
 }
 
 Status RecordReader::alarmsChangedAfter(qint64 change,
-                                        const std::function<void(const AlarmRow &, qint64 change)> &take)
+                                        const std::function<void(const AlarmRow &, qint64 change)> &take,
+                                        qint64 most)
 {
-    return each(u"SELECT "_s + alarmColumns + u", changed FROM alarm WHERE changed > ? ORDER BY changed"_s,
-                {change}, [&](const QSqlQuery &row) {
+    return each(u"SELECT "_s + alarmColumns +
+                    u", changed FROM alarm WHERE changed > ? ORDER BY changed LIMIT ?"_s,
+                {change, most}, [&](const QSqlQuery &row) {
                     take(alarmOf(row), row.value(17).toLongLong());
                     return true;
                 });
@@ -145,6 +147,15 @@ Status RecordReader::lastAlarmChange(qint64 &change)
     change = 0;
     return each(u"SELECT max(changed) FROM alarm"_s, {}, [&](const QSqlQuery &row) {
         change = row.value(0).toLongLong();
+        return true;
+    });
+}
+
+Status RecordReader::lastEvent(qint64 &id)
+{
+    id = 0;
+    return each(u"SELECT max(id) FROM event"_s, {}, [&](const QSqlQuery &row) {
+        id = row.value(0).toLongLong();
         return true;
     });
 }

@@ -6,6 +6,7 @@
 #include <QHash>
 
 #include <functional>
+#include <limits>
 #include <optional>
 
 namespace ktr {
@@ -141,15 +142,18 @@ public:
     /// The events that the latest list file of this checksum holds, with an empty one the latest of all;
     /// nothing in `upto` when there is none.
     Status lastListFile(const QString &checksum, std::optional<qint64> &upto);
+    /// The number of the last event; 0 for none.
+    Status lastEvent(qint64 &id);
     /// Events in the order of their numbers, from the one behind `id`, until `take` gives false.
     Status eventsAfter(qint64 id, const std::function<bool(const EventRow &)> &take);
     /// Of the entries that are in the list.
     Status notifications(const std::function<void(const NotificationRow &)> &take);
     /// The alarms that are not acknowledged or not over, the oldest first.
     Status openAlarms(const std::function<void(const AlarmRow &)> &take);
-    /// What each alarm is that changed behind such a number, in the order of their last changes.
-    Status alarmsChangedAfter(qint64 change,
-                              const std::function<void(const AlarmRow &, qint64 change)> &take);
+    /// What each alarm is that changed behind such a number, in the order of their last changes; of the first
+    /// `most` of them.
+    Status alarmsChangedAfter(qint64 change, const std::function<void(const AlarmRow &, qint64 change)> &take,
+                              qint64 most = std::numeric_limits<qint64>::max());
     /// The number of the last change of an alarm; 0 for none.
     Status lastAlarmChange(qint64 &change);
     /// The latest event of each of these kinds about each station, in the order of their numbers, since the

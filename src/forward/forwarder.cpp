@@ -1,0 +1,355 @@
+#include "forward/forwarder.h"
+
+#include "record/json_text.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QSysInfo>
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+constexpr int longestEnd = 2'000; // milliseconds
+
+QString eventSetting(const ForwardTarget &target)
+{
+    return QStringLiteral("forwarded:") + target.name();
+}
+
+QString alarmSetting(const ForwardTarget &target)
+{
+    return QStringLiteral("forwarded alarms:") + target.name();
+}
+
+QString troubleSetting(const ForwardTarget &target)
+{
+    return QStringLiteral("forward trouble:") + target.name();
+}
+
+QByteArray keeperState(const QString &state, const QJsonObject &more = {})
+{
+    QJsonObject keeper = more;
+    keeper.insert(QStringLiteral("state"), state);
+    keeper.insert(QStringLiteral("machine"), QSysInfo::machineHostName());
+    keeper.insert(QStringLiteral("process"), QCoreApplication::applicationPid());
+    return jsonText(keeper).toUtf8();
+}
+
+/// The same for the same list, so that the broker lets go of a line that hangs; of at most 23 letters, which
+/// every broker takes.
+QString clientId(const QString &record)
+{
+    const QByteArray place = QSysInfo::machineUniqueId() + record.toUtf8();
+    return QStringLiteral("ktr-") +
+           QString::fromLatin1(QCryptographicHash::hash(place, QCryptographicHash::Sha256).toHex().first(16));
+}
+
+MqttLine::Options lineOptions(const Forwarder::Options &options, const ForwardTopics &topics,
+                              const QString &record)
+{
+    const ForwardTarget &target = options.target;
+    return {target.host,        target.port,
+            target.isEncrypted, options.caFile,
+            target.user,        options.password,
+            clientId(record),   {topics.keeper(), keeperState(QStringLiteral("lost")), true}};
+}
+
+} // namespace
+
+Forwarder::Forwarder(OperationalMode &mode, Timers &timers, Options options, QObject *parent)
+    : QObject(parent),
+      m_mode(mode),
+      m_options(std::move(options)),
+      m_topics(m_options.target.prefix),
+      m_timer(timers.create()),
+      m_reading(std::make_shared<ForwardReading>(m_topics)),
+      m_line(lineOptions(m_options, m_topics, mode.record().path()))
+{
+    connect(&m_line, &MqttLine::connected, this, &Forwarder::onConnected);
+    connect(&m_line, &MqttLine::confirmed, this, &Forwarder::onConfirmed);
+    connect(&m_line, &MqttLine::lost, this, &Forwarder::onLost);
+    connect(&m_line, &MqttLine::refused, this, [this](quint64 tag, const QString &why) {
+        Q_EMIT leftOut(QStringLiteral("a message cannot be published: %1").arg(why));
+        onConfirmed({tag});
+    });
+    const auto stationChanged = [this](const QString &kennung) { m_changed.insert(kennung); };
+    connect(&mode, &OperationalMode::stationChanged, this, stationChanged);
+    connect(&mode, &OperationalMode::happened, this,
+            [stationChanged](const StationEvent &event) { stationChanged(event.kennung); });
+    look();
+}
+
+Forwarder::~Forwarder()
+{
+    finish();
+}
+
+void Forwarder::finish()
+{
+    if (std::exchange(m_hasEnded, true)) {
+        return;
+    }
+    m_timer->stop();
+    if (m_line.isConnected()) {
+        m_line.publish(++m_lastTag, {m_topics.keeper(), keeperJson(QStringLiteral("stopped")), true});
+    }
+    m_line.finish(longestEnd);
+    note();
+}
+
+qint64 Forwarder::backlog() const
+{
+    return m_isBegun ? std::max(m_mode.record().lastEvent() - m_confirmed.event, qint64{0}) : 0;
+}
+
+void Forwarder::look()
+{
+    m_timer->start(period, [this] { look(); });
+    if (!m_mode.record().isOpen()) { // it is tried again by its owner
+        return;
+    }
+    if (!m_queries) {
+        begin();
+    }
+    if (++m_looks % looksUntilNoted == 0) {
+        note();
+    }
+    readMore();
+    pump();
+}
+
+void Forwarder::begin()
+{
+    m_queries = std::make_unique<RecordQueries>(m_mode.recordPath());
+    m_queries->setFoundDamage([this] { m_mode.mendRecord(); });
+}
+
+/// A target that the record does not know gets what happens from now on. A record of which the end was lost
+/// has less than the broker.
+void Forwarder::takeUp(ForwardPosition end)
+{
+    const QHash<QString, QString> &settings = m_mode.record().settings();
+    const auto position = [&settings](const QString &name, qint64 last) {
+        const auto known = settings.constFind(name);
+        return known == settings.cend() ? last : std::min(known->toLongLong(), last);
+    };
+    m_confirmed = {position(eventSetting(m_options.target), end.event),
+                   position(alarmSetting(m_options.target), end.change)};
+    m_noted = {-1, -1}; // so that a new target is known from now on
+    m_read = m_confirmed;
+    m_isBegun = true;
+    note();
+}
+
+void Forwarder::readMore()
+{
+    if (!m_queries || m_queries->isWaitedFor(this)) {
+        return;
+    }
+    if (!m_isBegun) {
+        m_queries->ask(
+            this,
+            [](RecordReader &reader) {
+                ForwardPosition end;
+                const Status read = ForwardReading::end(reader, end);
+                return std::pair(read, end);
+            },
+            [this](const std::pair<Status, ForwardPosition> &found) {
+                if (found.first && m_mode.record().isOpen()) {
+                    takeUp(found.second);
+                    readMore();
+                }
+            });
+        return;
+    }
+    const quint64 onDisk = m_mode.record().isOpen() ? m_mode.record().writer().onDiskCount() : 0;
+    if (!m_line.isConnected() || !m_ready.empty() || m_seenOnDisk == onDisk) {
+        return;
+    }
+    m_seenOnDisk = onDisk;
+    m_queries->ask(
+        this,
+        [reading = m_reading, from = m_read](RecordReader &reader) { return reading->page(reader, from); },
+        [this](ForwardPage page) { take(std::move(page)); });
+}
+
+void Forwarder::take(ForwardPage page)
+{
+    if (!page.status || !page.items.empty()) {
+        m_seenOnDisk.reset(); // there may be more
+    }
+    if (page.status) {
+        m_read = page.upTo;
+        m_ready = std::move(page.items);
+        pump();
+    }
+}
+
+void Forwarder::pump()
+{
+    while (!m_hasEnded && m_line.isConnected() && m_flights.size() < mostInFlight) {
+        std::optional<ForwardItem> item = next();
+        if (!item) {
+            break;
+        }
+        m_flights.push_back({++m_lastTag, item->upTo});
+        m_line.publish(m_lastTag, std::move(item->message));
+    }
+    if (m_ready.empty() && !m_hasEnded) {
+        readMore();
+    }
+}
+
+std::optional<ForwardItem> Forwarder::next()
+{
+    if (std::exchange(m_isKeeperDue, false)) {
+        return ForwardItem{{m_topics.keeper(), keeperJson(QStringLiteral("watching")), true}};
+    }
+    if (std::optional<ForwardItem> state = nextState()) {
+        return state;
+    }
+    if (std::optional<ForwardItem> standing = nextStanding()) {
+        return standing;
+    }
+    if (m_ready.empty()) {
+        return std::nullopt;
+    }
+    ForwardItem item = std::move(m_ready.front());
+    m_ready.pop_front();
+    if (item.endsState) { // another station may have the name by now
+        m_states.remove(item.message.topic);
+        m_mode.stations().forEach([&](const cStation &station) {
+            if (m_topics.state(nameOfStation(station.kennung())) == item.message.topic) {
+                m_changed.insert(station.kennung());
+            }
+        });
+    }
+    return item;
+}
+
+/// Of a station of which something changed since it was told.
+std::optional<ForwardItem> Forwarder::nextState()
+{
+    while (!m_changed.isEmpty()) {
+        const QString kennung = *m_changed.cbegin();
+        m_changed.erase(m_changed.cbegin());
+        const cStation *const station = m_mode.station(kennung);
+        if (station == nullptr) {
+            continue;
+        }
+        const QString name = nameOfStation(kennung);
+        const QByteArray json = stateJson(*station, name);
+        QByteArray &told = m_states[m_topics.state(name)];
+        if (told != json) {
+            told = json;
+            const QString time =
+                QStringLiteral("{\"time\":") + jsonString(utcText(m_mode.now().toMSecsSinceEpoch())) + u',';
+            return ForwardItem{{m_topics.state(name), time.toUtf8() + json.sliced(1), true}};
+        }
+    }
+    return std::nullopt;
+}
+
+/// A broker that was started anew may have forgotten them.
+std::optional<ForwardItem> Forwarder::nextStanding()
+{
+    while (!m_standing.empty()) {
+        const qint64 id = m_standing.front();
+        m_standing.pop_front();
+        if (const AlarmRow *const alarm = m_mode.alarms().alarm(id)) {
+            return ForwardItem{
+                {m_topics.standing(id), alarmJson(*alarm, nameOfStation(m_mode.stationOf(*alarm))), true}};
+        }
+    }
+    return std::nullopt;
+}
+
+void Forwarder::onConnected()
+{
+    m_isKeeperDue = true;
+    m_states.clear();
+    m_mode.stations().forEach([this](const cStation &station) { m_changed.insert(station.kennung()); });
+    m_standing.clear();
+    for (const auto &[id, alarm] : m_mode.alarms().standing()) {
+        m_standing.push_back(id);
+    }
+    setTrouble({});
+    pump();
+}
+
+void Forwarder::onConfirmed(const QList<quint64> &tags)
+{
+    for (const quint64 tag : tags) { // brokers confirm in order
+        const auto flight = std::ranges::lower_bound(m_flights, tag, {}, &Flight::tag);
+        if (flight != m_flights.end() && flight->tag == tag) {
+            flight->isConfirmed = true;
+        }
+    }
+    while (!m_flights.empty() && m_flights.front().isConfirmed) {
+        m_confirmed = m_flights.front().upTo.value_or(m_confirmed);
+        m_flights.pop_front();
+    }
+    pump();
+}
+
+/// What was not confirmed is read anew.
+void Forwarder::onLost(const QString &why)
+{
+    m_flights.clear();
+    m_ready.clear();
+    m_read = m_confirmed;
+    m_seenOnDisk.reset();
+    if (m_isBegun && m_queries) {
+        m_queries->withdraw(this);
+    }
+    if (m_trouble.isEmpty()) {
+        setTrouble(m_options.target.name() + QLatin1String(": ") + why);
+    }
+}
+
+void Forwarder::setTrouble(const QString &trouble)
+{
+    if (trouble == std::exchange(m_trouble, trouble)) {
+        return;
+    }
+    if (m_mode.record().isOpen()) {
+        const QJsonObject state{{QStringLiteral("trouble"), trouble},
+                                {QStringLiteral("since"), m_mode.now().toMSecsSinceEpoch()}};
+        m_mode.record().add(
+            SettingRow{troubleSetting(m_options.target), trouble.isEmpty() ? QString() : jsonText(state)});
+    }
+    Q_EMIT troubleChanged(trouble);
+}
+
+void Forwarder::note()
+{
+    ListRecord &record = m_mode.record();
+    if (!m_isBegun || !record.isOpen() || m_noted == m_confirmed) {
+        return;
+    }
+    if (m_noted.event != m_confirmed.event) {
+        record.add(SettingRow{eventSetting(m_options.target), QString::number(m_confirmed.event)});
+    }
+    if (m_noted.change != m_confirmed.change) {
+        record.add(SettingRow{alarmSetting(m_options.target), QString::number(m_confirmed.change)});
+    }
+    m_noted = m_confirmed;
+}
+
+/// A station that was renamed keeps its key in this run.
+QString Forwarder::nameOfStation(const QString &kennung) const
+{
+    return kennung.isEmpty() ? QString() : m_mode.tree().find(kennung).data(Qt::EditRole).toString();
+}
+
+QByteArray Forwarder::keeperJson(const QString &state) const
+{
+    return keeperState(state, {{QStringLiteral("time"), utcText(m_mode.now().toMSecsSinceEpoch())},
+                               {QStringLiteral("program"), QCoreApplication::applicationName()},
+                               {QStringLiteral("version"), QCoreApplication::applicationVersion()}});
+}
+
+} // namespace ktr

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "forward/forward_reading.h"
+#include "forward/forward_target.h"
+#include "opmode/operational_mode.h"
+#include "record/record_queries.h"
+
+namespace ktr {
+
+/// Publishes what the record of a list gets at an MQTT broker. The record is the outbox: a setting holds how
+/// far the broker has confirmed it, and what is behind that is read by pages and published in order. So
+/// neither a broker that is away nor an end of this program loses anything; what was confirmed and not noted
+/// yet comes twice. Beside that the broker keeps the present state of each station, of the alarms that stand
+/// and of this keeper.
+class Forwarder : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Options
+    {
+        ForwardTarget target{};
+        QByteArray password{};
+        QString caFile{}; ///< as in MqttLine
+    };
+    /// So much is published and not confirmed at a time.
+    static constexpr std::size_t mostInFlight = 200;
+    static constexpr Milliseconds period{250};
+    /// What the broker has confirmed is noted so often.
+    static constexpr int looksUntilNoted = 4;
+
+    /// The list is kept by this program. It must outlive this, and stay open until finish().
+    Forwarder(OperationalMode &mode, Timers &timers, Options options, QObject *parent = nullptr);
+    ~Forwarder() override; ///< as finish()
+
+    /// Tells the broker that this keeper has ended, waits for it for at most two seconds, and notes what it
+    /// has.
+    void finish();
+    const ForwardTarget &target() const { return m_options.target; }
+    /// Why the broker gets nothing; empty when it does.
+    const QString &trouble() const { return m_trouble; }
+    /// How many events the broker has not confirmed.
+    qint64 backlog() const;
+
+Q_SIGNALS:
+    /// Once for each trouble, and once when it is over. A text that cannot be published is told, too.
+    void troubleChanged(const QString &trouble);
+    void leftOut(const QString &what);
+
+private:
+    struct Flight
+    {
+        quint64 tag;
+        std::optional<ForwardPosition> upTo;
+        bool isConfirmed = false;
+    };
+
+    void look();
+    void begin();
+    void takeUp(ForwardPosition end);
+    void readMore();
+    void take(ForwardPage page);
+    void pump();
+    std::optional<ForwardItem> next();
+    std::optional<ForwardItem> nextState();
+    std::optional<ForwardItem> nextStanding();
+    void onConnected();
+    void onConfirmed(const QList<quint64> &tags);
+    void onLost(const QString &why);
+    void setTrouble(const QString &trouble);
+    void note();
+    QByteArray keeperJson(const QString &state) const;
+    QString nameOfStation(const QString &kennung) const;
+
+    OperationalMode &m_mode;
+    Options m_options;
+    ForwardTopics m_topics;
+    std::unique_ptr<OneShotTimer> m_timer;
+    int m_looks = 0;
+    QString m_trouble;
+    bool m_hasEnded = false;
+
+    std::shared_ptr<ForwardReading> m_reading; ///< of the queries' thread
+    std::unique_ptr<RecordQueries> m_queries;
+    bool m_isBegun = false;        ///< the positions are known
+    ForwardPosition m_confirmed{}; ///< by the broker
+    ForwardPosition m_noted{};     ///< in the record
+    ForwardPosition m_read{};
+    std::optional<quint64> m_seenOnDisk; ///< of the writer's rows, when it was read last
+    std::deque<ForwardItem> m_ready;
+    std::deque<Flight> m_flights;
+    quint64 m_lastTag = 0;
+
+    bool m_isKeeperDue = false;
+    QSet<QString> m_changed;             ///< keys of stations whose state may be another
+    QHash<QString, QByteArray> m_states; ///< what the broker was told, by topics
+    std::deque<qint64> m_standing;       ///< alarms that a new line tells of
+    MqttLine m_line;
+};
+
+} // namespace ktr
