@@ -25,6 +25,7 @@ void describeKeep(Arguments &arguments)
         {statusOption, QStringLiteral("Tells whether anybody watches the list, who, and how its "
                                       "stations are; ends with 1 when nobody does.")});
     arguments.addOption({jsonOption, QStringLiteral("Tells the status as a JSON object.")});
+    describePassingOn(arguments);
 }
 
 std::optional<int> checkKeep(const Arguments &arguments)
@@ -42,6 +43,9 @@ int keep(const Arguments &arguments)
     }
     if (arguments.isSet(statusOption)) {
         return tellKeeper(options.list, arguments.isSet(jsonOption));
+    }
+    if (const std::optional<int> code = readPassingOn(arguments, options.passOn)) {
+        return *code;
     }
     return patiently([&] { return Keeper(std::move(options), systemEnvironment()).run(); },
                      {.waitsForReader = false});

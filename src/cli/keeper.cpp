@@ -29,9 +29,11 @@ int Keeper::run()
                 .arg(alarms.waitingCount()));
     QObject::connect(&alarms, &AlarmBook::changed, &m_mode,
                      [this](const AlarmRow &alarm, AlarmBook::Change change) { tellAlarm(alarm, change); });
+    std::optional<PassingOn> passingOn(std::in_place, m_options.passOn, m_watching);
     m_pulse.start();
     const int code = m_watching.run();
     m_pulse.stop();
+    passingOn.reset();
     return std::max(code, close());
 }
 

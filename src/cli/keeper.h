@@ -1,5 +1,6 @@
 #pragma once
 
+#include "cli/passing_on.h"
 #include "cli/service_pulse.h"
 #include "cli/watching.h"
 #include "opmode/watch_summary.h"
@@ -10,6 +11,7 @@ namespace ktr::cli {
 struct KeepOptions
 {
     QString list;
+    PassingOnOptions passOn = {};
 };
 
 /// Watches a list day and night, and tells the log and the service manager what operators should know.

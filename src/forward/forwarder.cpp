@@ -348,8 +348,7 @@ QString Forwarder::nameOfStation(const QString &kennung) const
 QByteArray Forwarder::keeperJson(const QString &state) const
 {
     return keeperState(state, {{QStringLiteral("time"), utcText(m_mode.now().toMSecsSinceEpoch())},
-                               {QStringLiteral("program"), QCoreApplication::applicationName()},
-                               {QStringLiteral("version"), QCoreApplication::applicationVersion()}});
+                               {QStringLiteral("program"), QCoreApplication::applicationName()}});
 }
 
 } // namespace ktr

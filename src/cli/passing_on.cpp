@@ -1,0 +1,82 @@
+#include "cli/passing_on.h"
+
+#include "cli/console.h"
+
+namespace ktr::cli {
+
+namespace {
+
+const QString forwardOption = QStringLiteral("forward");
+const QString passwordOption = QStringLiteral("forward-password-file");
+const QString caOption = QStringLiteral("forward-ca");
+
+std::optional<int> readForward(const Arguments &arguments, std::optional<Forwarder::Options> &forward)
+{
+    if (!arguments.isSet(forwardOption)) {
+        for (const QString &option : {passwordOption, caOption}) {
+            if (arguments.isSet(option)) {
+                return arguments.wrong(QStringLiteral("--%1 belongs to --forward").arg(option));
+            }
+        }
+        return std::nullopt;
+    }
+    Forwarder::Options read;
+    if (const Status target = readForwardTarget(arguments.value(forwardOption), read.target); !target) {
+        return arguments.wrong(QStringLiteral("--forward: ") + target.message());
+    }
+    read.caFile = arguments.value(caOption);
+    if (!read.caFile.isEmpty() && !read.target.isEncrypted) {
+        return arguments.wrong(QStringLiteral("--forward-ca belongs to mqtts://"));
+    }
+    if (const Status known = readForwardPassword(arguments.value(passwordOption), read.password); !known) {
+        return fail(known.message());
+    }
+    if (!read.password.isEmpty() && read.target.user.isEmpty()) {
+        return arguments.wrong(QStringLiteral("--forward: a password, but no USER@ in front of the host"));
+    }
+    forward = std::move(read);
+    return std::nullopt;
+}
+
+} // namespace
+
+void describePassingOn(Arguments &arguments)
+{
+    arguments.addOption({forwardOption,
+                         QStringLiteral("Publishes what happens at an MQTT broker: "
+                                        "mqtt[s]://[USER@]HOST[:PORT][/PREFIX]. A password comes from the "
+                                        "variable %1 or from a file.")
+                             .arg(forwardPasswordVariable()),
+                         QStringLiteral("BROKER")});
+    arguments.addOption(
+        {passwordOption,
+         QStringLiteral("The file with the broker's password, which its owner alone may read."),
+         QStringLiteral("FILE")});
+    arguments.addOption(
+        {caOption,
+         QStringLiteral("Who vouches for a broker with TLS (PEM); otherwise whom the system trusts."),
+         QStringLiteral("FILE")});
+}
+
+std::optional<int> readPassingOn(const Arguments &arguments, PassingOnOptions &options)
+{
+    return readForward(arguments, options.forward);
+}
+
+PassingOn::PassingOn(const PassingOnOptions &options, Watching &watching)
+{
+    if (options.forward) {
+        m_forwarder.emplace(watching.mode(), watching.timers(), *options.forward);
+        const QString target = options.forward->target.name();
+        QObject::connect(&*m_forwarder, &Forwarder::troubleChanged, &*m_forwarder,
+                         [target](const QString &trouble) {
+                             logLine(trouble.isEmpty() ? Urgency::Info : Urgency::Warning,
+                                     trouble.isEmpty() ? target + QStringLiteral(": forwarding to it")
+                                                       : QStringLiteral("not forwarded: ") + trouble);
+                         });
+        QObject::connect(&*m_forwarder, &Forwarder::leftOut, &*m_forwarder,
+                         [](const QString &what) { logLine(Urgency::Warning, what); });
+    }
+}
+
+} // namespace ktr::cli

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "cli/arguments.h"
+#include "cli/watching.h"
+#include "forward/forwarder.h"
+
+namespace ktr::cli {
+
+/// To whom a keeper passes on what happens.
+struct PassingOnOptions
+{
+    std::optional<Forwarder::Options> forward;
+};
+
+void describePassingOn(Arguments &arguments);
+/// Reads the options; gives the exit code after a complaint about wrong usage, or a password that cannot be
+/// read.
+std::optional<int> readPassingOn(const Arguments &arguments, PassingOnOptions &options);
+
+/// Passes on what happens in a list that is kept, from its making to its end, and logs what keeps it from
+/// that.
+class PassingOn
+{
+public:
+    /// `watching` must outlive it and its list be open for as long.
+    PassingOn(const PassingOnOptions &options, Watching &watching);
+
+private:
+    std::optional<Forwarder> m_forwarder;
+};
+
+} // namespace ktr::cli
