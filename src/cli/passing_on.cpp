@@ -2,6 +2,8 @@
 
 #include "cli/console.h"
 
+#include <QProcess>
+
 namespace ktr::cli {
 
 namespace {
@@ -9,6 +11,9 @@ namespace {
 const QString forwardOption = QStringLiteral("forward");
 const QString passwordOption = QStringLiteral("forward-password-file");
 const QString caOption = QStringLiteral("forward-ca");
+const QString alarmOption = QStringLiteral("on-alarm");
+const QString againOption = QStringLiteral("on-alarm-again");
+constexpr int mostMinutes = 10'000;
 
 std::optional<int> readForward(const Arguments &arguments, std::optional<Forwarder::Options> &forward)
 {
@@ -38,6 +43,30 @@ std::optional<int> readForward(const Arguments &arguments, std::optional<Forward
     return std::nullopt;
 }
 
+std::optional<int> readOnAlarm(const Arguments &arguments, std::optional<AlarmCommand::Options> &onAlarm)
+{
+    if (!arguments.isSet(alarmOption)) {
+        return arguments.isSet(againOption)
+                   ? std::optional(arguments.wrong(QStringLiteral("--on-alarm-again belongs to --on-alarm")))
+                   : std::nullopt;
+    }
+    AlarmCommand::Options read;
+    read.arguments = QProcess::splitCommand(arguments.value(alarmOption));
+    if (read.arguments.isEmpty()) {
+        return arguments.wrong(QStringLiteral("--on-alarm: no command"));
+    }
+    read.program = read.arguments.takeFirst();
+    if (arguments.isSet(againOption)) {
+        const std::optional<int> minutes = arguments.number(againOption, 1, mostMinutes);
+        if (!minutes) {
+            return wrongUsage;
+        }
+        read.again = std::chrono::minutes(*minutes);
+    }
+    onAlarm = std::move(read);
+    return std::nullopt;
+}
+
 } // namespace
 
 void describePassingOn(Arguments &arguments)
@@ -56,11 +85,20 @@ void describePassingOn(Arguments &arguments)
         {caOption,
          QStringLiteral("Who vouches for a broker with TLS (PEM); otherwise whom the system trusts."),
          QStringLiteral("FILE")});
+    arguments.addOption(
+        {alarmOption,
+         QStringLiteral("Runs this program for each new alarm, with the alarm as JSON on its standard input. "
+                        "Arguments are split at spaces, quotes hold them together; no shell reads it."),
+         QStringLiteral("COMMAND")});
+    arguments.addOption({againOption,
+                         QStringLiteral("Runs it again after so many minutes without acknowledgement."),
+                         QStringLiteral("MINUTES")});
 }
 
 std::optional<int> readPassingOn(const Arguments &arguments, PassingOnOptions &options)
 {
-    return readForward(arguments, options.forward);
+    const std::optional<int> code = readForward(arguments, options.forward);
+    return code ? code : readOnAlarm(arguments, options.onAlarm);
 }
 
 PassingOn::PassingOn(const PassingOnOptions &options, Watching &watching)
@@ -75,6 +113,11 @@ PassingOn::PassingOn(const PassingOnOptions &options, Watching &watching)
                                                        : QStringLiteral("not forwarded: ") + trouble);
                          });
         QObject::connect(&*m_forwarder, &Forwarder::leftOut, &*m_forwarder,
+                         [](const QString &what) { logLine(Urgency::Warning, what); });
+    }
+    if (options.onAlarm) {
+        m_alarmCommand.emplace(watching.mode(), watching.timers(), *options.onAlarm);
+        QObject::connect(&*m_alarmCommand, &AlarmCommand::failed, &*m_alarmCommand,
                          [](const QString &what) { logLine(Urgency::Warning, what); });
     }
 }

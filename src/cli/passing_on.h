@@ -2,6 +2,7 @@
 
 #include "cli/arguments.h"
 #include "cli/watching.h"
+#include "forward/alarm_command.h"
 #include "forward/forwarder.h"
 
 namespace ktr::cli {
@@ -10,6 +11,7 @@ namespace ktr::cli {
 struct PassingOnOptions
 {
     std::optional<Forwarder::Options> forward;
+    std::optional<AlarmCommand::Options> onAlarm;
 };
 
 void describePassingOn(Arguments &arguments);
@@ -27,6 +29,7 @@ public:
 
 private:
     std::optional<Forwarder> m_forwarder;
+    std::optional<AlarmCommand> m_alarmCommand; // the first to go: what it notes is forwarded
 };
 
 } // namespace ktr::cli

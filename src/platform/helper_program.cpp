@@ -9,6 +9,12 @@
 
 #ifdef Q_OS_WIN
 #include <windows.h>
+#else
+#include <csignal>
+#include <unistd.h>
+#ifdef Q_OS_LINUX
+#include <linux/close_range.h>
+#endif
 #endif
 
 namespace ktr {
@@ -29,9 +35,29 @@ void setWindow(QProcess &process, ProgramWindow window)
     });
 }
 
+void separate(QProcess &) {} // nothing is inherited there but what is named
+
+void killGroup(qint64) {}
+
 #else
 
 const QLatin1String programSuffix("");
+
+/// The child calls what is safe between fork and exec alone.
+void separate(QProcess &process)
+{
+    process.setChildProcessModifier([] {
+        ::setpgid(0, 0);
+#ifdef Q_OS_LINUX
+        ::close_range(STDERR_FILENO + 1, ~0U, CLOSE_RANGE_CLOEXEC);
+#endif
+    });
+}
+
+void killGroup(qint64 process)
+{
+    ::kill(-static_cast<pid_t>(process), SIGKILL);
+}
 
 /// The window manager's business here.
 void setWindow(QProcess &, ProgramWindow) {}
@@ -58,6 +84,19 @@ Status startProgram(const QString &path, const QStringList &arguments, ProgramWi
     process.setArguments(arguments);
     setWindow(process, window);
     return process.startDetached() ? Status::done() : fileFailure(path, process.errorString());
+}
+
+void standApart(QProcess &process)
+{
+    separate(process);
+}
+
+void killWithItsOwn(QProcess &process)
+{
+    if (process.processId() != 0) {
+        killGroup(process.processId());
+    }
+    process.kill();
 }
 
 } // namespace ktr

@@ -110,8 +110,7 @@ private Q_SLOTS:
             list.say(0, "M,Alarm DI1 fail");
             QTRY_COMPARE_WITH_TIMEOUT(listener.payloads(topic("stations/Well %233/alarms")).size(), 1,
                                       30'000);
-            QTRY_COMPARE_WITH_TIMEOUT(listener.payloads(topic("stations/Well %233/state")).size(), 2,
-                                      30'000);
+            QTRY_COMPARE_WITH_TIMEOUT(listener.payloads(topic("stations/Well %233/state")).size(), 2, 30'000);
             QCOMPARE(member(listener.payloads(topic("stations/Well %233/state")).last(), "state"), "alive");
             const QByteArray alarm = listener.payloads(topic("stations/Well %233/alarms"))[0];
             QCOMPARE(listener.payloads(topic("standing/1")), QByteArrayList{alarm});
