@@ -30,6 +30,9 @@ int Keeper::run()
     QObject::connect(&alarms, &AlarmBook::changed, &m_mode,
                      [this](const AlarmRow &alarm, AlarmBook::Change change) { tellAlarm(alarm, change); });
     std::optional<PassingOn> passingOn(std::in_place, m_options.passOn, m_watching);
+    if (const Status listens = passingOn->listen(); !listens) { // stations matter more
+        logLine(Urgency::Error, QStringLiteral("no figures are told: ") + listens.message());
+    }
     m_pulse.start();
     const int code = m_watching.run();
     m_pulse.stop();

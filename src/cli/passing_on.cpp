@@ -1,6 +1,7 @@
 #include "cli/passing_on.h"
 
 #include "cli/console.h"
+#include "forward/metrics.h"
 
 #include <QProcess>
 
@@ -13,6 +14,7 @@ const QString passwordOption = QStringLiteral("forward-password-file");
 const QString caOption = QStringLiteral("forward-ca");
 const QString alarmOption = QStringLiteral("on-alarm");
 const QString againOption = QStringLiteral("on-alarm-again");
+const QString metricsOption = QStringLiteral("metrics");
 constexpr int mostMinutes = 10'000;
 
 std::optional<int> readForward(const Arguments &arguments, std::optional<Forwarder::Options> &forward)
@@ -93,15 +95,26 @@ void describePassingOn(Arguments &arguments)
     arguments.addOption({againOption,
                          QStringLiteral("Runs it again after so many minutes without acknowledgement."),
                          QStringLiteral("MINUTES")});
+    arguments.addOption({metricsOption,
+                         QStringLiteral("Tells figures to programs that collect them, over HTTP at /metrics; "
+                                        "without an address to this machine alone."),
+                         QStringLiteral("[ADDRESS:]PORT")});
 }
 
 std::optional<int> readPassingOn(const Arguments &arguments, PassingOnOptions &options)
 {
+    if (arguments.isSet(metricsOption)) {
+        const Status read = readListenAddress(arguments.value(metricsOption), options.metrics.emplace());
+        if (!read) {
+            return arguments.wrong(QStringLiteral("--metrics: ") + read.message());
+        }
+    }
     const std::optional<int> code = readForward(arguments, options.forward);
     return code ? code : readOnAlarm(arguments, options.onAlarm);
 }
 
 PassingOn::PassingOn(const PassingOnOptions &options, Watching &watching)
+    : m_watching(watching), m_address(options.metrics)
 {
     if (options.forward) {
         m_forwarder.emplace(watching.mode(), watching.timers(), *options.forward);
@@ -120,6 +133,27 @@ PassingOn::PassingOn(const PassingOnOptions &options, Watching &watching)
         QObject::connect(&*m_alarmCommand, &AlarmCommand::failed, &*m_alarmCommand,
                          [](const QString &what) { logLine(Urgency::Warning, what); });
     }
+}
+
+Status PassingOn::listen()
+{
+    if (!m_address) {
+        return Status::done();
+    }
+    m_metrics.emplace(
+        m_watching.io(), [this] { return figures(); }, MetricsServer::Limits());
+    return m_metrics->listen(*m_address);
+}
+
+QByteArray PassingOn::figures() const
+{
+    Metrics metrics = metricsOf(m_watching.mode());
+    metrics.version =
+        QStringLiteral("%1.%2.%3").arg(KTR_VERSION_MAJOR).arg(KTR_VERSION_MINOR).arg(KTR_VERSION_REVISION);
+    if (m_forwarder) {
+        metrics.forwardBacklog = m_forwarder->backlog();
+    }
+    return metricsText(metrics);
 }
 
 } // namespace ktr::cli

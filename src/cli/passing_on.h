@@ -4,6 +4,7 @@
 #include "cli/watching.h"
 #include "forward/alarm_command.h"
 #include "forward/forwarder.h"
+#include "forward/metrics_server.h"
 
 namespace ktr::cli {
 
@@ -12,6 +13,7 @@ struct PassingOnOptions
 {
     std::optional<Forwarder::Options> forward;
     std::optional<AlarmCommand::Options> onAlarm;
+    std::optional<ListenAddress> metrics;
 };
 
 void describePassingOn(Arguments &arguments);
@@ -27,9 +29,17 @@ public:
     /// `watching` must outlive it and its list be open for as long.
     PassingOn(const PassingOnOptions &options, Watching &watching);
 
+    /// Figures are told from now on, where that is wanted; a failure says why they cannot be.
+    Status listen();
+
 private:
+    QByteArray figures() const;
+
+    Watching &m_watching;
+    std::optional<ListenAddress> m_address;
     std::optional<Forwarder> m_forwarder;
-    std::optional<AlarmCommand> m_alarmCommand; // the first to go: what it notes is forwarded
+    std::optional<AlarmCommand> m_alarmCommand; // goes first: what it notes is forwarded
+    std::optional<MetricsServer> m_metrics;
 };
 
 } // namespace ktr::cli

@@ -5,6 +5,7 @@
 #include "record/row_writing.h"
 
 #include <QCoreApplication>
+#include <QElapsedTimer>
 #include <QFileInfo>
 #include <QUuid>
 
@@ -277,7 +278,10 @@ void RecordWriter::write()
         [this] {
             m_kept = m_connection->open(m_path);
             if (m_kept) {
+                QElapsedTimer time;
+                time.start();
                 m_kept = m_connection->write(m_inHand);
+                m_commitTime = static_cast<double>(time.nsecsElapsed()) / 1e9;
             }
         },
         Job::Write);
@@ -394,6 +398,9 @@ void RecordWriter::collectRows()
 {
     if (m_kept) {
         m_onDiskCount = m_lastInHand;
+        const auto bound = std::ranges::lower_bound(CommitTimes::bounds, m_commitTime);
+        ++m_commitTimes.counts[static_cast<std::size_t>(bound - CommitTimes::bounds.begin())];
+        m_commitTimes.sum += m_commitTime;
         m_inHand.clear();
         workLater(restDelay);
     } else if (!m_connection->isUnsure) {

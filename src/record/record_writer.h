@@ -8,6 +8,7 @@
 
 #include <QObject>
 
+#include <array>
 #include <atomic>
 #include <optional>
 
@@ -32,6 +33,14 @@ public:
     static constexpr Milliseconds mendPause{3'600'000};
     /// About so many bytes of rows wait while the disk refuses them.
     static constexpr qint64 mostWaiting = qint64{256} << 20;
+
+    /// How many commits took up to so long, in seconds, with those that took longer at the end.
+    struct CommitTimes
+    {
+        static constexpr std::array bounds{0.001, 0.003, 0.01, 0.03, 0.1, 0.3, 1.0, 3.0, 10.0};
+        std::array<quint64, bounds.size() + 1> counts{};
+        double sum = 0;
+    };
 
     /// Goes on with a record that openRecord() opened. `troubleChanged` gets the reason when rows cannot be
     /// written, once, and an empty text when they can again.
@@ -66,6 +75,8 @@ public:
     quint64 onDiskCount() const { return m_onDiskCount; }
     /// How many rows were left out because too many had to wait: the oldest, but none of an alarm.
     quint64 leftOutCount() const { return m_waiting.leftOutCount(); }
+    /// Of the commits so far.
+    const CommitTimes &commitTimes() const { return m_commitTimes; }
     /// Whether the disk refused rows, and still does.
     bool isFailing() const { return !m_trouble.isEmpty(); }
 
@@ -114,6 +125,7 @@ private:
     WaitingRows m_waiting;
     quint64 m_addedCount = 0;
     quint64 m_onDiskCount = 0;
+    CommitTimes m_commitTimes;
     std::function<void()> m_settled;
     std::function<void(const OpenedRecord &)> m_mended;
     QString m_trouble; ///< why rows could not be written
@@ -138,6 +150,7 @@ private:
     std::vector<RecordRow> m_inHand;
     quint64 m_lastInHand = 0; ///< addedCount() at the end of it
     Status m_kept = Status::done();
+    double m_commitTime = 0; ///< seconds, of the last one
     std::atomic<bool> m_hasEnded = false;
     QObject m_receiver; ///< of the thread's reports, on the owner's thread
     WorkerThread m_thread;

@@ -173,6 +173,7 @@ void ListRecord::addShift(qint64 at)
 
 qint64 ListRecord::nextEvent()
 {
+    ++m_addedEvents;
     m_lastEvent = m_writer ? m_writer->nextEventId() : 0;
     return m_lastEvent;
 }

@@ -81,6 +81,8 @@ public:
     /// The values or the history of a message, each in a row of its own.
     void addContent(const QString &kennung, qint64 at, const StationMessage &message);
     qint64 lastEvent() const { return m_lastEvent; }
+    /// Events since the start.
+    quint64 addedEvents() const { return m_addedEvents; }
 
     /// The settings that were written, and those that the record had.
     const QHash<QString, QString> &settings() const { return m_settings; }
@@ -96,6 +98,7 @@ private:
     QHash<QString, qint64> m_numbers;
     qint64 m_lastNumber = 0;
     qint64 m_lastEvent = 0;
+    quint64 m_addedEvents = 0;
     QString m_operator;
     std::optional<WaitingRows> m_awaited;
     QHash<qint64, QString> m_awaitedNames;

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "opmode/watch_summary.h"
+#include "record/record_writer.h"
+
+#include <QByteArray>
+
+namespace ktr {
+
+/// What a program that collects figures is told of a keeper.
+struct Metrics
+{
+    QString version{};
+    WatchSummary summary{};
+    quint64 events = 0; ///< since the start
+    RecordWriter::CommitTimes commits{};
+    quint64 rowsWaiting = 0;
+    std::optional<qint64> forwardBacklog{}; ///< nothing where nothing is forwarded
+};
+
+Metrics metricsOf(OperationalMode &mode);
+
+/// In the usual text format, version 0.0.4. The names stand for ever.
+QByteArray metricsText(const Metrics &metrics);
+
+} // namespace ktr
