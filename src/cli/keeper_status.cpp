@@ -1,10 +1,12 @@
 #include "cli/console.h"
 #include "cli/keeper.h"
+#include "forward/forwarder.h"
 #include "opmode/keeping/nodes_file.h"
 #include "platform/file_lock.h"
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
@@ -20,6 +22,7 @@ struct KeeperState
     bool isRecorded = false; ///< who holds the list writes this record
     QDateTime lastBeat;      ///< of who holds it, or did last
     WatchSummary summary;
+    QList<ForwardTrouble> forwardTroubles; ///< of this run
 
     bool isHeard(const QDateTime &now) const
     {
@@ -57,6 +60,14 @@ Status read(const QString &list, KeeperState &state)
     state.isRecorded = lock && keeper && keeper->toUtf8() == *lock;
     if (const qint64 at = beat.value_or(QString()).section(u' ', 0, 0).toLongLong(); at != 0) {
         state.lastBeat = QDateTime::fromMSecsSinceEpoch(at);
+    }
+    QHash<QString, QString> settings;
+    if (told && state.isRecorded) {
+        told = reader.settings(settings);
+        state.forwardTroubles = forwardTroubles(settings);
+        state.forwardTroubles.removeIf([&state](const ForwardTrouble &trouble) {
+            return state.holder && trouble.since < state.holder->since.toMSecsSinceEpoch();
+        });
     }
     return told;
 }
@@ -109,6 +120,16 @@ QJsonObject asObject(const QString &list, const KeeperState &state, const QDateT
         stations.insert(QStringLiteral("offline"), summary.offline);
     }
     object.insert(QStringLiteral("stations"), stations);
+    QJsonArray troubles;
+    for (const ForwardTrouble &trouble : state.forwardTroubles) {
+        troubles +=
+            QJsonObject{{QStringLiteral("trouble"), trouble.text},
+                        {QStringLiteral("since"),
+                         QDateTime::fromMSecsSinceEpoch(trouble.since).toUTC().toString(Qt::ISODateWithMs)}};
+    }
+    if (!troubles.isEmpty()) {
+        object.insert(QStringLiteral("notForwarded"), troubles);
+    }
     object.insert(QStringLiteral("alarms"),
                   QJsonObject{{QStringLiteral("standing"), summary.standing},
                               {QStringLiteral("unacknowledged"), summary.unacknowledged},
@@ -131,6 +152,10 @@ int tellKeeper(const QString &list, bool asJson)
         print(inWords(list, state, now));
         if (state.isRecorded) {
             print(textOf(state.summary));
+            for (const ForwardTrouble &trouble : state.forwardTroubles) {
+                print(QStringLiteral("not forwarded since %1: %2")
+                          .arg(shown(QDateTime::fromMSecsSinceEpoch(trouble.since)), trouble.text));
+            }
         } else {
             print(QStringLiteral("stations: %1; alarms: %2 standing, %3 not acknowledged")
                       .arg(state.summary.stations())

@@ -24,9 +24,13 @@ QString alarmSetting(const ForwardTarget &target)
     return QStringLiteral("forwarded alarms:") + target.name();
 }
 
+const QLatin1String troublePrefix("forward trouble:");
+const QLatin1String troubleMember("trouble");
+const QLatin1String sinceMember("since");
+
 QString troubleSetting(const ForwardTarget &target)
 {
-    return QStringLiteral("forward trouble:") + target.name();
+    return troublePrefix + target.name();
 }
 
 QByteArray keeperState(const QString &state, const QJsonObject &more = {})
@@ -58,6 +62,18 @@ MqttLine::Options lineOptions(const Forwarder::Options &options, const ForwardTo
 }
 
 } // namespace
+
+QList<ForwardTrouble> forwardTroubles(const QHash<QString, QString> &settings)
+{
+    QList<ForwardTrouble> troubles;
+    for (auto setting = settings.cbegin(); setting != settings.cend(); ++setting) {
+        const QJsonObject state = jsonOf(*setting).object();
+        if (setting.key().startsWith(troublePrefix) && !state.isEmpty()) {
+            troubles += {state[troubleMember].toString(), state[sinceMember].toInteger()};
+        }
+    }
+    return troubles;
+}
 
 Forwarder::Forwarder(OperationalMode &mode, Timers &timers, Options options, QObject *parent)
     : QObject(parent),
@@ -316,8 +332,7 @@ void Forwarder::setTrouble(const QString &trouble)
         return;
     }
     if (m_mode.record().isOpen()) {
-        const QJsonObject state{{QStringLiteral("trouble"), trouble},
-                                {QStringLiteral("since"), m_mode.now().toMSecsSinceEpoch()}};
+        const QJsonObject state{{troubleMember, trouble}, {sinceMember, m_mode.now().toMSecsSinceEpoch()}};
         m_mode.record().add(
             SettingRow{troubleSetting(m_options.target), trouble.isEmpty() ? QString() : jsonText(state)});
     }

@@ -7,6 +7,14 @@
 
 namespace ktr {
 
+/// What keeps events from a broker, as the record tells it of its keeper.
+struct ForwardTrouble
+{
+    QString text{}; ///< with the broker's name
+    qint64 since = 0;
+};
+QList<ForwardTrouble> forwardTroubles(const QHash<QString, QString> &settings);
+
 /// Publishes what the record of a list gets at an MQTT broker. The record is the outbox: a setting holds how
 /// far the broker has confirmed it, and what is behind that is read by pages and published in order. So
 /// neither a broker that is away nor an end of this program loses anything; what was confirmed and not noted
@@ -37,6 +45,7 @@ public:
     /// has.
     void finish();
     const ForwardTarget &target() const { return m_options.target; }
+    bool isConnected() const { return m_line.isConnected(); }
     /// Why the broker gets nothing; empty when it does.
     const QString &trouble() const { return m_trouble; }
     /// How many events the broker has not confirmed.

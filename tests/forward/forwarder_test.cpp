@@ -163,9 +163,11 @@ private Q_SLOTS:
         broker.stop();
         QTRY_VERIFY_WITH_TIMEOUT(!forwarder.trouble().isEmpty(), 30'000);
         QVERIFY(forwarder.backlog() > 0);
+        QCOMPARE(forwardTroubles(list.mode->record().settings()).size(), 1);
         list.say(0, "M,event meanwhile");
         broker.start();
         QTRY_COMPARE_WITH_TIMEOUT(forwarder.backlog(), 0, 60'000);
+        QVERIFY(forwardTroubles(list.mode->record().settings()).isEmpty());
         QCOMPARE(troubles.size(), 4); // each is told once, and once that it is over
         const auto texts = [&listener] {
             QSet<QString> all;
@@ -181,6 +183,57 @@ private Q_SLOTS:
             const QString text = QStringLiteral("+4917012345 --> M,event %1").arg(i);
             QVERIFY2(arrived.contains(text), qPrintable(text));
         }
+    }
+
+    void aBrokerWithTlsMustBeVouchedFor()
+    {
+        needBroker();
+        if (QStandardPaths::findExecutable(QStringLiteral("openssl")).isEmpty()) {
+            QSKIP("openssl is not installed (scripts/setup check)");
+        }
+        const QString key = m_folder->filePath(QStringLiteral("key.pem"));
+        const QString certificate = m_folder->filePath(QStringLiteral("certificate.pem"));
+        QCOMPARE(
+            QProcess::execute(QStringLiteral("openssl"),
+                              {QStringLiteral("req"), QStringLiteral("-x509"), QStringLiteral("-newkey"),
+                               QStringLiteral("ec"), QStringLiteral("-pkeyopt"),
+                               QStringLiteral("ec_paramgen_curve:prime256v1"), QStringLiteral("-nodes"),
+                               QStringLiteral("-keyout"), key, QStringLiteral("-out"), certificate,
+                               QStringLiteral("-subj"), QStringLiteral("/CN=localhost"),
+                               QStringLiteral("-addext"), QStringLiteral("subjectAltName=DNS:localhost")}),
+            0);
+        const QString users = m_folder->filePath(QStringLiteral("users"));
+        QCOMPARE(QProcess::execute(QStringLiteral("mosquitto_passwd"),
+                                   {QStringLiteral("-c"), QStringLiteral("-b"), users, QStringLiteral("me"),
+                                    QStringLiteral("secret")}),
+                 0);
+        constexpr auto forAll = static_cast<QFile::Permissions>(0x7777); // the broker is an ordinary user
+        for (const QString &path : {m_folder->path(), key, users}) {
+            QVERIFY(QFile::setPermissions(path, forAll));
+        }
+        MqttBroker broker("certfile " + certificate.toUtf8() + "\nkeyfile " + key.toUtf8() +
+                          "\nallow_anonymous false\npassword_file " + users.toUtf8() + '\n');
+        broker.start();
+        KeptStations list(m_folder->path());
+        const auto outcome = [&](const QString &host, const QString &ca, const QByteArray &password) {
+            ForwardTarget target;
+            (void)readForwardTarget(QStringLiteral("mqtts://me@%1:%2").arg(host).arg(broker.port), target);
+            Forwarder forwarder(*list.mode, list.timers, {target, password, ca});
+            QSignalSpy troubles(&forwarder, &Forwarder::troubleChanged);
+            const auto isKnown = [&] { return !troubles.isEmpty() || forwarder.isConnected(); };
+            return QTest::qWaitFor(isKnown, 30'000) ? forwarder.trouble() : QStringLiteral("nothing");
+        };
+        const QString here = QStringLiteral("localhost");
+        QCOMPARE(outcome(here, certificate, "secret"), QString());
+        const auto isRefused = [](const QString &trouble, const char *why) {
+            return trouble.contains(QLatin1String(why), Qt::CaseInsensitive);
+        };
+        const QString unknown = outcome(here, {}, "secret");
+        QVERIFY2(isRefused(unknown, "certificate"), qPrintable(unknown));
+        const QString elsewhere = outcome(QStringLiteral("127.0.0.1"), certificate, "secret");
+        QVERIFY2(isRefused(elsewhere, "certificate"), qPrintable(elsewhere));
+        const QString wrong = outcome(here, certificate, "wrong");
+        QVERIFY2(isRefused(wrong, "authori"), qPrintable(wrong));
     }
 
 private:
