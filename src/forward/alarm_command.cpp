@@ -95,7 +95,7 @@ void AlarmCommand::takeUp()
             for (const EventRow &event : found.rows) { // the newest first
                 if (const QJsonObject detail = jsonOf(event.detail).object();
                     detail.contains(announcedMember)) {
-                    m_attempts.try_emplace(event.alarm, event.at, detail[announcedMember].toBool());
+                    m_attempts.try_emplace(event.alarm, Attempt{event.at, detail[announcedMember].toBool()});
                 }
             }
             m_isKnown = true;
