@@ -86,8 +86,14 @@ const QList<QStringList> &serverSteps()
             u"CREATE TABLE setting(name text PRIMARY KEY, value text NOT NULL) WITH (fillfactor = 50)"_s,
             // There is nothing that comes into order later.
             u"INSERT INTO setting(name, value) VALUES('searchable', '%1'), ('sorted', '%1')"_s.arg(endless),
+            // Each run of a keeper is one. It talks to the stations that are its own until its time is over.
+            u"CREATE SEQUENCE keeper_number"_s,
+            u"CREATE TABLE keeper(id bigint PRIMARY KEY DEFAULT nextval('keeper_number'), name text NOT NULL,"
+            " since timestamptz NOT NULL DEFAULT now(), leased_until timestamptz NOT NULL)"
+            " WITH (fillfactor = 50)"_s,
             u"CREATE TABLE station(id bigint PRIMARY KEY, name text NOT NULL, listed integer NOT NULL,"
-            " attributes text NOT NULL)"_s,
+            " attributes text NOT NULL, keeper bigint)"_s,
+            u"CREATE INDEX station_keeper ON station(keeper) WHERE listed = 1"_s,
             u"CREATE SEQUENCE event_number"_s,
             u"CREATE TABLE event(id bigint PRIMARY KEY DEFAULT nextval('event_number'), at bigint NOT NULL,"
             " station bigint, kind integer NOT NULL, text text NOT NULL, detail text, operator text,"

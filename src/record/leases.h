@@ -1,0 +1,96 @@
+#pragma once
+
+#include "platform/timers.h"
+#include "platform/worker_thread.h"
+#include "record/record_database.h"
+
+#include <QObject>
+#include <QSet>
+
+#include <atomic>
+#include <optional>
+
+namespace ktr {
+
+/// The share of the stations of a server's record that this program talks to. Each station belongs to one
+/// keeper at most, each keeper has its time by the server's clock, which it must renew; the stations of one
+/// whose time is over are shared by the others. Nobody may talk to a station beyond isHeld().
+class Leases
+{
+public:
+    struct Times
+    {
+        Milliseconds lease{9'000};  ///< so long a keeper that says nothing keeps its stations
+        Milliseconds period{2'000}; ///< in which each renews, and looks for stations without a keeper
+        /// What the clocks of two machines may differ within a lease, and what a message may be late.
+        Milliseconds reserve{1'000};
+    };
+    struct Listener
+    {
+        /// These are this keeper's from now on.
+        std::function<void(const QList<qint64> &stations)> gained;
+        /// Nothing more may be sent to these. Once that is so, call released(), unless the time is over.
+        std::function<void(const QList<qint64> &stations)> lost;
+        /// Why the server cannot be asked, once; an empty text when it can again.
+        std::function<void(const QString &reason)> trouble;
+    };
+
+    /// `name` is what others see of this keeper. Begins with the first turn of the event loop.
+    Leases(QString address, QString name, Timers &timers, Listener listener, const Times &times);
+    /// Gives back what is held, if the server can be reached; nothing may be sent any more.
+    ~Leases();
+    Q_DISABLE_COPY_MOVE(Leases)
+
+    /// Whether nobody else can have these stations by now. To be asked before each datagram: it may be that
+    /// this program stood still.
+    bool isHeld() const;
+    /// Nothing is sent to these any more, and what they said is written: others may have them.
+    void released(const QList<qint64> &stations);
+    /// How long it will be so, without another word of the server; negative when it is over.
+    Milliseconds left() const;
+
+private:
+    /// What one turn with the server gave.
+    struct Turn
+    {
+        Status status = Status::done();
+        Milliseconds asked{0}; ///< when it was begun
+        bool isAnew = false;   ///< the time was over: nothing of before holds
+        QSet<qint64> mine;
+        QList<qint64> tooMany; ///< to be given to others
+    };
+
+    void begin();
+    void collect();
+    void check();
+    void lose();
+    // On the thread:
+    void take(const QList<qint64> &released, bool isAnew, Turn &turn);
+    bool renew(Turn &turn);
+    bool share(Turn &turn);
+    bool numbers(const QString &statement, QList<qint64> &numbers);
+    bool number(const QString &statement, qint64 &number);
+
+    QString m_address;
+    QString m_name;
+    Listener m_listener;
+    Times m_times;
+    std::unique_ptr<OneShotTimer> m_timer;
+    std::unique_ptr<OneShotTimer> m_checkTimer;
+    QSet<qint64> m_held;
+    QSet<qint64> m_leaving; ///< of these; not released yet
+    QList<qint64> m_released;
+    QList<qint64> m_inHand; ///< of these, what the present turn tells the server
+    Milliseconds m_until{-1};
+    bool m_isOver = true; ///< the time was over, and nothing came of the server since
+    QString m_trouble;
+
+    // The thread's while it works:
+    RecordDatabase m_database;
+    qint64 m_keeper = 0;
+    Turn m_turn;
+    QObject m_receiver; ///< of the thread's reports
+    WorkerThread m_thread;
+};
+
+} // namespace ktr
