@@ -2,8 +2,10 @@
 
 #include "opmode/keeping/list_replay.h"
 #include "opmode/late_record.h"
+#include "opmode/leased_line.h"
 #include "opmode/list_opener.h"
 #include "opmode/standing_alarms.h"
+#include "record/record_address.h"
 
 #include <QFileInfo>
 #include <QJsonArray>
@@ -28,7 +30,7 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_callbacks(services.callbackTimers(services.timers)),
       m_liteTimers(*m_callbacks),
       m_tree(captions),
-      m_stations(m_tree, m_liteTimers, services.createLine),
+      m_stations(m_tree, m_liteTimers, [this] { return createLine(); }),
       m_scheduler(m_stations, m_services.environment),
       m_minute(services.timers.create()),
       m_keepingTrouble(services.timers, m_services.environment, [this] { return m_record.waitingCount(); }),
@@ -84,6 +86,9 @@ OperationalMode::~OperationalMode()
     m_alarms.disconnect(this);
     m_desk.stop();
     m_beat.stop();
+    if (m_shared) { // its stations may go to others once what they said is written
+        closeWithoutFile();
+    }
     m_list.end(); // the record may still be refused by the disk: nobody is left to be told
 }
 
@@ -91,6 +96,9 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
 {
     clearTree();
     m_states.clear();
+    if (isServerAddress(nodesPath)) {
+        return openShared(nodesPath, use);
+    }
     if (use == Use::Look) {
         Status joined = join(nodesPath);
         m_hindrance = joined ? Hindrance::None : Hindrance::InUse;
@@ -112,6 +120,60 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     }
     beginWatchAlarms(loaded, list.unwatchedSince());
     return loaded;
+}
+
+/// The stations come one by one, as far as they are this keeper's.
+Status OperationalMode::openShared(const QString &address, Use use)
+{
+    if (use != Use::Keep) {
+        m_hindrance = Hindrance::InUse;
+        return Status::failed(
+            tr("%1: stations of a database server are watched by \"ktrcli keep\" alone").arg(address));
+    }
+    (void)m_list.look(address);
+    const OpenedRecord opened = m_record.open();
+    QHash<QString, QString> settings;
+    Status read = opened.status;
+    if (read) {
+        read = RecordReader(address).settings(settings);
+    }
+    m_hindrance = read ? Hindrance::None : Hindrance::Unusable;
+    if (!read) {
+        return read;
+    }
+    m_record.begin(opened, {}, opened.lastAlarm);
+    m_record.knowSettings(settings);
+    takeSettings(m_record.settings());
+    m_alarms.load({}, AlarmActions::shelves(settings.value(AlarmActions::shelvesSetting)));
+    m_record.add(EventKind::Started, {}, moment(), m_services.name, ListRecord::By::Program);
+    m_isOpen = true;
+    m_scheduler.start();
+    beginWatchAlarms(Status::done(), 0);
+    awaitNextMinute();
+    m_shared = std::make_unique<SharedList>(m_parts, m_stationActions, m_watchAlarms, m_services.name,
+                                            m_services.leaseTimes);
+    m_record.writer().setSettled([this] {
+        m_intake.settled();
+        m_shared->settled();
+    });
+    connect(m_shared.get(), &SharedList::statusMessage, this, &OperationalMode::statusMessage);
+    connect(m_shared.get(), &SharedList::trouble, this, [this](const QString &reason) {
+        Q_EMIT statusMessage(reason.isEmpty() ? tr("The record can be asked for stations again") : reason);
+    });
+    connect(m_shared.get(), &SharedList::shareChanged, this, &OperationalMode::shareChanged);
+    connect(m_shared.get(), &SharedList::begun, this,
+            [this](const QString &kennung) { showStatus(*station(kennung)); });
+    return read;
+}
+
+/// Only who has the station's lease may use its line.
+std::unique_ptr<StationLine> OperationalMode::createLine()
+{
+    std::unique_ptr<StationLine> line = m_services.createLine();
+    if (!isServerAddress(m_record.path())) {
+        return line;
+    }
+    return std::make_unique<LeasedLine>(std::move(line), [this] { return m_shared && m_shared->isHeld(); });
 }
 
 /// What the record has of the list's settings and alarms.
@@ -326,21 +388,11 @@ void OperationalMode::createStations(const QHash<QString, StationAttributes> &at
 {
     for (int row = 0; row < m_tree.rowCount(); ++row) {
         const QString kennung = m_tree.index(row, 0).data(StationTree::KeyRole).toString();
-        const StationAttributes station = attributes.value(kennung);
-        m_stations.addStation(kennung, station.hostAddress);
-        m_scheduler.setSchedule(kennung, station.schedule);
-        cStation &created = *m_stations.Item(kennung);
-        created.setExclusiveMode(station.exclusiveMode);
-        if (station.online) {
-            created.connectStation();
-        }
+        m_stationActions.begin(kennung, attributes.value(kennung));
     }
     m_scheduler.start();
-    m_stations.forEach([&](cStation &station) {
-        if (station.online() && station.exclusiveMode()) {
-            station.send(allValuesCommand());
-        }
-        m_scheduler.switchToPresentState(station);
+    m_stations.forEach([&](const cStation &station) {
+        m_stationActions.goOn(station.kennung());
         showStatus(station);
     });
     awaitNextMinute();
@@ -522,7 +574,9 @@ void OperationalMode::removeAll()
     }
     if (m_isOpen) {
         m_record.add(EventKind::Stopped, {}, moment(), m_list.path(), ListRecord::By::Program);
-        m_record.add(SettingRow{keeperSetting(), {}});
+        if (!m_shared) {
+            m_record.add(SettingRow{keeperSetting(), {}});
+        }
     }
     m_isOpen = false;
     m_minute->stop();
@@ -536,6 +590,7 @@ void OperationalMode::removeAll()
         m_stations.Remove(kennung);
     }
     m_list.release();
+    m_shared.reset();     // nothing is left to be said or written of its stations: others may have them
     m_watchAlarms.stop(); // what the stations and the record said at their end is taken
     m_keepingTrouble.clear();
 }
@@ -612,8 +667,10 @@ void OperationalMode::awaitNextMinute()
         m_alarmActions.minute();
         if (m_list.isKept()) {
             m_list.check();
-            m_thinning.check(now(), m_record);
             checkDiskRoom();
+        }
+        if (m_list.isKept() || m_shared) {
+            m_thinning.check(now(), m_record);
         }
         awaitNextMinute();
     });

@@ -10,6 +10,7 @@
 #include "opmode/kept_list.h"
 #include "opmode/message_intake.h"
 #include "opmode/request_desk.h"
+#include "opmode/shared_list.h"
 #include "opmode/station_actions.h"
 #include "opmode/station_states.h"
 #include "opmode/thinning.h"
@@ -39,6 +40,9 @@ public:
         std::function<std::optional<DiskRoom>(const QString &folder)> diskRoom = [](const QString &) {
             return std::nullopt;
         };
+        /// What other keepers of a shared list see of this one.
+        QString name = {};
+        Leases::Times leaseTimes = {};
     };
     enum class Use {
         Keep,        ///< what happens is kept in the record, and in the file at the end
@@ -59,6 +63,8 @@ public:
     /// Builds the tree from the file, connects the stations that were online and evaluates all schedules. No
     /// other program does so with this list until close(). A failure leaves the tree empty; hindrance() tells
     /// more. To be tried again after closeWithoutFile().
+    /// The list may be the address of a record on a server, whose stations several keepers share: they come
+    /// and go as shareChanged() tells. To be kept alone, Use::Keep.
     Status open(const QString &nodesPath, Use use);
     Hindrance hindrance() const { return m_hindrance; }
     /// What of the list and of what belongs to it was lost, or rebuilt and has to be looked at by the user.
@@ -192,11 +198,15 @@ Q_SIGNALS:
     void joinedAgain(const ktr::Status &status);
     /// An alarm arrived; the entry is in the tree and red.
     void alarmRaised(const QModelIndex &entry);
+    /// So many stations of a shared list are this program's now.
+    void shareChanged(int stations);
     /// Something of a station that is no node of the tree changed.
     void stationChanged(const QString &kennung);
 
 private:
     void onStationChanged(const QString &kennung, StationChange what);
+    Status openShared(const QString &address, Use use);
+    std::unique_ptr<StationLine> createLine();
     Status join(const QString &nodesPath);
     void takeUp(const ListOpener &list);
     void takeUpLate(const OpenedRecord &opened);
@@ -242,6 +252,7 @@ private:
     RequestDesk m_desk;
     KeeperBeat m_beat;
     std::unique_ptr<JoinedList> m_joined;
+    std::unique_ptr<SharedList> m_shared;
     qint64 m_lastAlarm = 0; ///< where there is no record
     QString m_lastOperator;
     bool m_isOpen = false;

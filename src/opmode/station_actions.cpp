@@ -54,6 +54,26 @@ void StationActions::keep(const QString &kennung, ListRecord::By by)
                        row.attributes);
 }
 
+void StationActions::begin(const QString &kennung, const StationAttributes &attributes)
+{
+    m_parts.stations.addStation(kennung, attributes.hostAddress);
+    m_parts.scheduler.setSchedule(kennung, attributes.schedule);
+    cStation &created = *m_parts.stations.Item(kennung);
+    created.setExclusiveMode(attributes.exclusiveMode);
+    if (attributes.online) {
+        created.connectStation();
+    }
+}
+
+void StationActions::goOn(const QString &kennung)
+{
+    cStation &station = *m_parts.stations.Item(kennung);
+    if (station.online() && station.exclusiveMode()) {
+        station.send(allValuesCommand());
+    }
+    m_parts.scheduler.switchToPresentState(station);
+}
+
 QString StationActions::add(const QString &name, const QString &hostAddress, bool online)
 {
     const QString wanted = QString::fromStdString(storedText(name)).trimmed();

@@ -16,6 +16,10 @@ class StationActions : public QObject
 public:
     StationActions(const ListParts &parts, WatchAlarms &watchAlarms, QObject *parent = nullptr);
 
+    /// A station of the tree comes to life with these; goOn() follows once all of them have.
+    void begin(const QString &kennung, const StationAttributes &attributes);
+    /// It does what it would do by now had it been watched all the time.
+    void goOn(const QString &kennung);
     /// Adds a station; the name becomes "name (1)", "name (2)", ... where one has it. Gives its key,
     /// empty when no station can be called that.
     QString add(const QString &name, const QString &hostAddress, bool online = false);
@@ -44,6 +48,7 @@ public:
     bool isLent(const QString &kennung) const { return m_lent.contains(kennung); }
     /// Forgets what was lent.
     void clear() { m_lent.clear(); }
+    void forget(const QString &kennung) { m_lent.remove(kennung); }
 
 Q_SIGNALS:
     /// A station's state is to be shown anew.

@@ -153,6 +153,29 @@ void WatchAlarms::letGo(qint64 station)
     m_book.end(m_puk.take(station), moment(), why);
 }
 
+void WatchAlarms::takeOver(const QList<AlarmRow> &standing)
+{
+    for (const AlarmRow &alarm : standing) {
+        if (alarm.over != 0) {
+            continue;
+        }
+        if (alarm.kind == AlarmKind::Silent) {
+            m_silent.insert(alarm.station, {told, alarm.id});
+        } else if (alarm.kind == AlarmKind::Puk) {
+            m_puk.insert(alarm.station, alarm.id);
+        } else if (alarm.kind == AlarmKind::Flood) {
+            m_book.end(alarm.id, moment());
+        }
+    }
+}
+
+void WatchAlarms::handOver(qint64 station)
+{
+    m_silent.remove(station);
+    m_flooding.remove(station);
+    m_puk.remove(station);
+}
+
 void WatchAlarms::setDiskTrouble(const QString &trouble)
 {
     m_diskTrouble = trouble;

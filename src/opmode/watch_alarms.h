@@ -41,6 +41,11 @@ public:
     void onStationChanged(qint64 station, StationChange what, const std::optional<DatagramLoss> &loss);
     /// It is watched no longer.
     void letGo(qint64 station);
+    /// The alarms of stations that another program watched until now, and that are watched here; those of a
+    /// flood are over.
+    void takeOver(const QList<AlarmRow> &standing);
+    /// Another program watches it from now on: what is so stays so.
+    void handOver(qint64 station);
     /// Why the disk does not take what happens, or empty when it does.
     void setDiskTrouble(const QString &trouble);
     /// The disk has little room left, or nothing to be told of it.

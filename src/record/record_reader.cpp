@@ -82,7 +82,13 @@ Status RecordReader::each(const QString &statement, const QVariantList &values,
 
 Status RecordReader::stations(const std::function<void(const StationRow &)> &take)
 {
-    return each(u"SELECT id, name, listed, attributes FROM station ORDER BY id"_s, {},
+    return stationsIn({}, {}, take);
+}
+
+Status RecordReader::stationsIn(const QString &where, const QVariantList &values,
+                                const std::function<void(const StationRow &)> &take)
+{
+    return each(u"SELECT id, name, listed, attributes FROM station"_s + where + u" ORDER BY id"_s, values,
                 [&](const QSqlQuery &row) {
                     take({row.value(0).toLongLong(), row.value(1).toString(), row.value(2).toBool(),
                           row.value(3).toString()});
@@ -110,9 +116,16 @@ Status RecordReader::eventsAfter(qint64 id, const std::function<bool(const Event
 
 Status RecordReader::notifications(const std::function<void(const NotificationRow &)> &take)
 {
+    return notificationsIn({}, {}, take);
+}
+
+Status RecordReader::notificationsIn(const QString &where, const QVariantList &values,
+                                     const std::function<void(const NotificationRow &)> &take)
+{
     return each(u"SELECT station, entry, first, last, count, raised, acknowledged, listed FROM notification"
-                " WHERE listed = 1 ORDER BY station, entry"_s,
-                {}, [&](const QSqlQuery &row) {
+                " WHERE listed = 1"_s +
+                    where + u" ORDER BY station, entry"_s,
+                values, [&](const QSqlQuery &row) {
                     take({row.value(0).toLongLong(), row.value(1).toString(), row.value(2).toLongLong(),
                           row.value(3).toLongLong(), row.value(4).toLongLong(), row.value(5).toLongLong(),
                           row.value(6).toLongLong(), row.value(7).toBool()});
@@ -122,12 +135,41 @@ Status RecordReader::notifications(const std::function<void(const NotificationRo
 
 Status RecordReader::openAlarms(const std::function<void(const AlarmRow &)> &take)
 {
-    return each(u"SELECT "_s + alarmColumns +
-                    u" FROM alarm WHERE acknowledged IS NULL OR over IS NULL ORDER BY first, id"_s,
-                {}, [&](const QSqlQuery &row) {
+    return openAlarmsIn({}, {}, take);
+}
+
+Status RecordReader::openAlarmsIn(const QString &where, const QVariantList &values,
+                                  const std::function<void(const AlarmRow &)> &take)
+{
+    return each(u"SELECT "_s + alarmColumns + u" FROM alarm WHERE (acknowledged IS NULL OR over IS NULL)"_s +
+                    where + u" ORDER BY first, id"_s,
+                values, [&](const QSqlQuery &row) {
                     take(alarmOf(row));
                     return true;
                 });
+}
+
+Status RecordReader::stateOf(const QList<qint64> &stations, RecordedStations &states)
+{
+    states = {};
+    Status read = beginSnapshot();
+    if (!read) {
+        return read;
+    }
+    const SqlDialect &sql = m_database.sql();
+    const QVariantList numbers{sql.arrayOf(stations)};
+    const QString ofThese = u" AND station"_s + sql.oneOfNumbers;
+    read = stationsIn(u" WHERE id"_s + sql.oneOfNumbers, numbers,
+                      [&](const StationRow &row) { states.stations += row; });
+    if (read) {
+        read = notificationsIn(ofThese, numbers,
+                               [&](const NotificationRow &row) { states.notifications += row; });
+    }
+    if (read) {
+        read = openAlarmsIn(ofThese, numbers, [&](const AlarmRow &row) { states.alarms += row; });
+    }
+    endSnapshot();
+    return read;
 }
 
 Status RecordReader::alarmsChangedAfter(qint64 change,

@@ -123,6 +123,14 @@ struct HistoryPoint
     bool operator==(const HistoryPoint &) const = default;
 };
 
+/// Stations, the entries of theirs that are in the list and their alarms that stand.
+struct RecordedStations
+{
+    QList<StationRow> stations{};
+    QList<NotificationRow> notifications{};
+    QList<AlarmRow> alarms{};
+};
+
 /// Reads a record that somebody else may be writing, by a connection of the thread that made it.
 class RecordReader
 {
@@ -150,6 +158,8 @@ public:
     Status notifications(const std::function<void(const NotificationRow &)> &take);
     /// The alarms that are not acknowledged or not over, the oldest first.
     Status openAlarms(const std::function<void(const AlarmRow &)> &take);
+    /// What stands of some stations, as it is at this moment.
+    Status stateOf(const QList<qint64> &stations, RecordedStations &states);
     /// What each alarm is that changed behind such a number, in the order of their last changes; of the first
     /// `most` of them.
     Status alarmsChangedAfter(qint64 change, const std::function<void(const AlarmRow &, qint64 change)> &take,
@@ -220,6 +230,12 @@ private:
     /// Up to which event the kinds are in order; nothing when too much is not.
     Status sortedEvents(std::optional<qint64> &upto);
     /// Carries out a statement and hands over its rows until `take` gives false.
+    Status stationsIn(const QString &where, const QVariantList &values,
+                      const std::function<void(const StationRow &)> &take);
+    Status notificationsIn(const QString &where, const QVariantList &values,
+                           const std::function<void(const NotificationRow &)> &take);
+    Status openAlarmsIn(const QString &where, const QVariantList &values,
+                        const std::function<void(const AlarmRow &)> &take);
     Status each(const QString &statement, const QVariantList &values,
                 const std::function<bool(const QSqlQuery &)> &take);
 

@@ -35,13 +35,41 @@ void AlarmBook::load(const QList<AlarmRow> &standing, const QList<Shelf> &shelve
     m_ends.clear();
     m_arrivals.clear();
     m_shelves = shelves;
+    takeOver(standing);
+}
+
+void AlarmBook::putQuietly(const QList<AlarmRow> &standing)
+{
+    const QSignalBlocker quiet(this);
     for (AlarmRow alarm : standing) {
-        const QSignalBlocker quiet(this);
         const Shelf *shelf = shelfOf(alarm);
         alarm.shelvedUntil = shelf == nullptr ? 0 : shelf->until; // else nothing would ever take it back
         put(std::move(alarm), Change::Other);
     }
+}
+
+void AlarmBook::takeOver(const QList<AlarmRow> &standing)
+{
+    putQuietly(standing);
     Q_EMIT reset();
+}
+
+void AlarmBook::handOver(const QSet<qint64> &stations)
+{
+    QList<AlarmRow> stay;
+    for (const auto &[id, alarm] : m_standing) {
+        if (!stations.contains(alarm.station)) {
+            stay += alarm;
+        }
+    }
+    const QHash<qint64, QHash<QString, qint64>> arrivals = std::exchange(m_arrivals, {});
+    const QList<Shelf> shelves = m_shelves;
+    load(stay, shelves);
+    for (const AlarmRow &alarm : std::as_const(stay)) {
+        if (const auto numbers = arrivals.constFind(alarm.id); numbers != arrivals.cend()) {
+            m_arrivals.insert(alarm.id, *numbers);
+        }
+    }
 }
 
 void AlarmBook::follow(const AlarmRow &row)

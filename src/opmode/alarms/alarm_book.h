@@ -5,6 +5,7 @@
 
 #include <QHash>
 #include <QObject>
+#include <QSet>
 
 #include <functional>
 #include <map>
@@ -41,6 +42,11 @@ public:
 
     /// Begins anew with the alarms that stood at the end of the last run. Nothing is told of it but reset().
     void load(const QList<AlarmRow> &standing, const QList<Shelf> &shelves);
+
+    /// The alarms that stand of stations that are taken over, and those of stations that are another
+    /// program's from now on. Nothing is told of it but reset().
+    void takeOver(const QList<AlarmRow> &standing);
+    void handOver(const QSet<qint64> &stations);
 
     /// What an alarm is now, as another program says whose alarms these are.
     void follow(const AlarmRow &alarm);
@@ -101,6 +107,7 @@ private:
     using Place = std::pair<qint64, QString>; ///< station and text
 
     qint64 add(AlarmRow alarm);
+    void putQuietly(const QList<AlarmRow> &standing);
     void put(AlarmRow alarm, Change change);
     void finish(qint64 id, qint64 at, const QString &why);
     void applyShelves(qint64 station);

@@ -4,6 +4,7 @@
 #include "platform/overloaded.h"
 #include "platform/text_rules.h"
 #include "record/json_text.h"
+#include "record/record_address.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -52,6 +53,9 @@ private:
 
 QString ListRecord::pathFor(const QString &nodesPath)
 {
+    if (isServerAddress(nodesPath)) {
+        return nodesPath;
+    }
     const QFileInfo info(nodesPath);
     const QString base = info.completeBaseName();
     const QString name = QStringLiteral("record.sqlite");
@@ -139,11 +143,16 @@ void ListRecord::know(const QHash<qint64, QString> &names)
     }
 }
 
+void ListRecord::knowStation(qint64 number, const QString &kennung)
+{
+    m_names.insert(number, kennung);
+    m_numbers.insert(kennung, number);
+}
+
 qint64 ListRecord::addStation(const QString &kennung)
 {
     const qint64 number = ++m_lastNumber;
-    m_names.insert(number, kennung);
-    m_numbers.insert(kennung, number);
+    knowStation(number, kennung);
     if (m_awaited) {
         m_awaitedNames.insert(number, kennung);
     }

@@ -16,7 +16,8 @@ namespace ktr {
 class ListRecord
 {
 public:
-    /// Of `nodes.xml`, `record.sqlite` in its folder; of "north.xml", "north.record.sqlite".
+    /// Of `nodes.xml`, `record.sqlite` in its folder; of "north.xml", "north.record.sqlite". A list that is
+    /// shared by the address of its record is that.
     static QString pathFor(const QString &nodesPath);
 
     ListRecord(Timers &timers, std::function<void(const QString &)> troubleChanged);
@@ -59,6 +60,8 @@ public:
     /// Empty for none.
     QString kennung(qint64 number) const { return m_names.value(number); }
     const QHash<qint64, QString> &names() const { return m_names; }
+    /// A station that has a number in the record.
+    void knowStation(qint64 number, const QString &kennung);
     /// Gives a new station a number.
     qint64 addStation(const QString &kennung);
     void removeStation(const QString &kennung);

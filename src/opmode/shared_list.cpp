@@ -1,0 +1,158 @@
+#include "opmode/shared_list.h"
+
+#include "opmode/keeping/list_replay.h"
+#include "opmode/tree/notifications.h"
+#include "opmode/tree/station_tree_loader.h"
+
+namespace ktr {
+
+namespace {
+
+constexpr Milliseconds readAgainDelay{1'000};
+/// So many are read, and begun, at a time.
+constexpr qsizetype mostAtOnce = 500;
+
+} // namespace
+
+SharedList::SharedList(const ListParts &parts, StationActions &stationActions, WatchAlarms &watchAlarms,
+                       const QString &name, const Leases::Times &times, QObject *parent)
+    : QObject(parent),
+      m_parts(parts),
+      m_stationActions(stationActions),
+      m_watchAlarms(watchAlarms),
+      m_again(parts.timers.create()),
+      m_queries(parts.record.path()),
+      m_leases(parts.record.path(), name, parts.timers,
+               {[this](const QList<qint64> &stations) { gained(stations); },
+                [this](const QList<qint64> &stations) { lost(stations); },
+                [this](const QString &reason) { Q_EMIT trouble(reason); }},
+               times)
+{}
+
+void SharedList::gained(const QList<qint64> &stations)
+{
+    m_wanted.unite(QSet(stations.cbegin(), stations.cend()));
+    read();
+}
+
+void SharedList::read()
+{
+    if (m_wanted.isEmpty() || m_queries.isWaitedFor(this)) {
+        return;
+    }
+    QList<qint64> next = m_wanted.values().mid(0, mostAtOnce);
+    m_queries.ask(
+        this,
+        [next](RecordReader &reader) {
+            Read read;
+            read.status = reader.stateOf(next, read.states);
+            return read;
+        },
+        [this](const Read &read) { take(read); });
+}
+
+void SharedList::take(const Read &read)
+{
+    if (!read.status) {
+        Q_EMIT statusMessage(read.status.message());
+        m_again->start(readAgainDelay, [this] { this->read(); });
+        return;
+    }
+    QHash<qint64, QString> names;
+    {
+        StationTreeLoader loader(m_parts.tree);
+        for (const StationRow &row : read.states.stations) {
+            if (m_wanted.contains(row.id)) { // or it was lost meanwhile
+                const QString kennung = freeName(row.name);
+                const std::string stored = storedText(kennung);
+                if (loader.load(stored, stored, StationTree::normalColour)) {
+                    names.insert(row.id, kennung);
+                }
+            }
+        }
+        for (const NotificationRow &row : read.states.notifications) {
+            const QString kennung = names.value(row.station);
+            const std::string key = storedText(entryKey(kennung, branches::notifications, row.entry));
+            const bool isRed = row.raised != 0 && row.acknowledged == 0;
+            if (!kennung.isEmpty() &&
+                loader.load(key, storedText(row.entry),
+                            isRed ? StationTree::alarmColour : StationTree::normalColour)) {
+                (void)loader.loadArrival(
+                    key, {row.last, row.acknowledged, static_cast<int>(row.count), row.raised});
+            }
+        }
+        loader.colourStationsInAlarm();
+    }
+    QList<AlarmRow> alarms;
+    for (const AlarmRow &alarm : read.states.alarms) {
+        if (names.contains(alarm.station)) {
+            alarms += alarm;
+        }
+    }
+    m_parts.alarms.takeOver(alarms);
+    m_watchAlarms.takeOver(alarms);
+    for (const StationRow &row : read.states.stations) {
+        if (names.contains(row.id)) {
+            takeStation(row, names.value(row.id));
+        }
+        m_wanted.remove(row.id);
+    }
+    Q_EMIT shareChanged(m_parts.stations.Count());
+    this->read();
+}
+
+void SharedList::takeStation(const StationRow &row, const QString &kennung)
+{
+    m_parts.record.knowStation(row.id, kennung);
+    m_stationActions.begin(kennung, stationAttributes(row.attributes));
+    m_stationActions.goOn(kennung);
+    Q_EMIT begun(kennung);
+}
+
+/// Two keepers may have given two stations one name. A name of somebody else's making has its place all the
+/// same.
+QString SharedList::freeName(const QString &name) const
+{
+    const QString usable = QString::fromStdString(storedText(name)).replace(u'/', u'-').trimmed();
+    return m_parts.tree.freeName(usable.isEmpty() ? QStringLiteral("?") : usable);
+}
+
+void SharedList::lost(const QList<qint64> &stations)
+{
+    QStringList leaving;
+    for (const qint64 station : stations) {
+        m_wanted.remove(station);
+        if (const QString kennung = m_parts.record.kennung(station); !kennung.isEmpty()) {
+            leaving += kennung;
+        }
+    }
+    if (isHeld()) { // what they have said by now is still heard, and answered
+        for (const QString &kennung : std::as_const(leaving)) {
+            m_parts.stations.Item(kennung)->handleWaiting();
+        }
+    }
+    for (const QString &kennung : std::as_const(leaving)) {
+        m_watchAlarms.handOver(m_parts.record.number(kennung));
+        m_parts.stations.Remove(kennung);
+        m_parts.scheduler.remove(kennung);
+        m_parts.trends.remove(kennung);
+        m_stationActions.forget(kennung);
+        m_parts.tree.remove(m_parts.tree.find(kennung));
+        m_parts.record.removeStation(kennung);
+    }
+    m_parts.alarms.handOver(QSet(stations.cbegin(), stations.cend()));
+    m_leaving.push_back({m_parts.record.writer().addedCount(), stations});
+    m_parts.record.writer().flush();
+    settled();
+    Q_EMIT shareChanged(m_parts.stations.Count());
+}
+
+void SharedList::settled()
+{
+    while (!m_leaving.empty() && m_leaving.front().rows <= m_parts.record.writer().onDiskCount()) {
+        m_leases.released(m_leaving.front().stations);
+        m_leaving.pop_front();
+    }
+}
+
+} // namespace ktr

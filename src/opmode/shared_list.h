@@ -1,0 +1,68 @@
+#pragma once
+
+#include "opmode/list_parts.h"
+#include "opmode/station_actions.h"
+#include "opmode/watch_alarms.h"
+#include "record/leases.h"
+#include "record/record_queries.h"
+
+#include <deque>
+
+namespace ktr {
+
+/// The stations of a server's record that this program talks to: its share, which changes as other keepers
+/// come and go. Those that are taken over go on from where the record has them; those that are handed over
+/// leave without a word.
+class SharedList : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All must outlive it; `name` is what others see of this keeper.
+    SharedList(const ListParts &parts, StationActions &stationActions, WatchAlarms &watchAlarms,
+               const QString &name, const Leases::Times &times, QObject *parent = nullptr);
+
+    /// To be asked before each datagram.
+    bool isHeld() const { return m_leases.isHeld(); }
+    /// The record has more of what was written.
+    void settled();
+
+Q_SIGNALS:
+    void statusMessage(const QString &line);
+    /// A station was taken over, and is in the tree.
+    void begun(const QString &kennung);
+    /// How many stations it has by now, after some came or went.
+    void shareChanged(int stations);
+    /// Why the record cannot be asked for stations, or an empty text.
+    void trouble(const QString &reason);
+
+private:
+    struct Read
+    {
+        Status status = Status::done();
+        RecordedStations states;
+    };
+    struct Leaving
+    {
+        quint64 rows; ///< that are to be written first
+        QList<qint64> stations;
+    };
+
+    void gained(const QList<qint64> &stations);
+    void lost(const QList<qint64> &stations);
+    void read();
+    void take(const Read &read);
+    void takeStation(const StationRow &row, const QString &kennung);
+    QString freeName(const QString &name) const;
+
+    ListParts m_parts;
+    StationActions &m_stationActions;
+    WatchAlarms &m_watchAlarms;
+    QSet<qint64> m_wanted; ///< gained, and not read yet
+    std::deque<Leaving> m_leaving;
+    std::unique_ptr<OneShotTimer> m_again;
+    RecordQueries m_queries;
+    Leases m_leases;
+};
+
+} // namespace ktr
