@@ -2,6 +2,7 @@
 #include "cli/console.h"
 #include "cli/keeper.h"
 #include "cli/patient_job.h"
+#include "record/record_address.h"
 
 #include <QFileInfo>
 
@@ -11,16 +12,34 @@ namespace {
 
 const QString statusOption = QStringLiteral("status");
 const QString jsonOption = QStringLiteral("json");
+const QString recordOption = QStringLiteral("record");
+const char *const recordVariable = "KTR_RECORD";
+
+/// The record on a server that is shared with other keepers: of the command line or else of the environment;
+/// empty for none.
+QString sharedRecord(const Arguments &arguments)
+{
+    return arguments.isSet(recordOption)       ? arguments.value(recordOption)
+           : arguments.positional(0).isEmpty() ? qEnvironmentVariable(recordVariable)
+                                               : QString();
+}
 
 } // namespace
 
 void describeKeep(Arguments &arguments)
 {
-    arguments.setSummary(
-        QStringLiteral("Watches the stations of a list day and night, as the operational mode does, until "
-                       "it is asked to terminate. What happens is kept in the record beside the list, and "
-                       "in the list at the end; what operators should know is logged on stderr. Windows "
-                       "and monitors join it."));
+    arguments.setSummary(QStringLiteral(
+        "Watches the stations of a list day and night, as the operational mode does, until "
+        "it is asked to terminate. What happens is kept in the record beside the list, and "
+        "in the list at the end; what operators should know is logged on stderr. Windows "
+        "and monitors join it.\n\nWith --record, or with an address in the variable KTR_RECORD and "
+        "no list, the stations are those of a record on a database server, which this keeper shares "
+        "with all others that watch it: each station is watched by one of them, and by "
+        "another within 15 s when that one is gone."));
+    arguments.addOption({recordOption,
+                         QStringLiteral("The record on a server: postgresql://[USER@][HOST[:PORT]]/DATABASE; "
+                                        "the password comes from PostgreSQL's password file."),
+                         QStringLiteral("ADDRESS")});
     arguments.addOption(
         {statusOption, QStringLiteral("Tells whether anybody watches the list, who, and how its "
                                       "stations are; ends with 1 when nobody does.")});
@@ -30,19 +49,32 @@ void describeKeep(Arguments &arguments)
 
 std::optional<int> checkKeep(const Arguments &arguments)
 {
-    const bool isSound = arguments.isSet(statusOption) || !arguments.isSet(jsonOption);
-    return isSound ? std::nullopt
-                   : std::optional(arguments.wrong(QStringLiteral("--json belongs to --status")));
+    const QString record = sharedRecord(arguments);
+    if (!arguments.isSet(statusOption) && arguments.isSet(jsonOption)) {
+        return arguments.wrong(QStringLiteral("--json belongs to --status"));
+    }
+    if (record.isEmpty() == arguments.positional(0).isEmpty()) {
+        return arguments.wrong(
+            record.isEmpty() ? QStringLiteral("the list is missing, or --record")
+                             : QStringLiteral("--record has the stations; a list beside it is too much"));
+    }
+    if (!record.isEmpty() && !isServerAddress(record)) {
+        return arguments.wrong(
+            QStringLiteral("--record: \"%1\" does not begin with postgresql://").arg(record));
+    }
+    return std::nullopt;
 }
 
 int keep(const Arguments &arguments)
 {
-    KeepOptions options{arguments.positional(0)};
-    if (!QFileInfo::exists(options.list)) {
+    const QString record = sharedRecord(arguments);
+    KeepOptions options{record.isEmpty() ? arguments.positional(0) : record};
+    if (record.isEmpty() && !QFileInfo::exists(options.list)) {
         return fail(options.list + QStringLiteral(": there is no such file"));
     }
     if (arguments.isSet(statusOption)) {
-        return tellKeeper(options.list, arguments.isSet(jsonOption));
+        return record.isEmpty() ? tellKeeper(options.list, arguments.isSet(jsonOption))
+                                : tellKeepers(record, arguments.isSet(jsonOption));
     }
     if (const std::optional<int> code = readPassingOn(arguments, options.passOn)) {
         return *code;

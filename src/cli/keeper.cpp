@@ -1,6 +1,7 @@
 #include "cli/keeper.h"
 
 #include "cli/console.h"
+#include "record/record_address.h"
 
 namespace ktr::cli {
 
@@ -13,6 +14,9 @@ Keeper::Keeper(KeepOptions options, const Environment &environment)
 {
     QObject::connect(&m_mode, &OperationalMode::recovered, &m_mode,
                      [](const QString &line) { logLine(Urgency::Warning, line); });
+    QObject::connect(&m_mode, &OperationalMode::shareChanged, &m_mode, [](int stations) {
+        logLine(Urgency::Info, QStringLiteral("stations watched here: %1").arg(stations));
+    });
 }
 
 int Keeper::run()
@@ -44,6 +48,10 @@ int Keeper::run()
 Status Keeper::open()
 {
     Status opened = m_mode.open(m_options.list, OperationalMode::Use::Keep);
+    if (!opened && isServerAddress(m_options.list)) {
+        complain(opened.message());
+        return opened;
+    }
     if (m_mode.hindrance() == OperationalMode::Hindrance::InUse) {
         complain(opened.message());
     } else if (!opened) {

@@ -10,7 +10,7 @@ namespace ktr::cli {
 /// What the command line asks of a keeper.
 struct KeepOptions
 {
-    QString list;
+    QString list; ///< or the address of a record on a server
     PassingOnOptions passOn = {};
 };
 
@@ -37,6 +37,9 @@ private:
 /// Whether anybody watches a list, who, and how its stations are, on standard output. Reads only. Gives an
 /// exit code.
 int tellKeeper(const QString &list, bool asJson);
+
+/// The same of all keepers that share the record at an address.
+int tellKeepers(const QString &address, bool asJson);
 
 /// In words, on one line.
 QString textOf(const WatchSummary &summary);

@@ -166,4 +166,41 @@ int tellKeeper(const QString &list, bool asJson)
     return state.isWatched(now) ? done : failed;
 }
 
+int tellKeepers(const QString &address, bool asJson)
+{
+    QList<KeeperRow> keepers;
+    qint64 stations = 0;
+    RecordReader reader(address);
+    if (const Status told = reader.keepers(keepers, stations); !told) {
+        return fail(told.message());
+    }
+    qint64 watched = 0;
+    QJsonArray rows;
+    QStringList lines;
+    for (const KeeperRow &keeper : std::as_const(keepers)) {
+        watched += keeper.stations;
+        const QDateTime since = QDateTime::fromMSecsSinceEpoch(keeper.since);
+        rows += QJsonObject{{QStringLiteral("name"), keeper.name},
+                            {QStringLiteral("since"), since.toUTC().toString(Qt::ISODateWithMs)},
+                            {QStringLiteral("stations"), keeper.stations},
+                            {QStringLiteral("leaseMs"), keeper.leftMs}};
+        lines += QStringLiteral("  %1, since %2, stations: %3")
+                     .arg(keeper.name, shown(since))
+                     .arg(keeper.stations);
+    }
+    if (asJson) {
+        const QJsonObject object{
+            {QStringLiteral("record"), address},
+            {QStringLiteral("watched"), !keepers.isEmpty()},
+            {QStringLiteral("keepers"), rows},
+            {QStringLiteral("stations"),
+             QJsonObject{{QStringLiteral("all"), stations}, {QStringLiteral("kept"), watched}}}};
+        print(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+    } else {
+        print(QStringLiteral("%1: stations: %2, with a keeper: %3").arg(address).arg(stations).arg(watched));
+        print(keepers.isEmpty() ? QStringLiteral("nobody watches the stations") : lines.join(u'\n'));
+    }
+    return keepers.isEmpty() ? failed : done;
+}
+
 } // namespace ktr::cli

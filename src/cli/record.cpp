@@ -2,10 +2,13 @@
 #include "cli/console.h"
 #include "cli/record_table.h"
 #include "opmode/keeping/list_record.h"
+#include "opmode/keeping/list_replay.h"
+#include "opmode/list_loader.h"
 #include "platform/files.h"
 #include "record/record_address.h"
 #include "record/record_care.h"
 #include "record/record_reader.h"
+#include "record/record_writer.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -104,6 +107,70 @@ int makeRecord(const QString &address)
     return cli::done;
 }
 
+/// Stations that the record has, by their names, stay as they are there.
+int importStations(const QString &address, const QString &list)
+{
+    if (!isServerAddress(address)) {
+        return fail(
+            address +
+            QLatin1String(": is no address of a database server; a record in a file follows its list"));
+    }
+    NodesFile file(list);
+    StationTree tree({});
+    QHash<QString, StationAttributes> attributes;
+    Status read = Status::done();
+    {
+        StationTreeLoader loader(tree);
+        ListLoader stations(file, loader);
+        read = stations.load();
+        attributes = stations.takeAttributes();
+        for (const QString &defect : stations.defects()) {
+            complain(defect);
+        }
+    }
+    QSet<QString> known;
+    if (read) {
+        read = RecordReader(address).stations([&](const StationRow &row) {
+            if (row.listed) {
+                known += row.name;
+            }
+        });
+    }
+    if (!read) {
+        return fail(read.message());
+    }
+    const OpenedRecord opened = openRecord(address);
+    if (!opened.status) {
+        return fail(opened.status.message());
+    }
+    EventLoopTimers timers;
+    RecordWriter writer(address, opened, timers, [](const QString &) {});
+    qint64 number = opened.lastAlarm;
+    std::vector<RecordRow> rows;
+    for (int row = 0; row < tree.rowCount(); ++row) {
+        const QString name = tree.index(row, 0).data(StationTree::KeyRole).toString();
+        if (!known.contains(name)) {
+            const StationRow station{++number, name, true, toJson(attributes.value(name))};
+            rows.emplace_back(station);
+            rows.emplace_back(EventRow{.at = QDateTime::currentMSecsSinceEpoch(),
+                                       .station = station.id,
+                                       .kind = EventKind::StationAdded,
+                                       .text = name,
+                                       .detail = station.attributes});
+        }
+    }
+    const std::size_t added = rows.size() / 2;
+    if (const Status written = writer.commit(std::move(rows)); !written) {
+        return fail(written.message());
+    }
+    print(QStringLiteral("%1: stations added: %2, there already: %3")
+              .arg(address)
+              .arg(added)
+              .arg(static_cast<std::size_t>(tree.rowCount()) - added));
+    return done;
+}
+
+const QString importAction = QStringLiteral("import");
 const QString initAction = QStringLiteral("init");
 const QString backupAction = QStringLiteral("backup");
 const QString checkAction = QStringLiteral("check");
@@ -120,6 +187,7 @@ void describeRecord(Arguments &arguments)
         "the "
         "password comes from its password file.\n\n"
         "  record init ADDRESS           makes the tables in such a database, or brings them forward\n"
+        "  record import ADDRESS LIST    takes the stations of a list into it, with addresses and schedules\n"
         "  record backup RECORD TO       copies it; the copy may take its place\n"
         "  record check RECORD           looks through all of it; exit code 1 when it is damaged\n"
         "  record export RECORD -o OUT   writes a table as CSV; events and alarms the newest first"));
@@ -145,13 +213,16 @@ std::optional<int> checkRecord(const Arguments &arguments)
 {
     const QString action = arguments.positional(0);
     const bool isExport = action == exportAction;
-    if (!QStringList{initAction, backupAction, checkAction, exportAction}.contains(action)) {
-        return arguments.wrong(QStringLiteral("\"%1\" is none of init, backup, check, export").arg(action));
+    if (!QStringList{initAction, importAction, backupAction, checkAction, exportAction}.contains(action)) {
+        return arguments.wrong(
+            QStringLiteral("\"%1\" is none of init, import, backup, check, export").arg(action));
     }
-    if (arguments.positional(2).isEmpty() == (action == backupAction)) {
-        return arguments.wrong(action == backupAction
-                                   ? QStringLiteral("the name of the copy is missing")
-                                   : QStringLiteral("\"%1\" is too much").arg(arguments.positional(2)));
+    const bool hasTwo = action == backupAction || action == importAction;
+    if (arguments.positional(2).isEmpty() == hasTwo) {
+        return arguments.wrong(
+            hasTwo ? QStringLiteral("the name of the %1 is missing")
+                         .arg(action == backupAction ? QStringLiteral("copy") : QStringLiteral("list"))
+                   : QStringLiteral("\"%1\" is too much").arg(arguments.positional(2)));
     }
     for (const QString &option :
          {kindOption, fromOption, toOption, stationOption, textOption, outputOption}) {
@@ -189,6 +260,9 @@ int record(const Arguments &arguments)
 {
     if (arguments.positional(0) == initAction) {
         return makeRecord(arguments.positional(1));
+    }
+    if (arguments.positional(0) == importAction) {
+        return importStations(arguments.positional(1), arguments.positional(2));
     }
     const QString path = recordOf(arguments.positional(1));
     if (arguments.positional(0) == backupAction) {

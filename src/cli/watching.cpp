@@ -3,6 +3,7 @@
 #include "cli/console.h"
 
 #include <QCoreApplication>
+#include <QSysInfo>
 
 namespace ktr::cli {
 
@@ -13,7 +14,10 @@ Watching::Watching(const Environment &environment)
               .timers = m_timers,
               .createLine = [this] { return m_sockets.createLine(); },
               .foreignDatagrams = [this] { return m_sockets.foreignDatagrams(); },
-              .diskRoom = &systemDiskRoom},
+              .diskRoom = &systemDiskRoom,
+              .name = QStringLiteral("ktrcli (%1) on %2")
+                          .arg(QCoreApplication::applicationPid())
+                          .arg(QSysInfo::machineHostName())},
              stationCaptions({}))
 {
     QObject::connect(&m_mode, &OperationalMode::statusMessage, &m_mode,

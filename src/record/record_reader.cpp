@@ -149,6 +149,26 @@ Status RecordReader::openAlarmsIn(const QString &where, const QVariantList &valu
                 });
 }
 
+Status RecordReader::keepers(QList<KeeperRow> &keepers, qint64 &stations)
+{
+    keepers.clear();
+    Status read = each(u"SELECT name, floor(extract(epoch FROM since) * 1000)::bigint,"
+                       " floor(extract(epoch FROM leased_until - clock_timestamp()) * 1000)::bigint,"
+                       " (SELECT count(*) FROM station WHERE keeper = keeper.id AND listed = 1)"
+                       " FROM keeper WHERE leased_until > clock_timestamp() ORDER BY id"_s,
+                       {}, [&](const QSqlQuery &row) {
+                           keepers += {row.value(0).toString(), row.value(1).toLongLong(),
+                                       row.value(2).toLongLong(), row.value(3).toLongLong()};
+                           return true;
+                       });
+    return read ? each(u"SELECT count(*) FROM station WHERE listed = 1"_s, {},
+                       [&](const QSqlQuery &row) {
+                           stations = row.value(0).toLongLong();
+                           return true;
+                       })
+                : read;
+}
+
 Status RecordReader::stateOf(const QList<qint64> &stations, RecordedStations &states)
 {
     states = {};

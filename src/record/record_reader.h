@@ -123,6 +123,15 @@ struct HistoryPoint
     bool operator==(const HistoryPoint &) const = default;
 };
 
+/// A program that shares the stations of a server's record with others.
+struct KeeperRow
+{
+    QString name{};
+    qint64 since = 0;
+    qint64 leftMs = 0; ///< so long it need not be heard of
+    qint64 stations = 0;
+};
+
 /// Stations, the entries of theirs that are in the list and their alarms that stand.
 struct RecordedStations
 {
@@ -158,6 +167,9 @@ public:
     Status notifications(const std::function<void(const NotificationRow &)> &take);
     /// The alarms that are not acknowledged or not over, the oldest first.
     Status openAlarms(const std::function<void(const AlarmRow &)> &take);
+    /// Who shares the stations of a server's record and is there, the longest first; how many stations are in the
+    /// list, whoever has them.
+    Status keepers(QList<KeeperRow> &keepers, qint64 &stations);
     /// What stands of some stations, as it is at this moment.
     Status stateOf(const QList<qint64> &stations, RecordedStations &states);
     /// What each alarm is that changed behind such a number, in the order of their last changes; of the first
