@@ -35,13 +35,19 @@ Leases::Leases(QString address, QString name, Timers &timers, Listener listener,
 Leases::~Leases()
 {
     m_thread.wait();
-    m_thread.start([this] { // those of a keeper that is not there are anybody's
-        if (m_database.isOpen() && m_keeper != 0) {
-            (void)m_database.execute(u"DELETE FROM keeper WHERE id = %1"_s.arg(m_keeper));
-        }
-        m_database.close();
-    });
+    m_thread.start([this] { giveBack(); });
     m_thread.wait();
+}
+
+/// The stations of a keeper that is not there are anybody's. Over a new connection where the old one was lost.
+void Leases::giveBack()
+{
+    const QString gone = u"DELETE FROM keeper WHERE id = %1"_s.arg(m_keeper);
+    const bool isDone = m_keeper == 0 || (m_database.isOpen() && m_database.execute(gone));
+    if (!isDone && m_database.open(m_address, RecordDatabase::Use::Write)) {
+        (void)m_database.execute(gone); // or its time will be over soon
+    }
+    m_database.close();
 }
 
 bool Leases::isHeld() const
@@ -80,7 +86,7 @@ void Leases::collect()
 {
     m_thread.wait();
     const Turn turn = std::exchange(m_turn, {});
-    m_timer->start(m_times.period, [this] { begin(); });
+    m_timer->start(turn.status ? m_times.period : m_times.period / 4, [this] { begin(); });
     if (turn.status.message() != m_trouble) {
         m_trouble = turn.status.message();
         m_listener.trouble(m_trouble);

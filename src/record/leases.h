@@ -65,6 +65,7 @@ private:
     void check();
     void lose();
     // On the thread:
+    void giveBack();
     void take(const QList<qint64> &released, bool isAnew, Turn &turn);
     bool renew(Turn &turn);
     bool share(Turn &turn);
