@@ -916,6 +916,26 @@
         <source>rows left out before the record could be opened: %1</source>
         <translation>Zeilen, die ausgelassen wurden, bevor die Aufzeichnung geöffnet werden konnte: %1</translation>
     </message>
+    <message>
+        <source>a password does not belong into an address; the password file of PostgreSQL (~/.pgpass) is the place for it</source>
+        <translation>ein Kennwort gehört nicht in eine Adresse; sein Platz ist die Kennwortdatei von PostgreSQL (~/.pgpass)</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot stand there</source>
+        <translation>„%1“ kann dort nicht stehen</translation>
+    </message>
+    <message>
+        <source>is no address of a database server; a record in a file is made when it is needed</source>
+        <translation>ist keine Adresse eines Datenbankservers; eine Aufzeichnung in einer Datei entsteht, wenn sie gebraucht wird</translation>
+    </message>
+    <message>
+        <source>is backed up by the means of the database server (pg_dump, pg_basebackup)</source>
+        <translation>wird mit den Mitteln des Datenbankservers gesichert (pg_dump, pg_basebackup)</translation>
+    </message>
+    <message>
+        <source>has no tables yet; &quot;ktrcli record init&quot; makes them</source>
+        <translation>hat noch keine Tabellen; „ktrcli record init“ legt sie an</translation>
+    </message>
 </context>
 <context>
     <name>RecordTable</name>
@@ -1354,6 +1374,13 @@
     <message>
         <source>There is a &quot;%1&quot; already</source>
         <translation>„%1“ gibt es schon</translation>
+    </message>
+</context>
+<context>
+    <name>StationLine</name>
+    <message>
+        <source>another keeper may have it</source>
+        <translation>ein anderer Wächter hat sie vielleicht</translation>
     </message>
 </context>
 <context>
@@ -3341,6 +3368,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The record cannot be opened yet, which is tried again all the time: %1</source>
         <translation>Die Aufzeichnung kann noch nicht geöffnet werden; das wird laufend wieder versucht: %1</translation>
+    </message>
+    <message>
+        <source>%1: stations of a database server are watched by &quot;ktrcli keep&quot; alone</source>
+        <translation>%1: Stationen eines Datenbankservers überwacht nur „ktrcli keep“</translation>
+    </message>
+    <message>
+        <source>The record can be asked for stations again</source>
+        <translation>Die Aufzeichnung kann wieder nach Stationen gefragt werden</translation>
     </message>
 </context>
 <context>

@@ -79,6 +79,10 @@ int keep(const Arguments &arguments)
     if (const std::optional<int> code = readPassingOn(arguments, options.passOn)) {
         return *code;
     }
+    if (!record.isEmpty() && options.passOn.isOfRecord()) { // each keeper would pass on what all of them have
+        return fail(
+            QStringLiteral("what happens is passed on from a list of one keeper only, not with --record"));
+    }
     return patiently([&] { return Keeper(std::move(options), systemEnvironment()).run(); },
                      {.waitsForReader = false});
 }

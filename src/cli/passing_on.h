@@ -14,6 +14,9 @@ struct PassingOnOptions
     std::optional<Forwarder::Options> forward;
     std::optional<AlarmCommand::Options> onAlarm;
     std::optional<ListenAddress> metrics;
+
+    /// Whether it is what the record has, and not what this keeper does.
+    bool isOfRecord() const { return forward || onAlarm; }
 };
 
 void describePassingOn(Arguments &arguments);

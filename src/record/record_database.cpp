@@ -46,10 +46,10 @@ QString serverReason(const QString &reason)
 }
 
 /// A failure without a code comes from the connection. Of the others: class 08 (connection), 57P01 to 57P05
-/// (the server ends, or ends this session).
+/// (the server ends, or ends this session), 25P03 (it has ended one that stood still).
 bool tellsOfLoss(const QString &code)
 {
-    return code.isEmpty() || code.startsWith(u"08"_s) || code.startsWith(u"57P"_s);
+    return code.isEmpty() || code.startsWith(u"08"_s) || code.startsWith(u"57P"_s) || code == u"25P03"_s;
 }
 
 QString freshName()
@@ -131,6 +131,8 @@ Status RecordDatabase::openServer(Use use)
     if (isReadOnly(use)) {
         settings += u"SET default_transaction_read_only TO on"_s;
     } else { // what is committed is on the disk; a server may be set to more
+        // Who was stopped in the middle of a transaction must not hold up all others for as long.
+        settings += u"SET idle_in_transaction_session_timeout TO 3000"_s;
         settings += u"SELECT set_config('synchronous_commit', 'on', false)"
                     " WHERE current_setting('synchronous_commit') IN ('off', 'local')"_s;
     }

@@ -1,5 +1,6 @@
 #include "record/record_address.h"
 #include "record/record_care.h"
+#include "record/record_database.h"
 #include "record/record_reader.h"
 #include "record/record_writer.h"
 #include "support/manual_timers.h"
@@ -143,6 +144,19 @@ private Q_SLOTS:
             (m_timers.advance(RecordWriter::retryDelay), writer->onDiskCount() == writer->addedCount()));
         QCOMPARE(texts(), expected);
         QVERIFY(reader.stations([](const StationRow &) {})); // by a new connection
+    }
+
+    /// A program that was stopped in the middle of a commit holds what all others need.
+    void whoStandsStillHoldsUpNobodyForLong()
+    {
+        RecordDatabase stopped;
+        QVERIFY(stopped.open(m_address, RecordDatabase::Use::Write));
+        QVERIFY(stopped.begin() && stopped.beginNumbers());
+        auto writer = opened();
+        writer->add(said(u"first"_s));
+        writer->flush();
+        QTRY_COMPARE_WITH_TIMEOUT(texts(), QStringList{u"first"_s}, 60'000);
+        QVERIFY(!stopped.commit() && stopped.isLost());
     }
 
     /// Archives go by months; a clock that was wrong by decades makes none.
