@@ -186,6 +186,55 @@ const QList<QStringList> &serverSteps()
             u"CREATE TABLE writer(name text PRIMARY KEY, batch bigint NOT NULL,"
             " at timestamptz NOT NULL DEFAULT now())"_s,
         },
+        {
+            // Which user of the database asked; nobody can say otherwise.
+            u"ALTER TABLE request ADD COLUMN login text NOT NULL DEFAULT session_user"_s,
+            // As RecordReader reads values: what a text begins with, 0 where that is no number but there is
+            // one in it.
+            u"CREATE FUNCTION number_of(value text) RETURNS double precision LANGUAGE sql IMMUTABLE"
+            " PARALLEL SAFE AS $$ SELECT CASE WHEN value ~ '[0-9]' THEN coalesce(substring("
+            "regexp_replace(replace(btrim(value, E' \\t\\r\\n'), ',', '.'), '^\\+', '')"
+            " FROM '^-?(?:[0-9]+\\.?[0-9]*|\\.[0-9]+)(?:[eE][+-]?[0-9]+)?')::double precision, 0) END $$"_s,
+            u"CREATE FUNCTION moment_of(milliseconds bigint) RETURNS timestamptz LANGUAGE sql IMMUTABLE"
+            " PARALLEL SAFE AS $$ SELECT to_timestamp(nullif(milliseconds, 0) / 1000.0) $$"_s,
+            // For tools that read the database: moments, names instead of numbers, and how long it took.
+            u"CREATE VIEW alarm_story AS SELECT alarm.id, station.name AS station, alarm.kind, alarm.text,"
+            " alarm.priority, ktrconfig.moment_of(alarm.first) AS came, ktrconfig.moment_of(alarm.last)"
+            " AS came_last, alarm.count AS times, ktrconfig.moment_of(alarm.acknowledged) AS acknowledged,"
+            " alarm.acknowledged_by, alarm.comment, ktrconfig.moment_of(alarm.over) AS over, alarm.over_why,"
+            " ktrconfig.moment_of(alarm.shelved_until) AS shelved_until, alarm.shelved_by,"
+            " ktrconfig.moment_of(alarm.acknowledged) - ktrconfig.moment_of(alarm.first) AS waited,"
+            " ktrconfig.moment_of(alarm.over) - ktrconfig.moment_of(alarm.first) AS stood"
+            " FROM alarm LEFT JOIN station ON station.id = alarm.station"_s,
+            u"CREATE VIEW event_story AS SELECT event.id, ktrconfig.moment_of(event.at) AS at,"
+            " station.name AS station, event.kind, event.text, event.detail, event.operator, event.alarm"
+            " FROM event LEFT JOIN station ON station.id = event.station"_s,
+            u"CREATE VIEW history_hourly AS SELECT station.name AS station, channel,"
+            " date_trunc('hour', ktrconfig.moment_of(at), 'UTC') AS hour, count(*) AS records,"
+            " min(ktrconfig.number_of(first)) AS first_least, avg(ktrconfig.number_of(first)) AS first_mean,"
+            " max(ktrconfig.number_of(first)) AS first_most, min(ktrconfig.number_of(second)) AS "
+            "second_least,"
+            " avg(ktrconfig.number_of(second)) AS second_mean, max(ktrconfig.number_of(second)) AS "
+            "second_most"
+            " FROM history JOIN station ON station.id = history.station GROUP BY station.id, station.name,"
+            " channel, date_trunc('hour', ktrconfig.moment_of(at), 'UTC')"_s,
+            // Users become members of these. They are of the whole server, and may be there.
+            u"DO $$ DECLARE role text; BEGIN FOREACH role IN ARRAY ARRAY['ktrconfig_viewer',"
+            " 'ktrconfig_operator', 'ktrconfig_administrator', 'ktrconfig_keeper'] LOOP"
+            " IF NOT EXISTS (SELECT 1 FROM pg_roles WHERE rolname = role) THEN"
+            " EXECUTE format('CREATE ROLE %I NOLOGIN', role); END IF; END LOOP; END $$"_s,
+            u"GRANT ktrconfig_viewer TO ktrconfig_operator"_s,
+            u"GRANT ktrconfig_operator TO ktrconfig_administrator"_s,
+            u"GRANT USAGE ON SCHEMA ktrconfig TO ktrconfig_viewer, ktrconfig_keeper"_s,
+            u"GRANT SELECT ON ALL TABLES IN SCHEMA ktrconfig TO ktrconfig_viewer"_s,
+            // An operator asks; a keeper does what the operator may ask for, and writes down who it was.
+            u"GRANT INSERT (at, operator, what, detail) ON request TO ktrconfig_operator"_s,
+            u"GRANT USAGE ON SEQUENCE request_id_seq TO ktrconfig_operator"_s,
+            u"GRANT SELECT, INSERT, UPDATE, DELETE ON ALL TABLES IN SCHEMA ktrconfig TO ktrconfig_keeper"_s,
+            u"GRANT USAGE, SELECT ON ALL SEQUENCES IN SCHEMA ktrconfig TO ktrconfig_keeper"_s,
+            u"GRANT EXECUTE ON FUNCTION add_month(text, bigint), drop_months(text, bigint)"
+            " TO ktrconfig_keeper"_s,
+        },
     };
     return all;
 }

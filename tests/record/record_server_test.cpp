@@ -159,6 +159,94 @@ private Q_SLOTS:
         QVERIFY(!stopped.commit() && stopped.isLost());
     }
 
+    /// Tried as anybody may who has a client of the database.
+    void eachRoleMayDoItsPart()
+    {
+        for (const QString &role : {u"viewer"_s, u"operator"_s, u"administrator"_s, u"keeper"_s}) {
+            m_server.sql(database, u"DROP ROLE IF EXISTS a_%1"_s.arg(role));
+            m_server.sql(database, u"CREATE ROLE a_%1 LOGIN IN ROLE ktrconfig_%1"_s.arg(role));
+        }
+        const auto may = [this](const QString &role, const QString &statement) {
+            const QString said = m_server.sql(
+                database,
+                u"SET SESSION AUTHORIZATION a_%1; SET search_path = ktrconfig; "_s.arg(role) + statement);
+            return !said.contains(u"permission denied"_s) && !said.contains(u"must be owner"_s);
+        };
+        const QString ask =
+            u"INSERT INTO request(at, operator, what, detail) VALUES(1, 'Anna', 'acknowledge', '{}')"_s;
+        for (const QString &role : {u"viewer"_s, u"operator"_s, u"administrator"_s}) {
+            QVERIFY(may(role, u"SELECT * FROM alarm_story, event_story, history_hourly, setting, keeper"_s));
+            QCOMPARE(may(role, ask), role != u"viewer"_s);
+            for (const QString &never :
+                 {u"DELETE FROM event"_s, u"UPDATE alarm SET over = 1"_s, u"UPDATE request SET taken = 1"_s,
+                  u"INSERT INTO event(at, kind, text) VALUES(1, 1, '')"_s, u"UPDATE station SET keeper = 1"_s,
+                  u"SELECT drop_months('history', 1)"_s, u"DROP TABLE event"_s, u"CREATE TABLE mine(x int)"_s,
+                  u"INSERT INTO request(at, what, detail, login) VALUES(1, '', '', 'somebody')"_s}) {
+                QVERIFY2(!may(role, never) || never.startsWith(u"DROP"_s),
+                         qPrintable(role + u": "_s + never));
+            }
+        }
+        QCOMPARE(
+            m_server.sql(database, u"SELECT string_agg(login, ',' ORDER BY id) FROM ktrconfig.request"_s),
+            u"a_operator,a_administrator"_s);
+        // A keeper needs no more than its role.
+        const QString address = QString(m_address).replace(u"administrator@"_s, u"a_keeper@"_s);
+        m_address = address;
+        auto writer = opened();
+        writer->add(said(u"first"_s));
+        writer->add(HistoryRow{1, 1, 1'700'000'000'000, u"1"_s, u"2"_s});
+        writer->add(AlarmRow{.id = writer->nextAlarmId(), .station = 1, .first = 1});
+        QVERIFY2(writer->flushNow(), qPrintable(m_troubles.join(u' ')));
+        writer->thinOut({.history = 1'800'000'000'000});
+        QTRY_VERIFY2((m_timers.advance(RecordWriter::restDelay), writer->isAtRest()),
+                     qPrintable(m_troubles.join(u' ')));
+        QVERIFY(!may(u"keeper"_s, u"CREATE TABLE mine(x int)"_s));
+    }
+
+    /// By the database as by the program.
+    void viewsTellWhatTheProgramTells()
+    {
+        auto writer = opened();
+        constexpr qint64 hour = 3'600'000;
+        constexpr qint64 at = 1'790'000'000'000 / hour * hour;
+        writer->add(StationRow{1, u"Pump 1"_s, true, u"{}"_s});
+        const QStringList values{u"+1,5"_s, u" -.5e1x"_s, u"inf 2"_s,   u"-"_s,
+                                 u""_s,     u"7"_s,       u"12.25 m"_s, u".x1"_s};
+        for (int i = 0; i < values.size(); ++i) {
+            writer->add(HistoryRow{1, 3, at + i * hour / 4, values[i], values[values.size() - 1 - i]});
+        }
+        writer->add(AlarmRow{.id = writer->nextAlarmId(),
+                             .station = 1,
+                             .text = u"fail"_s,
+                             .first = 1000,
+                             .acknowledged = 61'000,
+                             .over = 0});
+        QVERIFY(writer->flushNow());
+        QStringList expected;
+        const auto number = [](double value) {
+            return QString::number(value, 'g', QLocale::FloatingPointShortest);
+        };
+        QVERIFY(RecordReader(m_address).curve(
+            1, 3, at, at + 9 * hour, HistoryLevel::Hour, [&](const HistoryPoint &point) {
+                QStringList cells{QString::number(point.at / 1000), QString::number(point.count)};
+                for (const auto &range : {point.first, point.second}) {
+                    cells += range
+                                 ? QStringList{number(range->least), number(range->mean), number(range->most)}
+                                 : QStringList{{}, {}, {}};
+                }
+                expected += cells.join(u'|');
+            }));
+        QVERIFY(expected.size() == 2);
+        QCOMPARE(m_server.sql(database,
+                              u"SELECT extract(epoch FROM hour)::bigint, records, first_least, first_mean,"
+                              " first_most, second_least, second_mean, second_most FROM"
+                              " ktrconfig.history_hourly WHERE station = 'Pump 1' ORDER BY hour"_s),
+                 expected.join(u'\n'));
+        QCOMPARE(m_server.sql(database,
+                              u"SELECT station, text, waited, over IS NULL FROM ktrconfig.alarm_story"_s),
+                 u"Pump 1|fail|00:01:00|t"_s);
+    }
+
     /// Archives go by months; a clock that was wrong by decades makes none.
     void historyStandsInMonths()
     {
