@@ -1341,6 +1341,10 @@
         <source>the station is no longer in the list</source>
         <translation>die Station steht nicht mehr in der Liste</translation>
     </message>
+    <message>
+        <source>alarms of stations that keepers share cannot be put aside yet</source>
+        <translation>Alarme von Stationen, die sich mehrere Wächter teilen, können noch nicht zurückgestellt werden</translation>
+    </message>
 </context>
 <context>
     <name>Station</name>
@@ -3370,12 +3374,12 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Die Aufzeichnung kann noch nicht geöffnet werden; das wird laufend wieder versucht: %1</translation>
     </message>
     <message>
-        <source>%1: stations of a database server are watched by &quot;ktrcli keep&quot; alone</source>
-        <translation>%1: Stationen eines Datenbankservers überwacht nur „ktrcli keep“</translation>
-    </message>
-    <message>
         <source>The record can be asked for stations again</source>
         <translation>Die Aufzeichnung kann wieder nach Stationen gefragt werden</translation>
+    </message>
+    <message>
+        <source>%1: the stations are shared by keepers</source>
+        <translation>%1: die Stationen werden von Wächtern geteilt</translation>
     </message>
 </context>
 <context>

@@ -2,7 +2,7 @@
 #include "cli/console.h"
 #include "cli/keeper.h"
 #include "cli/patient_job.h"
-#include "record/record_address.h"
+#include "cli/shared_record.h"
 
 #include <QFileInfo>
 
@@ -12,17 +12,6 @@ namespace {
 
 const QString statusOption = QStringLiteral("status");
 const QString jsonOption = QStringLiteral("json");
-const QString recordOption = QStringLiteral("record");
-const char *const recordVariable = "KTR_RECORD";
-
-/// The record on a server that is shared with other keepers: of the command line or else of the environment;
-/// empty for none.
-QString sharedRecord(const Arguments &arguments)
-{
-    return arguments.isSet(recordOption)       ? arguments.value(recordOption)
-           : arguments.positional(0).isEmpty() ? qEnvironmentVariable(recordVariable)
-                                               : QString();
-}
 
 } // namespace
 
@@ -36,10 +25,7 @@ void describeKeep(Arguments &arguments)
         "no list, the stations are those of a record on a database server, which this keeper shares "
         "with all others that watch it: each station is watched by one of them, and by "
         "another within 15 s when that one is gone."));
-    arguments.addOption({recordOption,
-                         QStringLiteral("The record on a server: postgresql://[USER@][HOST[:PORT]]/DATABASE; "
-                                        "the password comes from PostgreSQL's password file."),
-                         QStringLiteral("ADDRESS")});
+    addRecordOption(arguments);
     arguments.addOption(
         {statusOption, QStringLiteral("Tells whether anybody watches the list, who, and how its "
                                       "stations are; ends with 1 when nobody does.")});
@@ -49,20 +35,10 @@ void describeKeep(Arguments &arguments)
 
 std::optional<int> checkKeep(const Arguments &arguments)
 {
-    const QString record = sharedRecord(arguments);
     if (!arguments.isSet(statusOption) && arguments.isSet(jsonOption)) {
         return arguments.wrong(QStringLiteral("--json belongs to --status"));
     }
-    if (record.isEmpty() == arguments.positional(0).isEmpty()) {
-        return arguments.wrong(
-            record.isEmpty() ? QStringLiteral("the list is missing, or --record")
-                             : QStringLiteral("--record has the stations; a list beside it is too much"));
-    }
-    if (!record.isEmpty() && !isServerAddress(record)) {
-        return arguments.wrong(
-            QStringLiteral("--record: \"%1\" does not begin with postgresql://").arg(record));
-    }
-    return std::nullopt;
+    return checkSharedRecord(arguments);
 }
 
 int keep(const Arguments &arguments)

@@ -2,6 +2,7 @@
 #include "cli/console.h"
 #include "cli/event_names.h"
 #include "cli/patient_job.h"
+#include "cli/shared_record.h"
 #include "cli/watching.h"
 #include "record/json_text.h"
 
@@ -74,10 +75,12 @@ int watch(const Arguments &arguments, const Environment &environment, const QStr
 
 void describeMonitor(Arguments &arguments)
 {
-    arguments.setSummary(
-        QStringLiteral("Watches the stations of a list as the operational mode does, and prints "
-                       "what they say, one JSON object a line. The list is not changed. Stations that "
-                       "another program watches are joined: what it records is printed."));
+    arguments.setSummary(QStringLiteral(
+        "Watches the stations of a list as the operational mode does, and prints "
+        "what they say, one JSON object a line. The list is not changed. Stations that "
+        "another program watches are joined: what it records is printed; so are those of a record "
+        "on a database server (--record), which keepers share."));
+    addRecordOption(arguments);
     arguments.addOption(
         {forOption, QStringLiteral("Ends after so many seconds; otherwise when it is asked to terminate."),
          QStringLiteral("SECONDS")});
@@ -89,14 +92,17 @@ void describeMonitor(Arguments &arguments)
 
 std::optional<int> checkMonitor(const Arguments &arguments)
 {
-    const bool isSound = !arguments.isSet(forOption) || arguments.number(forOption, 0, longestWatch);
-    return isSound ? std::nullopt : std::optional(wrongUsage);
+    if (arguments.isSet(forOption) && !arguments.number(forOption, 0, longestWatch)) {
+        return wrongUsage;
+    }
+    return checkSharedRecord(arguments);
 }
 
 int monitor(const Arguments &arguments)
 {
-    const QString path = arguments.positional(0);
-    if (!QFileInfo::exists(path)) {
+    const QString record = sharedRecord(arguments);
+    const QString path = record.isEmpty() ? arguments.positional(0) : record;
+    if (record.isEmpty() && !QFileInfo::exists(path)) {
         return fail(path + QStringLiteral(": there is no such file"));
     }
     const Environment environment = systemEnvironment();

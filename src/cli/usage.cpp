@@ -52,7 +52,7 @@ constexpr std::array table = {
             plainApplication, talks},
     Command{"simulate", "", "plays a module", describeSimulate, simulate, checkSimulate, plainApplication,
             talks},
-    Command{"monitor", "NODES.xml", "watches stations and prints what they say", describeMonitor, monitor,
+    Command{"monitor", "[NODES.xml]", "watches stations and prints what they say", describeMonitor, monitor,
             checkMonitor},
     Command{"keep", "[NODES.xml]", "watches the stations of a list day and night, as its keeper",
             describeKeep, keep, checkKeep},

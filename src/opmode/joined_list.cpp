@@ -3,7 +3,13 @@
 #include "opmode/alarm_actions.h"
 #include "opmode/keeper_beat.h"
 #include "opmode/list_opener.h"
+#include "opmode/recorded_tree.h"
 #include "opmode/station_states.h"
+#include "record/record_address.h"
+
+#include <QJsonArray>
+
+#include <map>
 
 namespace ktr {
 
@@ -19,7 +25,8 @@ JoinedList::JoinedList(const ListParts &parts, const QString &nodesPath, QObject
                   [this](const QString &trouble) {
                       Q_EMIT statusMessage(trouble.isEmpty() ? tr("The record can be read again") : trouble);
                   }}),
-      m_sender(ListRecord::pathFor(nodesPath), parts.environment)
+      m_sender(ListRecord::pathFor(nodesPath), parts.environment),
+      m_isShared(isServerAddress(nodesPath))
 {
     connect(&m_sender, &RequestSender::statusMessage, this, &JoinedList::statusMessage);
 }
@@ -53,21 +60,77 @@ Status JoinedList::open(NodesFile &file)
     }
     m_names = list.names();
     m_attributes = list.takeAttributes();
-    m_parts.record.know(m_names);
     for (const EventRow &event : std::as_const(states)) {
         takeState(m_seen[m_names.value(event.station)], event);
     }
+    begin(list.standing(), list.settings());
+    m_follower.start(list.lastEvent(), lastAlarmChange);
+    showKeeper();
+    return Status::done();
+}
+
+Status JoinedList::openShared()
+{
+    constexpr int reportsOfEach = 20; // of an archive; the record has the others
+    RecordReader &reader = m_follower.reader();
+    RecordedStations states;
+    QHash<QString, QString> settings;
+    QList<EventRow> latest;
+    qint64 lastEvent = 0;
+    qint64 lastAlarmChange = 0;
+    const auto add = [&latest](const EventRow &event) { latest += event; };
+    Status read = reader.beginSnapshot();
+    const auto go = [&read](const auto &step) { read = read ? step() : read; };
+    go([&] { return reader.stations([&](const StationRow &row) { states.stations += row; }); });
+    go([&] {
+        return reader.notifications([&](const NotificationRow &row) { states.notifications += row; });
+    });
+    go([&] { return reader.openAlarms([&](const AlarmRow &row) { states.alarms += row; }); });
+    go([&] { return reader.settings(settings); });
+    go([&] { return reader.lastEvent(lastEvent); });
+    go([&] { return reader.lastAlarmChange(lastAlarmChange); });
+    go([&] { return reader.latestOf({EventKind::History}, reportsOfEach, add); });
+    go([&] { return reader.latestOf(QList{EventKind::Values} + stateKinds(), 1, add); });
+    reader.endSnapshot();
+    if (!read) {
+        return read;
+    }
+    m_names = loadStations(m_parts.tree, states);
+    for (const StationRow &row : std::as_const(states.stations)) {
+        if (const QString kennung = m_names.value(row.id); !kennung.isEmpty()) {
+            m_attributes.insert(kennung, stationAttributes(row.attributes));
+        }
+    }
+    for (const EventRow &event : std::as_const(latest)) {
+        const QString kennung = m_names.value(event.station);
+        const QDateTime at = QDateTime::fromMSecsSinceEpoch(event.at);
+        if (event.kind == EventKind::History || event.kind == EventKind::Values) {
+            const StationMessage message = interpretStationMessage(event.text);
+            (void)m_parts.tree.apply(kennung, message, at);
+            if (const auto *report = std::get_if<InputValuesMessage>(&message)) {
+                m_parts.trends.add(kennung, report->values, at);
+            }
+        } else {
+            takeState(m_seen[kennung], event);
+        }
+    }
+    begin(states.alarms, settings);
+    m_follower.start(lastEvent, lastAlarmChange);
+    showKeeper();
+    return read;
+}
+
+/// The stations of the tree are there, with what is known of them.
+void JoinedList::begin(const QList<AlarmRow> &standing, const QHash<QString, QString> &settings)
+{
+    m_parts.record.know(m_names);
     for (int row = 0; row < m_parts.tree.rowCount(); ++row) {
         const QString kennung = m_parts.tree.index(row, 0).data(StationTree::KeyRole).toString();
         m_parts.stations.addStation(kennung, {});
         showStation(kennung);
     }
-    m_parts.alarms.load(list.standing(),
-                        AlarmActions::shelves(list.settings().value(AlarmActions::shelvesSetting)));
-    takeSettings(list.settings());
-    m_follower.start(list.lastEvent(), lastAlarmChange);
-    showKeeper();
-    return Status::done();
+    m_parts.alarms.load(standing, AlarmActions::shelves(settings.value(AlarmActions::shelvesSetting)));
+    takeSettings(settings);
 }
 
 void JoinedList::takeArrived()
@@ -113,7 +176,7 @@ void JoinedList::take(const EventRow &event)
         break;
     case EventKind::Started: // it knows nothing of the stations' states, and renamed ones by other keys
     case EventKind::ListFollowed:
-        m_isReplaced = true;
+        m_isReplaced = !m_isShared;
         break;
     default:
         takeListEvent(event, kennung);
@@ -243,8 +306,42 @@ void JoinedList::ask(const Request &request)
     } else if (request.what.isEmpty()) {
         Q_EMIT statusMessage(tr("Another program watches the stations; it is done there"));
     } else {
-        m_sender.send(request, m_parts.record.operatorName());
+        for (const Request &part : m_isShared ? perStation(request) : QList<Request>{request}) {
+            m_sender.send(part, m_parts.record.operatorName());
+        }
     }
+}
+
+/// Stations have different keepers: each gets what is about its own.
+QList<Request> JoinedList::perStation(const Request &request) const
+{
+    namespace member = request_members;
+    std::map<qint64, QJsonObject> parts;
+    const auto put = [&](qint64 station, const QLatin1String &array, const QJsonValue &value) {
+        const auto [part, isNew] = parts.try_emplace(station, request.about);
+        QJsonArray values = isNew ? QJsonArray() : part->second[array].toArray();
+        values += value;
+        part->second[array] = values;
+    };
+    const QJsonArray entries = request.about[member::entries].toArray();
+    for (const auto &entry : entries) {
+        put(entry[member::station].toInteger(), member::entries, entry);
+    }
+    const QJsonArray alarms = request.about[member::alarms].toArray();
+    for (const auto &number : alarms) {
+        const AlarmRow *alarm = m_parts.alarms.alarm(number.toInteger());
+        put(alarm == nullptr ? 0 : alarm->station, member::alarms, number);
+    }
+    QList<Request> requests;
+    for (const auto &[station, about] : parts) {
+        requests += {request.what, about};
+    }
+    if (request.what == requests::online && !request.about.contains(member::station)) {
+        for (auto name = m_names.cbegin(); name != m_names.cend(); ++name) {
+            requests += stationRequest(requests::online, name.key(), request.about);
+        }
+    }
+    return requests.isEmpty() ? QList<Request>{request} : requests;
 }
 
 void JoinedList::takeSettings(const QHash<QString, QString> &settings)

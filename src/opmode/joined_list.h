@@ -26,6 +26,8 @@ public:
     /// Makes the empty parts what file and record say. A failure: who holds the list writes no record of it
     /// (yet), or one of the two cannot be read.
     Status open(NodesFile &file);
+    /// The same of a record on a server, which has no file.
+    Status openShared();
     /// Tells what is there by now.
     void takeArrived();
     /// The last event that was told, or that was there when it was opened.
@@ -64,6 +66,8 @@ Q_SIGNALS:
     void replaced();
 
 private:
+    QList<Request> perStation(const Request &request) const;
+    void begin(const QList<AlarmRow> &standing, const QHash<QString, QString> &settings);
     void take(const EventRow &event);
     void takeMessage(const EventRow &event, const QString &kennung);
     void takeListEvent(const EventRow &event, const QString &kennung);
@@ -88,6 +92,7 @@ private:
     QString m_beat;
     QString m_keeper;
     QStringList m_defects;
+    bool m_isShared; ///< by several keepers, which come and go
     bool m_isCarryingOut = false;
     QHash<QString, QString> m_settings;
     bool m_isReplaced = false;

@@ -4,6 +4,7 @@
 #include "opmode/keeping/list_record.h"
 #include "opmode/keeping/nodes_file.h"
 #include "platform/file_lock.h"
+#include "record/record_address.h"
 
 namespace ktr {
 
@@ -14,12 +15,32 @@ ListFollower::ListFollower(const QString &nodesPath, Timers &timers, Listener li
       m_timer(timers.create()),
       m_reader(std::make_unique<RecordReader>(m_path))
 {
-    lookAtHolder();
+    if (isServerAddress(m_path)) {
+        m_queries.emplace(m_path);
+        m_isOfRecord = true;
+        m_keepers = keepersOf(*m_reader);
+    } else {
+        lookAtHolder();
+    }
 }
 
 QString ListFollower::holder() const
 {
-    return m_holder ? lockHolderText(*m_holder) : QString();
+    return m_queries ? m_keepers : m_holder ? lockHolderText(*m_holder) : QString();
+}
+
+/// Empty: there is none, or that is not known.
+QString ListFollower::keepersOf(RecordReader &reader)
+{
+    QList<KeeperRow> keepers;
+    qint64 stations = 0;
+    QStringList names;
+    if (reader.keepers(keepers, stations)) {
+        for (const KeeperRow &keeper : std::as_const(keepers)) {
+            names += keeper.name;
+        }
+    }
+    return names.join(QLatin1String(", "));
 }
 
 void ListFollower::start(qint64 lastEvent, qint64 lastAlarmChange)
@@ -37,6 +58,9 @@ void ListFollower::lookLater(Milliseconds delay)
 /// One that has just begun writes its name into the record when that is ready for it.
 void ListFollower::lookAtHolder()
 {
+    if (m_queries) {
+        return;
+    }
     const std::optional<QByteArray> holder = FileLock::heldBy(m_lockPath);
     const bool isAnother = holder != m_holder;
     if (isAnother || m_reader->isStale()) { // a damaged record is replaced
@@ -57,11 +81,22 @@ void ListFollower::lookAtHolder()
 
 void ListFollower::look()
 {
+    if (m_queries) {
+        m_queries->ask(
+            this, [known = known()](RecordReader &reader) { return read(reader, known); },
+            [this](const News &news) { looked(news); });
+        return;
+    }
     m_unheard += m_hasMore ? Milliseconds(0) : period;
     lookAtHolder(); // first: what it said before it went is told before that is
-    const Status done = read();
-    if (done.message() != m_trouble) {
-        m_trouble = done.message();
+    looked(read(*m_reader, known()));
+}
+
+void ListFollower::looked(const News &news)
+{
+    take(news);
+    if (news.status.message() != m_trouble) {
+        m_trouble = news.status.message();
         m_listener.trouble(m_trouble);
     }
     lookLater(m_hasMore ? Milliseconds(0) : period);
@@ -71,70 +106,86 @@ void ListFollower::look()
 void ListFollower::drain()
 {
     do {
-        if (!read()) {
+        const News news = read(*m_reader, known());
+        take(news);
+        if (!news.status) {
             return;
         }
     } while (m_hasMore);
 }
 
-Status ListFollower::read()
+ListFollower::News ListFollower::read(RecordReader &reader, Known known)
 {
-    const qint64 version = m_reader->dataVersion();
-    if (!m_hasMore && version == m_version && version != 0) {
-        return Status::done();
+    News news;
+    if (isServerAddress(reader.path())) {
+        news.keepers = keepersOf(reader);
     }
-    m_hasMore = false;
-    if (m_version == 0) { // of a record that was mended all may be counted anew
+    news.version = reader.dataVersion();
+    news.change = known.change;
+    if (!known.hasMore && news.version == known.version && news.version != 0) {
+        news.isNothing = true;
+        return news;
+    }
+    if (known.version == 0) { // of a record that was mended all may be counted anew
         qint64 change = 0;
-        if (m_reader->lastAlarmChange(change) && change < m_lastAlarmChange) {
-            m_lastAlarmChange = 0;
+        if (reader.lastAlarmChange(change) && change < known.change) {
+            news.change = 0;
         }
     }
-    QList<EventRow> events;
-    QList<AlarmRow> alarms;
-    QHash<QString, QString> settings;
-    qint64 change = m_lastAlarmChange;
     // What belongs together is read at one moment: an alarm does not come before its notification.
-    Status done = m_reader->beginSnapshot();
-    if (done) {
-        done = m_reader->eventsAfter(m_lastEvent, [&](const EventRow &event) {
-            events += event;
-            return events.size() < slice;
-        });
-        const bool hasMore = events.size() == slice;
-        if (done && !hasMore) {
-            done = m_reader->alarmsChangedAfter(change, [&](const AlarmRow &alarm, qint64 at) {
-                alarms += alarm;
-                change = at;
-            });
-        }
-        if (done) {
-            done = m_reader->settings(settings);
-        }
-        m_reader->endSnapshot();
-        m_hasMore = done && hasMore;
+    news.status = reader.beginSnapshot();
+    if (!news.status) {
+        return news;
     }
-    if (!done) { // the next try has a new connection
+    news.status = reader.eventsAfter(known.event, [&](const EventRow &event) {
+        news.events += event;
+        return news.events.size() < slice;
+    });
+    news.hasMore = news.events.size() == slice;
+    if (news.status && !news.hasMore) {
+        news.status = reader.alarmsChangedAfter(news.change, [&](const AlarmRow &alarm, qint64 at) {
+            news.alarms += alarm;
+            news.change = at;
+        });
+    }
+    if (news.status) {
+        news.status = reader.settings(news.settings);
+    }
+    reader.endSnapshot();
+    return news;
+}
+
+void ListFollower::take(const News &news)
+{
+    if (news.keepers) {
+        m_keepers = *news.keepers;
+    }
+    if (news.isNothing) {
+        return;
+    }
+    m_hasMore = news.status && news.hasMore;
+    if (!news.status) { // the next try has a new connection
         m_reader = std::make_unique<RecordReader>(m_path);
         m_version = 0;
-        return done;
+        return;
     }
-    m_version = version;
-    m_lastAlarmChange = change;
-    const QString beat = settings.value(beatSetting());
-    if (!events.isEmpty() || !alarms.isEmpty() || beat != m_beat) { // requests are of others
+    m_version = news.version;
+    m_lastAlarmChange = news.change;
+    const QString beat = news.settings.value(beatSetting());
+    if (!news.events.isEmpty() || !news.alarms.isEmpty() || beat != m_beat) { // requests are of others
         m_beat = beat;
         m_unheard = Milliseconds(0);
     }
-    for (const EventRow &event : std::as_const(events)) {
-        m_lastEvent = event.id;
-        m_listener.event(event);
+    for (const EventRow &event : news.events) {
+        if (event.id > m_lastEvent) { // or it was told since the look began
+            m_lastEvent = event.id;
+            m_listener.event(event);
+        }
     }
-    for (const AlarmRow &alarm : std::as_const(alarms)) {
+    for (const AlarmRow &alarm : news.alarms) {
         m_listener.alarm(alarm);
     }
-    m_listener.settings(settings);
-    return done;
+    m_listener.settings(news.settings);
 }
 
 } // namespace ktr

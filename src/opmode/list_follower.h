@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/timers.h"
-#include "record/record_reader.h"
+#include "record/record_queries.h"
 
 #include <QByteArray>
 
@@ -11,7 +11,7 @@ namespace ktr {
 
 /// Follows a list of stations that another program keeps: four times a second it looks whether its record has
 /// something new, and whether that program still holds the list. What is new is told in slices, so that the
-/// thread answers meanwhile.
+/// thread answers meanwhile. A record on a server is asked on a thread of its own.
 class ListFollower
 {
 public:
@@ -51,8 +51,34 @@ public:
     void lookAtHolder();
 
 private:
+    /// What a look gives.
+    struct News
+    {
+        Status status = Status::done();
+        qint64 version = 0;
+        bool isNothing = false; ///< since the last look
+        QList<EventRow> events{};
+        bool hasMore = false;
+        QList<AlarmRow> alarms{};
+        qint64 change = 0; ///< the last one of an alarm
+        QHash<QString, QString> settings{};
+        std::optional<QString> keepers{}; ///< of a server's record, in words
+    };
+    /// What is known when a look begins.
+    struct Known
+    {
+        qint64 version = 0;
+        qint64 event = 0;
+        qint64 change = 0;
+        bool hasMore = false;
+    };
+
+    static News read(RecordReader &reader, Known known);
+    static QString keepersOf(RecordReader &reader);
+    Known known() const { return {m_version, m_lastEvent, m_lastAlarmChange, m_hasMore}; }
     void look();
-    Status read();
+    void looked(const News &news);
+    void take(const News &news);
     void lookLater(Milliseconds delay);
 
     QString m_path;
@@ -60,7 +86,9 @@ private:
     Listener m_listener;
     std::unique_ptr<OneShotTimer> m_timer;
     std::unique_ptr<RecordReader> m_reader;
-    std::optional<QByteArray> m_holder; ///< what the lock's file says
+    std::optional<RecordQueries> m_queries; ///< of a server's record
+    QString m_keepers;                      ///< likewise
+    std::optional<QByteArray> m_holder;     ///< what the lock's file says
     bool m_isOfRecord = false;
     qint64 m_version = 0;
     qint64 m_lastEvent = 0;

@@ -96,7 +96,7 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
 {
     clearTree();
     m_states.clear();
-    if (isServerAddress(nodesPath)) {
+    if (isServerAddress(nodesPath) && use != Use::Look) {
         return openShared(nodesPath, use);
     }
     if (use == Use::Look) {
@@ -127,8 +127,7 @@ Status OperationalMode::openShared(const QString &address, Use use)
 {
     if (use != Use::Keep) {
         m_hindrance = Hindrance::InUse;
-        return Status::failed(
-            tr("%1: stations of a database server are watched by \"ktrcli keep\" alone").arg(address));
+        return Status::failed(tr("%1: the stations are shared by keepers").arg(address));
     }
     (void)m_list.look(address);
     const OpenedRecord opened = m_record.open();
@@ -147,6 +146,7 @@ Status OperationalMode::openShared(const QString &address, Use use)
     m_alarms.load({}, AlarmActions::shelves(settings.value(AlarmActions::shelvesSetting)));
     m_record.add(EventKind::Started, {}, moment(), m_services.name, ListRecord::By::Program);
     m_isOpen = true;
+    m_desk.start();
     m_scheduler.start();
     beginWatchAlarms(Status::done(), 0);
     awaitNextMinute();
@@ -317,7 +317,7 @@ Status OperationalMode::join(const QString &nodesPath)
     connect(m_joined.get(), &JoinedList::replaced, this, &OperationalMode::joinAgain,
             Qt::QueuedConnection); // not from inside its own call
     connect(m_joined.get(), &JoinedList::settingsChanged, this, &OperationalMode::takeSettings);
-    Status joined = m_joined->open(file);
+    Status joined = isServerAddress(nodesPath) ? m_joined->openShared() : m_joined->open(file);
     if (!joined) {
         m_joined.reset();
         clearTree();

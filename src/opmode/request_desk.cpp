@@ -4,6 +4,7 @@
 #include "opmode/request_sender.h"
 #include "opmode/tree/notifications.h"
 #include "record/json_text.h"
+#include "record/record_address.h"
 
 namespace ktr {
 
@@ -35,6 +36,9 @@ void RequestDesk::start()
 {
     m_start = m_parts.moment();
     m_last = 0;
+    if (isServerAddress(m_parts.record.path())) {
+        m_queries.emplace(m_parts.record.path());
+    }
     m_timer->start(period, [this] { look(); });
 }
 
@@ -42,11 +46,23 @@ void RequestDesk::stop()
 {
     m_timer->stop();
     m_reader.reset();
+    m_queries.reset();
 }
 
 void RequestDesk::look()
 {
     m_timer->start(period, [this] { look(); });
+    if (m_queries) {
+        if (!m_queries->isWaitedFor(this)) {
+            m_queries->ask(
+                this,
+                [version = m_version, last = m_last](RecordReader &reader) {
+                    return find(reader, version, last);
+                },
+                [this](const Found &found) { take(found); });
+        }
+        return;
+    }
     if (!m_parts.record.isOpen()) {
         m_reader.reset(); // another one may take its place
         return;
@@ -55,24 +71,48 @@ void RequestDesk::look()
         m_reader = std::make_unique<RecordReader>(m_parts.record.path());
         m_version = 0;
     }
-    const qint64 version = m_reader->dataVersion();
-    if (version == m_version && version != 0) {
-        return;
+    take(find(*m_reader, m_version, m_last));
+}
+
+RequestDesk::Found RequestDesk::find(RecordReader &reader, qint64 version, qint64 last)
+{
+    Found found;
+    found.version = reader.dataVersion();
+    if (found.version != version || version == 0) {
+        found.status = reader.openRequests(last, [&](const RequestRow &row) { found.rows += row; });
     }
-    QList<RequestRow> rows;
-    if (!m_reader->openRequests(m_last, [&](const RequestRow &row) { rows += row; })) {
+    return found;
+}
+
+void RequestDesk::take(const Found &found)
+{
+    if (!found.status) {
         m_reader.reset(); // the next look has a new connection
         return;
     }
-    m_version = version;
-    for (const RequestRow &row : std::as_const(rows)) {
-        handle(row);
+    m_version = found.version;
+    for (const RequestRow &row : found.rows) {
+        if (!m_queries || isOwn(row)) {
+            handle(row);
+        }
+        m_last = row.id;
     }
+}
+
+/// Of those who share the list: each request is about one station.
+bool RequestDesk::isOwn(const RequestRow &row) const
+{
+    const QJsonObject about = jsonOf(row.detail).object();
+    const QJsonArray entries = about[member::entries].toArray();
+    const QList<qint64> alarms = alarmsOf(about);
+    const AlarmRow *alarm = alarms.isEmpty() ? nullptr : m_parts.alarms.alarm(alarms.constFirst());
+    const qint64 station = !entries.isEmpty() ? entries.first()[member::station].toInteger()
+                                              : about[member::station].toInteger();
+    return alarm != nullptr || !m_parts.record.kennung(station).isEmpty();
 }
 
 void RequestDesk::handle(const RequestRow &row)
 {
-    m_last = row.id;
     const qint64 now = m_parts.moment();
     const Status done =
         row.at < m_start ? Status::failed(tr("it was asked for before the stations were watched"))
@@ -103,6 +143,9 @@ Status RequestDesk::carryOut(const QString &what, const QJsonObject &about)
     if (what == requests::shift) {
         m_parts.record.addShift(m_parts.moment());
         return Status::done();
+    }
+    if (m_queries && (what == requests::shelve || what == requests::maintain || what == requests::unshelve)) {
+        return Status::failed(tr("alarms of stations that keepers share cannot be put aside yet"));
     }
     bool isKnown = true;
     Status done = onAlarms(what, about, isKnown);

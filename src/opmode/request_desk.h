@@ -4,14 +4,15 @@
 #include "opmode/alarm_actions.h"
 #include "opmode/request.h"
 #include "opmode/station_actions.h"
-#include "record/record_reader.h"
+#include "record/record_queries.h"
 
 #include <QCoreApplication>
 
 namespace ktr {
 
 /// Carries out the requests of programs that joined the list, in the names of their operators, and answers
-/// each in the record. Looks for new ones four times a second.
+/// each in the record. Looks for new ones four times a second. Of a list that keepers share it does what is
+/// about the stations that are this program's.
 class RequestDesk
 {
     Q_DECLARE_TR_FUNCTIONS(RequestDesk)
@@ -28,7 +29,17 @@ public:
     void stop();
 
 private:
+    struct Found
+    {
+        Status status = Status::done();
+        qint64 version = 0;
+        QList<RequestRow> rows{};
+    };
+
+    static Found find(RecordReader &reader, qint64 version, qint64 last);
     void look();
+    void take(const Found &found);
+    bool isOwn(const RequestRow &row) const;
     void handle(const RequestRow &row);
     Status carryOut(const RequestRow &row);
     Status carryOut(const QString &what, const QJsonObject &about);
@@ -43,6 +54,7 @@ private:
     AlarmActions &m_alarmActions;
     std::unique_ptr<OneShotTimer> m_timer;
     std::unique_ptr<RecordReader> m_reader; ///< while the record is written
+    std::optional<RecordQueries> m_queries; ///< likewise, of one on a server: nobody waits for that
     qint64 m_start = 0;
     qint64 m_version = 0;
     qint64 m_last = 0; ///< number of the request that was taken last

@@ -1,8 +1,7 @@
 #include "opmode/shared_list.h"
 
 #include "opmode/keeping/list_replay.h"
-#include "opmode/tree/notifications.h"
-#include "opmode/tree/station_tree_loader.h"
+#include "opmode/recorded_tree.h"
 
 namespace ktr {
 
@@ -40,11 +39,11 @@ void SharedList::read()
     if (m_wanted.isEmpty() || m_queries.isWaitedFor(this)) {
         return;
     }
-    QList<qint64> next = m_wanted.values().mid(0, mostAtOnce);
     m_queries.ask(
         this,
-        [next](RecordReader &reader) {
+        [next = m_wanted.values().mid(0, mostAtOnce)](RecordReader &reader) {
             Read read;
+            read.asked = next;
             read.status = reader.stateOf(next, read.states);
             return read;
         },
@@ -58,31 +57,10 @@ void SharedList::take(const Read &read)
         m_again->start(readAgainDelay, [this] { this->read(); });
         return;
     }
-    QHash<qint64, QString> names;
-    {
-        StationTreeLoader loader(m_parts.tree);
-        for (const StationRow &row : read.states.stations) {
-            if (m_wanted.contains(row.id)) { // or it was lost meanwhile
-                const QString kennung = freeName(row.name);
-                const std::string stored = storedText(kennung);
-                if (loader.load(stored, stored, StationTree::normalColour)) {
-                    names.insert(row.id, kennung);
-                }
-            }
-        }
-        for (const NotificationRow &row : read.states.notifications) {
-            const QString kennung = names.value(row.station);
-            const std::string key = storedText(entryKey(kennung, branches::notifications, row.entry));
-            const bool isRed = row.raised != 0 && row.acknowledged == 0;
-            if (!kennung.isEmpty() &&
-                loader.load(key, storedText(row.entry),
-                            isRed ? StationTree::alarmColour : StationTree::normalColour)) {
-                (void)loader.loadArrival(
-                    key, {row.last, row.acknowledged, static_cast<int>(row.count), row.raised});
-            }
-        }
-        loader.colourStationsInAlarm();
-    }
+    RecordedStations states = read.states;
+    states.stations.removeIf(
+        [this](const StationRow &row) { return !m_wanted.contains(row.id); }); // lost meanwhile
+    const QHash<qint64, QString> names = loadStations(m_parts.tree, states);
     QList<AlarmRow> alarms;
     for (const AlarmRow &alarm : read.states.alarms) {
         if (names.contains(alarm.station)) {
@@ -95,8 +73,8 @@ void SharedList::take(const Read &read)
         if (names.contains(row.id)) {
             takeStation(row, names.value(row.id));
         }
-        m_wanted.remove(row.id);
     }
+    m_wanted.subtract(QSet(read.asked.cbegin(), read.asked.cend()));
     Q_EMIT shareChanged(m_parts.stations.Count());
     this->read();
 }
@@ -107,14 +85,6 @@ void SharedList::takeStation(const StationRow &row, const QString &kennung)
     m_stationActions.begin(kennung, stationAttributes(row.attributes));
     m_stationActions.goOn(kennung);
     Q_EMIT begun(kennung);
-}
-
-/// Two keepers may have given two stations one name. A name of somebody else's making has its place all the
-/// same.
-QString SharedList::freeName(const QString &name) const
-{
-    const QString usable = QString::fromStdString(storedText(name)).replace(u'/', u'-').trimmed();
-    return m_parts.tree.freeName(usable.isEmpty() ? QStringLiteral("?") : usable);
 }
 
 void SharedList::lost(const QList<qint64> &stations)

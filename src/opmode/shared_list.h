@@ -40,7 +40,8 @@ private:
     struct Read
     {
         Status status = Status::done();
-        RecordedStations states;
+        QList<qint64> asked{};
+        RecordedStations states{};
     };
     struct Leaving
     {
@@ -53,7 +54,6 @@ private:
     void read();
     void take(const Read &read);
     void takeStation(const StationRow &row, const QString &kennung);
-    QString freeName(const QString &name) const;
 
     ListParts m_parts;
     StationActions &m_stationActions;

@@ -130,10 +130,10 @@ bool BackgroundWork::sortKinds(RecordDatabase &database, bool &hasMore)
     }
     const qint64 begin = numbers[0][0].toLongLong();
     const qint64 last = numbers[0][1].toLongLong();
-    const qint64 end = std::min(begin + eventsOfAStep, last);
     if (begin >= last) {
         return true;
     }
+    const qint64 end = std::min(begin + eventsOfAStep, last);
     hasMore = end < last;
     const QString rows = u", at, id, station FROM event WHERE id > ? AND id <= ?"_s;
     return carriedOut(database,

@@ -39,7 +39,8 @@ Leases::~Leases()
     m_thread.wait();
 }
 
-/// The stations of a keeper that is not there are anybody's. Over a new connection where the old one was lost.
+/// The stations of a keeper that is not there are anybody's. Over a new connection where the old one was
+/// lost.
 void Leases::giveBack()
 {
     const QString gone = u"DELETE FROM keeper WHERE id = %1"_s.arg(m_keeper);

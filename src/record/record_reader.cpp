@@ -261,6 +261,21 @@ Status RecordReader::statesOfRun(const QList<EventKind> &kinds,
                 });
 }
 
+Status RecordReader::latestOf(const QList<EventKind> &kinds, int ofEach,
+                              const std::function<void(const EventRow &)> &take)
+{
+    return each(
+        u"SELECT "_s + eventColumns + u" FROM station CROSS JOIN (VALUES ("_s +
+            listOf(kinds).mid(1).chopped(1).replace(u","_s, u"), ("_s) +
+            u")) AS wanted(kind) CROSS JOIN LATERAL (SELECT * FROM event WHERE event.station = station.id"
+            " AND event.kind = wanted.kind AND event.kind < 20 ORDER BY event.id DESC LIMIT ?) AS event"
+            " WHERE station.listed = 1 ORDER BY event.id"_s,
+        {ofEach}, [&](const QSqlQuery &row) {
+            take(eventOf(row));
+            return true;
+        });
+}
+
 Status RecordReader::beginSnapshot()
 {
     const Status opened = open();

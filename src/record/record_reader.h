@@ -167,8 +167,8 @@ public:
     Status notifications(const std::function<void(const NotificationRow &)> &take);
     /// The alarms that are not acknowledged or not over, the oldest first.
     Status openAlarms(const std::function<void(const AlarmRow &)> &take);
-    /// Who shares the stations of a server's record and is there, the longest first; how many stations are in the
-    /// list, whoever has them.
+    /// Who shares the stations of a server's record and is there, the longest first; how many stations are in
+    /// the list, whoever has them.
     Status keepers(QList<KeeperRow> &keepers, qint64 &stations);
     /// What stands of some stations, as it is at this moment.
     Status stateOf(const QList<qint64> &stations, RecordedStations &states);
@@ -181,6 +181,10 @@ public:
     /// The latest event of each of these kinds about each station, in the order of their numbers, since the
     /// present or last keeper started. Kinds from Alive on alone.
     Status statesOfRun(const QList<EventKind> &kinds, const std::function<void(const EventRow &)> &take);
+    /// The latest events of each of these kinds, below 20, about each station in a server's list, in the
+    /// order of their numbers.
+    Status latestOf(const QList<EventKind> &kinds, int ofEach,
+                    const std::function<void(const EventRow &)> &take);
     /// The value of a setting; nothing when there is none.
     Status setting(const QString &name, std::optional<QString> &value);
     Status settings(QHash<QString, QString> &values);

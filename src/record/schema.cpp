@@ -79,7 +79,8 @@ const QList<QStringList> &fileSteps()
 /// commits; see RecordDatabase::beginNumbers().
 const QList<QStringList> &serverSteps()
 {
-    static const QString endless = QString::number(std::numeric_limits<qint64>::max());
+    static const QString endless =
+        QString::number(std::numeric_limits<qint64>::max() / 2); // a bit may be added
     static const QList<QStringList> all{
         {
             u"CREATE EXTENSION IF NOT EXISTS pg_trgm SCHEMA ktrconfig"_s,
@@ -187,6 +188,8 @@ const QList<QStringList> &serverSteps()
             " at timestamptz NOT NULL DEFAULT now())"_s,
         },
         {
+            // What each station said and was last, for those who begin to look on.
+            u"CREATE INDEX event_last ON event(station, kind, id) WHERE station IS NOT NULL AND kind < 20"_s,
             // Which user of the database asked; nobody can say otherwise.
             u"ALTER TABLE request ADD COLUMN login text NOT NULL DEFAULT session_user"_s,
             // As RecordReader reads values: what a text begins with, 0 where that is no number but there is

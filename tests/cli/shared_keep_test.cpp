@@ -1,5 +1,7 @@
+#include "opmode/operational_mode.h"
 #include "support/module_process.h"
 #include "support/private_postgres.h"
+#include "support/recorded_line.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -66,6 +68,11 @@ private Q_SLOTS:
         one = keeper(); // the place of the old one is nobody's
         QTRY_COMPARE_WITH_TIMEOUT(shares(), (QList<int>{4, 4}), 60'000);
 
+        whoJoinsSeesAndAsks();
+        if (QTest::currentTestFailed()) {
+            return;
+        }
+
         m_server.kill();
         QCOMPARE(m_server.startAgain(), QString());
         const int then = count(u"event"_s);
@@ -85,6 +92,62 @@ private Q_SLOTS:
     }
 
 private:
+    /// As a window does, from any machine.
+    void whoJoinsSeesAndAsks()
+    {
+        ktr::EventLoopTimers timers;
+        ktr::OperationalMode window(
+            {.environment = ktr::systemEnvironment(),
+             .timers = timers,
+             .createLine = [] { return std::make_unique<ktr::test::RecordedLine>(); }},
+            ktr::stationCaptions({}));
+        QStringList told;
+        QObject::connect(&window, &ktr::OperationalMode::statusMessage, &window,
+                         [&told](const QString &line) { told += line; });
+        const ktr::Status joined = window.open(m_address, ktr::OperationalMode::Use::Look);
+        QVERIFY2(joined, qPrintable(joined.message()));
+        QVERIFY(window.isJoined() && window.keeper().count(u"ktrcli ("_s) == 2);
+        QCOMPARE(window.tree().rowCount(), 8);
+        const auto &standing = window.alarms().standing();
+        QVERIFY(!standing.empty());
+        QTRY_VERIFY_WITH_TIMEOUT(
+            window.stations().Item(kennung(window, 0))->liveness() == ktr::cStation::Liveness::Alive, 60'000);
+
+        // Of all stations at once, whoever their keepers are.
+        QList<qint64> alarms;
+        for (const auto &[id, alarm] : standing) {
+            if (alarm.acknowledged == 0 && alarm.station != 0) {
+                alarms += id;
+            }
+        }
+        window.setOperator(u"Anna"_s);
+        QVERIFY(window.acknowledgeAlarms(alarms));
+        QTRY_VERIFY2_WITH_TIMEOUT(
+            std::ranges::none_of(alarms,
+                                 [&window](qint64 id) {
+                                     const ktr::AlarmRow *alarm = window.alarms().alarm(id);
+                                     return alarm != nullptr && alarm->acknowledged == 0;
+                                 }),
+            qPrintable(told.join(u'\n')), 60'000);
+        QCOMPARE(count(u"alarm WHERE acknowledged_by = 'Anna'"_s), int(alarms.size()));
+
+        for (const int row : {0, 7}) {
+            window.setOnline(kennung(window, row), false);
+            QTRY_VERIFY2_WITH_TIMEOUT(!window.station(kennung(window, row))->online(),
+                                      qPrintable(told.join(u'\n')), 60'000);
+        }
+        window.setAllOnline(true);
+        QTRY_VERIFY2_WITH_TIMEOUT(window.station(kennung(window, 0))->online() &&
+                                      window.station(kennung(window, 7))->online(),
+                                  qPrintable(told.join(u'\n')), 60'000);
+        QVERIFY2(told.isEmpty(), qPrintable(told.join(u'\n')));
+    }
+
+    static QString kennung(ktr::OperationalMode &window, int row)
+    {
+        return window.tree().index(row, 0).data(ktr::StationTree::KeyRole).toString();
+    }
+
     std::unique_ptr<ModuleProcess> keeper() const
     {
         return std::make_unique<ModuleProcess>(QStringList{u"keep"_s, u"--record"_s, m_address},

@@ -1,0 +1,44 @@
+#include "cli/shared_record.h"
+
+#include "record/record_address.h"
+
+namespace ktr::cli {
+
+namespace {
+
+const QString recordOption = QStringLiteral("record");
+const char *const recordVariable = "KTR_RECORD";
+
+} // namespace
+
+void addRecordOption(Arguments &arguments)
+{
+    arguments.addOption({recordOption,
+                         QStringLiteral("The record on a server: postgresql://[USER@][HOST[:PORT]]/DATABASE; "
+                                        "the password comes from PostgreSQL's password file."),
+                         QStringLiteral("ADDRESS")});
+}
+
+QString sharedRecord(const Arguments &arguments)
+{
+    return arguments.isSet(recordOption)       ? arguments.value(recordOption)
+           : arguments.positional(0).isEmpty() ? qEnvironmentVariable(recordVariable)
+                                               : QString();
+}
+
+std::optional<int> checkSharedRecord(const Arguments &arguments)
+{
+    const QString record = sharedRecord(arguments);
+    if (record.isEmpty() == arguments.positional(0).isEmpty()) {
+        return arguments.wrong(
+            record.isEmpty() ? QStringLiteral("the list is missing, or --record")
+                             : QStringLiteral("--record has the stations; a list beside it is too much"));
+    }
+    if (!record.isEmpty() && !isServerAddress(record)) {
+        return arguments.wrong(
+            QStringLiteral("--record: \"%1\" does not begin with postgresql://").arg(record));
+    }
+    return std::nullopt;
+}
+
+} // namespace ktr::cli
