@@ -93,7 +93,7 @@ bool RowWriting::carryOut(std::size_t slot, const char *statement, const Values 
 bool RowWriting::needMonth(const QString &table, qint64 at, QSet<qint64> &months)
 {
     constexpr qint64 since = 1'262'304'000'000; // 2010
-    constexpr qint64 ahead = 2 * 366 * 86'400'000LL;
+    constexpr qint64 ahead = qint64{2} * 366 * 86'400'000;
     if (!m_isServer || at < since || at > QDateTime::currentMSecsSinceEpoch() + ahead) {
         return true;
     }
