@@ -99,7 +99,8 @@ void fill(Place &place, const std::vector<fuzz::Step> &steps)
     fuzz::require(
         isDone &&
             place.database.execute(
-                {u"INSERT INTO setting(name, value) VALUES('schema', '%1')"_s.arg(newestSchema(place.database)),
+                {u"INSERT INTO setting(name, value) VALUES('schema', '%1')"_s.arg(
+                     newestSchema(place.database)),
                  u"INSERT INTO list_file(checksum, upto, written_at) VALUES('%1', 0, 0)"_s.arg(place.mark)}),
         "the tables are empty");
     for (const fuzz::Step &step : steps) {
