@@ -9,6 +9,8 @@
 #include "simulator/fleet.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
+#include <QFile>
 #include <QHash>
 
 namespace ktr::cli {
@@ -21,6 +23,7 @@ const QString nodesOption = QStringLiteral("nodes");
 const QString everyOption = QStringLiteral("every");
 const QString silentOption = QStringLiteral("silent");
 const QString seedOption = QStringLiteral("seed");
+const QString ledgerOption = QStringLiteral("ledger");
 
 /// The list of stations that has all modules of the fleet. Only the stations: the program makes what is under
 /// them, in its own language.
@@ -36,10 +39,11 @@ QByteArray nodesOf(const Fleet &fleet, const FleetOptions &options)
         const QString port = isUsualPort ? QString() : u':' + QString::number(fleet.port(module));
         addresses.insert(name, Fleet::address(module) + port);
     }
-    return writeNodes(nodes, [&addresses](const QString &kennung) {
+    return writeNodes(nodes, [&addresses, &options](const QString &kennung) {
         StationAttributes station;
         station.hostAddress = addresses.value(kennung);
         station.online = true;
+        station.exclusiveMode = bool(options.ledger); // its texts are answered
         return station;
     });
 }
@@ -87,6 +91,11 @@ void addFleetOptions(Arguments &arguments)
                          QStringLiteral("COUNT")});
     arguments.addOption({seedOption, QStringLiteral("Chooses the values and what happens in a fleet."),
                          QStringLiteral("SEED")});
+    arguments.addOption(
+        {ledgerOption,
+         QStringLiteral("Writes what each module of a fleet sent, and what was answered; they "
+                        "number their texts, and repeat those that nobody answers."),
+         QStringLiteral("FILE")});
 }
 
 bool wantsFleet(const Arguments &arguments)
@@ -97,7 +106,7 @@ bool wantsFleet(const Arguments &arguments)
 QString fleetOptionInUse(const Arguments &arguments)
 {
     for (const QString &option :
-         {fleetOption, portOption, nodesOption, everyOption, silentOption, seedOption}) {
+         {fleetOption, portOption, nodesOption, everyOption, silentOption, seedOption, ledgerOption}) {
         if (arguments.isSet(option)) {
             return option;
         }
@@ -114,6 +123,17 @@ int simulateFleet(const Arguments &arguments, const DatagramFaults &network)
 {
     std::optional<FleetOptions> options = fleetOptions(arguments);
     options->network = network;
+    QFile ledger(arguments.value(ledgerOption));
+    if (arguments.isSet(ledgerOption)) {
+        if (!ledger.open(QIODevice::WriteOnly)) {
+            return fail(fileFailure(ledger.fileName(), ledger.errorString()).message());
+        }
+        options->ledger = [&ledger](int module, QLatin1String what, const QString &text) {
+            const QStringList line{QString::number(QDateTime::currentMSecsSinceEpoch()), Fleet::name(module),
+                                   what, text};
+            ledger.write((line.join(u'\t') + u'\n').toUtf8());
+        };
+    }
     EventLoopTimers timers;
     IoThread io;
     Interruption interruption(io, [] { QCoreApplication::quit(); });

@@ -16,10 +16,11 @@ const QString endOfSms = QStringLiteral("\x1A");
 
 } // namespace
 
-FieldModule::FieldModule(const FieldModuleOptions &options, Send send, Now now)
+FieldModule::FieldModule(const FieldModuleOptions &options, Send send, Now now, Told told)
     : m_options(options),
       m_send(std::move(send)),
       m_now(std::move(now)),
+      m_told(std::move(told)),
       m_texts(options.seed),
       m_random(chanceFrom(~options.seed)),
       m_number(QStringLiteral("+49170%1").arg(options.seed % 10'000'000, 7, 10, QLatin1Char('0')))
@@ -45,13 +46,25 @@ void FieldModule::hear(const QString &line)
         hearConfig();
     } else if (line.contains(QLatin1String(",\"+IP\""))) {
         waitFor(Step::TakingText, longestWait);
-    } else if (line == QLatin1String("OK")) {
-        if (m_step == Step::Addressing) {
-            say(takeSms());
-            waitFor(Step::Sending, longestWait);
-        } else if (m_step == Step::Reading || m_step == Step::Sending) {
-            sendNextSms();
-        }
+    } else if (line == m_said) {
+        m_isRepeated = true;
+    } else if (line == QLatin1String("OK") && std::exchange(m_isRepeated, false)) {
+        hearOk();
+    }
+}
+
+void FieldModule::hearOk()
+{
+    if (m_step == Step::Addressing) {
+        tell(m_toSend.front(), false);
+        say(m_toSend.front() + endOfSms);
+        waitFor(Step::Sending, longestWait);
+    } else if (m_step == Step::Sending) {
+        tell(m_toSend.front(), true);
+        dropSms();
+        sendNextSms();
+    } else if (m_step == Step::Reading) {
+        sendNextSms();
     }
 }
 
@@ -74,7 +87,7 @@ void FieldModule::hearConfig()
 void FieldModule::takeCommand(const QString &command)
 {
     ++m_commandsTaken;
-    if (command == QLatin1String("A*")) {
+    if (command == QLatin1String("A*") && !m_options.isCounted) {
         m_toSend.push_back(m_texts.allValues(m_now()));
     }
     m_lookAgain = true;
@@ -91,6 +104,10 @@ std::optional<Milliseconds> FieldModule::wake()
         begin();
         break;
     case Step::AskedForSim:
+        if (m_options.isCounted) { // there is no other modem
+            rest();
+            break;
+        }
         say(m_lockedFor > 0 ? QStringLiteral("+CPIN: SIM PUK\r\n") : QStringLiteral("+CPIN: READY\r\n"));
         if (m_lockedFor > 0) {
             --m_lockedFor;
@@ -116,9 +133,13 @@ std::optional<Milliseconds> FieldModule::wake()
     return m_wait;
 }
 
-void FieldModule::begin()
+void FieldModule::addTexts()
 {
-    if (!std::exchange(m_reportedHistory, true)) {
+    if (m_options.isCounted) {
+        if (m_toSend.empty()) {
+            m_toSend.push_back(FieldTexts::counted(++m_count));
+        }
+    } else if (!std::exchange(m_reportedHistory, true)) {
         for (const QString &text : m_texts.history(m_now(), hoursOfHistory)) {
             m_toSend.push_back(text);
         }
@@ -128,6 +149,11 @@ void FieldModule::begin()
             m_toSend.push_back(text);
         }
     }
+}
+
+void FieldModule::begin()
+{
+    addTexts();
     if (m_lockedFor == 0 && chance(400) == 0) {
         m_lockedFor = 3;
     }
@@ -148,7 +174,8 @@ void FieldModule::useOwnModem()
     } else if (!std::exchange(m_isAddressed, !m_isAddressed)) {
         say(addressing());
     } else {
-        say(takeSms());
+        say(m_toSend.front() + endOfSms);
+        dropSms();
         m_ownDialogue.push_back(QStringLiteral("OK\r\n"));
     }
     waitFor(Step::OnOwnModem, pace);
@@ -168,12 +195,17 @@ void FieldModule::sendNextSms()
     }
 }
 
-QString FieldModule::takeSms()
+void FieldModule::dropSms()
 {
     ++m_smsSent;
-    QString text = m_toSend.front() + endOfSms;
     m_toSend.pop_front();
-    return text;
+}
+
+void FieldModule::tell(const QString &text, bool isAnswered) const
+{
+    if (m_told) {
+        m_told(text, isAnswered);
+    }
 }
 
 void FieldModule::rest()
@@ -184,6 +216,8 @@ void FieldModule::rest()
 
 void FieldModule::say(const QString &text)
 {
+    m_said = text.chopped(1);
+    m_isRepeated = false;
     m_send(toWindows1252(text));
 }
 

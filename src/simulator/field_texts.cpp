@@ -104,4 +104,11 @@ QStringList FieldTexts::next(const QDateTime &now)
     return {QStringLiteral("R,%1,%2").arg(channel).arg(m_values.value(channel, now))};
 }
 
+QString FieldTexts::counted(int number)
+{
+    constexpr int alarmEvery = 20;
+    return number % alarmEvery == 0 ? QStringLiteral("M,Pumpe 1 fail %1").arg(number)
+                                    : QStringLiteral("R,%1,%2").arg(1 + number % channelCount).arg(number);
+}
+
 } // namespace ktr

@@ -32,6 +32,9 @@ public:
     /// values or of the last hours. An alarm comes back later as its good message.
     QStringList next(const QDateTime &now);
 
+    /// A text that a module says once: mostly a value, which is the number, each twentieth an alarm.
+    static QString counted(int number);
+
 private:
     int chance(int below) { return static_cast<int>((m_random() >> 8U) % static_cast<unsigned>(below)); }
     QString notification(const QDateTime &now);

@@ -50,8 +50,9 @@ Fleet::Fleet(IoThread &io, Timers &timers, const FleetOptions &options, QueuedCa
                   [this](const QByteArray &datagram) { m_sockets.send(m_current, datagram); }),
       m_toModule(timers, options.network, [this](const QByteArray &datagram) { arrived(datagram); }),
       m_timer(timers.create()),
-      m_sockets(io, [this](std::size_t module, const QByteArray &datagram) {
+      m_sockets(io, [this](std::size_t module, const QByteArray &datagram, quint16 program) {
           m_current = module;
+          notice(module, datagram, program);
           m_toModule.send(datagram);
           startTimer();
       })
@@ -59,8 +60,10 @@ Fleet::Fleet(IoThread &io, Timers &timers, const FleetOptions &options, QueuedCa
     const auto send = [this](const QByteArray &datagram) { m_toProgram.send(datagram); };
     for (int module = 0; module < options.modules; ++module) {
         const quint32 seed = options.seed * 10'007 + static_cast<quint32>(module);
-        m_modules.emplace_back(FieldModuleOptions{seed, options.every}, send, now);
+        m_modules.emplace_back(FieldModuleOptions{seed, options.every, bool(m_options.ledger)}, send, now,
+                               toldOf(module));
     }
+    m_programs.assign(m_modules.size(), 0);
     m_dueAt.assign(m_modules.size(), never);
 }
 
@@ -92,6 +95,25 @@ void Fleet::arrived(const QByteArray &datagram)
     const auto answering = m_modules.size() - static_cast<std::size_t>(m_options.silent);
     if (m_current < answering) {
         wakeIn(m_current, m_modules[m_current].receive(datagram));
+    }
+}
+
+FieldModule::Told Fleet::toldOf(int module) const
+{
+    if (!m_options.ledger) {
+        return {};
+    }
+    return [ledger = m_options.ledger, module](const QString &text, bool isAnswered) {
+        ledger(module, isAnswered ? QLatin1String("answered") : QLatin1String("sent"), text);
+    };
+}
+
+/// Each announcement, and whatever comes first of another program.
+void Fleet::notice(std::size_t module, const QByteArray &datagram, quint16 program)
+{
+    const bool isAnother = std::exchange(m_programs[module], program) != program;
+    if (m_options.ledger && (isAnother || datagram == "config\r\n")) {
+        m_options.ledger(static_cast<int>(module), QLatin1String("heard"), QString::number(program));
     }
 }
 

@@ -19,6 +19,8 @@ struct FleetOptions
     int silent = 0;         ///< so many, the last ones, never answer
     DatagramFaults network; ///< of all modules together; none is overtaken
     quint32 seed = 1;
+    /// Is told what happens to each module, whose texts then are counted.
+    std::function<void(int module, QLatin1String what, const QString &text)> ledger;
 };
 
 /// Many modules in operation, each at a loopback address of its own.
@@ -54,6 +56,8 @@ private:
     };
 
     void arrived(const QByteArray &datagram);
+    FieldModule::Told toldOf(int module) const;
+    void notice(std::size_t module, const QByteArray &datagram, quint16 program);
     void wakeModules();
     void wakeIn(std::size_t module, std::optional<Milliseconds> wait);
     void startTimer();
@@ -64,6 +68,7 @@ private:
     DatagramPath m_toProgram;
     DatagramPath m_toModule;
     std::vector<FieldModule> m_modules;
+    std::vector<quint16> m_programs;   ///< who spoke to each last
     std::vector<Milliseconds> m_dueAt; ///< of each module; what the queue holds beside it does not count
     std::priority_queue<Due, std::vector<Due>, std::greater<>> m_queue;
     std::unique_ptr<OneShotTimer> m_timer;

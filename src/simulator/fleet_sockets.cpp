@@ -25,6 +25,7 @@ struct Datagram
 {
     std::size_t socket;
     QByteArray bytes;
+    quint16 from = 0;
 };
 
 /// What one thread hands over to another; the receiver is called once for all that waits.
@@ -140,7 +141,7 @@ private:
                 continue; // what was sent before had nobody to reach
             }
             from.program = {sender.address(), static_cast<quint16>(sender.port() + 1)};
-            if (m_in.add({index, QByteArray(m_input.data(), qsizetype(count))})) {
+            if (m_in.add({index, QByteArray(m_input.data(), qsizetype(count)), sender.port()})) {
                 QMetaObject::invokeMethod(
                     &m_receiver, [this] { deliver(); }, Qt::QueuedConnection);
             }
@@ -150,7 +151,7 @@ private:
     void deliver()
     {
         for (const Datagram &each : m_in.take()) {
-            m_received(each.socket, each.bytes);
+            m_received(each.socket, each.bytes, each.from);
         }
     }
 

@@ -16,7 +16,8 @@ class IoThread;
 class FleetSockets
 {
 public:
-    using Received = std::function<void(std::size_t socket, const QByteArray &datagram)>;
+    /// `program`: the port that it came from.
+    using Received = std::function<void(std::size_t socket, const QByteArray &datagram, quint16 program)>;
 
     /// `received` is called on the thread that made this object. Raises the limit of descriptors.
     FleetSockets(IoThread &io, Received received);

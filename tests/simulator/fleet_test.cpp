@@ -92,6 +92,35 @@ private Q_SLOTS:
         QVERIFY(!owner.messages.contains("3"));
     }
 
+    void aCountedTextIsRepeatedUntilItIsAnswered()
+    {
+        QByteArrayList said;
+        QStringList told;
+        FieldModule module(
+            {.isCounted = true}, [&said](const QByteArray &line) { said += line; }, [] { return noon; },
+            [&told](const QString &text, bool isAnswered) {
+                told += (isAnswered ? "answered " : "sent ") + text;
+            });
+        const auto answer = [&] { module.receive(said.last().chopped(1) + "\r\nOK\r\n"); };
+        module.receive("config\r\n");
+        for (int i = 0; i < 2; ++i) {
+            module.wake();
+            QCOMPARE(said.last(), "at+cpin?\r");
+            module.receive("OK\r\n"); // late, to what was said before
+            module.receive("config\r\n");
+            answer(); // that it looked for an SMS
+            answer(); // the number that it sends to
+            QCOMPARE(said.last(), "R,2,1\x1A");
+            if (i == 0) {
+                module.wake(); // the program fell silent
+            }
+        }
+        module.receive("OK\r\n");
+        QCOMPARE(told, (QStringList{"sent R,2,1", "sent R,2,1"}));
+        answer();
+        QCOMPARE(told.last(), "answered R,2,1");
+    }
+
     void everyTextIsUnderstoodAndFitsAnSms()
     {
         FieldTexts texts(7);
@@ -103,6 +132,7 @@ private Q_SLOTS:
         for (int i = 0; i < 1000; ++i, now = now.addSecs(20)) {
             all += texts.next(now);
         }
+        all += {FieldTexts::counted(1), FieldTexts::counted(20)};
         for (const QString &text : all) {
             QVERIFY2(text.size() <= 160, qPrintable(text));
             QCOMPARE(fromWindows1252(toWindows1252(text)), text);
