@@ -606,6 +606,13 @@
     </message>
 </context>
 <context>
+    <name>ListFollower</name>
+    <message>
+        <source>%1: the server does not answer</source>
+        <translation>%1: Der Server antwortet nicht</translation>
+    </message>
+</context>
+<context>
     <name>OutsideTexts</name>
     <message>
         <source>%1… [%2 characters left out] …%3</source>
@@ -1342,8 +1349,8 @@
         <translation>die Station steht nicht mehr in der Liste</translation>
     </message>
     <message>
-        <source>alarms of stations that keepers share cannot be put aside yet</source>
-        <translation>Alarme von Stationen, die sich mehrere Wächter teilen, können noch nicht zurückgestellt werden</translation>
+        <source>%1 is no administrator of the database</source>
+        <translation>%1 ist kein Administrator der Datenbank</translation>
     </message>
 </context>
 <context>
@@ -2669,6 +2676,26 @@ Wasserturm;turm.example.org:49111</translation>
         <source>joined, but not heard: %1</source>
         <translation>mitgelesen, aber ohne Nachricht: %1</translation>
     </message>
+    <message>
+        <source>%1 It is tried again all the time.</source>
+        <translation>%1 Es wird laufend erneut versucht.</translation>
+    </message>
+    <message>
+        <source>Since %1 nothing arrives here. The stations may be watched all the same; what is shown is how it was then. It is tried again all the time. %2</source>
+        <translation>Seit %1 kommt hier nichts mehr an. Die Stationen werden vielleicht trotzdem überwacht; angezeigt wird der Stand von damals. Es wird laufend erneut versucht. %2</translation>
+    </message>
+    <message>
+        <source>The record cannot be reached</source>
+        <translation>Die Aufzeichnung ist nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>the record cannot be reached</source>
+        <translation>die Aufzeichnung ist nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>Done in the program that watches the stations</source>
+        <translation>Geschieht in dem Programm, das die Stationen überwacht</translation>
+    </message>
 </context>
 <context>
     <name>ktr::HistoryPage</name>
@@ -2894,6 +2921,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Another program watches the stations; it is done there</source>
         <translation>Ein anderes Programm überwacht die Stationen; dort ist das zu tun</translation>
     </message>
+    <message>
+        <source>The record cannot be reached: nobody can be asked</source>
+        <translation>Die Aufzeichnung ist nicht erreichbar: Niemand kann gefragt werden</translation>
+    </message>
+    <message>
+        <source>The database does not let this user do that</source>
+        <translation>Die Datenbank erlaubt das diesem Benutzer nicht</translation>
+    </message>
 </context>
 <context>
     <name>ktr::KeepingTrouble</name>
@@ -3090,6 +3125,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The program that watches the stations is not heard</source>
         <translation>Von dem Programm, das die Stationen überwacht, kommt nichts mehr</translation>
+    </message>
+    <message>
+        <source>The record cannot be reached</source>
+        <translation>Die Aufzeichnung ist nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>The record is being opened</source>
+        <translation>Die Aufzeichnung wird geöffnet</translation>
     </message>
 </context>
 <context>
@@ -3366,10 +3409,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Der Datenträger mit der Aufzeichnung ist fast voll</translation>
     </message>
     <message>
-        <source>nobody watches the stations</source>
-        <translation>niemand überwacht die Stationen</translation>
-    </message>
-    <message>
         <source>The record cannot be opened yet, which is tried again all the time: %1</source>
         <translation>Die Aufzeichnung kann noch nicht geöffnet werden; das wird laufend wieder versucht: %1</translation>
     </message>
@@ -3380,6 +3419,33 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1: the stations are shared by keepers</source>
         <translation>%1: die Stationen werden von Wächtern geteilt</translation>
+    </message>
+    <message>
+        <source>The record cannot be reached</source>
+        <translation>Die Aufzeichnung ist nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>Nobody watches the stations</source>
+        <translation>Niemand überwacht die Stationen</translation>
+    </message>
+    <message>
+        <source>The database lets this user look on only</source>
+        <translation>Die Datenbank lässt diesen Benutzer nur zusehen</translation>
+    </message>
+    <message>
+        <source>The database lets administrators do that only</source>
+        <translation>Die Datenbank erlaubt das nur Administratoren</translation>
+    </message>
+    <message>
+        <source>Done in the program that watches the stations</source>
+        <translation>Geschieht in dem Programm, das die Stationen überwacht</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::OperationalModeOpener</name>
+    <message>
+        <source>Where the stations are could not be kept for the next start</source>
+        <translation>Wo die Stationen sind, konnte für den nächsten Start nicht gespeichert werden</translation>
     </message>
 </context>
 <context>
@@ -3496,12 +3562,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Flattern und Schweigen...</translation>
     </message>
     <message>
-        <source>Done in the program that watches the stations</source>
-        <translation>Geschieht in dem Programm, das die Stationen überwacht</translation>
-    </message>
-    <message>
-        <source>Nobody watches the stations</source>
-        <translation>Niemand überwacht die Stationen</translation>
+        <source>Where the stations are...</source>
+        <translation>Wo die Stationen sind...</translation>
     </message>
 </context>
 <context>
@@ -3531,6 +3593,33 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1 cannot be opened</source>
         <translation>%1 lässt sich nicht öffnen</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::PlaceDialog</name>
+    <message>
+        <source>In the list of this computer, which watches them itself</source>
+        <translation>In der Liste dieses Rechners, der sie selbst überwacht</translation>
+    </message>
+    <message>
+        <source>In a record on a database server, for which keepers watch them:</source>
+        <translation>In einer Aufzeichnung auf einem Datenbankserver, für die Wächter sie überwachen:</translation>
+    </message>
+    <message>
+        <source>Where the stations are</source>
+        <translation>Wo die Stationen sind</translation>
+    </message>
+    <message>
+        <source>It was given on the command line, or by the variable KTR_RECORD.</source>
+        <translation>Es wurde in der Befehlszeile oder mit der Variablen KTR_RECORD angegeben.</translation>
+    </message>
+    <message>
+        <source>The password stands in PostgreSQL&apos;s password file (~/.pgpass), not here.</source>
+        <translation>Das Kennwort steht in der Kennwortdatei von PostgreSQL (~/.pgpass), nicht hier.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; does not begin with postgresql://</source>
+        <translation>„%1“ beginnt nicht mit postgresql://</translation>
     </message>
 </context>
 <context>
@@ -3779,10 +3868,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The copy is written: %1</source>
         <translation>Die Kopie ist geschrieben: %1</translation>
-    </message>
-    <message>
-        <source>Done in the program that watches the stations</source>
-        <translation>Geschieht in dem Programm, das die Stationen überwacht</translation>
     </message>
     <message>
         <source>Events: %1, records of archives: %2, input values: %3.</source>

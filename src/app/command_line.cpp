@@ -28,6 +28,12 @@ bool isOperational(const QString &word)
            word.compare(u"--operational", Qt::CaseInsensitive) == 0;
 }
 
+bool isRecord(const QString &word)
+{
+    return word.compare(u"-record", Qt::CaseInsensitive) == 0 ||
+           word.compare(u"--record", Qt::CaseInsensitive) == 0;
+}
+
 bool isOneOf(const QString &word, std::initializer_list<const char *> names)
 {
     return std::ranges::any_of(names, [&word](const char *name) { return word == QLatin1String(name); });
@@ -47,6 +53,11 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     QStringList words = arguments;
     options.operationalMode =
         words.removeIf(isOperational) > 0; // otherwise it would be part of the file name
+    if (const auto option = std::ranges::find_if(words, isRecord); option != words.end()) {
+        const bool hasValue = option + 1 != words.end();
+        options.record = hasValue ? *(option + 1) : QString();
+        words.erase(option, option + (hasValue ? 2 : 1));
+    }
     options.takeWords(words);
 
     // Character by character, so that positions are the same in both spellings.
@@ -145,6 +156,10 @@ QString CommandLine::helpText()
         "  -load FILE    the same with the rest of the line, in lower case; a name that is not found is\n"
         "                looked for as written\n"
         "  -operational  opens the operational mode at once\n"
+        "  -record ADDRESS  the operational mode's stations are those of this record on a server,\n"
+        "                postgresql://[USER@][HOST[:PORT]]/DATABASE; otherwise those of the variable "
+        "KTR_RECORD\n"
+        "                or of what was chosen in the window last\n"
         "  -english      English texts in this run\n"
         "  -deutsch      German texts in this run\n"
         "  -expert       lets the MAC address be edited\n"

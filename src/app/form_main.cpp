@@ -226,6 +226,7 @@ void FormMain::finishStart()
     if (!troubles.isEmpty()) {
         showStatus(troubles);
     }
+    m_operationalMode.setRecord(m_options.record);
     if (m_options.operationalMode) {
         openOperationalMode();
         if (!troubles.isEmpty()) { // this window is not seen

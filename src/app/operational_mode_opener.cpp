@@ -2,6 +2,7 @@
 
 #include "app/file_dialogs.h"
 #include "opmode/window/form_betriebsmodus.h"
+#include "platform/settings_store.h"
 
 #include <QFile>
 #include <QFileDialog>
@@ -13,6 +14,8 @@
 namespace ktr {
 
 namespace {
+
+const QString recordKey = QStringLiteral("record");
 
 /// The place, or one near it where the whole window is visible.
 QPoint onScreen(const QPoint &place, const QWidget &window)
@@ -50,12 +53,13 @@ void OperationalModeOpener::open(const QPoint &place, const QList<StationCaption
                                          [this](const QString &proposal, const QString &filter) {
                                              return m_files->askSave(proposal, filter);
                                          },
-                                         [this](const QString &filter) { return m_files->askOpen(filter); }});
+                                         [this](const QString &filter) { return m_files->askOpen(filter); },
+                                         !fixedRecord().isEmpty()});
         m_files = std::make_unique<FileDialogs>(m_window.get(), environment.programFolder);
         connectWindow();
         m_window->move(onScreen(place, *m_window));
         m_window->show();
-        m_window->open(nodesPath());
+        m_window->open(stationsPlace());
     }
     m_window->show();
     m_window->raise();
@@ -75,8 +79,35 @@ QString OperationalModeOpener::nodesPath() const
     return own;
 }
 
+QString OperationalModeOpener::fixedRecord() const
+{
+    return m_record.isEmpty() ? qEnvironmentVariable("KTR_RECORD") : m_record;
+}
+
+/// Of the stations: the address of a record, or the path of the list.
+QString OperationalModeOpener::stationsPlace() const
+{
+    const QString fixed = fixedRecord();
+    const QString record =
+        fixed.isEmpty()
+            ? SettingsStore().GetSetting(settingsOwner, settings_sections::operationalMode, recordKey)
+            : fixed;
+    return record.isEmpty() ? nodesPath() : record;
+}
+
+void OperationalModeOpener::changePlace(const QString &address)
+{
+    const bool isKept =
+        SettingsStore().SaveSetting(settingsOwner, settings_sections::operationalMode, recordKey, address);
+    m_window->open(address.isEmpty() ? nodesPath() : address);
+    if (!isKept) {
+        m_window->tell(tr("Where the stations are could not be kept for the next start"));
+    }
+}
+
 void OperationalModeOpener::connectWindow()
 {
+    connect(m_window.get(), &Form_betriebsmodus::placeWanted, this, &OperationalModeOpener::changePlace);
     connect(m_window.get(), &Form_betriebsmodus::configurationWanted, this,
             &OperationalModeOpener::configurationWanted);
     // Not from inside the window's own event.

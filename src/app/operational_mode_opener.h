@@ -20,6 +20,9 @@ public:
     OperationalModeOpener(const OperationalMode::Services &services, const TextTable &texts);
     ~OperationalModeOpener() override;
 
+    /// The stations are those of a record on a server in this run. Empty: of the variable KTR_RECORD, else of
+    /// what the user chose last, else of the list of this computer.
+    void setRecord(const QString &address) { m_record = address; }
     /// Shows the window at a place of the screen and loads the stations, unless they are loaded. Their file
     /// may have been written in another language.
     void open(const QPoint &place, const QList<StationCaptions> &otherLanguages);
@@ -50,10 +53,14 @@ Q_SIGNALS:
 
 private:
     QString nodesPath() const;
+    QString fixedRecord() const;
+    QString stationsPlace() const;
+    void changePlace(const QString &address);
     void connectWindow();
 
     OperationalMode::Services m_services;
     const TextTable &m_texts;
+    QString m_record; ///< of the command line
     std::unique_ptr<OperationalMode> m_mode;
     std::unique_ptr<FileDialogs> m_files;
     std::unique_ptr<Form_betriebsmodus> m_window; ///< goes first

@@ -1,12 +1,13 @@
 #include "opmode/alarm_actions.h"
 
 #include "record/json_text.h"
+#include "record/record_address.h"
+
+#include <map>
 
 namespace ktr {
 
 namespace {
-
-const QString chatterSetting = QStringLiteral("chatter");
 
 namespace member = request_members;
 
@@ -41,6 +42,7 @@ QJsonObject toJson(const Shelf &shelf)
 
 const QString AlarmActions::shelvesSetting = QStringLiteral("shelves");
 const QString AlarmActions::rulesSetting = QStringLiteral("rules");
+const QString AlarmActions::chatterSetting = QStringLiteral("chatter");
 
 AlarmActions::AlarmActions(AlarmBook &book, ListRecord &record, std::function<qint64()> now, Asks asks,
                            QObject *parent)
@@ -67,19 +69,50 @@ AlarmRules AlarmActions::rules(const QString &setting)
     return AlarmRules::fromJson(setting).value_or(AlarmRules());
 }
 
-QList<Shelf> AlarmActions::shelves(const QString &setting)
+QList<Shelf> AlarmActions::shelves(const QHash<QString, QString> &settings)
 {
     QList<Shelf> shelves;
-    for (const auto &value : jsonOf(setting).array()) {
-        const QJsonObject shelf = value.toObject();
-        shelves += Shelf{shelf[stationKey].toInteger(), shelf[textKey].toString(),
-                         shelf[untilKey].toInteger(), shelf[byKey].toString(), shelf[whyKey].toString()};
+    for (auto setting = settings.cbegin(); setting != settings.cend(); ++setting) {
+        if (setting.key() != shelvesSetting && !setting.key().startsWith(shelvesSetting + u':')) {
+            continue;
+        }
+        for (const auto &value : jsonOf(*setting).array()) {
+            const QJsonObject shelf = value.toObject();
+            shelves += Shelf{shelf[stationKey].toInteger(), shelf[textKey].toString(),
+                             shelf[untilKey].toInteger(), shelf[byKey].toString(), shelf[whyKey].toString()};
+        }
     }
+    std::ranges::stable_sort(shelves, {}, &Shelf::station);
     return shelves;
+}
+
+/// Those of each station that is this keeper's.
+void AlarmActions::keepSharedShelves()
+{
+    std::map<qint64, QJsonArray> shelves;
+    for (auto kept = m_keptShelves.cbegin(); kept != m_keptShelves.cend(); ++kept) {
+        shelves[kept.key()] = {};
+    }
+    for (const Shelf &shelf : m_book.shelves()) {
+        shelves[shelf.station] += toJson(shelf);
+    }
+    for (const auto &[station, ofStation] : shelves) {
+        const QString text = jsonText(ofStation);
+        if (station != 0 && m_record.kennung(station).isEmpty()) {
+            m_keptShelves.remove(station);
+        } else if (m_keptShelves.value(station) != text) {
+            m_keptShelves.insert(station, text);
+            m_record.add(SettingRow{shelvesSetting + u':' + QString::number(station), text});
+        }
+    }
 }
 
 void AlarmActions::keepShelves()
 {
+    if (isServerAddress(m_record.path())) {
+        keepSharedShelves();
+        return;
+    }
     QJsonArray shelves;
     for (const Shelf &shelf : m_book.shelves()) {
         shelves += toJson(shelf);
@@ -157,7 +190,7 @@ const Shelf *AlarmActions::maintenanceOf(qint64 station) const
 
 void AlarmActions::setRules(const AlarmRules &rules)
 {
-    if (rules == m_book.rules() || m_asks({})) {
+    if (rules == m_book.rules() || m_asks(settingRequest(rulesSetting, rules.toJson()))) {
         return;
     }
     m_book.setRules(rules);
@@ -167,11 +200,11 @@ void AlarmActions::setRules(const AlarmRules &rules)
 
 void AlarmActions::setChatterLimit(const ChatterLimit &limit)
 {
-    if (limit == m_chatter.limit() || m_asks({})) {
+    const QString kept = jsonText(QJsonObject{{timesKey, limit.times}, {minutesKey, limit.minutes}});
+    if (limit == m_chatter.limit() || m_asks(settingRequest(chatterSetting, kept))) {
         return;
     }
     m_chatter.setLimit(limit);
-    const QString kept = jsonText(QJsonObject{{timesKey, limit.times}, {minutesKey, limit.minutes}});
     m_record.add(SettingRow{chatterSetting, kept});
     add(EventKind::Note, 0, QStringLiteral("chattering alarms"), ListRecord::By::Operator, kept);
     Q_EMIT minutePassed();

@@ -15,6 +15,7 @@ class AlarmActions : public QObject
 public:
     static const QString shelvesSetting;
     static const QString rulesSetting;
+    static const QString chatterSetting;
 
     /// Whether another program does all of this, and was asked to; an empty request asks for nothing.
     using Asks = std::function<bool(const Request &request)>;
@@ -27,8 +28,9 @@ public:
     void load(const QHash<QString, QString> &settings);
     /// The usual ones where there is no setting, or it cannot be read.
     static AlarmRules rules(const QString &setting);
-    /// None where there is no setting, or it cannot be read.
-    static QList<Shelf> shelves(const QString &setting);
+    /// What these settings put aside; none where there is no such setting, or it cannot be read. On a server
+    /// each station has a setting of its own, which its keeper writes.
+    static QList<Shelf> shelves(const QHash<QString, QString> &settings);
 
     /// Of those that stand; an empty text takes their comments away.
     void comment(const QList<qint64> &alarms, const QString &text);
@@ -59,6 +61,7 @@ Q_SIGNALS:
 
 private:
     void keepShelves();
+    void keepSharedShelves();
     void shelve(Shelf shelf, qint64 alarm);
     /// An event about a station, by its number.
     void add(EventKind kind, qint64 station, const QString &text, ListRecord::By by,
@@ -69,6 +72,7 @@ private:
     std::function<qint64()> m_now;
     Asks m_asks;
     AlarmChatter m_chatter;
+    QHash<qint64, QString> m_keptShelves; ///< of a server's record
 };
 
 } // namespace ktr

@@ -22,13 +22,17 @@ JoinedList::JoinedList(const ListParts &parts, const QString &nodesPath, QObject
                   [this](const AlarmRow &alarm) { m_parts.alarms.follow(alarm); },
                   [this](const QHash<QString, QString> &settings) { takeSettings(settings); },
                   [this] { looked(); },
-                  [this](const QString &trouble) {
-                      Q_EMIT statusMessage(trouble.isEmpty() ? tr("The record can be read again") : trouble);
-                  }}),
+                  [this](const QHash<qint64, QString> &answers) { m_sender.take(answers); },
+                  [this](const RecordRights &rights) {
+                      m_isChanged = m_isChanged || rights != m_rights;
+                      m_rights = rights;
+                  },
+                  [this](const QString &trouble) { takeTrouble(trouble); }}),
       m_sender(ListRecord::pathFor(nodesPath), parts.environment),
       m_isShared(isServerAddress(nodesPath))
 {
     connect(&m_sender, &RequestSender::statusMessage, this, &JoinedList::statusMessage);
+    m_follower.await([this] { return m_sender.awaited(); });
 }
 
 Status JoinedList::open(NodesFile &file)
@@ -69,39 +73,15 @@ Status JoinedList::open(NodesFile &file)
     return Status::done();
 }
 
-Status JoinedList::openShared()
+void JoinedList::openShared(const SharedState &state)
 {
-    constexpr int reportsOfEach = 20; // of an archive; the record has the others
-    RecordReader &reader = m_follower.reader();
-    RecordedStations states;
-    QHash<QString, QString> settings;
-    QList<EventRow> latest;
-    qint64 lastEvent = 0;
-    qint64 lastAlarmChange = 0;
-    const auto add = [&latest](const EventRow &event) { latest += event; };
-    Status read = reader.beginSnapshot();
-    const auto go = [&read](const auto &step) { read = read ? step() : read; };
-    go([&] { return reader.stations([&](const StationRow &row) { states.stations += row; }); });
-    go([&] {
-        return reader.notifications([&](const NotificationRow &row) { states.notifications += row; });
-    });
-    go([&] { return reader.openAlarms([&](const AlarmRow &row) { states.alarms += row; }); });
-    go([&] { return reader.settings(settings); });
-    go([&] { return reader.lastEvent(lastEvent); });
-    go([&] { return reader.lastAlarmChange(lastAlarmChange); });
-    go([&] { return reader.latestOf({EventKind::History}, reportsOfEach, add); });
-    go([&] { return reader.latestOf(QList{EventKind::Values} + stateKinds(), 1, add); });
-    reader.endSnapshot();
-    if (!read) {
-        return read;
-    }
-    m_names = loadStations(m_parts.tree, states);
-    for (const StationRow &row : std::as_const(states.stations)) {
+    m_names = loadStations(m_parts.tree, state.stations);
+    for (const StationRow &row : state.stations.stations) {
         if (const QString kennung = m_names.value(row.id); !kennung.isEmpty()) {
             m_attributes.insert(kennung, stationAttributes(row.attributes));
         }
     }
-    for (const EventRow &event : std::as_const(latest)) {
+    for (const EventRow &event : state.latest) {
         const QString kennung = m_names.value(event.station);
         const QDateTime at = QDateTime::fromMSecsSinceEpoch(event.at);
         if (event.kind == EventKind::History || event.kind == EventKind::Values) {
@@ -114,10 +94,10 @@ Status JoinedList::openShared()
             takeState(m_seen[kennung], event);
         }
     }
-    begin(states.alarms, settings);
-    m_follower.start(lastEvent, lastAlarmChange);
+    m_rights = state.rights;
+    begin(state.stations.alarms, state.settings);
+    m_follower.start(state);
     showKeeper();
-    return read;
 }
 
 /// The stations of the tree are there, with what is known of them.
@@ -129,7 +109,7 @@ void JoinedList::begin(const QList<AlarmRow> &standing, const QHash<QString, QSt
         m_parts.stations.addStation(kennung, {});
         showStation(kennung);
     }
-    m_parts.alarms.load(standing, AlarmActions::shelves(settings.value(AlarmActions::shelvesSetting)));
+    m_parts.alarms.load(standing, AlarmActions::shelves(settings));
     takeSettings(settings);
 }
 
@@ -299,11 +279,27 @@ void JoinedList::showKeeper()
     m_keeper = keeper;
 }
 
+void JoinedList::takeTrouble(const QString &trouble)
+{
+    Q_EMIT statusMessage(trouble.isEmpty() ? tr("The record can be read again") : trouble);
+    m_trouble = trouble;
+    if (trouble.isEmpty()) {
+        m_unreachableSince.reset();
+    } else if (!m_unreachableSince) {
+        m_unreachableSince = m_parts.environment.now();
+    }
+    Q_EMIT keeperChanged();
+}
+
 void JoinedList::ask(const Request &request)
 {
-    if (keeper().isEmpty()) {
+    if (m_unreachableSince) {
+        Q_EMIT statusMessage(tr("The record cannot be reached: nobody can be asked"));
+    } else if (keeper().isEmpty()) {
         Q_EMIT statusMessage(tr("Nobody watches the stations: nobody can be asked"));
-    } else if (request.what.isEmpty()) {
+    } else if (!m_rights.mayOperate || (isAdministrative(request.what) && !m_rights.mayAdminister)) {
+        Q_EMIT statusMessage(tr("The database does not let this user do that"));
+    } else if (request.what.isEmpty() || (request.what == requests::set && !m_isShared)) {
         Q_EMIT statusMessage(tr("Another program watches the stations; it is done there"));
     } else {
         for (const Request &part : m_isShared ? perStation(request) : QList<Request>{request}) {
@@ -357,15 +353,16 @@ void JoinedList::takeSettings(const QHash<QString, QString> &settings)
     }
     if (known != m_settings) {
         m_settings = known;
-        m_parts.alarms.follow(AlarmActions::shelves(settings.value(AlarmActions::shelvesSetting)));
+        m_parts.alarms.follow(AlarmActions::shelves(settings));
         Q_EMIT settingsChanged(settings);
     }
 }
 
 void JoinedList::looked()
 {
-    m_sender.look(m_follower.reader());
-    if (m_keeper != keeper() || m_unheardSince.has_value() != isUnheard()) {
+    m_sender.take({});
+    if (std::exchange(m_isChanged, false) || m_keeper != keeper() ||
+        m_unheardSince.has_value() != isUnheard()) {
         showKeeper();
         Q_EMIT keeperChanged();
     }

@@ -27,7 +27,7 @@ public:
     /// (yet), or one of the two cannot be read.
     Status open(NodesFile &file);
     /// The same of a record on a server, which has no file.
-    Status openShared();
+    void openShared(const SharedState &state);
     /// Tells what is there by now.
     void takeArrived();
     /// The last event that was told, or that was there when it was opened.
@@ -49,6 +49,10 @@ public:
     const std::optional<QDateTime> &unkeptSince() const { return m_unkeptSince; }
     /// Since when nothing came of who keeps it, after a while in which something should have.
     const std::optional<QDateTime> &unheardSince() const { return m_unheardSince; }
+    /// Since when the record cannot be read, or its server does not answer, and why.
+    const std::optional<QDateTime> &unreachableSince() const { return m_unreachableSince; }
+    const QString &trouble() const { return m_trouble; }
+    const RecordRights &rights() const { return m_rights; }
     /// What the tree had when it was opened.
     const QStringList &defects() const { return m_defects; }
 
@@ -60,7 +64,8 @@ Q_SIGNALS:
     void stationChanged(const QString &kennung);
     /// The settings that the record has, or has now.
     void settingsChanged(const QHash<QString, QString> &settings);
-    /// Somebody keeps the list no more, or is not heard, or is so again.
+    /// Somebody keeps the list no more, or is not heard, or the record cannot be reached, or is so again; or
+    /// other things may be asked for.
     void keeperChanged();
     /// The list is no more the one that was opened: it is to be opened again.
     void replaced();
@@ -79,6 +84,7 @@ private:
     void showStation(const QString &kennung);
     void showState(cStation &station) const;
     void showKeeper();
+    void takeTrouble(const QString &trouble);
 
     ListParts m_parts;
     QHash<qint64, QString> m_names;
@@ -89,6 +95,9 @@ private:
     RequestSender m_sender;
     std::optional<QDateTime> m_unkeptSince;
     std::optional<QDateTime> m_unheardSince;
+    std::optional<QDateTime> m_unreachableSince;
+    QString m_trouble;
+    RecordRights m_rights;
     QString m_beat;
     QString m_keeper;
     QStringList m_defects;
@@ -96,6 +105,7 @@ private:
     bool m_isCarryingOut = false;
     QHash<QString, QString> m_settings;
     bool m_isReplaced = false;
+    bool m_isChanged = false; ///< what may be asked for
 };
 
 } // namespace ktr

@@ -96,8 +96,7 @@ Status LateRecord::takeUp(const OpenedRecord &opened)
 void LateRecord::takeAlarms(const QList<AlarmRow> &watching, const ListRecord::Awaited &awaited)
 {
     m_alarms.setRules(AlarmActions::rules(settings().value(AlarmActions::rulesSetting)));
-    takeUpAlarms(m_parts, Acknowledger(m_parts), m_list.standing(),
-                 AlarmActions::shelves(settings().value(AlarmActions::shelvesSetting)));
+    takeUpAlarms(m_parts, Acknowledger(m_parts), m_list.standing(), AlarmActions::shelves(settings()));
     for (const AlarmRow &alarm : watching) {
         const qint64 id = m_alarms.begin(alarm.kind, numberOf(awaited, alarm.station), alarm.text,
                                          alarm.first, static_cast<AlarmPriority>(alarm.priority));

@@ -6,6 +6,8 @@
 #include "platform/file_lock.h"
 #include "record/record_address.h"
 
+#include <QCoreApplication>
+
 namespace ktr {
 
 ListFollower::ListFollower(const QString &nodesPath, Timers &timers, Listener listener)
@@ -13,12 +15,12 @@ ListFollower::ListFollower(const QString &nodesPath, Timers &timers, Listener li
       m_lockPath(listLockPath(nodesPath)),
       m_listener(std::move(listener)),
       m_timer(timers.create()),
+      m_patience(timers.create()),
       m_reader(std::make_unique<RecordReader>(m_path))
 {
     if (isServerAddress(m_path)) {
         m_queries.emplace(m_path);
         m_isOfRecord = true;
-        m_keepers = keepersOf(*m_reader);
     } else {
         lookAtHolder();
     }
@@ -29,25 +31,17 @@ QString ListFollower::holder() const
     return m_queries ? m_keepers : m_holder ? lockHolderText(*m_holder) : QString();
 }
 
-/// Empty: there is none, or that is not known.
-QString ListFollower::keepersOf(RecordReader &reader)
-{
-    QList<KeeperRow> keepers;
-    qint64 stations = 0;
-    QStringList names;
-    if (reader.keepers(keepers, stations)) {
-        for (const KeeperRow &keeper : std::as_const(keepers)) {
-            names += keeper.name;
-        }
-    }
-    return names.join(QLatin1String(", "));
-}
-
 void ListFollower::start(qint64 lastEvent, qint64 lastAlarmChange)
 {
     m_lastEvent = lastEvent;
     m_lastAlarmChange = lastAlarmChange;
     lookLater(period);
+}
+
+void ListFollower::start(const SharedState &state)
+{
+    m_keepers = state.keepers;
+    start(state.lastEvent, state.lastAlarmChange);
 }
 
 void ListFollower::lookLater(Milliseconds delay)
@@ -85,6 +79,9 @@ void ListFollower::look()
         m_queries->ask(
             this, [known = known()](RecordReader &reader) { return read(reader, known); },
             [this](const News &news) { looked(news); });
+        m_patience->start(serverPatience, [this] {
+            tell(QCoreApplication::translate("ListFollower", "%1: the server does not answer").arg(m_path));
+        });
         return;
     }
     m_unheard += m_hasMore ? Milliseconds(0) : period;
@@ -94,13 +91,22 @@ void ListFollower::look()
 
 void ListFollower::looked(const News &news)
 {
+    m_patience->stop();
     take(news);
-    if (news.status.message() != m_trouble) {
-        m_trouble = news.status.message();
-        m_listener.trouble(m_trouble);
+    tell(news.status.message());
+    if (!news.answers.isEmpty()) {
+        m_listener.answers(news.answers);
     }
     lookLater(m_hasMore ? Milliseconds(0) : period);
     m_listener.looked();
+}
+
+void ListFollower::tell(const QString &trouble)
+{
+    if (trouble != m_trouble) {
+        m_trouble = trouble;
+        m_listener.trouble(trouble);
+    }
 }
 
 void ListFollower::drain()
@@ -119,6 +125,14 @@ ListFollower::News ListFollower::read(RecordReader &reader, Known known)
     News news;
     if (isServerAddress(reader.path())) {
         news.keepers = keepersOf(reader);
+        if (RecordRights rights; known.version == 0 && reader.rights(rights)) {
+            news.rights = rights;
+        }
+    }
+    for (const qint64 request : std::as_const(known.awaited)) {
+        if (std::optional<QString> result; reader.answerOf(request, result) && result) {
+            news.answers.insert(request, *result);
+        }
     }
     news.version = reader.dataVersion();
     news.change = known.change;
@@ -159,6 +173,9 @@ void ListFollower::take(const News &news)
 {
     if (news.keepers) {
         m_keepers = *news.keepers;
+    }
+    if (news.rights) {
+        m_listener.rights(*news.rights);
     }
     if (news.isNothing) {
         return;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "opmode/shared_state.h"
 #include "platform/timers.h"
 #include "record/record_queries.h"
 
@@ -16,6 +17,8 @@ class ListFollower
 {
 public:
     static constexpr Milliseconds period{250};
+    /// A server that has not answered for so long is told as trouble.
+    static constexpr Milliseconds serverPatience{5'000};
     /// So many events are told at a time.
     static constexpr qsizetype slice = 200;
 
@@ -28,7 +31,11 @@ public:
         std::function<void(const QHash<QString, QString> &)> settings;
         /// The end of each look; the follower may be destroyed in there.
         std::function<void()> looked;
-        /// The record cannot be read, once; an empty text when it can again.
+        /// What became of requests, by their numbers: why one was not carried out, or an empty text.
+        std::function<void(const QHash<qint64, QString> &)> answers;
+        /// What may be asked for, when the connection to a server is another one.
+        std::function<void(const RecordRights &)> rights;
+        /// The record cannot be read, or a server does not answer, once; an empty text when it is over.
         std::function<void(const QString &)> trouble;
     };
 
@@ -42,6 +49,10 @@ public:
     QString holder() const;
     /// Goes on behind an event and a change of an alarm that are known.
     void start(qint64 lastEvent, qint64 lastAlarmChange);
+    /// The same behind what was read of a server's record.
+    void start(const SharedState &state);
+    /// Requests whose answers are wanted; each look asks for them.
+    void await(std::function<QList<qint64>()> requests) { m_awaited = std::move(requests); }
     /// Tells all that is there now.
     void drain();
     qint64 lastEvent() const { return m_lastEvent; }
@@ -63,6 +74,8 @@ private:
         qint64 change = 0; ///< the last one of an alarm
         QHash<QString, QString> settings{};
         std::optional<QString> keepers{}; ///< of a server's record, in words
+        std::optional<RecordRights> rights{};
+        QHash<qint64, QString> answers{};
     };
     /// What is known when a look begins.
     struct Known
@@ -71,11 +84,16 @@ private:
         qint64 event = 0;
         qint64 change = 0;
         bool hasMore = false;
+        QList<qint64> awaited{};
     };
 
     static News read(RecordReader &reader, Known known);
-    static QString keepersOf(RecordReader &reader);
-    Known known() const { return {m_version, m_lastEvent, m_lastAlarmChange, m_hasMore}; }
+    Known known() const
+    {
+        return {m_version, m_lastEvent, m_lastAlarmChange, m_hasMore,
+                m_awaited ? m_awaited() : QList<qint64>()};
+    }
+    void tell(const QString &trouble);
     void look();
     void looked(const News &news);
     void take(const News &news);
@@ -84,7 +102,9 @@ private:
     QString m_path;
     QString m_lockPath;
     Listener m_listener;
+    std::function<QList<qint64>()> m_awaited;
     std::unique_ptr<OneShotTimer> m_timer;
+    std::unique_ptr<OneShotTimer> m_patience; ///< with a server
     std::unique_ptr<RecordReader> m_reader;
     std::optional<RecordQueries> m_queries; ///< of a server's record
     QString m_keepers;                      ///< likewise

@@ -17,8 +17,6 @@ namespace {
 constexpr Milliseconds aMinute{60'000};
 
 const QString operatorSetting = QStringLiteral("operator");
-const QString retentionSetting = QStringLiteral("retention");
-const QString silenceSetting = QStringLiteral("silentAfter");
 
 namespace member = request_members;
 
@@ -70,6 +68,12 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
     connect(&m_list, &KeptList::settled, &m_intake, &MessageIntake::settled);
     connect(&m_keepingTrouble, &KeepingTrouble::statusMessage, this, &OperationalMode::statusMessage);
     connect(&m_keepingTrouble, &KeepingTrouble::changed, this, &OperationalMode::unkeptChangesChanged);
+    m_desk.setSettingsChanged([this](const QHash<QString, QString> &changed) {
+        QHash<QString, QString> settings = m_record.settings();
+        settings.insert(changed);
+        m_record.knowSettings(settings);
+        takeSettings(settings);
+    });
     m_stations.setAnswersLater([this](const QString &kennung) { return m_intake.answersLater(kennung); });
     connect(&m_stations, &cStations::message, &m_intake, &MessageIntake::handle);
     connect(&m_stations, &cStations::changed, this, &OperationalMode::onStationChanged);
@@ -97,10 +101,14 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     clearTree();
     m_states.clear();
     if (isServerAddress(nodesPath) && use != Use::Look) {
-        return openShared(nodesPath, use);
+        return keepShared(nodesPath, use);
+    }
+    if (use == Use::Look && isServerAddress(nodesPath)) {
+        RecordReader reader(nodesPath);
+        return join(nodesPath, readSharedState(reader));
     }
     if (use == Use::Look) {
-        Status joined = join(nodesPath);
+        Status joined = joinList(nodesPath, nullptr);
         m_hindrance = joined ? Hindrance::None : Hindrance::InUse;
         return joined;
     }
@@ -122,8 +130,17 @@ Status OperationalMode::open(const QString &nodesPath, Use use)
     return loaded;
 }
 
+Status OperationalMode::join(const QString &address, const SharedState &state)
+{
+    clearTree();
+    m_states.clear();
+    Status joined = state.status ? joinList(address, &state) : state.status;
+    m_hindrance = joined ? Hindrance::None : Hindrance::InUse;
+    return joined;
+}
+
 /// The stations come one by one, as far as they are this keeper's.
-Status OperationalMode::openShared(const QString &address, Use use)
+Status OperationalMode::keepShared(const QString &address, Use use)
 {
     if (use != Use::Keep) {
         m_hindrance = Hindrance::InUse;
@@ -143,7 +160,7 @@ Status OperationalMode::openShared(const QString &address, Use use)
     m_record.begin(opened, {}, opened.lastAlarm);
     m_record.knowSettings(settings);
     takeSettings(m_record.settings());
-    m_alarms.load({}, AlarmActions::shelves(settings.value(AlarmActions::shelvesSetting)));
+    m_alarms.load({}, {}); // those of each station come with it
     m_record.add(EventKind::Started, {}, moment(), m_services.name, ListRecord::By::Program);
     m_isOpen = true;
     m_desk.start();
@@ -180,16 +197,15 @@ std::unique_ptr<StationLine> OperationalMode::createLine()
 void OperationalMode::takeUp(const ListOpener &list)
 {
     takeSettings(list.settings());
-    takeUpAlarms(m_parts, m_acknowledger, list.standing(),
-                 AlarmActions::shelves(list.settings().value(AlarmActions::shelvesSetting)));
+    takeUpAlarms(m_parts, m_acknowledger, list.standing(), AlarmActions::shelves(list.settings()));
     m_alarmActions.minute();
 }
 
 void OperationalMode::takeSettings(const QHash<QString, QString> &settings)
 {
-    m_thinning.setRules(retentionRules(settings.value(retentionSetting)));
+    m_thinning.setRules(retentionRules(settings.value(retentionSetting())));
     m_watchAlarms.setLongestSilence(
-        settings.value(silenceSetting, QString::number(WatchAlarms::usualSilence)).toInt());
+        settings.value(silenceSetting(), QString::number(WatchAlarms::usualSilence)).toInt());
     m_alarmActions.load(settings);
     m_lastOperator = settings.value(operatorSetting);
 }
@@ -274,8 +290,10 @@ void OperationalMode::beginWatchAlarms(const Status &loaded, qint64 unwatchedSin
 
 void OperationalMode::setRetention(const RetentionRules &rules)
 {
-    m_thinning.setRules(rules);
-    m_record.add(SettingRow{retentionSetting, toJson(rules)});
+    if (!asks(settingRequest(retentionSetting(), toJson(rules)))) {
+        m_thinning.setRules(rules);
+        m_record.add(SettingRow{retentionSetting(), toJson(rules)});
+    }
 }
 
 std::optional<DiskRoom> OperationalMode::diskRoom() const
@@ -295,11 +313,13 @@ void OperationalMode::checkDiskRoom()
 
 void OperationalMode::setLongestSilence(int minutes)
 {
-    m_watchAlarms.setLongestSilence(minutes);
-    m_record.add(SettingRow{silenceSetting, QString::number(minutes)});
+    if (!asks(settingRequest(silenceSetting(), QString::number(minutes)))) {
+        m_watchAlarms.setLongestSilence(minutes);
+        m_record.add(SettingRow{silenceSetting(), QString::number(minutes)});
+    }
 }
 
-Status OperationalMode::join(const QString &nodesPath)
+Status OperationalMode::joinList(const QString &nodesPath, const SharedState *state)
 {
     NodesFile &file = m_list.look(nodesPath);
     m_joined = std::make_unique<JoinedList>(m_parts, nodesPath);
@@ -317,7 +337,12 @@ Status OperationalMode::join(const QString &nodesPath)
     connect(m_joined.get(), &JoinedList::replaced, this, &OperationalMode::joinAgain,
             Qt::QueuedConnection); // not from inside its own call
     connect(m_joined.get(), &JoinedList::settingsChanged, this, &OperationalMode::takeSettings);
-    Status joined = isServerAddress(nodesPath) ? m_joined->openShared() : m_joined->open(file);
+    Status joined = Status::done();
+    if (state != nullptr) {
+        m_joined->openShared(*state);
+    } else {
+        joined = m_joined->open(file);
+    }
     if (!joined) {
         m_joined.reset();
         clearTree();
@@ -347,6 +372,26 @@ void OperationalMode::joinAgain()
 std::optional<QDateTime> OperationalMode::unwatchedSince() const
 {
     return m_joined ? m_joined->unkeptSince() : std::nullopt;
+}
+
+QString OperationalMode::whyNot(Deed deed) const
+{
+    if (!m_joined) {
+        return {};
+    }
+    const RecordRights &rights = m_joined->rights();
+    return unreachableSince()   ? tr("The record cannot be reached")
+           : unwatchedSince()   ? tr("Nobody watches the stations")
+           : !rights.mayOperate ? tr("The database lets this user look on only")
+           : deed == Deed::Administer && !rights.mayAdminister
+               ? tr("The database lets administrators do that only")
+               : QString();
+}
+
+QString OperationalMode::whyNotForAll() const
+{
+    return m_joined && !isServerAddress(m_record.path()) ? tr("Done in the program that watches the stations")
+                                                         : whyNot(Deed::Administer);
 }
 
 /// What is asked for here is another program's to do.
@@ -428,7 +473,7 @@ void OperationalMode::setOperator(const QString &name)
     }
     if (!m_joined) {
         m_record.addShift(moment());
-    } else if (!isUnwatched()) {
+    } else if (!isIdle()) {
         m_joined->ask({requests::shift, {}});
     }
 }
@@ -613,8 +658,8 @@ QString OperationalMode::stationOf(const AlarmRow &alarm) const
 /// Why nothing can be acknowledged.
 Status OperationalMode::mayAcknowledge() const
 {
-    if (isUnwatched()) {
-        return Status::failed(tr("nobody watches the stations"));
+    if (isIdle()) {
+        return Status::failed(whyNot(Deed::Operate));
     }
     if (m_list.isKept() && !m_record.isOpen()) {
         return Status::failed(tr("The record cannot be opened yet, which is tried again all the time: %1")

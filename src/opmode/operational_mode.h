@@ -66,6 +66,8 @@ public:
     /// The list may be the address of a record on a server, whose stations several keepers share: they come
     /// and go as shareChanged() tells. To be kept alone, Use::Keep.
     Status open(const QString &nodesPath, Use use);
+    /// Shows what was read of a record on a server, and follows it: Use::Look without waiting for the server.
+    Status join(const QString &address, const SharedState &state);
     Hindrance hindrance() const { return m_hindrance; }
     /// What of the list and of what belongs to it was lost, or rebuilt and has to be looked at by the user.
     const QStringList &defects() const { return m_list.defects(); }
@@ -82,8 +84,23 @@ public:
     {
         return m_joined ? m_joined->unheardSince() : std::nullopt;
     }
-    /// Whether the list was joined and nobody keeps it: nothing can be done with its stations.
-    bool isUnwatched() const { return unwatchedSince().has_value(); }
+    /// Since when the record that was joined cannot be reached: somebody may be watching all the same.
+    std::optional<QDateTime> unreachableSince() const
+    {
+        return m_joined ? m_joined->unreachableSince() : std::nullopt;
+    }
+    /// Why it cannot be reached.
+    QString unreachableReason() const { return m_joined ? m_joined->trouble() : QString(); }
+    enum class Deed {
+        Operate,   ///< acknowledge, comment, switch, ask for values
+        Administer ///< change the list of stations
+    };
+    /// Why nothing of that kind can be done now; empty when it can.
+    QString whyNot(Deed deed) const;
+    /// The same of what holds for all stations: rules, limits, how long what happened is kept.
+    QString whyNotForAll() const;
+    /// Whether nothing can be done with the stations.
+    bool isIdle() const { return !whyNot(Deed::Operate).isEmpty(); }
     /// Nothing while all is written, or is about to be.
     std::optional<UnkeptChanges> unkeptChanges() const { return m_keepingTrouble.unkept(); }
     /// Puts a list that is unusable aside, with what belongs to it, and begins an empty one in its place.
@@ -192,7 +209,8 @@ Q_SIGNALS:
     /// Changes cannot be written, there are more of them, or they are written again.
     void unkeptChangesChanged();
     void happened(const ktr::StationEvent &event);
-    /// Nobody keeps the list that was joined any more, or who does is not heard; or both are over.
+    /// Nobody keeps the list that was joined any more, or who does is not heard, or its record cannot be
+    /// reached; or that is over, or something else may be done.
     void keeperChanged();
     /// The list that was joined is shown anew, or, where hindrance() tells of one, no more.
     void joinedAgain(const ktr::Status &status);
@@ -205,9 +223,9 @@ Q_SIGNALS:
 
 private:
     void onStationChanged(const QString &kennung, StationChange what);
-    Status openShared(const QString &address, Use use);
+    Status keepShared(const QString &address, Use use);
     std::unique_ptr<StationLine> createLine();
-    Status join(const QString &nodesPath);
+    Status joinList(const QString &nodesPath, const SharedState *state);
     void takeUp(const ListOpener &list);
     void takeUpLate(const OpenedRecord &opened);
     void followStations(const QHash<QString, StationAttributes> &attributes);

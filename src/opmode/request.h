@@ -30,6 +30,7 @@ inline constexpr QLatin1String exclusive("exclusive");     ///< station, on
 inline constexpr QLatin1String schedule("schedule");       ///< station, attributes
 inline constexpr QLatin1String values("values");           ///< station
 inline constexpr QLatin1String shift("shift");             ///< nothing: whoever asks is on duty now
+inline constexpr QLatin1String set("set");                 ///< name, text: a setting of a shared list
 } // namespace requests
 
 /// The members.
@@ -48,6 +49,18 @@ inline constexpr QLatin1String until("until");
 inline constexpr QLatin1String text("text");
 inline constexpr QLatin1String why("why");
 } // namespace request_members
+
+inline Request settingRequest(const QString &name, const QString &value)
+{
+    return {requests::set, {{request_members::name, name}, {request_members::text, value}}};
+}
+
+/// Whether it changes the list or what holds for all of it, and not just how it is watched.
+inline bool isAdministrative(const QString &what)
+{
+    return what == requests::add || what == requests::remove || what == requests::rename ||
+           what == requests::address || what == requests::set;
+}
 
 /// A request about a station, by its number in the record.
 inline Request stationRequest(QLatin1String what, qint64 station, QJsonObject about = {})

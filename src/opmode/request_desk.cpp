@@ -12,6 +12,25 @@ namespace {
 
 namespace member = request_members;
 
+/// What one may ask to be set, and what the event that tells of it says; some are not worth one.
+const QHash<QString, QString> &settable()
+{
+    static const QHash<QString, QString> settings{
+        {AlarmActions::rulesSetting, QStringLiteral("alarm rules")},
+        {AlarmActions::chatterSetting, QStringLiteral("chattering alarms")},
+        {silenceSetting(), {}},
+        {retentionSetting(), {}}};
+    return settings;
+}
+
+/// Both names of who asked.
+QString signatureOf(const RequestRow &row)
+{
+    return row.login.isEmpty() || row.login == row.operatorName ? row.operatorName
+           : row.operatorName.isEmpty()                         ? row.login
+                                        : row.operatorName + QLatin1String(" (") + row.login + u')';
+}
+
 QList<qint64> alarmsOf(const QJsonObject &about)
 {
     QList<qint64> alarms;
@@ -38,6 +57,8 @@ void RequestDesk::start()
     m_last = 0;
     if (isServerAddress(m_parts.record.path())) {
         m_queries.emplace(m_parts.record.path());
+        m_deeds.emplace(m_parts.record.path());
+        m_settings.clear();
     }
     m_timer->start(period, [this] { look(); });
 }
@@ -47,6 +68,7 @@ void RequestDesk::stop()
     m_timer->stop();
     m_reader.reset();
     m_queries.reset();
+    m_deeds.reset();
 }
 
 void RequestDesk::look()
@@ -80,6 +102,9 @@ RequestDesk::Found RequestDesk::find(RecordReader &reader, qint64 version, qint6
     found.version = reader.dataVersion();
     if (found.version != version || version == 0) {
         found.status = reader.openRequests(last, [&](const RequestRow &row) { found.rows += row; });
+        if (found.status && isServerAddress(reader.path())) {
+            found.status = reader.settings(settable().keys(), found.settings);
+        }
     }
     return found;
 }
@@ -90,9 +115,15 @@ void RequestDesk::take(const Found &found)
         m_reader.reset(); // the next look has a new connection
         return;
     }
+    if (found.version != m_version && m_queries && found.settings != m_settings) {
+        m_settings = found.settings;
+        m_settingsChanged(m_settings);
+    }
     m_version = found.version;
     for (const RequestRow &row : found.rows) {
-        if (!m_queries || isOwn(row)) {
+        if (m_queries && isOfAll(row)) {
+            doForAll(row);
+        } else if (!m_queries || isOwn(row)) {
             handle(row);
         }
         m_last = row.id;
@@ -111,14 +142,68 @@ bool RequestDesk::isOwn(const RequestRow &row) const
     return alarm != nullptr || !m_parts.record.kennung(station).isEmpty();
 }
 
+/// It is about none of the stations, and any keeper may do it.
+bool RequestDesk::isOfAll(const RequestRow &row)
+{
+    return row.what == requests::add || row.what == requests::set || row.what == requests::shift;
+}
+
+void RequestDesk::doForAll(const RequestRow &row)
+{
+    SharedDeed deed{row.id, m_parts.moment(), signatureOf(row)};
+    const QJsonObject about = jsonOf(row.detail).object();
+    const auto note = [&](const QString &text, const QString &detail) {
+        deed.note = EventRow{.at = deed.at,
+                             .kind = EventKind::Note,
+                             .text = text,
+                             .detail = detail,
+                             .operatorName = deed.operatorName};
+    };
+    Status may = mayDo(row);
+    if (may && row.what == requests::add) {
+        const QString name = StationActions::nameFor(about[member::name].toString());
+        StationAttributes attributes;
+        attributes.hostAddress = about[member::address].toString();
+        attributes.online = about[member::on].toBool();
+        deed.station = StationRow{0, name, true, toJson(attributes)};
+        may = name.isEmpty() ? Status::failed(tr("no station can be called that")) : may;
+    } else if (may && row.what == requests::set) {
+        const SettingRow setting{about[member::name].toString(), about[member::text].toString()};
+        const auto known = settable().constFind(setting.name);
+        if (known == settable().cend() ||
+            (setting.name == AlarmActions::rulesSetting && !AlarmRules::fromJson(setting.value))) {
+            may = Status::failed(tr("\"%1\" is not known to the program that watches").arg(setting.name));
+        } else {
+            deed.setting = setting;
+            if (!known->isEmpty()) {
+                note(*known, setting.value);
+            }
+        }
+    } else if (may) {
+        note(QStringLiteral("operator: ") + row.operatorName, {});
+    }
+    if (!may) {
+        deed = {row.id, deed.at, deed.operatorName, may.message()};
+    }
+    m_deeds->carryOut(std::move(deed));
+}
+
+Status RequestDesk::mayDo(const RequestRow &row) const
+{
+    return row.at < m_start && !isOfAll(row)
+               ? Status::failed(tr("it was asked for before the stations were watched"))
+           : m_parts.moment() - row.at > RequestSender::patienceMs
+               ? Status::failed(tr("the program that watches the stations was held up for too long"))
+           : isAdministrative(row.what) && !row.mayAdminister
+               ? Status::failed(tr("%1 is no administrator of the database").arg(row.login))
+               : Status::done();
+}
+
 void RequestDesk::handle(const RequestRow &row)
 {
     const qint64 now = m_parts.moment();
-    const Status done =
-        row.at < m_start ? Status::failed(tr("it was asked for before the stations were watched"))
-        : now - row.at > RequestSender::patienceMs
-            ? Status::failed(tr("the program that watches the stations was held up for too long"))
-            : carryOut(row);
+    const Status may = mayDo(row);
+    const Status done = may ? carryOut(row) : may;
     m_parts.record.add(RequestAnswerRow{row.id, now, done.message()});
     m_parts.record.writer().flush();
 }
@@ -126,7 +211,7 @@ void RequestDesk::handle(const RequestRow &row)
 Status RequestDesk::carryOut(const RequestRow &row)
 {
     const QString before = m_parts.record.operatorName();
-    m_parts.record.setOperator(row.operatorName);
+    m_parts.record.setOperator(signatureOf(row));
     Status done = carryOut(row.what, jsonOf(row.detail).object());
     m_parts.record.setOperator(before);
     return done;
@@ -143,9 +228,6 @@ Status RequestDesk::carryOut(const QString &what, const QJsonObject &about)
     if (what == requests::shift) {
         m_parts.record.addShift(m_parts.moment());
         return Status::done();
-    }
-    if (m_queries && (what == requests::shelve || what == requests::maintain || what == requests::unshelve)) {
-        return Status::failed(tr("alarms of stations that keepers share cannot be put aside yet"));
     }
     bool isKnown = true;
     Status done = onAlarms(what, about, isKnown);

@@ -4,7 +4,10 @@
 #include "opmode/alarm_actions.h"
 #include "opmode/request.h"
 #include "opmode/station_actions.h"
+#include "opmode/thinning.h"
+#include "opmode/watch_alarms.h"
 #include "record/record_queries.h"
+#include "record/shared_deeds.h"
 
 #include <QCoreApplication>
 
@@ -24,6 +27,11 @@ public:
     RequestDesk(const ListParts &parts, StationActions &stationActions, Acknowledger &acknowledger,
                 AlarmActions &alarmActions);
 
+    /// `settingsChanged` gets those of a shared list whenever one of them is another one.
+    void setSettingsChanged(std::function<void(const QHash<QString, QString> &)> settingsChanged)
+    {
+        m_settingsChanged = std::move(settingsChanged);
+    }
     /// The list is kept from now on. Requests from before are answered: they came too early.
     void start();
     void stop();
@@ -34,12 +42,16 @@ private:
         Status status = Status::done();
         qint64 version = 0;
         QList<RequestRow> rows{};
+        QHash<QString, QString> settings{}; ///< those that one may ask to be set
     };
 
     static Found find(RecordReader &reader, qint64 version, qint64 last);
     void look();
     void take(const Found &found);
     bool isOwn(const RequestRow &row) const;
+    static bool isOfAll(const RequestRow &row);
+    Status mayDo(const RequestRow &row) const;
+    void doForAll(const RequestRow &row);
     void handle(const RequestRow &row);
     Status carryOut(const RequestRow &row);
     Status carryOut(const QString &what, const QJsonObject &about);
@@ -55,6 +67,9 @@ private:
     std::unique_ptr<OneShotTimer> m_timer;
     std::unique_ptr<RecordReader> m_reader; ///< while the record is written
     std::optional<RecordQueries> m_queries; ///< likewise, of one on a server: nobody waits for that
+    std::optional<SharedDeeds> m_deeds;     ///< likewise
+    std::function<void(const QHash<QString, QString> &)> m_settingsChanged;
+    QHash<QString, QString> m_settings;
     qint64 m_start = 0;
     qint64 m_version = 0;
     qint64 m_last = 0; ///< number of the request that was taken last

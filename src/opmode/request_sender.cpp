@@ -21,14 +21,22 @@ void RequestSender::send(const Request &request, const QString &operatorName)
                    });
 }
 
-void RequestSender::look(RecordReader &reader)
+QList<qint64> RequestSender::awaited() const
+{
+    QList<qint64> numbers;
+    for (const Sent &sent : m_sent) {
+        numbers += sent.id;
+    }
+    return numbers;
+}
+
+void RequestSender::take(const QHash<qint64, QString> &answers)
 {
     const qint64 now = m_environment.now().toMSecsSinceEpoch();
     std::erase_if(m_sent, [&](const Sent &sent) {
-        std::optional<QString> result;
-        if (reader.answerOf(sent.id, result) && result) {
-            if (!result->isEmpty()) {
-                fail(*result);
+        if (const auto answer = answers.constFind(sent.id); answer != answers.cend()) {
+            if (!answer->isEmpty()) {
+                fail(*answer);
             }
             return true;
         }

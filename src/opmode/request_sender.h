@@ -23,8 +23,10 @@ public:
     RequestSender(const QString &recordPath, const Environment &environment, QObject *parent = nullptr);
 
     void send(const Request &request, const QString &operatorName);
-    /// To be called now and then: looks for answers.
-    void look(RecordReader &reader);
+    /// Those that have no answer yet.
+    QList<qint64> awaited() const;
+    /// What became of some, or none: to be called now and then, since patience ends.
+    void take(const QHash<qint64, QString> &answers);
 
 Q_SIGNALS:
     /// What was asked for and was not done, and why.

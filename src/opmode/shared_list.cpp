@@ -1,5 +1,6 @@
 #include "opmode/shared_list.h"
 
+#include "opmode/alarm_actions.h"
 #include "opmode/keeping/list_replay.h"
 #include "opmode/recorded_tree.h"
 
@@ -44,7 +45,7 @@ void SharedList::read()
         [next = m_wanted.values().mid(0, mostAtOnce)](RecordReader &reader) {
             Read read;
             read.asked = next;
-            read.status = reader.stateOf(next, read.states);
+            read.status = reader.stateOf(next, {AlarmActions::shelvesSetting}, read.states);
             return read;
         },
         [this](const Read &read) { take(read); });
@@ -67,7 +68,9 @@ void SharedList::take(const Read &read)
             alarms += alarm;
         }
     }
-    m_parts.alarms.takeOver(alarms);
+    QList<Shelf> shelves = AlarmActions::shelves(read.states.settings);
+    shelves.removeIf([&](const Shelf &shelf) { return !names.contains(shelf.station); });
+    m_parts.alarms.takeOver(alarms, shelves);
     m_watchAlarms.takeOver(alarms);
     for (const StationRow &row : read.states.stations) {
         if (names.contains(row.id)) {

@@ -74,10 +74,16 @@ void StationActions::goOn(const QString &kennung)
     m_parts.scheduler.switchToPresentState(station);
 }
 
+QString StationActions::nameFor(const QString &wanted)
+{
+    const QString name = QString::fromStdString(storedText(wanted)).trimmed();
+    return name.contains(u'/') ? QString() : name;
+}
+
 QString StationActions::add(const QString &name, const QString &hostAddress, bool online)
 {
-    const QString wanted = QString::fromStdString(storedText(name)).trimmed();
-    if (wanted.isEmpty() || wanted.contains(u'/')) {
+    const QString wanted = nameFor(name);
+    if (wanted.isEmpty()) {
         return {};
     }
     QString kennung = m_parts.tree.freeName(wanted);

@@ -24,6 +24,8 @@ public:
     /// empty when no station can be called that.
     QString add(const QString &name, const QString &hostAddress, bool online = false);
     void remove(const QString &kennung);
+    /// The name that a station gets that is to be called so; empty when none can be.
+    static QString nameFor(const QString &wanted);
     /// Keeps the new name of a station's node.
     void keepName(const QString &kennung, const QString &before);
     /// Takes effect at once for a station that is online.

@@ -15,6 +15,11 @@ struct RetentionRules
     bool operator==(const RetentionRules &) const = default;
 };
 
+/// Under this name the record has them.
+inline QString retentionSetting()
+{
+    return QStringLiteral("retention");
+}
 QString toJson(const RetentionRules &rules);
 /// What cannot be read stays for ever.
 RetentionRules retentionRules(const QString &json);

@@ -10,6 +10,12 @@
 
 namespace ktr {
 
+/// Under this name the record has for how many minutes a station may be silent.
+inline QString silenceSetting()
+{
+    return QStringLiteral("silentAfter");
+}
+
 /// Makes alarms of what keeps stations from being watched: they are silent, flood or need a PUK, the disk or
 /// the list is in trouble, the program stood still. An alarm is over when what it tells of is.
 class WatchAlarms

@@ -198,7 +198,6 @@ OpenedRecord openOnServer(const QString &address)
     if (result.status) {
         result.status = bringForward(database);
     }
-    constexpr qint64 numbersOfABlock = 1'000'000'000;
     if (result.status) {
         result.status = readNumber(database, u"SELECT max(id) FROM event"_s, result.lastEvent);
     }

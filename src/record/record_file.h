@@ -26,6 +26,9 @@ struct OpenedRecord
     qint64 lastAlarm = 0;
 };
 
+/// On a server whoever needs numbers of alarms or stations has so many for itself.
+inline constexpr qint64 numbersOfABlock = 1'000'000'000;
+
 /// The setting that is "1" while a check is due.
 QString uncheckedSetting();
 

@@ -33,6 +33,15 @@ std::optional<double> numberOf(const QString &text)
     return value;
 }
 
+/// Whether a user, the value of an expression, is an administrator of the record: a member of that role, or
+/// who made the tables.
+QString administers(const QString &login)
+{
+    return u"EXISTS (SELECT 1 FROM pg_roles WHERE rolname = "_s + login +
+           u" AND (pg_has_role(oid, 'ktrconfig_administrator', 'MEMBER') OR pg_has_role(oid,"
+           " (SELECT relowner FROM pg_class WHERE pg_class.oid = 'request'::regclass), 'MEMBER')))"_s;
+}
+
 } // namespace
 
 Status RecordReader::open()
@@ -169,7 +178,22 @@ Status RecordReader::keepers(QList<KeeperRow> &keepers, qint64 &stations)
                 : read;
 }
 
-Status RecordReader::stateOf(const QList<qint64> &stations, RecordedStations &states)
+Status RecordReader::rights(RecordRights &rights)
+{
+    rights = {};
+    if (Status opened = open(); !opened || !m_database.isServer()) {
+        return opened;
+    }
+    return each(u"SELECT has_column_privilege('request', 'what', 'INSERT'), "_s +
+                    administers(u"current_user"_s),
+                {}, [&](const QSqlQuery &row) {
+                    rights = {row.value(0).toBool(), row.value(0).toBool() && row.value(1).toBool()};
+                    return true;
+                });
+}
+
+Status RecordReader::stateOf(const QList<qint64> &stations, const QStringList &settings,
+                             RecordedStations &states)
 {
     states = {};
     Status read = beginSnapshot();
@@ -187,6 +211,15 @@ Status RecordReader::stateOf(const QList<qint64> &stations, RecordedStations &st
     }
     if (read) {
         read = openAlarmsIn(ofThese, numbers, [&](const AlarmRow &row) { states.alarms += row; });
+    }
+    if (read) {
+        QStringList names;
+        for (const QString &setting : settings) {
+            for (const qint64 station : stations) {
+                names += setting + u':' + QString::number(station);
+            }
+        }
+        read = this->settings(names, states.settings);
     }
     endSnapshot();
     return read;
@@ -308,13 +341,37 @@ Status RecordReader::settings(QHash<QString, QString> &values)
     });
 }
 
+Status RecordReader::settings(const QStringList &names, QHash<QString, QString> &values)
+{
+    values.clear();
+    Status read = Status::done();
+    for (const QString &name : names) {
+        std::optional<QString> value;
+        read = read ? setting(name, value) : read;
+        if (value) {
+            values.insert(name, *value);
+        }
+    }
+    return read;
+}
+
 Status RecordReader::openRequests(qint64 id, const std::function<void(const RequestRow &)> &take)
 {
-    return each(u"SELECT id, at, operator, what, detail FROM request WHERE taken IS NULL AND id > ? "
-                "ORDER BY id"_s,
+    if (Status opened = open(); !opened) {
+        return opened;
+    }
+    const QString asker = m_database.isServer() ? u", login, "_s + administers(u"login"_s) : QString();
+    return each(u"SELECT id, at, operator, what, detail"_s + asker +
+                    u" FROM request WHERE taken IS NULL AND id > ? ORDER BY id"_s,
                 {id}, [&](const QSqlQuery &row) {
-                    take({row.value(0).toLongLong(), row.value(1).toLongLong(), row.value(2).toString(),
-                          row.value(3).toString(), row.value(4).toString()});
+                    RequestRow request{row.value(0).toLongLong(), row.value(1).toLongLong(),
+                                       row.value(2).toString(), row.value(3).toString(),
+                                       row.value(4).toString()};
+                    if (!asker.isEmpty()) {
+                        request.login = row.value(5).toString();
+                        request.mayAdminister = row.value(6).toBool();
+                    }
+                    take(request);
                     return true;
                 });
 }

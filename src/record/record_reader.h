@@ -132,12 +132,21 @@ struct KeeperRow
     qint64 stations = 0;
 };
 
+/// What this reader's user may ask keepers for. Who can read a file may do all.
+struct RecordRights
+{
+    bool mayOperate = true;    ///< acknowledge, comment, switch, ask for values
+    bool mayAdminister = true; ///< the list of stations, rules and limits, too
+    bool operator==(const RecordRights &) const = default;
+};
+
 /// Stations, the entries of theirs that are in the list and their alarms that stand.
 struct RecordedStations
 {
     QList<StationRow> stations{};
     QList<NotificationRow> notifications{};
     QList<AlarmRow> alarms{};
+    QHash<QString, QString> settings{}; ///< those that are about one of them
 };
 
 /// Reads a record that somebody else may be writing, by a connection of the thread that made it.
@@ -170,8 +179,10 @@ public:
     /// Who shares the stations of a server's record and is there, the longest first; how many stations are in
     /// the list, whoever has them.
     Status keepers(QList<KeeperRow> &keepers, qint64 &stations);
-    /// What stands of some stations, as it is at this moment.
-    Status stateOf(const QList<qint64> &stations, RecordedStations &states);
+    Status rights(RecordRights &rights);
+    /// What stands of some stations, as it is at this moment. The settings about a station have these names,
+    /// with ":" and its number behind them.
+    Status stateOf(const QList<qint64> &stations, const QStringList &settings, RecordedStations &states);
     /// What each alarm is that changed behind such a number, in the order of their last changes; of the first
     /// `most` of them.
     Status alarmsChangedAfter(qint64 change, const std::function<void(const AlarmRow &, qint64 change)> &take,
@@ -188,6 +199,8 @@ public:
     /// The value of a setting; nothing when there is none.
     Status setting(const QString &name, std::optional<QString> &value);
     Status settings(QHash<QString, QString> &values);
+    /// Those of these names that there are.
+    Status settings(const QStringList &names, QHash<QString, QString> &values);
 
     /// What was asked for behind such a number and has no answer, in the order of their numbers.
     Status openRequests(qint64 id, const std::function<void(const RequestRow &)> &take);

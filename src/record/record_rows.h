@@ -186,6 +186,8 @@ struct RequestRow
     QString operatorName{};
     QString what{};
     QString detail{}; ///< JSON
+    QString login{};  ///< the database's user who asked; the server gives it
+    bool mayAdminister = true;
     bool operator==(const RequestRow &) const = default;
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "opmode/operational_mode.h"
+#include "record/record_address.h"
 #include "support/environment.h"
 #include "support/recorded_line.h"
 
@@ -11,18 +12,20 @@ namespace ktr::test {
 /// A list that is kept, with modules that say what a test wants, in the time of the event loop.
 struct KeptStations
 {
-    explicit KeptStations(const QString &folder)
+    /// `place` is a folder, or the address of a record that keepers share.
+    explicit KeptStations(const QString &place)
     {
         Environment environment = fixedEnvironment();
         environment.now = &QDateTime::currentDateTimeUtc;
-        mode.emplace(OperationalMode::Services{environment, timers,
-                                               [this] {
-                                                   auto line = std::make_unique<RecordedLine>();
-                                                   lines += line.get();
-                                                   return line;
-                                               }},
-                     StationCaptions{});
-        opened = mode->open(folder + QStringLiteral("/nodes.xml"), OperationalMode::Use::Keep);
+        OperationalMode::Services services{environment, timers, [this] {
+                                               auto line = std::make_unique<RecordedLine>();
+                                               lines += line.get();
+                                               return line;
+                                           }};
+        services.name = QStringLiteral("keeper");
+        mode.emplace(services, StationCaptions{});
+        opened = mode->open(isServerAddress(place) ? place : place + QStringLiteral("/nodes.xml"),
+                            OperationalMode::Use::Keep);
     }
     void add(const QString &name)
     {

@@ -48,8 +48,9 @@ void AlarmBook::putQuietly(const QList<AlarmRow> &standing)
     }
 }
 
-void AlarmBook::takeOver(const QList<AlarmRow> &standing)
+void AlarmBook::takeOver(const QList<AlarmRow> &standing, const QList<Shelf> &shelves)
 {
+    m_shelves += shelves;
     putQuietly(standing);
     Q_EMIT reset();
 }
@@ -63,7 +64,8 @@ void AlarmBook::handOver(const QSet<qint64> &stations)
         }
     }
     const QHash<qint64, QHash<QString, qint64>> arrivals = std::exchange(m_arrivals, {});
-    const QList<Shelf> shelves = m_shelves;
+    QList<Shelf> shelves = m_shelves;
+    shelves.removeIf([&](const Shelf &shelf) { return stations.contains(shelf.station); });
     load(stay, shelves);
     for (const AlarmRow &alarm : std::as_const(stay)) {
         if (const auto numbers = arrivals.constFind(alarm.id); numbers != arrivals.cend()) {

@@ -43,9 +43,9 @@ public:
     /// Begins anew with the alarms that stood at the end of the last run. Nothing is told of it but reset().
     void load(const QList<AlarmRow> &standing, const QList<Shelf> &shelves);
 
-    /// The alarms that stand of stations that are taken over, and those of stations that are another
-    /// program's from now on. Nothing is told of it but reset().
-    void takeOver(const QList<AlarmRow> &standing);
+    /// The alarms that stand of stations that are taken over, with what puts them aside, and those of
+    /// stations that are another program's from now on. Nothing is told of it but reset().
+    void takeOver(const QList<AlarmRow> &standing, const QList<Shelf> &shelves = {});
     void handOver(const QSet<qint64> &stations);
 
     /// What an alarm is now, as another program says whose alarms these are.

@@ -15,6 +15,7 @@
 #include "opmode/window/operator_bar.h"
 #include "opmode/window/opmode_menus.h"
 #include "opmode/window/opmode_pages.h"
+#include "opmode/window/place_dialog.h"
 #include "opmode/window/record/line_place.h"
 #include "opmode/window/record/record_window.h"
 #include "opmode/window/retention_dialog.h"
@@ -22,6 +23,7 @@
 #include "opmode/window/station_tree_pane.h"
 #include "opmode/window/station_tree_view.h"
 #include "platform/settings_store.h"
+#include "record/record_address.h"
 
 #include <QAction>
 #include <QApplication>
@@ -47,6 +49,12 @@ constexpr QSize comfortableSize(1180, 740);
 constexpr QSize smallest(600, 360);
 constexpr int treeWidth = 320;
 
+/// With a full stop at its end, so that another one can follow.
+QString closedSentence(const QString &message)
+{
+    return message.endsWith(u'.') ? message : message + u'.';
+}
+
 } // namespace
 
 Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &texts,
@@ -60,7 +68,8 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
           mode.alarms(), [&mode](const AlarmRow &alarm) { return alarmOf(mode, alarm); }, services.timers),
       m_mute(services.timers, [&mode] { return mode.now(); }),
       m_sound(m_alarms, services.timers),
-      m_notifier(m_alarms, services.timers, *this)
+      m_notifier(m_alarms, services.timers, *this),
+      m_openAgain(services.timers.create())
 {
     showOutsideTextsPlain(*qApp);
     keepFocusOfDisabledButtons(*qApp);
@@ -230,6 +239,7 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_export, &Form_betriebsmodus::exportEntries);
     does(m_menus->mnu_record, &Form_betriebsmodus::openRecord);
     does(m_menus->mnu_retention, &Form_betriebsmodus::showRetention);
+    does(m_menus->mnu_place, &Form_betriebsmodus::choosePlace);
     does(m_menus->mnu_close, &Form_betriebsmodus::close);
     does(m_menus->mnu_ansicht_normal, [this] { showView(false); });
     does(m_menus->mnu_ansicht_treeview, [this] { showView(true); });
@@ -369,12 +379,43 @@ void Form_betriebsmodus::open(const QString &nodesPath)
 /// What another program keeps is joined.
 void Form_betriebsmodus::openList()
 {
+    if (isServerAddress(m_nodesPath)) {
+        openShared();
+        return;
+    }
     using Use = OperationalMode::Use;
     Status opened = m_mode.open(m_nodesPath, Use::Keep);
     if (m_mode.hindrance() == OperationalMode::Hindrance::InUse) {
         opened = m_mode.open(m_nodesPath, Use::Look);
     }
     showHindrance(opened);
+}
+
+/// A server may take its time, or not be there.
+void Form_betriebsmodus::openShared()
+{
+    m_openAgain->stop();
+    if (!m_listBanner->isVisible()) {
+        m_listBanner->tellOpening(m_nodesPath);
+    }
+    showUsable(false);
+    m_opening = std::make_unique<RecordQueries>(m_nodesPath);
+    m_opening->ask(this, &readSharedState, [this](const SharedState &state) {
+        m_listBanner->hide();
+        showHindrance(m_mode.join(m_nodesPath, state));
+        if (!state.status) {
+            m_openAgain->start(openAgainDelay, [this] { openShared(); });
+        }
+    });
+}
+
+/// Where the stations cannot be used, what would be done with them is kept nowhere, and no alarm arrives.
+void Form_betriebsmodus::showUsable(bool isUsable)
+{
+    m_splitter->setEnabled(isUsable);
+    m_noAlarm->setVisible(isUsable);
+    m_menus->setListUsable(isUsable);
+    m_menus->setRecorded(!m_mode.recordPath().isEmpty());
 }
 
 /// Also when there is none (any more).
@@ -389,10 +430,7 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
     chooseAgain();
     m_counts->showNow(); // at once: until the timer's turn it would say that there are none
     const bool isUsable = hindrance == Hindrance::None;
-    m_splitter->setEnabled(isUsable); // what would be done there is kept nowhere
-    m_noAlarm->setVisible(isUsable);  // none arrives
-    m_menus->setListUsable(isUsable);
-    m_menus->setRecorded(!m_mode.recordPath().isEmpty());
+    showUsable(isUsable);
     m_lockBanner->hide();
     showKeeper();
     if (isUsable) {
@@ -408,12 +446,16 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
         return;
     }
     const QString reason =
-        hindrance == Hindrance::InUse
+        isServerAddress(m_nodesPath)
+            ? tr("%1 It is tried again all the time.").arg(closedSentence(opened.message()))
+        : hindrance == Hindrance::InUse
             ? opened.message()
             : tr("The list of stations cannot be used. It stays as it is: %1").arg(opened.message());
     m_listBanner->appear(reason, hindrance == Hindrance::Unusable);
     tell(reason);
-    showBox(tr("No station is watched") + QLatin1String(".\n\n") + reason);
+    if (!isServerAddress(m_nodesPath)) {
+        showBox(tr("No station is watched") + QLatin1String(".\n\n") + reason);
+    }
 }
 
 /// What of the list was lost or rebuilt: the status bar would show its last line alone.
@@ -433,12 +475,20 @@ void Form_betriebsmodus::showDefects()
 void Form_betriebsmodus::showKeeper()
 {
     showTitle();
+    const bool isShared = isServerAddress(m_nodesPath);
     if (!m_mode.isJoined()) {
         m_joinedBanner->hide();
+    } else if (const std::optional<QDateTime> lost = m_mode.unreachableSince()) {
+        const QString line = tr("Since %1 nothing arrives here. The stations may be watched all the same; "
+                                "what is shown is how "
+                                "it was then. It is tried again all the time. %2")
+                                 .arg(shownMoment(lost->toMSecsSinceEpoch()), m_mode.unreachableReason());
+        m_joinedBanner->tellUnreachable(line);
+        m_messages->tell(tr("The record cannot be reached") + QLatin1String(". ") + line);
     } else if (const std::optional<QDateTime> since = m_mode.unwatchedSince()) {
         const QString line = tr("Since %1 no alarm arrives. What is shown is how it was then.")
                                  .arg(shownMoment(since->toMSecsSinceEpoch()));
-        m_joinedBanner->tellUnwatched(line);
+        m_joinedBanner->tellUnwatched(line, !isShared);
         m_messages->tell(tr("Nobody watches the stations") + QLatin1String(". ") + line);
     } else if (const std::optional<QDateTime> last = m_mode.unheardSince()) {
         const QString line =
@@ -449,6 +499,8 @@ void Form_betriebsmodus::showKeeper()
         m_joinedBanner->tellUnheard(line);
         m_messages->tell(tr("The program that watches the stations is not heard") + QLatin1String(". ") +
                          line);
+    } else if (isShared) { // that is as it should be, and the title has their names
+        m_joinedBanner->hide();
     } else {
         m_joinedBanner->tellJoined(tr("Watched by %1").arg(m_mode.keeper()));
     }
@@ -484,6 +536,30 @@ void Form_betriebsmodus::beginEmptyList()
     showHindrance(begun);
 }
 
+/// False when it could not be written and the user would rather go on.
+bool Form_betriebsmodus::closeList()
+{
+    delete m_recordWindow;
+    m_openAgain->stop();
+    m_opening.reset();
+    if (!m_mode.isOpen()) {
+        return true;
+    }
+    if (const Status written = m_mode.close(); !written) {
+        tell(written.message());
+        const QString rest =
+            m_mode.keepsChanges()
+                ? tr("What changed is kept in its record and is taken up at the next opening.")
+                : tr("The record cannot be written either: what changed in this run is lost then.");
+        if (!ask(written.message() + u"\n\n" + tr("The list of stations could not be written.") + u' ' +
+                 rest + u' ' + tr("Close all the same?"))) {
+            return false;
+        }
+        m_mode.closeWithoutFile();
+    }
+    return true;
+}
+
 void Form_betriebsmodus::closeEvent(QCloseEvent *event)
 {
     event->ignore();
@@ -491,20 +567,8 @@ void Form_betriebsmodus::closeEvent(QCloseEvent *event)
         QApplication::beep();
         return;
     }
-    delete m_recordWindow;
-    if (m_mode.isOpen()) {
-        if (const Status written = m_mode.close(); !written) {
-            tell(written.message());
-            const QString rest =
-                m_mode.keepsChanges()
-                    ? tr("What changed is kept in its record and is taken up at the next opening.")
-                    : tr("The record cannot be written either: what changed in this run is lost then.");
-            if (!ask(written.message() + u"\n\n" + tr("The list of stations could not be written.") + u' ' +
-                     rest + u' ' + tr("Close all the same?"))) {
-                return;
-            }
-            m_mode.closeWithoutFile();
-        }
+    if (!closeList()) {
+        return;
     }
     m_counts->stop();
     SettingsStore().SaveSettings(settingsOwner, settings_sections::operationalMode,
@@ -512,6 +576,15 @@ void Form_betriebsmodus::closeEvent(QCloseEvent *event)
                                   {splitterKey, QString::fromLatin1(m_splitter->saveState().toBase64())}});
     event->accept();
     Q_EMIT closed();
+}
+
+void Form_betriebsmodus::choosePlace()
+{
+    const QScopedValueRollback busy(m_busy, m_busy + 1);
+    PlaceDialog dialog(m_nodesPath, m_services.isPlaceFixed, m_texts, this);
+    if (dialog.exec() == QDialog::Accepted && dialog.address() != dialog.addressBefore() && closeList()) {
+        Q_EMIT placeWanted(dialog.address());
+    }
 }
 
 // The tree and the pages
@@ -546,7 +619,9 @@ void Form_betriebsmodus::tellLiveness(const StationEvent &event)
 void Form_betriebsmodus::showTitle()
 {
     QString title = programName + QLatin1String("  ") + m_texts.text(Text::OperationalMode);
-    if (m_mode.unheardSince()) {
+    if (m_mode.unreachableSince()) {
+        title += QStringLiteral(" – ") + tr("the record cannot be reached");
+    } else if (m_mode.unheardSince()) {
         title += QStringLiteral(" – ") + tr("joined, but not heard: %1").arg(m_mode.keeper());
     } else if (m_mode.isJoined() && !m_mode.unwatchedSince()) {
         title += QStringLiteral(" – ") + tr("joined: %1").arg(m_mode.keeper());
@@ -592,10 +667,10 @@ void Form_betriebsmodus::enableActions()
     const AlarmActions &actions = m_mode.alarmActions();
     m_menus->setStation(!kennung.isEmpty(), m_mode.attributes(kennung).online,
                         !kennung.isEmpty() && actions.maintenanceOf(actions.numberOf(kennung)) != nullptr);
-    using Watched = OpmodeMenus::Watched;
-    m_menus->setWatched(m_mode.isUnwatched() ? Watched::Nowhere
-                        : m_mode.isJoined()  ? Watched::Elsewhere
-                                             : Watched::Here);
+    using Deed = OperationalMode::Deed;
+    m_menus->setHindrances(
+        {m_mode.isJoined() ? tr("Done in the program that watches the stations") : QString(),
+         m_mode.whyNot(Deed::Operate), m_mode.whyNot(Deed::Administer), m_mode.whyNotForAll()});
 }
 
 bool Form_betriebsmodus::ask(const QString &question)

@@ -42,15 +42,19 @@ public:
         /// "description|patterns".
         std::function<QString(const QString &proposal, const QString &filter)> askSave;
         std::function<QString(const QString &filter)> askOpen;
+        /// Where the stations are was chosen for this run, and is not to be changed.
+        bool isPlaceFixed = false;
     };
 
     Form_betriebsmodus(OperationalMode &mode, const TextTable &texts, const Services &services,
                        QWidget *parent = nullptr);
     ~Form_betriebsmodus() override;
 
-    /// Opens the stations of a file and selects the first one. Where they cannot be watched a message and a
-    /// banner say so, and the user can try again.
+    /// Opens the stations of a file, or of a record on a server, and selects the first one. Where they cannot
+    /// be watched a message and a banner say so, and the user can try again; of a server it is tried by
+    /// itself, too.
     void open(const QString &nodesPath);
+    static constexpr Milliseconds openAgainDelay{5'000};
 
     /// Puts the texts of the table in place.
     void applyTexts();
@@ -66,6 +70,9 @@ Q_SIGNALS:
     void closed();
     /// A module is to be configured: the main window is to open its link at this address.
     void configurationWanted(const QString &hostAddress);
+    /// The stations are to be those of a record on a server, or with an empty address of the list here. What
+    /// was open is closed.
+    void placeWanted(const QString &address);
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -83,6 +90,10 @@ private:
     void restorePlaces();
 
     void openList();
+    void openShared();
+    void showUsable(bool isUsable);
+    bool closeList();
+    void choosePlace();
     void showHindrance(const Status &opened);
     void showDefects();
     void showKeeper();
@@ -124,7 +135,9 @@ private:
     int m_busy = 0;
 
     QString m_nodesPath;
-    QString m_chosenName; ///< keys are others after each opening
+    std::unique_ptr<OneShotTimer> m_openAgain;
+    std::unique_ptr<RecordQueries> m_opening; ///< while a server is asked for its stations
+    QString m_chosenName;                     ///< keys are others after each opening
     OpmodeMenus *m_menus;
     ListBanner *m_listBanner;
     ListBanner *m_lockBanner;

@@ -97,16 +97,27 @@ void ListBanner::tellUnheard(const QString &since)
     show(Topic::Unheard, since);
 }
 
-void ListBanner::tellUnwatched(const QString &since)
+void ListBanner::tellUnwatched(const QString &since, bool canWatch)
 {
     show(Topic::Unwatched, since);
+    m_watch->setVisible(canWatch);
+}
+
+void ListBanner::tellUnreachable(const QString &since)
+{
+    show(Topic::Unreachable, since);
+}
+
+void ListBanner::tellOpening(const QString &address)
+{
+    show(Topic::Opening, address);
 }
 
 void ListBanner::show(Topic topic, const QString &reason)
 {
     m_topic = topic;
     takeColours();
-    m_watch->setVisible(topic == Topic::Unwatched);
+    m_watch->hide();
     m_retry->setVisible(topic == Topic::NotWatched);
     m_empty->hide();
     m_noted->setVisible(topic == Topic::Defects || topic == Topic::Unlocked);
@@ -131,6 +142,10 @@ QString ListBanner::headline() const
         return tr("The program that watches the stations is not heard");
     case Topic::Unwatched:
         return tr("Nobody watches the stations");
+    case Topic::Unreachable:
+        return tr("The record cannot be reached");
+    case Topic::Opening:
+        return tr("The record is being opened");
     case Topic::Unkept:
         return tr("Alarms and changes cannot be written to the disk");
     }
@@ -158,7 +173,7 @@ void ListBanner::applyTexts()
 
 void ListBanner::takeColours()
 {
-    const bool isNote = m_topic == Topic::Joined;
+    const bool isNote = m_topic == Topic::Joined || m_topic == Topic::Opening;
     const QPalette wanted = isNote ? QApplication::palette() : alarmBarPalette(QApplication::palette());
     if (palette() != wanted) {
         setPalette(wanted);

@@ -28,8 +28,12 @@ public:
     void tellJoined(const QString &keeper);
     /// The program that watches the list is not heard. It stays until hide().
     void tellUnheard(const QString &since);
-    /// Nobody watches the list that is shown any more. It stays until hide().
-    void tellUnwatched(const QString &since);
+    /// Nobody watches the list that is shown any more. It stays until hide(). `canWatch`: this program could.
+    void tellUnwatched(const QString &since, bool canWatch);
+    /// What is shown cannot be followed. It stays until hide().
+    void tellUnreachable(const QString &since);
+    /// The stations are not shown yet. It stays until hide().
+    void tellOpening(const QString &address);
     /// Puts the captions in place; called again when the language changes.
     void applyTexts();
 
@@ -47,7 +51,17 @@ protected:
 
 private:
     void takeColours();
-    enum class Topic { NotWatched, Defects, Unlocked, Unkept, Joined, Unheard, Unwatched };
+    enum class Topic {
+        NotWatched,
+        Defects,
+        Unlocked,
+        Unkept,
+        Joined,
+        Unheard,
+        Unwatched,
+        Unreachable,
+        Opening
+    };
     void show(Topic topic, const QString &reason);
     QString headline() const;
 

@@ -45,6 +45,7 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     mnu_konfiguration = addAction(m_stationMenu, "mnu_konfiguration", QKeySequence(Qt::Key_F9));
     mnu_export = addAction(m_stationMenu, "mnu_export", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
     mnu_retention = addAction(m_stationMenu, "mnu_retention");
+    mnu_place = addAction(m_stationMenu, "mnu_place");
     m_stationMenu->addSeparator();
     mnu_close = addAction(m_stationMenu, "mnu_close", QKeySequence::Close);
 
@@ -109,6 +110,7 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_konfiguration->setText(texts.text(Text::ConfigurationMode));
     mnu_export->setText(texts.text(Text::Export) + QLatin1String("..."));
     mnu_retention->setText(tr("Record: size, age, copy..."));
+    mnu_place->setText(tr("Where the stations are..."));
     mnu_close->setText(tr("Close the operational mode"));
     m_viewMenu->setTitle(texts.text(Text::View));
     mnu_ansicht_normal->setText(texts.text(Text::General));
@@ -123,7 +125,7 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
 void OpmodeMenus::setListUsable(bool isUsable)
 {
     for (QAction *action : m_stationMenu->actions()) {
-        action->setEnabled(isUsable || action == mnu_close);
+        action->setEnabled(isUsable || action == mnu_close || action == mnu_place);
     }
     for (QAction *action : {mnu_operator, mnu_rules, mnu_limits}) {
         action->setEnabled(isUsable);
@@ -140,19 +142,20 @@ void OpmodeMenus::setStation(bool isChosen, bool isOnline, bool isMaintained)
     mnu_station_online->setChecked(isOnline);
 }
 
-void OpmodeMenus::setWatched(Watched where)
+void OpmodeMenus::setHindrances(const Hindrances &hindrances)
 {
-    const auto disable = [](const QList<QAction *> &actions, bool isDisabled, const QString &why) {
+    const auto hinder = [](const QList<QAction *> &actions, const QString &why) {
         for (QAction *action : actions) {
-            action->setEnabled(action->isEnabled() && !isDisabled);
-            action->setToolTip(isDisabled ? why : QString());
+            action->setEnabled(action->isEnabled() && why.isEmpty());
+            action->setToolTip(why);
         }
     };
-    disable({mnu_konfiguration, mnu_rules, mnu_limits}, where != Watched::Here,
-            tr("Done in the program that watches the stations"));
-    disable({mnu_station_add, mnu_station_list, mnu_station_rename, mnu_station_del, mnu_station_online,
-             mnu_station_allonline, mnu_station_alloffline, mnu_maintenance, mnu_maintenance_end},
-            where == Watched::Nowhere, tr("Nobody watches the stations"));
+    hinder({mnu_konfiguration}, hindrances.configuring);
+    hinder({mnu_rules, mnu_limits}, hindrances.ruling);
+    hinder({mnu_station_add, mnu_station_list, mnu_station_rename, mnu_station_del}, hindrances.listing);
+    hinder({mnu_station_online, mnu_station_allonline, mnu_station_alloffline, mnu_maintenance,
+            mnu_maintenance_end},
+           hindrances.operating);
 }
 
 void OpmodeMenus::setRecorded(bool isRecorded)

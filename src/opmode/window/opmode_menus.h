@@ -26,9 +26,15 @@ public:
     /// Enables what is about one station, and shows whether that is online; in maintenance it can be taken
     /// out of it.
     void setStation(bool isChosen, bool isOnline, bool isMaintained);
-    enum class Watched { Here, Elsewhere, Nowhere };
-    /// Most actions also work where another program watches; those that do not are disabled and say why.
-    void setWatched(Watched where);
+    /// Why nothing can be done now in an action's way, which is disabled then and says so; empty when it can.
+    struct Hindrances
+    {
+        QString configuring; ///< a module
+        QString operating;   ///< switching stations
+        QString listing;     ///< changing the list of stations
+        QString ruling;      ///< changing what holds for all alarms
+    };
+    void setHindrances(const Hindrances &hindrances);
     /// What happened can be searched only where it is recorded.
     void setRecorded(bool isRecorded);
     void setTreeOnly(bool treeOnly);
@@ -48,6 +54,7 @@ public:
     QAction *mnu_retention;
     QAction *mnu_maintenance;
     QAction *mnu_maintenance_end;
+    QAction *mnu_place;
     QAction *mnu_close;
     QAction *mnu_ansicht_normal;
     QAction *mnu_ansicht_treeview;

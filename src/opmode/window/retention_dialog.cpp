@@ -45,8 +45,9 @@ RetentionDialog::RetentionDialog(OperationalMode &mode, const TextTable &texts, 
         box->setSpecialValueText(tr("for ever"));
         box->setSuffix(tr(" days"));
         box->setValue(rules.*days);
-        box->setEnabled(!mode.recordPath().isEmpty() && !mode.isJoined());
-        box->setToolTip(mode.isJoined() ? tr("Done in the program that watches the stations") : QString());
+        const QString why = mode.whyNotForAll();
+        box->setEnabled(!mode.recordPath().isEmpty() && why.isEmpty());
+        box->setToolTip(why);
         form->addRow(caption, box);
         m_days.append({box, days});
     };

@@ -203,9 +203,12 @@ void StationPage::showNow()
     if (shown == nullptr) {
         return;
     }
-    for (QWidget *input : std::initializer_list<QWidget *>{m_name, m_address, Check_pic0_online,
-                                                           m_exclusiveCard, m_maintenanceCard}) {
-        input->setEnabled(!mode().isUnwatched());
+    for (QWidget *input :
+         std::initializer_list<QWidget *>{Check_pic0_online, m_exclusiveCard, m_maintenanceCard}) {
+        input->setEnabled(!mode().isIdle());
+    }
+    for (QLineEdit *input : {m_name, m_address}) {
+        input->setEnabled(mode().whyNot(OperationalMode::Deed::Administer).isEmpty());
     }
     const QModelIndex node = mode().tree().find(kennung());
     const auto status = node.data(StationTree::StatusRole).value<StationStatus>();

@@ -233,7 +233,7 @@ void ValuesPage::showReportTime()
 void ValuesPage::showRefresh()
 {
     const bool online = station() != nullptr && station()->online();
-    m_refresh->setEnabled(online && !mode().isUnwatched());
+    m_refresh->setEnabled(online && !mode().isIdle());
     m_refresh->setToolTip(online ? tr("Asks the station for all its input values")
                                  : tr("The station is offline and cannot be asked for its values"));
 }
