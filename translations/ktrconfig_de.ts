@@ -3881,6 +3881,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>About %1 rows and %2 a day.</source>
         <translation>Etwa %1 Zeilen und %2 am Tag.</translation>
     </message>
+    <message>
+        <source>A record on a server is copied by the server&apos;s own means (pg_dump)</source>
+        <translation>Eine Aufzeichnung auf einem Server wird mit dessen eigenen Mitteln kopiert (pg_dump)</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ShelveDialog</name>

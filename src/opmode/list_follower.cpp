@@ -41,7 +41,17 @@ void ListFollower::start(qint64 lastEvent, qint64 lastAlarmChange)
 void ListFollower::start(const SharedState &state)
 {
     m_keepers = state.keepers;
+    m_notices = std::make_unique<RecordNotices>(m_path, [this] { noticed(); });
     start(state.lastEvent, state.lastAlarmChange);
+}
+
+/// While a look goes on, it may be too early for what is new.
+void ListFollower::noticed()
+{
+    m_isNoticed = true;
+    if (!m_queries->isWaitedFor(this)) {
+        lookLater(leastPeriod);
+    }
 }
 
 void ListFollower::lookLater(Milliseconds delay)
@@ -76,6 +86,7 @@ void ListFollower::lookAtHolder()
 void ListFollower::look()
 {
     if (m_queries) {
+        m_isNoticed = false;
         m_queries->ask(
             this, [known = known()](RecordReader &reader) { return read(reader, known); },
             [this](const News &news) { looked(news); });
@@ -97,7 +108,8 @@ void ListFollower::looked(const News &news)
     if (!news.answers.isEmpty()) {
         m_listener.answers(news.answers);
     }
-    lookLater(m_hasMore ? Milliseconds(0) : period);
+    const bool isTold = m_notices != nullptr && m_notices->isListening();
+    lookLater(m_hasMore ? Milliseconds(0) : m_isNoticed ? leastPeriod : isTold ? quietPeriod : period);
     m_listener.looked();
 }
 

@@ -2,6 +2,7 @@
 
 #include "opmode/shared_state.h"
 #include "platform/timers.h"
+#include "record/record_notices.h"
 #include "record/record_queries.h"
 
 #include <QByteArray>
@@ -12,11 +13,15 @@ namespace ktr {
 
 /// Follows a list of stations that another program keeps: four times a second it looks whether its record has
 /// something new, and whether that program still holds the list. What is new is told in slices, so that the
-/// thread answers meanwhile. A record on a server is asked on a thread of its own.
+/// thread answers meanwhile. A record on a server is asked on a thread of its own, also as soon as the server
+/// tells that there is something.
 class ListFollower
 {
 public:
     static constexpr Milliseconds period{250};
+    /// Between two looks at a server's record that tells of what is new.
+    static constexpr Milliseconds leastPeriod{50};
+    static constexpr Milliseconds quietPeriod{1'000};
     /// A server that has not answered for so long is told as trouble.
     static constexpr Milliseconds serverPatience{5'000};
     /// So many events are told at a time.
@@ -98,6 +103,7 @@ private:
     void looked(const News &news);
     void take(const News &news);
     void lookLater(Milliseconds delay);
+    void noticed();
 
     QString m_path;
     QString m_lockPath;
@@ -108,7 +114,9 @@ private:
     std::unique_ptr<RecordReader> m_reader;
     std::optional<RecordQueries> m_queries; ///< of a server's record
     QString m_keepers;                      ///< likewise
-    std::optional<QByteArray> m_holder;     ///< what the lock's file says
+    bool m_isNoticed = false;               ///< likewise: there is something new
+    std::unique_ptr<RecordNotices> m_notices;
+    std::optional<QByteArray> m_holder; ///< what the lock's file says
     bool m_isOfRecord = false;
     qint64 m_version = 0;
     qint64 m_lastEvent = 0;

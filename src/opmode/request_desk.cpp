@@ -59,6 +59,7 @@ void RequestDesk::start()
         m_queries.emplace(m_parts.record.path());
         m_deeds.emplace(m_parts.record.path());
         m_settings.clear();
+        m_notices = std::make_unique<RecordNotices>(m_parts.record.path(), [this] { look(); });
     }
     m_timer->start(period, [this] { look(); });
 }
@@ -67,6 +68,7 @@ void RequestDesk::stop()
 {
     m_timer->stop();
     m_reader.reset();
+    m_notices.reset();
     m_queries.reset();
     m_deeds.reset();
 }

@@ -6,6 +6,7 @@
 #include "opmode/station_actions.h"
 #include "opmode/thinning.h"
 #include "opmode/watch_alarms.h"
+#include "record/record_notices.h"
 #include "record/record_queries.h"
 #include "record/shared_deeds.h"
 
@@ -65,9 +66,10 @@ private:
     Acknowledger &m_acknowledger;
     AlarmActions &m_alarmActions;
     std::unique_ptr<OneShotTimer> m_timer;
-    std::unique_ptr<RecordReader> m_reader; ///< while the record is written
-    std::optional<RecordQueries> m_queries; ///< likewise, of one on a server: nobody waits for that
-    std::optional<SharedDeeds> m_deeds;     ///< likewise
+    std::unique_ptr<RecordReader> m_reader;   ///< while the record is written
+    std::optional<RecordQueries> m_queries;   ///< likewise, of one on a server: nobody waits for that
+    std::optional<SharedDeeds> m_deeds;       ///< likewise
+    std::unique_ptr<RecordNotices> m_notices; ///< likewise
     std::function<void(const QHash<QString, QString> &)> m_settingsChanged;
     QHash<QString, QString> m_settings;
     qint64 m_start = 0;

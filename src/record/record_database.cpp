@@ -242,6 +242,9 @@ bool RecordDatabase::beginNumbers()
 
 bool RecordDatabase::commit()
 {
+    if (m_isServer && m_hasNumbers && !carryOut(u"NOTIFY "_s + committed)) {
+        return false;
+    }
     return carryOut(u"COMMIT"_s);
 }
 

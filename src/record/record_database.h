@@ -25,6 +25,9 @@ public:
         Salvage ///< the same, of as much as there is of a file that was cut off, too
     };
 
+    /// Under this name a server tells who listens that something was committed.
+    static inline const QString committed = QStringLiteral("ktrconfig");
+
     RecordDatabase() = default;
     ~RecordDatabase();
     Q_DISABLE_COPY_MOVE(RecordDatabase)

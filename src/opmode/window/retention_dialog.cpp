@@ -1,6 +1,7 @@
 #include "opmode/window/retention_dialog.h"
 
 #include "opmode/operational_mode.h"
+#include "record/record_address.h"
 #include "record/record_care.h"
 
 #include <QFileInfo>
@@ -66,8 +67,10 @@ RetentionDialog::RetentionDialog(OperationalMode &mode, const TextTable &texts, 
     m_backupState->setWordWrap(true);
     m_backup->setObjectName(QStringLiteral("Cmd_record_backup"));
     m_backup->setAutoDefault(false);
-    m_backup->setEnabled(!mode.recordPath().isEmpty());
-    m_backup->setToolTip(tr("Copies the record while it is in use; the copy may take its place"));
+    const bool isServer = isServerAddress(mode.recordPath());
+    m_backup->setEnabled(!mode.recordPath().isEmpty() && !isServer);
+    m_backup->setToolTip(isServer ? tr("A record on a server is copied by the server's own means (pg_dump)")
+                                  : tr("Copies the record while it is in use; the copy may take its place"));
     auto *ok = new QPushButton(texts.text(Text::Ok), this);
     ok->setObjectName(QStringLiteral("Cmd_record_ok"));
     ok->setDefault(true);
