@@ -33,7 +33,7 @@ room_begin() {
 
 room_address() { echo "postgresql://$1@/ktrconfig?host=$room/server"; }
 
-sql() { "$postgres/psql" -XAtq -v ON_ERROR_STOP=1 -h "$room/server" -U administrator -d ktrconfig "$@"; }
+sql() { PGOPTIONS="-c client_min_messages=warning" "$postgres/psql" -XAtq -v ON_ERROR_STOP=1 -h "$room/server" -U administrator -d ktrconfig "$@"; }
 
 # room_fleet COUNT SECONDS: so many modules, each with a text in so many seconds.
 room_fleet() {
@@ -81,10 +81,12 @@ room_count() {
   ended "$fleet"
   ended "${keepers[@]}"
   sql -v ledger="$room/ledger" >/dev/null <<'E2'
-CREATE SCHEMA room;
+CREATE SCHEMA IF NOT EXISTS room;
 CREATE TABLE room.ledger(at bigint, station text, what text, text text);
 \set copy '\\copy room.ledger FROM ' :ledger
 :copy
+CREATE INDEX ON room.ledger(station, what, at);
+ANALYZE room.ledger;
 CREATE TABLE room.said AS SELECT station, text, count(*) FILTER (WHERE what = 'sent') AS sent,
   bool_or(what = 'answered') AS answered, min(at) AS at FROM room.ledger WHERE what <> 'heard' GROUP BY station, text;
 CREATE TABLE room.recorded AS SELECT station.name AS station, split_part(event.text, ' --> ', 2) AS text, count(*),

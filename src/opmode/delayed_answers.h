@@ -7,8 +7,8 @@
 
 namespace ktr {
 
-/// The "OK"s that modules wait for. A module forgets an alarm once it has its "OK", so it gets that when the
-/// record has the alarm on the disk, or when the disk takes too long.
+/// The "OK"s that modules wait for. A module forgets a text once it has its "OK", so it gets that when the
+/// record has the text on the disk, or when the disk takes too long.
 class DelayedAnswers
 {
 public:

@@ -55,7 +55,6 @@ void MessageIntake::handle(const QString &kennung, const QString &text)
     if (!outcome.unusable.isEmpty()) {
         Q_EMIT statusMessage(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
     }
-    m_isAlarm = isUrgent;
     if (isUrgent && m_parts.record.isOpen()) {
         m_parts.record.writer().flush();
     }
@@ -95,7 +94,7 @@ qint64 MessageIntake::keep(const QString &kennung, const QString &text, const St
 bool MessageIntake::answersLater(const QString &kennung)
 {
     const ListRecord &record = m_parts.record;
-    if (!std::exchange(m_isAlarm, false) || !record.isOpen() || record.writer().isFailing()) {
+    if (!record.isOpen() || record.writer().isFailing()) {
         return false;
     }
     m_answers.add(kennung, record.writer().addedCount());

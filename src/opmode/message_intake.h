@@ -20,8 +20,7 @@ public:
     void handle(const QString &kennung, const QString &text);
     /// The same for a text of the past, from the record: no signal is sent.
     void handleAgain(const QString &kennung, const QString &text, qint64 at);
-    /// Whether the "OK" to the latest text waits for the disk: once the module has it, it forgets its
-    /// alarm.
+    /// Whether the "OK" to the latest text waits for the disk: once the module has it, it forgets the text.
     bool answersLater(const QString &kennung);
     /// The disk has more of the record, or has refused it.
     void settled();
@@ -40,7 +39,6 @@ private:
 
     ListParts m_parts;
     DelayedAnswers m_answers;
-    bool m_isAlarm = false; ///< the text that was taken last
 };
 
 } // namespace ktr
