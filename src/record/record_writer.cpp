@@ -106,9 +106,7 @@ struct RecordWriter::Connection
         if (!database.begin() || (database.isServer() && !database.execute(batchStatement()))) {
             return refused();
         }
-        const bool written =
-            std::ranges::all_of(rows, [this](const RecordRow &row) { return writing->write(row); });
-        if (!written) {
+        if (!writing->write(rows)) {
             return refused();
         }
         if (!database.commit()) {

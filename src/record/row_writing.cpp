@@ -4,6 +4,9 @@
 
 #include <QDateTime>
 
+#include <algorithm>
+#include <utility>
+
 namespace ktr {
 
 namespace {
@@ -45,6 +48,35 @@ const QVariant &bound(const QVariant &value)
     return value;
 }
 
+constexpr std::size_t eventSlot = 0;
+constexpr std::size_t historySlot = 4;
+constexpr std::size_t valueSlot = 5;
+
+QString textInJson(const QString &text)
+{
+    return jsonText(QJsonArray{withoutNul(text)}).chopped(1).sliced(1);
+}
+
+QString textOrNullInJson(const QString &text)
+{
+    return text.isEmpty() ? QStringLiteral("null") : textInJson(text);
+}
+
+QString numberInJson(qint64 number)
+{
+    return number == 0 ? QStringLiteral("null") : QString::number(number);
+}
+
+QString jsonRow(std::initializer_list<std::pair<const char *, QString>> members)
+{
+    QString row;
+    for (const auto &[name, value] : members) {
+        row += (row.isEmpty() ? QLatin1String("{\"") : QLatin1String(",\"")) + QLatin1String(name) +
+               QLatin1String("\":") + value;
+    }
+    return row + u'}';
+}
+
 /// With the number of the change, by which those that follow the record see that there is one.
 QByteArray alarmStatement(const QByteArray &changed)
 {
@@ -63,7 +95,48 @@ QByteArray alarmStatement(const QByteArray &changed)
 
 } // namespace
 
-bool RowWriting::write(const RecordRow &row)
+bool RowWriting::write(const std::vector<RecordRow> &rows)
+{
+    return std::ranges::all_of(rows, [this](const RecordRow &row) { return add(row); }) && sendAll();
+}
+
+bool RowWriting::sendAll()
+{
+    return send(eventSlot) && send(historySlot) && send(valueSlot);
+}
+
+/// Of one kind they stay in their order.
+bool RowWriting::gather(std::size_t slot, const QString &row)
+{
+    constexpr int mostAtOnce = 500;
+    Gathered &gathered = m_gathered[slot];
+    gathered.rows += (gathered.count == 0 ? u'[' : u',') + row;
+    return ++gathered.count < mostAtOnce || send(slot);
+}
+
+bool RowWriting::send(std::size_t slot)
+{
+    if (m_gathered[slot].count == 0) {
+        return true;
+    }
+    const Gathered gathered = std::exchange(m_gathered[slot], {});
+    const char *const statement =
+        slot == eventSlot
+            ? "INSERT INTO event(at, station, kind, text, detail, operator, alarm) SELECT * FROM"
+              " json_to_recordset(CAST(? AS json)) AS row(at bigint, station bigint, kind integer, text text,"
+              " detail text, operator text, alarm bigint)"
+        : slot == historySlot
+            ? "INSERT INTO history(station, channel, at, first, second) SELECT * FROM"
+              " json_to_recordset(CAST(? AS json)) AS row(station bigint, channel integer, at bigint,"
+              " first text, second text) ON CONFLICT DO NOTHING"
+            : "INSERT INTO value(station, channel, at, value) SELECT * FROM"
+              " json_to_recordset(CAST(? AS json)) AS row(station bigint, channel integer, at bigint,"
+              " value text) ON CONFLICT DO NOTHING";
+    return (slot != eventSlot || m_database.beginNumbers()) &&
+           carryOut(slot, statement, QString(gathered.rows + u']'));
+}
+
+bool RowWriting::add(const RecordRow &row)
 {
     return std::visit([this](const auto &kind) { return put(kind); }, row);
 }
@@ -115,13 +188,15 @@ bool RowWriting::put(const EventRow &row)
     const QVariant by = textOrNull(row.operatorName);
     const QVariant alarm = numberOrNull(row.alarm);
     if (m_isServer) {
-        return m_database.beginNumbers() &&
-               carryOut(0,
-                        "INSERT INTO event(at, station, kind, text, detail, operator, alarm)"
-                        " VALUES(?, ?, ?, ?, ?, ?, ?)",
-                        row.at, station, kind, row.text, detail, by, alarm);
+        return gather(eventSlot, jsonRow({{"at", QString::number(row.at)},
+                                          {"station", numberInJson(row.station)},
+                                          {"kind", QString::number(kind)},
+                                          {"text", textInJson(row.text)},
+                                          {"detail", textOrNullInJson(row.detail)},
+                                          {"operator", textOrNullInJson(row.operatorName)},
+                                          {"alarm", numberInJson(row.alarm)}}));
     }
-    return carryOut(0,
+    return carryOut(eventSlot,
                     m_again
                         ? "INSERT OR IGNORE INTO event(id, at, station, kind, text, detail, operator, alarm)"
                           " VALUES(?, ?, ?, ?, ?, ?, ?, ?)"
@@ -168,8 +243,15 @@ bool RowWriting::put(const AlarmRow &row)
 
 bool RowWriting::put(const HistoryRow &row)
 {
-    return needMonth(QStringLiteral("history"), row.at, m_historyMonths) &&
-           carryOut(4,
+    if (m_isServer) {
+        return needMonth(QStringLiteral("history"), row.at, m_historyMonths) &&
+               gather(historySlot, jsonRow({{"station", QString::number(row.station)},
+                                            {"channel", QString::number(row.channel)},
+                                            {"at", QString::number(row.at)},
+                                            {"first", textInJson(row.first)},
+                                            {"second", textInJson(row.second)}}));
+    }
+    return carryOut(historySlot,
                     "INSERT INTO history(station, channel, at, first, second) VALUES(?, ?, ?, ?, ?)"
                     " ON CONFLICT DO NOTHING",
                     row.station, row.channel, row.at, row.first, row.second);
@@ -177,10 +259,16 @@ bool RowWriting::put(const HistoryRow &row)
 
 bool RowWriting::put(const ValueRow &row)
 {
-    return needMonth(QStringLiteral("value"), row.at, m_valueMonths) &&
-           carryOut(
-               5, "INSERT INTO value(station, channel, at, value) VALUES(?, ?, ?, ?) ON CONFLICT DO NOTHING",
-               row.station, row.channel, row.at, row.value);
+    if (m_isServer) {
+        return needMonth(QStringLiteral("value"), row.at, m_valueMonths) &&
+               gather(valueSlot, jsonRow({{"station", QString::number(row.station)},
+                                          {"channel", QString::number(row.channel)},
+                                          {"at", QString::number(row.at)},
+                                          {"value", textInJson(row.value)}}));
+    }
+    return carryOut(
+        valueSlot, "INSERT INTO value(station, channel, at, value) VALUES(?, ?, ?, ?) ON CONFLICT DO NOTHING",
+        row.station, row.channel, row.at, row.value);
 }
 
 bool RowWriting::put(const ListFileRow &row)
