@@ -6,11 +6,12 @@ DelayedAnswers::DelayedAnswers(const cStations &stations, Timers &timers)
     : m_stations(stations), m_longestWait(timers.create())
 {}
 
-void DelayedAnswers::add(const QString &kennung, quint64 changes)
+void DelayedAnswers::add(const QString &kennung, quint64 changes, bool isOnServer)
 {
+    m_patience = isOnServer ? longestWaitForServer : longestWait;
     m_waiting.push_back({kennung, changes});
     if (!m_longestWait->isRunning()) {
-        m_longestWait->start(longestWait, [this] { answerAll(); });
+        m_longestWait->start(m_patience, [this] { answerAll(); });
     }
 }
 
@@ -23,7 +24,7 @@ void DelayedAnswers::answerUpTo(quint64 changes)
         answer(kennung);
     }
     if (!m_waiting.empty()) {
-        m_longestWait->start(longestWait, [this] { answerAll(); });
+        m_longestWait->start(m_patience, [this] { answerAll(); });
     }
 }
 

@@ -3,6 +3,7 @@
 #include "link/conversation_log.h"
 #include "opmode/tree/notifications.h"
 #include "platform/overloaded.h"
+#include "record/record_address.h"
 
 namespace ktr {
 
@@ -97,7 +98,7 @@ bool MessageIntake::answersLater(const QString &kennung)
     if (!record.isOpen() || record.writer().isFailing()) {
         return false;
     }
-    m_answers.add(kennung, record.writer().addedCount());
+    m_answers.add(kennung, record.writer().addedCount(), isServerAddress(record.path()));
     return true;
 }
 
