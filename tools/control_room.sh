@@ -148,7 +148,7 @@ show_control_room() {
   "$bin/ktrcli" keep --status --record "$(room_address looker)"
   if [ -n "$window" ]; then
     echo "demo: close the window for the count"
-    wait "${room_others[0]}"
+    wait "${room_others[0]}" || true
   else
     sleep 8
   fi
