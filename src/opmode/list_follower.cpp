@@ -48,7 +48,9 @@ void ListFollower::start(const SharedState &state)
 /// While a look goes on, it may be too early for what is new.
 void ListFollower::noticed()
 {
-    m_isNoticed = true;
+    if (std::exchange(m_isNoticed, true)) { // notices that never end must not put the look off for ever
+        return;
+    }
     if (!m_queries->isWaitedFor(this)) {
         lookLater(leastPeriod);
     }
