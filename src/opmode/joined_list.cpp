@@ -97,6 +97,9 @@ void JoinedList::openShared(const SharedState &state)
     m_rights = state.rights;
     begin(state.stations.alarms, state.settings);
     m_follower.start(state);
+    if (state.keepers.isEmpty() && state.lastEventAt != 0) { // the last one wrote that it ended, or less
+        m_unkeptSince = QDateTime::fromMSecsSinceEpoch(state.lastEventAt);
+    }
     showKeeper();
 }
 

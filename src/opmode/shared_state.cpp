@@ -20,6 +20,12 @@ SharedState readSharedState(RecordReader &reader)
     go([&] { return reader.openAlarms([&](const AlarmRow &row) { stations.alarms += row; }); });
     go([&] { return reader.settings(state.settings); });
     go([&] { return reader.lastEvent(state.lastEvent); });
+    go([&] {
+        return reader.eventsAfter(state.lastEvent - 1, [&](const EventRow &event) {
+            state.lastEventAt = event.at;
+            return false;
+        });
+    });
     go([&] { return reader.lastAlarmChange(state.lastAlarmChange); });
     go([&] { return reader.latestOf({EventKind::History}, reportsOfEach, add); });
     go([&] { return reader.latestOf(QList{EventKind::Values} + stateKinds(), 1, add); });

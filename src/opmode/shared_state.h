@@ -13,6 +13,7 @@ struct SharedState
     /// What each station said and was last, in the order of their numbers.
     QList<EventRow> latest{};
     qint64 lastEvent = 0;
+    qint64 lastEventAt = 0; ///< milliseconds since 1970, UTC
     qint64 lastAlarmChange = 0;
     QString keepers{}; ///< in words; empty: there is none
     RecordRights rights{};

@@ -443,6 +443,9 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
         m_operatorBar->askAtBeginning();
         showDefects();
         offerThinning();
+        if (m_mode.isJoined() && m_mode.isIdle()) { // else the menus tell why
+            tell(m_mode.whyNot(OperationalMode::Deed::Operate));
+        }
         return;
     }
     const QString reason =
@@ -476,9 +479,7 @@ void Form_betriebsmodus::showKeeper()
 {
     showTitle();
     const bool isShared = isServerAddress(m_nodesPath);
-    if (!m_mode.isJoined()) {
-        m_joinedBanner->hide();
-    } else if (const std::optional<QDateTime> lost = m_mode.unreachableSince()) {
+    if (const std::optional<QDateTime> lost = m_mode.unreachableSince()) {
         const QString line = tr("Since %1 nothing arrives here. The stations may be watched all the same; "
                                 "what is shown is how "
                                 "it was then. It is tried again all the time. %2")
@@ -499,10 +500,10 @@ void Form_betriebsmodus::showKeeper()
         m_joinedBanner->tellUnheard(line);
         m_messages->tell(tr("The program that watches the stations is not heard") + QLatin1String(". ") +
                          line);
-    } else if (isShared) { // that is as it should be, and the title has their names
-        m_joinedBanner->hide();
-    } else {
+    } else if (m_mode.isJoined() && !isShared) {
         m_joinedBanner->tellJoined(tr("Watched by %1").arg(m_mode.keeper()));
+    } else { // several keepers are as it should be, and the title has their names
+        m_joinedBanner->hide();
     }
 }
 
