@@ -192,9 +192,11 @@ void RequestDesk::doForAll(const RequestRow &row)
 
 Status RequestDesk::mayDo(const RequestRow &row) const
 {
-    return row.at < m_start && !isOfAll(row)
+    const qint64 now = m_parts.moment();
+    const qint64 asked = row.age ? now - *row.age : row.at;
+    return asked < m_start && !isOfAll(row)
                ? Status::failed(tr("it was asked for before the stations were watched"))
-           : m_parts.moment() - row.at > RequestSender::patienceMs
+           : now - asked > RequestSender::patienceMs
                ? Status::failed(tr("the program that watches the stations was held up for too long"))
            : isAdministrative(row.what) && !row.mayAdminister
                ? Status::failed(tr("%1 is no administrator of the database").arg(row.login))

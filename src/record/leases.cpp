@@ -11,9 +11,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Keepers whose time is not over.
-const QString alive = u"(SELECT id FROM keeper WHERE leased_until > clock_timestamp())"_s;
-
 QString interval(Milliseconds time)
 {
     return u"interval '%1 milliseconds'"_s.arg(time.count());
@@ -21,13 +18,15 @@ QString interval(Milliseconds time)
 
 } // namespace
 
-Leases::Leases(QString address, QString name, Timers &timers, Listener listener, const Times &times)
+Leases::Leases(QString address, QString name, Timers &timers, Listener listener, const Times &times,
+               qint64 block)
     : m_address(std::move(address)),
       m_name(std::move(name)),
       m_listener(std::move(listener)),
       m_times(times),
       m_timer(timers.create()),
-      m_checkTimer(timers.create())
+      m_checkTimer(timers.create()),
+      m_block(block)
 {
     m_timer->start(Milliseconds(0), [this] { begin(); });
 }
@@ -35,18 +34,21 @@ Leases::Leases(QString address, QString name, Timers &timers, Listener listener,
 Leases::~Leases()
 {
     m_thread.wait();
-    m_thread.start([this] { giveBack(); });
+    m_thread.start([this, duties = m_duties.work()] { giveBack(duties); });
     m_thread.wait();
 }
 
 /// The stations of a keeper that is not there are anybody's. Over a new connection where the old one was
 /// lost.
-void Leases::giveBack()
+void Leases::giveBack(const DutyWork &duties)
 {
-    const QString gone = u"DELETE FROM keeper WHERE id = %1"_s.arg(m_keeper);
-    const bool isDone = m_keeper == 0 || (m_database.isOpen() && m_database.execute(gone));
+    const auto give = [&] {
+        return noteDuties(m_database, m_keeper, duties.notes) &&
+               m_database.execute(u"DELETE FROM keeper WHERE id = %1"_s.arg(m_keeper));
+    };
+    const bool isDone = m_keeper == 0 || (m_database.isOpen() && give());
     if (!isDone && m_database.open(m_address, RecordDatabase::Use::Write)) {
-        (void)m_database.execute(gone); // or its time will be over soon
+        (void)give(); // or its time will be over soon
     }
     m_database.close();
 }
@@ -75,9 +77,9 @@ void Leases::begin()
 {
     check();
     m_inHand = std::exchange(m_released, {});
-    m_thread.start([this, released = m_inHand, isAnew = m_isOver] {
+    m_thread.start([this, released = m_inHand, duties = m_duties.work(), isAnew = m_isOver] {
         m_turn = Turn();
-        take(released, isAnew, m_turn);
+        take(released, duties, isAnew, m_turn);
         QMetaObject::invokeMethod(
             &m_receiver, [this] { collect(); }, Qt::QueuedConnection);
     });
@@ -107,6 +109,8 @@ void Leases::collect()
     }
     m_until = until;
     m_isOver = false;
+    m_overview = turn.overview;
+    m_duties.take(turn.duties);
     const QSet<qint64> lost = m_held - turn.mine; // taken out of the list
     const QSet<qint64> gained = turn.mine - m_held - QSet(m_released.cbegin(), m_released.cend());
     m_held = (m_held | gained) - lost;
@@ -125,6 +129,7 @@ void Leases::collect()
     if (const QList<qint64> gone = lost.values() + leaving; !gone.isEmpty()) {
         m_listener.lost(gone);
     }
+    m_listener.turned();
 }
 
 /// Nobody but this program knows that its time is over while it is cut off.
@@ -147,9 +152,11 @@ void Leases::lose()
     m_checkTimer->stop();
     m_released.clear();
     m_leaving.clear();
+    m_duties.lose();
     if (const QList<qint64> lost = std::exchange(m_held, {}).values(); !lost.isEmpty()) {
         m_listener.lost(lost);
     }
+    m_listener.turned();
 }
 
 bool Leases::numbers(const QString &statement, QList<qint64> &numbers)
@@ -175,7 +182,7 @@ bool Leases::number(const QString &statement, qint64 &number)
     return isRead;
 }
 
-void Leases::take(const QList<qint64> &released, bool isAnew, Turn &turn)
+void Leases::take(const QList<qint64> &released, const DutyWork &duties, bool isAnew, Turn &turn)
 {
     turn.isAnew = isAnew;
     if (!m_database.isOpen()) {
@@ -191,7 +198,9 @@ void Leases::take(const QList<qint64> &released, bool isAnew, Turn &turn)
             u"UPDATE station SET keeper = NULL WHERE keeper = %1 AND id IN "_s.arg(m_keeper) +
             listOf(released)));
     }
-    isDone = isDone && share(turn);
+    isDone = isDone && share(turn) && noteDuties(m_database, m_keeper, duties.notes) &&
+             (!turn.isFirst || claimDuties(m_database, m_keeper, duties.wanted)) &&
+             dutiesOf(m_database, m_keeper, turn.duties) && lookOver(turn.overview);
     QList<qint64> mine;
     isDone = isDone &&
              numbers(u"SELECT id FROM station WHERE listed = 1 AND keeper = %1"_s.arg(m_keeper), mine) &&
@@ -220,9 +229,10 @@ bool Leases::renew(Turn &turn)
     }
     turn.isAnew = true;
     QSqlQuery name(m_database.handle());
-    name.prepare(u"INSERT INTO keeper(name, leased_until) VALUES(?, clock_timestamp() + "_s +
+    name.prepare(u"INSERT INTO keeper(name, block, leased_until) VALUES(?, ?, clock_timestamp() + "_s +
                  interval(m_times.lease) + u") RETURNING id"_s);
     name.addBindValue(m_name);
+    name.addBindValue(m_block);
     const QString before =
         u"DELETE FROM keeper WHERE id = %1 OR leased_until < clock_timestamp() - interval '1 day'"_s;
     if (!m_database.execute(before.arg(m_keeper)) || !m_database.run(name) || !name.next()) {
@@ -245,11 +255,12 @@ bool Leases::share(Turn &turn)
     if (!number(u"SELECT CAST(pg_try_advisory_xact_lock(%1) AS integer)"_s.arg(shareLock), isFirst)) {
         return false;
     }
-    if (isFirst == 0) {
+    turn.isFirst = isFirst != 0;
+    if (!turn.isFirst) {
         return true;
     }
     if (!number(u"SELECT count(*) FROM station WHERE listed = 1"_s, all) ||
-        !number(u"SELECT count(*) FROM "_s + alive + u" AS alive"_s, keepers) ||
+        !number(u"SELECT count(*) FROM "_s + livingKeepers + u" AS alive"_s, keepers) ||
         !number(u"SELECT count(*) FROM station WHERE listed = 1 AND keeper = "_s + own, mine)) {
         return false;
     }
@@ -262,7 +273,23 @@ bool Leases::share(Turn &turn)
     return mine == fair ||
            m_database.execute(u"UPDATE station SET keeper = %1 WHERE id IN (SELECT id FROM station WHERE"
                               " listed = 1 AND (keeper IS NULL OR keeper NOT IN "_s.arg(own) +
-                              alive + u") ORDER BY id LIMIT %1 FOR UPDATE SKIP LOCKED)"_s.arg(fair - mine));
+                              livingKeepers +
+                              u") ORDER BY id LIMIT %1 FOR UPDATE SKIP LOCKED)"_s.arg(fair - mine));
+}
+
+bool Leases::lookOver(Overview &overview)
+{
+    QSqlQuery *query = m_database.prepared(
+        u"SELECT floor(extract(epoch FROM clock_timestamp()) * 1000)::bigint, (SELECT count(*) FROM "_s +
+        livingKeepers + u" AS alive), count(*), count(*) FILTER (WHERE keeper IS NULL OR keeper NOT IN "_s +
+        livingKeepers + u") FROM station WHERE listed = 1"_s);
+    if (query == nullptr || !m_database.run(*query) || !query->next()) {
+        return false;
+    }
+    overview = {query->value(0).toLongLong(), query->value(1).toInt(), query->value(2).toInt(),
+                query->value(3).toInt()};
+    query->finish();
+    return true;
 }
 
 } // namespace ktr

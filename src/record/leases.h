@@ -2,7 +2,7 @@
 
 #include "platform/timers.h"
 #include "platform/worker_thread.h"
-#include "record/record_database.h"
+#include "record/duties.h"
 
 #include <QObject>
 #include <QSet>
@@ -33,10 +33,22 @@ public:
         std::function<void(const QList<qint64> &stations)> lost;
         /// Why the server cannot be asked, once; an empty text when it can again.
         std::function<void(const QString &reason)> trouble;
+        /// After each turn with the server, and when the time is over.
+        std::function<void()> turned = [] {};
+    };
+    /// What the server said last of all keepers.
+    struct Overview
+    {
+        qint64 now = 0; ///< by the server's clock; 0: it has said nothing yet
+        int keepers = 0;
+        int stations = 0;
+        int unkept = 0; ///< of these, without a keeper that is there
     };
 
-    /// `name` is what others see of this keeper. Begins with the first turn of the event loop.
-    Leases(QString address, QString name, Timers &timers, Listener listener, const Times &times);
+    /// `name` is what others see of this keeper, `block` that of its alarms' numbers. Begins with the first
+    /// turn of the event loop.
+    Leases(QString address, QString name, Timers &timers, Listener listener, const Times &times,
+           qint64 block = 0);
     /// Gives back what is held, if the server can be reached; nothing may be sent any more.
     ~Leases();
     Q_DISABLE_COPY_MOVE(Leases)
@@ -48,6 +60,17 @@ public:
     void released(const QList<qint64> &stations);
     /// How long it will be so, without another word of the server; negative when it is over.
     Milliseconds left() const;
+    const Overview &overview() const { return m_overview; }
+
+    /// This keeper does such a thing, too, when it is its turn; see has().
+    void want(const QString &duty) { m_duties.want(duty); }
+    /// Whether it is this keeper's, and nobody else can have it by now. To be asked before each thing that is
+    /// done.
+    bool has(const QString &duty) const { return isHeld() && m_duties.has(duty); }
+    /// How far who had it before has come, or what was noted here.
+    QString noted(const QString &duty) const { return m_duties.noted(duty); }
+    /// Is written with the next turn, if the duty is still this keeper's by then.
+    void note(const QString &duty, const QString &text) { m_duties.note(duty, text); }
 
 private:
     /// What one turn with the server gave.
@@ -58,6 +81,9 @@ private:
         bool isAnew = false;   ///< the time was over: nothing of before holds
         QSet<qint64> mine;
         QList<qint64> tooMany; ///< to be given to others
+        bool isFirst = false;  ///< no other shares at this moment
+        QHash<QString, QString> duties{};
+        Overview overview{};
     };
 
     void begin();
@@ -65,10 +91,11 @@ private:
     void check();
     void lose();
     // On the thread:
-    void giveBack();
-    void take(const QList<qint64> &released, bool isAnew, Turn &turn);
+    void giveBack(const DutyWork &duties);
+    void take(const QList<qint64> &released, const DutyWork &duties, bool isAnew, Turn &turn);
     bool renew(Turn &turn);
     bool share(Turn &turn);
+    bool lookOver(Overview &overview);
     bool numbers(const QString &statement, QList<qint64> &numbers);
     bool number(const QString &statement, qint64 &number);
 
@@ -85,6 +112,9 @@ private:
     Milliseconds m_until{-1};
     bool m_isOver = true; ///< the time was over, and nothing came of the server since
     QString m_trouble;
+    Duties m_duties;
+    Overview m_overview;
+    qint64 m_block;
 
     // The thread's while it works:
     RecordDatabase m_database;

@@ -360,7 +360,10 @@ Status RecordReader::openRequests(qint64 id, const std::function<void(const Requ
     if (Status opened = open(); !opened) {
         return opened;
     }
-    const QString asker = m_database.isServer() ? u", login, "_s + administers(u"login"_s) : QString();
+    const QString asker = m_database.isServer()
+                              ? u", login, "_s + administers(u"login"_s) +
+                                    u", floor(extract(epoch FROM clock_timestamp() - asked) * 1000)::bigint"_s
+                              : QString();
     return each(u"SELECT id, at, operator, what, detail"_s + asker +
                     u" FROM request WHERE taken IS NULL AND id > ? ORDER BY id"_s,
                 {id}, [&](const QSqlQuery &row) {
@@ -370,6 +373,7 @@ Status RecordReader::openRequests(qint64 id, const std::function<void(const Requ
                     if (!asker.isEmpty()) {
                         request.login = row.value(5).toString();
                         request.mayAdminister = row.value(6).toBool();
+                        request.age = row.value(7).toLongLong();
                     }
                     take(request);
                     return true;

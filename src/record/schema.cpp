@@ -238,6 +238,17 @@ const QList<QStringList> &serverSteps()
             u"GRANT EXECUTE ON FUNCTION add_month(text, bigint), drop_months(text, bigint)"
             " TO ktrconfig_keeper"_s,
         },
+        {
+            // What one keeper alone does at a time, and how far it has come.
+            u"CREATE TABLE duty(name text PRIMARY KEY, keeper bigint, since timestamptz, state text NOT NULL"
+            " DEFAULT '') WITH (fillfactor = 50)"_s,
+            u"GRANT SELECT ON duty TO ktrconfig_viewer"_s,
+            u"GRANT SELECT, INSERT, UPDATE, DELETE ON duty TO ktrconfig_keeper"_s,
+            // Of which block the numbers of its alarms are.
+            u"ALTER TABLE keeper ADD COLUMN block bigint"_s,
+            // By one clock, whichever machine asks.
+            u"ALTER TABLE request ADD COLUMN asked timestamptz NOT NULL DEFAULT clock_timestamp()"_s,
+        },
     };
     return all;
 }

@@ -22,7 +22,9 @@ public:
                     [this](const QList<qint64> &lost) { letGo(lost); },
                     [this](const QString &reason) { troubles += reason; }},
                    times)
-    {}
+    {
+        m_leases.want(u"forward"_s);
+    }
 
     void turn()
     {
@@ -30,6 +32,7 @@ public:
         m_leases.released(std::exchange(m_toRelease, {}));
     }
     bool isHeld() const { return m_leases.isHeld(); }
+    Leases &leases() { return m_leases; }
 
     QSet<qint64> stations;
     QStringList troubles;
@@ -102,6 +105,30 @@ private Q_SLOTS:
         QTRY_VERIFY(turns({5, 5}));
     }
 
+    /// Who follows begins where the one before it stopped, which cannot say more about it then.
+    void oneAloneHasADuty()
+    {
+        begin(u"a"_s);
+        QTRY_VERIFY(turns({10}) && m_keepers[0]->leases().has(u"forward"_s));
+        begin(u"b"_s);
+        m_keepers[0]->leases().note(u"forward"_s, u"812"_s);
+        QTRY_VERIFY(turns({5, 5}));
+        QVERIFY(!m_keepers[1]->leases().has(u"forward"_s));
+        QCOMPARE(m_keepers[1]->leases().overview().keepers, 2);
+        auto stopped = std::move(m_keepers.front());
+        m_keepers.erase(m_keepers.begin());
+        stopped->leases().note(u"forward"_s, u"900"_s); // too late for it to be written
+        QTRY_VERIFY(turns({10}, stopped.get()) && m_keepers[0]->leases().has(u"forward"_s));
+        QVERIFY(!stopped->leases().has(u"forward"_s));
+        QCOMPARE(m_keepers[0]->leases().noted(u"forward"_s), u"812"_s);
+        m_keepers[0]->leases().note(u"forward"_s, u"820"_s);
+        stopped->turn();
+        m_keepers.erase(m_keepers.begin()); // which ends well, and writes what it noted
+        m_keepers.push_back(std::move(stopped));
+        QTRY_VERIFY(turns({10}) && m_keepers[0]->leases().has(u"forward"_s));
+        QCOMPARE(m_keepers[0]->leases().noted(u"forward"_s), u"820"_s);
+    }
+
     void whoIsCutOffLetsGoInTime()
     {
         begin(u"a"_s);
@@ -124,7 +151,7 @@ private:
     void begin(const QString &name) { m_keepers.push_back(std::make_unique<Keeper>(m_address, name)); }
 
     /// A turn of each keeper; whether each has so many stations then. No station has two that may talk to it.
-    bool turns(const QList<qsizetype> &counts, const Keeper *still = nullptr)
+    bool turns(const QList<qsizetype> &counts, Keeper *still = nullptr)
     {
         QList<qsizetype> found;
         for (const auto &keeper : m_keepers) {
@@ -132,7 +159,9 @@ private:
         }
         QCoreApplication::processEvents();
         QHash<qint64, int> talking;
-        const auto count = [&talking](const Keeper &keeper) {
+        int holders = 0;
+        const auto count = [&](Keeper &keeper) {
+            holders += keeper.leases().has(u"forward"_s) ? 1 : 0;
             for (const qint64 station : keeper.isHeld() ? keeper.stations : QSet<qint64>()) {
                 ++talking[station];
             }
@@ -143,6 +172,9 @@ private:
         }
         if (still != nullptr) {
             count(*still);
+        }
+        if (holders > 1) {
+            qFatal("%d keepers have one duty", holders);
         }
         for (auto station = talking.cbegin(); station != talking.cend(); ++station) {
             if (*station > 1) {

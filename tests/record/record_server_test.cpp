@@ -175,12 +175,14 @@ private Q_SLOTS:
         const QString ask =
             u"INSERT INTO request(at, operator, what, detail) VALUES(1, 'Anna', 'acknowledge', '{}')"_s;
         for (const QString &role : {u"viewer"_s, u"operator"_s, u"administrator"_s}) {
-            QVERIFY(may(role, u"SELECT * FROM alarm_story, event_story, history_hourly, setting, keeper"_s));
+            QVERIFY(may(role,
+                        u"SELECT * FROM alarm_story, event_story, history_hourly, setting, keeper, duty"_s));
             QCOMPARE(may(role, ask), role != u"viewer"_s);
             for (const QString &never :
                  {u"DELETE FROM event"_s, u"UPDATE alarm SET over = 1"_s, u"UPDATE request SET taken = 1"_s,
                   u"INSERT INTO event(at, kind, text) VALUES(1, 1, '')"_s, u"UPDATE station SET keeper = 1"_s,
-                  u"SELECT drop_months('history', 1)"_s, u"DROP TABLE event"_s, u"CREATE TABLE mine(x int)"_s,
+                  u"UPDATE duty SET keeper = 1"_s, u"SELECT drop_months('history', 1)"_s,
+                  u"DROP TABLE event"_s, u"CREATE TABLE mine(x int)"_s,
                   u"INSERT INTO request(at, what, detail, login) VALUES(1, '', '', 'somebody')"_s}) {
                 QVERIFY2(!may(role, never) || never.startsWith(u"DROP"_s),
                          qPrintable(role + u": "_s + never));
@@ -189,6 +191,11 @@ private Q_SLOTS:
         QCOMPARE(
             m_server.sql(database, u"SELECT string_agg(login, ',' ORDER BY id) FROM ktrconfig.request"_s),
             u"a_operator,a_administrator"_s);
+        int asked = 0; // by the server's clock, not by that of who asked
+        QVERIFY(RecordReader(m_address).openRequests(0, [&](const RequestRow &row) {
+            asked += row.at == 1 && row.age.value_or(-1) < 60'000 ? 1 : 0;
+        }));
+        QCOMPARE(asked, 2);
         // A keeper needs no more than its role.
         const QString address = QString(m_address).replace(u"administrator@"_s, u"a_keeper@"_s);
         m_address = address;
