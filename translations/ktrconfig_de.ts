@@ -606,6 +606,21 @@
     </message>
 </context>
 <context>
+    <name>ListDuty</name>
+    <message>
+        <source>Stations of the list have no keeper</source>
+        <translation>Stationen der Liste haben keinen Wächter</translation>
+    </message>
+    <message>
+        <source>Stations had no keeper</source>
+        <translation>Stationen hatten keinen Wächter</translation>
+    </message>
+    <message>
+        <source>the keeper that told it is gone</source>
+        <translation>der Wächter, der ihn gemeldet hat, ist nicht mehr da</translation>
+    </message>
+</context>
+<context>
     <name>ListFollower</name>
     <message>
         <source>%1: the server does not answer</source>

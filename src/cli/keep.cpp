@@ -38,7 +38,9 @@ std::optional<int> checkKeep(const Arguments &arguments)
     if (!arguments.isSet(statusOption) && arguments.isSet(jsonOption)) {
         return arguments.wrong(QStringLiteral("--json belongs to --status"));
     }
-    return checkSharedRecord(arguments);
+    PassingOnOptions passOn;
+    const std::optional<int> code = readPassingOn(arguments, passOn);
+    return code ? code : checkSharedRecord(arguments);
 }
 
 int keep(const Arguments &arguments)
@@ -54,10 +56,6 @@ int keep(const Arguments &arguments)
     }
     if (const std::optional<int> code = readPassingOn(arguments, options.passOn)) {
         return *code;
-    }
-    if (!record.isEmpty() && options.passOn.isOfRecord()) { // each keeper would pass on what all of them have
-        return fail(
-            QStringLiteral("what happens is passed on from a list of one keeper only, not with --record"));
     }
     return patiently([&] { return Keeper(std::move(options), systemEnvironment()).run(); },
                      {.waitsForReader = false});

@@ -171,7 +171,10 @@ int tellKeepers(const QString &address, bool asJson)
     QList<KeeperRow> keepers;
     qint64 stations = 0;
     RecordReader reader(address);
-    if (const Status told = reader.keepers(keepers, stations); !told) {
+    QList<DutyRow> duties;
+    Status told = reader.keepers(keepers, stations);
+    told = told ? reader.duties(duties) : told;
+    if (!told) {
         return fail(told.message());
     }
     qint64 watched = 0;
@@ -188,9 +191,23 @@ int tellKeepers(const QString &address, bool asJson)
                      .arg(keeper.name, shown(since))
                      .arg(keeper.stations);
     }
+    QJsonArray alone;
+    for (const DutyRow &duty : std::as_const(duties)) {
+        QJsonObject one{{QStringLiteral("name"), duty.name}, {QStringLiteral("keeper"), duty.keeper}};
+        lines += QStringLiteral("  %1: %2")
+                     .arg(duty.name, duty.keeper.isEmpty() ? QStringLiteral("nobody does it") : duty.keeper);
+        if (const std::optional<ForwardTrouble> trouble = forwardTrouble(duty)) {
+            const QDateTime since = QDateTime::fromMSecsSinceEpoch(trouble->since);
+            one.insert(QStringLiteral("trouble"), trouble->text);
+            one.insert(QStringLiteral("since"), since.toUTC().toString(Qt::ISODateWithMs));
+            lines += QStringLiteral("  not forwarded since %1: %2").arg(shown(since), trouble->text);
+        }
+        alone += one;
+    }
     if (asJson) {
         const QJsonObject object{
             {QStringLiteral("record"), address},
+            {QStringLiteral("duties"), alone},
             {QStringLiteral("watched"), !keepers.isEmpty()},
             {QStringLiteral("keepers"), rows},
             {QStringLiteral("stations"),

@@ -114,19 +114,15 @@ std::optional<int> readPassingOn(const Arguments &arguments, PassingOnOptions &o
 }
 
 PassingOn::PassingOn(const PassingOnOptions &options, Watching &watching)
-    : m_watching(watching), m_address(options.metrics)
+    : m_watching(watching), m_options(options)
 {
-    if (options.forward) {
-        m_forwarder.emplace(watching.mode(), watching.timers(), *options.forward);
-        const QString target = options.forward->target.name();
-        QObject::connect(&*m_forwarder, &Forwarder::troubleChanged, &*m_forwarder,
-                         [target](const QString &trouble) {
-                             logLine(trouble.isEmpty() ? Urgency::Info : Urgency::Warning,
-                                     trouble.isEmpty() ? target + QStringLiteral(": forwarding to it")
-                                                       : QStringLiteral("not forwarded: ") + trouble);
-                         });
-        QObject::connect(&*m_forwarder, &Forwarder::leftOut, &*m_forwarder,
-                         [](const QString &what) { logLine(Urgency::Warning, what); });
+    Leases *const leases = watching.mode().leases();
+    if (options.forward && leases != nullptr) {
+        leases->want(Forwarder::duty(options.forward->target));
+        QObject::connect(&watching.mode(), &OperationalMode::dutiesChanged, &m_receiver,
+                         [this] { followDuty(); });
+    } else if (options.forward) {
+        forward();
     }
     if (options.onAlarm) {
         m_alarmCommand.emplace(watching.mode(), watching.timers(), *options.onAlarm);
@@ -135,14 +131,42 @@ PassingOn::PassingOn(const PassingOnOptions &options, Watching &watching)
     }
 }
 
+void PassingOn::followDuty()
+{
+    const ForwardTarget &target = m_options.forward->target;
+    const bool isOwn = m_watching.mode().leases()->has(Forwarder::duty(target));
+    if (isOwn && !m_forwarder) {
+        logLine(Urgency::Info, target.name() + QStringLiteral(": this keeper forwards to it"));
+        forward();
+    } else if (!isOwn && m_forwarder) {
+        m_forwarder->abandon();
+        m_forwarder.reset();
+        logLine(Urgency::Info, target.name() + QStringLiteral(": another keeper may forward to it"));
+    }
+}
+
+void PassingOn::forward()
+{
+    const QString target = m_options.forward->target.name();
+    m_forwarder.emplace(m_watching.mode(), m_watching.timers(), *m_options.forward);
+    QObject::connect(&*m_forwarder, &Forwarder::troubleChanged, &*m_forwarder,
+                     [target](const QString &trouble) {
+                         logLine(trouble.isEmpty() ? Urgency::Info : Urgency::Warning,
+                                 trouble.isEmpty() ? target + QStringLiteral(": forwarding to it")
+                                                   : QStringLiteral("not forwarded: ") + trouble);
+                     });
+    QObject::connect(&*m_forwarder, &Forwarder::leftOut, &*m_forwarder,
+                     [](const QString &what) { logLine(Urgency::Warning, what); });
+}
+
 Status PassingOn::listen()
 {
-    if (!m_address) {
+    if (!m_options.metrics) {
         return Status::done();
     }
     m_metrics.emplace(
         m_watching.io(), [this] { return figures(); }, MetricsServer::Limits());
-    return m_metrics->listen(*m_address);
+    return m_metrics->listen(*m_options.metrics);
 }
 
 QByteArray PassingOn::figures() const
@@ -152,6 +176,16 @@ QByteArray PassingOn::figures() const
         QStringLiteral("%1.%2.%3").arg(KTR_VERSION_MAJOR).arg(KTR_VERSION_MINOR).arg(KTR_VERSION_REVISION);
     if (m_forwarder) {
         metrics.forwardBacklog = m_forwarder->backlog();
+    }
+    if (const Leases *const leases = m_watching.mode().leases(); leases != nullptr) {
+        const auto duty = [&](const QString &name) { metrics.duties += {name, leases->has(name)}; };
+        duty(ListDuty::name());
+        if (m_options.forward) {
+            duty(Forwarder::duty(m_options.forward->target));
+        }
+        if (m_options.onAlarm) {
+            duty(AlarmCommand::duty(*m_options.onAlarm));
+        }
     }
     return metricsText(metrics);
 }

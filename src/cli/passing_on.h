@@ -14,9 +14,6 @@ struct PassingOnOptions
     std::optional<Forwarder::Options> forward;
     std::optional<AlarmCommand::Options> onAlarm;
     std::optional<ListenAddress> metrics;
-
-    /// Whether it is what the record has, and not what this keeper does.
-    bool isOfRecord() const { return forward || onAlarm; }
 };
 
 void describePassingOn(Arguments &arguments);
@@ -25,7 +22,7 @@ void describePassingOn(Arguments &arguments);
 std::optional<int> readPassingOn(const Arguments &arguments, PassingOnOptions &options);
 
 /// Passes on what happens in a list that is kept, from its making to its end, and logs what keeps it from
-/// that.
+/// that. Of keepers that share a list one at a time forwards to each broker, and runs each command.
 class PassingOn
 {
 public:
@@ -36,13 +33,16 @@ public:
     Status listen();
 
 private:
+    void followDuty();
+    void forward();
     QByteArray figures() const;
 
     Watching &m_watching;
-    std::optional<ListenAddress> m_address;
+    PassingOnOptions m_options;
     std::optional<Forwarder> m_forwarder;
     std::optional<AlarmCommand> m_alarmCommand; // goes first: what it notes is forwarded
     std::optional<MetricsServer> m_metrics;
+    QObject m_receiver;
 };
 
 } // namespace ktr::cli

@@ -40,6 +40,7 @@ EventPage attemptsSince(RecordReader &reader, qint64 from)
 
 struct AlarmCommand::Running
 {
+    qint64 station = 0;
     QProcess process;
     std::unique_ptr<OneShotTimer> limit;
     QByteArray output; ///< the beginning of it
@@ -47,8 +48,18 @@ struct AlarmCommand::Running
 };
 
 AlarmCommand::AlarmCommand(OperationalMode &mode, Timers &timers, Options options, QObject *parent)
-    : QObject(parent), m_mode(mode), m_timers(timers), m_options(std::move(options)), m_timer(timers.create())
+    : QObject(parent),
+      m_mode(mode),
+      m_leases(mode.leases()),
+      m_timers(timers),
+      m_options(std::move(options)),
+      m_timer(timers.create())
 {
+    if (m_leases != nullptr) {
+        m_leases->want(duty(m_options));
+        look();
+        return;
+    }
     connect(&mode.alarms(), &AlarmBook::changed, this, [this](const AlarmRow &, AlarmBook::Change change) {
         if (change == AlarmBook::Change::Came) { // not from inside a change of the book
             QMetaObject::invokeMethod(this, &AlarmCommand::pump, Qt::QueuedConnection);
@@ -77,10 +88,48 @@ AlarmCommand::~AlarmCommand()
     }
 }
 
+QString AlarmCommand::duty(const Options &options)
+{
+    return QStringLiteral("on-alarm ") + (QStringList(options.program) + options.arguments).join(u' ');
+}
+
+/// This program may have stood still until now.
+bool AlarmCommand::mayRun() const
+{
+    return m_isKnown && (m_leases == nullptr || m_leases->has(duty(m_options)));
+}
+
+QString AlarmCommand::stationName(const AlarmRow &alarm) const
+{
+    const QString kennung = m_followed ? QString() : m_mode.stationOf(alarm);
+    return m_followed          ? m_followed->stationName(alarm.station)
+           : kennung.isEmpty() ? QString()
+                               : m_mode.tree().find(kennung).data(Qt::EditRole).toString();
+}
+
+/// What runs when another keeper takes over goes on to its end.
+void AlarmCommand::follow()
+{
+    if (!m_leases->has(duty(m_options))) {
+        m_queries.reset();
+        m_followed.reset();
+        m_attempts.clear();
+        m_isKnown = false;
+        return;
+    }
+    if (!m_followed) {
+        m_followed = std::make_unique<RecordAlarms>(m_mode.recordPath());
+    }
+    m_followed->look();
+    if (!m_isKnown && m_followed->isKnown() && !(m_queries && m_queries->isWaitedFor(this))) {
+        takeUp();
+    }
+}
+
 /// A record that cannot be opened yet does not keep alarms from being announced.
 void AlarmCommand::takeUp()
 {
-    const auto &waiting = m_mode.alarms().waiting();
+    const auto &waiting = alarms().waiting();
     m_isKnown = !m_mode.record().isOpen() || waiting.empty();
     if (m_isKnown) {
         return;
@@ -88,10 +137,13 @@ void AlarmCommand::takeUp()
     m_queries = std::make_unique<RecordQueries>(m_mode.recordPath());
     m_queries->ask(
         this,
-        [from = m_mode.alarms().alarm(*waiting.begin())->first](RecordReader &reader) {
+        [from = alarms().alarm(*waiting.begin())->first](RecordReader &reader) {
             return attemptsSince(reader, from);
         },
         [this](const EventPage &found) {
+            if (m_leases != nullptr && !found.status) {
+                return; // it is asked again, or all would be announced anew
+            }
             for (const EventRow &event : found.rows) { // the newest first
                 if (const QJsonObject detail = jsonOf(event.detail).object();
                     detail.contains(announcedMember)) {
@@ -106,17 +158,19 @@ void AlarmCommand::takeUp()
 void AlarmCommand::look()
 {
     m_timer->start(period, [this] { look(); });
+    if (m_leases != nullptr) {
+        follow();
+    }
     if (m_isKnown) {
-        std::erase_if(m_attempts, [this](const auto &attempt) {
-            return !m_mode.alarms().waiting().contains(attempt.first);
-        });
+        std::erase_if(m_attempts,
+                      [this](const auto &attempt) { return !alarms().waiting().contains(attempt.first); });
     }
     pump();
 }
 
 void AlarmCommand::pump()
 {
-    while (m_isKnown && m_running.size() < m_options.mostAtOnce) {
+    while (mayRun() && m_running.size() < m_options.mostAtOnce) {
         const AlarmRow *const alarm = nextDue();
         if (alarm == nullptr) {
             return;
@@ -127,7 +181,7 @@ void AlarmCommand::pump()
 
 /// What was not announced yet goes before what is announced again, then the most urgent one, then the one
 /// that waits longest.
-const AlarmRow *AlarmCommand::nextDue() const
+const AlarmRow *AlarmCommand::nextDue()
 {
     const qint64 now = m_mode.now().toMSecsSinceEpoch();
     const auto rank = [this](const AlarmRow &alarm) {
@@ -136,8 +190,8 @@ const AlarmRow *AlarmCommand::nextDue() const
         return std::tuple(at != 0, alarm.priority, at, alarm.id);
     };
     const AlarmRow *next = nullptr;
-    for (const qint64 id : m_mode.alarms().waiting()) {
-        const AlarmRow *const alarm = m_mode.alarms().alarm(id);
+    for (const qint64 id : alarms().waiting()) {
+        const AlarmRow *const alarm = alarms().alarm(id);
         if (isDue(*alarm, now) && (next == nullptr || rank(*alarm) < rank(*next))) {
             next = alarm;
         }
@@ -162,10 +216,8 @@ bool AlarmCommand::isDue(const AlarmRow &alarm, qint64 now) const
 void AlarmCommand::run(const AlarmRow &alarm)
 {
     const qint64 id = alarm.id;
-    const QString kennung = m_mode.stationOf(alarm);
-    const QString name =
-        kennung.isEmpty() ? QString() : m_mode.tree().find(kennung).data(Qt::EditRole).toString();
     Running &running = *m_running.emplace(id, std::make_unique<Running>()).first->second;
+    running.station = alarm.station;
     QProcess &process = running.process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.remove(forwardPasswordVariable());
@@ -195,7 +247,7 @@ void AlarmCommand::run(const AlarmRow &alarm)
         killWithItsOwn(running.process);
     });
     process.start();
-    process.write(alarmJson(alarm, name) + '\n');
+    process.write(alarmJson(alarm, stationName(alarm)) + '\n');
     process.closeWriteChannel();
 }
 
@@ -232,9 +284,9 @@ void AlarmCommand::ended(qint64 alarm)
         detail.insert(QStringLiteral("exit"), process.exitCode());
     }
     m_attempts[alarm] = {now, hasSucceeded};
-    if (const AlarmRow *const row = m_mode.alarms().alarm(alarm)) {
-        m_mode.record().add(EventKind::Note, m_mode.stationOf(*row), now, text, ListRecord::By::Program,
-                            jsonText(detail), alarm);
+    if (ListRecord &record = m_mode.record(); m_leases != nullptr || alarms().alarm(alarm) != nullptr) {
+        record.add(EventRow{
+            record.nextEvent(), now, running->station, EventKind::Note, text, jsonText(detail), {}, alarm});
     }
     if (!hasSucceeded) {
         Q_EMIT failed(text);

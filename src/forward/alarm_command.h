@@ -1,7 +1,7 @@
 #pragma once
 
+#include "forward/record_alarms.h"
 #include "opmode/operational_mode.h"
-#include "record/record_queries.h"
 
 #include <map>
 
@@ -13,7 +13,8 @@ namespace ktr {
 /// One that does not succeed is tried again, and where that is wanted an alarm that nobody acknowledges is
 /// announced again. What waits is the book of alarms itself: the most urgent ones go first, so many processes
 /// run at a time, and never two for one alarm. Each attempt is an event of the record, by which the next run
-/// knows what was announced.
+/// knows what was announced. Of keepers that share a list one at a time does so for all alarms, which has the
+/// duty.
 class AlarmCommand : public QObject
 {
     Q_OBJECT
@@ -31,6 +32,9 @@ public:
     static constexpr Milliseconds period{1'000};
     /// So long the end waits for processes, which are killed then.
     static constexpr Milliseconds longestEnd{2'000};
+
+    /// What the keepers of a shared list call it.
+    static QString duty(const Options &options);
 
     /// The list is kept by this program. It must outlive this and stay open.
     AlarmCommand(OperationalMode &mode, Timers &timers, Options options, QObject *parent = nullptr);
@@ -51,17 +55,23 @@ private:
     struct Running;
 
     void look();
+    void follow();
+    AlarmBook &alarms() { return m_followed ? m_followed->book() : m_mode.alarms(); }
+    bool mayRun() const;
+    QString stationName(const AlarmRow &alarm) const;
     void takeUp();
     void pump();
-    const AlarmRow *nextDue() const;
+    const AlarmRow *nextDue();
     bool isDue(const AlarmRow &alarm, qint64 now) const;
     void run(const AlarmRow &alarm);
     void ended(qint64 alarm);
 
     OperationalMode &m_mode;
+    Leases *const m_leases; ///< null where the list is not shared
     Timers &m_timers;
     Options m_options;
     std::unique_ptr<OneShotTimer> m_timer;
+    std::unique_ptr<RecordAlarms> m_followed; ///< of a shared list, while the duty is this keeper's
     std::unique_ptr<RecordQueries> m_queries; ///< while the attempts of earlier runs are looked for
     bool m_isKnown = false;                   ///< what was announced before
     std::map<qint64, Attempt> m_attempts;     ///< the last ones, of alarms that wait

@@ -64,12 +64,12 @@ QString level(const QString &name)
     return encoded;
 }
 
-QString stateOf(const cStation &station)
+QString stateOf(bool isOnline, cStation::Liveness liveness)
 {
-    if (!station.online()) {
+    if (!isOnline) {
         return QStringLiteral("off");
     }
-    switch (station.liveness()) {
+    switch (liveness) {
     case cStation::Liveness::Alive:
         return QStringLiteral("alive");
     case cStation::Liveness::Silent:
@@ -78,6 +78,20 @@ QString stateOf(const cStation &station)
         break;
     }
     return QStringLiteral("unknown");
+}
+
+Members state(const QString &name, const QString &state, const QString &address, const QString &csq,
+              bool pukNeeded)
+{
+    Members members;
+    members.put("station", jsonString(name));
+    members.put("state", jsonString(state));
+    members.add("address", address);
+    members.add("csq", csq);
+    if (pukNeeded) {
+        members.put("puk", QStringLiteral("true"));
+    }
+    return members;
 }
 
 } // namespace
@@ -124,16 +138,22 @@ QByteArray alarmJson(const AlarmRow &alarm, const QString &station)
 
 QByteArray stateJson(const cStation &station, const QString &name)
 {
-    Members members;
-    members.put("station", jsonString(name));
-    members.put("state", jsonString(stateOf(station)));
-    members.add("address", station.hostAddress());
-    members.add("csq", station.csq());
-    if (station.pukNeeded()) {
-        members.put("puk", QStringLiteral("true"));
-    }
+    Members members = state(name, stateOf(station.online(), station.liveness()), station.hostAddress(),
+                            station.csq(), station.pukNeeded());
     members.add("trouble", station.trouble());
     return members.all();
+}
+
+QByteArray stateJson(const StationAttributes &attributes, const cStation::Seen &seen, const QString &name)
+{
+    return state(name, stateOf(attributes.online, seen.liveness), attributes.hostAddress, seen.csq,
+                 seen.pukNeeded)
+        .all();
+}
+
+QByteArray withTime(const QByteArray &stateJson, qint64 at)
+{
+    return "{\"time\":" + jsonString(utcText(at)).toUtf8() + ',' + stateJson.sliced(1);
 }
 
 QString ForwardTopics::of(const QString &station) const

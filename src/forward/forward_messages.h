@@ -1,6 +1,7 @@
 #pragma once
 
 #include "forward/mqtt_line.h"
+#include "opmode/keeping/list_replay.h"
 #include "opmode/station/station.h"
 #include "record/record_rows.h"
 
@@ -14,6 +15,9 @@ QByteArray eventJson(const EventRow &event, const QString &station);
 QByteArray alarmJson(const AlarmRow &alarm, const QString &station);
 /// Without a time, since it is compared with what was told last.
 QByteArray stateJson(const cStation &station, const QString &name);
+/// The same of a station that another program watches.
+QByteArray stateJson(const StationAttributes &attributes, const cStation::Seen &seen, const QString &name);
+QByteArray withTime(const QByteArray &stateJson, qint64 at);
 
 /// "2026-11-20T10:00:00.250Z".
 QString utcText(qint64 at);

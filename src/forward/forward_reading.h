@@ -30,6 +30,7 @@ struct ForwardPage
     Status status = Status::done();
     std::deque<ForwardItem> items{};
     ForwardPosition upTo{};
+    qint64 lastEvent = 0; ///< of the record
 };
 
 /// Makes messages of what the record has behind a position. Lives on the thread that reads it.
@@ -42,15 +43,30 @@ public:
 
     /// At most so many events and so many alarms.
     ForwardPage page(RecordReader &reader, const ForwardPosition &from);
+    /// Of a list that several keepers share, what is so at this moment: the states of all stations, and the
+    /// alarms that stand. From then on pages tell the states, too.
+    ForwardPage present(RecordReader &reader, const ForwardPosition &from);
     /// The end of what the record has.
     static Status end(RecordReader &reader, ForwardPosition &end);
 
 private:
-    void add(const EventRow &event, ForwardPage &page) const;
+    struct Station
+    {
+        StationAttributes attributes{};
+        bool isListed = false;
+        cStation::Seen seen{};
+        QByteArray told{};
+    };
+    Status readStations(RecordReader &reader);
+    void add(const EventRow &event, ForwardPage &page);
     void add(const AlarmRow &alarm, qint64 change, ForwardPage &page) const;
+    void clear(const QString &name, ForwardPage &page);
+    void tellState(qint64 station, qint64 at, ForwardPage &page);
 
     ForwardTopics m_topics;
-    QHash<qint64, QString> m_names; ///< of stations, by their numbers
+    QHash<qint64, QString> m_names;     ///< of stations, by their numbers
+    std::optional<qint64> m_statesUpTo; ///< the last event that the states had; nothing: others tell them
+    QHash<qint64, Station> m_stations;  ///< likewise
 };
 
 } // namespace ktr

@@ -1,6 +1,7 @@
 #include "forward/forwarder.h"
 
 #include "record/json_text.h"
+#include "record/record_address.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -27,6 +28,8 @@ QString alarmSetting(const ForwardTarget &target)
 const QLatin1String troublePrefix("forward trouble:");
 const QLatin1String troubleMember("trouble");
 const QLatin1String sinceMember("since");
+const QLatin1String eventMember("event");
+const QLatin1String alarmMember("alarm");
 
 QString troubleSetting(const ForwardTarget &target)
 {
@@ -42,11 +45,12 @@ QByteArray keeperState(const QString &state, const QJsonObject &more = {})
     return jsonText(keeper).toUtf8();
 }
 
-/// The same for the same list, so that the broker lets go of a line that hangs; of at most 23 letters, which
-/// every broker takes.
+/// The same for the same list, so that the broker lets go of a line that hangs, be it of another keeper that
+/// shares it; of at most 23 letters, which every broker takes.
 QString clientId(const QString &record)
 {
-    const QByteArray place = QSysInfo::machineUniqueId() + record.toUtf8();
+    const QByteArray place =
+        (isServerAddress(record) ? QByteArray() : QSysInfo::machineUniqueId()) + record.toUtf8();
     return QStringLiteral("ktr-") +
            QString::fromLatin1(QCryptographicHash::hash(place, QCryptographicHash::Sha256).toHex().first(16));
 }
@@ -75,9 +79,19 @@ QList<ForwardTrouble> forwardTroubles(const QHash<QString, QString> &settings)
     return troubles;
 }
 
+std::optional<ForwardTrouble> forwardTrouble(const DutyRow &duty)
+{
+    const QJsonObject state = jsonOf(duty.state).object();
+    return state.contains(troubleMember) && !duty.keeper.isEmpty()
+               ? std::optional(
+                     ForwardTrouble{state[troubleMember].toString(), state[sinceMember].toInteger()})
+               : std::nullopt;
+}
+
 Forwarder::Forwarder(OperationalMode &mode, Timers &timers, Options options, QObject *parent)
     : QObject(parent),
       m_mode(mode),
+      m_leases(mode.leases()),
       m_options(std::move(options)),
       m_topics(m_options.target.prefix),
       m_timer(timers.create()),
@@ -91,11 +105,19 @@ Forwarder::Forwarder(OperationalMode &mode, Timers &timers, Options options, QOb
         Q_EMIT leftOut(QStringLiteral("a message cannot be published: %1").arg(why));
         onConfirmed({tag});
     });
-    const auto stationChanged = [this](const QString &kennung) { m_changed.insert(kennung); };
-    connect(&mode, &OperationalMode::stationChanged, this, stationChanged);
-    connect(&mode, &OperationalMode::happened, this,
-            [stationChanged](const StationEvent &event) { stationChanged(event.kennung); });
+    if (m_leases == nullptr) {
+        keepStates();
+    }
     look();
+}
+
+/// Of a shared list the record tells them, since each keeper knows some.
+void Forwarder::keepStates()
+{
+    const auto stationChanged = [this](const QString &kennung) { m_changed.insert(kennung); };
+    connect(&m_mode, &OperationalMode::stationChanged, this, stationChanged);
+    connect(&m_mode, &OperationalMode::happened, this,
+            [stationChanged](const StationEvent &event) { stationChanged(event.kennung); });
 }
 
 Forwarder::~Forwarder()
@@ -116,9 +138,24 @@ void Forwarder::finish()
     note();
 }
 
+void Forwarder::abandon()
+{
+    if (!std::exchange(m_hasEnded, true)) {
+        m_timer->stop();
+        m_line.drop();
+    }
+}
+
 qint64 Forwarder::backlog() const
 {
-    return m_isBegun ? std::max(m_mode.record().lastEvent() - m_confirmed.event, qint64{0}) : 0;
+    const qint64 last = m_leases == nullptr ? m_mode.record().lastEvent() : m_lastEvent;
+    return m_isBegun ? std::max(last - m_confirmed.event, qint64{0}) : 0;
+}
+
+/// This program may have stood still until now.
+bool Forwarder::mayForward() const
+{
+    return !m_hasEnded && (m_leases == nullptr || m_leases->has(duty(m_options.target)));
 }
 
 void Forwarder::look()
@@ -148,12 +185,23 @@ void Forwarder::begin()
 void Forwarder::takeUp(ForwardPosition end)
 {
     const QHash<QString, QString> &settings = m_mode.record().settings();
-    const auto position = [&settings](const QString &name, qint64 last) {
-        const auto known = settings.constFind(name);
-        return known == settings.cend() ? last : std::min(known->toLongLong(), last);
+    const QJsonObject state =
+        m_leases ? jsonOf(m_leases->noted(duty(m_options.target))).object() : QJsonObject();
+    const auto position = [&](const QString &name, QLatin1String member, qint64 last) {
+        return m_leases ? state[member].toInteger(last)
+                        : settings.value(name, QString::number(last)).toLongLong();
     };
-    m_confirmed = {position(eventSetting(m_options.target), end.event),
-                   position(alarmSetting(m_options.target), end.change)};
+    const ForwardPosition known{position(eventSetting(m_options.target), eventMember, end.event),
+                                position(alarmSetting(m_options.target), alarmMember, end.change)};
+    if (known.event > end.event || known.change > end.change) {
+        Q_EMIT leftOut(QStringLiteral("%1: it has got events up to %2, and the record ends at %3: forwarding "
+                                      "goes on behind that")
+                           .arg(m_options.target.name())
+                           .arg(known.event)
+                           .arg(end.event));
+    }
+    m_confirmed = {std::min(known.event, end.event), std::min(known.change, end.change)};
+    m_lastEvent = end.event;
     m_noted = {-1, -1}; // so that a new target is known from now on
     m_read = m_confirmed;
     m_isBegun = true;
@@ -181,14 +229,19 @@ void Forwarder::readMore()
             });
         return;
     }
-    const quint64 onDisk = m_mode.record().isOpen() ? m_mode.record().writer().onDiskCount() : 0;
-    if (!m_line.isConnected() || !m_ready.empty() || m_seenOnDisk == onDisk) {
+    m_isBeginSure = m_isBeginSure || m_leases == nullptr || m_leases->isWritten(duty(m_options.target));
+    const quint64 onDisk = m_leases                   ? m_looks // others write, too
+                           : m_mode.record().isOpen() ? m_mode.record().writer().onDiskCount()
+                                                      : 0;
+    if (!m_isBeginSure || !m_line.isConnected() || !m_ready.empty() || m_seenOnDisk == onDisk) {
         return;
     }
     m_seenOnDisk = onDisk;
     m_queries->ask(
         this,
-        [reading = m_reading, from = m_read](RecordReader &reader) { return reading->page(reader, from); },
+        [reading = m_reading, from = m_read, isPresent = m_isPresentDue](RecordReader &reader) {
+            return isPresent ? reading->present(reader, from) : reading->page(reader, from);
+        },
         [this](ForwardPage page) { take(std::move(page)); });
 }
 
@@ -198,6 +251,8 @@ void Forwarder::take(ForwardPage page)
         m_seenOnDisk.reset(); // there may be more
     }
     if (page.status) {
+        m_isPresentDue = false;
+        m_lastEvent = page.lastEvent;
         m_read = page.upTo;
         m_ready = std::move(page.items);
         pump();
@@ -206,7 +261,7 @@ void Forwarder::take(ForwardPage page)
 
 void Forwarder::pump()
 {
-    while (!m_hasEnded && m_line.isConnected() && m_flights.size() < mostInFlight) {
+    while (mayForward() && m_line.isConnected() && m_flights.size() < mostInFlight) {
         std::optional<ForwardItem> item = next();
         if (!item) {
             break;
@@ -214,7 +269,7 @@ void Forwarder::pump()
         m_flights.push_back({++m_lastTag, item->upTo});
         m_line.publish(m_lastTag, std::move(item->message));
     }
-    if (m_ready.empty() && !m_hasEnded) {
+    if (m_ready.empty() && mayForward()) {
         readMore();
     }
 }
@@ -235,7 +290,7 @@ std::optional<ForwardItem> Forwarder::next()
     }
     ForwardItem item = std::move(m_ready.front());
     m_ready.pop_front();
-    if (item.endsState) { // another station may have the name by now
+    if (item.endsState && m_leases == nullptr) { // another station may have the name by now
         m_states.remove(item.message.topic);
         m_mode.stations().forEach([&](const cStation &station) {
             if (m_topics.state(nameOfStation(station.kennung())) == item.message.topic) {
@@ -261,9 +316,8 @@ std::optional<ForwardItem> Forwarder::nextState()
         QByteArray &told = m_states[m_topics.state(name)];
         if (told != json) {
             told = json;
-            const QString time =
-                QStringLiteral("{\"time\":") + jsonString(utcText(m_mode.now().toMSecsSinceEpoch())) + u',';
-            return ForwardItem{{m_topics.state(name), time.toUtf8() + json.sliced(1), true}};
+            return ForwardItem{
+                {m_topics.state(name), withTime(json, m_mode.now().toMSecsSinceEpoch()), true}};
         }
     }
     return std::nullopt;
@@ -286,13 +340,19 @@ std::optional<ForwardItem> Forwarder::nextStanding()
 void Forwarder::onConnected()
 {
     m_isKeeperDue = true;
+    setTrouble({});
+    if (m_leases != nullptr) {
+        m_isPresentDue = true;
+        m_seenOnDisk.reset();
+        pump();
+        return;
+    }
     m_states.clear();
     m_mode.stations().forEach([this](const cStation &station) { m_changed.insert(station.kennung()); });
     m_standing.clear();
     for (const auto &[id, alarm] : m_mode.alarms().standing()) {
         m_standing.push_back(id);
     }
-    setTrouble({});
     pump();
 }
 
@@ -331,17 +391,28 @@ void Forwarder::setTrouble(const QString &trouble)
     if (trouble == std::exchange(m_trouble, trouble)) {
         return;
     }
-    if (m_mode.record().isOpen()) {
+    if (m_leases == nullptr && m_mode.record().isOpen()) {
         const QJsonObject state{{troubleMember, trouble}, {sinceMember, m_mode.now().toMSecsSinceEpoch()}};
         m_mode.record().add(
             SettingRow{troubleSetting(m_options.target), trouble.isEmpty() ? QString() : jsonText(state)});
     }
+    m_troubleSince = m_mode.now().toMSecsSinceEpoch();
+    note();
     Q_EMIT troubleChanged(trouble);
 }
 
 void Forwarder::note()
 {
     ListRecord &record = m_mode.record();
+    if (m_leases != nullptr && m_isBegun) {
+        QJsonObject state{{eventMember, m_confirmed.event}, {alarmMember, m_confirmed.change}};
+        if (!m_trouble.isEmpty()) {
+            state.insert(troubleMember, m_trouble);
+            state.insert(sinceMember, m_troubleSince);
+        }
+        m_leases->note(duty(m_options.target), jsonText(state));
+        return;
+    }
     if (!m_isBegun || !record.isOpen() || m_noted == m_confirmed) {
         return;
     }

@@ -14,12 +14,16 @@ struct ForwardTrouble
     qint64 since = 0;
 };
 QList<ForwardTrouble> forwardTroubles(const QHash<QString, QString> &settings);
+/// The same of keepers that share a list: what goes with a duty says.
+std::optional<ForwardTrouble> forwardTrouble(const DutyRow &duty);
 
 /// Publishes what the record of a list gets at an MQTT broker. The record is the outbox: a setting holds how
 /// far the broker has confirmed it, and what is behind that is read by pages and published in order. So
 /// neither a broker that is away nor an end of this program loses anything; what was confirmed and not noted
 /// yet comes twice. Beside that the broker keeps the present state of each station, of the alarms that stand
 /// and of this keeper.
+/// Of keepers that share a list one at a time does so, which has the duty; how far it has come goes with
+/// that.
 class Forwarder : public QObject
 {
     Q_OBJECT
@@ -37,13 +41,19 @@ public:
     /// What the broker has confirmed is noted so often.
     static constexpr int looksUntilNoted = 4;
 
-    /// The list is kept by this program. It must outlive this, and stay open until finish().
+    /// What the keepers of a shared list call it.
+    static QString duty(const ForwardTarget &target) { return QStringLiteral("forward ") + target.name(); }
+
+    /// The list is kept by this program, or the duty is its own. It must outlive this, and stay open until
+    /// finish().
     Forwarder(OperationalMode &mode, Timers &timers, Options options, QObject *parent = nullptr);
     ~Forwarder() override; ///< as finish()
 
     /// Tells the broker that this keeper has ended, waits for it for at most two seconds, and notes what it
     /// has.
     void finish();
+    /// Hangs up at once, since another keeper may forward by now.
+    void abandon();
     const ForwardTarget &target() const { return m_options.target; }
     bool isConnected() const { return m_line.isConnected(); }
     /// Why the broker gets nothing; empty when it does.
@@ -64,8 +74,10 @@ private:
         bool isConfirmed = false;
     };
 
+    bool mayForward() const;
     void look();
     void begin();
+    void keepStates();
     void takeUp(ForwardPosition end);
     void readMore();
     void take(ForwardPage page);
@@ -82,19 +94,24 @@ private:
     QString nameOfStation(const QString &kennung) const;
 
     OperationalMode &m_mode;
+    Leases *const m_leases; ///< null where the list is not shared
     Options m_options;
     ForwardTopics m_topics;
     std::unique_ptr<OneShotTimer> m_timer;
-    int m_looks = 0;
+    quint64 m_looks = 0;
     QString m_trouble;
+    qint64 m_troubleSince = 0;
     bool m_hasEnded = false;
 
     std::shared_ptr<ForwardReading> m_reading; ///< of the queries' thread
     std::unique_ptr<RecordQueries> m_queries;
+    bool m_isBeginSure = false;    ///< whoever follows would know where this one began
     bool m_isBegun = false;        ///< the positions are known
     ForwardPosition m_confirmed{}; ///< by the broker
     ForwardPosition m_noted{};     ///< in the record
     ForwardPosition m_read{};
+    qint64 m_lastEvent = 0;              ///< of a record that others write, too
+    bool m_isPresentDue = false;         ///< of such a one, for a new line
     std::optional<quint64> m_seenOnDisk; ///< of the writer's rows, when it was read last
     std::deque<ForwardItem> m_ready;
     std::deque<Flight> m_flights;

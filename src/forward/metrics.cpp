@@ -51,6 +51,10 @@ Metrics metricsOf(OperationalMode &mode)
     if (mode.record().isOpen()) {
         metrics.commits = mode.record().writer().commitTimes();
     }
+    if (const Leases *const leases = mode.leases(); leases != nullptr) {
+        metrics.shared = leases->overview();
+        metrics.leaseLeft = std::max(0.0, static_cast<double>(leases->left().count()) / 1e3);
+    }
     return metrics;
 }
 
@@ -90,6 +94,20 @@ QByteArray metricsText(const Metrics &metrics)
     if (metrics.forwardBacklog) {
         lines.gauge("ktrconfig_forward_backlog", "Events that the broker has not confirmed.",
                     *metrics.forwardBacklog);
+    }
+    if (metrics.shared) {
+        lines.gauge("ktrconfig_keepers", "Keepers that share the stations and are there.",
+                    metrics.shared->keepers);
+        lines.gauge("ktrconfig_list_stations", "Stations of the list, whoever watches them.",
+                    metrics.shared->stations);
+        lines.gauge("ktrconfig_stations_without_keeper", "Of these, the ones that nobody watches.",
+                    metrics.shared->unkept);
+        lines.head("ktrconfig_lease_left_seconds", "gauge", "How long this keeper's stations are its own.");
+        lines.add({}, metrics.leaseLeft);
+        lines.head("ktrconfig_duty", "gauge", "What one keeper alone does: 1 where it is this one.");
+        for (const auto &[name, isOwn] : metrics.duties) {
+            lines.add("name=" + quoted(name), isOwn ? 1 : 0);
+        }
     }
     return lines.all();
 }

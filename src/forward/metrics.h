@@ -1,6 +1,7 @@
 #pragma once
 
 #include "opmode/watch_summary.h"
+#include "record/leases.h"
 #include "record/record_writer.h"
 
 #include <QByteArray>
@@ -16,6 +17,11 @@ struct Metrics
     RecordWriter::CommitTimes commits{};
     quint64 rowsWaiting = 0;
     std::optional<qint64> forwardBacklog{}; ///< nothing where nothing is forwarded
+
+    /// Of a list that several keepers share.
+    std::optional<Leases::Overview> shared{};
+    double leaseLeft = 0;                     ///< of this keeper, in seconds
+    QList<std::pair<QString, bool>> duties{}; ///< that it wants, and whether it has them
 };
 
 Metrics metricsOf(OperationalMode &mode);

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <cstring>
@@ -103,6 +104,7 @@ struct MqttLine::Shared : std::enable_shared_from_this<MqttLine::Shared>
     bool isTold = false; ///< the owner is about to collect them
     Clock::time_point deadline = Clock::time_point::max();
     bool hasEnded = false;
+    std::atomic<bool> isDropped = false;
 
     // The thread's own.
     quint64 connection = 0;
@@ -257,7 +259,7 @@ bool MqttLine::Shared::converse(mosquitto *line)
     }
     const auto end = endsBy();
     if (end != Clock::time_point::max() && (tags.isEmpty() || !isConnected || Clock::now() >= end)) {
-        if (isConnected && tags.isEmpty()) { // else the broker publishes the will
+        if (isConnected && tags.isEmpty() && !isDropped) { // else the broker publishes the will
             mosquitto_disconnect(line);
         }
         return false;
@@ -329,6 +331,12 @@ void MqttLine::finish(int milliseconds)
     collect();
     const std::lock_guard lock(d->mutex);
     d->owner = nullptr;
+}
+
+void MqttLine::drop()
+{
+    d->isDropped = true;
+    finish(0);
 }
 
 void MqttLine::collect()

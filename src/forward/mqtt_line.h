@@ -47,6 +47,8 @@ public:
     /// Waits, at most so long, until the broker has all that was published, and hangs up. Confirmations are
     /// told meanwhile.
     void finish(int milliseconds);
+    /// Lets the line go as if this program had died: the broker publishes the will.
+    void drop();
 
 Q_SIGNALS:
     void connected();

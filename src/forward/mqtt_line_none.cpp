@@ -18,6 +18,8 @@ MqttLine::MqttLine(Options, QObject *parent) : QObject(parent)
 MqttLine::~MqttLine() = default;
 
 void MqttLine::publish(quint64, MqttMessage) {}
+void MqttLine::drop() {}
+
 void MqttLine::finish(int) {}
 void MqttLine::collect() {}
 

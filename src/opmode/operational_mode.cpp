@@ -168,7 +168,12 @@ Status OperationalMode::keepShared(const QString &address, Use use)
     beginWatchAlarms(Status::done(), 0);
     awaitNextMinute();
     m_shared = std::make_unique<SharedList>(m_parts, m_stationActions, m_watchAlarms, m_services.name,
-                                            m_services.leaseTimes);
+                                            m_services.leaseTimes, opened.lastAlarm / numbersOfABlock);
+    m_duty = std::make_unique<ListDuty>(m_parts, m_watchAlarms, m_shared->leases());
+    connect(m_shared.get(), &SharedList::turned, this, [this] {
+        m_duty->turned();
+        Q_EMIT dutiesChanged();
+    });
     m_record.writer().setSettled([this] {
         m_intake.settled();
         m_shared->settled();
@@ -635,6 +640,7 @@ void OperationalMode::removeAll()
         m_stations.Remove(kennung);
     }
     m_list.release();
+    m_duty.reset();
     m_shared.reset();     // nothing is left to be said or written of its stations: others may have them
     m_watchAlarms.stop(); // what the stations and the record said at their end is taken
     m_keepingTrouble.clear();
@@ -715,7 +721,8 @@ void OperationalMode::awaitNextMinute()
             checkDiskRoom();
         }
         if (m_list.isKept() || m_shared) {
-            m_thinning.check(now(), m_record);
+            m_thinning.check(now(), m_record,
+                             m_duty && !m_duty->isHeld() ? Thinning::Of::Tree : Thinning::Of::All);
         }
         awaitNextMinute();
     });

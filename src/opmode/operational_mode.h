@@ -8,6 +8,7 @@
 #include "opmode/keeper_beat.h"
 #include "opmode/keeping_trouble.h"
 #include "opmode/kept_list.h"
+#include "opmode/list_duty.h"
 #include "opmode/message_intake.h"
 #include "opmode/request_desk.h"
 #include "opmode/shared_list.h"
@@ -125,6 +126,8 @@ public:
     QString recordPath() const;
     /// For what keeps something of its own there.
     ListRecord &record() { return m_record; }
+    /// Who else shares the list, and for what one keeper alone does; null where it is not shared.
+    Leases *leases() { return m_shared ? &m_shared->leases() : nullptr; }
 
     StationTree &tree() { return m_tree; }
     const StationTree &tree() const { return m_tree; }
@@ -218,6 +221,8 @@ Q_SIGNALS:
     void alarmRaised(const QModelIndex &entry);
     /// So many stations of a shared list are this program's now.
     void shareChanged(int stations);
+    /// Another keeper may have what one alone does, or this one: see Leases::has().
+    void dutiesChanged();
     /// Something of a station that is no node of the tree changed.
     void stationChanged(const QString &kennung);
 
@@ -271,7 +276,8 @@ private:
     KeeperBeat m_beat;
     std::unique_ptr<JoinedList> m_joined;
     std::unique_ptr<SharedList> m_shared;
-    qint64 m_lastAlarm = 0; ///< where there is no record
+    std::unique_ptr<ListDuty> m_duty; ///< of that
+    qint64 m_lastAlarm = 0;           ///< where there is no record
     QString m_lastOperator;
     bool m_isOpen = false;
 };

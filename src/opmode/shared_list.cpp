@@ -15,7 +15,7 @@ constexpr qsizetype mostAtOnce = 500;
 } // namespace
 
 SharedList::SharedList(const ListParts &parts, StationActions &stationActions, WatchAlarms &watchAlarms,
-                       const QString &name, const Leases::Times &times, QObject *parent)
+                       const QString &name, const Leases::Times &times, qint64 block, QObject *parent)
     : QObject(parent),
       m_parts(parts),
       m_stationActions(stationActions),
@@ -25,8 +25,8 @@ SharedList::SharedList(const ListParts &parts, StationActions &stationActions, W
       m_leases(parts.record.path(), name, parts.timers,
                {[this](const QList<qint64> &stations) { gained(stations); },
                 [this](const QList<qint64> &stations) { lost(stations); },
-                [this](const QString &reason) { Q_EMIT trouble(reason); }},
-               times)
+                [this](const QString &reason) { Q_EMIT trouble(reason); }, [this] { Q_EMIT turned(); }},
+               times, block)
 {}
 
 void SharedList::gained(const QList<qint64> &stations)

@@ -18,12 +18,15 @@ class SharedList : public QObject
     Q_OBJECT
 
 public:
-    /// All must outlive it; `name` is what others see of this keeper.
+    /// All must outlive it; `name` is what others see of this keeper, `block` that of its alarms' numbers.
     SharedList(const ListParts &parts, StationActions &stationActions, WatchAlarms &watchAlarms,
-               const QString &name, const Leases::Times &times, QObject *parent = nullptr);
+               const QString &name, const Leases::Times &times, qint64 block, QObject *parent = nullptr);
 
     /// To be asked before each datagram.
     bool isHeld() const { return m_leases.isHeld(); }
+    /// For what one keeper alone does.
+    Leases &leases() { return m_leases; }
+    const Leases &leases() const { return m_leases; }
     /// The record has more of what was written.
     void settled();
 
@@ -35,6 +38,8 @@ Q_SIGNALS:
     void shareChanged(int stations);
     /// Why the record cannot be asked for stations, or an empty text.
     void trouble(const QString &reason);
+    /// As Leases::Listener::turned.
+    void turned();
 
 private:
     struct Read

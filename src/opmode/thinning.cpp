@@ -65,12 +65,12 @@ void Thinning::stop()
     m_checks = 0;
 }
 
-void Thinning::check(const QDateTime &now, ListRecord &record)
+void Thinning::check(const QDateTime &now, ListRecord &record, Of what)
 {
     if (!record.isOpen()) {
         return; // what nothing else holds stays
     }
-    if (m_checks-- <= 0) {
+    if (what == Of::All && m_checks-- <= 0) {
         m_checks = checksBetweenRecords;
         if (m_rules != RetentionRules{.tree = m_rules.tree}) {
             Retention retention{timeOf(now, m_rules.values), timeOf(now, m_rules.history),

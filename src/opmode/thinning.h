@@ -42,8 +42,9 @@ public:
     const RetentionRules &rules() const { return m_rules; }
     /// Takes effect with the next check.
     void setRules(const RetentionRules &rules);
-    /// To be called once a minute.
-    void check(const QDateTime &now, ListRecord &record);
+    enum class Of { All, Tree };
+    /// To be called once a minute. The record may be for another program to thin out.
+    void check(const QDateTime &now, ListRecord &record, Of what = Of::All);
     void stop();
     /// How many entries of the tree are older than so many days. Looks at all of them.
     qint64 countOlder(const QDateTime &now, int days) const;

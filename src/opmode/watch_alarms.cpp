@@ -69,7 +69,7 @@ void WatchAlarms::stop()
     m_puk.clear();
     m_diskTrouble.clear();
     m_roomTrouble.clear();
-    m_diskAlarm = m_roomAlarm = 0;
+    m_diskAlarm = m_roomAlarm = m_unkeptAlarm = 0;
 }
 
 void WatchAlarms::awaitTick()
@@ -192,17 +192,22 @@ void WatchAlarms::setRoomTrouble(const QString &trouble)
 void WatchAlarms::showDisk()
 {
     if (m_isRunning) {
-        setTrouble(m_diskAlarm, m_diskTrouble);
-        setTrouble(m_roomAlarm, m_roomTrouble);
+        setTrouble(m_diskAlarm, AlarmKind::Disk, m_diskTrouble);
+        setTrouble(m_roomAlarm, AlarmKind::Disk, m_roomTrouble);
     }
 }
 
-void WatchAlarms::setTrouble(qint64 &alarm, const QString &text)
+void WatchAlarms::setUnkeptTrouble(const QString &trouble)
+{
+    setTrouble(m_unkeptAlarm, AlarmKind::Watcher, trouble);
+}
+
+void WatchAlarms::setTrouble(qint64 &alarm, AlarmKind kind, const QString &text)
 {
     if (text.isEmpty()) {
         m_book.end(std::exchange(alarm, 0), moment());
     } else if (alarm == 0) {
-        alarm = m_book.begin(AlarmKind::Disk, 0, text, moment(), AlarmPriority::High);
+        alarm = m_book.begin(kind, 0, text, moment(), AlarmPriority::High);
     }
 }
 

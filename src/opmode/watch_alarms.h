@@ -56,6 +56,8 @@ public:
     void setDiskTrouble(const QString &trouble);
     /// The disk has little room left, or nothing to be told of it.
     void setRoomTrouble(const QString &trouble);
+    /// Stations of a shared list that nobody watches, or nothing to be told of them.
+    void setUnkeptTrouble(const QString &trouble);
     /// Something of the list was lost; it has been dealt with.
     void tellList(const QString &what);
     /// The same of the record.
@@ -81,7 +83,7 @@ private:
     void begin(Stations &stations, qint64 station, int ticks);
     void end(Stations &stations, qint64 station, const QString &why = {});
     void tell(AlarmKind kind, const QString &text, AlarmPriority priority);
-    void setTrouble(qint64 &alarm, const QString &text);
+    void setTrouble(qint64 &alarm, AlarmKind kind, const QString &text);
     void showDisk();
     int silenceTicks() const;
     qint64 moment() const { return m_environment.now().toMSecsSinceEpoch(); }
@@ -100,6 +102,7 @@ private:
     QString m_roomTrouble;
     qint64 m_diskAlarm = 0;
     qint64 m_roomAlarm = 0;
+    qint64 m_unkeptAlarm = 0;
 };
 
 } // namespace ktr

@@ -23,6 +23,7 @@ public:
     bool has(const QString &duty) const { return m_held.contains(duty); }
     QString noted(const QString &duty) const { return m_held.value(duty); }
     void note(const QString &duty, const QString &text);
+    bool isWritten(const QString &duty) const { return !m_notes.contains(duty); }
 
     /// For the next turn.
     DutyWork work() const { return {m_wanted, m_notes}; }

@@ -71,6 +71,8 @@ public:
     QString noted(const QString &duty) const { return m_duties.noted(duty); }
     /// Is written with the next turn, if the duty is still this keeper's by then.
     void note(const QString &duty, const QString &text) { m_duties.note(duty, text); }
+    /// Whether whoever follows would know what was noted.
+    bool isWritten(const QString &duty) const { return m_duties.isWritten(duty); }
 
 private:
     /// What one turn with the server gave.

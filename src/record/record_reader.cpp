@@ -1,6 +1,7 @@
 #include "record/record_reader.h"
 
 #include "record/read_rows.h"
+#include "record/record_file.h"
 #include "record/record_sql.h"
 #include "record/schema.h"
 
@@ -176,6 +177,25 @@ Status RecordReader::keepers(QList<KeeperRow> &keepers, qint64 &stations)
                            return true;
                        })
                 : read;
+}
+
+Status RecordReader::duties(QList<DutyRow> &duties)
+{
+    duties.clear();
+    return each(u"SELECT duty.name, keeper.name, duty.state FROM duty LEFT JOIN keeper ON"
+                " keeper.id = duty.keeper AND keeper.leased_until > clock_timestamp() ORDER BY duty.name"_s,
+                {}, [&](const QSqlQuery &row) {
+                    duties += {row.value(0).toString(), row.value(1).toString(), row.value(2).toString()};
+                    return true;
+                });
+}
+
+Status RecordReader::alarmsOfGoneKeepers(const std::function<void(const AlarmRow &)> &take)
+{
+    return openAlarmsIn(
+        u" AND station IS NULL AND NOT EXISTS (SELECT 1 FROM keeper WHERE"
+        " keeper.block = alarm.id / %1 AND leased_until > clock_timestamp())"_s.arg(numbersOfABlock),
+        {}, take);
 }
 
 Status RecordReader::rights(RecordRights &rights)

@@ -132,6 +132,14 @@ struct KeeperRow
     qint64 stations = 0;
 };
 
+/// What one of them alone does.
+struct DutyRow
+{
+    QString name{};
+    QString keeper{}; ///< empty: nobody does it
+    QString state{};  ///< how far it has come
+};
+
 /// What this reader's user may ask keepers for. Who can read a file may do all.
 struct RecordRights
 {
@@ -179,6 +187,10 @@ public:
     /// Who shares the stations of a server's record and is there, the longest first; how many stations are in
     /// the list, whoever has them.
     Status keepers(QList<KeeperRow> &keepers, qint64 &stations);
+    /// What they do alone, each by its name.
+    Status duties(QList<DutyRow> &duties);
+    /// The alarms about no station that stand, and whose keepers are there no more.
+    Status alarmsOfGoneKeepers(const std::function<void(const AlarmRow &)> &take);
     Status rights(RecordRights &rights);
     /// What stands of some stations, as it is at this moment. The settings about a station have these names,
     /// with ":" and its number behind them.

@@ -141,6 +141,17 @@ private Q_SLOTS:
             QVERIFY2(!numbers.contains(member(json, "number")), json.constData());
             numbers.insert(member(json, "number"));
         }
+
+        // Of a record that was damaged, or came back from a backup.
+        forwarder.finish();
+        list.mode->record().add(
+            SettingRow{QStringLiteral("forwarded:") + forwarder.target().name(), QStringLiteral("99999")});
+        Forwarder ahead(*list.mode, list.timers, {target(broker.port)});
+        QSignalSpy told(&ahead, &Forwarder::leftOut);
+        QTRY_COMPARE_WITH_TIMEOUT(told.size(), 1, 30'000);
+        list.say(0, "M,behind it");
+        QTRY_VERIFY_WITH_TIMEOUT(
+            member(listener.payloads(events).last(), "text").endsWith(QLatin1String("M,behind it")), 30'000);
     }
 
     void nothingIsLostWhileTheBrokerIsAway()

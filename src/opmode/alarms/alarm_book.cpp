@@ -57,15 +57,28 @@ void AlarmBook::takeOver(const QList<AlarmRow> &standing, const QList<Shelf> &sh
 
 void AlarmBook::handOver(const QSet<qint64> &stations)
 {
+    keepOnly([&](const AlarmRow &alarm) { return !stations.contains(alarm.station); },
+             [&](const Shelf &shelf) { return !stations.contains(shelf.station); });
+}
+
+void AlarmBook::letGo(const QSet<qint64> &alarms)
+{
+    keepOnly([&](const AlarmRow &alarm) { return !alarms.contains(alarm.id); },
+             [](const Shelf &) { return true; });
+}
+
+void AlarmBook::keepOnly(const std::function<bool(const AlarmRow &)> &stays,
+                         const std::function<bool(const Shelf &)> &shelfStays)
+{
     QList<AlarmRow> stay;
     for (const auto &[id, alarm] : m_standing) {
-        if (!stations.contains(alarm.station)) {
+        if (stays(alarm)) {
             stay += alarm;
         }
     }
     const QHash<qint64, QHash<QString, qint64>> arrivals = std::exchange(m_arrivals, {});
     QList<Shelf> shelves = m_shelves;
-    shelves.removeIf([&](const Shelf &shelf) { return stations.contains(shelf.station); });
+    shelves.removeIf([&](const Shelf &shelf) { return !shelfStays(shelf); });
     load(stay, shelves);
     for (const AlarmRow &alarm : std::as_const(stay)) {
         if (const auto numbers = arrivals.constFind(alarm.id); numbers != arrivals.cend()) {

@@ -47,6 +47,8 @@ public:
     /// stations that are another program's from now on. Nothing is told of it but reset().
     void takeOver(const QList<AlarmRow> &standing, const QList<Shelf> &shelves = {});
     void handOver(const QSet<qint64> &stations);
+    /// The same of single alarms.
+    void letGo(const QSet<qint64> &alarms);
 
     /// What an alarm is now, as another program says whose alarms these are.
     void follow(const AlarmRow &alarm);
@@ -108,6 +110,8 @@ private:
 
     qint64 add(AlarmRow alarm);
     void putQuietly(const QList<AlarmRow> &standing);
+    void keepOnly(const std::function<bool(const AlarmRow &)> &stays,
+                  const std::function<bool(const Shelf &)> &shelfStays);
     void put(AlarmRow alarm, Change change);
     void finish(qint64 id, qint64 at, const QString &why);
     void applyShelves(qint64 station);
