@@ -958,6 +958,18 @@
         <source>has no tables yet; &quot;ktrcli record init&quot; makes them</source>
         <translation>hat noch keine Tabellen; „ktrcli record init“ legt sie an</translation>
     </message>
+    <message>
+        <source>has tables of an older version; &quot;ktrcli record init&quot; brings them forward</source>
+        <translation>hat Tabellen einer älteren Version; „ktrcli record init“ bringt sie auf den neuen Stand</translation>
+    </message>
+    <message>
+        <source>may not be read by this user of the database</source>
+        <translation>darf von diesem Benutzer der Datenbank nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>has no tables; &quot;ktrcli record init&quot; makes them</source>
+        <translation>hat keine Tabellen; „ktrcli record init“ legt sie an</translation>
+    </message>
 </context>
 <context>
     <name>RecordTable</name>
@@ -1366,6 +1378,18 @@
     <message>
         <source>%1 is no administrator of the database</source>
         <translation>%1 ist kein Administrator der Datenbank</translation>
+    </message>
+    <message>
+        <source>no keeper has what it is about, or it did not answer in time</source>
+        <translation>kein Wächter hat, worum es geht, oder er hat nicht rechtzeitig geantwortet</translation>
+    </message>
+    <message>
+        <source>it is over by now, or without an end</source>
+        <translation>es ist schon vorbei oder hat kein Ende</translation>
+    </message>
+    <message>
+        <source>whether on or off is missing</source>
+        <translation>ob an oder aus, fehlt</translation>
     </message>
 </context>
 <context>
@@ -2692,10 +2716,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>mitgelesen, aber ohne Nachricht: %1</translation>
     </message>
     <message>
-        <source>%1 It is tried again all the time.</source>
-        <translation>%1 Es wird laufend erneut versucht.</translation>
-    </message>
-    <message>
         <source>Since %1 nothing arrives here. The stations may be watched all the same; what is shown is how it was then. It is tried again all the time. %2</source>
         <translation>Seit %1 kommt hier nichts mehr an. Die Stationen werden vielleicht trotzdem überwacht; angezeigt wird der Stand von damals. Es wird laufend erneut versucht. %2</translation>
     </message>
@@ -2710,6 +2730,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Done in the program that watches the stations</source>
         <translation>Geschieht in dem Programm, das die Stationen überwacht</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; does not begin with postgresql://</source>
+        <translation>„%1“ beginnt nicht mit postgresql://</translation>
+    </message>
+    <message>
+        <source>Whether they are watched is not known here. It is tried again all the time. %1</source>
+        <translation>Ob sie überwacht werden, ist hier nicht bekannt. Es wird laufend erneut versucht. %1</translation>
     </message>
 </context>
 <context>
@@ -3148,6 +3176,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The record is being opened</source>
         <translation>Die Aufzeichnung wird geöffnet</translation>
+    </message>
+    <message>
+        <source>The stations cannot be shown</source>
+        <translation>Die Stationen können nicht angezeigt werden</translation>
     </message>
 </context>
 <context>

@@ -59,7 +59,7 @@ void OperationalModeOpener::open(const QPoint &place, const QList<StationCaption
         connectWindow();
         m_window->move(onScreen(place, *m_window));
         m_window->show();
-        m_window->open(stationsPlace());
+        openPlace(record());
     }
     m_window->show();
     m_window->raise();
@@ -84,22 +84,29 @@ QString OperationalModeOpener::fixedRecord() const
     return m_record.isEmpty() ? qEnvironmentVariable("KTR_RECORD") : m_record;
 }
 
-/// Of the stations: the address of a record, or the path of the list.
-QString OperationalModeOpener::stationsPlace() const
+/// The address of the record with the stations; empty: they are in the list of this computer.
+QString OperationalModeOpener::record() const
 {
     const QString fixed = fixedRecord();
-    const QString record =
-        fixed.isEmpty()
-            ? SettingsStore().GetSetting(settingsOwner, settings_sections::operationalMode, recordKey)
-            : fixed;
-    return record.isEmpty() ? nodesPath() : record;
+    return fixed.isEmpty()
+               ? SettingsStore().GetSetting(settingsOwner, settings_sections::operationalMode, recordKey)
+               : fixed;
+}
+
+void OperationalModeOpener::openPlace(const QString &record)
+{
+    if (record.isEmpty()) {
+        m_window->open(nodesPath());
+    } else {
+        m_window->openAt(record);
+    }
 }
 
 void OperationalModeOpener::changePlace(const QString &address)
 {
     const bool isKept =
         SettingsStore().SaveSetting(settingsOwner, settings_sections::operationalMode, recordKey, address);
-    m_window->open(address.isEmpty() ? nodesPath() : address);
+    openPlace(address);
     if (!isKept) {
         m_window->tell(tr("Where the stations are could not be kept for the next start"));
     }

@@ -54,7 +54,8 @@ Q_SIGNALS:
 private:
     QString nodesPath() const;
     QString fixedRecord() const;
-    QString stationsPlace() const;
+    QString record() const;
+    void openPlace(const QString &record);
     void changePlace(const QString &address);
     void connectWindow();
 

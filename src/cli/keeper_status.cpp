@@ -3,6 +3,7 @@
 #include "forward/forwarder.h"
 #include "opmode/keeping/nodes_file.h"
 #include "platform/file_lock.h"
+#include "platform/text_rules.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -188,14 +189,15 @@ int tellKeepers(const QString &address, bool asJson)
                             {QStringLiteral("stations"), keeper.stations},
                             {QStringLiteral("leaseMs"), keeper.leftMs}};
         lines += QStringLiteral("  %1, since %2, stations: %3")
-                     .arg(keeper.name, shown(since))
+                     .arg(onOneLine(keeper.name), shown(since))
                      .arg(keeper.stations);
     }
     QJsonArray alone;
     for (const DutyRow &duty : std::as_const(duties)) {
         QJsonObject one{{QStringLiteral("name"), duty.name}, {QStringLiteral("keeper"), duty.keeper}};
         lines += QStringLiteral("  %1: %2")
-                     .arg(duty.name, duty.keeper.isEmpty() ? QStringLiteral("nobody does it") : duty.keeper);
+                     .arg(duty.name,
+                          duty.keeper.isEmpty() ? QStringLiteral("nobody does it") : onOneLine(duty.keeper));
         if (const std::optional<ForwardTrouble> trouble = forwardTrouble(duty)) {
             const QDateTime since = QDateTime::fromMSecsSinceEpoch(trouble->since);
             one.insert(QStringLiteral("trouble"), trouble->text);

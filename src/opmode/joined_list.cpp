@@ -13,6 +13,19 @@
 
 namespace ktr {
 
+namespace {
+
+/// What is still known of a station that is let go of.
+cStation::Seen keptOffline(const cStation::Seen &seen)
+{
+    cStation::Seen kept;
+    kept.pukNeeded = seen.pukNeeded;
+    kept.lastHeard = seen.lastHeard;
+    return kept;
+}
+
+} // namespace
+
 JoinedList::JoinedList(const ListParts &parts, const QString &nodesPath, QObject *parent)
     : QObject(parent),
       m_parts(parts),
@@ -90,15 +103,20 @@ void JoinedList::openShared(const SharedState &state)
             if (const auto *report = std::get_if<InputValuesMessage>(&message)) {
                 m_parts.trends.add(kennung, report->values, at);
             }
-        } else {
-            takeState(m_seen[kennung], event);
+        }
+        takeState(m_seen[kennung], event);
+    }
+    for (auto seen = m_seen.begin(); seen != m_seen.end(); ++seen) {
+        if (!m_attributes.value(seen.key()).online) { // what it said is over
+            *seen = keptOffline(*seen);
         }
     }
     m_rights = state.rights;
     begin(state.stations.alarms, state.settings);
     m_follower.start(state);
-    if (state.keepers.isEmpty() && state.lastEventAt != 0) { // the last one wrote that it ended, or less
-        m_unkeptSince = QDateTime::fromMSecsSinceEpoch(state.lastEventAt);
+    m_lastLook = m_parts.environment.now();
+    if (state.lastEventAt != 0) { // the last keeper wrote that it ended, or less
+        m_lastSign = QDateTime::fromMSecsSinceEpoch(state.lastEventAt);
     }
     showKeeper();
 }
@@ -209,10 +227,7 @@ void JoinedList::takeListEvent(const EventRow &event, const QString &kennung)
         const StationAttributes now = m_attributes.value(kennung);
         cStation::Seen &seen = m_seen[kennung];
         if (now.online != before.online || now.hostAddress != before.hostAddress) { // what it said is over
-            cStation::Seen kept;
-            kept.pukNeeded = seen.pukNeeded;
-            kept.lastHeard = seen.lastHeard;
-            seen = kept;
+            seen = keptOffline(seen);
         }
         showStation(kennung);
     }
@@ -274,7 +289,7 @@ void JoinedList::showKeeper()
     const QString keeper = this->keeper();
     m_unkeptSince = !keeper.isEmpty() ? std::nullopt
                     : m_unkeptSince   ? m_unkeptSince
-                                      : std::optional(m_parts.environment.now());
+                                      : std::optional(m_lastSign.value_or(m_parts.environment.now()));
     m_unheardSince = !isUnheard() ? std::nullopt
                      : m_unheardSince
                          ? m_unheardSince
@@ -289,7 +304,7 @@ void JoinedList::takeTrouble(const QString &trouble)
     if (trouble.isEmpty()) {
         m_unreachableSince.reset();
     } else if (!m_unreachableSince) {
-        m_unreachableSince = m_parts.environment.now();
+        m_unreachableSince = m_lastLook.value_or(m_parts.environment.now());
     }
     Q_EMIT keeperChanged();
 }
@@ -364,6 +379,12 @@ void JoinedList::takeSettings(const QHash<QString, QString> &settings)
 void JoinedList::looked()
 {
     m_sender.take({});
+    if (m_isShared && m_trouble.isEmpty()) {
+        m_lastLook = m_parts.environment.now();
+        if (const std::optional<Milliseconds> ago = m_follower.lastSign()) {
+            m_lastSign = m_lastLook->addMSecs(-ago->count());
+        }
+    }
     if (std::exchange(m_isChanged, false) || m_keeper != keeper() ||
         m_unheardSince.has_value() != isUnheard()) {
         showKeeper();

@@ -96,6 +96,8 @@ private:
     std::optional<QDateTime> m_unkeptSince;
     std::optional<QDateTime> m_unheardSince;
     std::optional<QDateTime> m_unreachableSince;
+    std::optional<QDateTime> m_lastLook; ///< at a server's record
+    std::optional<QDateTime> m_lastSign; ///< of a keeper of it
     QString m_trouble;
     RecordRights m_rights;
     QString m_beat;

@@ -28,7 +28,7 @@ ListFollower::ListFollower(const QString &nodesPath, Timers &timers, Listener li
 
 QString ListFollower::holder() const
 {
-    return m_queries ? m_keepers : m_holder ? lockHolderText(*m_holder) : QString();
+    return m_queries ? m_keepers.names : m_holder ? lockHolderText(*m_holder) : QString();
 }
 
 void ListFollower::start(qint64 lastEvent, qint64 lastAlarmChange)
@@ -40,7 +40,7 @@ void ListFollower::start(qint64 lastEvent, qint64 lastAlarmChange)
 
 void ListFollower::start(const SharedState &state)
 {
-    m_keepers = state.keepers;
+    m_keepers.names = state.keepers;
     m_notices = std::make_unique<RecordNotices>(m_path, [this] { noticed(); });
     start(state.lastEvent, state.lastAlarmChange);
 }

@@ -61,6 +61,11 @@ public:
     /// Tells all that is there now.
     void drain();
     qint64 lastEvent() const { return m_lastEvent; }
+    /// How long before the last look a keeper of a server's record was heard of; nothing while there is none.
+    std::optional<Milliseconds> lastSign() const
+    {
+        return m_keepers.names.isEmpty() ? std::nullopt : std::optional(m_keepers.lastSign);
+    }
     /// How long nothing has come of who holds the list, by the looks that were taken.
     Milliseconds unheard() const { return m_unheard; }
     /// Looks who holds the list.
@@ -78,7 +83,7 @@ private:
         QList<AlarmRow> alarms{};
         qint64 change = 0; ///< the last one of an alarm
         QHash<QString, QString> settings{};
-        std::optional<QString> keepers{}; ///< of a server's record, in words
+        std::optional<Keepers> keepers{}; ///< of a server's record
         std::optional<RecordRights> rights{};
         QHash<qint64, QString> answers{};
     };
@@ -113,7 +118,7 @@ private:
     std::unique_ptr<OneShotTimer> m_patience; ///< with a server
     std::unique_ptr<RecordReader> m_reader;
     std::optional<RecordQueries> m_queries; ///< of a server's record
-    QString m_keepers;                      ///< likewise
+    Keepers m_keepers;                      ///< likewise
     bool m_isNoticed = false;               ///< likewise: there is something new
     std::unique_ptr<RecordNotices> m_notices;
     std::optional<QByteArray> m_holder; ///< what the lock's file says

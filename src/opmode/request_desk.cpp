@@ -3,6 +3,7 @@
 #include "opmode/keeping/list_replay.h"
 #include "opmode/request_sender.h"
 #include "opmode/tree/notifications.h"
+#include "platform/text_rules.h"
 #include "record/json_text.h"
 #include "record/record_address.h"
 
@@ -23,12 +24,13 @@ const QHash<QString, QString> &settable()
     return settings;
 }
 
-/// Both names of who asked.
+/// Both names of who asked; anybody may have written them.
 QString signatureOf(const RequestRow &row)
 {
-    return row.login.isEmpty() || row.login == row.operatorName ? row.operatorName
-           : row.operatorName.isEmpty()                         ? row.login
-                                        : row.operatorName + QLatin1String(" (") + row.login + u')';
+    return onOneLine(row.login.isEmpty() || row.login == row.operatorName ? row.operatorName
+                     : row.operatorName.isEmpty()
+                         ? row.login
+                         : row.operatorName + QLatin1String(" (") + row.login + u')');
 }
 
 QList<qint64> alarmsOf(const QJsonObject &about)
@@ -59,6 +61,7 @@ void RequestDesk::start()
         m_queries.emplace(m_parts.record.path());
         m_deeds.emplace(m_parts.record.path());
         m_settings.clear();
+        m_inHand.clear();
         m_notices = std::make_unique<RecordNotices>(m_parts.record.path(), [this] { look(); });
     }
     m_timer->start(period, [this] { look(); });
@@ -122,14 +125,38 @@ void RequestDesk::take(const Found &found)
         m_settingsChanged(m_settings);
     }
     m_version = found.version;
+    if (m_queries) {
+        takeShared(found.rows);
+        return;
+    }
     for (const RequestRow &row : found.rows) {
-        if (m_queries && isOfAll(row)) {
-            doForAll(row);
-        } else if (!m_queries || isOwn(row)) {
-            handle(row);
-        }
+        handle(row);
         m_last = row.id;
     }
+}
+
+/// All that are open, each time: a station may be another keeper's by now, which does what was asked for.
+void RequestDesk::takeShared(const QList<RequestRow> &rows)
+{
+    constexpr qint64 lateMs = 2'000; // nobody has it who still could
+    QSet<qint64> inHand;
+    for (const RequestRow &row : rows) {
+        inHand.insert(row.id);
+        if (m_inHand.contains(row.id)) {
+            continue;
+        }
+        if (isOfAll(row)) {
+            doForAll(row);
+        } else if (isOwn(row)) {
+            handle(row);
+        } else if (row.age.value_or(0) > RequestSender::patienceMs + lateMs) {
+            m_deeds->carryOut({row.id, m_parts.moment(), signatureOf(row),
+                               tr("no keeper has what it is about, or it did not answer in time")});
+        } else {
+            inHand.remove(row.id);
+        }
+    }
+    m_inHand = inHand;
 }
 
 /// Of those who share the list: each request is about one station.
@@ -194,13 +221,13 @@ Status RequestDesk::mayDo(const RequestRow &row) const
 {
     const qint64 now = m_parts.moment();
     const qint64 asked = row.age ? now - *row.age : row.at;
-    return asked < m_start && !isOfAll(row)
+    return asked < m_start && !m_queries // which another keeper could have done
                ? Status::failed(tr("it was asked for before the stations were watched"))
-           : now - asked > RequestSender::patienceMs
-               ? Status::failed(tr("the program that watches the stations was held up for too long"))
-           : isAdministrative(row.what) && !row.mayAdminister
-               ? Status::failed(tr("%1 is no administrator of the database").arg(row.login))
-               : Status::done();
+               : now - asked > RequestSender::patienceMs
+                     ? Status::failed(tr("the program that watches the stations was held up for too long"))
+                 : isAdministrative(row.what) && !row.mayAdminister
+                     ? Status::failed(tr("%1 is no administrator of the database").arg(row.login))
+                     : Status::done();
 }
 
 void RequestDesk::handle(const RequestRow &row)
@@ -276,6 +303,9 @@ Status RequestDesk::onAlarms(const QString &what, const QJsonObject &about, bool
     const qint64 station = about[member::station].toInteger();
     const qint64 until = about[member::until].toInteger();
     const QString why = about[member::why].toString();
+    if ((what == requests::shelve || what == requests::maintain) && until <= m_parts.moment()) {
+        return Status::failed(tr("it is over by now, or without an end"));
+    }
     if (what == requests::comment) {
         m_alarmActions.comment(alarmsOf(about), about[member::text].toString());
     } else if (what == requests::shelve) {
@@ -301,6 +331,9 @@ Status RequestDesk::onStation(const QString &what, const QJsonObject &about, boo
 {
     const QString kennung = m_parts.record.kennung(about[member::station].toInteger());
     const bool on = about[member::on].toBool();
+    if ((what == requests::online || what == requests::exclusive) && !about[member::on].isBool()) {
+        return Status::failed(tr("whether on or off is missing"));
+    }
     if (what == requests::online && !about.contains(member::station)) {
         m_stationActions.setAllOnline(on);
         return Status::done();

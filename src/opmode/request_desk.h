@@ -54,6 +54,7 @@ private:
     Status mayDo(const RequestRow &row) const;
     void doForAll(const RequestRow &row);
     void handle(const RequestRow &row);
+    void takeShared(const QList<RequestRow> &rows);
     Status carryOut(const RequestRow &row);
     Status carryOut(const QString &what, const QJsonObject &about);
     Status acknowledge(const QJsonObject &about);
@@ -74,7 +75,8 @@ private:
     QHash<QString, QString> m_settings;
     qint64 m_start = 0;
     qint64 m_version = 0;
-    qint64 m_last = 0; ///< number of the request that was taken last
+    qint64 m_last = 0;     ///< number of the request that was taken last
+    QSet<qint64> m_inHand; ///< of a server's record: carried out here, and not seen as answered yet
 };
 
 } // namespace ktr

@@ -28,16 +28,20 @@ SharedState readSharedState(RecordReader &reader)
     });
     go([&] { return reader.lastAlarmChange(state.lastAlarmChange); });
     go([&] { return reader.latestOf({EventKind::History}, reportsOfEach, add); });
-    go([&] { return reader.latestOf(QList{EventKind::Values} + stateKinds(), 1, add); });
+    go([&] {
+        return reader.latestOf(QList{EventKind::Values, EventKind::Notification, EventKind::OtherMessage} +
+                                   stateKinds(),
+                               1, add);
+    });
     go([&] { return reader.rights(state.rights); });
     reader.endSnapshot();
     if (read) {
-        state.keepers = keepersOf(reader).value_or(QString());
+        state.keepers = keepersOf(reader).value_or(Keepers()).names;
     }
     return state;
 }
 
-std::optional<QString> keepersOf(RecordReader &reader)
+std::optional<Keepers> keepersOf(RecordReader &reader)
 {
     QList<KeeperRow> keepers;
     qint64 stations = 0;
@@ -45,10 +49,13 @@ std::optional<QString> keepersOf(RecordReader &reader)
     if (!reader.keepers(keepers, stations)) {
         return std::nullopt;
     }
+    const Milliseconds lease = Leases::Times().lease;
+    Milliseconds lastSign = lease;
     for (const KeeperRow &keeper : std::as_const(keepers)) {
         names += keeper.name;
+        lastSign = std::clamp(lease - Milliseconds(keeper.leftMs), Milliseconds(0), lastSign);
     }
-    return names.join(QLatin1String(", "));
+    return Keepers{names.join(QLatin1String(", ")), lastSign};
 }
 
 } // namespace ktr

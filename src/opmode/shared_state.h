@@ -1,5 +1,6 @@
 #pragma once
 
+#include "record/leases.h"
 #include "record/record_reader.h"
 
 namespace ktr {
@@ -21,7 +22,14 @@ struct SharedState
 
 SharedState readSharedState(RecordReader &reader);
 
-/// Who shares the stations of the record, in words. Empty: nobody does; nothing: that is not known.
-std::optional<QString> keepersOf(RecordReader &reader);
+/// Who shares the stations of a record.
+struct Keepers
+{
+    QString names{};          ///< in words; empty: nobody does
+    Milliseconds lastSign{0}; ///< so long ago one of them was heard of
+};
+
+/// Nothing: that is not known.
+std::optional<Keepers> keepersOf(RecordReader &reader);
 
 } // namespace ktr

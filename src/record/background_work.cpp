@@ -212,9 +212,16 @@ bool BackgroundWork::thinChannels(RecordDatabase &database, Table &table, bool &
     if (table.at.isEmpty()) {
         table.at = {qint64{-1}, 0};
         QList<QVariantList> dropped;
-        if (database.isServer() &&
-            !rowsOf(database, withName(u"SELECT drop_months('%1', ?)"_s), {table.before}, dropped, 1)) {
-            return false;
+        if (database.isServer()) { // who reads keeps months from being dropped: another time, then
+            const bool isDropped =
+                database.execute({u"SAVEPOINT months"_s, u"SET LOCAL lock_timeout TO 1000"_s}) &&
+                rowsOf(database, withName(u"SELECT drop_months('%1', ?)"_s), {table.before}, dropped, 1);
+            if (!isDropped && (database.isLost() || !database.execute(u"ROLLBACK TO months"_s))) {
+                return false;
+            }
+            if (!database.execute({u"RELEASE months"_s, RecordDatabase::lockPatience()})) {
+                return false;
+            }
         }
     }
     QList<QVariantList> next;

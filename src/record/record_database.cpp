@@ -133,6 +133,7 @@ Status RecordDatabase::openServer(Use use)
     } else { // what is committed is on the disk; a server may be set to more
         // Who was stopped in the middle of a transaction must not hold up all others for as long.
         settings += u"SET idle_in_transaction_session_timeout TO 3000"_s;
+        settings += lockPatience();
         settings += u"SELECT set_config('synchronous_commit', 'on', false)"
                     " WHERE current_setting('synchronous_commit') IN ('off', 'local')"_s;
     }
@@ -235,9 +236,14 @@ bool RecordDatabase::begin()
 
 bool RecordDatabase::beginNumbers()
 {
-    constexpr int numbersLock = 0x4b5452; // any number will do that no other program takes
-    m_hasNumbers = m_hasNumbers || carryOut(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(numbersLock));
+    // A table that a server's record has no other use for; who may only read or ask cannot lock it.
+    m_hasNumbers = m_hasNumbers || carryOut(u"LOCK TABLE list_file IN EXCLUSIVE MODE"_s);
     return m_hasNumbers;
+}
+
+QString RecordDatabase::lockPatience()
+{
+    return u"SET lock_timeout TO 5000"_s;
 }
 
 bool RecordDatabase::commit()

@@ -66,6 +66,9 @@ public:
     /// what has a higher number was committed later. Done once in each; a file has one writer at a time
     /// anyway.
     bool beginNumbers();
+    /// The statement that says how long a server's lock is waited for: who holds one for longer than that is
+    /// not waited for, and what was to be done is tried again.
+    static QString lockPatience();
     bool commit();
     /// Does no harm when the database has rolled back by itself; failure() stays as it was.
     void rollBack();

@@ -58,11 +58,36 @@ Status RecordReader::open()
     if (schema == newestSchema(m_database)) {
         return Status::done();
     }
-    Status failed =
-        schema < 0 ? m_database.failure()
-                   : m_database.fail(QCoreApplication::translate("Record", "has tables of another version"));
+    Status failed = schema < 0 ? m_database.failure() : m_database.fail(reasonAgainst(schema));
     m_database.close();
     return failed;
+}
+
+/// Why tables of such a version cannot be read; 0: none are seen.
+QString RecordReader::reasonAgainst(int schema)
+{
+    if (schema > newestSchema(m_database)) {
+        return QCoreApplication::translate("Record",
+                                           "was written by a newer version of the program (tables %1; "
+                                           "this version knows them up to %2)")
+            .arg(schema)
+            .arg(newestSchema(m_database));
+    }
+    if (!m_database.isServer()) {
+        return QCoreApplication::translate("Record", "has tables of another version");
+    }
+    if (schema > 0) {
+        return QCoreApplication::translate("Record",
+                                           "has tables of an older version; \"ktrcli record init\" brings "
+                                           "them forward");
+    }
+    QSqlQuery query(m_database.handle()); // what may not be used is not listed among the tables
+    const bool isThere =
+        query.exec(u"SELECT 1 FROM pg_namespace WHERE nspname = 'ktrconfig'"_s) && query.next();
+    query.finish();
+    return isThere
+               ? QCoreApplication::translate("Record", "may not be read by this user of the database")
+               : QCoreApplication::translate("Record", "has no tables; \"ktrcli record init\" makes them");
 }
 
 Status RecordReader::each(const QString &statement, const QVariantList &values,
@@ -380,24 +405,31 @@ Status RecordReader::openRequests(qint64 id, const std::function<void(const Requ
     if (Status opened = open(); !opened) {
         return opened;
     }
-    const QString asker = m_database.isServer()
+    constexpr int longestDetail = 1'000'000;
+    constexpr int mostAtOnce = 1'000;
+    const bool isServer = m_database.isServer();
+    const QString columns =
+        isServer ? u"id, at, left(operator, 200), left(what, 100),"
+                   " CASE WHEN octet_length(detail) > %1 THEN '' ELSE detail END"_s.arg(longestDetail)
+                 : u"id, at, operator, what, detail"_s;
+    const QString asker = isServer
                               ? u", login, "_s + administers(u"login"_s) +
                                     u", floor(extract(epoch FROM clock_timestamp() - asked) * 1000)::bigint"_s
                               : QString();
-    return each(u"SELECT id, at, operator, what, detail"_s + asker +
-                    u" FROM request WHERE taken IS NULL AND id > ? ORDER BY id"_s,
-                {id}, [&](const QSqlQuery &row) {
-                    RequestRow request{row.value(0).toLongLong(), row.value(1).toLongLong(),
-                                       row.value(2).toString(), row.value(3).toString(),
-                                       row.value(4).toString()};
-                    if (!asker.isEmpty()) {
-                        request.login = row.value(5).toString();
-                        request.mayAdminister = row.value(6).toBool();
-                        request.age = row.value(7).toLongLong();
-                    }
-                    take(request);
-                    return true;
-                });
+    return each(
+        u"SELECT "_s + columns + asker + u" FROM request WHERE taken IS NULL AND id > ? ORDER BY id"_s +
+            (isServer ? u" LIMIT %1"_s.arg(mostAtOnce) : QString()),
+        {id}, [&](const QSqlQuery &row) {
+            RequestRow request{row.value(0).toLongLong(), row.value(1).toLongLong(), row.value(2).toString(),
+                               row.value(3).toString(), row.value(4).toString()};
+            if (!asker.isEmpty()) {
+                request.login = row.value(5).toString();
+                request.mayAdminister = row.value(6).toBool();
+                request.age = row.value(7).toLongLong();
+            }
+            take(request);
+            return true;
+        });
 }
 
 Status RecordReader::answerOf(qint64 request, std::optional<QString> &result)

@@ -214,7 +214,9 @@ public:
     /// Those of these names that there are.
     Status settings(const QStringList &names, QHash<QString, QString> &values);
 
-    /// What was asked for behind such a number and has no answer, in the order of their numbers.
+    /// What was asked for behind such a number and has no answer, in the order of their numbers; of a
+    /// server's record the first thousand. What is longer there than anything that is asked for comes without
+    /// its detail.
     Status openRequests(qint64 id, const std::function<void(const RequestRow &)> &take);
     /// The result that a request was answered with; nothing while it has none.
     Status answerOf(qint64 request, std::optional<QString> &result);
@@ -270,6 +272,7 @@ private:
     Status matchOf(const QStringList &trigrams, qint64 upTo, QString &match);
     /// Up to which event the kinds are in order; nothing when too much is not.
     Status sortedEvents(std::optional<qint64> &upto);
+    QString reasonAgainst(int schema);
     /// Carries out a statement and hands over its rows until `take` gives false.
     Status stationsIn(const QString &where, const QVariantList &values,
                       const std::function<void(const StationRow &)> &take);

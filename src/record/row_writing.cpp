@@ -176,8 +176,17 @@ bool RowWriting::needMonth(const QString &table, qint64 at, QSet<qint64> &months
         return true;
     }
     months.insert(month); // should the transaction fail, others are made from here on
+    // Who reads keeps it from being made; then the rows stand with the others until one is made later.
+    if (!m_database.execute(
+            {QStringLiteral("SAVEPOINT month"), QStringLiteral("SET LOCAL lock_timeout TO 500")})) {
+        return false;
+    }
+    if (!m_database.execute(QStringLiteral("SELECT add_month('%1', %2)").arg(table).arg(at)) &&
+        (m_database.isLost() || !m_database.execute(QStringLiteral("ROLLBACK TO month")))) {
+        return false;
+    }
     return static_cast<bool>(
-        m_database.execute(QStringLiteral("SELECT add_month('%1', %2)").arg(table).arg(at)));
+        m_database.execute({QStringLiteral("RELEASE month"), m_database.lockPatience()}));
 }
 
 bool RowWriting::put(const EventRow &row)
@@ -287,7 +296,10 @@ bool RowWriting::put(const SettingRow &row)
 
 bool RowWriting::put(const RequestRow &row)
 {
-    return m_database.beginNumbers() &&
+    // Keepers of a server's record look for those that are open, in whatever order they come.
+    return (m_isServer
+                ? static_cast<bool>(m_database.execute(QStringLiteral("NOTIFY ") + RecordDatabase::committed))
+                : m_database.beginNumbers()) &&
            carryOut(8, "INSERT INTO request(at, operator, what, detail) VALUES(?, ?, ?, ?)", row.at,
                     textOrNull(row.operatorName), row.what, row.detail);
 }

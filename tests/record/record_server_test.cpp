@@ -159,6 +159,22 @@ private Q_SLOTS:
         QVERIFY(!stopped.commit() && stopped.isLost());
     }
 
+    /// Nor does who just reads, or has no right but to log in.
+    void whoReadsHoldsUpNobody()
+    {
+        RecordReader reader(m_address);
+        qint64 rows = 0;
+        QVERIFY(reader.beginSnapshot() && reader.count(u"value"_s, rows));
+        RecordDatabase stranger;
+        QVERIFY(stranger.open(m_address, RecordDatabase::Use::Read) &&
+                stranger.execute(u"SELECT pg_advisory_lock(4936786)"_s));
+        auto writer = opened();
+        QVERIFY(writer->commit(
+            {said(u"first"_s), ValueRow{1, 1, QDateTime::currentMSecsSinceEpoch(), u"22"_s}}));
+        QCOMPARE(texts(), QStringList{u"first"_s});
+        QVERIFY(reader.count(u"value"_s, rows));
+    }
+
     /// Tried as anybody may who has a client of the database.
     void eachRoleMayDoItsPart()
     {

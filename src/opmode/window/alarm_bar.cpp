@@ -118,6 +118,12 @@ void AlarmBar::setMuted(bool muted)
     m_mute->setChecked(muted);
 }
 
+void AlarmBar::setAcceptable(const QString &why)
+{
+    m_accept->setEnabled(why.isEmpty());
+    m_accept->setToolTip(why.isEmpty() ? tr("Acknowledges all alarms of all stations") : why);
+}
+
 void AlarmBar::applyTexts()
 {
     const std::pair<QPushButton *, QString> captions[] = {{m_all, tr("Show all")},
@@ -129,7 +135,7 @@ void AlarmBar::applyTexts()
     }
     m_all->setToolTip(tr("Lists the alarms of all stations that are not acknowledged"));
     m_latest->setToolTip(tr("Shows the latest alarm at its station"));
-    m_accept->setToolTip(tr("Acknowledges all alarms of all stations"));
+    setAcceptable(m_accept->isEnabled() ? QString() : m_accept->toolTip());
     m_mute->setAccessibleName(tr("Mute"));
     m_mute->setToolTip(
         tr("When this is not ticked, new alarms sound, and every 60 seconds as long as one is not "

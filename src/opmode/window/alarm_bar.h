@@ -27,6 +27,8 @@ public:
     void applyTexts();
     /// What the check box shows.
     void setMuted(bool muted);
+    /// Whether alarms can be acknowledged, or why not.
+    void setAcceptable(const QString &why);
 
 Q_SIGNALS:
     /// The user wants to see all alarms.

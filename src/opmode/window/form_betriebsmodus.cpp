@@ -49,12 +49,6 @@ constexpr QSize comfortableSize(1180, 740);
 constexpr QSize smallest(600, 360);
 constexpr int treeWidth = 320;
 
-/// With a full stop at its end, so that another one can follow.
-QString closedSentence(const QString &message)
-{
-    return message.endsWith(u'.') ? message : message + u'.';
-}
-
 } // namespace
 
 Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &texts,
@@ -373,13 +367,14 @@ void Form_betriebsmodus::changeEvent(QEvent *event)
 void Form_betriebsmodus::open(const QString &nodesPath)
 {
     m_nodesPath = nodesPath;
+    m_isShared = isServerAddress(nodesPath);
     openList();
 }
 
 /// What another program keeps is joined.
 void Form_betriebsmodus::openList()
 {
-    if (isServerAddress(m_nodesPath)) {
+    if (m_isShared) {
         openShared();
         return;
     }
@@ -391,6 +386,13 @@ void Form_betriebsmodus::openList()
     showHindrance(opened);
 }
 
+void Form_betriebsmodus::openAt(const QString &address)
+{
+    m_nodesPath = address;
+    m_isShared = true;
+    openList();
+}
+
 /// A server may take its time, or not be there.
 void Form_betriebsmodus::openShared()
 {
@@ -399,6 +401,12 @@ void Form_betriebsmodus::openShared()
         m_listBanner->tellOpening(m_nodesPath);
     }
     showUsable(false);
+    if (!isServerAddress(m_nodesPath)) { // and it never becomes one
+        SharedState refused;
+        refused.status = Status::failed(tr("\"%1\" does not begin with postgresql://").arg(m_nodesPath));
+        showHindrance(m_mode.join(m_nodesPath, refused));
+        return;
+    }
     m_opening = std::make_unique<RecordQueries>(m_nodesPath);
     m_opening->ask(this, &readSharedState, [this](const SharedState &state) {
         m_listBanner->hide();
@@ -440,7 +448,9 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
         m_listBanner->hide();
         enableActions();
         m_tree->setFocus();
-        m_operatorBar->askAtBeginning();
+        if (!m_mode.isIdle()) {
+            m_operatorBar->askAtBeginning();
+        }
         showDefects();
         offerThinning();
         if (m_mode.isJoined() && m_mode.isIdle()) { // else the menus tell why
@@ -449,14 +459,18 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
         return;
     }
     const QString reason =
-        isServerAddress(m_nodesPath)
-            ? tr("%1 It is tried again all the time.").arg(closedSentence(opened.message()))
+        m_isShared ? tr("Whether they are watched is not known here. It is tried again all the time. %1")
+                         .arg(opened.message())
         : hindrance == Hindrance::InUse
             ? opened.message()
             : tr("The list of stations cannot be used. It stays as it is: %1").arg(opened.message());
-    m_listBanner->appear(reason, hindrance == Hindrance::Unusable);
+    if (m_isShared) {
+        m_listBanner->tellUnopened(reason);
+    } else {
+        m_listBanner->appear(reason, hindrance == Hindrance::Unusable);
+    }
     tell(reason);
-    if (!isServerAddress(m_nodesPath)) {
+    if (!m_isShared) {
         showBox(tr("No station is watched") + QLatin1String(".\n\n") + reason);
     }
 }
@@ -478,7 +492,6 @@ void Form_betriebsmodus::showDefects()
 void Form_betriebsmodus::showKeeper()
 {
     showTitle();
-    const bool isShared = isServerAddress(m_nodesPath);
     if (const std::optional<QDateTime> lost = m_mode.unreachableSince()) {
         const QString line = tr("Since %1 nothing arrives here. The stations may be watched all the same; "
                                 "what is shown is how "
@@ -489,7 +502,7 @@ void Form_betriebsmodus::showKeeper()
     } else if (const std::optional<QDateTime> since = m_mode.unwatchedSince()) {
         const QString line = tr("Since %1 no alarm arrives. What is shown is how it was then.")
                                  .arg(shownMoment(since->toMSecsSinceEpoch()));
-        m_joinedBanner->tellUnwatched(line, !isShared);
+        m_joinedBanner->tellUnwatched(line, !m_isShared);
         m_messages->tell(tr("Nobody watches the stations") + QLatin1String(". ") + line);
     } else if (const std::optional<QDateTime> last = m_mode.unheardSince()) {
         const QString line =
@@ -500,7 +513,7 @@ void Form_betriebsmodus::showKeeper()
         m_joinedBanner->tellUnheard(line);
         m_messages->tell(tr("The program that watches the stations is not heard") + QLatin1String(". ") +
                          line);
-    } else if (m_mode.isJoined() && !isShared) {
+    } else if (m_mode.isJoined() && !m_isShared) {
         m_joinedBanner->tellJoined(tr("Watched by %1").arg(m_mode.keeper()));
     } else { // several keepers are as it should be, and the title has their names
         m_joinedBanner->hide();
@@ -666,6 +679,7 @@ void Form_betriebsmodus::enableActions()
 {
     const QString kennung = m_mode.hindrance() == OperationalMode::Hindrance::None ? chosen() : QString();
     const AlarmActions &actions = m_mode.alarmActions();
+    m_alarmBar->setAcceptable(m_mode.whyNot(OperationalMode::Deed::Operate));
     m_menus->setStation(!kennung.isEmpty(), m_mode.attributes(kennung).online,
                         !kennung.isEmpty() && actions.maintenanceOf(actions.numberOf(kennung)) != nullptr);
     using Deed = OperationalMode::Deed;

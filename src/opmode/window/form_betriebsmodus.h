@@ -54,6 +54,8 @@ public:
     /// be watched a message and a banner say so, and the user can try again; of a server it is tried by
     /// itself, too.
     void open(const QString &nodesPath);
+    /// The same with what is meant as the address of a record; that it is none is told.
+    void openAt(const QString &address);
     static constexpr Milliseconds openAgainDelay{5'000};
 
     /// Puts the texts of the table in place.
@@ -135,6 +137,7 @@ private:
     int m_busy = 0;
 
     QString m_nodesPath;
+    bool m_isShared = false; ///< it is the address of a record
     std::unique_ptr<OneShotTimer> m_openAgain;
     std::unique_ptr<RecordQueries> m_opening; ///< while a server is asked for its stations
     QString m_chosenName;                     ///< keys are others after each opening

@@ -108,6 +108,11 @@ void ListBanner::tellUnreachable(const QString &since)
     show(Topic::Unreachable, since);
 }
 
+void ListBanner::tellUnopened(const QString &reason)
+{
+    show(Topic::Unopened, reason);
+}
+
 void ListBanner::tellOpening(const QString &address)
 {
     show(Topic::Opening, address);
@@ -118,7 +123,7 @@ void ListBanner::show(Topic topic, const QString &reason)
     m_topic = topic;
     takeColours();
     m_watch->hide();
-    m_retry->setVisible(topic == Topic::NotWatched);
+    m_retry->setVisible(topic == Topic::NotWatched || topic == Topic::Unopened);
     m_empty->hide();
     m_noted->setVisible(topic == Topic::Defects || topic == Topic::Unlocked);
     m_reason->setText(reason);
@@ -144,6 +149,8 @@ QString ListBanner::headline() const
         return tr("Nobody watches the stations");
     case Topic::Unreachable:
         return tr("The record cannot be reached");
+    case Topic::Unopened:
+        return tr("The stations cannot be shown");
     case Topic::Opening:
         return tr("The record is being opened");
     case Topic::Unkept:

@@ -32,6 +32,8 @@ public:
     void tellUnwatched(const QString &since, bool canWatch);
     /// What is shown cannot be followed. It stays until hide().
     void tellUnreachable(const QString &since);
+    /// The stations cannot be shown; who watches them is not known. It stays until hide().
+    void tellUnopened(const QString &reason);
     /// The stations are not shown yet. It stays until hide().
     void tellOpening(const QString &address);
     /// Puts the captions in place; called again when the language changes.
@@ -60,6 +62,7 @@ private:
         Unheard,
         Unwatched,
         Unreachable,
+        Unopened,
         Opening
     };
     void show(Topic topic, const QString &reason);

@@ -55,7 +55,8 @@ private Q_SLOTS:
     void itTellsWhatIsMissingUntilItIsThere()
     {
         open();
-        QTRY_COMPARE(headline("ListBanner"), u"No station is watched"_s);
+        QTRY_COMPARE(headline("ListBanner"), u"The stations cannot be shown"_s);
+        QVERIFY(reason("ListBanner").contains(u"record init"_s));
         QVERIFY(!tree()->isEnabled());
         QVERIFY(initRecord(m_address));
         QTest::mouseClick(m_window->findChild<QPushButton *>("Cmd_list_retry"), Qt::LeftButton);
@@ -82,7 +83,7 @@ private Q_SLOTS:
         QVERIFY(initRecord(m_address));
         keep();
         open();
-        QTRY_VERIFY(m_mode->isJoined());
+        QTRY_VERIFY(m_mode->isJoined() && !m_mode->isIdle());
         m_mode->setOperator(u"Anna"_s);
         for (const int count : {1, 2}) {
             action("mnu_station_add")->trigger();
@@ -138,6 +139,8 @@ private Q_SLOTS:
                          role == u"administrator"_s);
             }
             QVERIFY(!action("mnu_konfiguration")->isEnabled());
+            QCOMPARE(m_window->findChild<QPushButton *>("Cmd_alarm_accept")->isEnabled(),
+                     role != u"viewer"_s);
         }
         // Whoever asks without a window is refused by the keeper.
         const auto ask = [this](const QString &role) {
@@ -152,6 +155,15 @@ private Q_SLOTS:
         ask(u"administrator"_s);
         QTRY_COMPARE(m_mode->tree().rowCount(), 1);
         QCOMPARE(names(m_mode->tree()), QStringList(u"administrator"_s));
+    }
+
+    void anAddressThatIsNoneOpensNoList()
+    {
+        open();
+        m_window->openAt(u"postgres:/db"_s);
+        QTRY_COMPARE(headline("ListBanner"), u"The stations cannot be shown"_s);
+        QVERIFY(reason("ListBanner").contains(u"\"postgres:/db\""_s));
+        QVERIFY(!m_mode->isOpen() && m_mode->tree().rowCount() == 0);
     }
 
     void thePlaceOfTheStationsIsChosenInIt()
@@ -215,6 +227,12 @@ private:
     {
         auto *shown = m_window->findChild<QWidget *>(QLatin1String(banner));
         return shown->isVisible() ? shown->findChild<QLabel *>("lbl_list")->text() : QString();
+    }
+    QString reason(const char *banner) const
+    {
+        return m_window->findChild<QWidget *>(QLatin1String(banner))
+            ->findChild<QLabel *>("lbl_list_reason")
+            ->text();
     }
     static QStringList names(const StationTree &tree)
     {
