@@ -11,23 +11,11 @@ using namespace Qt::StringLiterals;
 constexpr int rowsOfAStep = 500;
 constexpr qint64 eventsOfAStep = 10'000;
 
-QSqlQuery *carriedOut(RecordDatabase &database, const QString &statement, const QVariantList &values)
-{
-    QSqlQuery *query = database.prepared(statement);
-    if (query == nullptr) {
-        return nullptr;
-    }
-    for (int place = 0; place < values.size(); ++place) {
-        query->bindValue(place, values[place]);
-    }
-    return database.run(*query) ? query : nullptr;
-}
-
 /// The rows that a statement gives.
 bool rowsOf(RecordDatabase &database, const QString &statement, const QVariantList &values,
             QList<QVariantList> &rows, int columns)
 {
-    QSqlQuery *query = carriedOut(database, statement, values);
+    QSqlQuery *query = database.carriedOut(statement, values);
     if (query == nullptr) {
         return false;
     }
@@ -115,10 +103,10 @@ bool BackgroundWork::indexTexts(RecordDatabase &database, bool &hasMore)
     }
     end = texts.isEmpty() ? end : texts[0][0].toLongLong();
     hasMore = end < last;
-    return carriedOut(database,
-                      u"INSERT INTO event_text(rowid, text) SELECT id, text FROM event WHERE "_s + searchable,
-                      {begin, end}) != nullptr &&
-           carriedOut(database, settingStatement(u"'searchable', ?"_s), {QString::number(end)}) != nullptr;
+    return database.carriedOut(u"INSERT INTO event_text(rowid, text) SELECT id, text FROM event WHERE "_s +
+                                   searchable,
+                               {begin, end}) != nullptr &&
+           database.carriedOut(settingStatement(u"'searchable', ?"_s), {QString::number(end)}) != nullptr;
 }
 
 bool BackgroundWork::sortKinds(RecordDatabase &database, bool &hasMore)
@@ -136,11 +124,10 @@ bool BackgroundWork::sortKinds(RecordDatabase &database, bool &hasMore)
     const qint64 end = std::min(begin + eventsOfAStep, last);
     hasMore = end < last;
     const QString rows = u", at, id, station FROM event WHERE id > ? AND id <= ?"_s;
-    return carriedOut(database,
-                      u"INSERT OR IGNORE INTO event_kind(kind, at, id, station) SELECT kind"_s + rows +
-                          u" UNION ALL SELECT 0"_s + rows + u" AND alarm IS NOT NULL"_s,
-                      {begin, end, begin, end}) != nullptr &&
-           carriedOut(database, settingStatement(u"'sorted', ?"_s), {QString::number(end)}) != nullptr;
+    return database.carriedOut(u"INSERT OR IGNORE INTO event_kind(kind, at, id, station) SELECT kind"_s +
+                                   rows + u" UNION ALL SELECT 0"_s + rows + u" AND alarm IS NOT NULL"_s,
+                               {begin, end, begin, end}) != nullptr &&
+           database.carriedOut(settingStatement(u"'sorted', ?"_s), {QString::number(end)}) != nullptr;
 }
 
 bool BackgroundWork::thinOut(RecordDatabase &database, Table &table, bool &hasMore)
@@ -178,14 +165,14 @@ bool BackgroundWork::thinEvents(RecordDatabase &database, Table &table, bool &ha
         }
         const bool isIndexed = !database.isServer() && row[3].toBool(); // a server's indexes follow
         if (isIndexed && searchableKinds().contains(static_cast<EventKind>(table.kind)) &&
-            carriedOut(database, u"INSERT INTO event_text(event_text, rowid, text) VALUES('delete', ?, ?)"_s,
-                       {row[1], row[2]}) == nullptr) {
+            database.carriedOut(u"INSERT INTO event_text(event_text, rowid, text) VALUES('delete', ?, ?)"_s,
+                                {row[1], row[2]}) == nullptr) {
             return false;
         }
-        if (carriedOut(database, u"DELETE FROM event WHERE id = ?"_s, {row[1]}) == nullptr ||
+        if (database.carriedOut(u"DELETE FROM event WHERE id = ?"_s, {row[1]}) == nullptr ||
             (!database.isServer() &&
-             carriedOut(database, u"DELETE FROM event_kind WHERE kind IN (0, ?) AND at = ? AND id = ?"_s,
-                        {table.kind, row[0], row[1]}) == nullptr)) {
+             database.carriedOut(u"DELETE FROM event_kind WHERE kind IN (0, ?) AND at = ? AND id = ?"_s,
+                                 {table.kind, row[0], row[1]}) == nullptr)) {
             return false;
         }
     }
@@ -197,10 +184,10 @@ bool BackgroundWork::thinEvents(RecordDatabase &database, Table &table, bool &ha
 
 bool BackgroundWork::thinAlarms(RecordDatabase &database, Table &table, bool &hasMore)
 {
-    QSqlQuery *query = carriedOut(database,
-                                  u"DELETE FROM alarm WHERE id IN (SELECT id FROM alarm WHERE first < ? AND"
-                                  " acknowledged IS NOT NULL AND over IS NOT NULL ORDER BY first LIMIT ?)"_s,
-                                  {table.before, rowsOfAStep});
+    QSqlQuery *query =
+        database.carriedOut(u"DELETE FROM alarm WHERE id IN (SELECT id FROM alarm WHERE first < ? AND"
+                            " acknowledged IS NOT NULL AND over IS NOT NULL ORDER BY first LIMIT ?)"_s,
+                            {table.before, rowsOfAStep});
     hasMore = query != nullptr && query->numRowsAffected() == rowsOfAStep;
     return query != nullptr;
 }
@@ -235,11 +222,10 @@ bool BackgroundWork::thinChannels(RecordDatabase &database, Table &table, bool &
         return true;
     }
     hasMore = true;
-    QSqlQuery *query =
-        carriedOut(database,
-                   withName(u"DELETE FROM %1 WHERE station = ? AND channel = ? AND at IN (SELECT at FROM %1"
-                            " WHERE station = ? AND channel = ? AND at < ? ORDER BY at LIMIT ?)"_s),
-                   next[0] + next[0] + QVariantList{table.before, rowsOfAStep});
+    QSqlQuery *query = database.carriedOut(
+        withName(u"DELETE FROM %1 WHERE station = ? AND channel = ? AND at IN (SELECT at FROM %1"
+                 " WHERE station = ? AND channel = ? AND at < ? ORDER BY at LIMIT ?)"_s),
+        next[0] + next[0] + QVariantList{table.before, rowsOfAStep});
     if (query != nullptr && query->numRowsAffected() < rowsOfAStep) {
         table.at = next[0];
     }

@@ -2,20 +2,7 @@
 
 namespace ktr {
 
-namespace {
-
 using namespace Qt::StringLiterals;
-
-QSqlQuery *carriedOut(RecordDatabase &database, const QString &statement, const QVariantList &values)
-{
-    QSqlQuery *query = database.prepared(statement);
-    for (int place = 0; query != nullptr && place < values.size(); ++place) {
-        query->bindValue(place, values[place]);
-    }
-    return query != nullptr && database.run(*query) ? query : nullptr;
-}
-
-} // namespace
 
 const QString livingKeepers = u"(SELECT id FROM keeper WHERE leased_until > clock_timestamp())"_s;
 
@@ -49,13 +36,12 @@ void Duties::lose()
 bool claimDuties(RecordDatabase &database, qint64 keeper, const QStringList &wanted)
 {
     for (const QString &duty : wanted) {
-        if (carriedOut(database, u"INSERT INTO duty(name) VALUES(?) ON CONFLICT DO NOTHING"_s, {duty}) ==
+        if (database.carriedOut(u"INSERT INTO duty(name) VALUES(?) ON CONFLICT DO NOTHING"_s, {duty}) ==
                 nullptr ||
-            carriedOut(database,
-                       u"UPDATE duty SET keeper = ?, since = clock_timestamp() WHERE name = ?"
-                       " AND (keeper IS NULL OR keeper NOT IN "_s +
-                           livingKeepers + u")"_s,
-                       {keeper, duty}) == nullptr) {
+            database.carriedOut(u"UPDATE duty SET keeper = ?, since = clock_timestamp() WHERE name = ?"
+                                " AND (keeper IS NULL OR keeper NOT IN "_s +
+                                    livingKeepers + u")"_s,
+                                {keeper, duty}) == nullptr) {
             return false;
         }
     }
@@ -65,8 +51,8 @@ bool claimDuties(RecordDatabase &database, qint64 keeper, const QStringList &wan
 bool noteDuties(RecordDatabase &database, qint64 keeper, const QHash<QString, QString> &notes)
 {
     for (const auto [duty, text] : notes.asKeyValueRange()) {
-        if (carriedOut(database, u"UPDATE duty SET state = ? WHERE name = ? AND keeper = ?"_s,
-                       {text.isNull() ? QString(u""_s) : text, duty, keeper}) == nullptr) {
+        if (database.carriedOut(u"UPDATE duty SET state = ? WHERE name = ? AND keeper = ?"_s,
+                                {text.isNull() ? QString(u""_s) : text, duty, keeper}) == nullptr) {
             return false;
         }
     }
@@ -75,7 +61,7 @@ bool noteDuties(RecordDatabase &database, qint64 keeper, const QHash<QString, QS
 
 bool dutiesOf(RecordDatabase &database, qint64 keeper, QHash<QString, QString> &duties)
 {
-    QSqlQuery *query = carriedOut(database, u"SELECT name, state FROM duty WHERE keeper = ?"_s, {keeper});
+    QSqlQuery *query = database.carriedOut(u"SELECT name, state FROM duty WHERE keeper = ?"_s, {keeper});
     if (query == nullptr) {
         return false;
     }

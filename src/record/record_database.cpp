@@ -228,6 +228,15 @@ bool RecordDatabase::wasReadToItsEnd(const QSqlQuery &query)
     return !query.lastError().isValid() || fails(query.lastError());
 }
 
+QSqlQuery *RecordDatabase::carriedOut(const QString &statement, const QVariantList &values)
+{
+    QSqlQuery *query = prepared(statement);
+    for (int place = 0; query != nullptr && place < values.size(); ++place) {
+        query->bindValue(place, values[place]);
+    }
+    return query != nullptr && run(*query) ? query : nullptr;
+}
+
 bool RecordDatabase::begin()
 {
     m_hasNumbers = !m_isServer;

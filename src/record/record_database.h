@@ -57,6 +57,8 @@ public:
     QSqlQuery *prepared(const QString &statement);
     /// Carries out what was prepared and bound.
     bool run(QSqlQuery &query);
+    /// Does all of that; nullptr after a failure.
+    QSqlQuery *carriedOut(const QString &statement, const QVariantList &values);
 
     /// Whether next() gave false because there were no more rows, and not because one could not be read.
     bool wasReadToItsEnd(const QSqlQuery &query);

@@ -14,14 +14,8 @@ bool ask(RecordDatabase &database, const QString &statement, const QVariantList 
          std::optional<QString> &answer)
 {
     answer.reset();
-    QSqlQuery *query = database.prepared(statement);
+    QSqlQuery *query = database.carriedOut(statement, values);
     if (query == nullptr) {
-        return false;
-    }
-    for (qsizetype place = 0; place < values.size(); ++place) {
-        query->bindValue(static_cast<int>(place), values[place]);
-    }
-    if (!database.run(*query)) {
         return false;
     }
     if (query->next()) {
