@@ -67,8 +67,7 @@ struct RecordWriter::Connection
     /// Writers of long ago are forgotten.
     Status beginBatches()
     {
-        return database.execute(
-            {QStringLiteral("DELETE FROM writer WHERE at < now() - interval '30 days'"), batchStatement()});
+        return database.execute(QStringLiteral("DELETE FROM writer WHERE at < now() - interval '30 days'"));
     }
 
     QString batchStatement() const
@@ -79,16 +78,21 @@ struct RecordWriter::Connection
             .arg(batch);
     }
 
-    /// Whether the server has what it may have.
+    /// Whether the server has what it may have. The lost connection may still be committing it; what has no
+    /// numbers may be written twice.
     Status isThere(bool &isThere)
     {
-        QSqlQuery query(database.handle());
-        query.prepare(QStringLiteral("SELECT batch FROM writer WHERE name = ?"));
-        query.addBindValue(name);
-        if (!database.run(query)) {
+        if (!database.begin() || !database.beginNumbers()) {
             return refused();
         }
-        isThere = query.next() && query.value(0).toLongLong() == batch;
+        QSqlQuery *query =
+            database.carriedOut(QStringLiteral("SELECT batch FROM writer WHERE name = ?"), {name});
+        if (query == nullptr) {
+            return refused();
+        }
+        isThere = query->next() && query->value(0).toLongLong() == batch;
+        query->finish();
+        database.rollBack();
         return Status::done();
     }
 

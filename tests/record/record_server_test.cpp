@@ -119,6 +119,24 @@ private Q_SLOTS:
         QCOMPARE(m_troubles.size(), 2); // and over again
     }
 
+    /// It does not, and the connection is lost all the same.
+    void whatTheServerHasNotIsWrittenAgain()
+    {
+        m_server.sql(database, u"CREATE FUNCTION ktrconfig.die() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN"
+                               " PERFORM pg_terminate_backend(pg_backend_pid()); RETURN NULL; END $$; CREATE"
+                               " CONSTRAINT TRIGGER die AFTER INSERT ON ktrconfig.event DEFERRABLE INITIALLY"
+                               " DEFERRED FOR EACH ROW EXECUTE FUNCTION ktrconfig.die()"_s);
+        auto writer = opened();
+        writer->add(said(u"first"_s));
+        writer->flush();
+        QTRY_VERIFY(writer->isFailing());
+        writer->add(said(u"second"_s));
+        m_server.sql(database, u"DROP TRIGGER die ON ktrconfig.event"_s);
+        QTRY_VERIFY(
+            (m_timers.advance(RecordWriter::retryDelay), writer->onDiskCount() == writer->addedCount()));
+        QCOMPARE(texts(), QStringList({u"first"_s, u"second"_s}));
+    }
+
     void whatComesWhileTheServerIsGoneIsWrittenLater()
     {
         auto writer = opened();
@@ -169,8 +187,8 @@ private Q_SLOTS:
         QVERIFY(stranger.open(m_address, RecordDatabase::Use::Read) &&
                 stranger.execute(u"SELECT pg_advisory_lock(4936786)"_s));
         auto writer = opened();
-        QVERIFY(writer->commit(
-            {said(u"first"_s), ValueRow{1, 1, QDateTime::currentMSecsSinceEpoch(), u"22"_s}}));
+        QVERIFY(
+            writer->commit({said(u"first"_s), ValueRow{1, 1, QDateTime::currentMSecsSinceEpoch(), u"22"_s}}));
         QCOMPARE(texts(), QStringList{u"first"_s});
         QVERIFY(reader.count(u"value"_s, rows));
     }
