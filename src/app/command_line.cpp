@@ -53,10 +53,9 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     QStringList words = arguments;
     options.operationalMode =
         words.removeIf(isOperational) > 0; // otherwise it would be part of the file name
-    if (const auto option = std::ranges::find_if(words, isRecord); option != words.end()) {
-        const bool hasValue = option + 1 != words.end();
-        options.record = hasValue ? *(option + 1) : QString();
-        words.erase(option, option + (hasValue ? 2 : 1));
+    if (const qsizetype at = std::ranges::find_if(words, isRecord) - words.begin(); at < words.size()) {
+        options.record = words.value(at + 1);
+        words.remove(at, std::min(qsizetype{2}, words.size() - at));
     }
     options.takeWords(words);
 

@@ -71,15 +71,15 @@ private:
 };
 
 RecordNotices::RecordNotices(const QString &address, std::function<void()> noticed)
-    : m_noticed(std::move(noticed)), m_listener(new Listener(address, *this))
+    : m_noticed(std::move(noticed)), m_listener(std::make_unique<Listener>(address, *this))
 {
     m_listener->moveToThread(&m_thread);
-    QObject::connect(&m_thread, &QThread::started, m_listener, &Listener::begin);
+    QObject::connect(&m_thread, &QThread::started, m_listener.get(), &Listener::begin);
     QObject::connect(
-        &m_thread, &QThread::finished, m_listener,
+        &m_thread, &QThread::finished, m_listener.get(),
         [this] {
             m_listener->end();
-            delete m_listener;
+            m_listener.reset();
         },
         Qt::DirectConnection);
     m_thread.start();

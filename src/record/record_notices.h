@@ -6,6 +6,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 
 namespace ktr {
 
@@ -30,7 +31,7 @@ private:
     std::atomic<bool> m_isTold = false; ///< and not taken by the owner yet
     QObject m_receiver;                 ///< on the owner's thread
     QThread m_thread;
-    Listener *m_listener; ///< the thread's
+    std::unique_ptr<Listener> m_listener; ///< the thread's
 };
 
 } // namespace ktr
