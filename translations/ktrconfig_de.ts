@@ -970,6 +970,14 @@
         <source>has no tables; &quot;ktrcli record init&quot; makes them</source>
         <translation>hat keine Tabellen; „ktrcli record init“ legt sie an</translation>
     </message>
+    <message>
+        <source>its folder cannot be made</source>
+        <translation>der Ordner dafür kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>has no tables for transmissions yet; &quot;ktrcli record init&quot; makes them</source>
+        <translation>hat noch keine Tabellen für Übertragungen; „ktrcli record init“ legt sie an</translation>
+    </message>
 </context>
 <context>
     <name>RecordTable</name>

@@ -31,6 +31,10 @@ void describeTransmit(Arguments &arguments);
 std::optional<int> checkTransmit(const Arguments &arguments);
 int transmit(const Arguments &arguments);
 
+void describeTransmissions(Arguments &arguments);
+std::optional<int> checkTransmissions(const Arguments &arguments);
+int transmissions(const Arguments &arguments);
+
 void describeSend(Arguments &arguments);
 std::optional<int> checkSend(const Arguments &arguments);
 int send(const Arguments &arguments);

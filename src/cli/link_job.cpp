@@ -96,6 +96,7 @@ std::optional<int> LinkJob::open(const Arguments &arguments)
         }
     }
     const QString address = arguments.value(isEthernet() ? ethernetOption : serialOption);
+    m_address = address;
     if (!isEthernet() && address == QLatin1String("auto")) {
         m_search = std::make_unique<PortSearch>(*m_line, m_timers, [] { return serialPorts(); });
         QObject::connect(m_search.get(), &PortSearch::refused, &m_session,
@@ -120,6 +121,11 @@ int LinkJob::run()
         complain(QStringLiteral("datagrams of strangers, not looked at: %1").arg(udp->foreignDatagrams()));
     }
     return code;
+}
+
+QString LinkJob::lineName() const
+{
+    return m_search != nullptr ? m_search->port() : m_address;
 }
 
 void LinkJob::finish(int code)

@@ -47,6 +47,8 @@ public:
     Transport &line() { return *m_line; }
     Timers &timers() { return m_timers; }
     Milliseconds timeout() const { return m_timeout; }
+    /// The port or address that was asked for or found.
+    QString lineName() const;
     bool isEthernet() const { return m_kind == LineKind::Ethernet; }
 
 private:
@@ -54,6 +56,7 @@ private:
     EventLoopTimers m_timers;
     IoThread m_io;
     LineKind m_kind;
+    QString m_address; ///< as it was asked for
     std::unique_ptr<Transport> m_line;
     ModuleSession m_session{*m_line, m_timers, m_environment, m_kind};
     std::unique_ptr<PortSearch> m_search;

@@ -4,9 +4,10 @@
 
 namespace ktr::cli {
 
+const QString recordOption = QStringLiteral("record");
+
 namespace {
 
-const QString recordOption = QStringLiteral("record");
 const char *const recordVariable = "KTR_RECORD";
 
 } // namespace
@@ -16,6 +17,15 @@ void addRecordOption(Arguments &arguments)
     arguments.addOption({recordOption,
                          QStringLiteral("The record on a server: postgresql://[USER@][HOST[:PORT]]/DATABASE; "
                                         "the password comes from PostgreSQL's password file."),
+                         QStringLiteral("ADDRESS")});
+}
+
+void addMemoryOption(Arguments &arguments)
+{
+    arguments.addOption({recordOption,
+                         QStringLiteral("The record on a server that remembers transmissions, in place of "
+                                        "KTR_RECORD, and of a file of this user's: "
+                                        "postgresql://[USER@][HOST[:PORT]]/DATABASE."),
                          QStringLiteral("ADDRESS")});
 }
 
@@ -34,6 +44,11 @@ std::optional<int> checkSharedRecord(const Arguments &arguments)
             record.isEmpty() ? QStringLiteral("the list is missing, or --record")
                              : QStringLiteral("--record has the stations; a list beside it is too much"));
     }
+    return checkRecordAddress(arguments, record);
+}
+
+std::optional<int> checkRecordAddress(const Arguments &arguments, const QString &record)
+{
     if (!record.isEmpty() && !isServerAddress(record)) {
         return arguments.wrong(
             QStringLiteral("--record: \"%1\" does not begin with postgresql://").arg(record));

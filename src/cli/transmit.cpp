@@ -2,8 +2,11 @@
 #include "cli/console.h"
 #include "cli/link_job.h"
 #include "cli/loading.h"
+#include "cli/shared_record.h"
 #include "link/problems.h"
 #include "link/service_commands.h"
+#include "transmissions/memory_place.h"
+#include "transmissions/transmission_keeper.h"
 
 namespace ktr::cli {
 
@@ -62,6 +65,7 @@ void describeTransmit(Arguments &arguments)
                          QStringLiteral("Goes on at the step at which an earlier transmission stopped; the "
                                         "configuration and the module must be as they were."),
                          QStringLiteral("STEP"), QString::number(steps::first)});
+    addMemoryOption(arguments);
 }
 
 std::optional<int> checkTransmit(const Arguments &arguments)
@@ -72,7 +76,10 @@ std::optional<int> checkTransmit(const Arguments &arguments)
     if (arguments.isSet(answerOption) && arguments.isSet(unconfirmedOption)) {
         return arguments.wrong(QStringLiteral("--answer and --unconfirmed exclude each other"));
     }
-    const std::optional<int> code = LinkJob::check(arguments);
+    if (const std::optional<int> code = LinkJob::check(arguments)) {
+        return code;
+    }
+    const std::optional<int> code = checkRecordAddress(arguments, arguments.value(recordOption));
     return code ? code : arguments.distinctFiles({QStringLiteral("FILE"), QStringLiteral("log")});
 }
 
@@ -90,6 +97,13 @@ int transmit(const Arguments &arguments)
     const bool answer =
         arguments.isSet(answerOption) || (job.isEthernet() && !arguments.isSet(unconfirmedOption));
     Progress progress(steps::last);
+    TransmissionMemory memory(transmissionsPlace(arguments.value(recordOption), document.environment()));
+    QObject::connect(&memory, &TransmissionMemory::troubled, &memory, [](const QString &why) {
+        if (!why.isEmpty()) {
+            complain(QLatin1String("the transmission is not remembered: ") + why);
+        }
+    });
+    TransmissionKeeper keeper(memory, document.environment());
     bool started = false;
     job.setState([&] {
         return QStringLiteral("stopped at step %1").arg(started ? session.resumeStep() : *firstStep);
@@ -99,6 +113,11 @@ int transmit(const Arguments &arguments)
         if (!started) { // a module that restarts in the middle goes on where it was
             started = true;
             session.startTransmission(configuration, answer, *firstStep);
+            keeper.begin(session, configuration,
+                         {.file = document.fileName(),
+                          .line = job.lineName(),
+                          .firstStep = *firstStep,
+                          .answers = answer});
         }
     };
     QObject::connect(&session, &ModuleSession::caught, &session, start);
@@ -133,7 +152,9 @@ int transmit(const Arguments &arguments)
         if (code != exitCode(session.transmission().report().verdict())) {
             session.loseLastCommand(); // the line ended while it was still in the machine
         }
+        keeper.end();
         printReport(session.transmission().report());
+        (void)memory.flush(); // what goes wrong is told
     }
     return code;
 }

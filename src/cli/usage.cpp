@@ -44,6 +44,8 @@ constexpr std::array table = {
             describeCompare, compare},
     Command{"transmit", "FILE", "transmits a configuration to a module", describeTransmit, transmit,
             checkTransmit, plainApplication, talks},
+    Command{"transmissions", "[ACTION] [N] [FILE]", "tells what was transmitted to which module",
+            describeTransmissions, transmissions, checkTransmissions},
     Command{"send", "COMMAND", "sends one command and prints the module's answer", describeSend, send,
             checkSend, plainApplication, talks},
     Command{"history", "[LOG]", "fetches a module's archive as CSV, or takes it out of a log",

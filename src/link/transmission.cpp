@@ -209,6 +209,13 @@ void Transmission::refuse(int step)
     ++m_progress;
 }
 
+void Transmission::noteConfirmed(int step)
+{
+    if (!m_report.confirmed.contains(step)) {
+        m_report.confirmed += step;
+    }
+}
+
 void Transmission::noteUnconfirmed(int step)
 {
     if (!m_report.unconfirmed.contains(step)) {
@@ -250,6 +257,7 @@ void Transmission::moduleStarts(bool isPrompt)
     }
     if (m_awaitsEnd && isPrompt) {
         m_awaitsEnd = false;
+        noteConfirmed(steps::last);
         m_open.reset();
         return;
     }
@@ -292,6 +300,7 @@ void Transmission::moduleSays(const ModuleDialogue::Reply &reply)
         m_isDisturbed || (isConfirmed() && m_attempts > 1); // a repeated command may be answered twice
     ++m_report.answered;
     ++m_progress;
+    noteConfirmed(*m_unanswered);
     m_report.failed.removeAll(*m_unanswered);
     if (reportsFailure(reply.text)) {
         m_report.failed += *m_unanswered;

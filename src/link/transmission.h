@@ -18,12 +18,13 @@ enum class LineKind { Serial, Ethernet };
 /// What became of a transmission.
 struct TransmissionReport
 {
-    int sent = 0;                ///< commands handed over, each counted once
-    QList<int> refused;          ///< steps whose commands were too long to be sent
-    int answered = 0;            ///< commands, in answer mode
-    QList<int> failed;           ///< steps that the module answered with a failure
-    QList<int> unconfirmed;      ///< steps whose commands may be lost
-    bool isUnwatched = false;    ///< over a network without answers: nobody notices a lost command
+    int sent = 0;             ///< commands handed over, each counted once
+    QList<int> refused;       ///< steps whose commands were too long to be sent
+    int answered = 0;         ///< commands, in answer mode
+    QList<int> confirmed;     ///< steps that the module answered, or restarted behind where that is asked for
+    QList<int> failed;        ///< steps that the module answered with a failure
+    QList<int> unconfirmed;   ///< steps whose commands may be lost
+    bool isUnwatched = false; ///< over a network without answers: nobody notices a lost command
     std::optional<int> brokenAt; ///< the first step not sent, if it ended early
 
     enum class Verdict {
@@ -121,6 +122,7 @@ private:
     bool isConfirmed() const { return m_kind == LineKind::Ethernet && m_answer; }
     bool mayRepeat() const { return m_attempts < (m_isDeaf ? 1 : mostAttempts); }
     void giveUp(int step);
+    void noteConfirmed(int step);
     void noteUnconfirmed(int step);
 
     Configuration *m_configuration = nullptr;

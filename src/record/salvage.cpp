@@ -21,6 +21,7 @@ struct SalvagedTable
     QString name;
     QStringList key;
     bool endsWithText = false;
+    bool isLater = false; ///< older records have no such table
 };
 
 const QList<SalvagedTable> &salvagedTables()
@@ -34,6 +35,8 @@ const QList<SalvagedTable> &salvagedTables()
         {u"event"_s, {u"id"_s}},
         {u"history"_s, {u"station"_s, u"channel"_s, u"at"_s}},
         {u"value"_s, {u"station"_s, u"channel"_s, u"at"_s}},
+        {u"transmission"_s, {u"id"_s}, false, true},
+        {u"transmission_step"_s, {u"transmission"_s, u"step"_s}, false, true},
     };
     return tables;
 }
@@ -63,7 +66,7 @@ public:
         if (findColumns()) {
             copy({}, {}, {}, 0);
         } else {
-            m_isWhole = false;
+            m_isWhole = m_table.isLater && m_canWrite && m_canRead && m_columns.isEmpty();
         }
         return m_canWrite ? m_canRead : m_to.failure();
     }

@@ -13,6 +13,27 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+/// What was transmitted to modules, the same on both engines but for the types of numbers.
+QStringList transmissionTables(const QString &id, const QString &number)
+{
+    return {
+        u"CREATE TABLE transmission("_s + id +
+            u", uid TEXT NOT NULL UNIQUE, begun %1 NOT NULL, ended %1, user_name TEXT NOT NULL, operator "
+            u"TEXT,"
+            " file TEXT NOT NULL, line TEXT NOT NULL, station TEXT NOT NULL, version_before TEXT,"
+            " version_sent TEXT NOT NULL, program TEXT NOT NULL, first_step INTEGER NOT NULL,"
+            " answers INTEGER NOT NULL, verdict TEXT NOT NULL, last_step INTEGER, resume_step INTEGER, "
+            "based_on %1,"
+            " has_pin INTEGER NOT NULL, configuration TEXT NOT NULL)"_s.arg(number),
+        u"CREATE INDEX transmission_begun ON transmission(begun, id)"_s,
+        u"CREATE INDEX transmission_station ON transmission(station, begun, id)"_s,
+        u"CREATE INDEX transmission_version ON transmission(version_sent)"_s,
+        u"CREATE TABLE transmission_step(transmission %1 NOT NULL, step INTEGER NOT NULL,"
+        " command TEXT NOT NULL, outcome TEXT NOT NULL, attempts INTEGER NOT NULL, at %1 NOT NULL,"
+        " PRIMARY KEY(transmission, step))"_s.arg(number),
+    };
+}
+
 /// The steps from an empty file to the newest tables. One that was released is never changed: what is new
 /// comes as another step.
 const QList<QStringList> &fileSteps()
@@ -71,6 +92,7 @@ const QList<QStringList> &fileSteps()
             // What was removed from the list is soon most of it.
             u"CREATE INDEX notification_listed ON notification(station) WHERE listed = 1"_s,
         },
+        transmissionTables(u"id INTEGER PRIMARY KEY AUTOINCREMENT"_s, u"INTEGER"_s),
     };
     return all;
 }
@@ -249,6 +271,16 @@ const QList<QStringList> &serverSteps()
             // By one clock, whichever machine asks.
             u"ALTER TABLE request ADD COLUMN asked timestamptz NOT NULL DEFAULT clock_timestamp()"_s,
         },
+        transmissionTables(u"id bigint GENERATED ALWAYS AS IDENTITY PRIMARY KEY"_s, u"bigint"_s) +
+            QStringList{
+                // Which user of the database it was; nobody can say otherwise.
+                u"ALTER TABLE transmission ADD COLUMN login text NOT NULL DEFAULT session_user"_s,
+                u"GRANT SELECT ON transmission, transmission_step TO ktrconfig_viewer"_s,
+                u"GRANT INSERT, UPDATE ON transmission, transmission_step TO ktrconfig_operator"_s,
+                u"GRANT DELETE ON transmission, transmission_step TO ktrconfig_administrator"_s,
+                u"GRANT SELECT, INSERT, UPDATE, DELETE ON transmission, transmission_step"
+                " TO ktrconfig_keeper"_s,
+            },
     };
     return all;
 }

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "config/configuration.h"
+#include "platform/environment.h"
+#include "record/transmission_table.h"
+
+#include <QMap>
+
+namespace ktr {
+
+/// What a module that told its version text is known to hold.
+struct HeldConfiguration
+{
+    enum class Proof {
+        Failed,    ///< the memory could not be read: see `status`
+        None,      ///< nothing with this version text was transmitted
+        Ambiguous, ///< different configurations have this version text
+        InPart,    ///< it may have only some of it, or something else was sent to it since
+        Whole,
+    };
+
+    Proof proof = Proof::None;
+    Status status = Status::done();
+    /// The newest transmission of this version text, of InPart and Whole.
+    TransmissionRow transmission{};
+    Configuration configuration{};
+    /// Its commands by their steps, as they were sent, but with a letter in upper case and without the PIN. A
+    /// file does not tell an empty text from its fall-back; these do.
+    QMap<int, QString> commands{};
+    /// A later one that did not reach its end and makes it InPart; 0 for none.
+    qint64 disturbedBy = 0;
+    /// The stations to which this version text was transmitted; more than one where it is Ambiguous.
+    QStringList stations{};
+};
+
+/// Looks for what a module holds that told `version`. `station` is its identifier; empty where that is not
+/// known. The stamp in a version text has a second's resolution, and a text of another form may stand in many
+/// files, so one alone proves nothing when configurations with different commands have it.
+HeldConfiguration whatHolds(TransmissionTable &table, const QString &station, const QString &version,
+                            const Environment &environment);
+
+/// The configuration of a transmission as it was sent.
+Status configurationOf(const TransmissionRow &row, Configuration &configuration,
+                       const Environment &environment);
+
+} // namespace ktr

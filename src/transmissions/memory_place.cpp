@@ -1,0 +1,22 @@
+#include "transmissions/memory_place.h"
+
+#include "platform/settings_store.h"
+
+namespace ktr {
+
+QString transmissionsPlace(const QString &server, const Environment &environment)
+{
+    QString record = server.isEmpty() ? qEnvironmentVariable("KTR_RECORD") : server;
+    if (record.isEmpty()) {
+        record = SettingsStore().GetSetting(settingsOwner, settings_sections::operationalMode,
+                                            QStringLiteral("record"));
+    }
+    if (!record.isEmpty()) {
+        return record;
+    }
+    return environment.dataFolder.isEmpty()
+               ? QString()
+               : joinPath(environment.dataFolder, QStringLiteral("transmissions.sqlite"));
+}
+
+} // namespace ktr

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/environment.h"
+
+#include <QString>
+
+namespace ktr {
+
+/// Where transmissions are remembered: in the record on a server where there is one (`server`, or else
+/// KTR_RECORD, or else that of the operational mode's settings), or in a file of the user's own. Empty where
+/// nothing is to be left.
+QString transmissionsPlace(const QString &server, const Environment &environment);
+
+} // namespace ktr

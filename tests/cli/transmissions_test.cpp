@@ -1,0 +1,216 @@
+#include "link/command_sequence.h"
+#include "support/module_process.h"
+#include "support/test_files.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+using namespace Qt::StringLiterals;
+using ktr::test::contentOf;
+using Module = ktr::test::ModuleProcess;
+
+namespace steps = ktr::steps;
+
+namespace {
+
+const QString sample = QStringLiteral(KTR_SOURCE_DIR "/samples/pumping-station.xml");
+const QString sampleVersion = u"2026-11-16 09:30:00"_s;
+
+struct Result
+{
+    int code;
+    QString output;
+    QString errors;
+};
+
+/// A saved configuration but for the time at which it was saved.
+QByteArray withoutTime(QByteArray document)
+{
+    const qsizetype start = document.indexOf(" Nummer=");
+    return document.remove(start, document.indexOf(" Version=", start) - start);
+}
+
+} // namespace
+
+/// What ktrcli remembers of transmissions, and tells of them.
+class TransmissionsTest : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+
+    QProcessEnvironment environment() const
+    {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(u"XDG_DATA_HOME"_s, path(u"home"_s));
+        environment.insert(u"LC_ALL"_s, u"C"_s);
+        environment.insert(u"USER"_s, u"technician"_s);
+        environment.remove(u"KTR_RECORD"_s);
+        return environment;
+    }
+
+    Result ktrcli(const QStringList &words) const
+    {
+        QProcess process;
+        process.setProcessEnvironment(environment());
+        process.start(QStringLiteral(KTRCLI), words);
+        if (!process.waitForFinished(120000) || process.exitStatus() != QProcess::NormalExit) {
+            return {-1, u"(crashed or hung)"_s, {}};
+        }
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
+
+    Result transmit(const QString &file) const
+    {
+        return ktrcli({u"transmit"_s, file, u"--serial"_s, path(u"module"_s), u"--answer"_s});
+    }
+
+    QList<QJsonObject> listed() const
+    {
+        QList<QJsonObject> rows;
+        for (const QString &line : ktrcli({u"transmissions"_s, u"--json"_s}).output.split(u'\n')) {
+            if (!line.isEmpty()) {
+                rows += QJsonDocument::fromJson(line.toUtf8()).object();
+            }
+        }
+        return rows;
+    }
+
+private Q_SLOTS:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+
+    void wrongUsageIsToldInOneLine()
+    {
+        for (const QString &line :
+             {u"look"_s, u"show"_s, u"show x"_s, u"show 0"_s, u"show 1 a"_s, u"export 1"_s, u"list 1"_s,
+              u"thin"_s, u"thin --older-than long"_s, u"list --older-than 5y"_s, u"show 1 --station a"_s,
+              u"--since noon"_s, u"thin --older-than 5y --json"_s, u"--record here"_s}) {
+            const Result result = ktrcli(u"transmissions "_s.append(line).split(u' '));
+            QVERIFY2(result.code == 2 && result.errors.count(u'\n') == 1, qPrintable(line));
+        }
+        QCOMPARE(ktrcli({u"transmissions"_s}).output, u"no transmissions\n"_s);
+        QCOMPARE(ktrcli({u"transmissions"_s, u"show"_s, u"1"_s}).code, 1);
+        QVERIFY(!QFileInfo::exists(path(u"home"_s))); // looking makes nothing
+    }
+
+    void whatWasTransmittedIsListedShownAndExported()
+    {
+        const Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s)});
+        const Result sent = transmit(sample);
+        QVERIFY2(sent.code == 0 && sent.errors.isEmpty(), qPrintable(sent.errors));
+        QCOMPARE(ktrcli({u"new"_s, path(u"other.xml"_s)}).code, 0);
+        QCOMPARE(transmit(path(u"other.xml"_s)).code, 0);
+
+        const QList<QJsonObject> rows = listed();
+        QCOMPARE(rows.size(), 2);
+        const QJsonObject newest = rows.first();
+        QCOMPARE(newest.value("version_before"_L1).toString(), sampleVersion); // as the module told
+        QCOMPARE(newest.value("verdict"_L1).toString(), u"whole"_s);
+        const QJsonObject row = rows.last();
+        QCOMPARE(row.value("file"_L1).toString(), QFileInfo(sample).absoluteFilePath());
+        QCOMPARE(row.value("line"_L1).toString(), path(u"module"_s));
+        QCOMPARE(row.value("version_sent"_L1).toString(), sampleVersion);
+        QCOMPARE(row.value("user"_L1).toString(), u"technician"_s);
+        QVERIFY(row.value("resume_step"_L1).isNull());
+        const QString number = QString::number(row.value("n"_L1).toInt());
+        const QString station = row.value("station"_L1).toString();
+        QVERIFY(!station.isEmpty());
+
+        const Result list = ktrcli({u"transmissions"_s, u"--station"_s, station});
+        QVERIFY2(list.output.count(u'\n') == 2 && list.output.contains(station + u"  "_s),
+                 qPrintable(list.output));
+        QCOMPARE(ktrcli({u"transmissions"_s, u"--since"_s, u"2999-01-01"_s}).output, u"no transmissions\n"_s);
+        QCOMPARE(ktrcli({u"transmissions"_s, u"-o"_s, path(u"list.csv"_s)}).code, 0);
+        QCOMPARE(contentOf(path(u"list.csv"_s)).count("\r\n"), 3);
+
+        const QByteArray shown = ktrcli({u"transmissions"_s, u"show"_s, number, u"--json"_s}).output.toUtf8();
+        const QJsonArray commands = QJsonDocument::fromJson(shown).object().value("commands"_L1).toArray();
+        QCOMPARE(commands.size(), steps::last + 1);
+        for (const QJsonValue &command : commands) { // over a serial line nobody confirms the closing one
+            QCOMPARE(command["outcome"_L1].toString(),
+                     command["step"_L1] == steps::last ? u"sent"_s : u"confirmed"_s);
+        }
+        QCOMPARE(commands.last()["command"_L1].toString(), u"v,"_s + sampleVersion);
+        const QString words = ktrcli({u"transmissions"_s, u"show"_s, number}).output;
+        QVERIFY(words.contains(u"N,****,"_s) && words.contains(u"\n78    sent       v,"_s));
+
+        const QString exported = path(u"exported.xml"_s);
+        const Result done = ktrcli({u"transmissions"_s, u"export"_s, number, exported});
+        QVERIFY2(done.code == 0 && done.errors.isEmpty(), qPrintable(done.errors));
+        QCOMPARE(ktrcli({u"convert"_s, sample, path(u"saved.xml"_s)}).code, 0);
+        QCOMPARE(withoutTime(contentOf(exported)), withoutTime(contentOf(path(u"saved.xml"_s))));
+        QVERIFY(contentOf(exported).startsWith("<KTR>"));
+        QCOMPARE(QFile::permissions(exported) & QFile::ReadOther, QFile::Permissions()); // it has the PIN
+
+        QCOMPARE(ktrcli({u"transmissions"_s, u"thin"_s, u"--older-than"_s, u"1d"_s}).code, 0);
+        QCOMPARE(listed().size(), 2);
+    }
+
+    void oneThatBrokeOffOrWasKilledIsThereAsFarAsItCame_data()
+    {
+        QTest::addColumn<bool>("isKilled");
+        QTest::newRow("broke off") << false;
+        QTest::newRow("killed") << true;
+    }
+    void oneThatBrokeOffOrWasKilledIsThereAsFarAsItCame()
+    {
+        QFETCH(bool, isKilled);
+        // The module does not read on after step 6.
+        Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s), u"--silent-after"_s, u"10"_s});
+        QProcess process;
+        process.setProcessEnvironment(environment());
+        process.start(QStringLiteral(KTRCLI), {u"transmit"_s, sample, u"--serial"_s, path(u"module"_s),
+                                               u"--timeout"_s, isKilled ? u"600"_s : u"1"_s});
+        const auto resumeStep = [this] {
+            const QList<QJsonObject> rows = listed();
+            return rows.isEmpty() ? -1 : rows.first().value("resume_step"_L1).toInt(-1);
+        };
+        if (isKilled) {
+            QTRY_COMPARE_WITH_TIMEOUT(resumeStep(), 6, 60000);
+            ::kill(static_cast<pid_t>(process.processId()), SIGKILL);
+        }
+        QVERIFY(process.waitForFinished(60000));
+        QCOMPARE(resumeStep(), 6);
+        const QJsonObject row = listed().first();
+        QCOMPARE(row.value("verdict"_L1).toString(), isKilled ? u"not ended"_s : u"broken off"_s);
+        QCOMPARE(row.value("last_step"_L1).toInt(), 6);
+        QCOMPARE(row.value("ended"_L1).isNull(), isKilled);
+        QVERIFY(ktrcli({u"transmissions"_s}).output.contains(u"broken off before step 6"_s));
+        QCOMPARE(ktrcli({u"transmissions"_s, u"show"_s, u"1"_s}).output.count(u"  sent  "_s), 7);
+    }
+
+    void aMemoryThatCannotBeWrittenDisturbsNoTransmission_data()
+    {
+        QTest::addColumn<QString>("record");
+        QTest::newRow("no folder") << QString();
+        QTest::newRow("no server") << u"postgresql://127.0.0.1:1/nowhere"_s;
+    }
+    void aMemoryThatCannotBeWrittenDisturbsNoTransmission()
+    {
+        QFETCH(QString, record);
+        QVERIFY(ktr::test::writeFile(path(u"home"_s), "a file"));
+        const Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s)});
+        QStringList words{u"transmit"_s, sample, u"--serial"_s, path(u"module"_s)};
+        words += record.isEmpty() ? QStringList() : QStringList{u"--record"_s, record};
+        const Result sent = ktrcli(words);
+        QVERIFY2(sent.code == 0, qPrintable(sent.errors));
+        QVERIFY2(sent.errors.startsWith(u"ktrcli: the transmission is not remembered: "_s) &&
+                     sent.errors.count(u'\n') == 1,
+                 qPrintable(sent.errors));
+    }
+};
+
+QTEST_GUILESS_MAIN(TransmissionsTest)
+#include "transmissions_test.moc"

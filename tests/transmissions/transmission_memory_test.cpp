@@ -1,0 +1,328 @@
+#include "config/configuration_file.h"
+#include "config/fields.h"
+#include "record/record_address.h"
+#include "record/record_care.h"
+#include "support/environment.h"
+#include "support/private_postgres.h"
+#include "support/test_files.h"
+#include "transmissions/held_configuration.h"
+#include "transmissions/transmission_memory.h"
+
+#include <QDir>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <thread>
+
+using namespace ktr;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+Configuration configuration(const QString &version, const QString &station = u"Plant 1"_s)
+{
+    Configuration made;
+    makeNew(made, test::fixedEnvironment());
+    made.versionText = version;
+    made.gsm.stationId = station;
+    made.gsm.pin = u"4711"_s;
+    made.limitValues[3].limit = u"7"_s;
+    return made;
+}
+
+} // namespace
+
+/// What was transmitted, in a file and in a server's database.
+class TransmissionMemoryTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase_data()
+    {
+        QTest::addColumn<bool>("isOnServer");
+        QTest::addRow("file") << false;
+        if (test::PrivatePostgres::canBe()) {
+            QTest::addRow("server") << true;
+        }
+    }
+
+    void initTestCase()
+    {
+        if (test::PrivatePostgres::canBe()) {
+            const QString trouble = m_server.start();
+            QVERIFY2(trouble.isEmpty(), qPrintable(trouble));
+        }
+    }
+
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_count = 0;
+        QFETCH_GLOBAL(bool, isOnServer);
+        m_place = isOnServer ? m_server.makeDatabase(u"memory%1"_s.arg(++m_databases))
+                             : m_folder->filePath(u"data/transmissions.sqlite"_s);
+        if (isOnServer) {
+            QVERIFY(initRecord(m_place));
+        }
+    }
+
+    void aTransmissionComesBackAsItWasWritten()
+    {
+        const QString odd = u"'%_\\ \" ÄÖÜ €\n?$1x"_s;
+        RememberedTransmission given = made(configuration(odd, odd), TransmissionVerdict::NotEnded);
+        given.row.operatorName = odd;
+        given.row.file = odd;
+        given.row.versionBefore = QString(u""_s); // told, and empty
+        given.row.resumeStep = 0;
+        given.steps = {{0, u"V,§"_s, StepOutcome::Confirmed, 1, 5}, {1, odd, StepOutcome::Sent, 1, 6}};
+        TransmissionMemory memory(m_place);
+        memory.keep(given);
+        QVERIFY(memory.flush());
+        given.row.verdict = TransmissionVerdict::InPart;
+        given.row.ended = given.row.begun + 1;
+        given.row.lastStep = 2;
+        given.row.resumeStep.reset();
+        given.steps[1] = {1, odd, StepOutcome::Unconfirmed, 3, 7};
+        given.steps += {2, u"G,1"_s, StepOutcome::Refused, 0, 8};
+        memory.keep(given);
+        QVERIFY(memory.flush());
+
+        RecordDatabase database;
+        QVERIFY(openForTransmissions(database, m_place));
+        TransmissionTable table(database);
+        QList<TransmissionRow> listed;
+        QVERIFY(table.find({}, [&](const TransmissionRow &row) { listed += row; }));
+        QCOMPARE(listed.size(), 1);
+        std::optional<TransmissionRow> row;
+        QList<TransmissionStepRow> steps;
+        QVERIFY(table.read(listed.first().id, row, steps));
+        given.row.id = listed.first().id;
+        const QString sent = given.row.configuration;
+        if (isServerAddress(m_place)) { // others read it
+            QVERIFY(!row->configuration.contains(u"4711"_s));
+            given.row.configuration = withoutPinElement(sent);
+        } else {
+            QVERIFY(sent.contains(u"<PIN>4711</PIN>"_s));
+            QCOMPARE(QFile::permissions(m_place) & (QFile::ReadGroup | QFile::ReadOther),
+                     QFile::Permissions());
+        }
+        QVERIFY(row == given.row);
+        QVERIFY(steps == given.steps);
+        given.row.configuration.clear();
+        QVERIFY(listed.first() == given.row);
+        QVERIFY(table.read(given.row.id + 1, row, steps) && !row && steps.isEmpty());
+    }
+
+    void theListIsChosenFromAndThinnedOut()
+    {
+        using Verdict = TransmissionVerdict;
+        // A: two whole ones and a later failure; B: never whole; C: one, whole and old.
+        for (const auto &[station, begun, verdict] :
+             {std::tuple{u"A"_s, 1000, Verdict::Whole}, std::tuple{u"A"_s, 2000, Verdict::Whole},
+              std::tuple{u"A"_s, 3000, Verdict::BrokenOff}, std::tuple{u"B"_s, 2500, Verdict::Unknown},
+              std::tuple{u"C"_s, 500, Verdict::Whole}, std::tuple{u"A"_s, 9000, Verdict::NotEnded}}) {
+            write(configuration(station, station), verdict, begun);
+        }
+        QCOMPARE(begun({}), (QList<qint64>{9000, 3000, 2500, 2000, 1000, 500}));
+        QCOMPARE(begun({.station = u"A"_s}), (QList<qint64>{9000, 3000, 2000, 1000}));
+        QCOMPARE(begun({.station = u"A"_s, .since = 2000, .limit = 2}), (QList<qint64>{9000, 3000}));
+        RecordDatabase database;
+        QVERIFY(openForTransmissions(database, m_place));
+        qint64 removed = 0;
+        QVERIFY(TransmissionTable(database).thin(3001, removed));
+        QCOMPARE(removed, 3);
+        QCOMPARE(begun({}), (QList<qint64>{9000, 2000, 500}));
+        QSqlQuery *steps = database.carriedOut(
+            u"SELECT count(*) FROM transmission_step WHERE transmission NOT IN (SELECT id FROM transmission)"_s,
+            {});
+        QVERIFY(steps != nullptr && steps->next());
+        QCOMPARE(steps->value(0).toInt(), 0);
+    }
+
+    void aVersionTextProvesWhatOneWholeTransmissionLeft()
+    {
+        using Proof = HeldConfiguration::Proof;
+        const Configuration first = configuration(u"2026-11-01 10:00:00"_s);
+        QCOMPARE(held(first.versionText).proof, Proof::None);
+        write(first, TransmissionVerdict::Unknown);
+        QCOMPARE(held(first.versionText).proof, Proof::InPart);
+        const qint64 whole = write(first, TransmissionVerdict::Whole);
+        write(first, TransmissionVerdict::BrokenOff); // the same commands once more do no harm
+        const HeldConfiguration found = held(first.versionText);
+        QCOMPARE(found.proof, Proof::Whole);
+        QCOMPARE(found.transmission.id, whole);
+        QVERIFY(found.configuration.limitValues[3].limit == u"7"_s);
+        QCOMPARE(found.configuration.gsm.pin, isServerAddress(m_place) ? QString() : u"4711"_s);
+        QCOMPARE(held(first.versionText, u"Plant 2"_s).proof, Proof::None);
+        QCOMPARE(held(first.versionText, {}).stations, QStringList{u"Plant 1"_s});
+
+        // One that began to change the module and did not close it leaves the text and not the content.
+        const Configuration second = configuration(u"2026-11-02 10:00:00"_s);
+        RememberedTransmission unheard = made(second, TransmissionVerdict::BrokenOff);
+        unheard.row.lastStep = 0;
+        write(unheard);
+        QCOMPARE(held(first.versionText).proof, Proof::Whole);
+        RememberedTransmission elsewhere =
+            made(configuration(u"x"_s, u"Plant 2"_s), TransmissionVerdict::BrokenOff);
+        elsewhere.row.versionBefore = u"another"_s;
+        write(elsewhere);
+        QCOMPARE(held(first.versionText).proof, Proof::Whole);
+        elsewhere.row.uid = u"renamed"_s;
+        elsewhere.row.versionBefore = first.versionText; // it was this module, under another identifier
+        const qint64 disturbing = write(elsewhere);
+        QCOMPARE(held(first.versionText).proof, Proof::InPart);
+        QCOMPARE(held(first.versionText).disturbedBy, disturbing);
+        write(first, TransmissionVerdict::Whole);
+        QCOMPARE(held(first.versionText).proof, Proof::Whole);
+
+        // A resumed one alone proves nothing, nor do two configurations of one stamp.
+        RememberedTransmission resumed = made(second, TransmissionVerdict::Whole);
+        resumed.row.firstStep = 40;
+        write(resumed);
+        QCOMPARE(held(second.versionText).proof, Proof::InPart);
+        Configuration other = first;
+        other.limitValues[3].limit = u"9"_s;
+        write(other, TransmissionVerdict::BrokenOff);
+        QCOMPARE(held(first.versionText).proof, Proof::Ambiguous);
+
+        // The commands tell more than the file.
+        const Configuration third = configuration(u"2026-11-03 10:00:00"_s);
+        RememberedTransmission typed = made(third, TransmissionVerdict::Whole);
+        typed.steps += {2, u"g,1,1,0,30"_s, StepOutcome::Sent, 1, 1};
+        write(typed);
+        QCOMPARE(held(third.versionText).commands.value(2), u"G,1,1,0,30"_s);
+        typed.row.uid += u" again"_s;
+        typed.steps.last().command = u"G,1,1,0,"_s;
+        write(typed);
+        QCOMPARE(held(third.versionText).proof, Proof::Ambiguous);
+    }
+
+    void whatCannotBeWrittenWaitsAndIsTold()
+    {
+        if (isServerAddress(m_place)) {
+            m_server.sql(u"memory%1"_s.arg(m_databases), u"ALTER SCHEMA ktrconfig RENAME TO gone"_s);
+        } else { // a file where the folder is to be
+            QVERIFY(test::writeFile(m_folder->filePath(u"data"_s), "x"));
+        }
+        TransmissionMemory memory(m_place);
+        QStringList troubles;
+        connect(&memory, &TransmissionMemory::troubled, &memory,
+                [&](const QString &why) { troubles += why; });
+        RememberedTransmission given = made(configuration(u"1"_s), TransmissionVerdict::NotEnded);
+        memory.keep(given);
+        QTRY_COMPARE(troubles.size(), 1);
+        QVERIFY2(troubles.first().startsWith(m_place), qPrintable(troubles.first()));
+        given.row.verdict = TransmissionVerdict::Whole;
+        memory.keep(given);
+        QVERIFY(!memory.flush());
+        QCOMPARE(troubles.size(), 1); // once
+        if (isServerAddress(m_place)) {
+            m_server.sql(u"memory%1"_s.arg(m_databases), u"ALTER SCHEMA gone RENAME TO ktrconfig"_s);
+        } else {
+            QVERIFY(QFile::remove(m_folder->filePath(u"data"_s)));
+        }
+        QVERIFY(memory.flush());
+        QCOMPARE(troubles.last(), QString());
+        QCOMPARE(held(u"1"_s).proof, HeldConfiguration::Proof::Whole);
+    }
+
+    void thoseThatBeginAtTheSameTimeAllWrite()
+    {
+        constexpr int programs = 6;
+        std::vector<RememberedTransmission> given;
+        for (int i = 0; i < programs; ++i) {
+            given.push_back(made(configuration(QString::number(i)), TransmissionVerdict::Whole));
+        }
+        {
+            std::vector<std::jthread> threads;
+            for (const RememberedTransmission &each : given) {
+                threads.emplace_back([this, &each] {
+                    TransmissionMemory memory(m_place);
+                    memory.keep(each);
+                });
+            }
+        }
+        QCOMPARE(begun({}).size(), programs);
+    }
+
+    void aDamagedFileIsReplacedByWhatCanBeReadOfIt()
+    {
+        if (isServerAddress(m_place)) {
+            QSKIP("A server mends its own tables");
+        }
+        write(configuration(u"1"_s), TransmissionVerdict::Whole);
+        QVERIFY(test::writeFile(m_place, "no database at all, and yet some bytes of it"));
+        write(configuration(u"2"_s), TransmissionVerdict::Whole);
+        QCOMPARE(begun({}).size(), 1);
+        QCOMPARE(QDir(m_folder->filePath(u"data"_s)).entryList({u"transmissions (1).sqlite"_s}).size(), 1);
+    }
+
+private:
+    RememberedTransmission made(const Configuration &configuration, TransmissionVerdict verdict)
+    {
+        RememberedTransmission given;
+        given.row = {.uid = QString::number(++m_count),
+                     .begun = 1'700'000'000'000 + 60'000 * m_count,
+                     .user = u"technician"_s,
+                     .line = u"/dev/ttyS0"_s,
+                     .station = configuration.gsm.stationId,
+                     .versionSent = configuration.versionText,
+                     .program = u"1.0.0"_s,
+                     .verdict = verdict,
+                     .lastStep = verdict == TransmissionVerdict::BrokenOff ? 30 : 78,
+                     .hasPin = true,
+                     .configuration =
+                         QString::fromUtf8(writeConfiguration(configuration, test::fixedEnvironment()))};
+        given.steps = {{0, u"V,§"_s, StepOutcome::Sent, 1, given.row.begun}};
+        return given;
+    }
+
+    /// Gives its number.
+    qint64 write(const RememberedTransmission &given)
+    {
+        TransmissionMemory memory(m_place);
+        qint64 number = 0;
+        connect(&memory, &TransmissionMemory::kept, &memory,
+                [&number](const QString &, qint64 id) { number = id; });
+        memory.keep(given);
+        return memory.flush() ? number : -1;
+    }
+    qint64 write(const Configuration &configuration, TransmissionVerdict verdict, qint64 begun = 0)
+    {
+        RememberedTransmission given = made(configuration, verdict);
+        given.row.begun = begun != 0 ? begun : given.row.begun;
+        return write(given);
+    }
+
+    HeldConfiguration held(const QString &version, const QString &station = u"Plant 1"_s) const
+    {
+        RecordDatabase database;
+        if (const Status opened = openForTransmissions(database, m_place); !opened) {
+            return {.proof = HeldConfiguration::Proof::Failed, .status = opened};
+        }
+        TransmissionTable table(database);
+        return whatHolds(table, station, version, test::fixedEnvironment());
+    }
+
+    QList<qint64> begun(const TransmissionFilter &filter) const
+    {
+        QList<qint64> times;
+        RecordDatabase database;
+        if (openForTransmissions(database, m_place)) {
+            (void)TransmissionTable(database).find(
+                filter, [&times](const TransmissionRow &row) { times += row.begun; });
+        }
+        return times;
+    }
+
+    test::PrivatePostgres m_server;
+    int m_databases = 0;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_place;
+    int m_count = 0;
+};
+
+QTEST_GUILESS_MAIN(TransmissionMemoryTest)
+#include "transmission_memory_test.moc"
