@@ -2,6 +2,25 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>Comparison</name>
+    <message>
+        <source>yes</source>
+        <translation>ja</translation>
+    </message>
+    <message>
+        <source>no</source>
+        <translation>nein</translation>
+    </message>
+    <message>
+        <source>Order</source>
+        <translation>Reihenfolge</translation>
+    </message>
+    <message>
+        <source>Last edit</source>
+        <translation>Letzte Änderung</translation>
+    </message>
+</context>
+<context>
     <name>DatagramLoss</name>
     <message>
         <source>the flood is over</source>
@@ -1497,6 +1516,14 @@
     <message>
         <source>Whether the network lost a command is only known when the module answers</source>
         <translation>Ob das Netz einen Befehl verloren hat, ist nur bekannt, wenn das Modul antwortet</translation>
+    </message>
+    <message>
+        <source>The module does not tell its version</source>
+        <translation>Das Modul nennt seine Version nicht</translation>
+    </message>
+    <message>
+        <source>The module does not hold what the changes were made from; it tells the version %1</source>
+        <translation>Das Modul enthält nicht, wovon die Änderungen ausgehen; es nennt die Version %1</translation>
     </message>
 </context>
 <context>

@@ -125,19 +125,11 @@ private:
         }
     }
 
-    LimitUnits units(int channel) const
-    {
-        const bool hasStates = channelMeasure(m_configuration, channel) == Measure::Binary;
-        return hasStates ? LimitUnits() : limitUnits(m_configuration, channel, m_texts);
-    }
+    LimitUnits units(int channel) const { return shownUnits(m_configuration, channel, m_texts); }
 
     static std::size_t index(int number) { return static_cast<std::size_t>(number); }
 
-    QString channelName(int channel) const
-    {
-        const QString name = channelText(channel);
-        return channel == 0 ? text(Text::Invalid) : name.isEmpty() ? QString::number(channel) : name;
-    }
+    QString nameOf(int channel) const { return channelName(channel, m_texts); }
 
     QStringList counterCells(int channel) const
     {
@@ -181,9 +173,8 @@ private:
                          {}};
         for (int channel = 1; channel <= channelCount; ++channel) {
             const Archiving &archiving = m_configuration.archiving[index(channel - 1)];
-            table.rows +=
-                QStringList{channelName(channel), orNone(archiving.interval), orNone(archiving.delta)} +
-                counterCells(channel) + scalingCells(channel);
+            table.rows += QStringList{nameOf(channel), orNone(archiving.interval), orNone(archiving.delta)} +
+                          counterCells(channel) + scalingCells(channel);
         }
         return {text(Text::Channel), {table}};
     }
@@ -192,35 +183,20 @@ private:
     {
         QList<QStringList> rows;
         for (int channel = 11; const OutputValue &value : m_configuration.outputValues) {
-            rows += {channelName(channel++), onOff(value.digital)};
+            rows += {nameOf(channel++), onOff(value.digital)};
         }
         for (int channel = 13; const OutputValue &value : m_configuration.outputValues) {
-            rows += {channelName(channel),
-                     words({orNone(value.analog), scalingOf(m_configuration, channel)->unit})};
+            rows +=
+                {nameOf(channel), words({orNone(value.analog), scalingOf(m_configuration, channel)->unit})};
             ++channel;
         }
         rows += {text(Text::Send), onOff(m_configuration.sendValues.front().enabled)};
         return {text(Text::SwitchValue), {facts(rows)}};
     }
 
-    QString nameOf(std::size_t administrator) const
-    {
-        return administratorName(m_configuration, administrator, m_texts);
-    }
-
     QString recipients(const LimitValue &limitValue) const
     {
-        const auto count = m_configuration.administrators.size();
-        QStringList names;
-        for (std::size_t administrator = 0; administrator < count; ++administrator) {
-            if ((limitValue.recipients >> administrator & 1) != 0) {
-                names += nameOf(administrator);
-            }
-        }
-        // Six names in each row would bury the rows that name a few.
-        return names.size() == qsizetype(count)
-                   ? words({text(Text::Admin), QStringLiteral("1–%1").arg(count)})
-                   : orNone(names.join(u'\n'));
+        return orNone(recipientNames(m_configuration, limitValue.recipients, m_texts).join(u'\n'));
     }
 
     QString repetitions(const LimitValue &limitValue) const
@@ -242,11 +218,7 @@ private:
                       units(limitValue.channel).limit});
     }
 
-    QString combined(double reference) const
-    {
-        const bool isMask = reference >= 0 && reference <= LimitValue::allReferences;
-        return isMask ? orNone(combinedLimitValues(reference).join(u", ")) : numberText(reference, m_locale);
-    }
+    QString combined(double reference) const { return orNone(combinationText(reference, m_locale)); }
 
     static bool inUse(const LimitValue &limitValue, int number)
     {
@@ -282,7 +254,7 @@ private:
                       {label(&LimitValue::alarm), 40}},
                      limitValueRows(0, LimitValue::firstReference, [this](const LimitValue &limitValue) {
                          const int channel = limitValue.channel;
-                         return QStringList{channelName(channel), comparison(limitValue),
+                         return QStringList{nameOf(channel), comparison(limitValue),
                                             words({orNone(limitValue.hysteresis), units(channel).hysteresis}),
                                             orNone(limitValue.delay)};
                      })});
@@ -302,31 +274,6 @@ private:
                                     })});
     }
 
-    QString target(int position) const
-    {
-        if (position >= firstAdministratorTarget && position < targetCount) {
-            return nameOf(index(position - firstAdministratorTarget));
-        }
-        const QString name = targetText(position);
-        return position == 0 ? text(Text::Invalid) : name.isEmpty() ? QString::number(position) : name;
-    }
-
-    /// With its number: the two types that react to a limit value may read alike.
-    QString switchType(int type) const
-    {
-        const bool known = type >= 0 && type < SwitchPoint::typeCount;
-        return words({QString::number(type), known ? text(switchTypeText(type)) : QString()});
-    }
-
-    QString watchedLimitValue(int number) const
-    {
-        const bool watchesChannel = number >= 0 && number < LimitValue::firstReference;
-        return words({QString::number(number + 1),
-                      watchesChannel
-                          ? u'(' + channelName(m_configuration.limitValues[index(number)].channel) + u')'
-                          : QString()});
-    }
-
     PrintSection switchPoints() const
     {
         PrintTable table{{{QStringLiteral("#"), 8},
@@ -343,13 +290,14 @@ private:
                 continue;
             }
             const bool reacts = point.reactsToLimitValue();
-            table.rows += {QString::number(number),
-                           target(point.target),
-                           switchType(point.type),
-                           reacts ? QString() : orNone(startText(point.start, m_locale)),
-                           orNone(point.value),
-                           point.type == SwitchPoint::periodic ? orNone(point.period) : QString(),
-                           reacts ? watchedLimitValue(point.limitValue) : QString()};
+            table.rows +=
+                {QString::number(number),
+                 targetName(m_configuration, point.target, m_texts),
+                 switchTypeName(point.type, m_texts),
+                 reacts ? QString() : orNone(startText(point.start, m_locale)),
+                 orNone(point.value),
+                 point.type == SwitchPoint::periodic ? orNone(point.period) : QString(),
+                 reacts ? watchedLimitValue(m_configuration, point.limitValue, m_texts) : QString()};
         }
         return list(text(Text::Switchpoints), table);
     }
@@ -362,10 +310,7 @@ private:
             if (at++ % columns == 0) {
                 table.rows += QStringList(columns);
             }
-            const QDate date =
-                QDate::fromString(u"20" + line.section(u'\t', 0, 0), QStringLiteral("yyyyMMdd"));
-            table.rows.back()[(at - 1) % columns] =
-                date.isValid() ? m_locale.toString(date, QLocale::ShortFormat) : line;
+            table.rows.back()[(at - 1) % columns] = holidayText(line, m_locale);
         }
         return list(text(Text::Holidays), table);
     }
