@@ -336,15 +336,39 @@ std::optional<StepCommand> CommandSequence::next(Configuration &configuration, c
     if (!isRunning()) {
         return std::nullopt;
     }
-    while (isLeftOut(m_step, configuration)) {
-        ++m_step;
+    passOver(configuration);
+    if (!isRunning()) {
+        return std::nullopt;
     }
     StepCommand built{m_step, build(m_step, configuration, context)};
     ++m_step;
+    passOver(configuration);
+    return built;
+}
+
+/// Goes on to the next step that has a command.
+void CommandSequence::passOver(const Configuration &configuration)
+{
+    while (m_step <= steps::last &&
+           (m_leftOut.test(static_cast<std::size_t>(m_step)) || isLeftOut(m_step, configuration))) {
+        ++m_step;
+    }
     if (m_step > steps::last) {
         m_step = steps::idle;
     }
-    return built;
+}
+
+StepCommands commandsOf(Configuration configuration, const CommandContext &context)
+{
+    StepCommands commands;
+    CommandSequence sequence;
+    sequence.start();
+    while (auto next = sequence.next(configuration, context)) {
+        if (next->command.size() <= longestCommand) {
+            commands[static_cast<std::size_t>(next->step)] = std::move(next->command);
+        }
+    }
+    return commands;
 }
 
 } // namespace ktr

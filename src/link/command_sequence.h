@@ -6,6 +6,8 @@
 #include <QLocale>
 #include <QString>
 
+#include <array>
+#include <bitset>
 #include <optional>
 
 namespace ktr {
@@ -37,6 +39,9 @@ inline constexpr int last = 78;
 inline constexpr int idle = 999;
 } // namespace steps
 
+/// A set of steps.
+using StepSet = std::bitset<steps::last + 1>;
+
 /// Where the user edits what a step of a transmission sends; empty where there is no such place
 /// (the clock) or more than one.
 struct StepPlace
@@ -61,6 +66,9 @@ public:
 
     void stop() { m_step = steps::idle; }
 
+    /// From now on these steps are passed over.
+    void leaveOut(const StepSet &steps) { m_leftOut = steps; }
+
     /// The step whose command comes next; steps::idle when no transmission runs.
     int step() const { return m_step; }
     bool isRunning() const { return m_step >= 0 && m_step < steps::idle; }
@@ -71,7 +79,15 @@ public:
     std::optional<StepCommand> next(Configuration &configuration, const CommandContext &context);
 
 private:
+    void passOver(const Configuration &configuration);
+
     qint16 m_step = steps::idle;
+    StepSet m_leftOut;
 };
+
+/// The commands of a whole transmission by their steps; nothing for a step that sends none, since its values
+/// are not to be sent or the command would be too long.
+using StepCommands = std::array<std::optional<QString>, steps::last + 1>;
+StepCommands commandsOf(Configuration configuration, const CommandContext &context);
 
 } // namespace ktr

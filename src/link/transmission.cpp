@@ -1,6 +1,8 @@
 #include "link/transmission.h"
 
+#include "link/conversation_log.h"
 #include "link/module_text.h"
+#include "link/reply_interpreter.h"
 
 #include <QCoreApplication>
 #include <QRegularExpression>
@@ -117,6 +119,16 @@ std::vector<TransmissionReport::Finding> TransmissionReport::findings() const
     add(QCoreApplication::translate("Transmission", "Too long:"), refused);
     add(QCoreApplication::translate("Transmission", "Answered as failed:"), failed);
     add(QCoreApplication::translate("Transmission", "Not confirmed by the module:"), unconfirmed);
+    if (otherVersion) {
+        findings.push_back(
+            {otherVersion->isEmpty()
+                 ? QCoreApplication::translate("Transmission", "The module does not tell its version")
+                 : QCoreApplication::translate("Transmission",
+                                               "The module does not hold what the changes were made from; it "
+                                               "tells the version %1")
+                       .arg(logText(*otherVersion)),
+             {}});
+    }
     if (isUnwatched) {
         findings.push_back(
             {QCoreApplication::translate(
@@ -132,9 +144,17 @@ Transmission::Transmission(Configuration &configuration, bool answer, int step)
     : m_configuration(&configuration), m_answer(answer), m_firstStep(step)
 {}
 
+void Transmission::leaveOut(const StepSet &steps)
+{
+    m_leftOut = steps;
+    m_sequence.leaveOut(steps);
+}
+
 void Transmission::run(LineKind kind)
 {
     m_kind = kind;
+    m_isProved = false;
+    m_report.otherVersion.reset();
     m_sequence.start(std::exchange(m_report.brokenAt, std::nullopt).value_or(m_firstStep));
     m_open.reset();
     m_unanswered.reset();
@@ -173,7 +193,42 @@ std::optional<StepCommand> Transmission::next(const QLocale &locale, const QDate
     if (m_configuration == nullptr || isUnsettled()) {
         return std::nullopt;
     }
+    if (isProofMissing()) {
+        if (m_attempts >= mostAttempts) {
+            endUnproved({});
+            return std::nullopt;
+        }
+        m_sequence.start(steps::first); // the answer was lost
+    }
     return m_sequence.next(*m_configuration, {m_answer, locale, now});
+}
+
+/// A change comes next, and the module has not told that it holds what the changes were made from.
+bool Transmission::isProofMissing() const
+{
+    return m_expectedVersion && !m_isProved && m_sequence.isRunning() && m_sequence.step() != steps::first;
+}
+
+void Transmission::endUnproved(const QString &version)
+{
+    breakOff();
+    m_report.brokenAt = steps::first;
+    m_report.otherVersion = version;
+    ++m_progress;
+}
+
+/// It may tell its version by itself, too.
+void Transmission::hearVersion(const ModuleDialogue::Reply &reply)
+{
+    for (const ReplyEvent &event : interpretReply(reply)) {
+        if (const auto *told = std::get_if<VersionReply>(&event)) {
+            if (told->configuration != *m_expectedVersion) {
+                endUnproved(told->configuration);
+                return;
+            }
+            m_isProved = true;
+        }
+    }
 }
 
 void Transmission::handOver(int step, const QString &command)
@@ -285,6 +340,9 @@ void Transmission::moduleStarts(bool isPrompt)
 
 void Transmission::moduleSays(const ModuleDialogue::Reply &reply)
 {
+    if (m_expectedVersion && !m_isProved && isRunning()) {
+        hearVersion(reply);
+    }
     if (!m_unanswered || !isRunning()) {
         return;
     }

@@ -26,6 +26,9 @@ struct TransmissionReport
     QList<int> unconfirmed;   ///< steps whose commands may be lost
     bool isUnwatched = false; ///< over a network without answers: nobody notices a lost command
     std::optional<int> brokenAt; ///< the first step not sent, if it ended early
+    /// It ended before its first change: the module tells this version instead of the one that was expected;
+    /// empty when it tells none.
+    std::optional<QString> otherVersion{};
 
     enum class Verdict {
         Whole,     ///< the module has all of it
@@ -77,6 +80,13 @@ public:
     /// `step` is where an earlier transmission broke off.
     Transmission(Configuration &configuration, bool answer, int step = steps::first);
 
+    /// Leaves out these steps. Without the closing command the module keeps the version text it had.
+    void leaveOut(const StepSet &steps);
+    /// Nothing but the question for its version is handed over to a module that does not tell this one.
+    void expectVersion(const QString &version) { m_expectedVersion = version; }
+    /// Whether it ends with the closing command, by which the module takes the configuration's version text.
+    bool isClosing() const { return !m_leftOut.test(steps::last); }
+
     /// Whether the module is to answer, from the next command on.
     void setAnswer(bool answer) { m_answer = answer; }
 
@@ -87,10 +97,13 @@ public:
     /// The line broke while the closing command, handed over last, had not left yet.
     void loseLast() { m_report.brokenAt = steps::last; }
 
-    bool isRunning() const { return m_sequence.isRunning() || m_awaitsEnd; }
+    bool isRunning() const { return m_sequence.isRunning() || m_awaitsEnd || awaitsLastAnswer(); }
     /// The step whose command comes next; the last one while its confirmation is awaited, steps::idle when
     /// the transmission does not run.
-    int step() const { return m_awaitsEnd ? steps::last : m_sequence.step(); }
+    int step() const
+    {
+        return m_awaitsEnd ? steps::last : awaitsLastAnswer() ? *m_unanswered : m_sequence.step();
+    }
     /// Where it would go on if it broke off now: the first step that may not have reached the module.
     int resumeStep() const;
     const TransmissionReport &report() const { return m_report; }
@@ -120,6 +133,14 @@ public:
 private:
     bool isRepeated() const { return m_kind == LineKind::Ethernet; }
     bool isConfirmed() const { return m_kind == LineKind::Ethernet && m_answer; }
+    /// Without a closing command the last one is one that is answered.
+    bool awaitsLastAnswer() const
+    {
+        return !isClosing() && !m_sequence.isRunning() && m_unanswered.has_value();
+    }
+    void hearVersion(const ModuleDialogue::Reply &reply);
+    bool isProofMissing() const;
+    void endUnproved(const QString &version);
     bool mayRepeat() const { return m_attempts < (m_isDeaf ? 1 : mostAttempts); }
     void giveUp(int step);
     void noteConfirmed(int step);
@@ -128,6 +149,9 @@ private:
     Configuration *m_configuration = nullptr;
     bool m_answer = false;
     int m_firstStep = steps::first;
+    StepSet m_leftOut;
+    std::optional<QString> m_expectedVersion;
+    bool m_isProved = false; ///< the module told the expected version
     LineKind m_kind = LineKind::Serial;
     CommandSequence m_sequence;
     TransmissionReport m_report;

@@ -17,11 +17,34 @@ Transmitter::Transmitter(ModuleLine &line, WaitingCommand &waiting, QObject *par
 
 void Transmitter::transmit(const Configuration &configuration, bool answer)
 {
+    prepare(configuration);
+    start(Transmission(m_configuration, answer));
+}
+
+void Transmitter::transmitChanges(const Configuration &configuration, const StepSet &leftOut,
+                                  const QString &expectedVersion, bool answer)
+{
+    prepare(configuration);
+    Transmission transmission(m_configuration, answer);
+    transmission.leaveOut(leftOut);
+    transmission.expectVersion(expectedVersion);
+    start(transmission);
+}
+
+void Transmitter::transmitSteps(const Configuration &configuration, const StepSet &steps, bool answer)
+{
+    prepare(configuration);
+    Transmission transmission(m_configuration, answer);
+    transmission.leaveOut(~steps);
+    start(transmission);
+}
+
+void Transmitter::prepare(const Configuration &configuration)
+{
     cancel();
     m_configuration = configuration;
     m_asGiven = configuration;
     m_transmittedOver.clear();
-    start(Transmission(m_configuration, answer));
 }
 
 void Transmitter::start(const Transmission &transmission)
@@ -49,7 +72,9 @@ void Transmitter::cancel()
 void Transmitter::finish()
 {
     m_line.session().setTimeout(Milliseconds{0});
-    awaitLastCommand();
+    if (!report().brokenAt) {
+        awaitLastCommand();
+    }
     Q_EMIT ended();
 }
 
@@ -62,7 +87,8 @@ void Transmitter::awaitLastCommand()
             return;
         }
         const TransmissionReport &last = self->report();
-        if (!last.refused.contains(steps::last) && !last.unconfirmed.contains(steps::last)) {
+        if (self->m_session->transmission().isClosing() && !last.refused.contains(steps::last) &&
+            !last.unconfirmed.contains(steps::last)) {
             Q_EMIT self->configured(versionOnLine(self->m_configuration));
         }
     });

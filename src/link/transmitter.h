@@ -25,6 +25,12 @@ public:
     /// Transmits a configuration as it is now: later edits do not get into it. `answer` asks the module to
     /// answer each command.
     void transmit(const Configuration &configuration, bool answer);
+    /// Leaves out what the module holds already, if it tells the expected version: that of the configuration
+    /// which it was given. To one that tells another, nothing is handed over but the question for it.
+    void transmitChanges(const Configuration &configuration, const StepSet &leftOut,
+                         const QString &expectedVersion, bool answer);
+    /// Transmits these steps alone; the module keeps the version text it had.
+    void transmitSteps(const Configuration &configuration, const StepSet &steps, bool answer);
     /// The same for its next steps, and for those of one that is resumed.
     void setAnswer(bool answer) { m_session->setAnswer(answer); }
     /// Ends it before its next step.
@@ -65,6 +71,7 @@ Q_SIGNALS:
     void ended();
 
 private:
+    void prepare(const Configuration &configuration);
     void start(const Transmission &transmission);
     void finish();
     void awaitLastCommand();
