@@ -25,6 +25,7 @@ void describeCheck(Arguments &arguments);
 int check(const Arguments &arguments);
 
 void describeCompare(Arguments &arguments);
+std::optional<int> checkCompare(const Arguments &arguments);
 int compare(const Arguments &arguments);
 
 void describeTransmit(Arguments &arguments);

@@ -1,13 +1,10 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/loading.h"
-#include "config/fields.h"
-#include "lang/text_table.h"
 #include "link/command_sequence.h"
 #include "link/conversation_log.h"
 #include "link/problems.h"
 #include "platform/serial_device.h"
-#include "simulator/held_form.h"
 
 namespace ktr::cli {
 
@@ -95,58 +92,6 @@ int check(const Arguments &arguments)
                ? done
                : fail(problems.size() == 1 ? QStringLiteral("1 problem")
                                            : QStringLiteral("%1 problems").arg(problems.size()));
-}
-
-void describeCompare(Arguments &arguments)
-{
-    arguments.setSummary(QStringLiteral(
-        "Compares, field by field, what the configuration FILE means to a module with "
-        "HELD, the configuration that a module was given (ktrcli simulate --save). "
-        "Prints a line for each difference. Left out are fields that are never sent, the start of "
-        "switch points without a target, and what FILE leaves to time or chance."));
-}
-
-namespace {
-
-/// The configuration as a module holds it and a file of that reads: an empty text becomes its fall-back.
-Configuration throughAModule(const Configuration &meant, const Environment &environment)
-{
-    Configuration expected;
-    readConfiguration(writeConfiguration(asHeld(meant, environment.locale), environment), expected,
-                      environment);
-    return expected;
-}
-
-} // namespace
-
-int compare(const Arguments &arguments)
-{
-    // Fall-backs that depend on time or chance must be the same for both, so that they can be recognized.
-    Environment environment = systemEnvironment();
-    environment.now = [now = QDateTime::currentDateTime()] { return now; };
-    environment.random = [] { return 0.0; };
-    Environment later = environment;
-    later.now = [now = environment.now().addDays(1)] { return now; };
-    later.random = [] { return 0.5; };
-    Document meant(environment);
-    Document meantLater(later);
-    Document held(environment);
-    held.restore(Configuration(), false); // as a module's memory begins: without the values of "new"
-    if (!load(meant, arguments.positional(0)) || !load(held, arguments.positional(1))) {
-        return failed;
-    }
-    meantLater.load(arguments.positional(0));
-    Configuration found = held.configuration();
-    const Configuration expected = throughAModule(meant.configuration(), environment);
-    takeWhatIsNeverSent(found, expected, throughAModule(meantLater.configuration(), environment));
-    const QStringList lines = differences(expected, found, environment.locale);
-    for (const QString &line : lines) {
-        print(line);
-    }
-    if (lines.isEmpty()) {
-        print(QStringLiteral("no difference: the module holds what %1 means").arg(arguments.positional(0)));
-    }
-    return lines.isEmpty() ? done : fail(QStringLiteral("%1 fields differ").arg(lines.size()));
 }
 
 void describePorts(Arguments &arguments)

@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonDocument>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSet>
@@ -269,6 +270,54 @@ private Q_SLOTS:
         }
         QCOMPARE(contentOf(path(u"garbage.xml"_s)), "<KTR><PIN>"); // not replaced by a link
         QVERIFY(!QFileInfo::exists(path(u"x"_s))); // nobody means a configuration of fall-backs
+    }
+
+    void twoFilesAreComparedInTheUsersWordsAndMerged()
+    {
+        const QByteArray sample = contentOf(words(u"@sample"_s).first());
+        const auto variant = [&](const QString &name, const QByteArray &number, const QByteArray &alive) {
+            QByteArray content = sample;
+            content.replace("+447700900147", number);
+            content.replace("<Alivecycle>1440", "<Alivecycle>" + alive);
+            write(name, content);
+        };
+        variant(u"a.xml"_s, "+491711", "1440");
+        variant(u"b.xml"_s, "+447700900147", "99");
+        variant(u"c.xml"_s, "+491722", "1440");
+        const Result same = ktrcli(u"compare @sample @sample"_s);
+        QCOMPARE(same.code, 0);
+        QCOMPARE(same.output, u"no difference\n"_s);
+        const Result differ = ktrcli(u"compare @sample @a.xml"_s);
+        QCOMPARE(differ.code, 1);
+        QCOMPARE(differ.output, u"GSM, Admin 2, Phone Number: +447700900147 -> +491711\n"_s);
+        QCOMPARE(differ.errors, u"ktrcli: 1 field differs\n"_s);
+        const Result commands = ktrcli(u"compare @sample @b.xml --commands"_s);
+        QCOMPARE(commands.output, u"75\t- c,1440\n75\t+ c,99\n"_s);
+        QVERIFY(ktrcli(u"compare @sample @a.xml --csv"_s)
+                    .output.contains(
+                        u"GSM;Admin 2;Phone Number;;\"'+447700900147\";\"'+491711\";;0;GSM-Nummer1\n"_s));
+        const auto json = QJsonDocument::fromJson(ktrcli(u"compare @sample @a.xml --json"_s).output.toUtf8());
+        QCOMPARE(json[u"fields"_s][0][u"other"_s].toString(), u"+491711"_s);
+
+        // Three of them: who changed what, and both together.
+        QCOMPARE(ktrcli(u"compare @a.xml @b.xml --base @sample"_s).output,
+                 u"other\tGSM, Alive Cycle: base 1440, file 1440, other 99\n"
+                 "file\tGSM, Admin 2, Phone Number: base +447700900147, file +491711, other "
+                 "+447700900147\n"_s);
+        QCOMPARE(ktrcli(u"compare @a.xml @b.xml --base @sample --merge @m.xml"_s).code, 0);
+        const Result merged = ktrcli(u"compare @m.xml @a.xml"_s);
+        QVERIFY(merged.output.contains(u"GSM, Alive Cycle: 99 -> 1440\n"_s));
+        QCOMPARE(merged.errors, u"ktrcli: 1 field differs\n"_s); // the stamps do not count
+        QVERIFY(merged.output.contains(u"stamp\t"_s));
+        const Result conflict = ktrcli(u"compare @a.xml @c.xml --base @sample --merge @n.xml"_s);
+        QCOMPARE(conflict.code, 1);
+        QVERIFY(conflict.output.startsWith(u"conflict\tGSM, Admin 2"_s));
+        QVERIFY(!QFileInfo::exists(path(u"n.xml"_s)));
+        for (const auto *wrong :
+             {"compare @a.xml @b.xml --merge @n.xml", "compare @a.xml @b.xml --json --csv",
+              "compare @a.xml @b.xml --held --base @sample"}) {
+            QCOMPARE(ktrcli(QString::fromLatin1(wrong)).code, 2);
+        }
     }
 
     void aConfigurationIsCheckedWithoutBeingChanged()
