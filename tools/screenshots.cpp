@@ -24,6 +24,7 @@ namespace {
 
 constexpr QSize laptop(1366, 728); // what a task bar leaves
 constexpr QSize smallest(1024, 700);
+constexpr QSize comfortable(1060, 620);
 constexpr std::array pageNames = {"gsm",  "ip",       "limit-values", "switch-points", "test",
                                   "info", "ethernet", "connection",   "calibration"};
 static_assert(pageNames.size() == pageCount);
@@ -55,6 +56,32 @@ public:
     static QString folder() { return QDir::tempPath() + QStringLiteral("/stations"); }
     static QString path() { return folder() + QStringLiteral("/pumping-station.xml"); }
 };
+
+/// The window that compares the sample with what somebody else made of it, while this user edited it, too.
+QPixmap compared(FormMain &window, const QSize &size)
+{
+    Configuration other = window.document().configuration();
+    other.versionText = other.info.version = QStringLiteral("2026-11-20 16:42:10");
+    other.administrators[2].number = QStringLiteral("+447700900199");
+    other.limitValues[2].limit = QStringLiteral("0.4");
+    other.limitValues[2].recipients = 7;
+    other.switchPoints[0].value = QStringLiteral("0");
+    other.holidays.add(QDate(2027, 5, 3));
+    window.document().edit([](Configuration &mine) {
+        mine.limitValues[2].limit = QStringLiteral("0.3");
+        mine.limitValues[2].alarm = QStringLiteral("Wet well low");
+        mine.archiving[8].interval = QStringLiteral("10");
+    });
+    window.compareWith(other, QStringLiteral("pumping-station (from the site).xml"));
+    for (QWidget *compare : QApplication::topLevelWidgets()) {
+        if (compare->objectName() == u"Form_compare") {
+            compare->resize(size);
+            settle();
+            return compare->grab();
+        }
+    }
+    return {};
+}
 
 } // namespace
 
@@ -124,6 +151,11 @@ int main(int argc, char **argv)
                     std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(name));
                     return 1;
                 }
+            }
+            const QString name = QStringLiteral("compare-%1.png").arg(suffix);
+            if (!compared(window, all ? smallest : comfortable).save(pictures.filePath(name))) {
+                std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(name));
+                return 1;
             }
         }
     }

@@ -2078,6 +2078,225 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::CompareWindow</name>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Shows the lines that have this text</source>
+        <translation>Zeigt die Zeilen mit diesem Text</translation>
+    </message>
+    <message>
+        <source>When each was edited, which tells nothing of what it does</source>
+        <translation>Wann jede geändert wurde; was sie bewirkt, sagt das nicht</translation>
+    </message>
+    <message>
+        <source>Only what both changed, each in another way</source>
+        <translation>Nur was beide geändert haben, jede Seite anders</translation>
+    </message>
+    <message>
+        <source>What a transmission sends differently, by its steps</source>
+        <translation>Was eine Übertragung anders sendet, nach ihren Schritten</translation>
+    </message>
+    <message>
+        <source>Differences</source>
+        <translation>Unterschiede</translation>
+    </message>
+    <message>
+        <source>Compares with the present file as it is on the disk</source>
+        <translation>Vergleicht mit der vorliegenden Datei, wie sie gespeichert ist</translation>
+    </message>
+    <message>
+        <source>Compares with another file</source>
+        <translation>Vergleicht mit einer anderen Datei</translation>
+    </message>
+    <message>
+        <source>The file that both were made from: then it is known who changed what</source>
+        <translation>Die Datei, aus der beide entstanden sind: dann ist bekannt, wer was geändert hat</translation>
+    </message>
+    <message>
+        <source>Goes to the field (Enter)</source>
+        <translation>Geht zum Feld (Eingabetaste)</translation>
+    </message>
+    <message>
+        <source>Takes the values of the chosen lines over from the other side; can be undone</source>
+        <translation>Übernimmt die Werte der gewählten Zeilen von der anderen Seite; kann rückgängig gemacht werden</translation>
+    </message>
+    <message>
+        <source>Decides the chosen conflicts for the present values</source>
+        <translation>Entscheidet die gewählten Konflikte für die jetzigen Werte</translation>
+    </message>
+    <message>
+        <source>Takes over all that only the other side changed; can be undone</source>
+        <translation>Übernimmt alles, was nur die andere Seite geändert hat; kann rückgängig gemacht werden</translation>
+    </message>
+    <message>
+        <source>Saved state</source>
+        <translation>Gespeicherter Stand</translation>
+    </message>
+    <message>
+        <source>File...</source>
+        <translation>Datei...</translation>
+    </message>
+    <message>
+        <source>Common ancestor...</source>
+        <translation>Gemeinsamer Ursprung...</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keiner</translation>
+    </message>
+    <message>
+        <source>Conflicts only</source>
+        <translation>Nur Konflikte</translation>
+    </message>
+    <message>
+        <source>Stamps</source>
+        <translation>Zeitstempel</translation>
+    </message>
+    <message>
+        <source>As commands</source>
+        <translation>Als Befehle</translation>
+    </message>
+    <message>
+        <source>Go to field</source>
+        <translation>Zum Feld</translation>
+    </message>
+    <message>
+        <source>Take over</source>
+        <translation>Übernehmen</translation>
+    </message>
+    <message>
+        <source>Keep present</source>
+        <translation>Jetziges behalten</translation>
+    </message>
+    <message>
+        <source>Take all of theirs</source>
+        <translation>Alles andere übernehmen</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>Exportieren...</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>There is no present file</source>
+        <translation>Es gibt keine vorliegende Datei</translation>
+    </message>
+    <message>
+        <source>%1 cannot be opened</source>
+        <translation>%1 lässt sich nicht öffnen</translation>
+    </message>
+    <message>
+        <source>%1 is no configuration</source>
+        <translation>%1 ist keine Konfiguration</translation>
+    </message>
+    <message>
+        <source>Step</source>
+        <translation>Schritt</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Present</source>
+        <translation>Jetzt</translation>
+    </message>
+    <message>
+        <source>Other side</source>
+        <translation>Andere Seite</translation>
+    </message>
+    <message>
+        <source>Ancestor</source>
+        <translation>Ursprung</translation>
+    </message>
+    <message>
+        <source>Changed by</source>
+        <translation>Geändert von</translation>
+    </message>
+    <message>
+        <source>present</source>
+        <translation>jetzige</translation>
+    </message>
+    <message>
+        <source>other side</source>
+        <translation>andere Seite</translation>
+    </message>
+    <message>
+        <source>both, alike</source>
+        <translation>beide gleich</translation>
+    </message>
+    <message>
+        <source>both</source>
+        <translation>beide</translation>
+    </message>
+    <message>
+        <source>decided</source>
+        <translation>entschieden</translation>
+    </message>
+    <message>
+        <source>conflict</source>
+        <translation>Konflikt</translation>
+    </message>
+    <message>
+        <source>none chosen</source>
+        <translation>nichts gewählt</translation>
+    </message>
+    <message>
+        <source>Common ancestor</source>
+        <translation>Gemeinsamer Ursprung</translation>
+    </message>
+    <message>
+        <source>Fields that differ: %1. Commands that differ: %2</source>
+        <translation>Verschiedene Felder: %1. Verschiedene Befehle: %2</translation>
+    </message>
+    <message>
+        <source>Conflicts: %1</source>
+        <translation>Konflikte: %1</translation>
+    </message>
+    <message>
+        <source>Choose a file to compare with</source>
+        <translation>Wählen Sie eine Datei zum Vergleichen</translation>
+    </message>
+    <message>
+        <source>No line fits the filter</source>
+        <translation>Keine Zeile passt zum Filter</translation>
+    </message>
+    <message>
+        <source>No difference</source>
+        <translation>Kein Unterschied</translation>
+    </message>
+    <message>
+        <source>No difference but the stamps</source>
+        <translation>Kein Unterschied außer den Zeitstempeln</translation>
+    </message>
+    <message>
+        <source>%1 was not taken over: the list of holidays is full</source>
+        <translation>%1 wurde nicht übernommen: Die Liste der Feiertage ist voll</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>Entry</source>
+        <translation>Eintrag</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>Gespeichert als %1</translation>
+    </message>
+</context>
+<context>
     <name>ktr::ConnectionPage</name>
     <message>
         <source>Serial port</source>
@@ -3273,6 +3492,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Compare...</source>
+        <translation>Vergleichen...</translation>
     </message>
 </context>
 <context>

@@ -61,7 +61,8 @@ FormMain::FormMain(const Services &services)
             {[this] { return m_files->dialogs().isBusy() || m_operationalMode.isBusy(); },
              [this](const QWidget &question) { return m_operationalMode.mayTakeBack(question); }},
             [this] { return works(); }),
-      m_sideWindows(*this, m_document, m_texts),
+      m_sideWindows(*this, m_document, m_history, m_texts,
+                    [this](const EditPlace &place) { showField(place); }),
       m_operationalMode(operationalServices(services), m_texts)
 {
     showOutsideTextsPlain(*qApp);
@@ -324,6 +325,8 @@ void FormMain::connectMenu()
     connect(m_menu->undo, &QAction::triggered, &m_history, &EditHistory::undo);
     connect(m_menu->redo, &QAction::triggered, &m_history, &EditHistory::redo);
     connect(m_menu->openSettings, &QAction::triggered, &m_sideWindows, &SideWindows::showSettings);
+    connect(m_menu->compareConfigurations, &QAction::triggered, &m_sideWindows,
+            [this] { m_sideWindows.showCompare(m_files->dialogs()); });
     connect(m_menu->showAbout, &QAction::triggered, &m_sideWindows, &SideWindows::showAbout);
     connect(&m_sideWindows, &SideWindows::languageChosen, this, [this](const QString &language) {
         m_language.use(language);
@@ -331,6 +334,22 @@ void FormMain::connectMenu()
             showStatus(tr("The settings cannot be written; what is chosen holds for this run"));
         }
     });
+}
+
+void FormMain::compareWith(const Configuration &other, const QString &title)
+{
+    m_sideWindows.showCompareWith(m_files->dialogs(), other, title);
+}
+
+/// From a window beside this one.
+void FormMain::showField(const EditPlace &place)
+{
+    if (isMinimized()) {
+        showNormal();
+    }
+    raise();
+    activateWindow();
+    m_tabs->goTo(place);
 }
 
 void FormMain::connectDocument()
@@ -456,6 +475,7 @@ void FormMain::connectOperationalMode()
 
 void FormMain::openOperationalMode()
 {
+    m_sideWindows.closeCompare();
     hide();
     m_operationalMode.open(pos(), m_language.captionsOfAll());
 }

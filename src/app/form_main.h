@@ -56,6 +56,9 @@ public:
     /// Keeps the edits alone, when the program is about to end abruptly.
     void keepEdits();
 
+    /// Opens the window that compares with this configuration, such as what a module holds.
+    void compareWith(const Configuration &other, const QString &title);
+
     Document &document() { return m_document; }
     PageTabs &tabs() { return *m_tabs; }
 
@@ -94,6 +97,8 @@ private:
     void connectEthernet(const QString &address, bool exclusive);
     void connectOperationalMode();
     void openOperationalMode();
+
+    void showField(const EditPlace &place);
 
     void findProblemsSoon();
     void findProblemsNow();

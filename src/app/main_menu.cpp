@@ -57,6 +57,7 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
     openOperationalMode->setObjectName(QStringLiteral("mnu_betriebsmodus"));
 
     m_tools = bar->addMenu(QString());
+    compareConfigurations = add(m_tools, "mnu_compare", QKeySequence(Qt::CTRL | Qt::Key_D));
     showProblems = add(m_tools, "mnu_problems", QKeySequence(Qt::Key_F8));
     showProblems->setCheckable(true);
     openSettings = add(m_tools, "mnu_settings");
@@ -126,6 +127,7 @@ void MainMenu::applyTexts(const TextTable &texts)
     goOffline->setText(text(Text::Offline));
     openOperationalMode->setText(text(Text::OperationalMode));
     m_tools->setTitle(text(Text::Tools));
+    compareConfigurations->setText(tr("Compare..."));
     showProblems->setText(tr("Show problems"));
     openSettings->setText(text(Text::Settings));
     showAbout->setText(text(Text::About));

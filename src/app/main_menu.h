@@ -52,6 +52,7 @@ public:
     QAction *goOffline;
     QAction *openOperationalMode;
     QAction *openSettings;
+    QAction *compareConfigurations;
     QAction *showProblems;
     QAction *showAbout;
 

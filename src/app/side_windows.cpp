@@ -2,6 +2,8 @@
 
 #include "app/about_window.h"
 #include "app/appearance_setting.h"
+#include "app/compare_window.h"
+#include "app/file_dialogs.h"
 #include "app/preview_window.h"
 #include "app/printing.h"
 #include "app/settings_window.h"
@@ -11,9 +13,12 @@
 
 namespace ktr {
 
-SideWindows::SideWindows(QWidget &window, const Document &document, const TextTable &texts)
-    : m_window(window), m_document(document), m_texts(texts)
+SideWindows::SideWindows(QWidget &window, Document &document, EditHistory &history, const TextTable &texts,
+                         GoTo goTo)
+    : m_window(window), m_document(document), m_history(history), m_texts(texts), m_goTo(std::move(goTo))
 {}
+
+SideWindows::~SideWindows() = default;
 
 PrintoutOptions SideWindows::printoutOptions() const
 {
@@ -62,6 +67,39 @@ void SideWindows::showAbout()
     m_about->activateWindow();
 }
 
+CompareWindow &SideWindows::compareWindow(FileDialogs &dialogs)
+{
+    if (m_compare == nullptr) {
+        m_compare = std::make_unique<CompareWindow>(
+            CompareWindow::Services{m_document, m_history, m_texts,
+                                    [&dialogs] { return dialogs.askOpen(QStringLiteral("*.xml|*.xml")); },
+                                    [&dialogs](const QString &proposal) {
+                                        return dialogs.askSave(proposal, QStringLiteral("*.csv|*.csv"));
+                                    },
+                                    m_goTo});
+    }
+    return *m_compare;
+}
+
+void SideWindows::showCompare(FileDialogs &dialogs)
+{
+    compareWindow(dialogs).appear();
+}
+
+void SideWindows::showCompareWith(FileDialogs &dialogs, const Configuration &other, const QString &title)
+{
+    CompareWindow &window = compareWindow(dialogs);
+    window.compareWith(other, title);
+    window.appear();
+}
+
+void SideWindows::closeCompare()
+{
+    if (m_compare != nullptr) {
+        m_compare->close();
+    }
+}
+
 void SideWindows::applyTexts()
 {
     const auto apply = [](auto &window) {
@@ -69,6 +107,7 @@ void SideWindows::applyTexts()
             window->applyTexts();
         }
     };
+    apply(m_compare);
     apply(m_preview);
     apply(m_about);
     apply(m_settings);
@@ -76,7 +115,8 @@ void SideWindows::applyTexts()
 
 void SideWindows::close()
 {
-    for (QWidget *window : std::initializer_list<QWidget *>{m_preview, m_about, m_settings}) {
+    for (QWidget *window :
+         std::initializer_list<QWidget *>{m_compare.get(), m_preview, m_about, m_settings}) {
         if (window != nullptr) {
             window->close();
         }

@@ -1,16 +1,21 @@
 #pragma once
 
-#include "config/document.h"
+#include "config/edit_history.h"
 #include "lang/text_table.h"
 #include "printout/printout.h"
 
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
+#include <memory>
+
 class QWidget;
 
 namespace ktr {
 
+class CompareWindow;
+class FileDialogs;
 class frmAbout;
 class frmSettings;
 class frm_preview;
@@ -22,13 +27,21 @@ class SideWindows : public QObject
     Q_OBJECT
 
 public:
-    /// All of them must outlive this.
-    SideWindows(QWidget &window, const Document &document, const TextTable &texts);
+    using GoTo = std::function<void(const EditPlace &)>;
+
+    /// All of them must outlive this. `goTo` shows a field in the main window.
+    SideWindows(QWidget &window, Document &document, EditHistory &history, const TextTable &texts, GoTo goTo);
+    ~SideWindows() override;
 
     void print();
     void showPreview();
     void showSettings();
     void showAbout();
+    void showCompare(FileDialogs &dialogs);
+    /// The same beside any other configuration, such as what a module holds.
+    void showCompareWith(FileDialogs &dialogs, const Configuration &other, const QString &title);
+
+    void closeCompare();
 
     void applyTexts();
     /// Closes those that are open.
@@ -39,10 +52,16 @@ Q_SIGNALS:
 
 private:
     PrintoutOptions printoutOptions() const;
+    CompareWindow &compareWindow(FileDialogs &dialogs);
 
     QWidget &m_window;
-    const Document &m_document;
+    Document &m_document;
+    EditHistory &m_history;
     const TextTable &m_texts;
+    GoTo m_goTo;
+    /// Stays when it is closed, with what it compares. It may stand behind the main window, to whose fields
+    /// it goes.
+    std::unique_ptr<CompareWindow> m_compare;
     QPointer<frm_preview> m_preview;
     QPointer<frmAbout> m_about;
     QPointer<frmSettings> m_settings;

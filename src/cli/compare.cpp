@@ -20,11 +20,11 @@ namespace {
 
 const QString heldOption = QStringLiteral("held");
 const QString filesOption = QStringLiteral("files");
-const QString commandsOption = QStringLiteral("commands");
-const QString jsonOption = QStringLiteral("json");
-const QString csvOption = QStringLiteral("csv");
+const QString asCommandsOption = QStringLiteral("commands");
+const QString asJsonOption = QStringLiteral("json");
+const QString asCsvOption = QStringLiteral("csv");
 const QString baseOption = QStringLiteral("base");
-const QString mergeOption = QStringLiteral("merge");
+const QString mergeIntoOption = QStringLiteral("merge");
 
 // With what a module holds
 
@@ -215,10 +215,10 @@ void printJson(const Compared &compared, bool withCommands)
 
 void printComparison(const Arguments &arguments, const Compared &compared)
 {
-    const bool withCommands = arguments.isSet(commandsOption);
-    if (arguments.isSet(jsonOption)) {
+    const bool withCommands = arguments.isSet(asCommandsOption);
+    if (arguments.isSet(asJsonOption)) {
         printJson(compared, withCommands);
-    } else if (arguments.isSet(csvOption)) {
+    } else if (arguments.isSet(asCsvOption)) {
         printCsv(compared, withCommands);
     } else if (withCommands) {
         printCommands(compared.commands);
@@ -250,7 +250,7 @@ int writeMerge(const Arguments &arguments, const Compared &compared, const Envir
     } else {
         document.edit([&merge](Configuration &configuration) { configuration = merge.configuration; });
     }
-    document.setFileName(arguments.value(mergeOption));
+    document.setFileName(arguments.value(mergeIntoOption));
     const Status saved = document.save();
     return saved ? done : fail(saved.message());
 }
@@ -270,7 +270,7 @@ int compareFiles(const Arguments &arguments)
         return failed;
     }
     Compared compared{*mine, *theirs, base, environment.locale, {}, {}};
-    if (arguments.isSet(mergeOption)) {
+    if (arguments.isSet(mergeIntoOption)) {
         return writeMerge(arguments, compared, environment);
     }
     const TextTable texts;
@@ -285,7 +285,7 @@ int compareFiles(const Arguments &arguments)
         return fail(count == 1 ? QStringLiteral("1 field differs")
                                : QStringLiteral("%1 fields differ").arg(count));
     }
-    if (!arguments.isSet(jsonOption) && !arguments.isSet(csvOption)) {
+    if (!arguments.isSet(asJsonOption) && !arguments.isSet(asCsvOption)) {
         print(differing.isEmpty() ? QStringLiteral("no difference")
                                   : QStringLiteral("no difference but the stamps"));
     }
@@ -310,16 +310,16 @@ void describeCompare(Arguments &arguments)
         "points without a target, and what FILE leaves to time or chance."));
     arguments.addOption({filesOption, QStringLiteral("OTHER is a file like any other, whoever wrote it.")});
     arguments.addOption({heldOption, QStringLiteral("OTHER is what a module holds, whoever wrote it.")});
-    arguments.addOption({commandsOption, QStringLiteral("Tells the commands of a transmission that differ, "
-                                                        "by their steps, in place of the fields.")});
-    arguments.addOption({jsonOption, QStringLiteral("Prints one JSON object.")});
-    arguments.addOption({csvOption, QStringLiteral("Prints a table, separated by \";\".")});
+    arguments.addOption({asCommandsOption, QStringLiteral("Tells the commands of a transmission that differ, "
+                                                          "by their steps, in place of the fields.")});
+    arguments.addOption({asJsonOption, QStringLiteral("Prints one JSON object.")});
+    arguments.addOption({asCsvOption, QStringLiteral("Prints a table, separated by \";\".")});
     arguments.addOption({baseOption,
                          QStringLiteral("Tells who changed what since BASE, from which both were made: file, "
                                         "other, both (in the same way) or conflict."),
                          QStringLiteral("BASE")});
     arguments.addOption(
-        {mergeOption,
+        {mergeIntoOption,
          QStringLiteral("With --base: writes what both made of it as OUT, stamped anew. Where "
                         "they are in conflict, that is told and nothing is written."),
          QStringLiteral("OUT")});
@@ -327,17 +327,18 @@ void describeCompare(Arguments &arguments)
 
 std::optional<int> checkCompare(const Arguments &arguments)
 {
-    if (arguments.isSet(mergeOption) && !arguments.isSet(baseOption)) {
+    if (arguments.isSet(mergeIntoOption) && !arguments.isSet(baseOption)) {
         return arguments.wrong(QStringLiteral("--merge needs --base"));
     }
-    if (arguments.isSet(jsonOption) && arguments.isSet(csvOption)) {
+    if (arguments.isSet(asJsonOption) && arguments.isSet(asCsvOption)) {
         return arguments.wrong(QStringLiteral("--json and --csv exclude each other"));
     }
-    if (arguments.isSet(mergeOption) && isAnySet(arguments, {commandsOption, jsonOption, csvOption})) {
+    if (arguments.isSet(mergeIntoOption) &&
+        isAnySet(arguments, {asCommandsOption, asJsonOption, asCsvOption})) {
         return arguments.wrong(QStringLiteral("--merge prints nothing but conflicts"));
     }
     if (arguments.isSet(heldOption) &&
-        isAnySet(arguments, {filesOption, commandsOption, jsonOption, csvOption, baseOption})) {
+        isAnySet(arguments, {filesOption, asCommandsOption, asJsonOption, asCsvOption, baseOption})) {
         return arguments.wrong(QStringLiteral("--held goes with no other option"));
     }
     return std::nullopt;
@@ -345,7 +346,7 @@ std::optional<int> checkCompare(const Arguments &arguments)
 
 int compare(const Arguments &arguments)
 {
-    if (isAnySet(arguments, {filesOption, commandsOption, jsonOption, csvOption, baseOption})) {
+    if (isAnySet(arguments, {filesOption, asCommandsOption, asJsonOption, asCsvOption, baseOption})) {
         return compareFiles(arguments);
     }
     Document held(fixedEnvironment(0.0));

@@ -43,9 +43,28 @@ template <class Record> const Record &recordAt(const std::vector<const void *> &
     return *static_cast<const Record *>(records[at]);
 }
 
+/// An empty text is what the reader of a file makes of it.
+template <class Record> QString readText(const Field<Record> &field, const Record &record)
+{
+    const QString text = fieldText(field, record, QLocale::c());
+    return text.isEmpty() && field.whenEmpty.text != nullptr ? QString::fromUtf16(field.whenEmpty.text) : text;
+}
+
+/// That of a switch point which was never set is the minute in which its file was read.
+bool isStartOfNone(const Field<SwitchPoint> &field, const SwitchPoint &one, const SwitchPoint &other)
+{
+    return isField(field, &SwitchPoint::start) && one.target == 0 && other.target == 0 &&
+           (one.start.isEmpty() || other.start.isEmpty());
+}
+template <class Record> bool isStartOfNone(const Field<Record> &, const Record &, const Record &)
+{
+    return false;
+}
+
 template <class Record> bool isSame(const Field<Record> &field, const Record &one, const Record &other)
 {
-    return std::visit([&](auto member) { return one.*member == other.*member; }, field.member);
+    return std::visit([&](auto member) { return one.*member == other.*member; }, field.member) ||
+           readText(field, one) == readText(field, other) || isStartOfNone(field, one, other);
 }
 
 /// What the module is sent of a holiday's line.

@@ -44,7 +44,8 @@ struct ComparisonWords
     const QLocale &locale;
 };
 
-/// The fields in which two configurations differ, in the order of the pages and of their entries.
+/// The fields in which two configurations differ, in the order of the pages and of their entries. An empty
+/// text and the one that a file's reader puts in its place are the same.
 QList<ComparedField> compareConfigurations(const Configuration &mine, const Configuration &theirs,
                                            const ComparisonWords &words);
 
