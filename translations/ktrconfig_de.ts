@@ -997,6 +997,10 @@
         <source>has no tables for transmissions yet; &quot;ktrcli record init&quot; makes them</source>
         <translation>hat noch keine Tabellen für Übertragungen; „ktrcli record init“ legt sie an</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; does not begin with postgresql://</source>
+        <translation>„%1“ beginnt nicht mit postgresql://</translation>
+    </message>
 </context>
 <context>
     <name>RecordTable</name>
@@ -2986,10 +2990,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Geschieht in dem Programm, das die Stationen überwacht</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; does not begin with postgresql://</source>
-        <translation>„%1“ beginnt nicht mit postgresql://</translation>
-    </message>
-    <message>
         <source>Whether they are watched is not known here. It is tried again all the time. %1</source>
         <translation>Ob sie überwacht werden, ist hier nicht bekannt. Es wird laufend erneut versucht. %1</translation>
     </message>
@@ -3921,10 +3921,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The password stands in PostgreSQL&apos;s password file (~/.pgpass), not here.</source>
         <translation>Das Kennwort steht in der Kennwortdatei von PostgreSQL (~/.pgpass), nicht hier.</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; does not begin with postgresql://</source>
-        <translation>„%1“ beginnt nicht mit postgresql://</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,7 @@
 #include "app/file_dialogs.h"
 #include "opmode/window/form_betriebsmodus.h"
 #include "platform/settings_store.h"
+#include "record/record_address.h"
 
 #include <QFile>
 #include <QFileDialog>
@@ -81,7 +82,7 @@ QString OperationalModeOpener::nodesPath() const
 
 QString OperationalModeOpener::fixedRecord() const
 {
-    return m_record.isEmpty() ? qEnvironmentVariable("KTR_RECORD") : m_record;
+    return m_record.isEmpty() ? qEnvironmentVariable(recordVariable) : m_record;
 }
 
 /// The address of the record with the stations; empty: they are in the list of this computer.

@@ -6,12 +6,6 @@ namespace ktr::cli {
 
 const QString recordOption = QStringLiteral("record");
 
-namespace {
-
-const char *const recordVariable = "KTR_RECORD";
-
-} // namespace
-
 void addRecordOption(Arguments &arguments)
 {
     arguments.addOption({recordOption,
@@ -50,8 +44,7 @@ std::optional<int> checkSharedRecord(const Arguments &arguments)
 std::optional<int> checkRecordAddress(const Arguments &arguments, const QString &record)
 {
     if (!record.isEmpty() && !isServerAddress(record)) {
-        return arguments.wrong(
-            QStringLiteral("--record: \"%1\" does not begin with postgresql://").arg(record));
+        return arguments.wrong(QStringLiteral("--record: ") + serverAddress(record).status.message());
     }
     return std::nullopt;
 }

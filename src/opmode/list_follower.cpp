@@ -143,10 +143,8 @@ ListFollower::News ListFollower::read(RecordReader &reader, Known known)
             news.rights = rights;
         }
     }
-    for (const qint64 request : std::as_const(known.awaited)) {
-        if (std::optional<QString> result; reader.answerOf(request, result) && result) {
-            news.answers.insert(request, *result);
-        }
+    if (!reader.answersOf(known.awaited, news.answers)) {
+        news.answers.clear(); // the next look has them all
     }
     news.version = reader.dataVersion();
     news.change = known.change;

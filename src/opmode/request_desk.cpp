@@ -62,7 +62,7 @@ void RequestDesk::start()
         m_deeds.emplace(m_parts.record.path());
         m_settings.clear();
         m_inHand.clear();
-        m_notices = std::make_unique<RecordNotices>(m_parts.record.path(), [this] { look(); });
+        m_notices = std::make_unique<RecordNotices>(m_parts.record.path(), [this] { noticed(); });
     }
     m_timer->start(period, [this] { look(); });
 }
@@ -76,8 +76,17 @@ void RequestDesk::stop()
     m_deeds.reset();
 }
 
+/// What a busy record commits is noticed hundreds of times a second.
+void RequestDesk::noticed()
+{
+    if (!std::exchange(m_isNoticed, true)) { // else the look is on its way
+        m_timer->start(leastPeriod, [this] { look(); });
+    }
+}
+
 void RequestDesk::look()
 {
+    m_isNoticed = false;
     m_timer->start(period, [this] { look(); });
     if (m_queries) {
         if (!m_queries->isWaitedFor(this)) {

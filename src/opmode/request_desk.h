@@ -23,6 +23,8 @@ class RequestDesk
 
 public:
     static constexpr Milliseconds period{250};
+    /// Between two looks, however many notices of a server come.
+    static constexpr Milliseconds leastPeriod{50};
 
     /// All must outlive it.
     RequestDesk(const ListParts &parts, StationActions &stationActions, Acknowledger &acknowledger,
@@ -47,6 +49,7 @@ private:
     };
 
     static Found find(RecordReader &reader, qint64 version, qint64 last);
+    void noticed();
     void look();
     void take(const Found &found);
     bool isOwn(const RequestRow &row) const;
@@ -75,8 +78,9 @@ private:
     QHash<QString, QString> m_settings;
     qint64 m_start = 0;
     qint64 m_version = 0;
-    qint64 m_last = 0;     ///< number of the request that was taken last
-    QSet<qint64> m_inHand; ///< of a server's record: carried out here, and not seen as answered yet
+    qint64 m_last = 0;        ///< number of the request that was taken last
+    bool m_isNoticed = false; ///< since the last look began
+    QSet<qint64> m_inHand;    ///< of a server's record: carried out here, and not seen as answered yet
 };
 
 } // namespace ktr

@@ -44,9 +44,8 @@ SharedState readSharedState(RecordReader &reader)
 std::optional<Keepers> keepersOf(RecordReader &reader)
 {
     QList<KeeperRow> keepers;
-    qint64 stations = 0;
     QStringList names;
-    if (!reader.keepers(keepers, stations)) {
+    if (!reader.keepers(keepers)) {
         return std::nullopt;
     }
     const Milliseconds lease = Leases::Times().lease;

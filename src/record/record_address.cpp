@@ -24,6 +24,10 @@ bool isServerAddress(const QString &record)
 
 ServerAddress serverAddress(const QString &record)
 {
+    if (!isServerAddress(record)) {
+        return ServerAddress{Status::failed(
+            QCoreApplication::translate("Record", "\"%1\" does not begin with postgresql://").arg(record))};
+    }
     const auto refused = [&record](const QString &why) {
         return ServerAddress{Status::failed(record + u": "_s + why)};
     };

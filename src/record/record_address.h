@@ -6,6 +6,9 @@
 
 namespace ktr {
 
+/// The environment's variable that has a record's address for those who give none.
+inline constexpr const char *recordVariable = "KTR_RECORD";
+
 /// Whether a record is meant that stands in a PostgreSQL database, "postgresql://HOST/DATABASE", and not one
 /// in a file.
 bool isServerAddress(const QString &record);
@@ -19,8 +22,8 @@ struct ServerAddress
 };
 
 /// Of "postgresql://[USER@][HOST[:PORT]][/DATABASE][?NAME=VALUE&…]", with the names that libpq documents for
-/// connections (sslmode, service, passfile, …). A password in it is refused: it would be seen in lists of
-/// processes and stand in settings.
+/// connections (sslmode, service, passfile, …); what does not begin like that is refused, too. A password in
+/// it is refused: it would be seen in lists of processes and stand in settings.
 ServerAddress serverAddress(const QString &record);
 
 } // namespace ktr

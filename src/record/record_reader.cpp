@@ -34,6 +34,12 @@ std::optional<double> numberOf(const QString &text)
     return value;
 }
 
+/// As many places for values as these, as a statement has them behind IN.
+QString placesFor(const auto &values)
+{
+    return u" IN ("_s + QStringList(values.size(), u"?"_s).join(u',') + u')';
+}
+
 /// Whether a user, the value of an expression, is an administrator of the record: a member of that role, or
 /// who made the tables.
 QString administers(const QString &login)
@@ -184,18 +190,28 @@ Status RecordReader::openAlarmsIn(const QString &where, const QVariantList &valu
                 });
 }
 
-Status RecordReader::keepers(QList<KeeperRow> &keepers, qint64 &stations)
+Status RecordReader::keepersWith(const QString &count, QList<KeeperRow> &keepers)
 {
     keepers.clear();
-    Status read = each(u"SELECT name, floor(extract(epoch FROM since) * 1000)::bigint,"
-                       " floor(extract(epoch FROM leased_until - clock_timestamp()) * 1000)::bigint,"
-                       " (SELECT count(*) FROM station WHERE keeper = keeper.id AND listed = 1)"
-                       " FROM keeper WHERE leased_until > clock_timestamp() ORDER BY id"_s,
-                       {}, [&](const QSqlQuery &row) {
-                           keepers += {row.value(0).toString(), row.value(1).toLongLong(),
-                                       row.value(2).toLongLong(), row.value(3).toLongLong()};
-                           return true;
-                       });
+    return each(u"SELECT name, floor(extract(epoch FROM since) * 1000)::bigint,"
+                " floor(extract(epoch FROM leased_until - clock_timestamp()) * 1000)::bigint, "_s +
+                    count + u" FROM keeper WHERE leased_until > clock_timestamp() ORDER BY id"_s,
+                {}, [&](const QSqlQuery &row) {
+                    keepers += {row.value(0).toString(), row.value(1).toLongLong(), row.value(2).toLongLong(),
+                                row.value(3).toLongLong()};
+                    return true;
+                });
+}
+
+Status RecordReader::keepers(QList<KeeperRow> &keepers)
+{
+    return keepersWith(u"0"_s, keepers); // counting goes through all stations
+}
+
+Status RecordReader::keepers(QList<KeeperRow> &keepers, qint64 &stations)
+{
+    const Status read =
+        keepersWith(u"(SELECT count(*) FROM station WHERE keeper = keeper.id AND listed = 1)"_s, keepers);
     return read ? each(u"SELECT count(*) FROM station WHERE listed = 1"_s, {},
                        [&](const QSqlQuery &row) {
                            stations = row.value(0).toLongLong();
@@ -389,15 +405,11 @@ Status RecordReader::settings(QHash<QString, QString> &values)
 Status RecordReader::settings(const QStringList &names, QHash<QString, QString> &values)
 {
     values.clear();
-    Status read = Status::done();
-    for (const QString &name : names) {
-        std::optional<QString> value;
-        read = read ? setting(name, value) : read;
-        if (value) {
-            values.insert(name, *value);
-        }
-    }
-    return read;
+    return each(u"SELECT name, value FROM setting WHERE name"_s + placesFor(names),
+                QVariantList(names.cbegin(), names.cend()), [&](const QSqlQuery &row) {
+                    values.insert(row.value(0).toString(), row.value(1).toString());
+                    return true;
+                });
 }
 
 Status RecordReader::openRequests(qint64 id, const std::function<void(const RequestRow &)> &take)
@@ -432,12 +444,15 @@ Status RecordReader::openRequests(qint64 id, const std::function<void(const Requ
         });
 }
 
-Status RecordReader::answerOf(qint64 request, std::optional<QString> &result)
+Status RecordReader::answersOf(const QList<qint64> &requests, QHash<qint64, QString> &results)
 {
-    result.reset();
-    return each(u"SELECT result FROM request WHERE id = ? AND taken IS NOT NULL"_s, {request},
-                [&](const QSqlQuery &row) {
-                    result = row.value(0).toString();
+    results.clear();
+    if (requests.isEmpty()) {
+        return Status::done();
+    }
+    return each(u"SELECT id, result FROM request WHERE taken IS NOT NULL AND id"_s + placesFor(requests),
+                QVariantList(requests.cbegin(), requests.cend()), [&](const QSqlQuery &row) {
+                    results.insert(row.value(0).toLongLong(), row.value(1).toString());
                     return true;
                 });
 }

@@ -184,8 +184,10 @@ public:
     Status notifications(const std::function<void(const NotificationRow &)> &take);
     /// The alarms that are not acknowledged or not over, the oldest first.
     Status openAlarms(const std::function<void(const AlarmRow &)> &take);
-    /// Who shares the stations of a server's record and is there, the longest first; how many stations are in
-    /// the list, whoever has them.
+    /// Who shares the stations of a server's record and is there, the longest first, without the numbers of
+    /// their stations.
+    Status keepers(QList<KeeperRow> &keepers);
+    /// With them; how many stations are in the list, whoever has them.
     Status keepers(QList<KeeperRow> &keepers, qint64 &stations);
     /// What they do alone, each by its name.
     Status duties(QList<DutyRow> &duties);
@@ -218,8 +220,8 @@ public:
     /// server's record the first thousand. What is longer there than anything that is asked for comes without
     /// its detail.
     Status openRequests(qint64 id, const std::function<void(const RequestRow &)> &take);
-    /// The result that a request was answered with; nothing while it has none.
-    Status answerOf(qint64 request, std::optional<QString> &result);
+    /// The results that these requests were answered with; those without an answer are left out.
+    Status answersOf(const QList<qint64> &requests, QHash<qint64, QString> &results);
 
     /// A page of at most `limit` events, from the newest or from where another page ended: in the order of
     /// their times, those with a text in the order of their numbers unless few stations are meant. One may be
@@ -273,13 +275,14 @@ private:
     /// Up to which event the kinds are in order; nothing when too much is not.
     Status sortedEvents(std::optional<qint64> &upto);
     QString reasonAgainst(int schema);
-    /// Carries out a statement and hands over its rows until `take` gives false.
+    Status keepersWith(const QString &count, QList<KeeperRow> &keepers);
     Status stationsIn(const QString &where, const QVariantList &values,
                       const std::function<void(const StationRow &)> &take);
     Status notificationsIn(const QString &where, const QVariantList &values,
                            const std::function<void(const NotificationRow &)> &take);
     Status openAlarmsIn(const QString &where, const QVariantList &values,
                         const std::function<void(const AlarmRow &)> &take);
+    /// Carries out a statement and hands over its rows until `take` gives false.
     Status each(const QString &statement, const QVariantList &values,
                 const std::function<bool(const QSqlQuery &)> &take);
 

@@ -403,7 +403,7 @@ void Form_betriebsmodus::openShared()
     showUsable(false);
     if (!isServerAddress(m_nodesPath)) { // and it never becomes one
         SharedState refused;
-        refused.status = Status::failed(tr("\"%1\" does not begin with postgresql://").arg(m_nodesPath));
+        refused.status = serverAddress(m_nodesPath).status;
         showHindrance(m_mode.join(m_nodesPath, refused));
         return;
     }
@@ -459,8 +459,10 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
         return;
     }
     const QString reason =
-        m_isShared ? tr("Whether they are watched is not known here. It is tried again all the time. %1")
-                         .arg(opened.message())
+        isServerAddress(m_nodesPath)
+            ? tr("Whether they are watched is not known here. It is tried again all the time. %1")
+                  .arg(opened.message())
+        : m_isShared ? opened.message() // what is no address never becomes one
         : hindrance == Hindrance::InUse
             ? opened.message()
             : tr("The list of stations cannot be used. It stays as it is: %1").arg(opened.message());

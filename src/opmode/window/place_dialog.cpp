@@ -84,12 +84,8 @@ void PlaceDialog::showChoice()
 void PlaceDialog::accept()
 {
     if (m_server->isChecked()) {
-        const QString wanted = address();
-        const QString fault = isServerAddress(wanted)
-                                  ? serverAddress(wanted).status.message()
-                                  : tr("\"%1\" does not begin with postgresql://").arg(wanted);
-        if (!fault.isEmpty()) {
-            m_remark->setText(fault);
+        if (const Status usable = serverAddress(address()).status; !usable) {
+            m_remark->setText(usable.message());
             m_address->setFocus();
             return;
         }
