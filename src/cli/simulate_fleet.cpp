@@ -2,6 +2,7 @@
 
 #include "cli/console.h"
 #include "cli/interruption.h"
+#include "config/address.h"
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/tree/station_tree.h"
 #include "platform/file_lock.h"
@@ -18,6 +19,7 @@ namespace ktr::cli {
 namespace {
 
 const QString fleetOption = QStringLiteral("fleet");
+const QString networkOption = QStringLiteral("network");
 const QString portOption = QStringLiteral("port");
 const QString nodesOption = QStringLiteral("nodes");
 const QString everyOption = QStringLiteral("every");
@@ -37,7 +39,7 @@ QByteArray nodesOf(const Fleet &fleet, const FleetOptions &options)
         nodes.add(NodeStore::root, text, text, StationTree::normalColour);
         const bool isUsualPort = options.port == FleetOptions().port;
         const QString port = isUsualPort ? QString() : u':' + QString::number(fleet.port(module));
-        addresses.insert(name, Fleet::address(module) + port);
+        addresses.insert(name, Fleet::address(module, options.network) + port);
     }
     return writeNodes(nodes, [&addresses, &options](const QString &kennung) {
         StationAttributes station;
@@ -63,6 +65,16 @@ std::optional<FleetOptions> fleetOptions(const Arguments &arguments)
     };
     take(fleetOption, 1, FleetOptions::mostModules, [&](int modules) { options.modules = modules; });
     options.every = Fleet::livelyInterval(options.modules);
+    if (arguments.isSet(networkOption)) {
+        options.network = arguments.value(networkOption);
+        if (addressDefect(options.network + QLatin1String(".1.1")) != AddressDefect::None) {
+            (void)arguments.wrong(
+                QStringLiteral("--network: \"%1\" are no two numbers of an address, such as "
+                               "10.1")
+                    .arg(options.network));
+            usable = false;
+        }
+    }
     take(portOption, 0, 65'535, [&](int port) { options.port = static_cast<quint16>(port); });
     take(everyOption, 1, 3'600, [&](int seconds) { options.every = std::chrono::seconds(seconds); });
     take(silentOption, 0, options.modules, [&](int modules) { options.silent = modules; });
@@ -78,6 +90,10 @@ void addFleetOptions(Arguments &arguments)
                          QStringLiteral("Plays COUNT modules in operation instead, at 127.0.1.1, 127.0.1.2, "
                                         "...: changing values, notifications, history."),
                          QStringLiteral("COUNT")});
+    arguments.addOption({networkOption,
+                         QStringLiteral("With these two numbers the addresses of a fleet begin, 127.0 unless "
+                                        "named; they must be this machine's."),
+                         QStringLiteral("A.B")});
     arguments.addOption({portOption,
                          QStringLiteral("UDP port of every module of a fleet, 49111 unless named; 0 takes "
                                         "free ones."),
@@ -105,8 +121,8 @@ bool wantsFleet(const Arguments &arguments)
 
 QString fleetOptionInUse(const Arguments &arguments)
 {
-    for (const QString &option :
-         {fleetOption, portOption, nodesOption, everyOption, silentOption, seedOption, ledgerOption}) {
+    for (const QString &option : {fleetOption, networkOption, portOption, nodesOption, everyOption,
+                                  silentOption, seedOption, ledgerOption}) {
         if (arguments.isSet(option)) {
             return option;
         }
@@ -122,7 +138,7 @@ bool isFleetUsable(const Arguments &arguments)
 int simulateFleet(const Arguments &arguments, const DatagramFaults &network)
 {
     std::optional<FleetOptions> options = fleetOptions(arguments);
-    options->network = network;
+    options->faults = network;
     QFile ledger(arguments.value(ledgerOption));
     if (arguments.isSet(ledgerOption)) {
         if (!ledger.open(QIODevice::WriteOnly)) {
@@ -153,7 +169,7 @@ int simulateFleet(const Arguments &arguments, const DatagramFaults &network)
         }
     }
     print(QStringLiteral("listening at %1:%2 and %3 more")
-              .arg(Fleet::address(0))
+              .arg(Fleet::address(0, options->network))
               .arg(fleet.port(0))
               .arg(options->modules - 1));
     showNow();

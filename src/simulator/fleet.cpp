@@ -17,11 +17,21 @@ constexpr std::array places = {u"Nord",   u"Süd",  u"Mühlbach", u"Am Wehr",   
 
 constexpr Milliseconds never = Milliseconds::max();
 
+QString textOf(const FleetSockets::Program &program)
+{
+    QStringList bytes;
+    for (const int shift : {24, 16, 8, 0}) {
+        bytes += QString::number(program.address >> shift & 0xffU);
+    }
+    return bytes.join(u'.') + u':' + QString::number(program.port);
+}
+
 } // namespace
 
-QString Fleet::address(int module)
+QString Fleet::address(int module, const QString &network)
 {
-    return QStringLiteral("127.0.%1.%2")
+    return QStringLiteral("%1.%2.%3")
+        .arg(network)
         .arg(module / addressesOfABlock + 1)
         .arg(module % addressesOfABlock + 1);
 }
@@ -46,16 +56,17 @@ Fleet::Fleet(IoThread &io, Timers &timers, const FleetOptions &options, QueuedCa
              const FieldModule::Now &now)
     : m_options(options),
       m_clock(std::move(clock)),
-      m_toProgram(timers, options.network,
+      m_toProgram(timers, options.faults,
                   [this](const QByteArray &datagram) { m_sockets.send(m_current, datagram); }),
-      m_toModule(timers, options.network, [this](const QByteArray &datagram) { arrived(datagram); }),
+      m_toModule(timers, options.faults, [this](const QByteArray &datagram) { arrived(datagram); }),
       m_timer(timers.create()),
-      m_sockets(io, [this](std::size_t module, const QByteArray &datagram, quint16 program) {
-          m_current = module;
-          notice(module, datagram, program);
-          m_toModule.send(datagram);
-          startTimer();
-      })
+      m_sockets(io,
+                [this](std::size_t module, const QByteArray &datagram, const FleetSockets::Program &program) {
+                    m_current = module;
+                    notice(module, datagram, program);
+                    m_toModule.send(datagram);
+                    startTimer();
+                })
 {
     const auto send = [this](const QByteArray &datagram) { m_toProgram.send(datagram); };
     for (int module = 0; module < options.modules; ++module) {
@@ -63,14 +74,14 @@ Fleet::Fleet(IoThread &io, Timers &timers, const FleetOptions &options, QueuedCa
         m_modules.emplace_back(FieldModuleOptions{seed, options.every, bool(m_options.ledger)}, send, now,
                                toldOf(module));
     }
-    m_programs.assign(m_modules.size(), 0);
+    m_programs.resize(m_modules.size());
     m_dueAt.assign(m_modules.size(), never);
 }
 
 Status Fleet::open()
 {
     for (int module = 0; module < m_options.modules; ++module) {
-        if (Status opened = m_sockets.open(address(module), m_options.port); !opened) {
+        if (Status opened = m_sockets.open(address(module, m_options.network), m_options.port); !opened) {
             return opened;
         }
     }
@@ -109,11 +120,11 @@ FieldModule::Told Fleet::toldOf(int module) const
 }
 
 /// Each announcement, and whatever comes first of another program.
-void Fleet::notice(std::size_t module, const QByteArray &datagram, quint16 program)
+void Fleet::notice(std::size_t module, const QByteArray &datagram, const FleetSockets::Program &program)
 {
     const bool isAnother = std::exchange(m_programs[module], program) != program;
     if (m_options.ledger && (isAnother || datagram == "config\r\n")) {
-        m_options.ledger(static_cast<int>(module), QLatin1String("heard"), QString::number(program));
+        m_options.ledger(static_cast<int>(module), QLatin1String("heard"), textOf(program));
     }
 }
 

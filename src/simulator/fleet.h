@@ -11,24 +11,25 @@ namespace ktr {
 
 struct FleetOptions
 {
-    static constexpr int mostModules = 9'900;
+    static constexpr int mostModules = 10'000;
 
     int modules = 1;
-    quint16 port = 49'111; ///< of every module; 0 takes any free one for each
+    QString network = QStringLiteral("127.0"); ///< with what the addresses of all begin
+    quint16 port = 49'111;                     ///< of every module; 0 takes any free one for each
     Milliseconds every{2'000};
-    int silent = 0;         ///< so many, the last ones, never answer
-    DatagramFaults network; ///< of all modules together; none is overtaken
+    int silent = 0;        ///< so many, the last ones, never answer
+    DatagramFaults faults; ///< of all modules together; none is overtaken
     quint32 seed = 1;
     /// Is told what happens to each module, whose texts then are counted.
     std::function<void(int module, QLatin1String what, const QString &text)> ledger;
 };
 
-/// Many modules in operation, each at a loopback address of its own.
+/// Many modules in operation, each at an address of its own.
 class Fleet
 {
 public:
-    /// 127.0.1.1 for module 0, then counting up without .0 and .255.
-    static QString address(int module);
+    /// 127.0.1.1 for module 0, then counting up without .0 and .255; or likewise in another network.
+    static QString address(int module, const QString &network = FleetOptions().network);
     /// "Pumpwerk Nord", ..., with a number once the names are used up.
     static QString name(int module);
     /// From one dialogue of a module to the next so that few modules are lively and many are bearable: 2 s,
@@ -57,7 +58,7 @@ private:
 
     void arrived(const QByteArray &datagram);
     FieldModule::Told toldOf(int module) const;
-    void notice(std::size_t module, const QByteArray &datagram, quint16 program);
+    void notice(std::size_t module, const QByteArray &datagram, const FleetSockets::Program &program);
     void wakeModules();
     void wakeIn(std::size_t module, std::optional<Milliseconds> wait);
     void startTimer();
@@ -68,7 +69,7 @@ private:
     DatagramPath m_toProgram;
     DatagramPath m_toModule;
     std::vector<FieldModule> m_modules;
-    std::vector<quint16> m_programs;   ///< who spoke to each last
+    std::vector<FleetSockets::Program> m_programs; ///< who spoke to each last
     std::vector<Milliseconds> m_dueAt; ///< of each module; what the queue holds beside it does not count
     std::priority_queue<Due, std::vector<Due>, std::greater<>> m_queue;
     std::unique_ptr<OneShotTimer> m_timer;

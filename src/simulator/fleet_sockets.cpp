@@ -25,7 +25,7 @@ struct Datagram
 {
     std::size_t socket;
     QByteArray bytes;
-    quint16 from = 0;
+    FleetSockets::Program from{};
 };
 
 /// What one thread hands over to another; the receiver is called once for all that waits.
@@ -141,7 +141,8 @@ private:
                 continue; // what was sent before had nobody to reach
             }
             from.program = {sender.address(), static_cast<quint16>(sender.port() + 1)};
-            if (m_in.add({index, QByteArray(m_input.data(), qsizetype(count)), sender.port()})) {
+            const Program program{sender.address().to_v4().to_uint(), sender.port()};
+            if (m_in.add({index, QByteArray(m_input.data(), qsizetype(count)), program})) {
                 QMetaObject::invokeMethod(
                     &m_receiver, [this] { deliver(); }, Qt::QueuedConnection);
             }

@@ -16,8 +16,15 @@ class IoThread;
 class FleetSockets
 {
 public:
-    /// `program`: the port that it came from.
-    using Received = std::function<void(std::size_t socket, const QByteArray &datagram, quint16 program)>;
+    /// Where a datagram came from.
+    struct Program
+    {
+        quint32 address = 0; ///< IPv4, 127.0.0.1 as 0x7f000001
+        quint16 port = 0;
+        bool operator==(const Program &) const = default;
+    };
+    using Received =
+        std::function<void(std::size_t socket, const QByteArray &datagram, const Program &program)>;
 
     /// `received` is called on the thread that made this object. Raises the limit of descriptors.
     FleetSockets(IoThread &io, Received received);
