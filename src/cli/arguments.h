@@ -10,6 +10,10 @@
 namespace ktr::cli {
 
 // Options that several commands have.
+inline const QString jsonOption = QStringLiteral("json");
+inline const QString stationOption = QStringLiteral("station");
+
+// Options that several commands have.
 inline const QString serialOption = QStringLiteral("serial");
 inline const QString ethernetOption = QStringLiteral("ethernet");
 inline const QString outputOption = QStringLiteral("output");

@@ -21,7 +21,6 @@ namespace {
 const QString heldOption = QStringLiteral("held");
 const QString filesOption = QStringLiteral("files");
 const QString asCommandsOption = QStringLiteral("commands");
-const QString asJsonOption = QStringLiteral("json");
 const QString asCsvOption = QStringLiteral("csv");
 const QString baseOption = QStringLiteral("base");
 const QString mergeIntoOption = QStringLiteral("merge");
@@ -216,7 +215,7 @@ void printJson(const Compared &compared, bool withCommands)
 void printComparison(const Arguments &arguments, const Compared &compared)
 {
     const bool withCommands = arguments.isSet(asCommandsOption);
-    if (arguments.isSet(asJsonOption)) {
+    if (arguments.isSet(jsonOption)) {
         printJson(compared, withCommands);
     } else if (arguments.isSet(asCsvOption)) {
         printCsv(compared, withCommands);
@@ -285,7 +284,7 @@ int compareFiles(const Arguments &arguments)
         return fail(count == 1 ? QStringLiteral("1 field differs")
                                : QStringLiteral("%1 fields differ").arg(count));
     }
-    if (!arguments.isSet(asJsonOption) && !arguments.isSet(asCsvOption)) {
+    if (!arguments.isSet(jsonOption) && !arguments.isSet(asCsvOption)) {
         print(differing.isEmpty() ? QStringLiteral("no difference")
                                   : QStringLiteral("no difference but the stamps"));
     }
@@ -312,7 +311,7 @@ void describeCompare(Arguments &arguments)
     arguments.addOption({heldOption, QStringLiteral("OTHER is what a module holds, whoever wrote it.")});
     arguments.addOption({asCommandsOption, QStringLiteral("Tells the commands of a transmission that differ, "
                                                           "by their steps, in place of the fields.")});
-    arguments.addOption({asJsonOption, QStringLiteral("Prints one JSON object.")});
+    arguments.addOption({jsonOption, QStringLiteral("Prints one JSON object.")});
     arguments.addOption({asCsvOption, QStringLiteral("Prints a table, separated by \";\".")});
     arguments.addOption({baseOption,
                          QStringLiteral("Tells who changed what since BASE, from which both were made: file, "
@@ -330,15 +329,15 @@ std::optional<int> checkCompare(const Arguments &arguments)
     if (arguments.isSet(mergeIntoOption) && !arguments.isSet(baseOption)) {
         return arguments.wrong(QStringLiteral("--merge needs --base"));
     }
-    if (arguments.isSet(asJsonOption) && arguments.isSet(asCsvOption)) {
+    if (arguments.isSet(jsonOption) && arguments.isSet(asCsvOption)) {
         return arguments.wrong(QStringLiteral("--json and --csv exclude each other"));
     }
     if (arguments.isSet(mergeIntoOption) &&
-        isAnySet(arguments, {asCommandsOption, asJsonOption, asCsvOption})) {
+        isAnySet(arguments, {asCommandsOption, jsonOption, asCsvOption})) {
         return arguments.wrong(QStringLiteral("--merge prints nothing but conflicts"));
     }
     if (arguments.isSet(heldOption) &&
-        isAnySet(arguments, {filesOption, asCommandsOption, asJsonOption, asCsvOption, baseOption})) {
+        isAnySet(arguments, {filesOption, asCommandsOption, jsonOption, asCsvOption, baseOption})) {
         return arguments.wrong(QStringLiteral("--held goes with no other option"));
     }
     return std::nullopt;
@@ -346,7 +345,7 @@ std::optional<int> checkCompare(const Arguments &arguments)
 
 int compare(const Arguments &arguments)
 {
-    if (isAnySet(arguments, {filesOption, asCommandsOption, asJsonOption, asCsvOption, baseOption})) {
+    if (isAnySet(arguments, {filesOption, asCommandsOption, jsonOption, asCsvOption, baseOption})) {
         return compareFiles(arguments);
     }
     Document held(fixedEnvironment(0.0));

@@ -11,7 +11,6 @@ namespace ktr::cli {
 namespace {
 
 const QString statusOption = QStringLiteral("status");
-const QString jsonOption = QStringLiteral("json");
 
 } // namespace
 

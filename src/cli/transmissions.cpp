@@ -17,9 +17,7 @@ namespace ktr::cli {
 
 namespace {
 
-const QString stationOption = QStringLiteral("station");
 const QString sinceOption = QStringLiteral("since");
-const QString jsonOption = QStringLiteral("json");
 const QString olderOption = QStringLiteral("older-than");
 
 const QString listAction = QStringLiteral("list");

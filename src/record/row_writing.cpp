@@ -1,5 +1,6 @@
 #include "record/row_writing.h"
 
+#include "record/bound_values.h"
 #include "record/json_text.h"
 
 #include <QDateTime>
@@ -19,28 +20,6 @@ QVariant bound(qint64 number)
 QVariant bound(int number)
 {
     return number;
-}
-
-/// Never NULL, which an empty text would be bound as.
-QVariant bound(const QString &text)
-{
-    return text.isNull() ? QStringLiteral("") : text;
-}
-
-QVariant numberOrNull(qint64 number)
-{
-    return number == 0 ? QVariant() : QVariant(number);
-}
-
-/// A server's texts cannot hold it; its symbol stands for it.
-QString withoutNul(const QString &text)
-{
-    return text.contains(QChar(u'\0')) ? QString(text).replace(QChar(u'\0'), QChar(u'\u2400')) : text;
-}
-
-QVariant textOrNull(const QString &text)
-{
-    return text.isEmpty() ? QVariant() : QVariant(text);
 }
 
 const QVariant &bound(const QVariant &value)

@@ -2,6 +2,7 @@
 
 #include "platform/file_lock.h"
 #include "platform/files.h"
+#include "record/bound_values.h"
 #include "record/record_address.h"
 #include "record/record_file.h"
 #include "record/schema.h"
@@ -59,20 +60,9 @@ template <class Words> auto valueIn(const Words &words, const QString &word)
     return words.front().first;
 }
 
-/// A server's texts cannot hold a zero, and an empty text must not become NULL.
 QVariant text(const QString &text)
 {
-    return text.isEmpty() ? QVariant(u""_s) : QVariant(QString(text).replace(QChar(u'\0'), QChar(u'\u2400')));
-}
-
-QVariant textOrNull(const QString &value)
-{
-    return value.isEmpty() ? QVariant() : text(value);
-}
-
-QVariant numberOrNull(qint64 number)
-{
-    return number == 0 ? QVariant() : QVariant(number);
+    return bound(withoutNul(text));
 }
 
 const QString fields =
@@ -84,7 +74,7 @@ QVariantList valuesOf(const TransmissionRow &row, bool isServer)
     return {row.begun,
             numberOrNull(row.ended),
             text(row.user),
-            textOrNull(row.operatorName),
+            textOrNull(withoutNul(row.operatorName)),
             text(row.file),
             text(row.line),
             text(row.station),

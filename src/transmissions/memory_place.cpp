@@ -1,12 +1,13 @@
 #include "transmissions/memory_place.h"
 
 #include "platform/settings_store.h"
+#include "record/record_address.h"
 
 namespace ktr {
 
 QString transmissionsPlace(const QString &server, const Environment &environment)
 {
-    QString record = server.isEmpty() ? qEnvironmentVariable("KTR_RECORD") : server;
+    QString record = server.isEmpty() ? qEnvironmentVariable(recordVariable) : server;
     if (record.isEmpty()) {
         record = SettingsStore().GetSetting(settingsOwner, settings_sections::operationalMode,
                                             QStringLiteral("record"));
