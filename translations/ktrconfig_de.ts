@@ -1531,6 +1531,177 @@
     </message>
 </context>
 <context>
+    <name>Transmissions</name>
+    <message>
+        <source>Transmission</source>
+        <translation>Übertragung</translation>
+    </message>
+    <message>
+        <source>Step</source>
+        <translation>Schritt</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>Befehl</translation>
+    </message>
+    <message>
+        <source>Outcome</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>Befehle</translation>
+    </message>
+    <message>
+        <source>Transmission to</source>
+        <translation>Übertragung an</translation>
+    </message>
+    <message>
+        <source>The module holds version %1, which was transmitted to station %2</source>
+        <translation>Das Modul hat die Version %1, die an die Station %2 übertragen wurde</translation>
+    </message>
+    <message>
+        <source>The module holds a newer version, %1, than this one, %2</source>
+        <translation>Das Modul hat eine neuere Version, %1, als diese, %2</translation>
+    </message>
+    <message>
+        <source>At %1 is station %2, as transmitted on %3</source>
+        <translation>Unter %1 ist die Station %2, wie am %3 übertragen</translation>
+    </message>
+    <message>
+        <source>A newer version, %1, was transmitted to this station on %2</source>
+        <translation>Eine neuere Version, %1, wurde am %2 an diese Station übertragen</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>nicht bekannt</translation>
+    </message>
+    <message>
+        <source>last transmitted: %1 on %2</source>
+        <translation>zuletzt übertragen: %1 am %2</translation>
+    </message>
+    <message>
+        <source>last over this line: %1</source>
+        <translation>zuletzt über diese Verbindung: %1</translation>
+    </message>
+    <message>
+        <source>%1 (module: %2)</source>
+        <translation>%1 (Modul: %2)</translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation>Station</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Verbindung</translation>
+    </message>
+    <message>
+        <source>Problems</source>
+        <translation>Probleme</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>Overwrites</source>
+        <translation>Überschreibt</translation>
+    </message>
+    <message>
+        <source>broken off before step %1, or still running</source>
+        <translation>vor Schritt %1 abgebrochen, oder noch im Gang</translation>
+    </message>
+    <message>
+        <source>broken off, or still running</source>
+        <translation>abgebrochen, oder noch im Gang</translation>
+    </message>
+    <message>
+        <source>broken off before step %1</source>
+        <translation>vor Schritt %1 abgebrochen</translation>
+    </message>
+    <message>
+        <source>broken off</source>
+        <translation>abgebrochen</translation>
+    </message>
+    <message>
+        <source>sent, not confirmed</source>
+        <translation>gesendet, nicht bestätigt</translation>
+    </message>
+    <message>
+        <source>in part</source>
+        <translation>teilweise</translation>
+    </message>
+    <message>
+        <source>whole</source>
+        <translation>vollständig</translation>
+    </message>
+    <message>
+        <source>confirmed</source>
+        <translation>bestätigt</translation>
+    </message>
+    <message>
+        <source>refused</source>
+        <translation>abgelehnt</translation>
+    </message>
+    <message>
+        <source>failed</source>
+        <translation>fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>unconfirmed</source>
+        <translation>unbestätigt</translation>
+    </message>
+    <message>
+        <source>sent</source>
+        <translation>gesendet</translation>
+    </message>
+    <message>
+        <source>Version sent</source>
+        <translation>Gesendete Version</translation>
+    </message>
+    <message>
+        <source>Version before</source>
+        <translation>Version zuvor</translation>
+    </message>
+    <message>
+        <source>Begun</source>
+        <translation>Begonnen</translation>
+    </message>
+    <message>
+        <source>Ended</source>
+        <translation>Beendet</translation>
+    </message>
+    <message>
+        <source>User</source>
+        <translation>Benutzer</translation>
+    </message>
+    <message>
+        <source>Operator</source>
+        <translation>Bediener</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Programm</translation>
+    </message>
+    <message>
+        <source>Number</source>
+        <translation>Nummer</translation>
+    </message>
+</context>
+<context>
     <name>WatchAlarms</name>
     <message>
         <source>The program stood still, or the clock was set</source>
@@ -2597,6 +2768,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Opened: edits that are not saved yet. Saving replaces %1</source>
         <translation>Geöffnet: Änderungen, die noch nicht gespeichert sind. Das Speichern ersetzt %1</translation>
     </message>
+    <message>
+        <source>Opened: %1. Saving asks for a file.</source>
+        <translation>Geöffnet: %1. Beim Speichern wird nach einer Datei gefragt.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::FindPage</name>
@@ -3496,6 +3671,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Compare...</source>
         <translation>Vergleichen...</translation>
+    </message>
+    <message>
+        <source>Transmissions...</source>
+        <translation>Übertragungen...</translation>
     </message>
 </context>
 <context>
@@ -4528,6 +4707,25 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::TransmissionNotes</name>
+    <message>
+        <source>The transmission is remembered now</source>
+        <translation>Die Übertragung ist jetzt festgehalten</translation>
+    </message>
+    <message>
+        <source>The transmission is not remembered: %1</source>
+        <translation>Die Übertragung wird nicht festgehalten: %1</translation>
+    </message>
+    <message>
+        <source>The settings cannot be written</source>
+        <translation>Die Einstellungen lassen sich nicht schreiben</translation>
+    </message>
+    <message>
+        <source>Old transmissions removed: %1</source>
+        <translation>Alte Übertragungen entfernt: %1</translation>
+    </message>
+</context>
+<context>
     <name>ktr::TransmissionPanel</name>
     <message>
         <source>Cancel</source>
@@ -4572,6 +4770,125 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Possible with the same configuration over the same connection only</source>
         <translation>Nur mit derselben Konfiguration über dieselbe Verbindung möglich</translation>
+    </message>
+    <message>
+        <source>Transmit anyway</source>
+        <translation>Trotzdem übertragen</translation>
+    </message>
+    <message>
+        <source>Receipt...</source>
+        <translation>Beleg...</translation>
+    </message>
+    <message>
+        <source>Writes what was transmitted and what became of it into a PDF</source>
+        <translation>Schreibt in ein PDF, was übertragen und was daraus wurde</translation>
+    </message>
+    <message>
+        <source>This may be the wrong configuration for this module</source>
+        <translation>Dies ist vielleicht die falsche Konfiguration für dieses Modul</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::TransmissionsWindow</name>
+    <message>
+        <source>Transmissions</source>
+        <translation>Übertragungen</translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation>Station</translation>
+    </message>
+    <message>
+        <source>Begun</source>
+        <translation>Begonnen</translation>
+    </message>
+    <message>
+        <source>Version</source>
+        <translation>Version</translation>
+    </message>
+    <message>
+        <source>Outcome</source>
+        <translation>Ergebnis</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Verbindung</translation>
+    </message>
+    <message>
+        <source>User</source>
+        <translation>Benutzer</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Step</source>
+        <translation>Schritt</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>Befehl</translation>
+    </message>
+    <message>
+        <source>Keep for:</source>
+        <translation>Aufheben:</translation>
+    </message>
+    <message>
+        <source>ever</source>
+        <translation>für immer</translation>
+    </message>
+    <message>
+        <source> years</source>
+        <translation> Jahre</translation>
+    </message>
+    <message>
+        <source>Older ones are removed; of each station the newest whole one stays</source>
+        <translation>Ältere werden entfernt; von jeder Station bleibt die neueste vollständige</translation>
+    </message>
+    <message>
+        <source>Those in a record on a server stay until its administrator removes them</source>
+        <translation>Die in einer Aufzeichnung auf einem Server bleiben, bis deren Verwalter sie entfernt</translation>
+    </message>
+    <message>
+        <source>Open as document</source>
+        <translation>Als Dokument öffnen</translation>
+    </message>
+    <message>
+        <source>Compare...</source>
+        <translation>Vergleichen...</translation>
+    </message>
+    <message>
+        <source>Compares with the configuration in the main window</source>
+        <translation>Vergleicht mit der Konfiguration im Hauptfenster</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>Exportieren...</translation>
+    </message>
+    <message>
+        <source>Receipt...</source>
+        <translation>Beleg...</translation>
+    </message>
+    <message>
+        <source>Nothing was transmitted yet</source>
+        <translation>Es wurde noch nichts übertragen</translation>
+    </message>
+    <message>
+        <source>%1, transmitted on %2</source>
+        <translation>%1, übertragen am %2</translation>
+    </message>
+    <message>
+        <source>Exported: %1</source>
+        <translation>Exportiert: %1</translation>
+    </message>
+    <message>
+        <source>Receipt %1</source>
+        <translation>Beleg %1</translation>
+    </message>
+    <message>
+        <source>Receipt written: %1</source>
+        <translation>Beleg geschrieben: %1</translation>
     </message>
 </context>
 <context>

@@ -272,6 +272,18 @@ void FileCommands::offerKept()
     box->show();
 }
 
+void FileCommands::openUnsaved(const Configuration &configuration, const QString &name)
+{
+    m_history.endGroup();
+    m_history.adjust({}, [&configuration](Configuration &changed) { changed = configuration; });
+    m_history.endGroup();
+    m_document.setFileName(QString());
+    m_document.setModified(true);
+    Q_EMIT titleChanged();
+    Q_EMIT replaced();
+    Q_EMIT statusMessage(tr("Opened: %1. Saving asks for a file.").arg(name));
+}
+
 /// As one step that undo takes back.
 void FileCommands::openKept(const KeptEdits::Copy &copy)
 {

@@ -33,6 +33,8 @@ public:
     /// Asks for a file and loads it.
     void loadChosen();
     void load(const QString &fileName);
+    /// Shows a configuration that stands in no file, under a name for the user. Undo takes it back.
+    void openUnsaved(const Configuration &configuration, const QString &name);
 
     /// Reads the present file at the start; without one all fields silently take their fall-backs.
     void readPresent();

@@ -8,6 +8,7 @@
 #include "app/page_builder.h"
 #include "app/problem_panel.h"
 #include "app/status_line.h"
+#include "app/transmission_notes.h"
 #include "app/transmission_panel.h"
 #include "config/address.h"
 #include "look/icons.h"
@@ -80,6 +81,22 @@ FormMain::FormMain(const Services &services)
         std::make_unique<LinkPresenter>(m_link, m_services.timers, m_document, m_texts, *m_menu, *m_status);
     m_linkDialogs = std::make_unique<LinkDialogs>(*this, m_context, *m_linkPresenter, m_link.transmitter(),
                                                   m_files->dialogs());
+    m_transmissions = std::make_unique<TransmissionNotes>(m_link, m_document,
+                                                          [this] { return m_linkPresenter->toldVersion(); });
+    connect(m_transmissions.get(), &TransmissionNotes::statusMessage, this, &FormMain::showStatus);
+    connect(m_transmissionPanel, &TransmissionPanel::receiptWanted, this, [this] {
+        const auto askSave = [this](const QString &proposal, const QString &filter) {
+            return m_files->dialogs().askSave(proposal, filter);
+        };
+        const QString told = saveReceipt(m_transmissions->last(), askSave, m_texts, m_services.environment);
+        if (!told.isEmpty()) {
+            showStatus(told);
+        }
+    });
+    m_linkPresenter->setGate([this](const std::function<void()> &go) {
+        m_transmissions->look(
+            [this, go](const TransmissionLook &look) { m_transmissionPanel->showLook(look, go); });
+    });
     m_pageBuilder = std::make_unique<PageBuilder>(m_context, *m_linkPresenter, m_files->dialogs(), m_options);
     connectMenu();
     connectDocument();
@@ -228,6 +245,7 @@ void FormMain::finishStart()
         showStatus(troubles);
     }
     m_operationalMode.setRecord(m_options.record);
+    m_transmissions->setRecord(m_options.record);
     if (m_options.operationalMode) {
         openOperationalMode();
         if (!troubles.isEmpty()) { // this window is not seen
@@ -324,6 +342,7 @@ void FormMain::connectMenu()
     connect(m_menu->exitAtOnce, &QAction::triggered, this, &FormMain::exitWanted);
     connect(m_menu->undo, &QAction::triggered, &m_history, &EditHistory::undo);
     connect(m_menu->redo, &QAction::triggered, &m_history, &EditHistory::redo);
+    connect(m_menu->showTransmissions, &QAction::triggered, this, &FormMain::showTransmissions);
     connect(m_menu->openSettings, &QAction::triggered, &m_sideWindows, &SideWindows::showSettings);
     connect(m_menu->compareConfigurations, &QAction::triggered, &m_sideWindows,
             [this] { m_sideWindows.showCompare(m_files->dialogs()); });
@@ -350,6 +369,26 @@ void FormMain::showField(const EditPlace &place)
     raise();
     activateWindow();
     m_tabs->goTo(place);
+}
+
+void FormMain::showTransmissions()
+{
+    bool isNew = false;
+    TransmissionsWindow &window =
+        m_sideWindows.showTransmissions({m_transmissions->memory(), m_services.environment, m_texts,
+                                         [this](const QString &proposal, const QString &filter) {
+                                             return m_files->dialogs().askSave(proposal, filter);
+                                         },
+                                         [this](const Configuration &configuration, const QString &name) {
+                                             compareWith(configuration, name);
+                                         }},
+                                        isNew);
+    if (isNew) {
+        connect(&window, &TransmissionsWindow::openWanted, m_files.get(), &FileCommands::openUnsaved);
+        connect(&window, &TransmissionsWindow::statusMessage, this, &FormMain::showStatus);
+        connect(&window, &TransmissionsWindow::yearsChosen, m_transmissions.get(),
+                &TransmissionNotes::setYears);
+    }
 }
 
 void FormMain::connectDocument()

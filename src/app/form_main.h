@@ -19,6 +19,7 @@ class MainMenu;
 class PageBuilder;
 class ProblemPanel;
 class StatusLine;
+class TransmissionNotes;
 class TransmissionPanel;
 
 /// What the main window needs from its surroundings.
@@ -97,6 +98,7 @@ private:
     void connectEthernet(const QString &address, bool exclusive);
     void connectOperationalMode();
     void openOperationalMode();
+    void showTransmissions();
 
     void showField(const EditPlace &place);
 
@@ -122,6 +124,7 @@ private:
     std::unique_ptr<FileCommands> m_files;
     std::unique_ptr<LinkPresenter> m_linkPresenter;
     std::unique_ptr<LinkDialogs> m_linkDialogs;
+    std::unique_ptr<TransmissionNotes> m_transmissions;
     std::unique_ptr<PageBuilder> m_pageBuilder;
     SideWindows m_sideWindows;
     OperationalModeOpener m_operationalMode;

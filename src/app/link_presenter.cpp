@@ -133,6 +133,7 @@ void LinkPresenter::forgetOtherModule()
         return;
     }
     m_lineName = m_line.name();
+    m_hasTold = false;
     m_versions.forget();
     if (m_calibration != nullptr) {
         m_calibration->clear();
@@ -150,6 +151,10 @@ void LinkPresenter::connectReplies()
     });
     connect(&m_replies, &ReplyHandler::statusMessage, this, &LinkPresenter::statusMessage);
     connect(&m_replies, &ReplyHandler::versionReported, &m_versions, &VersionCheck::handleVersion);
+    connect(&m_replies, &ReplyHandler::versionReported, this, [this] { m_hasTold = true; });
+    for (const ModuleSession *session : m_line.sessions()) {
+        connect(session, &ModuleSession::caught, this, [this] { m_hasTold = false; });
+    }
     connect(&m_versions, &VersionCheck::changed, this, &LinkPresenter::showVersion);
     connect(&m_versions, &VersionCheck::statusMessage, this, &LinkPresenter::statusMessage);
     connect(&m_versions, &VersionCheck::differenceFound, this, [this](const QString &text) {
@@ -327,13 +332,27 @@ void LinkPresenter::showProgress(int step)
     }
 }
 
-void LinkPresenter::transmit()
+bool LinkPresenter::hasLine()
 {
     if (m_line.port().isEmpty()) {
         Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection), portTopic);
-        return;
+        return false;
     }
-    m_transmitter.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
+    return true;
+}
+
+void LinkPresenter::transmit()
+{
+    if (hasLine()) {
+        m_gate([this] { transmitNow(); });
+    }
+}
+
+void LinkPresenter::transmitNow()
+{
+    if (hasLine()) { // it may have gone meanwhile
+        m_transmitter.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
+    }
 }
 
 /// The image is checked before anything is sent, and nothing is sent before the user agrees.
@@ -425,6 +444,11 @@ void LinkPresenter::takeOverTransmitted()
             }
         }
     });
+}
+
+std::optional<QString> LinkPresenter::toldVersion() const
+{
+    return m_hasTold ? std::optional(m_versions.module().configuration) : std::nullopt;
 }
 
 void LinkPresenter::showVersion()

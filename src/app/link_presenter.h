@@ -35,11 +35,17 @@ public:
     void attach(CalibrationPage &page);
     void attach(InfoPage &page);
 
+    /// The version text that the module told over the line in use, or was given since; nothing while it told
+    /// nothing. One that starts anew may be another one, at the same port.
+    std::optional<QString> toldVersion() const;
+
     /// Shows the link's state.
     void show();
     /// The same in another language.
     void applyTexts();
 
+    /// Somebody looks at a transmission before it begins, and calls `go` when it is to.
+    void setGate(std::function<void(std::function<void()> go)> gate) { m_gate = std::move(gate); }
     /// Transmits the configuration, as soon as the module reads its SMS.
     void transmit();
 
@@ -83,6 +89,8 @@ private:
     void tickLine();
     void showProgress(int step);
     void showEnd();
+    bool hasLine();
+    void transmitNow();
     void sendFirmware();
     void takeOverTransmitted();
     void showVersion();
@@ -103,6 +111,8 @@ private:
     LinkLog m_log;
     VersionCheck m_versions;
     ReplyHandler m_replies;
+    bool m_hasTold = false; ///< the module that talks now has told its version
+    std::function<void(std::function<void()> go)> m_gate = [](const std::function<void()> &go) { go(); };
     std::function<QString()> m_stateText; ///< returns the state of the transmission in the present language
     QString m_stateLine;                  ///< the same as it was shown last
 };

@@ -37,6 +37,8 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
     m_transmit = bar->addMenu(QString());
     transmitConfiguration = add(m_transmit, "mnu_doConfig", QKeySequence(Qt::Key_F5));
     sendFirmware = add(m_transmit, "mnu_doApplication");
+    m_transmit->addSeparator();
+    showTransmissions = add(m_transmit, "mnu_transmissions", QKeySequence(Qt::CTRL | Qt::Key_T));
 
     m_connection = bar->addMenu(QString());
     searchPorts = add(m_connection, "mnu_verbindung_seriell");
@@ -120,6 +122,7 @@ void MainMenu::applyTexts(const TextTable &texts)
     m_transmit->setTitle(text(Text::Transmit));
     transmitConfiguration->setText(text(Text::Configuration));
     sendFirmware->setText(text(Text::Application));
+    showTransmissions->setText(tr("Transmissions..."));
     m_connection->setTitle(text(Text::Connection));
     searchPorts->setText(tr("Search serial ports"));
     connectEthernet->setText(text(Text::Ethernet) + u' ' + text(Text::PlusGsm));

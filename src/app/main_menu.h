@@ -46,6 +46,7 @@ public:
     QAction *redo;
     QAction *transmitConfiguration;
     QAction *sendFirmware;
+    QAction *showTransmissions;
     QAction *searchPorts;
     QAction *connectEthernet;
     QAction *connectExclusively;

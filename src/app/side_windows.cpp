@@ -100,6 +100,20 @@ void SideWindows::closeCompare()
     }
 }
 
+TransmissionsWindow &SideWindows::showTransmissions(const TransmissionsWindow::Services &services,
+                                                    bool &isNew)
+{
+    isNew = m_transmissions == nullptr;
+    if (isNew) {
+        m_transmissions = new TransmissionsWindow(services, &m_window);
+        m_transmissions->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_transmissions->show();
+    m_transmissions->raise();
+    m_transmissions->activateWindow();
+    return *m_transmissions;
+}
+
 void SideWindows::applyTexts()
 {
     const auto apply = [](auto &window) {
@@ -111,12 +125,13 @@ void SideWindows::applyTexts()
     apply(m_preview);
     apply(m_about);
     apply(m_settings);
+    apply(m_transmissions);
 }
 
 void SideWindows::close()
 {
     for (QWidget *window :
-         std::initializer_list<QWidget *>{m_compare.get(), m_preview, m_about, m_settings}) {
+         std::initializer_list<QWidget *>{m_compare.get(), m_preview, m_about, m_settings, m_transmissions}) {
         if (window != nullptr) {
             window->close();
         }

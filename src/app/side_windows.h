@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/transmissions_window.h"
 #include "config/edit_history.h"
 #include "lang/text_table.h"
 #include "printout/printout.h"
@@ -42,6 +43,8 @@ public:
     void showCompareWith(FileDialogs &dialogs, const Configuration &other, const QString &title);
 
     void closeCompare();
+    /// One that is open comes to the front. Whoever calls it connects what it asks for, where it `isNew`.
+    TransmissionsWindow &showTransmissions(const TransmissionsWindow::Services &services, bool &isNew);
 
     void applyTexts();
     /// Closes those that are open.
@@ -65,6 +68,7 @@ private:
     QPointer<frm_preview> m_preview;
     QPointer<frmAbout> m_about;
     QPointer<frmSettings> m_settings;
+    QPointer<TransmissionsWindow> m_transmissions;
 };
 
 } // namespace ktr

@@ -28,6 +28,8 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
       m_title(new QLabel(this)),
       m_detail(new QLabel(this)),
       m_details(new QScrollArea(this)),
+      m_anyway(new QPushButton(this)),
+      m_receipt(new QPushButton(this)),
       m_cancel(new QPushButton(this)),
       m_resume(new QPushButton(this)),
       m_close(new QPushButton(this))
@@ -48,6 +50,8 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
     m_detail->setAutoFillBackground(false);
     m_details->viewport()->installEventFilter(this);
     m_detail->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    m_anyway->setObjectName(QStringLiteral("cmd_transmission_anyway"));
+    m_receipt->setObjectName(QStringLiteral("cmd_transmission_receipt"));
     m_cancel->setObjectName(QStringLiteral("cmd_transmission_cancel"));
     m_resume->setObjectName(QStringLiteral("cmd_transmission_resume"));
     m_close->setObjectName(QStringLiteral("cmd_transmission_close"));
@@ -61,6 +65,8 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(12, 4, 12, 4);
     layout->addLayout(texts, 1);
+    layout->addWidget(m_anyway);
+    layout->addWidget(m_receipt);
     layout->addWidget(m_resume);
     layout->addWidget(m_cancel);
     layout->addWidget(m_close);
@@ -75,6 +81,15 @@ TransmissionPanel::TransmissionPanel(ModuleLink &link, Document &document, Where
     connect(m_cancel, &QPushButton::clicked, &m_transmitter, &Transmitter::cancel);
     connect(m_resume, &QPushButton::clicked, &m_transmitter, &Transmitter::resume);
     connect(m_close, &QPushButton::clicked, this, &QWidget::hide);
+    connect(m_close, &QPushButton::clicked, this, &TransmissionPanel::leaveQuestion);
+    connect(m_anyway, &QPushButton::clicked, this, [this] {
+        const std::function<void()> go = m_go;
+        leaveQuestion();
+        if (go) {
+            go();
+        }
+    });
+    connect(m_receipt, &QPushButton::clicked, this, &TransmissionPanel::receiptWanted);
     connect(m_detail, &QLabel::linkActivated, this, [this](const QString &step) {
         const StepPlace place = placeOfStep(step.toInt());
         Q_EMIT placeChosen({place.control, place.entry});
@@ -86,9 +101,14 @@ void TransmissionPanel::applyTexts()
 {
     m_cancel->setText(tr("Cancel"));
     m_cancel->setToolTip(tr("Ends the transmission before its next step"));
+    m_anyway->setText(tr("Transmit anyway"));
+    m_receipt->setText(tr("Receipt..."));
+    m_receipt->setToolTip(tr("Writes what was transmitted and what became of it into a PDF"));
     m_resume->setText(tr("Continue"));
     m_close->setText(tr("Close"));
-    if (m_ended) {
+    if (m_go) {
+        showQuestion();
+    } else if (m_ended) {
         showSummary();
     } else {
         showRunning();
@@ -96,8 +116,37 @@ void TransmissionPanel::applyTexts()
     showButtons();
 }
 
+void TransmissionPanel::showLook(const TransmissionLook &look, const std::function<void()> &go)
+{
+    m_look = look;
+    if (look.misfits().isEmpty()) {
+        leaveQuestion();
+        go();
+        return;
+    }
+    m_go = go;
+    showQuestion();
+    show();
+    showButtons();
+    m_anyway->setFocus();
+}
+
+/// Nothing was sent yet; it stands here instead of in a box, beside what it is about.
+void TransmissionPanel::showQuestion()
+{
+    m_title->setText(tr("This may be the wrong configuration for this module"));
+    showDetail(m_look.misfits().join(u'\n') + u'\n' + m_look.summary());
+}
+
+void TransmissionPanel::leaveQuestion()
+{
+    m_go = nullptr;
+    showButtons();
+}
+
 void TransmissionPanel::begin()
 {
+    m_go = nullptr;
     m_started = m_document.environment().now();
     m_firstStep = m_transmitter.step();
     m_ended = false;
@@ -135,7 +184,8 @@ void TransmissionPanel::showRunning()
 {
     if (m_command.isEmpty()) {
         m_title->setText(tr("Transmitting the configuration"));
-        showDetail(tr("Waiting until the module reads its SMS"));
+        const QString look = m_look.commands > 0 ? u'\n' + m_look.summary() : QString();
+        showDetail(tr("Waiting until the module reads its SMS") + look);
         return;
     }
     const QString left = timeLeft(m_step);
@@ -222,9 +272,11 @@ void TransmissionPanel::showButtons()
 {
     const bool running = m_transmitter.isTransmitting();
     const bool broken = m_ended && m_transmitter.report().brokenAt.has_value();
+    m_anyway->setVisible(m_go != nullptr);
+    m_receipt->setVisible(m_ended && !running && !m_go);
     m_cancel->setVisible(running);
     m_close->setVisible(!running);
-    m_resume->setVisible(broken);
+    m_resume->setVisible(broken && !m_go);
     m_resume->setEnabled(m_transmitter.canResume(m_document.configuration()));
     m_resume->setToolTip(m_resume->isEnabled()
                              ? tr("Goes on at the step where the transmission stopped")

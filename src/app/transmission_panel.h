@@ -2,6 +2,7 @@
 
 #include "config/edit_history.h"
 #include "link/module_link.h"
+#include "transmissions/transmission_look.h"
 
 #include <QTimer>
 #include <QWidget>
@@ -25,6 +26,10 @@ public:
 
     TransmissionPanel(ModuleLink &link, Document &document, Where where, QWidget *parent = nullptr);
 
+    /// What a transmission is about to do: where nothing is known not to fit, it `go`es on at once, and the
+    /// look stands here until the module gets its first command; otherwise when the user agrees.
+    void showLook(const TransmissionLook &look, const std::function<void()> &go);
+
     void applyTexts();
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -32,9 +37,13 @@ public:
 Q_SIGNALS:
     /// The user wants to go to what failed.
     void placeChosen(const ktr::EditPlace &place);
+    /// He wants a receipt of what was transmitted.
+    void receiptWanted();
 
 private:
     void begin();
+    void showQuestion();
+    void leaveQuestion();
     void takeStep(int step, const QString &command);
     void showRunning();
     void end();
@@ -57,6 +66,10 @@ private:
     QLabel *m_title;
     QLabel *m_detail;
     QScrollArea *m_details; ///< holds it: there may be a link for each step
+    TransmissionLook m_look;
+    std::function<void()> m_go; ///< while it is asked whether to
+    QPushButton *m_anyway;
+    QPushButton *m_receipt;
     QPushButton *m_cancel;
     QPushButton *m_resume;
     QPushButton *m_close;

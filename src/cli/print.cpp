@@ -1,7 +1,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/loading.h"
-#include "lang/load_texts.h"
+#include "cli/receipts.h"
 #include "platform/terminal.h"
 #include "printout/printout.h"
 
@@ -21,16 +21,13 @@ void describePrintFile(Arguments &arguments)
         QStringLiteral("Prints the configuration FILE into OUT.pdf, on A4. The PIN is masked."));
     arguments.addOption({QStringLiteral("all"),
                          QStringLiteral("Prints limit values and switch points that are not in use, too.")});
-    arguments.addOption({QStringLiteral("language"),
-                         QStringLiteral("The titles' language: english or deutsch (english)."),
-                         QStringLiteral("LANGUAGE"), QStringLiteral("english")});
+    addLanguageOption(arguments);
 }
 
 std::optional<int> checkPrintFile(const Arguments &arguments)
 {
-    const QString language = arguments.value(QStringLiteral("language"));
-    if (language != QLatin1String("english") && language != QLatin1String("deutsch")) {
-        return arguments.wrong(QStringLiteral("\"%1\" is no language").arg(language));
+    if (const std::optional<int> code = checkLanguage(arguments)) {
+        return code;
     }
     return arguments.distinctFiles({QStringLiteral("FILE"), QStringLiteral("OUT.pdf")});
 }
@@ -42,12 +39,7 @@ int printFile(const Arguments &arguments)
         return failed;
     }
     TextTable texts;
-    const LoadedTexts loaded = LoadTexts(texts, arguments.value(QStringLiteral("language")),
-                                         deliveredFile(QStringLiteral("language.ini")));
-    if (!loaded.message.isEmpty()) {
-        complain(loaded.message);
-        texts.fillEnglish();
-    }
+    loadTitles(arguments, texts);
     const Environment &environment = document.environment();
     const PrintedEntries entries =
         arguments.isSet(QStringLiteral("all")) ? PrintedEntries::All : PrintedEntries::InUse;

@@ -1,14 +1,15 @@
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "cli/receipts.h"
 #include "cli/shared_record.h"
-#include "config/configuration_file.h"
 #include "link/conversation_log.h"
 #include "platform/csv.h"
 #include "platform/files.h"
 #include "record/json_text.h"
 #include "record/record_address.h"
+#include "transmissions/held_configuration.h"
 #include "transmissions/memory_place.h"
-#include "transmissions/transmission_memory.h"
+#include "transmissions/transmission_texts.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -23,6 +24,7 @@ const QString olderOption = QStringLiteral("older-than");
 const QString listAction = QStringLiteral("list");
 const QString showAction = QStringLiteral("show");
 const QString exportAction = QStringLiteral("export");
+const QString receiptAction = QStringLiteral("receipt");
 const QString thinAction = QStringLiteral("thin");
 
 QString actionOf(const Arguments &arguments)
@@ -71,59 +73,11 @@ std::optional<qint64> numberOf(const QString &text)
     return isNumber && number > 0 ? std::optional(number) : std::nullopt;
 }
 
-QString localTime(qint64 at)
-{
-    return at == 0 ? QString()
-                   : QDateTime::fromMSecsSinceEpoch(at).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
-}
-
 /// "2026-11-20T10:00:00+01:00"
 QString isoTime(qint64 at)
 {
     const QDateTime time = QDateTime::fromMSecsSinceEpoch(at);
     return at == 0 ? QString() : time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODate);
-}
-
-/// In words for the user.
-QString verdictText(const TransmissionRow &row)
-{
-    const QString step = row.resumeStep ? QStringLiteral(" before step %1").arg(*row.resumeStep) : QString();
-    switch (row.verdict) {
-    case TransmissionVerdict::NotEnded:
-        return QStringLiteral("broken off%1, or still running").arg(step);
-    case TransmissionVerdict::BrokenOff:
-        return QLatin1String("broken off") + step;
-    case TransmissionVerdict::Unknown:
-        return QStringLiteral("sent, not confirmed");
-    case TransmissionVerdict::Whole:
-    case TransmissionVerdict::InPart:
-        break;
-    }
-    return wordOf(row.verdict);
-}
-
-QJsonObject jsonObject(const TransmissionRow &row)
-{
-    const auto numberOrNull = [](std::optional<int> number) {
-        return number ? QJsonValue(*number) : QJsonValue();
-    };
-    return {
-        {QStringLiteral("n"), row.id},
-        {QStringLiteral("begun"), isoTime(row.begun)},
-        {QStringLiteral("ended"), row.ended == 0 ? QJsonValue() : QJsonValue(isoTime(row.ended))},
-        {QStringLiteral("user"), row.user},
-        {QStringLiteral("operator"), row.operatorName},
-        {QStringLiteral("file"), row.file},
-        {QStringLiteral("line"), row.line},
-        {QStringLiteral("station"), row.station},
-        {QStringLiteral("version_before"), row.versionBefore ? QJsonValue(*row.versionBefore) : QJsonValue()},
-        {QStringLiteral("version_sent"), row.versionSent},
-        {QStringLiteral("program"), row.program},
-        {QStringLiteral("first_step"), row.firstStep},
-        {QStringLiteral("answers"), row.answers},
-        {QStringLiteral("verdict"), wordOf(row.verdict)},
-        {QStringLiteral("last_step"), numberOrNull(row.lastStep)},
-        {QStringLiteral("resume_step"), numberOrNull(row.resumeStep)}};
 }
 
 /// Rows of cells as columns of equal width; the last one is as it is.
@@ -182,12 +136,16 @@ bool isMissing(const QString &place)
     return !isServerAddress(place) && !QFileInfo::exists(place);
 }
 
-int list(const Arguments &arguments, TransmissionTable &table)
+/// Without a table there are none.
+int list(const Arguments &arguments, TransmissionTable *table)
 {
     TransmissionFilter filter{.station = arguments.value(stationOption)};
     filter.since = momentOf(arguments.value(sinceOption)).value_or(0);
     QList<TransmissionRow> rows;
-    if (const Status read = table.find(filter, [&rows](const TransmissionRow &row) { rows += row; }); !read) {
+    const Status read = table != nullptr
+                            ? table->find(filter, [&rows](const TransmissionRow &row) { rows += row; })
+                            : Status::done();
+    if (!read) {
         return fail(read.message());
     }
     if (arguments.isSet(outputOption)) {
@@ -200,7 +158,7 @@ int list(const Arguments &arguments, TransmissionTable &table)
     }
     if (arguments.isSet(jsonOption)) {
         for (const TransmissionRow &row : rows) {
-            print(jsonText(jsonObject(row)));
+            print(jsonText(transmissionJson(row)));
         }
         return done;
     }
@@ -209,7 +167,7 @@ int list(const Arguments &arguments, TransmissionTable &table)
                               QStringLiteral("user"), QStringLiteral("file")}};
     for (const TransmissionRow &row : rows) {
         lines += QStringList{QString::number(row.id),
-                             localTime(row.begun),
+                             transmissionTime(row.begun),
                              logText(row.station),
                              logText(row.versionSent),
                              verdictText(row),
@@ -225,59 +183,45 @@ int list(const Arguments &arguments, TransmissionTable &table)
     return done;
 }
 
-int show(const Arguments &arguments, const TransmissionRow &row, const QList<TransmissionStepRow> &steps)
+int show(const Arguments &arguments, const RememberedTransmission &transmission)
 {
     if (arguments.isSet(jsonOption)) {
-        QJsonObject object = jsonObject(row);
-        QJsonArray commands;
-        for (const TransmissionStepRow &step : steps) {
-            commands += QJsonObject{{QStringLiteral("step"), step.step},
-                                    {QStringLiteral("command"), step.command},
-                                    {QStringLiteral("outcome"), wordOf(step.outcome)},
-                                    {QStringLiteral("attempts"), step.attempts},
-                                    {QStringLiteral("at"), isoTime(step.at)}};
-        }
-        object.insert(QStringLiteral("commands"), commands);
-        print(jsonText(object));
+        print(jsonText(transmissionJson(transmission)));
         return done;
     }
-    const QString before = row.versionBefore ? logText(*row.versionBefore) : QStringLiteral("not known");
-    QList<QStringList> head{
-        {QStringLiteral("transmission"), QString::number(row.id)},
-        {QStringLiteral("outcome"), verdictText(row)},
-        {QStringLiteral("station"), logText(row.station)},
-        {QStringLiteral("version sent"), logText(row.versionSent)},
-        {QStringLiteral("version before"), before},
-        {QStringLiteral("line"), logText(row.line)},
-        {QStringLiteral("begun"), localTime(row.begun)},
-        {QStringLiteral("ended"), row.ended == 0 ? QStringLiteral("not known") : localTime(row.ended)},
-        {QStringLiteral("user"), logText(row.user)},
-        {QStringLiteral("operator"), logText(row.operatorName)},
-        {QStringLiteral("file"), logText(row.file)},
-        {QStringLiteral("program"), row.program},
-    };
-    head.removeIf([](const QStringList &line) { return line.last().isEmpty(); });
+    QList<QStringList> head;
+    for (const auto &[name, value] : transmissionFacts(transmission)) {
+        head += QStringList{name, value};
+    }
     printTable(head);
     QList<QStringList> lines{{QStringLiteral("step"), QStringLiteral("outcome"), QStringLiteral("command")}};
-    for (const TransmissionStepRow &step : steps) {
+    for (const TransmissionStepRow &step : transmission.steps) {
         const QString times = step.attempts > 1 ? QStringLiteral(", %1 times").arg(step.attempts) : QString();
-        lines += QStringList{QString::number(step.step), wordOf(step.outcome) + times, logText(step.command)};
+        lines +=
+            QStringList{QString::number(step.step), outcomeText(step.outcome) + times, logText(step.command)};
     }
     print(QString());
     printTable(lines);
     return done;
 }
 
-/// The bytes that the program would have saved when the transmission began.
-int exportConfiguration(const TransmissionRow &row, const QString &path)
+int receipt(const Arguments &arguments, const RememberedTransmission &transmission)
 {
-    const bool hasPin = row.hasPin && withoutPinElement(row.configuration) != row.configuration;
-    const Status written =
-        replaceFile(path, row.configuration.toUtf8(), hasPin ? Readers::Owner : Readers::AsUsual);
+    const QString path = arguments.positional(2);
+    const Status written = writeReceiptFile(path, arguments, transmission);
     if (!written) {
         return fail(written.message());
     }
-    if (row.hasPin && !hasPin) {
+    print(QStringLiteral("%1: the receipt of transmission %2").arg(path).arg(transmission.row.id));
+    return done;
+}
+
+int exportConfiguration(const TransmissionRow &row, const QString &path)
+{
+    if (const Status written = exportTransmission(row, path); !written) {
+        return fail(written.message());
+    }
+    if (lacksPin(row)) {
         complain(QStringLiteral("the PIN of the SIM is not in it: a record on a server does not keep it"));
     }
     print(QStringLiteral("%1: the configuration of transmission %2").arg(path).arg(row.id));
@@ -307,9 +251,11 @@ void describeTransmissions(Arguments &arguments)
         "  transmissions                     lists them\n"
         "  transmissions show N              one, with each command and what became of it\n"
         "  transmissions export N FILE.xml   writes the configuration as it was sent\n"
+        "  transmissions receipt N FILE       writes a receipt, as FILE.pdf or FILE.json\n"
         "  transmissions thin --older-than 5y\n"
         "                                    removes old ones; the newest whole one of each station stays"));
     addMemoryOption(arguments);
+    addLanguageOption(arguments);
     const auto add = [&](const QString &name, const char *description, const char *value) {
         arguments.addOption(QCommandLineOption(name, QLatin1String(description), QLatin1String(value)));
     };
@@ -327,9 +273,11 @@ std::optional<int> checkTransmissions(const Arguments &arguments)
 {
     const QString action = actionOf(arguments);
     const bool isList = action == listAction;
-    const bool needsNumber = action == showAction || action == exportAction;
+    const bool needsFile = action == exportAction || action == receiptAction;
+    const bool needsNumber = action == showAction || needsFile;
     if (!isList && !needsNumber && action != thinAction) {
-        return arguments.wrong(QStringLiteral("\"%1\" is none of list, show, export, thin").arg(action));
+        return arguments.wrong(
+            QStringLiteral("\"%1\" is none of list, show, export, receipt, thin").arg(action));
     }
     const QString number = arguments.positional(1);
     if (needsNumber && !numberOf(number)) {
@@ -338,8 +286,13 @@ std::optional<int> checkTransmissions(const Arguments &arguments)
                                    : QStringLiteral("\"%1\" is no number of a transmission").arg(number));
     }
     const QString file = arguments.positional(2);
-    if (action == exportAction && file.isEmpty()) {
+    if (needsFile && file.isEmpty()) {
         return arguments.wrong(QStringLiteral("the name of the file is missing"));
+    }
+    if (action == receiptAction) {
+        if (const std::optional<int> code = checkReceipt(arguments, file)) {
+            return code;
+        }
     }
     const QString tooMuch = !needsNumber ? number : action == showAction ? file : QString();
     if (!tooMuch.isEmpty()) {
@@ -381,25 +334,30 @@ int transmissions(const Arguments &arguments)
         }
     }
     TransmissionTable table(database);
-    if (action == listAction || action == thinAction) {
+    if (action == listAction) {
+        return list(arguments, isNew ? nullptr : &table);
+    }
+    if (action == thinAction) {
         if (isNew) {
             print(QStringLiteral("no transmissions"));
             return done;
         }
-        return action == listAction ? list(arguments, table) : thin(arguments, table);
+        return thin(arguments, table);
     }
     std::optional<TransmissionRow> row;
-    QList<TransmissionStepRow> steps;
+    RememberedTransmission transmission;
     if (!isNew) {
-        if (const Status read = table.read(*number, row, steps); !read) {
+        if (const Status read = table.read(*number, row, transmission.steps); !read) {
             return fail(read.message());
         }
     }
     if (!row) {
         return fail(QStringLiteral("%1: has no transmission %2").arg(place).arg(*number));
     }
-    return action == showAction ? show(arguments, *row, steps)
-                                : exportConfiguration(*row, arguments.positional(2));
+    transmission.row = *row;
+    return action == showAction      ? show(arguments, transmission)
+           : action == receiptAction ? receipt(arguments, transmission)
+                                     : exportConfiguration(*row, arguments.positional(2));
 }
 
 } // namespace ktr::cli

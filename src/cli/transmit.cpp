@@ -2,11 +2,17 @@
 #include "cli/console.h"
 #include "cli/link_job.h"
 #include "cli/loading.h"
+#include "cli/receipts.h"
 #include "cli/shared_record.h"
 #include "link/problems.h"
+#include "link/reply_interpreter.h"
 #include "link/service_commands.h"
 #include "transmissions/memory_place.h"
 #include "transmissions/transmission_keeper.h"
+#include "transmissions/transmission_look.h"
+
+#include <QEventLoop>
+#include <QTimer>
 
 namespace ktr::cli {
 
@@ -15,6 +21,54 @@ namespace {
 const QString answerOption = QStringLiteral("answer");
 const QString unconfirmedOption = QStringLiteral("unconfirmed");
 const QString resumeOption = QStringLiteral("resume");
+const QString receiptOption = QStringLiteral("receipt");
+const QString anywayOption = QStringLiteral("anyway");
+
+/// What is known before anything is sent. A memory that does not answer soon is done without.
+TransmissionLook lookBefore(TransmissionMemory &memory, TransmissionLook look)
+{
+    constexpr std::chrono::seconds longestWait{2};
+    QEventLoop loop;
+    QObject asker;
+    TransmissionLook result = look;
+    memory.ask<TransmissionLook>(
+        &asker, [look](TransmissionTable &table) { return withMemory(look, table); },
+        [look](const Status &) { return look; },
+        [&](const TransmissionLook &answer) {
+            result = answer;
+            loop.quit();
+        });
+    QTimer::singleShot(longestWait, &loop, &QEventLoop::quit);
+    loop.exec();
+    return result;
+}
+
+/// Shows what is known, and complains about what does not fit; false: nothing is to be sent.
+bool agreesTo(const TransmissionLook &look, bool anyway)
+{
+    for (const auto &[name, value] : look.facts()) {
+        print(name + QLatin1String(": ") + value);
+    }
+    const QStringList misfits = look.misfits();
+    for (const QString &misfit : misfits) {
+        complain(misfit);
+    }
+    if (!misfits.isEmpty() && !anyway) {
+        complain(QStringLiteral("nothing was sent; --anyway transmits all the same"));
+    }
+    return misfits.isEmpty() || anyway;
+}
+
+/// The version text that a reply tells, if it is one.
+std::optional<QString> versionIn(const ModemDialogue::Reply &reply)
+{
+    for (const ReplyEvent &event : interpretReply(reply)) {
+        if (const auto *version = std::get_if<VersionReply>(&event)) {
+            return version->configuration;
+        }
+    }
+    return std::nullopt;
+}
 
 /// What became of the transmission, in the words of the panel of the main window.
 void printReport(const TransmissionReport &report)
@@ -28,6 +82,15 @@ void printReport(const TransmissionReport &report)
         }
         complain(finding.text + (steps.isEmpty() ? QString() : u' ' + steps.join(QLatin1String(", "))));
     }
+}
+
+int giveReceipt(const Arguments &arguments, const RememberedTransmission &transmission)
+{
+    if (!arguments.isSet(receiptOption)) {
+        return done;
+    }
+    const Status written = writeReceiptFile(arguments.value(receiptOption), arguments, transmission);
+    return written ? done : fail(written.message());
 }
 
 int exitCode(TransmissionReport::Verdict verdict)
@@ -66,6 +129,13 @@ void describeTransmit(Arguments &arguments)
                                         "configuration and the module must be as they were."),
                          QStringLiteral("STEP"), QString::number(steps::first)});
     addMemoryOption(arguments);
+    arguments.addOption(
+        {anywayOption, QStringLiteral("Transmits also what is known not to fit: to another station, or an "
+                                      "older version than the module holds or was transmitted last.")});
+    arguments.addOption({receiptOption,
+                         QStringLiteral("Writes a receipt of the transmission, as FILE.pdf or FILE.json."),
+                         QStringLiteral("FILE")});
+    addLanguageOption(arguments);
 }
 
 std::optional<int> checkTransmit(const Arguments &arguments)
@@ -79,8 +149,15 @@ std::optional<int> checkTransmit(const Arguments &arguments)
     if (const std::optional<int> code = LinkJob::check(arguments)) {
         return code;
     }
-    const std::optional<int> code = checkRecordAddress(arguments, arguments.value(recordOption));
-    return code ? code : arguments.distinctFiles({QStringLiteral("FILE"), QStringLiteral("log")});
+    if (const std::optional<int> code = checkRecordAddress(arguments, arguments.value(recordOption))) {
+        return code;
+    }
+    if (arguments.isSet(receiptOption)) {
+        if (const std::optional<int> code = checkReceipt(arguments, arguments.value(receiptOption))) {
+            return code;
+        }
+    }
+    return arguments.distinctFiles({QStringLiteral("FILE"), QStringLiteral("log"), receiptOption});
 }
 
 int transmit(const Arguments &arguments)
@@ -104,6 +181,15 @@ int transmit(const Arguments &arguments)
         }
     });
     TransmissionKeeper keeper(memory, document.environment());
+    const bool anyway = arguments.isSet(anywayOption);
+    TransmissionLook look =
+        lookAt(configuration, {answer, document.environment().locale, document.environment().now()});
+    look.line = arguments.value(job.isEthernet() ? ethernetOption : serialOption);
+    look.isAddress = job.isEthernet();
+    look = lookBefore(memory, look);
+    if (!agreesTo(look, anyway)) {
+        return failed;
+    }
     bool started = false;
     job.setState([&] {
         return QStringLiteral("stopped at step %1").arg(started ? session.resumeStep() : *firstStep);
@@ -133,6 +219,13 @@ int transmit(const Arguments &arguments)
         if (reply.refuses()) {
             complain(QLatin1String("the module says: ") + logText(reply.text));
         }
+        // It tells its version before it is given anything that changes it.
+        look.moduleVersion = versionIn(reply);
+        constexpr int firstChange = 1;
+        if (look.moduleVersion && !anyway && session.step() <= firstChange && !look.misfits().isEmpty()) {
+            job.abandon(look.misfits().join(QLatin1String("; ")) +
+                        QLatin1String("; nothing was changed in it, --anyway transmits all the same"));
+        }
     });
     QObject::connect(&session, &ModuleSession::transmitted, &session,
                      [&] { job.finishWhenDrained(exitCode(session.transmission().report().verdict())); });
@@ -145,7 +238,7 @@ int transmit(const Arguments &arguments)
     }
     print(QStringLiteral("waiting for the module"));
     showNow();
-    const int code = job.run();
+    int code = job.run();
     progress.end();
     if (started) {
         session.stopTransmission();
@@ -155,6 +248,9 @@ int transmit(const Arguments &arguments)
         keeper.end();
         printReport(session.transmission().report());
         (void)memory.flush(); // what goes wrong is told
+        if (giveReceipt(arguments, keeper.transmission()) != done) {
+            code = failed;
+        }
     }
     return code;
 }

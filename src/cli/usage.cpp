@@ -3,6 +3,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/patient_job.h"
+#include "cli/receipts.h"
 #include "config/configuration_file.h"
 
 #include <algorithm>
@@ -43,9 +44,9 @@ constexpr std::array table = {
     Command{"compare", "FILE OTHER", "tells in which fields they differ, or what a module lacks of FILE",
             describeCompare, compare, checkCompare},
     Command{"transmit", "FILE", "transmits a configuration to a module", describeTransmit, transmit,
-            checkTransmit, plainApplication, talks},
+            checkTransmit, applicationForReceipts, talks},
     Command{"transmissions", "[ACTION] [N] [FILE]", "tells what was transmitted to which module",
-            describeTransmissions, transmissions, checkTransmissions},
+            describeTransmissions, transmissions, checkTransmissions, applicationForReceipts},
     Command{"send", "COMMAND", "sends one command and prints the module's answer", describeSend, send,
             checkSend, plainApplication, talks},
     Command{"history", "[LOG]", "fetches a module's archive as CSV, or takes it out of a log",

@@ -89,6 +89,7 @@ public:
 
     /// Whether the module is to answer, from the next command on.
     void setAnswer(bool answer) { m_answer = answer; }
+    bool isAnswering() const { return m_answer; }
 
     /// Begins, or goes on where it broke off, over a line of this kind.
     void run(LineKind kind);

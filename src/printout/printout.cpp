@@ -34,10 +34,12 @@ Printout::Printout(const Configuration &configuration, const TextTable &texts, c
 {
     QStringList names{configuration.gsm.stationId.trimmed(), QFileInfo(options.fileName).fileName()};
     names.removeAll(QString());
-    m_title = QString(texts.text(configurationTitle) + u' ' + names.value(0)).trimmed();
-    m_pages = layOut(m_title, printContent(configuration, texts, options.locale, options.entries),
-                     {names.join(u"  ·  "), programName(),
-                      options.locale.toString(options.now.date(), QLocale::ShortFormat)});
+    const QString title = options.title.isEmpty() ? texts.text(configurationTitle) : options.title;
+    m_title = QString(title + u' ' + names.value(0)).trimmed();
+    m_pages =
+        layOut(m_title, options.front + printContent(configuration, texts, options.locale, options.entries),
+               {names.join(u"  ·  "), programName(),
+                options.locale.toString(options.now.date(), QLocale::ShortFormat)});
 }
 
 void Printout::paintPage(QPainter &painter, int page) const

@@ -15,6 +15,8 @@ struct PrintoutOptions
     QLocale locale = QLocale::c();
     QDateTime now;
     PrintedEntries entries = PrintedEntries::InUse;
+    QString title{};             ///< empty: that of a configuration
+    QList<PrintSection> front{}; ///< what stands before the configuration
 };
 
 /// A whole configuration as A4 pages, for paper, preview and PDF: all break into the same pages. Needs an

@@ -2,6 +2,7 @@
 
 #include "config/configuration_file.h"
 #include "link/command_sequence.h"
+#include "platform/files.h"
 
 #include <QStringList>
 
@@ -87,6 +88,17 @@ Status configurationOf(const TransmissionRow &row, Configuration &configuration,
     configuration = {};
     const ReadReport report = readConfiguration(row.configuration.toUtf8(), configuration, environment);
     return report.document;
+}
+
+bool lacksPin(const TransmissionRow &row)
+{
+    return row.hasPin && withoutPinElement(row.configuration) == row.configuration;
+}
+
+Status exportTransmission(const TransmissionRow &row, const QString &path)
+{
+    return replaceFile(path, row.configuration.toUtf8(),
+                       row.hasPin && !lacksPin(row) ? Readers::Owner : Readers::AsUsual);
 }
 
 HeldConfiguration whatHolds(TransmissionTable &table, const QString &station, const QString &version,

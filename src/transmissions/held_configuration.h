@@ -43,4 +43,10 @@ HeldConfiguration whatHolds(TransmissionTable &table, const QString &station, co
 Status configurationOf(const TransmissionRow &row, Configuration &configuration,
                        const Environment &environment);
 
+/// Writes it as a file, with the bytes that the program would have saved when the transmission began. One
+/// with a PIN is readable for its owner only.
+Status exportTransmission(const TransmissionRow &row, const QString &path);
+/// Whether what was sent had a PIN that the record does not keep.
+bool lacksPin(const TransmissionRow &row);
+
 } // namespace ktr

@@ -43,7 +43,13 @@ StepOutcome outcomeOf(int step, const TransmissionReport &report)
 
 TransmissionKeeper::TransmissionKeeper(TransmissionMemory &memory, Environment environment, QObject *parent)
     : QObject(parent), m_memory(memory), m_environment(std::move(environment))
-{}
+{
+    connect(&m_memory, &TransmissionMemory::kept, this, [this](const QString &uid, qint64 id) {
+        if (uid == m_transmission.row.uid) {
+            m_transmission.row.id = id;
+        }
+    });
+}
 
 void TransmissionKeeper::begin(const ModuleSession &session, const Configuration &configuration,
                                const About &about)

@@ -9,6 +9,8 @@
 #include "support/page_fixture.h"
 #include "support/recorded_line.h"
 #include "support/silent_line.h"
+#include "support/test_files.h"
+#include "transmissions/transmission_memory.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -30,8 +32,10 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
+#include <QSpinBox>
 #include <QStyleOptionComboBox>
 #include <QTabBar>
+#include <QTableView>
 #include <QTemporaryDir>
 #include <QTextDocument>
 #include <QToolButton>
@@ -79,6 +83,7 @@ private Q_SLOTS:
         m_line = std::make_unique<SilentLine>();
         m_ports.clear();
         m_network.opened.clear();
+        m_dataFolder.clear();
     }
 
     void cleanup()
@@ -757,6 +762,156 @@ private Q_SLOTS:
         QTRY_COMPARE(control<QLabel>(*m_window, "Label_msg")->text(), "Please establish a connection");
     }
 
+    /// One that broke off and went on is one transmission.
+    void whatIsTransmittedIsRemembered()
+    {
+        m_dataFolder = path("data");
+        m_ports = {"COM1"};
+        const QString file = fileWith("Werk 7");
+        start({"-load", file});
+        clickMenu("mnu_doConfig");
+        QTRY_VERIFY(control<QPushButton>(*m_window, "cmd_transmission_cancel")->isVisible());
+        const auto read = [this] { Q_EMIT m_line->received("at+cmgr=1\r"); };
+        read();
+        Q_EMIT m_line->received("at+cmgs=\"+IP\"\r");
+        Q_EMIT m_line->received("V,2.1.05,of before,KTR\x1A");
+        read();
+        QTRY_COMPARE(remembered().steps.size(), 2);
+        QCOMPARE(remembered().row.verdict, TransmissionVerdict::NotEnded);
+        QTRY_VERIFY(QApplication::activeModalWidget() ==
+                    nullptr); // the versions differ, which is told beside
+        control<QPushButton>(*m_window, "cmd_transmission_cancel")->click();
+        QTRY_COMPARE(remembered().row.verdict, TransmissionVerdict::BrokenOff);
+        QCOMPARE(remembered().row.resumeStep, 1);
+        control<QPushButton>(*m_window, "cmd_transmission_resume")->click();
+        while (control<QPushButton>(*m_window, "cmd_transmission_cancel")->isVisible()) {
+            read();
+        }
+        QTRY_COMPARE(remembered().row.verdict, TransmissionVerdict::Whole);
+        QVERIFY(control<QPushButton>(*m_window, "cmd_transmission_receipt")->isVisible());
+        const RememberedTransmission whole = remembered();
+        QCOMPARE(whole.row.id, 1);
+        QCOMPARE(whole.row.station, "Werk 7");
+        QCOMPARE(whole.row.file, file);
+        QCOMPARE(whole.row.line, "COM1");
+        QCOMPARE(whole.row.versionBefore, QString("of before"));
+        QCOMPARE(whole.steps.size(), steps::last + 1);
+        Configuration sent;
+        QVERIFY(readConfiguration(whole.row.configuration.toUtf8(), sent, fixedEnvironment()).document);
+        QCOMPARE(sent.gsm.stationId, "Werk 7");
+    }
+
+    void aMemoryThatCannotBeWrittenIsToldAndStopsNothing()
+    {
+        m_dataFolder = path("data");
+        QVERIFY(writeFile(m_dataFolder, "a file"));
+        m_ports = {"COM1"};
+        start({});
+        clickMenu("mnu_doConfig");
+        QTRY_VERIFY2(lastEvent().startsWith("The transmission is not remembered: "), qPrintable(lastEvent()));
+        while (control<QPushButton>(*m_window, "cmd_transmission_cancel")->isVisible()) {
+            Q_EMIT m_line->received("at+cmgr=1\r");
+        }
+        QVERIFY(m_line->sent.contains("\r\nv,"));
+    }
+
+    /// A module that told a newer version, and one where all is well.
+    void beforeATransmissionStandsWhatIsKnown()
+    {
+        m_dataFolder = path("data");
+        m_ports = {"COM1"};
+        start({});
+        m_window->document().adjust([](Configuration &changed) {
+            changed.gsm.stationId = "Werk 7";
+            changed.versionText = "2026-11-01 10:00:00";
+        });
+        auto *anyway = control<QPushButton>(*m_window, "cmd_transmission_anyway");
+        auto *cancel = control<QPushButton>(*m_window, "cmd_transmission_cancel");
+        auto *close = control<QPushButton>(*m_window, "cmd_transmission_close");
+        auto *detail = control<QLabel>(*m_window, "lbl_transmission_detail");
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        QTRY_VERIFY(cancel->isVisible());
+        QVERIFY2(detail->text().contains("Station: Werk 7 (module: not known)"), qPrintable(detail->text()));
+        QVERIFY(detail->text().contains("Line: COM1") && !anyway->isVisible());
+        cancel->click();
+
+        Q_EMIT m_line->received("at+cmgs=\"+IP\"\r");
+        Q_EMIT m_line->received("V,2.1.05,2026-11-02 10:00:00,KTR\x1A");
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        QTRY_VERIFY(anyway->isVisible());
+        QVERIFY(!cancel->isVisible() && m_window->focusWidget() == anyway);
+        QVERIFY2(detail->text().contains("a newer version, 2026-11-02 10:00:00"), qPrintable(detail->text()));
+        m_line->sent.clear();
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        QCOMPARE(m_line->sent, "at+cmgr=1\r\nOK\r\n"); // nothing is handed over while it is asked
+        QTRY_VERIFY(close->isEnabled());
+        QTest::mouseClick(close, Qt::LeftButton);
+        QVERIFY(!anyway->isVisible() && !cancel->isVisible());
+        clickMenu("mnu_doConfig"); // a message about the versions has the focus
+        QTRY_VERIFY(anyway->isVisible());
+        QTest::keyClick(anyway, Qt::Key_Space);
+        QVERIFY(cancel->isVisible() && !anyway->isVisible());
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        QVERIFY(m_line->sent.contains("V,\xA7"));
+        cancel->click();
+        Q_EMIT m_line->received("at+cpin?\r"); // it may be another one that starts
+        clickMenu("mnu_doConfig");
+        QTRY_VERIFY(cancel->isVisible());
+    }
+
+    void theWindowOfTransmissionsListsOpensAndExports()
+    {
+        m_dataFolder = path("data");
+        m_ports = {"COM1"};
+        start({});
+        for (const auto *station : {"Werk 7", "Werk 8"}) {
+            m_window->document().adjust(
+                [station](Configuration &changed) { changed.gsm.stationId = station; });
+            QTest::keyClick(m_window.get(), Qt::Key_F5);
+            auto *cancel = control<QPushButton>(*m_window, "cmd_transmission_cancel");
+            QTRY_VERIFY(cancel->isVisible());
+            while (cancel->isVisible()) {
+                Q_EMIT m_line->received("at+cmgr=1\r");
+            }
+        }
+        QTest::keyClick(m_window.get(), Qt::Key_T, Qt::ControlModifier);
+        auto *window = m_window->findChild<QWidget *>("Form_transmissions");
+        QVERIFY(window != nullptr && QTest::qWaitForWindowActive(window));
+        auto *list = control<QTableView>(*window, "Table_transmissions");
+        auto *commands = control<QTableView>(*window, "Table_transmissions_commands");
+        auto *facts = control<QLabel>(*window, "Label_transmissions_facts");
+        QTRY_COMPARE(list->model()->rowCount(), 2);
+        QVERIFY(!control<QLabel>(*window, "Label_transmissions_empty")->isVisible());
+        QTRY_COMPARE(commands->model()->rowCount(), steps::last + 1 - 4); // without output values
+        QVERIFY(commands->model()->index(1, 2).data().toString().startsWith("n,****,"));
+        QVERIFY(facts->text().contains("Station: Werk 8\nOutcome: whole"));
+        QTest::keyClick(list, Qt::Key_Down);
+        QTRY_VERIFY(facts->text().contains("Station: Werk 7"));
+        QTest::keyClicks(control<QLineEdit>(*window, "Text_transmissions_station"), "8");
+        QCOMPARE(list->model()->rowCount(), 1);
+        control<QLineEdit>(*window, "Text_transmissions_station")->clear();
+        QCOMPARE(list->model()->rowCount(), 2);
+        list->setCurrentIndex(list->model()->index(1, 0));
+        QTRY_VERIFY(facts->text().contains("Station: Werk 7"));
+        QVERIFY(control<QPushButton>(*window, "Cmd_transmissions_compare")->isVisible());
+        QTest::mouseClick(control<QPushButton>(*window, "Cmd_transmissions_open"), Qt::LeftButton);
+        QCOMPARE(m_window->document().configuration().gsm.stationId, "Werk 7");
+        QVERIFY(m_window->document().isModified() && m_window->document().fileName().isEmpty());
+        QVERIFY(lastEvent().startsWith("Opened: Werk 7, transmitted on "));
+        clickMenu("mnu_undo");
+        QCOMPARE(m_window->document().configuration().gsm.stationId, "Werk 8");
+
+        // All are new, but an age is kept, and the newest whole one of each station would stay in any case.
+        auto *years = control<QSpinBox>(*window, "Spin_transmissions_years");
+        years->setFocus();
+        QTest::keyClick(years, Qt::Key_Up);
+        QTest::keyClick(years, Qt::Key_Return);
+        QCOMPARE(SettingsStore().GetSetting(settings, "Record", "transmissionYears"), "1");
+        QTest::keyClick(window, Qt::Key_Escape);
+        QVERIFY(!window->isVisible());
+        m_window->document().setModified(false);
+    }
+
     void aCommandThatWaitsIsShownAndCanBeTakenBack()
     {
         start({});
@@ -1075,10 +1230,24 @@ private:
         return report.document ? configuration.gsm.stationId : report.document.message();
     }
 
+    /// The one transmission that is remembered.
+    RememberedTransmission remembered() const
+    {
+        RecordDatabase database;
+        std::optional<TransmissionRow> row;
+        QList<TransmissionStepRow> steps;
+        const QString place = m_dataFolder + "/transmissions.sqlite";
+        return QFile::exists(place) && openForTransmissions(database, place) &&
+                       TransmissionTable(database).read(1, row, steps) && row
+                   ? RememberedTransmission{*row, steps}
+                   : RememberedTransmission();
+    }
+
     void start(const QStringList &arguments)
     {
         Environment environment = fixedEnvironment();
         environment.programFolder = m_folder->path();
+        environment.dataFolder = m_dataFolder;
         m_window =
             std::make_unique<FormMain>(Services{environment, m_timers, *m_line, m_network,
                                                 [this] { return m_ports; }, m_folder->path() + "/instance",
@@ -1215,6 +1384,7 @@ private:
     std::unique_ptr<SilentLine> m_line;
     SilentLine m_network;
     QStringList m_ports;
+    QString m_dataFolder; ///< empty: nothing is to be left
     QList<QUrl> m_opened;
     test::RecordedLine *m_stationLine = nullptr; ///< of the station that was added last
     std::unique_ptr<FormMain> m_window;

@@ -87,6 +87,9 @@ private:
     }
 
 private Q_SLOTS:
+    /// What other runs transmitted is not remembered.
+    void initTestCase() { qputenv("XDG_DATA_HOME", QFile::encodeName(path(u"data"_s))); }
+
     void wrongUsageIsToldInOneLineWithCode2()
     {
         for (const auto *line : {"",

@@ -111,7 +111,9 @@ private Q_SLOTS:
         const Result sent = transmit(sample);
         QVERIFY2(sent.code == 0 && sent.errors.isEmpty(), qPrintable(sent.errors));
         QCOMPARE(ktrcli({u"new"_s, path(u"other.xml"_s)}).code, 0);
-        QCOMPARE(transmit(path(u"other.xml"_s)).code, 0);
+        const Result another = ktrcli({u"transmit"_s, path(u"other.xml"_s), u"--serial"_s, path(u"module"_s),
+                                       u"--answer"_s, u"--anyway"_s}); // its identifier is another one
+        QVERIFY2(another.code == 0, qPrintable(another.errors));
 
         const QList<QJsonObject> rows = listed();
         QCOMPARE(rows.size(), 2);
@@ -156,6 +158,63 @@ private Q_SLOTS:
 
         QCOMPARE(ktrcli({u"transmissions"_s, u"thin"_s, u"--older-than"_s, u"1d"_s}).code, 0);
         QCOMPARE(listed().size(), 2);
+    }
+
+    void whatIsKnownNotToFitIsSentOnlyOnRequest()
+    {
+        const auto stamped = [this](const QString &name, const QByteArray &version) {
+            QByteArray file = contentOf(sample);
+            file.replace(sampleVersion.toLatin1(), version);
+            QVERIFY(ktr::test::writeFile(path(name), file));
+        };
+        stamped(u"newer.xml"_s, "2027-01-02 10:00:00");
+        stamped(u"older.xml"_s, "2020-01-02 10:00:00");
+        const Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s)});
+        const Result newer = transmit(path(u"newer.xml"_s));
+        QVERIFY2(newer.code == 0 && newer.errors.isEmpty(), qPrintable(newer.errors));
+        QVERIFY2(newer.output.contains(u"(module: not known)\nLine: "_s), qPrintable(newer.output));
+        const Result older = transmit(path(u"older.xml"_s));
+        QCOMPARE(older.code, 1);
+        QVERIFY2(older.errors.contains(u"A newer version, 2027-01-02 10:00:00, was transmitted"_s) &&
+                     older.errors.endsWith(u"ktrcli: nothing was sent; --anyway transmits all the same\n"_s),
+                 qPrintable(older.errors));
+        QCOMPARE(listed().size(), 1);
+
+        // Where nothing is remembered, the module itself tells before anything changes.
+        QVERIFY(QDir(path(u"home"_s)).removeRecursively());
+        const Result told = transmit(path(u"older.xml"_s));
+        QCOMPARE(told.code, 1);
+        QVERIFY2(told.errors.contains(u"The module holds a newer version, 2027-01-02 10:00:00"_s),
+                 qPrintable(told.errors));
+        QCOMPARE(listed().first().value("last_step"_L1).toInt(-1), 0);
+        const Result anyway =
+            ktrcli({u"transmit"_s, path(u"older.xml"_s), u"--serial"_s, path(u"module"_s), u"--anyway"_s});
+        QVERIFY2(anyway.code == 0, qPrintable(anyway.errors));
+        QCOMPARE(listed().first().value("version_before"_L1).toString(), u"2027-01-02 10:00:00"_s);
+    }
+
+    void aReceiptTellsEachCommandAndHidesThePin()
+    {
+        const Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s)});
+        const QStringList words{u"transmit"_s,     sample,        u"--serial"_s,
+                                path(u"module"_s), u"--answer"_s, u"--receipt"_s};
+        QCOMPARE(ktrcli(words + QStringList{path(u"receipt.txt"_s)}).code, 2);
+        QVERIFY(listed().isEmpty());
+        const Result sent = ktrcli(words + QStringList{path(u"receipt.json"_s)});
+        QVERIFY2(sent.code == 0, qPrintable(sent.errors));
+        const QJsonObject receipt = QJsonDocument::fromJson(contentOf(path(u"receipt.json"_s))).object();
+        QCOMPARE(receipt.value("n"_L1).toInt(), 1);
+        QCOMPARE(receipt.value("verdict"_L1).toString(), u"whole"_s);
+        QCOMPARE(receipt.value("commands"_L1).toArray().size(), steps::last + 1);
+        QVERIFY(receipt.value("configuration"_L1).toString().contains(u"<PIN></PIN>"_s));
+        const QByteArray pin = contentOf(sample).mid(contentOf(sample).indexOf("<PIN>") + 5, 4);
+        QVERIFY(!contentOf(path(u"receipt.json"_s)).contains("N," + pin));
+        const Result again = ktrcli({u"transmissions"_s, u"receipt"_s, u"1"_s, path(u"receipt.pdf"_s),
+                                     u"--language"_s, u"deutsch"_s});
+        QVERIFY2(again.code == 0, qPrintable(again.errors));
+        QVERIFY(contentOf(path(u"receipt.pdf"_s)).startsWith("%PDF"));
+        QCOMPARE(ktrcli({u"transmissions"_s, u"receipt"_s, u"1"_s, path(u"no/such/receipt.json"_s)}).code, 1);
+        QCOMPARE(ktrcli({u"transmissions"_s, u"receipt"_s, u"1"_s, path(u"receipt"_s)}).code, 2);
     }
 
     void oneThatBrokeOffOrWasKilledIsThereAsFarAsItCame_data()

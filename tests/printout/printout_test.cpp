@@ -1,6 +1,7 @@
 #include "config/channels.h"
 #include "config/fields.h"
 #include "printout/printout.h"
+#include "printout/receipt.h"
 #include "support/environment.h"
 
 #include <QFile>
@@ -63,6 +64,29 @@ public:
     static void initMain() { qputenv("QT_QPA_PLATFORM", "offscreen"); }
 
 private Q_SLOTS:
+    void aReceiptHasFactsCommandsAndTheConfiguration()
+    {
+        Configuration configuration = freshConfiguration();
+        configuration.gsm.stationId = u"Plant 7"_s;
+        RememberedTransmission given;
+        given.row = {.id = 12,
+                     .station = u"Plant 7"_s,
+                     .versionSent = u"2026-11-01"_s,
+                     .verdict = TransmissionVerdict::InPart};
+        for (int step = 0; step < 79; ++step) {
+            given.steps += {step, u"G,%1"_s.arg(1000 + step),
+                            step == 7 ? StepOutcome::Failed : StepOutcome::Confirmed, 1, 1};
+        }
+        const Printout receipt = receiptPages(given, configuration, TextTable(), test::fixedEnvironment());
+        const QString text = allText(receipt);
+        for (const QString &expected :
+             {u"Plant 7"_s, u"in part"_s, u"78 confirmed, 1 failed"_s, u"not known"_s, u"G,1000"_s,
+              u"G,1007 failed"_s, u"G,1078"_s, u"+49"_s}) {
+            QVERIFY2(text.contains(expected), qPrintable(expected));
+        }
+        QVERIFY(receipt.pageCount() > printoutOf(configuration).pageCount());
+    }
+
     void everyTextOfAConfigurationIsPrintedButForThePin()
     {
         Configuration configuration;

@@ -6,6 +6,7 @@
 #include "support/private_postgres.h"
 #include "support/test_files.h"
 #include "transmissions/held_configuration.h"
+#include "transmissions/transmission_look.h"
 #include "transmissions/transmission_memory.h"
 
 #include <QDir>
@@ -197,6 +198,59 @@ private Q_SLOTS:
         typed.steps.last().command = u"G,1,1,0,"_s;
         write(typed);
         QCOMPARE(held(third.versionText).proof, Proof::Ambiguous);
+    }
+
+    void onlyWhatIsKnownNotToFitIsAskedAbout()
+    {
+        const QString older = u"2026-11-01 10:00:00"_s;
+        const QString newer = u"2026-11-02 10:00:00"_s;
+        const auto misfits = [this](const Configuration &meant, const std::optional<QString> &told,
+                                    const QString &line = u"COM1"_s) {
+            TransmissionLook look = lookAt(meant, {});
+            look.moduleVersion = told;
+            look.line = line;
+            look.isAddress = line.contains(u'.');
+            RecordDatabase database;
+            const Status opened = openForTransmissions(database, m_place);
+            TransmissionTable table(database);
+            return opened ? withMemory(look, table).misfits().size() : -1;
+        };
+        const Configuration meant = configuration(older);
+        QCOMPARE(misfits(meant, {}), 0); // nothing is known
+        QCOMPARE(misfits(meant, older), 0);
+        QCOMPARE(misfits(meant, u"A1"_s), 0); // no stamp: not known to be newer
+        QCOMPARE(misfits(meant, newer), 1);   // the module is ahead of the file
+        write(configuration(newer), TransmissionVerdict::BrokenOff);
+        QCOMPARE(misfits(meant, {}), 0); // never reached its closing command
+        write(configuration(newer), TransmissionVerdict::InPart);
+        QCOMPARE(misfits(meant, {}), 1);
+        QCOMPARE(misfits(meant, newer), 2);
+        QCOMPARE(misfits(configuration(newer), older), 0);
+        QCOMPARE(misfits(configuration(u"2026-11-03 10:00:00"_s, u"Plant 2"_s), newer), 1); // another station
+        RememberedTransmission far = made(configuration(older, u"Plant 3"_s), TransmissionVerdict::Whole);
+        far.row.line = u"10.0.0.7"_s;
+        write(far);
+        QCOMPARE(misfits(configuration(newer), {}, u"10.0.0.7"_s), 1);
+        QCOMPARE(misfits(configuration(newer, u"Plant 3"_s), {}, u"10.0.0.7"_s), 0);
+    }
+
+    void aLookTellsWhatIsOverwritten()
+    {
+        Configuration meant = configuration(u"1"_s);
+        meant.sendValues.front().enabled = false;
+        TransmissionLook look = lookAt(meant, {});
+        QCOMPARE(look.commands, 75);
+        QCOMPARE(look.overwritten, (QStringList{u"15 BStZ DOut 1"_s, u"16 BStZ DOut 2"_s}));
+        meant.sendValues.front().enabled = true;
+        meant.digitalInputs[1].value = u"9"_s;
+        for (const std::size_t i : {0U, 2U, 3U}) {
+            meant.digitalInputs[i].value.clear();
+        }
+        look = lookAt(meant, {});
+        QCOMPARE(look.commands, 79);
+        QCOMPARE(look.overwritten.size(), 7);
+        QCOMPARE(look.overwritten.first(), u"2 DigIn 2"_s);
+        QVERIFY(look.summary().contains(u"(module: not known)"_s));
     }
 
     void whatCannotBeWrittenWaitsAndIsTold()

@@ -1,0 +1,116 @@
+#include "app/transmission_notes.h"
+
+#include "app/transmissions_window.h"
+#include "config/document.h"
+#include "record/record_address.h"
+#include "transmissions/memory_place.h"
+
+#include <utility>
+
+namespace ktr {
+
+TransmissionNotes::TransmissionNotes(ModuleLink &link, const Document &document, ToldVersion told)
+    : m_link(link),
+      m_document(document),
+      m_told(std::move(told)),
+      m_memory(transmissionsPlace({}, document.environment())),
+      m_keeper(m_memory, document.environment())
+{
+    const Transmitter &transmitter = m_link.transmitter();
+    connect(&transmitter, &Transmitter::started, this, &TransmissionNotes::begin);
+    connect(&transmitter, &Transmitter::ended, &m_keeper, &TransmissionKeeper::end);
+    connect(&transmitter, &Transmitter::ended, this, &TransmissionNotes::thinOut);
+    connect(&m_memory, &TransmissionMemory::troubled, this, [this](const QString &why) {
+        Q_EMIT statusMessage(why.isEmpty() ? tr("The transmission is remembered now")
+                                           : tr("The transmission is not remembered: %1").arg(why));
+    });
+}
+
+void TransmissionNotes::setRecord(const QString &record)
+{
+    m_record = record;
+    m_memory.setPlace(transmissionsPlace(m_record, m_document.environment()));
+}
+
+void TransmissionNotes::setYears(int years)
+{
+    if (!setTransmissionYears(years)) {
+        Q_EMIT statusMessage(tr("The settings cannot be written"));
+        return;
+    }
+    thinOut();
+}
+
+/// Of the user's own file alone: what is on a server is its administrator's.
+void TransmissionNotes::thinOut()
+{
+    const int years = transmissionYears();
+    if (years == 0 || !m_memory.isThere() || isServerAddress(m_memory.place())) {
+        return;
+    }
+    const qint64 before = m_document.environment().now().addYears(-years).toMSecsSinceEpoch();
+    struct Thinned
+    {
+        Status status = Status::done();
+        qint64 removed = 0;
+    };
+    m_memory.ask<Thinned>(
+        this,
+        [before](TransmissionTable &table) {
+            Thinned thinned;
+            thinned.status = table.thin(before, thinned.removed);
+            return thinned;
+        },
+        [](const Status &why) { return Thinned{why}; },
+        [this](const Thinned &thinned) {
+            if (!thinned.status || thinned.removed > 0) {
+                Q_EMIT statusMessage(thinned.status ? tr("Old transmissions removed: %1").arg(thinned.removed)
+                                                    : thinned.status.message());
+            }
+        });
+}
+
+void TransmissionNotes::look(std::function<void(const TransmissionLook &)> looked)
+{
+    const Environment &environment = m_document.environment();
+    TransmissionLook known =
+        lookAt(m_document.configuration(), {false, environment.locale, environment.now()});
+    const ModuleLine &line = m_link.line();
+    known.line = line.port();
+    known.isAddress = line.kind() != ModuleLine::Kind::Serial;
+    known.moduleVersion = m_told();
+    m_look = std::make_unique<QObject>();
+    if (!m_memory.isThere()) {
+        looked(known);
+        return;
+    }
+    const auto handOn = [this, looked = std::move(looked)](const TransmissionLook &look) {
+        if (m_look != nullptr) {
+            m_look.release()->deleteLater(); // nothing further arrives for it
+            looked(look);
+        }
+    };
+    QTimer::singleShot(longestLook, m_look.get(), [known, handOn] { handOn(known); });
+    m_memory.ask<TransmissionLook>(
+        m_look.get(), [known](TransmissionTable &table) { return withMemory(known, table); },
+        [known](const Status &) { return known; }, handOn);
+}
+
+void TransmissionNotes::begin()
+{
+    Transmitter &transmitter = m_link.transmitter();
+    const TransmissionReport &report = transmitter.report();
+    if (report.sent + report.refused.size() > 0) { // it goes on where it broke off
+        m_keeper.goOn();
+        return;
+    }
+    m_memory.setPlace(
+        transmissionsPlace(m_record, m_document.environment())); // the settings may have changed
+    m_keeper.begin(m_link.line().session(), transmitter.transmitted(),
+                   {.file = m_document.source(),
+                    .line = m_link.line().port(),
+                    .versionBefore = m_told(),
+                    .answers = m_link.line().session().transmission().isAnswering()});
+}
+
+} // namespace ktr

@@ -1,0 +1,71 @@
+#include "cli/receipts.h"
+
+#include "cli/commands.h"
+#include "cli/console.h"
+#include "lang/load_texts.h"
+#include "platform/environment.h"
+#include "printout/receipt.h"
+
+#include <algorithm>
+#include <span>
+
+namespace ktr::cli {
+
+namespace {
+
+const QString languageOption = QStringLiteral("language");
+
+} // namespace
+
+void addLanguageOption(Arguments &arguments)
+{
+    arguments.addOption({languageOption,
+                         QStringLiteral("The titles' language in a PDF: english or deutsch (english)."),
+                         QStringLiteral("LANGUAGE"), QStringLiteral("english")});
+}
+
+std::optional<int> checkLanguage(const Arguments &arguments)
+{
+    const QString language = arguments.value(languageOption);
+    return language == QLatin1String("english") || language == QLatin1String("deutsch")
+               ? std::nullopt
+               : std::optional(arguments.wrong(QStringLiteral("\"%1\" is no language").arg(language)));
+}
+
+void loadTitles(const Arguments &arguments, TextTable &texts)
+{
+    const LoadedTexts loaded =
+        LoadTexts(texts, arguments.value(languageOption), deliveredFile(QStringLiteral("language.ini")));
+    if (!loaded.message.isEmpty()) {
+        complain(loaded.message);
+        texts.fillEnglish();
+    }
+}
+
+std::optional<int> checkReceipt(const Arguments &arguments, const QString &path)
+{
+    if (!isReceiptName(path)) {
+        return arguments.wrong(
+            QStringLiteral("a receipt is a PDF or JSON: \"%1\" ends neither in .pdf nor in .json").arg(path));
+    }
+    return checkLanguage(arguments);
+}
+
+Status writeReceiptFile(const QString &path, const Arguments &arguments,
+                        const RememberedTransmission &transmission)
+{
+    TextTable texts;
+    loadTitles(arguments, texts);
+    return writeReceipt(path, transmission, texts, systemEnvironment());
+}
+
+std::unique_ptr<QCoreApplication> applicationForReceipts(int &argc, char **argv)
+{
+    const std::span words(argv, static_cast<std::size_t>(argc));
+    const bool draws = std::ranges::any_of(words, [](const char *word) {
+        return QString::fromLocal8Bit(word).endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive);
+    });
+    return draws ? drawingApplication(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
+}
+
+} // namespace ktr::cli

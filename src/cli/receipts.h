@@ -1,0 +1,28 @@
+#pragma once
+
+#include "cli/arguments.h"
+#include "lang/text_table.h"
+#include "transmissions/transmission_memory.h"
+
+#include <QCoreApplication>
+
+#include <memory>
+#include <optional>
+
+namespace ktr::cli {
+
+// The titles' language of what is printed.
+void addLanguageOption(Arguments &arguments);
+std::optional<int> checkLanguage(const Arguments &arguments);
+/// In English, after a complaint, where the texts of that language cannot be read.
+void loadTitles(const Arguments &arguments, TextTable &texts);
+
+/// Complains about a language that is none, or a name of neither a PDF nor JSON.
+std::optional<int> checkReceipt(const Arguments &arguments, const QString &path);
+Status writeReceiptFile(const QString &path, const Arguments &arguments,
+                        const RememberedTransmission &transmission);
+
+/// One that knows fonts where a PDF is named in the command line.
+std::unique_ptr<QCoreApplication> applicationForReceipts(int &argc, char **argv);
+
+} // namespace ktr::cli
