@@ -84,8 +84,9 @@ void TransmissionNotes::look(std::function<void(const TransmissionLook &)> looke
         looked(known);
         return;
     }
-    const auto handOn = [this, looked = std::move(looked)](const TransmissionLook &look) {
-        if (m_look != nullptr) {
+    const QObject *const asker = m_look.get();
+    const auto handOn = [this, asker, looked = std::move(looked)](const TransmissionLook &look) {
+        if (m_look.get() == asker) {
             m_look.release()->deleteLater(); // nothing further arrives for it
             looked(look);
         }

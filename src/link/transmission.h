@@ -82,6 +82,8 @@ public:
 
     /// Leaves out these steps. Without the closing command the module keeps the version text it had.
     void leaveOut(const StepSet &steps);
+    /// Whether it sends a part of the configuration alone.
+    bool isPart() const { return m_leftOut.any(); }
     /// Nothing but the question for its version is handed over to a module that does not tell this one.
     void expectVersion(const QString &version) { m_expectedVersion = version; }
     /// Whether it ends with the closing command, by which the module takes the configuration's version text.

@@ -61,7 +61,9 @@ struct TransmissionRow
     TransmissionVerdict verdict = TransmissionVerdict::NotEnded;
     std::optional<int> lastStep{};   ///< the highest that was handed over
     std::optional<int> resumeStep{}; ///< after BrokenOff, and as long as it runs
-    /// Only what differs from this transmission was sent, which the module had proved to hold.
+    static constexpr qint64 onNothingKnown = -1;
+    /// Only what differs from this transmission was sent, which the module had proved to hold; onNothingKnown
+    /// where a part was sent that proves nothing about the rest.
     qint64 basedOn = 0;
     bool hasPin = false;     ///< what was sent had one; a record of this user's own alone keeps it
     QString configuration{}; ///< the file's text; left out in lists

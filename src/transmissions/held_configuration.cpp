@@ -61,7 +61,9 @@ Status readCommands(TransmissionTable &table, qint64 id, QMap<int, QString> &com
 
 bool isProof(const TransmissionRow &row)
 {
-    return row.verdict == TransmissionVerdict::Whole && (row.firstStep == steps::first || row.basedOn != 0);
+    return row.verdict == TransmissionVerdict::Whole && row.lastStep == steps::last &&
+           row.basedOn != TransmissionRow::onNothingKnown &&
+           (row.firstStep == steps::first || row.basedOn != 0);
 }
 
 /// Whether a later transmission with another version text may have changed the module that had `held`.

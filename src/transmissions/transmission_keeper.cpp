@@ -75,7 +75,8 @@ void TransmissionKeeper::begin(const ModuleSession &session, const Configuration
     row.program = programVersion();
     row.firstStep = about.firstStep;
     row.answers = about.answers;
-    row.basedOn = about.basedOn;
+    row.basedOn = about.basedOn == 0 && session.transmission().isPart() ? TransmissionRow::onNothingKnown
+                                                                        : about.basedOn;
     row.hasPin = !configuration.gsm.pin.isEmpty();
     connect(m_session, &ModuleSession::commandSent, this,
             [this](std::optional<int> step, const QString &command) {

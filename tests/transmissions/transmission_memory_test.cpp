@@ -182,6 +182,12 @@ private Q_SLOTS:
         RememberedTransmission resumed = made(second, TransmissionVerdict::Whole);
         resumed.row.firstStep = 40;
         write(resumed);
+        RememberedTransmission part = made(second, TransmissionVerdict::Whole);
+        part.row.basedOn = TransmissionRow::onNothingKnown;
+        write(part);
+        RememberedTransmission open = made(second, TransmissionVerdict::Whole);
+        open.row.lastStep = 40; // without the closing command
+        write(open);
         QCOMPARE(held(second.versionText).proof, Proof::InPart);
         Configuration other = first;
         other.limitValues[3].limit = u"9"_s;
