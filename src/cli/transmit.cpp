@@ -1,3 +1,4 @@
+#include "cli/changes_basis.h"
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/link_job.h"
@@ -128,6 +129,7 @@ void describeTransmit(Arguments &arguments)
                          QStringLiteral("Goes on at the step at which an earlier transmission stopped; the "
                                         "configuration and the module must be as they were."),
                          QStringLiteral("STEP"), QString::number(steps::first)});
+    ChangesBasis::addOptions(arguments);
     addMemoryOption(arguments);
     arguments.addOption(
         {anywayOption, QStringLiteral("Transmits also what is known not to fit: to another station, or an "
@@ -150,6 +152,9 @@ std::optional<int> checkTransmit(const Arguments &arguments)
         return code;
     }
     if (const std::optional<int> code = checkRecordAddress(arguments, arguments.value(recordOption))) {
+        return code;
+    }
+    if (const std::optional<int> code = ChangesBasis::check(arguments)) {
         return code;
     }
     if (arguments.isSet(receiptOption)) {
@@ -187,7 +192,8 @@ int transmit(const Arguments &arguments)
     look.line = arguments.value(job.isEthernet() ? ethernetOption : serialOption);
     look.isAddress = job.isEthernet();
     look = lookBefore(memory, look);
-    if (!agreesTo(look, anyway)) {
+    ChangesBasis basis(arguments, document.configuration(), answer, document.environment(), memory);
+    if (!agreesTo(look, anyway) || !basis.load()) {
         return failed;
     }
     bool started = false;
@@ -198,18 +204,28 @@ int transmit(const Arguments &arguments)
     const auto start = [&] {
         if (!started) { // a module that restarts in the middle goes on where it was
             started = true;
-            session.startTransmission(configuration, answer, *firstStep);
+            Transmission transmission(configuration, answer, *firstStep);
+            basis.apply(transmission);
+            session.startTransmission(transmission);
             keeper.begin(session, configuration,
                          {.file = document.fileName(),
                           .line = job.lineName(),
+                          .basedOn = basis.basedOn(),
                           .firstStep = *firstStep,
                           .answers = answer});
         }
     };
-    QObject::connect(&session, &ModuleSession::caught, &session, start);
+    const std::function<void()> startOrAsk = [&] {
+        if (basis.isReady()) {
+            start();
+        } else {
+            basis.ask(session, start, [&job](const QString &why) { job.abandon(why); });
+        }
+    };
+    QObject::connect(&session, &ModuleSession::caught, &session, startOrAsk);
     // A module that was caught earlier is still in configuration mode and goes on reading while it is
     // answered.
-    QObject::connect(&session, &ModuleSession::nothingToRead, &session, start);
+    QObject::connect(&session, &ModuleSession::nothingToRead, &session, startOrAsk);
     QObject::connect(&session, &ModuleSession::commandSent, &session,
                      [&](std::optional<int> step, const QString &command) {
                          progress.show(step.value_or(0), logText(command));
@@ -221,8 +237,9 @@ int transmit(const Arguments &arguments)
         }
         // It tells its version before it is given anything that changes it.
         look.moduleVersion = versionIn(reply);
-        constexpr int firstChange = 1;
-        if (look.moduleVersion && !anyway && session.step() <= firstChange && !look.misfits().isEmpty()) {
+        const bool isAsked =
+            !started || (*firstStep == steps::first && session.transmission().report().sent <= 1);
+        if (look.moduleVersion && !anyway && isAsked && !look.misfits().isEmpty()) {
             job.abandon(look.misfits().join(QLatin1String("; ")) +
                         QLatin1String("; nothing was changed in it, --anyway transmits all the same"));
         }
@@ -234,7 +251,7 @@ int transmit(const Arguments &arguments)
         return *end;
     }
     if (job.isEthernet()) {
-        start(); // over Ethernet a module is only caught while a transmission runs
+        startOrAsk(); // over Ethernet a module is only caught while a transmission runs
     }
     print(QStringLiteral("waiting for the module"));
     showNow();

@@ -15,12 +15,6 @@ bool isAlwaysSent(int step)
     return step == steps::first || step == clockStep || step == steps::last;
 }
 
-/// What arrives of it.
-std::optional<QByteArray> onTheWire(const std::optional<QString> &command)
-{
-    return command ? std::optional(toWindows1252(*command)) : std::nullopt;
-}
-
 } // namespace
 
 QList<CommandDifference> commandDifferences(const Configuration &mine, const Configuration &theirs,
@@ -41,17 +35,28 @@ QList<CommandDifference> commandDifferences(const Configuration &mine, const Con
 Changes changesSince(const Configuration &held, const Configuration &wanted, const CommandContext &context)
 {
     const StepCommands there = commandsOf(held, context);
+    return changesSince(
+        [&there](int step, const QString &command) {
+            const std::optional<QString> &given = there[static_cast<std::size_t>(step)];
+            return given && toWindows1252(*given) == toWindows1252(command);
+        },
+        wanted, context);
+}
+
+Changes changesSince(const std::function<bool(int step, const QString &command)> &isHeld,
+                     const Configuration &wanted, const CommandContext &context)
+{
     const StepCommands meant = commandsOf(wanted, context);
     Changes changes;
     for (int step = steps::first; step <= steps::last; ++step) {
         const auto at = static_cast<std::size_t>(step);
-        if (isAlwaysSent(step)) {
+        // One that is too long is kept, so that it is refused in the same words.
+        if (isAlwaysSent(step) || !meant[at]) {
             continue;
         }
-        // A command that is too long is kept, so that it is refused in the same words.
-        if (meant[at] && onTheWire(meant[at]) == onTheWire(there[at])) {
+        if (isHeld(step, *meant[at])) {
             changes.leftOut.set(at);
-        } else if (meant[at]) {
+        } else {
             ++changes.commands;
         }
     }

@@ -4,6 +4,8 @@
 
 #include <QList>
 
+#include <functional>
+
 namespace ktr {
 
 /// A step whose commands differ in two configurations; nothing where a configuration sends none.
@@ -30,6 +32,10 @@ struct Changes
 ///
 /// `held` is what it was given, as it was sent: all of it, and nothing since.
 Changes changesSince(const Configuration &held, const Configuration &wanted, const CommandContext &context);
+
+/// The same for what is known by other means: `isHeld` tells whether the module holds a step's command.
+Changes changesSince(const std::function<bool(int step, const QString &command)> &isHeld,
+                     const Configuration &wanted, const CommandContext &context);
 
 /// Whether a module that tells this version text was given this configuration last. A text that is empty, or
 /// too long to be told in full, proves nothing.

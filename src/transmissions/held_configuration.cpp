@@ -2,6 +2,7 @@
 
 #include "config/configuration_file.h"
 #include "link/command_sequence.h"
+#include "link/conversation_log.h"
 #include "platform/files.h"
 
 #include <QStringList>
@@ -50,12 +51,22 @@ bool haveSameCommands(const QMap<int, QString> &one, const QMap<int, QString> &o
         one.keys(), [&](int step) { return !other.contains(step) || other.value(step) == one.value(step); });
 }
 
+/// One that sent only what differs is completed by the one that it was based on.
 Status readCommands(TransmissionTable &table, qint64 id, QMap<int, QString> &commands)
 {
-    std::optional<TransmissionRow> row;
-    QList<TransmissionStepRow> steps;
-    Status read = table.read(id, row, steps);
-    commands = sentCommands(steps);
+    Status read = Status::done();
+    while (read && id != 0) {
+        std::optional<TransmissionRow> row;
+        QList<TransmissionStepRow> steps;
+        read = table.read(id, row, steps);
+        const QMap<int, QString> sent = sentCommands(steps);
+        for (auto command = sent.begin(); command != sent.end(); ++command) {
+            if (!commands.contains(command.key())) {
+                commands.insert(command.key(), command.value());
+            }
+        }
+        id = row && row->basedOn < id ? row->basedOn : 0;
+    }
     return read;
 }
 
@@ -83,6 +94,22 @@ bool disturbs(const TransmissionRow &later, const TransmissionRow &held)
 }
 
 } // namespace
+
+Changes changesSince(const HeldConfiguration &held, const Configuration &wanted,
+                     const CommandContext &context)
+{
+    constexpr int numbersStep = 1; // the only one with the PIN, which is not among the commands
+    const QString &pin = wanted.gsm.pin;
+    const bool isSamePin =
+        held.transmission.hasPin ? !pin.isEmpty() && pin == held.configuration.gsm.pin : pin.isEmpty();
+    return changesSince(
+        [&](int step, const QString &command) {
+            const QString given = held.commands.value(step);
+            const bool isSame = given == logText(command.front().toUpper() + command.sliced(1));
+            return isSame && (step != numbersStep || isSamePin);
+        },
+        wanted, context);
+}
 
 Status configurationOf(const TransmissionRow &row, Configuration &configuration,
                        const Environment &environment)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "config/configuration.h"
+#include "link/changes.h"
 #include "platform/environment.h"
 #include "record/transmission_table.h"
 
@@ -24,8 +25,9 @@ struct HeldConfiguration
     /// The newest transmission of this version text, of InPart and Whole.
     TransmissionRow transmission{};
     Configuration configuration{};
-    /// Its commands by their steps, as they were sent, but with a letter in upper case and without the PIN. A
-    /// file does not tell an empty text from its fall-back; these do.
+    /// Its commands by their steps, and those of the transmissions that it was based on, as they were sent,
+    /// but with a letter in upper case and without the PIN. A file does not tell an empty text from its
+    /// fall-back; these do.
     QMap<int, QString> commands{};
     /// A later one that did not reach its end and makes it InPart; 0 for none.
     qint64 disturbedBy = 0;
@@ -38,6 +40,10 @@ struct HeldConfiguration
 /// files, so one alone proves nothing when configurations with different commands have it.
 HeldConfiguration whatHolds(TransmissionTable &table, const QString &station, const QString &version,
                             const Environment &environment);
+
+/// What need not be sent to a module with such a proof, which is to hold another configuration.
+Changes changesSince(const HeldConfiguration &held, const Configuration &wanted,
+                     const CommandContext &context);
 
 /// The configuration of a transmission as it was sent.
 Status configurationOf(const TransmissionRow &row, Configuration &configuration,

@@ -105,6 +105,59 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(path(u"home"_s))); // looking makes nothing
     }
 
+    void onlyChangesAreSentToAModuleThatProvesWhatItHolds()
+    {
+        const auto variant = [this](const QString &name, const QByteArray &number, const QByteArray &alive,
+                                    const QByteArray &version) {
+            QByteArray content = contentOf(sample);
+            content.replace("+447700900147", number);
+            content.replace("<Alivecycle>1440", "<Alivecycle>" + alive);
+            content.replace(sampleVersion.toUtf8(), version);
+            QFile file(path(name));
+            return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+        };
+        QVERIFY(variant(u"b.xml"_s, "+491711", "1440", "2026-12-01 08:00:00"));
+        QVERIFY(variant(u"c.xml"_s, "+491711", "99", "2026-12-01 09:00:00"));
+        Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s), u"--save"_s, path(u"held.xml"_s)});
+        const auto changes = [this](const QString &file, const QStringList &how) {
+            return ktrcli(QStringList{u"transmit"_s, path(file), u"--serial"_s, path(u"module"_s)} + how);
+        };
+        const auto holds = [this](const QString &file) {
+            return ktrcli({u"compare"_s, file, path(u"held.xml"_s)}).code == 0;
+        };
+        const Result unknown = changes(u"b.xml"_s, {u"--changes"_s});
+        QCOMPARE(unknown.code, 1);
+        QVERIFY(unknown.errors.contains("no transmission of that version is remembered"_L1));
+        QVERIFY(listed().isEmpty());
+
+        QCOMPARE(transmit(sample).code, 0);
+        const Result first = changes(u"b.xml"_s, {u"--changes"_s});
+        QVERIFY2(first.code == 0, qPrintable(first.errors));
+        QVERIFY(first.output.contains("1 command differs\n"_L1));
+        QVERIFY(first.output.contains("4 commands sent, 0 refused"_L1)); // version, numbers, clock, closing
+        QTRY_VERIFY_WITH_TIMEOUT(holds(path(u"b.xml"_s)), 60000);
+        // What the first one did not send is known from the one before.
+        const Result second = changes(u"c.xml"_s, {u"--changes"_s, u"--answer"_s});
+        QVERIFY2(second.code == 0, qPrintable(second.errors));
+        QVERIFY2(second.output.contains("1 command differs\n"_L1), qPrintable(second.output));
+        QTRY_VERIFY_WITH_TIMEOUT(holds(path(u"c.xml"_s)), 60000);
+
+        // A file that it does not hold is no base, and nothing is sent.
+        const Result refused = ktrcli({u"transmit"_s, path(u"b.xml"_s), u"--serial"_s, path(u"module"_s),
+                                       u"--changes-from"_s, sample, u"--anyway"_s});
+        QCOMPARE(refused.code, 1);
+        QVERIFY(refused.errors.contains("does not hold what the changes were made from"_L1));
+        QVERIFY(refused.errors.contains("2026-12-01 09:00:00"_L1));
+        QVERIFY(holds(path(u"c.xml"_s)));
+        const Result back = changes(u"b.xml"_s, {u"--changes-from"_s, path(u"c.xml"_s), u"--anyway"_s});
+        QVERIFY2(back.code == 0, qPrintable(back.errors));
+        QTRY_VERIFY_WITH_TIMEOUT(holds(path(u"b.xml"_s)), 60000);
+        for (const QStringList &wrong : {QStringList{u"--changes"_s, u"--changes-from"_s, sample},
+                                         QStringList{u"--changes"_s, u"--resume"_s, u"3"_s}}) {
+            QCOMPARE(changes(u"b.xml"_s, wrong).code, 2);
+        }
+    }
+
     void whatWasTransmittedIsListedShownAndExported()
     {
         const Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s)});
