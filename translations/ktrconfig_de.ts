@@ -890,6 +890,10 @@
         <source>consists only of blanks</source>
         <translation>besteht nur aus Leerzeichen</translation>
     </message>
+    <message>
+        <source>%1 has the same MAC address (%2): two modules of one network must not (edited in expert mode)</source>
+        <translation>%1 hat dieselbe MAC-Adresse (%2): zwei Module eines Netzes dürfen das nicht (bearbeitet im Expertenmodus)</translation>
+    </message>
 </context>
 <context>
     <name>Record</name>
@@ -2772,6 +2776,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Opened: %1. Saving asks for a file.</source>
         <translation>Geöffnet: %1. Beim Speichern wird nach einer Datei gefragt.</translation>
     </message>
+    <message>
+        <source>A new station like the one before; Ctrl+Z goes back to that. Its identifier, PIN and address are to be filled in, the MAC address is a new one</source>
+        <translation>Eine neue Station wie die vorige; Strg+Z führt zu dieser zurück. Kennung, PIN und Adresse sind auszufüllen, die MAC-Adresse ist eine neue</translation>
+    </message>
 </context>
 <context>
     <name>ktr::FindPage</name>
@@ -3675,6 +3683,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Transmissions...</source>
         <translation>Übertragungen...</translation>
+    </message>
+    <message>
+        <source>New from this one</source>
+        <translation>Neu nach dieser</translation>
     </message>
 </context>
 <context>

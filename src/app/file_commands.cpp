@@ -75,6 +75,17 @@ void FileCommands::makeNew()
     reportPresentFile();
 }
 
+void FileCommands::makeAnother()
+{
+    m_history.makeAnother();
+    m_kept.leave();
+    Q_EMIT titleChanged();
+    Q_EMIT replaced();
+    Q_EMIT statusMessage(
+        tr("A new station like the one before; Ctrl+Z goes back to that. Its identifier, PIN and address are "
+           "to be filled in, the MAC address is a new one"));
+}
+
 void FileCommands::reportPresentFile()
 {
     const QString &fileName = m_document.fileName();

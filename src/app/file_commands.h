@@ -26,6 +26,8 @@ public:
     const QStringList &recent() const { return m_recent.names(); }
 
     void makeNew();
+    /// Another station that is like the present one.
+    void makeAnother();
     /// What undo or redo led to.
     void reportPresentFile();
     void save() { saveBeside(QString()); }

@@ -5,12 +5,16 @@
 #include "app/link_dialogs.h"
 #include "app/link_presenter.h"
 #include "app/main_menu.h"
+#include "app/neighbour_watch.h"
 #include "app/page_builder.h"
 #include "app/problem_panel.h"
 #include "app/status_line.h"
 #include "app/transmission_notes.h"
 #include "app/transmission_panel.h"
 #include "config/address.h"
+#include "config/fields.h"
+#include "link/neighbour_problems.h"
+#include "link/problems.h"
 #include "look/icons.h"
 #include "look/kept_focus.h"
 #include "look/message_dialog.h"
@@ -127,6 +131,7 @@ void FormMain::layOut()
     };
     m_tabs = new PageTabs(m_context, build, body);
     m_problemPanel = new ProblemPanel(describe, body);
+    m_neighbours = new NeighbourWatch(this);
     // Pages are built after the panel, but the Tab key reaches them first.
     connect(m_tabs, &PageTabs::built, m_problemPanel, [this](Page *page) {
         QWidget *last = page;
@@ -326,6 +331,10 @@ void FormMain::connectMenu()
 {
     FileCommands *files = m_files.get();
     connect(m_menu->newFile, &QAction::triggered, files, &FileCommands::makeNew);
+    connect(m_menu->newLikeThis, &QAction::triggered, this, [this, files] {
+        files->makeAnother();
+        m_tabs->goTo({fieldOf<GsmSettings>(&GsmSettings::stationId).control.forIndex(0)});
+    });
     connect(m_menu->loadFile, &QAction::triggered, files, &FileCommands::loadChosen);
     connect(m_menu, &MainMenu::recentChosen, files, &FileCommands::load);
     connect(m_menu->saveFile, &QAction::triggered, files, &FileCommands::save);
@@ -415,6 +424,11 @@ void FormMain::connectDocument()
 void FormMain::connectProblems()
 {
     m_problemTimer.setSingleShot(true);
+    const auto lookBeside = [this] { m_neighbours->look(m_document.fileName()); };
+    connect(&m_document, &Document::fileNameChanged, m_neighbours, lookBeside);
+    connect(&m_document, &Document::saved, m_neighbours, lookBeside);
+    connect(qApp, &QGuiApplication::applicationStateChanged, m_neighbours, lookBeside);
+    connect(m_neighbours, &NeighbourWatch::changed, this, &FormMain::findProblemsSoon);
     connect(&m_problemTimer, &QTimer::timeout, this, &FormMain::findProblemsNow);
     connect(m_menu->showProblems, &QAction::toggled, m_problemPanel, &ProblemPanel::unfold);
     connect(m_problemPanel, &ProblemPanel::unfolded, this, [this](bool unfolded) {
@@ -555,8 +569,9 @@ void FormMain::findProblemsSoon()
 void FormMain::findProblemsNow()
 {
     const Environment &environment = m_services.environment;
-    const QList<Problem> problems =
+    QList<Problem> problems =
         findProblems(m_document.configuration(), {false, environment.locale, environment.now()});
+    findNeighbourProblems(m_document.configuration(), m_neighbours->found(), problems);
     m_tabs->setProblems(problems);
     m_problemPanel->show(problems);
 }

@@ -16,6 +16,7 @@ class FileCommands;
 class LinkDialogs;
 class LinkPresenter;
 class MainMenu;
+class NeighbourWatch;
 class PageBuilder;
 class ProblemPanel;
 class StatusLine;
@@ -119,6 +120,7 @@ private:
     MainMenu *m_menu;
     PageTabs *m_tabs;
     ProblemPanel *m_problemPanel;
+    NeighbourWatch *m_neighbours;
     TransmissionPanel *m_transmissionPanel;
     StatusLine *m_status;
     std::unique_ptr<FileCommands> m_files;

@@ -17,6 +17,7 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
     QMenuBar *bar = window.menuBar();
     m_file = bar->addMenu(QString());
     newFile = add(m_file, "mnu_neu", QKeySequence::New);
+    newLikeThis = add(m_file, "mnu_another", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N));
     loadFile = add(m_file, "mnu_Load", QKeySequence::Open);
     m_recent = m_file->addMenu(QString());
     m_recent->setObjectName(QStringLiteral("mnu_recent"));
@@ -108,6 +109,7 @@ void MainMenu::applyTexts(const TextTable &texts)
     const auto text = [&texts](Text name) { return texts.text(name); };
     m_file->setTitle(text(Text::File));
     newFile->setText(text(Text::New));
+    newLikeThis->setText(tr("New from this one"));
     loadFile->setText(text(Text::Open));
     m_recent->setTitle(tr("Recent files"));
     saveFile->setText(text(Text::Save));

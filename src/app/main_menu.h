@@ -35,6 +35,7 @@ public:
     QAction *portAction(const QString &port) const;
 
     QAction *newFile;
+    QAction *newLikeThis;
     QAction *loadFile;
     QAction *saveFile;
     QAction *saveFileAs;

@@ -3,6 +3,7 @@
 #include "cli/loading.h"
 #include "link/command_sequence.h"
 #include "link/conversation_log.h"
+#include "link/neighbour_problems.h"
 #include "link/problems.h"
 #include "platform/serial_device.h"
 
@@ -72,8 +73,9 @@ void describeCheck(Arguments &arguments)
 {
     arguments.setSummary(
         QStringLiteral("Tells what the file or the module would choke on in the configuration FILE, what has "
-                       "no effect and what a dangerous one, a line each: the place, a tab, what is wrong "
-                       "there. \"Once\" and holidays are compared with this machine's clock."));
+                       "no effect and what a dangerous one, also beside the other configurations of its "
+                       "folder, a line each: the place, a tab, what is wrong there. \"Once\" and holidays "
+                       "are compared with this machine's clock."));
 }
 
 int check(const Arguments &arguments)
@@ -83,8 +85,9 @@ int check(const Arguments &arguments)
         return failed;
     }
     const Environment &environment = document.environment();
-    const QList<Problem> problems =
+    QList<Problem> problems =
         findProblems(document.configuration(), {false, environment.locale, environment.now()});
+    findNeighbourProblems(document.configuration(), Neighbours().of(document.fileName()), problems);
     for (const Problem &problem : problems) {
         print(problem.place + u'\t' + problem.message);
     }

@@ -61,6 +61,13 @@ void Document::makeNew()
     adjust([this](Configuration &configuration) { ktr::makeNew(configuration, m_environment); });
 }
 
+void Document::makeAnother()
+{
+    m_source.clear();
+    setFileName(QString());
+    edit([this](Configuration &configuration) { ktr::makeAnother(configuration, m_environment); });
+}
+
 void Document::setFileName(const QString &fileName)
 {
     if (fileName != m_fileName) {

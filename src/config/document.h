@@ -38,6 +38,9 @@ public:
     /// The menu command "new": the file name and the mark stay as they are.
     void makeNew();
 
+    /// Another station that is like this one (see makeAnother()), without a file, as a user's edit.
+    void makeAnother();
+
     /// Blanks at the end of the name do not count where the file is looked for, unless one is called so:
     /// the command line leaves them there.
     const QString &fileName() const { return m_fileName; }

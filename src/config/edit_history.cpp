@@ -57,6 +57,13 @@ void EditHistory::makeNew()
     record(std::move(before), {});
 }
 
+void EditHistory::makeAnother()
+{
+    State before = present();
+    m_document.makeAnother();
+    record(std::move(before), {});
+}
+
 ReadReport EditHistory::load(const QString &fileName)
 {
     State before = present();

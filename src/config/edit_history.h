@@ -38,6 +38,9 @@ public:
 
     void makeNew();
 
+    /// As Document::makeAnother().
+    void makeAnother();
+
     /// Loads another file, as Document::load(). What was not saved before can be brought back.
     ReadReport load(const QString &fileName);
 

@@ -237,13 +237,13 @@ constexpr std::array infoFields = {
 constexpr std::array gsmFields = {
     Field<GsmSettings>{.xmlName = u"PIN", .member = &GsmSettings::pin, .control = {"txt_gsm_pin"},
         .label = Text::Pin, .meaning = QT_TRANSLATE_NOOP("Fields", "PIN of the SIM card, 4 to 8 digits"),
-        .whenNew = is(u""), .whenRead = pinOfFourDigits, .check = simPin, .secret = true},
+        .whenNew = is(u""), .inAnother = is(u""), .whenRead = pinOfFourDigits, .check = simPin, .secret = true},
     Field<GsmSettings>{.xmlName = u"Stationstyp", .member = &GsmSettings::stationType, .control = {"Combo_gsm_type"},
         .label = Text::Type, .meaning = QT_TRANSLATE_NOOP("Fields", "Type of the module"),
         .whenEmpty = keep, .accepts = isStationType},
     Field<GsmSettings>{.xmlName = u"Stationskennung", .member = &GsmSettings::stationId, .control = {"txt_gsm_id"},
         .label = Text::StationId, .meaning = QT_TRANSLATE_NOOP("Fields", "Name under which the module reports; ä, ö, ü and ß become ae, oe, ue and ss"),
-        .whenNew = is(u""), .rule = umlautsReplaced, .check = smsTextWithoutComma},
+        .whenNew = is(u""), .inAnother = is(u""), .rule = umlautsReplaced, .check = smsTextWithoutComma},
     Field<GsmSettings>{.xmlName = u"Alivecycle", .member = &GsmSettings::aliveCycle, .control = {"txt_gsm_alive"},
         .label = Text::AliveCycle, .meaning = QT_TRANSLATE_NOOP("Fields", "Cycle in which the module reports that it is alive"),
         .range = Range::wholeNumbers(0, 32767).orEmpty(),
@@ -402,19 +402,19 @@ constexpr std::array switchPointFields = {
 constexpr std::array ethernetFields = {
     Field<EthernetSettings>{.xmlName = u"IP", .member = &EthernetSettings::ip, .control = {"Txt_Ethernet_IP"},
         .label = Text::Ip, .meaning = QT_TRANSLATE_NOOP("Fields", "Four numbers from 0 to 255 with dots between them"),
-        .whenNew = is(u"010.000.000.001"), .whenEmpty = is(u"010.000.000.001"), .check = dottedAddress},
+        .whenNew = is(u"010.000.000.001"), .inAnother = is(u""), .whenEmpty = is(u"010.000.000.001"), .check = dottedAddress},
     Field<EthernetSettings>{.xmlName = u"Subnet", .member = &EthernetSettings::subnet, .control = {"Txt_Ethernet_Subnet"},
         .label = Text::Subnet, .meaning = QT_TRANSLATE_NOOP("Fields", "Four numbers from 0 to 255 with dots between them"),
         .whenNew = is(u"255.255.255.000"), .whenEmpty = is(u"255.255.255.000"), .check = dottedAddress},
     Field<EthernetSettings>{.xmlName = u"MAC3", .member = &EthernetSettings::mac3, .control = {"Txt_Ethernet_MAC", 3},
         .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "Two hexadecimal digits; editable in expert mode"),
-        .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
+        .whenNew = is(u"00"), .inAnother = is(randomByte), .whenEmpty = is(randomByte), .check = hexadecimalByte},
     Field<EthernetSettings>{.xmlName = u"MAC4", .member = &EthernetSettings::mac4, .control = {"Txt_Ethernet_MAC", 4},
         .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "Two hexadecimal digits; editable in expert mode"),
-        .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
+        .whenNew = is(u"00"), .inAnother = is(randomByte), .whenEmpty = is(randomByte), .check = hexadecimalByte},
     Field<EthernetSettings>{.xmlName = u"MAC5", .member = &EthernetSettings::mac5, .control = {"Txt_Ethernet_MAC", 5},
         .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "Two hexadecimal digits; editable in expert mode"),
-        .whenNew = is(u"00"), .whenEmpty = is(randomByte), .check = hexadecimalByte},
+        .whenNew = is(u"00"), .inAnother = is(randomByte), .whenEmpty = is(randomByte), .check = hexadecimalByte},
 };
 
 // clang-format on
@@ -551,6 +551,15 @@ void makeNew(Configuration &configuration, const Environment &environment)
         }
     });
     configuration.holidays.clear();
+}
+
+void makeAnother(Configuration &configuration, const Environment &environment)
+{
+    visitRecords(configuration, [&]<class Record>(const Group &, Record &record, int index) {
+        for (const Field<Record> &field : fieldsOf<Record>()) {
+            applyPreset(field, record, field.inAnother, environment, index);
+        }
+    });
 }
 
 QStringList macBytes(const EthernetSettings &ethernet)

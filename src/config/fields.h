@@ -82,6 +82,7 @@ template <class Record> struct Field
     Unit unit = Unit::None;                         ///< what the number counts
     std::optional<Text> unitBehind = std::nullopt;  ///< names the unit behind the control
     Preset whenNew = keep;                          ///< what "new" sets
+    Preset inAnother = keep;                        ///< where another station must not have the same
     Preset beforeReading = keep;                    ///< what the reader sets before it opens the file
     Preset whenEmpty = is(u"");                     ///< what the reader sets when the file has no text for it
     TextRule rule = nullptr;                        ///< runs whoever sets the field, as the range's does
@@ -200,6 +201,10 @@ void visitRecords(AnyConfiguration &configuration, const Visitor &visitor)
 /// station type, the history export file, a limit value's reference and repetitions) stays as it was, as
 /// does the version text.
 void makeNew(Configuration &configuration, const Environment &environment);
+
+/// Makes it that of another station, which is like this one: identifier, PIN and address are to be filled in,
+/// the MAC address is another one by chance.
+void makeAnother(Configuration &configuration, const Environment &environment);
 
 /// The six two-digit bytes of the MAC address, the maker's three first.
 QStringList macBytes(const EthernetSettings &ethernet);

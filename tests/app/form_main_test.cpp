@@ -421,6 +421,30 @@ private Q_SLOTS:
         QCOMPARE(lastEvent().toLower(), ("The present file is " + first).toLower());
     }
 
+    void aNewStationLikeTheOneBeforeHasNoFileAndWaitsForItsName()
+    {
+        const QString file = fileWith("Weir");
+        start({"-load", file});
+        m_window->tabs().setCurrentIndex(2);
+        QTest::keyClick(m_window.get(), Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+        QVERIFY(field("txt_gsm_id")->hasFocus() && field("txt_gsm_id")->text().isEmpty());
+        QTest::keyClicks(field("txt_gsm_id"), "Mill");
+        QVERIFY(m_window->document().fileName().isEmpty());
+        // Beside a file that has its MAC address it is told, as soon as it has a place.
+        Configuration other = m_window->document().configuration();
+        other.gsm.stationId = "Bridge";
+        QVERIFY(writeConfigurationFile(path("bridge.xml"), other, systemEnvironment()));
+        m_window->document().setFileName(path("mill.xml"));
+        clickMenu("mnu_Save");
+        QCOMPARE(stationIn(path("mill.xml")), "Mill");
+        QCOMPARE(stationIn(file), "Weir");
+        const auto told = [this] {
+            const auto *list = m_window->findChild<QListWidget *>("lst_problems");
+            return list != nullptr && !list->findItems("bridge.xml", Qt::MatchContains).isEmpty();
+        };
+        QTRY_VERIFY(told());
+    }
+
     void undoGoesBackThroughNewAndTyping()
     {
         start({"-load", fileWith("kept")});

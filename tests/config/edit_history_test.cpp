@@ -1,4 +1,5 @@
 #include "config/edit_history.h"
+#include "config/fields.h"
 #include "platform/files.h"
 #include "support/environment.h"
 
@@ -28,6 +29,37 @@ private Q_SLOTS:
         m_history.redo();
         QCOMPARE(author(), "abc");
         QVERIFY(!m_history.canRedo());
+    }
+
+    void anotherStationIsLikeTheOneBeforeButForWhatMustDiffer()
+    {
+        m_document.setFileName(m_folder.filePath("first.xml"));
+        m_history.edit({}, [](Configuration &c) {
+            c.gsm.stationId = "Werk 7";
+            c.gsm.pin = "1234";
+            c.ethernet.ip = "192.168.000.007";
+            c.ethernet.mac5 = "07";
+            c.administrators[0].number = "+491711234567";
+            c.limitValues[3].limit = "4.5";
+        });
+        QVERIFY(m_document.save());
+        const Configuration first = m_document.configuration();
+        m_history.makeAnother();
+        const Configuration &another = m_document.configuration();
+        QVERIFY(m_document.isModified() && m_document.fileName().isEmpty() && m_document.source().isEmpty());
+        QVERIFY(another.gsm.stationId.isEmpty() && another.gsm.pin.isEmpty() &&
+                another.ethernet.ip.isEmpty());
+        QVERIFY(macBytes(another.ethernet) != macBytes(first.ethernet));
+        Configuration expected = first;
+        expected.gsm = another.gsm;
+        expected.ethernet = another.ethernet;
+        expected.versionText = another.versionText;
+        expected.info = another.info;
+        QCOMPARE(another, expected);
+        m_history.undo();
+        QCOMPARE(m_document.configuration(), first);
+        QCOMPARE(m_document.fileName(), m_folder.filePath("first.xml"));
+        QVERIFY(!m_document.isModified());
     }
 
     void choosingWhatIsChosenMarksButIsNoStep()

@@ -1,8 +1,10 @@
 #include "config/configuration_file.h"
 #include "config/fields.h"
+#include "link/neighbour_problems.h"
 #include "link/problems.h"
 #include "support/environment.h"
 
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <functional>
@@ -66,6 +68,44 @@ private Q_SLOTS:
                                       configuration, fixedEnvironment())
                     .document);
         QCOMPARE(problemsOf(configuration), QStringList());
+    }
+
+    void aMacAddressOfAnotherStationInTheFolderIsAProblem()
+    {
+        const QTemporaryDir folder;
+        const auto write = [&folder](const QString &name, const QString &stationId, const QString &mac5) {
+            Configuration c = sound();
+            c.gsm.stationId = stationId;
+            c.ethernet.mac5 = mac5;
+            QVERIFY(writeConfigurationFile(folder.filePath(name), c, fixedEnvironment()));
+        };
+        const QString own = folder.filePath(u"own.xml"_s);
+        Neighbours neighbours;
+        const auto found = [&](const QString &stationId) {
+            Configuration c = sound();
+            c.gsm.stationId = stationId;
+            QList<Problem> problems;
+            findNeighbourProblems(c, neighbours.of(own), problems);
+            return problems;
+        };
+        QVERIFY(found(u"Werk 7"_s).isEmpty());
+        write(u"own.xml"_s, u"Werk 1"_s, u"01"_s);  // itself
+        write(u"copy.xml"_s, u"Werk 7"_s, u"01"_s); // the same station, as it was
+        write(u"Werk 8.xml"_s, u"Werk 8"_s, u"02"_s);
+        write(u"zeros.xml"_s, u"Werk 9"_s, u"00"_s);
+        QFile list(folder.filePath(u"nodes.xml"_s));
+        QVERIFY(list.open(QIODevice::WriteOnly) && list.write("<nodes/>") > 0);
+        QVERIFY(found(u"Werk 7"_s).isEmpty());
+        QCOMPARE(found(u"Werk 8"_s).size(), 1); // what is a copy for one is another station for the other
+        write(u"Werk 8.xml"_s, u"Werk 8"_s, u"10"_s);
+        QVERIFY(found(u"Werk 7"_s).isEmpty());
+        write(u"Werk 8.xml"_s, u"Werk 8 by the weir"_s, u"01"_s);
+        const QList<Problem> problems = found(u"Werk 7"_s);
+        QCOMPARE(problems.size(), 1);
+        QCOMPARE(problems[0].place, u"Ethernet MAC3"_s);
+        QCOMPARE(problems[0].control, u"Txt_Ethernet_MAC_3"_s);
+        QVERIFY(problems[0].message.contains(u"Werk 8.xml"_s));
+        QVERIFY(neighbours.of(QString()).isEmpty()); // not saved yet
     }
 
     void whatMeansNothingOrHarmIsToldOfItsField_data()
