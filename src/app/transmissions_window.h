@@ -10,6 +10,7 @@
 #include <functional>
 #include <optional>
 
+class QAbstractItemModel;
 class QLabel;
 class QLineEdit;
 class QPushButton;

@@ -26,7 +26,7 @@ const QString receiptOption = QStringLiteral("receipt");
 const QString anywayOption = QStringLiteral("anyway");
 
 /// What is known before anything is sent. A memory that does not answer soon is done without.
-TransmissionLook lookBefore(TransmissionMemory &memory, TransmissionLook look)
+TransmissionLook lookBefore(TransmissionMemory &memory, const TransmissionLook &look)
 {
     constexpr std::chrono::seconds longestWait{2};
     QEventLoop loop;
