@@ -1533,6 +1533,10 @@
         <source>The module does not hold what the changes were made from; it tells the version %1</source>
         <translation>Das Modul enthält nicht, wovon die Änderungen ausgehen; es nennt die Version %1</translation>
     </message>
+    <message>
+        <source>The entry was transmitted; the module&apos;s version no longer fits</source>
+        <translation>Der Eintrag wurde übertragen; die Version des Moduls passt nicht mehr dazu</translation>
+    </message>
 </context>
 <context>
     <name>Transmissions</name>
@@ -2254,6 +2258,65 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Not carried out: %1</source>
         <translation>Nicht ausgeführt: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ChangesOffer</name>
+    <message>
+        <source>1 command</source>
+        <translation>1 Befehl</translation>
+    </message>
+    <message>
+        <source>%1 commands</source>
+        <translation>%1 Befehle</translation>
+    </message>
+    <message>
+        <source>Changes (%1)</source>
+        <translation>Änderungen (%1)</translation>
+    </message>
+    <message>
+        <source>Changes</source>
+        <translation>Änderungen</translation>
+    </message>
+    <message>
+        <source>Transmit changes (%1)</source>
+        <translation>Änderungen übertragen (%1)</translation>
+    </message>
+    <message>
+        <source>Transmit changes</source>
+        <translation>Änderungen übertragen</translation>
+    </message>
+    <message>
+        <source>Transmits only what the module does not hold yet, as its version proves</source>
+        <translation>Überträgt nur, was das Modul noch nicht enthält, wie seine Version beweist</translation>
+    </message>
+    <message>
+        <source>The module holds this configuration</source>
+        <translation>Das Modul enthält diese Konfiguration</translation>
+    </message>
+    <message>
+        <source>Possible when the module has told its version and it is known what was transmitted with it</source>
+        <translation>Möglich, wenn das Modul seine Version genannt hat und bekannt ist, was mit ihr übertragen wurde</translation>
+    </message>
+    <message>
+        <source>This entry</source>
+        <translation>Dieser Eintrag</translation>
+    </message>
+    <message>
+        <source>Only %1</source>
+        <translation>Nur %1</translation>
+    </message>
+    <message>
+        <source>The module keeps the version it had, which then no longer fits</source>
+        <translation>Das Modul behält seine bisherige Version, die dann nicht mehr passt</translation>
+    </message>
+    <message>
+        <source>Choose a limit value, a switch point or a field of an input first</source>
+        <translation>Wählen Sie zuerst einen Grenzwert, einen Schaltpunkt oder ein Feld eines Eingangs</translation>
+    </message>
+    <message>
+        <source>Only %1 is transmitted: the module&apos;s version no longer fits what it holds</source>
+        <translation>Nur %1 wird übertragen: Die Version des Moduls passt dann nicht mehr zu seinem Inhalt</translation>
     </message>
 </context>
 <context>
@@ -3687,6 +3750,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>New from this one</source>
         <translation>Neu nach dieser</translation>
+    </message>
+    <message>
+        <source>This entry</source>
+        <translation>Dieser Eintrag</translation>
     </message>
 </context>
 <context>

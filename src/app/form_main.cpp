@@ -1,5 +1,6 @@
 #include "app/form_main.h"
 
+#include "app/changes_offer.h"
 #include "app/file_commands.h"
 #include "app/language_setting.h"
 #include "app/link_dialogs.h"
@@ -102,6 +103,9 @@ FormMain::FormMain(const Services &services)
             [this, go](const TransmissionLook &look) { m_transmissionPanel->showLook(look, go); });
     });
     m_pageBuilder = std::make_unique<PageBuilder>(m_context, *m_linkPresenter, m_files->dialogs(), m_options);
+    m_changes = std::make_unique<ChangesOffer>(ChangesOffer::Parts{
+        m_link, *m_linkPresenter, m_document, m_transmissions->memory(), *m_menu, *m_tabs, m_texts});
+    connect(m_changes.get(), &ChangesOffer::statusMessage, this, &FormMain::showStatus);
     connectMenu();
     connectDocument();
     connectProblems();
@@ -451,6 +455,7 @@ void FormMain::applyTexts()
     m_problemPanel->applyTexts();
     m_transmissionPanel->applyTexts();
     m_linkPresenter->applyTexts();
+    m_changes->applyTexts();
     m_sideWindows.applyTexts();
     m_operationalMode.applyTexts();
     findProblemsSoon();

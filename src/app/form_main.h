@@ -12,6 +12,7 @@
 
 namespace ktr {
 
+class ChangesOffer;
 class FileCommands;
 class LinkDialogs;
 class LinkPresenter;
@@ -128,6 +129,7 @@ private:
     std::unique_ptr<LinkDialogs> m_linkDialogs;
     std::unique_ptr<TransmissionNotes> m_transmissions;
     std::unique_ptr<PageBuilder> m_pageBuilder;
+    std::unique_ptr<ChangesOffer> m_changes;
     SideWindows m_sideWindows;
     OperationalModeOpener m_operationalMode;
     QTimer m_problemTimer;

@@ -156,6 +156,7 @@ void LinkPresenter::connectReplies()
         connect(session, &ModuleSession::caught, this, [this] { m_hasTold = false; });
     }
     connect(&m_versions, &VersionCheck::changed, this, &LinkPresenter::showVersion);
+    connect(&m_versions, &VersionCheck::changed, this, &LinkPresenter::versionChanged);
     connect(&m_versions, &VersionCheck::statusMessage, this, &LinkPresenter::statusMessage);
     connect(&m_versions, &VersionCheck::differenceFound, this, [this](const QString &text) {
         Q_EMIT overwritingPassed();
@@ -343,16 +344,36 @@ bool LinkPresenter::hasLine()
 
 void LinkPresenter::transmit()
 {
-    if (hasLine()) {
-        m_gate([this] { transmitNow(); });
-    }
+    transmitBy([this](const Configuration &configuration, bool answer) {
+        m_transmitter.transmit(configuration, answer);
+    });
 }
 
-void LinkPresenter::transmitNow()
+void LinkPresenter::transmitChanges(const StepSet &leftOut, const QString &version, qint64 basis)
 {
-    if (hasLine()) { // it may have gone meanwhile
-        m_transmitter.transmit(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
+    transmitBy([=, this](const Configuration &configuration, bool answer) {
+        m_transmitter.transmitChanges(configuration, leftOut, version, basis, answer);
+    });
+}
+
+void LinkPresenter::transmitSteps(const StepSet &steps)
+{
+    transmitBy([this, steps](const Configuration &configuration, bool answer) {
+        m_transmitter.transmitSteps(configuration, steps, answer);
+    });
+}
+
+void LinkPresenter::transmitBy(
+    const std::function<void(const Configuration &configuration, bool answer)> &start)
+{
+    if (!hasLine()) {
+        return;
     }
+    m_gate([this, start] {
+        if (hasLine()) { // it may have gone meanwhile
+            start(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
+        }
+    });
 }
 
 /// The image is checked before anything is sent, and nothing is sent before the user agrees.

@@ -48,6 +48,12 @@ public:
     void setGate(std::function<void(std::function<void()> go)> gate) { m_gate = std::move(gate); }
     /// Transmits the configuration, as soon as the module reads its SMS.
     void transmit();
+    /// The same without what a module holds already that tells this version (see Transmitter).
+    void transmitChanges(const StepSet &leftOut, const QString &version, qint64 basis);
+    /// Transmits these steps alone.
+    void transmitSteps(const StepSet &steps);
+    /// The version text told or given last over this line, by whichever module; empty for none.
+    const QString &lastVersion() const { return m_versions.module().configuration; }
 
     /// Places one command, and shows what becomes of it; the fast export's only if its file can be written.
     void place(const QString &command);
@@ -59,6 +65,8 @@ Q_SIGNALS:
     /// A link to this address is wanted; one whose address is to be asked for first.
     void ethernetWanted(const QString &address, bool exclusive);
     void addressWanted(bool exclusive);
+    /// lastVersion() is another one.
+    void versionChanged();
     /// The firmware image can be sent. `what` says what that means, and the user has to agree.
     void firmwareReady(const QString &what);
     /// The fast export was not placed: it needs a file that can be written.
@@ -90,7 +98,7 @@ private:
     void showProgress(int step);
     void showEnd();
     bool hasLine();
-    void transmitNow();
+    void transmitBy(const std::function<void(const Configuration &configuration, bool answer)> &start);
     void sendFirmware();
     void takeOverTransmitted();
     void showVersion();

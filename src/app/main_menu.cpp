@@ -37,6 +37,10 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
 
     m_transmit = bar->addMenu(QString());
     transmitConfiguration = add(m_transmit, "mnu_doConfig", QKeySequence(Qt::Key_F5));
+    transmitChanges = add(m_transmit, "mnu_doChanges", QKeySequence(Qt::SHIFT | Qt::Key_F5));
+    transmitChanges->setEnabled(false);
+    transmitEntry = add(m_transmit, "mnu_doEntry", QKeySequence(Qt::CTRL | Qt::Key_F5));
+    connect(m_transmit, &QMenu::aboutToShow, this, &MainMenu::transmitAboutToShow);
     sendFirmware = add(m_transmit, "mnu_doApplication");
     m_transmit->addSeparator();
     showTransmissions = add(m_transmit, "mnu_transmissions", QKeySequence(Qt::CTRL | Qt::Key_T));
@@ -78,6 +82,7 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
     m_bar->addActions({undo, redo});
     m_bar->addSeparator();
     m_bar->addAction(transmitConfiguration);
+    m_bar->addAction(transmitChanges);
 
     const std::pair<QAction *, IconName> icons[] = {
         {newFile, IconName::New},
@@ -89,6 +94,7 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
         {undo, IconName::Undo},
         {redo, IconName::Redo},
         {transmitConfiguration, IconName::Transmit},
+        {transmitChanges, IconName::Transmit},
         {openSettings, IconName::Settings},
     };
     for (const auto &[action, name] : icons) {
@@ -123,6 +129,7 @@ void MainMenu::applyTexts(const TextTable &texts)
     redo->setText(tr("Redo"));
     m_transmit->setTitle(text(Text::Transmit));
     transmitConfiguration->setText(text(Text::Configuration));
+    transmitEntry->setText(tr("This entry"));
     sendFirmware->setText(text(Text::Application));
     showTransmissions->setText(tr("Transmissions..."));
     m_connection->setTitle(text(Text::Connection));

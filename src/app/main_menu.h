@@ -46,6 +46,8 @@ public:
     QAction *undo;
     QAction *redo;
     QAction *transmitConfiguration;
+    QAction *transmitChanges;
+    QAction *transmitEntry;
     QAction *sendFirmware;
     QAction *showTransmissions;
     QAction *searchPorts;
@@ -63,6 +65,8 @@ Q_SIGNALS:
     void portChosen(const QString &port);
     /// The connection menu opens: the ports may have changed.
     void portsWanted();
+    /// The menu of transmissions opens.
+    void transmitAboutToShow();
 
 private:
     QAction *add(QMenu *menu, const char *name, const QKeySequence &shortcut = {});

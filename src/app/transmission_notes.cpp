@@ -111,6 +111,7 @@ void TransmissionNotes::begin()
                    {.file = m_document.source(),
                     .line = m_link.line().port(),
                     .versionBefore = m_told(),
+                    .basedOn = m_link.line().session().transmission().basis(),
                     .answers = m_link.line().session().transmission().isAnswering()});
 }
 

@@ -47,7 +47,8 @@ template <class Record> const Record &recordAt(const std::vector<const void *> &
 template <class Record> QString readText(const Field<Record> &field, const Record &record)
 {
     const QString text = fieldText(field, record, QLocale::c());
-    return text.isEmpty() && field.whenEmpty.text != nullptr ? QString::fromUtf16(field.whenEmpty.text) : text;
+    return text.isEmpty() && field.whenEmpty.text != nullptr ? QString::fromUtf16(field.whenEmpty.text)
+                                                             : text;
 }
 
 /// That of a switch point which was never set is the minute in which its file was read.
@@ -489,6 +490,21 @@ QList<ComparedField> compareConfigurations(const Configuration &mine, const Conf
                                            const Configuration &base, const ComparisonWords &words)
 {
     return Comparison(mine, theirs, &base, words).fields();
+}
+
+int channelOfControl(const QString &control)
+{
+    static const Configuration any;
+    int channel = 0;
+    visitRecords(any, [&]<class ConstRecord>(const Group &, ConstRecord &record, int index) {
+        using Record = std::remove_const_t<ConstRecord>;
+        for (const Field<Record> &field : fieldsOf<Record>()) {
+            if (field.appliesTo(index) && field.control.forIndex(index) == control) {
+                channel = channelOf(field, record, index);
+            }
+        }
+    });
+    return channel;
 }
 
 bool differInMoreThanStamps(const QList<ComparedField> &fields)

@@ -53,6 +53,9 @@ QList<ComparedField> compareConfigurations(const Configuration &mine, const Conf
 QList<ComparedField> compareConfigurations(const Configuration &mine, const Configuration &theirs,
                                            const Configuration &base, const ComparisonWords &words);
 
+/// The input or output whose setting a control of the page of inputs shows, 1 to 18; 0 for none.
+int channelOfControl(const QString &control);
+
 /// Whether they differ in more than their stamps.
 bool differInMoreThanStamps(const QList<ComparedField> &fields);
 

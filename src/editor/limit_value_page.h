@@ -24,6 +24,7 @@ public:
     void entered() override;
     bool hasEntries() const override { return true; }
     void showEntry(int entry) override;
+    int shownEntry() const override { return entry(); }
     void setProblems(const QList<Problem> &problems) override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -32,6 +32,7 @@ public:
     /// Whether the page shows one of several entries at a time, and shows the one with this index.
     virtual bool hasEntries() const { return false; }
     virtual void showEntry(int entry);
+    virtual int shownEntry() const { return 0; }
 
     /// Shows the entry that a bound control was changed in.
     void showPlace(const EditPlace &place);

@@ -22,6 +22,7 @@ public:
     void entered() override;
     bool hasEntries() const override { return true; }
     void showEntry(int entry) override;
+    int shownEntry() const override { return entry(); }
     void setProblems(const QList<Problem> &problems) override;
 
 private:

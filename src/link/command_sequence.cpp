@@ -318,6 +318,22 @@ QString asOneLine(QString text)
     return text;
 }
 
+StepSet stepsOfEntry(EntryKind kind, int number)
+{
+    const QStringView letters = kind == EntryKind::LimitValue    ? u"G"
+                                : kind == EntryKind::SwitchPoint ? u"Z"
+                                                                 : u"DSH";
+    StepSet found;
+    for (const StepRow &row : table) {
+        const int step = row.first + number - row.firstNumber;
+        if (row.firstNumber > 0 && letters.contains(QChar(row.letter[0])) && step >= row.first &&
+            step <= row.last) {
+            found.set(static_cast<std::size_t>(step));
+        }
+    }
+    return found;
+}
+
 StepPlace placeOfStep(int step)
 {
     const StepRow *row = rowOf(step);

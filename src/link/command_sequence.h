@@ -51,6 +51,12 @@ struct StepPlace
 };
 StepPlace placeOfStep(int step);
 
+/// What one entry of a page is sent with.
+enum class EntryKind { LimitValue, SwitchPoint, Channel };
+/// The steps that send an entry with this number, counted from 1; of a channel its settings, its value and
+/// its archiving.
+StepSet stepsOfEntry(EntryKind kind, int number);
+
 struct StepCommand
 {
     int step;

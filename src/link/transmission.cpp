@@ -87,6 +87,10 @@ QString TransmissionReport::title() const
 {
     switch (verdict()) {
     case Verdict::Whole:
+        if (isPartAlone) {
+            return QCoreApplication::translate(
+                "Transmission", "The entry was transmitted; the module's version no longer fits");
+        }
         break;
     case Verdict::Unknown:
         return QCoreApplication::translate(
@@ -148,6 +152,7 @@ void Transmission::leaveOut(const StepSet &steps)
 {
     m_leftOut = steps;
     m_sequence.leaveOut(steps);
+    m_report.isPartAlone = !isClosing();
 }
 
 void Transmission::run(LineKind kind)

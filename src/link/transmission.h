@@ -29,6 +29,7 @@ struct TransmissionReport
     /// It ended before its first change: the module tells this version instead of the one that was expected;
     /// empty when it tells none.
     std::optional<QString> otherVersion{};
+    bool isPartAlone = false; ///< without the closing command, so that the module's version no longer fits
 
     enum class Verdict {
         Whole,     ///< the module has all of it
@@ -86,6 +87,9 @@ public:
     bool isPart() const { return m_leftOut.any(); }
     /// Nothing but the question for its version is handed over to a module that does not tell this one.
     void expectVersion(const QString &version) { m_expectedVersion = version; }
+    /// The number of the transmission that was remembered of what the module holds; 0 for none.
+    void setBasis(qint64 basis) { m_basis = basis; }
+    qint64 basis() const { return m_basis; }
     /// Whether it ends with the closing command, by which the module takes the configuration's version text.
     bool isClosing() const { return !m_leftOut.test(steps::last); }
 
@@ -154,6 +158,7 @@ private:
     int m_firstStep = steps::first;
     StepSet m_leftOut;
     std::optional<QString> m_expectedVersion;
+    qint64 m_basis = 0;
     bool m_isProved = false; ///< the module told the expected version
     LineKind m_kind = LineKind::Serial;
     CommandSequence m_sequence;

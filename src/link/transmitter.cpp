@@ -22,12 +22,13 @@ void Transmitter::transmit(const Configuration &configuration, bool answer)
 }
 
 void Transmitter::transmitChanges(const Configuration &configuration, const StepSet &leftOut,
-                                  const QString &expectedVersion, bool answer)
+                                  const QString &expectedVersion, qint64 basis, bool answer)
 {
     prepare(configuration);
     Transmission transmission(m_configuration, answer);
     transmission.leaveOut(leftOut);
     transmission.expectVersion(expectedVersion);
+    transmission.setBasis(basis);
     start(transmission);
 }
 

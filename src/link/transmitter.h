@@ -26,9 +26,10 @@ public:
     /// answer each command.
     void transmit(const Configuration &configuration, bool answer);
     /// Leaves out what the module holds already, if it tells the expected version: that of the configuration
-    /// which it was given. To one that tells another, nothing is handed over but the question for it.
+    /// which it was given (`basis` is the number of that transmission). To one that tells another, nothing is
+    /// handed over but the question for it.
     void transmitChanges(const Configuration &configuration, const StepSet &leftOut,
-                         const QString &expectedVersion, bool answer);
+                         const QString &expectedVersion, qint64 basis, bool answer);
     /// Transmits these steps alone; the module keeps the version text it had.
     void transmitSteps(const Configuration &configuration, const StepSet &steps, bool answer);
     /// The same for its next steps, and for those of one that is resumed.

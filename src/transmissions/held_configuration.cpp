@@ -55,7 +55,7 @@ bool haveSameCommands(const QMap<int, QString> &one, const QMap<int, QString> &o
 Status readCommands(TransmissionTable &table, qint64 id, QMap<int, QString> &commands)
 {
     Status read = Status::done();
-    while (read && id != 0) {
+    while (read && id > 0) {
         std::optional<TransmissionRow> row;
         QList<TransmissionStepRow> steps;
         read = table.read(id, row, steps);

@@ -825,6 +825,79 @@ private Q_SLOTS:
         QCOMPARE(sent.gsm.stationId, "Werk 7");
     }
 
+    void onlyChangesAndOnlyOneEntryAreTransmitted()
+    {
+        m_dataFolder = path("data");
+        m_ports = {"COM1"};
+        start({});
+        auto *cancel = control<QPushButton>(*m_window, "cmd_transmission_cancel");
+        const auto read = [this] { Q_EMIT m_line->received("at+cmgr=1\r"); };
+        const auto tell = [this](const QByteArray &version) {
+            Q_EMIT m_line->received("at+cmgs=\"+IP\"\r");
+            Q_EMIT m_line->received("V,2.1.05," + version + ",KTR\x1A");
+        };
+        QAction *changes = action("mnu_doChanges");
+        QVERIFY(!changes->isEnabled());
+        m_window->document().edit([](Configuration &c) {
+            c.gsm.stationId = "Werk 7";
+            c.versionText = "ignored";
+        });
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        QTRY_VERIFY(cancel->isVisible());
+        while (cancel->isVisible()) {
+            read();
+        }
+        // It was given this version; nothing differs, until something is edited.
+        const QByteArray given = m_window->document().configuration().versionText.toLatin1();
+        QTRY_COMPARE(plain(changes), "Changes (0 commands)");
+        QVERIFY(!changes->isEnabled());
+        m_window->document().adjust([](Configuration &c) { // the clock of the test stands
+            c.limitValues[4].delay = "77";
+            c.versionText = "2026-12-24 18:00:00";
+        });
+        QTRY_VERIFY(changes->isEnabled());
+        QCOMPARE(changes->iconText(), "Transmit changes (1 command)");
+        m_line->sent.clear();
+        QTest::keyClick(m_window.get(), Qt::Key_F5, Qt::ShiftModifier);
+        QTRY_VERIFY(cancel->isVisible());
+        QVERIFY(!changes->isEnabled());
+        read();
+        tell(given);
+        while (cancel->isVisible()) {
+            read();
+        }
+        QVERIFY(m_line->sent.contains("g,5,1,0,30,0,0,0,77,") &&
+                m_line->sent.contains("v,2026-12-24 18:00:00"));
+        QCOMPARE(m_line->sent.count(",\"+IP\"\r\n"), 4); // version, limit value, clock, closing
+        QTRY_COMPARE(plain(changes), "Changes (0 commands)");
+
+        // One that tells something else is given nothing.
+        m_window->document().adjust([](Configuration &c) { c.limitValues[4].delay = "78"; });
+        QTRY_VERIFY(changes->isEnabled());
+        m_line->sent.clear();
+        changes->trigger();
+        QTRY_VERIFY(cancel->isVisible());
+        read();
+        tell("2001-01-01 00:00:00");
+        QVERIFY(!cancel->isVisible());
+        read();
+        QCOMPARE(m_line->sent.count(",\"+IP\"\r\n"), 1);
+        QVERIFY(control<QLabel>(*m_window, "lbl_transmission_detail")->text().contains("2001-01-01"));
+        QTRY_COMPARE(plain(changes), "Changes");
+        QVERIFY(!changes->isEnabled());
+
+        m_window->tabs().goTo({"Txt_gw_delay", 4});
+        m_line->sent.clear();
+        clickMenu("mnu_doEntry"); // a message about the versions has the focus
+        QTRY_VERIFY(cancel->isVisible());
+        read();
+        QVERIFY(!cancel->isVisible());
+        QVERIFY(m_line->sent.contains("g,5,1,0,30,0,0,0,78,"));
+        QCOMPARE(m_line->sent.count(",\"+IP\"\r\n"), 1);
+        QVERIFY(control<QLabel>(*m_window, "lbl_transmission")->text().contains("no longer fits"));
+        m_window->document().setModified(false);
+    }
+
     void aMemoryThatCannotBeWrittenIsToldAndStopsNothing()
     {
         m_dataFolder = path("data");

@@ -286,6 +286,32 @@ private Q_SLOTS:
         QVERIFY(!isProvedBy(configuration, configuration.versionText));
     }
 
+    void theStepsOfAnEntryAreThoseOfItsCommands()
+    {
+        const Configuration configuration = test::RandomConfiguration(4).make(QLocale::c());
+        const StepCommands commands =
+            commandsOf(configuration, {true, QLocale::c(), QDateTime::currentDateTime()});
+        const auto beginnings = [&commands](EntryKind kind, int number) {
+            QStringList texts;
+            const StepSet steps = stepsOfEntry(kind, number);
+            for (std::size_t step = 0; step < steps.size(); ++step) {
+                if (steps.test(step) && commands[step]) {
+                    texts += commands[step]->section(u',', 0, 1);
+                }
+            }
+            return texts.join(u' ');
+        };
+        QCOMPARE(beginnings(EntryKind::LimitValue, 1), u"G,1"_s);
+        QCOMPARE(beginnings(EntryKind::LimitValue, 20), u"G,20"_s);
+        QCOMPARE(beginnings(EntryKind::SwitchPoint, 20), u"Z,20"_s);
+        QCOMPARE(beginnings(EntryKind::Channel, 3), u"D,3 H,3"_s);
+        QCOMPARE(beginnings(EntryKind::Channel, 7), u"H,7"_s);
+        QCOMPARE(beginnings(EntryKind::Channel, 16), u"H,16 D,16"_s);
+        QCOMPARE(stepsOfEntry(EntryKind::Channel, 13).count(), 3U); // scaling, output value, archive
+        QVERIFY(stepsOfEntry(EntryKind::Channel, 0).none());
+        QVERIFY(stepsOfEntry(EntryKind::SwitchPoint, 21).none());
+    }
+
     void singleStepsLeaveTheVersionAsItWas_data()
     {
         QTest::addColumn<LineKind>("kind");
