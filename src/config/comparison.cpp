@@ -416,8 +416,10 @@ private:
         }
         // One for each date, the earliest first.
         std::ranges::sort(lines, {}, dateOf);
-        const auto rest = std::ranges::unique(lines, {}, dateOf);
-        lines.erase(rest.begin(), rest.end());
+        const auto isSameDate = [](const QString &one, const QString &other) {
+            return dateOf(one) == dateOf(other);
+        };
+        lines.erase(std::unique(lines.begin(), lines.end(), isSameDate), lines.end());
         return lines;
     }
 

@@ -110,7 +110,7 @@ QString switchTypeName(int type, const TextTable &texts)
 
 QString watchedLimitValue(const Configuration &configuration, int index, const TextTable &texts)
 {
-    const QString number = QString::number(index + 1);
+    QString number = QString::number(index + 1);
     if (index < 0 || index >= LimitValue::firstReference) {
         return number;
     }
