@@ -1,166 +1,14 @@
 #include "record/record_writer.h"
 
 #include "platform/files.h"
-#include "record/record_sql.h"
-#include "record/row_writing.h"
+#include "record/writer_connection.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QFileInfo>
-#include <QUuid>
 
 #include <algorithm>
-#include <optional>
 
 namespace ktr {
-
-/// What the thread writes with. Made and destroyed there.
-struct RecordWriter::Connection
-{
-    RecordDatabase database;
-    std::optional<RowWriting> writing;
-    bool again = false;    ///< a commit failed
-    bool isBroken = false; ///< the record is to be mended
-    /// The server may have the rows in hand: the connection was lost while it committed them.
-    bool isUnsure = false;
-    const QString name = QUuid::createUuid().toString(QUuid::WithoutBraces); ///< of this writer on a server
-    qint64 batch = 0;
-    BackgroundWork background;
-
-    Status open(const QString &path)
-    {
-        if (database.isOpen()) {
-            if (!database.isMoved()) {
-                return Status::done();
-            }
-            isBroken = true; // it has all that was written, and stays open
-            return database.fail(
-                QCoreApplication::translate("Record", "was removed, or replaced by another file"));
-        }
-        Status opened = database.open(path, RecordDatabase::Use::Write);
-        if (opened) {
-            opened = database.isServer() ? beginBatches()
-                                         : database.execute(settingStatement(QStringLiteral("'open', '1'")));
-            writing.emplace(database, again);
-        }
-        if (!opened) {
-            isBroken = isBroken || database.isDamaged() || !(database.isServer() || QFileInfo::exists(path));
-            close();
-        }
-        return opened;
-    }
-
-    OpenedRecord mend(const QString &path)
-    {
-        writing.reset();
-        OpenedRecord found = repairRecord(path, database);
-        isBroken = !found.status;
-        return found;
-    }
-
-    void close()
-    {
-        writing.reset();
-        database.close();
-    }
-
-    /// Writers of long ago are forgotten.
-    Status beginBatches()
-    {
-        return database.execute(QStringLiteral("DELETE FROM writer WHERE at < now() - interval '30 days'"));
-    }
-
-    QString batchStatement() const
-    {
-        return QStringLiteral("INSERT INTO writer(name, batch) VALUES('%1', %2) ON CONFLICT(name)"
-                              " DO UPDATE SET batch = greatest(writer.batch, excluded.batch), at = now()")
-            .arg(name)
-            .arg(batch);
-    }
-
-    /// Whether the server has what it may have. The lost connection may still be committing it; what has no
-    /// numbers may be written twice.
-    Status isThere(bool &isThere)
-    {
-        if (!database.begin() || !database.beginNumbers()) {
-            return refused();
-        }
-        QSqlQuery *query =
-            database.carriedOut(QStringLiteral("SELECT batch FROM writer WHERE name = ?"), {name});
-        if (query == nullptr) {
-            return refused();
-        }
-        isThere = query->next() && query->value(0).toLongLong() == batch;
-        query->finish();
-        database.rollBack();
-        return Status::done();
-    }
-
-    Status write(const std::vector<RecordRow> &rows)
-    {
-        if (isUnsure) {
-            bool isDone = false;
-            if (Status found = isThere(isDone); !found || isDone) {
-                isUnsure = !found;
-                return found;
-            }
-            isUnsure = false;
-        }
-        ++batch;
-        if (!database.begin() || (database.isServer() && !database.execute(batchStatement()))) {
-            return refused();
-        }
-        if (!writing->write(rows)) {
-            return refused();
-        }
-        if (!database.commit()) {
-            isUnsure = database.isServer();
-            return refused();
-        }
-        if (std::exchange(again, false)) {
-            writing.emplace(database);
-        }
-        return Status::done();
-    }
-
-    bool step(const QString &path, const std::optional<Retention> &retention, Status &done)
-    {
-        if (retention) {
-            background.setRetention(*retention);
-        }
-        done = open(path);
-        if (!done) {
-            return true;
-        }
-        const bool hasMore = background.step(database, done);
-        if (!done) {
-            (void)refused();
-        }
-        return hasMore;
-    }
-
-    /// The next try begins with a new connection: after an error of the disk this one may not know what
-    /// stands there.
-    Status refused()
-    {
-        Status failure = database.failure();
-        isBroken = isBroken || database.isDamaged();
-        database.rollBack();
-        close();
-        again = true;
-        return failure;
-    }
-
-    /// Says that nothing is missing.
-    void end()
-    {
-        if (database.isOpen()) {
-            (void)database.execute(database.isServer()
-                                       ? QStringLiteral("DELETE FROM writer WHERE name = '%1'").arg(name)
-                                       : settingStatement(QStringLiteral("'open', '0'")));
-        }
-    }
-};
 
 RecordWriter::RecordWriter(QString path, const OpenedRecord &opened, Timers &timers,
                            std::function<void(const QString &)> troubleChanged, qint64 most)
@@ -172,7 +20,7 @@ RecordWriter::RecordWriter(QString path, const OpenedRecord &opened, Timers &tim
       m_waiting(most),
       m_workTimer(timers.create()),
       m_mendTimer(timers.create()),
-      m_connection(std::make_unique<Connection>())
+      m_connection(std::make_unique<WriterConnection>())
 {
     workLater(restDelay);
 }
@@ -318,7 +166,7 @@ void RecordWriter::mend()
 
 void RecordWriter::mendIfBroken()
 {
-    if (m_isBusy || m_mendTimer->isRunning() || !(m_isMendDue || m_connection->isBroken)) {
+    if (m_isBusy || m_mendTimer->isRunning() || !(m_isMendDue || m_connection->isBroken())) {
         return;
     }
     if (!isFailing()) {
@@ -405,7 +253,7 @@ void RecordWriter::collectRows()
         m_commitTimes.sum += m_commitTime;
         m_inHand.clear();
         workLater(restDelay);
-    } else if (!m_connection->isUnsure) {
+    } else if (!m_connection->isUnsure()) {
         m_waiting.putBack(std::exchange(m_inHand, {}));
     }
     if (!m_kept) {

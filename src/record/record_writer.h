@@ -14,6 +14,8 @@
 
 namespace ktr {
 
+class WriterConnection;
+
 /// Writes the record on a thread of its own, so that neither a slow disk nor a full one holds up the owner.
 /// What arrives together is committed together, and what was committed is on the disk.
 class RecordWriter
@@ -97,7 +99,6 @@ public:
     bool isAtRest() const { return !m_hasWork && !m_isBusy; }
 
 private:
-    struct Connection;
     enum class Job {
         Write,
         Step, ///< of what has time
@@ -146,7 +147,7 @@ private:
     bool m_hasMoreWork = false; ///< what the step gave
     Status m_worked = Status::done();
     OpenedRecord m_found; ///< what mending gave
-    std::unique_ptr<Connection> m_connection;
+    std::unique_ptr<WriterConnection> m_connection;
     std::vector<RecordRow> m_inHand;
     quint64 m_lastInHand = 0; ///< addedCount() at the end of it
     Status m_kept = Status::done();
