@@ -1005,6 +1005,10 @@
         <source>&quot;%1&quot; does not begin with postgresql://</source>
         <translation>„%1“ beginnt nicht mit postgresql://</translation>
     </message>
+    <message>
+        <source>is not waited for any longer</source>
+        <translation>darauf wird nicht länger gewartet</translation>
+    </message>
 </context>
 <context>
     <name>RecordTable</name>

@@ -30,6 +30,12 @@ void WorkerThread::wait()
     m_changed.wait(lock, [this] { return !m_job; });
 }
 
+bool WorkerThread::waitFor(std::chrono::milliseconds longest)
+{
+    std::unique_lock lock(m_mutex);
+    return m_changed.wait_for(lock, longest, [this] { return !m_job; });
+}
+
 void WorkerThread::run()
 {
     std::unique_lock lock(m_mutex);

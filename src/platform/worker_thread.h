@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <condition_variable>
 #include <functional>
 #include <mutex>
@@ -20,6 +21,8 @@ public:
     void start(std::function<void()> job);
     /// Waits until the job, if there is one, has ended. What it wrote can then be read.
     void wait();
+    /// The same for so long at most; whether it has ended.
+    bool waitFor(std::chrono::milliseconds longest);
 
 private:
     void run();

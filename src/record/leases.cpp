@@ -33,9 +33,16 @@ Leases::Leases(QString address, QString name, Timers &timers, Listener listener,
 
 Leases::~Leases()
 {
-    m_thread.wait();
+    constexpr std::chrono::milliseconds patience{300};
+    if (!m_thread.waitFor(patience)) {
+        m_database.giveUp();
+        m_thread.wait();
+    }
     m_thread.start([this, duties = m_duties.work()] { giveBack(duties); });
-    m_thread.wait();
+    if (!m_thread.waitFor(2 * patience)) {
+        m_database.giveUp();
+        m_thread.wait();
+    }
 }
 
 /// The stations of a keeper that is not there are anybody's. Over a new connection where the old one was

@@ -49,7 +49,7 @@ public:
     /// turn of the event loop.
     Leases(QString address, QString name, Timers &timers, Listener listener, const Times &times,
            qint64 block = 0);
-    /// Gives back what is held, if the server can be reached; nothing may be sent any more.
+    /// Gives back what is held, if the server answers within a moment; nothing may be sent any more.
     ~Leases();
     Q_DISABLE_COPY_MOVE(Leases)
 

@@ -58,7 +58,7 @@ ServerAddress serverAddress(const QString &record)
     // An address may say otherwise. A server that is cut off is given up before others take its stations.
     ServerAddress address;
     address.connection =
-        u"connect_timeout='5' keepalives_idle='5' keepalives_interval='2' keepalives_count='3'"
+        u"connect_timeout='3' keepalives_idle='5' keepalives_interval='2' keepalives_count='3'"
         " tcp_user_timeout='10000' application_name='KTRconfig'"_s;
     for (const auto &[name, value] : std::as_const(parts)) {
         // The driver takes a semicolon for the end of a value.

@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
+#include <QLibrary>
+#include <QSqlDriver>
 #include <QSqlError>
 #include <QUrl>
 
@@ -50,6 +52,25 @@ QString serverReason(const QString &reason)
 bool tellsOfLoss(const QString &code)
 {
     return code.isEmpty() || code.startsWith(u"08"_s) || code.startsWith(u"57P"_s) || code == u"25P03"_s;
+}
+
+/// Of classes 22 (a value), 23 (a rule of the tables) and 54 (too large).
+bool tellsOfRow(const QString &code)
+{
+    return code.startsWith(u"22"_s) || code.startsWith(u"23"_s) || code.startsWith(u"54"_s);
+}
+
+/// Of the driver's connection; -1 where the library is another one. It is in the program already, by the
+/// driver's doing, which does not tell.
+int socketOf(const QSqlDatabase &database)
+{
+    using Ask = int (*)(const void *);
+    static const auto ask = reinterpret_cast<Ask>(QLibrary(u"pq"_s, 5).resolve("PQsocket"));
+    const QVariant handle = database.driver()->handle();
+    if (ask == nullptr || qstrcmp(handle.typeName(), "PGconn*") != 0) {
+        return -1;
+    }
+    return ask(*static_cast<void *const *>(handle.constData()));
 }
 
 QString freshName()
@@ -121,6 +142,9 @@ Status RecordDatabase::openServer(Use use)
         m_failure = address.status.message();
         return address.status;
     }
+    if (const std::lock_guard lock(m_givingUp); m_isGivenUp) {
+        return fail(QCoreApplication::translate("Record", "is not waited for any longer"));
+    }
     m_name = freshName();
     m_database = QSqlDatabase::addDatabase(u"QPSQL"_s, m_name);
     m_database.setConnectOptions(address.connection);
@@ -150,7 +174,27 @@ Status RecordDatabase::opened(const QStringList &settings)
         m_isLost = true;
         return fails(m_database.lastError()) ? Status::done() : failure();
     }
+    if (m_isServer && !holdSocket()) {
+        return fail(QCoreApplication::translate("Record", "is not waited for any longer"));
+    }
     return execute(settings);
+}
+
+/// False when nobody wants the connection any more.
+bool RecordDatabase::holdSocket()
+{
+    const std::lock_guard lock(m_givingUp);
+    if (!m_isGivenUp) {
+        m_socket.hold(socketOf(m_database));
+    }
+    return !m_isGivenUp;
+}
+
+void RecordDatabase::giveUp()
+{
+    const std::lock_guard lock(m_givingUp);
+    m_isGivenUp = true;
+    m_socket.end();
 }
 
 /// The log is cut back after a burst.
@@ -169,6 +213,8 @@ void RecordDatabase::close()
         m_database.close();
         m_database = QSqlDatabase();
         QSqlDatabase::removeDatabase(m_name);
+        const std::lock_guard lock(m_givingUp);
+        m_socket.release();
     }
 }
 
@@ -296,6 +342,7 @@ Status RecordDatabase::fail(const QString &reason)
     m_failure = fileFailure(m_path, reason).message();
     m_code = 0;
     m_isLost = false;
+    m_isRowRefused = false;
     return failure();
 }
 
@@ -306,6 +353,7 @@ bool RecordDatabase::fails(const QSqlError &error)
     const QString code = error.nativeErrorCode();
     m_code = m_isServer ? 0 : code.toInt() & 0xff;
     m_isLost = m_isServer && tellsOfLoss(code);
+    m_isRowRefused = m_isServer && tellsOfRow(code);
     return false;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/held_socket.h"
 #include "platform/status.h"
 #include "record/sql_dialect.h"
 
@@ -9,6 +10,7 @@
 #include <QStringList>
 
 #include <memory>
+#include <mutex>
 
 namespace ktr {
 
@@ -35,6 +37,9 @@ public:
     /// A failure names the file or address. What is no regular file is refused.
     Status open(const QString &path, Use use);
     void close();
+    /// May be called on any thread: what is being asked of a server that does not answer fails, and nothing
+    /// more is asked of it. For the end of a program. A connection that is just being made has its own time.
+    void giveUp();
     bool isServer() const { return m_isServer; }
     const SqlDialect &sql() const { return m_isServer ? serverDialect() : fileDialect(); }
     /// Goes over to a write-ahead log, which is written into the file.
@@ -83,6 +88,9 @@ public:
     void failAsDamaged();
     /// Whether the last failure says that the server is not there, or this connection no more.
     bool isLost() const { return m_isLost; }
+    /// Whether the last failure says that a server will not have a row, whenever it is asked: its value is
+    /// out of range, or breaks a rule of the tables.
+    bool isRowRefused() const { return m_isRowRefused; }
     /// Notes a failure that the caller found, and returns it with the name of the file.
     Status fail(const QString &reason);
 
@@ -90,6 +98,7 @@ private:
     Status openFile(Use use);
     Status openServer(Use use);
     Status opened(const QStringList &settings);
+    bool holdSocket();
     bool carryOut(const QString &statement);
     bool fails(const class QSqlError &error);
 
@@ -97,6 +106,10 @@ private:
     bool m_isServer = false;
     bool m_hasNumbers = false; ///< of this transaction
     bool m_isLost = false;
+    bool m_isRowRefused = false;
+    std::mutex m_givingUp; ///< guards what follows
+    bool m_isGivenUp = false;
+    HeldSocket m_socket;
     QByteArray m_identity; ///< of the file
     QString m_name;
     QSqlDatabase m_database;

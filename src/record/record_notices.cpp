@@ -12,7 +12,9 @@ namespace ktr {
 class RecordNotices::Listener : public QObject
 {
 public:
-    Listener(QString address, RecordNotices &owner) : m_address(std::move(address)), m_owner(owner) {}
+    Listener(QString address, RecordNotices &owner)
+        : m_address(std::move(address)), m_owner(owner), m_database(*owner.m_database)
+    {}
 
     void begin()
     {
@@ -67,11 +69,13 @@ private:
 
     QString m_address;
     RecordNotices &m_owner;
-    RecordDatabase m_database;
+    RecordDatabase &m_database;
 };
 
 RecordNotices::RecordNotices(const QString &address, std::function<void()> noticed)
-    : m_noticed(std::move(noticed)), m_listener(std::make_unique<Listener>(address, *this))
+    : m_noticed(std::move(noticed)),
+      m_database(std::make_unique<RecordDatabase>()),
+      m_listener(std::make_unique<Listener>(address, *this))
 {
     m_listener->moveToThread(&m_thread);
     QObject::connect(&m_thread, &QThread::started, m_listener.get(), &Listener::begin);
@@ -87,8 +91,12 @@ RecordNotices::RecordNotices(const QString &address, std::function<void()> notic
 
 RecordNotices::~RecordNotices()
 {
+    constexpr unsigned long patience = 100; // with a server that does not answer
     m_thread.quit();
-    m_thread.wait();
+    if (!m_thread.wait(patience)) {
+        m_database->giveUp();
+        m_thread.wait();
+    }
 }
 
 } // namespace ktr

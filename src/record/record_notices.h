@@ -28,8 +28,9 @@ private:
 
     std::function<void()> m_noticed;
     std::atomic<bool> m_isListening = false;
-    std::atomic<bool> m_isTold = false; ///< and not taken by the owner yet
-    QObject m_receiver;                 ///< on the owner's thread
+    std::atomic<bool> m_isTold = false;               ///< and not taken by the owner yet
+    QObject m_receiver;                               ///< on the owner's thread
+    std::unique_ptr<class RecordDatabase> m_database; ///< the thread's, but for giving it up
     QThread m_thread;
     std::unique_ptr<Listener> m_listener; ///< the thread's
 };

@@ -8,6 +8,14 @@ RecordQueries::RecordQueries(QString path) : m_path(std::move(path)) {}
 
 RecordQueries::~RecordQueries()
 {
+    constexpr std::chrono::milliseconds patience{100};
+    if (!m_thread.waitFor(patience)) {
+        const std::lock_guard lock(m_guard);
+        m_isEnding = true;
+        if (m_reader) {
+            m_reader->giveUp();
+        }
+    }
     m_thread.wait();
     m_thread.start([this] { m_reader.reset(); }); // the connection ends where it was made
     m_thread.wait();
@@ -43,17 +51,27 @@ void RecordQueries::begin()
     m_isAsking = true;
     m_asker = question.asker;
     m_thread.start([this, work = std::move(question.work)]() mutable {
-        if (!m_reader || m_reader->isStale()) {
-            m_reader = std::make_unique<RecordReader>(m_path);
-        }
+        renewReader();
         m_answer = work(*m_reader);
         m_isDamaged = m_reader->foundDamage() && !m_reader->isStale();
         if (m_reader->foundDamage()) { // it may be mended by the next question
+            const std::lock_guard lock(m_guard);
             m_reader.reset();
         }
         QMetaObject::invokeMethod(
             &m_receiver, [this] { ended(); }, Qt::QueuedConnection);
     });
+}
+
+void RecordQueries::renewReader()
+{
+    const std::lock_guard lock(m_guard);
+    if (!m_reader || m_reader->isStale()) {
+        m_reader = std::make_unique<RecordReader>(m_path);
+    }
+    if (m_isEnding) {
+        m_reader->giveUp();
+    }
 }
 
 void RecordQueries::ended()

@@ -6,6 +6,7 @@
 #include <QObject>
 
 #include <deque>
+#include <mutex>
 
 namespace ktr {
 
@@ -15,7 +16,8 @@ class RecordQueries
 {
 public:
     explicit RecordQueries(QString path);
-    /// Waits for the question that is being answered. No answer arrives afterwards.
+    /// Waits for the question that is being answered, for a server but a moment. No answer arrives
+    /// afterwards.
     ~RecordQueries();
     Q_DISABLE_COPY_MOVE(RecordQueries)
 
@@ -49,12 +51,15 @@ private:
     void put(const void *asker, Work work);
     void begin();
     void ended();
+    void renewReader();
 
     QString m_path;
     std::deque<Question> m_waiting;
     bool m_isAsking = false;
     const void *m_asker = nullptr;          ///< of the question in work; none: nobody waits for it any more
+    std::mutex m_guard;                     ///< while the reader becomes another one
     std::unique_ptr<RecordReader> m_reader; ///< of the thread
+    bool m_isEnding = false;                ///< under the guard
     std::function<void()> m_answer;         ///< of the thread while m_isAsking is set
     bool m_isDamaged = false;               ///< likewise
     std::function<void()> m_foundDamage;

@@ -167,6 +167,8 @@ public:
     /// Each of the others opens the record, too, where that was not done.
     Status open();
     /// Another file stands in the place of the one that is read: make another reader.
+    /// As RecordDatabase::giveUp().
+    void giveUp() { m_database.giveUp(); }
     bool isStale() const { return m_database.isMoved(); }
     /// Whether the last failure told of damage.
     bool foundDamage() const { return m_database.isDamaged(); }

@@ -1,14 +1,21 @@
 #include "record/request_writer.h"
 
-#include "record/record_database.h"
 #include "record/row_writing.h"
 
 namespace ktr {
 
 RequestWriter::~RequestWriter()
 {
-    m_thread.wait();
-    carryOut(m_path, m_waiting);
+    constexpr std::chrono::milliseconds patience{700};
+    const auto end = [this] {
+        if (!m_thread.waitFor(patience)) {
+            m_database.giveUp();
+            m_thread.wait();
+        }
+    };
+    end();
+    m_thread.start([this] { carryOut(m_waiting); });
+    end();
 }
 
 void RequestWriter::write(RequestRow request, Written written)
@@ -24,7 +31,7 @@ void RequestWriter::begin()
     m_isBusy = true;
     m_inHand = std::exchange(m_waiting, {});
     m_thread.start([this] {
-        carryOut(m_path, m_inHand);
+        carryOut(m_inHand);
         QMetaObject::invokeMethod(
             &m_receiver, [this] { collect(); }, Qt::QueuedConnection);
     });
@@ -45,13 +52,13 @@ void RequestWriter::collect()
 
 /// Each is a commit of its own: somebody may be waiting for it. By a connection that is opened anew: the file
 /// may be another one by now.
-void RequestWriter::carryOut(const QString &path, std::vector<Job> &jobs)
+void RequestWriter::carryOut(std::vector<Job> &jobs)
 {
     if (jobs.empty()) {
         return;
     }
-    RecordDatabase database;
-    const Status opened = database.open(path, RecordDatabase::Use::Write);
+    RecordDatabase &database = m_database;
+    const Status opened = database.open(m_path, RecordDatabase::Use::Write);
     RowWriting writing(database);
     for (Job &job : jobs) {
         job.status = opened;
@@ -72,6 +79,7 @@ void RequestWriter::carryOut(const QString &path, std::vector<Job> &jobs)
             }
         }
     }
+    database.close();
 }
 
 } // namespace ktr

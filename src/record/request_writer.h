@@ -2,6 +2,7 @@
 
 #include "platform/status.h"
 #include "platform/worker_thread.h"
+#include "record/record_database.h"
 #include "record/record_rows.h"
 
 #include <QObject>
@@ -20,7 +21,8 @@ public:
     using Written = std::function<void(const Status &status, qint64 id)>;
 
     explicit RequestWriter(QString path) : m_path(std::move(path)) {}
-    /// Waits for what is being written; what waits is written, too, but told no more.
+    /// Waits for what is being written; what waits is written, too, but told no more. A server that does not
+    /// answer is not waited for.
     ~RequestWriter();
     Q_DISABLE_COPY_MOVE(RequestWriter)
 
@@ -37,12 +39,13 @@ private:
 
     void begin();
     void collect();
-    static void carryOut(const QString &path, std::vector<Job> &jobs);
+    void carryOut(std::vector<Job> &jobs);
 
     QString m_path;
     std::vector<Job> m_waiting;
     bool m_isBusy = false;
     std::vector<Job> m_inHand; ///< while busy the thread's alone
+    RecordDatabase m_database; ///< likewise
     QObject m_receiver;        ///< of the thread's reports, on the owner's thread
     WorkerThread m_thread;
 };

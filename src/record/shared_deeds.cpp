@@ -76,6 +76,10 @@ Status carryOutOnce(RecordDatabase &database, const SharedDeed &deed)
 
 SharedDeeds::~SharedDeeds()
 {
+    constexpr std::chrono::milliseconds patience{300};
+    if (!m_thread.waitFor(patience)) {
+        m_database.giveUp();
+    }
     m_thread.wait();
 }
 
@@ -92,12 +96,12 @@ void SharedDeeds::begin()
     m_isBusy = true;
     m_inHand = std::exchange(m_waiting, {});
     m_thread.start([this] {
-        RecordDatabase database;
-        if (database.open(m_address, RecordDatabase::Use::Write)) {
+        if (m_database.open(m_address, RecordDatabase::Use::Write)) {
             for (const SharedDeed &deed : m_inHand) {
-                (void)carryOutOnce(database, deed);
+                (void)carryOutOnce(m_database, deed);
             }
         }
+        m_database.close();
         QMetaObject::invokeMethod(
             &m_receiver,
             [this] {

@@ -2,6 +2,7 @@
 
 #include "platform/status.h"
 #include "platform/worker_thread.h"
+#include "record/record_database.h"
 #include "record/record_rows.h"
 
 #include <QObject>
@@ -10,8 +11,6 @@
 #include <vector>
 
 namespace ktr {
-
-class RecordDatabase;
 
 /// What is done for all keepers of a server's record at once, by whichever of them comes first.
 struct SharedDeed
@@ -34,7 +33,7 @@ class SharedDeeds
 {
 public:
     explicit SharedDeeds(QString address) : m_address(std::move(address)) {}
-    /// Waits for what is being done.
+    /// Waits for what is being done, but not for a server that does not answer.
     ~SharedDeeds();
     Q_DISABLE_COPY_MOVE(SharedDeeds)
 
@@ -47,6 +46,7 @@ private:
     std::vector<SharedDeed> m_waiting;
     bool m_isBusy = false;
     std::vector<SharedDeed> m_inHand; ///< while busy the thread's alone
+    RecordDatabase m_database;        ///< likewise
     QObject m_receiver;
     WorkerThread m_thread;
 };
