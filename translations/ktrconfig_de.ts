@@ -1009,6 +1009,18 @@
         <source>is not waited for any longer</source>
         <translation>darauf wird nicht länger gewartet</translation>
     </message>
+    <message>
+        <source>the server does not answer</source>
+        <translation>der Server antwortet nicht</translation>
+    </message>
+    <message>
+        <source>%1 can be written again</source>
+        <translation>%1 kann wieder geschrieben werden</translation>
+    </message>
+    <message>
+        <source>%1: rows that the server will not have are kept aside there: %2, the last one because of: %3</source>
+        <translation>%1: Zeilen, die der Server nicht annimmt, sind dort aufgehoben: %2, die letzte wegen: %3</translation>
+    </message>
 </context>
 <context>
     <name>RecordTable</name>
@@ -1429,6 +1441,32 @@
     <message>
         <source>whether on or off is missing</source>
         <translation>ob an oder aus, fehlt</translation>
+    </message>
+</context>
+<context>
+    <name>RowSpool</name>
+    <message>
+        <source>%1: is damaged; it is kept as %2</source>
+        <translation>%1: ist beschädigt; aufgehoben als %2</translation>
+    </message>
+    <message>
+        <source>holds as much as it may</source>
+        <translation>enthält so viel, wie sie darf</translation>
+    </message>
+    <message>
+        <source>of another version of the program</source>
+        <translation>von einer anderen Version des Programms</translation>
+    </message>
+</context>
+<context>
+    <name>SpoolPlace</name>
+    <message>
+        <source>the folder cannot be made</source>
+        <translation>der Ordner kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>too many keepers use it</source>
+        <translation>zu viele Wächter benutzen ihn</translation>
     </message>
 </context>
 <context>

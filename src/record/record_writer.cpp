@@ -1,40 +1,56 @@
 #include "record/record_writer.h"
 
 #include "platform/files.h"
+#include "record/record_address.h"
+#include "record/spool_writer.h"
 #include "record/writer_connection.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QElapsedTimer>
+#include <QUuid>
 
 #include <algorithm>
 
 namespace ktr {
 
 RecordWriter::RecordWriter(QString path, const OpenedRecord &opened, Timers &timers,
-                           std::function<void(const QString &)> troubleChanged, qint64 most)
+                           std::function<void(const QString &)> troubleChanged, qint64 most,
+                           std::unique_ptr<SpoolPlace> spool)
     : m_path(std::move(path)),
       m_troubleChanged(std::move(troubleChanged)),
       m_timer(timers.create()),
       m_lastEvent(opened.lastEvent),
       m_lastAlarm(opened.lastAlarm),
       m_waiting(most),
+      m_name(QUuid::createUuid().toString(QUuid::WithoutBraces)),
+      m_patience(timers.create()),
+      m_spoolTimer(timers.create()),
+      m_handTimer(timers.create()),
       m_workTimer(timers.create()),
       m_mendTimer(timers.create()),
       m_connection(std::make_unique<WriterConnection>())
 {
+    if (spool) {
+        beginSpool(std::move(spool));
+    }
     workLater(restDelay);
 }
 
 // NOLINTNEXTLINE(bugprone-exception-escape): nothing in it throws unless memory has run out
 RecordWriter::~RecordWriter()
 {
+    if (isServerAddress(m_path)) {
+        closeServer();
+        return;
+    }
     for (int tries = 0; tries < 2; ++tries) { // the first may find the record damaged
         settle();
         (void)flushNow(); // what keeps it from the disk was told
     }
     m_thread.wait();
     m_thread.start([this] {
-        m_connection->end();
+        m_connection->end(m_name);
         m_connection.reset();
     });
     m_thread.wait();
@@ -52,15 +68,38 @@ void RecordWriter::add(RecordRow row)
 void RecordWriter::flush()
 {
     m_timer->stop();
+    if (m_isSpooling) {
+        spool();
+    } else if (m_isBusy && m_spool && !m_patience->isRunning()) {
+        m_patience->start(patience, [this] { loseTime(); });
+    }
     m_isDue = m_isBusy;
-    if (!m_isBusy && hasRows()) {
+    if (!m_isBusy) {
+        goOn();
+    }
+}
+
+/// What is to be written next, now that the thread is free.
+void RecordWriter::goOn()
+{
+    if (m_handTimer->isRunning() || (m_isSpooling && m_spooled.rows == 0 && m_spool->isBusy())) {
+        return; // it goes on from there
+    }
+    if (m_spooled.rows > 0) {
+        handOver();
+        return;
+    }
+    if (m_isSpooling) {
+        endSpooling();
+    }
+    if (hasRows()) {
         write();
     }
 }
 
 bool RecordWriter::hasRows() const
 {
-    return !m_waiting.isEmpty() || !m_inHand.empty();
+    return !m_waiting.isEmpty() || !m_pending.empty();
 }
 
 Status RecordWriter::flushNow()
@@ -68,10 +107,13 @@ Status RecordWriter::flushNow()
     if (isMending()) {
         return Status::failed(m_trouble);
     }
+    if (isServerAddress(m_path)) {
+        settleServer();
+        return hasRows() ? Status::failed(m_trouble) : Status::done();
+    }
     settle();
     m_timer->stop();
-    // Rows that a server may have are found out about before those behind them are written.
-    for (int tries = 0; tries < 2 && hasRows() && !m_isBusy; ++tries) {
+    if (hasRows() && !m_isBusy) {
         write();
         settle();
     }
@@ -110,7 +152,8 @@ void RecordWriter::begin(std::function<void()> job, Job what)
             &m_receiver,
             [this, what] {
                 collect();
-                if (what == Job::Write && m_settled) { // never from inside a call of the owner's
+                if ((what == Job::Write || what == Job::HandOver) &&
+                    m_settled) { // never from inside a call of the owner's
                     m_settled();
                 }
             },
@@ -118,11 +161,26 @@ void RecordWriter::begin(std::function<void()> job, Job what)
     });
 }
 
+/// Of all that wait.
+void RecordWriter::takeBatch()
+{
+    auto batch = std::make_shared<RowBatch>();
+    batch->writer = m_name;
+    batch->number = ++m_lastBatch;
+    batch->keeper = m_keeper;
+    batch->at = QDateTime::currentMSecsSinceEpoch();
+    batch->rows = m_waiting.take();
+    m_pending.push_back({std::move(batch), m_addedCount});
+}
+
 void RecordWriter::write()
 {
-    if (m_inHand.empty()) {
-        m_inHand = m_waiting.take();
-        m_lastInHand = m_addedCount;
+    if (m_pending.empty()) {
+        takeBatch();
+    }
+    m_inHand = m_pending.front();
+    if (m_spool) {
+        m_patience->start(patience, [this] { loseTime(); });
     }
     begin(
         [this] {
@@ -130,7 +188,7 @@ void RecordWriter::write()
             if (m_kept) {
                 QElapsedTimer time;
                 time.start();
-                m_kept = m_connection->write(m_inHand);
+                m_kept = m_connection->write(*m_inHand.batch);
                 m_commitTime = static_cast<double>(time.nsecsElapsed()) / 1e9;
             }
         },
@@ -196,6 +254,8 @@ void RecordWriter::collect()
     m_isBusy = false;
     if (m_job == Job::Write) {
         collectRows();
+    } else if (m_job == Job::HandOver) {
+        collectHandedOver();
     } else if (m_job == Job::Mend) {
         collectMended();
     } else if (m_hasMoreWork) {
@@ -246,22 +306,45 @@ void RecordWriter::collectMended()
 
 void RecordWriter::collectRows()
 {
-    if (m_kept) {
-        m_onDiskCount = m_lastInHand;
-        const auto bound = std::ranges::lower_bound(CommitTimes::bounds, m_commitTime);
-        ++m_commitTimes.counts[static_cast<std::size_t>(bound - CommitTimes::bounds.begin())];
-        m_commitTimes.sum += m_commitTime;
-        m_inHand.clear();
-        workLater(restDelay);
-    } else if (!m_connection->isUnsure()) {
-        m_waiting.putBack(std::exchange(m_inHand, {}));
-    }
+    m_patience->stop();
+    const Pending done = std::exchange(m_inHand, {});
+    m_trouble = m_kept.message();
     if (!m_kept) {
-        m_timer->start(retryDelay, [this] { flush(); });
-    } else if (hasRows() && !m_timer->isRunning()) { // behind those that the server had
+        collectRefused(done);
+        return;
+    }
+    if (!m_pending.empty() && m_pending.front().batch == done.batch) { // or the spool has it, too
+        m_pending.pop_front();
+    }
+    m_onDiskCount = std::max(m_onDiskCount, done.last);
+    if (!m_isSpooling) {
+        m_inRecordCount = done.last;
+    }
+    const auto bound = std::ranges::lower_bound(CommitTimes::bounds, m_commitTime);
+    ++m_commitTimes.counts[static_cast<std::size_t>(bound - CommitTimes::bounds.begin())];
+    m_commitTimes.sum += m_commitTime;
+    workLater(restDelay);
+    if (m_isSpooling) {
+        spool();
+        goOn();
+    } else if (hasRows() && !m_timer->isRunning()) {
         m_timer->start(Milliseconds(0), [this] { flush(); });
     }
-    m_trouble = m_kept.message();
+}
+
+/// Nobody has anything of it, unless a server may have committed it: that is given the same batch again.
+void RecordWriter::collectRefused(const Pending &refused)
+{
+    if (!m_isSpooling && !m_connection->isUnsure()) {
+        m_pending.pop_front();
+        m_waiting.putBack(refused.batch->rows);
+    }
+    if (m_spool) {
+        m_handTimer->start(retryDelay, [this] { flush(); });
+        beginSpooling();
+    } else {
+        m_timer->start(retryDelay, [this] { flush(); });
+    }
 }
 
 } // namespace ktr

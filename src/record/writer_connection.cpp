@@ -1,14 +1,14 @@
 #include "record/writer_connection.h"
 
+#include "record/heard_text.h"
 #include "record/record_sql.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QUuid>
 
 namespace ktr {
 
-WriterConnection::WriterConnection() : m_name(QUuid::createUuid().toString(QUuid::WithoutBraces)) {}
+using namespace Qt::StringLiterals;
 
 Status WriterConnection::open(const QString &path)
 {
@@ -48,53 +48,40 @@ void WriterConnection::close()
     m_database.close();
 }
 
-/// Writers of long ago are forgotten.
+/// Writers of long ago are forgotten; what they may have left in a spool is not that old.
 Status WriterConnection::beginBatches()
 {
-    return m_database.execute(QStringLiteral("DELETE FROM writer WHERE at < now() - interval '30 days'"));
+    return m_database.execute(u"DELETE FROM writer WHERE at < now() - interval '1 year'"_s);
 }
 
-QString WriterConnection::batchStatement() const
+/// Notes that the batch is there with this transaction, unless it is there. Whoever is about to commit it
+/// over another connection is waited for.
+bool WriterConnection::claim(const RowBatch &batch, bool &isThere)
 {
-    return QStringLiteral("INSERT INTO writer(name, batch) VALUES('%1', %2) ON CONFLICT(name)"
-                          " DO UPDATE SET batch = greatest(writer.batch, excluded.batch), at = now()")
-        .arg(m_name)
-        .arg(m_batch);
-}
-
-/// Whether the server has what it may have. The lost connection may still be committing it; what has no
-/// numbers may be written twice.
-Status WriterConnection::isThere(bool &isThere)
-{
-    if (!m_database.begin() || !m_database.beginNumbers()) {
-        return refused();
-    }
-    QSqlQuery *query =
-        m_database.carriedOut(QStringLiteral("SELECT batch FROM writer WHERE name = ?"), {m_name});
+    QSqlQuery *query = m_database.carriedOut(
+        u"INSERT INTO writer(name, batch) VALUES(?, ?) ON CONFLICT(name) DO UPDATE SET"
+        " batch = excluded.batch, at = now() WHERE writer.batch < excluded.batch RETURNING batch"_s,
+        {batch.writer, batch.number});
     if (query == nullptr) {
-        return refused();
+        return false;
     }
-    isThere = query->next() && query->value(0).toLongLong() == m_batch;
+    isThere = !query->next();
     query->finish();
-    m_database.rollBack();
-    return Status::done();
+    return true;
 }
 
-Status WriterConnection::write(const std::vector<RecordRow> &rows)
+Status WriterConnection::write(const RowBatch &batch)
 {
-    if (m_isUnsure) {
-        bool isDone = false;
-        if (Status found = isThere(isDone); !found || isDone) {
-            m_isUnsure = !found;
-            return found;
-        }
-        m_isUnsure = false;
+    bool isThere = false;
+    if (!m_database.begin() || (m_database.isServer() && !claim(batch, isThere))) {
+        return refused(); // and what was not known before is not known now
     }
-    ++m_batch;
-    if (!m_database.begin() || (m_database.isServer() && !m_database.execute(batchStatement()))) {
-        return refused();
+    m_isUnsure = false;
+    if (isThere) {
+        m_database.rollBack();
+        return Status::done();
     }
-    if (!m_writing->write(rows)) {
+    if (!m_writing->write(batch.rows)) {
         return refused();
     }
     if (!m_database.commit()) {
@@ -105,6 +92,168 @@ Status WriterConnection::write(const std::vector<RecordRow> &rows)
         m_writing.emplace(m_database);
     }
     return Status::done();
+}
+
+/// The number of the last batch of a writer that is there; no other connection adds one until the end of the
+/// transaction.
+bool WriterConnection::lastOf(const QString &writer, qint64 &number)
+{
+    if (m_database.carriedOut(u"INSERT INTO writer(name, batch) VALUES(?, 0) ON CONFLICT(name) DO NOTHING"_s,
+                              {writer}) == nullptr) {
+        return false;
+    }
+    QSqlQuery *query =
+        m_database.carriedOut(u"SELECT batch FROM writer WHERE name = ? FOR UPDATE"_s, {writer});
+    if (query == nullptr) {
+        return false;
+    }
+    number = query->next() ? query->value(0).toLongLong() : 0;
+    query->finish();
+    return true;
+}
+
+/// The stations among a batch's that have been another keeper's since, or may have been; no other takes one
+/// until the end of the transaction.
+bool WriterConnection::othersAmong(const RowBatch &batch, QSet<qint64> &stations)
+{
+    const QSet<qint64> told = batch.keeper == 0 ? QSet<qint64>() : stationsOf(batch.rows);
+    if (told.isEmpty()) {
+        return true;
+    }
+    QSqlQuery query(m_database.handle());
+    query.setForwardOnly(true);
+    if (!query.prepare(u"SELECT id, keeper FROM station WHERE id IN "_s + listOf(told) + u" FOR UPDATE"_s) ||
+        !m_database.run(query)) {
+        return false;
+    }
+    while (query.next()) {
+        if (query.value(1).isNull() || query.value(1).toLongLong() != batch.keeper) {
+            stations += query.value(0).toLongLong();
+        }
+    }
+    return m_database.wasReadToItsEnd(query);
+}
+
+/// As one transaction; without its commit.
+bool WriterConnection::writeLate(const std::vector<RowSpool::Kept> &kept)
+{
+    const RowBatch &last = kept.back().batch;
+    qint64 known = 0;
+    if (!lastOf(last.writer, known)) {
+        return false;
+    }
+    for (const RowSpool::Kept &each : kept) {
+        QSet<qint64> others;
+        if (each.batch.number > known &&
+            (!othersAmong(each.batch, others) || !m_writing->write(withoutStates(each.batch.rows, others)))) {
+            return false;
+        }
+    }
+    return known >= last.number ||
+           m_database.carriedOut(u"UPDATE writer SET batch = ?, at = now() WHERE name = ?"_s,
+                                 {last.number, last.writer}) != nullptr;
+}
+
+Status WriterConnection::handOver(const QString &path, RowSpool &spool, HandedOver &handedOver)
+{
+    constexpr int mostRows = 1'000;
+    std::vector<RowSpool::Kept> kept;
+    Status done = spool.oldest(mostRows, kept);
+    if (done && !kept.empty()) {
+        done = open(path);
+    }
+    if (!done || kept.empty()) {
+        return done;
+    }
+    if (!kept.front().isReadable) {
+        handedOver = {0, 0, kept.front().rows,
+                      QCoreApplication::translate("RowSpool", "of another version of the program")};
+        done = spool.keepUnreadable(kept.front());
+    } else if (!m_database.begin() || !writeLate(kept) || !m_database.commit()) {
+        if (!m_database.isRowRefused()) {
+            return refused();
+        }
+        undo();
+        kept.resize(1); // the one with the row is found in its turn
+        done = writeEach(kept.front().batch, spool, handedOver);
+    }
+    if (done) {
+        done = spool.remove(kept);
+    }
+    for (const RowSpool::Kept &each : kept) {
+        handedOver.rows += done ? each.rows : 0;
+        handedOver.at = each.batch.at;
+    }
+    return done;
+}
+
+/// What the server will not have is in the spool before the rest of the batch is there.
+Status WriterConnection::writeEach(const RowBatch &batch, RowSpool &spool, HandedOver &handedOver)
+{
+    qint64 known = 0;
+    QSet<qint64> others;
+    std::vector<RowSpool::Refused> refusedRows;
+    if (!m_database.begin() || !lastOf(batch.writer, known)) {
+        return refused();
+    }
+    if (known >= batch.number) {
+        m_database.rollBack();
+        return Status::done();
+    }
+    RowBatch late = batch;
+    if (!othersAmong(batch, others)) {
+        return refused();
+    }
+    late.rows = withoutStates(batch.rows, others);
+    if (!m_database.execute(u"SET CONSTRAINTS ALL IMMEDIATE"_s) || !tryEach(late.rows, refusedRows)) {
+        return refused();
+    }
+    if (Status kept = spool.keepRefused(late, refusedRows); !kept) {
+        undo();
+        return kept;
+    }
+    if (m_database.carriedOut(u"UPDATE writer SET batch = ?, at = now() WHERE name = ?"_s,
+                              {batch.number, batch.writer}) == nullptr ||
+        !m_database.commit()) {
+        return refused();
+    }
+    if (!refusedRows.empty()) {
+        handedOver.refused = static_cast<qint64>(refusedRows.size());
+        handedOver.why = refusedRows.back().why;
+    }
+    return Status::done();
+}
+
+bool WriterConnection::tryEach(const std::vector<RecordRow> &rows, std::vector<RowSpool::Refused> &refused)
+{
+    int place = 0;
+    for (const RecordRow &row : rows) {
+        if (!m_database.execute(u"SAVEPOINT one"_s)) {
+            return false;
+        }
+        if (m_writing->write(row)) {
+            if (!m_database.execute(u"RELEASE SAVEPOINT one"_s)) {
+                return false;
+            }
+        } else if (m_database.isRowRefused()) {
+            refused.push_back({place, m_database.failure().message()});
+            m_writing.emplace(m_database);
+            if (!m_database.execute(u"ROLLBACK TO SAVEPOINT one"_s)) {
+                return false;
+            }
+        } else {
+            return false;
+        }
+        ++place;
+    }
+    return true;
+}
+
+/// Of what was begun nothing holds, and nothing that was gathered is sent.
+void WriterConnection::undo()
+{
+    m_database.rollBack();
+    m_writing.emplace(m_database);
 }
 
 bool WriterConnection::step(const QString &path, const std::optional<Retention> &retention, Status &done)
@@ -135,12 +284,11 @@ Status WriterConnection::refused()
     return failure;
 }
 
-void WriterConnection::end()
+void WriterConnection::end(const QString &writer)
 {
     if (m_database.isOpen()) {
-        (void)m_database.execute(m_database.isServer()
-                                     ? QStringLiteral("DELETE FROM writer WHERE name = '%1'").arg(m_name)
-                                     : settingStatement(QStringLiteral("'open', '0'")));
+        (void)m_database.execute(m_database.isServer() ? u"DELETE FROM writer WHERE name = '%1'"_s.arg(writer)
+                                                       : settingStatement(u"'open', '0'"_s));
     }
 }
 

@@ -2,10 +2,11 @@
 
 #include "record/background_work.h"
 #include "record/record_file.h"
+#include "record/row_batch.h"
+#include "record/row_spool.h"
 #include "record/row_writing.h"
 
 #include <optional>
-#include <vector>
 
 namespace ktr {
 
@@ -13,16 +14,25 @@ namespace ktr {
 class WriterConnection
 {
 public:
-    WriterConnection();
-
     /// Does nothing where it is open; a file that was removed or replaced meanwhile is a failure.
     Status open(const QString &path);
     void close();
-    /// One commit. After a failure the next try has a new connection.
-    Status write(const std::vector<RecordRow> &rows);
-    /// The server may have the rows in hand: the connection was lost while it committed them. They are to be
-    /// written before others.
+    /// As RecordDatabase::giveUp(), on any thread.
+    void giveUp() { m_database.giveUp(); }
+    /// One commit. After a failure the next try has a new connection; a server is to be given the same batch
+    /// again then, since it may have it: the connection may have been lost while it was committed.
+    Status write(const RowBatch &batch);
+    /// Whether it may be there although the last one failed.
     bool isUnsure() const { return m_isUnsure; }
+    /// Gives a server what waits longest in a spool, and removes it from there.
+    struct HandedOver
+    {
+        qint64 rows = 0;    ///< that the spool has no more
+        qint64 at = 0;      ///< when the last of them came
+        qint64 refused = 0; ///< of these, rows that the server will not have: the spool keeps them aside
+        QString why{};      ///< of the last of them
+    };
+    Status handOver(const QString &path, RowSpool &spool, HandedOver &handedOver);
 
     /// A step of what has time; gives whether there is more.
     bool step(const QString &path, const std::optional<Retention> &retention, Status &done);
@@ -31,13 +41,18 @@ public:
     bool isBroken() const { return m_isBroken; }
     OpenedRecord mend(const QString &path);
 
-    /// Says that nothing is missing.
-    void end();
+    /// Says that nothing is missing of what a writer of this name wrote.
+    void end(const QString &writer);
 
 private:
     Status beginBatches();
-    QString batchStatement() const;
-    Status isThere(bool &isThere);
+    bool claim(const RowBatch &batch, bool &isThere);
+    bool lastOf(const QString &writer, qint64 &number);
+    bool othersAmong(const RowBatch &batch, QSet<qint64> &stations);
+    bool writeLate(const std::vector<RowSpool::Kept> &kept);
+    Status writeEach(const RowBatch &batch, RowSpool &spool, HandedOver &handedOver);
+    bool tryEach(const std::vector<RecordRow> &rows, std::vector<RowSpool::Refused> &refused);
+    void undo();
     Status refused();
 
     RecordDatabase m_database;
@@ -45,8 +60,6 @@ private:
     bool m_again = false; ///< a commit failed
     bool m_isBroken = false;
     bool m_isUnsure = false;
-    QString m_name; ///< of this writer on a server
-    qint64 m_batch = 0;
     BackgroundWork m_background;
 };
 
