@@ -67,7 +67,8 @@ int socketOf(const QSqlDatabase &database)
     using Ask = int (*)(const void *);
     static const auto ask = reinterpret_cast<Ask>(QLibrary(u"pq"_s, 5).resolve("PQsocket"));
     const QVariant handle = database.driver()->handle();
-    if (ask == nullptr || qstrcmp(handle.typeName(), "PGconn*") != 0) {
+    const QByteArrayView type(handle.typeName()); // a name of the same, or its own
+    if (ask == nullptr || (type != "PGconn*" && type != "pg_conn*")) {
         return -1;
     }
     return ask(*static_cast<void *const *>(handle.constData()));

@@ -109,10 +109,31 @@ QString PrivatePostgres::startAgain()
 void PrivatePostgres::kill()
 {
     if (m_server && m_server->state() != QProcess::NotRunning) {
+        goOn();
         (void)run(u"pg_ctl"_s, {u"-D"_s, u"data"_s, u"-m"_s, u"immediate"_s, u"-w"_s, u"stop"_s});
         m_server->waitForFinished(patienceMs);
     }
     m_server.reset();
+}
+
+void PrivatePostgres::hang()
+{
+    signal(u"-STOP"_s);
+}
+
+void PrivatePostgres::goOn()
+{
+    signal(u"-CONT"_s);
+}
+
+/// To the server, so that it begins no more processes, and to those that it began.
+void PrivatePostgres::signal(const QString &name) const
+{
+    if (m_server) {
+        const QString server = QString::number(m_server->processId());
+        QProcess::execute(u"kill"_s, {name, server});
+        QProcess::execute(u"pkill"_s, {name, u"-P"_s, server});
+    }
 }
 
 void PrivatePostgres::endConnections()

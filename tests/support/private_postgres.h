@@ -23,6 +23,9 @@ public:
     QString startAgain();
     /// As after a power cut: what was not committed is gone.
     void kill();
+    /// All its processes stand still, and answer nobody; kill() ends them, too.
+    void hang();
+    void goOn();
     /// The processes that serve connections end, the server does not.
     void endConnections();
 
@@ -35,6 +38,7 @@ public:
 private:
     QString run(const QString &program, const QStringList &arguments) const;
     QProcess *make() const;
+    void signal(const QString &name) const;
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QProcess> m_server;

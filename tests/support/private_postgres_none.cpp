@@ -23,6 +23,10 @@ QString PrivatePostgres::startAgain()
 
 void PrivatePostgres::kill() {}
 
+void PrivatePostgres::hang() {}
+
+void PrivatePostgres::goOn() {}
+
 void PrivatePostgres::endConnections() {}
 
 QString PrivatePostgres::makeDatabase(const QString &)
