@@ -1442,6 +1442,10 @@
         <source>whether on or off is missing</source>
         <translation>ob an oder aus, fehlt</translation>
     </message>
+    <message>
+        <source>%1 is no keeper</source>
+        <translation>%1 ist kein Wächter</translation>
+    </message>
 </context>
 <context>
     <name>RowSpool</name>
@@ -4044,6 +4048,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Done in the program that watches the stations</source>
         <translation>Geschieht in dem Programm, das die Stationen überwacht</translation>
+    </message>
+    <message>
+        <source>What the server does not take can wait in memory alone: %1</source>
+        <translation>Was der Server nicht annimmt, kann nur im Arbeitsspeicher warten: %1</translation>
     </message>
 </context>
 <context>

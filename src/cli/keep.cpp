@@ -11,6 +11,7 @@ namespace ktr::cli {
 namespace {
 
 const QString statusOption = QStringLiteral("status");
+const QString spoolOption = QStringLiteral("spool");
 
 } // namespace
 
@@ -26,6 +27,12 @@ void describeKeep(Arguments &arguments)
         "another within 15 s when that one is gone."));
     addRecordOption(arguments);
     arguments.addOption(
+        {spoolOption,
+         QStringLiteral("Where what the server does not take waits, in a file that the keeper "
+                        "hands over as soon as it can; otherwise the service's folder for its "
+                        "state, or the user's for data."),
+         QStringLiteral("FOLDER")});
+    arguments.addOption(
         {statusOption, QStringLiteral("Tells whether anybody watches the list, who, and how its "
                                       "stations are; ends with 1 when nobody does.")});
     arguments.addOption({jsonOption, QStringLiteral("Tells the status as a JSON object.")});
@@ -36,6 +43,9 @@ std::optional<int> checkKeep(const Arguments &arguments)
 {
     if (!arguments.isSet(statusOption) && arguments.isSet(jsonOption)) {
         return arguments.wrong(QStringLiteral("--json belongs to --status"));
+    }
+    if (arguments.isSet(spoolOption) && sharedRecord(arguments).isEmpty()) {
+        return arguments.wrong(QStringLiteral("--spool belongs to a record on a server"));
     }
     PassingOnOptions passOn;
     const std::optional<int> code = readPassingOn(arguments, passOn);
@@ -56,6 +66,7 @@ int keep(const Arguments &arguments)
     if (const std::optional<int> code = readPassingOn(arguments, options.passOn)) {
         return *code;
     }
+    options.spoolFolder = arguments.value(spoolOption);
     return patiently([&] { return Keeper(std::move(options), systemEnvironment()).run(); },
                      {.waitsForReader = false});
 }

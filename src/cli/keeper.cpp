@@ -2,12 +2,15 @@
 
 #include "cli/console.h"
 #include "record/record_address.h"
+#include "record/spool_place.h"
 
 namespace ktr::cli {
 
 Keeper::Keeper(KeepOptions options, const Environment &environment)
     : m_options(std::move(options)),
-      m_watching(environment),
+      m_watching(environment, m_options.spoolFolder.isEmpty()
+                                  ? SpoolPlace::usualFolder(environment.dataFolder)
+                                  : m_options.spoolFolder),
       m_mode(m_watching.mode()),
       m_pulse(m_watching.timers(), m_watching.io(),
               {[this] { return m_mode.recordWorkInHand(); }, [this] { return state(); }})

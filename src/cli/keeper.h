@@ -12,6 +12,7 @@ struct KeepOptions
 {
     QString list; ///< or the address of a record on a server
     PassingOnOptions passOn = {};
+    QString spoolFolder = {}; ///< of what a server does not take; empty: the usual one
 };
 
 /// Watches a list day and night, and tells the log and the service manager what operators should know.

@@ -7,7 +7,7 @@
 
 namespace ktr::cli {
 
-Watching::Watching(const Environment &environment)
+Watching::Watching(const Environment &environment, const QString &spoolFolder)
     : m_sockets(m_io),
       m_interruption(m_io, [] { QCoreApplication::quit(); }),
       m_mode({.environment = environment,
@@ -17,7 +17,8 @@ Watching::Watching(const Environment &environment)
               .diskRoom = &systemDiskRoom,
               .name = QStringLiteral("ktrcli (%1) on %2")
                           .arg(QCoreApplication::applicationPid())
-                          .arg(QSysInfo::machineHostName())},
+                          .arg(QSysInfo::machineHostName()),
+              .spoolFolder = spoolFolder},
              stationCaptions({}))
 {
     QObject::connect(&m_mode, &OperationalMode::statusMessage, &m_mode,

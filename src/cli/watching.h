@@ -11,7 +11,7 @@ namespace ktr::cli {
 class Watching
 {
 public:
-    explicit Watching(const Environment &environment);
+    explicit Watching(const Environment &environment, const QString &spoolFolder = {});
 
     OperationalMode &mode() { return m_mode; }
     IoThread &io() { return m_io; }

@@ -231,7 +231,7 @@ void Forwarder::readMore()
     }
     m_isBeginSure = m_isBeginSure || m_leases == nullptr || m_leases->isWritten(duty(m_options.target));
     const quint64 onDisk = m_leases                   ? m_looks // others write, too
-                           : m_mode.record().isOpen() ? m_mode.record().writer().onDiskCount()
+                           : m_mode.record().isOpen() ? m_mode.record().writer().inRecordCount()
                                                       : 0;
     if (!m_isBeginSure || !m_line.isConnected() || !m_ready.empty() || m_seenOnDisk == onDisk) {
         return;

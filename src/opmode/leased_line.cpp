@@ -4,22 +4,22 @@
 
 namespace ktr {
 
-LeasedLine::LeasedLine(std::unique_ptr<StationLine> line, std::function<bool()> mayTalk)
-    : m_line(std::move(line)), m_mayTalk(std::move(mayTalk))
+LeasedLine::LeasedLine(std::unique_ptr<StationLine> line, May may)
+    : m_line(std::move(line)), m_may(std::move(may))
 {
     m_line->setListener(this);
 }
 
 Status LeasedLine::open(const QString &hostAddress)
 {
-    return m_mayTalk()
+    return m_may.begin()
                ? m_line->open(hostAddress)
                : Status::failed(QCoreApplication::translate("StationLine", "another keeper may have it"));
 }
 
 void LeasedLine::send(const QByteArray &datagram)
 {
-    if (m_mayTalk()) {
+    if (m_may.answer()) {
         m_line->send(datagram);
     }
 }
@@ -27,7 +27,7 @@ void LeasedLine::send(const QByteArray &datagram)
 /// What came before and was not answered, the module says again to whoever talks to it now.
 void LeasedLine::DataArrival(const QByteArray &data)
 {
-    if (m_listener != nullptr && m_mayTalk()) {
+    if (m_listener != nullptr && m_may.answer()) {
         m_listener->DataArrival(data);
     }
 }

@@ -7,17 +7,24 @@
 
 namespace ktr {
 
-/// A station's line that carries nothing, in neither direction, unless this program may talk to the module at
-/// that very moment: it may have stood still for longer than its lease.
+/// A station's line that carries nothing, in neither direction, unless this program may talk to the module,
+/// or answer it, at that very moment: it may have stood still for longer than its lease.
 class LeasedLine : public StationLine, private StationLineListener
 {
 public:
-    LeasedLine(std::unique_ptr<StationLine> line, std::function<bool()> mayTalk);
+    struct May
+    {
+        std::function<bool()> begin;
+        std::function<bool()> answer;
+    };
+
+    LeasedLine(std::unique_ptr<StationLine> line, May may);
 
     Status open(const QString &hostAddress) override;
     void close() override { m_line->close(); }
     bool isOpen() const override { return m_line->isOpen(); }
     bool mayMove() const override { return m_line->mayMove(); }
+    bool mayBegin() const override { return m_may.begin(); }
     void send(const QByteArray &datagram) override;
     void takeArrived() override { m_line->takeArrived(); }
 
@@ -28,7 +35,7 @@ private:
     void linesLost(const DatagramLoss &loss) override;
 
     std::unique_ptr<StationLine> m_line;
-    std::function<bool()> m_mayTalk;
+    May m_may;
 };
 
 } // namespace ktr

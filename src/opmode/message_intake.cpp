@@ -42,8 +42,20 @@ MessageIntake::MessageIntake(const ListParts &parts, QObject *parent)
 
 void MessageIntake::handle(const QString &kennung, const QString &text)
 {
+    if (take(kennung, text, m_parts.environment.now()) && m_parts.record.isOpen()) {
+        m_parts.record.writer().flush();
+    }
+}
+
+void MessageIntake::handleLate(const QString &kennung, const QString &text, qint64 at)
+{
+    (void)take(kennung, text, QDateTime::fromMSecsSinceEpoch(at));
+}
+
+/// Gives whether it is urgent.
+bool MessageIntake::take(const QString &kennung, const QString &text, const QDateTime &now)
+{
     const StationMessage message = interpretStationMessage(text);
-    const QDateTime now = m_parts.environment.now();
     const qint64 at = now.toMSecsSinceEpoch();
     const StationTree::Outcome outcome = m_parts.tree.apply(kennung, message, now);
     if (const auto *report = std::get_if<InputValuesMessage>(&message)) {
@@ -56,12 +68,10 @@ void MessageIntake::handle(const QString &kennung, const QString &text)
     if (!outcome.unusable.isEmpty()) {
         Q_EMIT statusMessage(tr("%1: not understood: %2").arg(kennung, outcome.unusable));
     }
-    if (isUrgent && m_parts.record.isOpen()) {
-        m_parts.record.writer().flush();
-    }
     if (outcome.alarm) {
         Q_EMIT alarmRaised(outcome.entry);
     }
+    return isUrgent;
 }
 
 void MessageIntake::handleAgain(const QString &kennung, const QString &text, qint64 at)
@@ -95,7 +105,7 @@ qint64 MessageIntake::keep(const QString &kennung, const QString &text, const St
 bool MessageIntake::answersLater(const QString &kennung)
 {
     const ListRecord &record = m_parts.record;
-    if (!record.isOpen() || record.writer().isFailing()) {
+    if (!record.isOpen() || !record.writer().isSafe()) {
         return false;
     }
     m_answers.add(kennung, record.writer().addedCount(), isServerAddress(record.path()));
@@ -105,7 +115,7 @@ bool MessageIntake::answersLater(const QString &kennung)
 void MessageIntake::settled()
 {
     const RecordWriter &writer = m_parts.record.writer();
-    if (writer.isFailing()) {
+    if (!writer.isSafe()) {
         m_answers.answerAll();
     } else {
         m_answers.answerUpTo(writer.onDiskCount());

@@ -18,6 +18,8 @@ public:
     explicit MessageIntake(const ListParts &parts, QObject *parent = nullptr);
 
     void handle(const QString &kennung, const QString &text);
+    /// The same for one that another keeper heard at that time; it is written with what the caller adds next.
+    void handleLate(const QString &kennung, const QString &text, qint64 at);
     /// The same for a text of the past, from the record: no signal is sent.
     void handleAgain(const QString &kennung, const QString &text, qint64 at);
     /// Whether the "OK" to the latest text waits for the disk: once the module has it, it forgets the text.
@@ -34,6 +36,7 @@ Q_SIGNALS:
     void alarmRaised(const QModelIndex &entry);
 
 private:
+    bool take(const QString &kennung, const QString &text, const QDateTime &now);
     qint64 keep(const QString &kennung, const QString &text, const StationMessage &message,
                 const StationTree::Outcome &outcome, qint64 at);
 

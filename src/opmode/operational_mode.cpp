@@ -68,6 +68,9 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
     connect(&m_list, &KeptList::settled, &m_intake, &MessageIntake::settled);
     connect(&m_keepingTrouble, &KeepingTrouble::statusMessage, this, &OperationalMode::statusMessage);
     connect(&m_keepingTrouble, &KeepingTrouble::changed, this, &OperationalMode::unkeptChangesChanged);
+    m_desk.setHeard([this](const QString &kennung, const HeardText &heard) {
+        m_intake.handleLate(kennung, heard.text, heard.at);
+    });
     m_desk.setSettingsChanged([this](const QHash<QString, QString> &changed) {
         QHash<QString, QString> settings = m_record.settings();
         settings.insert(changed);
@@ -157,7 +160,15 @@ Status OperationalMode::keepShared(const QString &address, Use use)
     if (!read) {
         return read;
     }
-    m_record.begin(opened, {}, opened.lastAlarm);
+    m_record.begin(opened, {}, opened.lastAlarm, m_services.spoolFolder);
+    m_record.writer().setRemarked([this](const QString &what) {
+        m_record.add(EventKind::Trouble, {}, moment(), what, ListRecord::By::Program);
+        Q_EMIT statusMessage(what);
+    });
+    if (!m_record.spoolTrouble().isEmpty()) {
+        Q_EMIT statusMessage(
+            tr("What the server does not take can wait in memory alone: %1").arg(m_record.spoolTrouble()));
+    }
     m_record.knowSettings(settings);
     takeSettings(m_record.settings());
     m_alarms.load({}, {}); // those of each station come with it
@@ -195,7 +206,9 @@ std::unique_ptr<StationLine> OperationalMode::createLine()
     if (!isServerAddress(m_record.path())) {
         return line;
     }
-    return std::make_unique<LeasedLine>(std::move(line), [this] { return m_shared && m_shared->isHeld(); });
+    return std::make_unique<LeasedLine>(
+        std::move(line), LeasedLine::May{[this] { return m_shared && m_shared->isHeld(); },
+                                         [this] { return m_shared && m_shared->mayAnswer(); }});
 }
 
 /// What the record has of the list's settings and alarms.
@@ -711,10 +724,12 @@ void OperationalMode::awaitNextMinute()
 {
     const Milliseconds time(m_services.environment.now().time().msecsSinceStartOfDay());
     m_minute->start(aMinute - time % aMinute, [this] {
-        m_scheduler.evaluate([this](const cStation &station) {
-            m_stationActions.keep(station.kennung(), ListRecord::By::Program);
-            showStatus(station);
-        });
+        if (!m_shared || m_shared->isHeld()) { // others may have the stations
+            m_scheduler.evaluate([this](const cStation &station) {
+                m_stationActions.keep(station.kennung(), ListRecord::By::Program);
+                showStatus(station);
+            });
+        }
         m_alarmActions.minute();
         if (m_list.isKept()) {
             m_list.check();

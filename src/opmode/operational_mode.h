@@ -44,6 +44,8 @@ public:
         /// What other keepers of a shared list see of this one.
         QString name = {};
         Leases::Times leaseTimes = {};
+        /// Where it waits on this machine what the server of a shared list does not take; empty: in memory.
+        QString spoolFolder = {};
     };
     enum class Use {
         Keep,        ///< what happens is kept in the record, and in the file at the end

@@ -154,7 +154,11 @@ void RequestDesk::takeShared(const QList<RequestRow> &rows)
         if (m_inHand.contains(row.id)) {
             continue;
         }
-        if (isOfAll(row)) {
+        if (const std::optional<HeardText> heard = HeardText::of(row)) {
+            if (!takeHeard(row, *heard)) {
+                inHand.remove(row.id);
+            }
+        } else if (isOfAll(row)) {
             doForAll(row);
         } else if (isOwn(row)) {
             handle(row);
@@ -166,6 +170,22 @@ void RequestDesk::takeShared(const QList<RequestRow> &rows)
         }
     }
     m_inHand = inHand;
+}
+
+/// However late that is; whoever has the station some time does it.
+bool RequestDesk::takeHeard(const RequestRow &row, const HeardText &heard)
+{
+    const QString kennung = m_parts.record.kennung(heard.station);
+    if (kennung.isEmpty()) {
+        return false;
+    }
+    if (row.mayKeep) {
+        m_heard(kennung, heard);
+    }
+    m_parts.record.add(RequestAnswerRow{row.id, m_parts.moment(),
+                                        row.mayKeep ? QString() : tr("%1 is no keeper").arg(row.login)});
+    m_parts.record.writer().flush();
+    return true;
 }
 
 /// Of those who share the list: each request is about one station.

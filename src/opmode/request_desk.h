@@ -6,6 +6,7 @@
 #include "opmode/station_actions.h"
 #include "opmode/thinning.h"
 #include "opmode/watch_alarms.h"
+#include "record/heard_text.h"
 #include "record/record_notices.h"
 #include "record/record_queries.h"
 #include "record/shared_deeds.h"
@@ -35,6 +36,11 @@ public:
     {
         m_settingsChanged = std::move(settingsChanged);
     }
+    /// `heard` gets what another keeper heard of a station that is this one's.
+    void setHeard(std::function<void(const QString &kennung, const HeardText &text)> heard)
+    {
+        m_heard = std::move(heard);
+    }
     /// The list is kept from now on. Requests from before are answered: they came too early.
     void start();
     void stop();
@@ -57,6 +63,7 @@ private:
     Status mayDo(const RequestRow &row) const;
     void doForAll(const RequestRow &row);
     void handle(const RequestRow &row);
+    bool takeHeard(const RequestRow &row, const HeardText &heard);
     void takeShared(const QList<RequestRow> &rows);
     Status carryOut(const RequestRow &row);
     Status carryOut(const QString &what, const QJsonObject &about);
@@ -75,6 +82,7 @@ private:
     std::optional<SharedDeeds> m_deeds;       ///< likewise
     std::unique_ptr<RecordNotices> m_notices; ///< likewise
     std::function<void(const QHash<QString, QString> &)> m_settingsChanged;
+    std::function<void(const QString &, const HeardText &)> m_heard;
     QHash<QString, QString> m_settings;
     qint64 m_start = 0;
     qint64 m_version = 0;

@@ -3,6 +3,7 @@
 #include "opmode/alarm_actions.h"
 #include "opmode/keeping/list_replay.h"
 #include "opmode/recorded_tree.h"
+#include "platform/lasting_clock.h"
 
 namespace ktr {
 
@@ -12,6 +13,9 @@ constexpr Milliseconds readAgainDelay{1'000};
 /// So many are read, and begun, at a time.
 constexpr qsizetype mostAtOnce = 500;
 
+constexpr Milliseconds awakePeriod{250};
+constexpr Milliseconds longestStop{3'000};
+
 } // namespace
 
 SharedList::SharedList(const ListParts &parts, StationActions &stationActions, WatchAlarms &watchAlarms,
@@ -20,24 +24,44 @@ SharedList::SharedList(const ListParts &parts, StationActions &stationActions, W
       m_parts(parts),
       m_stationActions(stationActions),
       m_watchAlarms(watchAlarms),
+      m_awake(parts.timers.create()),
       m_again(parts.timers.create()),
       m_queries(parts.record.path()),
       m_leases(parts.record.path(), name, parts.timers,
                {[this](const QList<qint64> &stations) { gained(stations); },
                 [this](const QList<qint64> &stations) { lost(stations); },
-                [this](const QString &reason) { Q_EMIT trouble(reason); }, [this] { Q_EMIT turned(); }},
+                [this](const QString &reason) { Q_EMIT trouble(reason); }, [this] { Q_EMIT turned(); },
+                [this] { lapsed(); }, [this](const QList<qint64> &stations) { returned(stations); },
+                [this] { return !m_parts.record.writer().isSpooling(); }},
                times, block)
 {}
 
 void SharedList::gained(const QList<qint64> &stations)
 {
-    m_wanted.unite(QSet(stations.cbegin(), stations.cend()));
+    m_parts.record.writer().setKeeper(m_leases.keeper());
+    for (const qint64 station : stations) {
+        const QString kennung = m_parts.record.kennung(station);
+        if (kennung.isEmpty()) {
+            m_wanted += station;
+        } else { // it stayed, and what is known of it is newer than what the record has
+            cStation &stayed = *m_parts.stations.Item(kennung);
+            if (stayed.online()) {
+                stayed.connectStation();
+            }
+            m_stationActions.goOn(kennung);
+            Q_EMIT begun(kennung);
+        }
+    }
     read();
 }
 
 void SharedList::read()
 {
     if (m_wanted.isEmpty() || m_queries.isWaitedFor(this)) {
+        return;
+    }
+    if (m_parts.record.writer().isSpooling()) { // it may not have all of them yet
+        m_again->start(readAgainDelay, [this] { read(); });
         return;
     }
     m_queries.ask(
@@ -92,16 +116,26 @@ void SharedList::takeStation(const StationRow &row, const QString &kennung)
 
 void SharedList::lost(const QList<qint64> &stations)
 {
+    if (isHeld()) { // what they have said by now is still heard, and answered
+        for (const qint64 station : stations) {
+            if (cStation *leaving = m_parts.stations.Item(m_parts.record.kennung(station))) {
+                leaving->handleWaiting();
+            }
+        }
+    }
+    leave(stations);
+    m_leaving.push_back({m_parts.record.writer().addedCount(), stations});
+    m_parts.record.writer().flush();
+    settled();
+}
+
+void SharedList::leave(const QList<qint64> &stations)
+{
     QStringList leaving;
     for (const qint64 station : stations) {
         m_wanted.remove(station);
         if (const QString kennung = m_parts.record.kennung(station); !kennung.isEmpty()) {
             leaving += kennung;
-        }
-    }
-    if (isHeld()) { // what they have said by now is still heard, and answered
-        for (const QString &kennung : std::as_const(leaving)) {
-            m_parts.stations.Item(kennung)->handleWaiting();
         }
     }
     for (const QString &kennung : std::as_const(leaving)) {
@@ -114,15 +148,51 @@ void SharedList::lost(const QList<qint64> &stations)
         m_parts.record.removeStation(kennung);
     }
     m_parts.alarms.handOver(QSet(stations.cbegin(), stations.cend()));
-    m_leaving.push_back({m_parts.record.writer().addedCount(), stations});
-    m_parts.record.writer().flush();
-    settled();
     Q_EMIT shareChanged(m_parts.stations.Count());
+}
+
+void SharedList::lapsed()
+{
+    m_wanted.clear();
+    m_leaving.clear();
+    m_isLapsed = true;
+    m_lastAwake = lastingTime();
+    stayAwake();
+}
+
+bool SharedList::mayAnswer() const
+{
+    return isHeld() || (m_isLapsed && lastingTime() - m_lastAwake < longestStop);
+}
+
+void SharedList::stayAwake()
+{
+    if (mayAnswer()) {
+        m_lastAwake = lastingTime();
+        m_awake->start(awakePeriod, [this] { stayAwake(); });
+    } else {
+        returned({});
+    }
+}
+
+/// What others have by now, or had, leaves.
+void SharedList::returned(const QList<qint64> &stations)
+{
+    m_awake->stop();
+    if (!std::exchange(m_isLapsed, false)) {
+        return;
+    }
+    QList<qint64> leaving = m_parts.record.names().keys();
+    const QSet<qint64> stay(stations.cbegin(), stations.cend());
+    leaving.removeIf([&stay](qint64 station) { return stay.contains(station); });
+    if (!leaving.isEmpty()) {
+        leave(leaving);
+    }
 }
 
 void SharedList::settled()
 {
-    while (!m_leaving.empty() && m_leaving.front().rows <= m_parts.record.writer().onDiskCount()) {
+    while (!m_leaving.empty() && m_leaving.front().rows <= m_parts.record.writer().inRecordCount()) {
         m_leases.released(m_leaving.front().stations);
         m_leaving.pop_front();
     }

@@ -12,7 +12,7 @@ namespace ktr {
 
 /// The stations of a server's record that this program talks to: its share, which changes as other keepers
 /// come and go. Those that are taken over go on from where the record has them; those that are handed over
-/// leave without a word.
+/// leave without a word. While the server is away they stay, and are answered: see mayAnswer().
 class SharedList : public QObject
 {
     Q_OBJECT
@@ -24,6 +24,10 @@ public:
 
     /// To be asked before each datagram.
     bool isHeld() const { return m_leases.isHeld(); }
+    /// The same before an answer to one of the module's: while the server cannot be asked, modules that still
+    /// talk to this program are answered beyond the time, since it is to this one alone that they talk. Not
+    /// after this program stood still: what has come meanwhile they have said to somebody else.
+    bool mayAnswer() const;
     /// For what one keeper alone does.
     Leases &leases() { return m_leases; }
     const Leases &leases() const { return m_leases; }
@@ -56,6 +60,10 @@ private:
 
     void gained(const QList<qint64> &stations);
     void lost(const QList<qint64> &stations);
+    void lapsed();
+    void returned(const QList<qint64> &stations);
+    void leave(const QList<qint64> &stations);
+    void stayAwake();
     void read();
     void take(const Read &read);
     void takeStation(const StationRow &row, const QString &kennung);
@@ -65,6 +73,9 @@ private:
     WatchAlarms &m_watchAlarms;
     QSet<qint64> m_wanted; ///< gained, and not read yet
     std::deque<Leaving> m_leaving;
+    bool m_isLapsed = false;    ///< stations may be others' by now
+    Milliseconds m_lastAwake{}; ///< since then
+    std::unique_ptr<OneShotTimer> m_awake;
     std::unique_ptr<OneShotTimer> m_again;
     RecordQueries m_queries;
     Leases m_leases;

@@ -57,14 +57,16 @@ std::optional<HeardText> HeardText::of(const RequestRow &row)
                      about[textMember].toString()};
 }
 
-std::vector<RecordRow> withoutStates(const std::vector<RecordRow> &rows, const QSet<qint64> &stations)
+std::vector<RecordRow> withoutStates(const std::vector<RecordRow> &rows, const OthersStations &others)
 {
     std::vector<RecordRow> left;
     for (const RecordRow &row : rows) {
         const auto *event = std::get_if<EventRow>(&row);
-        if (!stations.contains(std::visit(StationOf{}, row))) {
+        const qint64 station = std::visit(StationOf{}, row);
+        if (!others.all.contains(station)) {
             left.push_back(row);
-        } else if (event != nullptr && event->kind == EventKind::Notification) {
+        } else if (event != nullptr && event->kind == EventKind::Notification &&
+                   !others.gone.contains(station)) {
             left.emplace_back(HeardText{event->station, event->at, event->text}.row());
         } else if (!isState(row)) {
             left.push_back(row);

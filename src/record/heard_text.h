@@ -26,7 +26,12 @@ struct HeardText
 
 /// What of rows is to be written late when these stations have been another keeper's since: what was said,
 /// but no state of stations, alarms and connections, of which the record has a newer one.
-std::vector<RecordRow> withoutStates(const std::vector<RecordRow> &rows, const QSet<qint64> &stations);
+struct OthersStations
+{
+    QSet<qint64> all{};
+    QSet<qint64> gone{}; ///< of these, out of the list by now: nobody can be asked about them
+};
+std::vector<RecordRow> withoutStates(const std::vector<RecordRow> &rows, const OthersStations &others);
 
 /// The stations whose states rows tell.
 QSet<qint64> stationsOf(const std::vector<RecordRow> &rows);

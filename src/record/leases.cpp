@@ -11,6 +11,12 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+/// Who notices the end of its time later than that stood still: what has come meanwhile is old.
+constexpr Milliseconds longestStop{3'000};
+
+/// One keeper at a time takes stations and duties that are nobody's.
+constexpr int shareLock = 0x4b5453;
+
 QString interval(Milliseconds time)
 {
     return u"interval '%1 milliseconds'"_s.arg(time.count());
@@ -84,9 +90,11 @@ void Leases::begin()
 {
     check();
     m_inHand = std::exchange(m_released, {});
-    m_thread.start([this, released = m_inHand, duties = m_duties.work(), isAnew = m_isOver] {
+    m_thread.start([this, released = m_inHand, duties = m_duties.work(), isAnew = m_isOver,
+                    mayTake = m_listener.mayTake()] {
         m_turn = Turn();
-        take(released, duties, isAnew, m_turn);
+        m_turn.isAnew = isAnew;
+        take(released, duties, mayTake, m_turn);
         QMetaObject::invokeMethod(
             &m_receiver, [this] { collect(); }, Qt::QueuedConnection);
     });
@@ -106,16 +114,21 @@ void Leases::collect()
         check();
         return;
     }
-    if (turn.isAnew) {
-        lose(); // if that is not known yet
+    if (turn.isAnew && !m_isOver) {
+        lose(true);
     }
     const Milliseconds until = turn.asked + m_times.lease - m_times.reserve;
     if (until <= lastingTime()) { // it came too late
+        m_isKeptUnknown = m_isKeptUnknown || turn.isAnew;
         check();
         return;
     }
     m_until = until;
     m_isOver = false;
+    m_number = turn.keeper;
+    if (const bool isUnknown = std::exchange(m_isKeptUnknown, false); turn.isAnew) {
+        m_listener.returned(isUnknown ? QList<qint64>() : turn.kept);
+    }
     m_overview = turn.overview;
     m_duties.take(turn.duties);
     const QSet<qint64> lost = m_held - turn.mine; // taken out of the list
@@ -148,11 +161,12 @@ void Leases::check()
     if (isHeld()) {
         m_checkTimer->start(std::clamp(left(), Milliseconds(1), m_times.period), [this] { check(); });
     } else {
-        lose();
+        lose(lastingTime() - m_until > longestStop);
     }
 }
 
-void Leases::lose()
+/// `isForSure`: others may have had the stations for a while.
+void Leases::lose(bool isForSure)
 {
     m_isOver = true;
     m_until = Milliseconds(-1);
@@ -160,7 +174,10 @@ void Leases::lose()
     m_released.clear();
     m_leaving.clear();
     m_duties.lose();
-    if (const QList<qint64> lost = std::exchange(m_held, {}).values(); !lost.isEmpty()) {
+    const QList<qint64> lost = std::exchange(m_held, {}).values();
+    if (!isForSure && m_listener.lapsed) {
+        m_listener.lapsed();
+    } else if (!lost.isEmpty()) {
         m_listener.lost(lost);
     }
     m_listener.turned();
@@ -189,9 +206,8 @@ bool Leases::number(const QString &statement, qint64 &number)
     return isRead;
 }
 
-void Leases::take(const QList<qint64> &released, const DutyWork &duties, bool isAnew, Turn &turn)
+void Leases::take(const QList<qint64> &released, const DutyWork &duties, bool mayTake, Turn &turn)
 {
-    turn.isAnew = isAnew;
     if (!m_database.isOpen()) {
         turn.status = m_database.open(m_address, RecordDatabase::Use::Write);
         if (!turn.status) {
@@ -205,7 +221,12 @@ void Leases::take(const QList<qint64> &released, const DutyWork &duties, bool is
             u"UPDATE station SET keeper = NULL WHERE keeper = %1 AND id IN "_s.arg(m_keeper) +
             listOf(released)));
     }
-    isDone = isDone && share(turn) && noteDuties(m_database, m_keeper, duties.notes) &&
+    if (isDone && turn.isAnew) {
+        isDone =
+            numbers(u"SELECT id FROM station WHERE listed = 1 AND keeper = %1"_s.arg(m_keeper), turn.kept);
+    }
+    turn.keeper = m_keeper;
+    isDone = isDone && (!mayTake || share(turn)) && noteDuties(m_database, m_keeper, duties.notes) &&
              (!turn.isFirst || claimDuties(m_database, m_keeper, duties.wanted)) &&
              dutiesOf(m_database, m_keeper, turn.duties) && lookOver(turn.overview);
     QList<qint64> mine;
@@ -221,7 +242,6 @@ void Leases::take(const QList<qint64> &released, const DutyWork &duties, bool is
     turn.mine = QSet(mine.cbegin(), mine.cend());
 }
 
-/// A keeper whose time was over is another one from then on: its stations may be anybody's.
 bool Leases::renew(Turn &turn)
 {
     qint64 renewed = 0;
@@ -235,6 +255,25 @@ bool Leases::renew(Turn &turn)
         return true;
     }
     turn.isAnew = true;
+    return m_keeper != 0 ? renewLate() : enter();
+}
+
+/// A keeper whose time was over keeps its number, and with it the stations that no other has taken since.
+/// None is taking one at this moment.
+bool Leases::renewLate()
+{
+    qint64 renewed = 0;
+    if (!m_database.execute(u"SELECT pg_advisory_xact_lock(%1)"_s.arg(shareLock)) ||
+        !number(u"UPDATE keeper SET leased_until = clock_timestamp() + "_s + interval(m_times.lease) +
+                    u" WHERE id = %1 RETURNING id"_s.arg(m_keeper),
+                renewed)) {
+        return false;
+    }
+    return renewed != 0 || enter();
+}
+
+bool Leases::enter()
+{
     QSqlQuery name(m_database.handle());
     name.prepare(u"INSERT INTO keeper(name, block, leased_until) VALUES(?, ?, clock_timestamp() + "_s +
                  interval(m_times.lease) + u") RETURNING id"_s);
@@ -253,7 +292,6 @@ bool Leases::renew(Turn &turn)
 /// next turn.
 bool Leases::share(Turn &turn)
 {
-    constexpr int shareLock = 0x4b5453;
     qint64 isFirst = 0;
     qint64 all = 0;
     qint64 keepers = 0;

@@ -35,6 +35,15 @@ public:
         std::function<void(const QString &reason)> trouble;
         /// After each turn with the server, and when the time is over.
         std::function<void()> turned = [] {};
+        /// Instead of lost() when the time is over because the server cannot be asked, and nobody stood
+        /// still: of all stations, which others may have from now on.
+        std::function<void()> lapsed{};
+        /// The server can be asked again after lapsed(): nobody else has had these since. They are among
+        /// those that gained() tells next.
+        std::function<void(const QList<qint64> &stations)> returned = [](const QList<qint64> &) {};
+        /// Whether stations and duties may be taken that others had: not before the record has what was said
+        /// meanwhile.
+        std::function<bool()> mayTake = [] { return true; };
     };
     /// What the server said last of all keepers.
     struct Overview
@@ -58,6 +67,8 @@ public:
     bool isHeld() const;
     /// Nothing is sent to these any more, and what they said is written: others may have them.
     void released(const QList<qint64> &stations);
+    /// Its number among the keepers of the record; 0 before it has one.
+    qint64 keeper() const { return m_number; }
     /// How long it will be so, without another word of the server; negative when it is over.
     Milliseconds left() const;
     const Overview &overview() const { return m_overview; }
@@ -80,7 +91,9 @@ private:
     {
         Status status = Status::done();
         Milliseconds asked{0}; ///< when it was begun
-        bool isAnew = false;   ///< the time was over: nothing of before holds
+        bool isAnew = false;   ///< the time was over: duties and stations may have been others' since
+        qint64 keeper = 0;
+        QList<qint64> kept{}; ///< then, those that were nobody else's
         QSet<qint64> mine;
         QList<qint64> tooMany; ///< to be given to others
         bool isFirst = false;  ///< no other shares at this moment
@@ -91,11 +104,13 @@ private:
     void begin();
     void collect();
     void check();
-    void lose();
+    void lose(bool isForSure);
     // On the thread:
     void giveBack(const DutyWork &duties);
-    void take(const QList<qint64> &released, const DutyWork &duties, bool isAnew, Turn &turn);
+    void take(const QList<qint64> &released, const DutyWork &duties, bool mayTake, Turn &turn);
     bool renew(Turn &turn);
+    bool renewLate();
+    bool enter();
     bool share(Turn &turn);
     bool lookOver(Overview &overview);
     bool numbers(const QString &statement, QList<qint64> &numbers);
@@ -112,7 +127,9 @@ private:
     QList<qint64> m_released;
     QList<qint64> m_inHand; ///< of these, what the present turn tells the server
     Milliseconds m_until{-1};
-    bool m_isOver = true; ///< the time was over, and nothing came of the server since
+    qint64 m_number = 0;
+    bool m_isKeptUnknown = false; ///< a turn gave stations, and came too late to be believed
+    bool m_isOver = true;         ///< the time was over, and nothing came of the server since
     QString m_trouble;
     Duties m_duties;
     Overview m_overview;

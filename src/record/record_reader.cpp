@@ -426,7 +426,9 @@ Status RecordReader::openRequests(qint64 id, const std::function<void(const Requ
                  : u"id, at, operator, what, detail"_s;
     const QString asker = isServer
                               ? u", login, "_s + administers(u"login"_s) +
-                                    u", floor(extract(epoch FROM clock_timestamp() - asked) * 1000)::bigint"_s
+                                    u", floor(extract(epoch FROM clock_timestamp() - asked) * 1000)::bigint,"
+                                    " EXISTS (SELECT 1 FROM pg_roles WHERE rolname = login"
+                                    " AND has_table_privilege(oid, 'event', 'INSERT'))"_s
                               : QString();
     return each(
         u"SELECT "_s + columns + asker + u" FROM request WHERE taken IS NULL AND id > ? ORDER BY id"_s +
@@ -438,6 +440,7 @@ Status RecordReader::openRequests(qint64 id, const std::function<void(const Requ
                 request.login = row.value(5).toString();
                 request.mayAdminister = row.value(6).toBool();
                 request.age = row.value(7).toLongLong();
+                request.mayKeep = row.value(8).toBool();
             }
             take(request);
             return true;

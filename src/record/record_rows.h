@@ -189,6 +189,7 @@ struct RequestRow
     QString detail{}; ///< JSON
     QString login{};  ///< the database's user who asked; the server gives it
     bool mayAdminister = true;
+    bool mayKeep = true;
     /// How long ago a server got it, by its own clock; in a file, which one machine writes, `at` tells.
     std::optional<qint64> age{};
     bool operator==(const RequestRow &) const = default;

@@ -1,6 +1,5 @@
 #include "record/writer_connection.h"
 
-#include "record/heard_text.h"
 #include "record/record_sql.h"
 
 #include <QCoreApplication>
@@ -114,7 +113,7 @@ bool WriterConnection::lastOf(const QString &writer, qint64 &number)
 
 /// The stations among a batch's that have been another keeper's since, or may have been; no other takes one
 /// until the end of the transaction.
-bool WriterConnection::othersAmong(const RowBatch &batch, QSet<qint64> &stations)
+bool WriterConnection::othersAmong(const RowBatch &batch, OthersStations &others)
 {
     const QSet<qint64> told = batch.keeper == 0 ? QSet<qint64>() : stationsOf(batch.rows);
     if (told.isEmpty()) {
@@ -122,13 +121,17 @@ bool WriterConnection::othersAmong(const RowBatch &batch, QSet<qint64> &stations
     }
     QSqlQuery query(m_database.handle());
     query.setForwardOnly(true);
-    if (!query.prepare(u"SELECT id, keeper FROM station WHERE id IN "_s + listOf(told) + u" FOR UPDATE"_s) ||
+    if (!query.prepare(u"SELECT id, keeper, listed FROM station WHERE id IN "_s + listOf(told) +
+                       u" FOR UPDATE"_s) ||
         !m_database.run(query)) {
         return false;
     }
     while (query.next()) {
         if (query.value(1).isNull() || query.value(1).toLongLong() != batch.keeper) {
-            stations += query.value(0).toLongLong();
+            others.all += query.value(0).toLongLong();
+            if (query.value(2).toInt() == 0) {
+                others.gone += query.value(0).toLongLong();
+            }
         }
     }
     return m_database.wasReadToItsEnd(query);
@@ -143,7 +146,7 @@ bool WriterConnection::writeLate(const std::vector<RowSpool::Kept> &kept)
         return false;
     }
     for (const RowSpool::Kept &each : kept) {
-        QSet<qint64> others;
+        OthersStations others;
         if (each.batch.number > known &&
             (!othersAmong(each.batch, others) || !m_writing->write(withoutStates(each.batch.rows, others)))) {
             return false;
@@ -191,7 +194,7 @@ Status WriterConnection::handOver(const QString &path, RowSpool &spool, HandedOv
 Status WriterConnection::writeEach(const RowBatch &batch, RowSpool &spool, HandedOver &handedOver)
 {
     qint64 known = 0;
-    QSet<qint64> others;
+    OthersStations others;
     std::vector<RowSpool::Refused> refusedRows;
     if (!m_database.begin() || !lastOf(batch.writer, known)) {
         return refused();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "record/background_work.h"
+#include "record/heard_text.h"
 #include "record/record_file.h"
 #include "record/row_batch.h"
 #include "record/row_spool.h"
@@ -48,7 +49,7 @@ private:
     Status beginBatches();
     bool claim(const RowBatch &batch, bool &isThere);
     bool lastOf(const QString &writer, qint64 &number);
-    bool othersAmong(const RowBatch &batch, QSet<qint64> &stations);
+    bool othersAmong(const RowBatch &batch, OthersStations &others);
     bool writeLate(const std::vector<RowSpool::Kept> &kept);
     Status writeEach(const RowBatch &batch, RowSpool &spool, HandedOver &handedOver);
     bool tryEach(const std::vector<RecordRow> &rows, std::vector<RowSpool::Refused> &refused);

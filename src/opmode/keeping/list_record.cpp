@@ -109,12 +109,23 @@ OpenedRecord ListRecord::open()
     return openRecord(m_path);
 }
 
-void ListRecord::begin(const OpenedRecord &opened, const QHash<qint64, QString> &names, qint64 lastNumber)
+void ListRecord::begin(const OpenedRecord &opened, const QHash<qint64, QString> &names, qint64 lastNumber,
+                       const QString &spoolFolder)
 {
     know(names);
     m_lastNumber = lastNumber;
     m_lastEvent = opened.lastEvent;
-    m_writer.emplace(m_path, opened, m_timers, m_troubleChanged);
+    std::unique_ptr<SpoolPlace> place;
+    Status taken = Status::done();
+    if (!spoolFolder.isEmpty() && isServerAddress(m_path)) {
+        place = std::make_unique<SpoolPlace>();
+        taken = place->take(spoolFolder, m_path);
+        if (!taken) {
+            place.reset();
+        }
+    }
+    m_writer.emplace(m_path, opened, m_timers, m_troubleChanged, RecordWriter::mostWaiting, std::move(place));
+    m_spoolTrouble = taken.message();
     if (opened.isUnchecked) {
         add(SettingRow{uncheckedSetting(), QStringLiteral("1")}); // at the next start, if not before the end
         m_check.emplace(m_path, [this](const Status &sound) {

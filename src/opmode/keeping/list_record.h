@@ -31,7 +31,9 @@ public:
     OpenedRecord open();
     /// From now on rows are written; the names are the stations' keys by their numbers, of which the highest
     /// one was given last.
-    void begin(const OpenedRecord &opened, const QHash<qint64, QString> &names, qint64 lastNumber);
+    /// What a server does not take waits in `spoolFolder`, where one is named.
+    void begin(const OpenedRecord &opened, const QHash<qint64, QString> &names, qint64 lastNumber,
+               const QString &spoolFolder = {});
     /// The record cannot be opened yet: rows wait, without numbers of events and alarms, and under numbers of
     /// stations that are of this run alone.
     void await();
@@ -46,6 +48,9 @@ public:
     Awaited takeAwaited();
     /// How many rows are not written yet.
     quint64 waitingCount() const;
+
+    /// Why nothing can wait in that folder; empty when it can.
+    const QString &spoolTrouble() const { return m_spoolTrouble; }
 
     /// The stations of a record that another program writes.
     void know(const QHash<qint64, QString> &names);
@@ -106,6 +111,7 @@ private:
     std::optional<WaitingRows> m_awaited;
     QHash<qint64, QString> m_awaitedNames;
     QHash<QString, QString> m_settings;
+    QString m_spoolTrouble;
 };
 
 /// What the station of a renaming was called before it, and what the event holds so that it tells that.

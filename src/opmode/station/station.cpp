@@ -108,7 +108,9 @@ void cStation::openLine()
 
 void cStation::announce()
 {
-    m_line.send(toWindows1252(announcement));
+    if (m_line.mayBegin()) {
+        m_line.send(toWindows1252(announcement));
+    }
 }
 
 void cStation::socket_SendComplete()
@@ -155,6 +157,9 @@ void cStation::Tmr_sendSettle_Timer()
 
 void cStation::Tmr_eth_brokenConnection_Timer()
 {
+    if (!m_line.mayBegin()) { // who is not asked is not silent
+        return;
+    }
     // A silent module may have got another address behind its name.
     if (!m_line.isOpen() || (m_liveness == Liveness::Silent && m_line.mayMove())) {
         openLine();

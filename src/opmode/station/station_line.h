@@ -36,6 +36,8 @@ public:
     virtual bool isOpen() const = 0;
     /// Whether it goes to the address that a name had, which may be another by now.
     virtual bool mayMove() const { return false; }
+    /// Whether the module may be talked to although it said nothing. Otherwise it is just answered.
+    virtual bool mayBegin() const { return true; }
     /// Sends one datagram; nothing happens while closed.
     virtual void send(const QByteArray &datagram) = 0;
     /// Tells at once what has arrived by now, in a flood the first of it.
