@@ -4496,6 +4496,13 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::SharedList</name>
+    <message>
+        <source>The database is away for too long: modules that still talk to this keeper are answered, none is asked</source>
+        <translation>Die Datenbank ist zu lange weg: Module, die noch mit diesem Wächter sprechen, erhalten Antwort, keines wird gefragt</translation>
+    </message>
+</context>
+<context>
     <name>ktr::ShelveDialog</name>
     <message>
         <source>Station in maintenance</source>

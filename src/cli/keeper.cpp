@@ -103,8 +103,17 @@ int Keeper::close()
 QString Keeper::state() const
 {
     const std::optional<UnkeptChanges> unkept = m_mode.unkeptChanges();
-    return textOf(summaryOf(m_mode)) +
-           (unkept ? QStringLiteral("; not recorded: ") + unkept->reason : QString());
+    QString state = textOf(summaryOf(m_mode));
+    if (unkept && m_mode.record().isOpen() && m_mode.record().writer().isSafe()) {
+        state += QStringLiteral("; database away since ") + unkept->since.toString(Qt::ISODate);
+    } else if (unkept) {
+        state += QStringLiteral("; not recorded: ") + unkept->reason;
+    }
+    const auto spooled = m_mode.record().isOpen() ? m_mode.record().writer().spooled() : std::nullopt;
+    if (spooled && spooled->rows > 0) {
+        state += QStringLiteral("; rows kept in %1: %2").arg(spooled->path).arg(spooled->rows);
+    }
+    return state;
 }
 
 QString textOf(const WatchSummary &summary)

@@ -50,6 +50,11 @@ Metrics metricsOf(OperationalMode &mode)
     metrics.rowsWaiting = mode.record().waitingCount();
     if (mode.record().isOpen()) {
         metrics.commits = mode.record().writer().commitTimes();
+        metrics.spooled = mode.record().writer().spooled();
+        if (metrics.spooled && metrics.spooled->since != 0) {
+            const qint64 age = mode.now().toMSecsSinceEpoch() - metrics.spooled->since;
+            metrics.spoolAge = std::max(0.0, static_cast<double>(age) / 1e3);
+        }
     }
     if (const Leases *const leases = mode.leases(); leases != nullptr) {
         metrics.shared = leases->overview();
@@ -91,6 +96,14 @@ QByteArray metricsText(const Metrics &metrics)
     lines.add({}, count, "_count");
     lines.gauge("ktrconfig_record_rows_waiting", "Rows that the record does not have yet.",
                 static_cast<qint64>(metrics.rowsWaiting));
+    if (metrics.spooled) {
+        lines.gauge("ktrconfig_spool_rows", "Rows in the file of what the server does not take.",
+                    metrics.spooled->rows);
+        lines.head("ktrconfig_spool_age_seconds", "gauge", "How long the oldest of them has waited.");
+        lines.add({}, metrics.spoolAge);
+        lines.gauge("ktrconfig_spool_refused", "Rows kept aside there that the server will not have.",
+                    metrics.spooled->refused);
+    }
     if (metrics.forwardBacklog) {
         lines.gauge("ktrconfig_forward_backlog", "Events that the broker has not confirmed.",
                     *metrics.forwardBacklog);

@@ -16,7 +16,9 @@ struct Metrics
     quint64 events = 0; ///< since the start
     RecordWriter::CommitTimes commits{};
     quint64 rowsWaiting = 0;
-    std::optional<qint64> forwardBacklog{}; ///< nothing where nothing is forwarded
+    std::optional<RecordWriter::Spooled> spooled{}; ///< nothing where no file takes what the server does not
+    double spoolAge = 0;                            ///< of the oldest row in it, in seconds
+    std::optional<qint64> forwardBacklog{};         ///< nothing where nothing is forwarded
 
     /// Of a list that several keepers share.
     std::optional<Leases::Overview> shared{};

@@ -157,6 +157,8 @@ void SharedList::lapsed()
     m_leaving.clear();
     m_isLapsed = true;
     m_lastAwake = lastingTime();
+    Q_EMIT statusMessage(tr("The database is away for too long: modules that still talk to this keeper are "
+                            "answered, none is asked"));
     stayAwake();
 }
 
