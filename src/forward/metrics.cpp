@@ -94,7 +94,7 @@ QByteArray metricsText(const Metrics &metrics)
     }
     lines.add({}, metrics.commits.sum, "_sum");
     lines.add({}, count, "_count");
-    lines.gauge("ktrconfig_record_rows_waiting", "Rows that the record does not have yet.",
+    lines.gauge("ktrconfig_record_rows_waiting", "Rows that are not on the disk yet.",
                 static_cast<qint64>(metrics.rowsWaiting));
     if (metrics.spooled) {
         lines.gauge("ktrconfig_spool_rows", "Rows in the file of what the server does not take.",

@@ -17,8 +17,14 @@ RecordQueries::~RecordQueries()
         }
     }
     m_thread.wait();
-    m_thread.start([this] { m_reader.reset(); }); // the connection ends where it was made
-    m_thread.wait();
+    if (!m_reader) {
+        return;
+    }
+    m_thread.start([this] { m_reader->close(); }); // where the connection was made
+    if (!m_thread.waitFor(patience)) {             // for the server's word, too
+        m_reader->giveUp();
+        m_thread.wait();
+    }
 }
 
 void RecordQueries::withdraw(const void *asker)

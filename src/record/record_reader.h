@@ -169,6 +169,8 @@ public:
     /// Another file stands in the place of the one that is read: make another reader.
     /// As RecordDatabase::giveUp().
     void giveUp() { m_database.giveUp(); }
+    /// The connection ends; the next question begins another.
+    void close() { m_database.close(); }
     bool isStale() const { return m_database.isMoved(); }
     /// Whether the last failure told of damage.
     bool foundDamage() const { return m_database.isDamaged(); }

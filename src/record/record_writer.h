@@ -47,7 +47,7 @@ public:
     static constexpr Milliseconds mendPause{3'600'000};
     /// A server that has not committed rows within this time is not waited for, where there is a spool.
     static constexpr Milliseconds patience{1'000};
-    /// At the end one without a spool is waited for longer.
+    /// Without a spool it is waited for longer.
     static constexpr Milliseconds longestEnd{10'000};
     /// About so many bytes of rows wait in memory while the disk refuses them.
     static constexpr qint64 mostWaiting = qint64{256} << 20;

@@ -175,9 +175,7 @@ void RecordWriter::settleServer()
         if (!m_isBusy) {
             goOn();
         }
-        if (!m_spool) {
-            m_thread.wait();
-        } else if (!m_thread.waitFor(left())) {
+        if (!m_thread.waitFor(m_spool ? left() : longestEnd)) {
             break;
         }
         collect();
@@ -197,9 +195,6 @@ void RecordWriter::closeServer()
 {
     QElapsedTimer time;
     time.start();
-    if (!m_spool && !m_thread.waitFor(longestEnd)) {
-        m_connection->giveUp();
-    }
     settleServer();
     while (m_spool && m_isSpooling && !isFailing() && m_spooled.rows > 0 &&
            Milliseconds(time.elapsed()) < patience) {

@@ -12,8 +12,9 @@ namespace ktr::test {
 /// A list that is kept, with modules that say what a test wants, in the time of the event loop.
 struct KeptStations
 {
-    /// `place` is a folder, or the address of a record that keepers share.
-    explicit KeptStations(const QString &place)
+    /// `place` is a folder, or the address of a record that keepers share, with the folder in which waits what
+    /// its server does not take.
+    explicit KeptStations(const QString &place, const QString &spoolFolder = {})
     {
         Environment environment = fixedEnvironment();
         environment.now = &QDateTime::currentDateTimeUtc;
@@ -23,6 +24,7 @@ struct KeptStations
                                                return line;
                                            }};
         services.name = QStringLiteral("keeper");
+        services.spoolFolder = spoolFolder;
         mode.emplace(services, StationCaptions{});
         opened = mode->open(isServerAddress(place) ? place : place + QStringLiteral("/nodes.xml"),
                             OperationalMode::Use::Keep);
