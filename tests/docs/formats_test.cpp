@@ -1,4 +1,5 @@
 #include "config/configuration_file.h"
+#include "config/entry_table.h"
 #include "config/fields.h"
 #include "link/conversation_log.h"
 #include "link/history_export.h"
@@ -88,6 +89,17 @@ Configuration someConfiguration()
     return configuration;
 }
 
+Configuration configurationWithEntries()
+{
+    Configuration configuration;
+    makeNew(configuration, fixedEnvironment());
+    configuration.limitValues[0] = {9, u"Well high"_s, u"2.5"_s, u"0.1"_s, u"0"_s, 3, 195, 0, 3, u"30"_s};
+    configuration.limitValues[16] = {0, u"Both"_s, u"0"_s, u"0"_s, u"0"_s, 1, 255, 5, 0, u"30"_s};
+    configuration.limitValues[17].reference = 5;
+    configuration.limitValues[17].repetitionInterval = u"30"_s;
+    return configuration;
+}
+
 const StationAttributes attributes{true, {u"7:30"_s, 2, u"16:00"_s, 1}, u"192.168.1.20"_s, true};
 
 } // namespace
@@ -127,6 +139,11 @@ private Q_SLOTS:
             asked += request.what.toUtf8() + ' ' + jsonText(request.about).toUtf8() + '\n';
         }
         QTest::newRow("requests") << asked;
+        const Configuration entries = configurationWithEntries();
+        const TextTable texts;
+        QTest::newRow("entries")
+            << entryTable(entries, EntryList::LimitValues, {0, 16}, {texts, QLocale::c()}).toUtf8();
+        QTest::newRow("entry") << writeClip(clipOf(entries, EntryList::LimitValues, {17}));
         QTest::newRow("attributes") << toJson(attributes).toUtf8();
     }
     void whatIsWrittenIsShown()
