@@ -48,6 +48,65 @@
     </message>
 </context>
 <context>
+    <name>Entries</name>
+    <message>
+        <source>There is no place %1</source>
+        <translation>Es gibt keinen Platz %1</translation>
+    </message>
+    <message>
+        <source>Limit values 1 to 16 watch a channel, 17 to 20 combine those: none of them can take the place of the others</source>
+        <translation>Die Grenzwerte 1 bis 16 überwachen einen Kanal, 17 bis 20 verknüpfen diese: Keiner kann an den Platz der anderen</translation>
+    </message>
+    <message>
+        <source>No switch point is free</source>
+        <translation>Kein Schaltpunkt ist frei</translation>
+    </message>
+    <message>
+        <source>None of the limit values 17 to 20 is free</source>
+        <translation>Keiner der Grenzwerte 17 bis 20 ist frei</translation>
+    </message>
+    <message>
+        <source>None of the limit values 1 to 16 is free</source>
+        <translation>Keiner der Grenzwerte 1 bis 16 ist frei</translation>
+    </message>
+    <message>
+        <source>Limit value %1 has no %2, which the clipboard has: 1 to 16 watch a channel, 17 to 20 combine those. Nothing was pasted</source>
+        <translation>Grenzwert %1 hat kein Feld %2, das die Zwischenablage enthält: 1 bis 16 überwachen einen Kanal, 17 bis 20 verknüpfen diese. Nichts wurde eingefügt</translation>
+    </message>
+    <message>
+        <source>%1 cannot be taken as %2. Nothing was pasted</source>
+        <translation>%1 kann nicht als %2 übernommen werden. Nichts wurde eingefügt</translation>
+    </message>
+    <message>
+        <source>There is no entry on the clipboard</source>
+        <translation>In der Zwischenablage ist kein Eintrag</translation>
+    </message>
+    <message>
+        <source>%1 entries have no room from %2 on. Nothing was pasted</source>
+        <translation>%1 Einträge haben ab %2 keinen Platz. Nichts wurde eingefügt</translation>
+    </message>
+    <message>
+        <source>Limit value %1 has no place at %2: 1 to 16 watch a channel, 17 to 20 combine those. Nothing was pasted</source>
+        <translation>Grenzwert %1 hat keinen Platz bei %2: 1 bis 16 überwachen einen Kanal, 17 bis 20 verknüpfen diese. Nichts wurde eingefügt</translation>
+    </message>
+    <message>
+        <source>There is no column %1. Nothing was pasted</source>
+        <translation>Es gibt keine Spalte %1. Nichts wurde eingefügt</translation>
+    </message>
+    <message>
+        <source>The clipboard has no entries: neither headings nor all %1 columns. Nothing was pasted</source>
+        <translation>In der Zwischenablage sind keine Einträge: weder Überschriften noch alle %1 Spalten. Nichts wurde eingefügt</translation>
+    </message>
+    <message>
+        <source>Row %1, %2: %3 is not understood. Nothing was pasted</source>
+        <translation>Zeile %1, %2: %3 ist nicht verständlich. Nichts wurde eingefügt</translation>
+    </message>
+    <message>
+        <source>What is on the clipboard is too long for entries. Nothing was pasted</source>
+        <translation>Der Inhalt der Zwischenablage ist zu lang für Einträge. Nichts wurde eingefügt</translation>
+    </message>
+</context>
+<context>
     <name>Export</name>
     <message>
         <source>Station</source>
@@ -2655,6 +2714,69 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::EntryCommands</name>
+    <message>
+        <source>What is on the clipboard cannot be read</source>
+        <translation>Der Inhalt der Zwischenablage kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>On the clipboard are switch points, not limit values</source>
+        <translation>In der Zwischenablage sind Schaltpunkte, keine Grenzwerte</translation>
+    </message>
+    <message>
+        <source>On the clipboard are limit values, not switch points</source>
+        <translation>In der Zwischenablage sind Grenzwerte, keine Schaltpunkte</translation>
+    </message>
+    <message>
+        <source>Copied: %1</source>
+        <translation>Kopiert: %1</translation>
+    </message>
+    <message>
+        <source>Cut: %1</source>
+        <translation>Ausgeschnitten: %1</translation>
+    </message>
+    <message>
+        <source>. It is still named by %1, which follow it to where it is pasted here</source>
+        <translation>. Noch beziehen sich darauf: %1; sie folgen dorthin, wo es hier eingefügt wird</translation>
+    </message>
+    <message>
+        <source>Pasted: %1</source>
+        <translation>Eingefügt: %1</translation>
+    </message>
+    <message>
+        <source>. What stood there was named by %1</source>
+        <translation>. Auf das, was dort stand, bezogen sich: %1</translation>
+    </message>
+    <message>
+        <source>%1 duplicated: %2</source>
+        <translation>%1 verdoppelt: %2</translation>
+    </message>
+    <message>
+        <source>Cleared: %1</source>
+        <translation>Geleert: %1</translation>
+    </message>
+    <message>
+        <source>. It is still named by %1</source>
+        <translation>. Noch beziehen sich darauf: %1</translation>
+    </message>
+    <message>
+        <source>Move %1 to which number?</source>
+        <translation>Auf welche Nummer soll %1?</translation>
+    </message>
+    <message>
+        <source>The places are numbered 1 to %1</source>
+        <translation>Die Plätze haben die Nummern 1 bis %1</translation>
+    </message>
+    <message>
+        <source>Only entries that follow each other can be moved together</source>
+        <translation>Nur aufeinander folgende Einträge können zusammen verschoben werden</translation>
+    </message>
+    <message>
+        <source>%1 moved to %2</source>
+        <translation>%1 verschoben nach %2</translation>
+    </message>
+</context>
+<context>
     <name>ktr::EthernetPage</name>
     <message>
         <source>The maker&apos;s part of the address; it is the same in every module</source>
@@ -3489,6 +3611,45 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::InputGrid</name>
+    <message>
+        <source>Choose the field first whose value those below are to have</source>
+        <translation>Wählen Sie zuerst das Feld, dessen Wert die darunter haben sollen</translation>
+    </message>
+    <message>
+        <source>There is no field below this one</source>
+        <translation>Unter diesem Feld ist keines</translation>
+    </message>
+    <message>
+        <source>What is on the clipboard is too long for the inputs</source>
+        <translation>Der Inhalt der Zwischenablage ist zu lang für die Eingänge</translation>
+    </message>
+    <message>
+        <source>. Nothing was pasted</source>
+        <translation>. Nichts wurde eingefügt</translation>
+    </message>
+    <message>
+        <source>There are only empty cells on the clipboard</source>
+        <translation>In der Zwischenablage sind nur leere Zellen</translation>
+    </message>
+    <message>
+        <source>Row %1, column %2 on the clipboard: there is no field for %3</source>
+        <translation>Zeile %1, Spalte %2 der Zwischenablage: Für %3 gibt es kein Feld</translation>
+    </message>
+    <message>
+        <source>Row %1, column %2 on the clipboard: %3 is no value for %4</source>
+        <translation>Zeile %1, Spalte %2 der Zwischenablage: %3 ist kein Wert für %4</translation>
+    </message>
+    <message>
+        <source>Fields filled down: %1</source>
+        <translation>Nach unten ausgefüllte Felder: %1</translation>
+    </message>
+    <message>
+        <source>Fields pasted: %1</source>
+        <translation>Eingefügte Felder: %1</translation>
+    </message>
+</context>
+<context>
     <name>ktr::JoinedList</name>
     <message>
         <source>The record can be read again</source>
@@ -3800,6 +3961,42 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>This entry</source>
         <translation>Dieser Eintrag</translation>
+    </message>
+    <message>
+        <source>Cut entry</source>
+        <translation>Eintrag ausschneiden</translation>
+    </message>
+    <message>
+        <source>Copy entry</source>
+        <translation>Eintrag kopieren</translation>
+    </message>
+    <message>
+        <source>Paste entry</source>
+        <translation>Eintrag einfügen</translation>
+    </message>
+    <message>
+        <source>Duplicate entry</source>
+        <translation>Eintrag verdoppeln</translation>
+    </message>
+    <message>
+        <source>Clear entry</source>
+        <translation>Eintrag leeren</translation>
+    </message>
+    <message>
+        <source>Move up</source>
+        <translation>Nach oben verschieben</translation>
+    </message>
+    <message>
+        <source>Move down</source>
+        <translation>Nach unten verschieben</translation>
+    </message>
+    <message>
+        <source>Move to...</source>
+        <translation>Verschieben nach...</translation>
+    </message>
+    <message>
+        <source>Fill down</source>
+        <translation>Nach unten ausfüllen</translation>
     </message>
 </context>
 <context>

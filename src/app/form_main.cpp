@@ -1,6 +1,7 @@
 #include "app/form_main.h"
 
 #include "app/changes_offer.h"
+#include "app/entry_commands.h"
 #include "app/file_commands.h"
 #include "app/language_setting.h"
 #include "app/link_dialogs.h"
@@ -106,6 +107,9 @@ FormMain::FormMain(const Services &services)
     m_changes = std::make_unique<ChangesOffer>(ChangesOffer::Parts{
         m_link, *m_linkPresenter, m_document, m_transmissions->memory(), *m_menu, *m_tabs, m_texts});
     connect(m_changes.get(), &ChangesOffer::statusMessage, this, &FormMain::showStatus);
+    m_entries = std::make_unique<EntryCommands>(EntryCommands::Parts{*this, *m_menu, *m_tabs, m_context});
+    connect(m_entries.get(), &EntryCommands::statusMessage, this, &FormMain::showStatus);
+    connect(m_files.get(), &FileCommands::replaced, m_entries.get(), &EntryCommands::forgetCut);
     connectMenu();
     connectDocument();
     connectProblems();

@@ -13,6 +13,7 @@
 namespace ktr {
 
 class ChangesOffer;
+class EntryCommands;
 class FileCommands;
 class LinkDialogs;
 class LinkPresenter;
@@ -130,6 +131,7 @@ private:
     std::unique_ptr<TransmissionNotes> m_transmissions;
     std::unique_ptr<PageBuilder> m_pageBuilder;
     std::unique_ptr<ChangesOffer> m_changes;
+    std::unique_ptr<EntryCommands> m_entries;
     SideWindows m_sideWindows;
     OperationalModeOpener m_operationalMode;
     QTimer m_problemTimer;

@@ -35,6 +35,8 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
     redo = add(m_edit, "mnu_redo");
     redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
 
+    addEntryCommands();
+
     m_transmit = bar->addMenu(QString());
     transmitConfiguration = add(m_transmit, "mnu_doConfig", QKeySequence(Qt::Key_F5));
     transmitChanges = add(m_transmit, "mnu_doChanges", QKeySequence(Qt::SHIFT | Qt::Key_F5));
@@ -102,6 +104,32 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
     }
 }
 
+/// Their keys hold where the list of entries has the focus: elsewhere they belong to the fields.
+void MainMenu::addEntryCommands()
+{
+    m_edit->addSeparator();
+    cutEntry = add(m_edit, "mnu_entry_cut", QKeySequence::Cut);
+    copyEntry = add(m_edit, "mnu_entry_copy", QKeySequence::Copy);
+    pasteEntry = add(m_edit, "mnu_entry_paste", QKeySequence::Paste);
+    duplicateEntry = add(m_edit, "mnu_entry_duplicate", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D));
+    clearEntry = add(m_edit, "mnu_entry_clear", QKeySequence(Qt::Key_Delete));
+    m_edit->addSeparator();
+    moveEntryUp = add(m_edit, "mnu_entry_up", QKeySequence(Qt::ALT | Qt::Key_Up));
+    moveEntryDown = add(m_edit, "mnu_entry_down", QKeySequence(Qt::ALT | Qt::Key_Down));
+    moveEntryTo = add(m_edit, "mnu_entry_to");
+    m_edit->addSeparator();
+    fillDown = add(m_edit, "mnu_fillDown", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D));
+    for (QAction *action : entryActions() + QList<QAction *>{fillDown}) {
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+    }
+}
+
+QList<QAction *> MainMenu::entryActions() const
+{
+    return {cutEntry,   copyEntry,   pasteEntry,    duplicateEntry,
+            clearEntry, moveEntryUp, moveEntryDown, moveEntryTo};
+}
+
 QAction *MainMenu::add(QMenu *menu, const char *name, const QKeySequence &shortcut)
 {
     QAction *action = menu->addAction(QString());
@@ -127,6 +155,15 @@ void MainMenu::applyTexts(const TextTable &texts)
     m_edit->setTitle(tr("Edit"));
     undo->setText(tr("Undo"));
     redo->setText(tr("Redo"));
+    cutEntry->setText(tr("Cut entry"));
+    copyEntry->setText(tr("Copy entry"));
+    pasteEntry->setText(tr("Paste entry"));
+    duplicateEntry->setText(tr("Duplicate entry"));
+    clearEntry->setText(tr("Clear entry"));
+    moveEntryUp->setText(tr("Move up"));
+    moveEntryDown->setText(tr("Move down"));
+    moveEntryTo->setText(tr("Move to..."));
+    fillDown->setText(tr("Fill down"));
     m_transmit->setTitle(text(Text::Transmit));
     transmitConfiguration->setText(text(Text::Configuration));
     transmitEntry->setText(tr("This entry"));

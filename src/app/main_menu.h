@@ -26,6 +26,9 @@ public:
 
     void applyTexts(const TextTable &texts);
 
+    /// What can be done with entries.
+    QList<QAction *> entryActions() const;
+
     /// The files used last, for their menu.
     void showRecent(const QStringList &names);
 
@@ -45,6 +48,15 @@ public:
     QAction *exitAtOnce;  ///< without it
     QAction *undo;
     QAction *redo;
+    QAction *cutEntry;
+    QAction *copyEntry;
+    QAction *pasteEntry;
+    QAction *duplicateEntry;
+    QAction *clearEntry;
+    QAction *moveEntryUp;
+    QAction *moveEntryDown;
+    QAction *moveEntryTo;
+    QAction *fillDown; ///< in a column of the inputs
     QAction *transmitConfiguration;
     QAction *transmitChanges;
     QAction *transmitEntry;
@@ -70,6 +82,7 @@ Q_SIGNALS:
 
 private:
     QAction *add(QMenu *menu, const char *name, const QKeySequence &shortcut = {});
+    void addEntryCommands();
 
     QMainWindow &m_window;
     QMenu *m_file;

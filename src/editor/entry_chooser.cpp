@@ -3,11 +3,14 @@
 #include "editor/entry_model.h"
 #include "platform/text_rules.h"
 
+#include <QAction>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QScrollBar>
 #include <QTableView>
 #include <QWheelEvent>
+
+#include <algorithm>
 
 namespace ktr {
 
@@ -69,7 +72,7 @@ EntryChooser::EntryChooser(const Names &names, EntryModel *model, const Widths &
 void EntryChooser::setUpOverview(const Widths &widths)
 {
     m_overview->setSelectionBehavior(QAbstractItemView::SelectRows);
-    m_overview->setSelectionMode(QAbstractItemView::SingleSelection);
+    m_overview->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_overview->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_overview->setTabKeyNavigation(false);
     m_overview->setShowGrid(false);
@@ -111,6 +114,38 @@ void EntryChooser::setEntry(int entry)
     m_scrollBar->setValue(entry);
 }
 
+QList<int> EntryChooser::chosen() const
+{
+    QList<int> entries;
+    const QModelIndexList rows = m_overview->selectionModel()->selectedRows();
+    for (const QModelIndex &row : rows) {
+        entries += row.row();
+    }
+    std::ranges::sort(entries);
+    return entries.isEmpty() ? QList<int>{entry()} : entries;
+}
+
+void EntryChooser::choose(int first, int count)
+{
+    setEntry(first);
+    const QAbstractItemModel *model = m_overview->model();
+    m_overview->selectionModel()->select(
+        {model->index(first, 0), model->index(first + count - 1, model->columnCount() - 1)},
+        QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void EntryChooser::addEntryActions(const QList<QAction *> &actions)
+{
+    m_overview->addActions(actions);
+    m_overview->setContextMenuPolicy(Qt::ActionsContextMenu);
+    m_scrollBar->addActions(actions);
+}
+
+QString EntryChooser::overviewName() const
+{
+    return m_overview->objectName();
+}
+
 void EntryChooser::setEntryName(const QString &name)
 {
     m_overview->setAccessibleName(name);
@@ -121,7 +156,10 @@ void EntryChooser::showEntry(int entry)
 {
     if (m_overview->currentIndex().row() != entry) {
         const int column = std::max(m_overview->currentIndex().column(), 0);
-        m_overview->setCurrentIndex(m_overview->model()->index(entry, column));
+        // The view itself would go by the keys that are held at the time.
+        m_overview->selectionModel()->setCurrentIndex(m_overview->model()->index(entry, column),
+                                                      QItemSelectionModel::ClearAndSelect |
+                                                          QItemSelectionModel::Rows);
     }
 }
 

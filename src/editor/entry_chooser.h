@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QList>
 #include <QWidget>
 
+class QAction;
 class QScrollBar;
 class QTableView;
 
@@ -29,6 +31,17 @@ public:
     int entry() const; ///< from 0
     /// An entry outside the overview is a fault of the program.
     void setEntry(int entry);
+
+    /// The entries that are marked, from the first to the last; the one that is shown where none is.
+    QList<int> chosen() const;
+    /// Marks entries and shows the first of them.
+    void choose(int first, int count);
+
+    /// What can be done with entries: by keys here, and in the menu of the overview.
+    void addEntryActions(const QList<QAction *> &actions);
+
+    /// The overview's object name, by which undo finds the way back.
+    QString overviewName() const;
 
     /// What screen readers and tool tips call an entry.
     void setEntryName(const QString &name);

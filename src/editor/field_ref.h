@@ -3,6 +3,7 @@
 #include "config/fields.h"
 
 #include <functional>
+#include <optional>
 #include <type_traits>
 
 namespace ktr {
@@ -18,6 +19,7 @@ struct FieldRef
     std::function<QString(const TextTable &)> label;             ///< its name
     std::function<QString(const TextTable &)> heading;           ///< its name and unit
     std::function<QString()> tip;                                ///< what it means, its range and unit
+    std::optional<Range> range;                                  ///< its text is a number of it or a choice
     bool number = false;                                         ///< its text is a number
 };
 
@@ -30,6 +32,7 @@ FieldRef fieldRef(const Field<Record> &field, const QString &control, std::funct
 {
     FieldRef ref;
     ref.control = control;
+    ref.range = field.range;
     ref.number = field.isNumber();
     ref.label = [&field](const TextTable &texts) { return labelText(field.label, texts); };
     ref.heading = [&field](const TextTable &texts) { return headingText(field.label, field.unit, texts); };

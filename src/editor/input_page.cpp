@@ -2,6 +2,7 @@
 
 #include "config/channel_use.h"
 #include "config/channels.h"
+#include "editor/input_grid.h"
 #include "editor/striped_card.h"
 #include "look/field_width.h"
 #include "look/outside_texts.h"
@@ -65,7 +66,10 @@ QString wholeNumberForm(const QString &text)
 } // namespace
 
 InputPage::InputPage(EditorContext &context, QWidget *parent)
-    : Page(context, parent), m_card(new StripedCard(firstRow, this)), m_grid(m_card->grid())
+    : Page(context, parent),
+      m_card(new StripedCard(firstRow, this)),
+      m_grid(m_card->grid()),
+      m_cells(new InputGrid(context, this))
 {
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(6, 4, 6, 4);
@@ -78,6 +82,11 @@ InputPage::InputPage(EditorContext &context, QWidget *parent)
     for (int channel = 1; channel <= channelCount; ++channel) {
         addRow(channel);
     }
+}
+
+void InputPage::fillDown()
+{
+    m_cells->fillDown(window()->focusWidget());
 }
 
 void InputPage::addHeader()
@@ -204,6 +213,8 @@ void InputPage::addScaling(int channel)
 void InputPage::place(QWidget *control, const FieldRef &field, int channel, Column column)
 {
     m_grid->addWidget(control, firstRow + channel - 1, column);
+    // The units of values have a column without fields: a table has none for them.
+    m_cells->add(control, field, {channel, column < ValueUnitColumn ? column : column - 1});
     tip(control, field);
     onTexts([this, control, channel, heading = field.heading] {
         control->setAccessibleName(channelText(channel) + u' ' + heading(context().texts));

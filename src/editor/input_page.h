@@ -6,6 +6,7 @@ class QGridLayout;
 
 namespace ktr {
 
+class InputGrid;
 class StripedCard;
 
 /// The module's 18 channels, a row each: archiving, counting, start and output values, scaling.
@@ -15,6 +16,9 @@ class InputPage : public Page
 
 public:
     explicit InputPage(EditorContext &context, QWidget *parent = nullptr);
+
+    /// Gives the fields below the one that has the focus its value.
+    void fillDown();
 
 private:
     enum Column : int;
@@ -35,6 +39,7 @@ private:
 
     StripedCard *m_card;
     QGridLayout *m_grid;
+    InputGrid *m_cells;
     bool m_filtering = false; ///< what the filter itself changes is not filtered again
 };
 

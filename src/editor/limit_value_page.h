@@ -25,6 +25,7 @@ public:
     bool hasEntries() const override { return true; }
     void showEntry(int entry) override;
     int shownEntry() const override { return entry(); }
+    EntryChooser *entryChooser() const override { return m_chooser; }
     void setProblems(const QList<Problem> &problems) override;
 
     bool eventFilter(QObject *watched, QEvent *event) override;

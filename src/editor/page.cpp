@@ -1,5 +1,7 @@
 #include "editor/page.h"
 
+#include "editor/entry_chooser.h"
+
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -29,7 +31,8 @@ void Page::showEntry(int) {}
 
 void Page::showPlace(const EditPlace &place)
 {
-    if (hasEntries() && m_binder.isBound(place.control)) {
+    const EntryChooser *chooser = entryChooser();
+    if (chooser != nullptr && (m_binder.isBound(place.control) || place.control == chooser->overviewName())) {
         showEntry(place.entry);
     }
 }

@@ -12,6 +12,8 @@ class QPushButton;
 
 namespace ktr {
 
+class EntryChooser;
+
 /// A page of the main window. It is made without texts; applyTexts() and showRecords() fill it.
 class Page : public QWidget
 {
@@ -33,6 +35,8 @@ public:
     virtual bool hasEntries() const { return false; }
     virtual void showEntry(int entry);
     virtual int shownEntry() const { return 0; }
+    /// What chooses the entry; null on a page without entries.
+    virtual EntryChooser *entryChooser() const { return nullptr; }
 
     /// Shows the entry that a bound control was changed in.
     void showPlace(const EditPlace &place);

@@ -138,6 +138,108 @@ private Q_SLOTS:
                               "Txt_ip_einheit_2", "Txt_ip_interval_13"}));
     }
 
+    void theArrowKeysGoUpAndDownAColumn()
+    {
+        const auto goes = [this](const char *from, Qt::Key key, const char *to) {
+            control<QWidget>(m_page, from)->setFocus();
+            QTest::keyClick(m_page.focusWidget(), key);
+            QCOMPARE(m_page.focusWidget()->objectName(), to);
+        };
+        goes("Txt_ip_interval_3", Qt::Key_Down, "Txt_ip_interval_4");
+        goes("Txt_ip_interval_3", Qt::Key_Up, "Txt_ip_interval_2");
+        goes("Txt_ip_interval_0", Qt::Key_Up, "Txt_ip_interval_0");
+        goes("Txt_ip_delta_17", Qt::Key_Down, "Txt_ip_delta_17");
+        goes("Txt_ip_einheit_1", Qt::Key_Down, "Txt_ip_einheit_2"); // over rows that have none
+        goes("Chk_ip_zaehler_1", Qt::Key_Up, "Chk_ip_zaehler_0");
+        goes("Chk_ip_zaehler_0", Qt::Key_Left, "Txt_ip_delta_0");
+        goes("Chk_ip_invers_4", Qt::Key_Up, "Chk_ip_invers_4"); // those above are disabled
+        auto *interval = control<QLineEdit>(m_page, "Txt_ip_interval_3");
+        typeOver(interval, "125");
+        QTest::keyClick(interval, Qt::Key_Left);
+        type(interval, "0");
+        QCOMPARE(interval->text(), "1205");
+    }
+
+    void aValueIsFilledDownInOneStep()
+    {
+        typeOver(control<QLineEdit>(m_page, "Txt_ip_interval_12"), "15");
+        m_page.fillDown();
+        for (std::size_t channel = 11; channel < 18; ++channel) {
+            QCOMPARE(m_all.document.configuration().archiving[channel].interval, channel < 12 ? "0" : "15");
+        }
+        QCOMPARE(control<QLineEdit>(m_page, "Txt_ip_interval_17")->text(), "15");
+        QCOMPARE(m_all.told.takeLast(), "Fields filled down: 5");
+        m_all.history.undo();
+        QCOMPARE(m_all.document.configuration().archiving[17].interval, "0");
+        QCOMPARE(m_all.document.configuration().archiving[12].interval, "15");
+        control<QCheckBox>(m_page, "chk_ip_wert")->setFocus();
+        m_page.fillDown();
+        QVERIFY(m_all.told.takeLast().startsWith("Choose the field first"));
+    }
+
+    void aBlockIsPastedFromTheFieldOn()
+    {
+        paste("Txt_ip_interval_0", "5\t0,5\tx\r\n10\t\t1\r\n");
+        const Configuration &now = m_all.document.configuration();
+        QCOMPARE(now.archiving[0].interval, "5");
+        QCOMPARE(now.archiving[0].delta, "0,5");
+        QVERIFY(now.digitalInputs[0].countsPulses && now.digitalInputs[1].countsPulses);
+        QCOMPARE(now.archiving[1].interval, "10");
+        QCOMPARE(now.archiving[1].delta, "0"); // an empty cell leaves it
+        QVERIFY(control<QWidget>(m_page, "Txt_ip_teiler_1")->isEnabled());
+        paste("Txt_ip_zaehler_4", "7\t1\t2\n"); // the unit behind has no column
+        QCOMPARE(now.outputHours[0].value, "0");
+        paste("Txt_ip_value_0", "3\t-1,5\t2\t'=bar\n20\t1\t2\tml\n");
+        QCOMPARE(now.outputValues[1].analog, "20");
+        QCOMPARE(now.scaling[2].offset, "-1,5");
+        QCOMPARE(now.scaling[2].unit, "=bar");
+        QCOMPARE(now.scaling[3].unit, "ml");
+        paste("Txt_ip_teiler_0", "20000\n");
+        QCOMPARE(now.digitalInputs[0].divider, "10000"); // its rule
+        m_all.history.undo();
+        m_all.history.undo();
+        QCOMPARE(now.outputValues[1].analog, "0");
+        QCOMPARE(now.archiving[1].interval, "10");
+    }
+
+    void nothingOfABlockIsPastedThatDoesNotFit_data()
+    {
+        QTest::addColumn<QString>("from");
+        QTest::addColumn<QString>("block");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("letters") << "Txt_ip_interval_0"
+                                 << "5\t1\nsix\t1\n"
+                                 << "Row 2, column 1";
+        QTest::newRow("half a minute") << "Txt_ip_interval_0"
+                                       << "5\n1.5\n"
+                                       << "Row 2, column 1";
+        QTest::newRow("digit grouping") << "Txt_ip_delta_0"
+                                        << "1.234,5\n"
+                                        << "\"1.234,5\"";
+        QTest::newRow("no box") << "Txt_ip_delta_0"
+                                << "1\tmaybe\n"
+                                << "Row 1, column 2";
+        QTest::newRow("below the last") << "Txt_ip_delta_16"
+                                        << "1\n2\n3\n"
+                                        << "Row 3, column 1";
+        QTest::newRow("where no field is") << "Txt_ip_delta_8"
+                                           << "1\t1\n"
+                                           << "there is no field";
+        QTest::newRow("empty cells") << "Txt_ip_delta_8"
+                                     << "\t\n"
+                                     << "only empty cells";
+    }
+    void nothingOfABlockIsPastedThatDoesNotFit()
+    {
+        QFETCH(QString, from);
+        QFETCH(QString, block);
+        QFETCH(QString, told);
+        paste(from, block);
+        QVERIFY2(m_all.told.constLast().contains(told), qPrintable(m_all.told.constLast()));
+        QVERIFY(m_all.document.configuration() == m_fresh);
+        QVERIFY(!m_all.document.isModified());
+    }
+
     void init()
     {
         m_all.document.restore(m_fresh, false);
@@ -146,6 +248,14 @@ private Q_SLOTS:
     }
 
 private:
+    void paste(const QString &name, const QString &text)
+    {
+        QGuiApplication::clipboard()->setText(text);
+        auto *field = control<QWidget>(m_page, name);
+        field->setFocus();
+        QTest::keySequence(field, QKeySequence::Paste);
+    }
+
     PageFixture m_all;
     Configuration m_fresh = m_all.document.configuration();
     InputPage m_page{m_all.context};
