@@ -684,6 +684,237 @@
     </message>
 </context>
 <context>
+    <name>Foretelling</name>
+    <message>
+        <source>The module&apos;s clock is set by a transmission alone and knows no summer time: it goes on as it is when the clocks change here.</source>
+        <translation>Die Uhr des Moduls wird nur durch eine Übertragung gestellt und kennt keine Sommerzeit: Sie läuft weiter, wenn hier die Uhren umgestellt werden.</translation>
+    </message>
+    <message>
+        <source>A switch point that comes back does nothing before the date of its start; from then on it switches at the start&apos;s time of day.</source>
+        <translation>Ein wiederkehrender Schaltpunkt tut vor dem Datum seines Starts nichts; von da an schaltet er zur Uhrzeit des Starts.</translation>
+    </message>
+    <message>
+        <source>&quot;Weekdays&quot; are Monday to Friday, the weekend is Saturday and Sunday.</source>
+        <translation>„Wochentags“ heißt Montag bis Freitag, das Wochenende ist Samstag und Sonntag.</translation>
+    </message>
+    <message>
+        <source>On a holiday the types that do not speak of holidays switch as on any other day.</source>
+        <translation>An einem Feiertag schalten die Typen, die nicht von Feiertagen sprechen, wie an jedem anderen Tag.</translation>
+    </message>
+    <message>
+        <source>Type 10 means working days: Monday to Friday, but no holiday.</source>
+        <translation>Typ 10 meint Werktage: Montag bis Freitag, aber keinen Feiertag.</translation>
+    </message>
+    <message>
+        <source>Periods are counted from the start, also when the module was off or was given the switch point later.</source>
+        <translation>Perioden zählen vom Start an, auch wenn das Modul aus war oder den Schaltpunkt erst später bekam.</translation>
+    </message>
+    <message>
+        <source>Of several switch points with the same target at the same time the one with the highest number comes last and decides.</source>
+        <translation>Von mehreren Schaltpunkten mit demselben Ziel zur selben Zeit kommt der mit der höchsten Nummer zuletzt und entscheidet.</translation>
+    </message>
+    <message>
+        <source>What an administrator gets whom a switch point calls, and what the switch point&apos;s value means there, is not known.</source>
+        <translation>Was ein Administrator bekommt, den ein Schaltpunkt anruft, und was der Wert des Schaltpunkts dort bedeutet, ist nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>The delay of a limit value counts seconds.</source>
+        <translation>Die Verzögerung eines Grenzwerts zählt Sekunden.</translation>
+    </message>
+    <message>
+        <source>During the delay the limit must be passed all the time, without regard to the hysteresis; otherwise the delay begins anew.</source>
+        <translation>Während der Verzögerung muss die Grenze ständig verletzt sein, ohne Rücksicht auf die Hysterese; sonst beginnt die Verzögerung von vorn.</translation>
+    </message>
+    <message>
+        <source>On an input that counts pulses the value given here is compared as it is and at once; over which interval the module counts is not known.</source>
+        <translation>An einem Eingang, der Impulse zählt, wird der hier gegebene Wert so, wie er ist, und sofort verglichen; über welches Intervall das Modul zählt, ist nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>&quot;=&quot; holds when value and limit are the same number; with a hysteresis it ends when they differ by more than that.</source>
+        <translation>„=“ gilt, wenn Wert und Grenze dieselbe Zahl sind; mit einer Hysterese endet es, wenn sie um mehr als diese voneinander abweichen.</translation>
+    </message>
+    <message>
+        <source>A limit value is over once the value has come back by the hysteresis or more.</source>
+        <translation>Ein Grenzwert ist vorbei, sobald der Wert um die Hysterese oder mehr zurückgekommen ist.</translation>
+    </message>
+    <message>
+        <source>What is beyond its limit from the beginning, as after a start of the module, counts like what passes it later.</source>
+        <translation>Was von Anfang an jenseits seiner Grenze liegt, etwa nach einem Start des Moduls, zählt wie das, was sie später überschreitet.</translation>
+    </message>
+    <message>
+        <source>When a limit value is over, nobody is told.</source>
+        <translation>Wenn ein Grenzwert vorbei ist, wird niemand benachrichtigt.</translation>
+    </message>
+    <message>
+        <source>A limit value without a text sends nothing.</source>
+        <translation>Ein Grenzwert ohne Text sendet nichts.</translation>
+    </message>
+    <message>
+        <source>A limit value that belongs to a combination sends its own notification all the same.</source>
+        <translation>Ein Grenzwert, der zu einer Verknüpfung gehört, sendet seine eigene Meldung trotzdem.</translation>
+    </message>
+    <message>
+        <source>A limit value on an output sees at once what a switch point sets there, in the same unit.</source>
+        <translation>Ein Grenzwert auf einem Ausgang sieht sofort, was ein Schaltpunkt dort setzt, in derselben Einheit.</translation>
+    </message>
+    <message>
+        <source>The value given for an inverted input is what its limit value sees.</source>
+        <translation>Der Wert, der für einen invertierten Eingang gegeben wird, ist der, den sein Grenzwert sieht.</translation>
+    </message>
+    <message>
+        <source>Counters of operating hours have the value that is given here and do not run.</source>
+        <translation>Betriebsstundenzähler haben den hier gegebenen Wert und laufen nicht.</translation>
+    </message>
+    <message>
+        <source>The alive cycle counts minutes from the beginning of the time that is played; 0 stands for none.</source>
+        <translation>Der Alive-Zyklus zählt Minuten vom Anfang der gespielten Zeit an; 0 steht für keinen.</translation>
+    </message>
+    <message>
+        <source>What an alive report says and who gets it is not known.</source>
+        <translation>Was eine Alive-Meldung sagt und wer sie bekommt, ist nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>Of the two values of a record of the archive the second is the measured one.</source>
+        <translation>Von den zwei Werten eines Archivsatzes ist der zweite der gemessene.</translation>
+    </message>
+    <message>
+        <source>limit passed, delay until %1</source>
+        <translation>Grenze verletzt, Verzögerung bis %1</translation>
+    </message>
+    <message>
+        <source>back before the delay was over</source>
+        <translation>zurück, bevor die Verzögerung um war</translation>
+    </message>
+    <message>
+        <source>limit value stands</source>
+        <translation>Grenzwert steht an</translation>
+    </message>
+    <message>
+        <source>limit value is over</source>
+        <translation>Grenzwert ist vorbei</translation>
+    </message>
+    <message>
+        <source>notification</source>
+        <translation>Meldung</translation>
+    </message>
+    <message>
+        <source>repetition %1 of %2</source>
+        <translation>Wiederholung %1 von %2</translation>
+    </message>
+    <message>
+        <source>calls %1, value %2</source>
+        <translation>ruft %1 an, Wert %2</translation>
+    </message>
+    <message>
+        <source>alive report</source>
+        <translation>Alive-Meldung</translation>
+    </message>
+    <message>
+        <source>limit values and switch points chase each other without end; nothing is played from here on</source>
+        <translation>Grenzwerte und Schaltpunkte lösen einander endlos aus; von hier an wird nichts gespielt</translation>
+    </message>
+    <message>
+        <source> (has no number)</source>
+        <translation> (hat keine Nummer)</translation>
+    </message>
+    <message>
+        <source>limit value %1</source>
+        <translation>Grenzwert %1</translation>
+    </message>
+    <message>
+        <source> (all of %1)</source>
+        <translation> (alle von %1)</translation>
+    </message>
+    <message>
+        <source>switch point %1: %2</source>
+        <translation>Schaltpunkt %1: %2</translation>
+    </message>
+    <message>
+        <source>waits for its limit value</source>
+        <translation>wartet auf seinen Grenzwert</translation>
+    </message>
+    <message>
+        <source>switches on %1</source>
+        <translation>schaltet am %1</translation>
+    </message>
+    <message>
+        <source>switches no more</source>
+        <translation>schaltet nicht mehr</translation>
+    </message>
+    <message>
+        <source>its start is no time</source>
+        <translation>sein Start ist keine Zeit</translation>
+    </message>
+    <message>
+        <source>its period is not from a minute to a year</source>
+        <translation>seine Periode liegt nicht zwischen einer Minute und einem Jahr</translation>
+    </message>
+    <message>
+        <source>its type is not known</source>
+        <translation>sein Typ ist nicht bekannt</translation>
+    </message>
+    <message>
+        <source>switches too often; from %1 on it is left out</source>
+        <translation>schaltet zu oft; ab %1 ist er weggelassen</translation>
+    </message>
+    <message>
+        <source>its limit is no number</source>
+        <translation>seine Grenze ist keine Zahl</translation>
+    </message>
+    <message>
+        <source>its hysteresis is no number from 0 on</source>
+        <translation>seine Hysterese ist keine Zahl ab 0</translation>
+    </message>
+    <message>
+        <source>its delay is no number from 0 on</source>
+        <translation>seine Verzögerung ist keine Zahl ab 0</translation>
+    </message>
+    <message>
+        <source>its comparison is not known</source>
+        <translation>sein Vergleich ist nicht bekannt</translation>
+    </message>
+    <message>
+        <source>it combines a limit value that is not in use</source>
+        <translation>er verknüpft einen Grenzwert, der nicht verwendet wird</translation>
+    </message>
+    <message>
+        <source>%1 more lines cannot be used</source>
+        <translation>%1 weitere Zeilen sind nicht brauchbar</translation>
+    </message>
+    <message>
+        <source>the values are of %1 stations; which one is meant?</source>
+        <translation>die Werte sind von %1 Stationen; welche ist gemeint?</translation>
+    </message>
+    <message>
+        <source>there are no values: time, channel and value are expected in a line</source>
+        <translation>es gibt keine Werte: Zeit, Kanal und Wert werden in einer Zeile erwartet</translation>
+    </message>
+    <message>
+        <source>line %1: %2is no time</source>
+        <translation>Zeile %1: %2ist keine Zeit</translation>
+    </message>
+    <message>
+        <source>line %1: %2is no channel from 1 to 18</source>
+        <translation>Zeile %1: %2ist kein Kanal von 1 bis 18</translation>
+    </message>
+    <message>
+        <source>line %1: %2is no number</source>
+        <translation>Zeile %1: %2ist keine Zahl</translation>
+    </message>
+    <message>
+        <source>Type 15 switches when its limit value comes, after the delay, and type 16 when it is over, whatever the comparison is.</source>
+        <translation>Typ 15 schaltet, wenn sein Grenzwert kommt, nach der Verzögerung, und Typ 16, wenn er vorbei ist, welcher Vergleich auch gewählt ist.</translation>
+    </message>
+    <message>
+        <source>A notification is repeated only as long as its limit value stands, the first time one interval after it, and nobody deletes the module&apos;s notifications meanwhile.</source>
+        <translation>Eine Meldung wird nur wiederholt, solange ihr Grenzwert ansteht, das erste Mal ein Intervall danach, und niemand löscht inzwischen die Meldungen des Moduls.</translation>
+    </message>
+    <message>
+        <source>A combination comes when all of its limit values stand, each after its own delay, and is over when the first of them is.</source>
+        <translation>Eine Verknüpfung kommt, wenn alle ihre Grenzwerte anstehen, jeder nach seiner eigenen Verzögerung, und ist vorbei, wenn der erste von ihnen es ist.</translation>
+    </message>
+</context>
+<context>
     <name>ListDuty</name>
     <message>
         <source>Stations of the list have no keeper</source>

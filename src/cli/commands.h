@@ -28,6 +28,10 @@ void describeCompare(Arguments &arguments);
 std::optional<int> checkCompare(const Arguments &arguments);
 int compare(const Arguments &arguments);
 
+void describeForetell(Arguments &arguments);
+std::optional<int> checkForetell(const Arguments &arguments);
+int foretellFile(const Arguments &arguments);
+
 void describeTransmit(Arguments &arguments);
 std::optional<int> checkTransmit(const Arguments &arguments);
 int transmit(const Arguments &arguments);

@@ -43,6 +43,8 @@ constexpr std::array table = {
             checkPrintFile, drawingApplication},
     Command{"compare", "FILE OTHER", "tells in which fields they differ, or what a module lacks of FILE",
             describeCompare, compare, checkCompare},
+    Command{"foretell", "FILE", "tells what it will switch and whom it notifies in the next days",
+            describeForetell, foretellFile, checkForetell},
     Command{"transmit", "FILE", "transmits a configuration to a module", describeTransmit, transmit,
             checkTransmit, applicationForReceipts, talks},
     Command{"transmissions", "[ACTION] [N] [FILE]", "tells what was transmitted to which module",

@@ -1,5 +1,7 @@
 #include "config/channel_use.h"
 
+#include "platform/text_rules.h"
+
 namespace ktr {
 
 namespace {
@@ -47,6 +49,16 @@ Measure channelMeasure(const Configuration &configuration, int channel)
                                               : Measure::Binary;
     }
     return fixedMeasure(channel);
+}
+
+QString startSent(const SwitchPoint &point)
+{
+    return point.start.isEmpty() ? QStringLiteral("0001010000") : point.start;
+}
+
+QString valueSent(const SwitchPoint &point)
+{
+    return leadingNumber(point.period) >= SwitchPoint::periodBound ? QStringLiteral("1") : point.value;
 }
 
 } // namespace ktr

@@ -27,4 +27,11 @@ enum class Measure {
 Measure fixedMeasure(int channel);
 Measure channelMeasure(const Configuration &configuration, int channel);
 
+// What a module is given of a switch point where its fields leave something open.
+
+/// YYMMDDhhmm; without a start one that is long past.
+QString startSent(const SwitchPoint &point);
+/// "1" where the period is a year or more.
+QString valueSent(const SwitchPoint &point);
+
 } // namespace ktr

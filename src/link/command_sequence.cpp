@@ -1,6 +1,7 @@
 #include "link/command_sequence.h"
 
 #include "config/address.h"
+#include "config/channel_use.h"
 #include "config/channels.h"
 #include "config/fields.h"
 #include "platform/text_rules.h"
@@ -140,12 +141,10 @@ QString archive(const StepInput &in)
 QString switchPoint(const StepInput &in)
 {
     SwitchPoint &point = at(in.configuration.switchPoints, in.index);
-    if (leadingNumber(point.period) >= SwitchPoint::periodBound) {
-        point.value = QStringLiteral("1");
-    }
+    point.value = valueSent(point);
     QString fields = comma(QString::number(in.number)) + comma(QString::number(targetCode(point.target))) +
                      comma(QString::number(point.type)) + commaNumber(point.value) +
-                     comma(point.start.isEmpty() ? QStringLiteral("0001010000") : point.start);
+                     comma(startSent(point));
     if (point.reactsToLimitValue()) {
         fields += comma(QString::number(point.limitValue + 1));
     }
