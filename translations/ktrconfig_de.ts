@@ -3242,6 +3242,26 @@ Wasserturm;turm.example.org:49111</translation>
         <source>A new station like the one before; Ctrl+Z goes back to that. Its identifier, PIN and address are to be filled in, the MAC address is a new one</source>
         <translation>Eine neue Station wie die vorige; Strg+Z führt zu dieser zurück. Kennung, PIN und Adresse sind auszufüllen, die MAC-Adresse ist eine neue</translation>
     </message>
+    <message>
+        <source>%1 was changed by somebody else (%2). Your edits are not in it; when they are saved, what stands there now is kept beside it.</source>
+        <translation>%1 wurde von jemand anderem geändert (%2). Ihre Änderungen stehen nicht darin; wenn Sie sie speichern, wird das, was jetzt dort steht, daneben aufgehoben.</translation>
+    </message>
+    <message>
+        <source>%1 was changed by somebody else (%2).</source>
+        <translation>%1 wurde von jemand anderem geändert (%2).</translation>
+    </message>
+    <message>
+        <source>Load it</source>
+        <translation>Laden</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
+    </message>
+    <message>
+        <source>Go on</source>
+        <translation>Weiter</translation>
+    </message>
 </context>
 <context>
     <name>ktr::FindPage</name>

@@ -5,10 +5,13 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QMessageBox>
 #include <QPushButton>
+
+#include <chrono>
 
 namespace ktr {
 
@@ -62,6 +65,17 @@ FileCommands::FileCommands(QWidget &window, Document &document, EditHistory &his
       m_dialogs(&window, document.environment().programFolder),
       m_kept(document.environment())
 {
+    constexpr std::chrono::seconds keepDelay(3); // so much of what is typed may be lost with the power
+    m_keepTimer.setObjectName(QStringLiteral("tmr_keep"));
+    m_keepTimer.setParent(&m_window);
+    m_keepTimer.setSingleShot(true);
+    m_keepTimer.setInterval(keepDelay);
+    connect(&m_keepTimer, &QTimer::timeout, this, &FileCommands::keepLater);
+    connect(&m_document, &Document::changed, this, [this] {
+        if (!m_keepTimer.isActive()) {
+            m_keepTimer.start();
+        }
+    });
     connect(&m_document, &Document::saved, this, [this] { m_kept.drop(); });
     connect(&m_document, &Document::fileNameChanged, this,
             [this](const QString &fileName) { m_dialogs.setCurrentFile(fileName); });
@@ -218,7 +232,7 @@ void FileCommands::askToSave()
     }
     keepEdits();
     if (!ask(&m_window, caption, m_texts.text(Text::SaveQuestion) + u' ' + fileName)) {
-        m_kept.drop();
+        declineEdits();
         return;
     }
     save();
@@ -238,6 +252,57 @@ void FileCommands::askToSave()
             QMessageBox::Ok, &m_window);
         box.exec();
     }
+}
+
+void FileCommands::keepLater()
+{
+    if (!m_document.isModified()) { // undone, or nothing was edited yet
+        m_kept.forget();
+    } else if (!m_kept.beginToKeep(m_document.configuration(), m_document.fileName())) {
+        m_keepTimer.start();
+    }
+}
+
+void FileCommands::lookAtDisk()
+{
+    const QString file = m_document.source();
+    const QDateTime changed = QFileInfo(file).lastModified();
+    if (m_dialogs.isBusy() || !m_document.isChangedOnDisk() || m_toldDisk == changed) {
+        return;
+    }
+    m_toldDisk = changed;
+    const QString when = m_document.environment().locale.toString(changed, QLocale::ShortFormat);
+    auto *box =
+        new QMessageBox(QMessageBox::Question, QString(programName),
+                        m_document.isModified() ? tr("%1 was changed by somebody else (%2). Your edits are "
+                                                     "not in it; when they are saved, what stands "
+                                                     "there now is kept beside it.")
+                                                      .arg(file, when)
+                                                : tr("%1 was changed by somebody else (%2).").arg(file, when),
+                        QMessageBox::NoButton, &m_window);
+    box->setObjectName(QStringLiteral("box_changedOnDisk"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setModal(false);
+    auto *loadIt = box->addButton(tr("Load it"), QMessageBox::AcceptRole);
+    auto *compare = box->addButton(tr("Compare"), QMessageBox::ActionRole);
+    auto *leave = box->addButton(tr("Go on"), QMessageBox::RejectRole);
+    box->setDefaultButton(m_document.isModified() ? compare : loadIt);
+    box->setEscapeButton(leave);
+    connect(box, &QDialog::finished, this, [this, box, loadIt, compare, file] {
+        if (box->clickedButton() == loadIt && m_document.source() == file) {
+            load(m_document.fileName());
+        } else if (box->clickedButton() == compare) {
+            Q_EMIT comparisonWanted();
+        }
+    });
+    box->show();
+}
+
+void FileCommands::declineEdits()
+{
+    m_keepTimer.stop();
+    m_kept.drop();
 }
 
 void FileCommands::keepEdits()
@@ -276,7 +341,7 @@ void FileCommands::offerKept()
         if (box->clickedButton() == open) {
             openKept(copy);
         } else if (box->clickedButton() == discard) {
-            QFile::remove(copy.path);
+            KeptEdits::discard(copy);
             offerKept();
         }
     });

@@ -6,7 +6,9 @@
 #include "config/edit_history.h"
 #include "lang/text_table.h"
 
+#include <QDateTime>
 #include <QObject>
+#include <QTimer>
 
 #include <functional>
 
@@ -49,8 +51,12 @@ public:
     void askToSave();
     /// Keeps a modified configuration for the next start, in case this run ends abruptly.
     void keepEdits();
+    /// The user wants nothing of them to be kept.
+    void declineEdits();
     /// Offers the edits that earlier runs kept, in a box that does not block.
     void offerKept();
+    /// Tells, likewise and once, that somebody else has changed the present file.
+    void lookAtDisk();
 
     /// The file name of the last start, and of this one for the next.
     static QString lastFileName();
@@ -64,8 +70,11 @@ Q_SIGNALS:
     /// The window title has to name another file.
     void titleChanged();
     void recentChanged();
+    /// The user wants to see what somebody else has changed.
+    void comparisonWanted();
 
 private:
+    void keepLater();
     void saveBeside(const QString &presentFile);
     void reportReading(const ReadReport &report, const QString &fileName);
     void addRecent();
@@ -78,7 +87,9 @@ private:
     FileDialogs m_dialogs;
     RecentFiles m_recent;
     KeptEdits m_kept;
-    QString m_failure; ///< why the last save failed, empty when it did not
+    QTimer m_keepTimer;   ///< runs from an edit until that is kept
+    QDateTime m_toldDisk; ///< the change of the present file that was told
+    QString m_failure;    ///< why the last save failed, empty when it did not
 };
 
 } // namespace ktr

@@ -356,7 +356,10 @@ void FormMain::connectMenu()
     connect(m_menu->printPreview, &QAction::triggered, &m_sideWindows, &SideWindows::showPreview);
     connect(m_menu->printConfiguration, &QAction::triggered, &m_sideWindows, &SideWindows::print);
     connect(m_menu->closeWindow, &QAction::triggered, this, &QWidget::close);
-    connect(m_menu->exitAtOnce, &QAction::triggered, this, &FormMain::exitWanted);
+    connect(m_menu->exitAtOnce, &QAction::triggered, this, [this] {
+        m_files->declineEdits();
+        Q_EMIT exitWanted();
+    });
     connect(m_menu->undo, &QAction::triggered, &m_history, &EditHistory::undo);
     connect(m_menu->redo, &QAction::triggered, &m_history, &EditHistory::redo);
     connect(m_menu->showTransmissions, &QAction::triggered, this, &FormMain::showTransmissions);
@@ -436,6 +439,13 @@ void FormMain::connectProblems()
     connect(&m_document, &Document::fileNameChanged, m_neighbours, lookBeside);
     connect(&m_document, &Document::saved, m_neighbours, lookBeside);
     connect(qApp, &QGuiApplication::applicationStateChanged, m_neighbours, lookBeside);
+    connect(qApp, &QGuiApplication::applicationStateChanged, m_files.get(),
+            [this](Qt::ApplicationState state) {
+                if (state == Qt::ApplicationActive) {
+                    m_files->lookAtDisk();
+                }
+            });
+    connect(m_files.get(), &FileCommands::comparisonWanted, m_menu->compareConfigurations, &QAction::trigger);
     connect(m_neighbours, &NeighbourWatch::changed, this, &FormMain::findProblemsSoon);
     connect(&m_problemTimer, &QTimer::timeout, this, &FormMain::findProblemsNow);
     connect(m_menu->showProblems, &QAction::toggled, m_problemPanel, &ProblemPanel::unfold);

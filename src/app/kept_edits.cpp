@@ -29,6 +29,12 @@ QString fileNameIn(const QByteArray &document)
                                              : QString();
 }
 
+QString lockOf(const QString &copy)
+{
+    const QFileInfo file(copy);
+    return joinPath(file.path(), u'.' + file.fileName() + QLatin1String(".lock"));
+}
+
 } // namespace
 
 KeptEdits::KeptEdits(const Environment &environment) : m_environment(environment) {}
@@ -43,12 +49,14 @@ QStringList KeptEdits::folders() const
 
 QList<KeptEdits::Copy> KeptEdits::found() const
 {
+    m_thread.wait();
     QList<Copy> copies;
     for (const QString &folder : folders()) {
         for (const QFileInfo &file :
              QDir(folder).entryInfoList({QStringLiteral("unsaved-*.xml")}, QDir::Files)) {
             QByteArray document;
-            if (file != QFileInfo(m_present) && readFile(file.filePath(), document)) {
+            if (file != QFileInfo(m_present) && !FileLock::heldBy(lockOf(file.filePath())) &&
+                readFile(file.filePath(), document)) {
                 copies += {file.filePath(), fileNameIn(document), file.lastModified()};
             }
         }
@@ -59,7 +67,27 @@ QList<KeptEdits::Copy> KeptEdits::found() const
 
 Status KeptEdits::keep(const Configuration &configuration, const QString &fileName)
 {
+    m_thread.wait();
+    return write(writeConfiguration(configuration, m_environment) + asComment(fileName));
+}
+
+bool KeptEdits::beginToKeep(const Configuration &configuration, const QString &fileName)
+{
+    if (m_isBusy) {
+        return false;
+    }
+    m_thread.wait();
+    m_isBusy = true;
     const QByteArray document = writeConfiguration(configuration, m_environment) + asComment(fileName);
+    m_thread.start([this, document] {
+        [[maybe_unused]] const Status written = write(document); // the next edit tries again
+        m_isBusy = false;
+    });
+    return true;
+}
+
+Status KeptEdits::write(const QByteArray &document)
+{
     if (!m_present.isEmpty() && replaceFile(m_present, document)) {
         return Status::done();
     }
@@ -74,7 +102,11 @@ Status KeptEdits::keep(const Configuration &configuration, const QString &fileNa
         }
         written = replaceFile(path, document);
         if (written) {
-            drop(); // a former one that could not be replaced
+            if (!m_present.isEmpty()) { // a former one that could not be replaced
+                QFile::remove(m_present);
+            }
+            m_lock.release();
+            [[maybe_unused]] const FileLock::Outcome outcome = m_lock.take(lockOf(path));
             m_present = path;
             break;
         }
@@ -82,11 +114,47 @@ Status KeptEdits::keep(const Configuration &configuration, const QString &fileNa
     return written;
 }
 
+const QString &KeptEdits::present() const
+{
+    m_thread.wait();
+    return m_present;
+}
+
+void KeptEdits::discard(const Copy &copy)
+{
+    QFile::remove(copy.path);
+    QFile::remove(lockOf(copy.path)); // of a run that was killed
+}
+
+void KeptEdits::adopt(const QString &path)
+{
+    leave();
+    m_present = path;
+    m_isAdopted = true;
+    [[maybe_unused]] const FileLock::Outcome outcome = m_lock.take(lockOf(path));
+}
+
+void KeptEdits::leave()
+{
+    m_thread.wait();
+    m_present.clear();
+    m_isAdopted = false;
+    m_lock.release();
+}
+
+void KeptEdits::forget()
+{
+    m_isAdopted ? leave() : drop();
+}
+
 void KeptEdits::drop()
 {
+    m_thread.wait();
+    m_isAdopted = false;
     if (!m_present.isEmpty()) {
         QFile::remove(std::exchange(m_present, QString()));
     }
+    m_lock.release();
 }
 
 } // namespace ktr

@@ -118,6 +118,12 @@ Document::KnownFile Document::known(const QString &path)
     return {path, file.size(), file.lastModified()};
 }
 
+bool Document::isChangedOnDisk() const
+{
+    return !m_source.isEmpty() && m_source == m_known.path && QFileInfo(m_source).isFile() &&
+           m_known != known(m_source);
+}
+
 Status Document::backUp(QString &backup)
 {
     const QString file = fileCalled(m_fileName);

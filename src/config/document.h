@@ -60,6 +60,9 @@ public:
     /// The file that the configuration was read from or last saved to; empty for a new one.
     const QString &source() const { return m_source; }
 
+    /// Whether somebody else has changed the source since it was read or saved. One that is gone is not.
+    bool isChangedOnDisk() const;
+
     /// Before save(): where save() would replace a file that this program has not read, or that somebody else
     /// has changed since, makes a copy beside it, with "~" behind its name, and returns the copy's name in
     /// `backup`. What this program wrote there itself since the last such copy does not take its place. After

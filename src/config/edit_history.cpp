@@ -70,6 +70,7 @@ ReadReport EditHistory::load(const QString &fileName)
     ReadReport report = m_document.load(fileName);
     if (report.opened) {
         record(std::move(before), {});
+        markModified([this](const State &state) { return state.source == m_document.source(); });
     }
     return report;
 }
@@ -111,11 +112,16 @@ void EditHistory::clear()
 void EditHistory::noteSaved()
 {
     endGroup();
+    markModified([this](const State &state) {
+        return state.fileName == m_document.fileName() || state.fileName.isEmpty();
+    });
+}
+
+void EditHistory::markModified(const std::function<bool(const State &)> &differs)
+{
     for (std::deque<Step> *steps : {&m_undo, &m_redo}) {
         for (Step &step : *steps) {
-            if (step.state.fileName == m_document.fileName() || step.state.fileName.isEmpty()) {
-                step.state.modified = true;
-            }
+            step.state.modified = step.state.modified || differs(step.state);
         }
     }
 }

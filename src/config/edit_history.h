@@ -76,6 +76,7 @@ private:
     void record(State before, const EditPlace &place);
     void move(std::deque<Step> &from, std::deque<Step> &to);
     void noteSaved();
+    void markModified(const std::function<bool(const State &)> &differs);
 
     Document &m_document;
     std::deque<Step> m_undo;

@@ -1,4 +1,5 @@
 #include "app/form_main.h"
+#include "app/kept_edits.h"
 #include "config/configuration_file.h"
 #include "config/fields.h"
 #include "look/field_width.h"
@@ -47,6 +48,7 @@ namespace {
 
 const QString settings = "KTR_Config";
 const QString program = "Software\\Korvane\\KTRconfig";
+constexpr int longestWrite = 30'000; // ms; of a disk that others use
 
 /// Answers the next message box with a button once it is open, and keeps what it said.
 struct BoxAnswer
@@ -357,6 +359,75 @@ private Q_SLOTS:
             QVERIFY(!m_window->document().isModified());
         }
         QVERIFY(QDir(m_folder->path()).entryList({"unsaved-*"}).isEmpty());
+    }
+
+    void editsAreKeptWhileOneWorks()
+    {
+        start({"-load", fileWith("kept")});
+        auto *timer = m_window->findChild<QTimer *>("tmr_keep");
+        QVERIFY(timer != nullptr && timer->interval() == 3'000);
+        timer->setInterval(0);
+        const auto copies = [this] { return QDir(m_folder->path()).entryInfoList({"unsaved-*.xml"}); };
+        typeOver(field("txt_gsm_id"), "typed");
+        QTRY_COMPARE(copies().size(), 1);
+        const QString copy = copies().front().filePath();
+        QTRY_COMPARE(stationIn(copy), "typed");
+        typeOver(field("txt_gsm_id"), "more");
+        QTRY_COMPARE(stationIn(copy), "more");
+        Environment environment = fixedEnvironment();
+        environment.programFolder = m_folder->path();
+        QVERIFY(KeptEdits(environment).found().isEmpty()); // of a run that goes on
+        QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+        QTRY_VERIFY(copies().isEmpty());
+        QTest::keyClick(m_window.get(), Qt::Key_Y, Qt::ControlModifier);
+        QTRY_COMPARE(copies().size(), 1);
+        QTest::keyClick(m_window.get(), Qt::Key_S, Qt::ControlModifier);
+        QVERIFY(copies().isEmpty());
+        {
+            KeptEdits ended(environment); // with the power
+            QVERIFY(ended.keep(m_window->document().configuration(), "a.xml"));
+            QVERIFY(KeptEdits(environment).found().isEmpty());
+        }
+        QCOMPARE(KeptEdits(environment).found().size(), 1);
+    }
+
+    void aFileThatSomebodyElseChangedIsToldOnce()
+    {
+        const QString file = fileWith("old");
+        start({"-load", file});
+        const auto box = [this] { return m_window->findChild<QMessageBox *>("box_changedOnDisk"); };
+        const auto comeBack = [] {
+            QMetaObject::invokeMethod(qApp, "applicationStateChanged",
+                                      Q_ARG(Qt::ApplicationState, Qt::ApplicationActive));
+        };
+        comeBack();
+        QVERIFY(box() == nullptr);
+        Configuration theirs = m_window->document().configuration();
+        theirs.gsm.stationId = "theirs, and longer";
+        QVERIFY(writeConfigurationFile(file, theirs, systemEnvironment()));
+        comeBack();
+        QVERIFY(box() != nullptr && box()->isVisible());
+        QTest::keyClick(box(), Qt::Key_Escape);
+        QTRY_VERIFY(box() == nullptr);
+        comeBack();
+        QVERIFY(box() == nullptr);
+        theirs.gsm.stationId = "theirs again, and even longer";
+        QFile changed(file);
+        QVERIFY(writeConfigurationFile(file, theirs, systemEnvironment()));
+        QVERIFY(
+            changed.open(QIODevice::ReadWrite) &&
+            changed.setFileTime(QDateTime::currentDateTime().addSecs(5), QFileDevice::FileModificationTime));
+        changed.close();
+        comeBack();
+        QVERIFY(box() != nullptr);
+        QTest::keyClick(box(), Qt::Key_Return); // "Load it"
+        QTRY_COMPARE(field("txt_gsm_id")->text(), theirs.gsm.stationId);
+        QTRY_VERIFY(box() == nullptr);
+        m_window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(field("txt_gsm_id")->text(), "old");
+        QVERIFY(m_window->document().isModified()); // it stands in no file any more
     }
 
     void whatANewConfigurationReplacesIsKept()
@@ -800,18 +871,18 @@ private Q_SLOTS:
         Q_EMIT m_line->received("at+cmgs=\"+IP\"\r");
         Q_EMIT m_line->received("V,2.1.05,of before,KTR\x1A");
         read();
-        QTRY_COMPARE(remembered().steps.size(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(remembered().steps.size(), 2, longestWrite);
         QCOMPARE(remembered().row.verdict, TransmissionVerdict::NotEnded);
         QTRY_VERIFY(QApplication::activeModalWidget() ==
                     nullptr); // the versions differ, which is told beside
         control<QPushButton>(*m_window, "cmd_transmission_cancel")->click();
-        QTRY_COMPARE(remembered().row.verdict, TransmissionVerdict::BrokenOff);
+        QTRY_COMPARE_WITH_TIMEOUT(remembered().row.verdict, TransmissionVerdict::BrokenOff, longestWrite);
         QCOMPARE(remembered().row.resumeStep, 1);
         control<QPushButton>(*m_window, "cmd_transmission_resume")->click();
         while (control<QPushButton>(*m_window, "cmd_transmission_cancel")->isVisible()) {
             read();
         }
-        QTRY_COMPARE(remembered().row.verdict, TransmissionVerdict::Whole);
+        QTRY_COMPARE_WITH_TIMEOUT(remembered().row.verdict, TransmissionVerdict::Whole, longestWrite);
         QVERIFY(control<QPushButton>(*m_window, "cmd_transmission_receipt")->isVisible());
         const RememberedTransmission whole = remembered();
         QCOMPARE(whole.row.id, 1);
@@ -977,19 +1048,20 @@ private Q_SLOTS:
         auto *list = control<QTableView>(*window, "Table_transmissions");
         auto *commands = control<QTableView>(*window, "Table_transmissions_commands");
         auto *facts = control<QLabel>(*window, "Label_transmissions_facts");
-        QTRY_COMPARE(list->model()->rowCount(), 2);
+        QTRY_COMPARE_WITH_TIMEOUT(list->model()->rowCount(), 2, longestWrite);
         QVERIFY(!control<QLabel>(*window, "Label_transmissions_empty")->isVisible());
-        QTRY_COMPARE(commands->model()->rowCount(), steps::last + 1 - 4); // without output values
+        QTRY_COMPARE_WITH_TIMEOUT(commands->model()->rowCount(), steps::last + 1 - 4,
+                                  longestWrite); // without output values
         QVERIFY(commands->model()->index(1, 2).data().toString().startsWith("n,****,"));
         QVERIFY(facts->text().contains("Station: Werk 8\nOutcome: whole"));
         QTest::keyClick(list, Qt::Key_Down);
-        QTRY_VERIFY(facts->text().contains("Station: Werk 7"));
+        QTRY_VERIFY_WITH_TIMEOUT(facts->text().contains("Station: Werk 7"), longestWrite);
         QTest::keyClicks(control<QLineEdit>(*window, "Text_transmissions_station"), "8");
         QCOMPARE(list->model()->rowCount(), 1);
         control<QLineEdit>(*window, "Text_transmissions_station")->clear();
         QCOMPARE(list->model()->rowCount(), 2);
         list->setCurrentIndex(list->model()->index(1, 0));
-        QTRY_VERIFY(facts->text().contains("Station: Werk 7"));
+        QTRY_VERIFY_WITH_TIMEOUT(facts->text().contains("Station: Werk 7"), longestWrite);
         QVERIFY(control<QPushButton>(*window, "Cmd_transmissions_compare")->isVisible());
         QTest::mouseClick(control<QPushButton>(*window, "Cmd_transmissions_open"), Qt::LeftButton);
         QCOMPARE(m_window->document().configuration().gsm.stationId, "Werk 7");

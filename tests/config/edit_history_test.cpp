@@ -82,6 +82,24 @@ private Q_SLOTS:
         QVERIFY(!m_document.isModified());
     }
 
+    void whatAFileHadBeforeItWasReadAnewIsModified()
+    {
+        const QString file = m_folder.filePath("a.xml");
+        m_document.setFileName(file);
+        type("mine");
+        QVERIFY(m_document.save());
+        Configuration theirs = m_document.configuration();
+        theirs.info.author = "theirs";
+        QVERIFY(writeConfigurationFile(file, theirs, fixedEnvironment()));
+        QVERIFY(m_history.load(file).opened);
+        QCOMPARE(author(), "theirs");
+        m_history.undo();
+        QCOMPARE(author(), "mine");
+        QVERIFY(m_document.isModified());
+        m_history.redo();
+        QVERIFY(!m_document.isModified());
+    }
+
     void aRemovalThatIsNoEditComesBackUnmarked()
     {
         m_document.adjust([](Configuration &c) { c.holidays.append("091224\t(24.12.2009)"); });
