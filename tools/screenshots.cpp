@@ -2,7 +2,7 @@
 // --all only those that the documentation shows.
 
 #include "app/form_main.h"
-#include "app/translations.h"
+#include "lang/translations.h"
 #include "lang/load_texts.h"
 #include "look/style.h"
 #include "operational_pictures.h"

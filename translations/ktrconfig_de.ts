@@ -2044,6 +2044,14 @@
         <source>Number</source>
         <translation>Nummer</translation>
     </message>
+    <message>
+        <source>A single command was sent, and no configuration</source>
+        <translation>Es wurde ein einzelner Befehl gesendet und keine Konfiguration</translation>
+    </message>
+    <message>
+        <source>single command</source>
+        <translation>einzelner Befehl</translation>
+    </message>
 </context>
 <context>
     <name>WatchAlarms</name>

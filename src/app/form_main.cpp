@@ -87,8 +87,12 @@ FormMain::FormMain(const Services &services)
         std::make_unique<LinkPresenter>(m_link, m_services.timers, m_document, m_texts, *m_menu, *m_status);
     m_linkDialogs = std::make_unique<LinkDialogs>(*this, m_context, *m_linkPresenter, m_link.transmitter(),
                                                   m_files->dialogs());
-    m_transmissions = std::make_unique<TransmissionNotes>(m_link, m_document,
-                                                          [this] { return m_linkPresenter->toldVersion(); });
+    m_transmissions = std::make_unique<TransmissionNotes>(
+        m_link, m_document, [this] { return m_linkPresenter->toldVersion(); },
+        [this] {
+            const QString onDuty = m_operationalMode.operatorName();
+            return onDuty.isEmpty() ? fullUserName() : onDuty;
+        });
     connect(m_transmissions.get(), &TransmissionNotes::statusMessage, this, &FormMain::showStatus);
     connect(m_transmissionPanel, &TransmissionPanel::receiptWanted, this, [this] {
         const auto askSave = [this](const QString &proposal, const QString &filter) {

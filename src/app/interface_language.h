@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/translations.h"
+#include "lang/translations.h"
 #include "editor/binder.h"
 #include "opmode/operational_mode.h"
 

@@ -119,12 +119,18 @@ void OperationalModeOpener::connectWindow()
     connect(m_window.get(), &Form_betriebsmodus::configurationWanted, this,
             &OperationalModeOpener::configurationWanted);
     // Not from inside the window's own event.
-    const auto end = [this] {
-        m_window.reset();
-        m_mode.reset();
+    const auto endAndTell = [this] {
+        end();
         Q_EMIT closed();
     };
-    connect(m_window.get(), &Form_betriebsmodus::closed, this, end, Qt::QueuedConnection);
+    connect(m_window.get(), &Form_betriebsmodus::closed, this, endAndTell, Qt::QueuedConnection);
+}
+
+void OperationalModeOpener::end()
+{
+    m_lastOperator = operatorName();
+    m_window.reset();
+    m_mode.reset();
 }
 
 bool OperationalModeOpener::close()
@@ -135,8 +141,7 @@ bool OperationalModeOpener::close()
             connectWindow();
             return false;
         }
-        m_window.reset();
-        m_mode.reset();
+        end();
     }
     return true;
 }
@@ -180,6 +185,11 @@ QString OperationalModeOpener::stationAt(const QString &hostAddress) const
 {
     const QString kennung = m_mode == nullptr ? QString() : m_mode->stationAt(hostAddress);
     return kennung.isEmpty() ? QString() : m_mode->tree().find(kennung).data().toString();
+}
+
+QString OperationalModeOpener::operatorName() const
+{
+    return m_mode != nullptr ? m_mode->operatorName() : m_lastOperator;
 }
 
 void OperationalModeOpener::lend(const QString &hostAddress)

@@ -42,6 +42,8 @@ public:
 
     /// The name of the station that is kept online at an address; empty when there is none.
     QString stationAt(const QString &hostAddress) const;
+    /// Who is on duty, or was when it was closed; empty where nobody said so.
+    QString operatorName() const;
     /// Takes that station offline until takeBack().
     void lend(const QString &hostAddress);
     /// Takes the lent station online again.
@@ -58,10 +60,12 @@ private:
     void openPlace(const QString &record);
     void changePlace(const QString &address);
     void connectWindow();
+    void end();
 
     OperationalMode::Services m_services;
     const TextTable &m_texts;
     QString m_record; ///< of the command line
+    QString m_lastOperator;
     std::unique_ptr<OperationalMode> m_mode;
     std::unique_ptr<FileDialogs> m_files;
     std::unique_ptr<Form_betriebsmodus> m_window; ///< goes first

@@ -9,13 +9,22 @@
 
 namespace ktr {
 
-TransmissionNotes::TransmissionNotes(ModuleLink &link, const Document &document, ToldVersion told)
+TransmissionNotes::TransmissionNotes(ModuleLink &link, const Document &document, ToldVersion told,
+                                     std::function<QString()> operatorName)
     : m_link(link),
       m_document(document),
       m_told(std::move(told)),
+      m_operator(std::move(operatorName)),
       m_memory(transmissionsPlace({}, document.environment())),
-      m_keeper(m_memory, document.environment())
+      m_keeper(m_memory, document.environment()),
+      m_singles(m_memory, document.environment())
 {
+    for (const ModuleSession *session : m_link.line().sessions()) {
+        m_singles.watch(*session, [this] {
+            usePresentPlace();
+            return SingleCommandKeeper::About{m_link.line().port(), m_operator(), m_told()};
+        });
+    }
     const Transmitter &transmitter = m_link.transmitter();
     connect(&transmitter, &Transmitter::started, this, &TransmissionNotes::begin);
     connect(&transmitter, &Transmitter::ended, &m_keeper, &TransmissionKeeper::end);
@@ -97,6 +106,12 @@ void TransmissionNotes::look(std::function<void(const TransmissionLook &)> looke
         [known](const Status &) { return known; }, handOn);
 }
 
+/// The settings may have changed.
+void TransmissionNotes::usePresentPlace()
+{
+    m_memory.setPlace(transmissionsPlace(m_record, m_document.environment()));
+}
+
 void TransmissionNotes::begin()
 {
     Transmitter &transmitter = m_link.transmitter();
@@ -105,11 +120,11 @@ void TransmissionNotes::begin()
         m_keeper.goOn();
         return;
     }
-    m_memory.setPlace(
-        transmissionsPlace(m_record, m_document.environment())); // the settings may have changed
+    usePresentPlace();
     m_keeper.begin(m_link.line().session(), transmitter.transmitted(),
                    {.file = m_document.source(),
                     .line = m_link.line().port(),
+                    .operatorName = m_operator(),
                     .versionBefore = m_told(),
                     .basedOn = m_link.line().session().transmission().basis(),
                     .answers = m_link.line().session().transmission().isAnswering()});

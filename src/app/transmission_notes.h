@@ -1,6 +1,7 @@
 #pragma once
 
 #include "link/module_link.h"
+#include "transmissions/single_commands.h"
 #include "transmissions/transmission_keeper.h"
 #include "transmissions/transmission_look.h"
 
@@ -25,7 +26,9 @@ public:
     using ToldVersion = std::function<std::optional<QString>()>;
 
     /// All of them must outlive this.
-    TransmissionNotes(ModuleLink &link, const Document &document, ToldVersion told);
+    /// `operatorName` gives who works here.
+    TransmissionNotes(ModuleLink &link, const Document &document, ToldVersion told,
+                      std::function<QString()> operatorName);
 
     /// The record on a server that the command line names.
     void setRecord(const QString &record);
@@ -48,6 +51,7 @@ Q_SIGNALS:
 
 private:
     void begin();
+    void usePresentPlace();
     void thinOut();
 
     static constexpr std::chrono::milliseconds longestLook{500};
@@ -55,9 +59,11 @@ private:
     ModuleLink &m_link;
     const Document &m_document;
     ToldVersion m_told;
+    std::function<QString()> m_operator;
     QString m_record;
     TransmissionMemory m_memory;
     TransmissionKeeper m_keeper;
+    SingleCommandKeeper m_singles;
     std::unique_ptr<QObject> m_look; ///< asks for the newest look
 };
 

@@ -305,7 +305,7 @@ void TransmissionsWindow::showDetails()
 void TransmissionsWindow::enableButtons()
 {
     for (QPushButton *button : {m_open, m_compare, m_export, m_receipt}) {
-        button->setEnabled(m_chosen.has_value());
+        button->setEnabled(m_chosen && m_chosen->row.verdict != TransmissionVerdict::Alone);
     }
 }
 

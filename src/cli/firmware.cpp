@@ -3,6 +3,8 @@
 #include "cli/link_job.h"
 #include "link/self_programming.h"
 #include "link/service_commands.h"
+#include "transmissions/memory_place.h"
+#include "transmissions/single_commands.h"
 
 namespace ktr::cli {
 
@@ -47,6 +49,11 @@ int firmware(const Arguments &arguments)
     Progress progress(firmwareImageSize);
     qint64 sent = 0;
     bool announced = false;
+    TransmissionMemory memory(transmissionsPlace({}, systemEnvironment())); // it may hold something else then
+    SingleCommandKeeper keeper(memory, systemEnvironment());
+    keeper.watch(session, [&job] {
+        return SingleCommandKeeper::About{.line = job.lineName(), .operatorName = fullUserName()};
+    });
     job.setState([&] {
         return announced ? QStringLiteral("%1 of %2 bytes sent").arg(sent).arg(firmwareImageSize)
                          : QStringLiteral("nothing of the image was sent");

@@ -3,6 +3,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "lang/load_texts.h"
+#include "lang/translations.h"
 #include "platform/environment.h"
 #include "printout/receipt.h"
 
@@ -20,7 +21,7 @@ const QString languageOption = QStringLiteral("language");
 void addLanguageOption(Arguments &arguments)
 {
     arguments.addOption({languageOption,
-                         QStringLiteral("The titles' language in a PDF: english or deutsch (english)."),
+                         QStringLiteral("The language of a PDF: english or deutsch (english)."),
                          QStringLiteral("LANGUAGE"), QStringLiteral("english")});
 }
 
@@ -56,6 +57,8 @@ Status writeReceiptFile(const QString &path, const Arguments &arguments,
 {
     TextTable texts;
     loadTitles(arguments, texts);
+    Translations translations; // what is told on the terminal stays English
+    translations.use(arguments.value(languageOption));
     return writeReceipt(path, transmission, texts, systemEnvironment());
 }
 

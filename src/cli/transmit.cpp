@@ -9,6 +9,7 @@
 #include "link/reply_interpreter.h"
 #include "link/service_commands.h"
 #include "transmissions/memory_place.h"
+#include "transmissions/single_commands.h"
 #include "transmissions/transmission_keeper.h"
 #include "transmissions/transmission_look.h"
 
@@ -69,6 +70,15 @@ std::optional<QString> versionIn(const ModemDialogue::Reply &reply)
         }
     }
     return std::nullopt;
+}
+
+void complainOfTrouble(TransmissionMemory &memory, const QString &what)
+{
+    QObject::connect(&memory, &TransmissionMemory::troubled, &memory, [what](const QString &why) {
+        if (!why.isEmpty()) {
+            complain(what + QLatin1String(" is not remembered: ") + why);
+        }
+    });
 }
 
 /// What became of the transmission, in the words of the panel of the main window.
@@ -180,11 +190,7 @@ int transmit(const Arguments &arguments)
         arguments.isSet(answerOption) || (job.isEthernet() && !arguments.isSet(unconfirmedOption));
     Progress progress(steps::last);
     TransmissionMemory memory(transmissionsPlace(arguments.value(recordOption), document.environment()));
-    QObject::connect(&memory, &TransmissionMemory::troubled, &memory, [](const QString &why) {
-        if (!why.isEmpty()) {
-            complain(QLatin1String("the transmission is not remembered: ") + why);
-        }
-    });
+    complainOfTrouble(memory, QStringLiteral("the transmission"));
     TransmissionKeeper keeper(memory, document.environment());
     const bool anyway = arguments.isSet(anywayOption);
     TransmissionLook look =
@@ -210,6 +216,7 @@ int transmit(const Arguments &arguments)
             keeper.begin(session, configuration,
                          {.file = document.fileName(),
                           .line = job.lineName(),
+                          .operatorName = fullUserName(),
                           .basedOn = basis.basedOn(),
                           .firstStep = *firstStep,
                           .answers = answer});
@@ -277,8 +284,11 @@ void describeSend(Arguments &arguments)
     arguments.setSummary(
         QStringLiteral("Hands one command to the module when it next reads a message, and prints what "
                        "it answers. A command whose letter is lower-case is not answered; over Ethernet "
-                       "nobody knows then whether the network lost it, and the exit code is 3 at best."));
+                       "nobody knows then whether the network lost it, and the exit code is 3 at best. One "
+                       "that may change the configuration is remembered: what was transmitted before proves "
+                       "nothing any more."));
     LinkJob::addOptions(arguments);
+    addMemoryOption(arguments);
 }
 
 std::optional<int> checkSend(const Arguments &arguments)
@@ -297,6 +307,9 @@ std::optional<int> checkSend(const Arguments &arguments)
         return arguments.wrong(serviceCommands::firmware +
                                QLatin1String(" announces a firmware image; \"ktrcli firmware\" sends one"));
     }
+    if (const std::optional<int> code = checkRecordAddress(arguments, arguments.value(recordOption))) {
+        return code;
+    }
     return LinkJob::check(arguments);
 }
 
@@ -310,6 +323,12 @@ int send(const Arguments &arguments)
         return *end;
     }
     ModuleSession &session = job.session();
+    TransmissionMemory memory(transmissionsPlace(arguments.value(recordOption), systemEnvironment()));
+    complainOfTrouble(memory, QStringLiteral("the command"));
+    SingleCommandKeeper keeper(memory, systemEnvironment());
+    keeper.watch(session, [&job] {
+        return SingleCommandKeeper::About{.line = job.lineName(), .operatorName = fullUserName()};
+    });
     const bool asksArchive = command == serviceCommands::archive;
     bool sent = false;
     bool history = false; // some of it has come
@@ -344,6 +363,7 @@ int send(const Arguments &arguments)
         }
     });
     const int code = job.run();
+    (void)memory.flush(); // what goes wrong is told
     if (code == notKnown) {
         complain(QStringLiteral("the command was sent; whether it arrived is only known when its letter is "
                                 "upper-case and the module answers"));

@@ -24,6 +24,8 @@ Environment systemEnvironment();
 
 /// The name that the user has in the system; empty when it is not known.
 QString userName();
+/// The user's name as people write it; empty where the system does not know it.
+QString fullUserName();
 
 /// The folder of the executable where it can be written, otherwise the user's data folder for this
 /// program, which is made where it is missing.

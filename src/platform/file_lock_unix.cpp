@@ -51,7 +51,7 @@ bool isLocked(int descriptor)
     return asked == 0 && lock.l_type != F_UNLCK;
 }
 
-QString userName()
+QString accountName()
 {
     const struct passwd *user = ::getpwuid(::geteuid());
     return user != nullptr ? QString::fromLocal8Bit(user->pw_name) : QString::number(::geteuid());
@@ -151,7 +151,7 @@ FileLock::Outcome FileLock::take(const QString &path)
         if (isWritable) {
             held->isOwn = true;
             giveModeOfFolder(descriptor, name);
-            m_record = lockHolderRecord(userName());
+            m_record = lockHolderRecord(accountName());
             // Without it the others cannot see the holder; the lock works all the same.
             (void)!::pwrite(descriptor, m_record.constData(), static_cast<std::size_t>(m_record.size()), 0);
             (void)!::ftruncate(descriptor, m_record.size());

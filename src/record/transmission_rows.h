@@ -14,6 +14,7 @@ enum class TransmissionVerdict {
     Unknown, ///< all was sent, and nothing confirms it
     InPart,
     BrokenOff,
+    Alone, ///< no transmission: one command that the user sent, and that may have changed the module
 };
 
 /// What became of a command.
@@ -59,11 +60,13 @@ struct TransmissionRow
     int firstStep = 0;     ///< above the first where one that had broken off went on
     bool answers = false;  ///< the module was asked to answer each command
     TransmissionVerdict verdict = TransmissionVerdict::NotEnded;
+    static constexpr int closingStep = 78;
     std::optional<int> lastStep{};   ///< the highest that was handed over
     std::optional<int> resumeStep{}; ///< after BrokenOff, and as long as it runs
     static constexpr qint64 onNothingKnown = -1;
     /// Only what differs from this transmission was sent, which the module had proved to hold; onNothingKnown
-    /// where a part was sent that proves nothing about the rest.
+    /// where a part was sent that proves nothing about the rest, or where it is forgotten what was sent
+    /// since.
     qint64 basedOn = 0;
     bool hasPin = false;     ///< what was sent had one; a record of this user's own alone keeps it
     QString configuration{}; ///< the file's text; left out in lists

@@ -29,6 +29,7 @@ constexpr std::array verdictWords = {
     std::pair{TransmissionVerdict::Unknown, "not known"},
     std::pair{TransmissionVerdict::InPart, "in part"},
     std::pair{TransmissionVerdict::BrokenOff, "broken off"},
+    std::pair{TransmissionVerdict::Alone, "single command"},
 };
 
 constexpr std::array outcomeWords = {
@@ -220,9 +221,17 @@ Status TransmissionTable::thin(qint64 before, qint64 &removed)
     const QString old =
         u" (SELECT id FROM transmission WHERE begun < ? AND id NOT IN (SELECT id FROM (SELECT id,"
         " row_number() OVER (PARTITION BY station ORDER BY begun DESC, id DESC) AS place FROM transmission"
-        " WHERE verdict = 'whole') AS newest WHERE place = 1))"_s;
+        " WHERE verdict = 'whole' AND last_step = "_s +
+        QString::number(TransmissionRow::closingStep) + u") AS newest WHERE place = 1))"_s;
+    // A whole one that stays proves nothing once it is forgotten that its module may have been changed since.
+    const QString forgotten =
+        u"UPDATE transmission SET based_on = "_s + QString::number(TransmissionRow::onNothingKnown) +
+        u" WHERE begun < ? AND verdict = 'whole' AND EXISTS (SELECT 1 FROM transmission AS later"
+        " WHERE later.begun < ? AND later.begun >= transmission.begun AND later.id <> transmission.id"
+        " AND coalesce(later.last_step, 0) > 0 AND (later.verdict <> 'whole' OR later.based_on = "_s +
+        QString::number(TransmissionRow::onNothingKnown) + u"))"_s;
     removed = 0;
-    if (!m_database.begin() ||
+    if (!m_database.begin() || m_database.carriedOut(forgotten, {before, before}) == nullptr ||
         m_database.carriedOut(u"DELETE FROM transmission_step WHERE transmission IN"_s + old, {before}) ==
             nullptr) {
         return rolledBack();

@@ -5,6 +5,8 @@
 #include "link/conversation_log.h"
 #include "platform/files.h"
 
+#include <QCoreApplication>
+#include <QRegularExpression>
 #include <QStringList>
 
 #include <algorithm>
@@ -14,6 +16,7 @@ namespace ktr {
 
 namespace {
 
+static_assert(TransmissionRow::closingStep == steps::last);
 constexpr int clockStep = 77; // of the same configuration each time another command
 
 /// What a module is given of a configuration but for its PIN, which a record on a server leaves out.
@@ -70,6 +73,12 @@ Status readCommands(TransmissionTable &table, qint64 id, QMap<int, QString> &com
     return read;
 }
 
+Status noConfiguration()
+{
+    return Status::failed(
+        QCoreApplication::translate("Transmissions", "A single command was sent, and no configuration"));
+}
+
 bool isProof(const TransmissionRow &row)
 {
     return row.verdict == TransmissionVerdict::Whole && row.lastStep == steps::last &&
@@ -77,12 +86,24 @@ bool isProof(const TransmissionRow &row)
            (row.firstStep == steps::first || row.basedOn != 0);
 }
 
-/// Whether a later transmission with another version text may have changed the module that had `held`.
+/// Of serial ports, many modules are at one, and one at many, in turn.
+bool isSerialPort(const QString &line)
+{
+    static const QRegularExpression form(QStringLiteral("[/\\\\]|^COM[0-9]+$"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    return line.contains(form);
+}
+
+/// Whether a later transmission with another version text may have changed the module that had `held`; of a
+/// single command it is not known which station's it was.
 bool disturbs(const TransmissionRow &later, const TransmissionRow &held)
 {
     constexpr int firstChange = 1; // the step before it only asks
     if (later.lastStep.value_or(0) < firstChange) {
         return false;
+    }
+    if (later.verdict == TransmissionVerdict::Alone) {
+        return !later.versionBefore || *later.versionBefore == held.versionSent;
     }
     if (later.station == held.station) {
         return true;
@@ -91,6 +112,25 @@ bool disturbs(const TransmissionRow &later, const TransmissionRow &held)
     // modules, but one that was given the closing command would not tell this version text any more.
     return later.lastStep != steps::last &&
            (later.versionBefore ? *later.versionBefore == held.versionSent : later.line == held.line);
+}
+
+/// Whether a single command went to an address at which another station is, as was transmitted there before.
+Status isAtOther(TransmissionTable &table, const TransmissionRow &single, const TransmissionRow &held,
+                 bool &isOther)
+{
+    isOther = false;
+    if (single.verdict != TransmissionVerdict::Alone || single.versionBefore || single.line == held.line ||
+        isSerialPort(single.line)) {
+        return Status::done();
+    }
+    QString station; // of the newest one before it
+    Status read = table.find({.line = single.line}, [&](const TransmissionRow &row) {
+        const bool isBefore = row.begun <= single.begun && row.verdict != TransmissionVerdict::Alone &&
+                              row.lastStep == steps::last;
+        station = isBefore && station.isEmpty() ? row.station : station;
+    });
+    isOther = !station.isEmpty() && station != held.station;
+    return read;
 }
 
 } // namespace
@@ -115,6 +155,9 @@ Status configurationOf(const TransmissionRow &row, Configuration &configuration,
                        const Environment &environment)
 {
     configuration = {};
+    if (row.verdict == TransmissionVerdict::Alone) {
+        return noConfiguration();
+    }
     const ReadReport report = readConfiguration(row.configuration.toUtf8(), configuration, environment);
     return report.document;
 }
@@ -126,6 +169,9 @@ bool lacksPin(const TransmissionRow &row)
 
 Status exportTransmission(const TransmissionRow &row, const QString &path)
 {
+    if (row.verdict == TransmissionVerdict::Alone) {
+        return noConfiguration();
+    }
     return replaceFile(path, row.configuration.toUtf8(),
                        row.hasPin && !lacksPin(row) ? Readers::Owner : Readers::AsUsual);
 }
@@ -135,9 +181,14 @@ HeldConfiguration whatHolds(TransmissionTable &table, const QString &station, co
 {
     HeldConfiguration held;
     QList<TransmissionRow> rows; // the newest first
-    held.status = table.find(
-        {.station = station, .versionSent = version}, [&rows](const TransmissionRow &row) { rows += row; },
-        true);
+    bool isGivenAlone = false;   // then any module may tell it
+    const auto take = [&](const TransmissionRow &row) {
+        isGivenAlone = isGivenAlone || row.verdict == TransmissionVerdict::Alone;
+        if (station.isEmpty() || row.station == station) {
+            rows += row;
+        }
+    };
+    held.status = table.find({.versionSent = version}, take, true);
     if (!held.status) {
         held.proof = HeldConfiguration::Proof::Failed;
         return held;
@@ -167,7 +218,8 @@ HeldConfiguration whatHolds(TransmissionTable &table, const QString &station, co
         if (const Status read = readCommands(table, row.id, sent); !read) {
             return failedBy(read);
         }
-        if (commandsOf(row, environment) != commands || !haveSameCommands(sent, held.commands)) {
+        if (isGivenAlone || commandsOf(row, environment) != commands ||
+            !haveSameCommands(sent, held.commands)) {
             held.proof = HeldConfiguration::Proof::Ambiguous;
             return held;
         }
@@ -176,13 +228,19 @@ HeldConfiguration whatHolds(TransmissionTable &table, const QString &station, co
         return failedBy(read);
     }
     // A later one with another version text that reached its end would have left that text.
+    QList<TransmissionRow> disturbing;
     Status read = table.find({.since = held.transmission.begun}, [&](const TransmissionRow &later) {
         const bool isLater = later.begun > held.transmission.begun ||
                              (later.begun == held.transmission.begun && later.id > held.transmission.id);
         if (isLater && later.versionSent != version && disturbs(later, held.transmission)) {
-            held.disturbedBy = later.id;
+            disturbing += later;
         }
     });
+    for (const TransmissionRow &later : std::as_const(disturbing)) {
+        bool isOther = false;
+        read = read ? isAtOther(table, later, held.transmission, isOther) : read;
+        held.disturbedBy = isOther ? held.disturbedBy : later.id;
+    }
     if (!read) {
         return failedBy(read);
     }

@@ -70,7 +70,7 @@ TransmissionLook lookAt(const Configuration &configuration, const CommandContext
 TransmissionLook withMemory(TransmissionLook look, TransmissionTable &table)
 {
     const Status read = table.find({}, [&look](const TransmissionRow &row) { // the newest first
-        if (row.lastStep == steps::last) {
+        if (row.lastStep == steps::last && row.verdict != TransmissionVerdict::Alone) {
             QStringList &stations = look.stationsOf[row.versionSent];
             if (!stations.contains(row.station)) {
                 stations += row.station;

@@ -57,6 +57,8 @@ QString verdictText(const TransmissionRow &row)
         return QCoreApplication::translate("Transmissions", "sent, not confirmed");
     case TransmissionVerdict::InPart:
         return QCoreApplication::translate("Transmissions", "in part");
+    case TransmissionVerdict::Alone:
+        return QCoreApplication::translate("Transmissions", "single command");
     case TransmissionVerdict::Whole:
         break;
     }

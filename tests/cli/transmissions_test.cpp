@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QStringEncoder>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -158,6 +159,43 @@ private Q_SLOTS:
         }
     }
 
+    void aCommandSentAloneSpoilsTheProof()
+    {
+        const Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s)});
+        const auto send = [this](const QString &command) {
+            return ktrcli({u"send"_s, command, u"--serial"_s, path(u"module"_s)}).code;
+        };
+        const auto changes = [this] {
+            return ktrcli({u"transmit"_s, sample, u"--serial"_s, path(u"module"_s), u"--changes"_s});
+        };
+        QCOMPARE(transmit(sample).code, 0);
+        QCOMPARE(send(u"H,0,0"_s), 0);
+        QCOMPARE(send(u"V,§"_s), 0);
+        QCOMPARE(listed().size(), 1); // neither changes the configuration
+        QCOMPARE(send(u"C,none,too many"_s), 1);
+        QCOMPARE(listed().size(), 2);
+        const Result afterRefusal = changes();
+        QVERIFY2(afterRefusal.code == 0, qPrintable(afterRefusal.errors));
+
+        QCOMPARE(send(u"C,77"_s), 0);
+        const Result spoilt = changes();
+        QCOMPARE(spoilt.code, 1);
+        QVERIFY2(spoilt.errors.contains(u"transmission 4 may have changed it since"_s),
+                 qPrintable(spoilt.errors));
+        const QJsonObject row = listed().first();
+        QCOMPARE(row.value("verdict"_L1).toString(), u"single command"_s);
+        QCOMPARE(row.value("line"_L1).toString(), path(u"module"_s));
+        QVERIFY(ktrcli({u"transmissions"_s, u"show"_s, u"4"_s}).output.contains(u"confirmed  C,77\n"_s));
+        QCOMPARE(ktrcli({u"transmissions"_s, u"export"_s, u"4"_s, path(u"none.xml"_s)}).code, 1);
+        QVERIFY(!QFileInfo::exists(path(u"none.xml"_s)));
+
+        QCOMPARE(transmit(sample).code, 0);
+        const Result proved = changes();
+        QVERIFY2(proved.code == 0, qPrintable(proved.errors));
+        QCOMPARE(send(u"v,"_s + sampleVersion), 0); // any module can be given the text
+        QVERIFY(changes().errors.contains(u"different configurations with that version"_s));
+    }
+
     void whatWasTransmittedIsListedShownAndExported()
     {
         const Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s)});
@@ -265,7 +303,9 @@ private Q_SLOTS:
         const Result again = ktrcli({u"transmissions"_s, u"receipt"_s, u"1"_s, path(u"receipt.pdf"_s),
                                      u"--language"_s, u"deutsch"_s});
         QVERIFY2(again.code == 0, qPrintable(again.errors));
+        const QByteArray title = QStringEncoder(QStringConverter::Utf16BE)(u"bertragung an "_s);
         QVERIFY(contentOf(path(u"receipt.pdf"_s)).startsWith("%PDF"));
+        QVERIFY(contentOf(path(u"receipt.pdf"_s)).contains(title));
         QCOMPARE(ktrcli({u"transmissions"_s, u"receipt"_s, u"1"_s, path(u"no/such/receipt.json"_s)}).code, 1);
         QCOMPARE(ktrcli({u"transmissions"_s, u"receipt"_s, u"1"_s, path(u"receipt"_s)}).code, 2);
     }

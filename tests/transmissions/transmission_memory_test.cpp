@@ -206,6 +206,43 @@ private Q_SLOTS:
         QCOMPARE(held(third.versionText).proof, Proof::Ambiguous);
     }
 
+    void aSingleCommandSpoilsWhatItMayHaveChanged()
+    {
+        using Proof = HeldConfiguration::Proof;
+        const QString version = u"2026-11-01 10:00:00"_s;
+        write(configuration(version), TransmissionVerdict::Whole);
+        RememberedTransmission elsewhere =
+            made(configuration(u"x"_s, u"Plant 2"_s), TransmissionVerdict::Whole);
+        elsewhere.row.line = u"10.0.0.7"_s;
+        write(elsewhere);
+        const auto send = [this](const QString &line, const std::optional<QString> &told) {
+            RememberedTransmission single = made(configuration({}, {}), TransmissionVerdict::Alone);
+            single.row.line = line;
+            single.row.versionBefore = told;
+            single.row.lastStep = 1;
+            single.row.configuration.clear();
+            return write(single);
+        };
+        send(u"10.0.0.7"_s, {}); // that of the other station, as is known
+        send(u"/dev/ttyS0"_s, u"y"_s);
+        QCOMPARE(held(version).proof, Proof::Whole);
+        const qint64 spoiling = send(u"10.0.0.8"_s, {}); // nobody knows whose that is
+        QCOMPARE(held(version).proof, Proof::InPart);
+        QCOMPARE(held(version).disturbedBy, spoiling);
+        write(configuration(version), TransmissionVerdict::Whole);
+        QCOMPARE(held(version).proof, Proof::Whole);
+        send(u"10.0.0.7"_s, version);
+        QCOMPARE(held(version).proof, Proof::InPart);
+
+        // What is forgotten proves nothing later.
+        RecordDatabase database;
+        QVERIFY(openForTransmissions(database, m_place));
+        qint64 removed = 0;
+        QVERIFY(TransmissionTable(database).thin(std::numeric_limits<qint64>::max(), removed));
+        QCOMPARE(begun({}).size(), 2); // the newest whole one of each station
+        QCOMPARE(held(version).proof, Proof::InPart);
+    }
+
     void onlyWhatIsKnownNotToFitIsAskedAbout()
     {
         const QString older = u"2026-11-01 10:00:00"_s;
