@@ -23,6 +23,8 @@ namespace {
 using asio::ip::udp;
 
 constexpr std::chrono::milliseconds pauseAfterError{10};
+/// So often it is tried to have the sending port again, which somebody who looks for free ones may hold.
+constexpr int mostTries = 100;
 constexpr qsizetype longestDatagram = 65'507;
 /// The system's buffer for a pair, as far as the system allows it: what ten alarms a second bring in a minute
 /// in which the program stands still, two datagrams an alarm and almost a kilobyte a datagram. Linux doubles
@@ -100,6 +102,7 @@ public:
           m_sendSocket(io.context()),
           m_receiveSocket(io.context()),
           m_retry(io.context()),
+          m_writeAgain(io.context()),
           m_lossTimer(io.context()),
           m_events(std::move(events)),
           m_limits(options.intake),
@@ -125,6 +128,7 @@ public:
             if (!error) {
                 setReceiveBuffer(m_receiveSocket.native_handle(), systemBuffer);
                 m_isV6 = protocol == udp::v6();
+                m_sendPort = port;
                 return Status::done();
             }
             asio::error_code ignored;
@@ -140,7 +144,16 @@ public:
     {
         return atLeast == 0 || ktr::leavesDescriptors(m_receiveSocket.native_handle(), atLeast);
     }
-    quint16 port() const { return m_sendSocket.local_endpoint().port(); }
+    quint16 port() const { return m_sendPort; }
+    /// Where descriptors are scarce, one is enough for a pair: nothing arrives at the sending port.
+    void spareDescriptors()
+    {
+        if (areDescriptorsScarce(m_receiveSocket.native_handle())) {
+            m_keepsSendPort = false;
+            asio::error_code ignored;
+            m_sendSocket.close(ignored);
+        }
+    }
 
     /// Reads the next datagram as soon as the limits allow it.
     void read()
@@ -247,6 +260,7 @@ public:
         m_receiveSocket.close(ignored);
         m_lookup.reset();
         m_retry.cancel();
+        m_writeAgain.cancel();
         m_lossTimer.cancel();
     }
 
@@ -376,18 +390,53 @@ private:
             return;
         }
         m_isWriting = true;
-        m_sendSocket.async_send_to(
-            asio::buffer(m_waiting.constFirst().constData(), std::size_t(m_waiting.constFirst().size())),
-            *m_target, [self = shared_from_this()](const asio::error_code &error, std::size_t) {
-                self->m_isWriting = false;
-                self->m_waiting.pop_front();
-                if (self->m_isClosed) {
-                    return;
+        if (!m_keepsSendPort) {
+            sendAtOnce(mostTries);
+            return;
+        }
+        m_sendSocket.async_send_to(next(), *m_target,
+                                   [self = shared_from_this()](const asio::error_code &error, std::size_t) {
+                                       self->written(error);
+                                   });
+    }
+
+    asio::const_buffer next() const
+    {
+        return asio::buffer(m_waiting.constFirst().constData(), std::size_t(m_waiting.constFirst().size()));
+    }
+
+    /// Sends from a port that is this pair's for this moment alone, so that no more than one is at a time.
+    void sendAtOnce(int tries)
+    {
+        asio::error_code error = bindTo(m_sendSocket, m_isV6 ? udp::v6() : udp::v4(), m_sendPort);
+        if (!error) {
+            m_sendSocket.non_blocking(true, error);
+            m_sendSocket.send_to(next(), *m_target, 0, error);
+            asio::error_code ignored;
+            m_sendSocket.close(ignored);
+        }
+        if ((isTaken(error) || error == asio::error::would_block) && tries > 1) {
+            m_writeAgain.expires_after(pauseAfterError);
+            m_writeAgain.async_wait([self = shared_from_this(), tries](const asio::error_code &) {
+                if (!self->m_isClosed) {
+                    self->sendAtOnce(tries - 1);
                 }
-                self->tell(error);
-                self->writeNext();
-                self->checkDrained();
             });
+            return;
+        }
+        asio::post(m_sendSocket.get_executor(), [self = shared_from_this(), error] { self->written(error); });
+    }
+
+    void written(const asio::error_code &error)
+    {
+        m_isWriting = false;
+        m_waiting.pop_front();
+        if (m_isClosed) {
+            return;
+        }
+        tell(error);
+        writeNext();
+        checkDrained();
     }
 
     void checkDrained()
@@ -416,6 +465,7 @@ private:
     udp::socket m_sendSocket;
     udp::socket m_receiveSocket;
     asio::steady_timer m_retry;
+    asio::steady_timer m_writeAgain;
     asio::steady_timer m_lossTimer; ///< runs after much and in a loss
     UdpPairEvents m_events;
     IntakeLimits m_limits;
@@ -431,6 +481,8 @@ private:
     Clock::time_point m_nextLook;
     bool m_isClosed = false;
     bool m_isV6 = false;
+    bool m_keepsSendPort = true;
+    quint16 m_sendPort = 0;
     int m_foreign = 0; ///< datagrams of others, since the module's address is known
     std::optional<udp::endpoint> m_target;
     std::atomic<bool> m_isAimed = false;
@@ -487,6 +539,9 @@ Status UdpPair::open(const QString &address, UdpPairEvents events)
     if (!pair->leavesDescriptors(m_options.descriptorsInReserve)) {
         return Status::failed(
             QCoreApplication::translate("Files", "the system allows no more connections at a time"));
+    }
+    if (m_options.descriptorsInReserve > 0) {
+        pair->spareDescriptors();
     }
     m_pair = pair;
     m_sendPort = pair->port();

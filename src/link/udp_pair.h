@@ -46,7 +46,9 @@ struct UdpPairOptions
 {
     PortRange ports;
     IntakeLimits intake = {};
-    quint64 descriptorsInReserve = 0; ///< opening fails when fewer would be left for files and the like
+    /// Opening fails when fewer would be left for files and the like. With any, a pair that is opened when
+    /// more than half of all descriptors are in use has its sending port only while it sends.
+    quint64 descriptorsInReserve = 0;
 };
 
 /// What happens at a pair of ports. Called on the I/O thread, until the pair is closed.

@@ -38,4 +38,8 @@ void raiseDescriptorLimit();
 /// Whether so many more sockets or files can be opened beside a socket that was just opened.
 bool leavesDescriptors(SocketHandle socket, quint64 count);
 
+/// Whether more than half of the sockets and files that the process may have are open, as a socket that was
+/// just opened tells.
+bool areDescriptorsScarce(SocketHandle socket);
+
 } // namespace ktr

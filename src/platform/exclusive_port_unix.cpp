@@ -92,4 +92,10 @@ bool leavesDescriptors(SocketHandle socket, quint64 count)
     return ::getrlimit(RLIMIT_NOFILE, &limit) != 0 || static_cast<quint64>(socket) + count < limit.rlim_cur;
 }
 
+bool areDescriptorsScarce(SocketHandle socket)
+{
+    rlimit limit{};
+    return ::getrlimit(RLIMIT_NOFILE, &limit) == 0 && static_cast<quint64>(socket) > limit.rlim_cur / 2;
+}
+
 } // namespace ktr

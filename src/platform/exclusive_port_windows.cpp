@@ -44,4 +44,9 @@ bool leavesDescriptors(SocketHandle, quint64)
     return true; // only memory bounds them
 }
 
+bool areDescriptorsScarce(SocketHandle)
+{
+    return false;
+}
+
 } // namespace ktr
