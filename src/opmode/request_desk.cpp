@@ -114,7 +114,8 @@ RequestDesk::Found RequestDesk::find(RecordReader &reader, qint64 version, qint6
 {
     Found found;
     found.version = reader.dataVersion();
-    if (found.version != version || version == 0) {
+    found.isNew = found.version != version || version == 0;
+    if (found.isNew) {
         found.status = reader.openRequests(last, [&](const RequestRow &row) { found.rows += row; });
         if (found.status && isServerAddress(reader.path())) {
             found.status = reader.settings(settable().keys(), found.settings);
@@ -129,7 +130,10 @@ void RequestDesk::take(const Found &found)
         m_reader.reset(); // the next look has a new connection
         return;
     }
-    if (found.version != m_version && m_queries && found.settings != m_settings) {
+    if (!found.isNew) {
+        return; // what is in hand still is
+    }
+    if (m_queries && found.settings != m_settings) {
         m_settings = found.settings;
         m_settingsChanged(m_settings);
     }

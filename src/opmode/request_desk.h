@@ -50,6 +50,7 @@ private:
     {
         Status status = Status::done();
         qint64 version = 0;
+        bool isNew = false; ///< else the version is the last one's, and nothing was asked
         QList<RequestRow> rows{};
         QHash<QString, QString> settings{}; ///< those that one may ask to be set
     };

@@ -137,6 +137,35 @@ bool WriterConnection::othersAmong(const RowBatch &batch, OthersStations &others
     return m_database.wasReadToItsEnd(query);
 }
 
+/// What is to be written of a batch that comes late. A text that another keeper had handed over to this one,
+/// which could not tell that any more, may have been taken by a third.
+bool WriterConnection::lateRows(const RowBatch &batch, std::vector<RecordRow> &rows)
+{
+    OthersStations others;
+    if (!othersAmong(batch, others)) {
+        return false;
+    }
+    rows = withoutStates(batch.rows, others);
+    bool isDone = true;
+    std::erase_if(rows, [&](const RecordRow &row) {
+        const auto *request = std::get_if<RequestRow>(&row);
+        const std::optional<HeardText> heard = request != nullptr ? HeardText::of(*request) : std::nullopt;
+        if (!heard || !isDone) {
+            return false;
+        }
+        QSqlQuery *query = m_database.carriedOut(
+            u"SELECT 1 FROM event WHERE station = ? AND at = ? AND kind = ? AND text = ? LIMIT 1"_s,
+            {heard->station, heard->at, static_cast<int>(EventKind::Notification), heard->text});
+        isDone = query != nullptr;
+        const bool isKnown = isDone && query->next();
+        if (isDone) {
+            query->finish();
+        }
+        return isKnown;
+    });
+    return isDone;
+}
+
 /// As one transaction; without its commit.
 bool WriterConnection::writeLate(const std::vector<RowSpool::Kept> &kept)
 {
@@ -146,9 +175,8 @@ bool WriterConnection::writeLate(const std::vector<RowSpool::Kept> &kept)
         return false;
     }
     for (const RowSpool::Kept &each : kept) {
-        OthersStations others;
-        if (each.batch.number > known &&
-            (!othersAmong(each.batch, others) || !m_writing->write(withoutStates(each.batch.rows, others)))) {
+        std::vector<RecordRow> rows;
+        if (each.batch.number > known && (!lateRows(each.batch, rows) || !m_writing->write(rows))) {
             return false;
         }
     }
@@ -194,7 +222,6 @@ Status WriterConnection::handOver(const QString &path, RowSpool &spool, HandedOv
 Status WriterConnection::writeEach(const RowBatch &batch, RowSpool &spool, HandedOver &handedOver)
 {
     qint64 known = 0;
-    OthersStations others;
     std::vector<RowSpool::Refused> refusedRows;
     if (!m_database.begin() || !lastOf(batch.writer, known)) {
         return refused();
@@ -204,11 +231,8 @@ Status WriterConnection::writeEach(const RowBatch &batch, RowSpool &spool, Hande
         return Status::done();
     }
     RowBatch late = batch;
-    if (!othersAmong(batch, others)) {
-        return refused();
-    }
-    late.rows = withoutStates(batch.rows, others);
-    if (!m_database.execute(u"SET CONSTRAINTS ALL IMMEDIATE"_s) || !tryEach(late.rows, refusedRows)) {
+    if (!lateRows(batch, late.rows) || !m_database.execute(u"SET CONSTRAINTS ALL IMMEDIATE"_s) ||
+        !tryEach(late.rows, refusedRows)) {
         return refused();
     }
     if (Status kept = spool.keepRefused(late, refusedRows); !kept) {

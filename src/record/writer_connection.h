@@ -50,6 +50,7 @@ private:
     bool claim(const RowBatch &batch, bool &isThere);
     bool lastOf(const QString &writer, qint64 &number);
     bool othersAmong(const RowBatch &batch, OthersStations &others);
+    bool lateRows(const RowBatch &batch, std::vector<RecordRow> &rows);
     bool writeLate(const std::vector<RowSpool::Kept> &kept);
     Status writeEach(const RowBatch &batch, RowSpool &spool, HandedOver &handedOver);
     bool tryEach(const std::vector<RecordRow> &rows, std::vector<RowSpool::Refused> &refused);

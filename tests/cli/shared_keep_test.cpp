@@ -1,5 +1,6 @@
 #include "opmode/operational_mode.h"
 #include "support/module_process.h"
+#include "record/record_database.h"
 #include "support/private_postgres.h"
 #include "support/recorded_line.h"
 
@@ -73,6 +74,11 @@ private Q_SLOTS:
             return;
         }
 
+        aTextHeardByAnotherIsTakenOnce();
+        if (QTest::currentTestFailed()) {
+            return;
+        }
+
         m_server.kill();
         QCOMPARE(m_server.startAgain(), QString());
         const int then = count(u"event"_s);
@@ -141,6 +147,27 @@ private:
                                       window.station(kennung(window, 7))->online(),
                                   qPrintable(told.join(u'\n')), 60'000);
         QVERIFY2(told.isEmpty(), qPrintable(told.join(u'\n')));
+    }
+
+    /// Although the keeper cannot say for a while that it has it.
+    void aTextHeardByAnotherIsTakenOnce()
+    {
+        ktr::RecordDatabase numbers;
+        QVERIFY(numbers.open(m_address, ktr::RecordDatabase::Use::Write));
+        QVERIFY(numbers.begin() && numbers.beginNumbers()); // nobody can commit an event
+        m_server.sql(database,
+                     u"INSERT INTO ktrconfig.request(at, what, detail) SELECT 1, 'heard', json_build_object("
+                     "'station', id, 'at', 1234, 'text', '+491 --> M,Heard late') FROM ktrconfig.station"
+                     " ORDER BY id LIMIT 1"_s);
+        QVERIFY(!QTest::qWaitFor(
+            [&] { // nothing new for some looks, then something
+                return QTest::qWaitFor([&] { return !numbers.isOpen(); }, 600) ||
+                       m_server.sql(database, u"SELECT txid_current()"_s).isEmpty();
+            },
+            3'000));
+        numbers.rollBack();
+        QTRY_COMPARE_WITH_TIMEOUT(count(u"request WHERE what = 'heard' AND taken IS NOT NULL"_s), 1, 60'000);
+        QCOMPARE(count(u"event WHERE at = 1234 AND text LIKE '%Heard late'"_s), 1);
     }
 
     static QString kennung(ktr::OperationalMode &window, int row)

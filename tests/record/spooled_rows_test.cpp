@@ -205,14 +205,18 @@ private Q_SLOTS:
             writer->add(EventRow{.at = 2, .station = station, .kind = EventKind::Silent});
             writer->add(HistoryRow{station, 1, 1'790'000'000'000, u"1"_s, u"2"_s});
         }
+        writer->add(said(u"taken"_s, 2));
         writer->flush();
         QTRY_VERIFY((m_timers.advance(RecordWriter::patience), isOnDisk(*writer)));
         writer.reset(); // so that nothing of it is in the server's hands
         m_server.goOn();
         m_server.sql(database, u"UPDATE ktrconfig.station SET keeper = 8 WHERE id = 2"_s);
+        // It had been handed over to this one, which did not say in time that it has it.
+        m_server.sql(database, u"INSERT INTO ktrconfig.event(at, station, kind, text)"
+                               " VALUES(1, 2, 1, 'taken')"_s);
         writer = opened();
         QTRY_VERIFY((m_timers.advance(RecordWriter::retryDelay), isInRecord(*writer)));
-        QCOMPARE(texts(), (QStringList{u"fail 1"_s, QString()}));
+        QCOMPARE(texts(), (QStringList{u"taken"_s, u"fail 1"_s, QString()}));
         for (const QString &table : {u"notification"_s, u"alarm"_s}) {
             QCOMPARE(
                 m_server.sql(database, u"SELECT string_agg(station::text, ',') FROM ktrconfig."_s + table),
