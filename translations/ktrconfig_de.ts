@@ -166,6 +166,53 @@
     </message>
 </context>
 <context>
+    <name>FieldNames</name>
+    <message>
+        <source>is neither yes (1) nor no (0)</source>
+        <translation>ist weder ja (1) noch nein (0)</translation>
+    </message>
+    <message>
+        <source>is out of range</source>
+        <translation>liegt außerhalb des Bereichs</translation>
+    </message>
+    <message>
+        <source>is none of the choices</source>
+        <translation>gehört nicht zur Auswahl</translation>
+    </message>
+    <message>
+        <source>whole number from %1 to %2</source>
+        <translation>ganze Zahl von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>cannot be stored</source>
+        <translation>kann nicht gespeichert werden</translation>
+    </message>
+    <message>
+        <source>does not begin with %1, as all modules&apos; do</source>
+        <translation>beginnt nicht mit %1 wie die aller Module</translation>
+    </message>
+    <message>
+        <source>is no address of six bytes, as %1-01-02-03</source>
+        <translation>ist keine Adresse aus sechs Bytes wie %1-01-02-03</translation>
+    </message>
+    <message>
+        <source>has &quot;%1&quot;, which is no date of the form YYMMDD</source>
+        <translation>enthält „%1“, das kein Datum der Form JJMMTT ist</translation>
+    </message>
+    <message>
+        <source>are more than %1 dates</source>
+        <translation>sind mehr als %1 Daten</translation>
+    </message>
+    <message>
+        <source>there is no field &quot;%1&quot;; the nearest: %2</source>
+        <translation>es gibt kein Feld „%1“; die nächsten: %2</translation>
+    </message>
+    <message>
+        <source>more than one field is called &quot;%1&quot;: %2</source>
+        <translation>mehr als ein Feld heißt „%1“: %2</translation>
+    </message>
+</context>
+<context>
     <name>Fields</name>
     <message>
         <source>whole number from %1 to %2</source>
@@ -370,6 +417,21 @@
     <message>
         <source>Two hexadecimal digits; editable in expert mode</source>
         <translation>Zwei hexadezimale Ziffern; im Expertenmodus änderbar</translation>
+    </message>
+</context>
+<context>
+    <name>FieldsInFiles</name>
+    <message>
+        <source>%1 is named twice</source>
+        <translation>%1 ist zweimal genannt</translation>
+    </message>
+    <message>
+        <source>%1; files saved before: %2</source>
+        <translation>%1; vorher gespeicherte Dateien: %2</translation>
+    </message>
+    <message>
+        <source>what stood in %1 is kept as %2</source>
+        <translation>was in %1 stand, ist als %2 aufgehoben</translation>
     </message>
 </context>
 <context>
@@ -1821,6 +1883,13 @@
     <message>
         <source>silent</source>
         <translation>stumm</translation>
+    </message>
+</context>
+<context>
+    <name>TableFile</name>
+    <message>
+        <source>there is no row below a line of titles</source>
+        <translation>unter einer Titelzeile steht keine Zeile</translation>
     </message>
 </context>
 <context>

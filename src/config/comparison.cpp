@@ -285,6 +285,20 @@ public:
         compareRecords();
         compareHolidays();
         compareStamps();
+        return sorted();
+    }
+
+    /// Those of records, whether they differ or not.
+    QList<ComparedField> recordFields()
+    {
+        m_takesAll = true;
+        compareRecords();
+        return sorted();
+    }
+
+private:
+    QList<ComparedField> sorted()
+    {
         std::ranges::stable_sort(m_rows, {}, &Row::order);
         QList<ComparedField> fields;
         for (Row &row : m_rows) {
@@ -293,7 +307,6 @@ public:
         return fields;
     }
 
-private:
     struct Row
     {
         std::pair<int, int> order;
@@ -337,7 +350,7 @@ private:
                                                      isSame(field, mine, theirs))
             : isSame(field, mine, theirs) ? std::nullopt
                                           : std::optional(Change::Unknown);
-        if (!changed) {
+        if (!changed && !m_takesAll) {
             return;
         }
         const Place place = placeOf(field, mine, index, m_words.texts);
@@ -351,7 +364,7 @@ private:
         row.theirs = Words(m_theirs, m_words).value(field, theirs, index);
         row.base = base != nullptr ? Words(*m_base, m_words).value(field, *base, index) : QString();
         row.isStamp = row.control == fieldOf<FileInfo>(&FileInfo::version).control.forIndex(0);
-        add(row, place.page, {place.pageOrder, place.entryOrder}, *changed);
+        add(row, place.page, {place.pageOrder, place.entryOrder}, changed.value_or(Change::Unknown));
     }
 
     void add(ComparedField row, Text page, std::pair<int, int> order, Change change)
@@ -458,6 +471,7 @@ private:
     const Configuration *m_base;
     const ComparisonWords &m_words;
     std::vector<Row> m_rows;
+    bool m_takesAll = false;
 };
 
 // Taking over
@@ -507,6 +521,11 @@ int channelOfControl(const QString &control)
         }
     });
     return channel;
+}
+
+QList<ComparedField> describeConfiguration(const Configuration &configuration, const ComparisonWords &words)
+{
+    return Comparison(configuration, configuration, nullptr, words).recordFields();
 }
 
 bool differInMoreThanStamps(const QList<ComparedField> &fields)

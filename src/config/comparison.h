@@ -49,6 +49,9 @@ struct ComparisonWords
 QList<ComparedField> compareConfigurations(const Configuration &mine, const Configuration &theirs,
                                            const ComparisonWords &words);
 
+/// All fields of a configuration in the same words and order, `theirs` being `mine`. Holidays are left out.
+QList<ComparedField> describeConfiguration(const Configuration &configuration, const ComparisonWords &words);
+
 /// The fields that either has changed since a common ancestor.
 QList<ComparedField> compareConfigurations(const Configuration &mine, const Configuration &theirs,
                                            const Configuration &base, const ComparisonWords &words);

@@ -1,6 +1,7 @@
 #include "opmode/lists/station_import.h"
 #include "opmode/tree/station_tree.h"
 #include "platform/files.h"
+#include "platform/table_file.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -79,7 +80,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         QVERIFY(replaceFile(folder.filePath("list.csv"), bytes));
         QString text;
-        QVERIFY(readStationImportFile(folder.filePath("list.csv"), text));
+        QVERIFY(readTableText(folder.filePath("list.csv"), text));
         QCOMPARE(text, QString::fromUtf8("Öl;hÖ"));
     }
 };

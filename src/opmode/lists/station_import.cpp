@@ -3,13 +3,11 @@
 #include "link/udp_pair.h"
 #include "opmode/tree/node_texts.h"
 #include "platform/csv.h"
-#include "platform/files.h"
 #include "platform/text_rules.h"
 
 #include <QCoreApplication>
 #include <QHash>
 #include <QSet>
-#include <QStringDecoder>
 
 #include <algorithm>
 #include <array>
@@ -142,22 +140,6 @@ StationImport readStationImport(QStringView text, const std::function<QString(co
         return true;
     });
     return list;
-}
-
-Status readStationImportFile(const QString &path, QString &text)
-{
-    constexpr qint64 largest = qint64{16} << 20;
-    QByteArray bytes;
-    Status read = readFile(path, bytes, largest);
-    if (!read) {
-        return read;
-    }
-    // A byte-order mark tells; without one, what is no UTF-8 is of an older program.
-    QStringDecoder decoder(QStringConverter::encodingForData(bytes).value_or(QStringConverter::Utf8),
-                           QStringConverter::Flag::Stateless);
-    const QString decoded = decoder(bytes);
-    text = decoder.hasError() ? fromWindows1252(bytes) : decoded;
-    return Status::done();
 }
 
 } // namespace ktr

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/status.h"
-
 #include <QList>
 #include <QString>
 
@@ -34,8 +32,5 @@ struct StationImport
 /// round. A name that the list or the tree has already becomes "name (1)", "name (2)" and so on, as when a
 /// station is added; `freeName` gives the first of these that the tree does not have.
 StationImport readStationImport(QStringView text, const std::function<QString(const QString &)> &freeName);
-
-/// The text of a file that holds such a list: UTF-8, UTF-16 with its mark, or Windows-1252.
-Status readStationImportFile(const QString &path, QString &text);
 
 } // namespace ktr

@@ -6,6 +6,7 @@
 #include "opmode/lists/station_import.h"
 #include "opmode/operational_mode.h"
 #include "opmode/window/imported_stations_model.h"
+#include "platform/table_file.h"
 
 #include <QCheckBox>
 #include <QFontDatabase>
@@ -155,7 +156,7 @@ void AddStationsDialog::readFile()
         return;
     }
     QString text;
-    const Status read = readStationImportFile(path, text);
+    const Status read = readTableText(path, text);
     m_problem->tell(read.message());
     if (!read) {
         Q_EMIT statusMessage(read.message());
