@@ -746,6 +746,68 @@
     </message>
 </context>
 <context>
+    <name>FleetList</name>
+    <message>
+        <source>has no column &quot;file&quot;</source>
+        <translation>hat keine Spalte „file“ oder „datei“</translation>
+    </message>
+    <message>
+        <source>row %1</source>
+        <translation>Zeile %1</translation>
+    </message>
+    <message>
+        <source>%1: names no file</source>
+        <translation>%1: nennt keine Datei</translation>
+    </message>
+    <message>
+        <source>has no *.xml</source>
+        <translation>hat keine *.xml</translation>
+    </message>
+    <message>
+        <source>is no configuration</source>
+        <translation>ist keine Konfiguration</translation>
+    </message>
+    <message>
+        <source>is the configuration of &quot;%1&quot; and not of &quot;%2&quot;</source>
+        <translation>ist die Konfiguration von „%1“ und nicht von „%2“</translation>
+    </message>
+    <message>
+        <source>%1: &quot;%2&quot; is no address of a module</source>
+        <translation>%1: „%2“ ist keine Adresse eines Moduls</translation>
+    </message>
+    <message>
+        <source>the address %2 is that of %1, too</source>
+        <translation>die Adresse %2 hat auch %1</translation>
+    </message>
+    <message>
+        <source>the file %2 is that of %1, too</source>
+        <translation>die Datei %2 hat auch %1</translation>
+    </message>
+    <message>
+        <source>the identifier &quot;%2&quot; is that of %1, too</source>
+        <translation>die Kennung „%2“ hat auch %1</translation>
+    </message>
+    <message>
+        <source>is no table of results</source>
+        <translation>ist keine Ergebnistabelle</translation>
+    </message>
+</context>
+<context>
+    <name>FleetLook</name>
+    <message>
+        <source>no file has its name or address</source>
+        <translation>keine Datei hat ihren Namen oder ihre Adresse</translation>
+    </message>
+    <message>
+        <source>several files are its: %1</source>
+        <translation>mehrere Dateien sind ihre: %1</translation>
+    </message>
+    <message>
+        <source>no file is known</source>
+        <translation>keine Datei bekannt</translation>
+    </message>
+</context>
+<context>
     <name>Foretelling</name>
     <message>
         <source>The module&apos;s clock is set by a transmission alone and knows no summer time: it goes on as it is when the clocks change here.</source>
@@ -1883,6 +1945,17 @@
     <message>
         <source>silent</source>
         <translation>stumm</translation>
+    </message>
+</context>
+<context>
+    <name>StationTransmission</name>
+    <message>
+        <source>all was sent: the memory does not prove what it held</source>
+        <translation>alles wurde gesendet: Das Gedächtnis beweist nicht, was es enthielt</translation>
+    </message>
+    <message>
+        <source>all was sent: the module told another version</source>
+        <translation>alles wurde gesendet: Das Modul meldete eine andere Version</translation>
     </message>
 </context>
 <context>

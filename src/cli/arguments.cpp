@@ -34,7 +34,8 @@ std::optional<int> Arguments::parse(const QStringList &words)
     if (given.size() < m_names.size() && !m_names[given.size()].startsWith(u'[')) {
         return wrong(m_names[given.size()] + QLatin1String(" is missing"));
     }
-    if (given.size() > m_names.size()) {
+    const bool isEndless = !m_names.isEmpty() && m_names.last().contains(QLatin1String("..."));
+    if (given.size() > m_names.size() && !isEndless) {
         return wrong(QStringLiteral("\"%1\" is one argument too many").arg(given[m_names.size()]));
     }
     return std::nullopt;

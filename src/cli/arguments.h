@@ -17,12 +17,19 @@ inline const QString stationOption = QStringLiteral("station");
 inline const QString serialOption = QStringLiteral("serial");
 inline const QString ethernetOption = QStringLiteral("ethernet");
 inline const QString outputOption = QStringLiteral("output");
+inline const QString anywayOption = QStringLiteral("anyway");
+inline const QString changesOption = QStringLiteral("changes");
+inline const QString resumeOption = QStringLiteral("resume");
+inline const QString saveOption = QStringLiteral("save");
+inline const QString timeoutOption = QStringLiteral("timeout");
+inline const QString toOption = QStringLiteral("to");
 
 /// The command line of one of ktrcli's commands: its options, and the named arguments it must have.
 class Arguments
 {
 public:
-    /// `names` are the positional arguments. All are required except those in brackets: "[LOG]".
+    /// `names` are the positional arguments. All are required except those in brackets: "[LOG]". The last one
+    /// may be given several times when it ends in dots: "FIELD...", "[FIELD...]".
     Arguments(const QString &command, const QStringList &names);
 
     /// What the help text says about the command.
@@ -34,8 +41,11 @@ public:
     std::optional<int> parse(const QStringList &words);
 
     QString positional(int index) const { return m_parser.positionalArguments().value(index); }
+    QStringList positionals() const { return m_parser.positionalArguments(); }
     bool isSet(const QString &option) const { return m_parser.isSet(option); }
     QString value(const QString &option) const { return m_parser.value(option); }
+    /// Of one that may be given several times.
+    QStringList values(const QString &option) const { return m_parser.values(option); }
 
     /// An option's whole number within lowest..highest; nothing, after a complaint, when it is not one.
     std::optional<int> number(const QString &option, int lowest, int highest) const;

@@ -12,7 +12,6 @@ namespace ktr::cli {
 
 namespace {
 
-const QString changesOption = QStringLiteral("changes");
 const QString changesFromOption = QStringLiteral("changes-from");
 constexpr int mostQuestions = 10;
 

@@ -32,6 +32,18 @@ void describeForetell(Arguments &arguments);
 std::optional<int> checkForetell(const Arguments &arguments);
 int foretellFile(const Arguments &arguments);
 
+void describeGet(Arguments &arguments);
+std::optional<int> checkGet(const Arguments &arguments);
+int get(const Arguments &arguments);
+
+void describeSet(Arguments &arguments);
+std::optional<int> checkSet(const Arguments &arguments);
+int set(const Arguments &arguments);
+
+void describeSeries(Arguments &arguments);
+std::optional<int> checkSeries(const Arguments &arguments);
+int series(const Arguments &arguments);
+
 void describeTransmit(Arguments &arguments);
 std::optional<int> checkTransmit(const Arguments &arguments);
 int transmit(const Arguments &arguments);

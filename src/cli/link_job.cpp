@@ -12,9 +12,6 @@ namespace ktr::cli {
 namespace {
 
 const QString logOption = QStringLiteral("log");
-const QString timeoutOption = QStringLiteral("timeout");
-
-constexpr int longestTimeout = 24 * 60 * 60;
 
 std::unique_ptr<Transport> makeLine(LineKind kind, IoThread &io)
 {

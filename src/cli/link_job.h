@@ -15,6 +15,8 @@
 
 namespace ktr::cli {
 
+inline constexpr int longestTimeout = 24 * 60 * 60; ///< in seconds
+
 /// What all commands that talk to a module share: the line, the conversation, the log, the time-out, and an
 /// end by Ctrl-C. The command connects to session() and calls finish() when its work is done.
 class LinkJob

@@ -21,6 +21,18 @@ bool load(Document &document, const QString &fileName)
     return report.document && report.isConfiguration;
 }
 
+Status saveKeeping(Document &document)
+{
+    QString backup;
+    if (Status kept = document.backUp(backup); !kept) {
+        return kept;
+    }
+    if (!backup.isEmpty()) {
+        print(QStringLiteral("what stood in %1 is kept as %2").arg(document.fileName(), backup));
+    }
+    return document.save();
+}
+
 Status loadLog(const QString &fileName, RecordedConversation &conversation)
 {
     QFile log(fileName);

@@ -11,6 +11,10 @@ namespace ktr::cli {
 /// such file or it is no configuration: nobody means one of fall-backs.
 bool load(Document &document, const QString &fileName);
 
+/// Saves as the menu does: what the document was not read from and stands in its place is kept, which is
+/// told.
+Status saveKeeping(Document &document);
+
 /// Reads what was said from a conversation log, which may be a pipe. A failure names the file.
 Status loadLog(const QString &fileName, RecordedConversation &conversation);
 

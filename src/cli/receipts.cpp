@@ -66,7 +66,9 @@ std::unique_ptr<QCoreApplication> applicationForReceipts(int &argc, char **argv)
 {
     const std::span words(argv, static_cast<std::size_t>(argc));
     const bool draws = std::ranges::any_of(words, [](const char *word) {
-        return QString::fromLocal8Bit(word).endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive);
+        const QString given = QString::fromLocal8Bit(word);
+        return given.endsWith(QLatin1String(".pdf"), Qt::CaseInsensitive) ||
+               given.startsWith(QLatin1String("--receipts"));
     });
     return draws ? drawingApplication(argc, argv) : std::make_unique<QCoreApplication>(argc, argv);
 }

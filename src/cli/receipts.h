@@ -22,7 +22,7 @@ std::optional<int> checkReceipt(const Arguments &arguments, const QString &path)
 Status writeReceiptFile(const QString &path, const Arguments &arguments,
                         const RememberedTransmission &transmission);
 
-/// One that knows fonts where a PDF is named in the command line.
+/// One that knows fonts where a PDF, or a folder for receipts, is named in the command line.
 std::unique_ptr<QCoreApplication> applicationForReceipts(int &argc, char **argv);
 
 } // namespace ktr::cli

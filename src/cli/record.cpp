@@ -19,7 +19,6 @@ namespace {
 
 const QString kindOption = QStringLiteral("kind");
 const QString fromOption = QStringLiteral("from");
-const QString toOption = QStringLiteral("to");
 const QString textOption = QStringLiteral("text");
 
 /// The record that is meant: a list of stations stands for the one beside it.

@@ -4,6 +4,7 @@
 #include "cli/loading.h"
 #include "cli/replay.h"
 #include "cli/simulate_fleet.h"
+#include "cli/simulate_modules.h"
 #include "config/configuration_file.h"
 #include "link/conversation_log.h"
 #include "platform/files.h"
@@ -18,7 +19,6 @@ namespace ktr::cli {
 
 namespace {
 
-const QString saveOption = QStringLiteral("save");
 const QString holdOption = QStringLiteral("hold");
 const QString replayOption = QStringLiteral("replay");
 const QString slowOption = QStringLiteral("slow");
@@ -137,6 +137,7 @@ void describeSimulate(Arguments &arguments)
          QStringLiteral("LOG")});
     addFaults(arguments);
     addFleetOptions(arguments);
+    addModulesOption(arguments);
 }
 
 std::optional<int> checkSimulate(const Arguments &arguments)
@@ -155,6 +156,12 @@ std::optional<int> checkSimulate(const Arguments &arguments)
     }
     if (const QString option = fleetOptionInUse(arguments); !option.isEmpty()) {
         return arguments.wrong(QStringLiteral("--%1 needs --fleet").arg(option));
+    }
+    if (wantsModules(arguments)) {
+        const QString option = firstSet(arguments, {serialOption, replayOption, hangUpOption});
+        return option.isEmpty() ? usable(faults(arguments) && areModulesUsable(arguments))
+                                : std::optional(arguments.wrong(
+                                      QStringLiteral("--modules does not go together with --") + option));
     }
     if (arguments.isSet(serialOption) == arguments.isSet(ethernetOption)) {
         return arguments.wrong(QStringLiteral("either --serial or --ethernet is needed"));
@@ -196,6 +203,9 @@ int simulate(const Arguments &arguments)
             return failed;
         }
         options.memory.configuration = held.configuration();
+    }
+    if (wantsModules(arguments)) {
+        return simulateModules(arguments, options, network);
     }
     if (arguments.isSet(saveOption)) {
         if (const Status usable = FileReplacement().open(arguments.value(saveOption)); !usable) {

@@ -5,6 +5,7 @@
 #include "cli/loading.h"
 #include "cli/receipts.h"
 #include "cli/shared_record.h"
+#include "cli/transmit_fleet.h"
 #include "link/problems.h"
 #include "link/reply_interpreter.h"
 #include "link/service_commands.h"
@@ -22,9 +23,7 @@ namespace {
 
 const QString answerOption = QStringLiteral("answer");
 const QString unconfirmedOption = QStringLiteral("unconfirmed");
-const QString resumeOption = QStringLiteral("resume");
 const QString receiptOption = QStringLiteral("receipt");
-const QString anywayOption = QStringLiteral("anyway");
 
 /// What is known before anything is sent. A memory that does not answer soon is done without.
 TransmissionLook lookBefore(TransmissionMemory &memory, const TransmissionLook &look)
@@ -137,9 +136,14 @@ void describeTransmit(Arguments &arguments)
                                         "the network lost: the exit code is 3 at best.")});
     arguments.addOption({resumeOption,
                          QStringLiteral("Goes on at the step at which an earlier transmission stopped; the "
-                                        "configuration and the module must be as they were."),
+                                        "configuration and the module must be as they were. With --fleet "
+                                        "STEP is a table of results: goes on after a break, leaves out the "
+                                        "stations that are whole in it and whose files are as they were, and "
+                                        "goes on at the step where one stopped if its module proves that it "
+                                        "is as it was. Writes the table anew."),
                          QStringLiteral("STEP"), QString::number(steps::first)});
     ChangesBasis::addOptions(arguments);
+    addFleetTransmission(arguments);
     addMemoryOption(arguments);
     arguments.addOption(
         {anywayOption, QStringLiteral("Transmits also what is known not to fit: to another station, or an "
@@ -152,6 +156,15 @@ void describeTransmit(Arguments &arguments)
 
 std::optional<int> checkTransmit(const Arguments &arguments)
 {
+    if (wantsFleetTransmission(arguments)) {
+        return checkFleetTransmission(arguments);
+    }
+    if (const QString option = fleetOptionOfOne(arguments); !option.isEmpty()) {
+        return arguments.wrong(QStringLiteral("--%1 needs --fleet").arg(option));
+    }
+    if (arguments.positional(0).isEmpty()) {
+        return arguments.wrong(QStringLiteral("FILE is missing"));
+    }
     if (!arguments.number(resumeOption, steps::first, steps::last)) {
         return wrongUsage;
     }
@@ -172,11 +185,14 @@ std::optional<int> checkTransmit(const Arguments &arguments)
             return code;
         }
     }
-    return arguments.distinctFiles({QStringLiteral("FILE"), QStringLiteral("log"), receiptOption});
+    return arguments.distinctFiles({QStringLiteral("[FILE]"), QStringLiteral("log"), receiptOption});
 }
 
 int transmit(const Arguments &arguments)
 {
+    if (wantsFleetTransmission(arguments)) {
+        return transmitToFleet(arguments);
+    }
     const std::optional<int> firstStep = arguments.number(resumeOption, steps::first, steps::last);
     Document document(systemEnvironment());
     if (!load(document, arguments.positional(0))) {

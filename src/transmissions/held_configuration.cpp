@@ -135,6 +135,18 @@ Status isAtOther(TransmissionTable &table, const TransmissionRow &single, const 
 
 } // namespace
 
+HeldConfiguration newestHeld(TransmissionTable &table, const QString &station, const Environment &environment)
+{
+    std::optional<QString> version;
+    HeldConfiguration none;
+    none.status = table.find({.station = station}, [&version](const TransmissionRow &row) {
+        if (!version && row.verdict == TransmissionVerdict::Whole) {
+            version = row.versionSent;
+        }
+    });
+    return version ? whatHolds(table, station, *version, environment) : none;
+}
+
 Changes changesSince(const HeldConfiguration &held, const Configuration &wanted,
                      const CommandContext &context)
 {

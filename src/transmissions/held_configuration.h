@@ -41,6 +41,11 @@ struct HeldConfiguration
 HeldConfiguration whatHolds(TransmissionTable &table, const QString &station, const QString &version,
                             const Environment &environment);
 
+/// What a module holds to which the newest whole transmission for a station was sent, if nothing happened to
+/// it since; its version text has to prove that.
+HeldConfiguration newestHeld(TransmissionTable &table, const QString &station,
+                             const Environment &environment);
+
 /// What need not be sent to a module with such a proof, which is to hold another configuration.
 Changes changesSince(const HeldConfiguration &held, const Configuration &wanted,
                      const CommandContext &context);

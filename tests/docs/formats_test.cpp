@@ -1,5 +1,6 @@
 #include "config/configuration_file.h"
 #include "config/entry_table.h"
+#include "config/field_names.h"
 #include "config/fields.h"
 #include "link/conversation_log.h"
 #include "link/history_export.h"
@@ -15,6 +16,7 @@
 #include "platform/profile_file.h"
 #include "platform/registry.h"
 #include "platform/settings_store.h"
+#include "platform/table_file.h"
 #include "platform/text_rules.h"
 #include "record/json_text.h"
 #include "record/record_file.h"
@@ -23,6 +25,8 @@
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
 #include "support/test_files.h"
+#include "transmissions/fleet_list.h"
+#include "transmissions/fleet_results.h"
 
 #include <QRegularExpression>
 #include <QSqlDatabase>
@@ -194,6 +198,45 @@ private Q_SLOTS:
         QCOMPARE(stations.join(u' '), u"Mühle@192.168.1.20 Pump; 2@pump2.example.org:49112 Spare@"_s);
         QCOMPARE(lockHolderText(m_excerpts.take(u"lock"_s)),
                  u"eva on desk-3, KTRconfig (4711), since 2026-11-15 14:05:35"_s);
+    }
+
+    void tablesOfStationsToConfigure()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(u"t.csv"_s);
+        Table table;
+        QVERIFY(writeFile(path, m_excerpts.take(u"series"_s)) && readTable(path, table));
+        const FieldNames names({TextTable()});
+        QStringList keys;
+        for (const QString &title : table.titles) {
+            const NamedField *const field = names.find(title).field;
+            keys += field == nullptr ? QString() : field->key;
+        }
+        QCOMPARE(keys.join(u' '), u"Stationskennung Ethernet IP PIN GSM-Nummer0"_s);
+        QCOMPARE(table.rows[0].cells[3], u"+447700900112"_s);
+        QCOMPARE(table.rows[1].cells[0], u"Weir; north"_s);
+
+        QVERIFY(writeFile(path, m_excerpts.take(u"fleet"_s)));
+        const FleetEntry entry = readFleetList(path, fixedEnvironment()).entries.value(0);
+        QCOMPARE(entry.file, folder.filePath(u"KTR_Mill Lane.xml"_s));
+        QCOMPARE(entry.address, u"10.0.0.1"_s);
+
+        const FleetResult result{.station = u"Mill Lane"_s,
+                                 .file = u"/stations/KTR_Mill Lane.xml"_s,
+                                 .address = u"10.0.0.1"_s,
+                                 .verdict = wordOf(TransmissionVerdict::BrokenOff),
+                                 .commands = 30,
+                                 .seconds = 12.5,
+                                 .trouble = u"interrupted"_s,
+                                 .step = 31,
+                                 .versionBefore = u"2026-11-14 09:30:00"_s,
+                                 .transmission = u"f1e2"_s,
+                                 .checksum = u"ab"_s};
+        QVERIFY(writeResults(path, {result}));
+        QVERIFY2(isExcerptOf(m_excerpts.take(u"fleet-results"_s), contentOf(path)), contentOf(path));
+        QList<FleetResult> results;
+        QVERIFY(readResults(path, results));
+        QVERIFY(results.size() == 1 && results[0].step == 31 && results[0].checksum == u"ab"_s);
     }
 
     /// A line that begins with "<" is a datagram of the module, one with ">" the program's.
