@@ -28,7 +28,7 @@ constexpr std::array<QStringView, 6> addressTitles = {u"address", u"adresse",   
 constexpr std::array<QStringView, 4> stationTitles = {u"station", u"identifier", u"kennung",
                                                       u"stationskennung"};
 
-QString inWords(const char *text)
+QString inListWords(const char *text)
 {
     return QCoreApplication::translate("FleetList", text);
 }
@@ -67,16 +67,17 @@ void readTableRows(const QString &path, FleetList &list)
     const Columns columns = columnsOf(table.titles);
     if (columns.file < 0) {
         list.faults +=
-            fileFailure(path, inWords(QT_TRANSLATE_NOOP("FleetList", "has no column \"file\""))).message();
+            fileFailure(path, inListWords(QT_TRANSLATE_NOOP("FleetList", "has no column \"file\"")))
+                .message();
         return;
     }
     const QDir folder = QFileInfo(path).absoluteDir();
     for (const Table::Row &row : table.rows) {
         FleetEntry entry;
-        entry.place = inWords(QT_TRANSLATE_NOOP("FleetList", "row %1")).arg(row.line);
+        entry.place = inListWords(QT_TRANSLATE_NOOP("FleetList", "row %1")).arg(row.line);
         const QString file = row.cells.value(columns.file);
         if (file.isEmpty()) {
-            list.faults += inWords(QT_TRANSLATE_NOOP("FleetList", "%1: names no file")).arg(entry.place);
+            list.faults += inListWords(QT_TRANSLATE_NOOP("FleetList", "%1: names no file")).arg(entry.place);
             continue;
         }
         entry.file = QDir::cleanPath(folder.absoluteFilePath(file));
@@ -93,7 +94,8 @@ void readFolder(const QString &path, FleetList &list)
         list.entries += FleetEntry{.place = file.fileName(), .file = file.absoluteFilePath()};
     }
     if (list.entries.isEmpty()) {
-        list.faults += fileFailure(path, inWords(QT_TRANSLATE_NOOP("FleetList", "has no *.xml"))).message();
+        list.faults +=
+            fileFailure(path, inListWords(QT_TRANSLATE_NOOP("FleetList", "has no *.xml"))).message();
     }
 }
 
@@ -133,11 +135,11 @@ void loadEntry(FleetEntry &entry, const Environment &environment)
     if (!report.document) {
         refuse(report.document.message());
     } else if (!report.isConfiguration) {
-        refuse(inWords(QT_TRANSLATE_NOOP("FleetList", "is no configuration")));
+        refuse(inListWords(QT_TRANSLATE_NOOP("FleetList", "is no configuration")));
     } else if (!report.remarks.isEmpty()) { // nobody looks at the fall-backs of many files
         refuse(report.remarks.join(QLatin1String("; ")));
     } else if (!expected.isEmpty() && expected != entry.station) {
-        refuse(inWords(QT_TRANSLATE_NOOP("FleetList", "is the configuration of \"%1\" and not of \"%2\""))
+        refuse(inListWords(QT_TRANSLATE_NOOP("FleetList", "is the configuration of \"%1\" and not of \"%2\""))
                    .arg(logText(entry.station), logText(expected)));
     } else if (entry.address.isEmpty()) {
         entry.address = withoutLeadingZeros(entry.configuration.ethernet.ip);
@@ -163,17 +165,18 @@ QStringList faultsOfEntries(const QList<FleetEntry> &entries)
         }
         const QString address = keyOfAddress(entry.address);
         if (address.isEmpty()) {
-            faults += inWords(QT_TRANSLATE_NOOP("FleetList", "%1: \"%2\" is no address of a module"))
+            faults += inListWords(QT_TRANSLATE_NOOP("FleetList", "%1: \"%2\" is no address of a module"))
                           .arg(entry.place, logText(entry.address));
             continue;
         }
-        takeOnce(u'a' + address, inWords(QT_TRANSLATE_NOOP("FleetList", "the address %2 is that of %1, too")),
+        takeOnce(u'a' + address,
+                 inListWords(QT_TRANSLATE_NOOP("FleetList", "the address %2 is that of %1, too")),
                  entry.address);
         takeOnce(u'f' + keyOfFile(entry.file),
-                 inWords(QT_TRANSLATE_NOOP("FleetList", "the file %2 is that of %1, too")), entry.file);
+                 inListWords(QT_TRANSLATE_NOOP("FleetList", "the file %2 is that of %1, too")), entry.file);
         if (!entry.station.isEmpty()) {
             takeOnce(u's' + entry.station,
-                     inWords(QT_TRANSLATE_NOOP("FleetList", "the identifier \"%2\" is that of %1, too")),
+                     inListWords(QT_TRANSLATE_NOOP("FleetList", "the identifier \"%2\" is that of %1, too")),
                      entry.station);
         }
     }
