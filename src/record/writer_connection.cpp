@@ -3,7 +3,10 @@
 #include "record/record_sql.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace ktr {
 
@@ -69,6 +72,17 @@ bool WriterConnection::claim(const RowBatch &batch, bool &isThere)
     return true;
 }
 
+/// Whether a keeper may have lost stations since it heard what it writes: it stood still, or had to wait.
+bool WriterConnection::isOld(const RowBatch &batch)
+{
+    constexpr qint64 freshMs = 5'000; // less than a lease holds
+    const qint64 oldest = QDateTime::currentMSecsSinceEpoch() - freshMs;
+    return batch.keeper != 0 && std::ranges::any_of(batch.rows, [oldest](const RecordRow &row) {
+               const auto *event = std::get_if<EventRow>(&row);
+               return event != nullptr && event->at < oldest;
+           });
+}
+
 Status WriterConnection::write(const RowBatch &batch)
 {
     bool isThere = false;
@@ -80,7 +94,9 @@ Status WriterConnection::write(const RowBatch &batch)
         m_database.rollBack();
         return Status::done();
     }
-    if (!m_writing->write(batch.rows)) {
+    const bool isLate = m_database.isServer() && isOld(batch);
+    std::vector<RecordRow> late;
+    if ((isLate && !lateRows(batch, late)) || !m_writing->write(isLate ? late : batch.rows)) {
         return refused();
     }
     if (!m_database.commit()) {

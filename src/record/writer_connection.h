@@ -49,6 +49,7 @@ private:
     Status beginBatches();
     bool claim(const RowBatch &batch, bool &isThere);
     bool lastOf(const QString &writer, qint64 &number);
+    static bool isOld(const RowBatch &batch);
     bool othersAmong(const RowBatch &batch, OthersStations &others);
     bool lateRows(const RowBatch &batch, std::vector<RecordRow> &rows);
     bool writeLate(const std::vector<RowSpool::Kept> &kept);

@@ -228,6 +228,25 @@ private Q_SLOTS:
                  u"heard|2|fail 2"_s);
     }
 
+    /// Nor when it stood still, and the server has been there all the time.
+    void whoStoodStillSetsNothingBack()
+    {
+        auto writer = opened();
+        writer->setKeeper(7);
+        writer->add(StationRow{1, u"Pump"_s, true, u"{}"_s});
+        QVERIFY(writer->flushNow());
+        for (const int keeper : {7, 8}) {
+            m_server.sql(database, u"UPDATE ktrconfig.station SET keeper = %1"_s.arg(keeper));
+            writer->add(said(u"fail %1"_s.arg(keeper)));
+            writer->add(AlarmRow{.id = writer->nextAlarmId(), .station = 1, .text = u"fail"_s});
+            QVERIFY(writer->flushNow());
+        }
+        QCOMPARE(texts(), QStringList{u"fail 7"_s});
+        QCOMPARE(m_server.sql(database, u"SELECT count(*) FROM ktrconfig.alarm"_s), u"1"_s);
+        QCOMPARE(m_server.sql(database, u"SELECT detail::json->>'text' FROM ktrconfig.request"_s),
+                 u"fail 8"_s);
+    }
+
 private:
     std::unique_ptr<RecordWriter> opened()
     {
