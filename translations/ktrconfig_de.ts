@@ -1061,6 +1061,25 @@
     </message>
 </context>
 <context>
+    <name>NetworkAdapter</name>
+    <message>
+        <source>No network adapter of this computer is connected</source>
+        <translation>Kein Netzwerkadapter dieses Rechners ist verbunden</translation>
+    </message>
+    <message>
+        <source>Adapters of this computer: %1</source>
+        <translation>Adapter dieses Rechners: %1</translation>
+    </message>
+    <message>
+        <source>Through %1</source>
+        <translation>Über %1</translation>
+    </message>
+    <message>
+        <source>In none of this computer&apos;s networks, so through a router: %1</source>
+        <translation>In keinem der Netze dieses Rechners, also über einen Router: %1</translation>
+    </message>
+</context>
+<context>
     <name>OutsideTexts</name>
     <message>
         <source>%1… [%2 characters left out] …%3</source>
@@ -3072,6 +3091,29 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::DatePicker</name>
+    <message>
+        <source>A holiday of this configuration</source>
+        <translation>Ein Feiertag dieser Konfiguration</translation>
+    </message>
+    <message>
+        <source>Choose a date</source>
+        <translation>Datum auswählen</translation>
+    </message>
+    <message>
+        <source>Choose date and time</source>
+        <translation>Datum und Uhrzeit auswählen</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Uhrzeit</translation>
+    </message>
+    <message>
+        <source>Take over</source>
+        <translation>Übernehmen</translation>
+    </message>
+</context>
+<context>
     <name>ktr::DesktopNotifier</name>
     <message>
         <source>New alarm</source>
@@ -4051,6 +4093,17 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::InputPage</name>
+    <message>
+        <source>By two points...</source>
+        <translation>Aus zwei Punkten...</translation>
+    </message>
+    <message>
+        <source>Finds offset and factor of an analog channel by two values that are known</source>
+        <translation>Bestimmt Offset und Faktor eines analogen Kanals aus zwei bekannten Werten</translation>
+    </message>
+</context>
+<context>
     <name>ktr::JoinedList</name>
     <message>
         <source>The record can be read again</source>
@@ -4113,6 +4166,21 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1: the record was gone; a new one was begun</source>
         <translation>%1: Die Aufzeichnung war nicht mehr da; eine neue wurde begonnen</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::LengthCounter</name>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>%1 of %2: too long</source>
+        <translation>%1 von %2: zu lang</translation>
+    </message>
+    <message>
+        <source>Characters of the command that is sent; a longer one does not fit an SMS and is not sent</source>
+        <translation>Zeichen des Befehls, der gesendet wird; ein längerer passt in keine SMS und wird nicht gesendet</translation>
     </message>
 </context>
 <context>
@@ -4398,6 +4466,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Fill down</source>
         <translation>Nach unten ausfüllen</translation>
+    </message>
+    <message>
+        <source>Next entry</source>
+        <translation>Nächster Eintrag</translation>
+    </message>
+    <message>
+        <source>Previous entry</source>
+        <translation>Voriger Eintrag</translation>
     </message>
 </context>
 <context>
@@ -5094,6 +5170,120 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::ScalingHelper</name>
+    <message>
+        <source>Scaling by two points</source>
+        <translation>Skalierung aus zwei Punkten</translation>
+    </message>
+    <message>
+        <source>Channel</source>
+        <translation>Kanal</translation>
+    </message>
+    <message>
+        <source>Signal</source>
+        <translation>Signal</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Point %1</source>
+        <translation>Punkt %1</translation>
+    </message>
+    <message>
+        <source>value = offset + factor × signal</source>
+        <translation>Wert = Offset + Faktor × Signal</translation>
+    </message>
+    <message>
+        <source>Take over</source>
+        <translation>Übernehmen</translation>
+    </message>
+    <message>
+        <source>The two signals must differ</source>
+        <translation>Die beiden Signale müssen verschieden sein</translation>
+    </message>
+    <message>
+        <source>Four numbers are needed</source>
+        <translation>Es werden vier Zahlen gebraucht</translation>
+    </message>
+    <message>
+        <source>Offset %1, factor %2</source>
+        <translation>Offset %1, Faktor %2</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ServiceTasks</name>
+    <message>
+        <source>not known to the module</source>
+        <translation>dem Modul nicht bekannt</translation>
+    </message>
+    <message>
+        <source>%1 dBm (%2 of 31)</source>
+        <translation>%1 dBm (%2 von 31)</translation>
+    </message>
+    <message>
+        <source>First tasks at the module</source>
+        <translation>Erste Aufgaben am Modul</translation>
+    </message>
+    <message>
+        <source>Set the clock</source>
+        <translation>Uhr stellen</translation>
+    </message>
+    <message>
+        <source>Sets the module&apos;s clock by this computer&apos;s</source>
+        <translation>Stellt die Uhr des Moduls nach der dieses Rechners</translation>
+    </message>
+    <message>
+        <source>Read the version</source>
+        <translation>Version lesen</translation>
+    </message>
+    <message>
+        <source>Sends %1</source>
+        <translation>Sendet %1</translation>
+    </message>
+    <message>
+        <source>Check the signal</source>
+        <translation>Signal prüfen</translation>
+    </message>
+    <message>
+        <source>Sends nothing: a module that keeps its GSM connection tells its signal by itself</source>
+        <translation>Sendet nichts: ein Modul, das seine GSM-Verbindung behält, meldet sein Signal von selbst</translation>
+    </message>
+    <message>
+        <source>is sent next</source>
+        <translation>wird als Nächstes gesendet</translation>
+    </message>
+    <message>
+        <source>waits until the module tells it</source>
+        <translation>wartet, bis das Modul es meldet</translation>
+    </message>
+    <message>
+        <source>waits until the module reads an SMS</source>
+        <translation>wartet, bis das Modul eine SMS liest</translation>
+    </message>
+    <message>
+        <source>handed over, not answered yet</source>
+        <translation>übergeben, noch nicht beantwortet</translation>
+    </message>
+    <message>
+        <source>done</source>
+        <translation>erledigt</translation>
+    </message>
+    <message>
+        <source>the module says: %1</source>
+        <translation>das Modul sagt: %1</translation>
+    </message>
+    <message>
+        <source>not sent</source>
+        <translation>nicht gesendet</translation>
+    </message>
+    <message>
+        <source>application %1, configuration %2</source>
+        <translation>Applikation %1, Konfiguration %2</translation>
+    </message>
+</context>
+<context>
     <name>ktr::SharedList</name>
     <message>
         <source>The database is away for too long: modules that still talk to this keeper are answered, none is asked</source>
@@ -5438,6 +5628,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Sends %1</source>
         <translation>Sendet %1</translation>
+    </message>
+    <message>
+        <source>Sets the module&apos;s clock to another date and time</source>
+        <translation>Stellt die Uhr des Moduls auf ein anderes Datum und eine andere Uhrzeit</translation>
     </message>
 </context>
 <context>

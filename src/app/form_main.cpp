@@ -87,6 +87,8 @@ FormMain::FormMain(const Services &services)
         std::make_unique<LinkPresenter>(m_link, m_services.timers, m_document, m_texts, *m_menu, *m_status);
     m_linkDialogs = std::make_unique<LinkDialogs>(*this, m_context, *m_linkPresenter, m_link.transmitter(),
                                                   m_files->dialogs());
+    connect(m_linkDialogs.get(), &LinkDialogs::connectionWanted, this,
+            [this] { showField({QStringLiteral("Cmb_connection_port")}); });
     m_transmissions = std::make_unique<TransmissionNotes>(
         m_link, m_document, [this] { return m_linkPresenter->toldVersion(); },
         [this] {
@@ -366,6 +368,8 @@ void FormMain::connectMenu()
     });
     connect(m_menu->undo, &QAction::triggered, &m_history, &EditHistory::undo);
     connect(m_menu->redo, &QAction::triggered, &m_history, &EditHistory::redo);
+    connect(m_menu->nextEntry, &QAction::triggered, m_tabs, [this] { m_tabs->moveEntry(1); });
+    connect(m_menu->previousEntry, &QAction::triggered, m_tabs, [this] { m_tabs->moveEntry(-1); });
     connect(m_menu->showTransmissions, &QAction::triggered, this, &FormMain::showTransmissions);
     connect(m_menu->openSettings, &QAction::triggered, &m_sideWindows, &SideWindows::showSettings);
     connect(m_menu->compareConfigurations, &QAction::triggered, &m_sideWindows,

@@ -30,7 +30,12 @@ LinkDialogs::LinkDialogs(QWidget &window, EditorContext &context, LinkPresenter 
     });
     connect(&m_presenter, &LinkPresenter::messageWanted, this,
             [this](const QString &text, const QString &topic) {
-                Dialog::message(&m_window, m_context.texts, text, topic);
+                Dialog::Remedy remedy;
+                if (topic == LinkPresenter::portTopic) {
+                    remedy = {m_context.texts.text(Text::Connection) + QStringLiteral("..."),
+                              [this] { Q_EMIT connectionWanted(); }};
+                }
+                Dialog::message(&m_window, m_context.texts, text, topic, remedy);
             });
     connect(&m_presenter, &LinkPresenter::messagePassed, this, &Dialog::withdraw);
     connect(&m_presenter, &LinkPresenter::lineWanted, this,

@@ -23,6 +23,10 @@ public:
     LinkDialogs(QWidget &window, EditorContext &context, LinkPresenter &presenter, Transmitter &transmitter,
                 FileDialogs &files);
 
+Q_SIGNALS:
+    /// The user wants to choose a connection.
+    void connectionWanted();
+
 private:
     void askForExportFile();
     void offerToStop(const QString &text);

@@ -10,8 +10,11 @@
 #include "lang/text_table.h"
 #include "link/service_commands.h"
 #include "link/udp_transport.h"
+#include "platform/serial_device.h"
+#include "platform/settings_store.h"
 
 #include <QAction>
+#include <QNetworkInterface>
 
 namespace ktr {
 
@@ -19,9 +22,34 @@ namespace {
 
 // What messages are about.
 const QString connectionTopic = QStringLiteral("connection");
-const QString portTopic = QStringLiteral("port");
 const QString firmwareTopic = QStringLiteral("firmware");
 const QString versionsTopic = QStringLiteral("versions");
+
+const QString portKey = QStringLiteral("port");
+const QString addressKey = QStringLiteral("address");
+
+QString lastLine(const QString &key)
+{
+    return SettingsStore().GetSetting(settingsOwner, settings_sections::connection, key);
+}
+
+/// Those that are up and not this computer's own.
+QList<NetworkAdapter> networkAdapters()
+{
+    QList<NetworkAdapter> adapters;
+    for (const QNetworkInterface &interface : QNetworkInterface::allInterfaces()) {
+        const QNetworkInterface::InterfaceFlags flags = interface.flags();
+        if (!flags.testFlag(QNetworkInterface::IsRunning) || flags.testFlag(QNetworkInterface::IsLoopBack)) {
+            continue;
+        }
+        for (const QNetworkAddressEntry &entry : interface.addressEntries()) {
+            if (entry.ip().protocol() == QAbstractSocket::IPv4Protocol) {
+                adapters += {interface.humanReadableName(), entry.ip().toString(), entry.prefixLength()};
+            }
+        }
+    }
+    return adapters;
+}
 
 } // namespace
 
@@ -50,6 +78,7 @@ void LinkPresenter::connectLink()
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::show);
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::withdrawPassed);
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::forgetOtherModule);
+    connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::rememberLine);
     connect(&m_link, &ModuleLink::statusMessage, this, &LinkPresenter::statusMessage);
     connect(&m_link, &ModuleLink::refused, this, [this](const Status &why) {
         Q_EMIT statusMessage(why.message());
@@ -140,6 +169,23 @@ void LinkPresenter::forgetOtherModule()
     }
 }
 
+/// The line that the user chose, or at which a module was found, is proposed at the next start.
+void LinkPresenter::rememberLine()
+{
+    if (m_line.kind() == ModuleLine::Kind::Offline) { // or the port that is tried at the start
+        return;
+    }
+    const bool isSerial = m_line.kind() == ModuleLine::Kind::Serial;
+    const bool isChosen =
+        !isSerial || !m_line.wantedPort().isEmpty() || m_link.state() == ModuleLink::State::Caught;
+    const QString line = isChosen ? m_line.name() : QString();
+    if (!line.isEmpty() && line != m_lastLine) {
+        m_lastLine = line;
+        SettingsStore().SaveSetting(settingsOwner, settings_sections::connection,
+                                    isSerial ? portKey : addressKey, line);
+    }
+}
+
 void LinkPresenter::connectReplies()
 {
     connect(&m_link, &ModuleLink::replied, &m_replies, &ReplyHandler::handle);
@@ -224,8 +270,27 @@ void LinkPresenter::attach(ConnectionPage &page)
     connect(&page, &ConnectionPage::ethernetWanted, this, &LinkPresenter::ethernetWanted);
     connect(&page, &ConnectionPage::offlineWanted, &m_link, &ModuleLink::goOffline);
     connect(this, &LinkPresenter::statusMessage, &page, &ConnectionPage::addEvent);
+    connectTasks(page.tasks());
     findPorts();
+    page.setLast(lastLine(portKey), lastLine(addressKey));
     show();
+}
+
+void LinkPresenter::connectTasks(ServiceTasks &tasks)
+{
+    connect(&tasks, &ServiceTasks::wanted, this, [this, &tasks](ServiceTasks::Task task) {
+        if (task == ServiceTasks::Task::Clock) {
+            placeClock();
+        } else {
+            place(serviceCommands::version);
+        }
+        tasks.showWaiting(m_waiting.text()); // it may have been refused
+    });
+    connect(&m_waiting, &WaitingCommand::sent, &tasks, &ServiceTasks::commandLeft);
+    connect(&m_waiting, &WaitingCommand::changed, &tasks,
+            [this, &tasks] { tasks.showWaiting(m_waiting.text()); });
+    connect(&m_link, &ModuleLink::replied, &tasks, &ServiceTasks::showReply);
+    connect(&m_link, &ModuleLink::logged, &tasks, &ServiceTasks::showLine);
 }
 
 void LinkPresenter::attach(CalibrationPage &page)
@@ -280,6 +345,8 @@ void LinkPresenter::show()
     m_status.showLink(text, m_link.isConnected());
     if (m_connection != nullptr) {
         m_connection->setState(text, m_link.isConnected());
+        m_connection->tasks().setOpen(m_link.state() != ModuleLink::State::Offline &&
+                                      !m_line.port().isEmpty());
     }
     tickLine();
 }
@@ -292,10 +359,17 @@ void LinkPresenter::findPorts()
     if (!wanted.isEmpty() && !ports.contains(wanted)) {
         ports += wanted;
     }
-    m_menu.showPorts(ports);
+    QList<ConnectionPage::Port> known;
+    QStringList adapters;
+    for (const QString &port : ports) {
+        known += {port, serialAdapter(port)};
+        adapters += known.last().adapter;
+    }
+    m_menu.showPorts(ports, adapters);
     tickLine();
     if (m_connection != nullptr) {
-        m_connection->setPorts(ports);
+        m_connection->setPorts(known);
+        m_connection->setAdapters(networkAdapters());
     }
 }
 

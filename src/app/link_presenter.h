@@ -16,6 +16,7 @@ class ConnectionPage;
 class Document;
 class InfoPage;
 class MainMenu;
+class ServiceTasks;
 class StatusLine;
 class TestPage;
 class TextTable;
@@ -27,6 +28,9 @@ class LinkPresenter : public QObject
     Q_OBJECT
 
 public:
+    /// What messages are about that there is no line, or none can be opened.
+    static inline const QString portTopic = QStringLiteral("port");
+
     LinkPresenter(ModuleLink &link, Timers &timers, Document &document, const TextTable &texts,
                   MainMenu &menu, StatusLine &status);
 
@@ -90,6 +94,8 @@ private:
     void connectMenu();
     void withdrawPassed();
     void forgetOtherModule();
+    void rememberLine();
+    void connectTasks(ServiceTasks &tasks);
     void showState(const std::function<QString()> &line);
     bool isStateShown() const;
     void reportPlacing(WaitingCommand::Placing placing, const QString &command, const QString &replaced);
@@ -115,6 +121,7 @@ private:
     ConnectionPage *m_connection = nullptr;
     InfoPage *m_info = nullptr;
     CalibrationPage *m_calibration = nullptr;
+    QString m_lastLine; ///< that was remembered
     QString m_lineName; ///< of the line that was open last
     LinkLog m_log;
     VersionCheck m_versions;

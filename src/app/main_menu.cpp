@@ -2,6 +2,7 @@
 
 #include "look/icons.h"
 #include "look/mnemonics.h"
+#include "look/outside_texts.h"
 
 #include <QActionGroup>
 #include <QDir>
@@ -36,6 +37,10 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
     redo->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_Y), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)});
 
     addEntryCommands();
+
+    m_edit->addSeparator();
+    nextEntry = add(m_edit, "mnu_nextEntry", QKeySequence(Qt::ALT | Qt::Key_PageDown));
+    previousEntry = add(m_edit, "mnu_previousEntry", QKeySequence(Qt::ALT | Qt::Key_PageUp));
 
     m_transmit = bar->addMenu(QString());
     transmitConfiguration = add(m_transmit, "mnu_doConfig", QKeySequence(Qt::Key_F5));
@@ -164,6 +169,8 @@ void MainMenu::applyTexts(const TextTable &texts)
     moveEntryDown->setText(tr("Move down"));
     moveEntryTo->setText(tr("Move to..."));
     fillDown->setText(tr("Fill down"));
+    nextEntry->setText(tr("Next entry"));
+    previousEntry->setText(tr("Previous entry"));
     m_transmit->setTitle(text(Text::Transmit));
     transmitConfiguration->setText(text(Text::Configuration));
     transmitEntry->setText(tr("This entry"));
@@ -214,13 +221,14 @@ void MainMenu::showRecent(const QStringList &names)
     }
 }
 
-void MainMenu::showPorts(const QStringList &ports)
+void MainMenu::showPorts(const QStringList &ports, const QStringList &adapters)
 {
     qDeleteAll(m_ports);
     m_ports.clear();
     for (int index = 0; const QString &port : ports) {
         auto *action = new QAction(this);
-        QString shown = port;
+        const QString adapter = adapters.value(index);
+        QString shown = adapter.isEmpty() ? port : port + QLatin1String("  –  ") + shortenedLine(adapter, 60);
         action->setText(shown.replace(u'&', QLatin1String("&&")));
         action->setData(port);
         action->setObjectName(QStringLiteral("mnu_verbindung_seriell_%1").arg(index++));

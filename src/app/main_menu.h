@@ -33,7 +33,8 @@ public:
     void showRecent(const QStringList &names);
 
     /// The serial ports found, for the connection menu.
-    void showPorts(const QStringList &ports);
+    /// Those in `adapters` stand beside them, in words.
+    void showPorts(const QStringList &ports, const QStringList &adapters);
     /// The action of a port's menu entry; null when there is none.
     QAction *portAction(const QString &port) const;
 
@@ -48,6 +49,8 @@ public:
     QAction *exitAtOnce;  ///< without it
     QAction *undo;
     QAction *redo;
+    QAction *nextEntry;
+    QAction *previousEntry;
     QAction *cutEntry;
     QAction *copyEntry;
     QAction *pasteEntry;

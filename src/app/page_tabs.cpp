@@ -100,6 +100,15 @@ void PageTabs::goTo(const EditPlace &place)
     static_cast<QScrollArea *>(widget(found.page))->ensureWidgetVisible(found.control);
 }
 
+void PageTabs::moveEntry(int by)
+{
+    Page *present = page(static_cast<PageIndex>(currentIndex()));
+    if (present->hasEntries()) {
+        m_context.history.endGroup();
+        present->showEntry(std::clamp(present->shownEntry() + by, 0, LimitValue::count - 1));
+    }
+}
+
 QString PageTabs::describe(const EditPlace &place)
 {
     const Found found = find(place.control);

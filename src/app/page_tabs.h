@@ -49,6 +49,9 @@ public:
     /// Where a control is, in the words of the page: tab, entry, label. Empty when it is unknown.
     QString describe(const EditPlace &place);
 
+    /// Shows the entry so many behind the one that the present page shows; stays at the first and the last.
+    void moveEntry(int by);
+
     void applyTexts();
     void showRecords();
     void setProblems(const QList<Problem> &problems);

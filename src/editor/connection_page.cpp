@@ -13,15 +13,49 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 
 namespace ktr {
+
+namespace {
+
+constexpr int adapterRole = Qt::UserRole;
+
+/// Shows the adapter behind the port's name, in the list alone: what is chosen and typed is the name.
+class PortDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (const QString adapter = index.data(adapterRole).toString(); !adapter.isEmpty()) {
+            option->text += QLatin1String("  –  ") + shortenedLine(adapter);
+        }
+    }
+};
+
+QLabel *note(const char *name, QWidget *parent)
+{
+    auto *label = new QLabel(parent);
+    label->setObjectName(QLatin1String(name));
+    label->setWordWrap(true);
+    return label;
+}
+
+} // namespace
 
 ConnectionPage::ConnectionPage(EditorContext &context, QWidget *parent) : Page(context, parent)
 {
     auto *layout = new QGridLayout(this);
     layout->addWidget(serialCard(), 0, 0);
     layout->addWidget(ethernetCard(), 0, 1);
-    layout->addWidget(stateCard(), 1, 0, 1, 2);
+    layout->addWidget(stateCard(), 1, 0);
+    m_tasks = new ServiceTasks(this);
+    onTexts([this] { m_tasks->applyTexts(); });
+    layout->addWidget(m_tasks, 1, 1);
     layout->setColumnStretch(0, 1);
     layout->setColumnStretch(1, 1);
     layout->setRowStretch(1, 1);
@@ -31,7 +65,8 @@ QWidget *ConnectionPage::serialCard()
 {
     auto *card = new QGroupBox(this);
     onTexts([card] { card->setTitle(tr("Serial port")); });
-    auto *row = new QHBoxLayout(card);
+    auto *rows = new QVBoxLayout(card);
+    auto *row = new QHBoxLayout;
     m_ports = new QComboBox(card);
     m_ports->setObjectName(QStringLiteral("Cmb_connection_port"));
     m_ports->setEditable(true);
@@ -40,6 +75,8 @@ QWidget *ConnectionPage::serialCard()
     m_ports->setMinimumContentsLength(16);
     m_ports->setMaximumWidth(320);
     ignoreWheelUnlessFocused(m_ports);
+    m_ports->setItemDelegate(new PortDelegate(m_ports));
+    connect(m_ports, &QComboBox::currentTextChanged, this, &ConnectionPage::showAdapter);
     m_ports->addItem(QString());
     onTexts([this] {
         const QString chosen = chosenPort();
@@ -55,13 +92,18 @@ QWidget *ConnectionPage::serialCard()
         addButton(row, "cmd_connection_serial", [this] { Q_EMIT serialWanted(chosenPort()); });
     onTexts([open] { open->setText(tr("Connect")); });
     row->addStretch();
+    rows->addLayout(row);
+    m_adapter = note("lbl_connection_adapter", card);
+    rows->addWidget(m_adapter);
+    rows->addStretch();
     return card;
 }
 
 QWidget *ConnectionPage::ethernetCard()
 {
     auto *card = captioned(new QGroupBox(this), Text::Ethernet);
-    auto *row = new QHBoxLayout(card);
+    auto *rows = new QVBoxLayout(card);
+    auto *row = new QHBoxLayout;
     m_address = new QLineEdit(card);
     m_address->setObjectName(QStringLiteral("Txt_connection_address"));
     m_address->setMaximumWidth(240);
@@ -69,7 +111,8 @@ QWidget *ConnectionPage::ethernetCard()
     // The configuration's address is proposed until the user types another.
     onRecords([this] {
         if (!m_address->isModified()) {
-            m_address->setText(withoutLeadingZeros(configuration().ethernet.ip));
+            const QString own = withoutLeadingZeros(configuration().ethernet.ip);
+            m_address->setText(own.isEmpty() ? m_lastAddress : own);
         }
     });
     row->addWidget(labelFor(m_address, Text::Ip));
@@ -85,6 +128,12 @@ QWidget *ConnectionPage::ethernetCard()
     tip(add("cmd_connection_exclusive", Text::ExclusiveInBrackets, true),
         [] { return tr("The module uses this connection alone"); });
     row->addStretch();
+    rows->addLayout(row);
+    m_network = note("lbl_connection_network", card);
+    connect(m_address, &QLineEdit::textChanged, this, &ConnectionPage::showNetwork);
+    onTexts([this] { showNetwork(); });
+    rows->addWidget(m_network);
+    rows->addStretch();
     return card;
 }
 
@@ -129,19 +178,55 @@ QString ConnectionPage::chosenPort() const
     return text == m_ports->itemText(0) ? QString() : text;
 }
 
-void ConnectionPage::setPorts(const QStringList &ports)
+void ConnectionPage::setPorts(const QList<Port> &ports)
 {
     const QString chosen = chosenPort();
     const QSignalBlocker blocker(m_ports);
     while (m_ports->count() > 1) {
         m_ports->removeItem(m_ports->count() - 1);
     }
-    m_ports->addItems(ports);
+    for (const Port &port : ports) {
+        m_ports->addItem(port.name);
+        m_ports->setItemData(m_ports->count() - 1, port.adapter, adapterRole);
+    }
     const int index = chosen.isEmpty() ? 0 : m_ports->findText(chosen);
     m_ports->setCurrentIndex(index);
     if (index < 0) {
         m_ports->setEditText(chosen);
     }
+    showAdapter();
+}
+
+void ConnectionPage::setLast(const QString &port, const QString &address)
+{
+    if (!port.isEmpty()) {
+        const int index = m_ports->findText(port);
+        m_ports->setCurrentIndex(index);
+        m_ports->setEditText(port);
+    }
+    m_lastAddress = address;
+    if (m_address->text().isEmpty()) {
+        m_address->setText(address);
+    }
+}
+
+/// What is plugged in at the port that is chosen.
+void ConnectionPage::showAdapter()
+{
+    const int index = m_ports->findText(chosenPort());
+    m_adapter->setText(index > 0 ? shortenedLine(m_ports->itemData(index, adapterRole).toString())
+                                 : QString());
+}
+
+void ConnectionPage::setAdapters(const QList<NetworkAdapter> &adapters)
+{
+    m_adapters = adapters;
+    showNetwork();
+}
+
+void ConnectionPage::showNetwork()
+{
+    m_network->setText(networkText(m_address->text().trimmed(), m_adapters));
 }
 
 void ConnectionPage::setState(const QString &text, bool connected)

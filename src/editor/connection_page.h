@@ -1,6 +1,8 @@
 #pragma once
 
+#include "editor/network_adapter.h"
 #include "editor/page.h"
+#include "editor/service_tasks.h"
 
 class QBoxLayout;
 
@@ -18,8 +20,19 @@ public:
 
     static constexpr int longestEvents = 50; ///< lines
 
+    /// A serial port, and the adapter behind it, in words; empty where that is not known.
+    struct Port
+    {
+        QString name;
+        QString adapter;
+    };
     /// The serial ports to offer, beside the search over all of them. What was chosen or typed stays.
-    void setPorts(const QStringList &ports);
+    void setPorts(const QList<Port> &ports);
+    /// The network adapters of this computer that are up.
+    void setAdapters(const QList<NetworkAdapter> &adapters);
+    /// What was used last: a port, empty for the search; an address for configurations without one.
+    void setLast(const QString &port, const QString &address);
+    ServiceTasks &tasks() { return *m_tasks; }
     void setState(const QString &text, bool connected);
     /// A line below the earlier ones, of which the last ones are kept.
     void addEvent(const QString &line);
@@ -36,10 +49,17 @@ private:
     QWidget *stateCard();
     QPushButton *addButton(QBoxLayout *row, const char *name, std::function<void()> clicked);
     QString chosenPort() const;
+    void showAdapter();
+    void showNetwork();
     void showState();
 
     QComboBox *m_ports = nullptr;
+    QLabel *m_adapter = nullptr;
     QLineEdit *m_address = nullptr;
+    QLabel *m_network = nullptr;
+    ServiceTasks *m_tasks = nullptr;
+    QList<NetworkAdapter> m_adapters;
+    QString m_lastAddress;
     Lamp *m_lamp = nullptr;
     QLabel *m_state = nullptr;
     QPlainTextEdit *m_events = nullptr;

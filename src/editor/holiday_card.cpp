@@ -2,6 +2,7 @@
 
 #include "config/fields.h"
 #include "config/holiday_store.h"
+#include "editor/date_picker.h"
 #include "look/field_width.h"
 #include "look/outside_texts.h"
 #include "platform/settings_store.h"
@@ -15,11 +16,20 @@
 
 namespace ktr {
 
+namespace {
+
+const QString dateForm = QStringLiteral("dd.MM.yyyy");
+
+} // namespace
+
 HolidayCard::HolidayCard(EditorContext &context, std::function<int()> shownEntry, QWidget *parent)
     : QGroupBox(parent),
       m_context(context),
       m_shownEntry(std::move(shownEntry)),
       m_date(new QLineEdit(this)),
+      m_calendar(new DatePicker(
+          QStringLiteral("cmd_swtch_frei_date"), DatePicker::Picks::Date, context,
+          [this] { return typedDate(); }, this)),
       m_list(nullptr),
       m_add(button(QStringLiteral("Command_switch_add"), &HolidayCard::add)),
       m_clear(nullptr),
@@ -43,8 +53,17 @@ HolidayCard::HolidayCard(EditorContext &context, std::function<int()> shownEntry
     deleting->setContext(Qt::WidgetShortcut);
     connect(deleting, &QShortcut::activated, this, [this] { remove(m_list->currentRow()); });
 
+    connect(m_calendar, &DatePicker::picked, this, [this](const QDateTime &when) {
+        m_date->setText(when.date().toString(dateForm));
+        m_date->setFocus();
+    });
+
     auto *grid = new QGridLayout(this);
-    grid->addWidget(m_date, 0, 0);
+    auto *date = new QHBoxLayout;
+    date->setSpacing(2);
+    date->addWidget(m_date);
+    date->addWidget(m_calendar);
+    grid->addLayout(date, 0, 0);
     grid->addWidget(m_add, 0, 1);
     grid->addWidget(m_list, 1, 0, 1, 2);
     grid->addWidget(m_clear, 2, 0, 1, 2);
@@ -69,6 +88,7 @@ void HolidayCard::applyTexts()
     m_clear->setText(texts.text(Text::DeleteAll));
     m_load->setText(texts.text(Text::LoadHolidays));
     m_save->setText(texts.text(Text::SaveHolidays));
+    m_calendar->applyTexts();
     m_date->setAccessibleName(texts.text(Text::Date));
     m_date->setToolTip(tr("Date of a holiday, such as 24.12.2027"));
     m_list->setAccessibleName(texts.text(Text::Holidays));
@@ -99,7 +119,7 @@ void HolidayCard::showRecords()
 void HolidayCard::entered()
 {
     const QDate today = m_context.document.environment().now().date();
-    m_date->setText(today.toString(QStringLiteral("dd.MM.yyyy")));
+    m_date->setText(today.toString(dateForm));
 }
 
 /// Each change is a step of its own to undo.
@@ -107,6 +127,12 @@ EditPlace HolidayCard::newStep()
 {
     m_context.history.endGroup();
     return {m_list->objectName(), m_shownEntry()};
+}
+
+QDateTime HolidayCard::typedDate() const
+{
+    const auto date = toDate(m_date->text(), m_context.document.environment().locale);
+    return date ? date->startOfDay() : QDateTime();
 }
 
 void HolidayCard::add()

@@ -10,6 +10,8 @@ class QPushButton;
 
 namespace ktr {
 
+class DatePicker;
+
 /// The dates on which switch points of the holiday types apply. Adding one is an edit; removing, clearing
 /// and loading can be undone but do not mark the configuration modified.
 class HolidayCard : public QGroupBox
@@ -35,10 +37,12 @@ private:
 
     const HolidayList &holidays() const { return m_context.document.configuration().holidays; }
     EditPlace newStep();
+    QDateTime typedDate() const;
 
     EditorContext &m_context;
     std::function<int()> m_shownEntry;
     QLineEdit *m_date;
+    DatePicker *m_calendar;
     QListWidget *m_list;
     QPushButton *m_add;
     QPushButton *m_clear;

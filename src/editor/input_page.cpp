@@ -2,16 +2,20 @@
 
 #include "config/channel_use.h"
 #include "config/channels.h"
+#include "config/comparison.h"
 #include "editor/input_grid.h"
+#include "editor/scaling_helper.h"
 #include "editor/striped_card.h"
 #include "look/field_width.h"
 #include "look/outside_texts.h"
 #include "platform/text_rules.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 
 namespace ktr {
 
@@ -98,7 +102,15 @@ void InputPage::addHeader()
     tip(sent, sendValues);
     m_grid->addWidget(sent, groupRow, InvertColumn, 1, OffsetColumn - InvertColumn);
     auto *scaling = captioned(new QLabel(m_card), Text::Scaling);
-    m_grid->addWidget(scaling, groupRow, OffsetColumn, 1, columnCount - OffsetColumn);
+    auto *helper = newButton("cmd_ip_scaling", [this] { openScalingHelper(); });
+    onTexts([helper] { helper->setText(tr("By two points...")); });
+    tip(helper,
+        [] { return tr("Finds offset and factor of an analog channel by two values that are known"); });
+    auto *group = new QHBoxLayout;
+    group->addWidget(scaling);
+    group->addWidget(helper);
+    group->addStretch();
+    m_grid->addLayout(group, groupRow, OffsetColumn, 1, columnCount - OffsetColumn);
 
     for (int at = NumberColumn; at < columnCount; ++at) {
         const auto column = static_cast<Column>(at);
@@ -210,6 +222,23 @@ void InputPage::addScaling(int channel)
     addLine(fieldRef(&Configuration::scaling, index, &Scaling::unit), channel, UnitColumn);
 }
 
+/// Begins with the channel that the user was at.
+void InputPage::openScalingHelper()
+{
+    const Scaling *scaling = m_scaled == 0 ? nullptr : scalingOf(configuration(), m_scaled);
+    const auto index = scaling == nullptr ? 0 : static_cast<int>(scaling - configuration().scaling.data());
+    auto *helper = new ScalingHelper(context(), index, this);
+    helper->show();
+}
+
+bool InputPage::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FocusIn) {
+        m_scaled = channelOfControl(watched->objectName());
+    }
+    return Page::eventFilter(watched, event);
+}
+
 void InputPage::place(QWidget *control, const FieldRef &field, int channel, Column column)
 {
     m_grid->addWidget(control, firstRow + channel - 1, column);
@@ -230,6 +259,7 @@ QLineEdit *InputPage::addLine(const FieldRef &field, int channel, Column column)
     edit->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     edit->setMinimumHeight(edit->fontMetrics().height() + 4);
     binder().line(edit, field);
+    edit->installEventFilter(this);
     place(edit, field, channel, column);
     return edit;
 }

@@ -20,6 +20,8 @@ public:
     /// Gives the fields below the one that has the focus its value.
     void fillDown();
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     enum Column : int;
 
@@ -36,10 +38,12 @@ private:
 
     QString caption(Column column) const;
     void filterInterval(QLineEdit *edit);
+    void openScalingHelper();
 
     StripedCard *m_card;
     QGridLayout *m_grid;
     InputGrid *m_cells;
+    int m_scaled = 0;         ///< the channel of the line edit that had the focus last; 0 for none
     bool m_filtering = false; ///< what the filter itself changes is not filtered again
 };
 

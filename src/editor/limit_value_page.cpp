@@ -5,6 +5,7 @@
 #include "config/entry_texts.h"
 #include "editor/combo_items.h"
 #include "editor/entry_chooser.h"
+#include "editor/length_counter.h"
 #include "editor/limit_value_model.h"
 #include "look/outside_texts.h"
 
@@ -256,9 +257,25 @@ QLayout *LimitValuePage::notificationLine()
     label->setObjectName(QStringLiteral("lbl_gw_meldung"));
     m_captions.push_back(label);
     auto *line = new QHBoxLayout;
+    auto *counter = new LengthCounter(QStringLiteral("lbl_gw_length"), m_frame);
+    onTexts([counter] { counter->applyTexts(); });
+    onRecords([this, counter] { counter->show(commandLength()); });
     line->addWidget(label);
     line->addWidget(edit);
+    line->addWidget(counter);
     return line;
+}
+
+/// Of the command that sends the entry shown.
+qsizetype LimitValuePage::commandLength() const
+{
+    Configuration sent = configuration();
+    CommandSequence sequence;
+    sequence.start();
+    sequence.leaveOut(~stepsOfEntry(EntryKind::LimitValue, entry() + 1));
+    const Environment &environment = context().document.environment();
+    const auto command = sequence.next(sent, {false, environment.locale, environment.now()});
+    return command ? command->command.size() : 0;
 }
 
 QLayout *LimitValuePage::repetitionLine()

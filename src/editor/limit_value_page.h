@@ -39,6 +39,7 @@ private:
     QLayout *repetitionLine();
 
     int entry() const;
+    qsizetype commandLength() const;
     const LimitValue &shown() const;
     FieldRef field(Member<LimitValue> member) const;
     QLabel *fixedLabel(const QString &name);

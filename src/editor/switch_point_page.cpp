@@ -2,6 +2,7 @@
 
 #include "config/channels.h"
 #include "editor/combo_items.h"
+#include "editor/date_picker.h"
 #include "editor/entry_chooser.h"
 #include "editor/holiday_card.h"
 #include "editor/switch_point_model.h"
@@ -17,6 +18,12 @@ namespace ktr {
 namespace {
 
 constexpr int switchPointCaption = 12; ///< of "Schaltpunkt" and a blank
+
+/// "JJMMTThhmm" of this century; invalid for another text.
+QDateTime startOf(const QString &text)
+{
+    return QDateTime::fromString(QLatin1String("20") + text, QStringLiteral("yyyyMMddhhmm"));
+}
 
 /// Administrators' names are as long as the user likes: they must not widen the window.
 QComboBox *narrowList(QWidget *parent)
@@ -136,6 +143,19 @@ QWidget *SwitchPointPage::entryFrame()
         startForm->setText(context().isGerman() ? QStringLiteral("JJMMTThhmm")
                                                 : QStringLiteral("YYMMDDhhmm"));
     });
+    auto *calendar = new DatePicker(
+        QStringLiteral("cmd_swtch_start_date"), DatePicker::Picks::DateAndTime, context(),
+        [this] { return startOf(shown().start); }, m_frame);
+    connect(calendar, &DatePicker::picked, start, [start](const QDateTime &when) {
+        start->setText(when.toString(QStringLiteral("yyMMddhhmm")));
+        start->setFocus();
+    });
+    onTexts([calendar] { calendar->applyTexts(); });
+    auto *startLine = new QHBoxLayout;
+    startLine->setSpacing(2);
+    startLine->addWidget(start);
+    startLine->addWidget(calendar);
+    grid->addLayout(startLine, 2, 1);
     grid->addWidget(startForm, 2, 2);
     m_limitValue = list(&SwitchPoint::limitValue, QStringList(LimitValue::count));
     auto *limitValueLabel = addLine(2, labelFor(m_limitValue, field(&SwitchPoint::limitValue)),
@@ -152,7 +172,7 @@ QWidget *SwitchPointPage::entryFrame()
     grid->addWidget(minutes, 4, 2);
     grid->setRowStretch(5, 1);
 
-    m_forTimes = {startLabel, start, startForm};
+    m_forTimes = {startLabel, start, startForm, calendar};
     m_forLimitValues = {limitValueLabel, m_limitValue};
     m_forPeriods = {periodLabel, period, minutes};
     for (const auto &controls : {m_forTimes, m_forLimitValues, m_forPeriods}) {

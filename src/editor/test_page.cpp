@@ -1,5 +1,7 @@
 #include "editor/test_page.h"
 
+#include "editor/date_picker.h"
+#include "editor/length_counter.h"
 #include "editor/log_view.h"
 #include "link/command_sequence.h"
 #include "link/conversation_log.h"
@@ -50,7 +52,12 @@ QWidget *TestPage::commandCard()
             .arg(longestCommand);
     });
     connect(m_input, &QLineEdit::returnPressed, this, &TestPage::send);
+    auto *counter = new LengthCounter(QStringLiteral("lbl_test_length"), card);
+    onTexts([counter] { counter->applyTexts(); });
+    connect(m_input, &QLineEdit::textChanged, counter,
+            [counter](const QString &text) { counter->show(text.size()); });
     typed->addWidget(m_input, 1);
+    typed->addWidget(counter);
     m_send = captioned(addButton(typed, "cmd_test_send", [this] { send(); }), Text::Send);
     m_answer = captioned(new QCheckBox(card), Text::ConfigureWithAnswer);
     m_answer->setObjectName(QStringLiteral("chk_test_answer"));
@@ -65,6 +72,17 @@ QWidget *TestPage::commandCard()
     QPushButton *clock = addButton(ready, "cmd_test_settime", [this] { Q_EMIT clockPlaced(); });
     captioned(clock, Text::SetTime);
     tip(clock, [] { return tr("Sets the module's clock by this computer's"); });
+    auto *calendar = new DatePicker(
+        QStringLiteral("cmd_test_settime_date"), DatePicker::Picks::DateAndTime, context(),
+        [] { return QDateTime(); }, card);
+    connect(calendar, &DatePicker::picked, this,
+            [this](const QDateTime &when) { Q_EMIT commandPlaced(QLatin1String("T,") + clockFields(when)); });
+    onTexts([calendar] {
+        calendar->applyTexts();
+        calendar->setToolTip(tr("Sets the module's clock to another date and time"));
+        calendar->setAccessibleName(calendar->toolTip());
+    });
+    ready->addWidget(calendar);
     captioned(addCommand(ready, "cmd_test_free", QStringLiteral("H,0,1")), Text::SendArchive);
     captioned(addCommand(ready, "cmd_test_block", QStringLiteral("H,0,0")), Text::BlockArchive);
     QPushButton *kill = addCommand(

@@ -267,6 +267,9 @@ QPainterPath lineOf(IconName name)
         return Line::from(6, 6).to(18, 18).at(18, 6).to(6, 18);
     case IconName::Recent:
         return Line::from(12, 6.8).to(12, 12).to(15.8, 14).circle(12, 12, 9);
+    case IconName::Calendar:
+        return Line::from(3.5, 9.5).to(20.5, 9.5).at(8, 2.5).to(8, 6.5).at(16, 2.5).to(16, 6.5).box(
+            3.5, 4.5, 17, 16, 2);
     case IconName::Application:
     case IconName::Warning:
     case IconName::Information:

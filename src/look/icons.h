@@ -32,7 +32,8 @@ enum class IconName {
     Delete,
     Search,
     Clear,
-    Recent
+    Recent,
+    Calendar
 };
 
 /// Drawn when shown, so sharp at any size and scale, in the text colour of the application's present palette;

@@ -69,6 +69,7 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
       m_input(new QLineEdit(this)),
       m_ok(new QPushButton(texts.text(Text::Ok), this)),
       m_cancel(new QPushButton(texts.text(Text::Cancel), this)),
+      m_remedy(new QPushButton(this)),
       m_unload(new QTimer(this))
 {
     setObjectName(QLatin1String("Dialog"));
@@ -77,6 +78,7 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
     m_input->setObjectName(QLatin1String("Text_input"));
     m_ok->setObjectName(QLatin1String("OKButton"));
     m_cancel->setObjectName(QLatin1String("CancelButton"));
+    m_remedy->setObjectName(QLatin1String("cmd_msg_remedy"));
     m_unload->setObjectName(QLatin1String("Timer_unload"));
 
     setAttribute(Qt::WA_DeleteOnClose);
@@ -92,11 +94,17 @@ Dialog::Dialog(QWidget *parent, Kind kind, const TextTable &texts, const QString
     makeDefault(m_ok);
     m_cancel->setVisible(kind != Kind::Message);
 
+    m_remedy->hide();
     m_unload->setInterval(unloadMs);
     m_unload->setSingleShot(true);
     connect(m_unload, &QTimer::timeout, this, &QWidget::close);
     connect(m_ok, &QPushButton::clicked, this, [this] { answer(true); });
     connect(m_cancel, &QPushButton::clicked, this, [this] { answer(false); });
+    connect(m_remedy, &QPushButton::clicked, this, [this] {
+        const std::function<void()> go = m_go;
+        answer(true);
+        go();
+    });
 }
 
 /// A message about the topic, or else one with that text, that was not answered yet; nullptr when there is
@@ -143,9 +151,16 @@ void Dialog::line(QWidget *parent, const TextTable &texts, const QString &headin
 
 void Dialog::message(QWidget *parent, const TextTable &texts, const QString &text, const QString &topic)
 {
+    message(parent, texts, text, topic, {});
+}
+
+void Dialog::message(QWidget *parent, const TextTable &texts, const QString &text, const QString &topic,
+                     const Remedy &remedy)
+{
     if (Dialog *const shown = openMessage(topic, text)) {
         shown->m_topic = topic;
         shown->setText(text);
+        shown->setRemedy(remedy);
         shown->arrange();
         shown->raise(); // the same message may be open already, unread
         shown->activateWindow();
@@ -155,7 +170,15 @@ void Dialog::message(QWidget *parent, const TextTable &texts, const QString &tex
     auto *const open = qobject_cast<Dialog *>(QApplication::activeModalWidget());
     auto *const shown = new Dialog(open != nullptr ? open : parent, Kind::Message, texts, text);
     shown->m_topic = topic;
+    shown->setRemedy(remedy);
     shown->appear();
+}
+
+void Dialog::setRemedy(const Remedy &remedy)
+{
+    m_go = remedy.go;
+    m_remedy->setText(remedy.caption);
+    m_remedy->setVisible(static_cast<bool>(m_go));
 }
 
 void Dialog::withdraw(const QString &topic)
@@ -252,6 +275,11 @@ void Dialog::arrange()
                              inputHeight - aboveInput);
     }
     const int top = window.height() - buttonsHeight - belowButtons;
+    if (m_go) {
+        const int width = std::max(m_remedy->sizeHint().width(), buttonWidth);
+        window.setWidth(std::max(window.width(), left + width + left / 2 + ok.width() + besideOkAlone));
+        m_remedy->setGeometry(left, top, width, buttonsHeight);
+    }
     m_label->setGeometry({{left, labelTop}, label});
     m_scrolled->setGeometry(m_label->geometry());
     m_ok->setGeometry({{window.width() - (question ? okFromRight : ok.width() + besideOkAlone), top}, ok});
@@ -344,7 +372,11 @@ void Dialog::keyPressEvent(QKeyEvent *event)
     switch (event->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        (m_cancel->hasFocus() ? m_cancel : m_ok->hasFocus() ? m_ok : m_default)->click();
+        (m_cancel->hasFocus()   ? m_cancel
+         : m_remedy->hasFocus() ? m_remedy
+         : m_ok->hasFocus()     ? m_ok
+                                : m_default)
+            ->click();
         break;
     case Qt::Key_Escape:
         answer(false);

@@ -33,6 +33,15 @@ public:
     /// new text takes the old one's place. Without a topic only the same text is not shown twice.
     static void message(QWidget *parent, const TextTable &texts, const QString &text,
                         const QString &topic = {});
+    /// A button that leads to where the matter can be put right, and closes the message.
+    struct Remedy
+    {
+        QString caption;
+        std::function<void()> go;
+    };
+    /// The same with such a button beside OK.
+    static void message(QWidget *parent, const TextTable &texts, const QString &text, const QString &topic,
+                        const Remedy &remedy);
     /// Closes the message about a topic, if one is open, because it is no longer true.
     static void withdraw(const QString &topic);
     /// Shows a heading, which is the topic, with a line below it. While a message with that heading is still
@@ -67,6 +76,7 @@ private:
 
     static Dialog *openMessage(const QString &topic, const QString &text = {});
     void setText(const QString &text);
+    void setRemedy(const Remedy &remedy);
 
     void makeDefault(QPushButton *button);
     void appear();
@@ -86,8 +96,10 @@ private:
     QLineEdit *m_input;
     QPushButton *m_ok;
     QPushButton *m_cancel;
+    QPushButton *m_remedy;
     QPushButton *m_default = nullptr; ///< what Enter presses
     QTimer *m_unload;
+    std::function<void()> m_go; ///< of the remedy
     bool m_answered = false;
     bool m_accepted = false;
 };

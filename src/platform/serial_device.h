@@ -20,6 +20,10 @@ QStringList serialPorts();
 /// The same where ports are files of a folder, described by files of another one.
 QStringList serialPorts(const QString &deviceFolder, const QString &classFolder);
 
+/// The adapter behind a port in words, such as "FTDI FT232R USB UART"; empty where the system does not know.
+QString serialAdapter(const QString &port);
+QString serialAdapter(const QString &port, const QString &classFolder);
+
 /// Opens a port for this program alone, as bytes go in and out: 9600 baud, 8 data bits, no parity, one stop
 /// bit, no flow control. The message tells whether the port is missing, in use or none.
 Status openSerialDevice(const QString &path, SerialHandle &handle);

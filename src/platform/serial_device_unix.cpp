@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <cerrno>
@@ -78,6 +79,32 @@ QStringList serialPorts(const QString &deviceFolder, const QString &classFolder)
         }
     }
     return ports;
+}
+
+QString serialAdapter(const QString &port)
+{
+    return serialAdapter(port, QStringLiteral("/sys/class/tty"));
+}
+
+/// The device that was plugged in stands some folders above the port.
+QString serialAdapter(const QString &port, const QString &classFolder)
+{
+    constexpr int highest = 4;
+    const auto textIn = [](const QString &path) {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.read(200)).simplified() : QString();
+    };
+    QString folder = QFileInfo(classFolder + u'/' + QFileInfo(port).fileName() + QLatin1String("/device"))
+                         .canonicalFilePath();
+    for (int level = 0; level < highest && !folder.isEmpty(); ++level) {
+        const QString product = textIn(folder + QLatin1String("/product"));
+        if (!product.isEmpty()) {
+            const QString maker = textIn(folder + QLatin1String("/manufacturer"));
+            return maker.isEmpty() || product.startsWith(maker) ? product : QString(maker + u' ' + product);
+        }
+        folder = QFileInfo(folder).path();
+    }
+    return {};
 }
 
 Status openSerialDevice(const QString &path, SerialHandle &handle)

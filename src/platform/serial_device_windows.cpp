@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <setupapi.h>
 #include <vector>
 #include <windows.h>
 
@@ -114,6 +115,31 @@ QStringList serialPorts()
     std::transform(found.begin(), found.end(), std::back_inserter(ports),
                    [](const FoundPort &port) { return port.name; });
     return ports;
+}
+
+/// "USB Serial Port (COM3)" without the port's name.
+QString serialAdapter(const QString &port)
+{
+    constexpr GUID portClass = {0x4d36e978, 0xe325, 0x11ce, {0xbf, 0xc1, 0x08, 0x00, 0x2b, 0xe1, 0x03, 0x18}};
+    const HDEVINFO devices = ::SetupDiGetClassDevsW(&portClass, nullptr, nullptr, DIGCF_PRESENT);
+    if (devices == INVALID_HANDLE_VALUE) {
+        return {};
+    }
+    const QString behind = QLatin1String(" (") + port + u')';
+    QString found;
+    SP_DEVINFO_DATA device = {};
+    device.cbSize = sizeof device;
+    for (DWORD index = 0; found.isEmpty() && ::SetupDiEnumDeviceInfo(devices, index, &device) != 0; ++index) {
+        std::array<wchar_t, 256> name{};
+        const DWORD bytes = sizeof(wchar_t) * (name.size() - 1);
+        if (::SetupDiGetDeviceRegistryPropertyW(devices, &device, SPDRP_FRIENDLYNAME, nullptr,
+                                                reinterpret_cast<BYTE *>(name.data()), bytes, nullptr) != 0) {
+            const QString text = QString::fromWCharArray(name.data());
+            found = text.endsWith(behind) ? text.chopped(behind.size()) : QString();
+        }
+    }
+    ::SetupDiDestroyDeviceInfoList(devices);
+    return found;
 }
 
 Status openSerialDevice(const QString &path, SerialHandle &handle)

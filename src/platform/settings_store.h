@@ -15,6 +15,7 @@ namespace settings_sections {
 inline const QString startup = QStringLiteral("Startup");
 inline const QString recentFiles = QStringLiteral("Recent");
 inline const QString holidays = QStringLiteral("Feiertage");
+inline const QString connection = QStringLiteral("Connection");
 inline const QString mainWindow = QStringLiteral("Window");
 inline const QString operationalMode = QStringLiteral("OperationalMode");
 inline const QString record = QStringLiteral("Record");

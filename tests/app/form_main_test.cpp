@@ -571,6 +571,7 @@ private Q_SLOTS:
         work("-deutsch");
         const QStringList wanted = shownTexts();
         m_window.reset();
+        SettingsStore().SaveSetting(settings, "Connection", "port", {}); // it would be proposed
         m_line = std::make_unique<SilentLine>();
         work("-english");
         // cppcheck-suppress nullPointer ; work() has made another one
@@ -855,6 +856,64 @@ private Q_SLOTS:
         start({});
         QTest::keyClick(m_window.get(), Qt::Key_F5);
         QTRY_COMPARE(control<QLabel>(*m_window, "Label_msg")->text(), "Please establish a connection");
+    }
+
+    void theMessageLeadsToTheConnectionAndTheLastPortComesBack()
+    {
+        m_ports = {"COM7"};
+        start({});
+        clickMenu("mnu_verbindung_offline");
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        auto *remedy = m_window->findChild<QPushButton *>("cmd_msg_remedy");
+        QVERIFY(remedy != nullptr && QTest::qWaitForWindowActive(remedy->window()));
+        QTest::keyClick(remedy, Qt::Key_Space);
+        QCOMPARE(m_window->tabs().currentIndex(), static_cast<int>(PageIndex::Connection));
+        auto *ports = control<QComboBox>(*m_window, "Cmb_connection_port");
+        QVERIFY(m_window->focusWidget() == ports || m_window->focusWidget() == ports->lineEdit());
+        QTRY_VERIFY(shownMessages().isEmpty());
+        QTest::keyClick(ports, Qt::Key_Down);
+        QTest::mouseClick(control<QPushButton>(*m_window, "cmd_connection_serial"), Qt::LeftButton);
+        QCOMPARE(m_line->opened.last(), "COM7");
+
+        // Nothing goes over the wire unasked.
+        QCOMPARE(m_line->sent, "");
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        QCOMPARE(m_line->sent, "at+cmgr=1\r\nOK\r\n");
+        QTest::mouseClick(control<QPushButton>(*m_window, "cmd_task_version"), Qt::LeftButton);
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        QVERIFY(m_line->sent.contains("V,\xA7\r\n"));
+        Q_EMIT m_line->received("at+cmgs=\"+IP\"\rV,2.1.5,theirs,KTR\x1A");
+        QCOMPARE(control<QLabel>(*m_window, "lbl_task_version")->text(),
+                 "application 2.1.05, configuration theirs");
+
+        m_window.reset();
+        m_ports = {"COM6", "COM7"};
+        start({});
+        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::Connection));
+        QCOMPARE(control<QComboBox>(*m_window, "Cmb_connection_port")->currentText(), "COM7");
+        QCOMPARE(m_line->opened.last(), "COM6"); // the first one, as ever
+    }
+
+    void keysGoToTheNextEntry()
+    {
+        start({});
+        QTest::keyClick(m_window.get(), Qt::Key_PageDown, Qt::AltModifier); // a page without entries
+        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::LimitValues));
+        auto *limit = field("Txt_gw_gw");
+        const auto *entry = control<QScrollBar>(*m_window, "Scr_gw");
+        limit->setFocus();
+        QTest::keyClick(limit, Qt::Key_PageDown, Qt::AltModifier);
+        QTest::keyClick(limit, Qt::Key_PageDown, Qt::AltModifier);
+        QCOMPARE(entry->value(), 2);
+        QVERIFY(limit->hasFocus());
+        typeOver(limit, "4");
+        QTest::keyClick(limit, Qt::Key_PageUp, Qt::AltModifier);
+        QCOMPARE(entry->value(), 1);
+        QCOMPARE(m_window->document().configuration().limitValues[2].limit, "4");
+        QTest::keyClick(limit, Qt::Key_PageUp, Qt::AltModifier);
+        QTest::keyClick(limit, Qt::Key_PageUp, Qt::AltModifier);
+        QCOMPARE(entry->value(), 0);
+        m_window->document().setModified(false);
     }
 
     /// One that broke off and went on is one transmission.

@@ -3,9 +3,12 @@
 
 #include <QCheckBox>
 #include <QClipboard>
+#include <QComboBox>
+#include <QDialog>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 
 using namespace ktr;
 using namespace ktr::test;
@@ -122,6 +125,33 @@ private Q_SLOTS:
         typeOver(control<QLineEdit>(m_page, "Txt_ip_einheit_3"), "bar");
         QCOMPARE(control<QLabel>(m_page, "lbl_ip_einheit_1")->text(), "bar");
         QVERIFY(control<QLabel>(m_page, "lbl_ip_einheit_0")->text().isEmpty());
+    }
+
+    void twoPointsGiveOffsetAndFactorInOneStep()
+    {
+        control<QWidget>(m_page, "Txt_ip_faktor_1")->setFocus(); // of channel 10
+        QTest::mouseClick(control<QPushButton>(m_page, "cmd_ip_scaling"), Qt::LeftButton);
+        const QPointer<QDialog> helper = control<QDialog>(m_page, "Form_scaling");
+        QVERIFY(QTest::qWaitForWindowActive(helper));
+        QCOMPARE(control<QComboBox>(*helper, "Cmb_scaling_channel")->currentText(), "10 Analog In 2");
+        auto *take = control<QPushButton>(*helper, "Cmd_scaling_take");
+        for (const auto &[name, number] :
+             {std::pair{"Txt_scaling_signal_0", "4"}, std::pair{"Txt_scaling_value_0", "-1,5"},
+              std::pair{"Txt_scaling_signal_1", "4"}, std::pair{"Txt_scaling_value_1", "14,5"}}) {
+            QVERIFY(!take->isEnabled());
+            typeOver(control<QLineEdit>(*helper, name), number);
+        }
+        QVERIFY(!take->isEnabled()); // equal signals
+        typeOver(control<QLineEdit>(*helper, "Txt_scaling_signal_1"), "20");
+        QTest::keyClick(helper, Qt::Key_Return);
+        QTRY_VERIFY(helper == nullptr);
+        QCOMPARE(control<QLineEdit>(m_page, "Txt_ip_offset_1")->text(), "-5.5");
+        QCOMPARE(control<QLineEdit>(m_page, "Txt_ip_faktor_1")->text(), "1");
+        QVERIFY(m_all.document.isModified());
+        m_all.history.undo();
+        QCOMPARE(m_all.document.configuration(), m_fresh);
+        m_page.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&m_page));
     }
 
     void theKeyboardGoesRowByRow()

@@ -1,5 +1,6 @@
 #include "config/configuration_file.h"
 #include "editor/limit_value_page.h"
+#include "link/command_sequence.h"
 #include "support/choosing.h"
 #include "support/page_fixture.h"
 
@@ -246,6 +247,25 @@ private Q_SLOTS:
         QCOMPARE(control<QCheckBox>(m_page, "chk_gw_msn_4")->accessibleName(), "Admin 5");
     }
 
+    void theLengthOfTheCommandIsCounted()
+    {
+        m_page.showEntry(2);
+        auto *text = control<QLineEdit>(m_page, "Txt_gw_meldung");
+        const auto *counter = control<QLabel>(m_page, "lbl_gw_length");
+        const auto sent = [this] {
+            return commandsOf(configuration(), {})[stepOf(2)].value_or(QString()).size();
+        };
+        typeOver(text, "Pump fails");
+        QCOMPARE(counter->text(), QStringLiteral("%1 of 160").arg(sent()));
+        const qsizetype room = longestCommand - sent();
+        QTest::keyClicks(text, QString(room, u'x'));
+        QCOMPARE(counter->text(), "160 of 160");
+        QTest::keyClicks(text, "x");
+        QCOMPARE(counter->text(), "161 of 160: too long");
+        m_page.showEntry(0);
+        QVERIFY(!counter->text().contains("long"));
+    }
+
     void init()
     {
         m_all.document.makeNew();
@@ -263,6 +283,15 @@ private Q_SLOTS:
     void cleanup() { QObject::disconnect(&m_all.document, nullptr, &m_page, nullptr); }
 
 private:
+    static std::size_t stepOf(int entry)
+    {
+        const StepSet steps = stepsOfEntry(EntryKind::LimitValue, entry + 1);
+        std::size_t step = 0;
+        while (!steps.test(step)) {
+            ++step;
+        }
+        return step;
+    }
     static void click(QCheckBox *box) { QTest::keyClick(box, Qt::Key_Space); }
     const Configuration &configuration() const { return m_all.document.configuration(); }
     void change(const std::function<void(Configuration &)> &changed) { m_all.document.adjust(changed); }

@@ -5,6 +5,7 @@
 #include "look/kept_focus.h"
 #include "support/page_fixture.h"
 
+#include <QCalendarWidget>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -34,6 +35,21 @@ private Q_SLOTS:
         }
         QCOMPARE(commands(placed), QStringList({"H,0,0", "H,0,1", "k", "K", QStringLiteral("§,77")}));
         QCOMPARE(clock.size(), 1);
+    }
+
+    void theClockCanBeSetToAnotherTimeAndCommandsAreCounted()
+    {
+        TestPage page(m_all.context);
+        m_all.open(page);
+        const QSignalSpy placed(&page, &TestPage::commandPlaced);
+        press(page, "cmd_test_settime_date");
+        auto *popup = control<QWidget>(page, "cmd_test_settime_date_popup");
+        auto *days = control<QWidget>(*popup, "qt_calendar_calendarview");
+        QTest::keyClick(days, Qt::Key_Right); // the present time is that of a Sunday
+        QTest::keyClick(days, Qt::Key_Return);
+        QCOMPARE(commands(placed), QStringList("T,09,11,16,14,05,37,1"));
+        QTest::keyClicks(control<QLineEdit>(page, "txt_test_send"), "H,0,1");
+        QCOMPARE(control<QLabel>(page, "lbl_test_length")->text(), "5 of 160");
     }
 
     void typedCommandsAreTakenOnlyWhileNoTransmissionRuns()
@@ -238,15 +254,92 @@ private Q_SLOTS:
         m_all.open(page);
         const QSignalSpy wanted(&page, &ConnectionPage::serialWanted);
         auto *ports = control<QComboBox>(page, "Cmb_connection_port");
-        page.setPorts({"/dev/ttyS0", "/dev/ttyS1"});
+        page.setPorts({{"/dev/ttyS0", {}}, {"/dev/ttyS1", "Maker Cable"}});
         press(page, "cmd_connection_serial");
         ports->setFocus();
         QTest::keyClick(ports, Qt::Key_Down);
         press(page, "cmd_connection_serial");
         typeOver(ports->lineEdit(), "/dev/pts/7");
-        page.setPorts({"/dev/ttyS1"});
+        page.setPorts({{"/dev/ttyS1", {}}});
         press(page, "cmd_connection_serial");
         QCOMPARE(commands(wanted), QStringList({"", "/dev/ttyS0", "/dev/pts/7"}));
+    }
+
+    void theAdapterBehindALineIsNamed()
+    {
+        ConnectionPage page(m_all.context);
+        m_all.open(page);
+        page.setPorts({{"/dev/ttyS0", {}}, {"/dev/ttyUSB0", "Maker Cable"}});
+        page.setLast("/dev/ttyUSB0", "192.168.0.9");
+        const auto *adapter = control<QLabel>(page, "lbl_connection_adapter");
+        QCOMPARE(control<QComboBox>(page, "Cmb_connection_port")->currentText(), "/dev/ttyUSB0");
+        QCOMPARE(adapter->text(), "Maker Cable");
+        typeOver(control<QComboBox>(page, "Cmb_connection_port")->lineEdit(), "/dev/ttyS0");
+        QCOMPARE(adapter->text(), "");
+
+        const auto *network = control<QLabel>(page, "lbl_connection_network");
+        auto *address = control<QLineEdit>(page, "Txt_connection_address");
+        QCOMPARE(address->text(), "10.0.0.1"); // that of the configuration comes first
+        QVERIFY(network->text().startsWith("No network adapter"));
+        page.setAdapters({{"eth0", "192.168.0.2", 24}, {"wlan0", "10.1.2.3", 8}});
+        QCOMPARE(network->text(), "Through wlan0 (10.1.2.3)");
+        typeOver(address, "192.168.1.9");
+        QCOMPARE(
+            network->text(),
+            "In none of this computer's networks, so through a router: eth0 (192.168.0.2), wlan0 (10.1.2.3)");
+        typeOver(address, "pump.example.org");
+        QVERIFY(network->text().startsWith("Adapters of this computer: eth0"));
+        typeOver(address, "");
+        m_all.document.adjust([](Configuration &changed) { changed.ethernet.ip.clear(); });
+    }
+
+    void theFirstTasksTakeTheirTurnsAndTellTheirAnswers()
+    {
+        using Kind = ModuleDialogue::ReplyKind;
+        ConnectionPage page(m_all.context);
+        m_all.open(page);
+        ServiceTasks &tasks = page.tasks();
+        const QSignalSpy wanted(&tasks, &ServiceTasks::wanted);
+        const auto state = [&page](const char *task) {
+            return control<QLabel>(page, QLatin1String("lbl_task_") + task)->text();
+        };
+        press(page, "cmd_task_clock");
+        QCOMPARE(wanted.size(), 0); // there is no line
+        tasks.setOpen(true);
+        tasks.showWaiting("F,1"); // a command of the user's
+        press(page, "cmd_task_clock");
+        press(page, "cmd_task_version");
+        QCOMPARE(wanted.size(), 0);
+        QCOMPARE(state("clock"), "is sent next");
+        tasks.commandLeft("F,1");
+        tasks.showWaiting({});
+        QCOMPARE(wanted.size(), 1);
+        tasks.showWaiting("T,09,11,15,14,05,37,7");
+        QCOMPARE(state("clock"), "waits until the module reads an SMS");
+        tasks.commandLeft("T,09,11,15,14,05,38,7"); // made anew when the module reads
+        tasks.showWaiting({});
+        QCOMPARE(state("clock"), "handed over, not answered yet");
+        QCOMPARE(wanted.size(), 2);
+        tasks.showWaiting(QStringLiteral("V,§"));
+        tasks.showReply({Kind::Sms, "+IP", "OK: T"});
+        QCOMPARE(state("clock"), "done");
+        tasks.commandLeft(QStringLiteral("V,§"));
+        tasks.showWaiting({});
+        tasks.showReply({Kind::Sms, "+IP", "V,2.1.5,Monday,KTR"});
+        QCOMPARE(state("version"), "application 2.1.05, configuration Monday");
+
+        tasks.showLine("com <---- +CSQ: 3,0");
+        QCOMPARE(state("signal"), QStringLiteral("–")); // nobody asked
+        press(page, "cmd_task_signal");
+        tasks.showLine("com <---- +CSQ: 18,0");
+        QCOMPARE(state("signal"), "-77 dBm (18 of 31)");
+        press(page, "cmd_task_clock");
+        tasks.showWaiting("T,1");
+        tasks.showWaiting({}); // taken back
+        QCOMPARE(state("clock"), "not sent");
+        tasks.setOpen(false);
+        QCOMPARE(state("version"), "application 2.1.05, configuration Monday");
+        QCOMPARE(wanted.size(), 3);
     }
 
     void theConfigurationsAddressIsProposedUntilAnotherIsTyped()

@@ -3,6 +3,7 @@
 #include "support/choosing.h"
 #include "support/page_fixture.h"
 
+#include <QCalendarWidget>
 #include <QComboBox>
 #include <QFile>
 #include <QGroupBox>
@@ -15,6 +16,8 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTextCharFormat>
+#include <QTimeEdit>
 
 using namespace ktr;
 using namespace ktr::test;
@@ -127,6 +130,41 @@ private Q_SLOTS:
         QCOMPARE(control<QLabel>(m_page, "lbl_swtch_start_1")->text(), "JJMMTThhmm");
     }
 
+    void datesAreChosenOnACalendarThatMarksHolidays()
+    {
+        m_all.document.adjust([](Configuration &configuration) {
+            configuration.holidays.add(QDate(2026, 12, 24));
+            configuration.holidays.append(QStringLiteral("no date"));
+            configuration.switchPoints[0].start = "2612230815";
+        });
+        QWidget *popup = openCalendar("cmd_swtch_start_date");
+        auto *calendar = control<QCalendarWidget>(*popup, "Cal_date");
+        QCOMPARE(calendar->selectedDate(), QDate(2026, 12, 23));
+        QVERIFY(calendar->dateTextFormat(QDate(2026, 12, 24)).fontUnderline());
+        QVERIFY(!calendar->dateTextFormat(QDate(2026, 12, 23)).fontUnderline());
+        auto *days = control<QWidget>(*calendar, "qt_calendar_calendarview");
+        QTest::keyClick(days, Qt::Key_Right);
+        auto *time = control<QTimeEdit>(*popup, "Time_date");
+        time->setFocus();
+        QTest::keyClick(time, Qt::Key_Up);
+        QTest::mouseClick(control<QPushButton>(*popup, "Cmd_date_take"), Qt::LeftButton);
+        QVERIFY(!popup->isVisible());
+        QCOMPARE(control<QLineEdit>(m_page, "Txt_swtch_start")->text(), "2612240915");
+        QCOMPARE(configuration().switchPoints[0].start, "2612240915");
+        QVERIFY(m_all.document.isModified());
+
+        typeOver(control<QLineEdit>(m_page, "Text_switch_frei"), "30.12.2026");
+        popup = openCalendar("cmd_swtch_frei_date");
+        days = control<QWidget>(*popup, "qt_calendar_calendarview");
+        QTest::keyClick(days, Qt::Key_Right);
+        QTest::keyClick(days, Qt::Key_Return);
+        QCOMPARE(control<QLineEdit>(m_page, "Text_switch_frei")->text(), "31.12.2026");
+        popup = openCalendar("cmd_swtch_frei_date");
+        QTest::keyClick(popup, Qt::Key_Escape);
+        QVERIFY(!popup->isVisible());
+        QCOMPARE(control<QLineEdit>(m_page, "Text_switch_frei")->text(), "31.12.2026");
+    }
+
     void aHolidayIsAddedOnceWithEnterOrTheButton()
     {
         m_page.showEntry(5);
@@ -228,6 +266,12 @@ private:
     void click(const QString &button)
     {
         QTest::mouseClick(control<QPushButton>(m_page, button), Qt::LeftButton);
+    }
+    /// The newest of that button.
+    QWidget *openCalendar(const QString &button)
+    {
+        QTest::mouseClick(control<QAbstractButton>(m_page, button), Qt::LeftButton);
+        return m_page.findChildren<QWidget *>(button + "_popup").last();
     }
     void fill(int count)
     {

@@ -189,6 +189,17 @@ private Q_SLOTS:
         const QStringList expected{dev + u"/ttyUSB2"_s, dev + u"/ttyUSB10"_s, dev + u"/ttyACM0"_s,
                                    dev + u"/ttyS1"_s};
         QCOMPARE(serialPorts(dev, path(u"class"_s)), expected);
+
+        // A cable: the port stands two folders below what was plugged in.
+        const QString port = path(u"devices/usb1/1-1/1-1:1.0/ttyUSB9"_s);
+        QVERIFY(QDir().mkpath(port) && QDir().mkpath(path(u"class/ttyUSB9"_s)));
+        QVERIFY(QFile::link(port, path(u"class/ttyUSB9/device"_s)));
+        QCOMPARE(serialAdapter(u"/dev/ttyUSB9"_s, path(u"class"_s)), QString());
+        QVERIFY(test::writeFile(path(u"devices/usb1/1-1/product"_s), "USB  Cable\n"));
+        QCOMPARE(serialAdapter(u"/dev/ttyUSB9"_s, path(u"class"_s)), u"USB Cable"_s);
+        QVERIFY(test::writeFile(path(u"devices/usb1/1-1/manufacturer"_s), "Maker\n"));
+        QCOMPARE(serialAdapter(u"/dev/ttyUSB9"_s, path(u"class"_s)), u"Maker USB Cable"_s);
+        QCOMPARE(serialAdapter(u"/dev/pts/7"_s, path(u"class"_s)), QString());
     }
 };
 
