@@ -1,9 +1,9 @@
 #include "platform/environment.h"
 
 #include <QLibrary>
-#include <qt_windows.h>
 
 #include <array>
+#include <windows.h>
 
 namespace ktr {
 
@@ -15,7 +15,7 @@ QString fullUserName()
     const auto getUserName = reinterpret_cast<GetUserNameExFunction>(
         QLibrary::resolve(QStringLiteral("secur32"), "GetUserNameExW"));
     std::array<wchar_t, 256> name{};
-    ULONG size = name.size();
+    auto size = static_cast<ULONG>(name.size());
     return getUserName != nullptr && getUserName(nameDisplay, name.data(), &size) != 0
                ? QString::fromWCharArray(name.data()).trimmed()
                : QString();

@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <array>
-#include <setupapi.h>
 #include <vector>
+// clang-format off
 #include <windows.h>
+#include <setupapi.h> // needs the one before
+// clang-format on
 
 namespace ktr {
 
@@ -131,7 +133,7 @@ QString serialAdapter(const QString &port)
     device.cbSize = sizeof device;
     for (DWORD index = 0; found.isEmpty() && ::SetupDiEnumDeviceInfo(devices, index, &device) != 0; ++index) {
         std::array<wchar_t, 256> name{};
-        const DWORD bytes = sizeof(wchar_t) * (name.size() - 1);
+        const auto bytes = static_cast<DWORD>(sizeof(wchar_t) * (name.size() - 1));
         if (::SetupDiGetDeviceRegistryPropertyW(devices, &device, SPDRP_FRIENDLYNAME, nullptr,
                                                 reinterpret_cast<BYTE *>(name.data()), bytes, nullptr) != 0) {
             const QString text = QString::fromWCharArray(name.data());
