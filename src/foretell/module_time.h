@@ -11,7 +11,7 @@ using ModuleMs = qint64;
 
 inline constexpr ModuleMs msPerSecond = 1000;
 inline constexpr ModuleMs msPerMinute = 60 * msPerSecond;
-inline constexpr ModuleMs msPerDay = 24 * 60 * msPerMinute;
+inline constexpr ModuleMs msPerDay = 24 * (60 * msPerMinute);
 
 inline ModuleMs moduleMs(QDate date, QTime time = QTime(0, 0))
 {

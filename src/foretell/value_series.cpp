@@ -18,21 +18,24 @@ QString told(const char *text)
     return QCoreApplication::translate("Foretelling", text);
 }
 
+/// "15.11.2026 14:00", "2026-11-15 14:00:30", "2026-11-15T14:00:30.250+01:00".
 std::optional<ModuleMs> timeOf(const QString &text)
 {
-    static const QStringList forms{QStringLiteral("dd.MM.yyyy HH:mm"), QStringLiteral("dd.MM.yyyy HH:mm:ss"),
-                                   QStringLiteral("yyyy-MM-dd HH:mm"), QStringLiteral("yyyy-MM-dd HH:mm:ss"),
-                                   QStringLiteral("yyyy-MM-ddTHH:mm")};
-    for (const QString &form : forms) {
-        if (const QDateTime time = QDateTime::fromString(text, form); time.isValid()) {
-            return moduleMs(time.date(), time.time());
-        }
-    }
-    const QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
-    if (!time.isValid() || !text.contains(u'T')) {
+    const qsizetype end = text.indexOf(u' ') > 0 ? text.indexOf(u' ') : text.indexOf(u'T');
+    if (end <= 0) {
         return std::nullopt;
     }
-    return moduleMs(time.timeSpec() == Qt::LocalTime ? time : time.toLocalTime());
+    const QString day = text.first(end);
+    const QString clock = text.sliced(end + 1);
+    const bool isIso = day.contains(u'-');
+    const bool hasOffset = clock.contains(u'Z') || clock.contains(u'+') || clock.contains(u'-');
+    if (hasOffset) {
+        const QDateTime time = QDateTime::fromString(text, Qt::ISODateWithMs);
+        return time.isValid() ? std::optional(moduleMs(time.toLocalTime())) : std::nullopt;
+    }
+    const QDate date = isIso ? QDate::fromString(day, Qt::ISODate) : QDate::fromString(day, u"dd.MM.yyyy");
+    const QTime time = QTime::fromString(clock, Qt::ISODateWithMs);
+    return date.isValid() && time.isValid() ? std::optional(moduleMs(date, time)) : std::nullopt;
 }
 
 /// "9", or as lists have it, "9 AnalogIn 1".

@@ -490,6 +490,11 @@ void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOption
             drawScrollBar(*bar, painter, *this, widget);
         }
         return;
+    case CC_Slider:
+        if (const auto *slider = qstyleoption_cast<const QStyleOptionSlider *>(option)) {
+            drawSlider(*slider, painter, *this, widget);
+        }
+        return;
     case CC_ComboBox:
         if (const auto *box = qstyleoption_cast<const QStyleOptionComboBox *>(option)) {
             if (box->frame) {

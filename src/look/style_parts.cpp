@@ -278,6 +278,39 @@ QRect scrollBarPart(const QStyleOptionSlider &bar, QStyle::SubControl part, cons
     }
 }
 
+void drawSlider(const QStyleOptionSlider &slider, QPainter *painter, const QStyle &style,
+                const QWidget *widget)
+{
+    constexpr int thickness = 4;
+    constexpr int mostHandle = 16;
+    const bool horizontal = slider.orientation == Qt::Horizontal;
+    const QRect handle = style.subControlRect(QStyle::CC_Slider, &slider, QStyle::SC_SliderHandle, widget);
+    const QPoint middle = handle.center();
+    QRect groove = slider.rect;
+    QRect before;
+    if (horizontal) {
+        groove.setRect(groove.left(), middle.y() - thickness / 2, groove.width(), thickness);
+        before = groove;
+        slider.upsideDown ? before.setLeft(middle.x()) : before.setRight(middle.x());
+    } else {
+        groove.setRect(middle.x() - thickness / 2, groove.top(), thickness, groove.height());
+        before = groove;
+        slider.upsideDown ? before.setTop(middle.y()) : before.setBottom(middle.y());
+    }
+    const bool enabled = has(&slider, QStyle::State_Enabled);
+    const QColor border = fieldBorder(slider.palette);
+    const QColor colour = enabled ? accent(slider.palette) : border;
+    drawRounded(painter, groove, thickness / 2.0, QColor(), hairline(slider.palette));
+    drawRounded(painter, before, thickness / 2.0, QColor(), colour);
+    const int size = std::min({mostHandle, handle.width(), handle.height()});
+    QRect round(0, 0, size, size);
+    round.moveCenter(middle);
+    const bool isFilled =
+        enabled && (has(&slider, QStyle::State_HasFocus) || has(&slider, QStyle::State_Sunken));
+    drawRounded(painter, round, size / 2.0, colour, isFilled ? colour : slider.palette.color(QPalette::Base),
+                2);
+}
+
 void drawTab(const QStyleOptionTab &tab, QPainter *painter)
 {
     const bool chosen = has(&tab, QStyle::State_Selected);

@@ -34,6 +34,9 @@ void drawScrollBar(const QStyleOptionSlider &bar, QPainter *painter, const QStyl
                    const QWidget *widget);
 QRect scrollBarPart(const QStyleOptionSlider &bar, QStyle::SubControl part, const QStyle &style,
                     const QWidget *widget);
+/// A groove, filled up to a round handle; the handle is filled while it has the focus.
+void drawSlider(const QStyleOptionSlider &slider, QPainter *painter, const QStyle &style,
+                const QWidget *widget);
 void drawTab(const QStyleOptionTab &tab, QPainter *painter);
 void drawHeaderSection(const QStyleOptionHeader &header, QPainter *painter);
 void drawProgress(const QStyleOptionProgressBar &bar, QPainter *painter);
