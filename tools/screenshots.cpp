@@ -10,9 +10,13 @@
 #include "platform/registry.h"
 #include "support/silent_line.h"
 
+#include <QAbstractButton>
+#include <QAction>
 #include <QApplication>
+#include <QDateTimeEdit>
 #include <QDir>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QTabBar>
 #include <QTemporaryDir>
 
@@ -81,6 +85,32 @@ QPixmap compared(FormMain &window, const QSize &size)
         }
     }
     return {};
+}
+
+/// The window that plays the sample, with a level that has risen and a flow that has ceased.
+QPixmap foretold(FormMain &window, const QSize &size)
+{
+    window.findChild<QAction *>(QStringLiteral("mnu_foretell"))->trigger();
+    auto *foretell = window.findChild<QWidget *>(QStringLiteral("Form_foretell"));
+    if (foretell == nullptr) {
+        return {};
+    }
+    foretell->resize(size);
+    auto *begin = foretell->findChild<QDateTimeEdit *>(QStringLiteral("Date_foretell_begin"));
+    begin->setDateTime(QDateTime(QDate(2026, 12, 29), QTime(8, 0)));
+    Q_EMIT begin->editingFinished();
+    for (const auto &[channel, value] : {std::pair(10, "40"), std::pair(9, "3,6"), std::pair(10, "4")}) {
+        auto *field = foretell->findChild<QLineEdit *>(QStringLiteral("Txt_foretell_%1").arg(channel));
+        field->setText(QLatin1String(value));
+        Q_EMIT field->textEdited(field->text());
+    }
+    for (int step = 0; step < 6; ++step) {
+        foretell->findChild<QAbstractButton *>(QStringLiteral("Cmd_foretell_step"))->click();
+    }
+    settle();
+    QPixmap picture = foretell->grab();
+    foretell->close();
+    return picture;
 }
 
 } // namespace
@@ -155,6 +185,11 @@ int main(int argc, char **argv)
             const QString name = QStringLiteral("compare-%1.png").arg(suffix);
             if (!compared(window, all ? smallest : comfortable).save(pictures.filePath(name))) {
                 std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(name));
+                return 1;
+            }
+            const QString played = QStringLiteral("foretell-%1.png").arg(suffix);
+            if (!foretold(window, all ? smallest : laptop).save(pictures.filePath(played))) {
+                std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(played));
                 return 1;
             }
         }

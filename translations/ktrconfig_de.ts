@@ -2825,6 +2825,48 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::ChannelInput</name>
+    <message>
+        <source>none</source>
+        <translation>keiner</translation>
+    </message>
+    <message>
+        <source>A signal of %1</source>
+        <translation>Ein Signal von %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ChannelInputs</name>
+    <message>
+        <source>is not played</source>
+        <translation>wird nicht gespielt</translation>
+    </message>
+    <message>
+        <source>has no value yet</source>
+        <translation>noch kein Wert</translation>
+    </message>
+    <message>
+        <source>not passed</source>
+        <translation>nicht verletzt</translation>
+    </message>
+    <message>
+        <source>delay until %1</source>
+        <translation>Verzögerung bis %1</translation>
+    </message>
+    <message>
+        <source>stands, repetition at %1</source>
+        <translation>steht an, Wiederholung um %1</translation>
+    </message>
+    <message>
+        <source>stands</source>
+        <translation>steht an</translation>
+    </message>
+    <message>
+        <source>No limit value watches a channel</source>
+        <translation>Kein Grenzwert überwacht einen Kanal</translation>
+    </message>
+</context>
+<context>
     <name>ktr::CompareWindow</name>
     <message>
         <source>Compare</source>
@@ -3702,6 +3744,133 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::ForetellWindow</name>
+    <message>
+        <source>What would happen</source>
+        <translation>Was würde geschehen</translation>
+    </message>
+    <message>
+        <source>Speed:</source>
+        <translation>Tempo:</translation>
+    </message>
+    <message>
+        <source>From:</source>
+        <translation>Ab:</translation>
+    </message>
+    <message>
+        <source>The module&apos;s clock at the beginning; fourteen days are shown</source>
+        <translation>Die Uhr des Moduls am Anfang; gezeigt werden vierzehn Tage</translation>
+    </message>
+    <message>
+        <source>Goes to the moment at which something happens next</source>
+        <translation>Geht zu dem Augenblick, in dem als Nächstes etwas geschieht</translation>
+    </message>
+    <message>
+        <source>Begins anew; the values stay</source>
+        <translation>Beginnt von vorn; die Werte bleiben</translation>
+    </message>
+    <message>
+        <source>Takes a table from the clipboard: time, channel and value in each line (Ctrl+V)</source>
+        <translation>Nimmt eine Tabelle aus der Zwischenablage: Zeit, Kanal und Wert in jeder Zeile (Strg+V)</translation>
+    </message>
+    <message>
+        <source>Takes such a table, or an exported archive, from a file</source>
+        <translation>Nimmt eine solche Tabelle oder ein exportiertes Archiv aus einer Datei</translation>
+    </message>
+    <message>
+        <source>Also lists when limits are passed and limit values are over</source>
+        <translation>Führt auch auf, wann Grenzen verletzt werden und Grenzwerte vorbei sind</translation>
+    </message>
+    <message>
+        <source>Switchings of fourteen days</source>
+        <translation>Schaltungen von vierzehn Tagen</translation>
+    </message>
+    <message>
+        <source>Events</source>
+        <translation>Ereignisse</translation>
+    </message>
+    <message>
+        <source>Next event</source>
+        <translation>Nächstes Ereignis</translation>
+    </message>
+    <message>
+        <source>From the beginning</source>
+        <translation>Von vorn</translation>
+    </message>
+    <message>
+        <source>Paste values</source>
+        <translation>Werte einfügen</translation>
+    </message>
+    <message>
+        <source>Values from file...</source>
+        <translation>Werte aus Datei...</translation>
+    </message>
+    <message>
+        <source>Without the table</source>
+        <translation>Ohne Tabelle</translation>
+    </message>
+    <message>
+        <source>Limits, too</source>
+        <translation>Auch Grenzen</translation>
+    </message>
+    <message>
+        <source>Give the channels values and let the clock run</source>
+        <translation>Geben Sie den Kanälen Werte und lassen Sie die Uhr laufen</translation>
+    </message>
+    <message>
+        <source>In these fourteen days no switch point switches by the calendar</source>
+        <translation>In diesen vierzehn Tagen schaltet kein Schaltpunkt nach dem Kalender</translation>
+    </message>
+    <message>
+        <source>Nothing more happens within the fourteen days</source>
+        <translation>Innerhalb der vierzehn Tage geschieht nichts mehr</translation>
+    </message>
+    <message>
+        <source>Clipboard</source>
+        <translation>Zwischenablage</translation>
+    </message>
+    <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
+        <source>Run</source>
+        <translation>Start</translation>
+    </message>
+    <message>
+        <source>A click or the arrow keys choose a switching; weekends are grey, holidays tinted; dashed: not known</source>
+        <translation>Ein Klick oder die Pfeiltasten wählen eine Schaltung; Wochenenden sind grau, Feiertage getönt; gestrichelt: nicht bekannt</translation>
+    </message>
+    <message>
+        <source>The module&apos;s own behaviour is not known in these points. Where the list and the timeline rest on one of them, they name its number.</source>
+        <translation>In diesen Punkten ist das Verhalten des Moduls nicht bekannt. Wo die Liste und die Zeitleiste auf einem davon beruhen, nennen sie seine Nummer.</translation>
+    </message>
+    <message>
+        <source>Assumed (%1)</source>
+        <translation>Angenommen (%1)</translation>
+    </message>
+    <message>
+        <source>%1: no value yet</source>
+        <translation>%1: noch kein Wert</translation>
+    </message>
+    <message>
+        <source>The clocks change here: when the module&apos;s shows %1 it is %2 here</source>
+        <translation>Hier werden die Uhren umgestellt: Wenn die des Moduls %1 zeigt, ist es hier %2</translation>
+    </message>
+    <message>
+        <source>Not played (%1)</source>
+        <translation>Nicht gespielt (%1)</translation>
+    </message>
+    <message>
+        <source>%1: %2 values, %3 to %4</source>
+        <translation>%1: %2 Werte, %3 bis %4</translation>
+    </message>
+    <message>
+        <source>Values by the sliders</source>
+        <translation>Werte durch die Regler</translation>
+    </message>
+</context>
+<context>
     <name>ktr::FormMain</name>
     <message>
         <source>The settings cannot be written; what is chosen holds for this run</source>
@@ -4475,6 +4644,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Previous entry</source>
         <translation>Voriger Eintrag</translation>
     </message>
+    <message>
+        <source>What would happen...</source>
+        <translation>Was würde geschehen...</translation>
+    </message>
 </context>
 <context>
     <name>ktr::MaintenanceCard</name>
@@ -4903,6 +5076,33 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The password stands in PostgreSQL&apos;s password file (~/.pgpass), not here.</source>
         <translation>Das Kennwort steht in der Kennwortdatei von PostgreSQL (~/.pgpass), nicht hier.</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::PlayEventModel</name>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Was</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>An</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Cause</source>
+        <translation>Ursache</translation>
+    </message>
+    <message>
+        <source>Rests on</source>
+        <translation>Beruht auf</translation>
     </message>
 </context>
 <context>
@@ -5538,6 +5738,37 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1 is sent when the module next reads an SMS; a click takes it back</source>
         <translation>%1 wird gesendet, sobald das Modul die nächste SMS liest; ein Klick nimmt es zurück</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::SwitchTimeline</name>
+    <message>
+        <source>Mon</source>
+        <translation>Mo</translation>
+    </message>
+    <message>
+        <source>Tue</source>
+        <translation>Di</translation>
+    </message>
+    <message>
+        <source>Wed</source>
+        <translation>Mi</translation>
+    </message>
+    <message>
+        <source>Thu</source>
+        <translation>Do</translation>
+    </message>
+    <message>
+        <source>Fri</source>
+        <translation>Fr</translation>
+    </message>
+    <message>
+        <source>Sat</source>
+        <translation>Sa</translation>
+    </message>
+    <message>
+        <source>Sun</source>
+        <translation>So</translation>
     </message>
 </context>
 <context>

@@ -374,6 +374,8 @@ void FormMain::connectMenu()
     connect(m_menu->openSettings, &QAction::triggered, &m_sideWindows, &SideWindows::showSettings);
     connect(m_menu->compareConfigurations, &QAction::triggered, &m_sideWindows,
             [this] { m_sideWindows.showCompare(m_files->dialogs()); });
+    connect(m_menu->foretell, &QAction::triggered, &m_sideWindows,
+            [this] { m_sideWindows.showForetell(m_files->dialogs()); });
     connect(m_menu->showAbout, &QAction::triggered, &m_sideWindows, &SideWindows::showAbout);
     connect(&m_sideWindows, &SideWindows::languageChosen, this, [this](const QString &language) {
         m_language.use(language);

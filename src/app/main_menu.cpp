@@ -72,6 +72,7 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
 
     m_tools = bar->addMenu(QString());
     compareConfigurations = add(m_tools, "mnu_compare", QKeySequence(Qt::CTRL | Qt::Key_D));
+    foretell = add(m_tools, "mnu_foretell", QKeySequence(Qt::CTRL | Qt::Key_H));
     showProblems = add(m_tools, "mnu_problems", QKeySequence(Qt::Key_F8));
     showProblems->setCheckable(true);
     openSettings = add(m_tools, "mnu_settings");
@@ -184,6 +185,7 @@ void MainMenu::applyTexts(const TextTable &texts)
     openOperationalMode->setText(text(Text::OperationalMode));
     m_tools->setTitle(text(Text::Tools));
     compareConfigurations->setText(tr("Compare..."));
+    foretell->setText(tr("What would happen..."));
     showProblems->setText(tr("Show problems"));
     openSettings->setText(text(Text::Settings));
     showAbout->setText(text(Text::About));

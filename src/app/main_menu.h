@@ -72,6 +72,7 @@ public:
     QAction *openOperationalMode;
     QAction *openSettings;
     QAction *compareConfigurations;
+    QAction *foretell;
     QAction *showProblems;
     QAction *showAbout;
 

@@ -4,6 +4,7 @@
 #include "app/appearance_setting.h"
 #include "app/compare_window.h"
 #include "app/file_dialogs.h"
+#include "app/foretell_window.h"
 #include "app/preview_window.h"
 #include "app/printing.h"
 #include "app/settings_window.h"
@@ -93,6 +94,19 @@ void SideWindows::showCompareWith(FileDialogs &dialogs, const Configuration &oth
     window.appear();
 }
 
+void SideWindows::showForetell(FileDialogs &dialogs)
+{
+    if (m_foretell == nullptr) {
+        m_foretell = new ForetellWindow(
+            {m_document, m_texts, [&dialogs] { return dialogs.askOpen(QStringLiteral("*.csv|*.csv")); }},
+            &m_window);
+        m_foretell->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    m_foretell->show();
+    m_foretell->raise();
+    m_foretell->activateWindow();
+}
+
 void SideWindows::closeCompare()
 {
     if (m_compare != nullptr) {
@@ -126,12 +140,13 @@ void SideWindows::applyTexts()
     apply(m_about);
     apply(m_settings);
     apply(m_transmissions);
+    apply(m_foretell);
 }
 
 void SideWindows::close()
 {
-    for (QWidget *window :
-         std::initializer_list<QWidget *>{m_compare.get(), m_preview, m_about, m_settings, m_transmissions}) {
+    for (QWidget *window : std::initializer_list<QWidget *>{m_compare.get(), m_preview, m_about, m_settings,
+                                                            m_transmissions, m_foretell}) {
         if (window != nullptr) {
             window->close();
         }

@@ -17,6 +17,7 @@ namespace ktr {
 
 class CompareWindow;
 class FileDialogs;
+class ForetellWindow;
 class frmAbout;
 class frmSettings;
 class frm_preview;
@@ -41,6 +42,9 @@ public:
     void showCompare(FileDialogs &dialogs);
     /// The same beside any other configuration, such as what a module holds.
     void showCompareWith(FileDialogs &dialogs, const Configuration &other, const QString &title);
+
+    /// Plays the configuration.
+    void showForetell(FileDialogs &dialogs);
 
     void closeCompare();
     /// One that is open comes to the front. Whoever calls it connects what it asks for, where it `isNew`.
@@ -69,6 +73,7 @@ private:
     QPointer<frmAbout> m_about;
     QPointer<frmSettings> m_settings;
     QPointer<TransmissionsWindow> m_transmissions;
+    QPointer<ForetellWindow> m_foretell;
 };
 
 } // namespace ktr
