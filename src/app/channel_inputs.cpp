@@ -171,6 +171,11 @@ void ChannelInput::describe(const Configuration &configuration, const TextTable 
     showValue(m_value);
 }
 
+QList<QWidget *> ChannelInput::controls() const
+{
+    return {m_box, m_slider, m_field};
+}
+
 double ChannelInput::shareToValue(int position) const
 {
     const double share = double(position) / sliderSteps;
@@ -270,8 +275,14 @@ void ChannelInputs::describe(const Configuration &configuration, const TextTable
         }
         m_inputs[at]->describe(configuration, texts);
     }
-    for (qsizetype at = 1; at < m_inputs.size(); ++at) {
-        setTabOrder(m_inputs[at - 1], m_inputs[at]);
+    QWidget *before = m_before;
+    for (const ChannelInput *input : std::as_const(m_inputs)) {
+        for (QWidget *control : input->controls()) {
+            if (before != nullptr) {
+                setTabOrder(before, control);
+            }
+            before = control;
+        }
     }
     m_none->setVisible(wanted.isEmpty());
 }

@@ -27,6 +27,8 @@ public:
     ChannelInput(int channel, QWidget *parent);
 
     int channel() const { return m_channel; }
+    /// What takes the focus, in order.
+    QList<QWidget *> controls() const;
     /// What belongs to the configuration: name, unit, range.
     void describe(const Configuration &configuration, const TextTable &texts);
     /// The value that the channel has; nothing: none yet.
@@ -63,6 +65,8 @@ class ChannelInputs : public QWidget
 public:
     explicit ChannelInputs(QWidget *parent);
 
+    /// Tab goes from there to the first of them.
+    void setTabStart(QWidget *before) { m_before = before; }
     void describe(const Configuration &configuration, const TextTable &texts);
     void showPlay(const ModulePlay &play, const Configuration &configuration);
 
@@ -72,6 +76,7 @@ Q_SIGNALS:
 private:
     QList<ChannelInput *> m_inputs;
     QVBoxLayout *m_layout;
+    QWidget *m_before = nullptr;
     QLabel *m_none;
     QLabel *m_combinations;
 };

@@ -185,9 +185,11 @@ void ForetellWindow::layOut()
     all->addLayout(clockRow());
     all->addLayout(seriesRow());
     m_inputs = new ChannelInputs(this);
+    m_inputs->setTabStart(m_states);
     auto *inputs = new QScrollArea(this);
     inputs->setWidget(m_inputs);
     inputs->setWidgetResizable(true);
+    inputs->setFocusPolicy(Qt::NoFocus);
     inputs->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     inputs->viewport()->setAutoFillBackground(false);
     m_inputs->setAutoFillBackground(false);

@@ -91,6 +91,22 @@ private Q_SLOTS:
         QCOMPARE(lines().last(), "15.11.2009 14:05|back before the delay was over|");
     }
 
+    void tabGoesFromTheButtonsToTheChannels()
+    {
+        m_pages->document.edit(
+            [](Configuration &configuration) { configuration.limitValues[4].channel = 6; });
+        QTRY_VERIFY(m_window->findChild<QCheckBox *>("Chk_foretell_6") != nullptr);
+        QTRY_VERIFY(control<QCheckBox>(*m_window, "Chk_foretell_6")->isVisible());
+        control<QCheckBox>(*m_window, "Chk_foretell_states")->setFocus();
+        QStringList order;
+        for (int stop = 0; stop < 4; ++stop) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+            order += QApplication::focusWidget()->objectName();
+        }
+        QCOMPARE(order.mid(0, 3), QStringList({"Chk_foretell_6", "Slider_foretell_9", "Txt_foretell_9"}));
+        QVERIFY(!order[3].isEmpty());
+    }
+
     void theClockRuns()
     {
         typeOver(control<QLineEdit>(*m_window, "Txt_foretell_9"), "4");
