@@ -3744,6 +3744,271 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::FleetModel</name>
+    <message>
+        <source>%1 of %2 commands</source>
+        <translation>%1 von %2 Befehlen</translation>
+    </message>
+    <message>
+        <source>all %1 commands: nothing is proved</source>
+        <translation>alle %1 Befehle: nichts ist bewiesen</translation>
+    </message>
+    <message>
+        <source>all %1 commands</source>
+        <translation>alle %1 Befehle</translation>
+    </message>
+    <message>
+        <source>; identifier &quot;%1&quot;</source>
+        <translation>; Kennung „%1“</translation>
+    </message>
+    <message>
+        <source>; problems: %1</source>
+        <translation>; Probleme: %1</translation>
+    </message>
+    <message>
+        <source>waits</source>
+        <translation>wartet</translation>
+    </message>
+    <message>
+        <source>begins</source>
+        <translation>beginnt</translation>
+    </message>
+    <message>
+        <source>step %1 of %2</source>
+        <translation>Schritt %1 von %2</translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation>Station</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Adresse</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Will be sent</source>
+        <translation>Wird gesendet</translation>
+    </message>
+    <message>
+        <source>Outcome</source>
+        <translation>Ergebnis</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::FleetRun</name>
+    <message>
+        <source>cancelled</source>
+        <translation>abgebrochen</translation>
+    </message>
+    <message>
+        <source>not begun</source>
+        <translation>nicht begonnen</translation>
+    </message>
+    <message>
+        <source>%1 commands in %2 s</source>
+        <translation>%1 Befehle in %2 s</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::FleetWindow</name>
+    <message>
+        <source>Transmit to several stations</source>
+        <translation>An mehrere Stationen übertragen</translation>
+    </message>
+    <message>
+        <source>Files in:</source>
+        <translation>Dateien in:</translation>
+    </message>
+    <message>
+        <source>a folder; without one the files transmitted last</source>
+        <translation>ein Ordner; ohne ihn die zuletzt übertragenen Dateien</translation>
+    </message>
+    <message>
+        <source>A station&apos;s file has its name as identifier, or its address</source>
+        <translation>Die Datei einer Station hat deren Namen als Kennung oder deren Adresse</translation>
+    </message>
+    <message>
+        <source>The file of the station that is chosen in the list</source>
+        <translation>Die Datei der Station, die in der Liste gewählt ist</translation>
+    </message>
+    <message>
+        <source>Set in them:</source>
+        <translation>Darin setzen:</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>As on the pages (&quot;LV 4/Notification&quot;) or as in the file; &quot;number 1&quot;</source>
+        <translation>Wie auf den Seiten („GW 4/Meldung“) oder wie in der Datei; „Rufnummer 1“</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Saves the value in the files of the ticked stations: in all of them or in none</source>
+        <translation>Speichert den Wert in den Dateien der angekreuzten Stationen: in allen oder in keiner</translation>
+    </message>
+    <message>
+        <source>Find stations</source>
+        <translation>Stationen suchen</translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation>Stationen</translation>
+    </message>
+    <message>
+        <source>The space bar ticks the stations that are chosen</source>
+        <translation>Die Leertaste kreuzt die gewählten Stationen an</translation>
+    </message>
+    <message>
+        <source>There are no stations</source>
+        <translation>Es gibt keine Stationen</translation>
+    </message>
+    <message>
+        <source>Differences</source>
+        <translation>Unterschiede</translation>
+    </message>
+    <message>
+        <source>All is sent to a module of which it is not proved what it holds</source>
+        <translation>An ein Modul, von dem nicht bewiesen ist, was es enthält, wird alles gesendet</translation>
+    </message>
+    <message>
+        <source>At a time:</source>
+        <translation>Zugleich:</translation>
+    </message>
+    <message>
+        <source>Receipts in:</source>
+        <translation>Belege in:</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>keine</translation>
+    </message>
+    <message>
+        <source>A PDF for each transmission</source>
+        <translation>Ein PDF für jede Übertragung</translation>
+    </message>
+    <message>
+        <source>The module holds</source>
+        <translation>Das Modul enthält</translation>
+    </message>
+    <message>
+        <source>It gets</source>
+        <translation>Es erhält</translation>
+    </message>
+    <message>
+        <source>%1 is no folder</source>
+        <translation>%1 ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>%1 is written by every edit</source>
+        <translation>%1 schreibt jede Änderung selbst</translation>
+    </message>
+    <message>
+        <source>Nothing was saved</source>
+        <translation>Es wurde nichts gespeichert</translation>
+    </message>
+    <message>
+        <source>Changed: %1 of %2 files</source>
+        <translation>Geändert: %1 von %2 Dateien</translation>
+    </message>
+    <message>
+        <source>%1: the folder cannot be made</source>
+        <translation>%1: der Ordner kann nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>%1 of %2 stations are watched in the operational mode. Each is let go of while it is transmitted to, and watched again after that.</source>
+        <translation>%1 von %2 Stationen werden im Betriebsmodus überwacht. Jede wird losgelassen, während an sie übertragen wird, und danach wieder überwacht.</translation>
+    </message>
+    <message>
+        <source>%1 of %2 stations are whole, after %3 s</source>
+        <translation>%1 von %2 Stationen sind vollständig, nach %3 s</translation>
+    </message>
+    <message>
+        <source>Results</source>
+        <translation>Ergebnisse</translation>
+    </message>
+    <message>
+        <source>Written: %1</source>
+        <translation>Geschrieben: %1</translation>
+    </message>
+    <message>
+        <source>%1 ticked, %2 with a file</source>
+        <translation>%1 angekreuzt, %2 mit Datei</translation>
+    </message>
+    <message>
+        <source>Folder...</source>
+        <translation>Ordner...</translation>
+    </message>
+    <message>
+        <source>File...</source>
+        <translation>Datei...</translation>
+    </message>
+    <message>
+        <source>Set in %1 files</source>
+        <translation>In %1 Dateien setzen</translation>
+    </message>
+    <message>
+        <source>All that are shown</source>
+        <translation>Alle angezeigten</translation>
+    </message>
+    <message>
+        <source>Only what differs</source>
+        <translation>Nur was sich unterscheidet</translation>
+    </message>
+    <message>
+        <source>Folder for receipts...</source>
+        <translation>Ordner für Belege...</translation>
+    </message>
+    <message>
+        <source>Transmit to %1</source>
+        <translation>An %1 übertragen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Retry %1</source>
+        <translation>%1 wiederholen</translation>
+    </message>
+    <message>
+        <source>Results...</source>
+        <translation>Ergebnisse...</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 have ended, %3 s</source>
+        <translation>%1 von %2 sind beendet, %3 s</translation>
+    </message>
+    <message>
+        <source>Problem: %1</source>
+        <translation>Problem: %1</translation>
+    </message>
+    <message>
+        <source>%1: %2 fields differ from what it holds if it tells the version %3</source>
+        <translation>%1: %2 Felder sind anders als im Modul, wenn es die Version %3 meldet</translation>
+    </message>
+    <message>
+        <source>%1: nothing proves what its module holds, so all is sent</source>
+        <translation>%1: nichts beweist, was das Modul enthält; es wird alles gesendet</translation>
+    </message>
+    <message>
+        <source>Stations are being transmitted to: cancel that first</source>
+        <translation>Es wird gerade übertragen: erst abbrechen</translation>
+    </message>
+</context>
+<context>
     <name>ktr::ForetellWindow</name>
     <message>
         <source>What would happen</source>
@@ -4018,6 +4283,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Whether they are watched is not known here. It is tried again all the time. %1</source>
         <translation>Ob sie überwacht werden, ist hier nicht bekannt. Es wird laufend erneut versucht. %1</translation>
+    </message>
+    <message>
+        <source>Stations are being transmitted to</source>
+        <translation>Es wird gerade an Stationen übertragen</translation>
     </message>
 </context>
 <context>
@@ -4907,6 +5176,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Where the stations are could not be kept for the next start</source>
         <translation>Wo die Stationen sind, konnte für den nächsten Start nicht gespeichert werden</translation>
     </message>
+    <message>
+        <source>Choose a folder</source>
+        <translation>Ordner wählen</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OperatorBar</name>
@@ -5024,6 +5297,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Where the stations are...</source>
         <translation>Wo die Stationen sind...</translation>
+    </message>
+    <message>
+        <source>Transmit to several...</source>
+        <translation>An mehrere übertragen...</translation>
     </message>
 </context>
 <context>

@@ -225,7 +225,7 @@ Works FormMain::works() const
 {
     Works works;
     works.setFlag(Work::Watching, m_operationalMode.isOpen());
-    works.setFlag(Work::Transmitting, m_link.transmitter().isSending());
+    works.setFlag(Work::Transmitting, m_link.transmitter().isSending() || m_operationalMode.isTransmitting());
     works.setFlag(Work::Uploading, m_link.line().isUploading());
     return works;
 }
@@ -529,6 +529,9 @@ void FormMain::connectOperationalMode()
     connect(m_linkPresenter.get(), &LinkPresenter::operationalModeWanted, this,
             &FormMain::openOperationalMode);
     connect(&m_operationalMode, &OperationalModeOpener::closed, this, &QWidget::show);
+    if (m_services.io != nullptr) {
+        m_operationalMode.setFleetMeans(*m_services.io, m_transmissions->memory());
+    }
     connect(&m_operationalMode, &OperationalModeOpener::configurationWanted, this,
             [this](const QString &address) {
                 show();

@@ -15,6 +15,7 @@ namespace ktr {
 class ChangesOffer;
 class EntryCommands;
 class FileCommands;
+class IoThread;
 class LinkDialogs;
 class LinkPresenter;
 class MainMenu;
@@ -38,6 +39,8 @@ struct Services
     /// The lines of the stations of the operational mode, and how many datagrams of strangers they dropped.
     cStations::LineFactory stationLine = {};
     std::function<qint64()> foreignDatagrams = [] { return 0; };
+    /// Of the lines to several stations at once; without it there is no such thing.
+    IoThread *io = nullptr;
 };
 
 /// The main window. start() is the start of the program, and closing the window is its end. It owns the parts

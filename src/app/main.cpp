@@ -99,7 +99,8 @@ int main(int argc, char **argv)
                           [] { return ktr::serialPorts(); },
                           {},
                           [&stations] { return stations.createLine(); },
-                          [&stations] { return stations.foreignDatagrams(); }});
+                          [&stations] { return stations.foreignDatagrams(); },
+                          &io});
     const auto end = [] { QCoreApplication::exit(0); };
     QObject::connect(&window, &ktr::FormMain::closed, &application, end, Qt::QueuedConnection);
     QObject::connect(&window, &ktr::FormMain::exitWanted, &application, end);

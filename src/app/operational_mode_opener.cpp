@@ -1,6 +1,7 @@
 #include "app/operational_mode_opener.h"
 
 #include "app/file_dialogs.h"
+#include "app/fleet/fleet_window.h"
 #include "opmode/window/form_betriebsmodus.h"
 #include "platform/settings_store.h"
 #include "record/record_address.h"
@@ -11,6 +12,7 @@
 #include <QScreen>
 
 #include <algorithm>
+#include <utility>
 
 namespace ktr {
 
@@ -118,6 +120,7 @@ void OperationalModeOpener::connectWindow()
     connect(m_window.get(), &Form_betriebsmodus::placeWanted, this, &OperationalModeOpener::changePlace);
     connect(m_window.get(), &Form_betriebsmodus::configurationWanted, this,
             &OperationalModeOpener::configurationWanted);
+    connect(m_window.get(), &Form_betriebsmodus::fleetWanted, this, &OperationalModeOpener::showFleet);
     // Not from inside the window's own event.
     const auto endAndTell = [this] {
         end();
@@ -129,6 +132,7 @@ void OperationalModeOpener::connectWindow()
 void OperationalModeOpener::end()
 {
     m_lastOperator = operatorName();
+    m_fleet.reset();
     m_window.reset();
     m_mode.reset();
 }
@@ -137,6 +141,8 @@ bool OperationalModeOpener::close()
 {
     if (m_window != nullptr) {
         m_window->disconnect(this); // the main window must not take its place
+        m_window->hold(false);
+        m_fleet.reset();
         if (!m_window->close()) {
             connectWindow();
             return false;
@@ -167,8 +173,49 @@ bool OperationalModeOpener::mayTakeBack(const QWidget &question) const
     return asker == m_window.get() && !isOutside;
 }
 
+void OperationalModeOpener::setFleetMeans(IoThread &io, TransmissionMemory &memory)
+{
+    m_io = &io;
+    m_memory = &memory;
+}
+
+bool OperationalModeOpener::isTransmitting() const
+{
+    return m_fleet != nullptr && m_fleet->isRunning();
+}
+
+/// One that is open comes to the front as it is.
+void OperationalModeOpener::showFleet(const QStringList &stations)
+{
+    if (m_io == nullptr) {
+        return;
+    }
+    if (m_fleet == nullptr || !m_fleet->isVisible()) {
+        const auto askFolder = [this](const QString &present) {
+            return QFileDialog::getExistingDirectory(m_fleet.get(), tr("Choose a folder"), present);
+        };
+        m_fleet = std::make_unique<FleetWindow>(
+            FleetWindow::Services{
+                {*m_mode, *m_memory, *m_io, m_services.timers, m_services.environment, m_texts},
+                [this](const QString &proposal, const QString &filter) {
+                    return m_files->askSave(proposal, filter);
+                },
+                [this](const QString &filter) { return m_files->askOpen(filter); },
+                askFolder},
+            stations);
+        m_fleet->setLocale(m_window->locale());
+        connect(m_fleet.get(), &FleetWindow::runningChanged, m_window.get(), &Form_betriebsmodus::hold);
+    }
+    m_fleet->show();
+    m_fleet->raise();
+    m_fleet->activateWindow();
+}
+
 void OperationalModeOpener::applyTexts()
 {
+    if (m_fleet != nullptr) {
+        m_fleet->applyTexts();
+    }
     if (m_window != nullptr) {
         m_window->applyTexts();
     }
@@ -195,14 +242,15 @@ QString OperationalModeOpener::operatorName() const
 void OperationalModeOpener::lend(const QString &hostAddress)
 {
     if (m_mode != nullptr) {
-        m_mode->lend(m_mode->stationAt(hostAddress));
+        m_lent = m_mode->stationAt(hostAddress);
+        m_mode->lend(m_lent);
     }
 }
 
 void OperationalModeOpener::takeBack()
 {
     if (m_mode != nullptr) {
-        m_mode->takeBack();
+        m_mode->takeBack(std::exchange(m_lent, {}));
     }
 }
 

@@ -8,7 +8,10 @@
 namespace ktr {
 
 class FileDialogs;
+class FleetWindow;
 class Form_betriebsmodus;
+class IoThread;
+class TransmissionMemory;
 
 /// Opens and closes the operational mode for the main window. Lends a station to the main window while its
 /// module is configured there.
@@ -23,12 +26,16 @@ public:
     /// The stations are those of a record on a server in this run. Empty: of the variable KTR_RECORD, else of
     /// what the user chose last, else of the list of this computer.
     void setRecord(const QString &address) { m_record = address; }
+    /// What transmits to several stations uses; both must outlive this.
+    void setFleetMeans(IoThread &io, TransmissionMemory &memory);
     /// Shows the window at a place of the screen and loads the stations, unless they are loaded. Their file
     /// may have been written in another language.
     void open(const QPoint &place, const QList<StationCaptions> &otherLanguages);
-    /// False when the window refuses to close.
+    /// False when the window refuses to close. Transmissions to several stations end.
     bool close();
     bool isOpen() const { return m_mode != nullptr; }
+    /// Whether stations are being transmitted to.
+    bool isTransmitting() const;
     /// Null when it is not open.
     QWidget *window() const;
     /// Whether the window refuses to close now, since it asks for something.
@@ -59,6 +66,7 @@ private:
     QString record() const;
     void openPlace(const QString &record);
     void changePlace(const QString &address);
+    void showFleet(const QStringList &stations);
     void connectWindow();
     void end();
 
@@ -68,7 +76,11 @@ private:
     QString m_lastOperator;
     std::unique_ptr<OperationalMode> m_mode;
     std::unique_ptr<FileDialogs> m_files;
-    std::unique_ptr<Form_betriebsmodus> m_window; ///< goes first
+    IoThread *m_io = nullptr;
+    TransmissionMemory *m_memory = nullptr;
+    QString m_lent;                               ///< the station of the main window's line
+    std::unique_ptr<Form_betriebsmodus> m_window; ///< goes before what it shows
+    std::unique_ptr<FleetWindow> m_fleet;         ///< goes first
 };
 
 } // namespace ktr

@@ -18,6 +18,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QSet>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -32,7 +33,7 @@ const QString receiptsOption = QStringLiteral("receipts");
 
 constexpr int mostJobs = 1'000;
 constexpr double msOfASecond = 1'000;
-constexpr qint64 msBetweenTables = 1'000; ///< while stations end one after the other
+constexpr int msUntilTable = 250; ///< many stations end within a moment
 
 /// One run over a list of stations.
 class FleetJob
@@ -57,6 +58,8 @@ public:
         QObject::connect(&m_fleet, &FleetTransmission::stationEnded, &m_fleet,
                          [this](int index, const StationOutcome &outcome) { noteEnd(index, outcome); });
         QObject::connect(&m_fleet, &FleetTransmission::ended, &m_fleet, [] { QCoreApplication::exit(); });
+        m_tableTimer.setSingleShot(true);
+        QObject::connect(&m_tableTimer, &QTimer::timeout, &m_fleet, [this] { (void)writeTable(); });
     }
 
     int run()
@@ -151,9 +154,8 @@ private:
         if (m_arguments.isSet(receiptsOption) && !outcome.uid.isEmpty()) {
             writeReceiptOf(result, outcome);
         }
-        if (!m_written.isValid() || m_written.elapsed() >= msBetweenTables) {
-            m_written.start();
-            (void)writeTable();
+        if (!m_tableTimer.isActive()) {
+            m_tableTimer.start(msUntilTable);
         }
     }
 
@@ -215,7 +217,7 @@ private:
     QList<FleetResult> m_results;
     QSet<QString> m_receipts;
     QElapsedTimer m_clock;
-    QElapsedTimer m_written;
+    QTimer m_tableTimer;
     Progress m_progress;
     int m_ended = 0;
     int m_skipped = 0;

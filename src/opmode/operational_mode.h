@@ -203,6 +203,7 @@ public:
     /// Lets go of a station for a while; it counts as online, and takeBack() makes it so again.
     void lend(const QString &kennung) { m_stationActions.lend(kennung); }
     void takeBack() { m_stationActions.takeBack(); }
+    void takeBack(const QString &kennung) { m_stationActions.takeBack(kennung); }
     qint64 foreignDatagrams() const { return m_services.foreignDatagrams(); }
     bool isLent(const QString &kennung) const { return m_stationActions.isLent(kennung); }
 

@@ -237,4 +237,11 @@ void StationActions::takeBack()
     }
 }
 
+void StationActions::takeBack(const QString &kennung)
+{
+    if (m_lent.remove(kennung)) {
+        setOnline(kennung, true);
+    }
+}
+
 } // namespace ktr

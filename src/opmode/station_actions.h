@@ -47,6 +47,8 @@ public:
     /// Lets go of a station for a while; it counts as online, and takeBack() makes it so again.
     void lend(const QString &kennung);
     void takeBack();
+    /// The same of one; nothing where it was not lent.
+    void takeBack(const QString &kennung);
     bool isLent(const QString &kennung) const { return m_lent.contains(kennung); }
     /// Forgets what was lent.
     void clear() { m_lent.clear(); }

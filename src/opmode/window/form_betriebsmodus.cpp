@@ -230,6 +230,7 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_station_allonline, [this] { m_mode.setAllOnline(true); });
     does(m_menus->mnu_station_alloffline, &Form_betriebsmodus::putAllOffline);
     does(m_menus->mnu_konfiguration, &Form_betriebsmodus::configure);
+    does(m_menus->mnu_transmit_several, &Form_betriebsmodus::configureSeveral);
     does(m_menus->mnu_export, &Form_betriebsmodus::exportEntries);
     does(m_menus->mnu_record, &Form_betriebsmodus::openRecord);
     does(m_menus->mnu_retention, &Form_betriebsmodus::showRetention);
@@ -579,8 +580,11 @@ bool Form_betriebsmodus::closeList()
 void Form_betriebsmodus::closeEvent(QCloseEvent *event)
 {
     event->ignore();
-    if (isBusy()) {
+    if (isBusy() || m_isHeld) {
         QApplication::beep();
+        if (m_isHeld) {
+            tell(tr("Stations are being transmitted to"));
+        }
         return;
     }
     if (!closeList()) {
@@ -797,6 +801,17 @@ void Form_betriebsmodus::configure()
         return;
     }
     Q_EMIT configurationWanted(station->hostAddress());
+}
+
+void Form_betriebsmodus::configureSeveral()
+{
+    QStringList shown;
+    for (int row = 0; row < m_mode.tree().rowCount(); ++row) {
+        if (!m_tree->isRowHidden(row, QModelIndex())) {
+            shown += m_mode.tree().index(row, 0).data(StationTree::KeyRole).toString();
+        }
+    }
+    Q_EMIT fleetWanted(shown);
 }
 
 } // namespace ktr

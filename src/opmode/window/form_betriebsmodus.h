@@ -64,6 +64,9 @@ public:
     /// While it is busy the window refuses to close, with a beep.
     bool isBusy() const { return m_busy > 0; }
 
+    /// The window and its stations are needed: it does not close.
+    void hold(bool isHeld) { m_isHeld = isHeld; }
+
     /// A line for the status bar.
     void tell(const QString &line);
 
@@ -72,6 +75,9 @@ Q_SIGNALS:
     void closed();
     /// A module is to be configured: the main window is to open its link at this address.
     void configurationWanted(const QString &hostAddress);
+    /// Configurations are to be transmitted to several stations, of which these are proposed: those that the
+    /// tree shows.
+    void fleetWanted(const QStringList &stations);
     /// The stations are to be those of a record on a server, or with an empty address of the list here. What
     /// was open is closed.
     void placeWanted(const QString &address);
@@ -120,6 +126,7 @@ private:
     void renameStation();
     void putAllOffline();
     void configure();
+    void configureSeveral();
     bool ask(const QString &question);
     void showView(bool treeOnly);
     void showTitle();
@@ -135,6 +142,7 @@ private:
     AlarmSound m_sound;
     DesktopNotifier m_notifier;
     int m_busy = 0;
+    bool m_isHeld = false;
 
     QString m_nodesPath;
     bool m_isShared = false; ///< it is the address of a record

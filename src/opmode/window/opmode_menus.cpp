@@ -43,6 +43,8 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     mnu_maintenance_end = addAction(m_stationMenu, "mnu_maintenance_end");
     m_stationMenu->addSeparator();
     mnu_konfiguration = addAction(m_stationMenu, "mnu_konfiguration", QKeySequence(Qt::Key_F9));
+    mnu_transmit_several =
+        addAction(m_stationMenu, "mnu_transmit_several", QKeySequence(Qt::SHIFT | Qt::Key_F9));
     mnu_export = addAction(m_stationMenu, "mnu_export", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
     mnu_retention = addAction(m_stationMenu, "mnu_retention");
     mnu_place = addAction(m_stationMenu, "mnu_place");
@@ -108,6 +110,7 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_station_allonline->setText(texts.text(Text::AllOnline));
     mnu_station_alloffline->setText(texts.text(Text::AllOffline));
     mnu_konfiguration->setText(texts.text(Text::ConfigurationMode));
+    mnu_transmit_several->setText(tr("Transmit to several..."));
     mnu_export->setText(texts.text(Text::Export) + QLatin1String("..."));
     mnu_retention->setText(tr("Record: size, age, copy..."));
     mnu_place->setText(tr("Where the stations are..."));
@@ -150,7 +153,7 @@ void OpmodeMenus::setHindrances(const Hindrances &hindrances)
             action->setToolTip(why);
         }
     };
-    hinder({mnu_konfiguration}, hindrances.configuring);
+    hinder({mnu_konfiguration, mnu_transmit_several}, hindrances.configuring);
     hinder({mnu_rules, mnu_limits}, hindrances.ruling);
     hinder({mnu_station_add, mnu_station_list, mnu_station_rename, mnu_station_del}, hindrances.listing);
     hinder({mnu_station_online, mnu_station_allonline, mnu_station_alloffline, mnu_maintenance,

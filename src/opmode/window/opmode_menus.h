@@ -50,6 +50,7 @@ public:
     QAction *mnu_station_allonline;
     QAction *mnu_station_alloffline;
     QAction *mnu_konfiguration;
+    QAction *mnu_transmit_several;
     QAction *mnu_export;
     QAction *mnu_retention;
     QAction *mnu_maintenance;
