@@ -744,6 +744,10 @@
         <source>There was no record of this list of stations; a new one begins</source>
         <translation>Zu dieser Stationsliste gab es keine Aufzeichnung; eine neue beginnt</translation>
     </message>
+    <message>
+        <source>names of inputs and outputs: %1 is not understood</source>
+        <translation>Namen der Ein- und Ausgänge: %1 ist nicht verständlich</translation>
+    </message>
 </context>
 <context>
     <name>FleetList</name>
@@ -4917,6 +4921,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>What would happen...</source>
         <translation>Was würde geschehen...</translation>
     </message>
+    <message>
+        <source>Names of the inputs and outputs...</source>
+        <translation>Namen der Ein- und Ausgänge...</translation>
+    </message>
 </context>
 <context>
     <name>ktr::MaintenanceCard</name>
@@ -5015,6 +5023,21 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The line was closed</source>
         <translation>Die Leitung wurde geschlossen</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::NamesWindow</name>
+    <message>
+        <source>Names of the inputs and outputs</source>
+        <translation>Namen der Ein- und Ausgänge</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Shown behind each input and output. They are kept beside the file; no module is sent them.</source>
+        <translation>Sie stehen hinter jedem Ein- und Ausgang. Aufbewahrt werden sie neben der Datei; kein Modul bekommt sie.</translation>
     </message>
 </context>
 <context>

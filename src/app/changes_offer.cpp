@@ -149,7 +149,8 @@ ChangesOffer::Entry ChangesOffer::shownEntry() const
         const QWidget *field = page->window()->focusWidget();
         const int channel = field != nullptr ? channelOfControl(field->objectName()) : 0;
         return channel == 0 ? Entry()
-                            : Entry{stepsOfEntry(EntryKind::Channel, channel), channelText(channel)};
+                            : Entry{stepsOfEntry(EntryKind::Channel, channel),
+                                    namedChannel(channel, m_parts.document.configuration().names)};
     }
     default:
         return {};

@@ -149,10 +149,12 @@ ChannelInput::ChannelInput(int channel, QWidget *parent)
 
 void ChannelInput::describe(const Configuration &configuration, const TextTable &texts)
 {
-    const QString name = channelName(m_channel, texts);
+    const QString name = channelName(configuration, m_channel, texts);
+    constexpr int widestName = 220;
     const QString unit = shownUnits(configuration, m_channel, texts).limit;
     const bool isBinary = channelMeasure(configuration, m_channel) == Measure::Binary;
-    m_name->setText(name);
+    m_name->setText(m_name->fontMetrics().elidedText(name, Qt::ElideRight, widestName));
+    m_name->setToolTip(configuration.names.of(m_channel).name);
     m_unit->setText(unit);
     for (QWidget *control : std::initializer_list<QWidget *>{m_box, m_slider, m_field}) {
         control->setAccessibleName(name + u' ' + unit);

@@ -81,6 +81,16 @@ FileCommands::FileCommands(QWidget &window, Document &document, EditHistory &his
             [this](const QString &fileName) { m_dialogs.setCurrentFile(fileName); });
 }
 
+QStringList FileCommands::folders() const
+{
+    QStringList folders;
+    for (const QString &name : m_recent.names()) {
+        folders += QFileInfo(name).path();
+    }
+    folders.removeDuplicates();
+    return folders;
+}
+
 void FileCommands::makeNew()
 {
     m_history.makeNew();
@@ -369,6 +379,7 @@ void FileCommands::openKept(const KeptEdits::Copy &copy)
         Q_EMIT statusMessage(report.document.message());
         return;
     }
+    configuration.names = copy.names;
     m_history.endGroup();
     m_history.adjust({}, [&configuration](Configuration &changed) { changed = configuration; });
     m_history.endGroup();

@@ -26,6 +26,8 @@ public:
 
     FileDialogs &dialogs() { return m_dialogs; }
     const QStringList &recent() const { return m_recent.names(); }
+    /// Those of the recent files.
+    QStringList folders() const;
 
     void makeNew();
     /// Another station that is like the present one.

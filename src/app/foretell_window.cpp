@@ -557,7 +557,7 @@ void ForetellWindow::showUnplayed()
     QStringList lines;
     for (const int channel : watchedChannels(configuration)) {
         if (!m_play->value(channel)) {
-            lines += tr("%1: no value yet").arg(channelName(channel, m_services.texts));
+            lines += tr("%1: no value yet").arg(channelName(configuration, channel, m_services.texts));
         }
     }
     for (int index = 0; index < LimitValue::count; ++index) {

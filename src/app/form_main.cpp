@@ -7,6 +7,7 @@
 #include "app/link_dialogs.h"
 #include "app/link_presenter.h"
 #include "app/main_menu.h"
+#include "app/names_window.h"
 #include "app/neighbour_watch.h"
 #include "app/page_builder.h"
 #include "app/problem_panel.h"
@@ -376,6 +377,7 @@ void FormMain::connectMenu()
             [this] { m_sideWindows.showCompare(m_files->dialogs()); });
     connect(m_menu->foretell, &QAction::triggered, &m_sideWindows,
             [this] { m_sideWindows.showForetell(m_files->dialogs()); });
+    connect(m_menu->editNames, &QAction::triggered, this, &FormMain::editNames);
     connect(m_menu->showAbout, &QAction::triggered, &m_sideWindows, &SideWindows::showAbout);
     connect(&m_sideWindows, &SideWindows::languageChosen, this, [this](const QString &language) {
         m_language.use(language);
@@ -399,6 +401,24 @@ void FormMain::showField(const EditPlace &place)
     raise();
     activateWindow();
     m_tabs->goTo(place);
+}
+
+/// No module knows them: the configuration is to be saved, but its version stays.
+void FormMain::editNames()
+{
+    auto *window = new NamesWindow(m_document.configuration().names, m_texts, this);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    connect(window, &NamesWindow::chosen, this, [this](const ChannelNames &names) {
+        if (names == m_document.configuration().names) {
+            return;
+        }
+        m_history.endGroup();
+        m_history.adjust({QStringLiteral("Txt_ip_interval_0")},
+                         [&names](Configuration &changed) { changed.names = names; });
+        m_history.endGroup();
+        m_document.setModified(true);
+    });
+    window->open();
 }
 
 void FormMain::showTransmissions()
@@ -562,6 +582,7 @@ void FormMain::openOperationalMode()
 {
     m_sideWindows.closeCompare();
     hide();
+    m_operationalMode.lookForNames(m_files->folders());
     m_operationalMode.open(pos(), m_language.captionsOfAll());
 }
 

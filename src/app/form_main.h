@@ -105,6 +105,7 @@ private:
     void connectOperationalMode();
     void openOperationalMode();
     void showTransmissions();
+    void editNames();
 
     void showField(const EditPlace &place);
 

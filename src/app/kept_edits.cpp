@@ -16,17 +16,21 @@ const QByteArray beginning = "<!--";
 const QByteArray end = "-->";
 
 /// Without hyphens, because two of them end a comment.
-QByteArray asComment(const QString &fileName)
+QByteArray asComment(const QByteArray &text)
 {
-    return beginning + fileName.toUtf8().toPercentEncoding("/:\\ ", "-") + end;
+    return beginning + text.toPercentEncoding("/:\\ ", "-") + end;
 }
 
-QString fileNameIn(const QByteArray &document)
+/// Takes the last comment off a document.
+QByteArray takeComment(QByteArray &document)
 {
     const qsizetype at = document.lastIndexOf(beginning);
-    return at >= 0 && document.endsWith(end) ? QString::fromUtf8(QByteArray::fromPercentEncoding(
-                                                   document.mid(at + beginning.size()).chopped(end.size())))
-                                             : QString();
+    if (at < 0 || !document.endsWith(end)) {
+        return {};
+    }
+    const QByteArray comment = document.mid(at + beginning.size()).chopped(end.size());
+    document.truncate(at);
+    return QByteArray::fromPercentEncoding(comment);
 }
 
 QString lockOf(const QString &copy)
@@ -57,7 +61,10 @@ QList<KeptEdits::Copy> KeptEdits::found() const
             QByteArray document;
             if (file != QFileInfo(m_present) && !FileLock::heldBy(lockOf(file.filePath())) &&
                 readFile(file.filePath(), document)) {
-                copies += {file.filePath(), fileNameIn(document), file.lastModified()};
+                Copy copy{file.filePath(), QString::fromUtf8(takeComment(document)), {}, file.lastModified()};
+                QStringList remarks;
+                copy.names = readChannelNames(takeComment(document), remarks);
+                copies += copy;
             }
         }
     }
@@ -65,10 +72,17 @@ QList<KeptEdits::Copy> KeptEdits::found() const
     return copies;
 }
 
+/// The names that no configuration's file has, and that of the file, stand behind it.
+QByteArray KeptEdits::copyOf(const Configuration &configuration, const QString &fileName) const
+{
+    return writeConfiguration(configuration, m_environment) +
+           asComment(writeChannelNames(configuration.names)) + asComment(fileName.toUtf8());
+}
+
 Status KeptEdits::keep(const Configuration &configuration, const QString &fileName)
 {
     m_thread.wait();
-    return write(writeConfiguration(configuration, m_environment) + asComment(fileName));
+    return write(copyOf(configuration, fileName));
 }
 
 bool KeptEdits::beginToKeep(const Configuration &configuration, const QString &fileName)
@@ -78,7 +92,7 @@ bool KeptEdits::beginToKeep(const Configuration &configuration, const QString &f
     }
     m_thread.wait();
     m_isBusy = true;
-    const QByteArray document = writeConfiguration(configuration, m_environment) + asComment(fileName);
+    const QByteArray document = copyOf(configuration, fileName);
     m_thread.start([this, document] {
         [[maybe_unused]] const Status written = write(document); // the next edit tries again
         m_isBusy = false;

@@ -29,6 +29,7 @@ public:
     {
         QString path;
         QString fileName; ///< empty when the edits had no file yet
+        ChannelNames names;
         QDateTime when;
     };
     /// The copies of runs that have ended, the newest first.
@@ -55,6 +56,7 @@ public:
 private:
     QStringList folders() const;
     Status write(const QByteArray &document);
+    QByteArray copyOf(const Configuration &configuration, const QString &fileName) const;
 
     const Environment &m_environment;
     QString m_present; ///< the thread's while it works

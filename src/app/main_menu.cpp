@@ -125,6 +125,7 @@ void MainMenu::addEntryCommands()
     moveEntryTo = add(m_edit, "mnu_entry_to");
     m_edit->addSeparator();
     fillDown = add(m_edit, "mnu_fillDown", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_D));
+    editNames = add(m_edit, "mnu_names", QKeySequence(Qt::CTRL | Qt::Key_I));
     for (QAction *action : entryActions() + QList<QAction *>{fillDown}) {
         action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
     }
@@ -172,6 +173,7 @@ void MainMenu::applyTexts(const TextTable &texts)
     fillDown->setText(tr("Fill down"));
     nextEntry->setText(tr("Next entry"));
     previousEntry->setText(tr("Previous entry"));
+    editNames->setText(tr("Names of the inputs and outputs..."));
     m_transmit->setTitle(text(Text::Transmit));
     transmitConfiguration->setText(text(Text::Configuration));
     transmitEntry->setText(tr("This entry"));

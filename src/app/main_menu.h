@@ -59,6 +59,7 @@ public:
     QAction *moveEntryUp;
     QAction *moveEntryDown;
     QAction *moveEntryTo;
+    QAction *editNames;
     QAction *fillDown; ///< in a column of the inputs
     QAction *transmitConfiguration;
     QAction *transmitChanges;

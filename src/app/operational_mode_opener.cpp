@@ -38,9 +38,15 @@ OperationalModeOpener::OperationalModeOpener(const OperationalMode::Services &se
     : m_services(services), m_texts(texts)
 {
     m_services.diskRoom = &systemDiskRoom;
+    m_services.channelNames = [this](const QString &station) { return m_names.of(station); };
 }
 
 OperationalModeOpener::~OperationalModeOpener() = default;
+
+void OperationalModeOpener::lookForNames(const QStringList &folders)
+{
+    m_names.look(folders + QStringList{QFileInfo(nodesPath()).path()});
+}
 
 void OperationalModeOpener::open(const QPoint &place, const QList<StationCaptions> &otherLanguages)
 {

@@ -224,7 +224,7 @@ private:
         QStringList lines;
         QStringList channels;
         for (const int channel : m_foretold.withoutValues) {
-            channels += channelName(channel, m_texts);
+            channels += channelName(m_configuration, channel, m_texts);
         }
         if (!channels.isEmpty()) {
             lines += QStringLiteral("limit values on %1: there are no values (--values)")

@@ -221,7 +221,7 @@ private:
     std::optional<QString> choice(const Field<LimitValue> &field, const LimitValue &value) const
     {
         if (isField(field, &LimitValue::channel)) {
-            return channelName(value.channel, m_texts);
+            return channelName(m_configuration, value.channel, m_texts);
         }
         if (isField(field, &LimitValue::comparison)) {
             return comparisonSign(value.comparison);
@@ -358,7 +358,9 @@ private:
         row.key = group.place(field.xmlName, index);
         row.control = field.control.forIndex(index);
         row.index = index;
-        row.entry = place.entry;
+        row.entry = place.pageOrder == inputPage
+                        ? withChannelName(place.entry, place.entryOrder, m_mine.names)
+                        : place.entry;
         row.label = labelOf(field, index, m_words.texts);
         row.mine = Words(m_mine, m_words).value(field, mine, index);
         row.theirs = Words(m_theirs, m_words).value(field, theirs, index);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/channel_names.h"
 #include "config/holiday_list.h"
 
 #include <QString>
@@ -172,6 +173,7 @@ struct Configuration
     std::array<SwitchPoint, SwitchPoint::count> switchPoints;
     HolidayList holidays;
     EthernetSettings ethernet;
+    ChannelNames names; ///< in no command and not in the configuration's own file
     QString
         versionText; ///< the stamp of the last edit, which the module repeats when it is asked what it holds
 

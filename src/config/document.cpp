@@ -107,9 +107,17 @@ ReadReport Document::readPresentFile()
         m_source.clear();
         setFileName(QString());
     }
+    readNames(report.remarks);
     setModified(false);
     Q_EMIT changed();
     return report;
+}
+
+void Document::readNames(QStringList &remarks)
+{
+    const QString file = fileCalled(m_fileName);
+    m_knownNames = known(namesFileOf(file));
+    m_configuration.names = readNamesBeside(file, remarks);
 }
 
 Document::KnownFile Document::known(const QString &path)
@@ -143,6 +151,26 @@ Status Document::backUp(QString &backup)
     return Status::done();
 }
 
+Status Document::saveNames(const QString &file)
+{
+    const QString path = namesFileOf(file);
+    const bool exists = QFileInfo::exists(path);
+    const ChannelNames &names = m_configuration.names;
+    QStringList remarks;
+    if (!exists ? names.isEmpty() : readNamesBeside(file, remarks) == names && remarks.isEmpty()) {
+        m_knownNames = known(path);
+        return Status::done();
+    }
+    if (exists && (m_knownNames != known(path) || !remarks.isEmpty())) {
+        if (Status kept = copyFile(path, path + u'~'); !kept) {
+            return kept;
+        }
+    }
+    Status written = replaceFile(path, writeChannelNames(names), Readers::AsUsual);
+    m_knownNames = known(path);
+    return written;
+}
+
 Status Document::save()
 {
     if (m_fileName.isEmpty()) {
@@ -156,6 +184,9 @@ Status Document::save()
         if (const auto kept = m_backedUp.find(file); kept != m_backedUp.end()) {
             *kept = m_known;
         }
+        written = saveNames(file);
+    }
+    if (written) {
         setModified(false);
         Q_EMIT saved();
     }

@@ -35,6 +35,9 @@ public:
     /// Puts a snapshot in place together with the mark and the source that belonged to it.
     void restore(const Configuration &snapshot, bool modified, const QString &source = {});
 
+    /// Takes the names of inputs and outputs from beside the present file.
+    void readNames(QStringList &remarks);
+
     /// The menu command "new": the file name and the mark stay as they are.
     void makeNew();
 
@@ -54,7 +57,7 @@ public:
     /// there is no present file.
     ReadReport load(const QString &fileName);
 
-    /// Reads the present file, whether it exists or not.
+    /// Reads the present file, whether it exists or not, and the names beside it.
     ReadReport readPresentFile();
 
     /// The file that the configuration was read from or last saved to; empty for a new one.
@@ -69,7 +72,9 @@ public:
     /// a failure that file must not be written over.
     Status backUp(QString &backup);
 
-    /// Writes the present file, which must have a name. The mark stays set when that fails.
+    /// Writes the present file, which must have a name, and the names of inputs and outputs beside it. The
+    /// mark stays set when that fails. What stood in a file of names that this program has not read, or that
+    /// somebody else has changed since, is kept with "~" behind its name.
     Status save();
 
     /// The stamp that an edit at `now` leaves: date and time, no comma (it travels in a command).
@@ -92,12 +97,14 @@ private:
         bool operator==(const KnownFile &) const = default;
     };
     static KnownFile known(const QString &path);
+    Status saveNames(const QString &file);
 
     Environment m_environment;
     Configuration m_configuration;
     QString m_fileName;
     QString m_source;
     KnownFile m_known;
+    KnownFile m_knownNames;               ///< the file of names
     QHash<QString, KnownFile> m_backedUp; ///< the files backed up in this run, as last written then or since
     bool m_modified = false;
 };

@@ -20,8 +20,10 @@ LimitUnits limitUnits(const Configuration &configuration, int channel, const Tex
         return both(texts.text(Text::Pulses));
     case Measure::Hours:
         return both(texts.text(Text::Hours));
-    case Measure::Scaled:
-        return both(scalingOf(configuration, channel)->unit);
+    case Measure::Scaled: {
+        const QString &unit = scalingOf(configuration, channel)->unit;
+        return both(unit.isEmpty() ? configuration.names.of(channel).unit : unit);
+    }
     case Measure::Temperature:
         return {QStringLiteral("°C"), texts.text(Text::Kelvin)};
     }
@@ -62,6 +64,11 @@ QString channelName(int channel, const TextTable &texts)
                             : name;
 }
 
+QString channelName(const Configuration &configuration, int channel, const TextTable &texts)
+{
+    return withChannelName(channelName(channel, texts), channel, configuration.names);
+}
+
 LimitUnits shownUnits(const Configuration &configuration, int channel, const TextTable &texts)
 {
     const bool hasStates = channelMeasure(configuration, channel) == Measure::Binary;
@@ -95,7 +102,7 @@ QString targetName(const Configuration &configuration, int position, const TextT
         return administratorName(configuration, static_cast<std::size_t>(position - firstAdministratorTarget),
                                  texts);
     }
-    const QString name = targetText(position);
+    const QString name = withChannelName(targetText(position), targetCode(position), configuration.names);
     return position == 0    ? texts.text(Text::Invalid).trimmed()
            : name.isEmpty() ? QString::number(position)
                             : name;
@@ -115,7 +122,7 @@ QString watchedLimitValue(const Configuration &configuration, int index, const T
         return number;
     }
     const LimitValue &watched = configuration.limitValues[static_cast<std::size_t>(index)];
-    return number + QStringLiteral(" (%1)").arg(channelName(watched.channel, texts));
+    return number + QStringLiteral(" (%1)").arg(channelName(configuration, watched.channel, texts));
 }
 
 QString holidayText(const QString &line, const QLocale &locale)

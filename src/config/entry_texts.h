@@ -29,6 +29,9 @@ QString combinationText(double reference, const QLocale &locale);
 /// A channel's item in the lists; "invalid" for 0, the number for one that no module has.
 QString channelName(int channel, const TextTable &texts);
 
+/// The same with what the user calls the channel: "9 AnalogIn 1 – Well".
+QString channelName(const Configuration &configuration, int channel, const TextTable &texts);
+
 /// What a channel's values count; empty for one of two states.
 LimitUnits shownUnits(const Configuration &configuration, int channel, const TextTable &texts);
 

@@ -551,6 +551,7 @@ void makeNew(Configuration &configuration, const Environment &environment)
         }
     });
     configuration.holidays.clear();
+    configuration.names = {};
 }
 
 void makeAnother(Configuration &configuration, const Environment &environment)

@@ -3,6 +3,7 @@
 #include "config/channel_use.h"
 #include "config/channels.h"
 #include "config/comparison.h"
+#include "editor/channel_label.h"
 #include "editor/input_grid.h"
 #include "editor/scaling_helper.h"
 #include "editor/striped_card.h"
@@ -81,7 +82,11 @@ InputPage::InputPage(EditorContext &context, QWidget *parent)
     layout->addStretch();
     m_grid->setContentsMargins(10, 4, 10, 4);
     m_grid->setVerticalSpacing(2);
-    m_grid->setHorizontalSpacing(14);
+    onRecords([this] {
+        constexpr int roomy = 14;
+        constexpr int close = 8; // leaves room for names in a small window
+        m_grid->setHorizontalSpacing(configuration().names.isEmpty() ? roomy : close);
+    });
     addHeader();
     for (int channel = 1; channel <= channelCount; ++channel) {
         addRow(channel);
@@ -136,7 +141,8 @@ void InputPage::addRow(int channel)
     auto *number = new QLabel(text.left(blank), m_card);
     number->setObjectName(indexed("lbl_ip_ip", channel));
     number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    auto *name = new QLabel(text.mid(blank + 1), m_card);
+    auto *name = new ChannelLabel(text.mid(blank + 1), m_card);
+    onRecords([this, name, channel] { name->setName(configuration().names.of(channel).name); });
     name->setObjectName(indexed("lbl_ip_bezeichnung", channel));
     m_grid->addWidget(number, firstRow + channel - 1, NumberColumn);
     m_grid->addWidget(name, firstRow + channel - 1, NameColumn);
@@ -245,9 +251,14 @@ void InputPage::place(QWidget *control, const FieldRef &field, int channel, Colu
     // The units of values have a column without fields: a table has none for them.
     m_cells->add(control, field, {channel, column < ValueUnitColumn ? column : column - 1});
     tip(control, field);
-    onTexts([this, control, channel, heading = field.heading] {
-        control->setAccessibleName(channelText(channel) + u' ' + heading(context().texts));
-    });
+    const auto describe = [this, control, channel, heading = field.heading] {
+        const QString name = namedChannel(channel, configuration().names) + u' ' + heading(context().texts);
+        if (control->accessibleName() != name) { // or screen readers were told with every key
+            control->setAccessibleName(name);
+        }
+    };
+    onTexts(describe);
+    onRecords(describe);
 }
 
 QLineEdit *InputPage::addLine(const FieldRef &field, int channel, Column column)

@@ -47,7 +47,7 @@ void LimitValueModel::show(const Configuration &configuration, const TextTable &
                 {{combinedLimitValues(value.reference).join(u'+'), {}, value.alarm}, value.reference != 0});
         } else {
             const bool inUse = value.channel != 0;
-            const QString channel = inUse ? channelText(value.channel) : QString();
+            const QString channel = inUse ? shortNamedChannel(value.channel, configuration.names) : QString();
             rows.push_back({{channel, condition(configuration, value, texts), value.alarm}, inUse});
         }
     }

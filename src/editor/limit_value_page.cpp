@@ -144,9 +144,18 @@ QWidget *LimitValuePage::thresholdPart()
     grid->setColumnStretch(2, 1);
 
     m_channel = new QComboBox(part);
-    for (int channel = 0; channel <= channelCount; ++channel) {
-        m_channel->addItem(channelText(channel)); // the same in every language
-    }
+    // Names may be long: they must not widen the window.
+    m_channel->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    m_channel->setMinimumContentsLength(16);
+    const auto showChannels = [this] {
+        QStringList items;
+        for (int channel = 0; channel <= channelCount; ++channel) {
+            items += namedChannel(channel, configuration().names); // the same in every language
+        }
+        setItems(m_channel, items);
+    };
+    showChannels();
+    onRecords(showChannels);
     const FieldRef channelField = field(&LimitValue::channel);
     binder().index(m_channel, channelField, Binder::Again::IsIgnored);
     connect(m_channel, &QComboBox::activated, this, &LimitValuePage::load);

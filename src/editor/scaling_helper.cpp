@@ -36,7 +36,7 @@ ScalingHelper::ScalingHelper(EditorContext &context, int index, QWidget *parent)
     setWindowTitle(tr("Scaling by two points"));
     m_channel->setObjectName(QStringLiteral("Cmb_scaling_channel"));
     for (const int channel : scaledChannels) {
-        m_channel->addItem(channelText(channel));
+        m_channel->addItem(namedChannel(channel, context.document.configuration().names));
     }
     m_channel->setCurrentIndex(index);
     m_result->setObjectName(QStringLiteral("lbl_scaling_result"));

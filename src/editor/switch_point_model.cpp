@@ -30,8 +30,10 @@ QStringList switchTypeItems(const EditorContext &context)
 QStringList limitValueItems(const EditorContext &context)
 {
     QStringList items;
-    for (int entry = 0; const LimitValue &value : context.document.configuration().limitValues) {
-        items += QString::number(++entry) + QLatin1String("  IP:") + channelText(value.channel);
+    const Configuration &configuration = context.document.configuration();
+    for (int entry = 0; const LimitValue &value : configuration.limitValues) {
+        items += QString::number(++entry) + QLatin1String("  IP:") +
+                 namedChannel(value.channel, configuration.names);
     }
     return items;
 }
@@ -55,9 +57,10 @@ void SwitchPointModel::setTexts(const EditorContext &context)
 /// An administrator's name takes the place of the list's own item as soon as one is given, and stays there.
 QStringList SwitchPointModel::targetItems(const EditorContext &context)
 {
+    const ChannelNames &names = context.document.configuration().names;
     QStringList items;
     for (int position = 0; position < targetCount; ++position) {
-        items += targetText(position);
+        items += withChannelName(targetText(position), targetCode(position), names);
     }
     if (!context.isGerman()) {
         items[0] = context.texts.text(Text::Invalid);
@@ -87,17 +90,20 @@ void SwitchPointModel::show(const EditorContext &context)
         const bool inUse = point.target != 0;
         const bool untouched = !inUse && point.start.isEmpty();
         rows.push_back({untouched ? QStringList()
-                                  : QStringList{target(point), condition(point, start->shown, context.texts),
-                                                point.value},
+                                  : QStringList{target(point, context.document.configuration().names),
+                                                condition(point, start->shown, context.texts), point.value},
                         inUse});
         ++start;
     }
     setRows(std::move(rows));
 }
 
-QString SwitchPointModel::target(const SwitchPoint &point) const
+QString SwitchPointModel::target(const SwitchPoint &point, const ChannelNames &names) const
 {
-    return point.target == 0 ? QString() : m_targets.value(point.target, QString::number(point.target));
+    const bool isOutput = point.target > 0 && point.target < firstAdministratorTarget;
+    return isOutput            ? shortNamedChannel(targetCode(point.target), names)
+           : point.target == 0 ? QString()
+                               : m_targets.value(point.target, QString::number(point.target));
 }
 
 QString SwitchPointModel::condition(const SwitchPoint &point, const QString &start,

@@ -29,7 +29,7 @@ private:
     };
 
     QStringList targetItems(const EditorContext &context);
-    QString target(const SwitchPoint &point) const;
+    QString target(const SwitchPoint &point, const ChannelNames &names) const;
     QString condition(const SwitchPoint &point, const QString &start, const TextTable &texts) const;
 
     std::array<Start, SwitchPoint::count> m_starts; ///< dates are slow to format for each keystroke

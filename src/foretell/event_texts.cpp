@@ -100,7 +100,7 @@ QString limitValueWords(const Configuration &configuration, int index, const Tex
         return name + words(QT_TRANSLATE_NOOP("Foretelling", " (all of %1)"))
                           .arg(combinedLimitValues(value.reference).join(QLatin1String(", ")));
     }
-    QStringList condition{channelName(value.channel, texts), comparisonSign(value.comparison),
+    QStringList condition{channelName(configuration, value.channel, texts), comparisonSign(value.comparison),
                           value.limit.isEmpty() ? QStringLiteral("0") : value.limit,
                           shownUnits(configuration, value.channel, texts).limit};
     condition.removeAll(QString());

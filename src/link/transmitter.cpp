@@ -114,6 +114,7 @@ bool Transmitter::canResume(const Configuration &configuration) const
     // The module may have reported its station type meanwhile, which no command sends.
     Configuration compared = configuration;
     compared.gsm.stationType = m_configuration.gsm.stationType;
+    compared.names = m_configuration.names; // nor does any send these
     const bool same = compared == m_configuration || compared == m_asGiven;
     const bool sameLine = m_transmittedOver.isEmpty() || m_transmittedOver == m_line.name();
     const bool isOffline = m_line.kind() == ModuleLine::Kind::Offline;

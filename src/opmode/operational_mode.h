@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/channel_names.h"
 #include "opmode/acknowledger.h"
 #include "opmode/alarm_actions.h"
 #include "opmode/disk_room.h"
@@ -46,6 +47,10 @@ public:
         Leases::Times leaseTimes = {};
         /// Where it waits on this machine what the server of a shared list does not take; empty: in memory.
         QString spoolFolder = {};
+        /// What the user calls the inputs and outputs of a station.
+        std::function<ChannelNames(const QString &kennung)> channelNames = [](const QString &) {
+            return ChannelNames();
+        };
     };
     enum class Use {
         Keep,        ///< what happens is kept in the record, and in the file at the end
@@ -204,6 +209,7 @@ public:
     void lend(const QString &kennung) { m_stationActions.lend(kennung); }
     void takeBack() { m_stationActions.takeBack(); }
     void takeBack(const QString &kennung) { m_stationActions.takeBack(kennung); }
+    ChannelNames channelNames(const QString &kennung) const { return m_services.channelNames(kennung); }
     qint64 foreignDatagrams() const { return m_services.foreignDatagrams(); }
     bool isLent(const QString &kennung) const { return m_stationActions.isLent(kennung); }
 

@@ -129,7 +129,7 @@ private:
 
     static std::size_t index(int number) { return static_cast<std::size_t>(number); }
 
-    QString nameOf(int channel) const { return channelName(channel, m_texts); }
+    QString nameOf(int channel) const { return channelName(m_configuration, channel, m_texts); }
 
     QStringList counterCells(int channel) const
     {

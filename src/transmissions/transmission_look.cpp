@@ -37,15 +37,15 @@ QStringList overwrittenBy(const Configuration &configuration)
     if (configuration.sendValues.front().enabled) {
         for (std::size_t i = 0; i < configuration.digitalInputs.size(); ++i) {
             if (!configuration.digitalInputs[i].value.isEmpty()) {
-                channels += channelText(static_cast<int>(i) + 1);
+                channels += namedChannel(static_cast<int>(i) + 1, configuration.names);
             }
         }
         for (int channel = firstOutput; channel < firstHours; ++channel) {
-            channels += channelText(channel);
+            channels += namedChannel(channel, configuration.names);
         }
     }
     for (int channel = firstHours; channel < firstHours + 2; ++channel) {
-        channels += channelText(channel);
+        channels += namedChannel(channel, configuration.names);
     }
     return channels;
 }

@@ -16,8 +16,10 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDesktopServices>
+#include <QDialogButtonBox>
 #include <QDropEvent>
 #include <QFileDialog>
 #include <QLabel>
@@ -385,10 +387,15 @@ private Q_SLOTS:
         QVERIFY(copies().isEmpty());
         {
             KeptEdits ended(environment); // with the power
-            QVERIFY(ended.keep(m_window->document().configuration(), "a.xml"));
+            Configuration named = m_window->document().configuration();
+            named.names.channels[0].name = QStringLiteral("Größe --> 1");
+            QVERIFY(ended.keep(named, "a--b.xml"));
             QVERIFY(KeptEdits(environment).found().isEmpty());
         }
-        QCOMPARE(KeptEdits(environment).found().size(), 1);
+        const QList<KeptEdits::Copy> found = KeptEdits(environment).found();
+        QCOMPARE(found.size(), 1);
+        QCOMPARE(found.front().fileName, "a--b.xml");
+        QCOMPARE(found.front().names.of(1).name, QStringLiteral("Größe --> 1"));
     }
 
     void aFileThatSomebodyElseChangedIsToldOnce()
@@ -1433,6 +1440,56 @@ private Q_SLOTS:
         if (QProcess::execute("mkfifo", {path("pipe")}) == 0) { // where there are such
             logTo(path("pipe"));                                // would wait for a reader
         }
+    }
+
+    void namesOfInputsStandBehindThemAndBesideTheFile()
+    {
+        const QString file = fileWith("Werk 7");
+        start({file});
+        QTest::keyClick(m_window.get(), Qt::Key_I, Qt::ControlModifier);
+        auto *window = m_window->findChild<QWidget *>("Dlg_names");
+        QVERIFY(window != nullptr && QTest::qWaitForWindowActive(window));
+        auto *table = control<QTableView>(*window, "Tbl_names");
+        const auto write = [table](int row, const QString &text) {
+            table->setCurrentIndex(table->model()->index(row, 0));
+            QTest::keyClick(table, Qt::Key_F2);
+            auto *editor = table->findChild<QLineEdit *>();
+            QVERIFY(editor != nullptr);
+            type(editor, text);
+            QTest::keyClick(editor, Qt::Key_Return);
+        };
+        write(8, QStringLiteral("Füllstand"));
+        QGuiApplication::clipboard()->setText("Spülventil\tx\r\nLicht\r\n");
+        table->setCurrentIndex(table->model()->index(10, 0));
+        QTest::keySequence(table, QKeySequence::Paste);
+        QTest::mouseClick(window->findChild<QDialogButtonBox *>()->button(QDialogButtonBox::Ok),
+                          Qt::LeftButton);
+        QVERIFY(m_window->document().isModified());
+        QVERIFY(m_window->document().configuration().versionText.isEmpty()); // nothing that a module holds
+
+        m_window->tabs().page(PageIndex::SwitchPoints);
+        m_window->tabs().page(PageIndex::LimitValues);
+        QCOMPARE(control<QComboBox>(*m_window, "Cbo_gw_ip")->itemText(9),
+                 QStringLiteral("9 AnalogIn 1 – Füllstand"));
+        QCOMPARE(control<QComboBox>(*m_window, "Cbo_gw_ip")->itemText(10), "10 Analog In 2");
+        QCOMPARE(control<QComboBox>(*m_window, "Cmb_swtch_ip")->itemText(1),
+                 QStringLiteral("11 DigOut 1 – Spülventil"));
+        QCOMPARE(control<QComboBox>(*m_window, "Cmb_swtch_gw")->itemText(0),
+                 QStringLiteral("1  IP:ungültig"));
+        m_window->document().edit([](Configuration &c) { c.limitValues[0].channel = 9; });
+        QCOMPARE(control<QComboBox>(*m_window, "Cmb_swtch_gw")->itemText(0),
+                 QStringLiteral("1  IP:9 AnalogIn 1 – Füllstand"));
+        QCOMPARE(control<QLabel>(*m_window, "lbl_ip_bezeichnung_9")->text(), "AnalogIn 1");
+        QVERIFY(control<QLabel>(*m_window, "lbl_ip_bezeichnung_9")
+                    ->toolTip()
+                    .contains(QStringLiteral("Füllstand")));
+        QCOMPARE(m_window->tabs().describe({"Txt_ip_delta_8"}),
+                 QStringLiteral("IP, 9 AnalogIn 1 – Füllstand Delta"));
+        clickMenu("mnu_Save");
+        QCOMPARE(contentOf(path("werk-7.names")),
+                 QStringLiteral("9=Füllstand;\n11=Spülventil;x\n12=Licht;\n").toUtf8());
+        clickMenu("mnu_undo");
+        QCOMPARE(control<QComboBox>(*m_window, "Cbo_gw_ip")->itemText(9), "9 AnalogIn 1");
     }
 
 public Q_SLOTS:

@@ -196,6 +196,10 @@ private Q_SLOTS:
             stations += station.name + u'@' + station.address + (station.isUsable ? u""_s : u"?"_s);
         }
         QCOMPARE(stations.join(u' '), u"Mühle@192.168.1.20 Pump; 2@pump2.example.org:49112 Spare@"_s);
+        QStringList told;
+        const ChannelNames names = readChannelNames(all[u"names"_s], told);
+        QVERIFY(told.isEmpty() && writeChannelNames(names) == m_excerpts.take(u"names"_s));
+        QCOMPARE(names.of(1).name + names.of(1).unit, u"Pump 1, energykWh"_s);
         QCOMPARE(lockHolderText(m_excerpts.take(u"lock"_s)),
                  u"eva on desk-3, KTRconfig (4711), since 2026-11-15 14:05:35"_s);
     }

@@ -3,6 +3,7 @@
 #include "config/channel_use.h"
 #include "look/outside_texts.h"
 #include "opmode/window/alarm_look.h"
+#include "opmode/window/input_caption.h"
 #include "opmode/window/value_text.h"
 
 #include <QCoreApplication>
@@ -202,10 +203,12 @@ ValueTile::Content ValuesPage::contentOf(int channel) const
     const QString received = at < 0 ? QString() : line.sliced(at + sign.size());
 
     ValueTile::Content content;
-    content.caption = shortenedLine(channelCaption(channel).trimmed());
+    const ChannelNames names = mode().channelNames(kennung());
+    content.caption = shortenedLine(inputCaption(channel, names));
     content.number = text(Text::Ip) + QString::number(channel);
     content.value = received == u"?" ? QString() : shortenedLine(localValue(received, locale()));
-    content.unit = knownUnit(channel);
+    const QString &unit = names.of(channel).unit;
+    content.unit = unit.isEmpty() ? knownUnit(channel) : unit;
     bool onlyStates = true;
     for (const ValueTrends::Point &point : mode().trends().trend(kennung(), channel)) {
         content.trend.append({double(point.time), double(point.value)});

@@ -53,15 +53,21 @@ private Q_SLOTS:
         Environment environment = test::fixedEnvironment();
         environment.now = [this] { return m_now; };
         m_lines.clear();
-        m_mode = std::make_unique<OperationalMode>(
-            OperationalMode::Services{environment, m_timers,
-                                      [this] {
-                                          auto line = std::make_unique<ModuleLine>();
-                                          m_lines.push_back(line.get());
-                                          return line;
-                                      },
-                                      [] {}, test::manualCallbackTimers(m_timers)},
-            stationCaptions(m_texts));
+        OperationalMode::Services services{environment, m_timers,
+                                           [this] {
+                                               auto line = std::make_unique<ModuleLine>();
+                                               m_lines.push_back(line.get());
+                                               return line;
+                                           },
+                                           [] {}, test::manualCallbackTimers(m_timers)};
+        services.channelNames = [](const QString &station) {
+            ChannelNames names;
+            if (station == "well") {
+                names.channels[8] = {"Wet well", "m"};
+            }
+            return names;
+        };
+        m_mode = std::make_unique<OperationalMode>(services, stationCaptions(m_texts));
         QVERIFY(m_mode->open(m_folder.filePath("none.xml"), OperationalMode::Use::Watch));
         for (const char *name : {"pump", "well"}) {
             m_mode->addStation(QString::fromLatin1(name), "127.0.0.1");
@@ -304,6 +310,29 @@ private Q_SLOTS:
         m_values->showStation("well");
         QCOMPARE(tile(9).value, "55,5");
         QVERIFY(tile(1).value.isEmpty());
+    }
+
+    void inputsAreCalledWhatTheUserCallsThem()
+    {
+        m_values->showStation("pump");
+        QCOMPARE(tile(9).caption, "Analog In 1");
+        m_values->showStation("well");
+        QCOMPARE(tile(9).caption, QString::fromUtf8("Analog In 1 – Wet well"));
+        QCOMPARE(tile(9).unit, "m");
+        QCOMPARE(tile(17).unit, QString::fromUtf8("°C"));
+        for (const char *station : {"pump", "well"}) {
+            giveHours(station, 2);
+            m_history->showStation(station);
+            const bool isNamed = QLatin1String(station) == QLatin1String("well");
+            const QString expected = isNamed ? "9 Wet well" : "Analog In 1";
+            QTRY_COMPARE(m_history->findChild<QListWidget *>()->count(), 1);
+            QCOMPARE(m_history->findChild<QListWidget *>()->item(0)->text(), expected);
+            QCOMPARE(rowTexts(&table(), 0).at(1), expected);
+            auto *canvas = m_history->findChild<QWidget *>("Plot_history_canvas");
+            canvas->grab();
+            QTest::keyClick(canvas, Qt::Key_Right, Qt::ControlModifier);
+            QCOMPARE(plot().readOut().contains(QString::fromUtf8("Analog In 1 – Wet well = ")), isNamed);
+        }
     }
 
     void refreshAsksOnceAndSaysWhatBecomesOfIt()

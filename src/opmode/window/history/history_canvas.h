@@ -38,6 +38,8 @@ public:
     void step(int direction);
 
     void takeColours();
+    void setNames(const ChannelNames &names) { m_parts.setNames(names); }
+    const ChannelNames &names() const { return m_parts.names(); }
     void setTitles(const QString &values, const QString &counters);
 
 protected:

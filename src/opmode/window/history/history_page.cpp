@@ -4,6 +4,7 @@
 #include "opmode/window/history/history_plot.h"
 #include "opmode/window/history/history_table_model.h"
 #include "opmode/window/history/series_style.h"
+#include "opmode/window/input_caption.h"
 #include "platform/files.h"
 #include "platform/module_minutes.h"
 #include "platform/time_texts.h"
@@ -262,6 +263,9 @@ void HistoryPage::showEvent(QShowEvent *event)
 void HistoryPage::load()
 {
     m_isLoaded = true;
+    const ChannelNames names = mode().channelNames(kennung());
+    m_plot->setNames(names);
+    m_model->setNames(names);
     m_model->show(station() == nullptr ? QModelIndex()
                                        : mode().tree().find(branchKey(kennung(), branches::history)));
 }
@@ -336,7 +340,9 @@ void HistoryPage::listInputs()
         if (row < m_inputs->count() && channelOf(*m_inputs->item(row)) == channel) {
             continue;
         }
-        auto *item = new QListWidgetItem(channelCaption(channel).trimmed());
+        auto *item = new QListWidgetItem(shortInputCaption(channel, m_plot->names()));
+        item->setToolTip(m_plot->names().of(channel).name.isEmpty() ? QString()
+                                                                    : inputCaption(channel, m_plot->names()));
         item->setData(Qt::UserRole, channel);
         item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
         const bool isShown = shown < shownAtFirst;

@@ -4,6 +4,7 @@
 #include "opmode/tree/station_tree.h"
 #include "opmode/window/history/history_canvas.h"
 #include "opmode/window/history/series_style.h"
+#include "opmode/window/input_caption.h"
 
 namespace ktr {
 
@@ -29,7 +30,7 @@ QImage historyPicture(HistoryCanvas &canvas, const QString &title, const QFont &
             continue;
         }
         const int width =
-            sample + 3 * margin / 2 + metrics.horizontalAdvance(channelCaption(channel).trimmed());
+            sample + 3 * margin / 2 + metrics.horizontalAdvance(inputCaption(channel, canvas.names()));
         if (at.x() > margin && at.x() + width > plot.width()) {
             at = {margin, at.y() + line};
         }
@@ -55,7 +56,7 @@ QImage historyPicture(HistoryCanvas &canvas, const QString &title, const QFont &
         const QRect row(item.at, QSize(sample, line));
         drawSeriesSample(painter, row, item.channel, canvas.isSteps(item.channel), palette);
         painter.drawText(QRect(row.right() + margin / 2, row.top(), plot.width(), line),
-                         Qt::AlignLeft | Qt::AlignVCenter, channelCaption(item.channel).trimmed());
+                         Qt::AlignLeft | Qt::AlignVCenter, inputCaption(item.channel, canvas.names()));
     }
     return image;
 }

@@ -4,6 +4,7 @@
 #include "opmode/tree/station_tree.h"
 #include "opmode/window/history/history_canvas.h"
 #include "opmode/window/history/history_picture.h"
+#include "opmode/window/input_caption.h"
 #include "platform/text_rules.h"
 #include "platform/time_texts.h"
 
@@ -42,6 +43,16 @@ HistoryPlot::HistoryPlot(QWidget *parent)
 }
 
 HistoryPlot::~HistoryPlot() = default;
+
+void HistoryPlot::setNames(const ChannelNames &names)
+{
+    m_canvas->setNames(names);
+}
+
+const ChannelNames &HistoryPlot::names() const
+{
+    return m_canvas->names();
+}
 
 void HistoryPlot::clear()
 {
@@ -103,7 +114,7 @@ QString HistoryPlot::readOut() const
     }
     QString text = shownTime(place->time);
     if (place->channel > 0) {
-        text += QStringLiteral("   ") + channelCaption(place->channel).trimmed() + QStringLiteral(" = ") +
+        text += QStringLiteral("   ") + inputCaption(place->channel, names()) + QStringLiteral(" = ") +
                 numberText(place->value, locale());
     } else if (!qIsNaN(place->value)) {
         constexpr int digits = 4;

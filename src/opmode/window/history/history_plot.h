@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/channel_names.h"
 #include "opmode/window/history/plot_point.h"
 
 #include <QList>
@@ -26,6 +27,9 @@ public:
     ~HistoryPlot() override;
 
     void clear();
+    /// What the user calls the inputs, before points are added.
+    void setNames(const ChannelNames &names);
+    const ChannelNames &names() const;
     /// Points may come in any order. A curve of a new channel is hidden at first. A plot that shows the whole
     /// time goes on doing so.
     void add(const QList<PlotPoint> &points);

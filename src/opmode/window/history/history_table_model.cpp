@@ -1,5 +1,6 @@
 #include "opmode/window/history/history_table_model.h"
 
+#include "opmode/window/input_caption.h"
 #include "opmode/window/value_text.h"
 
 #include <QTimer>
@@ -220,7 +221,7 @@ QVariant HistoryTableModel::data(const QModelIndex &index, int role) const
     case Time:
         return entry->time.toString();
     case Input: {
-        const QString caption = channelCaption(entry->input).trimmed();
+        const QString caption = shortInputCaption(entry->input, m_names);
         return caption.isEmpty() ? QLatin1String("IP") + QString::number(entry->input) : caption;
     }
     default:

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/channel_names.h"
 #include "opmode/tree/history_entry_text.h"
 #include "opmode/tree/station_tree.h"
 
@@ -37,6 +38,9 @@ public:
     /// Gives the values their decimal sign.
     void setLocale(const QLocale &locale);
 
+    /// What the user calls the station's inputs, before show().
+    void setNames(const ChannelNames &names) { m_names = names; }
+
     /// The node of a row in the tree.
     QModelIndex entry(int row) const;
     /// In the order of their arrival.
@@ -66,6 +70,7 @@ private:
     QString textOf(quint32 entry) const;
 
     const StationTree &m_tree;
+    ChannelNames m_names;
     QPersistentModelIndex m_branch;
     std::vector<EntryFigures> m_entries; ///< as many of the branch's entries as were read
     std::vector<quint32> m_rows;         ///< which entry stands in a row

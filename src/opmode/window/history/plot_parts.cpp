@@ -4,6 +4,8 @@
 #include "opmode/tree/station_tree.h"
 #include "opmode/window/history/plot_look.h"
 #include "opmode/window/history/time_ticks.h"
+#include "opmode/window/input_caption.h"
+#include "platform/text_rules.h"
 
 namespace ktr {
 
@@ -101,9 +103,11 @@ void PlotParts::placeLanes(const std::vector<int> &channels, const PlotCurves &c
     const double whole = laneStep * double(channels.size());
     const QSharedPointer<QCPAxisTickerText> names(new QCPAxisTickerText);
     double bottom = whole;
+    constexpr qsizetype longestLane = 20; // or the curves would have no room
     for (const int channel : channels) {
         bottom -= laneStep;
-        names->addTick(bottom + laneStep / 2, channelCaption(channel).trimmed());
+        names->addTick(bottom + laneStep / 2,
+                       firstCharacters(shortInputCaption(channel, m_names), longestLane));
         curves.at(channel).lane->setRange(-bottom - 0.3, whole - bottom - 0.3);
     }
     m_lanes->axis(QCPAxis::atLeft)->setTicker(names);

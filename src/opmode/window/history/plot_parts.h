@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/channel_names.h"
 #include "opmode/window/history/plot_places.h"
 
 #include <array>
@@ -25,6 +26,9 @@ public:
     /// Of both.
     void setTime(const QCPRange &time);
 
+    /// What the user calls the inputs; shown by the next arrange().
+    void setNames(const ChannelNames &names) { m_names = names; }
+    const ChannelNames &names() const { return m_names; }
     void setTitles(const QString &values, const QString &counters);
     /// Gives every shown curve its axis. Returns the least height at which the plot can be read.
     int arrange(const PlotCurves &curves);
@@ -39,6 +43,7 @@ private:
 
     QCPAxisRect *m_values;
     QCPAxisRect *m_lanes;
+    ChannelNames m_names;
     QString m_valuesTitle;
     QString m_countersTitle;
 };
