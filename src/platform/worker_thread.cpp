@@ -1,8 +1,15 @@
 #include "platform/worker_thread.h"
 
+#include "platform/thread_set_up.h"
+
 namespace ktr {
 
-WorkerThread::WorkerThread() : m_thread([this] { run(); }) {}
+WorkerThread::WorkerThread()
+    : m_thread([this] {
+          setUpThreads();
+          run();
+      })
+{}
 
 WorkerThread::~WorkerThread()
 {

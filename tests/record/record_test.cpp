@@ -4,6 +4,7 @@
 #include "record/record_writer.h"
 #include "support/manual_timers.h"
 #include "support/private_postgres.h"
+#include "support/test_files.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -91,8 +92,7 @@ private Q_SLOTS:
         }
         QCOMPARE(openRecord(m_path).lastEvent, 2);
         if (!isServerAddress(m_path)) {
-            QCOMPARE(QFile::permissions(m_path) & (QFile::ReadGroup | QFile::ReadOther),
-                     QFile::Permissions());
+            QVERIFY(!test::othersMayRead(m_path));
             QCOMPARE(openRecord(m_path).lastAlarm, 4);
         } else { // each has numbers of its own
             QVERIFY(openRecord(m_path).lastAlarm < openRecord(m_path).lastAlarm);
