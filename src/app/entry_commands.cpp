@@ -305,7 +305,7 @@ QString EntryCommands::nameOf(const EntryPlace &place) const
 
 QString EntryCommands::namesOf(const Chosen &chosen) const
 {
-    const QString first = nameOf({chosen.list, chosen.first()});
+    QString first = nameOf({chosen.list, chosen.first()});
     if (chosen.count() == 1) {
         return first;
     }

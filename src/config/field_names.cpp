@@ -174,7 +174,7 @@ FieldSetting setMac(Configuration &configuration, const QString &value, bool any
     FieldSetting setting{true};
     for (int i = 0; i < bytes.size(); ++i) {
         const QString key = QStringLiteral("Ethernet MAC%1").arg(maker.size() + i);
-        const FieldSetting set = setFieldValue(changed, key, bytes[i].toUpper(), anyway);
+        FieldSetting set = setFieldValue(changed, key, bytes[i].toUpper(), anyway);
         if (!set.fault.isEmpty()) {
             setting = set;
         }
