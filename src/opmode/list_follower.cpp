@@ -134,7 +134,7 @@ void ListFollower::drain()
     } while (m_hasMore);
 }
 
-ListFollower::News ListFollower::read(RecordReader &reader, Known known)
+ListFollower::News ListFollower::read(RecordReader &reader, const Known &known)
 {
     News news;
     if (isServerAddress(reader.path())) {

@@ -97,7 +97,7 @@ private:
         QList<qint64> awaited{};
     };
 
-    static News read(RecordReader &reader, Known known);
+    static News read(RecordReader &reader, const Known &known);
     Known known() const
     {
         return {m_version, m_lastEvent, m_lastAlarmChange, m_hasMore,

@@ -2,6 +2,8 @@
 
 #include "platform/text_rules.h"
 
+#include <utility>
+
 namespace ktr {
 
 namespace {
@@ -16,8 +18,8 @@ bool looksLikeFormula(const QString &cell)
 QString quotedCell(const QString &cell)
 {
     constexpr QStringView special = u"\t\r\n\"";
-    const QString guarded = looksLikeFormula(cell) ? u'\'' + cell : cell;
-    for (const QChar c : guarded) {
+    QString guarded = looksLikeFormula(cell) ? u'\'' + cell : cell;
+    for (const QChar c : std::as_const(guarded)) {
         if (special.contains(c)) {
             return u'"' + QString(guarded).replace(u'"', QLatin1String("\"\"")) + u'"';
         }

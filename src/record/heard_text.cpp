@@ -63,12 +63,11 @@ std::vector<RecordRow> withoutStates(const std::vector<RecordRow> &rows, const O
     for (const RecordRow &row : rows) {
         const auto *event = std::get_if<EventRow>(&row);
         const qint64 station = std::visit(StationOf{}, row);
-        if (!others.all.contains(station)) {
-            left.push_back(row);
-        } else if (event != nullptr && event->kind == EventKind::Notification &&
-                   !others.gone.contains(station)) {
+        const bool isOthers = others.all.contains(station);
+        if (isOthers && event != nullptr && event->kind == EventKind::Notification &&
+            !others.gone.contains(station)) {
             left.emplace_back(HeardText{event->station, event->at, event->text}.row());
-        } else if (!isState(row)) {
+        } else if (!isOthers || !isState(row)) {
             left.push_back(row);
         }
     }

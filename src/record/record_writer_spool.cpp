@@ -207,9 +207,8 @@ void RecordWriter::closeServer()
         }
         collect();
     }
-    if (m_isSpooling && isFailing()) { // it is not waited for again
-        m_connection->giveUp();
-    } else if (!m_thread.waitFor(patience)) {
+    const bool wasInVain = m_isSpooling && isFailing(); // it is not waited for again
+    if (wasInVain || !m_thread.waitFor(patience)) {
         m_connection->giveUp();
     }
     m_thread.wait();

@@ -6,7 +6,7 @@ namespace ktr {
 
 RequestWriter::~RequestWriter()
 {
-    constexpr std::chrono::milliseconds patience{700};
+    static constexpr std::chrono::milliseconds patience{700};
     const auto end = [this] {
         if (!m_thread.waitFor(patience)) {
             m_database.giveUp();

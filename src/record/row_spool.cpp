@@ -32,7 +32,7 @@ Status RowSpool::open(QString *remark)
     if (!made && m_database.isDamaged()) {
         m_database.close();
         QString aside;
-        if (const Status kept = keepAside(spoolFiles(m_path), &aside); !kept) {
+        if (Status kept = keepAside(spoolFiles(m_path), &aside); !kept) {
             return kept;
         }
         if (remark != nullptr) {
