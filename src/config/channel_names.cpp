@@ -22,7 +22,10 @@ QString kept(const QString &text, int longest)
 const ChannelName &ChannelNames::of(int channel) const
 {
     static const ChannelName none;
-    return channel >= 1 && channel <= channelCount ? channels[static_cast<std::size_t>(channel - 1)] : none;
+    if (channel < 1 || channel > channelCount) {
+        return none;
+    }
+    return channels[static_cast<std::size_t>(channel - 1)];
 }
 
 QString namedChannel(int channel, const ChannelNames &names)

@@ -79,17 +79,18 @@ QList<FileOfStation> filesOfStations(const QList<FleetStation> &stations, const 
             files = byAddress.value(station.address.section(u':', 0, 0));
         }
         if (files.size() == 1) {
-            found += {files.first(), {}};
+            found += FileOfStation{files.first(), {}};
         } else if (files.isEmpty()) {
-            found += {{}, QCoreApplication::translate("FleetLook", "no file has its name or address")};
+            found += FileOfStation{
+                {}, QCoreApplication::translate("FleetLook", "no file has its name or address")};
         } else {
             QStringList names;
             for (const QString &file : files) {
                 names += QFileInfo(file).fileName();
             }
-            found += {{},
-                      QCoreApplication::translate("FleetLook", "several files are its: %1")
-                          .arg(names.join(QLatin1String(", ")))};
+            found += FileOfStation{{},
+                                   QCoreApplication::translate("FleetLook", "several files are its: %1")
+                                       .arg(names.join(QLatin1String(", ")))};
         }
     }
     return found;
@@ -108,9 +109,9 @@ QList<FileOfStation> filesTransmittedTo(const QList<FleetStation> &stations, Tra
     for (const FleetStation &station : stations) {
         const QString file = files.value(station.address);
         if (!file.isEmpty() && QFileInfo(file).isFile()) {
-            found += {file, {}};
+            found += FileOfStation{file, {}};
         } else {
-            found += {{}, QCoreApplication::translate("FleetLook", "no file is known")};
+            found += FileOfStation{{}, QCoreApplication::translate("FleetLook", "no file is known")};
         }
     }
     return found;

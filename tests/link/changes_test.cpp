@@ -35,7 +35,7 @@ public:
         }
     }
 
-    void transmit(Configuration configuration, bool answer = false)
+    void transmit(const Configuration &configuration, bool answer = false)
     {
         run(configuration, Transmission(m_configuration, answer));
     }
