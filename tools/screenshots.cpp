@@ -2,8 +2,8 @@
 // --all only those that the documentation shows.
 
 #include "app/form_main.h"
-#include "lang/translations.h"
 #include "lang/load_texts.h"
+#include "lang/translations.h"
 #include "look/style.h"
 #include "operational_pictures.h"
 #include "platform/environment.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "lang/translations.h"
 #include "editor/binder.h"
+#include "lang/translations.h"
 #include "opmode/operational_mode.h"
 
 #include <QObject>

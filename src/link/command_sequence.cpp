@@ -143,8 +143,7 @@ QString switchPoint(const StepInput &in)
     SwitchPoint &point = at(in.configuration.switchPoints, in.index);
     point.value = valueSent(point);
     QString fields = comma(QString::number(in.number)) + comma(QString::number(targetCode(point.target))) +
-                     comma(QString::number(point.type)) + commaNumber(point.value) +
-                     comma(startSent(point));
+                     comma(QString::number(point.type)) + commaNumber(point.value) + comma(startSent(point));
     if (point.reactsToLimitValue()) {
         fields += comma(QString::number(point.limitValue + 1));
     }

@@ -1,6 +1,6 @@
 #include "opmode/operational_mode.h"
-#include "support/module_process.h"
 #include "record/record_database.h"
+#include "support/module_process.h"
 #include "support/private_postgres.h"
 #include "support/recorded_line.h"
 

@@ -12,8 +12,8 @@ namespace ktr::test {
 /// A list that is kept, with modules that say what a test wants, in the time of the event loop.
 struct KeptStations
 {
-    /// `place` is a folder, or the address of a record that keepers share, with the folder in which waits what
-    /// its server does not take.
+    /// `place` is a folder, or the address of a record that keepers share, with the folder in which waits
+    /// what its server does not take.
     explicit KeptStations(const QString &place, const QString &spoolFolder = {})
     {
         Environment environment = fixedEnvironment();
