@@ -282,7 +282,7 @@ private Q_SLOTS:
         row("same but for case", "identifier\nwerk\nWerk\n", {u"same name"_s});
         row("the stamp", "identifier;Info Version\nA;1\n", {u"every edit"_s});
         row("unclosed quote", "identifier;PIN\n\"A;1234\nB;12\n", {u"PIN"_s});
-        row("zeros", QByteArray("identifier;PIN\nA\0B;1\n", 23), {u"PIN"_s});
+        row("zeros", "identifier;PIN\nA\0B;1\n"_ba, {u"PIN"_s});
     }
     void ofAFaultyTableNothingIsWritten()
     {
