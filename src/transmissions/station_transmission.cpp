@@ -40,21 +40,6 @@ StepSet stepsBetween(int first, int end)
     return all;
 }
 
-TransmissionVerdict verdictOfReport(const TransmissionReport &report)
-{
-    switch (report.verdict()) {
-    case TransmissionReport::Verdict::Whole:
-        return TransmissionVerdict::Whole;
-    case TransmissionReport::Verdict::Unknown:
-        return TransmissionVerdict::Unknown;
-    case TransmissionReport::Verdict::InPart:
-        return TransmissionVerdict::InPart;
-    case TransmissionReport::Verdict::BrokenOff:
-        break;
-    }
-    return TransmissionVerdict::BrokenOff;
-}
-
 QStringList linesOfFindings(const TransmissionReport &report)
 {
     QStringList texts;
@@ -240,7 +225,7 @@ void StationTransmission::finish(const QString &trouble)
         }
         m_keeper.end();
         const TransmissionReport &report = m_session.transmission().report();
-        m_outcome.verdict = verdictOfReport(report);
+        m_outcome.verdict = verdictOf(report);
         m_outcome.commands = report.sent;
         troubles = linesOfFindings(report);
         m_outcome.transmission = m_keeper.transmission();

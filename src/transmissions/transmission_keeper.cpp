@@ -15,6 +15,17 @@ namespace ktr {
 
 namespace {
 
+StepOutcome outcomeOf(int step, const TransmissionReport &report)
+{
+    return report.refused.contains(step)       ? StepOutcome::Refused
+           : report.failed.contains(step)      ? StepOutcome::Failed
+           : report.unconfirmed.contains(step) ? StepOutcome::Unconfirmed
+           : report.confirmed.contains(step)   ? StepOutcome::Confirmed
+                                               : StepOutcome::Sent;
+}
+
+} // namespace
+
 TransmissionVerdict verdictOf(const TransmissionReport &report)
 {
     switch (report.verdict()) {
@@ -29,17 +40,6 @@ TransmissionVerdict verdictOf(const TransmissionReport &report)
     }
     return TransmissionVerdict::BrokenOff;
 }
-
-StepOutcome outcomeOf(int step, const TransmissionReport &report)
-{
-    return report.refused.contains(step)       ? StepOutcome::Refused
-           : report.failed.contains(step)      ? StepOutcome::Failed
-           : report.unconfirmed.contains(step) ? StepOutcome::Unconfirmed
-           : report.confirmed.contains(step)   ? StepOutcome::Confirmed
-                                               : StepOutcome::Sent;
-}
-
-} // namespace
 
 TransmissionKeeper::TransmissionKeeper(TransmissionMemory &memory, Environment environment, QObject *parent)
     : QObject(parent), m_memory(memory), m_environment(std::move(environment))

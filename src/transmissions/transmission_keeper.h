@@ -8,6 +8,9 @@
 
 namespace ktr {
 
+/// What the record says of a transmission that ended like this.
+TransmissionVerdict verdictOf(const TransmissionReport &report);
+
 /// Remembers a transmission from its first to its last command, for the main window and for ktrcli alike.
 /// After each command the memory is given its newest state, so that one whose program was ended in the middle
 /// is there as far as it came.
