@@ -132,9 +132,12 @@ ReadReport readConfiguration(const QByteArray &document, Configuration &configur
 }
 
 Status writeConfigurationFile(const QString &path, const Configuration &configuration,
-                              const Environment &environment)
+                              const Environment &environment, QByteArray *written)
 {
     const QByteArray document = writeConfiguration(configuration, environment);
+    if (written != nullptr) {
+        *written = document;
+    }
     if (document.size() > longestFile) {
         return fileFailure(path, QCoreApplication::translate("Files", "would be longer than %1 MiB, which is "
                                                                       "not read again")

@@ -18,9 +18,9 @@ QString programVersion();
 QByteArray writeConfiguration(const Configuration &configuration, const Environment &environment);
 
 /// Replaces a file whole or not at all. A new file with a PIN is readable for its owner only. A configuration
-/// that would be too long to be read again is refused.
+/// that would be too long to be read again is refused. Tells what was written on request.
 Status writeConfigurationFile(const QString &path, const Configuration &configuration,
-                              const Environment &environment);
+                              const Environment &environment, QByteArray *written = nullptr);
 
 struct ReadReport
 {

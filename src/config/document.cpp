@@ -122,8 +122,7 @@ void Document::readNames(QStringList &remarks)
 
 Document::KnownFile Document::known(const QString &path)
 {
-    const QFileInfo file(path);
-    return {path, file.size(), file.lastModified()};
+    return {path, markOf(path)};
 }
 
 bool Document::isChangedOnDisk() const
@@ -166,8 +165,11 @@ Status Document::saveNames(const QString &file)
             return kept;
         }
     }
-    Status written = replaceFile(path, writeChannelNames(names), Readers::AsUsual);
-    m_knownNames = known(path);
+    const QByteArray content = writeChannelNames(names);
+    Status written = replaceFile(path, content, Readers::AsUsual);
+    if (written) { // what it is, not what is found: another one may have written meanwhile
+        m_knownNames = {path, markOfContent(content)};
+    }
     return written;
 }
 
@@ -177,10 +179,11 @@ Status Document::save()
         return Status::failed(QCoreApplication::translate("Files", "there is no file name to save under"));
     }
     const QString file = fileCalled(m_fileName);
-    Status written = writeConfigurationFile(file, m_configuration, m_environment);
+    QByteArray content;
+    Status written = writeConfigurationFile(file, m_configuration, m_environment, &content);
     if (written) {
         m_source = file;
-        m_known = known(file);
+        m_known = {file, markOfContent(content)};
         if (const auto kept = m_backedUp.find(file); kept != m_backedUp.end()) {
             *kept = m_known;
         }

@@ -3,6 +3,7 @@
 #include "config/configuration.h"
 #include "config/configuration_file.h"
 #include "platform/environment.h"
+#include "platform/file_mark.h"
 #include "platform/status.h"
 
 #include <QDateTime>
@@ -91,8 +92,7 @@ private:
     struct KnownFile
     {
         QString path;
-        qint64 size = 0;
-        QDateTime modified;
+        FileMark mark;
 
         bool operator==(const KnownFile &) const = default;
     };

@@ -41,8 +41,9 @@ QList<Neighbour> Neighbours::of(const QString &fileName, const std::function<boo
             continue;
         }
         Known each = m_known.value(file.filePath());
-        if (each.size != file.size() || each.modified != file.lastModified()) {
-            each = {file.size(), file.lastModified(), readNeighbour(file)};
+        if (!each.stamp.stillHolds(file)) {
+            each.stamp = FileStamp(file); // before it is read
+            each.neighbour = readNeighbour(file);
         }
         if (!each.neighbour.fileName.isEmpty()) {
             neighbours += each.neighbour;

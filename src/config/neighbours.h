@@ -1,8 +1,8 @@
 #pragma once
 
 #include "config/configuration.h"
+#include "platform/file_mark.h"
 
-#include <QDateTime>
 #include <QHash>
 #include <QList>
 #include <QString>
@@ -37,8 +37,7 @@ public:
 private:
     struct Known
     {
-        qint64 size = -1;
-        QDateTime modified;
+        FileStamp stamp;
         Neighbour neighbour; ///< without a file name: no configuration
     };
     QHash<QString, Known> m_known; ///< by path

@@ -25,33 +25,33 @@ void StationNames::look(const QStringList &folders)
                 continue;
             }
             const Known before = m_known.value(configuration.filePath());
-            const bool same = before.configurationOf == configuration.lastModified() &&
-                              before.namesOf == names.lastModified();
-            known.insert(configuration.filePath(),
-                         same ? before : read(configuration.filePath(), names.filePath()));
+            const bool same =
+                before.configurationOf.stillHolds(configuration) && before.namesOf.stillHolds(names);
+            known.insert(configuration.filePath(), same ? before : read(configuration, names));
         }
     }
     m_known = known;
     m_names.clear();
     for (const Known &each : std::as_const(m_known)) {
         const auto other = m_names.constFind(each.station);
-        if (!each.station.isEmpty() && (other == m_names.constEnd() || other->namesOf < each.namesOf)) {
+        if (!each.station.isEmpty() &&
+            (other == m_names.constEnd() || other->namesOf.modified() < each.namesOf.modified())) {
             m_names.insert(each.station, each);
         }
     }
 }
 
-StationNames::Known StationNames::read(const QString &configuration, const QString &names)
+StationNames::Known StationNames::read(const QFileInfo &configuration, const QFileInfo &names)
 {
     constexpr qint64 longest = qint64{1} << 20;
-    Known known{QFileInfo(configuration).lastModified(), QFileInfo(names).lastModified(), {}, {}};
-    if (QFileInfo(configuration).size() <= longest) {
+    Known known{FileStamp(configuration), FileStamp(names), {}, {}};
+    if (configuration.size() <= longest) {
         Configuration content;
-        const ReadReport report = readConfigurationFile(configuration, content, Environment());
+        const ReadReport report = readConfigurationFile(configuration.filePath(), content, Environment());
         if (report.opened && report.document && report.isConfiguration) {
             QStringList remarks; // told when that configuration is opened
             known.station = content.gsm.stationId.trimmed();
-            known.names = readNamesBeside(configuration, remarks);
+            known.names = readNamesBeside(configuration.filePath(), remarks);
         }
     }
     return known;

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "config/channel_names.h"
+#include "platform/file_mark.h"
 
-#include <QDateTime>
 #include <QHash>
 
 namespace ktr {
@@ -24,12 +24,12 @@ public:
 private:
     struct Known
     {
-        QDateTime configurationOf;
-        QDateTime namesOf;
+        FileStamp configurationOf;
+        FileStamp namesOf;
         QString station;
         ChannelNames names;
     };
-    static Known read(const QString &configuration, const QString &names);
+    static Known read(const QFileInfo &configuration, const QFileInfo &names);
 
     QHash<QString, Known> m_known; ///< by the configuration's path
     QHash<QString, Known> m_names; ///< by station

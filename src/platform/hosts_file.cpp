@@ -52,12 +52,10 @@ std::vector<std::string> HostsFile::addressesOf(const std::string &host)
 void HostsFile::readAgain()
 {
     const QFileInfo info(m_path);
-    const QDateTime modified = info.lastModified();
-    if (modified == m_modified && info.size() == m_size) {
+    if (m_stamp.stillHolds(info)) {
         return;
     }
-    m_modified = modified;
-    m_size = info.size();
+    m_stamp = FileStamp(info);
     m_addresses.clear();
     QByteArray content;
     if (!readFile(m_path, content, longestFile)) {

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QDateTime>
+#include "platform/file_mark.h"
+
 #include <QHash>
 #include <QString>
 
@@ -27,8 +28,7 @@ private:
 
     QString m_path;
     QHash<QByteArray, QByteArrayList> m_addresses; ///< by the names in lower case
-    QDateTime m_modified;
-    qint64 m_size = -1;
+    FileStamp m_stamp;
     std::chrono::steady_clock::time_point m_nextLook;
 };
 
