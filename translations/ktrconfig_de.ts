@@ -5325,6 +5325,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Transmit to several...</source>
         <translation>An mehrere übertragen...</translation>
     </message>
+    <message>
+        <source>Overview of the stations</source>
+        <translation>Übersicht der Stationen</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OpmodePage</name>
@@ -5338,6 +5342,104 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Alarms</source>
         <translation>Alarme</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::OverviewPage</name>
+    <message>
+        <source>Stations: %L1</source>
+        <translation>Stationen: %L1</translation>
+    </message>
+    <message>
+        <source>, shown %L1</source>
+        <translation>, gezeigt %L1</translation>
+    </message>
+    <message>
+        <source>, in alarm %L1</source>
+        <translation>, in Alarm %L1</translation>
+    </message>
+    <message>
+        <source>, silent %L1</source>
+        <translation>, stumm %L1</translation>
+    </message>
+    <message>
+        <source>, acknowledged %L1</source>
+        <translation>, quittiert %L1</translation>
+    </message>
+    <message>
+        <source>, not watched %L1</source>
+        <translation>, nicht überwacht %L1</translation>
+    </message>
+    <message>
+        <source>Find a station</source>
+        <translation>Station suchen</translation>
+    </message>
+    <message>
+        <source>The most urgent first</source>
+        <translation>Das Dringendste zuerst</translation>
+    </message>
+    <message>
+        <source>By name</source>
+        <translation>Nach Namen</translation>
+    </message>
+    <message>
+        <source>Order of the stations</source>
+        <translation>Reihenfolge der Stationen</translation>
+    </message>
+    <message>
+        <source>Fit</source>
+        <translation>Einpassen</translation>
+    </message>
+    <message>
+        <source>Tiles as large as the number of stations allows (Ctrl+0)</source>
+        <translation>Kacheln so groß, wie es die Zahl der Stationen erlaubt (Strg+0)</translation>
+    </message>
+    <message>
+        <source>Smaller tiles (Ctrl+-)</source>
+        <translation>Kleinere Kacheln (Strg+-)</translation>
+    </message>
+    <message>
+        <source>Larger tiles (Ctrl++)</source>
+        <translation>Größere Kacheln (Strg++)</translation>
+    </message>
+    <message>
+        <source>Smaller tiles</source>
+        <translation>Kleinere Kacheln</translation>
+    </message>
+    <message>
+        <source>Larger tiles</source>
+        <translation>Größere Kacheln</translation>
+    </message>
+    <message>
+        <source>Overview of the stations</source>
+        <translation>Übersicht der Stationen</translation>
+    </message>
+    <message>
+        <source>No station has this in its name.</source>
+        <translation>Keine Station hat das in ihrem Namen.</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::OverviewView</name>
+    <message>
+        <source>being configured in the main window</source>
+        <translation>wird im Hauptfenster konfiguriert</translation>
+    </message>
+    <message>
+        <source>put aside: %1</source>
+        <translation>zurückgestellt: %1</translation>
+    </message>
+    <message>
+        <source>acknowledged: %1</source>
+        <translation>quittiert: %1</translation>
+    </message>
+    <message>
+        <source>Alarms not acknowledged: %1</source>
+        <translation>Alarme nicht quittiert: %1</translation>
+    </message>
+    <message>
+        <source>Last heard %1</source>
+        <translation>Zuletzt gehört %1</translation>
     </message>
 </context>
 <context>

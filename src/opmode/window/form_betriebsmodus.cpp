@@ -15,6 +15,8 @@
 #include "opmode/window/operator_bar.h"
 #include "opmode/window/opmode_menus.h"
 #include "opmode/window/opmode_pages.h"
+#include "opmode/window/overview/overview_page.h"
+#include "opmode/window/overview/overview_view.h"
 #include "opmode/window/place_dialog.h"
 #include "opmode/window/record/line_place.h"
 #include "opmode/window/record/record_window.h"
@@ -171,6 +173,9 @@ void Form_betriebsmodus::layOut()
     column->addWidget(m_joinedBanner);
     column->addLayout(top);
     column->addWidget(m_splitter, 1);
+    m_overview = new OverviewPage(m_mode, m_services.timers, m_services.locale, body);
+    m_overview->hide();
+    column->addWidget(m_overview, 1);
     column->addWidget(m_unkeptBanner); // it comes in the middle of the work, and moves nothing down
     m_operatorBar = new OperatorBar(m_mode, body);
     column->addWidget(m_operatorBar);
@@ -214,6 +219,16 @@ void Form_betriebsmodus::connectTree()
     connect(m_pages, &OpmodePages::entryWanted, this, &Form_betriebsmodus::goTo);
     connect(m_tree, &StationTreeView::nameRefused, this,
             [this](const QString &name) { tell(StationTreeView::refusalOf(name)); });
+    connect(&m_overview->view(), &OverviewView::stationChosen, this, [this](const QString &station) {
+        if (station != chosen()) { // the menus are about it
+            m_tree->setCurrentIndex(m_mode.tree().find(station));
+        }
+    });
+    connect(m_overview, &OverviewPage::stationWanted, this, [this](const QString &kennung) {
+        showView(false);
+        m_tree->setCurrentIndex(m_mode.tree().find(kennung));
+        m_tree->setFocus();
+    });
     connect(m_tree, &StationTreeView::menuWanted, this, &Form_betriebsmodus::showTreeMenu);
 }
 
@@ -238,6 +253,7 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_close, &Form_betriebsmodus::close);
     does(m_menus->mnu_ansicht_normal, [this] { showView(false); });
     does(m_menus->mnu_ansicht_treeview, [this] { showView(true); });
+    does(m_menus->mnu_overview, &Form_betriebsmodus::showOverview);
 }
 
 void Form_betriebsmodus::connectAlarms()
@@ -352,6 +368,7 @@ void Form_betriebsmodus::applyTexts()
     m_messages->applyTexts();
     m_pages->applyTexts();
     m_treePane->applyTexts();
+    m_overview->applyTexts();
     m_counts->showNow();
 }
 
@@ -422,6 +439,7 @@ void Form_betriebsmodus::openShared()
 void Form_betriebsmodus::showUsable(bool isUsable)
 {
     m_splitter->setEnabled(isUsable);
+    m_overview->setEnabled(isUsable);
     m_noAlarm->setVisible(isUsable);
     m_menus->setListUsable(isUsable);
     m_menus->setRecorded(!m_mode.recordPath().isEmpty());
@@ -621,8 +639,20 @@ QString Form_betriebsmodus::chosen() const
 
 void Form_betriebsmodus::showView(bool treeOnly)
 {
+    m_overview->hide();
+    m_splitter->show();
     m_pages->setVisible(!treeOnly);
-    m_menus->setTreeOnly(treeOnly);
+    m_menus->setView(treeOnly ? OpmodeMenus::View::TreeOnly : OpmodeMenus::View::Normal);
+}
+
+/// In the place of the tree and the pages; the tree's chosen station is chosen there, too.
+void Form_betriebsmodus::showOverview()
+{
+    m_splitter->hide();
+    m_overview->show();
+    m_overview->view().choose(chosen());
+    m_overview->view().setFocus();
+    m_menus->setView(OpmodeMenus::View::Overview);
 }
 
 /// That a station falls silent is no alarm of it, and yet worth knowing.

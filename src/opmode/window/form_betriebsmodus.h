@@ -23,6 +23,7 @@ class MessageLine;
 class OpmodeMenus;
 class OpmodePages;
 class OperatorBar;
+class OverviewPage;
 class RecordWindow;
 class StationCounts;
 class StationTreePane;
@@ -129,6 +130,7 @@ private:
     void configureSeveral();
     bool ask(const QString &question);
     void showView(bool treeOnly);
+    void showOverview();
     void showTitle();
     void tellLiveness(const StationEvent &event);
     void enableActions();
@@ -159,6 +161,7 @@ private:
     QLabel *m_noAlarm;
     QLabel *m_muted; ///< until when
     QSplitter *m_splitter;
+    OverviewPage *m_overview;
     StationTreePane *m_treePane;
     StationTreeView *m_tree; ///< that of the pane
     OpmodePages *m_pages;

@@ -53,8 +53,9 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
 
     mnu_ansicht_normal = addAction(m_viewMenu, "mnu_ansicht_normal", QKeySequence(Qt::CTRL | Qt::Key_1));
     mnu_ansicht_treeview = addAction(m_viewMenu, "mnu_ansicht_treeview", QKeySequence(Qt::CTRL | Qt::Key_2));
+    mnu_overview = addAction(m_viewMenu, "mnu_overview", QKeySequence(Qt::CTRL | Qt::Key_3));
     auto *views = new QActionGroup(this);
-    for (QAction *view : {mnu_ansicht_normal, mnu_ansicht_treeview}) {
+    for (QAction *view : {mnu_ansicht_normal, mnu_ansicht_treeview, mnu_overview}) {
         view->setCheckable(true);
         views->addAction(view);
     }
@@ -118,6 +119,7 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     m_viewMenu->setTitle(texts.text(Text::View));
     mnu_ansicht_normal->setText(texts.text(Text::General));
     mnu_ansicht_treeview->setText(texts.text(Text::TreeView));
+    mnu_overview->setText(tr("Overview of the stations"));
     giveMnemonics({m_stationMenu->menuAction(), m_alarmMenu->menuAction(), m_viewMenu->menuAction()});
     giveMnemonics(m_stationMenu->actions());
     giveMnemonics(m_alarmMenu->actions());
@@ -166,9 +168,12 @@ void OpmodeMenus::setRecorded(bool isRecorded)
     mnu_record->setEnabled(isRecorded);
 }
 
-void OpmodeMenus::setTreeOnly(bool treeOnly)
+void OpmodeMenus::setView(View view)
 {
-    (treeOnly ? mnu_ansicht_treeview : mnu_ansicht_normal)->setChecked(true);
+    (view == View::Overview   ? mnu_overview
+     : view == View::TreeOnly ? mnu_ansicht_treeview
+                              : mnu_ansicht_normal)
+        ->setChecked(true);
 }
 
 QList<QAction *> OpmodeMenus::treeActions(bool isAboutStation) const

@@ -37,7 +37,8 @@ public:
     void setHindrances(const Hindrances &hindrances);
     /// What happened can be searched only where it is recorded.
     void setRecorded(bool isRecorded);
-    void setTreeOnly(bool treeOnly);
+    enum class View { Normal, TreeOnly, Overview };
+    void setView(View view);
 
     /// What is offered about a station in the tree, or, below the last row, about none.
     QList<QAction *> treeActions(bool isAboutStation) const;
@@ -59,6 +60,7 @@ public:
     QAction *mnu_close;
     QAction *mnu_ansicht_normal;
     QAction *mnu_ansicht_treeview;
+    QAction *mnu_overview;
     QAction *mnu_stumm;
     QList<QAction *> mnu_stumm_for; ///< one for each AlarmMute::Length
     QAction *mnu_record;

@@ -1,7 +1,7 @@
 #include "opmode/window/values_page.h"
 
-#include "config/channel_use.h"
 #include "look/outside_texts.h"
+#include "opmode/overview/input_reading.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/input_caption.h"
 #include "opmode/window/value_text.h"
@@ -25,24 +25,6 @@ namespace {
 
 constexpr int batch = 100; ///< milliseconds: reports within are shown together
 constexpr int tallestTile = 280;
-
-/// Of a channel's values, where no module's configuration can say otherwise.
-QString knownUnit(int channel)
-{
-    switch (fixedMeasure(channel)) {
-    case Measure::Temperature:
-        return QStringLiteral("°C");
-    case Measure::Hours:
-        return QStringLiteral("h");
-    default:
-        return {};
-    }
-}
-
-bool isState(double value)
-{
-    return value == 0 || value == 1;
-}
 
 } // namespace
 
@@ -196,30 +178,18 @@ void ValuesPage::showValues()
 
 ValueTile::Content ValuesPage::contentOf(int channel) const
 {
-    const QString key = QStringLiteral("%1/ip/ip%2").arg(kennung()).arg(channel);
-    const QString line = mode().tree().find(key).data().toString();
-    constexpr QLatin1StringView sign(" = ");
-    const qsizetype at = line.indexOf(sign);
-    const QString received = at < 0 ? QString() : line.sliced(at + sign.size());
-
-    ValueTile::Content content;
     const ChannelNames names = mode().channelNames(kennung());
+    const InputReading reading = readingOf(mode(), kennung(), channel, names);
+    ValueTile::Content content;
     content.caption = shortenedLine(inputCaption(channel, names));
     content.number = text(Text::Ip) + QString::number(channel);
-    content.value = received == u"?" ? QString() : shortenedLine(localValue(received, locale()));
-    const QString &unit = names.of(channel).unit;
-    content.unit = unit.isEmpty() ? knownUnit(channel) : unit;
-    bool onlyStates = true;
-    for (const ValueTrends::Point &point : mode().trends().trend(kennung(), channel)) {
+    content.value = shortenedLine(localValue(reading.value, locale()));
+    content.unit = reading.unit;
+    for (const ValueTrends::Point &point : reading.trend) {
         content.trend.append({double(point.time), double(point.value)});
-        onlyStates = onlyStates && isState(double(point.value));
     }
-    // The first four inputs count where the configuration lets them.
-    const bool hasStates = fixedMeasure(channel) == Measure::Binary || (channel <= 4 && onlyStates);
-    const std::optional<double> number = toNumber(received);
-    if (hasStates && number && isState(*number)) {
-        content.mark = *number == 1 ? ValueTile::Content::Mark::On : ValueTile::Content::Mark::Off;
-    }
+    using Mark = ValueTile::Content::Mark;
+    content.mark = !reading.state ? Mark::None : *reading.state ? Mark::On : Mark::Off;
     return content;
 }
 

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "config/channel_names.h"
+#include "opmode/station/value_trends.h"
+
+#include <optional>
+
+namespace ktr {
+
+class OperationalMode;
+
+/// What is known of an input of a station: its last value, and those before.
+struct InputReading
+{
+    QString value; ///< as received; empty when there is none
+    QString unit;
+    std::optional<bool> state; ///< on or off, where the values are states
+    QList<ValueTrends::Point> trend;
+};
+
+/// Of a channel 1 to 18.
+InputReading readingOf(const OperationalMode &mode, const QString &kennung, int channel,
+                       const ChannelNames &names);
+
+/// The channels that are shown of a station where there is room for `most`: those of `chosen` or, where it is
+/// empty, the first that have a name, or else the first that reported a value.
+QList<int> shownChannels(const OperationalMode &mode, const QString &kennung, const ChannelNames &names,
+                         const QList<int> &chosen, int most);
+
+} // namespace ktr

@@ -1,0 +1,349 @@
+#include "opmode/overview/overview_model.h"
+
+#include "opmode/operational_mode.h"
+
+#include <QCollator>
+
+#include <algorithm>
+#include <numeric>
+
+namespace ktr {
+
+OverviewModel::OverviewModel(const OperationalMode &mode, Timers &timers, const QLocale &locale,
+                             QObject *parent)
+    : QAbstractListModel(parent), m_mode(mode), m_delay(timers.create()), m_locale(locale)
+{
+    connectMode();
+}
+
+OverviewModel::~OverviewModel() = default;
+
+void OverviewModel::connectMode()
+{
+    const StationTree &tree = m_mode.tree();
+    const auto ofStations = [this](const QModelIndex &above) {
+        if (!above.isValid()) {
+            noteList();
+        }
+    };
+    connect(&tree, &QAbstractItemModel::rowsInserted, this, ofStations);
+    connect(&tree, &QAbstractItemModel::rowsRemoved, this, ofStations);
+    connect(&tree, &QAbstractItemModel::modelReset, this, &OverviewModel::noteList);
+    connect(&tree, &QAbstractItemModel::dataChanged, this,
+            [this](const QModelIndex &index, const QModelIndex &, const QList<int> &roles) {
+                if (m_isActive && !index.parent().isValid() && roles.contains(Qt::DisplayRole)) {
+                    noteList();
+                }
+            });
+    connect(&m_mode, &OperationalMode::stationChanged, this, &OverviewModel::note);
+    connect(&m_mode, &OperationalMode::happened, this, [this](const StationEvent &event) {
+        if (event.kind == StationEvent::Kind::Values) {
+            note(event.kennung);
+        }
+    });
+    connect(&m_mode.alarms(), &AlarmBook::changed, this, [this](const AlarmRow &alarm) {
+        if (m_isActive) {
+            m_alarms[alarm.station].insert(alarm.id);
+            note(m_mode.stationOf(alarm));
+        }
+    });
+    connect(&m_mode.alarms(), &AlarmBook::reset, this, &OverviewModel::noteList);
+}
+
+// What changes
+
+void OverviewModel::setActive(bool isActive)
+{
+    if (m_isActive == isActive) {
+        return;
+    }
+    m_isActive = isActive;
+    m_isListStale = true;
+    if (isActive) {
+        update();
+    } else {
+        m_delay->stop();
+        m_noted.clear();
+    }
+}
+
+void OverviewModel::note(const QString &kennung)
+{
+    if (m_isActive) {
+        m_noted.insert(kennung);
+        postpone();
+    }
+}
+
+void OverviewModel::noteList()
+{
+    m_isListStale = true;
+    if (m_isActive) {
+        postpone();
+    }
+}
+
+void OverviewModel::postpone()
+{
+    if (m_delay->isRunning()) {
+        return;
+    }
+    m_delay->start(longestDelay, [this] {
+        const bool isHeld = m_isHeld();
+        takeOver(!isHeld);
+        if (isHeld && (m_anyMoved || m_isListStale)) {
+            postpone();
+        }
+    });
+}
+
+void OverviewModel::update()
+{
+    m_delay->stop();
+    takeOver(true);
+}
+
+void OverviewModel::takeOver(bool mayMove)
+{
+    if (m_isListStale && mayMove) {
+        reload();
+    } else {
+        const QList<Number> changed = refreshNoted();
+        if (mayMove && m_anyMoved) {
+            sortMoved();
+        }
+        tellChanged(changed);
+    }
+    Q_EMIT updated();
+}
+
+void OverviewModel::reload()
+{
+    beginResetModel();
+    readStations();
+    rankNames();
+    showRows();
+    m_isListStale = false;
+    endResetModel();
+}
+
+void OverviewModel::readStations()
+{
+    m_noted.clear();
+    m_alarms.clear();
+    for (const auto &[id, alarm] : m_mode.alarms().standing()) {
+        m_alarms[alarm.station].insert(id);
+    }
+    const StationTree &tree = m_mode.tree();
+    const int count = tree.rowCount();
+    m_stations.clear();
+    m_stations.reserve(static_cast<std::size_t>(count));
+    m_numbers.clear();
+    m_numbers.reserve(count);
+    m_counts = {};
+    std::set<qint64> none;
+    for (int row = 0; row < count; ++row) {
+        QString kennung = tree.index(row, 0).data(KeyRole).toString();
+        if (const cStation *station = m_mode.station(kennung)) {
+            kennung = station->kennung(); // one text for both
+        }
+        const auto alarms = m_alarms.find(m_mode.alarmActions().numberOf(kennung));
+        StationGlance glance = glanceAt(m_mode, kennung, alarms == m_alarms.end() ? none : *alarms);
+        if (glance.name == kennung) {
+            glance.name = kennung;
+        }
+        ++m_counts[static_cast<std::size_t>(glance.urgency)];
+        m_numbers.insert(kennung, static_cast<Number>(m_stations.size()));
+        m_stations.push_back(std::move(glance));
+    }
+    m_isMoved.assign(m_stations.size(), false);
+    m_anyMoved = false;
+}
+
+/// Comparing names takes long; from now on numbers are compared.
+void OverviewModel::rankNames()
+{
+    QCollator collator(m_locale);
+    collator.setNumericMode(true);
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    std::vector<QCollatorSortKey> keys;
+    keys.reserve(m_stations.size());
+    for (const StationGlance &station : m_stations) {
+        keys.push_back(collator.sortKey(station.name));
+    }
+    std::vector<Number> order(m_stations.size());
+    std::iota(order.begin(), order.end(), 0);
+    std::ranges::stable_sort(order, [&keys](Number one, Number other) {
+        return keys[static_cast<std::size_t>(one)] < keys[static_cast<std::size_t>(other)];
+    });
+    m_nameRanks.assign(m_stations.size(), 0);
+    for (std::size_t rank = 0; rank < order.size(); ++rank) {
+        m_nameRanks[static_cast<std::size_t>(order[rank])] = static_cast<int>(rank);
+    }
+}
+
+/// Gives those that are not as they were told, or show other values.
+QList<OverviewModel::Number> OverviewModel::refreshNoted()
+{
+    QList<Number> changed;
+    std::set<qint64> none;
+    for (const QString &kennung : std::exchange(m_noted, {})) {
+        const auto number = m_numbers.constFind(kennung);
+        if (number == m_numbers.cend() || !m_mode.tree().find(kennung).isValid()) {
+            continue;
+        }
+        const auto at = static_cast<std::size_t>(*number);
+        const auto alarms = m_alarms.find(m_mode.alarmActions().numberOf(kennung));
+        StationGlance now = glanceAt(m_mode, kennung, alarms == m_alarms.end() ? none : *alarms);
+        StationGlance &before = m_stations[at];
+        now.kennung = before.kennung;
+        now.name = before.name; // another one is taken over with the list
+        if (now.urgency != before.urgency) {
+            --m_counts[static_cast<std::size_t>(before.urgency)];
+            ++m_counts[static_cast<std::size_t>(now.urgency)];
+            m_isMoved[at] = true;
+            m_anyMoved = true;
+        }
+        before = std::move(now);
+        changed += *number;
+    }
+    return changed;
+}
+
+// The rows
+
+void OverviewModel::setOrder(Order order)
+{
+    if (m_order != order) {
+        m_order = order;
+        m_isListStale = true;
+        update();
+    }
+}
+
+void OverviewModel::setFilter(const QString &text)
+{
+    if (m_filter != text) {
+        m_filter = text;
+        m_isListStale = true;
+        update();
+    }
+}
+
+void OverviewModel::setDescription(std::function<QString(const StationGlance &)> describe)
+{
+    m_describe = std::move(describe);
+}
+
+bool OverviewModel::isBefore(Number one, Number other) const
+{
+    const auto first = static_cast<std::size_t>(one);
+    const auto second = static_cast<std::size_t>(other);
+    if (m_order == Order::Urgency && m_stations[first].urgency != m_stations[second].urgency) {
+        return m_stations[first].urgency < m_stations[second].urgency;
+    }
+    return m_nameRanks[first] < m_nameRanks[second];
+}
+
+void OverviewModel::showRows()
+{
+    m_rows.clear();
+    for (std::size_t at = 0; at < m_stations.size(); ++at) {
+        if (m_filter.isEmpty() || m_stations[at].name.contains(m_filter, Qt::CaseInsensitive)) {
+            m_rows.push_back(static_cast<Number>(at));
+        }
+    }
+    std::ranges::sort(m_rows, [this](Number one, Number other) { return isBefore(one, other); });
+    place();
+}
+
+void OverviewModel::place()
+{
+    m_rowsOf.assign(m_stations.size(), -1);
+    for (std::size_t row = 0; row < m_rows.size(); ++row) {
+        m_rowsOf[static_cast<std::size_t>(m_rows[row])] = static_cast<int>(row);
+    }
+}
+
+/// The others are in order already.
+void OverviewModel::sortMoved()
+{
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    const QModelIndexList before = persistentIndexList();
+    QList<Number> stationsBefore;
+    for (const QModelIndex &index : before) {
+        stationsBefore += m_rows[static_cast<std::size_t>(index.row())];
+    }
+    const auto stays = [this](Number number) { return !m_isMoved[static_cast<std::size_t>(number)]; };
+    const auto less = [this](Number one, Number other) { return isBefore(one, other); };
+    const auto moved = std::stable_partition(m_rows.begin(), m_rows.end(), stays);
+    std::sort(moved, m_rows.end(), less);
+    std::inplace_merge(m_rows.begin(), moved, m_rows.end(), less);
+    m_isMoved.assign(m_stations.size(), false);
+    m_anyMoved = false;
+    place();
+    QModelIndexList after;
+    for (const Number number : std::as_const(stationsBefore)) {
+        after += index(m_rowsOf[static_cast<std::size_t>(number)]);
+    }
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged({}, VerticalSortHint);
+}
+
+void OverviewModel::tellChanged(const QList<Number> &changed)
+{
+    constexpr qsizetype few = 8;
+    int first = rowCount();
+    int last = -1;
+    for (const Number number : changed) {
+        const int row = m_rowsOf[static_cast<std::size_t>(number)];
+        if (row < 0) {
+            continue;
+        }
+        if (changed.size() <= few) {
+            Q_EMIT dataChanged(index(row), index(row));
+        }
+        first = std::min(first, row);
+        last = std::max(last, row);
+    }
+    if (changed.size() > few && last >= 0) {
+        Q_EMIT dataChanged(index(first), index(last));
+    }
+}
+
+const StationGlance &OverviewModel::glance(int row) const
+{
+    return m_stations[static_cast<std::size_t>(m_rows[static_cast<std::size_t>(row)])];
+}
+
+int OverviewModel::rowOf(const QString &kennung) const
+{
+    const auto number = m_numbers.constFind(kennung);
+    return number == m_numbers.cend() ? -1 : m_rowsOf[static_cast<std::size_t>(*number)];
+}
+
+int OverviewModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+}
+
+QVariant OverviewModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
+        return {};
+    }
+    const StationGlance &station = glance(index.row());
+    switch (role) {
+    case Qt::DisplayRole:
+        return station.name;
+    case Qt::AccessibleTextRole:
+    case Qt::ToolTipRole:
+        return m_describe ? m_describe(station) : station.name;
+    case KeyRole:
+        return station.kennung;
+    default:
+        return {};
+    }
+}
+
+} // namespace ktr

@@ -1,0 +1,99 @@
+#pragma once
+
+#include "opmode/overview/station_glance.h"
+#include "platform/timers.h"
+
+#include <QAbstractListModel>
+#include <QLocale>
+#include <QSet>
+
+#include <functional>
+
+namespace ktr {
+
+/// All stations at a glance, the most urgent first or by name. What changes is taken over together, a few
+/// times a second, and costs no more than what changed and one pass over the order.
+class OverviewModel : public QAbstractListModel
+{
+    Q_OBJECT
+
+public:
+    enum class Order { Urgency, Name };
+    enum Role { KeyRole = StationTree::KeyRole };
+
+    static constexpr Milliseconds longestDelay{250};
+
+    /// Names are sorted as the locale has them, "Pump 9" before "Pump 10".
+    OverviewModel(const OperationalMode &mode, Timers &timers, const QLocale &locale,
+                  QObject *parent = nullptr);
+    ~OverviewModel() override;
+
+    /// Nothing is followed while nobody looks. At first nobody does.
+    void setActive(bool isActive);
+    void setOrder(Order order);
+    Order order() const { return m_order; }
+    /// Only stations are shown whose name contains the text.
+    void setFilter(const QString &text);
+    /// When no tile is to change its place. What a tile tells is up to date meanwhile, too.
+    void setHold(std::function<bool()> isHeld) { m_isHeld = std::move(isHeld); }
+    /// What assistive tools and tool tips say of a station.
+    void setDescription(std::function<QString(const StationGlance &)> describe);
+    /// Takes over all changes at once, also those that move tiles.
+    void update();
+
+    const StationGlance &glance(int row) const;
+    /// -1 when it is not shown.
+    int rowOf(const QString &kennung) const;
+    /// Of all stations, shown or not, by their urgency.
+    const std::array<int, urgencyCount> &counts() const { return m_counts; }
+    int stationCount() const { return static_cast<int>(m_stations.size()); }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+
+Q_SIGNALS:
+    /// Changes were taken over.
+    void updated();
+
+private:
+    using Number = int; ///< a station's place in m_stations
+
+    void connectMode();
+    void note(const QString &kennung);
+    void noteList();
+    void postpone();
+    void takeOver(bool mayMove);
+    void reload();
+    void readStations();
+    void rankNames();
+    QList<Number> refreshNoted();
+    void showRows();
+    void sortMoved();
+    bool isBefore(Number one, Number other) const;
+    void place();
+    void tellChanged(const QList<Number> &changed);
+
+    const OperationalMode &m_mode;
+    std::unique_ptr<OneShotTimer> m_delay;
+    QLocale m_locale;
+    std::function<bool()> m_isHeld = [] { return false; };
+    std::function<QString(const StationGlance &)> m_describe;
+    bool m_isActive = false;
+    Order m_order = Order::Urgency;
+    QString m_filter;
+
+    std::vector<StationGlance> m_stations;
+    std::vector<int> m_nameRanks;
+    QHash<QString, Number> m_numbers;
+    QHash<qint64, std::set<qint64>> m_alarms; ///< by the station's number in the record
+    std::array<int, urgencyCount> m_counts{};
+
+    std::vector<Number> m_rows;  ///< those that are shown, in order
+    std::vector<int> m_rowsOf;   ///< of each station, -1 for none
+    QSet<QString> m_noted;       ///< stations that may have changed
+    std::vector<bool> m_isMoved; ///< stations whose places may be others now
+    bool m_anyMoved = false;
+    bool m_isListStale = true; ///< there are other stations, or other names
+};
+
+} // namespace ktr

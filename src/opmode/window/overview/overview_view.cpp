@@ -1,0 +1,341 @@
+#include "opmode/window/overview/overview_view.h"
+
+#include "look/outside_texts.h"
+#include "opmode/operational_mode.h"
+#include "opmode/overview/input_reading.h"
+#include "opmode/overview/overview_model.h"
+#include "opmode/window/alarm_look.h"
+#include "opmode/window/input_caption.h"
+#include "opmode/window/quality_bars.h"
+#include "opmode/window/station_mark.h"
+#include "opmode/window/value_text.h"
+#include "opmode/window/view_activity.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScrollBar>
+#include <QStyledItemDelegate>
+
+#include <cmath>
+
+namespace ktr {
+
+namespace {
+
+class TileDelegate : public QStyledItemDelegate
+{
+public:
+    explicit TileDelegate(OverviewView &view) : QStyledItemDelegate(&view), m_view(view) {}
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        m_view.paintTile(*painter, option.rect, index, (option.state & QStyle::State_MouseOver) != 0);
+    }
+    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override
+    {
+        return m_view.tileSize();
+    }
+
+private:
+    const OverviewView &m_view;
+};
+
+} // namespace
+
+OverviewView::OverviewView(const OperationalMode &mode, OverviewModel &model, QWidget *parent)
+    : QListView(parent),
+      m_mode(mode),
+      m_model(model),
+      m_activity(new ViewActivity(*this, [] { return false; }))
+{
+    setObjectName(QStringLiteral("List_overview"));
+    setFlow(LeftToRight);
+    setWrapping(true);
+    setUniformItemSizes(true);
+    setResizeMode(Adjust);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // else tiles would change their width when it comes
+    setFrameShape(QFrame::NoFrame);
+    viewport()->setBackgroundRole(QPalette::Window);
+    viewport()->setMouseTracking(true);
+    setItemDelegate(new TileDelegate(*this));
+    setModel(&model);
+    model.setHold([this] { return isInUse(); });
+    model.setDescription([this](const StationGlance &glance) { return description(glance); });
+    connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_chosen = chosen(); });
+    connect(&model, &QAbstractItemModel::modelReset, this, [this] {
+        choose(m_chosen);
+        fit();
+    });
+    connect(m_activity, &ViewActivity::mouseRested, &model, &OverviewModel::update);
+    connect(this, &QAbstractItemView::activated, this, [this](const QModelIndex &index) {
+        Q_EMIT stationWanted(index.data(OverviewModel::KeyRole).toString());
+    });
+    fitTiles();
+}
+
+/// Somebody may be about to choose a tile, or goes through them with keys.
+bool OverviewView::isInUse() const
+{
+    return m_activity->isAboutToChoose() ||
+           (!underMouse() && m_activity->isInUse(ViewActivity::keysRestForClosing));
+}
+
+QString OverviewView::chosen() const
+{
+    return currentIndex().data(OverviewModel::KeyRole).toString();
+}
+
+void OverviewView::choose(const QString &kennung)
+{
+    if (const int row = m_model.rowOf(kennung); row >= 0) {
+        setCurrentIndex(m_model.index(row));
+    }
+}
+
+void OverviewView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QListView::currentChanged(current, previous);
+    if (current.isValid()) {
+        Q_EMIT stationChosen(chosen());
+    }
+}
+
+// How large tiles are
+
+void OverviewView::setLevel(int level)
+{
+    m_isFitting = false;
+    takeLevel(qBound(0, level, static_cast<int>(tileLevels().size()) - 1));
+    Q_EMIT levelChanged();
+}
+
+void OverviewView::setFitting(bool isFitting)
+{
+    m_isFitting = isFitting;
+    fit();
+    Q_EMIT levelChanged();
+}
+
+void OverviewView::takeLevel(int level)
+{
+    if (level != m_level) {
+        m_level = level;
+        fitTiles();
+        scrollTo(currentIndex());
+    }
+}
+
+void OverviewView::fit()
+{
+    if (m_isFitting) {
+        takeLevel(fittingLevel());
+    }
+}
+
+int OverviewView::columnsAt(const TileLevel &level) const
+{
+    const double width = level.width * fontMetrics().height();
+    return std::max(1, static_cast<int>(viewport()->width() / width));
+}
+
+int OverviewView::fittingLevel() const
+{
+    const auto levels = tileLevels();
+    std::size_t at = 0;
+    for (; at + 1 < levels.size() && !levels[at + 1].isCell(); ++at) {
+        const int columns = columnsAt(levels[at]);
+        const int rows = (m_model.rowCount() + columns - 1) / columns;
+        if (rows * std::ceil(levels[at].height * fontMetrics().height()) <= viewport()->height()) {
+            break;
+        }
+    }
+    return static_cast<int>(at);
+}
+
+void OverviewView::fitTiles()
+{
+    const TileLevel &level = tileLevels()[static_cast<std::size_t>(m_level)];
+    m_columns = columnsAt(level);
+    const QSize tile((viewport()->width() - 1) / m_columns,
+                     static_cast<int>(std::ceil(level.height * fontMetrics().height())));
+    if (tile != m_tile) {
+        m_tile = tile;
+        setGridSize(tile);
+        verticalScrollBar()->setSingleStep(std::max(1, tile.height() / 2));
+    }
+}
+
+void OverviewView::resizeEvent(QResizeEvent *event)
+{
+    fitTiles();
+    fit();
+    QListView::resizeEvent(event);
+}
+
+void OverviewView::changeEvent(QEvent *event)
+{
+    QListView::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        fitTiles();
+    }
+}
+
+void OverviewView::wheelEvent(QWheelEvent *event)
+{
+    if ((event->modifiers() & Qt::ControlModifier) != 0) {
+        setLevel(m_level + (event->angleDelta().y() > 0 ? -1 : 1));
+        event->accept();
+    } else {
+        QListView::wheelEvent(event);
+    }
+}
+
+// What the user does
+
+bool OverviewView::viewportEvent(QEvent *event)
+{
+    m_activity->noteViewportEvent(*event);
+    return QListView::viewportEvent(event);
+}
+
+void OverviewView::keyPressEvent(QKeyEvent *event)
+{
+    m_activity->noteKeys();
+    const bool isPlain = (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
+    const QString text = event->text();
+    if (isPlain && !text.isEmpty() && text.front().isPrint() && text != u" ") {
+        Q_EMIT typed(text);
+        event->accept();
+    } else {
+        QListView::keyPressEvent(event);
+    }
+}
+
+QModelIndex OverviewView::moveCursor(CursorAction action, Qt::KeyboardModifiers)
+{
+    const int count = m_model.rowCount();
+    if (count == 0) {
+        return {};
+    }
+    const int row = currentIndex().row();
+    if (row < 0) {
+        return m_model.index(0);
+    }
+    const int page = std::max(1, viewport()->height() / m_tile.height()) * m_columns;
+    const int column = row % m_columns;
+    const int lowest = (count - 1 - column) / m_columns * m_columns + column;
+    switch (action) {
+    case MoveHome:
+        return m_model.index(0);
+    case MoveEnd:
+        return m_model.index(count - 1);
+    case MoveLeft:
+    case MovePrevious:
+        return m_model.index(std::max(0, row - 1));
+    case MoveRight:
+    case MoveNext:
+        return m_model.index(std::min(count - 1, row + 1));
+    case MoveUp:
+        return m_model.index(row >= m_columns ? row - m_columns : row);
+    case MoveDown:
+        return m_model.index(row + m_columns < count ? row + m_columns : row);
+    case MovePageUp:
+        return m_model.index(std::max(column, row - page));
+    case MovePageDown:
+        return m_model.index(std::min(lowest, row + page));
+    }
+    return {};
+}
+
+// What tiles show
+
+QString OverviewView::stateOf(const StationGlance &glance) const
+{
+    const AlarmRow *alarm = m_mode.alarms().alarm(glance.worst);
+    if (m_mode.isLent(glance.kennung)) {
+        return tr("being configured in the main window");
+    }
+    if (alarm != nullptr) {
+        const QString text = shortenedLine(alarm->text);
+        return alarm->acknowledged == 0 && alarm->shelvedUntil == 0 ? text
+               : alarm->shelvedUntil != 0                           ? tr("put aside: %1").arg(text)
+                                                                    : tr("acknowledged: %1").arg(text);
+    }
+    QString state = statusText(glance.status);
+    if (glance.status.pukNeeded) {
+        state += QLatin1String(", PUK");
+    }
+    return state;
+}
+
+TileTexts OverviewView::textsOf(const StationGlance &glance) const
+{
+    const TileLevel &level = tileLevels()[static_cast<std::size_t>(m_level)];
+    TileTexts texts;
+    texts.state = stateOf(glance);
+    if (!level.hasFoot()) {
+        return texts;
+    }
+    if (const cStation *station = m_mode.station(glance.kennung)) {
+        texts.bars = QualityBars::filled(station->csq());
+        if (const qint64 heard = station->lastHeard(); heard > 0) {
+            const QDateTime moment = QDateTime::fromMSecsSinceEpoch(heard);
+            const bool isToday = moment.date() == m_mode.now().toLocalTime().date();
+            texts.heard = locale().toString(moment, isToday ? QStringLiteral("HH:mm:ss")
+                                                            : QStringLiteral("dd.MM. HH:mm"));
+        }
+    }
+    if (level.values() == 0) {
+        return texts;
+    }
+    const ChannelNames names = m_mode.channelNames(glance.kennung);
+    for (const int channel : shownChannels(m_mode, glance.kennung, names, m_channels, level.values())) {
+        const InputReading reading = readingOf(m_mode, glance.kennung, channel, names);
+        TileTexts::Value value{shortInputCaption(channel, names),
+                               shortenedLine(localValue(reading.value, locale())),
+                               reading.unit,
+                               reading.state,
+                               {}};
+        for (const ValueTrends::Point &point : reading.trend) {
+            value.trend.append({double(point.time), double(point.value)});
+        }
+        texts.values += value;
+    }
+    return texts;
+}
+
+QString OverviewView::description(const StationGlance &glance) const
+{
+    QStringList lines{glance.name + QLatin1String(": ") + stateOf(glance)};
+    if (glance.waiting > 0) {
+        lines += tr("Alarms not acknowledged: %1").arg(glance.waiting);
+    }
+    if (glance.worst != 0) {
+        lines += statusText(glance.status);
+    }
+    const cStation *station = m_mode.station(glance.kennung);
+    if (station != nullptr && station->lastHeard() > 0) {
+        lines += tr("Last heard %1").arg(shownMoment(station->lastHeard()));
+    }
+    return lines.join(u'\n');
+}
+
+void OverviewView::paintTile(QPainter &painter, const QRect &where, const QModelIndex &index,
+                             bool isPointed) const
+{
+    const TileLevel &level = tileLevels()[static_cast<std::size_t>(m_level)];
+    const TilePainter tile(level, font(), palette());
+    const StationGlance &glance = m_model.glance(index.row());
+    const TilePainter::Place place{QRectF(where), index == currentIndex() && hasFocus(), isPointed};
+    if (level.isCell()) {
+        tile.paintCell(painter, place, glance);
+    } else {
+        tile.paint(painter, place, glance, textsOf(glance));
+    }
+}
+
+} // namespace ktr

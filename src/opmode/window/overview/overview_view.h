@@ -1,0 +1,78 @@
+#pragma once
+
+#include "opmode/window/overview/tile_painter.h"
+
+#include <QListView>
+
+namespace ktr {
+
+class OperationalMode;
+class OverviewModel;
+class ViewActivity;
+
+/// The tiles of all stations. They keep their places while the user points at them. Its own rows and columns
+/// are those of a list view, which assistive tools know.
+class OverviewView : public QListView
+{
+    Q_OBJECT
+
+public:
+    OverviewView(const OperationalMode &mode, OverviewModel &model, QWidget *parent = nullptr);
+
+    /// A place in tileLevels(); the largest is 0.
+    int level() const { return m_level; }
+    void setLevel(int level);
+    /// The level is the largest at which all stations are seen at once, or the smallest at which their names
+    /// can be read. So it is until a level is chosen.
+    void setFitting(bool isFitting);
+    bool isFitting() const { return m_isFitting; }
+    /// Up to four channels that are shown of each station; empty for those that have names or values.
+    void setChannels(const QList<int> &channels) { m_channels = channels; }
+
+    /// How a station is, in words, over several lines.
+    QString description(const StationGlance &glance) const;
+    bool isInUse() const;
+    QString chosen() const; ///< its key, empty for none
+    void choose(const QString &kennung);
+
+    void paintTile(QPainter &painter, const QRect &where, const QModelIndex &index, bool isPointed) const;
+    QSize tileSize() const { return m_tile; }
+
+Q_SIGNALS:
+    void stationChosen(const QString &kennung);
+    /// It is to be shown in the tree.
+    void stationWanted(const QString &kennung);
+    /// The user typed what may begin a search.
+    void typed(const QString &text);
+    void levelChanged();
+
+protected:
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    bool viewportEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+
+private:
+    void fitTiles();
+    void takeLevel(int level);
+    void fit();
+    int fittingLevel() const;
+    int columnsAt(const TileLevel &level) const;
+    TileTexts textsOf(const StationGlance &glance) const;
+    QString stateOf(const StationGlance &glance) const;
+
+    const OperationalMode &m_mode;
+    OverviewModel &m_model;
+    ViewActivity *m_activity;
+    int m_level = 0;
+    bool m_isFitting = true;
+    int m_columns = 1;
+    QSize m_tile;
+    QList<int> m_channels;
+    QString m_chosen; ///< before the rows came anew
+};
+
+} // namespace ktr

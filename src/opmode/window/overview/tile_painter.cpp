@@ -1,0 +1,296 @@
+#include "opmode/window/overview/tile_painter.h"
+
+#include "look/palettes.h"
+#include "opmode/window/quality_bars.h"
+#include "opmode/window/station_mark.h"
+
+#include <QPainter>
+#include <QPixmapCache>
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+constexpr double tilePadding = 0.5; // in heights of a line
+constexpr double tileGap = 2;       // between tiles, half of it on each side
+
+QString exclamation(Urgency urgency)
+{
+    return urgency == Urgency::HighAlarm     ? QStringLiteral("!!!")
+           : urgency == Urgency::MediumAlarm ? QStringLiteral("!!")
+                                             : QStringLiteral("!");
+}
+
+/// A small curve; a state holds until the next one.
+void paintTrend(QPainter &painter, const QRectF &where, const QList<QPointF> &trend, bool hasStates)
+{
+    const auto [least, most] =
+        std::ranges::minmax_element(trend, {}, [](const QPointF &point) { return point.y(); });
+    const double low = hasStates ? 0 : least->y();
+    const double high = hasStates ? 1 : most->y();
+    const double span = trend.back().x() - trend.front().x();
+    QPolygonF curve;
+    for (qsizetype at = 0; at < trend.size(); ++at) {
+        const double part = span > 0 ? (trend[at].x() - trend.front().x()) / span
+                                     : double(at) / double(std::max<qsizetype>(1, trend.size() - 1));
+        const double height = high > low ? (trend[at].y() - low) / (high - low) : 0.5;
+        const QPointF point(where.left() + part * where.width(), where.bottom() - height * where.height());
+        if (hasStates && at > 0) {
+            curve += QPointF(point.x(), curve.back().y());
+        }
+        curve += point;
+    }
+    painter.drawPolyline(curve);
+}
+
+} // namespace
+
+std::span<const TileLevel> tileLevels()
+{
+    static constexpr TileLevel levels[] = {{19, 9.4},  {14.5, 7.6}, {11.5, 5.6}, {9.5, 3.7}, {8, 2.5},
+                                           {5.5, 1.6}, {2.2, 2},    {1.5, 1.35}, {1, 0.9}};
+    return levels;
+}
+
+TilePainter::TilePainter(const TileLevel &level, const QFont &font, const QPalette &palette)
+    : m_level(level), m_font(font), m_bold(font), m_palette(palette), m_line(QFontMetricsF(font).height())
+{
+    m_bold.setBold(true);
+}
+
+QColor TilePainter::ink(Urgency urgency) const
+{
+    return isWaiting(urgency)            ? QColor(Qt::white)
+           : urgency == Urgency::Offline ? m_palette.color(QPalette::PlaceholderText)
+                                         : m_palette.color(QPalette::WindowText);
+}
+
+QColor TilePainter::faintInk(Urgency urgency) const
+{
+    return isWaiting(urgency) ? QColor(Qt::white) : m_palette.color(QPalette::PlaceholderText);
+}
+
+void TilePainter::drawText(QPainter &painter, const QRectF &where, const QString &text, int flags) const
+{
+    const QFontMetricsF metrics(painter.font());
+    painter.drawText(where, flags | Qt::AlignVCenter | Qt::TextSingleLine,
+                     metrics.elidedText(text, Qt::ElideRight, where.width()));
+}
+
+void TilePainter::paintGround(QPainter &painter, const Place &place, Urgency urgency) const
+{
+    const QRectF tile = place.rect.adjusted(tileGap / 2, tileGap / 2, -tileGap / 2, -tileGap / 2);
+    const double radius = m_level.isCell() ? 2 : 5;
+    QColor ground = cardColour(m_palette);
+    QPen frame(hairline(m_palette), 1);
+    if (isWaiting(urgency)) {
+        ground = alarmGround(m_palette);
+        frame = QPen(ground, 1);
+    } else if (urgency == Urgency::Standing) {
+        frame = QPen(alarmText(m_palette), 2);
+    } else if (urgency == Urgency::Silent || urgency == Urgency::Doubtful) {
+        frame = QPen(doubtText(m_palette), urgency == Urgency::Silent ? 2 : 1);
+    } else if (urgency == Urgency::Offline) {
+        ground = m_palette.color(QPalette::Window);
+        frame = QPen(fieldBorder(m_palette), 1, Qt::DotLine);
+    }
+    painter.setPen(frame);
+    painter.setBrush(ground);
+    const double inset = frame.widthF() / 2;
+    painter.drawRoundedRect(tile.adjusted(inset, inset, -inset, -inset), radius, radius);
+    if (place.isPointed) {
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(veil(m_palette));
+        painter.drawRoundedRect(tile, radius, radius);
+    }
+}
+
+void TilePainter::paintChoice(QPainter &painter, const Place &place) const
+{
+    if (place.isChosen) {
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(accent(m_palette), m_level.isCell() ? 2 : 3));
+        painter.drawRoundedRect(place.rect.adjusted(1, 1, -1, -1), 4, 4);
+    }
+}
+
+/// Gives how wide it is.
+double TilePainter::paintMark(QPainter &painter, const QRectF &where, const StationGlance &glance) const
+{
+    if (!isWaiting(glance.urgency) && glance.urgency != Urgency::Standing) {
+        const double side = std::min(where.height(), where.width());
+        paintStationMark(painter, QRectF(where.topLeft(), QSizeF(side, where.height())), glance.status,
+                         m_palette);
+        return side;
+    }
+    const QString text = exclamation(glance.urgency);
+    painter.setFont(m_bold);
+    painter.setPen(isWaiting(glance.urgency) ? QColor(Qt::white) : alarmText(m_palette));
+    painter.drawText(where, Qt::AlignVCenter | Qt::AlignLeft, text);
+    return QFontMetricsF(m_bold).horizontalAdvance(text);
+}
+
+void TilePainter::paintHead(QPainter &painter, QRectF where, const StationGlance &glance) const
+{
+    where.setLeft(where.left() + paintMark(painter, where, glance) + m_line / 3);
+    if (glance.waiting > 1) {
+        const QString count = QString::number(glance.waiting);
+        painter.setFont(m_bold);
+        painter.setPen(ink(glance.urgency));
+        painter.drawText(where, Qt::AlignRight | Qt::AlignVCenter, count);
+        where.setRight(where.right() - QFontMetricsF(m_bold).horizontalAdvance(count) - m_line / 3);
+    }
+    painter.setFont(m_bold);
+    painter.setPen(ink(glance.urgency));
+    drawText(painter, where, glance.name);
+}
+
+void TilePainter::paint(QPainter &painter, const Place &place, const StationGlance &glance,
+                        const TileTexts &texts) const
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    paintGround(painter, place, glance.urgency);
+    const double inset = tilePadding * m_line;
+    QRectF rest = place.rect.adjusted(inset, 0, -inset, 0);
+    if (m_level.hasState()) {
+        rest.adjust(0, inset * 0.8, 0, -inset * 0.8);
+    } else { // the name alone stands in the middle
+        rest.adjust(0, (rest.height() - m_line) / 2, 0, 0);
+    }
+    const auto take = [&rest](double height) {
+        const QRectF line(rest.topLeft(), QSizeF(rest.width(), height));
+        rest.setTop(line.bottom());
+        return line;
+    };
+    paintHead(painter, take(m_line), glance);
+    if (m_level.hasState()) {
+        painter.setFont(m_font);
+        painter.setPen(glance.urgency == Urgency::Silent     ? doubtText(m_palette)
+                       : glance.urgency == Urgency::Standing ? alarmText(m_palette)
+                                                             : faintInk(glance.urgency));
+        drawText(painter, take(m_line), texts.state);
+    }
+    if (m_level.hasFoot()) {
+        painter.setPen(faintInk(glance.urgency));
+        paintFoot(painter, QRectF(rest.left(), rest.bottom() - m_line, rest.width(), m_line), texts);
+        rest.setBottom(rest.bottom() - m_line);
+    }
+    const int count = std::min(m_level.values(), static_cast<int>(texts.values.size()));
+    const int lines = m_level.values() / 2;
+    for (int at = 0; at < count; ++at) {
+        const QSizeF size(rest.width() / 2, rest.height() / lines);
+        const QRectF part(rest.left() + at % 2 * size.width(), rest.top() + at / 2 * size.height(),
+                          size.width() - m_line / 3, size.height());
+        painter.setPen(ink(glance.urgency));
+        paintValue(painter, part, texts.values[at]);
+    }
+    paintChoice(painter, place);
+    painter.restore();
+}
+
+/// The caption, and below it the value, with its curve where there is room for that.
+void TilePainter::paintValue(QPainter &painter, const QRectF &where, const TileTexts::Value &value) const
+{
+    const QColor text = painter.pen().color();
+    QFont small = m_font;
+    small.setPointSizeF(m_font.pointSizeF() * 0.85);
+    painter.setFont(small);
+    const double top = where.top() + std::max(0.0, (where.height() - 2 * m_line) / 2);
+    drawText(painter, QRectF(where.left(), top, where.width(), m_line), value.caption);
+    QRectF line(where.left(), top + m_line * 0.9, where.width(), m_line);
+    if (value.state) {
+        const double side = m_line * 0.5;
+        painter.setPen(QPen(text, 1.5));
+        painter.setBrush(*value.state ? QBrush(text) : Qt::NoBrush);
+        painter.drawEllipse(QRectF(line.left() + 1, line.center().y() - side / 2, side, side));
+        line.setLeft(line.left() + side + m_line / 3);
+    }
+    painter.setFont(m_bold);
+    const QString number = value.value.isEmpty() ? QStringLiteral("–") : value.value;
+    const double width = std::min(QFontMetricsF(m_bold).horizontalAdvance(number) + 1, line.width());
+    drawText(painter, QRectF(line.topLeft(), QSizeF(width, m_line)), number);
+    line.setLeft(line.left() + width + m_line / 5);
+    if (!value.unit.isEmpty()) {
+        painter.setFont(small);
+        const double unit = std::min(QFontMetricsF(small).horizontalAdvance(value.unit) + 1, line.width());
+        drawText(painter, QRectF(line.topLeft(), QSizeF(unit, m_line)), value.unit);
+        line.setLeft(line.left() + unit + m_line / 4);
+    }
+    if (value.trend.size() > 1 && line.width() > 2 * m_line) {
+        painter.setPen(QPen(text, 1.2));
+        paintTrend(painter, line.adjusted(0, m_line * 0.2, 0, -m_line * 0.2), value.trend,
+                   value.state.has_value());
+    }
+}
+
+void TilePainter::paintFoot(QPainter &painter, const QRectF &where, const TileTexts &texts) const
+{
+    QFont small = m_font;
+    small.setPointSizeF(m_font.pointSizeF() * 0.85);
+    painter.setFont(small);
+    const QColor colour = painter.pen().color();
+    double left = where.left();
+    if (texts.bars) {
+        const double step = m_line * 0.25;
+        for (int bar = 0; bar < QualityBars::bars; ++bar) {
+            const double height = m_line * 0.7 * (bar + 1) / QualityBars::bars;
+            const QRectF place(left, where.bottom() - m_line * 0.15 - height, step - 1.5, height);
+            painter.setPen(QPen(colour, 0.8));
+            painter.setBrush(bar < *texts.bars ? QBrush(colour) : Qt::NoBrush);
+            painter.drawRect(place);
+            left += step;
+        }
+        painter.setPen(colour);
+        left += m_line / 3;
+    }
+    drawText(painter, QRectF(left, where.top(), where.right() - left, where.height()), texts.heard,
+             Qt::AlignRight);
+}
+
+/// Thousands of them are seen at once, of few kinds, so each kind is drawn once.
+void TilePainter::paintCell(QPainter &painter, const Place &place, const StationGlance &glance) const
+{
+    const double ratio = painter.device()->devicePixelRatioF();
+    const QSize size = place.rect.size().toSize();
+    const auto line = static_cast<int>(glance.status.line);
+    const QString key = QStringLiteral("ktr-cell-%1-%2-%3x%4-%5-%6-%7")
+                            .arg(int(glance.urgency))
+                            .arg(line)
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(ratio)
+                            .arg(place.isPointed)
+                            .arg(m_palette.cacheKey());
+    QPixmap cell;
+    if (!QPixmapCache::find(key, &cell)) {
+        cell = QPixmap(size * ratio);
+        cell.setDevicePixelRatio(ratio);
+        cell.fill(Qt::transparent);
+        QPainter inside(&cell);
+        inside.setRenderHint(QPainter::Antialiasing);
+        const QRectF whole({0, 0}, QSizeF(size));
+        paintGround(inside, {whole, false, place.isPointed}, glance.urgency);
+        // What needs nobody does not draw the eye.
+        const double part = glance.urgency >= Urgency::Quiet ? 0.42 : 0.62;
+        const double side = std::min(whole.width(), whole.height()) * part;
+        QRectF middle(0, 0, side, side);
+        middle.moveCenter(whole.center());
+        if (isWaiting(glance.urgency) || glance.urgency == Urgency::Standing) {
+            QFont font = m_bold;
+            font.setPixelSize(std::max(6, static_cast<int>(side)));
+            inside.setFont(font);
+            inside.setPen(isWaiting(glance.urgency) ? QColor(Qt::white) : alarmText(m_palette));
+            inside.drawText(whole, Qt::AlignCenter, exclamation(glance.urgency));
+        } else {
+            paintStationMark(inside, middle, glance.status, m_palette);
+        }
+        QPixmapCache::insert(key, cell);
+    }
+    painter.drawPixmap(place.rect.topLeft(), cell);
+    paintChoice(painter, place);
+}
+
+} // namespace ktr

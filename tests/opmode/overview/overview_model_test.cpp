@@ -1,0 +1,214 @@
+#include "opmode/operational_mode.h"
+#include "opmode/overview/input_reading.h"
+#include "opmode/overview/overview_model.h"
+#include "support/environment.h"
+#include "support/manual_timers.h"
+#include "support/recorded_line.h"
+
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace ktr;
+using namespace ktr::test;
+
+class OverviewModelTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_model.reset();
+        m_mode.reset();
+        m_lines.clear();
+        m_names = {};
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_timers = std::make_unique<ManualTimers>();
+        OperationalMode::Services services{fixedEnvironment(), *m_timers,
+                                           [this] {
+                                               auto line = std::make_unique<RecordedLine>();
+                                               m_lines += line.get();
+                                               return line;
+                                           },
+                                           [] {}, manualCallbackTimers(*m_timers)};
+        services.channelNames = [this](const QString &) { return m_names; };
+        m_mode = std::make_unique<OperationalMode>(services, StationCaptions{});
+        QVERIFY(m_mode->open(m_folder->filePath("nodes.xml"), OperationalMode::Use::Keep));
+        m_model = std::make_unique<OverviewModel>(*m_mode, *m_timers, english());
+        m_model->setActive(true);
+    }
+
+    void theMostUrgentComesFirstAndEqualOnesByName()
+    {
+        add({"Pump 10", "Pump 9", "Dam", "Mill", "Lock", "Weir"});
+        m_mode->alarmActions().setRules(AlarmRules(
+            {{"burst", false, true, AlarmPriority::High}, {"fail", false, true, AlarmPriority::Low}}));
+        for (const char *name : {"Mill", "Lock"}) {
+            online(name);
+        }
+        m_timers->advance(Milliseconds(20'000)); // they become silent with the second announcement
+        for (const char *name : {"Pump 10", "Pump 9", "Dam", "Weir"}) {
+            online(name);
+        }
+        m_timers->advance(Milliseconds(20'000));
+        say("Pump 10", "DI1 fail");
+        say("Pump 9", "DI2 fail");
+        say("Dam", "Pipe burst");
+        say("Lock", "DI1 fail");
+        say("Weir", "all well");
+        m_mode->setOnline("Mill", false);
+        settle();
+        QCOMPARE(shown(), (QStringList{"Dam", "Lock", "Pump 9", "Pump 10", "Weir", "Mill"}));
+        QCOMPARE(glance("Dam").urgency, Urgency::HighAlarm);
+        QCOMPARE(glance("Weir").urgency, Urgency::Quiet);
+        QCOMPARE(glance("Mill").urgency, Urgency::Offline);
+
+        QVERIFY(m_mode->acknowledgeAlarms({glance("Dam").worst}));
+        settle();
+        QCOMPARE(shown(), (QStringList{"Lock", "Pump 9", "Pump 10", "Dam", "Weir", "Mill"}));
+        QCOMPARE(glance("Dam").urgency, Urgency::Standing);
+        QCOMPARE(glance("Dam").waiting, 0);
+        m_model->setOrder(OverviewModel::Order::Name);
+        QCOMPARE(shown(), (QStringList{"Dam", "Lock", "Mill", "Pump 9", "Pump 10", "Weir"}));
+        QCOMPARE(m_model->counts()[std::size_t(Urgency::LowAlarm)], 3);
+    }
+
+    void silenceComesBeforeWhatIsAcknowledged()
+    {
+        add({"A", "B"});
+        online("A");
+        online("B");
+        say("B", "DI1 fail");
+        QVERIFY(m_mode->acknowledgeAlarms({*m_mode->alarms().waiting().begin()}));
+        settle();
+        QCOMPARE(shown().front(), "B"); // the other was not heard yet
+        for (int period = 0; period < 2; ++period) {
+            m_timers->advance(Milliseconds(20'000));
+            say("B", "all well");
+        }
+        settle();
+        QCOMPARE(glance("A").urgency, Urgency::Silent);
+        QCOMPARE(shown(), (QStringList{"A", "B"}));
+    }
+
+    void manyEventsMoveTheTilesOnceAndTheChosenOneGoesAlong()
+    {
+        add({"A", "B", "C"});
+        for (const char *name : {"A", "B", "C"}) {
+            online(name);
+        }
+        settle();
+        const QPersistentModelIndex chosen(m_model->index(m_model->rowOf("C")));
+        QSignalSpy moved(m_model.get(), &QAbstractItemModel::layoutChanged);
+        QSignalSpy reset(m_model.get(), &QAbstractItemModel::modelReset);
+        for (int n = 0; n < 50; ++n) {
+            say("C", "Pump " + QByteArray::number(n) + " fail");
+            say("B", "at " + QByteArray::number(n));
+        }
+        QCOMPARE(moved.size(), 0);
+        settle();
+        QCOMPARE(moved.size(), 1);
+        QCOMPARE(reset.size(), 0);
+        QCOMPARE(chosen.row(), 0);
+        QCOMPARE(chosen.data(OverviewModel::KeyRole), "C");
+        QCOMPARE(glance("C").waiting, 50);
+    }
+
+    void whileTheHandIsThereNothingMovesAndAllIsTold()
+    {
+        add({"A", "B"});
+        online("A");
+        online("B");
+        settle();
+        bool isHeld = true;
+        m_model->setHold([&isHeld] { return isHeld; });
+        say("B", "DI1 fail");
+        m_mode->addStation("C");
+        settle();
+        QCOMPARE(shown(), (QStringList{"A", "B"}));
+        QCOMPARE(glance("B").urgency, Urgency::MediumAlarm);
+        isHeld = false;
+        settle();
+        QCOMPARE(shown(), (QStringList{"B", "A", "C"}));
+    }
+
+    void stationsThatComeGoAndAreRenamedAreFollowed()
+    {
+        add({"A", "B"});
+        settle();
+        m_model->setFilter("b");
+        QCOMPARE(shown(), QStringList("B"));
+        QVERIFY(m_mode->tree().setData(m_mode->tree().find("A"), "Abbey"));
+        settle();
+        QCOMPARE(shown(), (QStringList{"Abbey", "B"}));
+        m_mode->removeStation("B");
+        QCOMPARE(m_model->index(1).data(), "B"); // until it is taken over
+        settle();
+        QCOMPARE(shown(), QStringList("Abbey"));
+        m_model->setActive(false);
+        m_mode->addStation("Bank");
+        settle();
+        QCOMPARE(shown(), QStringList("Abbey"));
+        m_model->setActive(true);
+        QCOMPARE(shown(), (QStringList{"Abbey", "Bank"}));
+    }
+
+    void valuesHaveUnitsAndThoseWithNamesComeFirst()
+    {
+        add({"A"});
+        online("A");
+        const auto channels = [this](const QList<int> &chosen) {
+            return shownChannels(*m_mode, "A", m_names, chosen, 2);
+        };
+        QCOMPARE(channels({}), QList<int>());
+        for (const char *report : {"R,9,2.5", "R,5,1", "R,18,21"}) {
+            sayRaw("A", report);
+        }
+        QCOMPARE(channels({}), (QList<int>{5, 9}));
+        QCOMPARE(readingOf(*m_mode, "A", 5, m_names).state, true);
+        m_names.channels[16] = {"Cellar", ""};
+        QCOMPARE(channels({}), QList<int>{17});
+        QCOMPARE(channels({18, 9, 5}), (QList<int>{18, 9}));
+        QCOMPARE(readingOf(*m_mode, "A", 17, m_names).unit, QString::fromUtf8("°C"));
+        m_names.channels[16].unit = "K";
+        QCOMPARE(readingOf(*m_mode, "A", 17, m_names).unit, "K");
+    }
+
+private:
+    void add(const QStringList &names)
+    {
+        for (const QString &name : names) {
+            m_mode->addStation(name, "10.0.0.1");
+        }
+        settle();
+    }
+    void online(const QString &name) { m_mode->setOnline(name, true); }
+    void settle() { m_timers->advance(OverviewModel::longestDelay); }
+    void sayRaw(const QString &name, const QByteArray &sms)
+    {
+        const int line = m_mode->tree().find(name).row();
+        m_lines[line]->say("at+cmgs=\"+4917012345\"\r");
+        m_lines[line]->say(sms + '\x1A');
+    }
+    void say(const QString &name, const QByteArray &text) { sayRaw(name, "M," + text); }
+    QStringList shown() const
+    {
+        QStringList names;
+        for (int row = 0; row < m_model->rowCount(); ++row) {
+            names += m_model->index(row).data().toString();
+        }
+        return names;
+    }
+    const StationGlance &glance(const QString &name) const { return m_model->glance(m_model->rowOf(name)); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<ManualTimers> m_timers;
+    QList<RecordedLine *> m_lines;
+    ChannelNames m_names;
+    std::unique_ptr<OperationalMode> m_mode;
+    std::unique_ptr<OverviewModel> m_model;
+};
+
+QTEST_GUILESS_MAIN(OverviewModelTest)
+#include "overview_model_test.moc"

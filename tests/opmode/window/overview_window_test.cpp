@@ -1,0 +1,168 @@
+#include "opmode/overview/overview_model.h"
+#include "opmode/window/form_betriebsmodus.h"
+#include "opmode/window/overview/overview_view.h"
+#include "platform/files.h"
+#include "platform/registry.h"
+#include "support/environment.h"
+#include "support/manual_timers.h"
+#include "support/recorded_line.h"
+
+#include <QAccessible>
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeView>
+#include <QWheelEvent>
+
+using namespace ktr;
+using namespace ktr::test;
+
+class OverviewWindowTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        MRegistry::setRegistryFile(m_folder->filePath("registry.json"));
+    }
+    void cleanup()
+    {
+        m_window.reset();
+        m_mode.reset();
+        m_lines.clear();
+    }
+
+    void keysSearchChooseAndGoToTheStationInTheTree()
+    {
+        open({"Pump 1", "Pump 2", "Tower", "Weir"});
+        showOverview();
+        QVERIFY(!tree()->isVisible() && view()->hasFocus());
+        QTest::keyClick(view(), Qt::Key_End);
+        QCOMPARE(view()->chosen(), "Weir");
+        QCOMPARE(tree()->currentIndex().data().toString(), "Weir"); // what the menus are about
+        QTest::keyClick(view(), Qt::Key_Home);
+        QTest::keyClick(view(), Qt::Key_Right);
+        QCOMPARE(view()->chosen(), "Pump 2");
+
+        QTest::keyClicks(view(), "tow");
+        auto *search = m_window->findChild<QLineEdit *>("Text_overview_search");
+        QVERIFY(search->hasFocus() && search->text() == "tow");
+        QCOMPARE(view()->model()->rowCount(), 1);
+        QTest::keyClick(search, Qt::Key_Return);
+        QVERIFY(tree()->isVisible() && !view()->isVisible());
+        QCOMPARE(tree()->currentIndex().data().toString(), "Tower");
+    }
+
+    void searchIsTheOverviewsWhileItIsThere()
+    {
+        open({"A", "B"});
+        showOverview();
+        QTest::keyClick(view(), Qt::Key_F, Qt::ControlModifier);
+        auto *search = m_window->findChild<QLineEdit *>("Text_overview_search");
+        QVERIFY(search->hasFocus());
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        QVERIFY(std::ranges::none_of(windows, [](const QWidget *window) {
+            return window->objectName() == "Form_record" && window->isVisible();
+        }));
+        QTest::keyClicks(search, "nobody");
+        QVERIFY(m_window->findChild<QLabel *>("lbl_overview_none")->isVisible());
+        QTest::keyClick(search, Qt::Key_Escape);
+        QCOMPARE(view()->model()->rowCount(), 2);
+        QVERIFY(view()->hasFocus());
+    }
+
+    void tilesAreZoomedDownToCellsThatStillTellAll()
+    {
+        open({"A", "B"});
+        online("B");
+        say(1, "Pump 1 fail");
+        showOverview();
+        const int fitting = view()->level();
+        const QPoint middle = view()->viewport()->rect().center();
+        for (int turn = 0; turn < 20; ++turn) {
+            QWheelEvent wheel(middle, view()->viewport()->mapToGlobal(middle), {}, {0, -120}, Qt::NoButton,
+                              Qt::ControlModifier, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(view()->viewport(), &wheel);
+        }
+        QVERIFY(tileLevels()[std::size_t(view()->level())].isCell());
+        const QString tip = view()->model()->index(0, 0).data(Qt::ToolTipRole).toString();
+        QVERIFY2(tip.contains("B") && tip.contains("Pump 1 fail"), qPrintable(tip));
+        const QAccessibleInterface *tiles = QAccessible::queryAccessibleInterface(view());
+        QVERIFY(tiles != nullptr && tiles->childCount() >= 2);
+        QVERIFY(tiles->child(0)->text(QAccessible::Name).contains("Pump 1 fail"));
+        QTest::keyClick(view(), Qt::Key_0, Qt::ControlModifier);
+        QCOMPARE(view()->level(), fitting);
+    }
+
+    void tilesStayUnderTheMouse()
+    {
+        open({"A", "B"});
+        online("A");
+        online("B");
+        showOverview();
+        QTest::mouseMove(view()->viewport(), QPoint(20, 20));
+        QTest::mouseMove(view()->viewport(), QPoint(24, 24));
+        QTRY_VERIFY(view()->underMouse());
+        say(1, "Pump 1 fail");
+        m_timers.advance(Milliseconds(1000));
+        QCOMPARE(view()->model()->index(0, 0).data(), "A");
+        QTest::mouseMove(m_window.get(), QPoint(5, m_window->height() - 5));
+        QTRY_VERIFY(!view()->isInUse());
+        m_timers.advance(Milliseconds(1000));
+        QCOMPARE(view()->model()->index(0, 0).data(), "B");
+    }
+
+private:
+    void open(const QStringList &stations)
+    {
+        QByteArray document;
+        for (const QString &station : stations) {
+            const QByteArray name = station.toUtf8();
+            document += "<item key=\"" + name + "\" text=\"" + name + "\" ForeColor=\"-2147483640\"/>";
+        }
+        QVERIFY(replaceFile(m_folder->filePath("nodes.xml"), "<KTR>" + document + "</KTR>"));
+        m_mode = std::make_unique<OperationalMode>(
+            OperationalMode::Services{fixedEnvironment(), m_timers,
+                                      [this] {
+                                          auto line = std::make_unique<RecordedLine>();
+                                          m_lines += line.get();
+                                          return line;
+                                      },
+                                      [] {}, manualCallbackTimers(m_timers)},
+            stationCaptions(m_texts));
+        m_window = std::make_unique<Form_betriebsmodus>(
+            *m_mode, m_texts, Form_betriebsmodus::Services{m_timers, english(), {}, {}});
+        m_window->show();
+        m_window->open(m_folder->filePath("nodes.xml"));
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+        m_mode->setOperator("Eva");
+    }
+    void showOverview()
+    {
+        m_window->findChild<QAction *>("mnu_overview")->trigger();
+        m_timers.advance(OverviewModel::longestDelay);
+    }
+    void online(const QString &kennung) { m_mode->setOnline(kennung, true); }
+    void say(int station, const QByteArray &text)
+    {
+        m_lines[station]->say("at+cmgs=\"+4917012345\"\r");
+        m_lines[station]->say("M," + text + '\x1A');
+    }
+    OverviewView *view() const { return m_window->findChild<OverviewView *>(); }
+    QTreeView *tree() const { return m_window->findChild<QTreeView *>("TreeView_KTR_Nodes"); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    TextTable m_texts;
+    ManualTimers m_timers;
+    QList<RecordedLine *> m_lines;
+    std::unique_ptr<OperationalMode> m_mode;
+    std::unique_ptr<Form_betriebsmodus> m_window;
+};
+
+QTEST_MAIN(OverviewWindowTest)
+#include "overview_window_test.moc"
