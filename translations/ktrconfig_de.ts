@@ -1982,6 +1982,25 @@
     </message>
 </context>
 <context>
+    <name>SwitchTypes</name>
+    <message>
+        <source>any weekday</source>
+        <translation>jeder Wochentag</translation>
+    </message>
+    <message>
+        <source>working days</source>
+        <translation>Werktage</translation>
+    </message>
+    <message>
+        <source>above the limit</source>
+        <translation>über dem Grenzwert</translation>
+    </message>
+    <message>
+        <source>below the limit</source>
+        <translation>unter dem Grenzwert</translation>
+    </message>
+</context>
+<context>
     <name>TableFile</name>
     <message>
         <source>there is no row below a line of titles</source>
@@ -6140,6 +6159,17 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1 is sent when the module next reads an SMS; a click takes it back</source>
         <translation>%1 wird gesendet, sobald das Modul die nächste SMS liest; ein Klick nimmt es zurück</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::SwitchPointPage</name>
+    <message>
+        <source>Switches: %1</source>
+        <translation>Schaltet: %1</translation>
+    </message>
+    <message>
+        <source>Type %1: %2</source>
+        <translation>Typ %1: %2</translation>
     </message>
 </context>
 <context>

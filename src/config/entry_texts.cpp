@@ -4,9 +4,59 @@
 #include "config/channels.h"
 #include "platform/text_rules.h"
 
+#include <QCoreApplication>
 #include <QDate>
 
+#include <algorithm>
+
 namespace ktr {
+
+namespace {
+
+QString numberedAdministrator(std::size_t index, const TextTable &texts)
+{
+    return texts.text(Text::Admin).trimmed() + u' ' + QString::number(index + 1);
+}
+
+/// An administrator's name, or what stands for it, whoever else has it.
+QString plainAdministratorName(const Configuration &configuration, std::size_t index, const TextTable &texts)
+{
+    const QString &name = configuration.administrators[index].name;
+    return name.trimmed().isEmpty() ? numberedAdministrator(index, texts) : name;
+}
+
+/// As it is compared with others: "on weekdays" tells nobody what "weekdays" does not.
+QString readAs(int type, const TextTable &texts)
+{
+    QString text = texts.text(switchTypeText(type)).simplified().toLower();
+    if (text.startsWith(QLatin1String("on "))) {
+        text.remove(0, 3);
+    }
+    return text;
+}
+
+/// Of the types that texts are known to mix up.
+const char *meaningOf(int type)
+{
+    constexpr int weekdays = 7;
+    constexpr int workingDays = 10;
+    constexpr int exceeded = 15;
+    constexpr int undershot = 16;
+    switch (type) {
+    case weekdays:
+        return QT_TRANSLATE_NOOP("SwitchTypes", "any weekday");
+    case workingDays:
+        return QT_TRANSLATE_NOOP("SwitchTypes", "working days");
+    case exceeded:
+        return QT_TRANSLATE_NOOP("SwitchTypes", "above the limit");
+    case undershot:
+        return QT_TRANSLATE_NOOP("SwitchTypes", "below the limit");
+    default:
+        return nullptr;
+    }
+}
+
+} // namespace
 
 LimitUnits limitUnits(const Configuration &configuration, int channel, const TextTable &texts)
 {
@@ -77,8 +127,14 @@ LimitUnits shownUnits(const Configuration &configuration, int channel, const Tex
 
 QString administratorName(const Configuration &configuration, std::size_t index, const TextTable &texts)
 {
-    const QString &name = configuration.administrators[index].name;
-    return name.trimmed().isEmpty() ? texts.text(Text::Admin) + u' ' + QString::number(index + 1) : name;
+    const QString name = plainAdministratorName(configuration, index, texts);
+    for (std::size_t other = 0; other < configuration.administrators.size(); ++other) {
+        const QString others = plainAdministratorName(configuration, other, texts);
+        if (other != index && others.simplified().compare(name.simplified(), Qt::CaseInsensitive) == 0) {
+            return name + QStringLiteral(" (%1)").arg(numberedAdministrator(index, texts));
+        }
+    }
+    return name;
 }
 
 QStringList recipientNames(const Configuration &configuration, int recipients, const TextTable &texts)
@@ -108,11 +164,31 @@ QString targetName(const Configuration &configuration, int position, const TextT
                             : name;
 }
 
+QString switchTypeMeaning(int type, const TextTable &texts)
+{
+    const char *meaning = meaningOf(type);
+    if (meaning == nullptr) {
+        return {};
+    }
+    const QString text = readAs(type, texts);
+    for (int other = 0; other < SwitchPoint::typeCount; ++other) {
+        if (other != type && readAs(other, texts) == text) {
+            return QCoreApplication::translate("SwitchTypes", meaning);
+        }
+    }
+    return {};
+}
+
 QString switchTypeName(int type, const TextTable &texts)
 {
     const bool known = type >= 0 && type < SwitchPoint::typeCount;
     const QString name = known ? texts.text(switchTypeText(type)).trimmed() : QString();
-    return name.isEmpty() ? QString::number(type) : QString::number(type) + u' ' + name;
+    if (name.isEmpty()) {
+        return QString::number(type);
+    }
+    const QString meaning = switchTypeMeaning(type, texts);
+    const QString told = QString::number(type) + u' ' + name;
+    return meaning.isEmpty() ? told : told + QStringLiteral(" (%1)").arg(meaning);
 }
 
 QString watchedLimitValue(const Configuration &configuration, int index, const TextTable &texts)

@@ -35,7 +35,8 @@ QString channelName(const Configuration &configuration, int channel, const TextT
 /// What a channel's values count; empty for one of two states.
 LimitUnits shownUnits(const Configuration &configuration, int channel, const TextTable &texts);
 
-/// An administrator's name; "Admin 2" where there is none.
+/// An administrator's name; "Admin 2" where there is none. One that others have, too, is told with its
+/// number: "Miller (Admin 2)".
 QString administratorName(const Configuration &configuration, std::size_t index, const TextTable &texts);
 
 /// Whom a limit value notifies; "Admin 1–6" for all of them.
@@ -44,7 +45,10 @@ QStringList recipientNames(const Configuration &configuration, int recipients, c
 /// What a switch point acts on, by its position in the list of targets: an output or an administrator.
 QString targetName(const Configuration &configuration, int position, const TextTable &texts);
 
-/// With its number: the two types that react to a limit value may read alike.
+/// What a switch type does, where the text of another one reads the same: "below the limit"; empty elsewhere.
+QString switchTypeMeaning(int type, const TextTable &texts);
+
+/// With its number, and with its meaning where it has one: "16 LV exceeded (below the limit)".
 QString switchTypeName(int type, const TextTable &texts);
 
 /// The limit value that a switch point reacts to, counted from 1, and its channel: "3 (9 AnalogIn 1)".

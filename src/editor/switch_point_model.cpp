@@ -49,6 +49,11 @@ SwitchPointModel::SwitchPointModel(QObject *parent) : EntryModel(parent)
 void SwitchPointModel::setTexts(const EditorContext &context)
 {
     m_types = switchTypeItems(context);
+    m_meanings.clear();
+    for (int type = 0; type < SwitchPoint::typeCount; ++type) {
+        // The German items stand apart whatever the table has.
+        m_meanings += context.isGerman() ? QString() : switchTypeMeaning(type, context.texts);
+    }
     const auto label = [&context](auto member) { return labelText(fieldOf(member).label, context.texts); };
     setTitles({QStringLiteral("#"), label(&SwitchPoint::target), label(&SwitchPoint::type),
                label(&SwitchPoint::value)});
@@ -79,6 +84,13 @@ QStringList SwitchPointModel::targetItems(const EditorContext &context)
 void SwitchPointModel::show(const EditorContext &context)
 {
     m_targets = targetItems(context);
+    m_wholeTargets.clear();
+    for (int position = 0; position < targetCount; ++position) {
+        const QString whole = targetName(context.document.configuration(), position, context.texts);
+        const int administrator = position - firstAdministratorTarget;
+        const bool isNamed = administrator >= 0 && m_named[static_cast<std::size_t>(administrator)];
+        m_wholeTargets += isNamed && whole != m_targets[position] ? whole : QString();
+    }
     m_limitValues = limitValueItems(context);
     std::vector<EntryRow> rows;
     rows.reserve(SwitchPoint::count);
@@ -103,13 +115,17 @@ QString SwitchPointModel::target(const SwitchPoint &point, const ChannelNames &n
     const bool isOutput = point.target > 0 && point.target < firstAdministratorTarget;
     return isOutput            ? shortNamedChannel(targetCode(point.target), names)
            : point.target == 0 ? QString()
-                               : m_targets.value(point.target, QString::number(point.target));
+           : !wholeTarget(point.target).isEmpty()
+               ? wholeTarget(point.target)
+               : m_targets.value(point.target, QString::number(point.target));
 }
 
 QString SwitchPointModel::condition(const SwitchPoint &point, const QString &start,
                                     const TextTable &texts) const
 {
-    QStringList parts{m_types.value(point.type, QString::number(point.type))};
+    const QString type = m_types.value(point.type, QString::number(point.type));
+    const QString told = meaning(point.type);
+    QStringList parts{told.isEmpty() ? type : type + QStringLiteral(" (%1)").arg(told)};
     if (!point.reactsToLimitValue()) {
         parts += start;
     } else if (LimitValue::isReference(point.limitValue)) {

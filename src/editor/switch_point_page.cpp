@@ -6,6 +6,7 @@
 #include "editor/entry_chooser.h"
 #include "editor/holiday_card.h"
 #include "editor/switch_point_model.h"
+#include "look/outside_texts.h"
 
 #include <QComboBox>
 #include <QGridLayout>
@@ -57,12 +58,14 @@ SwitchPointPage::SwitchPointPage(EditorContext &context, QWidget *parent)
         m_chooser->setEntryName(text(Text::Switchpoints));
         m_model->setTexts(this->context());
         setItems(m_type, m_model->types());
+        showMeanings();
         m_holidays->applyTexts();
         showItems();
     });
     onRecords([this] {
         showItems();
         showKind();
+        showMeanings();
         m_holidays->showRecords();
     });
 }
@@ -170,6 +173,10 @@ QWidget *SwitchPointPage::entryFrame()
     auto *minutes = captioned(new QLabel(m_frame), *fieldOf(&SwitchPoint::period).unitBehind);
     minutes->setObjectName(QStringLiteral("Lbl_swtch_periode_1"));
     grid->addWidget(minutes, 4, 2);
+    m_meaning = new QLabel(m_frame);
+    m_meaning->setObjectName(QStringLiteral("lbl_swtch_typ_meaning"));
+    m_meaning->setWordWrap(true);
+    grid->addWidget(m_meaning, 5, 0, 1, 3, Qt::AlignTop);
     grid->setRowStretch(5, 1);
 
     m_forTimes = {startLabel, start, startForm, calendar};
@@ -204,6 +211,33 @@ void SwitchPointPage::showItems()
     m_model->show(context());
     setItems(m_target, m_model->targets());
     setItems(m_limitValue, m_model->limitValues());
+}
+
+/// Beside the items, which keep their texts.
+void SwitchPointPage::showMeanings()
+{
+    const auto tipOf = [](QComboBox *box, int item, const QString &text) {
+        box->setItemData(item, text.isEmpty() ? QVariant() : text, Qt::ToolTipRole);
+    };
+    for (int position = 0; position < m_target->count(); ++position) {
+        tipOf(m_target, position, m_model->wholeTarget(position));
+    }
+    for (int type = 0; type < m_type->count(); ++type) {
+        tipOf(m_type, type, m_model->meaning(type));
+    }
+    const SwitchPoint &point = shown();
+    const QString target = shortenedLine(m_model->wholeTarget(point.target));
+    const QString type = m_model->meaning(point.type);
+    QStringList lines;
+    if (!target.isEmpty()) {
+        lines += tr("Switches: %1").arg(target);
+    }
+    if (!type.isEmpty()) {
+        lines += tr("Type %1: %2").arg(QString::number(point.type), type);
+    }
+    m_target->setAccessibleDescription(target);
+    m_type->setAccessibleDescription(type);
+    m_meaning->setText(lines.join(u'\n'));
 }
 
 void SwitchPointPage::showKind()

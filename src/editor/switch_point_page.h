@@ -4,6 +4,7 @@
 
 class QComboBox;
 class QGroupBox;
+class QLabel;
 
 namespace ktr {
 
@@ -36,6 +37,7 @@ private:
     void load();
     void showItems();
     void showKind();
+    void showMeanings();
 
     SwitchPointModel *m_model;
     EntryChooser *m_chooser;
@@ -44,6 +46,7 @@ private:
     QComboBox *m_target = nullptr;
     QComboBox *m_type = nullptr;
     QComboBox *m_limitValue = nullptr;
+    QLabel *m_meaning = nullptr;             ///< of a type whose item reads like another one
     std::vector<QWidget *> m_forLimitValues; ///< shown for the types that react to a limit value
     std::vector<QWidget *> m_forTimes;       ///< shown for all other types
     std::vector<QWidget *> m_forPeriods;

@@ -108,7 +108,7 @@ private Q_SLOTS:
             u"Limit Value, LV 17, Reference:  -> 1, 3"_s,
             u"Switchpoint, Switchpoint 1, Target: invalid -> Meier"_s,
             u"Switchpoint, Switchpoint 1, Start:  -> 24.11.26 18:30"_s,
-            u"Switchpoint, Switchpoint 1, Type: 0 on Sundays -> 15 LV exceeded"_s,
+            u"Switchpoint, Switchpoint 1, Type: 0 on Sundays -> 15 LV exceeded (above the limit)"_s,
             u"Switchpoint, Switchpoint 1, Limit Value: 1 (invalid) -> 3 (9 AnalogIn 1)"_s,
             u"Switchpoint, Holidays, 24.12.26: no -> yes"_s,
             u"Ethernet, , MAC 5: 00 -> 7F"_s,

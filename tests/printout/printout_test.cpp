@@ -206,13 +206,13 @@ private Q_SLOTS:
         row("date", {2, 6, u"0002291530"_s, u"9"_s, u"1"_s, 2},
             {u"12 DigOut 2"_s, u"6 on Saturdays"_s, u"29.02.00 15:30"_s, u"1"_s, {}, {}});
         row("no date", {5, 7, u"2613400000"_s, u"9"_s, u"1"_s, 2},
-            {u"Ann"_s, u"7 weekdays"_s, u"2613400000"_s, u"1"_s, {}, {}});
+            {u"Ann"_s, u"7 weekdays (any weekday)"_s, u"2613400000"_s, u"1"_s, {}, {}});
         row("periodic", {1, 14, {}, u"9"_s, u"1"_s, 2},
             {u"11 DigOut 1"_s, u"14 periodic"_s, u"–"_s, u"1"_s, u"9"_s, {}});
         row("limit value", {1, 16, u"0002291530"_s, u"9"_s, {}, 2},
-            {u"11 DigOut 1"_s, u"16 LV exceeded"_s, {}, u"–"_s, {}, u"3 (9 AnalogIn 1)"_s});
+            {u"11 DigOut 1"_s, u"16 LV exceeded (below the limit)"_s, {}, u"–"_s, {}, u"3 (9 AnalogIn 1)"_s});
         row("combination", {1, 15, {}, u"9"_s, u"0"_s, 19},
-            {u"11 DigOut 1"_s, u"15 LV exceeded"_s, {}, u"0"_s, {}, u"20"_s});
+            {u"11 DigOut 1"_s, u"15 LV exceeded (above the limit)"_s, {}, u"0"_s, {}, u"20"_s});
         row("out of bounds", {99, 99, u"+1-2+3-4+5"_s, {}, u"0"_s, 2},
             {u"99"_s, u"99"_s, u"+1-2+3-4+5"_s, u"0"_s, {}, {}});
         // clang-format on
