@@ -2,6 +2,7 @@
 
 #include "link/conversation_log.h"
 #include "look/icons.h"
+#include "look/kept_place.h"
 #include "look/list_views.h"
 #include "look/mnemonics.h"
 #include "look/outside_texts.h"
@@ -308,7 +309,10 @@ void CompareWindow::refresh()
 {
     m_refresh.stop();
     compare();
-    const QString key = presentKey();
+    const KeptPlace place(*m_tree, [](const QModelIndex &line) {
+        const QString key = line.data(keyRole).toString();
+        return key.isEmpty() ? u'#' + line.data().toString() : key; // a heading
+    });
     const QSignalBlocker quiet(m_tree);
     m_tree->clear();
     const bool asCommands = m_asCommands->isChecked();
@@ -319,7 +323,10 @@ void CompareWindow::refresh()
     m_tree->setRootIsDecorated(!asCommands);
     asCommands ? fillCommands() : fillFields();
     m_tree->expandAll();
-    select(key);
+    place.giveBack();
+    if (m_tree->currentItem() == nullptr) {
+        selectFirst();
+    }
     showState();
 }
 
@@ -416,29 +423,13 @@ void CompareWindow::fillCommands()
     }
 }
 
-QString CompareWindow::presentKey() const
+void CompareWindow::selectFirst()
 {
-    const QTreeWidgetItem *line = m_tree->currentItem();
-    return line == nullptr ? QString() : line->data(FieldColumn, keyRole).toString();
-}
-
-/// The line that stood there before; when it is gone, the first one.
-void CompareWindow::select(const QString &key)
-{
-    QTreeWidgetItem *first = nullptr;
     for (QTreeWidgetItemIterator line(m_tree); *line != nullptr; ++line) {
-        const QString lineKey = (*line)->data(FieldColumn, keyRole).toString();
-        if (lineKey.isEmpty()) {
-            continue;
+        if (!(*line)->data(FieldColumn, keyRole).toString().isEmpty()) {
+            m_tree->setCurrentItem(*line);
+            return;
         }
-        first = first == nullptr ? *line : first;
-        if (lineKey == key) {
-            first = *line;
-            break;
-        }
-    }
-    if (first != nullptr) {
-        m_tree->setCurrentItem(first);
     }
 }
 

@@ -76,9 +76,8 @@ private:
     void fillCommands();
     bool isShown(const ComparedField &field) const;
     bool matches(const QStringList &texts) const;
-    void select(const QString &key);
+    void selectFirst();
     void spreadColumns();
-    QString presentKey() const;
     QList<ComparedField> chosenFields() const;
     void showState();
     QString stateText() const;

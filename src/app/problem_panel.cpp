@@ -1,5 +1,7 @@
 #include "app/problem_panel.h"
 
+#include "look/kept_place.h"
+
 #include <QListWidget>
 #include <QStyle>
 #include <QStyledItemDelegate>
@@ -82,7 +84,7 @@ void ProblemPanel::show(const QList<Problem> &problems)
 
 void ProblemPanel::applyTexts()
 {
-    const int row = m_list->currentRow();
+    const KeptPlace place(*m_list, [](const QModelIndex &line) { return line.data().toString(); });
     m_list->clear();
     for (const Problem &problem : m_problems) {
         const QString where = m_where(problem);
@@ -91,7 +93,7 @@ void ProblemPanel::applyTexts()
         item->setToolTip(problem.place + u": " + problem.message);
         m_list->addItem(item);
     }
-    m_list->setCurrentRow(std::min(row, m_list->count() - 1));
+    place.giveBack();
     showSummary();
 }
 
@@ -117,10 +119,22 @@ bool ProblemPanel::isUnfolded() const
     return m_header->isChecked();
 }
 
+void ProblemPanel::focusList()
+{
+    if (m_list->count() > 0) {
+        m_list->setCurrentRow(std::max(0, m_list->currentRow()));
+        m_list->setFocus(Qt::ShortcutFocusReason);
+    }
+}
+
 void ProblemPanel::unfold(bool unfolded)
 {
     m_header->setChecked(unfolded);
+    const bool hadFocus = m_list->hasFocus();
     m_list->setVisible(unfolded);
+    if (hadFocus && !unfolded) {
+        Q_EMIT focusLeft();
+    }
 }
 
 } // namespace ktr

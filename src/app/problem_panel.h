@@ -26,6 +26,8 @@ public:
 
     bool isUnfolded() const;
     void unfold(bool unfolded);
+    /// The list gets the focus, so that the keys choose a problem; nothing where there is none.
+    void focusList();
 
     /// Lets the Tab key reach the panel after this control.
     void followInTabOrder(QWidget *control);
@@ -34,6 +36,8 @@ Q_SIGNALS:
     /// The user wants to go to the field.
     void chosen(const ktr::Problem &problem);
     void unfolded(bool unfolded);
+    /// The list had the focus and was hidden.
+    void focusLeft();
 
 private:
     void showSummary();

@@ -2,6 +2,7 @@
 
 #include "lang/text_table.h"
 #include "link/conversation_log.h"
+#include "look/kept_place.h"
 #include "look/list_views.h"
 #include "platform/files.h"
 #include "platform/settings_store.h"
@@ -217,7 +218,8 @@ void TransmissionsWindow::showList(const Listed &listed)
         return;
     }
     m_notice->setVisible(listed.rows.isEmpty());
-    const qint64 chosen = chosenId();
+    const KeptPlace place(
+        *m_list, [](const QModelIndex &line) { return QString::number(line.data(idRole).toLongLong()); });
     m_rows->removeRows(0, m_rows->rowCount());
     for (const TransmissionRow &row : listed.rows) {
         const QList<QStandardItem *> cells{
@@ -231,12 +233,9 @@ void TransmissionsWindow::showList(const Listed &listed)
         cells.front()->setData(row.id, idRole);
         m_rows->appendRow(cells);
     }
-    int wanted = 0;
-    for (int row = 0; row < m_order->rowCount(); ++row) {
-        wanted = m_order->index(row, BegunColumn).data(idRole).toLongLong() == chosen ? row : wanted;
-    }
-    if (m_order->rowCount() > 0) {
-        m_list->setCurrentIndex(m_order->index(wanted, BegunColumn));
+    place.giveBack();
+    if (!m_list->currentIndex().isValid() && m_order->rowCount() > 0) {
+        m_list->setCurrentIndex(m_order->index(0, BegunColumn));
     }
     for (const int column :
          {BegunColumn, StationColumn, VersionColumn, OutcomeColumn, LineColumn, UserColumn}) {
@@ -286,6 +285,7 @@ void TransmissionsWindow::showChosen(const Chosen &chosen)
 void TransmissionsWindow::showDetails()
 {
     QStringList lines;
+    const KeptPlace place(*m_commands, [](const QModelIndex &line) { return line.data().toString(); });
     m_steps->removeRows(0, m_steps->rowCount());
     if (m_chosen) {
         for (const auto &[name, value] : transmissionFacts(*m_chosen)) {
@@ -298,6 +298,7 @@ void TransmissionsWindow::showDetails()
         m_commands->resizeColumnToContents(0);
         m_commands->resizeColumnToContents(1);
     }
+    place.giveBack();
     m_facts->setText(lines.join(u'\n'));
     enableButtons();
 }

@@ -4,6 +4,7 @@
 #include "config/holiday_store.h"
 #include "editor/date_picker.h"
 #include "look/field_width.h"
+#include "look/kept_place.h"
 #include "look/outside_texts.h"
 #include "platform/settings_store.h"
 #include "platform/text_rules.h"
@@ -110,10 +111,10 @@ void HolidayCard::showRecords()
     if (same) {
         return;
     }
-    const int current = m_list->currentRow();
+    const KeptPlace place(*m_list, [](const QModelIndex &line) { return line.data().toString(); });
     m_list->clear();
     m_list->addItems(lines);
-    m_list->setCurrentRow(std::min(current, m_list->count() - 1));
+    place.giveBack();
 }
 
 void HolidayCard::entered()

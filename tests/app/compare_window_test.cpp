@@ -11,6 +11,7 @@
 #include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTreeWidget>
 
@@ -85,6 +86,42 @@ private Q_SLOTS:
         clickButton("Cmd_compare_take");
         QCOMPARE(m_pages->document.configuration().gsm.stationId, "North");
         QCOMPARE(lines(), QStringList());
+    }
+
+    void afterALineWasTakenOverTheNextOneIsChosen()
+    {
+        m_window->resize(m_window->minimumSize());
+        Configuration other = m_pages->document.configuration();
+        for (std::size_t entry = 0; entry < 16; ++entry) {
+            other.limitValues[entry].delay = "9";
+            other.limitValues[entry].alarm = QString("Tank %1").arg(entry);
+        }
+        m_window->compareWith(other, "other");
+        const auto chosen = [this] {
+            const QTreeWidgetItem *line = tree()->currentItem();
+            return line->isSelected() ? line->parent()->text(0) + '|' + line->text(0) : "not selected";
+        };
+        click(tree()->topLevelItem(8)->child(0));
+        QCOMPARE(chosen(), "Limit Value – LV 9|Notification");
+        const int scrolled = tree()->verticalScrollBar()->value();
+        QVERIFY(scrolled > 0);
+        clickButton("Cmd_compare_take");
+        QCOMPARE(chosen(), "Limit Value – LV 9|Delay");
+        QCOMPARE(tree()->verticalScrollBar()->value(), scrolled);
+        clickButton("Cmd_compare_take"); // the heading goes with its last line
+        QCOMPARE(chosen(), "Limit Value – LV 10|Notification");
+        QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
+        QTRY_COMPARE(tree()->topLevelItemCount(), 16);
+        QCOMPARE(chosen(), "Limit Value – LV 10|Notification");
+        click(tree()->topLevelItem(15)); // both lines of the last one
+        clickButton("Cmd_compare_take");
+        QCOMPARE(chosen(), "Limit Value – LV 15|Delay");
+        click(tree()->topLevelItem(12)->child(0));
+        const int place = tree()->visualItemRect(tree()->currentItem()).top();
+        m_pages->document.edit([](Configuration &c) { c.gsm.stationId = "above"; });
+        QTRY_COMPARE(tree()->topLevelItemCount(), 16);
+        QCOMPARE(chosen(), "Limit Value – LV 13|Notification");
+        QCOMPARE(tree()->visualItemRect(tree()->currentItem()).top(), place);
     }
 
     void theSavedStateIsFollowed()

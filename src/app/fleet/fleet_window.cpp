@@ -6,6 +6,7 @@
 #include "link/conversation_log.h"
 #include "link/problems.h"
 #include "look/icons.h"
+#include "look/kept_place.h"
 #include "look/list_views.h"
 #include "look/message_dialog.h"
 #include "look/mnemonics.h"
@@ -691,6 +692,7 @@ void FleetWindow::showState()
 /// Of the chosen station the fields that differ, and its problems.
 void FleetWindow::showDetails()
 {
+    const KeptPlace place(*m_details, [](const QModelIndex &line) { return line.data().toString(); });
     m_differences->removeRows(0, m_differences->rowCount());
     const int row = current();
     if (row < 0 || !m_model.at(row).isUsable()) {
@@ -721,6 +723,7 @@ void FleetWindow::showDetails()
             : tr("%1: nothing proves what its module holds, so all is sent").arg(chosen.station.name));
     m_details->resizeColumnToContents(0);
     m_details->resizeColumnToContents(1);
+    place.giveBack();
 }
 
 // Keys and the end
