@@ -484,10 +484,31 @@ void FormMain::connectProblems()
         SettingsStore().SaveSetting(settingsOwner, windowSection, problemsKey,
                                     QString::number(unfolded ? 1 : 0));
     });
+    connect(m_menu->showProblems, &QAction::triggered, this, &FormMain::focusProblems);
+    connect(m_problemPanel, &ProblemPanel::focusLeft, this, &FormMain::leaveProblems);
     m_menu->showProblems->setChecked(m_problemPanel->isUnfolded());
     connect(m_problemPanel, &ProblemPanel::chosen, this, [this](const Problem &problem) {
         m_tabs->goTo({problem.control, problem.entry});
     });
+}
+
+/// By key or menu: the focus goes to the list, and back to where it was once that is hidden.
+void FormMain::focusProblems(bool shown)
+{
+    if (shown) {
+        m_beforeProblems = focusWidget();
+        findProblemsNow();
+        m_problemPanel->focusList();
+    }
+}
+
+void FormMain::leaveProblems()
+{
+    if (m_beforeProblems != nullptr && m_beforeProblems->isVisible()) {
+        m_beforeProblems->setFocus(Qt::ShortcutFocusReason);
+    } else {
+        m_tabs->focusFirst();
+    }
 }
 
 // Texts

@@ -8,6 +8,7 @@
 #include "link/module_link.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTimer>
 
 namespace ktr {
@@ -87,6 +88,8 @@ private:
     void connectMenu();
     void connectDocument();
     void connectProblems();
+    void focusProblems(bool shown);
+    void leaveProblems();
 
     void refuseClose(QEvent &event);
     void connectStart();
@@ -139,6 +142,7 @@ private:
     SideWindows m_sideWindows;
     OperationalModeOpener m_operationalMode;
     QTimer m_problemTimer;
+    QPointer<QWidget> m_beforeProblems; ///< had the focus when the problems were shown
     bool m_firstShow = true;
 };
 

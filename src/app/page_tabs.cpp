@@ -32,13 +32,19 @@ PageTabs::PageTabs(EditorContext &context, Builder build, QWidget *parent)
         addTab(area, QString());
     }
     connect(this, &QTabWidget::currentChanged, this, &PageTabs::enterPage);
-    const auto turn = [this](int by) { setCurrentIndex((currentIndex() + by + pageCount) % pageCount); };
-    const auto addKey = [this, turn](int key, int by) {
-        auto *shortcut = new QShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(key)), this);
+    const auto turn = [this](int by) {
+        setCurrentIndex((currentIndex() + by + pageCount) % pageCount);
+        focusFirst();
+    };
+    const auto addKey = [this, turn](const QKeySequence &key, int by) {
+        auto *shortcut = new QShortcut(key, this);
         connect(shortcut, &QShortcut::activated, this, [turn, by] { turn(by); });
     };
-    addKey(Qt::Key_PageDown, 1);
-    addKey(Qt::Key_PageUp, -1);
+    addKey(Qt::CTRL | Qt::Key_PageDown, 1);
+    addKey(Qt::CTRL | Qt::Key_PageUp, -1);
+    addKey(Qt::CTRL | Qt::Key_Tab, 1);
+    addKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
+    addKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, -1);
 }
 
 Page *PageTabs::page(PageIndex index)
@@ -97,6 +103,9 @@ void PageTabs::goTo(const EditPlace &place)
     const QButtonGroup *group = button != nullptr ? button->group() : nullptr;
     QWidget *chosen = group != nullptr ? group->checkedButton() : nullptr;
     (chosen != nullptr ? chosen : found.control)->setFocus(Qt::OtherFocusReason);
+    if (!hasFocusInPage()) { // hidden or disabled with the present values
+        focusFirst();
+    }
     static_cast<QScrollArea *>(widget(found.page))->ensureWidgetVisible(found.control);
 }
 
@@ -106,6 +115,29 @@ void PageTabs::moveEntry(int by)
     if (present->hasEntries()) {
         m_context.history.endGroup();
         present->showEntry(std::clamp(present->shownEntry() + by, 0, LimitValue::count - 1));
+        if (!hasFocusInPage()) { // in a field the user goes on with the same one
+            focusFirst();
+        }
+    }
+}
+
+bool PageTabs::hasFocusInPage() const
+{
+    const QWidget *focused = window()->focusWidget();
+    return focused != nullptr && focused->isVisibleTo(window()) && currentWidget()->isAncestorOf(focused);
+}
+
+void PageTabs::focusFirst()
+{
+    QWidget *present = page(static_cast<PageIndex>(currentIndex()));
+    QWidget *field = present;
+    do {
+        field = field->nextInFocusChain();
+    } while (field != present && !(present->isAncestorOf(field) && field->isVisibleTo(present) &&
+                                   field->isEnabled() && (field->focusPolicy() & Qt::TabFocus) != 0));
+    if (field != present) {
+        field->setFocus(Qt::TabFocusReason);
+        static_cast<QScrollArea *>(currentWidget())->ensureWidgetVisible(field);
     }
 }
 

@@ -57,6 +57,8 @@ public:
     void setProblems(const QList<Problem> &problems);
     /// Does what choosing the present page's tab does.
     void enterPage();
+    /// The first field of the present page gets the focus.
+    void focusFirst();
 
 Q_SIGNALS:
     void built(ktr::Page *page);
@@ -69,6 +71,7 @@ private:
         bool standsForArray = false; ///< the control asked for is an array, and this its first element
     };
     Found find(const QString &control);
+    bool hasFocusInPage() const;
 
     EditorContext &m_context;
     Builder m_build;

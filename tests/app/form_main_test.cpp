@@ -22,6 +22,7 @@
 #include <QDialogButtonBox>
 #include <QDropEvent>
 #include <QFileDialog>
+#include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -32,6 +33,7 @@
 #include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -134,6 +136,35 @@ private Q_SLOTS:
         clickMenu("mnu_Save");
         QVERIFY(!QFileInfo::exists(m_window->document().fileName()));
         QCOMPARE(stationIn(file), "by option");
+    }
+
+    void choicesThatReadAlikeAreToldApart_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::newRow("English") << "-english";
+        QTest::newRow("German") << "-deutsch";
+    }
+    void choicesThatReadAlikeAreToldApart()
+    {
+        QFETCH(const QString, language);
+        start({language});
+        m_window->document().adjust([](Configuration &changed) {
+            changed.administrators[1].name = "Miller";
+            changed.administrators[4].name = "miller ";
+            changed.administrators[3].name = "Admin 6";
+            changed.administrators[5].name = "";
+        });
+        while (m_window->tabs().buildNext()) {
+        }
+        QCOMPARE(choicesReadAlike().join(", "), QString());
+        m_window->tabs().goTo({"Cmb_swtch_typ", 3});
+        m_window->document().edit([](Configuration &changed) {
+            changed.switchPoints[3].target = 6; // the second administrator
+            changed.switchPoints[3].type = 16;
+        });
+        const QString line = m_window->findChild<QLabel *>("lbl_swtch_typ_meaning")->text();
+        QVERIFY2(line.contains("Miller (Admin 2)"), qPrintable(line));
+        QCOMPARE(line.contains("below the limit"), language == "-english"); // the German item says so itself
     }
 
     void aFileIsNamedInAnyWayAndKeptByItsWholeName_data()
@@ -677,6 +708,74 @@ private Q_SLOTS:
         QCOMPARE(m_window->focusWidget(), field("txt_gsm_pin"));
         typeOver(field("txt_gsm_pin"), "1234");
         QTRY_COMPARE(list->count(), 0);
+    }
+
+    void keysThatSwitchPagesLeadToAField()
+    {
+        start({});
+        m_window->document().adjust([](Configuration &changed) {
+            changed.gsm.pin = "12x4";
+            changed.switchPoints[2] = {1, 15, "no date", "0", "1", 0}; // whose start is hidden
+        });
+        while (m_window->tabs().buildNext()) {
+        }
+        PageTabs &tabs = m_window->tabs();
+        const auto inPage = [&tabs, this] {
+            return tabs.currentWidget()->isAncestorOf(m_window->focusWidget());
+        };
+        auto *list = control<QListWidget>(*m_window, "lst_problems");
+        for (const auto &[key, modifiers] :
+             QList<QPair<Qt::Key, Qt::KeyboardModifiers>>{{Qt::Key_PageDown, Qt::ControlModifier},
+                                                          {Qt::Key_PageUp, Qt::ControlModifier},
+                                                          {Qt::Key_Tab, Qt::ControlModifier}}) {
+            for (int page = 0; page < 9; ++page) {
+                list->setFocus(); // not in the page
+                const int before = tabs.currentIndex();
+                QTest::keyClick(m_window.get(), key, modifiers);
+                QVERIFY(tabs.currentIndex() != before);
+                QVERIFY2(inPage(), qPrintable(tabs.tabText(tabs.currentIndex())));
+            }
+        }
+        QTest::keyClick(m_window.get(), Qt::Key_F8);
+        QVERIFY(list->hasFocus());
+        QTest::keyClick(list, Qt::Key_Return);
+        QCOMPARE(m_window->focusWidget(), field("txt_gsm_pin"));
+        typeOver(field("txt_gsm_pin"), "1234");
+        QTest::keyClick(m_window.get(), Qt::Key_F8);
+        QVERIFY(field("txt_gsm_pin")->hasFocus());
+        QTest::keyClick(m_window.get(), Qt::Key_F8); // of what is left
+        QVERIFY(list->hasFocus());
+        QTest::keyClick(m_window.get(), Qt::Key_F8);
+        QVERIFY(field("txt_gsm_pin")->hasFocus());
+        tabs.goTo({"Txt_swtch_start", 2});
+        QCOMPARE(tabs.currentIndex(), 3);
+        QVERIFY(inPage());
+        list->setFocus();
+        QTest::keyClick(m_window.get(), Qt::Key_PageDown, Qt::AltModifier);
+        QVERIFY(inPage());
+        tabs.goTo({"Txt_swtch_wert", 2});
+        QTest::keyClick(m_window.get(), Qt::Key_PageDown, Qt::AltModifier);
+        QVERIFY(field("Txt_swtch_wert")->hasFocus()); // the same field of the next entry
+    }
+
+    void problemsKeepTheirPlaceWhenOthersComeAndGo()
+    {
+        start({});
+        m_window->document().adjust([](Configuration &changed) {
+            for (std::size_t entry = 0; entry < 12; ++entry) {
+                changed.limitValues[entry] = {5, "x", "no number", "no number", "0", 3, 1, 0, 0, "30"};
+            }
+        });
+        QTest::keyClick(m_window.get(), Qt::Key_F8);
+        auto *list = control<QListWidget>(*m_window, "lst_problems");
+        QTRY_VERIFY2(list->count() > 16, qPrintable(QString::number(list->count())));
+        list->setCurrentRow(15);
+        const QString chosen = list->currentItem()->text();
+        const int top = list->visualItemRect(list->currentItem()).top();
+        m_window->document().adjust([](Configuration &changed) { changed.gsm.pin = "12x4"; });
+        QTRY_VERIFY(list->item(0)->text().contains("****"));
+        QCOMPARE(list->currentItem()->text(), chosen);
+        QCOMPARE(list->visualItemRect(list->currentItem()).top(), top);
     }
 
     void captionsOfAListInAnotherLanguageAreShownInThePresentOneAndKeptInTheFile()
@@ -1544,6 +1643,43 @@ private:
         m_window->start(arguments);
         QWidget *mode = operationalMode();
         QVERIFY(QTest::qWaitForWindowActive(mode != nullptr ? mode : m_window.get()));
+    }
+
+    /// Items and boxes of one list that read the same, but for a number in front, and whose tool tips do not
+    /// tell them apart.
+    QStringList choicesReadAlike() const
+    {
+        static const QRegularExpression leading("^(\\d+ +|on +)+");
+        QStringList found;
+        const auto look = [&found](const QString &list, const QList<QPair<QString, QString>> &choices) {
+            QHash<QString, QString> tips;
+            for (const auto &[text, tip] : choices) {
+                const QString read = QString(text).remove(leading).simplified().toLower();
+                if (!read.isEmpty() && tips.contains(read) && (tips[read] == tip || tip.isEmpty())) {
+                    found += list + ": " + text;
+                }
+                tips[read] = tip;
+            }
+        };
+        for (const QComboBox *box : m_window->findChildren<QComboBox *>()) {
+            QList<QPair<QString, QString>> choices;
+            for (int item = 0; item < box->count(); ++item) {
+                const QString tip = box->itemData(item, Qt::ToolTipRole).toString();
+                // What is left of an entry of a limit value without its number is no choice of its own.
+                choices += {box->itemText(item).contains("  IP:") ? QString() : box->itemText(item), tip};
+            }
+            look(box->objectName(), choices);
+        }
+        for (const QGroupBox *group : m_window->findChildren<QGroupBox *>()) {
+            QList<QPair<QString, QString>> choices;
+            for (const QAbstractButton *button : group->findChildren<QAbstractButton *>()) {
+                choices += {button->text(), button->toolTip()};
+            }
+            if (!group->objectName().isEmpty()) { // or a card whose rows are no choices
+                look(group->objectName(), choices);
+            }
+        }
+        return found;
     }
 
     static QWidget *operationalMode()
