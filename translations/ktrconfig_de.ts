@@ -5348,6 +5348,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Overview of the stations</source>
         <translation>Übersicht der Stationen</translation>
     </message>
+    <message>
+        <source>Overview on the whole screen</source>
+        <translation>Übersicht auf dem ganzen Bildschirm</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OpmodePage</name>
@@ -6552,6 +6556,33 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The command is too long and was not sent</source>
         <translation>Der Befehl ist zu lang und wurde nicht gesendet</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::WallHeader</name>
+    <message>
+        <source>not acknowledged</source>
+        <translation>nicht quittiert</translation>
+    </message>
+    <message>
+        <source>acknowledged</source>
+        <translation>quittiert</translation>
+    </message>
+    <message>
+        <source>silent</source>
+        <translation>stumm</translation>
+    </message>
+    <message>
+        <source>not heard yet</source>
+        <translation>noch nicht gehört</translation>
+    </message>
+    <message>
+        <source>not watched</source>
+        <translation>nicht überwacht</translation>
+    </message>
+    <message>
+        <source>alive</source>
+        <translation>aktiv</translation>
     </message>
 </context>
 <context>

@@ -17,6 +17,8 @@
 #include "opmode/window/opmode_pages.h"
 #include "opmode/window/overview/overview_page.h"
 #include "opmode/window/overview/overview_view.h"
+#include "opmode/window/overview/wall_header.h"
+#include "opmode/window/overview/wall_mode.h"
 #include "opmode/window/place_dialog.h"
 #include "opmode/window/record/line_place.h"
 #include "opmode/window/record/record_window.h"
@@ -33,6 +35,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QMenu>
+#include <QMenuBar>
 #include <QScopedValueRollback>
 #include <QScreen>
 #include <QSplitter>
@@ -147,7 +150,9 @@ void Form_betriebsmodus::layOut()
     m_noAlarm->setObjectName(QStringLiteral("lbl_no_alarm"));
     m_noAlarm->setForegroundRole(QPalette::PlaceholderText);
     m_noAlarm->setContentsMargins(16, 0, 16, 0);
-    auto *top = new QGridLayout;
+    auto *alarms = new QWidget(body);
+    auto *top = new QGridLayout(alarms);
+    top->setContentsMargins(0, 0, 0, 0);
     top->addWidget(m_noAlarm, 0, 0);
     top->addWidget(m_alarmBar, 0, 0);
     m_alarmBar->raise();
@@ -171,8 +176,10 @@ void Form_betriebsmodus::layOut()
     column->addWidget(m_listBanner);
     column->addWidget(m_lockBanner);
     column->addWidget(m_joinedBanner);
-    column->addLayout(top);
+    column->addWidget(alarms);
     column->addWidget(m_splitter, 1);
+    m_wallHeader = new WallHeader(m_mode, m_services.timers, body);
+    column->addWidget(m_wallHeader);
     m_overview = new OverviewPage(m_mode, m_services.timers, m_services.locale, body);
     m_overview->hide();
     column->addWidget(m_overview, 1);
@@ -189,6 +196,11 @@ void Form_betriebsmodus::layOut()
     statusBar()->addPermanentWidget(m_muted);
     statusBar()->addPermanentWidget(m_operatorBar->button());
     statusBar()->addPermanentWidget(m_counts);
+    m_wall = new WallMode(*this, {*m_overview,
+                                  *m_wallHeader,
+                                  {menuBar(), alarms, m_operatorBar, statusBar()},
+                                  {m_listBanner, m_lockBanner, m_joinedBanner, m_unkeptBanner}});
+    connect(m_wall, &WallMode::left, this, [this] { m_overview->view().setFocus(); });
 }
 
 void Form_betriebsmodus::restorePlaces()
@@ -254,6 +266,7 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_ansicht_normal, [this] { showView(false); });
     does(m_menus->mnu_ansicht_treeview, [this] { showView(true); });
     does(m_menus->mnu_overview, &Form_betriebsmodus::showOverview);
+    does(m_menus->mnu_wall, &Form_betriebsmodus::toggleWall);
 }
 
 void Form_betriebsmodus::connectAlarms()
@@ -306,6 +319,7 @@ void Form_betriebsmodus::showMute()
     m_muted->setVisible(isMuted);
     m_muted->setText(
         tr("Muted until %1").arg(m_mute.until().toLocalTime().toString(QStringLiteral("HH:mm"))));
+    m_wallHeader->setNote(isMuted ? m_muted->text() : QString());
 }
 
 void Form_betriebsmodus::goTo(const QString &kennung, const QModelIndex &entry)
@@ -609,6 +623,7 @@ void Form_betriebsmodus::closeEvent(QCloseEvent *event)
         return;
     }
     m_counts->stop();
+    m_wall->leave(); // its size is not the window's
     SettingsStore().SaveSettings(settingsOwner, settings_sections::operationalMode,
                                  {{geometryKey, QString::fromLatin1(saveGeometry().toBase64())},
                                   {splitterKey, QString::fromLatin1(m_splitter->saveState().toBase64())}});
@@ -639,6 +654,7 @@ QString Form_betriebsmodus::chosen() const
 
 void Form_betriebsmodus::showView(bool treeOnly)
 {
+    m_wall->leave();
     m_overview->hide();
     m_splitter->show();
     m_pages->setVisible(!treeOnly);
@@ -651,8 +667,19 @@ void Form_betriebsmodus::showOverview()
     m_splitter->hide();
     m_overview->show();
     m_overview->view().choose(chosen());
+    m_overview->view().scrollToTop(); // where the urgent ones are
     m_overview->view().setFocus();
     m_menus->setView(OpmodeMenus::View::Overview);
+}
+
+void Form_betriebsmodus::toggleWall()
+{
+    if (m_wall->isOn()) {
+        m_wall->leave();
+    } else {
+        showOverview();
+        m_wall->enter();
+    }
 }
 
 /// That a station falls silent is no alarm of it, and yet worth knowing.

@@ -28,6 +28,8 @@ class RecordWindow;
 class StationCounts;
 class StationTreePane;
 class StationTreeView;
+class WallHeader;
+class WallMode;
 
 /// The window of the operational mode: the tree of all stations, and pages about the chosen one.
 class Form_betriebsmodus : public QMainWindow
@@ -131,6 +133,7 @@ private:
     bool ask(const QString &question);
     void showView(bool treeOnly);
     void showOverview();
+    void toggleWall();
     void showTitle();
     void tellLiveness(const StationEvent &event);
     void enableActions();
@@ -162,6 +165,8 @@ private:
     QLabel *m_muted; ///< until when
     QSplitter *m_splitter;
     OverviewPage *m_overview;
+    WallHeader *m_wallHeader;
+    WallMode *m_wall;
     StationTreePane *m_treePane;
     StationTreeView *m_tree; ///< that of the pane
     OpmodePages *m_pages;

@@ -60,6 +60,8 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
         views->addAction(view);
     }
     mnu_ansicht_normal->setChecked(true);
+    mnu_wall = addAction(m_viewMenu, "mnu_wall", QKeySequence(Qt::Key_F11));
+    window.addAction(mnu_wall); // its key is needed where the menus are hidden, too
     m_viewMenu->addSeparator();
     mnu_record = addAction(m_viewMenu, "mnu_record", QKeySequence::Find);
 
@@ -120,6 +122,7 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_ansicht_normal->setText(texts.text(Text::General));
     mnu_ansicht_treeview->setText(texts.text(Text::TreeView));
     mnu_overview->setText(tr("Overview of the stations"));
+    mnu_wall->setText(tr("Overview on the whole screen"));
     giveMnemonics({m_stationMenu->menuAction(), m_alarmMenu->menuAction(), m_viewMenu->menuAction()});
     giveMnemonics(m_stationMenu->actions());
     giveMnemonics(m_alarmMenu->actions());

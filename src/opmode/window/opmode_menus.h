@@ -61,6 +61,7 @@ public:
     QAction *mnu_ansicht_normal;
     QAction *mnu_ansicht_treeview;
     QAction *mnu_overview;
+    QAction *mnu_wall;
     QAction *mnu_stumm;
     QList<QAction *> mnu_stumm_for; ///< one for each AlarmMute::Length
     QAction *mnu_record;

@@ -12,6 +12,9 @@
 #include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenuBar>
+#include <QScrollBar>
+#include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
@@ -99,6 +102,35 @@ private Q_SLOTS:
         QCOMPARE(view()->level(), fitting);
     }
 
+    void onAWallThereAreNoMenusAndWhatIsNotWatchedIsTold()
+    {
+        open({"A", "B"});
+        online("B");
+        say(1, "Pump 1 fail");
+        auto *header = m_window->findChild<QWidget *>("WallHeader");
+        auto *alarmBar = m_window->findChild<QWidget *>("AlarmBar");
+        QTest::keyClick(m_window.get(), Qt::Key_F11);
+        QVERIFY(m_window->isFullScreen() && view()->isVisible() && header->isVisible());
+        QVERIFY(!m_window->menuBar()->isVisible() && !m_window->statusBar()->isVisible());
+        QVERIFY(!alarmBar->isVisible() && !view()->verticalScrollBar()->isVisible());
+        const QString told = header->accessibleName();
+        QVERIFY2(told.contains("1 not acknowledged") && told.contains("1 not watched"), qPrintable(told));
+        const int letters = QFontInfo(view()->font()).pixelSize();
+        QVERIFY(letters > QFontInfo(QApplication::font()).pixelSize());
+        m_mode->setOnline("A", true);
+        m_timers.advance(Milliseconds(1000));
+        QVERIFY(header->accessibleName().contains("0 not watched"));
+
+        QTest::keyClick(m_window.get(), Qt::Key_Escape);
+        QVERIFY(!m_window->isFullScreen() && view()->isVisible() && !header->isVisible());
+        QVERIFY(m_window->menuBar()->isVisible() && m_window->statusBar()->isVisible());
+        QTRY_VERIFY(alarmBar->isVisible());
+        QVERIFY(QFontInfo(view()->font()).pixelSize() < letters);
+        QTest::keyClick(m_window.get(), Qt::Key_F11);
+        QTest::keyClick(view(), Qt::Key_Return); // the station is shown in the tree
+        QVERIFY(!m_window->isFullScreen() && tree()->isVisible());
+    }
+
     void tilesStayUnderTheMouse()
     {
         open({"A", "B"});
@@ -153,7 +185,7 @@ private:
         m_lines[station]->say("at+cmgs=\"+4917012345\"\r");
         m_lines[station]->say("M," + text + '\x1A');
     }
-    OverviewView *view() const { return m_window->findChild<OverviewView *>(); }
+    OverviewView *view() const { return m_window->findChild<OverviewView *>("List_overview"); }
     QTreeView *tree() const { return m_window->findChild<QTreeView *>("TreeView_KTR_Nodes"); }
 
     std::unique_ptr<QTemporaryDir> m_folder;

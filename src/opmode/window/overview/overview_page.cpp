@@ -36,8 +36,14 @@ OverviewPage::OverviewPage(OperationalMode &mode, Timers &timers, const QLocale 
     setObjectName(QStringLiteral("Page_overview"));
     auto *column = new QVBoxLayout(this);
     column->setSpacing(6);
-    column->addWidget(createBar());
+    m_bar = createBar();
+    column->addWidget(m_bar);
+    m_urgent = new OverviewView(mode, m_model, this);
+    m_urgent->setObjectName(QStringLiteral("List_overview_urgent"));
+    m_urgent->hide();
+    column->addWidget(m_urgent);
     m_view = new OverviewView(mode, m_model, this);
+    m_view->follow();
     column->addWidget(m_view, 1);
     m_none = new EmptyNotice(QStringLiteral("lbl_overview_none"), *m_view);
     connectBar();
@@ -82,6 +88,10 @@ void OverviewPage::connectBar()
     connect(m_fit, &QToolButton::clicked, m_view, &OverviewView::setFitting);
     connect(m_view, &OverviewView::levelChanged, this, [this] {
         m_fit->setChecked(m_view->isFitting());
+        showUrgent();
+        if (m_view->isOnWall()) {
+            return;
+        }
         keepSetting(levelKey, m_view->isFitting() ? -1 : m_view->level());
     });
     connect(m_view, &OverviewView::stationWanted, this, &OverviewPage::stationWanted);
@@ -89,7 +99,10 @@ void OverviewPage::connectBar()
         m_search->setFocus();
         m_search->insert(text);
     });
-    connect(&m_model, &OverviewModel::updated, this, &OverviewPage::showCounts);
+    connect(&m_model, &OverviewModel::updated, this, [this] {
+        showCounts();
+        showUrgent();
+    });
 }
 
 void OverviewPage::restore()
@@ -159,6 +172,46 @@ void OverviewPage::applyTexts()
     m_view->setAccessibleName(tr("Overview of the stations"));
     m_none->setText(tr("No station has this in its name."));
     showCounts();
+}
+
+// On a wall
+
+void OverviewPage::showOnWall(const QFont &font)
+{
+    m_bar->hide();
+    m_search->clear();
+    m_orderInWindow = m_model.order();
+    m_model.setOrder(OverviewModel::Order::Urgency);
+    m_urgent->setFont(font);
+    m_urgent->setOnWall(true);
+    m_view->setFont(font);
+    m_view->setOnWall(true);
+    showUrgent();
+}
+
+void OverviewPage::showInWindow()
+{
+    m_urgent->setOnWall(false);
+    m_view->setFont(QFont());
+    m_view->setOnWall(false);
+    showUrgent();
+    m_model.setOrder(m_orderInWindow);
+    m_bar->show();
+}
+
+/// Where names cannot be read, those of the most urgent stations stand above, in three rows at most.
+void OverviewPage::showUrgent()
+{
+    constexpr int mostRows = 3;
+    int urgent = 0;
+    for (int row = 0; row < m_model.rowCount() && m_model.glance(row).urgency <= Urgency::Standing; ++row) {
+        ++urgent;
+    }
+    const bool isNeeded = m_view->isOnWall() && m_view->showsCells() && urgent > 0;
+    if (isNeeded) {
+        m_urgent->setRows(std::min(mostRows, (urgent + m_urgent->columns() - 1) / m_urgent->columns()));
+    }
+    m_urgent->setVisible(isNeeded);
 }
 
 // Keys: the window's menus have some of them, too, and yield while the overview has the focus.

@@ -25,6 +25,9 @@ public:
     OverviewView &view() { return *m_view; }
     OverviewModel &model() { return m_model; }
     void applyTexts();
+    /// Large and without the bar, the most urgent first and all at once; and as it was before.
+    void showOnWall(const QFont &font);
+    void showInWindow();
 
 Q_SIGNALS:
     /// The user wants to see a station in the tree.
@@ -42,15 +45,19 @@ private:
     void search();
     void goToFound();
     void showCounts();
+    void showUrgent();
     bool handleKey(const QKeyEvent &event);
 
     OverviewModel m_model;
+    OverviewModel::Order m_orderInWindow = OverviewModel::Order::Urgency;
+    QWidget *m_bar;
     QLineEdit *m_search;
     QComboBox *m_order;
     QLabel *m_counts;
     QToolButton *m_fit;
     QToolButton *m_smaller;
     QToolButton *m_larger;
+    OverviewView *m_urgent; ///< on a wall whose tiles are too small to be read
     OverviewView *m_view;
     QLabel *m_none; ///< no station was found
 };

@@ -16,6 +16,7 @@
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 
+#include <algorithm>
 #include <cmath>
 
 namespace ktr {
@@ -63,18 +64,61 @@ OverviewView::OverviewView(const OperationalMode &mode, OverviewModel &model, QW
     viewport()->setMouseTracking(true);
     setItemDelegate(new TileDelegate(*this));
     setModel(&model);
-    model.setHold([this] { return isInUse(); });
-    model.setDescription([this](const StationGlance &glance) { return description(glance); });
     connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_chosen = chosen(); });
     connect(&model, &QAbstractItemModel::modelReset, this, [this] {
         choose(m_chosen);
         fit();
     });
-    connect(m_activity, &ViewActivity::mouseRested, &model, &OverviewModel::update);
     connect(this, &QAbstractItemView::activated, this, [this](const QModelIndex &index) {
         Q_EMIT stationWanted(index.data(OverviewModel::KeyRole).toString());
     });
     fitTiles();
+}
+
+void OverviewView::follow()
+{
+    m_model.setHold([this] { return isInUse(); });
+    m_model.setDescription([this](const StationGlance &glance) { return description(glance); });
+    connect(m_activity, &ViewActivity::mouseRested, &m_model, &OverviewModel::update);
+}
+
+void OverviewView::setOnWall(bool isOnWall)
+{
+    if (isOnWall == m_isOnWall) {
+        return;
+    }
+    m_isOnWall = isOnWall;
+    setVerticalScrollBarPolicy(isOnWall ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAlwaysOn);
+    if (isOnWall) {
+        m_wasFitting = m_isFitting;
+        m_levelInWindow = m_level;
+        m_isFitting = true;
+        scrollToTop();
+    } else {
+        m_isFitting = m_wasFitting;
+        takeLevel(m_levelInWindow);
+    }
+    fitTiles();
+    fit();
+}
+
+TileLevel OverviewView::tiles() const
+{
+    constexpr TileLevel nameAndState{13, 2.6};
+    return m_isStrip ? nameAndState : tileLevels()[static_cast<std::size_t>(m_level)];
+}
+
+bool OverviewView::showsCells() const
+{
+    return tiles().isCell();
+}
+
+void OverviewView::setRows(int rows)
+{
+    m_isFitting = false;
+    m_isStrip = true;
+    fitTiles();
+    setFixedHeight(rows * m_tile.height());
 }
 
 /// Somebody may be about to choose a tile, or goes through them with keys.
@@ -92,7 +136,9 @@ QString OverviewView::chosen() const
 void OverviewView::choose(const QString &kennung)
 {
     if (const int row = m_model.rowOf(kennung); row >= 0) {
+        setAutoScroll(false);
         setCurrentIndex(m_model.index(row));
+        setAutoScroll(true);
     }
 }
 
@@ -109,29 +155,31 @@ void OverviewView::currentChanged(const QModelIndex &current, const QModelIndex 
 void OverviewView::setLevel(int level)
 {
     m_isFitting = false;
-    takeLevel(qBound(0, level, static_cast<int>(tileLevels().size()) - 1));
-    Q_EMIT levelChanged();
+    takeLevel(qBound(0, level, smallestLevel()));
 }
 
 void OverviewView::setFitting(bool isFitting)
 {
     m_isFitting = isFitting;
-    fit();
-    Q_EMIT levelChanged();
+    takeLevel(isFitting ? fittingLevel() : m_level);
 }
 
 void OverviewView::takeLevel(int level)
 {
     if (level != m_level) {
+        const bool isSeen = viewport()->rect().intersects(visualRect(currentIndex()));
         m_level = level;
         fitTiles();
-        scrollTo(currentIndex());
+        if (isSeen) {
+            scrollTo(currentIndex());
+        }
     }
+    Q_EMIT levelChanged();
 }
 
 void OverviewView::fit()
 {
-    if (m_isFitting) {
+    if (m_isFitting && fittingLevel() != m_level) {
         takeLevel(fittingLevel());
     }
 }
@@ -144,21 +192,35 @@ int OverviewView::columnsAt(const TileLevel &level) const
 
 int OverviewView::fittingLevel() const
 {
-    const auto levels = tileLevels();
-    std::size_t at = 0;
-    for (; at + 1 < levels.size() && !levels[at + 1].isCell(); ++at) {
-        const int columns = columnsAt(levels[at]);
+    constexpr int readable = 3;
+    for (int level = 0; level <= smallestLevel(); ++level) {
+        const TileLevel &tiles = tileLevels()[static_cast<std::size_t>(level)];
+        const int columns = columnsAt(tiles);
         const int rows = (m_model.rowCount() + columns - 1) / columns;
-        if (rows * std::ceil(levels[at].height * fontMetrics().height()) <= viewport()->height()) {
-            break;
+        if (rows * std::ceil(tiles.height * fontMetrics().height()) <= viewport()->height()) {
+            return level;
+        }
+        if (!m_isOnWall && tileLevels()[static_cast<std::size_t>(level) + 1].isCell()) {
+            return readable;
         }
     }
-    return static_cast<int>(at);
+    return smallestLevel();
+}
+
+/// Whose cells can still be told apart and hit.
+int OverviewView::smallestLevel() const
+{
+    constexpr double leastSide = 9;
+    const auto levels = tileLevels();
+    const auto tooSmall = std::ranges::find_if(levels, [this](const TileLevel &level) {
+        return std::min(level.width, level.height) * fontMetrics().height() < leastSide;
+    });
+    return std::max(0, static_cast<int>(tooSmall - levels.begin()) - 1);
 }
 
 void OverviewView::fitTiles()
 {
-    const TileLevel &level = tileLevels()[static_cast<std::size_t>(m_level)];
+    const TileLevel level = tiles();
     m_columns = columnsAt(level);
     const QSize tile((viewport()->width() - 1) / m_columns,
                      static_cast<int>(std::ceil(level.height * fontMetrics().height())));
@@ -274,7 +336,7 @@ QString OverviewView::stateOf(const StationGlance &glance) const
 
 TileTexts OverviewView::textsOf(const StationGlance &glance) const
 {
-    const TileLevel &level = tileLevels()[static_cast<std::size_t>(m_level)];
+    const TileLevel level = tiles();
     TileTexts texts;
     texts.state = stateOf(glance);
     if (!level.hasFoot()) {
@@ -327,10 +389,11 @@ QString OverviewView::description(const StationGlance &glance) const
 void OverviewView::paintTile(QPainter &painter, const QRect &where, const QModelIndex &index,
                              bool isPointed) const
 {
-    const TileLevel &level = tileLevels()[static_cast<std::size_t>(m_level)];
+    const TileLevel level = tiles();
     const TilePainter tile(level, font(), palette());
     const StationGlance &glance = m_model.glance(index.row());
-    const TilePainter::Place place{QRectF(where), index == currentIndex() && hasFocus(), isPointed};
+    const TilePainter::Place place{QRectF(where), index == currentIndex() && hasFocus() && !m_isOnWall,
+                                   isPointed};
     if (level.isCell()) {
         tile.paintCell(painter, place, glance);
     } else {

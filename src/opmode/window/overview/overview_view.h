@@ -19,11 +19,21 @@ class OverviewView : public QListView
 public:
     OverviewView(const OperationalMode &mode, OverviewModel &model, QWidget *parent = nullptr);
 
+    /// The model moves nothing while the user is at work here, and has its descriptions from here.
+    void follow();
+    /// On a wall no tile is chosen and nothing is scrolled by hand; fitting tiles may be cells.
+    void setOnWall(bool isOnWall);
+    bool isOnWall() const { return m_isOnWall; }
+    bool showsCells() const;
+    int columns() const { return m_columns; }
+    /// Is as high as so many rows of tiles with name and state.
+    void setRows(int rows);
+
     /// A place in tileLevels(); the largest is 0.
     int level() const { return m_level; }
     void setLevel(int level);
-    /// The level is the largest at which all stations are seen at once, or the smallest at which their names
-    /// can be read. So it is until a level is chosen.
+    /// The level is the largest at which all stations are seen at once, or, where their names could not be
+    /// read, one at which they can. So it is until a level is chosen.
     void setFitting(bool isFitting);
     bool isFitting() const { return m_isFitting; }
     /// Up to four channels that are shown of each station; empty for those that have names or values.
@@ -33,6 +43,7 @@ public:
     QString description(const StationGlance &glance) const;
     bool isInUse() const;
     QString chosen() const; ///< its key, empty for none
+    /// Scrolls nothing.
     void choose(const QString &kennung);
 
     void paintTile(QPainter &painter, const QRect &where, const QModelIndex &index, bool isPointed) const;
@@ -56,10 +67,12 @@ protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
+    TileLevel tiles() const;
     void fitTiles();
     void takeLevel(int level);
     void fit();
     int fittingLevel() const;
+    int smallestLevel() const;
     int columnsAt(const TileLevel &level) const;
     TileTexts textsOf(const StationGlance &glance) const;
     QString stateOf(const StationGlance &glance) const;
@@ -69,6 +82,10 @@ private:
     ViewActivity *m_activity;
     int m_level = 0;
     bool m_isFitting = true;
+    bool m_wasFitting = true; ///< in the window
+    int m_levelInWindow = 0;
+    bool m_isOnWall = false;
+    bool m_isStrip = false; ///< some rows of tiles with name and state
     int m_columns = 1;
     QSize m_tile;
     QList<int> m_channels;

@@ -49,8 +49,9 @@ void paintTrend(QPainter &painter, const QRectF &where, const QList<QPointF> &tr
 
 std::span<const TileLevel> tileLevels()
 {
-    static constexpr TileLevel levels[] = {{19, 9.4},  {14.5, 7.6}, {11.5, 5.6}, {9.5, 3.7}, {8, 2.5},
-                                           {5.5, 1.6}, {2.2, 2},    {1.5, 1.35}, {1, 0.9}};
+    static constexpr TileLevel levels[] = {{19, 9.4}, {14.5, 7.6}, {11.5, 5.6}, {9.5, 3.7},
+                                           {8, 2.5},  {5.5, 1.6},  {2.2, 2},    {1.5, 1.35},
+                                           {1, 0.9},  {0.7, 0.65}, {0.5, 0.45}};
     return levels;
 }
 
