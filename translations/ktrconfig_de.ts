@@ -105,6 +105,10 @@
         <source>What is on the clipboard is too long for entries. Nothing was pasted</source>
         <translation>Der Inhalt der Zwischenablage ist zu lang für Einträge. Nichts wurde eingefügt</translation>
     </message>
+    <message>
+        <source>%1. Ctrl+Z takes it back</source>
+        <translation>%1. Strg+Z nimmt es zurück</translation>
+    </message>
 </context>
 <context>
     <name>Export</name>
@@ -3107,6 +3111,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Saved as %1</source>
         <translation>Gespeichert als %1</translation>
     </message>
+    <message>
+        <source>Taken over: %1 fields</source>
+        <translation>Übernommen: %1 Felder</translation>
+    </message>
+    <message>
+        <source>Taken over: %1, %2 in place of %3</source>
+        <translation>Übernommen: %1, %2 statt %3</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ConnectionPage</name>
@@ -3262,6 +3274,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>%1 moved to %2</source>
         <translation>%1 verschoben nach %2</translation>
+    </message>
+    <message>
+        <source>Pasted: %1, in place of %2</source>
+        <translation>Eingefügt: %1, statt %2</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 und %2 weitere</translation>
     </message>
 </context>
 <context>
@@ -4157,6 +4177,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Values by the sliders</source>
         <translation>Werte durch die Regler</translation>
     </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Schließen</translation>
+    </message>
 </context>
 <context>
     <name>ktr::FormMain</name>
@@ -4167,6 +4191,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>A file dialog is still open; the window can be closed after it</source>
         <translation>Ein Dateidialog ist noch offen; danach lässt sich das Fenster schließen</translation>
+    </message>
+    <message>
+        <source>Taken back: %1</source>
+        <translation>Zurückgenommen: %1</translation>
+    </message>
+    <message>
+        <source>Done again: %1</source>
+        <translation>Wiederholt: %1</translation>
     </message>
 </context>
 <context>
@@ -4463,6 +4495,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>The holidays could not be stored in your settings</source>
         <translation>Die Feiertage konnten nicht in den Benutzereinstellungen gespeichert werden</translation>
     </message>
+    <message>
+        <source>Holidays deleted: %1</source>
+        <translation>Feiertage gelöscht: %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ImportedStationsModel</name>
@@ -4551,6 +4587,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Fields pasted: %1</source>
         <translation>Eingefügte Felder: %1</translation>
+    </message>
+    <message>
+        <source>%1, in place of other values: %2</source>
+        <translation>%1, statt anderer Werte: %2</translation>
     </message>
 </context>
 <context>
@@ -5872,16 +5912,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Signal prüfen</translation>
     </message>
     <message>
-        <source>Sends nothing: a module that keeps its GSM connection tells its signal by itself</source>
-        <translation>Sendet nichts: ein Modul, das seine GSM-Verbindung behält, meldet sein Signal von selbst</translation>
-    </message>
-    <message>
         <source>is sent next</source>
         <translation>wird als Nächstes gesendet</translation>
-    </message>
-    <message>
-        <source>waits until the module tells it</source>
-        <translation>wartet, bis das Modul es meldet</translation>
     </message>
     <message>
         <source>waits until the module reads an SMS</source>
@@ -5906,6 +5938,14 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>application %1, configuration %2</source>
         <translation>Applikation %1, Konfiguration %2</translation>
+    </message>
+    <message>
+        <source>Sends nothing and waits for the module&apos;s own report: one that keeps its GSM connection tells its signal by itself</source>
+        <translation>Sendet nichts und wartet auf die eigene Meldung des Moduls: Eines, das seine GSM-Verbindung hält, nennt sein Signal von selbst</translation>
+    </message>
+    <message>
+        <source>waits for the module&apos;s own report; nothing is sent</source>
+        <translation>wartet auf die eigene Meldung des Moduls; gesendet wird nichts</translation>
     </message>
 </context>
 <context>

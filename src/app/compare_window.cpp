@@ -300,6 +300,7 @@ void CompareWindow::appear()
 
 void CompareWindow::refreshSoon()
 {
+    m_done.clear();
     if (isVisible()) {
         m_refresh.start(0);
     }
@@ -478,7 +479,9 @@ void CompareWindow::showState()
         return field.change == Change::Theirs && !field.isStamp;
     }));
     m_export->setEnabled(m_tree->topLevelItemCount() > 0);
-    m_state->setText(m_told.isEmpty() ? stateText() : m_told);
+    m_state->setText(!m_told.isEmpty()  ? m_told
+                     : m_done.isEmpty() ? stateText()
+                                        : stateText() + QLatin1String(". ") + m_done);
     m_state->setToolTip(m_told);
     m_empty->setText(emptyText());
     m_empty->setVisible(m_tree->topLevelItemCount() == 0);
@@ -564,22 +567,31 @@ void CompareWindow::take(const QList<ComparedField> &fields)
         return;
     }
     m_told.clear();
+    QString left;
     m_services.history.endGroup();
     m_services.history.edit(
         {wanted.front().control, wanted.front().index}, [&](Configuration &configuration) {
-            QList<ComparedField> left; // holidays find room once others are removed
+            QList<ComparedField> later; // holidays find room once others are removed
             for (const ComparedField &field : wanted) {
                 if (!takeField(configuration, *m_other, field.key)) {
-                    left += field;
+                    later += field;
                 }
             }
-            for (const ComparedField &field : left) {
+            for (const ComparedField &field : later) {
                 if (!takeField(configuration, *m_other, field.key)) {
-                    m_told = tr("%1 was not taken over: the list of holidays is full").arg(field.label);
+                    left = tr("%1 was not taken over: the list of holidays is full").arg(field.label);
                 }
             }
         });
     m_services.history.endGroup();
+    m_told = left;
+    const ComparedField &first = wanted.front();
+    const QString taken = wanted.size() > 1
+                              ? tr("Taken over: %1 fields").arg(wanted.size())
+                              : tr("Taken over: %1, %2 in place of %3")
+                                    .arg(groupTitle(first), first.label, shownValue(first.mine));
+    m_services.history.describe(taken);
+    m_done = taken + QLatin1String(" (") + QKeySequence(QKeySequence::Undo).toString() + u')';
     refresh();
 }
 

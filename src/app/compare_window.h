@@ -101,6 +101,7 @@ private:
     QList<ComparedField> m_fields;
     QList<CommandDifference> m_commands;
     QString m_told; ///< what went wrong last
+    QString m_done; ///< what was taken over last, until something else is edited
     QTimer m_refresh;
 
     QLabel *m_otherLabel;

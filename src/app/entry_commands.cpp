@@ -2,6 +2,7 @@
 
 #include "app/main_menu.h"
 #include "config/entry_table.h"
+#include "config/entry_texts.h"
 #include "editor/entry_chooser.h"
 #include "editor/input_page.h"
 #include "look/message_dialog.h"
@@ -91,7 +92,8 @@ bool EntryCommands::apply(const Chosen &chosen, const Change &change)
         Q_EMIT statusMessage(done.message());
         return false;
     }
-    if (changed == configuration()) {
+    m_isChanged = changed != configuration();
+    if (!m_isChanged) {
         return true;
     }
     EditHistory &history = m_parts.context.history;
@@ -100,6 +102,16 @@ bool EntryCommands::apply(const Chosen &chosen, const Change &change)
                  [&changed](Configuration &present) { present = std::move(changed); });
     history.endGroup();
     return true;
+}
+
+/// Undo tells it again, so that no line of the status bar outlives its step.
+void EntryCommands::tellStep(const QString &words, EditorContext::Replaced replaced)
+{
+    if (m_isChanged) {
+        m_parts.context.history.describe(words);
+    }
+    const bool isHinted = m_isChanged && replaced == EditorContext::Replaced::Something;
+    Q_EMIT statusMessage(isHinted ? EditorContext::withUndoHint(words) : words);
 }
 
 // Clipboard
@@ -166,7 +178,7 @@ void EntryCommands::cut()
     });
     m_cut = clip.cutBy;
     const QString cut = tr("Cut: %1").arg(namesOf(entries));
-    Q_EMIT statusMessage(
+    tellStep(
         names.isEmpty()
             ? cut
             : cut + tr(". It is still named by %1, which follow it to where it is pasted here").arg(names));
@@ -183,6 +195,7 @@ void EntryCommands::paste()
     NewNumbers numbers = unchangedNumbers();
     const bool wasCutHere = !clip.cutBy.isEmpty() && clip.cutBy == m_cut;
     QString overwritten;
+    QString gone;
     const bool pasted = apply(target, [&](Configuration &changed) {
         const Configuration before = changed;
         if (Status done = pasteEntries(changed, clip, target.first(), m_parts.context.document.environment());
@@ -200,6 +213,7 @@ void EntryCommands::paste()
             }
         }
         overwritten = namedBy(before, target.list, replaced);
+        gone = contentsOf(before, target.list, replaced);
         if (target.list == EntryList::LimitValues) {
             renumber(changed, numbers);
         }
@@ -212,9 +226,12 @@ void EntryCommands::paste()
         m_cut.clear();
     }
     target.chooser->choose(target.first(), target.count());
-    const QString told = tr("Pasted: %1").arg(namesOf(target));
-    Q_EMIT statusMessage(
-        overwritten.isEmpty() ? told : told + tr(". What stood there was named by %1").arg(overwritten));
+    QString told = gone.isEmpty() ? tr("Pasted: %1").arg(namesOf(target))
+                                  : tr("Pasted: %1, in place of %2").arg(namesOf(target), gone);
+    if (!overwritten.isEmpty()) {
+        told += tr(". What stood there was named by %1").arg(overwritten);
+    }
+    tellStep(told, gone.isEmpty() ? EditorContext::Replaced::Nothing : EditorContext::Replaced::Something);
 }
 
 // Places
@@ -229,7 +246,7 @@ void EntryCommands::duplicate()
     if (done) {
         const QString from = namesOf(entries);
         entries.chooser->choose(copy, 1);
-        Q_EMIT statusMessage(tr("%1 duplicated: %2").arg(from, nameOf({entries.list, copy})));
+        tellStep(tr("%1 duplicated: %2").arg(from, nameOf({entries.list, copy})));
     }
 }
 
@@ -240,14 +257,21 @@ void EntryCommands::clear()
         return;
     }
     const QString names = namedBy(configuration(), entries.list, entries.entries);
+    const QString gone = contentsOf(configuration(), entries.list, entries.entries);
     apply(entries, [&](Configuration &changed) {
         for (const int entry : entries.entries) {
             ktr::clearEntry(changed, {entries.list, entry}, m_parts.context.document.environment());
         }
         return Status::done();
     });
-    const QString cleared = tr("Cleared: %1").arg(namesOf(entries));
-    Q_EMIT statusMessage(names.isEmpty() ? cleared : cleared + tr(". It is still named by %1").arg(names));
+    QString told = tr("Cleared: %1").arg(namesOf(entries));
+    if (!gone.isEmpty()) {
+        told += QStringLiteral(" (%1)").arg(gone);
+    }
+    if (!names.isEmpty()) {
+        told += tr(". It is still named by %1").arg(names);
+    }
+    tellStep(told, gone.isEmpty() ? EditorContext::Replaced::Nothing : EditorContext::Replaced::Something);
 }
 
 void EntryCommands::move(int by)
@@ -291,7 +315,7 @@ void EntryCommands::moveFirstTo(const Chosen &chosen, int to)
     if (moved) {
         const QString names = namesOf(chosen);
         chosen.chooser->choose(to, chosen.count());
-        Q_EMIT statusMessage(tr("%1 moved to %2").arg(names).arg(to + 1));
+        tellStep(tr("%1 moved to %2").arg(names).arg(to + 1));
     }
 }
 
@@ -318,6 +342,51 @@ QString EntryCommands::namesOf(const Chosen &chosen) const
         others += QString::number(chosen.entries[at] + 1);
     }
     return first + QStringLiteral(", ") + others.join(QLatin1String(", "));
+}
+
+/// Enough of an entry to know it again: "9 AnalogIn 1 > 80 m, \"Well high\"".
+QString EntryCommands::contentOf(const Configuration &configuration, const EntryPlace &place) const
+{
+    const auto at = static_cast<std::size_t>(place.entry);
+    const TextTable &texts = m_parts.context.texts;
+    if (place.list == EntryList::SwitchPoints) {
+        const SwitchPoint &point = configuration.switchPoints[at];
+        return targetName(configuration, point.target, texts) + QLatin1String(": ") +
+               switchTypeName(point.type, texts);
+    }
+    const LimitValue &value = configuration.limitValues[at];
+    QStringList parts;
+    if (LimitValue::isReference(place.entry)) {
+        parts += combinedLimitValues(value.reference).join(u'+');
+    } else if (value.channel != 0) {
+        const QString unit = shownUnits(configuration, value.channel, texts).limit;
+        const QString condition = channelName(configuration, value.channel, texts) + u' ' +
+                                  comparisonSign(value.comparison) + u' ' + value.limit + u' ' + unit;
+        parts += condition.trimmed();
+    }
+    if (!value.alarm.trimmed().isEmpty()) {
+        parts += u'"' + value.alarm + u'"';
+    }
+    parts.removeAll(QString());
+    return parts.join(QLatin1String(", "));
+}
+
+/// Of those in use, the first few.
+QString EntryCommands::contentsOf(const Configuration &configuration, EntryList list,
+                                  const QList<int> &entries) const
+{
+    constexpr qsizetype most = 3;
+    constexpr qsizetype longest = 80;
+    QStringList contents;
+    qsizetype count = 0;
+    for (const int entry : entries) {
+        if (!isFree(configuration, {list, entry}) && ++count <= most) {
+            const QString content = contentOf(configuration, {list, entry}).simplified();
+            contents += content.size() > longest ? content.left(longest) + u'…' : content;
+        }
+    }
+    const QString told = contents.join(QLatin1String("; "));
+    return count > most ? tr("%1 and %2 more").arg(told).arg(count - most) : told;
 }
 
 /// The others that name one of these entries.

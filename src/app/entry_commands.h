@@ -55,6 +55,7 @@ private:
     ComparisonWords words() const;
 
     bool apply(const Chosen &chosen, const Change &change);
+    void tellStep(const QString &words, EditorContext::Replaced replaced = EditorContext::Replaced::Nothing);
     void toClipboard(const EntryClip &clip);
     bool fromClipboard(EntryList list, EntryClip &clip);
 
@@ -69,10 +70,13 @@ private:
 
     QString nameOf(const EntryPlace &place) const;
     QString namesOf(const Chosen &chosen) const;
+    QString contentOf(const Configuration &configuration, const EntryPlace &place) const;
+    QString contentsOf(const Configuration &configuration, EntryList list, const QList<int> &entries) const;
     QString namedBy(const Configuration &configuration, EntryList list, const QList<int> &entries) const;
 
     Parts m_parts;
-    QString m_cut; ///< the mark of what was cut here last
+    bool m_isChanged = false; ///< by what was applied last
+    QString m_cut;            ///< the mark of what was cut here last
 };
 
 } // namespace ktr

@@ -452,6 +452,16 @@ void FormMain::connectDocument()
     };
     connect(&m_history, &EditHistory::availabilityChanged, this, showAvailable);
     showAvailable();
+    connect(&m_history, &EditHistory::undone, this, [this](const QString &words) {
+        if (!words.isEmpty()) {
+            showStatus(tr("Taken back: %1").arg(words));
+        }
+    });
+    connect(&m_history, &EditHistory::redone, this, [this](const QString &words) {
+        if (!words.isEmpty()) {
+            showStatus(tr("Done again: %1").arg(words));
+        }
+    });
     connect(&m_history, &EditHistory::moved, this, [this](const EditPlace &place) {
         m_tabs->goTo(place);
         const QString title = windowTitle();

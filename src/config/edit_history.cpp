@@ -22,12 +22,13 @@ void EditHistory::record(State before, const EditPlace &place)
     if (place.control != fieldOf<FileInfo>(&FileInfo::version).control.forIndex(0)) {
         unstamped.info.version = before.configuration.info.version;
     }
-    if (unstamped == before.configuration && m_document.fileName() == before.fileName) {
+    m_isRecorded = unstamped != before.configuration || m_document.fileName() != before.fileName;
+    if (!m_isRecorded) {
         return;
     }
     m_redo.clear();
     if (!m_open || m_undo.empty() || m_undo.back().place != place) {
-        m_undo.push_back({std::move(before), place});
+        m_undo.push_back({std::move(before), place, {}});
         if (m_undo.size() > longest) {
             m_undo.pop_front();
         }
@@ -82,12 +83,21 @@ void EditHistory::move(std::deque<Step> &from, std::deque<Step> &to)
     }
     Step step = std::move(from.back());
     from.pop_back();
-    to.push_back({present(), step.place});
+    to.push_back({present(), step.place, step.words});
     m_open = false;
     m_document.setFileName(step.state.fileName);
     m_document.restore(step.state.configuration, step.state.modified, step.state.source);
     Q_EMIT availabilityChanged();
+    m_isRecorded = false;
     Q_EMIT moved(step.place);
+    &from == &m_undo ? Q_EMIT undone(step.words) : Q_EMIT redone(step.words);
+}
+
+void EditHistory::describe(const QString &words)
+{
+    if (m_isRecorded && !m_undo.empty()) {
+        m_undo.back().words = words;
+    }
 }
 
 void EditHistory::undo()

@@ -51,12 +51,19 @@ public:
     bool canRedo() const { return !m_redo.empty(); }
     void undo();
     void redo();
+
+    /// What the last change did, in words for the user, to be told again when it is undone or redone. Nothing
+    /// where it changed nothing.
+    void describe(const QString &words);
     void clear();
 
 Q_SIGNALS:
     void availabilityChanged();
     /// A step was undone or redone; `place` is where it had been made, with an empty control for the whole.
     void moved(const ktr::EditPlace &place);
+    /// The same, after it: what the step did, empty where nobody has said so.
+    void undone(const QString &words);
+    void redone(const QString &words);
 
 private:
     struct State
@@ -70,6 +77,7 @@ private:
     {
         State state; ///< on the other side of the step
         EditPlace place;
+        QString words; ///< what it did
     };
 
     State present() const;
@@ -81,7 +89,8 @@ private:
     Document &m_document;
     std::deque<Step> m_undo;
     std::deque<Step> m_redo;
-    bool m_open = false; ///< the last step may still grow
+    bool m_open = false;       ///< the last step may still grow
+    bool m_isRecorded = false; ///< the last change is in it
 };
 
 } // namespace ktr

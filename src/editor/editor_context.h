@@ -3,6 +3,7 @@
 #include "config/edit_history.h"
 #include "lang/text_table.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <functional>
@@ -22,6 +23,18 @@ struct EditorContext
     std::function<void(const QString &line)> showStatus = [](const QString &) {};
     /// A message in a window of its own; returns at once.
     std::function<void(const QString &text)> showMessage = [](const QString &) {};
+
+    /// Tells what the last change did: again when it is undone, and how, where it replaced something.
+    enum class Replaced { Nothing, Something };
+    void tellStep(const QString &words, Replaced replaced = Replaced::Nothing) const
+    {
+        history.describe(words);
+        showStatus(replaced == Replaced::Something ? withUndoHint(words) : words);
+    }
+    static QString withUndoHint(const QString &words)
+    {
+        return QCoreApplication::translate("Entries", "%1. Ctrl+Z takes it back").arg(words);
+    }
 
     bool isGerman() const { return language == QLatin1String("deutsch"); }
 };

@@ -165,20 +165,25 @@ void HolidayCard::remove(int row)
     const QString line = holidays().lines().value(row);
     if (!line.isEmpty()) {
         m_context.history.adjust(newStep(), [row](Configuration &changed) { changed.holidays.remove(row); });
-        m_context.showStatus(tr("Holiday removed: %1").arg(line.section(u'\t', 1)));
+        m_context.tellStep(tr("Holiday removed: %1").arg(line.section(u'\t', 1)));
     }
 }
 
 void HolidayCard::clear()
 {
+    const auto count = holidays().lines().size();
     m_context.history.adjust(newStep(), [](Configuration &changed) { changed.holidays.clear(); });
+    m_context.tellStep(tr("Holidays deleted: %1").arg(count),
+                       count > 0 ? EditorContext::Replaced::Something : EditorContext::Replaced::Nothing);
 }
 
 void HolidayCard::load()
 {
+    const bool hadSome = !holidays().lines().isEmpty();
     m_context.history.adjust(newStep(),
                              [](Configuration &changed) { loadHolidays(changed.holidays, SettingsStore()); });
-    m_context.showStatus(tr("Holidays loaded: %1").arg(holidays().lines().size()));
+    m_context.tellStep(tr("Holidays loaded: %1").arg(holidays().lines().size()),
+                       hadSome ? EditorContext::Replaced::Something : EditorContext::Replaced::Nothing);
 }
 
 void HolidayCard::save()

@@ -147,6 +147,26 @@ void InputGrid::store(const Cell &first, const std::vector<Value> &values)
     m_context.history.endGroup();
 }
 
+/// How many fields had another value than one that stands for nothing.
+int InputGrid::replacedBy(const std::vector<Value> &values) const
+{
+    const Configuration &present = m_context.document.configuration();
+    return static_cast<int>(std::ranges::count_if(values, [&present](const Value &value) {
+        const QString before = value.cell->field.text(present);
+        return !before.isEmpty() && before != u'0' && before != value.text;
+    }));
+}
+
+void InputGrid::tellStored(const QString &words, int replaced) const
+{
+    if (replaced == 0) {
+        m_context.tellStep(words);
+    } else {
+        m_context.tellStep(tr("%1, in place of other values: %2").arg(words).arg(replaced),
+                           EditorContext::Replaced::Something);
+    }
+}
+
 void InputGrid::fillDown(const QWidget *control)
 {
     const Cell *from = cellOf(control);
@@ -165,8 +185,9 @@ void InputGrid::fillDown(const QWidget *control)
         m_context.showStatus(tr("There is no field below this one"));
         return;
     }
+    const int replaced = replacedBy(values);
     store(*from, values);
-    m_context.showStatus(tr("Fields filled down: %1").arg(values.size()));
+    tellStored(tr("Fields filled down: %1").arg(values.size()), replaced);
 }
 
 /// False where the clipboard has no block.
@@ -185,8 +206,9 @@ bool InputGrid::pasteBlock(const Cell &first)
     } else if (values.empty()) {
         m_context.showStatus(tr("There are only empty cells on the clipboard"));
     } else {
+        const int replaced = replacedBy(values);
         store(first, values);
-        m_context.showStatus(tr("Fields pasted: %1").arg(values.size()));
+        tellStored(tr("Fields pasted: %1").arg(values.size()), replaced);
     }
     return true;
 }

@@ -60,6 +60,8 @@ private:
     bool moveOn(const Cell &cell, int key) const;
     bool pasteBlock(const Cell &first);
     QString collect(const QList<QStringList> &rows, const Cell &first, std::vector<Value> &values) const;
+    int replacedBy(const std::vector<Value> &values) const;
+    void tellStored(const QString &words, int replaced) const;
     void store(const Cell &first, const std::vector<Value> &values);
 
     EditorContext &m_context;

@@ -85,6 +85,47 @@ private Q_SLOTS:
     }
     void cleanup() { m_one.reset(); }
 
+    void whatWasReplacedIsToldAndNoMessageOutlivesItsUndo()
+    {
+        QStringList undone;
+        connect(&m_one->all.history, &EditHistory::undone, this,
+                [&](const QString &words) { undone += words; });
+        QTableView *list = m_one->limitValues(0);
+        QTest::keySequence(list, QKeySequence::Copy);
+        m_one->limitValues(1);
+        QTest::keySequence(list, QKeySequence::Paste);
+        const QString pasted = "Pasted: LV 2, in place of 1 DigIn 1 = 1, \"door\"";
+        QCOMPARE(told(), pasted + ". Ctrl+Z takes it back");
+        m_one->limitValues(5);
+        QTest::keySequence(list, QKeySequence::Paste);
+        QCOMPARE(told(), "Pasted: LV 6"); // nothing stood there
+        m_one->all.history.edit({"Txt_gw_gw", 5}, [](Configuration &c) { c.limitValues[5].limit = "81"; });
+        m_one->all.history.undo();
+        m_one->all.history.undo();
+        m_one->all.history.undo();
+        QCOMPARE(undone, QStringList({"", "Pasted: LV 6", pasted}));
+
+        QTableView *points = m_one->list(PageIndex::SwitchPoints);
+        m_one->tabs.page(PageIndex::SwitchPoints)->showEntry(3);
+        QTest::keySequence(points, QKeySequence::Copy);
+        QTest::keySequence(points, QKeySequence::Paste); // over itself: nothing happens
+        m_one->tabs.page(PageIndex::SwitchPoints)->showEntry(3);
+        QTest::keyClick(points, Qt::Key_Delete);
+        QVERIFY2(told().contains("(11 DigOut 1: 15 LV exceeded (above the limit)). Ctrl+Z"),
+                 qPrintable(told()));
+        m_one->all.history.undo();
+        QVERIFY(undone.last().startsWith("Cleared: Switchpoint 4 (11 DigOut 1"));
+        QTest::keySequence(points, QKeySequence::Cut);
+        m_one->all.history.undo();
+        QVERIFY(undone.last().startsWith("Cut: Switchpoint 4"));
+        QTest::keyClick(points, Qt::Key_Down, Qt::AltModifier);
+        m_one->all.history.undo();
+        QCOMPARE(undone.last(), "Switchpoint 4 moved to 5");
+        QTest::keyClick(points, Qt::Key_D, Qt::ControlModifier | Qt::ShiftModifier);
+        m_one->all.history.undo();
+        QVERIFY(undone.last().startsWith("Switchpoint 4 duplicated"));
+    }
+
     void theKeysMoveAnEntryAndWhatNamesItFollows()
     {
         QTableView *list = m_one->limitValues(0);
@@ -126,7 +167,9 @@ private Q_SLOTS:
         QTest::keySequence(list, QKeySequence::Paste);
         m_one->limitValues(7);
         QTest::keyClick(list, Qt::Key_Delete);
-        QCOMPARE(told(), "Cleared: LV 8. It is still named by LV 17, Switchpoint 4");
+        QCOMPARE(told(),
+                 "Cleared: LV 8 (9 AnalogIn 1 > 80, \"high\"). It is still named by LV 17, Switchpoint 4. "
+                 "Ctrl+Z takes it back");
         for (int step = 0; step < 5; ++step) {
             m_one->all.history.undo();
         }

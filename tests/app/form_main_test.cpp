@@ -710,6 +710,27 @@ private Q_SLOTS:
         QTRY_COMPARE(list->count(), 0);
     }
 
+    void whatAnUndoneStepToldIsTakenBackInTheStatusBar()
+    {
+        start({});
+        m_window->document().adjust([](Configuration &changed) {
+            changed.limitValues[0] = {9, "high", "80", "0", "0", 3, 255, 0, 0, "30"};
+            changed.limitValues[1] = {1, "door", "1", "0", "0", 2, 255, 0, 0, "30"};
+        });
+        m_window->tabs().goTo({"Txt_gw_gw", 0});
+        auto *list = control<QTableView>(*m_window, "Tbl_gw");
+        list->setFocus();
+        QTest::keySequence(list, QKeySequence::Copy);
+        QTest::keyClick(list, Qt::Key_Down);
+        QTest::keySequence(list, QKeySequence::Paste);
+        const QString pasted = "Pasted: LV 2, in place of 1 DigIn 1 = 1, \"door\"";
+        QCOMPARE(lastEvent(), pasted + ". Ctrl+Z takes it back");
+        clickMenu("mnu_undo");
+        QCOMPARE(lastEvent(), "Taken back: " + pasted);
+        clickMenu("mnu_redo");
+        QCOMPARE(lastEvent(), "Done again: " + pasted);
+    }
+
     void keysThatSwitchPagesLeadToAField()
     {
         start({});

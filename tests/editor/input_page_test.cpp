@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalSpy>
 
 using namespace ktr;
 using namespace ktr::test;
@@ -199,7 +200,9 @@ private Q_SLOTS:
         }
         QCOMPARE(control<QLineEdit>(m_page, "Txt_ip_interval_17")->text(), "15");
         QCOMPARE(m_all.told.takeLast(), "Fields filled down: 5");
+        QSignalSpy undone(&m_all.history, &EditHistory::undone);
         m_all.history.undo();
+        QCOMPARE(undone.takeFirst().constFirst(), "Fields filled down: 5");
         QCOMPARE(m_all.document.configuration().archiving[17].interval, "0");
         QCOMPARE(m_all.document.configuration().archiving[12].interval, "15");
         control<QCheckBox>(m_page, "chk_ip_wert")->setFocus();
@@ -219,6 +222,10 @@ private Q_SLOTS:
         QVERIFY(control<QWidget>(m_page, "Txt_ip_teiler_1")->isEnabled());
         paste("Txt_ip_zaehler_4", "7\t1\t2\n"); // the unit behind has no column
         QCOMPARE(now.outputHours[0].value, "0");
+        paste("Txt_ip_interval_0", "6\t0,5\n");
+        QCOMPARE(m_all.told.takeLast(),
+                 "Fields pasted: 2, in place of other values: 1. Ctrl+Z takes it back");
+        m_all.history.undo();
         paste("Txt_ip_value_0", "3\t-1,5\t2\t'=bar\n20\t1\t2\tml\n");
         QCOMPARE(now.outputValues[1].analog, "20");
         QCOMPARE(now.scaling[2].offset, "-1,5");
