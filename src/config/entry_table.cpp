@@ -29,8 +29,8 @@ template <class Record> QString headingOf(const Field<Record> &field, const Text
     return headingText(field.label, field.unit, texts);
 }
 
-/// The numbers of the bits, "1+3+5"; where a mask has bits that no box stands for, itself behind them: the
-/// same texts are to give the same mask.
+/// The numbers of the bits, "1+3+5". Itself behind them where ticking these boxes would give another mask:
+/// the same texts are to give the same one.
 QString maskCell(unsigned mask, unsigned boxes, unsigned others)
 {
     QStringList numbers;
@@ -50,11 +50,14 @@ std::optional<QString> maskOf(const QString &cell, unsigned boxes, unsigned othe
     if (!match.hasMatch()) {
         return std::nullopt;
     }
-    if (!match.captured(2).isEmpty()) {
+    static const QRegularExpression between(QStringLiteral("[+,; ]+"));
+    // Who changes the numbers means them: the mask behind tells the bits without a box alone.
+    bool isMask = false;
+    const unsigned whole = match.captured(2).toUInt(&isMask);
+    if (!match.captured(2).isEmpty() && (!isMask || whole > (boxes | others))) {
         return match.captured(2);
     }
-    static const QRegularExpression between(QStringLiteral("[+,; ]+"));
-    unsigned mask = others;
+    unsigned mask = isMask ? whole & ~boxes : others;
     const QStringList numbers = match.captured(1).split(between, Qt::SkipEmptyParts);
     for (const QString &number : numbers) {
         const unsigned bit = number.toUInt();

@@ -155,6 +155,13 @@ private Q_SLOTS:
         QCOMPARE(value.limit, "3,5");
         QCOMPARE(value.channel, 10);
         QCOMPARE(value.recipients, 255);
+        // Who changes the numbers of a mask with other bits means the numbers.
+        for (const auto &[cell, mask] : QList<QPair<QString, int>>{
+                 {"1+2", 195}, {"1+2 (=3)", 3}, {"1+3 (=3)", 5}, {"1+2+3 (=67)", 71}, {"0 (=3)", 0}}) {
+            QVERIFY(read("Notification to\n" + cell, clip));
+            QVERIFY(pasteEntries(m_configuration, clip, 1, m_environment));
+            QCOMPARE(m_configuration.limitValues[1].recipients, mask);
+        }
         QVERIFY(read("times every (min.)\n2000", clip));
         QVERIFY(pasteEntries(m_configuration, clip, 1, m_environment));
         QCOMPARE(value.repetitionInterval, "1440");

@@ -42,14 +42,19 @@ namespace {
 
 const QDateTime now(QDate(2026, 11, 15), QTime(14, 5, 35), Qt::UTC);
 
+QString document()
+{
+    return QString::fromUtf8(contentOf(QStringLiteral(KTR_SOURCE_DIR "/docs/formats.md")));
+}
+
 /// The excerpts of docs/formats.md by their names: "as it is", as hexadecimal bytes, or with escapes.
 QMap<QString, QByteArray> excerpts()
 {
-    const QString document = QString::fromUtf8(contentOf(QStringLiteral(KTR_SOURCE_DIR "/docs/formats.md")));
+    const QString whole = document();
     static const QRegularExpression block(u"<!-- excerpt: ([a-z-]+)(, [^>]*)? -->\\n```\\n(.*?)```"_s,
                                           QRegularExpression::DotMatchesEverythingOption);
     QMap<QString, QByteArray> result;
-    for (const QRegularExpressionMatch &match : block.globalMatch(document)) {
+    for (const QRegularExpressionMatch &match : block.globalMatch(whole)) {
         QByteArray bytes = match.captured(3).toUtf8();
         if (match.captured(2) == u", hexadecimal") {
             QByteArray digits;
@@ -166,6 +171,16 @@ private Q_SLOTS:
                                                     read, fixedEnvironment());
         QVERIFY2(report.document && report.remarks.isEmpty(), qPrintable(report.remarks.join(u'\n')));
         QCOMPARE(read.limitValues[0].alarm, someConfiguration().limitValues[0].alarm);
+
+        // What the text says of masks.
+        Configuration masks = configurationWithEntries();
+        const TextTable words;
+        for (const auto &[mask, cell] : QList<QPair<quint8, QString>>{{195, u"1+2"_s}, {3, u"1+2 (=3)"_s}}) {
+            masks.limitValues[0].recipients = mask;
+            const QString table = entryTable(masks, EntryList::LimitValues, {0}, {words, QLocale::c()});
+            QVERIFY2(table.contains(u'\t' + cell + u'\t'), qPrintable(table));
+            QVERIFY2(document().contains(u'`' + cell + u'`'), qPrintable(cell));
+        }
 
         QStringList remarks;
         QStringList keys;
