@@ -113,6 +113,20 @@ QPixmap foretold(FormMain &window, const QSize &size)
     return picture;
 }
 
+/// What the user calls the inputs and outputs.
+QPixmap names(FormMain &window)
+{
+    window.findChild<QAction *>(QStringLiteral("mnu_names"))->trigger();
+    auto *dialog = window.findChild<QWidget *>(QStringLiteral("Dlg_names"));
+    if (dialog == nullptr) {
+        return {};
+    }
+    settle();
+    QPixmap picture = dialog->grab();
+    dialog->close();
+    return picture;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -185,6 +199,11 @@ int main(int argc, char **argv)
             const QString name = QStringLiteral("compare-%1.png").arg(suffix);
             if (!compared(window, all ? smallest : comfortable).save(pictures.filePath(name))) {
                 std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(name));
+                return 1;
+            }
+            const QString named = QStringLiteral("names-%1.png").arg(suffix);
+            if (all && !names(window).save(pictures.filePath(named))) {
+                std::fprintf(stderr, "screenshots: %s cannot be written\n", qPrintable(named));
                 return 1;
             }
             const QString played = QStringLiteral("foretell-%1.png").arg(suffix);

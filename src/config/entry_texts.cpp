@@ -119,8 +119,18 @@ QString channelName(const Configuration &configuration, int channel, const TextT
     return withChannelName(channelName(channel, texts), channel, configuration.names);
 }
 
+QString countedUnit(const Configuration &configuration, int channel)
+{
+    const Measure measure = channelMeasure(configuration, channel);
+    const bool counts = measure == Measure::Pulses || measure == Measure::Hours;
+    return counts ? configuration.names.of(channel).unit : QString();
+}
+
 LimitUnits shownUnits(const Configuration &configuration, int channel, const TextTable &texts)
 {
+    if (const QString own = countedUnit(configuration, channel); !own.isEmpty()) {
+        return {own, own};
+    }
     const bool hasStates = channelMeasure(configuration, channel) == Measure::Binary;
     return hasStates ? LimitUnits() : limitUnits(configuration, channel, texts);
 }

@@ -32,7 +32,11 @@ QString channelName(int channel, const TextTable &texts);
 /// The same with what the user calls the channel: "9 AnalogIn 1 – Well".
 QString channelName(const Configuration &configuration, int channel, const TextTable &texts);
 
-/// What a channel's values count; empty for one of two states.
+/// The user's own unit of a channel that counts pulses or hours; empty elsewhere, and where he has given
+/// none.
+QString countedUnit(const Configuration &configuration, int channel);
+
+/// What a channel's values count, by the user's own unit where he gave one; empty for one of two states.
 LimitUnits shownUnits(const Configuration &configuration, int channel, const TextTable &texts);
 
 /// An administrator's name; "Admin 2" where there is none. One that others have, too, is told with its

@@ -3,6 +3,7 @@
 #include "config/channel_use.h"
 #include "config/channels.h"
 #include "config/comparison.h"
+#include "config/entry_texts.h"
 #include "editor/channel_label.h"
 #include "editor/input_grid.h"
 #include "editor/scaling_helper.h"
@@ -186,7 +187,7 @@ void InputPage::addCounter(int channel)
         addLine(fieldRef(&Configuration::outputHours, output, &OutputHours::value), channel, ValueColumn);
         index = output + 4;
     }
-    QLabel *unit = addUnit(indexed("lbl_ip_digineinheit", index), channel);
+    ChannelLabel *unit = addUnit(indexed("lbl_ip_digineinheit", index), channel);
     const auto refresh = [this, channel, unit, whileCounting] {
         const Measure measure = channelMeasure(configuration(), channel);
         for (QWidget *control : whileCounting) {
@@ -195,6 +196,7 @@ void InputPage::addCounter(int channel)
         unit->setText(measure == Measure::Pulses  ? text(Text::Pulses)
                       : measure == Measure::Hours ? text(Text::Hours)
                                                   : QString());
+        unit->setName(countedUnit(configuration(), channel));
     };
     onTexts(refresh);
     onRecords(refresh);
@@ -283,9 +285,9 @@ QCheckBox *InputPage::addCheck(const FieldRef &field, int channel, Column column
     return box;
 }
 
-QLabel *InputPage::addUnit(const QString &name, int channel)
+ChannelLabel *InputPage::addUnit(const QString &name, int channel)
 {
-    auto *unit = new QLabel(m_card);
+    auto *unit = new ChannelLabel(m_card);
     unit->setObjectName(name);
     unit->setMaximumWidth(lineWidth);
     m_grid->addWidget(unit, firstRow + channel - 1, ValueUnitColumn);

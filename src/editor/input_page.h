@@ -6,6 +6,7 @@ class QGridLayout;
 
 namespace ktr {
 
+class ChannelLabel;
 class InputGrid;
 class StripedCard;
 
@@ -34,7 +35,7 @@ private:
     void place(QWidget *control, const FieldRef &field, int channel, Column column);
     QLineEdit *addLine(const FieldRef &field, int channel, Column column);
     QCheckBox *addCheck(const FieldRef &field, int channel, Column column);
-    QLabel *addUnit(const QString &name, int channel);
+    ChannelLabel *addUnit(const QString &name, int channel);
 
     QString caption(Column column) const;
     void filterInterval(QLineEdit *edit);

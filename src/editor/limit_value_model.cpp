@@ -1,6 +1,5 @@
 #include "editor/limit_value_model.h"
 
-#include "config/channel_use.h"
 #include "config/channels.h"
 #include "config/entry_texts.h"
 #include "config/fields.h"
@@ -15,10 +14,8 @@ QString condition(const Configuration &configuration, const LimitValue &value, c
     if (channel == 0) {
         return {};
     }
-    QString text = comparisonSign(value.comparison) + u' ' + value.limit;
-    if (channelMeasure(configuration, channel) != Measure::Binary) {
-        text += u' ' + limitUnits(configuration, channel, texts).limit;
-    }
+    const QString unit = shownUnits(configuration, channel, texts).limit;
+    const QString text = comparisonSign(value.comparison) + u' ' + value.limit + u' ' + unit;
     return text.trimmed();
 }
 

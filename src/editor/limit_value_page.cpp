@@ -3,6 +3,7 @@
 #include "config/channel_use.h"
 #include "config/channels.h"
 #include "config/entry_texts.h"
+#include "editor/channel_label.h"
 #include "editor/combo_items.h"
 #include "editor/entry_chooser.h"
 #include "editor/length_counter.h"
@@ -127,9 +128,9 @@ QWidget *LimitValuePage::entryFrame()
     return m_frame;
 }
 
-QLabel *LimitValuePage::fixedLabel(const QString &name)
+ChannelLabel *LimitValuePage::fixedLabel(const QString &name)
 {
-    auto *label = new QLabel(this);
+    auto *label = new ChannelLabel(this);
     label->setObjectName(name);
     label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     return label;
@@ -373,6 +374,9 @@ void LimitValuePage::showUnits()
     const LimitUnits units = limitUnits(configuration(), shown().channel, context().texts);
     m_limitUnit->setText(shortenedLine(units.limit));
     m_hysteresisUnit->setText(shortenedLine(units.hysteresis));
+    const QString own = countedUnit(configuration(), shown().channel);
+    m_limitUnit->setName(own);
+    m_hysteresisUnit->setName(own);
     const bool counts = channelMeasure(configuration(), shown().channel) == Measure::Pulses;
     m_delayMeaning->setText(counts ? countPerInterval : text(Text::DelayOfLimit));
 }

@@ -10,6 +10,7 @@ class QStackedWidget;
 
 namespace ktr {
 
+class ChannelLabel;
 class EntryChooser;
 class LimitValueModel;
 
@@ -42,7 +43,7 @@ private:
     qsizetype commandLength() const;
     const LimitValue &shown() const;
     FieldRef field(Member<LimitValue> member) const;
-    QLabel *fixedLabel(const QString &name);
+    ChannelLabel *fixedLabel(const QString &name);
 
     void alignCaptions();
 
@@ -57,8 +58,8 @@ private:
     QGroupBox *m_frame = nullptr;
     QStackedWidget *m_kinds = nullptr; ///< what differs between thresholds and combinations
     QComboBox *m_channel = nullptr;
-    QLabel *m_limitUnit = nullptr;
-    QLabel *m_hysteresisUnit = nullptr;
+    ChannelLabel *m_limitUnit = nullptr;
+    ChannelLabel *m_hysteresisUnit = nullptr;
     QLabel *m_delayMeaning = nullptr;
     QLineEdit *m_interval = nullptr;
     std::vector<QLabel *> m_captions;

@@ -200,6 +200,13 @@ QRect ProgramStyle::subElementRect(SubElement element, const QStyleOption *optio
         const bool framed = frame != nullptr && frame->lineWidth > 0;
         return framed ? option->rect.adjusted(5, 1, -5, -1) : option->rect;
     }
+    case SE_HeaderLabel: {
+        // The margin is for the sides: above and below, rows are drawn closer than it likes.
+        QRect label = QProxyStyle::subElementRect(element, option, widget);
+        label.setTop(option->rect.top());
+        label.setBottom(option->rect.bottom() - 1);
+        return label;
+    }
     case SE_TabWidgetTabContents: {
         const QRect pane = QProxyStyle::subElementRect(SE_TabWidgetTabPane, option, widget);
         return pane.adjusted(0, 1, 0, 0);

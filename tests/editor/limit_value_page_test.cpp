@@ -21,6 +21,23 @@ class LimitValuePageTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void theUsersUnitOfCountersStandsBesideTheDescribedText()
+    {
+        m_all.document.adjust([](Configuration &configuration) {
+            configuration.digitalInputs[0].countsPulses = true;
+            configuration.limitValues[0] = {1, "much", "90", "0", "0", 3, 255, 0, 0, "30"};
+            configuration.names.channels[0].unit = "kWh";
+        });
+        QCOMPARE(control<QLabel>(m_page, "lbl_gw_gw_0")->text(), "Pulses");
+        QCOMPARE(control<QLabel>(m_page, "lbl_gw_gw_0")->toolTip(), QStringLiteral("Pulses – kWh"));
+        QCOMPARE(control<QLabel>(m_page, "lbl_gw_hysterese_0")->text(), "Pulses");
+        QCOMPARE(rowTexts(control<QTableView>(m_page, "Tbl_gw"), 0).at(2), "> 90 kWh");
+        m_all.document.adjust(
+            [](Configuration &configuration) { configuration.digitalInputs[0].countsPulses = false; });
+        QCOMPARE(control<QLabel>(m_page, "lbl_gw_gw_0")->toolTip(), QString()); // 0 or 1 has no unit
+        QCOMPARE(rowTexts(control<QTableView>(m_page, "Tbl_gw"), 0).at(2), "> 90");
+    }
+
     void combinationsShowReferencesInPlaceOfAThreshold()
     {
         const QStringList ofThresholds{
