@@ -224,11 +224,29 @@ void ForetellWindow::layOut()
     parts->setStretchFactor(1, 1);
     parts->setSizes({1, 1});
     all->addWidget(parts, 1);
+    all->addWidget(remarksRow());
     m_told = named<QLabel>(QStringLiteral("lbl_foretell_told"), this);
     m_told->setTextFormat(Qt::PlainText);
     m_told->setWordWrap(true);
     m_told->hide();
     all->addWidget(m_told);
+}
+
+/// Stays until it was read, whatever is played meanwhile.
+QWidget *ForetellWindow::remarksRow()
+{
+    m_remarksRow = new QWidget(this);
+    m_remarks = named<QLabel>(QStringLiteral("lbl_foretell_remarks"), m_remarksRow);
+    m_remarks->setTextFormat(Qt::PlainText);
+    m_remarks->setWordWrap(true);
+    m_remarks->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_dismiss = button("Cmd_foretell_dismiss", &ForetellWindow::dismissRemarks);
+    auto *row = new QHBoxLayout(m_remarksRow);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(m_remarks, 1);
+    row->addWidget(m_dismiss, 0, Qt::AlignTop);
+    m_remarksRow->hide();
+    return m_remarksRow;
 }
 
 void ForetellWindow::applyTexts()
@@ -247,10 +265,10 @@ void ForetellWindow::applyTexts()
     m_timeline->setAccessibleName(tr("Switchings of fourteen days"));
     m_timeline->setToolTip(QString());
     m_list->setAccessibleName(tr("Events"));
-    const QList<QAbstractButton *> captioned{m_step, m_restart, m_paste, m_open, m_drop, m_states};
+    const QList<QAbstractButton *> captioned{m_step, m_restart, m_paste, m_open, m_drop, m_states, m_dismiss};
     const QStringList captions =
         withMnemonics({tr("Next event"), tr("From the beginning"), tr("Paste values"),
-                       tr("Values from file..."), tr("Without the table"), tr("Limits, too")});
+                       tr("Values from file..."), tr("Without the table"), tr("Limits, too"), tr("Dismiss")});
     for (qsizetype at = 0; at < captioned.size(); ++at) {
         captioned[at]->setText(captions[at]);
     }
@@ -420,7 +438,7 @@ void ForetellWindow::openSeries()
     QByteArray content;
     const Status read = readFile(path, content);
     if (!read) {
-        tell(read.message());
+        remark(read.message());
         return;
     }
     takeSeries(textOfFile(content), QFileInfo(path).fileName());
@@ -439,12 +457,14 @@ void ForetellWindow::takeSeries(const QString &text, const QString &from)
         }
     }
     if (!read) {
-        tell(from + QLatin1String(": ") + read.message());
+        remark(from + QLatin1String(": ") + read.message());
         return;
     }
     m_series = series;
     m_seriesName = from;
-    tell(series.remarks.join(QLatin1String("; ")));
+    tell({});
+    remark(series.remarks.isEmpty() ? QString()
+                                    : from + QLatin1String(": ") + series.remarks.join(QLatin1String("; ")));
     const ModuleMs first = series.values.front().at;
     m_play.reset(); // whose values came from elsewhere
     beginAt(first - first % msPerMinute);
@@ -454,7 +474,20 @@ void ForetellWindow::dropSeries()
 {
     m_series = {};
     tell({});
+    remark({});
     restart();
+}
+
+void ForetellWindow::remark(const QString &line)
+{
+    m_remarks->setText(boundedText(line));
+    m_remarksRow->setVisible(!line.isEmpty());
+}
+
+void ForetellWindow::dismissRemarks()
+{
+    remark({});
+    m_step->setFocus();
 }
 
 void ForetellWindow::tell(const QString &line)

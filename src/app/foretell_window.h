@@ -71,6 +71,9 @@ private:
     void dropSeries();
     void takeSeries(const QString &text, const QString &from);
     void tell(const QString &line);
+    void remark(const QString &line);
+    void dismissRemarks();
+    QWidget *remarksRow();
 
     void showAll();
     void showClock();
@@ -117,6 +120,9 @@ private:
     SwitchTimeline *m_timeline;
     QLabel *m_chosen;
     QLabel *m_told;
+    QWidget *m_remarksRow;
+    QLabel *m_remarks; ///< what of a table was not understood
+    QPushButton *m_dismiss;
 };
 
 } // namespace ktr

@@ -66,7 +66,8 @@ void ServiceTasks::applyTexts()
     row(Task::Signal).button->setText(tr("Check the signal"));
     row(Task::Signal)
         .button->setToolTip(
-            tr("Sends nothing: a module that keeps its GSM connection tells its signal by itself"));
+            tr("Sends nothing and waits for the module's own report: one that keeps its GSM connection tells "
+               "its signal by itself"));
     for (std::size_t index = 0; index < count; ++index) {
         m_rows[index].label->setText(stateText(m_rows[index], static_cast<Task>(index)));
     }
@@ -80,7 +81,7 @@ QString ServiceTasks::stateText(const Row &row, Task task)
     case State::Next:
         return tr("is sent next");
     case State::Waiting:
-        return task == Task::Signal ? tr("waits until the module tells it")
+        return task == Task::Signal ? tr("waits for the module's own report; nothing is sent")
                                     : tr("waits until the module reads an SMS");
     case State::Sent:
         return tr("handed over, not answered yet");

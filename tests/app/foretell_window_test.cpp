@@ -170,7 +170,6 @@ private Q_SLOTS:
         QCOMPARE(control<QDateTimeEdit>(*m_window, "Date_foretell_begin")->dateTime(),
                  QDateTime(QDate(2009, 11, 20), QTime(8, 0)));
         QVERIFY(label("lbl_foretell_series").contains("2 values"));
-        QVERIFY(label("lbl_foretell_told").contains("line 4"));
         for (int step = 0; step < 3; ++step) {
             click("Cmd_foretell_step");
         }
@@ -179,16 +178,25 @@ private Q_SLOTS:
                                        "20.11.2009 08:01:30|notification|Admin 2 (has no number)",
                                        "20.11.2009 09:00|limit value is over|"}));
         QCOMPARE(control<QLineEdit>(*m_window, "Txt_foretell_9")->text(), "1");
+        const auto *remarks = control<QLabel>(*m_window, "lbl_foretell_remarks");
+        QVERIFY(remarks->isVisible() && remarks->text().contains("line 4")); // whatever was played
+        click("Cmd_foretell_restart");
+        QVERIFY(remarks->isVisible());
+        click("Cmd_foretell_dismiss");
+        QVERIFY(!remarks->isVisible());
         click("Cmd_foretell_drop");
         QVERIFY(!label("lbl_foretell_series").contains("2 values"));
 
         QApplication::clipboard()->setText("nothing of use");
         click("Cmd_foretell_paste");
-        QVERIFY(label("lbl_foretell_told").startsWith("Clipboard: there are no values"));
+        QVERIFY(label("lbl_foretell_remarks").startsWith("Clipboard: there are no values"));
+        click("Cmd_foretell_step");
+        QVERIFY(control<QLabel>(*m_window, "lbl_foretell_remarks")->isVisible());
         m_chosen = m_folder.filePath("values.csv");
         QVERIFY(replaceFile(m_chosen, "9;01.02.2010 10:00;1;9,5\r\n"));
         click("Cmd_foretell_open");
         QVERIFY(label("lbl_foretell_series").startsWith("values.csv: 1 values"));
+        QVERIFY(!control<QLabel>(*m_window, "lbl_foretell_remarks")->isVisible());
         QVERIFY(control<QPlainTextEdit>(*m_window, "Txt_foretell_assumed")->toPlainText().contains("[26] "));
     }
 
