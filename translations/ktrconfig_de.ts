@@ -1926,6 +1926,21 @@
     </message>
 </context>
 <context>
+    <name>StationGroups</name>
+    <message>
+        <source>Line %1: a group needs a name</source>
+        <translation>Zeile %1: eine Gruppe braucht einen Namen</translation>
+    </message>
+    <message>
+        <source>Line %1: it stands in front of the first group</source>
+        <translation>Zeile %1: sie steht vor der ersten Gruppe</translation>
+    </message>
+    <message>
+        <source>it is not in UTF-8</source>
+        <translation>sie ist nicht in UTF-8</translation>
+    </message>
+</context>
+<context>
     <name>StationImport</name>
     <message>
         <source>There is no name</source>
@@ -4345,6 +4360,37 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::GroupsDialog</name>
+    <message>
+        <source>Groups of stations</source>
+        <translation>Gruppen von Stationen</translation>
+    </message>
+    <message>
+        <source>[North] begins a group, each line below it is a station in it. * stands for any letters, ? for one: with &quot;Pump *&quot; all stations are meant whose names begin so. A station is in the first group that has it.</source>
+        <translation>[Nord] beginnt eine Gruppe, jede Zeile darunter ist eine Station darin. * steht für beliebige Zeichen, ? für eines: mit „Pumpe *“ sind alle Stationen gemeint, deren Namen so beginnen. Eine Station ist in der ersten Gruppe, die sie hat.</translation>
+    </message>
+    <message>
+        <source>[North]
+Pump *
+Tower</source>
+        <translation>[Nord]
+Pumpe *
+Turm</translation>
+    </message>
+    <message>
+        <source>%1: %L2</source>
+        <translation>%1: %L2</translation>
+    </message>
+    <message>
+        <source>in no group: %L1</source>
+        <translation>in keiner Gruppe: %L1</translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation>Stationen</translation>
+    </message>
+</context>
+<context>
     <name>ktr::HistoryPage</name>
     <message>
         <source>Inputs to draw</source>
@@ -5408,6 +5454,25 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::OverviewOptions</name>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Groups...</source>
+        <translation>Gruppen...</translation>
+    </message>
+    <message>
+        <source>Values shown (up to %1)</source>
+        <translation>Gezeigte Werte (bis zu %1)</translation>
+    </message>
+    <message>
+        <source>Those with names</source>
+        <translation>Die mit Namen</translation>
+    </message>
+</context>
+<context>
     <name>ktr::OverviewPage</name>
     <message>
         <source>Stations: %L1</source>
@@ -5480,6 +5545,22 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>No station has this in its name.</source>
         <translation>Keine Station hat das in ihrem Namen.</translation>
+    </message>
+    <message>
+        <source>Group of stations</source>
+        <translation>Gruppe von Stationen</translation>
+    </message>
+    <message>
+        <source>All groups</source>
+        <translation>Alle Gruppen</translation>
+    </message>
+    <message>
+        <source>In no group</source>
+        <translation>In keiner Gruppe</translation>
+    </message>
+    <message>
+        <source>%L1, in alarm %L2</source>
+        <translation>%L1, in Alarm %L2</translation>
     </message>
 </context>
 <context>

@@ -122,6 +122,7 @@ void OverviewModel::reload()
     beginResetModel();
     readStations();
     rankNames();
+    findGroups();
     showRows();
     m_isListStale = false;
     endResetModel();
@@ -216,8 +217,7 @@ void OverviewModel::setOrder(Order order)
 {
     if (m_order != order) {
         m_order = order;
-        m_isListStale = true;
-        update();
+        showAnew();
     }
 }
 
@@ -225,8 +225,64 @@ void OverviewModel::setFilter(const QString &text)
 {
     if (m_filter != text) {
         m_filter = text;
-        m_isListStale = true;
+        showAnew();
+    }
+}
+
+/// While nobody looks that is done when somebody does.
+void OverviewModel::showAnew()
+{
+    m_isListStale = true;
+    if (m_isActive) {
         update();
+    }
+}
+
+void OverviewModel::setGroups(const StationGroups &groups)
+{
+    if (m_groups != groups) {
+        m_groups = groups;
+        m_shownGroup = m_shownGroup < m_groups.list().size() ? m_shownGroup : allGroups;
+        showAnew();
+    }
+}
+
+void OverviewModel::showGroup(int group)
+{
+    if (m_shownGroup != group) {
+        m_shownGroup = group;
+        showAnew();
+    }
+}
+
+OverviewModel::GroupCount OverviewModel::countOf(int group) const
+{
+    GroupCount count;
+    for (std::size_t at = 0; at < m_stations.size(); ++at) {
+        if (group == allGroups || m_groupsOf[at] == group) {
+            ++count.stations;
+            count.waiting += isWaiting(m_stations[at].urgency) ? 1 : 0;
+        }
+    }
+    return count;
+}
+
+QList<int> OverviewModel::countsWith(const StationGroups &groups) const
+{
+    QList<int> counts(groups.list().size() + 1);
+    for (const StationGlance &station : m_stations) {
+        const int group = groups.groupOf(station.name);
+        ++counts[group == StationGroups::none ? counts.size() - 1 : group];
+    }
+    return counts;
+}
+
+void OverviewModel::findGroups()
+{
+    m_groupsOf.clear();
+    m_groupsOf.reserve(m_stations.size());
+    for (const StationGlance &station : m_stations) {
+        m_groupsOf.push_back(m_groups.groupOf(station.name));
     }
 }
 
@@ -249,7 +305,9 @@ void OverviewModel::showRows()
 {
     m_rows.clear();
     for (std::size_t at = 0; at < m_stations.size(); ++at) {
-        if (m_filter.isEmpty() || m_stations[at].name.contains(m_filter, Qt::CaseInsensitive)) {
+        const bool isInGroup = m_shownGroup == allGroups || m_groupsOf[at] == m_shownGroup;
+        if (isInGroup &&
+            (m_filter.isEmpty() || m_stations[at].name.contains(m_filter, Qt::CaseInsensitive))) {
             m_rows.push_back(static_cast<Number>(at));
         }
     }

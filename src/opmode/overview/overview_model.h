@@ -1,6 +1,7 @@
 #pragma once
 
 #include "opmode/overview/station_glance.h"
+#include "opmode/overview/station_groups.h"
 #include "platform/timers.h"
 
 #include <QAbstractListModel>
@@ -34,6 +35,22 @@ public:
     Order order() const { return m_order; }
     /// Only stations are shown whose name contains the text.
     void setFilter(const QString &text);
+    void setGroups(const StationGroups &groups);
+    const StationGroups &groups() const { return m_groups; }
+    static constexpr int allGroups = -2;
+    /// Only the stations of one of the groups are shown, or those that are in none, or all.
+    void showGroup(int group);
+    int shownGroup() const { return m_shownGroup; }
+    /// How many stations a group has, or those in none, and how many of them have alarms that wait.
+    struct GroupCount
+    {
+        int stations = 0;
+        int waiting = 0;
+        bool operator==(const GroupCount &) const = default;
+    };
+    GroupCount countOf(int group) const;
+    /// How many stations would be in each of these groups; at the end those that would be in none.
+    QList<int> countsWith(const StationGroups &groups) const;
     /// When no tile is to change its place. What a tile tells is up to date meanwhile, too.
     void setHold(std::function<bool()> isHeld) { m_isHeld = std::move(isHeld); }
     /// What assistive tools and tool tips say of a station.
@@ -66,6 +83,8 @@ private:
     void reload();
     void readStations();
     void rankNames();
+    void findGroups();
+    void showAnew();
     QList<Number> refreshNoted();
     void showRows();
     void sortMoved();
@@ -81,9 +100,12 @@ private:
     bool m_isActive = false;
     Order m_order = Order::Urgency;
     QString m_filter;
+    StationGroups m_groups;
+    int m_shownGroup = allGroups;
 
     std::vector<StationGlance> m_stations;
     std::vector<int> m_nameRanks;
+    std::vector<int> m_groupsOf; ///< of each station, its group
     QHash<QString, Number> m_numbers;
     QHash<qint64, std::set<qint64>> m_alarms; ///< by the station's number in the record
     std::array<int, urgencyCount> m_counts{};

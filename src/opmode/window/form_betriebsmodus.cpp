@@ -180,7 +180,7 @@ void Form_betriebsmodus::layOut()
     column->addWidget(m_splitter, 1);
     m_wallHeader = new WallHeader(m_mode, m_services.timers, body);
     column->addWidget(m_wallHeader);
-    m_overview = new OverviewPage(m_mode, m_services.timers, m_services.locale, body);
+    m_overview = new OverviewPage({m_mode, m_texts, m_services.timers, m_services.locale}, body);
     m_overview->hide();
     column->addWidget(m_overview, 1);
     column->addWidget(m_unkeptBanner); // it comes in the middle of the work, and moves nothing down
@@ -231,6 +231,7 @@ void Form_betriebsmodus::connectTree()
     connect(m_pages, &OpmodePages::entryWanted, this, &Form_betriebsmodus::goTo);
     connect(m_tree, &StationTreeView::nameRefused, this,
             [this](const QString &name) { tell(StationTreeView::refusalOf(name)); });
+    connect(m_overview, &OverviewPage::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_overview->view(), &OverviewView::stationChosen, this, [this](const QString &station) {
         if (station != chosen()) { // the menus are about it
             m_tree->setCurrentIndex(m_mode.tree().find(station));
@@ -469,6 +470,7 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
     }
     m_treePane->applyFilter();
     chooseAgain();
+    m_overview->openGroups(m_nodesPath);
     m_counts->showNow(); // at once: until the timer's turn it would say that there are none
     const bool isUsable = hindrance == Hindrance::None;
     showUsable(isUsable);

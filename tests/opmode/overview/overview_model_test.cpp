@@ -154,6 +154,55 @@ private Q_SLOTS:
         QCOMPARE(shown(), (QStringList{"Abbey", "Bank"}));
     }
 
+    void groupsAreFoundByNameAndKeptWhole()
+    {
+        const QString list = m_folder->filePath("nodes.xml");
+        QCOMPARE(groupsFileOf(list), m_folder->filePath("nodes.groups"));
+        const QString shared = groupsFileOf("postgresql://host/stations");
+        QVERIFY(shared != groupsFileOf("postgresql://host/others") && shared.endsWith(".groups"));
+        const QByteArray text = "stray\n[North]\r\npump *\n# who is on duty\nTower\n[ ]\n"
+                                "[South]\n*dam?\n\\*\n\\#1\n[North]\n*mill*er*\n";
+        QStringList remarks;
+        const StationGroups groups = StationGroups::parse(text, remarks);
+        QCOMPARE(remarks.size(), 2);
+        QVERIFY(remarks[0].contains('1') && remarks[1].contains('6'));
+        QCOMPARE(groups.list().size(), 2);
+        for (const auto &[station, group] : {std::pair("Pump 7", 0),
+                                             {"Pump", -1},
+                                             {"Tower", 0},
+                                             {"Tower 2", -1},
+                                             {"Great Dam2", 1},
+                                             {"Dam", -1},
+                                             {"*", 1},
+                                             {"x", -1},
+                                             {"#1", 1},
+                                             {"Mill Weir Miller", 0},
+                                             {"", -1}}) {
+            QVERIFY2(groups.groupOf(station) == group, station);
+        }
+        QByteArray read;
+        QVERIFY(readGroups(groupsFileOf(list), read) && read.isEmpty());
+        QVERIFY(writeGroups(groupsFileOf(list), text));
+        QVERIFY(readGroups(groupsFileOf(list), read));
+        QCOMPARE(read, text);
+        QVERIFY(writeGroups(groupsFileOf(list), "[N\xF6rd]"));
+        QVERIFY(!readGroups(groupsFileOf(list), read) && read.isEmpty());
+
+        add({"Pump 1", "Pump 2", "Dam1", "Inn"});
+        m_model->setGroups(groups);
+        m_model->showGroup(0);
+        QCOMPARE(shown(), (QStringList{"Pump 1", "Pump 2"}));
+        m_model->showGroup(StationGroups::none);
+        QVERIFY(shown().contains("Inn") && !shown().contains("Dam1"));
+        online("Dam1");
+        say("Dam1", "DI1 fail");
+        settle();
+        QCOMPARE(m_model->countOf(1), (OverviewModel::GroupCount{1, 1}));
+        m_model->showGroup(1);
+        m_model->setGroups({}); // the group that was shown is gone
+        QCOMPARE(m_model->rowCount(), m_model->stationCount());
+    }
+
     void valuesHaveUnitsAndThoseWithNamesComeFirst()
     {
         add({"A"});

@@ -10,13 +10,17 @@
 #include <QAccessible>
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <QTreeView>
 #include <QWheelEvent>
 
@@ -102,6 +106,56 @@ private Q_SLOTS:
         QCOMPARE(view()->level(), fitting);
     }
 
+    void groupsAreEditedAsTextAndChosen()
+    {
+        open({"Pump 1", "Pump 2", "Tower"});
+        showOverview();
+        auto *groups = m_window->findChild<QComboBox *>("Combo_overview_group");
+        QVERIFY(!groups->isVisible());
+        QTimer::singleShot(0, this, [] {
+            QWidget *dialog = QApplication::activeModalWidget();
+            auto *text = dialog->findChild<QPlainTextEdit *>("Text_groups");
+            text->setPlainText("Pump *");
+            QVERIFY(dialog->findChild<QWidget *>("lbl_groups_problem")->isVisible());
+            text->setPlainText("# by hand\n[Pumps]\nPump *");
+            const QString found = dialog->findChild<QLabel *>("lbl_groups_found")->text();
+            QVERIFY2(found.contains("Pumps: 2") && found.contains("no group: 1"), qPrintable(found));
+            dialog->findChild<QPushButton *>("Cmd_groups_ok")->click();
+        });
+        m_window->findChild<QAction *>("mnu_overview_groups")->trigger();
+        QByteArray file;
+        QVERIFY(readFile(m_folder->filePath("nodes.groups"), file));
+        QCOMPARE(file, "# by hand\n[Pumps]\nPump *\n");
+        QVERIFY(groups->isVisible());
+        QCOMPARE(groups->itemText(1), "Pumps (2)");
+        groups->setCurrentIndex(1);
+        Q_EMIT groups->activated(1);
+        QCOMPARE(view()->model()->rowCount(), 2);
+        online("Pump 2");
+        say(1, "DI1 fail");
+        m_timers.advance(OverviewModel::longestDelay);
+        QCOMPARE(groups->itemText(1), "Pumps (2, in alarm 1)");
+        action("mnu_wall", 0)->trigger();
+        QVERIFY(m_window->findChild<QWidget *>("WallHeader")->accessibleName().contains("Pumps"));
+    }
+
+    void upToFourValuesAreChosenForGood()
+    {
+        open({"A"});
+        showOverview();
+        for (const int channel : {9, 5, 1, 17}) {
+            action("mnu_overview_value_%1", channel)->trigger();
+        }
+        QVERIFY(!action("mnu_overview_value_%1", 2)->isEnabled());
+        QVERIFY(!action("mnu_overview_named", 0)->isChecked());
+        m_window.reset();
+        open({"A"});
+        QVERIFY(action("mnu_overview_value_%1", 9)->isChecked());
+        action("mnu_overview_named", 0)->trigger();
+        QVERIFY(!action("mnu_overview_value_%1", 9)->isChecked());
+        QVERIFY(action("mnu_overview_value_%1", 2)->isEnabled());
+    }
+
     void onAWallThereAreNoMenusAndWhatIsNotWatchedIsTold()
     {
         open({"A", "B"});
@@ -178,6 +232,11 @@ private:
     {
         m_window->findChild<QAction *>("mnu_overview")->trigger();
         m_timers.advance(OverviewModel::longestDelay);
+    }
+    QAction *action(const char *name, int channel) const
+    {
+        const QString text = QString::fromLatin1(name);
+        return m_window->findChild<QAction *>(channel == 0 ? text : text.arg(channel));
     }
     void online(const QString &kennung) { m_mode->setOnline(kennung, true); }
     void say(int station, const QByteArray &text)

@@ -1,7 +1,10 @@
 #include "opmode/window/overview/overview_page.h"
 
 #include "look/list_views.h"
+#include "look/outside_texts.h"
 #include "opmode/operational_mode.h"
+#include "opmode/window/overview/groups_dialog.h"
+#include "opmode/window/overview/overview_options.h"
 #include "opmode/window/overview/overview_view.h"
 #include "platform/settings_store.h"
 
@@ -15,6 +18,7 @@ namespace ktr {
 namespace {
 
 const QString levelKey = QStringLiteral("overviewLevel");
+constexpr qsizetype longestGroup = 40; // letters that are shown of its name
 const QString orderKey = QStringLiteral("overviewOrder");
 
 void keepSetting(const QString &key, int value)
@@ -30,19 +34,19 @@ bool isFitKey(const QKeyEvent &event)
 
 } // namespace
 
-OverviewPage::OverviewPage(OperationalMode &mode, Timers &timers, const QLocale &locale, QWidget *parent)
-    : QWidget(parent), m_model(mode, timers, locale)
+OverviewPage::OverviewPage(const Services &services, QWidget *parent)
+    : QWidget(parent), m_texts(services.texts), m_model(services.mode, services.timers, services.locale)
 {
     setObjectName(QStringLiteral("Page_overview"));
     auto *column = new QVBoxLayout(this);
     column->setSpacing(6);
     m_bar = createBar();
     column->addWidget(m_bar);
-    m_urgent = new OverviewView(mode, m_model, this);
+    m_urgent = new OverviewView(services.mode, m_model, this);
     m_urgent->setObjectName(QStringLiteral("List_overview_urgent"));
     m_urgent->hide();
     column->addWidget(m_urgent);
-    m_view = new OverviewView(mode, m_model, this);
+    m_view = new OverviewView(services.mode, m_model, this);
     m_view->follow();
     column->addWidget(m_view, 1);
     m_none = new EmptyNotice(QStringLiteral("lbl_overview_none"), *m_view);
@@ -56,6 +60,9 @@ QWidget *OverviewPage::createBar()
     m_search = searchField(QStringLiteral("Text_overview_search"), bar);
     m_order = named<QComboBox>(QStringLiteral("Combo_overview_order"), bar);
     m_order->addItems({QString(), QString()});
+    m_group = named<QComboBox>(QStringLiteral("Combo_overview_group"), bar);
+    m_group->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    m_options = new OverviewOptions(bar);
     m_counts = named<QLabel>(QStringLiteral("lbl_overview_counts"), bar);
     m_counts->setForegroundRole(QPalette::PlaceholderText);
     m_smaller = named<QToolButton>(QStringLiteral("Cmd_overview_smaller"), bar);
@@ -64,11 +71,15 @@ QWidget *OverviewPage::createBar()
     m_fit->setCheckable(true);
     m_smaller->setText(QStringLiteral("−"));
     m_larger->setText(QStringLiteral("+"));
-    auto *row = new QHBoxLayout(bar);
-    row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(m_search, 2);
+    auto *rows = new QVBoxLayout(bar);
+    rows->setContentsMargins(0, 0, 0, 0);
+    auto *row = new QHBoxLayout;
+    rows->addLayout(row);
+    rows->addWidget(m_counts);
+    row->addWidget(m_search, 1);
+    row->addWidget(m_group);
     row->addWidget(m_order);
-    row->addWidget(m_counts, 3);
+    row->addWidget(m_options);
     row->addWidget(m_fit);
     row->addWidget(m_smaller);
     row->addWidget(m_larger);
@@ -81,8 +92,16 @@ void OverviewPage::connectBar()
     connect(m_search, &QLineEdit::returnPressed, this, &OverviewPage::goToFound);
     connect(m_order, &QComboBox::activated, this, [this](int order) {
         m_model.setOrder(static_cast<OverviewModel::Order>(order));
+        m_view->scrollToTop();
         keepSetting(orderKey, order);
     });
+    connect(m_group, &QComboBox::activated, this, [this](int at) {
+        m_model.showGroup(m_group->itemData(at).toInt());
+        m_view->scrollToTop();
+        showGroups();
+    });
+    connect(m_options, &OverviewOptions::groupsWanted, this, &OverviewPage::editGroups);
+    connect(m_options, &OverviewOptions::channelsChosen, m_view, &OverviewView::setChannels);
     connect(m_smaller, &QToolButton::clicked, this, [this] { m_view->setLevel(m_view->level() + 1); });
     connect(m_larger, &QToolButton::clicked, this, [this] { m_view->setLevel(m_view->level() - 1); });
     connect(m_fit, &QToolButton::clicked, m_view, &OverviewView::setFitting);
@@ -101,6 +120,7 @@ void OverviewPage::connectBar()
     });
     connect(&m_model, &OverviewModel::updated, this, [this] {
         showCounts();
+        showGroups();
         showUrgent();
     });
 }
@@ -114,6 +134,7 @@ void OverviewPage::restore()
             store.GetSetting(settingsOwner, settings_sections::operationalMode, key).toInt(&isNumber);
         return isNumber ? number : otherwise;
     };
+    m_options->restore();
     const int level = kept(levelKey, -1);
     level < 0 ? m_view->setFitting(true) : m_view->setLevel(level);
     const int order = kept(orderKey, 0) == 1 ? 1 : 0;
@@ -124,6 +145,7 @@ void OverviewPage::restore()
 void OverviewPage::search()
 {
     m_model.setFilter(m_search->text().trimmed());
+    m_view->scrollToTop();
 }
 
 /// The chosen one of those that were found, else the first.
@@ -160,6 +182,8 @@ void OverviewPage::applyTexts()
 {
     m_search->setPlaceholderText(tr("Find a station"));
     m_search->setAccessibleName(m_search->placeholderText());
+    m_options->applyTexts();
+    m_group->setAccessibleName(tr("Group of stations"));
     m_order->setItemText(0, tr("The most urgent first"));
     m_order->setItemText(1, tr("By name"));
     m_order->setAccessibleName(tr("Order of the stations"));
@@ -172,6 +196,90 @@ void OverviewPage::applyTexts()
     m_view->setAccessibleName(tr("Overview of the stations"));
     m_none->setText(tr("No station has this in its name."));
     showCounts();
+}
+
+// Groups
+
+void OverviewPage::openGroups(const QString &list)
+{
+    m_groupsFile = groupsFileOf(list);
+    QByteArray text;
+    const Status read = readGroups(m_groupsFile, text);
+    m_options->setGroupsUsable(read ? QString() : read.message());
+    if (!read) {
+        Q_EMIT statusMessage(read.message());
+    }
+    takeGroups(text);
+}
+
+void OverviewPage::takeGroups(const QByteArray &text)
+{
+    m_groupsText = text;
+    QStringList remarks;
+    m_model.setGroups(StationGroups::parse(text, remarks));
+    for (const QString &remark : std::as_const(remarks)) {
+        Q_EMIT statusMessage(m_groupsFile + QLatin1String(": ") + remark);
+    }
+    showGroups();
+}
+
+/// Another program may have written the file meanwhile.
+void OverviewPage::editGroups()
+{
+    if (QByteArray present; readGroups(m_groupsFile, present)) {
+        takeGroups(present);
+    }
+    GroupsDialog dialog(m_model, m_groupsText, m_texts, this);
+    while (dialog.exec() == QDialog::Accepted) {
+        const Status written = writeGroups(m_groupsFile, dialog.text());
+        if (written) {
+            takeGroups(dialog.text());
+            return;
+        }
+        dialog.tellProblem(written.message());
+    }
+}
+
+QString OverviewPage::scope() const
+{
+    const int group = m_model.shownGroup();
+    return group == OverviewModel::allGroups ? QString()
+           : group == StationGroups::none    ? tr("In no group")
+                                          : shortenedLine(m_model.groups().list()[group].name, longestGroup);
+}
+
+/// Each with the number of its stations and, behind a "!", of those in alarm.
+void OverviewPage::showGroups()
+{
+    const QList<StationGroup> &groups = m_model.groups().list();
+    m_group->setVisible(!groups.isEmpty());
+    if (groups.isEmpty()) {
+        return;
+    }
+    QList<std::pair<QString, int>> items{{tr("All groups"), OverviewModel::allGroups}};
+    for (int group = 0; group < groups.size(); ++group) {
+        items.append({groups[group].name, group});
+    }
+    items.append({tr("In no group"), StationGroups::none});
+    if (m_group->count() != items.size()) {
+        m_group->clear();
+        m_group->addItems(QStringList(items.size()));
+    }
+    for (int at = 0; at < items.size(); ++at) {
+        const auto &[name, group] = items[at];
+        const OverviewModel::GroupCount count = m_model.countOf(group);
+        const QString numbers = count.waiting > 0
+                                    ? tr("%L1, in alarm %L2").arg(count.stations).arg(count.waiting)
+                                    : locale().toString(count.stations);
+        const QString text = shortenedLine(name, longestGroup) + QLatin1String(" (") + numbers + u')';
+        if (m_group->itemText(at) != text) {
+            m_group->setItemText(at, text);
+        }
+        m_group->setItemData(at, group);
+        if (group == m_model.shownGroup()) {
+            m_group->setCurrentIndex(at);
+        }
+    }
 }
 
 // On a wall

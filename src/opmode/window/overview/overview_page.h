@@ -12,6 +12,7 @@ class QToolButton;
 
 namespace ktr {
 
+class OverviewOptions;
 class OverviewView;
 
 /// All stations as tiles, and above them what searches, sorts and zooms.
@@ -20,7 +21,18 @@ class OverviewPage : public QWidget
     Q_OBJECT
 
 public:
-    OverviewPage(OperationalMode &mode, Timers &timers, const QLocale &locale, QWidget *parent = nullptr);
+    struct Services
+    {
+        OperationalMode &mode;
+        const TextTable &texts;
+        Timers &timers;
+        QLocale locale;
+    };
+
+    explicit OverviewPage(const Services &services, QWidget *parent = nullptr);
+
+    /// Takes the groups that belong to a list of stations.
+    void openGroups(const QString &list);
 
     OverviewView &view() { return *m_view; }
     OverviewModel &model() { return m_model; }
@@ -28,10 +40,14 @@ public:
     /// Large and without the bar, the most urgent first and all at once; and as it was before.
     void showOnWall(const QFont &font);
     void showInWindow();
+    /// The name of the group that is shown; empty when all are.
+    QString scope() const;
 
 Q_SIGNALS:
     /// The user wants to see a station in the tree.
     void stationWanted(const QString &kennung);
+    /// A line for the status bar.
+    void statusMessage(const QString &line);
 
 protected:
     bool event(QEvent *event) override;
@@ -43,16 +59,24 @@ private:
     void connectBar();
     void restore();
     void search();
+    void editGroups();
+    void takeGroups(const QByteArray &text);
+    void showGroups();
     void goToFound();
     void showCounts();
     void showUrgent();
     bool handleKey(const QKeyEvent &event);
 
+    const TextTable &m_texts;
     OverviewModel m_model;
+    QString m_groupsFile;
+    QByteArray m_groupsText; ///< of that
     OverviewModel::Order m_orderInWindow = OverviewModel::Order::Urgency;
     QWidget *m_bar;
     QLineEdit *m_search;
     QComboBox *m_order;
+    QComboBox *m_group; ///< all, each, none
+    OverviewOptions *m_options;
     QLabel *m_counts;
     QToolButton *m_fit;
     QToolButton *m_smaller;

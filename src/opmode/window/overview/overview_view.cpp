@@ -246,6 +246,12 @@ void OverviewView::changeEvent(QEvent *event)
     }
 }
 
+void OverviewView::setChannels(const QList<int> &channels)
+{
+    m_channels = channels;
+    viewport()->update();
+}
+
 void OverviewView::wheelEvent(QWheelEvent *event)
 {
     if ((event->modifiers() & Qt::ControlModifier) != 0) {

@@ -37,7 +37,7 @@ public:
     void setFitting(bool isFitting);
     bool isFitting() const { return m_isFitting; }
     /// Up to four channels that are shown of each station; empty for those that have names or values.
-    void setChannels(const QList<int> &channels) { m_channels = channels; }
+    void setChannels(const QList<int> &channels);
 
     /// How a station is, in words, over several lines.
     QString description(const StationGlance &glance) const;

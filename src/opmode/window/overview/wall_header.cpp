@@ -45,6 +45,12 @@ void WallHeader::setNote(const QString &note)
     refresh();
 }
 
+void WallHeader::setScope(const QString &scope)
+{
+    m_scope = scope;
+    refresh();
+}
+
 void WallHeader::refresh()
 {
     const WatchSummary summary = summaryOf(m_mode);
@@ -61,7 +67,9 @@ void WallHeader::refresh()
     for (const Count &count : std::as_const(m_counts)) {
         texts += locale().toString(count.number) + u' ' + count.caption;
     }
+    texts += m_scope;
     texts += m_note;
+    texts.removeAll(QString());
     setAccessibleName(texts.join(QLatin1String(", ")));
     update();
 }
@@ -152,13 +160,15 @@ void WallHeader::paintClock(QPainter &painter, const QRectF &where) const
     painter.drawText(QRectF(where.left(), small / 4, where.width(), line), Qt::AlignRight | Qt::AlignVCenter,
                      time);
     painter.setFont(captionFont());
+    const QString date = locale().toString(now.date(), QStringLiteral("ddd dd.MM.yyyy"));
     const QRectF below(where.left(), small / 4 + line, where.width(), small);
     if (!m_note.isEmpty()) {
         painter.setPen(doubtText(palette()));
     }
     painter.drawText(below, Qt::AlignRight | Qt::AlignVCenter,
-                     m_note.isEmpty() ? locale().toString(now.date(), QStringLiteral("ddd dd.MM.yyyy"))
-                                      : m_note);
+                     !m_note.isEmpty()   ? m_note
+                     : m_scope.isEmpty() ? date
+                                         : m_scope + QStringLiteral(" – ") + date);
 }
 
 void WallHeader::paintEvent(QPaintEvent *)

@@ -19,6 +19,8 @@ public:
 
     /// Something that must not be forgotten, such as that alarms make no sound.
     void setNote(const QString &note);
+    /// Which stations are seen, where it is not all of them.
+    void setScope(const QString &scope);
     void refresh();
 
     QSize sizeHint() const override;
@@ -46,6 +48,7 @@ private:
     std::unique_ptr<OneShotTimer> m_second;
     QList<Count> m_counts;
     QString m_note;
+    QString m_scope;
 };
 
 } // namespace ktr

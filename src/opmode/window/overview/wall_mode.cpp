@@ -53,6 +53,7 @@ void WallMode::enter()
         part->setFont(smaller);
     }
     m_parts.header.setFont(font);
+    m_parts.header.setScope(m_parts.overview.scope());
     m_parts.header.show();
     m_parts.overview.showOnWall(font);
     m_wasMaximized = m_window.isMaximized();

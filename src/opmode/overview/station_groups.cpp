@@ -1,0 +1,136 @@
+#include "opmode/overview/station_groups.h"
+
+#include "platform/files.h"
+#include "record/record_address.h"
+
+#include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+QString remark(const char *text, int line)
+{
+    return QCoreApplication::translate("StationGroups", text).arg(line);
+}
+
+bool isSame(QChar one, QChar other)
+{
+    return one.toCaseFolded() == other.toCaseFolded();
+}
+
+/// Goes back to the last "*" only, so that no pattern takes long.
+bool matches(const QString &pattern, const QString &name)
+{
+    qsizetype at = 0;
+    qsizetype in = 0;
+    qsizetype star = -1;
+    qsizetype starIn = 0;
+    while (in < name.size()) {
+        const QChar wanted = at < pattern.size() ? pattern[at] : QChar();
+        if (at < pattern.size() && wanted == u'*') {
+            star = at++;
+            starIn = in;
+            continue;
+        }
+        const bool isEscaped = wanted == u'\\' && at + 1 < pattern.size();
+        const bool fits = at < pattern.size() && ((wanted == u'?' && !isEscaped) ||
+                                                  isSame(isEscaped ? pattern[at + 1] : wanted, name[in]));
+        if (fits) {
+            at += isEscaped ? 2 : 1;
+            ++in;
+        } else if (star >= 0) {
+            at = star + 1;
+            in = ++starIn;
+        } else {
+            return false;
+        }
+    }
+    return std::all_of(pattern.begin() + at, pattern.end(), [](QChar rest) { return rest == u'*'; });
+}
+
+} // namespace
+
+StationGroups StationGroups::parse(const QByteArray &text, QStringList &remarks)
+{
+    const QString content = QString::fromUtf8(text);
+    StationGroups groups;
+    StationGroup *group = nullptr;
+    int number = 0;
+    for (const QString &each : content.split(u'\n')) {
+        ++number;
+        const QString line = each.trimmed();
+        if (line.isEmpty() || line.startsWith(u'#')) {
+            continue;
+        }
+        if (line.startsWith(u'[') && line.endsWith(u']')) {
+            const QString name = line.sliced(1).chopped(1).trimmed();
+            const auto known = std::ranges::find(groups.m_list, name, &StationGroup::name);
+            if (name.isEmpty()) {
+                remarks +=
+                    remark(QT_TRANSLATE_NOOP("StationGroups", "Line %1: a group needs a name"), number);
+            } else if (known == groups.m_list.end()) {
+                groups.m_list.append({name, {}});
+                group = &groups.m_list.last();
+            } else {
+                group = &*known;
+            }
+        } else if (group == nullptr) {
+            remarks += remark(
+                QT_TRANSLATE_NOOP("StationGroups", "Line %1: it stands in front of the first group"), number);
+        } else {
+            group->members += line;
+        }
+    }
+    return groups;
+}
+
+int StationGroups::groupOf(const QString &station) const
+{
+    const auto found = std::ranges::find_if(m_list, [&station](const StationGroup &group) {
+        return std::ranges::any_of(group.members,
+                                   [&](const QString &member) { return matches(member, station); });
+    });
+    return found == m_list.end() ? none : static_cast<int>(found - m_list.begin());
+}
+
+QString groupsFileOf(const QString &list)
+{
+    if (!isServerAddress(list)) {
+        const QFileInfo file(list);
+        return file.path() + u'/' + file.completeBaseName() + QLatin1String(".groups");
+    }
+    constexpr int digits = 12;
+    const QByteArray hash = QCryptographicHash::hash(list.toUtf8(), QCryptographicHash::Sha256).toHex();
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+           QLatin1String("/KTRconfig/shared-") + QString::fromLatin1(hash.first(digits)) +
+           QLatin1String(".groups");
+}
+
+Status readGroups(const QString &path, QByteArray &text)
+{
+    text.clear();
+    if (!QFileInfo::exists(path)) {
+        return Status::done();
+    }
+    Status read = readFile(path, text);
+    if (read && !text.isValidUtf8()) {
+        text.clear();
+        return fileFailure(path, QCoreApplication::translate("StationGroups", "it is not in UTF-8"));
+    }
+    return read;
+}
+
+Status writeGroups(const QString &path, const QByteArray &text)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    return replaceFile(path, text, Readers::AsUsual);
+}
+
+} // namespace ktr

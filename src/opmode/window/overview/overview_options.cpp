@@ -1,0 +1,114 @@
+#include "opmode/window/overview/overview_options.h"
+
+#include "config/channels.h"
+#include "opmode/tree/node_texts.h"
+#include "platform/settings_store.h"
+
+#include <QAction>
+#include <QMenu>
+
+namespace ktr {
+
+namespace {
+
+const QString valuesKey = QStringLiteral("overviewValues");
+
+} // namespace
+
+OverviewOptions::OverviewOptions(QWidget *parent) : QToolButton(parent)
+{
+    setObjectName(QStringLiteral("Cmd_overview_options"));
+    setPopupMode(InstantPopup);
+    auto *menu = new QMenu(this);
+    menu->setToolTipsVisible(true);
+    setMenu(menu);
+    m_groups = menu->addAction(QString());
+    m_groups->setObjectName(QStringLiteral("mnu_overview_groups"));
+    m_caption = menu->addSection(QString());
+    m_named = menu->addAction(QString());
+    m_named->setObjectName(QStringLiteral("mnu_overview_named"));
+    m_named->setCheckable(true);
+    for (int channel = 1; channel <= channelCount; ++channel) {
+        QAction *action = menu->addAction(QString());
+        action->setObjectName(QStringLiteral("mnu_overview_value_%1").arg(channel));
+        action->setCheckable(true);
+        m_channels += action;
+        connect(action, &QAction::triggered, this, &OverviewOptions::takeChosen);
+    }
+    connect(m_groups, &QAction::triggered, this, &OverviewOptions::groupsWanted);
+    connect(m_named, &QAction::triggered, this, [this] {
+        choose({});
+        takeChosen();
+    });
+    choose({});
+}
+
+QList<int> OverviewOptions::chosen() const
+{
+    QList<int> channels;
+    for (int channel = 1; channel <= channelCount; ++channel) {
+        if (m_channels[channel - 1]->isChecked()) {
+            channels += channel;
+        }
+    }
+    return channels;
+}
+
+/// When there are four no further one can be chosen.
+void OverviewOptions::choose(const QList<int> &channels)
+{
+    m_named->setChecked(channels.isEmpty());
+    for (int channel = 1; channel <= channelCount; ++channel) {
+        QAction *action = m_channels[channel - 1];
+        action->setChecked(channels.contains(channel));
+        action->setEnabled(action->isChecked() || channels.size() < mostChannels);
+    }
+}
+
+void OverviewOptions::takeChosen()
+{
+    const QList<int> channels = chosen();
+    choose(channels);
+    QStringList numbers;
+    for (const int channel : channels) {
+        numbers += QString::number(channel);
+    }
+    SettingsStore().SaveSetting(settingsOwner, settings_sections::operationalMode, valuesKey,
+                                numbers.join(u','));
+    Q_EMIT channelsChosen(channels);
+}
+
+void OverviewOptions::restore()
+{
+    const QString kept =
+        SettingsStore().GetSetting(settingsOwner, settings_sections::operationalMode, valuesKey);
+    QList<int> channels;
+    for (const QString &number : kept.split(u',', Qt::SkipEmptyParts)) {
+        const int channel = number.toInt();
+        if (channel >= 1 && channel <= channelCount && channels.size() < mostChannels) {
+            channels += channel;
+        }
+    }
+    choose(channels);
+    Q_EMIT channelsChosen(chosen());
+}
+
+void OverviewOptions::setGroupsUsable(const QString &why)
+{
+    m_groups->setEnabled(why.isEmpty());
+    m_groups->setToolTip(why);
+}
+
+void OverviewOptions::applyTexts()
+{
+    setText(tr("Options"));
+    m_groups->setText(tr("Groups..."));
+    m_caption->setText(tr("Values shown (up to %1)").arg(mostChannels));
+    m_named->setText(tr("Those with names"));
+    for (int channel = 1; channel <= channelCount; ++channel) {
+        m_channels[channel - 1]->setText(
+            QStringLiteral("%1 %2").arg(channel).arg(channelCaption(channel).trimmed()));
+    }
+}
+
+} // namespace ktr
