@@ -200,13 +200,6 @@ QRect ProgramStyle::subElementRect(SubElement element, const QStyleOption *optio
         const bool framed = frame != nullptr && frame->lineWidth > 0;
         return framed ? option->rect.adjusted(5, 1, -5, -1) : option->rect;
     }
-    case SE_HeaderLabel: {
-        // The margin is for the sides: above and below, rows are drawn closer than it likes.
-        QRect label = QProxyStyle::subElementRect(element, option, widget);
-        label.setTop(option->rect.top());
-        label.setBottom(option->rect.bottom() - 1);
-        return label;
-    }
     case SE_TabWidgetTabContents: {
         const QRect pane = QProxyStyle::subElementRect(SE_TabWidgetTabPane, option, widget);
         return pane.adjusted(0, 1, 0, 0);
@@ -419,6 +412,16 @@ void ProgramStyle::drawControl(ControlElement element, const QStyleOption *optio
     case CE_HeaderSection:
         if (const auto *header = qstyleoption_cast<const QStyleOptionHeader *>(option)) {
             drawHeaderSection(*header, painter);
+        }
+        return;
+    case CE_HeaderLabel:
+        if (const auto *header = qstyleoption_cast<const QStyleOptionHeader *>(option)) {
+            // The margin is for the sides: rows are drawn closer than it likes, and would lose a text's lower
+            // end.
+            QStyleOptionHeader label = *header;
+            const int margin = pixelMetric(PM_HeaderMargin, option, widget);
+            label.rect.adjust(0, -margin, 0, margin - 1);
+            QProxyStyle::drawControl(element, &label, painter, widget);
         }
         return;
     case CE_HeaderEmptyArea:
