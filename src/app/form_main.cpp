@@ -29,6 +29,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
+#include <QFileInfo>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QScreen>
@@ -485,6 +486,18 @@ void FormMain::connectProblems()
                     m_files->lookAtDisk();
                 }
             });
+    const auto lookForNamesWhileOpen = [this] {
+        if (m_operationalMode.isOpen()) {
+            lookForNames();
+        }
+    };
+    connect(&m_document, &Document::saved, this, lookForNamesWhileOpen);
+    connect(qApp, &QGuiApplication::applicationStateChanged, this,
+            [lookForNamesWhileOpen](Qt::ApplicationState state) {
+                if (state == Qt::ApplicationActive) { // somebody else may have written some
+                    lookForNamesWhileOpen();
+                }
+            });
     connect(m_files.get(), &FileCommands::comparisonWanted, m_menu->compareConfigurations, &QAction::trigger);
     connect(m_neighbours, &NeighbourWatch::changed, this, &FormMain::findProblemsSoon);
     connect(&m_problemTimer, &QTimer::timeout, this, &FormMain::findProblemsNow);
@@ -574,6 +587,11 @@ void FormMain::connectEthernet(const QString &address, bool exclusive)
     m_link.connectEthernet(address, exclusive);
 }
 
+void FormMain::lookForNames()
+{
+    m_operationalMode.lookForNames(m_files->folders() + QStringList{QFileInfo(m_document.fileName()).path()});
+}
+
 /// It replaces this window; both are visible only while one of its modules is configured.
 void FormMain::connectOperationalMode()
 {
@@ -613,7 +631,7 @@ void FormMain::openOperationalMode()
 {
     m_sideWindows.closeCompare();
     hide();
-    m_operationalMode.lookForNames(m_files->folders());
+    lookForNames();
     m_operationalMode.open(pos(), m_language.captionsOfAll());
 }
 

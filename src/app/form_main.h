@@ -88,6 +88,7 @@ private:
     void connectMenu();
     void connectDocument();
     void connectProblems();
+    void lookForNames();
     void focusProblems(bool shown);
     void leaveProblems();
 

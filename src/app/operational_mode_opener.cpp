@@ -45,7 +45,9 @@ OperationalModeOpener::~OperationalModeOpener() = default;
 
 void OperationalModeOpener::lookForNames(const QStringList &folders)
 {
-    m_names.look(folders + QStringList{QFileInfo(nodesPath()).path()});
+    if (m_names.look(folders + QStringList{QFileInfo(nodesPath()).path()}) && m_window != nullptr) {
+        m_window->applyTexts();
+    }
 }
 
 void OperationalModeOpener::open(const QPoint &place, const QList<StationCaptions> &otherLanguages)

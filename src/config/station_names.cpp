@@ -4,9 +4,12 @@
 
 #include <QDir>
 
+#include <algorithm>
+#include <utility>
+
 namespace ktr {
 
-void StationNames::look(const QStringList &folders)
+bool StationNames::look(const QStringList &folders)
 {
     QHash<QString, Known> known;
     QStringList looked;
@@ -31,7 +34,7 @@ void StationNames::look(const QStringList &folders)
         }
     }
     m_known = known;
-    m_names.clear();
+    const QHash<QString, Known> before = std::exchange(m_names, {});
     for (const Known &each : std::as_const(m_known)) {
         const auto other = m_names.constFind(each.station);
         if (!each.station.isEmpty() &&
@@ -39,6 +42,11 @@ void StationNames::look(const QStringList &folders)
             m_names.insert(each.station, each);
         }
     }
+    const auto isKnown = [&before](const Known &each) {
+        const auto found = before.constFind(each.station);
+        return found != before.constEnd() && found->names == each.names;
+    };
+    return m_names.size() != before.size() || !std::ranges::all_of(m_names, isKnown);
 }
 
 StationNames::Known StationNames::read(const QFileInfo &configuration, const QFileInfo &names)

@@ -16,7 +16,8 @@ public:
     static constexpr int mostFiles = 1'000;
 
     /// Looks into folders. Of several configurations with one identifier that counts whose names are newest.
-    void look(const QStringList &folders);
+    /// Gives whether any name or unit has changed.
+    bool look(const QStringList &folders);
 
     /// Empty ones for a station that no configuration is of.
     ChannelNames of(const QString &station) const;

@@ -146,12 +146,13 @@ private Q_SLOTS:
         write("three", "Werk 8", {});
         QVERIFY(replaceFile(path("four.names"), "1=nobody's;\n"));
         StationNames stations;
-        stations.look({m_folder.path(), path("missing"), QString()});
+        QVERIFY(stations.look({m_folder.path(), path("missing"), QString()}));
+        QVERIFY(!stations.look({m_folder.path()})); // nothing is new
         QCOMPARE(stations.of("Werk 7").of(1).name, "new");
         QVERIFY(stations.of("Werk 8").isEmpty());
         QVERIFY(stations.of("").isEmpty());
         QVERIFY(replaceFile(path("one.names"), "1=newest;\n"));
-        stations.look({m_folder.path()});
+        QVERIFY(stations.look({m_folder.path()}));
         QCOMPARE(stations.of("Werk 7").of(1).name, "newest");
         stations.look({});
         QVERIFY(stations.of("Werk 7").isEmpty());
