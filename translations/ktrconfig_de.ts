@@ -1045,6 +1045,54 @@
         <source>A combination comes when all of its limit values stand, each after its own delay, and is over when the first of them is.</source>
         <translation>Eine Verknüpfung kommt, wenn alle ihre Grenzwerte anstehen, jeder nach seiner eigenen Verzögerung, und ist vorbei, wenn der erste von ihnen es ist.</translation>
     </message>
+    <message>
+        <source>A switch point that comes back switches at the start&apos;s time of day on any date, also before that of its start.</source>
+        <translation>Ein wiederkehrender Schaltpunkt schaltet zur Uhrzeit seines Starts an jedem Datum, auch vor dem seines Starts.</translation>
+    </message>
+    <message>
+        <source>On a holiday the types that do not speak of holidays do not switch.</source>
+        <translation>An einem Feiertag schalten die Typen nicht, die nicht von Feiertagen sprechen.</translation>
+    </message>
+    <message>
+        <source>Type 10 means working days with Saturday: Monday to Saturday, but no holiday.</source>
+        <translation>Typ 10 meint Werktage mit Samstag: Montag bis Samstag, aber keine Feiertage.</translation>
+    </message>
+    <message>
+        <source>Of several switch points with the same target at the same time the one with the lowest number comes last and decides.</source>
+        <translation>Von mehreren Schaltpunkten mit demselben Ziel zur selben Zeit kommt der mit der niedrigsten Nummer zuletzt und entscheidet.</translation>
+    </message>
+    <message>
+        <source>The delay of a limit value counts minutes.</source>
+        <translation>Die Verzögerung eines Grenzwerts zählt Minuten.</translation>
+    </message>
+    <message>
+        <source>A limit value is over only once the value has come back by more than the hysteresis.</source>
+        <translation>Ein Grenzwert ist erst vorbei, wenn der Wert um mehr als die Hysterese zurückgekommen ist.</translation>
+    </message>
+    <message>
+        <source>What is beyond its limit from the beginning, as after a start of the module, stands without anybody being told.</source>
+        <translation>Was von Anfang an jenseits seines Grenzwerts ist, wie nach einem Start des Moduls, steht an, ohne dass es jemandem gemeldet wird.</translation>
+    </message>
+    <message>
+        <source>A combination comes when one of its limit values stands, and is over when the last of them is.</source>
+        <translation>Eine Verknüpfung kommt, wenn einer ihrer Grenzwerte ansteht, und ist vorbei, wenn es der letzte von ihnen ist.</translation>
+    </message>
+    <message>
+        <source>A limit value that belongs to a combination sends no notification of its own.</source>
+        <translation>Ein Grenzwert, der zu einer Verknüpfung gehört, sendet keine eigene Meldung.</translation>
+    </message>
+    <message>
+        <source>Type 15 switches when the value passes its limit upwards, type 16 when it does so downwards: with the comparison &quot;&lt;&quot; type 16 switches when the limit value comes.</source>
+        <translation>Typ 15 schaltet, wenn der Wert seinen Grenzwert nach oben passiert, Typ 16, wenn nach unten: Mit dem Vergleich &quot;&lt;&quot; schaltet Typ 16, wenn der Grenzwert kommt.</translation>
+    </message>
+    <message>
+        <source>A limit value on an output does not see what a switch point sets there.</source>
+        <translation>Ein Grenzwert auf einem Ausgang sieht nicht, was ein Schaltpunkt dort setzt.</translation>
+    </message>
+    <message>
+        <source>The alive cycle counts hours from the beginning of the time that is played; 0 stands for none.</source>
+        <translation>Der Alive-Zyklus zählt Stunden ab dem Beginn der gespielten Zeit; 0 steht für keinen.</translation>
+    </message>
 </context>
 <context>
     <name>ListDuty</name>
@@ -4195,6 +4243,26 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Dismiss</source>
         <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Read otherwise where ticked:</source>
+        <translation>Anders gelesen, wo angehakt:</translation>
+    </message>
+    <message>
+        <source>Instead of: %1</source>
+        <translation>Statt: %1</translation>
+    </message>
+    <message>
+        <source>Saved as %1</source>
+        <translation>Gespeichert als %1</translation>
+    </message>
+    <message>
+        <source>Saves the list of events as a table</source>
+        <translation>Speichert die Liste der Ereignisse als Tabelle</translation>
+    </message>
+    <message>
+        <source>Export...</source>
+        <translation>Exportieren...</translation>
     </message>
 </context>
 <context>

@@ -24,6 +24,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
@@ -148,6 +149,7 @@ QLayout *ForetellWindow::seriesRow()
     m_paste = button("Cmd_foretell_paste", &ForetellWindow::pasteSeries);
     m_open = button("Cmd_foretell_open", &ForetellWindow::openSeries);
     m_drop = button("Cmd_foretell_drop", &ForetellWindow::dropSeries);
+    m_export = button("Cmd_foretell_export", &ForetellWindow::exportEvents);
     m_states = named<QCheckBox>(QStringLiteral("Chk_foretell_states"), this);
     m_states->setChecked(true);
     auto *row = new QHBoxLayout;
@@ -156,6 +158,7 @@ QLayout *ForetellWindow::seriesRow()
     row->addWidget(m_drop);
     row->addWidget(m_seriesLabel, 1);
     row->addWidget(m_states);
+    row->addWidget(m_export);
     return row;
 }
 
@@ -170,13 +173,75 @@ QWidget *ForetellWindow::pages()
         m_list->setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
     }
     m_notice = new EmptyNotice(QStringLiteral("lbl_foretell_empty"), *m_list);
-    m_assumed = sentences(QStringLiteral("Txt_foretell_assumed"), this);
+    QWidget *assumed = assumptionsPage();
     m_unplayed = sentences(QStringLiteral("Txt_foretell_unplayed"), this);
     m_pages = named<QTabWidget>(QStringLiteral("Tab_foretell"), this);
-    for (QWidget *page : std::initializer_list<QWidget *>{m_list, m_assumed, m_unplayed}) {
+    for (QWidget *page : std::initializer_list<QWidget *>{m_list, assumed, m_unplayed}) {
         m_pages->addTab(page, QString());
     }
     return m_pages;
+}
+
+/// What the results rest on, and below it what may be read in another way.
+QWidget *ForetellWindow::assumptionsPage()
+{
+    auto *page = new QWidget(this);
+    m_assumed = sentences(QStringLiteral("Txt_foretell_assumed"), page);
+    m_readingsLabel = new QLabel(page);
+    m_readings = named<QListWidget>(QStringLiteral("List_foretell_readings"), page);
+    m_readings->setWordWrap(true);
+    m_readings->setTextElideMode(Qt::ElideNone);
+    m_readings->setResizeMode(QListView::Adjust);
+    m_readings->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_readings->setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+    m_readingsLabel->setBuddy(m_readings);
+    for (std::size_t at = 0; at < assumptionCount; ++at) {
+        if (const auto each = static_cast<Assumption>(at); hasOtherReading(each)) {
+            auto *item = new QListWidgetItem(m_readings);
+            item->setData(Qt::UserRole, int(at));
+            item->setCheckState(Qt::Unchecked);
+        }
+    }
+    connect(m_readings, &QListWidget::itemChanged, this, &ForetellWindow::takeReading);
+    auto *layout = new QVBoxLayout(page);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_assumed, 1);
+    layout->addWidget(m_readingsLabel);
+    layout->addWidget(m_readings, 1);
+    return page;
+}
+
+void ForetellWindow::showReadings()
+{
+    const QSignalBlocker quiet(m_readings);
+    m_readingsLabel->setText(tr("Read otherwise where ticked:"));
+    m_readings->setAccessibleName(m_readingsLabel->text());
+    for (int row = 0; row < m_readings->count(); ++row) {
+        QListWidgetItem *item = m_readings->item(row);
+        const auto each = static_cast<Assumption>(item->data(Qt::UserRole).toInt());
+        item->setText(QStringLiteral("[%1] %2").arg(QString::number(assumptionNumber(each)),
+                                                    assumptionText(each, Assumptions{each})));
+        item->setToolTip(tr("Instead of: %1").arg(assumptionText(each)));
+    }
+}
+
+/// The play begins anew, with the same values.
+void ForetellWindow::takeReading(QListWidgetItem *item)
+{
+    m_otherwise.set(static_cast<Assumption>(item->data(Qt::UserRole).toInt()),
+                    item->checkState() == Qt::Checked);
+    restart();
+}
+
+void ForetellWindow::exportEvents()
+{
+    const QString path = m_services.askSave(tr("Events"));
+    raise();
+    activateWindow();
+    if (!path.isEmpty()) {
+        const Status written = replaceFile(path, m_events->csv(), Readers::AsUsual);
+        tell(written ? tr("Saved as %1").arg(path) : written.message());
+    }
 }
 
 void ForetellWindow::layOut()
@@ -260,15 +325,18 @@ void ForetellWindow::applyTexts()
     m_paste->setToolTip(
         tr("Takes a table from the clipboard: time, channel and value in each line (Ctrl+V)"));
     m_open->setToolTip(tr("Takes such a table, or an exported archive, from a file"));
+    m_export->setToolTip(tr("Saves the list of events as a table"));
+    showReadings();
     m_states->setToolTip(tr("Also lists when limits are passed and limit values are over"));
     m_speed->setAccessibleName(tr("Speed:"));
     m_timeline->setAccessibleName(tr("Switchings of fourteen days"));
     m_timeline->setToolTip(QString());
     m_list->setAccessibleName(tr("Events"));
-    const QList<QAbstractButton *> captioned{m_step, m_restart, m_paste, m_open, m_drop, m_states, m_dismiss};
-    const QStringList captions =
-        withMnemonics({tr("Next event"), tr("From the beginning"), tr("Paste values"),
-                       tr("Values from file..."), tr("Without the table"), tr("Limits, too"), tr("Dismiss")});
+    const QList<QAbstractButton *> captioned{m_step, m_restart, m_paste,   m_open,
+                                             m_drop, m_states,  m_dismiss, m_export};
+    const QStringList captions = withMnemonics(
+        {tr("Next event"), tr("From the beginning"), tr("Paste values"), tr("Values from file..."),
+         tr("Without the table"), tr("Limits, too"), tr("Dismiss"), tr("Export...")});
     for (qsizetype at = 0; at < captioned.size(); ++at) {
         captioned[at]->setText(captions[at]);
     }
@@ -294,7 +362,8 @@ void ForetellWindow::restart()
 {
     pause();
     const std::unique_ptr<ModulePlay> before = std::move(m_play);
-    m_play = std::make_unique<ModulePlay>(m_services.document.configuration(), m_span);
+    m_play = std::make_unique<ModulePlay>(m_services.document.configuration(), m_span, m_otherwise);
+    m_events->setOtherwise(m_otherwise);
     m_events->clear();
     m_reactions.clear();
     m_restsOn = {};
@@ -406,6 +475,7 @@ void ForetellWindow::take(const QList<PlayEvent> &events)
         }
     }
     m_notice->setVisible(m_events->rowCount() == 0);
+    m_export->setEnabled(m_events->rowCount() > 0);
     showAssumptions();
     if (isSwitched) {
         showTimeline();
@@ -503,6 +573,7 @@ void ForetellWindow::showAll()
     const QSignalBlocker quiet(m_begin);
     m_begin->setDateTime(QDateTime(clockOf(m_span.from).date(), clockOf(m_span.from).time()));
     m_notice->setVisible(m_events->rowCount() == 0);
+    m_export->setEnabled(m_events->rowCount() > 0);
     m_inputs->showPlay(*m_play, m_services.document.configuration());
     showClock();
     showTimeline();
@@ -579,7 +650,7 @@ void ForetellWindow::showAssumptions()
     QString text =
         tr("The module's own behaviour is not known in these points. Where the list and the timeline "
            "rest on one of them, they name its number.") +
-        QLatin1String("\n\n") + assumptionLines(all);
+        QLatin1String("\n\n") + assumptionLines(all, m_otherwise);
     showSentences(*m_assumed, text);
     m_pages->setTabText(1, tr("Assumed (%1)").arg(all.list().size()));
 }

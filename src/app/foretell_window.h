@@ -13,6 +13,8 @@ class QCheckBox;
 class QComboBox;
 class QDateTimeEdit;
 class QLabel;
+class QListWidget;
+class QListWidgetItem;
 class QPlainTextEdit;
 class QPushButton;
 class QTabWidget;
@@ -37,7 +39,8 @@ public:
     {
         const Document &document;
         const TextTable &texts;
-        std::function<QString()> askOpen; ///< the name of a table's file; empty: none
+        std::function<QString()> askOpen;                        ///< the name of a table's file; empty: none
+        std::function<QString(const QString &proposal)> askSave; ///< that of a list of events
     };
 
     ForetellWindow(Services services, QWidget *parent);
@@ -79,6 +82,10 @@ private:
     void showClock();
     void showTimeline();
     void showChosen(const QString &words);
+    QWidget *assumptionsPage();
+    void showReadings();
+    void takeReading(QListWidgetItem *item);
+    void exportEvents();
     void showAssumptions();
     void showUnplayed();
     void showSeries();
@@ -94,6 +101,7 @@ private:
     QList<PlayEvent> m_reactions; ///< switchings by limit values, for the timeline
     Assumptions m_restsOn;        ///< what has happened
     Assumptions m_calendarRestsOn;
+    Assumptions m_otherwise; ///< as the user reads what is assumed
     QTimer m_ticks;
     QTimer m_refresh;
 
@@ -116,6 +124,9 @@ private:
     EmptyNotice *m_notice;
     QTabWidget *m_pages;
     QPlainTextEdit *m_assumed;
+    QListWidget *m_readings; ///< what can be read otherwise, ticked where it is
+    QLabel *m_readingsLabel;
+    QPushButton *m_export;
     QPlainTextEdit *m_unplayed;
     SwitchTimeline *m_timeline;
     QLabel *m_chosen;

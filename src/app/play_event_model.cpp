@@ -2,19 +2,39 @@
 
 #include "foretell/event_texts.h"
 #include "look/palettes.h"
+#include "platform/csv.h"
 
 #include <QApplication>
 #include <QFont>
 
 namespace ktr {
 
-QString assumptionLines(const Assumptions &assumptions)
+QString assumptionLines(const Assumptions &assumptions, const Assumptions &otherwise)
 {
     QStringList lines;
     for (const Assumption each : assumptions.list()) {
-        lines += QStringLiteral("[%1] %2").arg(QString::number(assumptionNumber(each)), assumptionText(each));
+        lines += QStringLiteral("[%1] %2").arg(QString::number(assumptionNumber(each)),
+                                               assumptionText(each, otherwise));
     }
     return lines.join(u'\n');
+}
+
+QByteArray PlayEventModel::csv() const
+{
+    QStringList rows;
+    QStringList cells;
+    for (int column = 0; column < columns; ++column) {
+        cells += csvCell(headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
+    }
+    rows += cells.join(u';');
+    for (const Line &line : m_lines) {
+        cells.clear();
+        for (const QString &cell : line.cells) {
+            cells += csvCell(cell);
+        }
+        rows += cells.join(u';');
+    }
+    return csvMark + (rows.join(QLatin1String("\r\n")) + QLatin1String("\r\n")).toUtf8();
 }
 
 void PlayEventModel::add(const QList<PlayEvent> &events, const Configuration &configuration,
@@ -84,7 +104,7 @@ QVariant PlayEventModel::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return cell;
     case Qt::ToolTipRole:
-        return index.column() == RestsOnColumn ? assumptionLines(line.restsOn) : cell;
+        return index.column() == RestsOnColumn ? assumptionLines(line.restsOn, m_otherwise) : cell;
     case Qt::ForegroundRole: {
         const QPalette palette = QApplication::palette();
         const bool isAlarm = isSent || line.kind == PlayEvent::Kind::Endless;

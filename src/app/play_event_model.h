@@ -25,6 +25,10 @@ public:
     void clear();
     /// Only notifications and switchings are added.
     void setStatesShown(bool shown) { m_statesShown = shown; }
+    /// How assumptions are read that lines rest on.
+    void setOtherwise(const Assumptions &otherwise) { m_otherwise = otherwise; }
+    /// All lines as a table for a file.
+    QByteArray csv() const;
 
     int rowCount(const QModelIndex &parent = {}) const override;
     int columnCount(const QModelIndex &parent = {}) const override;
@@ -40,10 +44,11 @@ private:
     };
 
     std::deque<Line> m_lines;
+    Assumptions m_otherwise;
     bool m_statesShown = true;
 };
 
 /// The texts of a set of assumptions, a line each, with their numbers.
-QString assumptionLines(const Assumptions &assumptions);
+QString assumptionLines(const Assumptions &assumptions, const Assumptions &otherwise = {});
 
 } // namespace ktr

@@ -98,7 +98,10 @@ void SideWindows::showForetell(FileDialogs &dialogs)
 {
     if (m_foretell == nullptr) {
         m_foretell = new ForetellWindow(
-            {m_document, m_texts, [&dialogs] { return dialogs.askOpen(QStringLiteral("*.csv|*.csv")); }},
+            {m_document, m_texts, [&dialogs] { return dialogs.askOpen(QStringLiteral("*.csv|*.csv")); },
+             [&dialogs](const QString &proposal) {
+                 return dialogs.askSave(proposal, QStringLiteral("*.csv|*.csv"));
+             }},
             &m_window);
         m_foretell->setAttribute(Qt::WA_DeleteOnClose);
     }

@@ -22,8 +22,38 @@ const QString seriesOption = QStringLiteral("values");
 const QString notificationsOption = QStringLiteral("notifications");
 const QString statesOption = QStringLiteral("states");
 
+const QString assumeOption = QStringLiteral("assume");
+
 constexpr int mostDays = 92;
 const QString usualDays = QStringLiteral("14");
+
+/// What --assume NAME=yes|no reads otherwise; nothing where one is not understood.
+std::optional<Assumptions> otherwiseOf(const Arguments &arguments, QString &wrong)
+{
+    Assumptions otherwise;
+    for (const QString &each : arguments.values(assumeOption)) {
+        const auto assumption = assumptionNamed(each.section(u'=', 0, 0));
+        const QString answer = each.section(u'=', 1);
+        const bool isAnswer = answer == QLatin1String("yes") || answer == QLatin1String("no");
+        if (!assumption || !isAnswer || !hasOtherReading(*assumption)) {
+            wrong = each;
+            return std::nullopt;
+        }
+        otherwise.set(*assumption, answer == QLatin1String("no"));
+    }
+    return otherwise;
+}
+
+QString switchableNames()
+{
+    QStringList names;
+    for (std::size_t at = 0; at < assumptionCount; ++at) {
+        if (const auto each = static_cast<Assumption>(at); hasOtherReading(each)) {
+            names += assumptionName(each);
+        }
+    }
+    return names.join(QLatin1String(", "));
+}
 
 /// "2026-11-23" or "2026-11-23T14:00"
 std::optional<ModuleMs> beginOf(const QString &text)
@@ -77,8 +107,8 @@ QString plainTime(ModuleMs at)
 class ForetoldOutput
 {
 public:
-    ForetoldOutput(const Configuration &configuration, const Foretold &foretold)
-        : m_configuration(configuration), m_foretold(foretold)
+    ForetoldOutput(const Configuration &configuration, const Foretold &foretold, const Assumptions &otherwise)
+        : m_configuration(configuration), m_foretold(foretold), m_otherwise(otherwise)
     {}
 
     void choose(bool notificationsOnly, bool withStates)
@@ -113,8 +143,7 @@ public:
         section(QStringLiteral("The clocks change here:"), clockWords());
         QStringList numbered;
         for (const Assumption each : m_restsOn.list()) {
-            numbered +=
-                QStringLiteral("[%1] %2").arg(QString::number(assumptionNumber(each)), assumptionText(each));
+            numbered += QStringLiteral("[%1] %2").arg(QString::number(assumptionNumber(each)), textOf(each));
         }
         section(QStringLiteral("Assumed, since the module's own behaviour is not known:"), numbered);
     }
@@ -140,9 +169,13 @@ public:
                                        {QStringLiteral("aheadBySeconds"), change.aheadBySeconds}}));
         }
         for (const Assumption each : m_restsOn.list()) {
-            print(jsonText(QJsonObject{{QStringLiteral("kind"), QStringLiteral("assumption")},
-                                       {QStringLiteral("name"), assumptionName(each)},
-                                       {QStringLiteral("text"), assumptionText(each)}}));
+            QJsonObject object{{QStringLiteral("kind"), QStringLiteral("assumption")},
+                               {QStringLiteral("name"), assumptionName(each)},
+                               {QStringLiteral("text"), assumptionText(each, m_otherwise)}};
+            if (hasOtherReading(each)) {
+                object.insert(QStringLiteral("holds"), !m_otherwise.contains(each));
+            }
+            print(jsonText(object));
         }
     }
 
@@ -151,6 +184,18 @@ private:
     {
         return event.kind == PlayEvent::Kind::Endless ||
                (m_notificationsOnly ? isNotification(event) : m_withStates || !isState(event));
+    }
+
+    /// With the option that reads it in the other way.
+    QString textOf(Assumption assumption) const
+    {
+        const QString text = assumptionText(assumption, m_otherwise);
+        return hasOtherReading(assumption)
+                   ? text + QStringLiteral(" (--assume %1=%2 reads it otherwise)")
+                                .arg(assumptionName(assumption), m_otherwise.contains(assumption)
+                                                                     ? QStringLiteral("yes")
+                                                                     : QStringLiteral("no"))
+                   : text;
     }
 
     QString lineOf(const PlayEvent &event) const
@@ -274,6 +319,7 @@ private:
 
     const Configuration &m_configuration;
     const Foretold &m_foretold;
+    const Assumptions &m_otherwise;
     TextTable m_texts;
     Assumptions m_restsOn;
     bool m_notificationsOnly = false;
@@ -306,6 +352,12 @@ void describeForetell(Arguments &arguments)
         QStringLiteral("FILE.csv"));
     add(stationOption, QStringLiteral("The values of this station, where FILE.csv has several."),
         QStringLiteral("NAME"));
+    add(assumeOption,
+        QStringLiteral(
+            "Whether an assumption holds, such as delay-in-seconds=no; may be given several times. "
+            "There are: %1.")
+            .arg(switchableNames()),
+        QStringLiteral("NAME=yes|no"));
     arguments.addOption({notificationsOption, QStringLiteral("Notifications alone.")});
     arguments.addOption({statesOption, QStringLiteral("Also when limit values come, wait and are over.")});
     arguments.addOption({jsonOption, QStringLiteral("As JSON, a line for each.")});
@@ -322,6 +374,10 @@ std::optional<int> checkForetell(const Arguments &arguments)
     }
     if (arguments.isSet(stationOption) && !arguments.isSet(seriesOption)) {
         return arguments.wrong(QStringLiteral("--station goes with --values only"));
+    }
+    if (QString wrong; !otherwiseOf(arguments, wrong)) {
+        return arguments.wrong(QStringLiteral("--assume: \"%1\" is none of NAME=yes|no; there are: %2")
+                                   .arg(wrong, switchableNames()));
     }
     return std::nullopt;
 }
@@ -344,8 +400,10 @@ int foretellFile(const Arguments &arguments)
     }
     const Configuration &configuration = document.configuration();
     const ModuleSpan span = spanOf(arguments, series);
-    const Foretold foretold = foretell(configuration, span, series, QTimeZone::systemTimeZone());
-    ForetoldOutput output(configuration, foretold);
+    QString wrong;
+    const Assumptions otherwise = otherwiseOf(arguments, wrong).value_or(Assumptions());
+    const Foretold foretold = foretell(configuration, span, series, QTimeZone::systemTimeZone(), otherwise);
+    ForetoldOutput output(configuration, foretold, otherwise);
     output.choose(arguments.isSet(notificationsOption), arguments.isSet(statesOption));
     if (arguments.isSet(jsonOption)) {
         output.printJson();

@@ -5,6 +5,7 @@
 
 #include <bitset>
 #include <initializer_list>
+#include <optional>
 
 namespace ktr {
 
@@ -54,6 +55,7 @@ public:
     }
 
     void add(Assumption assumption) { m_bits.set(static_cast<std::size_t>(assumption)); }
+    void set(Assumption assumption, bool holds) { m_bits.set(static_cast<std::size_t>(assumption), holds); }
     void addIf(bool holds, Assumption assumption)
     {
         if (holds) {
@@ -87,7 +89,12 @@ QString assumptionNumbers(const Assumptions &assumptions);
 
 /// A name for programs, such as "delay-in-seconds"; it does not change.
 QString assumptionName(Assumption assumption);
-/// A sentence or two for the user.
-QString assumptionText(Assumption assumption);
+std::optional<Assumption> assumptionNamed(const QString &name);
+
+/// Some can be read in another way that is plausible, too. A set of those that are read so is called
+/// `otherwise`.
+bool hasOtherReading(Assumption assumption);
+/// A sentence or two for the user: what is assumed.
+QString assumptionText(Assumption assumption, const Assumptions &otherwise = {});
 
 } // namespace ktr

@@ -54,10 +54,10 @@ QList<QDate> holidaysIn(const HolidayList &list, const ModuleSpan &span)
 }
 
 Foretold foretell(const Configuration &configuration, const ModuleSpan &span, const ValueSeries &series,
-                  const QTimeZone &zone)
+                  const QTimeZone &zone, const Assumptions &otherwise)
 {
     Foretold foretold;
-    ModulePlay play(configuration, span);
+    ModulePlay play(configuration, span, otherwise);
     for (const SeriesValue &each : valuesIn(series.values, span)) {
         foretold.events += play.setValue(each.at, each.channel, each.value);
     }

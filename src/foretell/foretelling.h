@@ -28,6 +28,6 @@ QList<int> watchedChannels(const Configuration &configuration);
 QList<QDate> holidaysIn(const HolidayList &list, const ModuleSpan &span);
 
 Foretold foretell(const Configuration &configuration, const ModuleSpan &span, const ValueSeries &series,
-                  const QTimeZone &zone);
+                  const QTimeZone &zone, const Assumptions &otherwise = {});
 
 } // namespace ktr

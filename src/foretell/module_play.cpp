@@ -44,8 +44,9 @@ quint32 membersOf(const LimitValue &value)
 
 } // namespace
 
-ModulePlay::ModulePlay(const Configuration &configuration, const ModuleSpan &span)
-    : m_span(span), m_now(span.from)
+ModulePlay::ModulePlay(const Configuration &configuration, const ModuleSpan &span,
+                       const Assumptions &otherwise)
+    : m_span(span), m_otherwise(otherwise), m_now(span.from)
 {
     configure(configuration);
 }
@@ -60,14 +61,16 @@ QList<PlayEvent> ModulePlay::configure(const Configuration &configuration)
     m_ofMoment = 0;
     m_ofCall = 0;
     if (isCalendarNew) {
-        m_calendar = planSwitchings(configuration, m_span);
+        m_calendar = planSwitchings(configuration, m_span, m_otherwise);
         const ModuleMs first = m_isBegun ? m_now + 1 : m_now; // those of this moment have been
         m_nextSwitching = std::ranges::lower_bound(m_calendar.switchings, first, {}, &Switching::at) -
                           m_calendar.switchings.begin();
     }
     if (isAliveNew) {
         const double minutes = toNumber(configuration.gsm.aliveCycle).value_or(0);
-        m_aliveCycle = minutes > 0 ? lasting(std::max(minutes, 1.0), msPerMinute) : 0;
+        constexpr ModuleMs msPerHour = 60 * msPerMinute;
+        const ModuleMs unit = m_otherwise.contains(Assumption::AliveInMinutes) ? msPerHour : msPerMinute;
+        m_aliveCycle = minutes > 0 ? lasting(std::max(minutes, 1.0), unit) : 0;
         m_alive = m_aliveCycle > 0 ? std::optional(m_now + m_aliveCycle) : std::nullopt;
     }
     for (int index = 0; index < LimitValue::count; ++index) {
@@ -120,7 +123,8 @@ ModulePlay::Entry ModulePlay::entryOf(int index) const
                         : !isKnown                       ? std::optional(UnplayedWhy::BadComparison)
                                                          : std::nullopt;
         const bool counts = channelMeasure(m_configuration, record.channel) == Measure::Pulses;
-        made.delay = counts ? 0 : lasting(std::max(delay.value_or(0), 0.0), msPerSecond);
+        const ModuleMs unit = m_otherwise.contains(Assumption::DelayInSeconds) ? msPerMinute : msPerSecond;
+        made.delay = counts ? 0 : lasting(std::max(delay.value_or(0), 0.0), unit);
         addAssumptions(made);
     }
     return made;
@@ -159,8 +163,13 @@ bool ModulePlay::isMet(const Entry &entry, double value)
     }
 }
 
-bool ModulePlay::isBack(const Entry &entry, double value)
+bool ModulePlay::isBack(const Entry &entry, double value) const
 {
+    if (entry.record.comparison != equalTo && entry.hysteresis > 0 &&
+        m_otherwise.contains(Assumption::HysteresisEdge)) {
+        return entry.record.comparison == lessThan ? value > entry.limit + entry.hysteresis
+                                                   : value < entry.limit - entry.hysteresis;
+    }
     switch (entry.record.comparison) {
     case lessThan:
         return value >= entry.limit + entry.hysteresis;
@@ -229,6 +238,11 @@ void ModulePlay::evaluate(int index)
         return;
     }
     each.isFromTheBeginning = state.phase == Phase::Unknown;
+    if (each.isFromTheBeginning && m_otherwise.contains(Assumption::FirstValueCounts)) {
+        state = {Phase::Standing, m_now, {}, 0};
+        tell(PlayEvent::Kind::Standing, standingOn(each), index);
+        return;
+    }
     if (each.delay == 0) {
         raise(index);
         return;
@@ -248,7 +262,7 @@ void ModulePlay::raise(int index)
     standing.addIf(each.record.alarm.isEmpty(), Assumption::EmptyTextIsSilent);
     tell(PlayEvent::Kind::Standing, standing, index);
     notify(index, PlayEvent::Kind::Notified);
-    react(index, whenExceeded);
+    react(index, reactingType(index, true));
 }
 
 void ModulePlay::finish(int index)
@@ -256,25 +270,41 @@ void ModulePlay::finish(int index)
     Entry &each = entry(index);
     each.state = {Phase::Normal, m_now, {}, 0};
     tell(PlayEvent::Kind::Over, each.whenOver, index);
-    react(index, whenUndershot);
+    react(index, reactingType(index, false));
 }
 
 void ModulePlay::notify(int index, PlayEvent::Kind kind)
 {
     const Entry &each = entry(index);
     const auto recipients = static_cast<quint8>(each.record.recipients & allAdministrators);
-    if (each.record.alarm.isEmpty() || recipients == 0) {
+    const bool isSilent = isMember(index) && m_otherwise.contains(Assumption::MembersSpeakToo);
+    if (each.record.alarm.isEmpty() || recipients == 0 || isSilent) {
         return;
     }
     Assumptions restsOn = standingOn(each);
     restsOn.addIf(kind == PlayEvent::Kind::Repeated, Assumption::RepeatedWhileItStands);
-    const auto isMember = [index](const Entry &other) { return (other.members >> index & 1U) != 0; };
-    restsOn.addIf(!LimitValue::isReference(index) && std::ranges::any_of(m_entries, isMember),
-                  Assumption::MembersSpeakToo);
+    restsOn.addIf(isMember(index), Assumption::MembersSpeakToo);
     PlayEvent &event = tell(kind, restsOn, index);
     event.recipients = recipients;
     event.text = each.record.alarm;
     event.repetition = each.state.repeated;
+}
+
+/// Whether a combination has it.
+bool ModulePlay::isMember(int index) const
+{
+    return !LimitValue::isReference(index) && std::ranges::any_of(m_entries, [index](const Entry &other) {
+        return (other.members >> index & 1U) != 0;
+    });
+}
+
+/// The type of the switch points that react when it comes, or is over.
+int ModulePlay::reactingType(int index, bool comes) const
+{
+    const LimitValue &record = m_entries[static_cast<std::size_t>(index)].record;
+    const bool isBelow = !LimitValue::isReference(index) && record.comparison == lessThan;
+    const bool isTurned = isBelow && m_otherwise.contains(Assumption::SwitchedByCondition);
+    return comes != isTurned ? whenExceeded : whenUndershot;
 }
 
 /// The switch points that react to it.
@@ -286,7 +316,8 @@ void ModulePlay::react(int index, int type)
             m_isStopped) {
             continue;
         }
-        Assumptions restsOn = type == whenExceeded ? standingOn(entry(index)) : entry(index).whenOver;
+        const bool comes = entry(index).state.phase == Phase::Standing;
+        Assumptions restsOn = comes ? standingOn(entry(index)) : entry(index).whenOver;
         restsOn.add(Assumption::SwitchedByCondition);
         restsOn.addIf(each.target >= firstAdministratorTarget, Assumption::CallOfAdministrator);
         PlayEvent &event = tell(PlayEvent::Kind::Switched, restsOn, index);
@@ -306,15 +337,19 @@ void ModulePlay::combine()
             continue;
         }
         bool stand = true;
+        bool anyStands = false;
         Assumptions standing{Assumption::CombinationNeedsAll};
         Assumptions over{Assumption::CombinationNeedsAll, Assumption::EndIsSilent};
         for (int member = 0; member < LimitValue::firstReference; ++member) {
             if ((each.members >> member & 1U) != 0) {
-                stand = stand && entry(member).state.phase == Phase::Standing;
+                const bool stands = entry(member).state.phase == Phase::Standing;
+                stand = stand && stands;
+                anyStands = anyStands || stands;
                 standing |= standingOn(entry(member));
                 over |= entry(member).whenOver;
             }
         }
+        stand = m_otherwise.contains(Assumption::CombinationNeedsAll) ? anyStands : stand;
         const bool stood = each.state.phase == Phase::Standing;
         each.whenStanding = standing;
         each.whenOver = over;
@@ -332,7 +367,8 @@ void ModulePlay::combine()
 void ModulePlay::setOutput(int target, const QString &value)
 {
     const auto number = toNumber(value);
-    if (target >= firstAdministratorTarget || !number) {
+    if (target >= firstAdministratorTarget || !number ||
+        m_otherwise.contains(Assumption::OutputsSeenAtOnce)) {
         return;
     }
     m_changes.emplace_back(targetCode(target), *number);

@@ -60,7 +60,8 @@ public:
     };
 
     /// The calendar is planned to `end`; behind it no switch point switches by it.
-    ModulePlay(const Configuration &configuration, const ModuleSpan &span);
+    /// What is read `otherwise` holds for all of the play.
+    ModulePlay(const Configuration &configuration, const ModuleSpan &span, const Assumptions &otherwise = {});
 
     /// An edited configuration: limit values that it leaves alone keep their state, others begin anew.
     QList<PlayEvent> configure(const Configuration &configuration);
@@ -101,10 +102,12 @@ private:
     };
 
     static bool isMet(const Entry &entry, double value);
-    static bool isBack(const Entry &entry, double value);
+    bool isBack(const Entry &entry, double value) const;
     static Assumptions standingOn(const Entry &entry);
     void evaluate(int index);
     void combine();
+    bool isMember(int index) const;
+    int reactingType(int index, bool comes) const;
     void raise(int index);
     void finish(int index);
     void notify(int index, PlayEvent::Kind kind);
@@ -121,6 +124,7 @@ private:
 
     Configuration m_configuration;
     ModuleSpan m_span;
+    Assumptions m_otherwise;
     SwitchPlan m_calendar;
     qsizetype m_nextSwitching = 0;
     std::array<Entry, LimitValue::count> m_entries;

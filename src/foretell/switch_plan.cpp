@@ -41,8 +41,9 @@ Assumptions assumptionsOf(const SwitchPoint &point, bool isHoliday)
 class PointPlan
 {
 public:
-    PointPlan(const SwitchPoint &point, int index, const QSet<QDate> &holidays, const ModuleSpan &span)
-        : m_point(point), m_index(index), m_holidays(holidays), m_span(span)
+    PointPlan(const SwitchPoint &point, int index, const QSet<QDate> &holidays, const ModuleSpan &span,
+              const Assumptions &otherwise)
+        : m_point(point), m_index(index), m_holidays(holidays), m_span(span), m_otherwise(otherwise)
     {}
 
     void addTo(SwitchPlan &plan)
@@ -121,20 +122,22 @@ private:
     void addDays(SwitchPlan &plan)
     {
         const ModuleMs timeOfDay = m_start - moduleMs(dateOf(m_start));
-        QDate day = dateOf(std::max(m_start, m_span.from));
+        const bool isDated = !m_otherwise.contains(Assumption::StartDateHolds);
+        const ModuleMs first = isDated ? m_start : std::min(m_start, m_span.from);
+        QDate day = dateOf(std::max(first, m_span.from));
         for (; moduleMs(day) < m_span.to; day = day.addDays(1)) {
             const ModuleMs at = moduleMs(day) + timeOfDay;
-            if (m_span.contains(at) && at >= m_start && switchesOn(m_point.type, day, m_holidays) &&
-                !add(plan, at)) {
+            if (m_span.contains(at) && at >= first &&
+                switchesOn(m_point.type, day, m_holidays, m_otherwise) && !add(plan, at)) {
                 return;
             }
         }
-        day = dateOf(std::max(m_start, m_span.to));
+        day = dateOf(std::max(first, m_span.to));
         constexpr int enough = 7 + HolidayList::capacity + 1; // even if all of the holidays are in a row
         const QDate last = m_point.type == holidaysOnly ? lastHoliday() : day.addDays(enough);
         for (; !m_next && day <= last; day = day.addDays(1)) {
             const ModuleMs at = moduleMs(day) + timeOfDay;
-            if (at >= m_span.to && at >= m_start && switchesOn(m_point.type, day, m_holidays)) {
+            if (at >= m_span.to && at >= first && switchesOn(m_point.type, day, m_holidays, m_otherwise)) {
                 m_next = at;
             }
         }
@@ -153,6 +156,7 @@ private:
     int m_index;
     const QSet<QDate> &m_holidays;
     const ModuleSpan &m_span;
+    const Assumptions &m_otherwise;
     ModuleMs m_start = 0;
     std::optional<ModuleMs> m_next;
     int m_count = 0;
@@ -189,19 +193,24 @@ QSet<QDate> holidaysOf(const HolidayList &list)
     return days;
 }
 
-bool switchesOn(int type, QDate day, const QSet<QDate> &holidays)
+bool switchesOn(int type, QDate day, const QSet<QDate> &holidays, const Assumptions &otherwise)
 {
+    const bool isHoliday = holidays.contains(day);
+    if (type <= weekend && isHoliday && otherwise.contains(Assumption::HolidaysChangeNothing)) {
+        return false;
+    }
+    const bool worksOnSaturdays = otherwise.contains(Assumption::WorkingDaysWithoutHolidays);
     switch (type) {
     case weekdays:
         return !isWeekend(day);
     case weekend:
         return isWeekend(day);
     case weekendAndHolidays:
-        return isWeekend(day) || holidays.contains(day);
+        return isWeekend(day) || isHoliday;
     case workingDays:
-        return !isWeekend(day) && !holidays.contains(day);
+        return day.dayOfWeek() <= (worksOnSaturdays ? Qt::Saturday : Qt::Friday) && !isHoliday;
     case holidaysOnly:
-        return holidays.contains(day);
+        return isHoliday;
     case daily:
         return true;
     default:
@@ -209,15 +218,19 @@ bool switchesOn(int type, QDate day, const QSet<QDate> &holidays)
     }
 }
 
-SwitchPlan planSwitchings(const Configuration &configuration, const ModuleSpan &span)
+SwitchPlan planSwitchings(const Configuration &configuration, const ModuleSpan &span,
+                          const Assumptions &otherwise)
 {
     SwitchPlan plan;
     const QSet<QDate> holidays = holidaysOf(configuration.holidays);
     for (int index = 0; const SwitchPoint &point : configuration.switchPoints) {
         if (point.target > 0 && point.target < targetCount) {
-            PointPlan(point, index, holidays, span).addTo(plan);
+            PointPlan(point, index, holidays, span, otherwise).addTo(plan);
         }
         ++index;
+    }
+    if (otherwise.contains(Assumption::OrderAtEqualTimes)) {
+        std::ranges::reverse(plan.switchings);
     }
     std::ranges::stable_sort(plan.switchings, {}, &Switching::at); // they stand by number
     markEqualTimes(plan.switchings);

@@ -47,7 +47,7 @@ struct SwitchPlan
 {
     static constexpr int mostOfOne = 50'000; ///< one each minute for a month
 
-    QList<Switching> switchings; ///< by time; at equal times by number
+    QList<Switching> switchings; ///< by time; at equal times by number, the last one decides
     QList<QuietPoint> quiet;
 };
 
@@ -55,9 +55,10 @@ struct SwitchPlan
 QSet<QDate> holidaysOf(const HolidayList &list);
 
 /// Whether a switch point of a calendar's type (0 to 12) switches on that day.
-bool switchesOn(int type, QDate day, const QSet<QDate> &holidays);
+bool switchesOn(int type, QDate day, const QSet<QDate> &holidays, const Assumptions &otherwise = {});
 
 /// All switchings by the calendar in a span.
-SwitchPlan planSwitchings(const Configuration &configuration, const ModuleSpan &span);
+SwitchPlan planSwitchings(const Configuration &configuration, const ModuleSpan &span,
+                          const Assumptions &otherwise = {});
 
 } // namespace ktr

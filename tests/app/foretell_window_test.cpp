@@ -12,6 +12,7 @@
 #include <QDateTimeEdit>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPlainTextEdit>
 #include <QSlider>
 #include <QTabWidget>
@@ -47,7 +48,8 @@ private Q_SLOTS:
             point.value = "1";
         });
         m_window = std::make_unique<ForetellWindow>(
-            ForetellWindow::Services{m_pages->document, m_pages->texts, [this] { return m_chosen; }},
+            ForetellWindow::Services{m_pages->document, m_pages->texts, [this] { return m_chosen; },
+                                     [this](const QString &) { return m_folder.filePath("events.csv"); }},
             nullptr);
         m_window->show();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
@@ -198,6 +200,30 @@ private Q_SLOTS:
         QVERIFY(label("lbl_foretell_series").startsWith("values.csv: 1 values"));
         QVERIFY(!control<QLabel>(*m_window, "lbl_foretell_remarks")->isVisible());
         QVERIFY(control<QPlainTextEdit>(*m_window, "Txt_foretell_assumed")->toPlainText().contains("[26] "));
+    }
+
+    void whatIsAssumedIsReadOtherwiseAndEventsAreSavedAsATable()
+    {
+        QApplication::clipboard()->setText("20.11.2009 08:00:30\t9\t3,5\n");
+        QTest::keyClick(m_window.get(), Qt::Key_V, Qt::ControlModifier);
+        auto *readings = control<QListWidget>(*m_window, "List_foretell_readings");
+        const auto found = readings->findItems("[9] ", Qt::MatchStartsWith);
+        QCOMPARE(found.size(), 1);
+        found.first()->setCheckState(Qt::Checked); // minutes instead of seconds
+        click("Cmd_foretell_step");
+        QCOMPARE(lines(), QStringList("20.11.2009 08:00:30|limit passed, delay until 09:00:30|"));
+        QVERIFY(control<QPlainTextEdit>(*m_window, "Txt_foretell_assumed")
+                    ->toPlainText()
+                    .contains("The delay of a limit value counts minutes."));
+        click("Cmd_foretell_export");
+        QByteArray table;
+        QVERIFY(readFile(m_folder.filePath("events.csv"), table));
+        QVERIFY2(table.startsWith("\xEF\xBB\xBF") && table.count("\r\n") == 2 &&
+                     table.contains("20.11.2009 08:00:30;limit passed, delay until 09:00:30;"),
+                 table);
+        found.first()->setCheckState(Qt::Unchecked);
+        click("Cmd_foretell_step");
+        QCOMPARE(lines(), QStringList("20.11.2009 08:00:30|limit passed, delay until 08:01:30|"));
     }
 
     void nothingMoreIsToldAtTheEnd()

@@ -55,8 +55,10 @@ private:
 private Q_SLOTS:
     void wrongUsageIsToldInOneLine()
     {
-        for (const QString &line : {u"--days 0"_s, u"--days 93"_s, u"--days x"_s, u"--from noon"_s,
-                                    u"--from 2026-02-30"_s, u"--station a"_s, u"more"_s}) {
+        for (const QString &line :
+             {u"--days 0"_s, u"--days 93"_s, u"--days x"_s, u"--from noon"_s, u"--from 2026-02-30"_s,
+              u"--station a"_s, u"more"_s, u"--assume delay-in-seconds"_s, u"--assume module-clock=no"_s,
+              u"--assume none=no"_s}) {
             const Result result = foretell(QStringList{sample} + line.split(u' '));
             QVERIFY2(result.code == 2 && result.errors.count(u'\n') == 1, qPrintable(line));
         }
@@ -70,6 +72,22 @@ private Q_SLOTS:
             const Result result = foretell({sample, u"--values"_s, path});
             QVERIFY2(result.code == 1 && result.errors.contains(path), qPrintable(result.errors));
         }
+    }
+
+    void whatIsAssumedIsReadOtherwise()
+    {
+        const QStringList words{sample, u"--from"_s, u"2026-12-31"_s, u"--days"_s, u"3"_s, u"--json"_s};
+        const Result usual = foretell(words);
+        const Result otherwise = foretell(words + QStringList{u"--assume"_s, u"order-at-equal-times=no"_s,
+                                                              u"--assume"_s, u"start-date-holds=no"_s});
+        QCOMPARE(usual.code, 0);
+        QCOMPARE(otherwise.code, 0);
+        QVERIFY(usual.output.contains(u"\"holds\":true"_s) && !usual.output.contains(u"\"holds\":false"_s));
+        QVERIFY2(otherwise.output.contains(u"on any date"_s) &&
+                     otherwise.output.contains(u"\"holds\":false"_s),
+                 qPrintable(otherwise.output));
+        QCOMPARE(foretell(words + QStringList{u"--assume"_s, u"start-date-holds=yes"_s}).output,
+                 usual.output);
     }
 
     void switchingsAndTheirAssumptionsAreListed()

@@ -83,6 +83,77 @@ private:
 private Q_SLOTS:
     void init() { m_configuration = {}; }
 
+    void whatHasAnotherReadingPlaysOtherwise_data()
+    {
+        QTest::addColumn<Assumption>("assumption");
+        QTest::addColumn<QString>("usual");
+        QTest::addColumn<QString>("otherwise");
+        const auto row = [](const char *name, Assumption assumption, const QString &usual,
+                            const QString &otherwise) {
+            QTest::newRow(name) << assumption << usual << otherwise;
+        };
+        const QString all =
+            "12:00:00 standing 1; 12:00:00 notified 1; 12:00:00 switched 1 1=1; 12:01:00 over 1; "
+            "12:01:00 switched 1 1=0";
+        row("edge", Assumption::HysteresisEdge, all,
+            "12:00:00 standing 1; 12:00:00 notified 1; 12:00:00 switched 1 1=1");
+        row("first value", Assumption::FirstValueCounts, all,
+            "12:00:00 standing 1; 12:01:00 over 1; 12:01:00 switched 1 1=0");
+        row("members", Assumption::MembersSpeakToo, all,
+            "12:00:00 standing 1; 12:00:00 switched 1 1=1; 12:01:00 over 1; 12:01:00 switched 1 1=0");
+        row("direction", Assumption::SwitchedByCondition, all,
+            "12:00:00 standing 1; 12:00:00 notified 1; 12:00:00 switched 1 1=0; 12:01:00 over 1; "
+            "12:01:00 switched 1 1=1");
+        row("combination", Assumption::CombinationNeedsAll, all,
+            "12:00:00 standing 1; 12:00:00 notified 1; 12:00:00 switched 1 1=1; 12:00:00 standing 17; "
+            "12:00:00 notified 17; 12:01:00 over 1; 12:01:00 switched 1 1=0; 12:01:00 over 17");
+    }
+    void whatHasAnotherReadingPlaysOtherwise()
+    {
+        QFETCH(const Assumption, assumption);
+        limit(1) = limitValue(9, Less, "3");
+        limit(1).hysteresis = "1";
+        limit(2) = limitValue(10, Less, "3");
+        limit(17).reference = 3; // both of them
+        limit(17).alarm = "both";
+        limit(17).recipients = 1;
+        m_configuration.switchPoints[0] = reacting(15, 0, 1, "1");
+        m_configuration.switchPoints[1] = reacting(16, 0, 1, "0");
+        const QList<SeriesValue> values{{begin, 9, 2}, {minutes(1), 9, 4}};
+        ModulePlay usual(m_configuration, span);
+        QTEST(feed(usual, values, minutes(2)), "usual");
+        ModulePlay otherwise(m_configuration, span, {assumption});
+        QTEST(feed(otherwise, values, minutes(2)), "otherwise");
+    }
+
+    void daysAreReadOtherwise()
+    {
+        const QSet<QDate> holidays{QDate(2026, 11, 25)};
+        const auto days = [&holidays](int type, const Assumptions &otherwise) {
+            QString on;
+            for (int day = 23; day < 30; ++day) { // Monday to Sunday
+                on += switchesOn(type, {2026, 11, day}, holidays, otherwise) ? 'x' : '-';
+            }
+            return on;
+        };
+        QCOMPARE(days(7, {}), "xxxxx--");
+        QCOMPARE(days(7, {Assumption::HolidaysChangeNothing}), "xx-xx--");
+        QCOMPARE(days(12, {Assumption::HolidaysChangeNothing}), "xxxxxxx");
+        QCOMPARE(days(10, {}), "xx-xx--");
+        QCOMPARE(days(10, {Assumption::WorkingDaysWithoutHolidays}), "xx-xxx-");
+        SwitchPoint daily{1, 12, "2612010600", "0", "1", 0};
+        m_configuration.switchPoints[0] = daily;
+        m_configuration.switchPoints[1] = daily;
+        m_configuration.switchPoints[1].value = "0";
+        const ModuleSpan two{moduleMs({2026, 11, 30}), moduleMs({2026, 12, 2})};
+        QCOMPARE(planSwitchings(m_configuration, two).switchings.size(), 2);
+        QCOMPARE(planSwitchings(m_configuration, two, {Assumption::StartDateHolds}).switchings.size(), 4);
+        QCOMPARE(planSwitchings(m_configuration, two).switchings.last().value, "0");
+        QCOMPARE(
+            planSwitchings(m_configuration, two, {Assumption::OrderAtEqualTimes}).switchings.last().value,
+            "1");
+    }
+
     void aNotificationComesBehindItsDelayAndGoesToItsRecipients()
     {
         limit(3) = limitValue(9, Greater, "3,2");
