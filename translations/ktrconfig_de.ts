@@ -311,10 +311,6 @@
         <translation>Wie weit der Wert zurückgehen muss</translation>
     </message>
     <message>
-        <source>The input or output that is watched</source>
-        <translation>Der überwachte Eingang oder Ausgang</translation>
-    </message>
-    <message>
         <source>How the value is compared with the limit</source>
         <translation>Wie der Wert mit dem Grenzwert verglichen wird</translation>
     </message>
@@ -391,10 +387,6 @@
         <translation>Ziel</translation>
     </message>
     <message>
-        <source>The output that is switched, or the number that is called</source>
-        <translation>Der geschaltete Ausgang oder die angerufene Rufnummer</translation>
-    </message>
-    <message>
         <source>Time from one switching to the next, less than a year</source>
         <translation>Zeit von einem Schalten zum nächsten, weniger als ein Jahr</translation>
     </message>
@@ -421,6 +413,14 @@
     <message>
         <source>Two hexadecimal digits; editable in expert mode</source>
         <translation>Zwei hexadezimale Ziffern; im Expertenmodus änderbar</translation>
+    </message>
+    <message>
+        <source>The input or output that is watched; &quot;ungültig&quot;, so called in every language, is none</source>
+        <translation>Der Ein- oder Ausgang, der überwacht wird; „ungültig“ (so in jeder Sprache) ist keiner</translation>
+    </message>
+    <message>
+        <source>The output that is switched, or the number that is called; &quot;ungültig&quot;, so called in every language, is none</source>
+        <translation>Der Ausgang, der geschaltet, oder die Nummer, die angerufen wird; „ungültig“ (so in jeder Sprache) ist nichts davon</translation>
     </message>
 </context>
 <context>
@@ -751,6 +751,10 @@
     <message>
         <source>names of inputs and outputs: %1 is not understood</source>
         <translation>Namen der Ein- und Ausgänge: %1 ist nicht verständlich</translation>
+    </message>
+    <message>
+        <source>there is no folder for it</source>
+        <translation>es gibt keinen Ordner dafür</translation>
     </message>
 </context>
 <context>
@@ -1382,6 +1386,18 @@
     <message>
         <source>%1 has the same MAC address (%2): two modules of one network must not (edited in expert mode)</source>
         <translation>%1 hat dieselbe MAC-Adresse (%2): zwei Module eines Netzes dürfen das nicht (bearbeitet im Expertenmodus)</translation>
+    </message>
+    <message>
+        <source>has a line break; it is to stand on one line</source>
+        <translation>hat einen Zeilenumbruch; der Text muss in einer Zeile stehen</translation>
+    </message>
+    <message>
+        <source>is empty: what the module reports does not tell its station</source>
+        <translation>ist leer: was das Modul meldet, sagt nicht, von welcher Station es kommt</translation>
+    </message>
+    <message>
+        <source>is empty: the module is sent no cycle</source>
+        <translation>ist leer: dem Modul wird kein Zyklus gesendet</translation>
     </message>
 </context>
 <context>
@@ -3277,6 +3293,29 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::DiskWatch</name>
+    <message>
+        <source>%1 was changed by somebody else (%2). Your edits are not in it; when they are saved, what stands there now is kept beside it.</source>
+        <translation>%1 wurde von jemand anderem geändert (%2). Ihre Änderungen stehen nicht darin; wenn Sie sie speichern, wird das, was jetzt dort steht, daneben aufgehoben.</translation>
+    </message>
+    <message>
+        <source>%1 was changed by somebody else (%2).</source>
+        <translation>%1 wurde von jemand anderem geändert (%2).</translation>
+    </message>
+    <message>
+        <source>Load it</source>
+        <translation>Laden</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
+    </message>
+    <message>
+        <source>Go on</source>
+        <translation>Fortfahren</translation>
+    </message>
+</context>
+<context>
     <name>ktr::EntryCommands</name>
     <message>
         <source>What is on the clipboard cannot be read</source>
@@ -3583,24 +3622,32 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Eine neue Station wie die vorige; Strg+Z führt zu dieser zurück. Kennung, PIN und Adresse sind auszufüllen, die MAC-Adresse ist eine neue</translation>
     </message>
     <message>
-        <source>%1 was changed by somebody else (%2). Your edits are not in it; when they are saved, what stands there now is kept beside it.</source>
-        <translation>%1 wurde von jemand anderem geändert (%2). Ihre Änderungen stehen nicht darin; wenn Sie sie speichern, wird das, was jetzt dort steht, daneben aufgehoben.</translation>
+        <source>Edits cannot be kept for the next start. Save them from time to time. %1</source>
+        <translation>Änderungen können nicht für den nächsten Start aufgehoben werden. Speichern Sie sie ab und zu. %1</translation>
     </message>
     <message>
-        <source>%1 was changed by somebody else (%2).</source>
-        <translation>%1 wurde von jemand anderem geändert (%2).</translation>
+        <source>Edits are kept for the next start again</source>
+        <translation>Änderungen werden wieder für den nächsten Start aufgehoben</translation>
     </message>
     <message>
-        <source>Load it</source>
-        <translation>Laden</translation>
+        <source>The file was not read</source>
+        <translation>Die Datei wurde nicht gelesen</translation>
     </message>
     <message>
-        <source>Compare</source>
-        <translation>Vergleichen</translation>
+        <source>Edits are not kept</source>
+        <translation>Änderungen werden nicht aufgehoben</translation>
     </message>
     <message>
-        <source>Go on</source>
-        <translation>Weiter</translation>
+        <source>That file is not there any more.</source>
+        <translation>Diese Datei gibt es nicht mehr.</translation>
+    </message>
+    <message>
+        <source>Since then somebody else has changed that file (%1). Your edits do not have these changes; when they are saved, what stands there now is kept beside it.</source>
+        <translation>Seitdem hat jemand anderer diese Datei geändert (%1). Davon steht nichts in Ihren Änderungen; wenn Sie sie speichern, wird das, was jetzt dort steht, daneben aufgehoben.</translation>
+    </message>
+    <message>
+        <source>What is shown stands in no file. New begins a configuration, Undo goes back.</source>
+        <translation>Was gezeigt wird, steht in keiner Datei. Neu beginnt eine Konfiguration, Rückgängig führt zurück.</translation>
     </message>
 </context>
 <context>
@@ -4812,6 +4859,14 @@ Turm</translation>
         <source>greater than the limit</source>
         <translation>größer als der Grenzwert</translation>
     </message>
+    <message>
+        <source>The count per interval: this input counts pulses</source>
+        <translation>Die Anzahl pro Intervall: dieser Eingang zählt Impulse</translation>
+    </message>
+    <message>
+        <source>The notification waits so long</source>
+        <translation>So lange wartet die Meldung</translation>
+    </message>
 </context>
 <context>
     <name>ktr::LinkDialogs</name>
@@ -4892,6 +4947,10 @@ Turm</translation>
     <message>
         <source>%1 is sent when the module next reads an SMS, in place of %2, which is not sent</source>
         <translation>%1 wird gesendet, sobald das Modul seine SMS liest, anstelle von %2, das nicht gesendet wird</translation>
+    </message>
+    <message>
+        <source>Nothing is sent: %1, which stands on the page Connection, is not connected. Connect to it there, or to what is to be used.</source>
+        <translation>Nichts wird gesendet: %1 steht auf der Seite Verbindung, ist aber nicht verbunden. Verbinden Sie dort damit oder mit dem, was benutzt werden soll.</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,7 @@
 
 #include "look/program_name.h"
 #include "platform/settings_store.h"
+#include "platform/text_rules.h"
 
 #include <QDir>
 #include <QFile>
@@ -63,7 +64,8 @@ FileCommands::FileCommands(QWidget &window, Document &document, EditHistory &his
       m_history(history),
       m_texts(texts),
       m_dialogs(&window, document.environment().programFolder),
-      m_kept(document.environment())
+      m_kept(document.environment()),
+      m_disk(window, document, [this] { return m_dialogs.isBusy(); })
 {
     constexpr std::chrono::seconds keepDelay(3); // so much of what is typed may be lost with the power
     m_keepTimer.setObjectName(QStringLiteral("tmr_keep"));
@@ -76,7 +78,14 @@ FileCommands::FileCommands(QWidget &window, Document &document, EditHistory &his
             m_keepTimer.start();
         }
     });
-    connect(&m_document, &Document::saved, this, [this] { m_kept.drop(); });
+    connect(&m_document, &Document::saved, this, [this] {
+        m_kept.drop();
+        noteUnread({});
+    });
+    connect(&m_kept, &KeptEdits::tried, this, &FileCommands::noteKeeping);
+    connect(this, &FileCommands::replaced, this, [this] { noteUnread({}); });
+    connect(&m_disk, &DiskWatch::loadWanted, this, [this] { load(m_document.fileName()); });
+    connect(&m_disk, &DiskWatch::comparisonWanted, this, &FileCommands::comparisonWanted);
     connect(&m_document, &Document::fileNameChanged, this,
             [this](const QString &fileName) { m_dialogs.setCurrentFile(fileName); });
 }
@@ -128,7 +137,7 @@ void FileCommands::saveBeside(const QString &presentFile)
     }
     if (m_document.fileName().isEmpty()) {
         m_document.setFileName(
-            m_dialogs.askSave(QLatin1String("KTR_") + m_document.configuration().gsm.stationId,
+            m_dialogs.askSave(QLatin1String("KTR_") + pastedLine(m_document.configuration().gsm.stationId),
                               configurationFilter, presentFile));
     }
     if (m_document.fileName().isEmpty()) {
@@ -181,6 +190,7 @@ void FileCommands::load(const QString &fileName)
     m_kept.leave();
     Q_EMIT titleChanged();
     Q_EMIT replaced();
+    noteUnread(report.document.message());
     if (unsaved && report.document) {
         Q_EMIT statusMessage(
             tr("Loaded: %1. What was not saved before comes back with %2.")
@@ -200,6 +210,7 @@ bool FileCommands::loadFirst(const QString &fileName, const QString &asWritten)
         m_document.setFileName(QString());
     }
     reportReading(report, loaded);
+    noteUnread(report.document.message());
     return report.opened;
 }
 
@@ -209,6 +220,7 @@ void FileCommands::readPresent()
     const ReadReport report = m_document.readPresentFile();
     if (!fileName.isEmpty()) {
         reportReading(report, fileName);
+        noteUnread(report.document.message());
     }
 }
 
@@ -252,7 +264,7 @@ void FileCommands::askToSave()
         saveAs();
     }
     if (m_document.isModified()) {
-        const Status kept = m_kept.keep(m_document.configuration(), fileName);
+        const Status kept = m_kept.keep(m_document, fileName);
         QMessageBox box(
             QMessageBox::Warning, caption,
             kept ? tr("The edits are not saved. They are kept in %1, and the next start offers them.")
@@ -268,45 +280,50 @@ void FileCommands::keepLater()
 {
     if (!m_document.isModified()) { // undone, or nothing was edited yet
         m_kept.forget();
-    } else if (!m_kept.beginToKeep(m_document.configuration(), m_document.fileName())) {
+    } else if (!m_kept.beginToKeep(m_document)) {
         m_keepTimer.start();
     }
 }
 
-void FileCommands::lookAtDisk()
+void FileCommands::noteKeeping(const Status &kept)
 {
-    const QString file = m_document.source();
-    const QDateTime changed = QFileInfo(file).lastModified();
-    if (m_dialogs.isBusy() || !m_document.isChangedOnDisk() || m_toldDisk == changed) {
+    const QString failure = kept.message();
+    if (failure == m_keepFailure) {
         return;
     }
-    m_toldDisk = changed;
-    const QString when = m_document.environment().locale.toString(changed, QLocale::ShortFormat);
-    auto *box =
-        new QMessageBox(QMessageBox::Question, QString(programName),
-                        m_document.isModified() ? tr("%1 was changed by somebody else (%2). Your edits are "
-                                                     "not in it; when they are saved, what stands "
-                                                     "there now is kept beside it.")
-                                                      .arg(file, when)
-                                                : tr("%1 was changed by somebody else (%2).").arg(file, when),
-                        QMessageBox::NoButton, &m_window);
-    box->setObjectName(QStringLiteral("box_changedOnDisk"));
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setTextFormat(Qt::PlainText);
-    box->setModal(false);
-    auto *loadIt = box->addButton(tr("Load it"), QMessageBox::AcceptRole);
-    auto *compare = box->addButton(tr("Compare"), QMessageBox::ActionRole);
-    auto *leave = box->addButton(tr("Go on"), QMessageBox::RejectRole);
-    box->setDefaultButton(m_document.isModified() ? compare : loadIt);
-    box->setEscapeButton(leave);
-    connect(box, &QDialog::finished, this, [this, box, loadIt, compare, file] {
-        if (box->clickedButton() == loadIt && m_document.source() == file) {
-            load(m_document.fileName());
-        } else if (box->clickedButton() == compare) {
-            Q_EMIT comparisonWanted();
-        }
-    });
-    box->show();
+    if (m_keepFailure.isEmpty()) {
+        Q_EMIT statusMessage(
+            tr("Edits cannot be kept for the next start. Save them from time to time. %1").arg(failure));
+    } else if (failure.isEmpty()) {
+        Q_EMIT statusMessage(tr("Edits are kept for the next start again"));
+    }
+    m_keepFailure = failure;
+    Q_EMIT noticeChanged();
+}
+
+void FileCommands::noteUnread(const QString &why)
+{
+    if (why != m_unread) {
+        m_unread = why;
+        Q_EMIT noticeChanged();
+    }
+}
+
+FileCommands::Notice FileCommands::notice() const
+{
+    QStringList texts;
+    QStringList details;
+    if (!m_unread.isEmpty()) {
+        texts += tr("The file was not read");
+        details += m_unread;
+        details += tr("What is shown stands in no file. New begins a configuration, Undo goes back.");
+    }
+    if (!m_keepFailure.isEmpty()) {
+        texts += tr("Edits are not kept");
+        details +=
+            tr("Edits cannot be kept for the next start. Save them from time to time. %1").arg(m_keepFailure);
+    }
+    return {texts.join(QLatin1String(" · ")), details.join(u'\n')};
 }
 
 void FileCommands::declineEdits()
@@ -319,8 +336,27 @@ void FileCommands::keepEdits()
 {
     if (m_document.isModified()) {
         // If that fails, the question follows, and another try after it.
-        [[maybe_unused]] const Status kept = m_kept.keep(m_document.configuration(), m_document.fileName());
+        [[maybe_unused]] const Status kept = m_kept.keep(m_document, m_document.fileName());
     }
+}
+
+/// What became of the file after these edits were begun.
+QString FileCommands::sinceThen(const KeptEdits::Copy &copy) const
+{
+    const QFileInfo file(copy.fileName);
+    if (copy.source.path.isEmpty()) {
+        return {};
+    }
+    if (!file.exists()) {
+        return u"\n\n" + tr("That file is not there any more.");
+    }
+    if (!Document::isChangedOnDisk(copy.source)) {
+        return {};
+    }
+    return u"\n\n" +
+           tr("Since then somebody else has changed that file (%1). Your edits do not have these "
+              "changes; when they are saved, what stands there now is kept beside it.")
+               .arg(m_document.environment().locale.toString(file.lastModified(), QLocale::ShortFormat));
 }
 
 void FileCommands::offerKept()
@@ -336,7 +372,8 @@ void FileCommands::offerKept()
         copy.fileName.isEmpty()
             ? tr("Edits of %1 were not saved when the program ended. They were kept.").arg(when)
             : tr("Edits of %1 in %2 were not saved when the program ended. They were kept.")
-                  .arg(when, copy.fileName),
+                      .arg(when, copy.fileName) +
+                  sinceThen(copy),
         QMessageBox::NoButton, &m_window);
     box->setObjectName(QStringLiteral("box_keptEdits"));
     box->setAttribute(Qt::WA_DeleteOnClose);
@@ -360,11 +397,7 @@ void FileCommands::offerKept()
 
 void FileCommands::openUnsaved(const Configuration &configuration, const QString &name)
 {
-    m_history.endGroup();
-    m_history.adjust({}, [&configuration](Configuration &changed) { changed = configuration; });
-    m_history.endGroup();
-    m_document.setFileName(QString());
-    m_document.setModified(true);
+    m_history.replace(configuration, {}, {});
     Q_EMIT titleChanged();
     Q_EMIT replaced();
     Q_EMIT statusMessage(tr("Opened: %1. Saving asks for a file.").arg(name));
@@ -380,11 +413,7 @@ void FileCommands::openKept(const KeptEdits::Copy &copy)
         return;
     }
     configuration.names = copy.names;
-    m_history.endGroup();
-    m_history.adjust({}, [&configuration](Configuration &changed) { changed = configuration; });
-    m_history.endGroup();
-    m_document.setFileName(copy.fileName);
-    m_document.setModified(true);
+    m_history.replace(configuration, copy.fileName, copy.source);
     m_kept.adopt(copy.path);
     Q_EMIT titleChanged();
     Q_EMIT replaced();

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "app/disk_watch.h"
 #include "app/file_dialogs.h"
 #include "app/kept_edits.h"
 #include "app/recent_files.h"
 #include "config/edit_history.h"
 #include "lang/text_table.h"
 
-#include <QDateTime>
 #include <QObject>
 #include <QTimer>
 
@@ -58,7 +58,16 @@ public:
     /// Offers the edits that earlier runs kept, in a box that does not block.
     void offerKept();
     /// Tells, likewise and once, that somebody else has changed the present file.
-    void lookAtDisk();
+    void lookAtDisk() { m_disk.look(); }
+
+    /// What is amiss with the files until it is no longer, in a few words and in all of them; empty for
+    /// nothing.
+    struct Notice
+    {
+        QString text;
+        QString details;
+    };
+    Notice notice() const;
 
     /// The file name of the last start, and of this one for the next.
     static QString lastFileName();
@@ -74,12 +83,16 @@ Q_SIGNALS:
     void recentChanged();
     /// The user wants to see what somebody else has changed.
     void comparisonWanted();
+    void noticeChanged();
 
 private:
     void keepLater();
     void saveBeside(const QString &presentFile);
     void reportReading(const ReadReport &report, const QString &fileName);
     void addRecent();
+    void noteUnread(const QString &why);
+    void noteKeeping(const Status &kept);
+    QString sinceThen(const KeptEdits::Copy &copy) const;
     void openKept(const KeptEdits::Copy &copy);
 
     QWidget &m_window;
@@ -89,9 +102,11 @@ private:
     FileDialogs m_dialogs;
     RecentFiles m_recent;
     KeptEdits m_kept;
-    QTimer m_keepTimer;   ///< runs from an edit until that is kept
-    QDateTime m_toldDisk; ///< the change of the present file that was told
-    QString m_failure;    ///< why the last save failed, empty when it did not
+    DiskWatch m_disk;
+    QTimer m_keepTimer;    ///< runs from an edit until that is kept
+    QString m_unread;      ///< why a file was not read that should have been
+    QString m_keepFailure; ///< why edits cannot be kept, as told
+    QString m_failure;     ///< why the last save failed, empty when it did not
 };
 
 } // namespace ktr

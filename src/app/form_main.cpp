@@ -21,6 +21,7 @@
 #include "look/icons.h"
 #include "look/kept_focus.h"
 #include "look/message_dialog.h"
+#include "look/one_line.h"
 #include "look/outside_texts.h"
 #include "look/program_name.h"
 #include "platform/settings_store.h"
@@ -75,6 +76,7 @@ FormMain::FormMain(const Services &services)
       m_operationalMode(operationalServices(services), m_texts)
 {
     showOutsideTextsPlain(*qApp);
+    keepFieldsOnOneLine(*qApp);
     keepFocusOfDisabledButtons(*qApp);
     setObjectName(QStringLiteral("FormMain"));
     setWindowIcon(icon(IconName::Application));
@@ -299,6 +301,7 @@ void FormMain::showEvent(QShowEvent *event)
         QTimer::singleShot(0, this, &FormMain::buildRemainingPages);
         QTimer::singleShot(0, m_files.get(), &FileCommands::offerKept);
     }
+    m_files->lookAtDisk();
 }
 
 /// One page for each turn of the event loop, so that the window stays responsive.
@@ -356,6 +359,7 @@ void FormMain::connectMenu()
     connect(m_menu->saveFile, &QAction::triggered, files, &FileCommands::save);
     connect(m_menu->saveFileAs, &QAction::triggered, files, &FileCommands::saveAs);
     connect(files, &FileCommands::statusMessage, this, &FormMain::showStatus);
+    connect(files, &FileCommands::noticeChanged, this, &FormMain::showNotice);
     connect(files, &FileCommands::replaced, m_tabs, &PageTabs::enterPage);
     connect(files, &FileCommands::titleChanged, this, &FormMain::updateTitle);
     connect(files, &FileCommands::recentChanged, this, [this] { m_menu->showRecent(m_files->recent()); });
@@ -546,6 +550,7 @@ void FormMain::applyTexts()
     m_changes->applyTexts();
     m_sideWindows.applyTexts();
     m_operationalMode.applyTexts();
+    showNotice();
     findProblemsSoon();
 }
 
@@ -557,6 +562,12 @@ void FormMain::updateTitle()
 void FormMain::showStatus(const QString &line)
 {
     m_status->tell(line);
+}
+
+void FormMain::showNotice()
+{
+    const FileCommands::Notice notice = m_files->notice();
+    m_status->showNotice(notice.text, notice.details);
 }
 
 void FormMain::showMessage(const QString &text)

@@ -103,6 +103,7 @@ private:
     void applyTexts();
     void updateTitle();
     void showStatus(const QString &line);
+    void showNotice();
     void showMessage(const QString &text);
     void askForAddress(bool exclusive);
     void connectEthernet(const QString &address, bool exclusive);

@@ -2,6 +2,7 @@
 
 #include "platform/files.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -33,6 +34,28 @@ QByteArray takeComment(QByteArray &document)
     return QByteArray::fromPercentEncoding(comment);
 }
 
+/// A file as the edits began from it: lengths and digests of it and of the names beside it.
+QByteArray textOf(const Document::Source &source)
+{
+    QByteArrayList words;
+    for (const FileMark &mark : {source.configuration, source.names}) {
+        words << QByteArray::number(mark.size) << mark.content.toHex();
+    }
+    return words.join(',');
+}
+
+Document::Source sourceIn(const QByteArray &text, const QString &path)
+{
+    const QByteArrayList words = text.split(',');
+    constexpr int wordsOfBoth = 4;
+    if (words.size() != wordsOfBoth || path.isEmpty()) {
+        return {};
+    }
+    return {Document::fileCalled(path),
+            {words[0].toLongLong(), QByteArray::fromHex(words[1])},
+            {words[2].toLongLong(), QByteArray::fromHex(words[3])}};
+}
+
 QString lockOf(const QString &copy)
 {
     const QFileInfo file(copy);
@@ -61,9 +84,13 @@ QList<KeptEdits::Copy> KeptEdits::found() const
             QByteArray document;
             if (file != QFileInfo(m_present) && !FileLock::heldBy(lockOf(file.filePath())) &&
                 readFile(file.filePath(), document)) {
-                Copy copy{file.filePath(), QString::fromUtf8(takeComment(document)), {}, file.lastModified()};
+                Copy copy;
+                copy.path = file.filePath();
+                copy.when = file.lastModified();
+                copy.fileName = QString::fromUtf8(takeComment(document));
                 QStringList remarks;
                 copy.names = readChannelNames(takeComment(document), remarks);
+                copy.source = sourceIn(takeComment(document), copy.fileName);
                 copies += copy;
             }
         }
@@ -73,29 +100,37 @@ QList<KeptEdits::Copy> KeptEdits::found() const
 }
 
 /// The names that no configuration's file has, and that of the file, stand behind it.
-QByteArray KeptEdits::copyOf(const Configuration &configuration, const QString &fileName) const
+QByteArray KeptEdits::copyOf(const Document &document, const QString &fileName) const
 {
+    const Configuration &configuration = document.configuration();
+    const bool hasSource =
+        !document.source().isEmpty() && document.source() == Document::fileCalled(fileName);
     return writeConfiguration(configuration, m_environment) +
+           asComment(hasSource ? textOf(document.wholeSource()) : QByteArray()) +
            asComment(writeChannelNames(configuration.names)) + asComment(fileName.toUtf8());
 }
 
-Status KeptEdits::keep(const Configuration &configuration, const QString &fileName)
+Status KeptEdits::keep(const Document &document, const QString &fileName)
 {
     m_thread.wait();
-    return write(copyOf(configuration, fileName));
+    Status written = write(copyOf(document, fileName));
+    Q_EMIT tried(written);
+    return written;
 }
 
-bool KeptEdits::beginToKeep(const Configuration &configuration, const QString &fileName)
+bool KeptEdits::beginToKeep(const Document &document)
 {
     if (m_isBusy) {
         return false;
     }
     m_thread.wait();
     m_isBusy = true;
-    const QByteArray document = copyOf(configuration, fileName);
-    m_thread.start([this, document] {
-        [[maybe_unused]] const Status written = write(document); // the next edit tries again
+    const QByteArray copy = copyOf(document, document.fileName());
+    m_thread.start([this, copy] {
+        const Status written = write(copy); // the next edit tries again
         m_isBusy = false;
+        QMetaObject::invokeMethod(
+            this, [this, written] { Q_EMIT tried(written); }, Qt::QueuedConnection);
     });
     return true;
 }
@@ -105,7 +140,7 @@ Status KeptEdits::write(const QByteArray &document)
     if (!m_present.isEmpty() && replaceFile(m_present, document)) {
         return Status::done();
     }
-    Status written = Status::failed(QString());
+    Status written = Status::failed(QCoreApplication::translate("Files", "there is no folder for it"));
     for (const QString &folder : folders()) {
         QDir().mkpath(folder);
         const QString name =

@@ -6,6 +6,7 @@
 
 #include <QDateTime>
 #include <QList>
+#include <QObject>
 #include <QString>
 
 #include <atomic>
@@ -17,19 +18,21 @@ namespace ktr {
 /// start finds them, whatever ends the program in between. While its run goes on a copy is locked, and nobody
 /// else's.
 ///
-/// A copy is an ordinary configuration file, `unsaved-20261122-103011.xml`, with the name of the edited file
-/// in a comment at its end. Only its owner can read it, because it may hold the SIM's PIN.
-class KeptEdits
+/// A copy is an ordinary configuration file, `unsaved-20261122-103011.xml`, with the name of the edited file,
+/// and what that was, in comments at its end. Only its owner can read it, because it may hold the SIM's PIN.
+class KeptEdits : public QObject
 {
+    Q_OBJECT
+
 public:
     explicit KeptEdits(const Environment &environment);
-    Q_DISABLE_COPY_MOVE(KeptEdits)
 
     struct Copy
     {
         QString path;
         QString fileName; ///< empty when the edits had no file yet
         ChannelNames names;
+        Document::Source source; ///< that file as the edits began from it; none where that is not known
         QDateTime when;
     };
     /// The copies of runs that have ended, the newest first.
@@ -39,9 +42,9 @@ public:
 
     /// Writes this run's copy, replacing its former one: into the user's data folder or, if that is
     /// impossible, the program's.
-    Status keep(const Configuration &configuration, const QString &fileName);
+    Status keep(const Document &document, const QString &fileName);
     /// The same without waiting for the disk; false when it is still busy with the last one.
-    bool beginToKeep(const Configuration &configuration, const QString &fileName);
+    bool beginToKeep(const Document &document);
     /// This run's copy; empty when there is none.
     const QString &present() const;
     /// Makes a copy that was found this run's own.
@@ -53,10 +56,14 @@ public:
     /// The editor holds something else now: the copy stays for the next start.
     void leave();
 
+Q_SIGNALS:
+    /// A copy was written, or why it could not be.
+    void tried(const ktr::Status &written);
+
 private:
     QStringList folders() const;
     Status write(const QByteArray &document);
-    QByteArray copyOf(const Configuration &configuration, const QString &fileName) const;
+    QByteArray copyOf(const Document &document, const QString &fileName) const;
 
     const Environment &m_environment;
     QString m_present; ///< the thread's while it works

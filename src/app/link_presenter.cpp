@@ -14,6 +14,7 @@
 #include "platform/settings_store.h"
 
 #include <QAction>
+#include <QFileInfo>
 #include <QNetworkInterface>
 
 namespace ktr {
@@ -79,6 +80,7 @@ void LinkPresenter::connectLink()
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::withdrawPassed);
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::forgetOtherModule);
     connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::rememberLine);
+    connect(&m_link, &ModuleLink::changed, this, &LinkPresenter::showUsedLine);
     connect(&m_link, &ModuleLink::statusMessage, this, &LinkPresenter::statusMessage);
     connect(&m_link, &ModuleLink::refused, this, [this](const Status &why) {
         Q_EMIT statusMessage(why.message());
@@ -104,6 +106,7 @@ void LinkPresenter::connectLink()
     connect(&m_transmitter, &Transmitter::configured, this, [this](const QString &version) {
         m_versions.takeConfigured(version);
         Q_EMIT messagePassed(versionsTopic);
+        Q_EMIT overwritingPassed(); // what it told of is no more
     });
     connect(&m_transmitter, &Transmitter::stepDone, this, [this](int step) {
         showProgress(step);
@@ -272,7 +275,10 @@ void LinkPresenter::attach(ConnectionPage &page)
     connect(this, &LinkPresenter::statusMessage, &page, &ConnectionPage::addEvent);
     connectTasks(page.tasks());
     findPorts();
-    page.setLast(lastLine(portKey), lastLine(addressKey));
+    const QString port = lastLine(portKey); // an adapter that is not there now is no proposal
+    page.setLast(m_line.ports().contains(port) || QFileInfo::exists(port) ? port : QString(),
+                 lastLine(addressKey));
+    m_asked = askedLine();
     show();
 }
 
@@ -407,6 +413,81 @@ void LinkPresenter::showProgress(int step)
     }
 }
 
+/// Which line the user asked for.
+QString LinkPresenter::askedLine() const
+{
+    const QString name = m_line.kind() == ModuleLine::Kind::Serial ? m_line.wantedPort() : m_line.port();
+    return QString::number(static_cast<int>(m_line.kind())) + name;
+}
+
+/// The page shows what is in use. A port that is proposed stays until a module is heard at another one.
+void LinkPresenter::showUsedLine()
+{
+    if (m_connection == nullptr) {
+        return;
+    }
+    const QString before = std::exchange(m_asked, askedLine());
+    const bool isAskedAnew = m_asked != before; // and no search goes on
+    if (isAskedAnew) {
+        m_connection->forgetTyped();
+    }
+    switch (m_line.kind()) {
+    case ModuleLine::Kind::Offline:
+        break;
+    case ModuleLine::Kind::Serial:
+        if (isAskedAnew) {
+            m_connection->showUsedPort(m_line.wantedPort());
+        } else if (m_link.isConnected() && !m_connection->chosenPort().isEmpty()) {
+            m_connection->showUsedPort(m_line.name());
+        }
+        break;
+    case ModuleLine::Kind::Ethernet:
+    case ModuleLine::Kind::EthernetExclusive:
+        m_connection->showUsedAddress(m_line.port());
+        break;
+    }
+}
+
+/// Nothing is sent over another line than the page Connection shows: what was typed there and not connected
+/// to yet is connected to first. False, and the user is told, when that cannot be.
+bool LinkPresenter::useShown()
+{
+    if (m_connection == nullptr || m_transmitter.isTransmitting() || m_line.port().isEmpty()) {
+        return true;
+    }
+    const bool isSerial = m_line.kind() == ModuleLine::Kind::Serial;
+    const QString port = m_connection->chosenPort();
+    const QString address = m_connection->address();
+    const bool isOtherPort =
+        !isSerial        ? m_connection->isPortTyped() && !port.isEmpty()
+        : port.isEmpty() ? m_connection->isPortTyped() && !m_line.wantedPort().isEmpty()
+                         : port != m_line.name() && (m_connection->isPortTyped() || !m_link.isConnected());
+    const bool isOtherAddress =
+        m_connection->isAddressTyped() && !address.isEmpty() && (isSerial || address != m_line.port());
+    if ((isOtherPort && !isSerial) || (isOtherAddress && isSerial)) {
+        return refuseUnused(isOtherPort ? port : address); // over which of the two, the user must say
+    }
+    if (isOtherPort) {
+        m_link.connectSerial(port);
+    } else if (isOtherAddress) {
+        Q_EMIT ethernetWanted(address, m_line.kind() == ModuleLine::Kind::EthernetExclusive);
+    } else {
+        return true;
+    }
+    const QString wanted = isOtherPort ? port : address;
+    return !m_line.port().isEmpty() && (wanted.isEmpty() || wanted == m_line.name()) ? true
+                                                                                     : refuseUnused(wanted);
+}
+
+bool LinkPresenter::refuseUnused(const QString &name)
+{
+    Q_EMIT messageWanted(tr("Nothing is sent: %1, which stands on the page Connection, is not connected. "
+                            "Connect to it there, or to what is to be used.")
+                             .arg(name),
+                         portTopic);
+    return false;
+}
+
 bool LinkPresenter::hasLine()
 {
     if (m_line.port().isEmpty()) {
@@ -440,7 +521,7 @@ void LinkPresenter::transmitSteps(const StepSet &steps)
 void LinkPresenter::transmitBy(
     const std::function<void(const Configuration &configuration, bool answer)> &start)
 {
-    if (!hasLine()) {
+    if (!useShown() || !hasLine()) {
         return;
     }
     m_gate([this, start] {
@@ -453,6 +534,9 @@ void LinkPresenter::transmitBy(
 /// The image is checked before anything is sent, and nothing is sent before the user agrees.
 void LinkPresenter::sendFirmware()
 {
+    if (!useShown()) {
+        return;
+    }
     if (m_line.port().isEmpty()) {
         Q_EMIT messageWanted(m_texts.text(Text::EstablishConnection), portTopic);
         return;
@@ -482,6 +566,9 @@ void LinkPresenter::sendFirmware()
 
 void LinkPresenter::place(const QString &command)
 {
+    if (!useShown()) {
+        return;
+    }
     const bool mayBePlaced = m_link.state() != ModuleLink::State::Offline && !m_transmitter.isTransmitting();
     if (command == serviceCommands::archive &&
         mayBePlaced) { // otherwise the records would arrive and be lost
@@ -498,6 +585,9 @@ void LinkPresenter::place(const QString &command)
 
 void LinkPresenter::placeClock()
 {
+    if (!useShown()) {
+        return;
+    }
     const QString replaced = m_waiting.text();
     const WaitingCommand::Placing placing = m_waiting.placeClock();
     reportPlacing(placing,

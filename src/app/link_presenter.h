@@ -94,6 +94,8 @@ private:
     void connectMenu();
     void withdrawPassed();
     void forgetOtherModule();
+    QString askedLine() const;
+    void showUsedLine();
     void rememberLine();
     void connectTasks(ServiceTasks &tasks);
     void showState(const std::function<QString()> &line);
@@ -103,6 +105,8 @@ private:
     void tickLine();
     void showProgress(int step);
     void showEnd();
+    bool useShown();
+    bool refuseUnused(const QString &name);
     bool hasLine();
     void transmitBy(const std::function<void(const Configuration &configuration, bool answer)> &start);
     void sendFirmware();
@@ -122,6 +126,7 @@ private:
     InfoPage *m_info = nullptr;
     CalibrationPage *m_calibration = nullptr;
     QString m_lastLine; ///< that was remembered
+    QString m_asked;    ///< which line the user asked for
     QString m_lineName; ///< of the line that was open last
     LinkLog m_log;
     VersionCheck m_versions;

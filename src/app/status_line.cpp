@@ -19,6 +19,7 @@ StatusLine::StatusLine(QWidget *parent)
       m_link(new QLabel(this)),
       m_event(new QLabel(this)),
       m_waiting(new QToolButton(this)),
+      m_notice(new QLabel(this)),
       m_modified(new QLabel(this)),
       m_progress(new QProgressBar(this))
 {
@@ -30,6 +31,8 @@ StatusLine::StatusLine(QWidget *parent)
     m_waiting->setObjectName(QStringLiteral("cmd_waiting"));
     m_waiting->hide();
     connect(m_waiting, &QToolButton::clicked, this, &StatusLine::takeBackWanted);
+    m_notice->setObjectName(QStringLiteral("lbl_notice"));
+    m_notice->hide();
     m_modified->setObjectName(QStringLiteral("lbl_modified"));
     m_modified->hide();
     m_progress->setObjectName(QStringLiteral("ProgressBar1"));
@@ -41,6 +44,7 @@ StatusLine::StatusLine(QWidget *parent)
     addWidget(m_link);
     addWidget(m_event, 1);
     addPermanentWidget(m_waiting);
+    addPermanentWidget(m_notice);
     addPermanentWidget(m_modified);
     addPermanentWidget(m_progress);
     showLink(QString(), false);
@@ -57,7 +61,7 @@ void StatusLine::tell(const QString &line)
 void StatusLine::elide()
 {
     constexpr qsizetype widest = 1000; // characters, more than any screen shows
-    const QString line = firstCharacters(m_lastEvent, widest).simplified();
+    const QString line = asSentences(firstCharacters(m_lastEvent, widest));
     m_event->setText(m_event->fontMetrics().elidedText(line, Qt::ElideRight, m_event->width()));
 }
 
@@ -77,6 +81,13 @@ void StatusLine::showProgress(int done, int of)
     m_progress->setMaximum(of);
     m_progress->setValue(std::min(done, of));
     m_progress->setVisible(done > 0);
+}
+
+void StatusLine::showNotice(const QString &text, const QString &details)
+{
+    m_notice->setText(text);
+    m_notice->setToolTip(details);
+    m_notice->setVisible(!text.isEmpty());
 }
 
 void StatusLine::showWaiting(const QString &command)

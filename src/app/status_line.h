@@ -34,6 +34,10 @@ public:
     /// Shows the command that is waiting for the module; empty for none.
     void showWaiting(const QString &command);
 
+    /// Shows in a few words what is amiss until it is no longer; `details` for who points at it. Empty for
+    /// nothing.
+    void showNotice(const QString &text, const QString &details);
+
 Q_SIGNALS:
     /// The user takes the waiting command back.
     void takeBackWanted();
@@ -54,6 +58,7 @@ private:
     QLabel *m_link;
     QLabel *m_event;
     QToolButton *m_waiting; ///< takes back the command that waits
+    QLabel *m_notice;
     QLabel *m_modified;
     QProgressBar *m_progress;
 };

@@ -6,6 +6,7 @@
 #include "look/list_views.h"
 #include "platform/files.h"
 #include "platform/settings_store.h"
+#include "platform/text_rules.h"
 #include "printout/receipt.h"
 #include "record/record_address.h"
 #include "transmissions/held_configuration.h"
@@ -344,8 +345,8 @@ void TransmissionsWindow::compare()
 void TransmissionsWindow::exportConfiguration()
 {
     const RememberedTransmission exported = *m_chosen; // another may be chosen while the dialog is open
-    const QString path =
-        m_services.askSave(QLatin1String("KTR_") + exported.row.station, QStringLiteral("*.xml|*.xml"));
+    const QString path = m_services.askSave(QLatin1String("KTR_") + pastedLine(exported.row.station),
+                                            QStringLiteral("*.xml|*.xml"));
     if (!path.isEmpty()) {
         const Status written = exportTransmission(exported.row, path);
         tell(written ? tr("Exported: %1").arg(path) : written.message());

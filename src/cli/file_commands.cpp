@@ -6,6 +6,7 @@
 #include "link/neighbour_problems.h"
 #include "link/problems.h"
 #include "platform/serial_device.h"
+#include "platform/text_rules.h"
 
 namespace ktr::cli {
 
@@ -89,7 +90,7 @@ int check(const Arguments &arguments)
         findProblems(document.configuration(), {false, environment.locale, environment.now()});
     findNeighbourProblems(document.configuration(), Neighbours().of(document.fileName()), problems);
     for (const Problem &problem : problems) {
-        print(problem.place + u'\t' + problem.message);
+        print(problem.place + u'\t' + onOneLine(problem.message));
     }
     return problems.isEmpty()
                ? done

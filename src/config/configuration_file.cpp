@@ -3,6 +3,7 @@
 #include "config/fields.h"
 #include "config/xml_document.h"
 #include "platform/files.h"
+#include "platform/text_rules.h"
 
 #include <QCoreApplication>
 
@@ -111,7 +112,7 @@ ReadReport readConfiguration(const QByteArray &document, Configuration &configur
                                      field.whenRead != nullptr ? field.whenRead(text) : text)) {
                 report.remarks +=
                     QCoreApplication::translate("Files", "%1: \"%2\" is of no use here, \"%3\" is kept")
-                        .arg(group.place(field.xmlName, index), text,
+                        .arg(group.place(field.xmlName, index), onOneLine(text),
                              fieldText(field, record, environment.locale));
             }
         }

@@ -8,9 +8,7 @@
 
 namespace ktr {
 
-namespace {
-
-QString fileCalled(const QString &name)
+QString Document::fileCalled(const QString &name)
 {
     if (!name.endsWith(u' ') || QFileInfo::exists(name)) {
         return name;
@@ -18,8 +16,6 @@ QString fileCalled(const QString &name)
     const auto last = std::find_if(name.crbegin(), name.crend(), [](QChar c) { return c != u' '; });
     return name.left(name.crend() - last);
 }
-
-} // namespace
 
 Document::Document(Environment environment, QObject *parent)
     : QObject(parent), m_environment(std::move(environment))
@@ -47,7 +43,7 @@ void Document::adjust(const std::function<void(Configuration &)> &change)
     Q_EMIT changed();
 }
 
-void Document::restore(const Configuration &snapshot, bool modified, const QString &source)
+void Document::restore(const Configuration &snapshot, bool modified, const Source &source)
 {
     m_configuration = snapshot;
     m_source = source;
@@ -57,13 +53,13 @@ void Document::restore(const Configuration &snapshot, bool modified, const QStri
 
 void Document::makeNew()
 {
-    m_source.clear();
+    m_source = {};
     adjust([this](Configuration &configuration) { ktr::makeNew(configuration, m_environment); });
 }
 
 void Document::makeAnother()
 {
-    m_source.clear();
+    m_source = {};
     setFileName(QString());
     edit([this](Configuration &configuration) { ktr::makeAnother(configuration, m_environment); });
 }
@@ -100,54 +96,60 @@ ReadReport Document::load(const QString &fileName)
 
 ReadReport Document::readPresentFile()
 {
-    m_source = fileCalled(m_fileName);
-    m_known = known(m_source); // before it is read: what is changed meanwhile counts as changed afterwards
-    ReadReport report = readConfigurationFile(m_source, m_configuration, m_environment);
+    const QString file = fileCalled(m_fileName);
+    // Before they are read: what is changed meanwhile counts as changed afterwards.
+    m_source = {file, markOf(file), markOf(namesFileOf(file))};
+    ReadReport report = readConfigurationFile(file, m_configuration, m_environment);
     if (!report.document) {
-        m_source.clear();
+        m_source = {};
         setFileName(QString());
     }
-    readNames(report.remarks);
+    m_configuration.names = m_source.path.isEmpty() ? ChannelNames() : readNamesBeside(file, report.remarks);
     setModified(false);
     Q_EMIT changed();
     return report;
 }
 
-void Document::readNames(QStringList &remarks)
+bool Document::isChangedOnDisk(const Source &source)
 {
-    const QString file = fileCalled(m_fileName);
-    m_knownNames = known(namesFileOf(file));
-    m_configuration.names = readNamesBeside(file, remarks);
+    const auto isChanged = [](const QString &path, const FileMark &known) {
+        const FileMark mark = markOf(path);
+        return mark != FileMark() && mark != known;
+    };
+    return !source.path.isEmpty() && (isChanged(source.path, source.configuration) ||
+                                      isChanged(namesFileOf(source.path), source.names));
 }
 
-Document::KnownFile Document::known(const QString &path)
+/// Of what this run has kept a copy already, nothing that it wrote itself since takes one more.
+Status Document::keep(const QString &path, bool isOwn, QString &copy)
 {
-    return {path, markOf(path)};
+    const auto before = m_kept.constFind(path);
+    if (isOwn || !QFileInfo(path).isFile() ||
+        (before != m_kept.cend() && before->written == markOf(path) && QFileInfo(before->copy).isFile())) {
+        return Status::done();
+    }
+    QString name;
+    if (const Status copied = keepBeside(path, name); !copied) {
+        return Status::failed(
+            QCoreApplication::translate("Files", "what stands in %1 cannot be kept as a backup: %2")
+                .arg(path, copied.message()));
+    }
+    m_kept[path] = {name, {}};
+    copy = name;
+    return Status::done();
 }
 
-bool Document::isChangedOnDisk() const
+void Document::noteWritten(const QString &path, const FileMark &mark)
 {
-    return !m_source.isEmpty() && m_source == m_known.path && QFileInfo(m_source).isFile() &&
-           m_known != known(m_source);
+    if (const auto kept = m_kept.find(path); kept != m_kept.end()) {
+        kept->written = mark;
+    }
 }
 
 Status Document::backUp(QString &backup)
 {
     const QString file = fileCalled(m_fileName);
-    const QString name = file + u'~';
-    const bool isOwn = file == m_source && (file != m_known.path || m_known == known(file));
-    const bool isKept = m_backedUp.value(file) == known(file) && QFileInfo(name).isFile();
-    if (isOwn || isKept || !QFileInfo(file).isFile()) {
-        return Status::done();
-    }
-    if (const Status copied = copyFile(file, name); !copied) {
-        return Status::failed(
-            QCoreApplication::translate("Files", "what stands in %1 cannot be kept as a backup: %2")
-                .arg(file, copied.message()));
-    }
-    m_backedUp[file] = known(file);
-    backup = name;
-    return Status::done();
+    return keep(file, file == m_source.path && m_source.configuration == markOf(file), backup);
 }
 
 Status Document::saveNames(const QString &file)
@@ -157,18 +159,19 @@ Status Document::saveNames(const QString &file)
     const ChannelNames &names = m_configuration.names;
     QStringList remarks;
     if (!exists ? names.isEmpty() : readNamesBeside(file, remarks) == names && remarks.isEmpty()) {
-        m_knownNames = known(path);
+        m_source.names = markOf(path);
         return Status::done();
     }
-    if (exists && (m_knownNames != known(path) || !remarks.isEmpty())) {
-        if (Status kept = copyFile(path, path + u'~'); !kept) {
-            return kept;
-        }
+    const bool isOwn = file == m_source.path && m_source.names == markOf(path) && remarks.isEmpty();
+    QString copy;
+    if (Status kept = keep(path, isOwn, copy); !kept) {
+        return kept;
     }
     const QByteArray content = writeChannelNames(names);
     Status written = replaceFile(path, content, Readers::AsUsual);
-    if (written) { // what it is, not what is found: another one may have written meanwhile
-        m_knownNames = {path, markOfContent(content)};
+    if (written) {
+        m_source.names = markOfContent(content);
+        noteWritten(path, m_source.names);
     }
     return written;
 }
@@ -182,11 +185,10 @@ Status Document::save()
     QByteArray content;
     Status written = writeConfigurationFile(file, m_configuration, m_environment, &content);
     if (written) {
-        m_source = file;
-        m_known = {file, markOfContent(content)};
-        if (const auto kept = m_backedUp.find(file); kept != m_backedUp.end()) {
-            *kept = m_known;
-        }
+        // What it is, not what is found there: another one may have written meanwhile.
+        const FileMark mark = markOfContent(content);
+        noteWritten(file, mark);
+        m_source = {file, mark, file == m_source.path ? m_source.names : FileMark()};
         written = saveNames(file);
     }
     if (written) {

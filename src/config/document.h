@@ -6,7 +6,6 @@
 #include "platform/file_mark.h"
 #include "platform/status.h"
 
-#include <QDateTime>
 #include <QHash>
 #include <QObject>
 #include <QString>
@@ -33,11 +32,20 @@ public:
     /// A change that does not count as an edit, such as a holiday removed: mark and stamp stay as they are.
     void adjust(const std::function<void(Configuration &)> &change);
 
-    /// Puts a snapshot in place together with the mark and the source that belonged to it.
-    void restore(const Configuration &snapshot, bool modified, const QString &source = {});
+    /// The file that a configuration was read from or last saved to, and what stood there and in the names
+    /// beside it then. Without a path: none.
+    struct Source
+    {
+        QString path;
+        FileMark configuration;
+        FileMark names;
 
-    /// Takes the names of inputs and outputs from beside the present file.
-    void readNames(QStringList &remarks);
+        bool operator==(const Source &) const = default;
+    };
+
+    /// Puts a snapshot in place together with the mark and the source that belonged to it.
+    void restore(const Configuration &snapshot, bool modified, const Source &source);
+    void restore(const Configuration &snapshot, bool modified) { restore(snapshot, modified, Source()); }
 
     /// The menu command "new": the file name and the mark stay as they are.
     void makeNew();
@@ -48,6 +56,8 @@ public:
     /// Blanks at the end of the name do not count where the file is looked for, unless one is called so:
     /// the command line leaves them there.
     const QString &fileName() const { return m_fileName; }
+    /// The path that a file name stands for.
+    static QString fileCalled(const QString &name);
     void setFileName(const QString &fileName);
 
     bool isModified() const { return m_modified; }
@@ -62,20 +72,23 @@ public:
     ReadReport readPresentFile();
 
     /// The file that the configuration was read from or last saved to; empty for a new one.
-    const QString &source() const { return m_source; }
+    const QString &source() const { return m_source.path; }
+    const Source &wholeSource() const { return m_source; }
 
-    /// Whether somebody else has changed the source since it was read or saved. One that is gone is not.
-    bool isChangedOnDisk() const;
+    /// Whether somebody else has changed the source or the names beside it since they were read or saved.
+    /// What is gone is not changed.
+    bool isChangedOnDisk() const { return isChangedOnDisk(m_source); }
+    static bool isChangedOnDisk(const Source &source);
 
-    /// Before save(): where save() would replace a file that this program has not read, or that somebody else
-    /// has changed since, makes a copy beside it, with "~" behind its name, and returns the copy's name in
-    /// `backup`. What this program wrote there itself since the last such copy does not take its place. After
-    /// a failure that file must not be written over.
+    /// Before save(): where save() would replace a file that this configuration was not read from, or that
+    /// somebody else has changed since, keeps what stands there beside it (see keepBeside()) and returns the
+    /// copy's name in `backup`. What this program wrote there itself since the last such copy is not kept so.
+    /// After a failure that file must not be written over.
     Status backUp(QString &backup);
 
     /// Writes the present file, which must have a name, and the names of inputs and outputs beside it. The
-    /// mark stays set when that fails. What stood in a file of names that this program has not read, or that
-    /// somebody else has changed since, is kept with "~" behind its name.
+    /// mark stays set when that fails. What stood in a file of names that does not belong to this
+    /// configuration, or that somebody else has changed since, is kept in the same way.
     Status save();
 
     /// The stamp that an edit at `now` leaves: date and time, no comma (it travels in a command).
@@ -88,24 +101,21 @@ Q_SIGNALS:
     void saved();
 
 private:
-    /// A file as this program last read or wrote it.
-    struct KnownFile
+    /// A copy that this run has kept, and what it has written over that file since.
+    struct Kept
     {
-        QString path;
-        FileMark mark;
-
-        bool operator==(const KnownFile &) const = default;
+        QString copy;
+        FileMark written;
     };
-    static KnownFile known(const QString &path);
+    Status keep(const QString &path, bool isOwn, QString &copy);
+    void noteWritten(const QString &path, const FileMark &mark);
     Status saveNames(const QString &file);
 
     Environment m_environment;
     Configuration m_configuration;
     QString m_fileName;
-    QString m_source;
-    KnownFile m_known;
-    KnownFile m_knownNames;               ///< the file of names
-    QHash<QString, KnownFile> m_backedUp; ///< the files backed up in this run, as last written then or since
+    Source m_source;
+    QHash<QString, Kept> m_kept; ///< by the path of the file that was replaced
     bool m_modified = false;
 };
 

@@ -11,7 +11,8 @@ EditHistory::EditHistory(Document &document, QObject *parent) : QObject(parent),
 
 EditHistory::State EditHistory::present() const
 {
-    return {m_document.configuration(), m_document.isModified(), m_document.fileName(), m_document.source()};
+    return {m_document.configuration(), m_document.isModified(), m_document.fileName(),
+            m_document.wholeSource()};
 }
 
 void EditHistory::record(State before, const EditPlace &place)
@@ -71,9 +72,19 @@ ReadReport EditHistory::load(const QString &fileName)
     ReadReport report = m_document.load(fileName);
     if (report.opened) {
         record(std::move(before), {});
-        markModified([this](const State &state) { return state.source == m_document.source(); });
+        markModified([this](const State &state) { return state.source.path == m_document.source(); });
     }
     return report;
+}
+
+void EditHistory::replace(const Configuration &configuration, const QString &fileName,
+                          const Document::Source &source)
+{
+    State before = present();
+    m_document.setFileName(fileName);
+    m_document.restore(configuration, true, source);
+    endGroup();
+    record(std::move(before), {});
 }
 
 void EditHistory::move(std::deque<Step> &from, std::deque<Step> &to)
@@ -122,6 +133,13 @@ void EditHistory::clear()
 void EditHistory::noteSaved()
 {
     endGroup();
+    for (std::deque<Step> *steps : {&m_undo, &m_redo}) { // the file is known to all that came from it
+        for (Step &step : *steps) {
+            if (step.state.source.path == m_document.source()) {
+                step.state.source = m_document.wholeSource();
+            }
+        }
+    }
     markModified([this](const State &state) {
         return state.fileName == m_document.fileName() || state.fileName.isEmpty();
     });

@@ -44,6 +44,10 @@ public:
     /// Loads another file, as Document::load(). What was not saved before can be brought back.
     ReadReport load(const QString &fileName);
 
+    /// Puts a configuration in place that is not saved yet, of another file or of none, with what is known of
+    /// that file.
+    void replace(const Configuration &configuration, const QString &fileName, const Document::Source &source);
+
     /// The next change is a step of its own, wherever it is made.
     void endGroup() { m_open = false; }
 
@@ -71,7 +75,7 @@ private:
         Configuration configuration;
         bool modified = false;
         QString fileName;
-        QString source;
+        Document::Source source;
     };
     struct Step
     {

@@ -225,7 +225,7 @@ constexpr std::array infoFields = {
         .whenNew = is(today)},
     Field<FileInfo>{.xmlName = u"Kommentar", .member = &FileInfo::comment, .control = {"txt_info_kommentar"},
         .label = Text::Comment, .meaning = QT_TRANSLATE_NOOP("Fields", "Any text about this configuration"),
-        .whenNew = is(u"")},
+        .whenNew = is(u""), .severalLines = true},
     Field<FileInfo>{.xmlName = u"Logfile", .member = &FileInfo::logFile, .control = {"txt_logfile"},
         .label = Text::LogFile, .meaning = QT_TRANSLATE_NOOP("Fields", "The conversation with the module is appended to this file"),
         .whenNew = is(defaultLogFile), .whenEmpty = keep},
@@ -276,7 +276,7 @@ constexpr std::array limitValueFields = {
         .range = Range::numbers(0).orEmpty(), .unit = Unit::OfChannel,
         .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"IP", .member = &LimitValue::channel, .control = {"Cbo_gw_ip"},
-        .label = Text::Channel, .meaning = QT_TRANSLATE_NOOP("Fields", "The input or output that is watched"),
+        .label = Text::Channel, .meaning = QT_TRANSLATE_NOOP("Fields", "The input or output that is watched; \"ungültig\", so called in every language, is none"),
         .range = Range::choices(0, channelCount),
         .whenNew = is(u"0"), .beforeReading = is(u"0"), .whenEmpty = is(u"0"), .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Vergleich", .member = &LimitValue::comparison, .control = {"Opt_gw_vergleich"},
@@ -374,7 +374,7 @@ constexpr std::array outputValueFields = {
 
 constexpr std::array switchPointFields = {
     Field<SwitchPoint>{.xmlName = u"IP", .member = &SwitchPoint::target, .control = {"Cmb_swtch_ip"},
-        .label = QT_TRANSLATE_NOOP("Fields", "Target"), .meaning = QT_TRANSLATE_NOOP("Fields", "The output that is switched, or the number that is called"),
+        .label = QT_TRANSLATE_NOOP("Fields", "Target"), .meaning = QT_TRANSLATE_NOOP("Fields", "The output that is switched, or the number that is called; \"ungültig\", so called in every language, is none"),
         .range = Range::choices(0, targetCount - 1),
         .whenNew = is(u"0"), .whenEmpty = keep},
     // "new" gives 0, a file without a period 1: both are wanted.
@@ -448,6 +448,13 @@ template <class Record> bool store(const Field<Record> &field, Record &record, c
 }
 
 } // namespace
+
+QString lineBreakFault(const QString &text)
+{
+    return std::ranges::none_of(text, isLineBreak)
+               ? QString()
+               : problemText(QT_TRANSLATE_NOOP("Problems", "has a line break; it is to stand on one line"));
+}
 
 QString blanksFault(const QString &text)
 {

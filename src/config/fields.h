@@ -4,6 +4,7 @@
 #include "config/field_range.h"
 #include "lang/text_table.h"
 #include "platform/environment.h"
+#include "platform/text_rules.h"
 
 #include <QLocale>
 #include <QString>
@@ -63,6 +64,9 @@ using TextCheck = QString (*)(const QString &text);
 /// That of a text that nobody can see.
 QString blanksFault(const QString &text);
 
+/// That of a text which is to stand on one line.
+QString lineBreakFault(const QString &text);
+
 /// The text that a field stores when `text` is given to it.
 using TextRule = QString (*)(const QString &text);
 
@@ -90,6 +94,7 @@ template <class Record> struct Field
     TextRule whenTyped = nullptr;                   ///< runs before it, on what the user types
     bool (*accepts)(const QString &text) = nullptr; ///< the texts of a list's items; null: any text
     TextCheck check = nullptr;                      ///< runs before the range's
+    bool severalLines = false;                      ///< its text may have line breaks
     bool secret = false;                            ///< its text is not to be shown outside its control
     bool (*applies)(int index) = nullptr;           ///< which records of the array have the field; null: all
 
@@ -108,7 +113,8 @@ template <class Record> struct Field
     /// What is wrong with its text, to go on from it in a message; empty when nothing.
     QString fault(const QString &text) const
     {
-        const QString special = check != nullptr ? check(text) : QString();
+        const QString breaks = severalLines ? QString() : lineBreakFault(text);
+        const QString special = breaks.isEmpty() && check != nullptr ? check(text) : breaks;
         return !special.isEmpty() ? special : range ? range->fault(text, unit) : blanksFault(text);
     }
 };
@@ -142,7 +148,8 @@ QString fieldText(const Field<Record> &field, const Record &record, const QLocal
 /// What a field stores of a text that the user types.
 template <class Record> QString typedText(const Field<Record> &field, const QString &text)
 {
-    return field.stored(field.whenTyped != nullptr ? field.whenTyped(text) : text);
+    const QString line = field.severalLines ? text : pastedLine(text);
+    return field.stored(field.whenTyped != nullptr ? field.whenTyped(line) : line);
 }
 
 /// Stores a text in a field after running its rule. Gives false and leaves the field as it was when the

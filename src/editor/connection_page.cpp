@@ -77,6 +77,8 @@ QWidget *ConnectionPage::serialCard()
     ignoreWheelUnlessFocused(m_ports);
     m_ports->setItemDelegate(new PortDelegate(m_ports));
     connect(m_ports, &QComboBox::currentTextChanged, this, &ConnectionPage::showAdapter);
+    connect(m_ports, &QComboBox::activated, this, [this] { m_isPortTyped = true; });
+    connect(m_ports->lineEdit(), &QLineEdit::textEdited, this, [this] { m_isPortTyped = true; });
     m_ports->addItem(QString());
     onTexts([this] {
         const QString chosen = chosenPort();
@@ -118,8 +120,8 @@ QWidget *ConnectionPage::ethernetCard()
     row->addWidget(labelFor(m_address, Text::Ip));
     row->addWidget(m_address, 10);
     const auto add = [&](const char *name, Text kind, bool exclusive) {
-        QPushButton *button = addButton(
-            row, name, [this, exclusive] { Q_EMIT ethernetWanted(m_address->text().trimmed(), exclusive); });
+        QPushButton *button =
+            addButton(row, name, [this, exclusive] { Q_EMIT ethernetWanted(address(), exclusive); });
         onTexts([this, button, kind] { button->setText(text(Text::Ethernet) + u' ' + text(kind)); });
         return button;
     };
@@ -131,6 +133,7 @@ QWidget *ConnectionPage::ethernetCard()
     rows->addLayout(row);
     m_network = note("lbl_connection_network", card);
     connect(m_address, &QLineEdit::textChanged, this, &ConnectionPage::showNetwork);
+    connect(m_address, &QLineEdit::textEdited, this, [this] { m_isAddressTyped = true; });
     onTexts([this] { showNetwork(); });
     rows->addWidget(m_network);
     rows->addStretch();
@@ -178,6 +181,43 @@ QString ConnectionPage::chosenPort() const
     return text == m_ports->itemText(0) ? QString() : text;
 }
 
+QString ConnectionPage::address() const
+{
+    return m_address->text().trimmed();
+}
+
+void ConnectionPage::forgetTyped()
+{
+    m_isPortTyped = false;
+    m_isAddressTyped = false;
+}
+
+void ConnectionPage::showUsedPort(const QString &port)
+{
+    if (m_isPortTyped || port == chosenPort()) {
+        return;
+    }
+    if (port.isEmpty()) {
+        m_ports->setCurrentIndex(0);
+    } else {
+        showPort(port);
+    }
+}
+
+void ConnectionPage::showUsedAddress(const QString &address)
+{
+    if (!m_isAddressTyped && !address.isEmpty() && address != this->address()) {
+        m_address->setText(address);
+        m_address->setModified(true); // the configuration's is proposed no more
+    }
+}
+
+void ConnectionPage::showPort(const QString &port)
+{
+    m_ports->setCurrentIndex(m_ports->findText(port));
+    m_ports->setEditText(port);
+}
+
 void ConnectionPage::setPorts(const QList<Port> &ports)
 {
     const QString chosen = chosenPort();
@@ -200,9 +240,7 @@ void ConnectionPage::setPorts(const QList<Port> &ports)
 void ConnectionPage::setLast(const QString &port, const QString &address)
 {
     if (!port.isEmpty()) {
-        const int index = m_ports->findText(port);
-        m_ports->setCurrentIndex(index);
-        m_ports->setEditText(port);
+        showPort(port);
     }
     m_lastAddress = address;
     if (m_address->text().isEmpty()) {

@@ -33,6 +33,18 @@ public:
     /// What was used last: a port, empty for the search; an address for configurations without one.
     void setLast(const QString &port, const QString &address);
     ServiceTasks &tasks() { return *m_tasks; }
+
+    /// The serial port that is shown; empty: all are searched.
+    QString chosenPort() const;
+    QString address() const;
+    /// Whether the user has typed or chosen them since a line was opened last.
+    bool isPortTyped() const { return m_isPortTyped; }
+    bool isAddressTyped() const { return m_isAddressTyped; }
+    /// A line was opened or closed: what is shown counts as used, unless it is typed anew.
+    void forgetTyped();
+    /// Shows the port in use, empty for a search, or the address, unless another one is being typed.
+    void showUsedPort(const QString &port);
+    void showUsedAddress(const QString &address);
     void setState(const QString &text, bool connected);
     /// A line below the earlier ones, of which the last ones are kept.
     void addEvent(const QString &line);
@@ -48,7 +60,7 @@ private:
     QWidget *ethernetCard();
     QWidget *stateCard();
     QPushButton *addButton(QBoxLayout *row, const char *name, std::function<void()> clicked);
-    QString chosenPort() const;
+    void showPort(const QString &port);
     void showAdapter();
     void showNetwork();
     void showState();
@@ -63,6 +75,8 @@ private:
     Lamp *m_lamp = nullptr;
     QLabel *m_state = nullptr;
     QPlainTextEdit *m_events = nullptr;
+    bool m_isPortTyped = false;
+    bool m_isAddressTyped = false;
     bool m_connected = false;
     QString m_stateText;
 };

@@ -379,6 +379,8 @@ void LimitValuePage::showUnits()
     m_hysteresisUnit->setName(own);
     const bool counts = channelMeasure(configuration(), shown().channel) == Measure::Pulses;
     m_delayMeaning->setText(counts ? countPerInterval : text(Text::DelayOfLimit));
+    m_delayMeaning->setToolTip(counts ? tr("The count per interval: this input counts pulses")
+                                      : tr("The notification waits so long"));
 }
 
 void LimitValuePage::showRecipients()

@@ -126,6 +126,22 @@ private:
         return indexes;
     }
 
+    // The station. A SIM may have no PIN, but no module is without a name.
+
+    void check(const GsmSettings &gsm)
+    {
+        if (isBegun() && gsm.stationId.isEmpty()) {
+            add<GsmSettings>(&GsmSettings::stationId,
+                             problemText(QT_TRANSLATE_NOOP(
+                                 "Problems", "is empty: what the module reports does not tell its station")));
+        }
+        if (isBegun() && gsm.aliveCycle.isEmpty()) {
+            add<GsmSettings>(
+                &GsmSettings::aliveCycle,
+                problemText(QT_TRANSLATE_NOOP("Problems", "is empty: the module is sent no cycle")));
+        }
+    }
+
     // Administrators
 
     void check(const Administrator &administrator)

@@ -155,6 +155,20 @@ QString shortenedLine(const QString &line, qsizetype most)
         .arg(line.first(first), QString::number(last - first), line.sliced(last));
 }
 
+QString asSentences(const QString &lines)
+{
+    QString all;
+    for (const QString &line : lines.split(u'\n', Qt::SkipEmptyParts)) {
+        const QString sentence = line.simplified();
+        if (!all.isEmpty() && !sentence.isEmpty()) {
+            constexpr QStringView ends = u".!?:;,…";
+            all += ends.contains(all.back()) ? QLatin1String(" ") : QLatin1String(". ");
+        }
+        all += sentence;
+    }
+    return all;
+}
+
 QString boundedText(const QString &text, qsizetype mostLines)
 {
     QString bounded;

@@ -21,6 +21,9 @@ QString foldedTip(const QString &text);
 /// longer one the middle is left out, in whose place stands how much that is.
 QString shortenedLine(const QString &line, qsizetype most = 400);
 
+/// Messages, a line each, as they are read on one line: each is a sentence of its own.
+QString asSentences(const QString &lines);
+
 /// A text as a box shows it: shortened lines, and of more than `mostLines` the first ones and how many more
 /// there are.
 QString boundedText(const QString &text, qsizetype mostLines = 100);

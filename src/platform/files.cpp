@@ -1,5 +1,7 @@
 #include "platform/files.h"
 
+#include "platform/file_mark.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
@@ -106,6 +108,16 @@ Status copyFile(const QString &from, const QString &to)
         return fileFailure(from, source.errorString());
     }
     return status ? copy.commit() : status;
+}
+
+Status keepBeside(const QString &path, QString &copy)
+{
+    const FileMark content = markOf(path);
+    copy = path + u'~';
+    for (int number = 2; QFileInfo(copy).isFile() && markOf(copy) != content; ++number) {
+        copy = path + u'~' + QString::number(number);
+    }
+    return QFileInfo(copy).isFile() ? Status::done() : copyFile(path, copy);
 }
 
 Status replaceFile(const QString &path, const QByteArray &content, Readers ofNew)

@@ -84,6 +84,11 @@ private:
 /// Copies a file of any length as replaceFile() writes one.
 Status copyFile(const QString &from, const QString &to);
 
+/// Keeps what stands in a file as a copy beside it, with "~" behind its name. A copy of something else is
+/// left alone: the new one is then called "~2", or the next number that is free. Nothing is copied when one
+/// of them holds the same. Tells which copy does.
+Status keepBeside(const QString &path, QString &copy);
+
 /// Renames files so that others can take their places: "nodes.xml" to "nodes (1).xml" or the next number that
 /// is free for all of them. Those that do not exist are passed over. Tells what the last one is called now.
 Status keepAside(const QStringList &paths, QString *newNameOfLast = nullptr);

@@ -270,12 +270,36 @@ QString textOfFile(const QByteArray &bytes)
     return text.isValidUtf16() ? text : QString::fromUtf8(text.toUtf8());
 }
 
+bool isLineBreak(QChar c)
+{
+    return (c >= u'\n' && c <= u'\r') || c == u'\x85' || c == QChar::LineSeparator ||
+           c == QChar::ParagraphSeparator;
+}
+
+QString pastedLine(const QString &text)
+{
+    const auto breaks = [](QChar c) { return c == u'\t' || isLineBreak(c); };
+    if (std::ranges::none_of(text, breaks)) {
+        return text;
+    }
+    qsizetype end = text.size();
+    while (end > 0 && breaks(text[end - 1])) {
+        --end;
+    }
+    QString line;
+    for (qsizetype at = 0; at < end; ++at) {
+        if (!breaks(text[at])) {
+            line += text[at];
+        } else if (!breaks(text[at + 1])) { // the last one of a run
+            line += u' ';
+        }
+    }
+    return line;
+}
+
 QString onOneLine(const QString &text)
 {
-    const auto breaks = [](QChar c) {
-        return (c >= u'\t' && c <= u'\r') || c == u'\x85' || c == QChar::LineSeparator ||
-               c == QChar::ParagraphSeparator;
-    };
+    const auto breaks = [](QChar c) { return c == u'\t' || isLineBreak(c); };
     const auto isUnseen = [](QChar c) {
         return c.category() == QChar::Other_Control || (c >= u'\u202A' && c <= u'\u202E') ||
                (c >= u'\u2066' && c <= u'\u2069');
@@ -308,7 +332,7 @@ QString quotedInRemark(const QString &text)
 {
     constexpr qsizetype enough = 200;
     const QString shown = text.size() > enough ? firstCharacters(text, enough) + u'…' : text;
-    return u'"' + shown + QLatin1String("\" ");
+    return u'"' + onOneLine(shown) + QLatin1String("\" ");
 }
 
 } // namespace ktr

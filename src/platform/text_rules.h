@@ -64,6 +64,13 @@ QString textOfFile(const QByteArray &bytes);
 /// control characters and those that turn the direction of what follows are left out.
 QString onOneLine(const QString &text);
 
+/// Whether a character begins another line wherever it is shown; a tab does not.
+bool isLineBreak(QChar c);
+
+/// What is typed or pasted into a field of one line, as from a spreadsheet: line breaks and tabs at its end
+/// are dropped, each run of those within it becomes a blank.
+QString pastedLine(const QString &text);
+
 /// At most `limit` code units of a text, and no half of a character at their end.
 QString firstCharacters(const QString &text, qsizetype limit);
 

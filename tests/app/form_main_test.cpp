@@ -90,6 +90,7 @@ private Q_SLOTS:
         m_ports.clear();
         m_network.opened.clear();
         m_dataFolder.clear();
+        m_programFolder.clear();
     }
 
     void cleanup()
@@ -207,6 +208,77 @@ private Q_SLOTS:
         QCOMPARE(SettingsStore().GetSetting(settings, "Startup", "filename", "none"), "");
     }
 
+    void whatIsNoConfigurationIsToldUntilThereIsOne_data()
+    {
+        QTest::addColumn<QString>("way");
+        for (const char *way : {"bare", "-load", "last", "recent", "dropped"}) {
+            QTest::newRow(way) << way;
+        }
+    }
+    void whatIsNoConfigurationIsToldUntilThereIsOne()
+    {
+        QFETCH(QString, way);
+        const QString garbage = path("garbage.xml");
+        if (way == u"recent") {
+            start({fileWith("garbage")});
+            m_window.reset();
+        }
+        QVERIFY(replaceFile(garbage, "no <<< configuration"));
+        if (way == u"last") {
+            SettingsStore().SaveSetting(settings, "Startup", "filename", garbage);
+        }
+        start(way == u"bare"    ? QStringList{garbage}
+              : way == u"-load" ? QStringList{"-load", garbage}
+                                : QStringList());
+        if (way == u"dropped") {
+            drop(garbage);
+        } else if (way == u"recent") {
+            clickMenu("mnu_recent_0");
+        }
+        const auto *notice = control<QLabel>(*m_window, "lbl_notice");
+        QVERIFY(notice->isVisible());
+        QVERIFY2(notice->toolTip().contains("garbage.xml"), qPrintable(notice->toolTip()));
+        QVERIFY2(lastEvent().contains("garbage.xml"), qPrintable(lastEvent()));
+        QVERIFY(m_window->document().fileName().isEmpty() && !m_window->document().isModified());
+        clickMenu("mnu_neu");
+        QVERIFY(!notice->isVisible());
+        QCOMPARE(field("txt_gsm_alive")->text(), "0");
+    }
+
+    void whatIsPastedIntoAFieldStaysOnItsLine()
+    {
+        start({});
+        const auto paste = [](QLineEdit *into, const QString &text) {
+            QGuiApplication::clipboard()->setText(text);
+            into->setFocus();
+            into->selectAll();
+            into->paste(); // as the context menu does
+        };
+        paste(field("txt_gsm_num_0"), "+49171 123\r\n");
+        paste(field("txt_gsm_id"), "Pump\r\nNorth\t");
+        paste(field("txt_gsm_name_0"), "A\n\nB");
+        const Configuration &configuration = m_window->document().configuration();
+        QVERIFY2(!configuration.administrators[0].number.contains(u'\n'),
+                 qPrintable(configuration.administrators[0].number));
+        QCOMPARE(configuration.gsm.stationId, "Pump North");
+        QCOMPARE(field("txt_gsm_id")->text(), "Pump North");
+        QCOMPARE(configuration.administrators[0].name, "A B");
+        m_window->tabs().page(PageIndex::Connection);
+        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::Connection));
+        paste(field("Txt_connection_address"), "10.0.0.7\n");
+        QCOMPARE(field("Txt_connection_address")->text(), "10.0.0.7"); // no field of a configuration
+        auto *port = control<QComboBox>(*m_window, "Cmb_connection_port")->lineEdit();
+        paste(port, "COM\n9\n");
+        QCOMPARE(port->text(), "COM 9");
+        m_window->tabs().page(PageIndex::FileInformation);
+        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::FileInformation));
+        auto *comment = control<QPlainTextEdit>(*m_window, "txt_info_kommentar");
+        QGuiApplication::clipboard()->setText("one\ntwo");
+        comment->setFocus();
+        comment->paste();
+        QCOMPARE(configuration.info.comment, "one\ntwo"); // has several
+    }
+
     void whatIsBrokenAroundItKeepsNothingFromStarting()
     {
         QVERIFY(replaceFile(path("registry.json"), "{ this is garbage"));
@@ -229,6 +301,10 @@ private Q_SLOTS:
             QVERIFY(QDir(m_folder->path()).mkdir(lock));
             start({"-operational"});
             QVERIFY2(lastEvent().contains(path(lock)), lock);
+            m_window->resize(4000, 700);
+            const QString shown = control<QLabel>(*m_window, "lbl_event")->text();
+            QVERIFY2(!shown.contains("for this run Other"),
+                     qPrintable(shown)); // two messages are two sentences
             const auto *seen = operationalMode()->findChild<QLabel *>("lbl_event");
             QTRY_VERIFY2(seen->toolTip().contains(path(lock)), lock);
         }
@@ -418,15 +494,115 @@ private Q_SLOTS:
         QVERIFY(copies().isEmpty());
         {
             KeptEdits ended(environment); // with the power
-            Configuration named = m_window->document().configuration();
-            named.names.channels[0].name = QStringLiteral("Größe --> 1");
-            QVERIFY(ended.keep(named, "a--b.xml"));
+            Document document(environment);
+            document.adjust(
+                [](Configuration &c) { c.names.channels[0].name = QStringLiteral("Größe --> 1"); });
+            QVERIFY(ended.keep(document, "a--b.xml"));
             QVERIFY(KeptEdits(environment).found().isEmpty());
         }
         const QList<KeptEdits::Copy> found = KeptEdits(environment).found();
         QCOMPARE(found.size(), 1);
         QCOMPARE(found.front().fileName, "a--b.xml");
         QCOMPARE(found.front().names.of(1).name, QStringLiteral("Größe --> 1"));
+    }
+
+    void whatBecameOfTheFileOfKeptEditsIsTold_data()
+    {
+        QTest::addColumn<QByteArray>("theirs"); // in the file; "gone" removes it
+        QTest::addColumn<QByteArray>("names");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("nothing") << QByteArray() << QByteArray() << QString();
+        QTest::newRow("changed") << QByteArray("<KTR/>") << QByteArray() << "Since then somebody else";
+        QTest::newRow("names") << QByteArray() << QByteArray("1=theirs;\n") << "Since then somebody else";
+        QTest::newRow("gone") << QByteArray("gone") << QByteArray() << "not there any more";
+    }
+    void whatBecameOfTheFileOfKeptEditsIsTold()
+    {
+        QFETCH(QByteArray, theirs);
+        QFETCH(QByteArray, names);
+        QFETCH(QString, told);
+        const QString file = fileWith("old");
+        start({file});
+        typeOver(field("txt_gsm_id"), "mine");
+        m_window->keepEdits();
+        m_window.reset(); // killed
+        if (theirs == "gone") {
+            QVERIFY(QFile::remove(file));
+        } else if (!theirs.isEmpty()) {
+            QVERIFY(replaceFile(file, theirs));
+        }
+        if (!names.isEmpty()) {
+            QVERIFY(replaceFile(path("old.names"), names));
+        }
+        start({file});
+        auto *box = m_window->findChild<QMessageBox *>("box_keptEdits");
+        QVERIFY(box != nullptr);
+        QCOMPARE(box->text().contains('\n'), !told.isEmpty());
+        QVERIFY2(box->text().contains(told), qPrintable(box->text()));
+        const QList<QAbstractButton *> buttons = box->buttons();
+        (*std::ranges::find(buttons, "Open them", &QAbstractButton::text))->click();
+        QCOMPARE(field("txt_gsm_id")->text(), "mine");
+        clickMenu("mnu_Save"); // over what this run has read, but these edits were not made of
+        QCOMPARE(stationIn(file), "mine");
+        QCOMPARE(contentOf(file + '~'), theirs == "gone" ? QByteArray() : theirs);
+        QCOMPARE(contentOf(path("old.names~")), names);
+    }
+
+    void editsThatCannotBeKeptAreToldUntilTheyCan()
+    {
+        QVERIFY(writeFile(path("no folder"), "x"));
+        m_dataFolder = path("no folder");
+        m_programFolder = m_dataFolder;
+        start({fileWith("old")});
+        const auto *notice = control<QLabel>(*m_window, "lbl_notice");
+        QVERIFY(!notice->isVisible());
+        m_window->findChild<QTimer *>("tmr_keep")->setInterval(0);
+        typeOver(field("txt_gsm_id"), "typed");
+        QTRY_VERIFY(notice->isVisible());
+        QVERIFY2(lastEvent().startsWith("Edits cannot be kept"), qPrintable(lastEvent()));
+        QVERIFY2(notice->toolTip().contains("no folder"), qPrintable(notice->toolTip()));
+        clickMenu("mnu_Save");
+        typeOver(field("txt_gsm_id"), "more");
+        QTest::qWait(0);
+        m_window->keepEdits();
+        QVERIFY(notice->isVisible());
+        QVERIFY2(lastEvent().startsWith("Saved"), qPrintable(lastEvent())); // told once
+        QVERIFY(QFile::remove(path("no folder")));
+        m_window->keepEdits();
+        QVERIFY(!notice->isVisible());
+    }
+
+    void aChangeOnTheDiskIsToldAtOnceUntilTheFileIsOursAgain()
+    {
+        const QString file = fileWith("old");
+        start({file});
+        m_window->findChild<QTimer *>("tmr_disk")->setInterval(0);
+        const auto box = [this] { return m_window->findChild<QMessageBox *>("box_changedOnDisk"); };
+        const auto isTold = [&box] { return box() != nullptr && box()->isVisible(); };
+        QVERIFY(replaceFile(file, "<KTR>one</KTR>")); // another file in its place
+        QTRY_VERIFY(isTold());
+        const QString before = box()->text();
+        typeOver(field("txt_gsm_id"), "mine");
+        QVERIFY(box()->text() != before);
+        clickMenu("mnu_Save");
+        QTRY_VERIFY(box() == nullptr);
+        QVERIFY(writeFile(file, "<KTR>two</KTR>")); // written into it
+        QTRY_VERIFY(isTold());
+        clickMenu("mnu_neu"); // nothing to do with it
+        QTRY_VERIFY(box() == nullptr);
+
+        drop(fileWith("another"));
+        QVERIFY(replaceFile(path("another.names"), "1=theirs;\n"));
+        QTRY_VERIFY(isTold());
+        QVERIFY2(box()->text().startsWith(path("another.names")), qPrintable(box()->text()));
+        QTest::keyClick(box(), Qt::Key_Return); // "Load it"
+        QTRY_COMPARE(m_window->document().configuration().names.of(1).name, "theirs");
+        typeOver(field("txt_gsm_id"), "mine again");
+        clickMenu("mnu_Save"); // ours: nobody is to be told of that
+        QVERIFY(QFile::remove(path("another.names")));
+        QVERIFY(replaceFile(path("unrelated.xml"), "<KTR/>"));
+        QTest::qWait(0);
+        QVERIFY(box() == nullptr);
     }
 
     void aFileThatSomebodyElseChangedIsToldOnce()
@@ -491,17 +667,21 @@ private Q_SLOTS:
         clickMenu("mnu_Save");
         QCOMPARE(stationIn(file), "newer");
         QCOMPARE(stationIn(file + '~'), "old");
-        // Neither are somebody else's changes since then.
-        QVERIFY(replaceFile(file, "<KTR>theirs</KTR>"));
-        clickMenu("mnu_Save");
-        QCOMPARE(stationIn(file), "newer");
-        QByteArray kept;
-        QVERIFY(readFile(file + '~', kept, 1000));
-        QCOMPARE(kept, "<KTR>theirs</KTR>");
+        // Neither are somebody else's changes since then, however often, nor does one copy cost another.
+        for (const char *theirs : {"<KTR>theirs</KTR>", "<KTR>others</KTR>", "<KTR>theirs</KTR>"}) {
+            QVERIFY(replaceFile(file, theirs));
+            clickMenu("mnu_Save");
+            QCOMPARE(stationIn(file), "newer");
+        }
+        QCOMPARE(stationIn(file + '~'), "old");
+        QCOMPARE(contentOf(file + "~2"), "<KTR>theirs</KTR>");
+        QCOMPARE(contentOf(file + "~3"), "<KTR>others</KTR>");
+        QVERIFY(!QFile::exists(file + "~4"));
         // What cannot be kept is not written over.
         QVERIFY(QFile::remove(file + '~') && QDir().mkpath(file + "~/in the way"));
+        QVERIFY(replaceFile(file, "<KTR>more</KTR>"));
         newAndSave("newest");
-        QCOMPARE(stationIn(file), "newer");
+        QCOMPARE(contentOf(file), "<KTR>more</KTR>");
         QVERIFY(m_window->document().isModified());
         QVERIFY(
             m_window->findChild<QLabel *>("lbl_event")->toolTip().startsWith("Saving was not successful"));
@@ -822,6 +1002,8 @@ private Q_SLOTS:
         start({});
         chooseLanguage("optLanguage_1");
         m_window->document().edit([](Configuration &configuration) {
+            configuration.gsm.stationId = "Werk 7";
+            configuration.gsm.aliveCycle = "0";
             LimitValue &value = configuration.limitValues[8];
             value = {5, "x", "1", "0", "0", 3, 0, 0, 0, "30"};
             value.alarm = QStringLiteral("Störung der Pumpe: ") + QString(100, u'n');
@@ -976,6 +1158,47 @@ private Q_SLOTS:
         Q_EMIT m_line->received("at+cmgr=1\r");
         QVERIFY(m_line->sent.contains("\xA7"
                                       "88\r\n"));
+    }
+
+    void nothingIsSentOverAnotherLineThanIsShown()
+    {
+        m_ports = {"COM1", "COM2"};
+        start({"-load", fileWith("Werk 7")});
+        m_window->tabs().page(PageIndex::Connection);
+        m_window->tabs().setCurrentIndex(static_cast<int>(PageIndex::Connection));
+        auto *ports = control<QComboBox>(*m_window, "Cmb_connection_port");
+        const auto *panel = m_window->findChild<QProgressBar *>("ProgressBar1");
+        QVERIFY(panel != nullptr);
+        QCOMPARE(m_line->opened, QStringList("COM1"));
+        typeOver(ports->lineEdit(), "COM2"); // and neither Enter nor Connect
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        QCOMPARE(m_line->opened, QStringList({"COM1", "COM2"}));
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        QTRY_VERIFY(m_line->sent.contains("V,\xA7\r\n"));
+        clickMenu("mnu_verbindung_offline");
+        clickMenu("mnu_verbindung_seriell"); // the search again
+        Q_EMIT m_line->received("at+cpin?\r");
+
+        typeOver(ports->lineEdit(), "COM8"); // there is none
+        m_line->sent.clear();
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        QVERIFY2(shownMessages().join(u' ').contains("COM8"), qPrintable(shownMessages().join(u' ')));
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        QVERIFY(!m_line->sent.contains("V,"));
+
+        // Over the network likewise; over which of both is for the user to say.
+        QTest::mouseClick(control<QPushButton>(*m_window, "cmd_connection_ethernet"), Qt::LeftButton);
+        QVERIFY(m_network.isOpen());
+        auto *address = field("Txt_connection_address");
+        typeOver(address, "127.0.0.9");
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        QCOMPARE(m_network.opened.last(), "127.0.0.9");
+        clickMenu("mnu_verbindung_seriell");
+        typeOver(address, "127.0.0.10");
+        const qsizetype opened = m_network.opened.size();
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        QCOMPARE(m_network.opened.size(), opened);
+        QVERIFY2(shownMessages().join(u' ').contains("127.0.0.10"), qPrintable(shownMessages().join(u' ')));
     }
 
     void transmittingWithoutAConnectionSaysSo()
@@ -1468,7 +1691,10 @@ private Q_SLOTS:
             QVERIFY(!m_line->sent.contains("new"));
         }
         QCOMPARE(field("txt_info_version_ktr")->text(), "ours");
-        QVERIFY(read->isEnabled() && !control<QPushButton>(*box, "cmd_stopTransmission")->isVisible());
+        QVERIFY(read->isEnabled());
+        QTRY_VERIFY(box == nullptr); // the module has ours now
+        Q_EMIT m_line->received("at+cmgs=\"+IP\"\rV,2.1.5,ours,KTR\x1A");
+        QVERIFY(shownMessages().isEmpty());
     }
 
     void aFastExportTakesTheArchiveAndAnAnnouncedImageIsSent()
@@ -1651,7 +1877,7 @@ private:
     void start(const QStringList &arguments)
     {
         Environment environment = fixedEnvironment();
-        environment.programFolder = m_folder->path();
+        environment.programFolder = m_programFolder.isEmpty() ? m_folder->path() : m_programFolder;
         environment.dataFolder = m_dataFolder;
         m_window =
             std::make_unique<FormMain>(Services{environment, m_timers, *m_line, m_network,
@@ -1826,7 +2052,8 @@ private:
     std::unique_ptr<SilentLine> m_line;
     SilentLine m_network;
     QStringList m_ports;
-    QString m_dataFolder; ///< empty: nothing is to be left
+    QString m_dataFolder;    ///< empty: nothing is to be left
+    QString m_programFolder; ///< empty: the test's folder
     QList<QUrl> m_opened;
     test::RecordedLine *m_stationLine = nullptr; ///< of the station that was added last
     std::unique_ptr<FormMain> m_window;

@@ -147,6 +147,9 @@ private Q_SLOTS:
         QTest::newRow("phone number") << u"number 1"_s << u"4.9E+11"_s << u"digits"_s << true;
         QTest::newRow("other maker") << u"MAC"_s << u"00-11-22-01-02-03"_s << u"00-60-A9"_s << false;
         QTest::newRow("five bytes") << u"MAC"_s << u"00-60-A9-01-02"_s << u"six bytes"_s << false;
+        QTest::newRow("line break") << u"Stationskennung"_s << u"Werk\n7"_s << u"line break"_s << true;
+        QTest::newRow("break behind a number")
+            << u"number 1"_s << u"+4917012345678\r\n"_s << u"line break"_s << true;
         QTest::newRow("byte") << u"MAC"_s << u"01-02-0G"_s << u"hexadecimal"_s << true;
         QTest::newRow("date") << u"Feiertage"_s << u"271224, 271301"_s << u"271301"_s << false;
         QTest::newRow("too many dates") << u"Feiertage"_s

@@ -139,6 +139,18 @@ private Q_SLOTS:
             },
             u"txt_gsm_id 0: *only of blanks|txt_gsm_name_0 0: *only of blanks|Txt_gw_meldung 0: *only of blanks"_s);
         row(
+            "no station", [](C &c) { c.gsm.stationId.clear(), c.gsm.pin.clear(); },
+            u"txt_gsm_id 0: *does not tell its station"_s); // a SIM may have no PIN
+        row(
+            "no cycle", [](C &c) { c.gsm.aliveCycle.clear(); }, u"txt_gsm_alive 0: *no cycle"_s);
+        row(
+            "line breaks",
+            [](C &c) {
+                c.gsm.stationId = u"Werk\r\n7"_s, c.administrators[5].number = u"+491711234569\n"_s;
+                c.scaling[0].unit = u"l\ns"_s, c.info.comment = u"may\nhave them"_s;
+            },
+            u"txt_gsm_id 0: \"Werk 7\" *line break|txt_gsm_num_5 5: *line break|Txt_ip_einheit_0 0: \"l s\" *line break"_s);
+        row(
             "one number twice", [](C &c) { c.administrators[1].number = c.administrators[0].number; },
             u"txt_gsm_num_1 1: *administrator 1, too: limit value 1"_s);
         row(
@@ -200,8 +212,7 @@ private Q_SLOTS:
             "letter beyond all", [](C &c) { c.gsm.stationId = u"a𝄞"_s; },
             u"txt_gsm_id 0: *\"𝄞\" at place 2"_s);
         row(
-            "line end", [](C &c) { c.limitValues[0].alarm = u"a\nb"_s; },
-            u"Txt_gw_meldung 0: *control character at place 2"_s);
+            "line end", [](C &c) { c.limitValues[0].alarm = u"a\nb"_s; }, u"Txt_gw_meldung 0: *line break"_s);
         row(
             "tab", [](C &c) { c.limitValues[0].alarm = u"a\tb"_s; },
             u"Txt_gw_meldung 0: *tab at place 2, which no SMS"_s);

@@ -61,6 +61,16 @@ private Q_SLOTS:
                  u"A B liaf C D[2J"_s);
     }
 
+    void whatIsPastedIntoAFieldHasNoLineBreaks()
+    {
+        QCOMPARE(pastedLine(u" Pump 1 "_s), u" Pump 1 "_s);
+        QCOMPARE(pastedLine(u"Pump 1\r\n"_s), u"Pump 1"_s);
+        QCOMPARE(pastedLine(u"Pump\r\n\t1\t\t\n"_s), u"Pump 1"_s);
+        QCOMPARE(pastedLine(u"\nA\u2028B\u0085"_s), u" A B"_s);
+        QCOMPARE(pastedLine(u"\t\n"_s), QString());
+        QCOMPARE(quotedInRemark(u"A\nB"_s), u"\"A B\" "_s);
+    }
+
     void numbersTakeTheLocalesDecimalSeparatorAndNoGrouping()
     {
         QCOMPARE(numberText(2.5, test::german()), "2,5");

@@ -61,7 +61,7 @@ MessageLine::MessageLine(QWidget *parent)
 void MessageLine::tell(const QString &line)
 {
     m_lines.append(QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) +
-                   shortenedLine(onOneLine(line).simplified()));
+                   shortenedLine(onOneLine(asSentences(line))));
     if (m_lines.size() > kept) {
         m_lines.removeFirst();
     }
@@ -73,7 +73,7 @@ void MessageLine::tell(const QString &line)
 void MessageLine::pin(const QString &line)
 {
     tell(line);
-    m_pinned->setText(shortenedLine(onOneLine(line).simplified()));
+    m_pinned->setText(shortenedLine(onOneLine(asSentences(line))));
     m_pinned->show();
 }
 
