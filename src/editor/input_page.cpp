@@ -289,7 +289,8 @@ ChannelLabel *InputPage::addUnit(const QString &name, int channel)
 {
     auto *unit = new ChannelLabel(m_card);
     unit->setObjectName(name);
-    unit->setMaximumWidth(lineWidth);
+    constexpr int ownUnit = 40; // behind what it counts
+    unit->setMaximumWidth(lineWidth + ownUnit);
     m_grid->addWidget(unit, firstRow + channel - 1, ValueUnitColumn);
     return unit;
 }

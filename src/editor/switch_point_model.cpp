@@ -123,9 +123,10 @@ QString SwitchPointModel::target(const SwitchPoint &point, const ChannelNames &n
 QString SwitchPointModel::condition(const SwitchPoint &point, const QString &start,
                                     const TextTable &texts) const
 {
-    const QString type = m_types.value(point.type, QString::number(point.type));
+    // Room is short here: what a type does takes the place of a text that others have, too.
     const QString told = meaning(point.type);
-    QStringList parts{told.isEmpty() ? type : type + QStringLiteral(" (%1)").arg(told)};
+    QStringList parts{told.isEmpty() ? m_types.value(point.type, QString::number(point.type))
+                                     : QString::number(point.type) + u' ' + told};
     if (!point.reactsToLimitValue()) {
         parts += start;
     } else if (LimitValue::isReference(point.limitValue)) {

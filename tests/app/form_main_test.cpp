@@ -1788,6 +1788,27 @@ private Q_SLOTS:
         }
     }
 
+    void namesThatAreSavedReachTheOpenOperationalMode()
+    {
+        QVERIFY(replaceFile(path("nodes.xml"),
+                            "<KTR><item1 hostAddress=\"10.0.0.7\" online=\"0\" key=\"Werk 7\" "
+                            "text=\"Werk 7\" ForeColor=\"-2147483640\"/></KTR>"));
+        start({fileWith("Werk 7")});
+        clickMenu("mnu_betriebsmodus");
+        QWidget *mode = operationalMode();
+        QVERIFY(mode != nullptr && QTest::qWaitForWindowActive(mode));
+        auto *tree = mode->findChild<QAbstractItemView *>("TreeView_KTR_Nodes");
+        tree->setCurrentIndex(tree->model()->index(0, 0));
+        constexpr int values = 3;
+        mode->findChild<QTabWidget *>("TabStrip_pages")->setCurrentIndex(values);
+        const auto *tile = mode->findChild<QWidget *>("Value_ip_9");
+        QVERIFY(tile != nullptr);
+        QVERIFY2(tile->accessibleName().startsWith("Analog In 1:"), qPrintable(tile->accessibleName()));
+        m_window->document().adjust([](Configuration &changed) { changed.names.channels[8].name = "Well"; });
+        QVERIFY(m_window->document().save());
+        QVERIFY2(tile->accessibleName().contains("Well"), qPrintable(tile->accessibleName()));
+    }
+
     void namesOfInputsStandBehindThemAndBesideTheFile()
     {
         const QString file = fileWith("Werk 7");

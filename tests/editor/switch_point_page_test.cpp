@@ -91,7 +91,7 @@ private Q_SLOTS:
         choose(control<QComboBox>(m_page, "Cmb_swtch_typ"), 16);
         choose(control<QComboBox>(m_page, "Cmb_swtch_gw"), 2);
         QCOMPARE(configuration().switchPoints[4].limitValue, 2);
-        QCOMPARE(row(4).at(2), QStringLiteral("16 LV exceeded (below the limit), 3  IP:ungültig"));
+        QCOMPARE(row(4).at(2), QStringLiteral("16 below the limit, 3  IP:ungültig"));
     }
 
     void listsFollowTheConfigurationWithoutAnEdit()
