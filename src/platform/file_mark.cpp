@@ -13,7 +13,7 @@ namespace {
 
 constexpr qint64 longestCompared = qint64{64} << 20;
 constexpr std::chrono::seconds coarsestClock{3}; // some file systems count every other second
-constexpr auto method = QCryptographicHash::Sha256;
+constexpr auto digestMethod = QCryptographicHash::Sha256;
 
 } // namespace
 
@@ -24,7 +24,7 @@ FileMark markOf(const QString &path)
         return {};
     }
     QFile file;
-    QCryptographicHash digest(method);
+    QCryptographicHash digest(digestMethod);
     if (info.size() <= longestCompared && openToRead(file, path) && digest.addData(&file)) {
         return {file.pos(), digest.result()};
     }
@@ -33,7 +33,7 @@ FileMark markOf(const QString &path)
 
 FileMark markOfContent(const QByteArray &content)
 {
-    return {content.size(), QCryptographicHash::hash(content, method)};
+    return {content.size(), QCryptographicHash::hash(content, digestMethod)};
 }
 
 FileStamp::FileStamp(const QFileInfo &file)

@@ -172,6 +172,14 @@ private Q_SLOTS:
         });
     }
 
+    void messagesOnOneLineAreSentencesOfTheirOwn()
+    {
+        QCOMPARE(asSentences("Saved: a.xml"), "Saved: a.xml");
+        QCOMPARE(asSentences("It holds for this run\n Other windows are not noticed: a\n\nEnd."),
+                 "It holds for this run. Other windows are not noticed: a. End.");
+        QCOMPARE(asSentences("First of all:\none, \ntwo!\r\n"), "First of all: one, two!");
+    }
+
     void aLongTipIsFolded()
     {
         QCOMPARE(foldedTip("a\nb c\n"), "a\nb c\n");
