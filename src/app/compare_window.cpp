@@ -591,7 +591,8 @@ void CompareWindow::take(const QList<ComparedField> &fields)
                               : tr("Taken over: %1, %2 in place of %3")
                                     .arg(groupTitle(first), first.label, shownValue(first.mine));
     m_services.history.describe(taken);
-    m_done = taken + QLatin1String(" (") + QKeySequence(QKeySequence::Undo).toString() + u')';
+    m_done = taken + QLatin1String(" (") +
+             QKeySequence(QKeySequence::Undo).toString(QKeySequence::NativeText) + u')';
     refresh();
 }
 

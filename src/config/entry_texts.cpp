@@ -137,7 +137,7 @@ LimitUnits shownUnits(const Configuration &configuration, int channel, const Tex
 
 QString administratorName(const Configuration &configuration, std::size_t index, const TextTable &texts)
 {
-    const QString name = plainAdministratorName(configuration, index, texts);
+    QString name = plainAdministratorName(configuration, index, texts);
     for (std::size_t other = 0; other < configuration.administrators.size(); ++other) {
         const QString others = plainAdministratorName(configuration, other, texts);
         if (other != index && others.simplified().compare(name.simplified(), Qt::CaseInsensitive) == 0) {

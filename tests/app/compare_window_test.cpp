@@ -110,8 +110,11 @@ private Q_SLOTS:
         QCOMPARE(tree()->verticalScrollBar()->value(), scrolled);
         clickButton("Cmd_compare_take"); // the heading goes with its last line
         QCOMPARE(chosen(), "Limit Value – LV 10|Notification");
+        QVERIFY2(state().contains("Taken over: Limit Value – LV 9, Delay in place of 0 (Ctrl+Z)"),
+                 qPrintable(state()));
         QTest::keyClick(m_window.get(), Qt::Key_Z, Qt::ControlModifier);
         QTRY_COMPARE(tree()->topLevelItemCount(), 16);
+        QVERIFY2(!state().contains("Taken over"), qPrintable(state())); // it is no longer so
         QCOMPARE(chosen(), "Limit Value – LV 10|Notification");
         click(tree()->topLevelItem(15)); // both lines of the last one
         clickButton("Cmd_compare_take");

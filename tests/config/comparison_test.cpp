@@ -50,6 +50,23 @@ class ComparisonTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void countersHaveTheUsersUnit()
+    {
+        Configuration mine = fresh();
+        mine.digitalInputs[0].countsPulses = true;
+        mine.limitValues[0].channel = 1;
+        mine.limitValues[0].limit = u"80"_s;
+        Configuration theirs = mine;
+        theirs.limitValues[0].limit = u"90"_s;
+        QVERIFY2(told(compared(mine, theirs)).join(u'\n').contains(u"80 Pulses -> 90 Pulses"),
+                 qPrintable(told(compared(mine, theirs)).join(u'\n')));
+        mine.names.channels[0].unit = theirs.names.channels[0].unit = u"kWh"_s;
+        QVERIFY2(told(compared(mine, theirs)).join(u'\n').contains(u"80 kWh -> 90 kWh"),
+                 qPrintable(told(compared(mine, theirs)).join(u'\n')));
+        mine.digitalInputs[0].countsPulses = theirs.digitalInputs[0].countsPulses = false;
+        QVERIFY(told(compared(mine, theirs)).join(u'\n').contains(u"80 -> 90")); // 0 or 1 has no unit
+    }
+
     void takingEveryRowMakesBothTheSame()
     {
         for (unsigned seed = 0; seed < 100; ++seed) {
