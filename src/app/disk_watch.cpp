@@ -115,6 +115,7 @@ void DiskWatch::show()
     QMessageBox *box = m_box;
     box->setObjectName(QStringLiteral("box_changedOnDisk"));
     box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setAttribute(Qt::WA_ShowWithoutActivating); // what is being typed is no answer to it
     box->setTextFormat(Qt::PlainText);
     box->setModal(false);
     auto *loadIt = box->addButton(tr("Load it"), QMessageBox::AcceptRole);
