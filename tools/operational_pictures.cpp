@@ -232,6 +232,11 @@ bool takePages(Camera &camera, Waterworks &works, int stations)
             return false;
         }
     }
+    works.window().findChild<QAction *>(QStringLiteral("mnu_overview"))->trigger();
+    if (!camera.take(works.window(), works, QStringLiteral("operational-overview-%1").arg(stations))) {
+        return false;
+    }
+    works.window().findChild<QAction *>(QStringLiteral("mnu_ansicht_normal"))->trigger();
     return true;
 }
 

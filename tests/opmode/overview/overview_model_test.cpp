@@ -154,6 +154,43 @@ private Q_SLOTS:
         QCOMPARE(shown(), (QStringList{"Abbey", "Bank"}));
     }
 
+    void whoJoinsSeesTheSame()
+    {
+        add({"A", "B", "C"});
+        for (const char *name : {"A", "B", "C"}) {
+            online(name);
+            say(name, "all well");
+        }
+        say("C", "DI1 fail");
+        say("B", "DI2 fail");
+        QVERIFY(m_mode->acknowledgeAlarms({*m_mode->alarms().waiting().rbegin()}));
+        settle();
+        QVERIFY(m_mode->keepsChanges());
+        OperationalMode joined({fixedEnvironment(), *m_timers,
+                                [] { return std::make_unique<RecordedLine>(); }, [] {},
+                                manualCallbackTimers(*m_timers)},
+                               StationCaptions{});
+        QVERIFY(joined.open(m_folder->filePath("nodes.xml"), OperationalMode::Use::Look));
+        OverviewModel other(joined, *m_timers, english());
+        other.setActive(true);
+        const auto compare = [&] {
+            QCOMPARE(other.rowCount(), m_model->rowCount());
+            for (int row = 0; row < other.rowCount(); ++row) {
+                QCOMPARE(other.glance(row).name, m_model->glance(row).name);
+                QCOMPARE(other.glance(row).urgency, m_model->glance(row).urgency);
+                QCOMPARE(other.glance(row).waiting, m_model->glance(row).waiting);
+            }
+        };
+        compare();
+        QCOMPARE(shown().front(), "C");
+        say("A", "DI3 fail");
+        QVERIFY(m_mode->keepsChanges());
+        settle();
+        QTRY_VERIFY((m_timers->advance(Milliseconds(300)), isWaiting(other.glance(1).urgency)));
+        settle();
+        compare();
+    }
+
     void groupsAreFoundByNameAndKeptWhole()
     {
         const QString list = m_folder->filePath("nodes.xml");

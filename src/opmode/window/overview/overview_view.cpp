@@ -221,6 +221,7 @@ int OverviewView::smallestLevel() const
 void OverviewView::fitTiles()
 {
     const TileLevel level = tiles();
+    m_painter.reset();
     m_columns = columnsAt(level);
     const QSize tile((viewport()->width() - 1) / m_columns,
                      static_cast<int>(std::ceil(level.height * fontMetrics().height())));
@@ -241,7 +242,7 @@ void OverviewView::resizeEvent(QResizeEvent *event)
 void OverviewView::changeEvent(QEvent *event)
 {
     QListView::changeEvent(event);
-    if (event->type() == QEvent::FontChange) {
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::PaletteChange) {
         fitTiles();
     }
 }
@@ -396,7 +397,10 @@ void OverviewView::paintTile(QPainter &painter, const QRect &where, const QModel
                              bool isPointed) const
 {
     const TileLevel level = tiles();
-    const TilePainter tile(level, font(), palette());
+    if (!m_painter) {
+        m_painter.emplace(level, font(), palette());
+    }
+    const TilePainter &tile = *m_painter;
     const StationGlance &glance = m_model.glance(index.row());
     const TilePainter::Place place{QRectF(where), index == currentIndex() && hasFocus() && !m_isOnWall,
                                    isPointed};

@@ -88,6 +88,7 @@ private:
     bool m_isStrip = false; ///< some rows of tiles with name and state
     int m_columns = 1;
     QSize m_tile;
+    mutable std::optional<TilePainter> m_painter; ///< of the present level, font and palette
     QList<int> m_channels;
     QString m_chosen; ///< before the rows came anew
 };

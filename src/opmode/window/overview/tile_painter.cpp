@@ -16,6 +16,23 @@ namespace {
 constexpr double tilePadding = 0.5; // in heights of a line
 constexpr double tileGap = 2;       // between tiles, half of it on each side
 
+QFont boldOf(QFont font)
+{
+    font.setBold(true);
+    return font;
+}
+
+QFont smallOf(QFont font)
+{
+    constexpr double part = 0.85;
+    if (font.pixelSize() > 0) { // of a wall
+        font.setPixelSize(std::max(1, static_cast<int>(font.pixelSize() * part)));
+    } else {
+        font.setPointSizeF(font.pointSizeF() * part);
+    }
+    return font;
+}
+
 QString exclamation(Urgency urgency)
 {
     return urgency == Urgency::HighAlarm     ? QStringLiteral("!!!")
@@ -56,10 +73,15 @@ std::span<const TileLevel> tileLevels()
 }
 
 TilePainter::TilePainter(const TileLevel &level, const QFont &font, const QPalette &palette)
-    : m_level(level), m_font(font), m_bold(font), m_palette(palette), m_line(QFontMetricsF(font).height())
-{
-    m_bold.setBold(true);
-}
+    : m_level(level),
+      m_font(font),
+      m_bold(boldOf(font)),
+      m_small(smallOf(font)),
+      m_boldMetrics(m_bold),
+      m_smallMetrics(m_small),
+      m_palette(palette),
+      m_line(QFontMetricsF(font).height())
+{}
 
 QColor TilePainter::ink(Urgency urgency) const
 {
@@ -130,7 +152,7 @@ double TilePainter::paintMark(QPainter &painter, const QRectF &where, const Stat
     painter.setFont(m_bold);
     painter.setPen(isWaiting(glance.urgency) ? QColor(Qt::white) : alarmText(m_palette));
     painter.drawText(where, Qt::AlignVCenter | Qt::AlignLeft, text);
-    return QFontMetricsF(m_bold).horizontalAdvance(text);
+    return m_boldMetrics.horizontalAdvance(text);
 }
 
 void TilePainter::paintHead(QPainter &painter, QRectF where, const StationGlance &glance) const
@@ -141,7 +163,7 @@ void TilePainter::paintHead(QPainter &painter, QRectF where, const StationGlance
         painter.setFont(m_bold);
         painter.setPen(ink(glance.urgency));
         painter.drawText(where, Qt::AlignRight | Qt::AlignVCenter, count);
-        where.setRight(where.right() - QFontMetricsF(m_bold).horizontalAdvance(count) - m_line / 3);
+        where.setRight(where.right() - m_boldMetrics.horizontalAdvance(count) - m_line / 3);
     }
     painter.setFont(m_bold);
     painter.setPen(ink(glance.urgency));
@@ -196,9 +218,7 @@ void TilePainter::paint(QPainter &painter, const Place &place, const StationGlan
 void TilePainter::paintValue(QPainter &painter, const QRectF &where, const TileTexts::Value &value) const
 {
     const QColor text = painter.pen().color();
-    QFont small = m_font;
-    small.setPointSizeF(m_font.pointSizeF() * 0.85);
-    painter.setFont(small);
+    painter.setFont(m_small);
     const double top = where.top() + std::max(0.0, (where.height() - 2 * m_line) / 2);
     drawText(painter, QRectF(where.left(), top, where.width(), m_line), value.caption);
     QRectF line(where.left(), top + m_line * 0.9, where.width(), m_line);
@@ -211,12 +231,12 @@ void TilePainter::paintValue(QPainter &painter, const QRectF &where, const TileT
     }
     painter.setFont(m_bold);
     const QString number = value.value.isEmpty() ? QStringLiteral("–") : value.value;
-    const double width = std::min(QFontMetricsF(m_bold).horizontalAdvance(number) + 1, line.width());
+    const double width = std::min(m_boldMetrics.horizontalAdvance(number) + 1, line.width());
     drawText(painter, QRectF(line.topLeft(), QSizeF(width, m_line)), number);
     line.setLeft(line.left() + width + m_line / 5);
     if (!value.unit.isEmpty()) {
-        painter.setFont(small);
-        const double unit = std::min(QFontMetricsF(small).horizontalAdvance(value.unit) + 1, line.width());
+        painter.setFont(m_small);
+        const double unit = std::min(m_smallMetrics.horizontalAdvance(value.unit) + 1, line.width());
         drawText(painter, QRectF(line.topLeft(), QSizeF(unit, m_line)), value.unit);
         line.setLeft(line.left() + unit + m_line / 4);
     }
@@ -229,9 +249,7 @@ void TilePainter::paintValue(QPainter &painter, const QRectF &where, const TileT
 
 void TilePainter::paintFoot(QPainter &painter, const QRectF &where, const TileTexts &texts) const
 {
-    QFont small = m_font;
-    small.setPointSizeF(m_font.pointSizeF() * 0.85);
-    painter.setFont(small);
+    painter.setFont(m_small);
     const QColor colour = painter.pen().color();
     double left = where.left();
     if (texts.bars) {

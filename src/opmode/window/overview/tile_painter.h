@@ -3,6 +3,7 @@
 #include "opmode/overview/station_glance.h"
 
 #include <QFont>
+#include <QFontMetricsF>
 #include <QPalette>
 
 #include <optional>
@@ -77,6 +78,9 @@ private:
     TileLevel m_level;
     QFont m_font;
     QFont m_bold;
+    QFont m_small;
+    QFontMetricsF m_boldMetrics;
+    QFontMetricsF m_smallMetrics;
     QPalette m_palette;
     double m_line; ///< its height
 };

@@ -60,6 +60,7 @@ void WallMode::enter()
     m_wasFullScreen = m_window.isFullScreen();
     m_window.showFullScreen();
     m_escape->setEnabled(true);
+    m_awake.emplace();
 }
 
 void WallMode::leave()
@@ -69,6 +70,7 @@ void WallMode::leave()
     }
     m_isOn = false;
     m_escape->setEnabled(false);
+    m_awake.reset();
     m_parts.header.hide();
     for (QWidget *part : std::as_const(m_parts.enlarged)) {
         part->setFont(QFont());

@@ -1,7 +1,11 @@
 #pragma once
 
+#include "platform/display_awake.h"
+
 #include <QFont>
 #include <QObject>
+
+#include <optional>
 
 class QMainWindow;
 class QShortcut;
@@ -43,6 +47,7 @@ private:
     Parts m_parts;
     QShortcut *m_escape;
     bool m_isOn = false;
+    std::optional<DisplayAwake> m_awake;
     bool m_wasMaximized = false;
     bool m_wasFullScreen = false;
     QList<QWidget *> m_wereShown; ///< of the hidden
