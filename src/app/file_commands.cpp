@@ -287,7 +287,7 @@ void FileCommands::keepLater()
 
 void FileCommands::noteKeeping(const Status &kept)
 {
-    const QString failure = kept.message();
+    const QString &failure = kept.message();
     if (failure == m_keepFailure) {
         return;
     }

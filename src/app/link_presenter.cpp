@@ -452,11 +452,15 @@ void LinkPresenter::showUsedLine()
 /// to yet is connected to first. False, and the user is told, when that cannot be.
 bool LinkPresenter::useShown()
 {
-    if (m_connection == nullptr || m_transmitter.isTransmitting() || m_line.port().isEmpty()) {
+    if (m_connection == nullptr || m_transmitter.isTransmitting()) {
         return true;
     }
-    const bool isSerial = m_line.kind() == ModuleLine::Kind::Serial;
     const QString port = m_connection->chosenPort();
+    if (m_line.port().isEmpty() && (port.isEmpty() || !m_connection->isPortTyped())) {
+        return true; // there is none to be wrong
+    }
+    const bool isSerial =
+        m_line.kind() == ModuleLine::Kind::Serial || m_line.kind() == ModuleLine::Kind::Offline;
     const QString address = m_connection->address();
     const bool isOtherPort =
         !isSerial        ? m_connection->isPortTyped() && !port.isEmpty()

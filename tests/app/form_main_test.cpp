@@ -1186,6 +1186,13 @@ private Q_SLOTS:
         Q_EMIT m_line->received("at+cmgr=1\r");
         QVERIFY(!m_line->sent.contains("V,"));
 
+        clickMenu("mnu_verbindung_offline"); // and where none was open
+        typeOver(ports->lineEdit(), "COM2");
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        QCOMPARE(m_line->opened.last(), "COM2");
+        Q_EMIT m_line->received("at+cmgr=1\r");
+        QTRY_VERIFY(m_line->sent.contains("V,"));
+
         // Over the network likewise; over which of both is for the user to say.
         QTest::mouseClick(control<QPushButton>(*m_window, "cmd_connection_ethernet"), Qt::LeftButton);
         QVERIFY(m_network.isOpen());
