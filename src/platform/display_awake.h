@@ -2,15 +2,8 @@
 
 namespace ktr {
 
-/// As long as it is there the display neither goes dark nor shows a screen saver, on systems with a call for
-/// that; elsewhere it does nothing. To be made and destroyed on one thread.
-class DisplayAwake
-{
-public:
-    DisplayAwake();
-    ~DisplayAwake();
-    DisplayAwake(const DisplayAwake &) = delete;
-    DisplayAwake &operator=(const DisplayAwake &) = delete;
-};
+/// From now on the display neither goes dark nor shows a screen saver, or does as the user wants again, on
+/// systems with a call for that; elsewhere it does nothing. To be called on one thread.
+void setDisplayAwake(bool isAwake);
 
 } // namespace ktr

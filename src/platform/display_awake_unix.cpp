@@ -2,8 +2,7 @@
 
 namespace ktr {
 
-// Each desktop has a service of its own for it.
-DisplayAwake::DisplayAwake() = default;
-DisplayAwake::~DisplayAwake() = default;
+/// Each desktop has a service of its own for it.
+void setDisplayAwake(bool) {}
 
 } // namespace ktr

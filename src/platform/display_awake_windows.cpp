@@ -4,14 +4,10 @@
 
 namespace ktr {
 
-DisplayAwake::DisplayAwake()
+void setDisplayAwake(bool isAwake)
 {
-    SetThreadExecutionState(ES_CONTINUOUS | ES_DISPLAY_REQUIRED | ES_SYSTEM_REQUIRED);
-}
-
-DisplayAwake::~DisplayAwake()
-{
-    SetThreadExecutionState(ES_CONTINUOUS);
+    SetThreadExecutionState(isAwake ? ES_CONTINUOUS | ES_DISPLAY_REQUIRED | ES_SYSTEM_REQUIRED
+                                    : ES_CONTINUOUS);
 }
 
 } // namespace ktr

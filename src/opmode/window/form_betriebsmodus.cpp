@@ -237,6 +237,8 @@ void Form_betriebsmodus::connectTree()
             m_tree->setCurrentIndex(m_mode.tree().find(station));
         }
     });
+    connect(&m_overview->view(), &OverviewView::menuWanted, this,
+            [this](const QPoint &place) { showTreeMenu(place, true); });
     connect(m_overview, &OverviewPage::stationWanted, this, [this](const QString &kennung) {
         showView(false);
         m_tree->setCurrentIndex(m_mode.tree().find(kennung));
@@ -827,6 +829,9 @@ void Form_betriebsmodus::offerThinning()
 
 void Form_betriebsmodus::renameStation()
 {
+    if (m_overview->isVisible()) { // names are typed in the tree
+        showView(false);
+    }
     if (m_tree->isVisible()) {
         const QModelIndex station = chosenStation();
         m_tree->setCurrentIndex(station);

@@ -11,8 +11,10 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QContextMenuEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -52,6 +54,14 @@ private Q_SLOTS:
         QTest::keyClick(view(), Qt::Key_End);
         QCOMPARE(view()->chosen(), "Weir");
         QCOMPARE(tree()->currentIndex().data().toString(), "Weir"); // what the menus are about
+        const QRect tile = view()->visualRect(view()->model()->index(0, 0));
+        QTest::mouseClick(view()->viewport(), Qt::LeftButton, {}, tile.center());
+        QContextMenuEvent wanted(QContextMenuEvent::Mouse, tile.center(),
+                                 view()->viewport()->mapToGlobal(tile.center()));
+        QApplication::sendEvent(view()->viewport(), &wanted);
+        const auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
+        QVERIFY(menu != nullptr && menu->actions().contains(action("mnu_station_online", 0)));
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
         QTest::keyClick(view(), Qt::Key_Home);
         QTest::keyClick(view(), Qt::Key_Right);
         QCOMPARE(view()->chosen(), "Pump 2");

@@ -5,7 +5,11 @@
 #include "look/problem_label.h"
 #include "opmode/overview/overview_model.h"
 
+#include <QHBoxLayout>
+#include <QLabel>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
 
 namespace ktr {
 

@@ -8,10 +8,13 @@
 #include "opmode/window/overview/overview_view.h"
 #include "platform/settings_store.h"
 
+#include <QComboBox>
+#include <QHBoxLayout>
 #include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
 #include <QToolButton>
-
-#include <numeric>
+#include <QVBoxLayout>
 
 namespace ktr {
 

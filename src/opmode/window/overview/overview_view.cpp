@@ -11,6 +11,7 @@
 #include "opmode/window/value_text.h"
 #include "opmode/window/view_activity.h"
 
+#include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -281,6 +282,15 @@ void OverviewView::keyPressEvent(QKeyEvent *event)
         event->accept();
     } else {
         QListView::keyPressEvent(event);
+    }
+}
+
+/// On a wall there are no menus.
+void OverviewView::contextMenuEvent(QContextMenuEvent *event)
+{
+    const bool isOnTile = event->reason() != QContextMenuEvent::Mouse || indexAt(event->pos()).isValid();
+    if (currentIndex().isValid() && isOnTile && !m_isOnWall) {
+        Q_EMIT menuWanted(event->globalPos());
     }
 }
 

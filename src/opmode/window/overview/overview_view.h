@@ -56,10 +56,13 @@ Q_SIGNALS:
     /// The user typed what may begin a search.
     void typed(const QString &text);
     void levelChanged();
+    /// A menu about the chosen station is wanted at a place on the screen.
+    void menuWanted(const QPoint &place);
 
 protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     bool viewportEvent(QEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

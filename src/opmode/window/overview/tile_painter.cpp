@@ -66,8 +66,8 @@ void paintTrend(QPainter &painter, const QRectF &where, const QList<QPointF> &tr
 
 std::span<const TileLevel> tileLevels()
 {
-    static constexpr TileLevel levels[] = {{19, 9.4}, {14.5, 7.6}, {11.5, 5.6}, {9.5, 3.7},
-                                           {8, 2.5},  {5.5, 1.6},  {2.2, 2},    {1.5, 1.35},
+    static constexpr TileLevel levels[] = {{19, 9.4}, {15, 7.6},   {13, 5.6},  {12, 3.7},
+                                           {11, 2.5}, {9, 1.6},    {2.2, 2},   {1.5, 1.35},
                                            {1, 0.9},  {0.7, 0.65}, {0.5, 0.45}};
     return levels;
 }
@@ -205,7 +205,8 @@ void TilePainter::paint(QPainter &painter, const Place &place, const StationGlan
     const int lines = m_level.values() / 2;
     for (int at = 0; at < count; ++at) {
         const QSizeF size(rest.width() / 2, rest.height() / lines);
-        const QRectF part(rest.left() + at % 2 * size.width(), rest.top() + at / 2 * size.height(),
+        const int row = at / 2;
+        const QRectF part(rest.left() + at % 2 * size.width(), rest.top() + row * size.height(),
                           size.width() - m_line / 3, size.height());
         painter.setPen(ink(glance.urgency));
         paintValue(painter, part, texts.values[at]);

@@ -2,6 +2,7 @@
 
 #include "opmode/window/overview/overview_page.h"
 #include "opmode/window/overview/wall_header.h"
+#include "platform/display_awake.h"
 
 #include <QApplication>
 #include <QMainWindow>
@@ -18,6 +19,13 @@ WallMode::WallMode(QMainWindow &window, const Parts &parts)
 {
     m_escape->setEnabled(false);
     connect(m_escape, &QShortcut::activated, this, &WallMode::leave);
+}
+
+WallMode::~WallMode()
+{
+    if (m_isOn) {
+        setDisplayAwake(false);
+    }
 }
 
 /// Capitals of a centimetre, as far as the screen tells its size, and not too few of them.
@@ -60,7 +68,7 @@ void WallMode::enter()
     m_wasFullScreen = m_window.isFullScreen();
     m_window.showFullScreen();
     m_escape->setEnabled(true);
-    m_awake.emplace();
+    setDisplayAwake(true);
 }
 
 void WallMode::leave()
@@ -70,7 +78,7 @@ void WallMode::leave()
     }
     m_isOn = false;
     m_escape->setEnabled(false);
-    m_awake.reset();
+    setDisplayAwake(false);
     m_parts.header.hide();
     for (QWidget *part : std::as_const(m_parts.enlarged)) {
         part->setFont(QFont());

@@ -1,11 +1,7 @@
 #pragma once
 
-#include "platform/display_awake.h"
-
 #include <QFont>
 #include <QObject>
-
-#include <optional>
 
 class QMainWindow;
 class QShortcut;
@@ -32,6 +28,7 @@ public:
     };
 
     WallMode(QMainWindow &window, const Parts &parts);
+    ~WallMode() override;
 
     bool isOn() const { return m_isOn; }
     void enter();
@@ -47,7 +44,6 @@ private:
     Parts m_parts;
     QShortcut *m_escape;
     bool m_isOn = false;
-    std::optional<DisplayAwake> m_awake;
     bool m_wasMaximized = false;
     bool m_wasFullScreen = false;
     QList<QWidget *> m_wereShown; ///< of the hidden
