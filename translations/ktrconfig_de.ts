@@ -803,6 +803,14 @@
         <source>is no table of results</source>
         <translation>ist keine Ergebnistabelle</translation>
     </message>
+    <message>
+        <source>the MAC address %2 is that of %1, too</source>
+        <translation>die MAC-Adresse %2 ist auch die von %1</translation>
+    </message>
+    <message>
+        <source>%1 files give their modules the IP address %2: %3</source>
+        <translation>%1 Dateien geben ihren Modulen die IP-Adresse %2: %3</translation>
+    </message>
 </context>
 <context>
     <name>FleetLook</name>
@@ -2088,6 +2096,10 @@
     <message>
         <source>there is no row below a line of titles</source>
         <translation>unter einer Titelzeile steht keine Zeile</translation>
+    </message>
+    <message>
+        <source>line %1 has a quotation mark without its counterpart</source>
+        <translation>In Zeile %1 steht ein Anführungszeichen ohne sein Gegenstück</translation>
     </message>
 </context>
 <context>

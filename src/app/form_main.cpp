@@ -16,7 +16,6 @@
 #include "app/transmission_panel.h"
 #include "config/address.h"
 #include "config/fields.h"
-#include "link/neighbour_problems.h"
 #include "link/problems.h"
 #include "look/icons.h"
 #include "look/kept_focus.h"
@@ -94,7 +93,7 @@ FormMain::FormMain(const Services &services)
     connect(m_linkDialogs.get(), &LinkDialogs::connectionWanted, this,
             [this] { showField({QStringLiteral("Cmb_connection_port")}); });
     m_transmissions = std::make_unique<TransmissionNotes>(
-        m_link, m_document, [this] { return m_linkPresenter->toldVersion(); },
+        m_link, m_document, *m_neighbours, [this] { return m_linkPresenter->toldVersion(); },
         [this] {
             const QString onDuty = m_operationalMode.operatorName();
             return onDuty.isEmpty() ? fullUserName() : onDuty;
@@ -682,9 +681,8 @@ void FormMain::findProblemsSoon()
 void FormMain::findProblemsNow()
 {
     const Environment &environment = m_services.environment;
-    QList<Problem> problems =
-        findProblems(m_document.configuration(), {false, environment.locale, environment.now()});
-    findNeighbourProblems(m_document.configuration(), m_neighbours->found(), problems);
+    const QList<Problem> problems = findProblems(
+        m_document.configuration(), {false, environment.locale, environment.now()}, m_neighbours->found());
     m_tabs->setProblems(problems);
     m_problemPanel->show(problems);
 }

@@ -1,5 +1,6 @@
 #include "app/transmission_notes.h"
 
+#include "app/neighbour_watch.h"
 #include "app/transmissions_window.h"
 #include "config/document.h"
 #include "record/record_address.h"
@@ -9,10 +10,12 @@
 
 namespace ktr {
 
-TransmissionNotes::TransmissionNotes(ModuleLink &link, const Document &document, ToldVersion told,
+TransmissionNotes::TransmissionNotes(ModuleLink &link, const Document &document,
+                                     const NeighbourWatch &neighbours, ToldVersion told,
                                      std::function<QString()> operatorName)
     : m_link(link),
       m_document(document),
+      m_neighbours(neighbours),
       m_told(std::move(told)),
       m_operator(std::move(operatorName)),
       m_memory(transmissionsPlace({}, document.environment())),
@@ -82,8 +85,8 @@ void TransmissionNotes::thinOut()
 void TransmissionNotes::look(std::function<void(const TransmissionLook &)> looked)
 {
     const Environment &environment = m_document.environment();
-    TransmissionLook known =
-        lookAt(m_document.configuration(), {false, environment.locale, environment.now()});
+    TransmissionLook known = lookAt(m_document.configuration(),
+                                    {false, environment.locale, environment.now()}, m_neighbours.found());
     const ModuleLine &line = m_link.line();
     known.line = line.port();
     known.isAddress = line.kind() != ModuleLine::Kind::Serial;

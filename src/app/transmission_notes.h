@@ -14,6 +14,7 @@
 namespace ktr {
 
 class Document;
+class NeighbourWatch;
 
 /// Remembers what the main window transmits. Neither the transmission nor the window waits for that; what
 /// goes wrong is told in the status bar.
@@ -27,8 +28,8 @@ public:
 
     /// All of them must outlive this.
     /// `operatorName` gives who works here.
-    TransmissionNotes(ModuleLink &link, const Document &document, ToldVersion told,
-                      std::function<QString()> operatorName);
+    TransmissionNotes(ModuleLink &link, const Document &document, const NeighbourWatch &neighbours,
+                      ToldVersion told, std::function<QString()> operatorName);
 
     /// The record on a server that the command line names.
     void setRecord(const QString &record);
@@ -58,6 +59,7 @@ private:
 
     ModuleLink &m_link;
     const Document &m_document;
+    const NeighbourWatch &m_neighbours;
     ToldVersion m_told;
     std::function<QString()> m_operator;
     QString m_record;

@@ -1,9 +1,10 @@
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "cli/known_fields.h"
 #include "cli/loading.h"
+#include "config/neighbours.h"
 #include "link/command_sequence.h"
 #include "link/conversation_log.h"
-#include "link/neighbour_problems.h"
 #include "link/problems.h"
 #include "platform/serial_device.h"
 #include "platform/text_rules.h"
@@ -72,11 +73,11 @@ int commands(const Arguments &arguments)
 
 void describeCheck(Arguments &arguments)
 {
-    arguments.setSummary(
-        QStringLiteral("Tells what the file or the module would choke on in the configuration FILE, what has "
-                       "no effect and what a dangerous one, also beside the other configurations of its "
-                       "folder, a line each: the place, a tab, what is wrong there. \"Once\" and holidays "
-                       "are compared with this machine's clock."));
+    arguments.setSummary(QStringLiteral(
+        "Tells what the file or the module would choke on in the configuration FILE, what has "
+        "no effect and what a dangerous one, also beside the other configurations of its "
+        "folder, a line each: the place as on the pages, a tab, what is wrong there. \"Once\" and holidays "
+        "are compared with this machine's clock."));
 }
 
 int check(const Arguments &arguments)
@@ -86,11 +87,11 @@ int check(const Arguments &arguments)
         return failed;
     }
     const Environment &environment = document.environment();
-    QList<Problem> problems =
-        findProblems(document.configuration(), {false, environment.locale, environment.now()});
-    findNeighbourProblems(document.configuration(), Neighbours().of(document.fileName()), problems);
+    const QList<Problem> problems =
+        findProblems(document.configuration(), {false, environment.locale, environment.now()},
+                     Neighbours().of(document.fileName()));
     for (const Problem &problem : problems) {
-        print(problem.place + u'\t' + onOneLine(problem.message));
+        print(fieldNames().onPages(problem.place) + u'\t' + onOneLine(problem.message));
     }
     return problems.isEmpty()
                ? done

@@ -2,6 +2,8 @@
 #include "cli/console.h"
 #include "cli/known_fields.h"
 #include "cli/loading.h"
+#include "config/configuration_file.h"
+#include "config/fields.h"
 #include "link/conversation_log.h"
 #include "platform/files.h"
 #include "platform/table_file.h"
@@ -10,6 +12,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QRegularExpression>
+#include <QSet>
 
 #include <algorithm>
 
@@ -22,6 +25,10 @@ const QString overwriteOption = QStringLiteral("overwrite");
 
 const QString numberPlaceholder = QStringLiteral("n");
 const QString usualPattern = QStringLiteral("KTR_{Stationskennung}");
+// What tells stations apart.
+const QString identifierKey = QStringLiteral("Stationskennung");
+const QString addressKey = QStringLiteral("Ethernet IP");
+const QString macKey = QStringLiteral("Ethernet MAC");
 const QString suffix = QStringLiteral(".xml");
 
 /// A placeholder of a pattern with its braces.
@@ -74,20 +81,21 @@ public:
             return fail(m_folder + QStringLiteral(": the folder cannot be made"));
         }
         int written = 0;
-        for (const Table::Row &row : m_table.rows) {
-            Document document(systemEnvironment());
+        for (const Made &made : m_made) {
+            Document document(m_environment);
             document.restore(m_template, false);
-            document.edit([&](Configuration &configuration) { (void)fill(configuration, row); });
-            document.setFileName(pathOf(row, document.configuration()));
+            document.edit([&made](Configuration &configuration) { configuration = made.configuration; });
+            document.setFileName(made.path);
             if (const Status saved = saveKeeping(document); !saved) {
                 return fail(QStringLiteral("%1; written before: %2 of %3 files")
                                 .arg(saved.message())
                                 .arg(written)
-                                .arg(m_table.rows.size()));
+                                .arg(m_made.size()));
             }
             print(document.fileName());
             ++written;
         }
+        tellOfMacs();
         return done;
     }
 
@@ -96,6 +104,12 @@ private:
     {
         NamedField field;
         QString title;
+    };
+    /// A configuration of the series.
+    struct Made
+    {
+        Configuration configuration;
+        QString path;
     };
     struct Fault
     {
@@ -200,6 +214,12 @@ private:
 
     void checkRows()
     {
+        m_macs.insert(macOf(m_template));
+        for (const Table::Row &row : m_table.rows) {
+            Configuration given = m_template;
+            (void)fill(given, row);
+            m_macs.insert(macOf(given));
+        }
         for (const Table::Row &row : m_table.rows) {
             const auto isFilled = [](const QString &cell) { return !cell.isEmpty(); };
             for (qsizetype at = 0; at < row.cells.size(); ++at) {
@@ -218,18 +238,91 @@ private:
                 }
             }
             checkUnique(row, configuration);
-            checkFile(row, configuration);
+            const QString path = pathOf(row, configuration);
+            if (macOf(configuration) == macOf(m_template) && !givesMac(row)) {
+                giveMac(configuration, path);
+            }
+            m_made += {configuration, pathOf(row, configuration)};
+            checkFile(row, m_made.constLast().path);
+        }
+        tellOfCommon();
+    }
+
+    // MAC addresses
+
+    static QString macOf(const Configuration &configuration)
+    {
+        return fieldValue(configuration, macKey).toUpper();
+    }
+
+    bool givesMac(const Table::Row &row) const
+    {
+        const qsizetype cells = std::min(row.cells.size(), m_columns.size());
+        for (qsizetype at = 0; at < cells; ++at) {
+            if (m_columns[at].field.key.startsWith(macKey) && !row.cells[at].isEmpty()) {
+                return true;
+            }
+        }
+        return false;
+    }
+
+    /// A station whose file is replaced keeps its address; any other gets one by chance, as by the menu's
+    /// command for another station.
+    void giveMac(Configuration &configuration, const QString &path)
+    {
+        Configuration before;
+        const ReadReport report =
+            QFileInfo::exists(path) ? readConfigurationFile(path, before, m_environment) : ReadReport();
+        if (report.document && report.isConfiguration &&
+            before.gsm.stationId == configuration.gsm.stationId && !m_macs.contains(macOf(before))) {
+            (void)setFieldValue(configuration, macKey, macOf(before));
+            ++m_keptMacs;
+        } else {
+            while (m_macs.contains(macOf(configuration))) {
+                makeOtherMac(configuration.ethernet, m_environment);
+            }
+            ++m_newMacs;
+        }
+        m_macs.insert(macOf(configuration));
+    }
+
+    void tellOfMacs() const
+    {
+        if (m_newMacs > 0) {
+            print(QStringLiteral("%1 of %2 files have a new MAC address, since the table gives them none")
+                      .arg(m_newMacs)
+                      .arg(m_made.size()));
+        }
+        if (m_keptMacs > 0) {
+            print(QStringLiteral(
+                      "%1 of %2 files keep the MAC address that the replaced file of their station has")
+                      .arg(m_keptMacs)
+                      .arg(m_made.size()));
         }
     }
 
-    /// What tells stations apart must not be in two rows. Without a column for it all have the template's.
+    /// What tells stations apart and is the template's in several of them.
+    void tellOfCommon() const
+    {
+        for (const QString &key : {identifierKey, addressKey}) {
+            const QString value = fieldValue(m_template, key);
+            const auto count = std::ranges::count_if(
+                m_made, [&](const Made &made) { return fieldValue(made.configuration, key) == value; });
+            if (count > 1 && !value.isEmpty()) {
+                complain(QStringLiteral("%1 files have the template's %2, \"%3\"")
+                             .arg(count)
+                             .arg(fieldNames().find(key).field->path(), logText(value)));
+            }
+        }
+    }
+
+    /// What tells stations apart must not be in two rows.
     void checkUnique(const Table::Row &row, const Configuration &configuration)
     {
-        for (const QString &key : {QStringLiteral("Stationskennung"), QStringLiteral("Ethernet IP"),
-                                   QStringLiteral("Ethernet MAC")}) {
+        for (const QString &key : {identifierKey, addressKey, macKey}) {
             const auto sets = [&key](const Column &column) { return column.field.key.startsWith(key); };
             const auto column = std::ranges::find_if(m_columns, sets);
-            if (column == m_columns.end()) {
+            if (column == m_columns.end() || (key == macKey && !givesMac(row))) {
                 continue;
             }
             const QString value = fieldValue(configuration, key);
@@ -249,9 +342,8 @@ private:
         }
     }
 
-    void checkFile(const Table::Row &row, const Configuration &configuration)
+    void checkFile(const Table::Row &row, const QString &path)
     {
-        const QString path = pathOf(row, configuration);
         const QFileInfo file(path);
         if (file.completeBaseName().isEmpty() || file.fileName().startsWith(u'.')) {
             fault(row, QStringLiteral("\"%1\" is no name for a file").arg(logText(file.fileName())));
@@ -271,11 +363,16 @@ private:
     }
 
     const Arguments &m_arguments;
+    Environment m_environment = systemEnvironment();
     Configuration m_template;
     QString m_folder;
     QString m_pattern;
     Table m_table;
     QList<Column> m_columns;
+    QList<Made> m_made;
+    QSet<QString> m_macs; ///< that no further file is to get by chance
+    int m_newMacs = 0;
+    int m_keptMacs = 0;
     QHash<std::pair<QString, QString>, int>
         m_values; ///< the line in which a key, or a file, has a value first
     int m_faults = 0;
@@ -288,7 +385,8 @@ void describeSeries(Arguments &arguments)
     arguments.setSummary(QStringLiteral(
         "Makes a configuration of each row of TABLE: TEMPLATE with the row's values. The first row names the "
         "fields as \"get\" does, or as identifier, address, subnet, mac, pin, \"number 1\" to \"number 6\", "
-        "\"name 1\" to \"name 6\". An empty cell leaves TEMPLATE's value. When anything is wrong in the "
+        "\"name 1\" to \"name 6\". An empty cell leaves TEMPLATE's value, but for the MAC address: each file "
+        "gets a new one unless the table gives it. When anything is wrong in the "
         "table, "
         "all of that is told and nothing is written."));
     arguments.addOption({toOption, QStringLiteral("The folder of the new files; made where it is missing."),

@@ -6,6 +6,7 @@
 #include "cli/receipts.h"
 #include "cli/shared_record.h"
 #include "cli/transmit_fleet.h"
+#include "config/neighbours.h"
 #include "link/problems.h"
 #include "link/reply_interpreter.h"
 #include "link/service_commands.h"
@@ -210,7 +211,8 @@ int transmit(const Arguments &arguments)
     TransmissionKeeper keeper(memory, document.environment());
     const bool anyway = arguments.isSet(anywayOption);
     TransmissionLook look =
-        lookAt(configuration, {answer, document.environment().locale, document.environment().now()});
+        lookAt(configuration, {answer, document.environment().locale, document.environment().now()},
+               Neighbours().of(document.fileName()));
     look.line = arguments.value(job.isEthernet() ? ethernetOption : serialOption);
     look.isAddress = job.isEthernet();
     look = lookBefore(memory, look);

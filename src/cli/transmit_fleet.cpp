@@ -299,6 +299,9 @@ int transmitToFleet(const Arguments &arguments)
     if (!list.faults.isEmpty()) {
         return fail(QStringLiteral("nothing was sent"));
     }
+    for (const QString &doubt : doubtsAboutEntries(list.entries)) {
+        complain(doubt);
+    }
     return FleetJob(arguments, std::move(list)).run();
 }
 

@@ -302,6 +302,22 @@ FieldNames::Found FieldNames::find(const QString &name) const
     return {nullptr, begin.arg(name, told(fields.isEmpty() ? nearest(wanted) : fields))};
 }
 
+QString FieldNames::onPages(const QString &place) const
+{
+    const auto named = [this](const QString &key) {
+        return std::ranges::find(m_fields, key, &NamedField::key);
+    };
+    if (const auto field = named(place); field != m_fields.end()) {
+        return field->path();
+    }
+    for (int number = 0; number < HolidayList::capacity; ++number) {
+        if (place == HolidayList::elementName(number)) {
+            return named(holidaysKey)->path() + u'/' + QString::number(number + 1);
+        }
+    }
+    return place;
+}
+
 QString FieldNames::told(const QList<int> &fields) const
 {
     constexpr qsizetype most = 6;

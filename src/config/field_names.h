@@ -48,6 +48,9 @@ public:
         QString complaint{};               ///< then, in words for the user, with the nearest names
     };
     Found find(const QString &name) const;
+    /// What a place in the file ("Grenzwert3 Alarm") is on the pages ("Limit Value/LV 4/Notification"), which
+    /// count from 1; a text that is no field's place as it is.
+    QString onPages(const QString &place) const;
 
     const QList<NamedField> &fields() const { return m_fields; }
     /// All names that lead to one field each: those of the pages in all languages, then those of the file.

@@ -570,6 +570,14 @@ void makeAnother(Configuration &configuration, const Environment &environment)
     });
 }
 
+void makeOtherMac(EthernetSettings &ethernet, const Environment &environment)
+{
+    for (const auto byte : {&EthernetSettings::mac3, &EthernetSettings::mac4, &EthernetSettings::mac5}) {
+        const Field<EthernetSettings> &field = fieldOf<EthernetSettings>(byte);
+        applyPreset(field, ethernet, field.inAnother, environment, 0);
+    }
+}
+
 QStringList macBytes(const EthernetSettings &ethernet)
 {
     QStringList bytes;

@@ -213,6 +213,9 @@ void makeNew(Configuration &configuration, const Environment &environment);
 /// the MAC address is another one by chance.
 void makeAnother(Configuration &configuration, const Environment &environment);
 
+/// The same for the MAC address alone.
+void makeOtherMac(EthernetSettings &ethernet, const Environment &environment);
+
 /// The six two-digit bytes of the MAC address, the maker's three first.
 QStringList macBytes(const EthernetSettings &ethernet);
 

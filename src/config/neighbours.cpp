@@ -17,7 +17,8 @@ Neighbour readNeighbour(const QFileInfo &file)
     const EthernetSettings &ethernet = configuration.ethernet;
     const bool isUsable = report.opened && report.document && report.isConfiguration &&
                           !(ethernet.mac3 == u"00" && ethernet.mac4 == u"00" && ethernet.mac5 == u"00");
-    return isUsable ? Neighbour{file.fileName(), configuration.gsm.stationId, macBytes(ethernet)}
+    return isUsable ? Neighbour{file.fileName(), file.canonicalFilePath(), configuration.gsm.stationId,
+                                macBytes(ethernet)}
                     : Neighbour();
 }
 
@@ -28,16 +29,27 @@ QList<Neighbour> Neighbours::of(const QString &fileName, const std::function<boo
     if (fileName.isEmpty()) {
         return {};
     }
-    const QFileInfo own(fileName);
+    return beside(fileName, in(QFileInfo(fileName).absolutePath(), goesOn));
+}
+
+QList<Neighbour> Neighbours::beside(const QString &fileName, QList<Neighbour> all)
+{
+    const QString own = QFileInfo(fileName).canonicalFilePath();
+    all.removeIf([&own](const Neighbour &each) { return each.path == own; });
+    return all;
+}
+
+QList<Neighbour> Neighbours::in(const QString &folder, const std::function<bool()> &goesOn)
+{
     const QFileInfoList files =
-        own.absoluteDir().entryInfoList({QStringLiteral("*.xml")}, QDir::Files, QDir::Name);
+        QDir(folder).entryInfoList({QStringLiteral("*.xml")}, QDir::Files, QDir::Name);
     QHash<QString, Known> known;
     QList<Neighbour> neighbours;
     for (const QFileInfo &file : files.mid(0, mostFiles)) {
         if (!goesOn()) {
             break;
         }
-        if (file == own || file.size() > longestFile) {
+        if (file.size() > longestFile) {
             continue;
         }
         Known each = m_known.value(file.filePath());

@@ -16,6 +16,7 @@ namespace ktr {
 struct Neighbour
 {
     QString fileName; ///< without the folder
+    QString path;     ///< without symbolic links
     QString stationId;
     QStringList mac; ///< six bytes, two hexadecimal digits each
     bool operator==(const Neighbour &) const = default;
@@ -33,6 +34,10 @@ public:
     /// cannot be read is none. Once `goesOn` gives false it ends.
     QList<Neighbour> of(
         const QString &fileName, const std::function<bool()> &goesOn = [] { return true; });
+    /// All of a folder, for who looks at several of its files: beside() gives what of() gives of each.
+    QList<Neighbour> in(
+        const QString &folder, const std::function<bool()> &goesOn = [] { return true; });
+    static QList<Neighbour> beside(const QString &fileName, QList<Neighbour> all);
 
 private:
     struct Known

@@ -2,6 +2,7 @@
 
 #include "config/channels.h"
 #include "platform/csv.h"
+#include "platform/table_file.h"
 #include "platform/text_rules.h"
 
 #include <QCoreApplication>
@@ -102,10 +103,14 @@ public:
     Status read(const QString &text)
     {
         m_series = {};
-        readCsv(text, csvSeparator(text), [this](const QStringList &cells, int line) {
-            take(cells, line);
-            return true;
-        });
+        const std::optional<int> unbalanced =
+            readCsv(text, csvSeparator(text), [this](const QStringList &cells, int line) {
+                take(cells, line);
+                return true;
+            });
+        if (unbalanced) { // lines may have become one
+            return Status::failed(unbalancedQuote(*unbalanced));
+        }
         if (m_bad > mostRemarks) {
             m_series.remarks += told(QT_TRANSLATE_NOOP("Foretelling", "%1 more lines cannot be used"))
                                     .arg(m_bad - mostRemarks);

@@ -2,6 +2,7 @@
 
 #include "config/fields.h"
 #include "link/effect_problems.h"
+#include "link/neighbour_problems.h"
 #include "platform/text_rules.h"
 
 #include <QDate>
@@ -138,13 +139,15 @@ QString commandFault(const QString &command)
     return length.isEmpty() ? letterFault(command) : length;
 }
 
-QList<Problem> findProblems(const Configuration &configuration, const CommandContext &context)
+QList<Problem> findProblems(const Configuration &configuration, const CommandContext &context,
+                            const QList<Neighbour> &neighbours)
 {
     QList<Problem> problems;
     checkFields(configuration, context.locale, problems);
     findEffectProblems(configuration, context.now, problems);
     checkHolidays(configuration.holidays, problems);
     checkCommands(configuration, context, problems);
+    findNeighbourProblems(configuration, neighbours, problems);
     return problems;
 }
 

@@ -59,6 +59,16 @@ std::pair<QString, qsizetype> quoted(QStringView text, qsizetype at)
     return {{}, -1};
 }
 
+/// Whether nothing but blanks follows in the cell.
+bool isEndOfCell(QStringView text, qsizetype at, QChar separator)
+{
+    while (at < text.size() && text[at].isSpace() && text[at] != separator && text[at] != u'\n' &&
+           text[at] != u'\r') {
+        ++at;
+    }
+    return at >= text.size() || text[at] == separator || text[at] == u'\n' || text[at] == u'\r';
+}
+
 } // namespace
 
 QString csvCell(const QString &text)
@@ -80,9 +90,11 @@ QString csvValue(const QString &text)
     return toNumber(text) ? text : csvCell(text);
 }
 
-void readCsv(QStringView text, QChar separator,
-             const std::function<bool(const QStringList &cells, int line)> &take)
+std::optional<int> readCsv(QStringView text, QChar separator,
+                           const std::function<bool(const QStringList &cells, int line)> &take)
 {
+    std::optional<int> unbalanced;
+    const auto note = [&unbalanced](int line) { unbalanced = unbalanced.value_or(line); };
     const auto isPart = [](QChar c) { return c != u'\n' && c != u'\r'; };
     bool anyClosed = true; // without a closing mark ahead, none is looked for again
     int line = 1;
@@ -98,11 +110,17 @@ void readCsv(QStringView text, QChar separator,
             if (anyClosed && at < text.size() && text[at] == u'"') {
                 const auto [content, end] = quoted(text, at);
                 anyClosed = end >= 0;
-                if (anyClosed) {
+                const int begin = line;
+                if (!anyClosed) {
+                    note(begin);
+                } else {
                     const QStringView lines = text.sliced(at, end - at);
                     line += static_cast<int>(std::max(lines.count(u'\n'), lines.count(u'\r')));
                     cell = content;
                     at = end;
+                    if (!isEndOfCell(text, at, separator)) {
+                        note(begin);
+                    }
                 }
             }
             const qsizetype from = at;
@@ -118,9 +136,10 @@ void readCsv(QStringView text, QChar separator,
         at = behindEndOfLine(text, at);
         ++line;
         if (!isBlank && !take(cells, first)) {
-            return;
+            break;
         }
     }
+    return unbalanced;
 }
 
 QChar csvSeparator(QStringView text)

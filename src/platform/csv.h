@@ -6,6 +6,7 @@
 #include <QStringList>
 
 #include <functional>
+#include <optional>
 
 namespace ktr {
 
@@ -24,9 +25,11 @@ QString csvValue(const QString &text);
 
 /// Hands over the cells of each line that is not blank, without blanks around them, and the number of the
 /// line it begins at, counted from 1, until the call gives false. A quoted cell may hold separators, doubled
-/// quotation marks and line ends; one that is never closed ends with its line.
-void readCsv(QStringView text, QChar separator,
-             const std::function<bool(const QStringList &cells, int line)> &take);
+/// quotation marks and line ends; one that is never closed ends with its line. Gives the line of the first
+/// quotation mark that is never closed, or behind whose counterpart the cell goes on: what stands there may
+/// not be what was meant.
+std::optional<int> readCsv(QStringView text, QChar separator,
+                           const std::function<bool(const QStringList &cells, int line)> &take);
 
 /// The one of tab, ";" and "," that stands in most of the first lines; of several the first.
 QChar csvSeparator(QStringView text);

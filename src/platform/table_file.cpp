@@ -26,22 +26,32 @@ Status readTable(const QString &path, Table &table)
     if (Status read = readTableText(path, text); !read) {
         return read;
     }
-    readCsv(text, csvSeparator(text), [&table](const QStringList &read, int line) {
-        QStringList cells;
-        for (const QString &cell : read) {
-            cells += withoutGuard(cell);
-        }
-        if (table.titles.isEmpty()) {
-            table.titles = cells;
-        } else {
-            table.rows += {line, cells};
-        }
-        return true;
-    });
+    const std::optional<int> unbalanced =
+        readCsv(text, csvSeparator(text), [&table](const QStringList &read, int line) {
+            QStringList cells;
+            for (const QString &cell : read) {
+                cells += withoutGuard(cell);
+            }
+            if (table.titles.isEmpty()) {
+                table.titles = cells;
+            } else {
+                table.rows += {line, cells};
+            }
+            return true;
+        });
+    if (unbalanced) {
+        return fileFailure(path, unbalancedQuote(*unbalanced));
+    }
     return table.rows.isEmpty()
                ? fileFailure(
                      path, QCoreApplication::translate("TableFile", "there is no row below a line of titles"))
                : Status::done();
+}
+
+QString unbalancedQuote(int line)
+{
+    return QCoreApplication::translate("TableFile", "line %1 has a quotation mark without its counterpart")
+        .arg(line);
 }
 
 Status readTableText(const QString &path, QString &text)

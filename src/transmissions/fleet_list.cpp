@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace ktr {
 
@@ -109,6 +110,20 @@ QString keyOfAddress(const QString &text)
                           u' ' + QString::number(address->port);
 }
 
+/// Empty for one that is not filled in.
+QString macOf(const EthernetSettings &ethernet)
+{
+    const QString mac = macBytes(ethernet).join(u'-').toUpper();
+    return mac.endsWith(u"00-00-00") ? QString() : mac;
+}
+
+/// An entry in messages: its place and its file.
+QString nameOf(const FleetEntry &entry)
+{
+    const QString file = QFileInfo(entry.file).fileName();
+    return file == entry.place ? file : QStringLiteral("%1 (%2)").arg(entry.place, file);
+}
+
 /// Of a file that exists the one that links lead to.
 QString keyOfFile(const QString &path)
 {
@@ -147,7 +162,7 @@ void loadEntry(FleetEntry &entry, const Environment &environment)
 }
 
 /// Two stations at one address would both be transmitted to one module; one identifier is known to the memory
-/// as one station.
+/// as one station; of two modules with one MAC address neither can be reached.
 QStringList faultsOfEntries(const QList<FleetEntry> &entries)
 {
     QStringList faults;
@@ -156,9 +171,9 @@ QStringList faultsOfEntries(const QList<FleetEntry> &entries)
         const auto takeOnce = [&](const QString &key, const QString &fault, const QString &shown) {
             const QString earlier = places.value(key);
             if (!earlier.isEmpty()) {
-                faults += entry.place + QLatin1String(": ") + fault.arg(earlier, logText(shown));
+                faults += nameOf(entry) + QLatin1String(": ") + fault.arg(earlier, logText(shown));
             }
-            places.insert(key, entry.place);
+            places.insert(key, nameOf(entry));
         };
         if (!entry.trouble.isEmpty()) {
             continue;
@@ -179,8 +194,39 @@ QStringList faultsOfEntries(const QList<FleetEntry> &entries)
                      inListWords(QT_TRANSLATE_NOOP("FleetList", "the identifier \"%2\" is that of %1, too")),
                      entry.station);
         }
+        if (const QString mac = macOf(entry.configuration.ethernet); !mac.isEmpty()) {
+            takeOnce(u'm' + mac,
+                     inListWords(QT_TRANSLATE_NOOP("FleetList", "the MAC address %2 is that of %1, too")),
+                     mac);
+        }
     }
     return faults;
+}
+
+QStringList doubtsAboutEntries(const QList<FleetEntry> &entries)
+{
+    QStringList addresses; // in the order of the list
+    QHash<QString, QStringList> names;
+    for (const FleetEntry &entry : entries) {
+        const QString address = withoutLeadingZeros(entry.configuration.ethernet.ip);
+        if (entry.trouble.isEmpty() && !address.isEmpty()) {
+            addresses += names.contains(address) ? QStringList() : QStringList{address};
+            names[address] += nameOf(entry);
+        }
+    }
+    QStringList doubts;
+    for (const QString &address : std::as_const(addresses)) {
+        constexpr qsizetype most = 4;
+        const QStringList all = names.value(address);
+        if (all.size() > 1) {
+            const QString shown = all.first(std::min(most, all.size())).join(QLatin1String(", ")) +
+                                  (all.size() > most ? QStringLiteral(", …") : QString());
+            doubts += inListWords(
+                          QT_TRANSLATE_NOOP("FleetList", "%1 files give their modules the IP address %2: %3"))
+                          .arg(QString::number(all.size()), logText(address), shown);
+        }
+    }
+    return doubts;
 }
 
 FleetList readFleetList(const QString &path, const Environment &environment)

@@ -30,15 +30,20 @@ struct FleetList
 /// Reads a table with the columns "file" and "address" (which may be left out: then that of the configuration
 /// counts) and perhaps "station", which the configuration's identifier has to be; files are looked for beside
 /// the table. Or a folder: all its configurations, each at its own address. Two entries with one address, one
-/// file or one identifier are faults.
+/// file, one identifier or one MAC address are faults.
 FleetList readFleetList(const QString &path, const Environment &environment);
 
 /// Reads the entry's file into its configuration. What keeps it from being transmitted becomes its trouble:
 /// also another identifier than the entry has already. Without an address it gets the configuration's.
 void loadEntry(FleetEntry &entry, const Environment &environment);
 
-/// What is wrong with the entries together, a text each: addresses, files and identifiers that are there
-/// twice, and what is no address. Entries with a trouble of their own do not count.
+/// What is wrong with the entries together, a text each, which names both: addresses, files, identifiers and
+/// MAC addresses that are there twice, and what is no address. Entries with a trouble of their own do not
+/// count.
 QStringList faultsOfEntries(const QList<FleetEntry> &entries);
+
+/// What may be wrong with them: several are given one IP address, which modules of different networks may
+/// have. A text for each address.
+QStringList doubtsAboutEntries(const QList<FleetEntry> &entries);
 
 } // namespace ktr

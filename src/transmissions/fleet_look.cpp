@@ -32,11 +32,12 @@ CommandContext contextOf(const Environment &environment)
 
 } // namespace
 
-StationLook lookAtStation(const Configuration &configuration, const Environment &environment)
+StationLook lookAtStation(const Configuration &configuration, const QList<Neighbour> &neighbours,
+                          const Environment &environment)
 {
     const CommandContext context = contextOf(environment);
     return {.commands = countOf(commandsOf(configuration, context), {}),
-            .problems = static_cast<int>(findProblems(configuration, context).size())};
+            .problems = static_cast<int>(findProblems(configuration, context, neighbours).size())};
 }
 
 StationLook withMemory(StationLook look, const Configuration &configuration, TransmissionTable &table,

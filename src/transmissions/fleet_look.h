@@ -1,6 +1,7 @@
 #pragma once
 
 #include "config/configuration.h"
+#include "config/neighbours.h"
 #include "platform/environment.h"
 #include "record/transmission_table.h"
 
@@ -23,7 +24,8 @@ struct StationLook
     QString version{};
 };
 
-StationLook lookAtStation(const Configuration &configuration, const Environment &environment);
+StationLook lookAtStation(const Configuration &configuration, const QList<Neighbour> &neighbours,
+                          const Environment &environment);
 /// Adds what the memory knows of the station.
 StationLook withMemory(StationLook look, const Configuration &configuration, TransmissionTable &table,
                        const Environment &environment);

@@ -52,7 +52,8 @@ QStringList overwrittenBy(const Configuration &configuration)
 
 } // namespace
 
-TransmissionLook lookAt(const Configuration &configuration, const CommandContext &context)
+TransmissionLook lookAt(const Configuration &configuration, const CommandContext &context,
+                        const QList<Neighbour> &neighbours)
 {
     TransmissionLook look{.station = configuration.gsm.stationId,
                           .version = Transmitter::versionOnLine(configuration),
@@ -63,7 +64,7 @@ TransmissionLook lookAt(const Configuration &configuration, const CommandContext
     while (sequence.next(walked, context)) {
         ++look.commands;
     }
-    look.problems = static_cast<int>(findProblems(configuration, context).size());
+    look.problems = static_cast<int>(findProblems(configuration, context, neighbours).size());
     return look;
 }
 

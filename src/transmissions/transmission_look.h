@@ -1,6 +1,7 @@
 #pragma once
 
 #include "config/configuration.h"
+#include "config/neighbours.h"
 #include "link/command_sequence.h"
 #include "transmissions/transmission_memory.h"
 
@@ -39,8 +40,9 @@ struct TransmissionLook
     QString summary() const;
 };
 
-/// What the configuration itself tells of it.
-TransmissionLook lookAt(const Configuration &configuration, const CommandContext &context);
+/// What the configuration itself, and those beside it, tell of it.
+TransmissionLook lookAt(const Configuration &configuration, const CommandContext &context,
+                        const QList<Neighbour> &neighbours);
 
 /// Adds what was transmitted to this station, and over this line, before.
 TransmissionLook withMemory(TransmissionLook look, TransmissionTable &table);

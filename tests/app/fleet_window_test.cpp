@@ -208,7 +208,7 @@ private Q_SLOTS:
         click("Cmd_fleet_file");
         QVERIFY(cell(1, FleetModel::PlanColumn).contains("identifier \"S0\""_L1));
         click("Cmd_fleet_transmit");
-        QVERIFY2(problem().contains("S1: the file"_L1), qPrintable(problem()));
+        QVERIFY2(problem().contains("S1 (S0.xml): the file"_L1), qPrintable(problem()));
         QVERIFY(!m_window->isRunning() && m_stations->lines[0]->isOpened);
         // The space bar and the filter choose others.
         part<QLineEdit>("Text_fleet_filter")->setText(u"S2"_s);

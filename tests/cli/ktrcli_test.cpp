@@ -334,7 +334,7 @@ private Q_SLOTS:
         write(
             u"faulty.xml"_s,
             "<KTR><PIN>12x4</PIN><Stationskennung>a,b</Stationskennung><Alivecycle>x</"
-            "Alivecycle><GSM-Nummer1>+4 9</GSM-Nummer1>"
+            "Alivecycle><GSM-Nummer1>+4 9</GSM-Nummer1><Feiertag3>x</Feiertag3>"
             "<Grenzwert2 Alarm='\xD0\x96' Grenzwert='low'/><Schaltpunkt0 IP='1' Typ='12' Start='2613010000'/>"
             "<Schaltpunkt1 IP='1' Typ='15' Start='soon'/><Ethernet IP='1.2.3.256' Subnet='255.255.255.0' "
             "MAC3='0'/></KTR>");
@@ -344,10 +344,12 @@ private Q_SLOTS:
         for (const QString &line : result.output.split(u'\n', Qt::SkipEmptyParts)) {
             places += line.section(u'\t', 0, 0);
         }
-        QCOMPARE(places, (QStringList{u"PIN"_s, u"Stationskennung"_s, u"Alivecycle"_s, u"GSM-Nummer1"_s,
-                                      u"Grenzwert2 Alarm"_s, u"Grenzwert2 Grenzwert"_s,
-                                      u"Schaltpunkt0 Start"_s, u"Ethernet IP"_s, u"Ethernet MAC3"_s,
-                                      u"Grenzwert2 IP"_s, u"Schaltpunkt1 GW-Bezug"_s}));
+        QCOMPARE(places,
+                 (QStringList{u"GSM/PIN"_s, u"GSM/Station ID"_s, u"GSM/Alive Cycle"_s,
+                              u"GSM/Admin 2/Phone Number"_s, u"Limit Value/LV 3/Notification"_s,
+                              u"Limit Value/LV 3/Limit Value"_s, u"Switchpoint/Switchpoint 1/Start"_s,
+                              u"Ethernet/IP"_s, u"Ethernet/MAC 4"_s, u"Limit Value/LV 3/Channel"_s,
+                              u"Switchpoint/Switchpoint 2/Limit Value"_s, u"Switchpoint/Holidays/1"_s}));
         QVERIFY(!result.output.contains("12x4"_L1));
     }
 

@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -244,7 +245,9 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(path(u"out"_s)));
 
         QVERIFY(writeFile(path(u"t.csv"_s), QByteArray(table).replace("a\tb; c", "a b; c")));
-        QCOMPARE(ktrcli({u"series"_s, sample, path(u"t.csv"_s), u"--to"_s, path(u"out/deep"_s)}).code, 0);
+        const Result all = ktrcli({u"series"_s, sample, path(u"t.csv"_s), u"--to"_s, path(u"out/deep"_s)});
+        QVERIFY2(all.code == 0 && all.output.contains("2 of 2 files have a new MAC"_L1),
+                 qPrintable(all.errors));
         QCOMPARE(QDir(path(u"out/deep"_s)).entryList(QDir::Files),
                  (QStringList{u"KTR_Werk _Sued_.xml"_s, u"KTR_Werk_Nord.xml"_s}));
         const QString first = path(u"out/deep/KTR_Werk _Sued_.xml"_s);
@@ -253,6 +256,9 @@ private Q_SLOTS:
         QCOMPARE(get(first, u"LV 1/Notification"_s).output, u"a b; c\n"_s);
         const QString second = path(u"out/deep/KTR_Werk_Nord.xml"_s);
         QCOMPARE(get(second, u"number 1"_s).output, get(sample, u"number 1"_s).output); // an empty cell
+        const QStringList macs{get(sample, u"MAC"_s).output, get(first, u"MAC"_s).output,
+                               get(second, u"MAC"_s).output};
+        QCOMPARE(QSet<QString>(macs.begin(), macs.end()).size(), 3);
 
         QCOMPARE(ktrcli({u"series"_s, sample, path(u"t.csv"_s), u"--to"_s, path(u"out/deep"_s)}).code, 1);
         QCOMPARE(
@@ -260,6 +266,43 @@ private Q_SLOTS:
                 .code,
             0);
         QVERIFY(QFileInfo::exists(first + u'~'));
+        QCOMPARE(get(first, u"MAC"_s).output, macs[1]); // it is the same station
+    }
+
+    /// What tells stations apart is not taken from the template in silence.
+    void stationsOfASeriesAreToldApart()
+    {
+        const auto series = [&](const QByteArray &table) {
+            return writeFile(path(u"t.csv"_s), table)
+                       ? ktrcli({u"series"_s, sample, path(u"t.csv"_s), u"--to"_s, path(u"out"_s),
+                                 u"--name"_s, u"{n}"_s, u"--overwrite"_s})
+                       : Result{};
+        };
+        const Result alike = series("PIN\n1234\n4321\n");
+        QCOMPARE(alike.code, 0);
+        for (const QString &label : {u"Station ID"_s, u"Ethernet/IP"_s}) {
+            QVERIFY2(alike.errors.contains(label) && alike.errors.contains("2 files"_L1),
+                     qPrintable(alike.errors));
+        }
+        const Result some = series("identifier;address;mac\nA;10.0.0.1;01-02-03\nB;10.0.0.2;\nC;10.0.0.3;\n");
+        QVERIFY2(some.code == 0 && some.errors.isEmpty() && some.output.contains("2 of 3"_L1),
+                 qPrintable(some.errors));
+        QVERIFY(get(path(u"out/1.xml"_s), u"MAC"_s).output.endsWith("01-02-03\n"_L1));
+        QVERIFY(get(path(u"out/2.xml"_s), u"MAC"_s).output != get(path(u"out/3.xml"_s), u"MAC"_s).output);
+    }
+
+    /// A neighbour's MAC address counts before a transmission as it does for the check.
+    void theLookBeforeATransmissionCountsWhatTheCheckFinds()
+    {
+        for (const QString &name : {u"a.xml"_s, u"b.xml"_s}) {
+            QVERIFY(QFile::copy(sample, path(name)));
+        }
+        QCOMPARE(ktrcli({u"set"_s, path(u"b.xml"_s), u"identifier=B"_s}).code, 0);
+        const Result check = ktrcli({u"check"_s, path(u"a.xml"_s)});
+        QVERIFY2(check.output.contains("Ethernet/MAC 4\tb.xml"_L1), qPrintable(check.output));
+        const Result sent = ktrcli({u"transmit"_s, path(u"a.xml"_s), u"--serial"_s, path(u"no-port"_s)});
+        QVERIFY2(sent.output.contains(u"Problems: %1\n"_s.arg(check.output.count(u'\n'))),
+                 qPrintable(sent.output));
     }
 
     void ofAFaultyTableNothingIsWritten_data()
@@ -281,7 +324,8 @@ private Q_SLOTS:
             {u"row 3: identifier: \"A\" stands in row 2"_s, u"address"_s});
         row("same but for case", "identifier\nwerk\nWerk\n", {u"same name"_s});
         row("the stamp", "identifier;Info Version\nA;1\n", {u"every edit"_s});
-        row("unclosed quote", "identifier;PIN\n\"A;1234\nB;12\n", {u"PIN"_s});
+        row("unclosed quote", "identifier;PIN\nA;1234\n\"B;12\n", {u"t.csv: line 3"_s});
+        row("quote closed too late", "identifier;PIN\n\"A;1234\nB;\"12\"\nC;1\n", {u"t.csv: line 2"_s});
         row("zeros", "identifier;PIN\nA\0B;1\n"_ba, {u"PIN"_s});
     }
     void ofAFaultyTableNothingIsWritten()
@@ -315,11 +359,17 @@ private Q_SLOTS:
               QByteArray("file;address\n;127.0.0.1\n"), QByteArray("file;address\na.xml;127.0.0.1:x\n"),
               QByteArray("file;address\na.xml;127.0.0.1\nb.xml;127.000.000.001:49111\n"),
               QByteArray("file;address\na.xml;127.0.0.1\n./a.xml;127.0.0.2\n"),
+              QByteArray("file;address\nb.xml;127.0.0.1\n\"c.xml;127.0.0.2\n"),
               QByteArray("\xEF\xBB\xBF\"file\",address\n\"a.xml\",127.0.0.1\nc.xml,127.0.0.2\n")}) {
             const Result result = transmit(list);
             QVERIFY2(result.code == 1 && result.errors.contains("nothing was sent"_L1), list.constData());
         }
         QCOMPARE(ktrcli({u"transmit"_s, u"--fleet"_s, path(u"empty"_s)}).code, 1);
+        const Result oneMac = transmit("file;address\na.xml;127.0.0.1\nb.xml;127.0.0.2\n");
+        QVERIFY2(oneMac.code == 1 && oneMac.errors.contains("nothing was sent"_L1) &&
+                     oneMac.errors.contains("(b.xml): the MAC address"_L1) &&
+                     oneMac.errors.contains("(a.xml), too"_L1),
+                 qPrintable(oneMac.errors));
         // A file that is of no use costs its station alone; here there is no other.
         const Result result = transmit("file;address;station\nd.xml;127.0.0.1;\na.xml;127.0.0.2;Other\n");
         QVERIFY(result.code == 1 && result.output.contains("0 of 2 stations"_L1));

@@ -1,6 +1,6 @@
 #include "config/configuration_file.h"
 #include "config/fields.h"
-#include "link/neighbour_problems.h"
+#include "config/neighbours.h"
 #include "link/problems.h"
 #include "support/environment.h"
 
@@ -24,7 +24,7 @@ class ProblemsTest : public QObject
     {
         QStringList lines;
         for (const Problem &problem :
-             findProblems(configuration, {false, QLocale::c(), fixedEnvironment().now()})) {
+             findProblems(configuration, {false, QLocale::c(), fixedEnvironment().now()}, {})) {
             lines += u"%1 %2: %3"_s.arg(problem.control).arg(problem.entry).arg(problem.message);
         }
         return lines;
@@ -84,9 +84,7 @@ private Q_SLOTS:
         const auto found = [&](const QString &stationId) {
             Configuration c = sound();
             c.gsm.stationId = stationId;
-            QList<Problem> problems;
-            findNeighbourProblems(c, neighbours.of(own), problems);
-            return problems;
+            return findProblems(c, {false, QLocale::c(), fixedEnvironment().now()}, neighbours.of(own));
         };
         QVERIFY(found(u"Werk 7"_s).isEmpty());
         write(u"own.xml"_s, u"Werk 1"_s, u"01"_s);  // itself

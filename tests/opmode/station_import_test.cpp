@@ -32,7 +32,9 @@ private Q_SLOTS:
         QTest::newRow("quoted") << "\"a \"\"x\"\"\nb\";10.0.0.1\nc;no address!"
                                 << "a \"x\" b@10.0.0.1 3";
         QTest::newRow("never closed") << "\"a;10.0.0.1\nb;10.0.0.2"
-                                      << "\"a@10.0.0.1 b@10.0.0.2";
+                                      << "1 b@10.0.0.2";
+        QTest::newRow("closed too late") << "\"a;10.0.0.1\n\"b\";10.0.0.2\nc;10.0.0.3"
+                                         << "1 c@10.0.0.3";
         QTest::newRow("header") << "Adresse;Kennung\n10.0.0.1;a"
                                 << "a@10.0.0.1";
         QTest::newRow("twice") << "old;\na;\na;\na (1);\na;"

@@ -248,7 +248,7 @@ private Q_SLOTS:
         const QString newer = u"2026-11-02 10:00:00"_s;
         const auto misfits = [this](const Configuration &meant, const std::optional<QString> &told,
                                     const QString &line = u"COM1"_s) {
-            TransmissionLook look = lookAt(meant, {});
+            TransmissionLook look = lookAt(meant, {}, {});
             look.moduleVersion = told;
             look.line = line;
             look.isAddress = line.contains(u'.');
@@ -280,7 +280,7 @@ private Q_SLOTS:
     {
         Configuration meant = configuration(u"1"_s);
         meant.sendValues.front().enabled = false;
-        TransmissionLook look = lookAt(meant, {});
+        TransmissionLook look = lookAt(meant, {}, {});
         QCOMPARE(look.commands, 75);
         QCOMPARE(look.overwritten, (QStringList{u"15 BStZ DOut 1"_s, u"16 BStZ DOut 2"_s}));
         meant.sendValues.front().enabled = true;
@@ -288,7 +288,7 @@ private Q_SLOTS:
         for (const std::size_t i : {0U, 2U, 3U}) {
             meant.digitalInputs[i].value.clear();
         }
-        look = lookAt(meant, {});
+        look = lookAt(meant, {}, {});
         QCOMPARE(look.commands, 79);
         QCOMPARE(look.overwritten.size(), 7);
         QCOMPARE(look.overwritten.first(), u"2 DigIn 2"_s);

@@ -384,6 +384,7 @@ void FleetWindow::chooseFile()
     const int row = current();
     const QString file = row < 0 ? QString() : m_services.askOpen(QStringLiteral("*.xml|*.xml"));
     if (!file.isEmpty() && !m_run.isRunning()) {
+        m_inFolders.clear();
         load(row, file);
         m_model.tick({row}, true);
         showDetails();
@@ -411,8 +412,19 @@ void FleetWindow::takeFolder()
         });
 }
 
+/// A folder is read once for all its files; what is assigned or changed anew is read anew.
+QList<Neighbour> FleetWindow::neighboursOf(const QString &file)
+{
+    const QString folder = QFileInfo(file).absolutePath();
+    if (!m_inFolders.contains(folder)) {
+        m_inFolders.insert(folder, m_neighbours.in(folder));
+    }
+    return Neighbours::beside(file, m_inFolders.value(folder));
+}
+
 void FleetWindow::assign(const QList<FileOfStation> &files)
 {
+    m_inFolders.clear();
     for (int row = 0; row < m_model.rowCount(); ++row) {
         const FileOfStation file = files.value(row);
         if (file.file.isEmpty()) {
@@ -432,7 +444,8 @@ void FleetWindow::load(int row, const QString &file)
     m_model.change(row, [&](FleetRow &each) {
         each.entry = {.place = each.station.name, .file = file, .address = each.station.address};
         loadEntry(each.entry, m_services.means.environment);
-        each.look = each.isUsable() ? lookAtStation(each.entry.configuration, m_services.means.environment)
+        each.look = each.isUsable() ? lookAtStation(each.entry.configuration, neighboursOf(file),
+                                                    m_services.means.environment)
                                     : StationLook();
         each.isLooked = false;
     });
@@ -495,6 +508,7 @@ void FleetWindow::setField()
     if (!saved) {
         lines += saved.message();
     }
+    m_inFolders.clear();
     for (const int row : rows) {
         load(row, QString(m_model.at(row).entry.file));
     }
@@ -521,6 +535,7 @@ void FleetWindow::begin(QList<int> rows)
         return;
     }
     QList<FleetEntry> entries;
+    m_inFolders.clear();
     for (const int row : std::as_const(rows)) { // as they are now
         const QString before = m_model.at(row).entry.checksum;
         FleetEntry entry = m_model.at(row).entry;
@@ -547,8 +562,8 @@ void FleetWindow::begin(QList<int> rows)
         return;
     }
     SettingsStore().SaveSetting(settingsOwner, fleetSection, fleetReceiptsKey, receipts);
-    m_trouble.clear();
-    tell({});
+    m_trouble = doubtsAboutEntries(entries).join(u'\n');
+    tell({}, m_trouble);
     m_model.setLocked(true);
     m_run.start(rows, {m_changesOnly->isChecked(), m_atOnce->value(), receipts});
     Q_EMIT runningChanged(true);
@@ -710,9 +725,10 @@ void FleetWindow::showDetails()
     }
     const int differing = m_differences->rowCount();
     for (const Problem &problem :
-         findProblems(chosen.entry.configuration, {true, environment.locale, environment.now()})) {
+         findProblems(chosen.entry.configuration, {true, environment.locale, environment.now()},
+                      neighboursOf(chosen.entry.file))) {
         m_differences->appendRow(
-            {cellOf(tr("Problem: %1").arg(problem.place)), cellOf({}), cellOf(problem.message)});
+            {cellOf(tr("Problem: %1").arg(m_names.onPages(problem.place))), cellOf({}), cellOf(problem.message)});
     }
     m_detailsTitle->setText(
         chosen.look.held

@@ -2,7 +2,9 @@
 
 #include "app/fleet/fleet_run.h"
 #include "config/field_names.h"
+#include "config/neighbours.h"
 
+#include <QHash>
 #include <QTimer>
 #include <QWidget>
 
@@ -71,6 +73,7 @@ private:
     void assign(const QList<FileOfStation> &files);
     void load(int row, const QString &file);
     void look(int row);
+    QList<Neighbour> neighboursOf(const QString &file);
     void setField();
     void transmit();
     void retry();
@@ -90,6 +93,8 @@ private:
 
     Services m_services;
     FieldNames m_names;
+    Neighbours m_neighbours;
+    QHash<QString, QList<Neighbour>> m_inFolders; ///< as they were read last
     FleetModel m_model;
     FleetRun m_run;
     QSortFilterProxyModel *m_shown;

@@ -3,6 +3,7 @@
 #include "link/udp_pair.h"
 #include "opmode/tree/node_texts.h"
 #include "platform/csv.h"
+#include "platform/table_file.h"
 #include "platform/text_rules.h"
 
 #include <QCoreApplication>
@@ -101,6 +102,18 @@ QString complaint(const StationImportLine &station)
     return {};
 }
 
+/// What is in quotation marks there may not be what was meant; further lines may be among it.
+void refuseUnbalanced(StationImport &list, int at)
+{
+    const auto line = std::ranges::find_if(list.lines.rbegin(), list.lines.rend(),
+                                           [at](const StationImportLine &each) { return each.line <= at; });
+    if (line != list.lines.rend()) {
+        list.usable -= line->isUsable ? 1 : 0;
+        line->isUsable = false;
+        line->remark = unbalancedQuote(at);
+    }
+}
+
 } // namespace
 
 StationImport readStationImport(QStringView text, const std::function<QString(const QString &)> &freeName)
@@ -109,36 +122,41 @@ StationImport readStationImport(QStringView text, const std::function<QString(co
     Names names(freeName);
     Columns columns;
     bool isFirst = true;
-    readCsv(text, csvSeparator(text), [&](const QStringList &read, int line) {
-        const QStringList cells = takenApart(read);
-        if (const auto header = std::exchange(isFirst, false) ? headerOf(cells) : std::nullopt) {
-            columns = *header;
-            return true;
-        }
-        if (list.lines.size() == StationImport::mostLines) {
-            list.isCut = true;
-            return false;
-        }
-        StationImportLine station{line,
-                                  QString::fromStdString(storedText(cells.value(columns.name))).simplified(),
-                                  cells.value(columns.address),
-                                  {},
-                                  false};
-        station.remark = complaint(station);
-        station.isUsable = station.remark.isEmpty();
-        if (station.isUsable) {
-            ++list.usable;
-            const QString wanted = std::exchange(station.name, names.take(station.name));
-            if (station.name != wanted) {
-                station.remark =
-                    QCoreApplication::translate("StationImport", "There is a \"%1\" already").arg(wanted);
-            } else if (station.address.isEmpty()) {
-                station.remark = QCoreApplication::translate("StationImport", "Without an address");
+    const std::optional<int> unbalanced =
+        readCsv(text, csvSeparator(text), [&](const QStringList &read, int line) {
+            const QStringList cells = takenApart(read);
+            if (const auto header = std::exchange(isFirst, false) ? headerOf(cells) : std::nullopt) {
+                columns = *header;
+                return true;
             }
-        }
-        list.lines.append(station);
-        return true;
-    });
+            if (list.lines.size() == StationImport::mostLines) {
+                list.isCut = true;
+                return false;
+            }
+            StationImportLine station{
+                line,
+                QString::fromStdString(storedText(cells.value(columns.name))).simplified(),
+                cells.value(columns.address),
+                {},
+                false};
+            station.remark = complaint(station);
+            station.isUsable = station.remark.isEmpty();
+            if (station.isUsable) {
+                ++list.usable;
+                const QString wanted = std::exchange(station.name, names.take(station.name));
+                if (station.name != wanted) {
+                    station.remark =
+                        QCoreApplication::translate("StationImport", "There is a \"%1\" already").arg(wanted);
+                } else if (station.address.isEmpty()) {
+                    station.remark = QCoreApplication::translate("StationImport", "Without an address");
+                }
+            }
+            list.lines.append(station);
+            return true;
+        });
+    if (unbalanced) {
+        refuseUnbalanced(list, *unbalanced);
+    }
     return list;
 }
 
