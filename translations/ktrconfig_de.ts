@@ -749,8 +749,16 @@
         <translation>Zu dieser Stationsliste gab es keine Aufzeichnung; eine neue beginnt</translation>
     </message>
     <message>
-        <source>names of inputs and outputs: %1 is not understood</source>
-        <translation>Namen der Ein- und Ausgänge: %1 ist nicht verständlich</translation>
+        <source>names of inputs and outputs: line %1, %2, is not understood</source>
+        <translation>Namen der Ein- und Ausgänge: Zeile %1, %2, ist nicht verständlich</translation>
+    </message>
+    <message>
+        <source>is no folder</source>
+        <translation>ist kein Ordner</translation>
+    </message>
+    <message>
+        <source>the folder cannot be made</source>
+        <translation>der Ordner kann nicht angelegt werden</translation>
     </message>
     <message>
         <source>there is no folder for it</source>
@@ -1406,6 +1414,14 @@
     <message>
         <source>is empty: the module is sent no cycle</source>
         <translation>ist leer: dem Modul wird kein Zyklus gesendet</translation>
+    </message>
+    <message>
+        <source>is too long: the command of step %1 would have %2 characters of %3 at most</source>
+        <translation>ist zu lang: Der Befehl von Schritt %1 hätte %2 Zeichen von höchstens %3</translation>
+    </message>
+    <message>
+        <source>, this field has room for %1</source>
+        <translation>, in diesem Feld ist Platz für %1</translation>
     </message>
 </context>
 <context>
@@ -4085,10 +4101,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Geändert: %1 von %2 Dateien</translation>
     </message>
     <message>
-        <source>%1: the folder cannot be made</source>
-        <translation>%1: der Ordner kann nicht angelegt werden</translation>
-    </message>
-    <message>
         <source>%1 of %2 stations are watched in the operational mode. Each is let go of while it is transmitted to, and watched again after that.</source>
         <translation>%1 von %2 Stationen werden im Betriebsmodus überwacht. Jede wird losgelassen, während an sie übertragen wird, und danach wieder überwacht.</translation>
     </message>
@@ -4341,6 +4353,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Done again: %1</source>
         <translation>Wiederholt: %1</translation>
+    </message>
+    <message>
+        <source>The field takes no more than %1 characters; the others were left out</source>
+        <translation>Das Feld nimmt höchstens %1 Zeichen auf; die übrigen wurden weggelassen</translation>
     </message>
 </context>
 <context>
@@ -6578,6 +6594,18 @@ Turm</translation>
     <message>
         <source>Old transmissions removed: %1</source>
         <translation>Alte Übertragungen entfernt: %1</translation>
+    </message>
+    <message>
+        <source>The transmission is kept in %1 until the server can be reached: %2</source>
+        <translation>Die Übertragung wird in %1 aufbewahrt, bis der Server erreichbar ist: %2</translation>
+    </message>
+    <message>
+        <source>Transmissions that waited for the server and are remembered now: %1</source>
+        <translation>Übertragungen, die auf den Server warteten und nun vermerkt sind: %1</translation>
+    </message>
+    <message>
+        <source>The memory of transmissions:</source>
+        <translation>Das Gedächtnis der Übertragungen:</translation>
     </message>
 </context>
 <context>

@@ -77,6 +77,8 @@ FormMain::FormMain(const Services &services)
     showOutsideTextsPlain(*qApp);
     keepFieldsOnOneLine(*qApp);
     keepFocusOfDisabledButtons(*qApp);
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](const QWidget *, const QWidget *now) { watchLengths(now); });
     setObjectName(QStringLiteral("FormMain"));
     setWindowIcon(icon(IconName::Application));
     setAcceptDrops(true);
@@ -99,6 +101,7 @@ FormMain::FormMain(const Services &services)
             return onDuty.isEmpty() ? fullUserName() : onDuty;
         });
     connect(m_transmissions.get(), &TransmissionNotes::statusMessage, this, &FormMain::showStatus);
+    connect(m_transmissions.get(), &TransmissionNotes::noticed, this, &FormMain::showMessage);
     connect(m_transmissionPanel, &TransmissionPanel::receiptWanted, this, [this] {
         const auto askSave = [this](const QString &proposal, const QString &filter) {
             return m_files->dialogs().askSave(proposal, filter);
@@ -567,6 +570,24 @@ void FormMain::showNotice()
 {
     const FileCommands::Notice notice = m_files->notice();
     m_status->showNotice(notice.text, notice.details);
+}
+
+/// Of every field in which one types, wherever it is.
+void FormMain::watchLengths(const QWidget *focused)
+{
+    if (const auto *field = qobject_cast<const QLineEdit *>(focused)) {
+        connect(field, &QLineEdit::inputRejected, this, &FormMain::tellCut, Qt::UniqueConnection);
+    }
+}
+
+/// A field takes of a pasted text what it has room for, and says nothing.
+void FormMain::tellCut()
+{
+    const auto *field = qobject_cast<const QLineEdit *>(sender());
+    if (field != nullptr && field->text().size() >= field->maxLength()) {
+        showStatus(tr("The field takes no more than %1 characters; the others were left out")
+                       .arg(field->maxLength()));
+    }
 }
 
 void FormMain::showMessage(const QString &text)

@@ -114,6 +114,8 @@ private:
 
     void showField(const EditPlace &place);
 
+    void watchLengths(const QWidget *focused);
+    void tellCut();
     void findProblemsSoon();
     void findProblemsNow();
 

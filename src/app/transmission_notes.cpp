@@ -32,10 +32,26 @@ TransmissionNotes::TransmissionNotes(ModuleLink &link, const Document &document,
     connect(&transmitter, &Transmitter::started, this, &TransmissionNotes::begin);
     connect(&transmitter, &Transmitter::ended, &m_keeper, &TransmissionKeeper::end);
     connect(&transmitter, &Transmitter::ended, this, &TransmissionNotes::thinOut);
+    m_memory.setWaitingFile(waitingTransmissionsPlace(document.environment()));
+    connect(&m_memory, &TransmissionMemory::postponed, this, [this](const QString &file, const QString &why) {
+        Q_EMIT statusMessage(
+            tr("The transmission is kept in %1 until the server can be reached: %2").arg(file, why));
+    });
+    connect(&m_memory, &TransmissionMemory::handedOver, this, [this](int count) {
+        Q_EMIT statusMessage(
+            tr("Transmissions that waited for the server and are remembered now: %1").arg(count));
+    });
+    connect(&m_memory, &TransmissionMemory::mended, this, &TransmissionNotes::tellDamage);
     connect(&m_memory, &TransmissionMemory::troubled, this, [this](const QString &why) {
         Q_EMIT statusMessage(why.isEmpty() ? tr("The transmission is remembered now")
                                            : tr("The transmission is not remembered: %1").arg(why));
     });
+}
+
+/// Of the memory, which every window of this program asks.
+void TransmissionNotes::tellDamage(const QStringList &told)
+{
+    Q_EMIT noticed(tr("The memory of transmissions:") + u'\n' + told.join(u'\n'));
 }
 
 void TransmissionNotes::setRecord(const QString &record)

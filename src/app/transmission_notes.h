@@ -47,11 +47,14 @@ public:
     const RememberedTransmission &last() const { return m_keeper.transmission(); }
 
 Q_SIGNALS:
+    /// What must not be overlooked: the memory was damaged.
+    void noticed(const QString &text);
     /// A line for the status bar.
     void statusMessage(const QString &line);
 
 private:
     void begin();
+    void tellDamage(const QStringList &told);
     void usePresentPlace();
     void thinOut();
 

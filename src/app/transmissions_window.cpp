@@ -40,8 +40,9 @@ enum Column { BegunColumn, StationColumn, VersionColumn, OutcomeColumn, LineColu
 
 QStandardItem *cell(const QString &text)
 {
-    auto *item = new QStandardItem(text);
+    auto *item = new QStandardItem(shortText(text));
     item->setEditable(false);
+    item->setToolTip(item->text() == text ? QString() : text);
     return item;
 }
 
@@ -290,7 +291,8 @@ void TransmissionsWindow::showDetails()
     m_steps->removeRows(0, m_steps->rowCount());
     if (m_chosen) {
         for (const auto &[name, value] : transmissionFacts(*m_chosen)) {
-            lines += name + QLatin1String(": ") + value;
+            constexpr qsizetype longest = 400; // a path may be that long
+            lines += name + QLatin1String(": ") + shortText(value, longest);
         }
         for (const TransmissionStepRow &step : m_chosen->steps) {
             m_steps->appendRow(
@@ -314,7 +316,7 @@ void TransmissionsWindow::enableButtons()
 QString TransmissionsWindow::nameOfChosen() const
 {
     return tr("%1, transmitted on %2")
-        .arg(logText(m_chosen->row.station), transmissionTime(m_chosen->row.begun));
+        .arg(shortText(logText(m_chosen->row.station)), transmissionTime(m_chosen->row.begun));
 }
 
 std::optional<Configuration> TransmissionsWindow::configuration()

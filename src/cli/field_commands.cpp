@@ -3,6 +3,7 @@
 #include "cli/known_fields.h"
 #include "cli/loading.h"
 #include "config/fields_in_files.h"
+#include "link/command_room.h"
 #include "link/conversation_log.h"
 
 #include <QJsonArray>
@@ -163,7 +164,8 @@ std::optional<int> checkSet(const Arguments &arguments)
 
 int set(const Arguments &arguments)
 {
-    FieldsInFiles fields(systemEnvironment(), *assignments(arguments), arguments.isSet(anywayOption));
+    FieldsInFiles fields(systemEnvironment(), *assignments(arguments), roomCheck(),
+                         arguments.isSet(anywayOption));
     bool areSound = true;
     for (const QString &file : arguments.positionals().first(1) + arguments.values(alsoOption)) {
         areSound = fields.add(file) && areSound;

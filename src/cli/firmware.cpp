@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 #include "cli/console.h"
 #include "cli/link_job.h"
+#include "cli/memory_troubles.h"
 #include "link/self_programming.h"
 #include "link/service_commands.h"
 #include "transmissions/memory_place.h"
@@ -50,6 +51,7 @@ int firmware(const Arguments &arguments)
     qint64 sent = 0;
     bool announced = false;
     TransmissionMemory memory(transmissionsPlace({}, systemEnvironment())); // it may hold something else then
+    setUpMemory(memory, QStringLiteral("the firmware"));
     SingleCommandKeeper keeper(memory, systemEnvironment());
     keeper.watch(session, [&job] {
         return SingleCommandKeeper::About{.line = job.lineName(), .operatorName = fullUserName()};

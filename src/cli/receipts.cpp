@@ -5,7 +5,11 @@
 #include "lang/load_texts.h"
 #include "lang/translations.h"
 #include "platform/environment.h"
+#include "platform/files.h"
+#include "platform/output_check.h"
 #include "printout/receipt.h"
+
+#include <QFileInfo>
 
 #include <algorithm>
 #include <span>
@@ -15,6 +19,7 @@ namespace ktr::cli {
 namespace {
 
 const QString languageOption = QStringLiteral("language");
+const QString replaceOption = QStringLiteral("overwrite");
 
 } // namespace
 
@@ -50,6 +55,25 @@ std::optional<int> checkReceipt(const Arguments &arguments, const QString &path)
             QStringLiteral("a receipt is a PDF or JSON: \"%1\" ends neither in .pdf nor in .json").arg(path));
     }
     return checkLanguage(arguments);
+}
+
+void addOverwriteOption(Arguments &arguments)
+{
+    arguments.addOption({replaceOption, QStringLiteral("Replaces the file of a receipt or an export.")});
+}
+
+Status mayBeOverwritten(const Arguments &arguments, const QString &path)
+{
+    const QFileInfo file(path);
+    return file.isFile() && !arguments.isSet(replaceOption)
+               ? fileFailure(path, QStringLiteral("exists already; --overwrite replaces it"))
+               : Status::done();
+}
+
+Status checkReceiptFile(const Arguments &arguments, const QString &path)
+{
+    const Status isFree = mayBeOverwritten(arguments, path);
+    return isFree ? checkOutputFile(path) : isFree;
 }
 
 Status writeReceiptFile(const QString &path, const Arguments &arguments,

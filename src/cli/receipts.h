@@ -19,6 +19,12 @@ void loadTitles(const Arguments &arguments, TextTable &texts);
 
 /// Complains about a language that is none, or a name of neither a PDF nor JSON.
 std::optional<int> checkReceipt(const Arguments &arguments, const QString &path);
+/// Lets --overwrite replace a receipt, or another file, that is there.
+void addOverwriteOption(Arguments &arguments);
+/// Fails where the file exists, unless --overwrite is given.
+Status mayBeOverwritten(const Arguments &arguments, const QString &path);
+/// Before what the receipt is of: it fails also where no file of this name can be written.
+Status checkReceiptFile(const Arguments &arguments, const QString &path);
 Status writeReceiptFile(const QString &path, const Arguments &arguments,
                         const RememberedTransmission &transmission);
 

@@ -4,9 +4,11 @@
 #include "cli/loading.h"
 #include "config/configuration_file.h"
 #include "config/fields.h"
+#include "link/command_room.h"
 #include "link/conversation_log.h"
 #include "platform/files.h"
 #include "platform/table_file.h"
+#include "platform/text_rules.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -172,6 +174,7 @@ private:
     QList<Fault> fill(Configuration &configuration, const Table::Row &row) const
     {
         QList<Fault> faults;
+        QStringList keys;
         const qsizetype cells = std::min(row.cells.size(), m_columns.size());
         for (qsizetype at = 0; at < cells; ++at) {
             const Column &column = m_columns[at];
@@ -183,6 +186,15 @@ private:
             if (!set.fault.isEmpty()) {
                 const QString shown = column.field.isSecret ? QStringLiteral("****") : logText(row.cells[at]);
                 faults += {column.title, shown, set.fault, set.isStored};
+            }
+            keys += column.field.key;
+        }
+        const auto tooLong = fieldsWithoutRoom(m_template, configuration, keys, {});
+        for (qsizetype at = 0; at < cells; ++at) {
+            const Column &column = m_columns[at];
+            if (const QString fault = tooLong.value(column.field.key); !fault.isEmpty()) {
+                const QString shown = column.field.isSecret ? QStringLiteral("****") : logText(row.cells[at]);
+                faults += {column.title, shown, fault, m_arguments.isSet(anywayOption)};
             }
         }
         return faults;
@@ -230,7 +242,8 @@ private:
             }
             Configuration configuration = m_template;
             for (const Fault &each : fill(configuration, row)) {
-                const QString text = QStringLiteral("%1: \"%2\" %3").arg(each.title, each.value, each.text);
+                const QString text =
+                    QStringLiteral("%1: %2%3").arg(each.title, quotedInRemark(each.value), each.text);
                 if (each.isStored) { // as was asked for
                     complain(QStringLiteral("row %1: %2").arg(row.line).arg(text));
                 } else {

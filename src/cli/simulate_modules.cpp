@@ -3,6 +3,7 @@
 #include "cli/console.h"
 #include "cli/interruption.h"
 #include "config/configuration_file.h"
+#include "platform/output_check.h"
 #include "platform/timers.h"
 #include "simulator/fleet.h"
 #include "simulator/module_on_udp.h"
@@ -46,8 +47,9 @@ int simulateModules(const Arguments &arguments, const ModuleOptions &options, co
 {
     const Environment environment = systemEnvironment();
     const QDir folder(arguments.value(saveOption));
-    if (arguments.isSet(saveOption) && !QDir().mkpath(folder.path())) {
-        return fail(folder.path() + QStringLiteral(": the folder cannot be made"));
+    const Status usable = arguments.isSet(saveOption) ? makeOutputFolder(folder.path()) : Status::done();
+    if (!usable) {
+        return fail(usable.message());
     }
     EventLoopTimers timers;
     IoThread io;

@@ -1,5 +1,7 @@
+#include "cli/columns.h"
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "cli/memory_troubles.h"
 #include "cli/receipts.h"
 #include "cli/shared_record.h"
 #include "link/conversation_log.h"
@@ -10,6 +12,7 @@
 #include "transmissions/held_configuration.h"
 #include "transmissions/memory_place.h"
 #include "transmissions/transmission_texts.h"
+#include "transmissions/waiting_transmissions.h"
 
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -78,28 +81,6 @@ QString isoTime(qint64 at)
 {
     const QDateTime time = QDateTime::fromMSecsSinceEpoch(at);
     return at == 0 ? QString() : time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODate);
-}
-
-/// Rows of cells as columns of equal width; the last one is as it is.
-void printTable(const QList<QStringList> &rows)
-{
-    QList<qsizetype> widths;
-    for (const QStringList &row : rows) {
-        for (qsizetype column = 0; column < row.size(); ++column) {
-            if (widths.size() <= column) {
-                widths += 0;
-            }
-            widths[column] = std::max(widths[column], row[column].size());
-        }
-    }
-    for (const QStringList &row : rows) {
-        QString line;
-        for (qsizetype column = 0; column + 1 < row.size(); ++column) {
-            line += row[column].leftJustified(widths[column] + 2);
-        }
-        line += row.last();
-        print(line.trimmed());
-    }
 }
 
 Status writeCsv(const QString &path, const QList<TransmissionRow> &rows)
@@ -208,6 +189,9 @@ int show(const Arguments &arguments, const RememberedTransmission &transmission)
 int receipt(const Arguments &arguments, const RememberedTransmission &transmission)
 {
     const QString path = arguments.positional(2);
+    if (const Status usable = checkReceiptFile(arguments, path); !usable) {
+        return fail(usable.message());
+    }
     const Status written = writeReceiptFile(path, arguments, transmission);
     if (!written) {
         return fail(written.message());
@@ -216,8 +200,12 @@ int receipt(const Arguments &arguments, const RememberedTransmission &transmissi
     return done;
 }
 
-int exportConfiguration(const TransmissionRow &row, const QString &path)
+int exportConfiguration(const Arguments &arguments, const TransmissionRow &row)
 {
+    const QString path = arguments.positional(2);
+    if (const Status usable = mayBeOverwritten(arguments, path); !usable) {
+        return fail(usable.message());
+    }
     if (const Status written = exportTransmission(row, path); !written) {
         return fail(written.message());
     }
@@ -256,6 +244,7 @@ void describeTransmissions(Arguments &arguments)
         "                                    removes old ones; the newest whole one of each station stays"));
     addMemoryOption(arguments);
     addLanguageOption(arguments);
+    addOverwriteOption(arguments);
     const auto add = [&](const QString &name, const char *description, const char *value) {
         arguments.addOption(QCommandLineOption(name, QLatin1String(description), QLatin1String(value)));
     };
@@ -321,19 +310,45 @@ std::optional<int> checkTransmissions(const Arguments &arguments)
     return checkRecordAddress(arguments, arguments.value(recordOption));
 }
 
-int transmissions(const Arguments &arguments)
+namespace {
+
+void complainOf(const QStringList &damage)
+{
+    for (const QString &line : damage) {
+        complain(line);
+    }
+}
+
+/// Those of this user that wait for the server.
+void bringWaiting(TransmissionTable &table)
+{
+    int count = 0;
+    const Status brought = handOverWaiting(waitingTransmissionsPlace(systemEnvironment()), table, count);
+    if (count > 0) {
+        tellHandedOver(count);
+    }
+    if (!brought) {
+        complain(brought.message());
+    }
+}
+
+int act(const Arguments &arguments, const QString &place, RecordDatabase &database)
 {
     const QString action = actionOf(arguments);
-    const QString place = placeOf(arguments);
     const std::optional<qint64> number = numberOf(arguments.positional(1));
-    RecordDatabase database;
     const bool isNew = isMissing(place);
     if (!isNew) {
-        if (const Status opened = openForTransmissions(database, place); !opened) {
+        QStringList damage;
+        const Status opened = openForTransmissions(database, place, &damage);
+        complainOf(damage);
+        if (!opened) {
             return fail(opened.message());
         }
     }
     TransmissionTable table(database);
+    if (isServerAddress(place)) {
+        bringWaiting(table);
+    }
     if (action == listAction) {
         return list(arguments, isNew ? nullptr : &table);
     }
@@ -357,7 +372,23 @@ int transmissions(const Arguments &arguments)
     transmission.row = *row;
     return action == showAction      ? show(arguments, transmission)
            : action == receiptAction ? receipt(arguments, transmission)
-                                     : exportConfiguration(*row, arguments.positional(2));
+                                     : exportConfiguration(arguments, *row);
+}
+
+} // namespace
+
+int transmissions(const Arguments &arguments)
+{
+    const QString place = placeOf(arguments);
+    RecordDatabase database;
+    const int code = act(arguments, place, database);
+    if (code == done || !database.isDamaged() || isServerAddress(place)) {
+        return code;
+    }
+    QStringList damage;
+    const Status mended = mendForTransmissions(database, place, damage);
+    complainOf(damage);
+    return mended ? act(arguments, place, database) : fail(mended.message());
 }
 
 } // namespace ktr::cli

@@ -3,6 +3,7 @@
 #include "cli/console.h"
 #include "cli/link_job.h"
 #include "cli/loading.h"
+#include "cli/memory_troubles.h"
 #include "cli/receipts.h"
 #include "cli/shared_record.h"
 #include "cli/transmit_fleet.h"
@@ -70,15 +71,6 @@ std::optional<QString> versionIn(const ModemDialogue::Reply &reply)
         }
     }
     return std::nullopt;
-}
-
-void complainOfTrouble(TransmissionMemory &memory, const QString &what)
-{
-    QObject::connect(&memory, &TransmissionMemory::troubled, &memory, [what](const QString &why) {
-        if (!why.isEmpty()) {
-            complain(what + QLatin1String(" is not remembered: ") + why);
-        }
-    });
 }
 
 /// What became of the transmission, in the words of the panel of the main window.
@@ -152,6 +144,7 @@ void describeTransmit(Arguments &arguments)
     arguments.addOption({receiptOption,
                          QStringLiteral("Writes a receipt of the transmission, as FILE.pdf or FILE.json."),
                          QStringLiteral("FILE")});
+    addOverwriteOption(arguments);
     addLanguageOption(arguments);
 }
 
@@ -200,6 +193,13 @@ int transmit(const Arguments &arguments)
         return failed;
     }
 
+    if (arguments.isSet(receiptOption)) { // before the module hears of anything
+        const Status usable = checkReceiptFile(arguments, arguments.value(receiptOption));
+        if (!usable) {
+            return fail(usable.message() + QLatin1String("; nothing was sent"));
+        }
+    }
+
     LinkJob job(arguments);
     ModuleSession &session = job.session();
     Configuration configuration = document.configuration();
@@ -207,7 +207,7 @@ int transmit(const Arguments &arguments)
         arguments.isSet(answerOption) || (job.isEthernet() && !arguments.isSet(unconfirmedOption));
     Progress progress(steps::last);
     TransmissionMemory memory(transmissionsPlace(arguments.value(recordOption), document.environment()));
-    complainOfTrouble(memory, QStringLiteral("the transmission"));
+    setUpMemory(memory, QStringLiteral("the transmission"));
     TransmissionKeeper keeper(memory, document.environment());
     const bool anyway = arguments.isSet(anywayOption);
     TransmissionLook look =
@@ -342,7 +342,7 @@ int send(const Arguments &arguments)
     }
     ModuleSession &session = job.session();
     TransmissionMemory memory(transmissionsPlace(arguments.value(recordOption), systemEnvironment()));
-    complainOfTrouble(memory, QStringLiteral("the command"));
+    setUpMemory(memory, QStringLiteral("the command"));
     SingleCommandKeeper keeper(memory, systemEnvironment());
     keeper.watch(session, [&job] {
         return SingleCommandKeeper::About{.line = job.lineName(), .operatorName = fullUserName()};

@@ -3,21 +3,22 @@
 #include "cli/console.h"
 #include "cli/interruption.h"
 #include "cli/link_job.h"
+#include "cli/memory_troubles.h"
 #include "cli/receipts.h"
 #include "cli/shared_record.h"
 #include "link/conversation_log.h"
 #include "platform/files.h"
+#include "platform/output_check.h"
 #include "platform/timers.h"
 #include "transmissions/fleet_list.h"
 #include "transmissions/fleet_results.h"
 #include "transmissions/fleet_transmission.h"
 #include "transmissions/memory_place.h"
+#include "transmissions/transmission_texts.h"
 
-#include <QDir>
 #include <QElapsedTimer>
 #include <QFileInfo>
 #include <QHash>
-#include <QSet>
 #include <QTimer>
 
 #include <algorithm>
@@ -50,11 +51,7 @@ public:
           m_interruption(m_io, [this] { interrupt(); }),
           m_progress(static_cast<int>(m_list.entries.size()))
     {
-        QObject::connect(&m_memory, &TransmissionMemory::troubled, &m_memory, [](const QString &why) {
-            if (!why.isEmpty()) {
-                complain(QLatin1String("transmissions are not remembered: ") + why);
-            }
-        });
+        setUpMemory(m_memory, QStringLiteral("a transmission"));
         QObject::connect(&m_fleet, &FleetTransmission::stationEnded, &m_fleet,
                          [this](int index, const StationOutcome &outcome) { noteEnd(index, outcome); });
         QObject::connect(&m_fleet, &FleetTransmission::ended, &m_fleet, [] { QCoreApplication::exit(); });
@@ -122,7 +119,8 @@ private:
             StationOrder order{.file = entry.file,
                                .address = entry.address,
                                .configuration = entry.configuration,
-                               .changesOnly = m_arguments.isSet(changesOption)};
+                               .changesOnly = m_arguments.isSet(changesOption),
+                               .mayBeBegun = m_arguments.isSet(resumeOption)};
             if (isSame && before.step) {
                 order.brokenOff = before.transmission;
                 order.step = *before.step;
@@ -130,11 +128,14 @@ private:
             }
             m_fleet.add(index, std::move(order));
         }
-        if (!m_arguments.isSet(receiptsOption) || QDir().mkpath(m_arguments.value(receiptsOption))) {
-            return writeTable(); // before any module hears of anything
+        // Before any module hears of anything.
+        const Status usable = m_arguments.isSet(receiptsOption)
+                                  ? makeOutputFolder(m_arguments.value(receiptsOption))
+                                  : Status::done();
+        if (!usable) {
+            complain(usable.message() + QLatin1String("; nothing was sent"));
         }
-        complain(m_arguments.value(receiptsOption) + QStringLiteral(": the folder cannot be made"));
-        return false;
+        return usable && writeTable();
     }
 
     void noteEnd(int index, const StationOutcome &outcome)
@@ -163,7 +164,7 @@ private:
     {
         return result.station.isEmpty()
                    ? result.address
-                   : QStringLiteral("%1 (%2)").arg(logText(result.station), result.address);
+                   : QStringLiteral("%1 (%2)").arg(shortText(logText(result.station)), result.address);
     }
 
     void noteProgress(const FleetResult &result, const QString &what)
@@ -173,12 +174,7 @@ private:
 
     void writeReceiptOf(const FleetResult &result, const StationOutcome &outcome)
     {
-        QString name = QFileInfo(result.file).completeBaseName();
-        for (int n = 2; m_receipts.contains(name.toLower()); ++n) { // files of one name in several folders
-            name = QStringLiteral("%1-%2").arg(QFileInfo(result.file).completeBaseName()).arg(n);
-        }
-        m_receipts.insert(name.toLower());
-        const QString path = QDir(m_arguments.value(receiptsOption)).filePath(name + QLatin1String(".pdf"));
+        const QString path = freeReceiptPath(m_arguments.value(receiptsOption), result.file);
         if (const Status written = writeReceiptFile(path, m_arguments, outcome.transmission); !written) {
             complain(written.message());
             m_isSound = false;
@@ -215,7 +211,6 @@ private:
     FleetTransmission m_fleet;
     Interruption m_interruption;
     QList<FleetResult> m_results;
-    QSet<QString> m_receipts;
     QElapsedTimer m_clock;
     QTimer m_tableTimer;
     Progress m_progress;

@@ -6,6 +6,8 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <utility>
+
 namespace ktr {
 
 namespace {
@@ -81,16 +83,16 @@ ChannelNames readChannelNames(const QByteArray &content, QStringList &remarks)
         text.remove(0, 1);
     }
     const QStringList lines = text.split(u'\n');
-    for (const QString &line : lines) {
-        const QString plain = line.trimmed();
+    for (qsizetype line = 0; line < lines.size(); ++line) {
+        const QString plain = lines[line].trimmed();
         if (plain.isEmpty()) {
             continue;
         }
         const auto channel = toWholeNumber(plain.section(u'=', 0, 0), 1, channelCount);
         if (!channel || !plain.contains(u'=')) {
-            remarks +=
-                QCoreApplication::translate("Files", "names of inputs and outputs: %1 is not understood")
-                    .arg(quotedInRemark(plain).trimmed());
+            remarks += QCoreApplication::translate(
+                           "Files", "names of inputs and outputs: line %1, %2, is not understood")
+                           .arg(QString::number(line + 1), quotedInRemark(plain).trimmed());
             continue;
         }
         const QString value = plain.section(u'=', 1);
@@ -112,7 +114,12 @@ ChannelNames readNamesBeside(const QString &configurationFile, QStringList &rema
         remarks += read.message();
         return {};
     }
-    return readChannelNames(content, remarks);
+    QStringList ofLines;
+    const ChannelNames names = readChannelNames(content, ofLines);
+    for (const QString &remark : std::as_const(ofLines)) {
+        remarks += fileFailure(path, remark).message();
+    }
+    return names;
 }
 
 } // namespace ktr

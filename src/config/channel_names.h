@@ -49,7 +49,7 @@ ChannelName storedChannelName(const QString &name, const QString &unit);
 QString namesFileOf(const QString &configurationFile);
 
 /// Lines "1=Pump 1;unit" in UTF-8 of the channels that have a name or unit. What cannot be understood is told
-/// in a remark.
+/// in a remark with its line.
 QByteArray writeChannelNames(const ChannelNames &names);
 ChannelNames readChannelNames(const QByteArray &content, QStringList &remarks);
 

@@ -1,6 +1,7 @@
 #include "config/fields_in_files.h"
 
 #include "platform/files.h"
+#include "platform/text_rules.h"
 
 #include <QCoreApplication>
 
@@ -9,8 +10,12 @@
 
 namespace ktr {
 
-FieldsInFiles::FieldsInFiles(Environment environment, QList<FieldAssignment> assignments, bool anyway)
-    : m_environment(std::move(environment)), m_assignments(std::move(assignments)), m_anyway(anyway)
+FieldsInFiles::FieldsInFiles(Environment environment, QList<FieldAssignment> assignments, Check check,
+                             bool anyway)
+    : m_environment(std::move(environment)),
+      m_assignments(std::move(assignments)),
+      m_check(std::move(check)),
+      m_anyway(anyway)
 {}
 
 bool FieldsInFiles::add(const QString &file)
@@ -39,20 +44,32 @@ bool FieldsInFiles::assign(Document &document)
 {
     Configuration configuration = document.configuration();
     bool isSound = true;
+    const auto tell = [&](const FieldAssignment &each, const QString &fault) {
+        m_told += QStringLiteral("%1: %2: %3%4")
+                      .arg(document.fileName(), each.field.path(),
+                           quotedInRemark(shownValue(each.field, each.value)), fault);
+    };
+    QStringList keys;
     for (const FieldAssignment &each : m_assignments) {
+        keys += each.field.key;
         const QString before = fieldValue(configuration, each.field.key);
         const FieldSetting set = setFieldValue(configuration, each.field.key, each.value, m_anyway);
         const QString after = fieldValue(configuration, each.field.key);
         if (!set.fault.isEmpty()) {
-            m_told += QStringLiteral("%1: %2: \"%3\" %4")
-                          .arg(document.fileName(), each.field.path(), shownValue(each.field, each.value),
-                               set.fault);
+            tell(each, set.fault);
         }
         isSound = isSound && set.isStored;
         if (set.isStored && before != after) {
             m_changes += QStringLiteral("%1: %2: %3 -> %4")
                              .arg(document.fileName(), each.field.path(), shownValue(each.field, before),
                                   shownValue(each.field, after));
+        }
+    }
+    const auto faults = m_check(document.configuration(), configuration, keys);
+    for (const FieldAssignment &each : m_assignments) {
+        if (const QString fault = faults.value(each.field.key); !fault.isEmpty()) {
+            tell(each, fault);
+            isSound = isSound && m_anyway;
         }
     }
     if (isSound && configuration != document.configuration()) {

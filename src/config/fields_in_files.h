@@ -3,6 +3,7 @@
 #include "config/document.h"
 #include "config/field_names.h"
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -19,8 +20,13 @@ struct FieldAssignment
 class FieldsInFiles
 {
 public:
+    /// What is wrong with what the fields (by their keys) hold together: why, to go on from the value.
+    using Check = std::function<QHash<QString, QString>(const Configuration &before,
+                                                        const Configuration &after, const QStringList &keys)>;
+
     /// With `anyway` a faulty value is stored where it can be.
-    FieldsInFiles(Environment environment, QList<FieldAssignment> assignments, bool anyway = false);
+    FieldsInFiles(Environment environment, QList<FieldAssignment> assignments, Check check,
+                  bool anyway = false);
 
     /// Reads a file and sets the fields in what was read. False where that cannot be done, or the file is
     /// there already; told() says why.
@@ -41,6 +47,7 @@ private:
 
     Environment m_environment;
     QList<FieldAssignment> m_assignments;
+    Check m_check;
     bool m_anyway;
     std::vector<std::unique_ptr<Document>> m_documents;
     QStringList m_told;

@@ -3,6 +3,7 @@
 #include "platform/file_lock.h"
 #include "platform/files.h"
 #include "record/bound_values.h"
+#include "record/damage_told.h"
 #include "record/record_address.h"
 #include "record/record_file.h"
 #include "record/schema.h"
@@ -341,7 +342,7 @@ Status openReady(RecordDatabase &database, const QString &path)
     return opened;
 }
 
-Status openOwnFile(RecordDatabase &database, const QString &path)
+Status openOwnFile(RecordDatabase &database, const QString &path, QStringList *told)
 {
     if (QFileInfo::exists(path) && openReady(database, path)) {
         return Status::done();
@@ -352,7 +353,11 @@ Status openOwnFile(RecordDatabase &database, const QString &path)
     }
     FileLock lock;
     waitForLock(lock, path + u".lock"_s);
-    if (const OpenedRecord record = openRecord(path); !record.status) {
+    const OpenedRecord record = openRecord(path);
+    if (told != nullptr) {
+        *told += damageTold(path, record);
+    }
+    if (!record.status) {
         return record.status;
     }
     return database.open(path, RecordDatabase::Use::Write);
@@ -360,10 +365,22 @@ Status openOwnFile(RecordDatabase &database, const QString &path)
 
 } // namespace
 
-Status openForTransmissions(RecordDatabase &database, const QString &record)
+Status mendForTransmissions(RecordDatabase &database, const QString &record, QStringList &told)
+{
+    if (isServerAddress(record)) {
+        return database.failure();
+    }
+    FileLock lock;
+    waitForLock(lock, record + u".lock"_s);
+    const OpenedRecord mended = repairRecord(record, database);
+    told += damageTold(record, mended);
+    return mended.status;
+}
+
+Status openForTransmissions(RecordDatabase &database, const QString &record, QStringList *told)
 {
     if (!isServerAddress(record)) {
-        return openOwnFile(database, record);
+        return openOwnFile(database, record, told);
     }
     Status opened = database.open(record, RecordDatabase::Use::Write);
     if (opened) {

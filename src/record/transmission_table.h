@@ -39,7 +39,11 @@ private:
 /// Opens a record for transmissions. A file is made where there is none, brought forward, and where it is
 /// damaged replaced by what can be read of it; programs that begin at the same time wait for each other. On a
 /// server the tables must be there.
-Status openForTransmissions(RecordDatabase &database, const QString &record);
+Status openForTransmissions(RecordDatabase &database, const QString &record, QStringList *told = nullptr);
+
+/// Puts a file of one's own that was found to be damaged aside and takes what can be read of it into a new
+/// one, which is told, a line each. The connection is closed. Nothing is done with a server.
+Status mendForTransmissions(RecordDatabase &database, const QString &record, QStringList &told);
 
 /// A configuration's text without its PIN.
 QString withoutPinElement(QString configuration);

@@ -8,6 +8,7 @@
 #include "link/udp_pair.h"
 #include "platform/files.h"
 #include "platform/table_file.h"
+#include "transmissions/transmission_texts.h"
 
 #include <QCoreApplication>
 #include <QCryptographicHash>
@@ -155,7 +156,7 @@ void loadEntry(FleetEntry &entry, const Environment &environment)
         refuse(report.remarks.join(QLatin1String("; ")));
     } else if (!expected.isEmpty() && expected != entry.station) {
         refuse(inListWords(QT_TRANSLATE_NOOP("FleetList", "is the configuration of \"%1\" and not of \"%2\""))
-                   .arg(logText(entry.station), logText(expected)));
+                   .arg(shortText(logText(entry.station)), shortText(logText(expected))));
     } else if (entry.address.isEmpty()) {
         entry.address = withoutLeadingZeros(entry.configuration.ethernet.ip);
     }
@@ -181,7 +182,7 @@ QStringList faultsOfEntries(const QList<FleetEntry> &entries)
         const QString address = keyOfAddress(entry.address);
         if (address.isEmpty()) {
             faults += inListWords(QT_TRANSLATE_NOOP("FleetList", "%1: \"%2\" is no address of a module"))
-                          .arg(entry.place, logText(entry.address));
+                          .arg(entry.place, shortText(logText(entry.address)));
             continue;
         }
         takeOnce(u'a' + address,
@@ -192,7 +193,7 @@ QStringList faultsOfEntries(const QList<FleetEntry> &entries)
         if (!entry.station.isEmpty()) {
             takeOnce(u's' + entry.station,
                      inListWords(QT_TRANSLATE_NOOP("FleetList", "the identifier \"%2\" is that of %1, too")),
-                     entry.station);
+                     shortText(entry.station));
         }
         if (const QString mac = macOf(entry.configuration.ethernet); !mac.isEmpty()) {
             takeOnce(u'm' + mac,
@@ -223,7 +224,7 @@ QStringList doubtsAboutEntries(const QList<FleetEntry> &entries)
                                   (all.size() > most ? QStringLiteral(", …") : QString());
             doubts += inListWords(
                           QT_TRANSLATE_NOOP("FleetList", "%1 files give their modules the IP address %2: %3"))
-                          .arg(QString::number(all.size()), logText(address), shown);
+                          .arg(QString::number(all.size()), shortText(logText(address)), shown);
         }
     }
     return doubts;

@@ -5,6 +5,8 @@
 #include "platform/table_file.h"
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 
 namespace ktr {
 
@@ -58,6 +60,19 @@ FleetResult resultOf(const FleetEntry &entry, const StationOutcome &outcome)
     result.versionBefore = outcome.versionBefore;
     result.transmission = outcome.uid;
     return result;
+}
+
+QString freeReceiptPath(const QString &folder, const QString &file)
+{
+    const QString base = QFileInfo(file).completeBaseName();
+    const auto pathOf = [&folder](const QString &name) {
+        return QDir(folder).filePath(name + QLatin1String(".pdf"));
+    };
+    QString path = pathOf(base);
+    for (int n = 2; QFileInfo::exists(path); ++n) {
+        path = pathOf(QStringLiteral("%1-%2").arg(base).arg(n));
+    }
+    return path;
 }
 
 Status writeResults(const QString &path, const QList<FleetResult> &results)

@@ -33,4 +33,8 @@ Status writeResults(const QString &path, const QList<FleetResult> &results);
 /// Reads a table that was written before.
 Status readResults(const QString &path, QList<FleetResult> &results);
 
+/// A name for the receipt of a file's transmission in a folder, which no file has: one that is there proves
+/// an earlier transmission, or is that of a file of the same name in another folder.
+QString freeReceiptPath(const QString &folder, const QString &file);
+
 } // namespace ktr

@@ -20,4 +20,11 @@ QString transmissionsPlace(const QString &server, const Environment &environment
                : joinPath(environment.dataFolder, QStringLiteral("transmissions.sqlite"));
 }
 
+QString waitingTransmissionsPlace(const Environment &environment)
+{
+    return environment.dataFolder.isEmpty()
+               ? QString()
+               : joinPath(environment.dataFolder, QStringLiteral("transmissions-waiting.sqlite"));
+}
+
 } // namespace ktr

@@ -11,4 +11,8 @@ namespace ktr {
 /// nothing is to be left.
 QString transmissionsPlace(const QString &server, const Environment &environment);
 
+/// Where transmissions wait that a server is to remember which cannot be reached; empty where there is no
+/// folder for it.
+QString waitingTransmissionsPlace(const Environment &environment);
+
 } // namespace ktr

@@ -1,6 +1,7 @@
 #include "transmissions/station_transmission.h"
 
 #include "link/changes.h"
+#include "transmissions/broken_off.h"
 
 #include <QCoreApplication>
 
@@ -87,7 +88,7 @@ StationTransmission::~StationTransmission()
 void StationTransmission::start()
 {
     m_clock.start();
-    if (!m_order.brokenOff.isEmpty() || m_order.changesOnly) {
+    if (!m_order.brokenOff.isEmpty() || m_order.changesOnly || m_order.mayBeBegun) {
         lookForBasis();
     } else {
         open(std::nullopt);
@@ -114,14 +115,18 @@ void StationTransmission::lookForBasis()
 {
     struct Known
     {
-        bool mayGoOn = false;
+        std::optional<BrokenOff> brokenOff;
         HeldConfiguration held;
     };
     const auto look = [order = m_order, environment = m_means.environment](TransmissionTable &table) {
         Known known;
         const QString &station = order.configuration.gsm.stationId;
-        known.mayGoOn = !order.brokenOff.isEmpty() && isNewest(table, station, order.brokenOff);
-        if (!known.mayGoOn && order.changesOnly && !station.isEmpty()) {
+        if (!order.brokenOff.isEmpty() && isNewest(table, station, order.brokenOff)) {
+            known.brokenOff = {order.step, order.versionBefore};
+        } else if (order.mayBeBegun) {
+            known.brokenOff = brokenOffBefore(table, order.configuration, order.address, environment);
+        }
+        if (!known.brokenOff && order.changesOnly && !station.isEmpty()) {
             known.held = newestHeld(table, station, environment);
         }
         return known;
@@ -133,9 +138,9 @@ void StationTransmission::lookForBasis()
                 return;
             }
             std::optional<Basis> basis;
-            if (known.mayGoOn) {
-                basis =
-                    Basis{stepsBetween(firstChange, m_order.step), m_order.versionBefore, 0, m_order.step};
+            if (known.brokenOff) {
+                const int step = known.brokenOff->step;
+                basis = Basis{stepsBetween(firstChange, step), known.brokenOff->versionBefore, 0, step};
             } else if (m_order.changesOnly) {
                 basis = basisOf(known.held, known.held.transmission.versionSent);
             }

@@ -26,6 +26,7 @@ struct StationOrder
     QString brokenOff{};
     int step = steps::first;
     QString versionBefore{};
+    bool mayBeBegun = false; ///< by a program that was killed: the memory may know how far it came
 };
 
 /// What became of it.

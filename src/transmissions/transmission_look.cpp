@@ -96,21 +96,24 @@ QStringList TransmissionLook::misfits() const
         if (!stations.isEmpty() && !stations.contains(station)) {
             found += QCoreApplication::translate(
                          "Transmissions", "The module holds version %1, which was transmitted to station %2")
-                         .arg(logText(*moduleVersion), logText(stations.join(QLatin1String(", "))));
+                         .arg(shortText(logText(*moduleVersion)),
+                              shortText(logText(stations.join(QLatin1String(", ")))));
         }
         if (isNewer(*moduleVersion, version)) {
             found += QCoreApplication::translate("Transmissions",
                                                  "The module holds a newer version, %1, than this one, %2")
-                         .arg(logText(*moduleVersion), logText(version));
+                         .arg(shortText(logText(*moduleVersion)), shortText(logText(version)));
         }
     } else if (isAddress && lastOverLine && lastOverLine->station != station) {
-        found += QCoreApplication::translate("Transmissions", "At %1 is station %2, as transmitted on %3")
-                     .arg(line, logText(lastOverLine->station), transmissionTime(lastOverLine->begun));
+        found +=
+            QCoreApplication::translate("Transmissions", "At %1 is station %2, as transmitted on %3")
+                .arg(line, shortText(logText(lastOverLine->station)), transmissionTime(lastOverLine->begun));
     }
     if (lastOfStation && !station.isEmpty() && isNewer(lastOfStation->versionSent, version)) {
-        found += QCoreApplication::translate("Transmissions",
-                                             "A newer version, %1, was transmitted to this station on %2")
-                     .arg(logText(lastOfStation->versionSent), transmissionTime(lastOfStation->begun));
+        found +=
+            QCoreApplication::translate("Transmissions",
+                                        "A newer version, %1, was transmitted to this station on %2")
+                .arg(shortText(logText(lastOfStation->versionSent)), transmissionTime(lastOfStation->begun));
     }
     return found;
 }
@@ -122,21 +125,24 @@ QList<std::pair<QString, QString>> TransmissionLook::facts() const
     QString held = notKnown;
     if (moduleVersion) {
         const QStringList stations = stationsOf.value(*moduleVersion);
-        held = logText(*moduleVersion);
-        moduleStation = stations.isEmpty() ? notKnown : logText(stations.join(QLatin1String(", ")));
+        held = shortText(logText(*moduleVersion));
+        moduleStation =
+            stations.isEmpty() ? notKnown : shortText(logText(stations.join(QLatin1String(", "))));
     } else if (lastOfStation) {
-        held = QCoreApplication::translate("Transmissions", "last transmitted: %1 on %2")
-                   .arg(logText(lastOfStation->versionSent), transmissionTime(lastOfStation->begun));
+        held =
+            QCoreApplication::translate("Transmissions", "last transmitted: %1 on %2")
+                .arg(shortText(logText(lastOfStation->versionSent)), transmissionTime(lastOfStation->begun));
     }
     if (!moduleVersion && lastOverLine) {
         moduleStation = QCoreApplication::translate("Transmissions", "last over this line: %1")
-                            .arg(logText(lastOverLine->station));
+                            .arg(shortText(logText(lastOverLine->station)));
     }
     const QString ofModule = QCoreApplication::translate("Transmissions", "%1 (module: %2)");
     return {
         {QCoreApplication::translate("Transmissions", "Station"),
-         ofModule.arg(logText(station), moduleStation)},
-        {QCoreApplication::translate("Transmissions", "Version"), ofModule.arg(logText(version), held)},
+         ofModule.arg(shortText(logText(station)), moduleStation)},
+        {QCoreApplication::translate("Transmissions", "Version"),
+         ofModule.arg(shortText(logText(version)), held)},
         {QCoreApplication::translate("Transmissions", "Line"), line.isEmpty() ? notKnown : logText(line)},
         {QCoreApplication::translate("Transmissions", "Commands"), QString::number(commands)},
         {QCoreApplication::translate("Transmissions", "Problems"),

@@ -1,5 +1,8 @@
 #include "transmissions/transmission_memory.h"
 
+#include "record/record_address.h"
+#include "transmissions/waiting_transmissions.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -73,23 +76,38 @@ void TransmissionMemory::begin()
     });
 }
 
-/// By a connection that is opened anew: the file may be another one by now. What could not be written stays
-/// in m_inHand.
+/// A file that turns out to be damaged is replaced by what can be read of it, and all is done once more.
 void TransmissionMemory::work(const QString &place)
 {
+    if (!workOnce(place)) {
+        m_steps.clear(); // some of it may be lost
+        (void)workOnce(place);
+    }
+}
+
+/// By a connection that is opened anew: the file may be another one by now. What could not be written stays
+/// in m_inHand. False after the file was mended.
+bool TransmissionMemory::workOnce(const QString &place)
+{
     RecordDatabase database;
-    const Status opened = isThere() ? openForTransmissions(database, place) : Status::failed(QString());
+    const Status opened =
+        isThere() ? openForTransmissions(database, place, &m_told) : Status::failed(QString());
     TransmissionTable table(database);
     m_written = opened;
+    const bool mayWait = isServerAddress(place) && !m_waitingFile.isEmpty();
+    if (m_written && mayWait) { // what waited is older than what is in hand
+        m_written = handOverWaiting(m_waitingFile, table, m_handedOver);
+    }
     for (RememberedTransmission &each : m_inHand) {
-        const bool isNext = each.row.uid == m_last.row.uid;
-        m_written = m_written
-                        ? table.write(each.row, isNext ? changedSteps(each.steps, m_last.steps) : each.steps)
-                        : m_written;
-        if (m_written) {
-            m_last = each;
+        m_written = m_written ? table.write(each.row, changedSteps(each.steps, m_steps.value(each.row.uid)))
+                              : m_written;
+        if (m_written && each.row.ended == 0) {
+            m_steps.insert(each.row.uid, each.steps);
+        } else {
+            m_steps.remove(each.row.uid);
         }
     }
+    m_isPostponed = !m_written && mayWait && !m_inHand.empty() && keepWaiting(m_waitingFile, m_inHand);
     for (const Job &job : m_jobs) {
         if (opened) {
             job.work(table);
@@ -97,18 +115,25 @@ void TransmissionMemory::work(const QString &place)
             job.failed(opened);
         }
     }
+    return !opened || !database.isDamaged() || !mendForTransmissions(database, place, m_told);
 }
 
 /// After the thread has ended its work.
 void TransmissionMemory::takeNews()
 {
     m_isBusy = false;
+    if (const QStringList told = std::exchange(m_told, {}); !told.isEmpty()) {
+        Q_EMIT mended(told);
+    }
+    if (const int count = std::exchange(m_handedOver, 0); count > 0) {
+        Q_EMIT handedOver(count);
+    }
     const std::vector<RememberedTransmission> handled = std::exchange(m_inHand, {});
     if (handled.empty()) {
         return;
     }
     if (!m_written) { // a newer state of the same transmission stays in its place
-        m_last = {};
+        m_steps.clear();
         for (const RememberedTransmission &each : handled) {
             const bool isNewer = std::ranges::any_of(m_waiting, [&](const RememberedTransmission &newer) {
                 return newer.row.uid == each.row.uid;
@@ -120,7 +145,11 @@ void TransmissionMemory::takeNews()
     }
     if (const QString trouble = m_written ? QString() : m_written.message(); trouble != m_trouble) {
         m_trouble = trouble;
-        Q_EMIT troubled(trouble);
+        if (m_isPostponed) {
+            Q_EMIT postponed(m_waitingFile, trouble);
+        } else {
+            Q_EMIT troubled(trouble);
+        }
     }
     if (m_written) {
         for (const RememberedTransmission &each : handled) {

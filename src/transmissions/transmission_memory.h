@@ -4,6 +4,7 @@
 #include "platform/worker_thread.h"
 #include "record/transmission_table.h"
 
+#include <QHash>
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
@@ -42,6 +43,10 @@ public:
     /// Another one, from now on. What waits goes there.
     void setPlace(const QString &place);
 
+    /// Where transmissions wait while the place is a server that cannot be reached; without it they wait in
+    /// this program alone.
+    void setWaitingFile(const QString &file) { m_waitingFile = file; }
+
     /// Writes a transmission as it stands now, in place of how it stood before.
     void keep(const RememberedTransmission &transmission);
     /// Writes what waits before it returns, for a program that ends.
@@ -61,6 +66,12 @@ public:
 Q_SIGNALS:
     /// This could not be written; an empty text: it is written now.
     void troubled(const QString &why);
+    /// It waits in this file until the server can be reached, which now it cannot.
+    void postponed(const QString &file, const QString &why);
+    /// So many that had waited there are remembered by the server now.
+    void handedOver(int count);
+    /// It was damaged and put aside; what could be read of it was brought over. A line each.
+    void mended(const QStringList &told);
     /// A transmission was written; its number in the record.
     void kept(const QString &uid, qint64 id);
 
@@ -76,11 +87,13 @@ private:
     void put(Job job);
     void begin();
     void collect();
-    /// Of the thread: writes m_inHand and asks m_jobs.
+    // Of the thread: writes m_inHand and asks m_jobs.
     void work(const QString &place);
+    bool workOnce(const QString &place);
     void takeNews();
 
     QString m_place;
+    QString m_waitingFile;
     std::vector<RememberedTransmission> m_waiting; ///< of each transmission the newest state
     std::deque<Job> m_asked;
     bool m_isBusy = false;
@@ -91,7 +104,11 @@ private:
     std::vector<RememberedTransmission> m_inHand;
     std::deque<Job> m_jobs;
     Status m_written = Status::done();
-    RememberedTransmission m_last; ///< as it was written last
+    bool m_isPostponed = false; ///< it was not written, and waits in its file
+    int m_handedOver = 0;
+    QStringList m_told; ///< of damage
+    /// The commands of each transmission that runs, as they were written last: many may run in turns.
+    QHash<QString, QList<TransmissionStepRow>> m_steps;
 
     QObject m_receiver; ///< of the thread's reports, on the owner's thread
     WorkerThread m_thread;

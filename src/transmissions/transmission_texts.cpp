@@ -1,6 +1,7 @@
 #include "transmissions/transmission_texts.h"
 
 #include "link/conversation_log.h"
+#include "platform/text_rules.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -80,6 +81,11 @@ QString outcomeText(StepOutcome outcome)
         return QCoreApplication::translate("Transmissions", "unconfirmed");
     }
     return QCoreApplication::translate("Transmissions", "sent");
+}
+
+QString shortText(const QString &text, qsizetype longest)
+{
+    return text.size() <= longest ? text : firstCharacters(text, longest - 1) + u'…';
 }
 
 QString transmissionTime(qint64 at)

@@ -210,6 +210,27 @@ private Q_SLOTS:
         click("Cmd_fleet_transmit");
         QVERIFY2(problem().contains("S1 (S0.xml): the file"_L1), qPrintable(problem()));
         QVERIFY(!m_window->isRunning() && m_stations->lines[0]->isOpened);
+        // Two with one MAC address, which is a problem of each before, and folders that are none.
+        for (int station = 0; station < 2; ++station) {
+            Configuration configuration;
+            QVERIFY(readConfigurationFile(fileOf(station), configuration, fixedEnvironment()).document);
+            configuration.ethernet.mac5 = u"07"_s;
+            QVERIFY(writeConfigurationFile(fileOf(station), configuration, fixedEnvironment()));
+        }
+        click("Cmd_fleet_folder");
+        QVERIFY2(cell(0, FleetModel::PlanColumn).contains("problems: 1"_L1),
+                 qPrintable(cell(0, FleetModel::PlanColumn)));
+        click("Cmd_fleet_transmit");
+        QVERIFY2(problem().contains("S1 (S1.xml): the MAC address"_L1) &&
+                     problem().contains("S0 (S0.xml)"_L1),
+                 qPrintable(problem()));
+        tick(1, false);
+        part<QLineEdit>("Text_fleet_receipts")->setText(fileOf(2));
+        click("Cmd_fleet_transmit");
+        QVERIFY2(problem().contains(fileOf(2)), qPrintable(problem()));
+        part<QLineEdit>("Text_fleet_receipts")->clear();
+        tick(1, true);
+        QVERIFY(!m_window->isRunning() && m_stations->lines[0]->isOpened);
         // The space bar and the filter choose others.
         part<QLineEdit>("Text_fleet_filter")->setText(u"S2"_s);
         part<QCheckBox>("Check_fleet_all")->click();

@@ -1399,6 +1399,31 @@ private Q_SLOTS:
         QVERIFY(m_line->sent.contains("\r\nv,"));
     }
 
+    void aDamagedMemoryIsToldAndKeptAside()
+    {
+        m_dataFolder = path("data");
+        QVERIFY(QDir().mkpath(m_dataFolder));
+        QVERIFY(writeFile(m_dataFolder + "/transmissions.sqlite", "no database, but some bytes"));
+        m_ports = {"COM1"};
+        start({});
+        clickMenu("mnu_doConfig");
+        QTRY_COMPARE(shownMessages().size(), 1);
+        QVERIFY2(shownMessages()[0].contains(m_dataFolder + "/transmissions (1).sqlite"),
+                 qPrintable(shownMessages()[0]));
+        QVERIFY(QFile::exists(m_dataFolder + "/transmissions (1).sqlite"));
+    }
+
+    void aTextThatAFieldCannotTakeIsTold()
+    {
+        start({});
+        QLineEdit *name = field("txt_gsm_id");
+        name->setFocus();
+        QApplication::clipboard()->setText(QString(200'000, u'x'));
+        name->selectAll();
+        name->paste();
+        QVERIFY2(lastEvent().contains(QString::number(name->maxLength())), qPrintable(lastEvent()));
+    }
+
     /// A module that told a newer version, and one where all is well.
     void beforeATransmissionStandsWhatIsKnown()
     {

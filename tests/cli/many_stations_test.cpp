@@ -318,6 +318,8 @@ private Q_SLOTS:
         row("one title for two", "PIN;pin\n1234;1234\n", {u"column 2"_s, u"twice"_s});
         row("all faults", "identifier;LV 1/Delay;PIN\nA;x;1234\nB;5;12\n",
             {u"row 2: LV 1/Delay: \"x\""_s, u"row 3: PIN: \"****\""_s, u"2 faults"_s});
+        row("too long", "identifier;LV 1/Notification\nA;" + QByteArray(300, 'x') + "\nB;ok\n",
+            {u"row 2: LV 1/Notification: \"xx"_s, u"of 160 at most"_s, u"1 fault"_s});
         row("without title", "identifier;\nA;x\n", {u"row 2: cell 2"_s});
         row("too many cells", "identifier\nA;x\n", {u"cell 2"_s});
         row("twice", "identifier;address;mac\nA;10.0.0.1;1\nA;10.0.0.1;1\n",
@@ -393,6 +395,12 @@ private Q_SLOTS:
         listFile.close();
         const QStringList words{u"transmit"_s,         u"--fleet"_s,   list,   u"--result"_s,
                                 path(u"result.csv"_s), u"--timeout"_s, u"30"_s};
+        const Result nowhere = ktrcli(words + QStringList{u"--receipts"_s, list}); // no folder
+        QVERIFY2(nowhere.code == 1 && nowhere.errors.contains("nothing was sent"_L1),
+                 qPrintable(nowhere.errors));
+        QVERIFY(!QFileInfo::exists(path(u"result.csv"_s)));
+        QVERIFY(QDir().mkpath(path(u"receipts"_s)) &&
+                writeFile(path(u"receipts/S1.pdf"_s), "of another transmission"));
         const Result sent = ktrcli(words + QStringList{u"--receipts"_s, path(u"receipts"_s)});
         QCOMPARE(sent.code, 1);
         QVERIFY2(sent.output.contains("4 of 6 stations are whole (0"_L1), qPrintable(sent.output));
@@ -402,7 +410,8 @@ private Q_SLOTS:
             QCOMPARE(results()[i].verdict, u"whole"_s);
             QVERIFY(results()[i].commands > 70);
             QVERIFY(holds(addresses[i], u"S%1.xml"_s.arg(i)));
-            QVERIFY(contentOf(path(u"receipts/S%1.pdf"_s.arg(i))).startsWith("%PDF"));
+            const QString receipt = i == 1 ? u"receipts/S1-2.pdf"_s : u"receipts/S%1.pdf"_s.arg(i);
+            QVERIFY(contentOf(path(receipt)).startsWith("%PDF"));
         }
         QCOMPARE(results()[4].verdict, u"broken off"_s);
         QCOMPARE(results()[5].verdict, u"not begun"_s);
@@ -482,13 +491,18 @@ private Q_SLOTS:
             QVERIFY(rows[1].trouble.contains("interrupted"_L1));
         }
         QCOMPARE(rows[2].verdict, u"not begun"_s);
-        const int stopped = rows[1].step.toInt();
+        const QByteArray killed =
+            ktrcli({u"transmissions"_s, u"show"_s, u"2"_s, u"--json"_s}).output.toUtf8();
+        const int stopped = signal == SIGINT
+                                ? rows[1].step.toInt()
+                                : QJsonDocument::fromJson(killed).object()["resume_step"_L1].toInt();
+        QVERIFY(stopped > 5);
 
         const Result rest = ktrcli({u"transmit"_s, u"--fleet"_s, list, u"--resume"_s, path(u"result.csv"_s)});
         QVERIFY2(rest.code == 0 && rest.output.contains("3 of 3 stations are whole (1 of"_L1),
                  qPrintable(rest.output + rest.errors));
         rows = results();
-        QCOMPARE(rows[1].commands, 79 - (stopped > 0 ? stopped - 1 : 0)); // from there on, and its version
+        QCOMPARE(rows[1].commands, 79 - (stopped - 1)); // from there on, and its version
         QCOMPARE(rows[2].commands, 79);
         for (int i = 0; i < 3; ++i) {
             QVERIFY(holds(addresses[i], u"S%1.xml"_s.arg(i)));

@@ -310,6 +310,114 @@ private Q_SLOTS:
         QCOMPARE(ktrcli({u"transmissions"_s, u"receipt"_s, u"1"_s, path(u"receipt"_s)}).code, 2);
     }
 
+    void aDamagedMemoryIsToldByWhoeverOpensIt()
+    {
+        const QString memory = path(u"home/KTRconfig/transmissions.sqlite"_s);
+        const Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s)});
+        QVERIFY(transmit(sample).code == 0 && QFile::exists(memory));
+        for (int copy = 1; copy <= 2; ++copy) {
+            QVERIFY(ktr::test::writeFile(memory, "no database, but some bytes"));
+            const Result told = copy == 1 ? ktrcli({u"transmissions"_s}) : transmit(sample);
+            QCOMPARE(told.code, 0);
+            QVERIFY2(told.errors.contains(u"transmissions (%1).sqlite"_s.arg(copy)), qPrintable(told.errors));
+        }
+        QCOMPARE(listed().size(), 1);
+    }
+
+    void whatAServerThatIsAwayWasToRememberIsKept()
+    {
+        const Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s)});
+        const Result sent = ktrcli({u"transmit"_s, sample, u"--serial"_s, path(u"module"_s), u"--record"_s,
+                                    u"postgresql://127.0.0.1:1/nowhere"_s});
+        QCOMPARE(sent.code, 0);
+        const QString file = path(u"home/KTRconfig/transmissions-waiting.sqlite"_s);
+        QVERIFY2(sent.errors.contains(u"is kept in "_s + file), qPrintable(sent.errors));
+        QVERIFY(QFile::exists(file));
+    }
+
+    /// It is tried before anything is sent, and what proves another transmission is not written over.
+    void aReceiptThatCannotBeWrittenIsToldBefore()
+    {
+        const Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s)});
+        QVERIFY(QDir(m_folder->path()).mkpath(u"folder.json"_s));
+        QVERIFY(ktr::test::writeFile(path(u"there.json"_s), "older"));
+        const auto words = [this](const QString &receipt) {
+            return QStringList{u"transmit"_s, sample,         u"--serial"_s, path(u"module"_s),
+                               u"--answer"_s, u"--receipt"_s, path(receipt)};
+        };
+        for (const QString &receipt :
+             {u"no/such.json"_s, u"no/such.pdf"_s, u"folder.json"_s, u"there.json"_s}) {
+            const Result result = ktrcli(words(receipt));
+            QVERIFY2(result.code == 1 && result.errors.contains(path(receipt)) &&
+                         result.errors.contains("nothing was sent"_L1),
+                     qPrintable(result.errors));
+        }
+        QVERIFY(listed().isEmpty());
+        QCOMPARE(contentOf(path(u"there.json"_s)), "older");
+        QCOMPARE(ktrcli(words(u"there.json"_s) + QStringList{u"--overwrite"_s}).code, 0);
+        const QByteArray receipt = contentOf(path(u"there.json"_s));
+        QVERIFY(receipt.startsWith('{'));
+        for (const QString &action : {u"receipt"_s, u"export"_s}) {
+            const QStringList again{u"transmissions"_s, action, u"1"_s, path(u"there.json"_s)};
+            QCOMPARE(ktrcli(again).code, 1);
+            QCOMPARE(contentOf(path(u"there.json"_s)), receipt);
+            QCOMPARE(ktrcli(again + QStringList{u"--overwrite"_s}).code, 0);
+        }
+    }
+
+    /// A text that no command can hold is refused; forced in, it is told to be missing in the module.
+    void whatNoCommandHoldsIsNowhereTakenForTransmitted()
+    {
+        const QString file = path(u"long.xml"_s);
+        QVERIFY(QFile::copy(sample, file));
+        const QByteArray before = contentOf(file);
+        const QString notification = u"LV 1/Notification="_s + QString(300, u'x');
+        const QString station = u"Station ID="_s + QString(32'767, u's');
+        for (const QString &assignment : {notification, station}) {
+            const Result refused = ktrcli({u"set"_s, file, assignment});
+            QVERIFY2(refused.code == 1 && refused.errors.contains("characters of 160 at most"_L1) &&
+                         refused.errors.size() < 600,
+                     qPrintable(refused.errors));
+        }
+        QCOMPARE(contentOf(file), before);
+        QCOMPARE(ktrcli({u"set"_s, file, u"LV 1/Notification="_s + QString(60, u'x')}).code, 0);
+        const Result forced = ktrcli({u"set"_s, file, notification, station, u"--anyway"_s});
+        QCOMPARE(forced.code, 0);
+        QCOMPARE(forced.errors.count(u"at most"_s), 2);
+        QCOMPARE(ktrcli({u"set"_s, file, u"LV 2/Delay=5"_s}).code, 0); // it makes nothing worse
+
+        const Module module({u"simulate"_s, u"--serial"_s, path(u"module"_s)});
+        const auto send = [&](const QStringList &how) {
+            return ktrcli(QStringList{u"transmit"_s, file, u"--serial"_s, path(u"module"_s), u"--answer"_s} +
+                          how);
+        };
+        const Result sent = send({u"--receipt"_s, path(u"receipt.json"_s)});
+        QVERIFY2(sent.code == 1 && sent.output.contains("transmitted in part"_L1) &&
+                     sent.errors.contains("Too long: step"_L1),
+                 qPrintable(sent.errors));
+        const QJsonObject receipt = QJsonDocument::fromJson(contentOf(path(u"receipt.json"_s))).object();
+        QCOMPARE(receipt.value("verdict"_L1).toString(), u"in part"_s);
+        int refused = 0;
+        for (const QJsonValue &command : receipt.value("commands"_L1).toArray()) {
+            refused += command["outcome"_L1] == u"refused"_s ? 1 : 0;
+        }
+        QCOMPARE(refused, 2);
+        const Result unproved = send({u"--changes"_s});
+        QVERIFY2(unproved.code == 1 && listed().size() == 1, qPrintable(unproved.output));
+        const Result ofFile = send({u"--changes-from"_s, file}); // whose version the module tells
+        QVERIFY2(ofFile.code == 1 && ofFile.output.contains("2 refused"_L1), qPrintable(ofFile.output));
+
+        // One long text does not push the others off the table.
+        for (const QStringList &table :
+             {QStringList{u"transmissions"_s}, {u"transmissions"_s, u"show"_s, u"1"_s}}) {
+            const QStringList lines = ktrcli(table).output.split(u'\n');
+            for (const QString &line : lines) {
+                QVERIFY2(line.size() < 500, qPrintable(line.left(100)));
+            }
+        }
+        QCOMPARE(listed().first().value("station"_L1).toString().size(), 32'767);
+    }
+
     void oneThatBrokeOffOrWasKilledIsThereAsFarAsItCame_data()
     {
         QTest::addColumn<bool>("isKilled");

@@ -41,7 +41,7 @@ private Q_SLOTS:
         QStringList remarks;
         const ChannelNames names = readChannelNames("0=a;\n\nhello\n3=Door\n19=b;\n4 = Gate ; \n", remarks);
         QCOMPARE(remarks.size(), 3);
-        QVERIFY2(remarks[1].contains("\"hello\""), qPrintable(remarks[1]));
+        QVERIFY2(remarks[1].contains("line 3, \"hello\""), qPrintable(remarks[1]));
         QCOMPARE(names.of(3).name, "Door");
         QCOMPARE(names.of(4).name, "Gate");
     }

@@ -355,6 +355,123 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_folder->filePath(u"data"_s)).entryList({u"transmissions (1).sqlite"_s}).size(), 1);
     }
 
+    /// Of several that run at the same time, only what is new of each is written.
+    void whatIsWrittenOfATransmissionIsNotWrittenAgainBesideOthers()
+    {
+        TransmissionMemory memory(m_place);
+        std::vector<RememberedTransmission> running{
+            made(configuration(u"1"_s), TransmissionVerdict::NotEnded),
+            made(configuration(u"2"_s), TransmissionVerdict::NotEnded)};
+        const auto keepAll = [&] {
+            for (const RememberedTransmission &each : running) {
+                memory.keep(each);
+            }
+            return bool(memory.flush());
+        };
+        QVERIFY(keepAll());
+        const QString seen = u"seen by another"_s;
+        {
+            RecordDatabase database;
+            QVERIFY(openForTransmissions(database, m_place));
+            QVERIFY(database.carriedOut(u"UPDATE transmission_step SET command = ?"_s, {seen}) != nullptr);
+        }
+        for (RememberedTransmission &each : running) {
+            each.steps += {1, u"N,1"_s, StepOutcome::Sent, 1, each.row.begun};
+        }
+        QVERIFY(keepAll());
+        RecordDatabase database;
+        QVERIFY(openForTransmissions(database, m_place));
+        for (qint64 id = 1; id <= 2; ++id) {
+            std::optional<TransmissionRow> row;
+            QList<TransmissionStepRow> steps;
+            QVERIFY(TransmissionTable(database).read(id, row, steps) && steps.size() == 2);
+            QCOMPARE(steps[0].command, seen);
+            QCOMPARE(steps[1].command, u"N,1"_s);
+        }
+    }
+
+    void whatAServerCannotBeGivenWaitsInAFileForIt()
+    {
+        if (!isServerAddress(m_place)) {
+            QSKIP("A file is there, or nothing is");
+        }
+        const QString waiting = m_folder->filePath(u"data/waiting.sqlite"_s);
+        QStringList told;
+        const auto kept = [&](const QString &place) {
+            TransmissionMemory memory(place);
+            memory.setWaitingFile(waiting);
+            connect(&memory, &TransmissionMemory::postponed, &memory,
+                    [&told](const QString &file) { told += file; });
+            connect(&memory, &TransmissionMemory::handedOver, &memory,
+                    [&told](int count) { told += QString::number(count); });
+            memory.keep(made(configuration(QString::number(m_count)), TransmissionVerdict::Whole));
+            return bool(memory.flush());
+        };
+        QVERIFY(!kept(u"postgresql://127.0.0.1:1/nowhere"_s));
+        QVERIFY(!kept(u"postgresql://127.0.0.1:1/nowhere"_s));
+        QCOMPARE(told, QStringList(2, waiting));
+        QVERIFY(kept(m_place));
+        QCOMPARE(told.last(), u"2"_s);
+        QVERIFY(!QFile::exists(waiting));
+        QCOMPARE(begun({}).size(), 3);
+        QVERIFY(kept(m_place) && told.size() == 3);
+    }
+
+    /// The file can be opened, and only who reads finds that a part of it is gone.
+    void whatCanBeReadOfADamagedFileIsBroughtOverAndTold_data()
+    {
+        QTest::addColumn<bool>("isReadFirst");
+        QTest::newRow("reading") << true;
+        QTest::newRow("writing") << false;
+    }
+    void whatCanBeReadOfADamagedFileIsBroughtOverAndTold()
+    {
+        if (isServerAddress(m_place)) {
+            QSKIP("A server mends its own tables");
+        }
+        QFETCH(bool, isReadFirst);
+        constexpr int written = 60;
+        for (int i = 0; i < written; ++i) {
+            write(configuration(QString::number(i)), TransmissionVerdict::Whole);
+        }
+        {
+            constexpr qint64 page = 4'096;
+            QFile file(m_place);
+            QVERIFY(file.open(QIODevice::ReadWrite) && file.size() > 40 * page);
+            for (qint64 place = file.size() / page / 2; place < file.size() / page; ++place) {
+                QVERIFY(file.seek(place * page) && file.write(QByteArray(page, '\x5a')) == page);
+            }
+        }
+        TransmissionMemory memory(m_place);
+        QStringList told;
+        connect(&memory, &TransmissionMemory::mended, &memory,
+                [&told](const QStringList &lines) { told += lines; });
+        int found = 0;
+        const auto ask = [&] {
+            found = -1;
+            memory.ask<int>(
+                &memory,
+                [](TransmissionTable &table) {
+                    int rows = 0;
+                    const Status read = table.find(
+                        {}, [&rows](const TransmissionRow &) { ++rows; }, true);
+                    return read ? rows : -2;
+                },
+                [](const Status &) { return -2; }, [&found](int rows) { found = rows; });
+            QTRY_VERIFY(found != -1);
+        };
+        if (isReadFirst) {
+            ask();
+        }
+        memory.keep(made(configuration(u"new"_s), TransmissionVerdict::Whole));
+        QVERIFY(memory.flush());
+        ask();
+        QVERIFY2(found > 2 && found < written, qPrintable(QString::number(found)));
+        QVERIFY2(!told.isEmpty() && told.first().contains(u"transmissions (1).sqlite"_s),
+                 qPrintable(told.join(u'\n')));
+        QVERIFY(QFile::exists(m_folder->filePath(u"data/transmissions (1).sqlite"_s)));
+    }
+
 private:
     RememberedTransmission made(const Configuration &configuration, TransmissionVerdict verdict)
     {

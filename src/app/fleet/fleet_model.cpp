@@ -2,6 +2,7 @@
 
 #include "link/conversation_log.h"
 #include "look/palettes.h"
+#include "transmissions/transmission_texts.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -82,7 +83,7 @@ QString FleetModel::planOf(const FleetRow &row) const
                              : tr("all %1 commands").arg(row.look.commands);
     }
     if (row.entry.station != row.station.name) {
-        plan += tr("; identifier \"%1\"").arg(logText(row.entry.station));
+        plan += tr("; identifier \"%1\"").arg(shortText(logText(row.entry.station)));
     }
     return row.look.problems == 0 ? plan : plan + tr("; problems: %1").arg(row.look.problems);
 }

@@ -4,9 +4,6 @@
 #include "printout/receipt.h"
 #include "transmissions/transmission_texts.h"
 
-#include <QDir>
-#include <QFileInfo>
-
 namespace ktr {
 
 namespace {
@@ -48,7 +45,6 @@ void FleetRun::start(const QList<int> &rows, const Options &options)
 {
     m_options = options;
     m_clock.start();
-    m_receipts.clear();
     m_ended = 0;
     m_all = static_cast<int>(rows.size());
     m_fleet = std::make_unique<FleetTransmission>(
@@ -118,13 +114,7 @@ void FleetRun::noteEnd(int row, const StationOutcome &outcome)
 
 void FleetRun::writeReceiptOf(const FleetRow &row, const StationOutcome &outcome)
 {
-    const QString base = QFileInfo(row.entry.file).completeBaseName();
-    QString name = base;
-    for (int n = 2; m_receipts.contains(name.toLower()); ++n) { // files of one name in several folders
-        name = QStringLiteral("%1-%2").arg(base).arg(n);
-    }
-    m_receipts.insert(name.toLower());
-    const Status written = writeReceipt(QDir(m_options.receipts).filePath(name + QLatin1String(".pdf")),
+    const Status written = writeReceipt(freeReceiptPath(m_options.receipts, row.entry.file),
                                         outcome.transmission, m_means.texts, m_means.environment);
     if (!written) {
         Q_EMIT troubled(written.message());

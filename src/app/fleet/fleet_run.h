@@ -4,7 +4,6 @@
 #include "transmissions/fleet_transmission.h"
 
 #include <QElapsedTimer>
-#include <QSet>
 
 #include <memory>
 
@@ -71,7 +70,7 @@ private:
     std::unique_ptr<FleetTransmission> m_fleet;
     QElapsedTimer m_clock;
     double m_seconds = 0;
-    QSet<QString> m_receipts;
+
     int m_ended = 0;
     int m_all = 0;
 };

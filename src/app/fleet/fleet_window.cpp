@@ -3,6 +3,7 @@
 #include "config/comparison.h"
 #include "config/fields_in_files.h"
 #include "lang/text_table.h"
+#include "link/command_room.h"
 #include "link/conversation_log.h"
 #include "link/problems.h"
 #include "look/icons.h"
@@ -12,7 +13,9 @@
 #include "look/mnemonics.h"
 #include "look/problem_label.h"
 #include "opmode/operational_mode.h"
+#include "platform/output_check.h"
 #include "platform/settings_store.h"
+#include "transmissions/transmission_texts.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -50,7 +53,7 @@ constexpr QSize leastFleetSize(720, 420);
 
 QStandardItem *cellOf(const QString &text)
 {
-    auto *cell = new QStandardItem(text);
+    auto *cell = new QStandardItem(shortText(text));
     cell->setEditable(false);
     cell->setToolTip(text);
     return cell;
@@ -494,7 +497,7 @@ void FleetWindow::setField()
         return;
     }
     const FieldAssignment assignment{*found.field, m_value->text()};
-    FieldsInFiles files(m_services.means.environment, {assignment});
+    FieldsInFiles files(m_services.means.environment, {assignment}, roomCheck());
     bool areSound = !rows.isEmpty() && !m_run.isRunning();
     for (const int row : rows) {
         areSound = files.add(m_model.at(row).entry.file) && areSound;
@@ -554,8 +557,9 @@ void FleetWindow::begin(QList<int> rows)
         tell({}, faults.first(std::min(most, faults.size())).join(u'\n'));
         return;
     }
-    if (!receipts.isEmpty() && !QDir().mkpath(receipts)) {
-        tell({}, tr("%1: the folder cannot be made").arg(receipts));
+    const Status usable = receipts.isEmpty() ? Status::done() : makeOutputFolder(receipts);
+    if (!usable) {
+        tell({}, usable.message());
         return;
     }
     if (rows.isEmpty() || !mayLend(rows)) {
@@ -727,8 +731,8 @@ void FleetWindow::showDetails()
     for (const Problem &problem :
          findProblems(chosen.entry.configuration, {true, environment.locale, environment.now()},
                       neighboursOf(chosen.entry.file))) {
-        m_differences->appendRow(
-            {cellOf(tr("Problem: %1").arg(m_names.onPages(problem.place))), cellOf({}), cellOf(problem.message)});
+        m_differences->appendRow({cellOf(tr("Problem: %1").arg(m_names.onPages(problem.place))), cellOf({}),
+                                  cellOf(problem.message)});
     }
     m_detailsTitle->setText(
         chosen.look.held

@@ -2,6 +2,7 @@
 
 #include "opmode/station/station_messages.h"
 #include "opmode/tree/station_nodes.h"
+#include "record/damage_told.h"
 #include "record/later_check.h"
 #include "record/record_writer.h"
 
@@ -117,9 +118,6 @@ private:
 /// What the station of a renaming was called before it, and what the event holds so that it tells that.
 QString nameBefore(const EventRow &renaming);
 QString renamingDetail(const QString &before);
-
-/// What became of a record that was damaged, removed or replaced, a line each; none where it was not.
-QStringList damageTold(const QString &path, const OpenedRecord &opened);
 
 /// The name of the setting with the keeper of the list, in the form of the lock's file.
 QString keeperSetting();
