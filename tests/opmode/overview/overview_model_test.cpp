@@ -154,6 +154,73 @@ private Q_SLOTS:
         QCOMPARE(shown(), (QStringList{"Abbey", "Bank"}));
     }
 
+    /// Only those that changed are sorted in; the order must be that of sorting all.
+    void whateverHappensTheOrderIsThatOfSortingAll()
+    {
+        QStringList names;
+        for (int station = 0; station < 40; ++station) {
+            names += QStringLiteral("Pump %1").arg(station * 7 % 40);
+        }
+        add(names);
+        for (const QString &name : names) {
+            online(name);
+        }
+        quint32 seed = 1;
+        const auto chance = [&seed](int below) {
+            seed = seed * 1'664'525U + 1'013'904'223U;
+            return static_cast<int>((seed >> 8U) % static_cast<quint32>(below));
+        };
+        for (int round = 0; round < 120; ++round) {
+            for (int event = chance(6); event >= 0; --event) {
+                const QString &name = names[chance(40)];
+                const int kind = chance(5);
+                if (kind == 0) {
+                    m_mode->setOnline(name, chance(2) == 0);
+                } else if (kind == 1) {
+                    const std::set<qint64> &waiting = m_mode->alarms().waiting();
+                    QVERIFY(m_mode->acknowledgeAlarms({waiting.begin(), waiting.end()}));
+                } else if (kind == 2) {
+                    m_timers->advance(Milliseconds(20'000));
+                } else {
+                    say(name, kind == 3 ? "at 12" : "DI" + QByteArray::number(chance(3)) + " fail");
+                }
+            }
+            settle();
+            for (int row = 1; row < m_model->rowCount(); ++row) {
+                const StationGlance &above = m_model->glance(row - 1);
+                const StationGlance &below = m_model->glance(row);
+                const auto number = [](const StationGlance &glance) { return glance.name.mid(5).toInt(); };
+                QVERIFY2(std::pair(above.urgency, number(above)) < std::pair(below.urgency, number(below)),
+                         qPrintable(above.name + " before " + below.name));
+            }
+            std::array<int, urgencyCount> counts{};
+            for (int row = 0; row < m_model->rowCount(); ++row) {
+                ++counts[static_cast<std::size_t>(m_model->glance(row).urgency)];
+                QCOMPARE(m_model->rowOf(m_model->glance(row).kennung), row);
+            }
+            QCOMPARE(m_model->counts(), counts);
+        }
+    }
+
+    void whatIsPutAsideWaitsForNobody()
+    {
+        add({"A", "B"});
+        online("A");
+        online("B");
+        say("A", "DI1 fail");
+        say("A", "DI2 fail");
+        m_mode->alarmActions().shelve({*m_mode->alarms().waiting().begin()},
+                                      m_mode->alarmActions().now() + 3'600'000, "being changed");
+        settle();
+        QCOMPARE(glance("A").waiting, 1);
+        QCOMPARE(m_mode->alarms().alarm(glance("A").worst)->text, "DI2 fail"); // the one that waits
+        m_mode->alarmActions().shelveStation(m_mode->alarmActions().numberOf("A"),
+                                             m_mode->alarmActions().now() + 3'600'000, "maintenance");
+        settle();
+        QCOMPARE(glance("A").urgency, Urgency::Standing);
+        QCOMPARE(glance("A").standing, 2);
+    }
+
     void whoJoinsSeesTheSame()
     {
         add({"A", "B", "C"});

@@ -12,10 +12,13 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QContextMenuEvent>
+#include <QDir>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
@@ -166,6 +169,113 @@ private Q_SLOTS:
         QVERIFY(action("mnu_overview_value_%1", 2)->isEnabled());
     }
 
+    void groupsThatCannotBeWrittenStayInTheDialog()
+    {
+        open({"Pump 1"});
+        showOverview();
+        const QString blocked = m_folder->filePath("nodes.groups");
+        QTimer::singleShot(0, this, [&blocked] {
+            QVERIFY(QDir().mkdir(blocked));
+            QWidget *dialog = QApplication::activeModalWidget();
+            dialog->findChild<QPlainTextEdit *>("Text_groups")->setPlainText("[Pumps]\nPump *");
+            QTimer::singleShot(0, dialog, [dialog, &blocked] {
+                const auto *problem = dialog->findChild<QLabel *>("lbl_groups_problem");
+                QVERIFY2(problem->text().contains(blocked), qPrintable(problem->text()));
+                dialog->findChild<QPushButton *>("Cmd_groups_cancel")->click();
+            });
+            dialog->findChild<QPushButton *>("Cmd_groups_ok")->click();
+        });
+        action("mnu_overview_groups", 0)->trigger();
+        QVERIFY(!m_window->findChild<QComboBox *>("Combo_overview_group")->isVisible());
+    }
+
+    /// Who sees no colours, or red as green, sees the marks.
+    void eachStateIsToldWithoutColoursToo()
+    {
+        using Line = StationStatus::Line;
+        QList<QImage> cells;
+        const std::pair<Urgency, Line> kinds[] = {
+            {Urgency::HighAlarm, Line::Alive}, {Urgency::MediumAlarm, Line::Alive},
+            {Urgency::LowAlarm, Line::Alive},  {Urgency::Silent, Line::Silent},
+            {Urgency::Standing, Line::Alive},  {Urgency::Unheard, Line::Connecting},
+            {Urgency::Quiet, Line::Alive},     {Urgency::Offline, Line::Offline}};
+        for (const auto &[urgency, line] : kinds) {
+            StationGlance glance;
+            glance.urgency = urgency;
+            glance.status.line = line;
+            QImage cell(24, 24, QImage::Format_RGB32);
+            cell.fill(Qt::white);
+            QPainter painter(&cell);
+            TilePainter({2, 1}, QApplication::font(), QApplication::palette())
+                .paintCell(painter, {QRectF(cell.rect()), false, false}, glance);
+            cells += cell.convertToFormat(QImage::Format_Grayscale8);
+        }
+        for (qsizetype one = 0; one < cells.size(); ++one) {
+            for (qsizetype other = 0; other < one; ++other) {
+                int different = 0;
+                for (int at = 0; at < 24 * 24; ++at) {
+                    const auto grey = [at](const QImage &cell) {
+                        return qGray(cell.pixel(at % 24, at / 24));
+                    };
+                    different += std::abs(grey(cells[one]) - grey(cells[other])) > 60 ? 1 : 0;
+                }
+                QVERIFY2(different >= 8,
+                         qPrintable(QString("%1 and %2: %3").arg(one).arg(other).arg(different)));
+            }
+        }
+    }
+
+    void howItWasShownIsSoAgainAndTheOtherOrderIsKept()
+    {
+        open({"B", "A"});
+        online("B");
+        say(0, "Pump 1 fail");
+        showOverview();
+        QCOMPARE(view()->model()->index(0, 0).data(), "B");
+        auto *order = m_window->findChild<QComboBox *>("Combo_overview_order");
+        order->setCurrentIndex(1);
+        Q_EMIT order->activated(1);
+        QCOMPARE(view()->model()->index(0, 0).data(), "A");
+        view()->setLevel(7);
+        action("mnu_wall", 0)->trigger(); // urgent first, whatever is kept
+        QCOMPARE(view()->model()->index(0, 0).data(), "B");
+        QVERIFY(m_window->close());
+        m_window.reset();
+        m_mode.reset();
+        m_lines.clear();
+        openAgain();
+        showOverview();
+        QVERIFY(!m_window->isFullScreen());
+        QCOMPARE(view()->level(), 7);
+        QCOMPARE(view()->model()->index(0, 0).data(), "A");
+    }
+
+    void onAWallWithManyTheUrgentOnesStandAboveWithTheirNames()
+    {
+        QStringList stations;
+        for (int station = 1; station <= 300; ++station) {
+            stations += QStringLiteral("Station %1").arg(station);
+        }
+        open(stations);
+        online("Station 300");
+        action("mnu_wall", 0)->trigger();
+        m_timers.advance(OverviewModel::longestDelay);
+        const auto *urgent = m_window->findChild<OverviewView *>("List_overview_urgent");
+        QVERIFY(view()->showsCells());
+        QVERIFY(!urgent->isVisible());
+        QTRY_COMPARE(view()->verticalScrollBar()->maximum(), 0); // all are seen
+        say(299, "Pump 1 fail");
+        m_timers.advance(OverviewModel::longestDelay);
+        QTRY_VERIFY(urgent->isVisible());
+        QVERIFY(!urgent->showsCells());
+        QCOMPARE(urgent->model()->index(0, 0).data(), "Station 300");
+        QTRY_COMPARE(view()->verticalScrollBar()->maximum(), 0);
+        QVERIFY(m_mode->acknowledgeAlarms({*m_mode->alarms().waiting().begin()}));
+        m_mode->removeStation("Station 300");
+        m_timers.advance(OverviewModel::longestDelay);
+        QTRY_VERIFY(!urgent->isVisible());
+    }
+
     void onAWallThereAreNoMenusAndWhatIsNotWatchedIsTold()
     {
         open({"A", "B"});
@@ -222,6 +332,10 @@ private:
             document += "<item key=\"" + name + "\" text=\"" + name + "\" ForeColor=\"-2147483640\"/>";
         }
         QVERIFY(replaceFile(m_folder->filePath("nodes.xml"), "<KTR>" + document + "</KTR>"));
+        openAgain();
+    }
+    void openAgain()
+    {
         m_mode = std::make_unique<OperationalMode>(
             OperationalMode::Services{fixedEnvironment(), m_timers,
                                       [this] {

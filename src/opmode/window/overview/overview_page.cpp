@@ -107,6 +107,7 @@ void OverviewPage::connectBar()
     connect(m_options, &OverviewOptions::channelsChosen, m_view, &OverviewView::setChannels);
     connect(m_smaller, &QToolButton::clicked, this, [this] { m_view->setLevel(m_view->level() + 1); });
     connect(m_larger, &QToolButton::clicked, this, [this] { m_view->setLevel(m_view->level() - 1); });
+    connect(m_urgent, &OverviewView::levelChanged, this, &OverviewPage::showUrgent, Qt::QueuedConnection);
     connect(m_fit, &QToolButton::clicked, m_view, &OverviewView::setFitting);
     connect(m_view, &OverviewView::levelChanged, this, [this] {
         m_fit->setChecked(m_view->isFitting());

@@ -235,9 +235,13 @@ void OverviewView::fitTiles()
 
 void OverviewView::resizeEvent(QResizeEvent *event)
 {
+    const int before = m_columns;
     fitTiles();
     fit();
     QListView::resizeEvent(event);
+    if (m_isStrip && m_columns != before) {
+        Q_EMIT levelChanged(); // other rows are needed
+    }
 }
 
 void OverviewView::changeEvent(QEvent *event)

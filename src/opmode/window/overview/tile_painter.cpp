@@ -66,9 +66,9 @@ void paintTrend(QPainter &painter, const QRectF &where, const QList<QPointF> &tr
 
 std::span<const TileLevel> tileLevels()
 {
-    static constexpr TileLevel levels[] = {{19, 9.4}, {15, 7.6},   {13, 5.6},  {12, 3.7},
-                                           {11, 2.5}, {9, 1.6},    {2.2, 2},   {1.5, 1.35},
-                                           {1, 0.9},  {0.7, 0.65}, {0.5, 0.45}};
+    static constexpr TileLevel levels[] = {{19, 9.4}, {15, 7.6},   {13, 5.6},   {12, 3.7},
+                                           {11, 2.5}, {9, 1.6},    {2.2, 2},    {1.5, 1.35},
+                                           {1, 0.9},  {0.7, 0.65}, {0.5, 0.45}, {0.35, 0.32}};
     return levels;
 }
 
