@@ -14,7 +14,7 @@ namespace ktr {
 namespace {
 
 constexpr double tilePadding = 0.5; // in heights of a line
-constexpr double tileGap = 2;       // between tiles, half of it on each side
+constexpr double halfGap = 1;       // between tiles, on each side of them
 
 QFont boldOf(QFont font)
 {
@@ -104,7 +104,7 @@ void TilePainter::drawText(QPainter &painter, const QRectF &where, const QString
 
 void TilePainter::paintGround(QPainter &painter, const Place &place, Urgency urgency) const
 {
-    const QRectF tile = place.rect.adjusted(tileGap / 2, tileGap / 2, -tileGap / 2, -tileGap / 2);
+    const QRectF tile = place.rect.adjusted(halfGap, halfGap, -halfGap, -halfGap);
     const double radius = m_level.isCell() ? 2 : 5;
     QColor ground = cardColour(m_palette);
     QPen frame(hairline(m_palette), 1);
