@@ -26,8 +26,8 @@ const QString olderOption = QStringLiteral("older-than");
 
 const QString listAction = QStringLiteral("list");
 const QString showAction = QStringLiteral("show");
-const QString exportAction = QStringLiteral("export");
-const QString receiptAction = QStringLiteral("receipt");
+const QString configurationExport = QStringLiteral("export");
+const QString receiptExport = QStringLiteral("receipt");
 const QString thinAction = QStringLiteral("thin");
 
 QString actionOf(const Arguments &arguments)
@@ -262,7 +262,7 @@ std::optional<int> checkTransmissions(const Arguments &arguments)
 {
     const QString action = actionOf(arguments);
     const bool isList = action == listAction;
-    const bool needsFile = action == exportAction || action == receiptAction;
+    const bool needsFile = action == configurationExport || action == receiptExport;
     const bool needsNumber = action == showAction || needsFile;
     if (!isList && !needsNumber && action != thinAction) {
         return arguments.wrong(
@@ -278,7 +278,7 @@ std::optional<int> checkTransmissions(const Arguments &arguments)
     if (needsFile && file.isEmpty()) {
         return arguments.wrong(QStringLiteral("the name of the file is missing"));
     }
-    if (action == receiptAction) {
+    if (action == receiptExport) {
         if (const std::optional<int> code = checkReceipt(arguments, file)) {
             return code;
         }
@@ -371,7 +371,7 @@ int act(const Arguments &arguments, const QString &place, RecordDatabase &databa
     }
     transmission.row = *row;
     return action == showAction      ? show(arguments, transmission)
-           : action == receiptAction ? receipt(arguments, transmission)
+           : action == receiptExport ? receipt(arguments, transmission)
                                      : exportConfiguration(arguments, *row);
 }
 
