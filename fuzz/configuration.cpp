@@ -27,7 +27,7 @@ Configuration throughFile(const Configuration &configuration, const Environment 
 void transmit(const Configuration &configuration, const Environment &environment)
 {
     const CommandContext context = {false, environment.locale, environment.now()};
-    const bool isSound = findProblems(configuration, context).isEmpty();
+    const bool isSound = findProblems(configuration, context, {}).isEmpty();
     ModuleMemory memory;
     CommandInterpreter module(memory);
     Configuration sent = configuration;
