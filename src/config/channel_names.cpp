@@ -115,7 +115,7 @@ ChannelNames readNamesBeside(const QString &configurationFile, QStringList &rema
         return {};
     }
     QStringList ofLines;
-    const ChannelNames names = readChannelNames(content, ofLines);
+    ChannelNames names = readChannelNames(content, ofLines);
     for (const QString &remark : std::as_const(ofLines)) {
         remarks += fileFailure(path, remark).message();
     }

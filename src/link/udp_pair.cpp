@@ -5,6 +5,7 @@
 #include "platform/exclusive_port.h"
 
 #include <QCoreApplication>
+#include <QRandomGenerator>
 
 #include <asio/io_context.hpp>
 #include <asio/ip/udp.hpp>
@@ -113,7 +114,10 @@ public:
 
     Status bind(const udp &protocol, const PortRange &ports)
     {
-        static std::atomic<unsigned> turn = 0; // the last pair's neighbours are the likeliest to be free
+        // The last pair's neighbours are the likeliest to be free. Each run begins elsewhere: a module that
+        // was left in the middle by one that was killed goes on talking to its pair, and another module may
+        // have the same address.
+        static std::atomic<unsigned> turn = QRandomGenerator::global()->generate();
         const unsigned first = (ports.first + 1U) / 2 * 2;
         const unsigned pairs = ports.last > first ? (ports.last - first + 1) / 2 : 0;
         for (unsigned i = 0; i < pairs; ++i) {

@@ -115,7 +115,7 @@ private:
     /// What a channel counts: pulses, hours or, as an empty text, nothing.
     QString counted(int channel) const
     {
-        if (const QString own = countedUnit(m_configuration, channel); !own.isEmpty()) {
+        if (QString own = countedUnit(m_configuration, channel); !own.isEmpty()) {
             return own;
         }
         switch (channelMeasure(m_configuration, channel)) {

@@ -4,6 +4,7 @@
 #include "support/bad_proxy.h"
 #include "support/module_process.h"
 #include "support/test_files.h"
+#include "support/udp_peer.h"
 
 #include <QDir>
 #include <QFile>
@@ -424,8 +425,23 @@ private Q_SLOTS:
         QVERIFY2(answered.output.contains("V,2.1.05,2026-11-16 09:30:00,KTR\n"_L1),
                  qPrintable(answered.errors));
         QVERIFY(module.terminate());
-        const Result nobody = ktrcli(u"transmit @sample --timeout 1"_s + at);
+        ktr::test::Peer silent("127.0.0.1"); // at a port that no other program can have
+        const Result nobody =
+            ktrcli(u"transmit @sample --timeout 1 --ethernet 127.0.0.1:%1"_s.arg(silent.port()));
         QCOMPARE(nobody.errors, "ktrcli: nothing was heard from the module for 1 s; stopped at step 0\n");
+    }
+
+    /// A module that was left in the middle goes on talking to the ports of a program that was killed.
+    void noRunTakesThePortsOfTheOneBefore()
+    {
+        QSet<quint16> ports;
+        for (int run = 0; run < 2; ++run) {
+            ktr::test::Peer silent("127.0.0.1");
+            QCOMPARE(ktrcli(u"send V,§ --timeout 1 --ethernet 127.0.0.1:%1"_s.arg(silent.port())).code, 1);
+            QVERIFY(!silent.await().isEmpty());
+            ports.insert(silent.senderPort());
+        }
+        QCOMPARE(ports.size(), 2);
     }
 
     void aModuleThatIsSwitchedOnLaterIsReached()
