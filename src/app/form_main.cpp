@@ -111,9 +111,9 @@ FormMain::FormMain(const Services &services)
             showStatus(told);
         }
     });
-    m_linkPresenter->setGate([this](const std::function<void()> &go) {
+    m_linkPresenter->setGate([this](const std::function<void()> &go, const std::optional<QString> &version) {
         m_transmissions->look(
-            [this, go](const TransmissionLook &look) { m_transmissionPanel->showLook(look, go); });
+            version, [this, go](const TransmissionLook &look) { m_transmissionPanel->showLook(look, go); });
     });
     m_pageBuilder = std::make_unique<PageBuilder>(m_context, *m_linkPresenter, m_files->dialogs(), m_options);
     m_changes = std::make_unique<ChangesOffer>(ChangesOffer::Parts{

@@ -105,6 +105,7 @@ void LinkPresenter::connectLink()
     });
     connect(&m_transmitter, &Transmitter::configured, this, [this](const QString &version) {
         m_versions.takeConfigured(version);
+        m_hasTold = m_isRestartDue = true;
         Q_EMIT messagePassed(versionsTopic);
         Q_EMIT overwritingPassed(); // what it told of is no more
     });
@@ -165,7 +166,7 @@ void LinkPresenter::forgetOtherModule()
         return;
     }
     m_lineName = m_line.name();
-    m_hasTold = false;
+    m_hasTold = m_isRestartDue = false;
     m_versions.forget();
     if (m_calibration != nullptr) {
         m_calibration->clear();
@@ -202,7 +203,9 @@ void LinkPresenter::connectReplies()
     connect(&m_replies, &ReplyHandler::versionReported, &m_versions, &VersionCheck::handleVersion);
     connect(&m_replies, &ReplyHandler::versionReported, this, [this] { m_hasTold = true; });
     for (const ModuleSession *session : m_line.sessions()) {
-        connect(session, &ModuleSession::caught, this, [this] { m_hasTold = false; });
+        // The first start behind the closing command is that of the module that was given it.
+        connect(session, &ModuleSession::caught, this,
+                [this] { m_hasTold = std::exchange(m_isRestartDue, false) && m_hasTold; });
     }
     connect(&m_versions, &VersionCheck::changed, this, &LinkPresenter::showVersion);
     connect(&m_versions, &VersionCheck::changed, this, &LinkPresenter::versionChanged);
@@ -503,36 +506,40 @@ bool LinkPresenter::hasLine()
 
 void LinkPresenter::transmit()
 {
-    transmitBy([this](const Configuration &configuration, bool answer) {
+    transmitBy(toldVersion(), [this](const Configuration &configuration, bool answer) {
         m_transmitter.transmit(configuration, answer);
     });
 }
 
 void LinkPresenter::transmitChanges(const StepSet &leftOut, const QString &version, qint64 basis)
 {
-    transmitBy([=, this](const Configuration &configuration, bool answer) {
+    // It is the version that the module has to tell before anything is changed in it.
+    transmitBy(version, [=, this](const Configuration &configuration, bool answer) {
         m_transmitter.transmitChanges(configuration, leftOut, version, basis, answer);
     });
 }
 
 void LinkPresenter::transmitSteps(const StepSet &steps)
 {
-    transmitBy([this, steps](const Configuration &configuration, bool answer) {
+    transmitBy(toldVersion(), [this, steps](const Configuration &configuration, bool answer) {
         m_transmitter.transmitSteps(configuration, steps, answer);
     });
 }
 
 void LinkPresenter::transmitBy(
+    const std::optional<QString> &version,
     const std::function<void(const Configuration &configuration, bool answer)> &start)
 {
     if (!useShown() || !hasLine()) {
         return;
     }
-    m_gate([this, start] {
-        if (hasLine()) { // it may have gone meanwhile
-            start(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
-        }
-    });
+    m_gate(
+        [this, start] {
+            if (hasLine()) { // it may have gone meanwhile
+                start(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
+            }
+        },
+        version);
 }
 
 /// The image is checked before anything is sent, and nothing is sent before the user agrees.

@@ -48,8 +48,10 @@ public:
     /// The same in another language.
     void applyTexts();
 
-    /// Somebody looks at a transmission before it begins, and calls `go` when it is to.
-    void setGate(std::function<void(std::function<void()> go)> gate) { m_gate = std::move(gate); }
+    /// Looks at a transmission before it begins, and calls `go` when it is to. `version` is what the module
+    /// told, or has to tell; nothing while that is not known.
+    using Gate = std::function<void(std::function<void()> go, const std::optional<QString> &version)>;
+    void setGate(Gate gate) { m_gate = std::move(gate); }
     /// Transmits the configuration, as soon as the module reads its SMS.
     void transmit();
     /// The same without what a module holds already that tells this version (see Transmitter).
@@ -108,7 +110,8 @@ private:
     bool useShown();
     bool refuseUnused(const QString &name);
     bool hasLine();
-    void transmitBy(const std::function<void(const Configuration &configuration, bool answer)> &start);
+    void transmitBy(const std::optional<QString> &version,
+                    const std::function<void(const Configuration &configuration, bool answer)> &start);
     void sendFirmware();
     void takeOverTransmitted();
     void showVersion();
@@ -131,8 +134,9 @@ private:
     LinkLog m_log;
     VersionCheck m_versions;
     ReplyHandler m_replies;
-    bool m_hasTold = false; ///< the module that talks now has told its version
-    std::function<void(std::function<void()> go)> m_gate = [](const std::function<void()> &go) { go(); };
+    bool m_hasTold = false;      ///< the module that talks now has told its version, or was given it
+    bool m_isRestartDue = false; ///< it was given one, and starts anew
+    Gate m_gate = [](const std::function<void()> &go, const std::optional<QString> &) { go(); };
     std::function<QString()> m_stateText; ///< returns the state of the transmission in the present language
     QString m_stateLine;                  ///< the same as it was shown last
 };

@@ -98,7 +98,8 @@ void TransmissionNotes::thinOut()
         });
 }
 
-void TransmissionNotes::look(std::function<void(const TransmissionLook &)> looked)
+void TransmissionNotes::look(const std::optional<QString> &version,
+                             std::function<void(const TransmissionLook &)> looked)
 {
     const Environment &environment = m_document.environment();
     TransmissionLook known = lookAt(m_document.configuration(),
@@ -106,7 +107,7 @@ void TransmissionNotes::look(std::function<void(const TransmissionLook &)> looke
     const ModuleLine &line = m_link.line();
     known.line = line.port();
     known.isAddress = line.kind() != ModuleLine::Kind::Serial;
-    known.moduleVersion = m_told();
+    known.moduleVersion = version;
     m_look = std::make_unique<QObject>();
     if (!m_memory.isThere()) {
         looked(known);

@@ -38,10 +38,10 @@ public:
     /// For how many years transmissions are kept; 0: for ever.
     void setYears(int years);
 
-    /// Looks at what a transmission of the document over the line in use would do, and hands that on: at
-    /// once, or when the memory has answered, which is waited for half a second. Only the newest look is
-    /// handed on.
-    void look(std::function<void(const TransmissionLook &)> looked);
+    /// Looks at what a transmission of the document over the line in use would do to a module of this
+    /// version, and hands that on: at once, or when the memory has answered, which is waited for half a
+    /// second. Only the newest look is handed on.
+    void look(const std::optional<QString> &version, std::function<void(const TransmissionLook &)> looked);
 
     /// The transmission that runs, or the last one.
     const RememberedTransmission &last() const { return m_keeper.transmission(); }

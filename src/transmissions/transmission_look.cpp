@@ -73,7 +73,7 @@ TransmissionLook withMemory(TransmissionLook look, TransmissionTable &table)
     const Status read = table.find({}, [&look](const TransmissionRow &row) { // the newest first
         if (row.lastStep == steps::last && row.verdict != TransmissionVerdict::Alone) {
             QStringList &stations = look.stationsOf[row.versionSent];
-            if (!stations.contains(row.station)) {
+            if (!row.station.isEmpty() && !stations.contains(row.station)) {
                 stations += row.station;
             }
             if (!look.lastOfStation && row.station == look.station) {
@@ -104,7 +104,8 @@ QStringList TransmissionLook::misfits() const
                                                  "The module holds a newer version, %1, than this one, %2")
                          .arg(shortText(logText(*moduleVersion)), shortText(logText(version)));
         }
-    } else if (isAddress && lastOverLine && lastOverLine->station != station) {
+    } else if (isAddress && lastOverLine && !lastOverLine->station.isEmpty() &&
+               lastOverLine->station != station) {
         found +=
             QCoreApplication::translate("Transmissions", "At %1 is station %2, as transmitted on %3")
                 .arg(line, shortText(logText(lastOverLine->station)), transmissionTime(lastOverLine->begun));
@@ -133,7 +134,7 @@ QList<std::pair<QString, QString>> TransmissionLook::facts() const
             QCoreApplication::translate("Transmissions", "last transmitted: %1 on %2")
                 .arg(shortText(logText(lastOfStation->versionSent)), transmissionTime(lastOfStation->begun));
     }
-    if (!moduleVersion && lastOverLine) {
+    if (!moduleVersion && lastOverLine && !lastOverLine->station.isEmpty()) {
         moduleStation = QCoreApplication::translate("Transmissions", "last over this line: %1")
                             .arg(shortText(logText(lastOverLine->station)));
     }

@@ -1468,6 +1468,51 @@ private Q_SLOTS:
         QTRY_VERIFY(cancel->isVisible());
     }
 
+    /// The line stays open, and the module is the one that was just given another station.
+    void aModuleThatWasGivenAStationIsNoOther()
+    {
+        m_dataFolder = path("data");
+        m_ports = {"COM1"};
+        start({});
+        const auto becomes = [this](const QString &station, const QString &version) {
+            m_window->document().adjust([&](Configuration &changed) {
+                changed.gsm.stationId = station;
+                changed.versionText = version;
+            });
+        };
+        auto *anyway = control<QPushButton>(*m_window, "cmd_transmission_anyway");
+        auto *cancel = control<QPushButton>(*m_window, "cmd_transmission_cancel");
+        auto *close = control<QPushButton>(*m_window, "cmd_transmission_close");
+        auto *detail = control<QLabel>(*m_window, "lbl_transmission_detail");
+        auto *changes = control<QAction>(*m_window, "mnu_doChanges");
+        becomes("Werk 7", "2026-11-02 10:00:00");
+        QTest::keyClick(m_window.get(), Qt::Key_F5);
+        QTRY_VERIFY(cancel->isVisible());
+        while (cancel->isVisible()) {
+            Q_EMIT m_line->received("at+cmgr=1\r");
+        }
+        Q_EMIT m_line->received("at+cpin?\r"); // it starts anew with what it was given
+
+        const auto isAsked = [&](const char *menu, const QString &why) {
+            clickMenu(menu);
+            const bool asks = QTest::qWaitFor([&] { return anyway->isVisible(); }, longestWrite) &&
+                              detail->text().contains(why);
+            QTest::mouseClick(close, Qt::LeftButton);
+            return asks;
+        };
+        becomes("Werk 8", "2026-11-01 10:00:00");
+        QVERIFY(isAsked("mnu_doConfig", "transmitted to station Werk 7"));
+        QVERIFY(isAsked("mnu_doConfig", "a newer version, 2026-11-02 10:00:00"));
+        QTRY_VERIFY_WITH_TIMEOUT(changes->isEnabled(), longestWrite);
+        QVERIFY(isAsked("mnu_doChanges", "transmitted to station Werk 7"));
+
+        Q_EMIT m_line->received("at+cpin?\r"); // perhaps the cable is in another one now
+        QVERIFY(isAsked("mnu_doChanges", "transmitted to station Werk 7"));
+        clickMenu("mnu_doConfig");
+        QTRY_VERIFY(cancel->isVisible());
+        QVERIFY(!anyway->isVisible());
+    }
+
     void theWindowOfTransmissionsListsOpensAndExports()
     {
         m_dataFolder = path("data");
@@ -1482,6 +1527,8 @@ private Q_SLOTS:
             while (cancel->isVisible()) {
                 Q_EMIT m_line->received("at+cmgr=1\r");
             }
+            Q_EMIT m_line->received("at+cpin?\r"); // it starts anew, and then another one
+            Q_EMIT m_line->received("at+cpin?\r");
         }
         QTest::keyClick(m_window.get(), Qt::Key_T, Qt::ControlModifier);
         auto *window = m_window->findChild<QWidget *>("Form_transmissions");
