@@ -128,7 +128,8 @@ void FileCommands::reportPresentFile()
                                             : tr("The present file is %1").arg(fileName));
 }
 
-/// Without a file name, the dialog starts at `presentFile`.
+/// Without a file name, the dialog starts at `presentFile`, or where the configuration comes from: that is
+/// known yet when a dialog was cancelled before.
 void FileCommands::saveBeside(const QString &presentFile)
 {
     m_failure.clear();
@@ -136,11 +137,12 @@ void FileCommands::saveBeside(const QString &presentFile)
         return;
     }
     if (m_document.fileName().isEmpty()) {
-        m_document.setFileName(
-            m_dialogs.askSave(QLatin1String("KTR_") + pastedLine(m_document.configuration().gsm.stationId),
-                              configurationFilter, presentFile));
+        m_document.setFileName(m_dialogs.askSave(
+            QLatin1String("KTR_") + pastedLine(m_document.configuration().gsm.stationId), configurationFilter,
+            presentFile.isEmpty() ? m_document.source() : presentFile));
     }
     if (m_document.fileName().isEmpty()) {
+        Q_EMIT titleChanged();
         Q_EMIT statusMessage(tr("Not saved: no file was chosen. The next save asks for one"));
         return;
     }
@@ -155,10 +157,13 @@ void FileCommands::saveBeside(const QString &presentFile)
         return;
     }
     Q_EMIT titleChanged();
-    Q_EMIT statusMessage(
-        backup.isEmpty()
-            ? tr("Saved: %1").arg(m_document.fileName())
-            : tr("Saved: %1. What stood there before is kept in %2").arg(m_document.fileName(), backup));
+    if (!backup.isEmpty() || m_backup.first != m_document.fileName()) {
+        m_backup = {m_document.fileName(), backup};
+    }
+    Q_EMIT statusMessage( // also when it is saved once more: that must not hide it
+        m_backup.second.isEmpty() ? tr("Saved: %1").arg(m_document.fileName())
+                                  : tr("Saved: %1. What stood there before is kept in %2")
+                                        .arg(m_document.fileName(), m_backup.second));
     addRecent();
 }
 
@@ -182,6 +187,7 @@ void FileCommands::loadChosen()
 void FileCommands::load(const QString &fileName)
 {
     const bool unsaved = m_document.isModified();
+    m_backup = {};
     const ReadReport report = m_history.load(fileName);
     reportReading(report, fileName);
     if (!report.opened) {

@@ -107,6 +107,8 @@ private:
     QString m_unread;      ///< why a file was not read that should have been
     QString m_keepFailure; ///< why edits cannot be kept, as told
     QString m_failure;     ///< why the last save failed, empty when it did not
+    /// The present file, and where what others had written there was kept since it was loaded; empty: nowhere
+    std::pair<QString, QString> m_backup;
 };
 
 } // namespace ktr

@@ -671,6 +671,8 @@ private Q_SLOTS:
         for (const char *theirs : {"<KTR>theirs</KTR>", "<KTR>others</KTR>", "<KTR>theirs</KTR>"}) {
             QVERIFY(replaceFile(file, theirs));
             clickMenu("mnu_Save");
+            clickMenu("mnu_Save"); // does not hide what the first one told
+            QVERIFY2(lastEvent().contains("is kept in " + file + '~'), qPrintable(lastEvent()));
             QCOMPARE(stationIn(file), "newer");
         }
         QCOMPARE(stationIn(file + '~'), "old");
@@ -1808,6 +1810,31 @@ private Q_SLOTS:
         QTRY_COMPARE(m_line->sent.size(), 43008);
         QCOMPARE(m_line->sent.count('f'), 43008);
         QVERIFY(!m_window->findChild<QProgressBar *>("ProgressBar1")->isVisible());
+    }
+
+    /// Who cancels has no present file then; the next save finds the way back to it.
+    void aCancelledSaveAsStillProposesTheFile()
+    {
+        const QString file = fileWith("Werk 7");
+        start({"-load", file});
+        QTimer::singleShot(0, this,
+                           [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+        clickMenu("mnu_SaveAs");
+        QVERIFY(!m_window->windowTitle().contains(QFileInfo(file).fileName()));
+        typeOver(field("txt_gsm_id"), "Werk 8");
+        QTimer::singleShot(0, this, [this] {
+            auto *dialog = qobject_cast<QFileDialog *>(QApplication::activeModalWidget());
+            QVERIFY(dialog != nullptr);
+            QTimer::singleShot(0, this, [] { // it is there already
+                if (auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget())) {
+                    QTest::mouseClick(box->button(QMessageBox::Yes), Qt::LeftButton);
+                }
+            });
+            QTest::keyClick(dialog->findChild<QLineEdit *>("fileNameEdit"), Qt::Key_Return);
+        });
+        clickMenu("mnu_Save");
+        QCOMPARE(stationIn(file), "Werk 8");
+        QCOMPARE(m_window->document().fileName(), file);
     }
 
     void noArchiveIsFetchedIntoNothing()
