@@ -7,6 +7,7 @@
 #include "config/phone_number.h"
 #include "platform/text_rules.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace ktr {
@@ -404,7 +405,14 @@ private:
     /// Whether anything was entered yet: a new configuration has no problems.
     bool isBegun() const
     {
-        return !m_configuration.gsm.stationId.isEmpty() ||
+        const Configuration &now = m_configuration;
+        return !now.gsm.stationId.isEmpty() || toWholeNumber(now.gsm.pin, 1, 9999) ||
+               std::ranges::any_of(now.administrators,
+                                   [](const Administrator &each) { // a new one has a country's code
+                                       return each.number.size() > QStringLiteral("+49").size();
+                                   }) ||
+               std::ranges::any_of(now.limitValues,
+                                   [](const LimitValue &value) { return !value.alarm.isEmpty(); }) ||
                !indexesOf(m_configuration.limitValues, isInUse).isEmpty() ||
                !indexesOf(m_configuration.switchPoints, [](const SwitchPoint &point, int) {
                     return point.target != 0;

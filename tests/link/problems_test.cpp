@@ -62,6 +62,17 @@ private Q_SLOTS:
         Configuration configuration;
         makeNew(configuration, fixedEnvironment());
         QCOMPARE(problemsOf(configuration), QStringList());
+        const QList<std::function<void(Configuration &)>> entered = {
+            [](Configuration &c) { c.gsm.pin = u"0815"_s; },
+            [](Configuration &c) { c.administrators[2].number = u"+491711234567"_s; },
+            [](Configuration &c) { c.limitValues[3].alarm = u"Pump 1"_s; },
+            [](Configuration &c) { c.switchPoints[0].target = 11; },
+        };
+        for (const auto &enter : entered) { // without a station's name
+            Configuration begun = configuration;
+            enter(begun);
+            QVERIFY(!problemsOf(begun).filter(u"txt_gsm_id"_s).isEmpty());
+        }
         readConfiguration("<KTR/>", configuration, fixedEnvironment());
         QCOMPARE(problemsOf(configuration), QStringList());
         QVERIFY(readConfigurationFile(QStringLiteral(KTR_SOURCE_DIR "/samples/pumping-station.xml"),
