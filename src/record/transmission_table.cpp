@@ -229,7 +229,8 @@ Status TransmissionTable::thin(qint64 before, qint64 &removed)
         u"UPDATE transmission SET based_on = "_s + QString::number(TransmissionRow::onNothingKnown) +
         u" WHERE begun < ? AND verdict = 'whole' AND EXISTS (SELECT 1 FROM transmission AS later"
         " WHERE later.begun < ? AND later.begun >= transmission.begun AND later.id <> transmission.id"
-        " AND coalesce(later.last_step, 0) > 0 AND (later.verdict <> 'whole' OR later.based_on = "_s +
+        " AND (coalesce(later.last_step, 0) > 0 OR later.verdict = 'not ended')"
+        " AND (later.verdict <> 'whole' OR later.based_on = "_s +
         QString::number(TransmissionRow::onNothingKnown) + u"))"_s;
     removed = 0;
     if (!m_database.begin() || m_database.carriedOut(forgotten, {before, before}) == nullptr ||

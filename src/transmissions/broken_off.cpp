@@ -13,7 +13,8 @@ std::optional<BrokenOff> brokenOffBefore(TransmissionTable &table, const Configu
     const QString &station = configuration.gsm.stationId;
     std::optional<TransmissionRow> newest;
     if (station.isEmpty() || !table.find({.station = station}, [&newest](const TransmissionRow &row) {
-            const bool changes = row.lastStep.value_or(0) > steps::first;
+            const bool changes = row.lastStep.value_or(0) > steps::first ||
+                                 row.verdict == TransmissionVerdict::NotEnded; // not all may be noted
             newest = newest || !changes ? newest : std::optional(row);
         })) {
         return std::nullopt;

@@ -49,7 +49,7 @@ StationLook withMemory(StationLook look, const Configuration &configuration, Tra
     }
     const HeldConfiguration held = newestHeld(table, station, environment);
     const QString &version = held.transmission.versionSent;
-    if (held.proof == HeldConfiguration::Proof::Whole && isProvedBy(held.configuration, version)) {
+    if (held.isKnown() && isProvedBy(held.configuration, version)) {
         const CommandContext context = contextOf(environment);
         const Changes changes = changesSince(held, configuration, context);
         look.changes = countOf(commandsOf(configuration, context), changes.leftOut);

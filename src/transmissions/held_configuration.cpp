@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace ktr {
 
@@ -99,7 +100,8 @@ bool isSerialPort(const QString &line)
 bool disturbs(const TransmissionRow &later, const TransmissionRow &held)
 {
     constexpr int firstChange = 1; // the step before it only asks
-    if (later.lastStep.value_or(0) < firstChange) {
+    const bool isAllNoted = later.verdict != TransmissionVerdict::NotEnded;
+    if (isAllNoted && later.lastStep.value_or(0) < firstChange) {
         return false;
     }
     if (later.verdict == TransmissionVerdict::Alone) {
@@ -114,23 +116,50 @@ bool disturbs(const TransmissionRow &later, const TransmissionRow &held)
            (later.versionBefore ? *later.versionBefore == held.versionSent : later.line == held.line);
 }
 
-/// Whether a single command went to an address at which another station is, as was transmitted there before.
-Status isAtOther(TransmissionTable &table, const TransmissionRow &single, const TransmissionRow &held,
+/// Whether something was sent to an address at which another station is, as was transmitted there before. The
+/// modules of a series tell one and the same version text.
+Status isAtOther(TransmissionTable &table, const TransmissionRow &later, const TransmissionRow &held,
                  bool &isOther)
 {
     isOther = false;
-    if (single.verdict != TransmissionVerdict::Alone || single.versionBefore || single.line == held.line ||
-        isSerialPort(single.line)) {
+    const bool isOfStation = later.verdict != TransmissionVerdict::Alone && later.station == held.station;
+    if (isOfStation || later.line == held.line || isSerialPort(later.line)) {
         return Status::done();
     }
-    QString station; // of the newest one before it
-    Status read = table.find({.line = single.line}, [&](const TransmissionRow &row) {
-        const bool isBefore = row.begun <= single.begun && row.verdict != TransmissionVerdict::Alone &&
-                              row.lastStep == steps::last;
-        station = isBefore && station.isEmpty() ? row.station : station;
+    std::optional<TransmissionRow> before; // the newest one
+    Status read = table.find({.line = later.line}, [&](const TransmissionRow &row) {
+        const bool isBefore = row.begun <= later.begun && row.id != later.id &&
+                              row.verdict != TransmissionVerdict::Alone && row.lastStep == steps::last;
+        before = isBefore && !before ? std::optional(row) : before;
     });
-    isOther = !station.isEmpty() && station != held.station;
+    isOther = before && !before->station.isEmpty() && before->station != held.station &&
+              (!later.versionBefore || *later.versionBefore == before->versionSent);
     return read;
+}
+
+/// What a later transmission may have left; nothing where that is not known. On a serial line a command may
+/// have been cut off where it ended.
+std::optional<HeldConfiguration::Later> whatMayBeLeft(TransmissionTable &table, const TransmissionRow &later,
+                                                      const QString &version, const Environment &environment)
+{
+    const bool isForeign = later.versionBefore && *later.versionBefore != version;
+    if (later.verdict == TransmissionVerdict::Alone || isForeign || isSerialPort(later.line)) {
+        return std::nullopt;
+    }
+    std::optional<TransmissionRow> row;
+    QList<TransmissionStepRow> steps;
+    HeldConfiguration::Later left{.configuration = {}, .hasPin = later.hasPin, .commands = {}};
+    if (!table.read(later.id, row, steps) || !row ||
+        !configurationOf(*row, left.configuration, environment)) {
+        return std::nullopt;
+    }
+    left.commands = sentCommands(steps);
+    return left;
+}
+
+bool isSamePin(const Configuration &held, bool hasPin, const QString &wanted)
+{
+    return hasPin ? !wanted.isEmpty() && wanted == held.gsm.pin : wanted.isEmpty();
 }
 
 } // namespace
@@ -152,15 +181,46 @@ Changes changesSince(const HeldConfiguration &held, const Configuration &wanted,
 {
     constexpr int numbersStep = 1; // the only one with the PIN, which is not among the commands
     const QString &pin = wanted.gsm.pin;
-    const bool isSamePin =
-        held.transmission.hasPin ? !pin.isEmpty() && pin == held.configuration.gsm.pin : pin.isEmpty();
+    const auto inForm = [](const QString &command) {
+        return logText(command.front().toUpper() + command.sliced(1));
+    };
+    struct May
+    {
+        const HeldConfiguration::Later &later;
+        StepCommands commands;
+    };
+    std::vector<May> may;
+    for (const HeldConfiguration::Later &later : held.later) {
+        may.push_back({later, commandsOf(later.configuration, context)});
+    }
     return changesSince(
         [&](int step, const QString &command) {
-            const QString given = held.commands.value(step);
-            const bool isSame = given == logText(command.front().toUpper() + command.sliced(1));
-            return isSame && (step != numbersStep || isSamePin);
+            const QString wantedCommand = inForm(command);
+            const bool isPinHeld =
+                step != numbersStep || isSamePin(held.configuration, held.transmission.hasPin, pin);
+            const bool isHeld = held.commands.value(step) == wantedCommand && isPinHeld;
+            return isHeld && std::ranges::all_of(may, [&](const May &each) {
+                       const std::optional<QString> &meant = each.commands[static_cast<std::size_t>(step)];
+                       return (!meant || inForm(*meant) == wantedCommand) &&
+                              each.later.commands.value(step, wantedCommand) == wantedCommand &&
+                              (step != numbersStep ||
+                               isSamePin(each.later.configuration, each.later.hasPin, pin));
+                   });
         },
         wanted, context);
+}
+
+bool mayBeOthers(TransmissionTable &table, const HeldConfiguration &held, const QString &line)
+{
+    const TransmissionRow &proof = held.transmission;
+    if (proof.line == line) {
+        return false;
+    }
+    bool isOthers = false;
+    const Status read = table.find({.versionSent = proof.versionSent}, [&](const TransmissionRow &row) {
+        isOthers = isOthers || row.station != proof.station;
+    });
+    return isOthers || !read;
 }
 
 Status configurationOf(const TransmissionRow &row, Configuration &configuration,
@@ -248,13 +308,25 @@ HeldConfiguration whatHolds(TransmissionTable &table, const QString &station, co
             disturbing += later;
         }
     });
+    bool isKnown = held.proof == HeldConfiguration::Proof::Whole;
     for (const TransmissionRow &later : std::as_const(disturbing)) {
         bool isOther = false;
         read = read ? isAtOther(table, later, held.transmission, isOther) : read;
-        held.disturbedBy = isOther ? held.disturbedBy : later.id;
+        if (isOther) {
+            continue;
+        }
+        held.disturbedBy = later.id;
+        const auto left = isKnown ? whatMayBeLeft(table, later, version, environment) : std::nullopt;
+        isKnown = left.has_value();
+        if (left) {
+            held.later += *left;
+        }
     }
     if (!read) {
         return failedBy(read);
+    }
+    if (!isKnown) {
+        held.later.clear();
     }
     if (held.disturbedBy != 0 && held.proof == HeldConfiguration::Proof::Whole) {
         held.proof = HeldConfiguration::Proof::InPart;

@@ -12,6 +12,15 @@ namespace ktr {
 /// What a module that told its version text is known to hold.
 struct HeldConfiguration
 {
+    /// What a later transmission that did not reach its end may have left of another configuration.
+    struct Later
+    {
+        Configuration configuration;
+        bool hasPin;
+        QMap<int, QString>
+            commands; ///< as they were sent, as far as that is known; in the form of those below
+    };
+
     enum class Proof {
         Failed,    ///< the memory could not be read: see `status`
         None,      ///< nothing with this version text was transmitted
@@ -31,8 +40,13 @@ struct HeldConfiguration
     QMap<int, QString> commands{};
     /// A later one that did not reach its end and makes it InPart; 0 for none.
     qint64 disturbedBy = 0;
+    /// All later ones that make it InPart, where it is Whole but for what these may have sent.
+    QList<Later> later{};
     /// The stations to which this version text was transmitted; more than one where it is Ambiguous.
     QStringList stations{};
+
+    /// Whether changesSince() tells what need not be sent: the rest is held, or may be.
+    bool isKnown() const { return proof == Proof::Whole || (proof == Proof::InPart && !later.isEmpty()); }
 };
 
 /// Looks for what a module holds that told `version`. `station` is its identifier; empty where that is not
@@ -46,7 +60,12 @@ HeldConfiguration whatHolds(TransmissionTable &table, const QString &station, co
 HeldConfiguration newestHeld(TransmissionTable &table, const QString &station,
                              const Environment &environment);
 
-/// What need not be sent to a module with such a proof, which is to hold another configuration.
+/// Whether a module at `line` may be another station's that tells the same version text, as those of a series
+/// do: where the proof was over another line, and other stations were given that text, too.
+bool mayBeOthers(TransmissionTable &table, const HeldConfiguration &held, const QString &line);
+
+/// What need not be sent to a module of which it is known what it holds, and which is to hold another
+/// configuration: the commands that it holds whatever became of later transmissions.
 Changes changesSince(const HeldConfiguration &held, const Configuration &wanted,
                      const CommandContext &context);
 

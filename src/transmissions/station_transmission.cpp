@@ -25,7 +25,9 @@ bool isNewest(TransmissionTable &table, const QString &station, const QString &u
 {
     QString newest;
     const Status found = table.find({.station = station}, [&newest](const TransmissionRow &row) {
-        if (newest.isEmpty() && row.lastStep.value_or(0) >= firstChange) {
+        const bool mayHaveChanged = row.lastStep.value_or(0) >= firstChange ||
+                                    row.verdict == TransmissionVerdict::NotEnded; // not all may be noted
+        if (newest.isEmpty() && mayHaveChanged) {
             newest = row.uid;
         }
     });
@@ -103,7 +105,7 @@ void StationTransmission::cancel(const QString &why)
 std::optional<StationTransmission::Basis> StationTransmission::basisOf(const HeldConfiguration &held,
                                                                        const QString &version) const
 {
-    if (held.proof != HeldConfiguration::Proof::Whole || !isProvedBy(held.configuration, version)) {
+    if (!held.isKnown() || !isProvedBy(held.configuration, version)) {
         return std::nullopt;
     }
     const CommandContext context{true, m_means.environment.locale, m_means.environment.now()};
@@ -126,8 +128,9 @@ void StationTransmission::lookForBasis()
         } else if (order.mayBeBegun) {
             known.brokenOff = brokenOffBefore(table, order.configuration, order.address, environment);
         }
-        if (!known.brokenOff && order.changesOnly && !station.isEmpty()) {
-            known.held = newestHeld(table, station, environment);
+        if (order.changesOnly && !station.isEmpty()) {
+            const HeldConfiguration held = newestHeld(table, station, environment);
+            known.held = mayBeOthers(table, held, order.address) ? HeldConfiguration() : held;
         }
         return known;
     };
@@ -138,11 +141,14 @@ void StationTransmission::lookForBasis()
                 return;
             }
             std::optional<Basis> basis;
+            if (m_order.changesOnly) {
+                basis = basisOf(known.held, known.held.transmission.versionSent);
+            }
             if (known.brokenOff) {
                 const int step = known.brokenOff->step;
-                basis = Basis{stepsBetween(firstChange, step), known.brokenOff->versionBefore, 0, step};
-            } else if (m_order.changesOnly) {
-                basis = basisOf(known.held, known.held.transmission.versionSent);
+                const Basis rest{stepsBetween(firstChange, step), known.brokenOff->versionBefore, 0, step};
+                // What is based on a whole one proves what the module holds afterwards.
+                basis = basis && basis->leftOut.count() >= rest.leftOut.count() ? basis : rest;
             }
             if (!basis && m_order.changesOnly) {
                 m_outcome.note = inWords(QT_TRANSLATE_NOOP(
@@ -197,9 +203,12 @@ void StationTransmission::noteTransmitted()
 void StationTransmission::lookForVersion(const QString &version)
 {
     const auto look = [version, isWanted = m_order.changesOnly, station = m_asGiven.gsm.stationId,
+                       address = m_order.address,
                        environment = m_means.environment](TransmissionTable &table) {
-        return isWanted && !station.isEmpty() ? whatHolds(table, station, version, environment)
-                                              : HeldConfiguration();
+        const HeldConfiguration held = isWanted && !station.isEmpty()
+                                           ? whatHolds(table, station, version, environment)
+                                           : HeldConfiguration();
+        return mayBeOthers(table, held, address) ? HeldConfiguration() : held;
     };
     m_means.memory.ask<HeldConfiguration>(
         this, look, [](const Status &) { return HeldConfiguration(); },

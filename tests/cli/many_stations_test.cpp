@@ -508,6 +508,61 @@ private Q_SLOTS:
             QVERIFY(holds(addresses[i], u"S%1.xml"_s.arg(i)));
         }
     }
+
+    /// Files that were made and set together have one stamp, so one station's broken transmission tells the
+    /// same version before as all others hold.
+    void whatAKilledRunDidNotTouchGetsItsChangesAlone()
+    {
+        const Module modules(
+            {u"simulate"_s, u"--modules"_s, u"3"_s, u"--ethernet"_s, u"0"_s, u"--save"_s, path(u"held"_s)},
+            u"all are listening"_s);
+        QStringList addresses = addressesOf(modules);
+        QCOMPARE(addresses.size(), 3);
+        auto halting = std::make_unique<Module>(
+            QStringList{u"simulate"_s, u"--ethernet"_s, u"0"_s, u"--save"_s, path(u"S1"_s)});
+        const QString line = halting->address();
+        addresses.insert(1, line);
+        const QString list = makeFleet(addresses);
+        QVERIFY(!list.isEmpty());
+        const QStringList words{u"transmit"_s, u"--fleet"_s, list, u"--result"_s, path(u"result.csv"_s)};
+        const Result whole = ktrcli(words + QStringList{u"--jobs"_s, u"4"_s});
+        QVERIFY2(whole.code == 0, qPrintable(whole.output + whole.errors));
+        const auto file = [&](int i) { return path(u"files/S%1.xml"_s.arg(i)); };
+        QCOMPARE(ktrcli({u"set"_s, file(0), u"--also"_s, file(1), u"--also"_s, file(2), u"--also"_s, file(3),
+                         u"number 2=+44123456789"_s})
+                     .code,
+                 0);
+        halting.reset(); // and then it falls silent after its version
+        halting = std::make_unique<Module>(QStringList{u"simulate"_s, u"--ethernet"_s, line, u"--hold"_s,
+                                                       path(u"S1"_s), u"--silent-after"_s, u"6"_s});
+        const QStringList changes = words + QStringList{u"--changes"_s, u"--jobs"_s, u"1"_s};
+        Module killed(changes, u" 1/4  "_s, environment());
+        // The first one is whole again, the second in flight; the others are never begun.
+        QTRY_VERIFY_WITH_TIMEOUT(
+            ktrcli({u"transmissions"_s, u"show"_s, u"6"_s, u"--json"_s}).output.count("\"step\""_L1) > 1,
+            60'000);
+        QCOMPARE(::kill(static_cast<pid_t>(killed.id()), SIGKILL), 0);
+        (void)killed.exitCode();
+        halting.reset();
+        const Module again({u"simulate"_s, u"--ethernet"_s, line, u"--hold"_s, path(u"S1"_s)});
+        QVERIFY2(again.address() == line, qPrintable(again.output()));
+        const Result rest = ktrcli(changes);
+        QVERIFY2(rest.code == 0, qPrintable(rest.output + rest.errors));
+        QCOMPARE(results()[0].commands, 3);
+        for (int i = 1; i < 4; ++i) {
+            QCOMPARE(results()[i].commands, 4);
+        }
+        QVERIFY(holds(addresses[0], u"S0.xml"_s) && holds(addresses[2], u"S2.xml"_s) &&
+                holds(addresses[3], u"S3.xml"_s));
+
+        // One stamp for all tells no module from another.
+        QByteArray swapped = contentOf(list);
+        swapped.replace(addresses[2].toUtf8(), "*").replace(addresses[3].toUtf8(), addresses[2].toUtf8());
+        QVERIFY(writeFile(list, swapped.replace("*", addresses[3].toUtf8())));
+        QCOMPARE(ktrcli(changes).code, 0);
+        QCOMPARE(results()[2].commands, 79);
+        QVERIFY(holds(addresses[3], u"S2.xml"_s));
+    }
 };
 
 QTEST_GUILESS_MAIN(ManyStationsTest)

@@ -1,5 +1,6 @@
 #include "config/configuration_file.h"
 #include "config/fields.h"
+#include "link/conversation_log.h"
 #include "record/record_address.h"
 #include "record/record_care.h"
 #include "support/environment.h"
@@ -203,6 +204,75 @@ private Q_SLOTS:
         typed.steps.last().command = u"G,1,1,0,"_s;
         write(typed);
         QCOMPARE(held(third.versionText).proof, Proof::Ambiguous);
+    }
+
+    void whatOthersOfASeriesWereGivenSpoilsNothing()
+    {
+        using Proof = HeldConfiguration::Proof;
+        const QString version = u"2026-11-01 10:00:00"_s;
+        const auto send = [this](const QString &stamp, const QString &station, const QString &line,
+                                 TransmissionVerdict verdict, const std::optional<QString> &before = {}) {
+            RememberedTransmission given = made(configuration(stamp, station), verdict);
+            given.row.line = line;
+            given.row.versionBefore = before;
+            return write(given);
+        };
+        send(version, u"Plant 1"_s, u"10.0.0.1"_s, TransmissionVerdict::Whole);
+        send(version, u"Plant 2"_s, u"10.0.0.2"_s, TransmissionVerdict::Whole);
+        send(u"new"_s, u"Plant 2"_s, u"10.0.0.2"_s, TransmissionVerdict::BrokenOff, version);
+        QCOMPARE(held(version).proof, Proof::Whole);
+        QCOMPARE(held(version, u"Plant 2"_s).proof, Proof::InPart);
+        QVERIFY(held(version, u"Plant 2"_s).isKnown());
+        // At an address that is not known as another station's, and at its own, it may be this module.
+        for (const QString &line : {u"10.0.0.3"_s, u"10.0.0.1"_s}) {
+            const qint64 spoiling =
+                send(u"new"_s, u"Plant 2"_s, line, TransmissionVerdict::BrokenOff, version);
+            QCOMPARE(held(version).disturbedBy, spoiling);
+            send(version, u"Plant 1"_s, u"10.0.0.1"_s, TransmissionVerdict::Whole);
+        }
+        // After a kill not all may be noted.
+        RememberedTransmission killed = made(configuration(u"new"_s), TransmissionVerdict::NotEnded);
+        killed.row.lastStep = 0;
+        write(killed);
+        QVERIFY(held(version).proof == Proof::InPart && !held(version).isKnown()); // over a serial line
+    }
+
+    void ofWhatABrokenOneMayHaveLeftAllIsSent()
+    {
+        const QString version = u"2026-11-01 10:00:00"_s;
+        const CommandContext context{true, QLocale::c(), QDateTime::currentDateTimeUtc()};
+        RememberedTransmission whole = made(configuration(version), TransmissionVerdict::Whole);
+        Configuration first; // as it comes back
+        QVERIFY(configurationOf(whole.row, first, test::fixedEnvironment()));
+        whole.row.line = u"10.0.0.1"_s;
+        const StepCommands given = commandsOf(first, context);
+        whole.steps.clear();
+        for (int step = steps::first; step <= steps::last; ++step) {
+            if (const auto &command = given[static_cast<std::size_t>(step)]) {
+                whole.steps += {step, logText(*command), StepOutcome::Confirmed, 1, 1};
+            }
+        }
+        write(whole);
+        const Configuration same = held(version).configuration;
+        const int none = changesSince(held(version), same, context).commands;
+        Configuration other = same;
+        other.versionText = u"new"_s;
+        other.limitValues[3].limit = u"9"_s;
+        RememberedTransmission broken = made(other, TransmissionVerdict::BrokenOff);
+        broken.row.line = u"10.0.0.1"_s;
+        broken.row.versionBefore = version;
+        write(broken);
+        QVERIFY(held(version).isKnown());
+        const StepSet all = changesSince(held(version), same, context).leftOut;
+        QCOMPARE(changesSince(held(version), same, context).commands, none + 1);
+        QCOMPARE(changesSince(held(version), other, context).leftOut, all);
+        // A command that was sent in between does not stand in its configuration.
+        const int another = all.test(2) ? 2 : 3;
+        broken.row.uid += u" again"_s;
+        broken.steps += {another, u"G,typed"_s, StepOutcome::Unconfirmed, 1, 1};
+        write(broken);
+        QVERIFY(all.test(static_cast<std::size_t>(another)));
+        QCOMPARE(changesSince(held(version), same, context).commands, none + 2);
     }
 
     void aSingleCommandSpoilsWhatItMayHaveChanged()
