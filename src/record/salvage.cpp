@@ -22,6 +22,8 @@ struct SalvagedTable
     QStringList key;
     bool endsWithText = false;
     bool isLater = false; ///< older records have no such table
+    /// A text that may stand in pages of its own: where these cannot be read, the rest of the row is saved.
+    QString longText{};
 };
 
 const QList<SalvagedTable> &salvagedTables()
@@ -35,7 +37,7 @@ const QList<SalvagedTable> &salvagedTables()
         {u"event"_s, {u"id"_s}},
         {u"history"_s, {u"station"_s, u"channel"_s, u"at"_s}},
         {u"value"_s, {u"station"_s, u"channel"_s, u"at"_s}},
-        {u"transmission"_s, {u"id"_s}, false, true},
+        {u"transmission"_s, {u"id"_s}, false, true, u"configuration"_s},
         {u"transmission_step"_s, {u"transmission"_s, u"step"_s}, false, true},
     };
     return tables;
@@ -65,6 +67,11 @@ public:
     {
         if (findColumns()) {
             copy({}, {}, {}, 0);
+            if (!m_isWhole && m_columns.removeAll(m_table.longText) > 0) {
+                prepareInsert(m_table.longText);
+                m_reads = 0;
+                copy({}, {}, {}, 0);
+            }
         } else {
             m_isWhole = m_table.isLater && m_canWrite && m_canRead && m_columns.isEmpty();
         }
@@ -111,9 +118,21 @@ private:
                 m_columns += name;
             }
         }
-        m_insert = u"INSERT OR IGNORE INTO %1(%2) VALUES(%3)"_s.arg(
-            m_table.name, m_columns.join(u','), QStringList(m_columns.size(), u"?"_s).join(u','));
+        prepareInsert({});
         return !m_columns.isEmpty();
+    }
+
+    /// A column that is not read is left empty.
+    void prepareInsert(const QString &empty)
+    {
+        QStringList names = m_columns;
+        QStringList values(m_columns.size(), u"?"_s);
+        if (!empty.isEmpty()) {
+            names += empty;
+            values += u"''"_s;
+        }
+        m_insert = u"INSERT OR IGNORE INTO %1(%2) VALUES(%3)"_s.arg(m_table.name, names.join(u','),
+                                                                    values.join(u','));
     }
 
     /// Reads the rows that begin with `prefix` and whose next column lies between the two, and writes them.

@@ -487,6 +487,43 @@ private Q_SLOTS:
         QVERIFY(kept(m_place) && told.size() == 3);
     }
 
+    /// A list does not read the configurations, so it is not told of damage in them; nothing of it may
+    /// vanish.
+    void whatAListShowedIsThereAfterMending()
+    {
+        if (isServerAddress(m_place)) {
+            QSKIP("A server mends its own tables");
+        }
+        const QString pad(20'000, u'~'); // takes several pages
+        for (const QString &version : {u"1"_s, u"2"_s}) {
+            RememberedTransmission large = made(configuration(version), TransmissionVerdict::Whole);
+            large.row.configuration += pad;
+            write(large);
+        }
+        constexpr int page = 4096;
+        QByteArray content = test::contentOf(m_place);
+        int damaged = 0;
+        for (qsizetype place = page; place < content.size(); place += page) {
+            const QByteArrayView there(content.constData() + place, page);
+            if (there.contains("~~~~") && !there.contains("technician")) {
+                content.replace(place, page, QByteArray(page, '\x5a'));
+                ++damaged;
+            }
+        }
+        QVERIFY(damaged > 0);
+        QVERIFY(test::writeFile(m_place, content));
+        const QList<qint64> listed = begun({});
+        QCOMPARE(listed.size(), 2);
+        QCOMPARE(held(u"2"_s).proof, HeldConfiguration::Proof::Failed);
+        RecordDatabase database;
+        QStringList told;
+        QVERIFY(openForTransmissions(database, m_place));
+        QVERIFY(mendForTransmissions(database, m_place, told));
+        QVERIFY(!told.isEmpty());
+        QCOMPARE(begun({}), listed);
+        QVERIFY(held(u"2"_s).proof != HeldConfiguration::Proof::Whole); // what it held is not known any more
+    }
+
     /// The file can be opened, and only who reads finds that a part of it is gone.
     void whatCanBeReadOfADamagedFileIsBroughtOverAndTold_data()
     {
