@@ -78,12 +78,12 @@ constexpr std::array assumptionRows = {
         QT_TRANSLATE_NOOP(
             "Foretelling",
             "A limit value is over only once the value has come back by more than the hysteresis.")},
-    AssumptionRow{
-        Assumption::FirstValueCounts, "first-value-counts",
-        QT_TRANSLATE_NOOP("Foretelling", "What is beyond its limit from the beginning, as after a "
-                                         "start of the module, counts like what passes it later."),
-        QT_TRANSLATE_NOOP("Foretelling", "What is beyond its limit from the beginning, as after a start of "
-                                         "the module, stands without anybody being told.")},
+    AssumptionRow{Assumption::FirstValueCounts, "first-value-counts",
+                  QT_TRANSLATE_NOOP("Foretelling", "What is beyond its limit from the beginning, as after a "
+                                                   "start of the module, counts like what passes it later."),
+                  QT_TRANSLATE_NOOP("Foretelling",
+                                    "What is beyond its limit from the beginning, as after a start of "
+                                    "the module, stands without anybody being told.")},
     AssumptionRow{Assumption::EndIsSilent, "end-is-silent",
                   QT_TRANSLATE_NOOP("Foretelling", "When a limit value is over, nobody is told.")},
     AssumptionRow{Assumption::EmptyTextIsSilent, "empty-text-is-silent",
