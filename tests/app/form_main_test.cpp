@@ -876,6 +876,10 @@ private Q_SLOTS:
     void aClickOnAProblemGoesToItsField()
     {
         start({});
+        m_window->document().adjust([](Configuration &changed) {
+            changed.gsm.stationId = "Werk 7";
+            changed.ethernet.mac5 = "01";
+        });
         typeOver(field("txt_gsm_pin"), "12x4");
         m_window->tabs().setCurrentIndex(5);
         QTest::keyClick(m_window.get(), Qt::Key_F8);
