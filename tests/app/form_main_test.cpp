@@ -878,6 +878,7 @@ private Q_SLOTS:
         start({});
         m_window->document().adjust([](Configuration &changed) {
             changed.gsm.stationId = "Werk 7";
+            changed.gsm.aliveCycle = "0";
             changed.ethernet.mac5 = "01";
         });
         typeOver(field("txt_gsm_pin"), "12x4");
