@@ -40,11 +40,11 @@ PageTabs::PageTabs(EditorContext &context, Builder build, QWidget *parent)
         auto *shortcut = new QShortcut(key, this);
         connect(shortcut, &QShortcut::activated, this, [turn, by] { turn(by); });
     };
-    addKey(Qt::CTRL | Qt::Key_PageDown, 1);
-    addKey(Qt::CTRL | Qt::Key_PageUp, -1);
-    addKey(Qt::CTRL | Qt::Key_Tab, 1);
-    addKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab, -1);
-    addKey(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab, -1);
+    addKey(QKeySequence(Qt::CTRL | Qt::Key_PageDown), 1);
+    addKey(QKeySequence(Qt::CTRL | Qt::Key_PageUp), -1);
+    addKey(QKeySequence(Qt::CTRL | Qt::Key_Tab), 1);
+    addKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Tab), -1);
+    addKey(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Backtab), -1);
 }
 
 Page *PageTabs::page(PageIndex index)

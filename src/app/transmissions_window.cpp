@@ -36,7 +36,15 @@ namespace {
 const QString yearsKey = QStringLiteral("transmissionYears");
 constexpr int mostYears = 100;
 constexpr int idRole = Qt::UserRole;
-enum Column { BegunColumn, StationColumn, VersionColumn, OutcomeColumn, LineColumn, UserColumn, FileColumn };
+enum ListColumn {
+    BegunColumn,
+    StationColumn,
+    VersionColumn,
+    OutcomeColumn,
+    LineColumn,
+    UserColumn,
+    FileColumn
+};
 
 QStandardItem *cell(const QString &text)
 {

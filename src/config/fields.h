@@ -121,6 +121,18 @@ template <class Record> struct Field
 
 /// The fields of a record type, in the order of the file.
 template <class Record> std::span<const Field<Record>> fieldsOf();
+template <> std::span<const Field<FileInfo>> fieldsOf<FileInfo>();
+template <> std::span<const Field<GsmSettings>> fieldsOf<GsmSettings>();
+template <> std::span<const Field<Administrator>> fieldsOf<Administrator>();
+template <> std::span<const Field<LimitValue>> fieldsOf<LimitValue>();
+template <> std::span<const Field<Archiving>> fieldsOf<Archiving>();
+template <> std::span<const Field<DigitalInput>> fieldsOf<DigitalInput>();
+template <> std::span<const Field<OutputHours>> fieldsOf<OutputHours>();
+template <> std::span<const Field<SendValues>> fieldsOf<SendValues>();
+template <> std::span<const Field<Scaling>> fieldsOf<Scaling>();
+template <> std::span<const Field<OutputValue>> fieldsOf<OutputValue>();
+template <> std::span<const Field<SwitchPoint>> fieldsOf<SwitchPoint>();
+template <> std::span<const Field<EthernetSettings>> fieldsOf<EthernetSettings>();
 
 /// The row of a record's member.
 template <class Record> const Field<Record> &fieldOf(Member<Record> member)
