@@ -405,16 +405,16 @@ private:
     /// Whether anything was entered yet: a new configuration has no problems.
     bool isBegun() const
     {
-        const Configuration &now = m_configuration;
-        return !now.gsm.stationId.isEmpty() || toWholeNumber(now.gsm.pin, 1, 9999) ||
-               std::ranges::any_of(now.administrators,
+        const Configuration &entered = m_configuration;
+        return !entered.gsm.stationId.isEmpty() || toWholeNumber(entered.gsm.pin, 1, 9999) ||
+               std::ranges::any_of(entered.administrators,
                                    [](const Administrator &each) { // a new one has a country's code
                                        return each.number.size() > QStringLiteral("+49").size();
                                    }) ||
-               std::ranges::any_of(now.limitValues,
+               std::ranges::any_of(entered.limitValues,
                                    [](const LimitValue &value) { return !value.alarm.isEmpty(); }) ||
-               !indexesOf(m_configuration.limitValues, isInUse).isEmpty() ||
-               !indexesOf(m_configuration.switchPoints, [](const SwitchPoint &point, int) {
+               !indexesOf(entered.limitValues, isInUse).isEmpty() ||
+               !indexesOf(entered.switchPoints, [](const SwitchPoint &point, int) {
                     return point.target != 0;
                 }).isEmpty();
     }
