@@ -204,7 +204,6 @@ private:
     std::unique_ptr<OneShotTimer> m_spoolTimer; ///< until it is tried again to write into the spool
     std::unique_ptr<OneShotTimer> m_handTimer;  ///< until it is tried again to hand over
     bool m_isSpooling = false;
-    quint64 m_spooledUpTo = 0; ///< addedCount() of the last row in the spool
     Spooled m_spooled;
     QString m_spoolTrouble; ///< why it cannot be written
     std::function<void(const QString &)> m_remarked;
