@@ -161,8 +161,8 @@ int main(int argc, char **argv)
             LoadTexts(texts, QString::fromLatin1(language), QStringLiteral("data/language.ini"));
             Translations translations;
             translations.use(QString::fromLatin1(language));
-            if (!all && dark != german) {
-                continue; // the documentation shows pages once in each language and appearance
+            if (!all && dark && !german) {
+                continue; // the manual shows pages that are light, and other documents one language dark
             }
             QString failed = takeOperationalPictures(pictures, texts, locale, laptop, suffix);
             if (all && failed.isEmpty()) {

@@ -422,6 +422,54 @@
         <source>The output that is switched, or the number that is called; &quot;ungültig&quot;, so called in every language, is none</source>
         <translation>Der Ausgang, der geschaltet, oder die Nummer, die angerufen wird; „ungültig“ (so in jeder Sprache) ist nichts davon</translation>
     </message>
+    <message>
+        <source>yes or no</source>
+        <translation>ja oder nein</translation>
+    </message>
+    <message>
+        <source>one of those offered</source>
+        <translation>Auswahl</translation>
+    </message>
+    <message>
+        <source>text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>%1; may be empty</source>
+        <translation>%1; darf leer sein</translation>
+    </message>
+    <message>
+        <source>stays as it was</source>
+        <translation>bleibt, wie es war</translation>
+    </message>
+    <message>
+        <source>filled in by the program</source>
+        <translation>trägt das Programm ein</translation>
+    </message>
+    <message>
+        <source>empty</source>
+        <translation>leer</translation>
+    </message>
+    <message>
+        <source>Field</source>
+        <translation>Feld</translation>
+    </message>
+    <message>
+        <source>Meaning</source>
+        <translation>Bedeutung</translation>
+    </message>
+    <message>
+        <source>Values</source>
+        <translation>Werte</translation>
+    </message>
+    <message>
+        <source>After &quot;new&quot;</source>
+        <translation>Nach „Neu“</translation>
+    </message>
+    <message>
+        <source>In the file</source>
+        <translation>In der Datei</translation>
+    </message>
 </context>
 <context>
     <name>FieldsInFiles</name>

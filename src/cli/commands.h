@@ -32,6 +32,10 @@ void describeForetell(Arguments &arguments);
 std::optional<int> checkForetell(const Arguments &arguments);
 int foretellFile(const Arguments &arguments);
 
+void describeFields(Arguments &arguments);
+std::optional<int> checkFields(const Arguments &arguments);
+int fields(const Arguments &arguments);
+
 void describeGet(Arguments &arguments);
 std::optional<int> checkGet(const Arguments &arguments);
 int get(const Arguments &arguments);

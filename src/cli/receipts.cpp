@@ -18,7 +18,6 @@ namespace ktr::cli {
 
 namespace {
 
-const QString languageOption = QStringLiteral("language");
 const QString replaceOption = QStringLiteral("overwrite");
 
 } // namespace
@@ -26,7 +25,7 @@ const QString replaceOption = QStringLiteral("overwrite");
 void addLanguageOption(Arguments &arguments)
 {
     arguments.addOption({languageOption,
-                         QStringLiteral("The language of a PDF: english or deutsch (english)."),
+                         QStringLiteral("The language of what is printed: english or deutsch (english)."),
                          QStringLiteral("LANGUAGE"), QStringLiteral("english")});
 }
 

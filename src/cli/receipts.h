@@ -13,6 +13,7 @@ namespace ktr::cli {
 
 // The titles' language of what is printed.
 void addLanguageOption(Arguments &arguments);
+inline const QString languageOption = QStringLiteral("language");
 std::optional<int> checkLanguage(const Arguments &arguments);
 /// In English, after a complaint, where the texts of that language cannot be read.
 void loadTitles(const Arguments &arguments, TextTable &texts);

@@ -45,6 +45,8 @@ constexpr std::array table = {
             describeCompare, compare, checkCompare},
     Command{"foretell", "FILE", "tells what it will switch and whom it notifies in the next days",
             describeForetell, foretellFile, checkForetell},
+    Command{"fields", "", "tells all fields with meaning, values and place, as Markdown", describeFields,
+            fields, checkFields},
     Command{"get", "[FILE] [FIELD...]", "tells the values of fields", describeGet, get, checkGet},
     Command{"set", "FILE FIELD=VALUE...", "sets fields, in several files if wanted", describeSet, set,
             checkSet},

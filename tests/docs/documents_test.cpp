@@ -25,7 +25,7 @@ QString withoutCode(QString text)
     return text;
 }
 
-/// The anchors of a document's headings, as the pages that show it make them.
+/// The anchors of a document's headings, as the pages that show it make them, and those that it names itself.
 QStringList anchorsOf(const QString &text)
 {
     static const QRegularExpression heading(u"^#{1,6} (.*)$"_s, QRegularExpression::MultilineOption);
@@ -33,6 +33,10 @@ QStringList anchorsOf(const QString &text)
     QStringList anchors;
     for (const QRegularExpressionMatch &match : heading.globalMatch(text)) {
         anchors += match.captured(1).toLower().remove(dropped).replace(u' ', u'-');
+    }
+    static const QRegularExpression named(u"\\{#([\\w-]+)\\}"_s);
+    for (const QRegularExpressionMatch &match : named.globalMatch(text)) {
+        anchors += match.captured(1);
     }
     return anchors;
 }
@@ -174,9 +178,10 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("told");
 
-        QTest::newRow("sound") << u"# A\n\nText, `## x | |---|`:\n\n| a | b |\n|---|---|\n| 1 | `|` |\n\n"
-                                  "- one.\n- [two](#a)\n\n```\n# no heading | |\n```\n"_s
-                               << QString();
+        QTest::newRow("sound")
+            << u"# A\n\nText, `## x | |---|`:\n\n| a | b |\n|---|---|\n| 1 | `|` |\n\n"
+               "- one.\n- [two](#a)\n- [three](#c)\n\n## B {#c}\n\n```\n# no heading | |\n```\n"_s
+            << QString();
         QTest::newRow("heading") << u"Text. ## Next Text"_s << u"a heading inside"_s;
         QTest::newRow("wrapped heading") << u"Text.\n## Next"_s << u"a heading inside"_s;
         QTest::newRow("heading alone") << u"# A\nText"_s << u"no empty line"_s;

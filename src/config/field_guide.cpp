@@ -1,0 +1,216 @@
+#include "config/field_guide.h"
+
+#include "config/comparison.h"
+
+#include <QCoreApplication>
+#include <QHash>
+
+#include <algorithm>
+#include <type_traits>
+
+namespace ktr {
+
+namespace {
+
+// The page of a record
+
+QString pageOf(const FileInfo &)
+{
+    return QStringLiteral("info");
+}
+QString pageOf(const GsmSettings &)
+{
+    return QStringLiteral("gsm");
+}
+QString pageOf(const Administrator &)
+{
+    return QStringLiteral("gsm");
+}
+QString pageOf(const LimitValue &)
+{
+    return QStringLiteral("limit-values");
+}
+QString pageOf(const SwitchPoint &)
+{
+    return QStringLiteral("switch-points");
+}
+QString pageOf(const EthernetSettings &)
+{
+    return QStringLiteral("ethernet");
+}
+template <class Record> QString pageOf(const Record &)
+{
+    return QStringLiteral("ip");
+}
+
+QString inWords(const char *text)
+{
+    return QCoreApplication::translate("Fields", text);
+}
+
+template <class Record> QString valuesOf(const Field<Record> &field)
+{
+    if (std::holds_alternative<bool Record::*>(field.member)) {
+        return inWords(QT_TRANSLATE_NOOP("Fields", "yes or no"));
+    }
+    if (!field.isNumber()) {
+        return field.range || field.accepts != nullptr
+                   ? inWords(QT_TRANSLATE_NOOP("Fields", "one of those offered"))
+                   : inWords(QT_TRANSLATE_NOOP("Fields", "text"));
+    }
+    const QString words = field.range->words(field.unit);
+    return field.range->mayBeEmpty ? inWords(QT_TRANSLATE_NOOP("Fields", "%1; may be empty")).arg(words)
+                                   : words;
+}
+
+/// `value` is what "new" has set, as the pages show it.
+template <class Record> QString whenNewOf(const Field<Record> &field, const QString &value)
+{
+    if (field.whenNew.keepsValue()) {
+        return inWords(QT_TRANSLATE_NOOP("Fields", "stays as it was"));
+    }
+    if (field.whenNew.compute != nullptr) {
+        return inWords(QT_TRANSLATE_NOOP("Fields", "filled in by the program"));
+    }
+    return value.isEmpty() ? inWords(QT_TRANSLATE_NOOP("Fields", "empty")) : value;
+}
+
+/// Where the file keeps a field of the records from `first` to `last`.
+QString placeOf(const Group &group, const char16_t *xmlName, int first, int last)
+{
+    const bool isAttribute = group.form == Form::Attributes;
+    QString place = QString::fromUtf16(isAttribute ? group.element : xmlName);
+    if (group.numbered) {
+        place += QString::number(first);
+        if (last > first) {
+            place += QStringLiteral("…") + QString::number(last);
+        }
+    }
+    return isAttribute ? place + u' ' + QStringView(xmlName) : place;
+}
+
+/// The field's anchor names none of its controls alone.
+QString anchorOf(const ControlName &control)
+{
+    return QString::fromLatin1(control.name);
+}
+
+/// Gathers the fields while records are visited, those of one group one after the other.
+class Guide
+{
+public:
+    explicit Guide(const TextTable &texts) : m_texts(texts)
+    {
+        makeNew(m_new, Environment());
+        for (const ComparedField &field : describeConfiguration(m_new, {texts, m_locale})) {
+            m_values.insert(field.key, field.mine);
+        }
+    }
+
+    QList<GuideField> fields()
+    {
+        visitRecords(std::as_const(m_new),
+                     [this]<class ConstRecord>(const Group &group, ConstRecord &record, int index) {
+                         using Record = std::remove_const_t<ConstRecord>;
+                         for (const Field<Record> &field : fieldsOf<Record>()) {
+                             if (field.appliesTo(index)) {
+                                 add(group, field, pageOf(record), index);
+                             }
+                         }
+                     });
+        std::ranges::stable_sort(m_fields, {}, [pages = guidePages()](const GuideField &field) {
+            return pages.indexOf(field.page);
+        });
+        return m_fields;
+    }
+
+private:
+    template <class Record>
+    void add(const Group &group, const Field<Record> &field, const QString &page, int index)
+    {
+        const QString anchor = anchorOf(field.control);
+        auto guide = std::ranges::find(m_fields, anchor, &GuideField::anchor);
+        if (guide == m_fields.end()) {
+            m_fields += GuideField{.page = page,
+                                   .anchor = anchor,
+                                   .label = labelText(field.label, m_texts).trimmed(),
+                                   .meaning = tipText(field.meaning, meaningRange(field), Unit::None),
+                                   .values = valuesOf(field),
+                                   .whenNew = whenNewOf(field, m_values[group.place(field.xmlName, index)]),
+                                   .places = {}};
+            guide = std::prev(m_fields.end());
+        }
+        // The first record that has a field begins a place, each later one makes it longer.
+        const QString key = placeOf(group, field.xmlName, 0, 0);
+        const auto begun = m_first.constFind(key);
+        const int first = begun == m_first.cend() ? *m_first.insert(key, index) : *begun;
+        if (index > first) {
+            guide->places.removeAll(placeOf(group, field.xmlName, first, index - 1));
+        }
+        guide->places += placeOf(group, field.xmlName, first, index);
+    }
+
+    /// What the meaning names itself, in place of its %1 and %2; the range stands in a column of its own.
+    template <class Record> static std::optional<Range> meaningRange(const Field<Record> &field)
+    {
+        return field.range && field.range->kind == Range::Kind::Choice ? field.range : std::nullopt;
+    }
+
+    const TextTable &m_texts;
+    const QLocale m_locale = QLocale::c();
+    Configuration m_new;
+    QHash<QString, QString> m_values; ///< after "new", by the place in the file
+    QHash<QString, int> m_first;      ///< the first record that has the field of this place
+    QList<GuideField> m_fields;
+};
+
+/// A text as it stands, whatever it means in Markdown.
+QString literal(const QString &text)
+{
+    QString escaped;
+    for (const QChar c : text) {
+        if (QStringView(u"\\`*_<>|[]#").contains(c)) {
+            escaped += u'\\';
+        }
+        escaped += c;
+    }
+    return escaped;
+}
+
+QString tableRow(const QStringList &cells)
+{
+    return QStringLiteral("| %1 |\n").arg(cells.join(QLatin1String(" | ")));
+}
+
+} // namespace
+
+QStringList guidePages()
+{
+    return {QStringLiteral("gsm"),           QStringLiteral("ip"),   QStringLiteral("limit-values"),
+            QStringLiteral("switch-points"), QStringLiteral("info"), QStringLiteral("ethernet")};
+}
+
+QList<GuideField> guideFields(const TextTable &texts)
+{
+    return Guide(texts).fields();
+}
+
+QString guideTable(const QString &page, const TextTable &texts)
+{
+    QString table = tableRow({inWords(QT_TRANSLATE_NOOP("Fields", "Field")),
+                              inWords(QT_TRANSLATE_NOOP("Fields", "Meaning")),
+                              inWords(QT_TRANSLATE_NOOP("Fields", "Values")),
+                              inWords(QT_TRANSLATE_NOOP("Fields", "After \"new\"")),
+                              inWords(QT_TRANSLATE_NOOP("Fields", "In the file"))});
+    table += QLatin1String("|---|---|---|---|---|\n");
+    for (const GuideField &field : guideFields(texts)) {
+        if (field.page == page) {
+            table += tableRow({QStringLiteral("[%1](#%2)").arg(literal(field.label), field.anchor),
+                               literal(field.meaning), literal(field.values), literal(field.whenNew),
+                               QStringLiteral("`%1`").arg(field.places.join(QLatin1String("`, `")))});
+        }
+    }
+    return table;
+}
+
+} // namespace ktr

@@ -1,0 +1,326 @@
+#include "config/field_guide.h"
+#include "lang/load_texts.h"
+#include "lang/translations.h"
+
+#include <QDir>
+#include <QFile>
+#include <QMap>
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace ktr;
+
+namespace {
+
+constexpr int widest = 130; ///< characters of a line
+const QStringList languages = {u"en"_s, u"de"_s};
+
+QString contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/// A chapter or a part of one.
+struct Part
+{
+    QString chapter;
+    int level = 0; ///< 1: the chapter itself
+    QString title;
+    QString anchor;
+    QString text; ///< up to the next heading
+
+    QString place() const { return u"%1 %2#%3"_s.arg(QString(level, u'#'), chapter, anchor); }
+};
+
+/// The manual in one language, read from the Markdown of its chapters.
+class Manual
+{
+public:
+    void add(const QString &chapter, const QString &text)
+    {
+        m_chapters += chapter;
+        static const QRegularExpression heading(u"^(#{1,6}) (.*?) *(?:\\{#([\\w-]+)\\})?$"_s);
+        static const QRegularExpression placeholder(u"TODO|TBD|FIXME|XXX|\\?\\?\\?|Lorem ipsum"_s);
+        bool isCode = false;
+        int number = 0;
+        for (const QString &line : text.split(u'\n')) {
+            ++number;
+            isCode = isCode != line.startsWith(u"```");
+            const auto match = heading.match(line);
+            if (!isCode && match.hasMatch()) {
+                m_parts += Part{chapter,
+                                static_cast<int>(match.capturedLength(1)),
+                                match.captured(2),
+                                match.captured(3),
+                                {}};
+            } else if (m_parts.isEmpty() || m_parts.back().chapter != chapter) {
+                fault(chapter, u"begins with something else than its heading"_s);
+                m_parts += Part{chapter, 1, {}, chapter, {}};
+            } else {
+                m_parts.back().text += line + u'\n';
+            }
+            if (line.size() > widest && !line.startsWith(u'|')) {
+                fault(chapter, u"line %1 has %2 characters"_s.arg(number).arg(line.size()));
+            }
+            if (placeholder.match(line).hasMatch()) {
+                fault(chapter, u"a placeholder is left in line %1"_s.arg(number));
+            }
+        }
+    }
+
+    /// What is wrong with the manual by itself. Pictures are looked for from `folder` on.
+    QStringList faults(const QString &folder)
+    {
+        QMap<QString, QString> anchors; ///< and the chapters that have them
+        for (const Part &part : m_parts) {
+            static const QRegularExpression inText(u"\\]\\{#([\\w-]+)\\}"_s);
+            if (part.anchor.isEmpty()) {
+                fault(part.chapter, u"\"%1\" has no anchor"_s.arg(part.title));
+            } else if (part.level == 1 && part.anchor != part.chapter) {
+                fault(part.chapter, u"its anchor is \"%1\""_s.arg(part.anchor));
+            }
+            QStringList own{part.anchor};
+            for (const auto &match : inText.globalMatch(part.text)) {
+                own += match.captured(1);
+            }
+            for (const QString &anchor : own) {
+                if (anchors.contains(anchor)) {
+                    fault(part.chapter, u"the anchor \"%1\" stands twice"_s.arg(anchor));
+                }
+                anchors.insert(anchor, part.chapter);
+            }
+        }
+        for (const Part &part : m_parts) {
+            checkLinks(part, anchors, folder);
+        }
+        return m_faults;
+    }
+
+    /// What it does not say about fields; their labels are those of its language.
+    QStringList missing(const QList<GuideField> &fields) const
+    {
+        QStringList faults;
+        for (const GuideField &field : fields) {
+            const auto part = std::ranges::find(m_parts, field.anchor, &Part::anchor);
+            if (part == m_parts.end()) {
+                faults += u"nothing about \"%1\" (%2)"_s.arg(field.label, field.anchor);
+            } else if (!part->title.startsWith(field.label)) {
+                faults += u"\"%1\" is called \"%2\""_s.arg(field.label, part->title);
+            } else if (part->text.simplified().size() < 20) {
+                faults += u"no text about \"%1\" (%2)"_s.arg(field.label, field.anchor);
+            }
+        }
+        for (const QString &page : guidePages()) {
+            const auto part = std::ranges::find(m_parts, page, &Part::anchor);
+            if (part == m_parts.end() || !part->text.contains(u"<!-- fields: %1 -->"_s.arg(page))) {
+                faults += u"no table of the page \"%1\""_s.arg(page);
+            }
+        }
+        return faults;
+    }
+
+    /// Its parts, tables of fields and pictures without words, which are the same in every language.
+    QStringList frame() const
+    {
+        static const QRegularExpression mark(
+            u"\\]\\{#[\\w-]+\\}|<!-- .* -->|!\\[[^\\]]*\\]\\(([^)]*?)(-(en|de)-(light|dark))?\\.png|\\n\\d+\\. |\\n- |\\n\\|"_s);
+        QStringList lines;
+        for (const Part &part : m_parts) {
+            QString line = part.place();
+            for (const auto &match : mark.globalMatch(u'\n' + part.text)) {
+                line += u' ' + (match.hasCaptured(1) ? match.captured(1) : match.captured().trimmed());
+            }
+            lines += line;
+        }
+        return lines;
+    }
+
+private:
+    void fault(const QString &chapter, const QString &what) { m_faults += chapter + u".md: "_s + what; }
+
+    void checkLinks(const Part &part, const QMap<QString, QString> &anchors, const QString &folder)
+    {
+        static const QRegularExpression link(u"(!?)\\[[^\\]]*\\]\\(([^)#\\s]*)#?([^)\\s]*)\\)"_s);
+        for (const auto &match : link.globalMatch(part.text)) {
+            const QString target = match.captured(2);
+            const QString anchor = match.captured(3);
+            if (!match.captured(1).isEmpty()) {
+                if (!QFile::exists(QDir(folder).filePath(target))) {
+                    fault(part.chapter, u"there is no picture "_s + target);
+                }
+                continue;
+            }
+            const QString chapter = target.isEmpty() ? part.chapter : QString(target).remove(u".md"_s);
+            if (!m_chapters.contains(chapter)) {
+                fault(part.chapter, u"there is no chapter "_s + target);
+            } else if (!anchor.isEmpty() && anchors.value(anchor) != chapter) {
+                fault(part.chapter, u"there is no %1#%2"_s.arg(chapter, anchor));
+            }
+        }
+    }
+
+    QStringList m_chapters;
+    QList<Part> m_parts;
+    QStringList m_faults;
+};
+
+QDir manualFolder()
+{
+    return QDir(QStringLiteral(KTR_SOURCE_DIR "/docs/manual"));
+}
+
+QStringList chapters()
+{
+    return contentOf(manualFolder().filePath(u"chapters"_s)).split(u'\n', Qt::SkipEmptyParts);
+}
+
+Manual manualIn(const QString &language)
+{
+    Manual manual;
+    for (const QString &chapter : chapters()) {
+        manual.add(chapter, contentOf(manualFolder().filePath(language + u'/' + chapter + u".md"_s)));
+    }
+    return manual;
+}
+
+TextTable textsIn(const QString &language)
+{
+    TextTable texts;
+    const LoadedTexts loaded = LoadTexts(texts, language == u"de" ? u"deutsch"_s : u"english"_s,
+                                         QStringLiteral(KTR_SOURCE_DIR "/data/language.ini"));
+    return loaded.source == LoadedTexts::Source::File ? texts : TextTable();
+}
+
+} // namespace
+
+/// The sources of the manual; what scripts/manual makes of them is not looked at.
+class ManualTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void faultsAreTold_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("told");
+
+        QTest::newRow("sound") << u"# A {#a}\n\n[b](#b) [a](a.md) [c](a.md#c)\n\n## B {#b}\n\n[c]{#c} `#d`"_s
+                               << QString();
+        QTest::newRow("no heading") << u"Text\n# A {#a}"_s << u"begins with something else"_s;
+        QTest::newRow("chapter") << u"# A {#b}"_s << u"its anchor is \"b\""_s;
+        QTest::newRow("no anchor") << u"# A {#a}\n\n## B"_s << u"\"B\" has no anchor"_s;
+        QTest::newRow("twice") << u"# A {#a}\n\n[a]{#a}"_s << u"\"a\" stands twice"_s;
+        QTest::newRow("dead link") << u"# A {#a}\n\n[b](b.md)"_s << u"no chapter b.md"_s;
+        QTest::newRow("dead anchor") << u"# A {#a}\n\n[b](a.md#b)"_s << u"no a#b"_s;
+        QTest::newRow("dead anchor here") << u"# A {#a}\n\n[b](#b)"_s << u"no a#b"_s;
+        QTest::newRow("picture") << u"# A {#a}\n\n![](missing.png)"_s << u"no picture missing.png"_s;
+        QTest::newRow("placeholder") << u"# A {#a}\n\nTODO"_s << u"a placeholder is left in line 3"_s;
+        QTest::newRow("width") << u"# A {#a}\n\n"_s + QString(widest + 1, u'x') << u"line 3 has 131"_s;
+    }
+    void faultsAreTold()
+    {
+        QFETCH(const QString, text);
+        QFETCH(const QString, told);
+        Manual manual;
+        manual.add(u"a"_s, text);
+        const QStringList faults = manual.faults({});
+        QVERIFY2(faults.isEmpty() == told.isEmpty(), qPrintable(faults.join(u'\n')));
+        QVERIFY2(faults.join(u'\n').contains(told), qPrintable(faults.join(u'\n')));
+    }
+
+    void fieldsWithoutTextAreTold()
+    {
+        const GuideField field{.page = {},
+                               .anchor = u"f"_s,
+                               .label = u"Field"_s,
+                               .meaning = {},
+                               .values = {},
+                               .whenNew = {},
+                               .places = {}};
+        const auto told = [&](const QString &text) {
+            Manual manual;
+            manual.add(u"a"_s, text);
+            return manual.missing({field}).first();
+        };
+        const QString tables = u"no table of the page \"gsm\""_s;
+        QCOMPARE(told(u"# A {#a}\n\n# Field {#f}\n\nMore than a few words.\n"_s), tables);
+        QCOMPARE(told(u"# A {#a}\n"_s), u"nothing about \"Field\" (f)"_s);
+        QCOMPARE(told(u"# A {#a}\n\n# Field {#f}\n\n# B {#b}\n"_s), u"no text about \"Field\" (f)"_s);
+        QCOMPARE(told(u"# A {#a}\n\n# Fold {#f}\n\nMore than a few words.\n"_s),
+                 u"\"Field\" is called \"Fold\""_s);
+    }
+
+    void languagesThatDifferAreTold()
+    {
+        const auto frameOf = [](const QString &text) {
+            Manual manual;
+            manual.add(u"a"_s, text);
+            return manual.frame();
+        };
+        const QStringList frame = frameOf(u"# A {#a}\n\n- x\n- y\n\n![one](a-en-light.png)\n"_s);
+        QCOMPARE(frameOf(u"# B {#a}\n\n- u\n- v\n\n![ein](a-de-dark.png)\n"_s), frame);
+        QVERIFY(frameOf(u"# B {#a}\n\n- u\n\n![ein](a-de-dark.png)\n"_s) != frame);
+        QVERIFY(frameOf(u"# B {#a}\n\n- u\n- v\n\n![ein](b-de-dark.png)\n"_s) != frame);
+        QVERIFY(frameOf(u"# B {#a}\n\n- u\n- v\n"_s) != frame);
+        QVERIFY(frameOf(u"## B {#a}\n\n- u\n- v\n\n![ein](a-de-dark.png)\n"_s) != frame);
+    }
+
+    void theManualIsWhole_data()
+    {
+        QTest::addColumn<QString>("language");
+        for (const QString &language : languages) {
+            QTest::addRow("%s", qPrintable(language)) << language;
+        }
+    }
+    void theManualIsWhole()
+    {
+        QFETCH(const QString, language);
+        QStringList files;
+        for (const QString &chapter : chapters()) {
+            files += chapter + u".md"_s;
+        }
+        files.sort();
+        const QDir folder(manualFolder().filePath(language));
+        QCOMPARE(folder.entryList({u"*.md"_s}, QDir::Files, QDir::Name), files);
+
+        Translations translations;
+        translations.use(language == u"de" ? u"deutsch"_s : u"english"_s);
+        Manual manual = manualIn(language);
+        const QStringList faults =
+            manual.faults(folder.path()) + manual.missing(guideFields(textsIn(language)));
+        QVERIFY2(faults.isEmpty(), qPrintable(u'\n' + faults.join(u'\n')));
+    }
+
+    void theLanguagesDoNotDiffer()
+    {
+        const QStringList english = manualIn(u"en"_s).frame();
+        const QStringList german = manualIn(u"de"_s).frame();
+        for (qsizetype part = 0; part < std::min(english.size(), german.size()); ++part) {
+            QCOMPARE(german[part], english[part]);
+        }
+        QCOMPARE(german.size(), english.size());
+    }
+
+    void aTableTellsWhatTheFieldIs()
+    {
+        const QString table = guideTable(u"limit-values"_s, textsIn(u"en"_s));
+        QVERIFY(
+            table.contains(u"| [Hysteresis](#Txt_gw_hysterese) | How far the value must fall or rise back | "
+                           "number from 0, in the unit of the channel; may be empty | 0 | "
+                           "`Grenzwert0…15 Hysterese` |\n"_s));
+        QVERIFY(table.contains(u"| one of those offered | \\< | `Grenzwert0…15 Vergleich` |"_s));
+        QVERIFY(guideTable(u"ip"_s, textsIn(u"en"_s))
+                    .contains(u"`Digitaleingang0…3 Invers`, `BStZDigOut0…1 Invers` |"_s));
+
+        Translations translations;
+        translations.use(u"deutsch"_s);
+        QVERIFY(guideTable(u"gsm"_s, textsIn(u"de"_s))
+                    .contains(u"| [Rufnummer](#txt_gsm_num) | Internationale Schreibweise: + und Ziffern | "
+                              "Text | +49 | `GSM-Nummer0…5` |\n"_s));
+    }
+};
+
+QTEST_GUILESS_MAIN(ManualTest)
+#include "manual_test.moc"
