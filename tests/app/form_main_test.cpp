@@ -7,6 +7,7 @@
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "platform/settings_store.h"
+#include "support/cut_off.h"
 #include "support/page_fixture.h"
 #include "support/recorded_line.h"
 #include "support/silent_line.h"
@@ -38,7 +39,6 @@
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QSpinBox>
-#include <QStyleOptionComboBox>
 #include <QTabBar>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -2105,33 +2105,11 @@ private:
     /// The visible controls that do not show all of their text.
     QStringList cutOff() const
     {
-        QStringList cut;
-        for (const QWidget *control : m_window->findChildren<QWidget *>()) {
-            if (!control->isVisible() || control->window() != m_window.get()) {
-                continue;
-            }
-            int lacking = 0;
-            if (const auto *page = qobject_cast<const Page *>(control)) {
-                lacking = page->width() - page->parentWidget()->width();
-            } else if (const auto *label = qobject_cast<const QLabel *>(control)) {
-                lacking = label->wordWrap() ? 0 : label->sizeHint().width() - label->width();
-            } else if (qobject_cast<const QAbstractButton *>(control) != nullptr) {
-                lacking = control->sizeHint().width() - control->width();
-            } else if (const auto *edit = qobject_cast<const QLineEdit *>(control)) {
-                lacking = fieldWidth(edit, edit->text()) - edit->width();
-            } else if (const auto *box = qobject_cast<const QComboBox *>(control)) {
-                QStyleOptionComboBox option;
-                option.initFrom(box);
-                lacking =
-                    box->fontMetrics().horizontalAdvance(box->currentText()) -
-                    box->style()
-                        ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, box)
-                        .width();
-            } else if (const auto *list = qobject_cast<const QListWidget *>(control)) {
-                lacking = list->sizeHintForColumn(0) - list->viewport()->width();
-            }
-            if (lacking > 0) {
-                cut += QStringLiteral("%1: %2 pixels").arg(control->objectName()).arg(lacking);
+        QStringList cut = test::cutOff(*m_window);
+        for (const Page *page : m_window->findChildren<Page *>()) {
+            const int lacking = page->width() - page->parentWidget()->width();
+            if (page->isVisible() && lacking > 0) {
+                cut += QStringLiteral("%1: %2 pixels").arg(page->objectName()).arg(lacking);
             }
         }
         return cut;

@@ -31,6 +31,8 @@ MessageLine::MessageLine(QWidget *parent)
 {
     m_pinned->setObjectName(QStringLiteral("Cmd_pinned"));
     m_pinned->setAutoRaise(true);
+    m_pinned->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
+    m_pinned->setMinimumWidth(1); // the window may be made narrower than its text
     m_pinned->hide();
     m_latest->setObjectName(QStringLiteral("lbl_event"));
     m_latest->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -73,8 +75,17 @@ void MessageLine::tell(const QString &line)
 void MessageLine::pin(const QString &line)
 {
     tell(line);
-    m_pinned->setText(shortenedLine(onOneLine(asSentences(line))));
+    m_pinnedText = shortenedLine(onOneLine(asSentences(line)));
     m_pinned->show();
+    showPinned();
+}
+
+/// As much of it as leaves a third of the line to the latest message.
+void MessageLine::showPinned()
+{
+    m_pinned->setText(m_pinned->fontMetrics().elidedText(m_pinnedText, Qt::ElideRight, width() * 2 / 3));
+    m_pinned->setAccessibleName(m_pinnedText);
+    m_pinned->setToolTip(m_pinnedText + u'\n' + tr("Click to take note"));
 }
 
 void MessageLine::showLatest()
@@ -101,7 +112,7 @@ void MessageLine::applyTexts()
 {
     m_button->setText(tr("Messages"));
     m_button->setToolTip(tr("Lists the messages since the operational mode was opened"));
-    m_pinned->setToolTip(tr("Click to take note"));
+    showPinned();
     m_list->setAccessibleName(tr("Messages"));
 }
 
@@ -118,6 +129,7 @@ void MessageLine::changeEvent(QEvent *event)
 void MessageLine::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
+    showPinned();
     if (!m_latest->text().isEmpty()) {
         m_soon.start(soonMs);
     }

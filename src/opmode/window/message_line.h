@@ -34,9 +34,11 @@ protected:
 
 private:
     void showLatest();
+    void showPinned();
     void showList();
 
     QToolButton *m_pinned;
+    QString m_pinnedText;
     QLabel *m_latest;
     QToolButton *m_button;
     QFrame *m_popup;

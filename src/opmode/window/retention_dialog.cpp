@@ -32,7 +32,7 @@ RetentionDialog::RetentionDialog(OperationalMode &mode, const TextTable &texts, 
       m_backupState(new QLabel(this)),
       m_backup(new QPushButton(tr("Back up..."), this))
 {
-    setObjectName(QStringLiteral("Form_record"));
+    setObjectName(QStringLiteral("Form_retention"));
     setWindowTitle(tr("What is kept"));
     if (parent != nullptr) { // a window has the locale of no other
         setLocale(parent->locale());
@@ -107,6 +107,13 @@ RetentionDialog::RetentionDialog(OperationalMode &mode, const TextTable &texts, 
 
 RetentionDialog::~RetentionDialog() = default;
 
+/// Long texts fold, and the dialog grows with them.
+void RetentionDialog::tell(QLabel &label, const QString &text)
+{
+    label.setText(text);
+    resize(width(), std::max(height(), layout()->minimumHeightForWidth(width())));
+}
+
 RetentionDialog::Figures RetentionDialog::read(RecordReader &reader)
 {
     Figures figures;
@@ -125,7 +132,7 @@ RetentionDialog::Figures RetentionDialog::read(RecordReader &reader)
 void RetentionDialog::show(const Figures &figures)
 {
     if (!figures.status) {
-        m_figures->setText(figures.status.message());
+        tell(*m_figures, figures.status.message());
         return;
     }
     const qint64 rows = figures.events + figures.history + figures.values;
@@ -150,7 +157,7 @@ void RetentionDialog::show(const Figures &figures)
         lines += tr("Free on this disk: %1 of %2")
                      .arg(locale().formattedDataSize(room->free), locale().formattedDataSize(room->all));
     }
-    m_figures->setText((lines + QStringList(treeText())).join(u'\n').trimmed());
+    tell(*m_figures, (lines + QStringList(treeText())).join(u'\n').trimmed());
 }
 
 QString RetentionDialog::treeText() const
@@ -175,7 +182,7 @@ void RetentionDialog::backUp()
         return;
     }
     m_backup->setEnabled(false);
-    m_backupState->setText(tr("The copy is being written..."));
+    tell(*m_backupState, tr("The copy is being written..."));
     m_thread.start([this, from = m_mode.recordPath(), to = m_target] {
         m_backedUp = backUpRecord(from, to);
         QMetaObject::invokeMethod(
@@ -187,7 +194,7 @@ void RetentionDialog::ended()
 {
     m_thread.wait();
     m_backup->setEnabled(true);
-    m_backupState->setText(m_backedUp ? tr("The copy is written: %1").arg(m_target) : m_backedUp.message());
+    tell(*m_backupState, m_backedUp ? tr("The copy is written: %1").arg(m_target) : m_backedUp.message());
     Q_EMIT statusMessage(m_backupState->text());
 }
 

@@ -50,6 +50,7 @@ private:
 
     static Figures read(RecordReader &reader);
     void show(const Figures &figures);
+    void tell(QLabel &label, const QString &text);
     QString treeText() const;
     void backUp();
     void ended();
