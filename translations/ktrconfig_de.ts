@@ -2107,6 +2107,17 @@
     </message>
 </context>
 <context>
+    <name>StationLinks</name>
+    <message>
+        <source>Line %1: %2 has a file already</source>
+        <translation>Zeile %1: %2 hat schon eine Datei</translation>
+    </message>
+    <message>
+        <source>Line %1, %2, is not understood</source>
+        <translation>Zeile %1, %2, wird nicht verstanden</translation>
+    </message>
+</context>
+<context>
     <name>StationMark</name>
     <message>
         <source>offline</source>
@@ -6299,6 +6310,21 @@ Turm</translation>
     <message>
         <source>there is no folder that is the user&apos;s alone</source>
         <translation>es gibt keinen Ordner, der dem Benutzer allein gehört</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationConfigurations</name>
+    <message>
+        <source>a file whose name has a line break cannot be linked</source>
+        <translation>eine Datei, in deren Name ein Zeilenumbruch steht, kann nicht verknüpft werden</translation>
+    </message>
+    <message>
+        <source>it is no configuration that can be read</source>
+        <translation>es ist keine lesbare Konfiguration</translation>
+    </message>
+    <message>
+        <source>the file is not there</source>
+        <translation>die Datei ist nicht da</translation>
     </message>
 </context>
 <context>

@@ -492,16 +492,16 @@ void FormMain::connectProblems()
                     m_files->lookAtDisk();
                 }
             });
-    const auto lookForNamesWhileOpen = [this] {
+    const auto lookWhileOpen = [this] {
         if (m_operationalMode.isOpen()) {
-            lookForNames();
+            lookForConfigurations();
         }
     };
-    connect(&m_document, &Document::saved, this, lookForNamesWhileOpen);
+    connect(&m_document, &Document::saved, this, lookWhileOpen);
     connect(qApp, &QGuiApplication::applicationStateChanged, this,
-            [lookForNamesWhileOpen](Qt::ApplicationState state) {
+            [lookWhileOpen](Qt::ApplicationState state) {
                 if (state == Qt::ApplicationActive) { // somebody else may have written some
-                    lookForNamesWhileOpen();
+                    lookWhileOpen();
                 }
             });
     connect(m_files.get(), &FileCommands::comparisonWanted, m_menu->compareConfigurations, &QAction::trigger);
@@ -618,9 +618,10 @@ void FormMain::connectEthernet(const QString &address, bool exclusive)
     m_link.connectEthernet(address, exclusive);
 }
 
-void FormMain::lookForNames()
+void FormMain::lookForConfigurations()
 {
-    m_operationalMode.lookForNames(m_files->folders() + QStringList{QFileInfo(m_document.fileName()).path()});
+    m_operationalMode.lookForConfigurations(m_files->folders() +
+                                            QStringList{QFileInfo(m_document.fileName()).path()});
 }
 
 /// It replaces this window; both are visible only while one of its modules is configured.
@@ -662,7 +663,7 @@ void FormMain::openOperationalMode()
 {
     m_sideWindows.closeCompare();
     hide();
-    lookForNames();
+    lookForConfigurations();
     m_operationalMode.open(pos(), m_language.captionsOfAll());
 }
 

@@ -88,7 +88,7 @@ private:
     void connectMenu();
     void connectDocument();
     void connectProblems();
-    void lookForNames();
+    void lookForConfigurations();
     void focusProblems(bool shown);
     void leaveProblems();
 

@@ -5,6 +5,8 @@
 #include "opmode/window/form_betriebsmodus.h"
 #include "platform/settings_store.h"
 #include "record/record_address.h"
+#include "transmissions/fleet_look.h"
+#include "transmissions/transmission_memory.h"
 
 #include <QFile>
 #include <QFileDialog>
@@ -38,16 +40,29 @@ OperationalModeOpener::OperationalModeOpener(const OperationalMode::Services &se
     : m_services(services), m_texts(texts)
 {
     m_services.diskRoom = &systemDiskRoom;
-    m_services.channelNames = [this](const QString &station) { return m_names.of(station); };
 }
 
 OperationalModeOpener::~OperationalModeOpener() = default;
 
-void OperationalModeOpener::lookForNames(const QStringList &folders)
+void OperationalModeOpener::lookForConfigurations(const QStringList &folders)
 {
-    if (m_names.look(folders + QStringList{QFileInfo(nodesPath()).path()}) && m_window != nullptr) {
-        m_window->applyTexts();
+    m_folders = folders;
+    if (m_mode != nullptr) {
+        m_mode->configurations().setFolders(folders);
+        m_mode->configurations().look();
+        askWhatWasTransmitted();
     }
+}
+
+void OperationalModeOpener::askWhatWasTransmitted()
+{
+    if (m_memory == nullptr || !m_memory->isThere()) {
+        return;
+    }
+    using Files = QHash<QString, QString>;
+    m_memory->ask<Files>(
+        m_mode.get(), &filesByLine, [](const Status &) { return Files(); },
+        [this](const Files &files) { m_mode->configurations().setTransmitted(files); });
 }
 
 void OperationalModeOpener::open(const QPoint &place, const QList<StationCaptions> &otherLanguages)
@@ -68,6 +83,9 @@ void OperationalModeOpener::open(const QPoint &place, const QList<StationCaption
                                          !fixedRecord().isEmpty()});
         m_files = std::make_unique<FileDialogs>(m_window.get(), environment.programFolder);
         connectWindow();
+        connect(&m_mode->configurations(), &StationConfigurations::changed, m_window.get(),
+                &Form_betriebsmodus::applyTexts);
+        m_mode->configurations().setFolders(m_folders);
         m_window->move(onScreen(place, *m_window));
         m_window->show();
         openPlace(record());
@@ -111,6 +129,8 @@ void OperationalModeOpener::openPlace(const QString &record)
     } else {
         m_window->openAt(record);
     }
+    m_mode->configurations().open(record.isEmpty() ? nodesPath() : record);
+    askWhatWasTransmitted();
 }
 
 void OperationalModeOpener::changePlace(const QString &address)

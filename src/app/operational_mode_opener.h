@@ -1,6 +1,5 @@
 #pragma once
 
-#include "config/station_names.h"
 #include "lang/text_table.h"
 #include "opmode/operational_mode.h"
 
@@ -45,8 +44,8 @@ public:
     /// dialog of the helper program that asks for a file stays.
     bool mayTakeBack(const QWidget &question) const;
     void applyTexts();
-    /// Looks for names of inputs and outputs in these folders and in that of the list.
-    void lookForNames(const QStringList &folders);
+    /// Looks for the stations' configurations in these folders, too.
+    void lookForConfigurations(const QStringList &folders);
     /// A line for the status bar of the window, if it is open.
     void tell(const QString &line);
 
@@ -68,6 +67,7 @@ private:
     QString fixedRecord() const;
     QString record() const;
     void openPlace(const QString &record);
+    void askWhatWasTransmitted();
     void changePlace(const QString &address);
     void showFleet(const QStringList &stations);
     void connectWindow();
@@ -77,7 +77,7 @@ private:
     const TextTable &m_texts;
     QString m_record; ///< of the command line
     QString m_lastOperator;
-    StationNames m_names;
+    QStringList m_folders; ///< with configurations
     std::unique_ptr<OperationalMode> m_mode;
     std::unique_ptr<FileDialogs> m_files;
     IoThread *m_io = nullptr;

@@ -49,11 +49,13 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
       m_removal(m_parts),
       m_thinning(m_tree, services.timers, m_removal),
       m_desk(m_parts, m_stationActions, m_acknowledger, m_alarmActions),
-      m_beat(m_parts)
+      m_beat(m_parts),
+      m_configurations(services.timers)
 {
     m_stations.setClock(m_services.environment.now);
     connect(&m_alarms, &AlarmBook::changed, this, [this](const AlarmRow &alarm) { m_record.add(alarm); });
     connect(&m_tree, &StationTree::stationRenamed, this, &OperationalMode::rename);
+    connect(&m_configurations, &StationConfigurations::statusMessage, this, &OperationalMode::statusMessage);
     connect(&m_stationActions, &StationActions::changed, this,
             [this](const QString &kennung) { showStatus(*station(kennung)); });
     connect(&m_intake, &MessageIntake::statusMessage, this, &OperationalMode::statusMessage);
@@ -501,6 +503,7 @@ void OperationalMode::rename(const QString &kennung, const QString &before)
     if (!m_isOpen) { // it is being loaded
         return;
     }
+    m_configurations.rename(before, m_tree.find(kennung).data(Qt::EditRole).toString());
     if (!m_joined) {
         m_stationActions.keepName(kennung, before);
     } else if (!m_joined->isCarryingOut()) {
@@ -508,6 +511,13 @@ void OperationalMode::rename(const QString &kennung, const QString &before)
         m_joined->showName(kennung, before);
         m_joined->ask(stationRequest(requests::rename, m_record.number(kennung), {{member::name, name}}));
     }
+}
+
+StationConfiguration OperationalMode::configuration(const QString &kennung) const
+{
+    const cStation *known = station(kennung);
+    return m_configurations.of(m_tree.find(kennung).data(Qt::EditRole).toString(),
+                               known == nullptr ? QString() : known->hostAddress());
 }
 
 QString OperationalMode::addStation(const QString &name, const QString &hostAddress, bool online)

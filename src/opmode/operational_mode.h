@@ -1,6 +1,5 @@
 #pragma once
 
-#include "config/channel_names.h"
 #include "opmode/acknowledger.h"
 #include "opmode/alarm_actions.h"
 #include "opmode/disk_room.h"
@@ -14,6 +13,7 @@
 #include "opmode/request_desk.h"
 #include "opmode/shared_list.h"
 #include "opmode/station_actions.h"
+#include "opmode/station_configurations.h"
 #include "opmode/station_states.h"
 #include "opmode/thinning.h"
 
@@ -47,10 +47,6 @@ public:
         Leases::Times leaseTimes = {};
         /// Where it waits on this machine what the server of a shared list does not take; empty: in memory.
         QString spoolFolder = {};
-        /// What the user calls the inputs and outputs of a station.
-        std::function<ChannelNames(const QString &kennung)> channelNames = [](const QString &) {
-            return ChannelNames();
-        };
     };
     enum class Use {
         Keep,        ///< what happens is kept in the record, and in the file at the end
@@ -209,7 +205,13 @@ public:
     void lend(const QString &kennung) { m_stationActions.lend(kennung); }
     void takeBack() { m_stationActions.takeBack(); }
     void takeBack(const QString &kennung) { m_stationActions.takeBack(kennung); }
-    ChannelNames channelNames(const QString &kennung) const { return m_services.channelNames(kennung); }
+    /// Which configuration files are the stations'. Whoever shows them has to open() it: who only watches
+    /// needs none.
+    StationConfigurations &configurations() { return m_configurations; }
+    const StationConfigurations &configurations() const { return m_configurations; }
+    /// That of a station; configurations() tells when it has changed.
+    StationConfiguration configuration(const QString &kennung) const;
+    ChannelNames channelNames(const QString &kennung) const { return configuration(kennung).names(); }
     qint64 foreignDatagrams() const { return m_services.foreignDatagrams(); }
     bool isLent(const QString &kennung) const { return m_stationActions.isLent(kennung); }
 
@@ -289,6 +291,7 @@ private:
     qint64 m_lastAlarm = 0;           ///< where there is no record
     QString m_lastOperator;
     bool m_isOpen = false;
+    StationConfigurations m_configurations;
 };
 
 } // namespace ktr

@@ -97,7 +97,7 @@ QList<FileOfStation> filesOfStations(const QList<FleetStation> &stations, const 
     return found;
 }
 
-QList<FileOfStation> filesTransmittedTo(const QList<FleetStation> &stations, TransmissionTable &table)
+QHash<QString, QString> filesByLine(TransmissionTable &table)
 {
     constexpr qint64 most = 20'000;
     QHash<QString, QString> files;
@@ -106,6 +106,12 @@ QList<FileOfStation> filesTransmittedTo(const QList<FleetStation> &stations, Tra
             files.insert(row.line, row.file);
         }
     });
+    return files;
+}
+
+QList<FileOfStation> filesTransmittedTo(const QList<FleetStation> &stations, TransmissionTable &table)
+{
+    const QHash<QString, QString> files = filesByLine(table);
     QList<FileOfStation> found;
     for (const FleetStation &station : stations) {
         const QString file = files.value(station.address);

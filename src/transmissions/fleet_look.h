@@ -5,6 +5,7 @@
 #include "platform/environment.h"
 #include "record/transmission_table.h"
 
+#include <QHash>
 #include <QList>
 #include <QString>
 
@@ -48,6 +49,10 @@ struct FileOfStation
 /// its address.
 QList<FileOfStation> filesOfStations(const QList<FleetStation> &stations, const QString &folder,
                                      const Environment &environment);
+
+/// For each address, or serial port, the file that was transmitted last to it; whether it is still there is
+/// not looked at.
+QHash<QString, QString> filesByLine(TransmissionTable &table);
 
 /// For each station the file that was transmitted last to its address, as far as it is still there.
 QList<FileOfStation> filesTransmittedTo(const QList<FleetStation> &stations, TransmissionTable &table);

@@ -1917,7 +1917,7 @@ private Q_SLOTS:
         QVERIFY2(tile->accessibleName().startsWith("Analog In 1:"), qPrintable(tile->accessibleName()));
         m_window->document().adjust([](Configuration &changed) { changed.names.channels[8].name = "Well"; });
         QVERIFY(m_window->document().save());
-        QVERIFY2(tile->accessibleName().contains("Well"), qPrintable(tile->accessibleName()));
+        QTRY_VERIFY2(tile->accessibleName().contains("Well"), qPrintable(tile->accessibleName()));
     }
 
     void namesOfInputsStandBehindThemAndBesideTheFile()

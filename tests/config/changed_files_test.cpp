@@ -1,6 +1,5 @@
 #include "config/document.h"
 #include "config/neighbours.h"
-#include "config/station_names.h"
 #include "platform/files.h"
 #include "support/environment.h"
 #include "support/test_files.h"
@@ -61,22 +60,12 @@ private Q_SLOTS:
     void filesThatAreReadAgainLikewise()
     {
         saveAs("own.xml", "Werk 1");
-        rename("Pump 1");
         saveAs("other.xml", "Werk 2");
         Neighbours neighbours;
-        StationNames stations;
         const auto neighbour = [&] { return neighbours.of(path("own.xml")).value(0).stationId; };
         QCOMPARE(neighbour(), "Werk 2");
         changeUnseen(path("other.xml"), "Werk 2", "Werk 3");
         QCOMPARE(neighbour(), "Werk 3");
-
-        stations.look({m_folder->path()});
-        QCOMPARE(stations.of("Werk 3").of(1).name, "Pump 1");
-        changeUnseen(path("other.names"), "Pump 1", "Pump 2");
-        changeUnseen(path("other.xml"), "Werk 3", "Werk 4");
-        stations.look({m_folder->path()});
-        QCOMPARE(stations.of("Werk 4").of(1).name, "Pump 2");
-        QVERIFY(stations.of("Werk 3").isEmpty());
     }
 
     void whatWasWrittenLongAgoNeedsNoReading()

@@ -1,6 +1,5 @@
 #include "config/edit_history.h"
 #include "config/entry_texts.h"
-#include "config/station_names.h"
 #include "platform/files.h"
 #include "support/environment.h"
 #include "support/test_files.h"
@@ -121,41 +120,6 @@ private Q_SLOTS:
         QCOMPARE(limitUnits(configuration, 9, texts).limit, "bar");
         configuration.scaling[0].unit = "Volt";
         QCOMPARE(limitUnits(configuration, 9, texts).limit, "Volt");
-    }
-
-    void aStationIsFoundByTheIdentifierOfItsConfiguration()
-    {
-        const auto write = [this](const QString &file, const QString &station, const QByteArray &names) {
-            Configuration configuration;
-            configuration.gsm.stationId = station;
-            QVERIFY(writeConfigurationFile(path(file + ".xml"), configuration, fixedEnvironment()));
-            if (!names.isEmpty()) {
-                QVERIFY(replaceFile(path(file + ".names"), names));
-            }
-        };
-        const auto age = [this](const QString &file, int days) {
-            QFile changed(path(file));
-            QVERIFY(changed.open(QIODevice::ReadWrite));
-            QVERIFY(changed.setFileTime(QDateTime(QDate(2026, 11, 20), QTime(8, 0)).addDays(-days),
-                                        QFileDevice::FileModificationTime));
-        };
-        write("one", "Werk 7", "1=old;\n");
-        age("one.names", 2);
-        write("two", "Werk 7", "1=new;\n");
-        age("two.names", 1);
-        write("three", "Werk 8", {});
-        QVERIFY(replaceFile(path("four.names"), "1=nobody's;\n"));
-        StationNames stations;
-        QVERIFY(stations.look({m_folder.path(), path("missing"), QString()}));
-        QVERIFY(!stations.look({m_folder.path()})); // nothing is new
-        QCOMPARE(stations.of("Werk 7").of(1).name, "new");
-        QVERIFY(stations.of("Werk 8").isEmpty());
-        QVERIFY(stations.of("").isEmpty());
-        QVERIFY(replaceFile(path("one.names"), "1=newest;\n"));
-        QVERIFY(stations.look({m_folder.path()}));
-        QCOMPARE(stations.of("Werk 7").of(1).name, "newest");
-        stations.look({});
-        QVERIFY(stations.of("Werk 7").isEmpty());
     }
 
 private:

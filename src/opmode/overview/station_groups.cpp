@@ -1,13 +1,8 @@
 #include "opmode/overview/station_groups.h"
 
-#include "platform/files.h"
-#include "record/record_address.h"
+#include "opmode/beside_list.h"
 
 #include <QCoreApplication>
-#include <QCryptographicHash>
-#include <QDir>
-#include <QFileInfo>
-#include <QStandardPaths>
 
 #include <algorithm>
 
@@ -102,35 +97,7 @@ int StationGroups::groupOf(const QString &station) const
 
 QString groupsFileOf(const QString &list)
 {
-    if (!isServerAddress(list)) {
-        const QFileInfo file(list);
-        return file.path() + u'/' + file.completeBaseName() + QLatin1String(".groups");
-    }
-    constexpr int digits = 12;
-    const QByteArray hash = QCryptographicHash::hash(list.toUtf8(), QCryptographicHash::Sha256).toHex();
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-           QLatin1String("/KTRconfig/shared-") + QString::fromLatin1(hash.first(digits)) +
-           QLatin1String(".groups");
-}
-
-Status readGroups(const QString &path, QByteArray &text)
-{
-    text.clear();
-    if (!QFileInfo::exists(path)) {
-        return Status::done();
-    }
-    Status read = readFile(path, text);
-    if (read && !text.isValidUtf8()) {
-        text.clear();
-        return fileFailure(path, QCoreApplication::translate("StationGroups", "it is not in UTF-8"));
-    }
-    return read;
-}
-
-Status writeGroups(const QString &path, const QByteArray &text)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    return replaceFile(path, text, Readers::AsUsual);
+    return fileBesideList(list, QLatin1StringView(".groups"));
 }
 
 } // namespace ktr

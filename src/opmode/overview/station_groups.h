@@ -1,7 +1,5 @@
 #pragma once
 
-#include "platform/status.h"
-
 #include <QByteArray>
 #include <QList>
 #include <QString>
@@ -29,7 +27,6 @@ public:
     /// Of text in UTF-8 with a line for each: "[NAME]" begins a group, each other line is a member of it.
     /// What cannot be understood is told in a remark.
     static StationGroups parse(const QByteArray &text, QStringList &remarks);
-    QByteArray text() const;
 
     const QList<StationGroup> &list() const { return m_list; }
     /// The place of the group in list(), or none.
@@ -41,12 +38,7 @@ private:
     QList<StationGroup> m_list;
 };
 
-/// Where the groups of a list are kept: "nodes.groups" beside "nodes.xml", and for a record on a server a
-/// file in the user's folder for data.
+/// Where the groups of a list are kept: see fileBesideList().
 QString groupsFileOf(const QString &list);
-
-/// The text of such a file, empty where there is none. After a failure it is not to be written over.
-Status readGroups(const QString &path, QByteArray &text);
-Status writeGroups(const QString &path, const QByteArray &text);
 
 } // namespace ktr

@@ -1,3 +1,4 @@
+#include "opmode/beside_list.h"
 #include "opmode/operational_mode.h"
 #include "opmode/overview/input_reading.h"
 #include "opmode/overview/overview_model.h"
@@ -32,7 +33,6 @@ private Q_SLOTS:
                                                return line;
                                            },
                                            [] {}, manualCallbackTimers(*m_timers)};
-        services.channelNames = [this](const QString &) { return m_names; };
         m_mode = std::make_unique<OperationalMode>(services, StationCaptions{});
         QVERIFY(m_mode->open(m_folder->filePath("nodes.xml"), OperationalMode::Use::Keep));
         m_model = std::make_unique<OverviewModel>(*m_mode, *m_timers, english());
@@ -285,12 +285,12 @@ private Q_SLOTS:
             QVERIFY2(groups.groupOf(station) == group, station);
         }
         QByteArray read;
-        QVERIFY(readGroups(groupsFileOf(list), read) && read.isEmpty());
-        QVERIFY(writeGroups(groupsFileOf(list), text));
-        QVERIFY(readGroups(groupsFileOf(list), read));
+        QVERIFY(readBesideList(groupsFileOf(list), read) && read.isEmpty());
+        QVERIFY(writeBesideList(groupsFileOf(list), text));
+        QVERIFY(readBesideList(groupsFileOf(list), read));
         QCOMPARE(read, text);
-        QVERIFY(writeGroups(groupsFileOf(list), "[N\xF6rd]"));
-        QVERIFY(!readGroups(groupsFileOf(list), read) && read.isEmpty());
+        QVERIFY(writeBesideList(groupsFileOf(list), "[N\xF6rd]"));
+        QVERIFY(!readBesideList(groupsFileOf(list), read) && read.isEmpty());
 
         add({"Pump 1", "Pump 2", "Dam1", "Inn"});
         m_model->setGroups(groups);

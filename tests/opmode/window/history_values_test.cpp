@@ -1,3 +1,4 @@
+#include "config/configuration_file.h"
 #include "look/palettes.h"
 #include "look/style.h"
 #include "opmode/tree/history_entry_text.h"
@@ -7,6 +8,7 @@
 #include "support/choosing.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
+#include "support/test_files.h"
 
 #include <QAction>
 #include <QApplication>
@@ -60,19 +62,18 @@ private Q_SLOTS:
                                                return line;
                                            },
                                            [] {}, test::manualCallbackTimers(m_timers)};
-        services.channelNames = [](const QString &station) {
-            ChannelNames names;
-            if (station == "well") {
-                names.channels[8] = {"Wet well", "m"};
-            }
-            return names;
-        };
         m_mode = std::make_unique<OperationalMode>(services, stationCaptions(m_texts));
         QVERIFY(m_mode->open(m_folder.filePath("none.xml"), OperationalMode::Use::Watch));
         for (const char *name : {"pump", "well"}) {
             m_mode->addStation(QString::fromLatin1(name), "127.0.0.1");
             m_mode->setOnline(QString::fromLatin1(name), true);
         }
+        Configuration configuration;
+        configuration.gsm.stationId = "well";
+        QVERIFY(writeConfigurationFile(m_folder.filePath("well.xml"), configuration, environment));
+        QVERIFY(test::writeFile(m_folder.filePath("well.names"), "9=Wet well;m\n"));
+        m_mode->configurations().open(m_folder.filePath("none.xml"));
+        QTRY_VERIFY(m_mode->configurations().isSettled());
         m_history = std::make_unique<HistoryPage>(
             *m_mode, m_texts, [this](const QString &, const QString &) { return m_pictureName; });
         m_values = std::make_unique<ValuesPage>(*m_mode, m_texts);

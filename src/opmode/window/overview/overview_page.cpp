@@ -2,6 +2,7 @@
 
 #include "look/list_views.h"
 #include "look/outside_texts.h"
+#include "opmode/beside_list.h"
 #include "opmode/operational_mode.h"
 #include "opmode/window/overview/groups_dialog.h"
 #include "opmode/window/overview/overview_options.h"
@@ -208,7 +209,7 @@ void OverviewPage::openGroups(const QString &list)
 {
     m_groupsFile = groupsFileOf(list);
     QByteArray text;
-    const Status read = readGroups(m_groupsFile, text);
+    const Status read = readBesideList(m_groupsFile, text);
     m_options->setGroupsUsable(read ? QString() : read.message());
     if (!read) {
         Q_EMIT statusMessage(read.message());
@@ -230,12 +231,12 @@ void OverviewPage::takeGroups(const QByteArray &text)
 /// Another program may have written the file meanwhile.
 void OverviewPage::editGroups()
 {
-    if (QByteArray present; readGroups(m_groupsFile, present)) {
+    if (QByteArray present; readBesideList(m_groupsFile, present)) {
         takeGroups(present);
     }
     GroupsDialog dialog(m_model, m_groupsText, m_texts, this);
     while (dialog.exec() == QDialog::Accepted) {
-        const Status written = writeGroups(m_groupsFile, dialog.text());
+        const Status written = writeBesideList(m_groupsFile, dialog.text());
         if (written) {
             takeGroups(dialog.text());
             return;
