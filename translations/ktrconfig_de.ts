@@ -3334,6 +3334,203 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::CurveCsv</name>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Zone</source>
+        <translation>Zone</translation>
+    </message>
+    <message>
+        <source>minimum</source>
+        <translation>Minimum</translation>
+    </message>
+    <message>
+        <source>mean</source>
+        <translation>Mittel</translation>
+    </message>
+    <message>
+        <source>maximum</source>
+        <translation>Maximum</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::CurvesLegend</name>
+    <message>
+        <source>By how much the values rise in an hour, over the time that is shown</source>
+        <translation>Um wie viel die Werte in einer Stunde steigen, über die gezeigte Zeit</translation>
+    </message>
+    <message>
+        <source>Curve</source>
+        <translation>Kurve</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Unit</source>
+        <translation>Einheit</translation>
+    </message>
+    <message>
+        <source>Minimum</source>
+        <translation>Minimum</translation>
+    </message>
+    <message>
+        <source>Maximum</source>
+        <translation>Maximum</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Rise per hour</source>
+        <translation>Anstieg je Stunde</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::CurvesPage</name>
+    <message>
+        <source>As measured</source>
+        <translation>Wie gemessen</translation>
+    </message>
+    <message>
+        <source>Change since the begin</source>
+        <translation>Änderung seit dem Beginn</translation>
+    </message>
+    <message>
+        <source>In % of their range</source>
+        <translation>In % ihres Bereichs</translation>
+    </message>
+    <message>
+        <source>How values are shown</source>
+        <translation>Wie die Werte gezeigt werden</translation>
+    </message>
+    <message>
+        <source>How values are shown: what rises alike runs alike</source>
+        <translation>Wie die Werte gezeigt werden: Was gleich steigt, verläuft gleich</translation>
+    </message>
+    <message>
+        <source>Inputs...</source>
+        <translation>Eingänge...</translation>
+    </message>
+    <message>
+        <source>Shows the list of stations and inputs to choose from (Insert)</source>
+        <translation>Zeigt die Liste der Stationen und Eingänge zum Auswählen (Einfg)</translation>
+    </message>
+    <message>
+        <source>Picture...</source>
+        <translation>Bild...</translation>
+    </message>
+    <message>
+        <source>Saves what is seen as a PNG picture or a PDF page</source>
+        <translation>Speichert, was zu sehen ist, als PNG-Bild oder PDF-Seite</translation>
+    </message>
+    <message>
+        <source>CSV...</source>
+        <translation>CSV...</translation>
+    </message>
+    <message>
+        <source>Saves the values that are seen as a table for spreadsheets</source>
+        <translation>Speichert die Werte, die zu sehen sind, als Tabelle für Tabellenkalkulationen</translation>
+    </message>
+    <message>
+        <source>No curve is chosen. Drag stations or inputs from the tree to here, or choose them in the list that &quot;Inputs...&quot; shows.</source>
+        <translation>Keine Kurve ist gewählt. Ziehen Sie Stationen oder Eingänge aus dem Baum hierher, oder wählen Sie sie in der Liste, die „Eingänge...“ zeigt.</translation>
+    </message>
+    <message>
+        <source>Plus and minus or the wheel zoom, the arrow keys or the mouse move, Shift and the mouse choose a time, Page Up and Page Down step, Home shows the time up to now, Ctrl and an arrow key go from value to value.</source>
+        <translation>Plus und Minus oder das Rad vergrößern und verkleinern, die Pfeiltasten oder die Maus verschieben, Umschalt und die Maus wählen eine Zeit, Bild auf und Bild ab gehen weiter, Pos1 zeigt die Zeit bis jetzt, Strg und eine Pfeiltaste gehen von Wert zu Wert.</translation>
+    </message>
+    <message>
+        <source>Curves over time</source>
+        <translation>Kurven über der Zeit</translation>
+    </message>
+    <message>
+        <source>Curves and their values</source>
+        <translation>Kurven und ihre Werte</translation>
+    </message>
+    <message>
+        <source>Remove from the curves</source>
+        <translation>Aus den Kurven entfernen</translation>
+    </message>
+    <message>
+        <source>Remove all</source>
+        <translation>Alle entfernen</translation>
+    </message>
+    <message>
+        <source>The station has not sent any values yet.</source>
+        <translation>Die Station hat noch keine Werte gesendet.</translation>
+    </message>
+    <message>
+        <source>More than %1 curves cannot be told from each other: %2</source>
+        <translation>Mehr als %1 Kurven lassen sich nicht unterscheiden: %2</translation>
+    </message>
+    <message>
+        <source>Reading...</source>
+        <translation>Wird gelesen...</translation>
+    </message>
+    <message>
+        <source>Nothing was heard of these inputs in this time.</source>
+        <translation>Von diesen Eingängen wurde in dieser Zeit nichts gehört.</translation>
+    </message>
+    <message>
+        <source>All values</source>
+        <translation>Alle Werte</translation>
+    </message>
+    <message>
+        <source>Quarters of an hour: minimum, mean, maximum</source>
+        <translation>Viertelstunden: Minimum, Mittel, Maximum</translation>
+    </message>
+    <message>
+        <source>Hours: minimum, mean, maximum</source>
+        <translation>Stunden: Minimum, Mittel, Maximum</translation>
+    </message>
+    <message>
+        <source>Days: minimum, mean, maximum</source>
+        <translation>Tage: Minimum, Mittel, Maximum</translation>
+    </message>
+    <message>
+        <source>There are more than %1 units: values are shown in % of their range.</source>
+        <translation>Es sind mehr als %1 Einheiten: Die Werte werden in % ihres Bereichs gezeigt.</translation>
+    </message>
+    <message>
+        <source>Of the notifications the newest ones are marked.</source>
+        <translation>Von den Meldungen sind die neuesten markiert.</translation>
+    </message>
+    <message>
+        <source>Curves from %1 to %2</source>
+        <translation>Kurven von %1 bis %2</translation>
+    </message>
+    <message>
+        <source>curves</source>
+        <translation>Kurven</translation>
+    </message>
+    <message>
+        <source>PNG picture</source>
+        <translation>PNG-Bild</translation>
+    </message>
+    <message>
+        <source>PDF page</source>
+        <translation>PDF-Seite</translation>
+    </message>
+    <message>
+        <source>%1: the picture is too large.</source>
+        <translation>%1: Das Bild ist zu groß.</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>CSV table</source>
+        <translation>CSV-Tabelle</translation>
+    </message>
+</context>
+<context>
     <name>ktr::DatePicker</name>
     <message>
         <source>A holiday of this configuration</source>
@@ -5652,6 +5849,14 @@ Turm</translation>
         <source>Overview on the whole screen</source>
         <translation>Übersicht auf dem ganzen Bildschirm</translation>
     </message>
+    <message>
+        <source>Curves of several stations</source>
+        <translation>Kurven mehrerer Stationen</translation>
+    </message>
+    <message>
+        <source>Add to the curves</source>
+        <translation>Zu den Kurven hinzufügen</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OpmodePage</name>
@@ -5665,6 +5870,10 @@ Turm</translation>
     <message>
         <source>Alarms</source>
         <translation>Alarme</translation>
+    </message>
+    <message>
+        <source>Curves</source>
+        <translation>Kurven</translation>
     </message>
 </context>
 <context>
@@ -5908,6 +6117,69 @@ Turm</translation>
     <message>
         <source>Other KTRconfig windows may not be noticed: %1</source>
         <translation>Andere KTRconfig-Fenster werden womöglich nicht bemerkt: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::RangeBar</name>
+    <message>
+        <source>Hour</source>
+        <translation>Stunde</translation>
+    </message>
+    <message>
+        <source>Day</source>
+        <translation>Tag</translation>
+    </message>
+    <message>
+        <source>Week</source>
+        <translation>Woche</translation>
+    </message>
+    <message>
+        <source>Month</source>
+        <translation>Monat</translation>
+    </message>
+    <message>
+        <source>Year</source>
+        <translation>Jahr</translation>
+    </message>
+    <message>
+        <source>From – to</source>
+        <translation>Von – bis</translation>
+    </message>
+    <message>
+        <source>How long a time is shown</source>
+        <translation>Wie lange Zeit gezeigt wird</translation>
+    </message>
+    <message>
+        <source>Back by the time that is shown (Page Up)</source>
+        <translation>Um die gezeigte Zeit zurück (Bild auf)</translation>
+    </message>
+    <message>
+        <source>Forward by the time that is shown (Page Down)</source>
+        <translation>Um die gezeigte Zeit vor (Bild ab)</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>Jetzt</translation>
+    </message>
+    <message>
+        <source>Shows the time up to now, and follows it (Home)</source>
+        <translation>Zeigt die Zeit bis jetzt und folgt ihr (Pos1)</translation>
+    </message>
+    <message>
+        <source>From</source>
+        <translation>Von</translation>
+    </message>
+    <message>
+        <source>The begin of the time that is shown; its length stays</source>
+        <translation>Der Beginn der gezeigten Zeit; ihre Länge bleibt</translation>
+    </message>
+    <message>
+        <source>To</source>
+        <translation>Bis</translation>
+    </message>
+    <message>
+        <source>The end of the time that is shown</source>
+        <translation>Das Ende der gezeigten Zeit</translation>
     </message>
 </context>
 <context>
@@ -6170,6 +6442,25 @@ Turm</translation>
     <message>
         <source>Offset %1, factor %2</source>
         <translation>Offset %1, Faktor %2</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::SeriesChooser</name>
+    <message>
+        <source>Find a station or an input</source>
+        <translation>Station oder Eingang suchen</translation>
+    </message>
+    <message>
+        <source>Inputs to draw</source>
+        <translation>Zu zeichnende Eingänge</translation>
+    </message>
+    <message>
+        <source>Open a station to see its inputs with values; the space bar chooses</source>
+        <translation>Öffnen Sie eine Station, um ihre Eingänge mit Werten zu sehen; die Leertaste wählt</translation>
+    </message>
+    <message>
+        <source>It has not sent any values yet.</source>
+        <translation>Sie hat noch keine Werte gesendet.</translation>
     </message>
 </context>
 <context>

@@ -34,6 +34,24 @@ std::optional<double> numberOf(const QString &text)
     return value;
 }
 
+constexpr int channelsOfAStation = 18;
+
+qint64 spanOf(HistoryLevel level)
+{
+    constexpr qint64 aQuarter = 15LL * 60'000;
+    switch (level) {
+    case HistoryLevel::QuarterHour:
+        return aQuarter;
+    case HistoryLevel::Hour:
+        return anHour;
+    case HistoryLevel::Day:
+        return aDay;
+    case HistoryLevel::Raw:
+        break;
+    }
+    return 1;
+}
+
 /// As many places for values as these, as a statement has them behind IN.
 QString placesFor(const auto &values)
 {
@@ -488,7 +506,7 @@ Status RecordReader::history(qint64 station, int channel, qint64 from, qint64 to
 Status RecordReader::curve(qint64 station, int channel, qint64 from, qint64 to, HistoryLevel level,
                            const std::function<void(const HistoryPoint &)> &take)
 {
-    const qint64 span = level == HistoryLevel::Day ? aDay : level == HistoryLevel::Hour ? anHour : 1;
+    const qint64 span = spanOf(level);
     HistoryPoint point;
     qint64 firstCount = 0;
     qint64 secondCount = 0;
@@ -538,6 +556,74 @@ Status RecordReader::values(qint64 station, int channel, qint64 from, qint64 to,
                     take({station, channel, row.value(0).toLongLong(), row.value(1).toString()});
                     return true;
                 });
+}
+
+/// The texts that stand in front of values in the archives of a station name inputs. Those of the newest
+/// records of each archive, since an archive has the same ones all the time.
+Status RecordReader::archivedInputs(qint64 station, QList<ArchivedInput> &inputs)
+{
+    constexpr int newest = 200;
+    Status read = Status::done();
+    for (int archive = 0; archive <= channelsOfAStation && read; ++archive) {
+        read = each(u"SELECT DISTINCT first FROM (SELECT first FROM history WHERE station = ? AND channel = ?"
+                    " ORDER BY at DESC LIMIT ?) AS newest ORDER BY 1"_s,
+                    {station, archive, newest}, [&](const QSqlQuery &row) {
+                        const QString text = row.value(0).toString();
+                        const int input = text.trimmed().toInt();
+                        if (input >= 1 && input <= channelsOfAStation) {
+                            inputs += {archive, input, text};
+                        }
+                        return true;
+                    });
+    }
+    return read;
+}
+
+Status RecordReader::measured(qint64 station, int channel, qint64 from, qint64 to,
+                              const std::function<void(qint64, double)> &take)
+{
+    QList<ArchivedInput> inputs;
+    if (Status read = archivedInputs(station, inputs); !read) {
+        return read;
+    }
+    QString statement =
+        u"SELECT at, value FROM value WHERE station = ? AND channel = ? AND at >= ? AND at < ?"_s;
+    QVariantList values{station, channel, from, to};
+    for (const ArchivedInput &input : std::as_const(inputs)) {
+        if (input.input == channel) { // each is in order, and the orders are merged
+            statement += u" UNION ALL SELECT at, second FROM history WHERE station = ? AND channel = ?"
+                         " AND at >= ? AND at < ? AND first = ?"_s;
+            values += {station, input.archive, from, to, input.text};
+        }
+    }
+    return each(statement + u" ORDER BY 1"_s, values, [&](const QSqlQuery &row) {
+        if (const std::optional<double> value = numberOf(row.value(1).toString())) {
+            take(row.value(0).toLongLong(), *value);
+        }
+        return true;
+    });
+}
+
+Status RecordReader::measuredChannels(qint64 station, QList<int> &channels)
+{
+    QList<ArchivedInput> inputs;
+    Status read = archivedInputs(station, inputs);
+    std::array<bool, channelsOfAStation + 1> has{};
+    for (const ArchivedInput &input : std::as_const(inputs)) {
+        has.at(static_cast<std::size_t>(input.input)) = true;
+    }
+    channels.clear();
+    for (int channel = 1; channel <= channelsOfAStation && read; ++channel) {
+        bool &any = has.at(static_cast<std::size_t>(channel));
+        if (!any) {
+            read = each(u"SELECT 1 FROM value WHERE station = ? AND channel = ? LIMIT 1"_s,
+                        {station, channel}, [&any](const QSqlQuery &) { return any = true; });
+        }
+        if (any) {
+            channels += channel;
+        }
+    }
+    return read;
 }
 
 Status RecordReader::size(qint64 &bytes)

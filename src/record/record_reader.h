@@ -103,7 +103,7 @@ struct AlarmFigures
 };
 
 /// The times that a point of a curve stands for.
-enum class HistoryLevel { Raw, Hour, Day };
+enum class HistoryLevel { Raw, QuarterHour, Hour, Day };
 
 /// A point of the curves of a channel.
 struct HistoryPoint
@@ -116,7 +116,7 @@ struct HistoryPoint
         bool operator==(const Range &) const = default;
     };
 
-    qint64 at = 0; ///< the beginning of its hour or day (UTC)
+    qint64 at = 0; ///< the beginning of its quarter of an hour, hour or day (UTC)
     qint64 count = 0;
     std::optional<Range> first; ///< nothing: none of the values is a number
     std::optional<Range> second;
@@ -256,6 +256,13 @@ public:
     Status values(qint64 station, int channel, qint64 from, qint64 to,
                   const std::function<void(const ValueRow &)> &take);
 
+    /// What was measured at an input, 1 to 18, in these times: what archives have of it and the values that
+    /// it reported, together, the oldest first. What is no number is left out.
+    Status measured(qint64 station, int channel, qint64 from, qint64 to,
+                    const std::function<void(qint64 at, double value)> &take);
+    /// The inputs of a station with anything measured().
+    Status measuredChannels(qint64 station, QList<int> &channels);
+
     /// From here to the other one all is read as it is at this moment.
     Status beginSnapshot();
     void endSnapshot();
@@ -268,6 +275,14 @@ public:
     qint64 dataVersion();
 
 private:
+    /// An archive that has values of an input, and the text that stands for that there.
+    struct ArchivedInput
+    {
+        int archive;
+        int input;
+        QString text;
+    };
+    Status archivedInputs(qint64 station, QList<ArchivedInput> &inputs);
     EventPage eventsByTime(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
     EventPage eventsByText(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
     struct EventOrder;

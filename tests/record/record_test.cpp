@@ -286,6 +286,35 @@ private Q_SLOTS:
         QVERIFY(check.rows.contains(std::pair(u"event"_s, qint64{expected.size()})));
     }
 
+    void whatWasMeasuredAtAnInputIsInArchivesAndReports()
+    {
+        {
+            auto writer = opened();
+            for (int i = 0; i < 5; ++i) { // an archive that two inputs share, and one of its own
+                writer->add(HistoryRow{1, 9, 100 * i, u"4"_s, u"%1"_s.arg(i)});
+                writer->add(HistoryRow{1, 9, 100 * i, u"11"_s, u"77"_s});
+                writer->add(HistoryRow{2, 9, 100 * i, u"4"_s, u"88"_s});
+            }
+            writer->add(HistoryRow{1, 4, 150, u"4"_s, u"1,5"_s});
+            writer->add(HistoryRow{1, 4, 160, u"x"_s, u"9"_s});
+            writer->add(ValueRow{1, 4, 250, u"2.5"_s});
+            writer->add(ValueRow{1, 4, 260, u"?"_s});
+            writer->add(ValueRow{1, 7, 250, u"3"_s});
+            QVERIFY(writer->flushNow());
+        }
+        RecordReader reader(m_path);
+        QList<int> channels;
+        QVERIFY(reader.measuredChannels(1, channels));
+        QCOMPARE(channels, (QList<int>{4, 7, 11}));
+        QList<std::pair<qint64, double>> values;
+        const Status read = reader.measured(1, 4, 100, 400, [&values](qint64 at, double value) {
+            values.append({at, value});
+        });
+        QVERIFY2(read, qPrintable(read.message()));
+        QCOMPARE(values,
+                 (QList<std::pair<qint64, double>>{{100, 1}, {150, 1.5}, {200, 2}, {250, 2.5}, {300, 3}}));
+    }
+
     void theFiguresOfATimeCountWhatCameInIt()
     {
         constexpr qint64 minute = 60'000;

@@ -270,6 +270,8 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_ansicht_treeview, [this] { showView(true); });
     does(m_menus->mnu_overview, &Form_betriebsmodus::showOverview);
     does(m_menus->mnu_wall, &Form_betriebsmodus::toggleWall);
+    does(m_menus->mnu_curves, [this] { showCurves({}); });
+    does(m_menus->mnu_station_curves, [this] { showCurves(m_tree->currentIndex()); });
 }
 
 void Form_betriebsmodus::connectAlarms()
@@ -674,6 +676,12 @@ void Form_betriebsmodus::showOverview()
     m_overview->view().scrollToTop(); // where the urgent ones are
     m_overview->view().setFocus();
     m_menus->setView(OpmodeMenus::View::Overview);
+}
+
+void Form_betriebsmodus::showCurves(const QModelIndex &added)
+{
+    showView(false);
+    m_pages->showCurves(added);
 }
 
 void Form_betriebsmodus::toggleWall()

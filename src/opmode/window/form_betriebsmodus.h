@@ -133,6 +133,7 @@ private:
     bool ask(const QString &question);
     void showView(bool treeOnly);
     void showOverview();
+    void showCurves(const QModelIndex &added);
     void toggleWall();
     void showTitle();
     void tellLiveness(const StationEvent &event);

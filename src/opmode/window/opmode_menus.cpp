@@ -42,6 +42,8 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     mnu_maintenance = addAction(m_stationMenu, "mnu_maintenance");
     mnu_maintenance_end = addAction(m_stationMenu, "mnu_maintenance_end");
     m_stationMenu->addSeparator();
+    mnu_station_curves =
+        addAction(m_stationMenu, "mnu_station_curves", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_4));
     mnu_konfiguration = addAction(m_stationMenu, "mnu_konfiguration", QKeySequence(Qt::Key_F9));
     mnu_transmit_several =
         addAction(m_stationMenu, "mnu_transmit_several", QKeySequence(Qt::SHIFT | Qt::Key_F9));
@@ -54,6 +56,7 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     mnu_ansicht_normal = addAction(m_viewMenu, "mnu_ansicht_normal", QKeySequence(Qt::CTRL | Qt::Key_1));
     mnu_ansicht_treeview = addAction(m_viewMenu, "mnu_ansicht_treeview", QKeySequence(Qt::CTRL | Qt::Key_2));
     mnu_overview = addAction(m_viewMenu, "mnu_overview", QKeySequence(Qt::CTRL | Qt::Key_3));
+    mnu_curves = addAction(m_viewMenu, "mnu_curves", QKeySequence(Qt::CTRL | Qt::Key_4));
     auto *views = new QActionGroup(this);
     for (QAction *view : {mnu_ansicht_normal, mnu_ansicht_treeview, mnu_overview}) {
         view->setCheckable(true);
@@ -122,6 +125,8 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_ansicht_normal->setText(texts.text(Text::General));
     mnu_ansicht_treeview->setText(texts.text(Text::TreeView));
     mnu_overview->setText(tr("Overview of the stations"));
+    mnu_curves->setText(tr("Curves of several stations"));
+    mnu_station_curves->setText(tr("Add to the curves"));
     mnu_wall->setText(tr("Overview on the whole screen"));
     giveMnemonics({m_stationMenu->menuAction(), m_alarmMenu->menuAction(), m_viewMenu->menuAction()});
     giveMnemonics(m_stationMenu->actions());
@@ -142,8 +147,8 @@ void OpmodeMenus::setListUsable(bool isUsable)
 
 void OpmodeMenus::setStation(bool isChosen, bool isOnline, bool isMaintained)
 {
-    for (QAction *action :
-         {mnu_station_rename, mnu_station_del, mnu_station_online, mnu_konfiguration, mnu_maintenance}) {
+    for (QAction *action : {mnu_station_rename, mnu_station_del, mnu_station_online, mnu_konfiguration,
+                            mnu_maintenance, mnu_station_curves}) {
         action->setEnabled(isChosen);
     }
     mnu_maintenance_end->setEnabled(isChosen && isMaintained);

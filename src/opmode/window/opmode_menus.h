@@ -62,6 +62,8 @@ public:
     QAction *mnu_ansicht_treeview;
     QAction *mnu_overview;
     QAction *mnu_wall;
+    QAction *mnu_curves;
+    QAction *mnu_station_curves;
     QAction *mnu_stumm;
     QList<QAction *> mnu_stumm_for; ///< one for each AlarmMute::Length
     QAction *mnu_record;

@@ -1,6 +1,8 @@
 #include "opmode/window/opmode_pages.h"
 
 #include "opmode/window/alarms/alarm_list_page.h"
+#include "opmode/window/curves/curves_page.h"
+#include "opmode/window/curves/series_drag.h"
 #include "opmode/window/history/history_page.h"
 #include "opmode/window/notifications/notification_page.h"
 #include "opmode/window/station_page.h"
@@ -53,6 +55,10 @@ const PageRow pageTable[] = {
      [](const OpmodePages::Services &services) -> OpmodePage * {
          return new AlarmListPage(services.mode, services.texts, services.acknowledging, services.timers,
                                   services.locale);
+     }},
+    {"Page_curves", [](const TextTable &) { return OpmodePages::tr("Curves"); }, std::nullopt,
+     [](const OpmodePages::Services &services) -> OpmodePage * {
+         return new CurvesPage(services.mode, services.texts, services.askSave);
      }}};
 
 NodeKind kindOf(const QModelIndex &node)
@@ -78,7 +84,7 @@ QModelIndex nodeOf(const QModelIndex &station, NodeKind kind)
 } // namespace
 
 OpmodePages::OpmodePages(const Services &services, QWidget *parent)
-    : QTabWidget(parent), m_texts(services.texts)
+    : QTabWidget(parent), m_mode(services.mode), m_texts(services.texts)
 {
     setObjectName(QStringLiteral("TabStrip_pages"));
     setDocumentMode(true);
@@ -91,6 +97,8 @@ OpmodePages::OpmodePages(const Services &services, QWidget *parent)
     }
     m_notifications = findChild<NotificationPage *>();
     m_alarms = findChild<AlarmListPage *>();
+    m_curves = findChild<CurvesPage *>();
+    tabBar()->setChangeCurrentOnDrag(true); // to the curves
     connect(m_alarms, &AlarmListPage::entryWanted, this, &OpmodePages::entryWanted);
     connect(this, &QTabWidget::currentChanged, this, &OpmodePages::followPage);
 }
@@ -112,7 +120,7 @@ void OpmodePages::showNode(const QModelIndex &node)
             page->showStation(kennung);
         }
     }
-    if (m_isFollowing || !node.isValid()) {
+    if (m_isFollowing || !node.isValid() || currentWidget() == m_curves) {
         return;
     }
     const bool isEntry = node.parent().isValid() && node.parent().parent().isValid();
@@ -148,6 +156,14 @@ void OpmodePages::showAllAlarms()
 {
     setCurrentWidget(m_alarms);
     m_alarms->showAll();
+}
+
+void OpmodePages::showCurves(const QModelIndex &added)
+{
+    setCurrentWidget(m_curves);
+    if (added.isValid()) {
+        m_curves->add(seriesOfNode(m_mode, added));
+    }
 }
 
 void OpmodePages::showNotification(const QModelIndex &entry)

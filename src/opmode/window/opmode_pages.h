@@ -10,6 +10,7 @@ namespace ktr {
 
 class Acknowledging;
 class AlarmListPage;
+class CurvesPage;
 class NotificationPage;
 
 /// The pages of the window about the chosen station. There is one row for each in a table of
@@ -37,10 +38,12 @@ public:
     void applyTexts();
 
     /// Shows the station of a node, on the page that the node belongs to; of a notification, that one. A page
-    /// about all stations stays when a station is chosen.
+    /// about all stations stays when a station is chosen, and the curves always: nodes are dragged there.
     void showNode(const QModelIndex &node);
     /// Brings the alarms of all stations to the front.
     void showAllAlarms();
+    /// Brings the curves to the front, with those of a node of a station added to them.
+    void showCurves(const QModelIndex &added = {});
     /// Chooses a notification of the station that is shown, and brings it into view; without one, its page.
     void showNotification(const QModelIndex &entry);
 
@@ -59,11 +62,13 @@ private:
     void bringToFront(int page);
     void followPage(int index);
 
+    const OperationalMode &m_mode;
     const TextTable &m_texts;
     QPersistentModelIndex m_station; ///< the chosen one
     QList<OpmodePage *> m_pages;     ///< one for each row of the table
     NotificationPage *m_notifications;
     AlarmListPage *m_alarms;
+    CurvesPage *m_curves;
     bool m_isFollowing = false; ///< the page follows the tree, or the tree the page
 };
 

@@ -2,6 +2,7 @@
 
 #include "look/icons.h"
 #include "opmode/window/branch_opener.h"
+#include "opmode/window/curves/series_drag.h"
 #include "opmode/window/station_tree_view.h"
 
 #include <QComboBox>
@@ -27,6 +28,7 @@ StationTreePane::StationTreePane(OperationalMode &mode, const TextTable &texts, 
     column->addWidget(m_search);
     column->addWidget(m_kind);
     column->addWidget(m_tree, 1);
+    new SeriesDrag(*m_tree, [&mode](const QModelIndex &node) { return seriesOfNode(mode, node); });
     auto *opener = new BranchOpener(*m_tree, mode.tree());
     connect(&mode, &OperationalMode::alarmRaised, opener, &BranchOpener::reveal);
     connect(m_search, &QLineEdit::textChanged, this, &StationTreePane::applyFilter);

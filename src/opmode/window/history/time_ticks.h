@@ -4,9 +4,13 @@
 
 namespace ktr {
 
-/// Round steps of wall time, named by time and date below each other. There are at most tickCount().
+/// Round steps of time, named by time and date below each other. There are at most tickCount(). Times are
+/// taken for UTC, as those of a module's wall clock are, or shown as they are on the wall.
 class TimeTicks : public QCPAxisTicker
 {
+public:
+    explicit TimeTicks(Qt::TimeSpec times) : m_times(times) {}
+
 protected:
     double getTickStep(const QCPRange &range) override
     {
@@ -22,16 +26,23 @@ protected:
         const auto step =
             std::ranges::find_if(steps, [&](double each) { return each * tickCount() > range.size(); });
         m_isDays = step == steps.end() || *step >= day;
+        if (m_times == Qt::LocalTime) { // so that they begin with a day
+            const QDate first = QDateTime::fromSecsSinceEpoch(qRound64(range.lower)).date();
+            setTickOrigin(double(first.startOfDay().toSecsSinceEpoch()));
+        }
         return step == steps.end() ? 5000 * day : *step;
     }
     int getSubTickCount(double) override { return 1; }
     QString getTickLabel(double tick, const QLocale &, QChar, int) override
     {
-        const QDateTime moment = QDateTime::fromSecsSinceEpoch(qRound64(tick), Qt::UTC);
+        // Where summer time begins or ends in between, a day begins an hour beside the tick.
+        const qint64 withinDay = m_isDays && m_times == Qt::LocalTime ? 6 * 3600 : 0;
+        const QDateTime moment = QDateTime::fromSecsSinceEpoch(qRound64(tick) + withinDay, m_times);
         return moment.toString(m_isDays ? QStringLiteral("dd.MM.\nyyyy") : QStringLiteral("HH:mm\ndd.MM."));
     }
 
 private:
+    Qt::TimeSpec m_times;
     bool m_isDays = false;
 };
 

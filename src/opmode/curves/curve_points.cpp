@@ -1,0 +1,188 @@
+#include "opmode/curves/curve_points.h"
+
+#include <QDateTime>
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+constexpr qint64 quarterMs = 15LL * 60'000;
+constexpr qint64 hourMs = 4 * quarterMs;
+constexpr qint64 dayMs = 24 * hourMs;
+
+qint64 lengthOf(HistoryLevel level)
+{
+    switch (level) {
+    case HistoryLevel::QuarterHour:
+        return quarterMs;
+    case HistoryLevel::Hour:
+        return hourMs;
+    case HistoryLevel::Day:
+        return dayMs;
+    case HistoryLevel::Raw:
+        break;
+    }
+    return 0;
+}
+
+/// Modules send at steps of their own: what is far longer than most of them is a gap.
+qint64 longestStepOf(const CurvePoints &curve)
+{
+    constexpr qint64 stepsLeftOut = 3;
+    constexpr qint64 least = 2 * 60'000;
+    std::vector<qint64> steps;
+    for (std::size_t i = 1; i < curve.points.size(); ++i) {
+        steps.push_back(curve.points[i].middle() - curve.points[i - 1].middle());
+    }
+    if (steps.empty()) {
+        return least;
+    }
+    // Not the middle one: many inputs send more often while they change.
+    const auto usual = steps.begin() + static_cast<std::ptrdiff_t>((steps.size() - 1) * 3 / 4);
+    std::ranges::nth_element(steps, usual);
+    return std::max(least, *usual * stepsLeftOut + 1);
+}
+
+} // namespace
+
+const CurvePoint *CurvePoints::at(qint64 moment) const
+{
+    const auto behind =
+        std::ranges::upper_bound(points, moment, std::less(), [](const CurvePoint &each) { return each.at; });
+    const CurvePoint *before = behind == points.begin() ? nullptr : &*std::prev(behind);
+    if (before != nullptr && moment < before->end) {
+        return before;
+    }
+    if (level != HistoryLevel::Raw) {
+        return nullptr;
+    }
+    const qint64 sinceBefore = before == nullptr ? longestStep + 1 : moment - before->at;
+    if (areStates) {
+        return sinceBefore <= longestStep ? before : nullptr;
+    }
+    const CurvePoint *after = behind == points.end() ? nullptr : &*behind;
+    const qint64 untilAfter = after == nullptr ? longestStep + 1 : after->at - moment;
+    const qint64 nearest = std::min(sinceBefore, untilAfter);
+    return nearest > longestStep / 2 ? nullptr : sinceBefore <= untilAfter ? before : after;
+}
+
+const CurvePoint *CurvePoints::next(qint64 moment, int direction) const
+{
+    const auto middle = [](const CurvePoint &each) { return each.middle(); };
+    if (direction > 0) {
+        const auto found = std::ranges::upper_bound(points, moment, std::less(), middle);
+        return found == points.end() ? nullptr : &*found;
+    }
+    const auto found = std::ranges::lower_bound(points, moment, std::less(), middle);
+    return found == points.begin() ? nullptr : &*std::prev(found);
+}
+
+std::pair<std::size_t, std::size_t> CurvePoints::within(const CurveRange &range) const
+{
+    const auto middle = [](const CurvePoint &each) { return each.middle(); };
+    const auto first = std::ranges::lower_bound(points, range.from, std::less(), middle);
+    const auto end = std::ranges::lower_bound(points, range.to, std::less(), middle);
+    return {static_cast<std::size_t>(first - points.begin()), static_cast<std::size_t>(end - points.begin())};
+}
+
+bool CurvePoints::joins(std::size_t left) const
+{
+    return left + 1 < points.size() && points[left + 1].middle() - points[left].middle() <= longestStep;
+}
+
+CurveBuilder::CurveBuilder(HistoryLevel level, const CurveRange &range)
+{
+    m_points.level = level;
+    m_points.read = range;
+}
+
+void CurveBuilder::begin(qint64 at)
+{
+    CurvePoint point;
+    const qint64 length = lengthOf(m_points.level);
+    if (m_points.level == HistoryLevel::Day) {
+        const QDate day = QDateTime::fromMSecsSinceEpoch(at).date();
+        point.at = day.startOfDay().toMSecsSinceEpoch();
+        point.end = day.addDays(1).startOfDay().toMSecsSinceEpoch();
+    } else if (length > 0) {
+        point.at = at - at % length;
+        point.end = point.at + length;
+    } else {
+        point.at = point.end = at;
+    }
+    m_points.points.push_back(point);
+}
+
+/// The mean is a sum so far.
+void CurveBuilder::endPoint()
+{
+    if (!m_points.points.empty()) {
+        CurvePoint &last = m_points.points.back();
+        last.mean /= static_cast<double>(last.count);
+    }
+}
+
+void CurveBuilder::add(qint64 at, double value)
+{
+    m_areStates = m_areStates && (value == 0 || value == 1);
+    std::vector<CurvePoint> &points = m_points.points;
+    const bool isRaw = m_points.level == HistoryLevel::Raw;
+    if (isRaw && !points.empty() && points.back().at == at) {
+        points.pop_back(); // it was archived and reported
+    }
+    if (points.empty() || isRaw || at >= points.back().end) {
+        if (!isRaw) {
+            endPoint();
+        }
+        begin(at);
+        points.back().least = points.back().most = value;
+    }
+    CurvePoint &point = points.back();
+    point.least = std::min(point.least, value);
+    point.most = std::max(point.most, value);
+    point.mean += value;
+    ++point.count;
+}
+
+CurvePoints CurveBuilder::take()
+{
+    if (m_points.level != HistoryLevel::Raw) {
+        endPoint();
+    }
+    m_points.longestStep = longestStepOf(m_points);
+    m_points.areStates = m_areStates && !m_points.points.empty();
+    return std::move(m_points);
+}
+
+std::optional<double> risePerHour(const CurvePoints &points, const CurveRange &range)
+{
+    const auto [first, end] = points.within(range);
+    double weight = 0;
+    double times = 0;
+    double values = 0;
+    const auto hours = [&range](const CurvePoint &point) {
+        return static_cast<double>(point.middle() - range.from) / static_cast<double>(hourMs);
+    };
+    for (std::size_t i = first; i < end; ++i) {
+        const auto count = static_cast<double>(points.points[i].count);
+        weight += count;
+        times += count * hours(points.points[i]);
+        values += count * points.points[i].mean;
+    }
+    if (weight == 0) {
+        return std::nullopt;
+    }
+    double across = 0;
+    double both = 0;
+    for (std::size_t i = first; i < end; ++i) {
+        const auto count = static_cast<double>(points.points[i].count);
+        const double away = hours(points.points[i]) - times / weight;
+        across += count * away * away;
+        both += count * away * (points.points[i].mean - values / weight);
+    }
+    return across > 0 ? std::optional(both / across) : std::nullopt;
+}
+
+} // namespace ktr

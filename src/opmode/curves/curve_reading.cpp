@@ -1,0 +1,112 @@
+#include "opmode/curves/curve_reading.h"
+
+#include "opmode/station/station_messages.h"
+#include "opmode/tree/history_entry_text.h"
+#include "opmode/tree/node_texts.h"
+#include "platform/module_minutes.h"
+#include "platform/text_rules.h"
+
+#include <algorithm>
+
+namespace ktr {
+
+namespace {
+
+/// The module's clock shows the time of the wall.
+qint64 momentOf(qint32 minute)
+{
+    constexpr qint64 second = 1000;
+    const QDateTime wall = QDateTime::fromSecsSinceEpoch(secondsAtModuleMinute(minute), Qt::UTC);
+    return QDateTime(wall.date(), wall.time()).toSecsSinceEpoch() * second;
+}
+
+template <class Take> void eachEntry(const StationTree &tree, const QString &kennung, const Take &take)
+{
+    const QModelIndex branch = tree.find(branchKey(kennung, branches::history));
+    for (int row = 0; row < tree.rowCount(branch); ++row) {
+        const QString text = tree.index(row, 0, branch).data().toString();
+        if (const auto entry = splitHistoryEntry(text); entry && entry->minute) {
+            take(*entry);
+        }
+    }
+}
+
+} // namespace
+
+ReadCurve readCurve(RecordReader &reader, qint64 station, int channel, const CurveRange &range,
+                    HistoryLevel level)
+{
+    CurveBuilder builder(level, range);
+    Status read = reader.measured(station, channel, range.from, range.to,
+                                  [&builder](qint64 at, double value) { builder.add(at, value); });
+    return {std::move(read), builder.take()};
+}
+
+ReadCurve treeCurve(const StationTree &tree, const QString &kennung, int channel, const CurveRange &range,
+                    HistoryLevel level)
+{
+    std::vector<std::pair<qint64, double>> values;
+    eachEntry(tree, kennung, [&](const HistoryEntryText &entry) {
+        const std::optional<double> value = entry.input == channel ? toNumber(entry.value) : std::nullopt;
+        const qint64 at = value ? momentOf(*entry.minute) : 0;
+        if (value && range.contains(at)) {
+            values.emplace_back(at, *value);
+        }
+    });
+    std::ranges::stable_sort(values, std::less(), [](const auto &each) { return each.first; });
+    CurveBuilder builder(level, range);
+    for (const auto &[at, value] : values) {
+        builder.add(at, value);
+    }
+    return {Status::done(), builder.take()};
+}
+
+QList<int> treeChannels(const StationTree &tree, const QString &kennung)
+{
+    QList<int> channels;
+    eachEntry(tree, kennung, [&channels](const HistoryEntryText &entry) {
+        if (entry.input >= 1 && entry.input <= channelCount && !channels.contains(entry.input)) {
+            channels += entry.input;
+        }
+    });
+    std::ranges::sort(channels);
+    return channels;
+}
+
+ReadMarks readMarks(RecordReader &reader, const QList<qint64> &stations, const CurveRange &range)
+{
+    constexpr int most = 500;
+    constexpr qint64 sameTime = 60'000;
+    if (stations.isEmpty()) {
+        return {};
+    }
+    const EventFilter filter{
+        .from = range.from, .to = range.to, .stations = stations, .kinds = {EventKind::Notification}};
+    ReadMarks marks;
+    std::optional<RecordKey> after;
+    int looked = 0;
+    do {
+        const EventPage page = reader.findEvents(filter, after, most);
+        marks.status = page.status;
+        for (const EventRow &row : page.rows) {
+            constexpr QLatin1StringView arrow(" --> ");
+            const qsizetype text = row.text.indexOf(arrow);
+            const CurveMark mark{row.at, row.station,
+                                 text < 0 ? row.text : row.text.sliced(text + arrow.size()),
+                                 row.alarm != 0 || isAlarmText(row.text)};
+            const bool isKnown = std::ranges::any_of(marks.marks, [&](const CurveMark &other) {
+                return other.station == mark.station && other.text == mark.text &&
+                       other.at - mark.at < sameTime;
+            });
+            if (!isKnown) {
+                marks.marks += mark;
+            }
+        }
+        looked += static_cast<int>(page.rows.size());
+        after = page.next;
+    } while (marks.status && after && looked < most);
+    marks.areAll = !after;
+    return marks;
+}
+
+} // namespace ktr

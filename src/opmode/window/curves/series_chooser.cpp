@@ -1,0 +1,195 @@
+#include "opmode/window/curves/series_chooser.h"
+
+#include "look/list_views.h"
+#include "opmode/operational_mode.h"
+#include "opmode/window/curves/series_drag.h"
+#include "opmode/window/input_caption.h"
+
+#include <QLineEdit>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+namespace ktr {
+
+namespace {
+
+constexpr int keyRole = Qt::UserRole;
+constexpr int channelRole = Qt::UserRole + 1;
+constexpr int filledRole = Qt::UserRole + 2;
+
+QString keyOf(const QTreeWidgetItem &item)
+{
+    return item.data(0, keyRole).toString();
+}
+
+int channelOf(const QTreeWidgetItem &item)
+{
+    return item.data(0, channelRole).toInt();
+}
+
+} // namespace
+
+SeriesChooser::SeriesChooser(const OperationalMode &mode, ChannelsOf channelsOf, QWidget *parent)
+    : QWidget(parent),
+      m_mode(mode),
+      m_channelsOf(std::move(channelsOf)),
+      m_search(searchField(QStringLiteral("Text_curves_search"), this)),
+      m_list(new QTreeWidget(this))
+{
+    m_list->setObjectName(QStringLiteral("List_curves_inputs"));
+    m_list->setHeaderHidden(true);
+    m_list->setUniformRowHeights(true);
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins({});
+    column->addWidget(m_search);
+    column->addWidget(m_list, 1);
+    connect(m_list, &QTreeWidget::itemExpanded, this, &SeriesChooser::fill);
+    connect(m_list, &QTreeWidget::itemChanged, this, [this](const QTreeWidgetItem *item) {
+        if (channelOf(*item) > 0) {
+            Q_EMIT chosen({keyOf(*item), channelOf(*item)}, item->checkState(0) == Qt::Checked);
+        }
+    });
+    connect(m_search, &QLineEdit::textChanged, this, &SeriesChooser::filter);
+    new SeriesDrag(*m_list, [this](const QModelIndex &index) {
+        const QString key = index.data(keyRole).toString();
+        const int channel = index.data(channelRole).toInt();
+        return key.isEmpty() ? QList<SeriesId>()
+               : channel > 0 ? QList<SeriesId>{{key, channel}}
+                             : usualSeries(m_mode, key);
+    });
+}
+
+void SeriesChooser::applyTexts()
+{
+    m_search->setPlaceholderText(tr("Find a station or an input"));
+    m_search->setAccessibleName(m_search->placeholderText());
+    m_list->setAccessibleName(tr("Inputs to draw"));
+    m_list->setToolTip(tr("Open a station to see its inputs with values; the space bar chooses"));
+}
+
+void SeriesChooser::setFocusOnSearch()
+{
+    m_search->setFocus(Qt::OtherFocusReason);
+}
+
+void SeriesChooser::refresh()
+{
+    const StationTree &tree = m_mode.tree();
+    bool isSame = tree.rowCount() == m_list->topLevelItemCount();
+    for (int row = 0; row < tree.rowCount() && isSame; ++row) {
+        const QModelIndex station = tree.index(row, 0);
+        isSame = station.data(StationTree::KeyRole).toString() == keyOf(*m_list->topLevelItem(row)) &&
+                 station.data(Qt::EditRole).toString() == m_list->topLevelItem(row)->text(0);
+    }
+    if (isSame) {
+        return;
+    }
+    const QSignalBlocker quiet(m_list);
+    m_list->clear();
+    QList<QTreeWidgetItem *> items;
+    for (int row = 0; row < tree.rowCount(); ++row) {
+        const QModelIndex station = tree.index(row, 0);
+        auto *item = new QTreeWidgetItem({station.data(Qt::EditRole).toString()});
+        item->setData(0, keyRole, station.data(StationTree::KeyRole));
+        item->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
+        items += item;
+    }
+    m_list->addTopLevelItems(items);
+    filter();
+}
+
+QTreeWidgetItem *SeriesChooser::itemOf(const QString &kennung) const
+{
+    for (int row = 0; row < m_list->topLevelItemCount(); ++row) {
+        if (keyOf(*m_list->topLevelItem(row)) == kennung) {
+            return m_list->topLevelItem(row);
+        }
+    }
+    return nullptr;
+}
+
+/// Each time it is opened: there may be more by then.
+void SeriesChooser::fill(QTreeWidgetItem *station)
+{
+    const QString kennung = keyOf(*station);
+    m_channelsOf(kennung, [this, kennung](const QList<int> &channels) { addInputs(kennung, channels); });
+}
+
+void SeriesChooser::addInputs(const QString &kennung, const QList<int> &channels)
+{
+    QTreeWidgetItem *station = itemOf(kennung);
+    if (station == nullptr) {
+        return;
+    }
+    const QSignalBlocker quiet(m_list);
+    qDeleteAll(station->takeChildren());
+    for (const int channel : channels) {
+        addInput(*station, channel);
+    }
+    if (channels.isEmpty()) {
+        auto *none = new QTreeWidgetItem(station, {tr("It has not sent any values yet.")});
+        none->setFlags(Qt::NoItemFlags);
+    }
+    station->setData(0, filledRole, true);
+    tick();
+    filter();
+    m_list->viewport()->update();
+}
+
+void SeriesChooser::addInput(QTreeWidgetItem &station, int channel)
+{
+    const ChannelNames names = m_mode.channelNames(keyOf(station));
+    const QString &unit = names.of(channel).unit;
+    auto *item =
+        new QTreeWidgetItem(&station, {shortInputCaption(channel, names) +
+                                       (unit.isEmpty() ? QString() : QStringLiteral(" [%1]").arg(unit))});
+    item->setData(0, keyRole, keyOf(station));
+    item->setData(0, channelRole, channel);
+    item->setToolTip(0, inputCaption(channel, names));
+    item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
+}
+
+void SeriesChooser::setChosen(const QList<SeriesId> &series)
+{
+    m_chosen = series;
+    const QSignalBlocker quiet(m_list);
+    tick();
+    m_list->viewport()->update();
+}
+
+void SeriesChooser::tick()
+{
+    for (int row = 0; row < m_list->topLevelItemCount(); ++row) {
+        QTreeWidgetItem &station = *m_list->topLevelItem(row);
+        for (int child = 0; child < station.childCount(); ++child) {
+            QTreeWidgetItem &input = *station.child(child);
+            if (const int channel = channelOf(input); channel > 0) {
+                const bool isChosen = m_chosen.contains(SeriesId{keyOf(station), channel});
+                input.setCheckState(0, isChosen ? Qt::Checked : Qt::Unchecked);
+            }
+        }
+    }
+}
+
+/// Stations with such a name, or with an input that is called so, which alone is shown then.
+void SeriesChooser::filter()
+{
+    const QString text = m_search->text().trimmed();
+    const auto holds = [&text](const QString &name) { return name.contains(text, Qt::CaseInsensitive); };
+    for (int row = 0; row < m_list->topLevelItemCount(); ++row) {
+        QTreeWidgetItem &station = *m_list->topLevelItem(row);
+        const bool isStation = text.isEmpty() || holds(station.text(0));
+        bool hasInput = false;
+        if (!isStation) {
+            const ChannelNames names = m_mode.channelNames(keyOf(station));
+            hasInput = std::ranges::any_of(names.channels,
+                                           [&](const ChannelName &each) { return holds(each.name); });
+        }
+        for (int child = 0; child < station.childCount(); ++child) {
+            station.child(child)->setHidden(!isStation && !holds(station.child(child)->text(0)));
+        }
+        station.setHidden(!isStation && !hasInput);
+    }
+}
+
+} // namespace ktr

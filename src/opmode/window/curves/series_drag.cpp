@@ -1,0 +1,79 @@
+#include "opmode/window/curves/series_drag.h"
+
+#include "opmode/operational_mode.h"
+#include "opmode/window/station_tree_view.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QDrag>
+#include <QMimeData>
+#include <QMouseEvent>
+
+namespace ktr {
+
+SeriesDrag::SeriesDrag(QAbstractItemView &view, SeriesOf seriesOf, std::function<void(bool)> dragging)
+    : QObject(&view), m_view(view), m_seriesOf(std::move(seriesOf)), m_dragging(std::move(dragging))
+{
+    view.viewport()->installEventFilter(this);
+}
+
+bool SeriesDrag::eventFilter(QObject *watched, QEvent *event)
+{
+    switch (event->type()) {
+    case QEvent::MouseButtonPress: {
+        const auto *mouse = static_cast<const QMouseEvent *>(event);
+        m_pressedAt = mouse->position().toPoint();
+        m_pressed =
+            mouse->button() == Qt::LeftButton ? m_seriesOf(m_view.indexAt(m_pressedAt)) : QList<SeriesId>();
+        break;
+    }
+    case QEvent::MouseButtonRelease:
+        m_pressed.clear();
+        break;
+    case QEvent::MouseMove: {
+        const auto *mouse = static_cast<const QMouseEvent *>(event);
+        if (m_pressed.isEmpty() || !mouse->buttons().testFlag(Qt::LeftButton)) {
+            break;
+        }
+        if ((mouse->position().toPoint() - m_pressedAt).manhattanLength() >=
+            QApplication::startDragDistance()) {
+            drag();
+        }
+        return true; // or the view would choose what is under the mouse
+    }
+    default:
+        break;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void SeriesDrag::drag()
+{
+    auto *drag = new QDrag(&m_view); // deletes itself
+    auto *data = new QMimeData;
+    data->setData(seriesMimeType, seriesToDrag(m_pressed));
+    drag->setMimeData(data);
+    m_pressed.clear();
+    if (m_dragging) {
+        m_dragging(true);
+    }
+    drag->exec(Qt::CopyAction);
+    if (m_dragging) {
+        m_dragging(false);
+    }
+}
+
+QList<SeriesId> seriesOfNode(const OperationalMode &mode, const QModelIndex &node)
+{
+    const QString kennung = StationTreeView::stationOf(node).data(StationTree::KeyRole).toString();
+    if (kennung.isEmpty()) {
+        return {};
+    }
+    if (node.data(StationTree::KindRole).value<NodeKind>() == NodeKind::InputValue) {
+        const int channel = node.row() + 1; // there is one for each, in their order
+        return {{kennung, channel}};
+    }
+    return usualSeries(mode, kennung);
+}
+
+} // namespace ktr
