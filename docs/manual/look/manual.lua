@@ -39,9 +39,34 @@ local function lead(link)
   return link
 end
 
+-- Of the chapters' own tables: as wide as their contents want.
+local function letColumnsBe(block)
+  for column = 1, #block.colspecs do
+    block.colspecs[column][2] = nil
+  end
+  return block
+end
+
+-- What stands beside a picture. A simple viewer knows no figures.
+local function describe(paragraph)
+  local image = paragraph.content[1]
+  if #paragraph.content ~= 1 or image.t ~= "Image" then
+    return nil
+  end
+  return pandoc.Div({ pandoc.Para({ image }), pandoc.Div({ pandoc.Para(image.caption) }, pandoc.Attr("", { "caption" })) },
+    pandoc.Attr("", { "picture" }))
+end
+
+-- Such a viewer takes the width from the attribute.
 local function place(image)
   image.src = image.src:gsub("^.*/images/", "images/")
+  image.attributes.width = not whole and "760" or nil
   return image
 end
 
-return { { Meta = settings }, { RawBlock = insertFields }, { Link = lead, Image = place } }
+return {
+  { Meta = settings, Table = letColumnsBe },
+  { RawBlock = insertFields },
+  { Para = describe },
+  { Link = lead, Image = place },
+}
