@@ -14,69 +14,69 @@ namespace {
 
 // The page of a record
 
-QString pageOf(const FileInfo &)
+QString guidePageOf(const FileInfo &)
 {
     return QStringLiteral("info");
 }
-QString pageOf(const GsmSettings &)
+QString guidePageOf(const GsmSettings &)
 {
     return QStringLiteral("gsm");
 }
-QString pageOf(const Administrator &)
+QString guidePageOf(const Administrator &)
 {
     return QStringLiteral("gsm");
 }
-QString pageOf(const LimitValue &)
+QString guidePageOf(const LimitValue &)
 {
     return QStringLiteral("limit-values");
 }
-QString pageOf(const SwitchPoint &)
+QString guidePageOf(const SwitchPoint &)
 {
     return QStringLiteral("switch-points");
 }
-QString pageOf(const EthernetSettings &)
+QString guidePageOf(const EthernetSettings &)
 {
     return QStringLiteral("ethernet");
 }
-template <class Record> QString pageOf(const Record &)
+template <class Record> QString guidePageOf(const Record &)
 {
     return QStringLiteral("ip");
 }
 
-QString inWords(const char *text)
+QString inGuideWords(const char *text)
 {
     return QCoreApplication::translate("Fields", text);
 }
 
-template <class Record> QString valuesOf(const Field<Record> &field)
+template <class Record> QString guideValues(const Field<Record> &field)
 {
     if (std::holds_alternative<bool Record::*>(field.member)) {
-        return inWords(QT_TRANSLATE_NOOP("Fields", "yes or no"));
+        return inGuideWords(QT_TRANSLATE_NOOP("Fields", "yes or no"));
     }
     if (!field.isNumber()) {
         return field.range || field.accepts != nullptr
-                   ? inWords(QT_TRANSLATE_NOOP("Fields", "one of those offered"))
-                   : inWords(QT_TRANSLATE_NOOP("Fields", "text"));
+                   ? inGuideWords(QT_TRANSLATE_NOOP("Fields", "one of those offered"))
+                   : inGuideWords(QT_TRANSLATE_NOOP("Fields", "text"));
     }
     const QString words = field.range->words(field.unit);
-    return field.range->mayBeEmpty ? inWords(QT_TRANSLATE_NOOP("Fields", "%1; may be empty")).arg(words)
+    return field.range->mayBeEmpty ? inGuideWords(QT_TRANSLATE_NOOP("Fields", "%1; may be empty")).arg(words)
                                    : words;
 }
 
 /// `value` is what "new" has set, as the pages show it.
-template <class Record> QString whenNewOf(const Field<Record> &field, const QString &value)
+template <class Record> QString guideWhenNew(const Field<Record> &field, const QString &value)
 {
     if (field.whenNew.keepsValue()) {
-        return inWords(QT_TRANSLATE_NOOP("Fields", "stays as it was"));
+        return inGuideWords(QT_TRANSLATE_NOOP("Fields", "stays as it was"));
     }
     if (field.whenNew.compute != nullptr) {
-        return inWords(QT_TRANSLATE_NOOP("Fields", "filled in by the program"));
+        return inGuideWords(QT_TRANSLATE_NOOP("Fields", "filled in by the program"));
     }
-    return value.isEmpty() ? inWords(QT_TRANSLATE_NOOP("Fields", "empty")) : value;
+    return value.isEmpty() ? inGuideWords(QT_TRANSLATE_NOOP("Fields", "empty")) : value;
 }
 
 /// Where the file keeps a field of the records from `first` to `last`.
-QString placeOf(const Group &group, const char16_t *xmlName, int first, int last)
+QString placeInFile(const Group &group, const char16_t *xmlName, int first, int last)
 {
     const bool isAttribute = group.form == Form::Attributes;
     QString place = QString::fromUtf16(isAttribute ? group.element : xmlName);
@@ -90,7 +90,7 @@ QString placeOf(const Group &group, const char16_t *xmlName, int first, int last
 }
 
 /// The field's anchor names none of its controls alone.
-QString anchorOf(const ControlName &control)
+QString guideAnchor(const ControlName &control)
 {
     return QString::fromLatin1(control.name);
 }
@@ -114,7 +114,7 @@ public:
                          using Record = std::remove_const_t<ConstRecord>;
                          for (const Field<Record> &field : fieldsOf<Record>()) {
                              if (field.appliesTo(index)) {
-                                 add(group, field, pageOf(record), index);
+                                 add(group, field, guidePageOf(record), index);
                              }
                          }
                      });
@@ -128,26 +128,27 @@ private:
     template <class Record>
     void add(const Group &group, const Field<Record> &field, const QString &page, int index)
     {
-        const QString anchor = anchorOf(field.control);
+        const QString anchor = guideAnchor(field.control);
         auto guide = std::ranges::find(m_fields, anchor, &GuideField::anchor);
         if (guide == m_fields.end()) {
-            m_fields += GuideField{.page = page,
-                                   .anchor = anchor,
-                                   .label = labelText(field.label, m_texts).trimmed(),
-                                   .meaning = tipText(field.meaning, meaningRange(field), Unit::None),
-                                   .values = valuesOf(field),
-                                   .whenNew = whenNewOf(field, m_values[group.place(field.xmlName, index)]),
-                                   .places = {}};
+            m_fields +=
+                GuideField{.page = page,
+                           .anchor = anchor,
+                           .label = labelText(field.label, m_texts).trimmed(),
+                           .meaning = tipText(field.meaning, meaningRange(field), Unit::None),
+                           .values = guideValues(field),
+                           .whenNew = guideWhenNew(field, m_values[group.place(field.xmlName, index)]),
+                           .places = {}};
             guide = std::prev(m_fields.end());
         }
         // The first record that has a field begins a place, each later one makes it longer.
-        const QString key = placeOf(group, field.xmlName, 0, 0);
+        const QString key = placeInFile(group, field.xmlName, 0, 0);
         const auto begun = m_first.constFind(key);
         const int first = begun == m_first.cend() ? *m_first.insert(key, index) : *begun;
         if (index > first) {
-            guide->places.removeAll(placeOf(group, field.xmlName, first, index - 1));
+            guide->places.removeAll(placeInFile(group, field.xmlName, first, index - 1));
         }
-        guide->places += placeOf(group, field.xmlName, first, index);
+        guide->places += placeInFile(group, field.xmlName, first, index);
     }
 
     /// What the meaning names itself, in place of its %1 and %2; the range stands in a column of its own.
@@ -165,7 +166,7 @@ private:
 };
 
 /// A text as it stands, whatever it means in Markdown.
-QString literal(const QString &text)
+QString markdownLiteral(const QString &text)
 {
     QString escaped;
     for (const QChar c : text) {
@@ -177,7 +178,7 @@ QString literal(const QString &text)
     return escaped;
 }
 
-QString tableRow(const QStringList &cells)
+QString guideRow(const QStringList &cells)
 {
     return QStringLiteral("| %1 |\n").arg(cells.join(QLatin1String(" | ")));
 }
@@ -197,16 +198,17 @@ QList<GuideField> guideFields(const TextTable &texts)
 
 QString guideTable(const QString &page, const TextTable &texts)
 {
-    QString table = tableRow({inWords(QT_TRANSLATE_NOOP("Fields", "Field")),
-                              inWords(QT_TRANSLATE_NOOP("Fields", "Meaning")),
-                              inWords(QT_TRANSLATE_NOOP("Fields", "Values")),
-                              inWords(QT_TRANSLATE_NOOP("Fields", "After \"new\"")),
-                              inWords(QT_TRANSLATE_NOOP("Fields", "In the file"))});
+    QString table = guideRow({inGuideWords(QT_TRANSLATE_NOOP("Fields", "Field")),
+                              inGuideWords(QT_TRANSLATE_NOOP("Fields", "Meaning")),
+                              inGuideWords(QT_TRANSLATE_NOOP("Fields", "Values")),
+                              inGuideWords(QT_TRANSLATE_NOOP("Fields", "After \"new\"")),
+                              inGuideWords(QT_TRANSLATE_NOOP("Fields", "In the file"))});
     table += QLatin1String("|---|---|---|---|---|\n");
     for (const GuideField &field : guideFields(texts)) {
         if (field.page == page) {
-            table += tableRow({QStringLiteral("[%1](#%2)").arg(literal(field.label), field.anchor),
-                               literal(field.meaning), literal(field.values), literal(field.whenNew),
+            table += guideRow({QStringLiteral("[%1](#%2)").arg(markdownLiteral(field.label), field.anchor),
+                               markdownLiteral(field.meaning), markdownLiteral(field.values),
+                               markdownLiteral(field.whenNew),
                                QStringLiteral("`%1`").arg(field.places.join(QLatin1String("`, `")))});
         }
     }
