@@ -141,7 +141,10 @@ private Q_SLOTS:
                                  "firmware --serial @a",
                                  "firmware --image @a",
                                  "print @sample",
-                                 "print @sample @a.pdf --language klingon"}) {
+                                 "print @sample @a.pdf --language klingon",
+                                 "fields @sample",
+                                 "fields --page test",
+                                 "fields --language klingon"}) {
             const Result result = ktrcli(QString::fromLatin1(line));
             QVERIFY2(result.code == 2 && result.output.isEmpty(), line);
             QVERIFY2(result.errors.startsWith("ktrcli: "_L1) && result.errors.count(u'\n') == 1, line);
@@ -196,6 +199,19 @@ private Q_SLOTS:
             const Result help = ktrcli(command + u" --help"_s);
             QVERIFY2(help.code == 0 && help.output.contains(command + u" [options]"_s), qPrintable(command));
         }
+    }
+
+    void fieldsAreToldInEitherLanguage()
+    {
+        const Result all = ktrcli(u"fields"_s);
+        QCOMPARE(all.code, 0);
+        QVERIFY(all.output.startsWith("<!-- gsm -->\n\n| Field | "_L1) &&
+                all.output.contains("\n<!-- ip -->\n"_L1));
+        const Result page = ktrcli(u"fields --page ethernet --language deutsch"_s);
+        QCOMPARE(page.code, 0);
+        QVERIFY(page.output.startsWith("| Feld | "_L1) &&
+                page.output.contains("[Subnetz](#Txt_Ethernet_Subnet)"_L1));
+        QVERIFY(!page.output.contains("<!--"_L1));
     }
 
     void theLocaleDecidesTheDecimalSeparator()

@@ -6,7 +6,9 @@
 #include <QFile>
 #include <QMap>
 #include <QRegularExpression>
+#include <QSet>
 #include <QTest>
+#include <QXmlStreamReader>
 
 using namespace Qt::StringLiterals;
 using namespace ktr;
@@ -166,6 +168,80 @@ private:
     QStringList m_faults;
 };
 
+TextTable textsIn(const QString &language)
+{
+    TextTable texts;
+    const LoadedTexts loaded = LoadTexts(texts, language == u"de" ? u"deutsch"_s : u"english"_s,
+                                         QStringLiteral(KTR_SOURCE_DIR "/data/language.ini"));
+    return loaded.source == LoadedTexts::Source::File ? texts : TextTable();
+}
+
+/// All that the program can show in a language: the table of texts and the translations.
+class ShownTexts
+{
+public:
+    explicit ShownTexts(const QString &language)
+    {
+        const bool isGerman = language == u"de";
+        const TextTable table = textsIn(language);
+        for (int number = 1; number <= TextTable::count; ++number) {
+            add(table.text(static_cast<Text>(number)));
+        }
+        add(table.text(Text::Ethernet) + u' ' + table.text(Text::PlusGsm));
+        add(table.text(Text::Ethernet) + u' ' + table.text(Text::ExclusiveInBrackets));
+        add(table.text(Text::AnalogOut) + u" 1"_s);
+        add(table.text(Text::AnalogOut) + u" 2"_s);
+        QFile file(QStringLiteral(KTR_SOURCE_DIR "/translations/ktrconfig_de.ts"));
+        if (!file.open(QIODevice::ReadOnly)) {
+            return;
+        }
+        for (QXmlStreamReader reader(&file); !reader.atEnd(); reader.readNext()) {
+            const bool isWanted = isGerman
+                                      ? reader.name() == u"translation" || reader.name() == u"numerusform"
+                                      : reader.name() == u"source";
+            if (reader.isStartElement() && isWanted) {
+                add(reader.readElementText(QXmlStreamReader::IncludeChildElements));
+            }
+        }
+    }
+
+    /// Whether a text is one of them, or a part that nobody takes for another. "…" stands for what differs.
+    bool have(const QString &quoted) const
+    {
+        constexpr qsizetype unmistakable = 12;
+        const QString text = plain(quoted);
+        return m_texts.contains(text) ||
+               (text.size() > unmistakable &&
+                std::ranges::any_of(m_texts, [&text](const QString &each) { return each.contains(text); }));
+    }
+    qsizetype count() const { return m_texts.size(); }
+
+private:
+    /// Without what is not seen, or ends a caption.
+    static QString plain(const QString &text)
+    {
+        static const QRegularExpression part(u"%L?[0-9]"_s);
+        static const QRegularExpression end(u"[.:,]+$"_s);
+        return QString(text).remove(u'&').replace(part, u"…"_s).simplified().remove(end).trimmed();
+    }
+    void add(const QString &text) { m_texts += plain(text); }
+
+    QSet<QString> m_texts;
+};
+
+/// What stands in the quotation marks of a language, outside of code.
+QStringList quotedIn(const QString &text, const QString &language)
+{
+    static const QRegularExpression code(u"```.*?```|`[^`]*`"_s,
+                                         QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpression quotes(language == u"de" ? u"„([^“]*)“"_s : u"\"([^\"]*)\""_s);
+    QStringList quoted;
+    for (const auto &match : quotes.globalMatch(QString(text).remove(code))) {
+        quoted += match.captured(1).simplified();
+    }
+    return quoted;
+}
+
 QDir manualFolder()
 {
     return QDir(QStringLiteral(KTR_SOURCE_DIR "/docs/manual"));
@@ -183,14 +259,6 @@ Manual manualIn(const QString &language)
         manual.add(chapter, contentOf(manualFolder().filePath(language + u'/' + chapter + u".md"_s)));
     }
     return manual;
-}
-
-TextTable textsIn(const QString &language)
-{
-    TextTable texts;
-    const LoadedTexts loaded = LoadTexts(texts, language == u"de" ? u"deutsch"_s : u"english"_s,
-                                         QStringLiteral(KTR_SOURCE_DIR "/data/language.ini"));
-    return loaded.source == LoadedTexts::Source::File ? texts : TextTable();
 }
 
 } // namespace
@@ -290,6 +358,28 @@ private Q_SLOTS:
         Manual manual = manualIn(language);
         const QStringList faults =
             manual.faults(folder.path()) + manual.missing(guideFields(textsIn(language)));
+        QVERIFY2(faults.isEmpty(), qPrintable(u'\n' + faults.join(u'\n')));
+    }
+
+    void whatIsQuotedStandsInTheProgram_data() { theManualIsWhole_data(); }
+    void whatIsQuotedStandsInTheProgram()
+    {
+        QFETCH(const QString, language);
+        const ShownTexts shown(language);
+        QVERIFY(shown.count() > 1000);
+        QVERIFY(!shown.have(u"no text of the program"_s));
+        QStringList faults;
+        qsizetype quotes = 0;
+        for (const QString &chapter : chapters()) {
+            const QString text = contentOf(manualFolder().filePath(language + u'/' + chapter + u".md"_s));
+            for (const QString &quoted : quotedIn(text, language)) {
+                ++quotes;
+                if (!shown.have(quoted)) {
+                    faults += u"%1.md: \"%2\" stands nowhere in the program"_s.arg(chapter, quoted);
+                }
+            }
+        }
+        QVERIFY(quotes > 100);
         QVERIFY2(faults.isEmpty(), qPrintable(u'\n' + faults.join(u'\n')));
     }
 
