@@ -221,8 +221,9 @@ void JoinedList::takeListEvent(const EventRow &event, const QString &kennung)
     }
     m_parts.record.know(m_names);
     if (event.kind == EventKind::StationAdded) {
-        m_parts.stations.addStation(event.text, {});
-        showStation(event.text);
+        const QString added = m_names.value(event.station);
+        m_parts.stations.addStation(added, {});
+        showStation(added);
     } else if (event.kind == EventKind::Attributes) {
         const StationAttributes now = m_attributes.value(kennung);
         cStation::Seen &seen = m_seen[kennung];

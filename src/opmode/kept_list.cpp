@@ -229,8 +229,19 @@ void KeptList::begin()
     }
 }
 
+void KeptList::saveSoon()
+{
+    if (m_keeper) {
+        m_savesSoon = !m_keeper->mayBegin();
+        m_keeper->begin();
+    }
+}
+
 void KeptList::check()
 {
+    if (m_savesSoon && m_keeper->mayBegin()) {
+        begin();
+    }
     m_keeper->check();
 }
 

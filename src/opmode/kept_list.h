@@ -45,6 +45,8 @@ public:
     void begin();
     /// To be called once a minute.
     void check();
+    /// Writes it as soon as that can be: it has to hold more than its record could bring back.
+    void saveSoon();
     /// Writes the file with all that the tree has.
     Status save();
     /// Lets go of the list; the record keeps what changed.

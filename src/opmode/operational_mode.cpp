@@ -44,6 +44,7 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
           m_parts, [this](const QString &kennung) { return m_stationActions.attributes(kennung); },
           services.filesInBetween),
       m_stationActions(m_parts, m_watchAlarms),
+      m_stationRemoval(m_parts, m_stationActions),
       m_acknowledger(m_parts),
       m_intake(m_parts),
       m_removal(m_parts),
@@ -233,6 +234,7 @@ void OperationalMode::takeSettings(const QHash<QString, QString> &settings)
 /// The record of a list that was watched without it so far.
 void OperationalMode::takeUpLate(const OpenedRecord &opened)
 {
+    m_stationRemoval.forget(); // their numbers are others from now on
     LateRecord late(m_parts, m_list.path(), m_tree.captions());
     if (const Status taken = late.takeUp(opened); !taken) {
         setKeepingTrouble(taken.message());
@@ -534,6 +536,19 @@ void OperationalMode::removeStation(const QString &kennung)
     }
 }
 
+QString OperationalMode::whyNotBack() const
+{
+    return m_joined               ? tr("The program that watches the stations removes them for good")
+           : m_record.isAwaited() ? tr("The record cannot be opened yet")
+                                  : QString();
+}
+
+void OperationalMode::settleRestored()
+{
+    m_stationRemoval.settle();
+    m_list.saveSoon(); // a file that was written meanwhile has none of their entries
+}
+
 void OperationalMode::setHostAddress(const QString &kennung, const QString &hostAddress)
 {
     if (!m_joined) {
@@ -652,6 +667,7 @@ void OperationalMode::removeAll()
         }
     }
     m_isOpen = false;
+    m_stationRemoval.forget();
     m_minute->stop();
     m_desk.stop();
     m_beat.stop();

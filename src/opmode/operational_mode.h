@@ -14,6 +14,7 @@
 #include "opmode/shared_list.h"
 #include "opmode/station_actions.h"
 #include "opmode/station_configurations.h"
+#include "opmode/station_removal.h"
 #include "opmode/station_states.h"
 #include "opmode/thinning.h"
 
@@ -146,6 +147,13 @@ public:
     /// empty when no station can be called that.
     QString addStation(const QString &name, const QString &hostAddress = {}, bool online = false);
     void removeStation(const QString &kennung);
+    /// Stations that can be brought back are removed here; not where whyNotBack() says why.
+    StationRemoval &removal() { return m_stationRemoval; }
+    const StationRemoval &removal() const { return m_stationRemoval; }
+    /// Why stations that are removed now cannot be brought back; empty when they can.
+    QString whyNotBack() const;
+    /// To be called when all that can be are brought back.
+    void settleRestored();
     /// Takes effect at once for a station that is online.
     void setHostAddress(const QString &kennung, const QString &hostAddress);
     void setOnline(const QString &kennung, bool online);
@@ -279,6 +287,7 @@ private:
     ListParts m_parts;
     KeptList m_list;
     StationActions m_stationActions;
+    StationRemoval m_stationRemoval;
     Acknowledger m_acknowledger;
     MessageIntake m_intake;
     EntryRemoval m_removal;

@@ -103,6 +103,13 @@ QString StationActions::add(const QString &name, const QString &hostAddress, boo
 
 void StationActions::remove(const QString &kennung)
 {
+    takeOut(kennung);
+    m_parts.tree.remove(m_parts.tree.find(kennung));
+    m_parts.record.removeStation(kennung);
+}
+
+void StationActions::takeOut(const QString &kennung)
+{
     m_parts.stations.Remove(kennung);
     m_parts.scheduler.remove(kennung);
     m_parts.trends.remove(kennung);
@@ -114,8 +121,17 @@ void StationActions::remove(const QString &kennung)
     m_parts.record.add(EventKind::StationRemoved, kennung, m_parts.moment(), row.name,
                        ListRecord::By::Operator);
     m_parts.alarms.forget(row.id, m_parts.moment());
-    m_parts.tree.remove(m_parts.tree.find(kennung));
-    m_parts.record.removeStation(kennung);
+}
+
+void StationActions::bringBack(const QString &kennung, const StationAttributes &attributes)
+{
+    begin(kennung, attributes);
+    const StationRow row = rowOf(kennung);
+    m_parts.record.add(row);
+    m_parts.record.add(EventKind::StationAdded, kennung, m_parts.moment(), row.name, ListRecord::By::Operator,
+                       row.attributes);
+    goOn(kennung);
+    Q_EMIT changed(kennung);
 }
 
 void StationActions::keepName(const QString &kennung, const QString &before)

@@ -24,6 +24,10 @@ public:
     /// empty when no station can be called that.
     QString add(const QString &name, const QString &hostAddress, bool online = false);
     void remove(const QString &kennung);
+    /// The same but for its node and its number, which the caller removes; and one that was taken out so,
+    /// whose node is back, comes to life again with these.
+    void takeOut(const QString &kennung);
+    void bringBack(const QString &kennung, const StationAttributes &attributes);
     /// The name that a station gets that is to be called so; empty when none can be.
     static QString nameFor(const QString &wanted);
     /// Keeps the new name of a station's node.

@@ -37,6 +37,13 @@ StationAttributes stationAttributes(const QString &json)
             members[onlineMember].toBool()};
 }
 
+ListReplay::~ListReplay()
+{
+    for (const NodeStore::Id station : std::as_const(m_removed)) {
+        m_tree.drop(station);
+    }
+}
+
 bool ListReplay::carryOut(const EventRow &event)
 {
     const QString kennung = m_names.value(event.station);
@@ -47,15 +54,12 @@ bool ListReplay::carryOut(const EventRow &event)
         m_tree.apply(kennung, interpretStationMessage(event.text), QDateTime::fromMSecsSinceEpoch(event.at));
         return m_tree.find(kennung).isValid();
     case EventKind::StationAdded:
-        if (!m_tree.addStation(event.text).isValid()) {
-            return false;
-        }
-        m_names.insert(event.station, event.text);
-        m_attributes.insert(event.text, stationAttributes(event.detail));
-        return true;
+        return addStation(event);
     case EventKind::StationRemoved: {
         const QModelIndex station = m_tree.find(kennung);
-        m_tree.remove(station);
+        if (station.isValid()) {
+            m_removed.insert(event.station, m_tree.setAside(station));
+        }
         m_names.remove(event.station);
         m_attributes.remove(kennung);
         return !kennung.isEmpty();
@@ -72,6 +76,28 @@ bool ListReplay::carryOut(const EventRow &event)
     default:
         return false;
     }
+}
+
+/// One that has the number of a removed one is that.
+bool ListReplay::addStation(const EventRow &event)
+{
+    QModelIndex station;
+    if (const auto removed = m_removed.constFind(event.station); removed != m_removed.cend()) {
+        station = m_tree.putBack(*removed);
+        if (station.isValid()) {
+            m_removed.erase(removed);
+        }
+    }
+    if (!station.isValid()) {
+        station = m_tree.addStation(event.text);
+    }
+    if (!station.isValid()) {
+        return false;
+    }
+    const QString kennung = station.data(StationTree::KeyRole).toString();
+    m_names.insert(event.station, kennung);
+    m_attributes.insert(kennung, stationAttributes(event.detail));
+    return true;
 }
 
 bool ListReplay::acknowledge(const QString &kennung, const EventRow &event)

@@ -21,17 +21,21 @@ public:
                QHash<QString, StationAttributes> &attributes)
         : m_tree(tree), m_names(names), m_attributes(attributes)
     {}
+    ~ListReplay();
+    Q_DISABLE_COPY_MOVE(ListReplay)
 
     /// False when it changes nothing of the tree, or does not fit.
     bool carryOut(const EventRow &event);
 
 private:
+    bool addStation(const EventRow &event);
     bool acknowledge(const QString &kennung, const EventRow &event);
     bool removeEntry(const QString &kennung, const EventRow &event);
 
     StationTree &m_tree;
     QHash<qint64, QString> &m_names;
     QHash<QString, StationAttributes> &m_attributes;
+    QHash<qint64, NodeStore::Id> m_removed; ///< stations that may be brought back, by their numbers
 };
 
 } // namespace ktr

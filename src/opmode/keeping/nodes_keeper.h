@@ -35,6 +35,7 @@ public:
     void check();
     /// Begins to write it at once.
     void begin();
+    bool mayBegin() const { return m_state == State::Idle && m_record.isOpen(); }
     /// The disk has more of the record.
     void settled();
     /// Writes the file with all that the tree has and waits for it.

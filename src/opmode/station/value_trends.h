@@ -17,20 +17,6 @@ class ValueTrends
 public:
     static constexpr int longest = 30; ///< values of a channel
 
-    struct Point
-    {
-        qint64 time; ///< seconds since the epoch; after a pause of over 18 h earlier ones are told too late
-        float value;
-        bool operator==(const Point &) const = default;
-    };
-
-    /// Values that are no number are passed over.
-    void add(const QString &kennung, const QList<InputValuesMessage::Value> &values, const QDateTime &now);
-    void remove(const QString &kennung) { m_stations.erase(kennung); }
-
-    /// Of a channel 1 to 18, the oldest first; empty when nothing was reported.
-    QList<Point> trend(const QString &kennung, int channel) const;
-
 private:
     struct Ring
     {
@@ -42,8 +28,29 @@ private:
     };
     using Station = std::array<std::unique_ptr<Ring>, channelCount>;
     static_assert(sizeof(Station) + channelCount * (sizeof(Ring) + 2 * sizeof(void *)) < 4000);
+    using Stations = std::unordered_map<QString, Station>;
 
-    std::unordered_map<QString, Station> m_stations;
+public:
+    struct Point
+    {
+        qint64 time; ///< seconds since the epoch; after a pause of over 18 h earlier ones are told too late
+        float value;
+        bool operator==(const Point &) const = default;
+    };
+
+    /// Values that are no number are passed over.
+    void add(const QString &kennung, const QList<InputValuesMessage::Value> &values, const QDateTime &now);
+    void remove(const QString &kennung) { m_stations.erase(kennung); }
+    /// Those of a station, to be put back.
+    using Kept = Stations::node_type;
+    Kept take(const QString &kennung) { return m_stations.extract(kennung); }
+    void putBack(Kept kept) { m_stations.insert(std::move(kept)); }
+
+    /// Of a channel 1 to 18, the oldest first; empty when nothing was reported.
+    QList<Point> trend(const QString &kennung, int channel) const;
+
+private:
+    Stations m_stations;
 };
 
 } // namespace ktr

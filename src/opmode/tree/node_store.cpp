@@ -98,7 +98,7 @@ std::size_t NodeStore::overhead() const
     }
     std::size_t held = 0;
     for (Id id = root + 1; id < end(); ++id) {
-        if (isAlive(id)) {
+        if (isStored(id)) {
             const Texts both = texts(id);
             held += both.name.size() + (both.text.data() == both.name.data() ? 0 : both.text.size());
         }
@@ -108,10 +108,13 @@ std::size_t NodeStore::overhead() const
 
 void NodeStore::remove(Id id)
 {
-    const auto above = m_branches.find(m_nodes[id].parent);
-    std::vector<Id> &siblings = above->children;
-    siblings.erase(std::ranges::lower_bound(siblings, id));
-
+    if (m_aside.contains(id)) { // it is neither among the others nor found by its name
+        m_asideCount -= countFrom(id);
+        m_aside.remove(id);
+    } else {
+        leaveSiblings(id);
+        removeSlot(id);
+    }
     std::vector<Id> doomed{id};
     while (!doomed.empty()) {
         const Id last = doomed.back();
@@ -120,12 +123,61 @@ void NodeStore::remove(Id id)
             doomed.insert(doomed.end(), branch->children.begin(), branch->children.end());
             m_branches.erase(branch);
         }
-        removeSlot(last);
+        if (last != id) {
+            removeSlot(last);
+        }
         m_waste += texts(last).size;
         m_nodes[last].text = dead;
         --m_alive;
     }
     compactWhenWasteful();
+}
+
+void NodeStore::leaveSiblings(Id id)
+{
+    std::vector<Id> &siblings = m_branches.find(m_nodes[id].parent)->children;
+    siblings.erase(std::ranges::lower_bound(siblings, id));
+}
+
+void NodeStore::setAside(Id station)
+{
+    leaveSiblings(station);
+    removeSlot(station);
+    m_aside.insert(station);
+    m_asideCount += countFrom(station);
+}
+
+bool NodeStore::putBack(Id station)
+{
+    const Place own = place(root, name(station));
+    Slot &slot = m_slots[slotOf(own)];
+    if (slot.id != root) {
+        return false;
+    }
+    slot = {station, own.hash};
+    std::vector<Id> &siblings = m_branches.find(root)->children;
+    siblings.insert(std::ranges::lower_bound(siblings, station), station);
+    m_asideCount -= countFrom(station);
+    m_aside.remove(station);
+    return true;
+}
+
+bool NodeStore::isAside(Id id) const
+{
+    while (id != root && m_nodes[id].parent != root) {
+        id = m_nodes[id].parent;
+    }
+    return m_aside.contains(id);
+}
+
+/// Of the node and all that is under it.
+std::size_t NodeStore::countFrom(Id id) const
+{
+    std::size_t count = 1;
+    for (const Id child : children(id)) {
+        count += countFrom(child);
+    }
+    return count;
 }
 
 bool NodeStore::setText(Id id, std::string_view text)
@@ -370,7 +422,7 @@ void NodeStore::compactWhenWasteful()
     const std::size_t used = m_arena.size() - m_waste;
     arena.reserve(used + used / 2 + toleratedWaste); // it need not move until the next time
     for (Id id = root; id < end(); ++id) {
-        if (isAlive(id)) {
+        if (isStored(id)) {
             const std::string_view stored(m_arena.data() + m_nodes[id].text, texts(id).size);
             m_nodes[id].text = static_cast<std::uint32_t>(arena.size());
             arena.append(stored);

@@ -3,6 +3,7 @@
 #include "platform/large_pages.h"
 
 #include <QHash>
+#include <QSet>
 
 #include <cstdint>
 #include <optional>
@@ -67,8 +68,12 @@ public:
     {
         return add(place(parent, name), text, colour);
     }
-    /// Removes a node with all that is under it.
+    /// Removes a node with all that is under it, also a station that is set aside.
     void remove(Id id);
+    /// Takes a station with all that is under it out of the tree, or back into its place there. Meanwhile
+    /// none of its nodes is alive. putBack() gives false where another station has its name by now.
+    void setAside(Id station);
+    bool putBack(Id station);
     bool setText(Id id, std::string_view text);
     /// Makes room for that many nodes more, whose names and texts have about that many bytes, at once.
     void reserve(std::size_t nodes, std::size_t bytes);
@@ -79,7 +84,7 @@ public:
     /// The node of a key.
     std::optional<Id> find(std::string_view key) const;
 
-    bool isAlive(Id id) const { return id < m_nodes.size() && m_nodes[id].text != dead; }
+    bool isAlive(Id id) const { return isStored(id) && (m_aside.isEmpty() || !isAside(id)); }
     Id parent(Id id) const { return m_nodes[id].parent; }
     const std::vector<Id> &children(Id id) const;
     std::size_t row(Id id) const; ///< among the children of its parent
@@ -105,8 +110,8 @@ public:
     std::size_t arenaSize() const { return m_arena.size(); }
     /// Bytes in use and reserved for all but names and texts.
     std::size_t overhead() const;
-    std::size_t count() const { return m_alive; }              ///< without the root
-    Id end() const { return static_cast<Id>(m_nodes.size()); } ///< beyond the last number
+    std::size_t count() const { return m_alive - m_asideCount; } ///< without the root
+    Id end() const { return static_cast<Id>(m_nodes.size()); }   ///< beyond the last number
 
 private:
     struct Node
@@ -132,12 +137,16 @@ private:
     template <class Value> using Large = std::vector<Value, LargePageAllocator<Value>>;
     using Arena = std::basic_string<char, std::char_traits<char>, LargePageAllocator<char>>;
 
+    bool isStored(Id id) const { return id < m_nodes.size() && m_nodes[id].text != dead; }
+    bool isAside(Id id) const;
+    std::size_t countFrom(Id id) const;
     static NodeKind childKind(NodeKind parent, std::string_view name);
     std::optional<std::uint32_t> store(std::string_view name, std::string_view text);
     void getKey(Id id, std::string_view stationName, std::string &key) const;
     std::size_t slotOf(const Place &place) const;
     std::uint32_t hash(Id parent, std::string_view name) const;
     void removeSlot(Id id);
+    void leaveSiblings(Id id);
     void rebuildSlots(std::size_t slots);
     void compactWhenWasteful();
 
@@ -146,7 +155,9 @@ private:
     Arena m_arena;
     std::size_t m_waste = 0; ///< bytes of the arena that no node uses
     std::size_t m_alive = 0;
-    Large<Slot> m_slots; ///< open addressing
+    QSet<Id> m_aside;             ///< stations that were taken out
+    std::size_t m_asideCount = 0; ///< of their nodes
+    Large<Slot> m_slots;          ///< open addressing
     std::size_t m_seed;
 };
 

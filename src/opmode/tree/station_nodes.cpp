@@ -1,5 +1,7 @@
 #include "opmode/tree/station_nodes.h"
 
+#include <algorithm>
+
 namespace ktr {
 
 namespace {
@@ -53,6 +55,27 @@ std::optional<StationNodes::Id> StationNodes::addEntry(Id branch, std::string_vi
         m_alarms.add(branch, 1);
     }
     return id;
+}
+
+void StationNodes::setAside(Id station)
+{
+    if (const auto notifications = m_store.child(station, branches::notifications)) {
+        m_alarms.remove(*notifications);
+    }
+    m_store.setAside(station);
+}
+
+bool StationNodes::putBack(Id station)
+{
+    if (!m_store.putBack(station)) {
+        return false;
+    }
+    if (const auto notifications = m_store.child(station, branches::notifications)) {
+        const auto red = std::ranges::count(m_store.children(*notifications), alarmColour,
+                                            [this](Id notification) { return m_store.colour(notification); });
+        m_alarms.add(*notifications, static_cast<int>(red));
+    }
+    return true;
 }
 
 void StationNodes::remove(Id id)

@@ -51,8 +51,11 @@ public:
     /// history.
     std::optional<Id> addEntry(Id branch, std::string_view name, std::string_view text, std::int32_t colour,
                                qint64 moment);
-    /// Removes a node with all that is under it.
+    /// Removes a node with all that is under it, also a station that is set aside.
     void remove(Id id);
+    /// As NodeStore has it.
+    void setAside(Id station);
+    bool putBack(Id station);
 
     bool setText(Id id, std::string_view text) { return m_store.setText(id, text); }
     /// Gives false when it has that colour already.

@@ -83,6 +83,42 @@ void StationTree::remove(const QModelIndex &index)
     emitAlarmCount();
 }
 
+NodeStore::Id StationTree::setAside(const QModelIndex &station)
+{
+    const Id id = idOf(station);
+    beginRemoveRows({}, station.row(), station.row());
+    m_statuses.remove(id);
+    m_renamed.remove(id);
+    m_nodes.setAside(id);
+    endRemoveRows();
+    emitAlarmCount();
+    return id;
+}
+
+QModelIndex StationTree::putBack(Id station)
+{
+    const QString text = textOf(nodes().texts(station).text);
+    const QString name = textOf(nodes().texts(station).name);
+    if (!isFreeName(text, station) || !isFreeName(name, station)) {
+        return {};
+    }
+    const std::vector<Id> &stations = nodes().children(NodeStore::root);
+    const auto row = static_cast<int>(std::ranges::lower_bound(stations, station) - stations.begin());
+    beginInsertRows({}, row, row);
+    m_nodes.putBack(station);
+    if (text != name) {
+        m_renamed.insert(station);
+    }
+    endInsertRows();
+    emitAlarmCount();
+    return indexOf(station);
+}
+
+void StationTree::drop(Id station)
+{
+    m_nodes.remove(station);
+}
+
 QString StationTree::freeName(const QString &base) const
 {
     QString name = base;

@@ -65,6 +65,11 @@ public:
     QModelIndex addStation(const QString &kennung);
     /// Removes a node with all that is under it.
     void remove(const QModelIndex &index);
+    /// Takes a station out of the tree, so that putBack() can bring it back to its place with all that is
+    /// under it; drop() forgets it. putBack() gives no index where its name is another station's by now.
+    NodeStore::Id setAside(const QModelIndex &station);
+    QModelIndex putBack(NodeStore::Id station);
+    void drop(NodeStore::Id station);
     /// The base name, or the first of "base (1)", "base (2)", ... that no station has as key or text.
     QString freeName(const QString &base) const;
 
