@@ -3814,6 +3814,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>From ... to ...</source>
         <translation>Von ... bis ...</translation>
     </message>
+    <message>
+        <source>The %L1 that are chosen</source>
+        <translation>Die %L1 gewählten</translation>
+    </message>
 </context>
 <context>
     <name>ktr::FileCommands</name>
@@ -4622,14 +4626,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Für eine weitere Station ist kein Platz</translation>
     </message>
     <message>
-        <source>Delete the station &quot;%1&quot; with its notifications, its history and its values?</source>
-        <translation>Die Station „%1“ mit ihren Meldungen, ihrer Historie und ihren Werten löschen?</translation>
-    </message>
-    <message>
-        <source>The station &quot;%1&quot; was deleted</source>
-        <translation>Die Station „%1“ wurde gelöscht</translation>
-    </message>
-    <message>
         <source>The station has no address yet</source>
         <translation>Die Station hat noch keine Adresse</translation>
     </message>
@@ -4712,10 +4708,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The station is added where the stations are watched</source>
         <translation>Die Station wird dort hinzugefügt, wo die Stationen überwacht werden</translation>
-    </message>
-    <message>
-        <source>The station &quot;%1&quot; is deleted where the stations are watched</source>
-        <translation>Die Station „%1“ wird dort gelöscht, wo die Stationen überwacht werden</translation>
     </message>
     <message>
         <source>Muted until %1</source>
@@ -5478,6 +5470,45 @@ Turm</translation>
     </message>
 </context>
 <context>
+    <name>ktr::ManyLine</name>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Leaves out the stations whose turn has not come</source>
+        <translation>Lässt die Stationen aus, die noch nicht an der Reihe waren</translation>
+    </message>
+    <message>
+        <source>Brings the stations back with their settings, entries and places (Ctrl+Z)</source>
+        <translation>Holt die Stationen mit Einstellungen, Einträgen und Plätzen zurück (Strg+Z)</translation>
+    </message>
+    <message>
+        <source>Lists the stations and the reasons</source>
+        <translation>Listet die Stationen und die Gründe auf</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>%L1 stations chosen</source>
+        <translation>%L1 Stationen gewählt</translation>
+    </message>
+    <message>
+        <source>1 station removed – Undo</source>
+        <translation>1 Station entfernt – rückgängig</translation>
+    </message>
+    <message>
+        <source>%L1 stations removed – Undo</source>
+        <translation>%L1 Stationen entfernt – rückgängig</translation>
+    </message>
+    <message>
+        <source>Not done: %L1</source>
+        <translation>Nicht ausgeführt: %L1</translation>
+    </message>
+</context>
+<context>
     <name>ktr::MessageIntake</name>
     <message>
         <source>%1: not understood: %2</source>
@@ -5708,6 +5739,14 @@ Turm</translation>
         <source>What the server does not take can wait in memory alone: %1</source>
         <translation>Was der Server nicht annimmt, kann nur im Arbeitsspeicher warten: %1</translation>
     </message>
+    <message>
+        <source>The program that watches the stations removes them for good</source>
+        <translation>Das Programm, das die Stationen überwacht, entfernt sie endgültig</translation>
+    </message>
+    <message>
+        <source>The record cannot be opened yet</source>
+        <translation>Die Aufzeichnung kann noch nicht geöffnet werden</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OperationalModeOpener</name>
@@ -5856,6 +5895,14 @@ Turm</translation>
     <message>
         <source>Add to the curves</source>
         <translation>Zu den Kurven hinzufügen</translation>
+    </message>
+    <message>
+        <source>Undo the removal</source>
+        <translation>Entfernen rückgängig</translation>
+    </message>
+    <message>
+        <source>Ask for the input values</source>
+        <translation>Eingangswerte anfordern</translation>
     </message>
 </context>
 <context>
@@ -6601,6 +6648,117 @@ Turm</translation>
     <message>
         <source>there is no folder that is the user&apos;s alone</source>
         <translation>es gibt keinen Ordner, der dem Benutzer allein gehört</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::StationCommands</name>
+    <message>
+        <source>%1: that goes on</source>
+        <translation>%1: das läuft noch</translation>
+    </message>
+    <message>
+        <source>%1 and %L2 more</source>
+        <translation>%1 und %L2 weitere</translation>
+    </message>
+    <message>
+        <source>Delete the station &quot;%1&quot; with its notifications, its history and its values?</source>
+        <translation>Die Station „%1“ mit ihren Meldungen, ihrer Historie und ihren Werten löschen?</translation>
+    </message>
+    <message>
+        <source>The station &quot;%1&quot; is deleted where the stations are watched</source>
+        <translation>Die Station „%1“ wird dort gelöscht, wo die Stationen überwacht werden</translation>
+    </message>
+    <message>
+        <source>The station &quot;%1&quot; was deleted</source>
+        <translation>Die Station „%1“ wurde gelöscht</translation>
+    </message>
+    <message>
+        <source>Delete %L1 stations with their notifications, their history and their values?</source>
+        <translation>%L1 Stationen mit ihren Meldungen, ihrer Historie und ihren Werten löschen?</translation>
+    </message>
+    <message>
+        <source>Until stations are deleted the next time, Ctrl+Z brings them back.</source>
+        <translation>Bis zum nächsten Löschen von Stationen holt Strg+Z sie zurück.</translation>
+    </message>
+    <message>
+        <source>They cannot be brought back: %1.</source>
+        <translation>Sie können nicht zurückgeholt werden: %1.</translation>
+    </message>
+    <message>
+        <source>Removing</source>
+        <translation>Entfernen:</translation>
+    </message>
+    <message>
+        <source>Stations that are removed where they are watched: %L1</source>
+        <translation>Stationen, die dort entfernt werden, wo sie überwacht werden: %L1</translation>
+    </message>
+    <message>
+        <source>Stations removed: %L1</source>
+        <translation>Entfernte Stationen: %L1</translation>
+    </message>
+    <message>
+        <source>Bringing back</source>
+        <translation>Zurückholen:</translation>
+    </message>
+    <message>
+        <source>%1: another station has this name now</source>
+        <translation>%1: So heißt jetzt eine andere Station</translation>
+    </message>
+    <message>
+        <source>Stations brought back: %L1</source>
+        <translation>Zurückgeholte Stationen: %L1</translation>
+    </message>
+    <message>
+        <source>Put %L1 stations offline? Their alarms do not arrive until they are online again.</source>
+        <translation>%L1 Stationen offline schalten? Ihre Alarme kommen nicht an, bis sie wieder online sind.</translation>
+    </message>
+    <message>
+        <source>Putting online</source>
+        <translation>Online schalten:</translation>
+    </message>
+    <message>
+        <source>Putting offline</source>
+        <translation>Offline schalten:</translation>
+    </message>
+    <message>
+        <source>%1: no longer there</source>
+        <translation>%1: nicht mehr vorhanden</translation>
+    </message>
+    <message>
+        <source>%1: it has no address yet</source>
+        <translation>%1: hat noch keine Adresse</translation>
+    </message>
+    <message>
+        <source>Stations put online: %L1</source>
+        <translation>Online geschaltete Stationen: %L1</translation>
+    </message>
+    <message>
+        <source>Stations put offline: %L1</source>
+        <translation>Offline geschaltete Stationen: %L1</translation>
+    </message>
+    <message>
+        <source>Stations in exclusive mode: %L1</source>
+        <translation>Stationen im Exklusivmodus: %L1</translation>
+    </message>
+    <message>
+        <source>Stations no longer in exclusive mode: %L1</source>
+        <translation>Stationen nicht mehr im Exklusivmodus: %L1</translation>
+    </message>
+    <message>
+        <source>Asking for values</source>
+        <translation>Werte anfordern:</translation>
+    </message>
+    <message>
+        <source>%1: it is offline</source>
+        <translation>%1: ist offline</translation>
+    </message>
+    <message>
+        <source>%1: it has a text to deliver already</source>
+        <translation>%1: hat schon einen Text zuzustellen</translation>
+    </message>
+    <message>
+        <source>Stations that are asked for their values: %L1</source>
+        <translation>Stationen, deren Werte angefordert werden: %L1</translation>
     </message>
 </context>
 <context>

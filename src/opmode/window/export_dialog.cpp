@@ -32,14 +32,20 @@ QString numbered(const char *array, std::size_t index)
     return QLatin1String(array) + u'_' + QString::number(index);
 }
 
+QStringList presentOf(QStringList stations, const StationTree &tree)
+{
+    stations.removeIf([&tree](const QString &kennung) { return !tree.find(kennung).isValid(); });
+    return stations;
+}
+
 } // namespace
 
-ExportDialog::ExportDialog(const StationTree &tree, const TextTable &texts, const QString &chosen,
+ExportDialog::ExportDialog(const StationTree &tree, const TextTable &texts, const QStringList &chosen,
                            Services services, QWidget *parent)
     : QDialog(parent),
       m_tree(tree),
       m_services(std::move(services)),
-      m_chosen(tree.find(chosen).isValid() ? chosen : QString()),
+      m_chosen(presentOf(chosen, tree)),
       m_cards(new QWidget(this)),
       m_work(new QTimer(this)),
       m_recount(new QTimer(this))
@@ -140,13 +146,15 @@ QDateTimeEdit *ExportDialog::timeField(const char *name, const QString &accessib
     return field;
 }
 
-QWidget *ExportDialog::stationsCard(const QString &chosen)
+QWidget *ExportDialog::stationsCard(const QStringList &chosen)
 {
     auto *card = new QGroupBox(tr("Stations"), m_cards);
     auto *lines = new QVBoxLayout(card);
-    const QString name = m_tree.find(chosen).data().toString();
+    const QString name = chosen.size() == 1 ? m_tree.find(chosen.constFirst()).data().toString() : QString();
     const std::array captions = {tr("All (%1)").arg(locale().toString(m_tree.rowCount())),
-                                 chosen.isEmpty() ? tr("The chosen one") : tr("Only %1").arg(name),
+                                 chosen.isEmpty()     ? tr("The chosen one")
+                                 : chosen.size() == 1 ? tr("Only %1").arg(name)
+                                                      : tr("The %L1 that are chosen").arg(chosen.size()),
                                  tr("These:")};
     for (std::size_t i = 0; i < m_stations.size(); ++i) {
         QString caption = captions[i];
@@ -155,7 +163,7 @@ QWidget *ExportDialog::stationsCard(const QString &chosen)
         lines->addWidget(m_stations[i]);
         connect(m_stations[i], &QRadioButton::clicked, this, &ExportDialog::choiceChanged);
     }
-    m_stations[AllStations]->setChecked(true);
+    m_stations[chosen.size() > 1 ? ChosenStation : AllStations]->setChecked(true);
     m_stations[ChosenStation]->setEnabled(!chosen.isEmpty());
     m_stations[ChosenStation]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed); // a name may be long
     m_stations[ChosenStation]->setToolTip(name);
@@ -192,7 +200,7 @@ ExportChoice ExportDialog::choice() const
     if (m_stations[TickedStations]->isChecked()) {
         choice.stations = m_list->ticked();
     } else if (m_stations[ChosenStation]->isChecked()) {
-        choice.stations = QStringList(m_chosen);
+        choice.stations = m_chosen;
     } else {
         for (int row = 0; row < m_tree.rowCount(); ++row) {
             choice.stations += m_tree.index(row, 0).data(StationTree::KeyRole).toString();

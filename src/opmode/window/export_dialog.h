@@ -36,9 +36,10 @@ public:
         std::function<QDateTime()> now = [] { return QDateTime::currentDateTime(); };
     };
 
-    /// The tree must outlive the dialog. `chosen` is the key of the station that is shown, empty for none.
-    ExportDialog(const StationTree &tree, const TextTable &texts, const QString &chosen, Services services,
-                 QWidget *parent = nullptr);
+    /// The tree must outlive the dialog. `chosen` are the keys of the stations that are chosen; several are
+    /// proposed.
+    ExportDialog(const StationTree &tree, const TextTable &texts, const QStringList &chosen,
+                 Services services, QWidget *parent = nullptr);
     ~ExportDialog() override;
 
     void reject() override;
@@ -53,7 +54,7 @@ private:
 
     QWidget *entriesCard(const TextTable &texts);
     QWidget *periodCard();
-    QWidget *stationsCard(const QString &chosen);
+    QWidget *stationsCard(const QStringList &chosen);
     QLayout *buttons(const TextTable &texts);
     QDateTimeEdit *timeField(const char *name, const QString &accessible);
     ExportChoice choice() const;
@@ -70,7 +71,7 @@ private:
 
     const StationTree &m_tree;
     Services m_services;
-    const QString m_chosen;
+    const QStringList m_chosen;
     std::array<QRadioButton *, 2> m_kinds{};
     QCheckBox *m_notAcknowledged = nullptr;
     QComboBox *m_period = nullptr;

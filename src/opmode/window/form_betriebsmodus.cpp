@@ -11,6 +11,7 @@
 #include "opmode/window/alarms/alarm_commands.h"
 #include "opmode/window/export_dialog.h"
 #include "opmode/window/list_banner.h"
+#include "opmode/window/many_line.h"
 #include "opmode/window/message_line.h"
 #include "opmode/window/operator_bar.h"
 #include "opmode/window/opmode_menus.h"
@@ -23,6 +24,7 @@
 #include "opmode/window/record/line_place.h"
 #include "opmode/window/record/record_window.h"
 #include "opmode/window/retention_dialog.h"
+#include "opmode/window/station_commands.h"
 #include "opmode/window/station_counts.h"
 #include "opmode/window/station_tree_pane.h"
 #include "opmode/window/station_tree_view.h"
@@ -193,6 +195,13 @@ void Form_betriebsmodus::layOut()
     m_muted = new QLabel(this);
     m_muted->setObjectName(QStringLiteral("lbl_muted"));
     m_muted->setContentsMargins(8, 0, 8, 0);
+    m_commands = new StationCommands({m_mode, m_texts, *m_menus, *m_tree,
+                                      [this](const QString &question, bool isLoss) {
+                                          return isLoss ? ask(question) : askSafely(question);
+                                      },
+                                      [this](const QString &line) { tell(line); }},
+                                     *this);
+    statusBar()->addPermanentWidget(&m_commands->line());
     statusBar()->addPermanentWidget(m_muted);
     statusBar()->addPermanentWidget(m_operatorBar->button());
     statusBar()->addPermanentWidget(m_counts);
@@ -226,22 +235,27 @@ void Form_betriebsmodus::connectTree()
         rememberChosen();
     });
     connect(&m_mode.tree(), &StationTree::stationRenamed, this, &Form_betriebsmodus::rememberChosen);
-    connect(m_pages, &OpmodePages::nodeWanted, m_tree, &StationTreeView::setCurrentIndex);
+    connect(m_tree, &StationTreeView::choiceChanged, this, &Form_betriebsmodus::enableActions);
+    connect(m_pages, &OpmodePages::nodeWanted, m_tree, &StationTreeView::goTo);
     connect(m_pages, &OpmodePages::statusMessage, this, &Form_betriebsmodus::tell);
     connect(m_pages, &OpmodePages::entryWanted, this, &Form_betriebsmodus::goTo);
     connect(m_tree, &StationTreeView::nameRefused, this,
             [this](const QString &name) { tell(StationTreeView::refusalOf(name)); });
     connect(m_overview, &OverviewPage::statusMessage, this, &Form_betriebsmodus::tell);
-    connect(&m_overview->view(), &OverviewView::stationChosen, this, [this](const QString &station) {
-        if (station != chosen()) { // the menus are about it
-            m_tree->setCurrentIndex(m_mode.tree().find(station));
+    connect(&m_overview->view(), &OverviewView::choiceChanged, this, [this] { // the menus are about it
+        const QScopedValueRollback following(m_isFollowing, true);
+        m_tree->chooseStations(m_overview->view().chosenStations(), m_overview->view().chosen());
+    });
+    connect(m_tree, &StationTreeView::choiceChanged, this, [this] {
+        if (m_overview->isVisible() && !m_isFollowing) { // what is brought back, for example
+            m_overview->view().chooseStations(m_tree->chosenStations(), chosen());
         }
     });
     connect(&m_overview->view(), &OverviewView::menuWanted, this,
             [this](const QPoint &place) { showTreeMenu(place, true); });
     connect(m_overview, &OverviewPage::stationWanted, this, [this](const QString &kennung) {
         showView(false);
-        m_tree->setCurrentIndex(m_mode.tree().find(kennung));
+        m_tree->choose(m_mode.tree().find(kennung));
         m_tree->setFocus();
     });
     connect(m_tree, &StationTreeView::menuWanted, this, &Form_betriebsmodus::showTreeMenu);
@@ -255,8 +269,6 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_station_add, &Form_betriebsmodus::addStation);
     does(m_menus->mnu_station_list, &Form_betriebsmodus::addStations);
     does(m_menus->mnu_station_rename, &Form_betriebsmodus::renameStation);
-    does(m_menus->mnu_station_del, &Form_betriebsmodus::deleteStation);
-    does(m_menus->mnu_station_online, [this](bool online) { m_mode.setOnline(chosen(), online); });
     does(m_menus->mnu_station_allonline, [this] { m_mode.setAllOnline(true); });
     does(m_menus->mnu_station_alloffline, &Form_betriebsmodus::putAllOffline);
     does(m_menus->mnu_konfiguration, &Form_betriebsmodus::configure);
@@ -334,9 +346,9 @@ void Form_betriebsmodus::goTo(const QString &kennung, const QModelIndex &entry)
     if (!station.isValid()) { // it is about none
         m_pages->showAllAlarms();
     } else if (!entry.isValid()) { // no module said it
-        m_tree->setCurrentIndex(station);
+        m_tree->choose(station);
     } else {
-        m_tree->setCurrentIndex(OpmodePages::notificationsOf(station));
+        m_tree->choose(OpmodePages::notificationsOf(station));
         m_pages->showNotification(entry);
     }
 }
@@ -385,6 +397,7 @@ void Form_betriebsmodus::applyTexts()
     showKeeper();
     showUnkept();
     m_messages->applyTexts();
+    m_commands->applyTexts();
     m_pages->applyTexts();
     m_treePane->applyTexts();
     m_overview->applyTexts();
@@ -474,6 +487,7 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
     }
     m_treePane->applyFilter();
     chooseAgain();
+    m_commands->listChanged();
     m_overview->openGroups(m_nodesPath);
     m_counts->showNow(); // at once: until the timer's turn it would say that there are none
     const bool isUsable = hindrance == Hindrance::None;
@@ -650,7 +664,7 @@ void Form_betriebsmodus::choosePlace()
 
 QModelIndex Form_betriebsmodus::chosenStation() const
 {
-    return StationTreeView::stationOf(m_tree->currentIndex());
+    return m_tree->chosenStation();
 }
 
 QString Form_betriebsmodus::chosen() const
@@ -672,7 +686,7 @@ void Form_betriebsmodus::showOverview()
 {
     m_splitter->hide();
     m_overview->show();
-    m_overview->view().choose(chosen());
+    m_overview->view().chooseStations(m_tree->chosenStations(), chosen());
     m_overview->view().scrollToTop(); // where the urgent ones are
     m_overview->view().setFocus();
     m_menus->setView(OpmodeMenus::View::Overview);
@@ -745,22 +759,25 @@ void Form_betriebsmodus::chooseAgain()
             break;
         }
     }
-    m_tree->setCurrentIndex(chosen);
+    m_tree->choose(chosen);
 }
 
 // What the menus do
 
 void Form_betriebsmodus::enableActions()
 {
-    const QString kennung = m_mode.hindrance() == OperationalMode::Hindrance::None ? chosen() : QString();
-    const AlarmActions &actions = m_mode.alarmActions();
     m_alarmBar->setAcceptable(m_mode.whyNot(OperationalMode::Deed::Operate));
-    m_menus->setStation(!kennung.isEmpty(), m_mode.attributes(kennung).online,
-                        !kennung.isEmpty() && actions.maintenanceOf(actions.numberOf(kennung)) != nullptr);
+    m_commands->showChosen(m_mode.hindrance() == OperationalMode::Hindrance::None);
     using Deed = OperationalMode::Deed;
     m_menus->setHindrances(
         {m_mode.isJoined() ? tr("Done in the program that watches the stations") : QString(),
          m_mode.whyNot(Deed::Operate), m_mode.whyNot(Deed::Administer), m_mode.whyNotForAll()});
+}
+
+bool Form_betriebsmodus::askSafely(const QString &question)
+{
+    const QScopedValueRollback busy(m_busy, m_busy + 1);
+    return Dialog::question(this, m_texts, question);
 }
 
 bool Form_betriebsmodus::ask(const QString &question)
@@ -777,7 +794,7 @@ void Form_betriebsmodus::addStation()
         return;
     }
     if (const QModelIndex added = m_mode.tree().find(kennung); added.isValid()) {
-        m_tree->setCurrentIndex(added);
+        m_tree->choose(added);
     } else {
         tell(tr("The station is added where the stations are watched"));
     }
@@ -794,7 +811,7 @@ void Form_betriebsmodus::addStations()
 void Form_betriebsmodus::exportEntries()
 {
     const QScopedValueRollback busy(m_busy, m_busy + 1);
-    ExportDialog dialog(m_mode.tree(), m_texts, chosen(), {m_services.askSave}, this);
+    ExportDialog dialog(m_mode.tree(), m_texts, m_commands->chosen(), {m_services.askSave}, this);
     connect(&dialog, &ExportDialog::statusMessage, this, &Form_betriebsmodus::tell);
     dialog.exec();
 }
@@ -842,19 +859,8 @@ void Form_betriebsmodus::renameStation()
     }
     if (m_tree->isVisible()) {
         const QModelIndex station = chosenStation();
-        m_tree->setCurrentIndex(station);
+        m_tree->choose(station);
         m_tree->edit(station);
-    }
-}
-
-void Form_betriebsmodus::deleteStation()
-{
-    const QString kennung = chosen();
-    const QString name = m_mode.tree().find(kennung).data().toString();
-    if (ask(tr("Delete the station \"%1\" with its notifications, its history and its values?").arg(name))) {
-        m_mode.removeStation(kennung);
-        tell(m_mode.isJoined() ? tr("The station \"%1\" is deleted where the stations are watched").arg(name)
-                               : tr("The station \"%1\" was deleted").arg(name));
     }
 }
 
@@ -867,6 +873,10 @@ void Form_betriebsmodus::putAllOffline()
 
 void Form_betriebsmodus::configure()
 {
+    if (m_tree->chosenCount() > 1) {
+        configureSeveral();
+        return;
+    }
     const cStation *station = m_mode.station(chosen());
     if (station == nullptr || station->hostAddress().isEmpty()) {
         tell(tr("The station has no address yet"));
@@ -875,15 +885,19 @@ void Form_betriebsmodus::configure()
     Q_EMIT configurationWanted(station->hostAddress());
 }
 
+/// Those that are chosen, where several are, else those that the tree shows.
 void Form_betriebsmodus::configureSeveral()
 {
-    QStringList shown;
-    for (int row = 0; row < m_mode.tree().rowCount(); ++row) {
-        if (!m_tree->isRowHidden(row, QModelIndex())) {
-            shown += m_mode.tree().index(row, 0).data(StationTree::KeyRole).toString();
+    QStringList wanted = m_tree->chosenStations();
+    if (wanted.size() < 2) {
+        wanted.clear();
+        for (int row = 0; row < m_mode.tree().rowCount(); ++row) {
+            if (!m_tree->isRowHidden(row, QModelIndex())) {
+                wanted += m_mode.tree().index(row, 0).data(StationTree::KeyRole).toString();
+            }
         }
     }
-    Q_EMIT fleetWanted(shown);
+    Q_EMIT fleetWanted(wanted);
 }
 
 } // namespace ktr

@@ -25,6 +25,7 @@ class OpmodePages;
 class OperatorBar;
 class OverviewPage;
 class RecordWindow;
+class StationCommands;
 class StationCounts;
 class StationTreePane;
 class StationTreeView;
@@ -125,12 +126,12 @@ private:
     void goTo(const QString &kennung, const QModelIndex &entry);
     bool showInTree(const RecordLine &line);
     void comeToFront();
-    void deleteStation();
     void renameStation();
     void putAllOffline();
     void configure();
     void configureSeveral();
     bool ask(const QString &question);
+    bool askSafely(const QString &question);
     void showView(bool treeOnly);
     void showOverview();
     void showCurves(const QModelIndex &added);
@@ -149,6 +150,7 @@ private:
     DesktopNotifier m_notifier;
     int m_busy = 0;
     bool m_isHeld = false;
+    bool m_isFollowing = false; ///< the tree follows the overview
 
     QString m_nodesPath;
     bool m_isShared = false; ///< it is the address of a record
@@ -171,6 +173,7 @@ private:
     StationTreePane *m_treePane;
     StationTreeView *m_tree; ///< that of the pane
     OpmodePages *m_pages;
+    StationCommands *m_commands;
     StationCounts *m_counts;
     MessageLine *m_messages;
     QPointer<RecordWindow> m_recordWindow; ///< no child: this window may stand above it

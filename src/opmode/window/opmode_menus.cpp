@@ -33,9 +33,13 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     mnu_station_list = addAction(m_stationMenu, "mnu_station_list");
     mnu_station_rename = addAction(m_stationMenu, "mnu_station_rename", QKeySequence(Qt::Key_F2));
     mnu_station_del = addAction(m_stationMenu, "mnu_station_del", QKeySequence(Qt::CTRL | Qt::Key_Delete));
+    mnu_station_undo = addAction(m_stationMenu, "mnu_station_undo", QKeySequence::Undo);
     m_stationMenu->addSeparator();
     mnu_station_online = addAction(m_stationMenu, "mnu_station_online");
     mnu_station_online->setCheckable(true);
+    mnu_exclusive = addAction(m_stationMenu, "mnu_exclusive");
+    mnu_exclusive->setCheckable(true);
+    mnu_values = addAction(m_stationMenu, "mnu_values", QKeySequence(Qt::Key_F5));
     mnu_station_allonline = addAction(m_stationMenu, "mnu_station_allonline");
     mnu_station_alloffline = addAction(m_stationMenu, "mnu_station_alloffline");
     m_stationMenu->addSeparator();
@@ -98,7 +102,10 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_station_list->setText(tr("Add several..."));
     mnu_station_rename->setText(tr("Rename"));
     mnu_station_del->setText(texts.text(Text::DeleteStation));
+    mnu_station_undo->setText(tr("Undo the removal"));
     mnu_station_online->setText(texts.text(Text::Online));
+    mnu_exclusive->setText(texts.text(Text::ExclusiveMode));
+    mnu_values->setText(tr("Ask for the input values"));
     mnu_maintenance->setText(tr("Maintenance..."));
     mnu_maintenance_end->setText(tr("End the maintenance"));
     m_alarmMenu->setTitle(tr("Alarms"));
@@ -145,14 +152,23 @@ void OpmodeMenus::setListUsable(bool isUsable)
     }
 }
 
-void OpmodeMenus::setStation(bool isChosen, bool isOnline, bool isMaintained)
+void OpmodeMenus::setChosen(const Chosen &chosen)
 {
-    for (QAction *action : {mnu_station_rename, mnu_station_del, mnu_station_online, mnu_konfiguration,
-                            mnu_maintenance, mnu_station_curves}) {
-        action->setEnabled(isChosen);
+    for (QAction *action : {mnu_station_del, mnu_station_online, mnu_exclusive, mnu_values, mnu_konfiguration,
+                            mnu_station_curves}) {
+        action->setEnabled(chosen.stations > 0);
     }
-    mnu_maintenance_end->setEnabled(isChosen && isMaintained);
-    mnu_station_online->setChecked(isOnline);
+    for (QAction *action : {mnu_station_rename, mnu_maintenance}) {
+        action->setEnabled(chosen.stations == 1);
+    }
+    mnu_maintenance_end->setEnabled(chosen.stations == 1 && chosen.isMaintained);
+    mnu_station_online->setChecked(chosen.areOnline);
+    mnu_exclusive->setChecked(chosen.areExclusive);
+}
+
+void OpmodeMenus::setRemoved(int stations)
+{
+    mnu_station_undo->setEnabled(stations > 0);
 }
 
 void OpmodeMenus::setHindrances(const Hindrances &hindrances)
@@ -166,8 +182,8 @@ void OpmodeMenus::setHindrances(const Hindrances &hindrances)
     hinder({mnu_konfiguration, mnu_transmit_several}, hindrances.configuring);
     hinder({mnu_rules, mnu_limits}, hindrances.ruling);
     hinder({mnu_station_add, mnu_station_list, mnu_station_rename, mnu_station_del}, hindrances.listing);
-    hinder({mnu_station_online, mnu_station_allonline, mnu_station_alloffline, mnu_maintenance,
-            mnu_maintenance_end},
+    hinder({mnu_station_online, mnu_exclusive, mnu_values, mnu_station_allonline, mnu_station_alloffline,
+            mnu_maintenance, mnu_maintenance_end},
            hindrances.operating);
 }
 

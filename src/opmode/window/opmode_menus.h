@@ -23,9 +23,19 @@ public:
 
     /// Where the list of stations cannot be used the window can only be closed.
     void setListUsable(bool isUsable);
-    /// Enables what is about one station, and shows whether that is online; in maintenance it can be taken
-    /// out of it.
-    void setStation(bool isChosen, bool isOnline, bool isMaintained);
+    /// What is chosen: how many stations, whether all of them are online, exclusive; one in maintenance can
+    /// be taken out of it.
+    struct Chosen
+    {
+        int stations = 0;
+        bool areOnline = false;
+        bool areExclusive = false;
+        bool isMaintained = false;
+    };
+    /// Enables what is about one station, or also about several, and shows how they are.
+    void setChosen(const Chosen &chosen);
+    /// So many stations can be brought back.
+    void setRemoved(int stations);
     /// Why nothing can be done now in an action's way, which is disabled then and says so; empty when it can.
     struct Hindrances
     {
@@ -50,6 +60,9 @@ public:
     QAction *mnu_station_online;
     QAction *mnu_station_allonline;
     QAction *mnu_station_alloffline;
+    QAction *mnu_station_undo;
+    QAction *mnu_exclusive;
+    QAction *mnu_values;
     QAction *mnu_konfiguration;
     QAction *mnu_transmit_several;
     QAction *mnu_export;

@@ -10,6 +10,8 @@
 #include <QScrollBar>
 #include <QToolTip>
 
+#include <algorithm>
+
 namespace ktr {
 
 namespace {
@@ -17,6 +19,21 @@ namespace {
 constexpr int filterMs = 100;
 constexpr int layoutMs = 250;
 constexpr int tipMs = 100;
+
+/// Of rows in growing order; those that follow each other are one range.
+QItemSelection selectionOf(const StationTree &tree, const std::vector<int> &rows)
+{
+    QItemSelection selection;
+    for (std::size_t first = 0; first < rows.size();) {
+        std::size_t last = first;
+        while (last + 1 < rows.size() && rows[last + 1] <= rows[last] + 1) {
+            ++last;
+        }
+        selection.append({tree.index(rows[first], 0), tree.index(rows[last], 0)});
+        first = last + 1;
+    }
+    return selection;
+}
 
 } // namespace
 
@@ -33,6 +50,7 @@ StationTreeView::StationTreeView(StationTree &tree, QWidget *parent)
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setVerticalScrollMode(ScrollPerItem);
+    setSelectionMode(ExtendedSelection);
     setEditTriggers(EditKeyPressed | SelectedClicked);
     setTextElideMode(Qt::ElideRight);
     viewport()->setMouseTracking(true);
@@ -106,6 +124,8 @@ void StationTreeView::applyFilter()
 void StationTreeView::showPassing(bool mayHide)
 {
     m_shown = 0;
+    const bool isSeveral = chosenCount() > 1;
+    std::vector<int> hidden;
     for (int row = 0; row < m_tree.rowCount(); ++row) {
         const bool isShown = !isRowHidden(row, {});
         bool shows = m_filter.isOff() || m_filter.passes(m_tree.index(row, 0));
@@ -116,9 +136,115 @@ void StationTreeView::showPassing(bool mayHide)
         if (shows != isShown) {
             setRowHidden(row, {}, !shows);
         }
+        if (!shows && isSeveral) { // nobody means what is not seen
+            hidden.push_back(row);
+        }
         m_shown += shows ? 1 : 0;
     }
+    if (!hidden.empty()) {
+        selectionModel()->select(selectionOf(m_tree, hidden), QItemSelectionModel::Deselect);
+    }
     Q_EMIT filtered();
+}
+
+// What is chosen
+
+/// The keys that are held meanwhile mean nothing.
+void StationTreeView::choose(const QModelIndex &node)
+{
+    selectionModel()->setCurrentIndex(node, QItemSelectionModel::ClearAndSelect);
+}
+
+void StationTreeView::goTo(const QModelIndex &node)
+{
+    const std::vector<int> rows = chosenRows();
+    if (rows.size() > 1 && std::ranges::binary_search(rows, stationOf(node).row())) {
+        selectionModel()->setCurrentIndex(node, QItemSelectionModel::Select);
+    } else {
+        choose(node);
+    }
+}
+
+void StationTreeView::chooseStations(const QStringList &stations, const QString &current)
+{
+    std::vector<int> rows;
+    rows.reserve(static_cast<std::size_t>(stations.size()));
+    for (const QString &kennung : stations) {
+        if (const QModelIndex station = m_tree.find(kennung); station.isValid()) {
+            rows.push_back(station.row());
+        }
+    }
+    std::ranges::sort(rows);
+    selectionModel()->select(selectionOf(m_tree, rows), QItemSelectionModel::ClearAndSelect);
+    const QModelIndex station = m_tree.find(current);
+    if (station.isValid() && stationOf(currentIndex()) != station) {
+        selectionModel()->setCurrentIndex(station, QItemSelectionModel::NoUpdate);
+    }
+}
+
+/// In growing order.
+std::vector<int> StationTreeView::chosenRows() const
+{
+    std::vector<int> rows;
+    for (const QItemSelectionRange &range : selectionModel()->selection()) {
+        if (range.parent().isValid()) {
+            rows.push_back(stationOf(range.parent()).row());
+            continue;
+        }
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            rows.push_back(row);
+        }
+    }
+    std::ranges::sort(rows);
+    const auto again = std::ranges::unique(rows);
+    rows.erase(again.begin(), again.end());
+    return rows;
+}
+
+QModelIndex StationTreeView::chosenStation() const
+{
+    const std::vector<int> rows = chosenRows();
+    return rows.size() == 1 ? m_tree.index(rows.front(), 0) : stationOf(currentIndex());
+}
+
+QStringList StationTreeView::chosenStations() const
+{
+    QStringList stations;
+    std::vector<int> rows = chosenRows();
+    if (rows.empty() && currentIndex().isValid()) {
+        rows = {stationOf(currentIndex()).row()};
+    }
+    for (const int row : rows) {
+        stations += m_tree.index(row, 0).data(StationTree::KeyRole).toString();
+    }
+    return stations;
+}
+
+void StationTreeView::selectAll()
+{
+    std::vector<int> rows;
+    for (int row = 0; row < m_tree.rowCount(); ++row) {
+        if (!isRowHidden(row, {})) {
+            rows.push_back(row);
+        }
+    }
+    selectionModel()->select(selectionOf(m_tree, rows), QItemSelectionModel::ClearAndSelect);
+}
+
+void StationTreeView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QTreeView::selectionChanged(selected, deselected);
+    if (!selectionModel()->hasSelection() && currentIndex().isValid()) { // pages and menus are about one
+        QMetaObject::invokeMethod(this, &StationTreeView::keepOneChosen, Qt::QueuedConnection);
+    }
+    Q_EMIT choiceChanged();
+}
+
+void StationTreeView::keepOneChosen()
+{
+    if (!selectionModel()->hasSelection() && currentIndex().isValid()) {
+        selectionModel()->select(currentIndex(), QItemSelectionModel::Select);
+    }
 }
 
 // Nothing is to be moved away from under the user's hand.

@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <QTreeView>
 
+#include <vector>
+
 namespace ktr {
 
 class ViewActivity;
@@ -31,6 +33,21 @@ public:
     void endHold();
     using QTreeView::scheduleDelayedItemsLayout;
 
+    /// Makes a node the current and the only chosen one.
+    void choose(const QModelIndex &node);
+    /// The same, but where several stations are chosen and the node is of one of them they stay so.
+    void goTo(const QModelIndex &node);
+    /// Chooses these stations alone; the current one becomes the node of this station, or stays under it.
+    void chooseStations(const QStringList &stations, const QString &current);
+    /// That of the current node, but the only one that is chosen where one alone is.
+    QModelIndex chosenStation() const;
+    /// The keys of the stations that are chosen, or of which something is, in the order of the tree;
+    /// that of the current node where none is.
+    QStringList chosenStations() const;
+    int chosenCount() const { return static_cast<int>(chosenRows().size()); }
+    /// All stations that are shown.
+    void selectAll() override;
+
     /// The station that a node belongs to.
     static QModelIndex stationOf(QModelIndex index);
 
@@ -43,6 +60,8 @@ Q_SIGNALS:
     /// A name that the user gave was not taken.
     void nameRefused(const QString &name);
     void currentNodeChanged(const QModelIndex &index);
+    /// Other nodes are chosen.
+    void choiceChanged();
     /// The rows stand further up than they would by themselves, until endHold() is called.
     void rowsHeld();
     void filtered();
@@ -53,6 +72,7 @@ Q_SIGNALS:
 protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void rowsInserted(const QModelIndex &parent, int start, int end) override;
     bool viewportEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -60,6 +80,8 @@ protected:
     void updateGeometries() override;
 
 private:
+    std::vector<int> chosenRows() const;
+    void keepOneChosen();
     void refreshTip();
     void filterSoon();
     QModelIndex heldNode() const;

@@ -70,7 +70,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         QString path = folder.filePath("none/out.csv");
         QString proposal;
-        ExportDialog dialog(m_mode->tree(), m_texts, "Pump 1",
+        ExportDialog dialog(m_mode->tree(), m_texts, {"Pump 1"},
                             {[&](const QString &name, const QString &) {
                                  proposal = name;
                                  return path;

@@ -14,6 +14,7 @@
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 
@@ -55,7 +56,7 @@ OverviewView::OverviewView(const OperationalMode &mode, OverviewModel &model, QW
     setWrapping(true);
     setUniformItemSizes(true);
     setResizeMode(Adjust);
-    setSelectionMode(SingleSelection);
+    setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -65,9 +66,12 @@ OverviewView::OverviewView(const OperationalMode &mode, OverviewModel &model, QW
     viewport()->setMouseTracking(true);
     setItemDelegate(new TileDelegate(*this));
     setModel(&model);
-    connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_chosen = chosen(); });
+    connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+        m_chosen = chosen();
+        m_chosenStations = chosenStations();
+    });
     connect(&model, &QAbstractItemModel::modelReset, this, [this] {
-        choose(m_chosen);
+        chooseStations(m_chosenStations, m_chosen);
         fit();
     });
     connect(this, &QAbstractItemView::activated, this, [this](const QModelIndex &index) {
@@ -89,6 +93,7 @@ void OverviewView::setOnWall(bool isOnWall)
         return;
     }
     m_isOnWall = isOnWall;
+    setSelectionMode(isOnWall ? SingleSelection : ExtendedSelection);
     setVerticalScrollBarPolicy(isOnWall ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAlwaysOn);
     if (isOnWall) {
         m_wasFitting = m_isFitting;
@@ -134,20 +139,64 @@ QString OverviewView::chosen() const
     return currentIndex().data(OverviewModel::KeyRole).toString();
 }
 
-void OverviewView::choose(const QString &kennung)
+void OverviewView::chooseStations(const QStringList &stations, const QString &current)
 {
-    if (const int row = m_model.rowOf(kennung); row >= 0) {
-        setAutoScroll(false);
-        setCurrentIndex(m_model.index(row));
-        setAutoScroll(true);
+    std::vector<int> rows;
+    for (const QString &kennung : stations) {
+        if (const int row = m_model.rowOf(kennung); row >= 0) {
+            rows.push_back(row);
+        }
     }
+    std::ranges::sort(rows);
+    QItemSelection selection;
+    for (std::size_t first = 0; first < rows.size();) {
+        std::size_t last = first;
+        while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1) {
+            ++last;
+        }
+        selection.append({m_model.index(rows[first]), m_model.index(rows[last])});
+        first = last + 1;
+    }
+    const QScopedValueRollback choosing(m_isChoosing, true);
+    setAutoScroll(false);
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    if (const int row = m_model.rowOf(current); row >= 0 && row != currentIndex().row()) {
+        selectionModel()->setCurrentIndex(m_model.index(row), QItemSelectionModel::NoUpdate);
+    }
+    setAutoScroll(true);
+}
+
+QStringList OverviewView::chosenStations() const
+{
+    QStringList stations;
+    QItemSelection selection = selectionModel()->selection();
+    std::ranges::sort(selection, {}, &QItemSelectionRange::top);
+    for (const QItemSelectionRange &range : std::as_const(selection)) {
+        for (int row = range.top(); row <= range.bottom(); ++row) {
+            stations += m_model.glance(row).kennung;
+        }
+    }
+    return stations;
 }
 
 void OverviewView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QListView::currentChanged(current, previous);
-    if (current.isValid()) {
-        Q_EMIT stationChosen(chosen());
+    if (current.isValid() && !m_isChoosing) {
+        Q_EMIT choiceChanged();
+    }
+}
+
+void OverviewView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QListView::selectionChanged(selected, deselected);
+    const QItemSelection chosen = selectionModel()->selection();
+    const bool areSeveral = chosen.size() > 1 || (chosen.size() == 1 && chosen.constFirst().height() > 1);
+    if (std::exchange(m_areSeveralChosen, areSeveral) != areSeveral) {
+        viewport()->update();
+    }
+    if (!m_isChoosing && selectionModel()->hasSelection()) {
+        Q_EMIT choiceChanged();
     }
 }
 
@@ -422,6 +471,9 @@ void OverviewView::paintTile(QPainter &painter, const QRect &where, const QModel
         tile.paintCell(painter, place, glance);
     } else {
         tile.paint(painter, place, glance, textsOf(glance));
+    }
+    if (m_areSeveralChosen && !m_isOnWall && selectionModel()->isSelected(index)) {
+        tile.paintChosen(painter, place.rect);
     }
 }
 

@@ -43,14 +43,17 @@ public:
     QString description(const StationGlance &glance) const;
     bool isInUse() const;
     QString chosen() const; ///< its key, empty for none
-    /// Scrolls nothing.
-    void choose(const QString &kennung);
+    /// Chooses these alone; the tile of the current one gets the focus. Scrolls nothing.
+    void chooseStations(const QStringList &stations, const QString &current);
+    /// The keys of those that are chosen, in the order of the tiles.
+    QStringList chosenStations() const;
 
     void paintTile(QPainter &painter, const QRect &where, const QModelIndex &index, bool isPointed) const;
     QSize tileSize() const { return m_tile; }
 
 Q_SIGNALS:
-    void stationChosen(const QString &kennung);
+    /// The user chose other stations, or none.
+    void choiceChanged();
     /// It is to be shown in the tree.
     void stationWanted(const QString &kennung);
     /// The user typed what may begin a search.
@@ -61,6 +64,7 @@ Q_SIGNALS:
 
 protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     bool viewportEvent(QEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -94,6 +98,9 @@ private:
     mutable std::optional<TilePainter> m_painter; ///< of the present level, font and palette
     QList<int> m_channels;
     QString m_chosen; ///< before the rows came anew
+    QStringList m_chosenStations;
+    bool m_isChoosing = false; ///< not the user
+    bool m_areSeveralChosen = false;
 };
 
 } // namespace ktr

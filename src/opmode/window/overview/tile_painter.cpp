@@ -313,4 +313,18 @@ void TilePainter::paintCell(QPainter &painter, const Place &place, const Station
     paintChoice(painter, place);
 }
 
+void TilePainter::paintChosen(QPainter &painter, const QRectF &where) const
+{
+    constexpr int veil = 60;
+    constexpr int frame = 2;
+    QColor colour = m_palette.color(QPalette::Highlight);
+    const QRectF inside = where.adjusted(1, 1, -1, -1);
+    painter.save();
+    painter.setPen(QPen(colour, frame));
+    colour.setAlpha(veil);
+    painter.setBrush(colour);
+    painter.drawRect(inside.adjusted(frame / 2.0, frame / 2.0, -frame / 2.0, -frame / 2.0));
+    painter.restore();
+}
+
 } // namespace ktr

@@ -64,6 +64,9 @@ public:
                const TileTexts &texts) const;
     void paintCell(QPainter &painter, const Place &place, const StationGlance &glance) const;
 
+    /// Marks one of several stations that are chosen.
+    void paintChosen(QPainter &painter, const QRectF &where) const;
+
 private:
     void paintGround(QPainter &painter, const Place &place, Urgency urgency) const;
     void paintHead(QPainter &painter, QRectF where, const StationGlance &glance) const;

@@ -1,0 +1,305 @@
+#include "opmode/window/station_commands.h"
+
+#include "look/message_dialog.h"
+#include "look/outside_texts.h"
+#include "opmode/window/many_line.h"
+#include "opmode/window/opmode_menus.h"
+#include "opmode/window/station_tree_view.h"
+
+#include <QAction>
+
+#include <algorithm>
+
+namespace ktr {
+
+StationCommands::StationCommands(const Services &services, QWidget &window)
+    : QObject(&window), m_services(services), m_window(window), m_line(new ManyLine(m_work, &window))
+{
+    const OpmodeMenus &menus = services.menus;
+    const auto does = [this](QAction *action, auto &&slot) {
+        connect(action, &QAction::triggered, this, std::forward<decltype(slot)>(slot));
+    };
+    does(menus.mnu_station_del, [this] { remove(); });
+    does(menus.mnu_station_undo, &StationCommands::undo);
+    does(menus.mnu_station_online, &StationCommands::setOnline);
+    does(menus.mnu_exclusive, &StationCommands::setExclusive);
+    does(menus.mnu_values, &StationCommands::requestValues);
+    connect(m_line, &ManyLine::undoWanted, this, &StationCommands::undo);
+    connect(m_line, &ManyLine::stopWanted, &m_work, &ManyStations::stop);
+    connect(m_line, &ManyLine::failuresWanted, this, [this] {
+        Dialog::message(&m_window, m_services.texts, m_work.failures().join(u'\n'),
+                        QStringLiteral("many stations"));
+    });
+}
+
+QStringList StationCommands::chosen() const
+{
+    return m_services.tree.chosenStations();
+}
+
+void StationCommands::applyTexts()
+{
+    m_line->applyTexts();
+}
+
+void StationCommands::showChosen(bool isUsable)
+{
+    const OperationalMode &mode = m_services.mode;
+    const QStringList stations = isUsable ? chosen() : QStringList();
+    const auto all = [&](bool (cStation::*is)() const) {
+        return !stations.isEmpty() && std::ranges::all_of(stations, [&](const QString &kennung) {
+            const cStation *station = mode.station(kennung);
+            return station != nullptr &&
+                   ((station->*is)() || (is == &cStation::online && mode.isLent(kennung)));
+        });
+    };
+    OpmodeMenus::Chosen chosen;
+    chosen.stations = static_cast<int>(stations.size());
+    chosen.areOnline = all(&cStation::online);
+    chosen.areExclusive = all(&cStation::exclusiveMode);
+    const AlarmActions &actions = mode.alarmActions();
+    chosen.isMaintained =
+        stations.size() == 1 && actions.maintenanceOf(actions.numberOf(stations.constFirst())) != nullptr;
+    m_services.menus.setChosen(chosen);
+    m_services.menus.setRemoved(isUsable ? mode.removal().count() : 0);
+    m_line->showChosen(chosen.stations);
+}
+
+void StationCommands::listChanged()
+{
+    m_work.stop();
+    showRemoved();
+}
+
+void StationCommands::start(const QStringList &stations, ManyStations::Job job)
+{
+    m_work.start(stations, std::move(job));
+}
+
+bool StationCommands::isBusy()
+{
+    if (!m_work.isIdle()) {
+        m_services.tell(tr("%1: that goes on").arg(m_work.doing()));
+    }
+    return !m_work.isIdle();
+}
+
+QString StationCommands::nameOf(const QString &kennung) const
+{
+    return m_services.mode.tree().find(kennung).data().toString();
+}
+
+/// The first of them, and how many more there are.
+QString StationCommands::named(const QStringList &stations) const
+{
+    constexpr qsizetype most = 5;
+    constexpr qsizetype longest = 40;
+    QStringList names;
+    for (const QString &kennung : stations.first(std::min(most, stations.size()))) {
+        names += shortenedLine(nameOf(kennung), longest);
+    }
+    const QString first = names.join(QLatin1String(", "));
+    return stations.size() > most ? tr("%1 and %L2 more").arg(first).arg(stations.size() - most) : first;
+}
+
+// Removing, and bringing back
+
+void StationCommands::remove()
+{
+    const QStringList stations = chosen();
+    if (stations.isEmpty() || isBusy()) {
+        return;
+    }
+    stations.size() == 1 ? removeOne(stations.constFirst()) : removeMany(stations);
+}
+
+void StationCommands::removeOne(const QString &kennung)
+{
+    const QString name = nameOf(kennung);
+    if (m_services.ask(
+            tr("Delete the station \"%1\" with its notifications, its history and its values?").arg(name),
+            true)) {
+        removeStations({kennung});
+        m_services.tell(m_services.mode.isJoined()
+                            ? tr("The station \"%1\" is deleted where the stations are watched").arg(name)
+                            : tr("The station \"%1\" was deleted").arg(name));
+    }
+}
+
+void StationCommands::removeMany(const QStringList &stations)
+{
+    const QString why = m_services.mode.whyNotBack();
+    const QString question =
+        tr("Delete %L1 stations with their notifications, their history and their values?")
+            .arg(stations.size()) +
+        QLatin1String("\n\n") + named(stations) + QLatin1String(".\n\n") +
+        (why.isEmpty() ? tr("Until stations are deleted the next time, Ctrl+Z brings them back.")
+                       : tr("They cannot be brought back: %1.").arg(why));
+    if (m_services.ask(question, !why.isEmpty())) {
+        removeStations(stations);
+    }
+}
+
+void StationCommands::removeStations(const QStringList &stations)
+{
+    chooseBeside(stations);
+    OperationalMode &mode = m_services.mode;
+    const bool isForGood = !mode.whyNotBack().isEmpty();
+    mode.removal().begin();
+    const bool isMany = stations.size() > 1;
+    start(stations, {tr("Removing"),
+                     [&mode, isForGood](const QString &kennung) {
+                         isForGood ? mode.removeStation(kennung) : mode.removal().remove(kennung);
+                         return QString();
+                     },
+                     [this, isForGood, isMany](int count) {
+                         showRemoved();
+                         if (isMany) {
+                             m_services.tell(
+                                 isForGood && m_services.mode.isJoined()
+                                     ? tr("Stations that are removed where they are watched: %L1").arg(count)
+                                     : tr("Stations removed: %L1").arg(count));
+                         }
+                     }});
+}
+
+/// The station after the last one that goes, or else the one before: it has the focus then.
+void StationCommands::chooseBeside(const QStringList &stations)
+{
+    StationTreeView &view = m_services.tree;
+    const QAbstractItemModel &tree = *view.model();
+    const QSet<QString> going(stations.cbegin(), stations.cend());
+    const int last = m_services.mode.tree().find(stations.constLast()).row();
+    const auto stays = [&](int row) {
+        return !view.isRowHidden(row, {}) &&
+               !going.contains(tree.index(row, 0).data(StationTree::KeyRole).toString());
+    };
+    for (int row = last + 1; row < tree.rowCount(); ++row) {
+        if (stays(row)) {
+            view.choose(tree.index(row, 0));
+            return;
+        }
+    }
+    for (int row = last; row >= 0; --row) {
+        if (stays(row)) {
+            view.choose(tree.index(row, 0));
+            return;
+        }
+    }
+    view.clearSelection(); // none is left that is shown
+}
+
+void StationCommands::showRemoved()
+{
+    const int count = m_services.mode.removal().count();
+    m_line->showRemoved(count);
+    m_services.menus.setRemoved(count);
+}
+
+void StationCommands::undo()
+{
+    OperationalMode &mode = m_services.mode;
+    if (mode.removal().count() == 0 || isBusy()) {
+        return;
+    }
+    const QStringList stations = mode.removal().stations();
+    start(stations, {tr("Bringing back"),
+                     [&mode](const QString &kennung) {
+                         return mode.removal().restoreNext()
+                                    ? QString()
+                                    : tr("%1: another station has this name now").arg(kennung);
+                     },
+                     [this, stations](int count) {
+                         m_services.mode.settleRestored();
+                         showRemoved();
+                         m_services.tree.chooseStations(stations, stations.constFirst());
+                         m_services.tree.scrollTo(m_services.tree.currentIndex());
+                         m_services.tell(tr("Stations brought back: %L1").arg(count));
+                     }});
+}
+
+// What is done with each
+
+void StationCommands::setOnline(bool online)
+{
+    const QStringList stations = chosen();
+    OperationalMode &mode = m_services.mode;
+    if (stations.size() == 1) {
+        mode.setOnline(stations.constFirst(), online);
+        return;
+    }
+    if (isBusy() ||
+        (!online &&
+         !m_services.ask(
+             tr("Put %L1 stations offline? Their alarms do not arrive until they are online again.")
+                     .arg(stations.size()) +
+                 QLatin1String("\n\n") + named(stations),
+             true))) {
+        showChosen(true);
+        return;
+    }
+    start(stations,
+          {online ? tr("Putting online") : tr("Putting offline"),
+           [this, online](const QString &kennung) {
+               const cStation *station = m_services.mode.station(kennung);
+               if (station == nullptr) {
+                   return tr("%1: no longer there").arg(kennung);
+               }
+               if (online && station->hostAddress().isEmpty()) {
+                   return tr("%1: it has no address yet").arg(nameOf(kennung));
+               }
+               if (station->online() != online || m_services.mode.isLent(kennung)) {
+                   m_services.mode.setOnline(kennung, online);
+               }
+               return QString();
+           },
+           [this, online](int count) {
+               showChosen(true);
+               m_services.tell(
+                   (online ? tr("Stations put online: %L1") : tr("Stations put offline: %L1")).arg(count));
+           }});
+}
+
+void StationCommands::setExclusive(bool exclusive)
+{
+    const QStringList stations = chosen();
+    if (isBusy()) {
+        showChosen(true);
+        return;
+    }
+    start(stations, {m_services.texts.text(Text::ExclusiveMode),
+                     [this, exclusive](const QString &kennung) {
+                         if (m_services.mode.station(kennung) == nullptr) {
+                             return tr("%1: no longer there").arg(kennung);
+                         }
+                         m_services.mode.setExclusive(kennung, exclusive);
+                         return QString();
+                     },
+                     [this, exclusive](int count) {
+                         showChosen(true);
+                         m_services.tell((exclusive ? tr("Stations in exclusive mode: %L1")
+                                                    : tr("Stations no longer in exclusive mode: %L1"))
+                                             .arg(count));
+                     }});
+}
+
+void StationCommands::requestValues()
+{
+    if (isBusy()) {
+        return;
+    }
+    start(chosen(), {tr("Asking for values"),
+                     [this](const QString &kennung) {
+                         const cStation *station = m_services.mode.station(kennung);
+                         return station == nullptr   ? tr("%1: no longer there").arg(kennung)
+                                : !station->online() ? tr("%1: it is offline").arg(nameOf(kennung))
+                                : m_services.mode.requestValues(kennung)
+                                    ? QString()
+                                    : tr("%1: it has a text to deliver already").arg(nameOf(kennung));
+                     },
+                     [this](int count) {
+                         m_services.tell(tr("Stations that are asked for their values: %L1").arg(count));
+                     }});
+}
+
+} // namespace ktr

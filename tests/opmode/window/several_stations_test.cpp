@@ -1,0 +1,272 @@
+#include "opmode/overview/overview_model.h"
+#include "opmode/window/form_betriebsmodus.h"
+#include "opmode/window/overview/overview_view.h"
+#include "opmode/window/station_tree_view.h"
+#include "platform/files.h"
+#include "platform/registry.h"
+#include "support/environment.h"
+#include "support/manual_timers.h"
+#include "support/recorded_line.h"
+#include "support/test_files.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+
+using namespace ktr;
+using namespace ktr::test;
+
+class SeveralStationsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        MRegistry::setRegistryFile(m_folder->filePath("registry.json"));
+    }
+    void cleanup()
+    {
+        leave();
+        m_folder.reset();
+    }
+
+    void severalAreChosenInTheTreeAndTheOverviewAlike()
+    {
+        open(8);
+        click("S0");
+        click("S3", Qt::ShiftModifier);
+        click("S6", Qt::ControlModifier);
+        QCOMPARE(tree()->chosenStations(), (QStringList{"S0", "S1", "S2", "S3", "S6"}));
+        QVERIFY(label("lbl_chosen")->isVisible() && label("lbl_chosen")->text().startsWith("5 "));
+        QVERIFY(!action("mnu_station_rename")->isEnabled() && action("mnu_station_del")->isEnabled());
+        m_window->findChild<QTabWidget *>("TabStrip_pages")
+            ->setCurrentIndex(2); // pages are about one of them
+        QCOMPARE(tree()->chosenCount(), 5);
+        action("mnu_overview")->trigger();
+        auto *view = m_window->findChild<OverviewView *>("List_overview");
+        QCOMPARE(view->chosenStations().size(), 5);
+        QTest::keyClick(view, Qt::Key_Home);
+        QTest::keyClick(view, Qt::Key_Right, Qt::ShiftModifier);
+        QCOMPARE(tree()->chosenStations(), (QStringList{"S0", "S1"}));
+        QTest::keyClick(view, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(tree()->chosenCount(), 8);
+        action("mnu_ansicht_normal")->trigger();
+        tree()->setFocus();
+        QTest::keyClick(tree(), Qt::Key_Up);
+        QCOMPARE(tree()->chosenCount(), 1);
+        QVERIFY(!label("lbl_chosen")->isVisible());
+    }
+
+    void allThatTheFilterShowsAreChosenAndNoneThatItHides()
+    {
+        open(12);
+        auto *search = m_window->findChild<QLineEdit *>("Text_filter_station");
+        search->setText("S1"); // 1, 10, 11
+        QTRY_COMPARE(tree()->shownStations(), 3);
+        tree()->setFocus();
+        QTest::keyClick(tree(), Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(tree()->chosenStations(), (QStringList{"S1", "S10", "S11"}));
+        QSignalSpy fleet(m_window.get(), &Form_betriebsmodus::fleetWanted);
+        action("mnu_transmit_several")->trigger();
+        QCOMPARE(fleet.first().first().toStringList(), (QStringList{"S1", "S10", "S11"}));
+        search->setText("S10");
+        QTRY_COMPARE(tree()->chosenStations(), QStringList("S10"));
+    }
+
+    void removedStationsComeBackWithAllTheyHadAlsoAfterACrash_data()
+    {
+        QTest::addColumn<bool>("isFileWritten");
+        QTest::newRow("the file is older than the removal") << false;
+        QTest::newRow("the file was written in between") << true;
+    }
+    void removedStationsComeBackWithAllTheyHadAlsoAfterACrash()
+    {
+        QFETCH(const bool, isFileWritten);
+        open(5);
+        m_mode->setHostAddress("S1", "10.0.0.7");
+        m_mode->setOnline("S1", true);
+        m_mode->setExclusive("S2", true);
+        m_mode->tree().setData(m_mode->tree().find("S2"), "Works");
+        alarm(1, "Pump fail");
+        alarm(1, "Door open");
+        const QString red = "S1/meldung/+4917012345 --> M,Pump fail";
+        const auto isAsItWas = [&] {
+            const QString works = m_mode->tree().index(2, 0).data(StationTree::KeyRole).toString();
+            return names() == QStringList{"S0", "S1", "Works", "S3", "S4"} &&
+                   m_mode->attributes("S1").online && m_mode->attributes("S1").hostAddress == "10.0.0.7" &&
+                   m_mode->attributes(works).exclusiveMode &&
+                   m_mode->tree().find(red).data(StationTree::ColourRole) == StationTree::alarmColour &&
+                   m_mode->tree().rowCount(m_mode->tree().find("S1/meldung")) == 2 &&
+                   m_mode->alarms().waitingCount() == 1 && m_mode->tree().alarmCount() == 1;
+        };
+        QVERIFY(isAsItWas());
+        click("S1");
+        click("S3", Qt::ShiftModifier);
+        QString question;
+        answerNext("OKButton", &question);
+        action("mnu_station_del")->trigger();
+        QVERIFY2(question.contains("3 stations") && question.contains("S1, Works, S3"), qPrintable(question));
+        QCOMPARE(names(), (QStringList{"S0", "S4"}));
+        QVERIFY(m_mode->alarms().waitingCount() == 0 && m_mode->tree().alarmCount() == 0);
+        QCOMPARE(tree()->chosenStations(), QStringList("S4")); // where the focus goes on
+        auto *undo = m_window->findChild<QToolButton *>("Cmd_many_undo");
+        QVERIFY(undo->isVisible() && undo->text().startsWith("3 stations"));
+        if (isFileWritten) {
+            m_timers.advance(Milliseconds(60'000));
+            QTRY_VERIFY((m_timers.advance(Milliseconds(10)), !fileHas("S3") && fileHas("S4")));
+        }
+        action("mnu_station_undo")->trigger();
+        QVERIFY(isAsItWas());
+        QVERIFY(!undo->isVisible() && tree()->chosenCount() == 3);
+        QVERIFY(m_mode->station("S1")->online());
+        if (isFileWritten) { // it has their entries again
+            QTRY_VERIFY((m_timers.advance(Milliseconds(10)), fileHas("S3") && fileHas("Door open")));
+        }
+        QVERIFY(m_mode->keepsChanges());
+        leave(); // without writing the file
+        openWindow();
+        QVERIFY2(isAsItWas(), qPrintable(names().join(u',')));
+    }
+
+    void whatCannotComeBackWaitsAndTheNextRemovalEndsIt()
+    {
+        open(3);
+        click("S0");
+        answerNext("OKButton");
+        action("mnu_station_del")->trigger();
+        QVERIFY(m_mode->addStation("S0") == "S0");
+        action("mnu_station_undo")->trigger();
+        QCOMPARE(names(), (QStringList{"S1", "S2", "S0"}));
+        auto *failures = m_window->findChild<QToolButton *>("Cmd_many_failures");
+        QVERIFY(failures->isVisible());
+        QVERIFY(m_mode->tree().setData(m_mode->tree().find("S0"), "Other"));
+        action("mnu_station_undo")->trigger(); // its key is still the other's until the next start
+        QCOMPARE(m_mode->removal().count(), 1);
+        tree()->choose(m_mode->tree().find("S1"));
+        answerNext("OKButton");
+        action("mnu_station_del")->trigger();
+        QCOMPARE(m_mode->removal().stations(), QStringList("S1"));
+        action("mnu_station_undo")->trigger();
+        QCOMPARE(names(), (QStringList{"S1", "S2", "Other"}));
+        QVERIFY(!action("mnu_station_undo")->isEnabled());
+    }
+
+    void aJobTellsWhatFailedForWhichStationInOnePlace()
+    {
+        open(4);
+        m_mode->setHostAddress("S1", "10.0.0.7");
+        m_mode->setHostAddress("S2", "10.0.0.8");
+        tree()->selectAll();
+        action("mnu_station_online")->trigger();
+        QVERIFY(m_mode->station("S1")->online() && m_mode->station("S2")->online());
+        auto *failures = m_window->findChild<QToolButton *>("Cmd_many_failures");
+        QVERIFY(failures->isVisible() && failures->text().endsWith(": 2"));
+        QTest::mouseClick(failures, Qt::LeftButton);
+        QWidget *box = nullptr;
+        QTRY_VERIFY((box = QApplication::activeWindow()) != nullptr && box->objectName() == "Dialog");
+        QVERIFY(box->accessibleName().contains("S0") && box->accessibleName().contains("S3"));
+        QTest::keyClick(box, Qt::Key_Return);
+        tree()->selectAll();
+        action("mnu_values")->trigger();
+        QCOMPARE(m_mode->station("S1")->msgText(), "A*");
+        action("mnu_exclusive")->trigger();
+        QVERIFY(m_mode->station("S0")->exclusiveMode() && m_mode->station("S3")->exclusiveMode());
+        answerNext("OKButton");
+        QVERIFY(!action("mnu_station_online")->isChecked());
+        tree()->chooseStations({"S1", "S2"}, "S1");
+        QVERIFY(action("mnu_station_online")->isChecked());
+        action("mnu_station_online")->trigger();
+        QVERIFY(!m_mode->station("S1")->online() && !m_mode->station("S2")->online());
+    }
+
+private:
+    StationTreeView *tree() const { return m_window->findChild<StationTreeView *>(); }
+    QLabel *label(const char *name) const { return m_window->findChild<QLabel *>(name); }
+    QAction *action(const char *name) const { return m_window->findChild<QAction *>(name); }
+    QStringList names() const
+    {
+        QStringList names;
+        for (int row = 0; row < m_mode->tree().rowCount(); ++row) {
+            names += m_mode->tree().index(row, 0).data().toString();
+        }
+        return names;
+    }
+    bool fileHas(const char *text) const { return contentOf(m_folder->filePath("nodes.xml")).contains(text); }
+    void click(const QString &station, Qt::KeyboardModifiers keys = {})
+    {
+        const QRect row = tree()->visualRect(m_mode->tree().find(station));
+        QTest::mouseClick(tree()->viewport(), Qt::LeftButton, keys, row.center());
+    }
+    void answerNext(const char *button, QString *question = nullptr)
+    {
+        QTimer::singleShot(0, this, [button, question] {
+            QWidget *box = QApplication::activeModalWidget();
+            QVERIFY(box != nullptr);
+            if (question != nullptr) {
+                *question = box->accessibleName();
+            }
+            QTest::mouseClick(box->findChild<QPushButton *>(button), Qt::LeftButton);
+        });
+    }
+    void alarm(int station, const QByteArray &text)
+    {
+        m_lines[station]->say("at+cmgs=\"+4917012345\"\r");
+        m_lines[station]->say("M," + text + '\x1A');
+    }
+
+    void open(int stations)
+    {
+        QByteArray document;
+        for (int station = 0; station < stations; ++station) {
+            const QByteArray name = 'S' + QByteArray::number(station);
+            document += "<item key=\"" + name + "\" text=\"" + name + "\" ForeColor=\"-2147483640\"/>";
+        }
+        QVERIFY(replaceFile(m_folder->filePath("nodes.xml"), "<KTR>" + document + "</KTR>"));
+        openWindow();
+    }
+    void openWindow()
+    {
+        NodesKeeper::Limits limits;
+        limits.events = 1;
+        limits.timesTheNodes = 0;
+        m_mode = std::make_unique<OperationalMode>(
+            OperationalMode::Services{fixedEnvironment(), m_timers,
+                                      [this] {
+                                          auto line = std::make_unique<RecordedLine>();
+                                          m_lines += line.get();
+                                          return line;
+                                      },
+                                      [] {}, manualCallbackTimers(m_timers), [] { return 0; }, limits},
+            stationCaptions(m_texts));
+        m_window = std::make_unique<Form_betriebsmodus>(
+            *m_mode, m_texts, Form_betriebsmodus::Services{m_timers, english(), {}, {}});
+        m_window->show();
+        m_window->open(m_folder->filePath("nodes.xml"));
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    }
+    void leave()
+    {
+        m_window.reset();
+        m_mode.reset();
+        m_lines.clear();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    TextTable m_texts;
+    ManualTimers m_timers;
+    QList<RecordedLine *> m_lines;
+    std::unique_ptr<OperationalMode> m_mode;
+    std::unique_ptr<Form_betriebsmodus> m_window;
+};
+
+QTEST_MAIN(SeveralStationsTest)
+#include "several_stations_test.moc"
