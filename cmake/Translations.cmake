@@ -1,4 +1,5 @@
-# The German texts of our own additions (translations/*.ts) and of the toolkit, as resources under :/translations.
+# The German texts of our own additions and of the toolkit, as resources under :/translations; other languages
+# as files beside the programs.
 
 find_program(QMAKE qmake6 NO_CMAKE_FIND_ROOT_PATH)
 foreach(place QT_HOST_BINS QT_INSTALL_TRANSLATIONS)
@@ -32,4 +33,20 @@ function(ktr_embed_translations target)
   set_source_files_properties(${resources} PROPERTIES SKIP_AUTOMOC ON SKIP_PRECOMPILE_HEADERS ON
     SKIP_UNITY_BUILD_INCLUSION ON)
   target_sources(${target} PRIVATE ${resources} ${compiled})
+endfunction()
+
+# Compiles every other translations/ktrconfig_CODE.ts into `languages` beside the programs, where they are found.
+# What a language lacks is English.
+function(ktr_added_languages target)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/translations/ktrconfig_*.ts)
+  list(FILTER sources EXCLUDE REGEX "ktrconfig_de[.]ts$")
+  foreach(source ${sources})
+    get_filename_component(name ${source} NAME_WE)
+    set(compiled ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/languages/${name}.qm)
+    add_custom_command(OUTPUT ${compiled}
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/languages
+      COMMAND ${LRELEASE} -silent -nounfinished ${source} -qm ${compiled}
+      DEPENDS ${source} VERBATIM)
+    target_sources(${target} PRIVATE ${compiled})
+  endforeach()
 endfunction()

@@ -5042,6 +5042,13 @@ Turm</translation>
     </message>
 </context>
 <context>
+    <name>ktr::InterfaceLanguage</name>
+    <message>
+        <source>The file of a language cannot be read: %1</source>
+        <translation>Die Datei einer Sprache ist nicht lesbar: %1</translation>
+    </message>
+</context>
+<context>
     <name>ktr::JoinedList</name>
     <message>
         <source>The record can be read again</source>

@@ -28,10 +28,23 @@ bool isOperational(const QString &word)
            word.compare(u"--operational", Qt::CaseInsensitive) == 0;
 }
 
-bool isRecord(const QString &word)
+/// Takes an option out of the words, and what stands behind it, which it gives.
+QString takeValue(QStringList &words, const char *option, QStringList::iterator end)
 {
-    return word.compare(u"-record", Qt::CaseInsensitive) == 0 ||
-           word.compare(u"--record", Qt::CaseInsensitive) == 0;
+    const auto is = [option](const QString &word) {
+        const QString name = word.startsWith(u"--")  ? word.mid(2)
+                             : word.startsWith(u'-') ? word.mid(1)
+                                                     : QString();
+        return name.compare(QLatin1String(option), Qt::CaseInsensitive) == 0;
+    };
+    const auto found = std::find_if(words.begin(), end, is);
+    if (found == end) {
+        return {};
+    }
+    const qsizetype at = found - words.begin();
+    QString value = words.value(at + 1);
+    words.remove(at, std::min(qsizetype{2}, words.size() - at));
+    return value;
 }
 
 bool isOneOf(const QString &word, std::initializer_list<const char *> names)
@@ -53,10 +66,8 @@ CommandLine CommandLine::parse(const QStringList &arguments)
     QStringList words = arguments;
     options.operationalMode =
         words.removeIf(isOperational) > 0; // otherwise it would be part of the file name
-    if (const qsizetype at = std::ranges::find_if(words, isRecord) - words.begin(); at < words.size()) {
-        options.record = words.value(at + 1);
-        words.remove(at, std::min(qsizetype{2}, words.size() - at));
-    }
+    options.record = takeValue(words, "record", words.end());
+    options.language = takeValue(words, "language", std::ranges::find_if(words, isLoad)); // no file's name
     options.takeWords(words);
 
     // Character by character, so that positions are the same in both spellings.
@@ -161,6 +172,7 @@ QString CommandLine::helpText()
         "                or of what was chosen in the window last\n"
         "  -english      English texts in this run\n"
         "  -deutsch      German texts in this run\n"
+        "  -language CODE  the texts of a language that was added, such as fr, in this run\n"
         "  -expert       lets the MAC address be edited\n"
         "  -debug        offers the debug option of the test page\n"
         "  --help, -h    tells this\n"

@@ -17,6 +17,7 @@ struct CommandLine
     bool load = false;
     bool operationalMode =
         false;            ///< "-operational", after a file name, too: opens the operational mode at once
+    QString language{};   ///< "-language CODE": wins over the two above
     QString record{};     ///< "-record ADDRESS": the operational mode's stations are those of this record
     bool help = false;    ///< "--help", "-help" or "-h"
     bool version = false; ///< "--version" or "-version"

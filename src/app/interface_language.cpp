@@ -21,8 +21,28 @@ QString InterfaceLanguage::file() const
     return QFileInfo::exists(own) ? own : deliveredFile(QStringLiteral("language.ini"));
 }
 
+bool InterfaceLanguage::useAdded(const QString &code)
+{
+    const std::optional<AddedLanguage> language = addedLanguage(code, m_programFolder);
+    QTranslator texts;
+    if (!language || !texts.load(language->file)) {
+        if (language) {
+            Q_EMIT statusMessage(tr("The file of a language cannot be read: %1").arg(language->file));
+        }
+        return false;
+    }
+    takeTexts(m_texts, texts);
+    m_context.language = code;
+    m_translations.use(code, language->file);
+    Q_EMIT changed();
+    return true;
+}
+
 void InterfaceLanguage::use(const QString &language)
 {
+    if (useAdded(language)) {
+        return;
+    }
     const LoadedTexts loaded = LoadTexts(m_texts, language, file());
     const bool builtIn = loaded.source == LoadedTexts::Source::BuiltIn;
     m_context.language = builtIn ? QString(englishLanguage) : language;
@@ -53,6 +73,13 @@ QList<StationCaptions> InterfaceLanguage::captionsOfAll() const
         TextTable texts;
         LoadTexts(texts, language, file());
         result += stationCaptions(texts);
+    }
+    for (const AddedLanguage &language : added()) {
+        QTranslator translator;
+        if (TextTable texts; translator.load(language.file)) {
+            takeTexts(texts, translator);
+            result += stationCaptions(texts);
+        }
     }
     return result;
 }

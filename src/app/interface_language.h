@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/binder.h"
+#include "lang/languages.h"
 #include "lang/translations.h"
 #include "opmode/operational_mode.h"
 
@@ -20,12 +21,16 @@ public:
     /// `window` gets the box about missing texts. All of them must outlive this.
     InterfaceLanguage(QWidget &window, TextTable &texts, EditorContext &context, QString programFolder);
 
-    /// Takes a language by its name in `language.ini`; English, which is built in, where the file lacks it.
+    /// Takes a language by its name in `language.ini`, or by the code of one whose texts stand in a file of
+    /// their own; English, which is built in, where the file lacks it.
     void use(const QString &language);
 
     /// Says that texts are missing, if they are, in a box that the program does not wait for, and not before
     /// the window that it belongs to.
     void showMissingTexts();
+
+    /// Beside English and German.
+    QList<AddedLanguage> added() const { return addedLanguages(m_programFolder); }
 
     /// The captions of stations in all languages.
     QList<StationCaptions> captionsOfAll() const;
@@ -36,6 +41,7 @@ Q_SIGNALS:
     void statusMessage(const QString &line);
 
 private:
+    bool useAdded(const QString &code);
     QString file() const;
 
     QWidget &m_window;

@@ -26,9 +26,10 @@ void ProgramStart::begin(const CommandLine &options)
     languageSetting();
     const bool isCorrupt = MRegistry::lastError() == MRegistry::Error::Corrupt;
     const QString kept = languageAtStart(); // this write moves damaged settings aside
-    m_language.use(options.german    ? QString(germanLanguage)
-                   : options.english ? QString(englishLanguage)
-                                     : kept);
+    m_language.use(!options.language.isEmpty() ? options.language
+                   : options.german            ? QString(germanLanguage)
+                   : options.english           ? QString(englishLanguage)
+                                               : kept);
     if (isCorrupt) {
         m_settingsTroubles +=
             tr("The settings could not be read; they are kept under another name beside the new ones");

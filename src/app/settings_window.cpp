@@ -82,6 +82,19 @@ frmSettings::frmSettings(const TextTable &texts, ChangeLanguage changeLanguage, 
     readSettings();
 }
 
+void frmSettings::offerLanguages(const QList<AddedLanguage> &languages)
+{
+    m_added = languages;
+    for (const AddedLanguage &language : languages) {
+        auto *option = new QRadioButton(language.name(), m_language);
+        option->setObjectName(QStringLiteral("optLanguage_%1").arg(m_language->layout()->count()));
+        connect(option, &QRadioButton::toggled, this, [this] { m_apply->setEnabled(true); });
+        m_language->layout()->addWidget(option);
+        m_addedLanguages += option;
+    }
+    readSettings();
+}
+
 void frmSettings::applyTexts()
 {
     setWindowTitle(m_texts.text(Text::Settings));
@@ -107,7 +120,13 @@ void frmSettings::showEvent(QShowEvent *event)
 
 void frmSettings::readSettings()
 {
-    m_languages[languageSetting() == germanLanguage ? 1 : 0]->setChecked(true);
+    const QString kept = languageSetting();
+    m_languages[kept == germanLanguage ? 1 : 0]->setChecked(true);
+    for (qsizetype at = 0; at < m_added.size(); ++at) {
+        if (m_added[at].code == kept) {
+            m_addedLanguages[at]->setChecked(true);
+        }
+    }
     m_appearances[static_cast<std::size_t>(m_appearance)]->setChecked(true);
     m_apply->setEnabled(false);
 }
@@ -117,7 +136,10 @@ void frmSettings::apply()
     // Loading the texts may show a message, under which nothing here may be pressed.
     m_ok->setEnabled(false);
     m_abort->setEnabled(false);
-    const QString chosen = m_languages[0]->isChecked() ? englishLanguage : germanLanguage;
+    QString chosen = m_languages[1]->isChecked() ? germanLanguage : englishLanguage;
+    for (qsizetype at = 0; at < m_added.size(); ++at) {
+        chosen = m_addedLanguages[at]->isChecked() ? m_added[at].code : chosen;
+    }
     setLanguageSetting(chosen);
     m_apply->setEnabled(false);
     const QString kept = languageSetting();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lang/languages.h"
 #include "look/appearance.h"
 
 #include <QDialog>
@@ -31,6 +32,9 @@ public:
     frmSettings(const TextTable &texts, ChangeLanguage changeLanguage, Appearance appearance,
                 ChangeAppearance changeAppearance, QWidget *parent = nullptr);
 
+    /// Beside English and German, with the names that they have for themselves.
+    void offerLanguages(const QList<AddedLanguage> &languages);
+
     /// Takes the captions from the table again.
     void applyTexts();
 
@@ -47,6 +51,8 @@ private:
     ChangeAppearance m_changeAppearance;
     QGroupBox *m_language;
     std::array<QRadioButton *, 2> m_languages;
+    QList<AddedLanguage> m_added;
+    QList<QRadioButton *> m_addedLanguages; ///< one for each
     QGroupBox *m_looks;
     std::array<QRadioButton *, 3> m_appearances; ///< in the order of Appearance
     QPushButton *m_ok;

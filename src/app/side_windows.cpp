@@ -52,6 +52,7 @@ void SideWindows::showSettings()
         m_settings = new frmSettings(
             m_texts, [this](const QString &language) { Q_EMIT languageChosen(language); },
             appearanceSetting(), changeAppearance, &m_window);
+        m_settings->offerLanguages(addedLanguages(m_document.environment().programFolder));
         m_settings->setAttribute(Qt::WA_DeleteOnClose);
     }
     m_settings->show();

@@ -39,7 +39,7 @@ int fields(const Arguments &arguments)
     TextTable texts;
     loadTitles(arguments, texts);
     Translations translations;
-    translations.use(arguments.value(languageOption));
+    useLanguage(arguments, translations);
     if (arguments.isSet(pageOption)) {
         print(guideTable(arguments.value(pageOption), texts).trimmed());
         return done;

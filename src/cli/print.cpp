@@ -40,6 +40,8 @@ int printFile(const Arguments &arguments)
     }
     TextTable texts;
     loadTitles(arguments, texts);
+    Translations translations;
+    useLanguage(arguments, translations);
     const Environment &environment = document.environment();
     const PrintedEntries entries =
         arguments.isSet(QStringLiteral("all")) ? PrintedEntries::All : PrintedEntries::InUse;

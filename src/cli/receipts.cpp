@@ -2,14 +2,15 @@
 
 #include "cli/commands.h"
 #include "cli/console.h"
+#include "lang/languages.h"
 #include "lang/load_texts.h"
-#include "lang/translations.h"
 #include "platform/environment.h"
 #include "platform/files.h"
 #include "platform/output_check.h"
 #include "printout/receipt.h"
 
 #include <QFileInfo>
+#include <QTranslator>
 
 #include <algorithm>
 #include <span>
@@ -20,31 +21,53 @@ namespace {
 
 const QString replaceOption = QStringLiteral("overwrite");
 
+std::optional<AddedLanguage> added(const QString &language)
+{
+    return addedLanguage(language, programFolder());
+}
+
 } // namespace
 
 void addLanguageOption(Arguments &arguments)
 {
-    arguments.addOption({languageOption,
-                         QStringLiteral("The language of what is printed: english or deutsch (english)."),
-                         QStringLiteral("LANGUAGE"), QStringLiteral("english")});
+    arguments.addOption(
+        {languageOption,
+         QStringLiteral("The language of what is printed: english, deutsch or the code of one that was "
+                        "added, such as fr (english)."),
+         QStringLiteral("LANGUAGE"), QStringLiteral("english")});
 }
 
 std::optional<int> checkLanguage(const Arguments &arguments)
 {
     const QString language = arguments.value(languageOption);
-    return language == QLatin1String("english") || language == QLatin1String("deutsch")
-               ? std::nullopt
-               : std::optional(arguments.wrong(QStringLiteral("\"%1\" is no language").arg(language)));
+    const bool isKnown = language == u"english" || language == u"deutsch" || added(language).has_value();
+    return isKnown ? std::nullopt
+                   : std::optional(arguments.wrong(QStringLiteral("\"%1\" is no language").arg(language)));
 }
 
 void loadTitles(const Arguments &arguments, TextTable &texts)
 {
+    if (const std::optional<AddedLanguage> language = added(arguments.value(languageOption))) {
+        if (QTranslator translator; translator.load(language->file)) {
+            takeTexts(texts, translator);
+        } else {
+            complain(QStringLiteral("%1 cannot be read").arg(language->file));
+        }
+        return;
+    }
     const LoadedTexts loaded =
         LoadTexts(texts, arguments.value(languageOption), deliveredFile(QStringLiteral("language.ini")));
     if (!loaded.message.isEmpty()) {
         complain(loaded.message);
         texts.fillEnglish();
     }
+}
+
+void useLanguage(const Arguments &arguments, Translations &translations)
+{
+    const QString language = arguments.value(languageOption);
+    const std::optional<AddedLanguage> other = added(language);
+    translations.use(language, other ? other->file : QString());
 }
 
 std::optional<int> checkReceipt(const Arguments &arguments, const QString &path)
@@ -81,7 +104,7 @@ Status writeReceiptFile(const QString &path, const Arguments &arguments,
     TextTable texts;
     loadTitles(arguments, texts);
     Translations translations; // what is told on the terminal stays English
-    translations.use(arguments.value(languageOption));
+    useLanguage(arguments, translations);
     return writeReceipt(path, transmission, texts, systemEnvironment());
 }
 

@@ -2,6 +2,7 @@
 
 #include "cli/arguments.h"
 #include "lang/text_table.h"
+#include "lang/translations.h"
 #include "transmissions/transmission_memory.h"
 
 #include <QCoreApplication>
@@ -17,6 +18,8 @@ inline const QString languageOption = QStringLiteral("language");
 std::optional<int> checkLanguage(const Arguments &arguments);
 /// In English, after a complaint, where the texts of that language cannot be read.
 void loadTitles(const Arguments &arguments, TextTable &texts);
+/// Installs what is no title, for as long as it lives.
+void useLanguage(const Arguments &arguments, Translations &translations);
 
 /// Complains about a language that is none, or a name of neither a PDF nor JSON.
 std::optional<int> checkReceipt(const Arguments &arguments, const QString &path);

@@ -89,7 +89,7 @@ void DatePicker::open()
     popup->setFrameShape(QFrame::StyledPanel);
     auto *calendar = new QCalendarWidget(popup);
     calendar->setObjectName(QStringLiteral("Cal_date"));
-    calendar->setLocale(m_context.isGerman() ? QLocale(QLocale::German) : QLocale(QLocale::English));
+    calendar->setLocale(m_context.textLocale());
     calendar->setFirstDayOfWeek(Qt::Monday);
     calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     calendar->setSelectedDate(present.date());

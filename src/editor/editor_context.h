@@ -16,8 +16,9 @@ struct EditorContext
     Document &document;
     EditHistory &history;
     const TextTable &texts;
-    QString language = QStringLiteral("english"); ///< the section of language.ini that is in the table
-    bool expert = false;                          ///< the last three bytes of the MAC address may be edited
+    QString language =
+        QStringLiteral("english"); ///< the section of language.ini, or the code of an added one
+    bool expert = false;           ///< the last three bytes of the MAC address may be edited
 
     /// A line in the status bar.
     std::function<void(const QString &line)> showStatus = [](const QString &) {};
@@ -37,6 +38,13 @@ struct EditorContext
     }
 
     bool isGerman() const { return language == QLatin1String("deutsch"); }
+    /// Of names of days and months.
+    QLocale textLocale() const
+    {
+        return isGerman()                             ? QLocale(QLocale::German)
+               : language == QLatin1String("english") ? QLocale(QLocale::English)
+                                                      : QLocale(language);
+    }
 };
 
 } // namespace ktr

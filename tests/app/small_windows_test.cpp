@@ -374,6 +374,19 @@ private Q_SLOTS:
         press(&settings, "btnOk"_L1);
         QVERIFY(!settings.isVisible());
         QCOMPARE(languages, QStringList({u"deutsch"_s, u"deutsch"_s}));
+
+        settings.offerLanguages({{u"fr"_s, u"ktrconfig_fr.qm"_s}});
+        settings.show();
+        QVERIFY(german->isChecked());
+        auto *const french = child<QRadioButton>(&settings, "optLanguage_2"_L1);
+        QCOMPARE(french->text(), u"Français"_s);
+        QTest::keyClick(french, Qt::Key_Space);
+        press(&settings, "btnOk"_L1);
+        QCOMPARE(languages.constLast(), u"fr"_s);
+        QCOMPARE(languageSetting(), u"fr"_s);
+        settings.show();
+        QVERIFY(french->isChecked() && !apply->isEnabled());
+        settings.close();
         QCOMPARE(appearances, QList<Appearance>{Appearance::Dark});
     }
 

@@ -1,6 +1,9 @@
+#include "lang/languages.h"
+#include "lang/text_table.h"
 #include "lang/translations.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
@@ -101,6 +104,54 @@ private Q_SLOTS:
         QVERIFY2(!xml.hasError(), qPrintable(xml.errorString()));
         QVERIFY2(open.isEmpty(), qPrintable(open.join(u'\n') + u"\n(scripts/translations adds them)"_s));
         QVERIFY(count > 0);
+    }
+
+    void anotherLanguageIsOneFileInAFolder()
+    {
+        const QTemporaryDir folder;
+        QVERIFY(QDir(folder.path()).mkdir(u"languages"_s));
+        const auto inFolder = [&folder](const char *name) {
+            return folder.filePath("languages/"_L1 + QLatin1String(name));
+        };
+        QFile source(folder.filePath(u"ktrconfig_fr.ts"_s));
+        QVERIFY(source.open(QIODevice::WriteOnly));
+        source.write("<TS version='2.1' language='fr' sourcelanguage='en'><context><name>language.ini</name>"
+                     "<message><source>LV exceeded</source><comment>Text64</comment>"
+                     "<translation>trop haut</translation></message>"
+                     "<message><source>LV exceeded</source><comment>Text65</comment>"
+                     "<translation>trop bas</translation></message></context>"
+                     "<context><name>Problems</name><message><source>is no number</source>"
+                     "<translation>n'est pas un nombre</translation></message></context></TS>");
+        source.close();
+        QCOMPARE(QProcess::execute(QStringLiteral(KTR_LRELEASE),
+                                   {u"-silent"_s, source.fileName(), u"-qm"_s, inFolder("ktrconfig_fr.qm")}),
+                 0);
+        QFile damaged(inFolder("ktrconfig_xx.qm"));
+        QVERIFY(damaged.open(QIODevice::WriteOnly));
+        damaged.write("no texts");
+        damaged.close();
+
+        const QList<AddedLanguage> added = addedLanguages(folder.path());
+        QCOMPARE(added.size(), 2);
+        QCOMPARE(added[0].name(), u"Français"_s);
+        QVERIFY(!addedLanguage(u"deutsch"_s, folder.path()));
+        QTranslator texts;
+        QVERIFY(texts.load(added[0].file));
+        TextTable table;
+        takeTexts(table, texts);
+        QCOMPARE(table.text(Text::LimitExceeded), u"trop haut"_s);
+        QCOMPARE(table.text(Text::LimitUndershot), u"trop bas"_s);
+        QCOMPARE(table.text(Text::File), u"File"_s); // English where it has none
+
+        Translations translations;
+        QVERIFY(translations.use(u"deutsch"_s));
+        QVERIFY(translations.use(added[0].code, added[0].file));
+        QCOMPARE(problem("is no number"), u"n'est pas un nombre"_s);
+        QCOMPARE(problem("is not chosen"), u"is not chosen"_s);
+        QVERIFY(!translations.use(added[1].code, added[1].file));
+        QCOMPARE(problem("is no number"), u"is no number"_s);
+        QVERIFY(translations.use(u"deutsch"_s));
+        QCOMPARE(problem("is no number"), u"ist keine Zahl"_s);
     }
 
     void theLanguageOfOurTextsAndTheToolkitsChangesWhileRunning()
