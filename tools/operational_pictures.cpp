@@ -15,11 +15,15 @@
 #include <QTimer>
 #include <QTreeView>
 
+#include <algorithm>
+#include <array>
+
 namespace ktr {
 
 namespace {
 
-constexpr std::array pageNames = {"station", "notifications", "history", "values", "alarms"};
+/// The pages whose pictures are called otherwise than they are.
+constexpr std::array pageNames = {std::pair("Page_meldung", "notifications"), std::pair("Page_ip", "values")};
 /// The actions that open them, and their names.
 constexpr std::array dialogs = {std::pair("mnu_rules", "rules"), std::pair("mnu_limits", "limits"),
                                 std::pair("mnu_maintenance", "maintenance"),
@@ -221,12 +225,21 @@ private:
     QString m_failed;
 };
 
+QString pictureOf(const QWidget &page)
+{
+    const QString name = page.objectName();
+    const auto *const other = std::ranges::find_if(
+        pageNames, [&name](const auto &each) { return name == QLatin1String(each.first); });
+    return other != pageNames.end() ? QLatin1String(other->second) : name.section(u'_', 1);
+}
+
 bool takePages(Camera &camera, Waterworks &works, int stations)
 {
+    works.window().findChild<QAction *>(QStringLiteral("mnu_station_curves"))->trigger();
     auto *pages = works.window().findChild<QTabWidget *>(QStringLiteral("TabStrip_pages"));
     for (int page = 0; page < pages->count(); ++page) {
         pages->setCurrentIndex(page);
-        const auto name = QLatin1String(pageNames.at(static_cast<std::size_t>(page)));
+        const QString name = pictureOf(*pages->widget(page));
         if (!camera.take(works.window(), works,
                          QStringLiteral("operational-%1-%2").arg(name).arg(stations))) {
             return false;
