@@ -2040,6 +2040,33 @@
     </message>
 </context>
 <context>
+    <name>Sound</name>
+    <message>
+        <source>the sound cannot be written into a file</source>
+        <translation>der Ton kann nicht in eine Datei geschrieben werden</translation>
+    </message>
+    <message>
+        <source>none of the programs pw-play, paplay and aplay is installed</source>
+        <translation>keines der Programme pw-play, paplay und aplay ist installiert</translation>
+    </message>
+    <message>
+        <source>the sound service does not answer</source>
+        <translation>der Tondienst antwortet nicht</translation>
+    </message>
+    <message>
+        <source>it failed without a reason</source>
+        <translation>es schlug ohne Angabe eines Grundes fehl</translation>
+    </message>
+    <message>
+        <source>the system has no device that plays sounds</source>
+        <translation>das System hat kein Gerät, das Töne wiedergibt</translation>
+    </message>
+    <message>
+        <source>the system does not play it</source>
+        <translation>das System gibt ihn nicht wieder</translation>
+    </message>
+</context>
+<context>
     <name>SpoolPlace</name>
     <message>
         <source>the folder cannot be made</source>
@@ -4749,6 +4776,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Stations are being transmitted to</source>
         <translation>Es wird gerade an Stationen übertragen</translation>
     </message>
+    <message>
+        <source>Alarms cannot be heard</source>
+        <translation>Alarme sind nicht zu hören</translation>
+    </message>
 </context>
 <context>
     <name>ktr::GroupsDialog</name>
@@ -5911,6 +5942,10 @@ Turm</translation>
         <source>Ask for the input values</source>
         <translation>Eingangswerte anfordern</translation>
     </message>
+    <message>
+        <source>Sound...</source>
+        <translation>Ton...</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OpmodePage</name>
@@ -6655,6 +6690,92 @@ Turm</translation>
     <message>
         <source>there is no folder that is the user&apos;s alone</source>
         <translation>es gibt keinen Ordner, der dem Benutzer allein gehört</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::SoundDialog</name>
+    <message>
+        <source>Sound of alarms</source>
+        <translation>Ton der Alarme</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Lautstärke</translation>
+    </message>
+    <message>
+        <source>Test</source>
+        <translation>Probe</translation>
+    </message>
+    <message>
+        <source>The sound that is tested is heard although alarms may be muted.</source>
+        <translation>Der Probeton ist zu hören, auch wenn Alarme stumm geschaltet sind.</translation>
+    </message>
+    <message>
+        <source>Alarms cannot be heard: %1</source>
+        <translation>Alarme sind nicht zu hören: %1</translation>
+    </message>
+    <message>
+        <source>Of the alarms alone; the system has a volume of its own. For silence there is the mute, which ends by itself.</source>
+        <translation>Nur die der Alarme; das System hat eine eigene Lautstärke. Für Stille gibt es das Stummschalten, das von selbst endet.</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>Hoch</translation>
+    </message>
+    <message>
+        <source>Three high tones</source>
+        <translation>Drei hohe Töne</translation>
+    </message>
+    <message>
+        <source>Medium</source>
+        <translation>Mittel</translation>
+    </message>
+    <message>
+        <source>Two tones</source>
+        <translation>Zwei Töne</translation>
+    </message>
+    <message>
+        <source>Low</source>
+        <translation>Niedrig</translation>
+    </message>
+    <message>
+        <source>One low tone</source>
+        <translation>Ein tiefer Ton</translation>
+    </message>
+    <message>
+        <source>Being played: %1</source>
+        <translation>Wird gespielt: %1</translation>
+    </message>
+    <message>
+        <source>%1 was played at %2 % by %3. Where nothing was heard, look at the loudspeaker and the system&apos;s volume.</source>
+        <translation>%1 wurde mit %2 % von %3 gespielt. War nichts zu hören, sind Lautsprecher und Lautstärke des Systems zu prüfen.</translation>
+    </message>
+    <message>
+        <source>In place of the tones there is the system&apos;s beep, the same for all, where the system has one.</source>
+        <translation>Anstelle der Töne kommt der Signalton des Systems, für alle derselbe, sofern das System einen hat.</translation>
+    </message>
+    <message>
+        <source>%1 could not be played: %2</source>
+        <translation>%1 konnte nicht gespielt werden: %2</translation>
+    </message>
+    <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::SoundNotice</name>
+    <message>
+        <source>No sound</source>
+        <translation>Kein Ton</translation>
+    </message>
+    <message>
+        <source>Alarms cannot be heard: %1. It is tried again each minute.</source>
+        <translation>Alarme sind nicht zu hören: %1. Jede Minute wird es erneut versucht.</translation>
+    </message>
+    <message>
+        <source>Alarms cannot be heard</source>
+        <translation>Alarme sind nicht zu hören</translation>
     </message>
 </context>
 <context>

@@ -1,9 +1,6 @@
 #pragma once
 
-#include <QByteArray>
-
-#include <functional>
-#include <memory>
+#include "platform/sound.h"
 
 namespace ktr {
 
@@ -16,9 +13,11 @@ public:
     SoundPlayer &operator=(const SoundPlayer &) = delete;
     virtual ~SoundPlayer() = default; ///< ends the sound
 
-    virtual void play(const QByteArray &wav, const std::function<void()> &fallback) = 0;
+    virtual bool isPlaying() const = 0;
+    /// `wav` stays as it is until it was told what became of it.
+    virtual void play(const QByteArray &wav, const Sound::Told &told) = 0;
 
-    static std::unique_ptr<SoundPlayer> create();
+    static std::unique_ptr<SoundPlayer> create(Timers &timers, const QString &name);
 };
 
 } // namespace ktr

@@ -1,10 +1,15 @@
 #include "opmode/window/alarm_sound.h"
 
+#include "platform/settings_store.h"
+
 #include <QApplication>
 #include <QDataStream>
 #include <QIODevice>
+#include <QPointer>
 
+#include <algorithm>
 #include <cmath>
+#include <map>
 #include <numbers>
 
 namespace ktr {
@@ -13,11 +18,19 @@ namespace {
 
 constexpr int samplesPerSecond = 22'050;
 constexpr int bytesPerSample = 2;
+const QString volumeKey = QStringLiteral("soundVolume");
+
+/// So that a step is about as much louder to the ear everywhere.
+double amplitudeOf(int volume)
+{
+    constexpr double most = 0.9 * 32'767;
+    const double part = static_cast<double>(volume) / AlarmSound::mostVolume;
+    return most * part * part;
+}
 
 /// A tone fades in and out, or its ends would click.
-void appendTone(QDataStream &to, double hertz, double seconds)
+void appendTone(QDataStream &to, double hertz, double seconds, double amplitude)
 {
-    constexpr double loudness = 0.45 * 32'767;
     constexpr double fade = 0.008;
     const int samples = static_cast<int>(seconds * samplesPerSecond);
     for (int i = 0; i < samples; ++i) {
@@ -25,7 +38,7 @@ void appendTone(QDataStream &to, double hertz, double seconds)
         const double envelope = std::min({1.0, at / fade, (seconds - at) / fade});
         const double phase = 2 * std::numbers::pi * hertz * at;
         const double wave = 0.8 * std::sin(phase) + 0.2 * std::sin(2 * phase);
-        to << static_cast<qint16>(loudness * std::max(0.0, envelope) * wave);
+        to << static_cast<qint16>(amplitude * std::max(0.0, envelope) * wave);
     }
 }
 
@@ -37,9 +50,12 @@ struct Tones
     double seconds;
 };
 
-Tones tonesOf(AlarmPriority priority)
+Tones tonesOf(std::optional<AlarmPriority> priority)
 {
-    switch (priority) {
+    if (!priority) {
+        return {1, 0, 0.1};
+    }
+    switch (*priority) {
     case AlarmPriority::High:
         return {3, 932, 0.17};
     case AlarmPriority::Medium:
@@ -50,18 +66,43 @@ Tones tonesOf(AlarmPriority priority)
     return {1, 466, 0.35};
 }
 
-AlarmSound::Play playedTones()
+/// A file for each, so that no program reads one that is being replaced by another.
+QString fileNameOf(std::optional<AlarmPriority> priority)
 {
-    std::map<AlarmPriority, std::shared_ptr<Sound>> sounds;
-    for (const AlarmPriority priority : {AlarmPriority::High, AlarmPriority::Medium, AlarmPriority::Low}) {
-        sounds[priority] = std::make_shared<Sound>(alarmTones(priority), [] { QApplication::beep(); });
-    }
-    return [sounds](AlarmPriority priority) { sounds.at(priority)->play(); };
+    return QStringLiteral("alarm") + QString::number(priority ? static_cast<int>(*priority) : 0);
+}
+
+AlarmSound::Play playedTones(Timers &timers)
+{
+    struct Kept
+    {
+        int volume;
+        std::shared_ptr<Sound> sound;
+    };
+    auto kept = std::make_shared<std::map<QString, Kept>>();
+    return [kept, &timers](std::optional<AlarmPriority> tones, int volume, const Sound::Told &told) {
+        const QString name = fileNameOf(tones);
+        const auto found = kept->find(name);
+        const bool isOther = found == kept->end() || found->second.volume != volume;
+        if (isOther && (found == kept->end() || !found->second.sound->isPlaying())) { // it is waited for
+            (*kept)[name] = {volume, std::make_shared<Sound>(timers, name, alarmTones(tones, volume))};
+        }
+        const std::shared_ptr<Sound> sound = kept->at(name).sound;
+        sound->play(told);
+    };
+}
+
+int keptVolume()
+{
+    bool ok = false;
+    const int volume =
+        SettingsStore().GetSetting(settingsOwner, settings_sections::operationalMode, volumeKey).toInt(&ok);
+    return ok ? std::clamp(volume, AlarmSound::leastVolume, AlarmSound::mostVolume) : AlarmSound::usualVolume;
 }
 
 } // namespace
 
-QByteArray alarmTones(AlarmPriority priority)
+QByteArray alarmTones(std::optional<AlarmPriority> priority, int volume)
 {
     constexpr double pause = 0.08;
     QByteArray samples;
@@ -69,8 +110,8 @@ QByteArray alarmTones(AlarmPriority priority)
     sound.setByteOrder(QDataStream::LittleEndian);
     const Tones tones = tonesOf(priority);
     for (int tone = 0; tone < tones.count; ++tone) {
-        appendTone(sound, tones.hertz, tones.seconds);
-        appendTone(sound, 0, pause);
+        appendTone(sound, tones.hertz, tones.seconds, amplitudeOf(volume));
+        appendTone(sound, 0, pause, 0);
     }
 
     QByteArray file;
@@ -89,11 +130,16 @@ QByteArray alarmTones(AlarmPriority priority)
 }
 
 AlarmSound::AlarmSound(const AlarmCentre &centre, Timers &timers, QObject *parent)
-    : AlarmSound(centre, timers, playedTones(), parent)
+    : AlarmSound(centre, timers, playedTones(timers), parent)
 {}
 
 AlarmSound::AlarmSound(const AlarmCentre &centre, Timers &timers, Play play, QObject *parent)
-    : QObject(parent), m_centre(centre), m_play(std::move(play)), m_reminder(timers.create())
+    : QObject(parent),
+      m_centre(centre),
+      m_play(std::move(play)),
+      m_reminder(timers.create()),
+      m_try(timers.create()),
+      m_volume(keptVolume())
 {
     connect(&centre, &AlarmCentre::attention, this, [this](const AlarmNews &news) {
         if (news.sounds) {
@@ -108,16 +154,62 @@ AlarmSound::AlarmSound(const AlarmCentre &centre, Timers &timers, Play play, QOb
     if (centre.unacknowledged() > 0) { // told before this was there
         sound();
     }
+    m_try->start(firstTry, [this] { tryWhetherHeard(); });
 }
 
 AlarmSound::~AlarmSound() = default;
 
+void AlarmSound::setVolume(int volume)
+{
+    const int wanted = std::clamp(volume, leastVolume, mostVolume);
+    if (wanted == m_volume) {
+        return;
+    }
+    m_volume = wanted;
+    SettingsStore().SaveSetting(settingsOwner, settings_sections::operationalMode, volumeKey,
+                                QString::number(m_volume));
+}
+
+void AlarmSound::test(AlarmPriority priority, const Sound::Told &told)
+{
+    play(priority, told);
+}
+
 void AlarmSound::sound()
 {
     if (const auto priority = m_muted ? std::nullopt : m_centre.sounding()) {
-        m_play(*priority);
+        play(priority, [](const SoundOutcome &) {});
     }
     m_reminder->start(reminderInterval, [this] { sound(); });
+}
+
+void AlarmSound::play(std::optional<AlarmPriority> tones, const Sound::Told &told)
+{
+    const QPointer<AlarmSound> self(this);
+    m_play(tones, m_volume, [this, self, tones, told](const SoundOutcome &outcome) {
+        if (!self) {
+            return;
+        }
+        if (!outcome.played && tones) {
+            QApplication::beep();
+        }
+        if (outcome.played) {
+            m_try->stop();
+        } else {
+            m_try->start(reminderInterval, [this] { tryWhetherHeard(); });
+        }
+        if (m_trouble != outcome.played.message()) {
+            m_trouble = outcome.played.message();
+            Q_EMIT troubleChanged();
+        }
+        told(outcome);
+    });
+}
+
+/// Where an alarm sounds meanwhile, that tells it, too.
+void AlarmSound::tryWhetherHeard()
+{
+    play(std::nullopt, [](const SoundOutcome &) {});
 }
 
 } // namespace ktr

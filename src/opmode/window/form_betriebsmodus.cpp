@@ -24,6 +24,7 @@
 #include "opmode/window/record/line_place.h"
 #include "opmode/window/record/record_window.h"
 #include "opmode/window/retention_dialog.h"
+#include "opmode/window/sound_notice.h"
 #include "opmode/window/station_commands.h"
 #include "opmode/window/station_counts.h"
 #include "opmode/window/station_tree_pane.h"
@@ -158,6 +159,11 @@ void Form_betriebsmodus::layOut()
     top->addWidget(m_noAlarm, 0, 0);
     top->addWidget(m_alarmBar, 0, 0);
     m_alarmBar->raise();
+    auto *notice = new SoundNotice(m_sound, alarms); // beside the bar, whether there are alarms or not
+    connect(notice, &QAbstractButton::clicked, m_menus->mnu_sound, &QAction::trigger);
+    connect(&m_sound, &AlarmSound::troubleChanged, this, &Form_betriebsmodus::showMute);
+    top->addWidget(notice, 0, 1);
+    top->setColumnStretch(0, 1);
     m_listBanner = new ListBanner(body);
     connect(m_listBanner, &ListBanner::retryWanted, this, [this] {
         delete m_recordWindow;
@@ -318,7 +324,7 @@ void Form_betriebsmodus::connectSettings()
     connect(m_menus->mnu_operator, &QAction::triggered, m_operatorBar, &OperatorBar::ask);
     connect(m_operatorBar, &OperatorBar::done, m_tree, qOverload<>(&QWidget::setFocus));
     connect(&m_mode.alarms(), &AlarmBook::shelvesChanged, this, &Form_betriebsmodus::enableActions);
-    new AlarmCommands({m_mode, m_texts, *m_menus, [this] { return chosen(); },
+    new AlarmCommands({m_mode, m_texts, *m_menus, m_sound, [this] { return chosen(); },
                        [this](const std::function<void()> &open) {
                            const QScopedValueRollback busy(m_busy, m_busy + 1);
                            open();
@@ -336,7 +342,9 @@ void Form_betriebsmodus::showMute()
     m_muted->setVisible(isMuted);
     m_muted->setText(
         tr("Muted until %1").arg(m_mute.until().toLocalTime().toString(QStringLiteral("HH:mm"))));
-    m_wallHeader->setNote(isMuted ? m_muted->text() : QString());
+    m_wallHeader->setNote(isMuted                       ? m_muted->text()
+                          : m_sound.trouble().isEmpty() ? QString()
+                                                        : tr("Alarms cannot be heard"));
 }
 
 void Form_betriebsmodus::goTo(const QString &kennung, const QModelIndex &entry)

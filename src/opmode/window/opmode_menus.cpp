@@ -84,6 +84,7 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
         muteLengths->addAction(action);
         mnu_stumm_for += action;
     }
+    mnu_sound = addAction(m_alarmMenu, "mnu_sound");
     m_alarmMenu->addSeparator();
     mnu_rules = addAction(m_alarmMenu, "mnu_rules");
     mnu_limits = addAction(m_alarmMenu, "mnu_limits");
@@ -119,6 +120,7 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     for (int length = 0; length < AlarmMute::lengths; ++length) {
         mnu_stumm_for[length]->setText(lengths[length]);
     }
+    mnu_sound->setText(tr("Sound..."));
     mnu_record->setText(tr("Find in the record..."));
     mnu_station_allonline->setText(texts.text(Text::AllOnline));
     mnu_station_alloffline->setText(texts.text(Text::AllOffline));

@@ -79,6 +79,7 @@ public:
     QAction *mnu_station_curves;
     QAction *mnu_stumm;
     QList<QAction *> mnu_stumm_for; ///< one for each AlarmMute::Length
+    QAction *mnu_sound;
     QAction *mnu_record;
     QAction *mnu_rules;
     QAction *mnu_operator;

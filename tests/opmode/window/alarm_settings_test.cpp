@@ -12,6 +12,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QSignalSpy>
 #include <QSpinBox>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -211,7 +212,18 @@ private Q_SLOTS:
         const AlarmCentre centre(
             book, [](const AlarmRow &) { return Alarm(); }, m_timers);
         QList<AlarmPriority> heard;
-        AlarmSound sound(centre, m_timers, [&](AlarmPriority priority) { heard += priority; });
+        QString fault;
+        int silences = 0;
+        QList<int> volumes;
+        const auto play = [&](std::optional<AlarmPriority> tones, int volume, const Sound::Told &told) {
+            silences += tones ? 0 : 1;
+            if (tones) {
+                heard += *tones;
+                volumes += volume;
+            }
+            told({fault.isEmpty() ? Status::done() : Status::failed(fault)});
+        };
+        AlarmSound sound(centre, m_timers, play);
         const auto come = [&](const char *text) {
             const qint64 id = book.addNotification(1, "+49", text, 1);
             m_timers.advance(AlarmCentre::pauseBetweenNews);
@@ -234,7 +246,38 @@ private Q_SLOTS:
         book.acknowledge({fire, fire + 2}, 2, {});
         m_timers.advance(AlarmSound::reminderInterval);
         QCOMPARE(heard.constLast(), Low);
-        QVERIFY(alarmTones(High) != alarmTones(Medium) && alarmTones(Medium) != alarmTones(Low));
+        QCOMPARE(silences, 0); // the alarm told it
+
+        // Where it is not heard that is a state, until it is heard again.
+        QSignalSpy told(&sound, &AlarmSound::troubleChanged);
+        fault = "no device";
+        m_timers.advance(AlarmSound::reminderInterval);
+        QCOMPARE(sound.trouble(), "no device");
+        sound.setMuted(true);
+        m_timers.advance(AlarmSound::reminderInterval);
+        QCOMPARE(silences, 1);
+        QCOMPARE(told.size(), 1);
+        fault.clear();
+        m_timers.advance(AlarmSound::reminderInterval);
+        QVERIFY(sound.trouble().isEmpty());
+        QCOMPARE(told.size(), 2);
+        m_timers.advance(2 * AlarmSound::reminderInterval);
+        QCOMPARE(silences, 2); // and no more
+        const AlarmBook empty;
+        const AlarmCentre calm(
+            empty, [](const AlarmRow &) { return Alarm(); }, m_timers);
+        const AlarmSound atBeginning(calm, m_timers, play);
+        m_timers.advance(AlarmSound::firstTry);
+        QCOMPARE(silences, 3);
+
+        QCOMPARE(volumes.constLast(), AlarmSound::usualVolume);
+        sound.setVolume(30);
+        sound.test(High, [](const SoundOutcome &) {}); // muted or not
+        QCOMPARE(volumes.constLast(), 30);
+        QCOMPARE(AlarmSound(centre, m_timers, play).volume(), 30);
+        const QByteArray loud = alarmTones(High, 70);
+        QVERIFY(loud != alarmTones(Medium, 70) && alarmTones(Medium, 70) != alarmTones(Low, 70));
+        QVERIFY(loud != alarmTones(High, 100) && loud.size() == alarmTones(High, 100).size());
     }
 
 private:

@@ -4,6 +4,7 @@
 #include "opmode/window/alarms/alarm_limits_dialog.h"
 #include "opmode/window/alarms/alarm_rules_dialog.h"
 #include "opmode/window/alarms/maintenance.h"
+#include "opmode/window/alarms/sound_dialog.h"
 #include "opmode/window/opmode_menus.h"
 
 #include <QAction>
@@ -21,6 +22,8 @@ AlarmCommands::AlarmCommands(const Services &services, QWidget &window)
           [this, &window] { AlarmRulesDialog(m_services.mode, m_services.texts, &window).exec(); });
     opens(services.menus.mnu_limits,
           [this, &window] { AlarmLimitsDialog(m_services.mode, m_services.texts, &window).exec(); });
+    opens(services.menus.mnu_sound,
+          [this, &window] { SoundDialog(m_services.sound, m_services.texts, &window).exec(); });
     opens(services.menus.mnu_maintenance, [this, &window] {
         askForMaintenance(m_services.mode, m_services.texts, m_services.chosen(), &window);
     });

@@ -6,6 +6,7 @@
 
 namespace ktr {
 
+class AlarmSound;
 class OperationalMode;
 class OpmodeMenus;
 class TextTable;
@@ -21,6 +22,7 @@ public:
         OperationalMode &mode;
         const TextTable &texts;
         OpmodeMenus &menus;
+        AlarmSound &sound;
         /// The key of the station that is chosen; empty for none.
         std::function<QString()> chosen;
         /// Runs what opens a dialog, during which the window stays open.
