@@ -11,6 +11,7 @@
 #include "look/list_views.h"
 #include "look/mnemonics.h"
 #include "look/outside_texts.h"
+#include "look/window_place.h"
 #include "platform/files.h"
 #include "platform/text_rules.h"
 
@@ -93,6 +94,7 @@ ForetellWindow::ForetellWindow(Services services, QWidget *parent)
     setMinimumSize(leastForetellSize);
     constexpr QSize frame(16, 56);
     resize(usualForetellSize.boundedTo(screen()->availableSize() - frame));
+    keepWindowPlace(*this, objectName());
     applyTexts();
     const ModuleMs now = moduleMs(m_services.document.environment().now());
     beginAt(now - now % msPerMinute);

@@ -2,6 +2,7 @@
 
 #include "app/printing.h"
 #include "look/program_name.h"
+#include "look/window_place.h"
 
 #include <QAbstractScrollArea>
 #include <QAction>
@@ -79,6 +80,7 @@ frm_preview::frm_preview(const TextTable &texts, QWidget *parent)
     connect(m_preview, &QPrintPreviewWidget::previewChanged, this, &frm_preview::showState);
     connect(m_page, &QSpinBox::valueChanged, this, &frm_preview::turnTo);
     resize(startSize);
+    keepWindowPlace(*this, objectName());
     applyTexts();
 }
 

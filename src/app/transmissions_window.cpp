@@ -4,6 +4,7 @@
 #include "link/conversation_log.h"
 #include "look/kept_place.h"
 #include "look/list_views.h"
+#include "look/window_place.h"
 #include "platform/files.h"
 #include "platform/settings_store.h"
 #include "platform/text_rules.h"
@@ -178,6 +179,7 @@ void TransmissionsWindow::layOut()
     all->addLayout(below);
     constexpr QSize comfortable(960, 620);
     resize(comfortable);
+    keepWindowPlace(*this, objectName());
 }
 
 void TransmissionsWindow::applyTexts()
