@@ -2205,6 +2205,61 @@
     </message>
 </context>
 <context>
+    <name>TimeMap</name>
+    <message>
+        <source>high</source>
+        <translation>hoch</translation>
+    </message>
+    <message>
+        <source>medium</source>
+        <translation>mittel</translation>
+    </message>
+    <message>
+        <source>low</source>
+        <translation>niedrig</translation>
+    </message>
+    <message>
+        <source>less than a minute</source>
+        <translation>weniger als eine Minute</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 h %2 min</source>
+        <translation>%1 h %2 min</translation>
+    </message>
+    <message>
+        <source>no alarm</source>
+        <translation>kein Alarm</translation>
+    </message>
+    <message>
+        <source>1 alarm, priority %1</source>
+        <translation>1 Alarm, Priorität %1</translation>
+    </message>
+    <message>
+        <source>%1 alarms, the most urgent priority: %2</source>
+        <translation>%1 Alarme, dringlichste Priorität: %2</translation>
+    </message>
+    <message>
+        <source>not heard for %1</source>
+        <translation>nicht gehört: %1</translation>
+    </message>
+    <message>
+        <source>stations not heard: %1 of %2, together for %3</source>
+        <translation>nicht gehörte Stationen: %1 von %2, zusammen %3</translation>
+    </message>
+    <message>
+        <source>no silence</source>
+        <translation>kein Schweigen</translation>
+    </message>
+    <message>
+        <source>not known for %1: nobody watched</source>
+        <translation>unbekannt für %1: niemand überwachte</translation>
+    </message>
+</context>
+<context>
     <name>Transmission</name>
     <message>
         <source>The configuration was sent; whether all of it arrived is not known</source>
@@ -4028,10 +4083,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Stationen</translation>
     </message>
     <message>
-        <source>Contained in the name of the station, also of one that has left the list. Several are separated by semicolons.</source>
-        <translation>Enthalten im Namen der Station, auch einer, die nicht mehr in der Liste steht. Mehrere werden durch Semikolon getrennt.</translation>
-    </message>
-    <message>
         <source>Kind</source>
         <translation>Art</translation>
     </message>
@@ -4182,6 +4233,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>This text is not searched for in input values, history, connections, attributes and the program&apos;s starts, unless &quot;Input values&quot;, &quot;History&quot; or &quot;Connections&quot; is chosen, or stations and a time.</source>
         <translation>In Eingangswerten, Historie, Verbindungen, Attributen und Programmstarts wird dieser Text nicht gesucht, außer wenn „Eingangswerte“, „Historie“ oder „Verbindungen“ gewählt ist oder Stationen und ein Zeitraum.</translation>
+    </message>
+    <message>
+        <source>Contained in the name of the station, also of one that has left the list. Several are separated by semicolons; a whole name stands in quotation marks.</source>
+        <translation>Enthalten im Namen der Station, auch einer, die nicht mehr in der Liste steht. Mehrere werden durch Semikolon getrennt; ein ganzer Name steht in Anführungszeichen (&quot;).</translation>
     </message>
 </context>
 <context>
@@ -5946,6 +6001,10 @@ Turm</translation>
         <source>Sound...</source>
         <translation>Ton...</translation>
     </message>
+    <message>
+        <source>Map of time...</source>
+        <translation>Zeitkarte...</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OpmodePage</name>
@@ -6292,6 +6351,10 @@ Turm</translation>
     <message>
         <source>Easily overlooked</source>
         <translation>Leicht übersehen</translation>
+    </message>
+    <message>
+        <source>Map of time</source>
+        <translation>Zeitkarte</translation>
     </message>
 </context>
 <context>
@@ -6924,6 +6987,37 @@ Turm</translation>
     </message>
 </context>
 <context>
+    <name>ktr::StationFiguresModel</name>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>all the time</source>
+        <translation>die ganze Zeit</translation>
+    </message>
+    <message>
+        <source>%1, offline</source>
+        <translation>%1, offline</translation>
+    </message>
+    <message>
+        <source>(no station)</source>
+        <translation>(keine Station)</translation>
+    </message>
+    <message>
+        <source>Station</source>
+        <translation>Station</translation>
+    </message>
+    <message>
+        <source>Alarms</source>
+        <translation>Alarme</translation>
+    </message>
+    <message>
+        <source>Not heard</source>
+        <translation>Nicht gehört</translation>
+    </message>
+</context>
+<context>
     <name>ktr::StationFilter</name>
     <message>
         <source>All</source>
@@ -7226,6 +7320,259 @@ Turm</translation>
     <message>
         <source>Sets the module&apos;s clock to another date and time</source>
         <translation>Stellt die Uhr des Moduls auf ein anderes Datum und eine andere Uhrzeit</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::TimeMapLegend</name>
+    <message>
+        <source>Legend</source>
+        <translation>Legende</translation>
+    </message>
+    <message>
+        <source>the most urgent alarm: high (&quot;!&quot;)</source>
+        <translation>dringlichster Alarm: hoch („!“)</translation>
+    </message>
+    <message>
+        <source>medium</source>
+        <translation>mittel</translation>
+    </message>
+    <message>
+        <source>low</source>
+        <translation>niedrig</translation>
+    </message>
+    <message>
+        <source>stronger from %1, %2 and %3 alarms on</source>
+        <translation>kräftiger ab %1, %2 und %3 Alarmen</translation>
+    </message>
+    <message>
+        <source>not heard below %1 % of the time</source>
+        <translation>unter %1 % der Zeit nicht gehört</translation>
+    </message>
+    <message>
+        <source>from %1 %</source>
+        <translation>ab %1 %</translation>
+    </message>
+    <message>
+        <source>nobody watched</source>
+        <translation>niemand überwachte</translation>
+    </message>
+    <message>
+        <source>number: minutes</source>
+        <translation>Zahl: Minuten</translation>
+    </message>
+    <message>
+        <source>number: stations</source>
+        <translation>Zahl: Stationen</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::TimeMapPage</name>
+    <message>
+        <source>Alarms</source>
+        <translation>Alarme</translation>
+    </message>
+    <message>
+        <source>When alarms came</source>
+        <translation>Wann Alarme kamen</translation>
+    </message>
+    <message>
+        <source>Silence</source>
+        <translation>Schweigen</translation>
+    </message>
+    <message>
+        <source>When stations were silent or offline</source>
+        <translation>Wann Stationen stumm oder offline waren</translation>
+    </message>
+    <message>
+        <source>Group</source>
+        <translation>Gruppe</translation>
+    </message>
+    <message>
+        <source>All stations, or those of a group of the overview</source>
+        <translation>Alle Stationen oder die einer Gruppe der Übersicht</translation>
+    </message>
+    <message>
+        <source>One station</source>
+        <translation>Eine Station</translation>
+    </message>
+    <message>
+        <source>The name of a station, in the place of the group</source>
+        <translation>Der Name einer Station, anstelle der Gruppe</translation>
+    </message>
+    <message>
+        <source>Since midnight</source>
+        <translation>Seit Mitternacht</translation>
+    </message>
+    <message>
+        <source>Chooses the hours from midnight until now</source>
+        <translation>Wählt die Stunden von Mitternacht bis jetzt</translation>
+    </message>
+    <message>
+        <source>Month</source>
+        <translation>Monat</translation>
+    </message>
+    <message>
+        <source>Quarter</source>
+        <translation>Quartal</translation>
+    </message>
+    <message>
+        <source>Year</source>
+        <translation>Jahr</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>How many days are shown</source>
+        <translation>Wie viele Tage gezeigt werden</translation>
+    </message>
+    <message>
+        <source>Earlier</source>
+        <translation>Früher</translation>
+    </message>
+    <message>
+        <source>The days before (Page up in the map)</source>
+        <translation>Die Tage davor (Bild auf in der Karte)</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Später</translation>
+    </message>
+    <message>
+        <source>The days behind (Page down in the map)</source>
+        <translation>Die Tage danach (Bild ab in der Karte)</translation>
+    </message>
+    <message>
+        <source>Day</source>
+        <translation>Tag</translation>
+    </message>
+    <message>
+        <source>A day that is shown</source>
+        <translation>Ein Tag, der gezeigt wird</translation>
+    </message>
+    <message>
+        <source>Today</source>
+        <translation>Heute</translation>
+    </message>
+    <message>
+        <source>Map of time</source>
+        <translation>Zeitkarte</translation>
+    </message>
+    <message>
+        <source>Show in the record</source>
+        <translation>In der Aufzeichnung zeigen</translation>
+    </message>
+    <message>
+        <source>What happened in the hours that are chosen (Enter in the map)</source>
+        <translation>Was in den gewählten Stunden geschah (Eingabetaste in der Karte)</translation>
+    </message>
+    <message>
+        <source>Stations</source>
+        <translation>Stationen</translation>
+    </message>
+    <message>
+        <source>All stations</source>
+        <translation>Alle Stationen</translation>
+    </message>
+    <message>
+        <source>In no group</source>
+        <translation>In keiner Gruppe</translation>
+    </message>
+    <message>
+        <source>No station is called &quot;%1&quot;</source>
+        <translation>Keine Station heißt „%1“</translation>
+    </message>
+    <message>
+        <source>There are no stations</source>
+        <translation>Es gibt keine Stationen</translation>
+    </message>
+    <message>
+        <source>No station is in this group</source>
+        <translation>In dieser Gruppe ist keine Station</translation>
+    </message>
+    <message>
+        <source>A click, or Enter, shows what happened in that hour. Arrow keys choose an hour, with Shift or by dragging several.</source>
+        <translation>Ein Klick oder die Eingabetaste zeigt, was in der Stunde geschah. Pfeiltasten wählen eine Stunde, mit Umschalt oder durch Ziehen mehrere.</translation>
+    </message>
+    <message>
+        <source>A click, or the arrow keys, choose an hour, dragging or Shift several: the list has their stations. A double click, or Enter, shows what happened.</source>
+        <translation>Ein Klick oder die Pfeiltasten wählen eine Stunde, Ziehen oder Umschalt mehrere: Die Liste hat deren Stationen. Doppelklick oder Eingabetaste zeigt, was geschah.</translation>
+    </message>
+    <message>
+        <source>Reading …</source>
+        <translation>Wird gelesen …</translation>
+    </message>
+    <message>
+        <source>The record is empty: nothing has been written down yet.</source>
+        <translation>Die Aufzeichnung ist leer: Noch wurde nichts festgehalten.</translation>
+    </message>
+    <message>
+        <source>The record begins later, on %1.</source>
+        <translation>Die Aufzeichnung beginnt später, am %1.</translation>
+    </message>
+    <message>
+        <source>These days are still to come.</source>
+        <translation>Diese Tage kommen erst noch.</translation>
+    </message>
+    <message>
+        <source>No alarm came in these days.</source>
+        <translation>In diesen Tagen kam kein Alarm.</translation>
+    </message>
+    <message>
+        <source>Alarms in these days: %1</source>
+        <translation>Alarme in diesen Tagen: %1</translation>
+    </message>
+    <message>
+        <source>No station was silent or offline in these days.</source>
+        <translation>Keine Station war in diesen Tagen stumm oder offline.</translation>
+    </message>
+    <message>
+        <source>Not heard in these days: %1, of all stations together</source>
+        <translation>Nicht gehört in diesen Tagen: %1, alle Stationen zusammen</translation>
+    </message>
+    <message>
+        <source>These hours are still to come.</source>
+        <translation>Diese Stunden kommen erst noch.</translation>
+    </message>
+    <message>
+        <source>%1: no alarm</source>
+        <translation>%1: kein Alarm</translation>
+    </message>
+    <message>
+        <source>%1: nobody watched for %2</source>
+        <translation>%1: für %2 überwachte niemand</translation>
+    </message>
+    <message>
+        <source>%1: all stations were heard</source>
+        <translation>%1: alle Stationen wurden gehört</translation>
+    </message>
+    <message>
+        <source>%1: stations with alarms: %2</source>
+        <translation>%1: Stationen mit Alarmen: %2</translation>
+    </message>
+    <message>
+        <source>%1: stations not heard: %2</source>
+        <translation>%1: nicht gehörte Stationen: %2</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::TimeMapView</name>
+    <message>
+        <source> (before the clocks are set back)</source>
+        <translation> (vor der Zeitumstellung)</translation>
+    </message>
+    <message>
+        <source> (after the clocks were set back)</source>
+        <translation> (nach der Zeitumstellung)</translation>
+    </message>
+    <message>
+        <source>is still to come</source>
+        <translation>kommt erst noch</translation>
+    </message>
+    <message>
+        <source>is being read</source>
+        <translation>wird gelesen</translation>
     </message>
 </context>
 <context>

@@ -33,6 +33,7 @@ public:
             });
         });
     }
+    const QString &path() const { return m_path; }
     /// No answer arrives for this asker any more.
     void withdraw(const void *asker);
     bool isWaitedFor(const void *asker) const;

@@ -102,6 +102,35 @@ struct AlarmFigures
     qint64 standing = 0; ///< of those that came, stood for longer than a day
 };
 
+/// How many alarms came in a part of a time, and how urgent the most urgent one was.
+struct AlarmSpan
+{
+    qint64 begin = 0;
+    qint64 count = 0;
+    int priority = 0;
+    bool operator==(const AlarmSpan &) const = default;
+};
+
+/// The same of a station, over all of the time; of no station those that are about none.
+struct StationAlarms
+{
+    qint64 station = 0;
+    qint64 count = 0;
+    int priority = 0;
+    bool operator==(const StationAlarms &) const = default;
+};
+
+/// Something that tells whether a station is heard, or whether anybody listens.
+struct ConnectionChange
+{
+    qint64 at = 0;
+    qint64 id = 0;
+    qint64 station = 0;
+    EventKind kind = EventKind::Alive;
+    QString detail{}; ///< of attributes
+    bool operator==(const ConnectionChange &) const = default;
+};
+
 /// The times that a point of a curve stands for.
 enum class HistoryLevel { Raw, QuarterHour, Hour, Day };
 
@@ -242,6 +271,16 @@ public:
     Status begin(qint64 &at);
     /// When each of these stations said something last; those that never did are left out.
     Status lastHeard(const QList<qint64> &stations, QHash<qint64, qint64> &times);
+    /// The alarms that came from `from` and before `to`, of these stations, without any of all, in parts of
+    /// so many milliseconds since 1970 in which any came, the earliest first.
+    Status alarmSpans(const QList<qint64> &stations, qint64 from, qint64 to, qint64 partMs,
+                      QList<AlarmSpan> &spans);
+    /// The same for each station that had any.
+    Status stationAlarms(const QList<qint64> &stations, qint64 from, qint64 to, QList<StationAlarms> &alarms);
+    /// What tells of these stations, without any of all, whether they are heard: what is needed to know it
+    /// at `from`, and all from then on and before `to`, in the order of the times.
+    Status connections(const QList<qint64> &stations, qint64 from, qint64 to,
+                       const std::function<void(const ConnectionChange &)> &take);
     /// When the present operator did something for the first time after another one did; 0 when there was no
     /// other.
     Status lastOperatorChange(qint64 &at);
@@ -301,6 +340,9 @@ private:
                            const std::function<void(const NotificationRow &)> &take);
     Status openAlarmsIn(const QString &where, const QVariantList &values,
                         const std::function<void(const AlarmRow &)> &take);
+    Status changesOfKinds(const QList<EventKind> &kinds, const QList<qint64> &stations,
+                          std::pair<qint64, qint64> times, QList<ConnectionChange> &changes);
+    Status lastSaid(const QList<qint64> &stations, qint64 before, QList<ConnectionChange> &changes);
     /// Carries out a statement and hands over its rows until `take` gives false.
     Status each(const QString &statement, const QVariantList &values,
                 const std::function<bool(const QSqlQuery &)> &take);

@@ -280,7 +280,8 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_konfiguration, &Form_betriebsmodus::configure);
     does(m_menus->mnu_transmit_several, &Form_betriebsmodus::configureSeveral);
     does(m_menus->mnu_export, &Form_betriebsmodus::exportEntries);
-    does(m_menus->mnu_record, &Form_betriebsmodus::openRecord);
+    does(m_menus->mnu_record, [this] { openRecord().appear(); });
+    does(m_menus->mnu_map, [this] { openRecord().appearWithMap(); });
     does(m_menus->mnu_retention, &Form_betriebsmodus::showRetention);
     does(m_menus->mnu_place, &Form_betriebsmodus::choosePlace);
     does(m_menus->mnu_close, &Form_betriebsmodus::close);
@@ -824,19 +825,20 @@ void Form_betriebsmodus::exportEntries()
     dialog.exec();
 }
 
-void Form_betriebsmodus::openRecord()
+RecordWindow &Form_betriebsmodus::openRecord()
 {
     if (!m_recordWindow) {
         FindPage::Services services;
         services.askSave = m_services.askSave;
         services.isMuted = [this] { return m_mute.isMuted(); };
         services.now = [this] { return m_mode.now(); };
+        services.groups = [this] { return m_overview->model().groups(); };
         services.showInTree = [this](const RecordLine &line) { return showInTree(line); };
         m_recordWindow = new RecordWindow(m_mode, services);
         m_recordWindow->setLocale(locale());
         connect(m_recordWindow, &RecordWindow::statusMessage, this, &Form_betriebsmodus::tell);
     }
-    m_recordWindow->appear();
+    return *m_recordWindow;
 }
 
 void Form_betriebsmodus::showRetention()

@@ -122,7 +122,7 @@ private:
     void offerThinning();
     void rememberChosen();
     void chooseAgain();
-    void openRecord();
+    RecordWindow &openRecord();
     void goTo(const QString &kennung, const QModelIndex &entry);
     bool showInTree(const RecordLine &line);
     void comeToFront();

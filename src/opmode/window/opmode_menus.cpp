@@ -71,6 +71,7 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     window.addAction(mnu_wall); // its key is needed where the menus are hidden, too
     m_viewMenu->addSeparator();
     mnu_record = addAction(m_viewMenu, "mnu_record", QKeySequence::Find);
+    mnu_map = addAction(m_viewMenu, "mnu_map", QKeySequence(Qt::CTRL | Qt::Key_5));
 
     mnu_operator = addAction(m_alarmMenu, "mnu_operator");
     m_alarmMenu->addSeparator();
@@ -122,6 +123,7 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     }
     mnu_sound->setText(tr("Sound..."));
     mnu_record->setText(tr("Find in the record..."));
+    mnu_map->setText(tr("Map of time..."));
     mnu_station_allonline->setText(texts.text(Text::AllOnline));
     mnu_station_alloffline->setText(texts.text(Text::AllOffline));
     mnu_konfiguration->setText(texts.text(Text::ConfigurationMode));
@@ -192,6 +194,7 @@ void OpmodeMenus::setHindrances(const Hindrances &hindrances)
 void OpmodeMenus::setRecorded(bool isRecorded)
 {
     mnu_record->setEnabled(isRecorded);
+    mnu_map->setEnabled(isRecorded);
 }
 
 void OpmodeMenus::setView(View view)

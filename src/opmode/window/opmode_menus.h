@@ -81,6 +81,7 @@ public:
     QList<QAction *> mnu_stumm_for; ///< one for each AlarmMute::Length
     QAction *mnu_sound;
     QAction *mnu_record;
+    QAction *mnu_map;
     QAction *mnu_rules;
     QAction *mnu_operator;
     QAction *mnu_limits;

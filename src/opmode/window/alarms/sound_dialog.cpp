@@ -47,7 +47,7 @@ SoundDialog::SoundDialog(AlarmSound &sound, const TextTable &texts, QWidget *par
                                                 : tr("Alarms cannot be heard: %1").arg(m_sound.trouble()));
     showVolume();
     m_volume->setFocus();
-    constexpr QSize comfortable(500, 230); // room for a reason of three lines
+    constexpr QSize comfortable(500, 200); // room for a reason of three lines
     resize(comfortable);
 }
 

@@ -225,7 +225,7 @@ void FindPage::applyTexts()
     m_station->setAccessibleName(tr("Stations"));
     m_station->setToolTip(
         tr("Contained in the name of the station, also of one that has left the list. Several "
-           "are separated by semicolons."));
+           "are separated by semicolons; a whole name stands in quotation marks."));
     QStringList kinds;
     for (const KindChoice &choice : kindChoices()) {
         kinds += tr(choice.caption);
@@ -244,6 +244,28 @@ void FindPage::applyTexts()
     showNames();
     fitColumns();
     showState();
+}
+
+void FindPage::showTimes(bool alarms, qint64 from, qint64 to, const QString &station)
+{
+    constexpr int connections = 5; // of kindChoices()
+    {
+        const QSignalBlocker all[] = {QSignalBlocker(m_events), QSignalBlocker(m_from), QSignalBlocker(m_to),
+                                      QSignalBlocker(m_station), QSignalBlocker(m_text)};
+        (alarms ? m_alarms : m_events)->setChecked(true);
+        m_kind->setCurrentIndex(connections);
+        m_state->setCurrentIndex(0);
+        m_operator->setCurrentIndex(0);
+        m_text->clear();
+        m_station->setText(station.isEmpty() ? QString() : u'"' + station + u'"');
+        m_period->setCurrentIndex(FromTo);
+        m_from->setDateTime(QDateTime::fromMSecsSinceEpoch(from));
+        m_to->setDateTime(QDateTime::fromMSecsSinceEpoch(to - 1)); // whose minute is included
+        m_from->show();
+        m_to->show();
+    }
+    showView();
+    m_table->setFocus();
 }
 
 void FindPage::beginTyping()
@@ -296,7 +318,9 @@ std::optional<QList<qint64>> FindPage::stationsMeant() const
     const RecordStations &stations = m_model->stations();
     for (auto station = stations.begin(); station != stations.end(); ++station) {
         if (std::ranges::any_of(wanted, [&](const QString &part) {
-                return station->name.contains(part, Qt::CaseInsensitive);
+                const bool isWhole = part.size() > 2 && part.startsWith(u'"') && part.endsWith(u'"');
+                return isWhole ? station->name.compare(part.sliced(1).chopped(1), Qt::CaseInsensitive) == 0
+                               : station->name.contains(part, Qt::CaseInsensitive);
             })) {
             numbers += station.key();
         }

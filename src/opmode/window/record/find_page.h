@@ -1,5 +1,6 @@
 #pragma once
 
+#include "opmode/overview/station_groups.h"
 #include "opmode/window/record/record_model.h"
 
 #include <QDateTime>
@@ -33,6 +34,8 @@ public:
         /// Whether the sound of alarms is off.
         std::function<bool()> isMuted = [] { return false; };
         std::function<QDateTime()> now = [] { return QDateTime::currentDateTime(); };
+        /// Those of the overview.
+        std::function<StationGroups()> groups = [] { return StationGroups(); };
         /// Shows in the tree what a line tells of; false when its station is not there any more.
         std::function<bool(const RecordLine &line)> showInTree = [](const RecordLine &) { return false; };
     };
@@ -41,6 +44,9 @@ public:
     ~FindPage() override;
 
     void applyTexts();
+    /// Searches for the alarms that came from `from` and before `to`, or for what became of connections then,
+    /// of a station, or with an empty name of all. Times are milliseconds since 1970 UTC.
+    void showTimes(bool alarms, qint64 from, qint64 to, const QString &station);
     /// Puts the focus into the field for the text.
     void beginTyping();
     /// Shows what was committed since the last call, and at midnight another day.

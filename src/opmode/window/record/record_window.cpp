@@ -2,6 +2,7 @@
 
 #include "look/icons.h"
 #include "opmode/operational_mode.h"
+#include "opmode/window/timemap/time_map_page.h"
 #include "platform/settings_store.h"
 
 #include <QKeyEvent>
@@ -49,6 +50,12 @@ RecordWindow::RecordWindow(OperationalMode &mode, const FindPage::Services &serv
         m_tabs->addTab(m_reports[kind], QString());
         connect(m_reports[kind], &ReportPage::statusMessage, this, &RecordWindow::statusMessage);
     }
+    m_map = new TimeMapPage(mode, m_queries, {own.groups, own.now}, m_tabs);
+    m_tabs->addTab(m_map, QString());
+    connect(m_map, &TimeMapPage::placeWanted, this, [this](const TimeMapPage::Place &place) {
+        m_tabs->setCurrentWidget(m_find);
+        m_find->showTimes(place.topic == TimeMapTopic::Alarms, place.from, place.to, place.station);
+    });
     auto *all = new QVBoxLayout(this);
     all->addWidget(m_tabs);
     connect(m_find, &FindPage::statusMessage, this, &RecordWindow::statusMessage);
@@ -56,6 +63,8 @@ RecordWindow::RecordWindow(OperationalMode &mode, const FindPage::Services &serv
     connect(m_second, &QTimer::timeout, this, [this] {
         if (m_find->isVisible()) {
             m_find->follow();
+        } else if (m_map->isVisible()) {
+            m_map->follow();
         }
     });
     // A list with the focus would search for the tab among its items.
@@ -78,11 +87,23 @@ RecordWindow::~RecordWindow()
     qDeleteAll(findChildren<QWidget *>(Qt::FindDirectChildrenOnly)); // they use the queries to their end
 }
 
-void RecordWindow::appear()
+void RecordWindow::comeToFront()
 {
     showNormal();
     raise();
     activateWindow();
+}
+
+void RecordWindow::appearWithMap()
+{
+    comeToFront();
+    m_tabs->setCurrentWidget(m_map);
+    m_map->beginChoosing();
+}
+
+void RecordWindow::appear()
+{
+    comeToFront();
     m_tabs->setCurrentWidget(m_find);
     m_find->beginTyping();
 }
@@ -94,7 +115,9 @@ void RecordWindow::applyTexts()
     m_tabs->setTabText(1, tr("Shift report"));
     m_tabs->setTabText(2, tr("Figures"));
     m_tabs->setTabText(3, tr("Easily overlooked"));
+    m_tabs->setTabText(4, tr("Map of time"));
     m_find->applyTexts();
+    m_map->applyTexts();
     for (ReportPage *report : m_reports) {
         report->applyTexts();
     }

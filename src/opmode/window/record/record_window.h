@@ -9,6 +9,7 @@ class QTabWidget;
 namespace ktr {
 
 class OperationalMode;
+class TimeMapPage;
 
 /// A window over the record of the operational mode: it finds what happened and reports about it. It must be
 /// gone before that record is closed.
@@ -22,6 +23,8 @@ public:
 
     /// Comes to the front, ready for a text to be typed.
     void appear();
+    /// The same with the map of time.
+    void appearWithMap();
 
 Q_SIGNALS:
     void statusMessage(const QString &line);
@@ -33,12 +36,14 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
+    void comeToFront();
     void applyTexts();
 
     RecordQueries m_queries;
     QTimer *m_second;
     QTabWidget *m_tabs;
     FindPage *m_find;
+    TimeMapPage *m_map;
     std::array<ReportPage *, 3> m_reports; ///< by their kinds
 };
 
