@@ -8,6 +8,7 @@
 #include "lang/text_table.h"
 #include "look/message_dialog.h"
 #include "look/outside_texts.h"
+#include "look/window_place.h"
 #include "platform/registry.h"
 #include "support/environment.h"
 
@@ -26,6 +27,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QTemporaryDir>
@@ -107,6 +109,27 @@ private Q_SLOTS:
         m_texts.fillEnglish();
     }
     void cleanup() { QTRY_VERIFY(openDialogs().isEmpty()); }
+
+    void aWindowComesBackWhereItWasAndOnAScreenThatIsThere()
+    {
+        const QRect place(100, 120, 420, 310);
+        const auto close = [](const QString &name, const QRect &at) {
+            QWidget window;
+            keepWindowPlace(window, name);
+            window.setGeometry(at);
+            window.show();
+            QVERIFY(QTest::qWaitForWindowExposed(&window));
+            window.hide();
+        };
+        close(u"Form_one"_s, place);
+        QWidget again;
+        keepWindowPlace(again, u"Form_one"_s);
+        QCOMPARE(again.geometry(), place);
+        close(u"Form_far"_s, place.translated(9000, 9000)); // on a screen that is gone
+        QWidget back;
+        keepWindowPlace(back, u"Form_far"_s);
+        QVERIFY(back.screen()->geometry().contains(back.geometry()));
+    }
 
     void aDialogKeepsItsMeasuresWhateverTextAndFont_data()
     {
