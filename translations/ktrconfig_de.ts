@@ -4238,6 +4238,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Contained in the name of the station, also of one that has left the list. Several are separated by semicolons; a whole name stands in quotation marks.</source>
         <translation>Enthalten im Namen der Station, auch einer, die nicht mehr in der Liste steht. Mehrere werden durch Semikolon getrennt; ein ganzer Name steht in Anführungszeichen (&quot;).</translation>
     </message>
+    <message>
+        <source>Silent, alive, changed</source>
+        <translation>Stumm, aktiv, geändert</translation>
+    </message>
 </context>
 <context>
     <name>ktr::FirmwareUpload</name>

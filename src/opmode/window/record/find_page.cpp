@@ -52,6 +52,8 @@ const QList<KindChoice> &kindChoices()
         {QT_TRANSLATE_NOOP("ktr::FindPage", "Connections"), {Alive, Silent, Quality, Puk, Flood}},
         {QT_TRANSLATE_NOOP("ktr::FindPage", "Operators' actions"), operatorsKinds()},
         {QT_TRANSLATE_NOOP("ktr::FindPage", "Program"), {Started, Stopped, ListFollowed, Trouble}},
+        {QT_TRANSLATE_NOOP("ktr::FindPage", "Silent, alive, changed"),
+         {Alive, Silent, Attributes, StationRemoved}},
     };
     return choices;
 }
@@ -248,12 +250,11 @@ void FindPage::applyTexts()
 
 void FindPage::showTimes(bool alarms, qint64 from, qint64 to, const QString &station)
 {
-    constexpr int connections = 5; // of kindChoices()
     {
         const QSignalBlocker all[] = {QSignalBlocker(m_events), QSignalBlocker(m_from), QSignalBlocker(m_to),
                                       QSignalBlocker(m_station), QSignalBlocker(m_text)};
         (alarms ? m_alarms : m_events)->setChecked(true);
-        m_kind->setCurrentIndex(connections);
+        m_kind->setCurrentIndex(static_cast<int>(kindChoices().size()) - 1);
         m_state->setCurrentIndex(0);
         m_operator->setCurrentIndex(0);
         m_text->clear();
