@@ -7559,6 +7559,10 @@ Turm</translation>
         <source>%1: stations not heard: %2</source>
         <translation>%1: nicht gehörte Stationen: %2</translation>
     </message>
+    <message>
+        <source>Not heard in these days: %1</source>
+        <translation>Nicht gehört in diesen Tagen: %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::TimeMapView</name>

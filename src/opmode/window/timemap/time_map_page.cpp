@@ -172,12 +172,14 @@ QWidget *TimeMapPage::createList()
 void TimeMapPage::connectParts()
 {
     connect(m_alarms, &QRadioButton::toggled, this, &TimeMapPage::read);
-    connect(m_groups, &QComboBox::activated, this, [this] {
-        m_station->clear();
-        read();
+    connect(m_groups, &QComboBox::activated, this, &TimeMapPage::read);
+    connect(m_station, &QLineEdit::textChanged, this, [this](const QString &name) {
+        if (name.isEmpty()) {
+            read();
+        }
     });
     connect(m_station, &QLineEdit::editingFinished, this, [this] {
-        if (m_station->text().trimmed() != m_stationName || m_station->text().trimmed().isEmpty()) {
+        if (const QString name = m_station->text().trimmed(); !name.isEmpty() && name != m_stationName) {
             read();
         }
     });
@@ -283,6 +285,7 @@ bool TimeMapPage::takeScope()
 {
     const QString typed = m_station->text().trimmed();
     const int group = m_groups->currentData().toInt();
+    m_groups->setEnabled(typed.isEmpty());
     m_stationName = typed;
     m_isOfAll = typed.isEmpty() && group == allStations;
     m_scope.clear();
@@ -421,9 +424,10 @@ void TimeMapPage::showAnswer(const TimeMapAnswer &answer)
         : m_grid.from() > m_readAt    ? tr("These days are still to come.")
         : isAlarms && all.alarms == 0 ? tr("No alarm came in these days.")
         : isAlarms                    ? tr("Alarms in these days: %1").arg(locale().toString(all.alarms))
-        : all.unheardMs == 0
-            ? tr("No station was silent or offline in these days.")
-            : tr("Not heard in these days: %1, of all stations together").arg(durationText(all.unheardMs)));
+        : all.unheardMs == 0          ? tr("No station was silent or offline in these days.")
+                                      : (isOneStation() ? tr("Not heard in these days: %1")
+                                                        : tr("Not heard in these days: %1, of all stations together"))
+                                   .arg(durationText(all.unheardMs)));
 }
 
 /// The hours that are chosen, and their stations.

@@ -18,7 +18,7 @@ namespace ktr {
 
 namespace {
 
-constexpr double narrowestDay = 3;
+constexpr double narrowestDay = 2;
 constexpr double lowestHour = 10;
 constexpr double gapFrom = 6; ///< cells of this size on have lines between them
 constexpr int mapMargin = 6;
@@ -39,6 +39,7 @@ TimeMapView::TimeMapView(QWidget *parent) : QAbstractScrollArea(parent)
 void TimeMapView::setMap(Map map)
 {
     const auto [from, to] = chosen();
+    const bool isOther = map.grid.first() != m_map.grid.first() || map.grid.days() != m_map.grid.days();
     m_map = std::move(map);
     m_cursor = -1;
     m_anchor = -1;
@@ -50,6 +51,9 @@ void TimeMapView::setMap(Map map)
         const int last = lastKnown();
         m_cursor = std::max(0, last);
         m_anchor = m_cursor;
+    }
+    if (isOther && m_cursor >= 0) {
+        bringIntoView(m_cursor);
     }
     viewport()->update();
     Q_EMIT chosenChanged();
@@ -163,6 +167,12 @@ void TimeMapView::moveTo(int place, bool extends)
     }
     m_cursor = place;
     m_anchor = extends && m_anchor >= 0 ? m_anchor : place;
+    bringIntoView(place);
+    announce();
+}
+
+void TimeMapView::bringIntoView(int place)
+{
     const QRectF where = rectOf(place);
     QScrollBar &across = *horizontalScrollBar();
     if (where.left() < m_left) {
@@ -176,7 +186,6 @@ void TimeMapView::moveTo(int place, bool extends)
     } else if (where.bottom() > viewport()->height()) {
         down.setValue(down.value() + static_cast<int>(where.bottom()) - viewport()->height());
     }
-    announce();
 }
 
 void TimeMapView::announce()

@@ -60,6 +60,7 @@ private:
     QRectF rectOf(int place) const;
     int placeAt(const QPoint &point) const;
     void moveTo(int place, bool extends);
+    void bringIntoView(int place);
     int moved(int key, bool isControl) const;
     int columnEnd(int direction) const;
     int lastKnown() const;

@@ -1,5 +1,6 @@
 #include "opmode/window/record/find_page.h"
 #include "opmode/window/record/report_output.h"
+#include "opmode/window/timemap/time_map_view.h"
 #include "platform/files.h"
 #include "record/record_file.h"
 #include "record/record_writer.h"
@@ -101,6 +102,37 @@ private Q_SLOTS:
         QTest::mouseDClick(table()->viewport(), Qt::LeftButton, {}, cell.center());
         QCOMPARE(m_shown, 2);
         QVERIFY(m_page->findChild<QLabel *>("Label_record_count")->text().contains(u"\"Old well\""_s));
+    }
+
+    void theMapOfTimeIsWalkedWithKeysAndLeadsToOneStationsHours()
+    {
+        const HourGrid grid(QDate(2026, 3, 2), 7);
+        std::vector<HourFigures> hours(static_cast<std::size_t>(grid.count()));
+        hours[26] = {.alarms = 4, .priority = 1};
+        TimeMapView map;
+        map.setMap({TimeMapTopic::Alarms, grid, hours, 3, grid.to()});
+        QCOMPARE(map.chosen(), std::pair(grid.to() - 3'600'000, grid.to()));
+        QTest::keyClick(&map, Qt::Key_Home, Qt::ControlModifier);
+        for (const Qt::Key key : {Qt::Key_Right, Qt::Key_Down, Qt::Key_Down}) {
+            QTest::keyClick(&map, key);
+        }
+        QCOMPARE(map.chosenFigures(), hours[26]);
+        QVERIFY(map.accessibleDescription().contains(u"4 alarms"_s));
+        QTest::keyClick(&map, Qt::Key_Down, Qt::ShiftModifier);
+        QCOMPARE(map.chosen(), std::pair(grid.hour(26).from, grid.hour(27).to));
+        const QSignalSpy wanted(&map, &TimeMapView::wanted);
+        QTest::keyClick(&map, Qt::Key_Return);
+        QCOMPARE(wanted.size(), 1);
+
+        const qint64 moment = now().toMSecsSinceEpoch();
+        for (const qint64 station : {1, 2}) {
+            m_writer->add(EventRow{
+                .id = m_writer->nextEventId(), .at = moment, .station = station, .kind = EventKind::Silent});
+        }
+        QVERIFY(m_writer->flushNow());
+        m_page->showTimes(false, moment, moment + 1, u"Well"_s);
+        QTRY_COMPARE(rows(), 1); // and not the old well
+        QCOMPARE(cell(0, 1), "Well");
     }
 
     void whatIsFoundIsNarrowedByTimeKindAndOperator()
