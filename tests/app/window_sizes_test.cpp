@@ -85,8 +85,8 @@ private Q_SLOTS:
             qWarning("%s", qPrintable(cut));
         }
         QVERIFY(m_cut.isEmpty());
-        for (const char *window : {"Form_record", "Form_retention", "Form_foretell", "Form_compare", "Form_transmissions",
-                                   "Dlg_names", "Form_rules"}) {
+        for (const char *window : {"Form_record", "Form_retention", "Form_foretell", "Form_compare",
+                                   "Form_transmissions", "Dlg_names", "Form_rules"}) {
             QVERIFY2(m_opened.contains(window), qPrintable(m_opened.join(u' ')));
         }
     }
@@ -120,11 +120,15 @@ private:
             modal.start(0);
             action->trigger();
             QCoreApplication::processEvents();
-            for (QWidget *opened : QApplication::topLevelWidgets()) {
-                if (!opened->isVisible() || opened->objectName().isEmpty()) {
+            const QWidgetList all = QApplication::topLevelWidgets();
+            for (const QPointer<QWidget> &opened : QList<QPointer<QWidget>>(all.begin(), all.end())) {
+                if (opened == nullptr || !opened->isVisible() || opened->objectName().isEmpty()) {
                     continue;
                 }
                 look(*opened);
+                if (opened == nullptr) { // it went meanwhile
+                    continue;
+                }
                 if (opened != m_window.get() && opened->objectName() != u"Form_betriebsmodus") {
                     opened->close();
                 }

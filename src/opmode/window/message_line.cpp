@@ -11,6 +11,8 @@
 #include <QTime>
 #include <QToolButton>
 
+#include <algorithm>
+
 namespace ktr {
 
 namespace {
@@ -83,7 +85,10 @@ void MessageLine::pin(const QString &line)
 /// As much of it as leaves a third of the line to the latest message.
 void MessageLine::showPinned()
 {
-    m_pinned->setText(m_pinned->fontMetrics().elidedText(m_pinnedText, Qt::ElideRight, width() * 2 / 3));
+    constexpr int around = 40; // of its text, and between the parts
+    const int beside = width() - m_button->sizeHint().width() - around;
+    const int room = std::max(0, std::min(width() * 2 / 3, beside));
+    m_pinned->setText(m_pinned->fontMetrics().elidedText(m_pinnedText, Qt::ElideRight, room));
     m_pinned->setAccessibleName(m_pinnedText);
     m_pinned->setToolTip(m_pinnedText + u'\n' + tr("Click to take note"));
 }
