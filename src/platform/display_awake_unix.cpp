@@ -23,7 +23,12 @@ std::unique_ptr<QProcess> &holder()
 /// settings decide.
 void setDisplayAwake(bool isAwake)
 {
-    holder().reset(); // which ends it
+    if (holder() != nullptr) {
+        constexpr int patienceMs = 500;
+        holder()->closeWriteChannel(); // which ends it
+        holder()->waitForFinished(patienceMs);
+        holder().reset();
+    }
     const QString inhibit =
         isAwake ? QStandardPaths::findExecutable(QStringLiteral("systemd-inhibit")) : QString();
     if (inhibit.isEmpty()) {
