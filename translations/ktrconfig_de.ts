@@ -2490,6 +2490,29 @@
     </message>
 </context>
 <context>
+    <name>ValueAge</name>
+    <message>
+        <source>now</source>
+        <translation>jetzt</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 h</translation>
+    </message>
+    <message>
+        <source>since %1</source>
+        <translation>seit %1</translation>
+    </message>
+    <message>
+        <source>Limit value %1: %2</source>
+        <translation>Grenzwert %1: %2</translation>
+    </message>
+</context>
+<context>
     <name>WatchAlarms</name>
     <message>
         <source>The program stood still, or the clock was set</source>
@@ -3366,6 +3389,73 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Taken over: %1, %2 in place of %3</source>
         <translation>Übernommen: %1, %2 statt %3</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ConfigurationCard</name>
+    <message>
+        <source>Configurations</source>
+        <translation>Konfigurationen</translation>
+    </message>
+    <message>
+        <source>All files</source>
+        <translation>Alle Dateien</translation>
+    </message>
+    <message>
+        <source>%1: the configuration file is %2</source>
+        <translation>%1: die Konfigurationsdatei ist %2</translation>
+    </message>
+    <message>
+        <source>No configuration file is linked</source>
+        <translation>Keine Konfigurationsdatei ist verknüpft</translation>
+    </message>
+    <message>
+        <source>%1: %2 is not its configuration file any more</source>
+        <translation>%1: %2 ist nicht mehr die Konfigurationsdatei</translation>
+    </message>
+    <message>
+        <source>No file has its identifier. Names, units and limit values of its inputs are not known.</source>
+        <translation>Keine Datei hat ihre Kennung. Namen, Einheiten und Grenzwerte der Eingänge sind nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>None, as chosen. Names, units and limit values of its inputs are not known.</source>
+        <translation>Keine, wie gewählt. Namen, Einheiten und Grenzwerte der Eingänge sind nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>chosen by hand</source>
+        <translation>von Hand gewählt</translation>
+    </message>
+    <message>
+        <source>transmitted last to its address</source>
+        <translation>zuletzt an ihre Adresse übertragen</translation>
+    </message>
+    <message>
+        <source>one of %1 with its identifier, the newest names</source>
+        <translation>eine von %1 mit ihrer Kennung, mit den neuesten Namen</translation>
+    </message>
+    <message>
+        <source>found by its identifier</source>
+        <translation>an der Kennung gefunden</translation>
+    </message>
+    <message>
+        <source>Configuration file</source>
+        <translation>Konfigurationsdatei</translation>
+    </message>
+    <message>
+        <source>Link...</source>
+        <translation>Verknüpfen...</translation>
+    </message>
+    <message>
+        <source>Chooses the configuration file of the station; the Configuration Mode opens it</source>
+        <translation>Wählt die Konfigurationsdatei der Station; der Konfigurationsmodus öffnet sie</translation>
+    </message>
+    <message>
+        <source>Unlink</source>
+        <translation>Lösen</translation>
+    </message>
+    <message>
+        <source>The file is not the station&apos;s any more; it stays as it is</source>
+        <translation>Die Datei gehört nicht mehr zur Station; sie bleibt, wie sie ist</translation>
     </message>
 </context>
 <context>
@@ -4847,18 +4937,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Gruppen von Stationen</translation>
     </message>
     <message>
-        <source>[North] begins a group, each line below it is a station in it. * stands for any letters, ? for one: with &quot;Pump *&quot; all stations are meant whose names begin so. A station is in the first group that has it.</source>
-        <translation>[Nord] beginnt eine Gruppe, jede Zeile darunter ist eine Station darin. * steht für beliebige Zeichen, ? für eines: mit „Pumpe *“ sind alle Stationen gemeint, deren Namen so beginnen. Eine Station ist in der ersten Gruppe, die sie hat.</translation>
-    </message>
-    <message>
-        <source>[North]
-Pump *
-Tower</source>
-        <translation>[Nord]
-Pumpe *
-Turm</translation>
-    </message>
-    <message>
         <source>%1: %L2</source>
         <translation>%1: %L2</translation>
     </message>
@@ -4869,6 +4947,20 @@ Turm</translation>
     <message>
         <source>Stations</source>
         <translation>Stationen</translation>
+    </message>
+    <message>
+        <source>[North] begins a group, each line below it is a station in it. * stands for any letters, ? for one: with &quot;Pump *&quot; all stations are meant whose names begin so. A station is in the first group that has it. With &quot;= 9, 10&quot; below a group&apos;s name the tiles of its stations show these inputs, up to four.</source>
+        <translation>[Nord] beginnt eine Gruppe, jede Zeile darunter ist eine Station in ihr. * steht für beliebige Zeichen, ? für eines: mit &quot;Pumpe *&quot; sind alle Stationen gemeint, deren Namen so beginnen. Eine Station ist in der ersten Gruppe, die sie hat. Mit &quot;= 9, 10&quot; unter dem Namen einer Gruppe zeigen die Kacheln ihrer Stationen diese Eingänge, bis zu vier.</translation>
+    </message>
+    <message>
+        <source>[North]
+= 9, 17
+Pump *
+Tower</source>
+        <translation>[Nord]
+= 9, 17
+Pumpe *
+Turm</translation>
     </message>
 </context>
 <context>
@@ -5855,6 +5947,14 @@ Turm</translation>
         <source>Choose a folder</source>
         <translation>Ordner wählen</translation>
     </message>
+    <message>
+        <source>None: leave open what is</source>
+        <translation>Keine: offen lassen, was offen ist</translation>
+    </message>
+    <message>
+        <source>Several files have the station&apos;s identifier. Which one is to be opened?</source>
+        <translation>Mehrere Dateien haben die Kennung der Station. Welche soll geöffnet werden?</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OperatorBar</name>
@@ -6009,6 +6109,14 @@ Turm</translation>
         <source>Map of time...</source>
         <translation>Zeitkarte...</translation>
     </message>
+    <message>
+        <source>Link configuration file...</source>
+        <translation>Konfigurationsdatei verknüpfen...</translation>
+    </message>
+    <message>
+        <source>Unlink configuration file</source>
+        <translation>Konfigurationsdatei lösen</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OpmodePage</name>
@@ -6045,6 +6153,14 @@ Turm</translation>
     <message>
         <source>Those with names</source>
         <translation>Die mit Namen</translation>
+    </message>
+    <message>
+        <source>Values shown in %1 (up to %2)</source>
+        <translation>Angezeigte Werte in %1 (bis zu %2)</translation>
+    </message>
+    <message>
+        <source>As in all groups</source>
+        <translation>Wie in allen Gruppen</translation>
     </message>
 </context>
 <context>
@@ -6137,6 +6253,10 @@ Turm</translation>
         <source>%L1, in alarm %L2</source>
         <translation>%L1, in Alarm %L2</translation>
     </message>
+    <message>
+        <source>By group</source>
+        <translation>Nach Gruppe</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OverviewView</name>
@@ -6159,6 +6279,26 @@ Turm</translation>
     <message>
         <source>Last heard %1</source>
         <translation>Zuletzt gehört %1</translation>
+    </message>
+    <message>
+        <source>In no group</source>
+        <translation>In keiner Gruppe</translation>
+    </message>
+    <message>
+        <source>%1: %L2 stations, in alarm %L3</source>
+        <translation>%1: %L2 Stationen, in Alarm %L3</translation>
+    </message>
+    <message>
+        <source>%1: %L2 stations</source>
+        <translation>%1: %L2 Stationen</translation>
+    </message>
+    <message>
+        <source>%1, folded</source>
+        <translation>%1, eingeklappt</translation>
+    </message>
+    <message>
+        <source>in alarm %L1</source>
+        <translation>in Alarm %L1</translation>
     </message>
 </context>
 <context>
@@ -7824,6 +7964,18 @@ Turm</translation>
     <message>
         <source>Delivered; the values follow</source>
         <translation>Zugestellt; die Werte folgen</translation>
+    </message>
+    <message>
+        <source>Value of %1</source>
+        <translation>Wert von %1</translation>
+    </message>
+    <message>
+        <source>The station is not heard: %1</source>
+        <translation>Die Station ist nicht zu hören: %1</translation>
+    </message>
+    <message>
+        <source>Report of %1 – %2, the values are of before</source>
+        <translation>Bericht von %1 – %2, die Werte sind von vorher</translation>
     </message>
 </context>
 <context>

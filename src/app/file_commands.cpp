@@ -1,6 +1,7 @@
 #include "app/file_commands.h"
 
 #include "look/program_name.h"
+#include "platform/files.h"
 #include "platform/settings_store.h"
 #include "platform/text_rules.h"
 
@@ -202,6 +203,24 @@ void FileCommands::load(const QString &fileName)
             tr("Loaded: %1. What was not saved before comes back with %2.")
                 .arg(fileName, QKeySequence(QKeySequence::Undo).toString(QKeySequence::NativeText)));
     }
+}
+
+void FileCommands::openFor(const QString &fileName)
+{
+    if (isSameFile(fileName, m_document.source())) {
+        return;
+    }
+    if (m_document.isModified()) {
+        keepEdits();
+        const QString question = m_texts.text(Text::SaveQuestion) + u' ' + m_document.fileName();
+        if (ask(&m_window, m_texts.text(Text::SaveCaption), question)) {
+            save();
+            if (m_document.isModified()) { // told already; what is not saved stays
+                return;
+            }
+        }
+    }
+    load(fileName);
 }
 
 bool FileCommands::loadFirst(const QString &fileName, const QString &asWritten)

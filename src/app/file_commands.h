@@ -39,6 +39,9 @@ public:
     /// Asks for a file and loads it.
     void loadChosen();
     void load(const QString &fileName);
+    /// Loads a file for a module that is to be configured, and asks before whether to save what is edited.
+    /// One that is open already stays as it is.
+    void openFor(const QString &fileName);
     /// Shows a configuration that stands in no file, under a name for the user. Undo takes it back.
     void openUnsaved(const Configuration &configuration, const QString &name);
 

@@ -634,7 +634,7 @@ void FormMain::connectOperationalMode()
         m_operationalMode.setFleetMeans(*m_services.io, m_transmissions->memory());
     }
     connect(&m_operationalMode, &OperationalModeOpener::configurationWanted, this,
-            [this](const QString &address) {
+            [this](const QString &address, const QString &file) {
                 show();
                 raise();
                 activateWindow();
@@ -647,6 +647,8 @@ void FormMain::connectOperationalMode()
                 if (m_link.line().kind() !=
                     ModuleLine::Kind::Ethernet) { // refused, or the user changed his mind
                     openOperationalMode();
+                } else if (!file.isEmpty()) {
+                    m_files->openFor(file);
                 }
             });
     // A station that was lent goes back once this window has closed its line; opening a line closes it first.

@@ -8,9 +8,11 @@
 #include "transmissions/fleet_look.h"
 #include "transmissions/transmission_memory.h"
 
+#include <QDir>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QScreen>
 
 #include <algorithm>
@@ -147,7 +149,7 @@ void OperationalModeOpener::connectWindow()
 {
     connect(m_window.get(), &Form_betriebsmodus::placeWanted, this, &OperationalModeOpener::changePlace);
     connect(m_window.get(), &Form_betriebsmodus::configurationWanted, this,
-            &OperationalModeOpener::configurationWanted);
+            &OperationalModeOpener::configure);
     connect(m_window.get(), &Form_betriebsmodus::fleetWanted, this, &OperationalModeOpener::showFleet);
     // Not from inside the window's own event.
     const auto endAndTell = [this] {
@@ -155,6 +157,46 @@ void OperationalModeOpener::connectWindow()
         Q_EMIT closed();
     };
     connect(m_window.get(), &Form_betriebsmodus::closed, this, endAndTell, Qt::QueuedConnection);
+}
+
+void OperationalModeOpener::configure(const QString &hostAddress, const QString &kennung)
+{
+    const StationConfiguration configuration = m_mode->configuration(kennung);
+    QString file = configuration.inputs == nullptr ? QString() : configuration.file;
+    if (configuration.isDoubtful() && !askWhichFile(file, configuration.candidates)) {
+        return;
+    }
+    if (!configuration.trouble.isEmpty()) {
+        tell(configuration.file + QLatin1String(": ") + configuration.trouble);
+    }
+    Q_EMIT configurationWanted(hostAddress, file);
+}
+
+/// False when the user changed his mind. The window does not go meanwhile.
+bool OperationalModeOpener::askWhichFile(QString &file, const QStringList &files)
+{
+    QStringList items;
+    for (const QString &each : files) {
+        items += QDir::toNativeSeparators(each);
+    }
+    const QString none = tr("None: leave open what is");
+    items += none;
+    QInputDialog dialog(m_window.get());
+    dialog.setObjectName(QStringLiteral("Dlg_which_configuration"));
+    dialog.setWindowTitle(m_texts.text(Text::ConfigurationMode));
+    dialog.setLabelText(tr("Several files have the station's identifier. Which one is to be opened?"));
+    dialog.setOption(QInputDialog::UseListViewForComboBoxItems);
+    dialog.setComboBoxItems(items);
+    dialog.setTextValue(items.first());
+    dialog.setOkButtonText(m_texts.text(Text::Ok));
+    dialog.setCancelButtonText(m_texts.text(Text::Cancel));
+    const QPointer<QWidget> stillThere(m_window.get());
+    if (dialog.exec() != QDialog::Accepted || !stillThere) {
+        return false;
+    }
+    const qsizetype chosen = items.indexOf(dialog.textValue());
+    file = files.value(chosen);
+    return true;
 }
 
 void OperationalModeOpener::end()

@@ -60,7 +60,8 @@ public:
 
 Q_SIGNALS:
     void closed();
-    void configurationWanted(const QString &hostAddress);
+    /// `file` is the station's configuration file; empty where none is known.
+    void configurationWanted(const QString &hostAddress, const QString &file);
 
 private:
     QString nodesPath() const;
@@ -69,6 +70,8 @@ private:
     void openPlace(const QString &record);
     void askWhatWasTransmitted();
     void changePlace(const QString &address);
+    void configure(const QString &hostAddress, const QString &kennung);
+    bool askWhichFile(QString &file, const QStringList &files);
     void showFleet(const QStringList &stations);
     void connectWindow();
     void end();

@@ -547,6 +547,16 @@ Status RecordReader::curve(qint64 station, int channel, qint64 from, qint64 to, 
     return read;
 }
 
+Status RecordReader::newestValue(qint64 station, int channel, qint64 &at)
+{
+    at = 0;
+    return each(u"SELECT max(at) FROM value WHERE station = ? AND channel = ?"_s, {station, channel},
+                [&at](const QSqlQuery &row) {
+                    at = row.value(0).toLongLong();
+                    return true;
+                });
+}
+
 Status RecordReader::values(qint64 station, int channel, qint64 from, qint64 to,
                             const std::function<void(const ValueRow &)> &take)
 {

@@ -294,6 +294,8 @@ public:
     /// The input values that a channel reported, likewise.
     Status values(qint64 station, int channel, qint64 from, qint64 to,
                   const std::function<void(const ValueRow &)> &take);
+    /// When it reported the last one; 0 when it never did.
+    Status newestValue(qint64 station, int channel, qint64 &at);
 
     /// What was measured at an input, 1 to 18, in these times: what archives have of it and the values that
     /// it reported, together, the oldest first. What is no number is left out.

@@ -1112,6 +1112,32 @@ private Q_SLOTS:
         QVERIFY(!QFileInfo::exists(path("nodes.journal")));
     }
 
+    void theFileOfAStationIsOpenedWithItsConfiguration()
+    {
+        QVERIFY(replaceFile(path("nodes.xml"),
+                            "<KTR><item1 hostAddress=\"10.0.0.7\" online=\"0\" key=\"Works 4\" "
+                            "text=\"Works 4\" ForeColor=\"-2147483640\"/></KTR>"));
+        const QString edited = fileWith("edited");
+        const QString own = fileWith("Works 4");
+        start({edited});
+        clickMenu("mnu_betriebsmodus");
+        QWidget *mode = operationalMode();
+        QVERIFY(mode != nullptr && QTest::qWaitForWindowActive(mode));
+        const auto *shown = mode->findChild<QLabel *>("lbl_pic0_configuration");
+        QTRY_VERIFY2(shown->text().startsWith("works-4.xml"), qPrintable(shown->text()));
+        m_window->document().edit([](Configuration &changed) { changed.info.author = "Nobody"; });
+        QTimer::singleShot(0, this, [] {
+            auto *question = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+            QVERIFY(question != nullptr);
+            question->button(QMessageBox::Yes)->click();
+        });
+        mode->findChild<QAction *>("mnu_konfiguration")->trigger();
+        QCOMPARE(m_network.opened, QStringList("10.0.0.7"));
+        QCOMPARE(m_window->document().configuration().gsm.stationId, "Works 4");
+        QVERIFY(contentOf(edited).contains("Nobody"));
+        QVERIFY(!m_window->document().isModified());
+    }
+
     void whatTheOperationalModeAsksIsTakenBackWhenTheSystemEndsTheProgram_data()
     {
         QTest::addColumn<QString>("asking");

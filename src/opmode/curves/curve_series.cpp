@@ -30,7 +30,7 @@ CurveSeries describedSeries(const OperationalMode &mode, const SeriesId &id, int
     const QString &name = names.of(id.channel).name;
     CurveSeries series{id, slot, mode.tree().find(id.kennung).data(Qt::EditRole).toString(),
                        name.isEmpty() ? channelCaption(id.channel).trimmed() : name,
-                       readingOf(mode, id.kennung, id.channel, names).unit};
+                       readingOf(mode, id.kennung, id.channel, mode.configuration(id.kennung)).unit};
     // What is known of its limit values belongs into series.limits here.
     return series;
 }

@@ -41,20 +41,29 @@ QString receivedValue(const OperationalMode &mode, const QString &kennung, int c
 } // namespace
 
 InputReading readingOf(const OperationalMode &mode, const QString &kennung, int channel,
-                       const ChannelNames &names)
+                       const StationConfiguration &configuration)
 {
     InputReading reading;
     reading.value = receivedValue(mode, kennung, channel);
-    const QString &unit = names.of(channel).unit;
+    const QString &unit = configuration.names().of(channel).unit;
     reading.unit = unit.isEmpty() ? knownUnit(channel) : unit;
     reading.trend = mode.trends().trend(kennung, channel);
     const bool onlyStates = std::ranges::all_of(
         reading.trend, [](const ValueTrends::Point &point) { return isState(double(point.value)); });
-    // The first four inputs count where the configuration lets them.
-    const bool hasStates = fixedMeasure(channel) == Measure::Binary || (channel <= 4 && onlyStates);
+    // The first four inputs count where the configuration lets them; it may not be known.
+    const Measure known = configuration.measure(channel);
+    const Measure measure = known == Measure::None ? fixedMeasure(channel) : known;
+    const bool hasStates =
+        measure == Measure::Binary || (measure == Measure::None && channel <= 4 && onlyStates);
     const std::optional<double> number = toNumber(reading.value);
     if (hasStates && number && isState(*number)) {
         reading.state = *number == 1;
+    }
+    reading.limits = configuration.limitsOf(channel);
+    const auto beyond = std::ranges::find_if(
+        reading.limits, [&number](const InputLimit &limit) { return number && limit.isBeyond(*number); });
+    if (beyond != reading.limits.end()) {
+        reading.beyond = *beyond;
     }
     return reading;
 }

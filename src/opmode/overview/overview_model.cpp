@@ -6,12 +6,13 @@
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
 
 namespace ktr {
 
 OverviewModel::OverviewModel(const OperationalMode &mode, Timers &timers, const QLocale &locale,
                              QObject *parent)
-    : QAbstractListModel(parent), m_mode(mode), m_delay(timers.create()), m_locale(locale)
+    : QAbstractListModel(parent), m_mode(mode), m_delay(timers.create()), m_locale(locale), m_times(mode)
 {
     connectMode();
 }
@@ -208,6 +209,9 @@ QList<OverviewModel::Number> OverviewModel::refreshNoted()
         before = std::move(now);
         changed += *number;
     }
+    if (!changed.isEmpty()) {
+        m_groupCounts.clear();
+    }
     return changed;
 }
 
@@ -242,6 +246,7 @@ void OverviewModel::setGroups(const StationGroups &groups)
 {
     if (m_groups != groups) {
         m_groups = groups;
+        findGroups();
         m_shownGroup = m_shownGroup < m_groups.list().size() ? m_shownGroup : allGroups;
         showAnew();
     }
@@ -257,14 +262,97 @@ void OverviewModel::showGroup(int group)
 
 OverviewModel::GroupCount OverviewModel::countOf(int group) const
 {
-    GroupCount count;
-    for (std::size_t at = 0; at < m_stations.size(); ++at) {
-        if (group == allGroups || m_groupsOf[at] == group) {
-            ++count.stations;
-            count.waiting += isWaiting(m_stations[at].urgency) ? 1 : 0;
-        }
+    if (m_groupCounts.empty()) {
+        countGroups();
     }
-    return count;
+    if (group == allGroups) {
+        GroupCount all;
+        for (const GroupCount &each : m_groupCounts) {
+            all.stations += each.stations;
+            all.waiting += each.waiting;
+        }
+        return all;
+    }
+    return m_groupCounts[group == StationGroups::none ? m_groupCounts.size() - 1
+                                                      : static_cast<std::size_t>(group)];
+}
+
+void OverviewModel::countGroups() const
+{
+    m_groupCounts.assign(static_cast<std::size_t>(m_groups.list().size()) + 1, {});
+    for (std::size_t at = 0; at < m_groupsOf.size(); ++at) {
+        GroupCount &count = m_groupCounts[static_cast<std::size_t>(groupRank(static_cast<Number>(at)))];
+        ++count.stations;
+        count.waiting += isWaiting(m_stations[at].urgency) ? 1 : 0;
+    }
+}
+
+/// Those in no group come last.
+int OverviewModel::groupRank(Number number) const
+{
+    if (number < 0) {
+        return -number - 1;
+    }
+    const int group = m_groupsOf[static_cast<std::size_t>(number)];
+    return group == StationGroups::none ? static_cast<int>(m_groups.list().size()) : group;
+}
+
+// Headings
+
+std::optional<int> OverviewModel::headingAt(int row) const
+{
+    const Number number = m_rows[static_cast<std::size_t>(row)];
+    if (number >= 0) {
+        return std::nullopt;
+    }
+    const int rank = groupRank(number);
+    return rank == m_groups.list().size() ? StationGroups::none : rank;
+}
+
+QString OverviewModel::groupName(int group) const
+{
+    return group == StationGroups::none ? QString() : m_groups.list().value(group).name;
+}
+
+bool OverviewModel::isFolded(int group) const
+{
+    return m_filter.isEmpty() && m_folded.contains(groupName(group));
+}
+
+void OverviewModel::setFolded(int group, bool isFolded)
+{
+    const QString name = groupName(group);
+    if (m_folded.contains(name) == isFolded) {
+        return;
+    }
+    if (isFolded) {
+        m_folded += name;
+    } else {
+        m_folded.removeAll(name);
+    }
+    if (m_isActive) {
+        beginResetModel();
+        showRows();
+        endResetModel();
+    }
+}
+
+void OverviewModel::setFoldedNames(const QStringList &names)
+{
+    m_folded = names;
+    showAnew();
+}
+
+int OverviewModel::groupOf(const QString &kennung) const
+{
+    const auto number = m_numbers.constFind(kennung);
+    return number == m_numbers.cend() ? StationGroups::none : m_groupsOf[static_cast<std::size_t>(*number)];
+}
+
+QList<int> OverviewModel::channelsOf(const QString &kennung) const
+{
+    const int group = groupOf(kennung);
+    return group == StationGroups::none ? QList<int>() : m_groups.list()[group].channels;
 }
 
 QList<int> OverviewModel::countsWith(const StationGroups &groups) const
@@ -279,6 +367,7 @@ QList<int> OverviewModel::countsWith(const StationGroups &groups) const
 
 void OverviewModel::findGroups()
 {
+    m_groupCounts.clear();
     m_groupsOf.clear();
     m_groupsOf.reserve(m_stations.size());
     for (const StationGlance &station : m_stations) {
@@ -286,16 +375,25 @@ void OverviewModel::findGroups()
     }
 }
 
-void OverviewModel::setDescription(std::function<QString(const StationGlance &)> describe)
+void OverviewModel::setDescription(std::function<QString(const StationGlance &)> describe,
+                                   std::function<QString(int group)> describeHeading)
 {
     m_describe = std::move(describe);
+    m_describeHeading = std::move(describeHeading);
 }
 
 bool OverviewModel::isBefore(Number one, Number other) const
 {
+    if (isGrouped()) {
+        const int rank = groupRank(one);
+        const int otherRank = groupRank(other);
+        if (rank != otherRank || one < 0 || other < 0) {
+            return rank != otherRank ? rank < otherRank : one < 0 && other >= 0;
+        }
+    }
     const auto first = static_cast<std::size_t>(one);
     const auto second = static_cast<std::size_t>(other);
-    if (m_order == Order::Urgency && m_stations[first].urgency != m_stations[second].urgency) {
+    if (m_order != Order::Name && m_stations[first].urgency != m_stations[second].urgency) {
         return m_stations[first].urgency < m_stations[second].urgency;
     }
     return m_nameRanks[first] < m_nameRanks[second];
@@ -304,11 +402,27 @@ bool OverviewModel::isBefore(Number one, Number other) const
 void OverviewModel::showRows()
 {
     m_rows.clear();
+    const auto groups = static_cast<std::size_t>(m_groups.list().size()) + 1;
+    std::vector<bool> hasStations(groups);
+    std::vector<bool> isHidden(groups);
+    for (std::size_t rank = 0; isGrouped() && rank < groups; ++rank) {
+        isHidden[rank] = isFolded(rank + 1 == groups ? StationGroups::none : static_cast<int>(rank));
+    }
     for (std::size_t at = 0; at < m_stations.size(); ++at) {
         const bool isInGroup = m_shownGroup == allGroups || m_groupsOf[at] == m_shownGroup;
-        if (isInGroup &&
-            (m_filter.isEmpty() || m_stations[at].name.contains(m_filter, Qt::CaseInsensitive))) {
+        if (!isInGroup ||
+            !(m_filter.isEmpty() || m_stations[at].name.contains(m_filter, Qt::CaseInsensitive))) {
+            continue;
+        }
+        const auto rank = static_cast<std::size_t>(groupRank(static_cast<Number>(at)));
+        hasStations[rank] = true;
+        if (!isHidden[rank]) {
             m_rows.push_back(static_cast<Number>(at));
+        }
+    }
+    for (std::size_t rank = 0; isGrouped() && rank < groups; ++rank) {
+        if (hasStations[rank]) {
+            m_rows.push_back(-static_cast<Number>(rank) - 1);
         }
     }
     std::ranges::sort(m_rows, [this](Number one, Number other) { return isBefore(one, other); });
@@ -318,9 +432,23 @@ void OverviewModel::showRows()
 void OverviewModel::place()
 {
     m_rowsOf.assign(m_stations.size(), -1);
+    m_headings.clear();
     for (std::size_t row = 0; row < m_rows.size(); ++row) {
-        m_rowsOf[static_cast<std::size_t>(m_rows[row])] = static_cast<int>(row);
+        if (m_rows[row] < 0) {
+            m_headings.push_back(static_cast<int>(row));
+        } else {
+            m_rowsOf[static_cast<std::size_t>(m_rows[row])] = static_cast<int>(row);
+        }
     }
+}
+
+int OverviewModel::rowOfNumber(Number number) const
+{
+    if (number >= 0) {
+        return m_rowsOf[static_cast<std::size_t>(number)];
+    }
+    const auto found = std::ranges::find(m_rows, number);
+    return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
 }
 
 /// The others are in order already.
@@ -332,7 +460,9 @@ void OverviewModel::sortMoved()
     for (const QModelIndex &index : before) {
         stationsBefore += m_rows[static_cast<std::size_t>(index.row())];
     }
-    const auto stays = [this](Number number) { return !m_isMoved[static_cast<std::size_t>(number)]; };
+    const auto stays = [this](Number number) {
+        return number < 0 || !m_isMoved[static_cast<std::size_t>(number)];
+    };
     const auto less = [this](Number one, Number other) { return isBefore(one, other); };
     const auto moved = std::stable_partition(m_rows.begin(), m_rows.end(), stays);
     std::sort(moved, m_rows.end(), less);
@@ -342,7 +472,7 @@ void OverviewModel::sortMoved()
     place();
     QModelIndexList after;
     for (const Number number : std::as_const(stationsBefore)) {
-        after += index(m_rowsOf[static_cast<std::size_t>(number)]);
+        after += index(rowOfNumber(number));
     }
     changePersistentIndexList(before, after);
     Q_EMIT layoutChanged({}, VerticalSortHint);
@@ -367,6 +497,9 @@ void OverviewModel::tellChanged(const QList<Number> &changed)
     if (changed.size() > few && last >= 0) {
         Q_EMIT dataChanged(index(first), index(last));
     }
+    for (const int heading : changed.isEmpty() ? std::vector<int>() : m_headings) { // their counts
+        Q_EMIT dataChanged(index(heading), index(heading));
+    }
 }
 
 const StationGlance &OverviewModel::glance(int row) const
@@ -385,10 +518,23 @@ int OverviewModel::rowCount(const QModelIndex &parent) const
     return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
 }
 
+Qt::ItemFlags OverviewModel::flags(const QModelIndex &index) const
+{
+    const Qt::ItemFlags usual = QAbstractListModel::flags(index);
+    return index.isValid() && headingAt(index.row()) ? usual & ~Qt::ItemIsSelectable : usual;
+}
+
 QVariant OverviewModel::data(const QModelIndex &index, int role) const
 {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
+    }
+    if (const std::optional<int> group = headingAt(index.row())) {
+        const bool isName = role == Qt::DisplayRole || !m_describeHeading;
+        return role != Qt::DisplayRole && role != Qt::AccessibleTextRole && role != Qt::ToolTipRole
+                   ? QVariant()
+               : isName ? groupName(*group)
+                        : m_describeHeading(*group);
     }
     const StationGlance &station = glance(index.row());
     switch (role) {

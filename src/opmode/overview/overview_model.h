@@ -2,6 +2,7 @@
 
 #include "opmode/overview/station_glance.h"
 #include "opmode/overview/station_groups.h"
+#include "opmode/overview/value_times.h"
 #include "platform/timers.h"
 
 #include <QAbstractListModel>
@@ -19,7 +20,11 @@ class OverviewModel : public QAbstractListModel
     Q_OBJECT
 
 public:
-    enum class Order { Urgency, Name };
+    enum class Order {
+        Urgency,
+        Name,
+        Group ///< under a heading for each group, the most urgent first; as Urgency where there are no groups
+    };
     enum Role { KeyRole = StationTree::KeyRole };
 
     static constexpr Milliseconds longestDelay{250};
@@ -49,15 +54,37 @@ public:
         bool operator==(const GroupCount &) const = default;
     };
     GroupCount countOf(int group) const;
+
+    // Headings are rows, too, and have no key.
+
+    /// The group that a row is the heading of; nothing of a station's.
+    std::optional<int> headingAt(int row) const;
+    /// The rows of the headings.
+    const std::vector<int> &headings() const { return m_headings; }
+    QString groupName(int group) const;
+    /// Only the heading of a group is shown, unless a text is searched for.
+    void setFolded(int group, bool isFolded);
+    bool isFolded(int group) const;
+    /// Their names, an empty one for the stations in no group.
+    void setFoldedNames(const QStringList &names);
+    const QStringList &foldedNames() const { return m_folded; }
+    /// The group that a station is in.
+    int groupOf(const QString &kennung) const;
+    /// Whose values are shown of a station; empty where its group says nothing.
+    QList<int> channelsOf(const QString &kennung) const;
     /// How many stations would be in each of these groups; at the end those that would be in none.
     QList<int> countsWith(const StationGroups &groups) const;
     /// When no tile is to change its place. What a tile tells is up to date meanwhile, too.
     void setHold(std::function<bool()> isHeld) { m_isHeld = std::move(isHeld); }
-    /// What assistive tools and tool tips say of a station.
-    void setDescription(std::function<QString(const StationGlance &)> describe);
+    /// When the values of stations came.
+    const ValueTimes &times() const { return m_times; }
+    /// What assistive tools and tool tips say of a station, and of a heading by its group.
+    void setDescription(std::function<QString(const StationGlance &)> describe,
+                        std::function<QString(int group)> describeHeading);
     /// Takes over all changes at once, also those that move tiles.
     void update();
 
+    /// Not of a heading.
     const StationGlance &glance(int row) const;
     /// -1 when it is not shown.
     int rowOf(const QString &kennung) const;
@@ -66,6 +93,7 @@ public:
     int stationCount() const { return static_cast<int>(m_stations.size()); }
 
     int rowCount(const QModelIndex &parent = {}) const override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override; ///< headings cannot be selected
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
 
 Q_SIGNALS:
@@ -73,7 +101,7 @@ Q_SIGNALS:
     void updated();
 
 private:
-    using Number = int; ///< a station's place in m_stations
+    using Number = int; ///< a station's place in m_stations; below 0 a heading's
 
     void connectMode();
     void note(const QString &kennung);
@@ -90,6 +118,10 @@ private:
     void sortMoved();
     bool isBefore(Number one, Number other) const;
     void place();
+    bool isGrouped() const { return m_order == Order::Group && !m_groups.list().isEmpty(); }
+    int groupRank(Number number) const;
+    int rowOfNumber(Number number) const;
+    void countGroups() const;
     void tellChanged(const QList<Number> &changed);
 
     const OperationalMode &m_mode;
@@ -97,11 +129,13 @@ private:
     QLocale m_locale;
     std::function<bool()> m_isHeld = [] { return false; };
     std::function<QString(const StationGlance &)> m_describe;
+    std::function<QString(int)> m_describeHeading;
     bool m_isActive = false;
     Order m_order = Order::Urgency;
     QString m_filter;
     StationGroups m_groups;
     int m_shownGroup = allGroups;
+    QStringList m_folded;
 
     std::vector<StationGlance> m_stations;
     std::vector<int> m_nameRanks;
@@ -110,12 +144,15 @@ private:
     QHash<qint64, std::set<qint64>> m_alarms; ///< by the station's number in the record
     std::array<int, urgencyCount> m_counts{};
 
-    std::vector<Number> m_rows;  ///< those that are shown, in order
-    std::vector<int> m_rowsOf;   ///< of each station, -1 for none
-    QSet<QString> m_noted;       ///< stations that may have changed
-    std::vector<bool> m_isMoved; ///< stations whose places may be others now
+    std::vector<Number> m_rows;                    ///< those that are shown, in order
+    std::vector<int> m_rowsOf;                     ///< of each station, -1 for none
+    std::vector<int> m_headings;                   ///< rows
+    mutable std::vector<GroupCount> m_groupCounts; ///< at the end of those in none; empty: not counted
+    QSet<QString> m_noted;                         ///< stations that may have changed
+    std::vector<bool> m_isMoved;                   ///< stations whose places may be others now
     bool m_anyMoved = false;
     bool m_isListStale = true; ///< there are other stations, or other names
+    ValueTimes m_times;
 };
 
 } // namespace ktr

@@ -1,10 +1,13 @@
 #include "opmode/overview/station_groups.h"
 
+#include "config/channels.h"
 #include "opmode/beside_list.h"
+#include "platform/text_rules.h"
 
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <optional>
 
 namespace ktr {
 
@@ -50,7 +53,56 @@ bool matches(const QString &pattern, const QString &name)
     return std::all_of(pattern.begin() + at, pattern.end(), [](QChar rest) { return rest == u'*'; });
 }
 
+/// Of "= 9, 10"; none of any other line, which may be a station's name.
+QList<int> channelsIn(const QString &line)
+{
+    QList<int> channels;
+    if (!line.startsWith(u'=')) {
+        return channels;
+    }
+    for (const QString &number : line.sliced(1).split(u',')) {
+        const std::optional<int> channel = toWholeNumber(number, 1, channelCount);
+        if (!channel || channels.size() == StationGroups::mostChannels) {
+            return {};
+        }
+        channels += *channel;
+    }
+    return channels;
+}
+
+/// Of "[NAME]"; nothing of any other line.
+std::optional<QString> nameIn(const QString &line)
+{
+    const bool isName = line.startsWith(u'[') && line.endsWith(u']');
+    return isName ? std::optional(line.sliced(1).chopped(1).trimmed()) : std::nullopt;
+}
+
 } // namespace
+
+QByteArray StationGroups::withChannels(const QByteArray &text, const QString &group,
+                                       const QList<int> &channels)
+{
+    QStringList numbers;
+    for (const int channel : channels) {
+        numbers += QString::number(channel);
+    }
+    QStringList lines;
+    bool isWritten = channels.isEmpty();
+    bool isInGroup = false;
+    for (const QString &line : QString::fromUtf8(text).split(u'\n')) {
+        const std::optional<QString> name = nameIn(line.trimmed());
+        isInGroup = name ? *name == group : isInGroup;
+        if (isInGroup && !name && !channelsIn(line.trimmed()).isEmpty()) {
+            continue;
+        }
+        lines += line;
+        if (isInGroup && name && !isWritten) {
+            lines += QLatin1String("= ") + numbers.join(QLatin1String(", "));
+            isWritten = true;
+        }
+    }
+    return lines.join(u'\n').toUtf8();
+}
 
 StationGroups StationGroups::parse(const QByteArray &text, QStringList &remarks)
 {
@@ -64,14 +116,14 @@ StationGroups StationGroups::parse(const QByteArray &text, QStringList &remarks)
         if (line.isEmpty() || line.startsWith(u'#')) {
             continue;
         }
-        if (line.startsWith(u'[') && line.endsWith(u']')) {
-            const QString name = line.sliced(1).chopped(1).trimmed();
+        if (const std::optional<QString> named = nameIn(line)) {
+            const QString &name = *named;
             const auto known = std::ranges::find(groups.m_list, name, &StationGroup::name);
             if (name.isEmpty()) {
                 remarks +=
                     remark(QT_TRANSLATE_NOOP("StationGroups", "Line %1: a group needs a name"), number);
             } else if (known == groups.m_list.end()) {
-                groups.m_list.append({name, {}});
+                groups.m_list.append({name, {}, {}});
                 group = &groups.m_list.last();
             } else {
                 group = &*known;
@@ -79,6 +131,8 @@ StationGroups StationGroups::parse(const QByteArray &text, QStringList &remarks)
         } else if (group == nullptr) {
             remarks += remark(
                 QT_TRANSLATE_NOOP("StationGroups", "Line %1: it stands in front of the first group"), number);
+        } else if (const QList<int> channels = channelsIn(line); !channels.isEmpty()) {
+            group->channels = channels;
         } else {
             group->members += line;
         }

@@ -15,6 +15,7 @@ struct StationGroup
     /// before
     /// "[" or before another "\" takes its meaning away.
     QStringList members;
+    QList<int> channels{}; ///< whose values are shown of its stations; empty for what all show
     bool operator==(const StationGroup &) const = default;
 };
 
@@ -23,10 +24,14 @@ class StationGroups
 {
 public:
     static constexpr int none = -1;
+    static constexpr int mostChannels = 4;
 
-    /// Of text in UTF-8 with a line for each: "[NAME]" begins a group, each other line is a member of it.
-    /// What cannot be understood is told in a remark.
+    /// Of text in UTF-8 with a line for each: "[NAME]" begins a group, "= 9, 10" says which values are shown
+    /// of its stations, each other line is a member of it. What cannot be understood is told in a remark.
     static StationGroups parse(const QByteArray &text, QStringList &remarks);
+
+    /// The text with other channels for a group, and all else as it stands there.
+    static QByteArray withChannels(const QByteArray &text, const QString &group, const QList<int> &channels);
 
     const QList<StationGroup> &list() const { return m_list; }
     /// The place of the group in list(), or none.

@@ -12,11 +12,13 @@ void ValueTrends::add(const QString &kennung, const QList<InputValuesMessage::Va
 {
     const qint64 time = now.toSecsSinceEpoch();
     for (const InputValuesMessage::Value &value : values) {
+        const auto at = static_cast<std::size_t>(value.channel - 1);
+        m_stations[kennung].heard[at] = static_cast<quint32>(time);
         const std::optional<double> number = toNumber(value.text);
         if (!number || std::abs(*number) > double(std::numeric_limits<float>::max())) {
             continue;
         }
-        std::unique_ptr<Ring> &ring = m_stations[kennung][static_cast<std::size_t>(value.channel - 1)];
+        std::unique_ptr<Ring> &ring = m_stations[kennung].rings[at];
         if (!ring) {
             ring = std::make_unique<Ring>();
             ring->last = static_cast<quint32>(time);
@@ -30,13 +32,21 @@ void ValueTrends::add(const QString &kennung, const QList<InputValuesMessage::Va
     }
 }
 
+qint64 ValueTrends::heardAt(const QString &kennung, int channel) const
+{
+    const auto station = m_stations.find(kennung);
+    return station == m_stations.end() || channel < 1 || channel > channelCount
+               ? 0
+               : station->second.heard[static_cast<std::size_t>(channel - 1)];
+}
+
 QList<ValueTrends::Point> ValueTrends::trend(const QString &kennung, int channel) const
 {
     const auto station = m_stations.find(kennung);
     if (station == m_stations.end() || channel < 1 || channel > channelCount) {
         return {};
     }
-    const Ring *ring = station->second[static_cast<std::size_t>(channel - 1)].get();
+    const Ring *ring = station->second.rings[static_cast<std::size_t>(channel - 1)].get();
     if (ring == nullptr) {
         return {};
     }

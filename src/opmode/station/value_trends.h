@@ -26,7 +26,11 @@ private:
         quint8 count = 0;
         quint8 next = 0;
     };
-    using Station = std::array<std::unique_ptr<Ring>, channelCount>;
+    struct Station
+    {
+        std::array<std::unique_ptr<Ring>, channelCount> rings;
+        std::array<quint32, channelCount> heard{};
+    };
     static_assert(sizeof(Station) + channelCount * (sizeof(Ring) + 2 * sizeof(void *)) < 4000);
     using Stations = std::unordered_map<QString, Station>;
 
@@ -38,7 +42,7 @@ public:
         bool operator==(const Point &) const = default;
     };
 
-    /// Values that are no number are passed over.
+    /// Values that are no number have no curve.
     void add(const QString &kennung, const QList<InputValuesMessage::Value> &values, const QDateTime &now);
     void remove(const QString &kennung) { m_stations.erase(kennung); }
     /// Those of a station, to be put back.
@@ -48,6 +52,8 @@ public:
 
     /// Of a channel 1 to 18, the oldest first; empty when nothing was reported.
     QList<Point> trend(const QString &kennung, int channel) const;
+    /// When the last one came, a number or not, in s since 1970; 0 when none did in this run.
+    qint64 heardAt(const QString &kennung, int channel) const;
 
 private:
     Stations m_stations;

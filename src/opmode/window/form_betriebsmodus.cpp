@@ -9,6 +9,7 @@
 #include "opmode/window/alarm_bar.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/alarms/alarm_commands.h"
+#include "opmode/window/configuration_card.h"
 #include "opmode/window/export_dialog.h"
 #include "opmode/window/list_banner.h"
 #include "opmode/window/many_line.h"
@@ -131,9 +132,9 @@ void Form_betriebsmodus::layOut()
 {
     m_splitter = new QSplitter(this);
     m_splitter->setChildrenCollapsible(false);
-    m_pages = new OpmodePages(
-        {m_mode, m_texts, m_acknowledging, m_services.timers, m_services.locale, m_services.askSave},
-        m_splitter);
+    m_pages = new OpmodePages({m_mode, m_texts, m_acknowledging, m_services.timers, m_services.locale,
+                               m_services.askSave, m_services.askOpen},
+                              m_splitter);
     m_treePane = new StationTreePane(m_mode, m_texts, m_splitter);
     m_tree = &m_treePane->tree();
     m_splitter->addWidget(m_treePane);
@@ -278,6 +279,9 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_station_allonline, [this] { m_mode.setAllOnline(true); });
     does(m_menus->mnu_station_alloffline, &Form_betriebsmodus::putAllOffline);
     does(m_menus->mnu_konfiguration, &Form_betriebsmodus::configure);
+    does(m_menus->mnu_station_link,
+         [this] { tell(linkConfiguration(m_mode, chosen(), m_services.askOpen)); });
+    does(m_menus->mnu_station_unlink, [this] { tell(unlinkConfiguration(m_mode, chosen())); });
     does(m_menus->mnu_transmit_several, &Form_betriebsmodus::configureSeveral);
     does(m_menus->mnu_export, &Form_betriebsmodus::exportEntries);
     does(m_menus->mnu_record, [this] { openRecord().appear(); });
@@ -892,7 +896,7 @@ void Form_betriebsmodus::configure()
         tell(tr("The station has no address yet"));
         return;
     }
-    Q_EMIT configurationWanted(station->hostAddress());
+    Q_EMIT configurationWanted(station->hostAddress(), station->kennung());
 }
 
 /// Those that are chosen, where several are, else those that the tree shows.

@@ -78,7 +78,7 @@ Q_SIGNALS:
     /// The window was closed and its stations are gone.
     void closed();
     /// A module is to be configured: the main window is to open its link at this address.
-    void configurationWanted(const QString &hostAddress);
+    void configurationWanted(const QString &hostAddress, const QString &kennung);
     /// Configurations are to be transmitted to several stations, of which these are proposed: those that the
     /// tree shows.
     void fleetWanted(const QStringList &stations);

@@ -49,6 +49,8 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     mnu_station_curves =
         addAction(m_stationMenu, "mnu_station_curves", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_4));
     mnu_konfiguration = addAction(m_stationMenu, "mnu_konfiguration", QKeySequence(Qt::Key_F9));
+    mnu_station_link = addAction(m_stationMenu, "mnu_station_link");
+    mnu_station_unlink = addAction(m_stationMenu, "mnu_station_unlink");
     mnu_transmit_several =
         addAction(m_stationMenu, "mnu_transmit_several", QKeySequence(Qt::SHIFT | Qt::Key_F9));
     mnu_export = addAction(m_stationMenu, "mnu_export", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E));
@@ -127,6 +129,8 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_station_allonline->setText(texts.text(Text::AllOnline));
     mnu_station_alloffline->setText(texts.text(Text::AllOffline));
     mnu_konfiguration->setText(texts.text(Text::ConfigurationMode));
+    mnu_station_link->setText(tr("Link configuration file..."));
+    mnu_station_unlink->setText(tr("Unlink configuration file"));
     mnu_transmit_several->setText(tr("Transmit to several..."));
     mnu_export->setText(texts.text(Text::Export) + QLatin1String("..."));
     mnu_retention->setText(tr("Record: size, age, copy..."));
@@ -162,7 +166,7 @@ void OpmodeMenus::setChosen(const Chosen &chosen)
                             mnu_station_curves}) {
         action->setEnabled(chosen.stations > 0);
     }
-    for (QAction *action : {mnu_station_rename, mnu_maintenance}) {
+    for (QAction *action : {mnu_station_rename, mnu_maintenance, mnu_station_link, mnu_station_unlink}) {
         action->setEnabled(chosen.stations == 1);
     }
     mnu_maintenance_end->setEnabled(chosen.stations == 1 && chosen.isMaintained);

@@ -64,6 +64,8 @@ public:
     QAction *mnu_exclusive;
     QAction *mnu_values;
     QAction *mnu_konfiguration;
+    QAction *mnu_station_link;
+    QAction *mnu_station_unlink;
     QAction *mnu_transmit_several;
     QAction *mnu_export;
     QAction *mnu_retention;

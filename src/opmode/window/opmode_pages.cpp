@@ -36,7 +36,7 @@ template <Text text> QString captionOf(const TextTable &texts)
 const PageRow pageTable[] = {
     {"Page_station", &captionOf<Text::Station>, NodeKind::Station,
      [](const OpmodePages::Services &services) -> OpmodePage * {
-         return new StationPage(services.mode, services.texts);
+         return new StationPage(services.mode, services.texts, services.askOpen);
      }},
     {"Page_meldung", &captionOf<Text::Notifications>, NodeKind::Notifications,
      [](const OpmodePages::Services &services) -> OpmodePage * {

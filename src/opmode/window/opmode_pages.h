@@ -31,6 +31,8 @@ public:
         QLocale locale;
         /// Asks for the name of a file to write; empty for "cancel".
         std::function<QString(const QString &proposal, const QString &filter)> askSave;
+        /// The same of one to read.
+        std::function<QString(const QString &filter)> askOpen;
     };
 
     explicit OpmodePages(const Services &services, QWidget *parent = nullptr);

@@ -4,6 +4,7 @@
 #include "look/problem_label.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/alarms/maintenance.h"
+#include "opmode/window/configuration_card.h"
 #include "opmode/window/exclusive_card.h"
 #include "opmode/window/quality_bars.h"
 #include "opmode/window/station_mark.h"
@@ -21,6 +22,8 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QShortcut>
+
+#include <utility>
 
 namespace ktr {
 
@@ -57,7 +60,8 @@ constexpr int refreshMs = 1000;
 
 } // namespace
 
-StationPage::StationPage(OperationalMode &mode, const TextTable &texts, QWidget *parent)
+StationPage::StationPage(OperationalMode &mode, const TextTable &texts,
+                         std::function<QString(const QString &filter)> askOpen, QWidget *parent)
     : OpmodePage(mode, texts, parent)
 {
     auto *scroll = new QScrollArea(this);
@@ -67,8 +71,10 @@ StationPage::StationPage(OperationalMode &mode, const TextTable &texts, QWidget 
     auto *column = new QVBoxLayout(body);
     m_exclusiveCard = new ExclusiveCard(mode, texts, body);
     m_maintenanceCard = new MaintenanceCard(mode, texts, body);
-    for (QWidget *card : std::initializer_list<QWidget *>{connectionCard(), signalCard(), m_exclusiveCard,
-                                                          m_maintenanceCard}) {
+    m_configurationCard = new ConfigurationCard(mode, std::move(askOpen), body);
+    connect(m_configurationCard, &ConfigurationCard::statusMessage, this, &StationPage::statusMessage);
+    for (QWidget *card : std::initializer_list<QWidget *>{connectionCard(), signalCard(), m_configurationCard,
+                                                          m_exclusiveCard, m_maintenanceCard}) {
         card->setMaximumWidth(widestCard);
         column->addWidget(card);
     }
@@ -188,11 +194,13 @@ void StationPage::stationChosen()
     m_address->setModified(false);
     m_exclusiveCard->showStation(kennung());
     m_maintenanceCard->showStation(kennung());
+    m_configurationCard->showStation(kennung());
     showNow();
 }
 
 void StationPage::stationRenamed()
 {
+    m_configurationCard->showStation(kennung());
     showNow();
 }
 
@@ -332,6 +340,7 @@ void StationPage::applyTexts()
     m_signalCard->setTitle(text(Text::SignalQuality));
     m_exclusiveCard->applyTexts();
     m_maintenanceCard->applyTexts();
+    m_configurationCard->applyTexts();
     if (!m_nameProblem->text().isEmpty()) {
         storeName();
     }

@@ -12,6 +12,7 @@ class QLineEdit;
 
 namespace ktr {
 
+class ConfigurationCard;
 class ExclusiveCard;
 class MaintenanceCard;
 class ProblemLabel;
@@ -25,7 +26,8 @@ class StationPage : public OpmodePage
     Q_OBJECT
 
 public:
-    StationPage(OperationalMode &mode, const TextTable &texts, QWidget *parent = nullptr);
+    StationPage(OperationalMode &mode, const TextTable &texts,
+                std::function<QString(const QString &filter)> askOpen, QWidget *parent = nullptr);
 
     void applyTexts() override;
 
@@ -66,6 +68,7 @@ private:
     ProblemLabel *m_puk;
     ExclusiveCard *m_exclusiveCard;
     MaintenanceCard *m_maintenanceCard;
+    ConfigurationCard *m_configurationCard;
     QTimer Timer_aktualisieren;
 };
 

@@ -38,8 +38,11 @@ void ValueTile::show(const Content &content)
     }
     m_content = content;
     const QString value = content.value.isEmpty() ? tr("no value yet") : content.value;
-    setAccessibleName(content.caption + QLatin1String(": ") + value +
-                      (content.unit.isEmpty() ? QString() : QString(u' ' + content.unit)));
+    QStringList parts{content.caption + QLatin1String(": ") + value +
+                      (content.unit.isEmpty() ? QString() : QString(u' ' + content.unit))};
+    parts += {content.beyond, content.age, content.stale};
+    parts.removeAll(QString());
+    setAccessibleName(parts.join(QLatin1String(", ")));
     update();
 }
 
@@ -53,14 +56,18 @@ QSize ValueTile::minimumSizeHint() const
     const int line = fontMetrics().height();
     const int value = QFontMetrics(enlarged(font(), large)).height();
     return {fontMetrics().horizontalAdvance(QStringLiteral("Digital Out 1 IP18")) + 2 * padding,
-            line + value + line + 2 * padding + 12};
+            line + value + 2 * line + 2 * padding + 12};
 }
 
 void ValueTile::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(hasFocus() ? accent(palette()) : hairline(palette()), hasFocus() ? 2 : 1));
+    const bool isBeyond = !m_content.beyond.isEmpty() && m_content.stale.isEmpty();
+    painter.setPen(QPen(hasFocus() ? accent(palette())
+                        : isBeyond ? alarmText(palette())
+                                   : hairline(palette()),
+                        hasFocus() || isBeyond ? 2 : 1));
     painter.setBrush(cardColour(palette()));
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius, radius);
 
@@ -71,13 +78,18 @@ void ValueTile::paintEvent(QPaintEvent *)
     painter.drawText(top, Qt::AlignRight | Qt::AlignVCenter, m_content.number);
     const double rest = top.width() - metrics.horizontalAdvance(m_content.number) - 6;
     painter.setPen(palette().color(QPalette::WindowText));
+    const bool isNarrow = metrics.horizontalAdvance(m_content.caption) > rest;
+    const QString &caption = isNarrow && !m_content.name.isEmpty() ? m_content.name : m_content.caption;
     painter.drawText(top, Qt::AlignLeft | Qt::AlignVCenter,
-                     metrics.elidedText(m_content.caption, Qt::ElideRight, rest));
+                     metrics.elidedText(caption, Qt::ElideRight, rest));
 
     const double factor = qBound(large, large * height() / (1.2 * minimumSizeHint().height()), largest);
     const double valueHeight = QFontMetricsF(enlarged(font(), factor)).height();
     inner.setTop(top.bottom() + 4);
     drawValue(painter, QRectF(inner.topLeft(), QSizeF(inner.width(), valueHeight)), factor);
+    const double foot = metrics.height();
+    drawFoot(painter, QRectF(inner.left(), inner.bottom() - foot, inner.width(), foot));
+    inner.setBottom(inner.bottom() - foot - 4);
     inner.setTop(qMax(inner.top() + valueHeight + 6, inner.bottom() - tallestTrend));
     drawTrend(painter, inner);
 }
@@ -110,13 +122,36 @@ void ValueTile::drawValue(QPainter &painter, const QRectF &place, double factor)
     const QString shown = metrics.elidedText(value, Qt::ElideRight, room);
     const double base = place.top() + (place.height() + metrics.ascent() - metrics.descent()) / 2;
     painter.setFont(big);
-    painter.setPen(palette().color(none ? QPalette::PlaceholderText : QPalette::WindowText));
+    painter.setPen(none || !m_content.stale.isEmpty() ? palette().color(QPalette::PlaceholderText)
+                   : m_content.beyond.isEmpty()       ? palette().color(QPalette::WindowText)
+                                                      : alarmText(palette()));
     painter.drawText(QPointF(left, base), shown);
     painter.setFont(font());
     if (unitWidth > 0) {
         painter.setPen(palette().color(QPalette::PlaceholderText));
         painter.drawText(QPointF(left + metrics.horizontalAdvance(shown) + 6, base), m_content.unit);
     }
+}
+
+/// The limits, or the one that the value is beyond; why it is of before, and its age.
+void ValueTile::drawFoot(QPainter &painter, const QRectF &place) const
+{
+    const QFontMetricsF metrics(font());
+    const QColor faint = palette().color(QPalette::PlaceholderText);
+    constexpr double gap = 8;
+    QString right = m_content.stale;
+    right += right.isEmpty() || m_content.age.isEmpty() ? m_content.age : QString(u", " + m_content.age);
+    painter.setPen(faint);
+    painter.setFont(font());
+    const QString shown = metrics.elidedText(right, Qt::ElideRight, place.width());
+    painter.drawText(place, Qt::AlignRight | Qt::AlignVCenter, shown);
+    const double room = place.width() - metrics.horizontalAdvance(shown) - gap;
+    const QString &left = m_content.beyond.isEmpty() ? m_content.limits : m_content.beyond;
+    if (!m_content.beyond.isEmpty() && m_content.stale.isEmpty()) {
+        painter.setPen(alarmText(palette()));
+    }
+    painter.drawText(place, Qt::AlignLeft | Qt::AlignVCenter,
+                     metrics.elidedText(left, Qt::ElideRight, qMax(0.0, room)));
 }
 
 void ValueTile::drawTrend(QPainter &painter, const QRectF &place) const
@@ -152,13 +187,22 @@ void ValueTile::drawTrend(QPainter &painter, const QRectF &place) const
     QPainterPath area = curve;
     area.lineTo(inner.right(), place.bottom());
     area.lineTo(inner.left(), place.bottom());
-    QColor fill = accent(palette());
+    const QColor ink =
+        m_content.stale.isEmpty() ? accent(palette()) : palette().color(QPalette::PlaceholderText);
+    QColor fill = ink;
     fill.setAlpha(26);
     painter.fillPath(area, fill);
+    painter.setPen(QPen(alarmText(palette()), 1, Qt::DashLine));
+    for (const double limit : m_content.lines) { // those that the curve comes near to
+        if (!hasStates && limit >= lowest && limit <= highest && highest > lowest) {
+            const double y = inner.bottom() - (limit - lowest) / (highest - lowest) * inner.height();
+            painter.drawLine(QPointF(inner.left(), y), QPointF(inner.right(), y));
+        }
+    }
     painter.setBrush(Qt::NoBrush);
-    painter.setPen(QPen(accent(palette()), 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setPen(QPen(ink, 1.5, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.drawPath(curve);
-    painter.setBrush(accent(palette()));
+    painter.setBrush(ink);
     painter.drawEllipse(at(trend.size() - 1), end - 1, end - 1);
 }
 

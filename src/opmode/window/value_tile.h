@@ -14,12 +14,18 @@ public:
     struct Content
     {
         QString caption;
+        QString name; ///< what the user calls it, for where the caption has no room; empty for none
         QString number; ///< of the input: "IP5"
         QString value;  ///< empty when there is none
         QString unit;
         /// A disc for on, a ring for off, nothing for values that have no two states.
         enum class Mark { None, Off, On } mark = Mark::None;
         QList<QPointF> trend; ///< time and value
+        QString age;          ///< in a few words; empty when it is not known
+        QString stale;        ///< why it is of before; empty when it is not
+        QString limits;       ///< in words
+        QString beyond;       ///< of the limit that the value is beyond; empty for none
+        QList<double> lines;  ///< the limits, beside the curve
         bool operator==(const Content &) const = default;
     };
 
@@ -37,6 +43,7 @@ protected:
 private:
     void drawValue(QPainter &painter, const QRectF &place, double factor) const;
     void drawTrend(QPainter &painter, const QRectF &place) const;
+    void drawFoot(QPainter &painter, const QRectF &place) const;
 
     Content m_content;
 };

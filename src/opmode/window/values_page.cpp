@@ -2,8 +2,10 @@
 
 #include "look/outside_texts.h"
 #include "opmode/overview/input_reading.h"
+#include "opmode/overview/value_times.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/input_caption.h"
+#include "opmode/window/value_age.h"
 #include "opmode/window/value_text.h"
 
 #include <QCoreApplication>
@@ -25,6 +27,7 @@ namespace {
 
 constexpr int batch = 100; ///< milliseconds: reports within are shown together
 constexpr int tallestTile = 280;
+constexpr int pageAgesMs = 20'000; ///< ages are told in minutes
 
 } // namespace
 
@@ -34,13 +37,19 @@ ValuesPage::ValuesPage(OperationalMode &mode, const TextTable &texts, QWidget *p
       m_answer(new QLabel(this)),
       m_refresh(new QPushButton(this)),
       m_scroll(new QScrollArea(this)),
-      m_batch(new QTimer(this))
+      m_batch(new QTimer(this)),
+      m_ageing(new QTimer(this)),
+      m_times(new ValueTimes(mode, this))
 {
     setContent(createContent());
 
     m_batch->setSingleShot(true);
     m_batch->setInterval(batch);
     connect(m_batch, &QTimer::timeout, this, &ValuesPage::showValues);
+    m_ageing->setInterval(pageAgesMs);
+    connect(m_ageing, &QTimer::timeout, this, &ValuesPage::showValues);
+    connect(m_times, &ValueTimes::found, this, &ValuesPage::showValues);
+    connect(&mode.configurations(), &StationConfigurations::changed, this, &ValuesPage::showValues);
     connect(m_refresh, &QPushButton::clicked, this, &ValuesPage::requestValues);
     connect(&mode, &OperationalMode::happened, this, [this](const StationEvent &event) {
         if (event.kind == StationEvent::Kind::Values && event.kennung == kennung()) {
@@ -54,6 +63,9 @@ ValuesPage::ValuesPage(OperationalMode &mode, const TextTable &texts, QWidget *p
         if (changed == kennung()) {
             showRefresh();
             showDelivery();
+            if (!m_batch->isActive()) { // it may be silent, or alive again
+                m_batch->start();
+            }
         }
     });
 }
@@ -157,14 +169,35 @@ void ValuesPage::showValues()
     }
     showReportTime();
     showRefresh();
+    const StationConfiguration configuration = mode().configuration(kennung());
     for (int channel = 1; channel <= channelCount; ++channel) {
         ValueTile &tile = *m_tiles[static_cast<std::size_t>(channel - 1)];
-        tile.show(contentOf(channel));
-        const QList<QPointF> &trend = tile.content().trend;
-        if (trend.size() < 2) {
-            tile.setToolTip({});
-            continue;
-        }
+        tile.show(contentOf(channel, configuration));
+        tile.setToolTip(detailsOf(channel, configuration));
+    }
+}
+
+QString ValuesPage::staleReason() const
+{
+    const QModelIndex node = mode().tree().find(kennung());
+    return ktr::staleReason(node.data(StationTree::StatusRole).value<StationStatus>());
+}
+
+/// The exact time, the limits, and how far the curve reaches.
+QString ValuesPage::detailsOf(int channel, const StationConfiguration &configuration) const
+{
+    QStringList lines;
+    const ValueTile::Content &content = m_tiles[static_cast<std::size_t>(channel - 1)]->content();
+    if (const qint64 at = m_times->of(kennung(), channel); at != 0 && !content.value.isEmpty()) {
+        lines += tr("Value of %1").arg(shownMoment(at));
+    }
+    if (!content.stale.isEmpty() && !content.value.isEmpty()) {
+        lines += tr("The station is not heard: %1").arg(content.stale);
+    }
+    for (const InputLimit &limit : configuration.limitsOf(channel)) {
+        lines += limitDescription(limit, content.unit, locale());
+    }
+    if (const QList<QPointF> &trend = content.trend; trend.size() > 1) {
         const auto [lowest, highest] =
             std::ranges::minmax_element(trend, {}, [](const QPointF &point) { return point.y(); });
         constexpr qint64 msPerSecond = 1000;
@@ -172,16 +205,17 @@ void ValuesPage::showValues()
         const auto number = [this](double value) {
             return locale().toString(value, 'g', QLocale::FloatingPointShortest);
         };
-        tile.setToolTip(tr("Since %1: from %2 to %3").arg(since, number(lowest->y()), number(highest->y())));
+        lines += tr("Since %1: from %2 to %3").arg(since, number(lowest->y()), number(highest->y()));
     }
+    return lines.join(u'\n');
 }
 
-ValueTile::Content ValuesPage::contentOf(int channel) const
+ValueTile::Content ValuesPage::contentOf(int channel, const StationConfiguration &configuration) const
 {
-    const ChannelNames names = mode().channelNames(kennung());
-    const InputReading reading = readingOf(mode(), kennung(), channel, names);
+    const InputReading reading = readingOf(mode(), kennung(), channel, configuration);
     ValueTile::Content content;
-    content.caption = shortenedLine(inputCaption(channel, names));
+    content.caption = shortenedLine(inputCaption(channel, configuration.names()));
+    content.name = shortenedLine(configuration.names().of(channel).name);
     content.number = text(Text::Ip) + QString::number(channel);
     content.value = shortenedLine(localValue(reading.value, locale()));
     content.unit = reading.unit;
@@ -190,7 +224,29 @@ ValueTile::Content ValuesPage::contentOf(int channel) const
     }
     using Mark = ValueTile::Content::Mark;
     content.mark = !reading.state ? Mark::None : *reading.state ? Mark::On : Mark::Off;
+    content.limits = limitsText(reading.limits, reading.unit, locale());
+    for (const InputLimit &limit : reading.limits) {
+        content.lines += limit.limit;
+    }
+    if (!content.value.isEmpty()) {
+        content.age = ageText(m_times->of(kennung(), channel), mode().now());
+        content.stale = staleReason();
+        content.beyond = reading.beyond ? beyondText(*reading.beyond, reading.unit, locale()) : QString();
+    }
     return content;
+}
+
+void ValuesPage::showEvent(QShowEvent *event)
+{
+    HeadedPage::showEvent(event);
+    showValues();
+    m_ageing->start();
+}
+
+void ValuesPage::hideEvent(QHideEvent *event)
+{
+    HeadedPage::hideEvent(event);
+    m_ageing->stop();
 }
 
 /// The node says it: "IP (HH:MM DD.MM.YYYY)".
@@ -200,7 +256,11 @@ void ValuesPage::showReportTime()
     const qsizetype open = line.lastIndexOf(u'(');
     const QString time =
         open >= 0 && line.endsWith(u')') ? line.sliced(open + 1).chopped(1).trimmed() : QString();
-    m_time->setText(time.isEmpty() ? tr("No values reported yet") : tr("Report of %1").arg(time));
+    const QString reason = staleReason();
+    m_time->setText(time.isEmpty() ? tr("No values reported yet")
+                    : reason.isEmpty()
+                        ? tr("Report of %1").arg(time)
+                        : tr("Report of %1 \u2013 %2, the values are of before").arg(time, reason));
 }
 
 void ValuesPage::showRefresh()

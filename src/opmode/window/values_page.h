@@ -11,6 +11,8 @@ class QTimer;
 
 namespace ktr {
 
+class ValueTimes;
+
 /// The input values of the chosen station as it reported them last.
 class ValuesPage : public HeadedPage
 {
@@ -24,13 +26,17 @@ public:
 protected:
     void stationChosen() override;
     void changeEvent(QEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     QWidget *createContent();
     void arrangeTiles();
     void showValues();
-    ValueTile::Content contentOf(int channel) const;
+    ValueTile::Content contentOf(int channel, const StationConfiguration &configuration) const;
+    QString detailsOf(int channel, const StationConfiguration &configuration) const;
+    QString staleReason() const;
     void showReportTime();
     void showRefresh();
     bool isWaiting() const;
@@ -48,6 +54,8 @@ private:
     int m_columns = 0;
     bool m_isWaiting = false; ///< as shown last
     QTimer *m_batch;
+    QTimer *m_ageing;
+    ValueTimes *m_times;
 };
 
 } // namespace ktr

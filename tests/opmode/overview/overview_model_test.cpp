@@ -26,15 +26,7 @@ private Q_SLOTS:
         m_names = {};
         m_folder = std::make_unique<QTemporaryDir>();
         m_timers = std::make_unique<ManualTimers>();
-        OperationalMode::Services services{fixedEnvironment(), *m_timers,
-                                           [this] {
-                                               auto line = std::make_unique<RecordedLine>();
-                                               m_lines += line.get();
-                                               return line;
-                                           },
-                                           [] {}, manualCallbackTimers(*m_timers)};
-        m_mode = std::make_unique<OperationalMode>(services, StationCaptions{});
-        QVERIFY(m_mode->open(m_folder->filePath("nodes.xml"), OperationalMode::Use::Keep));
+        openMode();
         m_model = std::make_unique<OverviewModel>(*m_mode, *m_timers, english());
         m_model->setActive(true);
     }
@@ -307,6 +299,60 @@ private Q_SLOTS:
         QCOMPARE(m_model->rowCount(), m_model->stationCount());
     }
 
+    void groupsHaveHeadingsThatFold()
+    {
+        add({"Pump 1", "Pump 2", "Dam", "Inn"});
+        online("Pump 2");
+        QStringList remarks;
+        m_model->setGroups(StationGroups::parse("[North]\nPump *\n[Empty]\nx\n[South]\nDam\n", remarks));
+        m_model->setOrder(OverviewModel::Order::Group);
+        QCOMPARE(shown(), (QStringList{"North", "Pump 2", "Pump 1", "South", "Dam", "", "Inn"}));
+        QCOMPARE(m_model->headings(), (std::vector<int>{0, 3, 5}));
+        QCOMPARE(m_model->headingAt(3), 2);
+        QCOMPARE(m_model->headingAt(5), StationGroups::none);
+        QCOMPARE(m_model->headingAt(4), std::nullopt);
+        QVERIFY(m_model->index(0).data(OverviewModel::KeyRole).toString().isEmpty());
+        const QPersistentModelIndex heading = m_model->index(3);
+
+        online("Pump 1");
+        say("Pump 1", "DI1 fail");
+        settle();
+        QCOMPARE(shown(), (QStringList{"North", "Pump 1", "Pump 2", "South", "Dam", "", "Inn"}));
+        QCOMPARE(m_model->countOf(0), (OverviewModel::GroupCount{2, 1}));
+        QCOMPARE(heading.row(), 3);
+
+        m_model->setFolded(0, true);
+        m_model->setFolded(StationGroups::none, true);
+        QCOMPARE(shown(), (QStringList{"North", "South", "Dam", ""}));
+        QCOMPARE(m_model->rowOf("Pump 1"), -1);
+        m_model->setFilter("pump 2"); // what is searched for is not hidden
+        QCOMPARE(shown(), (QStringList{"North", "Pump 2"}));
+        m_model->setFilter({});
+        QCOMPARE(m_model->foldedNames(), (QStringList{"North", ""}));
+        m_model->setFoldedNames({"South"});
+        QCOMPARE(shown(), (QStringList{"North", "Pump 1", "Pump 2", "South", "", "Inn"}));
+        m_model->setGroups({}); // nothing to head
+        QCOMPARE(shown().size(), 4);
+    }
+
+    void aGroupSaysWhichValuesItsStationsShow()
+    {
+        const QByteArray text = "# both\n[North]\r\nPump *\n=8\n[South]\n= 9, 30\n\\=9\n[North]\n= 1,2\nx";
+        QStringList remarks;
+        const StationGroups groups = StationGroups::parse(text, remarks);
+        QCOMPARE(groups.list()[0].channels, (QList<int>{1, 2}));
+        QVERIFY(groups.list()[1].channels.isEmpty());
+        QCOMPARE(groups.groupOf("= 9, 30"), 1); // no such channel: the name of a station, as ever
+        QCOMPARE(groups.groupOf("=9"), 1);
+        QCOMPARE(StationGroups::withChannels(text, "North", {9, 10}),
+                 "# both\n[North]\r\n= 9, 10\nPump *\n[South]\n= 9, 30\n\\=9\n[North]\nx");
+        QCOMPARE(StationGroups::withChannels("[A]\n= 4\nb\n", "A", {}), "[A]\nb\n");
+        add({"Pump 1", "Inn"});
+        m_model->setGroups(groups);
+        QCOMPARE(m_model->channelsOf("Pump 1"), (QList<int>{1, 2}));
+        QVERIFY(m_model->channelsOf("Inn").isEmpty());
+    }
+
     void valuesHaveUnitsAndThoseWithNamesComeFirst()
     {
         add({"A"});
@@ -319,16 +365,60 @@ private Q_SLOTS:
             sayRaw("A", report);
         }
         QCOMPARE(channels({}), (QList<int>{5, 9}));
-        QCOMPARE(readingOf(*m_mode, "A", 5, m_names).state, true);
+        QCOMPARE(readingOf(*m_mode, "A", 5, {}).state, true);
         m_names.channels[16] = {"Cellar", ""};
         QCOMPARE(channels({}), QList<int>{17});
         QCOMPARE(channels({18, 9, 5}), (QList<int>{18, 9}));
-        QCOMPARE(readingOf(*m_mode, "A", 17, m_names).unit, QString::fromUtf8("°C"));
-        m_names.channels[16].unit = "K";
-        QCOMPARE(readingOf(*m_mode, "A", 17, m_names).unit, "K");
+        QCOMPARE(readingOf(*m_mode, "A", 17, {}).unit, QString::fromUtf8("°C"));
+        auto inputs = std::make_shared<ConfiguredInputs>();
+        inputs->names.channels[16].unit = "K";
+        inputs->measures[0] = Measure::Pulses;
+        inputs->limits = {{3, 9, 3, 2.4, 0, "high"}, {4, 9, 3, 9, 0, "very high"}, {5, 5, 1, 1, 0, ""}};
+        StationConfiguration configuration;
+        configuration.inputs = inputs;
+        QCOMPARE(readingOf(*m_mode, "A", 17, configuration).unit, "K");
+        QCOMPARE(readingOf(*m_mode, "A", 9, configuration).limits.size(), 2);
+        QCOMPARE(readingOf(*m_mode, "A", 9, configuration).beyond->number, 3);
+        QVERIFY(!readingOf(*m_mode, "A", 5, configuration).beyond);
+        sayRaw("A", "R,1,1");
+        QCOMPARE(readingOf(*m_mode, "A", 1, {}).state, true);
+        QCOMPARE(readingOf(*m_mode, "A", 1, configuration).state, std::nullopt); // it counts
+    }
+
+    void agesAreThoseOfThisRunElseThoseOfTheRecord()
+    {
+        add({"A"});
+        online("A");
+        sayRaw("A", "R,9,2.5");
+        sayRaw("A", "R,10,no number");
+        const qint64 now = m_mode->now().toMSecsSinceEpoch() / 1000 * 1000;
+        QCOMPARE(m_model->times().of("A", 9), now);
+        QCOMPARE(m_model->times().of("A", 10), now);
+        m_model.reset();
+        m_mode.reset();
+        openMode();
+        QCOMPARE(m_mode->trends().heardAt("A", 9), 0);
+        const ValueTimes times(*m_mode);
+        const QSignalSpy found(&times, &ValueTimes::found);
+        QCOMPARE(times.of("A", 9), 0); // asked for
+        QTRY_COMPARE(found.count(), 1);
+        QCOMPARE(times.of("A", 9), now);
+        QCOMPARE(times.of("A", 1), 0);
     }
 
 private:
+    void openMode()
+    {
+        OperationalMode::Services services{fixedEnvironment(), *m_timers,
+                                           [this] {
+                                               auto line = std::make_unique<RecordedLine>();
+                                               m_lines += line.get();
+                                               return line;
+                                           },
+                                           [] {}, manualCallbackTimers(*m_timers)};
+        m_mode = std::make_unique<OperationalMode>(services, StationCaptions{});
+        QVERIFY(m_mode->open(m_folder->filePath("nodes.xml"), OperationalMode::Use::Keep));
+    }
     void add(const QStringList &names)
     {
         for (const QString &name : names) {

@@ -119,6 +119,52 @@ private Q_SLOTS:
         QCOMPARE(view()->level(), fitting);
     }
 
+    void groupsAreFoldedByKeysAndMouse()
+    {
+        QVERIFY(replaceFile(m_folder->filePath("nodes.groups"), "[Pumps]\nPump *\n[Towers]\nTower*\n"));
+        open({"Pump 1", "Pump 2", "Tower 1", "Weir"});
+        showOverview();
+        auto *order = m_window->findChild<QComboBox *>("Combo_overview_order");
+        order->setFocus();
+        QTest::keyClick(order, Qt::Key_End);
+        view()->setFocus();
+        QCOMPARE(view()->model()->rowCount(), 7);
+        const auto place = [this](int row) { return view()->visualRect(view()->model()->index(row, 0)); };
+        QVERIFY(place(0).width() >= 2 * place(1).width() && place(1).top() == place(2).top());
+        QVERIFY(place(3).top() > place(1).bottom() && place(3).left() == 0);
+        QTest::keyClick(view(), Qt::Key_Home);
+        QCOMPARE(view()->currentIndex().row(), 0);
+        const QStringList steps{"Pump 1", "Towers", "Tower 1", ""};
+        for (const QString &step : steps) {
+            QTest::keyClick(view(), Qt::Key_Down);
+            QCOMPARE(view()->currentIndex().data().toString(), step);
+        }
+        QTest::keyClick(view(), Qt::Key_Up);
+        QTest::keyClick(view(), Qt::Key_Up);
+        QCOMPARE(view()->currentIndex().row(), 3);
+        QTest::keyClick(view(), Qt::Key_Space);
+        QCOMPARE(view()->model()->rowCount(), 6);
+        QCOMPARE(view()->currentIndex().data().toString(), "Towers");
+        QVERIFY(view()->currentIndex().data(Qt::ToolTipRole).toString().contains("folded"));
+        QTest::keyClick(view(), Qt::Key_Right);
+        QCOMPARE(view()->model()->rowCount(), 7);
+        QTest::mouseClick(view()->viewport(), Qt::LeftButton, {}, place(0).center());
+        QCOMPARE(view()->model()->rowCount(), 5);
+
+        auto *options = m_window->findChild<QAction *>("mnu_overview_value_9");
+        Q_EMIT qobject_cast<QMenu *>(options->parent())
+            ->aboutToShow(); // of the group whose heading is chosen
+        options->trigger();
+        QByteArray file;
+        QVERIFY(readFile(m_folder->filePath("nodes.groups"), file));
+        QCOMPARE(file, "[Pumps]\n= 9\nPump *\n[Towers]\nTower*\n");
+        m_window.reset();
+        m_mode.reset();
+        openAgain();
+        showOverview();
+        QCOMPARE(view()->model()->rowCount(), 5); // kept
+    }
+
     void groupsAreEditedAsTextAndChosen()
     {
         open({"Pump 1", "Pump 2", "Tower"});

@@ -27,11 +27,13 @@ GroupsDialog::GroupsDialog(const OverviewModel &stations, const QByteArray &text
         tr("[North] begins a group, each line below it is a station in it. * stands for any letters, ? for "
            "one: with \"Pump *\" all stations are meant whose names begin so. A station is in the first "
            "group "
-           "that has it."),
+           "that has it. With \"= 9, 10\" below a group's name the tiles of its stations show these inputs, "
+           "up to "
+           "four."),
         this);
     explanation->setWordWrap(true);
     m_text->setObjectName(QStringLiteral("Text_groups"));
-    m_text->setPlaceholderText(tr("[North]\nPump *\nTower"));
+    m_text->setPlaceholderText(tr("[North]\n= 9, 17\nPump *\nTower"));
     m_text->setTabChangesFocus(true);
     m_text->setAccessibleName(windowTitle());
     m_found->setObjectName(QStringLiteral("lbl_groups_found"));

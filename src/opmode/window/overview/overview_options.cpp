@@ -1,6 +1,8 @@
 #include "opmode/window/overview/overview_options.h"
 
 #include "config/channels.h"
+#include "look/outside_texts.h"
+#include "opmode/overview/station_groups.h"
 #include "opmode/tree/node_texts.h"
 #include "platform/settings_store.h"
 
@@ -11,6 +13,8 @@ namespace ktr {
 
 namespace {
 
+constexpr int mostChannels = StationGroups::mostChannels;
+constexpr qsizetype longestCaption = 40;
 const QString valuesKey = QStringLiteral("overviewValues");
 
 } // namespace
@@ -69,6 +73,11 @@ void OverviewOptions::takeChosen()
 {
     const QList<int> channels = chosen();
     choose(channels);
+    if (!m_group.isEmpty()) {
+        Q_EMIT groupChannelsChosen(m_group, channels);
+        return;
+    }
+    m_all = channels;
     QStringList numbers;
     for (const int channel : channels) {
         numbers += QString::number(channel);
@@ -90,7 +99,15 @@ void OverviewOptions::restore()
         }
     }
     choose(channels);
-    Q_EMIT channelsChosen(chosen());
+    m_all = chosen();
+    Q_EMIT channelsChosen(m_all);
+}
+
+void OverviewOptions::setGroup(const QString &group, const QList<int> &channels)
+{
+    m_group = group;
+    choose(group.isEmpty() ? m_all : channels);
+    applyTexts();
 }
 
 void OverviewOptions::setGroupsUsable(const QString &why)
@@ -103,8 +120,11 @@ void OverviewOptions::applyTexts()
 {
     setText(tr("Options"));
     m_groups->setText(tr("Groups..."));
-    m_caption->setText(tr("Values shown (up to %1)").arg(mostChannels));
-    m_named->setText(tr("Those with names"));
+    m_caption->setText(m_group.isEmpty() ? tr("Values shown (up to %1)").arg(mostChannels)
+                                         : tr("Values shown in %1 (up to %2)")
+                                               .arg(shortenedLine(m_group, longestCaption))
+                                               .arg(mostChannels));
+    m_named->setText(m_group.isEmpty() ? tr("Those with names") : tr("As in all groups"));
     for (int channel = 1; channel <= channelCount; ++channel) {
         m_channels[channel - 1]->setText(
             QStringLiteral("%1 %2").arg(channel).arg(channelCaption(channel).trimmed()));

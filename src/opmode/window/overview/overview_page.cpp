@@ -14,8 +14,11 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace ktr {
 
@@ -24,6 +27,8 @@ namespace {
 const QString levelKey = QStringLiteral("overviewLevel");
 constexpr qsizetype longestGroup = 40; // letters that are shown of its name
 const QString orderKey = QStringLiteral("overviewOrder");
+const QString foldedKey = QStringLiteral("overviewFolded"); // names of groups, a line each
+const QString nothingFolded = QStringLiteral("\t");         // is no name
 
 void keepSetting(const QString &key, int value)
 {
@@ -63,7 +68,7 @@ QWidget *OverviewPage::createBar()
     auto *bar = new QWidget(this);
     m_search = searchField(QStringLiteral("Text_overview_search"), bar);
     m_order = named<QComboBox>(QStringLiteral("Combo_overview_order"), bar);
-    m_order->addItems({QString(), QString()});
+    m_order->addItems({QString(), QString(), QString()});
     m_group = named<QComboBox>(QStringLiteral("Combo_overview_group"), bar);
     m_group->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     m_options = new OverviewOptions(bar);
@@ -106,6 +111,13 @@ void OverviewPage::connectBar()
     });
     connect(m_options, &OverviewOptions::groupsWanted, this, &OverviewPage::editGroups);
     connect(m_options, &OverviewOptions::channelsChosen, m_view, &OverviewView::setChannels);
+    connect(m_options, &OverviewOptions::groupChannelsChosen, this, &OverviewPage::chooseGroupChannels);
+    connect(m_options->menu(), &QMenu::aboutToShow, this, &OverviewPage::prepareOptions);
+    connect(m_view, &OverviewView::foldingChanged, this, [this] {
+        SettingsStore().SaveSetting(settingsOwner, settings_sections::operationalMode, foldedKey,
+                                    m_model.foldedNames().isEmpty() ? nothingFolded
+                                                                    : m_model.foldedNames().join(u'\n'));
+    });
     connect(m_smaller, &QToolButton::clicked, this, [this] { m_view->setLevel(m_view->level() + 1); });
     connect(m_larger, &QToolButton::clicked, this, [this] { m_view->setLevel(m_view->level() - 1); });
     connect(m_urgent, &OverviewView::levelChanged, this, &OverviewPage::showUrgent, Qt::QueuedConnection);
@@ -142,7 +154,12 @@ void OverviewPage::restore()
     m_options->restore();
     const int level = kept(levelKey, -1);
     level < 0 ? m_view->setFitting(true) : m_view->setLevel(level);
-    const int order = kept(orderKey, 0) == 1 ? 1 : 0;
+    const int order = std::clamp(kept(orderKey, 0), 0, m_order->count() - 1);
+    if (const QString folded =
+            store.GetSetting(settingsOwner, settings_sections::operationalMode, foldedKey, nothingFolded);
+        folded != nothingFolded) {
+        m_model.setFoldedNames(folded.split(u'\n'));
+    }
     m_order->setCurrentIndex(order);
     m_model.setOrder(static_cast<OverviewModel::Order>(order));
 }
@@ -156,9 +173,12 @@ void OverviewPage::search()
 /// The chosen one of those that were found, else the first.
 void OverviewPage::goToFound()
 {
-    const QModelIndex found = m_view->currentIndex().isValid() ? m_view->currentIndex() : m_model.index(0);
-    if (found.isValid()) {
-        Q_EMIT stationWanted(found.data(OverviewModel::KeyRole).toString());
+    QString found = m_view->chosen();
+    for (int row = 0; found.isEmpty() && row < m_model.rowCount(); ++row) {
+        found = m_model.index(row).data(OverviewModel::KeyRole).toString(); // a heading has none
+    }
+    if (!found.isEmpty()) {
+        Q_EMIT stationWanted(found);
     }
 }
 
@@ -167,8 +187,9 @@ void OverviewPage::showCounts()
     const auto of = [this](Urgency urgency) { return m_model.counts()[static_cast<std::size_t>(urgency)]; };
     const int waiting = of(Urgency::HighAlarm) + of(Urgency::MediumAlarm) + of(Urgency::LowAlarm);
     QString counts = tr("Stations: %L1").arg(m_model.stationCount());
-    if (m_model.rowCount() != m_model.stationCount()) {
-        counts += tr(", shown %L1").arg(m_model.rowCount());
+    const int shown = m_model.rowCount() - static_cast<int>(m_model.headings().size());
+    if (shown != m_model.stationCount()) {
+        counts += tr(", shown %L1").arg(shown);
     }
     const std::pair<QString, int> parts[] = {{tr(", in alarm %L1"), waiting},
                                              {tr(", silent %L1"), of(Urgency::Silent)},
@@ -191,6 +212,7 @@ void OverviewPage::applyTexts()
     m_group->setAccessibleName(tr("Group of stations"));
     m_order->setItemText(0, tr("The most urgent first"));
     m_order->setItemText(1, tr("By name"));
+    m_order->setItemText(2, tr("By group"));
     m_order->setAccessibleName(tr("Order of the stations"));
     m_fit->setText(tr("Fit"));
     m_fit->setToolTip(tr("Tiles as large as the number of stations allows (Ctrl+0)"));
@@ -236,12 +258,47 @@ void OverviewPage::editGroups()
     }
     GroupsDialog dialog(m_model, m_groupsText, m_texts, this);
     while (dialog.exec() == QDialog::Accepted) {
-        const Status written = writeBesideList(m_groupsFile, dialog.text());
+        const Status written = keepGroups(dialog.text());
         if (written) {
-            takeGroups(dialog.text());
             return;
         }
         dialog.tellProblem(written.message());
+    }
+}
+
+Status OverviewPage::keepGroups(const QByteArray &text)
+{
+    Status written = writeBesideList(m_groupsFile, text);
+    if (written) {
+        takeGroups(text);
+    }
+    return written;
+}
+
+/// The values are chosen for the group that is shown alone or, where groups have headings, for that of the
+/// chosen station or heading.
+void OverviewPage::prepareOptions()
+{
+    int group = m_model.shownGroup();
+    const QModelIndex current = m_view->currentIndex();
+    if (group == OverviewModel::allGroups && m_model.order() == OverviewModel::Order::Group &&
+        current.isValid()) {
+        group = m_model.headingAt(current.row()).value_or(m_model.groupOf(m_view->chosen()));
+    }
+    const bool isOne = group >= 0 && group < m_model.groups().list().size();
+    m_options->setGroup(m_model.groupName(isOne ? group : StationGroups::none),
+                        isOne ? m_model.groups().list()[group].channels : QList<int>());
+}
+
+void OverviewPage::chooseGroupChannels(const QString &group, const QList<int> &channels)
+{
+    QByteArray present;
+    Status done = readBesideList(m_groupsFile, present);
+    if (done) {
+        done = keepGroups(StationGroups::withChannels(present, group, channels));
+    }
+    if (!done) {
+        Q_EMIT statusMessage(done.message());
     }
 }
 
@@ -317,7 +374,9 @@ void OverviewPage::showUrgent()
 {
     constexpr int mostRows = 3;
     int urgent = 0;
-    for (int row = 0; row < m_model.rowCount() && m_model.glance(row).urgency <= Urgency::Standing; ++row) {
+    for (int row = 0;
+         m_view->isOnWall() && row < m_model.rowCount() && m_model.glance(row).urgency <= Urgency::Standing;
+         ++row) {
         ++urgent;
     }
     const bool isNeeded = m_view->isOnWall() && m_view->showsCells() && urgent > 0;

@@ -2,6 +2,7 @@
 
 #include "lang/text_table.h"
 #include "opmode/overview/overview_model.h"
+#include "platform/status.h"
 
 #include <QWidget>
 
@@ -60,6 +61,9 @@ private:
     void restore();
     void search();
     void editGroups();
+    void prepareOptions();
+    void chooseGroupChannels(const QString &group, const QList<int> &channels);
+    Status keepGroups(const QByteArray &text);
     void takeGroups(const QByteArray &text);
     void showGroups();
     void goToFound();

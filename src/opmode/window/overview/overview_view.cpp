@@ -8,15 +8,17 @@
 #include "opmode/window/input_caption.h"
 #include "opmode/window/quality_bars.h"
 #include "opmode/window/station_mark.h"
+#include "opmode/window/value_age.h"
 #include "opmode/window/value_text.h"
 #include "opmode/window/view_activity.h"
 
+#include <QAccessible>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScopedValueRollback>
 #include <QScrollBar>
-#include <QStyledItemDelegate>
+#include <QTimer>
 
 #include <algorithm>
 #include <cmath>
@@ -25,23 +27,7 @@ namespace ktr {
 
 namespace {
 
-class TileDelegate : public QStyledItemDelegate
-{
-public:
-    explicit TileDelegate(OverviewView &view) : QStyledItemDelegate(&view), m_view(view) {}
-
-    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
-    {
-        m_view.paintTile(*painter, option.rect, index, (option.state & QStyle::State_MouseOver) != 0);
-    }
-    QSize sizeHint(const QStyleOptionViewItem &, const QModelIndex &) const override
-    {
-        return m_view.tileSize();
-    }
-
-private:
-    const OverviewView &m_view;
-};
+constexpr int tileAgesMs = 60'000; ///< they are told in minutes
 
 } // namespace
 
@@ -54,8 +40,6 @@ OverviewView::OverviewView(const OperationalMode &mode, OverviewModel &model, QW
     setObjectName(QStringLiteral("List_overview"));
     setFlow(LeftToRight);
     setWrapping(true);
-    setUniformItemSizes(true);
-    setResizeMode(Adjust);
     setSelectionMode(ExtendedSelection);
     setEditTriggers(NoEditTriggers);
     setVerticalScrollMode(ScrollPerPixel);
@@ -64,17 +48,44 @@ OverviewView::OverviewView(const OperationalMode &mode, OverviewModel &model, QW
     setFrameShape(QFrame::NoFrame);
     viewport()->setBackgroundRole(QPalette::Window);
     viewport()->setMouseTracking(true);
-    setItemDelegate(new TileDelegate(*this));
+    const auto placeAnew = [this] { m_arePlacesStale = true; }; // before the toolkit's own looks at them
+    connect(&model, &QAbstractItemModel::modelReset, this, placeAnew);
+    connect(&model, &QAbstractItemModel::layoutChanged, this, placeAnew);
     setModel(&model);
     connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
         m_chosen = chosen();
         m_chosenStations = chosenStations();
+        m_chosenHeading = chosenHeading();
+        m_pointed = -1;
     });
     connect(&model, &QAbstractItemModel::modelReset, this, [this] {
         chooseStations(m_chosenStations, m_chosen);
+        for (const int row : m_chosenHeading ? m_model.headings() : std::vector<int>()) {
+            if (m_model.headingAt(row) == m_chosenHeading) {
+                setCurrentIndex(m_model.index(row));
+            }
+        }
         fit();
     });
+    connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex &index) {
+        if (const std::optional<int> group = m_model.headingAt(index.row())) {
+            fold(*group, !m_model.isFolded(*group));
+        }
+    });
+    const auto showAges = [this] {
+        if (isVisible() && tiles().values() > 0) {
+            viewport()->update();
+        }
+    };
+    connect(&model.times(), &ValueTimes::found, this, showAges);
+    connect(&mode.configurations(), &StationConfigurations::changed, this, showAges);
+    auto *ageing = new QTimer(this);
+    ageing->start(tileAgesMs);
+    connect(ageing, &QTimer::timeout, this, showAges);
     connect(this, &QAbstractItemView::activated, this, [this](const QModelIndex &index) {
+        if (m_model.headingAt(index.row())) {
+            return;
+        }
         Q_EMIT stationWanted(index.data(OverviewModel::KeyRole).toString());
     });
     fitTiles();
@@ -83,7 +94,8 @@ OverviewView::OverviewView(const OperationalMode &mode, OverviewModel &model, QW
 void OverviewView::follow()
 {
     m_model.setHold([this] { return isInUse(); });
-    m_model.setDescription([this](const StationGlance &glance) { return description(glance); });
+    m_model.setDescription([this](const StationGlance &glance) { return description(glance); },
+                           [this](int group) { return headingDescription(group); });
     connect(m_activity, &ViewActivity::mouseRested, &m_model, &OverviewModel::update);
 }
 
@@ -173,7 +185,9 @@ QStringList OverviewView::chosenStations() const
     std::ranges::sort(selection, {}, &QItemSelectionRange::top);
     for (const QItemSelectionRange &range : std::as_const(selection)) {
         for (int row = range.top(); row <= range.bottom(); ++row) {
-            stations += m_model.glance(row).kennung;
+            if (!m_model.headingAt(row)) {
+                stations += m_model.glance(row).kennung;
+            }
         }
     }
     return stations;
@@ -181,15 +195,20 @@ QStringList OverviewView::chosenStations() const
 
 void OverviewView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
-    QListView::currentChanged(current, previous);
-    if (current.isValid() && !m_isChoosing) {
+    QAbstractItemView::currentChanged(current, previous);
+    if (QAccessible::isActive() && current.isValid() && hasFocus()) {
+        QAccessibleEvent focused(this, QAccessible::Focus);
+        focused.setChild(current.row());
+        QAccessible::updateAccessibility(&focused);
+    }
+    if (!chosen().isEmpty() && !m_isChoosing) {
         Q_EMIT choiceChanged();
     }
 }
 
 void OverviewView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
-    QListView::selectionChanged(selected, deselected);
+    QAbstractItemView::selectionChanged(selected, deselected);
     const QItemSelection chosen = selectionModel()->selection();
     const bool areSeveral = chosen.size() > 1 || (chosen.size() == 1 && chosen.constFirst().height() > 1);
     if (std::exchange(m_areSeveralChosen, areSeveral) != areSeveral) {
@@ -245,9 +264,11 @@ int OverviewView::fittingLevel() const
     constexpr int readable = 3;
     for (int level = 0; level <= smallestLevel(); ++level) {
         const TileLevel &tiles = tileLevels()[static_cast<std::size_t>(level)];
-        const int columns = columnsAt(tiles);
-        const int rows = (m_model.rowCount() + columns - 1) / columns;
-        if (rows * std::ceil(tiles.height * fontMetrics().height()) <= viewport()->height()) {
+        const int height = static_cast<int>(std::ceil(tiles.height * fontMetrics().height()));
+        TileLayout places;
+        places.arrange(m_model.rowCount(), m_model.headings(),
+                       {columnsAt(tiles), QSize(1, height), headingHeight()});
+        if (places.height() <= viewport()->height()) {
             return level;
         }
         if (!m_isOnWall && tileLevels()[static_cast<std::size_t>(level) + 1].isCell()) {
@@ -275,11 +296,110 @@ void OverviewView::fitTiles()
     m_columns = columnsAt(level);
     const QSize tile((viewport()->width() - 1) / m_columns,
                      static_cast<int>(std::ceil(level.height * fontMetrics().height())));
-    if (tile != m_tile) {
-        m_tile = tile;
-        setGridSize(tile);
-        verticalScrollBar()->setSingleStep(std::max(1, tile.height() / 2));
+    m_tile = tile;
+    m_arePlacesStale = true;
+    verticalScrollBar()->setSingleStep(std::max(1, tile.height() / 2));
+    scheduleDelayedItemsLayout();
+}
+
+// Where they are
+
+int OverviewView::headingHeight() const
+{
+    constexpr double lines = 1.8;
+    return static_cast<int>(std::ceil(lines * fontMetrics().height()));
+}
+
+const TileLayout &OverviewView::places() const
+{
+    if (m_arePlacesStale) {
+        m_arePlacesStale = false;
+        m_places.arrange(m_model.rowCount(), m_model.headings(), {m_columns, m_tile, headingHeight()});
     }
+    return m_places;
+}
+
+void OverviewView::doItemsLayout()
+{
+    m_arePlacesStale = true;
+    QAbstractItemView::doItemsLayout(); // the list view's own would place 10,000 items for nothing
+}
+
+void OverviewView::updateGeometries()
+{
+    QAbstractItemView::updateGeometries();
+    verticalScrollBar()->setPageStep(viewport()->height());
+    verticalScrollBar()->setRange(0, std::max(0, places().height() - viewport()->height()));
+    horizontalScrollBar()->setRange(0, 0);
+}
+
+int OverviewView::verticalOffset() const
+{
+    return verticalScrollBar()->value();
+}
+
+QRect OverviewView::visualRect(const QModelIndex &index) const
+{
+    return index.isValid() ? places().rectOf(index.row()).translated(0, -verticalOffset()) : QRect();
+}
+
+QModelIndex OverviewView::indexAt(const QPoint &point) const
+{
+    const int row = places().rowAt(point + QPoint(0, verticalOffset()));
+    return row < 0 ? QModelIndex() : m_model.index(row);
+}
+
+void OverviewView::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    const QRect place = visualRect(index);
+    if (!place.isValid()) {
+        return;
+    }
+    updateGeometries(); // rows may have come since
+    const int room = viewport()->height();
+    const int top = hint == PositionAtBottom                   ? place.bottom() + 1 - room
+                    : hint == PositionAtCenter                 ? place.center().y() - room / 2
+                    : hint == PositionAtTop || place.top() < 0 ? place.top()
+                    : place.bottom() >= room                   ? place.bottom() + 1 - room
+                                                               : 0;
+    verticalScrollBar()->setValue(verticalOffset() + top);
+}
+
+void OverviewView::scrollContentsBy(int x, int y)
+{
+    scrollDirtyRegion(x, y);
+    viewport()->scroll(0, y);
+}
+
+void OverviewView::setSelection(const QRect &where, QItemSelectionModel::SelectionFlags flags)
+{
+    const QRect area = where.normalized();
+    const int offset = verticalOffset();
+    QItemSelection selection;
+    if (state() == DragSelectingState) { // whatever the band touches
+        const auto [first, end] = places().rowsBetween(area.top() + offset, area.bottom() + 1 + offset);
+        for (int row = first; row < end; ++row) {
+            if (places().rectOf(row).translated(0, -offset).intersects(area)) {
+                selection.select(m_model.index(row), m_model.index(row));
+            }
+        }
+    } else { // from one tile to another one, in their order
+        const QModelIndex one = indexAt(where.topLeft());
+        const QModelIndex other = indexAt(where.bottomRight());
+        if (one.isValid() && other.isValid()) {
+            selection.select(one.row() < other.row() ? one : other, one.row() < other.row() ? other : one);
+        }
+    }
+    selectionModel()->select(selection, flags);
+}
+
+QRegion OverviewView::visualRegionForSelection(const QItemSelection &selection) const
+{
+    QRegion region;
+    for (const QModelIndex &index : selection.indexes()) {
+        region += visualRect(index);
+    }
+    return region;
 }
 
 void OverviewView::resizeEvent(QResizeEvent *event)
@@ -287,7 +407,7 @@ void OverviewView::resizeEvent(QResizeEvent *event)
     const int before = m_columns;
     fitTiles();
     fit();
-    QListView::resizeEvent(event);
+    QAbstractItemView::resizeEvent(event);
     if (m_isStrip && m_columns != before) {
         Q_EMIT levelChanged(); // other rows are needed
     }
@@ -322,12 +442,21 @@ void OverviewView::wheelEvent(QWheelEvent *event)
 bool OverviewView::viewportEvent(QEvent *event)
 {
     m_activity->noteViewportEvent(*event);
+    if (event->type() == QEvent::HoverMove || event->type() == QEvent::HoverEnter) {
+        m_pointed = indexAt(static_cast<QHoverEvent *>(event)->position().toPoint()).row();
+    } else if (event->type() == QEvent::HoverLeave || event->type() == QEvent::Leave) {
+        m_pointed = -1;
+    }
     return QListView::viewportEvent(event);
 }
 
 void OverviewView::keyPressEvent(QKeyEvent *event)
 {
     m_activity->noteKeys();
+    if (foldByKey(*event)) {
+        event->accept();
+        return;
+    }
     const bool isPlain = (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
     const QString text = event->text();
     if (isPlain && !text.isEmpty() && text.front().isPrint() && text != u" ") {
@@ -342,7 +471,7 @@ void OverviewView::keyPressEvent(QKeyEvent *event)
 void OverviewView::contextMenuEvent(QContextMenuEvent *event)
 {
     const bool isOnTile = event->reason() != QContextMenuEvent::Mouse || indexAt(event->pos()).isValid();
-    if (currentIndex().isValid() && isOnTile && !m_isOnWall) {
+    if (!chosen().isEmpty() && isOnTile && !m_isOnWall) {
         Q_EMIT menuWanted(event->globalPos());
     }
 }
@@ -357,9 +486,11 @@ QModelIndex OverviewView::moveCursor(CursorAction action, Qt::KeyboardModifiers)
     if (row < 0) {
         return m_model.index(0);
     }
-    const int page = std::max(1, viewport()->height() / m_tile.height()) * m_columns;
-    const int column = row % m_columns;
-    const int lowest = (count - 1 - column) / m_columns * m_columns + column;
+    const auto paged = [this, row](int lines) {
+        const QPoint from = places().rectOf(row).center();
+        return places().rowNear(
+            from + QPoint(0, lines * std::max(m_tile.height(), viewport()->height() - m_tile.height())));
+    };
     switch (action) {
     case MoveHome:
         return m_model.index(0);
@@ -372,15 +503,70 @@ QModelIndex OverviewView::moveCursor(CursorAction action, Qt::KeyboardModifiers)
     case MoveNext:
         return m_model.index(std::min(count - 1, row + 1));
     case MoveUp:
-        return m_model.index(row >= m_columns ? row - m_columns : row);
+        return m_model.index(places().above(row));
     case MoveDown:
-        return m_model.index(row + m_columns < count ? row + m_columns : row);
+        return m_model.index(places().below(row));
     case MovePageUp:
-        return m_model.index(std::max(column, row - page));
+        return m_model.index(paged(-1));
     case MovePageDown:
-        return m_model.index(std::min(lowest, row + page));
+        return m_model.index(paged(1));
     }
     return {};
+}
+
+// Headings
+
+std::optional<int> OverviewView::chosenHeading() const
+{
+    const QModelIndex current = currentIndex();
+    return current.isValid() ? m_model.headingAt(current.row()) : std::nullopt;
+}
+
+void OverviewView::fold(int group, bool isFolded)
+{
+    if (m_model.isFolded(group) != isFolded) {
+        m_model.setFolded(group, isFolded);
+        Q_EMIT foldingChanged();
+    }
+}
+
+/// Space and Enter fold and unfold, the arrows as in a tree.
+bool OverviewView::foldByKey(const QKeyEvent &event)
+{
+    const std::optional<int> group = chosenHeading();
+    const bool isPlain = (event.modifiers() & ~Qt::KeypadModifier) == 0;
+    if (!group || !isPlain) {
+        return false;
+    }
+    switch (event.key()) {
+    case Qt::Key_Space:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        fold(*group, !m_model.isFolded(*group));
+        return true;
+    case Qt::Key_Left:
+        fold(*group, true);
+        return true;
+    case Qt::Key_Right:
+        if (m_model.isFolded(*group)) {
+            fold(*group, false);
+            return true;
+        }
+        return false;
+    default:
+        return false;
+    }
+}
+
+QString OverviewView::headingDescription(int group) const
+{
+    const OverviewModel::GroupCount count = m_model.countOf(group);
+    const QString name = group == StationGroups::none ? tr("In no group") : m_model.groupName(group);
+    const QString numbers =
+        count.waiting > 0
+            ? tr("%1: %L2 stations, in alarm %L3").arg(name).arg(count.stations).arg(count.waiting)
+            : tr("%1: %L2 stations").arg(name).arg(count.stations);
+    return m_model.isFolded(group) ? tr("%1, folded").arg(numbers) : numbers;
 }
 
 // What tiles show
@@ -424,20 +610,60 @@ TileTexts OverviewView::textsOf(const StationGlance &glance) const
     if (level.values() == 0) {
         return texts;
     }
-    const ChannelNames names = m_mode.channelNames(glance.kennung);
-    for (const int channel : shownChannels(m_mode, glance.kennung, names, m_channels, level.values())) {
-        const InputReading reading = readingOf(m_mode, glance.kennung, channel, names);
+    const StationConfiguration configuration = m_mode.configuration(glance.kennung);
+    const ChannelNames &names = configuration.names();
+    texts.isStale = glance.status.line != StationStatus::Line::Alive;
+    for (const int channel :
+         shownChannels(m_mode, glance.kennung, names, channelsFor(glance.kennung), level.values())) {
+        const InputReading reading = readingOf(m_mode, glance.kennung, channel, configuration);
         TileTexts::Value value{shortInputCaption(channel, names),
                                shortenedLine(localValue(reading.value, locale())),
                                reading.unit,
                                reading.state,
+                               {},
+                               {},
                                {}};
+        if (!reading.value.isEmpty()) {
+            value.age = ageText(m_model.times().of(glance.kennung, channel), m_mode.now());
+            value.mark = reading.beyond ? QString(beyondMark(*reading.beyond)) : QString();
+        }
         for (const ValueTrends::Point &point : reading.trend) {
             value.trend.append({double(point.time), double(point.value)});
         }
         texts.values += value;
     }
     return texts;
+}
+
+/// What its group shows, else what all do.
+QList<int> OverviewView::channelsFor(const QString &kennung) const
+{
+    const QList<int> ofGroup = m_model.channelsOf(kennung);
+    return ofGroup.isEmpty() ? m_channels : ofGroup;
+}
+
+/// Those that are shown, each with the exact time and with the limit that it is beyond.
+QStringList OverviewView::valueDescriptions(const QString &kennung) const
+{
+    QStringList lines;
+    const StationConfiguration configuration = m_mode.configuration(kennung);
+    const ChannelNames &names = configuration.names();
+    for (const int channel : shownChannels(m_mode, kennung, names, channelsFor(kennung), tiles().values())) {
+        const InputReading reading = readingOf(m_mode, kennung, channel, configuration);
+        if (reading.value.isEmpty()) {
+            continue;
+        }
+        const qint64 at = m_model.times().of(kennung, channel);
+        QString line = QStringLiteral("%1: %2 %3")
+                           .arg(shortInputCaption(channel, names),
+                                shortenedLine(localValue(reading.value, locale())), reading.unit);
+        line = line.trimmed() + (at == 0 ? QString() : QStringLiteral(" (%1)").arg(shownMoment(at)));
+        lines += line;
+        if (reading.beyond) {
+            lines += QStringLiteral("    ") + limitDescription(*reading.beyond, reading.unit, locale());
+        }
+    }
+    return lines;
 }
 
 QString OverviewView::description(const StationGlance &glance) const
@@ -453,26 +679,51 @@ QString OverviewView::description(const StationGlance &glance) const
     if (station != nullptr && station->lastHeard() > 0) {
         lines += tr("Last heard %1").arg(shownMoment(station->lastHeard()));
     }
+    if (tiles().values() > 0) {
+        lines += valueDescriptions(glance.kennung);
+    }
     return lines.join(u'\n');
 }
 
-void OverviewView::paintTile(QPainter &painter, const QRect &where, const QModelIndex &index,
-                             bool isPointed) const
+void OverviewView::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(viewport());
+    const int offset = verticalOffset();
+    const QRect &where = event->rect();
+    const auto [first, end] = places().rowsBetween(where.top() + offset, where.bottom() + 1 + offset);
+    for (int row = first; row < end; ++row) {
+        const QRect place = places().rectOf(row).translated(0, -offset);
+        if (place.intersects(where)) {
+            paintRow(painter, place, row);
+        }
+    }
+}
+
+void OverviewView::paintRow(QPainter &painter, const QRect &where, int row) const
 {
     const TileLevel level = tiles();
     if (!m_painter) {
         m_painter.emplace(level, font(), palette());
     }
     const TilePainter &tile = *m_painter;
-    const StationGlance &glance = m_model.glance(index.row());
-    const TilePainter::Place place{QRectF(where), index == currentIndex() && hasFocus() && !m_isOnWall,
-                                   isPointed};
+    const bool isChosen = row == currentIndex().row() && hasFocus() && !m_isOnWall;
+    const TilePainter::Place place{QRectF(where), isChosen, row == m_pointed};
+    if (const std::optional<int> group = m_model.headingAt(row)) {
+        const OverviewModel::GroupCount count = m_model.countOf(*group);
+        tile.paintHeading(painter, place,
+                          {*group == StationGroups::none ? tr("In no group") : m_model.groupName(*group),
+                           locale().toString(count.stations),
+                           count.waiting > 0 ? tr("in alarm %L1").arg(count.waiting) : QString(),
+                           m_model.isFolded(*group)});
+        return;
+    }
+    const StationGlance &glance = m_model.glance(row);
     if (level.isCell()) {
         tile.paintCell(painter, place, glance);
     } else {
         tile.paint(painter, place, glance, textsOf(glance));
     }
-    if (m_areSeveralChosen && !m_isOnWall && selectionModel()->isSelected(index)) {
+    if (m_areSeveralChosen && !m_isOnWall && selectionModel()->isSelected(m_model.index(row))) {
         tile.paintChosen(painter, place.rect);
     }
 }

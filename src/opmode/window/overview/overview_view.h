@@ -1,5 +1,6 @@
 #pragma once
 
+#include "opmode/window/overview/tile_layout.h"
 #include "opmode/window/overview/tile_painter.h"
 
 #include <QListView>
@@ -10,8 +11,8 @@ class OperationalMode;
 class OverviewModel;
 class ViewActivity;
 
-/// The tiles of all stations. They keep their places while the user points at them. Its own rows and columns
-/// are those of a list view, which assistive tools know.
+/// The tiles of all stations, under headings where the model has some. They keep their places while the user
+/// points at them. It is a list view, which assistive tools know, and places its rows itself.
 class OverviewView : public QListView
 {
     Q_OBJECT
@@ -48,8 +49,10 @@ public:
     /// The keys of those that are chosen, in the order of the tiles.
     QStringList chosenStations() const;
 
-    void paintTile(QPainter &painter, const QRect &where, const QModelIndex &index, bool isPointed) const;
-    QSize tileSize() const { return m_tile; }
+    QRect visualRect(const QModelIndex &index) const override;
+    QModelIndex indexAt(const QPoint &point) const override;
+    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
+    void doItemsLayout() override;
 
 Q_SIGNALS:
     /// The user chose other stations, or none.
@@ -61,6 +64,8 @@ Q_SIGNALS:
     void levelChanged();
     /// A menu about the chosen station is wanted at a place on the screen.
     void menuWanted(const QPoint &place);
+    /// Other groups are folded.
+    void foldingChanged();
 
 protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
@@ -71,6 +76,13 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void updateGeometries() override;
+    void scrollContentsBy(int x, int y) override;
+    int horizontalOffset() const override { return 0; }
+    int verticalOffset() const override;
+    void setSelection(const QRect &where, QItemSelectionModel::SelectionFlags flags) override;
+    QRegion visualRegionForSelection(const QItemSelection &selection) const override;
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
@@ -81,7 +93,16 @@ private:
     int fittingLevel() const;
     int smallestLevel() const;
     int columnsAt(const TileLevel &level) const;
+    int headingHeight() const;
+    const TileLayout &places() const;
+    void paintRow(QPainter &painter, const QRect &where, int row) const;
+    std::optional<int> chosenHeading() const;
+    void fold(int group, bool isFolded);
+    bool foldByKey(const QKeyEvent &event);
+    QString headingDescription(int group) const;
     TileTexts textsOf(const StationGlance &glance) const;
+    QList<int> channelsFor(const QString &kennung) const;
+    QStringList valueDescriptions(const QString &kennung) const;
     QString stateOf(const StationGlance &glance) const;
 
     const OperationalMode &m_mode;
@@ -101,6 +122,10 @@ private:
     QStringList m_chosenStations;
     bool m_isChoosing = false; ///< not the user
     bool m_areSeveralChosen = false;
+    std::optional<int> m_chosenHeading; ///< likewise
+    int m_pointed = -1;                 ///< the row under the mouse
+    mutable TileLayout m_places;
+    mutable bool m_arePlacesStale = true;
 };
 
 } // namespace ktr

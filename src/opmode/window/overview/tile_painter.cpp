@@ -208,20 +208,30 @@ void TilePainter::paint(QPainter &painter, const Place &place, const StationGlan
         const int row = at / 2;
         const QRectF part(rest.left() + at % 2 * size.width(), rest.top() + row * size.height(),
                           size.width() - m_line / 3, size.height());
-        painter.setPen(ink(glance.urgency));
-        paintValue(painter, part, texts.values[at]);
+        painter.setPen(texts.isStale ? faintInk(glance.urgency) : ink(glance.urgency));
+        paintValue(painter, part, texts.values[at], texts.isStale ? Urgency::Offline : glance.urgency);
     }
     paintChoice(painter, place);
     painter.restore();
 }
 
 /// The caption, and below it the value, with its curve where there is room for that.
-void TilePainter::paintValue(QPainter &painter, const QRectF &where, const TileTexts::Value &value) const
+void TilePainter::paintValue(QPainter &painter, const QRectF &where, const TileTexts::Value &value,
+                             Urgency urgency) const
 {
     const QColor text = painter.pen().color();
     painter.setFont(m_small);
     const double top = where.top() + std::max(0.0, (where.height() - 2 * m_line) / 2);
-    drawText(painter, QRectF(where.left(), top, where.width(), m_line), value.caption);
+    const QRectF head(where.left(), top, where.width(), m_line);
+    const double age = value.age.isEmpty() ? 0 : m_smallMetrics.horizontalAdvance(value.age) + 1;
+    drawText(painter, head.adjusted(0, 0, age > 0 ? -age - m_line / 3 : 0, 0), value.caption);
+    if (age > 0) {
+        painter.setPen(isWaiting(urgency) ? text : m_palette.color(QPalette::PlaceholderText));
+        drawText(painter, head, value.age, Qt::AlignRight);
+    }
+    const bool isMarked = !value.mark.isEmpty();
+    painter.setPen(!isMarked || isWaiting(urgency) || urgency == Urgency::Offline ? text
+                                                                                  : alarmText(m_palette));
     QRectF line(where.left(), top + m_line * 0.9, where.width(), m_line);
     if (value.state) {
         const double side = m_line * 0.5;
@@ -231,10 +241,12 @@ void TilePainter::paintValue(QPainter &painter, const QRectF &where, const TileT
         line.setLeft(line.left() + side + m_line / 3);
     }
     painter.setFont(m_bold);
-    const QString number = value.value.isEmpty() ? QStringLiteral("–") : value.value;
+    const QString number = (value.value.isEmpty() ? QStringLiteral("–") : value.value) +
+                           (isMarked ? u' ' + value.mark : QString());
     const double width = std::min(m_boldMetrics.horizontalAdvance(number) + 1, line.width());
     drawText(painter, QRectF(line.topLeft(), QSizeF(width, m_line)), number);
     line.setLeft(line.left() + width + m_line / 5);
+    painter.setPen(text);
     if (!value.unit.isEmpty()) {
         painter.setFont(m_small);
         const double unit = std::min(m_smallMetrics.horizontalAdvance(value.unit) + 1, line.width());
@@ -268,6 +280,45 @@ void TilePainter::paintFoot(QPainter &painter, const QRectF &where, const TileTe
     }
     drawText(painter, QRectF(left, where.top(), where.right() - left, where.height()), texts.heard,
              Qt::AlignRight);
+}
+
+/// A line over the whole width: an arrow, the name, how many stations, and how many of them are in alarm.
+void TilePainter::paintHeading(QPainter &painter, const Place &place, const Heading &heading) const
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (place.isPointed) {
+        painter.fillRect(place.rect, veil(m_palette));
+    }
+    QRectF rest = place.rect.adjusted(m_line / 3, 0, -m_line / 3, 0);
+    const QPointF middle(rest.left() + m_line * 0.35, rest.center().y());
+    const double reach = m_line * 0.22;
+    const QPolygonF right{{QPointF(-reach * 0.7, -reach), QPointF(reach, 0), QPointF(-reach * 0.7, reach)}};
+    const QPolygonF down{{QPointF(-reach, -reach * 0.7), QPointF(reach, -reach * 0.7), QPointF(0, reach)}};
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(m_palette.color(QPalette::WindowText));
+    painter.drawPolygon((heading.isFolded ? right : down).translated(middle));
+    rest.setLeft(rest.left() + m_line);
+    painter.setFont(m_bold);
+    painter.setPen(m_palette.color(QPalette::WindowText));
+    const double room =
+        rest.width() - m_smallMetrics.horizontalAdvance(heading.count + heading.waiting) - 2 * m_line;
+    const QString name = m_boldMetrics.elidedText(heading.name, Qt::ElideRight, std::max(0.0, room));
+    drawText(painter, rest, name);
+    rest.setLeft(rest.left() + m_boldMetrics.horizontalAdvance(name) + m_line / 2);
+    painter.setFont(m_small);
+    painter.setPen(m_palette.color(QPalette::PlaceholderText));
+    drawText(painter, rest, heading.count);
+    rest.setLeft(rest.left() + m_smallMetrics.horizontalAdvance(heading.count) + m_line / 2);
+    if (!heading.waiting.isEmpty()) {
+        painter.setPen(alarmText(m_palette));
+        painter.setFont(m_bold);
+        drawText(painter, rest, QLatin1String("! ") + heading.waiting);
+    }
+    painter.setPen(QPen(hairline(m_palette), 1));
+    painter.drawLine(place.rect.bottomLeft() + QPointF(0, -1), place.rect.bottomRight() + QPointF(0, -1));
+    paintChoice(painter, place);
+    painter.restore();
 }
 
 /// Thousands of them are seen at once, of few kinds, so each kind is drawn once.

@@ -26,8 +26,11 @@ struct TileTexts
         QString unit;
         std::optional<bool> state;
         QList<QPointF> trend;
+        QString age;  ///< in a few words; empty when it is not known
+        QString mark; ///< of a value that is beyond a limit; empty for none
     };
     QList<Value> values;
+    bool isStale = false; ///< the values are of before
 };
 
 /// How large tiles are, and what fits into them, the largest first.
@@ -63,6 +66,14 @@ public:
     void paint(QPainter &painter, const Place &place, const StationGlance &glance,
                const TileTexts &texts) const;
     void paintCell(QPainter &painter, const Place &place, const StationGlance &glance) const;
+    struct Heading
+    {
+        QString name;
+        QString count;
+        QString waiting; ///< how many are in alarm, in words; empty for none
+        bool isFolded = false;
+    };
+    void paintHeading(QPainter &painter, const Place &place, const Heading &heading) const;
 
     /// Marks one of several stations that are chosen.
     void paintChosen(QPainter &painter, const QRectF &where) const;
@@ -71,7 +82,8 @@ private:
     void paintGround(QPainter &painter, const Place &place, Urgency urgency) const;
     void paintHead(QPainter &painter, QRectF where, const StationGlance &glance) const;
     double paintMark(QPainter &painter, const QRectF &where, const StationGlance &glance) const;
-    void paintValue(QPainter &painter, const QRectF &where, const TileTexts::Value &value) const;
+    void paintValue(QPainter &painter, const QRectF &where, const TileTexts::Value &value,
+                    Urgency urgency) const;
     void paintFoot(QPainter &painter, const QRectF &where, const TileTexts &texts) const;
     void paintChoice(QPainter &painter, const Place &place) const;
     void drawText(QPainter &painter, const QRectF &where, const QString &text, int flags = 0) const;
