@@ -49,6 +49,7 @@ public:
     /// The keys of those that are chosen, in the order of the tiles.
     QStringList chosenStations() const;
 
+    QSize tileSize() const { return m_tile; }
     QRect visualRect(const QModelIndex &index) const override;
     QModelIndex indexAt(const QPoint &point) const override;
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
