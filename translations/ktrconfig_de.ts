@@ -2040,6 +2040,13 @@
     </message>
 </context>
 <context>
+    <name>SearchField</name>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+</context>
+<context>
     <name>Sound</name>
     <message>
         <source>the sound cannot be written into a file</source>
@@ -6412,6 +6419,17 @@ Turm</translation>
     </message>
 </context>
 <context>
+    <name>ktr::QualityBars</name>
+    <message>
+        <source>Signal: %1</source>
+        <translation>Signal: %1</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>nicht bekannt</translation>
+    </message>
+</context>
+<context>
     <name>ktr::RangeBar</name>
     <message>
         <source>Hour</source>
@@ -7291,6 +7309,50 @@ Turm</translation>
         <source>Stations</source>
         <translation>Stationen</translation>
     </message>
+    <message>
+        <source>Order</source>
+        <translation>Anordnung</translation>
+    </message>
+    <message>
+        <source>Order and grouping of the stations</source>
+        <translation>Reihenfolge und Gruppen der Stationen</translation>
+    </message>
+    <message>
+        <source>In the order of the list</source>
+        <translation>In der Reihenfolge der Liste</translation>
+    </message>
+    <message>
+        <source>By name</source>
+        <translation>Nach Namen</translation>
+    </message>
+    <message>
+        <source>The most urgent first</source>
+        <translation>Die dringendsten zuerst</translation>
+    </message>
+    <message>
+        <source>The longest unheard first</source>
+        <translation>Am längsten nicht gehört zuerst</translation>
+    </message>
+    <message>
+        <source>Not grouped</source>
+        <translation>Nicht gruppiert</translation>
+    </message>
+    <message>
+        <source>Grouped by state</source>
+        <translation>Nach Zustand gruppiert</translation>
+    </message>
+    <message>
+        <source>In the groups of the overview</source>
+        <translation>In den Gruppen der Übersicht</translation>
+    </message>
+    <message>
+        <source>Collapse all</source>
+        <translation>Alle zuklappen</translation>
+    </message>
+    <message>
+        <source>Open all stations</source>
+        <translation>Alle Stationen aufklappen</translation>
+    </message>
 </context>
 <context>
     <name>ktr::StationTreeView</name>
@@ -7918,6 +7980,41 @@ Turm</translation>
     <message>
         <source>Receipt written: %1</source>
         <translation>Beleg geschrieben: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::TreeOrder</name>
+    <message>
+        <source>In no group</source>
+        <translation>In keiner Gruppe</translation>
+    </message>
+    <message>
+        <source>Silent</source>
+        <translation>Schweigt</translation>
+    </message>
+    <message>
+        <source>Alarms that are acknowledged</source>
+        <translation>Quittierte Alarme</translation>
+    </message>
+    <message>
+        <source>PUK or losses</source>
+        <translation>PUK oder Verluste</translation>
+    </message>
+    <message>
+        <source>Not heard yet</source>
+        <translation>Noch nicht gehört</translation>
+    </message>
+    <message>
+        <source>Alive</source>
+        <translation>Erreichbar</translation>
+    </message>
+    <message>
+        <source>Not watched</source>
+        <translation>Nicht überwacht</translation>
+    </message>
+    <message>
+        <source>In alarm</source>
+        <translation>Mit Alarm</translation>
     </message>
 </context>
 <context>

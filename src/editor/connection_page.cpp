@@ -70,6 +70,7 @@ QWidget *ConnectionPage::serialCard()
     m_ports = new QComboBox(card);
     m_ports->setObjectName(QStringLiteral("Cmb_connection_port"));
     m_ports->setEditable(true);
+    onTexts([this] { m_ports->lineEdit()->setAccessibleName(tr("Serial port")); });
     m_ports->setInsertPolicy(QComboBox::NoInsert);
     m_ports->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     m_ports->setMinimumContentsLength(16);

@@ -2,6 +2,7 @@
 
 #include "look/icons.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QEvent>
@@ -24,14 +25,38 @@ bool isAbove(const QModelIndex &one, const QModelIndex &other)
     return place(one) < place(other);
 }
 
+/// With an icon that has a text for assistive tools.
+class SearchField : public QLineEdit
+{
+public:
+    explicit SearchField(QWidget *parent)
+        : QLineEdit(parent), m_icon(addAction(icon(IconName::Search), LeadingPosition))
+    {
+        applyTexts();
+    }
+
+protected:
+    void changeEvent(QEvent *event) override
+    {
+        if (event->type() == QEvent::LanguageChange) {
+            applyTexts();
+        }
+        QLineEdit::changeEvent(event);
+    }
+
+private:
+    void applyTexts() { m_icon->setText(QCoreApplication::translate("SearchField", "Search")); }
+
+    QAction *m_icon;
+};
+
 } // namespace
 
 QLineEdit *searchField(const QString &name, QWidget *parent)
 {
     constexpr int narrowest = 120;
-    auto *field = named<QLineEdit>(name, parent);
+    auto *field = named<SearchField>(name, parent);
     field->setClearButtonEnabled(true);
-    field->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
     field->setMinimumWidth(narrowest);
     return field;
 }

@@ -5,6 +5,7 @@
 #include <QCollator>
 
 #include <algorithm>
+#include <limits>
 #include <numeric>
 #include <optional>
 
@@ -137,15 +138,16 @@ void OverviewModel::readStations()
         m_alarms[alarm.station].insert(id);
     }
     const StationTree &tree = m_mode.tree();
-    const int count = tree.rowCount();
+    const std::vector<NodeStore::Id> &list = tree.nodes().children(NodeStore::root);
     m_stations.clear();
-    m_stations.reserve(static_cast<std::size_t>(count));
+    m_stations.reserve(list.size());
     m_numbers.clear();
-    m_numbers.reserve(count);
+    m_numbers.reserve(static_cast<qsizetype>(list.size()));
     m_counts = {};
     std::set<qint64> none;
-    for (int row = 0; row < count; ++row) {
-        QString kennung = tree.index(row, 0).data(KeyRole).toString();
+    m_heard.clear();
+    for (const NodeStore::Id id : list) {
+        QString kennung = textOf(tree.nodes().name(id));
         if (const cStation *station = m_mode.station(kennung)) {
             kennung = station->kennung(); // one text for both
         }
@@ -156,6 +158,7 @@ void OverviewModel::readStations()
         }
         ++m_counts[static_cast<std::size_t>(glance.urgency)];
         m_numbers.insert(kennung, static_cast<Number>(m_stations.size()));
+        m_heard.push_back(heardOf(glance));
         m_stations.push_back(std::move(glance));
     }
     m_isMoved.assign(m_stations.size(), false);
@@ -207,6 +210,11 @@ QList<OverviewModel::Number> OverviewModel::refreshNoted()
             m_anyMoved = true;
         }
         before = std::move(now);
+        if (const qint64 heard = heardOf(before); m_order == Order::Heard && m_heard[at] != heard) {
+            m_heard[at] = heard;
+            m_isMoved[at] = true;
+            m_anyMoved = true;
+        }
         changed += *number;
     }
     if (!changed.isEmpty()) {
@@ -223,6 +231,37 @@ void OverviewModel::setOrder(Order order)
         m_order = order;
         showAnew();
     }
+}
+
+void OverviewModel::setGrouping(Grouping grouping)
+{
+    if (m_grouping != grouping) {
+        m_grouping = grouping;
+        showAnew();
+    }
+}
+
+int OverviewModel::sectionOf(std::size_t station) const
+{
+    switch (m_grouping) {
+    case Grouping::State: {
+        const Urgency urgency = m_stations[station].urgency;
+        return static_cast<int>(isWaiting(urgency) ? Urgency::HighAlarm : urgency);
+    }
+    case Grouping::Groups:
+        return m_groupsOf[station] == StationGroups::none ? static_cast<int>(m_groups.list().size())
+                                                          : m_groupsOf[station];
+    case Grouping::None:
+        break;
+    }
+    return 0;
+}
+
+/// For the order: what is not watched is heard later than anything.
+qint64 OverviewModel::heardOf(const StationGlance &station) const
+{
+    const cStation *found = m_mode.station(station.kennung);
+    return found == nullptr || !found->online() ? std::numeric_limits<qint64>::max() : found->lastHeard();
 }
 
 void OverviewModel::setFilter(const QString &text)
@@ -393,6 +432,15 @@ bool OverviewModel::isBefore(Number one, Number other) const
     }
     const auto first = static_cast<std::size_t>(one);
     const auto second = static_cast<std::size_t>(other);
+    if (m_grouping != Grouping::None && sectionOf(first) != sectionOf(second)) {
+        return sectionOf(first) < sectionOf(second);
+    }
+    if (m_order == Order::List) {
+        return one < other;
+    }
+    if (m_order == Order::Heard && m_heard[first] != m_heard[second]) {
+        return m_heard[first] < m_heard[second];
+    }
     if (m_order != Order::Name && m_stations[first].urgency != m_stations[second].urgency) {
         return m_stations[first].urgency < m_stations[second].urgency;
     }

@@ -13,8 +13,8 @@
 
 namespace ktr {
 
-/// All stations at a glance, the most urgent first or by name. What changes is taken over together, a few
-/// times a second, and costs no more than what changed and one pass over the order.
+/// All stations at a glance, the most urgent first or in another order. What changes is taken over together,
+/// a few times a second, and costs no more than what changed and one pass over the order.
 class OverviewModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -23,8 +23,13 @@ public:
     enum class Order {
         Urgency,
         Name,
-        Group ///< under a heading for each group, the most urgent first; as Urgency where there are no groups
+        Group, ///< under a heading for each group, the most urgent first; as Urgency where there are no
+               ///< groups
+        List,  ///< as the list has them
+        Heard  ///< the longest unheard first; those that are not watched at the end
     };
+    /// What stands together, each in that order.
+    enum class Grouping { None, State, Groups };
     enum Role { KeyRole = StationTree::KeyRole };
 
     static constexpr Milliseconds longestDelay{250};
@@ -38,6 +43,14 @@ public:
     void setActive(bool isActive);
     void setOrder(Order order);
     Order order() const { return m_order; }
+    void setGrouping(Grouping grouping);
+    Grouping grouping() const { return m_grouping; }
+    /// Of State: by how urgent it is, all that wait together; of Groups: the place of the group in the list,
+    /// or behind them for none.
+    int sectionOf(int row) const
+    {
+        return sectionOf(static_cast<std::size_t>(m_rows[static_cast<std::size_t>(row)]));
+    }
     /// Only stations are shown whose name contains the text.
     void setFilter(const QString &text);
     void setGroups(const StationGroups &groups);
@@ -117,6 +130,8 @@ private:
     void showRows();
     void sortMoved();
     bool isBefore(Number one, Number other) const;
+    int sectionOf(std::size_t station) const;
+    qint64 heardOf(const StationGlance &station) const;
     void place();
     bool isGrouped() const { return m_order == Order::Group && !m_groups.list().isEmpty(); }
     int groupRank(Number number) const;
@@ -132,6 +147,7 @@ private:
     std::function<QString(int)> m_describeHeading;
     bool m_isActive = false;
     Order m_order = Order::Urgency;
+    Grouping m_grouping = Grouping::None;
     QString m_filter;
     StationGroups m_groups;
     int m_shownGroup = allGroups;
@@ -139,6 +155,7 @@ private:
 
     std::vector<StationGlance> m_stations;
     std::vector<int> m_nameRanks;
+    std::vector<qint64> m_heard; ///< of each station, for Order::Heard
     std::vector<int> m_groupsOf; ///< of each station, its group
     QHash<QString, Number> m_numbers;
     QHash<qint64, std::set<qint64>> m_alarms; ///< by the station's number in the record

@@ -20,9 +20,13 @@ NotificationText splitNotification(const QString &text)
 QModelIndex nodeIndex(const StationTree &tree, NodeStore::Id id)
 {
     const NodeStore &nodes = tree.nodes();
-    return id == NodeStore::root
-               ? QModelIndex()
-               : tree.index(static_cast<int>(nodes.row(id)), 0, nodeIndex(tree, nodes.parent(id)));
+    if (id == NodeStore::root) {
+        return {};
+    }
+    const QModelIndex listed =
+        tree.index(static_cast<int>(nodes.row(id)), 0, nodeIndex(tree, nodes.parent(id)));
+    return StationTree::idOf(listed) == id ? listed // a station may stand elsewhere than in the list
+                                           : tree.find(textOf(nodes.key(id)));
 }
 
 } // namespace ktr

@@ -59,6 +59,10 @@ QModelIndex StationTree::addStation(const QString &kennung)
     const int row = rowCount();
     beginInsertRows({}, row, row);
     const std::optional<Id> station = m_nodes.addStation(name);
+    if (station && !m_order.empty()) {
+        m_order.push_back(*station);
+        numberStations(m_order.size() - 1);
+    }
     endInsertRows();
     return station ? indexOf(*station) : QModelIndex();
 }
@@ -74,6 +78,7 @@ void StationTree::remove(const QModelIndex &index)
     beginRemoveRows(index.parent(), index.row(), index.row());
     m_statuses.remove(id);
     m_renamed.remove(id);
+    leaveOrder(id);
     m_nodes.remove(id);
     endRemoveRows();
     if (isRed) {
@@ -89,6 +94,7 @@ NodeStore::Id StationTree::setAside(const QModelIndex &station)
     beginRemoveRows({}, station.row(), station.row());
     m_statuses.remove(id);
     m_renamed.remove(id);
+    leaveOrder(id);
     m_nodes.setAside(id);
     endRemoveRows();
     emitAlarmCount();
@@ -103,9 +109,15 @@ QModelIndex StationTree::putBack(Id station)
         return {};
     }
     const std::vector<Id> &stations = nodes().children(NodeStore::root);
-    const auto row = static_cast<int>(std::ranges::lower_bound(stations, station) - stations.begin());
+    const auto row = m_order.empty()
+                         ? static_cast<int>(std::ranges::lower_bound(stations, station) - stations.begin())
+                         : rowCount();
     beginInsertRows({}, row, row);
     m_nodes.putBack(station);
+    if (!m_order.empty()) {
+        m_order.push_back(station);
+        numberStations(m_order.size() - 1);
+    }
     if (text != name) {
         m_renamed.insert(station);
     }
@@ -183,7 +195,67 @@ NodeStore::Id StationTree::idOf(const QModelIndex &index)
 QModelIndex StationTree::indexOf(Id id) const
 {
     return id == NodeStore::root ? QModelIndex()
-                                 : createIndex(static_cast<int>(nodes().row(id)), 0, id * spread);
+           : nodes().parent(id) == NodeStore::root
+               ? createIndex(stationRow(id), 0, id * spread)
+               : createIndex(static_cast<int>(nodes().row(id)), 0, id * spread);
+}
+
+const std::vector<NodeStore::Id> &StationTree::rowsUnder(Id parent) const
+{
+    return parent == NodeStore::root && !m_order.empty() ? m_order : nodes().children(parent);
+}
+
+int StationTree::stationRow(Id station) const
+{
+    return m_order.empty() ? static_cast<int>(nodes().row(station)) : m_rows[station];
+}
+
+void StationTree::numberStations(std::size_t from)
+{
+    m_rows.resize(nodes().end());
+    for (std::size_t row = from; row < m_order.size(); ++row) {
+        m_rows[m_order[row]] = static_cast<int>(row);
+    }
+}
+
+void StationTree::leaveOrder(Id station)
+{
+    if (!m_order.empty() && nodes().parent(station) == NodeStore::root) {
+        const auto row = static_cast<std::size_t>(m_rows[station]);
+        m_order.erase(m_order.begin() + static_cast<std::ptrdiff_t>(row));
+        numberStations(row);
+    }
+}
+
+void StationTree::arrange(const std::vector<Id> &stations)
+{
+    std::vector<Id> order;
+    if (!stations.empty()) {
+        std::vector<bool> isNamed(nodes().end());
+        const auto take = [&](Id station) {
+            if (nodes().isAlive(station) && !isNamed[station]) {
+                isNamed[station] = true;
+                order.push_back(station);
+            }
+        };
+        std::ranges::for_each(stations, take);
+        std::ranges::for_each(nodes().children(NodeStore::root), take);
+    }
+    if (order == m_order) {
+        return;
+    }
+    Q_EMIT layoutAboutToBeChanged({}, VerticalSortHint);
+    QModelIndexList before = persistentIndexList();
+    before.removeIf([](const QModelIndex &index) { return index.parent().isValid(); });
+    m_order = std::move(order);
+    numberStations(0);
+    QModelIndexList after;
+    after.reserve(before.size());
+    for (const QModelIndex &index : std::as_const(before)) {
+        after += indexOf(idOf(index));
+    }
+    changePersistentIndexList(before, after);
+    Q_EMIT layoutChanged({}, VerticalSortHint);
 }
 
 QModelIndex StationTree::index(int row, int column, const QModelIndex &parent) const
@@ -191,7 +263,7 @@ QModelIndex StationTree::index(int row, int column, const QModelIndex &parent) c
     if (row < 0 || column != 0 || row >= rowCount(parent)) {
         return {};
     }
-    return createIndex(row, 0, nodes().children(idOf(parent))[static_cast<std::size_t>(row)] * spread);
+    return createIndex(row, 0, rowsUnder(idOf(parent))[static_cast<std::size_t>(row)] * spread);
 }
 
 QModelIndex StationTree::parent(const QModelIndex &child) const

@@ -94,6 +94,10 @@ public:
     void setStatus(const QString &kennung, const StationStatus &status);
     QModelIndex find(const QString &key) const;
 
+    /// The stations are rows in this order from now on; those that it has not follow behind. Empty: in the
+    /// order of the list, which files have in any case.
+    void arrange(const std::vector<NodeStore::Id> &stations);
+
     /// A file is going to be written: what renamed stations are called in it names no other in this run, or
     /// the next one could not tell them apart.
     void keepNames();
@@ -123,6 +127,10 @@ private:
     friend class StationTreeLoader;
 
     QModelIndex indexOf(Id id) const;
+    const std::vector<Id> &rowsUnder(Id parent) const;
+    int stationRow(Id station) const;
+    void numberStations(std::size_t from);
+    void leaveOrder(Id station);
     QString shownText(Id id) const;
     bool isFreeName(const QString &name, Id except = NodeStore::root) const;
     qint64 momentOf(const QDateTime &time);
@@ -146,6 +154,8 @@ private:
     StationCaptions m_captions;
     QList<StationCaptions> m_knownCaptions;
     StationNodes m_nodes;
+    std::vector<Id> m_order; ///< of the stations, where it is not the list's
+    std::vector<int> m_rows; ///< of them in that, by node
     QHash<Id, StationStatus> m_statuses;
     int m_emittedAlarmCount = 0;
     QSet<Id> m_renamed;                    ///< stations that were given a text since their creation

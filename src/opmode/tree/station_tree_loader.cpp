@@ -5,6 +5,7 @@ namespace ktr {
 StationTreeLoader::StationTreeLoader(StationTree &tree) : m_tree(tree), m_nodes(tree.m_nodes)
 {
     m_tree.beginResetModel();
+    m_tree.m_order.clear(); // whoever arranged the stations does so anew
 }
 
 StationTreeLoader::~StationTreeLoader()

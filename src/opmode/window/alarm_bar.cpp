@@ -217,7 +217,11 @@ void AlarmBar::goToLatest()
 void AlarmBar::acknowledgeAll()
 {
     const std::set<qint64> &waiting = m_alarms.waiting();
+    const bool hadFocus = m_accept->hasFocus();
     m_acknowledging.acknowledgeAlarms(this, QList<qint64>(waiting.begin(), waiting.end()));
+    if (hadFocus && m_alarms.waitingCount() == 0) { // the bar goes
+        Q_EMIT accepted();
+    }
 }
 
 void AlarmBar::changeEvent(QEvent *event)

@@ -31,6 +31,8 @@ public:
     void setAcceptable(const QString &why);
 
 Q_SIGNALS:
+    /// All alarms were, by a key: the focus is to go on elsewhere.
+    void accepted();
     /// The user wants to see all alarms.
     void allWanted();
     /// The user wants to see an alarm of a station.

@@ -30,6 +30,7 @@
 #include "opmode/window/station_counts.h"
 #include "opmode/window/station_tree_pane.h"
 #include "opmode/window/station_tree_view.h"
+#include "opmode/window/tree_order.h"
 #include "platform/settings_store.h"
 #include "record/record_address.h"
 
@@ -135,7 +136,7 @@ void Form_betriebsmodus::layOut()
     m_pages = new OpmodePages({m_mode, m_texts, m_acknowledging, m_services.timers, m_services.locale,
                                m_services.askSave, m_services.askOpen},
                               m_splitter);
-    m_treePane = new StationTreePane(m_mode, m_texts, m_splitter);
+    m_treePane = new StationTreePane(m_mode, m_texts, m_services.timers, m_services.locale, m_splitter);
     m_tree = &m_treePane->tree();
     m_splitter->addWidget(m_treePane);
     m_splitter->addWidget(m_pages);
@@ -248,6 +249,7 @@ void Form_betriebsmodus::connectTree()
     connect(m_pages, &OpmodePages::entryWanted, this, &Form_betriebsmodus::goTo);
     connect(m_tree, &StationTreeView::nameRefused, this,
             [this](const QString &name) { tell(StationTreeView::refusalOf(name)); });
+    connect(m_overview, &OverviewPage::groupsChanged, &m_treePane->order(), &TreeOrder::setGroups);
     connect(m_overview, &OverviewPage::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_overview->view(), &OverviewView::choiceChanged, this, [this] { // the menus are about it
         const QScopedValueRollback following(m_isFollowing, true);
@@ -300,10 +302,14 @@ void Form_betriebsmodus::connectMenus()
 void Form_betriebsmodus::connectAlarms()
 {
     connect(&m_alarms, &AlarmCentre::changed, this, &Form_betriebsmodus::showTitle);
+    connect(&m_alarms, &AlarmCentre::changed, this, &Form_betriebsmodus::showNoAlarm);
     connect(&m_acknowledging, &Acknowledging::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_notifier, &DesktopNotifier::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_notifier, &DesktopNotifier::chosen, this, &Form_betriebsmodus::comeToFront);
     connect(m_alarmBar, &AlarmBar::entryWanted, this, &Form_betriebsmodus::goTo);
+    connect(m_alarmBar, &AlarmBar::accepted, this, [this] { // one goes on where the stations are
+        m_overview->isVisible() ? m_overview->view().setFocus() : m_tree->setFocus();
+    });
     connect(m_alarmBar, &AlarmBar::allWanted, this, [this] {
         showView(false);
         m_pages->showAllAlarms();
@@ -485,9 +491,15 @@ void Form_betriebsmodus::showUsable(bool isUsable)
 {
     m_splitter->setEnabled(isUsable);
     m_overview->setEnabled(isUsable);
-    m_noAlarm->setVisible(isUsable);
+    showNoAlarm();
     m_menus->setListUsable(isUsable);
     m_menus->setRecorded(!m_mode.recordPath().isEmpty());
+}
+
+/// Behind the bar it would still be read out.
+void Form_betriebsmodus::showNoAlarm()
+{
+    m_noAlarm->setVisible(m_splitter->isEnabled() && m_alarms.unacknowledged() == 0);
 }
 
 /// Also when there is none (any more).
@@ -688,9 +700,13 @@ QString Form_betriebsmodus::chosen() const
 void Form_betriebsmodus::showView(bool treeOnly)
 {
     m_wall->leave();
+    const bool isOverview = m_overview->isVisible();
     m_overview->hide();
     m_splitter->show();
     m_pages->setVisible(!treeOnly);
+    if (isOverview) { // the focus was there
+        m_tree->setFocus();
+    }
     m_menus->setView(treeOnly ? OpmodeMenus::View::TreeOnly : OpmodeMenus::View::Normal);
 }
 

@@ -104,6 +104,7 @@ private:
     void openList();
     void openShared();
     void showUsable(bool isUsable);
+    void showNoAlarm();
     bool closeList();
     void choosePlace();
     void showHindrance(const Status &opened);

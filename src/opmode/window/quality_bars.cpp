@@ -47,6 +47,7 @@ QString QualityBars::decibels(const QString &csq)
 void QualityBars::show(const QString &csq)
 {
     m_filled = filled(csq);
+    setAccessibleName(tr("Signal: %1").arg(m_filled ? decibels(csq) : tr("not known")));
     update();
 }
 

@@ -154,6 +154,7 @@ void StationCommands::removeStations(const QStringList &stations)
                      },
                      [this, isForGood, isMany](int count) {
                          showRemoved();
+                         m_services.tree.scrollTo(m_services.tree.currentIndex());
                          if (isMany) {
                              m_services.tell(
                                  isForGood && m_services.mode.isJoined()

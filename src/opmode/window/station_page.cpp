@@ -39,6 +39,7 @@ public:
     void show(const StationStatus &status)
     {
         m_status = status;
+        setAccessibleName(statusText(status));
         update();
     }
 
@@ -329,6 +330,7 @@ void StationPage::changeEvent(QEvent *event)
 
 void StationPage::applyTexts()
 {
+    findChild<QScrollArea *>()->setAccessibleName(text(Text::Station));
     m_connectionCard->setTitle(text(Text::StationConnection));
     Check_pic0_online->setText(text(Text::Online));
     m_nameCaption->setText(tr("Name"));

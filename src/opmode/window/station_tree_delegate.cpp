@@ -4,6 +4,7 @@
 #include "look/palettes.h"
 #include "opmode/tree/station_tree.h"
 #include "opmode/window/station_mark.h"
+#include "opmode/window/station_tree_view.h"
 #include "platform/text_rules.h"
 
 #include <QAbstractItemView>
@@ -54,11 +55,17 @@ int drawBadge(QPainter &painter, const QRect &rest, const Badge &badge, const QS
 
 } // namespace
 
+StationTreeDelegate::StationTreeDelegate(StationTreeView &view) : QStyledItemDelegate(&view), m_view(view) {}
+
 void StationTreeDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
                                 const QModelIndex &index) const
 {
     QStyleOptionViewItem item = option;
     initStyleOption(&item, index);
+    if (const QString section = m_view.sectionAt(index); !section.isEmpty()) {
+        paintSection(*painter, item, section);
+        item.rect.setTop(item.rect.top() + m_view.sectionHeight());
+    }
     const bool isRed = index.data(StationTree::ColourRole).toInt() == StationTree::alarmColour;
     if (isRed && (item.state & QStyle::State_Selected) == 0) {
         item.palette.setColor(QPalette::Text, alarmText(item.palette));
@@ -70,6 +77,30 @@ void StationTreeDelegate::paint(QPainter *painter, const QStyleOptionViewItem &o
     } else {
         drawItem(*painter, item);
     }
+}
+
+/// From the left end of the view on.
+void StationTreeDelegate::paintSection(QPainter &painter, const QStyleOptionViewItem &item,
+                                       const QString &section) const
+{
+    const QRect line(0, item.rect.top(), item.rect.right(), m_view.sectionHeight());
+    painter.save();
+    painter.fillRect(line.adjusted(0, 0, 1, 0), cardColour(item.palette));
+    QFont font = item.font;
+    font.setBold(true);
+    font.setPointSizeF(font.pointSizeF() * 0.9);
+    painter.setFont(font);
+    painter.setPen(item.palette.color(QPalette::PlaceholderText));
+    const QRect text = line.adjusted(gap, 0, -gap, 0);
+    painter.drawText(text, Qt::AlignVCenter | Qt::TextSingleLine,
+                     QFontMetrics(font).elidedText(section, Qt::ElideRight, text.width()));
+    painter.restore();
+}
+
+QSize StationTreeDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const QSize usual = QStyledItemDelegate::sizeHint(option, index);
+    return m_view.sectionAt(index).isEmpty() ? usual : usual + QSize(0, m_view.sectionHeight());
 }
 
 void StationTreeDelegate::paintStation(QPainter &painter, QStyleOptionViewItem item,
@@ -138,9 +169,10 @@ QWidget *StationTreeDelegate::createEditor(QWidget *parent, const QStyleOptionVi
 }
 
 void StationTreeDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
-                                               const QModelIndex &) const
+                                               const QModelIndex &index) const
 {
-    editor->setGeometry(option.rect.adjusted(markSide + gap, 0, 0, 0));
+    const int top = m_view.sectionAt(index).isEmpty() ? 0 : m_view.sectionHeight();
+    editor->setGeometry(option.rect.adjusted(markSide + gap, top, 0, 0));
 }
 
 /// Each message of a station changes its node while the user edits the name: what is typed and what is

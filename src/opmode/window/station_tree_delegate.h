@@ -4,6 +4,8 @@
 
 namespace ktr {
 
+class StationTreeView;
+
 /// Draws a node of the tree: a station with its mark in front of the name and badges behind it, an alarm in
 /// red; tells a station's state as a tool tip, and lets the user type another name.
 class StationTreeDelegate : public QStyledItemDelegate
@@ -11,10 +13,11 @@ class StationTreeDelegate : public QStyledItemDelegate
     Q_OBJECT
 
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    explicit StationTreeDelegate(StationTreeView &view);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,
                const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     bool helpEvent(QHelpEvent *event, QAbstractItemView *view, const QStyleOptionViewItem &option,
                    const QModelIndex &index) override;
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option,
@@ -29,7 +32,10 @@ Q_SIGNALS:
     void nameRefused(const QString &name) const;
 
 private:
+    void paintSection(QPainter &painter, const QStyleOptionViewItem &item, const QString &section) const;
     void paintStation(QPainter &painter, QStyleOptionViewItem item, const QModelIndex &index) const;
+
+    const StationTreeView &m_view;
 };
 
 } // namespace ktr

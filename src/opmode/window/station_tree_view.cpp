@@ -44,13 +44,14 @@ StationTreeView::StationTreeView(StationTree &tree, QWidget *parent)
 {
     setObjectName(QStringLiteral("TreeView_KTR_Nodes"));
     setModel(&tree);
-    auto *delegate = new StationTreeDelegate(this);
+    auto *delegate = new StationTreeDelegate(*this);
     setItemDelegate(delegate);
     connect(delegate, &StationTreeDelegate::nameRefused, this, &StationTreeView::nameRefused);
     setHeaderHidden(true);
     setUniformRowHeights(true);
     setVerticalScrollMode(ScrollPerItem);
     setSelectionMode(ExtendedSelection);
+    setSelectionBehavior(SelectItems); // of rows assistive tools would choose others where branches are open
     setEditTriggers(EditKeyPressed | SelectedClicked);
     setTextElideMode(Qt::ElideRight);
     viewport()->setMouseTracking(true);
@@ -147,6 +148,35 @@ void StationTreeView::showPassing(bool mayHide)
     Q_EMIT filtered();
 }
 
+// Sections
+
+void StationTreeView::setSections(const QHash<NodeStore::Id, QString> &sections)
+{
+    if (m_sections != sections) {
+        m_sections = sections;
+        setUniformRowHeights(m_sections.isEmpty());
+        scheduleDelayedItemsLayout();
+    }
+}
+
+QString StationTreeView::sectionAt(const QModelIndex &node) const
+{
+    return m_sections.isEmpty() || node.parent().isValid() ? QString()
+                                                           : m_sections.value(StationTree::idOf(node));
+}
+
+int StationTreeView::sectionHeight() const
+{
+    return fontMetrics().height() + fontMetrics().height() / 2;
+}
+
+/// The arrow stands beside the name, not beside the section's line.
+void StationTreeView::drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const
+{
+    const int top = sectionAt(index).isEmpty() ? 0 : sectionHeight();
+    QTreeView::drawBranches(painter, rect.adjusted(0, top, 0, 0), index);
+}
+
 // What is chosen
 
 /// The keys that are held meanwhile mean nothing.
@@ -234,16 +264,22 @@ void StationTreeView::selectAll()
 void StationTreeView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QTreeView::selectionChanged(selected, deselected);
-    if (!selectionModel()->hasSelection() && currentIndex().isValid()) { // pages and menus are about one
+    if (chosenCount() < 2 && currentIndex().isValid()) {
         QMetaObject::invokeMethod(this, &StationTreeView::keepOneChosen, Qt::QueuedConnection);
     }
     Q_EMIT choiceChanged();
 }
 
+/// Pages are about the current one, menus about what is chosen. With Ctrl one goes to another before choosing
+/// that, too.
 void StationTreeView::keepOneChosen()
 {
-    if (!selectionModel()->hasSelection() && currentIndex().isValid()) {
+    const std::vector<int> rows = chosenRows();
+    if (rows.empty() && currentIndex().isValid()) {
         selectionModel()->select(currentIndex(), QItemSelectionModel::Select);
+    } else if (rows.size() == 1 && rows.front() != stationOf(currentIndex()).row() &&
+               (QGuiApplication::keyboardModifiers() & Qt::ControlModifier) == 0) {
+        selectionModel()->setCurrentIndex(m_tree.index(rows.front(), 0), QItemSelectionModel::NoUpdate);
     }
 }
 

@@ -48,6 +48,12 @@ public:
     /// All stations that are shown.
     void selectAll() override;
 
+    /// What stands above stations that are the first of a section; each has its own line then.
+    void setSections(const QHash<NodeStore::Id, QString> &sections);
+    /// Empty where a node is the first of none.
+    QString sectionAt(const QModelIndex &node) const;
+    int sectionHeight() const;
+
     /// The station that a node belongs to.
     static QModelIndex stationOf(QModelIndex index);
 
@@ -74,6 +80,7 @@ protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void rowsInserted(const QModelIndex &parent, int start, int end) override;
+    void drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const override;
     bool viewportEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
@@ -93,6 +100,7 @@ private:
     ViewActivity *m_activity;
     StationFilter m_filter;
     int m_shown = 0;
+    QHash<NodeStore::Id, QString> m_sections;
     bool m_isFilterChosen = false; ///< by the user, just now
     QTimer m_filterTimer;
     QTimer m_layoutTimer;

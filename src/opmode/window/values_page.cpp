@@ -148,6 +148,7 @@ bool ValuesPage::eventFilter(QObject *watched, QEvent *event)
 
 void ValuesPage::applyTexts()
 {
+    m_scroll->setAccessibleName(text(Text::Ip));
     m_refresh->setText(text(Text::Refresh));
     m_answer->setText(isWaiting() ? waitingText() : QString());
     showValues();

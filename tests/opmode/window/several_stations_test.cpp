@@ -160,6 +160,41 @@ private Q_SLOTS:
         QVERIFY(!action("mnu_station_undo")->isEnabled());
     }
 
+    void sortedAndGroupedRowsLeaveTheListsFileAsItIs()
+    {
+        open(3);
+        QCOMPARE(m_mode->addStation("A"), "A");
+        m_mode->setHostAddress("S2", "10.0.0.7");
+        m_mode->setOnline("S2", true);
+        tree()->choose(m_mode->tree().find("S1"));
+        action("mnu_tree_order_1")->trigger();
+        QCOMPARE(names(), (QStringList{"A", "S0", "S1", "S2"}));
+        QCOMPARE(tree()->chosenStations(), QStringList("S1"));
+        action("mnu_tree_grouping_1")->trigger();
+        alarm(2, "Pump fail");
+        m_timers.advance(Milliseconds(250));
+        QTRY_COMPARE(names(), (QStringList{"S2", "A", "S0", "S1"}));
+        QVERIFY(!tree()->sectionAt(m_mode->tree().find("S2")).isEmpty());
+        QVERIFY(!tree()->sectionAt(m_mode->tree().find("A")).isEmpty());
+        QVERIFY(tree()->sectionAt(m_mode->tree().find("S0")).isEmpty());
+        answerNext("OKButton");
+        action("mnu_station_del")->trigger(); // and the next one is chosen in the order that is seen
+        QCOMPARE(names(), (QStringList{"S2", "A", "S0"}));
+        QCOMPARE(tree()->chosenStations(), QStringList("S0"));
+        action("mnu_station_undo")->trigger();
+        m_timers.advance(Milliseconds(250));
+        QTRY_COMPARE(names(), (QStringList{"S2", "A", "S0", "S1"}));
+        action("mnu_tree_order_3")->trigger(); // the list's
+        action("mnu_tree_grouping_0")->trigger();
+        QCOMPARE(names(), (QStringList{"S0", "S1", "S2", "A"}));
+        action("mnu_tree_order_4")->trigger(); // the longest unheard, and what is not watched at the end
+        QCOMPARE(names().first(), "S2");
+        QVERIFY(m_window->close());
+        const QByteArray file = contentOf(m_folder->filePath("nodes.xml"));
+        QVERIFY(file.indexOf("key=\"S1\"") > 0 && file.indexOf("key=\"S1\"") < file.indexOf("key=\"S2\""));
+        QVERIFY(file.indexOf("key=\"S2\"") < file.indexOf("key=\"A\""));
+    }
+
     void aJobTellsWhatFailedForWhichStationInOnePlace()
     {
         open(4);

@@ -2,7 +2,7 @@
 
 namespace ktr {
 
-std::optional<NodeStore::Id> notificationId(const StationTree &tree, const QModelIndex &node)
+std::optional<NodeStore::Id> notificationId(const QModelIndex &node)
 {
     const QModelIndex branch = node.parent();
     const QModelIndex station = branch.parent();
@@ -10,10 +10,7 @@ std::optional<NodeStore::Id> notificationId(const StationTree &tree, const QMode
         branch.data(StationTree::KindRole).value<NodeKind>() != NodeKind::Notifications) {
         return std::nullopt;
     }
-    const auto child = [&tree](NodeStore::Id parent, int row) {
-        return tree.nodes().children(parent)[static_cast<std::size_t>(row)];
-    };
-    return child(child(child(NodeStore::root, station.row()), branch.row()), node.row());
+    return StationTree::idOf(node); // rows are in any order
 }
 
 NotificationChanges::NotificationChanges(const StationTree &tree, Timers &timers, QObject *parent)
@@ -47,7 +44,7 @@ void NotificationChanges::postpone()
 void NotificationChanges::noteRows(const QModelIndex &parent, int first, int last)
 {
     for (int row = first; row <= last; ++row) {
-        const auto id = notificationId(m_tree, m_tree.index(row, 0, parent));
+        const auto id = notificationId(m_tree.index(row, 0, parent));
         if (!id) {
             return;
         }

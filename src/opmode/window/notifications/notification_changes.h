@@ -10,7 +10,7 @@
 namespace ktr {
 
 /// The number of a notification in the tree's store; nothing for a node of another kind.
-std::optional<NodeStore::Id> notificationId(const StationTree &tree, const QModelIndex &node);
+std::optional<NodeStore::Id> notificationId(const QModelIndex &node);
 
 /// Collects what changes about the notifications of the tree, for a list that takes it over a few times a
 /// second.

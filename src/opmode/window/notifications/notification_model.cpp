@@ -103,7 +103,7 @@ QModelIndex NotificationModel::entry(int row) const
 
 int NotificationModel::rowOf(const QModelIndex &entry) const
 {
-    const auto id = notificationId(m_tree, entry);
+    const auto id = notificationId(entry);
     const auto found = std::ranges::find_if(m_rows, [&](const Row &row) { return row.id == id; });
     return found == m_rows.end() ? -1 : static_cast<int>(found - m_rows.begin());
 }

@@ -71,6 +71,9 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
             [this] { m_acknowledging.acknowledgeAll(this, m_model->unacknowledged()); });
     connect(&acknowledging, &Acknowledging::acknowledged, m_model, &NotificationModel::updateInPlace);
     connect(m_copy, &QPushButton::clicked, this, &NotificationPage::copySelected);
+    for (const QPushButton *button : {m_accept, m_acceptAll, m_copy}) { // one goes on in the list
+        connect(button, &QPushButton::clicked, m_table, qOverload<>(&QWidget::setFocus));
+    }
     m_model->setHold([this] { return m_activity->isAboutToChoose(); });
     connect(m_model, &NotificationModel::aboutToUpdate, this, &NotificationPage::keepPlace);
     connect(m_model, &NotificationModel::updated, this, [this] {

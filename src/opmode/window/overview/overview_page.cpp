@@ -247,6 +247,7 @@ void OverviewPage::takeGroups(const QByteArray &text)
     for (const QString &remark : std::as_const(remarks)) {
         Q_EMIT statusMessage(m_groupsFile + QLatin1String(": ") + remark);
     }
+    Q_EMIT groupsChanged(m_model.groups());
     showGroups();
 }
 

@@ -47,6 +47,7 @@ public:
 Q_SIGNALS:
     /// The user wants to see a station in the tree.
     void stationWanted(const QString &kennung);
+    void groupsChanged(const ktr::StationGroups &groups);
     /// A line for the status bar.
     void statusMessage(const QString &line);
 
