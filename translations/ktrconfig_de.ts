@@ -3779,6 +3779,13 @@ Wasserturm;turm.example.org:49111</translation>
     </message>
 </context>
 <context>
+    <name>ktr::DropStrip</name>
+    <message>
+        <source>Drop here to see the curves</source>
+        <translation>Hier ablegen, um die Kurven zu sehen</translation>
+    </message>
+</context>
+<context>
     <name>ktr::EntryCommands</name>
     <message>
         <source>What is on the clipboard cannot be read</source>

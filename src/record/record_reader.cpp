@@ -589,29 +589,73 @@ Status RecordReader::archivedInputs(qint64 station, QList<ArchivedInput> &inputs
     return read;
 }
 
+Status RecordReader::measuredQuestion(qint64 station, int channel, std::pair<qint64, qint64> times,
+                                      const std::function<QString(const QString &)> &number,
+                                      Question &question)
+{
+    QList<ArchivedInput> inputs;
+    Status read = archivedInputs(station, inputs);
+    const auto [from, to] = times;
+    question.statement = u"SELECT at, "_s + number(u"value"_s) +
+                         u" FROM value WHERE station = ? AND channel = ? AND at >= ? AND at < ?"_s;
+    question.values = {station, channel, from, to};
+    for (const ArchivedInput &input : std::as_const(inputs)) {
+        if (input.input == channel) {
+            question.statement += u" UNION ALL SELECT at, "_s + number(u"second"_s) +
+                                  u" FROM history WHERE station = ? AND channel = ? AND at >= ? AND at < ?"
+                                  " AND first = ?"_s;
+            question.values += {station, input.archive, from, to, input.text};
+        }
+    }
+    return read;
+}
+
 Status RecordReader::measured(qint64 station, int channel, qint64 from, qint64 to,
                               const std::function<void(qint64, double)> &take)
 {
-    QList<ArchivedInput> inputs;
-    if (Status read = archivedInputs(station, inputs); !read) {
+    Question question;
+    const auto asItIs = [](const QString &column) { return column; };
+    if (Status read = measuredQuestion(station, channel, {from, to}, asItIs, question); !read) {
         return read;
     }
-    QString statement =
-        u"SELECT at, value FROM value WHERE station = ? AND channel = ? AND at >= ? AND at < ?"_s;
-    QVariantList values{station, channel, from, to};
-    for (const ArchivedInput &input : std::as_const(inputs)) {
-        if (input.input == channel) { // each is in order, and the orders are merged
-            statement += u" UNION ALL SELECT at, second FROM history WHERE station = ? AND channel = ?"
-                         " AND at >= ? AND at < ? AND first = ?"_s;
-            values += {station, input.archive, from, to, input.text};
-        }
-    }
-    return each(statement + u" ORDER BY 1"_s, values, [&](const QSqlQuery &row) {
+    // Each part is in order, and their orders are merged.
+    return each(question.statement + u" ORDER BY 1"_s, question.values, [&](const QSqlQuery &row) {
         if (const std::optional<double> value = numberOf(row.value(1).toString())) {
             take(row.value(0).toLongLong(), *value);
         }
         return true;
     });
+}
+
+Status RecordReader::measuredSpans(qint64 station, int channel, qint64 from, qint64 to,
+                                   std::pair<qint64, qint64> lengthAndOffset,
+                                   const std::function<void(const MeasuredSpan &)> &take)
+{
+    if (Status opened = open(); !opened) {
+        return opened;
+    }
+    // The same numbers as numberOf() gives.
+    const auto number = [this](const QString &column) {
+        return m_database.isServer()
+                   ? u"CASE WHEN %1 ~ '[0-9]' THEN number_of(%1) END AS number"_s.arg(column)
+                   : u"CASE WHEN %1 GLOB '*[0-9]*' THEN CAST(replace(%1, ',', '.') AS REAL) END AS number"_s
+                         .arg(column);
+    };
+    Question question;
+    if (Status read = measuredQuestion(station, channel, {from, to}, number, question); !read) {
+        return read;
+    }
+    const auto [length, offset] = lengthAndOffset;
+    return each(u"SELECT part, count(number), min(number), sum(number), max(number)"
+                " FROM (SELECT (at + ?) / ? AS part, number FROM ("_s +
+                    question.statement +
+                    u") AS measured WHERE number IS NOT NULL) AS parts"
+                    " GROUP BY part ORDER BY part"_s,
+                QVariantList{offset, length} + question.values, [&](const QSqlQuery &row) {
+                    take({row.value(0).toLongLong() * length - offset, row.value(1).toLongLong(),
+                          row.value(2).toDouble(), row.value(3).toDouble(), row.value(4).toDouble()});
+                    return true;
+                });
 }
 
 Status RecordReader::measuredChannels(qint64 station, QList<int> &channels)

@@ -12,21 +12,6 @@ constexpr qint64 quarterMs = 15LL * 60'000;
 constexpr qint64 hourMs = 4 * quarterMs;
 constexpr qint64 dayMs = 24 * hourMs;
 
-qint64 lengthOf(HistoryLevel level)
-{
-    switch (level) {
-    case HistoryLevel::QuarterHour:
-        return quarterMs;
-    case HistoryLevel::Hour:
-        return hourMs;
-    case HistoryLevel::Day:
-        return dayMs;
-    case HistoryLevel::Raw:
-        break;
-    }
-    return 0;
-}
-
 /// Modules send at steps of their own: what is far longer than most of them is a gap.
 qint64 longestStepOf(const CurvePoints &curve)
 {
@@ -46,6 +31,21 @@ qint64 longestStepOf(const CurvePoints &curve)
 }
 
 } // namespace
+
+qint64 lengthOf(HistoryLevel level)
+{
+    switch (level) {
+    case HistoryLevel::QuarterHour:
+        return quarterMs;
+    case HistoryLevel::Hour:
+        return hourMs;
+    case HistoryLevel::Day:
+        return dayMs;
+    case HistoryLevel::Raw:
+        break;
+    }
+    return 0;
+}
 
 const CurvePoint *CurvePoints::at(qint64 moment) const
 {
@@ -126,24 +126,32 @@ void CurveBuilder::endPoint()
 
 void CurveBuilder::add(qint64 at, double value)
 {
-    m_areStates = m_areStates && (value == 0 || value == 1);
     std::vector<CurvePoint> &points = m_points.points;
-    const bool isRaw = m_points.level == HistoryLevel::Raw;
-    if (isRaw && !points.empty() && points.back().at == at) {
+    if (m_points.level == HistoryLevel::Raw && !points.empty() && points.back().at == at) {
         points.pop_back(); // it was archived and reported
     }
-    if (points.empty() || isRaw || at >= points.back().end) {
+    add({at, 1, value, value, value});
+}
+
+void CurveBuilder::add(const RecordReader::MeasuredSpan &span)
+{
+    const auto isState = [](double value) { return value == 0 || value == 1; };
+    m_areStates = m_areStates && isState(span.least) && isState(span.most);
+    std::vector<CurvePoint> &points = m_points.points;
+    const bool isRaw = m_points.level == HistoryLevel::Raw;
+    if (points.empty() || isRaw || span.at >= points.back().end) {
         if (!isRaw) {
             endPoint();
         }
-        begin(at);
-        points.back().least = points.back().most = value;
+        begin(span.at);
+        points.back().least = span.least;
+        points.back().most = span.most;
     }
     CurvePoint &point = points.back();
-    point.least = std::min(point.least, value);
-    point.most = std::max(point.most, value);
-    point.mean += value;
-    ++point.count;
+    point.least = std::min(point.least, span.least);
+    point.most = std::max(point.most, span.most);
+    point.mean += span.sum;
+    point.count += span.count;
 }
 
 CurvePoints CurveBuilder::take()

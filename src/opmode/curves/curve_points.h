@@ -46,6 +46,8 @@ class CurveBuilder
 public:
     CurveBuilder(HistoryLevel level, const CurveRange &range);
     void add(qint64 at, double value);
+    /// Values that were put together to a part of a point, or a whole one.
+    void add(const RecordReader::MeasuredSpan &span);
     CurvePoints take();
 
 private:
@@ -55,6 +57,8 @@ private:
     CurvePoints m_points;
     bool m_areStates = true;
 };
+
+qint64 lengthOf(HistoryLevel level); ///< of a point; of a day an usual one's; 0 of a value
 
 /// By how much the values rise in an hour, by the straight line nearest to them; nothing with less than two
 /// points, or where all are of one moment.

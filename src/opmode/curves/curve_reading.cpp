@@ -20,6 +20,32 @@ qint64 momentOf(qint32 minute)
     return QDateTime(wall.date(), wall.time()).toSecsSinceEpoch() * second;
 }
 
+/// From a moment the end of the time in which the wall clock is as far from UTC as then, or of the time that
+/// is read, and how far that is.
+std::pair<qint64, qint64> untilClockIsSet(qint64 from, qint64 end)
+{
+    constexpr qint64 second = 1000;
+    constexpr qint64 quarter = 15 * 60 * second;
+    const auto offsetAt = [](qint64 at) {
+        return QDateTime::fromMSecsSinceEpoch(at).offsetFromUtc() * second;
+    };
+    constexpr qint64 aWeek = 7 * 96 * quarter; // it stays as it is for longer
+    const qint64 offset = offsetAt(from);
+    qint64 same = from;
+    while (same < end && offsetAt(std::min(same + aWeek, end)) == offset) {
+        same += aWeek;
+    }
+    if (same >= end) {
+        return {end, offset};
+    }
+    qint64 other = (same + aWeek) / quarter; // clocks are set at a full quarter of an hour
+    for (same /= quarter; other - same > 1;) {
+        const qint64 middle = same + (other - same) / 2;
+        (offsetAt(middle * quarter) == offset ? same : other) = middle;
+    }
+    return {std::min(end, other * quarter), offset};
+}
+
 template <class Take> void eachEntry(const StationTree &tree, const QString &kennung, const Take &take)
 {
     const QModelIndex branch = tree.find(branchKey(kennung, branches::history));
@@ -37,8 +63,19 @@ ReadCurve readCurve(RecordReader &reader, qint64 station, int channel, const Cur
                     HistoryLevel level)
 {
     CurveBuilder builder(level, range);
-    Status read = reader.measured(station, channel, range.from, range.to,
-                                  [&builder](qint64 at, double value) { builder.add(at, value); });
+    if (level == HistoryLevel::Raw) {
+        Status read = reader.measured(station, channel, range.from, range.to,
+                                      [&builder](qint64 at, double value) { builder.add(at, value); });
+        return {std::move(read), builder.take()};
+    }
+    Status read = Status::done();
+    for (qint64 from = range.from; from < range.to && read;) {
+        const auto [to, offset] = untilClockIsSet(from, range.to);
+        read =
+            reader.measuredSpans(station, channel, from, to, {lengthOf(level), offset},
+                                 [&builder](const RecordReader::MeasuredSpan &span) { builder.add(span); });
+        from = to;
+    }
     return {std::move(read), builder.take()};
 }
 

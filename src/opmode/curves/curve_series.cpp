@@ -3,11 +3,15 @@
 #include "opmode/operational_mode.h"
 #include "opmode/overview/input_reading.h"
 #include "opmode/tree/node_texts.h"
+#include "platform/text_rules.h"
 
 #include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+
+#include <algorithm>
+#include <array>
 
 namespace ktr {
 
@@ -31,7 +35,13 @@ CurveSeries describedSeries(const OperationalMode &mode, const SeriesId &id, int
     CurveSeries series{id, slot, mode.tree().find(id.kennung).data(Qt::EditRole).toString(),
                        name.isEmpty() ? channelCaption(id.channel).trimmed() : name,
                        readingOf(mode, id.kennung, id.channel, mode.configuration(id.kennung)).unit};
-    // What is known of its limit values belongs into series.limits here.
+    for (const InputLimit &limit : mode.configuration(id.kennung).limitsOf(id.channel)) {
+        constexpr std::array<const char16_t *, 4> signs{u"", u"< ", u"= ", u"> "}; // by its comparison
+        const auto sign = static_cast<std::size_t>(std::clamp(limit.comparison, 0, 3));
+        series.limits +=
+            {limit.limit, QString::fromUtf16(signs.at(sign)) + numberText(limit.limit, QLocale::c()) +
+                              (limit.text.isEmpty() ? QString() : u' ' + limit.text)};
+    }
     return series;
 }
 

@@ -10,6 +10,7 @@
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/alarms/alarm_commands.h"
 #include "opmode/window/configuration_card.h"
+#include "opmode/window/curves/series_drag.h"
 #include "opmode/window/export_dialog.h"
 #include "opmode/window/list_banner.h"
 #include "opmode/window/many_line.h"
@@ -262,6 +263,7 @@ void Form_betriebsmodus::connectTree()
     });
     connect(&m_overview->view(), &OverviewView::menuWanted, this,
             [this](const QPoint &place) { showTreeMenu(place, true); });
+    connect(m_overview, &OverviewPage::curvesWanted, this, &Form_betriebsmodus::showCurves);
     connect(m_overview, &OverviewPage::stationWanted, this, [this](const QString &kennung) {
         showView(false);
         m_tree->choose(m_mode.tree().find(kennung));
@@ -295,8 +297,11 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_ansicht_treeview, [this] { showView(true); });
     does(m_menus->mnu_overview, &Form_betriebsmodus::showOverview);
     does(m_menus->mnu_wall, &Form_betriebsmodus::toggleWall);
-    does(m_menus->mnu_curves, [this] { showCurves({}); });
-    does(m_menus->mnu_station_curves, [this] { showCurves(m_tree->currentIndex()); });
+    does(m_menus->mnu_curves, [this] {
+        showView(false);
+        m_pages->showCurves();
+    });
+    does(m_menus->mnu_station_curves, [this] { showCurves(seriesOfNode(m_mode, m_tree->currentIndex())); });
 }
 
 void Form_betriebsmodus::connectAlarms()
@@ -721,10 +726,10 @@ void Form_betriebsmodus::showOverview()
     m_menus->setView(OpmodeMenus::View::Overview);
 }
 
-void Form_betriebsmodus::showCurves(const QModelIndex &added)
+void Form_betriebsmodus::showCurves(const QList<SeriesId> &added)
 {
     showView(false);
-    m_pages->showCurves(added);
+    m_pages->showCurves(&added);
 }
 
 void Form_betriebsmodus::toggleWall()

@@ -31,6 +31,7 @@ class StationTreePane;
 class StationTreeView;
 class WallHeader;
 class WallMode;
+struct SeriesId;
 
 /// The window of the operational mode: the tree of all stations, and pages about the chosen one.
 class Form_betriebsmodus : public QMainWindow
@@ -135,7 +136,7 @@ private:
     bool askSafely(const QString &question);
     void showView(bool treeOnly);
     void showOverview();
-    void showCurves(const QModelIndex &added);
+    void showCurves(const QList<SeriesId> &added);
     void toggleWall();
     void showTitle();
     void tellLiveness(const StationEvent &event);

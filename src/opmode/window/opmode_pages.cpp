@@ -2,7 +2,6 @@
 
 #include "opmode/window/alarms/alarm_list_page.h"
 #include "opmode/window/curves/curves_page.h"
-#include "opmode/window/curves/series_drag.h"
 #include "opmode/window/history/history_page.h"
 #include "opmode/window/notifications/notification_page.h"
 #include "opmode/window/station_page.h"
@@ -84,7 +83,7 @@ QModelIndex nodeOf(const QModelIndex &station, NodeKind kind)
 } // namespace
 
 OpmodePages::OpmodePages(const Services &services, QWidget *parent)
-    : QTabWidget(parent), m_mode(services.mode), m_texts(services.texts)
+    : QTabWidget(parent), m_texts(services.texts)
 {
     setObjectName(QStringLiteral("TabStrip_pages"));
     setDocumentMode(true);
@@ -158,11 +157,11 @@ void OpmodePages::showAllAlarms()
     m_alarms->showAll();
 }
 
-void OpmodePages::showCurves(const QModelIndex &added)
+void OpmodePages::showCurves(const QList<SeriesId> *added)
 {
     setCurrentWidget(m_curves);
-    if (added.isValid()) {
-        m_curves->add(seriesOfNode(m_mode, added));
+    if (added != nullptr) {
+        m_curves->add(*added);
     }
 }
 

@@ -12,6 +12,7 @@ class Acknowledging;
 class AlarmListPage;
 class CurvesPage;
 class NotificationPage;
+struct SeriesId;
 
 /// The pages of the window about the chosen station. There is one row for each in a table of
 /// opmode_pages.cpp. Page and tree follow each other, so that they never tell different things: the chosen
@@ -44,8 +45,8 @@ public:
     void showNode(const QModelIndex &node);
     /// Brings the alarms of all stations to the front.
     void showAllAlarms();
-    /// Brings the curves to the front, with those of a node of a station added to them.
-    void showCurves(const QModelIndex &added = {});
+    /// Brings the curves to the front, and adds some to them.
+    void showCurves(const QList<SeriesId> *added = nullptr);
     /// Chooses a notification of the station that is shown, and brings it into view; without one, its page.
     void showNotification(const QModelIndex &entry);
 
@@ -64,7 +65,6 @@ private:
     void bringToFront(int page);
     void followPage(int index);
 
-    const OperationalMode &m_mode;
     const TextTable &m_texts;
     QPersistentModelIndex m_station; ///< the chosen one
     QList<OpmodePage *> m_pages;     ///< one for each row of the table

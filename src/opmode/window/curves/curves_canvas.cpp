@@ -118,7 +118,6 @@ void CurvesCanvas::show(const CurvesShown &shown, const CurveRange &range)
                     isUsed = true;
                     addBand(curve, *axis);
                     addCurve(curve, *axis, m_frame.values());
-                    addLimits(curve, *axis);
                 }
             }
             title = m_shown.axes[place].title;
@@ -137,6 +136,7 @@ void CurvesCanvas::show(const CurvesShown &shown, const CurveRange &range)
     const int numbers = m_frame.fitTicks(QWidget::size(), fontMetrics());
     for (qsizetype place = 0; place < mostAxes; ++place) {
         axisOf(place)->ticker()->setTickCount(numbers);
+        addLimits(place);
     }
     setCursorAt(m_cursorAt);
     replot(rpQueuedReplot);
@@ -192,34 +192,58 @@ void CurvesCanvas::addBand(const ShownCurve &curve, QCPAxis &axis)
     high->setChannelFillGraph(low);
 }
 
-void CurvesCanvas::addLimits(const ShownCurve &curve, QCPAxis &axis)
+/// Their names stand at the side of their axis; where one would stand on another it is left out.
+void CurvesCanvas::addLimits(qsizetype place)
 {
-    if (!m_shown.hasLimits) {
+    if (!m_shown.hasLimits || place >= m_shown.axes.size()) {
         return;
     }
-    const QColor colour = seriesColour(lookOfSlot(curve.series.slot), palette());
-    for (const CurveLimit &limit : curve.series.limits) {
-        auto *line = new QCPItemLine(this);
-        auto *name = new QCPItemText(this);
-        for (QCPItemPosition *end : {line->start, line->end, name->position}) {
-            end->setAxes(m_frame.values().axis(QCPAxis::atBottom), &axis);
-            end->setAxisRect(&m_frame.values());
-            end->setTypeX(QCPItemPosition::ptAxisRectRatio);
-            end->setTypeY(QCPItemPosition::ptPlotCoords);
+    QCPAxis &axis = *axisOf(place);
+    const bool isLeft = axis.axisType() == QCPAxis::atLeft;
+    QList<double> named; // heights in pixels
+    QList<CurveLimit> known;
+    for (const int each : std::as_const(m_shown.axes[place].series)) {
+        const CurveSeries &series = m_shown.curves[each].series;
+        const QColor colour = seriesColour(lookOfSlot(series.slot), palette());
+        for (const CurveLimit &limit : series.limits) {
+            if (known.contains(limit) || !axis.range().contains(limit.value)) {
+                continue;
+            }
+            known += limit;
+            auto *line = new QCPItemLine(this);
+            line->setClipAxisRect(&m_frame.values());
+            line->setPen(QPen(colour, 1.2, Qt::DashDotLine));
+            line->setSelectable(false);
+            setPlace(*line->start, axis, 0, limit.value);
+            setPlace(*line->end, axis, 1, limit.value);
+            const double height = axis.coordToPixel(limit.value);
+            const double lineHeight = fontMetrics().height();
+            if (std::ranges::any_of(named, [&](double other) { return qAbs(other - height) < lineHeight; })) {
+                continue;
+            }
+            named += height;
+            constexpr double beside = 0.005;
+            auto *name = new QCPItemText(this);
+            name->setClipAxisRect(&m_frame.values());
+            const bool isAtTop = height - lineHeight < m_frame.values().top();
+            name->setPositionAlignment((isLeft ? Qt::AlignLeft : Qt::AlignRight) |
+                                       (isAtTop ? Qt::AlignTop : Qt::AlignBottom));
+            name->setText(limit.text);
+            name->setColor(colour);
+            name->setFont(font());
+            name->setSelectable(false);
+            setPlace(*name->position, axis, isLeft ? beside : 1 - beside, limit.value);
         }
-        line->setClipAxisRect(&m_frame.values());
-        line->setPen(QPen(colour, 1.2, Qt::DashDotLine));
-        line->start->setCoords(0, limit.value);
-        line->end->setCoords(1, limit.value);
-        line->setSelectable(false);
-        name->setClipAxisRect(&m_frame.values());
-        name->position->setCoords(0.995, limit.value);
-        name->setPositionAlignment(Qt::AlignRight | Qt::AlignBottom);
-        name->setText(limit.text);
-        name->setColor(colour);
-        name->setFont(font());
-        name->setSelectable(false);
     }
+}
+
+void CurvesCanvas::setPlace(QCPItemPosition &position, QCPAxis &axis, double across, double value)
+{
+    position.setAxes(m_frame.values().axis(QCPAxis::atBottom), &axis);
+    position.setAxisRect(&m_frame.values());
+    position.setTypeX(QCPItemPosition::ptAxisRectRatio);
+    position.setTypeY(QCPItemPosition::ptPlotCoords);
+    position.setCoords(across, value);
 }
 
 void CurvesCanvas::addMarks()
@@ -264,9 +288,15 @@ void CurvesCanvas::scale(qsizetype place)
             const CurvePoint &point = curve.points->points[i];
             take(curve.scale.shown(point.least), curve.scale.shown(point.most));
         }
-        for (const CurveLimit &limit : curve.series.limits) {
-            if (m_shown.hasLimits && end > first) {
-                take(limit.value, limit.value);
+    }
+    if (found && m_shown.hasLimits) { // those that are near: the others would press the curves flat
+        const QCPRange measured = *found;
+        const double near = qMax(measured.size(), qMax(std::abs(measured.lower), 1.0) / 10);
+        for (const int each : std::as_const(m_shown.axes[place].series)) {
+            for (const CurveLimit &limit : m_shown.curves[each].series.limits) {
+                if (limit.value >= measured.lower - near && limit.value <= measured.upper + near) {
+                    take(limit.value, limit.value);
+                }
             }
         }
     }

@@ -54,7 +54,8 @@ private:
     QCPAxis *axisOf(qsizetype place);
     void addCurve(const ShownCurve &curve, QCPAxis &axis, QCPAxisRect &part);
     void addBand(const ShownCurve &curve, QCPAxis &axis);
-    void addLimits(const ShownCurve &curve, QCPAxis &axis);
+    void addLimits(qsizetype place);
+    void setPlace(QCPItemPosition &position, QCPAxis &axis, double across, double value);
     void addMarks();
     QList<PlotLane> addLanes();
     void scale(qsizetype place);

@@ -88,7 +88,7 @@ const CurvePoint *CurvesLegend::pointOf(const ShownCurve &curve) const
 
 QString CurvesLegend::number(double value) const
 {
-    constexpr int digits = 6;
+    constexpr int digits = 5;
     QLocale plain = m_locale;
     plain.setNumberOptions(QLocale::OmitGroupSeparator);
     return plain.toString(value == 0 ? 0 : value, 'g', digits);

@@ -198,6 +198,8 @@ void CurvesPage::connectParts()
             remove({id});
         }
     });
+    connect(&mode().configurations(), &StationConfigurations::changed, m_stationsTimer,
+            qOverload<>(&QTimer::start));
     const StationTree &tree = mode().tree();
     const auto soon = [this](const QModelIndex &parent) {
         if (!parent.isValid()) {

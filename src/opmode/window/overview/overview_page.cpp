@@ -4,6 +4,8 @@
 #include "look/outside_texts.h"
 #include "opmode/beside_list.h"
 #include "opmode/operational_mode.h"
+#include "opmode/window/curves/drop_strip.h"
+#include "opmode/window/curves/series_drag.h"
 #include "opmode/window/overview/groups_dialog.h"
 #include "opmode/window/overview/overview_options.h"
 #include "opmode/window/overview/overview_view.h"
@@ -58,6 +60,17 @@ OverviewPage::OverviewPage(const Services &services, QWidget *parent)
     m_view = new OverviewView(services.mode, m_model, this);
     m_view->follow();
     column->addWidget(m_view, 1);
+    auto *curves = new DropStrip(
+        services.mode, [this](const QList<SeriesId> &series) { Q_EMIT curvesWanted(series); }, this);
+    column->addWidget(curves);
+    new SeriesDrag(
+        *m_view,
+        [this, &mode = services.mode](const QModelIndex &tile) {
+            return tile.isValid() && !m_view->isOnWall()
+                       ? usualSeries(mode, m_model.glance(tile.row()).kennung)
+                       : QList<SeriesId>();
+        },
+        [curves](bool isDragging) { curves->setDragging(isDragging); });
     m_none = new EmptyNotice(QStringLiteral("lbl_overview_none"), *m_view);
     connectBar();
     restore();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lang/text_table.h"
+#include "opmode/curves/curve_series.h"
 #include "opmode/overview/overview_model.h"
 #include "platform/status.h"
 
@@ -48,6 +49,8 @@ Q_SIGNALS:
     /// The user wants to see a station in the tree.
     void stationWanted(const QString &kennung);
     void groupsChanged(const ktr::StationGroups &groups);
+    /// The user dragged a station to where its curves are to be seen.
+    void curvesWanted(const QList<ktr::SeriesId> &series);
     /// A line for the status bar.
     void statusMessage(const QString &line);
 

@@ -1,0 +1,171 @@
+#include "config/configuration_file.h"
+#include "look/style.h"
+#include "opmode/window/curves/curves_page.h"
+#include "opmode/window/curves/series_chooser.h"
+#include "platform/csv.h"
+#include "support/environment.h"
+#include "support/manual_timers.h"
+#include "support/recorded_line.h"
+#include "support/test_files.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDropEvent>
+#include <QLabel>
+#include <QMimeData>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeView>
+#include <QTreeWidget>
+
+using namespace ktr;
+using namespace Qt::StringLiterals;
+
+class CurvesPageTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    static void initMain() { qputenv("QT_QPA_PLATFORM", "offscreen"); }
+    void initTestCase() { applyAppearance(*qApp, Appearance::Light); }
+
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_now = QDateTime(QDate(2009, 11, 15), QTime(14, 5));
+        Environment environment = test::fixedEnvironment();
+        environment.now = [this] { return m_now; };
+        OperationalMode::Services services{environment, m_timers,
+                                           [] { return std::make_unique<test::RecordedLine>(); }, [] {},
+                                           test::manualCallbackTimers(m_timers)};
+        m_mode = std::make_unique<OperationalMode>(services, stationCaptions(m_texts));
+        QVERIFY(m_mode->open(m_folder->filePath("nodes.xml"), OperationalMode::Use::Keep));
+        for (const char *name : {"pump", "well"}) {
+            m_mode->addStation(QString::fromLatin1(name));
+        }
+        Configuration configuration;
+        configuration.gsm.stationId = "well";
+        QVERIFY(writeConfigurationFile(m_folder->filePath("well.xml"), configuration, environment));
+        QVERIFY(test::writeFile(m_folder->filePath("well.names"), "9=Level;m\n"));
+        m_mode->configurations().open(m_folder->filePath("nodes.xml"));
+        QTRY_VERIFY(m_mode->configurations().isSettled());
+        write("pump", 9, {"1", "1.5", "2"});
+        write("well", 9, {"101", "101.5", "102"});
+        QVERIFY(m_mode->keepsChanges());
+        makePage();
+    }
+    void cleanup()
+    {
+        m_page.reset();
+        m_mode.reset();
+    }
+
+    void whatIsDroppedIsReadFromTheRecordAndListed()
+    {
+        QVERIFY(m_page->findChild<QLabel *>("lbl_curves_empty")->isVisible());
+        drop({{"pump", 9}, {"well", 9}, {"gone", 9}, {"pump", 19}});
+        QCOMPARE(m_page->series().size(), 2);
+        QVERIFY(!m_page->findChild<QLabel *>("lbl_curves_empty")->isVisible());
+        QTRY_COMPARE(cells(1), (QStringList{"2", "102"}));
+        QCOMPARE(cells(0), (QStringList{u"pump – Analog In 1"_s, u"well – Level"_s}));
+        QCOMPARE(cells(2), (QStringList{"", "m"}));
+        QCOMPARE(cells(3), (QStringList{"+2", "+2"})); // each quarter of an hour a half
+        auto *form = m_page->findChild<QComboBox *>("Combo_curves_form");
+        form->setCurrentIndex(1);
+        Q_EMIT form->activated(1);
+        QCOMPARE(cells(1), (QStringList{"1", "1"}));
+
+        m_saveAs = m_folder->filePath("curves.csv");
+        m_page->findChild<QPushButton *>("Cmd_curves_table")->click();
+        const QByteArray table = test::readFile(m_saveAs);
+        QVERIFY(table.startsWith(csvMark));
+        QVERIFY2(table.contains("15.11.2009 13:45:00;") && table.contains(";0,5;0,5\r\n"), table.constData());
+        for (const char *name : {"curves.png", "curves.pdf"}) {
+            m_saveAs = m_folder->filePath(name);
+            m_page->findChild<QPushButton *>("Cmd_curves_picture")->click();
+            QVERIFY(QFileInfo(m_saveAs).size() > 1000);
+        }
+    }
+
+    void theChosenOnesOutliveTheProgramAndCanBeRemoved()
+    {
+        drop({{"well", 9}, {"pump", 9}});
+        makePage();
+        QCOMPARE(m_page->series(), (QList<SeriesId>{{"well", 9}, {"pump", 9}}));
+        auto *list = m_page->findChild<QTreeView *>("Table_curves");
+        list->setCurrentIndex(list->model()->index(0, 0));
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_Delete);
+        QCOMPARE(m_page->series(), (QList<SeriesId>{{"pump", 9}}));
+    }
+
+    void theListOfInputsTicksThem()
+    {
+        auto *inputs = m_page->findChild<QTreeWidget *>("List_curves_inputs");
+        QVERIFY(inputs->isVisible()); // while there are none
+        QCOMPARE(inputs->topLevelItemCount(), 2);
+        QTreeWidgetItem *well = inputs->topLevelItem(1);
+        inputs->expandItem(well);
+        QTRY_COMPARE(well->childCount(), 1);
+        QCOMPARE(well->child(0)->text(0), "9 Level [m]");
+        well->child(0)->setCheckState(0, Qt::Checked);
+        QCOMPARE(m_page->series(), (QList<SeriesId>{{"well", 9}}));
+        well->child(0)->setCheckState(0, Qt::Unchecked);
+        QVERIFY(m_page->series().isEmpty());
+    }
+
+private:
+    /// Values of the last three quarters of an hour.
+    void write(const QString &station, int channel, const QStringList &values)
+    {
+        constexpr qint64 quarter = 900'000;
+        qint64 at = QDateTime(m_now.date(), QTime(13, 30)).toMSecsSinceEpoch();
+        for (const QString &value : values) {
+            m_mode->record().writer().add(HistoryRow{m_mode->alarmActions().numberOf(station), channel, at,
+                                                     QString::number(channel), value});
+            at += quarter;
+        }
+    }
+    void makePage()
+    {
+        m_page = std::make_unique<CurvesPage>(*m_mode, m_texts,
+                                              [this](const QString &, const QString &) { return m_saveAs; });
+        m_page->setLocale(test::german());
+        m_page->applyTexts();
+        m_page->resize(900, 600);
+        m_page->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_page.get()));
+    }
+    void drop(const QList<SeriesId> &series)
+    {
+        QMimeData data;
+        data.setData(seriesMimeType, seriesToDrag(series));
+        const QPoint place(300, 300);
+        QDragEnterEvent enter(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_page.get(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_page.get(), &event);
+    }
+    QStringList cells(int column) const
+    {
+        const QAbstractItemModel *model = m_page->findChild<QTreeView *>("Table_curves")->model();
+        QStringList texts;
+        for (int row = 0; row < model->rowCount(); ++row) {
+            texts += model->index(row, column).data().toString();
+        }
+        return texts;
+    }
+
+    const TextTable m_texts;
+    test::ManualTimers m_timers;
+    QDateTime m_now;
+    QString m_saveAs;
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<OperationalMode> m_mode;
+    std::unique_ptr<CurvesPage> m_page;
+};
+
+QTEST_MAIN(CurvesPageTest)
+#include "curves_page_test.moc"
