@@ -3569,6 +3569,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>Rise per hour</source>
         <translation>Anstieg je Stunde</translation>
     </message>
+    <message>
+        <source>By how much the values rise in a day, over the time that is shown</source>
+        <translation>Um wie viel die Werte an einem Tag steigen, über die gezeigte Zeit</translation>
+    </message>
+    <message>
+        <source>Rise per day</source>
+        <translation>Anstieg je Tag</translation>
+    </message>
 </context>
 <context>
     <name>ktr::CurvesPage</name>

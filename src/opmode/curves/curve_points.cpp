@@ -8,10 +8,6 @@ namespace ktr {
 
 namespace {
 
-constexpr qint64 quarterMs = 15LL * 60'000;
-constexpr qint64 hourMs = 4 * quarterMs;
-constexpr qint64 dayMs = 24 * hourMs;
-
 /// Modules send at steps of their own: what is far longer than most of them is a gap.
 qint64 longestStepOf(const CurvePoints &curve)
 {
@@ -36,7 +32,7 @@ qint64 lengthOf(HistoryLevel level)
 {
     switch (level) {
     case HistoryLevel::QuarterHour:
-        return quarterMs;
+        return hourMs / 4;
     case HistoryLevel::Hour:
         return hourMs;
     case HistoryLevel::Day:

@@ -6,9 +6,6 @@ namespace ktr {
 
 namespace {
 
-constexpr qint64 hourMs = 3'600'000;
-constexpr qint64 dayMs = 24 * hourMs;
-
 QDateTime momentOf(qint64 at)
 {
     return QDateTime::fromMSecsSinceEpoch(at);

@@ -6,6 +6,9 @@
 
 namespace ktr {
 
+inline constexpr qint64 hourMs = 3'600'000;
+inline constexpr qint64 dayMs = 24 * hourMs;
+
 /// A time that curves are shown of, in milliseconds since 1970, UTC.
 struct CurveRange
 {

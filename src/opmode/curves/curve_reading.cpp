@@ -13,7 +13,7 @@ namespace ktr {
 namespace {
 
 /// The module's clock shows the time of the wall.
-qint64 momentOf(qint32 minute)
+qint64 momentOfModule(qint32 minute)
 {
     constexpr qint64 second = 1000;
     const QDateTime wall = QDateTime::fromSecsSinceEpoch(secondsAtModuleMinute(minute), Qt::UTC);
@@ -85,7 +85,7 @@ ReadCurve treeCurve(const StationTree &tree, const QString &kennung, int channel
     std::vector<std::pair<qint64, double>> values;
     eachEntry(tree, kennung, [&](const HistoryEntryText &entry) {
         const std::optional<double> value = entry.input == channel ? toNumber(entry.value) : std::nullopt;
-        const qint64 at = value ? momentOf(*entry.minute) : 0;
+        const qint64 at = value ? momentOfModule(*entry.minute) : 0;
         if (value && range.contains(at)) {
             values.emplace_back(at, *value);
         }

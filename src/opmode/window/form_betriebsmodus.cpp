@@ -301,7 +301,7 @@ void Form_betriebsmodus::connectMenus()
         showView(false);
         m_pages->showCurves();
     });
-    does(m_menus->mnu_station_curves, [this] { showCurves(seriesOfNode(m_mode, m_tree->currentIndex())); });
+    does(m_menus->mnu_station_curves, [this] { showCurves(seriesOfChosen(m_mode, *m_tree)); });
 }
 
 void Form_betriebsmodus::connectAlarms()

@@ -3,6 +3,7 @@
 #include "opmode/window/curves/curves_page.h"
 #include "opmode/window/curves/series_chooser.h"
 #include "platform/csv.h"
+#include "platform/registry.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
@@ -33,6 +34,7 @@ private Q_SLOTS:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
+        MRegistry::setRegistryFile(m_folder->filePath("registry.json"));
         m_now = QDateTime(QDate(2009, 11, 15), QTime(14, 5));
         Environment environment = test::fixedEnvironment();
         environment.now = [this] { return m_now; };
@@ -78,7 +80,7 @@ private Q_SLOTS:
 
         m_saveAs = m_folder->filePath("curves.csv");
         m_page->findChild<QPushButton *>("Cmd_curves_table")->click();
-        const QByteArray table = test::readFile(m_saveAs);
+        const QByteArray table = test::contentOf(m_saveAs);
         QVERIFY(table.startsWith(csvMark));
         QVERIFY2(table.contains("15.11.2009 13:45:00;") && table.contains(";0,5;0,5\r\n"), table.constData());
         for (const char *name : {"curves.png", "curves.pdf"}) {
@@ -129,6 +131,7 @@ private:
     }
     void makePage()
     {
+        m_page.reset();
         m_page = std::make_unique<CurvesPage>(*m_mode, m_texts,
                                               [this](const QString &, const QString &) { return m_saveAs; });
         m_page->setLocale(test::german());

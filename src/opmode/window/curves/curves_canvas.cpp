@@ -56,6 +56,7 @@ CurvesCanvas::CurvesCanvas(QWidget *parent, Answers answers)
     setMouseTracking(true);
     setInteractions(QCP::iRangeDrag | QCP::iRangeZoom);
     setNoAntialiasingOnDrag(true);
+    setPlottingHints(QCP::phFastPolylines);
     m_frame.values().addAxis(QCPAxis::atLeft);
     m_frame.values().addAxis(QCPAxis::atRight);
     m_markAxis->setVisible(false);
@@ -134,9 +135,10 @@ void CurvesCanvas::show(const CurvesShown &shown, const CurveRange &range)
         scale(place);
     }
     const int numbers = m_frame.fitTicks(QWidget::size(), fontMetrics());
+    std::array<QList<double>, 2> named; // at the left and at the right, in pixels
     for (qsizetype place = 0; place < mostAxes; ++place) {
         axisOf(place)->ticker()->setTickCount(numbers);
-        addLimits(place);
+        addLimits(place, named.at(static_cast<std::size_t>(place % 2)));
     }
     setCursorAt(m_cursorAt);
     replot(rpQueuedReplot);
@@ -168,6 +170,13 @@ void CurvesCanvas::addCurve(const ShownCurve &curve, QCPAxis &axis, QCPAxisRect 
     applySeriesLook(*graph, lookOfSlot(curve.series.slot), areStates, palette());
     const auto [first, end] = curve.points->within(m_range);
     const std::size_t count = end - first;
+    constexpr std::size_t many = 150;
+    constexpr std::size_t dense = 1500; // of all curves together
+    if (count > many) { // smooth thick lines with dashes take long to draw, and dashes could not be seen
+        graph->setPen(QPen(graph->pen().color(), 1));
+        graph->setAntialiased(count * static_cast<std::size_t>(m_shown.curves.size()) <= dense);
+        graph->setAntialiasedFill(false);
+    }
     graph->setScatterSkip(count > mostMarks ? static_cast<int>(count / someMarks) : 0);
 }
 
@@ -175,7 +184,8 @@ void CurvesCanvas::addCurve(const ShownCurve &curve, QCPAxis &axis, QCPAxisRect 
 void CurvesCanvas::addBand(const ShownCurve &curve, QCPAxis &axis)
 {
     const auto &points = curve.points->points;
-    if (std::ranges::none_of(points, [](const CurvePoint &each) { return each.least < each.most; })) {
+    if (m_shown.curves.size() > mostCurvesWithBands ||
+        std::ranges::none_of(points, [](const CurvePoint &each) { return each.least < each.most; })) {
         return;
     }
     constexpr int faint = 55;
@@ -188,19 +198,19 @@ void CurvesCanvas::addBand(const ShownCurve &curve, QCPAxis &axis)
     colour.setAlpha(faint);
     low->setPen(Qt::NoPen);
     high->setPen(Qt::NoPen);
+    high->setAntialiasedFill(false); // a smooth edge takes ten times as long
     high->setBrush(colour);
     high->setChannelFillGraph(low);
 }
 
-/// Their names stand at the side of their axis; where one would stand on another it is left out.
-void CurvesCanvas::addLimits(qsizetype place)
+/// Their names stand at the side of their axis, at heights where none stands yet; others are left out.
+void CurvesCanvas::addLimits(qsizetype place, QList<double> &named)
 {
     if (!m_shown.hasLimits || place >= m_shown.axes.size()) {
         return;
     }
     QCPAxis &axis = *axisOf(place);
     const bool isLeft = axis.axisType() == QCPAxis::atLeft;
-    QList<double> named; // heights in pixels
     QList<CurveLimit> known;
     for (const int each : std::as_const(m_shown.axes[place].series)) {
         const CurveSeries &series = m_shown.curves[each].series;

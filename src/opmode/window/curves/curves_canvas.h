@@ -22,6 +22,9 @@ struct CurvesShown
 class CurvesCanvas : public QCustomPlot
 {
 public:
+    /// Of more curves least and greatest values cover each other, and take long to draw.
+    static constexpr qsizetype mostCurvesWithBands = 4;
+
     struct Answers
     {
         std::function<void(const CurveRange &)> rangeWanted; ///< by wheel, drag, rubber band or keys
@@ -54,7 +57,7 @@ private:
     QCPAxis *axisOf(qsizetype place);
     void addCurve(const ShownCurve &curve, QCPAxis &axis, QCPAxisRect &part);
     void addBand(const ShownCurve &curve, QCPAxis &axis);
-    void addLimits(qsizetype place);
+    void addLimits(qsizetype place, QList<double> &named);
     void setPlace(QCPItemPosition &position, QCPAxis &axis, double across, double value);
     void addMarks();
     QList<PlotLane> addLanes();

@@ -12,16 +12,23 @@ namespace ktr {
 
 namespace {
 
-constexpr QSize sampleSize(30, 14);
+constexpr QSize legendSampleSize(30, 14);
 
-QPixmap sampleOf(const ShownCurve &curve)
+const QString shownDayForm = QStringLiteral("dd.MM.yyyy");
+
+bool isOfDays(const ShownCurve &curve)
+{
+    return curve.points != nullptr && curve.points->level == HistoryLevel::Day;
+}
+
+QPixmap legendSample(const ShownCurve &curve)
 {
     const qreal scale = qApp->devicePixelRatio();
-    QPixmap sample(sampleSize * scale);
+    QPixmap sample(legendSampleSize * scale);
     sample.setDevicePixelRatio(scale);
     sample.fill(Qt::transparent);
     QPainter painter(&sample);
-    drawSeriesSample(painter, QRectF(QPointF(), QSizeF(sampleSize)), lookOfSlot(curve.series.slot),
+    drawSeriesSample(painter, QRectF(QPointF(), QSizeF(legendSampleSize)), lookOfSlot(curve.series.slot),
                      curve.points != nullptr && curve.points->areStates, QApplication::palette());
     return sample;
 }
@@ -51,8 +58,11 @@ void CurvesLegend::setMoment(std::optional<qint64> moment, const CurveRange &ran
         const std::optional<double> rise = curve.points == nullptr || curve.points->areStates
                                                ? std::nullopt
                                                : risePerHour(*curve.points, range);
-        m_rises += rise ? std::optional(*rise * curve.scale.factor) : std::nullopt;
+        constexpr int hoursOfADay = 24;
+        const double length = isPerDay() ? hoursOfADay : 1;
+        m_rises += rise ? std::optional(*rise * curve.scale.factor * length) : std::nullopt;
     }
+    Q_EMIT headerDataChanged(Qt::Horizontal, Rise, Rise);
     if (!m_curves.isEmpty()) {
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
     }
@@ -62,6 +72,12 @@ void CurvesLegend::setLocale(const QLocale &locale)
 {
     m_locale = locale;
     setMoment(m_moment, m_range);
+}
+
+/// Over some days the rise in an hour would be a small number.
+bool CurvesLegend::isPerDay() const
+{
+    return levelOf(m_range) != HistoryLevel::Raw;
 }
 
 int CurvesLegend::rowCount(const QModelIndex &parent) const
@@ -112,6 +128,7 @@ QString CurvesLegend::cell(int row, int column) const
         return point == nullptr ? none : number(curve.scale.shown(point->most));
     case Time:
         return point == nullptr         ? none
+               : isOfDays(curve)        ? QDateTime::fromMSecsSinceEpoch(point->at).toString(shownDayForm)
                : point->end > point->at ? QDateTime::fromMSecsSinceEpoch(point->at).toString(shownMinuteForm)
                                         : wallClockText(point->at);
     case Rise: {
@@ -137,7 +154,7 @@ QVariant CurvesLegend::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
         return index.column() == Name ? QVariant(curve.series.name()) : QVariant();
     case Qt::DecorationRole:
-        return index.column() == Name ? QVariant(sampleOf(curve)) : QVariant();
+        return index.column() == Name ? QVariant(legendSample(curve)) : QVariant();
     case Qt::CheckStateRole:
         return index.column() == Name
                    ? QVariant(m_hidden.contains(curve.series.id) ? Qt::Unchecked : Qt::Checked)
@@ -160,7 +177,8 @@ QVariant CurvesLegend::headerData(int section, Qt::Orientation orientation, int 
                         Qt::AlignVCenter);
     }
     if (role == Qt::ToolTipRole && section == Rise) {
-        return tr("By how much the values rise in an hour, over the time that is shown");
+        return isPerDay() ? tr("By how much the values rise in a day, over the time that is shown")
+                          : tr("By how much the values rise in an hour, over the time that is shown");
     }
     if (role != Qt::DisplayRole) {
         return {};
@@ -179,7 +197,7 @@ QVariant CurvesLegend::headerData(int section, Qt::Orientation orientation, int 
     case Time:
         return tr("Time");
     default:
-        return tr("Rise per hour");
+        return isPerDay() ? tr("Rise per day") : tr("Rise per hour");
     }
 }
 

@@ -39,10 +39,11 @@ Q_SIGNALS:
 private:
     const CurvePoint *pointOf(const ShownCurve &curve) const;
     QString number(double value) const;
+    bool isPerDay() const;
 
     QList<ShownCurve> m_curves;
     QList<SeriesId> m_hidden;
-    QList<std::optional<double>> m_rises; ///< in an hour
+    QList<std::optional<double>> m_rises; ///< in an hour or a day
     std::optional<qint64> m_moment;
     CurveRange m_range;
     QLocale m_locale;

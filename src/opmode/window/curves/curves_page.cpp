@@ -182,7 +182,16 @@ void CurvesPage::connectParts()
     connect(m_choose, &QToolButton::toggled, this, &CurvesPage::showChooser);
     connect(m_picture, &QPushButton::clicked, this, &CurvesPage::savePicture);
     connect(m_table, &QPushButton::clicked, this, &CurvesPage::saveTable);
-    connect(&m_store, &CurveStore::changed, this, &CurvesPage::draw);
+    // What arrives together is drawn together.
+    auto *drawSoon = new QTimer(this);
+    drawSoon->setSingleShot(true);
+    drawSoon->setInterval(20);
+    connect(&m_store, &CurveStore::changed, drawSoon, [drawSoon] {
+        if (!drawSoon->isActive()) {
+            drawSoon->start();
+        }
+    });
+    connect(drawSoon, &QTimer::timeout, this, &CurvesPage::draw);
     connect(m_legend, &CurvesLegend::shownChosen, this, [this](int row, bool isShown) {
         const SeriesId id = m_series.value(row);
         m_hidden.removeAll(id);
@@ -266,9 +275,13 @@ void CurvesPage::setColumnWidths()
 {
     constexpr int room = 20;
     const QFontMetrics metrics(m_list->font());
+    const HistoryLevel level = levelOf(m_range->range());
+    const QString longestTime = level == HistoryLevel::Day   ? QStringLiteral("00.00.0000")
+                                : level == HistoryLevel::Raw ? QStringLiteral("00.00.0000 00:00:00")
+                                                             : QStringLiteral("00.00.0000 00:00");
     for (int column = CurvesLegend::Value; column < CurvesLegend::ColumnCount; ++column) {
         const QString title = m_legend->headerData(column, Qt::Horizontal).toString();
-        const QString longest = column == CurvesLegend::Time   ? QStringLiteral("00.00.0000 00:00:00")
+        const QString longest = column == CurvesLegend::Time   ? longestTime
                                 : column == CurvesLegend::Unit ? QStringLiteral("m³/h")
                                                                : QStringLiteral("-00000,0");
         m_list->header()->resizeSection(
@@ -498,10 +511,14 @@ void CurvesPage::draw()
     shown.marks = m_store.marks();
     shown.hasLimits = !isNormalised && m_form->currentIndex() == static_cast<int>(CurveForm::Measured);
     m_legend->setCurves(curves, m_hidden);
-    const bool isRaw = levelOf(m_range->range()) == HistoryLevel::Raw;
-    m_list->setColumnHidden(CurvesLegend::Least, isRaw); // they are the value
-    m_list->setColumnHidden(CurvesLegend::Most, isRaw);
-    widenNames();
+    const HistoryLevel level = levelOf(m_range->range());
+    if (level != m_level) {
+        m_level = level;
+        const bool isRaw = level == HistoryLevel::Raw;
+        m_list->setColumnHidden(CurvesLegend::Least, isRaw); // they are the value
+        m_list->setColumnHidden(CurvesLegend::Most, isRaw);
+        setColumnWidths();
+    }
     m_canvas->show(shown, m_range->range());
     tellState();
 }

@@ -78,7 +78,8 @@ private:
     QHash<int, SeriesId> m_slots;
     QList<SeriesId> m_hidden;
     bool m_isRestored = false;
-    qint64 m_readAt = 0; ///< when it was read anew, while it follows
+    std::optional<HistoryLevel> m_level; ///< that the list's columns are made for
+    qint64 m_readAt = 0;                 ///< when it was read anew, while it follows
     QTimer *m_follow;
     QTimer *m_stationsTimer;
     RangeBar *m_range;

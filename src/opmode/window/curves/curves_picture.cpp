@@ -13,14 +13,12 @@ namespace ktr {
 
 namespace {
 
-constexpr int margin = 16;
-constexpr int scale = 2;
-constexpr QSize leastPlot(900, 450);
-
-class Picture
+class CurvesPicture
 {
 public:
-    Picture(CurvesCanvas &canvas, const CurvesLegend &legend)
+    static constexpr int scale = 2;
+
+    CurvesPicture(CurvesCanvas &canvas, const CurvesLegend &legend)
         : m_canvas(canvas),
           m_legend(legend),
           m_metrics(canvas.font()),
@@ -67,6 +65,9 @@ public:
     }
 
 private:
+    static constexpr int margin = 16;
+    static constexpr QSize leastPlot{900, 450};
+
     /// The first column has what the others leave.
     void drawCell(QPainter &painter, int top, int column, const QString &text) const
     {
@@ -98,9 +99,9 @@ private:
 
 QImage curvesPicture(CurvesCanvas &canvas, const CurvesLegend &legend, const QString &title)
 {
-    Picture picture(canvas, legend);
-    QImage image(picture.size() * scale, QImage::Format_RGB32);
-    image.setDevicePixelRatio(scale);
+    CurvesPicture picture(canvas, legend);
+    QImage image(picture.size() * CurvesPicture::scale, QImage::Format_RGB32);
+    image.setDevicePixelRatio(CurvesPicture::scale);
     image.fill(cardColour(canvas.palette()));
     QPainter painter(&image);
     picture.paint(painter, title);

@@ -20,15 +20,14 @@ SeriesDrag::SeriesDrag(QAbstractItemView &view, SeriesOf seriesOf, std::function
 bool SeriesDrag::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
-    case QEvent::MouseButtonPress: {
-        const auto *mouse = static_cast<const QMouseEvent *>(event);
-        m_pressedAt = mouse->position().toPoint();
-        m_pressed =
-            mouse->button() == Qt::LeftButton ? m_seriesOf(m_view.indexAt(m_pressedAt)) : QList<SeriesId>();
-        break;
-    }
+    case QEvent::MouseButtonPress:
+        return press(*static_cast<const QMouseEvent *>(event));
     case QEvent::MouseButtonRelease:
         m_pressed.clear();
+        if (m_held.isValid()) { // it was a click
+            m_view.selectionModel()->setCurrentIndex(std::exchange(m_held, QPersistentModelIndex()),
+                                                     QItemSelectionModel::ClearAndSelect);
+        }
         break;
     case QEvent::MouseMove: {
         const auto *mouse = static_cast<const QMouseEvent *>(event);
@@ -47,8 +46,30 @@ bool SeriesDrag::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
+/// Where several are chosen a press on one of them does not let go of the others: they may be dragged.
+bool SeriesDrag::press(const QMouseEvent &mouse)
+{
+    m_pressedAt = mouse.position().toPoint();
+    m_held = QModelIndex();
+    const QModelIndex pressed = m_view.indexAt(m_pressedAt);
+    m_pressed = mouse.button() == Qt::LeftButton ? m_seriesOf(pressed) : QList<SeriesId>();
+    const QModelIndexList chosen = m_view.selectionModel()->selectedIndexes();
+    if (m_pressed.isEmpty() || mouse.modifiers() != Qt::NoModifier || chosen.size() < 2 ||
+        !chosen.contains(pressed)) {
+        return false;
+    }
+    constexpr qsizetype mostDragged = mostSeries; // each has at least one curve
+    m_pressed.clear();
+    for (const QModelIndex &each : chosen.first(qMin(mostDragged, chosen.size()))) {
+        m_pressed += m_seriesOf(each);
+    }
+    m_held = pressed;
+    return true;
+}
+
 void SeriesDrag::drag()
 {
+    m_held = QModelIndex();
     auto *drag = new QDrag(&m_view); // deletes itself
     auto *data = new QMimeData;
     data->setData(seriesMimeType, seriesToDrag(m_pressed));
@@ -74,6 +95,18 @@ QList<SeriesId> seriesOfNode(const OperationalMode &mode, const QModelIndex &nod
         return {{kennung, channel}};
     }
     return usualSeries(mode, kennung);
+}
+
+QList<SeriesId> seriesOfChosen(const OperationalMode &mode, const StationTreeView &tree)
+{
+    if (tree.chosenCount() < 2) {
+        return seriesOfNode(mode, tree.currentIndex());
+    }
+    QList<SeriesId> series;
+    for (const QString &station : tree.chosenStations().first(qMin(mostSeries, tree.chosenCount()))) {
+        series += usualSeries(mode, station);
+    }
+    return series;
 }
 
 } // namespace ktr

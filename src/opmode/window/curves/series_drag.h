@@ -3,14 +3,17 @@
 #include "opmode/curves/curve_series.h"
 
 #include <QObject>
+#include <QPersistentModelIndex>
 #include <QPoint>
 
 #include <functional>
 
 class QAbstractItemView;
-class QModelIndex;
+class QMouseEvent;
 
 namespace ktr {
+
+class StationTreeView;
 
 /// Lets the inputs that rows of a view stand for be dragged out of it.
 class SeriesDrag : public QObject
@@ -25,6 +28,7 @@ protected:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    bool press(const QMouseEvent &mouse);
     void drag();
 
     QAbstractItemView &m_view;
@@ -32,9 +36,12 @@ private:
     std::function<void(bool)> m_dragging;
     QPoint m_pressedAt;
     QList<SeriesId> m_pressed;
+    QPersistentModelIndex m_held; ///< pressed among several that are chosen
 };
 
 /// The inputs that a node of the tree of stations stands for: itself, or the usual ones of its station.
 QList<SeriesId> seriesOfNode(const OperationalMode &mode, const QModelIndex &node);
+/// Those of the stations that are chosen in the tree, or of its current node.
+QList<SeriesId> seriesOfChosen(const OperationalMode &mode, const StationTreeView &tree);
 
 } // namespace ktr
