@@ -32,11 +32,11 @@ qint64 lengthOf(HistoryLevel level)
 {
     switch (level) {
     case HistoryLevel::QuarterHour:
-        return hourMs / 4;
+        return curveHourMs / 4;
     case HistoryLevel::Hour:
-        return hourMs;
+        return curveHourMs;
     case HistoryLevel::Day:
-        return dayMs;
+        return curveDayMs;
     case HistoryLevel::Raw:
         break;
     }
@@ -167,7 +167,7 @@ std::optional<double> risePerHour(const CurvePoints &points, const CurveRange &r
     double times = 0;
     double values = 0;
     const auto hours = [&range](const CurvePoint &point) {
-        return static_cast<double>(point.middle() - range.from) / static_cast<double>(hourMs);
+        return static_cast<double>(point.middle() - range.from) / static_cast<double>(curveHourMs);
     };
     for (std::size_t i = first; i < end; ++i) {
         const auto count = static_cast<double>(points.points[i].count);

@@ -16,7 +16,7 @@ QDateTime movedBy(CurveSpan span, const QDateTime &moment, int count)
     constexpr int daysOfAWeek = 7;
     switch (span) {
     case CurveSpan::Hour:
-        return moment.addMSecs(hourMs * count);
+        return moment.addMSecs(curveHourMs * count);
     case CurveSpan::Week:
         return moment.addDays(daysOfAWeek * count);
     case CurveSpan::Month:
@@ -49,7 +49,7 @@ CurveRange rangeAround(CurveSpan span, const QDate &day)
     }
     const QDateTime begin = first.startOfDay();
     if (span == CurveSpan::Hour) {
-        return {begin.toMSecsSinceEpoch(), begin.toMSecsSinceEpoch() + hourMs};
+        return {begin.toMSecsSinceEpoch(), begin.toMSecsSinceEpoch() + curveHourMs};
     }
     return {begin.toMSecsSinceEpoch(), movedBy(span, begin, 1).toMSecsSinceEpoch()};
 }
@@ -73,9 +73,9 @@ CurveRange boundedRange(const CurveRange &range)
 
 HistoryLevel levelOf(const CurveRange &range)
 {
-    constexpr qint64 longestRaw = 3 * dayMs;
-    constexpr qint64 longestByQuarters = 35 * dayMs;
-    constexpr qint64 longestByHours = 130 * dayMs;
+    constexpr qint64 longestRaw = 3 * curveDayMs;
+    constexpr qint64 longestByQuarters = 35 * curveDayMs;
+    constexpr qint64 longestByHours = 130 * curveDayMs;
     return range.length() <= longestRaw          ? HistoryLevel::Raw
            : range.length() <= longestByQuarters ? HistoryLevel::QuarterHour
            : range.length() <= longestByHours    ? HistoryLevel::Hour

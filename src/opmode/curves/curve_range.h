@@ -6,8 +6,8 @@
 
 namespace ktr {
 
-inline constexpr qint64 hourMs = 3'600'000;
-inline constexpr qint64 dayMs = 24 * hourMs;
+inline constexpr qint64 curveHourMs = 3'600'000;
+inline constexpr qint64 curveDayMs = 24 * curveHourMs;
 
 /// A time that curves are shown of, in milliseconds since 1970, UTC.
 struct CurveRange
