@@ -10,6 +10,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QFileDialog>
 #include <QMenu>
 #include <QTabWidget>
 #include <QTemporaryDir>
@@ -140,7 +141,8 @@ private:
     {
         m_opened += window.objectName();
         m_opened.removeDuplicates();
-        if (qobject_cast<QMenu *>(&window) != nullptr) {
+        // The toolkit's own dialogs lay themselves out.
+        if (qobject_cast<QMenu *>(&window) != nullptr || qobject_cast<QFileDialog *>(&window) != nullptr) {
             return;
         }
         window.resize(window.isModal() ? window.size().boundedTo(smallest) : smallest);
