@@ -66,7 +66,7 @@ OverviewPage::OverviewPage(const Services &services, QWidget *parent)
     new SeriesDrag(
         *m_view,
         [this, &mode = services.mode](const QModelIndex &tile) {
-            return tile.isValid() && !m_view->isOnWall()
+            return tile.isValid() && !m_model.headingAt(tile.row()) && !m_view->isOnWall()
                        ? usualSeries(mode, m_model.glance(tile.row()).kennung)
                        : QList<SeriesId>();
         },
