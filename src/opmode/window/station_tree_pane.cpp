@@ -22,8 +22,8 @@ namespace ktr {
 
 namespace {
 
-const QString orderKey = QStringLiteral("treeOrder");
-const QString groupingKey = QStringLiteral("treeGrouping");
+const QString treeOrderKey = QStringLiteral("treeOrder");
+const QString treeGroupingKey = QStringLiteral("treeGrouping");
 
 void keepChoice(const QString &key, const QAction &choice)
 {
@@ -106,12 +106,12 @@ void StationTreePane::createOrderMenu()
     connect(m_orders, &QActionGroup::triggered, this, [this](const QAction *choice) {
         m_order->setOrder(static_cast<OverviewModel::Order>(choice->data().toInt()));
         m_tree->scrollTo(m_tree->currentIndex());
-        keepChoice(orderKey, *choice);
+        keepChoice(treeOrderKey, *choice);
     });
     connect(m_groupings, &QActionGroup::triggered, this, [this](const QAction *choice) {
         m_order->setGrouping(static_cast<OverviewModel::Grouping>(choice->data().toInt()));
         m_tree->scrollTo(m_tree->currentIndex());
-        keepChoice(groupingKey, *choice);
+        keepChoice(treeGroupingKey, *choice);
     });
     connect(m_collapse, &QAction::triggered, this, [this] {
         m_tree->goTo(m_tree->chosenStation()); // what is current must not vanish
@@ -145,10 +145,10 @@ void StationTreePane::restoreOrder()
         }
         return nullptr;
     };
-    if (const QAction *order = kept(*m_orders, orderKey)) {
+    if (const QAction *order = kept(*m_orders, treeOrderKey)) {
         m_order->setOrder(static_cast<OverviewModel::Order>(order->data().toInt()));
     }
-    if (const QAction *grouping = kept(*m_groupings, groupingKey)) {
+    if (const QAction *grouping = kept(*m_groupings, treeGroupingKey)) {
         m_order->setGrouping(static_cast<OverviewModel::Grouping>(grouping->data().toInt()));
     }
 }
