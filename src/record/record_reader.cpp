@@ -645,7 +645,8 @@ Status RecordReader::measuredSpans(qint64 station, int channel, qint64 from, qin
     if (Status read = measuredQuestion(station, channel, {from, to}, number, question); !read) {
         return read;
     }
-    const auto [length, offset] = lengthAndOffset;
+    const auto length = lengthAndOffset.first;
+    const auto offset = lengthAndOffset.second;
     return each(u"SELECT part, count(number), min(number), sum(number), max(number)"
                 " FROM (SELECT (at + ?) / ? AS part, number FROM ("_s +
                     question.statement +
