@@ -276,10 +276,8 @@ StationConfiguration StationConfigurations::of(const QString &station, const QSt
     if (const std::optional<QString> chosen = m_links.fileOf(station)) {
         found.origin = chosen->isEmpty() ? Origin::None : Origin::Chosen;
         found.file = *chosen;
-    } else if (found.candidates.size() == 1) {
-        found.origin = Origin::Found;
-        found.file = found.candidates.first();
-    } else if (!held.isEmpty() && (found.candidates.isEmpty() || found.candidates.contains(held))) {
+    } else if (!held.isEmpty() && found.candidates.size() != 1 &&
+               (found.candidates.isEmpty() || found.candidates.contains(held))) {
         found.origin = Origin::Transmitted;
         found.file = transmitted;
     } else if (!found.candidates.isEmpty()) {

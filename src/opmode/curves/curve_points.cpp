@@ -12,7 +12,7 @@ namespace {
 qint64 longestStepOf(const CurvePoints &curve)
 {
     constexpr qint64 stepsLeftOut = 3;
-    constexpr qint64 least = 2 * 60'000;
+    constexpr qint64 least = qint64{2} * 60'000;
     std::vector<qint64> steps;
     for (std::size_t i = 1; i < curve.points.size(); ++i) {
         steps.push_back(curve.points[i].middle() - curve.points[i - 1].middle());

@@ -18,7 +18,7 @@ QDateTime movedBy(CurveSpan span, const QDateTime &moment, int count)
     case CurveSpan::Hour:
         return moment.addMSecs(curveHourMs * count);
     case CurveSpan::Week:
-        return moment.addDays(daysOfAWeek * count);
+        return moment.addDays(qint64{daysOfAWeek} * count);
     case CurveSpan::Month:
         return moment.addMonths(count);
     case CurveSpan::Year:

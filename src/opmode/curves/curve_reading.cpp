@@ -25,11 +25,11 @@ qint64 momentOfModule(qint32 minute)
 std::pair<qint64, qint64> untilClockIsSet(qint64 from, qint64 end)
 {
     constexpr qint64 second = 1000;
-    constexpr qint64 quarter = 15 * 60 * second;
+    constexpr qint64 quarter = qint64{15} * 60 * second;
     const auto offsetAt = [](qint64 at) {
         return QDateTime::fromMSecsSinceEpoch(at).offsetFromUtc() * second;
     };
-    constexpr qint64 aWeek = 7 * 96 * quarter; // it stays as it is for longer
+    constexpr qint64 aWeek = qint64{7} * 96 * quarter; // it stays as it is for longer
     const qint64 offset = offsetAt(from);
     qint64 same = from;
     while (same < end && offsetAt(std::min(same + aWeek, end)) == offset) {

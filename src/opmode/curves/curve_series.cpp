@@ -67,7 +67,7 @@ QByteArray seriesToDrag(const QList<SeriesId> &series)
 QList<SeriesId> draggedSeries(const OperationalMode &mode, const QByteArray &data)
 {
     QList<SeriesId> series;
-    for (const QJsonValue &each : QJsonDocument::fromJson(data).array()) {
+    for (const auto each : QJsonDocument::fromJson(data).array()) {
         const SeriesId id{each[stationMember].toString(), each[channelMember].toInt()};
         if (isChannel(id.channel) && mode.tree().find(id.kennung).isValid()) {
             series += id;

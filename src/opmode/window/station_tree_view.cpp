@@ -226,8 +226,7 @@ std::vector<int> StationTreeView::chosenRows() const
         }
     }
     std::ranges::sort(rows);
-    const auto again = std::ranges::unique(rows);
-    rows.erase(again.begin(), again.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
 }
 

@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QPainter>
+#include <QPalette>
 #include <QPixmap>
 
 namespace ktr {

@@ -389,7 +389,7 @@ void CurvesPage::add(const QList<SeriesId> &series)
 
 void CurvesPage::remove(const QList<SeriesId> &series)
 {
-    const QList<SeriesId> removed = series; // it may be our own
+    const QList<SeriesId> removed(series.begin(), series.end()); // they may be our own
     for (const SeriesId &id : removed) {
         m_series.removeAll(id);
         m_hidden.removeAll(id);

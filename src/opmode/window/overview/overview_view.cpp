@@ -195,6 +195,7 @@ QStringList OverviewView::chosenStations() const
 
 void OverviewView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): what a list view does for its own layout is not wanted
     QAbstractItemView::currentChanged(current, previous);
     if (QAccessible::isActive() && current.isValid() && hasFocus()) {
         QAccessibleEvent focused(this, QAccessible::Focus);
@@ -208,6 +209,7 @@ void OverviewView::currentChanged(const QModelIndex &current, const QModelIndex 
 
 void OverviewView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): what a list view does for its own layout is not wanted
     QAbstractItemView::selectionChanged(selected, deselected);
     const QItemSelection chosen = selectionModel()->selection();
     const bool areSeveral = chosen.size() > 1 || (chosen.size() == 1 && chosen.constFirst().height() > 1);
@@ -322,11 +324,13 @@ const TileLayout &OverviewView::places() const
 void OverviewView::doItemsLayout()
 {
     m_arePlacesStale = true;
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): what a list view does for its own layout is not wanted
     QAbstractItemView::doItemsLayout(); // the list view's own would place 10,000 items for nothing
 }
 
 void OverviewView::updateGeometries()
 {
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): what a list view does for its own layout is not wanted
     QAbstractItemView::updateGeometries();
     verticalScrollBar()->setPageStep(viewport()->height());
     verticalScrollBar()->setRange(0, std::max(0, places().height() - viewport()->height()));
@@ -407,6 +411,7 @@ void OverviewView::resizeEvent(QResizeEvent *event)
     const int before = m_columns;
     fitTiles();
     fit();
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): what a list view does for its own layout is not wanted
     QAbstractItemView::resizeEvent(event);
     if (m_isStrip && m_columns != before) {
         Q_EMIT levelChanged(); // other rows are needed
