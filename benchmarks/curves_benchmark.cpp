@@ -112,7 +112,7 @@ int main(int argc, char **argv)
                                   QStringLiteral("Station"),
                                   QStringLiteral("Level"),
                                   i % 2 == 0 ? QStringLiteral("m") : QStringLiteral("l/s")};
-            shown.curves += ShownCurve{series.last(), &curves[i].curve};
+            shown.curves += ShownCurve{series.last(), std::make_shared<CurvePoints>(curves[i].curve)};
         }
         shown.axes = axesOf(series);
         canvas.show(shown, year);

@@ -2,13 +2,15 @@
 
 #include "opmode/curves/curve_axes.h"
 
+#include <memory>
+
 namespace ktr {
 
 /// A curve as it is shown.
 struct ShownCurve
 {
     CurveSeries series;
-    const CurvePoints *points; ///< null while it was not read
+    std::shared_ptr<const CurvePoints> points; ///< null while it was not read
     CurveScale scale{};
     QString unit{}; ///< of the scaled values
 };

@@ -57,11 +57,11 @@ CurveStore::Held &CurveStore::held(const SeriesId &id)
     return *m_curves.back();
 }
 
-const CurvePoints *CurveStore::points(const SeriesId &series) const
+std::shared_ptr<const CurvePoints> CurveStore::points(const SeriesId &series) const
 {
     const auto found =
         std::ranges::find_if(m_curves, [&series](const auto &each) { return each->id == series; });
-    return found == m_curves.end() || !(*found)->isRead ? nullptr : &(*found)->points;
+    return found == m_curves.end() ? nullptr : (*found)->points;
 }
 
 bool CurveStore::isReading() const
@@ -91,7 +91,8 @@ void CurveStore::want(const QList<SeriesId> &series, const CurveRange &range, bo
     const HistoryLevel level = levelOf(range);
     for (const SeriesId &id : series) {
         Held &curve = held(id);
-        const bool isThere = curve.isRead && curve.points.level == level && curve.points.read.contains(range);
+        const bool isThere =
+            curve.points && curve.points->level == level && curve.points->read.contains(range);
         const bool isComing = curve.isAsked && curve.askedLevel == level && curve.asked.contains(range);
         if (!isComing && (!isThere || anew)) {
             ask(curve, withMargins(range), level);
@@ -103,8 +104,8 @@ void CurveStore::want(const QList<SeriesId> &series, const CurveRange &range, bo
 void CurveStore::ask(Held &curve, const CurveRange &range, HistoryLevel level)
 {
     if (!m_queries) {
-        curve.points = treeCurve(m_mode.tree(), curve.id.kennung, curve.id.channel, range, level).curve;
-        curve.isRead = true;
+        curve.points = std::make_shared<CurvePoints>(
+            treeCurve(m_mode.tree(), curve.id.kennung, curve.id.channel, range, level).curve);
         return;
     }
     const qint64 station = m_mode.alarmActions().numberOf(curve.id.kennung);
@@ -120,8 +121,7 @@ void CurveStore::ask(Held &curve, const CurveRange &range, HistoryLevel level)
             curve.isAsked = false;
             curve.trouble = read.status ? QString() : read.status.message();
             if (read.status) {
-                curve.points = std::move(read.curve);
-                curve.isRead = true;
+                curve.points = std::make_shared<CurvePoints>(std::move(read.curve));
             }
             Q_EMIT changed();
         });

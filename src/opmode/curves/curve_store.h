@@ -6,6 +6,8 @@
 
 #include <QObject>
 
+#include <memory>
+
 namespace ktr {
 
 /// Holds the curves of the chosen series for the time that is shown, read at its level without keeping
@@ -21,8 +23,8 @@ public:
     /// Reads what is missing of these series in this time; `anew` what is there, too, since there may be
     /// more.
     void want(const QList<SeriesId> &series, const CurveRange &range, bool anew = false);
-    /// Null while it was not read.
-    const CurvePoints *points(const SeriesId &series) const;
+    /// Null while it was not read. What is read later takes its place and leaves it as it is.
+    std::shared_ptr<const CurvePoints> points(const SeriesId &series) const;
     const QList<CurveMark> &marks() const { return m_marks.marks; }
     /// Or only the newest of them.
     bool areAllMarks() const { return m_marks.areAll; }
@@ -43,8 +45,7 @@ private:
     struct Held
     {
         SeriesId id;
-        CurvePoints points;
-        bool isRead = false;
+        std::shared_ptr<const CurvePoints> points; ///< null while it was not read
         bool isAsked = false;
         CurveRange asked;
         HistoryLevel askedLevel = HistoryLevel::Raw;

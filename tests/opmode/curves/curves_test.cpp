@@ -123,10 +123,12 @@ private Q_SLOTS:
     void theTableHasWhatIsSeen()
     {
         const qint64 at = moment(2026, 1, 5, 14);
-        const CurvePoints raw = built(HistoryLevel::Raw, {{at - 1, 9}, {at, 1.5}, {at + hour, -2}});
-        const CurvePoints hours = built(HistoryLevel::Hour, {{at + hour, 4}, {at + hour + 1, 8}});
-        const QByteArray table = curvesCsv({{seriesOf(u"A;B"_s, u"Level"_s, u"m"_s), &raw, {}, u"m"_s},
-                                            {seriesOf(u"C"_s, u"Flow"_s, {}), &hours, {}, {}}},
+        const auto raw = std::make_shared<CurvePoints>(
+            built(HistoryLevel::Raw, {{at - 1, 9}, {at, 1.5}, {at + hour, -2}}));
+        const auto hours =
+            std::make_shared<CurvePoints>(built(HistoryLevel::Hour, {{at + hour, 4}, {at + hour + 1, 8}}));
+        const QByteArray table = curvesCsv({{seriesOf(u"A;B"_s, u"Level"_s, u"m"_s), raw, {}, u"m"_s},
+                                            {seriesOf(u"C"_s, u"Flow"_s, {}), hours, {}, {}}},
                                            {at, at + 2 * hour}, QLocale(QLocale::German));
         QVERIFY(table.startsWith(csvMark));
         QCOMPARE(QString::fromUtf8(table),

@@ -547,7 +547,7 @@ void CurvesPage::tellState()
     const CurveRange range = m_range->range();
     bool isAny = false;
     for (const SeriesId &id : std::as_const(m_series)) {
-        const CurvePoints *points = m_store.points(id);
+        const std::shared_ptr<const CurvePoints> points = m_store.points(id);
         const auto [first, end] =
             points == nullptr ? std::pair<std::size_t, std::size_t>() : points->within(range);
         isAny = isAny || end > first;
