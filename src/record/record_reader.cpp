@@ -6,6 +6,7 @@
 #include "record/schema.h"
 
 #include <QCoreApplication>
+#include <QSet>
 
 #include <algorithm>
 #include <charconv>
@@ -663,13 +664,13 @@ Status RecordReader::measuredChannels(qint64 station, QList<int> &channels)
 {
     QList<ArchivedInput> inputs;
     Status read = archivedInputs(station, inputs);
-    std::array<bool, channelsOfAStation + 1> has{};
+    QSet<int> archived;
     for (const ArchivedInput &input : std::as_const(inputs)) {
-        has.at(static_cast<std::size_t>(input.input)) = true;
+        archived += input.input;
     }
     channels.clear();
     for (int channel = 1; channel <= channelsOfAStation && read; ++channel) {
-        bool &any = has.at(static_cast<std::size_t>(channel));
+        bool any = archived.contains(channel);
         if (!any) {
             read = each(u"SELECT 1 FROM value WHERE station = ? AND channel = ? LIMIT 1"_s,
                         {station, channel}, [&any](const QSqlQuery &) { return any = true; });

@@ -9,6 +9,8 @@
 #include <QMimeData>
 #include <QMouseEvent>
 
+#include <algorithm>
+
 namespace ktr {
 
 SeriesDrag::SeriesDrag(QAbstractItemView &view, SeriesOf seriesOf, std::function<void(bool)> dragging)
@@ -103,8 +105,9 @@ QList<SeriesId> seriesOfChosen(const OperationalMode &mode, const StationTreeVie
         return seriesOfNode(mode, tree.currentIndex());
     }
     QList<SeriesId> series;
-    for (const QString &station : tree.chosenStations().first(qMin(mostSeries, tree.chosenCount()))) {
-        series += usualSeries(mode, station);
+    const QStringList chosen = tree.chosenStations();
+    for (qsizetype at = 0; at < std::min<qsizetype>(mostSeries, chosen.size()); ++at) {
+        series += usualSeries(mode, chosen[at]);
     }
     return series;
 }
