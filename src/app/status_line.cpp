@@ -3,12 +3,12 @@
 #include "link/conversation_log.h"
 #include "look/lamp.h"
 #include "look/outside_texts.h"
+#include "look/shortened_label.h"
 #include "platform/text_rules.h"
 
 #include <QEvent>
 #include <QLabel>
 #include <QProgressBar>
-#include <QResizeEvent>
 #include <QToolButton>
 
 namespace ktr {
@@ -17,7 +17,7 @@ StatusLine::StatusLine(QWidget *parent)
     : QStatusBar(parent),
       m_lamp(new Lamp(this)),
       m_link(new QLabel(this)),
-      m_event(new QLabel(this)),
+      m_event(new ShortenedLabel(this)),
       m_waiting(new QToolButton(this)),
       m_notice(new QLabel(this)),
       m_modified(new QLabel(this)),
@@ -27,7 +27,6 @@ StatusLine::StatusLine(QWidget *parent)
     m_link->setObjectName(QStringLiteral("lbl_link"));
     m_event->setObjectName(QStringLiteral("lbl_event"));
     m_event->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    m_event->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_waiting->setObjectName(QStringLiteral("cmd_waiting"));
     m_waiting->hide();
     connect(m_waiting, &QToolButton::clicked, this, &StatusLine::takeBackWanted);
@@ -54,15 +53,9 @@ StatusLine::StatusLine(QWidget *parent)
 void StatusLine::tell(const QString &line)
 {
     m_lastEvent = line;
-    m_event->setToolTip(line);
-    elide();
-}
-
-void StatusLine::elide()
-{
     constexpr qsizetype widest = 1000; // characters, more than any screen shows
-    const QString line = asSentences(firstCharacters(m_lastEvent, widest));
-    m_event->setText(m_event->fontMetrics().elidedText(line, Qt::ElideRight, m_event->width()));
+    m_event->tell(asSentences(firstCharacters(line, widest)));
+    m_event->setToolTip(line);
 }
 
 void StatusLine::showLink(const QString &text, bool connected)
@@ -103,12 +96,6 @@ void StatusLine::changeEvent(QEvent *event)
         applyTexts();
     }
     QStatusBar::changeEvent(event);
-}
-
-void StatusLine::resizeEvent(QResizeEvent *event)
-{
-    QStatusBar::resizeEvent(event);
-    elide();
 }
 
 void StatusLine::applyTexts()

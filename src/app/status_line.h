@@ -9,6 +9,7 @@ class QToolButton;
 namespace ktr {
 
 class Lamp;
+class ShortenedLabel;
 
 /// The status bar: the state of the link, the last event, whether the configuration is modified, and how far
 /// a transmission has got.
@@ -44,19 +45,17 @@ Q_SIGNALS:
 
 protected:
     void changeEvent(QEvent *event) override;
-    void resizeEvent(QResizeEvent *event) override;
 
 private:
     static constexpr int stepsShown = 77; ///< while nothing is under way; a transmission tells its own number
 
     void applyTexts();
-    void elide();
 
     QString m_lastEvent;
     QString m_waitingCommand;
     Lamp *m_lamp; ///< Opt_connected
     QLabel *m_link;
-    QLabel *m_event;
+    ShortenedLabel *m_event;
     QToolButton *m_waiting; ///< takes back the command that waits
     QLabel *m_notice;
     QLabel *m_modified;

@@ -1,12 +1,12 @@
 #include "opmode/window/message_line.h"
 
 #include "look/outside_texts.h"
+#include "look/shortened_label.h"
 #include "platform/text_rules.h"
 
 #include <QEvent>
 #include <QFrame>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPlainTextEdit>
 #include <QTime>
 #include <QToolButton>
@@ -26,7 +26,7 @@ constexpr QSize listSize(760, 300);
 MessageLine::MessageLine(QWidget *parent)
     : QWidget(parent),
       m_pinned(new QToolButton(this)),
-      m_latest(new QLabel(this)),
+      m_latest(new ShortenedLabel(this)),
       m_button(new QToolButton(this)),
       m_popup(new QFrame(this, Qt::Popup)),
       m_list(new QPlainTextEdit(m_popup))
@@ -37,7 +37,6 @@ MessageLine::MessageLine(QWidget *parent)
     m_pinned->setMinimumWidth(1); // the window may be made narrower than its text
     m_pinned->hide();
     m_latest->setObjectName(QStringLiteral("lbl_event"));
-    m_latest->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_button->setObjectName(QStringLiteral("Cmd_messages"));
     m_button->setAutoRaise(true);
     m_button->setEnabled(false);
@@ -56,7 +55,7 @@ MessageLine::MessageLine(QWidget *parent)
     m_soon.setSingleShot(true);
     m_expiry.setSingleShot(true);
     connect(&m_soon, &QTimer::timeout, this, &MessageLine::showLatest);
-    connect(&m_expiry, &QTimer::timeout, m_latest, &QLabel::clear);
+    connect(&m_expiry, &QTimer::timeout, m_latest, [this] { m_latest->tell({}); });
     connect(m_button, &QToolButton::clicked, this, &MessageLine::showList);
     connect(m_pinned, &QToolButton::clicked, m_pinned, &QWidget::hide);
     applyTexts();
@@ -64,6 +63,9 @@ MessageLine::MessageLine(QWidget *parent)
 
 void MessageLine::tell(const QString &line)
 {
+    if (line.trimmed().isEmpty()) { // what was given up has nothing to tell
+        return;
+    }
     m_lines.append(QTime::currentTime().toString(QStringLiteral("HH:mm:ss  ")) +
                    shortenedLine(onOneLine(asSentences(line))));
     if (m_lines.size() > kept) {
@@ -96,9 +98,7 @@ void MessageLine::showPinned()
 void MessageLine::showLatest()
 {
     const QString latest = m_lines.isEmpty() ? QString() : m_lines.constLast();
-    m_latest->setText(m_latest->fontMetrics().elidedText(latest, Qt::ElideRight, m_latest->width()));
-    m_latest->setToolTip(latest);
-    m_latest->setAccessibleName(latest);
+    m_latest->tell(latest);
     m_button->setEnabled(!m_lines.isEmpty());
     m_expiry.start(expiryMs);
 }
@@ -135,9 +135,6 @@ void MessageLine::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
     showPinned();
-    if (!m_latest->text().isEmpty()) {
-        m_soon.start(soonMs);
-    }
 }
 
 } // namespace ktr

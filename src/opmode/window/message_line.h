@@ -5,11 +5,12 @@
 #include <QWidget>
 
 class QFrame;
-class QLabel;
 class QPlainTextEdit;
 class QToolButton;
 
 namespace ktr {
+
+class ShortenedLabel;
 
 /// The line of a status bar: the latest message for a while, and a button that lists those before. What must
 /// not go under among others stays until it is clicked away.
@@ -22,7 +23,7 @@ public:
 
     explicit MessageLine(QWidget *parent = nullptr);
 
-    /// Of many at once the last is shown.
+    /// Of many at once the last is shown; an empty one is none.
     void tell(const QString &line);
     /// Also shows it in front until the user clicks it.
     void pin(const QString &line);
@@ -39,7 +40,7 @@ private:
 
     QToolButton *m_pinned;
     QString m_pinnedText;
-    QLabel *m_latest;
+    ShortenedLabel *m_latest;
     QToolButton *m_button;
     QFrame *m_popup;
     QPlainTextEdit *m_list;
