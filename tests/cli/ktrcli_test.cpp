@@ -10,6 +10,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QJsonDocument>
+#include <QMap>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QSet>
@@ -41,6 +42,29 @@ struct Result
     QString output;
     QString errors;
 };
+
+/// What the manual's tables have of each command: its options, and the actions of "record" and the like.
+QMap<QString, QStringList> commandsOfTheManual(const QString &language)
+{
+    static const QRegularExpression row(u"^\\| `([a-z]+)(?: ([a-z]+))?[^`]*` \\||^\\| (`--[^|]*) \\|"_s,
+                                        QRegularExpression::MultilineOption);
+    static const QRegularExpression option(u"`(--[a-z-]+)"_s);
+    const QString chapter = QString::fromUtf8(
+        contentOf(QStringLiteral(KTR_SOURCE_DIR "/docs/manual/%1/command-line.md").arg(language)));
+    QMap<QString, QStringList> told;
+    QString command;
+    for (const auto &found : row.globalMatch(chapter)) {
+        if (found.hasCaptured(1)) {
+            command = found.captured(1);
+            told[command] +=
+                found.hasCaptured(2) ? QStringList{command + u' ' + found.captured(2)} : QStringList();
+        }
+        for (const auto &each : option.globalMatch(found.captured(3))) {
+            told[command] += u"  "_s + each.captured(1);
+        }
+    }
+    return told;
+}
 
 } // namespace
 
@@ -184,20 +208,26 @@ private Q_SLOTS:
             QCOMPARE(ktrcli(u"send "_s + word).code, 0);
         }
         QVERIFY(ktrcli(u"-version"_s).output == ktrcli(u"--version"_s).output);
-        const auto commandsIn = [](const QString &text, const QString &before) {
-            const QRegularExpression row(u'^' + before + u"([a-z]+) "_s, QRegularExpression::MultilineOption);
-            QSet<QString> commands;
-            for (const auto &found : row.globalMatch(text)) {
-                commands += found.captured(1);
-            }
-            return commands;
-        };
-        const QSet<QString> commands = commandsIn(overview, u"  "_s);
-        const QByteArray readme = contentOf(QStringLiteral(KTR_SOURCE_DIR "/README.md"));
-        QCOMPARE(commands, commandsIn(QString::fromUtf8(readme), u"ktrcli "_s));
-        for (const QString &command : commands) {
+        static const QRegularExpression row(u"^  ([a-z]+) "_s, QRegularExpression::MultilineOption);
+        QSet<QString> commands;
+        for (const auto &found : row.globalMatch(overview)) {
+            commands += found.captured(1);
+        }
+        QMap<QString, QString> helps;
+        for (const QString &command : std::as_const(commands)) {
             const Result help = ktrcli(command + u" --help"_s);
             QVERIFY2(help.code == 0 && help.output.contains(command + u" [options]"_s), qPrintable(command));
+            helps.insert(command, help.output);
+        }
+        for (const QString &language : {u"en"_s, u"de"_s}) {
+            const QMap<QString, QStringList> told = commandsOfTheManual(language);
+            QCOMPARE(QSet<QString>(told.keyBegin(), told.keyEnd()), commands);
+            for (auto each = told.begin(); each != told.end(); ++each) {
+                for (const QString &word : each.value()) {
+                    QVERIFY2(helps[each.key()].contains(word + u' '),
+                             qPrintable(u"%1: \"%2\" of ktrcli %3"_s.arg(language, word, each.key())));
+                }
+            }
         }
     }
 
