@@ -166,6 +166,40 @@ private:
     int m_line = 0;
 };
 
+/// The number of the version, as CMakeLists.txt has it.
+QString version()
+{
+    static const QRegularExpression project(u"project\\(KTRconfig VERSION ([0-9.]+)"_s);
+    return project.match(contentOf(QStringLiteral(KTR_SOURCE_DIR "/CMakeLists.txt"))).captured(1);
+}
+
+/// Whether a text has that number, also as one of four parts, and not as a part of another one.
+bool repeats(const QString &text, const QString &number)
+{
+    const QRegularExpression alone(
+        u"(?<![\\d.])%1(\\.0)?(?!\\.?\\d)"_s.arg(QRegularExpression::escape(number)));
+    return text.contains(number) && alone.match(text).hasMatch();
+}
+
+/// What is written by hand. Configurations tell which version wrote them.
+QStringList sources()
+{
+    const QDir root(QStringLiteral(KTR_SOURCE_DIR));
+    QStringList files;
+    for (const QFileInfo &entry : root.entryInfoList(QDir::Files)) {
+        files += entry.fileName();
+    }
+    for (const QString &folder : root.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QDirIterator below(root.filePath(folder), QDir::Files, QDirIterator::Subdirectories);
+        while (!folder.startsWith(u"build") && below.hasNext()) {
+            const QString file = root.relativeFilePath(below.next());
+            const bool isWritten = file.startsWith(u"samples/") || file.startsWith(u"fuzz/corpus/");
+            files += isWritten ? QStringList() : QStringList{file};
+        }
+    }
+    return files;
+}
+
 } // namespace
 
 class DocumentsTest : public QObject
@@ -225,6 +259,28 @@ private Q_SLOTS:
             faults += DocumentReader(document).read(text);
         }
         QVERIFY2(faults.isEmpty(), qPrintable(u'\n' + faults.join(u'\n')));
+    }
+
+    void theVersionStandsOnce()
+    {
+        QVERIFY(repeats(u"Nummer=\"2.1.0\""_s, u"2.1.0"_s) && repeats(u"since 2.1.0."_s, u"2.1.0"_s));
+        QVERIFY(repeats(u"2.1.0.0"_s, u"2.1.0"_s));
+        for (const QString &other : {u"12.1.0"_s, u"2.1.0.17"_s, u"1.2.1.0"_s, u"2.1.01"_s, u"2x1x0"_s}) {
+            QVERIFY2(!repeats(other, u"2.1.0"_s), qPrintable(other));
+        }
+        const QString number = version();
+        QVERIFY(!number.isEmpty());
+        QStringList repeating;
+        for (const QString &file : sources()) {
+            if (repeats(contentOf(QStringLiteral(KTR_SOURCE_DIR "/") + file), number)) {
+                repeating += file;
+            }
+        }
+        // The history of the versions, and those of works of others, which may have the same number.
+        for (const QString &may : {u"CHANGELOG.md"_s, u"docs/third-party.md"_s}) {
+            repeating.removeAll(may);
+        }
+        QCOMPARE(repeating, QStringList{u"CMakeLists.txt"_s});
     }
 };
 

@@ -589,7 +589,7 @@ private:
                      .line = u"/dev/ttyS0"_s,
                      .station = configuration.gsm.stationId,
                      .versionSent = configuration.versionText,
-                     .program = u"1.0.0"_s,
+                     .program = programVersion(),
                      .verdict = verdict,
                      .lastStep = verdict == TransmissionVerdict::BrokenOff ? 30 : 78,
                      .hasPin = true,
