@@ -84,6 +84,48 @@ private Q_SLOTS:
         QVERIFY(openRecord(m_folder->path()).status.message().startsWith(m_folder->path()));
     }
 
+    /// As versions before made them, from the first tables on.
+    void olderTablesAreBroughtForward()
+    {
+        const QList<QStringList> undoings{
+            // the last step first
+            {u"DROP TABLE transmission_step"_s, u"DROP TABLE transmission"_s},
+            {u"DROP INDEX notification_listed"_s, u"DROP TABLE event_kind"_s,
+             u"DELETE FROM setting WHERE name = 'sorted'"_s},
+            {u"DROP INDEX request_new"_s, u"DROP TABLE request"_s, u"DROP INDEX alarm_changed"_s,
+             u"ALTER TABLE alarm DROP COLUMN changed"_s}};
+        const int newest = static_cast<int>(undoings.size()) + 1;
+        for (int version = newest - 1; version > 0; --version) {
+            init();
+            const AlarmRow alarm{.id = 1, .station = 1, .text = u"Pump fail"_s, .first = 1, .last = 1};
+            {
+                auto writer = opened();
+                writer->add(said(1, u"Pump fail"_s));
+                writer->add(alarm);
+                QVERIFY(writer->flushNow());
+            }
+            {
+                RecordDatabase hand;
+                QVERIFY(hand.open(m_path, RecordDatabase::Use::Write));
+                for (int step = newest; step > version; --step) {
+                    QVERIFY(hand.execute(undoings.at(newest - step)));
+                }
+                QVERIFY(
+                    hand.execute(u"UPDATE setting SET value = '%1' WHERE name = 'schema'"_s.arg(version)));
+            }
+            QVERIFY(RecordReader(m_path).open().message().contains(u"another version"_s)); // it makes nothing
+            QCOMPARE(checkRecord(m_path).schema, version);
+            const OpenedRecord record = openRecord(m_path);
+            QVERIFY2(record.status && record.lost.isEmpty(), qPrintable(record.status.message()));
+            const RecordCheck found = checkRecord(m_path);
+            QVERIFY2(found.faults.isEmpty(), qPrintable(found.faults.join(u'\n')));
+            QCOMPARE(found.schema, newest);
+            RecordReader reader(m_path);
+            QCOMPARE(reader.findEvents({}, {}, 9).rows.value(0).text, u"Pump fail"_s);
+            QCOMPARE(reader.findAlarms({}, {}, 9).rows, QList<AlarmRow>{alarm});
+        }
+    }
+
     void aLookThroughARecordFindsDamage()
     {
         {

@@ -50,6 +50,10 @@ private Q_SLOTS:
             QVERIFY2(why.contains(u"ktrcli record init"_s) || why.contains(u"another version"_s),
                      qPrintable(why));
         }
+        m_server.sql(database, u"DROP TABLE ktrconfig.transmission, ktrconfig.transmission_step;"
+                               " UPDATE ktrconfig.setting SET value = '3' WHERE name = 'schema'"_s);
+        QVERIFY(RecordReader(m_address).open().message().contains(u"ktrcli record init"_s));
+        QVERIFY(initRecord(m_address) && RecordReader(m_address).open());
         m_server.sql(database, u"UPDATE ktrconfig.setting SET value = '99' WHERE name = 'schema'"_s);
         QVERIFY(openRecord(m_address).status.message().contains(u"newer version"_s));
         QVERIFY(!RecordReader(m_address).open());
