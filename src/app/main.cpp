@@ -84,6 +84,8 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     qInstallMessageHandler(usual);
     QApplication::setApplicationName(QString(ktr::programName));
+    QGuiApplication::setDesktopFileName(
+        QStringLiteral("com.korvane.KTRconfig"));   // whose icon the windows get
     QApplication::setQuitOnLastWindowClosed(false); // the program ends with the main window
     ktr::applyAppearance(application, ktr::appearanceSetting());
 

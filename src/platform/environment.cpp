@@ -18,12 +18,22 @@ QString userFolder()
            QLatin1String("/KTRconfig");
 }
 
+/// Where an installation keeps what the programs only read, beside the folder of its programs. Empty for
+/// programs that stand in a folder of their own.
+QString installedFolder()
+{
+    const QString folder =
+        QDir::cleanPath(QCoreApplication::applicationDirPath() + QLatin1String("/../share/ktrconfig"));
+    return QFileInfo(folder).isDir() ? folder : QString();
+}
+
 } // namespace
 
 QString programFolder()
 {
     const QString beside = QCoreApplication::applicationDirPath();
-    if (canMakeFiles(beside)) {
+    // Even who may write beside the programs of a system, as its administrator, keeps nothing there.
+    if (installedFolder().isEmpty() && canMakeFiles(beside)) {
         return QDir::toNativeSeparators(beside);
     }
     const QString folder = userFolder();
@@ -43,7 +53,11 @@ QString userName()
 QString deliveredFile(const QString &name)
 {
     const QString own = joinPath(programFolder(), name);
-    return QFileInfo::exists(own) ? own : joinPath(QCoreApplication::applicationDirPath(), name);
+    if (QFileInfo::exists(own)) {
+        return own;
+    }
+    const QString installed = installedFolder();
+    return joinPath(installed.isEmpty() ? QCoreApplication::applicationDirPath() : installed, name);
 }
 
 QString joinPath(const QString &folder, const QString &name)

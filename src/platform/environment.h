@@ -27,11 +27,12 @@ QString userName();
 /// The user's name as people write it; empty where the system does not know it.
 QString fullUserName();
 
-/// The folder of the executable where it can be written, otherwise the user's data folder for this
-/// program, which is made where it is missing.
+/// The folder of the executable where it can be written and is not that of an installation with its data
+/// in ../share/ktrconfig; otherwise the user's data folder for this program, made where it is missing.
 QString programFolder();
 
-/// Where a file that is delivered with the program stands: in the program folder, or beside the executable.
+/// Where a file that is delivered with the program stands: in the program folder, in the ../share/ktrconfig
+/// of an installation, or beside the executable.
 QString deliveredFile(const QString &name);
 
 /// A file of the program folder, joined with the platform's separator.
