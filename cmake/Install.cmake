@@ -13,6 +13,7 @@ set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME program)
 install(TARGETS KTRconfig ktrcli RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 # The programs look for it in ../share/ktrconfig from their own folder.
 install(FILES data/language.ini data/dashboard.json DESTINATION share/ktrconfig)
+install(DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/languages DESTINATION share/ktrconfig OPTIONAL) # those added
 
 # Told by the programs themselves, so that nothing of it goes stale.
 set(pages ${made}/KTRconfig.1 ${made}/ktrcli.1)
