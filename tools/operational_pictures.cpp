@@ -1,6 +1,10 @@
 #include "operational_pictures.h"
 
+#include "opmode/window/curves/curves_page.h"
 #include "opmode/window/form_betriebsmodus.h"
+#include "opmode/window/timemap/time_map_view.h"
+#include "platform/files.h"
+#include "record/record_database.h"
 #include "simulator/field_texts.h"
 #include "simulator/fleet.h"
 #include "support/manual_timers.h"
@@ -8,8 +12,12 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QEventLoop>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QRadioButton>
+#include <QRandomGenerator>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -27,8 +35,36 @@ constexpr std::array pageNames = {std::pair("Page_meldung", "notifications"), st
 /// The actions that open them, and their names.
 constexpr std::array dialogs = {std::pair("mnu_rules", "rules"), std::pair("mnu_limits", "limits"),
                                 std::pair("mnu_maintenance", "maintenance"),
-                                std::pair("mnu_retention", "retention")};
-constexpr std::array recordTabs = {"find", "report", "figures", "overlooked"};
+                                std::pair("mnu_retention", "retention"), std::pair("mnu_sound", "sound")};
+constexpr std::array recordTabs = {"find", "report", "figures", "overlooked", "map"};
+constexpr int someStations = 24; ///< that fill an overview by groups
+
+/// Of a station whose inputs have names, units and limits.
+QByteArray configurationOf(const QString &station)
+{
+    return QStringLiteral("<KTR><Konfiguration><Stationskennung>%1</Stationskennung>"
+                          "<Grenzwert0 Alarm='Level fail' IP='9' Vergleich='3' Grenzwert='31'/>"
+                          "</Konfiguration></KTR>")
+        .arg(station)
+        .toUtf8();
+}
+
+QByteArray inputNames(const QLocale &locale)
+{
+    return locale.language() == QLocale::German ? "1=Pumpe 1\n9=Pegel;m\n10=Durchfluss;m³/h\n17=Wasser;°C\n"
+                                                : "1=Pump 1\n9=Level;m\n10=Flow;m³/h\n17=Water;°C\n";
+}
+
+QByteArray groupsOf(const QLocale &locale)
+{
+    const bool isGerman = locale.language() == QLocale::German;
+    return QStringLiteral("[%1]\n= 9, 17\nPumpwerk*\nHochbehälter*\n\n[%2]\nKläranlage*\n"
+                          "Regenüberlaufbecken*\n\n[%3]\nTiefbrunnen*\n")
+        .arg(isGerman ? QStringLiteral("Verteilung") : QStringLiteral("Distribution"),
+             isGerman ? QStringLiteral("Abwasser") : QStringLiteral("Waste water"),
+             isGerman ? QStringLiteral("Brunnen") : QStringLiteral("Wells"))
+        .toUtf8();
+}
 
 /// The operational mode on stations whose modules have talked for a while.
 class Waterworks
@@ -46,6 +82,14 @@ public:
     void endFirst();
     /// Until all that has happened is shown.
     void settle();
+    /// Three weeks of alarms before, more by day and many in a storm. Only for who looks at them afterwards.
+    void rememberAlarms();
+    /// When it came and when it was over.
+    static std::pair<qint64, qint64> storm();
+    QString keyOf(int station) const
+    {
+        return m_first.mode->tree().index(station, 0).data(StationTree::KeyRole).toString();
+    }
 
 private:
     struct Post
@@ -72,7 +116,9 @@ Waterworks::Waterworks(int stations, const TextTable &texts, const QLocale &loca
     : m_texts(texts), m_locale(locale), m_first(open())
 {
     OperationalMode &mode = *m_first.mode;
-    mode.setOperator(QStringLiteral("Eva Miller"));
+    m_first.window->findChild<QLineEdit *>(QStringLiteral("Text_operator"))
+        ->setText(QStringLiteral("Eva Miller"));
+    m_first.window->findChild<QPushButton *>(QStringLiteral("Cmd_operator_take"))->click();
     const QString first = mode.tree().index(0, 0).data(StationTree::KeyRole).toString();
     for (int station = 0; station < stations; ++station) {
         mode.addStation(Fleet::name(station),
@@ -109,6 +155,12 @@ Waterworks::Post Waterworks::open()
         m_lines += line.get();
         return line;
     };
+    for (int station = 0; station < 2; ++station) {
+        const QString name = m_folder.filePath(QStringLiteral("station-%1").arg(station));
+        (void)replaceFile(name + QLatin1String(".xml"), configurationOf(Fleet::name(station)));
+        (void)replaceFile(name + QLatin1String(".names"), inputNames(m_locale));
+    }
+    (void)replaceFile(m_folder.filePath(QStringLiteral("nodes.groups")), groupsOf(m_locale));
     Post post;
     post.mode =
         std::make_unique<OperationalMode>(OperationalMode::Services{environment, m_timers, createLine, [] {},
@@ -117,7 +169,12 @@ Waterworks::Post Waterworks::open()
     post.window = std::make_unique<Form_betriebsmodus>(
         *post.mode, m_texts, Form_betriebsmodus::Services{m_timers, m_locale, {}, {}});
     post.window->show();
-    post.window->open(m_folder.filePath(QStringLiteral("nodes.xml")));
+    const QString list = m_folder.filePath(QStringLiteral("nodes.xml"));
+    post.window->open(list);
+    post.mode->configurations().open(list);
+    while (!post.mode->configurations().isSettled()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
     return post;
 }
 
@@ -190,6 +247,65 @@ void Waterworks::settle()
     }
 }
 
+std::pair<qint64, qint64> Waterworks::storm()
+{
+    const QDate day(2026, 11, 14);
+    return {QDateTime(day, QTime(2, 0)).toMSecsSinceEpoch(), QDateTime(day, QTime(8, 0)).toMSecsSinceEpoch()};
+}
+
+void Waterworks::rememberAlarms()
+{
+    constexpr qint64 hour = 3'600'000;
+    constexpr int days = 21;
+    constexpr qint64 number = 1'000'000; // behind all that there are
+    const qint64 begin =
+        QDateTime(m_start.date().addDays(1 - m_start.date().day()), QTime(0, 0)).toMSecsSinceEpoch();
+    QRandomGenerator chance(7);
+    QStringList rows;
+    for (int at = 0; at < (days - 1) * 24; ++at) {
+        const int ofDay = at % 24;
+        const qint64 hourBegin = begin + at * hour;
+        const bool isStorm = hourBegin >= storm().first && hourBegin < storm().second;
+        const int usual = ofDay > 5 && ofDay < 20 ? 3 : 1;
+        const int count = isStorm ? 15 + chance.bounded(20) : std::max(0, chance.bounded(2 * usual + 2) - 2);
+        for (int alarm = 0; alarm < count; ++alarm) {
+            const qint64 first = hourBegin + chance.bounded(static_cast<int>(hour));
+            rows += QStringLiteral("(%1, %2, 1, 'Pump fail', %3, %4, %4, 1, '[]', %4, %4)")
+                        .arg(number + rows.size())
+                        .arg(1 + chance.bounded(isStorm ? 400 : 40))
+                        .arg(chance.bounded(12) == 0 ? 1 : 2)
+                        .arg(first);
+        }
+    }
+    RecordDatabase database;
+    if (database.open(m_first.mode->recordPath(), RecordDatabase::Use::Write)) {
+        (void)database.execute(
+            QStringLiteral("INSERT INTO alarm(id, station, kind, text, priority, first, last, count,"
+                           " recipients, acknowledged, over) VALUES") +
+            rows.join(u','));
+    }
+}
+
+/// For what waits for one, and for threads.
+void pause(Waterworks &works)
+{
+    works.settle();
+    QEventLoop loop;
+    QTimer::singleShot(400, &loop, &QEventLoop::quit);
+    loop.exec();
+    works.settle();
+}
+
+/// What tells that no sound can be played: where pictures are made nobody listens.
+void hideSoundTrouble(const QWidget &window)
+{
+    for (const auto *name : {"Cmd_no_sound", "lbl_sound_problem"}) {
+        if (auto *told = window.findChild<QWidget *>(QLatin1String(name))) {
+            told->hide();
+        }
+    }
+}
+
 /// Of a window and its pages.
 class Camera
 {
@@ -201,16 +317,14 @@ public:
     bool take(QWidget &window, Waterworks &works, const QString &name)
     {
         window.resize(m_size);
-        works.settle();
-        QEventLoop pause; // for what waits for one, and for threads
-        QTimer::singleShot(400, &pause, &QEventLoop::quit);
-        pause.exec();
-        works.settle();
+        pause(works);
         return save(window, name);
     }
     /// As it is.
     bool save(QWidget &window, const QString &name)
     {
+        hideSoundTrouble(window);
+        QCoreApplication::processEvents(); // what stood beside it takes its place
         const QString file = name + u'-' + m_suffix + QLatin1String(".png");
         m_failed = window.grab().save(m_pictures.filePath(file)) ? QString() : file;
         return m_failed.isEmpty();
@@ -235,7 +349,11 @@ QString pictureOf(const QWidget &page)
 
 bool takePages(Camera &camera, Waterworks &works, int stations)
 {
-    works.window().findChild<QAction *>(QStringLiteral("mnu_station_curves"))->trigger();
+    pause(works); // all is in the record, of which curves are drawn
+    works.window().findChild<QAction *>(QStringLiteral("mnu_curves"))->trigger();
+    works.window().findChild<CurvesPage *>()->add(
+        {{works.keyOf(0), 9}, {works.keyOf(1), 9}, {works.keyOf(0), 10}, {works.keyOf(1), 17}});
+    works.window().findChild<QAbstractButton *>(QStringLiteral("Cmd_curves_choose"))->setChecked(false);
     auto *pages = works.window().findChild<QTabWidget *>(QStringLiteral("TabStrip_pages"));
     for (int page = 0; page < pages->count(); ++page) {
         pages->setCurrentIndex(page);
@@ -251,6 +369,34 @@ bool takePages(Camera &camera, Waterworks &works, int stations)
     }
     works.window().findChild<QAction *>(QStringLiteral("mnu_ansicht_normal"))->trigger();
     return true;
+}
+
+/// What is for more than one station and fewer than all.
+bool takeSomeStations(Camera &camera, Waterworks &works)
+{
+    works.window().findChild<QAction *>(QStringLiteral("mnu_overview"))->trigger();
+    auto *order = works.window().findChild<QComboBox *>(QStringLiteral("Combo_overview_order"));
+    constexpr int byGroup = 2;
+    order->setCurrentIndex(byGroup);
+    Q_EMIT order->activated(byGroup);
+    works.settle();
+    for (int level = 0; level < 2; ++level) { // as large as tiles with values are
+        works.window().findChild<QAbstractButton *>(QStringLiteral("Cmd_overview_larger"))->click();
+    }
+    if (!camera.take(works.window(), works, QStringLiteral("operational-groups"))) {
+        return false;
+    }
+    works.window().findChild<QAction *>(QStringLiteral("mnu_ansicht_normal"))->trigger();
+    auto *tree = works.window().findChild<QTreeView *>();
+    tree->collapseAll();
+    tree->setCurrentIndex(tree->model()->index(1, 0));
+    works.settle();
+    for (const int row : {2, 4, 5, 7}) {
+        tree->selectionModel()->select(tree->model()->index(row, 0),
+                                       QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+    tree->scrollToTop();
+    return camera.take(works.window(), works, QStringLiteral("operational-several"));
 }
 
 bool takeDialogs(Camera &camera, Form_betriebsmodus &window)
@@ -277,8 +423,18 @@ bool takeRecord(Camera &camera, Waterworks &works)
         }
         auto *tabs = window->findChild<QTabWidget *>(QStringLiteral("TabStrip_record"));
         for (int tab = 0; tab < tabs->count(); ++tab) {
+            auto *map = tabs->widget(tab)->findChild<TimeMapView *>();
+            if (map != nullptr) {
+                works.rememberAlarms();
+            }
             tabs->setCurrentIndex(tab);
             const auto name = QLatin1String(recordTabs.at(static_cast<std::size_t>(tab)));
+            if (map != nullptr) {
+                pause(works);
+                const auto [from, to] = Waterworks::storm();
+                map->choose(from, to);
+                map->setFocus();
+            }
             if (!camera.take(*window, works, QLatin1String("record-") + name)) {
                 return false;
             }
@@ -296,6 +452,12 @@ QString takeOperationalPictures(const QDir &pictures, const TextTable &texts, co
                                 QSize size, const QString &suffix)
 {
     Camera camera(pictures, size, suffix);
+    {
+        Waterworks works(someStations, texts, locale);
+        if (!takeSomeStations(camera, works)) {
+            return camera.failed();
+        }
+    }
     for (const int stations : {3, 1000}) {
         Waterworks works(stations, texts, locale);
         if (!takePages(camera, works, stations)) {
