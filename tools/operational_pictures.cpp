@@ -377,8 +377,11 @@ bool takeSomeStations(Camera &camera, Waterworks &works)
     works.window().findChild<QAction *>(QStringLiteral("mnu_overview"))->trigger();
     auto *order = works.window().findChild<QComboBox *>(QStringLiteral("Combo_overview_order"));
     constexpr int byGroup = 2;
-    order->setCurrentIndex(byGroup);
-    Q_EMIT order->activated(byGroup);
+    const auto sort = [order](int by) {
+        order->setCurrentIndex(by);
+        Q_EMIT order->activated(by);
+    };
+    sort(byGroup);
     works.settle();
     for (int level = 0; level < 2; ++level) { // as large as tiles with values are
         works.window().findChild<QAbstractButton *>(QStringLiteral("Cmd_overview_larger"))->click();
@@ -386,6 +389,8 @@ bool takeSomeStations(Camera &camera, Waterworks &works)
     if (!camera.take(works.window(), works, QStringLiteral("operational-groups"))) {
         return false;
     }
+    works.window().findChild<QAbstractButton *>(QStringLiteral("Cmd_overview_fit"))->click(); // it is kept
+    sort(0);
     works.window().findChild<QAction *>(QStringLiteral("mnu_ansicht_normal"))->trigger();
     auto *tree = works.window().findChild<QTreeView *>();
     tree->collapseAll();

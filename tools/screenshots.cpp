@@ -157,6 +157,7 @@ int main(int argc, char **argv)
                 QStringLiteral("%1-%2").arg(german ? QStringLiteral("de") : QStringLiteral("en"),
                                             dark ? QStringLiteral("dark") : QStringLiteral("light"));
             const QLocale locale(german ? QLocale::German : QLocale::English);
+            QLocale::setDefault(locale); // as the system's would be
             TextTable texts;
             LoadTexts(texts, QString::fromLatin1(language), QStringLiteral("data/language.ini"));
             Translations translations;

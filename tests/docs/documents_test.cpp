@@ -261,6 +261,27 @@ private Q_SLOTS:
         QVERIFY2(faults.isEmpty(), qPrintable(u'\n' + faults.join(u'\n')));
     }
 
+    /// scripts/screenshots makes those that are named.
+    void everyPictureIsShownSomewhere()
+    {
+        static const QRegularExpression named(u"images/([\\w-]+\\.png)"_s);
+        QSet<QString> shown;
+        for (const QString &file : sources()) {
+            if (file.endsWith(u".md"_s)) {
+                const QString text = contentOf(QStringLiteral(KTR_SOURCE_DIR "/") + file);
+                for (const QRegularExpressionMatch &match : named.globalMatch(text)) {
+                    shown += match.captured(1);
+                }
+            }
+        }
+        const QDir images(QStringLiteral(KTR_SOURCE_DIR "/docs/images"));
+        const QStringList pictures = images.entryList(QDir::Files);
+        QVERIFY(pictures.size() > 10);
+        for (const QString &picture : pictures) {
+            QVERIFY2(shown.contains(picture), qPrintable(picture));
+        }
+    }
+
     void theVersionStandsOnce()
     {
         QVERIFY(repeats(u"Nummer=\"2.1.0\""_s, u"2.1.0"_s) && repeats(u"since 2.1.0."_s, u"2.1.0"_s));
