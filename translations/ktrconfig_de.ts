@@ -2,6 +2,13 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de_DE" sourcelanguage="en">
 <context>
+    <name>BesideList</name>
+    <message>
+        <source>; and %L1 more</source>
+        <translation>; und %L1 weitere</translation>
+    </message>
+</context>
+<context>
     <name>Comparison</name>
     <message>
         <source>yes</source>
@@ -45,6 +52,13 @@
     <message>
         <source>%1 datagrams dropped</source>
         <translation>%1 Datagramme verworfen</translation>
+    </message>
+</context>
+<context>
+    <name>EndOfWatching</name>
+    <message>
+        <source>Close the operational mode? Nobody watches its stations then; stations that are online: %L1, alarms that are open: %L2.</source>
+        <translation>Betriebsmodus schließen? Dann überwacht niemand seine Stationen; Stationen, die online sind: %L1, offene Alarme: %L2.</translation>
     </message>
 </context>
 <context>
@@ -2171,6 +2185,13 @@
     </message>
 </context>
 <context>
+    <name>StationRemoval</name>
+    <message>
+        <source>The removal was undone. Alarms that it had closed and that are open again: %1</source>
+        <translation>Das Entfernen wurde rückgängig gemacht. Alarme, die es geschlossen hatte und die wieder offen sind: %1</translation>
+    </message>
+</context>
+<context>
     <name>StationTransmission</name>
     <message>
         <source>all was sent: the memory does not prove what it held</source>
@@ -2762,6 +2783,14 @@ Wasserturm;turm.example.org:49111</translation>
         <source>It came more than %1 times within %2 minutes</source>
         <translation>Er kam mehr als %1-mal in %2 Minuten</translation>
     </message>
+    <message>
+        <source>nobody: station removed</source>
+        <translation>niemand: Station entfernt</translation>
+    </message>
+    <message>
+        <source>station removed %1</source>
+        <translation>Station entfernt %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::AlarmLimitsDialog</name>
@@ -3041,6 +3070,21 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>In its place when over</source>
         <translation>Stattdessen, wenn vorbei</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::BesideBanner</name>
+    <message>
+        <source>Groups of stations: %1</source>
+        <translation>Gruppen von Stationen: %1</translation>
+    </message>
+    <message>
+        <source>Configurations of stations: %1</source>
+        <translation>Konfigurationen von Stationen: %1</translation>
+    </message>
+    <message>
+        <source>What can be read of it is used; the file stays as it is.</source>
+        <translation>Was davon lesbar ist, wird verwendet; die Datei bleibt, wie sie ist.</translation>
     </message>
 </context>
 <context>
@@ -4559,10 +4603,6 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Geändert: %1 von %2 Dateien</translation>
     </message>
     <message>
-        <source>%1 of %2 stations are watched in the operational mode. Each is let go of while it is transmitted to, and watched again after that.</source>
-        <translation>%1 von %2 Stationen werden im Betriebsmodus überwacht. Jede wird losgelassen, während an sie übertragen wird, und danach wieder überwacht.</translation>
-    </message>
-    <message>
         <source>%1 of %2 stations are whole, after %3 s</source>
         <translation>%1 von %2 Stationen sind vollständig, nach %3 s</translation>
     </message>
@@ -4641,6 +4681,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Stations are being transmitted to: cancel that first</source>
         <translation>Es wird gerade übertragen: erst abbrechen</translation>
+    </message>
+    <message>
+        <source>%1 of %2 stations are watched in the operational mode. Each is let go of while it is transmitted to, and watched again after that; its alarms do not arrive meanwhile.</source>
+        <translation>%1 von %2 Stationen werden im Betriebsmodus überwacht. Jede wird losgelassen, solange an sie übertragen wird, und danach wieder überwacht; ihre Alarme kommen solange nicht an.</translation>
     </message>
 </context>
 <context>
@@ -4816,6 +4860,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>The field takes no more than %1 characters; the others were left out</source>
         <translation>Das Feld nimmt höchstens %1 Zeichen auf; die übrigen wurden weggelassen</translation>
     </message>
+    <message>
+        <source>While this window is connected with the station, its alarms do not arrive in the operational mode.</source>
+        <translation>Solange dieses Fenster mit der Station verbunden ist, kommen ihre Alarme im Betriebsmodus nicht an.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::Form_betriebsmodus</name>
@@ -4826,10 +4874,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The station has no address yet</source>
         <translation>Die Station hat noch keine Adresse</translation>
-    </message>
-    <message>
-        <source>Put all stations offline? Their alarms do not arrive until they are online again.</source>
-        <translation>Alle Stationen offline nehmen? Ihre Alarme kommen nicht an, bis sie wieder online sind.</translation>
     </message>
     <message>
         <source>The list of stations could not be written.</source>
@@ -5517,6 +5561,14 @@ Turm</translation>
     <message>
         <source>The stations cannot be shown</source>
         <translation>Die Stationen können nicht angezeigt werden</translation>
+    </message>
+    <message>
+        <source>A file beside the list of stations cannot be used as it is</source>
+        <translation>Eine Datei neben der Stationsliste ist so nicht verwendbar</translation>
+    </message>
+    <message>
+        <source>Reads the file again</source>
+        <translation>Liest die Datei noch einmal</translation>
     </message>
 </context>
 <context>
@@ -6432,6 +6484,18 @@ Turm</translation>
         <source>Other KTRconfig windows may not be noticed: %1</source>
         <translation>Andere KTRconfig-Fenster werden womöglich nicht bemerkt: %1</translation>
     </message>
+    <message>
+        <source>The KTRconfig that is open already goes on; this one ends.</source>
+        <translation>Das schon geöffnete KTRconfig läuft weiter; dieses endet.</translation>
+    </message>
+    <message>
+        <source>Not done: %1</source>
+        <translation>Nicht getan: %1</translation>
+    </message>
+    <message>
+        <source>The KTRconfig that was open already was closed; this one takes its place.</source>
+        <translation>Das schon geöffnete KTRconfig wurde geschlossen; dieses tritt an seine Stelle.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::QualityBars</name>
@@ -6728,6 +6792,14 @@ Turm</translation>
     <message>
         <source>A record on a server is copied by the server&apos;s own means (pg_dump)</source>
         <translation>Eine Aufzeichnung auf einem Server wird mit dessen eigenen Mitteln kopiert (pg_dump)</translation>
+    </message>
+    <message>
+        <source>What is older is removed from the record for good:</source>
+        <translation>Was älter ist, wird aus der Aufzeichnung endgültig entfernt:</translation>
+    </message>
+    <message>
+        <source>It cannot be undone. &quot;Back up...&quot; makes a copy before.</source>
+        <translation>Das lässt sich nicht rückgängig machen. „Sichern...“ macht vorher eine Kopie.</translation>
     </message>
 </context>
 <context>
@@ -7045,14 +7117,6 @@ Turm</translation>
         <translation>%L1 Stationen mit ihren Meldungen, ihrer Historie und ihren Werten löschen?</translation>
     </message>
     <message>
-        <source>Until stations are deleted the next time, Ctrl+Z brings them back.</source>
-        <translation>Bis zum nächsten Löschen von Stationen holt Strg+Z sie zurück.</translation>
-    </message>
-    <message>
-        <source>They cannot be brought back: %1.</source>
-        <translation>Sie können nicht zurückgeholt werden: %1.</translation>
-    </message>
-    <message>
         <source>Removing</source>
         <translation>Entfernen:</translation>
     </message>
@@ -7127,6 +7191,26 @@ Turm</translation>
     <message>
         <source>Stations that are asked for their values: %L1</source>
         <translation>Stationen, deren Werte angefordert werden: %L1</translation>
+    </message>
+    <message>
+        <source>Ctrl+Z brings back what was deleted, until stations are deleted the next time or the operational mode is closed.</source>
+        <translation>Strg+Z holt das Gelöschte zurück, bis das nächste Mal Stationen gelöscht werden oder der Betriebsmodus geschlossen wird.</translation>
+    </message>
+    <message>
+        <source>It cannot be undone: %1.</source>
+        <translation>Es lässt sich nicht rückgängig machen: %1.</translation>
+    </message>
+    <message>
+        <source>No station is online</source>
+        <translation>Keine Station ist online</translation>
+    </message>
+    <message>
+        <source>Put all stations offline? Online now: %L1. Their alarms do not arrive until they are online again.</source>
+        <translation>Alle Stationen offline schalten? Jetzt online: %L1. Ihre Alarme kommen nicht an, bis sie wieder online sind.</translation>
+    </message>
+    <message>
+        <source>Put %L1 stations into exclusive mode? They neither send nor receive by GSM then: their alarms arrive here alone, and on no telephone.</source>
+        <translation>%L1 Stationen in den Exklusivmodus schalten? Sie senden und empfangen dann nicht über GSM: Ihre Alarme kommen nur hier an und auf keinem Telefon.</translation>
     </message>
 </context>
 <context>
@@ -7405,6 +7489,14 @@ Turm</translation>
     <message>
         <source>%1 is sent when the module next reads an SMS; a click takes it back</source>
         <translation>%1 wird gesendet, sobald das Modul die nächste SMS liest; ein Klick nimmt es zurück</translation>
+    </message>
+    <message>
+        <source>Nobody watches the stations: %L1</source>
+        <translation>Niemand überwacht die Stationen: %L1</translation>
+    </message>
+    <message>
+        <source>The operational mode was closed: no alarm of these stations arrives. A click opens it again.</source>
+        <translation>Der Betriebsmodus wurde geschlossen: Kein Alarm dieser Stationen kommt an. Ein Klick öffnet ihn wieder.</translation>
     </message>
 </context>
 <context>

@@ -44,7 +44,7 @@ OperationalMode::OperationalMode(const Services &services, const StationCaptions
           m_parts, [this](const QString &kennung) { return m_stationActions.attributes(kennung); },
           services.filesInBetween),
       m_stationActions(m_parts, m_watchAlarms),
-      m_stationRemoval(m_parts, m_stationActions),
+      m_stationRemoval(m_parts, m_stationActions, m_watchAlarms),
       m_acknowledger(m_parts),
       m_intake(m_parts),
       m_removal(m_parts),

@@ -60,6 +60,12 @@ void StationActions::begin(const QString &kennung, const StationAttributes &attr
     m_parts.scheduler.setSchedule(kennung, attributes.schedule);
     cStation &created = *m_parts.stations.Item(kennung);
     created.setExclusiveMode(attributes.exclusiveMode);
+    if (m_watchAlarms.needsPuk(m_parts.record.number(kennung))) {
+        cStation::Seen before; // that it is over is to be told, too
+        before.csq = created.csq();
+        before.pukNeeded = true;
+        created.show(before);
+    }
     if (attributes.online) {
         created.connectStation();
     }
@@ -116,7 +122,7 @@ void StationActions::takeOut(const QString &kennung)
     m_lent.remove(kennung);
     StationRow row = rowOf(kennung);
     row.listed = false;
-    m_watchAlarms.letGo(row.id);
+    m_watchAlarms.handOver(row.id); // the book ends them below, with the others
     m_parts.record.add(row);
     m_parts.record.add(EventKind::StationRemoved, kennung, m_parts.moment(), row.name,
                        ListRecord::By::Operator);

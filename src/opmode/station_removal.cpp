@@ -13,7 +13,7 @@ void StationRemoval::remove(const QString &kennung)
     removed.number = m_parts.record.number(kennung);
     removed.attributes = m_actions.attributes(kennung);
     for (const auto &[id, alarm] : m_parts.alarms.standing()) {
-        if (alarm.station == removed.number && alarm.kind == AlarmKind::Module) { // the others begin anew
+        if (alarm.station == removed.number) {
             removed.alarms += alarm;
         }
     }
@@ -51,25 +51,32 @@ bool StationRemoval::restoreNext()
     }
     m_parts.record.knowStation(removed.number, removed.kennung);
     m_parts.trends.putBack(std::move(removed.trends));
-    m_actions.bringBack(removed.kennung, removed.attributes);
     for (const Shelf &shelf : std::as_const(removed.shelves)) {
         m_parts.alarms.shelve(shelf);
     }
-    m_returned += removed.alarms;
+    putBackAlarms(removed); // before its module may say that what one tells of is over
+    m_actions.bringBack(removed.kennung, removed.attributes);
+    m_parts.record.add(EventKind::Note, removed.kennung, m_parts.moment(),
+                       tr("The removal was undone. Alarms that it had closed and that are open again: %1")
+                           .arg(removed.alarms.size()),
+                       ListRecord::By::Operator);
     m_removed.pop_front();
     return true;
+}
+
+void StationRemoval::putBackAlarms(const Removed &removed)
+{
+    for (const AlarmRow &alarm : removed.alarms) {
+        m_parts.record.add(alarm);
+    }
+    m_parts.alarms.putBack(removed.alarms);
+    m_watchAlarms.takeOver(removed.alarms);
 }
 
 /// All alarms at once: who shows them looks at all of them anew.
 void StationRemoval::settle()
 {
-    const QList<AlarmRow> alarms = std::exchange(m_returned, {});
-    for (const AlarmRow &alarm : alarms) {
-        m_parts.record.add(alarm);
-    }
-    if (!alarms.isEmpty()) {
-        m_parts.alarms.takeOver(alarms);
-    }
+    m_parts.alarms.tellPutBack();
 }
 
 void StationRemoval::forget()

@@ -10,9 +10,13 @@ namespace ktr {
 /// their settings, entries, alarms and places. What the record says of them it keeps in any case.
 class StationRemoval
 {
+    Q_DECLARE_TR_FUNCTIONS(StationRemoval)
+
 public:
     /// All must outlive it.
-    StationRemoval(const ListParts &parts, StationActions &actions) : m_parts(parts), m_actions(actions) {}
+    StationRemoval(const ListParts &parts, StationActions &actions, WatchAlarms &watchAlarms)
+        : m_parts(parts), m_actions(actions), m_watchAlarms(watchAlarms)
+    {}
 
     /// Another removal: what went before cannot be brought back any more.
     void begin() { forget(); }
@@ -42,10 +46,12 @@ private:
         QList<Shelf> shelves{};
     };
 
+    void putBackAlarms(const Removed &removed);
+
     ListParts m_parts;
     StationActions &m_actions;
+    WatchAlarms &m_watchAlarms;
     std::deque<Removed> m_removed;
-    QList<AlarmRow> m_returned; ///< alarms that stand again once all stations are back
 };
 
 } // namespace ktr

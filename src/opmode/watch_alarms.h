@@ -47,11 +47,13 @@ public:
     void onStationChanged(qint64 station, StationChange what, const std::optional<DatagramLoss> &loss);
     /// It is watched no longer.
     void letGo(qint64 station);
-    /// The alarms of stations that another program watched until now, and that are watched here; those of a
-    /// flood are over.
+    /// The alarms of stations that another program watched until now, or that are back in the list, and that
+    /// are watched here; those of a flood are over.
     void takeOver(const QList<AlarmRow> &standing);
-    /// Another program watches it from now on: what is so stays so.
+    /// Another program watches it from now on, or it leaves the list: what is so stays so.
     void handOver(qint64 station);
+    /// Whether an alarm of it stands that its module asks for the PUK.
+    bool needsPuk(qint64 station) const { return m_puk.contains(station); }
     /// Why the disk does not take what happens, or empty when it does.
     void setDiskTrouble(const QString &trouble);
     /// The disk has little room left, or nothing to be told of it.

@@ -1,3 +1,4 @@
+#include "record/closed_by_removal.h"
 #include "record/record_reader.h"
 
 #include <algorithm>
@@ -30,8 +31,10 @@ Status RecordReader::alarmFigures(qint64 from, qint64 to, qint64 now, AlarmFigur
     }
     QList<qint64> waited;
     if (read) {
-        read = each(u"SELECT acknowledged - first, coalesce(over, ?) - first"_s + came, {now, from, to},
-                    [&](const QSqlQuery &row) {
+        read = each(u"SELECT CASE WHEN acknowledged_by = ? THEN NULL ELSE acknowledged - first END,"
+                    " coalesce(over, ?) - first"_s +
+                        came,
+                    {closedByRemoval(), now, from, to}, [&](const QSqlQuery &row) {
                         if (!row.isNull(0)) {
                             waited += std::max(qint64{0}, row.value(0).toLongLong());
                         }

@@ -1,5 +1,7 @@
 #include "opmode/alarms/alarm_book.h"
 
+#include "record/closed_by_removal.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -354,9 +356,22 @@ void AlarmBook::forget(qint64 station, qint64 at)
     for (const qint64 id : alarms) {
         finish(id, at, tr("the station was removed"));
     }
-    acknowledge(alarms, at, {});
+    acknowledge(alarms, at, closedByRemoval());
     if (m_shelves.removeIf([&](const Shelf &shelf) { return shelf.station == station; }) > 0) {
         Q_EMIT shelvesChanged();
+    }
+}
+
+void AlarmBook::putBack(const QList<AlarmRow> &alarms)
+{
+    putQuietly(alarms);
+    m_isPutBackUntold = m_isPutBackUntold || !alarms.isEmpty();
+}
+
+void AlarmBook::tellPutBack()
+{
+    if (std::exchange(m_isPutBackUntold, false)) {
+        Q_EMIT reset();
     }
 }
 

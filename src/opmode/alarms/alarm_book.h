@@ -75,8 +75,12 @@ public:
     const QList<Shelf> &shelves() const { return m_shelves; }
     /// What puts an alarm aside; null for nothing.
     const Shelf *shelfOf(const AlarmRow &alarm) const;
-    /// The station has left the list, which ends its alarms and acknowledges them.
+    /// The station has left the list, which ends its alarms and closes those that nobody acknowledged.
     void forget(qint64 station, qint64 at);
+    /// The alarms of a station that is back, as they were. Nothing is told of it before tellPutBack(), which
+    /// tells reset() once for all that came back.
+    void putBack(const QList<AlarmRow> &alarms);
+    void tellPutBack();
 
     const std::map<qint64, AlarmRow> &standing() const { return m_standing; }
     /// Null when it stands no longer.
@@ -126,6 +130,7 @@ private:
     QMultiHash<Place, qint64> m_ends;                 ///< by station and the text that ends them
     QHash<qint64, QHash<QString, qint64>> m_arrivals; ///< how often each number was told
     QList<Shelf> m_shelves;
+    bool m_isPutBackUntold = false;
 };
 
 } // namespace ktr

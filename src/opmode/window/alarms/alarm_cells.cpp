@@ -3,6 +3,7 @@
 #include "look/palettes.h"
 #include "opmode/window/alarm_look.h"
 #include "platform/text_rules.h"
+#include "record/closed_by_removal.h"
 
 #include <QApplication>
 #include <QFont>
@@ -60,6 +61,11 @@ QString AlarmCells::priority(int priority)
     return {};
 }
 
+QString AlarmCells::acknowledgedBy(const AlarmRow &alarm)
+{
+    return alarm.acknowledgedBy == closedByRemoval() ? tr("nobody: station removed") : alarm.acknowledgedBy;
+}
+
 QString AlarmCells::station(const AlarmRow &alarm) const
 {
     const QString kennung = m_mode.stationOf(alarm);
@@ -77,8 +83,9 @@ QString AlarmCells::state(const AlarmRow &alarm) const
     if (alarm.first == 0) { // a shelf without an alarm
         return parts.join(QLatin1String("; "));
     }
-    parts += alarm.acknowledged == 0
-                 ? m_notAcknowledged
+    parts += alarm.acknowledged == 0 ? m_notAcknowledged
+             : alarm.acknowledgedBy == closedByRemoval()
+                 ? tr("station removed %1").arg(shownMoment(alarm.acknowledged))
                  : with(tr("acknowledged %1").arg(shownMoment(alarm.acknowledged)), alarm.acknowledgedBy);
     if (alarm.over != 0) {
         parts += tr("over %1").arg(shownMoment(alarm.over));

@@ -31,6 +31,8 @@ public:
 
     static QString header(int column);
     static QString priority(int priority);
+    /// A name; that nobody did where a removal of the station closed the alarm.
+    static QString acknowledgedBy(const AlarmRow &alarm);
     QString station(const AlarmRow &alarm) const;
     QString text(const AlarmRow &alarm, int column) const;
     QString text(const AlarmLine &line, int column) const;

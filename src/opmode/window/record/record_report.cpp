@@ -1,5 +1,7 @@
 #include "opmode/window/record/record_report.h"
 
+#include "opmode/window/alarms/alarm_cells.h"
+
 #include <QCoreApplication>
 
 #include <algorithm>
@@ -221,8 +223,14 @@ private:
              QCoreApplication::translate("Report", "By"), QCoreApplication::translate("Report", "Over"),
              QCoreApplication::translate("Report", "Comment")}};
         for (const AlarmRow &row : alarms) {
-            table.rows += {time(row.first),        station(row.station), row.text,       number(row.count),
-                           time(row.acknowledged), row.acknowledgedBy,   time(row.over), row.comment};
+            table.rows += {time(row.first),
+                           station(row.station),
+                           row.text,
+                           number(row.count),
+                           time(row.acknowledged),
+                           AlarmCells::acknowledgedBy(row),
+                           time(row.over),
+                           row.comment};
         }
         report.tables += table;
     }

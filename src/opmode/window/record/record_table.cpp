@@ -59,7 +59,7 @@ const std::array<Column<AlarmRow>, 12> alarmColumns{{
     {QT_TRANSLATE_NOOP("RecordTable", "Count"), 7, nullptr, [](Alarm row) { return row.count; }},
     {QT_TRANSLATE_NOOP("RecordTable", "Acknowledged"), 19, &AlarmRow::acknowledged},
     {QT_TRANSLATE_NOOP("RecordTable", "By"), 14, nullptr, nullptr,
-     [](Alarm row, Stations) { return row.acknowledgedBy; }},
+     [](Alarm row, Stations) { return AlarmCells::acknowledgedBy(row); }},
     {QT_TRANSLATE_NOOP("RecordTable", "Over"), 19, &AlarmRow::over},
     {QT_TRANSLATE_NOOP("RecordTable", "Over by"), 16, nullptr, nullptr,
      [](Alarm row, Stations) { return row.overWhy; }},
