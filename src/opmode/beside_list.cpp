@@ -9,6 +9,8 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 
+#include <algorithm>
+
 namespace ktr {
 
 QString fileBesideList(const QString &list, QLatin1StringView suffix)
@@ -35,6 +37,19 @@ Status readBesideList(const QString &path, QByteArray &text)
         return fileFailure(path, QCoreApplication::translate("StationGroups", "it is not in UTF-8"));
     }
     return read;
+}
+
+QString troubleBesideList(const QString &path, const Status &read, const QStringList &remarks)
+{
+    if (!read) {
+        return read.message();
+    }
+    constexpr qsizetype most = 3;
+    QString lines = remarks.first(std::min(most, remarks.size())).join(QLatin1String("; "));
+    if (remarks.size() > most) {
+        lines += QCoreApplication::translate("BesideList", "; and %L1 more").arg(remarks.size() - most);
+    }
+    return lines.isEmpty() ? QString() : path + QLatin1String(": ") + lines;
 }
 
 Status writeBesideList(const QString &path, const QByteArray &text)

@@ -69,9 +69,7 @@ void StationConfigurations::open(const QString &list)
     m_list = list;
     m_linksFile = fileBesideList(list, QLatin1StringView(".links"));
     m_linksOf = {};
-    if (const Status read = takeLinks(); !read) {
-        Q_EMIT statusMessage(read.message());
-    }
+    (void)takeLinks(); // linksTrouble() tells
     look();
     Q_EMIT changed();
 }
@@ -91,11 +89,9 @@ Status StationConfigurations::takeLinks()
     }
     QStringList remarks;
     const StationLinks links = StationLinks::parse(text, folderOf(m_list), remarks);
-    if (links != m_links) {
-        m_links = links;
-        for (const QString &remark : std::as_const(remarks)) {
-            Q_EMIT statusMessage(m_linksFile + QLatin1String(": ") + remark);
-        }
+    m_links = links;
+    if (std::exchange(m_linksTrouble, troubleBesideList(m_linksFile, read, remarks)) != m_linksTrouble) {
+        Q_EMIT linksTroubleChanged();
     }
     return read;
 }

@@ -63,6 +63,8 @@ public:
     void setTransmitted(const QHash<QString, QString> &files);
     /// Looks whether files have changed, without waiting for the system to tell. Nothing before open().
     void look();
+    /// What of the user's choices cannot be read or understood, with the file's name; empty when all can.
+    const QString &linksTrouble() const { return m_linksTrouble; }
     /// Whether all that was to be looked at has been.
     bool isSettled() const { return !m_isBusy && !m_isWanted; }
 
@@ -79,6 +81,8 @@ public:
 Q_SIGNALS:
     /// Another file is a station's, or what a file says has changed.
     void changed();
+    /// linksTrouble() tells something else.
+    void linksTroubleChanged();
     /// A line for the status bar.
     void statusMessage(const QString &line);
 
@@ -95,6 +99,7 @@ private:
     QString m_linksFile;
     FileStamp m_linksOf; ///< when that was read
     StationLinks m_links;
+    QString m_linksTrouble;
     QStringList m_folders;
     QHash<QString, QString> m_transmitted;
     ConfigurationFiles::Files m_found;

@@ -9,6 +9,7 @@
 #include "opmode/window/alarm_bar.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/alarms/alarm_commands.h"
+#include "opmode/window/beside_banner.h"
 #include "opmode/window/configuration_card.h"
 #include "opmode/window/curves/series_drag.h"
 #include "opmode/window/export_dialog.h"
@@ -183,11 +184,14 @@ void Form_betriebsmodus::layOut()
         openList();
     });
     m_unkeptBanner = new ListBanner(body);
+    m_besideBanner = new BesideBanner(m_mode.configurations(), body);
+    connect(m_besideBanner, &BesideBanner::groupsWanted, this, [this] { m_overview->readGroups(); });
     m_unkeptBanner->setObjectName(QStringLiteral("UnkeptBanner"));
     column->addWidget(m_listBanner);
     column->addWidget(m_lockBanner);
     column->addWidget(m_joinedBanner);
     column->addWidget(alarms);
+    column->addWidget(m_besideBanner);
     column->addWidget(m_splitter, 1);
     m_wallHeader = new WallHeader(m_mode, m_services.timers, body);
     column->addWidget(m_wallHeader);
@@ -250,6 +254,7 @@ void Form_betriebsmodus::connectTree()
     connect(m_pages, &OpmodePages::entryWanted, this, &Form_betriebsmodus::goTo);
     connect(m_tree, &StationTreeView::nameRefused, this,
             [this](const QString &name) { tell(StationTreeView::refusalOf(name)); });
+    connect(m_overview, &OverviewPage::groupsTrouble, m_besideBanner, &BesideBanner::setGroupsTrouble);
     connect(m_overview, &OverviewPage::groupsChanged, &m_treePane->order(), &TreeOrder::setGroups);
     connect(m_overview, &OverviewPage::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_overview->view(), &OverviewView::choiceChanged, this, [this] { // the menus are about it
@@ -416,6 +421,7 @@ void Form_betriebsmodus::applyTexts()
     m_operatorBar->applyTexts();
     m_noAlarm->setText(tr("All alarms are acknowledged"));
     showMute();
+    m_besideBanner->applyTexts();
     m_listBanner->applyTexts();
     m_lockBanner->applyTexts();
     showKeeper();

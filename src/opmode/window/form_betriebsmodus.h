@@ -18,6 +18,7 @@ class QSplitter;
 namespace ktr {
 
 class AlarmBar;
+class BesideBanner;
 class ListBanner;
 class MessageLine;
 class OpmodeMenus;
@@ -167,6 +168,7 @@ private:
     OperatorBar *m_operatorBar;
     AlarmBar *m_alarmBar;
     QLabel *m_noAlarm;
+    BesideBanner *m_besideBanner;
     QLabel *m_muted; ///< until when
     QSplitter *m_splitter;
     OverviewPage *m_overview;

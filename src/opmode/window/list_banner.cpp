@@ -113,6 +113,11 @@ void ListBanner::tellUnopened(const QString &reason)
     show(Topic::Unopened, reason);
 }
 
+void ListBanner::tellBeside(const QString &troubles)
+{
+    show(Topic::Beside, troubles);
+}
+
 void ListBanner::tellOpening(const QString &address)
 {
     show(Topic::Opening, address);
@@ -123,9 +128,9 @@ void ListBanner::show(Topic topic, const QString &reason)
     m_topic = topic;
     takeColours();
     m_watch->hide();
-    m_retry->setVisible(topic == Topic::NotWatched || topic == Topic::Unopened);
+    m_retry->setVisible(topic == Topic::NotWatched || topic == Topic::Unopened || topic == Topic::Beside);
     m_empty->hide();
-    m_noted->setVisible(topic == Topic::Defects || topic == Topic::Unlocked);
+    m_noted->setVisible(topic == Topic::Defects || topic == Topic::Unlocked || topic == Topic::Beside);
     m_reason->setText(reason);
     setAccessibleDescription(reason);
     applyTexts();
@@ -153,6 +158,8 @@ QString ListBanner::headline() const
         return tr("The stations cannot be shown");
     case Topic::Opening:
         return tr("The record is being opened");
+    case Topic::Beside:
+        return tr("A file beside the list of stations cannot be used as it is");
     case Topic::Unkept:
         return tr("Alarms and changes cannot be written to the disk");
     }
@@ -164,13 +171,14 @@ void ListBanner::applyTexts()
     m_headline->setText(headline());
     setAccessibleName(m_headline->text());
     m_retry->setText(tr("Try again"));
-    m_retry->setToolTip(tr("Opens the list of stations again"));
+    m_retry->setToolTip(m_topic == Topic::Beside ? tr("Reads the file again")
+                                                 : tr("Opens the list of stations again"));
     m_empty->setText(tr("Begin an empty list"));
     m_empty->setToolTip(tr("Keeps the list that cannot be used under another name and begins an empty one"));
     m_watch->setText(tr("Watch here"));
     m_watch->setToolTip(tr("Opens the list of stations again and talks with the modules from here"));
     m_noted->setText(tr("Noted"));
-    m_noted->setToolTip(m_topic == Topic::Unlocked
+    m_noted->setToolTip(m_topic == Topic::Unlocked || m_topic == Topic::Beside
                             ? tr("Hides this message")
                             : tr("Hides this message; the damaged file is kept under another name"));
     for (QPushButton *button : {m_retry, m_empty, m_noted, m_watch}) {

@@ -34,6 +34,9 @@ public:
     void tellUnreachable(const QString &since);
     /// The stations cannot be shown; who watches them is not known. It stays until hide().
     void tellUnopened(const QString &reason);
+    /// What is kept in files beside the list cannot be used as it is. It goes when the user has taken note,
+    /// or with hide().
+    void tellBeside(const QString &troubles);
     /// The stations are not shown yet. It stays until hide().
     void tellOpening(const QString &address);
     /// Puts the captions in place; called again when the language changes.
@@ -63,7 +66,8 @@ private:
         Unwatched,
         Unreachable,
         Unopened,
-        Opening
+        Opening,
+        Beside
     };
     void show(Topic topic, const QString &reason);
     QString headline() const;

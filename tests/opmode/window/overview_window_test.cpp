@@ -235,6 +235,53 @@ private Q_SLOTS:
         QVERIFY(!m_window->findChild<QComboBox *>("Combo_overview_group")->isVisible());
     }
 
+    void whatCannotBeUsedBesideTheListIsToldUntilItCanAndStaysAsItIs_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("content");
+        QTest::addColumn<QByteArray>("mended");
+        QTest::newRow("groups, no text")
+            << "nodes.groups" << QByteArray("[Pumps]\nPump *\n\xff\xfe") << QByteArray("[Pumps]\nPump *\n");
+        QTest::newRow("groups, not understood")
+            << "nodes.groups" << QByteArray("Pump *\n") << QByteArray("[Pumps]\nPump *\n");
+        QTest::newRow("links, no text")
+            << "nodes.links" << QByteArray("A;a.xml\n\xff\xfe") << QByteArray("A;a.xml\n");
+        QTest::newRow("links, not understood")
+            << "nodes.links" << QByteArray("A;a.xml\nB\n") << QByteArray("A;a.xml\n");
+    }
+    void whatCannotBeUsedBesideTheListIsToldUntilItCanAndStaysAsItIs()
+    {
+        QFETCH(const QString, name);
+        QFETCH(const QByteArray, content);
+        QFETCH(const QByteArray, mended);
+        const QString file = m_folder->filePath(name);
+        QVERIFY(replaceFile(file, content));
+        open({"A", "Pump 1"});
+        m_mode->configurations().open(m_folder->filePath("nodes.xml"));
+        const auto *banner = m_window->findChild<QWidget *>("BesideBanner");
+        const auto isTold = [&] {
+            return banner->isVisible() &&
+                   banner->findChild<QLabel *>("lbl_list_reason")->text().contains(name);
+        };
+        QVERIFY(isTold());
+        showOverview();
+        QVERIFY(isTold());
+        if (content.contains('\xff')) { // nothing writes over it
+            (void)m_mode->configurations().choose("Pump 1", m_folder->filePath("a.xml"));
+            if (name.endsWith("groups")) {
+                QVERIFY(!action("mnu_overview_groups", 0)->isEnabled());
+            }
+            QVERIFY(isTold());
+        }
+        QByteArray present;
+        QVERIFY(readFile(file, present));
+        QCOMPARE(present, content);
+        QVERIFY(replaceFile(file, mended));
+        QTRY_VERIFY(m_mode->configurations().isSettled());
+        banner->findChild<QPushButton *>("Cmd_list_retry")->click();
+        QTRY_VERIFY(!banner->isVisible());
+    }
+
     /// Who sees no colours, or red as green, sees the marks.
     void eachStateIsToldWithoutColoursToo()
     {

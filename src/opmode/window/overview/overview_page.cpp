@@ -243,23 +243,23 @@ void OverviewPage::applyTexts()
 void OverviewPage::openGroups(const QString &list)
 {
     m_groupsFile = groupsFileOf(list);
-    QByteArray text;
-    const Status read = readBesideList(m_groupsFile, text);
-    m_options->setGroupsUsable(read ? QString() : read.message());
-    if (!read) {
-        Q_EMIT statusMessage(read.message());
-    }
-    takeGroups(text);
+    readGroups();
 }
 
-void OverviewPage::takeGroups(const QByteArray &text)
+void OverviewPage::readGroups()
+{
+    QByteArray text;
+    const Status read = readBesideList(m_groupsFile, text);
+    takeGroups(text, read);
+}
+
+void OverviewPage::takeGroups(const QByteArray &text, const Status &read)
 {
     m_groupsText = text;
     QStringList remarks;
     m_model.setGroups(StationGroups::parse(text, remarks));
-    for (const QString &remark : std::as_const(remarks)) {
-        Q_EMIT statusMessage(m_groupsFile + QLatin1String(": ") + remark);
-    }
+    m_options->setGroupsUsable(read ? QString() : read.message());
+    Q_EMIT groupsTrouble(troubleBesideList(m_groupsFile, read, remarks));
     Q_EMIT groupsChanged(m_model.groups());
     showGroups();
 }
@@ -267,9 +267,13 @@ void OverviewPage::takeGroups(const QByteArray &text)
 /// Another program may have written the file meanwhile.
 void OverviewPage::editGroups()
 {
-    if (QByteArray present; readBesideList(m_groupsFile, present)) {
-        takeGroups(present);
+    QByteArray present;
+    if (const Status read = readBesideList(m_groupsFile, present); !read) { // it would be written over
+        takeGroups({}, read);
+        Q_EMIT statusMessage(read.message());
+        return;
     }
+    takeGroups(present);
     GroupsDialog dialog(m_model, m_groupsText, m_texts, this);
     while (dialog.exec() == QDialog::Accepted) {
         const Status written = keepGroups(dialog.text());
@@ -282,7 +286,11 @@ void OverviewPage::editGroups()
 
 Status OverviewPage::keepGroups(const QByteArray &text)
 {
-    Status written = writeBesideList(m_groupsFile, text);
+    QByteArray present;
+    Status written = readBesideList(m_groupsFile, present); // what cannot be read is not written over
+    if (written) {
+        written = writeBesideList(m_groupsFile, text);
+    }
     if (written) {
         takeGroups(text);
     }

@@ -35,6 +35,8 @@ public:
 
     /// Takes the groups that belong to a list of stations.
     void openGroups(const QString &list);
+    /// Takes them as they stand in the file now.
+    void readGroups();
 
     OverviewView &view() { return *m_view; }
     OverviewModel &model() { return m_model; }
@@ -49,6 +51,8 @@ Q_SIGNALS:
     /// The user wants to see a station in the tree.
     void stationWanted(const QString &kennung);
     void groupsChanged(const ktr::StationGroups &groups);
+    /// What of the file with the groups cannot be used, with its name; empty when all can.
+    void groupsTrouble(const QString &trouble);
     /// The user dragged a station to where its curves are to be seen.
     void curvesWanted(const QList<ktr::SeriesId> &series);
     /// A line for the status bar.
@@ -68,7 +72,7 @@ private:
     void prepareOptions();
     void chooseGroupChannels(const QString &group, const QList<int> &channels);
     Status keepGroups(const QByteArray &text);
-    void takeGroups(const QByteArray &text);
+    void takeGroups(const QByteArray &text, const Status &read = Status::done());
     void showGroups();
     void goToFound();
     void showCounts();
