@@ -102,6 +102,26 @@ private Q_SLOTS:
         QCOMPARE(m_page->series(), (QList<SeriesId>{{"pump", 9}}));
     }
 
+    void anUndoneRemovalBringsTheCurvesBackInTheirPlaces()
+    {
+        drop({{"pump", 9}, {"well", 9}});
+        m_mode->removal().begin();
+        m_mode->removal().remove("pump");
+        QTRY_COMPARE(m_page->series(), (QList<SeriesId>{{"well", 9}}));
+        QVERIFY(m_mode->removal().restoreNext());
+        m_mode->settleRestored();
+        QTRY_COMPARE(m_page->series(), (QList<SeriesId>{{"pump", 9}, {"well", 9}}));
+        QTRY_COMPARE(cells(1), (QStringList{"2", "102"}));
+        for (const QString &kennung : {u"pump"_s, u"well"_s}) { // the first one for good
+            m_mode->removal().begin();
+            m_mode->removal().remove(kennung);
+            QTRY_VERIFY(!m_page->series().contains(SeriesId{kennung, 9}));
+        }
+        QCOMPARE(m_mode->addStation("pump"), "pump"); // another station
+        QVERIFY(m_mode->removal().restoreNext());
+        QTRY_COMPARE(m_page->series(), (QList<SeriesId>{{"well", 9}}));
+    }
+
     void theListOfInputsTicksThem()
     {
         auto *inputs = m_page->findChild<QTreeWidget *>("List_curves_inputs");

@@ -222,6 +222,7 @@ void CurvesPage::connectParts()
         m_store.clear();
         m_series.clear();
         m_slots.clear();
+        m_away.clear();
         m_isRestored = false;
         m_stationsTimer->start();
     });
@@ -348,12 +349,40 @@ void CurvesPage::stationsChanged()
     }
     for (const SeriesId &id : std::as_const(gone)) {
         m_series.removeAll(id);
+        m_away.insert(m_slots.key(id), id);
         m_slots.remove(m_slots.key(id));
     }
+    takeBack();
     if (!m_chooser->isHidden()) {
         m_chooser->refresh();
     }
     seriesChanged();
+}
+
+/// A removal of stations can be undone; their curves have their places and colours again then.
+void CurvesPage::takeBack()
+{
+    const QStringList removed = mode().removal().stations();
+    m_away.removeIf([&](const auto &away) { // the older ones never come back
+        return !removed.contains(away.value().kennung) && !mode().tree().find(away.value().kennung).isValid();
+    });
+    const QMap<int, SeriesId> away = m_away;
+    for (auto each = away.cbegin(); each != away.cend(); ++each) {
+        if (!mode().tree().find(each->kennung).isValid()) {
+            continue;
+        }
+        m_away.remove(each.key());
+        if (!m_series.contains(*each) && !m_slots.contains(each.key())) {
+            const auto behind = std::ranges::find_if(
+                m_series, [&](const SeriesId &id) { return m_slots.key(id) > each.key(); });
+            m_series.insert(behind, *each);
+            m_slots.insert(each.key(), *each);
+        }
+    }
+    if (m_away.size() != away.size()) { // they are to be kept again
+        SettingsStore().SaveSetting(settingsOwner, settings_sections::operationalMode, seriesKey,
+                                    m_kept.save(mode(), m_series));
+    }
 }
 
 void CurvesPage::add(const QList<SeriesId> &series)

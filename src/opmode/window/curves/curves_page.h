@@ -58,6 +58,7 @@ private:
     void remove(const QList<SeriesId> &series);
     void removeChosen();
     void seriesChanged();
+    void takeBack();
     void showChooser(bool isShown);
     void load(bool anew = false);
     void followOn();
@@ -77,6 +78,7 @@ private:
     QList<SeriesId> m_series;
     QHash<int, SeriesId> m_slots;
     QList<SeriesId> m_hidden;
+    QMap<int, SeriesId> m_away; ///< of removed stations that can be brought back, by their place
     bool m_isRestored = false;
     std::optional<HistoryLevel> m_level; ///< that the list's columns are made for
     qint64 m_readAt = 0;                 ///< when it was read anew, while it follows
