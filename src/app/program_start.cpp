@@ -1,9 +1,43 @@
 #include "app/program_start.h"
 
 #include "app/language_setting.h"
+#include "look/program_name.h"
 #include "platform/registry.h"
+#include "platform/terminal.h"
+
+#include <cstdio>
 
 namespace ktr {
+
+namespace {
+
+void printOnTerminal(const QString &line)
+{
+    borrowConsole();
+    prepareConsole();
+    std::fputs((programName + QLatin1String(": ") + line + u'\n').toUtf8().constData(), stderr);
+    std::fflush(stderr);
+}
+
+/// What the command line asks this start to open.
+QStringList wantedOf(const CommandLine &options)
+{
+    QStringList wanted;
+    if (options.operationalMode) {
+        wanted += QStringLiteral("-operational");
+    }
+    if (!options.record.isEmpty()) {
+        wanted += QLatin1String("-record ") + options.record;
+    }
+    if (options.load) {
+        wanted += QLatin1String("-load ") + options.fileNameAsWritten.trimmed();
+    } else if (!options.bareFileName.isEmpty()) {
+        wanted += options.bareFileName;
+    }
+    return wanted;
+}
+
+} // namespace
 
 ProgramStart::ProgramStart(const Environment &environment, Timers &timers, const QString &instanceName,
                            const TextTable &texts, InterfaceLanguage &language, std::function<Works()> works)
@@ -15,7 +49,7 @@ ProgramStart::ProgramStart(const Environment &environment, Timers &timers, const
     m_wait.setSingleShot(true);
     connect(&m_takeOver, &TakeOver::titleWanted, this, &ProgramStart::titleWanted);
     connect(&m_takeOver, &TakeOver::statusMessage, this, &ProgramStart::statusMessage);
-    connect(&m_takeOver, &TakeOver::givenUp, this, &ProgramStart::givenUp);
+    connect(&m_takeOver, &TakeOver::givenUp, this, &ProgramStart::giveUp);
     connect(&m_takeOver, &TakeOver::done, this, &ProgramStart::finish);
     connect(&m_instance, &SingleInstance::frontRequested, this, &ProgramStart::frontRequested);
     connect(&m_instance, &SingleInstance::closeRequested, this, &ProgramStart::closeRequested);
@@ -23,6 +57,7 @@ ProgramStart::ProgramStart(const Environment &environment, Timers &timers, const
 
 void ProgramStart::begin(const CommandLine &options)
 {
+    m_wanted = wantedOf(options);
     languageSetting();
     const bool isCorrupt = MRegistry::lastError() == MRegistry::Error::Corrupt;
     const QString kept = languageAtStart(); // this write moves damaged settings aside
@@ -51,12 +86,34 @@ void ProgramStart::begin(const CommandLine &options)
 void ProgramStart::finish(const QString &remark)
 {
     m_isDone = true;
+    if (m_takeOver.hasEndedOther()) {
+        printOnTerminal(tookPlace());
+    }
     Q_EMIT done(remark);
+}
+
+/// Who started the program from a terminal or a script sees no window of it.
+void ProgramStart::giveUp()
+{
+    QString line = tr("The KTRconfig that is open already goes on; this one ends.");
+    if (!m_wanted.isEmpty()) {
+        line += u' ' + tr("Not done: %1").arg(m_wanted.join(QLatin1String(", ")));
+    }
+    printOnTerminal(line);
+    Q_EMIT givenUp();
+}
+
+QString ProgramStart::tookPlace()
+{
+    return tr("The KTRconfig that was open already was closed; this one takes its place.");
 }
 
 QStringList ProgramStart::troubles() const
 {
     QStringList troubles = m_settingsTroubles;
+    if (m_takeOver.hasEndedOther()) {
+        troubles += tookPlace();
+    }
     if (!m_instance.trouble()) {
         troubles += tr("Other KTRconfig windows may not be noticed: %1").arg(m_instance.trouble().message());
     }

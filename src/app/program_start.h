@@ -40,12 +40,15 @@ Q_SIGNALS:
 
 private:
     void finish(const QString &remark);
+    void giveUp();
+    static QString tookPlace();
 
     InterfaceLanguage &m_language;
     SingleInstance m_instance;
     QTimer m_wait; ///< Tmr_wait
     TakeOver m_takeOver;
     QStringList m_settingsTroubles;
+    QStringList m_wanted; ///< of the command line, in words
     bool m_isDone = false;
 };
 

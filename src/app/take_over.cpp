@@ -198,6 +198,8 @@ void TakeOver::finish(Other other)
             box->close();
         }
     }
+    m_hasEndedOther =
+        m_hasEndedOther || (other == Other::Ended && (m_phase == Phase::Ending || m_phase == Phase::Waiting));
     m_metSilent = m_metSilent || other == Other::Silent;
     m_isBeside = m_isBeside || other == Other::StaysOn;
     if (other != Other::Ended) {

@@ -24,6 +24,8 @@ public:
     ~TakeOver() override;
 
     void begin();
+    /// Whether an open instance was made to end, so that this one takes its place.
+    bool hasEndedOther() const { return m_hasEndedOther; }
 
 Q_SIGNALS:
     /// The window should have this title for now.
@@ -58,6 +60,7 @@ private:
     QString m_programFolder;
     Phase m_phase = Phase::Asking;
     bool m_otherHasEnded = false;
+    bool m_hasEndedOther = false;
     bool m_metSilent = false;
     bool m_isBeside = false; ///< of one that goes on watching
     QPointer<QMessageBox> m_question;

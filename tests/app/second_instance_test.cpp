@@ -164,7 +164,6 @@ class Instance
 public:
     explicit Instance(const QStringList &arguments)
     {
-        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_process.start(QCoreApplication::applicationFilePath(), QStringList("--instance") + arguments);
     }
     ~Instance()
@@ -201,6 +200,8 @@ public:
                m_process.exitStatus() == QProcess::NormalExit && m_process.exitCode() == 0;
     }
     bool isRunning() const { return m_process.state() != QProcess::NotRunning; }
+    /// What it has told on its terminal.
+    QString onTerminal() { return QString::fromUtf8(m_process.readAllStandardError()); }
     void does(const QByteArray &what) { m_process.write(what + '\n'); }
     void terminate() { m_process.terminate(); }
     void kill() { m_process.kill(); }
@@ -252,6 +253,7 @@ private Q_SLOTS:
         first.does(answer);
         QVERIFY(first.ends());
         QVERIFY(second.tells("shown " + read));
+        QVERIFY(second.onTerminal().contains("takes its place"));
         QCOMPARE(stationInFile(), read);
     }
 
@@ -320,6 +322,9 @@ private Q_SLOTS:
             QVERIFY(second.tells(question));
             second.does("enter");
             QVERIFY(second.ends());
+            const QString told = second.onTerminal(); // why it ends, and what becomes of what it was to do
+            QVERIFY2(told.contains("is open already goes on") && told.contains("Not done: "),
+                     qPrintable(told));
         }
         Instance third(arguments());
         QVERIFY(third.tells(question));
