@@ -8088,6 +8088,10 @@ Turm</translation>
         <source>Receipt written: %1</source>
         <translation>Beleg geschrieben: %1</translation>
     </message>
+    <message>
+        <source>Remove transmissions that are older than %1 years for good? Of each station the newest whole one stays.</source>
+        <translation>Übertragungen, die älter als %1 Jahre sind, endgültig entfernen? Von jeder Station bleibt die neueste vollständige.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::TreeOrder</name>

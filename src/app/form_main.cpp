@@ -332,7 +332,8 @@ void FormMain::closeEvent(QCloseEvent *event)
         return;
     }
     m_sideWindows.close();
-    if (!m_operationalMode.close()) {
+    using Asking = OperationalModeOpener::Asking;
+    if (!m_operationalMode.close(m_end.isUsersWish() ? Asking::Asks : Asking::Agreed)) {
         event->ignore();
         return;
     }
@@ -608,9 +609,12 @@ void FormMain::connectEthernet(const QString &address, bool exclusive)
 {
     const QString station = m_operationalMode.stationAt(address);
     if (!station.isEmpty()) {
-        if (!Dialog::question(this, m_texts,
-                              station + u' ' + m_texts.text(Text::ActiveInOperationalMode) + u'\n' +
-                                  m_texts.text(Text::OperationalModeClosed))) {
+        if (!Dialog::questionOfLoss(
+                this, m_texts,
+                station + u' ' + m_texts.text(Text::ActiveInOperationalMode) + u'\n' +
+                    m_texts.text(Text::OperationalModeClosed) + QLatin1String("\n\n") +
+                    tr("While this window is connected with the station, its alarms do not arrive in the "
+                       "operational mode."))) {
             return;
         }
         m_operationalMode.lend(address);
@@ -629,7 +633,11 @@ void FormMain::connectOperationalMode()
 {
     connect(m_linkPresenter.get(), &LinkPresenter::operationalModeWanted, this,
             &FormMain::openOperationalMode);
-    connect(&m_operationalMode, &OperationalModeOpener::closed, this, &QWidget::show);
+    connect(&m_operationalMode, &OperationalModeOpener::closed, this, [this](int stationsWithoutWatch) {
+        m_status->showUnwatched(stationsWithoutWatch);
+        show();
+    });
+    connect(m_status, &StatusLine::watchWanted, this, &FormMain::openOperationalMode);
     if (m_services.io != nullptr) {
         m_operationalMode.setFleetMeans(*m_services.io, m_transmissions->memory());
     }
@@ -664,6 +672,7 @@ void FormMain::connectOperationalMode()
 void FormMain::openOperationalMode()
 {
     m_sideWindows.closeCompare();
+    m_status->showUnwatched(0);
     hide();
     lookForConfigurations();
     m_operationalMode.open(pos(), m_language.captionsOfAll());

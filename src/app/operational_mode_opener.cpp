@@ -152,9 +152,9 @@ void OperationalModeOpener::connectWindow()
             &OperationalModeOpener::configure);
     connect(m_window.get(), &Form_betriebsmodus::fleetWanted, this, &OperationalModeOpener::showFleet);
     // Not from inside the window's own event.
-    const auto endAndTell = [this] {
+    const auto endAndTell = [this](int stationsWithoutWatch) {
         end();
-        Q_EMIT closed();
+        Q_EMIT closed(stationsWithoutWatch);
     };
     connect(m_window.get(), &Form_betriebsmodus::closed, this, endAndTell, Qt::QueuedConnection);
 }
@@ -207,13 +207,18 @@ void OperationalModeOpener::end()
     m_mode.reset();
 }
 
-bool OperationalModeOpener::close()
+bool OperationalModeOpener::close(Asking asking)
 {
     if (m_window != nullptr) {
+        if (asking == Asking::Asks && !m_window->isBusy() && !m_window->mayEndWatching()) {
+            return false; // before anything of it ends
+        }
         m_window->disconnect(this); // the main window must not take its place
         m_window->hold(false);
+        m_window->setAsksBeforeEnd(false);
         m_fleet.reset();
         if (!m_window->close()) {
+            m_window->setAsksBeforeEnd(true);
             connectWindow();
             return false;
         }

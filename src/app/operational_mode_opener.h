@@ -31,8 +31,10 @@ public:
     /// Shows the window at a place of the screen and loads the stations, unless they are loaded. Their file
     /// may have been written in another language.
     void open(const QPoint &place, const QList<StationCaptions> &otherLanguages);
+    /// Whether closing asks first, or goes on without: see Form_betriebsmodus::setAsksBeforeEnd().
+    enum class Asking { Asks, Agreed };
     /// False when the window refuses to close. Transmissions to several stations end.
-    bool close();
+    bool close(Asking asking);
     bool isOpen() const { return m_mode != nullptr; }
     /// Whether stations are being transmitted to.
     bool isTransmitting() const;
@@ -59,7 +61,8 @@ public:
     void takeBack();
 
 Q_SIGNALS:
-    void closed();
+    /// By the user; nobody watches so many of its stations any more.
+    void closed(int stationsWithoutWatch);
     /// `file` is the station's configuration file; empty where none is known.
     void configurationWanted(const QString &hostAddress, const QString &file);
 

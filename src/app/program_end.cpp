@@ -3,6 +3,9 @@
 #include "look/message_dialog.h"
 
 #include <QApplication>
+#include <QScopedValueRollback>
+
+#include <utility>
 
 namespace ktr {
 
@@ -24,7 +27,8 @@ void ProgramEnd::closeWhenFree()
     if (question != nullptr || m_questions.areOutside()) {
         m_tryAgain.start(later); // its caller goes on first, and may ask once more
     } else {
-        m_isRequested = false; // what closing asks is for the user
+        // What else closing asks is for the user.
+        const QScopedValueRollback ending(m_isEnding, std::exchange(m_isRequested, false));
         m_window.close();
         m_isAgreed = false;
     }
@@ -40,6 +44,11 @@ void ProgramEnd::closeAsAgreed()
 {
     m_isAgreed = true;
     closeWhenFree();
+}
+
+bool ProgramEnd::isUsersWish() const
+{
+    return !m_isAgreed && !m_isEnding;
 }
 
 bool ProgramEnd::mayEndWork()

@@ -32,6 +32,9 @@ public:
     /// Ending a transmission leaves the module with part of it, so the user is asked. "Exit" in the menu does
     /// not ask.
     bool mayEndWork();
+    /// Whether the window is closed by its user, who has not been asked yet, and not by the system or for
+    /// another instance.
+    bool isUsersWish() const;
 
 private:
     QWidget &m_window;
@@ -41,6 +44,7 @@ private:
     QTimer m_tryAgain;
     bool m_isRequested = false; ///< by the system
     bool m_isAgreed = false;
+    bool m_isEnding = false; ///< by the system
 };
 
 } // namespace ktr

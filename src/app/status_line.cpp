@@ -1,6 +1,7 @@
 #include "app/status_line.h"
 
 #include "link/conversation_log.h"
+#include "look/icons.h"
 #include "look/lamp.h"
 #include "look/outside_texts.h"
 #include "look/shortened_label.h"
@@ -19,6 +20,7 @@ StatusLine::StatusLine(QWidget *parent)
       m_link(new QLabel(this)),
       m_event(new ShortenedLabel(this)),
       m_waiting(new QToolButton(this)),
+      m_unwatched(new QToolButton(this)),
       m_notice(new QLabel(this)),
       m_modified(new QLabel(this)),
       m_progress(new QProgressBar(this))
@@ -30,6 +32,11 @@ StatusLine::StatusLine(QWidget *parent)
     m_waiting->setObjectName(QStringLiteral("cmd_waiting"));
     m_waiting->hide();
     connect(m_waiting, &QToolButton::clicked, this, &StatusLine::takeBackWanted);
+    m_unwatched->setObjectName(QStringLiteral("cmd_unwatched"));
+    m_unwatched->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    m_unwatched->setIcon(icon(IconName::Warning));
+    m_unwatched->hide();
+    connect(m_unwatched, &QToolButton::clicked, this, &StatusLine::watchWanted);
     m_notice->setObjectName(QStringLiteral("lbl_notice"));
     m_notice->hide();
     m_modified->setObjectName(QStringLiteral("lbl_modified"));
@@ -43,6 +50,7 @@ StatusLine::StatusLine(QWidget *parent)
     addWidget(m_link);
     addWidget(m_event, 1);
     addPermanentWidget(m_waiting);
+    addPermanentWidget(m_unwatched);
     addPermanentWidget(m_notice);
     addPermanentWidget(m_modified);
     addPermanentWidget(m_progress);
@@ -83,6 +91,13 @@ void StatusLine::showNotice(const QString &text, const QString &details)
     m_notice->setVisible(!text.isEmpty());
 }
 
+void StatusLine::showUnwatched(int stations)
+{
+    m_stationsUnwatched = stations;
+    m_unwatched->setVisible(stations > 0);
+    applyTexts();
+}
+
 void StatusLine::showWaiting(const QString &command)
 {
     m_waitingCommand = command;
@@ -107,6 +122,9 @@ void StatusLine::applyTexts()
     m_waiting->setText(tr("Waiting: %1 – take back").arg(shown));
     m_waiting->setToolTip(
         tr("%1 is sent when the module next reads an SMS; a click takes it back").arg(command));
+    m_unwatched->setText(tr("Nobody watches the stations: %L1").arg(m_stationsUnwatched));
+    m_unwatched->setToolTip(
+        tr("The operational mode was closed: no alarm of these stations arrives. A click opens it again."));
     m_modified->setText(u"• " + tr("modified"));
     m_modified->setToolTip(tr("There are changes that are not saved"));
     m_progress->setAccessibleName(tr("Progress of the transmission"));

@@ -39,7 +39,12 @@ public:
     /// nothing.
     void showNotice(const QString &text, const QString &details);
 
+    /// Tells that the operational mode is closed and nobody watches so many stations; 0: nothing of it.
+    void showUnwatched(int stations);
+
 Q_SIGNALS:
+    /// The operational mode is to be opened again.
+    void watchWanted();
     /// The user takes the waiting command back.
     void takeBackWanted();
 
@@ -53,10 +58,12 @@ private:
 
     QString m_lastEvent;
     QString m_waitingCommand;
+    int m_stationsUnwatched = 0;
     Lamp *m_lamp; ///< Opt_connected
     QLabel *m_link;
     ShortenedLabel *m_event;
-    QToolButton *m_waiting; ///< takes back the command that waits
+    QToolButton *m_waiting;   ///< takes back the command that waits
+    QToolButton *m_unwatched; ///< opens the operational mode
     QLabel *m_notice;
     QLabel *m_modified;
     QProgressBar *m_progress;

@@ -4,6 +4,7 @@
 #include "link/conversation_log.h"
 #include "look/kept_place.h"
 #include "look/list_views.h"
+#include "look/message_dialog.h"
 #include "look/window_place.h"
 #include "platform/files.h"
 #include "platform/settings_store.h"
@@ -20,6 +21,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QSignalBlocker>
 #include <QSortFilterProxyModel>
 #include <QSpinBox>
 #include <QSplitter>
@@ -97,12 +99,7 @@ TransmissionsWindow::TransmissionsWindow(Services services, QWidget *parent)
     connect(m_compare, &QPushButton::clicked, this, &TransmissionsWindow::compare);
     connect(m_export, &QPushButton::clicked, this, &TransmissionsWindow::exportConfiguration);
     connect(m_receipt, &QPushButton::clicked, this, &TransmissionsWindow::writeReceiptFile);
-    connect(m_years, &QSpinBox::editingFinished, this, [this] {
-        if (m_years->value() != transmissionYears()) {
-            Q_EMIT yearsChosen(m_years->value());
-            m_reload.start();
-        }
-    });
+    connect(m_years, &QSpinBox::editingFinished, this, &TransmissionsWindow::chooseYears);
     applyTexts();
     enableButtons();
     reload();
@@ -180,6 +177,31 @@ void TransmissionsWindow::layOut()
     constexpr QSize comfortable(960, 620);
     resize(comfortable);
     keepWindowPlace(*this, objectName());
+}
+
+/// What is older goes for good.
+void TransmissionsWindow::chooseYears()
+{
+    const int years = m_years->value();
+    const int before = transmissionYears();
+    if (years == before) {
+        return;
+    }
+    const QSignalBlocker quiet(m_years); // it loses the focus to the question
+    const bool isShorter = years != 0 && (before == 0 || years < before);
+    const bool isAgreed =
+        !isShorter ||
+        (isVisible() && Dialog::questionOfLoss(
+                            this, m_services.texts,
+                            tr("Remove transmissions that are older than %1 years for good? Of each station "
+                               "the newest whole one stays.")
+                                .arg(years)));
+    if (!isAgreed) {
+        m_years->setValue(before);
+        return;
+    }
+    Q_EMIT yearsChosen(years);
+    m_reload.start();
 }
 
 void TransmissionsWindow::applyTexts()

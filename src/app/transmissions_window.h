@@ -63,6 +63,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    void chooseYears();
     struct Listed
     {
         Status status = Status::done();

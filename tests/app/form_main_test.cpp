@@ -1100,13 +1100,26 @@ private Q_SLOTS:
         configure->trigger();
         QCOMPARE(m_network.opened, QStringList("10.0.0.7"));
         QVERIFY(!m_stationLine->isOpen());
-        QCOMPARE(texts.last(), "Works 4 has a active connection in Operational Mode.\n"
-                               "The Connection in Operational Mode will now be closed.");
+        QVERIFY(texts.last().startsWith("Works 4 has a active connection in Operational Mode.\n"
+                                        "The Connection in Operational Mode will now be closed.\n"));
+        QVERIFY(texts.last().contains("alarms do not arrive"));
         QTest::qWait(0);
         QVERIFY(!m_stationLine->isOpen());
         clickMenu("mnu_verbindung_offline");
         QTRY_VERIFY(m_stationLine->isOpen());
 
+        // Whoever closes it is told, and stays told, that nobody watches.
+        const auto *unwatched = m_window->findChild<QWidget *>("cmd_unwatched");
+        answerNext("OKButton");
+        operationalMode()->close();
+        QVERIFY(texts.last().contains("Nobody watches"));
+        QTRY_VERIFY(operationalMode() == nullptr && m_window->isVisible() && unwatched->isVisible());
+        clickMenu("mnu_betriebsmodus");
+        QVERIFY(unwatched->isHidden());
+        answerNext("CancelButton");
+        m_window->close();
+        QVERIFY(operationalMode() != nullptr);
+        answerNext("OKButton");
         m_window->close();
         QTRY_VERIFY(operationalMode() == nullptr);
         QVERIFY(!QFileInfo::exists(path("nodes.journal")));
@@ -1594,9 +1607,22 @@ private Q_SLOTS:
         // All are new, but an age is kept, and the newest whole one of each station would stay in any case.
         auto *years = control<QSpinBox>(*window, "Spin_transmissions_years");
         years->setFocus();
-        QTest::keyClick(years, Qt::Key_Up);
-        QTest::keyClick(years, Qt::Key_Return);
-        QCOMPARE(SettingsStore().GetSetting(settings, "Record", "transmissionYears"), "1");
+        for (const bool isAgreed : {false, true}) {
+            QTest::keyClick(years, Qt::Key_Up);
+            QTimer::singleShot(0, this, [isAgreed] {
+                QWidget *question = QApplication::activeModalWidget();
+                QVERIFY(question != nullptr && question->accessibleName().contains("1 years"));
+                if (isAgreed) {
+                    QTest::mouseClick(control<QPushButton>(*question, "OKButton"), Qt::LeftButton);
+                } else {
+                    QTest::keyClick(question, Qt::Key_Return);
+                }
+            });
+            QTest::keyClick(years, Qt::Key_Return);
+            QCOMPARE(SettingsStore().GetSetting(settings, "Record", "transmissionYears"),
+                     isAgreed ? "1" : "");
+            QCOMPARE(years->value(), isAgreed ? 1 : 0);
+        }
         QTest::keyClick(window, Qt::Key_Escape);
         QVERIFY(!window->isVisible());
         m_window->document().setModified(false);

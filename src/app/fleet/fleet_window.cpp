@@ -580,10 +580,10 @@ bool FleetWindow::mayLend(const QList<int> &rows)
     const auto watched = std::ranges::count_if(
         rows, [this](int row) { return m_services.means.mode.attributes(m_model.at(row).key).online; });
     return watched == 0 ||
-           Dialog::question(
+           Dialog::questionOfLoss(
                this, m_services.means.texts,
                tr("%1 of %2 stations are watched in the operational mode. Each is let go of while it is "
-                  "transmitted to, and watched again after that.")
+                  "transmitted to, and watched again after that; its alarms do not arrive meanwhile.")
                    .arg(watched)
                    .arg(rows.size()));
 }

@@ -12,6 +12,7 @@
 #include "opmode/window/beside_banner.h"
 #include "opmode/window/configuration_card.h"
 #include "opmode/window/curves/series_drag.h"
+#include "opmode/window/end_of_watching.h"
 #include "opmode/window/export_dialog.h"
 #include "opmode/window/list_banner.h"
 #include "opmode/window/many_line.h"
@@ -183,15 +184,15 @@ void Form_betriebsmodus::layOut()
         m_mode.closeWithoutFile();
         openList();
     });
-    m_unkeptBanner = new ListBanner(body);
     m_besideBanner = new BesideBanner(m_mode.configurations(), body);
     connect(m_besideBanner, &BesideBanner::groupsWanted, this, [this] { m_overview->readGroups(); });
+    m_unkeptBanner = new ListBanner(body);
     m_unkeptBanner->setObjectName(QStringLiteral("UnkeptBanner"));
     column->addWidget(m_listBanner);
     column->addWidget(m_lockBanner);
     column->addWidget(m_joinedBanner);
-    column->addWidget(alarms);
     column->addWidget(m_besideBanner);
+    column->addWidget(alarms);
     column->addWidget(m_splitter, 1);
     m_wallHeader = new WallHeader(m_mode, m_services.timers, body);
     column->addWidget(m_wallHeader);
@@ -209,9 +210,7 @@ void Form_betriebsmodus::layOut()
     m_muted->setObjectName(QStringLiteral("lbl_muted"));
     m_muted->setContentsMargins(8, 0, 8, 0);
     m_commands = new StationCommands({m_mode, m_texts, *m_menus, *m_tree,
-                                      [this](const QString &question, bool isLoss) {
-                                          return isLoss ? ask(question) : askSafely(question);
-                                      },
+                                      [this](const QString &question) { return ask(question); },
                                       [this](const QString &line) { tell(line); }},
                                      *this);
     statusBar()->addPermanentWidget(&m_commands->line());
@@ -254,8 +253,8 @@ void Form_betriebsmodus::connectTree()
     connect(m_pages, &OpmodePages::entryWanted, this, &Form_betriebsmodus::goTo);
     connect(m_tree, &StationTreeView::nameRefused, this,
             [this](const QString &name) { tell(StationTreeView::refusalOf(name)); });
-    connect(m_overview, &OverviewPage::groupsTrouble, m_besideBanner, &BesideBanner::setGroupsTrouble);
     connect(m_overview, &OverviewPage::groupsChanged, &m_treePane->order(), &TreeOrder::setGroups);
+    connect(m_overview, &OverviewPage::groupsTrouble, m_besideBanner, &BesideBanner::setGroupsTrouble);
     connect(m_overview, &OverviewPage::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_overview->view(), &OverviewView::choiceChanged, this, [this] { // the menus are about it
         const QScopedValueRollback following(m_isFollowing, true);
@@ -286,7 +285,6 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_station_list, &Form_betriebsmodus::addStations);
     does(m_menus->mnu_station_rename, &Form_betriebsmodus::renameStation);
     does(m_menus->mnu_station_allonline, [this] { m_mode.setAllOnline(true); });
-    does(m_menus->mnu_station_alloffline, &Form_betriebsmodus::putAllOffline);
     does(m_menus->mnu_konfiguration, &Form_betriebsmodus::configure);
     does(m_menus->mnu_station_link,
          [this] { tell(linkConfiguration(m_mode, chosen(), m_services.askOpen)); });
@@ -421,9 +419,9 @@ void Form_betriebsmodus::applyTexts()
     m_operatorBar->applyTexts();
     m_noAlarm->setText(tr("All alarms are acknowledged"));
     showMute();
-    m_besideBanner->applyTexts();
     m_listBanner->applyTexts();
     m_lockBanner->applyTexts();
+    m_besideBanner->applyTexts();
     showKeeper();
     showUnkept();
     m_messages->applyTexts();
@@ -641,6 +639,13 @@ void Form_betriebsmodus::beginEmptyList()
     showHindrance(begun);
 }
 
+bool Form_betriebsmodus::mayEndWatching()
+{
+    const bool isAgreed = !m_asksBeforeEnd || qApp->isSavingSession(); // the session's end waits for nobody
+    const QString question = isAgreed ? QString() : questionBeforeEnd(m_mode);
+    return question.isEmpty() || ask(question);
+}
+
 /// False when it could not be written and the user would rather go on.
 bool Form_betriebsmodus::closeList()
 {
@@ -675,6 +680,10 @@ void Form_betriebsmodus::closeEvent(QCloseEvent *event)
         }
         return;
     }
+    if (!mayEndWatching()) {
+        return;
+    }
+    const int unwatched = stationsWithoutWatch(m_mode);
     if (!closeList()) {
         return;
     }
@@ -684,14 +693,15 @@ void Form_betriebsmodus::closeEvent(QCloseEvent *event)
                                  {{geometryKey, QString::fromLatin1(saveGeometry().toBase64())},
                                   {splitterKey, QString::fromLatin1(m_splitter->saveState().toBase64())}});
     event->accept();
-    Q_EMIT closed();
+    Q_EMIT closed(unwatched);
 }
 
 void Form_betriebsmodus::choosePlace()
 {
     const QScopedValueRollback busy(m_busy, m_busy + 1);
     PlaceDialog dialog(m_nodesPath, m_services.isPlaceFixed, m_texts, this);
-    if (dialog.exec() == QDialog::Accepted && dialog.address() != dialog.addressBefore() && closeList()) {
+    if (dialog.exec() == QDialog::Accepted && dialog.address() != dialog.addressBefore() &&
+        mayEndWatching() && closeList()) {
         Q_EMIT placeWanted(dialog.address());
     }
 }
@@ -814,12 +824,6 @@ void Form_betriebsmodus::enableActions()
          m_mode.whyNot(Deed::Operate), m_mode.whyNot(Deed::Administer), m_mode.whyNotForAll()});
 }
 
-bool Form_betriebsmodus::askSafely(const QString &question)
-{
-    const QScopedValueRollback busy(m_busy, m_busy + 1);
-    return Dialog::question(this, m_texts, question);
-}
-
 bool Form_betriebsmodus::ask(const QString &question)
 {
     const QScopedValueRollback busy(m_busy, m_busy + 1);
@@ -902,13 +906,6 @@ void Form_betriebsmodus::renameStation()
         const QModelIndex station = chosenStation();
         m_tree->choose(station);
         m_tree->edit(station);
-    }
-}
-
-void Form_betriebsmodus::putAllOffline()
-{
-    if (ask(tr("Put all stations offline? Their alarms do not arrive until they are online again."))) {
-        m_mode.setAllOnline(false);
     }
 }
 

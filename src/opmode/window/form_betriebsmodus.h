@@ -73,12 +73,18 @@ public:
     /// The window and its stations are needed: it does not close.
     void hold(bool isHeld) { m_isHeld = isHeld; }
 
+    /// Whether it asks before it closes while it watches stations or alarms are open. Not where nobody is
+    /// there to answer, or the user has agreed already.
+    void setAsksBeforeEnd(bool asks) { m_asksBeforeEnd = asks; }
+    /// Asks that; true where there is nothing to ask. Not while isBusy().
+    bool mayEndWatching();
+
     /// A line for the status bar.
     void tell(const QString &line);
 
 Q_SIGNALS:
-    /// The window was closed and its stations are gone.
-    void closed();
+    /// The window was closed and its stations are gone, of which nobody watches so many any more.
+    void closed(int stationsWithoutWatch);
     /// A module is to be configured: the main window is to open its link at this address.
     void configurationWanted(const QString &hostAddress, const QString &kennung);
     /// Configurations are to be transmitted to several stations, of which these are proposed: those that the
@@ -130,11 +136,9 @@ private:
     bool showInTree(const RecordLine &line);
     void comeToFront();
     void renameStation();
-    void putAllOffline();
     void configure();
     void configureSeveral();
     bool ask(const QString &question);
-    bool askSafely(const QString &question);
     void showView(bool treeOnly);
     void showOverview();
     void showCurves(const QList<SeriesId> &added);
@@ -153,6 +157,7 @@ private:
     DesktopNotifier m_notifier;
     int m_busy = 0;
     bool m_isHeld = false;
+    bool m_asksBeforeEnd = true;
     bool m_isFollowing = false; ///< the tree follows the overview
 
     QString m_nodesPath;
@@ -164,11 +169,11 @@ private:
     ListBanner *m_listBanner;
     ListBanner *m_lockBanner;
     ListBanner *m_joinedBanner;
+    BesideBanner *m_besideBanner;
     ListBanner *m_unkeptBanner;
     OperatorBar *m_operatorBar;
     AlarmBar *m_alarmBar;
     QLabel *m_noAlarm;
-    BesideBanner *m_besideBanner;
     QLabel *m_muted; ///< until when
     QSplitter *m_splitter;
     OverviewPage *m_overview;

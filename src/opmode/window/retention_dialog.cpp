@@ -1,5 +1,6 @@
 #include "opmode/window/retention_dialog.h"
 
+#include "look/message_dialog.h"
 #include "opmode/operational_mode.h"
 #include "record/record_address.h"
 #include "record/record_care.h"
@@ -27,6 +28,7 @@ RetentionDialog::RetentionDialog(OperationalMode &mode, const TextTable &texts, 
                                  QWidget *parent)
     : QDialog(parent),
       m_mode(mode),
+      m_texts(texts),
       m_askSave(std::move(askSave)),
       m_figures(new QLabel(this)),
       m_backupState(new QLabel(this)),
@@ -42,6 +44,7 @@ RetentionDialog::RetentionDialog(OperationalMode &mode, const TextTable &texts, 
     const auto addDays = [&](const QString &name, const QString &caption, int RetentionRules::*days) {
         auto *box = new QSpinBox(this);
         box->setObjectName(name);
+        box->setAccessibleName(caption);
         box->setRange(0, mostDays);
         box->setSpecialValueText(tr("for ever"));
         box->setSuffix(tr(" days"));
@@ -198,11 +201,32 @@ void RetentionDialog::ended()
     Q_EMIT statusMessage(m_backupState->text());
 }
 
+/// What goes from the tree stays in the record; what goes from there is gone.
+bool RetentionDialog::mayRemove(const RetentionRules &rules)
+{
+    const RetentionRules before = m_mode.retention();
+    QStringList shorter;
+    for (const auto &[box, days] : std::as_const(m_days)) {
+        const bool isShorter = rules.*days != 0 && (before.*days == 0 || rules.*days < before.*days);
+        if (isShorter && days != &RetentionRules::tree) {
+            shorter += box->accessibleName() + u' ' + box->text();
+        }
+    }
+    return shorter.isEmpty() ||
+           Dialog::questionOfLoss(this, m_texts,
+                                  tr("What is older is removed from the record for good:") + u'\n' +
+                                      shorter.join(u'\n') + QLatin1String("\n\n") +
+                                      tr("It cannot be undone. \"Back up...\" makes a copy before."));
+}
+
 void RetentionDialog::accept()
 {
     RetentionRules rules;
     for (const auto &[box, days] : std::as_const(m_days)) {
         rules.*days = box->value();
+    }
+    if (!mayRemove(rules)) {
+        return;
     }
     if (rules != m_mode.retention()) {
         m_mode.setRetention(rules);

@@ -54,8 +54,10 @@ private:
     QString treeText() const;
     void backUp();
     void ended();
+    bool mayRemove(const RetentionRules &rules);
 
     OperationalMode &m_mode;
+    const TextTable &m_texts;
     AskSave m_askSave;
     QList<std::pair<QSpinBox *, int RetentionRules::*>> m_days;
     QLabel *m_figures;

@@ -22,6 +22,7 @@ StationCommands::StationCommands(const Services &services, QWidget &window)
     does(menus.mnu_station_del, [this] { remove(); });
     does(menus.mnu_station_undo, &StationCommands::undo);
     does(menus.mnu_station_online, &StationCommands::setOnline);
+    does(menus.mnu_station_alloffline, [this] { putAllOffline(); });
     does(menus.mnu_exclusive, &StationCommands::setExclusive);
     does(menus.mnu_values, &StationCommands::requestValues);
     connect(m_line, &ManyLine::undoWanted, this, &StationCommands::undo);
@@ -117,8 +118,8 @@ void StationCommands::removeOne(const QString &kennung)
 {
     const QString name = nameOf(kennung);
     if (m_services.ask(
-            tr("Delete the station \"%1\" with its notifications, its history and its values?").arg(name),
-            true)) {
+            tr("Delete the station \"%1\" with its notifications, its history and its values?").arg(name) +
+            QLatin1String("\n\n") + howBack())) {
         removeStations({kennung});
         m_services.tell(m_services.mode.isJoined()
                             ? tr("The station \"%1\" is deleted where the stations are watched").arg(name)
@@ -128,20 +129,27 @@ void StationCommands::removeOne(const QString &kennung)
 
 void StationCommands::removeMany(const QStringList &stations)
 {
-    const QString why = m_services.mode.whyNotBack();
     const QString question =
         tr("Delete %L1 stations with their notifications, their history and their values?")
             .arg(stations.size()) +
-        QLatin1String("\n\n") + named(stations) + QLatin1String(".\n\n") +
-        (why.isEmpty() ? tr("Until stations are deleted the next time, Ctrl+Z brings them back.")
-                       : tr("They cannot be brought back: %1.").arg(why));
-    if (m_services.ask(question, !why.isEmpty())) {
+        QLatin1String("\n\n") + named(stations) + QLatin1String(".\n\n") + howBack();
+    if (m_services.ask(question)) {
         removeStations(stations);
     }
 }
 
+QString StationCommands::howBack() const
+{
+    const QString why = m_services.mode.whyNotBack();
+    return why.isEmpty()
+               ? tr("Ctrl+Z brings back what was deleted, until stations are deleted the next time or "
+                    "the operational mode is closed.")
+               : tr("It cannot be undone: %1.").arg(why);
+}
+
 void StationCommands::removeStations(const QStringList &stations)
 {
+    m_nodeBefore = m_services.tree.currentIndex().data(StationTree::KeyRole).toString();
     chooseBeside(stations);
     OperationalMode &mode = m_services.mode;
     const bool isForGood = !mode.whyNotBack().isEmpty();
@@ -213,10 +221,23 @@ void StationCommands::undo()
                      [this, stations](int count) {
                          m_services.mode.settleRestored();
                          showRemoved();
-                         m_services.tree.chooseStations(stations, stations.constFirst());
+                         chooseBroughtBack(stations);
                          m_services.tree.scrollTo(m_services.tree.currentIndex());
                          m_services.tell(tr("Stations brought back: %L1").arg(count));
                      }});
+}
+
+/// With the node that was the current one, and so the page.
+void StationCommands::chooseBroughtBack(const QStringList &stations)
+{
+    StationTreeView &view = m_services.tree;
+    const QModelIndex node = m_services.mode.tree().find(m_nodeBefore);
+    const QString station = StationTreeView::stationOf(node).data(StationTree::KeyRole).toString();
+    const bool isAmong = stations.contains(station);
+    view.chooseStations(stations, isAmong ? station : stations.constFirst());
+    if (isAmong && stations.size() == 1) {
+        view.choose(node);
+    }
 }
 
 // What is done with each
@@ -233,9 +254,8 @@ void StationCommands::setOnline(bool online)
         (!online &&
          !m_services.ask(
              tr("Put %L1 stations offline? Their alarms do not arrive until they are online again.")
-                     .arg(stations.size()) +
-                 QLatin1String("\n\n") + named(stations),
-             true))) {
+                 .arg(stations.size()) +
+             QLatin1String("\n\n") + named(stations)))) {
         showChosen(true);
         return;
     }
@@ -261,10 +281,38 @@ void StationCommands::setOnline(bool online)
            }});
 }
 
+void StationCommands::putAllOffline()
+{
+    OperationalMode &mode = m_services.mode;
+    int online = 0;
+    mode.stations().forEach([&](const cStation &station) {
+        online += station.online() || mode.isLent(station.kennung()) ? 1 : 0;
+    });
+    if (online == 0) {
+        m_services.tell(tr("No station is online"));
+    } else if (m_services.ask(
+                   tr("Put all stations offline? Online now: %L1. Their alarms do not arrive until "
+                      "they are online again.")
+                       .arg(online))) {
+        mode.setAllOnline(false);
+    }
+}
+
+/// One is a matter of its page, where the switch tells how it is.
+bool StationCommands::mayBeExclusive(const QStringList &stations)
+{
+    return stations.size() < 2 ||
+           m_services.ask(
+               tr("Put %L1 stations into exclusive mode? They neither send nor receive by GSM then: "
+                  "their alarms arrive here alone, and on no telephone.")
+                   .arg(stations.size()) +
+               QLatin1String("\n\n") + named(stations));
+}
+
 void StationCommands::setExclusive(bool exclusive)
 {
     const QStringList stations = chosen();
-    if (isBusy()) {
+    if (isBusy() || (exclusive && !mayBeExclusive(stations))) {
         showChosen(true);
         return;
     }

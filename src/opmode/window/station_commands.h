@@ -22,8 +22,8 @@ public:
         const TextTable &texts;
         OpmodeMenus &menus;
         StationTreeView &tree;
-        /// Asks before something that is lost, or that can be undone.
-        std::function<bool(const QString &question, bool isLoss)> ask;
+        /// Asks before something is removed or stopped, whether it can be undone or not.
+        std::function<bool(const QString &question)> ask;
         /// A line for the status bar.
         std::function<void(const QString &line)> tell;
     };
@@ -47,11 +47,15 @@ private:
     void removeStations(const QStringList &stations);
     void undo();
     void setOnline(bool online);
+    void putAllOffline();
     void setExclusive(bool exclusive);
+    bool mayBeExclusive(const QStringList &stations);
     void requestValues();
     void start(const QStringList &stations, ManyStations::Job job);
     void showRemoved();
     void chooseBeside(const QStringList &stations);
+    void chooseBroughtBack(const QStringList &stations);
+    QString howBack() const;
     QString named(const QStringList &stations) const;
     QString nameOf(const QString &kennung) const;
     bool isBusy();
@@ -60,6 +64,7 @@ private:
     QWidget &m_window;
     ManyStations m_work;
     ManyLine *m_line;
+    QString m_nodeBefore; ///< the removal, of those that went
 };
 
 } // namespace ktr

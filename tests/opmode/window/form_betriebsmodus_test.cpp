@@ -87,6 +87,7 @@ private Q_SLOTS:
         QCOMPARE(stationNames(), (QStringList{"A", "B"}));
         rename("Works 4");
         QCOMPARE(stationNames(), (QStringList{"Works 4", "B"}));
+        answerNext("OKButton");
         QVERIFY(m_window->close());
         QByteArray file;
         QVERIFY(readFile(path("nodes.xml"), file, 1 << 20));
@@ -248,9 +249,20 @@ private Q_SLOTS:
         press(&dialog, "Cmd_record_backup");
         QTRY_VERIFY(dialog.findChild<QLabel *>("lbl_backup")->text().endsWith("copy.sqlite"));
         QVERIFY(checkRecord(path("copy.sqlite")).faults.isEmpty());
-        dialog.findChild<QSpinBox *>("Spin_tree")->setValue(30);
+        dialog.findChild<QSpinBox *>("Spin_tree")->setValue(30); // the record keeps them
         press(&dialog, "Cmd_record_ok");
         QCOMPARE(m_mode->retention().tree, 30);
+        dialog.findChild<QSpinBox *>("Spin_events")->setValue(60);
+        QTimer::singleShot(0, this, [] {
+            QWidget *question = QApplication::activeModalWidget();
+            QVERIFY(question->accessibleName().contains("60"));
+            QTest::keyClick(question, Qt::Key_Return); // loses nothing
+        });
+        press(&dialog, "Cmd_record_ok");
+        QCOMPARE(m_mode->retention().events, 0);
+        answerNext("OKButton");
+        press(&dialog, "Cmd_record_ok");
+        QCOMPARE(m_mode->retention().events, 60);
     }
 
     void deletingAsksAndAlarmsOfTheStationGoWithIt()
@@ -466,6 +478,7 @@ private Q_SLOTS:
         alarm(0, "DI1 fail");
         QVERIFY(QFile::rename(path("nodes.xml"), path("old.xml")));
         QVERIFY(QDir(m_folder->path()).mkdir("nodes.xml")); // nothing can take its place
+        m_window->setAsksBeforeEnd(false);                  // that A is watched
         answerNext("CancelButton");
         QVERIFY(!m_window->close());
         QVERIFY(m_mode->station("A")->online());
@@ -594,6 +607,7 @@ private Q_SLOTS:
             QVERIFY(m_mode->keepsChanges());
             timers.advance(ListFollower::period);
             QVERIFY(headline->text().startsWith("Another program watches"));
+            answerNext("OKButton");
             QVERIFY(m_window->close());
             cleanupWindow();
             timers.advance(ListFollower::period);
@@ -602,6 +616,7 @@ private Q_SLOTS:
             press(joined, "Cmd_list_watch");
             QVERIFY(!viewer.isJoined() && !joined->isVisible() && online->isEnabled());
             QVERIFY(isOffered("mnu_rules") && isOffered("mnu_maintenance") && isOffered("mnu_station_add"));
+            answerNext("OKButton");
             QVERIFY(second.close());
         }
         FileLock other;

@@ -332,6 +332,7 @@ private Q_SLOTS:
         view()->setLevel(7);
         action("mnu_wall", 0)->trigger(); // urgent first, whatever is kept
         QCOMPARE(view()->model()->index(0, 0).data(), "B");
+        m_window->setAsksBeforeEnd(false);
         QVERIFY(m_window->close());
         m_window.reset();
         m_mode.reset();

@@ -128,8 +128,8 @@ private Q_SLOTS:
         QVERIFY(isAsItWas());
         QVERIFY(!undo->isVisible() && tree()->chosenCount() == 3);
         QVERIFY(m_mode->station("S1")->online());
-        if (isFileWritten) { // it has their entries again
-            QTRY_VERIFY((m_timers.advance(Milliseconds(10)), fileHas("S3") && fileHas("Door open")));
+        if (isFileWritten) { // it has their entries again, after the writing that may still go on
+            QTRY_VERIFY((m_timers.advance(Milliseconds(2000)), fileHas("S3") && fileHas("Door open")));
         }
         QVERIFY(m_mode->keepsChanges());
         leave(); // without writing the file
@@ -189,6 +189,7 @@ private Q_SLOTS:
         QCOMPARE(names(), (QStringList{"S0", "S1", "S2", "A"}));
         action("mnu_tree_order_4")->trigger(); // the longest unheard, and what is not watched at the end
         QCOMPARE(names().first(), "S2");
+        answerNext("OKButton"); // S2 is watched
         QVERIFY(m_window->close());
         const QByteArray file = contentOf(m_folder->filePath("nodes.xml"));
         QVERIFY(file.indexOf("key=\"S1\"") > 0 && file.indexOf("key=\"S1\"") < file.indexOf("key=\"S2\""));
@@ -213,6 +214,7 @@ private Q_SLOTS:
         tree()->selectAll();
         action("mnu_values")->trigger();
         QCOMPARE(m_mode->station("S1")->msgText(), "A*");
+        answerNext("OKButton");
         action("mnu_exclusive")->trigger();
         QVERIFY(m_mode->station("S0")->exclusiveMode() && m_mode->station("S3")->exclusiveMode());
         answerNext("OKButton");
@@ -221,6 +223,83 @@ private Q_SLOTS:
         QVERIFY(action("mnu_station_online")->isChecked());
         action("mnu_station_online")->trigger();
         QVERIFY(!m_mode->station("S1")->online() && !m_mode->station("S2")->online());
+    }
+
+    /// Whatever stops or removes something.
+    void enterAnswersNoQuestionThatCostsSomethingAndTheNumberIsTold_data()
+    {
+        QTest::addColumn<QString>("asking");
+        QTest::addColumn<int>("chosen");
+        QTest::addColumn<QString>("told");
+        QTest::newRow("delete one") << "mnu_station_del" << 1 << "\"S0\"";
+        QTest::newRow("delete several") << "mnu_station_del" << 3 << "3 stations";
+        QTest::newRow("several offline") << "mnu_station_online" << 3 << "3 stations";
+        QTest::newRow("several exclusive") << "mnu_exclusive" << 3 << "3 stations";
+        QTest::newRow("all offline") << "mnu_station_alloffline" << 1 << "Online now: 4";
+        QTest::newRow("close") << "mnu_close" << 1 << "online: 4, alarms that are open: 1";
+    }
+    void enterAnswersNoQuestionThatCostsSomethingAndTheNumberIsTold()
+    {
+        QFETCH(const QString, asking);
+        QFETCH(const int, chosen);
+        QFETCH(const QString, told);
+        open(4);
+        for (const QString &kennung : names()) {
+            m_mode->setHostAddress(kennung, "10.0.0.7");
+            m_mode->setOnline(kennung, true);
+        }
+        alarm(1, "Pump fail");
+        tree()->chooseStations(names().first(chosen), "S0");
+        QString question;
+        QTimer::singleShot(0, this, [&question] {
+            QWidget *box = QApplication::activeModalWidget();
+            QVERIFY(box != nullptr);
+            question = box->accessibleName();
+            QTest::keyClick(box, Qt::Key_Return);
+        });
+        action(qPrintable(asking))->trigger();
+        QVERIFY2(question.contains(told), qPrintable(question));
+        QCOMPARE(question.contains("Ctrl+Z"), asking == "mnu_station_del"); // and until when
+        QCOMPARE(question.contains("mode is closed"), asking == "mnu_station_del");
+        QVERIFY(m_window->isVisible() && m_mode->isOpen());
+        for (const char *kennung : {"S0", "S1", "S2", "S3"}) {
+            const cStation *station = m_mode->station(kennung);
+            QVERIFY(station != nullptr && station->online() && !station->exclusiveMode());
+        }
+    }
+
+    void closingAsksOnlyWhereNobodyWatchesThen()
+    {
+        open(2);
+        QSignalSpy closed(m_window.get(), &Form_betriebsmodus::closed);
+        QVERIFY(m_window->close()); // nothing is watched
+        QCOMPARE(closed.takeFirst().first().toInt(), 0);
+        m_window->open(m_folder->filePath("nodes.xml"));
+        m_window->show();
+        m_mode->setHostAddress("S1", "10.0.0.7");
+        m_mode->setOnline("S1", true);
+        answerNext("OKButton");
+        QVERIFY(m_window->close());
+        QCOMPARE(closed.takeFirst().first().toInt(), 1);
+        m_window->open(m_folder->filePath("nodes.xml"));
+        m_window->show();
+        m_window->setAsksBeforeEnd(false); // at a session's end nobody is there to answer
+        QVERIFY(m_window->close());
+        QCOMPARE(closed.size(), 1);
+    }
+
+    void undoingARemovalShowsThePageThatWasShown()
+    {
+        open(3);
+        tree()->choose(m_mode->tree().find("S1/history"));
+        const auto *pages = m_window->findChild<QTabWidget *>("TabStrip_pages");
+        const int page = pages->currentIndex();
+        answerNext("OKButton");
+        action("mnu_station_del")->trigger();
+        QVERIFY(pages->currentIndex() != page);
+        action("mnu_station_undo")->trigger();
+        QCOMPARE(pages->currentIndex(), page);
+        QCOMPARE(tree()->chosenStations(), QStringList("S1"));
     }
 
 private:
