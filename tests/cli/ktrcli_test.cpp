@@ -46,8 +46,9 @@ struct Result
 /// What the manual's tables have of each command: its options, and the actions of "record" and the like.
 QMap<QString, QStringList> commandsOfTheManual(const QString &language)
 {
-    static const QRegularExpression row(u"^\\| `([a-z]+)(?: ([a-z]+))?[^`]*` \\||^\\| (`--[^|]*) \\|"_s,
-                                        QRegularExpression::MultilineOption);
+    static const QRegularExpression row(
+        u"^\\| \\*\\*`([a-z]+)(?: ([a-z]+))?[^`]*`\\*\\* \\||^\\| (`--[^|]*) \\|"_s,
+        QRegularExpression::MultilineOption);
     static const QRegularExpression option(u"`(--[a-z-]+)"_s);
     const QString chapter = QString::fromUtf8(
         contentOf(QStringLiteral(KTR_SOURCE_DIR "/docs/manual/%1/command-line.md").arg(language)));
