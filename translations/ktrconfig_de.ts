@@ -5943,6 +5943,10 @@ Turm</translation>
         <source>Remove %L1 entries from the tree and its file? The record keeps them; what is not acknowledged stays.</source>
         <translation>%L1 Einträge aus dem Baum und seiner Datei entfernen? Die Aufzeichnung behält sie; was nicht quittiert ist, bleibt.</translation>
     </message>
+    <message>
+        <source>Choose a station to see its notifications.</source>
+        <translation>Eine Station wählen, um ihre Meldungen zu sehen.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OperationalMode</name>
@@ -7342,6 +7346,10 @@ Turm</translation>
     <message>
         <source>being configured in the main window</source>
         <translation>wird im Hauptfenster konfiguriert</translation>
+    </message>
+    <message>
+        <source>No station is chosen.</source>
+        <translation>Es ist keine Station gewählt.</translation>
     </message>
 </context>
 <context>

@@ -14,6 +14,7 @@ namespace {
 constexpr int revealMs = 100;
 constexpr int closeMs = 3'000;
 constexpr int quietMs = 60'000;
+constexpr Milliseconds placeRest{600'000}; ///< so long after the user's last work the tree stays in its place
 
 /// Of the nodes that a node stands under.
 QSet<QString> keysAbove(const QModelIndex &node)
@@ -78,20 +79,36 @@ void BranchOpener::revealNow()
         Timer_doView.start();
         return;
     }
-    m_view.endHold();
     if (!m_toReveal.isValid()) {
+        m_view.endHold();
         return;
     }
-    m_view.scheduleDelayedItemsLayout(); // once for all branches
-    for (const QString &key : std::exchange(m_branchesToReveal, {})) {
-        const QModelIndex branch = m_tree.find(key);
-        open(branch.parent());
-        open(branch);
-    }
-    m_view.scrollTo(m_toReveal);
+    m_view.changeInPlace([this] {
+        m_view.endHold();
+        m_view.scheduleDelayedItemsLayout(); // once for all branches
+        for (const QString &key : std::exchange(m_branchesToReveal, {})) {
+            const QModelIndex branch = m_tree.find(key);
+            open(branch.parent());
+            open(branch);
+        }
+    });
+    scrollToRevealed();
     m_revealed = std::exchange(m_toReveal, {});
     m_quietTimer.start();
     closeSoon(); // of an alarm that is acknowledged already
+}
+
+void BranchOpener::scrollToRevealed()
+{
+    if (m_activity.wasUsedWithin(placeRest)) {
+        return;
+    }
+    const QModelIndex chosen = m_view.currentIndex();
+    const bool staysInSight = m_activity.wasUsed() && m_view.isSeen(chosen);
+    m_view.scrollTo(m_toReveal);
+    if (staysInSight) {
+        m_view.scrollTo(chosen);
+    }
 }
 
 void BranchOpener::open(const QModelIndex &branch)

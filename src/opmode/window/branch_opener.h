@@ -11,9 +11,10 @@ class StationTreeView;
 class ViewActivity;
 
 /// Opens the branches of StationTreeView in which something new stands, and closes them again. It opens
-/// nothing while the user is at work in the tree. What it opened it closes a few seconds after all alarms of
-/// the station are acknowledged, and when it has been quiet for a minute, but for the latest alarm while it
-/// is red; never what the user opened or is at.
+/// nothing while the user is at work in the tree. It scrolls there as long as nobody has worked in the tree;
+/// afterwards not before that is a while ago, and only as far as the chosen node stays in sight. What it
+/// opened it closes a few seconds after all alarms of the station are acknowledged, and when it has been
+/// quiet for a minute, but for the latest alarm while it is red; never what the user opened or is at.
 class BranchOpener : public QObject
 {
     Q_OBJECT
@@ -21,13 +22,14 @@ class BranchOpener : public QObject
 public:
     BranchOpener(StationTreeView &view, StationTree &tree);
 
-    /// Makes an entry visible in a moment: opens its branch and scrolls to it. Of many in a moment the last
-    /// is scrolled to.
+    /// Makes an entry visible in a moment: opens its branch and, unless that is the user's, scrolls to it. Of
+    /// many in a moment the last is scrolled to.
     void reveal(const QModelIndex &entry);
 
 private:
     void revealNow();
     void open(const QModelIndex &branch);
+    void scrollToRevealed();
     void closeSoon();
     void closeAcknowledged();
     void closeOthers();

@@ -209,7 +209,7 @@ void Form_betriebsmodus::layOut()
     m_muted = new QLabel(this);
     m_muted->setObjectName(QStringLiteral("lbl_muted"));
     m_muted->setContentsMargins(8, 0, 8, 0);
-    m_commands = new StationCommands({m_mode, m_texts, *m_menus, *m_tree,
+    m_commands = new StationCommands({m_mode, m_texts, *m_menus, *m_tree, m_overview->view(),
                                       [this](const QString &question) { return ask(question); },
                                       [this](const QString &line) { tell(line); }},
                                      *this);
@@ -256,13 +256,11 @@ void Form_betriebsmodus::connectTree()
     connect(m_overview, &OverviewPage::groupsChanged, &m_treePane->order(), &TreeOrder::setGroups);
     connect(m_overview, &OverviewPage::groupsTrouble, m_besideBanner, &BesideBanner::setGroupsTrouble);
     connect(m_overview, &OverviewPage::statusMessage, this, &Form_betriebsmodus::tell);
-    connect(&m_overview->view(), &OverviewView::choiceChanged, this, [this] { // the menus are about it
-        const QScopedValueRollback following(m_isFollowing, true);
-        m_tree->chooseStations(m_overview->view().chosenStations(), m_overview->view().chosen());
-    });
+    connect(&m_overview->view(), &OverviewView::choiceChanged, this, &Form_betriebsmodus::followOverview);
     connect(m_tree, &StationTreeView::choiceChanged, this, [this] {
         if (m_overview->isVisible() && !m_isFollowing) { // what is brought back, for example
-            m_overview->view().chooseStations(m_tree->chosenStations(), chosen());
+            m_overview->model().update();                // it may not have it yet
+            chooseInOverview();
         }
     });
     connect(&m_overview->view(), &OverviewView::menuWanted, this,
@@ -726,6 +724,7 @@ void Form_betriebsmodus::showView(bool treeOnly)
     m_splitter->show();
     m_pages->setVisible(!treeOnly);
     if (isOverview) { // the focus was there
+        m_tree->chooseAgain();
         m_tree->setFocus();
     }
     m_menus->setView(treeOnly ? OpmodeMenus::View::TreeOnly : OpmodeMenus::View::Normal);
@@ -735,11 +734,32 @@ void Form_betriebsmodus::showView(bool treeOnly)
 void Form_betriebsmodus::showOverview()
 {
     m_splitter->hide();
-    m_overview->show();
-    m_overview->view().chooseStations(m_tree->chosenStations(), chosen());
+    {
+        const QScopedValueRollback following(m_isFollowing, true);
+        m_overview->show();
+    }
+    chooseInOverview();
     m_overview->view().scrollToTop(); // where the urgent ones are
     m_overview->view().setFocus();
     m_menus->setView(OpmodeMenus::View::Overview);
+}
+
+void Form_betriebsmodus::chooseInOverview()
+{
+    {
+        const QScopedValueRollback following(m_isFollowing, true);
+        m_overview->view().chooseStations(m_tree->chosenStations(), chosen());
+    }
+    followOverview(); // a search may hide what is chosen in the tree
+}
+
+/// The menus are about what is chosen there.
+void Form_betriebsmodus::followOverview()
+{
+    if (!m_isFollowing) {
+        const QScopedValueRollback following(m_isFollowing, true);
+        m_tree->chooseStations(m_overview->view().chosenStations(), m_overview->view().chosen());
+    }
 }
 
 void Form_betriebsmodus::showCurves(const QList<SeriesId> &added)
@@ -809,7 +829,7 @@ void Form_betriebsmodus::chooseAgain()
             break;
         }
     }
-    m_tree->choose(chosen);
+    m_tree->choose(chosen, StationTreeView::Chooser::Program);
 }
 
 // What the menus do
@@ -923,17 +943,12 @@ void Form_betriebsmodus::configure()
     Q_EMIT configurationWanted(station->hostAddress(), station->kennung());
 }
 
-/// Those that are chosen, where several are, else those that the tree shows.
+/// Those that are chosen, where several are, else those that are shown.
 void Form_betriebsmodus::configureSeveral()
 {
     QStringList wanted = m_tree->chosenStations();
     if (wanted.size() < 2) {
-        wanted.clear();
-        for (int row = 0; row < m_mode.tree().rowCount(); ++row) {
-            if (!m_tree->isRowHidden(row, QModelIndex())) {
-                wanted += m_mode.tree().index(row, 0).data(StationTree::KeyRole).toString();
-            }
-        }
+        wanted = m_overview->isVisible() ? m_overview->view().shownKeys() : m_tree->shownKeys();
     }
     Q_EMIT fleetWanted(wanted);
 }

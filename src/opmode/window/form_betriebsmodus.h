@@ -141,6 +141,8 @@ private:
     bool ask(const QString &question);
     void showView(bool treeOnly);
     void showOverview();
+    void chooseInOverview();
+    void followOverview();
     void showCurves(const QList<SeriesId> &added);
     void toggleWall();
     void showTitle();
@@ -158,7 +160,7 @@ private:
     int m_busy = 0;
     bool m_isHeld = false;
     bool m_asksBeforeEnd = true;
-    bool m_isFollowing = false; ///< the tree follows the overview
+    bool m_isFollowing = false; ///< the tree follows the overview, or that follows the tree
 
     QString m_nodesPath;
     bool m_isShared = false; ///< it is the address of a record

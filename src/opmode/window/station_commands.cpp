@@ -4,6 +4,7 @@
 #include "look/outside_texts.h"
 #include "opmode/window/many_line.h"
 #include "opmode/window/opmode_menus.h"
+#include "opmode/window/overview/overview_view.h"
 #include "opmode/window/station_tree_view.h"
 
 #include <QAction>
@@ -172,30 +173,13 @@ void StationCommands::removeStations(const QStringList &stations)
                      }});
 }
 
-/// The station after the last one that goes, or else the one before: it has the focus then.
+/// The station after the last one that goes, or else the one before, of those that are to be seen: it has the
+/// focus then. Without one nothing is chosen.
 void StationCommands::chooseBeside(const QStringList &stations)
 {
-    StationTreeView &view = m_services.tree;
-    const QAbstractItemModel &tree = *view.model();
-    const QSet<QString> going(stations.cbegin(), stations.cend());
-    const int last = m_services.mode.tree().find(stations.constLast()).row();
-    const auto stays = [&](int row) {
-        return !view.isRowHidden(row, {}) &&
-               !going.contains(tree.index(row, 0).data(StationTree::KeyRole).toString());
-    };
-    for (int row = last + 1; row < tree.rowCount(); ++row) {
-        if (stays(row)) {
-            view.choose(tree.index(row, 0));
-            return;
-        }
-    }
-    for (int row = last; row >= 0; --row) {
-        if (stays(row)) {
-            view.choose(tree.index(row, 0));
-            return;
-        }
-    }
-    view.clearSelection(); // none is left that is shown
+    const QString beside = m_services.overview.isVisible() ? m_services.overview.besideOf(stations)
+                                                           : m_services.tree.besideOf(stations);
+    m_services.tree.choose(m_services.mode.tree().find(beside));
 }
 
 void StationCommands::showRemoved()

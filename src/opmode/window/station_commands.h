@@ -8,6 +8,7 @@ namespace ktr {
 
 class ManyLine;
 class OpmodeMenus;
+class OverviewView;
 class StationTreeView;
 
 /// What the menus do with the chosen station, or with all stations that are chosen.
@@ -22,6 +23,7 @@ public:
         const TextTable &texts;
         OpmodeMenus &menus;
         StationTreeView &tree;
+        const OverviewView &overview; ///< while it is visible, stations are chosen there
         /// Asks before something is removed or stopped, whether it can be undone or not.
         std::function<bool(const QString &question)> ask;
         /// A line for the status bar.

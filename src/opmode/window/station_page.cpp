@@ -65,7 +65,13 @@ StationPage::StationPage(OperationalMode &mode, const TextTable &texts,
                          std::function<QString(const QString &filter)> askOpen, QWidget *parent)
     : OpmodePage(mode, texts, parent)
 {
+    m_none = new QLabel(this);
+    m_none->setObjectName(QStringLiteral("lbl_no_station"));
+    m_none->setAlignment(Qt::AlignCenter);
+    m_none->setWordWrap(true);
+    m_none->setForegroundRole(QPalette::PlaceholderText);
     auto *scroll = new QScrollArea(this);
+    m_cards = scroll;
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setWidgetResizable(true);
     auto *body = new QWidget(scroll);
@@ -83,7 +89,8 @@ StationPage::StationPage(OperationalMode &mode, const TextTable &texts,
     scroll->setWidget(body);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(scroll);
+    layout->addWidget(scroll, 1);
+    layout->addWidget(m_none, 1);
 
     connect(&mode, &OperationalMode::stationChanged, this, [this](const QString &kennung) {
         if (kennung == this->kennung() && isVisible()) {
@@ -209,6 +216,8 @@ void StationPage::showNow()
 {
     const cStation *shown = station();
     setEnabled(shown != nullptr);
+    m_cards->setVisible(shown != nullptr);
+    m_none->setVisible(shown == nullptr);
     if (shown == nullptr) {
         return;
     }
@@ -330,7 +339,8 @@ void StationPage::changeEvent(QEvent *event)
 
 void StationPage::applyTexts()
 {
-    findChild<QScrollArea *>()->setAccessibleName(text(Text::Station));
+    m_cards->setAccessibleName(text(Text::Station));
+    m_none->setText(tr("No station is chosen."));
     m_connectionCard->setTitle(text(Text::StationConnection));
     Check_pic0_online->setText(text(Text::Online));
     m_nameCaption->setText(tr("Name"));

@@ -49,6 +49,8 @@ private:
     void discard(QLineEdit *edit, ProblemLabel *problem);
     void showProblem(ProblemLabel *label, const QString &problem);
 
+    QWidget *m_cards;
+    QLabel *m_none;
     StatusMark *m_mark;
     QLabel *m_status;
     QLabel *m_nameCaption;

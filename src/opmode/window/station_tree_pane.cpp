@@ -62,7 +62,7 @@ StationTreePane::StationTreePane(OperationalMode &mode, const TextTable &texts, 
     connect(m_kind, &QComboBox::activated, this, &StationTreePane::applyFilter);
 }
 
-/// From the search into what it found with Down or Enter; Escape gives it up.
+/// From the search to the first that it found with Down or Enter; Escape gives it up.
 bool StationTreePane::eventFilter(QObject *watched, QEvent *event)
 {
     if (watched != m_search || event->type() != QEvent::KeyPress) {
@@ -74,6 +74,10 @@ bool StationTreePane::eventFilter(QObject *watched, QEvent *event)
     }
     if (key == Qt::Key_Escape) {
         m_search->clear();
+    }
+    m_tree->settleFilter();
+    if (!m_search->text().trimmed().isEmpty()) {
+        m_tree->chooseFirst();
     }
     m_tree->setFocus(Qt::TabFocusReason);
     return true;

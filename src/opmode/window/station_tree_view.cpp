@@ -103,6 +103,25 @@ void StationTreeView::setFilter(StationFilter filter)
     m_filterTimer.start();
 }
 
+void StationTreeView::settleFilter()
+{
+    if (m_isFilterChosen) {
+        m_filterTimer.stop();
+        applyFilter();
+    }
+}
+
+QStringList StationTreeView::shownKeys() const
+{
+    QStringList keys;
+    for (int row = 0; row < m_tree.rowCount(); ++row) {
+        if (!isRowHidden(row, {})) {
+            keys += m_tree.index(row, 0).data(StationTree::KeyRole).toString();
+        }
+    }
+    return keys;
+}
+
 void StationTreeView::filterSoon()
 {
     if (!m_filterTimer.isActive()) {
@@ -113,39 +132,77 @@ void StationTreeView::filterSoon()
 void StationTreeView::applyFilter()
 {
     if (std::exchange(m_isFilterChosen, false)) {
-        showPassing(true);
+        showPassing(Hiding::All);
+        dropHidden();
+        chooseAgain();
     } else if (m_activity->isAboutToChoose()) {
         m_filterTimer.start();
     } else {
-        changeInPlace([this] { showPassing(!m_activity->isInUse()); });
+        changeInPlace([this] { showPassing(m_activity->isInUse() ? Hiding::None : Hiding::AllButChosen); });
     }
 }
 
 /// Hides the others as well, or leaves that for later: what is below would move up.
-void StationTreeView::showPassing(bool mayHide)
+void StationTreeView::showPassing(Hiding hiding)
 {
     m_shown = 0;
-    const bool isSeveral = chosenCount() > 1;
-    std::vector<int> hidden;
+    std::vector<int> kept;
+    if (hiding == Hiding::AllButChosen) {
+        kept = chosenRows();
+        kept.push_back(stationOf(currentIndex()).row());
+        std::ranges::sort(kept);
+    }
     for (int row = 0; row < m_tree.rowCount(); ++row) {
         const bool isShown = !isRowHidden(row, {});
         bool shows = m_filter.isOff() || m_filter.passes(m_tree.index(row, 0));
-        if (isShown && !shows && !mayHide) {
+        if (isShown && !shows && hiding == Hiding::None) {
             m_filterTimer.start();
             shows = true;
         }
+        shows = shows || std::ranges::binary_search(kept, row);
         if (shows != isShown) {
             setRowHidden(row, {}, !shows);
         }
-        if (!shows && isSeveral) { // nobody means what is not seen
-            hidden.push_back(row);
-        }
         m_shown += shows ? 1 : 0;
+    }
+    Q_EMIT filtered();
+}
+
+/// Nobody means what is not seen.
+void StationTreeView::dropHidden()
+{
+    std::vector<int> hidden;
+    std::vector<int> left;
+    for (const int row : chosenRows()) {
+        (isRowHidden(row, {}) ? hidden : left).push_back(row);
+    }
+    const QModelIndex station = stationOf(currentIndex());
+    const bool isCurrentHidden = station.isValid() && isRowHidden(station.row(), {});
+    if (isCurrentHidden && left.empty()) {
+        chooseStations({}, {});
+        return;
+    }
+    if (isCurrentHidden) {
+        selectionModel()->setCurrentIndex(m_tree.index(left.front(), 0), QItemSelectionModel::NoUpdate);
     }
     if (!hidden.empty()) {
         selectionModel()->select(selectionOf(m_tree, hidden), QItemSelectionModel::Deselect);
     }
-    Q_EMIT filtered();
+}
+
+void StationTreeView::bringToSight(const std::vector<int> &rows)
+{
+    int more = 0;
+    for (const int row : rows) {
+        if (row >= 0 && isRowHidden(row, {})) {
+            setRowHidden(row, {}, false);
+            ++more;
+        }
+    }
+    if (more > 0) {
+        m_shown += more;
+        Q_EMIT filtered();
+    }
 }
 
 // Sections
@@ -180,15 +237,33 @@ void StationTreeView::drawBranches(QPainter *painter, const QRect &rect, const Q
 // What is chosen
 
 /// The keys that are held meanwhile mean nothing.
-void StationTreeView::choose(const QModelIndex &node)
+void StationTreeView::choose(const QModelIndex &node, Chooser chooser)
 {
+    if (chooser == Chooser::User) {
+        m_activity->noteChoice();
+    }
+    if (!node.isValid()) {
+        selectionModel()->clearCurrentIndex();
+        selectionModel()->clearSelection();
+        return;
+    }
+    bringToSight({stationOf(node).row()});
     selectionModel()->setCurrentIndex(node, QItemSelectionModel::ClearAndSelect);
+}
+
+void StationTreeView::chooseFirst()
+{
+    const int first = shownBeside(0, m_tree.rowCount() - 1, [](int) { return true; });
+    if (first >= 0) {
+        choose(m_tree.index(first, 0));
+    }
 }
 
 void StationTreeView::goTo(const QModelIndex &node)
 {
     const std::vector<int> rows = chosenRows();
     if (rows.size() > 1 && std::ranges::binary_search(rows, stationOf(node).row())) {
+        bringToSight({stationOf(node).row()});
         selectionModel()->setCurrentIndex(node, QItemSelectionModel::Select);
     } else {
         choose(node);
@@ -197,6 +272,13 @@ void StationTreeView::goTo(const QModelIndex &node)
 
 void StationTreeView::chooseStations(const QStringList &stations, const QString &current)
 {
+    if (stations.isEmpty() && current.isEmpty()) {
+        if (currentIndex().isValid()) {
+            m_hiddenChoice = {chosenStations(), chosenStation().data(StationTree::KeyRole).toString()};
+        }
+        choose({}, Chooser::Program);
+        return;
+    }
     std::vector<int> rows;
     rows.reserve(static_cast<std::size_t>(stations.size()));
     for (const QString &kennung : stations) {
@@ -204,12 +286,77 @@ void StationTreeView::chooseStations(const QStringList &stations, const QString 
             rows.push_back(station.row());
         }
     }
-    std::ranges::sort(rows);
-    selectionModel()->select(selectionOf(m_tree, rows), QItemSelectionModel::ClearAndSelect);
     const QModelIndex station = m_tree.find(current);
+    if (rows.empty() && station.isValid()) {
+        rows = {station.row()};
+    }
+    std::ranges::sort(rows);
+    bringToSight(rows);
+    selectionModel()->select(selectionOf(m_tree, rows), QItemSelectionModel::ClearAndSelect);
     if (station.isValid() && stationOf(currentIndex()) != station) {
         selectionModel()->setCurrentIndex(station, QItemSelectionModel::NoUpdate);
     }
+}
+
+void StationTreeView::chooseAgain()
+{
+    const Choice choice = m_hiddenChoice; // it is forgotten once something is chosen
+    const QModelIndex current = m_tree.find(choice.current);
+    if (currentIndex().isValid() || !current.isValid() || isRowHidden(current.row(), {})) {
+        return;
+    }
+    QStringList stations = choice.stations;
+    stations.removeIf([this](const QString &kennung) {
+        const QModelIndex station = m_tree.find(kennung);
+        return !station.isValid() || isRowHidden(station.row(), {});
+    });
+    chooseStations(stations, choice.current);
+}
+
+QString StationTreeView::besideOf(const QStringList &stations) const
+{
+    const QSet<QString> going(stations.cbegin(), stations.cend());
+    const auto keyAt = [this](int row) { return m_tree.index(row, 0).data(StationTree::KeyRole).toString(); };
+    int last = -1;
+    for (const QString &kennung : stations) {
+        last = std::max(last, m_tree.find(kennung).row());
+    }
+    const int row = shownBeside(last, last, [&](int at) { return !going.contains(keyAt(at)); });
+    return row < 0 ? QString() : keyAt(row);
+}
+
+/// The shown row behind some rows, or these, or else before them; -1: there is none.
+int StationTreeView::shownBeside(int first, int last, const std::function<bool(int)> &stays) const
+{
+    const auto is = [&](int row) { return !isRowHidden(row, {}) && stays(row); };
+    for (int row = std::max(first, 0); row < m_tree.rowCount(); ++row) {
+        if (is(row)) {
+            return row;
+        }
+    }
+    for (int row = std::min(last, m_tree.rowCount() - 1); row >= 0; --row) {
+        if (is(row)) {
+            return row;
+        }
+    }
+    return -1;
+}
+
+/// The toolkit would go on at a row that is hidden.
+void StationTreeView::rowsAboutToBeRemoved(const QModelIndex &above, int start, int end)
+{
+    const int row = stationOf(currentIndex()).row();
+    if (!above.isValid() && row >= start && row <= end) {
+        const auto stays = [=](int at) { return at < start || at > end; };
+        const std::vector<int> rows = chosenRows();
+        const auto other = std::ranges::find_if(rows, stays);
+        if (other != rows.end()) {
+            selectionModel()->setCurrentIndex(m_tree.index(*other, 0), QItemSelectionModel::NoUpdate);
+        } else {
+            choose(m_tree.index(shownBeside(end, start, stays), 0), Chooser::Program);
+        }
+    }
+    QTreeView::rowsAboutToBeRemoved(above, start, end);
 }
 
 /// In growing order.
@@ -266,6 +413,9 @@ void StationTreeView::selectionChanged(const QItemSelection &selected, const QIt
     if (chosenCount() < 2 && currentIndex().isValid()) {
         QMetaObject::invokeMethod(this, &StationTreeView::keepOneChosen, Qt::QueuedConnection);
     }
+    if (!m_filter.isOff()) {
+        filterSoon(); // what was shown as it was chosen
+    }
     Q_EMIT choiceChanged();
 }
 
@@ -284,7 +434,7 @@ void StationTreeView::keepOneChosen()
 
 // Nothing is to be moved away from under the user's hand.
 
-/// What is to stay where it is: the node under the mouse, that of the keys, or the topmost that is seen.
+/// What is to stay where it is: the node under the mouse, the current one, or the topmost that is seen.
 QModelIndex StationTreeView::heldNode() const
 {
     const QModelIndex pointed =
@@ -292,8 +442,12 @@ QModelIndex StationTreeView::heldNode() const
     if (pointed.isValid()) {
         return pointed;
     }
-    const bool isSeen = viewport()->rect().intersects(visualRect(currentIndex()));
-    return hasFocus() && isSeen ? currentIndex() : indexAt({0, 0});
+    return isSeen(currentIndex()) ? currentIndex() : indexAt({0, 0});
+}
+
+bool StationTreeView::isSeen(const QModelIndex &node) const
+{
+    return viewport()->rect().intersects(visualRect(node));
 }
 
 void StationTreeView::changeInPlace(const std::function<void()> &change)
@@ -411,6 +565,12 @@ QString StationTreeView::refusalOf(const QString &name)
 void StationTreeView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QTreeView::currentChanged(current, previous);
+    if (current.isValid()) {
+        m_hiddenChoice = {};
+        if (!selectionModel()->hasSelection()) { // the focus came, for example
+            QMetaObject::invokeMethod(this, &StationTreeView::keepOneChosen, Qt::QueuedConnection);
+        }
+    }
     Q_EMIT currentNodeChanged(current);
 }
 

@@ -21,24 +21,43 @@ class StationTreeView : public QTreeView
 public:
     explicit StationTreeView(StationTree &tree, QWidget *parent = nullptr);
 
+    /// What the user's filter hides is no longer chosen. What a station's change would hide stays in sight
+    /// while it is chosen.
     void setFilter(StationFilter filter);
+    /// Hides and shows at once what a filter that was set a moment ago will.
+    void settleFilter();
     int shownStations() const { return m_shown; }
+    /// The keys of those that are shown, in the order of the tree.
+    QStringList shownKeys() const;
 
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
     /// Carries out a change of which rows there are, and scrolls by as much as it moved the row that is to
     /// stay where it is.
     void changeInPlace(const std::function<void()> &change);
+    /// Whether some of it is to be seen.
+    bool isSeen(const QModelIndex &node) const;
     /// From now on the rows stand no longer further up than they would by themselves.
     void endHold();
     using QTreeView::scheduleDelayedItemsLayout;
 
-    /// Makes a node the current and the only chosen one.
-    void choose(const QModelIndex &node);
+    // What is chosen is shown, also where the filter would hide it.
+
+    enum class Chooser { User, Program };
+    /// Makes a node the current and the only chosen one; an invalid one: nothing is chosen.
+    void choose(const QModelIndex &node, Chooser chooser = Chooser::User);
+    /// The first station that is shown, if there is one.
+    void chooseFirst();
     /// The same, but where several stations are chosen and the node is of one of them they stay so.
     void goTo(const QModelIndex &node);
     /// Chooses these stations alone; the current one becomes the node of this station, or stays under it.
+    /// Without any nothing is chosen, until chooseAgain().
     void chooseStations(const QStringList &stations, const QString &current);
+    /// Where nothing is chosen because a filter or the overview hid it: what is to be seen of that again.
+    void chooseAgain();
+    /// The key of the shown station behind the last of these, or else before it, that is none of them; empty
+    /// for none.
+    QString besideOf(const QStringList &stations) const;
     /// That of the current node, but the only one that is chosen where one alone is.
     QModelIndex chosenStation() const;
     /// The keys of the stations that are chosen, or of which something is, in the order of the tree;
@@ -80,6 +99,7 @@ protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     void rowsInserted(const QModelIndex &parent, int start, int end) override;
+    void rowsAboutToBeRemoved(const QModelIndex &parent, int start, int end) override;
     void drawBranches(QPainter *painter, const QRect &rect, const QModelIndex &index) const override;
     bool viewportEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
@@ -93,13 +113,23 @@ private:
     void filterSoon();
     QModelIndex heldNode() const;
     void applyFilter();
-    void showPassing(bool mayHide);
+    enum class Hiding { None, AllButChosen, All };
+    void showPassing(Hiding hiding);
+    void dropHidden();
+    void bringToSight(const std::vector<int> &rows);
+    int shownBeside(int first, int last, const std::function<bool(int)> &stays) const;
     void refresh();
 
     StationTree &m_tree;
     ViewActivity *m_activity;
     StationFilter m_filter;
     int m_shown = 0;
+    struct Choice
+    {
+        QStringList stations;
+        QString current;
+    };
+    Choice m_hiddenChoice; ///< was chosen before nothing was
     QHash<NodeStore::Id, QString> m_sections;
     bool m_isFilterChosen = false; ///< by the user, just now
     QTimer m_filterTimer;

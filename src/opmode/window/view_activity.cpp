@@ -36,8 +36,10 @@ void ViewActivity::noteViewportEvent(const QEvent &event)
     case QEvent::MouseButtonDblClick:
         m_lastUse.start(); // passing by with the mouse is none
         [[fallthrough]];
-    case QEvent::MouseMove:
     case QEvent::Wheel:
+        m_lastWork.start();
+        [[fallthrough]];
+    case QEvent::MouseMove:
         m_lastInput.start();
         m_restTimer.start();
         break;
@@ -50,6 +52,12 @@ void ViewActivity::noteKeys()
 {
     m_lastInput.start();
     m_lastUse.start();
+    m_lastWork.start();
+}
+
+bool ViewActivity::wasUsedWithin(Milliseconds time) const
+{
+    return isWithin(m_lastWork, time);
 }
 
 /// Whether the user is just moving the mouse here, pressing a button, choosing from a menu or typing.

@@ -27,12 +27,18 @@ public:
     void noteViewportEvent(const QEvent &event);
     /// A key was pressed, or the user put the focus here.
     void noteKeys();
+    /// What is shown here was chosen elsewhere.
+    void noteChoice() { m_lastWork.start(); }
 
     /// Whether the user points at the view, or has worked there with keys and may go on.
     bool isInUse(Milliseconds rest = keysRest) const;
     /// Whether the user points at a row, and has done so for no longer than it takes to read it: then the
     /// rows around it stay as well. A mouse that just lies there does not keep new ones out of sight.
     bool isAboutToChoose() const;
+    /// Whether the user has worked here at all: clicked, turned the wheel, pressed a key, or chosen.
+    bool wasUsed() const { return m_lastWork.isValid(); }
+    /// The same within the last while.
+    bool wasUsedWithin(Milliseconds time) const;
     /// Where the mouse was last, on the screen.
     const QPoint &pointer() const { return m_pointer; }
 
@@ -48,6 +54,7 @@ private:
     QTimer m_restTimer;        ///< runs while the mouse was moved a moment ago
     QElapsedTimer m_lastInput; ///< of any kind
     QElapsedTimer m_lastUse;   ///< the same, but for mere moves of the mouse
+    QElapsedTimer m_lastWork;  ///< the same, but also what chose elsewhere
     QPoint m_pointer;
 };
 

@@ -1,6 +1,7 @@
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/window/form_betriebsmodus.h"
 #include "opmode/window/retention_dialog.h"
+#include "opmode/window/station_tree_view.h"
 #include "platform/file_lock.h"
 #include "platform/files.h"
 #include "platform/registry.h"
@@ -130,6 +131,14 @@ private Q_SLOTS:
         tree()->setCurrentIndex(m_mode->tree().find("B"));
         QCOMPARE(pages->currentIndex(), 4);
 
+        const QModelIndex storm = list->model()->index(1, 0);
+        list->expand(storm);
+        list->setCurrentIndex(list->model()->index(2, 0, storm));
+        list->collapse(storm);
+        list->selectionModel()->setCurrentIndex(list->model()->index(0, 0), QItemSelectionModel::NoUpdate);
+        QTest::keyClick(list, Qt::Key_Space); // of what is no longer to be seen nothing is acknowledged
+        QCOMPARE(m_mode->alarms().waitingCount(), 6);
+
         list->setCurrentIndex(list->model()->index(1, 0)); // the closed line of all five
         answerNext("CancelButton");
         QTest::keyClick(list, Qt::Key_Space);
@@ -145,6 +154,55 @@ private Q_SLOTS:
         pages->setCurrentIndex(4);
         QTest::keyClick(list, Qt::Key_Space); // one alone is no question
         QCOMPARE(m_mode->alarms().waitingCount(), 0);
+    }
+
+    void afterAnAcknowledgementTheListGoesOnWithTheNextAlarm()
+    {
+        const QStringList stations{"A", "B", "C", "D"};
+        open(stations);
+        for (int i = 0; i < stations.size(); ++i) {
+            online(stations[i]);
+            alarm(i, "DI" + QByteArray::number(i) + " fail");
+        }
+        m_timers.advance(Milliseconds(250));
+        press(m_window->findChild<QWidget *>("AlarmBar"), "Cmd_alarm_all");
+        auto *list = m_window->findChild<QTreeView *>("Tree_alarms");
+        auto *accept = list->parentWidget()->findChild<QPushButton *>("Cmd_alarm_accept"); // not the bar's
+        const auto chosen = [list] {
+            QStringList texts;
+            for (const QModelIndex &line : list->selectionModel()->selectedRows(1)) {
+                texts += line.data().toString();
+            }
+            return texts;
+        };
+        list->setFocus();
+        list->setCurrentIndex(list->model()->index(1, 0));
+        QCOMPARE(chosen(), QStringList("DI1 fail"));
+        QTest::mouseClick(accept, Qt::LeftButton);
+        QVERIFY(m_mode->alarms().waitingCount() == 3 && list->hasFocus());
+        QCOMPARE(chosen(), QStringList("DI2 fail"));
+        QTest::mouseClick(accept, Qt::LeftButton);
+        QTest::mouseDClick(accept, Qt::LeftButton); // the second half of a double click is about nothing
+        QCOMPARE(m_mode->alarms().waitingCount(), 2);
+        QCOMPARE(chosen(), QStringList("DI3 fail"));
+        m_timers.advance(Milliseconds(1000)); // what is acknowledged goes to its place
+        QCOMPARE(chosen(), QStringList("DI3 fail"));
+        accept->setFocus();
+        QTest::keyClick(accept, Qt::Key_Space); // the last one of the list: it goes on above
+        QVERIFY(m_mode->alarms().waitingCount() == 1 && list->hasFocus());
+        QCOMPARE(chosen(), QStringList("DI0 fail"));
+        QTest::keyClick(list, Qt::Key_Space);
+        QVERIFY(m_mode->alarms().waitingCount() == 0 && list->hasFocus());
+
+        for (int i = 0; i < 3; ++i) {
+            alarm(i, "Power fail");
+        }
+        auto *all = list->parentWidget()->findChild<QPushButton *>("Cmd_alarm_acceptAll");
+        QTRY_VERIFY((m_timers.advance(Milliseconds(250)), all->isEnabled()));
+        answerNext("OKButton");
+        QTest::mouseClick(all, Qt::LeftButton);
+        QCOMPARE(m_mode->alarms().waitingCount(), 0);
+        QCOMPARE(m_window->focusWidget(), list);
     }
 
     void aLineOfTheRecordLeadsToItsNotificationOrTellsThatItsStationIsGone()
@@ -384,7 +442,7 @@ private Q_SLOTS:
         QVERIFY(!tree()->isExpanded(m_mode->tree().find("B")));
         field("Text_filter_station")->setFocus();
         QTRY_VERIFY(tree()->isExpanded(m_mode->tree().find("B/meldung")));
-        QVERIFY(isInView("H/meldung/+4917012345 --> M,second 23 fail"));
+        QCOMPARE(placeOf("F"), place); // which the user chose: branches open around it
 
         // After the storm it closes what it opened, but for the latest alarm.
         tree()->expand(m_mode->tree().find("C/history"));
@@ -403,6 +461,33 @@ private Q_SLOTS:
         QTRY_VERIFY(!tree()->isExpanded(m_mode->tree().find("H")));
         QVERIFY(!tree()->isExpanded(m_mode->tree().find("D")) &&
                 tree()->isExpanded(m_mode->tree().find("A")));
+    }
+
+    void theTreeScrollsToAnAlarmUntilSomebodyWorksInIt()
+    {
+        QStringList stations;
+        for (int number = 10; number < 70; ++number) {
+            stations += 'S' + QString::number(number);
+        }
+        open(stations);
+        for (const QString &station : std::as_const(stations)) {
+            online(station);
+        }
+        alarm(59, "DI1 fail");
+        QTRY_VERIFY(isInView("S69/meldung/+4917012345 --> M,DI1 fail"));
+        tree()->scrollToTop();
+        QTest::mouseClick(tree()->viewport(), Qt::LeftButton, {},
+                          tree()->visualRect(m_mode->tree().find("S15")).center());
+        field("Text_filter_station")->setFocus();
+        QTest::mouseMove(m_window->windowHandle(), {5, 5});
+        QTRY_VERIFY(!tree()->underMouse());
+        const QPoint place = placeOf("S15");
+        for (const int station : {2, 50}) { // above and below it
+            alarm(station, "DI1 fail");
+            QTRY_VERIFY(tree()->isExpanded(m_mode->tree().find(stations[station] + "/meldung")));
+            QCOMPARE(placeOf("S15"), place);
+        }
+        QVERIFY(!isInView("S60/meldung/+4917012345 --> M,DI1 fail"));
     }
 
     void aFilterThatFollowsTheAlarmsMovesNothingUnderTheMouse()
@@ -425,10 +510,14 @@ private Q_SLOTS:
         tree()->findChild<QTimer *>("Timer_rest")->stop();
         QTRY_VERIFY(!tree()->isRowHidden(1, {}));
         QCOMPARE(placeOf("C"), place);
-        QVERIFY(m_mode->acknowledge({m_mode->tree().find("A")}));
+        QVERIFY(m_mode->acknowledge({m_mode->tree().find("A"), m_mode->tree().find("B")}));
         QVERIFY(awaitTurns());
         QCOMPARE(placeOf("C"), place);
         QTest::mouseMove(m_window->windowHandle(), {5, 5});
+        QTRY_VERIFY(tree()->isRowHidden(1, {}));
+        QVERIFY(!tree()->isRowHidden(0, {})); // its page is open: it goes when another one is chosen
+        QCOMPARE(tree()->chosenStations(), QStringList("A"));
+        tree()->choose(m_mode->tree().find("C"));
         QTRY_VERIFY(tree()->isRowHidden(0, {}));
     }
 
@@ -720,7 +809,7 @@ private:
         QSignalSpy turns(timer, &QTimer::timeout);
         return QTest::qWaitFor([&] { return turns.size() >= count; });
     }
-    QTreeView *tree() const { return m_window->findChild<QTreeView *>("TreeView_KTR_Nodes"); }
+    StationTreeView *tree() const { return m_window->findChild<StationTreeView *>(); }
     QLineEdit *field(const char *name) const { return m_window->findChild<QLineEdit *>(name); }
     void click(const char *action) { m_window->findChild<QAction *>(action)->trigger(); }
 

@@ -82,6 +82,78 @@ private Q_SLOTS:
         QTRY_COMPARE(tree()->chosenStations(), QStringList("S10"));
     }
 
+    void whatASearchHidesIsTheTargetOfNothing_data()
+    {
+        QTest::addColumn<bool>("isOverview");
+        QTest::newRow("tree") << false;
+        QTest::newRow("overview") << true;
+    }
+    void whatASearchHidesIsTheTargetOfNothing()
+    {
+        QFETCH(const bool, isOverview);
+        open(12);
+        click("S5");
+        if (isOverview) {
+            action("mnu_overview")->trigger();
+        }
+        auto *search =
+            m_window->findChild<QLineEdit *>(isOverview ? "Text_overview_search" : "Text_filter_station");
+        const auto isNothingChosen = [this] {
+            constexpr std::array about = {"mnu_station_del",    "mnu_station_link", "mnu_station_online",
+                                          "mnu_konfiguration",  "mnu_exclusive",    "mnu_values",
+                                          "mnu_station_rename", "mnu_maintenance"};
+            return tree()->chosenStations().isEmpty() &&
+                   std::ranges::none_of(about, [this](const char *of) { return action(of)->isEnabled(); });
+        };
+        search->setFocus();
+        QTest::keyClicks(search, "S1"); // 1, 10, 11
+        QTRY_VERIFY(isNothingChosen());
+        QVERIFY(isOverview || label("lbl_no_station")->isVisible()); // the page says so
+        QTest::keyClick(search, Qt::Key_Escape);
+        QCOMPARE(tree()->chosenStations(), QStringList("S5")); // given up, all is as before
+        search->setFocus();
+        QTest::keyClicks(search, "S1");
+        QTest::keyClick(search, Qt::Key_Down); // sooner than it is filtered
+        QCOMPARE(tree()->chosenStations(), QStringList("S1"));
+        QVERIFY(!search->hasFocus() && action("mnu_station_del")->isEnabled());
+        QVERIFY(isOverview || m_window->findChild<QLineEdit *>("Text_pic0_name")->text() == "S1");
+        QSignalSpy fleet(m_window.get(), &Form_betriebsmodus::fleetWanted);
+        action("mnu_transmit_several")->trigger();
+        QCOMPARE(fleet.first().first().toStringList(), (QStringList{"S1", "S10", "S11"}));
+        for (const QString &next : {QStringLiteral("S10"), QStringLiteral("S11"), QString()}) {
+            answerNext("OKButton");
+            action("mnu_station_del")->trigger();
+            m_timers.advance(OverviewModel::longestDelay);
+            QCOMPARE(tree()->chosenStations().join(','), next); // a hit, or nothing
+        }
+        QVERIFY(isNothingChosen() && (isOverview || label("lbl_no_station")->isVisible()));
+        QCOMPARE(names().size(), 9);
+    }
+
+    void whatIsHiddenWhileAnotherListIsShownIsNotChosenThere()
+    {
+        open(3);
+        click("S2");
+        action("mnu_overview")->trigger();
+        m_window->findChild<QLineEdit *>("Text_overview_search")->setText("S0");
+        QVERIFY(tree()->chosenStations().isEmpty());
+        action("mnu_ansicht_normal")->trigger();
+        QCOMPARE(tree()->chosenStations(), QStringList("S2")); // here it is to be seen
+        action("mnu_overview")->trigger();                     // where the search still is
+        QVERIFY(tree()->chosenStations().isEmpty() && !action("mnu_station_del")->isEnabled());
+        action("mnu_ansicht_normal")->trigger();
+        auto *search = m_window->findChild<QLineEdit *>("Text_filter_station");
+        search->setText("S1");
+        QTRY_VERIFY(tree()->chosenStations().isEmpty());
+        action("mnu_station_add")->trigger(); // what is chosen for the user is shown to the user
+        const QString added = names().constLast();
+        QCOMPARE(tree()->chosenStations(),
+                 QStringList(m_mode->tree().index(3, 0).data(StationTree::KeyRole).toString()));
+        QVERIFY2(!tree()->isRowHidden(3, {}), qPrintable(added));
+        m_mode->removeStation(tree()->chosenStations().constFirst()); // as another program may do
+        QCOMPARE(tree()->chosenStations(), QStringList("S1"));
+    }
+
     void removedStationsComeBackWithAllTheyHadAlsoAfterACrash_data()
     {
         QTest::addColumn<bool>("isFileWritten");

@@ -68,6 +68,7 @@ AlarmListPage::AlarmListPage(OperationalMode &mode, const TextTable &texts, Ackn
 
 AlarmListPage::~AlarmListPage()
 {
+    m_buttons[Acknowledge]->removeEventFilter(this);
     m_list->removeEventFilter(this);
     m_list->viewport()->removeEventFilter(this);
 }
@@ -105,8 +106,11 @@ QWidget *AlarmListPage::createButtons()
             connect(m_buttons[i], &QPushButton::clicked, m_actions[i], &QAction::trigger);
         }
     }
-    connect(m_actions[AcknowledgeAll], &QAction::triggered, this,
-            [this] { m_acknowledging.acknowledgeAlarms(this, m_model->unacknowledged()); });
+    connect(m_actions[AcknowledgeAll], &QAction::triggered, this, [this] {
+        m_acknowledging.acknowledgeAlarms(this, m_model->unacknowledged());
+        m_list->setFocus();
+    });
+    m_buttons[Acknowledge]->installEventFilter(this);
     for (const Action action : {EditComment, Shelve, Unshelve}) {
         row->addWidget(m_buttons[action]);
     }
@@ -140,6 +144,12 @@ void AlarmListPage::setUpList()
             goTo();
         }
     });
+    connect(
+        m_list, &QTreeView::collapsed, this, [this](const QModelIndex &storm) { // none of what is not seen
+            const int last = m_model->rowCount(storm) - 1;
+            m_list->selectionModel()->select({m_model->index(0, 0, storm), m_model->index(last, 0, storm)},
+                                             QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+        });
     connect(m_list->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &AlarmListPage::refreshButtons);
 }
@@ -334,6 +344,9 @@ void AlarmListPage::restoreView()
     QItemSelection selection;
     const auto select = [&](const QModelIndex &line) {
         if (line.isValid()) {
+            if (line.parent().isValid()) {
+                m_list->expand(line.parent()); // what is chosen is seen
+            }
             selection.select(line, line.siblingAtColumn(AlarmListModel::columns - 1));
         }
     };
@@ -365,6 +378,9 @@ bool AlarmListPage::eventFilter(QObject *watched, QEvent *event)
             fitColumns();
         }
     }
+    if (watched == m_buttons[Acknowledge] && event->type() == QEvent::MouseButtonDblClick) {
+        return true; // the next alarm is chosen by then
+    }
     if (watched == m_list && event->type() == QEvent::KeyPress) {
         m_activity->noteKeys();
         if (takeKey(*static_cast<QKeyEvent *>(event))) {
@@ -386,7 +402,9 @@ bool AlarmListPage::takeKey(const QKeyEvent &event)
     const QModelIndex line = m_list->currentIndex();
     switch (event.key()) {
     case Qt::Key_Space:
-        acknowledgeChosen();
+        if (!event.isAutoRepeat()) {
+            acknowledgeChosen();
+        }
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -407,11 +425,56 @@ bool AlarmListPage::takeKey(const QKeyEvent &event)
 void AlarmListPage::acknowledgeChosen()
 {
     const QModelIndexList lines = chosenLines(*m_list);
+    const QList<qint64> alarms = chosen();
+    const QPointer<AlarmListPage> self(this);
     if (std::ranges::any_of(lines, [this](const QModelIndex &line) { return m_model->isStorm(line); })) {
-        m_acknowledging.acknowledgeAlarms(this, chosen());
+        m_acknowledging.acknowledgeAlarms(this, alarms);
     } else {
-        m_acknowledging.acknowledgeChosen(this, chosen());
+        m_acknowledging.acknowledgeChosen(this, alarms);
     }
+    if (self) {
+        goOnAfter(alarms);
+    }
+}
+
+/// In the list, with the next alarm that waits.
+void AlarmListPage::goOnAfter(const QList<qint64> &acknowledged)
+{
+    m_list->setFocus();
+    const QModelIndexList lines = chosenLines(*m_list);
+    const bool isDone = std::ranges::none_of(acknowledged, [this](qint64 alarm) { return isWaiting(alarm); });
+    if (lines.isEmpty() || !isDone) {
+        return;
+    }
+    if (const QModelIndex next = nextWaiting(lines.constLast()); next.isValid()) {
+        m_list->selectionModel()->setCurrentIndex(next, QItemSelectionModel::ClearAndSelect |
+                                                            QItemSelectionModel::Rows);
+    }
+}
+
+bool AlarmListPage::isWaiting(qint64 alarm) const
+{
+    const AlarmRow *row = mode().alarms().alarm(alarm);
+    return row != nullptr && mode().alarms().isWaiting(*row);
+}
+
+/// Below a line, or else from the top on; of those that are to be seen.
+QModelIndex AlarmListPage::nextWaiting(QModelIndex line) const
+{
+    const auto waits = [this](const QModelIndex &at) {
+        return std::ranges::any_of(m_model->alarms(at), [this](qint64 alarm) { return isWaiting(alarm); });
+    };
+    for (line = m_list->indexBelow(line); line.isValid(); line = m_list->indexBelow(line)) {
+        if (waits(line)) {
+            return line;
+        }
+    }
+    for (line = m_model->index(0, 0); line.isValid(); line = m_list->indexBelow(line)) {
+        if (waits(line)) {
+            return line;
+        }
+    }
+    return {};
 }
 
 void AlarmListPage::editComment()
@@ -429,6 +492,9 @@ void AlarmListPage::editComment()
     if (self && comment) {
         mode().alarmActions().comment(alarms, comment->trimmed());
         m_model->updateInPlace();
+    }
+    if (self) {
+        m_list->setFocus();
     }
 }
 
@@ -456,6 +522,11 @@ void AlarmListPage::shelve()
         shelves.shelve(alarms, dialog.until(), dialog.why());
     }
     m_model->update();
+    m_list->setFocus();
+    if (chosenLines(*m_list).isEmpty() && m_list->currentIndex().isValid()) { // what is at their place now
+        m_list->selectionModel()->select(m_list->currentIndex(),
+                                         QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
 }
 
 void AlarmListPage::unshelve()
@@ -468,6 +539,7 @@ void AlarmListPage::unshelve()
         }
     }
     m_model->update();
+    m_list->setFocus();
 }
 
 void AlarmListPage::goTo()

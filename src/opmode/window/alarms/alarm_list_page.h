@@ -53,6 +53,9 @@ private:
     void noteView();
     void restoreView();
     void acknowledgeChosen();
+    void goOnAfter(const QList<qint64> &acknowledged);
+    bool isWaiting(qint64 alarm) const;
+    QModelIndex nextWaiting(QModelIndex line) const;
     void editComment();
     void shelve();
     void unshelve();

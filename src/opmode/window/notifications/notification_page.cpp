@@ -324,7 +324,10 @@ void NotificationPage::refresh()
                   .arg(m_locale.toString(count), text(Text::NotAcknowledged), m_locale.toString(open)));
     const bool isFiltered = !m_model->choice().filter.isEmpty() || m_model->choice().onlyUnacknowledged;
     m_empty->setVisible(count == 0);
-    m_empty->setText(isFiltered ? tr("Nothing fits the filter") : tr("No notifications"));
+    m_empty->setText(kennung().isEmpty() && !m_allStations->isChecked()
+                         ? tr("Choose a station to see its notifications.")
+                     : isFiltered ? tr("Nothing fits the filter")
+                                  : tr("No notifications"));
     m_acceptAll->setEnabled(open > 0);
     m_menu[1]->setEnabled(open > 0);
     refreshButtons();

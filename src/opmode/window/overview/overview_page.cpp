@@ -440,6 +440,9 @@ bool OverviewPage::handleKey(const QKeyEvent &event)
     } else if (event.matches(QKeySequence::ZoomOut)) {
         m_view->setLevel(m_view->level() + 1);
     } else if (m_search->hasFocus() && event.key() == Qt::Key_Down) {
+        if (!m_search->text().trimmed().isEmpty() || m_view->chosen().isEmpty()) {
+            m_view->chooseFirst();
+        }
         m_view->setFocus(Qt::TabFocusReason);
     } else if (m_search->hasFocus() && event.key() == Qt::Key_Escape && !m_search->text().isEmpty()) {
         m_search->clear();

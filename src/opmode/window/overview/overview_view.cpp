@@ -52,19 +52,9 @@ OverviewView::OverviewView(const OperationalMode &mode, OverviewModel &model, QW
     connect(&model, &QAbstractItemModel::modelReset, this, placeAnew);
     connect(&model, &QAbstractItemModel::layoutChanged, this, placeAnew);
     setModel(&model);
-    connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
-        m_chosen = chosen();
-        m_chosenStations = chosenStations();
-        m_chosenHeading = chosenHeading();
-        m_pointed = -1;
-    });
+    connect(&model, &QAbstractItemModel::modelAboutToBeReset, this, &OverviewView::noteChoice);
     connect(&model, &QAbstractItemModel::modelReset, this, [this] {
-        chooseStations(m_chosenStations, m_chosen);
-        for (const int row : m_chosenHeading ? m_model.headings() : std::vector<int>()) {
-            if (m_model.headingAt(row) == m_chosenHeading) {
-                setCurrentIndex(m_model.index(row));
-            }
-        }
+        chooseNoted();
         fit();
     });
     connect(this, &QAbstractItemView::clicked, this, [this](const QModelIndex &index) {
@@ -151,6 +141,42 @@ QString OverviewView::chosen() const
     return currentIndex().data(OverviewModel::KeyRole).toString();
 }
 
+/// Of a station; empty of a heading.
+QString OverviewView::keyAt(int row) const
+{
+    return m_model.index(row).data(OverviewModel::KeyRole).toString();
+}
+
+void OverviewView::noteChoice()
+{
+    m_chosen = {chosenStations(), chosen()};
+    m_chosenHeading = chosenHeading();
+    m_pointed = -1;
+}
+
+/// As far as it is still shown. Nobody means what is not seen: the others are no longer chosen.
+void OverviewView::chooseNoted()
+{
+    const Choice &before = m_chosen;
+    chooseStations(before.stations, before.current);
+    for (const int row : m_chosenHeading ? m_model.headings() : std::vector<int>()) {
+        if (m_model.headingAt(row) == m_chosenHeading) {
+            const QScopedValueRollback choosing(m_isChoosing, true);
+            setCurrentIndex(m_model.index(row));
+        }
+    }
+    const bool wasChosen = !before.stations.isEmpty() || !before.current.isEmpty();
+    if (wasChosen && !currentIndex().isValid()) {
+        m_hiddenChoice = before;
+    } else if (!wasChosen && !currentIndex().isValid()) {
+        const Choice hidden = m_hiddenChoice; // it is forgotten once something is chosen
+        chooseStations(hidden.stations, hidden.current);
+    }
+    if (chosen() != before.current || chosenStations().size() != before.stations.size()) {
+        Q_EMIT choiceChanged();
+    }
+}
+
 void OverviewView::chooseStations(const QStringList &stations, const QString &current)
 {
     std::vector<int> rows;
@@ -172,10 +198,57 @@ void OverviewView::chooseStations(const QStringList &stations, const QString &cu
     const QScopedValueRollback choosing(m_isChoosing, true);
     setAutoScroll(false);
     selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
-    if (const int row = m_model.rowOf(current); row >= 0 && row != currentIndex().row()) {
+    int row = m_model.rowOf(current);
+    if (row < 0 && !rows.empty()) {
+        row = rows.front();
+    }
+    if (row < 0) {
+        selectionModel()->clearCurrentIndex();
+    } else if (row != currentIndex().row()) {
         selectionModel()->setCurrentIndex(m_model.index(row), QItemSelectionModel::NoUpdate);
     }
     setAutoScroll(true);
+}
+
+void OverviewView::chooseFirst()
+{
+    for (int row = 0; row < m_model.rowCount(); ++row) {
+        if (!m_model.headingAt(row)) {
+            setCurrentIndex(m_model.index(row));
+            return;
+        }
+    }
+}
+
+QStringList OverviewView::shownKeys() const
+{
+    QStringList keys;
+    for (int row = 0; row < m_model.rowCount(); ++row) {
+        keys += keyAt(row);
+    }
+    keys.removeAll(QString());
+    return keys;
+}
+
+QString OverviewView::besideOf(const QStringList &stations) const
+{
+    const QSet<QString> going(stations.cbegin(), stations.cend());
+    int last = -1;
+    for (const QString &kennung : stations) {
+        last = std::max(last, m_model.rowOf(kennung));
+    }
+    const auto stays = [&](const QString &key) { return !key.isEmpty() && !going.contains(key); };
+    for (int row = last + 1; row < m_model.rowCount(); ++row) {
+        if (const QString key = keyAt(row); stays(key)) {
+            return key;
+        }
+    }
+    for (int row = last; row >= 0; --row) {
+        if (const QString key = keyAt(row); stays(key)) {
+            return key;
+        }
+    }
+    return {};
 }
 
 QStringList OverviewView::chosenStations() const
@@ -202,7 +275,10 @@ void OverviewView::currentChanged(const QModelIndex &current, const QModelIndex 
         focused.setChild(current.row());
         QAccessible::updateAccessibility(&focused);
     }
-    if (!chosen().isEmpty() && !m_isChoosing) {
+    if (current.isValid()) {
+        m_hiddenChoice = {};
+    }
+    if (!m_isChoosing) {
         Q_EMIT choiceChanged();
     }
 }
@@ -216,7 +292,7 @@ void OverviewView::selectionChanged(const QItemSelection &selected, const QItemS
     if (std::exchange(m_areSeveralChosen, areSeveral) != areSeveral) {
         viewport()->update();
     }
-    if (!m_isChoosing && selectionModel()->hasSelection()) {
+    if (!m_isChoosing) {
         Q_EMIT choiceChanged();
     }
 }
@@ -453,6 +529,16 @@ bool OverviewView::viewportEvent(QEvent *event)
         m_pointed = -1;
     }
     return QListView::viewportEvent(event);
+}
+
+/// Where nothing is chosen the toolkit would choose the first one, though nobody asked for it.
+void OverviewView::focusInEvent(QFocusEvent *event)
+{
+    if (currentIndex().isValid()) {
+        QListView::focusInEvent(event);
+    } else {
+        QWidget::focusInEvent(event); // NOLINT(bugprone-parent-virtual-call)
+    }
 }
 
 void OverviewView::keyPressEvent(QKeyEvent *event)

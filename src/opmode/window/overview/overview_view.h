@@ -44,8 +44,16 @@ public:
     QString description(const StationGlance &glance) const;
     bool isInUse() const;
     QString chosen() const; ///< its key, empty for none
-    /// Chooses these alone; the tile of the current one gets the focus. Scrolls nothing.
+    /// Chooses these alone, as far as they are shown; the tile of the current one gets the focus. Scrolls
+    /// nothing.
     void chooseStations(const QStringList &stations, const QString &current);
+    /// The first station that is shown, if there is one.
+    void chooseFirst();
+    /// The keys of those that are shown, in the order of the tiles.
+    QStringList shownKeys() const;
+    /// The key of the station behind the last of these that is shown, or else before it, that is none of
+    /// them; empty for none.
+    QString besideOf(const QStringList &stations) const;
     /// The keys of those that are chosen, in the order of the tiles.
     QStringList chosenStations() const;
 
@@ -56,7 +64,7 @@ public:
     void doItemsLayout() override;
 
 Q_SIGNALS:
-    /// The user chose other stations, or none.
+    /// The user chose other stations, or none, or what was chosen is no longer shown, or is again.
     void choiceChanged();
     /// It is to be shown in the tree.
     void stationWanted(const QString &kennung);
@@ -73,6 +81,7 @@ protected:
     void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     bool viewportEvent(QEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -87,6 +96,9 @@ protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
 private:
+    void noteChoice();
+    void chooseNoted();
+    QString keyAt(int row) const;
     TileLevel tiles() const;
     void fitTiles();
     void takeLevel(int level);
@@ -119,8 +131,13 @@ private:
     QSize m_tile;
     mutable std::optional<TilePainter> m_painter; ///< of the present level, font and palette
     QList<int> m_channels;
-    QString m_chosen; ///< before the rows came anew
-    QStringList m_chosenStations;
+    struct Choice
+    {
+        QStringList stations;
+        QString current;
+    };
+    Choice m_chosen;           ///< before the rows came anew
+    Choice m_hiddenChoice;     ///< was chosen before a search or a fold hid all of it
     bool m_isChoosing = false; ///< not the user
     bool m_areSeveralChosen = false;
     std::optional<int> m_chosenHeading; ///< likewise
