@@ -14,6 +14,7 @@
 #include <QRadioButton>
 #include <QStyleFactory>
 #include <QStyleOption>
+#include <QToolButton>
 
 namespace ktr {
 
@@ -21,6 +22,14 @@ namespace {
 
 constexpr int fieldHeight = 28;
 constexpr int arrowWidth = 24;
+constexpr int menuArrowRoom = 14;
+
+/// A button that is nothing but the way to its menu.
+bool opensMenu(const QWidget *widget)
+{
+    const auto *button = qobject_cast<const QToolButton *>(widget);
+    return button != nullptr && button->menu() != nullptr && button->popupMode() == QToolButton::InstantPopup;
+}
 
 } // namespace
 
@@ -154,8 +163,10 @@ QSize ProgramStyle::sizeFromContents(ContentsType type, const QStyleOption *opti
     case CT_ComboBox:
         return {size.width() + 8, std::max(size.height(), fieldHeight)};
     case CT_SpinBox:
-    case CT_ToolButton:
         return size.expandedTo({fieldHeight, fieldHeight});
+    case CT_ToolButton:
+        return (size + QSize(opensMenu(widget) ? menuArrowRoom : 0, 0))
+            .expandedTo({fieldHeight, fieldHeight});
     case CT_PushButton:
         return {size.width() + 8, std::max(size.height(), fieldHeight)};
     case CT_CheckBox:
@@ -170,7 +181,12 @@ QSize ProgramStyle::sizeFromContents(ContentsType type, const QStyleOption *opti
     case CT_MenuItem: {
         const auto *item = qstyleoption_cast<const QStyleOptionMenuItem *>(option);
         const bool separator = item != nullptr && item->menuItemType == QStyleOptionMenuItem::Separator;
-        return separator ? size : size.expandedTo({0, fieldHeight});
+        const bool isHeading =
+            separator && !item->text.isEmpty(); // the toolkit cuts what is longer than items
+        return isHeading
+                   ? size.expandedTo({option->fontMetrics.horizontalAdvance(item->text) + fieldHeight, 0})
+               : separator ? size
+                           : size.expandedTo({0, fieldHeight});
     }
     case CT_GroupBox: {
         const auto *box = qstyleoption_cast<const QStyleOptionGroupBox *>(option);
@@ -374,6 +390,16 @@ void ProgramStyle::drawControl(ControlElement element, const QStyleOption *optio
             QProxyStyle::drawControl(element, &label, painter, widget);
         }
         return;
+    case CE_ToolButtonLabel:
+        if (const auto *button = qstyleoption_cast<const QStyleOptionToolButton *>(option);
+            button != nullptr && opensMenu(widget)) {
+            QStyleOptionToolButton label(*button);
+            label.rect.adjust(0, 0, -menuArrowRoom, 0);
+            QProxyStyle::drawControl(element, &label, painter, widget);
+            return;
+        }
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
     case CE_CheckBox:
     case CE_RadioButton:
         if (const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option)) {
@@ -494,6 +520,22 @@ void ProgramStyle::drawComplexControl(ComplexControl control, const QStyleOption
         if (const auto *box = qstyleoption_cast<const QStyleOptionGroupBox *>(option)) {
             drawGroupBox(*box, painter, *this, widget);
         }
+        return;
+    case CC_ToolButton:
+        if (const auto *button = qstyleoption_cast<const QStyleOptionToolButton *>(option);
+            button != nullptr && opensMenu(widget)) {
+            QStyleOptionToolButton plain(*button);
+            plain.features.setFlag(QStyleOptionToolButton::HasMenu,
+                                   false); // its arrow stands in a lower corner
+            QProxyStyle::drawComplexControl(control, &plain, painter, widget);
+            const QRect place(option->rect.right() - menuArrowRoom - 2, option->rect.top(), menuArrowRoom,
+                              option->rect.height());
+            drawChevron(painter, visualRect(option->direction, option->rect, place), Qt::DownArrow,
+                        palette.color(has(option, State_Enabled) ? QPalette::Active : QPalette::Disabled,
+                                      QPalette::ButtonText));
+            return;
+        }
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
         return;
     case CC_ScrollBar:
         if (const auto *bar = qstyleoption_cast<const QStyleOptionSlider *>(option)) {
