@@ -2192,6 +2192,17 @@
     </message>
 </context>
 <context>
+    <name>StationNumbers</name>
+    <message>
+        <source>in alarm %L1</source>
+        <translation>in Alarm %L1</translation>
+    </message>
+    <message>
+        <source>silent %L1</source>
+        <translation>stumm %L1</translation>
+    </message>
+</context>
+<context>
     <name>StationTransmission</name>
     <message>
         <source>all was sent: the memory does not prove what it held</source>
@@ -6328,10 +6339,6 @@ Turm</translation>
         <translation>In keiner Gruppe</translation>
     </message>
     <message>
-        <source>%L1, in alarm %L2</source>
-        <translation>%L1, in Alarm %L2</translation>
-    </message>
-    <message>
         <source>By group</source>
         <translation>Nach Gruppe</translation>
     </message>
@@ -6363,10 +6370,6 @@ Turm</translation>
         <translation>In keiner Gruppe</translation>
     </message>
     <message>
-        <source>%1: %L2 stations, in alarm %L3</source>
-        <translation>%1: %L2 Stationen, in Alarm %L3</translation>
-    </message>
-    <message>
         <source>%1: %L2 stations</source>
         <translation>%1: %L2 Stationen</translation>
     </message>
@@ -6375,8 +6378,8 @@ Turm</translation>
         <translation>%1, eingeklappt</translation>
     </message>
     <message>
-        <source>in alarm %L1</source>
-        <translation>in Alarm %L1</translation>
+        <source>silent, %1</source>
+        <translation>stumm, %1</translation>
     </message>
 </context>
 <context>
@@ -7281,6 +7284,22 @@ Turm</translation>
         <source>Not heard</source>
         <translation>Nicht gehört</translation>
     </message>
+    <message>
+        <source>heard</source>
+        <translation>gehört</translation>
+    </message>
+    <message>
+        <source>offline since %1</source>
+        <translation>offline seit %1</translation>
+    </message>
+    <message>
+        <source>silent since %1</source>
+        <translation>stumm seit %1</translation>
+    </message>
+    <message>
+        <source>Now</source>
+        <translation>Jetzt</translation>
+    </message>
 </context>
 <context>
     <name>ktr::StationFilter</name>
@@ -7713,14 +7732,6 @@ Turm</translation>
         <translation>Alle Stationen oder die einer Gruppe der Übersicht</translation>
     </message>
     <message>
-        <source>One station</source>
-        <translation>Eine Station</translation>
-    </message>
-    <message>
-        <source>The name of a station, in the place of the group</source>
-        <translation>Der Name einer Station, anstelle der Gruppe</translation>
-    </message>
-    <message>
         <source>Since midnight</source>
         <translation>Seit Mitternacht</translation>
     </message>
@@ -7801,10 +7812,6 @@ Turm</translation>
         <translation>In keiner Gruppe</translation>
     </message>
     <message>
-        <source>No station is called &quot;%1&quot;</source>
-        <translation>Keine Station heißt „%1“</translation>
-    </message>
-    <message>
         <source>There are no stations</source>
         <translation>Es gibt keine Stationen</translation>
     </message>
@@ -7879,6 +7886,18 @@ Turm</translation>
     <message>
         <source>Not heard in these days: %1</source>
         <translation>Nicht gehört in diesen Tagen: %1</translation>
+    </message>
+    <message>
+        <source>The name of a station, or a part of several, in the place of the group</source>
+        <translation>Der Name einer Station oder ein Teil mehrerer Namen, an Stelle der Gruppe</translation>
+    </message>
+    <message>
+        <source>No station has &quot;%1&quot; in its name</source>
+        <translation>Keine Station hat „%1“ im Namen</translation>
+    </message>
+    <message>
+        <source>Now: silent %L1, offline %L2</source>
+        <translation>Jetzt: stumm %L1, offline %L2</translation>
     </message>
 </context>
 <context>

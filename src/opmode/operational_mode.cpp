@@ -5,6 +5,7 @@
 #include "opmode/leased_line.h"
 #include "opmode/list_opener.h"
 #include "opmode/standing_alarms.h"
+#include "opmode/watch_summary.h"
 #include "record/record_address.h"
 
 #include <QFileInfo>
@@ -772,12 +773,7 @@ void OperationalMode::awaitNextMinute()
 void OperationalMode::showStatus(const cStation &station)
 {
     StationStatus status;
-    using Line = StationStatus::Line;
-    if (station.online()) {
-        status.line = station.liveness() == cStation::Liveness::Alive    ? Line::Alive
-                      : station.liveness() == cStation::Liveness::Silent ? Line::Silent
-                                                                         : Line::Connecting;
-    }
+    status.line = lineOf(station.online(), station.liveness());
     status.exclusive = station.exclusiveMode();
     status.pukNeeded = station.pukNeeded();
     if (station.loss() && !station.loss()->isOver) {

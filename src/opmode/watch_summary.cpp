@@ -5,10 +5,20 @@
 
 namespace ktr {
 
-void WatchSummary::addStation(bool online, cStation::Liveness liveness)
+StationStatus::Line lineOf(bool online, cStation::Liveness liveness)
 {
+    using Line = StationStatus::Line;
     using enum cStation::Liveness;
-    ++(!online ? offline : liveness == Alive ? alive : liveness == Silent ? silent : unheard);
+    return !online              ? Line::Offline
+           : liveness == Alive  ? Line::Alive
+           : liveness == Silent ? Line::Silent
+                                : Line::Connecting;
+}
+
+void WatchSummary::addStation(StationStatus::Line line)
+{
+    using enum StationStatus::Line;
+    ++(line == Offline ? offline : line == Alive ? alive : line == Silent ? silent : unheard);
 }
 
 void WatchSummary::addAlarm(const AlarmRow &alarm)
@@ -22,7 +32,7 @@ WatchSummary summaryOf(const OperationalMode &mode)
 {
     WatchSummary summary;
     mode.stations().forEach(
-        [&](const cStation &station) { summary.addStation(station.online(), station.liveness()); });
+        [&](const cStation &station) { summary.addStation(lineOf(station.online(), station.liveness())); });
     for (const auto &[id, alarm] : mode.alarms().standing()) {
         summary.addAlarm(alarm);
     }
@@ -40,8 +50,8 @@ Status readSummary(RecordReader &reader, WatchSummary &summary)
     if (read) {
         read = reader.stations([&](const StationRow &station) {
             if (station.listed) {
-                summary.addStation(stationAttributes(station.attributes).online,
-                                   seen.value(station.id).liveness);
+                summary.addStation(
+                    lineOf(stationAttributes(station.attributes).online, seen.value(station.id).liveness));
             }
         });
     }

@@ -1,11 +1,16 @@
 #pragma once
 
 #include "opmode/station/station.h"
+#include "opmode/tree/station_tree.h"
 #include "record/record_reader.h"
 
 namespace ktr {
 
 class OperationalMode;
+
+/// What every mark and every count takes a station for. Silent is who is online and was not heard for the
+/// last period, whatever alarms it has; who is not online is offline, whatever was heard before.
+StationStatus::Line lineOf(bool online, cStation::Liveness liveness);
 
 /// How many stations of a list there are in each state, and how many alarms stand.
 struct WatchSummary
@@ -19,7 +24,7 @@ struct WatchSummary
     int shelved = 0;        ///< of those that stand
 
     int stations() const { return alive + silent + unheard + offline; }
-    void addStation(bool online, cStation::Liveness liveness);
+    void addStation(StationStatus::Line line);
     void addAlarm(const AlarmRow &alarm);
     bool operator==(const WatchSummary &) const = default;
 };

@@ -203,6 +203,10 @@ QList<OverviewModel::Number> OverviewModel::refreshNoted()
         StationGlance &before = m_stations[at];
         now.kennung = before.kennung;
         now.name = before.name; // another one is taken over with the list
+        if (m_order == Order::Newest && now.newest != before.newest) {
+            m_isMoved[at] = true;
+            m_anyMoved = true;
+        }
         if (now.urgency != before.urgency) {
             --m_counts[static_cast<std::size_t>(before.urgency)];
             ++m_counts[static_cast<std::size_t>(now.urgency)];
@@ -299,16 +303,33 @@ void OverviewModel::showGroup(int group)
     }
 }
 
-OverviewModel::GroupCount OverviewModel::countOf(int group) const
+void OverviewModel::Numbers::add(const StationGlance &station)
+{
+    ++stations;
+    waiting += isWaiting(station.urgency) ? 1 : 0;
+    acknowledged += station.standing > 0 && !isWaiting(station.urgency) ? 1 : 0;
+    silent += station.status.line == StationStatus::Line::Silent ? 1 : 0;
+    offline += station.status.line == StationStatus::Line::Offline ? 1 : 0;
+}
+
+void OverviewModel::Numbers::add(const Numbers &others)
+{
+    stations += others.stations;
+    waiting += others.waiting;
+    acknowledged += others.acknowledged;
+    silent += others.silent;
+    offline += others.offline;
+}
+
+OverviewModel::Numbers OverviewModel::countOf(int group) const
 {
     if (m_groupCounts.empty()) {
         countGroups();
     }
     if (group == allGroups) {
-        GroupCount all;
-        for (const GroupCount &each : m_groupCounts) {
-            all.stations += each.stations;
-            all.waiting += each.waiting;
+        Numbers all;
+        for (const Numbers &each : m_groupCounts) {
+            all.add(each);
         }
         return all;
     }
@@ -320,9 +341,8 @@ void OverviewModel::countGroups() const
 {
     m_groupCounts.assign(static_cast<std::size_t>(m_groups.list().size()) + 1, {});
     for (std::size_t at = 0; at < m_groupsOf.size(); ++at) {
-        GroupCount &count = m_groupCounts[static_cast<std::size_t>(groupRank(static_cast<Number>(at)))];
-        ++count.stations;
-        count.waiting += isWaiting(m_stations[at].urgency) ? 1 : 0;
+        const int rank = groupRank(static_cast<Number>(at));
+        m_groupCounts[static_cast<std::size_t>(rank)].add(m_stations[at]);
     }
 }
 
@@ -443,6 +463,10 @@ bool OverviewModel::isBefore(Number one, Number other) const
     }
     if (m_order != Order::Name && m_stations[first].urgency != m_stations[second].urgency) {
         return m_stations[first].urgency < m_stations[second].urgency;
+    }
+    if (m_order == Order::Newest && isWaiting(m_stations[first].urgency) &&
+        m_stations[first].newest != m_stations[second].newest) {
+        return m_stations[first].newest > m_stations[second].newest;
     }
     return m_nameRanks[first] < m_nameRanks[second];
 }

@@ -26,7 +26,8 @@ public:
         Group, ///< under a heading for each group, the most urgent first; as Urgency where there are no
                ///< groups
         List,  ///< as the list has them
-        Heard  ///< the longest unheard first; those that are not watched at the end
+        Heard, ///< the longest unheard first; those that are not watched at the end
+        Newest ///< as Urgency, but of those whose alarms wait the one whose came last first
     };
     /// What stands together, each in that order.
     enum class Grouping { None, State, Groups };
@@ -59,14 +60,20 @@ public:
     /// Only the stations of one of the groups are shown, or those that are in none, or all.
     void showGroup(int group);
     int shownGroup() const { return m_shownGroup; }
-    /// How many stations a group has, or those in none, and how many of them have alarms that wait.
-    struct GroupCount
+    /// How many of stations are how. One may be in several of these numbers: silent, and in alarm.
+    struct Numbers
     {
         int stations = 0;
-        int waiting = 0;
-        bool operator==(const GroupCount &) const = default;
+        int waiting = 0;      ///< have alarms that wait
+        int acknowledged = 0; ///< have alarms that are not over, but none that waits
+        int silent = 0;
+        int offline = 0;
+        void add(const StationGlance &station);
+        void add(const Numbers &others);
+        bool operator==(const Numbers &) const = default;
     };
-    GroupCount countOf(int group) const;
+    /// Of a group, of those in none, or of all.
+    Numbers countOf(int group) const;
 
     // Headings are rows, too, and have no key.
 
@@ -161,12 +168,12 @@ private:
     QHash<qint64, std::set<qint64>> m_alarms; ///< by the station's number in the record
     std::array<int, urgencyCount> m_counts{};
 
-    std::vector<Number> m_rows;                    ///< those that are shown, in order
-    std::vector<int> m_rowsOf;                     ///< of each station, -1 for none
-    std::vector<int> m_headings;                   ///< rows
-    mutable std::vector<GroupCount> m_groupCounts; ///< at the end of those in none; empty: not counted
-    QSet<QString> m_noted;                         ///< stations that may have changed
-    std::vector<bool> m_isMoved;                   ///< stations whose places may be others now
+    std::vector<Number> m_rows;                 ///< those that are shown, in order
+    std::vector<int> m_rowsOf;                  ///< of each station, -1 for none
+    std::vector<int> m_headings;                ///< rows
+    mutable std::vector<Numbers> m_groupCounts; ///< at the end of those in none; empty: not counted
+    QSet<QString> m_noted;                      ///< stations that may have changed
+    std::vector<bool> m_isMoved;                ///< stations whose places may be others now
     bool m_anyMoved = false;
     bool m_isListStale = true; ///< there are other stations, or other names
     ValueTimes m_times;

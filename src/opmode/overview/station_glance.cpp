@@ -50,7 +50,16 @@ StationGlance glanceAt(const OperationalMode &mode, const QString &kennung, std:
         }
         ++glance.standing;
         glance.waiting += book.isWaiting(*alarm) ? 1 : 0;
-        worst = worst == nullptr || rank(*alarm) < rank(*worst) ? alarm : worst;
+        if (worst == nullptr || rank(*alarm) < rank(*worst)) {
+            glance.newest = worst == nullptr || alarm->priority < worst->priority ||
+                                    book.isWaiting(*alarm) != book.isWaiting(*worst)
+                                ? 0
+                                : glance.newest;
+            worst = alarm;
+        }
+        if (book.isWaiting(*alarm) && alarm->priority == worst->priority) {
+            glance.newest = std::max(glance.newest, alarm->first);
+        }
         ++id;
     }
     glance.worst = worst == nullptr ? 0 : worst->id;

@@ -35,9 +35,10 @@ struct StationGlance
     QString name;
     StationStatus status = {};
     Urgency urgency = Urgency::Offline;
-    qint64 worst = 0; ///< its worst alarm, which waits or, where none does, stands; 0 for none
-    int waiting = 0;  ///< alarms that are neither acknowledged nor put aside
-    int standing = 0; ///< alarms that stand, those that wait, too
+    qint64 worst = 0;  ///< its worst alarm, which waits or, where none does, stands; 0 for none
+    qint64 newest = 0; ///< when the newest of the alarms that wait came that are as urgent as the worst
+    int waiting = 0;   ///< alarms that are neither acknowledged nor put aside
+    int standing = 0;  ///< alarms that stand, those that wait, too
     bool operator==(const StationGlance &) const = default;
 };
 

@@ -1,6 +1,7 @@
 #include "opmode/window/station_counts.h"
 
 #include "opmode/operational_mode.h"
+#include "opmode/watch_summary.h"
 #include "opmode/window/station_tree_view.h"
 
 namespace ktr {
@@ -24,19 +25,15 @@ StationCounts::StationCounts(OperationalMode &mode, const StationTreeView &tree,
 
 void StationCounts::showNow()
 {
-    int alive = 0;
-    int silent = 0;
-    int offline = 0;
-    m_mode.stations().forEach([&](const cStation &station) {
-        offline += station.online() ? 0 : 1;
-        alive += station.liveness() == cStation::Liveness::Alive ? 1 : 0;
-        silent += station.liveness() == cStation::Liveness::Silent ? 1 : 0;
-    });
-    const int all = m_mode.stations().Count();
-    QString counts =
-        tr("Stations: %1, alive %2, silent %3, offline %4").arg(all).arg(alive).arg(silent).arg(offline);
-    if (const int waiting = all - alive - silent - offline; waiting > 0) {
-        counts += tr(", not heard yet %1").arg(waiting);
+    const WatchSummary summary = summaryOf(m_mode);
+    const int all = summary.stations();
+    QString counts = tr("Stations: %1, alive %2, silent %3, offline %4")
+                         .arg(all)
+                         .arg(summary.alive)
+                         .arg(summary.silent)
+                         .arg(summary.offline);
+    if (summary.unheard > 0) {
+        counts += tr(", not heard yet %1").arg(summary.unheard);
     }
     if (m_tree.shownStations() != all) {
         counts = tr("shown %1").arg(m_tree.shownStations()) + QStringLiteral("  –  ") + counts;

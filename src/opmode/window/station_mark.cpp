@@ -8,7 +8,7 @@
 namespace ktr {
 
 void paintStationMark(QPainter &painter, const QRectF &where, const StationStatus &status,
-                      const QPalette &palette)
+                      const QPalette &palette, const std::optional<QColor> &onGround)
 {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -16,7 +16,8 @@ void paintStationMark(QPainter &painter, const QRectF &where, const StationStatu
     const QPointF centre = where.center();
     const double radius = side / 2 - 1.5;
     using Line = StationStatus::Line;
-    const QColor colour = status.line == Line::Alive    ? wellText(palette)
+    const QColor colour = onGround                      ? *onGround
+                          : status.line == Line::Alive  ? wellText(palette)
                           : status.line == Line::Silent ? doubtText(palette)
                           : status.line == Line::Connecting
                               ? palette.color(QPalette::WindowText)

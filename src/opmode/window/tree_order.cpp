@@ -1,6 +1,7 @@
 #include "opmode/window/tree_order.h"
 
 #include "opmode/operational_mode.h"
+#include "opmode/window/overview/numbers_text.h"
 #include "opmode/window/station_tree_view.h"
 #include "opmode/window/view_activity.h"
 #include "platform/text_rules.h"
@@ -64,6 +65,10 @@ void TreeOrder::showSections()
 {
     QHash<NodeStore::Id, QString> sections;
     if (m_model.grouping() != OverviewModel::Grouping::None && !m_stations.empty()) {
+        QHash<int, OverviewModel::Numbers> numbers;
+        for (int row = 0; row < m_model.rowCount(); ++row) {
+            numbers[m_model.sectionOf(row)].add(m_model.glance(row));
+        }
         int last = -1;
         for (int row = 0; row < m_model.rowCount(); ++row) {
             const int section = m_model.sectionOf(row);
@@ -72,7 +77,8 @@ void TreeOrder::showSections()
             }
             const QModelIndex station = m_mode.tree().find(m_model.glance(row).kennung);
             if (station.isValid() && !m_view.isRowHidden(station.row(), {})) {
-                sections.insert(StationTree::idOf(station), sectionName(section));
+                sections.insert(StationTree::idOf(station), sectionName(section) + QStringLiteral(" – ") +
+                                                                numbersText(numbers.value(section)));
                 last = section;
             }
         }

@@ -2,6 +2,7 @@
 #include "opmode/operational_mode.h"
 #include "opmode/overview/input_reading.h"
 #include "opmode/overview/overview_model.h"
+#include "opmode/watch_summary.h"
 #include "support/environment.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
@@ -82,6 +83,32 @@ private Q_SLOTS:
         settle();
         QCOMPARE(glance("A").urgency, Urgency::Silent);
         QCOMPARE(shown(), (QStringList{"A", "B"}));
+    }
+
+    void whoIsSilentIsCountedSoWhateverElseIsWrong()
+    {
+        add({"Waits", "Acknowledged", "Silent", "Offline", "Alive"});
+        for (const char *name : {"Waits", "Acknowledged", "Silent", "Offline", "Alive"}) {
+            online(name);
+        }
+        for (const char *name : {"Acknowledged", "Offline"}) {
+            say(name, "DI1 fail");
+            QVERIFY(m_mode->acknowledgeAlarms({*m_mode->alarms().waiting().begin()}));
+        }
+        say("Waits", "DI1 fail");
+        m_mode->setOnline("Offline", false);
+        for (int period = 0; period < 2; ++period) {
+            m_timers->advance(Milliseconds(20'000));
+            say("Alive", "all well");
+        }
+        settle();
+        QVERIFY(isWaiting(glance("Waits").urgency));
+        const OverviewModel::Numbers all = m_model->countOf(OverviewModel::allGroups);
+        QCOMPARE(all, (OverviewModel::Numbers{5, 1, 2, 3, 1}));
+        const WatchSummary summary = summaryOf(*m_mode); // the status bar's
+        QCOMPARE(summary.silent, all.silent);
+        QCOMPARE(summary.offline, all.offline);
+        QCOMPARE(summary.stations(), all.stations);
     }
 
     void manyEventsMoveTheTilesOnceAndTheChosenOneGoesAlong()
@@ -293,7 +320,7 @@ private Q_SLOTS:
         online("Dam1");
         say("Dam1", "DI1 fail");
         settle();
-        QCOMPARE(m_model->countOf(1), (OverviewModel::GroupCount{1, 1}));
+        QCOMPARE(m_model->countOf(1), (OverviewModel::Numbers{1, 1, 0, 0, 0}));
         m_model->showGroup(1);
         m_model->setGroups({}); // the group that was shown is gone
         QCOMPARE(m_model->rowCount(), m_model->stationCount());
@@ -318,7 +345,7 @@ private Q_SLOTS:
         say("Pump 1", "DI1 fail");
         settle();
         QCOMPARE(shown(), (QStringList{"North", "Pump 1", "Pump 2", "South", "Dam", "", "Inn"}));
-        QCOMPARE(m_model->countOf(0), (OverviewModel::GroupCount{2, 1}));
+        QCOMPARE(m_model->countOf(0), (OverviewModel::Numbers{2, 1, 0, 0, 0}));
         QCOMPARE(heading.row(), 3);
 
         m_model->setFolded(0, true);

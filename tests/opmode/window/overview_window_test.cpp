@@ -150,6 +150,7 @@ private Q_SLOTS:
         QCOMPARE(view()->model()->rowCount(), 7);
         QTest::mouseClick(view()->viewport(), Qt::LeftButton, {}, place(0).center());
         QCOMPARE(view()->model()->rowCount(), 5);
+        QVERIFY(!tree()->currentIndex().isValid()); // what is folded is the target of nothing
 
         auto *options = m_window->findChild<QAction *>("mnu_overview_value_9");
         Q_EMIT qobject_cast<QMenu *>(options->parent())
@@ -287,15 +288,19 @@ private Q_SLOTS:
     {
         using Line = StationStatus::Line;
         QList<QImage> cells;
-        const std::pair<Urgency, Line> kinds[] = {
-            {Urgency::HighAlarm, Line::Alive}, {Urgency::MediumAlarm, Line::Alive},
-            {Urgency::LowAlarm, Line::Alive},  {Urgency::Silent, Line::Silent},
-            {Urgency::Standing, Line::Alive},  {Urgency::Unheard, Line::Connecting},
-            {Urgency::Quiet, Line::Alive},     {Urgency::Offline, Line::Offline}};
-        for (const auto &[urgency, line] : kinds) {
+        const std::tuple<Urgency, Line, int> kinds[] = {
+            {Urgency::HighAlarm, Line::Alive, 1},  {Urgency::MediumAlarm, Line::Alive, 1},
+            {Urgency::LowAlarm, Line::Alive, 1},   {Urgency::Silent, Line::Silent, 0},
+            {Urgency::Standing, Line::Alive, 1},   {Urgency::Unheard, Line::Connecting, 0},
+            {Urgency::Quiet, Line::Alive, 0},      {Urgency::Offline, Line::Offline, 0},
+            {Urgency::HighAlarm, Line::Silent, 1}, // no state hides another one
+            {Urgency::LowAlarm, Line::Offline, 1}, {Urgency::LowAlarm, Line::Silent, 1},
+            {Urgency::Silent, Line::Silent, 1},    {Urgency::Standing, Line::Offline, 1}};
+        for (const auto &[urgency, line, alarms] : kinds) {
             StationGlance glance;
             glance.urgency = urgency;
             glance.status.line = line;
+            glance.standing = alarms;
             QImage cell(24, 24, QImage::Format_RGB32);
             cell.fill(Qt::white);
             QPainter painter(&cell);
@@ -364,10 +369,65 @@ private Q_SLOTS:
         QVERIFY(!urgent->showsCells());
         QCOMPARE(urgent->model()->index(0, 0).data(), "Station 300");
         QTRY_COMPARE(view()->verticalScrollBar()->maximum(), 0);
-        QVERIFY(m_mode->acknowledgeAlarms({*m_mode->alarms().waiting().begin()}));
-        m_mode->removeStation("Station 300");
+        for (const int station : {3, 150, 290}) { // the newest one stands in front
+            online(stations[station]);
+            say(station, "Pump 1 fail");
+            m_now = m_now.addSecs(60);
+        }
+        m_timers.advance(OverviewModel::longestDelay);
+        const auto large = [urgent](int row) { return urgent->model()->index(row, 0).data().toString(); };
+        QCOMPARE(large(0), stations[290]);
+        QCOMPARE(large(1), stations[150]);
+        QTRY_VERIFY(urgent->viewport()->rect().contains(urgent->visualRect(urgent->model()->index(1, 0))));
+        // Four of them fill the room.
+        const auto rightmost = [urgent] {
+            int right = 0;
+            for (int row = 0; row < 4; ++row) {
+                right = std::max(right, urgent->visualRect(urgent->model()->index(row, 0)).right());
+            }
+            return right;
+        };
+        QTRY_VERIFY(rightmost() > urgent->viewport()->width() * 9 / 10);
+        while (!m_mode->alarms().waiting().empty()) {
+            QVERIFY(m_mode->acknowledgeAlarms({*m_mode->alarms().waiting().begin()}));
+        }
+        for (const int station : {3, 150, 290, 299}) {
+            m_mode->removeStation(stations[station]);
+        }
         m_timers.advance(OverviewModel::longestDelay);
         QTRY_VERIFY(!urgent->isVisible());
+    }
+
+    void groupsAreFittedWholeAndHaveTheirHeadingsOnAWallToo()
+    {
+        QByteArray groups;
+        QStringList stations;
+        for (int group = 0; group < 6; ++group) {
+            groups += "[Group " + QByteArray::number(group) + "]\nG" + QByteArray::number(group) + "*\n";
+            for (int station = 0; station < 60; ++station) {
+                stations += QStringLiteral("G%1 %2").arg(group).arg(station);
+            }
+        }
+        QVERIFY(replaceFile(m_folder->filePath("nodes.groups"), groups));
+        open(stations);
+        m_window->resize(1024, 700);
+        showOverview();
+        auto *order = m_window->findChild<QComboBox *>("Combo_overview_order");
+        order->setFocus();
+        QTest::keyClick(order, Qt::Key_End);
+        QTest::keyClick(view(), Qt::Key_0, Qt::ControlModifier);
+        QCOMPARE(view()->model()->rowCount(), 366);
+        QTRY_COMPARE(view()->verticalScrollBar()->maximum(), 0); // all are seen
+        view()->setFocus();
+        QTest::keyClick(view(), Qt::Key_Home);
+        QTest::keyClick(view(), Qt::Key_Space); // folds the first one
+        QCOMPARE(view()->model()->rowCount(), 306);
+        action("mnu_wall", 0)->trigger();
+        m_timers.advance(OverviewModel::longestDelay);
+        QTRY_COMPARE(view()->model()->rowCount(), 366); // nobody can unfold it there
+        QTRY_COMPARE(view()->verticalScrollBar()->maximum(), 0);
+        QTest::keyClick(m_window.get(), Qt::Key_Escape);
+        QCOMPARE(view()->model()->rowCount(), 306);
     }
 
     void onAWallThereAreNoMenusAndWhatIsNotWatchedIsTold()
@@ -430,8 +490,10 @@ private:
     }
     void openAgain()
     {
+        Environment environment = fixedEnvironment();
+        environment.now = [this] { return m_now; };
         m_mode = std::make_unique<OperationalMode>(
-            OperationalMode::Services{fixedEnvironment(), m_timers,
+            OperationalMode::Services{environment, m_timers,
                                       [this] {
                                           auto line = std::make_unique<RecordedLine>();
                                           m_lines += line.get();
@@ -468,6 +530,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     TextTable m_texts;
     ManualTimers m_timers;
+    QDateTime m_now = fixedEnvironment().now();
     QList<RecordedLine *> m_lines;
     std::unique_ptr<OperationalMode> m_mode;
     std::unique_ptr<Form_betriebsmodus> m_window;

@@ -7,6 +7,7 @@
 #include "opmode/window/curves/drop_strip.h"
 #include "opmode/window/curves/series_drag.h"
 #include "opmode/window/overview/groups_dialog.h"
+#include "opmode/window/overview/numbers_text.h"
 #include "opmode/window/overview/overview_options.h"
 #include "opmode/window/overview/overview_view.h"
 #include "platform/settings_store.h"
@@ -17,6 +18,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QScreen>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -46,15 +48,20 @@ bool isFitKey(const QKeyEvent &event)
 } // namespace
 
 OverviewPage::OverviewPage(const Services &services, QWidget *parent)
-    : QWidget(parent), m_texts(services.texts), m_model(services.mode, services.timers, services.locale)
+    : QWidget(parent),
+      m_texts(services.texts),
+      m_model(services.mode, services.timers, services.locale),
+      m_urgentModel(services.mode, services.timers, services.locale)
 {
     setObjectName(QStringLiteral("Page_overview"));
     auto *column = new QVBoxLayout(this);
     column->setSpacing(6);
     m_bar = createBar();
     column->addWidget(m_bar);
-    m_urgent = new OverviewView(services.mode, m_model, this);
+    m_urgentModel.setOrder(OverviewModel::Order::Newest);
+    m_urgent = new OverviewView(services.mode, m_urgentModel, this);
     m_urgent->setObjectName(QStringLiteral("List_overview_urgent"));
+    m_urgent->follow();
     m_urgent->hide();
     column->addWidget(m_urgent);
     m_view = new OverviewView(services.mode, m_model, this);
@@ -148,6 +155,7 @@ void OverviewPage::connectBar()
         m_search->setFocus();
         m_search->insert(text);
     });
+    connect(&m_urgentModel, &OverviewModel::updated, this, &OverviewPage::showUrgent);
     connect(&m_model, &OverviewModel::updated, this, [this] {
         showCounts();
         showGroups();
@@ -197,17 +205,16 @@ void OverviewPage::goToFound()
 
 void OverviewPage::showCounts()
 {
-    const auto of = [this](Urgency urgency) { return m_model.counts()[static_cast<std::size_t>(urgency)]; };
-    const int waiting = of(Urgency::HighAlarm) + of(Urgency::MediumAlarm) + of(Urgency::LowAlarm);
+    const OverviewModel::Numbers all = m_model.countOf(OverviewModel::allGroups);
     QString counts = tr("Stations: %L1").arg(m_model.stationCount());
     const int shown = m_model.rowCount() - static_cast<int>(m_model.headings().size());
     if (shown != m_model.stationCount()) {
         counts += tr(", shown %L1").arg(shown);
     }
-    const std::pair<QString, int> parts[] = {{tr(", in alarm %L1"), waiting},
-                                             {tr(", silent %L1"), of(Urgency::Silent)},
-                                             {tr(", acknowledged %L1"), of(Urgency::Standing)},
-                                             {tr(", not watched %L1"), of(Urgency::Offline)}};
+    const std::pair<QString, int> parts[] = {{tr(", in alarm %L1"), all.waiting},
+                                             {tr(", silent %L1"), all.silent},
+                                             {tr(", acknowledged %L1"), all.acknowledged},
+                                             {tr(", not watched %L1"), all.offline}};
     for (const auto &[text, count] : parts) {
         if (count > 0) {
             counts += text.arg(count);
@@ -332,7 +339,7 @@ QString OverviewPage::scope() const
                                           : shortenedLine(m_model.groups().list()[group].name, longestGroup);
 }
 
-/// Each with the number of its stations and, behind a "!", of those in alarm.
+/// Each with the number of its stations, of those in alarm and of those that are silent.
 void OverviewPage::showGroups()
 {
     const QList<StationGroup> &groups = m_model.groups().list();
@@ -351,11 +358,8 @@ void OverviewPage::showGroups()
     }
     for (int at = 0; at < items.size(); ++at) {
         const auto &[name, group] = items[at];
-        const OverviewModel::GroupCount count = m_model.countOf(group);
-        const QString numbers = count.waiting > 0
-                                    ? tr("%L1, in alarm %L2").arg(count.stations).arg(count.waiting)
-                                    : locale().toString(count.stations);
-        const QString text = shortenedLine(name, longestGroup) + QLatin1String(" (") + numbers + u')';
+        const QString text = shortenedLine(name, longestGroup) + QLatin1String(" (") +
+                             numbersText(m_model.countOf(group)) + u')';
         if (m_group->itemText(at) != text) {
             m_group->setItemText(at, text);
         }
@@ -373,7 +377,14 @@ void OverviewPage::showOnWall(const QFont &font)
     m_bar->hide();
     m_search->clear();
     m_orderInWindow = m_model.order();
-    m_model.setOrder(OverviewModel::Order::Urgency);
+    m_foldedInWindow = m_model.foldedNames();
+    m_model.setFoldedNames({}); // nobody can unfold them there
+    if (m_orderInWindow != OverviewModel::Order::Group || m_model.groups().list().isEmpty()) {
+        m_model.setOrder(OverviewModel::Order::Newest);
+    }
+    m_urgentModel.setGroups(m_model.groups());
+    m_urgentModel.showGroup(m_model.shownGroup());
+    m_urgentModel.setActive(true);
     m_urgent->setFont(font);
     m_urgent->setOnWall(true);
     m_view->setFont(font);
@@ -384,26 +395,33 @@ void OverviewPage::showOnWall(const QFont &font)
 void OverviewPage::showInWindow()
 {
     m_urgent->setOnWall(false);
+    m_urgentModel.setActive(false);
     m_view->setFont(QFont());
     m_view->setOnWall(false);
     showUrgent();
+    m_model.setFoldedNames(m_foldedInWindow);
     m_model.setOrder(m_orderInWindow);
     m_bar->show();
 }
 
-/// Where names cannot be read, those of the most urgent stations stand above, in three rows at most.
+/// Where names cannot be read, those of the most urgent stations stand above, the newest alarms first, in
+/// three rows at most.
 void OverviewPage::showUrgent()
 {
     constexpr int mostRows = 3;
+    const bool isOnWall = m_view->isOnWall();
+    const bool isLaidOut = window()->height() >= screen()->size().height(); // and no longer that of the window
+    if (isOnWall && isLaidOut && m_model.order() == OverviewModel::Order::Group && !m_view->showsAll()) {
+        m_model.setOrder(OverviewModel::Order::Newest); // headings would leave no room for all
+    }
     int urgent = 0;
-    for (int row = 0;
-         m_view->isOnWall() && row < m_model.rowCount() && m_model.glance(row).urgency <= Urgency::Standing;
-         ++row) {
+    while (isOnWall && urgent < m_urgentModel.rowCount() &&
+           m_urgentModel.glance(urgent).urgency <= Urgency::Standing) {
         ++urgent;
     }
-    const bool isNeeded = m_view->isOnWall() && m_view->showsCells() && urgent > 0;
+    const bool isNeeded = isOnWall && m_view->showsCells() && urgent > 0;
     if (isNeeded) {
-        m_urgent->setRows(std::min(mostRows, (urgent + m_urgent->columns() - 1) / m_urgent->columns()));
+        m_urgent->showFirst(urgent, mostRows);
     }
     m_urgent->setVisible(isNeeded);
 }

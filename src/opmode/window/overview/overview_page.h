@@ -41,7 +41,8 @@ public:
     OverviewView &view() { return *m_view; }
     OverviewModel &model() { return m_model; }
     void applyTexts();
-    /// Large and without the bar, the most urgent first and all at once; and as it was before.
+    /// Large and without the bar, all at once, under headings where there were some, else the most urgent and
+    /// newest first; and as it was before.
     void showOnWall(const QFont &font);
     void showInWindow();
     /// The name of the group that is shown; empty when all are.
@@ -81,9 +82,11 @@ private:
 
     const TextTable &m_texts;
     OverviewModel m_model;
+    OverviewModel m_urgentModel; ///< of those above on a wall
     QString m_groupsFile;
     QByteArray m_groupsText; ///< of that
     OverviewModel::Order m_orderInWindow = OverviewModel::Order::Urgency;
+    QStringList m_foldedInWindow;
     QWidget *m_bar;
     QLineEdit *m_search;
     QComboBox *m_order;

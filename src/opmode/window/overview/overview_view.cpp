@@ -6,6 +6,7 @@
 #include "opmode/overview/overview_model.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/input_caption.h"
+#include "opmode/window/overview/numbers_text.h"
 #include "opmode/window/quality_bars.h"
 #include "opmode/window/station_mark.h"
 #include "opmode/window/value_age.h"
@@ -121,10 +122,19 @@ bool OverviewView::showsCells() const
     return tiles().isCell();
 }
 
-void OverviewView::setRows(int rows)
+bool OverviewView::showsAll() const
+{
+    return places().height() <= viewport()->height();
+}
+
+void OverviewView::showFirst(int tiles, int mostRows)
 {
     m_isFitting = false;
     m_isStrip = true;
+    m_mostColumns = 0;
+    const int room = columnsAt(this->tiles());
+    const int rows = std::min(mostRows, (tiles + room - 1) / room);
+    m_mostColumns = std::min(room, (tiles + rows - 1) / rows);
     fitTiles();
     setFixedHeight(rows * m_tile.height());
 }
@@ -334,23 +344,20 @@ void OverviewView::fit()
 int OverviewView::columnsAt(const TileLevel &level) const
 {
     const double width = level.width * fontMetrics().height();
-    return std::max(1, static_cast<int>(viewport()->width() / width));
+    const int columns = std::max(1, static_cast<int>(viewport()->width() / width));
+    return m_mostColumns == 0 ? columns : std::min(columns, m_mostColumns);
 }
 
 int OverviewView::fittingLevel() const
 {
-    constexpr int readable = 3;
     for (int level = 0; level <= smallestLevel(); ++level) {
         const TileLevel &tiles = tileLevels()[static_cast<std::size_t>(level)];
         const int height = static_cast<int>(std::ceil(tiles.height * fontMetrics().height()));
         TileLayout places;
         places.arrange(m_model.rowCount(), m_model.headings(),
-                       {columnsAt(tiles), QSize(1, height), headingHeight()});
+                       {columnsAt(tiles), QSize(1, height), headingHeight(tiles)});
         if (places.height() <= viewport()->height()) {
             return level;
-        }
-        if (!m_isOnWall && tileLevels()[static_cast<std::size_t>(level) + 1].isCell()) {
-            return readable;
         }
     }
     return smallestLevel();
@@ -382,9 +389,13 @@ void OverviewView::fitTiles()
 
 // Where they are
 
-int OverviewView::headingHeight() const
+/// Above cells they leave room for these.
+int OverviewView::headingHeight(const TileLevel &level) const
 {
-    constexpr double lines = 1.8;
+    constexpr double aboveTiles = 1.8;
+    constexpr double aboveCells = 1.2;
+    constexpr double onWall = 0.8; // in letters of a centimetre
+    const double lines = !level.isCell() ? aboveTiles : m_isOnWall ? onWall : aboveCells;
     return static_cast<int>(std::ceil(lines * fontMetrics().height()));
 }
 
@@ -392,7 +403,7 @@ const TileLayout &OverviewView::places() const
 {
     if (m_arePlacesStale) {
         m_arePlacesStale = false;
-        m_places.arrange(m_model.rowCount(), m_model.headings(), {m_columns, m_tile, headingHeight()});
+        m_places.arrange(m_model.rowCount(), m_model.headings(), {m_columns, m_tile, headingHeight(tiles())});
     }
     return m_places;
 }
@@ -484,13 +495,12 @@ QRegion OverviewView::visualRegionForSelection(const QItemSelection &selection) 
 
 void OverviewView::resizeEvent(QResizeEvent *event)
 {
-    const int before = m_columns;
     fitTiles();
     fit();
     // NOLINTNEXTLINE(bugprone-parent-virtual-call): what a list view does for its own layout is not wanted
     QAbstractItemView::resizeEvent(event);
-    if (m_isStrip && m_columns != before) {
-        Q_EMIT levelChanged(); // other rows are needed
+    if (m_isStrip && event->size().width() != event->oldSize().width()) {
+        Q_EMIT levelChanged(); // other rows may be needed
     }
 }
 
@@ -651,12 +661,12 @@ bool OverviewView::foldByKey(const QKeyEvent &event)
 
 QString OverviewView::headingDescription(int group) const
 {
-    const OverviewModel::GroupCount count = m_model.countOf(group);
+    const OverviewModel::Numbers count = m_model.countOf(group);
     const QString name = group == StationGroups::none ? tr("In no group") : m_model.groupName(group);
-    const QString numbers =
-        count.waiting > 0
-            ? tr("%1: %L2 stations, in alarm %L3").arg(name).arg(count.stations).arg(count.waiting)
-            : tr("%1: %L2 stations").arg(name).arg(count.stations);
+    QString numbers = tr("%1: %L2 stations").arg(name).arg(count.stations);
+    for (const QString &part : {inAlarmText(count), silentText(count)}) {
+        numbers += part.isEmpty() ? QString() : QLatin1String(", ") + part;
+    }
     return m_model.isFolded(group) ? tr("%1, folded").arg(numbers) : numbers;
 }
 
@@ -696,6 +706,9 @@ TileTexts OverviewView::textsOf(const StationGlance &glance) const
             const bool isToday = moment.date() == m_mode.now().toLocalTime().date();
             texts.heard = locale().toString(moment, isToday ? QStringLiteral("HH:mm:ss")
                                                             : QStringLiteral("dd.MM. HH:mm"));
+            if (glance.status.line == StationStatus::Line::Silent) { // its state may tell of an alarm
+                texts.heard = tr("silent, %1").arg(texts.heard);
+            }
         }
     }
     if (level.values() == 0) {
@@ -800,11 +813,10 @@ void OverviewView::paintRow(QPainter &painter, const QRect &where, int row) cons
     const bool isChosen = row == currentIndex().row() && hasFocus() && !m_isOnWall;
     const TilePainter::Place place{QRectF(where), isChosen, row == m_pointed};
     if (const std::optional<int> group = m_model.headingAt(row)) {
-        const OverviewModel::GroupCount count = m_model.countOf(*group);
+        const OverviewModel::Numbers count = m_model.countOf(*group);
         tile.paintHeading(painter, place,
                           {*group == StationGroups::none ? tr("In no group") : m_model.groupName(*group),
-                           locale().toString(count.stations),
-                           count.waiting > 0 ? tr("in alarm %L1").arg(count.waiting) : QString(),
+                           locale().toString(count.stations), inAlarmText(count), silentText(count),
                            m_model.isFolded(*group)});
         return;
     }

@@ -26,15 +26,16 @@ public:
     void setOnWall(bool isOnWall);
     bool isOnWall() const { return m_isOnWall; }
     bool showsCells() const;
-    int columns() const { return m_columns; }
-    /// Is as high as so many rows of tiles with name and state.
-    void setRows(int rows);
+    /// Whether nothing needs to be scrolled to be seen.
+    bool showsAll() const;
+    /// Is as high as so many tiles with name and state need, in so many rows at most. Few are as wide as
+    /// there is room.
+    void showFirst(int tiles, int mostRows);
 
     /// A place in tileLevels(); the largest is 0.
     int level() const { return m_level; }
     void setLevel(int level);
-    /// The level is the largest at which all stations are seen at once, or, where their names could not be
-    /// read, one at which they can. So it is until a level is chosen.
+    /// The level is the largest at which all stations are seen at once. So it is until a level is chosen.
     void setFitting(bool isFitting);
     bool isFitting() const { return m_isFitting; }
     /// Up to four channels that are shown of each station; empty for those that have names or values.
@@ -106,7 +107,7 @@ private:
     int fittingLevel() const;
     int smallestLevel() const;
     int columnsAt(const TileLevel &level) const;
-    int headingHeight() const;
+    int headingHeight(const TileLevel &level) const;
     const TileLayout &places() const;
     void paintRow(QPainter &painter, const QRect &where, int row) const;
     std::optional<int> chosenHeading() const;
@@ -127,6 +128,7 @@ private:
     int m_levelInWindow = 0;
     bool m_isOnWall = false;
     bool m_isStrip = false; ///< some rows of tiles with name and state
+    int m_mostColumns = 0;  ///< of those; 0: as many as there is room for
     int m_columns = 1;
     QSize m_tile;
     mutable std::optional<TilePainter> m_painter; ///< of the present level, font and palette

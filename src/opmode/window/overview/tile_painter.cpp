@@ -4,6 +4,7 @@
 #include "opmode/window/quality_bars.h"
 #include "opmode/window/station_mark.h"
 
+#include <QFontInfo>
 #include <QPainter>
 #include <QPixmapCache>
 
@@ -31,6 +32,13 @@ QFont smallOf(QFont font)
         font.setPointSizeF(font.pointSizeF() * part);
     }
     return font;
+}
+
+/// It does not answer, or nobody watches it.
+bool isUnheard(const StationGlance &glance)
+{
+    return glance.status.line == StationStatus::Line::Silent ||
+           glance.status.line == StationStatus::Line::Offline;
 }
 
 QString exclamation(Urgency urgency)
@@ -142,17 +150,43 @@ void TilePainter::paintChoice(QPainter &painter, const Place &place) const
 /// Gives how wide it is.
 double TilePainter::paintMark(QPainter &painter, const QRectF &where, const StationGlance &glance) const
 {
-    if (!isWaiting(glance.urgency) && glance.urgency != Urgency::Standing) {
-        const double side = std::min(where.height(), where.width());
-        paintStationMark(painter, QRectF(where.topLeft(), QSizeF(side, where.height())), glance.status,
-                         m_palette);
-        return side;
+    const bool isRed = isWaiting(glance.urgency);
+    double width = 0;
+    if (glance.standing > 0) {
+        const QString text = exclamation(glance.urgency);
+        painter.setFont(m_bold);
+        painter.setPen(isRed ? QColor(Qt::white) : alarmText(m_palette));
+        painter.drawText(where, Qt::AlignVCenter | Qt::AlignLeft, text);
+        width = m_boldMetrics.horizontalAdvance(text);
     }
-    const QString text = exclamation(glance.urgency);
-    painter.setFont(m_bold);
-    painter.setPen(isWaiting(glance.urgency) ? QColor(Qt::white) : alarmText(m_palette));
-    painter.drawText(where, Qt::AlignVCenter | Qt::AlignLeft, text);
-    return m_boldMetrics.horizontalAdvance(text);
+    if (width == 0 || isUnheard(glance)) {
+        const double left = width == 0 ? 0 : width + m_line / 5;
+        const double side = std::min(where.height(), where.width());
+        const QRectF place(where.left() + left, where.top(), side, where.height());
+        paintStationMark(painter, place, glance.status, m_palette,
+                         isRed ? std::optional(QColor(Qt::white)) : std::nullopt);
+        width = left + side;
+    }
+    return width;
+}
+
+/// Tells the other one where a station is in alarm and not heard: an edge from side to side, which no colour
+/// is needed for.
+void TilePainter::paintCorner(QPainter &painter, const QRectF &where, const StationGlance &glance) const
+{
+    constexpr double part = 0.45;
+    const bool isRed = isWaiting(glance.urgency) || glance.urgency == Urgency::Standing;
+    const double side = part * std::min(where.width(), where.height());
+    const QPointF corner = where.bottomRight();
+    const QPolygonF cut{{corner, corner - QPointF(side, 0), corner - QPointF(0, side)}};
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(!isRed                                              ? alarmText(m_palette)
+                     : glance.status.line == StationStatus::Line::Silent ? doubtText(m_palette)
+                                                                         : m_palette.color(QPalette::Window));
+    painter.drawPolygon(cut);
+    painter.setPen(
+        QPen(isWaiting(glance.urgency) ? QColor(Qt::white) : m_palette.color(QPalette::WindowText), 1));
+    painter.drawLine(cut[1], cut[2]);
 }
 
 void TilePainter::paintHead(QPainter &painter, QRectF where, const StationGlance &glance) const
@@ -285,6 +319,14 @@ void TilePainter::paintFoot(QPainter &painter, const QRectF &where, const TileTe
 /// A line over the whole width: an arrow, the name, how many stations, and how many of them are in alarm.
 void TilePainter::paintHeading(QPainter &painter, const Place &place, const Heading &heading) const
 {
+    constexpr double leastHeight = 1.15; // in heights of a line
+    constexpr double almost = 0.97;
+    if (const double part = place.rect.height() / (leastHeight * m_line); part < almost) {
+        QFont smaller = m_font;
+        smaller.setPixelSize(std::max(1, static_cast<int>(QFontInfo(m_font).pixelSize() * part)));
+        TilePainter(m_level, smaller, m_palette).paintHeading(painter, place, heading);
+        return;
+    }
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     if (place.isPointed) {
@@ -301,8 +343,8 @@ void TilePainter::paintHeading(QPainter &painter, const Place &place, const Head
     rest.setLeft(rest.left() + m_line);
     painter.setFont(m_bold);
     painter.setPen(m_palette.color(QPalette::WindowText));
-    const double room =
-        rest.width() - m_smallMetrics.horizontalAdvance(heading.count + heading.waiting) - 2 * m_line;
+    const double room = rest.width() - 3 * m_line -
+                        m_boldMetrics.horizontalAdvance(heading.count + heading.waiting + heading.silent);
     const QString name = m_boldMetrics.elidedText(heading.name, Qt::ElideRight, std::max(0.0, room));
     drawText(painter, rest, name);
     rest.setLeft(rest.left() + m_boldMetrics.horizontalAdvance(name) + m_line / 2);
@@ -313,7 +355,20 @@ void TilePainter::paintHeading(QPainter &painter, const Place &place, const Head
     if (!heading.waiting.isEmpty()) {
         painter.setPen(alarmText(m_palette));
         painter.setFont(m_bold);
-        drawText(painter, rest, QLatin1String("! ") + heading.waiting);
+        const QString text = QLatin1String("! ") + heading.waiting;
+        drawText(painter, rest, text);
+        rest.setLeft(rest.left() + m_boldMetrics.horizontalAdvance(text) + m_line / 2);
+    }
+    if (!heading.silent.isEmpty()) {
+        StationStatus silent;
+        silent.line = StationStatus::Line::Silent;
+        const double side = m_line * 0.8;
+        paintStationMark(painter, QRectF(rest.left(), rest.center().y() - side / 2, side, side), silent,
+                         m_palette);
+        rest.setLeft(rest.left() + side + m_line / 5);
+        painter.setPen(doubtText(m_palette));
+        painter.setFont(m_bold);
+        drawText(painter, rest, heading.silent);
     }
     painter.setPen(QPen(hairline(m_palette), 1));
     painter.drawLine(place.rect.bottomLeft() + QPointF(0, -1), place.rect.bottomRight() + QPointF(0, -1));
@@ -327,14 +382,16 @@ void TilePainter::paintCell(QPainter &painter, const Place &place, const Station
     const double ratio = painter.device()->devicePixelRatioF();
     const QSize size = place.rect.size().toSize();
     const auto line = static_cast<int>(glance.status.line);
-    const QString key = QStringLiteral("ktr-cell-%1-%2-%3x%4-%5-%6-%7")
+    const bool hasBoth = glance.standing > 0 && isUnheard(glance);
+    const QString key = QStringLiteral("ktr-cell-%1-%2-%3x%4-%5-%6-%7-%8")
                             .arg(int(glance.urgency))
                             .arg(line)
                             .arg(size.width())
                             .arg(size.height())
                             .arg(ratio)
                             .arg(place.isPointed)
-                            .arg(m_palette.cacheKey());
+                            .arg(m_palette.cacheKey())
+                            .arg(hasBoth);
     QPixmap cell;
     if (!QPixmapCache::find(key, &cell)) {
         cell = QPixmap(size * ratio);
@@ -357,6 +414,9 @@ void TilePainter::paintCell(QPainter &painter, const Place &place, const Station
             inside.drawText(whole, Qt::AlignCenter, exclamation(glance.urgency));
         } else {
             paintStationMark(inside, middle, glance.status, m_palette);
+        }
+        if (hasBoth) {
+            paintCorner(inside, whole.adjusted(halfGap, halfGap, -halfGap, -halfGap), glance);
         }
         QPixmapCache::insert(key, cell);
     }

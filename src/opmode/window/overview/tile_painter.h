@@ -50,7 +50,8 @@ std::span<const TileLevel> tileLevels();
 
 /// Draws stations as tiles, told apart by their form as well as by their colour: what waits is red with as
 /// many "!" as its priority has, an acknowledged alarm has a red frame and one "!", silence a mark with a bar
-/// through it; offline ones have a broken frame.
+/// through it; offline ones have a broken frame. Who is in alarm and silent has both marks; a cell, which has
+/// room for one, a corner cut off for the other.
 class TilePainter
 {
 public:
@@ -71,6 +72,7 @@ public:
         QString name;
         QString count;
         QString waiting; ///< how many are in alarm, in words; empty for none
+        QString silent;  ///< likewise
         bool isFolded = false;
     };
     void paintHeading(QPainter &painter, const Place &place, const Heading &heading) const;
@@ -81,6 +83,7 @@ public:
 private:
     void paintGround(QPainter &painter, const Place &place, Urgency urgency) const;
     void paintHead(QPainter &painter, QRectF where, const StationGlance &glance) const;
+    void paintCorner(QPainter &painter, const QRectF &where, const StationGlance &glance) const;
     double paintMark(QPainter &painter, const QRectF &where, const StationGlance &glance) const;
     void paintValue(QPainter &painter, const QRectF &where, const TileTexts::Value &value,
                     Urgency urgency) const;
