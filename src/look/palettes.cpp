@@ -1,5 +1,8 @@
 #include "look/palettes.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace ktr {
 
 namespace {
@@ -171,6 +174,20 @@ QColor veil(const QPalette &palette, int strength)
     QColor colour(coloursOf(palette).text);
     colour.setAlpha(18 * strength);
     return colour;
+}
+
+double contrast(const QColor &one, const QColor &other)
+{
+    const auto luminance = [](const QColor &colour) {
+        const auto linear = [](double part) {
+            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+               0.0722 * linear(colour.blueF());
+    };
+    const auto [low, high] = std::minmax({luminance(one), luminance(other)});
+    constexpr double glare = 0.05;
+    return (high + glare) / (low + glare);
 }
 
 } // namespace ktr

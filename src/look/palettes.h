@@ -9,6 +9,9 @@ namespace ktr {
 QPalette lightPalette();
 QPalette darkPalette();
 
+/// How well one is told from the other, 1 to 21, by the luminance that eyes see.
+double contrast(const QColor &one, const QColor &other);
+
 /// Whether light text stands on dark ground.
 bool isDark(const QPalette &palette);
 

@@ -127,9 +127,16 @@ Status readUnheard(RecordReader &reader, const StationsQuestion &question,
                                station.isOffline = station.isOffline || time.isOffline;
                            }
                        });
-    Status read = reader.connections(question.stations, question.from, question.to,
+    Status read = reader.connections(question.stations, question.from, std::max(question.to, question.now),
                                      [&times](const ConnectionChange &change) { times.play(change); });
+    const auto lasting = times.lasting();
     times.finish();
+    for (auto &[number, figures] : all) {
+        if (const auto now = lasting.find(number); now != lasting.end()) {
+            figures.since = now->second.at;
+            figures.isOfflineNow = now->second.isOffline;
+        }
+    }
     return read;
 }
 

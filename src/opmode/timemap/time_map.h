@@ -48,6 +48,8 @@ struct StationFigures
     int priority = 0;
     qint64 unheardMs = 0;
     bool isOffline = false; ///< for some of it somebody wanted it so
+    qint64 since = 0;       ///< it is not heard now, and was not since then; 0: it is heard
+    bool isOfflineNow = false;
     bool operator==(const StationFigures &) const = default;
 };
 
@@ -58,6 +60,7 @@ struct StationsQuestion
     qint64 from = 0;
     qint64 to = 0; ///< not later than now
     bool hasOneKeeper = true;
+    qint64 now = 0; ///< 0: `to`
 };
 
 struct StationsAnswer

@@ -28,16 +28,17 @@ public:
 
     /// In the order of the times.
     void play(const ConnectionChange &change);
+    /// Who is not heard after all that was played.
+    struct Since
+    {
+        qint64 at = 0; ///< also where that is before `from`
+        bool isOffline = false;
+    };
+    const std::unordered_map<qint64, Since> &lasting() const { return m_unheard; }
     /// What still lasts ends at the end.
     void finish();
 
 private:
-    struct Since
-    {
-        qint64 at = 0;
-        bool isOffline = false;
-    };
-
     void begin(qint64 station, qint64 at, bool isOffline);
     void end(qint64 station, qint64 at);
     void endSilences(qint64 at);

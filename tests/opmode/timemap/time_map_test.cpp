@@ -135,10 +135,14 @@ private Q_SLOTS:
         QCOMPARE(sumOf(map(TimeMapTopic::Silence, grid, {3, 4}, at(400))).unheardMs, (110 + 100) * minute);
 
         const StationsAnswer since = list({TimeMapTopic::Silence, {1, 2, 3, 4}, from, at(50)});
-        QCOMPARE(since.stations, (QList<StationFigures>{{2, u"Pump 2"_s, 0, 0, 50 * minute},
+        QCOMPARE(since.stations, (QList<StationFigures>{{2, u"Pump 2"_s, 0, 0, 50 * minute, false, at(-40)},
                                                         {1, u"Pump 1"_s, 0, 0, 35 * minute}}));
+        const StationsAnswer later = list({TimeMapTopic::Silence, {3}, at(90), at(150), true, at(510)});
+        QCOMPARE(later.stations, // it was heard meanwhile
+                 (QList<StationFigures>{{3, u"Pump 3"_s, 0, 0, 60 * minute, false, at(500)}}));
         const StationsAnswer offline = list({TimeMapTopic::Silence, {}, at(310), at(320)});
-        QCOMPARE(offline.stations, (QList<StationFigures>{{4, u"Pump 4"_s, 0, 0, 10 * minute, true}}));
+        QCOMPARE(offline.stations,
+                 (QList<StationFigures>{{4, u"Pump 4"_s, 0, 0, 10 * minute, true, at(300), true}}));
     }
 
     void whatWasBeforeTheRecordIsNotKnown()

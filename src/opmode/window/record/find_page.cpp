@@ -248,7 +248,7 @@ void FindPage::applyTexts()
     showState();
 }
 
-void FindPage::showTimes(bool alarms, qint64 from, qint64 to, const QString &station)
+void FindPage::showTimes(bool alarms, qint64 from, qint64 to, const QString &stations)
 {
     {
         const QSignalBlocker all[] = {QSignalBlocker(m_events), QSignalBlocker(m_from), QSignalBlocker(m_to),
@@ -258,7 +258,7 @@ void FindPage::showTimes(bool alarms, qint64 from, qint64 to, const QString &sta
         m_state->setCurrentIndex(0);
         m_operator->setCurrentIndex(0);
         m_text->clear();
-        m_station->setText(station.isEmpty() ? QString() : u'"' + station + u'"');
+        m_station->setText(stations);
         m_period->setCurrentIndex(FromTo);
         m_from->setDateTime(QDateTime::fromMSecsSinceEpoch(from));
         m_to->setDateTime(QDateTime::fromMSecsSinceEpoch(to - 1)); // whose minute is included

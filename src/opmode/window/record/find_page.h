@@ -45,8 +45,8 @@ public:
 
     void applyTexts();
     /// Searches for the alarms that came from `from` and before `to`, or for what became of connections then,
-    /// of a station, or with an empty name of all. Times are milliseconds since 1970 UTC.
-    void showTimes(bool alarms, qint64 from, qint64 to, const QString &station);
+    /// of stations as the field for them takes them; empty: of all. Times are milliseconds since 1970 UTC.
+    void showTimes(bool alarms, qint64 from, qint64 to, const QString &stations);
     /// Puts the focus into the field for the text.
     void beginTyping();
     /// Shows what was committed since the last call, and at midnight another day.

@@ -54,7 +54,8 @@ RecordWindow::RecordWindow(OperationalMode &mode, const FindPage::Services &serv
     m_tabs->addTab(m_map, QString());
     connect(m_map, &TimeMapPage::placeWanted, this, [this](const TimeMapPage::Place &place) {
         m_tabs->setCurrentWidget(m_find);
-        m_find->showTimes(place.topic == TimeMapTopic::Alarms, place.from, place.to, place.station);
+        m_find->showTimes(place.topic == TimeMapTopic::Alarms, place.from, place.to,
+                          place.station.isEmpty() ? place.part : u'"' + place.station + u'"');
     });
     auto *all = new QVBoxLayout(this);
     all->addWidget(m_tabs);

@@ -12,7 +12,7 @@ class StationFiguresModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
-    enum Column { Station, Amount };
+    enum Column { Station, Amount, Now }; ///< how it is now is told of silence alone
 
     using QAbstractTableModel::QAbstractTableModel;
 
@@ -27,6 +27,7 @@ public:
 
 private:
     QString amountText(const StationFigures &station) const;
+    static QString nowText(const StationFigures &station);
 
     TimeMapTopic m_topic = TimeMapTopic::Alarms;
     QList<StationFigures> m_stations;

@@ -3,10 +3,12 @@
 #include "look/list_views.h"
 #include "look/problem_label.h"
 #include "opmode/operational_mode.h"
+#include "opmode/watch_summary.h"
 #include "opmode/window/timemap/station_figures_model.h"
 #include "opmode/window/timemap/time_map_legend.h"
 #include "opmode/window/timemap/time_map_look.h"
 #include "opmode/window/timemap/time_map_view.h"
+#include "platform/settings_store.h"
 #include "record/record_address.h"
 
 #include <QComboBox>
@@ -22,6 +24,7 @@
 #include <QSplitter>
 #include <QStringListModel>
 #include <QTableView>
+#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -35,6 +38,12 @@ constexpr qint64 mapFollowMs = 60'000;
 constexpr int monthsOfQuarter = 3;
 constexpr int monthsOfYear = 12;
 constexpr int allStations = -2;
+constexpr int typingPauseMs = 300;
+const QString topicKey = QStringLiteral("mapTopic");
+const QString groupKey = QStringLiteral("mapGroup");
+const QString lengthKey = QStringLiteral("mapLength");
+const QString partsKey = QStringLiteral("mapParts");
+const QString noGroup = QStringLiteral("\t"); // is no name
 
 QDate beginOfPart(QDate day, int months)
 {
@@ -54,18 +63,22 @@ TimeMapPage::TimeMapPage(const OperationalMode &mode, RecordQueries &queries, Se
     m_problem = named<ProblemLabel>("Label_map_problem"_L1, this);
     m_problem->setWordWrap(true);
     all->addWidget(m_problem);
-    auto *parts = new QSplitter(this);
-    parts->setChildrenCollapsible(false);
-    parts->addWidget(createMap());
-    parts->addWidget(createList());
-    parts->setStretchFactor(0, 1);
-    constexpr int listWidth = 250;
-    constexpr int mapWidth = 800;
-    parts->setSizes({mapWidth, listWidth});
-    all->addWidget(parts, 1);
+    m_parts = new QSplitter(this);
+    m_parts->setChildrenCollapsible(false);
+    m_parts->addWidget(createMap());
+    m_parts->addWidget(createList());
+    m_parts->setStretchFactor(0, 1);
+    constexpr int listWidth = 360;
+    constexpr int mapWidth = 700;
+    m_parts->setSizes({mapWidth, listWidth});
+    all->addWidget(m_parts, 1);
     m_day->setDate(m_services.now().date());
+    m_pause = new QTimer(this);
+    m_pause->setSingleShot(true);
+    m_pause->setInterval(typingPauseMs);
     connectParts();
     applyTexts();
+    restore();
 }
 
 TimeMapPage::~TimeMapPage()
@@ -156,9 +169,11 @@ QWidget *TimeMapPage::createList()
     m_table = named<QTableView>("Table_map_stations"_L1, part);
     m_table->setModel(m_figures);
     setUpRows(*m_table);
-    m_table->horizontalHeader()->setSectionResizeMode(StationFiguresModel::Station, QHeaderView::Stretch);
-    m_table->horizontalHeader()->setSectionResizeMode(StationFiguresModel::Amount,
-                                                      QHeaderView::ResizeToContents);
+    constexpr int stationWidth = 150;
+    constexpr int amountWidth = 90;
+    m_table->horizontalHeader()->setStretchLastSection(true);
+    m_table->setColumnWidth(StationFiguresModel::Station, stationWidth);
+    m_table->setColumnWidth(StationFiguresModel::Amount, amountWidth);
     m_show = named<QPushButton>("Cmd_map_show"_L1, part);
     m_show->setAutoDefault(false);
     auto *column = new QVBoxLayout(part);
@@ -171,24 +186,35 @@ QWidget *TimeMapPage::createList()
 
 void TimeMapPage::connectParts()
 {
-    connect(m_alarms, &QRadioButton::toggled, this, &TimeMapPage::read);
-    connect(m_groups, &QComboBox::activated, this, &TimeMapPage::read);
-    connect(m_station, &QLineEdit::textChanged, this, [this](const QString &name) {
-        if (name.isEmpty()) {
-            read();
-        }
+    connect(m_alarms, &QRadioButton::toggled, this, [this] {
+        keepChoices();
+        read();
     });
-    connect(m_station, &QLineEdit::editingFinished, this, [this] {
-        if (const QString name = m_station->text().trimmed(); !name.isEmpty() && name != m_stationName) {
-            read();
-        }
+    connect(m_groups, &QComboBox::activated, this, [this] {
+        const int group = m_groups->currentData().toInt();
+        m_group = group == allStations           ? QString()
+                  : group == StationGroups::none ? noGroup
+                                                 : m_groups->currentText();
+        keepChoices();
+        read();
     });
+    connect(m_pause, &QTimer::timeout, this, &TimeMapPage::read);
+    connect(m_station, &QLineEdit::textChanged, m_pause, qOverload<>(&QTimer::start));
+    connect(m_station, &QLineEdit::returnPressed, this, &TimeMapPage::read);
     connect(m_station->completer(), qOverload<const QString &>(&QCompleter::activated), this,
             [this](const QString &name) {
                 m_station->setText(name);
                 read();
             });
-    connect(m_length, &QComboBox::activated, this, [this] { showDays(m_day->date()); });
+    connect(m_length, &QComboBox::activated, this, [this] {
+        keepChoices();
+        showDays(m_day->date());
+    });
+    connect(m_parts, &QSplitter::splitterMoved, this, [this] {
+        SettingsStore().SaveSetting(settingsOwner, settings_sections::operationalMode, partsKey,
+                                    QString::fromLatin1(m_parts->saveState().toBase64()));
+    });
+    connect(&m_mode, &OperationalMode::stationChanged, this, &TimeMapPage::tellNow);
     connect(m_day, &QDateEdit::dateChanged, this, &TimeMapPage::showDays);
     connect(m_earlier, &QToolButton::clicked, this, [this] { step(-1); });
     connect(m_later, &QToolButton::clicked, this, [this] { step(1); });
@@ -211,6 +237,28 @@ void TimeMapPage::connectParts()
     }
 }
 
+void TimeMapPage::restore()
+{
+    const SettingsStore store;
+    const auto kept = [&store](const QString &key) {
+        return store.GetSetting(settingsOwner, settings_sections::operationalMode, key);
+    };
+    const QSignalBlocker quiet(m_alarms);
+    (kept(topicKey) == u"silence" ? m_silence : m_alarms)->setChecked(true);
+    m_length->setCurrentIndex(std::clamp(kept(lengthKey).toInt(), 0, m_length->count() - 1));
+    m_group = kept(groupKey);
+    m_parts->restoreState(QByteArray::fromBase64(kept(partsKey).toLatin1()));
+}
+
+void TimeMapPage::keepChoices() const
+{
+    SettingsStore().SaveSettings(
+        settingsOwner, settings_sections::operationalMode,
+        {{topicKey, m_alarms->isChecked() ? QStringLiteral("alarms") : QStringLiteral("silence")},
+         {lengthKey, QString::number(m_length->currentIndex())},
+         {groupKey, m_group}});
+}
+
 void TimeMapPage::applyTexts()
 {
     const auto name = [](QWidget *control, const QString &called, const QString &tip) {
@@ -222,8 +270,9 @@ void TimeMapPage::applyTexts()
     m_silence->setText(tr("Silence"));
     m_silence->setToolTip(tr("When stations were silent or offline"));
     name(m_groups, tr("Group"), tr("All stations, or those of a group of the overview"));
-    m_station->setPlaceholderText(tr("One station"));
-    name(m_station, tr("One station"), tr("The name of a station, in the place of the group"));
+    m_station->setPlaceholderText(tr("Stations"));
+    name(m_station, tr("Stations"),
+         tr("The name of a station, or a part of several, in the place of the group"));
     m_midnight->setText(tr("Since midnight"));
     m_midnight->setToolTip(tr("Chooses the hours from midnight until now"));
     const int length = std::max(0, m_length->currentIndex());
@@ -254,7 +303,6 @@ TimeMapTopic TimeMapPage::topic() const
 
 void TimeMapPage::fillScopes()
 {
-    const QString before = m_groups->currentIndex() > 0 ? m_groups->currentText() : QString();
     m_groups->clear();
     m_groups->addItem(tr("All stations"), allStations);
     const QList<StationGroup> groups = m_services.groups().list();
@@ -264,7 +312,9 @@ void TimeMapPage::fillScopes()
     if (!groups.isEmpty()) {
         m_groups->addItem(tr("In no group"), StationGroups::none);
     }
-    m_groups->setCurrentIndex(std::max(0, m_groups->findText(before)));
+    m_groups->setCurrentIndex(std::max(0, m_group.isEmpty()    ? 0
+                                          : m_group == noGroup ? m_groups->findData(StationGroups::none)
+                                                               : m_groups->findText(m_group)));
 }
 
 void TimeMapPage::fillStations()
@@ -288,22 +338,36 @@ bool TimeMapPage::takeScope()
     m_groups->setEnabled(typed.isEmpty());
     m_stationName = typed;
     m_isOfAll = typed.isEmpty() && group == allStations;
+    m_pause->stop();
     m_scope.clear();
+    m_kennungen.clear();
     const StationGroups groups = m_services.groups();
     const StationTree &tree = m_mode.tree();
-    for (int row = 0; row < tree.rowCount(); ++row) {
-        const QModelIndex station = tree.index(row, 0);
-        const QString called = station.data(Qt::EditRole).toString();
-        const bool isMeant = !typed.isEmpty() ? called.compare(typed, Qt::CaseInsensitive) == 0
-                             : m_isOfAll      ? true
-                                              : groups.groupOf(called) == group;
-        if (isMeant) {
-            m_scope += m_mode.alarmActions().numberOf(station.data(StationTree::KeyRole).toString());
-            m_stationName = typed.isEmpty() ? QString() : called;
+    const auto add = [&](const auto &isMeant) {
+        for (int row = 0; row < tree.rowCount(); ++row) {
+            const QModelIndex station = tree.index(row, 0);
+            const QString called = station.data(Qt::EditRole).toString();
+            if (isMeant(called)) {
+                m_kennungen += station.data(StationTree::KeyRole).toString();
+                m_scope += m_mode.alarmActions().numberOf(m_kennungen.constLast());
+                m_stationName = typed.isEmpty() ? QString() : called;
+            }
+        }
+    };
+    if (typed.isEmpty()) {
+        add([&](const QString &called) { return m_isOfAll || groups.groupOf(called) == group; });
+    } else { // a whole name means that station alone
+        add([&](const QString &called) { return called.compare(typed, Qt::CaseInsensitive) == 0; });
+        if (m_scope.isEmpty()) {
+            add([&](const QString &called) { return called.contains(typed, Qt::CaseInsensitive); });
         }
     }
+    m_part = m_scope.size() > 1 ? typed : QString();
+    if (m_scope.size() > 1) {
+        m_stationName.clear();
+    }
     m_problem->tell(!m_scope.isEmpty() ? QString()
-                    : !typed.isEmpty() ? tr("No station is called \"%1\"").arg(typed)
+                    : !typed.isEmpty() ? tr("No station has \"%1\" in its name").arg(typed)
                     : m_isOfAll        ? tr("There are no stations")
                                        : tr("No station is in this group"));
     return !m_scope.isEmpty();
@@ -387,6 +451,7 @@ void TimeMapPage::read()
     }
     if (!isMeant) {
         m_state->clear();
+        m_listedText.clear();
         m_listedLabel->clear();
         return;
     }
@@ -440,6 +505,7 @@ void TimeMapPage::showChosen()
         m_queries.withdraw(&m_lister);
         m_listed = {};
         m_figures->show(topic(), {}, 0);
+        m_listedText.clear();
         m_listedLabel->setText(m_map->map().hours.empty() || m_scope.isEmpty()
                                    ? QString()
                                    : tr("These hours are still to come."));
@@ -457,6 +523,7 @@ void TimeMapPage::readStations()
     question.topic = topic();
     question.stations = m_isOfAll ? QList<qint64>() : m_scope;
     std::tie(question.from, question.to) = m_listed;
+    question.now = now() + 1; // what happens just now, too
     question.hasOneKeeper = !isServerAddress(m_queries.path());
     m_queries.ask(
         &m_lister, [question](RecordReader &reader) { return readStationsOf(reader, question); },
@@ -482,7 +549,28 @@ void TimeMapPage::showStations(const StationsAnswer &answer)
                               : tr("%1: all stations were heard").arg(times))
                    : isAlarms ? tr("%1: stations with alarms: %2").arg(times, count)
                               : tr("%1: stations not heard: %2").arg(times, count);
-    m_listedLabel->setText(line);
+    m_listedText = line;
+    tellNow();
+}
+
+/// How the stations are at present, whatever time is chosen.
+QString TimeMapPage::numbersNow() const
+{
+    WatchSummary summary;
+    for (const QString &kennung : m_kennungen) {
+        if (const cStation *station = m_mode.station(kennung)) {
+            summary.addStation(lineOf(station->online(), station->liveness()));
+        }
+    }
+    return tr("Now: silent %L1, offline %L2").arg(summary.silent).arg(summary.offline);
+}
+
+void TimeMapPage::tellNow()
+{
+    if (isVisible() && !m_listedText.isEmpty()) {
+        m_listedLabel->setText(topic() == TimeMapTopic::Alarms ? m_listedText
+                                                               : m_listedText + u'\n' + numbersNow());
+    }
 }
 
 // Going there
@@ -491,7 +579,7 @@ void TimeMapPage::go(const QString &station)
 {
     const auto [from, to] = m_map->chosen();
     if (to > from) {
-        Q_EMIT placeWanted({topic(), from, to, station});
+        Q_EMIT placeWanted({topic(), from, to, station, station.isEmpty() ? m_part : QString()});
     }
 }
 

@@ -15,6 +15,7 @@ class QPushButton;
 class QRadioButton;
 class QSplitter;
 class QTableView;
+class QTimer;
 class QToolButton;
 
 namespace ktr {
@@ -43,7 +44,8 @@ public:
         TimeMapTopic topic = TimeMapTopic::Alarms;
         qint64 from = 0;
         qint64 to = 0;
-        QString station{}; ///< empty: of all
+        QString station{}; ///< its whole name; empty: of several
+        QString part{};    ///< of their names; empty: of all
     };
 
     TimeMapPage(const OperationalMode &mode, RecordQueries &queries, Services services,
@@ -83,6 +85,10 @@ private:
     void go(const QString &station);
     void goToStation(const QModelIndex &line);
     bool takeScope();
+    void restore();
+    void keepChoices() const;
+    void tellNow();
+    QString numbersNow() const;
     TimeMapTopic topic() const;
     bool isOneStation() const { return m_scope.size() == 1; }
     qint64 now() const { return m_services.now().toMSecsSinceEpoch(); }
@@ -91,9 +97,13 @@ private:
     RecordQueries &m_queries;
     Services m_services;
     HourGrid m_grid;
-    QList<qint64> m_scope; ///< numbers of the stations that are meant
+    QList<qint64> m_scope;   ///< numbers of the stations that are meant
+    QStringList m_kennungen; ///< and their keys
+    QString m_listedText;
     bool m_isOfAll = true; ///< and of those that have left the list, and what is about none
     QString m_stationName; ///< of the one that is meant
+    QString m_part;        ///< of the names of the several that are meant
+    QString m_group;       ///< that is chosen, as it is kept
     qint64 m_readAt = 0;
     qint64 m_begin = 0;                   ///< of the record
     std::pair<qint64, qint64> m_listed{}; ///< the time that the stations beside the map are of
@@ -104,6 +114,8 @@ private:
     QComboBox *m_groups;
     QLineEdit *m_station;
     QComboBox *m_length;
+    QTimer *m_pause; ///< while a name is typed
+    QSplitter *m_parts;
     QToolButton *m_earlier;
     QToolButton *m_later;
     QDateEdit *m_day;

@@ -386,6 +386,13 @@ void TimeMapView::paintHour(QPainter &painter, int place) const
     const QFontMetrics metrics = painter.fontMetrics();
     if (!number.isEmpty() && metrics.horizontalAdvance(number) + 2 <= where.width() &&
         metrics.ascent() <= where.height()) {
+        if (figures.unknownMs > 0) { // no lines behind digits
+            const QSizeF room(metrics.horizontalAdvance(number) + 2,
+                              std::min(where.height(), double(metrics.height())));
+            QRectF plain({0, 0}, room);
+            plain.moveCenter(where.center());
+            painter.fillRect(plain, ground);
+        }
         painter.setPen(textOn(ground));
         painter.drawText(where, Qt::AlignCenter, number);
     }

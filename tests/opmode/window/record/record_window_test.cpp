@@ -130,7 +130,7 @@ private Q_SLOTS:
                 .id = m_writer->nextEventId(), .at = moment, .station = station, .kind = EventKind::Silent});
         }
         QVERIFY(m_writer->flushNow());
-        m_page->showTimes(false, moment, moment + 1, u"Well"_s);
+        m_page->showTimes(false, moment, moment + 1, u"\"Well\""_s);
         QTRY_COMPARE(rows(), 1); // and not the old well
         QCOMPARE(cell(0, 1), "Well");
     }
