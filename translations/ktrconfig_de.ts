@@ -2185,13 +2185,6 @@
     </message>
 </context>
 <context>
-    <name>StationRemoval</name>
-    <message>
-        <source>The removal was undone. Alarms that it had closed and that are open again: %1</source>
-        <translation>Das Entfernen wurde rückgängig gemacht. Alarme, die es geschlossen hatte und die wieder offen sind: %1</translation>
-    </message>
-</context>
-<context>
     <name>StationNumbers</name>
     <message>
         <source>in alarm %L1</source>
@@ -2200,6 +2193,13 @@
     <message>
         <source>silent %L1</source>
         <translation>stumm %L1</translation>
+    </message>
+</context>
+<context>
+    <name>StationRemoval</name>
+    <message>
+        <source>The removal was undone. Alarms that it had closed and that are open again: %1</source>
+        <translation>Das Entfernen wurde rückgängig gemacht. Alarme, die es geschlossen hatte und die wieder offen sind: %1</translation>
     </message>
 </context>
 <context>

@@ -77,13 +77,24 @@ void TreeOrder::showSections()
             }
             const QModelIndex station = m_mode.tree().find(m_model.glance(row).kennung);
             if (station.isValid() && !m_view.isRowHidden(station.row(), {})) {
-                sections.insert(StationTree::idOf(station), sectionName(section) + QStringLiteral(" – ") +
-                                                                numbersText(numbers.value(section)));
+                sections.insert(StationTree::idOf(station),
+                                sectionName(section) + QStringLiteral(" – ") +
+                                    numbersText(worthTelling(numbers.value(section))));
                 last = section;
             }
         }
     }
     m_view.setSections(sections);
+}
+
+/// What a state's name says of all is not said once more.
+OverviewModel::Numbers TreeOrder::worthTelling(OverviewModel::Numbers numbers) const
+{
+    if (m_model.grouping() == OverviewModel::Grouping::State) {
+        numbers.waiting = 0;
+        numbers.silent = numbers.silent == numbers.stations ? 0 : numbers.silent;
+    }
+    return numbers;
 }
 
 QString TreeOrder::sectionName(int section) const

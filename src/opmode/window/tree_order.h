@@ -29,6 +29,7 @@ private:
     void arrange();
     void showSections();
     QString sectionName(int section) const;
+    OverviewModel::Numbers worthTelling(OverviewModel::Numbers numbers) const;
 
     OperationalMode &m_mode;
     StationTreeView &m_view;

@@ -68,8 +68,8 @@ TimeMapPage::TimeMapPage(const OperationalMode &mode, RecordQueries &queries, Se
     m_parts->addWidget(createMap());
     m_parts->addWidget(createList());
     m_parts->setStretchFactor(0, 1);
-    constexpr int listWidth = 360;
-    constexpr int mapWidth = 700;
+    constexpr int listWidth = 420;
+    constexpr int mapWidth = 640;
     m_parts->setSizes({mapWidth, listWidth});
     all->addWidget(m_parts, 1);
     m_day->setDate(m_services.now().date());
@@ -169,7 +169,7 @@ QWidget *TimeMapPage::createList()
     m_table = named<QTableView>("Table_map_stations"_L1, part);
     m_table->setModel(m_figures);
     setUpRows(*m_table);
-    constexpr int stationWidth = 150;
+    constexpr int stationWidth = 175;
     constexpr int amountWidth = 90;
     m_table->horizontalHeader()->setStretchLastSection(true);
     m_table->setColumnWidth(StationFiguresModel::Station, stationWidth);
