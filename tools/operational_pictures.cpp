@@ -209,6 +209,7 @@ void Waterworks::join()
 
 void Waterworks::endFirst()
 {
+    m_first.window->setAsksBeforeEnd(false);
     m_first.window->close();
     m_first = {};
     m_timers.advance(Milliseconds(2000));

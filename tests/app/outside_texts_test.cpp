@@ -1,6 +1,7 @@
 #include "app/form_main.h"
 #include "config/configuration_file.h"
 #include "look/outside_texts.h"
+#include "opmode/window/form_betriebsmodus.h"
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "support/environment.h"
@@ -153,6 +154,9 @@ private Q_SLOTS:
         QByteArray told;
         QVERIFY(readFile(path("told"), told, 1000));
         QVERIFY2(told.contains("img src") && !told.contains('<') && !told.contains('&'), told.constData());
+        lookAtNext(); // that a station is watched
+        QVERIFY(!window->close());
+        qobject_cast<Form_betriebsmodus *>(window)->setAsksBeforeEnd(false);
         QVERIFY(window->close());
         QVERIFY(!m_pipe->isRead());
     }
