@@ -65,6 +65,10 @@ MRegistry::Error setText(quint32 root, const QString &subkey, const QString &val
 /// Sets texts of a key, which is created where it is missing: in a registry that is a file by one save.
 MRegistry::Error setTexts(quint32 root, const QString &subkey, const NamedTexts &texts);
 MRegistry::Error getText(quint32 root, const QString &subkey, const QString &valueName, QString &text);
+/// A key and the texts in it.
+using KeyTexts = std::pair<QString, NamedTexts>;
+/// All that stands in a key and in those directly below it, named from it on; none where it cannot be read.
+QList<KeyTexts> allTexts(quint32 root, const QString &subkey);
 
 } // namespace RegistryBackEnd
 

@@ -263,6 +263,30 @@ Error getText(quint32 root, const QString &subkey, const QString &valueName, QSt
     return Error::None;
 }
 
+QList<KeyTexts> allTexts(quint32 root, const QString &subkey)
+{
+    const QString above = pathOf(root, subkey).join(u'\\');
+    QJsonObject keys;
+    if (above.isEmpty() || load(presentPlace().path, keys) != Error::None) {
+        return {};
+    }
+    QList<KeyTexts> all;
+    for (auto key = keys.begin(); key != keys.end(); ++key) {
+        const bool isBelow = key.key().startsWith(above + u'\\', Qt::CaseInsensitive) &&
+                             !QStringView(key.key()).sliced(above.size() + 1).contains(u'\\');
+        if (key.key().compare(above, Qt::CaseInsensitive) != 0 && !isBelow) {
+            continue;
+        }
+        NamedTexts texts;
+        const QJsonObject values = key.value().toObject();
+        for (auto value = values.begin(); value != values.end(); ++value) {
+            texts.emplaceBack(value.key(), value.value().toString());
+        }
+        all.emplaceBack(key.key().mid(above.size() + 1), texts);
+    }
+    return all;
+}
+
 } // namespace RegistryBackEnd
 
 } // namespace ktr

@@ -139,6 +139,46 @@ Error getText(quint32 root, const QString &subkey, const QString &valueName, QSt
     return Error::None;
 }
 
+QList<KeyTexts> allTexts(quint32 root, const QString &subkey)
+{
+    constexpr DWORD longestName = 16384; // of a value; a key's is shorter
+    OpenKey key;
+    if (key.open(root, subkey) != Error::None) {
+        return {};
+    }
+    QStringList below{QString()};
+    QByteArray name(longestName, '\0');
+    DWORD size = longestName;
+    for (DWORD index = 0; ::RegEnumKeyExA(key.handle(), index, name.data(), &size, nullptr, nullptr, nullptr,
+                                          nullptr) == ERROR_SUCCESS;
+         ++index) {
+        below += QString::fromLocal8Bit(name.constData(), static_cast<qsizetype>(size));
+        size = longestName;
+    }
+    QList<KeyTexts> all;
+    for (const QString &each : below) {
+        const QString path = each.isEmpty() ? subkey : QString(subkey + u'\\' + each);
+        OpenKey part;
+        if (part.open(root, path) != Error::None) {
+            continue;
+        }
+        NamedTexts texts;
+        size = longestName;
+        for (DWORD index = 0; ::RegEnumValueA(part.handle(), index, name.data(), &size, nullptr, nullptr,
+                                              nullptr, nullptr) == ERROR_SUCCESS;
+             ++index) {
+            const QString valueName = QString::fromLocal8Bit(name.constData(), static_cast<qsizetype>(size));
+            QString text;
+            if (getText(root, path, valueName, text) == Error::None) {
+                texts.emplaceBack(valueName, text);
+            }
+            size = longestName;
+        }
+        all.emplaceBack(each, texts);
+    }
+    return all;
+}
+
 } // namespace RegistryBackEnd
 
 } // namespace ktr

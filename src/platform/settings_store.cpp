@@ -28,6 +28,11 @@ QString SettingsStore::GetSetting(const QString &application, const QString &sec
     return read == MRegistry::Error::None ? text : fallback;
 }
 
+QList<SettingsStore::Section> SettingsStore::AllSettings(const QString &application) const
+{
+    return RegistryBackEnd::allTexts(userRoot(), QLatin1String("Software\\Program Settings\\") + application);
+}
+
 bool SettingsStore::SaveSetting(const QString &application, const QString &section, const QString &key,
                                 const QString &value)
 {

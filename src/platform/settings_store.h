@@ -30,6 +30,10 @@ public:
     QString GetSetting(const QString &application, const QString &section, const QString &key,
                        const QString &fallback = QString()) const;
 
+    /// Everything that is stored for an application: sections, and the keys and texts of each.
+    using Section = std::pair<QString, QList<std::pair<QString, QString>>>;
+    QList<Section> AllSettings(const QString &application) const;
+
     /// Stores a text, up to its first zero. Gives false when that failed; what was stored then stays.
     bool SaveSetting(const QString &application, const QString &section, const QString &key,
                      const QString &value);
