@@ -1177,6 +1177,15 @@
     </message>
 </context>
 <context>
+    <name>Help</name>
+    <message>
+        <source>en</source>
+        <comment>the manual&apos;s language</comment>
+        <extracomment>The language of the manual that is shown: &quot;en&quot;, or &quot;de&quot; in German.</extracomment>
+        <translation>de</translation>
+    </message>
+</context>
+<context>
     <name>ListDuty</name>
     <message>
         <source>Stations of the list have no keeper</source>
@@ -5041,6 +5050,52 @@ Turm</translation>
     </message>
 </context>
 <context>
+    <name>ktr::HelpKeys</name>
+    <message>
+        <source>More in the manual (F1)</source>
+        <translation>Mehr im Handbuch (F1)</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::HelpMenu</name>
+    <message>
+        <source>Manual</source>
+        <translation>Handbuch</translation>
+    </message>
+    <message>
+        <source>What is this?</source>
+        <translation>Was ist das?</translation>
+    </message>
+    <message>
+        <source>Service commands</source>
+        <translation>Servicebefehle</translation>
+    </message>
+    <message>
+        <source>Keyboard shortcuts...</source>
+        <translation>Tastenkürzel...</translation>
+    </message>
+    <message>
+        <source>What is new</source>
+        <translation>Was ist neu</translation>
+    </message>
+    <message>
+        <source>Welcome...</source>
+        <translation>Willkommen...</translation>
+    </message>
+    <message>
+        <source>Try with a virtual module</source>
+        <translation>Mit einem virtuellen Modul ausprobieren</translation>
+    </message>
+    <message>
+        <source>Try the operational mode on a virtual fleet</source>
+        <translation>Den Betriebsmodus an virtuellen Stationen ausprobieren</translation>
+    </message>
+    <message>
+        <source>Report a problem...</source>
+        <translation>Problem melden...</translation>
+    </message>
+</context>
+<context>
     <name>ktr::HistoryPage</name>
     <message>
         <source>Inputs to draw</source>
@@ -5370,6 +5425,37 @@ Turm</translation>
     <message>
         <source>%1: the record was gone; a new one was begun</source>
         <translation>%1: Die Aufzeichnung war nicht mehr da; eine neue wurde begonnen</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::KeysWindow</name>
+    <message>
+        <source>Keyboard shortcuts</source>
+        <translation>Tastenkürzel</translation>
+    </message>
+    <message>
+        <source>Search for a command or a key</source>
+        <translation>Nach einem Befehl oder einer Taste suchen</translation>
+    </message>
+    <message>
+        <source>Keys</source>
+        <translation>Tasten</translation>
+    </message>
+    <message>
+        <source>Command</source>
+        <translation>Befehl</translation>
+    </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+    <message>
+        <source>Window</source>
+        <translation>Fenster</translation>
+    </message>
+    <message>
+        <source>%1 of %2 commands with a key</source>
+        <translation>%1 von %2 Befehlen mit einer Taste</translation>
     </message>
 </context>
 <context>
@@ -5707,6 +5793,10 @@ Turm</translation>
         <source>Names of the inputs and outputs...</source>
         <translation>Namen der Ein- und Ausgänge...</translation>
     </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
 </context>
 <context>
     <name>ktr::MaintenanceCard</name>
@@ -5741,6 +5831,49 @@ Turm</translation>
     <message>
         <source>End the maintenance</source>
         <translation>Wartung beenden</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ManualWindow</name>
+    <message>
+        <source>Manual</source>
+        <translation>Handbuch</translation>
+    </message>
+    <message>
+        <source>Back (%1)</source>
+        <translation>Zurück (%1)</translation>
+    </message>
+    <message>
+        <source>Forward (%1)</source>
+        <translation>Vor (%1)</translation>
+    </message>
+    <message>
+        <source>First page</source>
+        <translation>Erste Seite</translation>
+    </message>
+    <message>
+        <source>Search the manual</source>
+        <translation>Im Handbuch suchen</translation>
+    </message>
+    <message>
+        <source>Chapters</source>
+        <translation>Kapitel</translation>
+    </message>
+    <message>
+        <source>Found in the manual</source>
+        <translation>Im Handbuch gefunden</translation>
+    </message>
+    <message>
+        <source>Page of the manual</source>
+        <translation>Seite des Handbuchs</translation>
+    </message>
+    <message>
+        <source>What is new</source>
+        <translation>Was ist neu</translation>
+    </message>
+    <message>
+        <source>Nothing in the manual has these words</source>
+        <translation>Nichts im Handbuch hat diese Wörter</translation>
     </message>
 </context>
 <context>
@@ -6206,6 +6339,10 @@ Turm</translation>
         <source>Unlink configuration file</source>
         <translation>Konfigurationsdatei lösen</translation>
     </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OpmodePage</name>
@@ -6395,6 +6532,17 @@ Turm</translation>
     <message>
         <source>%1 cannot be opened</source>
         <translation>%1 lässt sich nicht öffnen</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::PageTabs</name>
+    <message>
+        <source>Next page</source>
+        <translation>Nächste Seite</translation>
+    </message>
+    <message>
+        <source>Previous page</source>
+        <translation>Vorige Seite</translation>
     </message>
 </context>
 <context>
@@ -6697,6 +6845,53 @@ Turm</translation>
     <message>
         <source>Written: %1</source>
         <translation>Geschrieben: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ReportWindow</name>
+    <message>
+        <source>Report a problem</source>
+        <translation>Problem melden</translation>
+    </message>
+    <message>
+        <source>This is what helps to find the cause. PINs, PUKs, passwords and phone numbers are masked. Read it and take out what is to stay with you; nothing is sent by itself.</source>
+        <translation>Das hilft, die Ursache zu finden. PINs, PUKs, Kennwörter und Telefonnummern sind unkenntlich gemacht. Lesen Sie es und nehmen Sie heraus, was bei Ihnen bleiben soll; von selbst wird nichts gesendet.</translation>
+    </message>
+    <message>
+        <source>What did you do, what did you expect, what happened instead?</source>
+        <translation>Was haben Sie getan, was erwartet, und was ist stattdessen geschehen?</translation>
+    </message>
+    <message>
+        <source>What happened</source>
+        <translation>Was geschehen ist</translation>
+    </message>
+    <message>
+        <source>What is saved</source>
+        <translation>Was gespeichert wird</translation>
+    </message>
+    <message>
+        <source>Save...</source>
+        <translation>Speichern...</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Report</source>
+        <translation>Bericht</translation>
+    </message>
+    <message>
+        <source>Saved: %1</source>
+        <translation>Gespeichert: %1</translation>
+    </message>
+    <message>
+        <source>Copied</source>
+        <translation>Kopiert</translation>
     </message>
 </context>
 <context>
@@ -8156,6 +8351,44 @@ Turm</translation>
     </message>
 </context>
 <context>
+    <name>ktr::TrialLauncher</name>
+    <message>
+        <source>It is open already, in a window of its own</source>
+        <translation>Es ist schon offen, in einem eigenen Fenster</translation>
+    </message>
+    <message>
+        <source>There is no folder for a trial: %1</source>
+        <translation>Zum Ausprobieren gibt es keinen Ordner: %1</translation>
+    </message>
+    <message>
+        <source>The trial could not be started: %1</source>
+        <translation>Das Ausprobieren konnte nicht gestartet werden: %1</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::TrialNotice</name>
+    <message>
+        <source>Trial</source>
+        <translation>Ausprobieren</translation>
+    </message>
+    <message>
+        <source>These stations are virtual modules inside this program.</source>
+        <translation>Diese Stationen sind virtuelle Module in diesem Programm.</translation>
+    </message>
+    <message>
+        <source>A virtual module inside this program is connected.</source>
+        <translation>Ein virtuelles Modul in diesem Programm ist verbunden.</translation>
+    </message>
+    <message>
+        <source>Nothing of this window is kept: neither settings nor lists nor what is transmitted.</source>
+        <translation>Von diesem Fenster bleibt nichts: weder Einstellungen noch Listen noch was übertragen wird.</translation>
+    </message>
+    <message>
+        <source>The virtual modules do not work: %1</source>
+        <translation>Die virtuellen Module arbeiten nicht: %1</translation>
+    </message>
+</context>
+<context>
     <name>ktr::ValueTile</name>
     <message>
         <source>no value yet</source>
@@ -8264,6 +8497,61 @@ Turm</translation>
     <message>
         <source>alive</source>
         <translation>aktiv</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::WelcomeWindow</name>
+    <message>
+        <source>New station</source>
+        <translation>Neue Station</translation>
+    </message>
+    <message>
+        <source>Begin the configuration of a station, field by field</source>
+        <translation>Die Konfiguration einer Station beginnen, Feld für Feld</translation>
+    </message>
+    <message>
+        <source>Open a file</source>
+        <translation>Eine Datei öffnen</translation>
+    </message>
+    <message>
+        <source>A configuration that you or somebody else has saved</source>
+        <translation>Eine Konfiguration, die Sie oder jemand anderes gespeichert hat</translation>
+    </message>
+    <message>
+        <source>Try with a virtual module</source>
+        <translation>Mit einem virtuellen Modul ausprobieren</translation>
+    </message>
+    <message>
+        <source>Without hardware: a second window, connected to a module inside the program</source>
+        <translation>Ohne Hardware: ein zweites Fenster, verbunden mit einem Modul im Programm</translation>
+    </message>
+    <message>
+        <source>Operational mode on a virtual fleet</source>
+        <translation>Betriebsmodus an virtuellen Stationen</translation>
+    </message>
+    <message>
+        <source>Watch twelve stations that report values and alarms; your own list is left alone</source>
+        <translation>Zwölf Stationen überwachen, die Werte und Alarme melden; Ihre eigene Liste bleibt unberührt</translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation>Handbuch</translation>
+    </message>
+    <message>
+        <source>F1 opens it anywhere, at what you are looking at</source>
+        <translation>F1 öffnet es überall, bei dem, was Sie gerade vor sich haben</translation>
+    </message>
+    <message>
+        <source>Welcome</source>
+        <translation>Willkommen</translation>
+    </message>
+    <message>
+        <source>What do you want to begin with?</source>
+        <translation>Womit möchten Sie beginnen?</translation>
+    </message>
+    <message>
+        <source>This page comes once. The menu Help brings it back.</source>
+        <translation>Diese Seite kommt einmal. Das Menü Hilfe holt sie zurück.</translation>
     </message>
 </context>
 <context>

@@ -3,6 +3,7 @@
 #include "app/changes_offer.h"
 #include "app/entry_commands.h"
 #include "app/file_commands.h"
+#include "app/help_desk.h"
 #include "app/language_setting.h"
 #include "app/link_dialogs.h"
 #include "app/link_presenter.h"
@@ -15,6 +16,7 @@
 #include "app/transmission_notes.h"
 #include "app/transmission_panel.h"
 #include "config/address.h"
+#include "config/configuration_file.h"
 #include "config/fields.h"
 #include "link/problems.h"
 #include "look/icons.h"
@@ -130,6 +132,7 @@ FormMain::FormMain(const Services &services)
     connect(m_linkPresenter.get(), &LinkPresenter::ethernetWanted, this, &FormMain::connectEthernet);
     connectStart();
     connectOperationalMode();
+    openHelpDesk();
 }
 
 FormMain::~FormMain()
@@ -184,6 +187,7 @@ void FormMain::layOut()
 
 void FormMain::start(const QStringList &arguments)
 {
+    m_isAskedForNothing = arguments.isEmpty();
     m_options = CommandLine::parse(arguments);
     m_start.begin(m_options);
 }
@@ -279,6 +283,7 @@ void FormMain::finishStart()
     } else {
         show();
         m_language.showMissingTexts();
+        beginHelp();
     }
 }
 
@@ -667,6 +672,55 @@ void FormMain::connectOperationalMode()
         }
     };
     connect(&m_link, &ModuleLink::changed, this, takeBack, Qt::QueuedConnection);
+}
+
+void FormMain::openHelpDesk()
+{
+    HelpDesk::Services services{m_texts,
+                                [this] { return m_document.configuration().info.logFile; },
+                                [this] { return m_status->lastEvent(); },
+                                [this](const QString &proposal, const QString &filter) {
+                                    return m_files->dialogs().askSave(proposal, filter);
+                                },
+                                [this](const QString &line) { showStatus(line); },
+                                [this](const QString &folder) { return prepareModuleTrial(folder); },
+                                [this] {
+                                    return QStringList{QStringLiteral("-operational"),
+                                                       QStringLiteral("-language"), m_context.language};
+                                },
+                                [this] {
+                                    m_menu->newFile->trigger();
+                                    m_tabs->goTo(
+                                        {fieldOf<GsmSettings>(&GsmSettings::stationId).control.forIndex(0)});
+                                },
+                                [this] { m_menu->loadFile->trigger(); },
+                                m_services.trialProgram,
+                                m_services.trial,
+                                m_services.trialTrouble};
+    m_help = std::make_unique<HelpDesk>(*this, std::move(services));
+    connect(&m_operationalMode, &OperationalModeOpener::windowMade, m_help.get(), &HelpDesk::serve);
+    if (m_services.trial == TrialKind::Fleet) {
+        connect(&m_operationalMode, &OperationalModeOpener::closed, this, &FormMain::exitWanted);
+    }
+}
+
+/// The trial has a copy of what is edited here.
+QStringList FormMain::prepareModuleTrial(const QString &folder) const
+{
+    const QString copy = joinPath(folder, QStringLiteral("trial.xml"));
+    const Status written = writeConfigurationFile(copy, m_document.configuration(), m_services.environment);
+    QStringList arguments{QStringLiteral("-language"), m_context.language};
+    return written ? QStringList(copy) + arguments : arguments;
+}
+
+/// Behind the first frame, so that it stands above the window.
+void FormMain::beginHelp()
+{
+    if (!m_services.trialModule.isEmpty()) {
+        m_link.connectEthernet(m_services.trialModule, false);
+    } else if (m_services.welcomes && m_isAskedForNothing && m_document.fileName().isEmpty()) {
+        QTimer::singleShot(0, m_help.get(), &HelpDesk::welcomeOnce);
+    }
 }
 
 void FormMain::openOperationalMode()

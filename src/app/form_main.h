@@ -5,6 +5,7 @@
 #include "app/program_end.h"
 #include "app/program_start.h"
 #include "app/side_windows.h"
+#include "app/trial/trial_run.h"
 #include "link/module_link.h"
 
 #include <QMainWindow>
@@ -16,6 +17,7 @@ namespace ktr {
 class ChangesOffer;
 class EntryCommands;
 class FileCommands;
+class HelpDesk;
 class IoThread;
 class LinkDialogs;
 class LinkPresenter;
@@ -42,6 +44,15 @@ struct Services
     std::function<qint64()> foreignDatagrams = [] { return 0; };
     /// Of the lines to several stations at once; without it there is no such thing.
     IoThread *io = nullptr;
+
+    /// Who starts the program without asking for anything is welcomed, once.
+    bool welcomes = false;
+    /// What is started to try things out; empty for nothing.
+    QString trialProgram{};
+    /// This run is such a trial, with the address of its module, or why it has none.
+    std::optional<TrialKind> trial{};
+    QString trialModule{};
+    QString trialTrouble{};
 };
 
 /// The main window. start() is the start of the program, and closing the window is its end. It owns the parts
@@ -108,6 +119,9 @@ private:
     void askForAddress(bool exclusive);
     void connectEthernet(const QString &address, bool exclusive);
     void connectOperationalMode();
+    void openHelpDesk();
+    QStringList prepareModuleTrial(const QString &folder) const;
+    void beginHelp();
     void openOperationalMode();
     void showTransmissions();
     void editNames();
@@ -143,11 +157,13 @@ private:
     std::unique_ptr<PageBuilder> m_pageBuilder;
     std::unique_ptr<ChangesOffer> m_changes;
     std::unique_ptr<EntryCommands> m_entries;
+    std::unique_ptr<HelpDesk> m_help;
     SideWindows m_sideWindows;
     OperationalModeOpener m_operationalMode;
     QTimer m_problemTimer;
     QPointer<QWidget> m_beforeProblems; ///< had the focus when the problems were shown
     bool m_firstShow = true;
+    bool m_isAskedForNothing = false; ///< the command line is empty
 };
 
 } // namespace ktr

@@ -63,6 +63,25 @@ void tellWithoutDisplay(QtMsgType type, const QMessageLogContext &, const QStrin
     std::_Exit(1);
 }
 
+/// Null unless this run is for trying things out.
+std::unique_ptr<ktr::TrialRun> beginTrial(ktr::Services &services, ktr::IoThread &io, ktr::Timers &timers)
+{
+    const std::optional<ktr::TrialRun::Request> request = ktr::TrialRun::requested();
+    if (!request) {
+        return nullptr;
+    }
+    auto trial = std::make_unique<ktr::TrialRun>(*request, io, timers);
+    const ktr::Status begun = trial->begin();
+    services.environment = trial->environment(services.environment);
+    services.instanceName = trial->instanceName();
+    services.trial = trial->kind();
+    services.trialModule = trial->moduleAddress();
+    services.trialTrouble = begun ? QString() : begun.message();
+    services.ports = [] { return QStringList(); };
+    ktr::TrialRun::whenStarterEnds([] { QCoreApplication::exit(0); });
+    return trial;
+}
+
 ktr::FormMain *openWindow = nullptr;
 
 /// The toolkit calls exit() when the display goes away.
@@ -94,15 +113,19 @@ int main(int argc, char **argv)
     ktr::UdpTransport ethernet(io);
     ktr::StationSockets stations(io);
     ktr::EventLoopTimers timers;
-    ktr::FormMain window({ktr::systemEnvironment(),
-                          timers,
-                          serial,
-                          ethernet,
-                          [] { return ktr::serialPorts(); },
-                          {},
-                          [&stations] { return stations.createLine(); },
-                          [&stations] { return stations.foreignDatagrams(); },
-                          &io});
+    ktr::Services services{ktr::systemEnvironment(),
+                           timers,
+                           serial,
+                           ethernet,
+                           [] { return ktr::serialPorts(); },
+                           {},
+                           [&stations] { return stations.createLine(); },
+                           [&stations] { return stations.foreignDatagrams(); },
+                           &io};
+    services.welcomes = true;
+    services.trialProgram = QCoreApplication::applicationFilePath();
+    const std::unique_ptr<ktr::TrialRun> trial = beginTrial(services, io, timers);
+    ktr::FormMain window(services);
     const auto end = [] { QCoreApplication::exit(0); };
     QObject::connect(&window, &ktr::FormMain::closed, &application, end, Qt::QueuedConnection);
     QObject::connect(&window, &ktr::FormMain::exitWanted, &application, end);

@@ -77,6 +77,8 @@ MainMenu::MainMenu(QMainWindow &window) : QObject(&window), m_window(window)
     showProblems->setCheckable(true);
     openSettings = add(m_tools, "mnu_settings");
 
+    help = bar->addMenu(QString());
+    help->setObjectName(QStringLiteral("mnu_help"));
     showAbout = bar->addAction(QString());
     showAbout->setObjectName(QStringLiteral("mnu_about"));
 
@@ -190,6 +192,7 @@ void MainMenu::applyTexts(const TextTable &texts)
     foretell->setText(tr("What would happen..."));
     showProblems->setText(tr("Show problems"));
     openSettings->setText(text(Text::Settings));
+    help->setTitle(tr("Help"));
     showAbout->setText(text(Text::About));
     m_bar->setWindowTitle(tr("Toolbar"));
     giveMnemonics(m_window.menuBar()->actions());

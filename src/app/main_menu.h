@@ -75,6 +75,7 @@ public:
     QAction *compareConfigurations;
     QAction *foretell;
     QAction *showProblems;
+    QMenu *help; ///< filled by others
     QAction *showAbout;
 
 Q_SIGNALS:

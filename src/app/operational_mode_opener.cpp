@@ -85,6 +85,7 @@ void OperationalModeOpener::open(const QPoint &place, const QList<StationCaption
                                          !fixedRecord().isEmpty()});
         m_files = std::make_unique<FileDialogs>(m_window.get(), environment.programFolder);
         connectWindow();
+        Q_EMIT windowMade(*m_window);
         connect(&m_mode->configurations(), &StationConfigurations::changed, m_window.get(),
                 &Form_betriebsmodus::applyTexts);
         m_mode->configurations().setFolders(m_folders);

@@ -3,6 +3,7 @@
 #include "lang/text_table.h"
 #include "opmode/operational_mode.h"
 
+#include <QMainWindow>
 #include <QPointer>
 
 namespace ktr {
@@ -63,6 +64,8 @@ public:
 Q_SIGNALS:
     /// By the user; nobody watches so many of its stations any more.
     void closed(int stationsWithoutWatch);
+    /// Its window was made and has its menus.
+    void windowMade(QMainWindow &window);
     /// `file` is the station's configuration file; empty where none is known.
     void configurationWanted(const QString &hostAddress, const QString &file);
 

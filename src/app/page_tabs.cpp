@@ -38,6 +38,7 @@ PageTabs::PageTabs(EditorContext &context, Builder build, QWidget *parent)
     };
     const auto addKey = [this, turn](const QKeySequence &key, int by) {
         auto *shortcut = new QShortcut(key, this);
+        m_turns.emplace_back(shortcut, by);
         connect(shortcut, &QShortcut::activated, this, [turn, by] { turn(by); });
     };
     addKey(QKeySequence(Qt::CTRL | Qt::Key_PageDown), 1);
@@ -159,6 +160,9 @@ QString PageTabs::describe(const EditPlace &place)
 
 void PageTabs::applyTexts()
 {
+    for (const auto &[shortcut, by] : m_turns) {
+        shortcut->setWhatsThis(by > 0 ? tr("Next page") : tr("Previous page"));
+    }
     for (int index = 0; index < pageCount; ++index) {
         QString caption = m_context.texts.text(tabTexts[static_cast<std::size_t>(index)]);
         setTabText(index, caption.replace(u'&', QLatin1String("&&")));

@@ -7,6 +7,8 @@
 #include <array>
 #include <functional>
 
+class QShortcut;
+
 namespace ktr {
 
 /// The pages of the main window, in the order of their tabs.
@@ -77,6 +79,7 @@ private:
     Builder m_build;
     std::array<Page *, pageCount> m_pages{};
     QList<Problem> m_problems;
+    QList<std::pair<QShortcut *, int>> m_turns; ///< keys that turn pages, and by how many
 };
 
 } // namespace ktr

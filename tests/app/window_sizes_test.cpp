@@ -1,4 +1,5 @@
 #include "app/form_main.h"
+#include "help/help_places.h"
 #include "look/style.h"
 #include "opmode/window/message_line.h"
 #include "platform/registry.h"
@@ -144,6 +145,11 @@ private:
         // The toolkit's own dialogs lay themselves out.
         if (qobject_cast<QMenu *>(&window) != nullptr || qobject_cast<QFileDialog *>(&window) != nullptr) {
             return;
+        }
+        const bool isOwn = window.isWindow() && window.objectName() != u"Dialog" &&
+                           window.objectName() != u"SavePdfDialog" && !window.objectName().startsWith("qt_");
+        if (isOwn && !hasHelpPlace(window.objectName())) {
+            m_cut += "F1 finds nothing about " + window.objectName();
         }
         window.resize(window.isModal() ? window.size().boundedTo(smallest) : smallest);
         const QList<QTabWidget *> pages = window.findChildren<QTabWidget *>();

@@ -94,6 +94,8 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     for (QMenu *menu : {m_stationMenu, m_alarmMenu}) {
         menu->setToolTipsVisible(true);
     }
+    m_helpMenu = window.menuBar()->addMenu(QString());
+    m_helpMenu->setObjectName(QStringLiteral("mnu_help"));
     mnu_record->setIcon(icon(IconName::Search));
     mnu_station_add->setIcon(icon(IconName::Add));
     mnu_station_del->setIcon(icon(IconName::Delete));
@@ -143,7 +145,9 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_curves->setText(tr("Curves of several stations"));
     mnu_station_curves->setText(tr("Add to the curves"));
     mnu_wall->setText(tr("Overview on the whole screen"));
-    giveMnemonics({m_stationMenu->menuAction(), m_alarmMenu->menuAction(), m_viewMenu->menuAction()});
+    m_helpMenu->setTitle(tr("Help"));
+    giveMnemonics({m_stationMenu->menuAction(), m_alarmMenu->menuAction(), m_viewMenu->menuAction(),
+                   m_helpMenu->menuAction()});
     giveMnemonics(m_stationMenu->actions());
     giveMnemonics(m_alarmMenu->actions());
     giveMnemonics(m_viewMenu->actions());

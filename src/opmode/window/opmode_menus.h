@@ -93,6 +93,7 @@ private:
     QMenu *m_alarmMenu;
     QMenu *m_viewMenu;
     QMenu *m_muteMenu;
+    QMenu *m_helpMenu; ///< filled by others
 };
 
 } // namespace ktr

@@ -1,0 +1,20 @@
+# The manual's sources and the list of changes as resources under :/manual: the program has its help with it, with no tool
+# to build it and no file that could be missing. The target names them with Q_INIT_RESOURCE(manual).
+function(ktr_embed_manual target)
+  set(manual ${CMAKE_SOURCE_DIR}/docs/manual)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${manual}/chapters)
+  file(STRINGS ${manual}/chapters chapters)
+  set(files "<file alias=\"chapters\">${manual}/chapters</file>\n")
+  string(APPEND files "<file alias=\"CHANGELOG.md\">${CMAKE_SOURCE_DIR}/CHANGELOG.md</file>\n")
+  foreach(language en de)
+    foreach(chapter ${chapters})
+      string(APPEND files "<file alias=\"${language}/${chapter}.md\">${manual}/${language}/${chapter}.md</file>\n")
+    endforeach()
+  endforeach()
+  set(list ${CMAKE_CURRENT_BINARY_DIR}/manual.qrc)
+  file(CONFIGURE OUTPUT ${list} CONTENT "<RCC><qresource prefix=\"/manual\">\n${files}</qresource></RCC>\n" @ONLY)
+  qt_add_resources(resources ${list})
+  set_source_files_properties(${resources} PROPERTIES SKIP_AUTOMOC ON SKIP_PRECOMPILE_HEADERS ON
+    SKIP_UNITY_BUILD_INCLUSION ON)
+  target_sources(${target} PRIVATE ${resources})
+endfunction()

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "app/trial/trial_launcher.h"
+#include "app/welcome_window.h"
+#include "help/help_keys.h"
+#include "help/report.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <functional>
+#include <optional>
+
+namespace ktr {
+
+class KeysWindow;
+class ReportWindow;
+
+/// The menus "Help" of the program's two windows and what they open.
+class HelpDesk : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Services
+    {
+        const TextTable &texts;
+        std::function<QString()> logFile;   ///< of the conversation with the module
+        std::function<QString()> lastEvent; ///< of the status bar
+        std::function<QString(const QString &proposal, const QString &filter)> askSave;
+        std::function<void(const QString &line)> showStatus;
+        std::function<QStringList(const QString &folder)> prepareModuleTrial; ///< TrialLauncher::Prepare
+        std::function<QStringList()> fleetTrialArguments;
+        std::function<void()> newStation;
+        std::function<void()> open;
+        QString trialProgram{};           ///< what is started to try things out; empty for nothing
+        std::optional<TrialKind> trial{}; ///< this run is such a trial
+        QString trialTrouble{};           ///< what keeps its modules from working
+    };
+
+    /// All that is handed in must outlive it.
+    HelpDesk(QMainWindow &window, Services services);
+    ~HelpDesk() override;
+
+    /// Fills the help menu of another window, such as that of the operational mode.
+    void serve(QMainWindow &window);
+
+    /// Shows what one can begin with.
+    void welcome();
+    /// The same at a start, unless it was put away before.
+    void welcomeOnce();
+
+    HelpKeys &keys() { return m_keys; }
+
+private:
+    void showKeys(QMainWindow &window);
+    void report(QMainWindow &window);
+    ReportSources sources() const;
+    std::function<void()> trial(TrialKind kind);
+
+    QMainWindow &m_main;
+    Services m_services;
+    HelpKeys m_keys;
+    TrialLauncher m_trials;
+    QPointer<WelcomeWindow> m_welcome;
+    QPointer<KeysWindow> m_keysWindow;
+    QPointer<ReportWindow> m_report;
+};
+
+} // namespace ktr

@@ -1,0 +1,99 @@
+#include "app/welcome_window.h"
+
+#include "look/list_views.h"
+#include "platform/settings_store.h"
+
+#include <QCommandLinkButton>
+#include <QEvent>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace ktr {
+
+namespace {
+
+const QString welcomeKey = QStringLiteral("welcome");
+const QString seen = QStringLiteral("seen");
+
+} // namespace
+
+WelcomeWindow::WelcomeWindow(const Commands &commands, QWidget *parent)
+    : QDialog(parent),
+      m_greeting(named<QLabel>(QStringLiteral("lbl_welcome"), this)),
+      m_again(named<QLabel>(QStringLiteral("lbl_welcome_again"), this))
+{
+    setObjectName(QStringLiteral("Form_welcome"));
+    setAttribute(Qt::WA_DeleteOnClose);
+    m_greeting->setWordWrap(true);
+    m_again->setWordWrap(true);
+    auto *all = new QVBoxLayout(this);
+    setLayout(all);
+    all->addWidget(m_greeting);
+    add("Cmd_welcome_new", IconName::New, QT_TR_NOOP("New station"),
+        QT_TR_NOOP("Begin the configuration of a station, field by field"), commands.newStation);
+    add("Cmd_welcome_open", IconName::Open, QT_TR_NOOP("Open a file"),
+        QT_TR_NOOP("A configuration that you or somebody else has saved"), commands.open);
+    add("Cmd_welcome_module", IconName::Connection, QT_TR_NOOP("Try with a virtual module"),
+        QT_TR_NOOP("Without hardware: a second window, connected to a module inside the program"),
+        commands.tryModule);
+    add("Cmd_welcome_fleet", IconName::OperationalMode, QT_TR_NOOP("Operational mode on a virtual fleet"),
+        QT_TR_NOOP("Watch twelve stations that report values and alarms; your own list is left alone"),
+        commands.tryFleet);
+    add("Cmd_welcome_manual", IconName::About, QT_TR_NOOP("Manual"),
+        QT_TR_NOOP("F1 opens it anywhere, at what you are looking at"), commands.manual);
+    all->addWidget(m_again);
+    applyTexts();
+    constexpr int comfortable = 560;
+    resize(comfortable, heightForWidth(comfortable) > 0 ? heightForWidth(comfortable) : sizeHint().height());
+    m_choices.front().button->setFocus();
+}
+
+void WelcomeWindow::add(const char *name, IconName picture, const char *caption, const char *description,
+                        std::function<void()> act)
+{
+    auto *button = named<QCommandLinkButton>(QLatin1String(name), this);
+    button->setAutoDefault(false);
+    button->setIcon(icon(picture));
+    constexpr int pictureSize = 24;
+    button->setIconSize({pictureSize, pictureSize});
+    button->setEnabled(act != nullptr);
+    layout()->addWidget(button);
+    m_choices.push_back({button, caption, description});
+    connect(button, &QAbstractButton::clicked, this, [this, act = std::move(act)] {
+        close(); // before what it opens
+        act();
+    });
+}
+
+void WelcomeWindow::applyTexts()
+{
+    setWindowTitle(tr("Welcome"));
+    m_greeting->setText(tr("What do you want to begin with?"));
+    m_again->setText(tr("This page comes once. The menu Help brings it back."));
+    for (const Choice &choice : m_choices) {
+        choice.button->setText(tr(choice.caption));
+        choice.button->setDescription(tr(choice.description));
+    }
+}
+
+void WelcomeWindow::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::LanguageChange) {
+        applyTexts();
+    }
+    QDialog::changeEvent(event);
+}
+
+bool WelcomeWindow::isDismissed()
+{
+    return SettingsStore().GetSetting(settingsOwner, settings_sections::startup, welcomeKey) == seen;
+}
+
+void WelcomeWindow::dismiss()
+{
+    SettingsStore().SaveSetting(settingsOwner, settings_sections::startup, welcomeKey, seen);
+}
+
+} // namespace ktr

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "look/icons.h"
+
+#include <QDialog>
+
+#include <functional>
+#include <vector>
+
+class QCommandLinkButton;
+class QLabel;
+
+namespace ktr {
+
+/// What can be begun with, for who opens the program for the first time. Escape puts it away.
+class WelcomeWindow : public QDialog
+{
+    Q_OBJECT
+
+public:
+    struct Commands
+    {
+        std::function<void()> newStation{};
+        std::function<void()> open{};
+        std::function<void()> tryModule{}; ///< without it the button is disabled, as for the next
+        std::function<void()> tryFleet{};
+        std::function<void()> manual{};
+    };
+
+    WelcomeWindow(const Commands &commands, QWidget *parent);
+
+    /// Whether it was put away at a former start.
+    static bool isDismissed();
+    /// Remembers that it was.
+    static void dismiss();
+
+protected:
+    void changeEvent(QEvent *event) override;
+
+private:
+    struct Choice
+    {
+        QCommandLinkButton *button;
+        const char *caption;
+        const char *description;
+    };
+    void add(const char *name, IconName picture, const char *caption, const char *description,
+             std::function<void()> act);
+    void applyTexts();
+
+    QLabel *m_greeting;
+    QLabel *m_again;
+    std::vector<Choice> m_choices;
+};
+
+} // namespace ktr
