@@ -9,7 +9,6 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QMenu>
 #include <QToolTip>
 #include <QWhatsThis>
 #include <QWhatsThisClickedEvent>
@@ -114,7 +113,7 @@ bool HelpKeys::eventFilter(QObject *watched, QEvent *event)
             return false;
         }
         if (held == Qt::NoModifier) {
-            if (QWidget *popup = QApplication::activePopupWidget(); qobject_cast<QMenu *>(popup) != nullptr) {
+            if (QWidget *popup = QApplication::activePopupWidget(); popup != nullptr) {
                 popup->close(); // nothing else can be used while it is open
                 widget = QApplication::focusWidget();
             }

@@ -64,10 +64,14 @@ ManualView::ManualView(const TextTable &texts, QWidget *parent) : QTextBrowser(p
 QStringList ManualView::pictureFolders()
 {
     const QString program = QCoreApplication::applicationDirPath();
-    return {program + QLatin1String("/docs/images"), program + QLatin1String("/manual/images"),
-            program + QLatin1String("/../share/doc/ktrconfig/docs/images"),
-            program + QLatin1String("/../share/doc/ktrconfig/images"),
-            program + QLatin1String("/../../../docs/images")}; // of the sources, where it was built
+    QStringList folders;
+    for (const char *documents :
+         {"", "/../share/doc/ktrconfig", "/../share/doc/KTRconfig", "/../share/doc/ktrconfig-doc"}) {
+        for (const char *pictures : {"/docs/images", "/manual/en/images", "/manual/de/images"}) {
+            folders += program + QLatin1String(documents) + QLatin1String(pictures);
+        }
+    }
+    return folders << program + QLatin1String("/../../../docs/images"); // of the sources, where it was built
 }
 
 /// So that nothing has to be scrolled aside.

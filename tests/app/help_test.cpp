@@ -310,7 +310,7 @@ private Q_SLOTS:
     {
         for (const char *text :
              {"2026-11-23 10:00:00.123 com ----> D,1,5,0.5,0", "Screen: 1920 x 1080, scale 1, 96 dpi",
-              "Opinion = 1234", "Version: KTRconfig 1.0.0", "postgresql://ktr@db.example/ktr",
+              "Opinion = 1234", "Version: KTRconfig 9.8.07", "postgresql://ktr@db.example/ktr",
               "com ----> Z,1,3,15,1,0001010000,2,60"}) {
             QCOMPARE(withoutSecrets(QLatin1String(text)), QLatin1String(text));
         }

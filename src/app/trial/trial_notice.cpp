@@ -18,12 +18,13 @@ TrialNotice::TrialNotice(TrialKind kind, QString trouble, QWidget *parent)
     setFloatable(false);
     setContextMenuPolicy(Qt::PreventContextMenu);
     m_text->setObjectName(QStringLiteral("lbl_trial"));
-    m_text->setWordWrap(true);
     constexpr int margin = 6;
     m_text->setMargin(margin);
     m_text->setAutoFillBackground(true);
     addWidget(m_text);
-    m_text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    m_text->setSizePolicy(QSizePolicy::Ignored,
+                          QSizePolicy::Fixed); // the window may be narrower than the text
+    m_text->setMinimumWidth(1);
     applyTexts();
     applyColours();
 }
@@ -36,15 +37,18 @@ void TrialNotice::applyTexts()
                                 : tr("A virtual module inside this program is connected.");
     const QString kept =
         tr("Nothing of this window is kept: neither settings nor lists nor what is transmitted.");
-    m_text->setText(m_trouble.isEmpty()
-                        ? modules + u' ' + kept
-                        : tr("The virtual modules do not work: %1").arg(m_trouble) + u'\n' + kept);
+    const QString text = m_trouble.isEmpty()
+                             ? modules + u'\n' + kept
+                             : tr("The virtual modules do not work: %1").arg(m_trouble) + u'\n' + kept;
+    m_text->setText(text);
+    m_text->setToolTip(text);
 }
 
 void TrialNotice::applyColours()
 {
     QPalette colours = QApplication::palette();
-    colours.setColor(QPalette::Window, tint(colours));
+    colours.setColor(QPalette::Window, accent(colours));
+    colours.setColor(QPalette::WindowText, accentText(colours));
     m_text->setPalette(colours);
 }
 
