@@ -401,6 +401,13 @@ private Q_SLOTS:
         QTRY_COMPARE(tree->model()->rowCount(), TrialRun::fleetSize);
         QVERIFY(!mode->findChild<QAction *>("mnu_try_fleet")->isEnabled()); // not one inside the other
         QSignalSpy ended(m_window.get(), &FormMain::exitWanted);
+        QTimer agrees; // that nobody watches its stations any more
+        connect(&agrees, &QTimer::timeout, this, [] {
+            if (QWidget *asks = QApplication::activeModalWidget()) {
+                asks->findChild<QPushButton *>("OKButton")->click();
+            }
+        });
+        agrees.start(0);
         mode->close();
         QTRY_COMPARE(ended.size(), 1);
         m_window.reset();
