@@ -44,6 +44,7 @@
 #include <QTemporaryDir>
 #include <QTextDocument>
 #include <QToolButton>
+#include <QTreeView>
 
 using namespace ktr;
 using namespace ktr::test;
@@ -824,6 +825,8 @@ private Q_SLOTS:
                 box->setCurrentIndex(box->count() - 1);
             }
         }
+        const auto *tree = operationalMode()->findChild<QTreeView *>("TreeView_KTR_Nodes");
+        QTRY_VERIFY(tree->isRowHidden(0, {})); // no name has a 7, and what is hidden is chosen no more
         m_window->tabs().setCurrentIndex(7);
         const auto state = [&controls] {
             QStringList texts;
