@@ -6481,45 +6481,6 @@ Turm</translation>
     </message>
 </context>
 <context>
-    <name>ktr::OverviewView</name>
-    <message>
-        <source>being configured in the main window</source>
-        <translation>wird im Hauptfenster konfiguriert</translation>
-    </message>
-    <message>
-        <source>put aside: %1</source>
-        <translation>zurückgestellt: %1</translation>
-    </message>
-    <message>
-        <source>acknowledged: %1</source>
-        <translation>quittiert: %1</translation>
-    </message>
-    <message>
-        <source>Alarms not acknowledged: %1</source>
-        <translation>Alarme nicht quittiert: %1</translation>
-    </message>
-    <message>
-        <source>Last heard %1</source>
-        <translation>Zuletzt gehört %1</translation>
-    </message>
-    <message>
-        <source>In no group</source>
-        <translation>In keiner Gruppe</translation>
-    </message>
-    <message>
-        <source>%1: %L2 stations</source>
-        <translation>%1: %L2 Stationen</translation>
-    </message>
-    <message>
-        <source>%1, folded</source>
-        <translation>%1, eingeklappt</translation>
-    </message>
-    <message>
-        <source>silent, %1</source>
-        <translation>stumm, %1</translation>
-    </message>
-</context>
-<context>
     <name>ktr::PageBuilder</name>
     <message>
         <source>Saved: %1</source>
@@ -7855,6 +7816,45 @@ Turm</translation>
     <message>
         <source>Sets the module&apos;s clock to another date and time</source>
         <translation>Stellt die Uhr des Moduls auf ein anderes Datum und eine andere Uhrzeit</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::TileContents</name>
+    <message>
+        <source>being configured in the main window</source>
+        <translation>wird im Hauptfenster konfiguriert</translation>
+    </message>
+    <message>
+        <source>put aside: %1</source>
+        <translation>zurückgestellt: %1</translation>
+    </message>
+    <message>
+        <source>acknowledged: %1</source>
+        <translation>quittiert: %1</translation>
+    </message>
+    <message>
+        <source>silent, %1</source>
+        <translation>stumm, %1</translation>
+    </message>
+    <message>
+        <source>Alarms not acknowledged: %1</source>
+        <translation>Alarme nicht quittiert: %1</translation>
+    </message>
+    <message>
+        <source>Last heard %1</source>
+        <translation>Zuletzt gehört %1</translation>
+    </message>
+    <message>
+        <source>In no group</source>
+        <translation>In keiner Gruppe</translation>
+    </message>
+    <message>
+        <source>%1: %L2 stations</source>
+        <translation>%1: %L2 Stationen</translation>
+    </message>
+    <message>
+        <source>%1, folded</source>
+        <translation>%1, eingeklappt</translation>
     </message>
 </context>
 <context>

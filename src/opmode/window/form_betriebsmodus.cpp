@@ -22,6 +22,7 @@
 #include "opmode/window/opmode_pages.h"
 #include "opmode/window/overview/overview_page.h"
 #include "opmode/window/overview/overview_view.h"
+#include "opmode/window/overview/shown_rows.h"
 #include "opmode/window/overview/wall_header.h"
 #include "opmode/window/overview/wall_mode.h"
 #include "opmode/window/place_dialog.h"
@@ -948,7 +949,7 @@ void Form_betriebsmodus::configureSeveral()
 {
     QStringList wanted = m_tree->chosenStations();
     if (wanted.size() < 2) {
-        wanted = m_overview->isVisible() ? m_overview->view().shownKeys() : m_tree->shownKeys();
+        wanted = m_overview->isVisible() ? shownKeys(m_overview->model()) : m_tree->shownKeys();
     }
     Q_EMIT fleetWanted(wanted);
 }

@@ -5,6 +5,7 @@
 #include "opmode/window/many_line.h"
 #include "opmode/window/opmode_menus.h"
 #include "opmode/window/overview/overview_view.h"
+#include "opmode/window/overview/shown_rows.h"
 #include "opmode/window/station_tree_view.h"
 
 #include <QAction>
@@ -177,8 +178,9 @@ void StationCommands::removeStations(const QStringList &stations)
 /// focus then. Without one nothing is chosen.
 void StationCommands::chooseBeside(const QStringList &stations)
 {
-    const QString beside = m_services.overview.isVisible() ? m_services.overview.besideOf(stations)
-                                                           : m_services.tree.besideOf(stations);
+    const QString beside = m_services.overview.isVisible()
+                               ? shownBeside(m_services.overview.stations(), stations)
+                               : m_services.tree.besideOf(stations);
     m_services.tree.choose(m_services.mode.tree().find(beside));
 }
 

@@ -1,16 +1,8 @@
 #include "opmode/window/overview/overview_view.h"
 
-#include "look/outside_texts.h"
 #include "opmode/operational_mode.h"
-#include "opmode/overview/input_reading.h"
 #include "opmode/overview/overview_model.h"
-#include "opmode/window/alarm_look.h"
-#include "opmode/window/input_caption.h"
-#include "opmode/window/overview/numbers_text.h"
-#include "opmode/window/quality_bars.h"
-#include "opmode/window/station_mark.h"
-#include "opmode/window/value_age.h"
-#include "opmode/window/value_text.h"
+#include "opmode/window/overview/shown_rows.h"
 #include "opmode/window/view_activity.h"
 
 #include <QAccessible>
@@ -36,6 +28,7 @@ OverviewView::OverviewView(const OperationalMode &mode, OverviewModel &model, QW
     : QListView(parent),
       m_mode(mode),
       m_model(model),
+      m_contents(mode, model),
       m_activity(new ViewActivity(*this, [] { return false; }))
 {
     setObjectName(QStringLiteral("List_overview"));
@@ -85,8 +78,9 @@ OverviewView::OverviewView(const OperationalMode &mode, OverviewModel &model, QW
 void OverviewView::follow()
 {
     m_model.setHold([this] { return isInUse(); });
-    m_model.setDescription([this](const StationGlance &glance) { return description(glance); },
-                           [this](int group) { return headingDescription(group); });
+    m_model.setDescription(
+        [this](const StationGlance &glance) { return m_contents.description(glance, tiles(), locale()); },
+        [this](int group) { return m_contents.headingDescription(group); });
     connect(m_activity, &ViewActivity::mouseRested, &m_model, &OverviewModel::update);
 }
 
@@ -151,12 +145,6 @@ QString OverviewView::chosen() const
     return currentIndex().data(OverviewModel::KeyRole).toString();
 }
 
-/// Of a station; empty of a heading.
-QString OverviewView::keyAt(int row) const
-{
-    return m_model.index(row).data(OverviewModel::KeyRole).toString();
-}
-
 void OverviewView::noteChoice()
 {
     m_chosen = {chosenStations(), chosen()};
@@ -189,25 +177,10 @@ void OverviewView::chooseNoted()
 
 void OverviewView::chooseStations(const QStringList &stations, const QString &current)
 {
-    std::vector<int> rows;
-    for (const QString &kennung : stations) {
-        if (const int row = m_model.rowOf(kennung); row >= 0) {
-            rows.push_back(row);
-        }
-    }
-    std::ranges::sort(rows);
-    QItemSelection selection;
-    for (std::size_t first = 0; first < rows.size();) {
-        std::size_t last = first;
-        while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1) {
-            ++last;
-        }
-        selection.append({m_model.index(rows[first]), m_model.index(rows[last])});
-        first = last + 1;
-    }
+    const std::vector<int> rows = rowsOf(m_model, stations);
     const QScopedValueRollback choosing(m_isChoosing, true);
     setAutoScroll(false);
-    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+    selectionModel()->select(selectionOf(m_model, rows), QItemSelectionModel::ClearAndSelect);
     int row = m_model.rowOf(current);
     if (row < 0 && !rows.empty()) {
         row = rows.front();
@@ -228,37 +201,6 @@ void OverviewView::chooseFirst()
             return;
         }
     }
-}
-
-QStringList OverviewView::shownKeys() const
-{
-    QStringList keys;
-    for (int row = 0; row < m_model.rowCount(); ++row) {
-        keys += keyAt(row);
-    }
-    keys.removeAll(QString());
-    return keys;
-}
-
-QString OverviewView::besideOf(const QStringList &stations) const
-{
-    const QSet<QString> going(stations.cbegin(), stations.cend());
-    int last = -1;
-    for (const QString &kennung : stations) {
-        last = std::max(last, m_model.rowOf(kennung));
-    }
-    const auto stays = [&](const QString &key) { return !key.isEmpty() && !going.contains(key); };
-    for (int row = last + 1; row < m_model.rowCount(); ++row) {
-        if (const QString key = keyAt(row); stays(key)) {
-            return key;
-        }
-    }
-    for (int row = last; row >= 0; --row) {
-        if (const QString key = keyAt(row); stays(key)) {
-            return key;
-        }
-    }
-    return {};
 }
 
 QStringList OverviewView::chosenStations() const
@@ -514,7 +456,7 @@ void OverviewView::changeEvent(QEvent *event)
 
 void OverviewView::setChannels(const QList<int> &channels)
 {
-    m_channels = channels;
+    m_contents.setChannels(channels);
     viewport()->update();
 }
 
@@ -659,135 +601,7 @@ bool OverviewView::foldByKey(const QKeyEvent &event)
     }
 }
 
-QString OverviewView::headingDescription(int group) const
-{
-    const OverviewModel::Numbers count = m_model.countOf(group);
-    const QString name = group == StationGroups::none ? tr("In no group") : m_model.groupName(group);
-    QString numbers = tr("%1: %L2 stations").arg(name).arg(count.stations);
-    for (const QString &part : {inAlarmText(count), silentText(count)}) {
-        numbers += part.isEmpty() ? QString() : QLatin1String(", ") + part;
-    }
-    return m_model.isFolded(group) ? tr("%1, folded").arg(numbers) : numbers;
-}
-
-// What tiles show
-
-QString OverviewView::stateOf(const StationGlance &glance) const
-{
-    const AlarmRow *alarm = m_mode.alarms().alarm(glance.worst);
-    if (m_mode.isLent(glance.kennung)) {
-        return tr("being configured in the main window");
-    }
-    if (alarm != nullptr) {
-        const QString text = shortenedLine(alarm->text);
-        return alarm->acknowledged == 0 && alarm->shelvedUntil == 0 ? text
-               : alarm->shelvedUntil != 0                           ? tr("put aside: %1").arg(text)
-                                                                    : tr("acknowledged: %1").arg(text);
-    }
-    QString state = statusText(glance.status);
-    if (glance.status.pukNeeded) {
-        state += QLatin1String(", PUK");
-    }
-    return state;
-}
-
-TileTexts OverviewView::textsOf(const StationGlance &glance) const
-{
-    const TileLevel level = tiles();
-    TileTexts texts;
-    texts.state = stateOf(glance);
-    if (!level.hasFoot()) {
-        return texts;
-    }
-    if (const cStation *station = m_mode.station(glance.kennung)) {
-        texts.bars = QualityBars::filled(station->csq());
-        if (const qint64 heard = station->lastHeard(); heard > 0) {
-            const QDateTime moment = QDateTime::fromMSecsSinceEpoch(heard);
-            const bool isToday = moment.date() == m_mode.now().toLocalTime().date();
-            texts.heard = locale().toString(moment, isToday ? QStringLiteral("HH:mm:ss")
-                                                            : QStringLiteral("dd.MM. HH:mm"));
-            if (glance.status.line == StationStatus::Line::Silent) { // its state may tell of an alarm
-                texts.heard = tr("silent, %1").arg(texts.heard);
-            }
-        }
-    }
-    if (level.values() == 0) {
-        return texts;
-    }
-    const StationConfiguration configuration = m_mode.configuration(glance.kennung);
-    const ChannelNames &names = configuration.names();
-    texts.isStale = glance.status.line != StationStatus::Line::Alive;
-    for (const int channel :
-         shownChannels(m_mode, glance.kennung, names, channelsFor(glance.kennung), level.values())) {
-        const InputReading reading = readingOf(m_mode, glance.kennung, channel, configuration);
-        TileTexts::Value value{shortInputCaption(channel, names),
-                               shortenedLine(localValue(reading.value, locale())),
-                               reading.unit,
-                               reading.state,
-                               {},
-                               {},
-                               {}};
-        if (!reading.value.isEmpty()) {
-            value.age = ageText(m_model.times().of(glance.kennung, channel), m_mode.now());
-            value.mark = reading.beyond ? QString(beyondMark(*reading.beyond)) : QString();
-        }
-        for (const ValueTrends::Point &point : reading.trend) {
-            value.trend.append({double(point.time), double(point.value)});
-        }
-        texts.values += value;
-    }
-    return texts;
-}
-
-/// What its group shows, else what all do.
-QList<int> OverviewView::channelsFor(const QString &kennung) const
-{
-    const QList<int> ofGroup = m_model.channelsOf(kennung);
-    return ofGroup.isEmpty() ? m_channels : ofGroup;
-}
-
-/// Those that are shown, each with the exact time and with the limit that it is beyond.
-QStringList OverviewView::valueDescriptions(const QString &kennung) const
-{
-    QStringList lines;
-    const StationConfiguration configuration = m_mode.configuration(kennung);
-    const ChannelNames &names = configuration.names();
-    for (const int channel : shownChannels(m_mode, kennung, names, channelsFor(kennung), tiles().values())) {
-        const InputReading reading = readingOf(m_mode, kennung, channel, configuration);
-        if (reading.value.isEmpty()) {
-            continue;
-        }
-        const qint64 at = m_model.times().of(kennung, channel);
-        QString line = QStringLiteral("%1: %2 %3")
-                           .arg(shortInputCaption(channel, names),
-                                shortenedLine(localValue(reading.value, locale())), reading.unit);
-        line = line.trimmed() + (at == 0 ? QString() : QStringLiteral(" (%1)").arg(shownMoment(at)));
-        lines += line;
-        if (reading.beyond) {
-            lines += QStringLiteral("    ") + limitDescription(*reading.beyond, reading.unit, locale());
-        }
-    }
-    return lines;
-}
-
-QString OverviewView::description(const StationGlance &glance) const
-{
-    QStringList lines{glance.name + QLatin1String(": ") + stateOf(glance)};
-    if (glance.waiting > 0) {
-        lines += tr("Alarms not acknowledged: %1").arg(glance.waiting);
-    }
-    if (glance.worst != 0) {
-        lines += statusText(glance.status);
-    }
-    const cStation *station = m_mode.station(glance.kennung);
-    if (station != nullptr && station->lastHeard() > 0) {
-        lines += tr("Last heard %1").arg(shownMoment(station->lastHeard()));
-    }
-    if (tiles().values() > 0) {
-        lines += valueDescriptions(glance.kennung);
-    }
-    return lines.join(u'\n');
-}
+// Painting
 
 void OverviewView::paintEvent(QPaintEvent *event)
 {
@@ -813,18 +627,14 @@ void OverviewView::paintRow(QPainter &painter, const QRect &where, int row) cons
     const bool isChosen = row == currentIndex().row() && hasFocus() && !m_isOnWall;
     const TilePainter::Place place{QRectF(where), isChosen, row == m_pointed};
     if (const std::optional<int> group = m_model.headingAt(row)) {
-        const OverviewModel::Numbers count = m_model.countOf(*group);
-        tile.paintHeading(painter, place,
-                          {*group == StationGroups::none ? tr("In no group") : m_model.groupName(*group),
-                           locale().toString(count.stations), inAlarmText(count), silentText(count),
-                           m_model.isFolded(*group)});
+        tile.paintHeading(painter, place, m_contents.headingOf(*group, locale()));
         return;
     }
     const StationGlance &glance = m_model.glance(row);
     if (level.isCell()) {
         tile.paintCell(painter, place, glance);
     } else {
-        tile.paint(painter, place, glance, textsOf(glance));
+        tile.paint(painter, place, glance, m_contents.textsOf(glance, level, locale()));
     }
     if (m_areSeveralChosen && !m_isOnWall && selectionModel()->isSelected(m_model.index(row))) {
         tile.paintChosen(painter, place.rect);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "opmode/window/overview/tile_contents.h"
 #include "opmode/window/overview/tile_layout.h"
 #include "opmode/window/overview/tile_painter.h"
 
@@ -41,8 +42,7 @@ public:
     /// Up to four channels that are shown of each station; empty for those that have names or values.
     void setChannels(const QList<int> &channels);
 
-    /// How a station is, in words, over several lines.
-    QString description(const StationGlance &glance) const;
+    const OverviewModel &stations() const { return m_model; }
     bool isInUse() const;
     QString chosen() const; ///< its key, empty for none
     /// Chooses these alone, as far as they are shown; the tile of the current one gets the focus. Scrolls
@@ -50,11 +50,6 @@ public:
     void chooseStations(const QStringList &stations, const QString &current);
     /// The first station that is shown, if there is one.
     void chooseFirst();
-    /// The keys of those that are shown, in the order of the tiles.
-    QStringList shownKeys() const;
-    /// The key of the station behind the last of these that is shown, or else before it, that is none of
-    /// them; empty for none.
-    QString besideOf(const QStringList &stations) const;
     /// The keys of those that are chosen, in the order of the tiles.
     QStringList chosenStations() const;
 
@@ -99,7 +94,6 @@ protected:
 private:
     void noteChoice();
     void chooseNoted();
-    QString keyAt(int row) const;
     TileLevel tiles() const;
     void fitTiles();
     void takeLevel(int level);
@@ -113,14 +107,10 @@ private:
     std::optional<int> chosenHeading() const;
     void fold(int group, bool isFolded);
     bool foldByKey(const QKeyEvent &event);
-    QString headingDescription(int group) const;
-    TileTexts textsOf(const StationGlance &glance) const;
-    QList<int> channelsFor(const QString &kennung) const;
-    QStringList valueDescriptions(const QString &kennung) const;
-    QString stateOf(const StationGlance &glance) const;
 
     const OperationalMode &m_mode;
     OverviewModel &m_model;
+    TileContents m_contents;
     ViewActivity *m_activity;
     int m_level = 0;
     bool m_isFitting = true;
@@ -132,7 +122,6 @@ private:
     int m_columns = 1;
     QSize m_tile;
     mutable std::optional<TilePainter> m_painter; ///< of the present level, font and palette
-    QList<int> m_channels;
     struct Choice
     {
         QStringList stations;
