@@ -201,7 +201,9 @@ void TilePainter::paintHead(QPainter &painter, QRectF where, const StationGlance
     }
     painter.setFont(m_bold);
     painter.setPen(ink(glance.urgency));
-    drawText(painter, where, glance.name);
+    // What tells stations of one town apart often stands at the end.
+    painter.drawText(where, Qt::AlignVCenter | Qt::TextSingleLine,
+                     m_boldMetrics.elidedText(glance.name, Qt::ElideMiddle, where.width()));
 }
 
 void TilePainter::paint(QPainter &painter, const Place &place, const StationGlance &glance,

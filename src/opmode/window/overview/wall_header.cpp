@@ -165,10 +165,11 @@ void WallHeader::paintClock(QPainter &painter, const QRectF &where) const
     if (!m_note.isEmpty()) {
         painter.setPen(doubtText(palette()));
     }
+    const QString text = !m_note.isEmpty()   ? m_note
+                         : m_scope.isEmpty() ? date
+                                             : m_scope + QStringLiteral(" – ") + date;
     painter.drawText(below, Qt::AlignRight | Qt::AlignVCenter,
-                     !m_note.isEmpty()   ? m_note
-                     : m_scope.isEmpty() ? date
-                                         : m_scope + QStringLiteral(" – ") + date);
+                     QFontMetricsF(captionFont()).elidedText(text, Qt::ElideRight, below.width()));
 }
 
 void WallHeader::paintEvent(QPaintEvent *)
