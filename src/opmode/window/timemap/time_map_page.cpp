@@ -39,11 +39,11 @@ constexpr int monthsOfQuarter = 3;
 constexpr int monthsOfYear = 12;
 constexpr int allStations = -2;
 constexpr int typingPauseMs = 300;
-const QString topicKey = QStringLiteral("mapTopic");
-const QString groupKey = QStringLiteral("mapGroup");
-const QString lengthKey = QStringLiteral("mapLength");
-const QString partsKey = QStringLiteral("mapParts");
-const QString noGroup = QStringLiteral("\t"); // is no name
+const QString mapTopicKey = QStringLiteral("mapTopic");
+const QString mapGroupKey = QStringLiteral("mapGroup");
+const QString mapLengthKey = QStringLiteral("mapLength");
+const QString mapPartsKey = QStringLiteral("mapParts");
+const QString noMapGroup = QStringLiteral("\t"); // is no name
 
 QDate beginOfPart(QDate day, int months)
 {
@@ -193,7 +193,7 @@ void TimeMapPage::connectParts()
     connect(m_groups, &QComboBox::activated, this, [this] {
         const int group = m_groups->currentData().toInt();
         m_group = group == allStations           ? QString()
-                  : group == StationGroups::none ? noGroup
+                  : group == StationGroups::none ? noMapGroup
                                                  : m_groups->currentText();
         keepChoices();
         read();
@@ -211,7 +211,7 @@ void TimeMapPage::connectParts()
         showDays(m_day->date());
     });
     connect(m_parts, &QSplitter::splitterMoved, this, [this] {
-        SettingsStore().SaveSetting(settingsOwner, settings_sections::operationalMode, partsKey,
+        SettingsStore().SaveSetting(settingsOwner, settings_sections::operationalMode, mapPartsKey,
                                     QString::fromLatin1(m_parts->saveState().toBase64()));
     });
     connect(&m_mode, &OperationalMode::stationChanged, this, &TimeMapPage::tellNow);
@@ -244,19 +244,19 @@ void TimeMapPage::restore()
         return store.GetSetting(settingsOwner, settings_sections::operationalMode, key);
     };
     const QSignalBlocker quiet(m_alarms);
-    (kept(topicKey) == u"silence" ? m_silence : m_alarms)->setChecked(true);
-    m_length->setCurrentIndex(std::clamp(kept(lengthKey).toInt(), 0, m_length->count() - 1));
-    m_group = kept(groupKey);
-    m_parts->restoreState(QByteArray::fromBase64(kept(partsKey).toLatin1()));
+    (kept(mapTopicKey) == u"silence" ? m_silence : m_alarms)->setChecked(true);
+    m_length->setCurrentIndex(std::clamp(kept(mapLengthKey).toInt(), 0, m_length->count() - 1));
+    m_group = kept(mapGroupKey);
+    m_parts->restoreState(QByteArray::fromBase64(kept(mapPartsKey).toLatin1()));
 }
 
 void TimeMapPage::keepChoices() const
 {
     SettingsStore().SaveSettings(
         settingsOwner, settings_sections::operationalMode,
-        {{topicKey, m_alarms->isChecked() ? QStringLiteral("alarms") : QStringLiteral("silence")},
-         {lengthKey, QString::number(m_length->currentIndex())},
-         {groupKey, m_group}});
+        {{mapTopicKey, m_alarms->isChecked() ? QStringLiteral("alarms") : QStringLiteral("silence")},
+         {mapLengthKey, QString::number(m_length->currentIndex())},
+         {mapGroupKey, m_group}});
 }
 
 void TimeMapPage::applyTexts()
@@ -312,9 +312,9 @@ void TimeMapPage::fillScopes()
     if (!groups.isEmpty()) {
         m_groups->addItem(tr("In no group"), StationGroups::none);
     }
-    m_groups->setCurrentIndex(std::max(0, m_group.isEmpty()    ? 0
-                                          : m_group == noGroup ? m_groups->findData(StationGroups::none)
-                                                               : m_groups->findText(m_group)));
+    m_groups->setCurrentIndex(std::max(0, m_group.isEmpty()       ? 0
+                                          : m_group == noMapGroup ? m_groups->findData(StationGroups::none)
+                                                                  : m_groups->findText(m_group)));
 }
 
 void TimeMapPage::fillStations()
