@@ -108,6 +108,8 @@ void ManualWindow::layOut()
             [this](const QTreeWidgetItem *item) { visit(item->data(0, anchorRole).toString()); });
     m_found = named<QListWidget>(QStringLiteral("List_manual_found"), this);
     m_found->setWordWrap(true);
+    constexpr int between = 3;
+    m_found->setSpacing(between);
     connect(m_found, &QListWidget::currentItemChanged, this, [this](const QListWidgetItem *item) {
         if (item != nullptr && item->data(anchorRole).isValid()) {
             visit(item->data(anchorRole).toString());

@@ -397,6 +397,8 @@ private Q_SLOTS:
         QVERIFY(mode != nullptr);
         auto *notice = mode->findChild<QLabel *>("lbl_trial");
         QVERIFY(notice != nullptr && notice->isVisible() && notice->text().contains("virtuell"));
+        QTRY_VERIFY(notice->width() >=
+                    notice->fontMetrics().horizontalAdvance(notice->text().section(u'\n', 1)));
         auto *tree = mode->findChild<QTreeView *>("TreeView_KTR_Nodes");
         QTRY_COMPARE(tree->model()->rowCount(), TrialRun::fleetSize);
         QVERIFY(!mode->findChild<QAction *>("mnu_try_fleet")->isEnabled()); // not one inside the other

@@ -22,7 +22,7 @@ TrialNotice::TrialNotice(TrialKind kind, QString trouble, QWidget *parent)
     m_text->setMargin(margin);
     m_text->setAutoFillBackground(true);
     addWidget(m_text);
-    m_text->setSizePolicy(QSizePolicy::Ignored,
+    m_text->setSizePolicy(QSizePolicy::Expanding,
                           QSizePolicy::Fixed); // the window may be narrower than the text
     m_text->setMinimumWidth(1);
     applyTexts();
