@@ -91,7 +91,8 @@ void OverviewView::setOnWall(bool isOnWall)
     }
     m_isOnWall = isOnWall;
     setSelectionMode(isOnWall ? SingleSelection : ExtendedSelection);
-    setVerticalScrollBarPolicy(isOnWall ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAlwaysOn);
+    const bool isWithoutBar = isOnWall || m_isStrip; // while it is hidden a change would not be taken
+    setVerticalScrollBarPolicy(isWithoutBar ? Qt::ScrollBarAlwaysOff : Qt::ScrollBarAlwaysOn);
     if (isOnWall) {
         m_wasFitting = m_isFitting;
         m_levelInWindow = m_level;
@@ -107,7 +108,7 @@ void OverviewView::setOnWall(bool isOnWall)
 
 TileLevel OverviewView::tiles() const
 {
-    constexpr TileLevel nameAndState{13, 2.6};
+    constexpr TileLevel nameAndState{13, 3.3}; // in two lines
     return m_isStrip ? nameAndState : tileLevels()[static_cast<std::size_t>(m_level)];
 }
 

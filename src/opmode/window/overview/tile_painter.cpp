@@ -215,7 +215,9 @@ void TilePainter::paint(QPainter &painter, const Place &place, const StationGlan
     const double inset = tilePadding * m_line;
     QRectF rest = place.rect.adjusted(inset, 0, -inset, 0);
     if (m_level.hasState()) {
-        rest.adjust(0, inset * 0.8, 0, -inset * 0.8);
+        const double free = (rest.height() - 3 * m_line) / 2; // beside a name and a state of two lines
+        const double padding = free > 0 && !m_level.hasFoot() ? std::min(free, inset * 0.8) : inset * 0.8;
+        rest.adjust(0, padding, 0, -padding);
     } else { // the name alone stands in the middle
         rest.adjust(0, (rest.height() - m_line) / 2, 0, 0);
     }
@@ -230,7 +232,7 @@ void TilePainter::paint(QPainter &painter, const Place &place, const StationGlan
         painter.setPen(glance.urgency == Urgency::Silent     ? doubtText(m_palette)
                        : glance.urgency == Urgency::Standing ? alarmText(m_palette)
                                                              : faintInk(glance.urgency));
-        drawText(painter, take(m_line), texts.state);
+        paintState(painter, take(m_level.hasFoot() ? m_line : rest.height()), texts.state);
     }
     if (m_level.hasFoot()) {
         painter.setPen(faintInk(glance.urgency));
@@ -249,6 +251,20 @@ void TilePainter::paint(QPainter &painter, const Place &place, const StationGlan
     }
     paintChoice(painter, place);
     painter.restore();
+}
+
+/// Over two lines where there is room for them.
+void TilePainter::paintState(QPainter &painter, const QRectF &where, const QString &state) const
+{
+    constexpr double twoLines = 1.9;
+    constexpr double fullLines = 1.8; // what words leave free at the first one's end
+    const QFontMetricsF metrics(m_font);
+    if (where.height() < twoLines * m_line || metrics.horizontalAdvance(state) <= where.width()) {
+        drawText(painter, QRectF(where.topLeft(), QSizeF(where.width(), m_line)), state);
+    } else {
+        painter.drawText(where, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap,
+                         metrics.elidedText(state, Qt::ElideRight, fullLines * where.width()));
+    }
 }
 
 /// The caption, and below it the value, with its curve where there is room for that.

@@ -87,6 +87,7 @@ private:
     double paintMark(QPainter &painter, const QRectF &where, const StationGlance &glance) const;
     void paintValue(QPainter &painter, const QRectF &where, const TileTexts::Value &value,
                     Urgency urgency) const;
+    void paintState(QPainter &painter, const QRectF &where, const QString &state) const;
     void paintFoot(QPainter &painter, const QRectF &where, const TileTexts &texts) const;
     void paintChoice(QPainter &painter, const Place &place) const;
     void drawText(QPainter &painter, const QRectF &where, const QString &text, int flags = 0) const;
