@@ -708,7 +708,8 @@ void FormMain::openHelpDesk()
 QStringList FormMain::prepareModuleTrial(const QString &folder) const
 {
     const QString copy = joinPath(folder, QStringLiteral("trial.xml"));
-    const Status written = writeConfigurationFile(copy, m_document.configuration(), m_services.environment);
+    const Status written = writeConfigurationFile(copy, TrialRun::copyFor(folder, m_document.configuration()),
+                                                  m_services.environment);
     QStringList arguments{QStringLiteral("-language"), m_context.language};
     return written ? QStringList(copy) + arguments : arguments;
 }

@@ -418,6 +418,18 @@ private Q_SLOTS:
         QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), files);
     }
 
+    void aTrialWritesNoLogOrArchiveOfTheUsers()
+    {
+        Configuration meant;
+        meant.info.author = "somebody";
+        meant.info.logFile = "/home/somebody/Log.txt";
+        meant.info.historyExportFile = "archive.csv";
+        const Configuration copy = TrialRun::copyFor(m_folder->path(), meant);
+        QVERIFY(copy.info.logFile.startsWith(m_folder->path()));
+        QVERIFY(copy.info.historyExportFile.startsWith(m_folder->path()));
+        QCOMPARE(copy.info.author, meant.info.author);
+    }
+
 #ifdef KTRCONFIG
     void aTrialEndsWithTheProgramThatStartedIt_data()
     {

@@ -72,6 +72,7 @@ void TrialLauncher::start(TrialKind kind, const Prepare &prepare)
     const QStringList arguments = prepare(run.folder->path());
     run.process = std::make_unique<QProcess>();
     run.process->setProcessEnvironment(surroundings(kind, run.folder->path()));
+    run.process->setWorkingDirectory(run.folder->path()); // for files that are named without a folder
     run.process->setProcessChannelMode(QProcess::ForwardedChannels);
     connect(run.process.get(), &QProcess::errorOccurred, this, [this, kind](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart) {

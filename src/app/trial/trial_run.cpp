@@ -68,6 +68,13 @@ std::optional<TrialRun::Request> TrialRun::requested()
     return std::nullopt;
 }
 
+Configuration TrialRun::copyFor(const QString &folder, Configuration configuration)
+{
+    configuration.info.logFile = joinPath(folder, QStringLiteral("Log.txt"));
+    configuration.info.historyExportFile = joinPath(folder, QStringLiteral("history.csv"));
+    return configuration;
+}
+
 TrialRun::TrialRun(Request request, IoThread &io, Timers &timers)
     : m_request(std::move(request)), m_io(io), m_timers(timers)
 {

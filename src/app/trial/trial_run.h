@@ -1,5 +1,6 @@
 #pragma once
 
+#include "config/configuration.h"
 #include "platform/environment.h"
 #include "platform/status.h"
 
@@ -37,6 +38,9 @@ public:
     static const char *kindVariable;
     static const char *folderVariable;
     static QString kindName(TrialKind kind);
+
+    /// A configuration whose log and archive are written into this folder, not where the user has them.
+    static Configuration copyFor(const QString &folder, Configuration configuration);
 
     /// Turns this process away from the user's settings. Both must outlive it.
     TrialRun(Request request, IoThread &io, Timers &timers);
