@@ -24,6 +24,24 @@ constexpr int pollMs = 1;
 const QLatin1String answerSection("Filename");
 const QLatin1String answerKey("LastSelectedFilename");
 
+const QString exportFolderKey = QStringLiteral("exportFolder");
+const QString configurationPattern = QStringLiteral("*.xml");
+
+/// Where tables, pictures and so on were saved last, by any window; empty where there is none, or no longer.
+QString exportFolder()
+{
+    const QString kept = SettingsStore().GetSetting(settingsOwner, settings_sections::files, exportFolderKey);
+    return !kept.isEmpty() && QFileInfo(kept).isDir() ? kept : QString();
+}
+
+void keepExportFolder(const QString &path)
+{
+    const QString folder = QFileInfo(path).absolutePath();
+    if (folder != exportFolder()) {
+        SettingsStore().SaveSetting(settingsOwner, settings_sections::files, exportFolderKey, folder);
+    }
+}
+
 /// A proposal comes from free text; it must not lead into another folder.
 QString asFileName(const QString &text)
 {
@@ -55,7 +73,12 @@ FileDialogs::FileDialogs(QWidget *parent, QString programFolder)
 
 QString FileDialogs::askSave(const QString &proposedName, const QString &filter, const QString &presentFile)
 {
-    return ask(Purpose::Save, proposedName, filter, presentFile);
+    const bool isExport = presentFile.isEmpty() && !filter.endsWith(configurationPattern);
+    QString path = ask(isExport ? Purpose::Export : Purpose::Save, proposedName, filter, presentFile);
+    if (isExport && !path.isEmpty()) {
+        keepExportFolder(path);
+    }
+    return path;
 }
 
 QString FileDialogs::askOpen(const QString &filter)
@@ -75,7 +98,7 @@ QString FileDialogs::ask(Purpose purpose, const QString &proposedName, const QSt
         !helper.isEmpty() && SettingsStore().SaveSetting(helperName, answerSection, answerKey, proposedName);
     m_busy = true;
     const auto ended = qScopeGuard([this] { m_busy = false; });
-    const QLatin1String command(purpose == Purpose::Save ? "ShowSave" : "ShowOpen");
+    const QLatin1String command(purpose == Purpose::Open ? "ShowOpen" : "ShowSave");
     if (prepared && startProgram(helper, {command, filter})) {
         return waitForHelper();
     }
@@ -106,10 +129,12 @@ QString FileDialogs::askInProcess(Purpose purpose, const QString &proposedName, 
     dialog->setObjectName(helperName);
     dialog->setNameFilters(filters.filters);
     const QFileInfo present(presentFile.isEmpty() ? m_currentFile : presentFile);
-    dialog->setDirectory(present.filePath().isEmpty()
+    const QString exported = purpose == Purpose::Export ? exportFolder() : QString();
+    dialog->setDirectory(!exported.isEmpty() ? exported
+                         : present.filePath().isEmpty()
                              ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
                              : present.absolutePath());
-    if (purpose == Purpose::Save) {
+    if (purpose != Purpose::Open) {
         dialog->setAcceptMode(QFileDialog::AcceptSave);
         dialog->setDefaultSuffix(filters.suffix);
         dialog->selectFile(presentFile.isEmpty() ? asFileName(proposedName) : present.fileName().trimmed());

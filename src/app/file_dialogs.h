@@ -24,7 +24,8 @@ public:
     void setCurrentFile(const QString &path) { m_currentFile = path.isEmpty() ? m_currentFile : path; }
 
     /// In-process, a name typed without a suffix gets that of the pattern, and the user is asked before a
-    /// file is replaced; where there is a present file, its folder and its name are proposed.
+    /// file is replaced; where there is a present file, its folder and its name are proposed. For what is no
+    /// configuration it starts in the folder where such a file was saved last, by whatever window.
     QString askSave(const QString &proposedName, const QString &filter, const QString &presentFile = {});
 
     /// An existing file.
@@ -34,7 +35,7 @@ public:
     bool isBusy() const { return m_busy; }
 
 private:
-    enum class Purpose { Save, Open };
+    enum class Purpose { Save, Export, Open };
 
     QString ask(Purpose purpose, const QString &proposedName, const QString &filter,
                 const QString &presentFile);

@@ -19,6 +19,7 @@ inline const QString connection = QStringLiteral("Connection");
 inline const QString mainWindow = QStringLiteral("Window");
 inline const QString operationalMode = QStringLiteral("OperationalMode");
 inline const QString record = QStringLiteral("Record");
+inline const QString files = QStringLiteral("Files");
 } // namespace settings_sections
 
 /// The user's settings of this and related programs: texts addressed by application, section and key. They

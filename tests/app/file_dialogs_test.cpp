@@ -162,6 +162,28 @@ private Q_SLOTS:
         QVERIFY(asked);
     }
 
+    void whatIsExportedStartsWhereSuchAFileWasSavedLastByWhateverWindow()
+    {
+        QVERIFY(QDir().mkpath(path(u"tables"_s)));
+        const QString csv = u"CSV|*.csv"_s;
+        const auto accept = [](QFileDialog *dialog) {
+            QTest::keyClick(dialog->findChild<QLineEdit *>(u"fileNameEdit"_s), Qt::Key_Return);
+        };
+        whenDialogOpens([this, accept](QFileDialog *dialog) {
+            dialog->setDirectory(path(u"tables"_s));
+            accept(dialog);
+        });
+        QCOMPARE(m_dialogs->askSave(u"curves"_s, csv), path(u"tables/curves.csv"_s));
+        FileDialogs other(nullptr, m_folder->path());
+        whenDialogOpens(accept);
+        QCOMPARE(other.askSave(u"history"_s, u"PNG|*.png"_s), path(u"tables/history.png"_s));
+        whenDialogOpens(accept); // a configuration stands beside the one before
+        QCOMPARE(m_dialogs->askSave(u"KTR"_s, xmlFilter), path(u"KTR.xml"_s));
+        QVERIFY(QDir(path(u"tables"_s)).removeRecursively());
+        whenDialogOpens(accept);
+        QCOMPARE(m_dialogs->askSave(u"curves"_s, csv), path(u"curves.csv"_s));
+    }
+
 private:
     QString path(const QString &name) const { return m_folder->filePath(name); }
 
