@@ -190,6 +190,8 @@ void FormMain::start(const QStringList &arguments)
     m_isAskedForNothing = arguments.isEmpty();
     m_options = CommandLine::parse(arguments);
     m_start.begin(m_options);
+    const bool isOfRun = m_options.german || m_options.english || !m_options.language.isEmpty();
+    m_sideWindows.setLanguageOfRun(isOfRun ? m_context.language : QString());
 }
 
 void FormMain::connectStart()
@@ -276,7 +278,7 @@ void FormMain::finishStart()
     m_operationalMode.setRecord(m_options.record);
     m_transmissions->setRecord(m_options.record);
     if (m_options.operationalMode) {
-        openOperationalMode();
+        openOperationalMode({});   // this one was nowhere
         if (!troubles.isEmpty()) { // this window is not seen
             m_operationalMode.tell(troubles);
         }
@@ -555,6 +557,9 @@ void FormMain::applyTexts()
     m_problemPanel->applyTexts();
     m_transmissionPanel->applyTexts();
     m_linkPresenter->applyTexts();
+    if (std::exchange(m_shownLanguage, m_context.language) != m_context.language) {
+        m_linkPresenter->tellAnew();
+    }
     m_changes->applyTexts();
     m_sideWindows.applyTexts();
     m_operationalMode.applyTexts();
@@ -637,12 +642,12 @@ void FormMain::lookForConfigurations()
 void FormMain::connectOperationalMode()
 {
     connect(m_linkPresenter.get(), &LinkPresenter::operationalModeWanted, this,
-            &FormMain::openOperationalMode);
+            [this] { openOperationalMode(pos()); });
     connect(&m_operationalMode, &OperationalModeOpener::closed, this, [this](int stationsWithoutWatch) {
         m_status->showUnwatched(stationsWithoutWatch);
         show();
     });
-    connect(m_status, &StatusLine::watchWanted, this, &FormMain::openOperationalMode);
+    connect(m_status, &StatusLine::watchWanted, this, [this] { openOperationalMode(pos()); });
     if (m_services.io != nullptr) {
         m_operationalMode.setFleetMeans(*m_services.io, m_transmissions->memory());
     }
@@ -659,7 +664,7 @@ void FormMain::connectOperationalMode()
                 connectEthernet(address, false);
                 if (m_link.line().kind() !=
                     ModuleLine::Kind::Ethernet) { // refused, or the user changed his mind
-                    openOperationalMode();
+                    openOperationalMode(pos());
                 } else if (!file.isEmpty()) {
                     m_files->openFor(file);
                 }
@@ -724,13 +729,13 @@ void FormMain::beginHelp()
     }
 }
 
-void FormMain::openOperationalMode()
+void FormMain::openOperationalMode(const std::optional<QPoint> &place)
 {
     m_sideWindows.closeCompare();
     m_status->showUnwatched(0);
     hide();
     lookForConfigurations();
-    m_operationalMode.open(pos(), m_language.captionsOfAll());
+    m_operationalMode.open(place, m_language.captionsOfAll());
 }
 
 // Dropped files

@@ -122,7 +122,7 @@ private:
     void openHelpDesk();
     QStringList prepareModuleTrial(const QString &folder) const;
     void beginHelp();
-    void openOperationalMode();
+    void openOperationalMode(const std::optional<QPoint> &place);
     void showTransmissions();
     void editNames();
 
@@ -139,6 +139,7 @@ private:
     Document m_document;
     EditHistory m_history;
     EditorContext m_context;
+    QString m_shownLanguage; ///< of what stands there
     InterfaceLanguage m_language;
     ModuleLink m_link;
     ProgramStart m_start;

@@ -5,6 +5,7 @@
 #include "look/program_name.h"
 #include "platform/files.h"
 
+#include <QApplication>
 #include <QFileInfo>
 #include <QMessageBox>
 
@@ -26,14 +27,13 @@ bool InterfaceLanguage::useAdded(const QString &code)
     const std::optional<AddedLanguage> language = addedLanguage(code, m_programFolder);
     QTranslator texts;
     if (!language || !texts.load(language->file)) {
-        if (language) {
-            Q_EMIT statusMessage(tr("The file of a language cannot be read: %1").arg(language->file));
-        }
+        m_unreadable = language ? language->file : QString();
         return false;
     }
     takeTexts(m_texts, texts);
     m_context.language = code;
     m_translations.use(code, language->file);
+    showLocale();
     Q_EMIT changed();
     return true;
 }
@@ -49,11 +49,28 @@ void InterfaceLanguage::use(const QString &language)
     if (builtIn) {
         m_missingTexts = loaded.message;
         showMissingTexts();
-    } else if (!loaded.message.isEmpty()) {
-        Q_EMIT statusMessage(loaded.message);
     }
     m_translations.use(m_context.language);
-    Q_EMIT changed();
+    showLocale();
+    Q_EMIT changed(); // what was told before goes
+    if (!builtIn && !loaded.message.isEmpty()) {
+        Q_EMIT statusMessage(loaded.message);
+    }
+    if (!m_unreadable.isEmpty()) {
+        Q_EMIT statusMessage(
+            tr("The file of a language cannot be read: %1").arg(std::exchange(m_unreadable, QString())));
+    }
+}
+
+/// What is there and what is still to come has it; what is written for the module and into files does not.
+void InterfaceLanguage::showLocale() const
+{
+    const QLocale locale = shownLocale(m_context.language, m_context.document.environment().locale);
+    QLocale::setDefault(locale);
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        window->setLocale(locale);
+    }
 }
 
 void InterfaceLanguage::showMissingTexts()

@@ -42,6 +42,7 @@ Q_SIGNALS:
 
 private:
     bool useAdded(const QString &code);
+    void showLocale() const;
     QString file() const;
 
     QWidget &m_window;
@@ -49,6 +50,7 @@ private:
     EditorContext &m_context;
     QString m_programFolder;
     Translations m_translations;
+    QString m_unreadable;   ///< a file of a language, until it is told
     QString m_missingTexts; ///< what is to be said once the window is there
 };
 

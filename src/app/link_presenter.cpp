@@ -337,6 +337,13 @@ void LinkPresenter::applyTexts()
     }
 }
 
+void LinkPresenter::tellAnew()
+{
+    if (!isStateShown()) {
+        m_status.tell(m_link.state() == ModuleLink::State::Searching ? m_line.searchText() : QString());
+    }
+}
+
 void LinkPresenter::show()
 {
     QString text;

@@ -47,6 +47,8 @@ public:
     void show();
     /// The same in another language.
     void applyTexts();
+    /// In place of what was told in another language tells what is so now.
+    void tellAnew();
 
     /// Looks at a transmission before it begins, and calls `go` when it is to. `version` is what the module
     /// told, or has to tell; nothing while that is not known.

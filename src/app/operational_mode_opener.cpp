@@ -67,7 +67,8 @@ void OperationalModeOpener::askWhatWasTransmitted()
         [this](const Files &files) { m_mode->configurations().setTransmitted(files); });
 }
 
-void OperationalModeOpener::open(const QPoint &place, const QList<StationCaptions> &otherLanguages)
+void OperationalModeOpener::open(const std::optional<QPoint> &place,
+                                 const QList<StationCaptions> &otherLanguages)
 {
     if (m_mode == nullptr) {
         m_mode = std::make_unique<OperationalMode>(m_services, stationCaptions(m_texts));
@@ -83,13 +84,16 @@ void OperationalModeOpener::open(const QPoint &place, const QList<StationCaption
                                          },
                                          [this](const QString &filter) { return m_files->askOpen(filter); },
                                          !fixedRecord().isEmpty()});
+        m_window->setLocale(QLocale()); // names are sorted by the system's, numbers shown by the language's
         m_files = std::make_unique<FileDialogs>(m_window.get(), environment.programFolder);
         connectWindow();
         Q_EMIT windowMade(*m_window);
         connect(&m_mode->configurations(), &StationConfigurations::changed, m_window.get(),
                 &Form_betriebsmodus::applyTexts);
         m_mode->configurations().setFolders(m_folders);
-        m_window->move(onScreen(place, *m_window));
+        if (place) {
+            m_window->move(onScreen(*place, *m_window));
+        }
         m_window->show();
         openPlace(record());
     }

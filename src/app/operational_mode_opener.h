@@ -29,9 +29,9 @@ public:
     void setRecord(const QString &address) { m_record = address; }
     /// What transmits to several stations uses; both must outlive this.
     void setFleetMeans(IoThread &io, TransmissionMemory &memory);
-    /// Shows the window at a place of the screen and loads the stations, unless they are loaded. Their file
-    /// may have been written in another language.
-    void open(const QPoint &place, const QList<StationCaptions> &otherLanguages);
+    /// Shows the window at a place of the screen, or without one where it was last, and loads the stations,
+    /// unless they are loaded. Their file may have been written in another language.
+    void open(const std::optional<QPoint> &place, const QList<StationCaptions> &otherLanguages);
     /// Whether closing asks first, or goes on without: see Form_betriebsmodus::setAsksBeforeEnd().
     enum class Asking { Asks, Agreed };
     /// False when the window refuses to close. Transmissions to several stations end.

@@ -118,17 +118,50 @@ void frmSettings::showEvent(QShowEvent *event)
     QDialog::showEvent(event);
 }
 
+void frmSettings::setLanguageOfRun(const QString &language)
+{
+    m_ofRun = language;
+    readSettings();
+}
+
 void frmSettings::readSettings()
 {
-    const QString kept = languageSetting();
-    m_languages[kept == germanLanguage ? 1 : 0]->setChecked(true);
+    const QString present = m_ofRun.isEmpty() ? languageSetting() : m_ofRun;
+    m_languages[present == germanLanguage ? 1 : 0]->setChecked(true);
     for (qsizetype at = 0; at < m_added.size(); ++at) {
-        if (m_added[at].code == kept) {
+        if (m_added[at].code == present) {
             m_addedLanguages[at]->setChecked(true);
         }
     }
+    m_read = chosenLanguage();
     m_appearances[static_cast<std::size_t>(m_appearance)]->setChecked(true);
     m_apply->setEnabled(false);
+}
+
+QString frmSettings::chosenLanguage() const
+{
+    for (qsizetype at = 0; at < m_added.size(); ++at) {
+        if (m_addedLanguages[at]->isChecked()) {
+            return m_added[at].code;
+        }
+    }
+    return m_languages[1]->isChecked() ? germanLanguage : englishLanguage;
+}
+
+/// What was not changed is not written: it may hold for this run alone, or be a language whose file is
+/// missing just now.
+void frmSettings::applyLanguage()
+{
+    const QString chosen = chosenLanguage();
+    if (chosen != m_read) {
+        setLanguageSetting(chosen);
+        m_ofRun.clear();
+        m_read = chosen;
+    }
+    const QString kept = languageSetting();
+    if (m_ofRun.isEmpty()) {
+        m_changeLanguage(kept.isEmpty() ? chosen : kept); // for this run even where nothing can be kept
+    }
 }
 
 void frmSettings::apply()
@@ -136,14 +169,8 @@ void frmSettings::apply()
     // Loading the texts may show a message, under which nothing here may be pressed.
     m_ok->setEnabled(false);
     m_abort->setEnabled(false);
-    QString chosen = m_languages[1]->isChecked() ? germanLanguage : englishLanguage;
-    for (qsizetype at = 0; at < m_added.size(); ++at) {
-        chosen = m_addedLanguages[at]->isChecked() ? m_added[at].code : chosen;
-    }
-    setLanguageSetting(chosen);
     m_apply->setEnabled(false);
-    const QString kept = languageSetting();
-    m_changeLanguage(kept.isEmpty() ? chosen : kept); // for this run even where nothing can be kept
+    applyLanguage();
     applyTexts();
     for (std::size_t index = 0; index < m_appearances.size(); ++index) {
         const auto appearance = static_cast<Appearance>(index);

@@ -35,6 +35,10 @@ public:
     /// Beside English and German, with the names that they have for themselves.
     void offerLanguages(const QList<AddedLanguage> &languages);
 
+    /// The language that was chosen for this run alone, which is shown until the user chooses another one;
+    /// empty for none.
+    void setLanguageOfRun(const QString &language);
+
     /// Takes the captions from the table again.
     void applyTexts();
 
@@ -44,9 +48,13 @@ protected:
 private:
     void readSettings();
     void apply();
+    void applyLanguage();
+    QString chosenLanguage() const;
 
     const TextTable &m_texts;
     ChangeLanguage m_changeLanguage;
+    QString m_ofRun;
+    QString m_read; ///< the language that was shown as chosen
     Appearance m_appearance;
     ChangeAppearance m_changeAppearance;
     QGroupBox *m_language;

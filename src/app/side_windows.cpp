@@ -50,9 +50,14 @@ void SideWindows::showSettings()
             applyAppearance(*qApp, appearance);
         };
         m_settings = new frmSettings(
-            m_texts, [this](const QString &language) { Q_EMIT languageChosen(language); },
+            m_texts,
+            [this](const QString &language) {
+                m_languageOfRun.clear();
+                Q_EMIT languageChosen(language);
+            },
             appearanceSetting(), changeAppearance, &m_window);
         m_settings->offerLanguages(addedLanguages(m_document.environment().programFolder));
+        m_settings->setLanguageOfRun(m_languageOfRun);
         m_settings->setAttribute(Qt::WA_DeleteOnClose);
     }
     m_settings->show();

@@ -50,6 +50,8 @@ public:
     /// One that is open comes to the front. Whoever calls it connects what it asks for, where it `isNew`.
     TransmissionsWindow &showTransmissions(const TransmissionsWindow::Services &services, bool &isNew);
 
+    /// The language that the command line chose for this run; empty for none.
+    void setLanguageOfRun(const QString &language) { m_languageOfRun = language; }
     void applyTexts();
     /// Closes those that are open.
     void close();
@@ -66,6 +68,7 @@ private:
     EditHistory &m_history;
     const TextTable &m_texts;
     GoTo m_goTo;
+    QString m_languageOfRun;
     /// Stays when it is closed, with what it compares. It may stand behind the main window, to whose fields
     /// it goes.
     std::unique_ptr<CompareWindow> m_compare;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "config/edit_history.h"
+#include "lang/languages.h"
 #include "lang/text_table.h"
 
 #include <QCoreApplication>
@@ -39,12 +40,7 @@ struct EditorContext
 
     bool isGerman() const { return language == QLatin1String("deutsch"); }
     /// Of names of days and months.
-    QLocale textLocale() const
-    {
-        return isGerman()                             ? QLocale(QLocale::German)
-               : language == QLatin1String("english") ? QLocale(QLocale::English)
-                                                      : QLocale(language);
-    }
+    QLocale textLocale() const { return localeOf(language); }
 };
 
 } // namespace ktr

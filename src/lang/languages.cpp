@@ -52,6 +52,19 @@ std::optional<AddedLanguage> addedLanguage(const QString &code, const QString &p
     return std::nullopt;
 }
 
+QLocale localeOf(const QString &language)
+{
+    return language == u"deutsch"   ? QLocale(QLocale::German)
+           : language == u"english" ? QLocale(QLocale::English)
+                                    : QLocale(language);
+}
+
+QLocale shownLocale(const QString &language, const QLocale &system)
+{
+    const QLocale own = localeOf(language);
+    return own.language() == system.language() ? system : own;
+}
+
 void takeTexts(TextTable &table, const QTranslator &texts)
 {
     table.fillEnglish();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QList>
+#include <QLocale>
 #include <QString>
 
 #include <optional>
@@ -28,6 +29,12 @@ QList<AddedLanguage> addedLanguages(const QString &programFolder);
 
 /// Nothing for English, German and what is no language.
 std::optional<AddedLanguage> addedLanguage(const QString &code, const QString &programFolder);
+
+/// The language's own locale; `language` is its name in `language.ini`, or the code of an added one.
+QLocale localeOf(const QString &language);
+/// By which numbers and times are shown beside texts of a language: the system's where it speaks that
+/// ("de_AT"), else the language's own, so that German texts have decimal commas on an English system.
+QLocale shownLocale(const QString &language, const QLocale &system);
 
 /// Fills the table with the texts of such a file; English is where it has none.
 void takeTexts(TextTable &table, const QTranslator &texts);

@@ -81,10 +81,25 @@ void ModuleLine::chooseSerial(const QString &port)
     m_wanted = port;
     use(m_serial, Kind::Serial);
     m_isPortMissing = candidates().isEmpty();
-    Q_EMIT statusMessage(!m_isPortMissing ? port.isEmpty() ? tr("Looking for the module at all serial ports")
-                                                           : tr("Looking for the module at %1").arg(port)
-                         : port.isEmpty() ? tr("There is no serial port yet; the search goes on")
-                                          : tr("There is no port %1 yet; the search goes on").arg(port));
+    Q_EMIT statusMessage(searchText());
+}
+
+QString ModuleLine::searchText() const
+{
+    switch (m_kind) {
+    case Kind::Offline:
+        return {};
+    case Kind::Ethernet:
+    case Kind::EthernetExclusive:
+        return tr("Looking for the module at %1").arg(m_address);
+    case Kind::Serial:
+        break;
+    }
+    return m_isPortMissing      ? m_wanted.isEmpty()
+                                      ? tr("There is no serial port yet; the search goes on")
+                                      : tr("There is no port %1 yet; the search goes on").arg(m_wanted)
+                : m_wanted.isEmpty() ? tr("Looking for the module at all serial ports")
+                                : tr("Looking for the module at %1").arg(m_wanted);
 }
 
 Status ModuleLine::openEthernet(const QString &address, bool exclusive)
@@ -94,7 +109,7 @@ Status ModuleLine::openEthernet(const QString &address, bool exclusive)
     if (opened) {
         m_address = address;
         use(m_ethernet, exclusive ? Kind::EthernetExclusive : Kind::Ethernet);
-        Q_EMIT statusMessage(tr("Looking for the module at %1").arg(address));
+        Q_EMIT statusMessage(searchText());
     }
     return opened;
 }

@@ -49,6 +49,9 @@ public:
     /// What the user asked for, or else what was found: the same name is the same line to a module.
     QString name() const { return m_wanted.isEmpty() ? port() : m_wanted; }
 
+    /// Where the module is looked for, in a sentence; empty offline.
+    QString searchText() const;
+
     ModuleSession &session() { return m_path->session; }
     const ModuleSession &session() const { return m_path->session; }
     /// Of all kinds of line.

@@ -765,6 +765,34 @@ private Q_SLOTS:
         QCOMPARE(MRegistry::GetRegistryString("hkey_current_user", program, "Language"), "deutsch");
     }
 
+    void whatWasToldInAnotherLanguageIsToldAnewOrGoes()
+    {
+        m_ports = {"COM1"};
+        start({"-deutsch"});
+        QCOMPARE(QLocale().decimalPoint(), ","); // whatever the system's is
+        QCOMPARE(m_window->locale().decimalPoint(), ",");
+        clickMenu("mnu_verbindung_seriell");
+        QVERIFY2(lastEvent().contains("gesucht"), qPrintable(lastEvent()));
+        chooseLanguage("optLanguage_0");
+        QVERIFY2(lastEvent().startsWith("Looking for the module"), qPrintable(lastEvent()));
+        QCOMPARE(m_window->locale().decimalPoint(), ".");
+        clickMenu("mnu_verbindung_offline");
+        chooseLanguage("optLanguage_1");
+        QVERIFY2(lastEvent().isEmpty(), qPrintable(lastEvent()));
+    }
+
+    void theOperationalModeThatIsOpenedAtOnceStandsWhereItStood()
+    {
+        const QPoint place(37, 43);
+        start({"-operational"});
+        operationalMode()->move(place);
+        operationalMode()->close();
+        QTRY_VERIFY(operationalMode() == nullptr);
+        m_window.reset();
+        start({"-operational"});
+        QCOMPARE(operationalMode()->pos(), place);
+    }
+
     /// What is shown after a switch is what a start in that language shows.
     void nothingStaysInTheOtherLanguage_data()
     {

@@ -355,6 +355,36 @@ private Q_SLOTS:
         QCOMPARE(documented, listed);
     }
 
+    void theSettingsWindowWritesNothingThatWasNotChanged()
+    {
+        QCOMPARE(languageAtStart(), u"english"_s);
+        QStringList languages;
+        frmSettings settings(
+            m_texts, [&](const QString &language) { languages += language; }, Appearance::Light,
+            [](Appearance) {});
+        const auto chooseDark = [&settings] {
+            settings.show();
+            QTest::keyClick(child<QRadioButton>(&settings, "optAppearance_2"_L1), Qt::Key_Space);
+            press(&settings, "btnOk"_L1);
+        };
+        settings.setLanguageOfRun(germanLanguage);
+        settings.show();
+        QVERIFY(child<QRadioButton>(&settings, "optLanguage_1"_L1)->isChecked());
+        chooseDark();
+        QCOMPARE(languageSetting(), u"english"_s);
+        QVERIFY(languages.isEmpty());
+        settings.show();
+        QTest::keyClick(child<QRadioButton>(&settings, "optLanguage_0"_L1), Qt::Key_Space);
+        press(&settings, "btnOk"_L1);
+        QCOMPARE(languages, QStringList(u"english"_s)); // for this run, too
+        settings.show();
+        QVERIFY(child<QRadioButton>(&settings, "optLanguage_0"_L1)->isChecked());
+        settings.close();
+        setLanguageSetting(u"fr"_s); // its file is missing just now
+        chooseDark();
+        QCOMPARE(languageSetting(), u"fr"_s);
+    }
+
     void theSettingsWindowKeepsTheLanguageAndAppliesIt()
     {
         QCOMPARE(languageAtStart(), u"english"_s);

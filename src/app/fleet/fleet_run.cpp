@@ -98,7 +98,8 @@ void FleetRun::noteEnd(int row, const StationOutcome &outcome)
         each.result = resultOf(each.entry, outcome);
         QStringList words{outcome.uid.isEmpty() ? tr("not begun") : verdictText(outcome.transmission.row)};
         if (outcome.commands > 0) {
-            words += tr("%1 commands in %2 s").arg(outcome.commands).arg(outcome.seconds, 0, 'f', 1);
+            words += tr("%1 commands in %2 s")
+                         .arg(QString::number(outcome.commands), QLocale().toString(outcome.seconds, 'f', 1));
         }
         if (!each.result.trouble.isEmpty()) {
             words += each.result.trouble;
