@@ -1,6 +1,7 @@
 #include "opmode/alarm_centre.h"
 
 #include "opmode/operational_mode.h"
+#include "opmode/watch_alarms.h"
 
 #include <algorithm>
 
@@ -13,7 +14,7 @@ Alarm alarmOf(const OperationalMode &mode, const AlarmRow &row)
     alarm.priority = static_cast<AlarmPriority>(row.priority);
     alarm.kennung = mode.stationOf(row);
     alarm.station = mode.tree().find(alarm.kennung).data().toString();
-    alarm.message = row.text;
+    alarm.message = WatchAlarms::shownText(row);
     alarm.received = row.last;
     alarm.raised = row.first;
     const QModelIndexList entries = mode.entriesOf(row);

@@ -13,7 +13,22 @@ constexpr int ticksOf(Milliseconds time)
 
 constexpr int told = -1;
 
+/// Of the kinds that always say the same.
+QString textOf(AlarmKind kind)
+{
+    return kind == AlarmKind::Silent  ? WatchAlarms::tr("The station is silent")
+           : kind == AlarmKind::Flood ? WatchAlarms::tr("More arrives from the station than can be taken")
+           : kind == AlarmKind::Puk   ? WatchAlarms::tr("The module's SIM asks for its PUK")
+                                      : QString();
+}
+
 } // namespace
+
+QString WatchAlarms::shownText(const AlarmRow &alarm)
+{
+    const QString text = textOf(alarm.kind);
+    return text.isEmpty() ? alarm.text : text;
+}
 
 WatchAlarms::WatchAlarms(AlarmBook &book, Timers &timers, const Environment &environment)
     : m_book(book), m_environment(environment), m_tick(timers.create()), m_soon(timers.create())
@@ -84,16 +99,16 @@ void WatchAlarms::onTick()
         tellUnwatched(m_lastTick, now, tr("The program stood still, or the clock was set"));
     }
     m_lastTick = now;
-    count(m_silent, AlarmKind::Silent, tr("The station is silent"));
-    count(m_flooding, AlarmKind::Flood, tr("More arrives from the station than can be taken"));
+    count(m_silent, AlarmKind::Silent);
+    count(m_flooding, AlarmKind::Flood);
     awaitTick();
 }
 
-void WatchAlarms::count(Stations &stations, AlarmKind kind, const QString &text)
+void WatchAlarms::count(Stations &stations, AlarmKind kind)
 {
     for (auto [station, waiting] : stations.asKeyValueRange()) {
         if (waiting.ticks >= 0 && --waiting.ticks < 0) {
-            waiting.alarm = m_book.begin(kind, station, text, moment());
+            waiting.alarm = m_book.begin(kind, station, textOf(kind), moment());
         }
     }
 }
@@ -122,9 +137,8 @@ void WatchAlarms::onStationChanged(qint64 station, StationChange what,
         break;
     case StationChange::PukNeeded:
         if (!m_puk.contains(station)) {
-            m_puk.insert(station,
-                         m_book.begin(AlarmKind::Puk, station, tr("The module's SIM asks for its PUK"),
-                                      moment(), AlarmPriority::High));
+            m_puk.insert(station, m_book.begin(AlarmKind::Puk, station, textOf(AlarmKind::Puk), moment(),
+                                               AlarmPriority::High));
         }
         break;
     case StationChange::PukCleared:

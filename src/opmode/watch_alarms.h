@@ -30,6 +30,10 @@ public:
     static constexpr Milliseconds longestGap{60'000};
     static constexpr int usualSilence = 5;
 
+    /// What an alarm says, in the language that is spoken now where this class always says the same of such a
+    /// kind; the record keeps what was said when it came. Other alarms say what they said then.
+    static QString shownText(const AlarmRow &alarm);
+
     /// All must outlive it.
     WatchAlarms(AlarmBook &book, Timers &timers, const Environment &environment);
     ~WatchAlarms();
@@ -81,7 +85,7 @@ private:
 
     void awaitTick();
     void onTick();
-    void count(Stations &stations, AlarmKind kind, const QString &text);
+    void count(Stations &stations, AlarmKind kind);
     void begin(Stations &stations, qint64 station, int ticks);
     void end(Stations &stations, qint64 station, const QString &why = {});
     void tell(AlarmKind kind, const QString &text, AlarmPriority priority);

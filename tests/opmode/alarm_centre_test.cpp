@@ -1,10 +1,12 @@
 #include "opmode/alarm_centre.h"
+#include "opmode/watch_alarms.h"
 #include "support/manual_timers.h"
 
 #include <QTest>
 
 using namespace ktr;
 using namespace ktr::test;
+using namespace Qt::StringLiterals;
 
 /// Stations 1 ("a") and 2 ("b"), whose alarms go to one number.
 class AlarmCentreTest : public QObject
@@ -50,6 +52,18 @@ private Q_SLOTS:
         QCOMPARE(m_centre->first()->message, "pump 0 fail");
         m_timers.advance(Milliseconds(5000));
         QCOMPARE(m_news.size(), 2); // silence is no news
+    }
+
+    void theProgramsOwnAlarmsAreToldInTheLanguageThatIsSpokenNow()
+    {
+        const QString born = u"In einer anderen Sprache"_s;
+        for (const AlarmKind kind : {AlarmKind::Silent, AlarmKind::Flood, AlarmKind::Puk}) {
+            const QString shown = WatchAlarms::shownText({.kind = kind, .text = born});
+            QVERIFY(shown != born && !shown.isEmpty());
+        }
+        for (const AlarmKind kind : {AlarmKind::Module, AlarmKind::Disk, AlarmKind::Watcher}) {
+            QCOMPARE(WatchAlarms::shownText({.kind = kind, .text = born}), born);
+        }
     }
 
     void acknowledgedOnesMakeRoomForTheOldestAndNewestThatAreLeft()

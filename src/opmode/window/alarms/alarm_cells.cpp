@@ -1,6 +1,7 @@
 #include "opmode/window/alarms/alarm_cells.h"
 
 #include "look/palettes.h"
+#include "opmode/watch_alarms.h"
 #include "opmode/window/alarm_look.h"
 #include "platform/text_rules.h"
 #include "record/closed_by_removal.h"
@@ -105,7 +106,8 @@ QString AlarmCells::text(const AlarmRow &alarm, int column) const
     case Priority:
         return alarm.first == 0 ? QString() : priority(alarm.priority);
     case Text:
-        return alarm.text.isEmpty() ? tr("all alarms: in maintenance") : onOneLine(alarm.text);
+        return alarm.text.isEmpty() ? tr("all alarms: in maintenance")
+                                    : onOneLine(WatchAlarms::shownText(alarm));
     case Station:
         return station(alarm);
     case State:

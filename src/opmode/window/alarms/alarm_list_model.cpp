@@ -1,5 +1,7 @@
 #include "opmode/window/alarms/alarm_list_model.h"
 
+#include "opmode/watch_alarms.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -118,7 +120,7 @@ bool AlarmListModel::isListed(const AlarmRow &alarm) const
     const auto has = [this](const QString &text) {
         return text.contains(m_choice.filter, Qt::CaseInsensitive);
     };
-    return m_choice.filter.isEmpty() || has(alarm.text) || has(alarm.comment) ||
+    return m_choice.filter.isEmpty() || has(WatchAlarms::shownText(alarm)) || has(alarm.comment) ||
            std::ranges::any_of(alarm.recipients, has) || has(m_cells.station(alarm));
 }
 
@@ -233,7 +235,7 @@ AlarmListModel::Lines AlarmListModel::build() const
             Key key = keyOf(line);
             singles.emplace_back(std::move(key), std::move(line));
             if (alarm.id > 0) {
-                stations[alarm.text].insert(alarm.station);
+                stations[WatchAlarms::shownText(alarm)].insert(alarm.station);
             }
         }
     }
@@ -242,8 +244,9 @@ AlarmListModel::Lines AlarmListModel::build() const
     std::vector<std::pair<Key, AlarmLine>> lines;
     QHash<QString, std::vector<qint64>> storms;
     for (auto &[key, line] : singles) {
-        if (line.alarms.front() > 0 && stations[line.sum.text].size() >= stationsOfStorm) {
-            storms[line.sum.text].push_back(line.alarms.front());
+        const QString text = WatchAlarms::shownText(line.sum);
+        if (line.alarms.front() > 0 && stations[text].size() >= stationsOfStorm) {
+            storms[text].push_back(line.alarms.front());
         } else {
             lines.emplace_back(std::move(key), std::move(line));
         }

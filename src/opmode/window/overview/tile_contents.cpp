@@ -3,6 +3,7 @@
 #include "look/outside_texts.h"
 #include "opmode/operational_mode.h"
 #include "opmode/overview/input_reading.h"
+#include "opmode/watch_alarms.h"
 #include "opmode/window/alarm_look.h"
 #include "opmode/window/input_caption.h"
 #include "opmode/window/overview/numbers_text.h"
@@ -20,7 +21,7 @@ QString TileContents::stateOf(const StationGlance &glance) const
         return tr("being configured in the main window");
     }
     if (alarm != nullptr) {
-        const QString text = shortenedLine(alarm->text);
+        const QString text = shortenedLine(WatchAlarms::shownText(*alarm));
         return alarm->acknowledged == 0 && alarm->shelvedUntil == 0 ? text
                : alarm->shelvedUntil != 0                           ? tr("put aside: %1").arg(text)
                                                                     : tr("acknowledged: %1").arg(text);
