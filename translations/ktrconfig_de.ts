@@ -2709,6 +2709,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>When this is not ticked, new alarms sound, and every 60 seconds as long as one is not acknowledged. It ends by itself; for how long, the menu Alarms offers. This bar and messages of the desktop stay.</source>
         <translation>Ohne Häkchen ertönen neue Alarme, und alle 60 Sekunden, solange einer nicht quittiert ist. Die Stille endet von selbst; wie lange sie dauert, bietet das Menü Alarme an. Diese Leiste und Meldungen des Desktops bleiben.</translation>
     </message>
+    <message>
+        <source>Acknowledge</source>
+        <translation>Quittieren</translation>
+    </message>
 </context>
 <context>
     <name>ktr::AlarmBook</name>
@@ -2948,6 +2952,10 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The station of the alarm is no longer in the list</source>
         <translation>Die Station des Alarms steht nicht mehr in der Liste</translation>
+    </message>
+    <message>
+        <source>Acknowledge</source>
+        <translation>Quittieren</translation>
     </message>
 </context>
 <context>
@@ -3602,10 +3610,6 @@ Wasserturm;turm.example.org:49111</translation>
 <context>
     <name>ktr::CurvesLegend</name>
     <message>
-        <source>By how much the values rise in an hour, over the time that is shown</source>
-        <translation>Um wie viel die Werte in einer Stunde steigen, über die gezeigte Zeit</translation>
-    </message>
-    <message>
         <source>Curve</source>
         <translation>Kurve</translation>
     </message>
@@ -3634,12 +3638,36 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Anstieg je Stunde</translation>
     </message>
     <message>
-        <source>By how much the values rise in a day, over the time that is shown</source>
-        <translation>Um wie viel die Werte an einem Tag steigen, über die gezeigte Zeit</translation>
-    </message>
-    <message>
         <source>Rise per day</source>
         <translation>Anstieg je Tag</translation>
+    </message>
+    <message>
+        <source>%1 min</source>
+        <translation>%1 min</translation>
+    </message>
+    <message>
+        <source>%1 h</source>
+        <translation>%1 h</translation>
+    </message>
+    <message>
+        <source>%1 d</source>
+        <translation>%1 d</translation>
+    </message>
+    <message>
+        <source>%1 at the cursor</source>
+        <translation>%1 am Cursor</translation>
+    </message>
+    <message>
+        <source>over %1</source>
+        <translation>über %1</translation>
+    </message>
+    <message>
+        <source>By how much the values rise in a day: the slope of the straight line that is nearest to those from %1 to %2. It is of the time around the cursor, or of all that is shown; of the same time for all curves.</source>
+        <translation>Um wie viel die Werte an einem Tag steigen: die Steigung der Geraden, die denen von %1 bis %2 am nächsten liegt. Es gilt die Zeit um den Cursor oder die ganze gezeigte, für alle Kurven dieselbe.</translation>
+    </message>
+    <message>
+        <source>By how much the values rise in an hour: the slope of the straight line that is nearest to those from %1 to %2. It is of the time around the cursor, or of all that is shown; of the same time for all curves.</source>
+        <translation>Um wie viel die Werte in einer Stunde steigen: die Steigung der Geraden, die denen von %1 bis %2 am nächsten liegt. Es gilt die Zeit um den Cursor oder die ganze gezeigte, für alle Kurven dieselbe.</translation>
     </message>
 </context>
 <context>
@@ -7019,12 +7047,16 @@ Turm</translation>
         <translation>Zu zeichnende Eingänge</translation>
     </message>
     <message>
-        <source>Open a station to see its inputs with values; the space bar chooses</source>
-        <translation>Öffnen Sie eine Station, um ihre Eingänge mit Werten zu sehen; die Leertaste wählt</translation>
-    </message>
-    <message>
         <source>It has not sent any values yet.</source>
         <translation>Sie hat noch keine Werte gesendet.</translation>
+    </message>
+    <message>
+        <source>Down goes into the list; Enter chooses the only input that is found</source>
+        <translation>Pfeil ab führt in die Liste; die Eingabetaste wählt den einzigen gefundenen Eingang</translation>
+    </message>
+    <message>
+        <source>Open a station to see its inputs with values; the space bar or Enter chooses</source>
+        <translation>Eine Station aufklappen, um ihre Eingänge mit Werten zu sehen; Leertaste oder Eingabetaste wählt</translation>
     </message>
 </context>
 <context>

@@ -114,6 +114,7 @@ void CompareWindow::layOut()
     m_tree->setColumnCount(columnCount);
     m_tree->header()->setStretchLastSection(true);
     m_empty = new EmptyNotice(QStringLiteral("lbl_compare_empty"), *m_tree);
+    goDownInto(*m_filter, *m_tree);
     m_state = named<QLabel>(QStringLiteral("lbl_compare_state"), this);
     m_goTo = button("Cmd_compare_goto", &CompareWindow::goToField);
     m_take = button("Cmd_compare_take", &CompareWindow::takeOver);
@@ -615,30 +616,23 @@ void CompareWindow::exportTable()
     if (path.isEmpty()) {
         return;
     }
-    const auto row = [](const QStringList &cells) -> QString {
-        QStringList quoted;
-        for (const QString &cell : cells) {
-            quoted += csvCell(cell);
-        }
-        return quoted.join(u';') + QLatin1String("\r\n");
-    };
-    QString table;
+    QByteArray table = csvMark;
     if (m_asCommands->isChecked()) {
-        table += row({tr("Step"), tr("Present"), tr("Other side")});
+        table += csvLine({tr("Step"), tr("Present"), tr("Other side")});
         for (const CommandDifference &each : m_commands) {
             const QStringList cells{QString::number(each.step), logText(each.mine.value_or(QString())),
                                     logText(each.theirs.value_or(QString()))};
-            table += matches(cells) ? row(cells) : QString();
+            table += matches(cells) ? csvLine(cells) : QByteArray();
         }
     } else {
         QStringList head{tr("Page"), tr("Entry"), tr("Field"), tr("Present"), tr("Other side")};
-        table += row(m_base ? head << tr("Ancestor") : head);
+        table += csvLine(m_base ? head << tr("Ancestor") : head);
         for (const ComparedField &field : m_fields) {
             QStringList cells{field.page, field.entry, field.label, field.mine, field.theirs};
-            table += isShown(field) ? row(m_base ? cells << field.base : cells) : QString();
+            table += isShown(field) ? csvLine(m_base ? cells << field.base : cells) : QByteArray();
         }
     }
-    const Status written = replaceFile(path, csvMark + table.toUtf8(), Readers::AsUsual);
+    const Status written = replaceFile(path, table, Readers::AsUsual);
     tell(written ? tr("Saved as %1").arg(path) : written.message());
 }
 

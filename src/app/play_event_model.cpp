@@ -21,20 +21,15 @@ QString assumptionLines(const Assumptions &assumptions, const Assumptions &other
 
 QByteArray PlayEventModel::csv() const
 {
-    QStringList rows;
-    QStringList cells;
+    QStringList titles;
     for (int column = 0; column < columns; ++column) {
-        cells += csvCell(headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
+        titles += headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
     }
-    rows += cells.join(u';');
+    QByteArray table = csvMark + csvLine(titles);
     for (const Line &line : m_lines) {
-        cells.clear();
-        for (const QString &cell : line.cells) {
-            cells += csvCell(cell);
-        }
-        rows += cells.join(u';');
+        table += csvLine(QStringList(line.cells.begin(), line.cells.end()));
     }
-    return csvMark + (rows.join(QLatin1String("\r\n")) + QLatin1String("\r\n")).toUtf8();
+    return table;
 }
 
 void PlayEventModel::add(const QList<PlayEvent> &events, const Configuration &configuration,

@@ -125,6 +125,7 @@ void TransmissionsWindow::layOut()
     m_list->setSortingEnabled(true);
     m_list->sortByColumn(-1, Qt::AscendingOrder);
     m_notice = new EmptyNotice(QStringLiteral("Label_transmissions_empty"), *m_list);
+    goDownInto(*m_filter, *m_list);
     m_commands = table(QStringLiteral("Table_transmissions_commands"), m_steps);
     m_facts = named<QLabel>(QStringLiteral("Label_transmissions_facts"), this);
     m_facts->setTextFormat(Qt::PlainText);

@@ -150,11 +150,7 @@ void printCommands(const QList<CommandDifference> &commands)
 void printCsv(const Compared &compared, bool withCommands)
 {
     const auto row = [](const QStringList &cells) {
-        QStringList quoted;
-        for (const QString &cell : cells) {
-            quoted += csvCell(cell);
-        }
-        print(quoted.join(u';'));
+        print(QString::fromUtf8(csvLine(cells)).chopped(2)); // its end is printed
     };
     if (withCommands) {
         row({QStringLiteral("step"), QStringLiteral("file"), QStringLiteral("other")});

@@ -85,8 +85,9 @@ QString isoTime(qint64 at)
 
 Status writeCsv(const QString &path, const QList<TransmissionRow> &rows)
 {
-    QString table = QStringLiteral("n;begun;ended;station;version before;version sent;verdict;last step;"
-                                   "resume step;line;file;user;operator;program\r\n");
+    QByteArray table =
+        QByteArrayLiteral("n;begun;ended;station;version before;version sent;verdict;last step;"
+                          "resume step;line;file;user;operator;program\r\n");
     for (const TransmissionRow &row : rows) {
         const QStringList cells{QString::number(row.id),
                                 isoTime(row.begun),
@@ -102,13 +103,9 @@ Status writeCsv(const QString &path, const QList<TransmissionRow> &rows)
                                 row.user,
                                 row.operatorName,
                                 row.program};
-        QStringList line;
-        for (const QString &cell : cells) {
-            line += csvCell(cell);
-        }
-        table += line.join(u';') + QLatin1String("\r\n");
+        table += csvLine(cells);
     }
-    return replaceFile(path, csvMark + table.toUtf8());
+    return replaceFile(path, csvMark + table);
 }
 
 /// A new memory has nothing to tell; it is not made for that.

@@ -7,7 +7,9 @@
 #include <QClipboard>
 #include <QEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QPointer>
 #include <QTableView>
 
 #include <algorithm>
@@ -50,7 +52,57 @@ private:
     QAction *m_icon;
 };
 
+/// Null where the list shows none.
+QModelIndex firstLine(const QAbstractItemView &list)
+{
+    const QAbstractItemModel *model = list.model();
+    for (int row = 0; model != nullptr && row < model->rowCount(list.rootIndex()); ++row) {
+        for (int column = 0; column < model->columnCount(list.rootIndex()); ++column) {
+            const QModelIndex line = model->index(row, column, list.rootIndex());
+            if (!list.visualRect(line).isEmpty()) {
+                return line;
+            }
+        }
+    }
+    return {};
+}
+
+class WayDown : public QObject
+{
+public:
+    WayDown(QLineEdit &search, QAbstractItemView &list) : QObject(&search), m_list(&list)
+    {
+        search.installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() != QEvent::KeyPress || !m_list ||
+            static_cast<const QKeyEvent *>(event)->key() != Qt::Key_Down) {
+            return QObject::eventFilter(watched, event);
+        }
+        const QModelIndex present = m_list->currentIndex();
+        const QModelIndex wanted =
+            present.isValid() && !m_list->visualRect(present).isEmpty() ? present : firstLine(*m_list);
+        if (wanted.isValid()) { // otherwise there is nowhere to go
+            m_list->setCurrentIndex(wanted);
+            m_list->scrollTo(wanted);
+            m_list->setFocus(Qt::OtherFocusReason);
+        }
+        return true;
+    }
+
+private:
+    QPointer<QAbstractItemView> m_list;
+};
+
 } // namespace
+
+void goDownInto(QLineEdit &search, QAbstractItemView &list)
+{
+    new WayDown(search, list); // a child of it
+}
 
 QLineEdit *searchField(const QString &name, QWidget *parent)
 {

@@ -20,6 +20,9 @@ template <class Control> Control *named(const QString &name, QWidget *parent)
 /// A field for a text to search for.
 QLineEdit *searchField(const QString &name, QWidget *parent);
 
+/// Lets Down go from a search into the list of what it found: to its current line, or the first one.
+void goDownInto(QLineEdit &search, QAbstractItemView &list);
+
 /// Sets up a table or tree whose lines are chosen as a whole and are not edited.
 void setUpLines(QAbstractItemView &view);
 /// The same for a table. All its rows have one height: measuring each of 100,000 would take longer than

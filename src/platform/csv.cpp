@@ -90,6 +90,37 @@ QString csvValue(const QString &text)
     return toNumber(text) ? text : csvCell(text);
 }
 
+QByteArray csvLine(const QStringList &cells)
+{
+    QString line;
+    constexpr qsizetype usual = 120;
+    line.reserve(usual);
+    for (const QString &cell : cells) {
+        line += csvCell(cell);
+        line += u';';
+    }
+    line.chop(1);
+    return (line += QLatin1String("\r\n")).toUtf8();
+}
+
+QString csvNumber(double value)
+{
+    return csvNumber(numberText(value, QLocale::c()));
+}
+
+QString csvNumber(QStringView received)
+{
+    QString text = received.toString();
+    if (toNumber(text)) {
+        text = text.trimmed();
+        text.replace(u'.', u',');
+        if (text.startsWith(u'+')) {
+            text.remove(0, 1);
+        }
+    }
+    return text;
+}
+
 std::optional<int> readCsv(QStringView text, QChar separator,
                            const std::function<bool(const QStringList &cells, int line)> &take)
 {

@@ -1,7 +1,9 @@
 #pragma once
 
-// Tables as text, as spreadsheets write and read them (RFC 4180).
+// Tables as text, as spreadsheets write and read them (RFC 4180). Those that are written have ";" between
+// their cells and decimal commas in every language: with the one a spreadsheet expects the other.
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
@@ -22,6 +24,14 @@ QString csvCell(const QString &text);
 
 /// The same for a cell that holds a measured value: a number stays one, whatever its sign.
 QString csvValue(const QString &text);
+
+/// A line of such cells with its end.
+QByteArray csvLine(const QStringList &cells);
+
+/// A number as a cell has it, up to 15 significant digits.
+QString csvNumber(double value);
+/// The same of a number as it was received; any other text stays.
+QString csvNumber(QStringView received);
 
 /// Hands over the cells of each line that is not blank, without blanks around them, and the number of the
 /// line it begins at, counted from 1, until the call gives false. A quoted cell may hold separators, doubled

@@ -23,15 +23,6 @@ QString notBegun()
     return QStringLiteral("not begun");
 }
 
-QByteArray line(const QStringList &cells)
-{
-    QStringList quoted;
-    for (const QString &cell : cells) {
-        quoted += csvCell(cell);
-    }
-    return quoted.join(u';').toUtf8() + "\r\n";
-}
-
 } // namespace
 
 bool FleetResult::isWhole() const
@@ -78,12 +69,12 @@ QString freeReceiptPath(const QString &folder, const QString &file)
 Status writeResults(const QString &path, const QList<FleetResult> &results)
 {
     QByteArray table = csvMark;
-    table += line(titles);
+    table += csvLine(titles);
     for (const FleetResult &result : results) {
-        table += line({result.station, result.file, result.address, result.verdict,
-                       QString::number(result.commands), QString::number(result.seconds, 'f', 1),
-                       result.trouble, result.step ? QString::number(*result.step) : QString(),
-                       result.versionBefore, result.transmission, result.checksum});
+        table += csvLine({result.station, result.file, result.address, result.verdict,
+                          QString::number(result.commands), QString::number(result.seconds, 'f', 1),
+                          result.trouble, result.step ? QString::number(*result.step) : QString(),
+                          result.versionBefore, result.transmission, result.checksum});
     }
     return replaceFile(path, table, Readers::AsUsual);
 }

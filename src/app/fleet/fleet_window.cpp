@@ -293,6 +293,7 @@ void FleetWindow::connectParts()
     for (QLineEdit *field : {m_field, m_value}) {
         connect(field, &QLineEdit::textChanged, this, &FleetWindow::showState);
     }
+    goDownInto(*m_filter, *m_list);
     connect(m_filter, &QLineEdit::textChanged, this, [this](const QString &text) {
         m_shown->setFilterFixedString(text.trimmed());
         showState();
@@ -596,7 +597,7 @@ void FleetWindow::finish()
     tell(tr("%1 of %2 stations are whole, after %3 s")
              .arg(whole)
              .arg(m_model.ticked(&FleetRow::isUsable).size())
-             .arg(m_run.seconds(), 0, 'f', 1),
+             .arg(locale().toString(m_run.seconds(), 'f', 1)),
          m_trouble);
     for (int row = 0; row < m_model.rowCount(); ++row) {
         if (m_model.at(row).isIn(FleetRow::State::Ended)) {

@@ -1,9 +1,9 @@
 #include "opmode/curves/curve_csv.h"
 
 #include "platform/csv.h"
-#include "platform/text_rules.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 
 #include <map>
 
@@ -40,21 +40,20 @@ QString zoneText(qint64 at)
 
 } // namespace
 
-QByteArray curvesCsv(const QList<ShownCurve> &curves, const CurveRange &range, const QLocale &locale)
+QByteArray curvesCsv(const QList<ShownCurve> &curves, const CurveRange &range)
 {
     QStringList titles{CurveCsv::tr("Time"), CurveCsv::tr("Zone")};
     std::map<qint64, QStringList> lines;
     qsizetype columns = 0;
-    const auto number = [&locale](double value) { return csvValue(numberText(value, locale)); };
     for (const ShownCurve &curve : curves) {
         const QString name = curve.series.name() +
                              (curve.unit.isEmpty() ? QString() : QStringLiteral(" [%1]").arg(curve.unit));
         if (isRaw(curve)) {
-            titles += csvCell(name);
+            titles += name;
         } else {
             for (const QString &kind :
                  {CurveCsv::tr("minimum"), CurveCsv::tr("mean"), CurveCsv::tr("maximum")}) {
-                titles += csvCell(name + QLatin1String(", ") + kind);
+                titles += name + QLatin1String(", ") + kind;
             }
         }
         const auto [first, end] =
@@ -64,19 +63,19 @@ QByteArray curvesCsv(const QList<ShownCurve> &curves, const CurveRange &range, c
             QStringList &line = lines[point.at];
             line.resize(columns);
             if (!isRaw(curve)) {
-                line += number(curve.scale.shown(point.least));
+                line += csvNumber(curve.scale.shown(point.least));
             }
-            line += number(curve.scale.shown(point.mean));
+            line += csvNumber(curve.scale.shown(point.mean));
             if (!isRaw(curve)) {
-                line += number(curve.scale.shown(point.most));
+                line += csvNumber(curve.scale.shown(point.most));
             }
         }
         columns += isRaw(curve) ? 1 : 3;
     }
-    QByteArray table = csvMark + titles.join(u';').toUtf8() + "\r\n";
+    QByteArray table = csvMark + csvLine(titles);
     for (auto &[at, cells] : lines) {
         cells.resize(columns);
-        table += (timeText(at) + u';' + zoneText(at) + u';' + cells.join(u';')).toUtf8() + "\r\n";
+        table += (timeText(at) + u';' + zoneText(at) + u';').toUtf8() + csvLine(cells);
     }
     return table;
 }

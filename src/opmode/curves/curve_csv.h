@@ -17,6 +17,6 @@ struct ShownCurve
 
 /// What is seen as a table for spreadsheets: a line for each time, with the zone's offset, and for each
 /// series its value, or least, mean and greatest one.
-QByteArray curvesCsv(const QList<ShownCurve> &curves, const CurveRange &range, const QLocale &locale);
+QByteArray curvesCsv(const QList<ShownCurve> &curves, const CurveRange &range);
 
 } // namespace ktr

@@ -3,6 +3,7 @@
 #include <QDateTime>
 
 #include <algorithm>
+#include <array>
 
 namespace ktr {
 
@@ -158,6 +159,25 @@ CurvePoints CurveBuilder::take()
     m_points.longestStep = longestStepOf(m_points);
     m_points.areStates = m_areStates && !m_points.points.empty();
     return std::move(m_points);
+}
+
+CurveRange riseRange(const CurveRange &shown, std::optional<qint64> moment, qint64 step)
+{
+    constexpr qint64 aMinute = 60'000;
+    constexpr qint64 parts = 5;
+    constexpr std::array lengths{aMinute,         2 * aMinute,      5 * aMinute,      10 * aMinute,
+                                 15 * aMinute,    30 * aMinute,     curveHourMs,      2 * curveHourMs,
+                                 4 * curveHourMs, 6 * curveHourMs,  12 * curveHourMs, curveDayMs,
+                                 2 * curveDayMs,  5 * curveDayMs,   10 * curveDayMs,  30 * curveDayMs,
+                                 60 * curveDayMs, 180 * curveDayMs, 360 * curveDayMs, 720 * curveDayMs};
+    const auto above = std::ranges::upper_bound(lengths, shown.length() / parts);
+    const qint64 usual = above == lengths.begin() ? lengths.front() : *std::prev(above);
+    const auto enough = std::ranges::lower_bound(lengths, std::max(usual, step));
+    if (!moment || enough == lengths.end() || *enough >= shown.length()) {
+        return shown;
+    }
+    const qint64 from = std::clamp(*moment - *enough / 2, shown.from, shown.to - *enough);
+    return {from, from + *enough};
 }
 
 std::optional<double> risePerHour(const CurvePoints &points, const CurveRange &range)

@@ -64,4 +64,8 @@ qint64 lengthOf(HistoryLevel level); ///< of a point; of a day an usual one's; 0
 /// points, or where all are of one moment.
 std::optional<double> risePerHour(const CurvePoints &points, const CurveRange &range);
 
+/// The time whose rise is told: all that is shown, or around a moment about a fifth of it, of a length that
+/// is told in a word, in which there are several values of `step` between each other.
+CurveRange riseRange(const CurveRange &shown, std::optional<qint64> moment, qint64 step);
+
 } // namespace ktr

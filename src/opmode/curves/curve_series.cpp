@@ -28,7 +28,7 @@ bool isChannel(int channel)
 
 } // namespace
 
-CurveSeries describedSeries(const OperationalMode &mode, const SeriesId &id, int slot)
+CurveSeries describedSeries(const OperationalMode &mode, const SeriesId &id, int slot, const QLocale &locale)
 {
     const ChannelNames names = mode.channelNames(id.kennung);
     const QString &name = names.of(id.channel).name;
@@ -38,9 +38,8 @@ CurveSeries describedSeries(const OperationalMode &mode, const SeriesId &id, int
     for (const InputLimit &limit : mode.configuration(id.kennung).limitsOf(id.channel)) {
         constexpr std::array<const char16_t *, 4> signs{u"", u"< ", u"= ", u"> "}; // by its comparison
         const auto sign = static_cast<std::size_t>(std::clamp(limit.comparison, 0, 3));
-        series.limits +=
-            {limit.limit, QString::fromUtf16(signs.at(sign)) + numberText(limit.limit, QLocale::c()) +
-                              (limit.text.isEmpty() ? QString() : u' ' + limit.text)};
+        series.limits += {limit.limit, QString::fromUtf16(signs.at(sign)) + numberText(limit.limit, locale) +
+                                           (limit.text.isEmpty() ? QString() : u' ' + limit.text)};
     }
     return series;
 }

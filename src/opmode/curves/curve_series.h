@@ -3,6 +3,7 @@
 #include "opmode/curves/curve_limits.h"
 
 #include <QByteArray>
+#include <QLocale>
 
 namespace ktr {
 
@@ -31,8 +32,8 @@ struct CurveSeries
 /// More would not be told from each other.
 inline constexpr int mostSeries = 18;
 
-/// What is known of it now.
-CurveSeries describedSeries(const OperationalMode &mode, const SeriesId &id, int slot);
+/// What is known of it now. Its limit values are called by numbers of the locale.
+CurveSeries describedSeries(const OperationalMode &mode, const SeriesId &id, int slot, const QLocale &locale);
 
 /// The inputs of a station that are shown where the whole station is chosen: those with a name, or else the
 /// first that reported a value; up to four.

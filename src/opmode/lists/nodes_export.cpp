@@ -4,7 +4,6 @@
 #include "opmode/tree/history_entry_text.h"
 #include "opmode/tree/notifications.h"
 #include "platform/csv.h"
-#include "platform/text_rules.h"
 #include "platform/time_texts.h"
 
 #include <QCoreApplication>
@@ -13,29 +12,16 @@ namespace ktr {
 
 namespace {
 
-QString line(std::initializer_list<QString> cells)
-{
-    QString text;
-    constexpr qsizetype usual = 120;
-    text.reserve(usual);
-    for (const QString &cell : cells) {
-        text += csvCell(cell);
-        text += u';';
-    }
-    text.chop(1);
-    return text += QLatin1String("\r\n");
-}
-
-QString header(ExportChoice::Kind kind)
+QByteArray header(ExportChoice::Kind kind)
 {
     if (kind == ExportChoice::Kind::History) {
-        return line({QCoreApplication::translate("Export", "Station"),
-                     QCoreApplication::translate("Export", "Time"),
-                     QCoreApplication::translate("Export", "Input"),
-                     QCoreApplication::translate("Export", "Input name"),
-                     QCoreApplication::translate("Export", "Value")});
+        return csvLine({QCoreApplication::translate("Export", "Station"),
+                        QCoreApplication::translate("Export", "Time"),
+                        QCoreApplication::translate("Export", "Input"),
+                        QCoreApplication::translate("Export", "Input name"),
+                        QCoreApplication::translate("Export", "Value")});
     }
-    return line(
+    return csvLine(
         {QCoreApplication::translate("Export", "Station"), QCoreApplication::translate("Export", "Received"),
          QCoreApplication::translate("Export", "Recipient"), QCoreApplication::translate("Export", "Text"),
          QCoreApplication::translate("Export", "Count"), QCoreApplication::translate("Export", "State"),
@@ -58,41 +44,27 @@ QString stateText(const ExportEntry &entry, qint64 acknowledged)
                     : QCoreApplication::translate("Export", "no alarm");
 }
 
-QString notificationLine(const ExportEntry &entry)
+QByteArray notificationLine(const ExportEntry &entry)
 {
     const qsizetype at = entry.text.indexOf(notificationArrow);
     const qint64 acknowledged = entry.node.data(StationTree::AcknowledgedRole).toLongLong();
     const int count = entry.node.data(StationTree::CountRole).toInt();
-    return line({entry.station, timeText(entry.node.data(StationTree::ReceivedRole).toLongLong()),
-                 at < 0 ? QString() : entry.text.first(at),
-                 at < 0 ? entry.text : entry.text.sliced(at + notificationArrow.size()),
-                 QString::number(std::max(1, count)), stateText(entry, acknowledged),
-                 timeText(acknowledged)});
+    return csvLine({entry.station, timeText(entry.node.data(StationTree::ReceivedRole).toLongLong()),
+                    at < 0 ? QString() : entry.text.first(at),
+                    at < 0 ? entry.text : entry.text.sliced(at + notificationArrow.size()),
+                    QString::number(std::max(1, count)), stateText(entry, acknowledged),
+                    timeText(acknowledged)});
 }
 
-/// A number as a spreadsheet with decimal commas takes it; any other text stays.
-QString valueText(QStringView value)
-{
-    QString text = value.toString();
-    if (toNumber(text)) {
-        text = text.trimmed();
-        text.replace(u'.', u',');
-        if (text.startsWith(u'+')) {
-            text.remove(0, 1);
-        }
-    }
-    return text;
-}
-
-QString historyLine(const ExportEntry &entry)
+QByteArray historyLine(const ExportEntry &entry)
 {
     const std::optional<HistoryEntryText> read = splitHistoryEntry(entry.text);
     if (!read) {
-        return line({entry.station, {}, {}, {}, entry.text});
+        return csvLine({entry.station, {}, {}, {}, entry.text});
     }
-    return line({entry.station, read->minute ? read->time.toString() : QString(),
-                 QString::number(read->input), channelCaption(read->input).trimmed(),
-                 valueText(read->value)});
+    return csvLine({entry.station, read->minute ? read->time.toString() : QString(),
+                    QString::number(read->input), channelCaption(read->input).trimmed(),
+                    csvNumber(read->value)});
 }
 
 } // namespace
@@ -102,7 +74,7 @@ NodesExport::NodesExport(const StationTree &tree, ExportChoice choice) : m_entri
 Status NodesExport::open(const QString &path)
 {
     const Status opened = m_file.open(path, Readers::AsUsual);
-    return opened ? m_file.write(csvMark + header(m_entries.choice().kind).toUtf8()) : opened;
+    return opened ? m_file.write(csvMark + header(m_entries.choice().kind)) : opened;
 }
 
 Status NodesExport::step(int atMost)
@@ -113,7 +85,7 @@ Status NodesExport::step(int atMost)
     Status written = Status::done();
     QByteArray bytes;
     const bool more = m_entries.walk(atMost, [&](const ExportEntry &entry) {
-        bytes += toLine(entry).toUtf8();
+        bytes += toLine(entry);
         if (bytes.size() >= piece && written) {
             written = m_file.write(bytes);
             bytes.clear();

@@ -39,13 +39,12 @@ QLabel *createLabel(const QString &name, QWidget *parent)
 } // namespace
 
 AlarmBar::AlarmBar(const AlarmCentre &centre, const AlarmBook &alarms, Acknowledging &acknowledging,
-                   const TextTable &texts, const QLocale &locale, QWidget *parent)
+                   const TextTable &texts, QWidget *parent)
     : QWidget(parent),
       m_centre(centre),
       m_alarms(alarms),
       m_acknowledging(acknowledging),
       m_texts(texts),
-      m_locale(locale),
       m_icon(createLabel(QStringLiteral("Img_alarm"), this)),
       m_headline(createLabel(QStringLiteral("lbl_alarm"), this)),
       m_lines{createLabel(QStringLiteral("lbl_alarm_first"), this),
@@ -126,9 +125,8 @@ void AlarmBar::setAcceptable(const QString &why)
 
 void AlarmBar::applyTexts()
 {
-    const std::pair<QPushButton *, QString> captions[] = {{m_all, tr("Show all")},
-                                                          {m_latest, tr("Latest")},
-                                                          {m_accept, m_texts.text(Text::AcceptNotification)}};
+    const std::pair<QPushButton *, QString> captions[] = {
+        {m_all, tr("Show all")}, {m_latest, tr("Latest")}, {m_accept, tr("Acknowledge")}};
     for (const auto &[button, caption] : captions) {
         button->setText(caption);
         button->setFixedWidth(button->fontMetrics().horizontalAdvance(caption) + 28);
@@ -153,7 +151,7 @@ void AlarmBar::refresh()
         first->received = first->raised; // the time to be shown of it
     }
     const auto latest = m_centre.latest();
-    const QString alarms = count == 1 ? tr("1 alarm") : tr("%1 alarms").arg(m_locale.toString(count));
+    const QString alarms = count == 1 ? tr("1 alarm") : tr("%1 alarms").arg(locale().toString(count));
     const QString state = m_texts.text(Text::NotAcknowledged);
     m_headline->setText(alarms + (width() < narrow ? u'\n' : u' ') + state);
     const bool isOne = count == 1 || !first || !latest;

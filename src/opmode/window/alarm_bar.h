@@ -21,7 +21,7 @@ class AlarmBar : public QWidget
 
 public:
     AlarmBar(const AlarmCentre &centre, const AlarmBook &alarms, Acknowledging &acknowledging,
-             const TextTable &texts, const QLocale &locale, QWidget *parent = nullptr);
+             const TextTable &texts, QWidget *parent = nullptr);
 
     /// Puts the captions in place; called again when the language changes.
     void applyTexts();
@@ -62,7 +62,6 @@ private:
     const AlarmBook &m_alarms;
     Acknowledging &m_acknowledging;
     const TextTable &m_texts;
-    QLocale m_locale;
     QLabel *m_icon;
     QLabel *m_headline;
     QLabel *m_lines[2];

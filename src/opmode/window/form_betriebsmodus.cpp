@@ -150,7 +150,7 @@ void Form_betriebsmodus::layOut()
     auto *column = new QVBoxLayout(body);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
-    m_alarmBar = new AlarmBar(m_alarms, m_mode.alarms(), m_acknowledging, m_texts, m_services.locale, body);
+    m_alarmBar = new AlarmBar(m_alarms, m_mode.alarms(), m_acknowledging, m_texts, body);
     // Its room stays free without it: nothing gets away from under the mouse when an alarm comes.
     QSizePolicy barsRoom = m_alarmBar->sizePolicy();
     barsRoom.setRetainSizeWhenHidden(true);

@@ -1,6 +1,7 @@
 #include "opmode/window/station_picker.h"
 
 #include "look/icons.h"
+#include "look/list_views.h"
 #include "opmode/tree/station_tree.h"
 
 #include <QCheckBox>
@@ -58,6 +59,7 @@ StationPicker::StationPicker(const StationTree &tree, QWidget *parent)
     m_count->setObjectName(QStringLiteral("Label_export_chosen"));
     lines->addWidget(m_count);
 
+    goDownInto(*m_filter, *m_list);
     connect(m_filter, &QLineEdit::textChanged, this, [this](const QString &text) {
         m_shown->setFilterFixedString(text.trimmed());
         showTicks();

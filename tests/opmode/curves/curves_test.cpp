@@ -110,6 +110,29 @@ private Q_SLOTS:
         QCOMPARE(scaleOf(CurveForm::Normalised, built(HistoryLevel::Raw, {{0, 7}}), range).shown(7), 0.);
     }
 
+    void aRiseIsToldOfTheTimeAroundTheCursor()
+    {
+        const qint64 begin = moment(2026, 2, 11);
+        const CurveRange day{begin, begin + 24 * hour};
+        QList<std::pair<qint64, double>> values; // rises until noon, and falls twice as fast from then on
+        for (int i = 0; i <= 96; ++i) {
+            values.append({begin + i * 15 * minute, i <= 48 ? i / 4. : 12 - (i - 48) / 2.});
+        }
+        const CurvePoints curve = built(HistoryLevel::Raw, values);
+        const auto riseAt = [&](std::optional<qint64> at) {
+            return *risePerHour(curve, riseRange(day, at, 15 * minute));
+        };
+        QVERIFY(riseAt(std::nullopt) < -0.4); // of the whole day it says something else
+        QCOMPARE(riseAt(begin + 6 * hour), 1.);
+        QCOMPARE(riseAt(begin), 1.); // also at the edge
+        QCOMPARE(riseAt(day.to), -2.);
+        QCOMPARE(riseRange(day, begin + 6 * hour, 0), (CurveRange{begin + 4 * hour, begin + 8 * hour}));
+        // Where values come seldom there must be some, and no more than is shown.
+        QCOMPARE(riseRange(day, begin + 12 * hour, 5 * hour).length(), 6 * hour);
+        QCOMPARE(riseRange(day, begin + 12 * hour, 13 * hour), day);
+        QCOMPARE(riseRange({begin, begin + minute}, begin, 0).length(), minute);
+    }
+
     void eachUnitHasAnAxis()
     {
         const QList<CurveAxis> axes =
@@ -129,7 +152,7 @@ private Q_SLOTS:
             std::make_shared<CurvePoints>(built(HistoryLevel::Hour, {{at + hour, 4}, {at + hour + 1, 8}}));
         const QByteArray table = curvesCsv({{seriesOf(u"A;B"_s, u"Level"_s, u"m"_s), raw, {}, u"m"_s},
                                             {seriesOf(u"C"_s, u"Flow"_s, {}), hours, {}, {}}},
-                                           {at, at + 2 * hour}, QLocale(QLocale::German));
+                                           {at, at + 2 * hour});
         QVERIFY(table.startsWith(csvMark));
         QCOMPARE(QString::fromUtf8(table),
                  u"Time;Zone;\"A;B – Level [m]\";C – Flow, minimum;C – Flow, mean;C – Flow, maximum\r\n"

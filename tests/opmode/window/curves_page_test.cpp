@@ -12,7 +12,9 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDropEvent>
+#include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
 #include <QTemporaryDir>
@@ -73,6 +75,7 @@ private Q_SLOTS:
         QCOMPARE(cells(0), (QStringList{u"pump – Analog In 1"_s, u"well – Level"_s}));
         QCOMPARE(cells(2), (QStringList{"", "m"}));
         QCOMPARE(cells(3), (QStringList{"+2", "+2"})); // each quarter of an hour a half
+        QCOMPARE(header(3), u"Rise per hour\nover 24 h"_s);
         auto *form = m_page->findChild<QComboBox *>("Combo_curves_form");
         form->setCurrentIndex(1);
         Q_EMIT form->activated(1);
@@ -88,6 +91,59 @@ private Q_SLOTS:
             m_page->findChild<QPushButton *>("Cmd_curves_picture")->click();
             QVERIFY(QFileInfo(m_saveAs).size() > 1000);
         }
+    }
+
+    void aPictureShowsWholeNamesAndTimes()
+    {
+        const auto picture = [this] {
+            m_saveAs = m_folder->filePath("curves.png");
+            m_page->findChild<QPushButton *>("Cmd_curves_picture")->click();
+            return QImage(m_saveAs);
+        };
+        drop({{"pump", 9}, {"well", 9}});
+        QTRY_COMPARE(cells(1), (QStringList{"2", "102"}));
+        const QImage usual = picture();
+        m_mode->tree().setData(m_mode->tree().find("pump"),
+                               u"Pumping station with a name that nobody can read in one line "_s +
+                                   QString(90, u'W'));
+        QTRY_VERIFY(cells(0).first().startsWith(u"Pumping"));
+        const QImage wide = picture();
+        QVERIFY(wide.width() > usual.width()); // of the one long word
+        QVERIFY(wide.height() > usual.height());
+        for (const QImage &image : {usual, wide}) { // nothing runs over the edge below the plot
+            const QRgb paper = image.pixel(0, 0);
+            constexpr int margin = 20; // twice as fine as on the screen
+            for (int y = image.height() - 2 * margin; y < image.height(); ++y) {
+                for (int x = image.width() - margin; x < image.width(); ++x) {
+                    QCOMPARE(image.pixel(x, y), paper);
+                }
+            }
+        }
+    }
+
+    void theListOfCurvesHasWholeValuesAndTheNamesTheRest()
+    {
+        drop({{"pump", 9}, {"well", 9}});
+        QTRY_COMPARE(cells(1), (QStringList{"2", "102"}));
+        auto *list = m_page->findChild<QTreeView *>("Table_curves");
+        m_page->resize(480, 600);
+        for (int column = 1; column < list->model()->columnCount(); ++column) {
+            for (int row = 0; row < 2 && !list->isColumnHidden(column); ++row) {
+                const QString text = list->model()->index(row, column).data().toString();
+                QVERIFY2(list->columnWidth(column) > list->fontMetrics().horizontalAdvance(text),
+                         qPrintable(text));
+            }
+        }
+        m_page->resize(1400, 600);
+        QTRY_COMPARE(list->header()->length(), list->viewport()->width());
+        // What the user draws it to stays, whatever arrives.
+        list->header()->resizeSection(0, 200);
+        list->header()->resizeSection(1, 160);
+        m_page->findChild<QComboBox *>("Combo_curves_form")->activated(1);
+        QCOMPARE(list->columnWidth(0), 200);
+        QCOMPARE(list->columnWidth(1), 160);
+        Q_EMIT list->header()->sectionHandleDoubleClicked(0);
+        QCOMPARE(list->header()->length(), list->viewport()->width());
     }
 
     void theChosenOnesOutliveTheProgramAndCanBeRemoved()
@@ -137,6 +193,27 @@ private Q_SLOTS:
         QVERIFY(m_page->series().isEmpty());
     }
 
+    void theSearchLeadsToTheOnlyInputThatIsFound()
+    {
+        auto *inputs = m_page->findChild<QTreeWidget *>("List_curves_inputs");
+        auto *search = m_page->findChild<QLineEdit *>("Text_curves_search");
+        QTest::keyClick(search, Qt::Key_Down);
+        QVERIFY(inputs->hasFocus());
+        QCOMPARE(inputs->currentItem()->text(0), "pump");
+        QVERIFY(!inputs->topLevelItem(0)->isExpanded()); // there are several
+        search->setFocus();
+        QTest::keyClicks(search, "lev");
+        QTRY_COMPARE(inputs->topLevelItem(1)->childCount(), 1);
+        QVERIFY(inputs->topLevelItem(1)->isExpanded());
+        QTest::keyClick(search, Qt::Key_Return);
+        QCOMPARE(m_page->series(), (QList<SeriesId>{{"well", 9}}));
+        QTest::keyClick(search, Qt::Key_Down);
+        QVERIFY(inputs->hasFocus());
+        QCOMPARE(inputs->currentItem()->text(0), "9 Level [m]");
+        QTest::keyClick(inputs, Qt::Key_Return);
+        QVERIFY(m_page->series().isEmpty());
+    }
+
 private:
     /// Values of the last three quarters of an hour.
     void write(const QString &station, int channel, const QStringList &values)
@@ -170,6 +247,13 @@ private:
         QVERIFY(enter.isAccepted());
         QDropEvent event(place, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
         QApplication::sendEvent(m_page.get(), &event);
+    }
+    QString header(int column) const
+    {
+        return m_page->findChild<QTreeView *>("Table_curves")
+            ->model()
+            ->headerData(column, Qt::Horizontal)
+            .toString();
     }
     QStringList cells(int column) const
     {

@@ -359,7 +359,7 @@ private Q_SLOTS:
         QTRY_VERIFY(bar->isVisible());
         QCOMPARE(m_mode->tree().alarmCount(), 1);
         const auto buttons = bar->findChildren<QPushButton *>();
-        const auto accept = std::ranges::find(buttons, QString("Accept"), &QPushButton::text);
+        const auto accept = std::ranges::find(buttons, QString("Acknowledge"), &QPushButton::text);
         QVERIFY(accept != buttons.end());
         QTest::mouseClick(*accept, Qt::LeftButton);
         QCOMPARE(m_mode->tree().alarmCount(), 0);

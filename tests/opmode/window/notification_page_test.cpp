@@ -57,7 +57,7 @@ private Q_SLOTS:
             m_mode->alarms(), [this](const AlarmRow &row) { return alarmOf(*m_mode, row); }, m_timers);
         m_acknowledging = std::make_unique<Acknowledging>(*m_mode, m_texts);
         m_window = std::make_unique<QWidget>();
-        m_bar = new AlarmBar(*m_centre, m_mode->alarms(), *m_acknowledging, m_texts, QLocale::c());
+        m_bar = new AlarmBar(*m_centre, m_mode->alarms(), *m_acknowledging, m_texts);
         m_page = new NotificationPage(*m_mode, m_texts, *m_acknowledging, m_timers, QLocale::c());
         auto *layout = new QVBoxLayout(m_window.get());
         layout->addWidget(m_bar);

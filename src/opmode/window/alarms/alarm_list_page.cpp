@@ -33,7 +33,6 @@ AlarmListPage::AlarmListPage(OperationalMode &mode, const TextTable &texts, Ackn
                              Timers &timers, const QLocale &locale, QWidget *parent)
     : OpmodePage(mode, texts, parent),
       m_acknowledging(acknowledging),
-      m_locale(locale),
       m_model(new AlarmListModel(mode, timers, locale, this)),
       m_list(named<QTreeView>(QStringLiteral("Tree_alarms"), this)),
       m_activity(new ViewActivity(*m_list, [] { return false; })),
@@ -55,6 +54,7 @@ AlarmListPage::AlarmListPage(OperationalMode &mode, const TextTable &texts, Ackn
         setTabOrder(before, next);
         before = next;
     }
+    goDownInto(*m_filter, *m_list);
     connect(m_filter, &QLineEdit::textChanged, this, &AlarmListPage::choose);
     connect(m_onlyUnacknowledged, &QCheckBox::toggled, this, &AlarmListPage::choose);
     connect(m_shelved, &QCheckBox::toggled, this, &AlarmListPage::choose);
@@ -166,12 +166,9 @@ void AlarmListPage::applyTexts()
     m_filter->setAccessibleName(tr("Filter"));
     m_filter->setToolTip(tr("Searched for in text, station, recipients and comment"));
     m_list->setAccessibleName(tr("Alarms"));
-    const std::array captions = {text(Text::AcceptNotification),
-                                 tr("%1 (all shown)").arg(text(Text::AcceptNotification)),
-                                 tr("Comment..."),
-                                 tr("Shelve..."),
-                                 tr("Take back"),
-                                 tr("Show in the tree")};
+    const std::array captions = {tr("Acknowledge"), tr("%1 (all shown)").arg(tr("Acknowledge")),
+                                 tr("Comment..."),  tr("Shelve..."),
+                                 tr("Take back"),   tr("Show in the tree")};
     const std::array tips = {tr("Acknowledges the selected alarms (Space in the list)"),
                              tr("Acknowledges all alarms that are listed"),
                              tr("Writes a comment to the selected alarms"),
@@ -254,7 +251,7 @@ void AlarmListPage::refresh()
         listed == 0 || m_summary->width() < leastSummaryWidth
             ? QString()
             : tr("Listed: %1, %2: %3")
-                  .arg(m_locale.toString(listed), text(Text::NotAcknowledged), m_locale.toString(open)));
+                  .arg(locale().toString(listed), text(Text::NotAcknowledged), locale().toString(open)));
     m_empty->setVisible(listed == 0);
     m_empty->setText(m_filter->text().isEmpty() && !m_onlyUnacknowledged->isChecked()
                          ? tr("No alarms")

@@ -63,7 +63,6 @@ private:
     void copy();
 
     Acknowledging &m_acknowledging;
-    QLocale m_locale;
     AlarmListModel *m_model;
     QTreeView *m_list;
     ViewActivity *m_activity; ///< in the list

@@ -43,6 +43,15 @@ QVector<QCPGraphData> drawn(const ShownCurve &curve, double CurvePoint::*value)
     return data;
 }
 
+/// Something of the station and of the input; the list of curves has both as a whole.
+QString laneName(const CurveSeries &series)
+{
+    const qsizetype room = PlotLane::longest - 1;
+    const qsizetype ofStation = std::max(room / 2, room - series.input.size());
+    const QString station = shortened(series.station, ofStation);
+    return station + u' ' + shortened(series.input, room - station.size());
+}
+
 } // namespace
 
 CurvesCanvas::CurvesCanvas(QWidget *parent, Answers answers)
@@ -152,7 +161,7 @@ QList<PlotLane> CurvesCanvas::addLanes()
             QCPAxis *axis = m_frame.lanes().addAxis(QCPAxis::atLeft);
             axis->setVisible(false);
             m_laneAxes += axis;
-            lanes += {axis, curve.series.station + u' ' + curve.series.input};
+            lanes += {axis, laneName(curve.series)};
             addCurve(curve, *axis, m_frame.lanes());
         }
     }

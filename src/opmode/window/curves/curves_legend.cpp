@@ -9,17 +9,35 @@
 #include <QPalette>
 #include <QPixmap>
 
+#include <cmath>
+
 namespace ktr {
 
 namespace {
 
 constexpr QSize legendSampleSize(30, 14);
+constexpr int valueDigits = 5;
+constexpr int riseDigits = 3;
 
 const QString shownDayForm = QStringLiteral("dd.MM.yyyy");
 
 bool isOfDays(const ShownCurve &curve)
 {
     return curve.points != nullptr && curve.points->level == HistoryLevel::Day;
+}
+
+/// "4 h"
+QString lengthText(qint64 length, const QLocale &locale)
+{
+    constexpr qint64 aMinute = 60'000;
+    const auto number = [&locale, length](qint64 unit) {
+        constexpr double tenths = 10;
+        const double count = static_cast<double>(length) / static_cast<double>(unit);
+        return locale.toString(std::round(count * tenths) / tenths, 'g', 6);
+    };
+    return length < 2 * curveHourMs  ? CurvesLegend::tr("%1 min").arg(number(aMinute))
+           : length < 2 * curveDayMs ? CurvesLegend::tr("%1 h").arg(number(curveHourMs))
+                                     : CurvesLegend::tr("%1 d").arg(number(curveDayMs));
 }
 
 QPixmap legendSample(const ShownCurve &curve)
@@ -54,18 +72,33 @@ void CurvesLegend::setMoment(std::optional<qint64> moment, const CurveRange &ran
 {
     m_moment = moment;
     m_range = range;
-    m_rises.clear();
-    for (const ShownCurve &curve : std::as_const(m_curves)) {
-        const std::optional<double> rise = curve.points == nullptr || curve.points->areStates
-                                               ? std::nullopt
-                                               : risePerHour(*curve.points, range);
-        constexpr int hoursOfADay = 24;
-        const double length = isPerDay() ? hoursOfADay : 1;
-        m_rises += rise ? std::optional(*rise * curve.scale.factor * length) : std::nullopt;
-    }
+    measureRises();
     Q_EMIT headerDataChanged(Qt::Horizontal, Rise, Rise);
     if (!m_curves.isEmpty()) {
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
+    }
+}
+
+/// All in the same time, or they could not be compared.
+void CurvesLegend::measureRises()
+{
+    const auto rises = [](const ShownCurve &curve) {
+        return curve.points != nullptr && !curve.points->areStates;
+    };
+    qint64 step = 0;
+    for (const ShownCurve &curve : std::as_const(m_curves)) {
+        if (rises(curve) && curve.points->longestStep < m_range.length()) {
+            step = qMax(step, curve.points->longestStep - 1);
+        }
+    }
+    m_riseRange = riseRange(m_range, m_moment, step);
+    m_rises.clear();
+    constexpr int hoursOfADay = 24;
+    const double length = isPerDay() ? hoursOfADay : 1;
+    for (const ShownCurve &curve : std::as_const(m_curves)) {
+        const std::optional<double> rise =
+            rises(curve) ? risePerHour(*curve.points, m_riseRange) : std::nullopt;
+        m_rises += rise ? std::optional(*rise * curve.scale.factor * length) : std::nullopt;
     }
 }
 
@@ -103,12 +136,15 @@ const CurvePoint *CurvesLegend::pointOf(const ShownCurve &curve) const
     return end > first ? &curve.points->points[end - 1] : nullptr;
 }
 
-QString CurvesLegend::number(double value) const
+/// Of large numbers all digits before the decimal mark stand there.
+QString CurvesLegend::number(double value, int digits) const
 {
-    constexpr int digits = 5;
+    constexpr int mostDigits = 15;
     QLocale plain = m_locale;
     plain.setNumberOptions(QLocale::OmitGroupSeparator);
-    return plain.toString(value == 0 ? 0 : value, 'g', digits);
+    const double size = std::abs(value);
+    const int before = size < 1 ? 1 : static_cast<int>(std::log10(size)) + 1;
+    return plain.toString(value == 0 ? 0 : value, 'g', qBound(digits, before, mostDigits));
 }
 
 QString CurvesLegend::cell(int row, int column) const
@@ -122,11 +158,11 @@ QString CurvesLegend::cell(int row, int column) const
     case Unit:
         return curve.unit;
     case Value:
-        return point == nullptr ? none : number(curve.scale.shown(point->mean));
+        return point == nullptr ? none : number(curve.scale.shown(point->mean), valueDigits);
     case Least:
-        return point == nullptr ? none : number(curve.scale.shown(point->least));
+        return point == nullptr ? none : number(curve.scale.shown(point->least), valueDigits);
     case Most:
-        return point == nullptr ? none : number(curve.scale.shown(point->most));
+        return point == nullptr ? none : number(curve.scale.shown(point->most), valueDigits);
     case Time:
         return point == nullptr         ? none
                : isOfDays(curve)        ? QDateTime::fromMSecsSinceEpoch(point->at).toString(shownDayForm)
@@ -134,9 +170,7 @@ QString CurvesLegend::cell(int row, int column) const
                                         : wallClockText(point->at);
     case Rise: {
         const std::optional<double> rise = m_rises.value(row);
-        constexpr int digits = 3;
-        return !rise ? none
-                     : (*rise > 0 ? QStringLiteral("+") : QString()) + m_locale.toString(*rise, 'g', digits);
+        return !rise ? none : (*rise > 0 ? QStringLiteral("+") : QString()) + number(*rise, riseDigits);
     }
     default:
         return {};
@@ -153,7 +187,9 @@ QVariant CurvesLegend::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return cell(index.row(), index.column());
     case Qt::ToolTipRole:
-        return index.column() == Name ? QVariant(curve.series.name()) : QVariant();
+        return index.column() == Name   ? QVariant(curve.series.name())
+               : index.column() == Rise ? QVariant(riseDescription())
+                                        : QVariant();
     case Qt::DecorationRole:
         return index.column() == Name ? QVariant(legendSample(curve)) : QVariant();
     case Qt::CheckStateRole:
@@ -178,13 +214,36 @@ QVariant CurvesLegend::headerData(int section, Qt::Orientation orientation, int 
                         Qt::AlignVCenter);
     }
     if (role == Qt::ToolTipRole && section == Rise) {
-        return isPerDay() ? tr("By how much the values rise in a day, over the time that is shown")
-                          : tr("By how much the values rise in an hour, over the time that is shown");
+        return riseDescription();
     }
-    if (role != Qt::DisplayRole) {
-        return {};
-    }
-    switch (section) {
+    return role == Qt::DisplayRole ? QVariant(title(section)) : QVariant();
+}
+
+/// A rise is nothing without the time that it is of.
+QString CurvesLegend::riseTitle() const
+{
+    const QString length = lengthText(m_riseRange.length(), m_locale);
+    return (isPerDay() ? tr("Rise per day") : tr("Rise per hour")) + u'\n' +
+           (m_moment ? tr("%1 at the cursor").arg(length) : tr("over %1").arg(length));
+}
+
+QString CurvesLegend::riseDescription() const
+{
+    const auto text = [](qint64 at) { return QDateTime::fromMSecsSinceEpoch(at).toString(shownMinuteForm); };
+    const QString words =
+        isPerDay()
+            ? tr("By how much the values rise in a day: the slope of the straight line that is nearest "
+                 "to those from %1 to %2. It is of the time around the cursor, or of all that is shown; "
+                 "of the same time for all curves.")
+            : tr("By how much the values rise in an hour: the slope of the straight line that is "
+                 "nearest to those from %1 to %2. It is of the time around the cursor, or of all that "
+                 "is shown; of the same time for all curves.");
+    return words.arg(text(m_riseRange.from), text(m_riseRange.to));
+}
+
+QString CurvesLegend::title(int column) const
+{
+    switch (column) {
     case Name:
         return tr("Curve");
     case Value:
@@ -198,7 +257,7 @@ QVariant CurvesLegend::headerData(int section, Qt::Orientation orientation, int 
     case Time:
         return tr("Time");
     default:
-        return isPerDay() ? tr("Rise per day") : tr("Rise per hour");
+        return riseTitle();
     }
 }
 

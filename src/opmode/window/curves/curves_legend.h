@@ -18,7 +18,7 @@ public:
 
     /// The series in their order; `hidden` are those of them that are not drawn.
     void setCurves(const QList<ShownCurve> &curves, const QList<SeriesId> &hidden);
-    /// Without a moment the last values in the time that is shown.
+    /// Without a moment the last values in the time that is shown, and its rise.
     void setMoment(std::optional<qint64> moment, const CurveRange &range);
     void setLocale(const QLocale &locale);
 
@@ -29,6 +29,8 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
+    /// What stands above a column, in one line or two.
+    QString title(int column) const;
     /// A cell's text; those of the values without a point are dashes.
     QString cell(int row, int column) const;
 
@@ -38,12 +40,16 @@ Q_SIGNALS:
 
 private:
     const CurvePoint *pointOf(const ShownCurve &curve) const;
-    QString number(double value) const;
+    QString number(double value, int digits) const;
     bool isPerDay() const;
+    void measureRises();
+    QString riseTitle() const;
+    QString riseDescription() const;
 
     QList<ShownCurve> m_curves;
     QList<SeriesId> m_hidden;
     QList<std::optional<double>> m_rises; ///< in an hour or a day
+    CurveRange m_riseRange;               ///< in which they were found
     std::optional<qint64> m_moment;
     CurveRange m_range;
     QLocale m_locale;

@@ -159,6 +159,7 @@ QWidget *CurvesPage::createPlot()
     m_list->installEventFilter(this);
     m_list->header()->setStretchLastSection(false);
     m_list->header()->setHighlightSections(false);
+    m_list->setTextElideMode(Qt::ElideMiddle); // of "station – input" both
     constexpr int lowestList = 110;
     m_list->setMinimumHeight(lowestList);
     return card;
@@ -226,6 +227,18 @@ void CurvesPage::connectParts()
         m_isRestored = false;
         m_stationsTimer->start();
     });
+    connect(m_list->header(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
+        if (!m_isFitting && width > 0) {
+            m_chosenWidths[column] = width;
+            if (column != CurvesLegend::Name) {
+                widenNames();
+            }
+        }
+    });
+    connect(m_list->header(), &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
+        m_chosenWidths.remove(column);
+        fitColumns(true);
+    });
     auto *remove = new QAction(this);
     remove->setObjectName(QStringLiteral("mnu_curves_remove"));
     remove->setShortcut(QKeySequence::Delete);
@@ -268,36 +281,46 @@ void CurvesPage::applyTexts()
     m_list->actions().at(0)->setText(tr("Remove from the curves"));
     m_list->actions().at(1)->setText(tr("Remove all"));
     Q_EMIT m_legend->headerDataChanged(Qt::Horizontal, 0, CurvesLegend::ColumnCount - 1);
-    setColumnWidths();
+    fitColumns(true);
     seriesChanged();
 }
 
-void CurvesPage::setColumnWidths()
+/// Values are whole. Columns do not get narrower while one looks on, unless they are made anew; what the user
+/// drew them to stays.
+void CurvesPage::fitColumns(bool anew)
 {
+    const QScopedValueRollback fitting(m_isFitting, true);
     constexpr int room = 20;
     const QFontMetrics metrics(m_list->font());
+    const auto widthOf = [&metrics](const QString &text) { return metrics.size(0, text).width(); };
     const HistoryLevel level = levelOf(m_range->range());
-    const QString longestTime = level == HistoryLevel::Day   ? QStringLiteral("00.00.0000")
-                                : level == HistoryLevel::Raw ? QStringLiteral("00.00.0000 00:00:00")
-                                                             : QStringLiteral("00.00.0000 00:00");
+    const QString usualTime = level == HistoryLevel::Day   ? QStringLiteral("00.00.0000")
+                              : level == HistoryLevel::Raw ? QStringLiteral("00.00.0000 00:00:00")
+                                                           : QStringLiteral("00.00.0000 00:00");
     for (int column = CurvesLegend::Value; column < CurvesLegend::ColumnCount; ++column) {
-        const QString title = m_legend->headerData(column, Qt::Horizontal).toString();
-        const QString longest = column == CurvesLegend::Time   ? longestTime
-                                : column == CurvesLegend::Unit ? QStringLiteral("m³/h")
-                                                               : QStringLiteral("-00000,0");
-        m_list->header()->resizeSection(
-            column, qMax(metrics.horizontalAdvance(title), metrics.horizontalAdvance(longest)) + room);
+        const QString usual = column == CurvesLegend::Time   ? usualTime
+                              : column == CurvesLegend::Unit ? QStringLiteral("m³/h")
+                                                             : QStringLiteral("-00,000");
+        int width = qMax(widthOf(m_legend->title(column)), widthOf(usual));
+        for (int row = 0; row < m_legend->rowCount(); ++row) {
+            width = qMax(width, widthOf(m_legend->cell(row, column)));
+        }
+        const int before = anew || m_list->isColumnHidden(column) ? 0 : m_list->columnWidth(column);
+        m_list->header()->resizeSection(column, m_chosenWidths.value(column, qMax(before, width + room)));
     }
     widenNames();
 }
 
-/// They have what the other columns leave.
+/// They have what the other columns leave, unless the user wants it otherwise.
 void CurvesPage::widenNames()
 {
-    constexpr int least = 170;
+    const QScopedValueRollback fitting(m_isFitting, true);
+    constexpr int least = 110;
     const QHeaderView &header = *m_list->header();
     const int others = header.length() - header.sectionSize(CurvesLegend::Name);
-    m_list->header()->resizeSection(CurvesLegend::Name, qMax(least, m_list->viewport()->width() - others));
+    m_list->header()->resizeSection(
+        CurvesLegend::Name,
+        m_chosenWidths.value(CurvesLegend::Name, qMax(least, m_list->viewport()->width() - others)));
 }
 
 // Which curves there are
@@ -398,7 +421,7 @@ void CurvesPage::add(const QList<SeriesId> &series)
             ++slot;
         }
         if (slot > mostSeries) {
-            left += describedSeries(mode(), id, 0).name();
+            left += describedSeries(mode(), id, 0, locale()).name();
             continue;
         }
         m_slots.insert(slot, id);
@@ -488,7 +511,7 @@ QList<ShownCurve> CurvesPage::shownCurves() const
 {
     QList<ShownCurve> curves;
     for (const SeriesId &id : m_series) {
-        curves += ShownCurve{describedSeries(mode(), id, m_slots.key(id)), m_store.points(id)};
+        curves += ShownCurve{describedSeries(mode(), id, m_slots.key(id), locale()), m_store.points(id)};
     }
     const auto chosen = static_cast<CurveForm>(m_form->currentIndex());
     QList<CurveSeries> measured;
@@ -539,14 +562,19 @@ void CurvesPage::draw()
     shown.axes = axesOf(described);
     shown.marks = m_store.marks();
     shown.hasLimits = !isNormalised && m_form->currentIndex() == static_cast<int>(CurveForm::Measured);
+    m_legend->setMoment(m_canvas->cursor(), m_range->range());
     m_legend->setCurves(curves, m_hidden);
     const HistoryLevel level = levelOf(m_range->range());
     if (level != m_level) {
         m_level = level;
         const bool isRaw = level == HistoryLevel::Raw;
+        m_isFitting = true;
         m_list->setColumnHidden(CurvesLegend::Least, isRaw); // they are the value
         m_list->setColumnHidden(CurvesLegend::Most, isRaw);
-        setColumnWidths();
+        m_isFitting = false;
+        fitColumns(true);
+    } else {
+        fitColumns(false);
     }
     m_canvas->show(shown, m_range->range());
     tellState();
@@ -555,6 +583,7 @@ void CurvesPage::draw()
 void CurvesPage::tellCursor()
 {
     m_legend->setMoment(m_canvas->cursor(), m_range->range());
+    fitColumns(false);
     tellState();
 }
 
@@ -645,7 +674,7 @@ void CurvesPage::saveTable()
     }
     QList<ShownCurve> curves = shownCurves();
     curves.removeIf([this](const ShownCurve &each) { return m_hidden.contains(each.series.id); });
-    const Status written = replaceFile(path, curvesCsv(curves, m_range->range(), locale()), Readers::AsUsual);
+    const Status written = replaceFile(path, curvesCsv(curves, m_range->range()), Readers::AsUsual);
     Q_EMIT statusMessage(written ? tr("Saved: %1").arg(path) : written.message());
 }
 
@@ -679,7 +708,7 @@ void CurvesPage::changeEvent(QEvent *event)
         m_legend->setLocale(locale());
         draw();
     } else if (event->type() == QEvent::FontChange) {
-        setColumnWidths();
+        fitColumns(true);
     }
     OpmodePage::changeEvent(event);
 }

@@ -66,7 +66,7 @@ private:
     void draw();
     void tellState();
     void tellCursor();
-    void setColumnWidths();
+    void fitColumns(bool anew);
     void widenNames();
     QString title() const;
     void savePicture();
@@ -81,6 +81,8 @@ private:
     QMap<int, SeriesId> m_away; ///< of removed stations that can be brought back, by their place
     bool m_isRestored = false;
     std::optional<HistoryLevel> m_level; ///< that the list's columns are made for
+    QHash<int, int> m_chosenWidths;      ///< of the list's columns that the user drew to them
+    bool m_isFitting = false;            ///< a column's new width is no user's
     qint64 m_readAt = 0;                 ///< when it was read anew, while it follows
     QTimer *m_follow;
     QTimer *m_stationsTimer;

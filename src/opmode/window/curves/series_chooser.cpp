@@ -5,6 +5,7 @@
 #include "opmode/window/curves/series_drag.h"
 #include "opmode/window/input_caption.h"
 
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -49,7 +50,12 @@ SeriesChooser::SeriesChooser(const OperationalMode &mode, ChannelsOf channelsOf,
             Q_EMIT chosen({keyOf(*item), channelOf(*item)}, item->checkState(0) == Qt::Checked);
         }
     });
-    connect(m_search, &QLineEdit::textChanged, this, &SeriesChooser::filter);
+    connect(m_search, &QLineEdit::textChanged, this, [this] {
+        filter();
+        openSingleHit();
+    });
+    m_search->installEventFilter(this);
+    m_list->installEventFilter(this);
     new SeriesDrag(*m_list, [this](const QModelIndex &index) {
         const QString key = index.data(keyRole).toString();
         const int channel = index.data(channelRole).toInt();
@@ -63,8 +69,9 @@ void SeriesChooser::applyTexts()
 {
     m_search->setPlaceholderText(tr("Find a station or an input"));
     m_search->setAccessibleName(m_search->placeholderText());
+    m_search->setToolTip(tr("Down goes into the list; Enter chooses the only input that is found"));
     m_list->setAccessibleName(tr("Inputs to draw"));
-    m_list->setToolTip(tr("Open a station to see its inputs with values; the space bar chooses"));
+    m_list->setToolTip(tr("Open a station to see its inputs with values; the space bar or Enter chooses"));
 }
 
 void SeriesChooser::setFocusOnSearch()
@@ -190,6 +197,93 @@ void SeriesChooser::filter()
         }
         station.setHidden(!isStation && !hasInput);
     }
+}
+
+/// The only station that was found shows its inputs.
+void SeriesChooser::openSingleHit()
+{
+    QTreeWidgetItem *hit = nullptr;
+    for (int row = 0; row < m_list->topLevelItemCount(); ++row) {
+        QTreeWidgetItem *station = m_list->topLevelItem(row);
+        if (station->isHidden()) {
+            continue;
+        }
+        if (hit != nullptr) {
+            return;
+        }
+        hit = station;
+    }
+    if (hit != nullptr && !m_search->text().trimmed().isEmpty()) {
+        hit->setExpanded(true); // it is filled by that
+    }
+}
+
+/// Those of open stations that the search leaves.
+QList<QTreeWidgetItem *> SeriesChooser::shownInputs() const
+{
+    QList<QTreeWidgetItem *> inputs;
+    for (int row = 0; row < m_list->topLevelItemCount(); ++row) {
+        const QTreeWidgetItem *station = m_list->topLevelItem(row);
+        for (int child = 0; child < station->childCount() && station->isExpanded(); ++child) {
+            QTreeWidgetItem *input = station->child(child);
+            if (!station->isHidden() && !input->isHidden() && channelOf(*input) > 0) {
+                inputs += input;
+            }
+        }
+    }
+    return inputs;
+}
+
+/// To the first input that is found, or else to the first station.
+bool SeriesChooser::goIntoList()
+{
+    const QList<QTreeWidgetItem *> inputs =
+        m_search->text().trimmed().isEmpty() ? QList<QTreeWidgetItem *>() : shownInputs();
+    QTreeWidgetItem *wanted = inputs.value(0);
+    for (int row = 0; wanted == nullptr && row < m_list->topLevelItemCount(); ++row) {
+        QTreeWidgetItem *station = m_list->topLevelItem(row);
+        wanted = station->isHidden() ? nullptr : station;
+    }
+    if (wanted != nullptr) { // otherwise nothing is found
+        m_list->setCurrentItem(wanted);
+        m_list->scrollToItem(wanted);
+        m_list->setFocus(Qt::OtherFocusReason);
+    }
+    return true;
+}
+
+/// An input is chosen, or no longer; a station is opened or closed.
+bool SeriesChooser::press(QTreeWidgetItem *item)
+{
+    if (item == nullptr || item->isHidden()) {
+        return false;
+    }
+    if (channelOf(*item) > 0) {
+        item->setCheckState(0, item->checkState(0) == Qt::Checked ? Qt::Unchecked : Qt::Checked);
+    } else if (item->parent() == nullptr) {
+        item->setExpanded(!item->isExpanded());
+    }
+    return true;
+}
+
+bool SeriesChooser::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() != QEvent::KeyPress) {
+        return QWidget::eventFilter(watched, event);
+    }
+    const int key = static_cast<const QKeyEvent *>(event)->key();
+    const bool isEnter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (watched == m_list) {
+        return isEnter && press(m_list->currentItem());
+    }
+    if (key == Qt::Key_Down) {
+        return goIntoList();
+    }
+    if (!isEnter) {
+        return false;
+    }
+    const QList<QTreeWidgetItem *> inputs = shownInputs();
+    return inputs.size() == 1 ? press(inputs.first()) : goIntoList();
 }
 
 } // namespace ktr

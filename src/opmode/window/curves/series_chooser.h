@@ -31,11 +31,18 @@ public:
 Q_SIGNALS:
     void chosen(const ktr::SeriesId &series, bool isChosen);
 
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
 private:
     void fill(QTreeWidgetItem *station);
     void addInputs(const QString &kennung, const QList<int> &channels);
     void addInput(QTreeWidgetItem &station, int channel);
     void filter();
+    void openSingleHit();
+    QList<QTreeWidgetItem *> shownInputs() const;
+    bool goIntoList();
+    bool press(QTreeWidgetItem *item);
     void tick();
     QTreeWidgetItem *itemOf(const QString &kennung) const;
 

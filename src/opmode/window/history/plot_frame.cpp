@@ -13,6 +13,11 @@ constexpr int laneHeight = 26;
 
 } // namespace
 
+QString shortened(const QString &name, qsizetype longest)
+{
+    return name.size() <= longest ? name : firstCharacters(name, longest - 1).trimmed() + u'…';
+}
+
 PlotFrame::PlotFrame(QCustomPlot &plot, Qt::TimeSpec times)
     : m_values(plot.axisRect()), m_lanes(new QCPAxisRect(&plot))
 {
@@ -63,10 +68,9 @@ void PlotFrame::placeLanes(const QList<PlotLane> &lanes, bool alone)
     const double whole = laneStep * double(lanes.size());
     const QSharedPointer<QCPAxisTickerText> names(new QCPAxisTickerText);
     double bottom = whole;
-    constexpr qsizetype longestLane = 20; // or the curves would have no room
     for (const PlotLane &lane : lanes) {
         bottom -= laneStep;
-        names->addTick(bottom + laneStep / 2, firstCharacters(lane.name, longestLane));
+        names->addTick(bottom + laneStep / 2, shortened(lane.name, PlotLane::longest));
         lane.axis->setRange(-bottom - 0.3, whole - bottom - 0.3);
     }
     m_lanes->axis(QCPAxis::atLeft)->setTicker(names);

@@ -10,8 +10,12 @@ namespace ktr {
 struct PlotLane
 {
     QCPAxis *axis;
-    QString name;
+    QString name;                            ///< of so many characters at most, or its end is left out
+    static constexpr qsizetype longest = 24; ///< or the curves would have no room
 };
+
+/// A name with "…" for what is left out of it.
+QString shortened(const QString &name, qsizetype longest);
 
 /// The two parts of a plot over one time: values above, and lanes of steps below.
 class PlotFrame

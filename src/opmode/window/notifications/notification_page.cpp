@@ -36,7 +36,6 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
                                    QWidget *parent)
     : OpmodePage(mode, texts, parent),
       m_acknowledging(acknowledging),
-      m_locale(locale),
       m_model(new NotificationModel(mode.tree(), timers, locale, this)),
       m_table(named<QTableView>(QStringLiteral("Tbl_meldung"), this)),
       m_activity(new ViewActivity(*m_table, [] { return false; })),
@@ -65,6 +64,7 @@ NotificationPage::NotificationPage(OperationalMode &mode, const TextTable &texts
 
     connect(m_oneStation, &QRadioButton::toggled, this, &NotificationPage::choose);
     connect(m_onlyUnacknowledged, &QCheckBox::toggled, this, &NotificationPage::choose);
+    goDownInto(*m_filter, *m_table);
     connect(m_filter, &QLineEdit::textChanged, this, &NotificationPage::choose);
     connect(m_accept, &QPushButton::clicked, this, &NotificationPage::acknowledgeSelected);
     connect(m_acceptAll, &QPushButton::clicked, this,
@@ -321,7 +321,7 @@ void NotificationPage::refresh()
         count == 0 || !hasRoom
             ? QString()
             : tr("Listed: %1, %2: %3")
-                  .arg(m_locale.toString(count), text(Text::NotAcknowledged), m_locale.toString(open)));
+                  .arg(locale().toString(count), text(Text::NotAcknowledged), locale().toString(open)));
     const bool isFiltered = !m_model->choice().filter.isEmpty() || m_model->choice().onlyUnacknowledged;
     m_empty->setVisible(count == 0);
     m_empty->setText(kennung().isEmpty() && !m_allStations->isChecked()

@@ -59,7 +59,6 @@ private:
     void removeSelected();
 
     Acknowledging &m_acknowledging;
-    QLocale m_locale;
     NotificationModel *m_model;
     QGridLayout *m_choice = nullptr; ///< in one row or in two
     QWidget *m_scope = nullptr;

@@ -173,6 +173,7 @@ void FindPage::setUpTable()
     m_order->setSortCaseSensitivity(Qt::CaseInsensitive);
     m_table->setModel(m_order);
     setUpRows(*m_table);
+    goDownInto(*m_text, *m_table);
     QHeaderView *header = m_table->horizontalHeader();
     header->setSortIndicatorClearable(true); // a third click restores the order of time
     header->setSortIndicator(-1, Qt::AscendingOrder);

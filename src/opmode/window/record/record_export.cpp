@@ -10,16 +10,6 @@ constexpr int linesOfAPiece = 1000;
 
 } // namespace
 
-QByteArray csvLine(const QStringList &cells)
-{
-    QStringList quoted;
-    quoted.reserve(cells.size());
-    for (const QString &cell : cells) {
-        quoted += csvCell(cell);
-    }
-    return quoted.join(u';').toUtf8() + "\r\n";
-}
-
 RecordExport::RecordExport(const QString &recordPath, RecordSearch search, RecordStations stations,
                            QObject *parent)
     : QObject(parent), m_search(std::move(search)), m_stations(std::move(stations)), m_queries(recordPath)

@@ -40,7 +40,4 @@ private:
     RecordQueries m_queries; // the last member: nothing arrives when the others are gone
 };
 
-/// A line of such a table.
-QByteArray csvLine(const QStringList &cells);
-
 } // namespace ktr

@@ -1,6 +1,5 @@
 #include "opmode/window/record/report_output.h"
 
-#include "opmode/window/record/record_export.h"
 #include "platform/csv.h"
 
 #include <QAbstractTextDocumentLayout>
