@@ -83,8 +83,9 @@ class Program:
             shutil.copy(texts, own)
         with open(os.path.join(own, "nodes.xml"), "w", encoding="utf-8") as file:
             file.write(list_of_stations())
-        self.process = subprocess.Popen([os.path.join(own, os.path.basename(program)), "-english"],
-                                        stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.said = os.path.join(folder, "said")
+        with open(self.said, "wb") as said:
+            self.process = subprocess.Popen([os.path.join(own, os.path.basename(program)), "-english"], stdout=said, stderr=said)
         self.problems = []
         self.seen = 0
 
@@ -103,8 +104,10 @@ class Program:
     def wait(self, what, condition):
         end = time.monotonic() + PATIENCE
         while time.monotonic() < end:
-            if self.process.poll() is not None:
-                raise Failure("the program ended while it was waited for: " + what)
+            if (code := self.process.poll()) is not None:
+                with open(self.said, encoding="utf-8", errors="replace") as said:
+                    last = said.read()[-2000:]
+                raise Failure(f"the program ended with {code} while it was waited for: {what}\n{last}")
             try:
                 if (found := condition()):
                     return found

@@ -970,11 +970,13 @@ private Q_SLOTS:
         QVERIFY(second.mode->open(second.path, OperationalMode::Use::Look));
         second.mode->setOperator(QStringLiteral("Ada"));
         const auto comesTrue = [&](const std::function<bool()> &what) {
-            return QTest::qWaitFor([&] {
-                first.timers.advance(RequestDesk::period);
-                second.timers.advance(ListFollower::period);
-                return first.mode->keepsChanges() && what();
-            });
+            return QTest::qWaitFor(
+                [&] {
+                    first.timers.advance(RequestDesk::period);
+                    second.timers.advance(ListFollower::period);
+                    return first.mode->keepsChanges() && what();
+                },
+                60'000);
         };
         const QString secondKey = QString(alarmKey).replace(QStringLiteral("DI1"), QStringLiteral("DI2"));
         QVERIFY(second.mode->acknowledge({second.node(alarmKey)}) && second.isRed(alarmKey));

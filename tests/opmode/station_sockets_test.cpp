@@ -125,7 +125,9 @@ private Q_SLOTS:
             watched->station.connectStation();
             watched->module.await();
         }
-        owner.during = [&] { QVERIFY(QTest::qWaitFor([&] { return owner.messages.contains("1: --> d"); })); };
+        owner.during = [&] {
+            QVERIFY(QTest::qWaitFor([&] { return owner.messages.contains("1: --> d"); }, 60'000));
+        };
         for (const char *text : {"a\x1A", "b\x1A", "c\x1A"}) {
             all[0]->say(text);
         }

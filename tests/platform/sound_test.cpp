@@ -77,7 +77,7 @@ private:
         QString told;
         Sound sound(m_timers, "alarm", wav);
         sound.play([&told](const SoundOutcome &outcome) { told = textOf(outcome); });
-        (void)QTest::qWaitFor([&told] { return !told.isEmpty(); });
+        (void)QTest::qWaitFor([&told] { return !told.isEmpty(); }, 60'000);
         return told;
     }
 

@@ -1,4 +1,6 @@
 // What most tests include; compiled once for all of them.
+#include "patience.h"
+
 #include <QtCore/QDateTime>
 #include <QtCore/QDir>
 #include <QtCore/QLocale>

@@ -403,7 +403,7 @@ private Q_SLOTS:
         QTRY_VERIFY(isSeen("A/meldung/+4917012345 --> M,Pump 1 on"));
         const auto pointAt = [this](const QPoint &place) {
             QTest::mouseMove(m_window->windowHandle(), m_window->mapFromGlobal(place));
-            return QTest::qWaitFor([this] { return tree()->underMouse(); });
+            return QTest::qWaitFor([this] { return tree()->underMouse(); }, 60'000);
         };
         auto *rest = tree()->findChild<QTimer *>("Timer_rest");
         QVERIFY(pointAt(placeOf("A"))); // nor below it, as long as the mouse was moved just now
@@ -734,17 +734,19 @@ private:
     void answerMessage(const QString &file = "nodes.xml")
     {
         QPointer<QWidget> box;
-        QVERIFY(QTest::qWaitFor([&box] {
-            for (QWidget *window : QApplication::topLevelWidgets()) {
-                if (window->objectName() == "Dialog" && window->isVisible()) {
-                    box = window;
+        QVERIFY(QTest::qWaitFor(
+            [&box] {
+                for (QWidget *window : QApplication::topLevelWidgets()) {
+                    if (window->objectName() == "Dialog" && window->isVisible()) {
+                        box = window;
+                    }
                 }
-            }
-            return !box.isNull();
-        }));
+                return !box.isNull();
+            },
+            60'000));
         QVERIFY(box->accessibleName().contains(path(file)));
         press(box, "OKButton");
-        QVERIFY(QTest::qWaitFor([&box] { return box.isNull(); }));
+        QVERIFY(QTest::qWaitFor([&box] { return box.isNull(); }, 60'000));
     }
     QString path(const QString &name) const { return m_folder->filePath(name); }
 
@@ -807,7 +809,7 @@ private:
     {
         auto *timer = m_window->findChild<QTimer *>("Timer_doView");
         QSignalSpy turns(timer, &QTimer::timeout);
-        return QTest::qWaitFor([&] { return turns.size() >= count; });
+        return QTest::qWaitFor([&] { return turns.size() >= count; }, 60'000);
     }
     StationTreeView *tree() const { return m_window->findChild<StationTreeView *>(); }
     QLineEdit *field(const char *name) const { return m_window->findChild<QLineEdit *>(name); }
