@@ -138,12 +138,12 @@ QString withoutIndex(const QString &objectName)
 QString helpAnchor(const QWidget *widget, const ManualTexts &manual)
 {
     for (; widget != nullptr; widget = widget->parentWidget()) {
-        const QString name = withoutIndex(widget->objectName());
+        QString name = withoutIndex(widget->objectName());
         if (!name.isEmpty() && manual.has(name)) {
             return name;
         }
         const auto *strip = qobject_cast<const QTabWidget *>(widget);
-        const QString place = strip != nullptr ? presentPage(*strip) : placeNamed(name);
+        QString place = strip != nullptr ? presentPage(*strip) : placeNamed(name);
         if (!place.isEmpty()) {
             return place;
         }

@@ -48,16 +48,18 @@ QIcon lineIcon(const QList<QPolygonF> &lines)
 }
 QIcon backIcon()
 {
-    return lineIcon({QPolygonF({{5, 12}, {19, 12}}), QPolygonF({{11, 6}, {5, 12}, {11, 18}})});
+    return lineIcon({QPolygonF(QList<QPointF>{{5, 12}, {19, 12}}),
+                     QPolygonF(QList<QPointF>{{11, 6}, {5, 12}, {11, 18}})});
 }
 QIcon forwardIcon()
 {
-    return lineIcon({QPolygonF({{5, 12}, {19, 12}}), QPolygonF({{13, 6}, {19, 12}, {13, 18}})});
+    return lineIcon({QPolygonF(QList<QPointF>{{5, 12}, {19, 12}}),
+                     QPolygonF(QList<QPointF>{{13, 6}, {19, 12}, {13, 18}})});
 }
 QIcon houseIcon()
 {
-    return lineIcon(
-        {QPolygonF({{4, 12}, {12, 5}, {20, 12}}), QPolygonF({{6, 11}, {6, 19}, {18, 19}, {18, 11}})});
+    return lineIcon({QPolygonF(QList<QPointF>{{4, 12}, {12, 5}, {20, 12}}),
+                     QPolygonF(QList<QPointF>{{6, 11}, {6, 19}, {18, 19}, {18, 11}})});
 }
 
 } // namespace

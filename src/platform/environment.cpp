@@ -52,7 +52,7 @@ QString userName()
 
 QString deliveredFile(const QString &name)
 {
-    const QString own = joinPath(programFolder(), name);
+    QString own = joinPath(programFolder(), name);
     if (QFileInfo::exists(own)) {
         return own;
     }

@@ -33,12 +33,12 @@ QString shownBeside(const OverviewModel &model, const QStringList &stations)
     }
     const auto stays = [&](const QString &key) { return !key.isEmpty() && !going.contains(key); };
     for (int row = last + 1; row < model.rowCount(); ++row) {
-        if (const QString key = keyAt(model, row); stays(key)) {
+        if (QString key = keyAt(model, row); stays(key)) {
             return key;
         }
     }
     for (int row = last; row >= 0; --row) {
-        if (const QString key = keyAt(model, row); stays(key)) {
+        if (QString key = keyAt(model, row); stays(key)) {
             return key;
         }
     }
