@@ -6640,6 +6640,10 @@ Turm</translation>
         <source>The KTRconfig that was open already was closed; this one takes its place.</source>
         <translation>Das schon geöffnete KTRconfig wurde geschlossen; dieses tritt an seine Stelle.</translation>
     </message>
+    <message>
+        <source>There are no texts of the language &quot;%1&quot;</source>
+        <translation>Es gibt keine Texte der Sprache „%1“</translation>
+    </message>
 </context>
 <context>
     <name>ktr::QualityBars</name>

@@ -38,6 +38,18 @@ bool InterfaceLanguage::useAdded(const QString &code)
     return true;
 }
 
+QString InterfaceLanguage::nameOf(const QString &called) const
+{
+    for (const auto &[code, name] :
+         {std::pair(QLatin1String("en"), englishLanguage), std::pair(QLatin1String("de"), germanLanguage)}) {
+        if (called.compare(code, Qt::CaseInsensitive) == 0 ||
+            called.compare(name, Qt::CaseInsensitive) == 0) {
+            return name;
+        }
+    }
+    return addedLanguage(called, m_programFolder) ? called : QString();
+}
+
 void InterfaceLanguage::use(const QString &language)
 {
     if (useAdded(language)) {

@@ -61,10 +61,14 @@ void ProgramStart::begin(const CommandLine &options)
     languageSetting();
     const bool isCorrupt = MRegistry::lastError() == MRegistry::Error::Corrupt;
     const QString kept = languageAtStart(); // this write moves damaged settings aside
-    m_language.use(!options.language.isEmpty() ? options.language
-                   : options.german            ? QString(germanLanguage)
-                   : options.english           ? QString(englishLanguage)
-                                               : kept);
+    const QString named = m_language.nameOf(options.language);
+    m_language.use(!named.isEmpty()  ? named
+                   : options.german  ? QString(germanLanguage)
+                   : options.english ? QString(englishLanguage)
+                                     : kept);
+    if (named.isEmpty() && !options.language.isEmpty()) {
+        m_settingsTroubles += tr("There are no texts of the language \"%1\"").arg(options.language);
+    }
     if (isCorrupt) {
         m_settingsTroubles +=
             tr("The settings could not be read; they are kept under another name beside the new ones");

@@ -1,6 +1,7 @@
 #include "editor/entry_chooser.h"
 
 #include "editor/entry_model.h"
+#include "look/list_views.h"
 #include "platform/text_rules.h"
 
 #include <QAction>
@@ -137,7 +138,7 @@ void EntryChooser::choose(int first, int count)
 void EntryChooser::addEntryActions(const QList<QAction *> &actions)
 {
     m_overview->addActions(actions);
-    m_overview->setContextMenuPolicy(Qt::ActionsContextMenu);
+    offerActions(*m_overview);
     m_scrollBar->addActions(actions);
 }
 

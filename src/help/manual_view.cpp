@@ -114,6 +114,7 @@ void ManualView::showMarkdown(const QString &markdown)
     anew->setDefaultFont(font());
     anew->setDocumentMargin(margin);
     fillManualDocument(*anew, markdown, m_texts, palette());
+    setExtraSelections({}); // they point into the document that goes
     setDocument(anew);
     delete m_document;
     m_document = anew;

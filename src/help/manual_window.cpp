@@ -230,12 +230,14 @@ void ManualWindow::showPlace(const QString &anchor, QWidget *asker)
 {
     appear(asker);
     visit(m_manual->has(anchor) ? anchor : m_manual->chapters().value(0));
+    m_view->setFocus(Qt::OtherFocusReason); // whose keys turn the pages
 }
 
 void ManualWindow::showChanges(QWidget *asker)
 {
     appear(asker);
     visit(changesPlace);
+    m_view->setFocus(Qt::OtherFocusReason);
 }
 
 /// A window that lets no other be used lets those through that belong to it.

@@ -6,9 +6,12 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QEvent>
+#include <QFocusEvent>
 #include <QHeaderView>
+#include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPointer>
 #include <QTableView>
 
@@ -97,11 +100,52 @@ private:
     QPointer<QAbstractItemView> m_list;
 };
 
+class Arrival : public QObject
+{
+public:
+    using QObject::QObject;
+
+protected:
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        auto *list = qobject_cast<QAbstractItemView *>(watched);
+        if (list != nullptr && event->type() == QEvent::FocusIn && list->selectionModel() != nullptr &&
+            !list->selectionModel()->hasSelection()) {
+            const auto reason = static_cast<const QFocusEvent *>(event)->reason();
+            const QModelIndex present = list->currentIndex();
+            const QModelIndex wanted = present.isValid() ? present : firstLine(*list);
+            const bool isByKey = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+                                 reason == Qt::ShortcutFocusReason;
+            if (isByKey && wanted.isValid()) {
+                list->selectionModel()->setCurrentIndex(wanted, QItemSelectionModel::ClearAndSelect |
+                                                                    QItemSelectionModel::Rows);
+            }
+        }
+        return QObject::eventFilter(watched, event);
+    }
+};
+
 } // namespace
 
 void goDownInto(QLineEdit &search, QAbstractItemView &list)
 {
     new WayDown(search, list); // a child of it
+}
+
+void chooseOnArrival(QAbstractItemView &list)
+{
+    list.installEventFilter(new Arrival(&list));
+}
+
+void offerActions(QAbstractItemView &list)
+{
+    list.setContextMenuPolicy(Qt::CustomContextMenu);
+    QObject::connect(&list, &QWidget::customContextMenuRequested, &list, [&list](const QPoint &place) {
+        auto *menu = new QMenu(&list);
+        menu->setAttribute(Qt::WA_DeleteOnClose);
+        menu->addActions(list.actions());
+        menu->popup(list.viewport()->mapToGlobal(place));
+    });
 }
 
 QLineEdit *searchField(const QString &name, QWidget *parent)

@@ -23,6 +23,13 @@ QLineEdit *searchField(const QString &name, QWidget *parent);
 /// Lets Down go from a search into the list of what it found: to its current line, or the first one.
 void goDownInto(QLineEdit &search, QAbstractItemView &list);
 
+/// Lets a list that is come to by keys have a chosen line, so that its keys act on what has the focus.
+void chooseOnArrival(QAbstractItemView &list);
+
+/// Offers the actions of a list in a menu of its own. The toolkit's own way waits in an event loop until the
+/// menu is closed, and crashes when the window goes meanwhile.
+void offerActions(QAbstractItemView &list);
+
 /// Sets up a table or tree whose lines are chosen as a whole and are not edited.
 void setUpLines(QAbstractItemView &view);
 /// The same for a table. All its rows have one height: measuring each of 100,000 would take longer than

@@ -25,6 +25,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -199,6 +200,16 @@ private Q_SLOTS:
         QVERIFY(found->item(0)->text().startsWith("Hysteresis"));
         found->setCurrentRow(0);
         QCOMPARE(manual->place(), u"Txt_gw_hysterese"_s);
+        for (const char *words :
+             {"a", "alarm", "PUK", "SMS", "port"}) { // what is marked goes with its chapter
+            search->setText(words);
+            for (int row = 0; row < found->count(); ++row) {
+                found->setCurrentRow(row);
+                manual->grab();
+            }
+            QTest::keyClick(manual, Qt::Key_Left, Qt::AltModifier);
+            manual->grab();
+        }
         search->setText("no such words anywhere");
         QCOMPARE(found->count(), 1); // says so
         QTest::keyClick(search, Qt::Key_Escape);
@@ -217,6 +228,17 @@ private Q_SLOTS:
         const QString title = ManualTexts::in("de").part("commands")->title;
         QVERIFY(manual->findChild<ManualView *>()->toPlainText().startsWith(title));
         QVERIFY(title != ManualTexts::in("en").part("commands")->title);
+    }
+
+    void aLanguageMayBeNamedByItsCode()
+    {
+        start({"-language", "de"});
+        QVERIFY(m_window->findChild<QMenuBar *>()->actions().constFirst()->text().contains("Datei"));
+        start({"-language", "EN"});
+        QVERIFY(m_window->findChild<QMenuBar *>()->actions().constFirst()->text().contains("File"));
+        start({"-language", "xx"});
+        QVERIFY(m_window->findChild<QMenuBar *>()->actions().constFirst()->text().contains("File"));
+        QVERIFY(m_window->findChild<QLabel *>("lbl_event")->toolTip().contains("\"xx\""));
     }
 
     void aWindowThatAsksLetsTheManualBeUsed()

@@ -135,7 +135,8 @@ void AlarmListPage::setUpList()
     m_list->setSortingEnabled(true);
     m_list->addActions({m_actions[Acknowledge], m_actions[EditComment], m_actions[Shelve],
                         m_actions[Unshelve], m_actions[GoTo]});
-    m_list->setContextMenuPolicy(Qt::ActionsContextMenu);
+    offerActions(*m_list);
+    chooseOnArrival(*m_list);
     m_list->installEventFilter(this);
     m_list->viewport()->setMouseTracking(true);
     m_list->viewport()->installEventFilter(this);

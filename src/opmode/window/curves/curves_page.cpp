@@ -248,7 +248,7 @@ void CurvesPage::connectParts()
     removeAll->setObjectName(QStringLiteral("mnu_curves_remove_all"));
     connect(removeAll, &QAction::triggered, this, [this] { this->remove(m_series); });
     m_list->addActions({remove, removeAll});
-    m_list->setContextMenuPolicy(Qt::ActionsContextMenu);
+    offerActions(*m_list);
 }
 
 void CurvesPage::applyTexts()

@@ -123,7 +123,7 @@ QWidget *HistoryPage::createContent()
     m_copy->setShortcutContext(Qt::WidgetShortcut);
     m_remove->setObjectName(QStringLiteral("mnu_history_remove"));
     m_table->addActions({m_copy, m_remove});
-    m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
+    offerActions(*m_table);
 
     m_plot->setObjectName(QStringLiteral("Plot_history"));
     m_inputs->setObjectName(QStringLiteral("List_history_inputs"));

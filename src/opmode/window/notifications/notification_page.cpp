@@ -159,7 +159,8 @@ void NotificationPage::setUpMenu()
     m_remove->setObjectName(QStringLiteral("mnu_meldung_remove"));
     connect(m_remove, &QAction::triggered, this, &NotificationPage::removeSelected);
     m_table->addActions({m_menu[2], m_menu[1], m_menu[0], m_remove});
-    m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
+    offerActions(*m_table);
+    chooseOnArrival(*m_table);
 }
 
 void NotificationPage::applyTexts()

@@ -187,7 +187,8 @@ void FindPage::setUpTable()
     connect(m_show, &QAction::triggered, this, &FindPage::showInTree);
     connect(m_copy, &QAction::triggered, this, &FindPage::copySelected);
     m_table->addActions({m_show, m_copy});
-    m_table->setContextMenuPolicy(Qt::ActionsContextMenu);
+    offerActions(*m_table);
+    chooseOnArrival(*m_table);
     connect(m_showButton, &QPushButton::clicked, m_show, &QAction::trigger);
     connect(m_table, &QTableView::doubleClicked, this, &FindPage::showInTree);
     const QItemSelectionModel *selection = m_table->selectionModel();
