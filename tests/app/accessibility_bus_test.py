@@ -43,7 +43,8 @@ def outside(program):
         return SKIPPED
     with tempfile.TemporaryDirectory() as folder:
         reader, writer = os.pipe()
-        display = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-screen", "0", "1280x900x24", "-nolisten", "tcp"],
+        # Whoever comes just after the first client has left would find a server that begins anew.
+        display = subprocess.Popen(["Xvfb", "-displayfd", str(writer), "-noreset", "-screen", "0", "1280x900x24", "-nolisten", "tcp"],
                                    pass_fds=[writer], stderr=subprocess.DEVNULL)
         os.close(writer)
         try:
