@@ -25,8 +25,8 @@ public:
     /// their own; English, which is built in, where the file lacks it.
     void use(const QString &language);
 
-    /// The name by which use() takes what a user calls a language: "de" and "deutsch", "en" and "english", the
-    /// code of an added one. Empty for any other.
+    /// The name by which use() takes what a user calls a language: "de" and "deutsch", "en" and "english",
+    /// the code of an added one. Empty for any other.
     QString nameOf(const QString &called) const;
 
     /// Says that texts are missing, if they are, in a box that the program does not wait for, and not before

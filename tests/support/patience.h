@@ -1,6 +1,7 @@
 #pragma once
 
-// What a test waits for comes at once or not at all; the toolkit's five seconds are too few on a busy machine.
+// What a test waits for comes at once or not at all; the toolkit's five seconds are too few on a busy
+// machine.
 
 #include <QtTest/QTest>
 

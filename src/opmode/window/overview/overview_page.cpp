@@ -410,7 +410,8 @@ void OverviewPage::showUrgent()
 {
     constexpr int mostRows = 3;
     const bool isOnWall = m_view->isOnWall();
-    const bool isLaidOut = window()->height() >= screen()->size().height(); // and no longer that of the window
+    const bool isLaidOut =
+        window()->height() >= screen()->size().height(); // and no longer that of the window
     if (isOnWall && isLaidOut && m_model.order() == OverviewModel::Order::Group && !m_view->showsAll()) {
         m_model.setOrder(OverviewModel::Order::Newest); // headings would leave no room for all
     }
