@@ -174,10 +174,18 @@ void Forwarder::look()
     pump();
 }
 
+/// A target that is new to a list of this keeper's own gets what happens from here on: what happens while
+/// another thread asks for the record's end would be left out.
 void Forwarder::begin()
 {
     m_queries = std::make_unique<RecordQueries>(m_mode.recordPath());
     m_queries->setFoundDamage([this] { m_mode.mendRecord(); });
+    if (m_leases == nullptr) {
+        RecordReader reader(m_mode.recordPath());
+        if (ForwardPosition end; ForwardReading::end(reader, end)) {
+            takeUp(end);
+        }
+    }
 }
 
 /// A target that the record does not know gets what happens from now on. A record of which the end was lost
@@ -194,11 +202,15 @@ void Forwarder::takeUp(ForwardPosition end)
     const ForwardPosition known{position(eventSetting(m_options.target), eventMember, end.event),
                                 position(alarmSetting(m_options.target), alarmMember, end.change)};
     if (known.event > end.event || known.change > end.change) {
-        Q_EMIT leftOut(QStringLiteral("%1: it has got events up to %2, and the record ends at %3: forwarding "
-                                      "goes on behind that")
-                           .arg(m_options.target.name())
-                           .arg(known.event)
-                           .arg(end.event));
+        const QString what =
+            QStringLiteral("%1: it has got events up to %2, and the record ends at %3: forwarding "
+                           "goes on behind that")
+                .arg(m_options.target.name())
+                .arg(known.event)
+                .arg(end.event);
+        // Whoever makes this is told, too.
+        QMetaObject::invokeMethod(
+            this, [this, what] { Q_EMIT leftOut(what); }, Qt::QueuedConnection);
     }
     m_confirmed = {std::min(known.event, end.event), std::min(known.change, end.change)};
     m_lastEvent = end.event;
@@ -206,6 +218,10 @@ void Forwarder::takeUp(ForwardPosition end)
     m_read = m_confirmed;
     m_isBegun = true;
     note();
+    if (m_leases == nullptr && m_line.isConnected()) { // alarms got their numbers meanwhile
+        tellStanding();
+    }
+    pump();
 }
 
 void Forwarder::readMore()
@@ -276,7 +292,9 @@ void Forwarder::pump()
 
 std::optional<ForwardItem> Forwarder::next()
 {
-    if (std::exchange(m_isKeeperDue, false)) {
+    // Whoever hears that it watches may rely on what follows.
+    if (m_isKeeperDue && (m_isBegun || !m_mode.record().isOpen())) {
+        m_isKeeperDue = false;
         return ForwardItem{{m_topics.keeper(), keeperJson(QStringLiteral("watching")), true}};
     }
     if (std::optional<ForwardItem> state = nextState()) {
@@ -349,11 +367,16 @@ void Forwarder::onConnected()
     }
     m_states.clear();
     m_mode.stations().forEach([this](const cStation &station) { m_changed.insert(station.kennung()); });
+    tellStanding();
+    pump();
+}
+
+void Forwarder::tellStanding()
+{
     m_standing.clear();
     for (const auto &[id, alarm] : m_mode.alarms().standing()) {
         m_standing.push_back(id);
     }
-    pump();
 }
 
 void Forwarder::onConfirmed(const QList<quint64> &tags)

@@ -86,6 +86,7 @@ private:
     std::optional<ForwardItem> nextState();
     std::optional<ForwardItem> nextStanding();
     void onConnected();
+    void tellStanding();
     void onConfirmed(const QList<quint64> &tags);
     void onLost(const QString &why);
     void setTrouble(const QString &trouble);

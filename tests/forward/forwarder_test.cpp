@@ -154,6 +154,35 @@ private Q_SLOTS:
             member(listener.payloads(events).last(), "text").endsWith(QLatin1String("M,behind it")), 30'000);
     }
 
+    /// Also what happens before the first look at the record.
+    void aNewTargetGetsWhatHappensFromItsStart()
+    {
+        needBroker();
+        MqttBroker broker;
+        broker.start();
+        MqttListener listener(broker.port);
+        QTRY_VERIFY_WITH_TIMEOUT(listener.isListening(), 30'000);
+        KeptStations list(m_folder->path());
+        list.add(QStringLiteral("S"));
+        list.say(0, "M,before it");
+        const auto isOnDisk = [&list] { return list.mode->record().waitingCount() == 0; };
+        QTRY_VERIFY_WITH_TIMEOUT(isOnDisk(), 30'000);
+        Forwarder forwarder(*list.mode, list.timers, {target(broker.port)});
+        list.say(0, "M,Alarm DI1 fail");
+        // In the record before anything of the event loop's came to the forwarder.
+        const auto alarmsOnDisk = [&list] {
+            qint64 change = 0;
+            RecordReader reader(list.mode->recordPath());
+            return reader.lastAlarmChange(change) ? change : 0;
+        };
+        QVERIFY(list.mode->record().writer().flushNow());
+        QVERIFY(alarmsOnDisk() > 0);
+        QTRY_COMPARE_WITH_TIMEOUT(listener.payloads(topic("stations/S/alarms")).size(), 1, 30'000);
+        QVERIFY(std::ranges::none_of(listener.payloads(topic("stations/S/events")), [](const auto &json) {
+            return member(json, "text").endsWith(QLatin1String("before it"));
+        }));
+    }
+
     void nothingIsLostWhileTheBrokerIsAway()
     {
         needBroker();
