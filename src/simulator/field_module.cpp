@@ -21,7 +21,7 @@ FieldModule::FieldModule(const FieldModuleOptions &options, Send send, Now now, 
       m_send(std::move(send)),
       m_now(std::move(now)),
       m_told(std::move(told)),
-      m_texts(options.seed),
+      m_texts(options.seed, options.language),
       m_random(chanceFrom(~options.seed)),
       m_number(QStringLiteral("+49170%1").arg(options.seed % 10'000'000, 7, 10, QLatin1Char('0')))
 {

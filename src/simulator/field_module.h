@@ -16,6 +16,7 @@ struct FieldModuleOptions
     /// It has no modem of its own, and numbers its texts: each is said again until the program has answered
     /// it.
     bool isCounted = false;
+    FieldLanguage language = FieldLanguage::German;
 };
 
 /// A module in operation. It has no clock and no socket: its owner passes on what arrives and wakes it when

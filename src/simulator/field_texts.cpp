@@ -3,6 +3,7 @@
 #include "config/channels.h"
 
 #include <array>
+#include <span>
 
 namespace ktr {
 
@@ -30,6 +31,25 @@ constexpr std::array alarms = {
     Alarm{u"Trübung über Grenzwert fail", u"Trübung wieder unter Grenzwert"},
 };
 
+constexpr std::array englishAlarms = {
+    Alarm{u"Alarm DI1 fail", u"DI1 ok"},
+    Alarm{u"Fault of pump 1 fail", u"Pump 1 runs again"},
+    Alarm{u"Fault of pump 2 fail", u"Pump 2 runs again"},
+    Alarm{u"High water in the retention basin fail", u"Retention basin level normal"},
+    Alarm{u"Mains failure, on battery, fail", u"Mains back"},
+    Alarm{u"Pressure of the southern line too low, fail", u"Pressure of the southern line ok"},
+    Alarm{u"Level too high, overflow, fail", u"Level normal"},
+    Alarm{u"Cabinet temperature above 45 °C, fail", u"Cabinet temperature ok"},
+    Alarm{u"Dry run protection pump 2 fail", u"Dry run protection pump 2 ok"},
+    Alarm{u"Turbidity above its limit fail", u"Turbidity below its limit again"},
+};
+
+constexpr std::array englishNotes = {
+    u"Cabinet door opened", u"Cabinet door closed", u"Pump 1 on",
+    u"Pump 1 off",          u"Pump 2 started",      u"Weekly test run ended",
+    u"Service on site",     u"Gate valve A open",   u"Daily report: no faults",
+};
+
 constexpr std::array notes = {
     u"Tür Schaltschrank geöffnet",
     u"Tür Schaltschrank geschlossen",
@@ -41,6 +61,18 @@ constexpr std::array notes = {
     u"Schieber A auf",
     u"Tagesmeldung: keine Störungen",
 };
+
+std::span<const Alarm> alarmsIn(FieldLanguage language)
+{
+    return language == FieldLanguage::English ? std::span<const Alarm>(englishAlarms)
+                                              : std::span<const Alarm>(alarms);
+}
+
+std::span<const char16_t *const> notesIn(FieldLanguage language)
+{
+    return language == FieldLanguage::English ? std::span<const char16_t *const>(englishNotes)
+                                              : std::span<const char16_t *const>(notes);
+}
 
 } // namespace
 
@@ -74,15 +106,17 @@ QStringList FieldTexts::history(const QDateTime &now, int hours) const
 
 QString FieldTexts::notification(const QDateTime &now)
 {
+    const auto known = alarmsIn(m_language);
+    const auto said = notesIn(m_language);
     const char16_t *what = nullptr;
     if (m_alarm >= 0 && chance(3) == 0) {
-        what = alarms[static_cast<std::size_t>(m_alarm)].good;
+        what = known[static_cast<std::size_t>(m_alarm)].good;
         m_alarm = -1;
     } else if (m_alarm < 0 && chance(3) == 0) {
-        m_alarm = chance(static_cast<int>(alarms.size()));
-        what = alarms[static_cast<std::size_t>(m_alarm)].bad;
+        m_alarm = chance(static_cast<int>(known.size()));
+        what = known[static_cast<std::size_t>(m_alarm)].bad;
     } else {
-        what = notes[static_cast<std::size_t>(chance(static_cast<int>(notes.size())))];
+        what = said[static_cast<std::size_t>(chance(static_cast<int>(said.size())))];
     }
     // With its time, since a text that was there before is no new notification.
     return QLatin1String("M,") + QString::fromUtf16(what) + now.toString(QStringLiteral(" (dd.MM. HH:mm)"));

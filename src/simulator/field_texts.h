@@ -15,12 +15,17 @@ inline std::minstd_rand chanceFrom(quint32 seed)
     return std::minstd_rand(mixed);
 }
 
+/// In which language notifications, and the names of a fleet's stations, are written.
+enum class FieldLanguage { German, English };
+
 /// The SMS texts that a module in the field has to send: reports of its values and its archive, alarms and
 /// the good messages after them.
 class FieldTexts
 {
 public:
-    explicit FieldTexts(quint32 seed) : m_values(seed), m_random(chanceFrom(seed)) {}
+    explicit FieldTexts(quint32 seed, FieldLanguage language = FieldLanguage::German)
+        : m_values(seed), m_random(chanceFrom(seed)), m_language(language)
+    {}
 
     /// All eighteen values: "R,v1,...,v18".
     QString allValues(const QDateTime &now) const { return QLatin1String("R,") + m_values.allValues(now); }
@@ -41,6 +46,7 @@ private:
 
     FieldValues m_values;
     std::minstd_rand m_random;
+    FieldLanguage m_language;
     int m_alarm = -1; ///< which one stands
 };
 

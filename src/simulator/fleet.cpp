@@ -15,6 +15,13 @@ constexpr std::array kinds = {u"Pumpwerk",    u"Hochbehälter", u"Regenüberlauf
 constexpr std::array places = {u"Nord",   u"Süd",  u"Mühlbach", u"Am Wehr",         u"Oberdorf", u"Bahnhof",
                                u"Talweg", u"Höhe", u"West",     u"Industriegebiet", u"Unterdorf"};
 
+constexpr std::array englishKinds = {u"Pumping station", u"Elevated tank",   u"Stormwater tank",
+                                     u"Deep well",       u"Treatment plant", u"Valve chamber"};
+constexpr std::array englishPlaces = {u"North",       u"South",           u"Millbrook",   u"At the Weir",
+                                      u"Upper Green", u"Station Road",    u"Valley Road", u"Hilltop",
+                                      u"West",        u"Industrial Park", u"Lower Green"};
+static_assert(englishKinds.size() == kinds.size() && englishPlaces.size() == places.size());
+
 constexpr Milliseconds never = Milliseconds::max();
 
 QString textOf(const FleetSockets::Program &program)
@@ -36,15 +43,17 @@ QString Fleet::address(int module, const QString &network)
         .arg(module % addressesOfABlock + 1);
 }
 
-QString Fleet::name(int module)
+QString Fleet::name(int module, FieldLanguage language)
 {
     // The numbers of kinds and places have no common divisor, so that all pairs come.
     static_assert(std::gcd(kinds.size(), places.size()) == 1);
     const auto number = static_cast<std::size_t>(module);
-    const QString kind = QString::fromUtf16(kinds[number % kinds.size()]);
+    const bool isEnglish = language == FieldLanguage::English;
+    const QString kind = QString::fromUtf16((isEnglish ? englishKinds : kinds)[number % kinds.size()]);
     const bool isNamed = number < kinds.size() * places.size();
     return kind + u' ' +
-           (isNamed ? QString::fromUtf16(places[number % places.size()]) : QString::number(module + 1));
+           (isNamed ? QString::fromUtf16((isEnglish ? englishPlaces : places)[number % places.size()])
+                    : QString::number(module + 1));
 }
 
 Milliseconds Fleet::livelyInterval(int modules)
@@ -71,8 +80,9 @@ Fleet::Fleet(IoThread &io, Timers &timers, const FleetOptions &options, QueuedCa
     const auto send = [this](const QByteArray &datagram) { m_toProgram.send(datagram); };
     for (int module = 0; module < options.modules; ++module) {
         const quint32 seed = options.seed * 10'007 + static_cast<quint32>(module);
-        m_modules.emplace_back(FieldModuleOptions{seed, options.every, bool(m_options.ledger)}, send, now,
-                               toldOf(module));
+        m_modules.emplace_back(
+            FieldModuleOptions{seed, options.every, bool(m_options.ledger), options.language}, send, now,
+            toldOf(module));
     }
     m_programs.resize(m_modules.size());
     m_dueAt.assign(m_modules.size(), never);

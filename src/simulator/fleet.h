@@ -20,6 +20,7 @@ struct FleetOptions
     int silent = 0;        ///< so many, the last ones, never answer
     DatagramFaults faults; ///< of all modules together; none is overtaken
     quint32 seed = 1;
+    FieldLanguage language = FieldLanguage::German;
     /// Is told what happens to each module, whose texts then are counted.
     std::function<void(int module, QLatin1String what, const QString &text)> ledger;
 };
@@ -30,8 +31,8 @@ class Fleet
 public:
     /// 127.0.1.1 for module 0, then counting up without .0 and .255; or likewise in another network.
     static QString address(int module, const QString &network = FleetOptions().network);
-    /// "Pumpwerk Nord", ..., with a number once the names are used up.
-    static QString name(int module);
+    /// "Pumpwerk Nord" or "Pumping station North", ..., with a number once the names are used up.
+    static QString name(int module, FieldLanguage language = FieldLanguage::German);
     /// From one dialogue of a module to the next so that few modules are lively and many are bearable: 2 s,
     /// and 50 dialogues a second of all together.
     static Milliseconds livelyInterval(int modules);
