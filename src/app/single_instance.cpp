@@ -83,6 +83,18 @@ bool SingleInstance::claim()
     return true;
 }
 
+void SingleInstance::bringToFront(const QString &name)
+{
+    for (const QString &each : socketNames(name)) {
+        QLocalSocket other;
+        other.connectToServer(each);
+        if (other.waitForConnected(connectMs)) {
+            other.write(frontRequest);
+            other.waitForBytesWritten(connectMs);
+        }
+    }
+}
+
 void SingleInstance::passOver()
 {
     forgetOther();

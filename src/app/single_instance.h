@@ -49,6 +49,9 @@ public:
         QObject *parent = nullptr);
     ~SingleInstance() override;
 
+    /// Asks whoever listens under a name to show its windows.
+    static void bringToFront(const QString &name);
+
     /// Starts to listen. False when another instance is there; this one is then connected to it. True as well
     /// when listening is impossible: the program runs without it. Takes up to a second when others start at
     /// the same time, otherwise up to 200 ms.

@@ -12,34 +12,35 @@
 
 namespace ktr {
 
-namespace {
-
-bool isPrivate(const QString &folder)
+bool isPrivateFolder(const QString &path)
 {
     struct stat found = {};
-    return !folder.isEmpty() && ::lstat(QFile::encodeName(folder).constData(), &found) == 0 &&
+    return !path.isEmpty() && ::lstat(QFile::encodeName(path).constData(), &found) == 0 &&
            S_ISDIR(found.st_mode) && found.st_uid == ::geteuid() &&
            (found.st_mode & (S_IRWXG | S_IRWXO)) == 0;
 }
 
-} // namespace
-
 QString privateFolder()
 {
     QString folder = qEnvironmentVariable("XDG_RUNTIME_DIR");
-    if (!isPrivate(folder)) {
+    if (!isPrivateFolder(folder)) {
         folder = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation) +
                  QLatin1String("/KTRconfig");
         QDir().mkpath(folder);
         ::chmod(QFile::encodeName(folder).constData(), S_IRWXU);
     }
-    return isPrivate(folder) ? folder : QString();
+    return isPrivateFolder(folder) ? folder : QString();
 }
 
 QString privateSocketName(const QString &name)
 {
     const QString folder = privateFolder();
     return folder.isEmpty() ? QString() : QString(folder + u'/' + name);
+}
+
+QString socketNameIn(const QString &folder, const QString &name)
+{
+    return folder + u'/' + name;
 }
 
 QString newSocketName(const QString &name)

@@ -1,8 +1,24 @@
 #include "platform/instances.h"
+#include "platform/private_folder.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 #include <windows.h>
 
 namespace ktr {
+
+/// Folders for what is temporary are each user's own here.
+bool isPrivateFolder(const QString &path)
+{
+    const QFileInfo found(path);
+    return found.isDir() && !found.isSymLink() && !found.isJunction();
+}
+
+QString socketNameIn(const QString &folder, const QString &name)
+{
+    return QDir(folder).dirName() + u'-' + name;
+}
 
 QString privateSocketName(const QString &name)
 {

@@ -46,6 +46,10 @@ Error lastError();
 /// keeps no file: there the current user's root becomes a key that is named after it.
 void setRegistryFile(const QString &path, Milliseconds lockWait = std::chrono::seconds(5));
 
+/// Removes what was kept in place of such a file by a system with a registry of its own. Elsewhere the file
+/// is its owner's to remove.
+void forgetRegistryFile(const QString &path);
+
 /// Whether something that is no file stands where the registry or its lock has to be; the failure names it.
 Status checkPlace();
 

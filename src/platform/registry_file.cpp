@@ -193,6 +193,8 @@ void MRegistry::setRegistryFile(const QString &path, Milliseconds lockWait)
     chosenPlace() = {path, lockWait};
 }
 
+void MRegistry::forgetRegistryFile(const QString &) {}
+
 Status MRegistry::checkPlace()
 {
     const Place place = presentPlace();

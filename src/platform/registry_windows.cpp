@@ -20,6 +20,12 @@ HKEY systemRoot(quint32 root)
     return reinterpret_cast<HKEY>(static_cast<qintptr>(static_cast<qint32>(root)));
 }
 
+/// The key that holds what another registry than the user's would.
+QString standInFor(const QString &path)
+{
+    return QLatin1String("Software\\KTRconfig\\Registries\\") + QString(path).replace(u'\\', u'/');
+}
+
 /// A key as long as it is needed.
 class OpenKey
 {
@@ -67,10 +73,16 @@ void MRegistry::setRegistryFile(const QString &path, Milliseconds)
     ::RegOverridePredefKey(user, nullptr);
     if (!path.isEmpty()) {
         OpenKey standIn;
-        const QString name = QString(path).replace(u'\\', u'/');
-        standIn.create(GetRootKey(QStringLiteral("hkey_current_user")),
-                       QLatin1String("Software\\KTRconfig\\Registries\\") + name);
+        standIn.create(GetRootKey(QStringLiteral("hkey_current_user")), standInFor(path));
         ::RegOverridePredefKey(user, standIn.handle());
+    }
+}
+
+void MRegistry::forgetRegistryFile(const QString &path)
+{
+    if (!path.isEmpty()) {
+        ::RegDeleteTreeA(systemRoot(GetRootKey(QStringLiteral("hkey_current_user"))),
+                         systemText(standInFor(path)).constData());
     }
 }
 
