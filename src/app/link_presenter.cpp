@@ -267,6 +267,7 @@ void LinkPresenter::attach(TestPage &page)
     connect(&m_waiting, &WaitingCommand::sent, &page, &TestPage::clearInput);
     connect(&page, &TestPage::answerWantedChanged, &m_transmitter, &Transmitter::setAnswer);
     page.setIdle(!m_transmitter.isTransmitting());
+    page.setAnswerWanted(m_confirmsAtFirst);
 }
 
 void LinkPresenter::attach(ConnectionPage &page)
@@ -543,7 +544,8 @@ void LinkPresenter::transmitBy(
     m_gate(
         [this, start] {
             if (hasLine()) { // it may have gone meanwhile
-                start(m_document.configuration(), m_test != nullptr && m_test->answerWanted());
+                start(m_document.configuration(),
+                      m_test != nullptr ? m_test->answerWanted() : m_confirmsAtFirst);
             }
         },
         version);

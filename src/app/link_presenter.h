@@ -54,6 +54,8 @@ public:
     /// told, or has to tell; nothing while that is not known.
     using Gate = std::function<void(std::function<void()> go, const std::optional<QString> &version)>;
     void setGate(Gate gate) { m_gate = std::move(gate); }
+    /// The choice whether the module confirms each command is "yes" until the user changes it.
+    void confirmFromTheBeginning() { m_confirmsAtFirst = true; }
     /// Transmits the configuration, as soon as the module reads its SMS.
     void transmit();
     /// The same without what a module holds already that tells this version (see Transmitter).
@@ -138,6 +140,7 @@ private:
     ReplyHandler m_replies;
     bool m_hasTold = false;      ///< the module that talks now has told its version, or was given it
     bool m_isRestartDue = false; ///< it was given one, and starts anew
+    bool m_confirmsAtFirst = false;
     Gate m_gate = [](const std::function<void()> &go, const std::optional<QString> &) { go(); };
     std::function<QString()> m_stateText; ///< returns the state of the transmission in the present language
     QString m_stateLine;                  ///< the same as it was shown last

@@ -171,6 +171,11 @@ void TestPage::setIdle(bool idle)
     m_send->setEnabled(idle);
 }
 
+void TestPage::setAnswerWanted(bool wanted)
+{
+    m_answer->setChecked(wanted);
+}
+
 bool TestPage::answerWanted() const
 {
     return m_answer->isChecked();

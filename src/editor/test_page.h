@@ -22,6 +22,7 @@ public:
 
     /// The module is to answer each command.
     bool answerWanted() const;
+    void setAnswerWanted(bool wanted);
 
     /// Offers to hide the log, which without this is always shown.
     void showDebugOption();
