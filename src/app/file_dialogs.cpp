@@ -4,6 +4,7 @@
 #include "platform/settings_store.h"
 #include "platform/text_rules.h"
 
+#include <QDir>
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -121,6 +122,18 @@ QString FileDialogs::waitForHelper()
     return answer.contains(endMark) ? answer.chopped(1) : QString();
 }
 
+/// The first that is there; else the user's documents.
+QString FileDialogs::startFolder(const QStringList &wanted) const
+{
+    for (const QString &folder :
+         wanted + QStringList{QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)}) {
+        if (!folder.isEmpty() && QFileInfo(folder).isDir() && !m_isAvoided(folder)) {
+            return folder;
+        }
+    }
+    return QDir::homePath();
+}
+
 QString FileDialogs::askInProcess(Purpose purpose, const QString &proposedName, const QString &filter,
                                   const QString &presentFile)
 {
@@ -129,11 +142,8 @@ QString FileDialogs::askInProcess(Purpose purpose, const QString &proposedName, 
     dialog->setObjectName(helperName);
     dialog->setNameFilters(filters.filters);
     const QFileInfo present(presentFile.isEmpty() ? m_currentFile : presentFile);
-    const QString exported = purpose == Purpose::Export ? exportFolder() : QString();
-    dialog->setDirectory(!exported.isEmpty() ? exported
-                         : present.filePath().isEmpty()
-                             ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
-                             : present.absolutePath());
+    dialog->setDirectory(startFolder({purpose == Purpose::Export ? exportFolder() : QString(),
+                                      present.filePath().isEmpty() ? QString() : present.absolutePath()}));
     if (purpose != Purpose::Open) {
         dialog->setAcceptMode(QFileDialog::AcceptSave);
         dialog->setDefaultSuffix(filters.suffix);

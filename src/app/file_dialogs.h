@@ -5,6 +5,9 @@
 #include <QStringList>
 #include <QWidget>
 
+#include <functional>
+#include <utility>
+
 namespace ktr {
 
 /// Asks the user for file names: with the program `CommonDialog` if there is one in the program folder,
@@ -23,6 +26,12 @@ public:
     /// is none.
     void setCurrentFile(const QString &path) { m_currentFile = path.isEmpty() ? m_currentFile : path; }
 
+    /// Folders in which no in-process dialog starts.
+    void setAvoided(std::function<bool(const QString &folder)> isAvoided)
+    {
+        m_isAvoided = std::move(isAvoided);
+    }
+
     /// In-process, a name typed without a suffix gets that of the pattern, and the user is asked before a
     /// file is replaced; where there is a present file, its folder and its name are proposed. For what is no
     /// configuration it starts in the folder where such a file was saved last, by whatever window.
@@ -40,12 +49,14 @@ private:
     QString ask(Purpose purpose, const QString &proposedName, const QString &filter,
                 const QString &presentFile);
     QString waitForHelper();
+    QString startFolder(const QStringList &wanted) const;
     QString askInProcess(Purpose purpose, const QString &proposedName, const QString &filter,
                          const QString &presentFile);
 
     QPointer<QWidget> m_parent;
     QString m_programFolder;
     QString m_currentFile;
+    std::function<bool(const QString &)> m_isAvoided = [](const QString &) { return false; };
     bool m_busy = false;
 };
 
