@@ -2538,6 +2538,13 @@
     </message>
 </context>
 <context>
+    <name>TrialRun</name>
+    <message>
+        <source>No address of this machine is free for them at the port %1. Another program may use that port. (%2)</source>
+        <translation>Am Port %1 ist keine Adresse dieses Rechners für sie frei. Ein anderes Programm benutzt diesen Port vielleicht. (%2)</translation>
+    </message>
+</context>
+<context>
     <name>ValueAge</name>
     <message>
         <source>now</source>
@@ -8387,25 +8394,48 @@ Turm</translation>
     </message>
 </context>
 <context>
+    <name>ktr::TrialConduct</name>
+    <message>
+        <source>What you have edited goes with the trial, unless you save it to a file of your own.</source>
+        <translation>Was Sie bearbeitet haben, verschwindet mit dem Probelauf, wenn Sie es nicht in eine eigene Datei speichern.</translation>
+    </message>
+    <message>
+        <source>Save as...</source>
+        <translation>Speichern unter...</translation>
+    </message>
+    <message>
+        <source>End the trial</source>
+        <translation>Probelauf beenden</translation>
+    </message>
+    <message>
+        <source>Stay</source>
+        <translation>Bleiben</translation>
+    </message>
+</context>
+<context>
     <name>ktr::TrialLauncher</name>
     <message>
         <source>It is open already, in a window of its own</source>
         <translation>Es ist schon offen, in einem eigenen Fenster</translation>
     </message>
     <message>
-        <source>There is no folder for a trial: %1</source>
-        <translation>Zum Ausprobieren gibt es keinen Ordner: %1</translation>
+        <source>The trial could not be started: %1</source>
+        <translation>Der Probelauf konnte nicht gestartet werden: %1</translation>
     </message>
     <message>
-        <source>The trial could not be started: %1</source>
-        <translation>Das Ausprobieren konnte nicht gestartet werden: %1</translation>
+        <source>There is no trial, since its files have no place: %1</source>
+        <translation>Der Probelauf beginnt nicht, denn für seine Dateien ist kein Platz: %1</translation>
+    </message>
+    <message>
+        <source>The trial ended by itself, which it should not. It can be started again; your own files and settings are as they were.</source>
+        <translation>Der Probelauf ist von selbst zu Ende gegangen, was er nicht sollte. Er kann neu gestartet werden; Ihre eigenen Dateien und Einstellungen sind unverändert.</translation>
     </message>
 </context>
 <context>
     <name>ktr::TrialNotice</name>
     <message>
         <source>Trial</source>
-        <translation>Ausprobieren</translation>
+        <translation>Probelauf</translation>
     </message>
     <message>
         <source>These stations are virtual modules inside this program.</source>
@@ -8422,6 +8452,10 @@ Turm</translation>
     <message>
         <source>The virtual modules do not work: %1</source>
         <translation>Die virtuellen Module arbeiten nicht: %1</translation>
+    </message>
+    <message>
+        <source>Nothing of this window is kept, unless you save the configuration to a file of your own.</source>
+        <translation>Nichts aus diesem Fenster bleibt, wenn Sie die Konfiguration nicht in eine eigene Datei speichern.</translation>
     </message>
 </context>
 <context>
@@ -8588,6 +8622,10 @@ Turm</translation>
     <message>
         <source>This page comes once. The menu Help brings it back.</source>
         <translation>Diese Seite kommt einmal. Das Menü Hilfe holt sie zurück.</translation>
+    </message>
+    <message>
+        <source>Language:</source>
+        <translation>Sprache:</translation>
     </message>
 </context>
 <context>

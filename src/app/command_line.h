@@ -36,6 +36,9 @@ struct CommandLine
     /// There is more than one word after "-load"; together they are one name.
     bool loadTakesSeveralWords = false;
 
+    /// Whether a file, a record or the operational mode is asked for.
+    bool namesWork() const { return operationalMode || load || !record.isEmpty() || !bareFileName.isEmpty(); }
+
     static CommandLine parse(const QStringList &arguments);
 
     /// The arguments without the toolkit's own options, which it would remove when it starts.

@@ -1,5 +1,6 @@
 #include "app/file_commands.h"
 
+#include "app/trial/trial_files.h"
 #include "look/program_name.h"
 #include "platform/files.h"
 #include "platform/settings_store.h"
@@ -91,6 +92,12 @@ FileCommands::FileCommands(QWidget &window, Document &document, EditHistory &his
             [this](const QString &fileName) { m_dialogs.setCurrentFile(fileName); });
 }
 
+void FileCommands::setTrial(const TrialFiles *trial)
+{
+    m_trial = trial;
+    m_dialogs.setAvoided([trial](const QString &folder) { return trial->isInside(folder); });
+}
+
 QStringList FileCommands::folders() const
 {
     QStringList folders;
@@ -148,10 +155,7 @@ void FileCommands::saveBeside(const QString &presentFile)
         return;
     }
     QString backup;
-    Status saved = m_document.backUp(backup);
-    if (saved) {
-        saved = m_document.save();
-    }
+    const Status saved = writePresent(backup);
     if (!saved) {
         m_failure = m_texts.text(Text::SavingFailed) + u": " + saved.message();
         Q_EMIT statusMessage(m_failure);
@@ -166,6 +170,26 @@ void FileCommands::saveBeside(const QString &presentFile)
                                   : tr("Saved: %1. What stood there before is kept in %2")
                                         .arg(m_document.fileName(), m_backup.second));
     addRecent();
+}
+
+Status FileCommands::writePresent(QString &backup)
+{
+    const QString log = m_document.configuration().info.logFile;
+    const QString archive = m_document.configuration().info.historyExportFile;
+    if (m_trial != nullptr) {
+        m_document.adjust([this](Configuration &written) { m_trial->giveBack(written); });
+    }
+    Status saved = m_document.backUp(backup);
+    if (saved) {
+        saved = m_document.save();
+    }
+    if (m_trial != nullptr) {
+        m_document.adjust([&](Configuration &shown) {
+            shown.info.logFile = log;
+            shown.info.historyExportFile = archive;
+        });
+    }
+    return saved;
 }
 
 void FileCommands::saveAs()

@@ -16,6 +16,8 @@ class QWidget;
 
 namespace ktr {
 
+class TrialFiles;
+
 /// What the file menu does with the document.
 class FileCommands : public QObject
 {
@@ -23,6 +25,10 @@ class FileCommands : public QObject
 
 public:
     FileCommands(QWidget &window, Document &document, EditHistory &history, const TextTable &texts);
+
+    /// This run is a trial: what is saved has the user's names for log and archive, and no dialog starts in
+    /// the trial's folder. It must outlive this.
+    void setTrial(const TrialFiles *trial);
 
     FileDialogs &dialogs() { return m_dialogs; }
     const QStringList &recent() const { return m_recent.names(); }
@@ -91,6 +97,7 @@ Q_SIGNALS:
 private:
     void keepLater();
     void saveBeside(const QString &presentFile);
+    Status writePresent(QString &backup);
     void reportReading(const ReadReport &report, const QString &fileName);
     void addRecent();
     void noteUnread(const QString &why);
@@ -106,6 +113,7 @@ private:
     RecentFiles m_recent;
     KeptEdits m_kept;
     DiskWatch m_disk;
+    const TrialFiles *m_trial = nullptr;
     QTimer m_keepTimer;    ///< runs from an edit until that is kept
     QString m_unread;      ///< why a file was not read that should have been
     QString m_keepFailure; ///< why edits cannot be kept, as told

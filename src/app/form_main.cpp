@@ -15,8 +15,8 @@
 #include "app/status_line.h"
 #include "app/transmission_notes.h"
 #include "app/transmission_panel.h"
+#include "app/trial/trial_conduct.h"
 #include "config/address.h"
-#include "config/configuration_file.h"
 #include "config/fields.h"
 #include "link/problems.h"
 #include "look/icons.h"
@@ -48,6 +48,17 @@ const QString geometryKey = QStringLiteral("geometry");
 const QString problemsKey = QStringLiteral("problems");
 constexpr QSize comfortableSize(1240, 760);
 constexpr qsizetype titleCharacters = 74;
+
+/// Each by its own name.
+std::vector<LanguageChoice> languageChoices(const QList<AddedLanguage> &added)
+{
+    std::vector<LanguageChoice> choices{{QStringLiteral("English"), englishLanguage},
+                                        {QStringLiteral("Deutsch"), germanLanguage}};
+    for (const AddedLanguage &language : added) {
+        choices.push_back({language.name(), language.code});
+    }
+    return choices;
+}
 
 OperationalMode::Services operationalServices(const Services &services)
 {
@@ -133,6 +144,10 @@ FormMain::FormMain(const Services &services)
     connectStart();
     connectOperationalMode();
     openHelpDesk();
+    if (m_services.trial != nullptr) {
+        m_trial = std::make_unique<TrialConduct>(TrialConduct::Parts{
+            *this, *m_services.trial, m_document, m_history, *m_files, m_link, *m_linkPresenter});
+    }
 }
 
 FormMain::~FormMain()
@@ -187,11 +202,9 @@ void FormMain::layOut()
 
 void FormMain::start(const QStringList &arguments)
 {
-    m_isAskedForNothing = arguments.isEmpty();
     m_options = CommandLine::parse(arguments);
-    m_start.begin(m_options);
-    const bool isOfRun = m_options.german || m_options.english || !m_options.language.isEmpty();
-    m_sideWindows.setLanguageOfRun(isOfRun ? m_context.language : QString());
+    m_start.begin(m_options, welcomes(), m_services.systemLanguages);
+    m_sideWindows.setLanguageOfRun(m_start.isLanguageOfRun() ? m_context.language : QString());
 }
 
 void FormMain::connectStart()
@@ -263,7 +276,7 @@ void FormMain::finishStart()
     m_link.searchOnce();
     m_document.makeNew();
     m_document.setFileName(FileCommands::lastFileName());
-    if (applyCommandLine()) {
+    if (applyCommandLine() && !(m_trial && m_trial->openPrepared())) {
         m_files->readPresent();
         m_document.setModified(false);
     }
@@ -338,12 +351,17 @@ void FormMain::closeEvent(QCloseEvent *event)
         event->ignore();
         return;
     }
+    if (m_trial && !m_trial->mayEnd()) {
+        event->ignore();
+        return;
+    }
     m_sideWindows.close();
     using Asking = OperationalModeOpener::Asking;
     if (!m_operationalMode.close(m_end.isUsersWish() ? Asking::Asks : Asking::Agreed)) {
         event->ignore();
         return;
     }
+    m_help->closeWelcome();
     m_start.stopWaiting();
     m_link.goOffline();
     m_files->askToSave();
@@ -394,12 +412,17 @@ void FormMain::connectMenu()
             [this] { m_sideWindows.showForetell(m_files->dialogs()); });
     connect(m_menu->editNames, &QAction::triggered, this, &FormMain::editNames);
     connect(m_menu->showAbout, &QAction::triggered, &m_sideWindows, &SideWindows::showAbout);
-    connect(&m_sideWindows, &SideWindows::languageChosen, this, [this](const QString &language) {
-        m_language.use(language);
-        if (languageSetting() != language) {
-            showStatus(tr("The settings cannot be written; what is chosen holds for this run"));
-        }
-    });
+    connect(&m_sideWindows, &SideWindows::languageChosen, this, &FormMain::useChosenLanguage);
+}
+
+/// It is in the settings, too, unless they cannot be written.
+void FormMain::useChosenLanguage(const QString &language)
+{
+    m_start.proposeNone();
+    m_language.use(language);
+    if (languageSetting() != language) {
+        showStatus(tr("The settings cannot be written; what is chosen holds for this run"));
+    }
 }
 
 void FormMain::compareWith(const Configuration &other, const QString &title)
@@ -681,50 +704,57 @@ void FormMain::connectOperationalMode()
 
 void FormMain::openHelpDesk()
 {
-    HelpDesk::Services services{m_texts,
-                                [this] { return m_document.configuration().info.logFile; },
-                                [this] { return m_status->lastEvent(); },
-                                [this](const QString &proposal, const QString &filter) {
-                                    return m_files->dialogs().askSave(proposal, filter);
-                                },
-                                [this](const QString &line) { showStatus(line); },
-                                [this](const QString &folder) { return prepareModuleTrial(folder); },
-                                [this] {
-                                    return QStringList{QStringLiteral("-operational"),
-                                                       QStringLiteral("-language"), m_context.language};
-                                },
-                                [this] {
-                                    m_menu->newFile->trigger();
-                                    m_tabs->goTo(
-                                        {fieldOf<GsmSettings>(&GsmSettings::stationId).control.forIndex(0)});
-                                },
-                                [this] { m_menu->loadFile->trigger(); },
-                                m_services.trialProgram,
-                                m_services.trial,
-                                m_services.trialTrouble};
+    const auto newStation = [this] {
+        m_menu->newFile->trigger();
+        m_tabs->goTo({fieldOf<GsmSettings>(&GsmSettings::stationId).control.forIndex(0)});
+    };
+    HelpDesk::Services services{
+        m_texts,
+        [this] { return m_document.configuration().info.logFile; },
+        [this] { return m_status->lastEvent(); },
+        [this](const QString &proposal, const QString &filter) {
+            return m_files->dialogs().askSave(proposal, filter);
+        },
+        [this](const QString &line) { showStatus(line); },
+        [this](const QString &folder) {
+            return TrialConduct::prepare(folder, m_document.configuration(), m_services.environment);
+        },
+        newStation,
+        [this] { m_menu->loadFile->trigger(); },
+        [this] { return m_context.language; },
+        [this] { return languageChoices(m_language.added()); },
+        [this](const QString &language) {
+            setLanguageSetting(language);
+            m_sideWindows.setLanguageOfRun({});
+            useChosenLanguage(language);
+        },
+        [this] {
+            m_start.keepProposed();
+            m_sideWindows.setLanguageOfRun(m_start.isLanguageOfRun() ? m_context.language : QString());
+        },
+        m_services.trialProgram,
+        m_services.trial != nullptr ? std::optional(m_services.trial->kind()) : std::nullopt,
+        m_services.trialTrouble};
     m_help = std::make_unique<HelpDesk>(*this, std::move(services));
     connect(&m_operationalMode, &OperationalModeOpener::windowMade, m_help.get(), &HelpDesk::serve);
-    if (m_services.trial == TrialKind::Fleet) {
+    if (m_services.trial != nullptr && m_services.trial->kind() == TrialKind::Fleet) {
         connect(&m_operationalMode, &OperationalModeOpener::closed, this, &FormMain::exitWanted);
     }
 }
 
-/// The trial has a copy of what is edited here.
-QStringList FormMain::prepareModuleTrial(const QString &folder) const
+/// Whoever starts the program without a file or a job. A language or a toolkit's option is none.
+bool FormMain::welcomes() const
 {
-    const QString copy = joinPath(folder, QStringLiteral("trial.xml"));
-    const Status written = writeConfigurationFile(copy, TrialRun::copyFor(folder, m_document.configuration()),
-                                                  m_services.environment);
-    QStringList arguments{QStringLiteral("-language"), m_context.language};
-    return written ? QStringList(copy) + arguments : arguments;
+    return m_services.welcomes && m_services.trial == nullptr && !m_options.namesWork() &&
+           !WelcomeWindow::isDismissed();
 }
 
 /// Behind the first frame, so that it stands above the window.
 void FormMain::beginHelp()
 {
-    if (!m_services.trialModule.isEmpty()) {
-        m_link.connectEthernet(m_services.trialModule, false);
-    } else if (m_services.welcomes && m_isAskedForNothing && m_document.fileName().isEmpty()) {
+    if (m_trial) {
+        m_trial->connectModule();
+    } else if (welcomes() && m_document.fileName().isEmpty()) {
         QTimer::singleShot(0, m_help.get(), &HelpDesk::welcomeOnce);
     }
 }

@@ -28,6 +28,7 @@ class ProblemPanel;
 class StatusLine;
 class TransmissionNotes;
 class TransmissionPanel;
+class TrialConduct;
 
 /// What the main window needs from its surroundings.
 struct Services
@@ -47,11 +48,12 @@ struct Services
 
     /// Who starts the program without asking for anything is welcomed, once.
     bool welcomes = false;
+    /// That the user's system speaks, "de-AT", the most liked first.
+    QStringList systemLanguages{};
     /// What is started to try things out; empty for nothing.
     QString trialProgram{};
-    /// This run is such a trial, with the address of its module, or why it has none.
-    std::optional<TrialKind> trial{};
-    QString trialModule{};
+    /// This run is such a trial, or null; and why its modules do not work.
+    TrialRun *trial = nullptr;
     QString trialTrouble{};
 };
 
@@ -120,8 +122,9 @@ private:
     void connectEthernet(const QString &address, bool exclusive);
     void connectOperationalMode();
     void openHelpDesk();
-    QStringList prepareModuleTrial(const QString &folder) const;
     void beginHelp();
+    bool welcomes() const;
+    void useChosenLanguage(const QString &language);
     void openOperationalMode(const std::optional<QPoint> &place);
     void showTransmissions();
     void editNames();
@@ -159,12 +162,12 @@ private:
     std::unique_ptr<ChangesOffer> m_changes;
     std::unique_ptr<EntryCommands> m_entries;
     std::unique_ptr<HelpDesk> m_help;
+    std::unique_ptr<TrialConduct> m_trial; ///< null unless this run is one
     SideWindows m_sideWindows;
     OperationalModeOpener m_operationalMode;
     QTimer m_problemTimer;
     QPointer<QWidget> m_beforeProblems; ///< had the focus when the problems were shown
     bool m_firstShow = true;
-    bool m_isAskedForNothing = false; ///< the command line is empty
 };
 
 } // namespace ktr

@@ -1,5 +1,6 @@
 #include "app/help_desk.h"
 
+#include "app/trial/trial_folder.h"
 #include "app/trial/trial_notice.h"
 #include "config/configuration_file.h"
 #include "help/help_menu.h"
@@ -7,10 +8,13 @@
 #include "help/manual_texts.h"
 #include "help/report_window.h"
 #include "lang/text_table.h"
+#include "look/palettes.h"
 #include "look/program_name.h"
 #include "opmode/window/opmode_menus.h"
 
 #include <QApplication>
+#include <QMessageBox>
+#include <QThreadPool>
 
 namespace ktr {
 
@@ -48,7 +52,11 @@ HelpDesk::HelpDesk(QMainWindow &window, Services services)
       m_trials(m_services.trialProgram)
 {
     connect(&m_trials, &TrialLauncher::statusMessage, this, m_services.showStatus);
+    connect(&m_trials, &TrialLauncher::failed, this, &HelpDesk::tellFailure);
     serve(window);
+    if (m_trials.isAvailable() && !m_services.trial) { // what a killed one has left may be much
+        QThreadPool::globalInstance()->start([] { TrialFolder::removeAbandoned(); });
+    }
 }
 
 HelpDesk::~HelpDesk() = default;
@@ -76,11 +84,29 @@ std::function<void()> HelpDesk::trial(TrialKind kind)
         return nullptr;
     }
     return [this, kind] {
-        m_trials.start(kind, [this, kind](const QString &folder) {
-            return kind == TrialKind::Fleet ? m_services.fleetTrialArguments()
-                                            : m_services.prepareModuleTrial(folder);
+        const TrialLooks looks{m_services.language(), isDark(QApplication::palette())};
+        m_trials.start(kind, looks, [this, kind](const QString &folder, QStringList &arguments) {
+            if (kind == TrialKind::Module) {
+                return m_services.prepareModuleTrial(folder);
+            }
+            arguments += QStringLiteral("-operational");
+            return Status::done();
         });
     };
+}
+
+/// In front of whatever window is in use: that of the operational mode hides the other.
+void HelpDesk::tellFailure(const QString &text)
+{
+    QWidget *above = QApplication::activeWindow();
+    auto *box = new QMessageBox(QMessageBox::Warning, QString(programName), text, QMessageBox::Ok,
+                                above != nullptr     ? above
+                                : m_main.isVisible() ? &m_main
+                                                     : nullptr);
+    box->setObjectName(QStringLiteral("box_trialFailed"));
+    box->setTextFormat(Qt::PlainText);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
 }
 
 void HelpDesk::welcome()
@@ -92,16 +118,30 @@ void HelpDesk::welcome()
         commands.tryModule = trial(TrialKind::Module);
         commands.tryFleet = trial(TrialKind::Fleet);
         commands.manual = [this] { m_keys.showAbout(nullptr); };
+        commands.languages = m_services.languages();
+        commands.language = m_services.language;
+        commands.chooseLanguage = m_services.chooseLanguage;
         m_welcome = new WelcomeWindow(commands, &m_main);
     }
     bringUp(*m_welcome);
 }
 
+/// Who puts it away goes on in the language that is shown.
 void HelpDesk::welcomeOnce()
 {
     if (!WelcomeWindow::isDismissed()) {
         welcome();
-        connect(m_welcome, &QDialog::finished, this, &WelcomeWindow::dismiss);
+        connect(m_welcome, &QDialog::finished, this, [this] {
+            WelcomeWindow::dismiss();
+            m_services.keepLanguage();
+        });
+    }
+}
+
+void HelpDesk::closeWelcome()
+{
+    if (m_welcome != nullptr) {
+        m_welcome->close();
     }
 }
 

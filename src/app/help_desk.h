@@ -29,13 +29,16 @@ public:
         std::function<QString()> lastEvent; ///< of the status bar
         std::function<QString(const QString &proposal, const QString &filter)> askSave;
         std::function<void(const QString &line)> showStatus;
-        std::function<QStringList(const QString &folder)> prepareModuleTrial; ///< TrialLauncher::Prepare
-        std::function<QStringList()> fleetTrialArguments;
+        std::function<Status(const QString &folder)> prepareModuleTrial; ///< puts what it begins with there
         std::function<void()> newStation;
         std::function<void()> open;
-        QString trialProgram{};           ///< what is started to try things out; empty for nothing
-        std::optional<TrialKind> trial{}; ///< this run is such a trial
-        QString trialTrouble{};           ///< what keeps its modules from working
+        std::function<QString()> language;
+        std::function<std::vector<LanguageChoice>()> languages;
+        std::function<void(const QString &language)> chooseLanguage; ///< from now on
+        std::function<void()> keepLanguage; ///< of this run, where it was proposed to the user
+        QString trialProgram{};             ///< what is started to try things out; empty for nothing
+        std::optional<TrialKind> trial{};   ///< this run is such a trial
+        QString trialTrouble{};             ///< what keeps its modules from working
     };
 
     /// All that is handed in must outlive it.
@@ -49,12 +52,15 @@ public:
     void welcome();
     /// The same at a start, unless it was put away before.
     void welcomeOnce();
+    /// With the main window, which ends what it offers.
+    void closeWelcome();
 
     HelpKeys &keys() { return m_keys; }
 
 private:
     void showKeys(QMainWindow &window);
     void report(QMainWindow &window);
+    void tellFailure(const QString &text);
     ReportSources sources() const;
     std::function<void()> trial(TrialKind kind);
 

@@ -12,6 +12,7 @@
 #include "platform/terminal.h"
 
 #include <QApplication>
+#include <QLocale>
 
 #include <cstdio>
 #include <cstdlib>
@@ -63,23 +64,15 @@ void tellWithoutDisplay(QtMsgType type, const QMessageLogContext &, const QStrin
     std::_Exit(1);
 }
 
-/// Null unless this run is for trying things out.
-std::unique_ptr<ktr::TrialRun> beginTrial(ktr::Services &services, ktr::IoThread &io, ktr::Timers &timers)
+void beginTrial(ktr::Services &services, ktr::TrialRun &trial)
 {
-    const std::optional<ktr::TrialRun::Request> request = ktr::TrialRun::requested();
-    if (!request) {
-        return nullptr;
-    }
-    auto trial = std::make_unique<ktr::TrialRun>(*request, io, timers);
-    const ktr::Status begun = trial->begin();
-    services.environment = trial->environment(services.environment);
-    services.instanceName = trial->instanceName();
-    services.trial = trial->kind();
-    services.trialModule = trial->moduleAddress();
+    const ktr::Status begun = trial.begin();
+    services.environment = trial.environment(services.environment);
+    services.instanceName = trial.instanceName();
+    services.trial = &trial;
     services.trialTrouble = begun ? QString() : begun.message();
     services.ports = [] { return QStringList(); };
     ktr::TrialRun::whenStarterEnds([] { QCoreApplication::exit(0); });
-    return trial;
 }
 
 ktr::FormMain *openWindow = nullptr;
@@ -106,13 +99,15 @@ int main(int argc, char **argv)
     QGuiApplication::setDesktopFileName(
         QStringLiteral("com.korvane.KTRconfig"));   // whose icon the windows get
     QApplication::setQuitOnLastWindowClosed(false); // the program ends with the main window
-    ktr::applyAppearance(application, ktr::appearanceSetting());
 
     ktr::IoThread io;
     ktr::SerialTransport serial(io);
     ktr::UdpTransport ethernet(io);
     ktr::StationSockets stations(io);
     ktr::EventLoopTimers timers;
+    const std::optional<ktr::TrialRun::Request> request = ktr::TrialRun::takeRequest();
+    const auto trial = request ? std::make_unique<ktr::TrialRun>(*request, io, timers) : nullptr;
+    ktr::applyAppearance(application, ktr::appearanceSetting()); // that of the trial, if it is one
     ktr::Services services{ktr::systemEnvironment(),
                            timers,
                            serial,
@@ -123,8 +118,11 @@ int main(int argc, char **argv)
                            [&stations] { return stations.foreignDatagrams(); },
                            &io};
     services.welcomes = true;
+    services.systemLanguages = QLocale::system().uiLanguages();
     services.trialProgram = QCoreApplication::applicationFilePath();
-    const std::unique_ptr<ktr::TrialRun> trial = beginTrial(services, io, timers);
+    if (trial != nullptr) {
+        beginTrial(services, *trial);
+    }
     ktr::FormMain window(services);
     const auto end = [] { QCoreApplication::exit(0); };
     QObject::connect(&window, &ktr::FormMain::closed, &application, end, Qt::QueuedConnection);

@@ -3,6 +3,7 @@
 #include "app/language_setting.h"
 #include "look/program_name.h"
 #include "platform/registry.h"
+#include "platform/settings_store.h"
 #include "platform/terminal.h"
 
 #include <cstdio>
@@ -10,6 +11,9 @@
 namespace ktr {
 
 namespace {
+
+const QString proposedKey = QStringLiteral("language");
+const QString proposed = QStringLiteral("proposed");
 
 void printOnTerminal(const QString &line)
 {
@@ -55,17 +59,54 @@ ProgramStart::ProgramStart(const Environment &environment, Timers &timers, const
     connect(&m_instance, &SingleInstance::closeRequested, this, &ProgramStart::closeRequested);
 }
 
-void ProgramStart::begin(const CommandLine &options)
+/// Empty where another one is asked for, or there are no texts of it.
+QString ProgramStart::languageOfSystem(const CommandLine &options, bool isFirst,
+                                       const QStringList &spoken) const
+{
+    const bool isAsked = options.german || options.english || !options.language.isEmpty();
+    const bool isProposed =
+        SettingsStore().GetSetting(settingsOwner, settings_sections::startup, proposedKey) == proposed;
+    if (isAsked || !(isFirst || isProposed)) {
+        return {};
+    }
+    const QString first = spoken.value(0).replace(u'-', u'_');
+    const QString exactly = m_language.nameOf(first);
+    return exactly.isEmpty() ? m_language.nameOf(first.section(u'_', 0, 0)) : exactly;
+}
+
+void ProgramStart::keepProposed()
+{
+    if (!m_proposed.isEmpty()) {
+        setLanguageSetting(m_proposed);
+        proposeNone();
+    }
+}
+
+void ProgramStart::proposeNone()
+{
+    m_isLanguageOfRun = false;
+    m_proposed.clear();
+    SettingsStore().SaveSetting(settingsOwner, settings_sections::startup, proposedKey, QString());
+}
+
+void ProgramStart::begin(const CommandLine &options, bool isWelcomed, const QStringList &systemLanguages)
 {
     m_wanted = wantedOf(options);
-    languageSetting();
+    const bool isFirst = languageSetting().isEmpty();
     const bool isCorrupt = MRegistry::lastError() == MRegistry::Error::Corrupt;
     const QString kept = languageAtStart(); // this write moves damaged settings aside
     const QString named = m_language.nameOf(options.language);
-    m_language.use(!named.isEmpty()  ? named
-                   : options.german  ? QString(germanLanguage)
-                   : options.english ? QString(englishLanguage)
-                                     : kept);
+    m_proposed = isWelcomed ? languageOfSystem(options, isFirst, systemLanguages) : QString();
+    if (!m_proposed.isEmpty() && isFirst) { // also at the next start, if this run ends without a choice
+        SettingsStore().SaveSetting(settingsOwner, settings_sections::startup, proposedKey, proposed);
+    }
+    m_isLanguageOfRun =
+        !m_proposed.isEmpty() || options.german || options.english || !options.language.isEmpty();
+    m_language.use(!named.isEmpty()        ? named
+                   : options.german        ? QString(germanLanguage)
+                   : options.english       ? QString(englishLanguage)
+                   : !m_proposed.isEmpty() ? m_proposed
+                                           : kept);
     if (named.isEmpty() && !options.language.isEmpty()) {
         m_settingsTroubles += tr("There are no texts of the language \"%1\"").arg(options.language);
     }

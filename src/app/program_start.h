@@ -18,7 +18,15 @@ public:
     ProgramStart(const Environment &environment, Timers &timers, const QString &instanceName,
                  const TextTable &texts, InterfaceLanguage &language, std::function<Works()> works);
 
-    void begin(const CommandLine &options);
+    /// Who `isWelcomed` and has chosen no language yet gets that of the system for this run, where there are
+    /// texts of it; the settings get it with keepProposed().
+    void begin(const CommandLine &options, bool isWelcomed, const QStringList &systemLanguages);
+    /// Whether the language holds for this run alone.
+    bool isLanguageOfRun() const { return m_isLanguageOfRun; }
+    /// The user goes on in the language that was proposed, if one was.
+    void keepProposed();
+    /// The user has chosen a language himself: none is proposed any more.
+    void proposeNone();
     /// Whether done() was emitted.
     bool isDone() const { return m_isDone; }
     /// What the user should know about settings and other instances; complete when it is done.
@@ -39,6 +47,7 @@ Q_SIGNALS:
     void closeRequested();
 
 private:
+    QString languageOfSystem(const CommandLine &options, bool isFirst, const QStringList &spoken) const;
     void finish(const QString &remark);
     void giveUp();
     static QString tookPlace();
@@ -50,6 +59,8 @@ private:
     QStringList m_settingsTroubles;
     QStringList m_wanted; ///< of the command line, in words
     bool m_isDone = false;
+    bool m_isLanguageOfRun = false;
+    QString m_proposed; ///< the language of the system, while the user has chosen none
 };
 
 } // namespace ktr

@@ -6,6 +6,7 @@
 #include <QCommandLinkButton>
 #include <QEvent>
 #include <QLabel>
+#include <QRadioButton>
 #include <QVBoxLayout>
 
 #include <utility>
@@ -22,6 +23,8 @@ const QString seen = QStringLiteral("seen");
 WelcomeWindow::WelcomeWindow(const Commands &commands, QWidget *parent)
     : QDialog(parent),
       m_greeting(named<QLabel>(QStringLiteral("lbl_welcome"), this)),
+      m_languageLabel(named<QLabel>(QStringLiteral("lbl_welcome_language"), this)),
+      m_language(commands.language),
       m_again(named<QLabel>(QStringLiteral("lbl_welcome_again"), this))
 {
     setObjectName(QStringLiteral("Form_welcome"));
@@ -30,7 +33,10 @@ WelcomeWindow::WelcomeWindow(const Commands &commands, QWidget *parent)
     m_again->setWordWrap(true);
     auto *all = new QVBoxLayout(this);
     setLayout(all);
-    all->addWidget(m_greeting);
+    auto *row = new QHBoxLayout;
+    row->addWidget(m_greeting, 1);
+    offerLanguages(commands, *row);
+    all->addLayout(row);
     add("Cmd_welcome_new", IconName::New, QT_TR_NOOP("New station"),
         QT_TR_NOOP("Begin the configuration of a station, field by field"), commands.newStation);
     add("Cmd_welcome_open", IconName::Open, QT_TR_NOOP("Open a file"),
@@ -48,6 +54,20 @@ WelcomeWindow::WelcomeWindow(const Commands &commands, QWidget *parent)
     constexpr int comfortable = 560;
     resize(comfortable, heightForWidth(comfortable) > 0 ? heightForWidth(comfortable) : sizeHint().height());
     m_choices.front().button->setFocus();
+}
+
+void WelcomeWindow::offerLanguages(const Commands &commands, QBoxLayout &row)
+{
+    row.addWidget(m_languageLabel);
+    for (const LanguageChoice &choice : commands.languages) {
+        auto *option = named<QRadioButton>(QLatin1String("opt_welcome_") + choice.language, this);
+        option->setText(choice.name);
+        row.addWidget(option);
+        m_languages.emplace_back(option, choice.language);
+        connect(option, &QAbstractButton::clicked, this,
+                [choose = commands.chooseLanguage, language = choice.language] { choose(language); });
+    }
+    m_languageLabel->setVisible(!m_languages.empty());
 }
 
 void WelcomeWindow::add(const char *name, IconName picture, const char *caption, const char *description,
@@ -70,6 +90,10 @@ void WelcomeWindow::add(const char *name, IconName picture, const char *caption,
 void WelcomeWindow::applyTexts()
 {
     setWindowTitle(tr("Welcome"));
+    m_languageLabel->setText(tr("Language:"));
+    for (const auto &[option, language] : m_languages) {
+        option->setChecked(m_language && m_language() == language);
+    }
     m_greeting->setText(tr("What do you want to begin with?"));
     m_again->setText(tr("This page comes once. The menu Help brings it back."));
     for (const Choice &choice : m_choices) {

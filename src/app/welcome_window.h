@@ -3,14 +3,25 @@
 #include "look/icons.h"
 
 #include <QDialog>
+#include <QString>
 
 #include <functional>
+#include <utility>
 #include <vector>
 
+class QBoxLayout;
 class QCommandLinkButton;
 class QLabel;
+class QRadioButton;
 
 namespace ktr {
+
+/// A language as the user is offered it: its own name, and how the program calls it.
+struct LanguageChoice
+{
+    QString name;
+    QString language;
+};
 
 /// What can be begun with, for who opens the program for the first time. Escape puts it away.
 class WelcomeWindow : public QDialog
@@ -25,6 +36,9 @@ public:
         std::function<void()> tryModule{}; ///< without it the button is disabled, as for the next
         std::function<void()> tryFleet{};
         std::function<void()> manual{};
+        std::vector<LanguageChoice> languages{};
+        std::function<QString()> language{}; ///< the one in force
+        std::function<void(const QString &language)> chooseLanguage{};
     };
 
     WelcomeWindow(const Commands &commands, QWidget *parent);
@@ -46,9 +60,13 @@ private:
     };
     void add(const char *name, IconName picture, const char *caption, const char *description,
              std::function<void()> act);
+    void offerLanguages(const Commands &commands, QBoxLayout &row);
     void applyTexts();
 
     QLabel *m_greeting;
+    QLabel *m_languageLabel;
+    std::function<QString()> m_language;
+    std::vector<std::pair<QRadioButton *, QString>> m_languages;
     QLabel *m_again;
     std::vector<Choice> m_choices;
 };

@@ -1,6 +1,5 @@
 #include "app/form_main.h"
 #include "app/help_desk.h"
-#include "app/trial/trial_launcher.h"
 #include "config/field_guide.h"
 #include "help/help_places.h"
 #include "help/key_list.h"
@@ -367,119 +366,8 @@ private Q_SLOTS:
         QCOMPARE(QString::fromUtf8(contentOf(saved)), text->toPlainText());
     }
 
-    void theWelcomeComesOnceAndToWhoAsksForNothing()
-    {
-        start({"-english"}, true);
-        QCoreApplication::processEvents();
-        QVERIFY(m_window->findChild<WelcomeWindow *>() == nullptr);
-        start({}, true);
-        QTRY_VERIFY(m_window->findChild<WelcomeWindow *>() != nullptr);
-        QTest::keyClick(m_window->findChild<WelcomeWindow *>(), Qt::Key_Escape);
-        QTRY_VERIFY(m_window->findChild<WelcomeWindow *>() == nullptr);
-        start({}, true);
-        QTest::qWait(0);
-        QCoreApplication::processEvents();
-        QVERIFY(m_window->findChild<WelcomeWindow *>() == nullptr);
-        m_window->findChild<QAction *>("mnu_help_welcome")->trigger();
-        auto *welcome = m_window->findChild<WelcomeWindow *>();
-        QVERIFY(welcome != nullptr);
-        // Here nothing can be started to try things out.
-        QVERIFY(!welcome->findChild<QPushButton *>("Cmd_welcome_module")->isEnabled());
-        QVERIFY(!m_window->findChild<QAction *>("mnu_try_fleet")->isEnabled());
-        welcome->findChild<QPushButton *>("Cmd_welcome_new")->click();
-        QVERIFY(!welcome->isVisible());
-    }
-
-    void aTrialOfTheOperationalModeLeavesTheUsersThingsAlone()
-    {
-        start({"-english"});
-        m_window.reset();
-        const QByteArray settings = contentOf(m_folder->filePath("registry.json"));
-        const QStringList files = QDir(m_folder->path()).entryList(QDir::Files);
-        QTemporaryDir own;
-        IoThread io;
-        EventLoopTimers timers;
-        TrialRun trial({TrialKind::Fleet, own.path()}, io, timers);
-        const Status begun = trial.begin();
-        QVERIFY2(begun, qPrintable(begun.message()));
-        Environment environment = fixedEnvironment();
-        environment.programFolder = m_folder->path();
-        Services services{trial.environment(environment),
-                          m_timers,
-                          m_line,
-                          m_network,
-                          [] { return QStringList(); },
-                          trial.instanceName(),
-                          [] { return std::make_unique<RecordedLine>(); }};
-        services.trial = trial.kind();
-        services.trialProgram = "never started";
-        m_window = std::make_unique<FormMain>(services);
-        m_window->start({"-operational", "-language", "deutsch"});
-        auto *mode = opened<Form_betriebsmodus>("Form_betriebsmodus");
-        QVERIFY(mode != nullptr);
-        auto *notice = mode->findChild<QLabel *>("lbl_trial");
-        QVERIFY(notice != nullptr && notice->isVisible() && notice->text().contains("virtuell"));
-        QTRY_VERIFY(notice->width() >=
-                    notice->fontMetrics().horizontalAdvance(notice->text().section(u'\n', 1)));
-        auto *tree = mode->findChild<QTreeView *>("TreeView_KTR_Nodes");
-        QTRY_COMPARE(tree->model()->rowCount(), TrialRun::fleetSize);
-        QVERIFY(!mode->findChild<QAction *>("mnu_try_fleet")->isEnabled()); // not one inside the other
-        QSignalSpy ended(m_window.get(), &FormMain::exitWanted);
-        QTimer agrees; // that nobody watches its stations any more
-        connect(&agrees, &QTimer::timeout, this, [] {
-            if (QWidget *asks = QApplication::activeModalWidget()) {
-                asks->findChild<QPushButton *>("OKButton")->click();
-            }
-        });
-        agrees.start(0);
-        mode->close();
-        QTRY_COMPARE(ended.size(), 1);
-        m_window.reset();
-        QVERIFY(QFile::exists(own.filePath("nodes.xml")));
-        QCOMPARE(contentOf(m_folder->filePath("registry.json")), settings);
-        QCOMPARE(QDir(m_folder->path()).entryList(QDir::Files), files);
-    }
-
-    void aTrialWritesNoLogOrArchiveOfTheUsers()
-    {
-        Configuration meant;
-        meant.info.author = "somebody";
-        meant.info.logFile = "/home/somebody/Log.txt";
-        meant.info.historyExportFile = "archive.csv";
-        const Configuration copy = TrialRun::copyFor(m_folder->path(), meant);
-        QVERIFY(copy.info.logFile.startsWith(m_folder->path()));
-        QVERIFY(copy.info.historyExportFile.startsWith(m_folder->path()));
-        QCOMPARE(copy.info.author, meant.info.author);
-    }
-
-#ifdef KTRCONFIG
-    void aTrialEndsWithTheProgramThatStartedIt_data()
-    {
-        QTest::addColumn<TrialKind>("kind");
-        QTest::newRow("module") << TrialKind::Module;
-        QTest::newRow("fleet") << TrialKind::Fleet;
-    }
-    void aTrialEndsWithTheProgramThatStartedIt()
-    {
-        QFETCH(const TrialKind, kind);
-        QString folder;
-        {
-            TrialLauncher launcher(KTRCONFIG);
-            launcher.start(kind, [&](const QString &path) {
-                folder = path;
-                return kind == TrialKind::Fleet ? QStringList{"-operational"} : QStringList();
-            });
-            QVERIFY(launcher.isRunning(kind));
-            constexpr int startWait = 30'000;
-            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder + "/registry.json"), startWait);
-            QVERIFY(launcher.isRunning(kind));
-        }
-        QVERIFY(!QFile::exists(folder));
-    }
-#endif
-
 private:
-    void start(const QStringList &arguments, bool welcomes = false)
+    void start(const QStringList &arguments)
     {
         m_window.reset();
         Environment environment = fixedEnvironment();
@@ -491,7 +379,6 @@ private:
                           [] { return QStringList("/dev/ttyUSB0"); },
                           m_folder->path() + "/instance",
                           [] { return std::make_unique<RecordedLine>(); }};
-        services.welcomes = welcomes;
         m_window = std::make_unique<FormMain>(services);
         m_window->start(arguments);
         QTRY_VERIFY(m_window->findChildren<Page *>().size() >= 9);

@@ -1,7 +1,9 @@
 #include "app/trial/trial_launcher.h"
 
+#include "app/single_instance.h"
+#include "app/trial/trial_folder.h"
+
 #include <QProcessEnvironment>
-#include <QTemporaryDir>
 
 #include <utility>
 
@@ -11,16 +13,13 @@ namespace {
 
 constexpr int endWait = 4000; ///< ms, until one that does not end by itself is killed
 
-/// Where the system lets folders be chosen, those of the run are in its own.
-QProcessEnvironment surroundings(TrialKind kind, const QString &folder)
+QProcessEnvironment surroundings(const TrialRun::Request &request)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *variable : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
-        environment.insert(QLatin1String(variable), folder + u'/' + QLatin1String(variable).mid(4));
-    }
     environment.remove(QStringLiteral("KTR_RECORD"));
-    environment.insert(QLatin1String(TrialRun::kindVariable), TrialRun::kindName(kind));
-    environment.insert(QLatin1String(TrialRun::folderVariable), folder);
+    for (const auto &[variable, value] : TrialRun::variablesOf(request)) {
+        environment.insert(variable, value);
+    }
     return environment;
 }
 
@@ -56,31 +55,50 @@ bool TrialLauncher::isRunning(TrialKind kind) const
     return run.process != nullptr && run.process->state() != QProcess::NotRunning;
 }
 
-void TrialLauncher::start(TrialKind kind, const Prepare &prepare)
+void TrialLauncher::start(TrialKind kind, const TrialLooks &looks, const Prepare &prepare)
 {
+    Run &run = this->run(kind);
     if (isRunning(kind)) {
+        SingleInstance::bringToFront(TrialRun::instanceNameIn(run.folder->path()));
         Q_EMIT statusMessage(tr("It is open already, in a window of its own"));
         return;
     }
-    Run &run = this->run(kind);
     end(run);
-    run.folder = std::make_unique<QTemporaryDir>();
-    if (!run.folder->isValid()) {
-        Q_EMIT statusMessage(tr("There is no folder for a trial: %1").arg(run.folder->errorString()));
+    run.folder = std::make_unique<TrialFolder>();
+    QStringList arguments;
+    Status prepared = run.folder->made();
+    if (prepared) {
+        prepared = prepare(run.folder->path(), arguments);
+    }
+    if (!prepared) {
+        run.folder.reset();
+        Q_EMIT failed(tr("There is no trial, since its files have no place: %1").arg(prepared.message()));
         return;
     }
-    const QStringList arguments = prepare(run.folder->path());
     run.process = std::make_unique<QProcess>();
-    run.process->setProcessEnvironment(surroundings(kind, run.folder->path()));
+    run.process->setProcessEnvironment(surroundings({kind, run.folder->path(), looks}));
     run.process->setWorkingDirectory(run.folder->path()); // for files that are named without a folder
     run.process->setProcessChannelMode(QProcess::ForwardedChannels);
-    connect(run.process.get(), &QProcess::errorOccurred, this, [this, kind](QProcess::ProcessError error) {
+    connectProcess(kind);
+    run.process->start(m_program, arguments);
+}
+
+void TrialLauncher::connectProcess(TrialKind kind)
+{
+    QProcess *process = run(kind).process.get();
+    connect(process, &QProcess::errorOccurred, this, [this, kind, process](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart) {
-            Q_EMIT statusMessage(
-                tr("The trial could not be started: %1").arg(this->run(kind).process->errorString()));
+            run(kind).folder.reset();
+            Q_EMIT failed(tr("The trial could not be started: %1").arg(process->errorString()));
         }
     });
-    run.process->start(m_program, arguments);
+    connect(process, &QProcess::finished, this, [this, kind](int code, QProcess::ExitStatus status) {
+        run(kind).folder.reset();
+        if (status == QProcess::CrashExit || code != 0) {
+            Q_EMIT failed(tr("The trial ended by itself, which it should not. It can be started again; your "
+                             "own files and settings are as they were."));
+        }
+    });
 }
 
 } // namespace ktr

@@ -21,12 +21,32 @@ TrialNotice::TrialNotice(TrialKind kind, QString trouble, QWidget *parent)
     constexpr int margin = 6;
     m_text->setMargin(margin);
     m_text->setAutoFillBackground(true);
+    m_text->setBackgroundRole(QPalette::Window); // not that of the tool bar
+    m_text->setForegroundRole(QPalette::WindowText);
     addWidget(m_text);
     m_text->setSizePolicy(QSizePolicy::Expanding,
                           QSizePolicy::Fixed); // the window may be narrower than the text
     m_text->setMinimumWidth(1);
+    parent->installEventFilter(this);
     applyTexts();
     applyColours();
+}
+
+/// Whoever else sets the title sets all of it.
+void TrialNotice::markTitle()
+{
+    const QString title = window()->windowTitle();
+    if (!title.endsWith(m_mark)) {
+        window()->setWindowTitle(title.trimmed() + m_mark);
+    }
+}
+
+bool TrialNotice::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::WindowTitleChange && watched == window()) {
+        markTitle();
+    }
+    return QToolBar::eventFilter(watched, event);
 }
 
 void TrialNotice::applyTexts()
@@ -36,7 +56,14 @@ void TrialNotice::applyTexts()
                                 ? tr("These stations are virtual modules inside this program.")
                                 : tr("A virtual module inside this program is connected.");
     const QString kept =
-        tr("Nothing of this window is kept: neither settings nor lists nor what is transmitted.");
+        m_kind == TrialKind::Fleet
+            ? tr("Nothing of this window is kept: neither settings nor lists nor what is transmitted.")
+            : tr("Nothing of this window is kept, unless you save the configuration to a file of your own.");
+    const QString before = std::exchange(m_mark, QString(QStringLiteral(" – ") + tr("Trial")));
+    if (!before.isEmpty() && window()->windowTitle().endsWith(before)) {
+        window()->setWindowTitle(window()->windowTitle().chopped(before.size()));
+    }
+    markTitle();
     const QString text = m_trouble.isEmpty()
                              ? modules + u'\n' + kept
                              : tr("The virtual modules do not work: %1").arg(m_trouble) + u'\n' + kept;

@@ -8,7 +8,8 @@ class QLabel;
 
 namespace ktr {
 
-/// Says below the menus, as long as a trial goes on, that its modules are virtual and nothing is kept.
+/// Says below the menus, as long as a trial goes on, that its modules are virtual and nothing is kept, and in
+/// the window's title that it is a trial.
 class TrialNotice : public QToolBar
 {
     Q_OBJECT
@@ -19,14 +20,17 @@ public:
 
 protected:
     void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void applyTexts();
     void applyColours();
+    void markTitle();
 
     TrialKind m_kind;
     QString m_trouble;
     QLabel *m_text;
+    QString m_mark; ///< behind the window's title
     bool m_isColouring = false;
 };
 

@@ -1,15 +1,23 @@
 #include "app/trial/trial_run.h"
 
+#include "app/appearance_setting.h"
+#include "app/language_setting.h"
+#include "app/trial/trial_folder.h"
+#include "lang/text_table.h"
+#include "link/transmitter.h"
 #include "opmode/keeping/nodes_file.h"
 #include "opmode/tree/station_tree.h"
 #include "platform/files.h"
+#include "platform/instances.h"
 #include "platform/registry.h"
 #include "simulator/fleet.h"
 #include "simulator/module_on_udp.h"
 
 #include <QCoreApplication>
 #include <QRandomGenerator>
+#include <QSettings>
 
+#include <array>
 #include <cstdio>
 #include <thread>
 #include <utility>
@@ -20,6 +28,18 @@ namespace {
 
 constexpr int modulePort = 49'111;
 
+const QString kindVariable = QStringLiteral("KTR_TRIAL");
+const QString folderVariable = QStringLiteral("KTR_TRIAL_FOLDER");
+const QString languageVariable = QStringLiteral("KTR_TRIAL_LANGUAGE");
+const QString darkVariable = QStringLiteral("KTR_TRIAL_DARK");
+
+constexpr std::array kinds = {TrialKind::Module, TrialKind::Fleet};
+
+QString nameOf(TrialKind kind)
+{
+    return kind == TrialKind::Fleet ? QStringLiteral("fleet") : QStringLiteral("module");
+}
+
 /// The second number of an address of this machine alone; others may have taken some.
 int someNetwork()
 {
@@ -28,12 +48,12 @@ int someNetwork()
     return QRandomGenerator::global()->bounded(first, behindLast);
 }
 
-QByteArray trialNodes(const QString &network)
+QByteArray trialNodes(const QString &network, FieldLanguage language)
 {
     NodeStore nodes;
     QHash<QString, QString> addresses;
     for (int module = 0; module < TrialRun::fleetSize; ++module) {
-        const QString name = Fleet::name(module);
+        const QString name = Fleet::name(module, language);
         const std::string text = storedText(name);
         nodes.add(NodeStore::root, text, text, StationTree::normalColour);
         addresses.insert(name, Fleet::address(module, network));
@@ -46,53 +66,82 @@ QByteArray trialNodes(const QString &network)
     });
 }
 
-} // namespace
-
-const char *TrialRun::kindVariable = "KTR_TRIAL";
-const char *TrialRun::folderVariable = "KTR_TRIAL_FOLDER";
-
-QString TrialRun::kindName(TrialKind kind)
+Status noAddress(const Status &why)
 {
-    return kind == TrialKind::Fleet ? QStringLiteral("fleet") : QStringLiteral("module");
+    return Status::failed(
+        QCoreApplication::translate("TrialRun", "No address of this machine is free for them at the port %1. "
+                                                "Another program may use that port. (%2)")
+            .arg(modulePort)
+            .arg(why.message()));
 }
 
-std::optional<TrialRun::Request> TrialRun::requested()
+} // namespace
+
+QList<std::pair<QString, QString>> TrialRun::variablesOf(const Request &request)
 {
-    const QString kind = qEnvironmentVariable(kindVariable);
-    const QString folder = qEnvironmentVariable(folderVariable);
-    for (const TrialKind each : {TrialKind::Module, TrialKind::Fleet}) {
-        if (kind == kindName(each) && !folder.isEmpty()) {
-            return Request{each, folder};
+    return {{kindVariable, nameOf(request.kind)},
+            {folderVariable, request.folder},
+            {languageVariable, request.looks.language},
+            {darkVariable, QString::number(request.looks.isDark ? 1 : 0)}};
+}
+
+std::optional<TrialRun::Request> TrialRun::takeRequest()
+{
+    const auto take = [](const QString &variable) {
+        const QByteArray name = variable.toLatin1();
+        QString value = qEnvironmentVariable(name.constData());
+        qunsetenv(name.constData());
+        return value;
+    };
+    const QString kind = take(kindVariable);
+    const QString folder = take(folderVariable);
+    const TrialLooks looks{take(languageVariable), take(darkVariable) == u"1"};
+    for (const TrialKind each : kinds) {
+        if (kind == nameOf(each) && !folder.isEmpty()) {
+            return Request{each, folder, looks};
         }
     }
     return std::nullopt;
 }
 
-Configuration TrialRun::copyFor(const QString &folder, Configuration configuration)
+QString TrialRun::configurationIn(const QString &folder)
 {
-    configuration.info.logFile = joinPath(folder, QStringLiteral("Log.txt"));
-    configuration.info.historyExportFile = joinPath(folder, QStringLiteral("history.csv"));
-    return configuration;
+    return joinPath(folder, QStringLiteral("trial.xml"));
 }
 
+QString TrialRun::instanceNameIn(const QString &folder)
+{
+    return socketNameIn(folder, QStringLiteral("instance"));
+}
+
+/// The toolkit's own dialogs keep settings, too.
 TrialRun::TrialRun(Request request, IoThread &io, Timers &timers)
     : m_request(std::move(request)), m_io(io), m_timers(timers)
 {
-    MRegistry::setRegistryFile(joinPath(m_request.folder, QStringLiteral("registry.json")));
+    (void)m_lock.take(TrialFolder::lockOfRun(m_request.folder)); // without it the starter's says enough
+    MRegistry::setRegistryFile(TrialFolder::registryIn(m_request.folder));
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_request.folder);
+    languageAtStart(); // makes the key
+    if (!m_request.looks.language.isEmpty()) {
+        setLanguageSetting(m_request.looks.language);
+    }
+    setAppearanceSetting(m_request.looks.isDark ? Appearance::Dark : Appearance::Light);
 }
 
-TrialRun::~TrialRun() = default;
+TrialRun::~TrialRun()
+{
+    m_lock.release();
+    if (TrialFolder::isStarterGone(m_request.folder)) {
+        MRegistry::setRegistryFile({});
+        TrialFolder::remove(m_request.folder);
+    }
+}
 
 Environment TrialRun::environment(Environment usual) const
 {
     usual.programFolder = m_request.folder;
     usual.dataFolder = joinPath(m_request.folder, QStringLiteral("data"));
     return usual;
-}
-
-QString TrialRun::instanceName() const
-{
-    return joinPath(m_request.folder, QStringLiteral("instance"));
 }
 
 Status TrialRun::begin()
@@ -114,7 +163,7 @@ Status TrialRun::beginModule()
             return opened;
         }
     }
-    return opened;
+    return noAddress(opened);
 }
 
 Status TrialRun::beginFleet()
@@ -125,14 +174,25 @@ Status TrialRun::beginFleet()
         options.modules = fleetSize;
         options.network = QStringLiteral("127.%1").arg(someNetwork());
         options.every = Fleet::livelyInterval(fleetSize);
+        options.language =
+            m_request.looks.language == germanLanguage ? FieldLanguage::German : FieldLanguage::English;
         m_fleet = std::make_unique<Fleet>(m_io, m_timers, options);
         opened = m_fleet->open();
         if (opened) {
             return replaceFile(joinPath(m_request.folder, QStringLiteral("nodes.xml")),
-                               trialNodes(options.network));
+                               trialNodes(options.network, options.language));
         }
     }
-    return opened;
+    return noAddress(opened);
+}
+
+void TrialRun::deliverWith(const Configuration &configuration)
+{
+    if (m_module != nullptr && m_module->module().memory().accepted == 0) {
+        Configuration &held = m_module->module().memory().configuration;
+        held.versionText = Transmitter::versionOnLine(configuration);
+        held.gsm.stationType = configuration.gsm.stationType;
+    }
 }
 
 /// Who started this process holds the other end of its standard input, also when it is killed.
