@@ -2540,8 +2540,8 @@
 <context>
     <name>TrialRun</name>
     <message>
-        <source>No address of this machine is free for them at the port %1. Another program may use that port. (%2)</source>
-        <translation>Am Port %1 ist keine Adresse dieses Rechners für sie frei. Ein anderes Programm benutzt diesen Port vielleicht. (%2)</translation>
+        <source>No address of this machine is free for them. (%1)</source>
+        <translation>Keine Adresse dieses Rechners ist für sie frei. (%1)</translation>
     </message>
 </context>
 <context>

@@ -31,6 +31,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTreeView>
+#include <QUdpSocket>
 
 using namespace Qt::StringLiterals;
 using namespace ktr;
@@ -302,6 +303,24 @@ private Q_SLOTS:
         QVERIFY2(begun, qPrintable(begun.message()));
         QVERIFY(contentOf(own.filePath("nodes.xml")).contains(name));
         QCOMPARE(languageSetting(), language);
+    }
+
+    void aTrialWorksWhereTheUsualPortIsTaken()
+    {
+        QUdpSocket other;
+        QVERIFY(other.bind(QHostAddress::AnyIPv4));
+        IoThread io;
+        EventLoopTimers timers;
+        QTemporaryDir own;
+        TrialRun module({TrialKind::Module, own.path(), {}}, io, timers);
+        QVERIFY(module.begin(other.localPort()));
+        const QString port = u':' + QString::number(other.localPort());
+        QVERIFY2(module.moduleAddress().contains(u':'), qPrintable(module.moduleAddress()));
+        QVERIFY(!module.moduleAddress().endsWith(port));
+        QTemporaryDir ofFleet;
+        TrialRun fleet({TrialKind::Fleet, ofFleet.path(), {}}, io, timers);
+        QVERIFY(fleet.begin(other.localPort()));
+        QVERIFY(contentOf(ofFleet.filePath("nodes.xml")).contains(".1.1:"));
     }
 
     void aTrialOfTheOperationalModeLeavesTheUsersThingsAlone()

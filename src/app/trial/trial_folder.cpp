@@ -103,7 +103,8 @@ void TrialFolder::remove(const QString &folder)
 int TrialFolder::removeAbandoned(const QString &place)
 {
     int removed = 0;
-    for (const QFileInfo &folder : QDir(place).entryInfoList({nameBegins + u'*'}, QDir::Dirs | QDir::Hidden)) {
+    for (const QFileInfo &folder :
+         QDir(place).entryInfoList({nameBegins + u'*'}, QDir::Dirs | QDir::Hidden)) {
         if (isAbandoned(folder)) {
             remove(folder.filePath());
             ++removed;

@@ -26,7 +26,7 @@ namespace ktr {
 
 namespace {
 
-constexpr int modulePort = 49'111;
+constexpr quint16 anyPort = 0; ///< where another program has the usual one at all addresses
 
 const QString kindVariable = QStringLiteral("KTR_TRIAL");
 const QString folderVariable = QStringLiteral("KTR_TRIAL_FOLDER");
@@ -48,15 +48,18 @@ int someNetwork()
     return QRandomGenerator::global()->bounded(first, behindLast);
 }
 
-QByteArray trialNodes(const QString &network, FieldLanguage language)
+QByteArray trialNodes(const Fleet &fleet, const FleetOptions &options)
 {
     NodeStore nodes;
     QHash<QString, QString> addresses;
-    for (int module = 0; module < TrialRun::fleetSize; ++module) {
-        const QString name = Fleet::name(module, language);
+    for (int module = 0; module < options.modules; ++module) {
+        const QString name = Fleet::name(module, options.language);
         const std::string text = storedText(name);
         nodes.add(NodeStore::root, text, text, StationTree::normalColour);
-        addresses.insert(name, Fleet::address(module, network));
+        const QString address = Fleet::address(module, options.network);
+        const quint16 port = fleet.port(module);
+        addresses.insert(name, port == TrialRun::usualPort ? address
+                                                           : QString(address + u':' + QString::number(port)));
     }
     return writeNodes(nodes, [&addresses](const QString &kennung) {
         StationAttributes station;
@@ -69,9 +72,7 @@ QByteArray trialNodes(const QString &network, FieldLanguage language)
 Status noAddress(const Status &why)
 {
     return Status::failed(
-        QCoreApplication::translate("TrialRun", "No address of this machine is free for them at the port %1. "
-                                                "Another program may use that port. (%2)")
-            .arg(modulePort)
+        QCoreApplication::translate("TrialRun", "No address of this machine is free for them. (%1)")
             .arg(why.message()));
 }
 
@@ -144,46 +145,49 @@ Environment TrialRun::environment(Environment usual) const
     return usual;
 }
 
-Status TrialRun::begin()
+Status TrialRun::begin(quint16 firstPort)
 {
-    return m_request.kind == TrialKind::Fleet ? beginFleet() : beginModule();
-}
-
-Status TrialRun::beginModule()
-{
-    Status opened = Status::done();
+    const bool isFleet = m_request.kind == TrialKind::Fleet;
+    Status begun = Status::done();
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        ModuleOptions options;
-        options.tellsEnd = true;
-        m_module = std::make_unique<ModuleOnUdp>(m_timers, options);
-        const QString address = QStringLiteral("127.%1.0.1").arg(someNetwork());
-        opened = m_module->open(address + u':' + QString::number(modulePort));
-        if (opened) {
-            m_moduleAddress = address;
-            return opened;
+        const quint16 port = attempt < attempts / 2 ? firstPort : anyPort;
+        begun = isFleet ? beginFleet(port) : beginModule(port);
+        if (begun) {
+            return isFleet ? replaceFile(joinPath(m_request.folder, QStringLiteral("nodes.xml")), m_nodes)
+                           : begun;
         }
     }
-    return noAddress(opened);
+    return noAddress(begun);
 }
 
-Status TrialRun::beginFleet()
+Status TrialRun::beginModule(quint16 port)
 {
-    Status opened = Status::done();
-    for (int attempt = 0; attempt < attempts; ++attempt) {
-        FleetOptions options;
-        options.modules = fleetSize;
-        options.network = QStringLiteral("127.%1").arg(someNetwork());
-        options.every = Fleet::livelyInterval(fleetSize);
-        options.language =
-            m_request.looks.language == germanLanguage ? FieldLanguage::German : FieldLanguage::English;
-        m_fleet = std::make_unique<Fleet>(m_io, m_timers, options);
-        opened = m_fleet->open();
-        if (opened) {
-            return replaceFile(joinPath(m_request.folder, QStringLiteral("nodes.xml")),
-                               trialNodes(options.network, options.language));
-        }
+    ModuleOptions options;
+    options.tellsEnd = true;
+    m_module = std::make_unique<ModuleOnUdp>(m_timers, options);
+    const QString address = QStringLiteral("127.%1.0.1").arg(someNetwork());
+    Status opened = m_module->open(address + u':' + QString::number(port));
+    if (opened) {
+        m_moduleAddress = port == TrialRun::usualPort ? address : m_module->address();
     }
-    return noAddress(opened);
+    return opened;
+}
+
+Status TrialRun::beginFleet(quint16 port)
+{
+    FleetOptions options;
+    options.modules = fleetSize;
+    options.network = QStringLiteral("127.%1").arg(someNetwork());
+    options.port = port;
+    options.every = Fleet::livelyInterval(fleetSize);
+    options.language =
+        m_request.looks.language == germanLanguage ? FieldLanguage::German : FieldLanguage::English;
+    m_fleet = std::make_unique<Fleet>(m_io, m_timers, options);
+    Status opened = m_fleet->open();
+    if (opened) {
+        m_nodes = trialNodes(*m_fleet, options);
+    }
+    return opened;
 }
 
 void TrialRun::deliverWith(const Configuration &configuration)

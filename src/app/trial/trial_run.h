@@ -37,6 +37,7 @@ class TrialRun
 public:
     static constexpr int fleetSize = 12;
     static constexpr int attempts = 20; ///< to find addresses that are free
+    static constexpr quint16 usualPort = 49'111;
 
     /// What this process was started for, by the variables of the environment that TrialLauncher sets. They
     /// are removed: what the trial starts is none.
@@ -59,7 +60,8 @@ public:
     Q_DISABLE_COPY_MOVE(TrialRun)
 
     /// Starts the virtual modules, and writes the list that has them. The failure is for the user.
-    Status begin();
+    /// Where all addresses of this machine are taken at a port, it takes any other.
+    Status begin(quint16 firstPort = usualPort);
     /// The same surroundings with the folder of this run in place of the user's.
     Environment environment(Environment usual) const;
     QString instanceName() const { return instanceNameIn(m_request.folder); }
@@ -76,14 +78,15 @@ public:
     static void whenStarterEnds(std::function<void()> gone);
 
 private:
-    Status beginModule();
-    Status beginFleet();
+    Status beginModule(quint16 port);
+    Status beginFleet(quint16 port);
 
     Request m_request;
     IoThread &m_io;
     Timers &m_timers;
     FileLock m_lock;
     QString m_moduleAddress;
+    QByteArray m_nodes; ///< the list of the fleet
     std::unique_ptr<ModuleOnUdp> m_module;
     std::unique_ptr<Fleet> m_fleet;
 };
