@@ -511,10 +511,6 @@
         <translation>keine Konfiguration</translation>
     </message>
     <message>
-        <source>cannot be opened for reading</source>
-        <translation>kann nicht zum Lesen geöffnet werden</translation>
-    </message>
-    <message>
         <source>there is no file name to save under</source>
         <translation>es gibt keinen Dateinamen zum Speichern</translation>
     </message>
@@ -825,6 +821,18 @@
     <message>
         <source>there is no folder for it</source>
         <translation>es gibt keinen Ordner dafür</translation>
+    </message>
+    <message>
+        <source>is empty</source>
+        <translation>ist leer</translation>
+    </message>
+    <message>
+        <source>is not there</source>
+        <translation>ist nicht da</translation>
+    </message>
+    <message>
+        <source>may not be read by this user</source>
+        <translation>darf dieser Benutzer nicht lesen</translation>
     </message>
 </context>
 <context>

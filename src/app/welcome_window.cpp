@@ -7,8 +7,11 @@
 #include <QEvent>
 #include <QLabel>
 #include <QRadioButton>
+#include <QScreen>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <utility>
 
 namespace ktr {
@@ -31,28 +34,44 @@ WelcomeWindow::WelcomeWindow(const Commands &commands, QWidget *parent)
     setAttribute(Qt::WA_DeleteOnClose);
     m_greeting->setWordWrap(true);
     m_again->setWordWrap(true);
-    auto *all = new QVBoxLayout(this);
-    setLayout(all);
+    auto *scroller = new QScrollArea(this); // for the screen of a laptop at twice the scale
+    scroller->setFrameShape(QFrame::NoFrame);
+    scroller->setWidgetResizable(true);
+    scroller->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroller->setFocusPolicy(Qt::NoFocus);
+    scroller->viewport()->setAutoFillBackground(false);
+    auto *body = new QWidget;
+    auto *all = new QVBoxLayout(body);
     auto *row = new QHBoxLayout;
     row->addWidget(m_greeting, 1);
     offerLanguages(commands, *row);
     all->addLayout(row);
-    add("Cmd_welcome_new", IconName::New, QT_TR_NOOP("New station"),
+    add(*all, "Cmd_welcome_new", IconName::New, QT_TR_NOOP("New station"),
         QT_TR_NOOP("Begin the configuration of a station, field by field"), commands.newStation);
-    add("Cmd_welcome_open", IconName::Open, QT_TR_NOOP("Open a file"),
+    add(*all, "Cmd_welcome_open", IconName::Open, QT_TR_NOOP("Open a file"),
         QT_TR_NOOP("A configuration that you or somebody else has saved"), commands.open);
-    add("Cmd_welcome_module", IconName::Connection, QT_TR_NOOP("Try with a virtual module"),
+    add(*all, "Cmd_welcome_module", IconName::Connection, QT_TR_NOOP("Try with a virtual module"),
         QT_TR_NOOP("Without hardware: a second window, connected to a module inside the program"),
         commands.tryModule);
-    add("Cmd_welcome_fleet", IconName::OperationalMode, QT_TR_NOOP("Operational mode on a virtual fleet"),
+    add(*all, "Cmd_welcome_fleet", IconName::OperationalMode,
+        QT_TR_NOOP("Operational mode on a virtual fleet"),
         QT_TR_NOOP("Watch twelve stations that report values and alarms; your own list is left alone"),
         commands.tryFleet);
-    add("Cmd_welcome_manual", IconName::About, QT_TR_NOOP("Manual"),
+    add(*all, "Cmd_welcome_manual", IconName::About, QT_TR_NOOP("Manual"),
         QT_TR_NOOP("F1 opens it anywhere, at what you are looking at"), commands.manual);
     all->addWidget(m_again);
+    scroller->setWidget(body);
+    body->setAutoFillBackground(false);
+    auto *whole = new QVBoxLayout(this);
+    whole->setContentsMargins({});
+    whole->addWidget(scroller);
     applyTexts();
     constexpr int comfortable = 560;
-    resize(comfortable, heightForWidth(comfortable) > 0 ? heightForWidth(comfortable) : sizeHint().height());
+    constexpr QSize frame(16, 56); // of the window manager, at most
+    const QSize room = screen()->availableSize() - frame;
+    const int width = std::min(comfortable, room.width());
+    const int height = body->hasHeightForWidth() ? body->heightForWidth(width) : body->sizeHint().height();
+    resize(width, std::min(height, room.height()));
     m_choices.front().button->setFocus();
 }
 
@@ -70,8 +89,8 @@ void WelcomeWindow::offerLanguages(const Commands &commands, QBoxLayout &row)
     m_languageLabel->setVisible(!m_languages.empty());
 }
 
-void WelcomeWindow::add(const char *name, IconName picture, const char *caption, const char *description,
-                        std::function<void()> act)
+void WelcomeWindow::add(QBoxLayout &list, const char *name, IconName picture, const char *caption,
+                        const char *description, std::function<void()> act)
 {
     auto *button = named<QCommandLinkButton>(QLatin1String(name), this);
     button->setAutoDefault(false);
@@ -79,7 +98,7 @@ void WelcomeWindow::add(const char *name, IconName picture, const char *caption,
     constexpr int pictureSize = 24;
     button->setIconSize({pictureSize, pictureSize});
     button->setEnabled(act != nullptr);
-    layout()->addWidget(button);
+    list.addWidget(button);
     m_choices.push_back({button, caption, description});
     connect(button, &QAbstractButton::clicked, this, [this, act = std::move(act)] {
         close(); // before what it opens

@@ -58,8 +58,8 @@ private:
         const char *caption;
         const char *description;
     };
-    void add(const char *name, IconName picture, const char *caption, const char *description,
-             std::function<void()> act);
+    void add(QBoxLayout &list, const char *name, IconName picture, const char *caption,
+             const char *description, std::function<void()> act);
     void offerLanguages(const Commands &commands, QBoxLayout &row);
     void applyTexts();
 

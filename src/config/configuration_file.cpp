@@ -155,6 +155,8 @@ ReadReport readConfigurationFile(const QString &path, Configuration &configurati
     ReadReport report = readConfiguration(document, configuration, environment);
     if (!read) {
         report.document = read;
+    } else if (document.isEmpty()) {
+        report.document = fileFailure(path, QCoreApplication::translate("Files", "is empty"));
     } else if (!report.document) {
         report.document = fileFailure(path, QCoreApplication::translate("Files", "not a configuration") +
                                                 QLatin1String(": ") + report.document.message());

@@ -8,6 +8,20 @@
 
 namespace ktr {
 
+namespace {
+
+Status whyUnreadable(const QString &name, const QFileInfo &file)
+{
+    if (!file.exists()) {
+        return fileFailure(name, QCoreApplication::translate("Files", "is not there"));
+    }
+    return file.isFile()
+               ? fileFailure(name, QCoreApplication::translate("Files", "may not be read by this user"))
+               : notRegular(name);
+}
+
+} // namespace
+
 QString Document::fileCalled(const QString &name)
 {
     if (!name.endsWith(u' ') || QFileInfo::exists(name)) {
@@ -86,8 +100,7 @@ ReadReport Document::load(const QString &fileName)
     if (const QFileInfo info(fileCalled(fileName)); !info.isFile() || !info.isReadable()) {
         ReadReport report;
         report.opened = false;
-        report.document =
-            fileFailure(fileName, QCoreApplication::translate("Files", "cannot be opened for reading"));
+        report.document = whyUnreadable(fileName, info);
         return report;
     }
     setFileName(fileName);

@@ -6,6 +6,7 @@
 #include "support/environment.h"
 #include "support/random_configuration.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QRegularExpression>
@@ -397,7 +398,13 @@ private Q_SLOTS:
         QVERIFY(document.isModified());
 
         // A file that is not there costs nothing; one that is no configuration gives the fall-backs.
-        QVERIFY(!document.load(folder.filePath(u"none.xml"_s)).opened);
+        const auto whyNot = [&](const QString &name) {
+            const ReadReport unread = document.load(folder.filePath(name));
+            return unread.opened ? QString("opened") : unread.document.message().section(u": "_s, 1);
+        };
+        QCOMPARE(whyNot(u"none.xml"_s), "is not there");
+        QVERIFY(QDir(folder.path()).mkdir(u"folder.xml"_s));
+        QCOMPARE(whyNot(u"folder.xml"_s), "is a folder");
         QVERIFY(document.configuration() == snapshot);
         QCOMPARE(document.fileName(), path);
         QVERIFY(document.load(path).document);
@@ -409,6 +416,8 @@ private Q_SLOTS:
         QVERIFY(report.document.message().startsWith(path + u": not a configuration"_s));
         QCOMPARE(document.fileName(), "");
         QCOMPARE(document.configuration().gsm.pin, "");
+        QVERIFY(replaceFile(path, QByteArray()));
+        QCOMPARE(document.load(path).document.message(), path + u": is empty"_s);
     }
 };
 
