@@ -25,6 +25,7 @@
 #include "look/one_line.h"
 #include "look/outside_texts.h"
 #include "look/program_name.h"
+#include "look/text_keys.h"
 #include "platform/settings_store.h"
 
 #include <QAction>
@@ -90,6 +91,7 @@ FormMain::FormMain(const Services &services)
     showOutsideTextsPlain(*qApp);
     keepFieldsOnOneLine(*qApp);
     keepFocusOfDisabledButtons(*qApp);
+    sortTextKeys(*qApp);
     connect(qApp, &QApplication::focusChanged, this,
             [this](const QWidget *, const QWidget *now) { watchLengths(now); });
     setObjectName(QStringLiteral("FormMain"));

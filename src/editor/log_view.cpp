@@ -1,5 +1,7 @@
 #include "editor/log_view.h"
 
+#include "look/list_views.h"
+
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -35,7 +37,7 @@ LogView::LogView(const QString &name, int last, QWidget *parent)
     m_pause->setObjectName(name + QLatin1String("_pause"));
     m_pause->setCheckable(true);
     m_search->setObjectName(name + QLatin1String("_search"));
-    m_search->setClearButtonEnabled(true);
+    addClearButton(*m_search);
     m_save->setObjectName(name + QLatin1String("_save"));
 
     auto *tools = new QHBoxLayout;

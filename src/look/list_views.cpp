@@ -55,6 +55,36 @@ private:
     QAction *m_icon;
 };
 
+/// Gives the toolkit's button that empties a field its text.
+class ClearText : public QObject
+{
+public:
+    explicit ClearText(QLineEdit &field)
+        : QObject(&field), m_clear(field.findChild<QAction *>(QStringLiteral("_q_qlineeditclearaction")))
+    {
+        field.installEventFilter(this);
+        applyTexts();
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::LanguageChange) {
+            applyTexts();
+        }
+        return false;
+    }
+
+private:
+    void applyTexts()
+    {
+        if (m_clear != nullptr) {
+            m_clear->setText(QCoreApplication::translate("SearchField", "Clear"));
+        }
+    }
+
+    QAction *m_clear;
+};
+
 /// Null where the list shows none.
 QModelIndex firstLine(const QAbstractItemView &list)
 {
@@ -148,11 +178,17 @@ void offerActions(QAbstractItemView &list)
     });
 }
 
+void addClearButton(QLineEdit &field)
+{
+    field.setClearButtonEnabled(true);
+    new ClearText(field);
+}
+
 QLineEdit *searchField(const QString &name, QWidget *parent)
 {
     constexpr int narrowest = 120;
     auto *field = named<SearchField>(name, parent);
-    field->setClearButtonEnabled(true);
+    addClearButton(*field);
     field->setMinimumWidth(narrowest);
     return field;
 }

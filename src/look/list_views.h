@@ -20,6 +20,9 @@ template <class Control> Control *named(const QString &name, QWidget *parent)
 /// A field for a text to search for.
 QLineEdit *searchField(const QString &name, QWidget *parent);
 
+/// Lets a field be emptied by a button, which assistive tools can tell.
+void addClearButton(QLineEdit &field);
+
 /// Lets Down go from a search into the list of what it found: to its current line, or the first one.
 void goDownInto(QLineEdit &search, QAbstractItemView &list);
 

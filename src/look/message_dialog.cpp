@@ -200,6 +200,22 @@ bool Dialog::questionOfLoss(QWidget *parent, const TextTable &texts, const QStri
     return dialog->wait();
 }
 
+bool Dialog::questionOfLoss(QWidget *parent, const TextTable &texts, const std::function<QString()> &text)
+{
+    constexpr int followMs = 250;
+    auto *dialog = new Dialog(parent, Kind::Question, texts, text());
+    dialog->makeDefault(dialog->m_cancel);
+    auto *follow = new QTimer(dialog);
+    connect(follow, &QTimer::timeout, dialog, [dialog, text] {
+        if (const QString now = text(); !dialog->m_answered && !now.isEmpty() && now != dialog->m_text) {
+            dialog->setText(now);
+            dialog->arrange();
+        }
+    });
+    follow->start(followMs);
+    return dialog->wait();
+}
+
 void Dialog::makeDefault(QPushButton *button)
 {
     m_default = button;

@@ -53,6 +53,9 @@ public:
     static bool question(QWidget *parent, const TextTable &texts, const QString &text);
     /// The same where OK cannot be taken back: Enter is Cancel.
     static bool questionOfLoss(QWidget *parent, const TextTable &texts, const QString &text);
+    /// The same with a text that is asked for again while the question stands there, since what it tells of
+    /// goes on meanwhile.
+    static bool questionOfLoss(QWidget *parent, const TextTable &texts, const std::function<QString()> &text);
 
     /// The text that stands in the field at OK, which may be empty; nothing for Cancel.
     static std::optional<QString> input(QWidget *parent, const TextTable &texts, const QString &prompt,

@@ -3,8 +3,9 @@
 
 accessibility_bus_test.py PROGRAM: starts it on an X server and a session bus of its own, goes through the pages of the main
 window and of the operational mode, tells each control that can have the focus but has no name, each action without a text and
-each picture of a value that assistive tools see nothing of, and does one task: opens the operational mode, chooses a station and
-accepts its alarm. Ends with 77, which counts as skipped, where the bus is not installed.
+each picture of a value that assistive tools see nothing of. It does one task, opens the operational mode, chooses a station and
+accepts its alarm, and does the same with the windows that menus open: the record, the settings, dialogs and the question before
+a removal. Ends with 77, which counts as skipped, where the bus is not installed.
 """
 import os
 import shutil
@@ -160,6 +161,29 @@ class Program:
     def is_shown(self, node):
         return self.has(node, "SHOWING") or node.get_role() == self.atspi.Role.APPLICATION
 
+    def menu_item(self, window, name):
+        """Of a menu of the window, open or not."""
+        bar = next((node for node in self.nodes(window) if self.role(node) == "menu bar"), None)
+        waiting = [bar] if bar else []
+        while waiting:
+            node = waiting.pop(0)
+            if self.role(node) in ITEMS and (node.get_name() or "").rstrip(".") == name and self.has(node, "ENABLED"):
+                return node
+            children = [node.get_child_at_index(at) for at in range(node.get_child_count())]
+            waiting += [child for child in children if child is not None]
+        return None
+
+    def choose_item(self, window, name):
+        """What opens a window that is to be answered answers only then itself."""
+        item = self.wait("the entry %s of a menu" % name, lambda: self.menu_item(window, name))
+        self.atspi.set_timeout(1000, 0)
+        try:
+            self.act(item)
+        except self.error():
+            pass
+        finally:
+            self.atspi.set_timeout(-1, -1)
+
     def find(self, window, role, name):
         return next((node for node in self.nodes(window)
                      if self.role(node) == role and name in (node.get_name() or "")), None)
@@ -207,6 +231,15 @@ UNNAMED_MAY_BE = ("label", "frame", "window", "filler", "panel", "scroll pane", 
                   "dialog")
 ACTED_ON = ("push button", "toggle button", "check box", "radio button", "menu item", "check menu item", "radio menu item",
             "page tab", "menu")
+ITEMS = ("menu item", "check menu item", "radio menu item")
+# Of the main window and of the operational mode: an entry of a menu, a part of the name of the window that it opens, and the
+# button that closes that; none for a window that may stay.
+MAIN_WINDOWS = (("Settings", "Settings", "Cancel"),)
+MODE_WINDOWS = (("Delete", 'Delete the station "', "Cancel"), ("Add several", "Add stations", "Cancel"),
+                ("Maintenance", "Station in maintenance", "Cancel"), ("Export", "Export", "Cancel"),
+                ("Record: size, age, copy", "What is kept", "Cancel"), ("Where the stations are", "Where the stations are", "Cancel"),
+                ("Alarm rules", "Alarm rules", "Cancel"), ("Chattering and silence", "Chattering and silence", "Cancel"),
+                ("Sound", "Sound of alarms", "OK"), ("Find in the record", "Record", None))
 
 
 def list_of_stations():
@@ -234,6 +267,19 @@ def look_at_pages(program, window, where):
         program.examine(window, where + ", page " + name)
 
 
+def look_at_windows(program, window, entries):
+    for entry, title, button in entries:
+        before = [known.get_name() for known in program.windows()]
+        program.choose_item(window, entry)
+        opened = program.wait("the window " + title, lambda: next(
+            (found for found in program.windows() if title in (found.get_name() or "") and found.get_name() not in before), None))
+        look_at_pages(program, opened, title)
+        if button:
+            program.act(program.wait("%s of %s" % (button, title), lambda: program.find(opened, "push button", button)))
+            program.wait("the end of " + title, lambda: all(
+                title not in (left.get_name() or "") or left.get_name() in before for left in program.windows()))
+
+
 def choose(program, item):
     """Or, where it is chosen, no longer."""
     program.act(item, ("Toggle",))
@@ -243,6 +289,7 @@ def task(program):
     """Opens the operational mode, chooses the station in alarm and accepts its notification."""
     main = program.window("KTRconfig")
     look_at_pages(program, main, "main window")
+    look_at_windows(program, main, MAIN_WINDOWS)
     program.act(program.wait("the operational mode", lambda: program.find(main, "menu item", "Operational Mode")))
     window = program.window("(1!)")  # one alarm waits
     look_at_pages(program, window, "operational mode")
@@ -268,6 +315,7 @@ def task(program):
     program.wait("that no alarm waits any more", lambda: next(
         (found for found in program.windows() if "perational" in (found.get_name() or "")
          and "!" not in found.get_name()), None))
+    look_at_windows(program, window, MODE_WINDOWS)
 
 
 def inside(program, folder):

@@ -187,7 +187,7 @@ QLayout *FleetWindow::filesRow()
 {
     m_folderLabel = new QLabel(this);
     m_folder = named<QLineEdit>(QStringLiteral("Text_fleet_folder"), this);
-    m_folder->setClearButtonEnabled(true);
+    addClearButton(*m_folder);
     m_folderLabel->setBuddy(m_folder);
     m_chooseFolder = button("Cmd_fleet_folder", &FleetWindow::chooseFolder);
     m_chooseFile = button("Cmd_fleet_file", &FleetWindow::chooseFile);
@@ -243,7 +243,7 @@ QLayout *FleetWindow::optionsRow()
     m_atOnceLabel->setBuddy(m_atOnce);
     m_receiptsLabel = new QLabel(this);
     m_receipts = named<QLineEdit>(QStringLiteral("Text_fleet_receipts"), this);
-    m_receipts->setClearButtonEnabled(true);
+    addClearButton(*m_receipts);
     m_receiptsLabel->setBuddy(m_receipts);
     m_chooseReceipts = button("Cmd_fleet_receipts", &FleetWindow::chooseReceipts);
     auto *row = new QHBoxLayout;

@@ -1,6 +1,5 @@
 #include "opmode/window/station_picker.h"
 
-#include "look/icons.h"
 #include "look/list_views.h"
 #include "opmode/tree/station_tree.h"
 
@@ -18,7 +17,7 @@ StationPicker::StationPicker(const StationTree &tree, QWidget *parent)
     : QWidget(parent),
       m_stations(new QStandardItemModel(this)),
       m_shown(new QSortFilterProxyModel(this)),
-      m_filter(new QLineEdit(this)),
+      m_filter(searchField(QStringLiteral("Text_export_filter"), this)),
       m_all(new QCheckBox(tr("All that are shown"), this)),
       m_list(new QListView(this)),
       m_count(new QLabel(this))
@@ -34,12 +33,9 @@ StationPicker::StationPicker(const StationTree &tree, QWidget *parent)
     m_shown->setSourceModel(m_stations);
     m_shown->setFilterCaseSensitivity(Qt::CaseInsensitive);
 
-    m_filter->setObjectName(QStringLiteral("Text_export_filter"));
     m_filter->setPlaceholderText(tr("Find a station"));
     m_filter->setAccessibleName(m_filter->placeholderText());
     m_filter->setToolTip(tr("Shows the stations whose names hold this text"));
-    m_filter->addAction(icon(IconName::Search), QLineEdit::LeadingPosition);
-    m_filter->setClearButtonEnabled(true);
     m_all->setObjectName(QStringLiteral("Check_export_allShown"));
     m_all->setToolTip(tr("Ticks the stations of the list, or none of them"));
     m_list->setObjectName(QStringLiteral("lst_export_stations"));

@@ -1,6 +1,7 @@
 #include "opmode/window/alarms/alarm_rules_dialog.h"
 
 #include "lang/text_table.h"
+#include "look/list_views.h"
 #include "look/problem_label.h"
 #include "opmode/operational_mode.h"
 #include "opmode/window/alarms/alarm_cells.h"
@@ -70,7 +71,7 @@ AlarmRulesDialog::AlarmRulesDialog(OperationalMode &mode, const TextTable &texts
     setUpTable();
     m_try->setObjectName(QStringLiteral("Text_rule_try"));
     m_try->setPlaceholderText(tr("What a station could send, for example: Pump 1 fail"));
-    m_try->setClearButtonEnabled(true);
+    addClearButton(*m_try);
     m_verdict->setObjectName(QStringLiteral("lbl_rule_try"));
     m_verdict->setWordWrap(true);
     m_verdict->setTextFormat(Qt::PlainText);

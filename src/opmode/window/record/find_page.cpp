@@ -119,7 +119,7 @@ void FindPage::layOut()
     m_to = timeField("Date_record_to");
     m_text = searchField("Text_record_text"_L1, this);
     m_station = named<QLineEdit>("Text_record_station"_L1, this);
-    m_station->setClearButtonEnabled(true);
+    addClearButton(*m_station);
     constexpr int narrowestText = 140;
     for (QLineEdit *field : {m_station, m_text}) {
         field->setMinimumWidth(narrowestText);
