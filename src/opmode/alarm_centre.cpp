@@ -99,7 +99,7 @@ void AlarmCentre::takeLoaded()
         addNews(*m_book.alarm(id));
     }
     m_latest = 0;
-    if (m_news.arrived > 0 || m_unacknowledged > 0) {
+    if (m_news.arrived > 0 || m_told > 0) {
         update();
     }
 }
@@ -116,7 +116,7 @@ void AlarmCentre::update()
 void AlarmCentre::tell()
 {
     m_isStale = false;
-    m_unacknowledged = m_book.waitingCount();
+    m_told = m_book.waitingCount();
     m_pause->start(pauseBetweenNews, [this] {
         if (m_isStale) {
             tell();
@@ -126,8 +126,8 @@ void AlarmCentre::tell()
     AlarmNews news = std::exchange(m_news, {});
     const qint64 firstNew = std::exchange(m_firstNew, 0);
     // What was acknowledged meanwhile is no news.
-    if (news.arrived > 0 && m_unacknowledged > 0) {
-        news.unacknowledged = m_unacknowledged;
+    if (news.arrived > 0 && m_told > 0) {
+        news.unacknowledged = m_told;
         news.latest = latest().value_or(Alarm());
         news.first = described(firstNew).value_or(news.latest);
         Q_EMIT attention(news);

@@ -52,8 +52,8 @@ public:
     AlarmCentre(const AlarmBook &book, Describe describe, Timers &timers, QObject *parent = nullptr);
     ~AlarmCentre() override;
 
-    /// As changed() told last.
-    int unacknowledged() const { return m_unacknowledged; }
+    /// How many wait, which changed() may not have told yet.
+    int unacknowledged() const { return m_book.waitingCount(); }
     /// The one that came first of those that wait, and the one that arrived last; nothing when none waits.
     std::optional<Alarm> first() const;
     std::optional<Alarm> latest() const;
@@ -81,7 +81,7 @@ private:
     Describe m_describe;
     std::unique_ptr<OneShotTimer> m_pause;
     std::unique_ptr<OneShotTimer> m_soon;
-    int m_unacknowledged = 0;
+    int m_told = 0; ///< how many, by changed()
     qint64 m_latest = 0;
     AlarmNews m_news; ///< not told yet
     qint64 m_firstNew = 0;

@@ -129,15 +129,33 @@ void StationActions::takeOut(const QString &kennung)
     m_parts.alarms.forget(row.id, m_parts.moment());
 }
 
-void StationActions::bringBack(const QString &kennung, const StationAttributes &attributes)
+void StationActions::bringBack(const QString &kennung, const StationAttributes &attributes,
+                               const cStation::Seen &seen)
 {
     begin(kennung, attributes);
+    m_parts.stations.Item(kennung)->resume(seen);
     const StationRow row = rowOf(kennung);
     m_parts.record.add(row);
     m_parts.record.add(EventKind::StationAdded, kennung, m_parts.moment(), row.name, ListRecord::By::Operator,
                        row.attributes);
+    keepLiveness(*m_parts.stations.Item(kennung));
     goOn(kennung);
     Q_EMIT changed(kennung);
+}
+
+/// For who looks on, and for how long it may be silent: what did not change is not told by itself.
+void StationActions::keepLiveness(const cStation &station)
+{
+    using Liveness = cStation::Liveness;
+    if (station.liveness() == Liveness::Unknown) {
+        return;
+    }
+    const bool isSilent = station.liveness() == Liveness::Silent;
+    m_parts.record.add(isSilent ? EventKind::Silent : EventKind::Alive, station.kennung(), m_parts.moment(),
+                       station.hostAddress(), ListRecord::By::Program);
+    if (isSilent) {
+        m_watchAlarms.onStationChanged(m_parts.record.number(station.kennung()), StationChange::Silent, {});
+    }
 }
 
 void StationActions::keepName(const QString &kennung, const QString &before)

@@ -25,9 +25,9 @@ public:
     QString add(const QString &name, const QString &hostAddress, bool online = false);
     void remove(const QString &kennung);
     /// The same but for its node and its number, which the caller removes; and one that was taken out so,
-    /// whose node is back, comes to life again with these.
+    /// whose node is back, comes to life again with these, as it was seen last.
     void takeOut(const QString &kennung);
-    void bringBack(const QString &kennung, const StationAttributes &attributes);
+    void bringBack(const QString &kennung, const StationAttributes &attributes, const cStation::Seen &seen);
     /// The name that a station gets that is to be called so; empty when none can be.
     static QString nameFor(const QString &wanted);
     /// Keeps the new name of a station's node.
@@ -64,6 +64,7 @@ Q_SIGNALS:
 
 private:
     void letGo(cStation &station);
+    void keepLiveness(const cStation &station);
     StationRow rowOf(const QString &kennung) const;
 
     ListParts m_parts;

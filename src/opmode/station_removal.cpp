@@ -1,5 +1,7 @@
 #include "opmode/station_removal.h"
 
+#include <numeric>
+
 namespace ktr {
 
 void StationRemoval::remove(const QString &kennung)
@@ -12,9 +14,13 @@ void StationRemoval::remove(const QString &kennung)
     removed.kennung = kennung;
     removed.number = m_parts.record.number(kennung);
     removed.attributes = m_actions.attributes(kennung);
+    if (const cStation *watched = m_parts.stations.Item(kennung)) {
+        removed.seen = watched->seen();
+    }
     for (const auto &[id, alarm] : m_parts.alarms.standing()) {
         if (alarm.station == removed.number) {
             removed.alarms += alarm;
+            removed.waiting += m_parts.alarms.isWaiting(alarm) ? 1 : 0;
         }
     }
     for (const Shelf &shelf : m_parts.alarms.shelves()) {
@@ -38,6 +44,12 @@ QStringList StationRemoval::stations() const
     return stations;
 }
 
+int StationRemoval::closedAlarms() const
+{
+    return std::accumulate(m_removed.begin(), m_removed.end(), 0,
+                           [](int sum, const Removed &removed) { return sum + removed.waiting; });
+}
+
 bool StationRemoval::restoreNext()
 {
     if (m_removed.empty()) {
@@ -55,7 +67,7 @@ bool StationRemoval::restoreNext()
         m_parts.alarms.shelve(shelf);
     }
     putBackAlarms(removed); // before its module may say that what one tells of is over
-    m_actions.bringBack(removed.kennung, removed.attributes);
+    m_actions.bringBack(removed.kennung, removed.attributes, removed.seen);
     m_parts.record.add(EventKind::Note, removed.kennung, m_parts.moment(),
                        tr("The removal was undone. Alarms that it had closed and that are open again: %1")
                            .arg(removed.alarms.size()),

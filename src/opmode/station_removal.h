@@ -24,6 +24,8 @@ public:
     void remove(const QString &kennung);
     /// How many stations can be brought back.
     int count() const { return static_cast<int>(m_removed.size()); }
+    /// How many alarms waited for somebody that their removal closed.
+    int closedAlarms() const;
     /// Their keys, in the order in which restoreNext() brings them back.
     QStringList stations() const;
     /// Brings back the first one that was removed; false where another station has its name by now, and then
@@ -41,9 +43,11 @@ private:
         QString kennung{};
         qint64 number = 0; ///< in the record
         StationAttributes attributes{};
+        cStation::Seen seen{};
         ValueTrends::Kept trends{};
         QList<AlarmRow> alarms{};
         QList<Shelf> shelves{};
+        int waiting = 0; ///< of the alarms
     };
 
     void putBackAlarms(const Removed &removed);

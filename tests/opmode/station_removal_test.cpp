@@ -65,6 +65,24 @@ private Q_SLOTS:
         QCOMPARE(rows(), (QStringList{"Flood 4 over", "Puk 3 over", "Silent 2 over"}));
     }
 
+    void howAStationWasSeenComesBackAtOnceAndItsSilenceIsCounted()
+    {
+        QVERIFY(m_mode->station("Flood")->liveness() == cStation::Liveness::Silent);
+        m_lines[3]->say("OK\r\n");
+        const qint64 heard = m_mode->station("Noted")->lastHeard();
+        remove();
+        bringBack();
+        QVERIFY(m_mode->station("Flood")->liveness() == cStation::Liveness::Silent);
+        QVERIFY(m_mode->station("Noted")->liveness() == cStation::Liveness::Alive);
+        QCOMPARE(m_mode->station("Noted")->lastHeard(), heard);
+        m_timers.advance(minute); // the new connection is not answered either
+        QVERIFY(m_mode->station("Noted")->liveness() == cStation::Liveness::Silent);
+        QVERIFY(!rows().contains("Flood 2 open"));
+        m_timers.advance(6 * minute);
+        QCOMPARE(rows().filter("Flood 2 open").size(), 1);
+        QCOMPARE(rows().filter("Noted 2 open").size(), 1);
+    }
+
     void theRecordTellsARemovalFromAnAcknowledgementAndItsUndoing()
     {
         const QList<AlarmRow> before = recorded();

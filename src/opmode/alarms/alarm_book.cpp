@@ -104,6 +104,19 @@ void AlarmBook::follow(const AlarmRow &row)
     }
 }
 
+int AlarmBook::waitingCount(const QSet<qint64> &stations) const
+{
+    return static_cast<int>(std::ranges::count_if(
+        m_waiting, [&](qint64 id) { return stations.contains(m_standing.at(id).station); }));
+}
+
+int AlarmBook::shelvedCount() const
+{
+    return static_cast<int>(std::ranges::count_if(m_standing, [this](const auto &entry) {
+        return entry.second.acknowledged == 0 && isShelved(entry.second);
+    }));
+}
+
 const AlarmRow *AlarmBook::alarm(qint64 id) const
 {
     const auto found = m_standing.find(id);

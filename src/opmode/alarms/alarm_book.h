@@ -90,7 +90,12 @@ public:
     bool isShelved(const AlarmRow &alarm) const { return alarm.shelvedUntil != 0; }
     /// Neither acknowledged nor shelved.
     bool isWaiting(const AlarmRow &alarm) const { return alarm.acknowledged == 0 && !isShelved(alarm); }
+    /// How many alarms are open, wherever a number of them is told.
     int waitingCount() const { return static_cast<int>(m_waiting.size()); }
+    /// The same of some stations alone.
+    int waitingCount(const QSet<qint64> &stations) const;
+    /// How many are put aside and not acknowledged.
+    int shelvedCount() const;
     /// By their numbers, which are the order in which they came.
     const std::set<qint64> &waiting() const { return m_waiting; }
 

@@ -149,6 +149,16 @@ void cStation::show(const Seen &seen)
     m_lastHeard = seen.lastHeard;
 }
 
+void cStation::resume(const Seen &seen)
+{
+    m_lastHeard = seen.lastHeard;
+    m_pukNeeded = seen.pukNeeded || m_pukNeeded;
+    if (m_online) {
+        m_liveness = seen.liveness;
+        m_csq = m_exclusiveMode ? unknownQuality : seen.csq;
+    }
+}
+
 void cStation::Tmr_sendSettle_Timer()
 {
     m_sendSettling = false;

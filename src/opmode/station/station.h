@@ -131,6 +131,10 @@ public:
         qint64 lastHeard = 0;
     };
     void show(const Seen &seen);
+    Seen seen() const { return {m_online, m_liveness, m_csq, m_pukNeeded, m_loss, m_lastHeard}; }
+    /// It was let go for moments by mistake: until its module is heard, or is not, all but losses is as it
+    /// was seen then. Whether it is online stays.
+    void resume(const Seen &seen);
 
     /// Gets every line with its direction in front; nobody listens at first.
     std::function<void(const QString &line)> traced;
