@@ -1,11 +1,15 @@
 // The overview of 10,000 stations: a frame while it is scrolled, a frame that is painted whole, what it takes
-// to take over that many of them changed, and its memory.
+// to take over that many of them changed, and its memory. The tree of as many: a key typed into its search,
+// its order, its groups.
 
 #include "figures.h"
 #include "look/style.h"
 #include "opmode/operational_mode.h"
 #include "opmode/window/overview/overview_page.h"
 #include "opmode/window/overview/overview_view.h"
+#include "opmode/window/station_tree_pane.h"
+#include "opmode/window/station_tree_view.h"
+#include "opmode/window/tree_order.h"
 #include "platform/registry.h"
 #include "support/manual_timers.h"
 #include "support/recorded_line.h"
@@ -13,11 +17,13 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QStringListModel>
 #include <QTemporaryDir>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <malloc.h>
 
@@ -28,6 +34,7 @@ namespace {
 constexpr int stationCount = 10'000;
 constexpr double frame = 1.0 / 60;
 constexpr QSize screenSize(1920, 1080);
+constexpr QSize treeSize(320, 1000);
 
 double median(std::vector<double> values)
 {
@@ -177,6 +184,53 @@ void changes(Stations &stations, OverviewPage &page)
                  figures::Unit::Seconds, 0.1);
 }
 
+/// What a key in the tree's search costs the window until the rows are painted, of 10,000 stations.
+void searched(StationTreePane &pane)
+{
+    auto *search = pane.findChild<QLineEdit *>(QStringLiteral("Text_filter_station"));
+    std::vector<double> times;
+    std::vector<double> keys;
+    for (int turn = 0; turn < 5; ++turn) {
+        for (const QString &text :
+             {QStringLiteral("P"), QStringLiteral("Pumping station 1"), QStringLiteral("Pumping station 12"),
+              QStringLiteral("n 123"), QString()}) {
+            times.push_back(secondsOf([&] {
+                search->setText(text);
+                pane.tree().settleFilter();
+                QCoreApplication::processEvents();
+            }));
+            keys.push_back(secondsOf([&] { (void)pane.tree().shownKeys(); }));
+        }
+    }
+    figures::row("10,000 stations in the tree: a key in its search, the slowest",
+                 *std::ranges::max_element(times), figures::Unit::Seconds, frame);
+    figures::row("the same: which stations are shown, the slowest", *std::ranges::max_element(keys),
+                 figures::Unit::Seconds, frame);
+}
+
+void ordered(StationTreePane &pane)
+{
+    using Order = OverviewModel::Order;
+    using Grouping = OverviewModel::Grouping;
+    const auto slowest = [](const auto &choices, const auto &choose) {
+        double time = 0;
+        for (const auto choice : choices) {
+            time = std::max(time, secondsOf([&] {
+                                choose(choice);
+                                QCoreApplication::processEvents();
+                            }));
+        }
+        return time;
+    };
+    const double orders = slowest(std::array{Order::Name, Order::Urgency, Order::Heard, Order::List},
+                                  [&](Order order) { pane.order().setOrder(order); });
+    pane.order().setOrder(Order::Urgency);
+    const double groupings = slowest(std::array{Grouping::State, Grouping::Groups, Grouping::None},
+                                     [&](Grouping grouping) { pane.order().setGrouping(grouping); });
+    figures::row("the same: another order, the slowest", orders, figures::Unit::Seconds, 0.1);
+    figures::row("the same: other sections, the slowest", groupings, figures::Unit::Seconds, 0.1);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -205,5 +259,12 @@ int main(int argc, char **argv)
     painted(page.view(), names, 3, "tiles with state and signal");
     painted(page.view(), cells, 7, "cells");
     changes(stations, page);
+    page.hide();
+    StationTreePane pane(stations.mode, stations.texts, stations.timers, QLocale::c());
+    pane.resize(treeSize);
+    pane.show();
+    QCoreApplication::processEvents();
+    searched(pane);
+    ordered(pane);
     return figures::exitCode();
 }

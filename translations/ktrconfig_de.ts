@@ -2076,6 +2076,10 @@
         <source>Search</source>
         <translation>Suchen</translation>
     </message>
+    <message>
+        <source>Clear</source>
+        <translation>Leeren</translation>
+    </message>
 </context>
 <context>
     <name>Sound</name>
@@ -4955,20 +4959,12 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>%1 ist aktiv</translation>
     </message>
     <message>
-        <source>All alarms are acknowledged</source>
-        <translation>Alle Alarme sind quittiert</translation>
-    </message>
-    <message>
         <source>The list of stations cannot be used. It stays as it is: %1</source>
         <translation>Die Stationsliste ist nicht verwendbar. Sie bleibt, wie sie ist: %1</translation>
     </message>
     <message>
         <source>No station is watched</source>
         <translation>Keine Station wird überwacht</translation>
-    </message>
-    <message>
-        <source>Since %1; changes that wait: %2. It is tried again all the time; what is not written when the program or the system ends is lost. %3</source>
-        <translation>Seit %1; wartende Änderungen: %2. Es wird laufend neu versucht; was nicht geschrieben ist, wenn das Programm oder das System endet, ist verloren. %3</translation>
     </message>
     <message>
         <source>Not all of the list of stations is as it was. What is there is watched; what is damaged is kept under another name, which stands at the end.</source>
@@ -4985,18 +4981,6 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>The record cannot be written either: what changed in this run is lost then.</source>
         <translation>Auch die Aufzeichnung kann nicht geschrieben werden: Was sich in diesem Lauf geändert hat, ist dann verloren.</translation>
-    </message>
-    <message>
-        <source>Since %1 no alarm arrives. What is shown is how it was then.</source>
-        <translation>Seit %1 kommt kein Alarm mehr an. Zu sehen ist, wie es da war.</translation>
-    </message>
-    <message>
-        <source>Nobody watches the stations</source>
-        <translation>Niemand überwacht die Stationen</translation>
-    </message>
-    <message>
-        <source>Watched by %1</source>
-        <translation>Überwacht von %1</translation>
     </message>
     <message>
         <source>joined: %1</source>
@@ -5019,24 +5003,8 @@ Wasserturm;turm.example.org:49111</translation>
         <translation>Stumm bis %1</translation>
     </message>
     <message>
-        <source>For more than %1 s, since %2, nothing has come from it: perhaps nobody watches, and what is shown is how it was then. If it hangs, end it (%3); then the stations can be watched here.</source>
-        <translation>Seit über %1 s, seit %2, kommt von ihm nichts: Womöglich überwacht niemand, und angezeigt wird der Stand von damals. Wenn es hängt, beenden Sie es (%3); dann können die Stationen hier überwacht werden.</translation>
-    </message>
-    <message>
-        <source>The program that watches the stations is not heard</source>
-        <translation>Von dem Programm, das die Stationen überwacht, kommt nichts mehr</translation>
-    </message>
-    <message>
         <source>joined, but not heard: %1</source>
         <translation>mitgelesen, aber ohne Nachricht: %1</translation>
-    </message>
-    <message>
-        <source>Since %1 nothing arrives here. The stations may be watched all the same; what is shown is how it was then. It is tried again all the time. %2</source>
-        <translation>Seit %1 kommt hier nichts mehr an. Die Stationen werden vielleicht trotzdem überwacht; angezeigt wird der Stand von damals. Es wird laufend erneut versucht. %2</translation>
-    </message>
-    <message>
-        <source>The record cannot be reached</source>
-        <translation>Die Aufzeichnung ist nicht erreichbar</translation>
     </message>
     <message>
         <source>the record cannot be reached</source>
@@ -5057,6 +5025,18 @@ Wasserturm;turm.example.org:49111</translation>
     <message>
         <source>Alarms cannot be heard</source>
         <translation>Alarme sind nicht zu hören</translation>
+    </message>
+    <message>
+        <source>No alarm is open</source>
+        <translation>Kein Alarm ist offen</translation>
+    </message>
+    <message>
+        <source>put aside: %1</source>
+        <translation>zurückgestellt: %1</translation>
+    </message>
+    <message>
+        <source>closed by the removal of their stations: %1</source>
+        <translation>mit dem Entfernen ihrer Stationen geschlossen: %1</translation>
     </message>
 </context>
 <context>
@@ -5709,6 +5689,41 @@ Turm</translation>
     <message>
         <source>Reads the file again</source>
         <translation>Liest die Datei noch einmal</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::ListNotices</name>
+    <message>
+        <source>Since %1 nothing arrives here. The stations may be watched all the same; what is shown is how it was then. It is tried again all the time. %2</source>
+        <translation>Seit %1 kommt hier nichts mehr an. Die Stationen werden vielleicht trotzdem überwacht; angezeigt wird der Stand von damals. Es wird laufend erneut versucht. %2</translation>
+    </message>
+    <message>
+        <source>The record cannot be reached</source>
+        <translation>Die Aufzeichnung ist nicht erreichbar</translation>
+    </message>
+    <message>
+        <source>Since %1 no alarm arrives. What is shown is how it was then.</source>
+        <translation>Seit %1 kommt kein Alarm mehr an. Zu sehen ist, wie es da war.</translation>
+    </message>
+    <message>
+        <source>Nobody watches the stations</source>
+        <translation>Niemand überwacht die Stationen</translation>
+    </message>
+    <message>
+        <source>For more than %1 s, since %2, nothing has come from it: perhaps nobody watches, and what is shown is how it was then. If it hangs, end it (%3); then the stations can be watched here.</source>
+        <translation>Seit über %1 s, seit %2, kommt von ihm nichts: Womöglich überwacht niemand, und angezeigt wird der Stand von damals. Wenn es hängt, beenden Sie es (%3); dann können die Stationen hier überwacht werden.</translation>
+    </message>
+    <message>
+        <source>The program that watches the stations is not heard</source>
+        <translation>Von dem Programm, das die Stationen überwacht, kommt nichts mehr</translation>
+    </message>
+    <message>
+        <source>Watched by %1</source>
+        <translation>Überwacht von %1</translation>
+    </message>
+    <message>
+        <source>Since %1; changes that wait: %2. It is tried again all the time; what is not written when the program or the system ends is lost. %3</source>
+        <translation>Seit %1; wartende Änderungen: %2. Es wird laufend neu versucht; was nicht geschrieben ist, wenn das Programm oder das System endet, ist verloren. %3</translation>
     </message>
 </context>
 <context>
@@ -6386,6 +6401,10 @@ Turm</translation>
         <source>Help</source>
         <translation>Hilfe</translation>
     </message>
+    <message>
+        <source>Pages</source>
+        <translation>Seiten</translation>
+    </message>
 </context>
 <context>
     <name>ktr::OpmodePage</name>
@@ -6547,6 +6566,17 @@ Turm</translation>
     <message>
         <source>Previous page</source>
         <translation>Vorige Seite</translation>
+    </message>
+</context>
+<context>
+    <name>ktr::PaneKeys</name>
+    <message>
+        <source>Next part of the window</source>
+        <translation>Nächster Teil des Fensters</translation>
+    </message>
+    <message>
+        <source>Previous part of the window</source>
+        <translation>Voriger Teil des Fensters</translation>
     </message>
 </context>
 <context>
@@ -7425,6 +7455,10 @@ Turm</translation>
     <message>
         <source>Put %L1 stations into exclusive mode? They neither send nor receive by GSM then: their alarms arrive here alone, and on no telephone.</source>
         <translation>%L1 Stationen in den Exklusivmodus schalten? Sie senden und empfangen dann nicht über GSM: Ihre Alarme kommen nur hier an und auf keinem Telefon.</translation>
+    </message>
+    <message>
+        <source>Alarms that are open and will be closed: %L1.</source>
+        <translation>Offene Alarme, die damit geschlossen werden: %L1.</translation>
     </message>
 </context>
 <context>

@@ -5,6 +5,7 @@
 #include "look/message_dialog.h"
 #include "look/outside_texts.h"
 #include "look/program_name.h"
+#include "look/text_keys.h"
 #include "opmode/window/add_stations_dialog.h"
 #include "opmode/window/alarm_bar.h"
 #include "opmode/window/alarm_look.h"
@@ -15,16 +16,19 @@
 #include "opmode/window/end_of_watching.h"
 #include "opmode/window/export_dialog.h"
 #include "opmode/window/list_banner.h"
+#include "opmode/window/list_notices.h"
 #include "opmode/window/many_line.h"
 #include "opmode/window/message_line.h"
 #include "opmode/window/operator_bar.h"
 #include "opmode/window/opmode_menus.h"
 #include "opmode/window/opmode_pages.h"
+#include "opmode/window/opmode_views.h"
 #include "opmode/window/overview/overview_page.h"
 #include "opmode/window/overview/overview_view.h"
 #include "opmode/window/overview/shown_rows.h"
 #include "opmode/window/overview/wall_header.h"
 #include "opmode/window/overview/wall_mode.h"
+#include "opmode/window/pane_keys.h"
 #include "opmode/window/place_dialog.h"
 #include "opmode/window/record/line_place.h"
 #include "opmode/window/record/record_window.h"
@@ -81,6 +85,7 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
 {
     showOutsideTextsPlain(*qApp);
     keepFocusOfDisabledButtons(*qApp);
+    sortTextKeys(*qApp);
     setLocale(services.locale);
     setObjectName(QStringLiteral("Form_betriebsmodus"));
     keepOpenWhileAskingForFiles();
@@ -94,9 +99,9 @@ Form_betriebsmodus::Form_betriebsmodus(OperationalMode &mode, const TextTable &t
     connectSettings();
     connect(&m_mode, &OperationalMode::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_mode, &OperationalMode::recovered, m_messages, &MessageLine::pin);
-    connect(&m_mode, &OperationalMode::unkeptChangesChanged, this, &Form_betriebsmodus::showUnkept);
     connect(&m_mode, &OperationalMode::keeperChanged, this, [this] {
-        showKeeper();
+        m_notices->showKeeper(m_isShared);
+        showTitle();
         m_menus->setListUsable(m_mode.hindrance() == OperationalMode::Hindrance::None);
         enableActions();
     });
@@ -159,6 +164,7 @@ void Form_betriebsmodus::layOut()
     m_noAlarm->setObjectName(QStringLiteral("lbl_no_alarm"));
     m_noAlarm->setForegroundRole(QPalette::PlaceholderText);
     m_noAlarm->setContentsMargins(16, 0, 16, 0);
+    m_noAlarm->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred); // however long its text
     auto *alarms = new QWidget(body);
     auto *top = new QGridLayout(alarms);
     top->setContentsMargins(0, 0, 0, 0);
@@ -170,29 +176,11 @@ void Form_betriebsmodus::layOut()
     connect(&m_sound, &AlarmSound::troubleChanged, this, &Form_betriebsmodus::showMute);
     top->addWidget(notice, 0, 1);
     top->setColumnStretch(0, 1);
-    m_listBanner = new ListBanner(body);
-    connect(m_listBanner, &ListBanner::retryWanted, this, [this] {
-        delete m_recordWindow;
-        m_mode.closeWithoutFile();
-        openList();
-    });
-    connect(m_listBanner, &ListBanner::emptyWanted, this, &Form_betriebsmodus::beginEmptyList);
-    m_lockBanner = new ListBanner(body);
-    m_lockBanner->setObjectName(QStringLiteral("LockBanner"));
-    m_joinedBanner = new ListBanner(body);
-    m_joinedBanner->setObjectName(QStringLiteral("JoinedBanner"));
-    connect(m_joinedBanner, &ListBanner::watchWanted, this, [this] {
-        m_mode.closeWithoutFile();
-        openList();
-    });
-    m_besideBanner = new BesideBanner(m_mode.configurations(), body);
-    connect(m_besideBanner, &BesideBanner::groupsWanted, this, [this] { m_overview->readGroups(); });
-    m_unkeptBanner = new ListBanner(body);
-    m_unkeptBanner->setObjectName(QStringLiteral("UnkeptBanner"));
-    column->addWidget(m_listBanner);
-    column->addWidget(m_lockBanner);
-    column->addWidget(m_joinedBanner);
-    column->addWidget(m_besideBanner);
+    m_notices = new ListNotices(m_mode, *body);
+    connectNotices();
+    for (QWidget *told : m_notices->above()) {
+        column->addWidget(told);
+    }
     column->addWidget(alarms);
     column->addWidget(m_splitter, 1);
     m_wallHeader = new WallHeader(m_mode, m_services.timers, body);
@@ -200,7 +188,7 @@ void Form_betriebsmodus::layOut()
     m_overview = new OverviewPage({m_mode, m_texts, m_services.timers, m_services.locale}, body);
     m_overview->hide();
     column->addWidget(m_overview, 1);
-    column->addWidget(m_unkeptBanner); // it comes in the middle of the work, and moves nothing down
+    column->addWidget(&m_notices->below());
     m_operatorBar = new OperatorBar(m_mode, body);
     column->addWidget(m_operatorBar);
     setCentralWidget(body);
@@ -210,10 +198,20 @@ void Form_betriebsmodus::layOut()
     m_muted = new QLabel(this);
     m_muted->setObjectName(QStringLiteral("lbl_muted"));
     m_muted->setContentsMargins(8, 0, 8, 0);
-    m_commands = new StationCommands({m_mode, m_texts, *m_menus, *m_tree, m_overview->view(),
-                                      [this](const QString &question) { return ask(question); },
-                                      [this](const QString &line) { tell(line); }},
-                                     *this);
+    m_commands = new StationCommands(
+        {m_mode, m_texts, *m_menus, *m_tree, m_overview->view(),
+         [this](const QString &question) { return ask(question); },
+         [this](const std::function<QString()> &question) { return askFollowing(question); },
+         [this](const QString &line) { tell(line); }},
+        *this);
+    connect(m_commands, &StationCommands::removedChanged, this, [this] {
+        showNoAlarm();
+        if (m_overview->isVisible()) {
+            m_overview->model().update();
+        }
+    });
+    m_tree->addAction(m_menus->mnu_station_del); // its key is meant in lists of stations alone
+    m_overview->view().addAction(m_menus->mnu_station_del);
     statusBar()->addPermanentWidget(&m_commands->line());
     statusBar()->addPermanentWidget(m_muted);
     statusBar()->addPermanentWidget(m_operatorBar->button());
@@ -221,8 +219,37 @@ void Form_betriebsmodus::layOut()
     m_wall = new WallMode(*this, {*m_overview,
                                   *m_wallHeader,
                                   {menuBar(), alarms, m_operatorBar, statusBar()},
-                                  {m_listBanner, m_lockBanner, m_joinedBanner, m_unkeptBanner}});
+                                  m_notices->ofWatching()});
+    m_views = new OpmodeViews({m_mode, *m_menus, *m_splitter, *m_tree, *m_pages, *m_overview, *m_wall}, this);
+    QList<PaneKeys::Pane> panes;
+    for (QWidget *told : m_notices->above()) {
+        panes += PaneKeys::Pane{told};
+    }
+    panes += PaneKeys::Pane{alarms, [this] { return firstControlIn(*m_alarmBar); }};
+    panes += {{m_treePane, [this] { return m_tree; }},
+              {m_pages, [this] { return m_pages->control(); }},
+              {m_overview, [this] { return &m_overview->view(); }},
+              {&m_notices->below()},
+              {m_operatorBar},
+              {statusBar()}};
+    m_paneKeys = new PaneKeys(*this, panes);
     connect(m_wall, &WallMode::left, this, [this] { m_overview->view().setFocus(); });
+}
+
+void Form_betriebsmodus::connectNotices()
+{
+    connect(m_notices, &ListNotices::retryWanted, this, [this] {
+        delete m_recordWindow;
+        m_mode.closeWithoutFile();
+        openList();
+    });
+    connect(m_notices, &ListNotices::emptyWanted, this, &Form_betriebsmodus::beginEmptyList);
+    connect(m_notices, &ListNotices::watchWanted, this, [this] {
+        m_mode.closeWithoutFile();
+        openList();
+    });
+    connect(m_notices, &ListNotices::groupsWanted, this, [this] { m_overview->readGroups(); });
+    connect(m_notices, &ListNotices::statusMessage, this, &Form_betriebsmodus::tell);
 }
 
 void Form_betriebsmodus::restorePlaces()
@@ -251,27 +278,14 @@ void Form_betriebsmodus::connectTree()
     connect(m_tree, &StationTreeView::choiceChanged, this, &Form_betriebsmodus::enableActions);
     connect(m_pages, &OpmodePages::nodeWanted, m_tree, &StationTreeView::goTo);
     connect(m_pages, &OpmodePages::statusMessage, this, &Form_betriebsmodus::tell);
-    connect(m_pages, &OpmodePages::entryWanted, this, &Form_betriebsmodus::goTo);
+    connect(m_pages, &OpmodePages::entryWanted, m_views, &OpmodeViews::goTo);
     connect(m_tree, &StationTreeView::nameRefused, this,
             [this](const QString &name) { tell(StationTreeView::refusalOf(name)); });
     connect(m_overview, &OverviewPage::groupsChanged, &m_treePane->order(), &TreeOrder::setGroups);
-    connect(m_overview, &OverviewPage::groupsTrouble, m_besideBanner, &BesideBanner::setGroupsTrouble);
+    connect(m_overview, &OverviewPage::groupsTrouble, &m_notices->beside(), &BesideBanner::setGroupsTrouble);
     connect(m_overview, &OverviewPage::statusMessage, this, &Form_betriebsmodus::tell);
-    connect(&m_overview->view(), &OverviewView::choiceChanged, this, &Form_betriebsmodus::followOverview);
-    connect(m_tree, &StationTreeView::choiceChanged, this, [this] {
-        if (m_overview->isVisible() && !m_isFollowing) { // what is brought back, for example
-            m_overview->model().update();                // it may not have it yet
-            chooseInOverview();
-        }
-    });
     connect(&m_overview->view(), &OverviewView::menuWanted, this,
             [this](const QPoint &place) { showTreeMenu(place, true); });
-    connect(m_overview, &OverviewPage::curvesWanted, this, &Form_betriebsmodus::showCurves);
-    connect(m_overview, &OverviewPage::stationWanted, this, [this](const QString &kennung) {
-        showView(false);
-        m_tree->choose(m_mode.tree().find(kennung));
-        m_tree->setFocus();
-    });
     connect(m_tree, &StationTreeView::menuWanted, this, &Form_betriebsmodus::showTreeMenu);
 }
 
@@ -295,15 +309,18 @@ void Form_betriebsmodus::connectMenus()
     does(m_menus->mnu_retention, &Form_betriebsmodus::showRetention);
     does(m_menus->mnu_place, &Form_betriebsmodus::choosePlace);
     does(m_menus->mnu_close, &Form_betriebsmodus::close);
-    does(m_menus->mnu_ansicht_normal, [this] { showView(false); });
-    does(m_menus->mnu_ansicht_treeview, [this] { showView(true); });
-    does(m_menus->mnu_overview, &Form_betriebsmodus::showOverview);
-    does(m_menus->mnu_wall, &Form_betriebsmodus::toggleWall);
+    does(m_menus->mnu_ansicht_normal, [this] { m_views->show(false); });
+    does(m_menus->mnu_ansicht_treeview, [this] { m_views->show(true); });
+    does(m_menus->mnu_overview, [this] { m_views->showOverview(); });
+    does(m_menus->mnu_wall, [this] { m_views->toggleWall(); });
     does(m_menus->mnu_curves, [this] {
-        showView(false);
+        m_views->show(false);
         m_pages->showCurves();
     });
-    does(m_menus->mnu_station_curves, [this] { showCurves(seriesOfChosen(m_mode, *m_tree)); });
+    for (int page = 0; page < OpmodeMenus::pages; ++page) {
+        does(m_menus->mnu_page[page], [this, page] { m_views->showPage(page); });
+    }
+    does(m_menus->mnu_station_curves, [this] { m_views->showCurves(seriesOfChosen(m_mode, *m_tree)); });
 }
 
 void Form_betriebsmodus::connectAlarms()
@@ -313,12 +330,12 @@ void Form_betriebsmodus::connectAlarms()
     connect(&m_acknowledging, &Acknowledging::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_notifier, &DesktopNotifier::statusMessage, this, &Form_betriebsmodus::tell);
     connect(&m_notifier, &DesktopNotifier::chosen, this, &Form_betriebsmodus::comeToFront);
-    connect(m_alarmBar, &AlarmBar::entryWanted, this, &Form_betriebsmodus::goTo);
+    connect(m_alarmBar, &AlarmBar::entryWanted, m_views, &OpmodeViews::goTo);
     connect(m_alarmBar, &AlarmBar::accepted, this, [this] { // one goes on where the stations are
         m_overview->isVisible() ? m_overview->view().setFocus() : m_tree->setFocus();
     });
     connect(m_alarmBar, &AlarmBar::allWanted, this, [this] {
-        showView(false);
+        m_views->show(false);
         m_pages->showAllAlarms();
     });
 }
@@ -365,27 +382,13 @@ void Form_betriebsmodus::showMute()
                                                         : tr("Alarms cannot be heard"));
 }
 
-void Form_betriebsmodus::goTo(const QString &kennung, const QModelIndex &entry)
-{
-    showView(false);
-    const QModelIndex station = m_mode.tree().find(kennung);
-    if (!station.isValid()) { // it is about none
-        m_pages->showAllAlarms();
-    } else if (!entry.isValid()) { // no module said it
-        m_tree->choose(station);
-    } else {
-        m_tree->choose(OpmodePages::notificationsOf(station));
-        m_pages->showNotification(entry);
-    }
-}
-
 bool Form_betriebsmodus::showInTree(const RecordLine &line)
 {
     const LinePlace place = placeOf(line, m_mode);
     if (place.kennung.isEmpty()) {
         return false;
     }
-    goTo(place.kennung, place.entry);
+    m_views->goTo(place.kennung, place.entry);
     comeToFront();
     return true;
 }
@@ -416,16 +419,14 @@ void Form_betriebsmodus::applyTexts()
     m_mode.tree().setCaptions(stationCaptions(m_texts));
     m_alarmBar->applyTexts();
     m_operatorBar->applyTexts();
-    m_noAlarm->setText(tr("All alarms are acknowledged"));
+    showNoAlarm();
     showMute();
-    m_listBanner->applyTexts();
-    m_lockBanner->applyTexts();
-    m_besideBanner->applyTexts();
-    showKeeper();
-    showUnkept();
+    m_notices->applyTexts(m_isShared);
     m_messages->applyTexts();
     m_commands->applyTexts();
     m_pages->applyTexts();
+    m_menus->setPages(m_pages->captions());
+    m_paneKeys->applyTexts();
     m_treePane->applyTexts();
     m_overview->applyTexts();
     m_counts->showNow();
@@ -474,8 +475,8 @@ void Form_betriebsmodus::openAt(const QString &address)
 void Form_betriebsmodus::openShared()
 {
     m_openAgain->stop();
-    if (!m_listBanner->isVisible()) {
-        m_listBanner->tellOpening(m_nodesPath);
+    if (!m_notices->list().isVisible()) {
+        m_notices->list().tellOpening(m_nodesPath);
     }
     showUsable(false);
     if (!isServerAddress(m_nodesPath)) { // and it never becomes one
@@ -486,7 +487,7 @@ void Form_betriebsmodus::openShared()
     }
     m_opening = std::make_unique<RecordQueries>(m_nodesPath);
     m_opening->ask(this, &readSharedState, [this](const SharedState &state) {
-        m_listBanner->hide();
+        m_notices->list().hide();
         showHindrance(m_mode.join(m_nodesPath, state));
         if (!state.status) {
             m_openAgain->start(openAgainDelay, [this] { openShared(); });
@@ -507,6 +508,16 @@ void Form_betriebsmodus::showUsable(bool isUsable)
 /// Behind the bar it would still be read out.
 void Form_betriebsmodus::showNoAlarm()
 {
+    const auto number = [this](int count) -> QString { return locale().toString(count); };
+    const AlarmBook &alarms = m_mode.alarms();
+    QStringList parts{tr("No alarm is open")};
+    if (const int shelved = alarms.shelvedCount(); shelved > 0) {
+        parts += tr("put aside: %1").arg(number(shelved));
+    }
+    if (const int closed = m_mode.removal().closedAlarms(); closed > 0) {
+        parts += tr("closed by the removal of their stations: %1").arg(number(closed));
+    }
+    m_noAlarm->setText(parts.join(QStringLiteral(" – ")));
     m_noAlarm->setVisible(m_splitter->isEnabled() && m_alarms.unacknowledged() == 0);
 }
 
@@ -525,13 +536,11 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
     m_counts->showNow(); // at once: until the timer's turn it would say that there are none
     const bool isUsable = hindrance == Hindrance::None;
     showUsable(isUsable);
-    m_lockBanner->hide();
-    showKeeper();
+    m_notices->showLock(isUsable);
+    m_notices->showKeeper(m_isShared);
+    showTitle();
     if (isUsable) {
-        if (!m_mode.lockTrouble().isEmpty()) {
-            m_lockBanner->tellUnlocked(m_mode.lockTrouble());
-        }
-        m_listBanner->hide();
+        m_notices->list().hide();
         enableActions();
         m_tree->setFocus();
         if (!m_mode.isIdle()) {
@@ -553,9 +562,9 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
             ? opened.message()
             : tr("The list of stations cannot be used. It stays as it is: %1").arg(opened.message());
     if (m_isShared) {
-        m_listBanner->tellUnopened(reason);
+        m_notices->list().tellUnopened(reason);
     } else {
-        m_listBanner->appear(reason, hindrance == Hindrance::Unusable);
+        m_notices->list().appear(reason, hindrance == Hindrance::Unusable);
     }
     tell(reason);
     if (!m_isShared) {
@@ -570,56 +579,10 @@ void Form_betriebsmodus::showDefects()
         return;
     }
     const QString defects = m_mode.defects().join(u'\n');
-    m_listBanner->tellDefects(defects);
+    m_notices->list().tellDefects(defects);
     showBox(tr("Not all of the list of stations is as it was. What is there is watched; what is damaged is "
                "kept under another name, which stands at the end.") +
             QLatin1String("\n\n") + defects);
-}
-
-/// Of a list that is watched elsewhere: who does, or that nobody does any more, or may.
-void Form_betriebsmodus::showKeeper()
-{
-    showTitle();
-    if (const std::optional<QDateTime> lost = m_mode.unreachableSince()) {
-        const QString line = tr("Since %1 nothing arrives here. The stations may be watched all the same; "
-                                "what is shown is how "
-                                "it was then. It is tried again all the time. %2")
-                                 .arg(shownMoment(lost->toMSecsSinceEpoch()), m_mode.unreachableReason());
-        m_joinedBanner->tellUnreachable(line);
-        m_messages->tell(tr("The record cannot be reached") + QLatin1String(". ") + line);
-    } else if (const std::optional<QDateTime> since = m_mode.unwatchedSince()) {
-        const QString line = tr("Since %1 no alarm arrives. What is shown is how it was then.")
-                                 .arg(shownMoment(since->toMSecsSinceEpoch()));
-        m_joinedBanner->tellUnwatched(line, !m_isShared);
-        m_messages->tell(tr("Nobody watches the stations") + QLatin1String(". ") + line);
-    } else if (const std::optional<QDateTime> last = m_mode.unheardSince()) {
-        const QString line =
-            tr("For more than %1 s, since %2, nothing has come from it: perhaps nobody watches, and what is "
-               "shown is how it was then. If it hangs, end it (%3); then the stations can be watched here.")
-                .arg(KeeperBeat::patience.count())
-                .arg(shownMoment(last->toMSecsSinceEpoch()), m_mode.keeper());
-        m_joinedBanner->tellUnheard(line);
-        m_messages->tell(tr("The program that watches the stations is not heard") + QLatin1String(". ") +
-                         line);
-    } else if (m_mode.isJoined() && !m_isShared) {
-        m_joinedBanner->tellJoined(tr("Watched by %1").arg(m_mode.keeper()));
-    } else { // several keepers are as it should be, and the title has their names
-        m_joinedBanner->hide();
-    }
-}
-
-void Form_betriebsmodus::showUnkept()
-{
-    const std::optional<UnkeptChanges> unkept = m_mode.unkeptChanges();
-    if (!unkept) {
-        m_unkeptBanner->hide();
-        return;
-    }
-    m_unkeptBanner->tellUnkept(
-        tr("Since %1; changes that wait: %2. It is tried again all the time; what is not written when the "
-           "program or the system ends is lost. %3")
-            .arg(shownMoment(unkept->since.toMSecsSinceEpoch()), locale().toString(unkept->count),
-                 unkept->reason));
 }
 
 void Form_betriebsmodus::showBox(const QString &message)
@@ -641,8 +604,8 @@ void Form_betriebsmodus::beginEmptyList()
 bool Form_betriebsmodus::mayEndWatching()
 {
     const bool isAgreed = !m_asksBeforeEnd || qApp->isSavingSession(); // the session's end waits for nobody
-    const QString question = isAgreed ? QString() : questionBeforeEnd(m_mode);
-    return question.isEmpty() || ask(question);
+    return isAgreed || questionBeforeEnd(m_mode).isEmpty() ||
+           askFollowing([this] { return questionBeforeEnd(m_mode); });
 }
 
 /// False when it could not be written and the user would rather go on.
@@ -717,68 +680,6 @@ QString Form_betriebsmodus::chosen() const
     return chosenStation().data(StationTree::KeyRole).toString();
 }
 
-void Form_betriebsmodus::showView(bool treeOnly)
-{
-    m_wall->leave();
-    const bool isOverview = m_overview->isVisible();
-    m_overview->hide();
-    m_splitter->show();
-    m_pages->setVisible(!treeOnly);
-    if (isOverview) { // the focus was there
-        m_tree->chooseAgain();
-        m_tree->setFocus();
-    }
-    m_menus->setView(treeOnly ? OpmodeMenus::View::TreeOnly : OpmodeMenus::View::Normal);
-}
-
-/// In the place of the tree and the pages; the tree's chosen station is chosen there, too.
-void Form_betriebsmodus::showOverview()
-{
-    m_splitter->hide();
-    {
-        const QScopedValueRollback following(m_isFollowing, true);
-        m_overview->show();
-    }
-    chooseInOverview();
-    m_overview->view().scrollToTop(); // where the urgent ones are
-    m_overview->view().setFocus();
-    m_menus->setView(OpmodeMenus::View::Overview);
-}
-
-void Form_betriebsmodus::chooseInOverview()
-{
-    {
-        const QScopedValueRollback following(m_isFollowing, true);
-        m_overview->view().chooseStations(m_tree->chosenStations(), chosen());
-    }
-    followOverview(); // a search may hide what is chosen in the tree
-}
-
-/// The menus are about what is chosen there.
-void Form_betriebsmodus::followOverview()
-{
-    if (!m_isFollowing) {
-        const QScopedValueRollback following(m_isFollowing, true);
-        m_tree->chooseStations(m_overview->view().chosenStations(), m_overview->view().chosen());
-    }
-}
-
-void Form_betriebsmodus::showCurves(const QList<SeriesId> &added)
-{
-    showView(false);
-    m_pages->showCurves(&added);
-}
-
-void Form_betriebsmodus::toggleWall()
-{
-    if (m_wall->isOn()) {
-        m_wall->leave();
-    } else {
-        showOverview();
-        m_wall->enter();
-    }
-}
-
 /// That a station falls silent is no alarm of it, and yet worth knowing.
 void Form_betriebsmodus::tellLiveness(const StationEvent &event)
 {
@@ -838,14 +739,20 @@ void Form_betriebsmodus::chooseAgain()
 void Form_betriebsmodus::enableActions()
 {
     m_alarmBar->setAcceptable(m_mode.whyNot(OperationalMode::Deed::Operate));
-    m_commands->showChosen(m_mode.hindrance() == OperationalMode::Hindrance::None);
     using Deed = OperationalMode::Deed;
     m_menus->setHindrances(
         {m_mode.isJoined() ? tr("Done in the program that watches the stations") : QString(),
          m_mode.whyNot(Deed::Operate), m_mode.whyNot(Deed::Administer), m_mode.whyNotForAll()});
+    m_commands->showChosen(m_mode.hindrance() == OperationalMode::Hindrance::None);
 }
 
 bool Form_betriebsmodus::ask(const QString &question)
+{
+    const QScopedValueRollback busy(m_busy, m_busy + 1);
+    return Dialog::questionOfLoss(this, m_texts, question);
+}
+
+bool Form_betriebsmodus::askFollowing(const std::function<QString()> &question)
 {
     const QScopedValueRollback busy(m_busy, m_busy + 1);
     return Dialog::questionOfLoss(this, m_texts, question);
@@ -921,7 +828,7 @@ void Form_betriebsmodus::offerThinning()
 void Form_betriebsmodus::renameStation()
 {
     if (m_overview->isVisible()) { // names are typed in the tree
-        showView(false);
+        m_views->show(false);
     }
     if (m_tree->isVisible()) {
         const QModelIndex station = chosenStation();

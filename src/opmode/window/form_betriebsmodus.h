@@ -18,13 +18,14 @@ class QSplitter;
 namespace ktr {
 
 class AlarmBar;
-class BesideBanner;
-class ListBanner;
+class ListNotices;
 class MessageLine;
 class OpmodeMenus;
 class OpmodePages;
+class OpmodeViews;
 class OperatorBar;
 class OverviewPage;
+class PaneKeys;
 class RecordWindow;
 class StationCommands;
 class StationCounts;
@@ -32,7 +33,6 @@ class StationTreePane;
 class StationTreeView;
 class WallHeader;
 class WallMode;
-struct SeriesId;
 
 /// The window of the operational mode: the tree of all stations, and pages about the chosen one.
 class Form_betriebsmodus : public QMainWindow
@@ -101,6 +101,7 @@ protected:
 private:
     void keepOpenWhileAskingForFiles();
     void layOut();
+    void connectNotices();
     void connectTree();
     void connectMenus();
     void connectAlarms();
@@ -117,8 +118,6 @@ private:
     void choosePlace();
     void showHindrance(const Status &opened);
     void showDefects();
-    void showKeeper();
-    void showUnkept();
     void showBox(const QString &message);
     void beginEmptyList();
     void showTreeMenu(const QPoint &place, bool isAboutStation);
@@ -132,19 +131,13 @@ private:
     void rememberChosen();
     void chooseAgain();
     RecordWindow &openRecord();
-    void goTo(const QString &kennung, const QModelIndex &entry);
     bool showInTree(const RecordLine &line);
     void comeToFront();
     void renameStation();
     void configure();
     void configureSeveral();
     bool ask(const QString &question);
-    void showView(bool treeOnly);
-    void showOverview();
-    void chooseInOverview();
-    void followOverview();
-    void showCurves(const QList<SeriesId> &added);
-    void toggleWall();
+    bool askFollowing(const std::function<QString()> &question);
     void showTitle();
     void tellLiveness(const StationEvent &event);
     void enableActions();
@@ -160,7 +153,6 @@ private:
     int m_busy = 0;
     bool m_isHeld = false;
     bool m_asksBeforeEnd = true;
-    bool m_isFollowing = false; ///< the tree follows the overview, or that follows the tree
 
     QString m_nodesPath;
     bool m_isShared = false; ///< it is the address of a record
@@ -168,11 +160,7 @@ private:
     std::unique_ptr<RecordQueries> m_opening; ///< while a server is asked for its stations
     QString m_chosenName;                     ///< keys are others after each opening
     OpmodeMenus *m_menus;
-    ListBanner *m_listBanner;
-    ListBanner *m_lockBanner;
-    ListBanner *m_joinedBanner;
-    BesideBanner *m_besideBanner;
-    ListBanner *m_unkeptBanner;
+    ListNotices *m_notices;
     OperatorBar *m_operatorBar;
     AlarmBar *m_alarmBar;
     QLabel *m_noAlarm;
@@ -181,12 +169,14 @@ private:
     OverviewPage *m_overview;
     WallHeader *m_wallHeader;
     WallMode *m_wall;
+    OpmodeViews *m_views;
     StationTreePane *m_treePane;
     StationTreeView *m_tree; ///< that of the pane
     OpmodePages *m_pages;
     StationCommands *m_commands;
     StationCounts *m_counts;
     MessageLine *m_messages;
+    PaneKeys *m_paneKeys;
     QPointer<RecordWindow> m_recordWindow; ///< no child: this window may stand above it
 };
 

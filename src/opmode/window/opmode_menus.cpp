@@ -33,6 +33,7 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     mnu_station_list = addAction(m_stationMenu, "mnu_station_list");
     mnu_station_rename = addAction(m_stationMenu, "mnu_station_rename", QKeySequence(Qt::Key_F2));
     mnu_station_del = addAction(m_stationMenu, "mnu_station_del", QKeySequence(Qt::CTRL | Qt::Key_Delete));
+    mnu_station_del->setShortcutContext(Qt::WidgetWithChildrenShortcut); // of lists of stations alone
     mnu_station_undo = addAction(m_stationMenu, "mnu_station_undo", QKeySequence::Undo);
     m_stationMenu->addSeparator();
     mnu_station_online = addAction(m_stationMenu, "mnu_station_online");
@@ -63,6 +64,11 @@ OpmodeMenus::OpmodeMenus(QMainWindow &window)
     mnu_ansicht_treeview = addAction(m_viewMenu, "mnu_ansicht_treeview", QKeySequence(Qt::CTRL | Qt::Key_2));
     mnu_overview = addAction(m_viewMenu, "mnu_overview", QKeySequence(Qt::CTRL | Qt::Key_3));
     mnu_curves = addAction(m_viewMenu, "mnu_curves", QKeySequence(Qt::CTRL | Qt::Key_4));
+    m_pageMenu = m_viewMenu->addMenu(QString());
+    for (int page = 0; page < pages; ++page) {
+        mnu_page += addAction(m_pageMenu, "mnu_page", QKeySequence(Qt::ALT | (Qt::Key_1 + page)));
+        mnu_page.constLast()->setObjectName(QStringLiteral("mnu_page_%1").arg(page));
+    }
     auto *views = new QActionGroup(this);
     for (QAction *view : {mnu_ansicht_normal, mnu_ansicht_treeview, mnu_overview}) {
         view->setCheckable(true);
@@ -145,6 +151,7 @@ void OpmodeMenus::applyTexts(const TextTable &texts)
     mnu_curves->setText(tr("Curves of several stations"));
     mnu_station_curves->setText(tr("Add to the curves"));
     mnu_wall->setText(tr("Overview on the whole screen"));
+    m_pageMenu->setTitle(tr("Pages"));
     m_helpMenu->setTitle(tr("Help"));
     giveMnemonics({m_stationMenu->menuAction(), m_alarmMenu->menuAction(), m_viewMenu->menuAction(),
                    m_helpMenu->menuAction()});
@@ -167,7 +174,7 @@ void OpmodeMenus::setListUsable(bool isUsable)
 void OpmodeMenus::setChosen(const Chosen &chosen)
 {
     for (QAction *action : {mnu_station_del, mnu_station_online, mnu_exclusive, mnu_values, mnu_konfiguration,
-                            mnu_station_curves}) {
+                            mnu_transmit_several, mnu_station_curves}) {
         action->setEnabled(chosen.stations > 0);
     }
     for (QAction *action : {mnu_station_rename, mnu_maintenance, mnu_station_link, mnu_station_unlink}) {
@@ -176,6 +183,7 @@ void OpmodeMenus::setChosen(const Chosen &chosen)
     mnu_maintenance_end->setEnabled(chosen.stations == 1 && chosen.isMaintained);
     mnu_station_online->setChecked(chosen.areOnline);
     mnu_exclusive->setChecked(chosen.areExclusive);
+    setHindrances(m_hindrances);
 }
 
 void OpmodeMenus::setRemoved(int stations)
@@ -183,8 +191,17 @@ void OpmodeMenus::setRemoved(int stations)
     mnu_station_undo->setEnabled(stations > 0);
 }
 
+void OpmodeMenus::setPages(const QStringList &captions)
+{
+    for (int page = 0; page < pages; ++page) {
+        mnu_page[page]->setText(captions.value(page));
+    }
+    giveMnemonics(mnu_page);
+}
+
 void OpmodeMenus::setHindrances(const Hindrances &hindrances)
 {
+    m_hindrances = hindrances;
     const auto hinder = [](const QList<QAction *> &actions, const QString &why) {
         for (QAction *action : actions) {
             action->setEnabled(action->isEnabled() && why.isEmpty());

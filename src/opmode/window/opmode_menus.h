@@ -47,6 +47,9 @@ public:
     void setHindrances(const Hindrances &hindrances);
     /// What happened can be searched only where it is recorded.
     void setRecorded(bool isRecorded);
+    static constexpr int pages = 6;
+    /// The pages beside the tree, as they are called.
+    void setPages(const QStringList &captions);
     enum class View { Normal, TreeOnly, Overview };
     void setView(View view);
 
@@ -79,6 +82,7 @@ public:
     QAction *mnu_wall;
     QAction *mnu_curves;
     QAction *mnu_station_curves;
+    QList<QAction *> mnu_page; ///< one for each page beside the tree
     QAction *mnu_stumm;
     QList<QAction *> mnu_stumm_for; ///< one for each AlarmMute::Length
     QAction *mnu_sound;
@@ -92,6 +96,8 @@ private:
     QMenu *m_stationMenu;
     QMenu *m_alarmMenu;
     QMenu *m_viewMenu;
+    Hindrances m_hindrances;
+    QMenu *m_pageMenu;
     QMenu *m_muteMenu;
     QMenu *m_helpMenu; ///< filled by others
 };

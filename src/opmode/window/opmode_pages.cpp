@@ -4,10 +4,13 @@
 #include "opmode/window/curves/curves_page.h"
 #include "opmode/window/history/history_page.h"
 #include "opmode/window/notifications/notification_page.h"
+#include "opmode/window/opmode_menus.h"
+#include "opmode/window/pane_keys.h"
 #include "opmode/window/station_page.h"
 #include "opmode/window/station_tree_view.h"
 #include "opmode/window/values_page.h"
 
+#include <QAbstractItemView>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -59,6 +62,8 @@ const PageRow pageTable[] = {
      [](const OpmodePages::Services &services) -> OpmodePage * {
          return new CurvesPage(services.mode, services.texts, services.askSave);
      }}};
+
+static_assert(std::size(pageTable) == OpmodeMenus::pages);
 
 NodeKind kindOf(const QModelIndex &node)
 {
@@ -149,6 +154,33 @@ void OpmodePages::followPage(int index)
         const QScopedValueRollback following(m_isFollowing, true);
         Q_EMIT nodeWanted(nodeOf(m_station, *node));
     }
+}
+
+void OpmodePages::choosePage(int page)
+{
+    setCurrentIndex(page);
+    if (QWidget *const wanted = control()) {
+        wanted->setFocus(Qt::TabFocusReason);
+    }
+}
+
+QWidget *OpmodePages::control() const
+{
+    const QWidget *page = currentWidget();
+    const QList<QAbstractItemView *> lists = page->findChildren<QAbstractItemView *>();
+    const auto list = std::ranges::find_if(lists, [](const QAbstractItemView *view) {
+        return view->isVisible() && view->isEnabled() && (view->focusPolicy() & Qt::TabFocus) != 0;
+    });
+    return list != lists.end() ? *list : firstControlIn(*page);
+}
+
+QStringList OpmodePages::captions() const
+{
+    QStringList captions;
+    for (int page = 0; page < count(); ++page) {
+        captions += tabText(page);
+    }
+    return captions;
 }
 
 void OpmodePages::showAllAlarms()

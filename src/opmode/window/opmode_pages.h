@@ -43,6 +43,11 @@ public:
     /// Shows the station of a node, on the page that the node belongs to; of a notification, that one. A page
     /// about all stations stays when a station is chosen, and the curves always: nodes are dragged there.
     void showNode(const QModelIndex &node);
+    /// Brings a page to the front, the first is 0, and gives what one works with there the focus.
+    void choosePage(int page);
+    /// What one works with on the page in front: its list or, without one, its first control.
+    QWidget *control() const;
+    QStringList captions() const;
     /// Brings the alarms of all stations to the front.
     void showAllAlarms();
     /// Brings the curves to the front, and adds some to them.

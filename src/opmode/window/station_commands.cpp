@@ -119,9 +119,11 @@ void StationCommands::remove()
 void StationCommands::removeOne(const QString &kennung)
 {
     const QString name = nameOf(kennung);
-    if (m_services.ask(
-            tr("Delete the station \"%1\" with its notifications, its history and its values?").arg(name) +
-            QLatin1String("\n\n") + howBack())) {
+    if (m_services.askFollowing([this, kennung, name]() -> QString {
+            return tr("Delete the station \"%1\" with its notifications, its history and its values?")
+                       .arg(name) +
+                   QLatin1String("\n\n") + openAlarmsOf({kennung}) + howBack();
+        })) {
         removeStations({kennung});
         m_services.tell(m_services.mode.isJoined()
                             ? tr("The station \"%1\" is deleted where the stations are watched").arg(name)
@@ -131,13 +133,26 @@ void StationCommands::removeOne(const QString &kennung)
 
 void StationCommands::removeMany(const QStringList &stations)
 {
-    const QString question =
-        tr("Delete %L1 stations with their notifications, their history and their values?")
-            .arg(stations.size()) +
-        QLatin1String("\n\n") + named(stations) + QLatin1String(".\n\n") + howBack();
-    if (m_services.ask(question)) {
+    const QString what = tr("Delete %L1 stations with their notifications, their history and their values?")
+                             .arg(stations.size()) +
+                         QLatin1String("\n\n") + named(stations) + QLatin1String(".\n\n");
+    if (m_services.askFollowing(
+            [this, what, stations]() -> QString { return what + openAlarmsOf(stations) + howBack(); })) {
         removeStations(stations);
     }
+}
+
+/// A paragraph of a question; empty where there are none.
+QString StationCommands::openAlarmsOf(const QStringList &stations) const
+{
+    const OperationalMode &mode = m_services.mode;
+    QSet<qint64> numbers;
+    for (const QString &kennung : stations) {
+        numbers.insert(mode.alarmActions().numberOf(kennung));
+    }
+    const int open = mode.alarms().waitingCount(numbers);
+    return open == 0 ? QString()
+                     : tr("Alarms that are open and will be closed: %L1.").arg(open) + QLatin1String("\n\n");
 }
 
 QString StationCommands::howBack() const
@@ -189,6 +204,7 @@ void StationCommands::showRemoved()
     const int count = m_services.mode.removal().count();
     m_line->showRemoved(count);
     m_services.menus.setRemoved(count);
+    Q_EMIT removedChanged();
 }
 
 void StationCommands::undo()

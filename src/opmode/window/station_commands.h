@@ -26,6 +26,8 @@ public:
         const OverviewView &overview; ///< while it is visible, stations are chosen there
         /// Asks before something is removed or stopped, whether it can be undone or not.
         std::function<bool(const QString &question)> ask;
+        /// The same of what may tell something else while the question stands there.
+        std::function<bool(const std::function<QString()> &question)> askFollowing;
         /// A line for the status bar.
         std::function<void(const QString &line)> tell;
     };
@@ -41,6 +43,10 @@ public:
     void showChosen(bool isUsable);
     /// Another list is open, or none.
     void listChanged();
+
+Q_SIGNALS:
+    /// Others can be brought back, or none.
+    void removedChanged();
 
 private:
     void remove();
@@ -58,6 +64,7 @@ private:
     void chooseBeside(const QStringList &stations);
     void chooseBroughtBack(const QStringList &stations);
     QString howBack() const;
+    QString openAlarmsOf(const QStringList &stations) const;
     QString named(const QStringList &stations) const;
     QString nameOf(const QString &kennung) const;
     bool isBusy();

@@ -1,5 +1,6 @@
 #include "opmode/window/station_tree_view.h"
 
+#include "opmode/window/list_rows.h"
 #include "opmode/window/station_tree_delegate.h"
 #include "opmode/window/view_activity.h"
 
@@ -19,21 +20,6 @@ namespace {
 constexpr int filterMs = 100;
 constexpr int layoutMs = 250;
 constexpr int tipMs = 100;
-
-/// Of rows in growing order; those that follow each other are one range.
-QItemSelection selectionOf(const StationTree &tree, const std::vector<int> &rows)
-{
-    QItemSelection selection;
-    for (std::size_t first = 0; first < rows.size();) {
-        std::size_t last = first;
-        while (last + 1 < rows.size() && rows[last + 1] <= rows[last] + 1) {
-            ++last;
-        }
-        selection.append({tree.index(rows[first], 0), tree.index(rows[last], 0)});
-        first = last + 1;
-    }
-    return selection;
-}
 
 } // namespace
 
@@ -72,7 +58,10 @@ StationTreeView::StationTreeView(StationTree &tree, QWidget *parent)
     };
     connect(&tree, &QAbstractItemModel::rowsInserted, this, ofStations);
     connect(&tree, &QAbstractItemModel::rowsRemoved, this, ofStations);
-    connect(&tree, &QAbstractItemModel::modelReset, this, &StationTreeView::filterSoon);
+    connect(&tree, &QAbstractItemModel::modelReset, this, [this] {
+        m_shown = m_tree.rowCount();
+        filterSoon();
+    });
     connect(&tree, &QAbstractItemModel::dataChanged, this,
             [this](const QModelIndex &, const QModelIndex &, const QList<int> &roles) {
                 if (QToolTip::isVisible() && !m_tipTimer.isActive()) {
@@ -328,23 +317,16 @@ QString StationTreeView::besideOf(const QStringList &stations) const
 /// The shown row behind some rows, or these, or else before them; -1: there is none.
 int StationTreeView::shownBeside(int first, int last, const std::function<bool(int)> &stays) const
 {
-    const auto is = [&](int row) { return !isRowHidden(row, {}) && stays(row); };
-    for (int row = std::max(first, 0); row < m_tree.rowCount(); ++row) {
-        if (is(row)) {
-            return row;
-        }
-    }
-    for (int row = std::min(last, m_tree.rowCount() - 1); row >= 0; --row) {
-        if (is(row)) {
-            return row;
-        }
-    }
-    return -1;
+    return rowBeside(m_tree.rowCount(), first, last,
+                     [&](int row) { return !isRowHidden(row, {}) && stays(row); });
 }
 
 /// The toolkit would go on at a row that is hidden.
 void StationTreeView::rowsAboutToBeRemoved(const QModelIndex &above, int start, int end)
 {
+    for (int row = start; !above.isValid() && row <= end; ++row) {
+        m_shown -= isRowHidden(row, above) ? 0 : 1;
+    }
     const int row = stationOf(currentIndex()).row();
     if (!above.isValid() && row >= start && row <= end) {
         const auto stays = [=](int at) { return at < start || at > end; };
@@ -520,6 +502,9 @@ QModelIndex StationTreeView::stationOf(QModelIndex index)
 /// Each layout goes through all rows that are to be seen, so many entries share one.
 void StationTreeView::rowsInserted(const QModelIndex &above, int start, int end)
 {
+    if (!above.isValid()) { // they are shown until the filter had its turn
+        m_shown += end - start + 1;
+    }
     const bool isOpen = above.isValid() && isExpanded(above);
     if (isOpen && !m_layoutTimer.isActive()) {
         m_layoutTimer.start();

@@ -96,6 +96,79 @@ private Q_SLOTS:
         QVERIFY(view()->hasFocus());
     }
 
+    void fittingTilesFillThePage_data()
+    {
+        QTest::addColumn<int>("stations");
+        QTest::addColumn<QSize>("size");
+        for (const int stations : {24, 60, 300, 1000}) {
+            for (const QSize size : {QSize(1024, 700), QSize(1920, 1080)}) {
+                QTest::addRow("%d at %d", stations, size.width()) << stations << size;
+            }
+        }
+    }
+    void fittingTilesFillThePage()
+    {
+        QFETCH(const int, stations);
+        QFETCH(const QSize, size);
+        QStringList names;
+        for (int station = 0; station < stations; ++station) {
+            names += QString("Pump %1").arg(station);
+        }
+        open(names);
+        m_window->resize(size);
+        showOverview();
+        QTRY_VERIFY(view()->isFitting() && view()->showsAll());
+        const QRect last = view()->visualRect(view()->model()->index(stations - 1, 0));
+        const int height = view()->viewport()->height();
+        QVERIFY2(last.bottom() < height && last.bottom() > height * 9 / 10,
+                 qPrintable(QString("%1 of %2").arg(last.bottom()).arg(height)));
+        QVERIFY(view()->visualRect(view()->model()->index(0, 0)).top() == 0);
+    }
+
+    void aChosenTileLooksNoLessUrgent_data()
+    {
+        QTest::addColumn<bool>("isDark");
+        QTest::newRow("light") << false;
+        QTest::newRow("dark") << true;
+    }
+    void aChosenTileLooksNoLessUrgent()
+    {
+        QFETCH(const bool, isDark);
+        QPalette palette = QApplication::palette();
+        if (isDark) {
+            palette.setColor(QPalette::Window, QColor(30, 32, 36));
+            palette.setColor(QPalette::WindowText, Qt::white);
+        }
+        StationGlance glance{"A", "A"};
+        glance.urgency = Urgency::HighAlarm;
+        glance.waiting = glance.standing = 1;
+        for (const TileLevel &level : tileLevels()) {
+            const QSize size = (QSizeF(level.width, level.height) * 16).toSize();
+            const auto redness = [&](bool isChosen) {
+                QImage image(size, QImage::Format_RGB32);
+                image.fill(palette.color(QPalette::Window));
+                QPainter painter(&image);
+                const TilePainter tile(level, QFont(), palette);
+                const TilePainter::Place place{QRectF(QPointF(), size), isChosen, false};
+                level.isCell() ? tile.paintCell(painter, place, glance)
+                               : tile.paint(painter, place, glance, {});
+                if (isChosen) {
+                    tile.paintChosen(painter, place.rect, glance.urgency);
+                }
+                painter.end();
+                std::vector<int> red;
+                for (int at = 0; at < size.width() * size.height(); ++at) {
+                    const QRgb pixel = image.pixel(at % size.width(), at / size.width());
+                    red.push_back(qRed(pixel) - (qGreen(pixel) + qBlue(pixel)) / 2);
+                }
+                std::ranges::nth_element(red, red.begin() + std::ssize(red) * 3 / 4);
+                return red[red.size() * 3 / 4]; // of the ground, beside marks and frames
+            };
+            QVERIFY2(std::min(size.width(), size.height()) < 16 || redness(true) >= redness(false),
+                     qPrintable(QString::number(level.height)));
+        }
+    }
+
     void tilesAreZoomedDownToCellsThatStillTellAll()
     {
         open({"A", "B"});

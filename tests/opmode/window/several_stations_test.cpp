@@ -101,7 +101,7 @@ private Q_SLOTS:
         const auto isNothingChosen = [this] {
             constexpr std::array about = {"mnu_station_del",    "mnu_station_link", "mnu_station_online",
                                           "mnu_konfiguration",  "mnu_exclusive",    "mnu_values",
-                                          "mnu_station_rename", "mnu_maintenance"};
+                                          "mnu_station_rename", "mnu_maintenance",  "mnu_transmit_several"};
             return tree()->chosenStations().isEmpty() &&
                    std::ranges::none_of(about, [this](const char *of) { return action(of)->isEnabled(); });
         };
@@ -358,6 +358,148 @@ private Q_SLOTS:
         m_window->setAsksBeforeEnd(false); // at a session's end nobody is there to answer
         QVERIFY(m_window->close());
         QCOMPARE(closed.size(), 1);
+    }
+
+    void keysOfATextAreTheTextsAndUndoIsTheWindowsWhileItHasNothingToUndo_data()
+    {
+        QTest::addColumn<QString>("field");
+        QTest::newRow("tree") << "Text_filter_station";
+        QTest::newRow("overview") << "Text_overview_search";
+    }
+    void keysOfATextAreTheTextsAndUndoIsTheWindowsWhileItHasNothingToUndo()
+    {
+        QFETCH(const QString, field);
+        open(4);
+        click("S1");
+        if (field == "Text_overview_search") {
+            action("mnu_overview")->trigger();
+        }
+        QWidget *list = m_window->focusWidget();
+        const auto removeByKey = [&] {
+            answerNext("OKButton");
+            QTest::keyClick(list, Qt::Key_Delete, Qt::ControlModifier);
+            QTRY_VERIFY(QApplication::activeModalWidget() == nullptr); // it goes after its answer
+            QTRY_VERIFY((m_window->activateWindow(), m_window->isActiveWindow()));
+        };
+        removeByKey(); // in the list it is the command
+        QCOMPARE(names(), (QStringList{"S0", "S2", "S3"}));
+        auto *search = m_window->findChild<QLineEdit *>(field);
+        search->setFocus();
+        QTest::keyClick(search, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(names(), (QStringList{"S0", "S1", "S2", "S3"}));
+        list->setFocus();
+        removeByKey();
+        search->setFocus();
+        QTest::keyClicks(search, "pump station");
+        QTest::keyClick(search, Qt::Key_Home);
+        QTest::keyClick(search, Qt::Key_Delete, Qt::ControlModifier);
+        QCOMPARE(search->text(), "station"); // and nothing is asked
+        QCOMPARE(names().size(), 3);
+        for (int steps = 0; search->isUndoAvailable() && steps < 99; ++steps) {
+            QCOMPARE(names().size(), 3);
+            QTest::keyClick(search, Qt::Key_Z, Qt::ControlModifier);
+        }
+        QTest::keyClick(search, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(names().size(), 4);
+    }
+
+    void aRemovalTellsWhatBecomesOfOpenAlarms()
+    {
+        open(3);
+        alarm(1, "Pump fail");
+        alarm(1, "Door fail");
+        alarm(2, "Door fail");
+        const auto *none = label("lbl_no_alarm");
+        tree()->chooseStations({"S0", "S1"}, "S1");
+        bool areThree = false;
+        QTimer::singleShot(0, this, [&] { // while it stands there, one more comes
+            QWidget *box = QApplication::activeModalWidget();
+            QVERIFY(box != nullptr);
+            const bool wereTwo = box->accessibleName().contains("will be closed: 2.");
+            alarm(1, "Tank fail");
+            areThree =
+                QTest::qWaitFor([&] { return box->accessibleName().contains("will be closed: 3."); }) &&
+                wereTwo;
+            QTest::mouseClick(box->findChild<QPushButton *>("OKButton"), Qt::LeftButton);
+        });
+        action("mnu_station_del")->trigger();
+        QVERIFY(areThree);
+        tree()->chooseStations({"S2"}, "S2");
+        QVERIFY(m_mode->acknowledgeAlarms({*m_mode->alarms().waiting().begin()}));
+        m_timers.advance(Milliseconds(1000));
+        QVERIFY(none->isVisible() && none->text().contains("closed by the removal of their stations: 3"));
+        action("mnu_station_undo")->trigger();
+        m_timers.advance(Milliseconds(1000));
+        QVERIFY(!none->isVisible());
+        QVERIFY2(m_window->windowTitle().startsWith("(3!)"), qPrintable(m_window->windowTitle()));
+    }
+
+    void whatIsBroughtBackIsAsItWasAtOnce()
+    {
+        open(3);
+        for (const char *station : {"S0", "S1", "S2"}) {
+            m_mode->setHostAddress(station, "10.0.0.7");
+            m_mode->setOnline(station, true);
+        }
+        m_timers.advance(Milliseconds(41'000));
+        m_lines[1]->say("OK\r\n"); // the others are silent
+        m_timers.advance(Milliseconds(1000));
+        const auto *counts = label("lbl_counts");
+        const auto *overview = label("lbl_overview_counts");
+        action("mnu_overview")->trigger();
+        const QString before = "Stations: 3, alive 1, silent 2, offline 0";
+        QTRY_COMPARE(counts->text(), before);
+        const QString tiles = overview->text();
+        tree()->selectAll();
+        answerNext("OKButton");
+        action("mnu_station_del")->trigger();
+        QTRY_COMPARE(counts->text(), "Stations: 0, alive 0, silent 0, offline 0");
+        action("mnu_station_undo")->trigger();
+        QCOMPARE(overview->text(), tiles);
+        QVERIFY2(!counts->text().contains("shown"), qPrintable(counts->text()));
+        QTRY_COMPARE(counts->text(), before);
+        QVERIFY(m_mode->station("S1")->liveness() == cStation::Liveness::Alive);
+    }
+
+    void keysGoFromPartToPartAndToEachPage()
+    {
+        open(3);
+        alarm(1, "Pump fail");
+        m_timers.advance(Milliseconds(1000));
+        auto *pages = m_window->findChild<QTabWidget *>("TabStrip_pages");
+        tree()->setFocus();
+        QTest::keyClick(m_window->focusWidget(), Qt::Key_5, Qt::AltModifier);
+        QCOMPARE(pages->currentWidget()->objectName(), "Page_alarms");
+        QVERIFY(m_window->focusWidget()->inherits("QAbstractItemView"));
+        const QWidget *list = m_window->focusWidget();
+        const auto press = [this](Qt::KeyboardModifiers keys) {
+            QTest::keyClick(m_window->focusWidget(), Qt::Key_F6, keys);
+        };
+        press(Qt::ShiftModifier);
+        QVERIFY(tree()->hasFocus());
+        press({});
+        QCOMPARE(m_window->focusWidget(), list);
+        QSet<QWidget *> seen;
+        while (!seen.contains(m_window->focusWidget())) {
+            seen += m_window->focusWidget();
+            press({});
+        }
+        QStringList names;
+        for (const QWidget *widget : std::as_const(seen)) {
+            names += widget->objectName();
+        }
+        QVERIFY2(seen.contains(tree()) && names.filter("Cmd_alarm").size() == 1,
+                 qPrintable(names.join(u',')));
+        action("mnu_overview")->trigger();
+        press(Qt::ShiftModifier); // to the alarms' bar
+        QVERIFY(m_window->focusWidget()->objectName().startsWith("Cmd_alarm"));
+        press({});
+        QCOMPARE(m_window->focusWidget()->objectName(), "List_overview");
+        for (int page = 0; page < pages->count(); ++page) {
+            QTest::keyClick(m_window->focusWidget(), Qt::Key(Qt::Key_1 + page), Qt::AltModifier);
+            QCOMPARE(pages->currentIndex(), page);
+            QVERIFY(pages->isVisible() && pages->isAncestorOf(m_window->focusWidget()));
+        }
     }
 
     void undoingARemovalShowsThePageThatWasShown()

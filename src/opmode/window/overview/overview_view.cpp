@@ -2,6 +2,7 @@
 
 #include "opmode/operational_mode.h"
 #include "opmode/overview/overview_model.h"
+#include "opmode/window/list_rows.h"
 #include "opmode/window/overview/shown_rows.h"
 #include "opmode/window/view_activity.h"
 
@@ -14,7 +15,6 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <cmath>
 
 namespace ktr {
 
@@ -109,7 +109,9 @@ void OverviewView::setOnWall(bool isOnWall)
 TileLevel OverviewView::tiles() const
 {
     constexpr TileLevel nameAndState{13, 3.3}; // in two lines
-    return m_isStrip ? nameAndState : tileLevels()[static_cast<std::size_t>(m_level)];
+    return m_isStrip     ? nameAndState
+           : m_isFitting ? sizes().contents(m_level, m_measures.tile)
+                         : tileLevels()[static_cast<std::size_t>(m_level)];
 }
 
 bool OverviewView::showsCells() const
@@ -127,11 +129,11 @@ void OverviewView::showFirst(int tiles, int mostRows)
     m_isFitting = false;
     m_isStrip = true;
     m_mostColumns = 0;
-    const int room = columnsAt(this->tiles());
+    const int room = sizes().measures(this->tiles()).columns;
     const int rows = std::min(mostRows, (tiles + room - 1) / room);
     m_mostColumns = std::min(room, (tiles + rows - 1) / rows);
     fitTiles();
-    setFixedHeight(rows * m_tile.height());
+    setFixedHeight(rows * m_measures.tile.height());
 }
 
 /// Somebody may be about to choose a tile, or goes through them with keys.
@@ -254,14 +256,18 @@ void OverviewView::selectionChanged(const QItemSelection &selected, const QItemS
 
 void OverviewView::setLevel(int level)
 {
-    m_isFitting = false;
-    takeLevel(qBound(0, level, smallestLevel()));
+    const bool wasFitting = std::exchange(m_isFitting, false);
+    takeLevel(qBound(0, level, sizes().smallestLevel()));
+    if (wasFitting) { // they are stretched no longer
+        fitTiles();
+    }
 }
 
 void OverviewView::setFitting(bool isFitting)
 {
     m_isFitting = isFitting;
     takeLevel(isFitting ? fittingLevel() : m_level);
+    fitTiles();
 }
 
 void OverviewView::takeLevel(int level)
@@ -279,74 +285,47 @@ void OverviewView::takeLevel(int level)
 
 void OverviewView::fit()
 {
-    if (m_isFitting && fittingLevel() != m_level) {
-        takeLevel(fittingLevel());
+    if (!m_isFitting) {
+        return;
+    }
+    if (const int level = fittingLevel(); level != m_level) {
+        takeLevel(level);
+    } else {
+        fitTiles();
     }
 }
 
-int OverviewView::columnsAt(const TileLevel &level) const
+TileSizes OverviewView::sizes() const
 {
-    const double width = level.width * fontMetrics().height();
-    const int columns = std::max(1, static_cast<int>(viewport()->width() / width));
-    return m_mostColumns == 0 ? columns : std::min(columns, m_mostColumns);
+    return {fontMetrics().height(), viewport()->size(), m_isOnWall, m_mostColumns};
+}
+
+TileSizes::Rows OverviewView::rows() const
+{
+    return {m_model.rowCount(), m_model.headings()};
 }
 
 int OverviewView::fittingLevel() const
 {
-    for (int level = 0; level <= smallestLevel(); ++level) {
-        const TileLevel &tiles = tileLevels()[static_cast<std::size_t>(level)];
-        const int height = static_cast<int>(std::ceil(tiles.height * fontMetrics().height()));
-        TileLayout places;
-        places.arrange(m_model.rowCount(), m_model.headings(),
-                       {columnsAt(tiles), QSize(1, height), headingHeight(tiles)});
-        if (places.height() <= viewport()->height()) {
-            return level;
-        }
-    }
-    return smallestLevel();
-}
-
-/// Whose cells can still be told apart and hit.
-int OverviewView::smallestLevel() const
-{
-    constexpr double leastSide = 9;
-    const auto levels = tileLevels();
-    const auto tooSmall = std::ranges::find_if(levels, [this](const TileLevel &level) {
-        return std::min(level.width, level.height) * fontMetrics().height() < leastSide;
-    });
-    return std::max(0, static_cast<int>(tooSmall - levels.begin()) - 1);
+    return sizes().fittingLevel(rows());
 }
 
 void OverviewView::fitTiles()
 {
-    const TileLevel level = tiles();
     m_painter.reset();
-    m_columns = columnsAt(level);
-    const QSize tile((viewport()->width() - 1) / m_columns,
-                     static_cast<int>(std::ceil(level.height * fontMetrics().height())));
-    m_tile = tile;
+    m_measures = m_isFitting && !m_isStrip ? sizes().fitted(m_level, rows()) : sizes().measures(tiles());
     m_arePlacesStale = true;
-    verticalScrollBar()->setSingleStep(std::max(1, tile.height() / 2));
+    verticalScrollBar()->setSingleStep(std::max(1, m_measures.tile.height() / 2));
     scheduleDelayedItemsLayout();
 }
 
 // Where they are
 
-/// Above cells they leave room for these.
-int OverviewView::headingHeight(const TileLevel &level) const
-{
-    constexpr double aboveTiles = 1.8;
-    constexpr double aboveCells = 1.2;
-    constexpr double onWall = 0.8; // in letters of a centimetre
-    const double lines = !level.isCell() ? aboveTiles : m_isOnWall ? onWall : aboveCells;
-    return static_cast<int>(std::ceil(lines * fontMetrics().height()));
-}
-
 const TileLayout &OverviewView::places() const
 {
     if (m_arePlacesStale) {
         m_arePlacesStale = false;
-        m_places.arrange(m_model.rowCount(), m_model.headings(), {m_columns, m_tile, headingHeight(tiles())});
+        m_places.arrange(m_model.rowCount(), m_model.headings(), m_measures);
     }
     return m_places;
 }
@@ -532,8 +511,9 @@ QModelIndex OverviewView::moveCursor(CursorAction action, Qt::KeyboardModifiers)
     }
     const auto paged = [this, row](int lines) {
         const QPoint from = places().rectOf(row).center();
-        return places().rowNear(
-            from + QPoint(0, lines * std::max(m_tile.height(), viewport()->height() - m_tile.height())));
+        return places().rowNear(from +
+                                QPoint(0, lines * std::max(m_measures.tile.height(),
+                                                           viewport()->height() - m_measures.tile.height())));
     };
     switch (action) {
     case MoveHome:
@@ -638,7 +618,7 @@ void OverviewView::paintRow(QPainter &painter, const QRect &where, int row) cons
         tile.paint(painter, place, glance, m_contents.textsOf(glance, level, locale()));
     }
     if (m_areSeveralChosen && !m_isOnWall && selectionModel()->isSelected(m_model.index(row))) {
-        tile.paintChosen(painter, place.rect);
+        tile.paintChosen(painter, place.rect, glance.urgency);
     }
 }
 

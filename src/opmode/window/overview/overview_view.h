@@ -3,6 +3,7 @@
 #include "opmode/window/overview/tile_contents.h"
 #include "opmode/window/overview/tile_layout.h"
 #include "opmode/window/overview/tile_painter.h"
+#include "opmode/window/overview/tile_sizes.h"
 
 #include <QListView>
 
@@ -36,7 +37,8 @@ public:
     /// A place in tileLevels(); the largest is 0.
     int level() const { return m_level; }
     void setLevel(int level);
-    /// The level is the largest at which all stations are seen at once. So it is until a level is chosen.
+    /// The level is the largest at which all stations are seen at once, and the tiles are stretched to fill
+    /// the page. So it is until a level is chosen.
     void setFitting(bool isFitting);
     bool isFitting() const { return m_isFitting; }
     /// Up to four channels that are shown of each station; empty for those that have names or values.
@@ -53,7 +55,7 @@ public:
     /// The keys of those that are chosen, in the order of the tiles.
     QStringList chosenStations() const;
 
-    QSize tileSize() const { return m_tile; }
+    QSize tileSize() const { return m_measures.tile; }
     QRect visualRect(const QModelIndex &index) const override;
     QModelIndex indexAt(const QPoint &point) const override;
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
@@ -99,9 +101,8 @@ private:
     void takeLevel(int level);
     void fit();
     int fittingLevel() const;
-    int smallestLevel() const;
-    int columnsAt(const TileLevel &level) const;
-    int headingHeight(const TileLevel &level) const;
+    TileSizes sizes() const;
+    TileSizes::Rows rows() const;
     const TileLayout &places() const;
     void paintRow(QPainter &painter, const QRect &where, int row) const;
     std::optional<int> chosenHeading() const;
@@ -119,8 +120,7 @@ private:
     bool m_isOnWall = false;
     bool m_isStrip = false; ///< some rows of tiles with name and state
     int m_mostColumns = 0;  ///< of those; 0: as many as there is room for
-    int m_columns = 1;
-    QSize m_tile;
+    TileLayout::Measures m_measures;
     mutable std::optional<TilePainter> m_painter; ///< of the present level, font and palette
     struct Choice
     {

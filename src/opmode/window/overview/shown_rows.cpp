@@ -1,5 +1,7 @@
 #include "opmode/window/overview/shown_rows.h"
 
+#include "opmode/window/list_rows.h"
+
 #include <algorithm>
 
 namespace ktr {
@@ -31,18 +33,11 @@ QString shownBeside(const OverviewModel &model, const QStringList &stations)
     for (const QString &kennung : stations) {
         last = std::max(last, model.rowOf(kennung));
     }
-    const auto stays = [&](const QString &key) { return !key.isEmpty() && !going.contains(key); };
-    for (int row = last + 1; row < model.rowCount(); ++row) {
-        if (QString key = keyAt(model, row); stays(key)) {
-            return key;
-        }
-    }
-    for (int row = last; row >= 0; --row) {
-        if (QString key = keyAt(model, row); stays(key)) {
-            return key;
-        }
-    }
-    return {};
+    const int row = rowBeside(model.rowCount(), last + 1, last, [&](int at) {
+        const QString key = keyAt(model, at);
+        return !key.isEmpty() && !going.contains(key);
+    });
+    return row < 0 ? QString() : keyAt(model, row);
 }
 
 std::vector<int> rowsOf(const OverviewModel &model, const QStringList &stations)
@@ -55,20 +50,6 @@ std::vector<int> rowsOf(const OverviewModel &model, const QStringList &stations)
     }
     std::ranges::sort(rows);
     return rows;
-}
-
-QItemSelection selectionOf(const OverviewModel &model, const std::vector<int> &rows)
-{
-    QItemSelection selection;
-    for (std::size_t first = 0; first < rows.size();) {
-        std::size_t last = first;
-        while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1) {
-            ++last;
-        }
-        selection.append({model.index(rows[first]), model.index(rows[last])});
-        first = last + 1;
-    }
-    return selection;
 }
 
 } // namespace ktr

@@ -2,8 +2,6 @@
 
 #include "opmode/overview/overview_model.h"
 
-#include <QItemSelection>
-
 namespace ktr {
 
 // The rows of an overview, of which some are headings, as stations and back.
@@ -15,7 +13,5 @@ QStringList shownKeys(const OverviewModel &model);
 QString shownBeside(const OverviewModel &model, const QStringList &stations);
 /// Those of these stations that are shown, in growing order.
 std::vector<int> rowsOf(const OverviewModel &model, const QStringList &stations);
-/// Of rows in growing order; those that follow each other are one range.
-QItemSelection selectionOf(const OverviewModel &model, const std::vector<int> &rows);
 
 } // namespace ktr

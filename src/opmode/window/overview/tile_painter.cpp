@@ -41,6 +41,23 @@ bool isUnheard(const StationGlance &glance)
            glance.status.line == StationStatus::Line::Offline;
 }
 
+/// How wide what is urgent at a tile's edge is: a frame, or some of the red.
+double frameOf(Urgency urgency)
+{
+    switch (urgency) {
+    case Urgency::Standing:
+    case Urgency::Silent:
+        return 2;
+    case Urgency::HighAlarm:
+    case Urgency::MediumAlarm:
+    case Urgency::LowAlarm:
+    case Urgency::Doubtful:
+        return 1;
+    default:
+        return 0;
+    }
+}
+
 QString exclamation(Urgency urgency)
 {
     return urgency == Urgency::HighAlarm     ? QStringLiteral("!!!")
@@ -138,12 +155,14 @@ void TilePainter::paintGround(QPainter &painter, const Place &place, Urgency urg
     }
 }
 
-void TilePainter::paintChoice(QPainter &painter, const Place &place) const
+/// At the edge, or within a frame that tells something.
+void TilePainter::paintChoice(QPainter &painter, const Place &place, double inset) const
 {
     if (place.isChosen) {
         painter.setBrush(Qt::NoBrush);
         painter.setPen(QPen(accent(m_palette), m_level.isCell() ? 2 : 3));
-        painter.drawRoundedRect(place.rect.adjusted(1, 1, -1, -1), 4, 4);
+        const double edge = 1 + inset;
+        painter.drawRoundedRect(place.rect.adjusted(edge, edge, -edge, -edge), 4, 4);
     }
 }
 
@@ -215,8 +234,9 @@ void TilePainter::paint(QPainter &painter, const Place &place, const StationGlan
     const double inset = tilePadding * m_line;
     QRectF rest = place.rect.adjusted(inset, 0, -inset, 0);
     if (m_level.hasState()) {
-        const double free = (rest.height() - 3 * m_line) / 2; // beside a name and a state of two lines
-        const double padding = free > 0 && !m_level.hasFoot() ? std::min(free, inset * 0.8) : inset * 0.8;
+        const bool isShort = QFontMetricsF(m_font).horizontalAdvance(texts.state) <= rest.width();
+        const double free = (rest.height() - (isShort ? 2 : 3) * m_line) / 2; // beside name and state
+        const double padding = m_level.hasFoot() || free <= 0 ? inset * 0.8 : free;
         rest.adjust(0, padding, 0, -padding);
     } else { // the name alone stands in the middle
         rest.adjust(0, (rest.height() - m_line) / 2, 0, 0);
@@ -249,7 +269,7 @@ void TilePainter::paint(QPainter &painter, const Place &place, const StationGlan
         painter.setPen(texts.isStale ? faintInk(glance.urgency) : ink(glance.urgency));
         paintValue(painter, part, texts.values[at], texts.isStale ? Urgency::Offline : glance.urgency);
     }
-    paintChoice(painter, place);
+    paintChoice(painter, place, isWaiting(glance.urgency) ? 0 : frameOf(glance.urgency));
     painter.restore();
 }
 
@@ -439,20 +459,27 @@ void TilePainter::paintCell(QPainter &painter, const Place &place, const Station
         QPixmapCache::insert(key, cell);
     }
     painter.drawPixmap(place.rect.topLeft(), cell);
-    paintChoice(painter, place);
+    constexpr double roomForBoth = 16;
+    const bool isInside = std::min(size.width(), size.height()) >= roomForBoth && !isWaiting(glance.urgency);
+    paintChoice(painter, place, isInside ? frameOf(glance.urgency) : 0);
 }
 
-void TilePainter::paintChosen(QPainter &painter, const QRectF &where) const
+void TilePainter::paintChosen(QPainter &painter, const QRectF &where, Urgency urgency) const
 {
     constexpr int veil = 60;
-    constexpr int frame = 2;
-    QColor colour = m_palette.color(QPalette::Highlight);
-    const QRectF inside = where.adjusted(1, 1, -1, -1);
+    constexpr double largeSide = 24;
+    const double width = std::min(where.width(), where.height()) < largeSide ? 1 : 2;
+    QColor colour = isWaiting(urgency) ? QColor(Qt::white) : m_palette.color(QPalette::Highlight);
+    const double inset = halfGap + frameOf(urgency) + width / 2;
     painter.save();
-    painter.setPen(QPen(colour, frame));
-    colour.setAlpha(veil);
-    painter.setBrush(colour);
-    painter.drawRect(inside.adjusted(frame / 2.0, frame / 2.0, -frame / 2.0, -frame / 2.0));
+    painter.setPen(QPen(colour, width));
+    if (frameOf(urgency) == 0) {
+        colour.setAlpha(veil);
+        painter.setBrush(colour);
+    } else {
+        painter.setBrush(Qt::NoBrush);
+    }
+    painter.drawRect(where.adjusted(inset, inset, -inset, -inset));
     painter.restore();
 }
 

@@ -77,8 +77,8 @@ public:
     };
     void paintHeading(QPainter &painter, const Place &place, const Heading &heading) const;
 
-    /// Marks one of several stations that are chosen.
-    void paintChosen(QPainter &painter, const QRectF &where) const;
+    /// Marks one of several stations that are chosen. What is urgent keeps its colour and its frame.
+    void paintChosen(QPainter &painter, const QRectF &where, Urgency urgency) const;
 
 private:
     void paintGround(QPainter &painter, const Place &place, Urgency urgency) const;
@@ -89,7 +89,7 @@ private:
                     Urgency urgency) const;
     void paintState(QPainter &painter, const QRectF &where, const QString &state) const;
     void paintFoot(QPainter &painter, const QRectF &where, const TileTexts &texts) const;
-    void paintChoice(QPainter &painter, const Place &place) const;
+    void paintChoice(QPainter &painter, const Place &place, double inset = 0) const;
     void drawText(QPainter &painter, const QRectF &where, const QString &text, int flags = 0) const;
     QColor ink(Urgency urgency) const;
     QColor faintInk(Urgency urgency) const;
