@@ -14,6 +14,7 @@
 #include <QMenu>
 #include <QPointer>
 #include <QTableView>
+#include <QToolButton>
 
 #include <algorithm>
 
@@ -59,9 +60,14 @@ private:
 class ClearText : public QObject
 {
 public:
-    explicit ClearText(QLineEdit &field)
-        : QObject(&field), m_clear(field.findChild<QAction *>(QStringLiteral("_q_qlineeditclearaction")))
+    explicit ClearText(QLineEdit &field) : QObject(&field)
     {
+        const auto *clear = field.findChild<QAction *>(QStringLiteral("_q_qlineeditclearaction"));
+        for (QToolButton *button : field.findChildren<QToolButton *>()) {
+            if (clear != nullptr && button->defaultAction() == clear) {
+                m_button = button;
+            }
+        }
         field.installEventFilter(this);
         applyTexts();
     }
@@ -77,12 +83,12 @@ public:
 private:
     void applyTexts()
     {
-        if (m_clear != nullptr) {
-            m_clear->setText(QCoreApplication::translate("SearchField", "Clear"));
+        if (m_button != nullptr) { // a text of the action would show the button beside an empty field
+            m_button->setAccessibleName(QCoreApplication::translate("SearchField", "Clear"));
         }
     }
 
-    QAction *m_clear;
+    QToolButton *m_button = nullptr;
 };
 
 /// Null where the list shows none.
