@@ -80,10 +80,13 @@ void MRegistry::setRegistryFile(const QString &path, Milliseconds)
 
 void MRegistry::forgetRegistryFile(const QString &path)
 {
-    if (!path.isEmpty()) {
-        ::RegDeleteTreeA(systemRoot(GetRootKey(QStringLiteral("hkey_current_user"))),
-                         systemText(standInFor(path)).constData());
+    if (path.isEmpty()) {
+        return;
     }
+    const HKEY user = systemRoot(GetRootKey(QStringLiteral("hkey_current_user")));
+    ::RegDeleteTreeA(user, systemText(standInFor(path)).constData());
+    ::RegDeleteKeyA(user, "Software\\KTRconfig\\Registries"); // unless there are others
+    ::RegDeleteKeyA(user, "Software\\KTRconfig");
 }
 
 Status MRegistry::checkPlace()

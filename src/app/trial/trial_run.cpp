@@ -10,6 +10,7 @@
 #include "platform/files.h"
 #include "platform/instances.h"
 #include "platform/registry.h"
+#include "platform/standard_input.h"
 #include "simulator/fleet.h"
 #include "simulator/module_on_udp.h"
 
@@ -18,7 +19,6 @@
 #include <QSettings>
 
 #include <array>
-#include <cstdio>
 #include <thread>
 #include <utility>
 
@@ -203,8 +203,7 @@ void TrialRun::deliverWith(const Configuration &configuration)
 void TrialRun::whenStarterEnds(std::function<void()> gone)
 {
     std::thread([gone = std::move(gone)] {
-        while (std::fgetc(stdin) != EOF) {
-        }
+        readInputToItsEnd();
         QMetaObject::invokeMethod(qApp, gone, Qt::QueuedConnection);
     }).detach();
 }
