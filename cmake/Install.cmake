@@ -44,7 +44,7 @@ install(FILES ${made}/ktrconfig-keep@.service DESTINATION ${KTR_UNIT_DIR} COMPON
 
 # docs/, whose pages name each other and the README by their places in the sources; and the manual where it was made.
 set(documents ${CMAKE_INSTALL_DOCDIR})
-install(FILES README.md CHANGELOG.md DESTINATION ${documents} COMPONENT documentation)
+install(FILES README.md CHANGELOG.md LICENSE DESTINATION ${documents} COMPONENT documentation)
 install(DIRECTORY docs DESTINATION ${documents} COMPONENT documentation PATTERN manual EXCLUDE)
 install(FILES samples/pumping-station.xml DESTINATION ${documents}/samples COMPONENT documentation)
 install(DIRECTORY build/manual DESTINATION ${documents} COMPONENT documentation OPTIONAL)

@@ -18,6 +18,7 @@ std::span<const ThirdParty> thirdParties()
         ThirdParty{QLatin1StringView("libmosquitto"), QLatin1StringView("EPL-2.0 OR BSD-3-Clause"), Program},
         ThirdParty{QLatin1StringView("SQLite"), QLatin1StringView("blessing"), Program},
         ThirdParty{QLatin1StringView("libsystemd"), QLatin1StringView("LGPL-2.1-or-later"), Program},
+        ThirdParty{QLatin1StringView("libpq"), QLatin1StringView("PostgreSQL"), WindowsPackage},
         ThirdParty{QLatin1StringView("zlib"), QLatin1StringView("Zlib"), WindowsPackage},
         ThirdParty{QLatin1StringView("PCRE2"), QLatin1StringView("BSD-3-Clause"), WindowsPackage},
         ThirdParty{QLatin1StringView("double-conversion"), QLatin1StringView("BSD-3-Clause"), WindowsPackage},
