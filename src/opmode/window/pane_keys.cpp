@@ -6,7 +6,7 @@ namespace ktr {
 
 namespace {
 
-bool isUsable(const QWidget *control)
+bool canTakeFocus(const QWidget *control)
 {
     return control != nullptr && control->isVisible() && control->isEnabled() &&
            (control->focusPolicy() & Qt::TabFocus) != 0;
@@ -18,7 +18,7 @@ QWidget *firstControlIn(const QWidget &pane)
 {
     for (QWidget *control = pane.nextInFocusChain(); control != &pane;
          control = control->nextInFocusChain()) {
-        if (pane.isAncestorOf(control) && isUsable(control)) {
+        if (pane.isAncestorOf(control) && canTakeFocus(control)) {
             return control;
         }
     }
@@ -49,11 +49,11 @@ QWidget *PaneKeys::controlOf(const Pane &pane)
         return nullptr;
     }
     QWidget *const last = pane.widget->focusWidget();
-    if (isUsable(last) && (last == pane.widget || pane.widget->isAncestorOf(last))) {
+    if (canTakeFocus(last) && (last == pane.widget || pane.widget->isAncestorOf(last))) {
         return last;
     }
     QWidget *const begin = pane.begin ? pane.begin() : nullptr;
-    return isUsable(begin) ? begin : firstControlIn(*pane.widget);
+    return canTakeFocus(begin) ? begin : firstControlIn(*pane.widget);
 }
 
 void PaneKeys::go(int by)

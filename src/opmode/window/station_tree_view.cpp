@@ -59,6 +59,7 @@ StationTreeView::StationTreeView(StationTree &tree, QWidget *parent)
     connect(&tree, &QAbstractItemModel::rowsInserted, this, ofStations);
     connect(&tree, &QAbstractItemModel::rowsRemoved, this, ofStations);
     connect(&tree, &QAbstractItemModel::modelReset, this, [this] {
+        m_hidden.clear();
         m_shown = m_tree.rowCount();
         filterSoon();
     });
@@ -104,11 +105,28 @@ QStringList StationTreeView::shownKeys() const
 {
     QStringList keys;
     for (int row = 0; row < m_tree.rowCount(); ++row) {
-        if (!isRowHidden(row, {})) {
+        if (!isStationHidden(row)) {
             keys += m_tree.index(row, 0).data(StationTree::KeyRole).toString();
         }
     }
     return keys;
+}
+
+/// The toolkit knows it, too, but makes an index that lasts of each row that it is asked for.
+bool StationTreeView::isStationHidden(int row) const
+{
+    return !m_hidden.isEmpty() && m_hidden.contains(StationTree::idOf(m_tree.index(row, 0)));
+}
+
+void StationTreeView::setStationHidden(int row, bool isHidden)
+{
+    const NodeStore::Id id = StationTree::idOf(m_tree.index(row, 0));
+    if (isHidden) {
+        m_hidden.insert(id);
+    } else {
+        m_hidden.remove(id);
+    }
+    setRowHidden(row, {}, isHidden);
 }
 
 void StationTreeView::filterSoon()
@@ -142,7 +160,7 @@ void StationTreeView::showPassing(Hiding hiding)
         std::ranges::sort(kept);
     }
     for (int row = 0; row < m_tree.rowCount(); ++row) {
-        const bool isShown = !isRowHidden(row, {});
+        const bool isShown = !isStationHidden(row);
         bool shows = m_filter.isOff() || m_filter.passes(m_tree.index(row, 0));
         if (isShown && !shows && hiding == Hiding::None) {
             m_filterTimer.start();
@@ -150,7 +168,7 @@ void StationTreeView::showPassing(Hiding hiding)
         }
         shows = shows || std::ranges::binary_search(kept, row);
         if (shows != isShown) {
-            setRowHidden(row, {}, !shows);
+            setStationHidden(row, !shows);
         }
         m_shown += shows ? 1 : 0;
     }
@@ -163,10 +181,10 @@ void StationTreeView::dropHidden()
     std::vector<int> hidden;
     std::vector<int> left;
     for (const int row : chosenRows()) {
-        (isRowHidden(row, {}) ? hidden : left).push_back(row);
+        (isStationHidden(row) ? hidden : left).push_back(row);
     }
     const QModelIndex station = stationOf(currentIndex());
-    const bool isCurrentHidden = station.isValid() && isRowHidden(station.row(), {});
+    const bool isCurrentHidden = station.isValid() && isStationHidden(station.row());
     if (isCurrentHidden && left.empty()) {
         chooseStations({}, {});
         return;
@@ -183,8 +201,8 @@ void StationTreeView::bringToSight(const std::vector<int> &rows)
 {
     int more = 0;
     for (const int row : rows) {
-        if (row >= 0 && isRowHidden(row, {})) {
-            setRowHidden(row, {}, false);
+        if (row >= 0 && isStationHidden(row)) {
+            setStationHidden(row, false);
             ++more;
         }
     }
@@ -291,13 +309,13 @@ void StationTreeView::chooseAgain()
 {
     const Choice choice = m_hiddenChoice; // it is forgotten once something is chosen
     const QModelIndex current = m_tree.find(choice.current);
-    if (currentIndex().isValid() || !current.isValid() || isRowHidden(current.row(), {})) {
+    if (currentIndex().isValid() || !current.isValid() || isStationHidden(current.row())) {
         return;
     }
     QStringList stations = choice.stations;
     stations.removeIf([this](const QString &kennung) {
         const QModelIndex station = m_tree.find(kennung);
-        return !station.isValid() || isRowHidden(station.row(), {});
+        return !station.isValid() || isStationHidden(station.row());
     });
     chooseStations(stations, choice.current);
 }
@@ -318,14 +336,14 @@ QString StationTreeView::besideOf(const QStringList &stations) const
 int StationTreeView::shownBeside(int first, int last, const std::function<bool(int)> &stays) const
 {
     return rowBeside(m_tree.rowCount(), first, last,
-                     [&](int row) { return !isRowHidden(row, {}) && stays(row); });
+                     [&](int row) { return !isStationHidden(row) && stays(row); });
 }
 
 /// The toolkit would go on at a row that is hidden.
 void StationTreeView::rowsAboutToBeRemoved(const QModelIndex &above, int start, int end)
 {
     for (int row = start; !above.isValid() && row <= end; ++row) {
-        m_shown -= isRowHidden(row, above) ? 0 : 1;
+        m_shown -= m_hidden.remove(StationTree::idOf(m_tree.index(row, 0))) ? 0 : 1;
     }
     const int row = stationOf(currentIndex()).row();
     if (!above.isValid() && row >= start && row <= end) {
@@ -382,7 +400,7 @@ void StationTreeView::selectAll()
 {
     std::vector<int> rows;
     for (int row = 0; row < m_tree.rowCount(); ++row) {
-        if (!isRowHidden(row, {})) {
+        if (!isStationHidden(row)) {
             rows.push_back(row);
         }
     }

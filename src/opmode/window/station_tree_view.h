@@ -110,6 +110,8 @@ private:
     std::vector<int> chosenRows() const;
     void keepOneChosen();
     void refreshTip();
+    bool isStationHidden(int row) const;
+    void setStationHidden(int row, bool isHidden);
     void filterSoon();
     QModelIndex heldNode() const;
     void applyFilter();
@@ -124,6 +126,7 @@ private:
     ViewActivity *m_activity;
     StationFilter m_filter;
     int m_shown = 0;
+    QSet<NodeStore::Id> m_hidden; ///< stations
     struct Choice
     {
         QStringList stations;
