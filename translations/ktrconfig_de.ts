@@ -5690,6 +5690,10 @@ Turm</translation>
         <source>Reads the file again</source>
         <translation>Liest die Datei noch einmal</translation>
     </message>
+    <message>
+        <source>The alarm rules of the record cannot be used</source>
+        <translation>Die Alarmregeln der Aufzeichnung sind nicht zu brauchen</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ListNotices</name>
@@ -5724,6 +5728,10 @@ Turm</translation>
     <message>
         <source>Since %1; changes that wait: %2. It is tried again all the time; what is not written when the program or the system ends is lost. %3</source>
         <translation>Seit %1; wartende Änderungen: %2. Es wird laufend neu versucht; was nicht geschrieben ist, wenn das Programm oder das System endet, ist verloren. %3</translation>
+    </message>
+    <message>
+        <source>They are damaged. Until others are set, a text with &quot;fail&quot; is an alarm and no other. The menu Alarms, Alarm rules, shows these; OK keeps them in the place of the damaged ones.</source>
+        <translation>Sie sind beschädigt. Bis andere gesetzt sind, ist ein Text mit „fail“ ein Alarm und kein anderer. Das Menü Alarme, Alarmregeln, zeigt diese; OK behält sie anstelle der beschädigten.</translation>
     </message>
 </context>
 <context>

@@ -190,7 +190,10 @@ const Shelf *AlarmActions::maintenanceOf(qint64 station) const
 
 void AlarmActions::setRules(const AlarmRules &rules)
 {
-    if (rules == m_book.rules() || m_asks(settingRequest(rulesSetting, rules.toJson()))) {
+    const QString kept = m_record.settings().value(rulesSetting);
+    const bool isDamaged =
+        !kept.isEmpty() && !AlarmRules::fromJson(kept); // those in use are not the record's
+    if ((rules == m_book.rules() && !isDamaged) || m_asks(settingRequest(rulesSetting, rules.toJson()))) {
         return;
     }
     m_book.setRules(rules);

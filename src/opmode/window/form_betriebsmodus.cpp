@@ -363,6 +363,7 @@ void Form_betriebsmodus::connectSettings()
                        [this](const std::function<void()> &open) {
                            const QScopedValueRollback busy(m_busy, m_busy + 1);
                            open();
+                           m_notices->showRules();
                        }},
                       *this);
 }
@@ -537,6 +538,7 @@ void Form_betriebsmodus::showHindrance(const Status &opened)
     const bool isUsable = hindrance == Hindrance::None;
     showUsable(isUsable);
     m_notices->showLock(isUsable);
+    m_notices->showRules();
     m_notices->showKeeper(m_isShared);
     showTitle();
     if (isUsable) {

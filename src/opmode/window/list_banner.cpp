@@ -118,6 +118,11 @@ void ListBanner::tellBeside(const QString &troubles)
     show(Topic::Beside, troubles);
 }
 
+void ListBanner::tellRules(const QString &reason)
+{
+    show(Topic::Rules, reason);
+}
+
 void ListBanner::tellOpening(const QString &address)
 {
     show(Topic::Opening, address);
@@ -160,6 +165,8 @@ QString ListBanner::headline() const
         return tr("The record is being opened");
     case Topic::Beside:
         return tr("A file beside the list of stations cannot be used as it is");
+    case Topic::Rules:
+        return tr("The alarm rules of the record cannot be used");
     case Topic::Unkept:
         return tr("Alarms and changes cannot be written to the disk");
     }

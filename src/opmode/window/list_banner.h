@@ -37,6 +37,8 @@ public:
     /// What is kept in files beside the list cannot be used as it is. It goes when the user has taken note,
     /// or with hide().
     void tellBeside(const QString &troubles);
+    /// Alarms are told by other rules than the record has. It stays until hide().
+    void tellRules(const QString &reason);
     /// The stations are not shown yet. It stays until hide().
     void tellOpening(const QString &address);
     /// Puts the captions in place; called again when the language changes.
@@ -67,7 +69,8 @@ private:
         Unreachable,
         Unopened,
         Opening,
-        Beside
+        Beside,
+        Rules
     };
     void show(Topic topic, const QString &reason);
     QString headline() const;

@@ -28,18 +28,20 @@ ListNotices::ListNotices(OperationalMode &mode, QWidget &body)
       m_lock(createBanner(QStringLiteral("LockBanner"), body)),
       m_joined(createBanner(QStringLiteral("JoinedBanner"), body)),
       m_beside(new BesideBanner(mode.configurations(), &body)),
+      m_rules(createBanner(QStringLiteral("RulesBanner"), body)),
       m_unkept(createBanner(QStringLiteral("UnkeptBanner"), body))
 {
     connect(m_list, &ListBanner::retryWanted, this, &ListNotices::retryWanted);
     connect(m_list, &ListBanner::emptyWanted, this, &ListNotices::emptyWanted);
     connect(m_joined, &ListBanner::watchWanted, this, &ListNotices::watchWanted);
     connect(m_beside, &BesideBanner::groupsWanted, this, &ListNotices::groupsWanted);
+    connect(&mode.alarmActions(), &AlarmActions::minutePassed, this, &ListNotices::showRules);
     connect(&mode, &OperationalMode::unkeptChangesChanged, this, &ListNotices::showUnkept);
 }
 
 QList<QWidget *> ListNotices::above() const
 {
-    return {m_list, m_lock, m_joined, m_beside};
+    return {m_list, m_lock, m_joined, m_beside, m_rules};
 }
 
 QWidget &ListNotices::below() const
@@ -49,7 +51,7 @@ QWidget &ListNotices::below() const
 
 QList<QWidget *> ListNotices::ofWatching() const
 {
-    return {m_list, m_lock, m_joined, m_unkept};
+    return {m_list, m_lock, m_joined, m_rules, m_unkept};
 }
 
 void ListNotices::applyTexts(bool isShared)
@@ -58,7 +60,20 @@ void ListNotices::applyTexts(bool isShared)
     m_lock->applyTexts();
     m_beside->applyTexts();
     showKeeper(isShared);
+    showRules();
     showUnkept();
+}
+
+void ListNotices::showRules()
+{
+    const QString kept = m_mode.record().settings().value(AlarmActions::rulesSetting);
+    if (!m_mode.isOpen() || kept.isEmpty() || AlarmRules::fromJson(kept)) {
+        m_rules->hide();
+        return;
+    }
+    m_rules->tellRules(
+        tr("They are damaged. Until others are set, a text with \"fail\" is an alarm and no other. The "
+           "menu Alarms, Alarm rules, shows these; OK keeps them in the place of the damaged ones."));
 }
 
 void ListNotices::showLock(bool isUsable)

@@ -30,6 +30,8 @@ public:
     /// Of a list that is watched elsewhere: who does, or that nobody does any more, or may. A shared one is
     /// that of a record that several keepers have.
     void showKeeper(bool isShared);
+    /// Whether the record's rules of alarms are damaged, and the usual ones hold.
+    void showRules();
     /// Whether another program could watch the list, too.
     void showLock(bool isUsable);
     void applyTexts(bool isShared);
@@ -52,6 +54,7 @@ private:
     ListBanner *m_lock;
     ListBanner *m_joined;
     BesideBanner *m_beside;
+    ListBanner *m_rules;
     ListBanner *m_unkept;
 };
 

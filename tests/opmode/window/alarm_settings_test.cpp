@@ -44,6 +44,24 @@ private Q_SLOTS:
         m_lines.clear();
     }
 
+    void damagedRulesOfARecordAreToldUntilOthersAreSet()
+    {
+        const auto isTold = [this] { return m_window->findChild<QWidget *>("RulesBanner")->isVisible(); };
+        QVERIFY(!isTold());
+        m_mode->record().add(SettingRow{AlarmActions::rulesSetting, "[{\"pattern\":"});
+        QVERIFY(m_mode->keepsChanges());
+        cleanup();
+        openWindow();
+        QVERIFY(isTold());
+        inDialog("mnu_rules", [](QDialog &dialog) { dialog.reject(); });
+        QVERIFY(isTold());
+        inDialog("mnu_rules", [](QDialog &dialog) { dialog.accept(); }); // the usual ones, unchanged
+        QVERIFY(!isTold() && m_mode->keepsChanges());
+        cleanup();
+        openWindow();
+        QVERIFY(!isTold());
+    }
+
     void aRuleIsWrittenWithKeysAndHoldsFromThenOn()
     {
         inDialog("mnu_rules", [](QDialog &dialog) {
