@@ -6,6 +6,7 @@
 #include "look/list_views.h"
 #include "look/mnemonics.h"
 #include "look/outside_texts.h"
+#include "look/window_place.h"
 #include "platform/csv.h"
 #include "platform/files.h"
 #include "platform/settings_store.h"
@@ -82,8 +83,9 @@ CompareWindow::CompareWindow(Services services) : m_services(std::move(services)
     setMinimumSize(leastCompareSize);
     constexpr QSize frame(16, 56);
     resize(usualCompareSize.boundedTo(screen()->availableSize() - frame));
-    restoreGeometry(QByteArray::fromBase64(
-        SettingsStore().GetSetting(settingsOwner, compareSection, compareGeometryKey).toLatin1()));
+    restorePlace(
+        *this, QByteArray::fromBase64(
+                   SettingsStore().GetSetting(settingsOwner, compareSection, compareGeometryKey).toLatin1()));
     applyTexts();
 }
 

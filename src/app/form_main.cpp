@@ -26,6 +26,7 @@
 #include "look/outside_texts.h"
 #include "look/program_name.h"
 #include "look/text_keys.h"
+#include "look/window_place.h"
 #include "platform/settings_store.h"
 
 #include <QAction>
@@ -195,8 +196,8 @@ void FormMain::layOut()
     constexpr QSize frame(16, 56); // of the window manager, at most
     resize(comfortableSize.boundedTo(screen()->availableSize() - frame));
     const SettingsStore store;
-    restoreGeometry(
-        QByteArray::fromBase64(store.GetSetting(settingsOwner, windowSection, geometryKey).toLatin1()));
+    restorePlace(*this, QByteArray::fromBase64(
+                            store.GetSetting(settingsOwner, windowSection, geometryKey).toLatin1()));
     m_problemPanel->unfold(store.GetSetting(settingsOwner, windowSection, problemsKey) == u"1");
 }
 

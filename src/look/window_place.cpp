@@ -3,7 +3,11 @@
 #include "platform/settings_store.h"
 
 #include <QEvent>
+#include <QGuiApplication>
+#include <QScreen>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace ktr {
 
@@ -18,7 +22,7 @@ public:
     {
         m_kept =
             QByteArray::fromBase64(SettingsStore().GetSetting(settingsOwner, section, m_name).toLatin1());
-        m_window.restoreGeometry(m_kept);
+        restorePlace(m_window, m_kept);
         m_window.installEventFilter(this);
     }
 
@@ -48,6 +52,23 @@ private:
 };
 
 } // namespace
+
+void restorePlace(QWidget &window, const QByteArray &kept)
+{
+    if (!window.restoreGeometry(kept) || window.isMaximized() || window.isFullScreen()) {
+        return;
+    }
+    const QScreen *there = QGuiApplication::screenAt(window.geometry().center());
+    const QRect room = (there != nullptr ? there : window.screen())->availableGeometry();
+    constexpr QSize frame(16, 56); // of the window manager, at most
+    const QSize most = room.size() - frame;
+    if (window.width() > most.width() || window.height() > most.height()) {
+        window.resize(window.size().boundedTo(most));
+        const QSize free = room.size() - frame - window.size();
+        window.move(std::clamp(window.x(), room.left(), room.left() + free.width()),
+                    std::clamp(window.y(), room.top(), room.top() + free.height()));
+    }
+}
 
 void keepWindowPlace(QWidget &window, const QString &name)
 {

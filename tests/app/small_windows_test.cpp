@@ -129,6 +129,11 @@ private Q_SLOTS:
         QWidget back;
         keepWindowPlace(back, u"Form_far"_s);
         QVERIFY(back.screen()->geometry().contains(back.geometry()));
+        const QRect screen = back.screen()->availableGeometry();
+        close(u"Form_wide"_s, screen.adjusted(10, 10, 90, 90)); // on one that was a little larger
+        QWidget wide;
+        keepWindowPlace(wide, u"Form_wide"_s);
+        QVERIFY(screen.contains(wide.geometry()));
     }
 
     void aDialogKeepsItsMeasuresWhateverTextAndFont_data()

@@ -12,6 +12,7 @@
 #include "look/message_dialog.h"
 #include "look/mnemonics.h"
 #include "look/problem_label.h"
+#include "look/window_place.h"
 #include "opmode/operational_mode.h"
 #include "platform/output_check.h"
 #include "platform/settings_store.h"
@@ -92,8 +93,8 @@ FleetWindow::FleetWindow(Services services, const QStringList &ticked, QWidget *
     constexpr QSize frame(16, 56); // what the window manager puts around it, at most
     resize(usualFleetSize.boundedTo(screen()->availableSize() - frame));
     const SettingsStore store;
-    restoreGeometry(
-        QByteArray::fromBase64(store.GetSetting(settingsOwner, fleetSection, fleetGeometryKey).toLatin1()));
+    restorePlace(*this, QByteArray::fromBase64(
+                            store.GetSetting(settingsOwner, fleetSection, fleetGeometryKey).toLatin1()));
     m_receipts->setText(store.GetSetting(settingsOwner, fleetSection, fleetReceiptsKey));
     m_folder->setText(store.GetSetting(settingsOwner, fleetSection, fleetFolderKey));
     if (m_model.rowCount() > 0) {

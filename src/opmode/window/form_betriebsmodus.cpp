@@ -6,6 +6,7 @@
 #include "look/outside_texts.h"
 #include "look/program_name.h"
 #include "look/text_keys.h"
+#include "look/window_place.h"
 #include "opmode/window/add_stations_dialog.h"
 #include "opmode/window/alarm_bar.h"
 #include "opmode/window/alarm_look.h"
@@ -262,7 +263,7 @@ void Form_betriebsmodus::restorePlaces()
         return QByteArray::fromBase64(
             store.GetSetting(settingsOwner, settings_sections::operationalMode, key).toLatin1());
     };
-    restoreGeometry(kept(geometryKey));
+    restorePlace(*this, kept(geometryKey));
     m_splitter->restoreState(kept(splitterKey));
 }
 

@@ -1,6 +1,7 @@
 #include "opmode/window/record/record_window.h"
 
 #include "look/icons.h"
+#include "look/window_place.h"
 #include "opmode/operational_mode.h"
 #include "opmode/window/timemap/time_map_page.h"
 #include "platform/settings_store.h"
@@ -78,8 +79,10 @@ RecordWindow::RecordWindow(OperationalMode &mode, const FindPage::Services &serv
     setMinimumSize(leastSize);
     constexpr QSize frame(16, 56);
     resize(usualSize.boundedTo(screen()->availableSize() - frame));
-    restoreGeometry(QByteArray::fromBase64(
-        SettingsStore().GetSetting(settingsOwner, settings_sections::record, placeKey).toLatin1()));
+    restorePlace(
+        *this,
+        QByteArray::fromBase64(
+            SettingsStore().GetSetting(settingsOwner, settings_sections::record, placeKey).toLatin1()));
     applyTexts();
 }
 
