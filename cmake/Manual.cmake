@@ -1,15 +1,24 @@
-# The manual's sources and the list of changes as resources under :/manual: the program has its help with it, with no tool
-# to build it and no file that could be missing. The target names them with Q_INIT_RESOURCE(manual).
+# The manual's sources and their pictures as resources under :/manual: the program has its help with it, with no tool to
+# build it and no file that could be missing. The target names them with Q_INIT_RESOURCE(manual).
 function(ktr_embed_manual target)
   set(manual ${CMAKE_SOURCE_DIR}/docs/manual)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${manual}/chapters)
   file(STRINGS ${manual}/chapters chapters)
   set(files "<file alias=\"chapters\">${manual}/chapters</file>\n")
-  string(APPEND files "<file alias=\"CHANGELOG.md\">${CMAKE_SOURCE_DIR}/CHANGELOG.md</file>\n")
+  set(pictures)
   foreach(language en de)
     foreach(chapter ${chapters})
-      string(APPEND files "<file alias=\"${language}/${chapter}.md\">${manual}/${language}/${chapter}.md</file>\n")
+      set(text ${manual}/${language}/${chapter}.md)
+      set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${text})
+      string(APPEND files "<file alias=\"${language}/${chapter}.md\">${text}</file>\n")
+      file(STRINGS ${text} lines REGEX "images/[A-Za-z0-9_-]+\\.png")
+      string(REGEX MATCHALL "images/[A-Za-z0-9_-]+\\.png" shown "${lines}")
+      list(APPEND pictures ${shown})
     endforeach()
+  endforeach()
+  list(REMOVE_DUPLICATES pictures)
+  foreach(picture ${pictures})
+    string(APPEND files "<file alias=\"${picture}\">${CMAKE_SOURCE_DIR}/docs/${picture}</file>\n")
   endforeach()
   set(list ${CMAKE_CURRENT_BINARY_DIR}/manual.qrc)
   file(CONFIGURE OUTPUT ${list} CONTENT "<RCC><qresource prefix=\"/manual\">\n${files}</qresource></RCC>\n" @ONLY)

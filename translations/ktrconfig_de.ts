@@ -285,14 +285,6 @@
         <translation>Das Archiv des Moduls wird an diese Datei angehängt (*.csv)</translation>
     </message>
     <message>
-        <source>PIN of the SIM card, 4 to 8 digits</source>
-        <translation>PIN der SIM-Karte, 4 bis 8 Ziffern</translation>
-    </message>
-    <message>
-        <source>Type of the module</source>
-        <translation>Typ des Moduls</translation>
-    </message>
-    <message>
         <source>Name under which the module reports; ä, ö, ü and ß become ae, oe, ue and ss</source>
         <translation>Name, unter dem sich das Modul meldet; ä, ö, ü, ß werden zu ae, oe, ue, ss</translation>
     </message>
@@ -303,18 +295,6 @@
     <message>
         <source>Shown as recipient of notifications and as target of switch points</source>
         <translation>Erscheint als Empfänger von Meldungen und als Ziel von Schaltpunkten</translation>
-    </message>
-    <message>
-        <source>International form: + and digits</source>
-        <translation>Internationale Schreibweise: + und Ziffern</translation>
-    </message>
-    <message>
-        <source>Text of the notification; ä, ö, ü and ß become ae, oe, ue and ss</source>
-        <translation>Text der Meldung; ä, ö, ü, ß werden zu ae, oe, ue, ss</translation>
-    </message>
-    <message>
-        <source>Delay of the notification; on inputs that count pulses the count per interval</source>
-        <translation>Verzögerung der Meldung; bei Eingängen, die Impulse zählen, die Anzahl pro Intervall</translation>
     </message>
     <message>
         <source>What the value is compared with</source>
@@ -331,18 +311,6 @@
     <message>
         <source>Reference</source>
         <translation>Bezug</translation>
-    </message>
-    <message>
-        <source>The limit values that are combined</source>
-        <translation>Die Grenzwerte, die verknüpft werden</translation>
-    </message>
-    <message>
-        <source>Who is notified</source>
-        <translation>Wer benachrichtigt wird</translation>
-    </message>
-    <message>
-        <source>How often the message is repeated, %1 to %2</source>
-        <translation>Wie oft die Meldung wiederholt wird, %1 bis %2</translation>
     </message>
     <message>
         <source>Time between two messages</source>
@@ -373,10 +341,6 @@
         <translation>Betriebsstunden dieses Eingangs zählen</translation>
     </message>
     <message>
-        <source>Value that the module starts with</source>
-        <translation>Wert, mit dem das Modul startet</translation>
-    </message>
-    <message>
         <source>Send start and output values</source>
         <translation>Start- und Ausgangswerte senden</translation>
     </message>
@@ -393,10 +357,6 @@
         <translation>Änderung des Wertes je Schritt des Signals</translation>
     </message>
     <message>
-        <source>Unit of the scaled value</source>
-        <translation>Einheit des skalierten Wertes</translation>
-    </message>
-    <message>
         <source>Target</source>
         <translation>Ziel</translation>
     </message>
@@ -405,28 +365,12 @@
         <translation>Zeit von einem Schalten zum nächsten, weniger als ein Jahr</translation>
     </message>
     <message>
-        <source>Year, month, day, hour and minute, two digits each</source>
-        <translation>Jahr, Monat, Tag, Stunde und Minute, je zwei Ziffern</translation>
-    </message>
-    <message>
-        <source>When it switches</source>
-        <translation>Wann geschaltet wird</translation>
-    </message>
-    <message>
         <source>What the target is set to</source>
         <translation>Worauf das Ziel gesetzt wird</translation>
     </message>
     <message>
         <source>The limit value that the switch point reacts to</source>
         <translation>Der Grenzwert, auf den reagiert wird</translation>
-    </message>
-    <message>
-        <source>Four numbers from 0 to 255 with dots between them</source>
-        <translation>Vier Zahlen von 0 bis 255, mit Punkten getrennt</translation>
-    </message>
-    <message>
-        <source>Two hexadecimal digits; editable in expert mode</source>
-        <translation>Zwei hexadezimale Ziffern; im Expertenmodus änderbar</translation>
     </message>
     <message>
         <source>The input or output that is watched; &quot;ungültig&quot;, so called in every language, is none</source>
@@ -443,10 +387,6 @@
     <message>
         <source>one of those offered</source>
         <translation>Auswahl</translation>
-    </message>
-    <message>
-        <source>text</source>
-        <translation>Text</translation>
     </message>
     <message>
         <source>%1; may be empty</source>
@@ -483,6 +423,110 @@
     <message>
         <source>In the file</source>
         <translation>In der Datei</translation>
+    </message>
+    <message>
+        <source>The PIN of the SIM card in the module</source>
+        <translation>Die PIN der SIM-Karte im Modul</translation>
+    </message>
+    <message>
+        <source>4 to 8 digits; may be empty</source>
+        <translation>4 bis 8 Ziffern; darf leer sein</translation>
+    </message>
+    <message>
+        <source>Which kind of module it is, as it reports by itself</source>
+        <translation>Welche Art von Modul es ist, wie es sich selbst meldet</translation>
+    </message>
+    <message>
+        <source>text on one line without a comma</source>
+        <translation>Text auf einer Zeile, ohne Komma</translation>
+    </message>
+    <message>
+        <source>The number that the module notifies, in international form</source>
+        <translation>Die Nummer, die das Modul benachrichtigt, in internationaler Form</translation>
+    </message>
+    <message>
+        <source>+ and 7 to 15 digits</source>
+        <translation>+ und 7 bis 15 Ziffern</translation>
+    </message>
+    <message>
+        <source>What the module sends; ä, ö, ü and ß become ae, oe, ue and ss</source>
+        <translation>Was das Modul sendet; aus ä, ö, ü und ß werden ae, oe, ue und ss</translation>
+    </message>
+    <message>
+        <source>text on one line; the whole command has room for 160 characters</source>
+        <translation>Text auf einer Zeile; der ganze Befehl hat Platz für 160 Zeichen</translation>
+    </message>
+    <message>
+        <source>How long the limit must be passed before the module notifies; on inputs that count pulses the count per interval</source>
+        <translation>Wie lange die Grenze verletzt sein muss, bevor das Modul benachrichtigt; bei Eingängen, die Impulse zählen, die Zahl je Intervall</translation>
+    </message>
+    <message>
+        <source>Which of the limit values 1 to 16 are combined</source>
+        <translation>Welche der Grenzwerte 1 bis 16 verknüpft werden</translation>
+    </message>
+    <message>
+        <source>a box for each</source>
+        <translation>ein Kästchen für jeden</translation>
+    </message>
+    <message>
+        <source>Which of the six administrators are notified</source>
+        <translation>Welche der sechs Administratoren benachrichtigt werden</translation>
+    </message>
+    <message>
+        <source>How often the message is repeated</source>
+        <translation>Wie oft die Meldung wiederholt wird</translation>
+    </message>
+    <message>
+        <source>%1 to %2 times</source>
+        <translation>%1- bis %2-mal</translation>
+    </message>
+    <message>
+        <source>Value that a transmission sets</source>
+        <translation>Wert, den eine Übertragung setzt</translation>
+    </message>
+    <message>
+        <source>What the scaled value is measured in, such as m</source>
+        <translation>Worin der skalierte Wert gemessen wird, zum Beispiel m</translation>
+    </message>
+    <message>
+        <source>From when on it switches, and at which time of day</source>
+        <translation>Ab wann er schaltet, und zu welcher Uhrzeit</translation>
+    </message>
+    <message>
+        <source>year, month, day, hour and minute, two digits each</source>
+        <translation>Jahr, Monat, Tag, Stunde und Minute, je zwei Ziffern</translation>
+    </message>
+    <message>
+        <source>On which days, in which rhythm or after which limit value it switches</source>
+        <translation>An welchen Tagen, in welchem Takt oder nach welchem Grenzwert er schaltet</translation>
+    </message>
+    <message>
+        <source>The address that the module is to have in its network</source>
+        <translation>Die Adresse, die das Modul in seinem Netz haben soll</translation>
+    </message>
+    <message>
+        <source>four numbers from 0 to 255 with dots between them</source>
+        <translation>vier Zahlen von 0 bis 255 mit Punkten dazwischen</translation>
+    </message>
+    <message>
+        <source>Which part of the address names the network</source>
+        <translation>Welcher Teil der Adresse das Netz bezeichnet</translation>
+    </message>
+    <message>
+        <source>A byte of the hardware address that must be the module&apos;s own; editable in expert mode</source>
+        <translation>Ein Byte der Hardwareadresse, die dem Modul allein gehören muss; im Expertenmodus zu bearbeiten</translation>
+    </message>
+    <message>
+        <source>two hexadecimal digits</source>
+        <translation>zwei hexadezimale Ziffern</translation>
+    </message>
+    <message>
+        <source>text, also of several lines</source>
+        <translation>Text, auch mehrzeilig</translation>
+    </message>
+    <message>
+        <source>text on one line</source>
+        <translation>Text auf einer Zeile</translation>
     </message>
 </context>
 <context>
@@ -4242,6 +4286,10 @@ Wasserturm;turm.example.org:49111</translation>
         <source>What is shown stands in no file. New begins a configuration, Undo goes back.</source>
         <translation>Was gezeigt wird, steht in keiner Datei. Neu beginnt eine Konfiguration, Rückgängig führt zurück.</translation>
     </message>
+    <message>
+        <source>What it has and this program does not know is gone when it is saved: %1</source>
+        <translation>Was darin steht und dieses Programm nicht kennt, ist nach dem Speichern fort: %1</translation>
+    </message>
 </context>
 <context>
     <name>ktr::FindPage</name>
@@ -5073,6 +5121,13 @@ Turm</translation>
     </message>
 </context>
 <context>
+    <name>ktr::HelpDesk</name>
+    <message>
+        <source>Acknowledge, in the lists of alarms and notifications</source>
+        <translation>Quittieren, in den Listen der Alarme und Meldungen</translation>
+    </message>
+</context>
+<context>
     <name>ktr::HelpKeys</name>
     <message>
         <source>More in the manual (F1)</source>
@@ -5116,6 +5171,10 @@ Turm</translation>
     <message>
         <source>Report a problem...</source>
         <translation>Problem melden...</translation>
+    </message>
+    <message>
+        <source>What this field means</source>
+        <translation>Was dieses Feld bedeutet</translation>
     </message>
 </context>
 <context>
@@ -5934,12 +5993,24 @@ Turm</translation>
         <translation>Seite des Handbuchs</translation>
     </message>
     <message>
-        <source>What is new</source>
-        <translation>Was ist neu</translation>
-    </message>
-    <message>
         <source>Nothing in the manual has these words</source>
         <translation>Nichts im Handbuch hat diese Wörter</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Forward</source>
+        <translation>Vorwärts</translation>
+    </message>
+    <message>
+        <source>Larger letters</source>
+        <translation>Größere Schrift</translation>
+    </message>
+    <message>
+        <source>Smaller letters</source>
+        <translation>Kleinere Schrift</translation>
     </message>
 </context>
 <context>

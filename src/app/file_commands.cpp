@@ -280,10 +280,17 @@ void FileCommands::reportReading(const ReadReport &report, const QString &fileNa
         return;
     }
     addRecent();
-    Q_EMIT statusMessage(report.remarks.isEmpty()
-                             ? tr("Loaded: %1").arg(fileName)
-                             : tr("Loaded: %1. Not everything in it could be used: %2")
-                                   .arg(fileName, report.remarks.join(QLatin1String("; "))));
+    QString told = report.remarks.isEmpty() ? tr("Loaded: %1").arg(fileName)
+                                            : tr("Loaded: %1. Not everything in it could be used: %2")
+                                                  .arg(fileName, report.remarks.join(QLatin1String("; ")));
+    if (!report.unknown.isEmpty()) {
+        constexpr qsizetype most = 8;
+        const QString names = report.unknown.mid(0, most).join(QLatin1String(", ")) +
+                              (report.unknown.size() > most ? QStringLiteral(", …") : QString());
+        told += QLatin1String(". ") +
+                tr("What it has and this program does not know is gone when it is saved: %1").arg(names);
+    }
+    Q_EMIT statusMessage(told);
 }
 
 void FileCommands::addRecent()

@@ -714,9 +714,10 @@ void FormMain::openHelpDesk()
     HelpDesk::Services services{
         m_texts,
         [this] { return m_document.configuration().info.logFile; },
-        [this] { return m_status->lastEvent(); },
+        [this] { return m_status->events(); },
+        [this] { return m_operationalMode.facts(); },
         [this](const QString &proposal, const QString &filter) {
-            return m_files->dialogs().askSave(proposal, filter);
+            return m_files->dialogs().askSave(proposal, filter, proposal);
         },
         [this](const QString &line) { showStatus(line); },
         [this](const QString &folder) {

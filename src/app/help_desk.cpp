@@ -10,10 +10,15 @@
 #include "lang/text_table.h"
 #include "look/palettes.h"
 #include "look/program_name.h"
+#include "opmode/window/message_line.h"
 #include "opmode/window/opmode_menus.h"
+#include "opmode/window/opmode_pages.h"
+#include "opmode/window/pane_keys.h"
 
 #include <QApplication>
+#include <QLibrary>
 #include <QMessageBox>
+#include <QSqlDatabase>
 #include <QThreadPool>
 
 namespace ktr {
@@ -29,18 +34,42 @@ void bringUp(QWidget &window)
     window.activateWindow();
 }
 
-/// The keys of the operational mode, of its window where it is open.
-QList<KeyEntry> operationalKeys(const TextTable &texts)
+/// Null while it is not open.
+const QWidget *openOperationalWindow()
 {
-    const QString name = texts.text(Text::OperationalMode);
     for (const QWidget *window : QApplication::topLevelWidgets()) {
         if (window->objectName() == operationalWindow) {
-            return keysOf(*window, name);
+            return window;
         }
     }
-    QMainWindow unused;
-    OpmodeMenus(unused).applyTexts(texts);
-    return keysOf(unused, name);
+    return nullptr;
+}
+
+/// What its status bar told; empty while it is not open.
+QString operationalMessages()
+{
+    const QWidget *window = openOperationalWindow();
+    const auto *line = window == nullptr ? nullptr : window->findChild<const MessageLine *>();
+    return line == nullptr ? QString() : line->messages().join(u'\n');
+}
+
+/// The drivers, and the version of PostgreSQL's library where there is one.
+QStringList databaseFacts()
+{
+    QStringList facts{QStringLiteral("Database drivers: ") +
+                      QSqlDatabase::drivers().join(QLatin1String(", "))};
+    for (const char *name : {"pq", "libpq"}) {
+        constexpr int interface = 5;
+        QLibrary library(QLatin1String(name), interface);
+        using Version = int (*)();
+        if (const auto version = reinterpret_cast<Version>(library.resolve("PQlibVersion"))) {
+            constexpr int major = 10'000; // 150016 is 15.16
+            facts +=
+                QStringLiteral("PostgreSQL library: %1.%2").arg(version() / major).arg(version() % major);
+            break;
+        }
+    }
+    return facts;
 }
 
 } // namespace
@@ -145,11 +174,45 @@ void HelpDesk::closeWelcome()
     }
 }
 
+/// Also of a window that is not open.
+QList<KeyEntry> HelpDesk::operationalKeys()
+{
+    const QString name = m_services.texts.text(Text::OperationalMode);
+    QList<KeyEntry> keys;
+    if (const QWidget *window = openOperationalWindow()) {
+        keys = keysOf(*window, name);
+    } else {
+        QMainWindow unused;
+        OpmodeMenus menus(unused);
+        menus.applyTexts(m_services.texts);
+        menus.setPages(OpmodePages::captionsIn(m_services.texts));
+        const HelpMenu help(unused, m_keys, {});
+        keys = keysOf(unused, name);
+        keys += KeyEntry{name,
+                         {},
+                         QCoreApplication::translate("ktr::CurvesPage", "Remove from the curves"),
+                         QKeySequence(Qt::Key_Delete).toString(QKeySequence::NativeText)};
+        keys += KeyEntry{name,
+                         {},
+                         QCoreApplication::translate("ktr::NotificationPage", "Copy"),
+                         QKeySequence(QKeySequence::Copy).toString(QKeySequence::NativeText)};
+        QWidget parts;
+        const PaneKeys turns(parts, {});
+        keys += keysOf(parts, name);
+    }
+    return keys << KeyEntry{name,
+                            {},
+                            tr("Acknowledge, in the lists of alarms and notifications"),
+                            QKeySequence(Qt::Key_Space).toString(QKeySequence::NativeText)};
+}
+
 void HelpDesk::showKeys(QMainWindow &window)
 {
     if (m_keysWindow == nullptr) {
-        m_keysWindow =
-            new KeysWindow(keysOf(m_main, QString(programName)) + operationalKeys(m_services.texts), &window);
+        const QWidget &manual = m_keys.manualWindow();
+        m_keysWindow = new KeysWindow(keysOf(m_main, QString(programName)) + operationalKeys() +
+                                          keysOf(manual, manual.windowTitle()),
+                                      &window);
     }
     bringUp(*m_keysWindow);
 }
@@ -160,7 +223,10 @@ ReportSources HelpDesk::sources() const
     sources.version = programName + u' ' + programVersion();
     sources.language = ManualTexts::presentLanguage();
     sources.logFiles = {m_services.logFile()};
-    sources.events = m_services.lastEvent();
+    sources.facts = databaseFacts();
+    sources.facts += m_services.listFacts();
+    sources.excerpts += {QStringLiteral("Told by the main window"), m_services.events()};
+    sources.excerpts += {QStringLiteral("Told by the operational mode"), operationalMessages()};
     return sources;
 }
 

@@ -3,6 +3,7 @@
 #include "app/trial/trial_launcher.h"
 #include "app/welcome_window.h"
 #include "help/help_keys.h"
+#include "help/key_list.h"
 #include "help/report.h"
 
 #include <QMainWindow>
@@ -25,8 +26,9 @@ public:
     struct Services
     {
         const TextTable &texts;
-        std::function<QString()> logFile;   ///< of the conversation with the module
-        std::function<QString()> lastEvent; ///< of the status bar
+        std::function<QString()> logFile;       ///< of the conversation with the module
+        std::function<QString()> events;        ///< of the status bar, a line each
+        std::function<QStringList()> listFacts; ///< of the operational mode
         std::function<QString(const QString &proposal, const QString &filter)> askSave;
         std::function<void(const QString &line)> showStatus;
         std::function<Status(const QString &folder)> prepareModuleTrial; ///< puts what it begins with there
@@ -58,6 +60,7 @@ public:
     HelpKeys &keys() { return m_keys; }
 
 private:
+    QList<KeyEntry> operationalKeys();
     void showKeys(QMainWindow &window);
     void report(QMainWindow &window);
     void tellFailure(const QString &text);

@@ -2,6 +2,7 @@
 
 #include "app/file_dialogs.h"
 #include "app/fleet/fleet_window.h"
+#include "opmode/watch_summary.h"
 #include "opmode/window/form_betriebsmodus.h"
 #include "platform/settings_store.h"
 #include "record/record_address.h"
@@ -113,6 +114,36 @@ QString OperationalModeOpener::nodesPath() const
         QFile::setPermissions(own, QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     }
     return own;
+}
+
+QStringList OperationalModeOpener::facts() const
+{
+    const auto size = [](const QString &path) -> QString {
+        const QFileInfo file(path);
+        return path +
+               (file.exists() ? QStringLiteral(", %1 bytes").arg(file.size()) : QStringLiteral(", none"));
+    };
+    const QString address = record();
+    const QString list = joinPath(m_services.environment.programFolder, QStringLiteral("nodes.xml"));
+    QStringList facts{QStringLiteral("List of stations: ") + (address.isEmpty() ? size(list) : address)};
+    if (m_mode == nullptr) {
+        return facts << QStringLiteral("Operational mode: not open");
+    }
+    if (address.isEmpty()) {
+        facts += QStringLiteral("Record: ") + size(m_mode->recordPath());
+    }
+    const WatchSummary summary = summaryOf(*m_mode);
+    facts += QStringLiteral("Stations: %1, alive %2, silent %3, not heard yet %4, offline %5")
+                 .arg(summary.stations())
+                 .arg(summary.alive)
+                 .arg(summary.silent)
+                 .arg(summary.unheard)
+                 .arg(summary.offline);
+    facts += QStringLiteral("Notifications that wait: %1").arg(m_mode->tree().alarmCount());
+    if (!m_mode->keeper().isEmpty()) {
+        facts += QStringLiteral("Watched by: ") + m_mode->keeper();
+    }
+    return facts << m_mode->defects();
 }
 
 QString OperationalModeOpener::fixedRecord() const

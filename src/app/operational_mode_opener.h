@@ -54,6 +54,8 @@ public:
 
     /// The name of the station that is kept online at an address; empty when there is none.
     QString stationAt(const QString &hostAddress) const;
+    /// Where the stations are, how many, how large and by whom they are watched: lines for a report.
+    QStringList facts() const;
     /// Who is on duty, or was when it was closed; empty where nobody said so.
     QString operatorName() const;
     /// Takes that station offline until takeBack().

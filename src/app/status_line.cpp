@@ -60,7 +60,10 @@ StatusLine::StatusLine(QWidget *parent)
 
 void StatusLine::tell(const QString &line)
 {
-    m_lastEvent = line;
+    m_events += line;
+    if (m_events.size() > eventsKept) {
+        m_events.removeFirst();
+    }
     constexpr qsizetype widest = 1000; // characters, more than any screen shows
     m_event->tell(asSentences(firstCharacters(line, widest)));
     m_event->setToolTip(line);

@@ -22,7 +22,9 @@ public:
 
     /// Shows an event; it stays until the next one.
     void tell(const QString &line);
-    const QString &lastEvent() const { return m_lastEvent; }
+    QString lastEvent() const { return m_events.isEmpty() ? QString() : m_events.constLast(); }
+    /// The latest events, a line each, the newest last.
+    QString events() const { return m_events.join(u'\n'); }
 
     /// Shows what the link is doing; green once the module was heard.
     void showLink(const QString &text, bool connected);
@@ -56,7 +58,9 @@ private:
 
     void applyTexts();
 
-    QString m_lastEvent;
+    static constexpr qsizetype eventsKept = 200;
+
+    QStringList m_events;
     QString m_waitingCommand;
     int m_stationsUnwatched = 0;
     Lamp *m_lamp; ///< Opt_connected

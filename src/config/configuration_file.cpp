@@ -6,6 +6,9 @@
 #include "platform/text_rules.h"
 
 #include <QCoreApplication>
+#include <QSet>
+
+#include <type_traits>
 
 namespace ktr {
 
@@ -34,6 +37,41 @@ void writeHolidays(XmlWriter &xml, const HolidayList &holidays)
     for (int index = 0; index < HolidayList::capacity; ++index) {
         xml.textElement(HolidayList::elementName(index), holidays.lines().value(index));
     }
+}
+
+/// What a configuration has, by the names of XmlDocument::names(). Of fields that only some records of an
+/// array have each record may have them: other versions write them, and nothing of theirs is lost.
+QSet<QString> knownNames()
+{
+    QSet<QString> known{QStringLiteral("KTR"), konfiguration, versionElement};
+    for (const char *attribute : {"Nummer", "Datum", "Zeit", "Version"}) {
+        known += versionElement + u' ' + QLatin1String(attribute);
+    }
+    const Configuration any;
+    visitRecords(any, [&]<class ConstRecord>(const Group &group, ConstRecord &, int index) {
+        for (const auto &field : fieldsOf<std::remove_const_t<ConstRecord>>()) {
+            known += group.elementName(field.xmlName, index);
+            known += group.place(field.xmlName, index);
+        }
+    });
+    for (int index = 0; index < HolidayList::capacity; ++index) {
+        known += HolidayList::elementName(index);
+    }
+    return known;
+}
+
+/// What is in a document and in no configuration. Attributes of an element that is not known go with it.
+QStringList unknownNames(const XmlDocument &xml)
+{
+    static const QSet<QString> known = knownNames();
+    QStringList unknown;
+    for (const QString &name : xml.names()) {
+        const bool isOfUnknown = !unknown.isEmpty() && name.startsWith(unknown.last() + u' ');
+        if (!known.contains(name) && !isOfUnknown) {
+            unknown += name;
+        }
+    }
+    return unknown;
 }
 
 } // namespace
@@ -125,6 +163,7 @@ ReadReport readConfiguration(const QByteArray &document, Configuration &configur
     }
     configuration.versionText = xml.attribute(versionElement, versionElement);
     report.isConfiguration = isFound;
+    report.unknown = unknownNames(xml);
     if (report.document && !isFound) {
         report.remarks +=
             QCoreApplication::translate("Files", "no element of a configuration was found in it");

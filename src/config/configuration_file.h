@@ -28,6 +28,7 @@ struct ReadReport
     Status document = Status::done(); ///< whether the document could be loaded at all
     bool isConfiguration = true;      ///< false: no element of one is in the document
     QStringList remarks;              ///< fields whose text was of no use and that kept a fall-back
+    QStringList unknown;              ///< names of elements, and "Element Attribute", that are not read
 };
 
 /// Reads a document into a configuration. Every field that the document does not give takes its fall-back,

@@ -48,21 +48,6 @@ QString inGuideWords(const char *text)
     return QCoreApplication::translate("Fields", text);
 }
 
-template <class Record> QString guideValues(const Field<Record> &field)
-{
-    if (std::holds_alternative<bool Record::*>(field.member)) {
-        return inGuideWords(QT_TRANSLATE_NOOP("Fields", "yes or no"));
-    }
-    if (!field.isNumber()) {
-        return field.range || field.accepts != nullptr
-                   ? inGuideWords(QT_TRANSLATE_NOOP("Fields", "one of those offered"))
-                   : inGuideWords(QT_TRANSLATE_NOOP("Fields", "text"));
-    }
-    const QString words = field.range->words(field.unit);
-    return field.range->mayBeEmpty ? inGuideWords(QT_TRANSLATE_NOOP("Fields", "%1; may be empty")).arg(words)
-                                   : words;
-}
-
 /// `value` is what "new" has set, as the pages show it.
 template <class Record> QString guideWhenNew(const Field<Record> &field, const QString &value)
 {
@@ -135,8 +120,8 @@ private:
                 GuideField{.page = page,
                            .anchor = anchor,
                            .label = labelText(field.label, m_texts).trimmed(),
-                           .meaning = tipText(field.meaning, meaningRange(field), Unit::None),
-                           .values = guideValues(field),
+                           .meaning = meaningText(field),
+                           .values = valuesText(field),
                            .whenNew = guideWhenNew(field, m_values[group.place(field.xmlName, index)]),
                            .places = {}};
             guide = std::prev(m_fields.end());
@@ -149,12 +134,6 @@ private:
             guide->places.removeAll(placeInFile(group, field.xmlName, first, index - 1));
         }
         guide->places += placeInFile(group, field.xmlName, first, index);
-    }
-
-    /// What the meaning names itself, in place of its %1 and %2; the range stands in a column of its own.
-    template <class Record> static std::optional<Range> meaningRange(const Field<Record> &field)
-    {
-        return field.range && field.range->kind == Range::Kind::Choice ? field.range : std::nullopt;
     }
 
     const TextTable &m_texts;

@@ -236,13 +236,15 @@ constexpr std::array infoFields = {
 
 constexpr std::array gsmFields = {
     Field<GsmSettings>{.xmlName = u"PIN", .member = &GsmSettings::pin, .control = {"txt_gsm_pin"},
-        .label = Text::Pin, .meaning = QT_TRANSLATE_NOOP("Fields", "PIN of the SIM card, 4 to 8 digits"),
+        .label = Text::Pin, .meaning = QT_TRANSLATE_NOOP("Fields", "The PIN of the SIM card in the module"),
+        .form = QT_TRANSLATE_NOOP("Fields", "4 to 8 digits; may be empty"),
         .whenNew = is(u""), .inAnother = is(u""), .whenRead = pinOfFourDigits, .check = simPin, .secret = true},
     Field<GsmSettings>{.xmlName = u"Stationstyp", .member = &GsmSettings::stationType, .control = {"Combo_gsm_type"},
-        .label = Text::Type, .meaning = QT_TRANSLATE_NOOP("Fields", "Type of the module"),
+        .label = Text::Type, .meaning = QT_TRANSLATE_NOOP("Fields", "Which kind of module it is, as it reports by itself"),
         .whenEmpty = keep, .accepts = isStationType},
     Field<GsmSettings>{.xmlName = u"Stationskennung", .member = &GsmSettings::stationId, .control = {"txt_gsm_id"},
         .label = Text::StationId, .meaning = QT_TRANSLATE_NOOP("Fields", "Name under which the module reports; ä, ö, ü and ß become ae, oe, ue and ss"),
+        .form = QT_TRANSLATE_NOOP("Fields", "text on one line without a comma"),
         .whenNew = is(u""), .inAnother = is(u""), .rule = umlautsReplaced, .check = smsTextWithoutComma},
     Field<GsmSettings>{.xmlName = u"Alivecycle", .member = &GsmSettings::aliveCycle, .control = {"txt_gsm_alive"},
         .label = Text::AliveCycle, .meaning = QT_TRANSLATE_NOOP("Fields", "Cycle in which the module reports that it is alive"),
@@ -255,16 +257,18 @@ constexpr std::array administratorFields = {
         .label = Text::Identifier, .meaning = QT_TRANSLATE_NOOP("Fields", "Shown as recipient of notifications and as target of switch points"),
         .whenNew = is(administratorName), .whenEmpty = is(administratorName)},
     Field<Administrator>{.xmlName = u"GSM-Nummer", .member = &Administrator::number, .control = {"txt_gsm_num", 0},
-        .label = Text::PhoneNumber, .meaning = QT_TRANSLATE_NOOP("Fields", "International form: + and digits"),
+        .label = Text::PhoneNumber, .meaning = QT_TRANSLATE_NOOP("Fields", "The number that the module notifies, in international form"),
+        .form = QT_TRANSLATE_NOOP("Fields", "+ and 7 to 15 digits"),
         .whenNew = is(u"+49"), .rule = internationalNumber, .check = phoneNumber},
 };
 
 constexpr std::array limitValueFields = {
     Field<LimitValue>{.xmlName = u"Alarm", .member = &LimitValue::alarm, .control = {"Txt_gw_meldung"},
-        .label = Text::Notification, .meaning = QT_TRANSLATE_NOOP("Fields", "Text of the notification; ä, ö, ü and ß become ae, oe, ue and ss"),
+        .label = Text::Notification, .meaning = QT_TRANSLATE_NOOP("Fields", "What the module sends; ä, ö, ü and ß become ae, oe, ue and ss"),
+        .form = QT_TRANSLATE_NOOP("Fields", "text on one line; the whole command has room for 160 characters"),
         .whenNew = is(u""), .beforeReading = is(u""), .whenTyped = umlautsReplaced, .check = smsText},
     Field<LimitValue>{.xmlName = u"Delay", .member = &LimitValue::delay, .control = {"Txt_gw_delay"},
-        .label = Text::Delay, .meaning = QT_TRANSLATE_NOOP("Fields", "Delay of the notification; on inputs that count pulses the count per interval"),
+        .label = Text::Delay, .meaning = QT_TRANSLATE_NOOP("Fields", "How long the limit must be passed before the module notifies; on inputs that count pulses the count per interval"),
         .range = Range::numbers(0).orEmpty(),
         .whenNew = is(u"0"), .beforeReading = is(u""), .whenEmpty = is(u"0"), .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Grenzwert", .member = &LimitValue::limit, .control = {"Txt_gw_gw"},
@@ -284,15 +288,18 @@ constexpr std::array limitValueFields = {
         .range = Range::choices(1, 3),
         .whenNew = is(u"1"), .beforeReading = is(u"1"), .whenEmpty = is(u"1"), .whenRead = presentComparison, .applies = watchesChannel},
     Field<LimitValue>{.xmlName = u"Bezug", .member = &LimitValue::reference, .control = {"Check_gw_Bezug"},
-        .label = QT_TRANSLATE_NOOP("Fields", "Reference"), .meaning = QT_TRANSLATE_NOOP("Fields", "The limit values that are combined"),
+        .label = QT_TRANSLATE_NOOP("Fields", "Reference"), .meaning = QT_TRANSLATE_NOOP("Fields", "Which of the limit values 1 to 16 are combined"),
+        .form = QT_TRANSLATE_NOOP("Fields", "a box for each"),
         .range = Range::choices(0, LimitValue::allReferences),
         .whenEmpty = is(u"0"), .applies = combinesLimitValues},
     Field<LimitValue>{.xmlName = u"MSN", .member = &LimitValue::recipients, .control = {"chk_gw_msn"},
-        .label = Text::NotificationTo, .meaning = QT_TRANSLATE_NOOP("Fields", "Who is notified"),
+        .label = Text::NotificationTo, .meaning = QT_TRANSLATE_NOOP("Fields", "Which of the six administrators are notified"),
+        .form = QT_TRANSLATE_NOOP("Fields", "a box for each"),
         .range = Range::choices(0, LimitValue::allRecipients),
         .whenNew = is(u"255"), .beforeReading = is(u"255"), .whenEmpty = keep},
     Field<LimitValue>{.xmlName = u"Wiederholung", .member = &LimitValue::repetitions, .control = {"Combo_gw_wiederholung"},
-        .label = Text::Repetitions, .meaning = QT_TRANSLATE_NOOP("Fields", "How often the message is repeated, %1 to %2"),
+        .label = Text::Repetitions, .meaning = QT_TRANSLATE_NOOP("Fields", "How often the message is repeated"),
+        .form = QT_TRANSLATE_NOOP("Fields", "%1 to %2 times"),
         .range = Range::choices(0, 15),
         .whenEmpty = is(u"0")},
     Field<LimitValue>{.xmlName = u"Wiederholungsintervall", .member = &LimitValue::repetitionInterval, .control = {"Text_gw_wiederholungsintervall"},
@@ -327,7 +334,7 @@ constexpr std::array digitalInputFields = {
         .label = Text::HoursCounter, .meaning = QT_TRANSLATE_NOOP("Fields", "Count the operating hours of this input"),
         .whenNew = is(u"0"), .whenEmpty = is(u"0"), .applies = mayCountHours},
     Field<DigitalInput>{.xmlName = u"Wert", .member = &DigitalInput::value, .control = {"Txt_ip_zaehler", 0},
-        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that the module starts with"),
+        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that a transmission sets"),
         .range = Range::numbers().orEmpty(), .unit = Unit::OfChannel,
         .whenNew = is(u"0")},
 };
@@ -337,7 +344,7 @@ constexpr std::array outputHoursFields = {
         .label = Text::Invert, .meaning = QT_TRANSLATE_NOOP("Fields", "Invert the counted signal"),
         .whenNew = is(u"0"), .whenEmpty = is(u"0")},
     Field<OutputHours>{.xmlName = u"Wert", .member = &OutputHours::value, .control = {"Txt_ip_zaehler", 4},
-        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that the module starts with"),
+        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that a transmission sets"),
         .range = Range::numbers().orEmpty(), .unit = Unit::OfChannel,
         .whenNew = is(u"0")},
 };
@@ -358,16 +365,16 @@ constexpr std::array scalingFields = {
         .range = Range::numbers(),
         .whenNew = is(u"1"), .whenEmpty = is(u"1"), .check = notZero},
     Field<Scaling>{.xmlName = u"Einheit", .member = &Scaling::unit, .control = {"Txt_ip_einheit", 0},
-        .label = Text::Unit, .meaning = QT_TRANSLATE_NOOP("Fields", "Unit of the scaled value"),
+        .label = Text::Unit, .meaning = QT_TRANSLATE_NOOP("Fields", "What the scaled value is measured in, such as m"),
         .whenNew = is(u""), .whenEmpty = is(u"Volt")},
 };
 
 constexpr std::array outputValueFields = {
     Field<OutputValue>{.xmlName = u"Digital", .member = &OutputValue::digital, .control = {"Chk_ip_value", 0},
-        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that the module starts with"),
+        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that a transmission sets"),
         .whenNew = is(u"0"), .whenEmpty = is(u"0")},
     Field<OutputValue>{.xmlName = u"Analog", .member = &OutputValue::analog, .control = {"Txt_ip_value", 0},
-        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that the module starts with"),
+        .label = Text::StartValue, .meaning = QT_TRANSLATE_NOOP("Fields", "Value that a transmission sets"),
         .range = Range::numbers().orEmpty(), .unit = Unit::OfChannel,
         .whenNew = is(u"0")},
 };
@@ -383,10 +390,11 @@ constexpr std::array switchPointFields = {
         .range = Range::numbers(1, SwitchPoint::periodBound - 1).orEmpty().dependingOnOthers(), .unit = Unit::Minutes, .unitBehind = Text::Minutes,
         .whenNew = is(u"0"), .whenEmpty = is(u"1"), .check = withoutComma},
     Field<SwitchPoint>{.xmlName = u"Start", .member = &SwitchPoint::start, .control = {"Txt_swtch_start"},
-        .label = Text::Start, .meaning = QT_TRANSLATE_NOOP("Fields", "Year, month, day, hour and minute, two digits each"),
+        .label = Text::Start, .meaning = QT_TRANSLATE_NOOP("Fields", "From when on it switches, and at which time of day"),
+        .form = QT_TRANSLATE_NOOP("Fields", "year, month, day, hour and minute, two digits each"),
         .whenNew = is(u""), .whenEmpty = is(presentMinute), .check = startTime},
     Field<SwitchPoint>{.xmlName = u"Typ", .member = &SwitchPoint::type, .control = {"Cmb_swtch_typ"},
-        .label = Text::Type, .meaning = QT_TRANSLATE_NOOP("Fields", "When it switches"),
+        .label = Text::Type, .meaning = QT_TRANSLATE_NOOP("Fields", "On which days, in which rhythm or after which limit value it switches"),
         .range = Range::choices(0, SwitchPoint::typeCount - 1),
         .whenNew = is(u"0"), .whenEmpty = keep},
     Field<SwitchPoint>{.xmlName = u"Wert", .member = &SwitchPoint::value, .control = {"Txt_swtch_wert"},
@@ -401,23 +409,33 @@ constexpr std::array switchPointFields = {
 
 constexpr std::array ethernetFields = {
     Field<EthernetSettings>{.xmlName = u"IP", .member = &EthernetSettings::ip, .control = {"Txt_Ethernet_IP"},
-        .label = Text::Ip, .meaning = QT_TRANSLATE_NOOP("Fields", "Four numbers from 0 to 255 with dots between them"),
+        .label = Text::Ip, .meaning = QT_TRANSLATE_NOOP("Fields", "The address that the module is to have in its network"),
+        .form = QT_TRANSLATE_NOOP("Fields", "four numbers from 0 to 255 with dots between them"),
         .whenNew = is(u"010.000.000.001"), .inAnother = is(u""), .whenEmpty = is(u"010.000.000.001"), .check = dottedAddress},
     Field<EthernetSettings>{.xmlName = u"Subnet", .member = &EthernetSettings::subnet, .control = {"Txt_Ethernet_Subnet"},
-        .label = Text::Subnet, .meaning = QT_TRANSLATE_NOOP("Fields", "Four numbers from 0 to 255 with dots between them"),
+        .label = Text::Subnet, .meaning = QT_TRANSLATE_NOOP("Fields", "Which part of the address names the network"),
+        .form = QT_TRANSLATE_NOOP("Fields", "four numbers from 0 to 255 with dots between them"),
         .whenNew = is(u"255.255.255.000"), .whenEmpty = is(u"255.255.255.000"), .check = dottedAddress},
     Field<EthernetSettings>{.xmlName = u"MAC3", .member = &EthernetSettings::mac3, .control = {"Txt_Ethernet_MAC", 3},
-        .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "Two hexadecimal digits; editable in expert mode"),
+        .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "A byte of the hardware address that must be the module's own; editable in expert mode"),
+        .form = QT_TRANSLATE_NOOP("Fields", "two hexadecimal digits"),
         .whenNew = is(u"00"), .inAnother = is(randomByte), .whenEmpty = is(randomByte), .check = hexadecimalByte},
     Field<EthernetSettings>{.xmlName = u"MAC4", .member = &EthernetSettings::mac4, .control = {"Txt_Ethernet_MAC", 4},
-        .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "Two hexadecimal digits; editable in expert mode"),
+        .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "A byte of the hardware address that must be the module's own; editable in expert mode"),
+        .form = QT_TRANSLATE_NOOP("Fields", "two hexadecimal digits"),
         .whenNew = is(u"00"), .inAnother = is(randomByte), .whenEmpty = is(randomByte), .check = hexadecimalByte},
     Field<EthernetSettings>{.xmlName = u"MAC5", .member = &EthernetSettings::mac5, .control = {"Txt_Ethernet_MAC", 5},
-        .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "Two hexadecimal digits; editable in expert mode"),
+        .label = Text::Mac, .meaning = QT_TRANSLATE_NOOP("Fields", "A byte of the hardware address that must be the module's own; editable in expert mode"),
+        .form = QT_TRANSLATE_NOOP("Fields", "two hexadecimal digits"),
         .whenNew = is(u"00"), .inAnother = is(randomByte), .whenEmpty = is(randomByte), .check = hexadecimalByte},
 };
 
 // clang-format on
+
+QString inFieldWords(const char *text)
+{
+    return QCoreApplication::translate("Fields", text);
+}
 
 template <class Value, class Number> bool assign(Value &target, const std::optional<Number> &number)
 {
@@ -521,15 +539,37 @@ QString headingText(const Label &label, Unit unit, const TextTable &texts)
     return unit == Unit::Minutes ? text + u' ' + texts.text(Text::InMinutes) : text;
 }
 
-QString tipText(const char *meaning, const std::optional<Range> &range, Unit unit)
+template <class Record> QString meaningText(const Field<Record> &field)
 {
-    QString text = QCoreApplication::translate("Fields", meaning);
-    if (!range) {
-        return text;
+    return inFieldWords(field.meaning);
+}
+
+template <class Record> QString valuesText(const Field<Record> &field)
+{
+    if (std::holds_alternative<bool Record::*>(field.member)) {
+        return inFieldWords(QT_TRANSLATE_NOOP("Fields", "yes or no"));
     }
-    return range->kind == Range::Kind::Choice
-               ? text.contains(QLatin1String("%1")) ? text.arg(range->lowest).arg(range->highest) : text
-               : text + QLatin1String("; ") + range->words(unit);
+    if (field.isNumber()) {
+        const QString words = field.range->words(field.unit);
+        return field.range->mayBeEmpty
+                   ? inFieldWords(QT_TRANSLATE_NOOP("Fields", "%1; may be empty")).arg(words)
+                   : words;
+    }
+    if (field.form != nullptr) {
+        const QString words = inFieldWords(field.form);
+        return words.contains(QLatin1String("%1")) ? words.arg(field.range->lowest).arg(field.range->highest)
+                                                   : words;
+    }
+    if (field.range || field.accepts != nullptr) {
+        return inFieldWords(QT_TRANSLATE_NOOP("Fields", "one of those offered"));
+    }
+    return inFieldWords(field.severalLines ? QT_TRANSLATE_NOOP("Fields", "text, also of several lines")
+                                           : QT_TRANSLATE_NOOP("Fields", "text on one line"));
+}
+
+template <class Record> QString tipText(const Field<Record> &field)
+{
+    return meaningText(field) + QLatin1String("; ") + valuesText(field);
 }
 
 QString ControlName::forIndex(int index) const
@@ -632,7 +672,10 @@ QStringList differences(const Configuration &expected, const Configuration &foun
 #define KTR_RECORD(Record)                                                                                   \
     template QString fieldText(const Field<Record> &, const Record &, const QLocale &);                      \
     template bool setFieldText(const Field<Record> &, Record &, const QString &);                            \
-    template void applyPreset(const Field<Record> &, Record &, const Preset &, const Environment &, int);
+    template void applyPreset(const Field<Record> &, Record &, const Preset &, const Environment &, int);    \
+    template QString meaningText(const Field<Record> &);                                                     \
+    template QString valuesText(const Field<Record> &);                                                      \
+    template QString tipText(const Field<Record> &);
 KTR_RECORD(FileInfo)
 KTR_RECORD(GsmSettings)
 KTR_RECORD(Administrator)

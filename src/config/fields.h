@@ -80,8 +80,9 @@ template <class Record> struct Field
     const char16_t *xmlName;
     Member<Record> member;
     ControlName control;
-    Label label;                                    ///< its name on its page and in the printout
-    const char *meaning;                            ///< for its tool tip; %1 and %2: a choice's ends
+    Label label;                ///< its name on its page and in the printout
+    const char *meaning;        ///< for its tool tip
+    const char *form = nullptr; ///< what its text is like, where it is no number; %1 and %2: its ends
     std::optional<Range> range = std::nullopt;      ///< its text is a number; none: any text
     Unit unit = Unit::None;                         ///< what the number counts
     std::optional<Text> unitBehind = std::nullopt;  ///< names the unit behind the control
@@ -150,8 +151,14 @@ QString labelText(const Label &label, const TextTable &texts);
 /// The label with the unit behind it, as above a column: "Interval (min.)".
 QString headingText(const Label &label, Unit unit, const TextTable &texts);
 
+/// What a field means, in a sentence.
+template <class Record> QString meaningText(const Field<Record> &field);
+
+/// What a field may be, with the unit: "number from 0, in minutes", "text on one line".
+template <class Record> QString valuesText(const Field<Record> &field);
+
 /// The tool tip: the meaning, the range and the unit.
-QString tipText(const char *meaning, const std::optional<Range> &range, Unit unit);
+template <class Record> QString tipText(const Field<Record> &field);
 
 /// A field's value as text; numbers in the locale's general form, check boxes as "0" and "1".
 template <class Record>

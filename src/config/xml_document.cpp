@@ -250,6 +250,19 @@ Status XmlDocument::load(const QByteArray &document)
     return Status::done();
 }
 
+QStringList XmlDocument::names() const
+{
+    QStringList names;
+    for (auto element = m_elements.cbegin(); element != m_elements.cend(); ++element) {
+        names += element.key();
+        for (const QXmlStreamAttribute &attribute : element->attributes) {
+            names += element.key() + u' ' + attribute.qualifiedName();
+        }
+    }
+    names.sort();
+    return names;
+}
+
 QString XmlDocument::text(const QString &element) const
 {
     const auto found = m_elements.constFind(element);

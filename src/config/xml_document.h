@@ -37,6 +37,9 @@ public:
 
     bool has(const QString &element) const { return m_elements.contains(element); }
 
+    /// The names of its elements, and "Element Attribute" for their attributes; sorted.
+    QStringList names() const;
+
     /// The value of the first text in the first element of this name, empty when there is none or only
     /// white space.
     QString text(const QString &element) const;

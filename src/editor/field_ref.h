@@ -36,7 +36,7 @@ FieldRef fieldRef(const Field<Record> &field, const QString &control, std::funct
     ref.number = field.isNumber();
     ref.label = [&field](const TextTable &texts) { return labelText(field.label, texts); };
     ref.heading = [&field](const TextTable &texts) { return headingText(field.label, field.unit, texts); };
-    ref.tip = [&field] { return tipText(field.meaning, field.range, field.unit); };
+    ref.tip = [&field] { return tipText(field); };
     ref.asTyped = [&field](const QString &text) { return typedText(field, text); };
     ref.text = [&field, entry, access](const Configuration &configuration) {
         return fieldText(field, access(configuration, entry()), QLocale::c());

@@ -9,9 +9,13 @@
 #include <QHelpEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QRegularExpression>
+#include <QTabBar>
 #include <QToolTip>
 #include <QWhatsThis>
 #include <QWhatsThisClickedEvent>
+
+#include <algorithm>
 
 namespace ktr {
 
@@ -39,8 +43,30 @@ QString captionOf(const QWidget &widget)
             return label->text();
         }
     }
+    if (const auto *tabs = qobject_cast<const QTabBar *>(&widget)) {
+        return tabs->tabText(tabs->currentIndex());
+    }
     const auto *button = qobject_cast<const QAbstractButton *>(&widget);
     return button == nullptr ? QString() : button->text();
+}
+
+QString tipOf(const QWidget &widget)
+{
+    return widget.whatsThis().isEmpty() ? widget.toolTip() : widget.whatsThis();
+}
+
+/// Whether a tip is a sentence, beside the name and the keys in brackets.
+bool saysMore(QString tip, const QString &name)
+{
+    static const QRegularExpression keys(QStringLiteral("\\([^()]*\\)$"));
+    constexpr qsizetype fewest = 3;
+    if (!name.isEmpty()) {
+        tip.remove(name);
+    }
+    const QStringList words = tip.remove(keys).split(u' ', Qt::SkipEmptyParts);
+    return std::ranges::count_if(words, [](const QString &word) {
+               return word.size() > 1 && word[0].isLetter() && word[1].isLetter();
+           }) >= fewest;
 }
 
 } // namespace
@@ -60,6 +86,11 @@ ManualWindow &HelpKeys::manual()
     return *m_manual;
 }
 
+const QWidget &HelpKeys::manualWindow()
+{
+    return manual();
+}
+
 void HelpKeys::showAbout(QWidget *widget)
 {
     manual().showPlace(helpAnchor(widget, ManualTexts::in(ManualTexts::presentLanguage())),
@@ -71,31 +102,42 @@ void HelpKeys::showPlace(const QString &anchor)
     manual().showPlace(anchor, QApplication::activeModalWidget());
 }
 
-void HelpKeys::showChanges()
-{
-    manual().showChanges(QApplication::activeModalWidget());
-}
-
 QString HelpKeys::meaning(const QWidget *widget)
 {
-    for (; widget != nullptr && !widget->isWindow(); widget = widget->parentWidget()) {
-        const QString text = widget->whatsThis().isEmpty() ? widget->toolTip() : widget->whatsThis();
-        if (!text.isEmpty()) {
-            const QString name = captionOf(*widget).remove(u'&').trimmed();
-            const QString problem = widget->accessibleDescription();
-            return (name.isEmpty() || name == text ? QString() : name + u'\n') + text +
-                   (problem.isEmpty() || problem == text ? QString() : u'\n' + problem);
-        }
+    if (widget == nullptr) {
+        return {};
     }
-    return {};
+    const QWidget *told = widget;
+    while (told != nullptr && !told->isWindow() && tipOf(*told).isEmpty()) {
+        told = told->parentWidget();
+    }
+    const bool hasTip = told != nullptr && !tipOf(*told).isEmpty();
+    const QWidget &named = hasTip ? *told : *widget;
+    const QString name = captionOf(named).remove(u'&').trimmed();
+    QStringList lines{name};
+    const QString tip = hasTip ? tipOf(*told) : QString();
+    if (tip != name) {
+        lines += tip;
+    }
+    if (!saysMore(tip, name)) {
+        const ManualTexts &manual = ManualTexts::in(ManualTexts::presentLanguage());
+        const ManualPart *part = manual.part(helpAnchor(widget, manual));
+        lines += part == nullptr ? QString() : part->summary;
+    }
+    const QString problem = named.accessibleDescription();
+    if (problem != name && problem != tip) {
+        lines += problem;
+    }
+    lines.removeAll(QString());
+    return lines.join(u'\n');
 }
 
-void HelpKeys::showMeaning(QWidget &widget)
+void HelpKeys::explain(QWidget *widget)
 {
-    const QString text = meaning(&widget);
+    const QString text = meaning(widget);
     if (!text.isEmpty()) {
-        m_asked = &widget;
-        QWhatsThis::showText(widget.mapToGlobal(widget.rect().bottomLeft()), asRichText(text), &widget);
+        m_asked = widget;
+        QWhatsThis::showText(widget->mapToGlobal(widget->rect().bottomLeft()), asRichText(text), widget);
     }
 }
 
@@ -121,7 +163,7 @@ bool HelpKeys::eventFilter(QObject *watched, QEvent *event)
             return true;
         }
         if (held == Qt::ShiftModifier) {
-            showMeaning(*widget);
+            explain(widget);
             return true;
         }
         return false;
@@ -133,7 +175,7 @@ bool HelpKeys::eventFilter(QObject *watched, QEvent *event)
         if (meaning(widget).isEmpty()) {
             return false;
         }
-        showMeaning(*widget);
+        explain(widget);
         event->accept();
         return true;
     case QEvent::WhatsThisClicked:

@@ -26,18 +26,22 @@ public:
 
     /// The manual at what explains this widget; at the first chapter without one.
     void showAbout(QWidget *widget);
+    /// What this widget means, beside it.
+    void explain(QWidget *widget);
     /// The manual at this anchor.
     void showPlace(const QString &anchor);
-    void showChanges();
 
-    /// A widget's name and what it means, as in its tool tip; empty where nothing is known. Plain text.
+    /// The manual's window, shown or not.
+    const QWidget &manualWindow();
+
+    /// A widget's name in a line, and below it what it means: as in its tool tip, where that says more than
+    /// the name, else as the manual begins to tell about it. Plain text.
     static QString meaning(const QWidget *widget);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     ManualWindow &manual();
-    void showMeaning(QWidget &widget);
 
     const TextTable &m_texts;
     std::unique_ptr<ManualWindow> m_manual; ///< made when it is first wanted

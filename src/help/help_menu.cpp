@@ -4,6 +4,7 @@
 #include "look/mnemonics.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QEvent>
 #include <QMainWindow>
 #include <QMenu>
@@ -14,6 +15,7 @@ namespace ktr {
 namespace {
 
 const QString commandsChapter = QStringLiteral("commands");
+const QString newsChapter = QStringLiteral("news");
 
 } // namespace
 
@@ -34,10 +36,13 @@ HelpMenu::HelpMenu(QMainWindow &window, HelpKeys &help, const Commands &commands
         help.showAbout(m_window.focusWidget() != nullptr ? m_window.focusWidget() : &m_window);
     });
     manual->setShortcut(QKeySequence(Qt::Key_F1));
+    QAction *meaning = entry("mnu_help_meaning", QT_TR_NOOP("What this field means"),
+                             [&help] { help.explain(QApplication::focusWidget()); });
+    meaning->setShortcut(QKeySequence(Qt::SHIFT | Qt::Key_F1));
     entry("mnu_help_what", QT_TR_NOOP("What is this?"), [] { QWhatsThis::enterWhatsThisMode(); });
     entry("mnu_help_commands", QT_TR_NOOP("Service commands"), [&help] { help.showPlace(commandsChapter); });
     entry("mnu_help_keys", QT_TR_NOOP("Keyboard shortcuts..."), commands.showKeys);
-    entry("mnu_help_news", QT_TR_NOOP("What is new"), [&help] { help.showChanges(); });
+    entry("mnu_help_news", QT_TR_NOOP("What is new"), [&help] { help.showPlace(newsChapter); });
     m_menu->addSeparator();
     entry("mnu_help_welcome", QT_TR_NOOP("Welcome..."), commands.welcome);
     entry("mnu_try_module", QT_TR_NOOP("Try with a virtual module"), commands.tryModule);

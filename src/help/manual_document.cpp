@@ -94,8 +94,7 @@ void styleHeading(const QTextBlock &block, int level, qreal size)
 
 bool isCode(const QTextBlock &block)
 {
-    return block.blockFormat().hasProperty(QTextFormat::BlockCodeFence) ||
-           block.blockFormat().nonBreakableLines();
+    return block.blockFormat().hasProperty(QTextFormat::BlockCodeFence);
 }
 
 void styleBlocks(QTextDocument &document, const QPalette &palette)
@@ -103,6 +102,12 @@ void styleBlocks(QTextDocument &document, const QPalette &palette)
     const qreal size = QFontInfo(document.defaultFont()).pointSizeF();
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         const QTextBlockFormat shape = block.blockFormat();
+        if (shape.nonBreakableLines() && !isCode(block)) { // the reader goes on so behind code
+            QTextCursor cursor(block);
+            QTextBlockFormat plain = shape;
+            plain.clearProperty(QTextFormat::BlockNonBreakableLines);
+            cursor.setBlockFormat(plain);
+        }
         if (shape.headingLevel() > 0) {
             styleHeading(block, shape.headingLevel(), size);
         } else if (isCode(block)) {
@@ -117,7 +122,8 @@ void styleBlocks(QTextDocument &document, const QPalette &palette)
 
 void styleTable(QTextTable &table, const QPalette &palette)
 {
-    constexpr qreal padding = 5;
+    constexpr int manyColumns = 5;
+    const qreal padding = table.columns() < manyColumns ? 5 : 3; // those of fields fill a small window
     QTextTableFormat format = table.format();
     format.setBorder(1);
     format.setBorderCollapse(true);
@@ -128,7 +134,8 @@ void styleTable(QTextTable &table, const QPalette &palette)
     format.setTopMargin(padding);
     format.setBottomMargin(2 * padding);
     format.setHeaderRowCount(1);
-    format.setWidth(QTextLength(QTextLength::PercentageLength, 100));
+    constexpr qreal nearlyAll = 99; // per cent: the border stands partly outside
+    format.setWidth(QTextLength(QTextLength::PercentageLength, nearlyAll));
     table.setFormat(format);
     for (int column = 0; column < table.columns(); ++column) {
         QTextTableCell cell = table.cellAt(0, column);

@@ -18,11 +18,16 @@ namespace {
 const QString german = QStringLiteral("de");
 const QString english = QStringLiteral("en");
 
-QString builtInFile(const QString &name)
+QByteArray builtInBytes(const QString &name)
 {
     nameManual();
     QFile file(QStringLiteral(":/manual/") + name);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QString builtInFile(const QString &name)
+{
+    return QString::fromUtf8(builtInBytes(name));
 }
 
 ManualTexts readManual(const QString &language)
@@ -45,6 +50,42 @@ QString plainManualText(QString text)
                                           QRegularExpression::MultilineOption);
     text.remove(comment).remove(anchor).replace(link, QStringLiteral("\\1")).remove(marks);
     return text.simplified();
+}
+
+/// Up to the end of the first sentence.
+QString firstSentence(const QString &plain)
+{
+    static const QRegularExpression sentence(QStringLiteral("^.{3,}?[^0-9 ][.!?](?=\\s+\\W?\\p{Lu}|$)"),
+                                             QRegularExpression::UseUnicodePropertiesOption);
+    const QRegularExpressionMatch match = sentence.match(plain);
+    return match.hasMatch() ? match.captured() : plain;
+}
+
+/// The first sentence of the first paragraph that is one: no picture, table, code or comment.
+QString summaryOf(const QString &markdown)
+{
+    static const QRegularExpression item(QStringLiteral("^(?:> |- |\\d+\\. )"));
+    for (const QString &paragraph : markdown.split(QLatin1String("\n\n"), Qt::SkipEmptyParts)) {
+        const QString text = paragraph.trimmed().remove(item);
+        if (!text.isEmpty() && !text.startsWith(QLatin1String("![")) &&
+            !text.startsWith(QLatin1String("<!--")) && !text.startsWith(QLatin1String("```")) &&
+            !text.startsWith(u'|')) {
+            return firstSentence(plainManualText(text));
+        }
+    }
+    return {};
+}
+
+/// What follows a place up to the end of its paragraph or of its item of a list.
+QString summaryBehind(const QString &markdown)
+{
+    static const QRegularExpression end(QStringLiteral("\n(?:\n|- |\\d+\\. |\\|)| \\|"));
+    static const QRegularExpression lead(QStringLiteral("^[:;,.\\s]+"));
+    QString text = plainManualText(markdown.left(markdown.indexOf(end))).remove(lead);
+    if (!text.isEmpty()) {
+        text[0] = text[0].toUpper();
+    }
+    return firstSentence(text);
 }
 
 } // namespace
@@ -86,6 +127,7 @@ void ManualTexts::take(const QString &chapter, const QString &markdown)
     const auto endPart = [this, &chapter, &text] {
         if (!m_parts.isEmpty() && m_parts.back().chapter == chapter) {
             m_parts.back().text = plainManualText(text);
+            m_parts.back().summary = summaryOf(text);
             takePlaces(chapter, text);
         }
         text.clear();
@@ -99,7 +141,7 @@ void ManualTexts::take(const QString &chapter, const QString &markdown)
         }
         endPart();
         m_parts += ManualPart{
-            chapter, match.captured(3), match.captured(2), static_cast<int>(match.capturedLength(1)), {}};
+            chapter, match.captured(3), match.captured(2), static_cast<int>(match.capturedLength(1)), {}, {}};
     }
     endPart();
 }
@@ -108,7 +150,12 @@ void ManualTexts::takePlaces(const QString &chapter, const QString &markdown)
 {
     static const QRegularExpression place(QStringLiteral("\\[([^\\[\\]]*)\\]\\{#([\\w-]+)\\}"));
     for (const QRegularExpressionMatch &match : place.globalMatch(markdown)) {
-        m_parts += ManualPart{chapter, match.captured(2), plainManualText(match.captured(1)), 0, {}};
+        m_parts += ManualPart{chapter,
+                              match.captured(2),
+                              plainManualText(match.captured(1)),
+                              0,
+                              {},
+                              summaryBehind(markdown.mid(match.capturedEnd()))};
     }
 }
 
@@ -140,9 +187,9 @@ QList<const ManualPart *> ManualTexts::find(const QString &words) const
     return inTitle + inText;
 }
 
-QString changesText()
+QByteArray manualPicture(const QString &fileName)
 {
-    return builtInFile(QStringLiteral("CHANGELOG.md"));
+    return builtInBytes(QStringLiteral("images/") + fileName);
 }
 
 } // namespace ktr

@@ -13,8 +13,9 @@ struct ManualPart
     QString chapter; ///< its file without ".md", which is its anchor, too
     QString anchor;
     QString title;
-    int level = 0; ///< 1: the chapter; 0: a place inside a text
-    QString text;  ///< plain, up to the next heading; empty for a place inside a text
+    int level = 0;   ///< 1: the chapter; 0: a place inside a text
+    QString text;    ///< plain, up to the next heading; empty for a place inside a text
+    QString summary; ///< plain, the first sentence of its text; of a place what follows in its paragraph
 };
 
 /// The manual in one language, as it is built into the program.
@@ -51,7 +52,7 @@ private:
     QHash<QString, qsizetype> m_places; ///< by anchor
 };
 
-/// The list of changes, as Markdown.
-QString changesText();
+/// A picture of the manual by its file name, as it is built in; empty when there is none.
+QByteArray manualPicture(const QString &fileName);
 
 } // namespace ktr

@@ -1,13 +1,11 @@
 #include "help/manual_view.h"
 
 #include "help/manual_document.h"
+#include "help/manual_texts.h"
 #include "look/palettes.h"
-#include "platform/environment.h"
 
 #include <QAbstractTextDocumentLayout>
-#include <QCoreApplication>
 #include <QDesktopServices>
-#include <QDir>
 #include <QEvent>
 #include <QFileInfo>
 #include <QImage>
@@ -61,19 +59,6 @@ ManualView::ManualView(const TextTable &texts, QWidget *parent) : QTextBrowser(p
     });
 }
 
-QStringList ManualView::pictureFolders()
-{
-    const QString program = QCoreApplication::applicationDirPath();
-    QStringList folders;
-    for (const char *documents :
-         {"", "/../share/doc/ktrconfig", "/../share/doc/KTRconfig", "/../share/doc/ktrconfig-doc"}) {
-        for (const char *pictures : {"/docs/images", "/manual/en/images", "/manual/de/images"}) {
-            folders += program + QLatin1String(documents) + QLatin1String(pictures);
-        }
-    }
-    return folders << program + QLatin1String("/../../../docs/images"); // of the sources, where it was built
-}
-
 /// So that nothing has to be scrolled aside.
 int ManualView::pictureWidth() const
 {
@@ -86,20 +71,18 @@ QVariant ManualView::loadResource(int type, const QUrl &name)
     if (type != QTextDocument::ImageResource) {
         return {};
     }
-    const QString file = QFileInfo(name.path()).fileName();
-    for (const QString &folder : pictureFolders()) {
-        QImage picture(folder + u'/' + file);
-        if (!picture.isNull()) {
-            const qreal scale = devicePixelRatioF();
-            const int wide = std::min(picture.width(), qRound(pictureWidth() * scale));
-            picture = picture.scaledToWidth(wide, Qt::SmoothTransformation);
-            picture.setDevicePixelRatio(scale);
-            return picture;
-        }
+    QImage picture = QImage::fromData(manualPicture(QFileInfo(name.path()).fileName()));
+    if (picture.isNull()) { // the text beside it tells what would be seen
+        picture = QImage(1, 1, QImage::Format_ARGB32);
+        picture.fill(Qt::transparent);
+        return picture;
     }
-    QImage nothing(1, 1, QImage::Format_ARGB32); // the text beside it tells what would be seen
-    nothing.fill(Qt::transparent);
-    return nothing;
+    const qreal scale = devicePixelRatioF();
+    const int wide = std::min(picture.width(), qRound(pictureWidth() * scale));
+    // With a palette it would be scaled within that, as a pattern of dots.
+    picture = picture.convertToFormat(QImage::Format_RGB32).scaledToWidth(wide, Qt::SmoothTransformation);
+    picture.setDevicePixelRatio(scale);
+    return picture;
 }
 
 void ManualView::doSetSource(const QUrl &, QTextDocument::ResourceType) {}
@@ -113,6 +96,8 @@ void ManualView::showMarkdown(const QString &markdown)
     auto *anew = new QTextDocument(this);
     anew->setDefaultFont(font());
     anew->setDocumentMargin(margin);
+    anew->setTextWidth(
+        viewport()->width()); // laid out endlessly wide first it would be scrolled aside for a while
     fillManualDocument(*anew, markdown, m_texts, palette());
     setExtraSelections({}); // they point into the document that goes
     setDocument(anew);

@@ -23,9 +23,6 @@ public:
     /// Marks these words wherever they stand; none with an empty text.
     void markWords(const QString &words);
 
-    /// The folders in which pictures of the manual are looked for, the first that has one first.
-    static QStringList pictureFolders();
-
     QVariant loadResource(int type, const QUrl &name) override;
 
 Q_SIGNALS:

@@ -29,8 +29,6 @@ namespace ktr {
 
 namespace {
 
-/// Stands in the places visited for the list of changes, which is no part of the manual.
-const QString changesPlace = QStringLiteral("CHANGELOG");
 constexpr int anchorRole = Qt::UserRole;
 constexpr qsizetype mostPlaces = 200;
 
@@ -147,19 +145,21 @@ void ManualWindow::layOut()
 
 void ManualWindow::addKeys()
 {
-    const auto key = [this](const QKeySequence &keys, const std::function<void()> &act) {
+    const auto key = [this](const QKeySequence &keys, const char *what, const std::function<void()> &act) {
         auto *shortcut = new QShortcut(keys, this);
         connect(shortcut, &QShortcut::activated, this, act);
+        m_keys.emplaceBack(shortcut, what);
     };
-    key(QKeySequence::Back, [this] { step(-1); });
-    key(QKeySequence::Forward, [this] { step(1); });
-    key(QKeySequence(Qt::ALT | Qt::Key_Home), [this] { visit(m_manual->chapters().value(0)); });
-    key(QKeySequence::Find, [this] {
+    key(QKeySequence::Back, QT_TR_NOOP("Back"), [this] { step(-1); });
+    key(QKeySequence::Forward, QT_TR_NOOP("Forward"), [this] { step(1); });
+    key(QKeySequence(Qt::ALT | Qt::Key_Home), QT_TR_NOOP("First page"),
+        [this] { visit(m_manual->chapters().value(0)); });
+    key(QKeySequence::Find, QT_TR_NOOP("Search the manual"), [this] {
         m_search->setFocus(Qt::ShortcutFocusReason);
         m_search->selectAll();
     });
-    key(QKeySequence::ZoomIn, [this] { m_view->zoomIn(); });
-    key(QKeySequence::ZoomOut, [this] { m_view->zoomOut(); });
+    key(QKeySequence::ZoomIn, QT_TR_NOOP("Larger letters"), [this] { m_view->zoomIn(); });
+    key(QKeySequence::ZoomOut, QT_TR_NOOP("Smaller letters"), [this] { m_view->zoomOut(); });
 }
 
 void ManualWindow::keyPressEvent(QKeyEvent *event)
@@ -186,6 +186,9 @@ void ManualWindow::applyTexts()
 {
     m_manual = &ManualTexts::in(ManualTexts::presentLanguage());
     setWindowTitle(tr("Manual"));
+    for (const auto &[shortcut, what] : m_keys) {
+        shortcut->setWhatsThis(tr(what));
+    }
     const auto describe = [](QToolButton *button, const QString &text) {
         button->setToolTip(text);
         button->setAccessibleName(text);
@@ -223,7 +226,6 @@ void ManualWindow::fillContents()
             add(chapter, part.title, part.anchor);
         }
     }
-    add(m_contents, tr("What is new"), changesPlace);
 }
 
 void ManualWindow::showPlace(const QString &anchor, QWidget *asker)
@@ -231,13 +233,6 @@ void ManualWindow::showPlace(const QString &anchor, QWidget *asker)
     appear(asker);
     visit(m_manual->has(anchor) ? anchor : m_manual->chapters().value(0));
     m_view->setFocus(Qt::OtherFocusReason); // whose keys turn the pages
-}
-
-void ManualWindow::showChanges(QWidget *asker)
-{
-    appear(asker);
-    visit(changesPlace);
-    m_view->setFocus(Qt::OtherFocusReason);
 }
 
 /// A window that lets no other be used lets those through that belong to it.
@@ -285,7 +280,7 @@ void ManualWindow::present(const QString &place)
     const QString chapter = part == nullptr ? place : part->chapter;
     if (chapter != m_chapter) {
         m_chapter = chapter;
-        m_view->showMarkdown(place == changesPlace ? changesText() : m_manual->markdown(chapter));
+        m_view->showMarkdown(m_manual->markdown(chapter));
     }
     m_view->goTo(part == nullptr ? QString() : place);
     choosePresent();

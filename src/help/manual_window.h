@@ -5,6 +5,7 @@
 
 class QLineEdit;
 class QListWidget;
+class QShortcut;
 class QStackedWidget;
 class QToolButton;
 class QTreeWidget;
@@ -28,8 +29,6 @@ public:
     /// Shows what has this anchor; the first chapter where there is no such anchor. `asker` is the window
     /// that asks: one that lets no other be used lets this one.
     void showPlace(const QString &anchor, QWidget *asker = nullptr);
-    /// Shows the list of changes.
-    void showChanges(QWidget *asker = nullptr);
     /// What is shown now.
     const QString &place() const { return m_places[m_at]; }
 
@@ -62,7 +61,8 @@ private:
     QListWidget *m_found;
     ManualView *m_view;
     QString m_chapter;
-    QList<QString> m_places; ///< anchors, in the order in which they were visited
+    QList<std::pair<QShortcut *, const char *>> m_keys; ///< what each does is to be translated
+    QList<QString> m_places;                            ///< anchors, in the order in which they were visited
     qsizetype m_at = 0;
 };
 

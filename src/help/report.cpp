@@ -96,8 +96,10 @@ QString problemReport(const ReportSources &sources, const QString &happened)
     }
     text += heading(QStringLiteral("System")) + systemFacts();
     text += heading(QStringLiteral("Settings")) + settings();
-    text += heading(QStringLiteral("Told last")) +
-            (sources.events.isEmpty() ? QStringLiteral("-") : sources.events) + u'\n';
+    for (const ReportExcerpt &excerpt : sources.excerpts) {
+        text +=
+            heading(excerpt.title) + (excerpt.text.isEmpty() ? QStringLiteral("-") : excerpt.text) + u'\n';
+    }
     QStringList done;
     for (const QString &log : sources.logFiles) {
         if (!log.isEmpty() && !done.contains(log)) {

@@ -1,20 +1,34 @@
 #include "help/report_window.h"
 
 #include "look/list_views.h"
+#include "platform/environment.h"
 #include "platform/files.h"
 
 #include <QClipboard>
 #include <QDate>
 #include <QDir>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QVBoxLayout>
 
 namespace ktr {
+
+namespace {
+
+/// A folder of the user's own.
+QString documentsFolder()
+{
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+} // namespace
 
 ReportWindow::ReportWindow(ReportSources sources, AskSave askSave, QWidget *parent)
     : QDialog(parent), m_sources(std::move(sources)), m_askSave(std::move(askSave))
@@ -85,7 +99,8 @@ void ReportWindow::save()
 {
     const QString proposal =
         QStringLiteral("KTRconfig-report-%1.txt").arg(QDate::currentDate().toString(Qt::ISODate));
-    const QString path = m_askSave(proposal, tr("Report") + QLatin1String("|*.txt"));
+    const QString path =
+        m_askSave(joinPath(documentsFolder(), proposal), tr("Report") + QLatin1String("|*.txt"));
     if (path.isEmpty()) {
         return;
     }

@@ -18,7 +18,8 @@ class ReportWindow : public QDialog
     Q_OBJECT
 
 public:
-    /// Asks for a file to write; empty for "cancel". A filter is made of pairs "description|patterns".
+    /// Asks for a file to write, proposed with its folder; empty for "cancel". A filter is made of pairs
+    /// "description|patterns".
     using AskSave = std::function<QString(const QString &proposal, const QString &filter)>;
 
     ReportWindow(ReportSources sources, AskSave askSave, QWidget *parent);

@@ -27,10 +27,13 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QScrollBar>
 #include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
+#include <QTextLayout>
 #include <QTreeWidget>
 
 using namespace Qt::StringLiterals;
@@ -151,7 +154,7 @@ private Q_SLOTS:
                     missing.remove(name);
                     QVERIFY2(HelpKeys::meaning(control).size() > 10, qPrintable(name));
                 } else if (control->focusPolicy() != Qt::NoFocus) {
-                    QVERIFY2(manual.part(anchor) != nullptr && manual.part(anchor)->chapter == u"pages",
+                    QVERIFY2(manual.part(anchor) != nullptr && manual.part(anchor)->level != 1,
                              qPrintable(control->objectName() + u' ' + anchor));
                 }
             }
@@ -285,6 +288,102 @@ private Q_SLOTS:
         QCOMPARE(list->topLevelItemCount(), 1);
     }
 
+    void theManualsTablesAreTheProgramsKeys_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::addColumn<bool>("isOpen");
+        QTest::newRow("English") << "en" << false;
+        QTest::newRow("German") << "de" << false;
+        QTest::newRow("English, operational mode") << "en" << true;
+    }
+    void theManualsTablesAreTheProgramsKeys()
+    {
+        QFETCH(const QString, language);
+        QFETCH(const bool, isOpen);
+        start({"-language", language});
+        if (isOpen) {
+            m_window->findChild<QAction *>("mnu_betriebsmodus")->trigger();
+        }
+        m_window->findChild<QAction *>("mnu_help_keys")->trigger();
+        const auto *list = m_window->findChild<KeysWindow *>()->findChild<QTreeWidget *>();
+        QHash<QString, QStringList> rows; // by the window
+        for (int row = 0; row < list->topLevelItemCount(); ++row) {
+            const QTreeWidgetItem *item = list->topLevelItem(row);
+            rows[item->text(3)] +=
+                u"| %1 | %2 | %3 |"_s.arg(item->text(0), item->text(1), item->text(2)).simplified();
+        }
+        QCOMPARE(rows.size(), 3);
+        bool isSame = true;
+        const QString manual = language == u"de" ? u"Handbuch"_s : u"Manual"_s;
+        for (auto window = rows.cbegin(); window != rows.cend(); ++window) {
+            const QString anchor = window.key() == u"KTRconfig" ? u"keys"_s
+                                   : window.key() == manual     ? u"manual-keys"_s
+                                                                : u"opmode-keys"_s;
+            const QStringList told = tableOf(language, anchor);
+            if (told != window.value()) {
+                qWarning("{#%s} is to be\n%s", qPrintable(anchor), qPrintable(window.value().join(u'\n')));
+            }
+            isSame = isSame && told == window.value();
+        }
+        QVERIFY(isSame);
+    }
+
+    void allOfAPageIsSeenInASmallWindow_data()
+    {
+        QTest::addColumn<QString>("language");
+        QTest::newRow("English") << "en";
+        QTest::newRow("German") << "de";
+    }
+    void allOfAPageIsSeenInASmallWindow()
+    {
+        QFETCH(const QString, language);
+        start({"-language", language});
+        m_window->findChild<QAction *>("mnu_help_commands")->trigger();
+        auto *manual = opened<ManualWindow>("Form_manual");
+        QVERIFY(manual != nullptr);
+        manual->resize(1024, 700);
+        const auto *view = manual->findChild<ManualView *>();
+        QStringList wide;
+        for (const QString &chapter : ManualTexts::in(language).chapters()) {
+            manual->showPlace(chapter);
+            QVERIFY(view->document()->size().isValid()); // all of it is laid out
+            QCoreApplication::processEvents();
+            if (view->horizontalScrollBar()->maximum() > 0) {
+                wide +=
+                    u"%1 by %2"_s.arg(chapter).arg(view->horizontalScrollBar()->maximum()) + widest(*view);
+            }
+        }
+        for (const QString &page : wide) {
+            qWarning("%s", qPrintable(page));
+        }
+        QVERIFY(wide.isEmpty());
+    }
+
+    void everyPictureIsBuiltIn()
+    {
+        static const QRegularExpression picture(u"images/([\\w-]+\\.png)"_s);
+        int pictures = 0;
+        for (const char *language : {"en", "de"}) {
+            const ManualTexts &manual = ManualTexts::in(QLatin1String(language));
+            for (const QString &chapter : manual.chapters()) {
+                for (const auto &match : picture.globalMatch(manual.markdown(chapter))) {
+                    ++pictures;
+                    QVERIFY2(QImage::fromData(manualPicture(match.captured(1))).width() > 300,
+                             qPrintable(match.captured(1)));
+                }
+            }
+        }
+        QVERIFY(pictures > 40);
+        const TextTable texts;
+        ManualView view(texts);
+        view.resize(500, 400);
+        const auto shown =
+            view.loadResource(QTextDocument::ImageResource, QUrl("../limit-values-en-light.png"))
+                .value<QImage>();
+        QVERIFY(shown.width() > 200);
+        QCOMPARE(shown.colorCount(), 0); // no palette, in which it would be drawn with dots
+    }
+
     void noSecretGoesIntoAReport_data()
     {
         QTest::addColumn<QByteArray>("text");
@@ -347,23 +446,56 @@ private Q_SLOTS:
         ReportSources sources;
         sources.version = "KTRconfig 1.2.03";
         sources.logFiles = {log, m_folder->filePath("missing.txt")};
+        sources.facts = {"Record: postgresql://ktr:hideme@db/ktr", "Stations: 12"};
+        sources.excerpts = {
+            {"Told by the operational mode", "South needs its PUK 12340987\nNorth is silent"}};
         const QString saved = m_folder->filePath("report.txt");
+        QString proposed;
         ReportWindow window(
-            sources, [&saved](const QString &, const QString &) { return saved; }, nullptr);
+            sources,
+            [&](const QString &proposal, const QString &) {
+                proposed = proposal;
+                return saved;
+            },
+            nullptr);
         window.setAttribute(Qt::WA_DeleteOnClose, false);
         auto *text = window.findChild<QPlainTextEdit *>("Txt_report");
         window.findChild<QPlainTextEdit *>("Txt_report_happened")->setPlainText("It hangs. My PIN is 9753.");
-        for (const char *part : {"KTRconfig 1.2.03", "com <---- OK", "Connection / address = 10.0.0.7",
-                                 "It hangs", "missing.txt"}) {
+        for (const char *part :
+             {"KTRconfig 1.2.03", "com <---- OK", "Connection / address = 10.0.0.7", "It hangs",
+              "missing.txt", "Stations: 12", "North is silent", "== Told by the operational mode =="}) {
             QVERIFY2(text->toPlainText().contains(QLatin1String(part)), part);
         }
-        for (const char *secret : {"8642", "9753", "tellnobody"}) {
+        for (const char *secret : {"8642", "9753", "tellnobody", "hideme", "12340987"}) {
             QVERIFY2(!text->toPlainText().contains(QLatin1String(secret)), secret);
         }
         QVERIFY(!QFile::exists(saved));
         text->setPlainText(text->toPlainText().replace("10.0.0.7", "a station"));
         window.findChild<QPushButton *>("Cmd_report_save")->click();
         QCOMPARE(QString::fromUtf8(contentOf(saved)), text->toPlainText());
+        const QFileInfo place(proposed); // a folder of the user's, and never the program's
+        QVERIFY2(place.isAbsolute() && place.absoluteFilePath().startsWith(QDir::homePath()),
+                 qPrintable(proposed));
+        QVERIFY(place.absolutePath() != QCoreApplication::applicationDirPath());
+    }
+
+    void aReportHasWhatBothWindowsTold()
+    {
+        start({"-english"});
+        m_window->findChild<QAction *>("mnu_betriebsmodus")->trigger();
+        auto *mode = opened<Form_betriebsmodus>("Form_betriebsmodus");
+        QVERIFY(mode != nullptr);
+        mode->tell("South: at+cpin=\"5431\" from +491701234567");
+        mode->tell("told twice");
+        mode->findChild<QAction *>("mnu_help_report")->trigger();
+        const auto *window = opened<ReportWindow>("Form_report");
+        QVERIFY(window != nullptr);
+        const QString text = window->findChild<QPlainTextEdit *>("Txt_report")->toPlainText();
+        for (const char *part : {"told twice", "List of stations: ", "nodes.xml", "Record: ", "Stations: ",
+                                 "Database drivers: ", "QSQLITE", "== Told by the main window =="}) {
+            QVERIFY2(text.contains(QLatin1String(part)), part);
+        }
+        QVERIFY(!text.contains("5431") && !text.contains("1701234567"));
     }
 
 private:
@@ -382,6 +514,38 @@ private:
         m_window = std::make_unique<FormMain>(services);
         m_window->start(arguments);
         QTRY_VERIFY(m_window->findChildren<Page *>().size() >= 9);
+    }
+
+    /// What has parts that cannot be broken and take more than an eighth of a small window.
+    static QString widest(const ManualView &view)
+    {
+        constexpr qreal wide = 128;
+        QString texts;
+        for (QTextBlock block = view.document()->begin(); block.isValid(); block = block.next()) {
+            if (block.layout()->minimumWidth() > wide) {
+                texts += u"\n  %1: %2"_s.arg(block.layout()->minimumWidth()).arg(block.text().left(60));
+            }
+        }
+        return texts;
+    }
+
+    /// The rows of the table in a section of the manual, without its head.
+    static QStringList tableOf(const QString &language, const QString &anchor)
+    {
+        const ManualTexts &manual = ManualTexts::in(language);
+        const ManualPart *part = manual.part(anchor);
+        QStringList rows;
+        if (part != nullptr) {
+            const QString text = manual.markdown(part->chapter);
+            const QString behind = text.mid(text.indexOf(u"{#%1}"_s.arg(anchor)));
+            for (const QString &line : behind.mid(behind.indexOf(u"|---")).split(u'\n').mid(1)) {
+                if (!line.startsWith(u'|')) {
+                    break;
+                }
+                rows += line.simplified();
+            }
+        }
+        return rows;
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;

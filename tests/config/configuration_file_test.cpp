@@ -264,6 +264,21 @@ private Q_SLOTS:
         QCOMPARE(none.remarks, QStringList{u"no element of a configuration was found in it"_s});
     }
 
+    void whatIsNotKnownIsNamed()
+    {
+        const Environment environment;
+        Configuration configuration;
+        makeNew(configuration, environment);
+        const QByteArray own = writeConfiguration(configuration, environment);
+        QCOMPARE(readConfiguration(own, configuration, environment).unknown, QStringList());
+        QByteArray more = own;
+        more.replace("<Konfiguration>", "<Konfiguration><Later to=\"1\">x<Deeper/></Later>");
+        more.replace("<Info ", "<Info Colour=\"red\" ");
+        const ReadReport report = readConfiguration(more, configuration, environment);
+        QCOMPARE(report.unknown, QStringList({"Deeper", "Info Colour", "Later"}));
+        QVERIFY(report.remarks.isEmpty()); // all of the fields was of use
+    }
+
     void encodingsAreReadByMarkAndDeclaration_data()
     {
         QTest::addColumn<QByteArray>("document");

@@ -1,4 +1,5 @@
 #include "config/field_guide.h"
+#include "config/fields.h"
 #include "lang/load_texts.h"
 #include "lang/translations.h"
 
@@ -9,6 +10,8 @@
 #include <QSet>
 #include <QTest>
 #include <QXmlStreamReader>
+
+#include <type_traits>
 
 using namespace Qt::StringLiterals;
 using namespace ktr;
@@ -22,6 +25,18 @@ QString contentOf(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/// Whether a paragraph's line ends although the first word of the next one would fit on it by far.
+bool isTorn(const QString &line, const QString &next, bool isCode)
+{
+    static const QRegularExpression apart(u"^(#|\\||!|<|>|`|- |\\d+\\. |$)"_s);
+    constexpr qsizetype narrow = 90;
+    const qsizetype needed = line.size() + 1 + next.trimmed().section(u' ', 0, 0).size();
+    const QString trimmed = next.trimmed();
+    return !isCode && !line.isEmpty() && !line.startsWith(u'|') && !line.startsWith(u'#') &&
+           !line.startsWith(u'!') && !line.startsWith(u'<') && !line.startsWith(u"```") &&
+           !apart.match(trimmed).hasMatch() && needed < narrow;
 }
 
 /// A chapter or a part of one.
@@ -47,6 +62,7 @@ public:
         static const QRegularExpression placeholder(u"TODO|TBD|FIXME|XXX|\\?\\?\\?|Lorem ipsum"_s);
         bool isCode = false;
         int number = 0;
+        QString before;
         for (const QString &line : text.split(u'\n')) {
             ++number;
             isCode = isCode != line.startsWith(u"```");
@@ -66,6 +82,10 @@ public:
             if (line.size() > widest && !line.startsWith(u'|')) {
                 fault(chapter, u"line %1 has %2 characters"_s.arg(number).arg(line.size()));
             }
+            if (isTorn(before, line, isCode)) {
+                fault(chapter, u"line %1 is torn"_s.arg(number - 1));
+            }
+            before = line;
             if (placeholder.match(line).hasMatch()) {
                 fault(chapter, u"a placeholder is left in line %1"_s.arg(number));
             }
@@ -285,6 +305,7 @@ private Q_SLOTS:
         QTest::newRow("dead anchor here") << u"# A {#a}\n\n[b](#b)"_s << u"no a#b"_s;
         QTest::newRow("picture") << u"# A {#a}\n\n![](missing.png)"_s << u"no picture missing.png"_s;
         QTest::newRow("placeholder") << u"# A {#a}\n\nTODO"_s << u"a placeholder is left in line 3"_s;
+        QTest::newRow("torn") << u"# A {#a}\n\nShort\nline of a paragraph\n"_s << u"line 3 is torn"_s;
         QTest::newRow("width") << u"# A {#a}\n\n"_s + QString(widest + 1, u'x') << u"line 3 has 131"_s;
     }
     void faultsAreTold()
@@ -393,6 +414,76 @@ private Q_SLOTS:
         QCOMPARE(german.size(), english.size());
     }
 
+    void numbersHaveTheDecimalMarkOfTheLanguage()
+    {
+        static const QRegularExpression code(u"```.*?```|`[^`]*`|\\]\\([^)]*\\)"_s,
+                                             QRegularExpression::DotMatchesEverythingOption);
+        static const QRegularExpression comma(u"(?<![\\d.,])\\d+,\\d{1,2}(?![\\d,])"_s);
+        static const QRegularExpression point(u"(?<![\\d.,])\\d+\\.\\d{1,2}(?![\\d.,])"_s);
+        QVERIFY(u"at 0,5 V"_s.contains(comma) && !u"10,384 stations"_s.contains(comma));
+        QVERIFY(u"bei 0.5 V"_s.contains(point) && !u"10.0.0.17"_s.contains(point));
+        for (const QString &language : languages) {
+            for (const QString &chapter : chapters()) {
+                const QString path = manualFolder().filePath(language + u'/' + chapter + u".md"_s);
+                const auto found = (language == u"de" ? point : comma).match(contentOf(path).remove(code));
+                QVERIFY2(!found.hasMatch(), qPrintable(path + u": "_s + found.captured()));
+            }
+        }
+    }
+
+    void whatIsNewIsToldOfEachVersion()
+    {
+        static const QRegularExpression version(u"^## (?:Version )?(\\d+\\.\\d+\\.\\d+)"_s,
+                                                QRegularExpression::MultilineOption);
+        const auto versionsIn = [](const QString &text) {
+            QStringList versions;
+            for (const auto &match : version.globalMatch(text)) {
+                versions += match.captured(1);
+            }
+            return versions;
+        };
+        const QStringList released = versionsIn(contentOf(QStringLiteral(KTR_SOURCE_DIR "/CHANGELOG.md")));
+        QVERIFY(!released.isEmpty());
+        for (const QString &language : languages) {
+            const QString news = contentOf(manualFolder().filePath(language + u"/news.md"_s));
+            QCOMPARE(versionsIn(news), released);
+            for (const QString &forDevelopers : {u"scripts/"_s, u".cpp"_s, u"docs/"_s, u"CONTRIBUTING"_s}) {
+                QVERIFY2(!news.contains(forDevelopers), qPrintable(forDevelopers));
+            }
+        }
+    }
+
+    void everyFieldHasATipWithItsRange_data() { theManualIsWhole_data(); }
+    void everyFieldHasATipWithItsRange()
+    {
+        QFETCH(const QString, language);
+        Translations translations;
+        translations.use(language == u"de" ? u"deutsch"_s : u"english"_s);
+        int fields = 0;
+        const Configuration any;
+        visitRecords(any, [&]<class ConstRecord>(const Group &group, ConstRecord &, int) {
+            for (const auto &field : fieldsOf<std::remove_const_t<ConstRecord>>()) {
+                ++fields;
+                const QString place = group.place(field.xmlName, 0);
+                const QString meaning = meaningText(field);
+                QVERIFY2(meaning.split(u' ').size() >= 3 && !meaning.contains(u'%'), qPrintable(place));
+                const QString tip = tipText(field);
+                QVERIFY2(tip.startsWith(meaning + u"; "_s) && tip.endsWith(valuesText(field)) &&
+                             !tip.contains(u'%'),
+                         qPrintable(place + u": "_s + tip));
+                if (field.range && field.isNumber() && field.range->lowest > -Range::noEnd) {
+                    QVERIFY2(tip.contains(QString::number(field.range->lowest)), qPrintable(tip));
+                }
+                if (field.unit == Unit::Minutes) {
+                    QVERIFY2(tip.contains(u"inute"_s), qPrintable(tip));
+                } else if (field.unit == Unit::OfChannel) {
+                    QVERIFY2(tip.contains(language == u"de" ? u"Einheit"_s : u"unit"_s), qPrintable(tip));
+                }
+            }
+        });
+        QVERIFY(fields > 100);
+    }
+
     void aTableTellsWhatTheFieldIs()
     {
         const QString table = guideTable(u"limit-values"_s, textsIn(u"en"_s));
@@ -406,9 +497,10 @@ private Q_SLOTS:
 
         Translations translations;
         translations.use(u"deutsch"_s);
-        QVERIFY(guideTable(u"gsm"_s, textsIn(u"de"_s))
-                    .contains(u"| [Rufnummer](#txt_gsm_num) | Internationale Schreibweise: + und Ziffern | "
-                              "Text | +49 | `GSM-Nummer0…5` |\n"_s));
+        QVERIFY(
+            guideTable(u"gsm"_s, textsIn(u"de"_s))
+                .contains(u"| [Rufnummer](#txt_gsm_num) | Die Nummer, die das Modul benachrichtigt, "
+                          "in internationaler Form | + und 7 bis 15 Ziffern | +49 | `GSM-Nummer0…5` |\n"_s));
     }
 };
 

@@ -29,6 +29,9 @@ public:
     void pin(const QString &line);
     void applyTexts();
 
+    /// As the list shows them, the oldest first.
+    const QStringList &messages() const { return m_lines; }
+
 protected:
     void changeEvent(QEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;

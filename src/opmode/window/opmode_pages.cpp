@@ -174,6 +174,15 @@ QWidget *OpmodePages::control() const
     return list != lists.end() ? *list : firstControlIn(*page);
 }
 
+QStringList OpmodePages::captionsIn(const TextTable &texts)
+{
+    QStringList captions;
+    for (const auto &page : pageTable) {
+        captions += page.caption(texts);
+    }
+    return captions;
+}
+
 QStringList OpmodePages::captions() const
 {
     QStringList captions;

@@ -48,6 +48,8 @@ public:
     /// What one works with on the page in front: its list or, without one, its first control.
     QWidget *control() const;
     QStringList captions() const;
+    /// The same of a window that is not open.
+    static QStringList captionsIn(const TextTable &texts);
     /// Brings the alarms of all stations to the front.
     void showAllAlarms();
     /// Brings the curves to the front, and adds some to them.
