@@ -5,7 +5,8 @@
 
 namespace ktr {
 
-// Values as statements get them bound.
+// Values as statements get them bound. Overloads of these in a namespace without a name would hide them from
+// other sources that are compiled as one with theirs.
 
 /// A server's texts cannot hold a NUL; its symbol stands for it.
 inline QString withoutNul(const QString &text)
@@ -17,6 +18,21 @@ inline QString withoutNul(const QString &text)
 inline QVariant bound(const QString &text)
 {
     return text.isNull() ? QStringLiteral("") : text;
+}
+
+inline QVariant bound(qint64 number)
+{
+    return number;
+}
+
+inline QVariant bound(int number)
+{
+    return number;
+}
+
+inline QVariant bound(const QVariant &value)
+{
+    return value;
 }
 
 inline QVariant textOrNull(const QString &text)

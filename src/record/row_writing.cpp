@@ -12,21 +12,6 @@ namespace ktr {
 
 namespace {
 
-QVariant bound(qint64 number)
-{
-    return number;
-}
-
-QVariant bound(int number)
-{
-    return number;
-}
-
-const QVariant &bound(const QVariant &value)
-{
-    return value;
-}
-
 constexpr std::size_t eventSlot = 0;
 constexpr std::size_t historySlot = 4;
 constexpr std::size_t valueSlot = 5;

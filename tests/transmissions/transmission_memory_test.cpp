@@ -579,6 +579,14 @@ private Q_SLOTS:
         QVERIFY(QFile::exists(m_folder->filePath(u"data/transmissions (1).sqlite"_s)));
     }
 
+    /// As in a service, whose surroundings tell no name.
+    void aTransmissionOfAnUnknownUserIsRemembered()
+    {
+        RememberedTransmission given = made(configuration(u"new"_s), TransmissionVerdict::Whole);
+        given.row.user = QString();
+        QVERIFY(write(given) > 0);
+    }
+
 private:
     RememberedTransmission made(const Configuration &configuration, TransmissionVerdict verdict)
     {
