@@ -9,6 +9,7 @@
 #include "support/recorded_line.h"
 #include "support/test_files.h"
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QLabel>
@@ -432,6 +433,27 @@ private Q_SLOTS:
         m_timers.advance(Milliseconds(1000));
         QVERIFY(!none->isVisible());
         QVERIFY2(m_window->windowTitle().startsWith("(3!)"), qPrintable(m_window->windowTitle()));
+    }
+
+    void anAlarmWithoutATimeIsCountedAndAcknowledgedLikeAnyOther()
+    {
+        const QByteArray entry = "S0/meldung/+4917012345 --&gt; M,Pump fail";
+        QVERIFY(replaceFile(m_folder->filePath("nodes.xml"),
+                            "<KTR><i key=\"S0\" text=\"S0\" ForeColor=\"255\"/>"
+                            "<i key=\"S0/meldung\" text=\"N\" ForeColor=\"255\"/><i key=\"" +
+                                entry +
+                                "\" text=\"+4917012345 --&gt; M,Pump fail\" ForeColor=\"255\"/></KTR>"));
+        openWindow();
+        QCOMPARE(m_mode->alarms().waitingCount(), 1);
+        QTest::keyClick(tree(), Qt::Key_5, Qt::AltModifier);
+        auto *list = m_window->findChild<QAbstractItemView *>("Tree_alarms");
+        const auto *accept = m_window->findChild<QPushButton *>("Cmd_alarm_acceptAll");
+        QTRY_VERIFY((m_timers.advance(Milliseconds(1000)), list->model()->rowCount() == 1));
+        QTRY_VERIFY(accept->isEnabled());
+        QVERIFY(!list->model()->index(0, 0).data().toString().isEmpty()); // how urgent it is
+        list->setCurrentIndex(list->model()->index(0, 0));
+        QTest::keyClick(list, Qt::Key_Space);
+        QCOMPARE(m_mode->alarms().waitingCount(), 0);
     }
 
     void whatIsBroughtBackIsAsItWasAtOnce()

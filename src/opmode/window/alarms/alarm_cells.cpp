@@ -81,7 +81,7 @@ QString AlarmCells::state(const AlarmRow &alarm) const
             with(tr("shelved until %1").arg(shownMoment(alarm.shelvedUntil)), alarm.shelvedBy);
         parts += alarm.shelvedWhy.isEmpty() ? shelved : shelved + QLatin1String(": ") + alarm.shelvedWhy;
     }
-    if (alarm.first == 0) { // a shelf without an alarm
+    if (isShelfAlone(alarm)) {
         return parts.join(QLatin1String("; "));
     }
     parts += alarm.acknowledged == 0 ? m_notAcknowledged
@@ -104,7 +104,7 @@ QString AlarmCells::text(const AlarmRow &alarm, int column) const
 {
     switch (column) {
     case Priority:
-        return alarm.first == 0 ? QString() : priority(alarm.priority);
+        return isShelfAlone(alarm) ? QString() : priority(alarm.priority);
     case Text:
         return alarm.text.isEmpty() ? tr("all alarms: in maintenance")
                                     : onOneLine(WatchAlarms::shownText(alarm));
@@ -113,7 +113,7 @@ QString AlarmCells::text(const AlarmRow &alarm, int column) const
     case State:
         return state(alarm);
     case First:
-        return alarm.first == 0 ? QString() : shownMoment(alarm.first);
+        return isShelfAlone(alarm) ? QString() : shownMoment(alarm.first);
     case Last:
         return alarm.last == 0 ? QString() : shownMoment(alarm.last);
     case Count: {
@@ -186,7 +186,7 @@ QVariant AlarmCells::data(const AlarmRow &alarm, int column, int role) const
         }
         [[fallthrough]];
     default:
-        return look(alarm.priority, alarm.first != 0 && m_mode.alarms().isWaiting(alarm), column, role);
+        return look(alarm.priority, !isShelfAlone(alarm) && m_mode.alarms().isWaiting(alarm), column, role);
     }
 }
 

@@ -7,6 +7,13 @@
 
 namespace ktr {
 
+/// Whether a row of the list is what puts alarms aside, while no alarm stands there. (An alarm that an
+/// earlier version kept may have no time.)
+inline bool isShelfAlone(const AlarmRow &alarm)
+{
+    return alarm.id < 0;
+}
+
 /// A line of the list of alarms: one alarm, or a storm, the same text from many stations.
 struct AlarmLine
 {

@@ -160,7 +160,7 @@ AlarmLine AlarmListModel::single(qint64 id) const
     AlarmLine line;
     line.alarms = {id};
     line.sum = m_alarms.value(id);
-    line.waiting = line.sum.first != 0 && m_mode.alarms().isWaiting(line.sum) ? 1 : 0;
+    line.waiting = !isShelfAlone(line.sum) && m_mode.alarms().isWaiting(line.sum) ? 1 : 0;
     return line;
 }
 
@@ -371,7 +371,7 @@ QList<qint64> AlarmListModel::unacknowledged() const
     for (const AlarmLine &line : m_lines) {
         for (const qint64 id : line.alarms) {
             const AlarmRow &alarm = *m_alarms.constFind(id);
-            if (alarm.first != 0 && m_mode.alarms().isWaiting(alarm)) {
+            if (!isShelfAlone(alarm) && m_mode.alarms().isWaiting(alarm)) {
                 alarms += id;
             }
         }

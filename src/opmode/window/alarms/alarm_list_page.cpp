@@ -269,8 +269,8 @@ void AlarmListPage::refreshButtons()
     bool isShelved = false;
     for (const qint64 id : chosen()) {
         const AlarmRow &alarm = *m_model->alarm(id);
-        canAcknowledge = canAcknowledge || (alarm.first != 0 && alarm.acknowledged == 0);
-        canShelve = canShelve || alarm.first != 0;
+        canAcknowledge = canAcknowledge || (!isShelfAlone(alarm) && alarm.acknowledged == 0);
+        canShelve = canShelve || !isShelfAlone(alarm);
         isShelved = isShelved || alarm.shelvedUntil != 0;
     }
     m_actions[Acknowledge]->setEnabled(canAcknowledge);
@@ -499,7 +499,7 @@ void AlarmListPage::editComment()
 void AlarmListPage::shelve()
 {
     QList<qint64> alarms = chosen();
-    alarms.removeIf([this](qint64 id) { return m_model->alarm(id)->first == 0; });
+    alarms.removeIf([this](qint64 id) { return isShelfAlone(*m_model->alarm(id)); });
     QSet<qint64> stations;
     for (const qint64 id : std::as_const(alarms)) {
         stations.insert(m_model->alarm(id)->station);
