@@ -37,6 +37,8 @@ public:
     /// No answer arrives for this asker any more.
     void withdraw(const void *asker);
     bool isWaitedFor(const void *asker) const;
+    /// How many questions are to be answered before the next one.
+    std::size_t waiting() const { return m_waiting.size() + (m_isAsking ? 1 : 0); }
     /// Is called when the record turned out to be damaged.
     void setFoundDamage(std::function<void()> foundDamage) { m_foundDamage = std::move(foundDamage); }
 

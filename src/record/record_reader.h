@@ -281,6 +281,8 @@ public:
     /// at `from`, and all from then on and before `to`, in the order of the times.
     Status connections(const QList<qint64> &stations, qint64 from, qint64 to,
                        const std::function<void(const ConnectionChange &)> &take);
+    /// Of that only when programs began and ended to listen.
+    Status watches(qint64 from, qint64 to, const std::function<void(const ConnectionChange &)> &take);
     /// When the present operator did something for the first time after another one did; 0 when there was no
     /// other.
     Status lastOperatorChange(qint64 &at);
@@ -314,6 +316,9 @@ public:
     Status measuredSpans(qint64 station, int channel, qint64 from, qint64 to,
                          std::pair<qint64, qint64> lengthAndOffset,
                          const std::function<void(const MeasuredSpan &)> &take);
+    /// Whether anything was measured() in each of these times.
+    Status measuredWithin(qint64 station, int channel, const QList<std::pair<qint64, qint64>> &times,
+                          QList<bool> &are);
     /// The inputs of a station with anything measured().
     Status measuredChannels(qint64 station, QList<int> &channels);
 
@@ -341,9 +346,14 @@ private:
         QString statement{};
         QVariantList values{};
     };
-    /// For the time and value of what was measured; `number` makes one of a column's text.
+    /// For what was measured; `columns` are those that are asked for of the column with the values.
     Status measuredQuestion(qint64 station, int channel, std::pair<qint64, qint64> times,
-                            const std::function<QString(const QString &column)> &number, Question &question);
+                            const std::function<QString(const QString &column)> &columns, Question &question);
+    static std::pair<QString, QList<ArchivedInput>>
+    measuredStatement(int channel, const QList<ArchivedInput> &inputs,
+                      const std::function<QString(const QString &column)> &columns);
+    static QVariantList measuredValues(qint64 station, int channel, std::pair<qint64, qint64> times,
+                                       const QList<ArchivedInput> &archives);
     Status archivedInputs(qint64 station, QList<ArchivedInput> &inputs);
     EventPage eventsByTime(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);
     EventPage eventsByText(const EventFilter &filter, const std::optional<RecordKey> &after, int limit);

@@ -2,6 +2,7 @@
 #include "record/record_search.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace ktr {
 
@@ -86,6 +87,25 @@ Status RecordReader::connections(const QList<qint64> &stations, qint64 from, qin
     return read;
 }
 
+Status RecordReader::watches(qint64 from, qint64 to,
+                             const std::function<void(const ConnectionChange &)> &take)
+{
+    if (Status opened = open(); !opened) {
+        return opened;
+    }
+    constexpr qint64 everything = std::numeric_limits<qint64>::min();
+    QList<ConnectionChange> changes;
+    // What was before `from` is needed, too; there are few of them.
+    Status read = changesOfKinds({EventKind::Started, EventKind::Stopped}, {}, {everything, to}, changes);
+    std::ranges::sort(changes, {},
+                      [](const ConnectionChange &change) { return std::pair(change.at, change.id); });
+    const auto last = std::ranges::lower_bound(changes, from, {}, &ConnectionChange::at);
+    for (auto change = last == changes.begin() ? last : std::prev(last); change != changes.end(); ++change) {
+        take(*change);
+    }
+    return read;
+}
+
 /// By the order of each kind, where there is one, which the index of it tells alone but for attributes.
 Status RecordReader::changesOfKinds(const QList<EventKind> &kinds, const QList<qint64> &stations,
                                     std::pair<qint64, qint64> times, QList<ConnectionChange> &changes)
@@ -94,8 +114,13 @@ Status RecordReader::changesOfKinds(const QList<EventKind> &kinds, const QList<q
     Status read = sortedEvents(sorted);
     const SqlDialect &sql = m_database.sql();
     const QVariantList bounds{times.first, times.second};
+    // A server knows best whether those of these stations or those of these kinds are fewer.
+    const bool areOfStations = m_database.isServer() && !stations.isEmpty();
     for (qsizetype i = 0; read && sorted && i < kinds.size(); ++i) {
         const EventKind kind = kinds.at(i);
+        if (areOfStations && isOfStation(kind)) {
+            continue;
+        }
         const bool hasDetail = kind == EventKind::Attributes;
         const Conditions where =
             isOfStation(kind) ? amongStations(sql, u"event_kind.station"_s, stations) : Conditions();
@@ -110,6 +135,19 @@ Status RecordReader::changesOfKinds(const QList<EventKind> &kinds, const QList<q
                         changes.append({row.value(0).toLongLong(), row.value(1).toLongLong(),
                                         row.value(2).toLongLong(), kind,
                                         hasDetail ? row.value(3).toString() : QString()});
+                        return true;
+                    });
+    }
+    QList<EventKind> ofStations;
+    std::ranges::copy_if(kinds, std::back_inserter(ofStations), isOfStation);
+    if (read && areOfStations && !ofStations.isEmpty()) {
+        const Conditions where = amongStations(sql, u"station"_s, stations);
+        read = each(u"SELECT at, id, station, kind, detail FROM event WHERE kind IN "_s + listOf(ofStations) +
+                        u" AND at >= ? AND at < ? AND "_s + where.all(),
+                    bounds + where.values, [&](const QSqlQuery &row) {
+                        changes.append(
+                            {row.value(0).toLongLong(), row.value(1).toLongLong(), row.value(2).toLongLong(),
+                             static_cast<EventKind>(row.value(3).toInt()), row.value(4).toString()});
                         return true;
                     });
     }

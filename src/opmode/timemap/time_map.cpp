@@ -95,6 +95,34 @@ Status readAlarms(RecordReader &reader, const TimeMapQuestion &question, std::ve
     return read;
 }
 
+/// Nothing is known of the time before the record.
+void addUnwritten(UnheardSum &sum, const HourGrid &grid, qint64 begin, qint64 to)
+{
+    if (begin > grid.from()) {
+        sum.add({0, grid.from(), std::min(begin, to), false});
+    }
+}
+
+/// Alarms of hours in which nobody listened are not known, either.
+Status readUnwatched(RecordReader &reader, const TimeMapQuestion &question, qint64 begin,
+                     std::vector<HourFigures> &hours)
+{
+    const HourGrid &grid = question.grid;
+    const qint64 to = std::min(grid.to(), question.now);
+    if (to <= grid.from()) {
+        return Status::done();
+    }
+    UnheardSum sum(grid, hours);
+    addUnwritten(sum, grid, begin, to);
+    UnheardTimes times(grid.from(), to, question.hasOneKeeper,
+                       [&sum](const UnheardTimes::Time &time) { sum.add(time); });
+    Status read =
+        reader.watches(grid.from(), to, [&times](const ConnectionChange &change) { times.play(change); });
+    times.finish();
+    sum.finish();
+    return read;
+}
+
 Status readSilence(RecordReader &reader, const TimeMapQuestion &question, qint64 begin,
                    std::vector<HourFigures> &hours)
 {
@@ -106,9 +134,7 @@ Status readSilence(RecordReader &reader, const TimeMapQuestion &question, qint64
     UnheardSum sum(grid, hours);
     UnheardTimes times(grid.from(), to, question.hasOneKeeper,
                        [&sum](const UnheardTimes::Time &time) { sum.add(time); });
-    if (begin > grid.from()) { // before it nothing was written down
-        sum.add({0, grid.from(), std::min(begin, to), false});
-    }
+    addUnwritten(sum, grid, begin, to);
     Status read = reader.connections(question.stations, grid.from(), to,
                                      [&times](const ConnectionChange &change) { times.play(change); });
     times.finish();
@@ -147,10 +173,16 @@ TimeMapAnswer readTimeMap(RecordReader &reader, const TimeMapQuestion &question)
     TimeMapAnswer answer;
     answer.hours.resize(static_cast<std::size_t>(question.grid.count()));
     answer.status = reader.begin(answer.begin);
-    if (answer.status && answer.begin != 0) {
-        answer.status = question.topic == TimeMapTopic::Alarms
-                            ? readAlarms(reader, question, answer.hours)
-                            : readSilence(reader, question, answer.begin, answer.hours);
+    if (!answer.status || answer.begin == 0) {
+        return answer;
+    }
+    if (question.topic == TimeMapTopic::Silence) {
+        answer.status = readSilence(reader, question, answer.begin, answer.hours);
+        return answer;
+    }
+    answer.status = readAlarms(reader, question, answer.hours);
+    if (answer.status) {
+        answer.status = readUnwatched(reader, question, answer.begin, answer.hours);
     }
     return answer;
 }

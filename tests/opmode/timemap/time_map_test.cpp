@@ -156,6 +156,27 @@ private Q_SLOTS:
         QCOMPARE(sumOf(all).unknownMs, hour * 3 / 2);
     }
 
+    void hoursWithoutAWatchAreNotKnownOfAlarmsEither()
+    {
+        const HourGrid grid(QDate(2026, 3, 1), 1);
+        const qint64 from = grid.from();
+        using enum EventKind;
+        write({event(Started, 0, from - 9 * hour), event(Stopped, 0, from - hour),
+               event(Started, 0, from + 90 * minute), event(Silent, 1, from + 2 * hour),
+               event(Stopped, 0, from + 4 * hour), alarm(1, 1, 2, from + 100 * minute)});
+        const TimeMapAnswer all = map(TimeMapTopic::Alarms, grid, {}, from + 6 * hour);
+        const auto inHour = [&all](int of) { return all.hours[static_cast<std::size_t>(of)]; };
+        const bool isKnown = isServerAddress(m_path); // another keeper may listen
+        QCOMPARE(inHour(0), (HourFigures{0, 0, 0, 0, isKnown ? 0 : hour}));
+        QCOMPARE(inHour(1), (HourFigures{1, 2, 0, 0, isKnown ? 0 : hour / 2}));
+        QCOMPARE(inHour(3), HourFigures());
+        QCOMPARE(inHour(5).unknownMs, isKnown ? 0 : hour);
+        QCOMPARE(inHour(6), HourFigures()); // is still to come
+        QCOMPARE(
+            map(TimeMapTopic::Alarms, HourGrid(QDate(2026, 2, 28), 1), {1}, grid.to()).hours[3].unknownMs,
+            hour); // before the record
+    }
+
     void oneOfManyIsSeenAndHalfOfThemStandOut()
     {
         const auto silence = [](double part) {

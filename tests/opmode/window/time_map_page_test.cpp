@@ -105,6 +105,14 @@ private Q_SLOTS:
         QVERIFY(!find<QPushButton>("Cmd_map_show")->isEnabled());
     }
 
+    void theFirstMinuteOfADayHasAnEnd()
+    {
+        m_now = QDateTime(QDate(2009, 11, 16), QTime(0, 0, 30));
+        find<QPushButton>("Cmd_map_midnight")->click(); // the map was read on the day before
+        const auto *listed = find<QLabel>("Label_map_listed");
+        QTRY_VERIFY2(listed->text().contains(u"16.11.2009 00:00–00:01"_s), qPrintable(listed->text()));
+    }
+
     void whatIsChosenIsKept()
     {
         find<QRadioButton>("Opt_map_silence")->click();

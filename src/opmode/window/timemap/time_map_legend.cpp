@@ -54,6 +54,7 @@ QList<TimeMapLegend::Entry> TimeMapLegend::entries() const
                         .arg(stepBegin(m_topic, 3))
                         .arg(stepBegin(m_topic, 4)),
                     {}});
+        all.append({tr("nobody watched"), {{0, -1}}});
         return all;
     }
     for (int step = 1; step < timeMapSteps; ++step) {

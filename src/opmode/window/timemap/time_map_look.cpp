@@ -130,7 +130,8 @@ QString figuresText(TimeMapTopic topic, const HourFigures &hour, qsizetype stati
 QString timesText(qint64 from, qint64 to, const QLocale &locale)
 {
     const QDateTime begin = QDateTime::fromMSecsSinceEpoch(from);
-    const QDateTime end = QDateTime::fromMSecsSinceEpoch(to);
+    // A minute that has begun is meant, too: of the first one of a day the times would be the same.
+    const QDateTime end = QDateTime::fromMSecsSinceEpoch((to + minuteMs - 1) / minuteMs * minuteMs);
     const auto day = [&locale](const QDateTime &moment) -> QString {
         return locale.dayName(moment.date().dayOfWeek(), QLocale::ShortFormat) + u' ' +
                moment.toString(QStringLiteral("dd.MM.yyyy "));

@@ -169,6 +169,7 @@ QWidget *TimeMapPage::createList()
     m_table = named<QTableView>("Table_map_stations"_L1, part);
     m_table->setModel(m_figures);
     setUpRows(*m_table);
+    m_table->setTextElideMode(Qt::ElideMiddle); // stations often begin alike
     constexpr int stationWidth = 175;
     constexpr int amountWidth = 90;
     m_table->horizontalHeader()->setStretchLastSection(true);
@@ -398,6 +399,7 @@ void TimeMapPage::sinceMidnight()
     m_day->setDate(present.date());
     showDays(present.date());
     m_map->choose(present.date().startOfDay().toMSecsSinceEpoch(), now() + 1);
+    read(); // or what happened since the last time would still be to come
     m_map->setFocus();
 }
 
@@ -543,10 +545,10 @@ void TimeMapPage::showStations(const StationsAnswer &answer)
     const HourFigures figures = m_map->chosenFigures();
     const bool isAlarms = topic() == TimeMapTopic::Alarms;
     QString line = answer.stations.isEmpty()
-                       ? (isAlarms ? tr("%1: no alarm").arg(times)
-                          : figures.unknownMs > 0
+                       ? (figures.unknownMs > 0
                               ? tr("%1: nobody watched for %2").arg(times, durationText(figures.unknownMs))
-                              : tr("%1: all stations were heard").arg(times))
+                          : isAlarms ? tr("%1: no alarm").arg(times)
+                                     : tr("%1: all stations were heard").arg(times))
                    : isAlarms ? tr("%1: stations with alarms: %2").arg(times, count)
                               : tr("%1: stations not heard: %2").arg(times, count);
     m_listedText = line;

@@ -38,7 +38,7 @@ TimeMapView::TimeMapView(QWidget *parent) : QAbstractScrollArea(parent)
 
 void TimeMapView::setMap(Map map)
 {
-    const auto [from, to] = chosen();
+    const auto [from, to] = chosenHours();
     const bool isOther = map.grid.first() != m_map.grid.first() || map.grid.days() != m_map.grid.days();
     m_map = std::move(map);
     m_cursor = -1;
@@ -79,13 +79,18 @@ void TimeMapView::choose(qint64 from, qint64 to)
 
 std::pair<qint64, qint64> TimeMapView::chosen() const
 {
+    const auto [from, to] = chosenHours();
+    return {from, std::max(from, std::min(to, m_map.now))};
+}
+
+/// Also of those that are still to come.
+std::pair<qint64, qint64> TimeMapView::chosenHours() const
+{
     if (m_cursor < 0) {
         return {0, 0};
     }
     const auto [first, last] = std::minmax(m_cursor, m_anchor);
-    const qint64 from = m_map.grid.hour(first).from;
-    const qint64 to = m_map.grid.hour(last).to;
-    return {from, std::max(from, std::min(to, m_map.now))};
+    return {m_map.grid.hour(first).from, m_map.grid.hour(last).to};
 }
 
 HourFigures TimeMapView::chosenFigures() const

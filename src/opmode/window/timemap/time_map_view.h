@@ -56,6 +56,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    std::pair<qint64, qint64> chosenHours() const;
     void arrange();
     QRectF rectOf(int place) const;
     int placeAt(const QPoint &point) const;
