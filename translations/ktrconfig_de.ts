@@ -7186,6 +7186,10 @@ Turm</translation>
         <source>Open a station to see its inputs with values; the space bar or Enter chooses</source>
         <translation>Eine Station aufklappen, um ihre Eingänge mit Werten zu sehen; Leertaste oder Eingabetaste wählt</translation>
     </message>
+    <message>
+        <source>No station and no input with values is called so.</source>
+        <translation>Keine Station und kein Eingang mit Werten heißt so.</translation>
+    </message>
 </context>
 <context>
     <name>ktr::ServiceTasks</name>

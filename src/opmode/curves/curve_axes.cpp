@@ -30,13 +30,13 @@ QList<CurveAxis> axesOf(const QList<CurveSeries> &series)
         const QString &unit = series[place].unit;
         auto axis = std::ranges::find(axes, unit, &CurveAxis::unit);
         if (axis == axes.end()) {
-            axes += CurveAxis{unit, {}};
+            axes += CurveAxis{unit, {}, {}, {}};
             axis = axes.end() - 1;
         }
         axis->series += place;
     }
     for (CurveAxis &axis : axes) {
-        QStringList names;
+        QStringList &names = axis.names;
         for (const int place : std::as_const(axis.series)) {
             if (!names.contains(series[place].input)) {
                 names += series[place].input;

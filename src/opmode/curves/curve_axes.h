@@ -28,6 +28,7 @@ struct CurveAxis
 {
     QString unit;
     QString title;       ///< what is shown on it, with the unit
+    QStringList names{}; ///< of all inputs on it
     QList<int> series{}; ///< their places in the list
 };
 inline constexpr int mostAxes = 4;

@@ -48,6 +48,7 @@ const CurvePoint *CurvePoints::at(qint64 moment) const
 {
     const auto behind =
         std::ranges::upper_bound(points, moment, std::less(), [](const CurvePoint &each) { return each.at; });
+    const auto isCutOff = [this](qint64 from, qint64 to) { return gapIn({from, to}) != nullptr; };
     const CurvePoint *before = behind == points.begin() ? nullptr : &*std::prev(behind);
     if (before != nullptr && moment < before->end) {
         return before;
@@ -55,12 +56,14 @@ const CurvePoint *CurvePoints::at(qint64 moment) const
     if (level != HistoryLevel::Raw) {
         return nullptr;
     }
-    const qint64 sinceBefore = before == nullptr ? longestStep + 1 : moment - before->at;
+    const qint64 sinceBefore =
+        before == nullptr || isCutOff(before->at, moment + 1) ? longestStep + 1 : moment - before->at;
     if (areStates) {
         return sinceBefore <= longestStep ? before : nullptr;
     }
     const CurvePoint *after = behind == points.end() ? nullptr : &*behind;
-    const qint64 untilAfter = after == nullptr ? longestStep + 1 : after->at - moment;
+    const qint64 untilAfter =
+        after == nullptr || isCutOff(moment, after->at) ? longestStep + 1 : after->at - moment;
     const qint64 nearest = std::min(sinceBefore, untilAfter);
     return nearest > longestStep / 2 ? nullptr : sinceBefore <= untilAfter ? before : after;
 }
@@ -87,6 +90,53 @@ std::pair<std::size_t, std::size_t> CurvePoints::within(const CurveRange &range)
 bool CurvePoints::joins(std::size_t left) const
 {
     return left + 1 < points.size() && points[left + 1].middle() - points[left].middle() <= longestStep;
+}
+
+const CurveRange *CurvePoints::gapIn(const CurveRange &range) const
+{
+    const auto found = std::ranges::upper_bound(gaps, range.from, std::less(), &CurveRange::to);
+    return found != gaps.end() && found->from < range.to ? &*found : nullptr;
+}
+
+std::vector<CurvePoints::LinePlace> CurvePoints::line(double CurvePoint::*value) const
+{
+    std::vector<LinePlace> line;
+    line.reserve(points.size() + 3 * gaps.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const qint64 at = points[i].middle();
+        line.push_back({at, points[i].*value});
+        if (i + 1 < points.size() && !joins(i)) {
+            line.push_back({at + 1, std::nullopt});
+        } else if (i + 1 < points.size()) {
+            joinAround(i, value, line);
+        }
+    }
+    return line;
+}
+
+/// From a point to the next one, but for the gaps between them. Behind one a state is not known.
+void CurvePoints::joinAround(std::size_t left, double CurvePoint::*value, std::vector<LinePlace> &line) const
+{
+    const CurvePoint &begin = points[left];
+    const CurvePoint &end = points[left + 1];
+    const auto between = [&](qint64 at) {
+        const double part =
+            static_cast<double>(at - begin.middle()) / static_cast<double>(end.middle() - begin.middle());
+        return areStates ? begin.*value : begin.*value + (end.*value - begin.*value) * part;
+    };
+    CurveRange rest{begin.middle(), end.middle()};
+    for (const CurveRange *gap = gapIn(rest); gap != nullptr; gap = gapIn(rest)) {
+        const qint64 from = std::max(gap->from, rest.from);
+        if (from > begin.middle()) {
+            line.push_back({from, between(from)});
+        }
+        line.push_back({from + 1, std::nullopt});
+        rest.from = gap->to;
+        if (areStates || rest.from >= rest.to - 1) {
+            return;
+        }
+        line.push_back({rest.from, between(rest.from)});
+    }
 }
 
 CurveBuilder::CurveBuilder(HistoryLevel level, const CurveRange &range)

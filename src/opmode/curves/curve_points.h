@@ -29,6 +29,7 @@ struct CurvePoints
     std::vector<CurvePoint> points;
     qint64 longestStep = 0; ///< points further from each other are not joined: nothing was heard between them
     bool areStates = false; ///< only 0 and 1, each of which lasts until the next
+    std::vector<CurveRange> gaps; ///< in which nobody heard the station, one after the other
 
     /// The point that stands for a moment: the nearest within half a step, or of states the last one;
     /// null where nothing was heard.
@@ -38,6 +39,20 @@ struct CurvePoints
     /// Those that are drawn within a time.
     std::pair<std::size_t, std::size_t> within(const CurveRange &range) const;
     bool joins(std::size_t left) const; ///< the point and the next one
+    /// The first gap that has a part of a time; null for none.
+    const CurveRange *gapIn(const CurveRange &range) const;
+
+    /// A place of the line that is drawn through the points.
+    struct LinePlace
+    {
+        qint64 at = 0;
+        std::optional<double> value; ///< nothing: the line ends before and begins again behind it
+    };
+    /// The line of one of the values; of states each lasts until the next. It leaves out the gaps.
+    std::vector<LinePlace> line(double CurvePoint::*value) const;
+
+private:
+    void joinAround(std::size_t left, double CurvePoint::*value, std::vector<LinePlace> &line) const;
 };
 
 /// Makes points of a level from values in the order of their times. Days are those of the wall clock.

@@ -1,6 +1,7 @@
 #include "opmode/curves/curve_reading.h"
 
 #include "opmode/station/station_messages.h"
+#include "opmode/timemap/unheard_times.h"
 #include "opmode/tree/history_entry_text.h"
 #include "opmode/tree/node_texts.h"
 #include "platform/module_minutes.h"
@@ -77,6 +78,80 @@ ReadCurve readCurve(RecordReader &reader, qint64 station, int channel, const Cur
         from = to;
     }
     return {std::move(read), builder.take()};
+}
+
+namespace {
+
+/// In order, and those that touch each other as one.
+std::vector<CurveRange> joined(std::vector<CurveRange> times)
+{
+    std::ranges::sort(times, {}, &CurveRange::from);
+    std::vector<CurveRange> all;
+    for (const CurveRange &each : times) {
+        if (!all.empty() && each.from <= all.back().to) {
+            all.back().to = std::max(all.back().to, each.to);
+        } else {
+            all.push_back(each);
+        }
+    }
+    return all;
+}
+
+/// At both ends of a silence something may have been measured.
+Status dropMeasured(RecordReader &reader, std::pair<qint64, int> input, std::vector<CurveRange> &gaps)
+{
+    constexpr qint64 edge = 1000;
+    QList<std::pair<qint64, qint64>> inner;
+    for (const CurveRange &gap : gaps) {
+        inner.append({gap.from + edge, gap.to - edge});
+    }
+    QList<bool> are;
+    Status read = reader.measuredWithin(input.first, input.second, inner, are);
+    std::vector<CurveRange> left;
+    for (qsizetype i = 0; i < are.size(); ++i) {
+        if (!are[i]) {
+            left.push_back(gaps[static_cast<std::size_t>(i)]);
+        }
+    }
+    gaps = left;
+    return read;
+}
+
+} // namespace
+
+ReadGaps readGaps(RecordReader &reader, const GapsQuestion &question)
+{
+    constexpr qint64 partsSeen = 5000; // as wide as a screen, at most
+    const CurveRange &range = question.range;
+    const qint64 shortest = std::max<qint64>(2 * 1000, range.length() / partsSeen);
+    QList<qint64> stations;
+    for (const auto &[station, channel] : question.inputs) {
+        if (!stations.contains(station)) {
+            stations += station;
+        }
+    }
+    std::unordered_map<qint64, std::vector<CurveRange>> unheard; // of station 0: nobody listened
+    const qint64 to = std::min(range.to, question.now);
+    UnheardTimes times(range.from, to, question.hasOneKeeper, [&unheard](const UnheardTimes::Time &time) {
+        unheard[time.station].push_back({time.from, time.to});
+    });
+    ReadGaps read;
+    if (!stations.isEmpty() && to > range.from) {
+        read.status = reader.connections(stations, range.from, to,
+                                         [&times](const ConnectionChange &change) { times.play(change); });
+    }
+    times.finish();
+    for (const auto &input : question.inputs) {
+        std::vector<CurveRange> gaps = unheard[input.first];
+        gaps.insert(gaps.end(), unheard[0].begin(), unheard[0].end());
+        gaps = joined(std::move(gaps));
+        std::erase_if(gaps, [shortest](const CurveRange &gap) { return gap.length() <= shortest; });
+        if (read.status) {
+            read.status = dropMeasured(reader, input, gaps);
+        }
+        read.gaps += gaps;
+    }
+    return read;
 }
 
 ReadCurve treeCurve(const StationTree &tree, const QString &kennung, int channel, const CurveRange &range,

@@ -14,6 +14,22 @@ struct ReadCurve
 /// From the record, on the thread that asks it.
 ReadCurve readCurve(RecordReader &reader, qint64 station, int channel, const CurveRange &range,
                     HistoryLevel level);
+/// The times of a range in which stations were not heard and nothing was measured, not even by an archive
+/// that was sent later. Shorter ones than can be seen are left out.
+struct GapsQuestion
+{
+    QList<std::pair<qint64, int>> inputs{}; ///< stations and their inputs
+    CurveRange range;
+    qint64 now = 0;
+    bool hasOneKeeper = true; ///< as UnheardTimes has it
+};
+struct ReadGaps
+{
+    Status status = Status::done();
+    QList<std::vector<CurveRange>> gaps{}; ///< of each of the inputs, one after the other
+};
+ReadGaps readGaps(RecordReader &reader, const GapsQuestion &question);
+
 /// From the tree, which has what it was sent; where nothing is recorded.
 ReadCurve treeCurve(const StationTree &tree, const QString &kennung, int channel, const CurveRange &range,
                     HistoryLevel level);

@@ -1,5 +1,6 @@
 #include "opmode/curves/curve_series.h"
 
+#include "config/channel_use.h"
 #include "opmode/operational_mode.h"
 #include "opmode/overview/input_reading.h"
 #include "opmode/tree/node_texts.h"
@@ -46,10 +47,55 @@ CurveSeries describedSeries(const OperationalMode &mode, const SeriesId &id, int
 
 QList<SeriesId> usualSeries(const OperationalMode &mode, const QString &kennung)
 {
-    QList<SeriesId> series;
+    return mode.tree().find(kennung).isValid() ? QList<SeriesId>{{kennung, usualChannels}}
+                                               : QList<SeriesId>();
+}
+
+QList<SeriesId> seriesOfStation(const OperationalMode &mode, const QString &kennung,
+                                const QList<int> &measured, int most)
+{
+    const StationConfiguration configuration = mode.configuration(kennung);
     const ChannelNames names = mode.channelNames(kennung);
-    for (const int channel : shownChannels(mode, kennung, names, {}, mostOfAStation)) {
-        series += {kennung, channel};
+    struct Input
+    {
+        int channel;
+        bool hasValues;
+        bool isState;
+        bool isNamed;
+    };
+    std::vector<Input> inputs;
+    for (int channel = 1; channel <= channelCount; ++channel) {
+        const InputReading reading = readingOf(mode, kennung, channel, configuration);
+        const Measure known = configuration.measure(channel);
+        const Measure measure = known == Measure::None ? fixedMeasure(channel) : known;
+        const bool countsPerhaps = measure == Measure::None; // the first four, of an unknown configuration
+        const std::optional<double> value = toNumber(reading.value);
+        const bool isCount = countsPerhaps && value && *value != 0 && *value != 1;
+        inputs.push_back({channel, measured.contains(channel) || !reading.value.isEmpty(),
+                          measure == Measure::Binary || (countsPerhaps && !isCount),
+                          !names.of(channel).name.isEmpty()});
+    }
+    QList<SeriesId> series;
+    const qsizetype enough = std::min(most, mostOfAStation);
+    const auto take = [&](bool hasValues, bool isState, bool isNamed) {
+        for (const Input &each : inputs) {
+            if (each.hasValues == hasValues && each.isState == isState && each.isNamed == isNamed &&
+                series.size() < enough) {
+                series += {kennung, each.channel};
+            }
+        }
+    };
+    take(true, false, true);
+    if (series.isEmpty()) {
+        take(true, false, false);
+    }
+    take(true, true, true);
+    if (series.isEmpty()) {
+        take(true, true, false);
+    }
+    if (series.isEmpty()) { // they may have values later
+        take(false, false, true);
+        take(false, true, true);
     }
     return series;
 }
@@ -68,7 +114,8 @@ QList<SeriesId> draggedSeries(const OperationalMode &mode, const QByteArray &dat
     QList<SeriesId> series;
     for (const auto each : QJsonDocument::fromJson(data).array()) {
         const SeriesId id{each[stationMember].toString(), each[channelMember].toInt()};
-        if (isChannel(id.channel) && mode.tree().find(id.kennung).isValid()) {
+        if ((isChannel(id.channel) || id.channel == usualChannels) &&
+            mode.tree().find(id.kennung).isValid()) {
             series += id;
         }
     }

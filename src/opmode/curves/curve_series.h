@@ -35,9 +35,16 @@ inline constexpr int mostSeries = 18;
 /// What is known of it now. Its limit values are called by numbers of the locale.
 CurveSeries describedSeries(const OperationalMode &mode, const SeriesId &id, int slot, const QLocale &locale);
 
-/// The inputs of a station that are shown where the whole station is chosen: those with a name, or else the
-/// first that reported a value; up to four.
+/// Stands for the inputs of a station that are shown where the whole station is chosen, in the place of a
+/// channel.
+inline constexpr int usualChannels = 0;
+/// The same of a station that there is.
 QList<SeriesId> usualSeries(const OperationalMode &mode, const QString &kennung);
+/// These inputs, of which `measured` have values in the record: at most four, or `most`. Those with values
+/// come before those without; levels, temperatures and counters before states; those with a name before the
+/// others, which are left out where a name says what is used.
+QList<SeriesId> seriesOfStation(const OperationalMode &mode, const QString &kennung,
+                                const QList<int> &measured, int most);
 
 /// What is dragged.
 inline const QString seriesMimeType = QStringLiteral("application/x-ktrconfig-series");

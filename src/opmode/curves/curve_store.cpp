@@ -1,6 +1,9 @@
 #include "opmode/curves/curve_store.h"
 
 #include "opmode/operational_mode.h"
+#include "record/record_address.h"
+
+#include <QThread>
 
 #include <algorithm>
 
@@ -29,21 +32,45 @@ void CurveStore::openRecord()
     if (path != m_path) {
         clear();
         m_path = path;
-        m_queries = path.isEmpty() ? nullptr : std::make_unique<RecordQueries>(path);
-        if (m_queries) {
-            m_queries->setFoundDamage([this] { m_mode.mendRecord(); });
-        }
+    }
+}
+
+/// One that nobody waits for, or else one with few before: as many as there are processors, but no more of a
+/// server's connections than others can spare.
+RecordQueries &CurveStore::freeConnection()
+{
+    constexpr int most = 4;
+    const auto mostHere = static_cast<std::size_t>(std::clamp(QThread::idealThreadCount(), 1, most));
+    const auto waiting = [](const auto &each) { return each->waiting(); };
+    const auto least = std::ranges::min_element(m_connections, {}, waiting);
+    if (least != m_connections.end() && (waiting(*least) == 0 || m_connections.size() >= mostHere)) {
+        return **least;
+    }
+    m_connections.push_back(std::make_unique<RecordQueries>(m_path));
+    m_connections.back()->setFoundDamage([this] { m_mode.mendRecord(); });
+    return *m_connections.back();
+}
+
+void CurveStore::withdraw(const void *asker)
+{
+    for (const auto &connection : m_connections) {
+        connection->withdraw(asker);
     }
 }
 
 void CurveStore::clear()
 {
-    m_queries.reset(); // no answer arrives any more
+    m_connections.clear(); // no answer arrives any more
     m_path.clear();
     m_curves.clear();
     m_marks = {};
     m_marksOf.clear();
     m_marksAsked = {};
+    m_areGapsAsked = false;
+    m_gaps = {};
+    m_gapsOf.clear();
+    m_gapsAsked = {};
+    m_channelAsker.clear();
 }
 
 CurveStore::Held &CurveStore::held(const SeriesId &id)
@@ -66,7 +93,7 @@ std::shared_ptr<const CurvePoints> CurveStore::points(const SeriesId &series) co
 
 bool CurveStore::isReading() const
 {
-    return std::ranges::any_of(m_curves, [](const auto &each) { return each->isAsked; });
+    return m_areGapsAsked || std::ranges::any_of(m_curves, [](const auto &each) { return each->isAsked; });
 }
 
 QString CurveStore::trouble() const
@@ -74,8 +101,9 @@ QString CurveStore::trouble() const
     const auto found =
         std::ranges::find_if(m_curves, [](const auto &each) { return !each->trouble.isEmpty(); });
     return found != m_curves.end() ? (*found)->trouble
-           : m_marks.status        ? QString()
-                                   : m_marks.status.message();
+           : !m_marks.status       ? m_marks.status.message()
+           : !m_gaps.status        ? m_gaps.status.message()
+                                   : QString();
 }
 
 void CurveStore::want(const QList<SeriesId> &series, const CurveRange &range, bool anew)
@@ -83,8 +111,8 @@ void CurveStore::want(const QList<SeriesId> &series, const CurveRange &range, bo
     openRecord();
     std::erase_if(m_curves, [&](const auto &each) {
         const bool isOld = !series.contains(each->id);
-        if (isOld && m_queries) {
-            m_queries->withdraw(each.get());
+        if (isOld) {
+            withdraw(each.get());
         }
         return isOld;
     });
@@ -99,11 +127,12 @@ void CurveStore::want(const QList<SeriesId> &series, const CurveRange &range, bo
         }
     }
     askMarks(series, range, anew);
+    askGaps(series, range, anew);
 }
 
 void CurveStore::ask(Held &curve, const CurveRange &range, HistoryLevel level)
 {
-    if (!m_queries) {
+    if (m_path.isEmpty()) {
         curve.points = std::make_shared<CurvePoints>(
             treeCurve(m_mode.tree(), curve.id.kennung, curve.id.channel, range, level).curve);
         return;
@@ -112,7 +141,11 @@ void CurveStore::ask(Held &curve, const CurveRange &range, HistoryLevel level)
     curve.isAsked = true;
     curve.asked = range;
     curve.askedLevel = level;
-    m_queries->ask(
+    if (curve.connection != nullptr) {
+        curve.connection->withdraw(&curve);
+    }
+    curve.connection = &freeConnection();
+    curve.connection->ask(
         &curve,
         [station, channel = curve.id.channel, range, level](RecordReader &reader) {
             return readCurve(reader, station, channel, range, level);
@@ -121,7 +154,7 @@ void CurveStore::ask(Held &curve, const CurveRange &range, HistoryLevel level)
             curve.isAsked = false;
             curve.trouble = read.status ? QString() : read.status.message();
             if (read.status) {
-                curve.points = std::make_shared<CurvePoints>(std::move(read.curve));
+                curve.points = withGaps(curve.id, std::move(read.curve));
             }
             Q_EMIT changed();
         });
@@ -136,12 +169,14 @@ void CurveStore::askMarks(const QList<SeriesId> &series, const CurveRange &range
             stations += station;
         }
     }
-    if (!m_queries || (stations == m_marksOf && m_marksAsked.contains(range) && m_marks.areAll && !anew)) {
+    if (m_path.isEmpty() ||
+        (stations == m_marksOf && m_marksAsked.contains(range) && m_marks.areAll && !anew)) {
         return;
     }
     m_marksOf = stations;
     m_marksAsked = withMargins(range);
-    m_queries->ask(
+    withdraw(this);
+    freeConnection().ask(
         this,
         [stations, wanted = m_marksAsked](RecordReader &reader) {
             return readMarks(reader, stations, wanted);
@@ -152,21 +187,102 @@ void CurveStore::askMarks(const QList<SeriesId> &series, const CurveRange &range
         });
 }
 
+/// Behind the curves, which are seen first.
+void CurveStore::askGaps(const QList<SeriesId> &series, const CurveRange &range, bool anew)
+{
+    const bool areThere =
+        series == m_gapsOf && m_gapsAsked.contains(range) && m_gapsAsked.length() < 3 * range.length();
+    if (m_path.isEmpty() || (areThere && !anew)) {
+        return;
+    }
+    m_gapsOf = series;
+    m_gapsAsked = withMargins(range);
+    GapsQuestion question{.range = m_gapsAsked,
+                          .now = m_mode.now().toMSecsSinceEpoch(),
+                          .hasOneKeeper = !isServerAddress(m_path)};
+    for (const SeriesId &id : series) {
+        question.inputs.append({m_mode.alarmActions().numberOf(id.kennung), id.channel});
+    }
+    withdraw(&m_gapsAsker);
+    m_areGapsAsked = true;
+    freeConnection().ask(
+        &m_gapsAsker, [question](RecordReader &reader) { return readGaps(reader, question); },
+        [this, series](ReadGaps read) {
+            m_areGapsAsked = false;
+            m_gapsOf = series;
+            m_gaps = std::move(read);
+            for (const auto &curve : m_curves) {
+                if (curve->points) {
+                    curve->points = withGaps(curve->id, *curve->points);
+                }
+            }
+            Q_EMIT changed();
+        });
+}
+
+/// Those that are known by now.
+std::shared_ptr<const CurvePoints> CurveStore::withGaps(const SeriesId &id, CurvePoints points) const
+{
+    const qsizetype place = m_gapsOf.indexOf(id);
+    if (place >= 0 && place < m_gaps.gaps.size()) {
+        points.gaps = m_gaps.gaps[place];
+    }
+    return std::make_shared<CurvePoints>(std::move(points));
+}
+
 void CurveStore::channelsOf(const QString &kennung, const std::function<void(const QList<int> &)> &tell)
 {
     openRecord();
-    if (!m_queries) {
+    if (m_path.isEmpty()) {
         tell(treeChannels(m_mode.tree(), kennung));
         return;
     }
-    m_queries->ask(
-        &m_path, // the newest one is the one that is looked at
+    const char *asker = &m_channelAsker[kennung];
+    withdraw(asker);
+    freeConnection().ask(
+        asker,
         [station = m_mode.alarmActions().numberOf(kennung)](RecordReader &reader) {
             QList<int> channels;
             (void)reader.measuredChannels(station, channels);
             return channels;
         },
         tell);
+}
+
+void CurveStore::usualOf(const QStringList &kennungen, int room,
+                         const std::function<void(const QList<SeriesId> &)> &tell)
+{
+    openRecord();
+    const int ofEach = std::max(1, room / std::max(1, static_cast<int>(kennungen.size())));
+    const auto tellOf = [this, kennungen, ofEach, tell](const QList<QList<int>> &measured) {
+        QList<SeriesId> series;
+        for (qsizetype i = 0; i < kennungen.size(); ++i) {
+            series += seriesOfStation(m_mode, kennungen[i], measured.value(i), ofEach);
+        }
+        tell(series);
+    };
+    QList<qint64> stations;
+    QList<QList<int>> ofTree;
+    for (const QString &kennung : kennungen) {
+        stations += m_mode.alarmActions().numberOf(kennung);
+        ofTree += treeChannels(m_mode.tree(), kennung);
+    }
+    if (m_path.isEmpty()) {
+        tellOf(ofTree);
+        return;
+    }
+    withdraw(&m_usualAsker);
+    freeConnection().ask(
+        &m_usualAsker,
+        [stations](RecordReader &reader) {
+            QList<QList<int>> measured;
+            for (const qint64 station : stations) {
+                measured += QList<int>();
+                (void)reader.measuredChannels(station, measured.last());
+            }
+            return measured;
+        },
+        tellOf);
 }
 
 } // namespace ktr

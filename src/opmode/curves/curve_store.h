@@ -6,6 +6,7 @@
 
 #include <QObject>
 
+#include <map>
 #include <memory>
 
 namespace ktr {
@@ -37,6 +38,10 @@ public:
 
     /// Tells the inputs of a station that have any values, now or later.
     void channelsOf(const QString &kennung, const std::function<void(const QList<int> &)> &tell);
+    /// Tells the inputs that are shown where whole stations are chosen and there is room for so many, now or
+    /// later. Each station has its share, at least one.
+    void usualOf(const QStringList &kennungen, int room,
+                 const std::function<void(const QList<SeriesId> &)> &tell);
 
 Q_SIGNALS:
     void changed();
@@ -49,20 +54,32 @@ private:
         bool isAsked = false;
         CurveRange asked;
         HistoryLevel askedLevel = HistoryLevel::Raw;
+        RecordQueries *connection = nullptr; ///< that it was asked of
         QString trouble;
     };
     Held &held(const SeriesId &id);
     void openRecord();
     void ask(Held &curve, const CurveRange &range, HistoryLevel level);
     void askMarks(const QList<SeriesId> &series, const CurveRange &range, bool anew);
+    void askGaps(const QList<SeriesId> &series, const CurveRange &range, bool anew);
+    std::shared_ptr<const CurvePoints> withGaps(const SeriesId &id, CurvePoints points) const;
+    RecordQueries &freeConnection();
+    void withdraw(const void *asker);
 
     OperationalMode &m_mode;
-    QString m_path; ///< of the record that is asked
-    std::unique_ptr<RecordQueries> m_queries;
+    QString m_path;                                            ///< of the record that is asked
+    std::vector<std::unique_ptr<RecordQueries>> m_connections; ///< curves are read beside each other
     std::vector<std::unique_ptr<Held>> m_curves;
     ReadMarks m_marks;
     CurveRange m_marksAsked;
     QList<qint64> m_marksOf;
+    bool m_areGapsAsked = false;
+    QList<SeriesId> m_gapsOf;
+    CurveRange m_gapsAsked;
+    ReadGaps m_gaps;                        ///< of each of them
+    std::map<QString, char> m_channelAsker; ///< the addresses are who asks for the inputs of a station
+    const char m_usualAsker = 0;            ///< its address is who asks for those of several
+    const char m_gapsAsker = 0;             ///< and for the gaps
 };
 
 } // namespace ktr

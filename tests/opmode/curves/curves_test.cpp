@@ -1,4 +1,5 @@
 #include "opmode/curves/curve_csv.h"
+#include "opmode/curves/telling_names.h"
 #include "platform/csv.h"
 
 #include <QTest>
@@ -93,6 +94,83 @@ private Q_SLOTS:
         QCOMPARE(states.at(29 * minute)->mean, 1.); // it lasts
         QVERIFY(states.at(600 * minute) == nullptr);
         QVERIFY(built(HistoryLevel::Raw, {}).at(5) == nullptr);
+    }
+
+    void thereIsNoLineWhereNobodyHeardTheStation()
+    {
+        // Three values in a usual distance from each other, and silence between the first two of them.
+        CurvePoints curve =
+            built(HistoryLevel::Raw, {{0, 10}, {20 * minute, 14}, {40 * minute, 18}, {60 * minute, 20}});
+        curve.gaps = {{5 * minute, 15 * minute}, {16 * minute, 17 * minute}};
+        const auto placesOf = [&curve] {
+            QList<std::pair<qint64, std::optional<double>>> places;
+            for (const CurvePoints::LinePlace &each : curve.line(&CurvePoint::mean)) {
+                places.append({each.value ? each.at / minute : -1, each.value}); // -1: the line ends
+            }
+            return places;
+        };
+        using Places = QList<std::pair<qint64, std::optional<double>>>;
+        const std::pair<qint64, std::optional<double>> end{-1, std::nullopt};
+        QCOMPARE(placesOf(), (Places{{0, 10.},
+                                     {5, 11.},
+                                     end,
+                                     {15, 13.},
+                                     {16, 13.2},
+                                     end,
+                                     {17, 13.4},
+                                     {20, 14.},
+                                     {40, 18.},
+                                     {60, 20.}}));
+        QCOMPARE(curve.at(4 * minute)->mean, 10.);
+        QVERIFY(curve.at(10 * minute) == nullptr);
+        QCOMPARE(curve.at(18 * minute)->mean, 14.);
+        QVERIFY(curve.at(15 * minute + 1) == nullptr); // what comes later is behind another silence
+        curve.gaps = {{-hour, 5 * minute}, {35 * minute, 45 * minute}, {50 * minute, hour}};
+        QCOMPARE(placesOf(), (Places{{0, 10.},
+                                     end,
+                                     {5, 11.},
+                                     {20, 14.},
+                                     {35, 17.},
+                                     end,
+                                     {40, 18.},
+                                     end,
+                                     {45, 18.5},
+                                     {50, 19.},
+                                     end,
+                                     {60, 20.}}));
+        // Behind it a state is not known until the next one comes.
+        curve = built(HistoryLevel::Raw, {{0, 1}, {20 * minute, 0}});
+        curve.gaps = {{5 * minute, 15 * minute}};
+        QCOMPARE(placesOf(), (Places{{0, 1.}, {5, 1.}, end, {20, 0.}}));
+        QCOMPARE(curve.at(4 * minute)->mean, 1.);
+        QVERIFY(curve.at(16 * minute) == nullptr);
+        // Days whose silence is shorter than a day.
+        curve = built(HistoryLevel::Day, {{moment(2026, 2, 11, 1), 2}, {moment(2026, 2, 12, 1), 4}});
+        curve.gaps = {{moment(2026, 2, 11, 18), moment(2026, 2, 12, 6)}};
+        const std::vector<CurvePoints::LinePlace> days = curve.line(&CurvePoint::mean);
+        QCOMPARE(days.size(), 5U);
+        QCOMPARE(days[1].value, std::optional(2.5));
+        QCOMPARE(days[3].at, moment(2026, 2, 12, 6));
+    }
+
+    void narrowNamesKeepWhatTheyDifferIn()
+    {
+        const auto upTo = [](qsizetype length) {
+            return [length](const QString &text) { return text.size() <= length; };
+        };
+        QCOMPARE(tellingNames({u"Pump"_s, u"Well"_s}, upTo(10)), (QStringList{u"Pump"_s, u"Well"_s}));
+        QCOMPARE(tellingNames({u"Hochbehälter Nord"_s, u"Hochbehälter Süd"_s}, upTo(11)),
+                 (QStringList{u"Hochbe…Nord"_s, u"Hochb…r Süd"_s}));
+        // What differs in the middle would be lost.
+        const QStringList middle = tellingNames(
+            {u"Hochbehälter Oberndorf Kammer 1 Zulauf"_s, u"Hochbehälter Oberndorf Kammer 2 Zulauf"_s,
+             u"Tiefbrunnen"_s, u"Hochbehälter Oberndorf Kammer 1 Zulauf"_s},
+            upTo(14));
+        QCOMPARE(middle, (QStringList{u"Hochbehälte…1…"_s, u"Hochbehälte…2…"_s, u"Tiefbrunnen"_s,
+                                      u"Hochbehälte…1…"_s}));
+        QCOMPARE(tellingNames({u"Level of tank A in the east"_s, u"Level of tank B in the east"_s}, upTo(3)),
+                 (QStringList{u"…A…"_s, u"…B…"_s}));
+        QCOMPARE(tellingNames({u"Level"_s}, upTo(0)), QStringList{u"…"_s});
     }
 
     void whatRisesAlikeHasTheSameRisePerHour()

@@ -214,6 +214,110 @@ private Q_SLOTS:
         QVERIFY(m_page->series().isEmpty());
     }
 
+    void theSearchFindsInputsOfAllStationsAndSaysWhenItFindsNone()
+    {
+        auto *inputs = m_page->findChild<QTreeWidget *>("List_curves_inputs");
+        auto *search = m_page->findChild<QLineEdit *>("Text_curves_search");
+        const auto *nothing = m_page->findChild<QLabel *>("lbl_curves_nothing");
+        const auto found = [inputs] {
+            QStringList texts;
+            for (int row = 0; row < inputs->topLevelItemCount(); ++row) {
+                const QTreeWidgetItem *station = inputs->topLevelItem(row);
+                for (int child = 0; child < station->childCount() && !station->isHidden(); ++child) {
+                    if (!station->child(child)->isHidden()) {
+                        texts += station->text(0) + u'/' + station->child(child)->text(0);
+                    }
+                }
+            }
+            return texts;
+        };
+        QTest::keyClicks(search, "analog in 1"); // which is that of the other with a name
+        QTRY_COMPARE(found(), (QStringList{"pump/Analog In 1", "well/9 Level [m]"}));
+        QVERIFY(!nothing->isVisible());
+        search->setText("well lev"); // of both a part
+        QTRY_COMPARE(found(), QStringList("well/9 Level [m]"));
+        for (const char *text : {"nobody", "PT 1000", "pump level"}) { // the second one has no values
+            search->setText(QLatin1String(text));
+            QTRY_VERIFY2(nothing->isVisible(), text);
+            QVERIFY(found().isEmpty());
+        }
+        search->clear();
+        QVERIFY(!nothing->isVisible());
+    }
+
+    void aWholeStationGivesLevelsBeforeStates()
+    {
+        for (int channel = 1; channel <= 8; ++channel) {
+            write("pump", channel, {"0", "1", "0"});
+        }
+        write("well", 1, {"0", "1", "0"}); // "Level" alone has a name
+        write("pump", 17, {"12.5"});
+        QVERIFY(m_mode->keepsChanges());
+        m_page->add(usualSeries(*m_mode, "pump") + usualSeries(*m_mode, "well") +
+                    usualSeries(*m_mode, "gone"));
+        QTRY_COMPARE(m_page->series(), (QList<SeriesId>{{"pump", 9}, {"pump", 17}, {"well", 9}}));
+        // Where there is nothing else states are shown.
+        QVERIFY(m_mode->addStation("gate") == "gate");
+        write("gate", 5, {"0", "1"});
+        QVERIFY(m_mode->keepsChanges());
+        drop(usualSeries(*m_mode, "gate"));
+        QTRY_COMPARE(m_page->series().last(), (SeriesId{"gate", 5}));
+    }
+
+    void namesThatBeginAlikeAreToldApartInANarrowList()
+    {
+        const QString common = u"Hochbehälter Oberndorf am Unteren Anger "_s;
+        m_mode->tree().setData(m_mode->tree().find("pump"), common + u"Nord"_s);
+        m_mode->tree().setData(m_mode->tree().find("well"), common + u"Süd"_s);
+        m_page->resize(480, 600);
+        drop({{"pump", 9}, {"well", 9}});
+        QTRY_COMPARE(cells(1), (QStringList{"2", "102"}));
+        auto *list = m_page->findChild<QTreeView *>("Table_curves");
+        const int usual = list->fontMetrics().height();
+        QTRY_VERIFY(list->visualRect(list->model()->index(0, 0)).height() >= 2 * usual); // in two lines
+        // What is painted of them differs, also on the chosen line, where the colour is seen, too.
+        list->selectAll();
+        const auto painted = [list](int row, const QRect &part) {
+            return list->viewport()
+                ->grab(part.translated(list->visualRect(list->model()->index(row, 0)).topLeft()))
+                .toImage();
+        };
+        const QRect name(80, 0, list->columnWidth(0) - 90, 2 * usual);
+        QVERIFY(painted(0, name) != painted(1, name));
+        const auto icon = list->model()->index(0, 0).data(Qt::DecorationRole).value<QIcon>();
+        const QImage sample = icon.pixmap(QSize(30, 14), QIcon::Selected).toImage();
+        QCOMPARE(sample.pixelColor(2, 2), list->palette().color(QPalette::Base));
+        m_page->resize(1800, 600);
+        QTRY_VERIFY(list->visualRect(list->model()->index(0, 0)).height() < 2 * usual);
+    }
+
+    void aSilenceOfTheStationIsAGap()
+    {
+        // Of the quarter of an hour behind each value.
+        qint64 at = QDateTime(m_now.date(), QTime(13, 31)).toMSecsSinceEpoch();
+        const qint64 station = m_mode->alarmActions().numberOf("pump");
+        for (const EventKind kind : {EventKind::Silent, EventKind::Alive}) {
+            EventRow event;
+            event.id = m_mode->record().writer().nextEventId();
+            event.at = at;
+            event.station = station;
+            event.kind = kind;
+            m_mode->record().writer().add(event);
+            at += 600'000;
+        }
+        QVERIFY(m_mode->keepsChanges());
+        CurveStore store(*m_mode);
+        const SeriesId pump{"pump", 9};
+        const SeriesId well{"well", 9};
+        const qint64 now = m_now.toMSecsSinceEpoch();
+        store.want({pump, well}, {now - 24 * 3'600'000, now});
+        QTRY_VERIFY(!store.isReading());
+        QVERIFY2(store.trouble().isEmpty(), qPrintable(store.trouble()));
+        QCOMPARE(store.points(pump)->gaps.size(), 1U);
+        QCOMPARE(store.points(pump)->gaps.front().length(), 600'000);
+        QVERIFY(store.points(well)->gaps.empty());
+    }
+
 private:
     /// Values of the last three quarters of an hour.
     void write(const QString &station, int channel, const QStringList &values)

@@ -2,6 +2,7 @@
 
 #include "look/palettes.h"
 #include "opmode/window/curves/curve_look.h"
+#include "opmode/window/curves/curve_titles.h"
 #include "opmode/window/history/plot_look.h"
 #include "opmode/window/history/series_style.h"
 #include "platform/time_texts.h"
@@ -27,29 +28,14 @@ qint64 momentAt(double seconds)
     return qRound64(seconds * msOfASecond);
 }
 
-/// Where nothing was heard in between there is no line.
+/// Where nothing was heard there is no line.
 QVector<QCPGraphData> drawn(const ShownCurve &curve, double CurvePoint::*value)
 {
-    const CurvePoints &points = *curve.points;
     QVector<QCPGraphData> data;
-    data.reserve(static_cast<qsizetype>(points.points.size()));
-    for (std::size_t i = 0; i < points.points.size(); ++i) {
-        const CurvePoint &point = points.points[i];
-        data.append({secondsAt(point.middle()), curve.scale.shown(point.*value)});
-        if (i + 1 < points.points.size() && !points.joins(i)) {
-            data.append({secondsAt(point.middle() + 1), qQNaN()});
-        }
+    for (const CurvePoints::LinePlace &place : curve.points->line(value)) {
+        data.append({secondsAt(place.at), place.value ? curve.scale.shown(*place.value) : qQNaN()});
     }
     return data;
-}
-
-/// Something of the station and of the input; the list of curves has both as a whole.
-QString laneName(const CurveSeries &series)
-{
-    const qsizetype room = PlotLane::longest - 1;
-    const qsizetype ofStation = std::max(room / 2, room - series.input.size());
-    const QString station = shortened(series.station, ofStation);
-    return station + u' ' + shortened(series.input, room - station.size());
 }
 
 } // namespace
@@ -119,7 +105,6 @@ void CurvesCanvas::show(const CurvesShown &shown, const CurveRange &range)
     bool hasValues = false;
     for (qsizetype place = 0; place < mostAxes; ++place) {
         QCPAxis *axis = axisOf(place);
-        QString title;
         bool isUsed = false;
         if (place < m_shown.axes.size()) {
             for (const int each : std::as_const(m_shown.axes[place].series)) {
@@ -130,11 +115,10 @@ void CurvesCanvas::show(const CurvesShown &shown, const CurveRange &range)
                     addCurve(curve, *axis, m_frame.values());
                 }
             }
-            title = m_shown.axes[place].title;
         }
         axis->setVisible(isUsed || place == 0);
         axis->setTickLabels(isUsed);
-        axis->setLabel(isUsed ? title : QString());
+        axis->setLabel(isUsed ? m_shown.axes[place].unit : QString()); // its room is known later
         hasValues = hasValues || isUsed;
     }
     m_frame.setTime({secondsAt(range.from), secondsAt(range.to)});
@@ -143,6 +127,7 @@ void CurvesCanvas::show(const CurvesShown &shown, const CurveRange &range)
     for (qsizetype place = 0; place < mostAxes; ++place) {
         scale(place);
     }
+    fitTitles();
     const int numbers = m_frame.fitTicks(QWidget::size(), fontMetrics());
     std::array<QList<double>, 2> named; // at the left and at the right, in pixels
     for (qsizetype place = 0; place < mostAxes; ++place) {
@@ -153,15 +138,35 @@ void CurvesCanvas::show(const CurvesShown &shown, const CurveRange &range)
     replot(rpQueuedReplot);
 }
 
+/// What stands above and below the part with the values, and the times, leaves the titles no room.
+void CurvesCanvas::fitTitles()
+{
+    constexpr int around = 48;
+    const int lanes = m_frame.lanes().visible() ? m_frame.lanes().minimumSize().height() : 0;
+    const int room = QWidget::height() - lanes - around;
+    for (qsizetype place = 0; place < qMin<qsizetype>(mostAxes, m_shown.axes.size()); ++place) {
+        if (QCPAxis *axis = axisOf(place); !axis->label().isEmpty() || axis->tickLabels()) {
+            axis->setLabel(titleWithin(m_shown.axes[place], room, fontMetrics()));
+        }
+    }
+}
+
 QList<PlotLane> CurvesCanvas::addLanes()
 {
     QList<PlotLane> lanes;
+    QList<CurveSeries> series;
+    for (const ShownCurve &curve : std::as_const(m_shown.curves)) {
+        if (curve.points != nullptr && curve.points->areStates) {
+            series += curve.series;
+        }
+    }
+    const QStringList names = laneNames(series);
     for (const ShownCurve &curve : std::as_const(m_shown.curves)) {
         if (curve.points != nullptr && curve.points->areStates) {
             QCPAxis *axis = m_frame.lanes().addAxis(QCPAxis::atLeft);
             axis->setVisible(false);
             m_laneAxes += axis;
-            lanes += {axis, laneName(curve.series)};
+            lanes += {axis, names.value(lanes.size())};
             addCurve(curve, *axis, m_frame.lanes());
         }
     }
@@ -419,6 +424,30 @@ QStringList CurvesCanvas::marksAt(double pixel) const
     return lines;
 }
 
+/// What stands as a whole nowhere beside the curves: an axis' title, or a lane's name.
+QString CurvesCanvas::titleAt(const QPoint &position)
+{
+    for (qsizetype place = 0; place < qMin<qsizetype>(mostAxes, m_shown.axes.size()); ++place) {
+        const CurveAxis &axis = m_shown.axes[place];
+        if (axisOf(place)->getPartAt(position) != QCPAxis::spNone) {
+            return wholeTitle(axis);
+        }
+    }
+    const QCPAxisRect &lanes = m_frame.lanes();
+    if (!lanes.visible() || position.x() >= lanes.left() || position.y() < lanes.top() ||
+        position.y() > lanes.bottom()) {
+        return {};
+    }
+    QStringList names;
+    for (const ShownCurve &curve : std::as_const(m_shown.curves)) {
+        if (curve.points != nullptr && curve.points->areStates) {
+            names += curve.series.name();
+        }
+    }
+    const qsizetype lane = (position.y() - lanes.top()) * names.size() / qMax(1, lanes.height());
+    return names.value(lane);
+}
+
 QStringList CurvesCanvas::marksAtCursor() const
 {
     return m_cursorAt ? marksAt(axisRect()->axis(QCPAxis::atBottom)->coordToPixel(secondsAt(*m_cursorAt)))
@@ -431,7 +460,8 @@ bool CurvesCanvas::event(QEvent *event)
 {
     if (event->type() == QEvent::ToolTip) {
         const auto *help = static_cast<const QHelpEvent *>(event);
-        const QStringList lines = marksAt(help->pos().x());
+        const QString title = titleAt(help->pos());
+        const QStringList lines = title.isEmpty() ? marksAt(help->pos().x()) : QStringList(title);
         if (lines.isEmpty()) {
             QToolTip::hideText();
         } else {
@@ -495,6 +525,7 @@ void CurvesCanvas::resizeEvent(QResizeEvent *event)
     for (qsizetype place = 0; place < mostAxes; ++place) {
         axisOf(place)->ticker()->setTickCount(numbers);
     }
+    fitTitles();
     if (!size().isEmpty()) { // it cannot draw on nothing
         QCustomPlot::resizeEvent(event);
     }

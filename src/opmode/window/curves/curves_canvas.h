@@ -61,6 +61,8 @@ private:
     void setPlace(QCPItemPosition &position, QCPAxis &axis, double across, double value);
     void addMarks();
     QList<PlotLane> addLanes();
+    void fitTitles();
+    QString titleAt(const QPoint &position);
     void scale(qsizetype place);
     void timeChanged(const QCPRange &time);
     void zoomInto(const QRect &band);

@@ -5,9 +5,8 @@
 #include "platform/time_texts.h"
 
 #include <QApplication>
-#include <QPainter>
+#include <QIcon>
 #include <QPalette>
-#include <QPixmap>
 
 #include <cmath>
 
@@ -15,7 +14,6 @@ namespace ktr {
 
 namespace {
 
-constexpr QSize legendSampleSize(30, 14);
 constexpr int valueDigits = 5;
 constexpr int riseDigits = 3;
 
@@ -40,16 +38,10 @@ QString lengthText(qint64 length, const QLocale &locale)
                                      : CurvesLegend::tr("%1 d").arg(number(curveDayMs));
 }
 
-QPixmap legendSample(const ShownCurve &curve)
+QIcon legendSample(const ShownCurve &curve)
 {
-    const qreal scale = qApp->devicePixelRatio();
-    QPixmap sample(legendSampleSize * scale);
-    sample.setDevicePixelRatio(scale);
-    sample.fill(Qt::transparent);
-    QPainter painter(&sample);
-    drawSeriesSample(painter, QRectF(QPointF(), QSizeF(legendSampleSize)), lookOfSlot(curve.series.slot),
-                     curve.points != nullptr && curve.points->areStates, QApplication::palette());
-    return sample;
+    return seriesIcon(CurvesLegend::sampleSize, qApp->devicePixelRatio(), lookOfSlot(curve.series.slot),
+                      curve.points != nullptr && curve.points->areStates, QApplication::palette());
 }
 
 } // namespace
@@ -187,9 +179,14 @@ QVariant CurvesLegend::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
         return cell(index.row(), index.column());
     case Qt::ToolTipRole:
-        return index.column() == Name   ? QVariant(curve.series.name())
-               : index.column() == Rise ? QVariant(riseDescription())
-                                        : QVariant();
+        return index.column() == Name    ? QVariant(curve.series.name())
+               : index.column() == Rise  ? QVariant(riseDescription())
+               : index.column() == Value ? QVariant(cell(index.row(), Time))
+                                         : QVariant();
+    case StationRole:
+        return curve.series.station;
+    case InputRole:
+        return curve.series.input;
     case Qt::DecorationRole:
         return index.column() == Name ? QVariant(legendSample(curve)) : QVariant();
     case Qt::CheckStateRole:

@@ -12,7 +12,11 @@ class CurvesLegend : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    /// Of a line, the two parts of the curve's name.
+    enum Role { StationRole = Qt::UserRole, InputRole };
     enum Column { Name, Value, Unit, Rise, Least, Most, Time, ColumnCount };
+
+    static constexpr QSize sampleSize{30, 14}; ///< of the pieces of the curves
 
     using QAbstractTableModel::QAbstractTableModel;
 

@@ -2,6 +2,7 @@
 
 #include "look/list_views.h"
 #include "look/palettes.h"
+#include "opmode/window/curves/curve_columns.h"
 #include "opmode/window/curves/curves_canvas.h"
 #include "opmode/window/curves/curves_legend.h"
 #include "opmode/window/curves/curves_picture.h"
@@ -15,7 +16,6 @@
 #include <QComboBox>
 #include <QDragEnterEvent>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
@@ -83,7 +83,8 @@ CurvesPage::CurvesPage(OperationalMode &mode, const TextTable &texts, AskFileNam
                                          [this] { tellCursor(); }})),
       m_state(named<QLabel>(QStringLiteral("lbl_curves_state"), this)),
       m_legend(new CurvesLegend(this)),
-      m_list(named<QTreeView>(QStringLiteral("Table_curves"), this))
+      m_list(named<QTreeView>(QStringLiteral("Table_curves"), this)),
+      m_columns(new CurveColumns(*m_list, *m_legend))
 {
     m_chooser = new SeriesChooser(
         mode,
@@ -156,10 +157,6 @@ QWidget *CurvesPage::createPlot()
     setUpLines(*m_list);
     m_list->setRootIsDecorated(false);
     m_list->setUniformRowHeights(true);
-    m_list->installEventFilter(this);
-    m_list->header()->setStretchLastSection(false);
-    m_list->header()->setHighlightSections(false);
-    m_list->setTextElideMode(Qt::ElideMiddle); // of "station – input" both
     constexpr int lowestList = 110;
     m_list->setMinimumHeight(lowestList);
     return card;
@@ -227,18 +224,6 @@ void CurvesPage::connectParts()
         m_isRestored = false;
         m_stationsTimer->start();
     });
-    connect(m_list->header(), &QHeaderView::sectionResized, this, [this](int column, int, int width) {
-        if (!m_isFitting && width > 0) {
-            m_chosenWidths[column] = width;
-            if (column != CurvesLegend::Name) {
-                widenNames();
-            }
-        }
-    });
-    connect(m_list->header(), &QHeaderView::sectionHandleDoubleClicked, this, [this](int column) {
-        m_chosenWidths.remove(column);
-        fitColumns(true);
-    });
     auto *remove = new QAction(this);
     remove->setObjectName(QStringLiteral("mnu_curves_remove"));
     remove->setShortcut(QKeySequence::Delete);
@@ -281,46 +266,8 @@ void CurvesPage::applyTexts()
     m_list->actions().at(0)->setText(tr("Remove from the curves"));
     m_list->actions().at(1)->setText(tr("Remove all"));
     Q_EMIT m_legend->headerDataChanged(Qt::Horizontal, 0, CurvesLegend::ColumnCount - 1);
-    fitColumns(true);
+    m_columns->fitAnew(levelOf(m_range->range()));
     seriesChanged();
-}
-
-/// Values are whole. Columns do not get narrower while one looks on, unless they are made anew; what the user
-/// drew them to stays.
-void CurvesPage::fitColumns(bool anew)
-{
-    const QScopedValueRollback fitting(m_isFitting, true);
-    constexpr int room = 20;
-    const QFontMetrics metrics(m_list->font());
-    const auto widthOf = [&metrics](const QString &text) { return metrics.size(0, text).width(); };
-    const HistoryLevel level = levelOf(m_range->range());
-    const QString usualTime = level == HistoryLevel::Day   ? QStringLiteral("00.00.0000")
-                              : level == HistoryLevel::Raw ? QStringLiteral("00.00.0000 00:00:00")
-                                                           : QStringLiteral("00.00.0000 00:00");
-    for (int column = CurvesLegend::Value; column < CurvesLegend::ColumnCount; ++column) {
-        const QString usual = column == CurvesLegend::Time   ? usualTime
-                              : column == CurvesLegend::Unit ? QStringLiteral("m³/h")
-                                                             : QStringLiteral("-00,000");
-        int width = qMax(widthOf(m_legend->title(column)), widthOf(usual));
-        for (int row = 0; row < m_legend->rowCount(); ++row) {
-            width = qMax(width, widthOf(m_legend->cell(row, column)));
-        }
-        const int before = anew || m_list->isColumnHidden(column) ? 0 : m_list->columnWidth(column);
-        m_list->header()->resizeSection(column, m_chosenWidths.value(column, qMax(before, width + room)));
-    }
-    widenNames();
-}
-
-/// They have what the other columns leave, unless the user wants it otherwise.
-void CurvesPage::widenNames()
-{
-    const QScopedValueRollback fitting(m_isFitting, true);
-    constexpr int least = 110;
-    const QHeaderView &header = *m_list->header();
-    const int others = header.length() - header.sectionSize(CurvesLegend::Name);
-    m_list->header()->resizeSection(
-        CurvesLegend::Name,
-        m_chosenWidths.value(CurvesLegend::Name, qMax(least, m_list->viewport()->width() - others)));
 }
 
 // Which curves there are
@@ -410,8 +357,37 @@ void CurvesPage::takeBack()
 
 void CurvesPage::add(const QList<SeriesId> &series)
 {
+    QStringList stations;
+    QList<SeriesId> inputs;
+    for (const SeriesId &id : series) {
+        if (id.channel != usualChannels) {
+            inputs += id;
+        } else if (!stations.contains(id.kennung)) {
+            stations += id.kennung;
+        }
+    }
+    if (stations.isEmpty()) {
+        addInputs(inputs, {});
+        return;
+    }
     restoreSeries();
-    QStringList left;
+    QStringList left; // those that there is no room for at all
+    for (qsizetype at = mostSeries; at < stations.size(); ++at) {
+        constexpr qsizetype mostNames = 3;
+        left += left.size() == mostNames ? QStringLiteral("…")
+                                         : mode().tree().find(stations[at]).data(Qt::EditRole).toString();
+        if (left.size() > mostNames) {
+            break;
+        }
+    }
+    m_store.usualOf(stations.first(qMin<qsizetype>(mostSeries, stations.size())),
+                    mostSeries - static_cast<int>(m_series.size()),
+                    [this, inputs, left](const QList<SeriesId> &usual) { addInputs(inputs + usual, left); });
+}
+
+void CurvesPage::addInputs(const QList<SeriesId> &series, QStringList left)
+{
+    restoreSeries();
     for (const SeriesId &id : series) {
         if (m_series.contains(id)) {
             continue;
@@ -567,14 +543,9 @@ void CurvesPage::draw()
     const HistoryLevel level = levelOf(m_range->range());
     if (level != m_level) {
         m_level = level;
-        const bool isRaw = level == HistoryLevel::Raw;
-        m_isFitting = true;
-        m_list->setColumnHidden(CurvesLegend::Least, isRaw); // they are the value
-        m_list->setColumnHidden(CurvesLegend::Most, isRaw);
-        m_isFitting = false;
-        fitColumns(true);
+        m_columns->fitAnew(level);
     } else {
-        fitColumns(false);
+        m_columns->fit();
     }
     m_canvas->show(shown, m_range->range());
     tellState();
@@ -583,7 +554,7 @@ void CurvesPage::draw()
 void CurvesPage::tellCursor()
 {
     m_legend->setMoment(m_canvas->cursor(), m_range->range());
-    fitColumns(false);
+    m_columns->fit();
     tellState();
 }
 
@@ -708,16 +679,13 @@ void CurvesPage::changeEvent(QEvent *event)
         m_legend->setLocale(locale());
         draw();
     } else if (event->type() == QEvent::FontChange) {
-        fitColumns(true);
+        m_columns->fitAnew(levelOf(m_range->range()));
     }
     OpmodePage::changeEvent(event);
 }
 
 bool CurvesPage::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_list && event->type() == QEvent::Resize) {
-        widenNames();
-    }
     if (watched == m_canvas.get()) {
         if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
             m_canvas->takeColours(); // it has the new ones later than this

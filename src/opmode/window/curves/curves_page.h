@@ -15,6 +15,7 @@ class QTreeView;
 
 namespace ktr {
 
+class CurveColumns;
 class CurvesCanvas;
 class CurvesLegend;
 class RangeBar;
@@ -33,7 +34,8 @@ public:
     ~CurvesPage() override;
 
     void applyTexts() override;
-    /// Adds to the curves those that are not among them. What there is no room for is told.
+    /// Adds to the curves those that are not among them; of a whole station (see usualChannels) when the
+    /// record has told which inputs have values. What there is no room for is told.
     void add(const QList<SeriesId> &series);
     const QList<SeriesId> &series() const { return m_series; }
 
@@ -55,6 +57,7 @@ private:
     void keep();
     void restoreSeries();
     void stationsChanged();
+    void addInputs(const QList<SeriesId> &series, QStringList left);
     void remove(const QList<SeriesId> &series);
     void removeChosen();
     void seriesChanged();
@@ -66,8 +69,6 @@ private:
     void draw();
     void tellState();
     void tellCursor();
-    void fitColumns(bool anew);
-    void widenNames();
     QString title() const;
     void savePicture();
     void saveTable();
@@ -81,8 +82,6 @@ private:
     QMap<int, SeriesId> m_away; ///< of removed stations that can be brought back, by their place
     bool m_isRestored = false;
     std::optional<HistoryLevel> m_level; ///< that the list's columns are made for
-    QHash<int, int> m_chosenWidths;      ///< of the list's columns that the user drew to them
-    bool m_isFitting = false;            ///< a column's new width is no user's
     qint64 m_readAt = 0;                 ///< when it was read anew, while it follows
     QTimer *m_follow;
     QTimer *m_stationsTimer;
@@ -99,6 +98,7 @@ private:
     QLabel *m_state;
     CurvesLegend *m_legend;
     QTreeView *m_list;
+    CurveColumns *m_columns;
     SeriesChooser *m_chooser;
 };
 

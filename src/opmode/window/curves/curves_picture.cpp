@@ -5,6 +5,7 @@
 #include "opmode/window/curves/curves_legend.h"
 
 #include <QBuffer>
+#include <QIcon>
 #include <QPageLayout>
 #include <QPainter>
 #include <QPdfWriter>
@@ -62,9 +63,9 @@ public:
         painter.setFont(m_plain);
         for (qsizetype i = 0; i < m_rows.size(); ++i) {
             const int row = m_rows[i];
-            const QPixmap sample = m_legend.index(row, 0).data(Qt::DecorationRole).value<QPixmap>();
-            const QSize size = sample.deviceIndependentSize().toSize();
-            painter.drawPixmap(QRect(QPoint(margin, top + (m_heights[i] - size.height()) / 2), size), sample);
+            const QIcon sample = m_legend.index(row, 0).data(Qt::DecorationRole).value<QIcon>();
+            const QSize size = CurvesLegend::sampleSize;
+            sample.paint(&painter, QRect(QPoint(margin, top + (m_heights[i] - size.height()) / 2), size));
             drawLine(painter, top, m_heights[i],
                      [this, row](int column) { return m_legend.cell(row, column); });
             top += m_heights[i];

@@ -6,9 +6,12 @@
 #include "opmode/window/input_caption.h"
 
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTreeWidget>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace ktr {
 
@@ -17,6 +20,7 @@ namespace {
 constexpr int keyRole = Qt::UserRole;
 constexpr int channelRole = Qt::UserRole + 1;
 constexpr int filledRole = Qt::UserRole + 2;
+constexpr int searchedRole = Qt::UserRole + 3;
 
 QString keyOf(const QTreeWidgetItem &item)
 {
@@ -28,6 +32,44 @@ int channelOf(const QTreeWidgetItem &item)
     return item.data(0, channelRole).toInt();
 }
 
+bool hasPart(const QString &name, QStringView text)
+{
+    return name.contains(text, Qt::CaseInsensitive);
+}
+
+/// Whether the text is a part of a station's input: "level", "analog in 1", or with a part of the station's
+/// name in front "north level".
+bool isInputMeant(const QString &station, const QString &input, const QString &text)
+{
+    bool isMeant = hasPart(input, text);
+    for (qsizetype blank = text.indexOf(u' '); blank >= 0 && !isMeant;
+         blank = text.indexOf(u' ', blank + 1)) {
+        const QStringView view(text);
+        isMeant = hasPart(station, view.first(blank)) && hasPart(input, view.sliced(blank).trimmed());
+    }
+    return isMeant;
+}
+
+/// All that an input is called by.
+QString searchedName(int channel, const ChannelNames &names)
+{
+    return inputCaption(channel, names) + u'\n' + shortInputCaption(channel, names);
+}
+
+/// The same of all inputs; most stations have no names for them.
+QStringList searchedNames(const ChannelNames &names)
+{
+    const auto make = [](const ChannelNames &of) {
+        QStringList all;
+        for (int channel = 1; channel <= channelCount; ++channel) {
+            all += searchedName(channel, of);
+        }
+        return all;
+    };
+    static const QStringList unnamed = make({});
+    return names.isEmpty() ? unnamed : make(names);
+}
+
 } // namespace
 
 SeriesChooser::SeriesChooser(const OperationalMode &mode, ChannelsOf channelsOf, QWidget *parent)
@@ -35,14 +77,20 @@ SeriesChooser::SeriesChooser(const OperationalMode &mode, ChannelsOf channelsOf,
       m_mode(mode),
       m_channelsOf(std::move(channelsOf)),
       m_search(searchField(QStringLiteral("Text_curves_search"), this)),
-      m_list(new QTreeWidget(this))
+      m_list(new QTreeWidget(this)),
+      m_nothing(new QLabel(this))
 {
     m_list->setObjectName(QStringLiteral("List_curves_inputs"));
     m_list->setHeaderHidden(true);
     m_list->setUniformRowHeights(true);
+    m_list->setTextElideMode(Qt::ElideMiddle); // stations often begin alike
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins({});
+    m_nothing->setObjectName(QStringLiteral("lbl_curves_nothing"));
+    m_nothing->setWordWrap(true);
+    m_nothing->hide();
     column->addWidget(m_search);
+    column->addWidget(m_nothing);
     column->addWidget(m_list, 1);
     connect(m_list, &QTreeWidget::itemExpanded, this, &SeriesChooser::fill);
     connect(m_list, &QTreeWidget::itemChanged, this, [this](const QTreeWidgetItem *item) {
@@ -52,7 +100,7 @@ SeriesChooser::SeriesChooser(const OperationalMode &mode, ChannelsOf channelsOf,
     });
     connect(m_search, &QLineEdit::textChanged, this, [this] {
         filter();
-        openSingleHit();
+        openHits();
     });
     m_search->installEventFilter(this);
     m_list->installEventFilter(this);
@@ -70,6 +118,7 @@ void SeriesChooser::applyTexts()
     m_search->setPlaceholderText(tr("Find a station or an input"));
     m_search->setAccessibleName(m_search->placeholderText());
     m_search->setToolTip(tr("Down goes into the list; Enter chooses the only input that is found"));
+    m_nothing->setText(tr("No station and no input with values is called so."));
     m_list->setAccessibleName(tr("Inputs to draw"));
     m_list->setToolTip(tr("Open a station to see its inputs with values; the space bar or Enter chooses"));
 }
@@ -98,6 +147,7 @@ void SeriesChooser::refresh()
         const QModelIndex station = tree.index(row, 0);
         auto *item = new QTreeWidgetItem({station.data(Qt::EditRole).toString()});
         item->setData(0, keyRole, station.data(StationTree::KeyRole));
+        item->setToolTip(0, item->text(0));
         item->setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
         items += item;
     }
@@ -152,7 +202,8 @@ void SeriesChooser::addInput(QTreeWidgetItem &station, int channel)
                                        (unit.isEmpty() ? QString() : QStringLiteral(" [%1]").arg(unit))});
     item->setData(0, keyRole, keyOf(station));
     item->setData(0, channelRole, channel);
-    item->setToolTip(0, inputCaption(channel, names));
+    item->setData(0, searchedRole, searchedName(channel, names));
+    item->setToolTip(0, station.text(0) + QStringLiteral(" – ") + inputCaption(channel, names));
     item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
 }
 
@@ -181,40 +232,54 @@ void SeriesChooser::tick()
 /// Stations with such a name, or with an input that is called so, which alone is shown then.
 void SeriesChooser::filter()
 {
-    const QString text = m_search->text().trimmed();
-    const auto holds = [&text](const QString &name) { return name.contains(text, Qt::CaseInsensitive); };
+    const QString text = m_search->text().simplified();
+    bool isAny = false;
     for (int row = 0; row < m_list->topLevelItemCount(); ++row) {
         QTreeWidgetItem &station = *m_list->topLevelItem(row);
-        const bool isStation = text.isEmpty() || holds(station.text(0));
-        bool hasInput = false;
-        if (!isStation) {
-            const ChannelNames names = m_mode.channelNames(keyOf(station));
-            hasInput = std::ranges::any_of(names.channels,
-                                           [&](const ChannelName &each) { return holds(each.name); });
-        }
-        for (int child = 0; child < station.childCount(); ++child) {
-            station.child(child)->setHidden(!isStation && !holds(station.child(child)->text(0)));
-        }
-        station.setHidden(!isStation && !hasInput);
+        const bool isShown = filterStation(station, text);
+        station.setHidden(!isShown);
+        isAny = isAny || isShown;
     }
+    m_nothing->setVisible(!isAny && !text.isEmpty());
 }
 
-/// The only station that was found shows its inputs.
-void SeriesChooser::openSingleHit()
+/// Of a station whose inputs are not known yet those that it may have are meant.
+bool SeriesChooser::filterStation(QTreeWidgetItem &station, const QString &text)
 {
-    QTreeWidgetItem *hit = nullptr;
-    for (int row = 0; row < m_list->topLevelItemCount(); ++row) {
-        QTreeWidgetItem *station = m_list->topLevelItem(row);
-        if (station->isHidden()) {
-            continue;
-        }
-        if (hit != nullptr) {
-            return;
-        }
-        hit = station;
+    const QString name = station.text(0);
+    const bool isStation = text.isEmpty() || hasPart(name, text);
+    bool hasInput = false;
+    for (int child = 0; child < station.childCount(); ++child) {
+        QTreeWidgetItem &input = *station.child(child);
+        const bool isMeant = isStation || isInputMeant(name, input.data(0, searchedRole).toString(), text);
+        input.setHidden(!isMeant);
+        hasInput = hasInput || isMeant;
     }
-    if (hit != nullptr && !m_search->text().trimmed().isEmpty()) {
-        hit->setExpanded(true); // it is filled by that
+    if (isStation || station.data(0, filledRole).toBool()) {
+        return isStation || hasInput;
+    }
+    const QStringList inputs = searchedNames(m_mode.channelNames(keyOf(station)));
+    return std::ranges::any_of(inputs, [&](const QString &input) { return isInputMeant(name, input, text); });
+}
+
+/// The only station that was found shows its inputs, and so do some that were found by an input.
+void SeriesChooser::openHits()
+{
+    constexpr qsizetype some = 12;
+    const QString text = m_search->text().simplified();
+    QList<QTreeWidgetItem *> hits;
+    for (int row = 0; row < m_list->topLevelItemCount() && hits.size() <= some; ++row) {
+        if (QTreeWidgetItem *station = m_list->topLevelItem(row); !station->isHidden()) {
+            hits += station;
+        }
+    }
+    if (text.isEmpty() || hits.size() > some) {
+        return;
+    }
+    for (QTreeWidgetItem *hit : std::as_const(hits)) {
+        if (hits.size() == 1 || !hasPart(hit->text(0), text)) {
+            hit->setExpanded(true); // it is filled by that
+        }
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <QWidget>
 
+class QLabel;
 class QLineEdit;
 class QTreeWidget;
 class QTreeWidgetItem;
@@ -39,7 +40,8 @@ private:
     void addInputs(const QString &kennung, const QList<int> &channels);
     void addInput(QTreeWidgetItem &station, int channel);
     void filter();
-    void openSingleHit();
+    bool filterStation(QTreeWidgetItem &station, const QString &text);
+    void openHits();
     QList<QTreeWidgetItem *> shownInputs() const;
     bool goIntoList();
     bool press(QTreeWidgetItem *item);
@@ -50,6 +52,7 @@ private:
     ChannelsOf m_channelsOf;
     QLineEdit *m_search;
     QTreeWidget *m_list;
+    QLabel *m_nothing;
     QList<SeriesId> m_chosen;
 };
 

@@ -106,8 +106,8 @@ QList<SeriesId> seriesOfChosen(const OperationalMode &mode, const StationTreeVie
     }
     QList<SeriesId> series;
     const QStringList chosen = tree.chosenStations();
-    for (qsizetype at = 0; at < std::min<qsizetype>(mostSeries, chosen.size()); ++at) {
-        series += usualSeries(mode, chosen[at]);
+    for (const QString &kennung : chosen) {
+        series += usualSeries(mode, kennung);
     }
     return series;
 }

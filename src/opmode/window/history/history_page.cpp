@@ -358,16 +358,9 @@ void HistoryPage::drawSamples()
 {
     const QSignalBlocker quiet(m_inputs);
     for (int row = 0; row < m_inputs->count(); ++row) {
-        QPixmap sample(sampleSize * devicePixelRatioF());
-        sample.setDevicePixelRatio(devicePixelRatioF());
-        sample.fill(Qt::transparent);
-        QPainter painter(&sample);
-        drawSeriesSample(painter, QRectF(QPointF(), QSizeF(sampleSize)), channelOf(*m_inputs->item(row)),
-                         m_plot->isSteps(channelOf(*m_inputs->item(row))), palette());
-        painter.end();
-        QIcon icon(sample);
-        icon.addPixmap(sample, QIcon::Selected); // not tinted
-        m_inputs->item(row)->setIcon(icon);
+        const int channel = channelOf(*m_inputs->item(row));
+        m_inputs->item(row)->setIcon(
+            seriesIcon(sampleSize, devicePixelRatioF(), channel, m_plot->isSteps(channel), palette()));
     }
 }
 

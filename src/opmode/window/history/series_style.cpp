@@ -124,4 +124,24 @@ void drawSeriesSample(QPainter &painter, const QRectF &rect, int channel, bool i
     painter.restore();
 }
 
+QIcon seriesIcon(QSize size, qreal scale, int channel, bool isSteps, const QPalette &palette)
+{
+    const auto sampleOn = [&](const QBrush &ground) {
+        constexpr double rounding = 3;
+        QPixmap sample(size * scale);
+        sample.setDevicePixelRatio(scale);
+        sample.fill(Qt::transparent);
+        QPainter painter(&sample);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(ground);
+        painter.drawRoundedRect(QRectF(QPointF(), QSizeF(size)), rounding, rounding);
+        drawSeriesSample(painter, QRectF(QPointF(), QSizeF(size)), channel, isSteps, palette);
+        return sample;
+    };
+    QIcon icon(sampleOn(Qt::NoBrush));
+    icon.addPixmap(sampleOn(palette.color(QPalette::Base)), QIcon::Selected);
+    return icon;
+}
+
 } // namespace ktr

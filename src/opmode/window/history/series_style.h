@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QPainterPath>
 #include <QPen>
 
@@ -19,5 +20,7 @@ QPainterPath seriesMark(int channel);
 /// A piece of the curve as legends show it: a line with its mark, or a step.
 void drawSeriesSample(QPainter &painter, const QRectF &rect, int channel, bool isSteps,
                       const QPalette &palette);
+/// The same for lists; on a chosen line it stands on the ground of the others, or it could not be seen.
+QIcon seriesIcon(QSize size, qreal scale, int channel, bool isSteps, const QPalette &palette);
 
 } // namespace ktr
