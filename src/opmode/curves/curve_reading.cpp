@@ -123,7 +123,8 @@ ReadGaps readGaps(RecordReader &reader, const GapsQuestion &question)
 {
     constexpr qint64 partsSeen = 5000; // as wide as a screen, at most
     const CurveRange &range = question.range;
-    const qint64 shortest = std::max<qint64>(2 * 1000, range.length() / partsSeen);
+    constexpr qint64 leastSeen = 2000; // what lies between the edges of dropMeasured()
+    const qint64 shortest = std::max(leastSeen, range.length() / partsSeen);
     QList<qint64> stations;
     for (const auto &[station, channel] : question.inputs) {
         if (!stations.contains(station)) {
