@@ -10,11 +10,12 @@ namespace ktr {
 /// empty when there is no such folder.
 QString privateSocketName(const QString &name);
 
+/// The same of programs which belong to a folder; where sockets are no files, its last name leads.
+QString socketNameIn(const QString &folder, const QString &name);
+
 /// Several programs meet under a name. Where sockets are files each of them has one of its own, so that none
 /// can take away another's: newSocketName() is a name for one more, and socketNames() are those that are
 /// there, the ones that killed programs left included.
-/// That of programs which belong to a folder, by its last name where a socket is no file.
-QString socketNameIn(const QString &folder, const QString &name);
 QString newSocketName(const QString &name);
 QStringList socketNames(const QString &name);
 
