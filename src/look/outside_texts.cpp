@@ -146,11 +146,16 @@ QString shortenedLine(const QString &line, qsizetype most)
         return line;
     }
     constexpr qsizetype roomForMark = 60; // what was shortened is not cut again
-    const qsizetype behind = most / 4;
-    qsizetype first = most - behind - roomForMark;
+    constexpr qsizetype leastWithMark = 100;
+    const qsizetype shown = std::max(qsizetype{2}, most >= leastWithMark ? most - roomForMark : most - 1);
+    const qsizetype behind = std::min(most / 4, shown - 1);
+    qsizetype first = shown - behind;
     qsizetype last = line.size() - behind;
     first -= line[first - 1].isHighSurrogate() ? 1 : 0;
-    last += line[last].isLowSurrogate() ? 1 : 0;
+    last += last < line.size() && line[last].isLowSurrogate() ? 1 : 0;
+    if (most < leastWithMark) {
+        return line.first(first) + u'…' + line.sliced(last);
+    }
     return QCoreApplication::translate("OutsideTexts", "%1… [%2 characters left out] …%3")
         .arg(line.first(first), QString::number(last - first), line.sliced(last));
 }

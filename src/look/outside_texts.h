@@ -17,8 +17,8 @@ void showOutsideTextsPlain(QApplication &application);
 /// of what is left out.
 QString foldedTip(const QString &text);
 
-/// A line as a list or a box shows it, with at most `most` characters, which must be a hundred or more. Of a
-/// longer one the middle is left out, in whose place stands how much that is.
+/// A line as a list or a box shows it, with at most `most` characters, three or more. Of a longer one the
+/// middle is left out, in whose place stands how much that is, where there are a hundred or more.
 QString shortenedLine(const QString &line, qsizetype most = 400);
 
 /// Messages, a line each, as they are read on one line: each is a sentence of its own.

@@ -245,6 +245,11 @@ private Q_SLOTS:
                      box.text().contains(u"characters left out"_s),
                  qPrintable(box.text()));
         QCOMPARE(boundedText(shortenedLine(huge)), shortenedLine(huge));
+        for (const qsizetype most : {3, 4, 40, 99, 100, 400}) {
+            const QString shortened = shortenedLine(u"begin"_s + huge + u"end"_s, most);
+            QVERIFY2(shortened.size() <= most && shortened.contains(u'…'), qPrintable(shortened));
+            QVERIFY(shortened.startsWith(u'b') && (most < 4 || shortened.endsWith(u'd')));
+        }
         QCOMPARE(boundedText(u"a\nb\nc\nd"_s, 2), u"a\nb\n… and 2 lines more"_s);
     }
 
