@@ -29,7 +29,8 @@ const QList<Mask> &masks()
     static const QString value =
         QStringLiteral("(?:\"(?:[^\"\\\\]|\\\\.)*\"?|'(?:[^'\\\\]|\\\\.)*'?|[^\\s,;&<>\"']+)");
     static const QString secretName = QStringLiteral("[\\w.-]*(?:password|passwd|passphrase|passwort|"
-                                                     "kennwort|secret|token|credential|api[_-]?key)[\\w.-]*");
+                                                     "kennwort|secret|token|credential|api[_-]?key|"
+                                                     "\\bpwd?\\b|\\bpass\\b)[\\w.-]*");
     static const QList<Mask> all{
         // XML: <PIN>1234</PIN>, <PIN value="1234"/>, PIN="1234"
         {anyCase(QStringLiteral("(<\\w*(?:PIN|PUK)\\w*[^>]*>)[^<]*")), QStringLiteral("\\1") + hidden},
@@ -55,7 +56,7 @@ const QList<Mask> &masks()
         // +49 170 1234567, also with brackets and hyphens
         {anyCase(QStringLiteral("\\+\\s?\\d(?:[ ()/.-]{0,2}\\d){5,}")), u'+' + hidden},
         // 0049170..., 0170/1234567, (0170) 123 45 67
-        {anyCase(QStringLiteral("(?<![\\w.,:])\\(?0\\d{2,4}\\)?[ /-]{0,3}\\d(?:[ -]?\\d){4,}(?![\\w:])")),
+        {anyCase(QStringLiteral("(?<![\\w.,:])\\(?0\\d{2,4}\\)?[ /-]{0,3}\\d(?:[ -]?\\d){4,}(?!\\w|:\\d)")),
          hidden},
     };
     return all;

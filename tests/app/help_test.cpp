@@ -411,6 +411,8 @@ private Q_SLOTS:
             {"170 123 45", "calls +49 170 123 45 67 now"},
             {"1234567", "calls 0170/1234567 now"},
             {"1702345678", "calls 00491702345678 now"},
+            {"15112345678", "fail: pin **** 015112345678: expected \",\""},
+            {"geheim456", "user=me pw=geheim456"},
         };
         for (const Planted &each : all) {
             QTest::addRow("%s", each.text) << QByteArray(each.text) << QByteArray(each.secret);
