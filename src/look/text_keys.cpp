@@ -22,9 +22,11 @@ struct TextState
     bool canRedo = false;
 };
 
+/// What was taken out of a search is over: undone there, it would be searched for again.
 TextState stateOf(const QLineEdit &edit)
 {
-    return {!edit.isReadOnly(), edit.isUndoAvailable(), edit.isRedoAvailable()};
+    const bool isOver = edit.isClearButtonEnabled() && edit.text().isEmpty();
+    return {!edit.isReadOnly(), edit.isUndoAvailable() && !isOver, edit.isRedoAvailable() && !isOver};
 }
 
 template <class Edit> TextState documentState(const Edit &edit)

@@ -521,6 +521,8 @@ private Q_SLOTS:
         m_mode->setOnline("A", true);
         m_timers.advance(Milliseconds(1000));
         QVERIFY(header->accessibleName().contains("0 not watched"));
+        QTest::keyClicks(view(), "x+"); // a search that cannot be seen
+        QCOMPARE(view()->model()->rowCount(), 2);
 
         QTest::keyClick(m_window.get(), Qt::Key_Escape);
         QVERIFY(!m_window->isFullScreen() && view()->isVisible() && !header->isVisible());

@@ -400,7 +400,10 @@ private Q_SLOTS:
             QCOMPARE(names().size(), 3);
             QTest::keyClick(search, Qt::Key_Z, Qt::ControlModifier);
         }
+        QTest::keyClicks(search, "x");
+        QTest::keyClick(search, Qt::Key_Backspace); // what was searched for is over
         QTest::keyClick(search, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(search->text(), QString());
         QCOMPARE(names().size(), 4);
     }
 

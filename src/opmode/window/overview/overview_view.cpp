@@ -482,7 +482,7 @@ void OverviewView::keyPressEvent(QKeyEvent *event)
     }
     const bool isPlain = (event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier)) == 0;
     const QString text = event->text();
-    if (isPlain && !text.isEmpty() && text.front().isPrint() && text != u" ") {
+    if (isPlain && !isOnWall() && !text.isEmpty() && text.front().isPrint() && text != u" ") {
         Q_EMIT typed(text);
         event->accept();
     } else {
