@@ -4,7 +4,7 @@
 #include "platform/settings_store.h"
 
 #include <QCommandLinkButton>
-#include <QEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QRadioButton>
 #include <QScreen>
@@ -118,6 +118,19 @@ void WelcomeWindow::applyTexts()
     for (const Choice &choice : m_choices) {
         choice.button->setText(tr(choice.caption));
         choice.button->setDescription(tr(choice.description));
+    }
+}
+
+/// No button is the default one, which Return would press from anywhere.
+void WelcomeWindow::keyPressEvent(QKeyEvent *event)
+{
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    auto *button = qobject_cast<QPushButton *>(focusWidget());
+    if (isReturn && button != nullptr) {
+        event->accept();
+        button->click();
+    } else {
+        QDialog::keyPressEvent(event);
     }
 }
 

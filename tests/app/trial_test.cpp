@@ -109,7 +109,7 @@ private Q_SLOTS:
         } else if (by == u"closing it") {
             welcome()->close();
         } else if (by == u"a choice") {
-            welcome()->findChild<QPushButton *>("Cmd_welcome_new")->click();
+            QTest::keyClick(welcome()->findChild<QPushButton *>("Cmd_welcome_new"), Qt::Key_Return);
         } else {
             m_window->close();
         }
