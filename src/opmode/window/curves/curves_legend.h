@@ -3,6 +3,7 @@
 #include "opmode/curves/curve_csv.h"
 
 #include <QAbstractTableModel>
+#include <QSize>
 
 namespace ktr {
 
