@@ -2211,6 +2211,10 @@
         <source>There is a &quot;%1&quot; already</source>
         <translation>„%1“ gibt es schon</translation>
     </message>
+    <message>
+        <source>&quot;%1&quot; has this address, too</source>
+        <translation>„%1“ hat diese Adresse auch</translation>
+    </message>
 </context>
 <context>
     <name>StationLine</name>
@@ -7693,6 +7697,10 @@ Turm</translation>
     <message>
         <source>No station is chosen.</source>
         <translation>Es ist keine Station gewählt.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; has this address, too: what the module sends reaches one of them alone</source>
+        <translation>„%1“ hat diese Adresse auch: was das Modul sendet, erreicht nur eine von beiden</translation>
     </message>
 </context>
 <context>

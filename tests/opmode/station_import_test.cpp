@@ -59,6 +59,26 @@ private Q_SLOTS:
         QTEST(stations.join(' '), "stations");
     }
 
+    void anAddressOfTwoIsRemarked()
+    {
+        const QStringList remarks = [] {
+            QStringList all;
+            for (const StationImportLine &line :
+                 readStationImport(
+                     u"a;10.0.0.1\nb;Pump.example\nc;10.0.0.1\nd;10.0.0.1:5\ne;10.0.0.9\nf;pump.EXAMPLE",
+                     [](const QString &name) { return name; }, {{"10.0.0.9", "old"}})
+                     .lines) {
+                all += line.isUsable ? line.remark : "unusable";
+            }
+            return all;
+        }();
+        QCOMPARE(remarks.size(), 6);
+        QVERIFY(remarks[0].isEmpty() && remarks[1].isEmpty() && remarks[3].isEmpty());
+        QVERIFY(remarks[2].contains("\"a\""));
+        QVERIFY(remarks[4].contains("\"old\""));
+        QVERIFY(remarks[5].contains("\"b\""));
+    }
+
     void aListHasItsLimit()
     {
         const StationImport list = readStationImport(QString("a\n").repeated(StationImport::mostLines + 1),

@@ -102,6 +102,23 @@ QString complaint(const StationImportLine &station)
     return {};
 }
 
+/// What is worth knowing of one that can be used; from now on it has its address.
+void remark(StationImportLine &station, const QString &wanted, QHash<QString, QString> &stationsAt)
+{
+    QStringList remarks;
+    if (station.name != wanted) {
+        remarks += QCoreApplication::translate("StationImport", "There is a \"%1\" already").arg(wanted);
+    }
+    if (station.address.isEmpty()) {
+        remarks += QCoreApplication::translate("StationImport", "Without an address");
+    } else if (const QString other = stationsAt.value(station.address.toLower()); !other.isEmpty()) {
+        remarks += QCoreApplication::translate("StationImport", "\"%1\" has this address, too").arg(other);
+    } else {
+        stationsAt.insert(station.address.toLower(), station.name);
+    }
+    station.remark = remarks.join(QLatin1String("; "));
+}
+
 /// What is in quotation marks there may not be what was meant; further lines may be among it.
 void refuseUnbalanced(StationImport &list, int at)
 {
@@ -116,7 +133,8 @@ void refuseUnbalanced(StationImport &list, int at)
 
 } // namespace
 
-StationImport readStationImport(QStringView text, const std::function<QString(const QString &)> &freeName)
+StationImport readStationImport(QStringView text, const std::function<QString(const QString &)> &freeName,
+                                QHash<QString, QString> stationsAt)
 {
     StationImport list;
     Names names(freeName);
@@ -144,12 +162,7 @@ StationImport readStationImport(QStringView text, const std::function<QString(co
             if (station.isUsable) {
                 ++list.usable;
                 const QString wanted = std::exchange(station.name, names.take(station.name));
-                if (station.name != wanted) {
-                    station.remark =
-                        QCoreApplication::translate("StationImport", "There is a \"%1\" already").arg(wanted);
-                } else if (station.address.isEmpty()) {
-                    station.remark = QCoreApplication::translate("StationImport", "Without an address");
-                }
+                remark(station, wanted, stationsAt);
             }
             list.lines.append(station);
             return true;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 
@@ -30,7 +31,10 @@ struct StationImport
 /// Reads lines "name;address", with ";", tab or "," between them, in one list also mixed, quoted after RFC
 /// 4180 where needed. Blank lines and a header line are passed over; a header line may also turn the order
 /// round. A name that the list or the tree has already becomes "name (1)", "name (2)" and so on, as when a
-/// station is added; `freeName` gives the first of these that the tree does not have.
-StationImport readStationImport(QStringView text, const std::function<QString(const QString &)> &freeName);
+/// station is added; `freeName` gives the first of these that the tree does not have. What a module sends
+/// reaches one station alone: an address that another one has is remarked; `stationsAt` are those of the tree
+/// by their addresses, in small letters.
+StationImport readStationImport(QStringView text, const std::function<QString(const QString &)> &freeName,
+                                QHash<QString, QString> stationsAt = {});
 
 } // namespace ktr

@@ -170,8 +170,14 @@ void AddStationsDialog::readFile()
 void AddStationsDialog::preview()
 {
     m_preview->stop();
-    m_model->show(readStationImport(m_text->toPlainText(),
-                                    [this](const QString &name) { return m_mode.tree().freeName(name); }));
+    QHash<QString, QString> stationsAt;
+    m_mode.stations().forEach([this, &stationsAt](const cStation &station) {
+        stationsAt.insert(station.hostAddress().toLower(),
+                          m_mode.tree().find(station.kennung()).data().toString());
+    });
+    m_model->show(readStationImport(
+        m_text->toPlainText(), [this](const QString &name) { return m_mode.tree().freeName(name); },
+        std::move(stationsAt)));
     const StationImport &list = m_model->list();
     const auto leftOut = static_cast<int>(list.lines.size()) - list.usable;
     m_count->setText(tr("Stations to be added: %1; lines left out: %2")

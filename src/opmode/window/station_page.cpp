@@ -319,6 +319,24 @@ void StationPage::storeAddress()
     m_address->setModified(false);
     mode().setHostAddress(kennung(), wanted);
     showNow();
+    if (const QString other = otherAt(wanted); !other.isEmpty()) {
+        showProblem(
+            m_addressProblem,
+            tr("\"%1\" has this address, too: what the module sends reaches one of them alone").arg(other));
+    }
+}
+
+/// The name of another station with this address; empty for none.
+QString StationPage::otherAt(const QString &address) const
+{
+    QString name;
+    mode().stations().forEach([&](const cStation &station) {
+        if (!address.isEmpty() && station.kennung() != kennung() &&
+            station.hostAddress().compare(address, Qt::CaseInsensitive) == 0) {
+            name = mode().tree().find(station.kennung()).data().toString();
+        }
+    });
+    return name;
 }
 
 void StationPage::showProblem(ProblemLabel *label, const QString &problem)

@@ -45,6 +45,7 @@ private:
     void showLastHeard();
     void storeName();
     void storeAddress();
+    QString otherAt(const QString &address) const;
     void recheckName();
     void discard(QLineEdit *edit, ProblemLabel *problem);
     void showProblem(ProblemLabel *label, const QString &problem);
