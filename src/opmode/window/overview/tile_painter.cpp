@@ -15,7 +15,9 @@ namespace ktr {
 namespace {
 
 constexpr double tilePadding = 0.5; // in heights of a line
-constexpr double halfGap = 1;       // between tiles, on each side of them
+/// Of a name and a state of two lines, likewise; with less its frame would lie on them.
+constexpr double roomForThree = 3.6;
+constexpr double halfGap = 1; // between tiles, on each side of them
 
 QFont boldOf(QFont font)
 {
@@ -234,7 +236,8 @@ void TilePainter::paint(QPainter &painter, const Place &place, const StationGlan
     const double inset = tilePadding * m_line;
     QRectF rest = place.rect.adjusted(inset, 0, -inset, 0);
     if (m_level.hasState()) {
-        const bool isShort = QFontMetricsF(m_font).horizontalAdvance(texts.state) <= rest.width();
+        const bool isShort = rest.height() < roomForThree * m_line ||
+                             QFontMetricsF(m_font).horizontalAdvance(texts.state) <= rest.width();
         const double free = (rest.height() - (isShort ? 2 : 3) * m_line) / 2; // beside name and state
         const double padding = m_level.hasFoot() || free <= 0 ? inset * 0.8 : free;
         rest.adjust(0, padding, 0, -padding);
