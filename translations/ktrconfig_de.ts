@@ -2188,6 +2188,10 @@
         <source>it is not in UTF-8</source>
         <translation>sie ist nicht in UTF-8</translation>
     </message>
+    <message>
+        <source>Line %1: behind &quot;=&quot; stand one to four inputs, from 1 to 18, with commas between them</source>
+        <translation>Zeile %1: Hinter „=“ stehen ein bis vier Eingänge, von 1 bis 18, mit Kommas dazwischen</translation>
+    </message>
 </context>
 <context>
     <name>StationImport</name>

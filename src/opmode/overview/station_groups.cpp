@@ -70,6 +70,14 @@ QList<int> channelsIn(const QString &line)
     return channels;
 }
 
+/// Though it may be a station's name nevertheless.
+bool isMeantAsChannels(const QString &line)
+{
+    constexpr QStringView letters = u"0123456789,; \t";
+    return line.startsWith(u'=') &&
+           std::all_of(line.begin() + 1, line.end(), [&](QChar c) { return letters.contains(c); });
+}
+
 /// Of "[NAME]"; nothing of any other line.
 std::optional<QString> nameIn(const QString &line)
 {
@@ -134,6 +142,13 @@ StationGroups StationGroups::parse(const QByteArray &text, QStringList &remarks)
         } else if (const QList<int> channels = channelsIn(line); !channels.isEmpty()) {
             group->channels = channels;
         } else {
+            if (isMeantAsChannels(line)) {
+                remarks +=
+                    remark(QT_TRANSLATE_NOOP("StationGroups",
+                                             "Line %1: behind \"=\" stand one to four inputs, from 1 to "
+                                             "18, with commas between them"),
+                           number);
+            }
             group->members += line;
         }
     }

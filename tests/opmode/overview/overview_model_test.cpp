@@ -367,6 +367,10 @@ private Q_SLOTS:
         const QByteArray text = "# both\n[North]\r\nPump *\n=8\n[South]\n= 9, 30\n\\=9\n[North]\n= 1,2\nx";
         QStringList remarks;
         const StationGroups groups = StationGroups::parse(text, remarks);
+        QCOMPARE(remarks.size(), 1); // it may be meant as inputs
+        QVERIFY(remarks[0].contains("6"));
+        QVERIFY(StationGroups::parse("[A]\n=9,10,1,2,3\n", remarks).list()[0].channels.isEmpty());
+        QCOMPARE(remarks.size(), 2);
         QCOMPARE(groups.list()[0].channels, (QList<int>{1, 2}));
         QVERIFY(groups.list()[1].channels.isEmpty());
         QCOMPARE(groups.groupOf("= 9, 30"), 1); // no such channel: the name of a station, as ever
