@@ -40,6 +40,10 @@ AddStationsDialog::AddStationsDialog(OperationalMode &mode, const TextTable &tex
       m_preview(new QTimer(this))
 {
     setObjectName(QStringLiteral("Form_stationen"));
+    m_mode.stations().forEach([this](const cStation &station) {
+        m_stationsAt.insert(station.hostAddress().toLower(),
+                            m_mode.tree().find(station.kennung()).data().toString());
+    });
     setWindowTitle(tr("Add stations"));
     auto *sides = new QSplitter(this);
     sides->setChildrenCollapsible(false);
@@ -170,14 +174,9 @@ void AddStationsDialog::readFile()
 void AddStationsDialog::preview()
 {
     m_preview->stop();
-    QHash<QString, QString> stationsAt;
-    m_mode.stations().forEach([this, &stationsAt](const cStation &station) {
-        stationsAt.insert(station.hostAddress().toLower(),
-                          m_mode.tree().find(station.kennung()).data().toString());
-    });
     m_model->show(readStationImport(
         m_text->toPlainText(), [this](const QString &name) { return m_mode.tree().freeName(name); },
-        std::move(stationsAt)));
+        m_stationsAt));
     const StationImport &list = m_model->list();
     const auto leftOut = static_cast<int>(list.lines.size()) - list.usable;
     m_count->setText(tr("Stations to be added: %1; lines left out: %2")

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QHash>
 
 #include <functional>
 
@@ -53,7 +54,8 @@ private:
     ProblemLabel *m_problem = nullptr;
     QCheckBox *m_online = nullptr;
     QPushButton *m_add = nullptr;
-    QTimer *m_preview; ///< the text changed
+    QHash<QString, QString> m_stationsAt; ///< when it was opened, by their addresses in small letters
+    QTimer *m_preview;                    ///< the text changed
 };
 
 } // namespace ktr
